@@ -1,0 +1,35 @@
+# Warnings, sanitizers and build speed in one place; everything of ours links tavelin_options.
+include_guard()
+
+option(TAVELIN_SANITIZE_ADDRESS "build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(TAVELIN_SANITIZE_THREAD "build with ThreadSanitizer" OFF)
+option(TAVELIN_FUZZERS "build the libFuzzer targets (clang only)" OFF)
+
+add_library(tavelin_options INTERFACE)
+target_compile_options(tavelin_options INTERFACE -Wall -Wextra -Wshadow -Wconversion -Werror
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>)
+target_compile_definitions(tavelin_options INTERFACE
+    OPENSSL_API_COMPAT=30000 OPENSSL_NO_DEPRECATED
+    QT_NO_CAST_FROM_BYTEARRAY QT_DISABLE_DEPRECATED_BEFORE=0x050F00
+    $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+
+if(TAVELIN_SANITIZE_ADDRESS)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -U_FORTIFY_SOURCE)
+    add_link_options(-fsanitize=address,undefined)
+elseif(TAVELIN_SANITIZE_THREAD)
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -U_FORTIFY_SOURCE)
+    add_link_options(-fsanitize=thread)
+endif()
+
+find_program(TAVELIN_CCACHE ccache)
+if(TAVELIN_CCACHE)
+    set(CMAKE_C_COMPILER_LAUNCHER ${TAVELIN_CCACHE})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${TAVELIN_CCACHE})
+    # lets ccache see through precompiled headers
+    add_compile_options(-fpch-preprocess)
+endif()
+
+find_program(TAVELIN_LLD ld.lld)
+if(TAVELIN_LLD)
+    add_link_options(-fuse-ld=lld)
+endif()
