@@ -26,10 +26,11 @@ public:
     virtual void sessionRemoved(unsigned int serverId) = 0;
     /// Write the plugin's project settings; the plugin's group is open.
     virtual void saveSettings(QSettings& settings) = 0;
-    /// Read them back. The map translates server ids stored in the file to those of now; ids that are missing in
-    /// it belong to no server.
+    /// Read them back. The map translates server ids stored in the file to those of now; ids that are missing
+    /// in it belong to no server.
     virtual void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) = 0;
-    /// The address space below a node was changed; change is the mask of model change verbs (OPC 10000-5, 12.14).
+    /// The address space below a node was changed; change is the mask of model change verbs (OPC
+    /// 10000-5, 12.14).
     virtual void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, unsigned char change) = 0;
 };
 

@@ -36,8 +36,8 @@ inline constexpr int All = 0;
 } // namespace QlumLogLevel
 
 /// What plugins, server nodes and dialogs may ask of the application.
-/// Threads: settingsValue, session, serverName, log, errorMessage, builtinTypeName, projectServerIds and the two
-/// date conversions may be called from any thread; everything else belongs on the GUI thread.
+/// Threads: settingsValue, session, serverName, log, errorMessage, builtinTypeName, projectServerIds and the
+/// two date conversions may be called from any thread; everything else belongs on the GUI thread.
 class QlumApplicationInterface
 {
 public:
@@ -80,7 +80,8 @@ public:
     /// Text of a status code for the user.
     virtual QString errorMessage(unsigned int statusCode) = 0;
     /// A model of the nodes below startNode, owned by the caller; null for an unknown server.
-    virtual QlumAddressSpaceModel* createAddressSpaceModel(unsigned int serverId, const UaNodeId* startNode) = 0;
+    virtual QlumAddressSpaceModel* createAddressSpaceModel(unsigned int serverId,
+                                                           const UaNodeId* startNode) = 0;
     /// Puts an action of a plugin into the context menu of all address space views, also of those to come.
     virtual void addAction(QAction* action) = 0;
     virtual void removeAction(QAction* action) = 0;

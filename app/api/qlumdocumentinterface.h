@@ -12,8 +12,8 @@ public:
 
     /// Names of the types; shown to the user and used as type key in project files.
     virtual QStringList documentTypes() = 0;
-    /// A new document without parent, owned by the caller; null for a type that is not this plugin's. The widget
-    /// also implements QlumDocumentWidgetInterface.
+    /// A new document without parent, owned by the caller; null for a type that is not this plugin's. The
+    /// widget also implements QlumDocumentWidgetInterface.
     virtual QWidget* createDocument(const QString& type) = 0;
     /// Rich text that tells the user what the type is for.
     virtual QString description(const QString& type) = 0;

@@ -10,8 +10,8 @@ class QlumDocumentWidgetInterface
 public:
     virtual ~QlumDocumentWidgetInterface() = default;
 
-    /// Write the document's state into the group that the caller opened. Strings, numbers and byte arrays only:
-    /// other types are refused when a project is read.
+    /// Write the document's state into the group that the caller opened. Strings, numbers and byte arrays
+    /// only: other types are refused when a project is read.
     virtual void saveSettings(QSettings& settings) = 0;
     /// Restore it; the map translates stored server ids to those of now.
     virtual void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) = 0;

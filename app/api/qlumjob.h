@@ -1,8 +1,8 @@
 #pragma once
 #include <atomic>
 
-/// A piece of work for a QlumJobPool. run() is on a pool thread, touches no widget and hands results over by queued
-/// signals. A long job asks isCancelled() between its steps.
+/// A piece of work for a QlumJobPool. run() is on a pool thread, touches no widget and hands results over by
+/// queued signals. A long job asks isCancelled() between its steps.
 class QlumJob
 {
 public:

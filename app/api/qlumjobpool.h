@@ -5,8 +5,8 @@
 
 class QlumJobPoolPrivate;
 
-/// Threads of one view on which its jobs run in the order in which they were added. Destruction cancels what is
-/// left and joins. Used on the GUI thread.
+/// Threads of one view on which its jobs run in the order in which they were added. Destruction cancels what
+/// is left and joins. Used on the GUI thread.
 class QlumJobPool
 {
 public:

@@ -14,9 +14,9 @@ namespace UaClientSdk {
 class UaSession;
 }
 
-/// What the project tree, the project file and the main window need of a server. The node that really connects is
-/// QlumProjectNodeServer; tests have their own.
-/// A subclass announces each change of its name or state by serverNodeChanged, on the GUI thread.
+/// What the project tree, the project file and the main window need of a server. The node that really
+/// connects is QlumProjectNodeServer; tests have their own. A subclass announces each change of its name or
+/// state by serverNodeChanged, on the GUI thread.
 class QlumServerNode : public QlumProjectNode
 {
     Q_OBJECT

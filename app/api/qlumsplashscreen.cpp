@@ -34,7 +34,8 @@ void drawWatermark(QPainter* painter, const QRect& rect, const QString& tag)
 }
 } // namespace
 
-QlumSplashScreen::QlumSplashScreen(const QPixmap& pixmap, Qt::WindowFlags flags) : QSplashScreen(pixmap, flags)
+QlumSplashScreen::QlumSplashScreen(const QPixmap& pixmap, Qt::WindowFlags flags)
+    : QSplashScreen(pixmap, flags)
 {
     setObjectName(QStringLiteral("QlumSplashScreen"));
 }

@@ -1,8 +1,8 @@
 #pragma once
 #include <QSplashScreen>
 
-/// Splash screen whose message is painted at once, before the event loop runs. Message, alignment and colour are
-/// shared by all instances.
+/// Splash screen whose message is painted at once, before the event loop runs. Message, alignment and colour
+/// are shared by all instances.
 class QlumSplashScreen : public QSplashScreen
 {
     Q_OBJECT

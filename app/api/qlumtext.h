@@ -14,7 +14,8 @@
 /// Name of a built-in type ("Int32"); its number in parentheses for an unknown one.
 [[nodiscard]] QString qlumBuiltinTypeName(unsigned int builtInType);
 
-/// Local time. The ends of the range (0 and the largest number) stand for no date and give an invalid QDateTime.
+/// Local time. The ends of the range (0 and the largest number) stand for no date and give an invalid
+/// QDateTime.
 [[nodiscard]] QDateTime qlumDateTime(OpcUa_DateTime value);
 /// 0 for an invalid QDateTime; dates outside the range are cut to its ends.
 [[nodiscard]] OpcUa_DateTime qlumUaDateTime(const QDateTime& value);

@@ -1,5 +1,6 @@
 #include <app/api/qlumuatrace.h>
 
+#include <mutex>
 #include <shared_mutex>
 
 namespace {
@@ -15,8 +16,8 @@ void QlumUaTrace::log(int level, const QString& text, const QString& source, uns
         g_application->log(level, text, serverId, source);
 }
 
-void QlumUaTrace::logUaStatusCode(int level, const QString& text, unsigned int statusCode, const QString& source,
-                                  unsigned int serverId)
+void QlumUaTrace::logUaStatusCode(int level, const QString& text, unsigned int statusCode,
+                                  const QString& source, unsigned int serverId)
 {
     const std::shared_lock lock(g_mutex);
     if (g_application)
