@@ -1,11 +1,11 @@
 // One client session with one server.
 #pragma once
 
-#include <memory>
 #include <opcua/opcua_types.h>
 #include <uabase/uaarrays.h>
 #include <uabase/uadatatypedictionary.h>
 #include <uabase/uanodeid.h>
+#include <uabase/uarefcounter.h>
 #include <uabase/uastatus.h>
 #include <uaclientsdk/browsecontext.h>
 #include <uaclientsdk/servicesettings.h>
@@ -93,7 +93,7 @@ public:
     [[nodiscard]] static OpcUa_UInt16 getPortFromUrl(const UaString& url);
 
 private:
-    std::shared_ptr<UaSessionPrivate> d;
+    UaRefPtr<UaSessionPrivate> d;
 };
 
 } // namespace UaClientSdk
