@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <utility>
 
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uaarrays.h>
@@ -76,6 +77,20 @@ inline UaStatus checkCounts(const ServiceNames& names, OpcUa_UInt32 wanted, OpcU
     return UaStatus();
 }
 
+// Moves a block's diagnostic infos behind those of the blocks before it, which may have come without.
+template <class Response>
+bool takeDiagnostics(Response& response, OpcUa_UInt32 before, OpcUa_UInt32 count, UaDiagnosticInfos& merged)
+{
+    UaDiagnosticInfos block;
+    OpcUa_ResponseHeader& header = response.ResponseHeader;
+    block.attach(std::exchange(response.NoOfDiagnosticInfos, 0), std::exchange(response.DiagnosticInfos, nullptr),
+                 std::exchange(header.NoOfStringTable, 0), std::exchange(header.StringTable, nullptr));
+    if (block.isEmpty() && merged.isEmpty()) {
+        return true;
+    }
+    return merged.resize(before) && (!block.isEmpty() || block.resize(count)) && merged.append(std::move(block));
+}
+
 // Sends one block of count items and appends what comes back.
 template <class Request, class Response, class Item, class Result, class Prepare>
 UaStatus callBlock(SessionContext& context, const BlockService<Request, Response, Item, Result>& service,
@@ -104,12 +119,8 @@ UaStatus callBlock(SessionContext& context, const BlockService<Request, Response
     }
     UaArray<Result> block;
     block.attachFrom(&((*response).*service.resultCount), &((*response).*service.results));
-    UaDiagnosticInfos diagnostics;
-    diagnostics.attachFrom(&response->NoOfDiagnosticInfos, &response->DiagnosticInfos);
-    if (!results.appendMoved(std::move(block)) || !diagnosticInfos.appendMoved(std::move(diagnostics))) {
-        return UaStatus(OpcUa_BadOutOfMemory);
-    }
-    return status;
+    const bool merged = takeDiagnostics(*response, results.length(), count, diagnosticInfos);
+    return merged && results.appendMoved(std::move(block)) ? status : UaStatus(OpcUa_BadOutOfMemory);
 }
 
 // The whole service: split by the session's maximum operations per call, stopped at the first bad block.

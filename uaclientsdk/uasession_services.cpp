@@ -2,6 +2,7 @@
 #include <uaclientsdk/uasession.h>
 
 #include <opcua/opcua_clientapi.h>
+#include <uabase/uavariant.h>
 #include <uaclientsdk/blockservice.h>
 #include <uaclientsdk/uasession_p.h>
 
@@ -109,7 +110,7 @@ void setView(OpcUa_BrowseRequest& request, const BrowseContext& context)
 {
     // borrowed, like the request's arrays
     request.View.ViewId = *context.viewId.get();
-    request.View.Timestamp = context.viewTimestamp.ticks();
+    request.View.Timestamp = context.viewTimestamp.value();
     request.View.ViewVersion = context.viewVersion;
     request.RequestedMaxReferencesPerNode = context.maxReferencesToReturn;
 }
