@@ -16,7 +16,7 @@ namespace UaClientSdk {
 // Names of one service in the trace and its status without a connection.
 struct ServiceNames
 {
-    const char* method; // "read"
+    const char* method;    // "read"
     const char* stackName; // "Read"
     const char* emptyText; // "Empty read array passed"
     OpcUa_StatusCode notConnected = OpcUa_BadConnectionClosed;
@@ -31,12 +31,14 @@ inline UaStatus checkReady(const SessionContext& context, const ServiceNames& na
         // the session's own reads run before the application may call
         if (!context.channelConnected || !context.activatedOnce) {
             lock.unlock();
-            UaTrace::tError("<-- UaSession::%s [%s] - Server not connected", names.method, names.notConnectedText);
+            UaTrace::tError("<-- UaSession::%s [%s] - Server not connected", names.method,
+                            names.notConnectedText);
             return UaStatus(names.notConnected);
         }
     } else if (!context.channelConnected) {
         lock.unlock();
-        UaTrace::tError("<-- UaSession::%s [%s] - Channel not connected", names.method, names.notConnectedText);
+        UaTrace::tError("<-- UaSession::%s [%s] - Channel not connected", names.method,
+                        names.notConnectedText);
         return UaStatus(names.notConnected);
     }
     if (count == 0) {
@@ -66,7 +68,8 @@ inline UaStatus checkCounts(const ServiceNames& names, OpcUa_UInt32 wanted, OpcU
                             OpcUa_Int32 diagnostics)
 {
     if (results < 0 || static_cast<OpcUa_UInt32>(results) != wanted) {
-        UaTrace::tError("Error: UaSession::%s - number of results does not match number of requests", names.method);
+        UaTrace::tError("Error: UaSession::%s - number of results does not match number of requests",
+                        names.method);
         return UaStatus(OpcUa_BadUnknownResponse);
     }
     if (diagnostics > 0 && static_cast<OpcUa_UInt32>(diagnostics) != wanted) {
@@ -83,12 +86,14 @@ bool takeDiagnostics(Response& response, OpcUa_UInt32 before, OpcUa_UInt32 count
 {
     UaDiagnosticInfos block;
     OpcUa_ResponseHeader& header = response.ResponseHeader;
-    block.attach(std::exchange(response.NoOfDiagnosticInfos, 0), std::exchange(response.DiagnosticInfos, nullptr),
-                 std::exchange(header.NoOfStringTable, 0), std::exchange(header.StringTable, nullptr));
+    block.attach(std::exchange(response.NoOfDiagnosticInfos, 0),
+                 std::exchange(response.DiagnosticInfos, nullptr), std::exchange(header.NoOfStringTable, 0),
+                 std::exchange(header.StringTable, nullptr));
     if (block.isEmpty() && merged.isEmpty()) {
         return true;
     }
-    return merged.resize(before) && (!block.isEmpty() || block.resize(count)) && merged.append(std::move(block));
+    return merged.resize(before) && (!block.isEmpty() || block.resize(count)) &&
+           merged.append(std::move(block));
 }
 
 // Sends one block of count items and appends what comes back.
@@ -107,7 +112,8 @@ UaStatus callBlock(SessionContext& context, const BlockService<Request, Response
     prepare(*request);
     (*request).*service.itemCount = static_cast<OpcUa_Int32>(count);
     (*request).*service.items = const_cast<Item*>(items); // the stack only reads them
-    UaStatus status(callStack(service.names.stackName, service.function, context.channel, *request, *response));
+    UaStatus status(
+        callStack(service.names.stackName, service.function, context.channel, *request, *response));
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (status.isBad()) {
         return status;
@@ -144,8 +150,8 @@ UaStatus callInBlocks(SessionContext& context, const BlockService<Request, Respo
         const OpcUa_UInt32 count = std::min(limit, items.length() - done);
         status = done == 0 ? status : checkReady(context, names, count);
         if (!status.isBad()) {
-            status = callBlock(context, service, settings, count, items.rawData() + done, results, diagnosticInfos,
-                               prepare);
+            status = callBlock(context, service, settings, count, items.rawData() + done, results,
+                               diagnosticInfos, prepare);
         }
         done += count;
     }
@@ -153,7 +159,8 @@ UaStatus callInBlocks(SessionContext& context, const BlockService<Request, Respo
         results.clear();
         diagnosticInfos.clear();
     }
-    UaTrace::tInOut("<-- UaSession::%s [ret=0x%lx]", names.method, static_cast<unsigned long>(status.statusCode()));
+    UaTrace::tInOut("<-- UaSession::%s [ret=0x%lx]", names.method,
+                    static_cast<unsigned long>(status.statusCode()));
     return status;
 }
 

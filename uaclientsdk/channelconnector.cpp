@@ -68,8 +68,9 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
         security = m_context.securityInfo;
     }
     const PkiFolders& folders = isHttpsUrl(url.view()) ? security.httpsPki() : security.pki();
-    const OpcUa_PkiConfiguration pki{folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
-                                     folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
+    const OpcUa_PkiConfiguration pki{
+        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
+        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
 
     OpcUa_ChannelConnectInfo info{};
     info.Url = url.toUtf8();

@@ -26,8 +26,8 @@ constexpr OpcUa_UInt64 slowPace = 60000;
 bool isTolerable(OpcUa_StatusCode status)
 {
     constexpr std::array<OpcUa_StatusCode, 9> tolerable = {
-        OpcUa_BadUnexpectedError, OpcUa_BadInternalError,         OpcUa_BadCommunicationError,
-        OpcUa_BadTimeout,         OpcUa_BadNoCommunication,       OpcUa_BadTcpServerTooBusy,
+        OpcUa_BadUnexpectedError,  OpcUa_BadInternalError,         OpcUa_BadCommunicationError,
+        OpcUa_BadTimeout,          OpcUa_BadNoCommunication,       OpcUa_BadTcpServerTooBusy,
         OpcUa_BadTcpInternalError, OpcUa_BadTcpNotEnoughResources, OpcUa_BadRequestInterrupted};
     return std::find(tolerable.begin(), tolerable.end(), status) != tolerable.end();
 }
@@ -181,8 +181,8 @@ void ConnectionMonitor::evaluate(const UaStatus& status, OpcUa_Int32 state)
         }
         return;
     }
-    UaTrace::tWarning("UaSessionPrivate::doServerStatusCheck failed [Session=%u] [status=0x%x]", m_context.traceId,
-                      status.statusCode());
+    UaTrace::tWarning("UaSessionPrivate::doServerStatusCheck failed [Session=%u] [status=0x%x]",
+                      m_context.traceId, status.statusCode());
     if (before == UaClient::Connected && isTolerable(status.statusCode())) {
         SessionLock lock(m_context.mutex);
         if (m_context.connectRequested) {

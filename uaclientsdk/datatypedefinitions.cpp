@@ -52,7 +52,8 @@ UaStatus DataTypeDefinitions::load(ServiceSettings settings)
         status = readDefinitions(settings, types, loaded);
     }
     if (status.isBad()) {
-        UaTrace::tError("Error: UaSession::loadDataTypeDictionaries failed [status=0x%x]", status.statusCode());
+        UaTrace::tError("Error: UaSession::loadDataTypeDictionaries failed [status=0x%x]",
+                        status.statusCode());
     }
     {
         std::lock_guard lock(m_mutex);
@@ -130,7 +131,8 @@ UaStatus DataTypeDefinitions::browseLevel(ServiceSettings& settings, const std::
     return status;
 }
 
-UaStatus DataTypeDefinitions::readDefinitions(ServiceSettings& settings, const TypeTree& types, Loaded& loaded) const
+UaStatus DataTypeDefinitions::readDefinitions(ServiceSettings& settings, const TypeTree& types,
+                                              Loaded& loaded) const
 {
     std::vector<const DataType*> asked;
     UaReadValueIds nodes;
@@ -157,8 +159,8 @@ UaStatus DataTypeDefinitions::readDefinitions(ServiceSettings& settings, const T
     return status;
 }
 
-void DataTypeDefinitions::addDefinition(const DataType& type, const TypeTree& types, const OpcUa_DataValue& value,
-                                        Loaded& loaded)
+void DataTypeDefinitions::addDefinition(const DataType& type, const TypeTree& types,
+                                        const OpcUa_DataValue& value, Loaded& loaded)
 {
     if (OpcUa_IsBad(value.StatusCode)) {
         return; // abstract types and those of older servers have none
@@ -170,8 +172,9 @@ void DataTypeDefinitions::addDefinition(const DataType& type, const TypeTree& ty
                    decodedAs<OpcUa_EnumDefinition>(value.Value, OpcUa_EnumDefinition_EncodeableType)) {
         addEnumeration(type, types, *enumeration, loaded);
     } else {
-        UaTrace::tWarning("Warning: UaSession::loadDataTypeDictionaries - unusable definition of data type %s",
-                          type.id.toFullString().toUtf8());
+        UaTrace::tWarning(
+            "Warning: UaSession::loadDataTypeDictionaries - unusable definition of data type %s",
+            type.id.toFullString().toUtf8());
     }
 }
 
@@ -182,8 +185,9 @@ void DataTypeDefinitions::addStructure(const DataType& type, const TypeTree& typ
         uaStructureDefinition(attribute, type.name, type.id,
                               [&types](const UaNodeId& dataTypeId) { return wireType(dataTypeId, types); });
     if (definition.isNull()) {
-        UaTrace::tWarning("Warning: UaSession::loadDataTypeDictionaries - data type %s has a field of an unknown type",
-                          type.id.toFullString().toUtf8());
+        UaTrace::tWarning(
+            "Warning: UaSession::loadDataTypeDictionaries - data type %s has a field of an unknown type",
+            type.id.toFullString().toUtf8());
         return;
     }
     if (!definition.binaryEncodingId().isNull()) {
@@ -228,8 +232,8 @@ UaStructureDefinition DataTypeDefinitions::structure(const UaNodeId& dataTypeOrE
     {
         std::lock_guard lock(m_mutex);
         const auto encoding = m_loaded.encodings.find(dataTypeOrEncodingId);
-        const auto found =
-            m_loaded.structures.find(encoding == m_loaded.encodings.end() ? dataTypeOrEncodingId : encoding->second);
+        const auto found = m_loaded.structures.find(
+            encoding == m_loaded.encodings.end() ? dataTypeOrEncodingId : encoding->second);
         if (found != m_loaded.structures.end()) {
             return found->second;
         }

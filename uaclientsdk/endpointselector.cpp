@@ -14,7 +14,8 @@ namespace {
 
 std::string_view textOf(const OpcUa_String& text)
 {
-    return text.Length > 0 ? std::string_view(text.Data, static_cast<std::size_t>(text.Length)) : std::string_view();
+    return text.Length > 0 ? std::string_view(text.Data, static_cast<std::size_t>(text.Length))
+                           : std::string_view();
 }
 
 bool beginsWithIgnoringCase(std::string_view text, std::string_view prefix)
@@ -24,8 +25,8 @@ bool beginsWithIgnoringCase(std::string_view text, std::string_view prefix)
 
 } // namespace
 
-const OpcUa_EndpointDescription* selectEndpoint(const UaEndpointDescriptions& endpoints, const UaString& connectUrl,
-                                                const UaString& securityPolicyUri,
+const OpcUa_EndpointDescription* selectEndpoint(const UaEndpointDescriptions& endpoints,
+                                                const UaString& connectUrl, const UaString& securityPolicyUri,
                                                 OpcUa_MessageSecurityMode securityMode)
 {
     const EndpointUrl wanted = parseEndpointUrl(connectUrl.view());
@@ -33,7 +34,8 @@ const OpcUa_EndpointDescription* selectEndpoint(const UaEndpointDescriptions& en
     const OpcUa_EndpointDescription* sameScheme = nullptr;
     for (OpcUa_UInt32 i = 0; i < endpoints.length(); ++i) {
         const OpcUa_EndpointDescription& endpoint = endpoints[i];
-        if (endpoint.SecurityMode != securityMode || textOf(endpoint.SecurityPolicyUri) != securityPolicyUri.view()) {
+        if (endpoint.SecurityMode != securityMode ||
+            textOf(endpoint.SecurityPolicyUri) != securityPolicyUri.view()) {
             continue;
         }
         if (beginsWithIgnoringCase(textOf(endpoint.EndpointUrl), connectUrl.view())) {

@@ -7,8 +7,8 @@
 
 namespace UaClientSdk {
 
-// The endpoint of the security settings that fits the connect URL best: the same URL, else the same scheme and
-// port, else the same scheme. Null when none has the settings; the result points into endpoints.
+// The endpoint of the security settings that fits the connect URL best: the same URL, else the same scheme
+// and port, else the same scheme. Null when none has the settings; the result points into endpoints.
 [[nodiscard]] const OpcUa_EndpointDescription* selectEndpoint(const UaEndpointDescriptions& endpoints,
                                                               const UaString& connectUrl,
                                                               const UaString& securityPolicyUri,

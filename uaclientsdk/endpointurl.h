@@ -16,10 +16,10 @@ constexpr OpcUa_UInt16 defaultOpcUaPort = 4840;
 
 struct EndpointUrl
 {
-    std::string scheme; // "opc.tcp", "https", "http"; lower case
-    std::string host; // without the brackets of an IPv6 address
+    std::string scheme;    // "opc.tcp", "https", "http"; lower case
+    std::string host;      // without the brackets of an IPv6 address
     OpcUa_UInt16 port = 0; // 4840 where the URL gives none
-    std::string path; // with its leading slash, or empty
+    std::string path;      // with its leading slash, or empty
     bool valid = false;
 };
 

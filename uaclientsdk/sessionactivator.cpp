@@ -83,8 +83,9 @@ UaStatus SessionActivator::acceptCreateSessionResponse(OpcUa_CreateSessionRespon
         m_context.endpoints.attachFrom(&response.NoOfServerEndpoints, &response.ServerEndpoints);
         m_context.sessionCreated = true;
         // a timeout that is no number would stop every timer that derives from it
-        m_context.revisedSessionTimeout =
-            std::isfinite(response.RevisedSessionTimeout) ? std::max(response.RevisedSessionTimeout, 0.0) : 0.0;
+        m_context.revisedSessionTimeout = std::isfinite(response.RevisedSessionTimeout)
+                                              ? std::max(response.RevisedSessionTimeout, 0.0)
+                                              : 0.0;
         m_context.setWatchdogTimeLocked(m_context.connectInfo.watchdogTime);
     }
     warnAboutServerTime(response.ResponseHeader.Timestamp);
@@ -132,8 +133,8 @@ UaStatus SessionActivator::activateSession()
         result = fillUserIdentityLocked(*request);
     }
     if (result.isGood()) {
-        result = UaStatus(
-            callStack("ActivateSession", OpcUa_ClientApi_ActivateSession, m_context.channel, *request, *response));
+        result = UaStatus(callStack("ActivateSession", OpcUa_ClientApi_ActivateSession, m_context.channel,
+                                    *request, *response));
     }
     if (result.isGood()) {
         result = acceptNewNonce(response->ServerNonce);
@@ -171,8 +172,9 @@ UaStatus SessionActivator::fillUserIdentityLocked(OpcUa_ActivateSessionRequest& 
     }
     const OpcUa_UserTokenPolicy* policy = selectUserTokenPolicy(*endpoint, type);
     if (!policy) {
-        UaTrace::tError("Error: UaSessionPrivate::activateSession - can't find AnonymousIdentityToken in endpoint "
-                        "description");
+        UaTrace::tError(
+            "Error: UaSessionPrivate::activateSession - can't find AnonymousIdentityToken in endpoint "
+            "description");
         return UaStatus(OpcUa_BadIdentityTokenRejected);
     }
     auto* token = static_cast<OpcUa_AnonymousIdentityToken*>(

@@ -6,10 +6,10 @@
 #include <opcua/opcua_channel.h>
 #include <uabase/uaarrays.h>
 #include <uabase/uanodeid.h>
+#include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionmutex.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
-#include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {
@@ -26,8 +26,8 @@ struct SessionContext
     mutable SessionMutex mutex;
     std::condition_variable_any wakeUp; // ends the session thread's waits early
 
-    // Lives as long as the session and is connected again and again, so that a service call that runs while the
-    // link is replaced never meets a freed handle. Immutable.
+    // Lives as long as the session and is connected again and again, so that a service call that runs while
+    // the link is replaced never meets a freed handle. Immutable.
     OpcUa_Channel channel = nullptr;
     const OpcUa_UInt32 traceId; // tells sessions apart in the trace. Immutable.
 

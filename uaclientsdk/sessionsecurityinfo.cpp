@@ -37,7 +37,8 @@ std::size_t derSequenceSize(std::span<const OpcUa_Byte> bytes)
 } // namespace
 
 SessionSecurityInfo::SessionSecurityInfo()
-    : securityPolicyUri(OpcUa_SecurityPolicy_None), m_userIdentity(std::make_shared<UaAnonymousIdentityToken>())
+    : securityPolicyUri(OpcUa_SecurityPolicy_None),
+      m_userIdentity(std::make_shared<UaAnonymousIdentityToken>())
 {
 }
 
@@ -56,12 +57,14 @@ void SessionSecurityInfo::setUserPasswordUserIdentity(const UaString& user, cons
     m_userIdentity = std::make_shared<UaUserNameIdentityToken>(user, password);
 }
 
-void SessionSecurityInfo::setCertificateUserIdentity(const UaByteString& certificate, const UaByteString& privateKey)
+void SessionSecurityInfo::setCertificateUserIdentity(const UaByteString& certificate,
+                                                     const UaByteString& privateKey)
 {
     m_userIdentity = std::make_shared<UaCertificateIdentityToken>(certificate, privateKey);
 }
 
-UaStatus SessionSecurityInfo::splitCertificateChain(const UaByteString& chain, UaByteStringArray& certificates)
+UaStatus SessionSecurityInfo::splitCertificateChain(const UaByteString& chain,
+                                                    UaByteStringArray& certificates)
 {
     certificates.clear();
     std::span<const OpcUa_Byte> rest = chain.bytes();

@@ -34,7 +34,10 @@ template <class Request>
 class BorrowingRequest
 {
 public:
-    explicit BorrowingRequest(const OpcUa_EncodeableType& type) { OpcUa_EncodeableObject_Initialize(&type, &m_value); }
+    explicit BorrowingRequest(const OpcUa_EncodeableType& type)
+    {
+        OpcUa_EncodeableObject_Initialize(&type, &m_value);
+    }
     ~BorrowingRequest()
     {
         OpcUa_EncodeableObject_Clear(&OpcUa_RequestHeader_EncodeableType, &m_value.RequestHeader);
@@ -50,13 +53,14 @@ private:
 };
 
 template <class Request, class Response>
-[[nodiscard]] OpcUa_StatusCode callStack(const char* service,
-                                         OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
-                                         OpcUa_Channel channel, const Request& request, Response& response)
+[[nodiscard]] OpcUa_StatusCode
+callStack(const char* service, OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
+          OpcUa_Channel channel, const Request& request, Response& response)
 {
     UaTrace::tIfCall("CALL OpcUa_ClientApi_%s", service);
     OpcUa_StatusCode status = function(channel, &request, &response);
-    UaTrace::tIfCall("DONE OpcUa_ClientApi_%s [ret=0x%lx,status=0x%lx]", service, static_cast<unsigned long>(status),
+    UaTrace::tIfCall("DONE OpcUa_ClientApi_%s [ret=0x%lx,status=0x%lx]", service,
+                     static_cast<unsigned long>(status),
                      static_cast<unsigned long>(response.ResponseHeader.ServiceResult));
     return OpcUa_IsGood(status) ? response.ResponseHeader.ServiceResult : status;
 }

@@ -13,14 +13,16 @@ namespace {
 
 constexpr OpcUa_UInt32 channelLifetime = 3600000; // far longer than any discovery call lasts
 
-OpcUa_StatusCode ignoreChannelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode status, void*, void*)
+OpcUa_StatusCode ignoreChannelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode status, void*,
+                                    void*)
 {
     // nobody can be asked about a certificate here: what the lists do not trust stays refused
-    return event == OpcUa_Channel_Event_VerifyCertificate ? status : static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    return event == OpcUa_Channel_Event_VerifyCertificate ? status
+                                                          : static_cast<OpcUa_StatusCode>(OpcUa_Good);
 }
 
-// One discovery service from connect to disconnect. fill(request) sets the service's own fields, take(response)
-// takes the results.
+// One discovery service from connect to disconnect. fill(request) sets the service's own fields,
+// take(response) takes the results.
 template <class Request, class Response, class Fill, class Take>
 UaStatus discover(const char* method, const char* stackName,
                   OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
@@ -48,7 +50,8 @@ UaStatus discover(const char* method, const char* stackName,
         take(*response);
     }
     discovery.disconnect();
-    UaTrace::tInOut("<-- UaDiscovery::%s [ret=0x%lx]", method, static_cast<unsigned long>(status.statusCode()));
+    UaTrace::tInOut("<-- UaDiscovery::%s [ret=0x%lx]", method,
+                    static_cast<unsigned long>(status.statusCode()));
     return status;
 }
 
@@ -61,8 +64,8 @@ UaDiscoveryPrivate::~UaDiscoveryPrivate()
     }
 }
 
-UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityInfo& security, OpcUa_UInt32 timeout,
-                                     const UaString& reserved)
+UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityInfo& security,
+                                     OpcUa_UInt32 timeout, const UaString& reserved)
 {
     if (m_channel) {
         UaTrace::tError("<-- UaDiscovery::connect [ret=OpcUa_BadInternalError] - Server already connected");
@@ -78,8 +81,9 @@ UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityIn
         return UaStatus(status);
     }
     const PkiFolders& folders = isHttpsUrl(url.view()) ? security.httpsPki() : security.pki();
-    const OpcUa_PkiConfiguration pki{folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
-                                     folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
+    const OpcUa_PkiConfiguration pki{
+        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
+        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
     OpcUa_ChannelConnectInfo info{};
     info.Url = url.toUtf8();
     info.TransportProfileUri = profile;
@@ -160,8 +164,9 @@ UaStatus UaDiscovery::getEndpoints(ServiceSettings& settings, const UaString& di
 {
     endpoints.clear();
     return discover(
-        "getEndpoints", "GetEndpoints", OpcUa_ClientApi_GetEndpoints, OpcUa_GetEndpointsRequest_EncodeableType,
-        OpcUa_GetEndpointsResponse_EncodeableType, settings, discoveryUrl, security,
+        "getEndpoints", "GetEndpoints", OpcUa_ClientApi_GetEndpoints,
+        OpcUa_GetEndpointsRequest_EncodeableType, OpcUa_GetEndpointsResponse_EncodeableType, settings,
+        discoveryUrl, security,
         [&](OpcUa_GetEndpointsRequest& request) {
             localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
             profileUris.copyTo(&request.NoOfProfileUris, &request.ProfileUris);

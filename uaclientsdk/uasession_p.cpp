@@ -139,7 +139,8 @@ UaStatus UaSessionPrivate::openSession()
 void UaSessionPrivate::afterConnect()
 {
     updateNamespaceTable();
-    if (dictionaryModeIs([](auto mode) { return mode == UaClient::Connect || mode == UaClient::Reconnect; })) {
+    if (dictionaryModeIs(
+            [](auto mode) { return mode == UaClient::Connect || mode == UaClient::Reconnect; })) {
         loadDefinitions();
     }
 }
@@ -160,8 +161,7 @@ bool UaSessionPrivate::dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryM
 
 void UaSessionPrivate::loadDefinitionsOnFirstUse()
 {
-    if (!definitions.isLoaded() &&
-        dictionaryModeIs([](auto mode) { return mode != UaClient::Manual; })) {
+    if (!definitions.isLoaded() && dictionaryModeIs([](auto mode) { return mode != UaClient::Manual; })) {
         loadDefinitions();
     }
 }
@@ -188,7 +188,8 @@ UaStatus UaSessionPrivate::updateNamespaceTable()
     nodes[0].AttributeId = OpcUa_Attributes_Value;
     UaDataValues values;
     UaDiagnosticInfos diagnostics;
-    UaStatus status = m_session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, nodes, values, diagnostics);
+    UaStatus status =
+        m_session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, nodes, values, diagnostics);
     if (status.isGood()) {
         status = UaStatus(values[0].StatusCode);
     }
@@ -197,7 +198,8 @@ UaStatus UaSessionPrivate::updateNamespaceTable()
         status = UaVariant(values[0].Value).toStringArray(table);
     }
     if (status.isBad()) {
-        UaTrace::tError("Error: UaSession - reading the namespace table failed [status=0x%x]", status.statusCode());
+        UaTrace::tError("Error: UaSession - reading the namespace table failed [status=0x%x]",
+                        status.statusCode());
         return status;
     }
     SessionLock lock(context.mutex);

@@ -45,31 +45,31 @@ const BlockService<OpcUa_BrowseRequest, OpcUa_BrowseResponse, OpcUa_BrowseDescri
                   &OpcUa_BrowseResponse::Results};
 
 const BlockService<OpcUa_BrowseNextRequest, OpcUa_BrowseNextResponse, OpcUa_ByteString, OpcUa_BrowseResult>
-    browseNextService{
-        {"browseNext", "BrowseNext", "Empty continuation point passed", viewNotConnected, viewNotConnectedText},
-        OpcUa_ClientApi_BrowseNext,
-        OpcUa_BrowseNextRequest_EncodeableType,
-        OpcUa_BrowseNextResponse_EncodeableType,
-        &OpcUa_BrowseNextRequest::NoOfContinuationPoints,
-        &OpcUa_BrowseNextRequest::ContinuationPoints,
-        &OpcUa_BrowseNextResponse::NoOfResults,
-        &OpcUa_BrowseNextResponse::Results};
+    browseNextService{{"browseNext", "BrowseNext", "Empty continuation point passed", viewNotConnected,
+                       viewNotConnectedText},
+                      OpcUa_ClientApi_BrowseNext,
+                      OpcUa_BrowseNextRequest_EncodeableType,
+                      OpcUa_BrowseNextResponse_EncodeableType,
+                      &OpcUa_BrowseNextRequest::NoOfContinuationPoints,
+                      &OpcUa_BrowseNextRequest::ContinuationPoints,
+                      &OpcUa_BrowseNextResponse::NoOfResults,
+                      &OpcUa_BrowseNextResponse::Results};
 
 const BlockService<OpcUa_TranslateBrowsePathsToNodeIdsRequest, OpcUa_TranslateBrowsePathsToNodeIdsResponse,
                    OpcUa_BrowsePath, OpcUa_BrowsePathResult>
-    translateService{{"translateBrowsePathsToNodeIds", "TranslateBrowsePathsToNodeIds",
-                      "Empty browse path array passed"},
-                     OpcUa_ClientApi_TranslateBrowsePathsToNodeIds,
-                     OpcUa_TranslateBrowsePathsToNodeIdsRequest_EncodeableType,
-                     OpcUa_TranslateBrowsePathsToNodeIdsResponse_EncodeableType,
-                     &OpcUa_TranslateBrowsePathsToNodeIdsRequest::NoOfBrowsePaths,
-                     &OpcUa_TranslateBrowsePathsToNodeIdsRequest::BrowsePaths,
-                     &OpcUa_TranslateBrowsePathsToNodeIdsResponse::NoOfResults,
-                     &OpcUa_TranslateBrowsePathsToNodeIdsResponse::Results};
+    translateService{
+        {"translateBrowsePathsToNodeIds", "TranslateBrowsePathsToNodeIds", "Empty browse path array passed"},
+        OpcUa_ClientApi_TranslateBrowsePathsToNodeIds,
+        OpcUa_TranslateBrowsePathsToNodeIdsRequest_EncodeableType,
+        OpcUa_TranslateBrowsePathsToNodeIdsResponse_EncodeableType,
+        &OpcUa_TranslateBrowsePathsToNodeIdsRequest::NoOfBrowsePaths,
+        &OpcUa_TranslateBrowsePathsToNodeIdsRequest::BrowsePaths,
+        &OpcUa_TranslateBrowsePathsToNodeIdsResponse::NoOfResults,
+        &OpcUa_TranslateBrowsePathsToNodeIdsResponse::Results};
 
 void traceReadRequests(const UaReadValueIds& nodes)
 {
-    if (!UaTrace::isEnabled(UaTrace::Data)) {
+    if (UaTrace::traceLevel() < UaTrace::Data) {
         return;
     }
     UaTrace::tData("Read %u nodes", nodes.length());
@@ -81,7 +81,7 @@ void traceReadRequests(const UaReadValueIds& nodes)
 
 void traceReadResults(const UaDataValues& values)
 {
-    if (!UaTrace::isEnabled(UaTrace::Data)) {
+    if (UaTrace::traceLevel() < UaTrace::Data) {
         return;
     }
     UaTrace::tData("Read results for %u nodes", values.length());
@@ -117,12 +117,13 @@ void setView(OpcUa_BrowseRequest& request, const BrowseContext& context)
 
 } // namespace
 
-UaStatus UaSession::read(ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestampsToReturn,
-                         const UaReadValueIds& nodesToRead, UaDataValues& values, UaDiagnosticInfos& diagnosticInfos)
+UaStatus UaSession::read(ServiceSettings& settings, double maxAge,
+                         OpcUa_TimestampsToReturn timestampsToReturn, const UaReadValueIds& nodesToRead,
+                         UaDataValues& values, UaDiagnosticInfos& diagnosticInfos)
 {
     traceReadRequests(nodesToRead);
-    const UaStatus status = callInBlocks(d->context, readService, settings, nodesToRead, values, diagnosticInfos,
-                                         [&](OpcUa_ReadRequest& request) {
+    const UaStatus status = callInBlocks(d->context, readService, settings, nodesToRead, values,
+                                         diagnosticInfos, [&](OpcUa_ReadRequest& request) {
                                              request.MaxAge = maxAge;
                                              request.TimestampsToReturn = timestampsToReturn;
                                          });
@@ -130,15 +131,16 @@ UaStatus UaSession::read(ServiceSettings& settings, double maxAge, OpcUa_Timesta
     return status;
 }
 
-UaStatus UaSession::write(ServiceSettings& settings, const UaWriteValues& nodesToWrite, UaStatusCodeArray& results,
-                          UaDiagnosticInfos& diagnosticInfos)
+UaStatus UaSession::write(ServiceSettings& settings, const UaWriteValues& nodesToWrite,
+                          UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos)
 {
     return callInBlocks(d->context, writeService, settings, nodesToWrite, results, diagnosticInfos,
                         [](OpcUa_WriteRequest&) {});
 }
 
-UaStatus UaSession::browse(ServiceSettings& settings, const UaNodeId& nodeToBrowse, const BrowseContext& context,
-                           UaByteString& continuationPoint, UaReferenceDescriptions& references)
+UaStatus UaSession::browse(ServiceSettings& settings, const UaNodeId& nodeToBrowse,
+                           const BrowseContext& context, UaByteString& continuationPoint,
+                           UaReferenceDescriptions& references)
 {
     continuationPoint.clear();
     references.clear();
@@ -151,9 +153,8 @@ UaStatus UaSession::browse(ServiceSettings& settings, const UaNodeId& nodeToBrow
     nodes[0].ResultMask = context.resultMask;
     UaBrowseResults results;
     UaDiagnosticInfos diagnosticInfos;
-    const UaStatus status =
-        callInBlocks(d->context, browseService, settings, nodes, results, diagnosticInfos,
-                     [&](OpcUa_BrowseRequest& request) { setView(request, context); });
+    const UaStatus status = callInBlocks(d->context, browseService, settings, nodes, results, diagnosticInfos,
+                                         [&](OpcUa_BrowseRequest& request) { setView(request, context); });
     return status.isBad() ? status : takeBrowseResult(results, continuationPoint, references);
 }
 
@@ -166,13 +167,15 @@ UaStatus UaSession::browseNext(ServiceSettings& settings, bool releaseContinuati
     continuationPoint.clear();
     UaBrowseResults results;
     UaDiagnosticInfos diagnosticInfos;
-    const UaStatus status = browseListNext(settings, releaseContinuationPoint, points, results, diagnosticInfos);
-    return status.isBad() || results.isEmpty() ? status : takeBrowseResult(results, continuationPoint, references);
+    const UaStatus status =
+        browseListNext(settings, releaseContinuationPoint, points, results, diagnosticInfos);
+    return status.isBad() || results.isEmpty() ? status
+                                               : takeBrowseResult(results, continuationPoint, references);
 }
 
-UaStatus UaSession::browseList(ServiceSettings& settings, const UaNodeId& viewId, OpcUa_UInt32 maxReferencesToReturn,
-                               const UaBrowseDescriptions& nodesToBrowse, UaBrowseResults& results,
-                               UaDiagnosticInfos& diagnosticInfos)
+UaStatus UaSession::browseList(ServiceSettings& settings, const UaNodeId& viewId,
+                               OpcUa_UInt32 maxReferencesToReturn, const UaBrowseDescriptions& nodesToBrowse,
+                               UaBrowseResults& results, UaDiagnosticInfos& diagnosticInfos)
 {
     BrowseContext context;
     context.viewId = viewId;
@@ -187,12 +190,14 @@ UaStatus UaSession::browseListNext(ServiceSettings& settings, bool releaseContin
 {
     return callInBlocks(d->context, browseNextService, settings, continuationPoints, results, diagnosticInfos,
                         [&](OpcUa_BrowseNextRequest& request) {
-                            request.ReleaseContinuationPoints = releaseContinuationPoints ? OpcUa_True : OpcUa_False;
+                            request.ReleaseContinuationPoints =
+                                releaseContinuationPoints ? OpcUa_True : OpcUa_False;
                         });
 }
 
 UaStatus UaSession::translateBrowsePathsToNodeIds(ServiceSettings& settings, const UaBrowsePaths& browsePaths,
-                                                  UaBrowsePathResults& results, UaDiagnosticInfos& diagnosticInfos)
+                                                  UaBrowsePathResults& results,
+                                                  UaDiagnosticInfos& diagnosticInfos)
 {
     return callInBlocks(d->context, translateService, settings, browsePaths, results, diagnosticInfos,
                         [](OpcUa_TranslateBrowsePathsToNodeIdsRequest&) {});
