@@ -14,12 +14,15 @@ constexpr OpcUa_Int64 kTicksPerMillisecond = 10000;
 
 QString toQString(const UaString& text)
 {
-    return text.isNull() ? QString() : QString::fromUtf8(text.toUtf8());
+    return text.isNull() ? QString() : QString::fromUtf8(text.toUtf8(), static_cast<int>(text.size()));
 }
 
 UaString toUaString(const QString& text)
 {
-    return text.isNull() ? UaString() : UaString(text.toUtf8().constData());
+    if (text.isNull())
+        return {};
+    const QByteArray bytes = text.toUtf8();
+    return UaString(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
 }
 
 QString qlumStatusText(OpcUa_StatusCode code)
