@@ -73,7 +73,8 @@ public:
         clear();
         return resize(length);
     }
-    // Keeps the first elements; new ones are null values. False when out of memory, the array is then as before.
+    // Keeps the first elements; new ones are null values. False when out of memory, the array is then as
+    // before.
     bool resize(OpcUa_UInt32 length) noexcept
     {
         if (length == m_length)

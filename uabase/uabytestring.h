@@ -46,7 +46,10 @@ public:
     const OpcUa_ByteString* get() const noexcept { return m_value.get(); }
     void attach(OpcUa_ByteString* value) noexcept { m_value.attach(value); }
     OpcUa_StatusCode detach(OpcUa_ByteString* destination) noexcept { return m_value.detach(destination); }
-    OpcUa_StatusCode copyTo(OpcUa_ByteString* destination) const noexcept { return m_value.copyTo(destination); }
+    OpcUa_StatusCode copyTo(OpcUa_ByteString* destination) const noexcept
+    {
+        return m_value.copyTo(destination);
+    }
 
     friend bool operator==(const UaByteString& left, const UaByteString& right) noexcept
     {

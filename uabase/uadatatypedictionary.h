@@ -5,7 +5,8 @@
 #include <uabase/uaoptionsetdefinition.h>
 #include <uabase/uastructuredefinition.h>
 
-// Answers null definitions (isNull) for types that it does not know. Implementations say which threads may ask.
+// Answers null definitions (isNull) for types that it does not know. Implementations say which threads may
+// ask.
 class UaDataTypeDictionary
 {
 public:

@@ -29,7 +29,8 @@ public:
     // "value; status; source time; server time", the parts that say something.
     [[nodiscard]] UaString toString() const;
 
-    // attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw memory.
+    // attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
+    // memory.
     void attach(OpcUa_DataValue* value) noexcept;
     OpcUa_StatusCode detach(OpcUa_DataValue* destination) noexcept;
     OpcUa_StatusCode copyTo(OpcUa_DataValue* destination) const noexcept;

@@ -5,7 +5,8 @@
 
 #include <ctime>
 
-// Text forms and conversions clamp to 1601-01-01 ... 9999-12-31 23:59:59.999; the stored value is kept as received.
+// Text forms and conversions clamp to 1601-01-01 ... 9999-12-31 23:59:59.999; the stored value is kept as
+// received.
 class UaDateTime
 {
 public:
@@ -15,8 +16,8 @@ public:
     [[nodiscard]] static UaDateTime now() noexcept;
     [[nodiscard]] static UaDateTime fromTime_t(std::time_t seconds) noexcept;
     [[nodiscard]] static UaDateTime fromMSecsSinceEpoch(OpcUa_Int64 milliseconds) noexcept; // since 1970
-    // "2026-11-21T10:15:30[.fraction][Z|+hh:mm|-hh:mm]", also with a space for the T and as a date alone; no zone
-    // means UTC. Null on a fault; ok tells that apart.
+    // "2026-11-21T10:15:30[.fraction][Z|+hh:mm|-hh:mm]", also with a space for the T and as a date alone; no
+    // zone means UTC. Null on a fault; ok tells that apart.
     [[nodiscard]] static UaDateTime fromString(std::string_view text, bool* ok = nullptr) noexcept;
 
     // "2026-11-21T10:15:30.123Z"; the null date is "1601-01-01T00:00:00.000Z".
@@ -39,7 +40,8 @@ public:
     {
         return left.m_value == right.m_value;
     }
-    friend constexpr std::strong_ordering operator<=>(const UaDateTime& left, const UaDateTime& right) noexcept
+    friend constexpr std::strong_ordering operator<=>(const UaDateTime& left,
+                                                      const UaDateTime& right) noexcept
     {
         return left.m_value <=> right.m_value;
     }

@@ -1,4 +1,5 @@
-// Vendor-specific diagnosis of one operation, OPC 10000-4, 7.12; the indexes point into a response's string table.
+// Vendor-specific diagnosis of one operation, OPC 10000-4, 7.12; the indexes point into a response's string
+// table.
 #pragma once
 
 #include <uabase/uastatuscode.h>
@@ -24,8 +25,14 @@ public:
     // As for UaString: get borrows, attach takes over, detach hands over, copyTo copies into raw memory.
     const OpcUa_DiagnosticInfo* get() const noexcept { return m_value.get(); }
     void attach(OpcUa_DiagnosticInfo* value) noexcept { m_value.attach(value); }
-    OpcUa_StatusCode detach(OpcUa_DiagnosticInfo* destination) noexcept { return m_value.detach(destination); }
-    OpcUa_StatusCode copyTo(OpcUa_DiagnosticInfo* destination) const noexcept { return m_value.copyTo(destination); }
+    OpcUa_StatusCode detach(OpcUa_DiagnosticInfo* destination) noexcept
+    {
+        return m_value.detach(destination);
+    }
+    OpcUa_StatusCode copyTo(OpcUa_DiagnosticInfo* destination) const noexcept
+    {
+        return m_value.copyTo(destination);
+    }
 
     friend bool operator==(const UaDiagnosticInfo& left, const UaDiagnosticInfo& right) noexcept
     {

@@ -66,8 +66,8 @@ struct UaEncodeableElement
     }
 };
 
-// Chosen by the element's type: initialize, clear (leaves initialised elements) and deep copy (the destination
-// is raw memory; after a failure it holds null values). None throws.
+// Chosen by the element's type: initialize, clear (leaves initialised elements) and deep copy (the
+// destination is raw memory; after a failure it holds null values). None throws.
 template <class T>
 struct UaElement : UaTrivialElement<T>
 {

@@ -41,8 +41,14 @@ public:
     // As for UaString: get borrows, attach takes over, detach hands over, copyTo copies into raw memory.
     const OpcUa_ExtensionObject* get() const noexcept { return m_value.get(); }
     void attach(OpcUa_ExtensionObject* value) noexcept { m_value.attach(value); }
-    OpcUa_StatusCode detach(OpcUa_ExtensionObject* destination) noexcept { return m_value.detach(destination); }
-    OpcUa_StatusCode copyTo(OpcUa_ExtensionObject* destination) const noexcept { return m_value.copyTo(destination); }
+    OpcUa_StatusCode detach(OpcUa_ExtensionObject* destination) noexcept
+    {
+        return m_value.detach(destination);
+    }
+    OpcUa_StatusCode copyTo(OpcUa_ExtensionObject* destination) const noexcept
+    {
+        return m_value.copyTo(destination);
+    }
 
     // By type and content; a decoded body and its own bytes are different.
     friend bool operator==(const UaExtensionObject& left, const UaExtensionObject& right) noexcept

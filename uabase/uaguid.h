@@ -9,8 +9,8 @@ public:
     UaGuid() noexcept = default;
     explicit UaGuid(const OpcUa_Guid& value) noexcept : m_value(value) {}
 
-    // "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx" in either case, with or without braces. Null on a fault; ok tells
-    // that apart from the null identifier written out.
+    // "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx" in either case, with or without braces. Null on a fault; ok
+    // tells that apart from the null identifier written out.
     [[nodiscard]] static UaGuid fromString(std::string_view text, bool* ok = nullptr) noexcept;
     // From the 16 bytes of the binary encoding; null for another length.
     [[nodiscard]] static UaGuid fromByteString(const UaByteString& bytes, bool* ok = nullptr) noexcept;
@@ -41,6 +41,7 @@ struct std::hash<UaGuid>
 {
     std::size_t operator()(const UaGuid& value) const noexcept
     {
-        return std::hash<std::string_view>()({reinterpret_cast<const char*>(value.get()), sizeof(OpcUa_Guid)});
+        return std::hash<std::string_view>()(
+            {reinterpret_cast<const char*>(value.get()), sizeof(OpcUa_Guid)});
     }
 };

@@ -8,7 +8,8 @@ class UaLocalizedText
 public:
     UaLocalizedText() noexcept = default;
     UaLocalizedText(const UaString& locale, const UaString& text) noexcept : m_locale(locale), m_text(text) {}
-    explicit UaLocalizedText(const OpcUa_LocalizedText& value) noexcept : m_locale(value.Locale), m_text(value.Text)
+    explicit UaLocalizedText(const OpcUa_LocalizedText& value) noexcept
+        : m_locale(value.Locale), m_text(value.Text)
     {
     }
 
@@ -24,7 +25,8 @@ public:
     OpcUa_StatusCode copyTo(OpcUa_LocalizedText* destination) const noexcept;
 
     friend bool operator==(const UaLocalizedText&, const UaLocalizedText&) noexcept = default;
-    friend std::strong_ordering operator<=>(const UaLocalizedText&, const UaLocalizedText&) noexcept = default;
+    friend std::strong_ordering operator<=>(const UaLocalizedText&,
+                                            const UaLocalizedText&) noexcept = default;
 
 private:
     UaString m_locale;

@@ -15,7 +15,8 @@ public:
     UaNodeId(const UaByteString& identifier, OpcUa_UInt16 namespaceIndex) noexcept;
     explicit UaNodeId(const OpcUa_NodeId& value) noexcept { m_value.assign(value); }
 
-    // "i=84", "ns=2;s=abc", "ns=3;g=<guid>", "ns=4;b=<Base64>". Null on a fault; ok tells that apart from "i=0".
+    // "i=84", "ns=2;s=abc", "ns=3;g=<guid>", "ns=4;b=<Base64>". Null on a fault; ok tells that apart from
+    // "i=0".
     [[nodiscard]] static UaNodeId fromString(std::string_view text, bool* ok = nullptr);
     [[nodiscard]] static UaNodeId fromFullString(std::string_view text, bool* ok = nullptr)
     {
@@ -54,7 +55,10 @@ public:
     OpcUa_StatusCode detach(OpcUa_NodeId* destination) noexcept { return m_value.detach(destination); }
     OpcUa_StatusCode copyTo(OpcUa_NodeId* destination) const noexcept { return m_value.copyTo(destination); }
 
-    friend bool operator==(const UaNodeId& left, const UaNodeId& right) noexcept { return (left <=> right) == 0; }
+    friend bool operator==(const UaNodeId& left, const UaNodeId& right) noexcept
+    {
+        return (left <=> right) == 0;
+    }
     // Namespace index, identifier type, identifier.
     friend std::strong_ordering operator<=>(const UaNodeId& left, const UaNodeId& right) noexcept
     {

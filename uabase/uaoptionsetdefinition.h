@@ -10,7 +10,8 @@ class UaOptionSetDefinition
 {
 public:
     UaOptionSetDefinition() noexcept;
-    // builtInType: Byte, UInt16, UInt32 or UInt64, or ExtensionObject for the structured form (value, valid bits).
+    // builtInType: Byte, UInt16, UInt32 or UInt64, or ExtensionObject for the structured form (value, valid
+    // bits).
     UaOptionSetDefinition(const UaString& name, const UaNodeId& dataTypeId, OpcUa_BuiltInType builtInType);
     UaOptionSetDefinition(const UaOptionSetDefinition&) noexcept;
     UaOptionSetDefinition& operator=(const UaOptionSetDefinition&) noexcept;
@@ -19,7 +20,7 @@ public:
     bool isNull() const noexcept { return !d; }
     UaString name() const noexcept;
     UaNodeId dataTypeId() const noexcept;
-    UaNodeId binaryEncodingId() const noexcept; // structured form only
+    UaNodeId binaryEncodingId() const noexcept;     // structured form only
     OpcUa_BuiltInType builtInType() const noexcept; // Null when the definition is null
     void setBinaryEncodingId(const UaNodeId& encodingId);
     void addBit(const UaEnumValue& bit);

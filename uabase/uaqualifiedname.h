@@ -30,7 +30,8 @@ public:
     OpcUa_StatusCode copyTo(OpcUa_QualifiedName* destination) const noexcept;
 
     friend bool operator==(const UaQualifiedName&, const UaQualifiedName&) noexcept = default;
-    friend std::strong_ordering operator<=>(const UaQualifiedName&, const UaQualifiedName&) noexcept = default;
+    friend std::strong_ordering operator<=>(const UaQualifiedName&,
+                                            const UaQualifiedName&) noexcept = default;
 
 private:
     OpcUa_UInt16 m_namespaceIndex = 0;

@@ -40,10 +40,7 @@ public:
     const T* operator->() const noexcept { return &m_box->value; }
     const T& operator*() const noexcept { return m_box->value; }
     explicit operator bool() const noexcept { return m_box != nullptr; }
-    bool isShared() const noexcept
-    {
-        return m_box && m_box->references.load(std::memory_order_acquire) > 1;
-    }
+    bool isShared() const noexcept { return m_box && m_box->references.load(std::memory_order_acquire) > 1; }
 
     // The value for changing: made when null, copied when shared.
     T& edit()
@@ -86,7 +83,8 @@ private:
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_ExtensionObject& value) noexcept;
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_DiagnosticInfo& value) noexcept;
 
-// A structure C of the stack as a shared value: the structure itself lies inside, what it points to is shared.
+// A structure C of the stack as a shared value: the structure itself lies inside, what it points to is
+// shared.
 template <class C>
 class UaSharedValue
 {

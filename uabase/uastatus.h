@@ -6,7 +6,7 @@
 class UaStatus : public UaStatusCode
 {
 public:
-    constexpr UaStatus() noexcept = default;
+    UaStatus() noexcept = default;
     UaStatus(OpcUa_StatusCode code) noexcept : UaStatusCode(code) {}
     UaStatus(const UaStatusCode& code) noexcept : UaStatusCode(code) {}
     UaStatus(OpcUa_StatusCode code, const UaString& diagnosticText) noexcept

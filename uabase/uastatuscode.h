@@ -1,6 +1,7 @@
 // The outcome of an operation, OPC 10000-4, 7.39.
 #pragma once
 
+#include <opcua/opcua_statuscodes.h>
 #include <uabase/uastring.h>
 
 class UaStatusCode

@@ -8,13 +8,13 @@
 #include <string>
 #include <string_view>
 
-// Null and empty are different values, also in comparisons (null orders first). Bytes are kept as received, even
-// when they are not valid UTF-8. Copies share the text.
+// Null and empty are different values, also in comparisons (null orders first). Bytes are kept as received,
+// even when they are not valid UTF-8. Copies share the text.
 class UaString
 {
 public:
     UaString() noexcept = default;
-    UaString(const char* text) noexcept; // null pointer: null string
+    UaString(const char* text) noexcept;      // null pointer: null string
     UaString(std::string_view text) noexcept; // never null
     explicit UaString(const OpcUa_String& value) noexcept { m_value.assign(value); }
     explicit UaString(const OpcUa_String* value) noexcept // null pointer: null string
@@ -24,7 +24,7 @@ public:
     }
 
     bool isNull() const noexcept { return m_value->Length < 0; }
-    bool isEmpty() const noexcept { return size() == 0; } // true for null as well
+    bool isEmpty() const noexcept { return size() == 0; }       // true for null as well
     std::size_t size() const noexcept { return view().size(); } // bytes
     std::size_t length() const noexcept { return size(); }
     std::string_view view() const noexcept

@@ -48,7 +48,8 @@ public:
     void setMaxStringLength(OpcUa_UInt32 maxStringLength);
     void setIsOptional(bool isOptional);
     void setAllowSubTypes(bool allowSubTypes);
-    void setStructureDefinition(const UaStructureDefinition& definition); // not of a type that contains the field
+    void
+    setStructureDefinition(const UaStructureDefinition& definition); // not of a type that contains the field
     void setEnumDefinition(const UaEnumDefinition& definition);
     void setOptionSetDefinition(const UaOptionSetDefinition& definition);
 
@@ -75,8 +76,8 @@ public:
     bool isOptionSet() const noexcept; // the structured form of an option set: value and valid bits
     bool hasOptionalFields() const noexcept;
 
-    int fieldCount() const noexcept; // inherited fields come first
-    UaStructureField field(int index) const noexcept; // null when out of range
+    int fieldCount() const noexcept;                     // inherited fields come first
+    UaStructureField field(int index) const noexcept;    // null when out of range
     int fieldIndex(const UaString& name) const noexcept; // -1 when there is none
 
     void setName(const UaString& name);

@@ -14,7 +14,8 @@
 
 class UaDataValue;
 
-// Scalars of fixed size copy without allocation, all others share their content. One object belongs to one thread.
+// Scalars of fixed size copy without allocation, all others share their content. One object belongs to one
+// thread.
 class UaVariant
 {
 public:
@@ -67,7 +68,8 @@ public:
     const void* elements() const noexcept;
     void clear() noexcept { m_value.clear(); }
 
-    // ---- setting scalars -----------------------------------------------------------------------------------
+    // ---- setting scalars
+    // -----------------------------------------------------------------------------------
     void setBool(bool value) noexcept;
     void setSByte(OpcUa_SByte value) noexcept;
     void setByte(OpcUa_Byte value) noexcept;
@@ -93,16 +95,16 @@ public:
     void setDataValue(const UaDataValue& value) noexcept;
     void setDiagnosticInfo(const UaDiagnosticInfo& value) noexcept;
 
-    // ---- setting arrays and matrices -----------------------------------------------------------------------
-    // Deep copy of packed elements of the type. BadOutOfMemory, BadInvalidArgument for an unknown type; the value
-    // is then null.
+    // ---- setting arrays and matrices
+    // ----------------------------------------------------------------------- Deep copy of packed elements of
+    // the type. BadOutOfMemory, BadInvalidArgument for an unknown type; the value is then null.
     OpcUa_StatusCode setArray(OpcUa_BuiltInType type, OpcUa_Int32 length, const void* elements) noexcept;
     // Takes ownership of packed elements from the stack's allocator; length -1 with null makes a null array.
     OpcUa_StatusCode attachArray(OpcUa_BuiltInType type, OpcUa_Int32 length, void* elements) noexcept;
     // An array of scalars that all have the same type. BadTypeMismatch otherwise.
     OpcUa_StatusCode setArray(OpcUa_BuiltInType type, std::span<const UaVariant> elements) noexcept;
-    // Gives an array dimensions (at least two make it a matrix, one makes it an array again). BadInvalidArgument
-    // when their product is not the number of elements.
+    // Gives an array dimensions (at least two make it a matrix, one makes it an array again).
+    // BadInvalidArgument when their product is not the number of elements.
     OpcUa_StatusCode setDimensions(std::span<const OpcUa_Int32> dimensions) noexcept;
     // Replaces one element by a scalar of the same type. BadIndexRangeInvalid, BadTypeMismatch.
     OpcUa_StatusCode setAt(OpcUa_UInt32 index, const UaVariant& element) noexcept;
@@ -119,12 +121,24 @@ public:
     void setFloatArray(const UaArray<OpcUa_Float>& values) noexcept { setTyped(OpcUaType_Float, values); }
     void setDoubleArray(const UaArray<OpcUa_Double>& values) noexcept { setTyped(OpcUaType_Double, values); }
     void setStringArray(const UaArray<OpcUa_String>& values) noexcept { setTyped(OpcUaType_String, values); }
-    void setDateTimeArray(const UaArray<OpcUa_DateTime>& values) noexcept { setTyped(OpcUaType_DateTime, values); }
+    void setDateTimeArray(const UaArray<OpcUa_DateTime>& values) noexcept
+    {
+        setTyped(OpcUaType_DateTime, values);
+    }
     void setGuidArray(const UaArray<OpcUa_Guid>& values) noexcept { setTyped(OpcUaType_Guid, values); }
-    void setByteStringArray(const UaArray<OpcUa_ByteString>& values) noexcept { setTyped(OpcUaType_ByteString, values); }
-    void setXmlElementArray(const UaArray<OpcUa_ByteString>& values) noexcept { setTyped(OpcUaType_XmlElement, values); }
+    void setByteStringArray(const UaArray<OpcUa_ByteString>& values) noexcept
+    {
+        setTyped(OpcUaType_ByteString, values);
+    }
+    void setXmlElementArray(const UaArray<OpcUa_ByteString>& values) noexcept
+    {
+        setTyped(OpcUaType_XmlElement, values);
+    }
     void setNodeIdArray(const UaArray<OpcUa_NodeId>& values) noexcept { setTyped(OpcUaType_NodeId, values); }
-    void setStatusCodeArray(const UaArray<OpcUa_StatusCode>& values) noexcept { setTyped(OpcUaType_StatusCode, values); }
+    void setStatusCodeArray(const UaArray<OpcUa_StatusCode>& values) noexcept
+    {
+        setTyped(OpcUaType_StatusCode, values);
+    }
     void setQualifiedNameArray(const UaArray<OpcUa_QualifiedName>& values) noexcept
     {
         setTyped(OpcUaType_QualifiedName, values);
@@ -137,11 +151,18 @@ public:
     {
         setTyped(OpcUaType_ExtensionObject, values);
     }
-    void setDataValueArray(const UaArray<OpcUa_DataValue>& values) noexcept { setTyped(OpcUaType_DataValue, values); }
-    void setVariantArray(const UaArray<OpcUa_Variant>& values) noexcept { setTyped(OpcUaType_Variant, values); }
+    void setDataValueArray(const UaArray<OpcUa_DataValue>& values) noexcept
+    {
+        setTyped(OpcUaType_DataValue, values);
+    }
+    void setVariantArray(const UaArray<OpcUa_Variant>& values) noexcept
+    {
+        setTyped(OpcUaType_Variant, values);
+    }
 
-    // ---- reading -------------------------------------------------------------------------------------------
-    // Each converts as changeType does; a value that can not be converted gives the type's null value and sets ok
+    // ---- reading
+    // ------------------------------------------------------------------------------------------- Each
+    // converts as changeType does; a value that can not be converted gives the type's null value and sets ok
     // to false.
     bool toBool(bool* ok = nullptr) const noexcept;
     OpcUa_SByte toSByte(bool* ok = nullptr) const noexcept;
@@ -169,25 +190,70 @@ public:
     // A text for people, of every type and shape; never fails. Strings come as they are, arrays as "{a|b|c}".
     [[nodiscard]] UaString toString() const;
 
-    // Deep copy of the elements of an array or matrix; an array of another type is converted as changeType does
-    // it. False (and values empty) when that fails or the value is a scalar.
-    bool toBoolArray(UaArray<OpcUa_Boolean>& values) const noexcept { return toTyped(OpcUaType_Boolean, values); }
-    bool toSByteArray(UaArray<OpcUa_SByte>& values) const noexcept { return toTyped(OpcUaType_SByte, values); }
+    // Deep copy of the elements of an array or matrix; an array of another type is converted as changeType
+    // does it. False (and values empty) when that fails or the value is a scalar.
+    bool toBoolArray(UaArray<OpcUa_Boolean>& values) const noexcept
+    {
+        return toTyped(OpcUaType_Boolean, values);
+    }
+    bool toSByteArray(UaArray<OpcUa_SByte>& values) const noexcept
+    {
+        return toTyped(OpcUaType_SByte, values);
+    }
     bool toByteArray(UaArray<OpcUa_Byte>& values) const noexcept { return toTyped(OpcUaType_Byte, values); }
-    bool toInt16Array(UaArray<OpcUa_Int16>& values) const noexcept { return toTyped(OpcUaType_Int16, values); }
-    bool toUInt16Array(UaArray<OpcUa_UInt16>& values) const noexcept { return toTyped(OpcUaType_UInt16, values); }
-    bool toInt32Array(UaArray<OpcUa_Int32>& values) const noexcept { return toTyped(OpcUaType_Int32, values); }
-    bool toUInt32Array(UaArray<OpcUa_UInt32>& values) const noexcept { return toTyped(OpcUaType_UInt32, values); }
-    bool toInt64Array(UaArray<OpcUa_Int64>& values) const noexcept { return toTyped(OpcUaType_Int64, values); }
-    bool toUInt64Array(UaArray<OpcUa_UInt64>& values) const noexcept { return toTyped(OpcUaType_UInt64, values); }
-    bool toFloatArray(UaArray<OpcUa_Float>& values) const noexcept { return toTyped(OpcUaType_Float, values); }
-    bool toDoubleArray(UaArray<OpcUa_Double>& values) const noexcept { return toTyped(OpcUaType_Double, values); }
-    bool toStringArray(UaArray<OpcUa_String>& values) const noexcept { return toTyped(OpcUaType_String, values); }
-    bool toDateTimeArray(UaArray<OpcUa_DateTime>& values) const noexcept { return toTyped(OpcUaType_DateTime, values); }
+    bool toInt16Array(UaArray<OpcUa_Int16>& values) const noexcept
+    {
+        return toTyped(OpcUaType_Int16, values);
+    }
+    bool toUInt16Array(UaArray<OpcUa_UInt16>& values) const noexcept
+    {
+        return toTyped(OpcUaType_UInt16, values);
+    }
+    bool toInt32Array(UaArray<OpcUa_Int32>& values) const noexcept
+    {
+        return toTyped(OpcUaType_Int32, values);
+    }
+    bool toUInt32Array(UaArray<OpcUa_UInt32>& values) const noexcept
+    {
+        return toTyped(OpcUaType_UInt32, values);
+    }
+    bool toInt64Array(UaArray<OpcUa_Int64>& values) const noexcept
+    {
+        return toTyped(OpcUaType_Int64, values);
+    }
+    bool toUInt64Array(UaArray<OpcUa_UInt64>& values) const noexcept
+    {
+        return toTyped(OpcUaType_UInt64, values);
+    }
+    bool toFloatArray(UaArray<OpcUa_Float>& values) const noexcept
+    {
+        return toTyped(OpcUaType_Float, values);
+    }
+    bool toDoubleArray(UaArray<OpcUa_Double>& values) const noexcept
+    {
+        return toTyped(OpcUaType_Double, values);
+    }
+    bool toStringArray(UaArray<OpcUa_String>& values) const noexcept
+    {
+        return toTyped(OpcUaType_String, values);
+    }
+    bool toDateTimeArray(UaArray<OpcUa_DateTime>& values) const noexcept
+    {
+        return toTyped(OpcUaType_DateTime, values);
+    }
     bool toGuidArray(UaArray<OpcUa_Guid>& values) const noexcept { return toTyped(OpcUaType_Guid, values); }
-    bool toByteStringArray(UaArray<OpcUa_ByteString>& values) const noexcept { return toTyped(OpcUaType_ByteString, values); }
-    bool toNodeIdArray(UaArray<OpcUa_NodeId>& values) const noexcept { return toTyped(OpcUaType_NodeId, values); }
-    bool toStatusCodeArray(UaArray<OpcUa_StatusCode>& values) const noexcept { return toTyped(OpcUaType_StatusCode, values); }
+    bool toByteStringArray(UaArray<OpcUa_ByteString>& values) const noexcept
+    {
+        return toTyped(OpcUaType_ByteString, values);
+    }
+    bool toNodeIdArray(UaArray<OpcUa_NodeId>& values) const noexcept
+    {
+        return toTyped(OpcUaType_NodeId, values);
+    }
+    bool toStatusCodeArray(UaArray<OpcUa_StatusCode>& values) const noexcept
+    {
+        return toTyped(OpcUaType_StatusCode, values);
+    }
     bool toQualifiedNameArray(UaArray<OpcUa_QualifiedName>& values) const noexcept
     {
         return toTyped(OpcUaType_QualifiedName, values);
@@ -200,22 +266,30 @@ public:
     {
         return toTyped(OpcUaType_ExtensionObject, values);
     }
-    bool toDataValueArray(UaArray<OpcUa_DataValue>& values) const noexcept { return toTyped(OpcUaType_DataValue, values); }
-    bool toVariantArray(UaArray<OpcUa_Variant>& values) const noexcept { return toTyped(OpcUaType_Variant, values); }
+    bool toDataValueArray(UaArray<OpcUa_DataValue>& values) const noexcept
+    {
+        return toTyped(OpcUaType_DataValue, values);
+    }
+    bool toVariantArray(UaArray<OpcUa_Variant>& values) const noexcept
+    {
+        return toTyped(OpcUaType_Variant, values);
+    }
 
-    // ---- conversion, OPC 10000-4, 7.7.3 --------------------------------------------------------------------
+    // ---- conversion, OPC 10000-4, 7.7.3
+    // --------------------------------------------------------------------
     enum Conversion { NoConversion, SameType, ImplicitConversion, ExplicitConversion };
     [[nodiscard]] static Conversion conversion(OpcUa_BuiltInType from, OpcUa_BuiltInType to) noexcept;
-    // Converts to the type, each element of an array or matrix on its own. toArray on a scalar makes an array of
-    // one element, a scalar is made of an array of one element; ByteString and array of Byte turn into each
-    // other; a matrix keeps its dimensions when toArray is set. On failure the value is unchanged:
-    // BadTypeMismatch (no such conversion, or shape), BadOutOfRange (does not fit), BadSyntaxError (the text is
-    // not of the type).
+    // Converts to the type, each element of an array or matrix on its own. toArray on a scalar makes an array
+    // of one element, a scalar is made of an array of one element; ByteString and array of Byte turn into
+    // each other; a matrix keeps its dimensions when toArray is set. On failure the value is unchanged:
+    // BadTypeMismatch (no such conversion, or shape), BadOutOfRange (does not fit), BadSyntaxError (the text
+    // is not of the type).
     [[nodiscard]] UaStatusCode changeType(OpcUa_BuiltInType type, bool toArray) noexcept;
 
     // Borrowed; valid until this value changes.
     const OpcUa_Variant* get() const noexcept { return m_value.get(); }
-    // attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw memory.
+    // attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
+    // memory.
     void attach(OpcUa_Variant* value) noexcept { m_value.attach(value); }
     OpcUa_StatusCode detach(OpcUa_Variant* destination) noexcept { return m_value.detach(destination); }
     OpcUa_StatusCode copyTo(OpcUa_Variant* destination) const noexcept { return m_value.copyTo(destination); }
