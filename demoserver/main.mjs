@@ -9,7 +9,7 @@ import { startServer } from "./lib/server.mjs";
 
 const usage = "usage: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]";
 const here = dirname(fileURLToPath(import.meta.url));
-const stopLimit = 1000;
+const stopLimit = 500;
 
 function readArguments() {
   const option = (value) => ({ type: "string", default: value });

@@ -102,9 +102,11 @@ export async function startServer(options) {
   return {
     port,
     endpointUrl: `opc.tcp://${options.host.includes(":") ? `[${options.host}]` : options.host}:${port}${resourcePath}`,
+    /** Closes the connections; taking the address space apart, which takes a second, is left to the process's end. */
     async stop() {
       builder.stop();
-      await server.shutdown(0);
+      server.engine.setServerState(ua.ServerState.Shutdown);
+      await server.shutdownChannels();
     },
   };
 }

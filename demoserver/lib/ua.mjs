@@ -1,6 +1,9 @@
 // The library is CommonJS, and its names are not all visible to a static import: this is the one place that loads it.
 
+import { webcrypto } from "node:crypto";
 import { createRequire } from "node:module";
+
+globalThis.crypto ??= webcrypto; // Node.js 18 keeps it out of the global scope
 
 const require = createRequire(import.meta.url);
 
