@@ -54,6 +54,7 @@ export function addMethods(b, structures) {
     const options = { nodeId: `s=Methods.${name}`, browseName: name, inputArguments, outputArguments };
     bind(b.demo.addMethod(owner, options), run);
   }
-  const locked = { nodeId: "s=Methods.NotExecutable", browseName: "NotExecutable", executable: false, userExecutable: false };
-  bind(b.demo.addMethod(owner, locked), () => good());
+  const locked = b.demo.addMethod(owner, { nodeId: "s=Methods.NotExecutable", browseName: "NotExecutable" });
+  bind(locked, () => good());
+  locked._getExecutableFlag = () => false; // the option of this name has no effect
 }

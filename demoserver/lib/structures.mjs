@@ -1,8 +1,8 @@
 // Folder Structure: variables of the structured types, enumerations and option sets of the structures namespace.
 
 import { array, scalar } from "./builder.mjs";
-import { typeIds } from "./structuretypes.mjs";
-import { DataType, StatusCodes, ua } from "./ua.mjs";
+import { flags, typeIds } from "./structuretypes.mjs";
+import { DataType, EnumDefinition, StatusCodes, ua } from "./ua.mjs";
 
 /** Builds values of the types by name. */
 export class Structures {
@@ -72,8 +72,15 @@ function values(s) {
   ];
 }
 
+/** The library keeps no definition of an option set; without one a client could not name the bits. */
+function defineFlags(b, s) {
+  const fields = flags.map((name, bit) => ({ name, displayName: { text: name }, description: { text: `bit ${bit}` }, value: [0, bit] }));
+  b.space.findDataType(s.typeId("DeviceFlags"))._getDefinition = () => new EnumDefinition({ fields });
+}
+
 export function addStructures(b) {
   const s = new Structures(b);
+  defineFlags(b, s);
   const folder = b.folder("Structure", { namespace: b.structures });
   const add = (name, type, value, more) => b.variable(`Structure.${name}`, folder, type, value, { namespace: b.structures, ...more });
   for (const [name, type, value] of values(s)) add(name, s.typeId(type), scalar(DataType.ExtensionObject, value));

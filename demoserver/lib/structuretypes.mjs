@@ -25,7 +25,7 @@ const builtIn = Object.keys(standard).slice(0, 21);
 /** Structures: base type, then fields as [name, type, {array, optional}]. */
 const structures = {
   Point: ["Structure", [["X", "Double"], ["Y", "Double"]]],
-  NamedPoint: ["Point", [["X", "Double"], ["Y", "Double"], ["Name", "String"], ["Colour", "Colour"]]],
+  NamedPoint: ["Point", [["Name", "String"], ["Colour", "Colour"]]],
   Segment: ["Structure", [["From", "Point"], ["To", "Point"], ["Label", "LocalizedText"]]],
   Sample: ["Structure", [["Id", "UInt32"], ["Comment", "String", { optional: true }], ["Weight", "Double", { optional: true }], ["Place", "Point", { optional: true }]]],
   Measurement: ["Union", [["Number", "Double"], ["Text", "String"], ["Place", "Point"]]],

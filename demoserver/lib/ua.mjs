@@ -8,7 +8,7 @@ globalThis.crypto ??= webcrypto; // Node.js 18 keeps it out of the global scope
 const require = createRequire(import.meta.url);
 
 export const ua = require("node-opcua");
-export const { EUInformation } = require("node-opcua-types");
+export const { EnumDefinition } = require("node-opcua-types");
 export const { DataType, StatusCodes, Variant, VariantArrayType } = ua;
 
 /** The namespaces of our own, in the order of their indices from 2 on. */
