@@ -5,7 +5,7 @@ import { mkdtempSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 
-import { builtInValues } from "./lib/builder.mjs";
+import { builtInValues, scalar } from "./lib/builder.mjs";
 import { depth } from "./lib/deep.mjs";
 import { manyCount } from "./lib/many.mjs";
 import { startServer } from "./lib/server.mjs";
@@ -13,7 +13,6 @@ import { namespaces, ua } from "./lib/ua.mjs";
 
 const { AttributeIds, DataType, StatusCodes } = ua;
 const folder = mkdtempSync(join(tmpdir(), "tavelin-selftest-"));
-const types = Object.keys(builtInValues());
 
 async function connect(endpointUrl, security = {}, identity = undefined) {
   const client = ua.OPCUAClient.create({
@@ -31,14 +30,17 @@ async function read(session, nodeId, attributeId = AttributeIds.Value) {
   return session.read({ nodeId, attributeId });
 }
 
-/** Writes back what is there, and reads again: the value must survive the trip. */
-async function rewrite(session, nodeId) {
+async function write(session, nodeId, value) {
+  return session.write({ nodeId, attributeId: AttributeIds.Value, value: { value } });
+}
+
+/** Writes a value (the one that is there, unless given) and reads again: it must survive the trip. */
+async function rewrite(session, nodeId, value = undefined) {
   const before = await read(session, nodeId);
   assert.equal(before.statusCode, StatusCodes.Good, `${nodeId}: ${before.statusCode}`);
-  const status = await session.write({ nodeId, attributeId: AttributeIds.Value, value: { value: before.value } });
-  assert.equal(status, StatusCodes.Good, `writing ${nodeId}: ${status}`);
-  const after = await read(session, nodeId);
-  assert.equal(after.value.toString(), before.value.toString(), nodeId);
+  const written = value ? new ua.Variant(value) : before.value;
+  assert.equal(await write(session, nodeId, written), StatusCodes.Good, `writing ${nodeId}`);
+  assert.equal((await read(session, nodeId)).value.toString(), written.toString(), nodeId);
 }
 
 /** All forward hierarchical children, by as many BrowseNext as it takes. */
@@ -86,8 +88,9 @@ async function namespacesAreStable({ session }) {
 }
 
 async function everyTypeReadsAndWrites({ session }) {
-  for (const kind of ["Scalar", "Array", "EmptyArray", "Matrix", "Cube"]) {
-    for (const type of types) await rewrite(session, demo(`${kind}.${type}`));
+  for (const [type, [, other]] of Object.entries(builtInValues())) {
+    await rewrite(session, demo(`Scalar.${type}`), scalar(DataType[type], other));
+    for (const kind of ["Array", "EmptyArray", "Matrix", "Cube"]) await rewrite(session, demo(`${kind}.${type}`));
   }
   for (const id of ["Scalar.Enumeration", "Scalar.Variant", "Array.Variant", "Array.Large", "Text.VeryLong", "Text.Scripts", "Text.BigBytes"]) {
     await rewrite(session, demo(id));
@@ -99,12 +102,12 @@ async function everyTypeReadsAndWrites({ session }) {
 }
 
 async function accessAndStatusAreTold({ session }) {
-  const write = (id) => session.write({ nodeId: demo(id), attributeId: AttributeIds.Value, value: { value: { dataType: DataType.Int32, value: 8 } } });
-  assert.equal(await write("Access.ReadOnly"), StatusCodes.BadNotWritable);
-  assert.equal(await write("Access.RejectsWrites"), StatusCodes.BadOutOfRange);
+  const writeTo = (id) => write(session, demo(id), scalar(DataType.Int32, 8));
+  assert.equal(await writeTo("Access.ReadOnly"), StatusCodes.BadNotWritable);
+  assert.equal(await writeTo("Access.RejectsWrites"), StatusCodes.BadOutOfRange);
   assert.equal((await read(session, demo("Access.WriteOnly"))).statusCode, StatusCodes.BadNotReadable);
   assert.equal((await read(session, demo("Access.None"))).statusCode, StatusCodes.BadNotReadable);
-  assert.notEqual(await write("Access.UserReadOnly"), StatusCodes.Good);
+  assert.notEqual(await writeTo("Access.UserReadOnly"), StatusCodes.Good);
   for (const name of ["BadSensorFailure", "UncertainLastUsableValue", "GoodLocalOverride"]) {
     assert.equal((await read(session, demo(`Status.${name}`))).statusCode, StatusCodes[name]);
   }
@@ -122,6 +125,7 @@ async function structuresDecode({ session }) {
   assert.equal((await value("Track")).points.length, 2);
   assert.equal((await value("EveryType")).stringField, "fünf");
   assert.equal((await value("PointArray")).length, 3);
+  assert.equal((await read(session, "ns=3;i=3018", AttributeIds.DataTypeDefinition)).statusCode, StatusCodes.BadAttributeIdInvalid);
   for (const id of ["Point", "Segment", "SampleBare", "MeasurementNumber", "Tree", "EveryType", "PointArray", "Mode", "DeviceFlags"]) {
     await rewrite(session, structured(id));
   }
@@ -175,7 +179,7 @@ async function eventsFire({ session }) {
 
 /** Drives the level over its limit and acknowledges and confirms what comes. */
 async function alarmsAcknowledge({ session }) {
-  const put = (id, dataType, value) => session.write({ nodeId: demo(id), attributeId: AttributeIds.Value, value: { value: { dataType, value } } });
+  const put = (id, dataType, value) => write(session, demo(id), scalar(dataType, value));
   assert.equal(await put("Plant.Automatic", DataType.Boolean, false), StatusCodes.Good);
   await put("Plant.Level", DataType.Double, 50);
   await put("Plant.Level", DataType.Double, 95);
@@ -207,6 +211,25 @@ async function shapesAreThere({ session }) {
   assert.equal((await targets("Shape.Twice")).length, 2);
   assert.equal((await targets("Shape.ManyProperties")).length, 20);
   assert.equal((await targets("View.Operator")).length, 3);
+}
+
+/** Nodes come and go, and the server says so in events. */
+async function modelChangesAreTold({ session }) {
+  const filter = ua.constructEventFilter(["Changes"], [ua.ofType("GeneralModelChangeEventType")]);
+  const events = collect(session, { nodeId: "i=2253", attributeId: AttributeIds.EventNotifier }, filter, 2);
+  const change = (name) => session.call({ objectId: demo("Methods"), methodId: demo(`Methods.${name}`), inputArguments: [] });
+  const count = async () => (await children(session, demo("Growing"))).references.filter((r) => r.browseName.name.startsWith("Child")).length;
+  assert.equal((await change("Grow")).statusCode, StatusCodes.Good);
+  assert.equal(await count(), 1);
+  assert.equal((await change("Shrink")).statusCode, StatusCodes.Good);
+  assert.equal(await count(), 0);
+  assert.equal((await change("Shrink")).statusCode, StatusCodes.BadInvalidState);
+  const timer = setInterval(() => change("Grow"), 200);
+  try {
+    assert.ok((await events)[0][0].value.length > 0);
+  } finally {
+    clearInterval(timer);
+  }
 }
 
 async function iconsArePictures({ session }) {
@@ -259,6 +282,7 @@ const checks = [
   eventsFire,
   alarmsAcknowledge,
   shapesAreThere,
+  modelChangesAreTold,
   iconsArePictures,
   serverTellsOfItself,
   everyDoorOpens,

@@ -69,6 +69,7 @@ function values(s) {
     ["Track", "Track", s.make("Track", { title: "Rundweg", points: [s.point(0, 0), s.point(1, 1)], values: [0.5, 1.5, 2.5], tags: ["a", "b"] })],
     ["Tree", "TreeNode", tree("root", [tree("left", [tree("leaf")]), tree("right")])],
     ["EveryType", "EveryType", everyType(s)],
+    ["Legacy", "Legacy", s.make("Legacy", { code: 7, name: "alt", values: Float32Array.from([0.5, 1.5]) })],
   ];
 }
 
@@ -95,5 +96,8 @@ export function addStructures(b) {
   add("Mode", s.typeId("Mode"), scalar(DataType.Int32, 10));
   add("ColourArray", s.typeId("Colour"), array(DataType.Int32, Int32Array.from([0, 1, 2])), oneDimension);
   add("DeviceFlags", s.typeId("DeviceFlags"), scalar(DataType.UInt32, 0b0101));
+  const moving = add("Moving", s.typeId("Point"), scalar(DataType.ExtensionObject, s.point(0, 0)));
+  let tick = 0;
+  b.every(500, () => moving.setValueFromSource(scalar(DataType.ExtensionObject, s.point(++tick, -tick))));
   return s;
 }

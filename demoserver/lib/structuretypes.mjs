@@ -14,16 +14,20 @@ const standard = {
 export const typeIds = {
   Colour: 3001, Mode: 3002, DeviceFlags: 3003,
   Point: 3010, NamedPoint: 3011, Segment: 3012, Sample: 3013, Measurement: 3014, Track: 3015, TreeNode: 3016, EveryType: 3017,
+  Legacy: 3018,
 };
 
 export const colours = ["Red", "Green", "Blue"];
 export const modes = [["Emergency", -1], ["Off", 0], ["Slow", 10], ["Fast", 20]];
 export const flags = ["Running", "Warning", "Fault", "Maintenance"];
 
+/** These types tell what they are only in the type dictionary, as servers did before data types had definitions. */
+export const dictionaryOnly = ["Legacy"];
+
 const builtIn = Object.keys(standard).slice(0, 21);
 
 /** Structures: base type, then fields as [name, type, {array, optional}]. */
-const structures = {
+export const structures = {
   Point: ["Structure", [["X", "Double"], ["Y", "Double"]]],
   NamedPoint: ["Point", [["Name", "String"], ["Colour", "Colour"]]],
   Segment: ["Structure", [["From", "Point"], ["To", "Point"], ["Label", "LocalizedText"]]],
@@ -32,6 +36,7 @@ const structures = {
   Track: ["Structure", [["Title", "String"], ["Points", "Point", { array: true }], ["Values", "Double", { array: true }], ["Tags", "String", { array: true }]]],
   TreeNode: ["Structure", [["Name", "String"], ["Children", "TreeNode", { array: true }]]],
   EveryType: ["Structure", [...builtIn.map((type) => [`${type}Field`, type]), ["AnyField", "BaseDataType"], ["ModeField", "Mode"]]],
+  Legacy: ["Structure", [["Code", "UInt16"], ["Name", "String"], ["Values", "Float", { array: true }]]],
 };
 
 const idOf = (type) => (typeIds[type] ? `ns=2;i=${typeIds[type]}` : `i=${standard[type]}`);
