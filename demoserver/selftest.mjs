@@ -138,6 +138,21 @@ async function structuresDecode({ session }) {
   assert.deepEqual(properties, ["EnumValues"]);
 }
 
+/** A client that knows only the dictionary decodes the same values. */
+async function dictionaryDescribes({ session }) {
+  const manager = await ua.getExtraDataTypeManager(session, ua.DataTypeExtractStrategy.Force103);
+  const value = async (id) => {
+    const { value: variant } = await read(session, structured(id));
+    await ua.resolveDynamicExtensionObject(session, variant, manager);
+    return variant.value;
+  };
+  const legacy = await value("Legacy");
+  assert.deepEqual([legacy.code, legacy.name, Array.from(legacy.values)], [7, "alt", [0.5, 1.5]]);
+  assert.equal((await value("SampleFull")).weight, 2.5);
+  assert.equal((await value("NamedPoint")).name, "Kirchturm");
+  assert.equal((await value("Track")).points[1].y, 1);
+}
+
 async function methodsAnswer({ session }) {
   const call = (name, inputArguments = []) => session.call({ objectId: demo("Methods"), methodId: demo(`Methods.${name}`), inputArguments });
   const double = (value) => ({ dataType: DataType.Double, value });
@@ -275,6 +290,7 @@ const checks = [
   namespacesAreStable,
   everyTypeReadsAndWrites,
   accessAndStatusAreTold,
+  dictionaryDescribes,
   structuresDecode,
   methodsAnswer,
   valuesChange,
