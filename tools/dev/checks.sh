@@ -9,7 +9,7 @@ check() { # NAME COMMAND...
     if "$@"; then say "$name: ok"; else failed+=("$name"); fi
 }
 
-check "checks' own tests" python3 -m unittest discover -q -s tools/tests -p 'test_*.py'
+check "checks' own tests" python3 tools/check_test.py -q
 check format tools/dev/fmt.sh --check
 check layers python3 tools/check_layers.py
 check sizes python3 tools/check_sizes.py

@@ -51,6 +51,10 @@ install_packages() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${packages[@]}"
 }
 
+# A network with a certificate authority of its own has it in the system's store, where npm does not look.
+readonly AUTHORITIES=/etc/ssl/certs/ca-certificates.crt
+[ ! -f $AUTHORITIES ] || export NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-$AUTHORITIES}
+
 # npm's own folder does not tell which lock file it was made from: a stamp does.
 install_demoserver() {
     [ -f demoserver/package-lock.json ] || die "demoserver/package-lock.json is not there"
