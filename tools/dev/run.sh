@@ -94,7 +94,17 @@ wait_for_tree() {
             ui shot "$DEMO/failed.png" >&2 || true
             fail_with_log "the address space did not show within $TREE_SECONDS s"
         fi
+        sleep 0.3
     done
+}
+
+# The splash screen stays above the main window for some seconds.
+take_picture() {
+    local tenths=100
+    while [ "$(ui windows | wc -l)" -gt 1 ] && ((tenths-- > 0)); do sleep 0.1; done
+    mkdir -p "$(dirname "$picture")"
+    ui shot "$picture" --in "window:*" >/dev/null
+    say "picture: $picture"
 }
 
 # As a user closes it, so that the way out runs too; an unanswered question ends it the hard way.
@@ -114,9 +124,7 @@ run_on_virtual_desktop() {
     eval "$(tools/ui/desk.sh start --dir "$DEMO/desk" --size 1440x900)"
     start_client
     wait_for_tree
-    mkdir -p "$(dirname "$picture")"
-    ui shot "$picture" >/dev/null
-    say "picture: $picture"
+    take_picture
     if $keep; then
         say "display $DISPLAY; Ctrl+C ends it"
         wait_for_client || true
