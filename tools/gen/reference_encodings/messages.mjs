@@ -211,6 +211,20 @@ function reading() {
         nodesToRead: [{ nodeId: node("ns=2;s=History"), continuationPoint: Buffer.from("0102", "hex") }],
       }),
     ],
+    [
+      "one-node",
+      new ua.HistoryReadResponse({
+        responseHeader: responseHeader(8),
+        results: [
+          {
+            statusCode: ua.StatusCodes.GoodNoData,
+            continuationPoint: Buffer.from("03", "hex"),
+            historyData: new ua.HistoryData({ dataValues: [{ value: variant("Int32", -1), sourceTimestamp: time }, { statusCode: ua.StatusCodes.BadBoundNotFound }] }),
+          },
+        ],
+        diagnosticInfos: [],
+      }),
+    ],
   ];
 }
 
@@ -271,6 +285,21 @@ function browsing() {
         methodsToCall: [{ objectId: node("ns=2;s=Methods"), methodId: node("ns=2;s=Methods.Add"), inputArguments: [variant("Double", 1.25), variant("Double", -1)] }],
       }),
     ],
+    [
+      "second-argument-refused",
+      new ua.CallResponse({
+        responseHeader: responseHeader(11),
+        results: [
+          {
+            statusCode: ua.StatusCodes.BadInvalidArgument,
+            inputArgumentResults: [ua.StatusCodes.Good, ua.StatusCodes.BadTypeMismatch],
+            inputArgumentDiagnosticInfos: [new ua.DiagnosticInfo({}), new ua.DiagnosticInfo({ symbolicId: 5, additionalInfo: "not a Double" })],
+            outputArguments: [variant("String", "nothing")],
+          },
+        ],
+        diagnosticInfos: [],
+      }),
+    ],
   ];
 }
 
@@ -324,6 +353,27 @@ function subscribing() {
           item("ns=2;s=Ramp", ua.AttributeIds.Value, null, 2),
           item("i=2253", ua.AttributeIds.EventNotifier, eventFilter(), 9),
         ],
+      }),
+    ],
+    [
+      "one-refused",
+      new ua.CreateMonitoredItemsResponse({
+        responseHeader: responseHeader(12),
+        results: [
+          { statusCode: ua.StatusCodes.Good, monitoredItemId: 11, revisedSamplingInterval: 250, revisedQueueSize: 10, filterResult: null },
+          {
+            statusCode: ua.StatusCodes.BadEventFilterInvalid,
+            monitoredItemId: 0,
+            revisedSamplingInterval: 0,
+            revisedQueueSize: 0,
+            filterResult: new ua.EventFilterResult({
+              selectClauseResults: [ua.StatusCodes.Good, ua.StatusCodes.BadNodeIdUnknown],
+              selectClauseDiagnosticInfos: [],
+              whereClauseResult: { elementResults: [{ statusCode: ua.StatusCodes.BadFilterOperatorInvalid, operandStatusCodes: [ua.StatusCodes.Good], operandDiagnosticInfos: [] }] },
+            }),
+          },
+        ],
+        diagnosticInfos: [],
       }),
     ],
     [
