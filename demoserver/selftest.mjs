@@ -1,7 +1,7 @@
 // Starts the demo server and checks over the wire that every subject is there and works. Exits with 1 when anything fails.
 
 import { strict as assert } from "node:assert";
-import { mkdtempSync, rmSync } from "node:fs";
+import { mkdtempSync, readFileSync, readdirSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 
@@ -14,14 +14,19 @@ import { namespaces, ua } from "./lib/ua.mjs";
 const { AttributeIds, DataType, StatusCodes } = ua;
 const folder = mkdtempSync(join(tmpdir(), "tavelin-selftest-"));
 
-async function connect(endpointUrl, security = {}, identity = undefined) {
-  const client = ua.OPCUAClient.create({
+function makeClient(security = {}) {
+  const rootFolder = join(folder, "client");
+  return ua.OPCUAClient.create({
     applicationName: "selftest",
-    clientCertificateManager: new ua.OPCUACertificateManager({ rootFolder: join(folder, "client"), automaticallyAcceptUnknownCertificate: true }),
+    clientCertificateManager: new ua.OPCUACertificateManager({ rootFolder, automaticallyAcceptUnknownCertificate: true }),
     connectionStrategy: { maxRetry: 0 },
     endpointMustExist: false,
     ...security,
   });
+}
+
+async function connect(endpointUrl, security = {}, identity = undefined) {
+  const client = makeClient(security);
   await client.connect(endpointUrl);
   return { client, session: await client.createSession(identity) };
 }
@@ -212,6 +217,30 @@ async function alarmsAcknowledge({ session }) {
   assert.equal((await read(session, door)).value.value, true);
 }
 
+/** A client that comes late asks for the conditions that still matter. */
+async function conditionsRefresh({ session }) {
+  for (const heat of [50, 95]) await write(session, demo("Plant.Heat"), scalar(DataType.Double, heat));
+  const filter = ua.constructEventFilter(["ConditionName", "Retain"], [ua.ofType("ConditionType")]);
+  const subscription = await session.createSubscription2({ requestedPublishingInterval: 100, requestedMaxKeepAliveCount: 10, requestedLifetimeCount: 100, publishingEnabled: true });
+  const parameters = { samplingInterval: 0, queueSize: 100, discardOldest: true, filter };
+  const item = await subscription.monitor({ nodeId: "i=2253", attributeId: AttributeIds.EventNotifier }, parameters, ua.TimestampsToReturn.Both);
+  const names = new Set();
+  const done = new Promise((resolve, reject) => {
+    const limit = setTimeout(() => reject(new Error(`only ${[...names]} were refreshed`)), 10_000);
+    item.on("changed", ([name, retain]) => {
+      if (retain.value) names.add(name.value);
+      if (!names.has("HeatAlarm") || !names.has("DoorAlarm")) return;
+      clearTimeout(limit);
+      resolve();
+    });
+  });
+  const subscriptionId = { dataType: DataType.UInt32, value: subscription.subscriptionId };
+  const result = await session.call({ objectId: "i=2782", methodId: "i=3875", inputArguments: [subscriptionId] });
+  assert.equal(result.statusCode, StatusCodes.Good);
+  await done;
+  await subscription.terminate();
+}
+
 async function shapesAreThere({ session }) {
   const many = await children(session, "ns=4;s=Many", 1000);
   assert.equal(many.references.length, manyCount);
@@ -278,12 +307,27 @@ async function everyDoorOpens(_, endpointUrl) {
       await client.disconnect();
     }
   }
-  const client = ua.OPCUAClient.create({ endpointMustExist: false, connectionStrategy: { maxRetry: 0 } });
+  const client = makeClient();
   await client.connect(endpointUrl);
   await assert.rejects(client.createSession({ ...user, password: "wrong" }), /BadIdentityTokenRejected|BadUserAccessDenied/);
+  const own = { certificateData: client.getCertificate(), privateKey: readFileSync(client.privateKeyFile, "utf8") };
+  const session = await client.createSession({ type: UserTokenType.Certificate, ...own });
+  assert.equal((await read(session, demo("Scalar.Int32"))).statusCode, StatusCodes.Good);
+  await session.close();
   const tokens = new Set((await client.getEndpoints()).flatMap((e) => e.userIdentityTokens.map((t) => UserTokenType[t.tokenType])));
   assert.deepEqual([...tokens].sort(), ["Anonymous", "Certificate", "UserName"]);
   await client.disconnect();
+}
+
+/** With --accept-all no, a client that nobody trusts stays outside. */
+async function strangersStayOutside() {
+  const strict = await startServer({ host: "127.0.0.1", port: 0, pki: join(folder, "strict"), acceptAll: false });
+  const { MessageSecurityMode, SecurityPolicy } = ua;
+  const client = makeClient({ securityMode: MessageSecurityMode.Sign, securityPolicy: SecurityPolicy.Basic256Sha256 });
+  await assert.rejects(client.connect(strict.endpointUrl));
+  await client.disconnect();
+  assert.equal(readdirSync(join(folder, "strict", "server", "rejected")).length, 1);
+  await strict.stop();
 }
 
 const checks = [
@@ -297,11 +341,13 @@ const checks = [
   historyReachesBack,
   eventsFire,
   alarmsAcknowledge,
+  conditionsRefresh,
   shapesAreThere,
   modelChangesAreTold,
   iconsArePictures,
   serverTellsOfItself,
   everyDoorOpens,
+  strangersStayOutside,
 ];
 
 const server = await startServer({ host: "127.0.0.1", port: 0, pki: join(folder, "pki"), acceptAll: true });

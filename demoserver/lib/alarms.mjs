@@ -66,6 +66,7 @@ function addSwing(b, plant, { level, heat, door }) {
 }
 
 export function addAlarmsAndEvents(b) {
+  b.space.installAlarmsAndConditionsService(); // without it nobody answers ConditionRefresh, Acknowledge and the like
   const plant = addPlant(b);
   addEvents(b, plant);
   addSwing(b, plant, addAlarms(b, plant));
