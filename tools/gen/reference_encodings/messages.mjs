@@ -228,6 +228,11 @@ function reading() {
         diagnosticInfos: [],
       }),
     ],
+  ];
+}
+
+function writing() {
+  return [
     [
       "two-values",
       new ua.WriteRequest({
@@ -251,6 +256,11 @@ function reading() {
         ],
       }),
     ],
+  ];
+}
+
+function history() {
+  return [
     [
       "one-reference",
       new ua.HistoryReadRequest({
@@ -360,6 +370,11 @@ function browsing() {
         ],
       }),
     ],
+  ];
+}
+
+function calling() {
+  return [
     [
       "two-arguments",
       new ua.CallRequest({
@@ -431,26 +446,6 @@ function subscribing() {
     deadbandType: 2,
     deadbandValue: 1.5,
   });
-  const dataChange = new ua.DataChangeNotification({
-    monitoredItems: [
-      { clientHandle: 1, value: { value: variant("Boolean", true), sourceTimestamp: time, serverTimestamp: later } },
-      { clientHandle: 2, value: { statusCode: ua.StatusCodes.BadSensorFailure } },
-    ],
-    diagnosticInfos: [],
-  });
-  const events = new ua.EventNotificationList({
-    events: [
-      {
-        clientHandle: 9,
-        eventFields: [
-          variant("ByteString", Buffer.from("0a0b", "hex")),
-          variant("DateTime", time),
-          variant("UInt16", 700),
-          new ua.Variant({}),
-        ],
-      },
-    ],
-  });
   return [
     [
       "data-and-events",
@@ -500,6 +495,31 @@ function subscribing() {
         diagnosticInfos: [],
       }),
     ],
+  ];
+}
+
+function publishing() {
+  const dataChange = new ua.DataChangeNotification({
+    monitoredItems: [
+      { clientHandle: 1, value: { value: variant("Boolean", true), sourceTimestamp: time, serverTimestamp: later } },
+      { clientHandle: 2, value: { statusCode: ua.StatusCodes.BadSensorFailure } },
+    ],
+    diagnosticInfos: [],
+  });
+  const events = new ua.EventNotificationList({
+    events: [
+      {
+        clientHandle: 9,
+        eventFields: [
+          variant("ByteString", Buffer.from("0a0b", "hex")),
+          variant("DateTime", time),
+          variant("UInt16", 700),
+          new ua.Variant({}),
+        ],
+      },
+    ],
+  });
+  return [
     [
       "data-and-events",
       new ua.PublishResponse({
@@ -540,7 +560,17 @@ export function messageCases() {
     "bad-session",
     new ua.ServiceFault({ responseHeader: responseHeader(16, { serviceResult: ua.StatusCodes.BadSessionIdInvalid }) }),
   ];
-  return [...connecting(), ...reading(), ...browsing(), ...subscribing(), fault].map(([name, message]) => ({
+  return [
+    ...connecting(),
+    ...reading(),
+    ...writing(),
+    ...history(),
+    ...browsing(),
+    ...calling(),
+    ...subscribing(),
+    ...publishing(),
+    fault,
+  ].map(([name, message]) => ({
     name,
     message,
   }));
