@@ -259,6 +259,7 @@ void ClientChannel::handleError(const Frame& frame)
 {
     ErrorMessage message;
     const bool told = readError(frame.body(), message) && OpcUa_IsBad(message.status);
+    m_peerReason = std::move(message.reason);
     fail(told ? message.status : OpcUa_BadCommunicationError);
 }
 

@@ -65,6 +65,8 @@ public:
     [[nodiscard]] size_t pendingRequests() const { return m_requests.size(); }
     // Answers that nobody waited for any more.
     [[nodiscard]] std::uint64_t droppedResponses() const { return m_dropped; }
+    // The peer's words when it ended the channel with an error; untrusted text.
+    [[nodiscard]] const std::string& peerReason() const { return m_peerReason; }
     [[nodiscard]] SecureConversation& conversation() { return m_conversation; }
 
 private:
@@ -97,6 +99,7 @@ private:
     TimePoint m_renewAt = never;
     Milliseconds m_renewalTimeout{0};
     std::uint64_t m_dropped = 0;
+    std::string m_peerReason;
 };
 
 } // namespace opcua
