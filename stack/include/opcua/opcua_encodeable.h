@@ -24,6 +24,7 @@ typedef struct OpcUa_FieldDescriptor
     OpcUa_UInt32 Offset; /* of the field, or of the array's pointer */
     OpcUa_UInt32 LengthOffset; /* of NoOf<Name>; arrays only */
     const struct OpcUa_EncodeableType* StructureType;
+    OpcUa_UInt32 DataTypeId; /* as the standard declares it, in namespace 0: 290 for a Duration of kind Double */
 } OpcUa_FieldDescriptor;
 
 typedef struct OpcUa_EncodeableType
@@ -38,7 +39,33 @@ typedef struct OpcUa_EncodeableType
     OpcUa_Boolean IsUnion; /* first C field is OpcUa_UInt32 SwitchField; fields follow in order of their value */
     OpcUa_Boolean HasOptionalFields; /* first C field is OpcUa_UInt32 EncodingMask */
     OpcUa_UInt32 OptionalMask; /* bit i: field i is optional (present when its mask bit is set) */
+    OpcUa_UInt32 MinimumSize; /* bytes that one value takes at least on the wire */
+    OpcUa_Boolean IsFlat; /* no field owns memory: the bytes of the C structure are the value */
 } OpcUa_EncodeableType;
+
+/* An enumeration of namespace 0, or an option set: then the values are masks of a BuiltInType. */
+typedef struct OpcUa_EnumeratedValue
+{
+    const char* Name;
+    OpcUa_Int64 Value;
+} OpcUa_EnumeratedValue;
+
+typedef struct OpcUa_EnumeratedType
+{
+    const char* TypeName; /* "NodeClass" */
+    OpcUa_UInt32 TypeId; /* data type node id in namespace 0 */
+    OpcUa_Byte BuiltInType; /* Int32, or the unsigned type of an option set */
+    OpcUa_Boolean IsOptionSet;
+    const OpcUa_EnumeratedValue* Values;
+    OpcUa_UInt32 ValueCount;
+} OpcUa_EnumeratedType;
+
+/* Enumerations have 32 bits in C and in C++, and may hold numbers that have no name. */
+#ifdef __cplusplus
+#    define OPCUA_ENUM_BASE : OpcUa_Int32
+#else
+#    define OPCUA_ENUM_BASE
+#endif
 
 /* Life cycle of any structure. Create allocates and initialises; Delete clears, frees and nulls the pointer. */
 OPCUA_EXPORT void OpcUa_EncodeableObject_Initialize(const OpcUa_EncodeableType* type, void* object);
@@ -53,6 +80,11 @@ OPCUA_EXPORT void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type
 /* The table entry for a type of namespace 0; null when unknown. */
 OPCUA_EXPORT const OpcUa_EncodeableType* OpcUa_EncodeableType_FindByBinaryId(OpcUa_UInt32 binaryEncodingTypeId);
 OPCUA_EXPORT const OpcUa_EncodeableType* OpcUa_EncodeableType_FindByTypeId(OpcUa_UInt32 dataTypeId);
+
+/* Names of an enumeration's values; null when the data type is no enumeration of namespace 0. */
+OPCUA_EXPORT const OpcUa_EnumeratedType* OpcUa_EnumeratedType_Find(OpcUa_UInt32 enumDataTypeId);
+/* "Object" for the value 1 of NodeClass (257); null when it has no name. */
+OPCUA_EXPORT const char* OpcUa_EnumValue_Name(OpcUa_UInt32 enumDataTypeId, OpcUa_Int32 value);
 
 /* Binary form of a structure's body, without type id (OPC 10000-6, 5.2). Encode allocates bytes.Data.
  * Good, BadEncodingError, BadEncodingLimitsExceeded, BadOutOfMemory. */

@@ -1,0 +1,23 @@
+#pragma once
+#include <opcua/opcua_types.h>
+
+class QAbstractItemModel;
+class QModelIndex;
+class UaNodeId;
+
+/// What an address space page needs of the model that it shows; implemented by QlumAddressSpaceModel.
+class QlumAddressSpaceModelInterface
+{
+public:
+    virtual ~QlumAddressSpaceModelInterface() = default;
+
+    /// The model itself.
+    virtual QAbstractItemModel* itemModel() = 0;
+    /// Throws the children of the index away and browses again.
+    virtual void rebrowseNodeIndex(const QModelIndex& index) = 0;
+    /// The server told of a change; refreshes every loaded occurrence of the node where the verbs ask for it.
+    virtual void serverModelChanged(const UaNodeId& affectedNode, unsigned char verb) = 0;
+    /// Node id, class and id of the parent (null for the root) behind an index; false for an invalid one.
+    virtual bool nodeInfo(const QModelIndex& index, UaNodeId& nodeId, OpcUa_NodeClass& nodeClass,
+                          UaNodeId& parentId) const = 0;
+};

@@ -1,0 +1,108 @@
+#pragma once
+#include <QDateTime>
+#include <QIcon>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <opcua/opcua_types.h>
+
+class QAction;
+class QDockWidget;
+class QMainWindow;
+class QMimeData;
+class QTabWidget;
+class QlumAddressSpaceModel;
+class UaEnumDefinition;
+class UaLocalizedText;
+class UaNodeId;
+template <class T>
+class UaArray;
+using UaUInt32Array = UaArray<OpcUa_UInt32>;
+namespace UaClientSdk {
+class UaSession;
+}
+
+/// Server id that stands for no server.
+inline constexpr unsigned int QlumNoServer = 0xFFFFFFFFu;
+
+/// Log levels; the higher, the more serious.
+namespace QlumLogLevel {
+inline constexpr int Error = 100;
+inline constexpr int Warning = 50;
+inline constexpr int Info = 30;
+inline constexpr int Function = 20;
+inline constexpr int Data = 10;
+inline constexpr int Paranoid = 1;
+inline constexpr int All = 0;
+} // namespace QlumLogLevel
+
+/// What plugins, server nodes and dialogs may ask of the application.
+/// Threads: settingsValue, session, serverName, log, errorMessage, builtinTypeName, projectServerIds and the
+/// two date conversions may be called from any thread; everything else belongs on the GUI thread.
+class QlumApplicationInterface
+{
+public:
+    virtual ~QlumApplicationInterface();
+
+    /// The application; null before the main window stands and after it is gone.
+    [[nodiscard]] static QlumApplicationInterface* instance() noexcept;
+
+    virtual void setSettingsValue(const QString& key, const QVariant& value) = 0;
+    /// The stored value, else defaultValue when that is valid, else the application's own default.
+    virtual QVariant settingsValue(const QString& key, const QVariant& defaultValue = QVariant()) const = 0;
+    virtual QMainWindow* mainWindow() = 0;
+    /// Holds the documents.
+    virtual QTabWidget* centralTabWidget() = 0;
+    virtual QDockWidget* addressSpaceDockWidget() = 0;
+    /// Null for an unknown server. The session lives until every plugin's sessionRemoved() has returned.
+    virtual UaClientSdk::UaSession* session(unsigned int serverId) = 0;
+    virtual QString serverName(unsigned int serverId) = 0;
+    /// Data type, value rank, dimensions and names of a variable; every result pointer may be null.
+    /// Good, the status of the read, or BadServerIndexInvalid for an unknown server.
+    virtual unsigned int readDataTypeId(unsigned int serverId, const UaNodeId* nodeId, UaNodeId* dataType,
+                                        int* valueRank, UaUInt32Array* arrayDimensions, QString* typeName,
+                                        UaLocalizedText* displayName) = 0;
+    virtual QString typeName(unsigned int serverId, const UaNodeId* dataType, bool withNamespace) = 0;
+    virtual bool isEnum(unsigned int serverId, const UaNodeId* dataType) = 0;
+    /// A null definition when the type is no enumeration.
+    virtual UaEnumDefinition getEnumDefinition(unsigned int serverId, const UaNodeId* dataType) = 0;
+    /// Whether the server itself offers an icon for the node.
+    virtual bool hasIcon(unsigned int serverId, const UaNodeId* nodeId) = 0;
+    virtual QIcon getIcon(unsigned int serverId, const UaNodeId* nodeId) = 0;
+    /// Nodes dragged from the address space view. On true the caller owns the array: delete[] *nodeIds.
+    virtual bool nodeIdsFromMimeData(const QMimeData* data, unsigned int* serverId, unsigned int* count,
+                                     UaNodeId** nodeIds) = 0;
+    virtual QString builtinTypeName(unsigned int builtInType) = 0;
+    /// Adds an entry to the log window when its level is not below the configured one.
+    virtual void log(int level, const QString& text, unsigned int serverId, const QString& source) = 0;
+    /// Local time; an invalid QDateTime for null.
+    virtual QDateTime dateTimeFromUaDateTime(OpcUa_DateTime* value) = 0;
+    virtual void dateTimeToUaDateTime(const QDateTime& value, OpcUa_DateTime* result) = 0;
+    /// Text of a status code for the user.
+    virtual QString errorMessage(unsigned int statusCode) = 0;
+    /// A model of the nodes below startNode, owned by the caller; null for an unknown server.
+    virtual QlumAddressSpaceModel* createAddressSpaceModel(unsigned int serverId,
+                                                           const UaNodeId* startNode) = 0;
+    /// Puts an action of a plugin into the context menu of all address space views, also of those to come.
+    virtual void addAction(QAction* action) = 0;
+    virtual void removeAction(QAction* action) = 0;
+    /// A plugin reports a selected node; all plugins are told, without a type definition.
+    virtual void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass) = 0;
+    /// The project differs from its file now.
+    virtual void setModified() = 0;
+    /// -1 when the server or the namespace is unknown.
+    virtual int namespaceIndexFromUri(unsigned int serverId, const QString& uri) = 0;
+    virtual QString namespaceUriFromIndex(unsigned int serverId, int index) = 0;
+    virtual QList<unsigned int> projectServerIds() = 0;
+    /// Namespace URIs of the server by index.
+    virtual QStringList namespaceTable(unsigned int serverId) = 0;
+
+protected:
+    QlumApplicationInterface() = default;
+    QlumApplicationInterface(const QlumApplicationInterface&) = delete;
+    QlumApplicationInterface& operator=(const QlumApplicationInterface&) = delete;
+
+    /// Called by the one application object when it is ready to be asked, and with null before it goes.
+    static void setInstance(QlumApplicationInterface* application) noexcept;
+};

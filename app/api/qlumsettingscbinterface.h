@@ -1,0 +1,16 @@
+#pragma once
+#include <QString>
+#include <QVariant>
+
+/// Offered by dialogs in whose store the value editors keep settings of their own.
+class QlumSettingsCBInterface
+{
+public:
+    virtual ~QlumSettingsCBInterface() = default;
+
+    /// Handle of the opened store, to be given back to closeSettingsStore(); null when there is none.
+    virtual void* openSettingsStore() = 0;
+    virtual void closeSettingsStore(void* handle) = 0;
+    virtual QVariant loadSetting(void* handle, const QString& key) = 0;
+    virtual void storeSetting(void* handle, const QString& key, const QVariant& value) = 0;
+};

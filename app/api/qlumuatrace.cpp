@@ -1,0 +1,36 @@
+#include <app/api/qlumuatrace.h>
+
+#include <mutex>
+#include <shared_mutex>
+
+namespace {
+// Held shared during a call, so that the application can not vanish under it.
+std::shared_mutex g_mutex;
+QlumApplicationInterface* g_application = nullptr;
+} // namespace
+
+void QlumUaTrace::log(int level, const QString& text, const QString& source, unsigned int serverId)
+{
+    const std::shared_lock lock(g_mutex);
+    if (g_application)
+        g_application->log(level, text, serverId, source);
+}
+
+void QlumUaTrace::logUaStatusCode(int level, const QString& text, unsigned int statusCode,
+                                  const QString& source, unsigned int serverId)
+{
+    const std::shared_lock lock(g_mutex);
+    if (g_application)
+        g_application->log(level, text.arg(g_application->errorMessage(statusCode)), serverId, source);
+}
+
+void QlumUaTrace::shutdown()
+{
+    setApplication(nullptr);
+}
+
+void QlumUaTrace::setApplication(QlumApplicationInterface* application)
+{
+    const std::unique_lock lock(g_mutex);
+    g_application = application;
+}

@@ -1,0 +1,22 @@
+#pragma once
+#include <QString>
+#include <app/api/qlumapplicationinterface.h>
+
+/// Writes log entries from code that does not know the main window. Every function may be called from any
+/// thread and does nothing while there is no application.
+class QlumUaTrace
+{
+public:
+    QlumUaTrace() = delete;
+
+    static void log(int level, const QString& text, const QString& source,
+                    unsigned int serverId = QlumNoServer);
+    /// text with %1 replaced by the status code's text.
+    static void logUaStatusCode(int level, const QString& text, unsigned int statusCode,
+                                const QString& source, unsigned int serverId = QlumNoServer);
+    /// From now on nothing is logged any more; returns when calls under way are done.
+    static void shutdown();
+
+    /// The application is there (or, with null, goes); its log() receives the entries.
+    static void setApplication(QlumApplicationInterface* application);
+};

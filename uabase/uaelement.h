@@ -1,0 +1,89 @@
+// Life cycle of the stack's structures, one traits class for each kind of element.
+#pragma once
+
+#include <opcua/opcua_builtintypes.h>
+#include <opcua/opcua_encodeable.h>
+
+#include <cstddef>
+#include <cstring>
+#include <type_traits>
+
+// Elements without memory of their own: numbers, booleans, dates, status codes, enumerations, GUIDs.
+template <class T>
+struct UaTrivialElement
+{
+    static_assert(std::is_trivially_copyable_v<T>);
+    static void initialize(T* data, std::size_t count) noexcept { std::memset(data, 0, count * sizeof(T)); }
+    static void clear(T* data, std::size_t count) noexcept { initialize(data, count); }
+    static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
+    {
+        std::memcpy(destination, source, count * sizeof(T));
+        return 0;
+    }
+};
+
+// Elements of a built-in type that own memory.
+template <class T, OpcUa_Byte BuiltInType>
+struct UaBuiltInElement
+{
+    static void initialize(T* data, std::size_t count) noexcept
+    {
+        OpcUa_BuiltInType_InitializeArray(BuiltInType, data, count);
+    }
+    static void clear(T* data, std::size_t count) noexcept
+    {
+        OpcUa_BuiltInType_ClearArray(BuiltInType, data, count);
+    }
+    static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
+    {
+        return OpcUa_BuiltInType_CopyArray(BuiltInType, source, destination, count);
+    }
+};
+
+// Structures of the standard, by their type table.
+template <class T, const OpcUa_EncodeableType& Type>
+struct UaEncodeableElement
+{
+    static void initialize(T* data, std::size_t count) noexcept
+    {
+        for (std::size_t i = 0; i < count; ++i)
+            OpcUa_EncodeableObject_Initialize(&Type, data + i);
+    }
+    static void clear(T* data, std::size_t count) noexcept
+    {
+        for (std::size_t i = 0; i < count; ++i)
+            OpcUa_EncodeableObject_Clear(&Type, data + i);
+    }
+    static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
+    {
+        initialize(destination, count);
+        OpcUa_StatusCode status = 0;
+        for (std::size_t i = 0; i < count && OpcUa_IsGood(status); ++i)
+            status = OpcUa_EncodeableObject_Copy(&Type, source + i, destination + i);
+        if (!OpcUa_IsGood(status))
+            clear(destination, count);
+        return status;
+    }
+};
+
+// Chosen by the element's type: initialize, clear (leaves initialised elements) and deep copy (the
+// destination is raw memory; after a failure it holds null values). None throws.
+template <class T>
+struct UaElement : UaTrivialElement<T>
+{
+    static_assert(std::is_arithmetic_v<T> || std::is_enum_v<T> || std::is_same_v<T, OpcUa_Guid>,
+                  "this structure needs a UaElement specialisation, see uabase/uaarrays.h");
+};
+
+// clang-format off
+template <> struct UaElement<OpcUa_String> : UaBuiltInElement<OpcUa_String, OpcUaType_String> {};
+template <> struct UaElement<OpcUa_ByteString> : UaBuiltInElement<OpcUa_ByteString, OpcUaType_ByteString> {};
+template <> struct UaElement<OpcUa_NodeId> : UaBuiltInElement<OpcUa_NodeId, OpcUaType_NodeId> {};
+template <> struct UaElement<OpcUa_ExpandedNodeId> : UaBuiltInElement<OpcUa_ExpandedNodeId, OpcUaType_ExpandedNodeId> {};
+template <> struct UaElement<OpcUa_QualifiedName> : UaBuiltInElement<OpcUa_QualifiedName, OpcUaType_QualifiedName> {};
+template <> struct UaElement<OpcUa_LocalizedText> : UaBuiltInElement<OpcUa_LocalizedText, OpcUaType_LocalizedText> {};
+template <> struct UaElement<OpcUa_ExtensionObject> : UaBuiltInElement<OpcUa_ExtensionObject, OpcUaType_ExtensionObject> {};
+template <> struct UaElement<OpcUa_DataValue> : UaBuiltInElement<OpcUa_DataValue, OpcUaType_DataValue> {};
+template <> struct UaElement<OpcUa_Variant> : UaBuiltInElement<OpcUa_Variant, OpcUaType_Variant> {};
+template <> struct UaElement<OpcUa_DiagnosticInfo> : UaBuiltInElement<OpcUa_DiagnosticInfo, OpcUaType_DiagnosticInfo> {};
+// clang-format on

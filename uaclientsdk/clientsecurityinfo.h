@@ -1,0 +1,46 @@
+// The client's own certificate and where its trust lists lie.
+#pragma once
+
+#include <uabase/uabytestring.h>
+#include <uabase/uastring.h>
+
+namespace UaClientSdk {
+
+// Folders that one transport takes certificates and revocation lists from.
+struct PkiFolders
+{
+    UaString trustedCertificates;
+    UaString trustedRevocationLists;
+    UaString issuerCertificates;
+    UaString issuerRevocationLists;
+};
+
+// Value class; the private key leaves it only towards the stack.
+class ClientSecurityInfo
+{
+public:
+    UaByteString clientCertificate; // DER
+    UaByteString clientPrivateKey;  // DER
+
+    void initializePkiProviderOpenSSL(const UaString& trustedRevocationLists,
+                                      const UaString& trustedCertificates,
+                                      const UaString& issuerRevocationLists,
+                                      const UaString& issuerCertificates)
+    {
+        m_pki = {trustedCertificates, trustedRevocationLists, issuerCertificates, issuerRevocationLists};
+    }
+
+    void initializePkiProviderHttps(const UaString& trustedCertificates, const UaString& revocationLists)
+    {
+        m_httpsPki = {trustedCertificates, revocationLists, UaString(), UaString()};
+    }
+
+    [[nodiscard]] const PkiFolders& pki() const { return m_pki; }
+    [[nodiscard]] const PkiFolders& httpsPki() const { return m_httpsPki; }
+
+private:
+    PkiFolders m_pki;
+    PkiFolders m_httpsPki;
+};
+
+} // namespace UaClientSdk
