@@ -64,7 +64,11 @@ function describeId(v, put) {
 }
 
 function simple(encodeName, text = String, build = (v) => v) {
-  return { build, describe: (v, put) => put("", text(v)), encode: (object, stream) => ua[`encode${encodeName}`](object, stream) };
+  return {
+    build,
+    describe: (v, put) => put("", text(v)),
+    encode: (object, stream) => ua[`encode${encodeName}`](object, stream),
+  };
 }
 
 /** The types by name; describe calls put(field, text) once for each leaf. */
@@ -84,7 +88,11 @@ const types = {
   Guid: simple("Guid"),
   ByteString: simple("ByteString", hexed),
   XmlElement: simple("String", quoted),
-  StatusCode: simple("StatusCode", (v) => `0x${v.toString(16).padStart(8, "0")}`, (v) => ua.coerceStatusCode(v)),
+  StatusCode: simple(
+    "StatusCode",
+    (v) => `0x${v.toString(16).padStart(8, "0")}`,
+    (v) => ua.coerceStatusCode(v),
+  ),
 
   DateTime: {
     describe: (v, put) => put("", v),
