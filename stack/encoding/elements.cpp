@@ -1,4 +1,5 @@
 #include <stack/encoding/elements.h>
+#include <stack/encoding/values.h>
 
 #include <opcua/opcua_statuscodes.h>
 
@@ -16,32 +17,39 @@ void forEach(void* data, size_t count, Function function)
         function(values + i);
 }
 
-void clearBuiltIn(OpcUa_Byte kind, void* data, size_t count)
+void releaseBuiltIn(OpcUa_Byte kind, void* data, size_t count)
 {
     switch (kind) {
     case OpcUaType_String:
-        return forEach<OpcUa_String>(data, count, OpcUa_String_Clear);
+        return forEach<OpcUa_String>(data, count, [](auto* value) { OpcUa_Memory_Free(value->Data); });
     case OpcUaType_ByteString:
     case OpcUaType_XmlElement:
-        return forEach<OpcUa_ByteString>(data, count, OpcUa_ByteString_Clear);
+        return forEach<OpcUa_ByteString>(data, count, [](auto* value) { OpcUa_Memory_Free(value->Data); });
     case OpcUaType_NodeId:
-        return forEach<OpcUa_NodeId>(data, count, OpcUa_NodeId_Clear);
+        return forEach<OpcUa_NodeId>(data, count, [](auto* value) { release(*value); });
     case OpcUaType_ExpandedNodeId:
-        return forEach<OpcUa_ExpandedNodeId>(data, count, OpcUa_ExpandedNodeId_Clear);
+        return forEach<OpcUa_ExpandedNodeId>(data, count, [](auto* value) {
+            release(value->NodeId);
+            OpcUa_Memory_Free(value->NamespaceUri.Data);
+        });
     case OpcUaType_QualifiedName:
-        return forEach<OpcUa_QualifiedName>(data, count, OpcUa_QualifiedName_Clear);
+        return forEach<OpcUa_QualifiedName>(data, count,
+                                            [](auto* value) { OpcUa_Memory_Free(value->Name.Data); });
     case OpcUaType_LocalizedText:
-        return forEach<OpcUa_LocalizedText>(data, count, OpcUa_LocalizedText_Clear);
+        return forEach<OpcUa_LocalizedText>(data, count, [](auto* value) {
+            OpcUa_Memory_Free(value->Locale.Data);
+            OpcUa_Memory_Free(value->Text.Data);
+        });
     case OpcUaType_ExtensionObject:
-        return forEach<OpcUa_ExtensionObject>(data, count, OpcUa_ExtensionObject_Clear);
+        return forEach<OpcUa_ExtensionObject>(data, count, [](auto* value) { release(*value); });
     case OpcUaType_DataValue:
-        return forEach<OpcUa_DataValue>(data, count, OpcUa_DataValue_Clear);
+        return forEach<OpcUa_DataValue>(data, count, [](auto* value) { release(value->Value); });
     case OpcUaType_Variant:
-        return forEach<OpcUa_Variant>(data, count, OpcUa_Variant_Clear);
+        return forEach<OpcUa_Variant>(data, count, [](auto* value) { release(*value); });
     case OpcUaType_DiagnosticInfo:
-        return forEach<OpcUa_DiagnosticInfo>(data, count, OpcUa_DiagnosticInfo_Clear);
+        return forEach<OpcUa_DiagnosticInfo>(data, count, [](auto* value) { release(*value); });
     default:
-        std::memset(data, 0, BuiltInLayouts[kind].size * count);
+        return;
     }
 }
 
@@ -187,10 +195,18 @@ void initializeElements(ElementType type, void* data, size_t count)
 
 void clearElements(ElementType type, void* data, size_t count)
 {
+    releaseElements(type, data, count);
+    initializeElements(type, data, count);
+}
+
+void releaseElements(ElementType type, void* data, size_t count)
+{
+    if (type.isFlat())
+        return;
     if (!type.isStructure())
-        return clearBuiltIn(type.kind, data, count);
+        return releaseBuiltIn(type.kind, data, count);
     for (size_t i = 0; i < count; ++i)
-        OpcUa_EncodeableObject_Clear(type.structure, elementAt(data, type.size(), i));
+        releaseFields(*type.structure, elementAt(data, type.size(), i));
 }
 
 OpcUa_StatusCode copyElements(ElementType type, const void* source, void* destination, size_t count)
@@ -236,8 +252,7 @@ void deleteElements(ElementType type, void* data, size_t count)
 {
     if (data == nullptr)
         return;
-    if (!type.isFlat())
-        clearElements(type, data, count);
+    releaseElements(type, data, count);
     OpcUa_Memory_Free(data);
 }
 

@@ -48,6 +48,16 @@ inline constexpr std::array<BuiltInLayout, 26> BuiltInLayouts = {{
     {"DiagnosticInfo", sizeof(OpcUa_DiagnosticInfo), 1, false, false},
 }};
 
+// A type whose value fits into 64 bits and lies on the wire as in memory.
+constexpr bool isNumber(OpcUa_Byte kind)
+{
+    return (kind >= OpcUaType_Boolean && kind <= OpcUaType_Double) || kind == OpcUaType_DateTime ||
+           kind == OpcUaType_StatusCode;
+}
+
+// A data value that holds a number or nothing takes at most this: mask, type, number, status, two timestamps.
+inline constexpr size_t LargestPlainDataValue = 1 + 1 + 8 + 4 + 2 * (8 + 2);
+
 // Type of an element or field: a built-in type, an enumeration or a structure.
 struct ElementType
 {
@@ -79,6 +89,9 @@ inline bool isBuiltInType(OpcUa_Byte kind)
 
 void initializeElements(ElementType type, void* data, size_t count);
 void clearElements(ElementType type, void* data, size_t count);
+// Frees what the elements own and leaves them as they are: for memory that goes away.
+void releaseElements(ElementType type, void* data, size_t count);
+void releaseFields(const OpcUa_EncodeableType& type, void* object);
 // On failure the destination is left initialised.
 [[nodiscard]] OpcUa_StatusCode copyElements(ElementType type, const void* source, void* destination,
                                             size_t count);

@@ -194,8 +194,114 @@ bool Reader::expandedNodeId(OpcUa_ExpandedNodeId& value)
 
 // -- data values and diagnostics --------------------------------------------------------------------------
 
+namespace {
+
+// Number of bytes of a type for which isNumber() holds, else 0. Branches instead of a table: what they answer
+// is predicted, and the next value need not wait for it.
+inline size_t numberSize(OpcUa_Byte type)
+{
+    switch (type) {
+    case OpcUaType_Int64:
+    case OpcUaType_UInt64:
+    case OpcUaType_Double:
+    case OpcUaType_DateTime:
+        return 8;
+    case OpcUaType_Int32:
+    case OpcUaType_UInt32:
+    case OpcUaType_Float:
+    case OpcUaType_StatusCode:
+        return 4;
+    case OpcUaType_Int16:
+    case OpcUaType_UInt16:
+        return 2;
+    case OpcUaType_Boolean:
+    case OpcUaType_SByte:
+    case OpcUaType_Byte:
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+template <class T>
+inline const OpcUa_Byte* take(const OpcUa_Byte* at, bool present, T& target)
+{
+    if (!present)
+        return at;
+    std::memcpy(&target, at, sizeof(T));
+    return at + sizeof(T);
+}
+
+// Reads a scalar number with its type into a variant of zero bytes; null when it is something else.
+inline const OpcUa_Byte* takeNumber(const OpcUa_Byte* at, OpcUa_Variant& value)
+{
+    const OpcUa_Byte type = *at++;
+    const size_t size = numberSize(type);
+    if (size == 8)
+        std::memcpy(&value.Value, at, 8);
+    else if (size == 4)
+        std::memcpy(&value.Value, at, 4);
+    else if (size == 2)
+        std::memcpy(&value.Value, at, 2);
+    else if (size == 1)
+        std::memcpy(&value.Value, at, 1);
+    else
+        return nullptr;
+    if (type == OpcUaType_Boolean)
+        value.Value.Boolean = value.Value.Boolean != 0;
+    else if (type == OpcUaType_DateTime)
+        value.Value.DateTime = std::max<OpcUa_DateTime>(value.Value.DateTime, 0);
+    value.Datatype = type;
+    return at + size;
+}
+
+// Reads a data value that holds a number or nothing, of which LargestPlainDataValue bytes are there; null
+// when it is another one.
+inline const OpcUa_Byte* takePlainDataValue(const OpcUa_Byte* at, OpcUa_DataValue& value)
+{
+    const OpcUa_Byte mask = *at++;
+    value = OpcUa_DataValue{};
+    if ((mask & 0x01) != 0) {
+        at = takeNumber(at, value.Value);
+        if (at == nullptr)
+            return nullptr;
+    }
+    OpcUa_DateTime source = 0;
+    OpcUa_DateTime server = 0;
+    at = take(at, (mask & 0x02) != 0, value.StatusCode);
+    at = take(at, (mask & 0x04) != 0, source);
+    at = take(at, (mask & 0x10) != 0, value.SourcePicoseconds);
+    at = take(at, (mask & 0x08) != 0, server);
+    at = take(at, (mask & 0x20) != 0, value.ServerPicoseconds);
+    value.SourceTimestamp = std::max<OpcUa_DateTime>(source, 0);
+    value.ServerTimestamp = std::max<OpcUa_DateTime>(server, 0);
+    return at;
+}
+
+} // namespace
+
+// The usual data values: numbers, with one check of the bytes left for each. Stops at the first that is
+// something else or stands too near the end; answers how many there were.
+size_t Reader::plainDataValues(OpcUa_DataValue* values, size_t count)
+{
+    const OpcUa_Byte* at = m_at;
+    const OpcUa_Byte* const end = m_end;
+    size_t done = 0;
+    while (done < count && static_cast<size_t>(end - at) >= LargestPlainDataValue) {
+        const OpcUa_Byte* const next = takePlainDataValue(at, values[done]);
+        if (next == nullptr)
+            break;
+        at = next;
+        ++done;
+    }
+    m_at = at;
+    return done;
+}
+
 bool Reader::dataValue(OpcUa_DataValue& value)
 {
+    if (plainDataValues(&value, 1) == 1)
+        return true;
     OpcUa_DataValue_Initialize(&value);
     OpcUa_Byte mask = 0;
     if (fixed(mask) && ((mask & 0x01) == 0 || variant(value.Value)) &&
@@ -332,9 +438,10 @@ bool Reader::elements(ElementType type, size_t count, void*& data)
     bool result = true;
     if (type.isFixed())
         result = count == 0 || fixedElements(type, count, data);
-    else
-        while (result && done < count)
-            result = element(type, elementAt(data, size, done++));
+    else if (type.kind == OpcUaType_DataValue)
+        done = plainDataValues(static_cast<OpcUa_DataValue*>(data), count);
+    while (result && done < count && !type.isFixed())
+        result = element(type, elementAt(data, size, done++));
     if (!result) {
         deleteElements(type, data, done);
         data = nullptr;

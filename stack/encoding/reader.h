@@ -67,6 +67,7 @@ private:
     bool qualifiedName(OpcUa_QualifiedName& value);
     bool localizedText(OpcUa_LocalizedText& value);
     bool dataValue(OpcUa_DataValue& value);
+    size_t plainDataValues(OpcUa_DataValue* values, size_t count);
     bool stringIndex(bool present, OpcUa_Int32& index);
     bool diagnosticInfo(OpcUa_DiagnosticInfo& value);
 
