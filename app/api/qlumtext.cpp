@@ -1,5 +1,7 @@
 #include <app/api/qlumtext.h>
 
+#include <QLocale>
+#include <QRegularExpression>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uastatus.h>
 
@@ -14,12 +16,15 @@ constexpr OpcUa_Int64 kTicksPerMillisecond = 10000;
 
 QString toQString(const UaString& text)
 {
-    return text.isNull() ? QString() : QString::fromUtf8(text.toUtf8());
+    return text.isNull() ? QString() : QString::fromUtf8(text.toUtf8(), static_cast<int>(text.size()));
 }
 
 UaString toUaString(const QString& text)
 {
-    return text.isNull() ? UaString() : UaString(text.toUtf8().constData());
+    if (text.isNull())
+        return {};
+    const QByteArray bytes = text.toUtf8();
+    return UaString(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
 }
 
 QString qlumStatusText(OpcUa_StatusCode code)
@@ -60,4 +65,27 @@ OpcUa_DateTime qlumUaDateTime(const QDateTime& value)
     if (milliseconds >= last)
         return std::numeric_limits<OpcUa_Int64>::max();
     return milliseconds * kTicksPerMillisecond + kUnixEpoch;
+}
+
+namespace {
+QString withMilliseconds(QString format)
+{
+    static const QRegularExpression minutesOn(QStringLiteral(":m+(:s+(.z+)?)?"));
+    return format.replace(minutesOn, QStringLiteral(":mm:ss.zzz"));
+}
+} // namespace
+
+QString qlumDateTimeFormat()
+{
+    return withMilliseconds(QLocale::system().dateTimeFormat(QLocale::ShortFormat));
+}
+
+QString qlumTimeFormat()
+{
+    return withMilliseconds(QLocale::system().timeFormat(QLocale::ShortFormat));
+}
+
+QString qlumPlainToolTip(const QString& text)
+{
+    return QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
 }

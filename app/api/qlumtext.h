@@ -19,3 +19,10 @@
 [[nodiscard]] QDateTime qlumDateTime(OpcUa_DateTime value);
 /// 0 for an invalid QDateTime; dates outside the range are cut to its ends.
 [[nodiscard]] OpcUa_DateTime qlumUaDateTime(const QDateTime& value);
+
+/// A short format of the system locale with minutes, seconds and milliseconds, for QLocale::toString.
+[[nodiscard]] QString qlumDateTimeFormat();
+[[nodiscard]] QString qlumTimeFormat();
+
+/// Text for a tool tip that is shown as it is, whatever markup it holds.
+[[nodiscard]] QString qlumPlainToolTip(const QString& text);

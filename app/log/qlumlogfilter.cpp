@@ -1,0 +1,24 @@
+#include <app/log/qlumlogfilter.h>
+
+#include <app/log/qlumlogmodel.h>
+
+void QlumLogFilter::setFilter(int minimumLevel, const QString& text)
+{
+    m_minimumLevel = minimumLevel;
+    m_text = text;
+    invalidateFilter();
+}
+
+bool QlumLogFilter::filterAcceptsRow(int row, const QModelIndex& parent) const
+{
+    const QModelIndex first = sourceModel()->index(row, 0, parent);
+    if (first.data(QlumLogModel::LevelRole).toInt() < m_minimumLevel)
+        return false;
+    if (m_text.isEmpty())
+        return true;
+    for (int column = QlumLogModel::Source; column < QlumLogModel::ColumnCount; ++column) {
+        if (first.siblingAtColumn(column).data().toString().contains(m_text, Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}

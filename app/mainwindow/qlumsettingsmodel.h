@@ -1,0 +1,35 @@
+#pragma once
+#include <QHash>
+#include <QObject>
+#include <QSettings>
+#include <QVariant>
+
+#include <shared_mutex>
+
+/// The application's settings by dotted key ("General.CallTimeout"), kept in the user's settings file.
+/// value() may be called from any thread; everything else belongs on the GUI thread.
+class QlumSettingsModel : public QObject
+{
+    Q_OBJECT
+public:
+    /// The settings file of the user.
+    explicit QlumSettingsModel(QObject* parent = nullptr);
+
+    /// The stored value in the type of its default when it can be converted, else fallback when that is valid,
+    /// else the default; an invalid QVariant when there is none of them.
+    [[nodiscard]] QVariant value(const QString& key, const QVariant& fallback = QVariant()) const;
+    void setValue(const QString& key, const QVariant& value);
+    /// Back to the default.
+    void remove(const QString& key);
+    /// The default of a key of the application, invalid for others.
+    [[nodiscard]] QVariant defaultValue(const QString& key) const;
+
+signals:
+    void valueChanged(const QString& key);
+
+private:
+    QSettings m_settings;
+    QHash<QString, QVariant> m_defaults;
+    QHash<QString, QVariant> m_stored; // what the file holds, so that reading needs no file and little locking
+    mutable std::shared_mutex m_mutex;
+};

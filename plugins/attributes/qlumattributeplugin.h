@@ -1,0 +1,24 @@
+#pragma once
+#include <QObject>
+#include <QPointer>
+#include <app/api/qlumappeventadapter.h>
+#include <app/api/qlumplugininterface.h>
+
+class QDockWidget;
+
+class QlumAttributePlugin : public QObject, public QlumPluginInterface, public QlumAppEventAdapter
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QlumPluginInterface_iid)
+    Q_INTERFACES(QlumPluginInterface QlumAppEventInterface)
+public:
+    QlumAttributePlugin();
+
+    void init(QlumApplicationInterface* app) override;
+    void shutdown() override;
+    QString name() override;
+
+private:
+    QlumApplicationInterface* m_app = nullptr;
+    QPointer<QDockWidget> m_dock; // owned by the main window once it is docked
+};

@@ -1,0 +1,48 @@
+#include <plugins/devices/qlumdevicesplugin.h>
+
+#include <uawidgets/qlumemptydocument.h>
+
+namespace {
+const auto kDocumentType = QStringLiteral("Devices View");
+}
+
+QlumDevicesPlugin::QlumDevicesPlugin()
+{
+    setObjectName(QStringLiteral("QlumDevicesPlugin"));
+}
+
+void QlumDevicesPlugin::init(QlumApplicationInterface* app)
+{
+    m_app = app;
+}
+
+void QlumDevicesPlugin::shutdown()
+{
+    m_app = nullptr;
+}
+
+QString QlumDevicesPlugin::name()
+{
+    return QStringLiteral("UA Devices Plugin");
+}
+
+QStringList QlumDevicesPlugin::documentTypes()
+{
+    return {kDocumentType};
+}
+
+QWidget* QlumDevicesPlugin::createDocument(const QString& type)
+{
+    if (type != kDocumentType)
+        return nullptr;
+    return new QlumEmptyDocument(
+        type,
+        tr("The devices view is not part of this version. Devices can be browsed in the address space."));
+}
+
+QString QlumDevicesPlugin::description(const QString& type)
+{
+    return type == kDocumentType ? tr("<b>Devices View</b><br>Shows the devices of a server with their "
+                                      "parameters, methods and identification, and configures them.")
+                                 : QString();
+}

@@ -1,0 +1,28 @@
+#pragma once
+#include <QObject>
+#include <app/api/qlumappeventadapter.h>
+#include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlumplugininterface.h>
+
+class QlumHistoryPlugin : public QObject,
+                          public QlumPluginInterface,
+                          public QlumDocumentInterface,
+                          public QlumAppEventAdapter
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QlumPluginInterface_iid)
+    Q_INTERFACES(QlumPluginInterface QlumDocumentInterface QlumAppEventInterface)
+public:
+    QlumHistoryPlugin();
+
+    void init(QlumApplicationInterface* app) override;
+    void shutdown() override;
+    QString name() override;
+
+    QStringList documentTypes() override;
+    QWidget* createDocument(const QString& type) override;
+    QString description(const QString& type) override;
+
+private:
+    QlumApplicationInterface* m_app = nullptr;
+};

@@ -1,0 +1,35 @@
+#include <plugins/references/qlumreferenceplugin.h>
+
+#include <QDockWidget>
+#include <QMainWindow>
+#include <app/api/qlumapplicationinterface.h>
+#include <uawidgets/qlumemptydocument.h>
+
+QlumReferencePlugin::QlumReferencePlugin()
+{
+    setObjectName(QStringLiteral("QlumReferencePlugin"));
+}
+
+void QlumReferencePlugin::init(QlumApplicationInterface* app)
+{
+    m_app = app;
+    m_dock = new QDockWidget(tr("References"), app->mainWindow());
+    m_dock->setObjectName(QStringLiteral("References Dock Widget"));
+    m_dock->setWhatsThis(tr("<b>References</b><br>This window shows the references of the node that is "
+                            "selected in the address space window."));
+    m_dock->setWidget(new QlumEmptyDocument(tr("References"),
+                                            tr("The reference view is not part of this version. Hierarchical "
+                                               "references can be followed in the address space.")));
+    app->mainWindow()->addDockWidget(Qt::RightDockWidgetArea, m_dock);
+}
+
+void QlumReferencePlugin::shutdown()
+{
+    delete m_dock;
+    m_app = nullptr;
+}
+
+QString QlumReferencePlugin::name()
+{
+    return QStringLiteral("UA Reference Plugin");
+}

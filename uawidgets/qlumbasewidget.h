@@ -1,0 +1,20 @@
+#pragma once
+#include <QDialog>
+
+/// Base of the dialogs whose size and place are kept from one use to the next, in the settings group given.
+class QlumBaseWidget : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit QlumBaseWidget(const QString& settingsGroup, QWidget* parent = nullptr,
+                            Qt::WindowFlags flags = Qt::WindowFlags());
+    ~QlumBaseWidget() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    [[nodiscard]] QString settingsGroup() const { return m_settingsGroup; }
+
+private:
+    QString m_settingsGroup;
+    bool m_restored = false;
+};

@@ -1,0 +1,44 @@
+#include <uawidgets/qlumcopy.h>
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMap>
+
+namespace {
+// Rows in the order of the view's model, not in that of the user's clicks.
+QString selectedText(const QAbstractItemView* view)
+{
+    QMap<QModelIndex, bool> cells;
+    const QItemSelectionModel* selection = view->selectionModel();
+    for (const QModelIndex& index : selection ? selection->selectedIndexes() : QModelIndexList())
+        cells.insert(index, true);
+    QString text;
+    QModelIndex previous;
+    for (auto it = cells.keyBegin(); it != cells.keyEnd(); ++it) {
+        if (previous.isValid())
+            text += previous.row() == it->row() && previous.parent() == it->parent() ? QLatin1Char('\t')
+                                                                                     : QLatin1Char('\n');
+        text += it->data(Qt::DisplayRole).toString();
+        previous = *it;
+    }
+    return text;
+}
+} // namespace
+
+void qlumAddCopyActions(QAbstractItemView* view)
+{
+    auto* copy = new QAction(QIcon(QStringLiteral(":/images/copy.png")), QObject::tr("&Copy"), view);
+    copy->setObjectName(QStringLiteral("copy"));
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setShortcutContext(Qt::WidgetShortcut);
+    copy->setToolTip(QObject::tr("Copy the selected rows"));
+    copy->setWhatsThis(
+        QObject::tr("<b>Copy</b><br>Puts the text of the selected rows on the clipboard, one line for "
+                    "each row and a tab between the columns."));
+    QObject::connect(copy, &QAction::triggered, view,
+                     [view] { QGuiApplication::clipboard()->setText(selectedText(view)); });
+    view->addAction(copy);
+    view->setContextMenuPolicy(Qt::ActionsContextMenu);
+}

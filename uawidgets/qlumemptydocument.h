@@ -1,0 +1,15 @@
+#pragma once
+#include <QWidget>
+#include <app/api/qlumdocumentwidgetinterface.h>
+
+/// A document or dock page that has nothing to show and says so, with what the user can do instead.
+class QlumEmptyDocument : public QWidget, public QlumDocumentWidgetInterface
+{
+    Q_OBJECT
+    Q_INTERFACES(QlumDocumentWidgetInterface)
+public:
+    explicit QlumEmptyDocument(const QString& headline, const QString& hint, QWidget* parent = nullptr);
+
+    void saveSettings(QSettings&) override {}
+    void loadSettings(QSettings&, const QMap<int, int>&) override {}
+};

@@ -1,0 +1,17 @@
+#pragma once
+#include <uawidgets/qlumbasewidget.h>
+
+class QLineEdit;
+
+/// Asks for the password of a private key.
+class QlumPasswordDlg : public QlumBaseWidget
+{
+    Q_OBJECT
+public:
+    explicit QlumPasswordDlg(QWidget* parent = nullptr);
+
+    [[nodiscard]] QString password() const;
+
+private:
+    QLineEdit* m_password;
+};

@@ -1,0 +1,25 @@
+#pragma once
+#include <uawidgets/qlumbasewidget.h>
+
+class QLabel;
+class QLineEdit;
+
+/// Asks for user name and password of a server. The title names the server.
+class QlumUserPasswordDlg : public QlumBaseWidget
+{
+    Q_OBJECT
+public:
+    explicit QlumUserPasswordDlg(const QString& serverName, const QString& userName = QString(),
+                                 QWidget* parent = nullptr);
+
+    [[nodiscard]] QString userName() const;
+    [[nodiscard]] QString password() const;
+
+    /// Shows a warning above the fields, for example that the password would leave unencrypted. Plain text.
+    void setWarning(const QString& text);
+
+private:
+    QLabel* m_warning;
+    QLineEdit* m_userName;
+    QLineEdit* m_password;
+};
