@@ -194,8 +194,8 @@ UaStatus UaSessionPrivate::updateNamespaceTable()
         status = UaStatus(values[0].StatusCode);
     }
     UaStringArray table;
-    if (status.isGood()) {
-        status = UaVariant(values[0].Value).toStringArray(table);
+    if (status.isGood() && !UaVariant(values[0].Value).toStringArray(table)) {
+        status = UaStatus(OpcUa_BadTypeMismatch);
     }
     if (status.isBad()) {
         UaTrace::tError("Error: UaSession - reading the namespace table failed [status=0x%x]",
