@@ -15,7 +15,8 @@ def places(root, files, span):
     if "<" in span or " " in span:
         return True
     if CLASS.fullmatch(span):
-        return any(file.name == f"{span.lower()}.h" for file in files)
+        header = re.sub("private$", "_p", span.lower()) + ".h"
+        return any(file.name == header for file in files)
     if "/" in span:
         return (root / span).exists()
     if "." in span:
