@@ -196,33 +196,6 @@ bool Reader::expandedNodeId(OpcUa_ExpandedNodeId& value)
 
 namespace {
 
-// Number of bytes of a type for which isNumber() holds, else 0. Branches instead of a table: what they answer
-// is predicted, and the next value need not wait for it.
-inline size_t numberSize(OpcUa_Byte type)
-{
-    switch (type) {
-    case OpcUaType_Int64:
-    case OpcUaType_UInt64:
-    case OpcUaType_Double:
-    case OpcUaType_DateTime:
-        return 8;
-    case OpcUaType_Int32:
-    case OpcUaType_UInt32:
-    case OpcUaType_Float:
-    case OpcUaType_StatusCode:
-        return 4;
-    case OpcUaType_Int16:
-    case OpcUaType_UInt16:
-        return 2;
-    case OpcUaType_Boolean:
-    case OpcUaType_SByte:
-    case OpcUaType_Byte:
-        return 1;
-    default:
-        return 0;
-    }
-}
-
 template <class T>
 inline const OpcUa_Byte* take(const OpcUa_Byte* at, bool present, T& target)
 {

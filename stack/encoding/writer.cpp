@@ -19,7 +19,7 @@ void Writer::grow(size_t bytes)
 {
     constexpr size_t least = 256;
     const size_t written = used();
-    m_buffer.resize(std::max({m_buffer.capacity(), written + bytes, written + written / 2, written + least}));
+    m_buffer.resize(std::max({m_buffer.capacity(), written + bytes, 2 * written, written + least}));
     m_at = m_buffer.data() + written;
     m_end = m_buffer.data() + m_buffer.size();
 }
@@ -157,17 +157,38 @@ void Writer::variantArray(const OpcUa_Variant& value)
     leave();
 }
 
-// A scalar number with its type, for which ensure() has made room; false when the value is none.
-bool Writer::putNumber(const OpcUa_Variant& value)
+namespace {
+
+template <class T>
+inline OpcUa_Byte* place(OpcUa_Byte* at, bool present, const T& value)
 {
-    if (value.ArrayType != OpcUa_VariantArrayType_Scalar || !isNumber(value.Datatype))
-        return false;
-    const size_t size = BuiltInLayouts[value.Datatype].size;
-    put(value.Datatype);
-    std::memcpy(m_at, &value.Value, sizeof value.Value.UInt64); // all of them, to copy without a loop
-    m_at += size;
-    return true;
+    if (!present)
+        return at;
+    std::memcpy(at, &value, sizeof(T));
+    return at + sizeof(T);
 }
+
+// A scalar number with its type; null when the value is none.
+inline OpcUa_Byte* placeNumber(OpcUa_Byte* at, const OpcUa_Variant& value)
+{
+    if (value.ArrayType != OpcUa_VariantArrayType_Scalar)
+        return nullptr;
+    OpcUa_Byte* const number = place(at, true, value.Datatype);
+    switch (numberSize(value.Datatype)) {
+    case 8:
+        return place(number, true, value.Value.UInt64);
+    case 4:
+        return place(number, true, value.Value.UInt32);
+    case 2:
+        return place(number, true, value.Value.UInt16);
+    case 1:
+        return place(number, true, value.Value.Byte);
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
 
 void Writer::dataValue(const OpcUa_DataValue& value)
 {
@@ -176,21 +197,21 @@ void Writer::dataValue(const OpcUa_DataValue& value)
                       (value.SourceTimestamp != 0 ? 0x04 : 0) | (value.ServerTimestamp != 0 ? 0x08 : 0) |
                       (value.SourcePicoseconds != 0 ? 0x10 : 0) | (value.ServerPicoseconds != 0 ? 0x20 : 0);
     ensure(LargestPlainDataValue);
-    put(static_cast<OpcUa_Byte>(mask));
-    if (hasValue && !putNumber(value.Value)) {
-        variant(value.Value);
-        ensure(LargestPlainDataValue);
+    OpcUa_Byte* at = place(m_at, true, static_cast<OpcUa_Byte>(mask));
+    if (hasValue) {
+        OpcUa_Byte* const behind = placeNumber(at, value.Value);
+        if (behind == nullptr) {
+            m_at = at;
+            variant(value.Value);
+            ensure(LargestPlainDataValue);
+        }
+        at = behind != nullptr ? behind : m_at;
     }
-    if (value.StatusCode != OpcUa_Good)
-        put(value.StatusCode);
-    if (value.SourceTimestamp != 0)
-        put(value.SourceTimestamp);
-    if (value.SourcePicoseconds != 0)
-        put(value.SourcePicoseconds);
-    if (value.ServerTimestamp != 0)
-        put(value.ServerTimestamp);
-    if (value.ServerPicoseconds != 0)
-        put(value.ServerPicoseconds);
+    at = place(at, (mask & 0x02) != 0, value.StatusCode);
+    at = place(at, (mask & 0x04) != 0, value.SourceTimestamp);
+    at = place(at, (mask & 0x10) != 0, value.SourcePicoseconds);
+    at = place(at, (mask & 0x08) != 0, value.ServerTimestamp);
+    m_at = place(at, (mask & 0x20) != 0, value.ServerPicoseconds);
 }
 
 void Writer::diagnosticInfo(const OpcUa_DiagnosticInfo& value)

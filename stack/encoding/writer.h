@@ -29,12 +29,6 @@ private:
     void fixed(const T& value)
     {
         ensure(sizeof(T));
-        put(value);
-    }
-    // Where ensure() has made room.
-    template <class T>
-    void put(const T& value)
-    {
         std::memcpy(m_at, &value, sizeof(T));
         m_at += sizeof(T);
     }
@@ -61,7 +55,6 @@ private:
     void nodeId(const OpcUa_NodeId& value, OpcUa_Byte flags);
     void expandedNodeId(const OpcUa_ExpandedNodeId& value);
     void localizedText(const OpcUa_LocalizedText& value);
-    [[nodiscard]] bool putNumber(const OpcUa_Variant& value);
     void variant(const OpcUa_Variant& value);
     void variantArray(const OpcUa_Variant& value);
     void extensionObject(const OpcUa_ExtensionObject& value);
