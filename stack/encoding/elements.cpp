@@ -17,42 +17,6 @@ void forEach(void* data, size_t count, Function function)
         function(values + i);
 }
 
-void releaseBuiltIn(OpcUa_Byte kind, void* data, size_t count)
-{
-    switch (kind) {
-    case OpcUaType_String:
-        return forEach<OpcUa_String>(data, count, [](auto* value) { OpcUa_Memory_Free(value->Data); });
-    case OpcUaType_ByteString:
-    case OpcUaType_XmlElement:
-        return forEach<OpcUa_ByteString>(data, count, [](auto* value) { OpcUa_Memory_Free(value->Data); });
-    case OpcUaType_NodeId:
-        return forEach<OpcUa_NodeId>(data, count, [](auto* value) { release(*value); });
-    case OpcUaType_ExpandedNodeId:
-        return forEach<OpcUa_ExpandedNodeId>(data, count, [](auto* value) {
-            release(value->NodeId);
-            OpcUa_Memory_Free(value->NamespaceUri.Data);
-        });
-    case OpcUaType_QualifiedName:
-        return forEach<OpcUa_QualifiedName>(data, count,
-                                            [](auto* value) { OpcUa_Memory_Free(value->Name.Data); });
-    case OpcUaType_LocalizedText:
-        return forEach<OpcUa_LocalizedText>(data, count, [](auto* value) {
-            OpcUa_Memory_Free(value->Locale.Data);
-            OpcUa_Memory_Free(value->Text.Data);
-        });
-    case OpcUaType_ExtensionObject:
-        return forEach<OpcUa_ExtensionObject>(data, count, [](auto* value) { release(*value); });
-    case OpcUaType_DataValue:
-        return forEach<OpcUa_DataValue>(data, count, [](auto* value) { release(value->Value); });
-    case OpcUaType_Variant:
-        return forEach<OpcUa_Variant>(data, count, [](auto* value) { release(*value); });
-    case OpcUaType_DiagnosticInfo:
-        return forEach<OpcUa_DiagnosticInfo>(data, count, [](auto* value) { release(*value); });
-    default:
-        return;
-    }
-}
-
 void initializeBuiltIn(OpcUa_Byte kind, void* data, size_t count)
 {
     switch (kind) {
@@ -203,10 +167,15 @@ void releaseElements(ElementType type, void* data, size_t count)
 {
     if (type.isFlat())
         return;
-    if (!type.isStructure())
-        return releaseBuiltIn(type.kind, data, count);
-    for (size_t i = 0; i < count; ++i)
-        releaseFields(*type.structure, elementAt(data, type.size(), i));
+    if (type.kind == OpcUaType_DataValue) // the longest arrays of all, most of which own nothing
+        return forEach<OpcUa_DataValue>(data, count, [](auto* value) { release(value->Value); });
+    const size_t size = type.size();
+    for (size_t i = 0; i < count; ++i) {
+        if (type.isStructure())
+            releaseFields(*type.structure, elementAt(data, size, i));
+        else
+            releaseBuiltIn(type.kind, elementAt(data, size, i));
+    }
 }
 
 OpcUa_StatusCode copyElements(ElementType type, const void* source, void* destination, size_t count)

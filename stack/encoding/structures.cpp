@@ -26,11 +26,12 @@ bool isIndirect(const OpcUa_FieldDescriptor& field)
 
 void releaseField(const OpcUa_FieldDescriptor& field, void* object)
 {
-    const ElementType type = ElementType::of(field);
     if (isIndirect(field))
-        deleteElements(type, memberAt<void*>(object, field.Offset), countOf(field, object));
-    else if (!type.isFlat())
-        releaseElements(type, elementAt(object, 1, field.Offset), 1);
+        deleteElements(ElementType::of(field), memberAt<void*>(object, field.Offset), countOf(field, object));
+    else if (field.Kind == OpcUa_FieldKind_Structure)
+        opcua::releaseFields(*field.StructureType, elementAt(object, 1, field.Offset));
+    else
+        opcua::releaseBuiltIn(field.Kind, elementAt(object, 1, field.Offset));
 }
 
 OpcUa_StatusCode copyField(const OpcUa_FieldDescriptor& field, const void* source, void* destination)
