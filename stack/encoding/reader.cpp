@@ -24,24 +24,35 @@ constexpr OpcUa_Byte NamespaceUri = 0x80;
 } // namespace
 
 Reader::Reader(std::span<const OpcUa_Byte> bytes, const EncodingLimits& limits)
-    : m_at(bytes.data()), m_end(bytes.data() + bytes.size()), m_limits(limits),
+    : m_at(bytes.data()), m_end(bytes.data() + bytes.size()), m_limits(limits), m_texts(bytes.size()),
       m_memoryLeft(std::max(bytes.size() * MemoryPerByte, MemoryOfSmallMessages))
 {
+}
+
+bool Reader::takeMemory(size_t size)
+{
+    if (size > m_memoryLeft)
+        return fail(OpcUa_BadEncodingLimitsExceeded);
+    m_memoryLeft -= size;
+    return true;
+}
+
+void* Reader::accept(void* memory)
+{
+    if (memory == nullptr)
+        fail(OpcUa_BadOutOfMemory);
+    return memory;
 }
 
 void* Reader::allocate(size_t size)
 {
     size = std::max<size_t>(size, 1);
-    if (size > m_memoryLeft) {
-        fail(OpcUa_BadEncodingLimitsExceeded);
-        return nullptr;
-    }
-    void* const memory = OpcUa_Memory_Alloc(size);
-    if (memory == nullptr)
-        fail(OpcUa_BadOutOfMemory);
-    else
-        m_memoryLeft -= size;
-    return memory;
+    return takeMemory(size) ? accept(OpcUa_Memory_Alloc(size)) : nullptr;
+}
+
+void* Reader::allocateText(size_t size)
+{
+    return takeMemory(size) ? accept(m_texts.allocate(size)) : nullptr;
 }
 
 bool Reader::enter()
@@ -91,7 +102,7 @@ bool Reader::text(Text& value, OpcUa_UInt32 limit)
     if (length < 0)
         return true;
     const auto bytes = static_cast<size_t>(length);
-    value.Data = static_cast<decltype(value.Data)>(allocate(bytes + 1));
+    value.Data = static_cast<decltype(value.Data)>(allocateText(bytes + 1));
     if (value.Data == nullptr)
         return false;
     std::memcpy(value.Data, m_at, bytes);

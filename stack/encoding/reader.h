@@ -3,6 +3,7 @@
 
 #include <stack/encoding/elements.h>
 #include <stack/encoding/messagecodec.h>
+#include <stack/encoding/textpool.h>
 
 #include <opcua/opcua_statuscodes.h>
 
@@ -90,6 +91,9 @@ private:
     bool fixedElements(ElementType type, size_t count, void* data);
 
     [[nodiscard]] void* allocate(size_t size);
+    [[nodiscard]] void* allocateText(size_t size);
+    [[nodiscard]] bool takeMemory(size_t size);
+    void* accept(void* memory);
     bool enter();
     bool leave(bool result)
     {
@@ -100,6 +104,7 @@ private:
     const OpcUa_Byte* m_at;
     const OpcUa_Byte* m_end;
     const EncodingLimits& m_limits;
+    TextPool m_texts;
     size_t m_memoryLeft; // what may still be allocated
     OpcUa_UInt32 m_depth = 0;
     OpcUa_StatusCode m_status = OpcUa_Good;
