@@ -16,7 +16,9 @@ class QlumAddressSpaceModel;
 class UaEnumDefinition;
 class UaLocalizedText;
 class UaNodeId;
-class UaUInt32Array;
+template <class T>
+class UaArray;
+using UaUInt32Array = UaArray<OpcUa_UInt32>;
 namespace UaClientSdk {
 class UaSession;
 }

@@ -9,7 +9,9 @@ class QWidget;
 class UaEnumDefinition;
 class UaLocalizedText;
 class UaNodeId;
-class UaUInt32Array;
+template <class T>
+class UaArray;
+using UaUInt32Array = UaArray<OpcUa_UInt32>;
 namespace UaClientSdk {
 class UaSession;
 }

@@ -1,0 +1,43 @@
+#pragma once
+#include <functional>
+#include <memory>
+#include <uaclientsdk/uasession.h>
+
+/// The services of one session that views call; tests answer them by a script. Every function may be called
+/// from any thread and blocks for at most the call timeout. Result arrays hold as many entries as the request
+/// when the status is Good.
+class QlumSessionServices
+{
+public:
+    QlumSessionServices() = default;
+    virtual ~QlumSessionServices() = default;
+    QlumSessionServices(const QlumSessionServices&) = delete;
+    QlumSessionServices& operator=(const QlumSessionServices&) = delete;
+
+    [[nodiscard]] virtual bool isConnected() const = 0;
+    virtual UaStatus read(UaClientSdk::ServiceSettings& settings, double maxAge,
+                          OpcUa_TimestampsToReturn timestampsToReturn, const UaReadValueIds& nodesToRead,
+                          UaDataValues& values) = 0;
+    virtual UaStatus write(UaClientSdk::ServiceSettings& settings, const UaWriteValues& nodesToWrite,
+                           UaStatusCodeArray& results) = 0;
+    virtual UaStatus browse(UaClientSdk::ServiceSettings& settings, const UaNodeId& nodeToBrowse,
+                            const UaClientSdk::BrowseContext& context, UaByteString& continuationPoint,
+                            UaReferenceDescriptions& references) = 0;
+    virtual UaStatus browseNext(UaClientSdk::ServiceSettings& settings, bool releaseContinuationPoint,
+                                UaByteString& continuationPoint, UaReferenceDescriptions& references) = 0;
+    virtual UaStatus translateBrowsePathsToNodeIds(UaClientSdk::ServiceSettings& settings,
+                                                   const UaBrowsePaths& browsePaths,
+                                                   UaBrowsePathResults& results) = 0;
+    /// Owned by the session; never null.
+    [[nodiscard]] virtual UaDataTypeDictionary* dataTypeDictionary() = 0;
+};
+
+/// Finds the services of a server by its id; a null pointer for an unknown server.
+using QlumSessionServicesProvider =
+    std::function<std::shared_ptr<QlumSessionServices>(unsigned int serverId)>;
+
+/// The services of a session, which must outlive them. Null for null.
+[[nodiscard]] std::shared_ptr<QlumSessionServices> qlumServicesOf(UaClientSdk::UaSession* session);
+
+/// The provider that asks the application for the session.
+[[nodiscard]] QlumSessionServicesProvider qlumApplicationServices();

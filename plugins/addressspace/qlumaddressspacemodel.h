@@ -1,0 +1,97 @@
+#pragma once
+#include <QAbstractItemModel>
+#include <QPointer>
+#include <app/api/qlumaddressspacemodelinterface.h>
+#include <app/api/qlumservernode.h>
+#include <app/api/qlumsessionservices.h>
+#include <plugins/addressspace/qlumaddressspacenode.h>
+
+#include <functional>
+
+class QComboBox;
+class QlumBrowseProgress;
+
+/// The address space below one node of a server as a lazily browsed tree. Browsing blocks the GUI thread
+/// under a wait cursor; a long one shows its progress and can be cancelled. The root row is hidden until it
+/// has children.
+class QlumAddressSpaceModel : public QAbstractItemModel, public QlumAddressSpaceModelInterface
+{
+    Q_OBJECT
+public:
+    /// The whole address space. The combo box, which may be null, chooses a namespace to highlight. Without
+    /// services of its own the model uses those of the server's session.
+    QlumAddressSpaceModel(QlumServerNode* server, QComboBox* highlightCombo, QObject* parent = nullptr,
+                          std::shared_ptr<QlumSessionServices> services = {});
+    /// The part below startNode, for dialogs.
+    QlumAddressSpaceModel(QlumServerNode* server, const UaNodeId* startNode, QObject* parent = nullptr,
+                          std::shared_ptr<QlumSessionServices> services = {});
+    ~QlumAddressSpaceModel() override;
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] QModelIndex index(int row, int column,
+                                    const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
+    [[nodiscard]] bool hasChildren(const QModelIndex& index = QModelIndex()) const override;
+    [[nodiscard]] bool canFetchMore(const QModelIndex& index) const override;
+    void fetchMore(const QModelIndex& index) override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QStringList mimeTypes() const override;
+    [[nodiscard]] QMimeData* mimeData(const QModelIndexList& indexes) const override;
+
+    // QlumAddressSpaceModelInterface
+    QAbstractItemModel* itemModel() override { return this; }
+    /// For an invalid index the root is browsed.
+    void rebrowseNodeIndex(const QModelIndex& index) override;
+    void serverModelChanged(const UaNodeId& affectedNode, unsigned char verb) override;
+    bool nodeInfo(const QModelIndex& index, UaNodeId& nodeId, OpcUa_NodeClass& nodeClass,
+                  UaNodeId& parentId) const override;
+
+    /// Browses again and adds what is new; for an invalid index the root.
+    void browseNodeIndex(const QModelIndex& index);
+    /// The node behind an index; null for an invalid one.
+    [[nodiscard]] const QlumAddressSpaceNode* node(const QModelIndex& index) const;
+    [[nodiscard]] QlumServerNode* server() const { return m_server; }
+    /// -1 when none is.
+    [[nodiscard]] int highlightedNamespace() const { return m_highlightedNamespace; }
+
+public slots:
+    void sltSetHighlightNamespace(int comboIndex);
+    void sltServerNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
+                              unsigned int serverId);
+
+private:
+    enum class Continue { Yes, No, ModelGone };
+
+    [[nodiscard]] QlumAddressSpaceNode* nodeAt(const QModelIndex& index) const;
+    [[nodiscard]] QlumAddressSpaceNode* nodeOrRoot(const QModelIndex& index) const;
+    [[nodiscard]] QModelIndex indexOf(QlumAddressSpaceNode* node) const;
+    void start(std::shared_ptr<QlumSessionServices> services);
+
+    bool browseNode(QlumAddressSpaceNode* node);
+    bool followContinuationPoints(QlumAddressSpaceNode* node, UaClientSdk::ServiceSettings& settings,
+                                  UaByteString& continuationPoint);
+    void releaseContinuationPoint(UaClientSdk::ServiceSettings& settings, UaByteString& continuationPoint);
+    void addNodes(QlumAddressSpaceNode* parent, const UaReferenceDescriptions& references);
+    void sortNode(QlumAddressSpaceNode* node);
+    void removeChildren(QlumAddressSpaceNode* node);
+    bool refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id);
+    void refresh(const UaNodeId& id);
+    void runDeferred();
+
+    void fillHighlightCombo(const QStringList& namespaces);
+    void emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace, int newNamespace);
+    [[nodiscard]] QVariant setting(const char* key, const QVariant& defaultValue) const;
+    void log(int level, const QString& text) const;
+
+    QPointer<QlumServerNode> m_server;
+    QPointer<QComboBox> m_highlightCombo;
+    std::shared_ptr<QlumSessionServices> m_services;
+    std::unique_ptr<QlumAddressSpaceNode> m_root;
+    unsigned int m_serverId;
+    int m_highlightedNamespace = -1;
+    bool m_browsing = false;                   // progress runs events; no second browse may start then
+    std::vector<UaNodeId> m_deferredRefreshes; // model changes that came while browsing
+};

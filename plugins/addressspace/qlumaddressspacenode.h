@@ -1,0 +1,67 @@
+#pragma once
+#include <QIcon>
+#include <QString>
+#include <opcua/opcua_types.h>
+#include <uabase/uanodeid.h>
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+/// One node of the address space tree; owns its children.
+class QlumAddressSpaceNode
+{
+public:
+    QlumAddressSpaceNode(const QString& name, const UaNodeId& nodeId, const UaNodeId& typeDefinition,
+                         OpcUa_UInt32 nodeClass);
+    virtual ~QlumAddressSpaceNode();
+    QlumAddressSpaceNode(const QlumAddressSpaceNode&) = delete;
+    QlumAddressSpaceNode& operator=(const QlumAddressSpaceNode&) = delete;
+
+    /// By node class and, for objects and variables, by type definition.
+    [[nodiscard]] virtual QIcon icon() const;
+    [[nodiscard]] virtual int type() const { return 0; }
+    /// By name, in the order of UTF-16 code units.
+    virtual void sortChildren();
+
+    [[nodiscard]] const QString& name() const { return m_name; }
+    [[nodiscard]] const UaNodeId& nodeId() const { return m_nodeId; }
+    [[nodiscard]] const UaNodeId& typeDefinition() const { return m_typeDefinition; }
+    [[nodiscard]] OpcUa_UInt32 nodeClass() const { return m_nodeClass; }
+    /// Classes of the children to browse for; 0 means all.
+    [[nodiscard]] OpcUa_UInt32 childNodeClassMask() const { return m_childNodeClassMask; }
+    [[nodiscard]] QlumAddressSpaceNode* parent() const { return m_parent; }
+    /// Position among the parent's children; 0 for the root.
+    [[nodiscard]] int row() const { return m_row; }
+
+    /// Children were fetched, or never will be.
+    [[nodiscard]] bool isBrowsed() const { return m_browsed; }
+    void setBrowsed(bool browsed) { m_browsed = browsed; }
+    [[nodiscard]] bool hasChildren() const { return m_hasChildren; }
+
+    [[nodiscard]] int childCount() const { return static_cast<int>(m_children.size()); }
+    /// Null when out of range.
+    [[nodiscard]] QlumAddressSpaceNode* child(int row) const;
+    /// Null when the node has no such child.
+    [[nodiscard]] QlumAddressSpaceNode* findChild(const UaNodeId& nodeId) const;
+    /// The child's node id must be new here.
+    void appendChild(std::unique_ptr<QlumAddressSpaceNode> child);
+    void reserveChildren(int count);
+    /// Deletes them and makes the node unbrowsed.
+    void clearChildren();
+
+private:
+    using ChildMap = std::unordered_map<UaNodeId, QlumAddressSpaceNode*>;
+
+    QString m_name;
+    UaNodeId m_nodeId;
+    UaNodeId m_typeDefinition;
+    OpcUa_UInt32 m_nodeClass;
+    OpcUa_UInt32 m_childNodeClassMask = 0;
+    QlumAddressSpaceNode* m_parent = nullptr;
+    int m_row = 0;
+    bool m_browsed : 1 = false;
+    bool m_hasChildren : 1 = false;
+    std::vector<std::unique_ptr<QlumAddressSpaceNode>> m_children;
+    std::unique_ptr<ChildMap> m_childMap; // most nodes are leaves
+};

@@ -1,0 +1,26 @@
+// Address space nodes on their way from the tree to a view that takes them.
+#pragma once
+#include <QByteArray>
+#include <QString>
+#include <uabase/uanodeid.h>
+
+#include <vector>
+
+struct QlumDraggedNode
+{
+    UaNodeId nodeId;
+    QString name;
+};
+
+struct QlumDraggedNodes
+{
+    unsigned int serverId = 0xFFFFFFFFu;
+    std::vector<QlumDraggedNode> nodes;
+};
+
+/// "application/UaNodeInformation"
+[[nodiscard]] QString qlumNodeMimeType();
+/// count is written as it is; it may be larger than the number of nodes.
+[[nodiscard]] QByteArray qlumEncodeNodes(const QlumDraggedNodes& dragged, int count);
+/// False when the bytes are cut or hold anything that can not be; dragged is then empty.
+[[nodiscard]] bool qlumDecodeNodes(const QByteArray& bytes, QlumDraggedNodes& dragged);

@@ -1,0 +1,30 @@
+#pragma once
+#include <servers/qlumendpoint.h>
+
+class QSettings;
+
+/// The stored connection settings of one server.
+struct QlumDiscoverySetting
+{
+    enum UserTokenType { Anonymous = 0, UserName = 1, Certificate = 2 };
+
+    /// What to connect to, and the server's description as it was discovered.
+    QlumEndpoint endpoint;
+    QString displayName;
+    int userTokenType = Anonymous;
+    QString sessionName;
+    QString discoveryHost; ///< where the endpoint was found
+    QString userName;
+    bool storePassword = false; ///< keep the password while the program runs
+    QString password;           ///< in memory only; never written
+    QString certificateFile;    ///< DER, of the user
+    QString privateKeyFile;     ///< PEM, of the user
+
+    /// Writes everything but the password into the open group.
+    void storeSettings(QSettings& settings) const;
+    /// Reads the open group. Whatever the file holds, counts and lengths stay within QlumEndpointLimits, and
+    /// a security mode that does not exist is read as invalid, never as none.
+    [[nodiscard]] static QlumDiscoverySetting fromSetting(const QSettings& settings);
+
+    friend bool operator==(const QlumDiscoverySetting&, const QlumDiscoverySetting&) = default;
+};

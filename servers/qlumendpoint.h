@@ -1,0 +1,61 @@
+#pragma once
+#include <QByteArray>
+#include <QMetaType>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+struct OpcUa_EndpointDescription;
+
+/// One way in which a user may prove who he is (OPC 10000-4, 7.42).
+struct QlumUserTokenPolicy
+{
+    QString policyId;
+    int tokenType = 0; ///< OpcUa_UserTokenType
+    QString issuedTokenType;
+    QString issuerEndpointUrl;
+    QString securityPolicyUri; ///< empty: that of the channel
+
+    friend bool operator==(const QlumUserTokenPolicy&, const QlumUserTokenPolicy&) = default;
+};
+
+/// An endpoint as a server describes it (OPC 10000-4, 7.14). A value: it may cross threads.
+struct QlumEndpoint
+{
+    QString url;
+    QString applicationUri;
+    QString productUri;
+    QString applicationNameLocale;
+    QString applicationName;
+    int applicationType = 0; ///< OpcUa_ApplicationType
+    QString gatewayServerUri;
+    QString discoveryProfileUri;
+    QStringList discoveryUrls;
+    QByteArray serverCertificate; ///< DER, may be a chain
+    int securityMode = 1;         ///< OpcUa_MessageSecurityMode; 0 is invalid and matches no endpoint
+    QString securityPolicyUri;
+    QVector<QlumUserTokenPolicy> userTokens;
+    QString transportProfileUri;
+    int securityLevel = 0; ///< 0 to 255, higher is better
+
+    friend bool operator==(const QlumEndpoint&, const QlumEndpoint&) = default;
+};
+Q_DECLARE_METATYPE(QVector<QlumEndpoint>)
+
+/// Bounds for what servers and files may say of an endpoint.
+namespace QlumEndpointLimits {
+inline constexpr int Endpoints = 1000;
+inline constexpr int DiscoveryUrls = 100;
+inline constexpr int UserTokens = 100;
+inline constexpr int TextLength = 4096; // the longest URL of the protocol
+inline constexpr int CertificateSize = 256 * 1024;
+} // namespace QlumEndpointLimits
+
+/// The stack's structure as a value, cut to the limits.
+[[nodiscard]] QlumEndpoint qlumEndpoint(const OpcUa_EndpointDescription& description);
+/// "None", "Basic256Sha256"...: what follows the '#' of a policy URI, else the URI itself.
+[[nodiscard]] QString qlumPolicyName(const QString& securityPolicyUri);
+/// "None", "Sign", "SignAndEncrypt"; "Invalid" otherwise.
+[[nodiscard]] QString qlumSecurityModeName(int securityMode);
+/// The URI of the policy that secures nothing.
+[[nodiscard]] QString qlumPolicyNone();

@@ -1,0 +1,20 @@
+#pragma once
+#include <servers/qlumendpoint.h>
+
+/// Which of a server's endpoints a connection will use.
+struct QlumEndpointChoice
+{
+    enum Match {
+        NoMatch,  ///< none has the wanted scheme, policy and mode
+        OtherUrl, ///< none fits the URL; the first with scheme, policy and mode stands in
+        Exact
+    };
+    Match match = NoMatch;
+    int index = -1;         ///< of the chosen endpoint
+    QVector<int> qualified; ///< those with scheme, policy and mode that were looked at, in order
+};
+
+/// Host names are not compared: servers often name themselves otherwise than their users do.
+[[nodiscard]] QlumEndpointChoice qlumChooseEndpoint(const QVector<QlumEndpoint>& endpoints,
+                                                    const QString& url, const QString& securityPolicyUri,
+                                                    int securityMode);

@@ -1,0 +1,100 @@
+#pragma once
+#include <QPointer>
+#include <QSemaphore>
+#include <app/api/qlumservernode.h>
+#include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumtypecache.h>
+#include <uaclientsdk/uasession.h>
+
+#include <atomic>
+#include <optional>
+
+/// The project node of one server: owns its session and type cache, connects it with what the user
+/// configured, and announces the state of the connection. GUI thread, but for the session callbacks.
+class QlumProjectNodeServer : public QlumServerNode, public UaClientSdk::UaSessionCallback
+{
+    Q_OBJECT
+public:
+    explicit QlumProjectNodeServer(const QlumDiscoverySetting& setting);
+    ~QlumProjectNodeServer() override;
+
+    [[nodiscard]] const QlumDiscoverySetting& discoverySetting() const { return m_setting; }
+    /// Takes effect with the next connect; the display name at once.
+    void setDiscoverySetting(const QlumDiscoverySetting& setting);
+    /// As the chosen endpoint gave it.
+    [[nodiscard]] QString serverApplicationName() const { return m_serverApplicationName; }
+
+    [[nodiscard]] Qt::ItemFlags flags() const override;
+    bool setData(const QVariant& value, int role) override;
+    [[nodiscard]] QIcon icon() const override;
+    void setDisplayName(const QString& name) override;
+
+    [[nodiscard]] unsigned int serverId() const override { return m_serverId; }
+    [[nodiscard]] QlumConnectionStatus connectionStatus() const override { return m_status; }
+    [[nodiscard]] UaClientSdk::UaSession* session() const override { return m_session.get(); }
+    bool connectServer() override;
+    void disconnectServer() override;
+    void changeUser() override;
+    void storeSettings(QSettings& settings) const override;
+    [[nodiscard]] QStringList namespaceTable() const override { return m_namespaces; }
+    void setNamespaceTable(const QStringList& uris) override { m_namespaces = uris; }
+
+    /// The flag asks for the inverse name of a reference type.
+    QString typeName(const UaNodeId* typeId, bool useInverseName) override;
+    unsigned int readDataTypeId(const UaNodeId* nodeId, UaNodeId* dataType, int* valueRank,
+                                UaUInt32Array* arrayDimensions, QString* typeName,
+                                UaLocalizedText* displayName) override;
+    bool isEnum(const UaNodeId* dataType) override;
+    UaEnumDefinition getEnumDefinition(const UaNodeId* dataType) override;
+    bool hasIcon(const UaNodeId* nodeId) override;
+    QIcon getIcon(const UaNodeId* nodeId) override;
+
+    // UaSessionCallback; called on threads of the session.
+    void connectionStatusChanged(OpcUa_UInt32 clientConnectionId,
+                                 UaClientSdk::UaClient::ServerStatus serverStatus) override;
+    bool connectError(OpcUa_UInt32 clientConnectionId, UaClientSdk::UaClient::ConnectServiceType serviceType,
+                      const UaStatus& error, bool clientSideError) override;
+    bool sslCertificateValidationFailed(OpcUa_UInt32 clientConnectionId, const UaStatus& status,
+                                        const UaByteString& certificate) override;
+
+signals:
+    /// From the stack's thread to ours.
+    void newUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
+
+private slots:
+    void sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
+
+private:
+    struct Attempt; // what one connect has found out so far
+
+    bool runConnect();
+    bool abortConnect();
+    bool fetchEndpoints(Attempt& attempt);
+    bool chooseEndpoint(Attempt& attempt);
+    bool confirmUnsupportedPolicy();
+    bool userIdentity(Attempt& attempt);
+    bool askForPassword(Attempt& attempt);
+    bool userCertificate(Attempt& attempt);
+    void security(Attempt& attempt);
+    bool checkServerCertificate(const Attempt& attempt);
+    bool connectSession(Attempt& attempt);
+
+    void setStatus(QlumConnectionStatus status, const NamespaceMap& namespaceMap = NamespaceMap());
+    void applySessionStatus(UaClientSdk::UaClient::ServerStatus serverStatus);
+    NamespaceMap updateNamespaces();
+    [[nodiscard]] bool onOwnThread() const;
+    [[nodiscard]] QVariant setting(const char* key) const;
+    void log(int level, const QString& text) const;
+
+    const unsigned int m_serverId;
+    QlumDiscoverySetting m_setting;
+    std::unique_ptr<UaClientSdk::UaSession> m_session;
+    std::unique_ptr<QlumTypeCache> m_typeCache;
+    QStringList m_namespaces;
+    QString m_serverApplicationName;
+    QSemaphore m_tlsPrompt{1}; // one prompt at a time
+    bool m_retrieveIcons;
+    bool m_busy = false; // a connect or change of user is under way, maybe in a nested event loop
+    QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
+    std::atomic<unsigned int> m_connection{0}; // counts connects and disconnects; older news are dropped
+};

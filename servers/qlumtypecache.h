@@ -1,0 +1,77 @@
+#pragma once
+#include <QPixmap>
+#include <QString>
+#include <app/api/qlumsessionservices.h>
+
+#include <map>
+#include <memory>
+#include <mutex>
+
+/// What is known of one type node.
+struct QlumTypeInfo
+{
+    QString name;        ///< text of the display name
+    UaNodeId dataTypeId; ///< of a variable or variable type, else null
+    int valueRank = -1;
+    UaUInt32Array arrayDimensions;
+    QString browseName; ///< without namespace
+    UaLocalizedText description;
+    QString inverseName; ///< of a reference type; the name where it has none
+};
+
+/// Names, enumerations and icons of one server's types, read on the first question and kept until clear().
+/// Views on the GUI thread and jobs may share one cache; the icon functions belong on the GUI thread. A
+/// question may block for a few service calls. Failures are logged and answered by an empty value.
+class QlumTypeCache
+{
+public:
+    explicit QlumTypeCache(unsigned int serverId,
+                           QlumSessionServicesProvider provider = qlumApplicationServices());
+    ~QlumTypeCache();
+    QlumTypeCache(const QlumTypeCache&) = delete;
+    QlumTypeCache& operator=(const QlumTypeCache&) = delete;
+
+    /// Empty when the type can not be read.
+    [[nodiscard]] QString typeName(const UaNodeId& id, bool useInverseName = false);
+    /// Reads and keeps the type information; false on failure.
+    bool readTypeInfo(const UaNodeId& id);
+    /// Null when the type is no enumeration, the id is null or there is no connection.
+    [[nodiscard]] UaEnumDefinition getEnumDefinition(const UaNodeId* dataTypeId);
+    [[nodiscard]] bool isEnum(const UaNodeId* dataTypeId);
+    /// The icon that the server offers for the node or for its type; false and null without a connection.
+    [[nodiscard]] bool hasIcon(const UaNodeId* id);
+    [[nodiscard]] QPixmap getIcon(const UaNodeId* id);
+    /// Data type, rank, dimensions and names of a variable, read anew; every pointer may be null.
+    [[nodiscard]] UaStatus readDataTypeId(const UaNodeId& id, UaNodeId* dataType, int* valueRank,
+                                          UaUInt32Array* arrayDimensions, QString* typeName,
+                                          UaLocalizedText* displayName);
+    /// Forgets everything; answers under way are not kept.
+    void clear();
+
+    void log(int level, const QString& message) const;
+
+private:
+    using InfoPtr = std::shared_ptr<const QlumTypeInfo>;
+
+    std::shared_ptr<QlumSessionServices> services();
+    std::shared_ptr<QlumSessionServices> connectedServices();
+    InfoPtr typeInfo(const UaNodeId& id);
+    InfoPtr fetchTypeInfo(const UaNodeId& id);
+    UaEnumDefinition fetchEnumDefinition(QlumSessionServices& services, const UaNodeId& dataTypeId);
+    QPixmap icon(const UaNodeId& id, int depth);
+    QPixmap fetchIcon(QlumSessionServices& services, const UaNodeId& id, int depth);
+    QPixmap readIconHelper(QlumSessionServices& services, const UaNodeId& id);
+    UaNodeId iconProperty(QlumSessionServices& services, const UaNodeId& id);
+    QPixmap readImage(QlumSessionServices& services, const UaNodeId& property);
+    UaNodeId typeDefinition(QlumSessionServices& services, const UaNodeId& id);
+    void logBadStatus(const UaDataValues& values, OpcUa_UInt32 index, const QString& text) const;
+
+    std::map<UaNodeId, InfoPtr> m_typeInfos;
+    std::map<UaNodeId, UaEnumDefinition> m_enumDefinitions;
+    std::map<UaNodeId, QPixmap> m_icons;
+    std::shared_ptr<QlumSessionServices> m_services;
+    const unsigned int m_serverId;
+    const QlumSessionServicesProvider m_provider;
+    unsigned int m_generation = 0; // counts clear()
+    mutable std::mutex m_mutex;    // guards all but the constants; never held during a service call
+};

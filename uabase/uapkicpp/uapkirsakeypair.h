@@ -1,0 +1,40 @@
+#pragma once
+
+#include <uabase/uapkicpp/uapkiprivatekey.h>
+#include <uabase/uapkicpp/uapkipublickey.h>
+
+class UaPkiRsaKeyPair : public UaPkiKey
+{
+public:
+    static constexpr int MinimumBits = 1024;
+    static constexpr int MaximumBits = 8192;
+
+    UaPkiRsaKeyPair() = default; // null
+    // Generates a key, which takes a second or more for long ones. Null for sizes out of the bounds.
+    explicit UaPkiRsaKeyPair(int bits);
+
+    // As UaPkiPrivateKey::fromPEM; other keys than RSA are refused.
+    [[nodiscard]] static UaPkiRsaKeyPair fromPEM(const UaByteArray& bytes,
+                                                 const UaString& password = UaString(),
+                                                 UaPkiPasswordCallback callback = nullptr,
+                                                 void* userData = nullptr);
+    [[nodiscard]] static UaPkiRsaKeyPair fromPEMFile(const UaString& path,
+                                                     const UaString& password = UaString(),
+                                                     UaPkiPasswordCallback callback = nullptr,
+                                                     void* userData = nullptr);
+    // With a password the key is protected by it (AES-256-CBC), without one it is not.
+    [[nodiscard]] UaByteArray toPEM(const UaString& password = UaString()) const;
+    // Only the user may read the file, which is replaced in one step.
+    [[nodiscard]] bool toPEMFile(const UaString& path, const UaString& password = UaString()) const;
+    // The private key, PKCS#1, unprotected; to be wiped after use.
+    [[nodiscard]] UaByteArray toDER() const;
+
+    [[nodiscard]] UaPkiPublicKey publicKey() const;
+    [[nodiscard]] UaPkiPrivateKey privateKey() const;
+    // Whether a part that the key needs is not there; true for a null key.
+    [[nodiscard]] bool isMissingParameters() const;
+
+    // Whether they belong together; false when one is null.
+    [[nodiscard]] static bool checkKeyPair(const UaPkiPublicKey& publicKey,
+                                           const UaPkiPrivateKey& privateKey);
+};
