@@ -212,10 +212,10 @@ const types = {
   Variant: {
     describe(v, put) {
       put("type", v.type);
-      put("rank", v.dims ? "matrix" : v.array ? "array" : "scalar");
+      put("rank", v.dims ? "matrix" : v.array !== undefined ? "array" : "scalar");
       if (v.type === "Null") return;
       if (v.dims) put("dims", v.dims.join(","));
-      const items = (v.dims ?? v.array) ? v.array : [v.value];
+      const items = v.array !== undefined ? v.array : [v.value];
       if (v.array !== undefined) put("length", items === null ? "null" : items.length);
       (items ?? []).forEach((item, i) => {
         const path = v.array === undefined ? "value" : String(i);
