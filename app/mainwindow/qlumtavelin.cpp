@@ -76,6 +76,7 @@ QlumTavelin::~QlumTavelin()
     UaTrace::closeTrace();
     m_loader.unloadPlugins();
     saveGuiState(windowState);
+    m_projectView->setModel(nullptr);
     delete m_help;
     QlumUaTrace::setApplication(nullptr);
     setInstance(nullptr);
