@@ -23,23 +23,20 @@ struct Level
     unsigned int value;
 };
 
-constexpr Level kSdkLevels[] = {{"Errors", UaTrace::Errors},
-                                {"Warning", UaTrace::Warning},
-                                {"Info", UaTrace::Info},
-                                {"InterfaceCall", UaTrace::InterfaceCall},
-                                {"CtorDtor", UaTrace::CtorDtor},
-                                {"ProgramFlow", UaTrace::ProgramFlow},
+constexpr Level kSdkLevels[] = {{"Errors", UaTrace::Errors},     {"Warning", UaTrace::Warning},
+                                {"Info", UaTrace::Info},         {"InterfaceCall", UaTrace::InterfaceCall},
+                                {"CtorDtor", UaTrace::CtorDtor}, {"ProgramFlow", UaTrace::ProgramFlow},
                                 {"Data", UaTrace::Data}};
 
 constexpr Level kStackLevels[] = {
-    {"ERROR", OPCUA_TRACE_OUTPUT_LEVEL_ERROR},     {"WARNING", OPCUA_TRACE_OUTPUT_LEVEL_WARNING},
-    {"SYSTEM", OPCUA_TRACE_OUTPUT_LEVEL_SYSTEM},   {"INFO", OPCUA_TRACE_OUTPUT_LEVEL_INFO},
-    {"DEBUG", OPCUA_TRACE_OUTPUT_LEVEL_DEBUG},     {"CONTENT", OPCUA_TRACE_OUTPUT_LEVEL_CONTENT},
+    {"ERROR", OPCUA_TRACE_OUTPUT_LEVEL_ERROR},   {"WARNING", OPCUA_TRACE_OUTPUT_LEVEL_WARNING},
+    {"SYSTEM", OPCUA_TRACE_OUTPUT_LEVEL_SYSTEM}, {"INFO", OPCUA_TRACE_OUTPUT_LEVEL_INFO},
+    {"DEBUG", OPCUA_TRACE_OUTPUT_LEVEL_DEBUG},   {"CONTENT", OPCUA_TRACE_OUTPUT_LEVEL_CONTENT},
     {"ALL", OPCUA_TRACE_OUTPUT_LEVEL_ALL}};
 
-constexpr Level kLogLevels[] = {{"ERROR", QlumLogLevel::Error},       {"WARNING", QlumLogLevel::Warning},
-                                {"INFO", QlumLogLevel::Info},         {"FUNCTION", QlumLogLevel::Function},
-                                {"DATA", QlumLogLevel::Data},         {"PARANOID", QlumLogLevel::Paranoid},
+constexpr Level kLogLevels[] = {{"ERROR", QlumLogLevel::Error}, {"WARNING", QlumLogLevel::Warning},
+                                {"INFO", QlumLogLevel::Info},   {"FUNCTION", QlumLogLevel::Function},
+                                {"DATA", QlumLogLevel::Data},   {"PARANOID", QlumLogLevel::Paranoid},
                                 {"ALL", QlumLogLevel::All}};
 
 void log(const QString& text)
@@ -59,7 +56,8 @@ unsigned int levelOf(const QlumSettingsModel* settings, const char* key, std::sp
         if (QLatin1String(level.name) == QLatin1String(fallback))
             value = level.value;
     }
-    log(Text::tr("Invalid %1 value '%2'; defaulting to '%3'").arg(QLatin1String(key), name, QLatin1String(fallback)));
+    log(Text::tr("Invalid %1 value '%2'; defaulting to '%3'")
+            .arg(QLatin1String(key), name, QLatin1String(fallback)));
     return value;
 }
 } // namespace
@@ -105,5 +103,6 @@ void QlumTraceSettings::apply() const
     }
     // the stack's records go to the same file, so it is opened for them too
     if (!openTrace(sdk ? level : static_cast<int>(UaTrace::Errors)))
-        log(Text::tr("Could not init trace. Please recheck trace settings under Settings->Configure Tavelin..."));
+        log(Text::tr(
+            "Could not init trace. Please recheck trace settings under Settings->Configure Tavelin..."));
 }

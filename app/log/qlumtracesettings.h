@@ -9,8 +9,8 @@ class QlumTraceSettings
 public:
     explicit QlumTraceSettings(const QlumSettingsModel* settings) : m_settings(settings) {}
 
-    /// Opens, changes or closes the trace of this program and of the communication stack. What is wrong with the
-    /// settings is told in the log.
+    /// Opens, changes or closes the trace of this program and of the communication stack. What is wrong with
+    /// the settings is told in the log.
     void apply() const;
     /// The least level that the log window shows.
     [[nodiscard]] int logLevel() const;

@@ -66,7 +66,8 @@ UaNodeId readNode(QDataStream& stream)
 
 bool qlumDecodeNodes(const QMimeData* data, QlumDraggedNodes& nodes)
 {
-    const QByteArray bytes = data ? data->data(QStringLiteral("application/UaNodeInformation")) : QByteArray();
+    const QByteArray bytes =
+        data ? data->data(QStringLiteral("application/UaNodeInformation")) : QByteArray();
     if (bytes.isEmpty())
         return false;
     QDataStream stream(bytes);

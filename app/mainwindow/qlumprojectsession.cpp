@@ -37,8 +37,8 @@ QString withSuffix(const QString& fileName)
 }
 } // namespace
 
-QlumProjectSession::QlumProjectSession(QMainWindow* window, const QlumMainActions* actions, QlumSettingsModel* settings,
-                                       QlumRecentFiles* recentFiles, Hooks hooks)
+QlumProjectSession::QlumProjectSession(QMainWindow* window, const QlumMainActions* actions,
+                                       QlumSettingsModel* settings, QlumRecentFiles* recentFiles, Hooks hooks)
     : QObject(window), m_window(window), m_actions(actions), m_settings(settings), m_recentFiles(recentFiles),
       m_hooks(std::move(hooks)), m_baseTitle(makeBaseTitle())
 {
@@ -53,10 +53,12 @@ QlumProjectSession::QlumProjectSession(QMainWindow* window, const QlumMainAction
 
 void QlumProjectSession::showTitle()
 {
-    const QString name = m_file.isEmpty() ? QStringLiteral("NewProject") : QFileInfo(m_file).completeBaseName();
+    const QString name =
+        m_file.isEmpty() ? QStringLiteral("NewProject") : QFileInfo(m_file).completeBaseName();
     // a "[*]" in a file name must not become a second mark
     m_window->setWindowTitle(
-        tr("%1 - %2[*]").arg(m_baseTitle, QString(name).replace(QLatin1String("[*]"), QLatin1String("[*][*]"))));
+        tr("%1 - %2[*]")
+            .arg(m_baseTitle, QString(name).replace(QLatin1String("[*]"), QLatin1String("[*][*]"))));
 }
 
 void QlumProjectSession::setCurrentFile(const QString& fileName, bool addToRecentFiles)
@@ -114,9 +116,9 @@ QlumProjectSession::Unsaved QlumProjectSession::askForUnsaved()
 {
     if (!m_window->isWindowModified())
         return Unsaved::Discarded;
-    const auto answer = QMessageBox::question(m_window, tr("Unsaved changes"),
-                                              tr("Do you want to save the current project?"),
-                                              QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
+    const auto answer =
+        QMessageBox::question(m_window, tr("Unsaved changes"), tr("Do you want to save the current project?"),
+                              QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
     if (answer == QMessageBox::No)
         return Unsaved::Discarded;
     return answer == QMessageBox::Yes && sltSave() ? Unsaved::Saved : Unsaved::Keep;
@@ -169,9 +171,10 @@ bool QlumProjectSession::sltSaveAs()
 bool QlumProjectSession::saveTo(const QString& fileName)
 {
     if (!m_hooks.save(fileName)) {
-        QMessageBox::warning(m_window, tr("Save Project"),
-                             tr("Could not save the project.\nPlease check if you have sufficient rights to write to "
-                                "the file."));
+        QMessageBox::warning(
+            m_window, tr("Save Project"),
+            tr("Could not save the project.\nPlease check if you have sufficient rights to write to "
+               "the file."));
         return false;
     }
     setCurrentFile(fileName, true);

@@ -9,8 +9,8 @@ class QlumMainActions;
 class QlumRecentFiles;
 class QlumSettingsModel;
 
-/// The project as a file that the user opens and saves: its name, whether it differs from the file, and the window
-/// title that tells both.
+/// The project as a file that the user opens and saves: its name, whether it differs from the file, and the
+/// window title that tells both.
 class QlumProjectSession : public QObject
 {
     Q_OBJECT
@@ -29,7 +29,8 @@ public:
     [[nodiscard]] QString currentFile() const { return m_file; }
     void setCurrentFile(const QString& fileName, bool addToRecentFiles);
     void setModified();
-    /// Opens the project file of the command line (arguments without the program); refusals are told in the log.
+    /// Opens the project file of the command line (arguments without the program); refusals are told in the
+    /// log.
     void parseArguments(const QStringList& arguments);
     /// Asks whether an unsaved project is to be saved; false when the window is to stay open.
     [[nodiscard]] bool mayClose();

@@ -172,7 +172,9 @@ QlumProjectFile QlumTavelin::makeProjectFile()
         return m_services.createServer ? m_services.createServer(name, settings) : nullptr;
     };
     hooks.serverAdded = [this](QlumServerNode* server) { m_servers->serverAdded(server); };
-    hooks.createDocument = [this](const QString& type, const QString& name) { return m_documents->add(type, name); };
+    hooks.createDocument = [this](const QString& type, const QString& name) {
+        return m_documents->add(type, name);
+    };
     return QlumProjectFile(m_project, m_director.get(), std::move(hooks));
 }
 

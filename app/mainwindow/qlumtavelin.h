@@ -59,8 +59,8 @@ public:
     QDockWidget* addressSpaceDockWidget() override;
     UaClientSdk::UaSession* session(unsigned int serverId) override;
     QString serverName(unsigned int serverId) override;
-    unsigned int readDataTypeId(unsigned int serverId, const UaNodeId* nodeId, UaNodeId* dataType, int* valueRank,
-                                UaUInt32Array* arrayDimensions, QString* typeName,
+    unsigned int readDataTypeId(unsigned int serverId, const UaNodeId* nodeId, UaNodeId* dataType,
+                                int* valueRank, UaUInt32Array* arrayDimensions, QString* typeName,
                                 UaLocalizedText* displayName) override;
     QString typeName(unsigned int serverId, const UaNodeId* dataType, bool withNamespace) override;
     bool isEnum(unsigned int serverId, const UaNodeId* dataType) override;
@@ -109,8 +109,8 @@ private:
 
     QWidget* makeCentralWidget();
     void makeDocks();
-    QDockWidget* makeDock(const QString& title, const QString& name, const QString& whatsThis, QWidget* content,
-                          Qt::DockWidgetArea area);
+    QDockWidget* makeDock(const QString& title, const QString& name, const QString& whatsThis,
+                          QWidget* content, Qt::DockWidgetArea area);
     [[nodiscard]] QlumProjectFile makeProjectFile();
     QlumServerNode* findServer(unsigned int serverId) const;
 

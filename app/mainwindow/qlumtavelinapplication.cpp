@@ -59,14 +59,15 @@ unsigned int QlumTavelin::readDataTypeId(unsigned int serverId, const UaNodeId* 
                                          UaLocalizedText* displayName)
 {
     QlumServerNode* server = findServer(serverId);
-    return server ? server->readDataTypeId(nodeId, dataType, valueRank, arrayDimensions, typeName, displayName)
-                  : OpcUa_BadServerIndexInvalid;
+    return server
+               ? server->readDataTypeId(nodeId, dataType, valueRank, arrayDimensions, typeName, displayName)
+               : OpcUa_BadServerIndexInvalid;
 }
 
 QString QlumTavelin::typeName(unsigned int serverId, const UaNodeId* dataType, bool withNamespace)
 {
     QlumServerNode* server = findServer(serverId);
-    return server && dataType ? server->typeName(*dataType, withNamespace) : QString();
+    return server && dataType ? server->typeName(dataType, withNamespace) : QString();
 }
 
 bool QlumTavelin::isEnum(unsigned int serverId, const UaNodeId* dataType)
@@ -149,8 +150,9 @@ QString QlumTavelin::errorMessage(unsigned int statusCode)
 QlumAddressSpaceModel* QlumTavelin::createAddressSpaceModel(unsigned int serverId, const UaNodeId* startNode)
 {
     QlumServerNode* server = findServer(serverId);
-    return server && startNode && m_services.createSubTreeModel ? m_services.createSubTreeModel(server, *startNode)
-                                                               : nullptr;
+    return server && startNode && m_services.createSubTreeModel
+               ? m_services.createSubTreeModel(server, *startNode)
+               : nullptr;
 }
 
 void QlumTavelin::addAction(QAction* action)

@@ -87,23 +87,25 @@ void QlumTavelin::makeDocks()
     m_projectView->setModel(m_project);
     m_projectView->expandAll();
     m_projectView->setContextMenuPolicy(Qt::ActionsContextMenu);
-    m_projectView->addActions(m_actions->list({A::AddServer, A::RemoveServer, A::ConnectServer, A::DisconnectServer,
-                                               A::ServerProperties, A::ChangeUser, A::AddDocument, A::RemoveDocument}));
+    m_projectView->addActions(
+        m_actions->list({A::AddServer, A::RemoveServer, A::ConnectServer, A::DisconnectServer,
+                         A::ServerProperties, A::ChangeUser, A::AddDocument, A::RemoveDocument}));
     makeDock(tr("Project"), QStringLiteral("Project Dock Widget"),
              tr("<b>Project</b><br>In this window you can manage multiple server connections and documents."),
              m_projectView, Qt::LeftDockWidgetArea);
 
     m_pages = new QlumAddressSpacePages((*m_actions)[A::Rebrowse], m_services.createPageModel, this);
-    m_addressSpaceDock = makeDock(
-        tr("Address Space"), QStringLiteral("Address Space Dock Widget"),
-        tr("<b>Address Space</b><br>This window shows the address space of the current selected server. You can switch "
-           "between the servers in the project window."),
-        m_pages->widget(), Qt::LeftDockWidgetArea);
+    m_addressSpaceDock = makeDock(tr("Address Space"), QStringLiteral("Address Space Dock Widget"),
+                                  tr("<b>Address Space</b><br>This window shows the address space of the "
+                                     "current selected server. You can switch "
+                                     "between the servers in the project window."),
+                                  m_pages->widget(), Qt::LeftDockWidgetArea);
 
     m_logView = new QlumLogView(m_logModel, m_actions->list({A::ClearLog, A::SaveLog}), this);
-    makeDock(tr("Log"), QStringLiteral("Log Dock Widget"),
-             tr("<b>Log</b><br>This window shows what Tavelin did and what went wrong, the newest entry last."), m_logView,
-             Qt::BottomDockWidgetArea);
+    makeDock(
+        tr("Log"), QStringLiteral("Log Dock Widget"),
+        tr("<b>Log</b><br>This window shows what Tavelin did and what went wrong, the newest entry last."),
+        m_logView, Qt::BottomDockWidgetArea);
 }
 
 void QlumTavelin::setupConnections()
@@ -111,7 +113,8 @@ void QlumTavelin::setupConnections()
     m_servers = new QlumServerCommands(
         {this, m_actions, &m_services, m_project, m_projectView, m_pages, m_director.get()});
     m_session = new QlumProjectSession(this, m_actions, m_settings.get(), m_recentFiles,
-                                       {[this] { clearProject(); }, [this](const QString& file) { loadProject(file); },
+                                       {[this] { clearProject(); },
+                                        [this](const QString& file) { loadProject(file); },
                                         [this](const QString& file) { return saveProject(file); }});
     m_updates = new QlumUpdateCheck(m_settings.get(), m_network.get(), this);
     connectCommands();
@@ -121,7 +124,9 @@ void QlumTavelin::setupConnections()
 void QlumTavelin::connectCommands()
 {
     using A = QlumMainActions;
-    const auto on = [this](A::Id id, auto slot) { connect((*m_actions)[id], &QAction::triggered, this, slot); };
+    const auto on = [this](A::Id id, auto slot) {
+        connect((*m_actions)[id], &QAction::triggered, this, slot);
+    };
     on(A::Quit, &QWidget::close);
     on(A::AddDocument, &QlumTavelin::sltDocumentAdd);
     on(A::RemoveDocument, &QlumTavelin::sltDocumentRemove);
