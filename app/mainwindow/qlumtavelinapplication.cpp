@@ -94,11 +94,11 @@ QIcon QlumTavelin::getIcon(unsigned int serverId, const UaNodeId* nodeId)
     return server ? server->getIcon(nodeId) : QIcon();
 }
 
-bool QlumTavelin::nodeIdsFromMimeData(const QMimeData* data, unsigned int* serverId, unsigned int* count,
+bool QlumTavelin::nodeIdsFromMimeData(const QMimeData* mimeData, unsigned int* serverId, unsigned int* count,
                                       UaNodeId** nodeIds)
 {
     QlumDraggedNodes nodes;
-    if (!qlumDecodeNodes(data, nodes))
+    if (!qlumDecodeNodes(mimeData, nodes))
         return false;
     *serverId = nodes.serverId;
     *count = static_cast<unsigned int>(nodes.nodeIds.size());
