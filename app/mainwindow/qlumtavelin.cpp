@@ -136,6 +136,7 @@ void QlumTavelin::setupHelp()
 
 void QlumTavelin::loadGuiState()
 {
+    arrangeDocks();
     const QSettings settings;
     restoreGeometry(settings.value(kGeometry).toByteArray());
     restoreState(settings.value(kWindowState).toByteArray());

@@ -109,6 +109,7 @@ private:
 
     QWidget* makeCentralWidget();
     void makeDocks();
+    void arrangeDocks();
     QDockWidget* makeDock(const QString& title, const QString& name, const QString& whatsThis,
                           QWidget* content, Qt::DockWidgetArea area);
     [[nodiscard]] QlumProjectFile makeProjectFile();

@@ -108,6 +108,18 @@ void QlumTavelin::makeDocks()
         m_logView, Qt::BottomDockWidgetArea);
 }
 
+// How the window looks until the user arranges it: most room for the address space and the documents.
+void QlumTavelin::arrangeDocks()
+{
+    const auto dock = [this](const char* name) { return findChild<QDockWidget*>(QLatin1String(name)); };
+    QDockWidget* project = dock("Project Dock Widget");
+    resizeDocks({project, m_addressSpaceDock}, {200, 400}, Qt::Vertical);
+    resizeDocks({dock("Log Dock Widget")}, {180}, Qt::Vertical);
+    resizeDocks({project}, {300}, Qt::Horizontal);
+    if (QDockWidget* attributes = dock("Attributes Dock Widget"))
+        resizeDocks({attributes}, {320}, Qt::Horizontal);
+}
+
 void QlumTavelin::setupConnections()
 {
     m_servers = new QlumServerCommands(

@@ -18,6 +18,7 @@
 #include <QTranslator>
 
 #include <csignal>
+#include <tuple>
 
 namespace {
 class Text
