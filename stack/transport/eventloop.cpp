@@ -133,8 +133,10 @@ void EventLoop::run()
                 const auto found = m_handlers.find(event.data.u64);
                 if (found != m_handlers.end())
                     ready.emplace_back(found->second, event.events);
-                else if (event.data.u64 == wakeKey)
-                    static_cast<void>(::read(m_wake.get(), m_scratch.data(), sizeof(eventfd_t)));
+                else if (event.data.u64 == wakeKey) {
+                    eventfd_t wakes = 0;
+                    static_cast<void>(::eventfd_read(m_wake.get(), &wakes));
+                }
             }
         }
         for (const auto& [handler, flags] : ready)
