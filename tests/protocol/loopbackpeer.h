@@ -103,6 +103,7 @@ public:
     LoopbackPeer(const LoopbackPeer&) = delete;
     LoopbackPeer& operator=(const LoopbackPeer&) = delete;
 
+    [[nodiscard]] std::uint16_t port() const { return m_port; }
     [[nodiscard]] std::string url(const std::string& host = "127.0.0.1") const
     {
         return "opc.tcp://" + host + ":" + std::to_string(m_port) + "/test";

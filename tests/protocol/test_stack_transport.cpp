@@ -1,158 +1,15 @@
 // The channel functions of the C interface over real sockets, against peers that behave as scripted.
-#include "loopbackpeer.h"
+#include "channelfixture.h"
 
 #include <stack/core/transportmessages.h>
-#include <stack/encoding/messagecodec.h>
 
-#include <opcua/opcua.h>
-
-#include <gtest/gtest.h>
-
-#include <condition_variable>
 #include <filesystem>
 #include <future>
 
 namespace opcua::test {
 namespace {
 
-using namespace std::chrono_literals;
-constexpr auto patience = 20s; // far beyond what anything here takes, also under sanitizers
-
-// Values that a callback's thread leaves and the test waits for.
-template <typename T>
-class Mailbox
-{
-public:
-    void put(T value)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_values.push_back(std::move(value));
-        m_changed.notify_all();
-    }
-    [[nodiscard]] bool waitForCount(size_t count)
-    {
-        std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, patience, [&] { return m_values.size() >= count; });
-    }
-    [[nodiscard]] std::vector<T> values()
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_values;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    std::vector<T> m_values;
-};
-
-template <typename T>
-Bytes encoded(const OpcUa_EncodeableType& type, const T& object)
-{
-    Bytes bytes;
-    EXPECT_EQ(encodeMessage(type, &object, {}, bytes), OpcUa_Good);
-    return bytes;
-}
-
-Bytes findServersResponse(OpcUa_StatusCode serviceResult = OpcUa_Good)
-{
-    OpcUa_FindServersResponse response;
-    OpcUa_FindServersResponse_Initialize(&response);
-    response.ResponseHeader.ServiceResult = serviceResult;
-    return encoded(OpcUa_FindServersResponse_EncodeableType, response);
-}
-
-void answerAtOnce(ServerChannel& channel, OpcUa_UInt32 id, const Bytes&)
-{
-    channel.respond(id, findServersResponse());
-}
-void answerNever(ServerChannel&, OpcUa_UInt32, const Bytes&) {}
-
-LoopbackPeer::Script serving(PeerServer::Answer answer, ServerChannelConfig config = {})
-{
-    return [answer = std::move(answer), config](PeerSocket& socket) {
-        PeerServer(answer, config).serve(socket);
-    };
-}
-
-class Channel
-{
-public:
-    Channel() { EXPECT_EQ(OpcUa_Channel_Create(&m_handle), OpcUa_Good); }
-    ~Channel() { OpcUa_Channel_Delete(&m_handle); }
-    Channel(const Channel&) = delete;
-    Channel& operator=(const Channel&) = delete;
-
-    OpcUa_StatusCode connect(const std::string& url, OpcUa_UInt32 timeout = 10'000)
-    {
-        info.Url = url.c_str();
-        info.ConnectTimeout = timeout;
-        return OpcUa_Channel_Connect(m_handle, &info, nullptr);
-    }
-    OpcUa_StatusCode call(OpcUa_UInt32 timeout = 10'000)
-    {
-        OpcUa_FindServersRequest request;
-        OpcUa_FindServersRequest_Initialize(&request);
-        request.RequestHeader.TimeoutHint = timeout;
-        OpcUa_FindServersResponse response;
-        const OpcUa_StatusCode status = OpcUa_ClientApi_FindServers(m_handle, &request, &response);
-        OpcUa_FindServersResponse_Clear(&response);
-        return status;
-    }
-    using Completed = std::function<void(OpcUa_StatusCode)>;
-    // completed must live until it has been called
-    OpcUa_StatusCode begin(Completed& completed, OpcUa_UInt32 timeout = 10'000)
-    {
-        OpcUa_FindServersRequest request;
-        OpcUa_FindServersRequest_Initialize(&request);
-        request.RequestHeader.TimeoutHint = timeout;
-        return OpcUa_ClientApi_BeginFindServers(m_handle, &request, &Channel::complete, &completed);
-    }
-    void listen(std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> listener)
-    {
-        m_listener = std::move(listener);
-        info.CallbackContext = &m_listener;
-        info.Callback = [](OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode status, void*,
-                           void* context) {
-            (*static_cast<decltype(m_listener)*>(context))(event, status);
-            return OpcUa_StatusCode{OpcUa_Good};
-        };
-    }
-    OpcUa_Channel handle() { return m_handle; }
-
-    OpcUa_ChannelConnectInfo info = defaultInfo();
-
-private:
-    static OpcUa_ChannelConnectInfo defaultInfo()
-    {
-        OpcUa_ChannelConnectInfo result{};
-        result.TransportProfileUri = OpcUa_TransportProfile_UaTcp;
-        result.SecurityPolicyUri = OpcUa_SecurityPolicy_None;
-        result.SecurityMode = OpcUa_MessageSecurityMode_None;
-        return result;
-    }
-    static void complete(OpcUa_Channel, void* response, const OpcUa_EncodeableType* type, void* data,
-                         OpcUa_StatusCode status)
-    {
-        EXPECT_EQ(response != nullptr, OpcUa_IsGood(status));
-        if (response != nullptr)
-            OpcUa_EncodeableObject_Delete(type, &response);
-        (*static_cast<Completed*>(data))(status);
-    }
-
-    OpcUa_Channel m_handle = nullptr;
-    std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> m_listener;
-};
-
-class StackTransport : public testing::Test
-{
-protected:
-    void SetUp() override { ASSERT_EQ(OpcUa_ProxyStub_Initialize(nullptr), OpcUa_Good); }
-    void TearDown() override { OpcUa_ProxyStub_Clear(); }
-};
-
-// ---- connecting
-// --------------------------------------------------------------------------------------------
+// ---- connecting ---------------------------------------------------------------------------------
 
 Bytes acknowledge(const ChannelLimits& limits = {})
 {
@@ -221,14 +78,6 @@ TEST_F(StackTransport, NobodyListens)
     Channel channel;
     EXPECT_EQ(channel.connect(url), OpcUa_BadConnectionRejected);
     EXPECT_TRUE(OpcUa_IsBad(channel.connect("opc.tcp://no-such-host.invalid:4840", 2000)));
-}
-
-TEST_F(StackTransport, EveryAddressOfANameIsTried)
-{
-    // the name stands for the IPv6 loopback too, where nobody listens
-    LoopbackPeer peer(serving(answerAtOnce));
-    Channel channel;
-    EXPECT_EQ(channel.connect(peer.url("localhost")), OpcUa_Good);
 }
 
 TEST_F(StackTransport, WhatCanNotBeConnectedIsRefusedBeforeTheNetwork)
@@ -309,8 +158,7 @@ TEST_F(StackTransport, ReconnectsWithoutGrowth)
     EXPECT_EQ(threads(), threadsBefore);
 }
 
-// ---- calls
-// -------------------------------------------------------------------------------------------------
+// ---- calls --------------------------------------------------------------------------------------
 
 TEST_F(StackTransport, AnswersThatAreNoneEndTheirCallOnly)
 {
@@ -487,6 +335,43 @@ TEST_F(StackTransport, PeerThatStopsReadingHoldsNobodyUp)
     OpcUa_WriteRequest_Clear(&request);
 }
 
+TEST_F(StackTransport, ManyThreadsCallWhileTheChannelComesAndGoes)
+{
+    LoopbackPeer peer(serving(answerAtOnce));
+    std::atomic<int> good = 0;
+    std::atomic<int> accepted = 0;
+    std::atomic<int> completed = 0;
+    std::atomic<bool> stop = false;
+    Channel::Completed completion = [&](OpcUa_StatusCode) { ++completed; };
+    Channel channel;
+    std::vector<std::thread> callers;
+    for (int n = 0; n < 4; ++n) {
+        callers.emplace_back([&] {
+            while (!stop) {
+                const OpcUa_StatusCode status = channel.call();
+                good += OpcUa_IsGood(status);
+                if (OpcUa_IsBad(status)) {
+                    EXPECT_TRUE(status == OpcUa_BadInvalidState || status == OpcUa_BadConnectionClosed)
+                        << status;
+                    std::this_thread::yield();
+                }
+                accepted += OpcUa_IsGood(channel.begin(completion));
+            }
+        });
+    }
+    for (int round = 1; round <= 30; ++round) {
+        EXPECT_EQ(channel.connect(peer.url()), OpcUa_Good);
+        const int before = good;
+        while (good < before + 5)
+            std::this_thread::yield();
+        EXPECT_EQ(OpcUa_Channel_Disconnect(channel.handle()), OpcUa_Good);
+    }
+    stop = true;
+    for (std::thread& caller : callers)
+        caller.join();
+    EXPECT_EQ(completed, accepted);
+}
+
 TEST_F(StackTransport, TokensAreRenewedWhileNobodyCalls)
 {
     ServerChannelConfig config;
@@ -502,8 +387,7 @@ TEST_F(StackTransport, TokensAreRenewedWhileNobodyCalls)
     EXPECT_EQ(channel.call(), OpcUa_Good);
 }
 
-// ---- trace
-// -------------------------------------------------------------------------------------------------
+// ---- trace --------------------------------------------------------------------------------------
 
 class StackTrace : public testing::Test
 {
