@@ -339,6 +339,13 @@ TEST(UaPkiCertificateCollection, ChainsAreSplit)
     EXPECT_EQ(cut.size(), 1);
     EXPECT_TRUE(cut.hasErrors());
     EXPECT_EQ(UaPkiCertificateCollection::fromDERChain(UaByteString()).size(), 0);
+    UaByteArray endless;
+    for (int i = 0; i < 11; ++i) {
+        endless.append(more.size(), more.rawData());
+    }
+    const auto bounded = UaPkiCertificateCollection::fromDERChain(UaByteString(endless));
+    EXPECT_EQ(bounded.size(), 10);
+    EXPECT_TRUE(bounded.hasErrors());
     UaPkiCertificateCollection collection;
     EXPECT_FALSE(collection.addCertificate(UaPkiCertificate()));
     EXPECT_EQ(collection.size(), 0);
