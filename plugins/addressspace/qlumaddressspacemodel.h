@@ -54,6 +54,8 @@ public:
     /// The node behind an index; null for an invalid one.
     [[nodiscard]] const QlumAddressSpaceNode* node(const QModelIndex& index) const;
     [[nodiscard]] QlumServerNode* server() const { return m_server; }
+    /// True while continuation points are being followed.
+    [[nodiscard]] bool isBrowsing() const { return !m_tasks.empty(); }
     /// -1 when none is.
     [[nodiscard]] int highlightedNamespace() const { return m_highlightedNamespace; }
 
@@ -63,28 +65,33 @@ public slots:
                               unsigned int serverId);
 
 private:
-    enum class Continue { Yes, No, ModelGone };
+    struct Task; // a node whose continuation points are being followed
 
     [[nodiscard]] QlumAddressSpaceNode* nodeAt(const QModelIndex& index) const;
     [[nodiscard]] QlumAddressSpaceNode* nodeOrRoot(const QModelIndex& index) const;
     [[nodiscard]] QModelIndex indexOf(QlumAddressSpaceNode* node) const;
-    void start(std::shared_ptr<QlumSessionServices> services);
+    void connectHighlighting();
 
-    bool browseNode(QlumAddressSpaceNode* node);
-    bool followContinuationPoints(QlumAddressSpaceNode* node, UaClientSdk::ServiceSettings& settings,
-                                  UaByteString& continuationPoint);
-    void releaseContinuationPoint(UaClientSdk::ServiceSettings& settings, UaByteString& continuationPoint);
-    void addNodes(QlumAddressSpaceNode* parent, const UaReferenceDescriptions& references);
+    void browseNode(QlumAddressSpaceNode* node);
+    [[nodiscard]] UaClientSdk::BrowseContext browseContext(const QlumAddressSpaceNode& node) const;
+    void runTasks(int milliseconds);
+    [[nodiscard]] bool runTask(Task& task, int milliseconds);
+    [[nodiscard]] bool browseNext(Task& task);
+    [[nodiscard]] bool mayContinue(Task& task);
+    void finish(Task& task);
+    void release(Task& task);
+    void dropTasks(const QlumAddressSpaceNode* node);
+    int addNodes(QlumAddressSpaceNode* parent, UaReferenceDescriptions& references);
     void sortNode(QlumAddressSpaceNode* node);
     void removeChildren(QlumAddressSpaceNode* node);
-    bool refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id);
-    void refresh(const UaNodeId& id);
-    void runDeferred();
+    void refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id);
 
     void fillHighlightCombo(const QStringList& namespaces);
     void emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace, int newNamespace);
+    [[nodiscard]] QVariant decoration(const QlumAddressSpaceNode& node) const;
     [[nodiscard]] QVariant setting(const char* key, const QVariant& defaultValue) const;
     void log(int level, const QString& text) const;
+    void logStatus(const QString& text, const UaStatus& status) const;
 
     QPointer<QlumServerNode> m_server;
     QPointer<QComboBox> m_highlightCombo;
