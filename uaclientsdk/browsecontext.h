@@ -15,8 +15,8 @@ struct BrowseContext
     OpcUa_BrowseDirection browseDirection = OpcUa_BrowseDirection_Forward;
     UaNodeId referenceTypeId; // null: all
     bool includeSubtypes = true;
-    OpcUa_UInt32 nodeClassMask = 0; // 0: all classes
-    OpcUa_UInt32 resultMask = 63; // all fields
+    OpcUa_UInt32 nodeClassMask = 0;         // 0: all classes
+    OpcUa_UInt32 resultMask = 63;           // all fields
     OpcUa_UInt32 maxReferencesToReturn = 0; // 0: the server decides
 };
 

@@ -20,10 +20,12 @@ class ClientSecurityInfo
 {
 public:
     UaByteString clientCertificate; // DER
-    UaByteString clientPrivateKey; // DER
+    UaByteString clientPrivateKey;  // DER
 
-    void initializePkiProviderOpenSSL(const UaString& trustedRevocationLists, const UaString& trustedCertificates,
-                                      const UaString& issuerRevocationLists, const UaString& issuerCertificates)
+    void initializePkiProviderOpenSSL(const UaString& trustedRevocationLists,
+                                      const UaString& trustedCertificates,
+                                      const UaString& issuerRevocationLists,
+                                      const UaString& issuerCertificates)
     {
         m_pki = {trustedCertificates, trustedRevocationLists, issuerCertificates, issuerRevocationLists};
     }

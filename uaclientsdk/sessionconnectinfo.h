@@ -14,9 +14,9 @@ struct SessionConnectInfo
     UaString applicationName;
     UaString productUri;
     UaString sessionName;
-    OpcUa_UInt32 applicationType = 1; // Client
+    OpcUa_UInt32 applicationType = 1;    // Client
     OpcUa_UInt32 clientConnectionId = 0; // first argument of every callback
-    double sessionTimeout = 1200000.0; // raised to 30000 when smaller
+    double sessionTimeout = 1200000.0;   // raised to 30000 when smaller
     UaString localeId{"en"};
     UaStringArray additionalLocaleIds;
     OpcUa_UInt32 secureChannelLifetime = 3600000;
@@ -27,11 +27,11 @@ struct SessionConnectInfo
     bool retryInitialConnect = false;
     UaStringArray alternativeEndpointUrls; // tried in order when the main URL does not open
     UaString serverUri;
-    OpcUa_UInt32 watchdogTimeout = 5000; // of one connection check
+    OpcUa_UInt32 watchdogTimeout = 5000;          // of one connection check
     OpcUa_UInt32 maxOperationsPerServiceCall = 0; // 0: the platform's maximum array length
     UaClient::TypeDictionaryMode typeDictionaryMode = UaClient::FirstUse;
     OpcUa_UInt32 internalServiceCallTimeout = 5000; // of reads the session makes for itself
-    UaString reserved; // handed to the stack with the channel connect
+    UaString reserved;                              // handed to the stack with the channel connect
 };
 
 } // namespace UaClientSdk

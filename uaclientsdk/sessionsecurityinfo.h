@@ -28,11 +28,15 @@ public:
     void setUserPasswordUserIdentity(const UaString& user, const UaString& password);
     void setCertificateUserIdentity(const UaByteString& certificate, const UaByteString& privateKey);
     // Never null; shared because copies of the record must not multiply secrets.
-    [[nodiscard]] std::shared_ptr<const UaUserIdentityToken> userIdentityToken() const { return m_userIdentity; }
+    [[nodiscard]] std::shared_ptr<const UaUserIdentityToken> userIdentityToken() const
+    {
+        return m_userIdentity;
+    }
 
-    // Cuts a chain of DER certificates into its parts, the leaf first. BadCertificateInvalid when a length lies,
-    // bytes are left over or there are more than ten.
-    [[nodiscard]] static UaStatus splitCertificateChain(const UaByteString& chain, UaByteStringArray& certificates);
+    // Cuts a chain of DER certificates into its parts, the leaf first. BadCertificateInvalid when a length
+    // lies, bytes are left over or there are more than ten.
+    [[nodiscard]] static UaStatus splitCertificateChain(const UaByteString& chain,
+                                                        UaByteStringArray& certificates);
 
 private:
     std::shared_ptr<const UaUserIdentityToken> m_userIdentity;

@@ -28,8 +28,8 @@ struct UaClient
     // When the data type definitions of a server are loaded.
     enum TypeDictionaryMode {
         FirstUse = 0, // on the first look-up that finds nothing loaded
-        Manual = 1, // only by loadDataTypeDictionaries
-        Connect = 2, // right after connect
+        Manual = 1,   // only by loadDataTypeDictionaries
+        Connect = 2,  // right after connect
         Reconnect = 3 // after connect and after every reconnect
     };
 };

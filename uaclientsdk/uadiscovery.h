@@ -14,16 +14,16 @@ namespace UaClientSdk {
 class UaDiscovery
 {
 public:
-    UaStatus findServers(ServiceSettings& settings, const UaString& discoveryUrl, const ClientSecurityInfo& security,
-                         UaApplicationDescriptions& servers);
-    UaStatus findServers(ServiceSettings& settings, const UaString& discoveryUrl, const ClientSecurityInfo& security,
-                         const UaStringArray& localeIds, const UaStringArray& serverUris,
-                         UaApplicationDescriptions& servers);
-    UaStatus getEndpoints(ServiceSettings& settings, const UaString& discoveryUrl, const ClientSecurityInfo& security,
-                          UaEndpointDescriptions& endpoints);
-    UaStatus getEndpoints(ServiceSettings& settings, const UaString& discoveryUrl, const ClientSecurityInfo& security,
-                          const UaStringArray& localeIds, const UaStringArray& profileUris,
-                          UaEndpointDescriptions& endpoints);
+    UaStatus findServers(ServiceSettings& settings, const UaString& discoveryUrl,
+                         const ClientSecurityInfo& security, UaApplicationDescriptions& servers);
+    UaStatus findServers(ServiceSettings& settings, const UaString& discoveryUrl,
+                         const ClientSecurityInfo& security, const UaStringArray& localeIds,
+                         const UaStringArray& serverUris, UaApplicationDescriptions& servers);
+    UaStatus getEndpoints(ServiceSettings& settings, const UaString& discoveryUrl,
+                          const ClientSecurityInfo& security, UaEndpointDescriptions& endpoints);
+    UaStatus getEndpoints(ServiceSettings& settings, const UaString& discoveryUrl,
+                          const ClientSecurityInfo& security, const UaStringArray& localeIds,
+                          const UaStringArray& profileUris, UaEndpointDescriptions& endpoints);
 };
 
 } // namespace UaClientSdk

@@ -1,11 +1,11 @@
 // One client session with one server.
 #pragma once
 
-#include <memory>
 #include <opcua/opcua_types.h>
 #include <uabase/uaarrays.h>
 #include <uabase/uadatatypedictionary.h>
 #include <uabase/uanodeid.h>
+#include <uabase/uarefcounter.h>
 #include <uabase/uastatus.h>
 #include <uaclientsdk/browsecontext.h>
 #include <uaclientsdk/servicesettings.h>
@@ -18,9 +18,9 @@ namespace UaClientSdk {
 
 class UaSessionPrivate;
 
-// Owns the secure channel, creates and activates the session, watches it from a thread of its own and reconnects
-// by itself. All operations may be called from any thread; services block their caller, never longer than
-// their timeout (and a channel's worth of steps of it where a request is split). Nothing throws.
+// Owns the secure channel, creates and activates the session, watches it from a thread of its own and
+// reconnects by itself. All operations may be called from any thread; services block their caller, never
+// longer than their timeout (and a channel's worth of steps of it where a request is split). Nothing throws.
 class UaSession : public UaDataTypeDictionary
 {
 public:
@@ -33,7 +33,8 @@ public:
     // GoodCompletesAsynchronously when the first try failed and retryInitialConnect goes on with it.
     UaStatus connect(const UaString& url, const SessionConnectInfo& connectInfo,
                      const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
-    // No callback runs after it has returned. BadInternalError when nothing is connected. Not from a callback.
+    // No callback runs after it has returned. BadInternalError when nothing is connected. Not from a
+    // callback.
     UaStatus disconnect(const ServiceSettings& settings, bool deleteSubscriptions);
 
     [[nodiscard]] bool isConnected() const;
@@ -68,17 +69,18 @@ public:
     [[nodiscard]] UaEnumDefinition enumDefinition(const UaNodeId& dataTypeId) override;
     [[nodiscard]] UaOptionSetDefinition optionSetDefinition(const UaNodeId& dataTypeId) override;
 
-    // Services of OPC 10000-4. Result arrays are cleared first and hold as many entries as the request when the
-    // status is Good. BadConnectionClosed without a connection, BadNothingToDo for an empty request,
+    // Services of OPC 10000-4. Result arrays are cleared first and hold as many entries as the request when
+    // the status is Good. BadConnectionClosed without a connection, BadNothingToDo for an empty request,
     // BadUnknownResponse when the counts differ.
     UaStatus read(ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestampsToReturn,
-                  const UaReadValueIds& nodesToRead, UaDataValues& values, UaDiagnosticInfos& diagnosticInfos);
+                  const UaReadValueIds& nodesToRead, UaDataValues& values,
+                  UaDiagnosticInfos& diagnosticInfos);
     UaStatus write(ServiceSettings& settings, const UaWriteValues& nodesToWrite, UaStatusCodeArray& results,
                    UaDiagnosticInfos& diagnosticInfos);
     UaStatus browse(ServiceSettings& settings, const UaNodeId& nodeToBrowse, const BrowseContext& context,
                     UaByteString& continuationPoint, UaReferenceDescriptions& references);
-    UaStatus browseNext(ServiceSettings& settings, bool releaseContinuationPoint, UaByteString& continuationPoint,
-                        UaReferenceDescriptions& references);
+    UaStatus browseNext(ServiceSettings& settings, bool releaseContinuationPoint,
+                        UaByteString& continuationPoint, UaReferenceDescriptions& references);
     UaStatus browseList(ServiceSettings& settings, const UaNodeId& viewId, OpcUa_UInt32 maxReferencesToReturn,
                         const UaBrowseDescriptions& nodesToBrowse, UaBrowseResults& results,
                         UaDiagnosticInfos& diagnosticInfos);
@@ -93,7 +95,7 @@ public:
     [[nodiscard]] static OpcUa_UInt16 getPortFromUrl(const UaString& url);
 
 private:
-    std::shared_ptr<UaSessionPrivate> d;
+    UaRefPtr<UaSessionPrivate> d;
 };
 
 } // namespace UaClientSdk

@@ -23,7 +23,10 @@ public:
 class UaUserNameIdentityToken : public UaUserIdentityToken
 {
 public:
-    UaUserNameIdentityToken(UaString user, UaString secret) : userName(std::move(user)), password(std::move(secret)) {}
+    UaUserNameIdentityToken(UaString user, UaString secret)
+        : userName(std::move(user)), password(std::move(secret))
+    {
+    }
     [[nodiscard]] OpcUa_UserTokenType tokenType() const override { return OpcUa_UserTokenType_UserName; }
 
     UaString userName;
@@ -40,7 +43,7 @@ public:
     [[nodiscard]] OpcUa_UserTokenType tokenType() const override { return OpcUa_UserTokenType_Certificate; }
 
     UaByteString certificate; // DER
-    UaByteString privateKey; // DER
+    UaByteString privateKey;  // DER
 };
 
 } // namespace UaClientSdk

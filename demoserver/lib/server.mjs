@@ -1,0 +1,117 @@
+// Puts the server together: end points, users, limits and the address space.
+
+import { join } from "node:path";
+
+import { addAlarmsAndEvents } from "./alarms.mjs";
+import { addArrays } from "./arrays.mjs";
+import { Builder } from "./builder.mjs";
+import { addShapes } from "./deep.mjs";
+import { addDictionary } from "./dictionary.mjs";
+import { addDynamic } from "./dynamic.mjs";
+import { addGrowing } from "./growing.mjs";
+import { addHistory } from "./history.mjs";
+import { addIcons } from "./icons.mjs";
+import { addMany } from "./many.mjs";
+import { addMethods } from "./methods.mjs";
+import { addScalars } from "./scalars.mjs";
+import { addStructures } from "./structures.mjs";
+import { structureNodeset } from "./structuretypes.mjs";
+import { applicationUri, namespaces, ua } from "./ua.mjs";
+
+const resourcePath = "/Tavelin/Demo";
+const users = new Map([["demo", "demo"]]);
+const perCall = 1000;
+
+const limits = {
+  maxSessions: 100,
+  maxSubscriptions: 1000,
+  maxSubscriptionsPerSession: 100,
+  maxMonitoredItems: 100_000,
+  maxMonitoredItemsPerSubscription: 20_000,
+  maxBrowseContinuationPoints: 50,
+  maxHistoryContinuationPoints: 50,
+  operationLimits: {
+    maxNodesPerRead: perCall,
+    maxNodesPerWrite: perCall,
+    maxNodesPerBrowse: perCall,
+    maxNodesPerMethodCall: 100,
+    maxNodesPerRegisterNodes: perCall,
+    maxMonitoredItemsPerCall: perCall,
+    maxNodesPerHistoryReadData: 100,
+    maxNodesPerTranslateBrowsePathsToNodeIds: perCall,
+  },
+};
+
+function certificateManager(folder, acceptAll) {
+  return new ua.OPCUACertificateManager({ rootFolder: folder, automaticallyAcceptUnknownCertificate: acceptAll });
+}
+
+function serverOptions({ host, port, pki, acceptAll }) {
+  const { None, Basic256Sha256, Aes128_Sha256_RsaOaep, Aes256_Sha256_RsaPss } = ua.SecurityPolicy;
+  const { MessageSecurityMode } = ua;
+  return {
+    port,
+    host,
+    hostname: host,
+    resourcePath,
+    nodesets: [ua.nodesets.standard, { name: "structures", source: structureNodeset() }],
+    serverInfo: {
+      applicationUri,
+      productUri: "urn:korvanda:tavelin",
+      applicationName: { text: "Tavelin Demo Server", locale: "en" },
+    },
+    buildInfo: {
+      productName: "Tavelin Demo Server",
+      productUri: "urn:korvanda:tavelin",
+      manufacturerName: "Korvanda",
+      softwareVersion: "1.0.0",
+      buildNumber: "1",
+      buildDate: new Date("2024-01-01T00:00:00Z"),
+    },
+    serverCapabilities: limits,
+    maxConnectionsPerEndpoint: 200,
+    securityPolicies: [None, Basic256Sha256, Aes128_Sha256_RsaOaep, Aes256_Sha256_RsaPss],
+    securityModes: [MessageSecurityMode.None, MessageSecurityMode.Sign, MessageSecurityMode.SignAndEncrypt],
+    allowAnonymous: true,
+    userManager: { isValidUser: (name, password) => users.get(name) === password },
+    serverCertificateManager: certificateManager(join(pki, "server"), acceptAll),
+    userCertificateManager: certificateManager(join(pki, "user"), acceptAll),
+    registerServerMethod: ua.RegisterServerMethod.HIDDEN,
+    isAuditing: false,
+  };
+}
+
+function addAll(b) {
+  addScalars(b);
+  addArrays(b);
+  addDynamic(b);
+  const structures = addStructures(b);
+  addDictionary(b, structures);
+  addMethods(b, structures);
+  addGrowing(b);
+  addHistory(b);
+  addAlarmsAndEvents(b);
+  addIcons(b);
+  addMany(b);
+  addShapes(b);
+}
+
+/** Starts the server; the promise is fulfilled when it listens. */
+export async function startServer(options) {
+  const server = new ua.OPCUAServer(serverOptions(options));
+  await server.initialize();
+  const builder = new Builder(server, namespaces);
+  addAll(builder);
+  await server.start();
+  const port = server.endpoints[0].port;
+  return {
+    port,
+    endpointUrl: `opc.tcp://${options.host.includes(":") ? `[${options.host}]` : options.host}:${port}${resourcePath}`,
+    /** Closes the connections; taking the address space apart, which takes a second, is left to the process's end. */
+    async stop() {
+      builder.stop();
+      server.engine.setServerState(ua.ServerState.Shutdown);
+      await server.shutdownChannels();
+    },
+  };
+}

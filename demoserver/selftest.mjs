@@ -1,0 +1,324 @@
+// Starts the demo server and checks over the wire that every subject is there and works. Exits with 1 when anything fails.
+
+import { strict as assert } from "node:assert";
+import { mkdtempSync, rmSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+
+import { builtInValues, scalar } from "./lib/builder.mjs";
+import { depth } from "./lib/deep.mjs";
+import { manyCount } from "./lib/many.mjs";
+import { startServer } from "./lib/server.mjs";
+import { namespaces, ua } from "./lib/ua.mjs";
+
+const { AttributeIds, DataType, StatusCodes } = ua;
+const folder = mkdtempSync(join(tmpdir(), "tavelin-selftest-"));
+
+async function connect(endpointUrl, security = {}, identity = undefined) {
+  const client = ua.OPCUAClient.create({
+    applicationName: "selftest",
+    clientCertificateManager: new ua.OPCUACertificateManager({ rootFolder: join(folder, "client"), automaticallyAcceptUnknownCertificate: true }),
+    connectionStrategy: { maxRetry: 0 },
+    endpointMustExist: false,
+    ...security,
+  });
+  await client.connect(endpointUrl);
+  return { client, session: await client.createSession(identity) };
+}
+
+async function read(session, nodeId, attributeId = AttributeIds.Value) {
+  return session.read({ nodeId, attributeId });
+}
+
+async function write(session, nodeId, value) {
+  return session.write({ nodeId, attributeId: AttributeIds.Value, value: { value } });
+}
+
+/** Writes a value (the one that is there, unless given) and reads again: it must survive the trip. */
+async function rewrite(session, nodeId, value = undefined) {
+  const before = await read(session, nodeId);
+  assert.equal(before.statusCode, StatusCodes.Good, `${nodeId}: ${before.statusCode}`);
+  const written = value ? new ua.Variant(value) : before.value;
+  assert.equal(await write(session, nodeId, written), StatusCodes.Good, `writing ${nodeId}`);
+  assert.equal((await read(session, nodeId)).value.toString(), written.toString(), nodeId);
+}
+
+/** All forward hierarchical children, by as many BrowseNext as it takes. */
+async function children(session, nodeId, pageSize = 0) {
+  const description = { nodeId, browseDirection: 0, referenceTypeId: "i=33", includeSubtypes: true, nodeClassMask: 0, resultMask: 63 };
+  session.requestedMaxReferencesPerNode = pageSize;
+  let result = await session.browse(description);
+  const references = [...result.references];
+  let pages = 1;
+  while (result.continuationPoint?.length) {
+    result = await session.browseNext(result.continuationPoint, false);
+    references.push(...result.references);
+    pages += 1;
+  }
+  return { references, pages };
+}
+
+/** Gathers data change or event notifications until there are `count`. */
+async function collect(session, itemToMonitor, filter, count) {
+  const subscription = await session.createSubscription2({ requestedPublishingInterval: 100, requestedMaxKeepAliveCount: 10, requestedLifetimeCount: 100, publishingEnabled: true });
+  const parameters = { samplingInterval: 100, queueSize: 100, discardOldest: true, filter };
+  const item = await subscription.monitor(itemToMonitor, parameters, ua.TimestampsToReturn.Both);
+  const seen = [];
+  try {
+    return await new Promise((resolve, reject) => {
+      const limit = setTimeout(() => reject(new Error(`only ${seen.length} notifications of ${itemToMonitor.nodeId}`)), 10_000);
+      item.on("changed", (value) => {
+        seen.push(value);
+        if (seen.length < count) return;
+        clearTimeout(limit);
+        resolve(seen);
+      });
+    });
+  } finally {
+    await subscription.terminate();
+  }
+}
+
+const demo = (id) => `ns=2;s=${id}`;
+const structured = (id) => `ns=3;s=Structure.${id}`;
+
+async function namespacesAreStable({ session }) {
+  const { value } = await read(session, "i=2255");
+  assert.deepEqual(Array.from(value.value).slice(2), Object.values(namespaces));
+}
+
+async function everyTypeReadsAndWrites({ session }) {
+  for (const [type, [, other]] of Object.entries(builtInValues())) {
+    await rewrite(session, demo(`Scalar.${type}`), scalar(DataType[type], other));
+    for (const kind of ["Array", "EmptyArray", "Matrix", "Cube"]) await rewrite(session, demo(`${kind}.${type}`));
+  }
+  for (const id of ["Scalar.Enumeration", "Scalar.Variant", "Array.Variant", "Array.Large", "Text.VeryLong", "Text.Scripts", "Text.BigBytes"]) {
+    await rewrite(session, demo(id));
+  }
+  const empty = await read(session, demo("EmptyArray.Int32"));
+  assert.equal(empty.value.value.length, 0);
+  const cube = await read(session, demo("Cube.Double"));
+  assert.deepEqual(Array.from(cube.value.dimensions), [2, 2, 3]);
+}
+
+async function accessAndStatusAreTold({ session }) {
+  const writeTo = (id) => write(session, demo(id), scalar(DataType.Int32, 8));
+  assert.equal(await writeTo("Access.ReadOnly"), StatusCodes.BadNotWritable);
+  assert.equal(await writeTo("Access.RejectsWrites"), StatusCodes.BadOutOfRange);
+  assert.equal((await read(session, demo("Access.WriteOnly"))).statusCode, StatusCodes.BadNotReadable);
+  assert.equal((await read(session, demo("Access.None"))).statusCode, StatusCodes.BadNotReadable);
+  assert.notEqual(await writeTo("Access.UserReadOnly"), StatusCodes.Good);
+  for (const name of ["BadSensorFailure", "UncertainLastUsableValue", "GoodLocalOverride"]) {
+    assert.equal((await read(session, demo(`Status.${name}`))).statusCode, StatusCodes[name]);
+  }
+  assert.equal((await read(session, demo("Status.NullString"))).value.value, null);
+}
+
+async function structuresDecode({ session }) {
+  const value = async (id) => (await read(session, structured(id))).value.value;
+  await session.extractNamespaceDataType();
+  assert.deepEqual([(await value("NamedPoint")).x, (await value("NamedPoint")).name], [3, "Kirchturm"]);
+  assert.equal((await value("SampleBare")).comment, undefined);
+  assert.equal((await value("SampleFull")).comment, "all there");
+  assert.equal((await value("MeasurementText")).text, "out of range");
+  assert.equal((await value("Tree")).children[0].children[0].name, "leaf");
+  assert.equal((await value("Track")).points.length, 2);
+  assert.equal((await value("EveryType")).stringField, "fünf");
+  assert.equal((await value("PointArray")).length, 3);
+  assert.equal((await read(session, "ns=3;i=3018", AttributeIds.DataTypeDefinition)).statusCode, StatusCodes.BadAttributeIdInvalid);
+  for (const id of ["Point", "Segment", "SampleBare", "MeasurementNumber", "Tree", "EveryType", "PointArray", "Mode", "DeviceFlags"]) {
+    await rewrite(session, structured(id));
+  }
+  for (const id of [3001, 3002, 3003, 3010, 3011, 3013, 3014, 3016, 3017]) {
+    const definition = await read(session, `ns=3;i=${id}`, AttributeIds.DataTypeDefinition);
+    assert.equal(definition.statusCode, StatusCodes.Good, `definition of ${id}`);
+    assert.ok(definition.value.value.fields.length > 0);
+  }
+  const properties = (await children(session, "ns=3;i=3002")).references.map((r) => r.browseName.name);
+  assert.deepEqual(properties, ["EnumValues"]);
+}
+
+/** A client that knows only the dictionary decodes the same values. */
+async function dictionaryDescribes({ session }) {
+  const manager = await ua.getExtraDataTypeManager(session, ua.DataTypeExtractStrategy.Force103);
+  const value = async (id) => {
+    const { value: variant } = await read(session, structured(id));
+    await ua.resolveDynamicExtensionObject(session, variant, manager);
+    return variant.value;
+  };
+  const legacy = await value("Legacy");
+  assert.deepEqual([legacy.code, legacy.name, Array.from(legacy.values)], [7, "alt", [0.5, 1.5]]);
+  assert.equal((await value("SampleFull")).weight, 2.5);
+  assert.equal((await value("NamedPoint")).name, "Kirchturm");
+  assert.equal((await value("Track")).points[1].y, 1);
+}
+
+async function methodsAnswer({ session }) {
+  const call = (name, inputArguments = []) => session.call({ objectId: demo("Methods"), methodId: demo(`Methods.${name}`), inputArguments });
+  const double = (value) => ({ dataType: DataType.Double, value });
+  assert.equal((await call("Add", [double(1.5), double(2.25)])).outputArguments[0].value, 3.75);
+  assert.equal((await call("Nothing")).statusCode, StatusCodes.Good);
+  assert.equal((await call("Fail", [{ dataType: DataType.String, value: "x" }])).statusCode, StatusCodes.BadInvalidState);
+  assert.equal((await call("NotExecutable")).statusCode, StatusCodes.BadNotExecutable);
+  assert.equal((await call("Add", [double(1)])).statusCode, StatusCodes.BadArgumentsMissing);
+  const points = (await read(session, structured("PointArray"))).value;
+  assert.equal((await call("EchoStructures", [points])).outputArguments[0].value[2].x, 5);
+  const started = Date.now();
+  assert.equal((await call("Slow")).statusCode, StatusCodes.Good);
+  assert.ok(Date.now() - started > 2900);
+}
+
+async function valuesChange({ session }) {
+  for (const id of ["Dynamic.Sine", "Dynamic.Toggle", "Dynamic.Array", "Fast.000", "Fast.099"]) {
+    const seen = await collect(session, { nodeId: demo(id), attributeId: AttributeIds.Value }, null, 3);
+    assert.notEqual(seen[1].value.toString(), seen[2].value.toString(), id);
+  }
+  const range = (await children(session, demo("DataAccess.Temperature"))).references.map((r) => r.browseName.name);
+  for (const name of ["EURange", "EngineeringUnits", "InstrumentRange"]) assert.ok(range.includes(name), name);
+}
+
+async function historyReachesBack({ session }) {
+  const end = new Date();
+  for (const id of ["History.Sine", "History.Steps", "History.Switch", "History.Gaps"]) {
+    const result = await session.readHistoryValue(demo(id), new Date(end.getTime() - 3_500_000), end, { numValuesPerNode: 5000 });
+    assert.equal(result.statusCode, StatusCodes.Good, id);
+    assert.ok(result.historyData.dataValues.length > 3400, `${id}: ${result.historyData.dataValues.length}`);
+  }
+}
+
+async function eventsFire({ session }) {
+  const filter = ua.constructEventFilter(["Message", "Severity", "SourceName"]);
+  const seen = await collect(session, { nodeId: "i=2253", attributeId: AttributeIds.EventNotifier }, filter, 2);
+  assert.ok(seen[0][0].value.text.length > 0);
+}
+
+/** Drives the level over its limit and acknowledges and confirms what comes. */
+async function alarmsAcknowledge({ session }) {
+  const put = (id, dataType, value) => write(session, demo(id), scalar(dataType, value));
+  assert.equal(await put("Plant.Automatic", DataType.Boolean, false), StatusCodes.Good);
+  await put("Plant.Level", DataType.Double, 50);
+  await put("Plant.Level", DataType.Double, 95);
+  const find = async (path) => (await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.LevelAlarm"), path))).targets[0].targetId;
+  const active = await read(session, await find("/ActiveState/Id"));
+  assert.equal(active.value.value, true);
+  const eventId = (await read(session, await find("/EventId"))).value.value;
+  const alarm = demo("Plant.LevelAlarm");
+  assert.equal(await session.acknowledgeCondition(alarm, eventId, "seen"), StatusCodes.Good);
+  const second = (await read(session, await find("/EventId"))).value.value;
+  assert.equal(await session.confirmCondition(alarm, second, "done"), StatusCodes.Good);
+  assert.equal((await read(session, await find("/AckedState/Id"))).value.value, true);
+  await put("Plant.DoorOpen", DataType.Boolean, true);
+  const door = (await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.DoorAlarm"), "/ActiveState/Id"))).targets[0].targetId;
+  assert.equal((await read(session, door)).value.value, true);
+}
+
+async function shapesAreThere({ session }) {
+  const many = await children(session, "ns=4;s=Many", 1000);
+  assert.equal(many.references.length, manyCount);
+  assert.ok(many.pages >= 10);
+  assert.equal((await read(session, "ns=4;i=109999")).value.value, 9999);
+
+  let node = demo("Deep");
+  for (let level = 1; level <= depth; ++level) [node] = (await children(session, node)).references.map((r) => r.nodeId);
+  assert.equal((await children(session, node)).references[0].browseName.name, "Bottom");
+  const targets = async (id) => (await children(session, demo(id))).references.map((r) => r.nodeId.toString());
+  assert.ok((await targets("Loop.Inner")).includes(ua.coerceNodeId(demo("Loop")).toString()));
+  assert.equal((await targets("Shape.Twice")).length, 2);
+  assert.equal((await targets("Shape.ManyProperties")).length, 20);
+  assert.equal((await targets("View.Operator")).length, 3);
+}
+
+/** Nodes come and go, and the server says so in events. */
+async function modelChangesAreTold({ session }) {
+  const filter = ua.constructEventFilter(["Changes"], [ua.ofType("GeneralModelChangeEventType")]);
+  const events = collect(session, { nodeId: "i=2253", attributeId: AttributeIds.EventNotifier }, filter, 2);
+  const change = (name) => session.call({ objectId: demo("Methods"), methodId: demo(`Methods.${name}`), inputArguments: [] });
+  const count = async () => (await children(session, demo("Growing"))).references.filter((r) => r.browseName.name.startsWith("Child")).length;
+  assert.equal((await change("Grow")).statusCode, StatusCodes.Good);
+  assert.equal(await count(), 1);
+  assert.equal((await change("Shrink")).statusCode, StatusCodes.Good);
+  assert.equal(await count(), 0);
+  assert.equal((await change("Shrink")).statusCode, StatusCodes.BadInvalidState);
+  const timer = setInterval(() => change("Grow"), 200);
+  try {
+    assert.ok((await events)[0][0].value.length > 0);
+  } finally {
+    clearInterval(timer);
+  }
+}
+
+async function iconsArePictures({ session }) {
+  for (const id of ["PumpType.Icon", "Icon.MarkedPump.Icon", "Icon.Big.Icon", "Icon.Picture"]) {
+    const { value } = await read(session, demo(id));
+    assert.equal(value.value.subarray(1, 4).toString(), "PNG", id);
+  }
+}
+
+async function serverTellsOfItself({ session }) {
+  const number = async (id) => (await read(session, `i=${id}`)).value.value;
+  assert.equal(await number(11705), 1000); // MaxNodesPerRead
+  assert.equal(await number(11710), 1000); // MaxNodesPerBrowse
+  assert.equal(await number(24095), 100); // MaxSessions
+  assert.equal((await read(session, "i=2294")).value.value, true); // diagnostics enabled
+  const summary = (await read(session, "i=2275")).value.value;
+  assert.ok(summary.currentSessionCount >= 1);
+  const tooMany = Array.from({ length: 1001 }, () => ({ nodeId: "i=2258", attributeId: AttributeIds.Value }));
+  await assert.rejects(session.read(tooMany), /BadTooManyOperations/);
+}
+
+async function everyDoorOpens(_, endpointUrl) {
+  const { MessageSecurityMode, SecurityPolicy, UserTokenType } = ua;
+  const user = { type: UserTokenType.UserName, userName: "demo", password: "demo" };
+  for (const policy of ["Basic256Sha256", "Aes128_Sha256_RsaOaep", "Aes256_Sha256_RsaPss"]) {
+    for (const mode of ["Sign", "SignAndEncrypt"]) {
+      const security = { securityMode: MessageSecurityMode[mode], securityPolicy: SecurityPolicy[policy] };
+      const { client, session } = await connect(endpointUrl, security, user);
+      assert.equal((await read(session, demo("Scalar.Int32"))).statusCode, StatusCodes.Good);
+      await session.close();
+      await client.disconnect();
+    }
+  }
+  const client = ua.OPCUAClient.create({ endpointMustExist: false, connectionStrategy: { maxRetry: 0 } });
+  await client.connect(endpointUrl);
+  await assert.rejects(client.createSession({ ...user, password: "wrong" }), /BadIdentityTokenRejected|BadUserAccessDenied/);
+  const tokens = new Set((await client.getEndpoints()).flatMap((e) => e.userIdentityTokens.map((t) => UserTokenType[t.tokenType])));
+  assert.deepEqual([...tokens].sort(), ["Anonymous", "Certificate", "UserName"]);
+  await client.disconnect();
+}
+
+const checks = [
+  namespacesAreStable,
+  everyTypeReadsAndWrites,
+  accessAndStatusAreTold,
+  dictionaryDescribes,
+  structuresDecode,
+  methodsAnswer,
+  valuesChange,
+  historyReachesBack,
+  eventsFire,
+  alarmsAcknowledge,
+  shapesAreThere,
+  modelChangesAreTold,
+  iconsArePictures,
+  serverTellsOfItself,
+  everyDoorOpens,
+];
+
+const server = await startServer({ host: "127.0.0.1", port: 0, pki: join(folder, "pki"), acceptAll: true });
+const connection = await connect(server.endpointUrl);
+let failed = 0;
+for (const check of checks) {
+  try {
+    await check(connection, server.endpointUrl);
+    console.log(`ok   ${check.name}`);
+  } catch (error) {
+    failed += 1;
+    console.log(`FAIL ${check.name}: ${error.stack}`);
+  }
+}
+await connection.session.close();
+await connection.client.disconnect();
+await server.stop();
+rmSync(folder, { recursive: true, force: true });
+console.log(`${checks.length - failed} passed, ${failed} failed`);
+process.exit(failed === 0 ? 0 : 1);

@@ -1,0 +1,337 @@
+#include <stack/encoding/reader.h>
+
+#include <algorithm>
+
+namespace opcua {
+
+namespace {
+
+// A decoded message takes at most this times its bytes; small ones may always take the second figure.
+constexpr size_t MemoryPerByte = 8;
+constexpr size_t MemoryOfSmallMessages = 16u * 1024 * 1024;
+
+namespace NodeIdFormat {
+constexpr OpcUa_Byte TwoByte = 0;
+constexpr OpcUa_Byte FourByte = 1;
+constexpr OpcUa_Byte Numeric = 2;
+constexpr OpcUa_Byte String = 3;
+constexpr OpcUa_Byte Guid = 4;
+constexpr OpcUa_Byte ByteString = 5;
+constexpr OpcUa_Byte ServerIndex = 0x40;
+constexpr OpcUa_Byte NamespaceUri = 0x80;
+} // namespace NodeIdFormat
+
+} // namespace
+
+Reader::Reader(std::span<const OpcUa_Byte> bytes, const EncodingLimits& limits)
+    : m_at(bytes.data()), m_end(bytes.data() + bytes.size()), m_limits(limits),
+      m_memoryLeft(std::max(bytes.size() * MemoryPerByte, MemoryOfSmallMessages))
+{
+}
+
+void* Reader::allocate(size_t size)
+{
+    size = std::max<size_t>(size, 1);
+    if (size > m_memoryLeft) {
+        fail(OpcUa_BadEncodingLimitsExceeded);
+        return nullptr;
+    }
+    void* const memory = OpcUa_Memory_Alloc(size);
+    if (memory == nullptr)
+        fail(OpcUa_BadOutOfMemory);
+    else
+        m_memoryLeft -= size;
+    return memory;
+}
+
+bool Reader::enter()
+{
+    if (m_depth >= m_limits.maxNestingLevel)
+        return fail(OpcUa_BadEncodingLimitsExceeded);
+    ++m_depth;
+    return true;
+}
+
+// -- texts and names --------------------------------------------------------------------------------------
+
+bool Reader::boolean(OpcUa_Boolean& value)
+{
+    const bool result = fixed(value);
+    value = value != 0;
+    return result;
+}
+
+// No date lies before the smallest one.
+bool Reader::date(OpcUa_DateTime& value)
+{
+    const bool result = fixed(value);
+    value = std::max<OpcUa_DateTime>(value, 0);
+    return result;
+}
+
+bool Reader::textLength(OpcUa_Int32& length, OpcUa_UInt32 limit)
+{
+    if (!fixed(length))
+        return false;
+    if (length < 0)
+        return true;
+    const auto bytes = static_cast<OpcUa_UInt32>(length);
+    if (bytes > left())
+        return fail(OpcUa_BadDecodingError);
+    return bytes <= limit || fail(OpcUa_BadEncodingLimitsExceeded);
+}
+
+template <class Text>
+bool Reader::text(Text& value, OpcUa_UInt32 limit)
+{
+    value = {-1, nullptr};
+    OpcUa_Int32 length = -1;
+    if (!textLength(length, limit))
+        return false;
+    if (length < 0)
+        return true;
+    const auto bytes = static_cast<size_t>(length);
+    value.Data = static_cast<decltype(value.Data)>(allocate(bytes + 1));
+    if (value.Data == nullptr)
+        return false;
+    std::memcpy(value.Data, m_at, bytes);
+    value.Data[bytes] = 0;
+    value.Length = length;
+    m_at += bytes;
+    return true;
+}
+
+bool Reader::string(OpcUa_String& value)
+{
+    return text(value, m_limits.maxStringLength);
+}
+
+bool Reader::byteString(OpcUa_ByteString& value)
+{
+    return text(value, m_limits.maxByteStringLength);
+}
+
+bool Reader::qualifiedName(OpcUa_QualifiedName& value)
+{
+    OpcUa_QualifiedName_Initialize(&value);
+    if (fixed(value.NamespaceIndex) && string(value.Name))
+        return true;
+    value.NamespaceIndex = 0;
+    return false;
+}
+
+bool Reader::localizedText(OpcUa_LocalizedText& value)
+{
+    OpcUa_LocalizedText_Initialize(&value);
+    OpcUa_Byte mask = 0;
+    if (fixed(mask) && ((mask & 0x01) == 0 || string(value.Locale)) &&
+        ((mask & 0x02) == 0 || string(value.Text)))
+        return true;
+    OpcUa_LocalizedText_Clear(&value);
+    return false;
+}
+
+// -- node ids ---------------------------------------------------------------------------------------------
+
+bool Reader::identifier(OpcUa_Byte format, OpcUa_NodeId& value)
+{
+    OpcUa_NodeId_Initialize(&value);
+    OpcUa_Byte small = 0;
+    OpcUa_UInt16 medium = 0;
+    bool result = false;
+    switch (format) {
+    case NodeIdFormat::TwoByte:
+        result = fixed(small);
+        value.Identifier.Numeric = small;
+        return result;
+    case NodeIdFormat::FourByte:
+        result = fixed(small) && fixed(medium);
+        value.NamespaceIndex = small;
+        value.Identifier.Numeric = medium;
+        return result;
+    case NodeIdFormat::Numeric:
+        return fixed(value.NamespaceIndex) && fixed(value.Identifier.Numeric);
+    case NodeIdFormat::String:
+        value.IdentifierType = OpcUa_IdentifierType_String;
+        OpcUa_String_Initialize(&value.Identifier.String);
+        return fixed(value.NamespaceIndex) && string(value.Identifier.String);
+    case NodeIdFormat::Guid:
+        value.IdentifierType = OpcUa_IdentifierType_Guid;
+        return fixed(value.NamespaceIndex) && fixed(value.Identifier.Guid);
+    case NodeIdFormat::ByteString:
+        value.IdentifierType = OpcUa_IdentifierType_Opaque;
+        OpcUa_ByteString_Initialize(&value.Identifier.ByteString);
+        return fixed(value.NamespaceIndex) && byteString(value.Identifier.ByteString);
+    default:
+        return fail(OpcUa_BadDecodingError);
+    }
+}
+
+bool Reader::nodeId(OpcUa_NodeId& value)
+{
+    OpcUa_Byte format = 0;
+    if (fixed(format) && identifier(format, value))
+        return true;
+    OpcUa_NodeId_Initialize(&value);
+    return false;
+}
+
+bool Reader::expandedNodeId(OpcUa_ExpandedNodeId& value)
+{
+    OpcUa_ExpandedNodeId_Initialize(&value);
+    OpcUa_Byte format = 0;
+    if (!fixed(format))
+        return false;
+    const auto plain =
+        static_cast<OpcUa_Byte>(format & ~(NodeIdFormat::NamespaceUri | NodeIdFormat::ServerIndex));
+    if (identifier(plain, value.NodeId) &&
+        ((format & NodeIdFormat::NamespaceUri) == 0 || string(value.NamespaceUri)) &&
+        optional((format & NodeIdFormat::ServerIndex) != 0, value.ServerIndex))
+        return true;
+    OpcUa_ExpandedNodeId_Clear(&value);
+    return false;
+}
+
+// -- data values and diagnostics --------------------------------------------------------------------------
+
+bool Reader::dataValue(OpcUa_DataValue& value)
+{
+    OpcUa_DataValue_Initialize(&value);
+    OpcUa_Byte mask = 0;
+    if (fixed(mask) && ((mask & 0x01) == 0 || variant(value.Value)) &&
+        optional((mask & 0x02) != 0, value.StatusCode) &&
+        ((mask & 0x04) == 0 || date(value.SourceTimestamp)) &&
+        optional((mask & 0x10) != 0, value.SourcePicoseconds) &&
+        ((mask & 0x08) == 0 || date(value.ServerTimestamp)) &&
+        optional((mask & 0x20) != 0, value.ServerPicoseconds))
+        return true;
+    OpcUa_DataValue_Clear(&value);
+    return false;
+}
+
+bool Reader::diagnosticInfo(OpcUa_DiagnosticInfo& value)
+{
+    OpcUa_DiagnosticInfo_Initialize(&value);
+    OpcUa_Byte mask = 0;
+    bool result = fixed(mask) && optional((mask & 0x01) != 0, value.SymbolicId) &&
+                  optional((mask & 0x02) != 0, value.NamespaceUri) &&
+                  optional((mask & 0x08) != 0, value.Locale) &&
+                  optional((mask & 0x04) != 0, value.LocalizedText) &&
+                  ((mask & 0x10) == 0 || string(value.AdditionalInfo)) &&
+                  optional((mask & 0x20) != 0, value.InnerStatusCode);
+    if (result && (mask & 0x40) != 0) {
+        void* inner = nullptr;
+        result = nested(ElementType::of(OpcUaType_DiagnosticInfo), 1, inner);
+        value.InnerDiagnosticInfo = static_cast<OpcUa_DiagnosticInfo*>(inner);
+    }
+    if (!result)
+        OpcUa_DiagnosticInfo_Clear(&value);
+    return result;
+}
+
+// -- elements of any type ---------------------------------------------------------------------------------
+
+bool Reader::element(ElementType type, void* target)
+{
+    switch (type.kind) {
+    case OpcUaType_Boolean:
+        return boolean(*static_cast<OpcUa_Boolean*>(target));
+    case OpcUaType_SByte:
+    case OpcUaType_Byte:
+        return fixed(*static_cast<OpcUa_Byte*>(target));
+    case OpcUaType_Int16:
+    case OpcUaType_UInt16:
+        return fixed(*static_cast<OpcUa_UInt16*>(target));
+    case OpcUaType_Int32:
+    case OpcUaType_UInt32:
+    case OpcUaType_Float:
+    case OpcUaType_StatusCode:
+        return fixed(*static_cast<OpcUa_UInt32*>(target));
+    case OpcUaType_Int64:
+    case OpcUaType_UInt64:
+    case OpcUaType_Double:
+        return fixed(*static_cast<OpcUa_UInt64*>(target));
+    case OpcUaType_String:
+        return string(*static_cast<OpcUa_String*>(target));
+    case OpcUaType_DateTime:
+        return date(*static_cast<OpcUa_DateTime*>(target));
+    case OpcUaType_Guid:
+        return fixed(*static_cast<OpcUa_Guid*>(target));
+    case OpcUaType_ByteString:
+        return byteString(*static_cast<OpcUa_ByteString*>(target));
+    case OpcUaType_XmlElement:
+        return text(*static_cast<OpcUa_XmlElement*>(target), m_limits.maxStringLength);
+    case OpcUaType_NodeId:
+        return nodeId(*static_cast<OpcUa_NodeId*>(target));
+    case OpcUaType_ExpandedNodeId:
+        return expandedNodeId(*static_cast<OpcUa_ExpandedNodeId*>(target));
+    case OpcUaType_QualifiedName:
+        return qualifiedName(*static_cast<OpcUa_QualifiedName*>(target));
+    case OpcUaType_LocalizedText:
+        return localizedText(*static_cast<OpcUa_LocalizedText*>(target));
+    case OpcUaType_ExtensionObject:
+        return extensionObject(*static_cast<OpcUa_ExtensionObject*>(target));
+    case OpcUaType_DataValue:
+        return dataValue(*static_cast<OpcUa_DataValue*>(target));
+    case OpcUaType_Variant:
+        return variant(*static_cast<OpcUa_Variant*>(target));
+    case OpcUaType_DiagnosticInfo:
+        return diagnosticInfo(*static_cast<OpcUa_DiagnosticInfo*>(target));
+    case OpcUa_FieldKind_Structure:
+        return structure(*type.structure, target);
+    default:
+        return fail(OpcUa_BadDecodingError);
+    }
+}
+
+bool Reader::arrayLength(size_t minimum, OpcUa_Int32& count)
+{
+    if (!fixed(count) || count < 0) {
+        count = -1;
+        return OpcUa_IsGood(m_status);
+    }
+    const auto elementCount = static_cast<OpcUa_UInt64>(count);
+    if (elementCount * minimum > left())
+        return fail(OpcUa_BadDecodingError);
+    return elementCount <= m_limits.maxArrayLength || fail(OpcUa_BadEncodingLimitsExceeded);
+}
+
+bool Reader::fixedElements(ElementType type, size_t count, void* data)
+{
+    const size_t bytes = type.size() * count;
+    if (bytes > left())
+        return fail(OpcUa_BadDecodingError);
+    std::memcpy(data, m_at, bytes);
+    m_at += bytes;
+    if (type.kind == OpcUaType_Boolean) {
+        for (OpcUa_Boolean& value : std::span(static_cast<OpcUa_Boolean*>(data), count))
+            value = value != 0;
+    } else if (type.kind == OpcUaType_DateTime) {
+        for (OpcUa_DateTime& value : std::span(static_cast<OpcUa_DateTime*>(data), count))
+            value = std::max<OpcUa_DateTime>(value, 0);
+    }
+    return true;
+}
+
+// A block of count elements; null on failure.
+bool Reader::elements(ElementType type, size_t count, void*& data)
+{
+    const size_t size = type.size();
+    data = allocate(size * count);
+    if (data == nullptr)
+        return false;
+    size_t done = 0;
+    bool result = true;
+    if (type.isFixed())
+        result = count == 0 || fixedElements(type, count, data);
+    else
+        while (result && done < count)
+            result = element(type, elementAt(data, size, done++));
+    if (!result) {
+        deleteElements(type, data, done);
+        data = nullptr;
+    }
+    return result;
+}
+
+} // namespace opcua

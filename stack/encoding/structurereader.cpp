@@ -1,0 +1,260 @@
+// Variants, extension objects and structures: what can hold each other.
+#include <stack/encoding/reader.h>
+#include <stack/encoding/values.h>
+
+namespace opcua {
+
+namespace {
+
+constexpr OpcUa_Byte ArrayFlag = 0x80;
+constexpr OpcUa_Byte DimensionsFlag = 0x40;
+constexpr OpcUa_Byte TypeMask = 0x3F;
+constexpr OpcUa_Byte LastReservedType = 31;
+
+// Dimensions fit when their product is the number of elements. It stops before it can overflow.
+bool dimensionsFit(std::span<const OpcUa_Int32> dimensions, OpcUa_Int32 length)
+{
+    OpcUa_Int64 product = 1;
+    bool empty = false;
+    for (const OpcUa_Int32 dimension : dimensions) {
+        if (dimension < 0)
+            return false;
+        empty = empty || dimension == 0;
+        if (!empty && (product *= dimension) > length)
+            return false;
+    }
+    return (empty ? 0 : product) == length;
+}
+
+const OpcUa_EncodeableType* typeOf(const OpcUa_ExpandedNodeId& id)
+{
+    const bool standard =
+        id.NodeId.NamespaceIndex == 0 && id.NamespaceUri.Data == nullptr && id.ServerIndex == 0;
+    if (!standard || id.NodeId.IdentifierType != OpcUa_IdentifierType_Numeric)
+        return nullptr;
+    return OpcUa_EncodeableType_FindByBinaryId(id.NodeId.Identifier.Numeric);
+}
+
+bool canNest(ElementType type)
+{
+    return type.isStructure() || type.kind >= OpcUaType_ExtensionObject;
+}
+
+} // namespace
+
+// Elements that stand one level deeper than what holds them.
+bool Reader::nested(ElementType type, size_t count, void*& data)
+{
+    if (!canNest(type))
+        return elements(type, count, data);
+    return enter() && leave(elements(type, count, data));
+}
+
+// -- variants ---------------------------------------------------------------------------------------------
+
+bool Reader::variant(OpcUa_Variant& value)
+{
+    OpcUa_Variant_Initialize(&value);
+    OpcUa_Byte encoding = 0;
+    if (!fixed(encoding))
+        return false;
+    auto type = static_cast<OpcUa_Byte>(encoding & TypeMask);
+    if (type > LastReservedType)
+        return fail(OpcUa_BadDecodingError);
+    if (type > OpcUaType_DiagnosticInfo)
+        type = OpcUaType_ByteString; // reserved for later versions, which encode them so
+    if ((encoding & ArrayFlag) != 0)
+        return variantArray(type, (encoding & DimensionsFlag) != 0, value);
+    return (encoding & DimensionsFlag) == 0 ? variantScalar(type, value) : fail(OpcUa_BadDecodingError);
+}
+
+bool Reader::variantScalar(OpcUa_Byte type, OpcUa_Variant& value)
+{
+    if (type == OpcUaType_Null)
+        return true;
+    if (type == OpcUaType_Variant) // not allowed, yet means no more than what is inside
+        return enter() && leave(variant(value));
+    value.Datatype = type;
+    const bool result =
+        isHeldByPointer(type) ? variantBlock(type, value) : element(ElementType::of(type), &value.Value);
+    if (!result)
+        OpcUa_Variant_Initialize(&value);
+    return result;
+}
+
+bool Reader::variantBlock(OpcUa_Byte type, OpcUa_Variant& value)
+{
+    void* block = nullptr;
+    const bool result = nested(ElementType::of(type), 1, block);
+    value.Value.NodeId = static_cast<OpcUa_NodeId*>(block); // the pointers of all types share one place
+    return result;
+}
+
+bool Reader::variantArray(OpcUa_Byte type, bool hasDimensions, OpcUa_Variant& value)
+{
+    OpcUa_Int32 length = -1;
+    if (type == OpcUaType_Null) // an array of nothing has no elements
+        return fixed(length) && ((length <= 0 && !hasDimensions) || fail(OpcUa_BadDecodingError));
+    const ElementType elementType = ElementType::of(type);
+    if (!arrayLength(elementType.minimum(), length))
+        return false;
+    void* data = nullptr;
+    if (length >= 0 && !nested(elementType, static_cast<size_t>(length), data))
+        return false;
+    value.Datatype = type;
+    value.ArrayType = OpcUa_VariantArrayType_Array;
+    value.Value.Array = {length, 0, nullptr, data};
+    if (!hasDimensions || dimensions(value))
+        return true;
+    OpcUa_Variant_Clear(&value);
+    return false;
+}
+
+// What does not fit the elements, or is one dimension only, leaves a plain array.
+bool Reader::dimensions(OpcUa_Variant& value)
+{
+    OpcUa_Int32 count = -1;
+    if (!arrayLength(sizeof(OpcUa_Int32), count) || count < 0)
+        return OpcUa_IsGood(m_status);
+    void* data = nullptr;
+    const ElementType type = ElementType::of(OpcUaType_Int32);
+    if (!elements(type, static_cast<size_t>(count), data))
+        return false;
+    auto* const sizes = static_cast<OpcUa_Int32*>(data);
+    OpcUa_VariantArray& array = value.Value.Array;
+    if (count < 2 || !dimensionsFit({sizes, static_cast<size_t>(count)}, array.Length)) {
+        OpcUa_Memory_Free(data);
+        return true;
+    }
+    value.ArrayType = OpcUa_VariantArrayType_Matrix;
+    array.NoOfDimensions = count;
+    array.Dimensions = sizes;
+    return true;
+}
+
+// -- extension objects ------------------------------------------------------------------------------------
+
+bool Reader::extensionObject(OpcUa_ExtensionObject& value)
+{
+    OpcUa_ExtensionObject_Initialize(&value);
+    if (expandedNodeId(value.TypeId) && extensionBody(value))
+        return true;
+    OpcUa_ExtensionObject_Clear(&value);
+    return false;
+}
+
+bool Reader::extensionBody(OpcUa_ExtensionObject& value)
+{
+    OpcUa_Byte encoding = OpcUa_ExtensionObjectEncoding_None;
+    if (!fixed(encoding))
+        return false;
+    if (encoding == OpcUa_ExtensionObjectEncoding_None)
+        return true;
+    if (encoding > OpcUa_ExtensionObjectEncoding_Xml)
+        return fail(OpcUa_BadDecodingError);
+    if (encoding == OpcUa_ExtensionObjectEncoding_Xml) {
+        value.Encoding = encoding;
+        return text(value.Body.Xml, m_limits.maxStringLength);
+    }
+    if (const OpcUa_EncodeableType* const type = typeOf(value.TypeId)) {
+        OpcUa_Int32 length = -1;
+        const OpcUa_Byte* const start = m_at;
+        if (!textLength(length, m_limits.maxByteStringLength))
+            return false;
+        if (length >= 0 && knownBody(*type, length, value))
+            return true;
+        if (OpcUa_IsBad(m_status))
+            return false;
+        m_at = start;
+    }
+    value.Encoding = encoding;
+    return byteString(value.Body.Binary);
+}
+
+// Reads within the body's own length and skips what is left of it. False with a good status when the body is
+// not what its type says: then its bytes are kept.
+bool Reader::knownBody(const OpcUa_EncodeableType& type, OpcUa_Int32 length, OpcUa_ExtensionObject& value)
+{
+    const size_t memoryBefore = m_memoryLeft;
+    const OpcUa_Byte* const outerEnd = m_end;
+    m_end = m_at + length;
+    void* object = nullptr;
+    const bool result = nested({OpcUa_FieldKind_Structure, &type}, 1, object);
+    m_at = m_end;
+    m_end = outerEnd;
+    if (result) {
+        value.Encoding = OpcUa_ExtensionObjectEncoding_EncodeableObject;
+        value.Body.EncodeableObject.Object = object;
+        value.Body.EncodeableObject.Type = &type;
+    } else if (m_status == OpcUa_BadDecodingError) {
+        m_status = OpcUa_Good;
+        m_memoryLeft = memoryBefore;
+    }
+    return result;
+}
+
+// -- structures -------------------------------------------------------------------------------------------
+
+bool Reader::structure(const OpcUa_EncodeableType& type, void* object)
+{
+    if (type.IsUnion || type.HasOptionalFields)
+        return prefixedStructure(type, object);
+    if (type.FieldCount == 0)
+        OpcUa_EncodeableObject_Initialize(&type, object);
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
+        if (field(type.Fields[i], object))
+            continue;
+        initializeFields(type, i, object);
+        OpcUa_EncodeableObject_Clear(&type, object);
+        return false;
+    }
+    return true;
+}
+
+bool Reader::prefixedStructure(const OpcUa_EncodeableType& type, void* object)
+{
+    OpcUa_EncodeableObject_Initialize(&type, object);
+    OpcUa_UInt32 prefix = 0;
+    if (!fixed(prefix))
+        return false;
+    const PresentFields present(type, prefix);
+    if (!present.isValid(type))
+        return fail(OpcUa_BadDecodingError);
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
+        if (!present.has(i) || field(type.Fields[i], object))
+            continue;
+        OpcUa_EncodeableObject_Clear(&type,
+                                     object); // the prefix is not set yet: a union has no member to free
+        return false;
+    }
+    memberAt<OpcUa_UInt32>(object, 0) = prefix;
+    return true;
+}
+
+bool Reader::field(const OpcUa_FieldDescriptor& descriptor, void* object)
+{
+    if (descriptor.IsArray || descriptor.IsPointer)
+        return indirectField(descriptor, object);
+    return element(ElementType::of(descriptor), elementAt(object, 1, descriptor.Offset));
+}
+
+bool Reader::indirectField(const OpcUa_FieldDescriptor& descriptor, void* object)
+{
+    const ElementType type = ElementType::of(descriptor);
+    OpcUa_Int32 count = 1;
+    void*& data = memberAt<void*>(object, descriptor.Offset);
+    data = nullptr;
+    if (descriptor.IsArray) {
+        memberAt<OpcUa_Int32>(object, descriptor.LengthOffset) = 0;
+        if (!arrayLength(type.minimum(), count) || count < 0)
+            return OpcUa_IsGood(m_status);
+    }
+    const auto size = static_cast<size_t>(count);
+    if (!(type.isStructure() ? nested(type, size, data) : elements(type, size, data)))
+        return false;
+    if (descriptor.IsArray)
+        memberAt<OpcUa_Int32>(object, descriptor.LengthOffset) = count;
+    return true;
+}
+
+} // namespace opcua

@@ -1,0 +1,238 @@
+// Life cycle of structures and of the extension objects that carry them.
+#include <stack/encoding/elements.h>
+
+#include <opcua/opcua_statuscodes.h>
+
+#include <cstring>
+
+namespace {
+
+using opcua::elementAt;
+using opcua::ElementType;
+using opcua::memberAt;
+using opcua::PresentFields;
+
+size_t countOf(const OpcUa_FieldDescriptor& field, const void* object)
+{
+    if (!field.IsArray)
+        return 1;
+    return static_cast<size_t>(std::max(memberAt<OpcUa_Int32>(object, field.LengthOffset), 0));
+}
+
+bool isIndirect(const OpcUa_FieldDescriptor& field)
+{
+    return field.IsArray || field.IsPointer;
+}
+
+void clearField(const OpcUa_FieldDescriptor& field, void* object)
+{
+    const ElementType type = ElementType::of(field);
+    if (isIndirect(field))
+        deleteElements(type, memberAt<void*>(object, field.Offset), countOf(field, object));
+    else if (!type.isFlat())
+        clearElements(type, elementAt(object, 1, field.Offset), 1);
+}
+
+OpcUa_StatusCode copyField(const OpcUa_FieldDescriptor& field, const void* source, void* destination)
+{
+    const ElementType type = ElementType::of(field);
+    if (!isIndirect(field))
+        return copyElements(type, elementAt(source, 1, field.Offset), elementAt(destination, 1, field.Offset),
+                            1);
+    OpcUa_StatusCode status = OpcUa_Good;
+    void* const copy =
+        cloneElements(type, memberAt<void*>(source, field.Offset), countOf(field, source), status);
+    memberAt<void*>(destination, field.Offset) = copy;
+    if (field.IsArray && copy != nullptr)
+        memberAt<OpcUa_Int32>(destination, field.LengthOffset) =
+            static_cast<OpcUa_Int32>(countOf(field, source));
+    return status;
+}
+
+int compareField(const OpcUa_FieldDescriptor& field, const void* left, const void* right)
+{
+    const ElementType type = ElementType::of(field);
+    if (!isIndirect(field))
+        return compareElements(type, elementAt(left, 1, field.Offset), elementAt(right, 1, field.Offset), 1);
+    const void* const a = memberAt<void*>(left, field.Offset);
+    const void* const b = memberAt<void*>(right, field.Offset);
+    if (a == nullptr || b == nullptr)
+        return opcua::order(a != nullptr, b != nullptr);
+    if (countOf(field, left) != countOf(field, right))
+        return opcua::order(countOf(field, left), countOf(field, right));
+    return compareElements(type, a, b, countOf(field, left));
+}
+
+void setPrefix(const OpcUa_EncodeableType& type, const void* source, void* destination)
+{
+    if (type.IsUnion || type.HasOptionalFields)
+        memberAt<OpcUa_UInt32>(destination, 0) = memberAt<OpcUa_UInt32>(source, 0);
+}
+
+} // namespace
+
+void opcua::initializeFields(const OpcUa_EncodeableType& type, OpcUa_UInt32 from, void* object)
+{
+    for (OpcUa_UInt32 i = from; i < type.FieldCount; ++i) {
+        const OpcUa_FieldDescriptor& field = type.Fields[i];
+        if (isIndirect(field))
+            memberAt<void*>(object, field.Offset) = nullptr;
+        else
+            initializeElements(ElementType::of(field), elementAt(object, 1, field.Offset), 1);
+        if (field.IsArray)
+            memberAt<OpcUa_Int32>(object, field.LengthOffset) = 0;
+    }
+}
+
+void OpcUa_EncodeableObject_Initialize(const OpcUa_EncodeableType* type, void* object)
+{
+    std::memset(object, 0, type->AllocationSize);
+    if (type->IsFlat || type->IsUnion)
+        return;
+    for (OpcUa_UInt32 i = 0; i < type->FieldCount; ++i) {
+        const OpcUa_FieldDescriptor& field = type->Fields[i];
+        const ElementType element = ElementType::of(field);
+        if (!isIndirect(field) && (element.isStructure() || !opcua::BuiltInLayouts[element.kind].nullIsZero))
+            initializeElements(element, elementAt(object, 1, field.Offset), 1);
+    }
+}
+
+void OpcUa_EncodeableObject_Clear(const OpcUa_EncodeableType* type, void* object)
+{
+    const PresentFields present(*type, object);
+    for (OpcUa_UInt32 i = 0; i < type->FieldCount && !type->IsFlat; ++i) {
+        // a field that a mask leaves out is initialised, or was set and has to be freed; members of a union
+        // overlap
+        if (!type->IsUnion || present.has(i))
+            clearField(type->Fields[i], object);
+    }
+    OpcUa_EncodeableObject_Initialize(type, object);
+}
+
+OpcUa_StatusCode OpcUa_EncodeableObject_Copy(const OpcUa_EncodeableType* type, const void* source,
+                                             void* destination)
+{
+    OpcUa_EncodeableObject_Initialize(type, destination);
+    const PresentFields present(*type, source);
+    for (OpcUa_UInt32 i = 0; i < type->FieldCount; ++i) {
+        if (!present.has(i))
+            continue;
+        if (type->IsUnion)
+            initializeElements(ElementType::of(type->Fields[i]),
+                               elementAt(destination, 1, type->Fields[i].Offset),
+                               isIndirect(type->Fields[i]) ? 0 : 1);
+        const OpcUa_StatusCode status = copyField(type->Fields[i], source, destination);
+        if (OpcUa_IsBad(status)) {
+            setPrefix(*type, source, destination);
+            OpcUa_EncodeableObject_Clear(type, destination);
+            return status;
+        }
+    }
+    setPrefix(*type, source, destination);
+    return OpcUa_Good;
+}
+
+int OpcUa_EncodeableObject_Compare(const OpcUa_EncodeableType* type, const void* left, const void* right)
+{
+    if (type->IsUnion || type->HasOptionalFields) {
+        const int result = opcua::order(memberAt<OpcUa_UInt32>(left, 0), memberAt<OpcUa_UInt32>(right, 0));
+        if (result != 0)
+            return result;
+    }
+    const PresentFields present(*type, left);
+    for (OpcUa_UInt32 i = 0; i < type->FieldCount; ++i) {
+        const int result = present.has(i) ? compareField(type->Fields[i], left, right) : 0;
+        if (result != 0)
+            return result;
+    }
+    return 0;
+}
+
+void* OpcUa_EncodeableObject_Create(const OpcUa_EncodeableType* type)
+{
+    void* const object = OpcUa_Memory_Alloc(type->AllocationSize);
+    if (object != nullptr)
+        OpcUa_EncodeableObject_Initialize(type, object);
+    return object;
+}
+
+void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type, void** object)
+{
+    if (object == nullptr || *object == nullptr)
+        return;
+    OpcUa_EncodeableObject_Clear(type, *object);
+    OpcUa_Memory_Free(*object);
+    *object = nullptr;
+}
+
+// -- extension objects ------------------------------------------------------------------------------------
+
+void OpcUa_ExtensionObject_Initialize(OpcUa_ExtensionObject* value)
+{
+    std::memset(value, 0, sizeof *value);
+    OpcUa_ExpandedNodeId_Initialize(&value->TypeId);
+}
+
+void OpcUa_ExtensionObject_Clear(OpcUa_ExtensionObject* value)
+{
+    OpcUa_ExpandedNodeId_Clear(&value->TypeId);
+    if (value->Encoding == OpcUa_ExtensionObjectEncoding_Binary)
+        OpcUa_ByteString_Clear(&value->Body.Binary);
+    else if (value->Encoding == OpcUa_ExtensionObjectEncoding_Xml)
+        OpcUa_ByteString_Clear(&value->Body.Xml);
+    else if (value->Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject)
+        OpcUa_EncodeableObject_Delete(value->Body.EncodeableObject.Type,
+                                      &value->Body.EncodeableObject.Object);
+    OpcUa_ExtensionObject_Initialize(value);
+}
+
+OpcUa_StatusCode OpcUa_ExtensionObject_Copy(const OpcUa_ExtensionObject* source,
+                                            OpcUa_ExtensionObject* destination)
+{
+    OpcUa_ExtensionObject_Initialize(destination);
+    OpcUa_StatusCode status = OpcUa_ExpandedNodeId_Copy(&source->TypeId, &destination->TypeId);
+    if (OpcUa_IsBad(status))
+        return status;
+    destination->Encoding = source->Encoding;
+    if (source->Encoding == OpcUa_ExtensionObjectEncoding_Binary ||
+        source->Encoding == OpcUa_ExtensionObjectEncoding_Xml) {
+        status = OpcUa_ByteString_Copy(&source->Body.Binary, &destination->Body.Binary);
+    } else if (source->Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject) {
+        const auto& body = source->Body.EncodeableObject;
+        destination->Body.EncodeableObject.Type = body.Type;
+        destination->Body.EncodeableObject.Object =
+            opcua::cloneElements({OpcUa_FieldKind_Structure, body.Type}, body.Object, 1, status);
+    }
+    if (OpcUa_IsBad(status))
+        OpcUa_ExtensionObject_Clear(destination);
+    return status;
+}
+
+int OpcUa_ExtensionObject_Compare(const OpcUa_ExtensionObject* left, const OpcUa_ExtensionObject* right)
+{
+    if (const int result = OpcUa_ExpandedNodeId_Compare(&left->TypeId, &right->TypeId); result != 0)
+        return result;
+    if (left->Encoding != right->Encoding)
+        return opcua::order(left->Encoding, right->Encoding);
+    if (left->Encoding == OpcUa_ExtensionObjectEncoding_None)
+        return 0;
+    if (left->Encoding != OpcUa_ExtensionObjectEncoding_EncodeableObject)
+        return OpcUa_ByteString_Compare(&left->Body.Binary, &right->Body.Binary);
+    const auto& a = left->Body.EncodeableObject;
+    const auto& b = right->Body.EncodeableObject;
+    if (a.Object == nullptr || b.Object == nullptr)
+        return opcua::order(a.Object != nullptr, b.Object != nullptr);
+    if (a.Type != b.Type)
+        return opcua::order(a.Type->TypeId, b.Type->TypeId);
+    return OpcUa_EncodeableObject_Compare(a.Type, a.Object, b.Object);
+}
+
+void OpcUa_ExtensionObject_AttachEncodeable(OpcUa_ExtensionObject* value, const OpcUa_EncodeableType* type,
+                                            void* object)
+{
+    OpcUa_ExtensionObject_Clear(value);
+    value->TypeId.NodeId.Identifier.Numeric = type->BinaryEncodingTypeId;
+    value->Encoding = OpcUa_ExtensionObjectEncoding_EncodeableObject;
+    value->Body.EncodeableObject.Object = object;
+    value->Body.EncodeableObject.Type = type;
+}

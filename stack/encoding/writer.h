@@ -1,0 +1,75 @@
+// Writer of the binary encoding, OPC 10000-6, 5.2, in one pass into a growing buffer.
+#pragma once
+
+#include <stack/encoding/elements.h>
+#include <stack/encoding/messagecodec.h>
+
+#include <opcua/opcua_statuscodes.h>
+
+#include <cstring>
+#include <vector>
+
+namespace opcua {
+
+// Appends to a buffer; throws std::bad_alloc. After the first failure nothing more is of use; take() leaves
+// the buffer as it was then.
+class Writer
+{
+public:
+    Writer(std::vector<OpcUa_Byte>& buffer, const EncodingLimits& limits);
+
+    void element(ElementType type, const void* source);
+    void structure(const OpcUa_EncodeableType& type, const void* object);
+    void numericNodeId(OpcUa_UInt32 id);
+    // Ends writing: the buffer holds what was written, or on failure what it held before.
+    [[nodiscard]] OpcUa_StatusCode finish();
+
+private:
+    template <class T>
+    void fixed(const T& value)
+    {
+        ensure(sizeof(T));
+        std::memcpy(m_buffer.data() + m_used, &value, sizeof(T));
+        m_used += sizeof(T);
+    }
+    void ensure(size_t bytes)
+    {
+        if (m_buffer.size() - m_used < bytes)
+            grow(bytes);
+    }
+    void grow(size_t bytes);
+    void bytes(const void* data, size_t size);
+    void fail(OpcUa_StatusCode status)
+    {
+        if (OpcUa_IsGood(m_status))
+            m_status = status;
+    }
+    [[nodiscard]] bool enter();
+    void leave() { --m_depth; }
+
+    template <class Text>
+    void text(const Text& value, OpcUa_UInt32 limit);
+    void string(const OpcUa_String& value) { text(value, m_limits.maxStringLength); }
+    void byteString(const OpcUa_ByteString& value) { text(value, m_limits.maxByteStringLength); }
+    void nodeId(const OpcUa_NodeId& value, OpcUa_Byte flags);
+    void expandedNodeId(const OpcUa_ExpandedNodeId& value);
+    void localizedText(const OpcUa_LocalizedText& value);
+    void variant(const OpcUa_Variant& value);
+    void variantArray(const OpcUa_Variant& value);
+    void extensionObject(const OpcUa_ExtensionObject& value);
+    void encodeableBody(const OpcUa_ExtensionObject& value);
+    void dataValue(const OpcUa_DataValue& value);
+    void diagnosticInfo(const OpcUa_DiagnosticInfo& value);
+    void field(const OpcUa_FieldDescriptor& descriptor, const void* object);
+    void indirectField(const OpcUa_FieldDescriptor& descriptor, const void* object);
+    void elements(ElementType type, const void* data, OpcUa_Int32 count);
+
+    std::vector<OpcUa_Byte>& m_buffer; // its size is the room that there is
+    const size_t m_start;
+    size_t m_used;
+    const EncodingLimits& m_limits;
+    OpcUa_UInt32 m_depth = 0;
+    OpcUa_StatusCode m_status = OpcUa_Good;
+};
+
+} // namespace opcua

@@ -1,0 +1,286 @@
+#include "fakestack.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace {
+
+void assign(OpcUa_String& target, const std::string& text)
+{
+    OpcUa_String_Clear(&target);
+    OpcUa_String_Assign(&target, text.c_str(), static_cast<OpcUa_Int32>(text.size()));
+}
+
+OpcUa_StatusCode answerCreateSession(const OpcUa_CreateSessionRequest& request, double timeout,
+                                     OpcUa_CreateSessionResponse& response)
+{
+    response.SessionId.Identifier.Numeric = 7;
+    response.AuthenticationToken.Identifier.Numeric = 77;
+    response.RevisedSessionTimeout = timeout;
+    response.ResponseHeader.Timestamp = OpcUa_DateTime_UtcNow();
+    response.ServerEndpoints = static_cast<OpcUa_EndpointDescription*>(
+        OpcUa_Memory_AllocArray(1, sizeof(OpcUa_EndpointDescription)));
+    response.NoOfServerEndpoints = 1;
+    OpcUa_EndpointDescription& endpoint = response.ServerEndpoints[0];
+    OpcUa_EncodeableObject_Initialize(&OpcUa_EndpointDescription_EncodeableType, &endpoint);
+    OpcUa_String_Copy(&request.EndpointUrl, &endpoint.EndpointUrl);
+    endpoint.SecurityMode = OpcUa_MessageSecurityMode_None;
+    assign(endpoint.SecurityPolicyUri, OpcUa_SecurityPolicy_None);
+    endpoint.UserIdentityTokens =
+        static_cast<OpcUa_UserTokenPolicy*>(OpcUa_Memory_AllocArray(1, sizeof(OpcUa_UserTokenPolicy)));
+    endpoint.NoOfUserIdentityTokens = 1;
+    OpcUa_EncodeableObject_Initialize(&OpcUa_UserTokenPolicy_EncodeableType, &endpoint.UserIdentityTokens[0]);
+    assign(endpoint.UserIdentityTokens[0].PolicyId, "anonymous");
+    return OpcUa_Good;
+}
+
+} // namespace
+
+FakeStack& FakeStack::instance()
+{
+    static FakeStack fake;
+    return fake;
+}
+
+void FakeStack::reset()
+{
+    std::lock_guard lock(m_mutex);
+    m_handlers.clear();
+    m_failures.clear();
+    m_journal.clear();
+    m_namespaces = {"http://opcfoundation.org/UA/", "urn:server"};
+    m_connectResult = OpcUa_Good;
+    m_connectHangs = false;
+    m_cancelRequested = false;
+    m_serverState = 0;
+    m_revisedSessionTimeout = 1200000.0;
+    ticks = 1;
+    installDefaults();
+}
+
+void FakeStack::installDefaults()
+{
+    m_handlers[&OpcUa_CreateSessionRequest_EncodeableType] = [this](const void* request, void* response) {
+        return answerCreateSession(*static_cast<const OpcUa_CreateSessionRequest*>(request),
+                                   m_revisedSessionTimeout,
+                                   *static_cast<OpcUa_CreateSessionResponse*>(response));
+    };
+    const Handler yes = [](const void*, void*) { return static_cast<OpcUa_StatusCode>(OpcUa_Good); };
+    m_handlers[&OpcUa_ActivateSessionRequest_EncodeableType] = yes;
+    m_handlers[&OpcUa_CloseSessionRequest_EncodeableType] = yes;
+    m_handlers[&OpcUa_ReadRequest_EncodeableType] = [this](const void* request, void* response) {
+        return answerRead(*static_cast<const OpcUa_ReadRequest*>(request),
+                          *static_cast<OpcUa_ReadResponse*>(response));
+    };
+}
+
+OpcUa_StatusCode FakeStack::answerRead(const OpcUa_ReadRequest& request, OpcUa_ReadResponse& response)
+{
+    const auto count = static_cast<size_t>(request.NoOfNodesToRead);
+    response.NoOfResults = request.NoOfNodesToRead;
+    response.Results = static_cast<OpcUa_DataValue*>(OpcUa_Memory_AllocArray(count, sizeof(OpcUa_DataValue)));
+    std::lock_guard lock(m_mutex);
+    for (size_t i = 0; i < count; ++i) {
+        OpcUa_DataValue_Initialize(&response.Results[i]);
+        OpcUa_Variant& value = response.Results[i].Value;
+        const OpcUa_UInt32 id = request.NodesToRead[i].NodeId.Identifier.Numeric;
+        if (id == OpcUaId_Server_NamespaceArray) {
+            value.Datatype = OpcUaType_String;
+            value.ArrayType = OpcUa_VariantArrayType_Array;
+            value.Value.Array.Length = static_cast<OpcUa_Int32>(m_namespaces.size());
+            auto* uris = static_cast<OpcUa_String*>(
+                OpcUa_Memory_AllocArray(m_namespaces.size(), sizeof(OpcUa_String)));
+            for (size_t n = 0; n < m_namespaces.size(); ++n) {
+                assign(uris[n], m_namespaces[n]);
+            }
+            value.Value.Array.Data = uris;
+        } else {
+            // any other node reads as its own number, which shows whether results keep their order
+            value.Datatype = OpcUaType_Int32;
+            value.Value.Int32 =
+                id == OpcUaId_Server_ServerStatus_State ? m_serverState : static_cast<OpcUa_Int32>(id);
+        }
+    }
+    return OpcUa_Good;
+}
+
+void FakeStack::on(const OpcUa_EncodeableType& requestType, Handler handler)
+{
+    std::lock_guard lock(m_mutex);
+    m_handlers[&requestType] = std::move(handler);
+}
+
+void FakeStack::failNext(const OpcUa_EncodeableType& requestType, std::vector<OpcUa_StatusCode> statuses)
+{
+    std::lock_guard lock(m_mutex);
+    m_failures[&requestType].assign(statuses.begin(), statuses.end());
+}
+
+void FakeStack::setConnectResult(OpcUa_StatusCode status)
+{
+    std::lock_guard lock(m_mutex);
+    m_connectResult = status;
+}
+
+void FakeStack::setConnectHangs(bool hangs)
+{
+    std::lock_guard lock(m_mutex);
+    m_connectHangs = hangs;
+}
+
+void FakeStack::setServerState(OpcUa_Int32 state)
+{
+    std::lock_guard lock(m_mutex);
+    m_serverState = state;
+}
+
+void FakeStack::setNamespaces(std::vector<std::string> uris)
+{
+    std::lock_guard lock(m_mutex);
+    m_namespaces = std::move(uris);
+}
+
+void FakeStack::setRevisedSessionTimeout(double milliseconds)
+{
+    m_revisedSessionTimeout = milliseconds;
+}
+
+int FakeStack::calls(const OpcUa_EncodeableType& requestType)
+{
+    std::lock_guard lock(m_mutex);
+    return static_cast<int>(std::count(m_journal.begin(), m_journal.end(), requestType.TypeName));
+}
+
+int FakeStack::connects()
+{
+    std::lock_guard lock(m_mutex);
+    return static_cast<int>(std::count(m_journal.begin(), m_journal.end(), "Connect"));
+}
+
+int FakeStack::disconnects()
+{
+    std::lock_guard lock(m_mutex);
+    return static_cast<int>(std::count(m_journal.begin(), m_journal.end(), "Disconnect"));
+}
+
+std::vector<std::string> FakeStack::journal()
+{
+    std::lock_guard lock(m_mutex);
+    return m_journal;
+}
+
+void FakeStack::loseLink()
+{
+    OpcUa_Channel_PfnEvent event = nullptr;
+    void* context = nullptr;
+    {
+        std::lock_guard lock(m_mutex);
+        event = m_event;
+        context = m_eventContext;
+    }
+    if (event) {
+        event(nullptr, OpcUa_Channel_Event_Disconnected, OpcUa_BadConnectionClosed, nullptr, context);
+    }
+}
+
+OpcUa_StatusCode FakeStack::connect(const OpcUa_ChannelConnectInfo& info, OpcUa_UInt32* revisedLifetime)
+{
+    std::unique_lock lock(m_mutex);
+    m_journal.emplace_back("Connect");
+    m_event = info.Callback;
+    m_eventContext = info.CallbackContext;
+    if (m_connectHangs) {
+        m_cancelled.wait_for(lock, std::chrono::seconds(30), [this] { return m_cancelRequested; });
+        m_cancelRequested = false;
+        return OpcUa_BadRequestCancelledByClient;
+    }
+    if (revisedLifetime) {
+        *revisedLifetime = info.RequestedLifetime;
+    }
+    return m_connectResult;
+}
+
+OpcUa_StatusCode FakeStack::disconnect()
+{
+    std::lock_guard lock(m_mutex);
+    m_journal.emplace_back("Disconnect");
+    return OpcUa_Good;
+}
+
+void FakeStack::cancelConnect()
+{
+    std::lock_guard lock(m_mutex);
+    m_cancelRequested = true;
+    m_cancelled.notify_all();
+}
+
+OpcUa_StatusCode FakeStack::invoke(const OpcUa_EncodeableType& requestType, const void* request,
+                                   void* response)
+{
+    Handler handler;
+    {
+        std::lock_guard lock(m_mutex);
+        m_journal.emplace_back(requestType.TypeName);
+        auto& failures = m_failures[&requestType];
+        if (!failures.empty()) {
+            const OpcUa_StatusCode status = failures.front();
+            failures.pop_front();
+            if (OpcUa_IsBad(status)) {
+                return status;
+            }
+        }
+        const auto found = m_handlers.find(&requestType);
+        if (found == m_handlers.end()) {
+            return OpcUa_BadServiceUnsupported;
+        }
+        handler = found->second;
+    }
+    return handler(request, response);
+}
+
+// ---- the functions that the dynamic linker finds here first
+// ---------------------------------------------------
+
+extern "C" {
+
+OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel)
+{
+    *channel = reinterpret_cast<OpcUa_Channel>(&FakeStack::instance());
+    return OpcUa_Good;
+}
+
+void OpcUa_Channel_Delete(OpcUa_Channel* channel)
+{
+    *channel = nullptr;
+}
+
+OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel, const OpcUa_ChannelConnectInfo* info,
+                                       OpcUa_UInt32* revisedLifetime)
+{
+    return FakeStack::instance().connect(*info, revisedLifetime);
+}
+
+OpcUa_StatusCode OpcUa_Channel_Disconnect(OpcUa_Channel)
+{
+    return FakeStack::instance().disconnect();
+}
+
+void OpcUa_Channel_CancelConnect(OpcUa_Channel)
+{
+    FakeStack::instance().cancelConnect();
+}
+
+OpcUa_StatusCode OpcUa_Channel_InvokeService(OpcUa_Channel, const OpcUa_EncodeableType* requestType,
+                                             const void* request, const OpcUa_EncodeableType* responseType,
+                                             void* response)
+{
+    OpcUa_EncodeableObject_Initialize(responseType, response);
+    return FakeStack::instance().invoke(*requestType, request, response);
+}
+
+OpcUa_UInt64 OpcUa_GetTickCount(void)
+{
+    return FakeStack::instance().ticks;
+}
+
+} // extern "C"

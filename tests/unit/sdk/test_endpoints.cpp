@@ -1,0 +1,115 @@
+// Endpoint URLs, the choice of an endpoint and certificate chains.
+#include <gtest/gtest.h>
+
+#include <opcua/opcua.h>
+#include <uaclientsdk/endpointselector.h>
+#include <uaclientsdk/endpointurl.h>
+#include <uaclientsdk/sessionsecurityinfo.h>
+#include <uaclientsdk/uadiscovery.h>
+
+namespace {
+
+using namespace UaClientSdk;
+
+TEST(EndpointUrl, PartsAndFaults)
+{
+    struct Case
+    {
+        const char* url;
+        const char* printed; // scheme|host|port|path, or empty when not valid
+    };
+    const Case cases[] = {
+        {"opc.tcp://host:4841/path/x", "opc.tcp|host|4841|/path/x"},
+        {"OPC.TCP://Host", "opc.tcp|Host|4840|"},
+        {"opc.tcp://[fe80::1%eth0]:48010", "opc.tcp|fe80::1%eth0|48010|"},
+        {"opc.tcp://[::1]/a:b", "opc.tcp|::1|4840|/a:b"},
+        {"https://h:443/", "https|h|443|/"},
+        {"opc.tcp://host:0", ""},
+        {"opc.tcp://host:65536", ""},
+        {"opc.tcp://host:48x", ""},
+        {"opc.tcp://host:", ""},
+        {"opc.tcp://[::1", ""},
+        {"opc.tcp:///path", ""},
+        {"://host", ""},
+        {"host:4840", ""},
+        {"", ""},
+    };
+    for (const Case& c : cases) {
+        const EndpointUrl url = parseEndpointUrl(c.url);
+        const std::string printed =
+            url.valid ? url.scheme + "|" + url.host + "|" + std::to_string(url.port) + "|" + url.path
+                      : std::string();
+        EXPECT_EQ(printed, c.printed) << c.url;
+    }
+    EXPECT_FALSE(parseEndpointUrl("opc.tcp://" + std::string(5000, 'a')).valid);
+}
+
+UaEndpointDescriptions endpointsOf(const std::vector<const char*>& urls)
+{
+    UaEndpointDescriptions endpoints(static_cast<OpcUa_UInt32>(urls.size()));
+    for (OpcUa_UInt32 i = 0; i < endpoints.length(); ++i) {
+        OpcUa_String_Assign(&endpoints[i].EndpointUrl, urls[i], -1);
+        OpcUa_String_Assign(&endpoints[i].SecurityPolicyUri, OpcUa_SecurityPolicy_None, -1);
+        endpoints[i].SecurityMode = OpcUa_MessageSecurityMode_None;
+    }
+    return endpoints;
+}
+
+TEST(EndpointSelector, PrefersTheUrlThenThePortThenTheScheme)
+{
+    const UaString policy(OpcUa_SecurityPolicy_None);
+    const UaString url("opc.tcp://box:4840");
+    const auto chosen = [&](UaEndpointDescriptions& endpoints) {
+        const auto* endpoint = selectEndpoint(endpoints, url, policy, OpcUa_MessageSecurityMode_None);
+        return endpoint ? static_cast<int>(endpoint - endpoints.rawData()) : -1;
+    };
+    auto exact = endpointsOf({"https://box:4840", "opc.tcp://other:4840", "OPC.TCP://BOX:4840/Path"});
+    EXPECT_EQ(chosen(exact), 2);
+    auto port = endpointsOf({"opc.tcp://box2:4841", "opc.tcp://10.0.0.1:4840"});
+    EXPECT_EQ(chosen(port), 1);
+    auto scheme = endpointsOf({"https://box:4840", "opc.tcp://box2:4841"});
+    EXPECT_EQ(chosen(scheme), 1);
+    auto none = endpointsOf({"https://box:4840", "nonsense", ""});
+    EXPECT_EQ(chosen(none), -1);
+    exact[2].SecurityMode = OpcUa_MessageSecurityMode_Sign;
+    EXPECT_EQ(chosen(exact), 1);
+}
+
+TEST(CertificateChain, IsCutAtItsLengthsAndRefusedWhenTheyLie)
+{
+    const auto split = [](std::string bytes, UaByteStringArray& out) {
+        const UaByteString chain(static_cast<OpcUa_Int32>(bytes.size()),
+                                 reinterpret_cast<const OpcUa_Byte*>(bytes.data()));
+        return SessionSecurityInfo::splitCertificateChain(chain, out).statusCode();
+    };
+    const OpcUa_StatusCode invalid = OpcUa_BadCertificateInvalid;
+    const std::string small("\x30\x02\x01\x02", 4);
+    const std::string large = std::string("\x30\x81\x80", 3) + std::string(0x80, 'x');
+    UaByteStringArray out;
+    ASSERT_EQ(split(small + large + small, out), static_cast<OpcUa_StatusCode>(OpcUa_Good));
+    ASSERT_EQ(out.length(), 3u);
+    EXPECT_EQ(out[1].Length, 0x83);
+    EXPECT_EQ(split("", out), invalid);
+    EXPECT_EQ(split(small + "x", out), invalid);
+    EXPECT_EQ(split(std::string("\x30\x84\xFF\xFF\xFF\xFF", 6), out), invalid);
+    EXPECT_EQ(split(std::string("\x30\x88\x00\x00\x00\x00\x00\x00\x00\x01x", 11), out), invalid);
+    std::string many;
+    for (int i = 0; i < 11; ++i) {
+        many += small;
+    }
+    EXPECT_EQ(split(many, out), invalid);
+    EXPECT_TRUE(out.isEmpty());
+}
+
+TEST(Discovery, UnknownSchemeNeverReachesTheNetwork)
+{
+    UaDiscovery discovery;
+    ServiceSettings settings;
+    UaEndpointDescriptions endpoints(3u);
+    EXPECT_EQ(discovery.getEndpoints(settings, UaString("ftp://host"), ClientSecurityInfo(), endpoints)
+                  .statusCode(),
+              0x80AB0000u);
+    EXPECT_TRUE(endpoints.isEmpty());
+}
+
+} // namespace

@@ -1,0 +1,18 @@
+#!/bin/bash
+# The checks that need no build. All of them run, so that one look shows every fault.
+. "$(dirname "$0")/common.sh"
+
+failed=()
+check() { # NAME COMMAND...
+    local name=$1
+    shift
+    if "$@"; then say "$name: ok"; else failed+=("$name"); fi
+}
+
+check "checks' own tests" python3 tools/check_test.py -q
+check format tools/dev/fmt.sh --check
+check layers python3 tools/check_layers.py
+check sizes python3 tools/check_sizes.py
+check wording python3 tools/check_wording.py
+check "generated files" python3 tools/gen/generate.py --check
+[ ${#failed[@]} -eq 0 ] || die "failed: $(printf '%s, ' "${failed[@]}" | sed 's/, $//')"

@@ -1,0 +1,72 @@
+#!/bin/bash
+# Everything that must hold; what ./test and the build server run. ./dev ci STAGE... runs some of it.
+. "$(dirname "$0")/common.sh"
+
+readonly STAGES="setup checks program sanitized threads"
+readonly LOGS=$ROOT/build/ci
+
+stage_setup() { tools/dev/setup.sh; }
+stage_checks() { tools/dev/checks.sh; }
+
+# Of the release build only the program: the tests run sanitized, and building them twice would show nothing
+# new. The program itself must be built, since the optimiser's warnings are errors as well, and is then started
+# the way the README says.
+stage_program() {
+    build release tavelin
+    tools/dev/run.sh --shot "$LOGS/main-window.png"
+}
+
+# All tests under AddressSanitizer, UndefinedBehaviorSanitizer and LeakSanitizer.
+stage_sanitized() {
+    build dev
+    run_tests dev
+}
+
+# ThreadSanitizer where threads of ours meet: the stack and the session layer.
+stage_threads() {
+    local targets
+    configure tsan
+    mapfile -t targets < <(ninja -C build/tsan -t targets all | sed -n 's/^\(test_\(stack\|sdk\)_[a-z0-9_]*\): phony$/\1/p')
+    [ ${#targets[@]} -gt 0 ] || die "there are no tests of the stack and the session layer"
+    build tsan "${targets[@]}"
+    run_tests tsan -R '^test_(stack|sdk)_' -L '^(unit|protocol)$'
+}
+
+run_tests() { # PRESET [CTEST OPTIONS]
+    local preset=$1
+    shift
+    ctest --preset "$preset" "$@" 2>&1 | tee "$LOGS/ctest-$preset.log"
+}
+
+# The runs' own closing lines: "98% tests passed, 1 tests failed out of 50".
+closing_line() {
+    compgen -G "$LOGS/ctest-*.log" >/dev/null || return 0
+    sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of \([0-9]*\)$/\1 \2/p' "$LOGS"/ctest-*.log |
+        awk '{ failed += $1; all += $2 } END { printf "%d passed, %d failed\n", all - failed, failed }'
+}
+
+main() {
+    local stage started selected=("$@") rc=0
+    [ $# -gt 0 ] || read -ra selected <<<"$STAGES"
+    rm -rf "$LOGS"
+    mkdir -p "$LOGS"
+    for stage in "${selected[@]}"; do
+        [[ " $STAGES " == *" $stage "* ]] || die "there is no stage '$stage'; stages: $STAGES"
+    done
+    for stage in "${selected[@]}"; do
+        say "$stage"
+        started=$SECONDS
+        # a shell of its own: "set -e" holds in it, which it would not within a condition
+        "$0" --one "$stage" || rc=$?
+        say "$stage: $((SECONDS - started)) s, status $rc"
+        ((rc == 0)) || break
+    done
+    closing_line
+    return $rc
+}
+
+case ${1:-} in
+    --list) echo "$STAGES" ;;
+    --one) "stage_$2" ;;
+    *) main "$@" ;;
+esac

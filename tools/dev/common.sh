@@ -1,0 +1,48 @@
+# Sourced by the scripts of ./dev: places, messages, the compiler cache.
+# shellcheck shell=bash
+set -euo pipefail
+
+ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+cd "$ROOT"
+
+say() { printf '== %s\n' "$*" >&2; }
+die() {
+    printf './dev: %s\n' "$*" >&2
+    exit 1
+}
+
+# The cache sees through precompiled headers, and a clone in another folder finds the same entries.
+export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$ROOT} CCACHE_NOHASHDIR=1
+
+is_preset() { [[ $1 =~ ^(release|dev|tsan)$ ]]; }
+
+# A compiler under sanitizers takes up to 1.2 GB: fewer jobs are faster than swapping.
+job_count() {
+    local cores available_kb jobs
+    cores=$(nproc)
+    available_kb=$(awk '/^MemAvailable:/ { print $2 }' /proc/meminfo)
+    jobs=$((available_kb / 1200000))
+    ((jobs < cores)) || jobs=$cores
+    ((jobs > 0)) || jobs=1
+    echo "$jobs"
+}
+
+configure() { # PRESET
+    [ -f "build/$1/build.ninja" ] || cmake --preset "$1" >&2
+}
+
+# Builds the targets, or everything.
+build() { # PRESET [TARGET...]
+    local preset=$1
+    shift
+    configure "$preset"
+    cmake --build "build/$preset" --parallel "${CMAKE_BUILD_PARALLEL_LEVEL:-$(job_count)}" ${1:+--target "$@"} >&2
+}
+
+sources() { # the C and C++ files that people write, tracked or new
+    git ls-files --cached --others --exclude-standard -- '*.cpp' '*.h' '*.c' |
+        while read -r file; do
+            case $file in */generated/*) ;; *) [ ! -f "$file" ] || echo "$file" ;; esac
+        done
+}

@@ -1,0 +1,3 @@
+#!/bin/bash
+# Replays the corpus of every fuzz target under AddressSanitizer and UndefinedBehaviorSanitizer.
+exec "$(dirname "$0")/test.sh" dev -L fuzz "$@"

@@ -1,0 +1,43 @@
+#!/bin/bash
+# ./dev lint [--all | FILE...]: the project's checks, then clang-tidy over what the branch changed.
+. "$(dirname "$0")/common.sh"
+
+base_commit() {
+    local ref
+    for ref in origin/main main; do
+        git merge-base HEAD "$ref" 2>/dev/null && return
+    done
+    git rev-parse HEAD
+}
+
+selected() { # the .cpp files to look at
+    case ${1:-} in
+        --all) sources ;;
+        "") sources | grep -Fxf <(git diff --name-only --diff-filter=d "$(base_commit)"; git ls-files --others --exclude-standard) ;;
+        *) printf '%s\n' "$@" ;;
+    esac | grep '\.cpp$'
+}
+
+# A tree of its own: clang can not read the precompiled headers and options that g++ leaves in the others.
+prepare_tree() {
+    [ -f build/lint/build.ninja ] || cmake --preset release -B build/lint -DTAVELIN_CCACHE=OFF >&2
+    local autogen
+    mapfile -t autogen < <(ninja -C build/lint -t targets all | sed -n 's/^\([a-z_]*_autogen\): phony$/\1/p')
+    [ ${#autogen[@]} -eq 0 ] || cmake --build build/lint --target "${autogen[@]}" >&2
+}
+
+known_to_build() { # only what the build compiles has options to check it with
+    grep -Fxf <(sed -n "s|^ *\"file\": \"$ROOT/\(.*\)\",\{0,1\}$|\1|p" build/lint/compile_commands.json)
+}
+
+tools/dev/setup.sh
+tools/dev/checks.sh
+prepare_tree
+mapfile -t files < <(selected "$@" | known_to_build)
+if [ ${#files[@]} -eq 0 ]; then
+    say "clang-tidy: no source of the build is selected"
+    exit 0
+fi
+say "clang-tidy over ${#files[@]} files"
+printf '%s\n' "${files[@]}" |
+    xargs -d '\n' -P "$(job_count)" -n 1 clang-tidy-14 --quiet --warnings-as-errors='*' -p build/lint

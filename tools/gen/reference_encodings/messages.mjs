@@ -1,0 +1,367 @@
+// The cases of messages.txt: whole service messages with every field set to something that a shifted read would show.
+
+import { EUInformation, ua } from "./types.mjs";
+
+const time = new Date("2020-01-01T00:00:00.000Z");
+const later = new Date("2020-01-01T00:00:01.234Z");
+const nonce = Buffer.from(Array.from({ length: 32 }, (_, i) => i));
+const certificate = Buffer.from(Array.from({ length: 64 }, (_, i) => (i * 7) & 0xff));
+const signature = Buffer.from(Array.from({ length: 24 }, (_, i) => 255 - i));
+const rsaSha256 = "http://www.w3.org/2001/04/xmldsig-more#rsa-sha256";
+const noSecurity = "http://opcfoundation.org/UA/SecurityPolicy#None";
+const binaryTransport = "http://opcfoundation.org/UA-Profile/Transport/uatcp-uasc-uabinary";
+const endpointUrl = "opc.tcp://127.0.0.1:4840/Tavelin/Demo";
+
+const authenticationToken = new ua.NodeId(ua.NodeIdType.BYTESTRING, Buffer.from("00112233445566778899aabbccddeeff", "hex"), 0);
+const node = (text) => ua.coerceNodeId(text);
+const variant = (dataType, value, more = {}) => new ua.Variant({ dataType: ua.DataType[dataType], value, ...more });
+const array = (dataType, value) => variant(dataType, value, { arrayType: ua.VariantArrayType.Array });
+
+function requestHeader(handle) {
+  return new ua.RequestHeader({
+    authenticationToken,
+    timestamp: time,
+    requestHandle: handle,
+    returnDiagnostics: 0x3ff,
+    auditEntryId: "audit",
+    timeoutHint: 10000,
+    additionalHeader: null,
+  });
+}
+
+function responseHeader(handle, more = {}) {
+  return new ua.ResponseHeader({
+    timestamp: later,
+    requestHandle: handle,
+    serviceResult: ua.StatusCodes.Good,
+    serviceDiagnostics: new ua.DiagnosticInfo({}),
+    stringTable: [],
+    additionalHeader: null,
+    ...more,
+  });
+}
+
+function application(name, applicationType) {
+  return {
+    applicationUri: `urn:korvanda:${name}`,
+    productUri: "urn:korvanda:product",
+    applicationName: { locale: "en", text: name },
+    applicationType,
+    gatewayServerUri: null,
+    discoveryProfileUri: null,
+    discoveryUrls: [endpointUrl, "opc.tcp://[::1]:4840"],
+  };
+}
+
+function endpoint() {
+  return {
+    endpointUrl,
+    server: application("server", ua.ApplicationType.Server),
+    serverCertificate: certificate,
+    securityMode: ua.MessageSecurityMode.None,
+    securityPolicyUri: noSecurity,
+    userIdentityTokens: [
+      { policyId: "anonymous", tokenType: ua.UserTokenType.Anonymous, issuedTokenType: null, issuerEndpointUrl: null, securityPolicyUri: null },
+      { policyId: "user", tokenType: ua.UserTokenType.UserName, issuedTokenType: "t", issuerEndpointUrl: "u", securityPolicyUri: noSecurity },
+    ],
+    transportProfileUri: binaryTransport,
+    securityLevel: 3,
+  };
+}
+
+function connecting() {
+  return [
+    [
+      "ordinary",
+      new ua.OpenSecureChannelRequest({
+        requestHeader: requestHeader(1),
+        clientProtocolVersion: 0,
+        requestType: ua.SecurityTokenRequestType.Renew,
+        securityMode: ua.MessageSecurityMode.SignAndEncrypt,
+        clientNonce: nonce,
+        requestedLifetime: 600000,
+      }),
+    ],
+    [
+      "ordinary",
+      new ua.OpenSecureChannelResponse({
+        responseHeader: responseHeader(1),
+        serverProtocolVersion: 0,
+        securityToken: { channelId: 77, tokenId: 3, createdAt: time, revisedLifetime: 300000 },
+        serverNonce: nonce,
+      }),
+    ],
+    [
+      "two-locales",
+      new ua.GetEndpointsRequest({ requestHeader: requestHeader(2), endpointUrl, localeIds: ["de", "en-US"], profileUris: [binaryTransport] }),
+    ],
+    ["one-endpoint", new ua.GetEndpointsResponse({ responseHeader: responseHeader(2), endpoints: [endpoint()] })],
+    [
+      "ordinary",
+      new ua.CreateSessionRequest({
+        requestHeader: requestHeader(3),
+        clientDescription: application("client", ua.ApplicationType.Client),
+        serverUri: null,
+        endpointUrl,
+        sessionName: "Sitzung Nr. 1 – Prüfstand",
+        clientNonce: nonce,
+        clientCertificate: certificate,
+        requestedSessionTimeout: 1200000,
+        maxResponseMessageSize: 16777216,
+      }),
+    ],
+    [
+      "ordinary",
+      new ua.CreateSessionResponse({
+        responseHeader: responseHeader(3),
+        sessionId: node("ns=1;g=72962B91-FA75-4AE6-8D28-B404DC7DAF63"),
+        authenticationToken,
+        revisedSessionTimeout: 60000.5,
+        serverNonce: nonce,
+        serverCertificate: certificate,
+        serverEndpoints: [endpoint()],
+        serverSoftwareCertificates: null,
+        serverSignature: { algorithm: rsaSha256, signature },
+        maxRequestMessageSize: 65536,
+      }),
+    ],
+    [
+      "user-name",
+      new ua.ActivateSessionRequest({
+        requestHeader: requestHeader(4),
+        clientSignature: { algorithm: rsaSha256, signature },
+        clientSoftwareCertificates: [],
+        localeIds: ["de-DE", "en"],
+        userIdentityToken: new ua.UserNameIdentityToken({
+          policyId: "user",
+          userName: "demo",
+          password: Buffer.from("demo"),
+          encryptionAlgorithm: null,
+        }),
+        userTokenSignature: { algorithm: null, signature: null },
+      }),
+    ],
+  ];
+}
+
+function reading() {
+  const values = [
+    new ua.DataValue({ value: variant("Double", 21.5), sourceTimestamp: time, serverTimestamp: later }),
+    new ua.DataValue({ value: array("String", ["a", "", null, "ü"]), sourceTimestamp: time }),
+    new ua.DataValue({ statusCode: ua.StatusCodes.BadNodeIdUnknown, serverTimestamp: later }),
+    new ua.DataValue({
+      value: new ua.Variant({
+        dataType: ua.DataType.Int16,
+        arrayType: ua.VariantArrayType.Matrix,
+        dimensions: [2, 2],
+        value: new Int16Array([1, -2, 3, -4]),
+      }),
+    }),
+    new ua.DataValue({
+      value: variant("ExtensionObject", new EUInformation({ namespaceUri: "urn:units", unitId: 4408652, displayName: "°C", description: "degree Celsius" })),
+    }),
+  ];
+  return [
+    [
+      "two-nodes",
+      new ua.ReadRequest({
+        requestHeader: requestHeader(5),
+        maxAge: 0.25,
+        timestampsToReturn: ua.TimestampsToReturn.Both,
+        nodesToRead: [
+          { nodeId: node("ns=2;s=Temperature"), attributeId: ua.AttributeIds.Value, indexRange: null, dataEncoding: { namespaceIndex: 0, name: "Default Binary" } },
+          { nodeId: node("i=2258"), attributeId: ua.AttributeIds.BrowseName },
+        ],
+      }),
+    ],
+    ["several-values", new ua.ReadResponse({ responseHeader: responseHeader(5), results: values, diagnosticInfos: null })],
+    [
+      "diagnostics",
+      new ua.ReadResponse({
+        responseHeader: responseHeader(6, {
+          serviceResult: ua.StatusCodes.BadTooManyOperations,
+          serviceDiagnostics: new ua.DiagnosticInfo({ symbolicId: 0, localizedText: 1, innerStatusCode: ua.StatusCodes.BadInternalError }),
+          stringTable: ["symbol", "text"],
+        }),
+        results: [],
+        diagnosticInfos: [],
+      }),
+    ],
+    [
+      "two-values",
+      new ua.WriteRequest({
+        requestHeader: requestHeader(7),
+        nodesToWrite: [
+          { nodeId: node("ns=2;s=Temperature"), attributeId: ua.AttributeIds.Value, indexRange: "1:2", value: { value: variant("Float", -6.5) } },
+          {
+            nodeId: node("ns=2;i=70000"),
+            attributeId: ua.AttributeIds.Value,
+            value: { value: array("Byte", [1, 2, 255]), statusCode: ua.StatusCodes.UncertainInitialValue, sourceTimestamp: time },
+          },
+        ],
+      }),
+    ],
+    [
+      "one-reference",
+      new ua.HistoryReadRequest({
+        requestHeader: requestHeader(8),
+        historyReadDetails: new ua.ReadRawModifiedDetails({ isReadModified: true, startTime: time, endTime: later, numValuesPerNode: 1000, returnBounds: true }),
+        timestampsToReturn: ua.TimestampsToReturn.Source,
+        releaseContinuationPoints: false,
+        nodesToRead: [{ nodeId: node("ns=2;s=History"), continuationPoint: Buffer.from("0102", "hex") }],
+      }),
+    ],
+  ];
+}
+
+function browsing() {
+  const reference = {
+    referenceTypeId: node("i=35"),
+    isForward: true,
+    nodeId: ua.coerceExpandedNodeId("ns=2;s=Temperature"),
+    browseName: { namespaceIndex: 2, name: "Temperature" },
+    displayName: { locale: "de", text: "Temperatur" },
+    nodeClass: ua.NodeClass.Variable,
+    typeDefinition: ua.coerceExpandedNodeId("i=63"),
+  };
+  return [
+    [
+      "one-node",
+      new ua.BrowseRequest({
+        requestHeader: requestHeader(9),
+        view: { viewId: node("i=0"), timestamp: null, viewVersion: 0 },
+        requestedMaxReferencesPerNode: 500,
+        nodesToBrowse: [
+          { nodeId: node("i=85"), browseDirection: ua.BrowseDirection.Both, referenceTypeId: node("i=33"), includeSubtypes: true, nodeClassMask: 0xff, resultMask: 0x3f },
+        ],
+      }),
+    ],
+    [
+      "continued",
+      new ua.BrowseResponse({
+        responseHeader: responseHeader(9),
+        results: [
+          { statusCode: ua.StatusCodes.Good, continuationPoint: Buffer.from("cafe", "hex"), references: [reference, { ...reference, isForward: false }] },
+          { statusCode: ua.StatusCodes.BadNodeIdUnknown, continuationPoint: null, references: [] },
+        ],
+        diagnosticInfos: [],
+      }),
+    ],
+    [
+      "one-path",
+      new ua.TranslateBrowsePathsToNodeIdsRequest({
+        requestHeader: requestHeader(10),
+        browsePaths: [
+          {
+            startingNode: node("i=84"),
+            relativePath: {
+              elements: [
+                { referenceTypeId: node("i=33"), isInverse: false, includeSubtypes: true, targetName: { namespaceIndex: 0, name: "Objects" } },
+                { referenceTypeId: node("i=47"), isInverse: true, includeSubtypes: false, targetName: { namespaceIndex: 2, name: "Demo" } },
+              ],
+            },
+          },
+        ],
+      }),
+    ],
+    [
+      "two-arguments",
+      new ua.CallRequest({
+        requestHeader: requestHeader(11),
+        methodsToCall: [{ objectId: node("ns=2;s=Methods"), methodId: node("ns=2;s=Methods.Add"), inputArguments: [variant("Double", 1.25), variant("Double", -1)] }],
+      }),
+    ],
+  ];
+}
+
+function eventFilter() {
+  const operand = (name) =>
+    new ua.SimpleAttributeOperand({ typeDefinitionId: node("i=2041"), browsePath: [{ namespaceIndex: 0, name }], attributeId: ua.AttributeIds.Value });
+  const literal = (value) => new ua.LiteralOperand({ value });
+  return new ua.EventFilter({
+    selectClauses: [operand("EventId"), operand("Time"), operand("Severity")],
+    whereClause: {
+      elements: [
+        { filterOperator: ua.FilterOperator.And, filterOperands: [new ua.ElementOperand({ index: 1 }), new ua.ElementOperand({ index: 2 })] },
+        { filterOperator: ua.FilterOperator.OfType, filterOperands: [literal(variant("NodeId", node("i=2041")))] },
+        { filterOperator: ua.FilterOperator.GreaterThanOrEqual, filterOperands: [operand("Severity"), literal(variant("UInt16", 500))] },
+      ],
+    },
+  });
+}
+
+function subscribing() {
+  const item = (nodeId, attributeId, filter, handle) => ({
+    itemToMonitor: { nodeId: node(nodeId), attributeId },
+    monitoringMode: ua.MonitoringMode.Reporting,
+    requestedParameters: { clientHandle: handle, samplingInterval: 250, filter, queueSize: 10, discardOldest: true },
+  });
+  const deadband = new ua.DataChangeFilter({ trigger: ua.DataChangeTrigger.StatusValueTimestamp, deadbandType: 2, deadbandValue: 1.5 });
+  const dataChange = new ua.DataChangeNotification({
+    monitoredItems: [
+      { clientHandle: 1, value: { value: variant("Boolean", true), sourceTimestamp: time, serverTimestamp: later } },
+      { clientHandle: 2, value: { statusCode: ua.StatusCodes.BadSensorFailure } },
+    ],
+    diagnosticInfos: [],
+  });
+  const events = new ua.EventNotificationList({
+    events: [
+      {
+        clientHandle: 9,
+        eventFields: [variant("ByteString", Buffer.from("0a0b", "hex")), variant("DateTime", time), variant("UInt16", 700), new ua.Variant({})],
+      },
+    ],
+  });
+  return [
+    [
+      "data-and-events",
+      new ua.CreateMonitoredItemsRequest({
+        requestHeader: requestHeader(12),
+        subscriptionId: 42,
+        timestampsToReturn: ua.TimestampsToReturn.Both,
+        itemsToCreate: [
+          item("ns=2;s=Sine", ua.AttributeIds.Value, deadband, 1),
+          item("ns=2;s=Ramp", ua.AttributeIds.Value, null, 2),
+          item("i=2253", ua.AttributeIds.EventNotifier, eventFilter(), 9),
+        ],
+      }),
+    ],
+    [
+      "data-and-events",
+      new ua.PublishResponse({
+        responseHeader: responseHeader(13),
+        subscriptionId: 42,
+        availableSequenceNumbers: [6, 7],
+        moreNotifications: true,
+        notificationMessage: { sequenceNumber: 7, publishTime: later, notificationData: [dataChange, events] },
+        results: [ua.StatusCodes.Good, ua.StatusCodes.BadSequenceNumberUnknown],
+        diagnosticInfos: [],
+      }),
+    ],
+    [
+      "keep-alive",
+      new ua.PublishResponse({
+        responseHeader: responseHeader(14),
+        subscriptionId: 42,
+        notificationMessage: { sequenceNumber: 8, publishTime: later, notificationData: [] },
+      }),
+    ],
+    [
+      "status-change",
+      new ua.PublishResponse({
+        responseHeader: responseHeader(15),
+        subscriptionId: 42,
+        notificationMessage: {
+          sequenceNumber: 9,
+          publishTime: later,
+          notificationData: [new ua.StatusChangeNotification({ status: ua.StatusCodes.BadTimeout })],
+        },
+      }),
+    ],
+  ];
+}
+
+export function messageCases() {
+  const fault = ["bad-session", new ua.ServiceFault({ responseHeader: responseHeader(16, { serviceResult: ua.StatusCodes.BadSessionIdInvalid }) })];
+  return [...connecting(), ...reading(), ...browsing(), ...subscribing(), fault].map(([name, message]) => ({ name, message }));
+}

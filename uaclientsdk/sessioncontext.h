@@ -1,0 +1,71 @@
+// The state of a session that its collaborators share.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <opcua/opcua_channel.h>
+#include <uabase/uaarrays.h>
+#include <uabase/uanodeid.h>
+#include <uaclientsdk/servicesettings.h>
+#include <uaclientsdk/sessionconnectinfo.h>
+#include <uaclientsdk/sessionmutex.h>
+#include <uaclientsdk/sessionsecurityinfo.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+namespace UaClientSdk {
+
+// Every field is guarded by mutex unless it says otherwise. The mutex is never held across a call into the
+// stack or a callback.
+struct SessionContext
+{
+    SessionContext();
+    ~SessionContext();
+    SessionContext(const SessionContext&) = delete;
+    SessionContext& operator=(const SessionContext&) = delete;
+
+    mutable SessionMutex mutex;
+    std::condition_variable_any wakeUp; // ends the session thread's waits early
+
+    // Lives as long as the session and is connected again and again, so that a service call that runs while
+    // the link is replaced never meets a freed handle. Immutable.
+    OpcUa_Channel channel = nullptr;
+    const OpcUa_UInt32 traceId; // tells sessions apart in the trace. Immutable.
+
+    UaString url;
+    SessionConnectInfo connectInfo;
+    SessionSecurityInfo securityInfo;
+    UaStringArray localeIds; // what CreateSession and ActivateSession send
+    UaSessionCallback* callback = nullptr;
+
+    bool connectRequested = false;
+    bool channelConnected = false;
+    bool sessionCreated = false; // the server knows sessionId
+    bool activatedOnce = false;
+    UaClient::ServerStatus serverStatus = UaClient::Disconnected;
+    OpcUa_ServerState serverState = OpcUa_ServerState_Unknown;
+
+    UaString currentEndpointUrl;
+    UaNodeId sessionId;
+    UaNodeId authenticationToken;
+    UaByteString serverNonce;
+    UaByteString serverCertificate;
+    UaEndpointDescriptions endpoints; // as CreateSession returned them
+    UaStringArray namespaceTable;
+    double revisedSessionTimeout = 0.0;
+    OpcUa_UInt32 revisedChannelLifetime = 0;
+    OpcUa_UInt32 nextRequestHandle = 1;
+
+    // Set by channel events on the stack's thread: the link is gone, check at once. Not guarded.
+    std::atomic<bool> linkLost{false};
+
+    [[nodiscard]] OpcUa_UInt32 connectionId() const { return connectInfo.clientConnectionId; }
+    // Fills an initialised header; the caller clears it.
+    void fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header);
+    void setWatchdogTimeLocked(OpcUa_UInt32 milliseconds);
+
+    // Callbacks, made without the mutex.
+    void notifyStatus(UaClient::ServerStatus status) const;
+    bool reportConnectError(UaClient::ConnectServiceType step, const UaStatus& error, bool clientSide) const;
+};
+
+} // namespace UaClientSdk

@@ -1,0 +1,179 @@
+#include <uaclientsdk/uadiscovery.h>
+
+#include <opcua/opcua_clientapi.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/uatrace.h>
+#include <uaclientsdk/endpointurl.h>
+#include <uaclientsdk/stackcall.h>
+#include <uaclientsdk/uadiscovery_p.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+constexpr OpcUa_UInt32 channelLifetime = 3600000; // far longer than any discovery call lasts
+
+OpcUa_StatusCode ignoreChannelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode status, void*,
+                                    void*)
+{
+    // nobody can be asked about a certificate here: what the lists do not trust stays refused
+    return event == OpcUa_Channel_Event_VerifyCertificate ? status
+                                                          : static_cast<OpcUa_StatusCode>(OpcUa_Good);
+}
+
+// One discovery service from connect to disconnect. fill(request) sets the service's own fields,
+// take(response) takes the results.
+template <class Request, class Response, class Fill, class Take>
+UaStatus discover(const char* method, const char* stackName,
+                  OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
+                  const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType,
+                  ServiceSettings& settings, const UaString& url, const ClientSecurityInfo& security,
+                  const Fill& fill, const Take& take)
+{
+    UaTrace::tInOut("--> UaDiscovery::%s", method);
+    UaDiscoveryPrivate discovery;
+    UaStatus status = discovery.connect(url, security, settings.callTimeout, settings.auditEntryId);
+    if (status.isBad()) {
+        UaTrace::tError("<-- UaDiscovery::%s [ret=0x%lx] - connect to server failed", method,
+                        static_cast<unsigned long>(status.statusCode()));
+        return status;
+    }
+    Encodeable<Request> request(requestType);
+    Encodeable<Response> response(responseType);
+    UaDiscoveryPrivate::fillRequestHeader(settings, request->RequestHeader);
+    settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
+    url.copyTo(&request->EndpointUrl);
+    fill(*request);
+    status = UaStatus(callStack(stackName, function, discovery.channel(), *request, *response));
+    settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
+    if (!status.isBad()) {
+        take(*response);
+    }
+    discovery.disconnect();
+    UaTrace::tInOut("<-- UaDiscovery::%s [ret=0x%lx]", method,
+                    static_cast<unsigned long>(status.statusCode()));
+    return status;
+}
+
+} // namespace
+
+UaDiscoveryPrivate::~UaDiscoveryPrivate()
+{
+    if (m_channel) {
+        disconnect();
+    }
+}
+
+UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityInfo& security,
+                                     OpcUa_UInt32 timeout, const UaString& reserved)
+{
+    if (m_channel) {
+        UaTrace::tError("<-- UaDiscovery::connect [ret=OpcUa_BadInternalError] - Server already connected");
+        return UaStatus(OpcUa_BadInternalError);
+    }
+    const char* profile = transportProfileOf(url.view());
+    if (!profile) {
+        return UaStatus(OpcUa_BadInvalidArgument);
+    }
+    OpcUa_StatusCode status = OpcUa_Channel_Create(&m_channel);
+    if (OpcUa_IsBad(status)) {
+        m_channel = nullptr;
+        return UaStatus(status);
+    }
+    const PkiFolders& folders = isHttpsUrl(url.view()) ? security.httpsPki() : security.pki();
+    const OpcUa_PkiConfiguration pki{
+        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
+        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
+    OpcUa_ChannelConnectInfo info{};
+    info.Url = url.toUtf8();
+    info.TransportProfileUri = profile;
+    info.Callback = ignoreChannelEvent;
+    info.ClientCertificate = security.clientCertificate.get();
+    info.ClientPrivateKey = security.clientPrivateKey.get();
+    info.PkiConfiguration = &pki;
+    info.SecurityPolicyUri = OpcUa_SecurityPolicy_None;
+    info.RequestedLifetime = channelLifetime;
+    info.SecurityMode = OpcUa_MessageSecurityMode_None;
+    info.Reserved = reserved.toUtf8();
+    info.ConnectTimeout = timeout;
+    UaTrace::tIfCall("CALL OpcUa_Channel_Connect");
+    status = OpcUa_Channel_Connect(m_channel, &info, nullptr);
+    UaTrace::tIfCall("DONE OpcUa_Channel_Connect [ret=0x%lx]", static_cast<unsigned long>(status));
+    if (OpcUa_IsBad(status)) {
+        OpcUa_Channel_Delete(&m_channel);
+    }
+    return UaStatus(status);
+}
+
+UaStatus UaDiscoveryPrivate::disconnect()
+{
+    if (!m_channel) {
+        UaTrace::tError("<-- UaDiscovery::disconnect [hr=OpcUa_BadInernalError] - Server not connected");
+        return UaStatus(OpcUa_BadInternalError);
+    }
+    const OpcUa_StatusCode status = OpcUa_Channel_Disconnect(m_channel);
+    OpcUa_Channel_Delete(&m_channel);
+    return UaStatus(status);
+}
+
+void UaDiscoveryPrivate::fillRequestHeader(const ServiceSettings& settings, OpcUa_RequestHeader& header)
+{
+    header.Timestamp = OpcUa_DateTime_UtcNow();
+    header.TimeoutHint = settings.callTimeout;
+    header.ReturnDiagnostics = settings.returnDiagnostics;
+    header.RequestHandle = settings.requestHandle;
+    if (!settings.auditEntryId.isEmpty()) {
+        settings.auditEntryId.copyTo(&header.AuditEntryId);
+    }
+}
+
+UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& discoveryUrl,
+                                  const ClientSecurityInfo& security, UaApplicationDescriptions& servers)
+{
+    UaTrace::tInOut("--> UaDiscovery::findServers simplified");
+    return findServers(settings, discoveryUrl, security, UaStringArray(), UaStringArray(), servers);
+}
+
+UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& discoveryUrl,
+                                  const ClientSecurityInfo& security, const UaStringArray& localeIds,
+                                  const UaStringArray& serverUris, UaApplicationDescriptions& servers)
+{
+    servers.clear();
+    return discover(
+        "findServers", "FindServers", OpcUa_ClientApi_FindServers, OpcUa_FindServersRequest_EncodeableType,
+        OpcUa_FindServersResponse_EncodeableType, settings, discoveryUrl, security,
+        [&](OpcUa_FindServersRequest& request) {
+            localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
+            serverUris.copyTo(&request.NoOfServerUris, &request.ServerUris);
+        },
+        [&](OpcUa_FindServersResponse& response) {
+            servers.attachFrom(&response.NoOfServers, &response.Servers);
+        });
+}
+
+UaStatus UaDiscovery::getEndpoints(ServiceSettings& settings, const UaString& discoveryUrl,
+                                   const ClientSecurityInfo& security, UaEndpointDescriptions& endpoints)
+{
+    UaTrace::tInOut("--> UaDiscovery::getEndpoints simplified");
+    return getEndpoints(settings, discoveryUrl, security, UaStringArray(), UaStringArray(), endpoints);
+}
+
+UaStatus UaDiscovery::getEndpoints(ServiceSettings& settings, const UaString& discoveryUrl,
+                                   const ClientSecurityInfo& security, const UaStringArray& localeIds,
+                                   const UaStringArray& profileUris, UaEndpointDescriptions& endpoints)
+{
+    endpoints.clear();
+    return discover(
+        "getEndpoints", "GetEndpoints", OpcUa_ClientApi_GetEndpoints,
+        OpcUa_GetEndpointsRequest_EncodeableType, OpcUa_GetEndpointsResponse_EncodeableType, settings,
+        discoveryUrl, security,
+        [&](OpcUa_GetEndpointsRequest& request) {
+            localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
+            profileUris.copyTo(&request.NoOfProfileUris, &request.ProfileUris);
+        },
+        [&](OpcUa_GetEndpointsResponse& response) {
+            endpoints.attachFrom(&response.NoOfEndpoints, &response.Endpoints);
+        });
+}
+
+} // namespace UaClientSdk

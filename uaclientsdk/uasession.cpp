@@ -1,0 +1,191 @@
+#include <uaclientsdk/uasession.h>
+
+#include <uabase/uatrace.h>
+#include <uaclientsdk/endpointurl.h>
+#include <uaclientsdk/uasession_p.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+// One field of the session's state, read or written under its mutex.
+template <class T>
+T guarded(const SessionContext& context, T SessionContext::*field)
+{
+    SessionLock lock(context.mutex);
+    return context.*field;
+}
+
+template <class T>
+T guardedInfo(const SessionContext& context, T SessionConnectInfo::*field)
+{
+    SessionLock lock(context.mutex);
+    return context.connectInfo.*field;
+}
+
+OpcUa_ProxyStubConfiguration stackLimits()
+{
+    OpcUa_ProxyStubConfiguration limits{};
+    OpcUa_ProxyStub_GetConfiguration(&limits);
+    return limits;
+}
+
+} // namespace
+
+UaSession::UaSession() : d(UaRefPtr<UaSessionPrivate>::adopt(new UaSessionPrivate(*this))) {}
+
+UaSession::~UaSession()
+{
+    if (isConnected()) {
+        disconnect(ServiceSettings(), true);
+    }
+}
+
+UaStatus UaSession::connect(const UaString& url, const SessionConnectInfo& connectInfo,
+                            const SessionSecurityInfo& securityInfo, UaSessionCallback* callback)
+{
+    UaTrace::tInOut("--> UaSession::connect url=%s", url.toUtf8());
+    const UaStatus result = d->connect(url, connectInfo, securityInfo, callback);
+    UaTrace::tInOut("<-- UaSession::connect [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
+    return result;
+}
+
+UaStatus UaSession::disconnect(const ServiceSettings& settings, bool deleteSubscriptions)
+{
+    UaTrace::tInOut("--> UaSession::disconnect");
+    const UaStatus result = d->disconnect(settings, deleteSubscriptions);
+    UaTrace::tInOut("<-- UaSession::disconnect [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
+    return result;
+}
+
+bool UaSession::isConnected() const
+{
+    return guarded(d->context, &SessionContext::connectRequested);
+}
+
+UaClient::ServerStatus UaSession::serverStatus() const
+{
+    return guarded(d->context, &SessionContext::serverStatus);
+}
+
+OpcUa_ServerState UaSession::serverState() const
+{
+    return guarded(d->context, &SessionContext::serverState);
+}
+
+UaString UaSession::currentlyUsedEndpointUrl() const
+{
+    return guarded(d->context, &SessionContext::currentEndpointUrl);
+}
+
+UaNodeId UaSession::sessionId() const
+{
+    return guarded(d->context, &SessionContext::sessionId);
+}
+
+UaByteString UaSession::serverCertificate() const
+{
+    return guarded(d->context, &SessionContext::serverCertificate);
+}
+
+OpcUa_UInt32 UaSession::connectTimeout() const
+{
+    return guardedInfo(d->context, &SessionConnectInfo::connectTimeout);
+}
+
+void UaSession::setConnectTimeout(OpcUa_UInt32 milliseconds)
+{
+    SessionLock lock(d->context.mutex);
+    d->context.connectInfo.connectTimeout = milliseconds;
+}
+
+OpcUa_UInt32 UaSession::maxOperationsPerServiceCall() const
+{
+    return guardedInfo(d->context, &SessionConnectInfo::maxOperationsPerServiceCall);
+}
+
+void UaSession::setMaxOperationsPerServiceCall(OpcUa_UInt32 count)
+{
+    const OpcUa_UInt32 most = maxArrayLength();
+    SessionLock lock(d->context.mutex);
+    d->context.connectInfo.maxOperationsPerServiceCall = count == 0 || count > most ? most : count;
+}
+
+OpcUa_UInt32 UaSession::watchdogTime() const
+{
+    return guardedInfo(d->context, &SessionConnectInfo::watchdogTime);
+}
+
+void UaSession::setWatchdogTime(OpcUa_UInt32 milliseconds)
+{
+    SessionLock lock(d->context.mutex);
+    d->context.setWatchdogTimeLocked(milliseconds);
+}
+
+OpcUa_UInt32 UaSession::watchdogTimeout() const
+{
+    return guardedInfo(d->context, &SessionConnectInfo::watchdogTimeout);
+}
+
+void UaSession::setWatchdogTimeout(OpcUa_UInt32 milliseconds)
+{
+    SessionLock lock(d->context.mutex);
+    d->context.connectInfo.watchdogTimeout = milliseconds;
+}
+
+OpcUa_UInt32 UaSession::revisedSecureChannelLifetime() const
+{
+    return guarded(d->context, &SessionContext::revisedChannelLifetime);
+}
+
+double UaSession::revisedSessionTimeout() const
+{
+    return guarded(d->context, &SessionContext::revisedSessionTimeout);
+}
+
+OpcUa_UInt32 UaSession::maxArrayLength() const
+{
+    return stackLimits().MaxArrayLength;
+}
+
+OpcUa_UInt32 UaSession::maxStringLength() const
+{
+    return stackLimits().MaxStringLength;
+}
+
+OpcUa_UInt32 UaSession::maxByteStringLength() const
+{
+    return stackLimits().MaxByteStringLength;
+}
+
+UaStringArray UaSession::getNamespaceTable() const
+{
+    return guarded(d->context, &SessionContext::namespaceTable);
+}
+
+UaStatus UaSession::updateNamespaceTable()
+{
+    return d->updateNamespaceTable();
+}
+
+UaStatus UaSession::loadDataTypeDictionaries()
+{
+    return d->loadDefinitions();
+}
+
+void UaSession::clearDataTypeDictionaries()
+{
+    d->definitions.clear();
+}
+
+UaString UaSession::getHostFromUrl(const UaString& url)
+{
+    return UaString(std::string_view(parseEndpointUrl(url.view()).host));
+}
+
+OpcUa_UInt16 UaSession::getPortFromUrl(const UaString& url)
+{
+    return parseEndpointUrl(url.view()).port;
+}
+
+} // namespace UaClientSdk

@@ -1,0 +1,283 @@
+#include <uaclientsdk/uasession_p.h>
+
+#include <chrono>
+
+#include <opcua/opcua_attributes.h>
+#include <opcua/opcua_identifiers.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/uatrace.h>
+#include <uabase/uavariant.h>
+#include <uaclientsdk/uasession.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+constexpr unsigned int pollInterval = 100; // ms
+
+UaStringArray joinLocaleIds(const SessionConnectInfo& info)
+{
+    UaStringArray result;
+    result.append(*info.localeId.get());
+    result.append(info.additionalLocaleIds.length(), info.additionalLocaleIds.rawData());
+    return result;
+}
+
+} // namespace
+
+UaSessionPrivate::UaSessionPrivate(UaSession& session)
+    : definitions(session), m_session(session), m_connector(context), m_activator(context)
+{
+}
+
+UaSessionPrivate::~UaSessionPrivate()
+{
+    endThread();
+}
+
+UaStatus UaSessionPrivate::connect(const UaString& url, const SessionConnectInfo& connectInfo,
+                                   const SessionSecurityInfo& securityInfo, UaSessionCallback* callback)
+{
+    {
+        SessionLock lock(context.mutex);
+        if (context.connectRequested) {
+            UaTrace::tError("<-- UaSession::connect [ret=OpcUa_BadInternalError] - Server already connected");
+            return UaStatus(OpcUa_BadInternalError);
+        }
+    }
+    endThread(); // one that ended by itself is still to be joined
+    m_connector.disconnectChannel();
+    SessionSecurityInfo security = securityInfo;
+    const UaStatus certificate = checkServerCertificate(security);
+    if (certificate.isBad()) {
+        return certificate;
+    }
+    takeOver(url, connectInfo, security, callback);
+    const UaStatus opened = openSession();
+    if (opened.isBad() && !connectInfo.retryInitialConnect) {
+        m_connector.disconnectChannel();
+        return opened;
+    }
+    const bool good = opened.isGood();
+    if (!good) {
+        m_connector.disconnectChannel();
+    }
+    const auto status = good ? UaClient::Connected : UaClient::ConnectionErrorApiReconnect;
+    {
+        SessionLock lock(context.mutex);
+        context.connectRequested = true;
+        context.serverStatus = status;
+        context.serverState = good ? OpcUa_ServerState_Running : OpcUa_ServerState_Unknown;
+    }
+    if (good) {
+        afterConnect();
+    }
+    context.notifyStatus(status);
+    if (!start()) {
+        UaTrace::tError("Error: UaSession::connect - can not start the session thread");
+        ServiceSettings settings;
+        disconnect(settings, true);
+        return UaStatus(OpcUa_BadResourceUnavailable);
+    }
+    return good ? UaStatus() : UaStatus(OpcUa_GoodCompletesAsynchronously);
+}
+
+UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security) const
+{
+    if (!security.isSecured() || security.serverCertificate.isEmpty()) {
+        return UaStatus();
+    }
+    UaByteStringArray chain;
+    const UaStatus split = SessionSecurityInfo::splitCertificateChain(security.serverCertificate, chain);
+    if (split.isBad()) {
+        UaTrace::tError("Split server certificate chain failed with error '%s'", split.toString().toUtf8());
+    } else {
+        security.serverCertificate = UaByteString(chain[0]);
+    }
+    return UaStatus();
+}
+
+void UaSessionPrivate::takeOver(const UaString& url, const SessionConnectInfo& connectInfo,
+                                const SessionSecurityInfo& securityInfo, UaSessionCallback* callback)
+{
+    OpcUa_ProxyStubConfiguration limits{};
+    OpcUa_ProxyStub_GetConfiguration(&limits);
+    SessionLock lock(context.mutex);
+    context.url = url;
+    context.connectInfo = connectInfo;
+    OpcUa_UInt32& operations = context.connectInfo.maxOperationsPerServiceCall;
+    if (operations == 0 || operations > limits.MaxArrayLength) {
+        operations = limits.MaxArrayLength;
+    }
+    context.securityInfo = securityInfo;
+    context.localeIds = joinLocaleIds(connectInfo);
+    context.callback = callback;
+    context.sessionCreated = false;
+    context.activatedOnce = false;
+    context.namespaceTable.clear();
+    context.revisedSessionTimeout = 0.0;
+}
+
+UaStatus UaSessionPrivate::openSession()
+{
+    UaStatus status = m_connector.connectChannel();
+    if (status.isBad()) {
+        return status;
+    }
+    status = m_activator.createSession();
+    if (status.isGood()) {
+        status = m_activator.activateSession();
+    }
+    if (status.isBad()) {
+        ServiceSettings settings;
+        settings.callTimeout = context.connectInfo.connectTimeout;
+        m_activator.closeSession(settings, true);
+    }
+    return status;
+}
+
+void UaSessionPrivate::afterConnect()
+{
+    updateNamespaceTable();
+    if (dictionaryModeIs(
+            [](auto mode) { return mode == UaClient::Connect || mode == UaClient::Reconnect; })) {
+        loadDefinitions();
+    }
+}
+
+void UaSessionPrivate::afterReconnect()
+{
+    updateNamespaceTable();
+    if (dictionaryModeIs([](auto mode) { return mode == UaClient::Reconnect; })) {
+        loadDefinitions();
+    }
+}
+
+bool UaSessionPrivate::dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryMode)) const
+{
+    SessionLock lock(context.mutex);
+    return wanted(context.connectInfo.typeDictionaryMode);
+}
+
+void UaSessionPrivate::loadDefinitionsOnFirstUse()
+{
+    if (!definitions.isLoaded() && dictionaryModeIs([](auto mode) { return mode != UaClient::Manual; })) {
+        loadDefinitions();
+    }
+}
+
+UaStatus UaSessionPrivate::loadDefinitions()
+{
+    ServiceSettings settings;
+    {
+        SessionLock lock(context.mutex);
+        settings.callTimeout = context.connectInfo.internalServiceCallTimeout;
+    }
+    return definitions.load(settings);
+}
+
+UaStatus UaSessionPrivate::updateNamespaceTable()
+{
+    ServiceSettings settings;
+    {
+        SessionLock lock(context.mutex);
+        settings.callTimeout = context.connectInfo.internalServiceCallTimeout;
+    }
+    UaReadValueIds nodes(1u);
+    nodes[0].NodeId.Identifier.Numeric = OpcUaId_Server_NamespaceArray;
+    nodes[0].AttributeId = OpcUa_Attributes_Value;
+    UaDataValues values;
+    UaDiagnosticInfos diagnostics;
+    UaStatus status =
+        m_session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, nodes, values, diagnostics);
+    if (status.isGood()) {
+        status = UaStatus(values[0].StatusCode);
+    }
+    UaStringArray table;
+    if (status.isGood() && !UaVariant(values[0].Value).toStringArray(table)) {
+        status = UaStatus(OpcUa_BadTypeMismatch);
+    }
+    if (status.isBad()) {
+        UaTrace::tError("Error: UaSession - reading the namespace table failed [status=0x%x]",
+                        status.statusCode());
+        return status;
+    }
+    SessionLock lock(context.mutex);
+    context.namespaceTable = std::move(table);
+    return status;
+}
+
+void UaSessionPrivate::endThread()
+{
+    if (isCurrentThread()) {
+        return; // the thread ends by itself, nobody can wait for himself
+    }
+    UaTrace::tInOut("UaSession::disconnect wait for Session thread termination");
+    while (!wait(pollInterval)) {
+        UaTrace::tInOut("UaSession::disconnect Session thread still running");
+        // a connect that is under way would keep us waiting for its whole timeout
+        bool reconnecting = false;
+        {
+            SessionLock lock(context.mutex);
+            reconnecting = !context.channelConnected;
+        }
+        if (reconnecting) {
+            OpcUa_Channel_CancelConnect(context.channel);
+        }
+    }
+    UaTrace::tInOut("UaSession::disconnect Session thread not longer running");
+}
+
+UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool deleteSubscriptions)
+{
+    bool connected = false;
+    {
+        SessionLock lock(context.mutex);
+        if (!context.connectRequested) {
+            UaTrace::tError("<-- UaSession::disconnect [ret=OpcUa_BadInernalError] - Server not connected");
+            return UaStatus(OpcUa_BadInternalError);
+        }
+        context.connectRequested = false;
+    }
+    context.wakeUp.notify_all();
+    endThread();
+    {
+        SessionLock lock(context.mutex);
+        connected = context.serverStatus == UaClient::Connected;
+    }
+    UaStatus result;
+    if (connected) {
+        result = m_activator.closeSession(settings, deleteSubscriptions);
+        definitions.clear();
+    } else {
+        UaTrace::tError("Error: UaSession::disconnect - connection error - can not call "
+                        "OpcUa_ClientApi_CloseSession");
+    }
+    {
+        SessionLock lock(context.mutex);
+        context.serverStatus = UaClient::Disconnected;
+        context.serverState = OpcUa_ServerState_Unknown;
+        context.sessionCreated = false;
+        context.activatedOnce = false;
+    }
+    m_connector.disconnectChannel();
+    context.notifyStatus(UaClient::Disconnected);
+    return result;
+}
+
+void UaSessionPrivate::run()
+{
+    UaTrace::tInOut("--> UaSession::run [Session=%u]", context.traceId);
+    try {
+        ConnectionMonitor monitor(context, *this);
+        while (monitor.step()) {
+        }
+    } catch (const std::exception& error) {
+        // an application's callback failed; the session must not take the process down with it
+        UaTrace::tError("Error: UaSession - the session thread ended with '%s' [Session=%u]", error.what(),
+                        context.traceId);
+    }
+    UaTrace::tInOut("<-- UaSession::run [Session=%u]", context.traceId);
+}
+
+} // namespace UaClientSdk

@@ -1,0 +1,49 @@
+// The inside of a session: its collaborators and its thread.
+#pragma once
+
+#include <uabase/uarefcounter.h>
+#include <uabase/uathread.h>
+#include <uaclientsdk/channelconnector.h>
+#include <uaclientsdk/connectionmonitor.h>
+#include <uaclientsdk/datatypedefinitions.h>
+#include <uaclientsdk/sessionactivator.h>
+#include <uaclientsdk/sessioncontext.h>
+
+namespace UaClientSdk {
+
+class UaSession;
+
+class UaSessionPrivate : public UaRefCounter, public UaThread, private SessionHousekeeping
+{
+public:
+    explicit UaSessionPrivate(UaSession& session);
+    ~UaSessionPrivate() override;
+
+    UaStatus connect(const UaString& url, const SessionConnectInfo& connectInfo,
+                     const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
+    UaStatus disconnect(const ServiceSettings& settings, bool deleteSubscriptions);
+    UaStatus updateNamespaceTable();
+    // Loads the definitions when nothing is loaded and the mode lets a look-up do it.
+    void loadDefinitionsOnFirstUse();
+    UaStatus loadDefinitions();
+
+    SessionContext context;
+    DataTypeDefinitions definitions;
+
+private:
+    void run() override;
+    void afterConnect() override;
+    void afterReconnect() override;
+    void takeOver(const UaString& url, const SessionConnectInfo& connectInfo,
+                  const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
+    UaStatus openSession();
+    UaStatus checkServerCertificate(SessionSecurityInfo& security) const;
+    void endThread();
+    [[nodiscard]] bool dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryMode)) const;
+
+    UaSession& m_session;
+    ChannelConnector m_connector;
+    SessionActivator m_activator;
+};
+
+} // namespace UaClientSdk
