@@ -6,14 +6,14 @@
 #include <app/api/qlumsessionservices.h>
 #include <plugins/addressspace/qlumaddressspacenode.h>
 
-#include <functional>
+#include <list>
 
 class QComboBox;
-class QlumBrowseProgress;
+class QTimer;
 
-/// The address space below one node of a server as a lazily browsed tree. Browsing blocks the GUI thread
-/// under a wait cursor; a long one shows its progress and can be cancelled. The root row is hidden until it
-/// has children.
+/// The address space below one node of a server as a lazily browsed tree. Each service call blocks the GUI
+/// thread under a wait cursor; a node that needs many calls is browsed in slices between which the event loop
+/// runs, shows its progress and can be cancelled. The root row is hidden until it has children.
 class QlumAddressSpaceModel : public QAbstractItemModel, public QlumAddressSpaceModelInterface
 {
     Q_OBJECT
@@ -99,6 +99,6 @@ private:
     std::unique_ptr<QlumAddressSpaceNode> m_root;
     unsigned int m_serverId;
     int m_highlightedNamespace = -1;
-    bool m_browsing = false;                   // progress runs events; no second browse may start then
-    std::vector<UaNodeId> m_deferredRefreshes; // model changes that came while browsing
+    std::list<Task> m_tasks;
+    QTimer* m_timer; // runs the next slice of the tasks
 };

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QTimer>
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 
 #include <unordered_set>
