@@ -42,7 +42,10 @@ async function start(args) {
   const log = resolve(take(args, "log", `${info}.log`));
   rmSync(info, { force: true });
   const output = openSync(log, "w");
-  const child = spawn(process.execPath, [main, "--info", info, ...args], { detached: true, stdio: ["ignore", output, output] });
+  const child = spawn(process.execPath, [main, "--info", info, ...args], {
+    detached: true,
+    stdio: ["ignore", output, output],
+  });
   closeSync(output);
   let ended = false;
   child.on("exit", () => (ended = true));

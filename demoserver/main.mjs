@@ -25,7 +25,13 @@ function readArguments() {
   const port = Number(values.port);
   if (!Number.isInteger(port) || port < 0 || port > 65535) throw new Error(`no port number: ${values.port}`);
   if (!["yes", "no"].includes(values["accept-all"])) throw new Error("--accept-all takes yes or no");
-  return { port, host: values.host, info: values.info, pki: resolve(values.pki), acceptAll: values["accept-all"] === "yes" };
+  return {
+    port,
+    host: values.host,
+    info: values.info,
+    pki: resolve(values.pki),
+    acceptAll: values["accept-all"] === "yes",
+  };
 }
 
 function parseOrExit() {

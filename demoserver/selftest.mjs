@@ -1,7 +1,7 @@
 // Starts the demo server and checks over the wire that every subject is there and works. Exits with 1 when anything fails.
 
 import { strict as assert } from "node:assert";
-import { mkdtempSync, rmSync } from "node:fs";
+import { mkdtempSync, readFileSync, readdirSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 
@@ -14,14 +14,22 @@ import { namespaces, ua } from "./lib/ua.mjs";
 const { AttributeIds, DataType, StatusCodes } = ua;
 const folder = mkdtempSync(join(tmpdir(), "tavelin-selftest-"));
 
-async function connect(endpointUrl, security = {}, identity = undefined) {
-  const client = ua.OPCUAClient.create({
+function makeClient(security = {}) {
+  const rootFolder = join(folder, "client");
+  return ua.OPCUAClient.create({
     applicationName: "selftest",
-    clientCertificateManager: new ua.OPCUACertificateManager({ rootFolder: join(folder, "client"), automaticallyAcceptUnknownCertificate: true }),
+    clientCertificateManager: new ua.OPCUACertificateManager({
+      rootFolder,
+      automaticallyAcceptUnknownCertificate: true,
+    }),
     connectionStrategy: { maxRetry: 0 },
     endpointMustExist: false,
     ...security,
   });
+}
+
+async function connect(endpointUrl, security = {}, identity = undefined) {
+  const client = makeClient(security);
   await client.connect(endpointUrl);
   return { client, session: await client.createSession(identity) };
 }
@@ -45,7 +53,14 @@ async function rewrite(session, nodeId, value = undefined) {
 
 /** All forward hierarchical children, by as many BrowseNext as it takes. */
 async function children(session, nodeId, pageSize = 0) {
-  const description = { nodeId, browseDirection: 0, referenceTypeId: "i=33", includeSubtypes: true, nodeClassMask: 0, resultMask: 63 };
+  const description = {
+    nodeId,
+    browseDirection: 0,
+    referenceTypeId: "i=33",
+    includeSubtypes: true,
+    nodeClassMask: 0,
+    resultMask: 63,
+  };
   session.requestedMaxReferencesPerNode = pageSize;
   let result = await session.browse(description);
   const references = [...result.references];
@@ -58,27 +73,39 @@ async function children(session, nodeId, pageSize = 0) {
   return { references, pages };
 }
 
-/** Gathers data change or event notifications until there are `count`. */
-async function collect(session, itemToMonitor, filter, count) {
-  const subscription = await session.createSubscription2({ requestedPublishingInterval: 100, requestedMaxKeepAliveCount: 10, requestedLifetimeCount: 100, publishingEnabled: true });
+/**
+ * Subscribes, does `start` with the subscription, and gathers notifications until `enough(seen)` holds.
+ * @param item what to monitor: node id, attribute and filter
+ */
+async function collect(session, { filter = null, ...itemToMonitor }, enough, start = async () => {}) {
+  const subscription = await session.createSubscription2({
+    requestedPublishingInterval: 100,
+    requestedMaxKeepAliveCount: 10,
+    requestedLifetimeCount: 100,
+    publishingEnabled: true,
+  });
   const parameters = { samplingInterval: 100, queueSize: 100, discardOldest: true, filter };
   const item = await subscription.monitor(itemToMonitor, parameters, ua.TimestampsToReturn.Both);
   const seen = [];
   try {
-    return await new Promise((resolve, reject) => {
-      const limit = setTimeout(() => reject(new Error(`only ${seen.length} notifications of ${itemToMonitor.nodeId}`)), 10_000);
+    const done = new Promise((resolve, reject) => {
+      const tooFew = () => reject(new Error(`only ${seen.length} notifications of ${itemToMonitor.nodeId}`));
+      const limit = setTimeout(tooFew, 10_000);
       item.on("changed", (value) => {
         seen.push(value);
-        if (seen.length < count) return;
+        if (!enough(seen)) return;
         clearTimeout(limit);
         resolve(seen);
       });
     });
+    await start(subscription);
+    return await done;
   } finally {
     await subscription.terminate();
   }
 }
 
+const serverEvents = (filter) => ({ nodeId: "i=2253", attributeId: AttributeIds.EventNotifier, filter });
 const demo = (id) => `ns=2;s=${id}`;
 const structured = (id) => `ns=3;s=Structure.${id}`;
 
@@ -92,7 +119,15 @@ async function everyTypeReadsAndWrites({ session }) {
     await rewrite(session, demo(`Scalar.${type}`), scalar(DataType[type], other));
     for (const kind of ["Array", "EmptyArray", "Matrix", "Cube"]) await rewrite(session, demo(`${kind}.${type}`));
   }
-  for (const id of ["Scalar.Enumeration", "Scalar.Variant", "Array.Variant", "Array.Large", "Text.VeryLong", "Text.Scripts", "Text.BigBytes"]) {
+  for (const id of [
+    "Scalar.Enumeration",
+    "Scalar.Variant",
+    "Array.Variant",
+    "Array.Large",
+    "Text.VeryLong",
+    "Text.Scripts",
+    "Text.BigBytes",
+  ]) {
     await rewrite(session, demo(id));
   }
   const empty = await read(session, demo("EmptyArray.Int32"));
@@ -125,8 +160,21 @@ async function structuresDecode({ session }) {
   assert.equal((await value("Track")).points.length, 2);
   assert.equal((await value("EveryType")).stringField, "fünf");
   assert.equal((await value("PointArray")).length, 3);
-  assert.equal((await read(session, "ns=3;i=3018", AttributeIds.DataTypeDefinition)).statusCode, StatusCodes.BadAttributeIdInvalid);
-  for (const id of ["Point", "Segment", "SampleBare", "MeasurementNumber", "Tree", "EveryType", "PointArray", "Mode", "DeviceFlags"]) {
+  assert.equal(
+    (await read(session, "ns=3;i=3018", AttributeIds.DataTypeDefinition)).statusCode,
+    StatusCodes.BadAttributeIdInvalid,
+  );
+  for (const id of [
+    "Point",
+    "Segment",
+    "SampleBare",
+    "MeasurementNumber",
+    "Tree",
+    "EveryType",
+    "PointArray",
+    "Mode",
+    "DeviceFlags",
+  ]) {
     await rewrite(session, structured(id));
   }
   for (const id of [3001, 3002, 3003, 3010, 3011, 3013, 3014, 3016, 3017]) {
@@ -154,11 +202,15 @@ async function dictionaryDescribes({ session }) {
 }
 
 async function methodsAnswer({ session }) {
-  const call = (name, inputArguments = []) => session.call({ objectId: demo("Methods"), methodId: demo(`Methods.${name}`), inputArguments });
+  const call = (name, inputArguments = []) =>
+    session.call({ objectId: demo("Methods"), methodId: demo(`Methods.${name}`), inputArguments });
   const double = (value) => ({ dataType: DataType.Double, value });
   assert.equal((await call("Add", [double(1.5), double(2.25)])).outputArguments[0].value, 3.75);
   assert.equal((await call("Nothing")).statusCode, StatusCodes.Good);
-  assert.equal((await call("Fail", [{ dataType: DataType.String, value: "x" }])).statusCode, StatusCodes.BadInvalidState);
+  assert.equal(
+    (await call("Fail", [{ dataType: DataType.String, value: "x" }])).statusCode,
+    StatusCodes.BadInvalidState,
+  );
   assert.equal((await call("NotExecutable")).statusCode, StatusCodes.BadNotExecutable);
   assert.equal((await call("Add", [double(1)])).statusCode, StatusCodes.BadArgumentsMissing);
   const points = (await read(session, structured("PointArray"))).value;
@@ -170,7 +222,11 @@ async function methodsAnswer({ session }) {
 
 async function valuesChange({ session }) {
   for (const id of ["Dynamic.Sine", "Dynamic.Toggle", "Dynamic.Array", "Fast.000", "Fast.099"]) {
-    const seen = await collect(session, { nodeId: demo(id), attributeId: AttributeIds.Value }, null, 3);
+    const seen = await collect(
+      session,
+      { nodeId: demo(id), attributeId: AttributeIds.Value },
+      (all) => all.length >= 3,
+    );
     assert.notEqual(seen[1].value.toString(), seen[2].value.toString(), id);
   }
   const range = (await children(session, demo("DataAccess.Temperature"))).references.map((r) => r.browseName.name);
@@ -180,7 +236,9 @@ async function valuesChange({ session }) {
 async function historyReachesBack({ session }) {
   const end = new Date();
   for (const id of ["History.Sine", "History.Steps", "History.Switch", "History.Gaps"]) {
-    const result = await session.readHistoryValue(demo(id), new Date(end.getTime() - 3_500_000), end, { numValuesPerNode: 5000 });
+    const result = await session.readHistoryValue(demo(id), new Date(end.getTime() - 3_500_000), end, {
+      numValuesPerNode: 5000,
+    });
     assert.equal(result.statusCode, StatusCodes.Good, id);
     assert.ok(result.historyData.dataValues.length > 3400, `${id}: ${result.historyData.dataValues.length}`);
   }
@@ -188,7 +246,7 @@ async function historyReachesBack({ session }) {
 
 async function eventsFire({ session }) {
   const filter = ua.constructEventFilter(["Message", "Severity", "SourceName"]);
-  const seen = await collect(session, { nodeId: "i=2253", attributeId: AttributeIds.EventNotifier }, filter, 2);
+  const seen = await collect(session, serverEvents(filter), (all) => all.length >= 2);
   assert.ok(seen[0][0].value.text.length > 0);
 }
 
@@ -198,7 +256,8 @@ async function alarmsAcknowledge({ session }) {
   assert.equal(await put("Plant.Automatic", DataType.Boolean, false), StatusCodes.Good);
   await put("Plant.Level", DataType.Double, 50);
   await put("Plant.Level", DataType.Double, 95);
-  const find = async (path) => (await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.LevelAlarm"), path))).targets[0].targetId;
+  const find = async (path) =>
+    (await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.LevelAlarm"), path))).targets[0].targetId;
   const active = await read(session, await find("/ActiveState/Id"));
   assert.equal(active.value.value, true);
   const eventId = (await read(session, await find("/EventId"))).value.value;
@@ -208,8 +267,22 @@ async function alarmsAcknowledge({ session }) {
   assert.equal(await session.confirmCondition(alarm, second, "done"), StatusCodes.Good);
   assert.equal((await read(session, await find("/AckedState/Id"))).value.value, true);
   await put("Plant.DoorOpen", DataType.Boolean, true);
-  const door = (await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.DoorAlarm"), "/ActiveState/Id"))).targets[0].targetId;
+  const door = (await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.DoorAlarm"), "/ActiveState/Id")))
+    .targets[0].targetId;
   assert.equal((await read(session, door)).value.value, true);
+}
+
+/** A client that comes late asks for the conditions that still matter. */
+async function conditionsRefresh({ session }) {
+  for (const heat of [50, 95]) await write(session, demo("Plant.Heat"), scalar(DataType.Double, heat));
+  const filter = ua.constructEventFilter(["ConditionName", "Retain"], [ua.ofType("ConditionType")]);
+  const retained = (seen) => new Set(seen.filter(([, retain]) => retain.value).map(([name]) => name.value));
+  const bothTold = (seen) => ["HeatAlarm", "DoorAlarm"].every((name) => retained(seen).has(name));
+  await collect(session, serverEvents(filter), bothTold, async ({ subscriptionId }) => {
+    const inputArguments = [{ dataType: DataType.UInt32, value: subscriptionId }];
+    const result = await session.call({ objectId: "i=2782", methodId: "i=3875", inputArguments });
+    assert.equal(result.statusCode, StatusCodes.Good);
+  });
 }
 
 async function shapesAreThere({ session }) {
@@ -231,20 +304,29 @@ async function shapesAreThere({ session }) {
 /** Nodes come and go, and the server says so in events. */
 async function modelChangesAreTold({ session }) {
   const filter = ua.constructEventFilter(["Changes"], [ua.ofType("GeneralModelChangeEventType")]);
-  const events = collect(session, { nodeId: "i=2253", attributeId: AttributeIds.EventNotifier }, filter, 2);
-  const change = (name) => session.call({ objectId: demo("Methods"), methodId: demo(`Methods.${name}`), inputArguments: [] });
-  const count = async () => (await children(session, demo("Growing"))).references.filter((r) => r.browseName.name.startsWith("Child")).length;
-  assert.equal((await change("Grow")).statusCode, StatusCodes.Good);
-  assert.equal(await count(), 1);
-  assert.equal((await change("Shrink")).statusCode, StatusCodes.Good);
-  assert.equal(await count(), 0);
-  assert.equal((await change("Shrink")).statusCode, StatusCodes.BadInvalidState);
-  const timer = setInterval(() => change("Grow"), 200);
-  try {
-    assert.ok((await events)[0][0].value.length > 0);
-  } finally {
-    clearInterval(timer);
-  }
+  const change = async (name) => {
+    const result = await session.call({
+      objectId: demo("Methods"),
+      methodId: demo(`Methods.${name}`),
+      inputArguments: [],
+    });
+    return result.statusCode;
+  };
+  const isChild = ({ browseName }) => browseName.name.startsWith("Child");
+  const count = async () => (await children(session, demo("Growing"))).references.filter(isChild).length;
+  const events = await collect(
+    session,
+    serverEvents(filter),
+    (seen) => seen.length >= 2,
+    async () => {
+      assert.equal(await change("Grow"), StatusCodes.Good);
+      assert.equal(await count(), 1);
+      assert.equal(await change("Shrink"), StatusCodes.Good);
+      assert.equal(await count(), 0);
+      assert.equal(await change("Shrink"), StatusCodes.BadInvalidState);
+    },
+  );
+  assert.ok(events[0][0].value.length > 0);
 }
 
 async function iconsArePictures({ session }) {
@@ -278,12 +360,32 @@ async function everyDoorOpens(_, endpointUrl) {
       await client.disconnect();
     }
   }
-  const client = ua.OPCUAClient.create({ endpointMustExist: false, connectionStrategy: { maxRetry: 0 } });
+  const client = makeClient();
   await client.connect(endpointUrl);
-  await assert.rejects(client.createSession({ ...user, password: "wrong" }), /BadIdentityTokenRejected|BadUserAccessDenied/);
-  const tokens = new Set((await client.getEndpoints()).flatMap((e) => e.userIdentityTokens.map((t) => UserTokenType[t.tokenType])));
+  await assert.rejects(
+    client.createSession({ ...user, password: "wrong" }),
+    /BadIdentityTokenRejected|BadUserAccessDenied/,
+  );
+  const own = { certificateData: client.getCertificate(), privateKey: readFileSync(client.privateKeyFile, "utf8") };
+  const session = await client.createSession({ type: UserTokenType.Certificate, ...own });
+  assert.equal((await read(session, demo("Scalar.Int32"))).statusCode, StatusCodes.Good);
+  await session.close();
+  const tokens = new Set(
+    (await client.getEndpoints()).flatMap((e) => e.userIdentityTokens.map((t) => UserTokenType[t.tokenType])),
+  );
   assert.deepEqual([...tokens].sort(), ["Anonymous", "Certificate", "UserName"]);
   await client.disconnect();
+}
+
+/** With --accept-all no, a client that nobody trusts stays outside. */
+async function strangersStayOutside() {
+  const strict = await startServer({ host: "127.0.0.1", port: 0, pki: join(folder, "strict"), acceptAll: false });
+  const { MessageSecurityMode, SecurityPolicy } = ua;
+  const client = makeClient({ securityMode: MessageSecurityMode.Sign, securityPolicy: SecurityPolicy.Basic256Sha256 });
+  await assert.rejects(client.connect(strict.endpointUrl));
+  await client.disconnect();
+  assert.equal(readdirSync(join(folder, "strict", "server", "rejected")).length, 1);
+  await strict.stop();
 }
 
 const checks = [
@@ -297,11 +399,13 @@ const checks = [
   historyReachesBack,
   eventsFire,
   alarmsAcknowledge,
+  conditionsRefresh,
   shapesAreThere,
   modelChangesAreTold,
   iconsArePictures,
   serverTellsOfItself,
   everyDoorOpens,
+  strangersStayOutside,
 ];
 
 const server = await startServer({ host: "127.0.0.1", port: 0, pki: join(folder, "pki"), acceptAll: true });

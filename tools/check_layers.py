@@ -28,6 +28,7 @@ PARTS = {
     "servers": "servers",
     "app": "tavelin_app",
 }
+PUBLIC = ("stack/include", "stack/generated/include")
 EVERYTHING_BELOW = ("tavelin_app", "tavelin")
 
 # Headers from outside -> folders that may include them.
@@ -99,7 +100,7 @@ def part_of(path):
 def resolve(root, path, name, quoted):
     """The project's file that an include line names, or None."""
     places = [Path(path).parent] if quoted else []
-    for place in places + [Path("."), Path("stack/include")]:
+    for place in places + [Path("."), *map(Path, PUBLIC)]:
         candidate = (root / place / name).resolve()
         if candidate.is_file() and candidate.is_relative_to(root):
             return candidate.relative_to(root)
@@ -125,10 +126,10 @@ def inside_fault(layers, path, target):
     part, other = part_of(path), part_of(target)
     if other is None:
         return f"{target} belongs to no part"
-    public = Path("stack/include")
-    if target.parts[0] == "stack" and path.parts[0] != "stack" and not target.is_relative_to(public):
+    public = within(target, PUBLIC)
+    if target.parts[0] == "stack" and path.parts[0] != "stack" and not public:
         return f"{target} is inside the stack; use its public headers <opcua/...>"
-    if target.is_relative_to(public):
+    if public:
         # the public headers hold the wire types too, so the whole stack includes them
         if path.parts[0] != "stack" and not layers.may_include(part, "opcuastack"):
             return f"{part} must not use the stack"

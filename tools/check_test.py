@@ -29,7 +29,8 @@ class LayersTest(SmallProject):
     def setUp(self):
         super().setUp()
         self.write("cmake/TavelinParts.cmake", (ROOT / "cmake/TavelinParts.cmake").read_text(encoding="utf-8"))
-        for header in ("stack/include/opcua/opcua.h", "stack/core/channel.h", "stack/transport/loop.h", "uabase/uanodeid.h",
+        for header in ("stack/include/opcua/opcua.h", "stack/generated/include/opcua/opcua_types.h",
+                       "stack/generated/opcua_types.h", "stack/core/channel.h", "stack/transport/loop.h", "uabase/uanodeid.h",
                        "uabase/uatrace_p.h", "uabase/uapkicpp/uapkicertificate.h", "uaclientsdk/uasession.h",
                        "app/api/qlumlog.h", "uawidgets/qlumplot.h", "certificates/qlumcertificates.h",
                        "servers/qlumserver.h", "plugins/events/qlumeventview.h", "app/mainwindow/qlumtavelin.h"):
@@ -43,7 +44,7 @@ class LayersTest(SmallProject):
         for path, *includes in (
                 ("stack/core/channel.cpp", "<stack/core/channel.h>", "<opcua/opcua.h>", "<vector>"),
                 ("stack/transport/loop.cpp", "<stack/core/channel.h>", "<sys/socket.h>", "<openssl/ssl.h>"),
-                ("uabase/uanodeid.cpp", "<uabase/uanodeid.h>", "<opcua/opcua.h>", "<libxml/tree.h>", '"uatrace_p.h"'),
+                ("uabase/uanodeid.cpp", "<uabase/uanodeid.h>", "<opcua/opcua_types.h>", "<libxml/tree.h>", '"uatrace_p.h"'),
                 ("uabase/uapkicpp/uapkicertificate.cpp", "<openssl/x509.h>", "<uabase/uanodeid.h>"),
                 ("plugins/events/a.cpp", "<uabase/uanodeid.h>", "<uaclientsdk/uasession.h>", "<QWidget>", "<qwt_plot.h>"),
                 ("plugins/addressspace/a.cpp", "<servers/qlumserver.h>"),
@@ -57,6 +58,7 @@ class LayersTest(SmallProject):
                 ("uabase/uanodeid.cpp", "<uaclientsdk/uasession.h>"),
                 ("uabase/uanodeid.cpp", "<uabase/uapkicpp/uapkicertificate.h>"),
                 ("uabase/uanodeid.cpp", "<stack/core/channel.h>"),
+                ("uabase/uanodeid.cpp", "<stack/generated/opcua_types.h>"),
                 ("uaclientsdk/uasession.cpp", "<app/api/qlumlog.h>"),
                 ("uaclientsdk/uasession.cpp", "<uabase/uatrace_p.h>"),
                 ("stack/core/channel.cpp", "<stack/transport/loop.h>"),

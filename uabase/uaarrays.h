@@ -121,5 +121,8 @@ UA_STRUCTURE_ARRAY(SamplingIntervalDiagnosticsDataType, SamplingIntervalDiagnost
 UA_STRUCTURE_ARRAY(RedundantServerDataType, RedundantServerDataTypes)
 UA_STRUCTURE_ARRAY(KeyValuePair, KeyValuePairs)
 UA_STRUCTURE_ARRAY(TimeZoneDataType, TimeZoneDataTypes)
+UA_STRUCTURE_ARRAY(OptionSet, OptionSets)
+UA_STRUCTURE_ARRAY(StructureDefinition, StructureDefinitionRecords)
+UA_STRUCTURE_ARRAY(EnumDefinition, EnumDefinitionRecords)
 
 #undef UA_STRUCTURE_ARRAY

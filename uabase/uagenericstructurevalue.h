@@ -12,8 +12,10 @@ class UaGenericStructureValue
 {
 public:
     UaGenericStructureValue() noexcept;
-    // All fields with the null value of their type, optional ones absent.
-    explicit UaGenericStructureValue(const UaStructureDefinition& definition);
+    // All fields with the null value of their type, optional ones absent. Null for a null definition or a
+    // union.
+    explicit UaGenericStructureValue(const UaStructureDefinition& definition,
+                                     UaDataTypeDictionary* dictionary = nullptr);
     UaGenericStructureValue(const UaGenericStructureValue&) noexcept;
     UaGenericStructureValue& operator=(const UaGenericStructureValue&) noexcept;
     ~UaGenericStructureValue();

@@ -35,16 +35,30 @@ function input(b, plant, name, dataType, value) {
 }
 
 function common(name, source, plant, inputNode) {
-  return { browseName: name, nodeId: `s=Plant.${name}`, conditionName: name, conditionSource: source, componentOf: plant, inputNode, optionals };
+  return {
+    browseName: name,
+    nodeId: `s=Plant.${name}`,
+    conditionName: name,
+    conditionSource: source,
+    componentOf: plant,
+    inputNode,
+    optionals,
+  };
 }
 
 function addAlarms(b, plant) {
   const limits = { highHighLimit: 90, highLimit: 80, lowLimit: 20, lowLowLimit: 10 };
   const level = input(b, plant, "Level", "Double", 50);
-  b.demo.instantiateExclusiveLimitAlarm("ExclusiveLimitAlarmType", { ...common("LevelAlarm", level, plant, level), ...limits });
+  b.demo.instantiateExclusiveLimitAlarm("ExclusiveLimitAlarmType", {
+    ...common("LevelAlarm", level, plant, level),
+    ...limits,
+  });
 
   const heat = input(b, plant, "Heat", "Double", 50);
-  b.demo.instantiateNonExclusiveLimitAlarm("NonExclusiveLimitAlarmType", { ...common("HeatAlarm", heat, plant, heat), ...limits });
+  b.demo.instantiateNonExclusiveLimitAlarm("NonExclusiveLimitAlarmType", {
+    ...common("HeatAlarm", heat, plant, heat),
+    ...limits,
+  });
 
   const door = input(b, plant, "DoorOpen", "Boolean", false);
   const normal = b.property("Plant.DoorNormal", door, "Boolean", scalar(DataType.Boolean, false));
@@ -66,6 +80,7 @@ function addSwing(b, plant, { level, heat, door }) {
 }
 
 export function addAlarmsAndEvents(b) {
+  b.space.installAlarmsAndConditionsService(); // without it nobody answers ConditionRefresh, Acknowledge and the like
   const plant = addPlant(b);
   addEvents(b, plant);
   addSwing(b, plant, addAlarms(b, plant));

@@ -28,7 +28,10 @@ export function addArrays(b) {
     add("Array", array(dataType, list(type, values)), oneDimension);
     add("EmptyArray", array(dataType, list(type, [])), oneDimension);
     add("Matrix", matrix(dataType, [2, 3], list(type, repeat(values, 6))), { valueRank: 2, arrayDimensions: [2, 3] });
-    add("Cube", matrix(dataType, [2, 2, 3], list(type, repeat(values, 12))), { valueRank: 3, arrayDimensions: [2, 2, 3] });
+    add("Cube", matrix(dataType, [2, 2, 3], list(type, repeat(values, 12))), {
+      valueRank: 3,
+      arrayDimensions: [2, 2, 3],
+    });
   }
   special(b, folders.Array, oneDimension);
 }
@@ -36,8 +39,20 @@ export function addArrays(b) {
 function special(b, folder, oneDimension) {
   const variants = [scalar(DataType.Int32, 1), scalar(DataType.String, "two"), scalar(DataType.Double, 3.5)];
   b.variable("Array.Variant", folder, "BaseDataType", array(DataType.Variant, variants), oneDimension);
-  b.variable("Array.Fixed", folder, "Int32", array(DataType.Int32, Int32Array.from([1, 2, 3, 4])), { valueRank: 1, arrayDimensions: [4] });
-  b.variable("Array.Large", folder, "Double", array(DataType.Double, Float64Array.from({ length: 10_000 }, (_, i) => i / 4)), oneDimension);
+  b.variable("Array.Fixed", folder, "Int32", array(DataType.Int32, Int32Array.from([1, 2, 3, 4])), {
+    valueRank: 1,
+    arrayDimensions: [4],
+  });
+  b.variable(
+    "Array.Large",
+    folder,
+    "Double",
+    array(
+      DataType.Double,
+      Float64Array.from({ length: 10_000 }, (_, i) => i / 4),
+    ),
+    oneDimension,
+  );
   b.variable("Array.Null", folder, "Int32", array(DataType.Int32, null), oneDimension);
   b.variable("Array.ScalarOrArray", folder, "Int32", scalar(DataType.Int32, 1), { valueRank: -3 });
   b.variable("Array.AnyRank", folder, "Int32", array(DataType.Int32, Int32Array.from([1, 2])), { valueRank: -2 });

@@ -29,7 +29,9 @@ function addShape(b) {
   const child = b.variable("Shape.Twice.Child", twice, "Int32", scalar(DataType.Int32, 2));
   twice.addReference({ referenceType: "Organizes", nodeId: child });
 
-  const rich = b.variable("Shape.ManyProperties", folder, "Double", scalar(DataType.Double, 1), { description: "has 20 properties" });
+  const rich = b.variable("Shape.ManyProperties", folder, "Double", scalar(DataType.Double, 1), {
+    description: "has 20 properties",
+  });
   for (let i = 1; i <= propertyCount; ++i) {
     b.property(`Shape.ManyProperties.${i}`, rich, "Int32", scalar(DataType.Int32, i), { name: `Property${i}` });
   }
@@ -39,7 +41,11 @@ function addShape(b) {
 }
 
 function addView(b) {
-  const view = b.demo.addView({ nodeId: "s=View.Operator", browseName: "Operator", organizedBy: b.space.rootFolder.views });
+  const view = b.demo.addView({
+    nodeId: "s=View.Operator",
+    browseName: "Operator",
+    organizedBy: b.space.rootFolder.views,
+  });
   for (const id of ["Dynamic", "DataAccess", "Plant"]) {
     view.addReference({ referenceType: "Organizes", nodeId: `ns=${b.demo.index};s=${id}` });
   }

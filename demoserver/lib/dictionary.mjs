@@ -28,7 +28,11 @@ function optionalFields(fields) {
   const isOptional = ([, , more]) => more?.optional;
   const bits = fields.filter(isOptional).map(([name]) => `<opc:Field Name="${name}Specified" TypeName="opc:Bit"/>`);
   const rest = `<opc:Field Name="Reserved1" TypeName="opc:Bit" Length="${bitsOfMask - bits.length}"/>`;
-  return [...bits, rest, ...fields.map((one) => field(one, isOptional(one) ? ` SwitchField="${one[0]}Specified"` : ""))];
+  return [
+    ...bits,
+    rest,
+    ...fields.map((one) => field(one, isOptional(one) ? ` SwitchField="${one[0]}Specified"` : "")),
+  ];
 }
 
 /** A type's fields with those of its base types in front. */
@@ -40,7 +44,11 @@ function allFields(name) {
 function structuredType(name) {
   const fields = allFields(name);
   const isUnion = structures[name][0] === "Union";
-  const lines = isUnion ? unionFields(fields) : fields.some(([, , more]) => more?.optional) ? optionalFields(fields) : fields.map((one) => field(one));
+  const lines = isUnion
+    ? unionFields(fields)
+    : fields.some(([, , more]) => more?.optional)
+      ? optionalFields(fields)
+      : fields.map((one) => field(one));
   return `<opc:StructuredType Name="${name}" BaseType="ua:${isUnion ? "Union" : "ExtensionObject"}">${lines.join("")}</opc:StructuredType>`;
 }
 
@@ -57,7 +65,10 @@ function schema() {
 <opc:Import Namespace="http://opcfoundation.org/UA/"/>
 ${enumeratedType("Colour", numbered(colours))}
 ${enumeratedType("Mode", modes)}
-${enumeratedType("DeviceFlags", flags.map((name, bit) => [name, 1 << bit]))}
+${enumeratedType(
+  "DeviceFlags",
+  flags.map((name, bit) => [name, 1 << bit]),
+)}
 ${Object.keys(structures).map(structuredType).join("\n")}
 </opc:TypeDictionary>
 `;
@@ -66,7 +77,10 @@ ${Object.keys(structures).map(structuredType).join("\n")}
 function describeEncoding(b, dictionary, name) {
   const id = `Dictionary.${name}`;
   const readOnly = { accessLevel: "CurrentRead", userAccessLevel: "CurrentRead", namespace: b.structures };
-  const description = b.variable(id, dictionary, "String", scalar(DataType.String, name), { ...readOnly, typeDefinition: "DataTypeDescriptionType" });
+  const description = b.variable(id, dictionary, "String", scalar(DataType.String, name), {
+    ...readOnly,
+    typeDefinition: "DataTypeDescriptionType",
+  });
   const encoding = b.space.findNode(`ns=${b.structures.index};i=${typeIds[name] + 1000}`);
   encoding.addReference({ referenceType: "HasDescription", nodeId: description });
 }
@@ -84,7 +98,10 @@ export function addDictionary(b, s) {
   const typeSystem = b.space.findNode("i=93");
   const readOnly = { accessLevel: "CurrentRead", userAccessLevel: "CurrentRead", namespace: b.structures };
   const text = scalar(DataType.ByteString, Buffer.from(schema()));
-  const dictionary = b.variable("Dictionary", typeSystem, "ByteString", text, { ...readOnly, typeDefinition: "DataTypeDictionaryType" });
+  const dictionary = b.variable("Dictionary", typeSystem, "ByteString", text, {
+    ...readOnly,
+    typeDefinition: "DataTypeDictionaryType",
+  });
   b.property("Dictionary.NamespaceUri", dictionary, "String", scalar(DataType.String, namespaces.structures), {
     name: { namespaceIndex: 0, name: "NamespaceUri" },
     namespace: b.structures,

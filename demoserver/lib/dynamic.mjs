@@ -30,14 +30,27 @@ function changing() {
     ["Text", "String", 1000, (n) => scalar(DataType.String, `${words[n % words.length]} ${n}`)],
     ["Toggle", "Boolean", 500, (n) => scalar(DataType.Boolean, n % 2 === 1)],
     ["Clock", "DateTime", 1000, () => scalar(DataType.DateTime, new Date())],
-    ["Array", "Int32", 500, (n) => array(DataType.Int32, Int32Array.from({ length: 1 + (n % 8) }, (_, i) => n + i))],
+    [
+      "Array",
+      "Int32",
+      500,
+      (n) =>
+        array(
+          DataType.Int32,
+          Int32Array.from({ length: 1 + (n % 8) }, (_, i) => n + i),
+        ),
+    ],
   ];
 }
 
 function addChanging(b, folder) {
   for (const [name, type, interval, value] of changing()) {
     const rank = name === "Array" ? { valueRank: 1, arrayDimensions: [0] } : {};
-    const node = b.variable(`Dynamic.${name}`, folder, type, value(0), { ...readOnly, ...rank, minimumSamplingInterval: interval });
+    const node = b.variable(`Dynamic.${name}`, folder, type, value(0), {
+      ...readOnly,
+      ...rank,
+      minimumSamplingInterval: interval,
+    });
     let tick = 0;
     b.every(interval, () => node.setValueFromSource(value(++tick)));
   }

@@ -8,14 +8,22 @@ const answer = (statusCode) => ({ statusCode, outputArguments: [] });
 
 export function addGrowing(b) {
   // The node version is what makes the library watch the folder for changes.
-  const options = { nodeId: "s=Growing", browseName: "Growing", organizedBy: b.root, typeDefinition: "FolderType", nodeVersion: "1" };
+  const options = {
+    nodeId: "s=Growing",
+    browseName: "Growing",
+    organizedBy: b.root,
+    typeDefinition: "FolderType",
+    nodeVersion: "1",
+  };
   const folder = b.demo.addObject(options);
   const methods = b.space.findNode(`ns=${b.demo.index};s=Methods`);
   const method = (name) => b.demo.addMethod(methods, { nodeId: `s=Methods.${name}`, browseName: name });
   const nodes = [];
   bind(method("Grow"), () => {
     const number = nodes.length + 1;
-    nodes.push(b.variable(`Growing.${number}`, folder, "Int32", scalar(DataType.Int32, number), { name: `Child${number}` }));
+    nodes.push(
+      b.variable(`Growing.${number}`, folder, "Int32", scalar(DataType.Int32, number), { name: `Child${number}` }),
+    );
     return answer(StatusCodes.Good);
   });
   bind(method("Shrink"), () => {

@@ -11,13 +11,23 @@ const recorded = [
   ["Sine", "Double", (second) => 50 + 50 * Math.sin((2 * Math.PI * second) / 300), () => StatusCodes.Good],
   ["Steps", "Int32", (second) => Math.floor(second / 60) % 10, () => StatusCodes.Good],
   ["Switch", "Boolean", (second) => Math.floor(second / 120) % 2 === 1, () => StatusCodes.Good],
-  ["Gaps", "Float", (second) => second % 600, (second) => (second % 600 < 60 ? StatusCodes.BadSensorFailure : StatusCodes.Good)],
+  [
+    "Gaps",
+    "Float",
+    (second) => second % 600,
+    (second) => (second % 600 < 60 ? StatusCodes.BadSensorFailure : StatusCodes.Good),
+  ],
 ];
 
 function fillPast(node, type, value, status, now) {
   for (let second = now - pastSeconds; second < now; ++second) {
     const time = new Date(second * 1000);
-    const sample = { value: scalar(DataType[type], value(second)), statusCode: status(second), sourceTimestamp: time, serverTimestamp: time };
+    const sample = {
+      value: scalar(DataType[type], value(second)),
+      statusCode: status(second),
+      sourceTimestamp: time,
+      serverTimestamp: time,
+    };
     node.varHistorian.push(new ua.DataValue(sample));
   }
 }
@@ -27,7 +37,11 @@ export function addHistory(b) {
   const now = Math.floor(Date.now() / 1000);
   for (const [name, type, value, status] of recorded) {
     const access = "CurrentRead | HistoryRead";
-    const node = b.variable(`History.${name}`, folder, type, undefined, { accessLevel: access, userAccessLevel: access, historizing: true });
+    const node = b.variable(`History.${name}`, folder, type, undefined, {
+      accessLevel: access,
+      userAccessLevel: access,
+      historizing: true,
+    });
     b.space.installHistoricalDataNode(node, { maxOnlineValues: keptValues });
     fillPast(node, type, value, status, now);
     const record = () => {

@@ -12,7 +12,7 @@ function disc(size, colour) {
 }
 
 function checks(size, colour) {
-  return drawPng(size, (x, y) => ((x >> 2) + (y >> 2) & 1 ? colour : [255, 255, 255, 255]));
+  return drawPng(size, (x, y) => (((x >> 2) + (y >> 2)) & 1 ? colour : [255, 255, 255, 255]));
 }
 
 const icon = (b, id, owner, bytes) =>
@@ -22,7 +22,13 @@ export function addIcons(b) {
   const folder = b.folder("Icon");
   const pump = b.demo.addObjectType({ nodeId: "s=PumpType", browseName: "PumpType" });
   icon(b, "PumpType.Icon", pump, disc(16, [30, 120, 220, 255]));
-  b.demo.addVariable({ nodeId: "s=PumpType.Running", browseName: "Running", dataType: "Boolean", componentOf: pump, modellingRule: "Mandatory" });
+  b.demo.addVariable({
+    nodeId: "s=PumpType.Running",
+    browseName: "Running",
+    dataType: "Boolean",
+    componentOf: pump,
+    modellingRule: "Mandatory",
+  });
 
   pump.instantiate({ nodeId: "s=Icon.PlainPump", browseName: "PlainPump", organizedBy: folder });
   const marked = pump.instantiate({ nodeId: "s=Icon.MarkedPump", browseName: "MarkedPump", organizedBy: folder });

@@ -4,7 +4,12 @@ import { DataType, StatusCodes, ua } from "./ua.mjs";
 
 const slowMilliseconds = 3000;
 
-const argument = (name, dataType, valueRank = -1, description = name) => ({ name, dataType, valueRank, description: { text: description } });
+const argument = (name, dataType, valueRank = -1, description = name) => ({
+  name,
+  dataType,
+  valueRank,
+  description: { text: description },
+});
 const good = (outputArguments = []) => ({ statusCode: StatusCodes.Good, outputArguments });
 
 /** The library takes only functions with a callback; those of the table just return what they have, or a promise of it. */
@@ -36,9 +41,24 @@ function table(structures) {
     ["EchoText", [argument("Text", DataType.String)], [argument("Text", DataType.String)], echo],
     ["EchoArray", [argument("Values", DataType.Int32, 1)], [argument("Values", DataType.Int32, 1)], echo],
     ["EchoAny", [argument("Value", ua.coerceNodeId("i=24"))], [argument("Value", ua.coerceNodeId("i=24"))], echo],
-    ["EchoStructure", [argument("Point", structures.typeId("Point"))], [argument("Point", structures.typeId("Point"))], echo],
-    ["EchoStructures", [argument("Points", structures.typeId("Point"), 1)], [argument("Points", structures.typeId("Point"), 1)], echo],
-    ["Fail", [argument("Text", DataType.String)], [], () => ({ statusCode: StatusCodes.BadInvalidState, outputArguments: [] })],
+    [
+      "EchoStructure",
+      [argument("Point", structures.typeId("Point"))],
+      [argument("Point", structures.typeId("Point"))],
+      echo,
+    ],
+    [
+      "EchoStructures",
+      [argument("Points", structures.typeId("Point"), 1)],
+      [argument("Points", structures.typeId("Point"), 1)],
+      echo,
+    ],
+    [
+      "Fail",
+      [argument("Text", DataType.String)],
+      [],
+      () => ({ statusCode: StatusCodes.BadInvalidState, outputArguments: [] }),
+    ],
     [
       "Slow",
       [],

@@ -25,7 +25,13 @@ function access(b) {
   b.variable("Access.WriteOnly", folder, "Int32", seven, levels("CurrentWrite"));
   b.variable("Access.None", folder, "Int32", seven, levels(""));
   b.variable("Access.UserReadOnly", folder, "Int32", seven, levels("CurrentRead | CurrentWrite", "CurrentRead"));
-  b.variable("Access.StatusWrite", folder, "Int32", seven, levels("CurrentRead | CurrentWrite | StatusWrite | TimestampWrite"));
+  b.variable(
+    "Access.StatusWrite",
+    folder,
+    "Int32",
+    seven,
+    levels("CurrentRead | CurrentWrite | StatusWrite | TimestampWrite"),
+  );
   b.variable("Access.RejectsWrites", folder, "Int32", undefined, {
     minimumSamplingInterval: 1000,
     value: { get: () => new ua.Variant(seven), set: () => StatusCodes.BadOutOfRange },
@@ -55,7 +61,9 @@ function texts(b) {
   text("Markup", "<b>not bold</b> &amp; <a href='x'>no link</a> %1 %s");
   text("Control", "bell \u0007, escape \u001b[31m, right-to-left \u202eabc");
   b.variable("Text.Größe µm²", folder, "Double", scalar(DataType.Double, 12.5));
-  b.variable("Text.LongName", folder, "Int32", scalar(DataType.Int32, 1), { name: "AVariableWhoseNameIsLong".repeat(10) });
+  b.variable("Text.LongName", folder, "Int32", scalar(DataType.Int32, 1), {
+    name: "AVariableWhoseNameIsLong".repeat(10),
+  });
   b.variable("Text.BigBytes", folder, "ByteString", scalar(DataType.ByteString, Buffer.alloc(100_000, 0x5a)));
 }
 

@@ -61,12 +61,25 @@ function values(s) {
   return [
     ["Point", "Point", s.point(1.5, -2.5)],
     ["NamedPoint", "NamedPoint", s.make("NamedPoint", { x: 3, y: 4, name: "Kirchturm", colour: 2 })],
-    ["Segment", "Segment", s.make("Segment", { from: s.point(0, 0), to: s.point(10, 20), label: { locale: "de", text: "Strecke" } })],
+    [
+      "Segment",
+      "Segment",
+      s.make("Segment", { from: s.point(0, 0), to: s.point(10, 20), label: { locale: "de", text: "Strecke" } }),
+    ],
     ["SampleFull", "Sample", s.make("Sample", { id: 1, comment: "all there", weight: 2.5, place: s.point(5, 6) })],
     ["SampleBare", "Sample", s.make("Sample", { id: 2 })],
     ["MeasurementNumber", "Measurement", s.make("Measurement", { number: 12.5 })],
     ["MeasurementText", "Measurement", s.make("Measurement", { text: "out of range" })],
-    ["Track", "Track", s.make("Track", { title: "Rundweg", points: [s.point(0, 0), s.point(1, 1)], values: [0.5, 1.5, 2.5], tags: ["a", "b"] })],
+    [
+      "Track",
+      "Track",
+      s.make("Track", {
+        title: "Rundweg",
+        points: [s.point(0, 0), s.point(1, 1)],
+        values: [0.5, 1.5, 2.5],
+        tags: ["a", "b"],
+      }),
+    ],
     ["Tree", "TreeNode", tree("root", [tree("left", [tree("leaf")]), tree("right")])],
     ["EveryType", "EveryType", everyType(s)],
     ["Legacy", "Legacy", s.make("Legacy", { code: 7, name: "alt", values: Float32Array.from([0.5, 1.5]) })],
@@ -75,7 +88,12 @@ function values(s) {
 
 /** The library keeps no definition of an option set; without one a client could not name the bits. */
 function defineFlags(b, s) {
-  const fields = flags.map((name, bit) => ({ name, displayName: { text: name }, description: { text: `bit ${bit}` }, value: [0, bit] }));
+  const fields = flags.map((name, bit) => ({
+    name,
+    displayName: { text: name },
+    description: { text: `bit ${bit}` },
+    value: [0, bit],
+  }));
   b.space.findDataType(s.typeId("DeviceFlags"))._getDefinition = () => new EnumDefinition({ fields });
 }
 
@@ -83,7 +101,8 @@ export function addStructures(b) {
   const s = new Structures(b);
   defineFlags(b, s);
   const folder = b.folder("Structure", { namespace: b.structures });
-  const add = (name, type, value, more) => b.variable(`Structure.${name}`, folder, type, value, { namespace: b.structures, ...more });
+  const add = (name, type, value, more) =>
+    b.variable(`Structure.${name}`, folder, type, value, { namespace: b.structures, ...more });
   for (const [name, type, value] of values(s)) add(name, s.typeId(type), scalar(DataType.ExtensionObject, value));
 
   const points = [s.point(1, 2), s.point(3, 4), s.point(5, 6)];

@@ -5,20 +5,56 @@
 import { namespaces } from "./ua.mjs";
 
 const standard = {
-  Boolean: 1, SByte: 2, Byte: 3, Int16: 4, UInt16: 5, Int32: 6, UInt32: 7, Int64: 8, UInt64: 9, Float: 10, Double: 11,
-  String: 12, DateTime: 13, Guid: 14, ByteString: 15, XmlElement: 16, NodeId: 17, ExpandedNodeId: 18, StatusCode: 19,
-  QualifiedName: 20, LocalizedText: 21, Structure: 22, BaseDataType: 24, Enumeration: 29, Union: 12756,
+  Boolean: 1,
+  SByte: 2,
+  Byte: 3,
+  Int16: 4,
+  UInt16: 5,
+  Int32: 6,
+  UInt32: 7,
+  Int64: 8,
+  UInt64: 9,
+  Float: 10,
+  Double: 11,
+  String: 12,
+  DateTime: 13,
+  Guid: 14,
+  ByteString: 15,
+  XmlElement: 16,
+  NodeId: 17,
+  ExpandedNodeId: 18,
+  StatusCode: 19,
+  QualifiedName: 20,
+  LocalizedText: 21,
+  Structure: 22,
+  BaseDataType: 24,
+  Enumeration: 29,
+  Union: 12756,
 };
 
 /** Numeric ids of the data types in namespace `structures`; the binary encoding has the id plus 1000, the XML one plus 2000. */
 export const typeIds = {
-  Colour: 3001, Mode: 3002, DeviceFlags: 3003,
-  Point: 3010, NamedPoint: 3011, Segment: 3012, Sample: 3013, Measurement: 3014, Track: 3015, TreeNode: 3016, EveryType: 3017,
+  Colour: 3001,
+  Mode: 3002,
+  DeviceFlags: 3003,
+  Point: 3010,
+  NamedPoint: 3011,
+  Segment: 3012,
+  Sample: 3013,
+  Measurement: 3014,
+  Track: 3015,
+  TreeNode: 3016,
+  EveryType: 3017,
   Legacy: 3018,
 };
 
 export const colours = ["Red", "Green", "Blue"];
-export const modes = [["Emergency", -1], ["Off", 0], ["Slow", 10], ["Fast", 20]];
+export const modes = [
+  ["Emergency", -1],
+  ["Off", 0],
+  ["Slow", 10],
+  ["Fast", 20],
+];
 export const flags = ["Running", "Warning", "Fault", "Maintenance"];
 
 /** These types tell what they are only in the type dictionary, as servers did before data types had definitions. */
@@ -28,15 +64,73 @@ const builtIn = Object.keys(standard).slice(0, 21);
 
 /** Structures: base type, then fields as [name, type, {array, optional}]. */
 export const structures = {
-  Point: ["Structure", [["X", "Double"], ["Y", "Double"]]],
-  NamedPoint: ["Point", [["Name", "String"], ["Colour", "Colour"]]],
-  Segment: ["Structure", [["From", "Point"], ["To", "Point"], ["Label", "LocalizedText"]]],
-  Sample: ["Structure", [["Id", "UInt32"], ["Comment", "String", { optional: true }], ["Weight", "Double", { optional: true }], ["Place", "Point", { optional: true }]]],
-  Measurement: ["Union", [["Number", "Double"], ["Text", "String"], ["Place", "Point"]]],
-  Track: ["Structure", [["Title", "String"], ["Points", "Point", { array: true }], ["Values", "Double", { array: true }], ["Tags", "String", { array: true }]]],
-  TreeNode: ["Structure", [["Name", "String"], ["Children", "TreeNode", { array: true }]]],
-  EveryType: ["Structure", [...builtIn.map((type) => [`${type}Field`, type]), ["AnyField", "BaseDataType"], ["ModeField", "Mode"]]],
-  Legacy: ["Structure", [["Code", "UInt16"], ["Name", "String"], ["Values", "Float", { array: true }]]],
+  Point: [
+    "Structure",
+    [
+      ["X", "Double"],
+      ["Y", "Double"],
+    ],
+  ],
+  NamedPoint: [
+    "Point",
+    [
+      ["Name", "String"],
+      ["Colour", "Colour"],
+    ],
+  ],
+  Segment: [
+    "Structure",
+    [
+      ["From", "Point"],
+      ["To", "Point"],
+      ["Label", "LocalizedText"],
+    ],
+  ],
+  Sample: [
+    "Structure",
+    [
+      ["Id", "UInt32"],
+      ["Comment", "String", { optional: true }],
+      ["Weight", "Double", { optional: true }],
+      ["Place", "Point", { optional: true }],
+    ],
+  ],
+  Measurement: [
+    "Union",
+    [
+      ["Number", "Double"],
+      ["Text", "String"],
+      ["Place", "Point"],
+    ],
+  ],
+  Track: [
+    "Structure",
+    [
+      ["Title", "String"],
+      ["Points", "Point", { array: true }],
+      ["Values", "Double", { array: true }],
+      ["Tags", "String", { array: true }],
+    ],
+  ],
+  TreeNode: [
+    "Structure",
+    [
+      ["Name", "String"],
+      ["Children", "TreeNode", { array: true }],
+    ],
+  ],
+  EveryType: [
+    "Structure",
+    [...builtIn.map((type) => [`${type}Field`, type]), ["AnyField", "BaseDataType"], ["ModeField", "Mode"]],
+  ],
+  Legacy: [
+    "Structure",
+    [
+      ["Code", "UInt16"],
+      ["Name", "String"],
+      ["Values", "Float", { array: true }],
+    ],
+  ],
 };
 
 const idOf = (type) => (typeIds[type] ? `ns=2;i=${typeIds[type]}` : `i=${standard[type]}`);
@@ -46,8 +140,10 @@ const reference = (type, target, forward) =>
 
 function dataType(name, base, definition, references = []) {
   const all = [reference("HasSubtype", idOf(base), false), ...references].join("");
-  return `<UADataType NodeId="${idOf(name)}" BrowseName="2:${name}"><DisplayName>${name}</DisplayName>` +
-    `<References>${all}</References>${definition}</UADataType>`;
+  return (
+    `<UADataType NodeId="${idOf(name)}" BrowseName="2:${name}"><DisplayName>${name}</DisplayName>` +
+    `<References>${all}</References>${definition}</UADataType>`
+  );
 }
 
 function structureField([name, type, { array = false, optional = false } = {}]) {
@@ -56,22 +152,31 @@ function structureField([name, type, { array = false, optional = false } = {}]) 
 
 function encoding(name, kind, offset) {
   const id = `ns=2;i=${typeIds[name] + offset}`;
-  return `<UAObject NodeId="${id}" BrowseName="${kind}" SymbolicName="${kind.replace(" ", "")}"><DisplayName>${kind}</DisplayName><References>` +
-    `${reference("HasEncoding", idOf(name), false)}${reference("HasTypeDefinition", "i=76", true)}</References></UAObject>`;
+  return (
+    `<UAObject NodeId="${id}" BrowseName="${kind}" SymbolicName="${kind.replace(" ", "")}"><DisplayName>${kind}</DisplayName><References>` +
+    `${reference("HasEncoding", idOf(name), false)}${reference("HasTypeDefinition", "i=76", true)}</References></UAObject>`
+  );
 }
 
 function structure(name, [base, fields]) {
   const union = base === "Union" ? ' IsUnion="true"' : "";
-  const encodings = [[" Binary", 1000], [" XML", 2000]].map(([kind, offset]) => encoding(name, `Default${kind}`, offset)).join("\n");
+  const encodings = [
+    [" Binary", 1000],
+    [" XML", 2000],
+  ]
+    .map(([kind, offset]) => encoding(name, `Default${kind}`, offset))
+    .join("\n");
   const definition = `<Definition Name="2:${name}"${union}>${fields.map(structureField).join("")}</Definition>`;
   return `${dataType(name, base, definition)}\n${encodings}`;
 }
 
 /** A property of a data type that lists its members: EnumStrings, EnumValues or OptionSetValues. */
 function members(owner, id, name, type, value) {
-  return `<UAVariable NodeId="ns=2;i=${id}" BrowseName="${name}" DataType="${type}" ValueRank="1"><DisplayName>${name}</DisplayName>` +
+  return (
+    `<UAVariable NodeId="ns=2;i=${id}" BrowseName="${name}" DataType="${type}" ValueRank="1"><DisplayName>${name}</DisplayName>` +
     `<References>${reference("HasProperty", idOf(owner), false)}${reference("HasTypeDefinition", "i=68", true)}</References>` +
-    `<Value>${value}</Value></UAVariable>`;
+    `<Value>${value}</Value></UAVariable>`
+  );
 }
 
 const types = 'xmlns="http://opcfoundation.org/UA/2008/02/Types.xsd"';
@@ -111,7 +216,9 @@ ${enumeration("Mode", "Enumeration", modes)}
 ${members("Mode", 3102, "EnumValues", "i=7594", valueList(modes))}
 ${enumeration("DeviceFlags", "UInt32", numbered(flags), true)}
 ${members("DeviceFlags", 3103, "OptionSetValues", "i=21", textList(flags))}
-${Object.entries(structures).map(([name, table]) => structure(name, table)).join("\n")}
+${Object.entries(structures)
+  .map(([name, table]) => structure(name, table))
+  .join("\n")}
 </UANodeSet>
 `;
 }

@@ -209,14 +209,22 @@ bool Reader::dataValue(OpcUa_DataValue& value)
     return false;
 }
 
+// Every index that points at nothing is -1.
+bool Reader::stringIndex(bool present, OpcUa_Int32& index)
+{
+    const bool result = optional(present, index);
+    index = std::max(index, -1);
+    return result;
+}
+
 bool Reader::diagnosticInfo(OpcUa_DiagnosticInfo& value)
 {
     OpcUa_DiagnosticInfo_Initialize(&value);
     OpcUa_Byte mask = 0;
-    bool result = fixed(mask) && optional((mask & 0x01) != 0, value.SymbolicId) &&
-                  optional((mask & 0x02) != 0, value.NamespaceUri) &&
-                  optional((mask & 0x08) != 0, value.Locale) &&
-                  optional((mask & 0x04) != 0, value.LocalizedText) &&
+    bool result = fixed(mask) && stringIndex((mask & 0x01) != 0, value.SymbolicId) &&
+                  stringIndex((mask & 0x02) != 0, value.NamespaceUri) &&
+                  stringIndex((mask & 0x08) != 0, value.Locale) &&
+                  stringIndex((mask & 0x04) != 0, value.LocalizedText) &&
                   ((mask & 0x10) == 0 || string(value.AdditionalInfo)) &&
                   optional((mask & 0x20) != 0, value.InnerStatusCode);
     if (result && (mask & 0x40) != 0) {

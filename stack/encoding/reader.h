@@ -67,6 +67,7 @@ private:
     bool qualifiedName(OpcUa_QualifiedName& value);
     bool localizedText(OpcUa_LocalizedText& value);
     bool dataValue(OpcUa_DataValue& value);
+    bool stringIndex(bool present, OpcUa_Int32& index);
     bool diagnosticInfo(OpcUa_DiagnosticInfo& value);
 
     bool variant(OpcUa_Variant& value);

@@ -60,11 +60,12 @@ void Writer::nodeId(const OpcUa_NodeId& value, OpcUa_Byte flags)
     const OpcUa_UInt32 numeric = value.Identifier.Numeric;
     switch (value.IdentifierType) {
     case OpcUa_IdentifierType_Numeric:
-        if (value.NamespaceIndex == 0 && numeric <= UINT8_MAX) {
+        // the short forms have no room for flags in every reader
+        if (flags == 0 && value.NamespaceIndex == 0 && numeric <= UINT8_MAX) {
             format(0);
             return fixed(static_cast<OpcUa_Byte>(numeric));
         }
-        if (value.NamespaceIndex <= UINT8_MAX && numeric <= UINT16_MAX) {
+        if (flags == 0 && value.NamespaceIndex <= UINT8_MAX && numeric <= UINT16_MAX) {
             format(1);
             fixed(static_cast<OpcUa_Byte>(value.NamespaceIndex));
             return fixed(static_cast<OpcUa_UInt16>(numeric));

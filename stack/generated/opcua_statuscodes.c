@@ -49,6 +49,8 @@ const StatusCodeName opcua_statusCodeNames[] = {
     {0x40C00000u, "UncertainNotAllNodesAvailable"},
     {0x40DE0000u, "UncertainDominantValueChanged"},
     {0x40E20000u, "UncertainDependentValueChanged"},
+    {0x40F20000u, "UncertainOverRange"},
+    {0x40F30000u, "UncertainUnderRange"},
     {0x42080000u, "UncertainTransducerInManual"},
     {0x42090000u, "UncertainSimulatedValue"},
     {0x420A0000u, "UncertainSensorCalibration"},
@@ -130,7 +132,7 @@ const StatusCodeName opcua_statusCodeNames[] = {
     {0x804F0000u, "BadServerUriInvalid"},
     {0x80500000u, "BadServerNameMissing"},
     {0x80510000u, "BadDiscoveryUrlMissing"},
-    {0x80520000u, "BadSempahoreFileMissing"},
+    {0x80520000u, "BadSemaphoreFileMissing"},
     {0x80530000u, "BadRequestTypeInvalid"},
     {0x80540000u, "BadSecurityModeRejected"},
     {0x80550000u, "BadSecurityPolicyRejected"},
@@ -257,6 +259,7 @@ const StatusCodeName opcua_statusCodeNames[] = {
     {0x80ED0000u, "BadLocaleNotSupported"},
     {0x80EE0000u, "BadServerTooBusy"},
     {0x80F00000u, "BadNoValue"},
+    {0x80F10000u, "BadTransactionFailed"},
     {0x810D0000u, "BadCertificateChainIncomplete"},
     {0x810E0000u, "BadLicenseExpired"},
     {0x810F0000u, "BadLicenseLimitsExceeded"},
@@ -275,4 +278,4 @@ const StatusCodeName opcua_statusCodeNames[] = {
     {0x811F0000u, "BadTicketRequired"},
     {0x81200000u, "BadTicketInvalid"},
 };
-const unsigned opcua_statusCodeNameCount = 271u;
+const unsigned opcua_statusCodeNameCount = 274u;

@@ -608,6 +608,148 @@ static const OpcUa_FieldDescriptor fieldsPubSubConfigurationValueDataType[] = {
     SIMPLE(PubSubConfigurationValueDataType, Identifier, 24, 24),
 };
 TYPE(PubSubConfigurationValueDataType, 25520, 25532, 25548, fieldsPubSubConfigurationValueDataType, 3, 0, 0, 0u, 15, 0)
+static const OpcUa_FieldDescriptor fieldsJsonNetworkMessage[] = {
+    SIMPLE(JsonNetworkMessage, MessageId, 12, 12),
+    SIMPLE(JsonNetworkMessage, MessageType, 12, 12),
+    SIMPLE(JsonNetworkMessage, PublisherId, 12, 12),
+    SIMPLE(JsonNetworkMessage, WriterGroupName, 12, 12),
+    SIMPLE(JsonNetworkMessage, DataSetClassId, 12, 12),
+    SIMPLES(JsonNetworkMessage, Messages, 22, 22),
+};
+TYPE(JsonNetworkMessage, 19311, 0, 0, fieldsJsonNetworkMessage, 6, 0, 0, 0u, 24, 0)
+static const OpcUa_FieldDescriptor fieldsJsonDataSetMessage[] = {
+    SIMPLE(JsonDataSetMessage, DataSetWriterId, 5, 5),
+    SIMPLE(JsonDataSetMessage, DataSetWriterName, 12, 12),
+    SIMPLE(JsonDataSetMessage, PublisherId, 12, 12),
+    SIMPLE(JsonDataSetMessage, WriterGroupName, 12, 12),
+    SIMPLE(JsonDataSetMessage, SequenceNumber, 7, 7),
+    NESTED(JsonDataSetMessage, MetaDataVersion, ConfigurationVersionDataType, 14593),
+    SIMPLE(JsonDataSetMessage, MinorVersion, 7, 7),
+    SIMPLE(JsonDataSetMessage, Timestamp, 13, 13),
+    SIMPLE(JsonDataSetMessage, Status, 19, 19),
+    SIMPLE(JsonDataSetMessage, MessageType, 12, 12),
+    SIMPLE(JsonDataSetMessage, Payload, 22, 22),
+};
+TYPE(JsonDataSetMessage, 19312, 0, 0, fieldsJsonDataSetMessage, 11, 0, 0, 0u, 49, 0)
+static const OpcUa_FieldDescriptor fieldsJsonDataSetMetaDataMessage[] = {
+    SIMPLE(JsonDataSetMetaDataMessage, MessageId, 12, 12),
+    SIMPLE(JsonDataSetMetaDataMessage, MessageType, 12, 12),
+    SIMPLE(JsonDataSetMetaDataMessage, PublisherId, 12, 12),
+    SIMPLE(JsonDataSetMetaDataMessage, DataSetWriterId, 5, 5),
+    SIMPLE(JsonDataSetMetaDataMessage, WriterGroupName, 12, 12),
+    SIMPLE(JsonDataSetMetaDataMessage, DataSetWriterName, 12, 12),
+    SIMPLE(JsonDataSetMetaDataMessage, Timestamp, 13, 13),
+    NESTED(JsonDataSetMetaDataMessage, MetaData, DataSetMetaDataType, 14523),
+};
+TYPE(JsonDataSetMetaDataMessage, 19313, 0, 0, fieldsJsonDataSetMetaDataMessage, 8, 0, 0, 0u, 79, 0)
+static const OpcUa_FieldDescriptor fieldsApplicationDescription[] = {
+    SIMPLE(ApplicationDescription, ApplicationUri, 12, 12),
+    SIMPLE(ApplicationDescription, ProductUri, 12, 12),
+    SIMPLE(ApplicationDescription, ApplicationName, 21, 21),
+    SIMPLE(ApplicationDescription, ApplicationType, 30, 307),
+    SIMPLE(ApplicationDescription, GatewayServerUri, 12, 12),
+    SIMPLE(ApplicationDescription, DiscoveryProfileUri, 12, 12),
+    SIMPLES(ApplicationDescription, DiscoveryUrls, 12, 12),
+};
+TYPE(ApplicationDescription, 308, 310, 309, fieldsApplicationDescription, 7, 0, 0, 0u, 25, 0)
+static const OpcUa_FieldDescriptor fieldsJsonApplicationDescriptionMessage[] = {
+    SIMPLE(JsonApplicationDescriptionMessage, MessageId, 12, 12),
+    SIMPLE(JsonApplicationDescriptionMessage, MessageType, 12, 12),
+    SIMPLE(JsonApplicationDescriptionMessage, PublisherId, 12, 12),
+    SIMPLE(JsonApplicationDescriptionMessage, Timestamp, 13, 13),
+    NESTED(JsonApplicationDescriptionMessage, Description, ApplicationDescription, 308),
+    SIMPLES(JsonApplicationDescriptionMessage, ServerCapabilities, 12, 12),
+};
+TYPE(JsonApplicationDescriptionMessage, 19314, 0, 0, fieldsJsonApplicationDescriptionMessage, 6, 0, 0, 0u, 49, 0)
+static const OpcUa_FieldDescriptor fieldsJsonServerEndpointsMessage[] = {
+    SIMPLE(JsonServerEndpointsMessage, MessageId, 12, 12),
+    SIMPLE(JsonServerEndpointsMessage, MessageType, 12, 12),
+    SIMPLE(JsonServerEndpointsMessage, PublisherId, 12, 12),
+    SIMPLE(JsonServerEndpointsMessage, Timestamp, 13, 13),
+    NESTED(JsonServerEndpointsMessage, Description, ApplicationDescription, 308),
+    NESTEDS(JsonServerEndpointsMessage, Endpoints, EndpointDescription, 312),
+};
+TYPE(JsonServerEndpointsMessage, 19315, 0, 0, fieldsJsonServerEndpointsMessage, 6, 0, 0, 0u, 49, 0)
+static const OpcUa_FieldDescriptor fieldsJsonStatusMessage[] = {
+    SIMPLE(JsonStatusMessage, MessageId, 12, 12),
+    SIMPLE(JsonStatusMessage, MessageType, 12, 12),
+    SIMPLE(JsonStatusMessage, PublisherId, 12, 12),
+    SIMPLE(JsonStatusMessage, Timestamp, 13, 13),
+    SIMPLE(JsonStatusMessage, IsCyclic, 1, 1),
+    SIMPLE(JsonStatusMessage, Status, 30, 14647),
+    SIMPLE(JsonStatusMessage, NextReportTime, 13, 13),
+};
+TYPE(JsonStatusMessage, 19316, 0, 0, fieldsJsonStatusMessage, 7, 0, 0, 0u, 33, 0)
+static const OpcUa_FieldDescriptor fieldsJsonPubSubConnectionMessage[] = {
+    SIMPLE(JsonPubSubConnectionMessage, MessageId, 12, 12),
+    SIMPLE(JsonPubSubConnectionMessage, MessageType, 12, 12),
+    SIMPLE(JsonPubSubConnectionMessage, PublisherId, 12, 12),
+    SIMPLE(JsonPubSubConnectionMessage, Timestamp, 13, 13),
+    NESTED(JsonPubSubConnectionMessage, Connection, PubSubConnectionDataType, 15617),
+};
+TYPE(JsonPubSubConnectionMessage, 19317, 0, 0, fieldsJsonPubSubConnectionMessage, 5, 0, 0, 0u, 48, 0)
+static const OpcUa_FieldDescriptor fieldsJsonActionMetaDataMessage[] = {
+    SIMPLE(JsonActionMetaDataMessage, MessageId, 12, 12),
+    SIMPLE(JsonActionMetaDataMessage, MessageType, 12, 12),
+    SIMPLE(JsonActionMetaDataMessage, PublisherId, 12, 12),
+    SIMPLE(JsonActionMetaDataMessage, DataSetWriterId, 5, 5),
+    SIMPLE(JsonActionMetaDataMessage, DataSetWriterName, 12, 12),
+    SIMPLE(JsonActionMetaDataMessage, Timestamp, 13, 13),
+    NESTEDS(JsonActionMetaDataMessage, ActionTargets, ActionTargetDataType, 18593),
+    NESTED(JsonActionMetaDataMessage, Request, DataSetMetaDataType, 14523),
+    NESTED(JsonActionMetaDataMessage, Response, DataSetMetaDataType, 14523),
+    NESTEDS(JsonActionMetaDataMessage, ActionMethods, ActionMethodDataType, 18597),
+};
+TYPE(JsonActionMetaDataMessage, 19318, 0, 0, fieldsJsonActionMetaDataMessage, 10, 0, 0, 0u, 132, 0)
+static const OpcUa_FieldDescriptor fieldsJsonActionResponderMessage[] = {
+    SIMPLE(JsonActionResponderMessage, MessageId, 12, 12),
+    SIMPLE(JsonActionResponderMessage, MessageType, 12, 12),
+    SIMPLE(JsonActionResponderMessage, PublisherId, 12, 12),
+    SIMPLE(JsonActionResponderMessage, Timestamp, 13, 13),
+    NESTED(JsonActionResponderMessage, Connection, PubSubConnectionDataType, 15617),
+};
+TYPE(JsonActionResponderMessage, 19319, 0, 0, fieldsJsonActionResponderMessage, 5, 0, 0, 0u, 48, 0)
+static const OpcUa_FieldDescriptor fieldsJsonActionNetworkMessage[] = {
+    SIMPLE(JsonActionNetworkMessage, MessageId, 12, 12),
+    SIMPLE(JsonActionNetworkMessage, MessageType, 12, 12),
+    SIMPLE(JsonActionNetworkMessage, PublisherId, 12, 12),
+    SIMPLE(JsonActionNetworkMessage, Timestamp, 13, 13),
+    SIMPLE(JsonActionNetworkMessage, ResponseAddress, 12, 12),
+    SIMPLE(JsonActionNetworkMessage, CorrelationData, 15, 15),
+    SIMPLE(JsonActionNetworkMessage, RequestorId, 12, 12),
+    SIMPLE(JsonActionNetworkMessage, TimeoutHint, 11, 11),
+    SIMPLES(JsonActionNetworkMessage, Messages, 22, 22),
+};
+TYPE(JsonActionNetworkMessage, 19320, 0, 0, fieldsJsonActionNetworkMessage, 9, 0, 0, 0u, 44, 0)
+static const OpcUa_FieldDescriptor fieldsJsonActionRequestMessage[] = {
+    SIMPLE(JsonActionRequestMessage, DataSetWriterId, 5, 5),
+    SIMPLE(JsonActionRequestMessage, ActionTargetId, 5, 5),
+    SIMPLE(JsonActionRequestMessage, DataSetWriterName, 12, 12),
+    SIMPLE(JsonActionRequestMessage, WriterGroupName, 12, 12),
+    NESTED(JsonActionRequestMessage, MetaDataVersion, ConfigurationVersionDataType, 14593),
+    SIMPLE(JsonActionRequestMessage, MinorVersion, 7, 7),
+    SIMPLE(JsonActionRequestMessage, Timestamp, 13, 13),
+    SIMPLE(JsonActionRequestMessage, MessageType, 12, 12),
+    SIMPLE(JsonActionRequestMessage, RequestId, 5, 5),
+    SIMPLE(JsonActionRequestMessage, ActionState, 30, 18595),
+    SIMPLE(JsonActionRequestMessage, Payload, 22, 22),
+};
+TYPE(JsonActionRequestMessage, 19321, 0, 0, fieldsJsonActionRequestMessage, 11, 0, 0, 0u, 45, 0)
+static const OpcUa_FieldDescriptor fieldsJsonActionResponseMessage[] = {
+    SIMPLE(JsonActionResponseMessage, DataSetWriterId, 5, 5),
+    SIMPLE(JsonActionResponseMessage, ActionTargetId, 5, 5),
+    SIMPLE(JsonActionResponseMessage, DataSetWriterName, 12, 12),
+    SIMPLE(JsonActionResponseMessage, WriterGroupName, 12, 12),
+    NESTED(JsonActionResponseMessage, MetaDataVersion, ConfigurationVersionDataType, 14593),
+    SIMPLE(JsonActionResponseMessage, MinorVersion, 7, 7),
+    SIMPLE(JsonActionResponseMessage, Timestamp, 13, 13),
+    SIMPLE(JsonActionResponseMessage, Status, 19, 19),
+    SIMPLE(JsonActionResponseMessage, MessageType, 12, 12),
+    SIMPLE(JsonActionResponseMessage, RequestId, 5, 5),
+    SIMPLE(JsonActionResponseMessage, ActionState, 30, 18595),
+    SIMPLE(JsonActionResponseMessage, Payload, 22, 22),
+};
+TYPE(JsonActionResponseMessage, 19322, 0, 0, fieldsJsonActionResponseMessage, 12, 0, 0, 0u, 49, 0)
 static const OpcUa_FieldDescriptor fieldsAliasNameDataType[] = {
     SIMPLE(AliasNameDataType, AliasName, 20, 20),
     SIMPLES(AliasNameDataType, ReferencedNodes, 18, 18),
@@ -707,16 +849,6 @@ static const OpcUa_FieldDescriptor fieldsTimeZoneDataType[] = {
     SIMPLE(TimeZoneDataType, DaylightSavingInOffset, 1, 1),
 };
 TYPE(TimeZoneDataType, 8912, 8917, 8913, fieldsTimeZoneDataType, 2, 0, 0, 0u, 3, 1)
-static const OpcUa_FieldDescriptor fieldsApplicationDescription[] = {
-    SIMPLE(ApplicationDescription, ApplicationUri, 12, 12),
-    SIMPLE(ApplicationDescription, ProductUri, 12, 12),
-    SIMPLE(ApplicationDescription, ApplicationName, 21, 21),
-    SIMPLE(ApplicationDescription, ApplicationType, 30, 307),
-    SIMPLE(ApplicationDescription, GatewayServerUri, 12, 12),
-    SIMPLE(ApplicationDescription, DiscoveryProfileUri, 12, 12),
-    SIMPLES(ApplicationDescription, DiscoveryUrls, 12, 12),
-};
-TYPE(ApplicationDescription, 308, 310, 309, fieldsApplicationDescription, 7, 0, 0, 0u, 25, 0)
 static const OpcUa_FieldDescriptor fieldsRequestHeader[] = {
     SIMPLE(RequestHeader, AuthenticationToken, 17, 17),
     SIMPLE(RequestHeader, Timestamp, 13, 13),
@@ -1443,6 +1575,19 @@ static const OpcUa_FieldDescriptor fieldsReadEventDetails2[] = {
     SIMPLE(ReadEventDetails2, ReadModified, 1, 1),
 };
 TYPE(ReadEventDetails2, 32799, 32800, 32801, fieldsReadEventDetails2, 5, 0, 0, 0u, 29, 0)
+static const OpcUa_FieldDescriptor fieldsSortRuleElement[] = {
+    SIMPLE(SortRuleElement, SortOrder, 30, 18646),
+    NESTED(SortRuleElement, EventField, SimpleAttributeOperand, 601),
+};
+TYPE(SortRuleElement, 18648, 18650, 18652, fieldsSortRuleElement, 2, 0, 0, 0u, 18, 0)
+static const OpcUa_FieldDescriptor fieldsReadEventDetailsSorted[] = {
+    SIMPLE(ReadEventDetailsSorted, NumValuesPerNode, 7, 7),
+    SIMPLE(ReadEventDetailsSorted, StartTime, 13, 13),
+    SIMPLE(ReadEventDetailsSorted, EndTime, 13, 13),
+    NESTED(ReadEventDetailsSorted, Filter, EventFilter, 725),
+    NESTEDS(ReadEventDetailsSorted, SortClause, SortRuleElement, 18648),
+};
+TYPE(ReadEventDetailsSorted, 18649, 18651, 18653, fieldsReadEventDetailsSorted, 5, 0, 0, 0u, 32, 0)
 static const OpcUa_FieldDescriptor fieldsReadRawModifiedDetails[] = {
     SIMPLE(ReadRawModifiedDetails, IsReadModified, 1, 1),
     SIMPLE(ReadRawModifiedDetails, StartTime, 13, 13),
@@ -2390,6 +2535,8 @@ const OpcUa_EncodeableType* const opcua_typesByTypeId[] = {
     &OpcUa_ActionTargetDataType_EncodeableType,
     &OpcUa_PublishedActionDataType_EncodeableType,
     &OpcUa_ActionMethodDataType_EncodeableType,
+    &OpcUa_SortRuleElement_EncodeableType,
+    &OpcUa_ReadEventDetailsSorted_EncodeableType,
     &OpcUa_PublishedActionMethodDataType_EncodeableType,
     &OpcUa_DtlsPubSubConnectionDataType_EncodeableType,
     &OpcUa_RationalNumber_EncodeableType,
@@ -2404,6 +2551,18 @@ const OpcUa_EncodeableType* const opcua_typesByTypeId[] = {
     &OpcUa_LldpManagementAddressTxPortType_EncodeableType,
     &OpcUa_LldpManagementAddressType_EncodeableType,
     &OpcUa_LldpTlvType_EncodeableType,
+    &OpcUa_JsonNetworkMessage_EncodeableType,
+    &OpcUa_JsonDataSetMessage_EncodeableType,
+    &OpcUa_JsonDataSetMetaDataMessage_EncodeableType,
+    &OpcUa_JsonApplicationDescriptionMessage_EncodeableType,
+    &OpcUa_JsonServerEndpointsMessage_EncodeableType,
+    &OpcUa_JsonStatusMessage_EncodeableType,
+    &OpcUa_JsonPubSubConnectionMessage_EncodeableType,
+    &OpcUa_JsonActionMetaDataMessage_EncodeableType,
+    &OpcUa_JsonActionResponderMessage_EncodeableType,
+    &OpcUa_JsonActionNetworkMessage_EncodeableType,
+    &OpcUa_JsonActionRequestMessage_EncodeableType,
+    &OpcUa_JsonActionResponseMessage_EncodeableType,
     &OpcUa_SessionlessInvokeResponseType_EncodeableType,
     &OpcUa_AliasNameDataType_EncodeableType,
     &OpcUa_ReadAnnotationDataDetails_EncodeableType,
@@ -2440,7 +2599,7 @@ const OpcUa_EncodeableType* const opcua_typesByTypeId[] = {
     &OpcUa_ReadEventDetails2_EncodeableType,
     &OpcUa_HistoryModifiedEvent_EncodeableType,
 };
-const unsigned opcua_typesByTypeIdCount = 322u;
+const unsigned opcua_typesByTypeIdCount = 336u;
 const OpcUa_EncodeableType* const opcua_typesByBinaryId[] = {
     &OpcUa_DataTypeDefinition_EncodeableType,
     &OpcUa_StructureDefinition_EncodeableType,
@@ -2709,6 +2868,8 @@ const OpcUa_EncodeableType* const opcua_typesByBinaryId[] = {
     &OpcUa_ActionTargetDataType_EncodeableType,
     &OpcUa_PublishedActionDataType_EncodeableType,
     &OpcUa_ActionMethodDataType_EncodeableType,
+    &OpcUa_SortRuleElement_EncodeableType,
+    &OpcUa_ReadEventDetailsSorted_EncodeableType,
     &OpcUa_PublishedActionMethodDataType_EncodeableType,
     &OpcUa_RationalNumber_EncodeableType,
     &OpcUa_Vector_EncodeableType,
@@ -2765,7 +2926,7 @@ const OpcUa_EncodeableType* const opcua_typesByBinaryId[] = {
     &OpcUa_ReadEventDetails2_EncodeableType,
     &OpcUa_HistoryModifiedEvent_EncodeableType,
 };
-const unsigned opcua_typesByBinaryIdCount = 322u;
+const unsigned opcua_typesByBinaryIdCount = 324u;
 static const OpcUa_EnumeratedValue valuesPermissionType[] = {
     {"None", 0},
     {"Browse", 1},
@@ -3161,6 +3322,10 @@ static const OpcUa_EnumeratedValue valuesActionState[] = {
     {"Executing", 1},
     {"Done", 2},
 };
+static const OpcUa_EnumeratedValue valuesSortOrderType[] = {
+    {"Ascending", 0},
+    {"Descending", 1},
+};
 static const OpcUa_EnumeratedValue valuesChassisIdSubtype[] = {
     {"ChassisComponent", 1},
     {"InterfaceAlias", 2},
@@ -3392,6 +3557,7 @@ const OpcUa_EnumeratedType opcua_enumeratedTypes[] = {
     {"OverrideValueHandling", 15874, 6, 0, valuesOverrideValueHandling, 3},
     {"DataSetFieldFlags", 15904, 5, 1, valuesDataSetFieldFlags, 2},
     {"ActionState", 18595, 6, 0, valuesActionState, 3},
+    {"SortOrderType", 18646, 6, 0, valuesSortOrderType, 2},
     {"ChassisIdSubtype", 18947, 6, 0, valuesChassisIdSubtype, 7},
     {"PortIdSubtype", 18949, 6, 0, valuesPortIdSubtype, 7},
     {"ManAddrIfSubtype", 18951, 6, 0, valuesManAddrIfSubtype, 4},
@@ -3415,4 +3581,4 @@ const OpcUa_EnumeratedType opcua_enumeratedTypes[] = {
     {"RedundantServerMode", 32417, 6, 0, valuesRedundantServerMode, 4},
     {"ConversionLimitEnum", 32436, 6, 0, valuesConversionLimitEnum, 3},
 };
-const unsigned opcua_enumeratedTypeCount = 64u;
+const unsigned opcua_enumeratedTypeCount = 65u;

@@ -18,12 +18,12 @@ selected() { # the .cpp files to look at
     esac | grep '\.cpp$'
 }
 
-# A tree of its own: clang can not read the precompiled headers and options that g++ leaves in the others.
+# A tree of its own: clang can not read the precompiled headers and options that g++ leaves in the others. Only
+# moc runs in it, called directly, since its targets would build every library first.
 prepare_tree() {
     [ -f build/lint/build.ninja ] || cmake --preset release -B build/lint -DTAVELIN_CCACHE=OFF >&2
-    local autogen
-    mapfile -t autogen < <(ninja -C build/lint -t targets all | sed -n 's/^\([a-z_]*_autogen\): phony$/\1/p')
-    [ ${#autogen[@]} -eq 0 ] || cmake --build build/lint --target "${autogen[@]}" >&2
+    cmake build/lint >/dev/null
+    find build/lint -name AutogenInfo.json -print0 | xargs -0 -r -I{} cmake -E cmake_autogen {} Release >/dev/null
 }
 
 known_to_build() { # only what the build compiles has options to check it with
@@ -31,13 +31,15 @@ known_to_build() { # only what the build compiles has options to check it with
 }
 
 tools/dev/setup.sh
-tools/dev/checks.sh
+status=0
+tools/dev/checks.sh || status=1
 prepare_tree
 mapfile -t files < <(selected "$@" | known_to_build)
 if [ ${#files[@]} -eq 0 ]; then
     say "clang-tidy: no source of the build is selected"
-    exit 0
+    exit $status
 fi
 say "clang-tidy over ${#files[@]} files"
 printf '%s\n' "${files[@]}" |
-    xargs -d '\n' -P "$(job_count)" -n 1 clang-tidy-14 --quiet --warnings-as-errors='*' -p build/lint
+    xargs -d '\n' -P "$(job_count)" -n 1 clang-tidy-14 --quiet --warnings-as-errors='*' -p build/lint || status=1
+exit $status

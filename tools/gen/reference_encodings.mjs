@@ -44,5 +44,13 @@ const messages = messageCases().map(({ name, message }) => {
 });
 
 mkdirSync(folder, { recursive: true });
-write("builtin.txt", ["Made by tools/gen/reference_encodings.mjs, see README.md", "TYPE | NAME | VALUE | HEX"], builtin);
-write("messages.txt", ["Made by tools/gen/reference_encodings.mjs, see README.md", "TYPE | NAME | BINARYENCODINGID | HEX"], messages);
+write(
+  "builtin.txt",
+  ["Made by tools/gen/reference_encodings.mjs, see README.md", "TYPE | NAME | VALUE | HEX"],
+  builtin,
+);
+write(
+  "messages.txt",
+  ["Made by tools/gen/reference_encodings.mjs, see README.md", "TYPE | NAME | BINARYENCODINGID | HEX"],
+  messages,
+);

@@ -51,7 +51,8 @@ OPCUA_EXPORT void OpcUa_ProxyStub_GetConfiguration(OpcUa_ProxyStubConfiguration*
 #define OPCUA_TRACE_OUTPUT_LEVEL_CONTENT 0x003Fu
 #define OPCUA_TRACE_OUTPUT_LEVEL_ALL 0xFFFFu
 
-/* Receives one line without a line end; called from any thread, with no stack lock held. */
+/* Receives one line without a line end; called from any thread, with no stack lock held. SetHook waits until the old
+ * hook runs no more. */
 typedef void (*OpcUa_Trace_PfnHook)(OpcUa_UInt32 level, const char* text, void* context);
 
 OPCUA_EXPORT void OpcUa_Trace_SetHook(OpcUa_Trace_PfnHook hook, void* context);
@@ -85,8 +86,9 @@ typedef struct OpcUa_CertificateValidation
     OpcUa_Int32 ProviderError; /* the crypto library's own number */
 } OpcUa_CertificateValidation;
 
-/* Channel events. Runs on the event-loop thread (or a pool thread of the stack), no lock held; it may call any
- * function but Connect, Disconnect and Delete of the same channel. For VerifyCertificate the result decides:
+/* Channel events. Runs on the channel's own callback thread, in order, no lock held; it may block without holding up
+ * other channels, and may call any function but Connect, Disconnect (both answer BadInvalidState) and Delete (does
+ * nothing) of the same channel. For VerifyCertificate the result decides:
  * Good goes on. Other events ignore the result. */
 typedef OpcUa_StatusCode (*OpcUa_Channel_PfnEvent)(OpcUa_Channel channel, OpcUa_Channel_Event event,
                                                    OpcUa_StatusCode status, void* details, void* context);
@@ -123,8 +125,8 @@ OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
  * or the server's own status. revisedLifetime (ms) may be null. The strings and bytes of info are copied. */
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel, const OpcUa_ChannelConnectInfo* info,
                                                     OpcUa_UInt32* revisedLifetime);
-/* Closes the channel; pending calls complete with BadConnectionClosed before it returns. BadInvalidState when
- * it was not connected. No event follows. */
+/* Closes the channel; pending calls complete with BadConnectionClosed and running callbacks end before it returns.
+ * Good also when the peer had gone; BadInvalidState when there was no connection. No event follows. */
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Disconnect(OpcUa_Channel channel);
 /* Ends a Connect that runs on another thread (it answers BadRequestCancelledByClient). Any thread. */
 OPCUA_EXPORT void OpcUa_Channel_CancelConnect(OpcUa_Channel channel);
@@ -132,7 +134,7 @@ OPCUA_EXPORT void OpcUa_Channel_CancelConnect(OpcUa_Channel channel);
 OPCUA_EXPORT void OpcUa_Channel_Delete(OpcUa_Channel* channel);
 OPCUA_EXPORT OpcUa_Boolean OpcUa_Channel_IsConnected(OpcUa_Channel channel);
 
-/* Completion of an asynchronous call. Runs once for each accepted call, on the event-loop thread, no lock held.
+/* Completion of an asynchronous call. Runs once for each accepted call, on the channel's callback thread, no lock held.
  * On Good the callee owns response (free it with OpcUa_EncodeableObject_Delete); otherwise response is null.
  * A ServiceFault ends as its service result in status. */
 typedef void (*OpcUa_Channel_PfnRequestComplete)(OpcUa_Channel channel, void* response,
@@ -142,7 +144,9 @@ typedef void (*OpcUa_Channel_PfnRequestComplete)(OpcUa_Channel channel, void* re
 /* One service call, which the generated functions of opcua_clientapi.h wrap. request holds a RequestHeader as its
  * first field, whose TimeoutHint (ms, 0: 10000) limits the wait. Invoke blocks; response is initialised by the
  * call. Good when a response of the expected type came with a service result that is not bad; else the
- * service result, BadTimeout, BadConnectionClosed, BadUnknownResponse, BadDecodingError ... */
+ * service result, BadTimeout, BadConnectionClosed, BadUnknownResponse, BadDecodingError ... BadRequestTooLarge when
+ * the peer would not take it. BeginInvoke never blocks: BadResourceUnavailable when the peer does not take what was
+ * sent before, BadTooManyOperations when too many calls wait; the callback runs when it answers Good, only then. */
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_InvokeService(OpcUa_Channel channel, const OpcUa_EncodeableType* requestType,
                                                           const void* request,
                                                           const OpcUa_EncodeableType* responseType, void* response);

@@ -230,9 +230,15 @@ function variants() {
     cases.push([`${type}-empty-array`, { type, array: [] }]);
     cases.push([`${type}-matrix`, { type, dims: [2, 3], array: [...two, ...two, ...two] }]);
   }
-  cases.push(["Variant-array", { type: "Variant", array: [inVariant, { type: "Null" }, { type: "String", array: ["a", null] }] }]);
+  cases.push([
+    "Variant-array",
+    { type: "Variant", array: [inVariant, { type: "Null" }, { type: "String", array: ["a", null] }] },
+  ]);
   cases.push(["Variant-empty-array", { type: "Variant", array: [] }]);
-  cases.push(["Variant-matrix", { type: "Variant", dims: [1, 2], array: [inVariant, { type: "Boolean", value: true }] }]);
+  cases.push([
+    "Variant-matrix",
+    { type: "Variant", dims: [1, 2], array: [inVariant, { type: "Boolean", value: true }] },
+  ]);
   cases.push(["Int32-null-array", { type: "Int32", array: null }]);
   cases.push(["Int32-matrix-3d", { type: "Int32", dims: [2, 2, 2], array: [1, 2, 3, 4, 5, 6, 7, 8] }]);
   return cases;

@@ -12,7 +12,11 @@ const noSecurity = "http://opcfoundation.org/UA/SecurityPolicy#None";
 const binaryTransport = "http://opcfoundation.org/UA-Profile/Transport/uatcp-uasc-uabinary";
 const endpointUrl = "opc.tcp://127.0.0.1:4840/Tavelin/Demo";
 
-const authenticationToken = new ua.NodeId(ua.NodeIdType.BYTESTRING, Buffer.from("00112233445566778899aabbccddeeff", "hex"), 0);
+const authenticationToken = new ua.NodeId(
+  ua.NodeIdType.BYTESTRING,
+  Buffer.from("00112233445566778899aabbccddeeff", "hex"),
+  0,
+);
 const node = (text) => ua.coerceNodeId(text);
 const variant = (dataType, value, more = {}) => new ua.Variant({ dataType: ua.DataType[dataType], value, ...more });
 const array = (dataType, value) => variant(dataType, value, { arrayType: ua.VariantArrayType.Array });
@@ -61,8 +65,20 @@ function endpoint() {
     securityMode: ua.MessageSecurityMode.None,
     securityPolicyUri: noSecurity,
     userIdentityTokens: [
-      { policyId: "anonymous", tokenType: ua.UserTokenType.Anonymous, issuedTokenType: null, issuerEndpointUrl: null, securityPolicyUri: null },
-      { policyId: "user", tokenType: ua.UserTokenType.UserName, issuedTokenType: "t", issuerEndpointUrl: "u", securityPolicyUri: noSecurity },
+      {
+        policyId: "anonymous",
+        tokenType: ua.UserTokenType.Anonymous,
+        issuedTokenType: null,
+        issuerEndpointUrl: null,
+        securityPolicyUri: null,
+      },
+      {
+        policyId: "user",
+        tokenType: ua.UserTokenType.UserName,
+        issuedTokenType: "t",
+        issuerEndpointUrl: "u",
+        securityPolicyUri: noSecurity,
+      },
     ],
     transportProfileUri: binaryTransport,
     securityLevel: 3,
@@ -93,7 +109,12 @@ function connecting() {
     ],
     [
       "two-locales",
-      new ua.GetEndpointsRequest({ requestHeader: requestHeader(2), endpointUrl, localeIds: ["de", "en-US"], profileUris: [binaryTransport] }),
+      new ua.GetEndpointsRequest({
+        requestHeader: requestHeader(2),
+        endpointUrl,
+        localeIds: ["de", "en-US"],
+        profileUris: [binaryTransport],
+      }),
     ],
     ["one-endpoint", new ua.GetEndpointsResponse({ responseHeader: responseHeader(2), endpoints: [endpoint()] })],
     [
@@ -158,7 +179,15 @@ function reading() {
       }),
     }),
     new ua.DataValue({
-      value: variant("ExtensionObject", new EUInformation({ namespaceUri: "urn:units", unitId: 4408652, displayName: "°C", description: "degree Celsius" })),
+      value: variant(
+        "ExtensionObject",
+        new EUInformation({
+          namespaceUri: "urn:units",
+          unitId: 4408652,
+          displayName: "°C",
+          description: "degree Celsius",
+        }),
+      ),
     }),
   ];
   return [
@@ -169,46 +198,102 @@ function reading() {
         maxAge: 0.25,
         timestampsToReturn: ua.TimestampsToReturn.Both,
         nodesToRead: [
-          { nodeId: node("ns=2;s=Temperature"), attributeId: ua.AttributeIds.Value, indexRange: null, dataEncoding: { namespaceIndex: 0, name: "Default Binary" } },
+          {
+            nodeId: node("ns=2;s=Temperature"),
+            attributeId: ua.AttributeIds.Value,
+            indexRange: null,
+            dataEncoding: { namespaceIndex: 0, name: "Default Binary" },
+          },
           { nodeId: node("i=2258"), attributeId: ua.AttributeIds.BrowseName },
         ],
       }),
     ],
-    ["several-values", new ua.ReadResponse({ responseHeader: responseHeader(5), results: values, diagnosticInfos: null })],
+    [
+      "several-values",
+      new ua.ReadResponse({ responseHeader: responseHeader(5), results: values, diagnosticInfos: null }),
+    ],
     [
       "diagnostics",
       new ua.ReadResponse({
         responseHeader: responseHeader(6, {
           serviceResult: ua.StatusCodes.BadTooManyOperations,
-          serviceDiagnostics: new ua.DiagnosticInfo({ symbolicId: 0, localizedText: 1, innerStatusCode: ua.StatusCodes.BadInternalError }),
+          serviceDiagnostics: new ua.DiagnosticInfo({
+            symbolicId: 0,
+            localizedText: 1,
+            innerStatusCode: ua.StatusCodes.BadInternalError,
+          }),
           stringTable: ["symbol", "text"],
         }),
         results: [],
         diagnosticInfos: [],
       }),
     ],
+  ];
+}
+
+function writing() {
+  return [
     [
       "two-values",
       new ua.WriteRequest({
         requestHeader: requestHeader(7),
         nodesToWrite: [
-          { nodeId: node("ns=2;s=Temperature"), attributeId: ua.AttributeIds.Value, indexRange: "1:2", value: { value: variant("Float", -6.5) } },
+          {
+            nodeId: node("ns=2;s=Temperature"),
+            attributeId: ua.AttributeIds.Value,
+            indexRange: "1:2",
+            value: { value: variant("Float", -6.5) },
+          },
           {
             nodeId: node("ns=2;i=70000"),
             attributeId: ua.AttributeIds.Value,
-            value: { value: array("Byte", [1, 2, 255]), statusCode: ua.StatusCodes.UncertainInitialValue, sourceTimestamp: time },
+            value: {
+              value: array("Byte", [1, 2, 255]),
+              statusCode: ua.StatusCodes.UncertainInitialValue,
+              sourceTimestamp: time,
+            },
           },
         ],
       }),
     ],
+  ];
+}
+
+function history() {
+  return [
     [
       "one-reference",
       new ua.HistoryReadRequest({
         requestHeader: requestHeader(8),
-        historyReadDetails: new ua.ReadRawModifiedDetails({ isReadModified: true, startTime: time, endTime: later, numValuesPerNode: 1000, returnBounds: true }),
+        historyReadDetails: new ua.ReadRawModifiedDetails({
+          isReadModified: true,
+          startTime: time,
+          endTime: later,
+          numValuesPerNode: 1000,
+          returnBounds: true,
+        }),
         timestampsToReturn: ua.TimestampsToReturn.Source,
         releaseContinuationPoints: false,
         nodesToRead: [{ nodeId: node("ns=2;s=History"), continuationPoint: Buffer.from("0102", "hex") }],
+      }),
+    ],
+    [
+      "one-node",
+      new ua.HistoryReadResponse({
+        responseHeader: responseHeader(8),
+        results: [
+          {
+            statusCode: ua.StatusCodes.GoodNoData,
+            continuationPoint: Buffer.from("03", "hex"),
+            historyData: new ua.HistoryData({
+              dataValues: [
+                { value: variant("Int32", -1), sourceTimestamp: time },
+                { statusCode: ua.StatusCodes.BadBoundNotFound },
+              ],
+            }),
+          },
+        ],
+        diagnosticInfos: [],
       }),
     ],
   ];
@@ -232,7 +317,14 @@ function browsing() {
         view: { viewId: node("i=0"), timestamp: null, viewVersion: 0 },
         requestedMaxReferencesPerNode: 500,
         nodesToBrowse: [
-          { nodeId: node("i=85"), browseDirection: ua.BrowseDirection.Both, referenceTypeId: node("i=33"), includeSubtypes: true, nodeClassMask: 0xff, resultMask: 0x3f },
+          {
+            nodeId: node("i=85"),
+            browseDirection: ua.BrowseDirection.Both,
+            referenceTypeId: node("i=33"),
+            includeSubtypes: true,
+            nodeClassMask: 0xff,
+            resultMask: 0x3f,
+          },
         ],
       }),
     ],
@@ -241,7 +333,11 @@ function browsing() {
       new ua.BrowseResponse({
         responseHeader: responseHeader(9),
         results: [
-          { statusCode: ua.StatusCodes.Good, continuationPoint: Buffer.from("cafe", "hex"), references: [reference, { ...reference, isForward: false }] },
+          {
+            statusCode: ua.StatusCodes.Good,
+            continuationPoint: Buffer.from("cafe", "hex"),
+            references: [reference, { ...reference, isForward: false }],
+          },
           { statusCode: ua.StatusCodes.BadNodeIdUnknown, continuationPoint: null, references: [] },
         ],
         diagnosticInfos: [],
@@ -256,19 +352,58 @@ function browsing() {
             startingNode: node("i=84"),
             relativePath: {
               elements: [
-                { referenceTypeId: node("i=33"), isInverse: false, includeSubtypes: true, targetName: { namespaceIndex: 0, name: "Objects" } },
-                { referenceTypeId: node("i=47"), isInverse: true, includeSubtypes: false, targetName: { namespaceIndex: 2, name: "Demo" } },
+                {
+                  referenceTypeId: node("i=33"),
+                  isInverse: false,
+                  includeSubtypes: true,
+                  targetName: { namespaceIndex: 0, name: "Objects" },
+                },
+                {
+                  referenceTypeId: node("i=47"),
+                  isInverse: true,
+                  includeSubtypes: false,
+                  targetName: { namespaceIndex: 2, name: "Demo" },
+                },
               ],
             },
           },
         ],
       }),
     ],
+  ];
+}
+
+function calling() {
+  return [
     [
       "two-arguments",
       new ua.CallRequest({
         requestHeader: requestHeader(11),
-        methodsToCall: [{ objectId: node("ns=2;s=Methods"), methodId: node("ns=2;s=Methods.Add"), inputArguments: [variant("Double", 1.25), variant("Double", -1)] }],
+        methodsToCall: [
+          {
+            objectId: node("ns=2;s=Methods"),
+            methodId: node("ns=2;s=Methods.Add"),
+            inputArguments: [variant("Double", 1.25), variant("Double", -1)],
+          },
+        ],
+      }),
+    ],
+    [
+      "second-argument-refused",
+      new ua.CallResponse({
+        responseHeader: responseHeader(11),
+        results: [
+          {
+            statusCode: ua.StatusCodes.BadInvalidArgument,
+            inputArgumentResults: [ua.StatusCodes.Good, ua.StatusCodes.BadTypeMismatch],
+            inputArgumentDiagnosticInfos: [
+              new ua.DiagnosticInfo({}),
+              new ua.DiagnosticInfo({ symbolicId: 5, additionalInfo: "not a Double" }),
+            ],
+            outputArguments: [variant("String", "nothing")],
+          },
+        ],
+        diagnosticInfos: [],
       }),
     ],
   ];
@@ -276,15 +411,25 @@ function browsing() {
 
 function eventFilter() {
   const operand = (name) =>
-    new ua.SimpleAttributeOperand({ typeDefinitionId: node("i=2041"), browsePath: [{ namespaceIndex: 0, name }], attributeId: ua.AttributeIds.Value });
+    new ua.SimpleAttributeOperand({
+      typeDefinitionId: node("i=2041"),
+      browsePath: [{ namespaceIndex: 0, name }],
+      attributeId: ua.AttributeIds.Value,
+    });
   const literal = (value) => new ua.LiteralOperand({ value });
   return new ua.EventFilter({
     selectClauses: [operand("EventId"), operand("Time"), operand("Severity")],
     whereClause: {
       elements: [
-        { filterOperator: ua.FilterOperator.And, filterOperands: [new ua.ElementOperand({ index: 1 }), new ua.ElementOperand({ index: 2 })] },
+        {
+          filterOperator: ua.FilterOperator.And,
+          filterOperands: [new ua.ElementOperand({ index: 1 }), new ua.ElementOperand({ index: 2 })],
+        },
         { filterOperator: ua.FilterOperator.OfType, filterOperands: [literal(variant("NodeId", node("i=2041")))] },
-        { filterOperator: ua.FilterOperator.GreaterThanOrEqual, filterOperands: [operand("Severity"), literal(variant("UInt16", 500))] },
+        {
+          filterOperator: ua.FilterOperator.GreaterThanOrEqual,
+          filterOperands: [operand("Severity"), literal(variant("UInt16", 500))],
+        },
       ],
     },
   });
@@ -296,21 +441,10 @@ function subscribing() {
     monitoringMode: ua.MonitoringMode.Reporting,
     requestedParameters: { clientHandle: handle, samplingInterval: 250, filter, queueSize: 10, discardOldest: true },
   });
-  const deadband = new ua.DataChangeFilter({ trigger: ua.DataChangeTrigger.StatusValueTimestamp, deadbandType: 2, deadbandValue: 1.5 });
-  const dataChange = new ua.DataChangeNotification({
-    monitoredItems: [
-      { clientHandle: 1, value: { value: variant("Boolean", true), sourceTimestamp: time, serverTimestamp: later } },
-      { clientHandle: 2, value: { statusCode: ua.StatusCodes.BadSensorFailure } },
-    ],
-    diagnosticInfos: [],
-  });
-  const events = new ua.EventNotificationList({
-    events: [
-      {
-        clientHandle: 9,
-        eventFields: [variant("ByteString", Buffer.from("0a0b", "hex")), variant("DateTime", time), variant("UInt16", 700), new ua.Variant({})],
-      },
-    ],
+  const deadband = new ua.DataChangeFilter({
+    trigger: ua.DataChangeTrigger.StatusValueTimestamp,
+    deadbandType: 2,
+    deadbandValue: 1.5,
   });
   return [
     [
@@ -326,6 +460,66 @@ function subscribing() {
         ],
       }),
     ],
+    [
+      "one-refused",
+      new ua.CreateMonitoredItemsResponse({
+        responseHeader: responseHeader(12),
+        results: [
+          {
+            statusCode: ua.StatusCodes.Good,
+            monitoredItemId: 11,
+            revisedSamplingInterval: 250,
+            revisedQueueSize: 10,
+            filterResult: null,
+          },
+          {
+            statusCode: ua.StatusCodes.BadEventFilterInvalid,
+            monitoredItemId: 0,
+            revisedSamplingInterval: 0,
+            revisedQueueSize: 0,
+            filterResult: new ua.EventFilterResult({
+              selectClauseResults: [ua.StatusCodes.Good, ua.StatusCodes.BadNodeIdUnknown],
+              selectClauseDiagnosticInfos: [],
+              whereClauseResult: {
+                elementResults: [
+                  {
+                    statusCode: ua.StatusCodes.BadFilterOperatorInvalid,
+                    operandStatusCodes: [ua.StatusCodes.Good],
+                    operandDiagnosticInfos: [],
+                  },
+                ],
+              },
+            }),
+          },
+        ],
+        diagnosticInfos: [],
+      }),
+    ],
+  ];
+}
+
+function publishing() {
+  const dataChange = new ua.DataChangeNotification({
+    monitoredItems: [
+      { clientHandle: 1, value: { value: variant("Boolean", true), sourceTimestamp: time, serverTimestamp: later } },
+      { clientHandle: 2, value: { statusCode: ua.StatusCodes.BadSensorFailure } },
+    ],
+    diagnosticInfos: [],
+  });
+  const events = new ua.EventNotificationList({
+    events: [
+      {
+        clientHandle: 9,
+        eventFields: [
+          variant("ByteString", Buffer.from("0a0b", "hex")),
+          variant("DateTime", time),
+          variant("UInt16", 700),
+          new ua.Variant({}),
+        ],
+      },
+    ],
+  });
+  return [
     [
       "data-and-events",
       new ua.PublishResponse({
@@ -362,6 +556,22 @@ function subscribing() {
 }
 
 export function messageCases() {
-  const fault = ["bad-session", new ua.ServiceFault({ responseHeader: responseHeader(16, { serviceResult: ua.StatusCodes.BadSessionIdInvalid }) })];
-  return [...connecting(), ...reading(), ...browsing(), ...subscribing(), fault].map(([name, message]) => ({ name, message }));
+  const fault = [
+    "bad-session",
+    new ua.ServiceFault({ responseHeader: responseHeader(16, { serviceResult: ua.StatusCodes.BadSessionIdInvalid }) }),
+  ];
+  return [
+    ...connecting(),
+    ...reading(),
+    ...writing(),
+    ...history(),
+    ...browsing(),
+    ...calling(),
+    ...subscribing(),
+    ...publishing(),
+    fault,
+  ].map(([name, message]) => ({
+    name,
+    message,
+  }));
 }

@@ -64,7 +64,11 @@ function describeId(v, put) {
 }
 
 function simple(encodeName, text = String, build = (v) => v) {
-  return { build, describe: (v, put) => put("", text(v)), encode: (object, stream) => ua[`encode${encodeName}`](object, stream) };
+  return {
+    build,
+    describe: (v, put) => put("", text(v)),
+    encode: (object, stream) => ua[`encode${encodeName}`](object, stream),
+  };
 }
 
 /** The types by name; describe calls put(field, text) once for each leaf. */
@@ -84,7 +88,11 @@ const types = {
   Guid: simple("Guid"),
   ByteString: simple("ByteString", hexed),
   XmlElement: simple("String", quoted),
-  StatusCode: simple("StatusCode", (v) => `0x${v.toString(16).padStart(8, "0")}`, (v) => ua.coerceStatusCode(v)),
+  StatusCode: simple(
+    "StatusCode",
+    (v) => `0x${v.toString(16).padStart(8, "0")}`,
+    (v) => ua.coerceStatusCode(v),
+  ),
 
   DateTime: {
     describe: (v, put) => put("", v),
@@ -204,10 +212,10 @@ const types = {
   Variant: {
     describe(v, put) {
       put("type", v.type);
-      put("rank", v.dims ? "matrix" : v.array ? "array" : "scalar");
+      put("rank", v.dims ? "matrix" : v.array !== undefined ? "array" : "scalar");
       if (v.type === "Null") return;
       if (v.dims) put("dims", v.dims.join(","));
-      const items = v.dims ?? v.array ? v.array : [v.value];
+      const items = v.array !== undefined ? v.array : [v.value];
       if (v.array !== undefined) put("length", items === null ? "null" : items.length);
       (items ?? []).forEach((item, i) => {
         const path = v.array === undefined ? "value" : String(i);

@@ -55,6 +55,8 @@ extern "C" {
 #define OpcUa_UncertainNotAllNodesAvailable 0x40C00000u
 #define OpcUa_UncertainDominantValueChanged 0x40DE0000u
 #define OpcUa_UncertainDependentValueChanged 0x40E20000u
+#define OpcUa_UncertainOverRange 0x40F20000u
+#define OpcUa_UncertainUnderRange 0x40F30000u
 #define OpcUa_UncertainTransducerInManual 0x42080000u
 #define OpcUa_UncertainSimulatedValue 0x42090000u
 #define OpcUa_UncertainSensorCalibration 0x420A0000u
@@ -136,7 +138,7 @@ extern "C" {
 #define OpcUa_BadServerUriInvalid 0x804F0000u
 #define OpcUa_BadServerNameMissing 0x80500000u
 #define OpcUa_BadDiscoveryUrlMissing 0x80510000u
-#define OpcUa_BadSempahoreFileMissing 0x80520000u
+#define OpcUa_BadSemaphoreFileMissing 0x80520000u
 #define OpcUa_BadRequestTypeInvalid 0x80530000u
 #define OpcUa_BadSecurityModeRejected 0x80540000u
 #define OpcUa_BadSecurityPolicyRejected 0x80550000u
@@ -263,6 +265,7 @@ extern "C" {
 #define OpcUa_BadLocaleNotSupported 0x80ED0000u
 #define OpcUa_BadServerTooBusy 0x80EE0000u
 #define OpcUa_BadNoValue 0x80F00000u
+#define OpcUa_BadTransactionFailed 0x80F10000u
 #define OpcUa_BadCertificateChainIncomplete 0x810D0000u
 #define OpcUa_BadLicenseExpired 0x810E0000u
 #define OpcUa_BadLicenseLimitsExceeded 0x810F0000u

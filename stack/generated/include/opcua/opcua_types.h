@@ -564,6 +564,11 @@ typedef enum OpcUa_TimestampsToReturn OPCUA_ENUM_BASE {
     OpcUa_TimestampsToReturn_Invalid = 4,
 } OpcUa_TimestampsToReturn;
 
+typedef enum OpcUa_SortOrderType OPCUA_ENUM_BASE {
+    OpcUa_SortOrderType_Ascending = 0,
+    OpcUa_SortOrderType_Descending = 1,
+} OpcUa_SortOrderType;
+
 typedef enum OpcUa_HistoryUpdateType OPCUA_ENUM_BASE {
     OpcUa_HistoryUpdateType_Insert = 1,
     OpcUa_HistoryUpdateType_Replace = 2,
@@ -737,6 +742,19 @@ typedef struct OpcUa_BrokerDataSetWriterTransportDataType OpcUa_BrokerDataSetWri
 typedef struct OpcUa_BrokerDataSetReaderTransportDataType OpcUa_BrokerDataSetReaderTransportDataType;
 typedef struct OpcUa_PubSubConfigurationRefDataType OpcUa_PubSubConfigurationRefDataType;
 typedef struct OpcUa_PubSubConfigurationValueDataType OpcUa_PubSubConfigurationValueDataType;
+typedef struct OpcUa_JsonNetworkMessage OpcUa_JsonNetworkMessage;
+typedef struct OpcUa_JsonDataSetMessage OpcUa_JsonDataSetMessage;
+typedef struct OpcUa_JsonDataSetMetaDataMessage OpcUa_JsonDataSetMetaDataMessage;
+typedef struct OpcUa_ApplicationDescription OpcUa_ApplicationDescription;
+typedef struct OpcUa_JsonApplicationDescriptionMessage OpcUa_JsonApplicationDescriptionMessage;
+typedef struct OpcUa_JsonServerEndpointsMessage OpcUa_JsonServerEndpointsMessage;
+typedef struct OpcUa_JsonStatusMessage OpcUa_JsonStatusMessage;
+typedef struct OpcUa_JsonPubSubConnectionMessage OpcUa_JsonPubSubConnectionMessage;
+typedef struct OpcUa_JsonActionMetaDataMessage OpcUa_JsonActionMetaDataMessage;
+typedef struct OpcUa_JsonActionResponderMessage OpcUa_JsonActionResponderMessage;
+typedef struct OpcUa_JsonActionNetworkMessage OpcUa_JsonActionNetworkMessage;
+typedef struct OpcUa_JsonActionRequestMessage OpcUa_JsonActionRequestMessage;
+typedef struct OpcUa_JsonActionResponseMessage OpcUa_JsonActionResponseMessage;
 typedef struct OpcUa_AliasNameDataType OpcUa_AliasNameDataType;
 typedef struct OpcUa_UserManagementDataType OpcUa_UserManagementDataType;
 typedef struct OpcUa_PriorityMappingEntryType OpcUa_PriorityMappingEntryType;
@@ -753,7 +771,6 @@ typedef struct OpcUa_EnumValueType OpcUa_EnumValueType;
 typedef struct OpcUa_EnumField OpcUa_EnumField;
 typedef struct OpcUa_OptionSet OpcUa_OptionSet;
 typedef struct OpcUa_TimeZoneDataType OpcUa_TimeZoneDataType;
-typedef struct OpcUa_ApplicationDescription OpcUa_ApplicationDescription;
 typedef struct OpcUa_RequestHeader OpcUa_RequestHeader;
 typedef struct OpcUa_ResponseHeader OpcUa_ResponseHeader;
 typedef struct OpcUa_ServiceFault OpcUa_ServiceFault;
@@ -864,6 +881,8 @@ typedef struct OpcUa_HistoryReadDetails OpcUa_HistoryReadDetails;
 typedef struct OpcUa_EventFilter OpcUa_EventFilter;
 typedef struct OpcUa_ReadEventDetails OpcUa_ReadEventDetails;
 typedef struct OpcUa_ReadEventDetails2 OpcUa_ReadEventDetails2;
+typedef struct OpcUa_SortRuleElement OpcUa_SortRuleElement;
+typedef struct OpcUa_ReadEventDetailsSorted OpcUa_ReadEventDetailsSorted;
 typedef struct OpcUa_ReadRawModifiedDetails OpcUa_ReadRawModifiedDetails;
 typedef struct OpcUa_AggregateConfiguration OpcUa_AggregateConfiguration;
 typedef struct OpcUa_ReadProcessedDetails OpcUa_ReadProcessedDetails;
@@ -1681,6 +1700,155 @@ struct OpcUa_PubSubConfigurationValueDataType {
     OpcUa_Variant Identifier;
 };
 
+struct OpcUa_JsonNetworkMessage {
+    OpcUa_String MessageId;
+    OpcUa_String MessageType;
+    OpcUa_String PublisherId;
+    OpcUa_String WriterGroupName;
+    OpcUa_String DataSetClassId;
+    OpcUa_Int32 NoOfMessages;
+    OpcUa_ExtensionObject* Messages;
+};
+
+struct OpcUa_JsonDataSetMessage {
+    OpcUa_UInt16 DataSetWriterId;
+    OpcUa_String DataSetWriterName;
+    OpcUa_String PublisherId;
+    OpcUa_String WriterGroupName;
+    OpcUa_UInt32 SequenceNumber;
+    OpcUa_ConfigurationVersionDataType MetaDataVersion;
+    OpcUa_UInt32 MinorVersion;
+    OpcUa_DateTime Timestamp;
+    OpcUa_StatusCode Status;
+    OpcUa_String MessageType;
+    OpcUa_ExtensionObject Payload;
+};
+
+struct OpcUa_JsonDataSetMetaDataMessage {
+    OpcUa_String MessageId;
+    OpcUa_String MessageType;
+    OpcUa_String PublisherId;
+    OpcUa_UInt16 DataSetWriterId;
+    OpcUa_String WriterGroupName;
+    OpcUa_String DataSetWriterName;
+    OpcUa_DateTime Timestamp;
+    OpcUa_DataSetMetaDataType MetaData;
+};
+
+struct OpcUa_ApplicationDescription {
+    OpcUa_String ApplicationUri;
+    OpcUa_String ProductUri;
+    OpcUa_LocalizedText ApplicationName;
+    OpcUa_ApplicationType ApplicationType;
+    OpcUa_String GatewayServerUri;
+    OpcUa_String DiscoveryProfileUri;
+    OpcUa_Int32 NoOfDiscoveryUrls;
+    OpcUa_String* DiscoveryUrls;
+};
+
+struct OpcUa_JsonApplicationDescriptionMessage {
+    OpcUa_String MessageId;
+    OpcUa_String MessageType;
+    OpcUa_String PublisherId;
+    OpcUa_DateTime Timestamp;
+    OpcUa_ApplicationDescription Description;
+    OpcUa_Int32 NoOfServerCapabilities;
+    OpcUa_String* ServerCapabilities;
+};
+
+struct OpcUa_JsonServerEndpointsMessage {
+    OpcUa_String MessageId;
+    OpcUa_String MessageType;
+    OpcUa_String PublisherId;
+    OpcUa_DateTime Timestamp;
+    OpcUa_ApplicationDescription Description;
+    OpcUa_Int32 NoOfEndpoints;
+    OpcUa_EndpointDescription* Endpoints;
+};
+
+struct OpcUa_JsonStatusMessage {
+    OpcUa_String MessageId;
+    OpcUa_String MessageType;
+    OpcUa_String PublisherId;
+    OpcUa_DateTime Timestamp;
+    OpcUa_Boolean IsCyclic;
+    OpcUa_PubSubState Status;
+    OpcUa_DateTime NextReportTime;
+};
+
+struct OpcUa_JsonPubSubConnectionMessage {
+    OpcUa_String MessageId;
+    OpcUa_String MessageType;
+    OpcUa_String PublisherId;
+    OpcUa_DateTime Timestamp;
+    OpcUa_PubSubConnectionDataType Connection;
+};
+
+struct OpcUa_JsonActionMetaDataMessage {
+    OpcUa_String MessageId;
+    OpcUa_String MessageType;
+    OpcUa_String PublisherId;
+    OpcUa_UInt16 DataSetWriterId;
+    OpcUa_String DataSetWriterName;
+    OpcUa_DateTime Timestamp;
+    OpcUa_Int32 NoOfActionTargets;
+    OpcUa_ActionTargetDataType* ActionTargets;
+    OpcUa_DataSetMetaDataType Request;
+    OpcUa_DataSetMetaDataType Response;
+    OpcUa_Int32 NoOfActionMethods;
+    OpcUa_ActionMethodDataType* ActionMethods;
+};
+
+struct OpcUa_JsonActionResponderMessage {
+    OpcUa_String MessageId;
+    OpcUa_String MessageType;
+    OpcUa_String PublisherId;
+    OpcUa_DateTime Timestamp;
+    OpcUa_PubSubConnectionDataType Connection;
+};
+
+struct OpcUa_JsonActionNetworkMessage {
+    OpcUa_String MessageId;
+    OpcUa_String MessageType;
+    OpcUa_String PublisherId;
+    OpcUa_DateTime Timestamp;
+    OpcUa_String ResponseAddress;
+    OpcUa_ByteString CorrelationData;
+    OpcUa_String RequestorId;
+    OpcUa_Double TimeoutHint;
+    OpcUa_Int32 NoOfMessages;
+    OpcUa_ExtensionObject* Messages;
+};
+
+struct OpcUa_JsonActionRequestMessage {
+    OpcUa_UInt16 DataSetWriterId;
+    OpcUa_UInt16 ActionTargetId;
+    OpcUa_String DataSetWriterName;
+    OpcUa_String WriterGroupName;
+    OpcUa_ConfigurationVersionDataType MetaDataVersion;
+    OpcUa_UInt32 MinorVersion;
+    OpcUa_DateTime Timestamp;
+    OpcUa_String MessageType;
+    OpcUa_UInt16 RequestId;
+    OpcUa_ActionState ActionState;
+    OpcUa_ExtensionObject Payload;
+};
+
+struct OpcUa_JsonActionResponseMessage {
+    OpcUa_UInt16 DataSetWriterId;
+    OpcUa_UInt16 ActionTargetId;
+    OpcUa_String DataSetWriterName;
+    OpcUa_String WriterGroupName;
+    OpcUa_ConfigurationVersionDataType MetaDataVersion;
+    OpcUa_UInt32 MinorVersion;
+    OpcUa_DateTime Timestamp;
+    OpcUa_StatusCode Status;
+    OpcUa_String MessageType;
+    OpcUa_UInt16 RequestId;
+    OpcUa_ActionState ActionState;
+    OpcUa_ExtensionObject Payload;
+};
+
 struct OpcUa_AliasNameDataType {
     OpcUa_QualifiedName AliasName;
     OpcUa_Int32 NoOfReferencedNodes;
@@ -1784,17 +1952,6 @@ struct OpcUa_OptionSet {
 struct OpcUa_TimeZoneDataType {
     OpcUa_Int16 Offset;
     OpcUa_Boolean DaylightSavingInOffset;
-};
-
-struct OpcUa_ApplicationDescription {
-    OpcUa_String ApplicationUri;
-    OpcUa_String ProductUri;
-    OpcUa_LocalizedText ApplicationName;
-    OpcUa_ApplicationType ApplicationType;
-    OpcUa_String GatewayServerUri;
-    OpcUa_String DiscoveryProfileUri;
-    OpcUa_Int32 NoOfDiscoveryUrls;
-    OpcUa_String* DiscoveryUrls;
 };
 
 struct OpcUa_RequestHeader {
@@ -2608,6 +2765,20 @@ struct OpcUa_ReadEventDetails2 {
     OpcUa_DateTime EndTime;
     OpcUa_EventFilter Filter;
     OpcUa_Boolean ReadModified;
+};
+
+struct OpcUa_SortRuleElement {
+    OpcUa_SortOrderType SortOrder;
+    OpcUa_SimpleAttributeOperand EventField;
+};
+
+struct OpcUa_ReadEventDetailsSorted {
+    OpcUa_UInt32 NumValuesPerNode;
+    OpcUa_DateTime StartTime;
+    OpcUa_DateTime EndTime;
+    OpcUa_EventFilter Filter;
+    OpcUa_Int32 NoOfSortClause;
+    OpcUa_SortRuleElement* SortClause;
 };
 
 struct OpcUa_ReadRawModifiedDetails {
@@ -3487,6 +3658,19 @@ OPCUA_STRUCTURE_FUNCTIONS(BrokerDataSetWriterTransportDataType)
 OPCUA_STRUCTURE_FUNCTIONS(BrokerDataSetReaderTransportDataType)
 OPCUA_STRUCTURE_FUNCTIONS(PubSubConfigurationRefDataType)
 OPCUA_STRUCTURE_FUNCTIONS(PubSubConfigurationValueDataType)
+OPCUA_STRUCTURE_FUNCTIONS(JsonNetworkMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonDataSetMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonDataSetMetaDataMessage)
+OPCUA_STRUCTURE_FUNCTIONS(ApplicationDescription)
+OPCUA_STRUCTURE_FUNCTIONS(JsonApplicationDescriptionMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonServerEndpointsMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonStatusMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonPubSubConnectionMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonActionMetaDataMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonActionResponderMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonActionNetworkMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonActionRequestMessage)
+OPCUA_STRUCTURE_FUNCTIONS(JsonActionResponseMessage)
 OPCUA_STRUCTURE_FUNCTIONS(AliasNameDataType)
 OPCUA_STRUCTURE_FUNCTIONS(UserManagementDataType)
 OPCUA_STRUCTURE_FUNCTIONS(PriorityMappingEntryType)
@@ -3503,7 +3687,6 @@ OPCUA_STRUCTURE_FUNCTIONS(EnumValueType)
 OPCUA_STRUCTURE_FUNCTIONS(EnumField)
 OPCUA_STRUCTURE_FUNCTIONS(OptionSet)
 OPCUA_STRUCTURE_FUNCTIONS(TimeZoneDataType)
-OPCUA_STRUCTURE_FUNCTIONS(ApplicationDescription)
 OPCUA_STRUCTURE_FUNCTIONS(RequestHeader)
 OPCUA_STRUCTURE_FUNCTIONS(ResponseHeader)
 OPCUA_STRUCTURE_FUNCTIONS(ServiceFault)
@@ -3614,6 +3797,8 @@ OPCUA_STRUCTURE_FUNCTIONS(HistoryReadDetails)
 OPCUA_STRUCTURE_FUNCTIONS(EventFilter)
 OPCUA_STRUCTURE_FUNCTIONS(ReadEventDetails)
 OPCUA_STRUCTURE_FUNCTIONS(ReadEventDetails2)
+OPCUA_STRUCTURE_FUNCTIONS(SortRuleElement)
+OPCUA_STRUCTURE_FUNCTIONS(ReadEventDetailsSorted)
 OPCUA_STRUCTURE_FUNCTIONS(ReadRawModifiedDetails)
 OPCUA_STRUCTURE_FUNCTIONS(AggregateConfiguration)
 OPCUA_STRUCTURE_FUNCTIONS(ReadProcessedDetails)

@@ -1,0 +1,183 @@
+// Decoding of bulk answers, against one hand-written pass over the same bytes in the same run.
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <opcua/opcua.h>
+
+namespace {
+
+constexpr int count = 1000;
+
+OpcUa_ByteString encodeReadResponse()
+{
+    OpcUa_ReadResponse response;
+    OpcUa_ReadResponse_Initialize(&response);
+    response.NoOfResults = count;
+    response.Results = static_cast<OpcUa_DataValue*>(OpcUa_Memory_AllocArray(count, sizeof(OpcUa_DataValue)));
+    for (int i = 0; i < count; ++i) {
+        OpcUa_DataValue& value = response.Results[i];
+        OpcUa_DataValue_Initialize(&value);
+        value.Value.Datatype = OpcUaType_Double;
+        value.Value.Value.Double = i * 0.5;
+        value.SourceTimestamp = 132000000000000000 + i;
+        value.ServerTimestamp = value.SourceTimestamp + 1;
+    }
+    OpcUa_ByteString bytes;
+    OpcUa_ByteString_Initialize(&bytes);
+    OpcUa_EncodeableObject_EncodeBinary(&OpcUa_ReadResponse_EncodeableType, &response, &bytes);
+    OpcUa_ReadResponse_Clear(&response);
+    return bytes;
+}
+
+OpcUa_ByteString encodeBrowseResponse()
+{
+    OpcUa_BrowseResponse response;
+    OpcUa_BrowseResponse_Initialize(&response);
+    response.NoOfResults = 1;
+    response.Results =
+        static_cast<OpcUa_BrowseResult*>(OpcUa_Memory_AllocArray(1, sizeof(OpcUa_BrowseResult)));
+    OpcUa_EncodeableObject_Initialize(&OpcUa_BrowseResult_EncodeableType, response.Results);
+    response.Results[0].NoOfReferences = count;
+    response.Results[0].References = static_cast<OpcUa_ReferenceDescription*>(
+        OpcUa_Memory_AllocArray(count, sizeof(OpcUa_ReferenceDescription)));
+    for (int i = 0; i < count; ++i) {
+        OpcUa_ReferenceDescription& reference = response.Results[0].References[i];
+        OpcUa_EncodeableObject_Initialize(&OpcUa_ReferenceDescription_EncodeableType, &reference);
+        const std::string name = "Variable " + std::to_string(100000 + i);
+        reference.ReferenceTypeId.Identifier.Numeric = OpcUaId_Organizes;
+        reference.NodeId.NodeId.NamespaceIndex = 1;
+        reference.NodeId.NodeId.Identifier.Numeric = 100000u + static_cast<OpcUa_UInt32>(i);
+        OpcUa_String_Assign(&reference.BrowseName.Name, name.c_str(), -1);
+        OpcUa_String_Assign(&reference.DisplayName.Text, name.c_str(), -1);
+        reference.NodeClass = OpcUa_NodeClass_Variable;
+        reference.TypeDefinition.NodeId.Identifier.Numeric = OpcUaId_BaseDataVariableType;
+    }
+    OpcUa_ByteString bytes;
+    OpcUa_ByteString_Initialize(&bytes);
+    OpcUa_EncodeableObject_EncodeBinary(&OpcUa_BrowseResponse_EncodeableType, &response, &bytes);
+    OpcUa_BrowseResponse_Clear(&response);
+    return bytes;
+}
+
+void decode(benchmark::State& state, const OpcUa_EncodeableType& type, const OpcUa_ByteString& bytes)
+{
+    std::vector<OpcUa_Byte> object(type.AllocationSize);
+    for (auto _ : state) {
+        const OpcUa_StatusCode status = OpcUa_EncodeableObject_DecodeBinary(
+            &type, bytes.Data, static_cast<size_t>(bytes.Length), object.data(), nullptr);
+        if (OpcUa_IsBad(status)) {
+            state.SkipWithError("does not decode");
+            break;
+        }
+        OpcUa_EncodeableObject_Clear(&type, object.data());
+    }
+    state.SetBytesProcessed(state.iterations() * bytes.Length);
+}
+
+void decodeRead(benchmark::State& state)
+{
+    OpcUa_ByteString bytes = encodeReadResponse();
+    decode(state, OpcUa_ReadResponse_EncodeableType, bytes);
+    OpcUa_ByteString_Clear(&bytes);
+}
+
+void decodeBrowse(benchmark::State& state)
+{
+    OpcUa_ByteString bytes = encodeBrowseResponse();
+    decode(state, OpcUa_BrowseResponse_EncodeableType, bytes);
+    OpcUa_ByteString_Clear(&bytes);
+}
+
+// What any decoder must do at the least: one bounds check and three loads a value into a flat array.
+void yardstickRead(benchmark::State& state)
+{
+    OpcUa_ByteString bytes = encodeReadResponse();
+    struct Value
+    {
+        double value;
+        OpcUa_Int64 source;
+        OpcUa_Int64 server;
+    };
+    std::vector<Value> values(count);
+    constexpr size_t size = 26; // mask, type, value, two timestamps
+    const size_t start = static_cast<size_t>(bytes.Length) - count * size - 4;
+    for (auto _ : state) {
+        const OpcUa_Byte* at = bytes.Data + start;
+        const OpcUa_Byte* end = bytes.Data + bytes.Length;
+        for (Value& value : values) {
+            if (static_cast<size_t>(end - at) < size || at[0] != 0x0D || at[1] != OpcUaType_Double) {
+                state.SkipWithError("other bytes than expected");
+                break;
+            }
+            std::memcpy(&value.value, at + 2, 8);
+            std::memcpy(&value.source, at + 10, 8);
+            std::memcpy(&value.server, at + 18, 8);
+            at += size;
+        }
+        benchmark::DoNotOptimize(values.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(state.iterations() * bytes.Length);
+    OpcUa_ByteString_Clear(&bytes);
+}
+
+BENCHMARK(yardstickRead)->Repetitions(9);
+BENCHMARK(decodeRead)->Repetitions(9);
+BENCHMARK(decodeBrowse)->Repetitions(9);
+
+// Keeps the time of each repetition, so that ratios can be told from medians of one run.
+class Medians : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs) {
+            if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
+                m_times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
+            }
+        }
+    }
+
+    // 0 for a benchmark that did not run.
+    double of(const std::string& name)
+    {
+        std::vector<double>& times = m_times[name];
+        std::sort(times.begin(), times.end());
+        return times.empty() ? 0.0 : times[times.size() / 2];
+    }
+
+private:
+    std::map<std::string, std::vector<double>> m_times;
+};
+
+void printBudget(const char* name, double value, double limit)
+{
+    std::printf("BUDGET %s %.2f %.2f %s\n", name, value, limit, value > 0 && value <= limit ? "ok" : "MISS");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::vector<char*> arguments(argv, argv + argc);
+    std::string interleaved = "--benchmark_enable_random_interleaving=true";
+    arguments.push_back(interleaved.data());
+    int argumentCount = static_cast<int>(arguments.size());
+    benchmark::Initialize(&argumentCount, arguments.data());
+    Medians medians;
+    benchmark::RunSpecifiedBenchmarks(&medians);
+    benchmark::Shutdown();
+    const double yardstick = medians.of("yardstickRead");
+    if (yardstick <= 0) {
+        return 1;
+    }
+    std::printf("yardstick %.2f us, ReadResponse %.2f us, BrowseResponse %.2f us\n", yardstick / 1000,
+                medians.of("decodeRead") / 1000, medians.of("decodeBrowse") / 1000);
+    printBudget("decode_read_response_1000_doubles", medians.of("decodeRead") / yardstick, 5.0);
+    return 0;
+}

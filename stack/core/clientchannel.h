@@ -1,0 +1,105 @@
+// The client's side of one secure channel as a pure protocol engine: bytes and a time in; bytes, events and
+// the next deadline out. No sockets, threads, clocks or log inside. One thread at a time.
+#pragma once
+
+#include "openmessages.h"
+#include "requesttable.h"
+#include "secureconversation.h"
+
+#include <string>
+
+namespace opcua {
+
+struct ClientChannelConfig
+{
+    ChannelLimits limits;
+    std::string endpointUrl; // as it goes into Hello; at most 4,096 bytes
+    OpcUa_MessageSecurityMode securityMode = OpcUa_MessageSecurityMode_None;
+    OpcUa_UInt32 requestedLifetime = 3'600'000; // ms
+    size_t maxPendingRequests = 16384;
+    OpcUa_DateTime (*utcNow)() = nullptr; // for the time stamps of own requests; null leaves them empty
+};
+
+// Told from inside the engine's functions; must not call back into the engine.
+class ClientChannelListener
+{
+public:
+    virtual ~ClientChannelListener() = default;
+    virtual void onOpened(OpcUa_UInt32 revisedLifetime) = 0; // ms
+    virtual void onRenewed(OpcUa_UInt32 revisedLifetime) = 0;
+    // Exactly one of the next two for each request that send accepted.
+    virtual void onResponse(OpcUa_UInt32 requestId, Bytes&& body) = 0;
+    virtual void onRequestFailed(OpcUa_UInt32 requestId, OpcUa_StatusCode status) = 0;
+    // The channel ended otherwise than by close; comes after the failures of all requests.
+    virtual void onClosed(OpcUa_StatusCode status) = 0;
+};
+
+class ClientChannel
+{
+public:
+    enum class State { Idle, HelloSent, Opening, Open, Closed };
+
+    ClientChannel(ClientChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
+                  ClientChannelListener& listener);
+
+    // Says Hello. The channel must be open by the deadline, whatever trickles in, or it closes with
+    // BadTimeout.
+    void start(TimePoint now, TimePoint deadline);
+    // What the peer sent; may be changed in place.
+    void receive(MutableByteView bytes, TimePoint now);
+    // The peer ended the stream, or it broke.
+    void streamEnded(OpcUa_StatusCode status);
+    // To be called when nextDeadline is reached; harmless at other times.
+    void advance(TimePoint now);
+    [[nodiscard]] TimePoint nextDeadline() const;
+
+    // Queues a request. Good: requestId is set and one completion follows, BadTimeout at the deadline.
+    // BadConnectionClosed, BadRequestTooLarge, BadTooManyOperations, BadEncodingError: nothing was queued.
+    [[nodiscard]] OpcUa_StatusCode send(ByteView body, TimePoint deadline, OpcUa_UInt32& requestId);
+    // Closes in good order; requests fail with BadConnectionClosed. No onClosed follows.
+    void close();
+
+    [[nodiscard]] State state() const { return m_state; }
+    // Bytes for the peer; the owner takes them away.
+    [[nodiscard]] Bytes& output() { return m_output; }
+    [[nodiscard]] size_t pendingRequests() const { return m_requests.size(); }
+    // Answers that nobody waited for any more.
+    [[nodiscard]] std::uint64_t droppedResponses() const { return m_dropped; }
+    // The peer's words when it ended the channel with an error; untrusted text.
+    [[nodiscard]] const std::string& peerReason() const { return m_peerReason; }
+    [[nodiscard]] SecureConversation& conversation() { return m_conversation; }
+
+private:
+    void handleFrame(const Frame& frame, TimePoint now);
+    void handleAcknowledge(const Frame& frame, TimePoint now);
+    void handleError(const Frame& frame);
+    void handleOpen(const Frame& frame, TimePoint now);
+    void handleMessage(const Frame& frame, TimePoint now);
+    void handleAbort(const Chunk& chunk);
+
+    void requestToken(OpcUa_SecurityTokenRequestType type, TimePoint now, TimePoint deadline);
+    [[nodiscard]] bool installToken(const OpenResponse& response, OpcUa_UInt32 headerChannelId,
+                                    TimePoint now);
+    void renew(TimePoint now);
+    void expireRequests(TimePoint now);
+    void failRequests(OpcUa_StatusCode status);
+    void fail(OpcUa_StatusCode status);
+    [[nodiscard]] OpcUa_DateTime utcNow() const { return m_config.utcNow ? m_config.utcNow() : 0; }
+
+    ClientChannelConfig m_config;
+    ClientChannelListener& m_listener;
+    FrameReader m_reader;
+    SecureConversation m_conversation;
+    RequestTable m_requests;
+    Bytes m_output;
+    State m_state = State::Idle;
+    OpcUa_UInt32 m_openRequestId = 0; // of the Open request that waits for its answer; 0 for none
+    Bytes m_openNonce;
+    TimePoint m_openDeadline = never; // of connect, later of the renewal that is under way
+    TimePoint m_renewAt = never;
+    Milliseconds m_renewalTimeout{0};
+    std::uint64_t m_dropped = 0;
+    std::string m_peerReason;
+};
+
+} // namespace opcua

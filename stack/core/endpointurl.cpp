@@ -1,0 +1,76 @@
+#include "endpointurl.h"
+
+#include "protocol.h"
+
+#include <opcua/opcua_statuscodes.h>
+
+#include <charconv>
+
+namespace opcua {
+
+namespace {
+
+constexpr std::string_view schemeSeparator = "://";
+constexpr size_t maxHostLength = 255;
+
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool isPlain(char c)
+{
+    return static_cast<unsigned char>(c) > 0x20 && c != 0x7F;
+}
+
+bool parsePort(std::string_view text, std::uint16_t& port)
+{
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), port);
+    return result.ec == std::errc{} && result.ptr == text.data() + text.size() && port != 0;
+}
+
+// Splits "host", "host:port", "[v6]" and "[v6]:port".
+bool parseAuthority(std::string_view authority, EndpointUrl& url)
+{
+    std::string_view host = authority;
+    std::string_view rest;
+    if (authority.starts_with('[')) {
+        const size_t end = authority.find(']');
+        if (end == std::string_view::npos)
+            return false;
+        host = authority.substr(1, end - 1);
+        rest = authority.substr(end + 1);
+        if (host.find(':') == std::string_view::npos)
+            return false;
+    } else if (const size_t colon = authority.find(':'); colon != std::string_view::npos) {
+        host = authority.substr(0, colon);
+        rest = authority.substr(colon);
+    }
+    if (host.empty() || host.size() > maxHostLength ||
+        host.find_first_of("@[]\\?#") != std::string_view::npos)
+        return false;
+    url.host = host;
+    return rest.empty() || (rest.front() == ':' && parsePort(rest.substr(1), url.port));
+}
+
+} // namespace
+
+OpcUa_StatusCode parseEndpointUrl(std::string_view text, EndpointUrl& url)
+{
+    url = {};
+    const size_t separator = text.find(schemeSeparator);
+    if (text.size() > maxUrlLength || separator == std::string_view::npos ||
+        !std::all_of(text.begin(), text.end(), isPlain))
+        return OpcUa_BadTcpEndpointUrlInvalid;
+    url.scheme = text.substr(0, separator);
+    std::transform(url.scheme.begin(), url.scheme.end(), url.scheme.begin(), lower);
+    const std::string_view rest = text.substr(separator + schemeSeparator.size());
+    const size_t slash = rest.find('/');
+    if (url.scheme != "opc.tcp" || !parseAuthority(rest.substr(0, slash), url))
+        return OpcUa_BadTcpEndpointUrlInvalid;
+    if (slash != std::string_view::npos)
+        url.path = rest.substr(slash);
+    return OpcUa_Good;
+}
+
+} // namespace opcua

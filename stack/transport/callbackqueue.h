@@ -1,0 +1,46 @@
+// Runs one channel's callbacks in order on a thread of their own, so that a slow one holds up nobody else.
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace opcua {
+
+// The thread starts with the first job and ends with drain; a channel without callbacks never has one.
+class CallbackQueue
+{
+public:
+    using Job = std::function<void()>;
+
+    CallbackQueue() = default;
+    ~CallbackQueue() { drain(); }
+    CallbackQueue(const CallbackQueue&) = delete;
+    CallbackQueue& operator=(const CallbackQueue&) = delete;
+
+    // Starts the thread, unless it runs, so that a system without threads left is noticed here and not in
+    // post.
+    void start();
+    // Any thread.
+    void post(Job job);
+    // Returns when every job posted so far has run and the thread is joined. Not from a job of this queue.
+    void drain();
+    [[nodiscard]] bool isOwnThread() const;
+    // Whether the calling thread runs jobs of any queue.
+    [[nodiscard]] static bool onCallbackThread();
+
+private:
+    void startLocked();
+    void run();
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<Job> m_jobs;
+    bool m_running = false;
+    bool m_draining = false;
+    std::thread m_thread;
+};
+
+} // namespace opcua

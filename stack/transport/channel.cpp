@@ -1,0 +1,239 @@
+#include "channel.h"
+
+#include "tcpconnector.h"
+
+#include <stack/core/endpointurl.h>
+
+#include <opcua/opcua_statuscodes.h>
+
+namespace opcua {
+
+// ---- connect
+// -----------------------------------------------------------------------------------------------
+
+// Whatever ends a connect, an exception too, leaves the channel idle or connected.
+class Channel::ConnectScope
+{
+public:
+    explicit ConnectScope(Channel& channel) : m_channel(channel) {}
+    ~ConnectScope()
+    {
+        if (!m_connected)
+            m_channel.endConnection();
+        m_channel.setState(m_connected ? State::Connected : State::Idle);
+    }
+    ConnectScope(const ConnectScope&) = delete;
+    ConnectScope& operator=(const ConnectScope&) = delete;
+    void setConnected() { m_connected = true; }
+
+private:
+    Channel& m_channel;
+    bool m_connected = false;
+};
+
+OpcUa_StatusCode Channel::connect(ConnectParameters parameters, OpcUa_UInt32& revisedLifetime)
+{
+    const TimePoint deadline = std::chrono::steady_clock::now() + parameters.timeout;
+    const auto attempt = std::make_shared<Cancellation>();
+    if (m_callbacks.isOwnThread() || !beginConnect(attempt))
+        return OpcUa_BadInvalidState;
+    ConnectScope scope(*this);
+    endConnection();
+    m_opening = attempt;
+    m_opened.reset();
+    m_onEvent = parameters.onEvent;
+    if (m_onEvent)
+        m_callbacks.start();
+    const OpcUa_StatusCode status = establish(parameters, deadline, attempt);
+    if (OpcUa_IsBad(status)) {
+        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "Channel to %s not opened: 0x%08x", parameters.url.c_str(),
+                    status);
+        return status;
+    }
+    revisedLifetime = m_revisedLifetime;
+    OpcUa_Trace(OPCUA_TRACE_LEVEL_SYSTEM, "Channel to %s open, token lifetime %u ms", parameters.url.c_str(),
+                revisedLifetime);
+    scope.setConnected();
+    return OpcUa_Good;
+}
+
+// A connection that the peer ended makes way for the new one.
+bool Channel::beginConnect(const std::shared_ptr<Cancellation>& attempt)
+{
+    const std::lock_guard lock(m_mutex);
+    const bool lost = m_state == State::Connected && !m_connection->isOpen();
+    if ((m_state != State::Idle && !lost) || !m_runtime->isRunning())
+        return false;
+    m_state = State::Connecting;
+    m_attempt = attempt;
+    return true;
+}
+
+OpcUa_StatusCode Channel::establish(const ConnectParameters& parameters, TimePoint deadline,
+                                    const std::shared_ptr<Cancellation>& attempt)
+{
+    EndpointUrl url;
+    std::unique_ptr<SecurityPolicy> policy;
+    std::vector<SocketAddress> addresses;
+    UniqueFd socket;
+    OpcUa_StatusCode status = parseEndpointUrl(parameters.url, url);
+    if (OpcUa_IsGood(status))
+        status = makeSecurityPolicy(parameters.securityPolicyUri, parameters.securityMode, policy);
+    if (OpcUa_IsGood(status))
+        status = m_runtime->resolver().resolve(url.host, url.port, deadline, attempt, addresses);
+    if (OpcUa_IsGood(status))
+        status = connectTcp(addresses, deadline, *attempt, socket);
+    if (OpcUa_IsGood(status))
+        status = openChannel(parameters, std::move(socket), std::move(policy), deadline, attempt);
+    return status;
+}
+
+OpcUa_StatusCode Channel::openChannel(const ConnectParameters& parameters, UniqueFd socket,
+                                      std::unique_ptr<SecurityPolicy> policy, TimePoint deadline,
+                                      const std::shared_ptr<Cancellation>& attempt)
+{
+    ClientChannelConfig config;
+    config.limits = m_runtime->channelLimits();
+    config.endpointUrl = parameters.url;
+    config.securityMode = parameters.securityMode;
+    config.requestedLifetime = parameters.requestedLifetime;
+    config.utcNow = &OpcUa_DateTime_UtcNow;
+    auto connection = std::make_shared<Connection>(std::move(socket), std::move(config), std::move(policy),
+                                                   m_runtime->loop(), weak_from_this());
+    {
+        const std::lock_guard lock(m_mutex);
+        m_connection = connection;
+    }
+    const OpcUa_StatusCode started = connection->start(deadline);
+    if (OpcUa_IsBad(started))
+        return started;
+    // the engine keeps the deadline itself and tells its end as a loss
+    static_cast<void>(attempt->wait(never, [this] { return m_opened.has_value(); }));
+    OpcUa_StatusCode result = OpcUa_BadRequestCancelledByClient;
+    attempt->change([&] { result = m_opened.emplace(m_opened.value_or(result)); });
+    return result;
+}
+
+void Channel::cancelConnect()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_state == State::Connecting)
+        m_attempt->cancel();
+}
+
+void Channel::setState(State state)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_state = state;
+    }
+    m_stateChanged.notify_all();
+}
+
+// ---- disconnect
+// --------------------------------------------------------------------------------------------
+
+// Closes what there is of a connection; afterwards nothing of it is told any more and all callbacks have run.
+void Channel::endConnection()
+{
+    std::shared_ptr<Connection> connection;
+    {
+        const std::lock_guard lock(m_mutex);
+        connection = std::move(m_connection);
+        m_connection.reset();
+    }
+    if (connection)
+        connection->close();
+    m_callbacks.drain();
+}
+
+OpcUa_StatusCode Channel::disconnect()
+{
+    if (m_callbacks.isOwnThread())
+        return OpcUa_BadInvalidState;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_state != State::Connected)
+            return OpcUa_BadInvalidState;
+        m_state = State::Disconnecting;
+    }
+    endConnection();
+    setState(State::Idle);
+    return OpcUa_Good;
+}
+
+bool Channel::shutdown()
+{
+    if (m_callbacks.isOwnThread())
+        return false;
+    cancelConnect();
+    {
+        std::unique_lock lock(m_mutex);
+        m_stateChanged.wait(lock, [this] { return m_state == State::Idle || m_state == State::Connected; });
+    }
+    static_cast<void>(disconnect());
+    return true;
+}
+
+bool Channel::isConnected() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_state == State::Connected && m_connection->isOpen();
+}
+
+// ---- calls and events
+// --------------------------------------------------------------------------------------
+
+OpcUa_StatusCode Channel::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline, bool mayWait)
+{
+    std::shared_ptr<Connection> connection;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_state != State::Connected)
+            return OpcUa_BadInvalidState;
+        connection = m_connection;
+    }
+    return connection->send(std::move(call), body, deadline, mayWait);
+}
+
+void Channel::postEvent(OpcUa_Channel_Event event, OpcUa_StatusCode status)
+{
+    if (m_onEvent)
+        m_callbacks.post([onEvent = m_onEvent, event, status] { onEvent(event, status); });
+}
+
+void Channel::onOpened(OpcUa_UInt32 revisedLifetime)
+{
+    bool wanted = false;
+    m_opening->change([&] {
+        wanted = !m_opened.has_value();
+        if (!wanted)
+            return;
+        m_revisedLifetime = revisedLifetime;
+        m_opened = OpcUa_Good;
+    });
+    if (wanted)
+        postEvent(OpcUa_Channel_Event_Connected, OpcUa_Good);
+}
+
+void Channel::onRenewed()
+{
+    OpcUa_Trace(OPCUA_TRACE_LEVEL_INFO, "Security token renewed");
+    postEvent(OpcUa_Channel_Event_Renewed, OpcUa_Good);
+}
+
+void Channel::onLost(OpcUa_StatusCode status)
+{
+    bool wasOpen = false;
+    m_opening->change([&] {
+        wasOpen = m_opened == OpcUa_StatusCode{OpcUa_Good};
+        if (!m_opened)
+            m_opened = status;
+    });
+    if (!wasOpen)
+        return;
+    OpcUa_Trace(OPCUA_TRACE_LEVEL_WARNING, "Channel lost: 0x%08x", status);
+    postEvent(OpcUa_Channel_Event_Disconnected, status);
+}
+
+} // namespace opcua

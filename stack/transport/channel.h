@@ -1,0 +1,76 @@
+// A channel as the application holds it: connects, carries calls, disconnects, and connects again.
+#pragma once
+
+#include "callbackqueue.h"
+#include "connection.h"
+#include "runtime.h"
+
+#include <opcua/opcua_channel.h>
+
+namespace opcua {
+
+struct ConnectParameters
+{
+    std::string url;
+    std::string securityPolicyUri;
+    OpcUa_MessageSecurityMode securityMode = OpcUa_MessageSecurityMode_None;
+    OpcUa_UInt32 requestedLifetime = 0; // ms
+    Milliseconds timeout{0};
+    std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> onEvent; // may be empty
+};
+
+class Channel final : public ConnectionObserver, public std::enable_shared_from_this<Channel>
+{
+public:
+    explicit Channel(std::shared_ptr<Runtime> runtime) : m_runtime(std::move(runtime)) {}
+
+    // Blocks until the channel is open, the time is over or cancelConnect. Good; BadInvalidState when
+    // connected, connecting or on a callback of this channel; else why it did not open.
+    [[nodiscard]] OpcUa_StatusCode connect(ConnectParameters parameters, OpcUa_UInt32& revisedLifetime);
+    void cancelConnect();
+    // Calls complete with BadConnectionClosed, and all callbacks have run when it returns. Good also when the
+    // peer had gone; BadInvalidState when there was no connection, or on a callback of this channel.
+    [[nodiscard]] OpcUa_StatusCode disconnect();
+    // Ends a connect or a connection, whichever there is. False on a callback of this channel.
+    [[nodiscard]] bool shutdown();
+    [[nodiscard]] bool isConnected() const;
+
+    // As Connection::send; BadInvalidState when there was no connection.
+    [[nodiscard]] OpcUa_StatusCode send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
+                                        bool mayWait);
+    [[nodiscard]] CallbackQueue& callbacks() { return m_callbacks; }
+    [[nodiscard]] const Runtime& runtime() const { return *m_runtime; }
+
+private:
+    enum class State { Idle, Connecting, Connected, Disconnecting };
+    class ConnectScope;
+
+    void onOpened(OpcUa_UInt32 revisedLifetime) override;
+    void onRenewed() override;
+    void onLost(OpcUa_StatusCode status) override;
+
+    [[nodiscard]] OpcUa_StatusCode establish(const ConnectParameters& parameters, TimePoint deadline,
+                                             const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] OpcUa_StatusCode openChannel(const ConnectParameters& parameters, UniqueFd socket,
+                                               std::unique_ptr<SecurityPolicy> policy, TimePoint deadline,
+                                               const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] bool beginConnect(const std::shared_ptr<Cancellation>& attempt);
+    void endConnection();
+    void postEvent(OpcUa_Channel_Event event, OpcUa_StatusCode status);
+    void setState(State state);
+
+    const std::shared_ptr<Runtime> m_runtime;
+    mutable std::mutex m_mutex;
+    std::condition_variable m_stateChanged;
+    State m_state = State::Idle;
+    std::shared_ptr<Connection> m_connection;
+    std::shared_ptr<Cancellation> m_attempt; // of the connect that runs
+    // Of the connection that is there; set while there is none. m_opening guards the two behind it.
+    std::shared_ptr<Cancellation> m_opening;
+    std::optional<OpcUa_StatusCode> m_opened; // what connect answers, or answered
+    OpcUa_UInt32 m_revisedLifetime = 0;
+    std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> m_onEvent;
+    CallbackQueue m_callbacks;
+};
+
+} // namespace opcua

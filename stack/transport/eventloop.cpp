@@ -1,0 +1,149 @@
+#include "eventloop.h"
+
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+
+namespace opcua {
+
+namespace {
+
+constexpr size_t scratchSize = 256 * 1024;
+constexpr std::uint64_t wakeKey = 0;
+
+UniqueFd checked(int fd, const char* what)
+{
+    if (fd < 0)
+        throw std::system_error(errno, std::generic_category(), what);
+    return UniqueFd(fd);
+}
+
+epoll_event interest(std::uint64_t key, bool output)
+{
+    epoll_event event{};
+    event.events = EPOLLIN | (output ? static_cast<std::uint32_t>(EPOLLOUT) : 0u);
+    event.data.u64 = key;
+    return event;
+}
+
+} // namespace
+
+EventLoop::EventLoop()
+    : m_epoll(checked(::epoll_create1(EPOLL_CLOEXEC), "epoll_create1")),
+      m_wake(checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "eventfd")), m_scratch(scratchSize)
+{
+    epoll_event event = interest(wakeKey, false);
+    if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, m_wake.get(), &event) != 0)
+        throw std::system_error(errno, std::generic_category(), "epoll_ctl");
+    m_thread = std::thread([this] { run(); });
+}
+
+void EventLoop::stop()
+{
+    m_stop = true;
+    wake();
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void EventLoop::wake()
+{
+    static_cast<void>(::eventfd_write(m_wake.get(), 1));
+}
+
+std::uint64_t EventLoop::add(int socket, std::shared_ptr<EventHandler> handler)
+{
+    const std::lock_guard lock(m_mutex);
+    const std::uint64_t key = ++m_lastKey;
+    epoll_event event = interest(key, false);
+    if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, socket, &event) != 0)
+        return 0;
+    m_handlers.emplace(key, std::move(handler));
+    return key;
+}
+
+void EventLoop::watchOutput(std::uint64_t key, int socket, bool on)
+{
+    epoll_event event = interest(key, on);
+    static_cast<void>(::epoll_ctl(m_epoll.get(), EPOLL_CTL_MOD, socket, &event));
+}
+
+void EventLoop::remove(std::uint64_t key, int socket)
+{
+    std::shared_ptr<EventHandler> last; // its destructor must not run under the lock
+    const std::lock_guard lock(m_mutex);
+    static_cast<void>(::epoll_ctl(m_epoll.get(), EPOLL_CTL_DEL, socket, nullptr));
+    const auto found = m_handlers.find(key);
+    if (found == m_handlers.end())
+        return;
+    last = std::move(found->second);
+    m_handlers.erase(found);
+}
+
+void EventLoop::deadlineMoved(TimePoint deadline)
+{
+    const std::lock_guard lock(m_mutex);
+    if (deadline < m_plannedWake)
+        wake();
+}
+
+// Notes until when the thread will sleep, so that only deadlines before that need to wake it.
+int EventLoop::waitTime()
+{
+    const std::lock_guard lock(m_mutex);
+    m_plannedWake = never;
+    for (const auto& entry : m_handlers)
+        m_plannedWake = std::min(m_plannedWake, entry.second->deadline());
+    if (m_plannedWake == never)
+        return -1;
+    const auto left = std::chrono::ceil<Milliseconds>(m_plannedWake - std::chrono::steady_clock::now());
+    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 3'600'000));
+}
+
+void EventLoop::dispatchTimers()
+{
+    const TimePoint now = std::chrono::steady_clock::now();
+    std::vector<std::shared_ptr<EventHandler>> due;
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const auto& entry : m_handlers) {
+            if (entry.second->deadline() <= now)
+                due.push_back(entry.second);
+        }
+    }
+    for (const auto& handler : due)
+        handler->onTime(now);
+}
+
+void EventLoop::run()
+{
+    std::array<epoll_event, 64> events{};
+    std::vector<std::pair<std::shared_ptr<EventHandler>, std::uint32_t>> ready;
+    while (!m_stop) {
+        const int count =
+            ::epoll_wait(m_epoll.get(), events.data(), static_cast<int>(events.size()), waitTime());
+        {
+            const std::lock_guard lock(m_mutex);
+            m_plannedWake = TimePoint::min();
+            for (int n = 0; n < count; ++n) {
+                const epoll_event& event = events[static_cast<size_t>(n)];
+                const auto found = m_handlers.find(event.data.u64);
+                if (found != m_handlers.end())
+                    ready.emplace_back(found->second, event.events);
+                else if (event.data.u64 == wakeKey) {
+                    eventfd_t wakes = 0;
+                    static_cast<void>(::eventfd_read(m_wake.get(), &wakes));
+                }
+            }
+        }
+        for (const auto& [handler, flags] : ready)
+            handler->onReady(flags, m_scratch);
+        ready.clear();
+        dispatchTimers();
+    }
+}
+
+} // namespace opcua

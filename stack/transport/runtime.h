@@ -1,0 +1,51 @@
+// What all channels share between start and end of the stack: event loop, resolver, limits.
+#pragma once
+
+#include "eventloop.h"
+#include "resolver.h"
+
+#include <opcua/opcua_channel.h>
+#include <stack/encoding/messagecodec.h>
+
+namespace opcua {
+
+class Channel;
+
+class Runtime
+{
+public:
+    // Throws std::system_error or std::bad_alloc when the system has nothing left.
+    explicit Runtime(const OpcUa_ProxyStubConfiguration& configuration);
+    ~Runtime() { shutdown(); }
+
+    // The running one; null before the first start and after the last end.
+    [[nodiscard]] static std::shared_ptr<Runtime> current();
+    // Counted. The configuration of the first call holds; later ones share what runs.
+    static void acquire(const OpcUa_ProxyStubConfiguration& configuration);
+    // The last one ends all channels and joins all threads. False on a callback, which would wait for itself.
+    [[nodiscard]] static bool release();
+
+    [[nodiscard]] const OpcUa_ProxyStubConfiguration& configuration() const { return m_configuration; }
+    [[nodiscard]] EncodingLimits encodingLimits() const;
+    [[nodiscard]] ChannelLimits channelLimits() const;
+    [[nodiscard]] const std::shared_ptr<EventLoop>& loop() const { return m_loop; }
+    [[nodiscard]] Resolver& resolver() { return m_resolver; }
+
+    [[nodiscard]] std::shared_ptr<Channel> createChannel(const std::shared_ptr<Runtime>& self);
+    [[nodiscard]] bool isRunning() const { return m_running; }
+
+private:
+    void shutdown();
+
+    OpcUa_ProxyStubConfiguration m_configuration;
+    std::atomic<bool> m_running = true;
+    std::shared_ptr<EventLoop> m_loop;
+    Resolver m_resolver;
+    std::mutex m_mutex;
+    std::vector<std::weak_ptr<Channel>> m_channels;
+};
+
+// The configuration with its defaults filled in and lower bounds kept.
+[[nodiscard]] OpcUa_ProxyStubConfiguration completed(OpcUa_ProxyStubConfiguration configuration);
+
+} // namespace opcua

@@ -1,0 +1,158 @@
+#include "servicecall.h"
+
+#include "trace.h"
+
+#include <opcua/opcua_statuscodes.h>
+
+#include <cstring>
+
+namespace opcua {
+
+namespace {
+
+constexpr OpcUa_UInt32 defaultTimeout = 10'000; // ms
+
+struct PreparedRequest
+{
+    Bytes body;
+    TimePoint deadline;
+};
+
+OpcUa_StatusCode prepare(const Channel& channel, const OpcUa_EncodeableType& type, const void* request,
+                         PreparedRequest& prepared)
+{
+    const OpcUa_UInt32 hint = static_cast<const OpcUa_RequestHeader*>(request)->TimeoutHint;
+    prepared.deadline = std::chrono::steady_clock::now() + Milliseconds{hint == 0 ? defaultTimeout : hint};
+    const OpcUa_StatusCode status =
+        encodeMessage(type, request, channel.runtime().encodingLimits(), prepared.body);
+    if (OpcUa_IsGood(status))
+        traceContent("Sending", type, prepared.body);
+    return status;
+}
+
+// A caller that sleeps until the answer is there.
+class WaitingCall final : public Call
+{
+public:
+    void complete(OpcUa_StatusCode status, Bytes&& body) noexcept override
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_status = status;
+            m_body = std::move(body);
+            m_done = true;
+        }
+        m_changed.notify_one();
+    }
+
+    OpcUa_StatusCode wait(Bytes& body)
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_done; });
+        body = std::move(m_body);
+        return m_status;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_done = false;
+    OpcUa_StatusCode m_status = 0;
+    Bytes m_body;
+};
+
+// A caller that went on; decoding and callback are the callback thread's.
+class CallbackCall final : public Call, public std::enable_shared_from_this<CallbackCall>
+{
+public:
+    CallbackCall(std::shared_ptr<Channel> channel, const OpcUa_EncodeableType& responseType,
+                 ServiceCompletion completion)
+        : m_channel(std::move(channel)), m_responseType(responseType), m_completion(std::move(completion))
+    {
+    }
+
+    void complete(OpcUa_StatusCode status, Bytes&& body) noexcept override
+    {
+        m_status = status;
+        m_body = std::move(body);
+        m_channel->callbacks().post([self = shared_from_this()] { self->run(); });
+    }
+
+private:
+    void run()
+    {
+        DecodedMessage response;
+        OpcUa_StatusCode status = m_status;
+        if (OpcUa_IsGood(status))
+            status = takeResponse(m_body, m_channel->runtime().encodingLimits(), m_responseType, response);
+        m_body = {};
+        m_completion(status, std::move(response));
+    }
+
+    std::shared_ptr<Channel> m_channel;
+    const OpcUa_EncodeableType& m_responseType;
+    ServiceCompletion m_completion;
+    OpcUa_StatusCode m_status = 0;
+    Bytes m_body;
+};
+
+} // namespace
+
+OpcUa_StatusCode takeResponse(ByteView body, const EncodingLimits& limits,
+                              const OpcUa_EncodeableType& responseType, DecodedMessage& response)
+{
+    const OpcUa_StatusCode status = decodeMessage(body, limits, response);
+    if (status == OpcUa_BadDataTypeIdUnknown)
+        return OpcUa_BadUnknownResponse;
+    if (OpcUa_IsBad(status))
+        return status;
+    traceContent("Received", *response.type, body);
+    const bool fault = response.type == &OpcUa_ServiceFault_EncodeableType;
+    if (!fault && response.type != &responseType)
+        return OpcUa_BadUnknownResponse;
+    const OpcUa_StatusCode result = static_cast<const OpcUa_ResponseHeader*>(response.object)->ServiceResult;
+    if (OpcUa_IsBad(result))
+        return result;
+    return fault ? OpcUa_BadUnknownResponse : OpcUa_Good;
+}
+
+OpcUa_StatusCode invokeService(Channel& channel, const OpcUa_EncodeableType& requestType, const void* request,
+                               const OpcUa_EncodeableType& responseType, void* response)
+{
+    PreparedRequest prepared;
+    OpcUa_StatusCode status = prepare(channel, requestType, request, prepared);
+    if (OpcUa_IsBad(status))
+        return status;
+    const auto call = std::make_shared<WaitingCall>();
+    status = channel.send(call, prepared.body, prepared.deadline, true);
+    if (OpcUa_IsBad(status))
+        return status;
+    Bytes body;
+    status = call->wait(body);
+    if (OpcUa_IsBad(status))
+        return status;
+    DecodedMessage message;
+    status = takeResponse(body, channel.runtime().encodingLimits(), responseType, message);
+    if (OpcUa_IsBad(status))
+        return status;
+    // the fields move over, the shell goes back
+    void* const shell = message.release();
+    std::memcpy(response, shell, responseType.AllocationSize);
+    OpcUa_Memory_Free(shell);
+    return OpcUa_Good;
+}
+
+OpcUa_StatusCode beginService(const std::shared_ptr<Channel>& channel,
+                              const OpcUa_EncodeableType& requestType, const void* request,
+                              const OpcUa_EncodeableType& responseType, ServiceCompletion completion)
+{
+    PreparedRequest prepared;
+    const OpcUa_StatusCode status = prepare(*channel, requestType, request, prepared);
+    if (OpcUa_IsBad(status))
+        return status;
+    channel->callbacks().start();
+    auto call = std::make_shared<CallbackCall>(channel, responseType, std::move(completion));
+    return channel->send(std::move(call), prepared.body, prepared.deadline, false);
+}
+
+} // namespace opcua

@@ -1,0 +1,75 @@
+#include "countingmemory.h"
+
+#include <opcua/opcua_platform.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+size_t g_blocks = 0;
+size_t g_bytes = 0;
+size_t g_peak = 0;
+long g_goodOnes = -1;
+
+// in front of every block, as wide as the strictest alignment
+constexpr size_t HeaderSize = alignof(std::max_align_t);
+
+} // namespace
+
+size_t countingmemory::liveBlocks()
+{
+    return g_blocks;
+}
+
+size_t countingmemory::peakBytes()
+{
+    return g_peak;
+}
+
+void countingmemory::resetPeak()
+{
+    g_peak = g_bytes;
+}
+
+void countingmemory::failAfter(long goodOnes)
+{
+    g_goodOnes = goodOnes;
+}
+
+void* OpcUa_Memory_Alloc(size_t size)
+{
+    if (size == 0 || (g_goodOnes >= 0 && g_goodOnes-- == 0))
+        return nullptr;
+    auto* const block = static_cast<char*>(std::malloc(size + HeaderSize));
+    if (block == nullptr)
+        return nullptr;
+    std::memcpy(block, &size, sizeof size);
+    // what is not written must not look like null values
+    std::memset(block + HeaderSize, 0xA5, size);
+    ++g_blocks;
+    g_bytes += size;
+    g_peak = std::max(g_peak, g_bytes);
+    return block + HeaderSize;
+}
+
+void OpcUa_Memory_Free(void* memory)
+{
+    if (memory == nullptr)
+        return;
+    char* const block = static_cast<char*>(memory) - HeaderSize;
+    size_t size = 0;
+    std::memcpy(&size, block, sizeof size);
+    --g_blocks;
+    g_bytes -= size;
+    std::free(block);
+}
+
+void* OpcUa_Memory_AllocArray(size_t count, size_t elementSize)
+{
+    void* const memory = OpcUa_Memory_Alloc(count * elementSize);
+    if (memory != nullptr)
+        std::memset(memory, 0, count * elementSize);
+    return memory;
+}

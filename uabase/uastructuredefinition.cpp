@@ -1,0 +1,77 @@
+#include <uabase/uastructuredefinition.h>
+
+class UaStructureDefinitionPrivate
+{
+public:
+    UaString name;
+    UaNodeId dataTypeId;
+    UaNodeId binaryEncodingId;
+    UaNodeId baseId;
+    bool isUnion = false;
+    bool isOptionSet = false;
+    bool hasOptionalFields = false;
+    std::vector<UaStructureField> fields;
+};
+
+UaStructureDefinition::UaStructureDefinition() noexcept = default;
+UaStructureDefinition::UaStructureDefinition(const UaStructureDefinition&) noexcept = default;
+UaStructureDefinition& UaStructureDefinition::operator=(const UaStructureDefinition&) noexcept = default;
+UaStructureDefinition::~UaStructureDefinition() = default;
+
+UaStructureDefinition::UaStructureDefinition(const UaString& name, const UaNodeId& dataTypeId,
+                                             const UaNodeId& binaryEncodingId)
+{
+    UaStructureDefinitionPrivate& content = d.edit();
+    content.name = name;
+    content.dataTypeId = dataTypeId;
+    content.binaryEncodingId = binaryEncodingId;
+}
+
+// clang-format off
+UaString UaStructureDefinition::name() const noexcept { return d ? d->name : UaString(); }
+UaNodeId UaStructureDefinition::dataTypeId() const noexcept { return d ? d->dataTypeId : UaNodeId(); }
+UaNodeId UaStructureDefinition::binaryEncodingId() const noexcept { return d ? d->binaryEncodingId : UaNodeId(); }
+UaNodeId UaStructureDefinition::baseId() const noexcept { return d ? d->baseId : UaNodeId(); }
+bool UaStructureDefinition::isUnion() const noexcept { return d && d->isUnion; }
+bool UaStructureDefinition::isOptionSet() const noexcept { return d && d->isOptionSet; }
+bool UaStructureDefinition::hasOptionalFields() const noexcept { return d && d->hasOptionalFields; }
+int UaStructureDefinition::fieldCount() const noexcept { return d ? static_cast<int>(d->fields.size()) : 0; }
+
+void UaStructureDefinition::setName(const UaString& name) { d.edit().name = name; }
+void UaStructureDefinition::setDataTypeId(const UaNodeId& dataTypeId) { d.edit().dataTypeId = dataTypeId; }
+void UaStructureDefinition::setBinaryEncodingId(const UaNodeId& binaryEncodingId) { d.edit().binaryEncodingId = binaryEncodingId; }
+void UaStructureDefinition::setBaseId(const UaNodeId& baseId) { d.edit().baseId = baseId; }
+void UaStructureDefinition::setUnion(bool isUnion) { d.edit().isUnion = isUnion; }
+void UaStructureDefinition::setOptionSet(bool isOptionSet) { d.edit().isOptionSet = isOptionSet; }
+void UaStructureDefinition::setHasOptionalFields(bool hasOptionalFields) { d.edit().hasOptionalFields = hasOptionalFields; }
+// clang-format on
+
+UaStructureField UaStructureDefinition::field(int index) const noexcept
+{
+    return index >= 0 && index < fieldCount() ? d->fields[static_cast<std::size_t>(index)]
+                                              : UaStructureField();
+}
+
+int UaStructureDefinition::fieldIndex(const UaString& name) const noexcept
+{
+    for (int i = 0; i < fieldCount(); ++i)
+        if (d->fields[static_cast<std::size_t>(i)].name() == name)
+            return i;
+    return -1;
+}
+
+void UaStructureDefinition::addField(const UaStructureField& field)
+{
+    UaStructureDefinitionPrivate& content = d.edit();
+    content.fields.push_back(field);
+    content.hasOptionalFields |= field.isOptional();
+}
+
+void UaStructureDefinition::setField(int index, const UaStructureField& field)
+{
+    if (index < 0 || index >= fieldCount())
+        return;
+    UaStructureDefinitionPrivate& content = d.edit();
+    content.fields[static_cast<std::size_t>(index)] = field;
+    content.hasOptionalFields |= field.isOptional();
+}
