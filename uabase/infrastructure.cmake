@@ -2,6 +2,7 @@
 set(UABASE_INFRASTRUCTURE_SOURCES
     uadir.cpp
     uadirfile.cpp
+    uaescape.cpp
     uamutex.cpp
     uaplatformlayer.cpp
     uasemaphore.cpp

@@ -28,8 +28,6 @@ public:
 
     // One line with its line end.
     const char* line() const { return m_line.data(); }
-    // The text with control characters written out; always ends within the size.
-    static void escape(const char* text, char* buffer, std::size_t size);
 
 private:
     void format(Form form, UaTrace::TraceLevel level, const char* text);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <uabase/uadatetime.h>
+#include <uabase/uaescape.h>
 #include <uabase/uatrace_p.h>
 
 namespace {
@@ -159,7 +160,7 @@ bool UaTraceFile::printHeader()
 {
     std::array<char, UaTraceRecord::Size> text;
     const auto print = [this, &text](const char* format, const UaString& value) {
-        UaTraceRecord::escape(value.toUtf8(), text.data(), text.size());
+        uaEscapeControls(value.view(), text.data(), text.size());
         return std::fprintf(m_file, format, text.data()) >= 0;
     };
     const UaDateTime now = UaDateTime::now();

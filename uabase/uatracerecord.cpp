@@ -3,40 +3,10 @@
 #include <ctime>
 
 #include <uabase/uadatetime.h>
+#include <uabase/uaescape.h>
 #include <uabase/uatrace_p.h>
 
 namespace {
-
-// How a byte that must not reach the file as it is gets written; the length of the result, 0 for an ordinary
-// byte.
-std::size_t escaped(unsigned char byte, std::array<char, 5>& out)
-{
-    switch (byte) {
-    case '\n':
-        out = {'\\', 'n'};
-        return 2;
-    case '\r':
-        out = {'\\', 'r'};
-        return 2;
-    case '\t':
-        out = {'\\', 't'};
-        return 2;
-    default:
-        break;
-    }
-    if (byte >= 0x20 && byte != 0x7F) {
-        return 0;
-    }
-    static constexpr char digits[] = "0123456789ABCDEF";
-    out = {'\\', 'x', digits[byte >> 4], digits[byte & 0x0F]};
-    return 4;
-}
-
-// The control characters above ASCII (U+0080 to U+009F) steer terminals as well.
-bool isUpperControl(const unsigned char* text)
-{
-    return text[0] == 0xC2 && text[1] >= 0x80 && text[1] <= 0x9F;
-}
 
 // A cut must not leave half a character before the line end.
 std::size_t wholeCharacters(const char* text, std::size_t length)
@@ -74,7 +44,7 @@ LocalTime localNow()
 UaTraceRecord::UaTraceRecord(Form form, UaTrace::TraceLevel level, const char* text)
 {
     std::array<char, Size> clean;
-    escape(text, clean.data(), clean.size());
+    uaEscapeControls(text, clean.data(), clean.size());
     m_line[0] = '\0';
     format(form, level, clean.data());
     std::size_t length = std::strlen(m_line.data());
@@ -83,29 +53,6 @@ UaTraceRecord::UaTraceRecord(Form form, UaTrace::TraceLevel level, const char* t
         m_line[length] = '\n';
         m_line[length + 1] = '\0';
     }
-}
-
-void UaTraceRecord::escape(const char* text, char* buffer, std::size_t size)
-{
-    const auto* byte = reinterpret_cast<const unsigned char*>(text);
-    std::size_t used = 0;
-    for (; *byte != 0; ++byte) {
-        std::array<char, 5> replacement{};
-        if (isUpperControl(byte)) {
-            ++byte;
-            static constexpr char digits[] = "0123456789ABCDEF";
-            replacement = {'\\', 'x', digits[*byte >> 4], digits[*byte & 0x0F]};
-        } else if (escaped(*byte, replacement) == 0) {
-            replacement[0] = static_cast<char>(*byte);
-        }
-        const std::size_t length = std::strlen(replacement.data());
-        if (used + length >= size) {
-            break;
-        }
-        std::memcpy(buffer + used, replacement.data(), length);
-        used += length;
-    }
-    buffer[used] = '\0';
 }
 
 void UaTraceRecord::format(Form form, UaTrace::TraceLevel level, const char* text)

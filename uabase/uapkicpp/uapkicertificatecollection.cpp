@@ -1,0 +1,47 @@
+#include <uabase/uapkicpp/uapkicertificatecollection.h>
+
+#include <cassert>
+
+#include <uabase/uapkicpp/uapki_p.h>
+
+UaPkiCertificateCollection UaPkiCertificateCollection::fromDERChain(const UaByteString& bytes)
+{
+    UaPkiCertificateCollection chain;
+    UaPki::Bytes rest = bytes.bytes();
+    while (!rest.empty()) {
+        if (chain.m_certificates.size() >= MaximumChain) {
+            chain.addError("The chain has too many certificates");
+            break;
+        }
+        const std::uint64_t length = UaPki::elementLength(rest);
+        const UaPki::Bytes part = rest.first(length != 0 ? static_cast<std::size_t>(length) : rest.size());
+        const UaPkiCertificate certificate =
+            UaPkiCertificate::fromDER(UaByteString(std::span<const OpcUa_Byte>(part)));
+        if (!chain.addCertificate(certificate)) {
+            chain.addErrors(certificate.getErrors());
+            break;
+        }
+        rest = rest.subspan(part.size());
+    }
+    return chain;
+}
+
+bool UaPkiCertificateCollection::addCertificate(const UaPkiCertificate& certificate)
+{
+    if (certificate.isNull()) {
+        return false;
+    }
+    m_certificates.push_back(certificate);
+    return true;
+}
+
+const UaPkiCertificate& UaPkiCertificateCollection::operator[](int index) const
+{
+    assert(index >= 0 && index < size());
+    return m_certificates[static_cast<std::size_t>(index)];
+}
+
+UaPkiCertificate UaPkiCertificateCollection::certificate(int index) const
+{
+    return index >= 0 && index < size() ? (*this)[index] : UaPkiCertificate();
+}

@@ -1,0 +1,31 @@
+#include <uabase/uapkicpp/uapkierrors.h>
+
+#include <array>
+#include <utility>
+
+#include <openssl/err.h>
+
+void UaPkiErrors::addError(std::string_view text) const
+{
+    m_errors.emplace_back(text);
+}
+
+void UaPkiErrors::addOpenSSLError(std::string_view text) const
+{
+    addError(text);
+    std::array<char, 256> reason{};
+    while (const unsigned long code = ERR_get_error()) {
+        ERR_error_string_n(code, reason.data(), reason.size());
+        addError(reason.data());
+    }
+}
+
+void UaPkiErrors::addErrors(const std::vector<UaString>& errors) const
+{
+    m_errors.insert(m_errors.end(), errors.begin(), errors.end());
+}
+
+std::vector<UaString> UaPkiErrors::getErrors() const
+{
+    return std::exchange(m_errors, {});
+}
