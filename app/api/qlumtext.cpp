@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QRegularExpression>
+#include <QTextDocument>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uastatus.h>
 
@@ -87,5 +88,8 @@ QString qlumTimeFormat()
 
 QString qlumPlainToolTip(const QString& text)
 {
-    return QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
+    if (!Qt::mightBeRichText(text)) // the rule by which Qt itself tells them apart
+        return text;
+    return QLatin1String("<qt>") + text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")) +
+           QLatin1String("</qt>");
 }
