@@ -7,6 +7,7 @@ import unittest
 from pathlib import Path
 
 import check_layers
+import check_map
 import check_sizes
 import check_wording
 from check_sources import ROOT, without_comments
@@ -173,6 +174,15 @@ class WordingTest(SmallProject):
         subprocess.run([*git, "commit", "-q", "--allow-empty", "-m", "first"], check=True)
         subprocess.run([*git, "commit", "-q", "--allow-empty", "-m", "as the sp" + "ec says"], check=True)
         self.assertEqual(len(check_wording.check_messages(self.root, "HEAD~1..HEAD")), 1)
+
+
+class MapTest(SmallProject):
+    def test_dead_pointers_are_found(self):
+        self.write("app/log/qlumlog.h", "")
+        self.write("docs/map.md", "`anything/else`\n| log | `app/log` | `QlumLog` of `qlumlog.h` | `tests/unit/<part>` |\n"
+                                  "| gone | `app/gone` | `QlumGone` | [here](../README.md) |\n")
+        faults = [problem.split(" no ")[1] for problem in check_map.check(self.root)]
+        self.assertEqual(faults, ["../README.md", "app/gone", "QlumGone"])
 
 
 class CommentsTest(unittest.TestCase):

@@ -13,6 +13,9 @@
 
 namespace UaClientSdk {
 
+// What a response with another number of results than was asked for ends as; callers rely on the number.
+constexpr OpcUa_StatusCode wrongResultCount = 0x80460000u;
+
 // Names of one service in the trace and its status without a connection.
 struct ServiceNames
 {
@@ -70,12 +73,12 @@ inline UaStatus checkCounts(const ServiceNames& names, OpcUa_UInt32 wanted, OpcU
     if (results < 0 || static_cast<OpcUa_UInt32>(results) != wanted) {
         UaTrace::tError("Error: UaSession::%s - number of results does not match number of requests",
                         names.method);
-        return UaStatus(OpcUa_BadUnknownResponse);
+        return UaStatus(wrongResultCount);
     }
     if (diagnostics > 0 && static_cast<OpcUa_UInt32>(diagnostics) != wanted) {
         UaTrace::tError("Error: UaSession::%s - number of diagnostic infos does not match number of requests",
                         names.method);
-        return UaStatus(OpcUa_BadUnknownResponse);
+        return UaStatus(wrongResultCount);
     }
     return UaStatus();
 }

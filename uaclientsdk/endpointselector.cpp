@@ -15,7 +15,7 @@ namespace {
 std::string_view textOf(const OpcUa_String& text)
 {
     return text.Length > 0 ? std::string_view(text.Data, static_cast<std::size_t>(text.Length))
-                           : std::string_view();
+                           : std::string_view("");
 }
 
 bool beginsWithIgnoringCase(std::string_view text, std::string_view prefix)

@@ -71,7 +71,7 @@ public:
 
     // Services of OPC 10000-4. Result arrays are cleared first and hold as many entries as the request when
     // the status is Good. BadConnectionClosed without a connection, BadNothingToDo for an empty request,
-    // BadUnknownResponse when the counts differ.
+    // 0x80460000 when the counts differ.
     UaStatus read(ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestampsToReturn,
                   const UaReadValueIds& nodesToRead, UaDataValues& values,
                   UaDiagnosticInfos& diagnosticInfos);

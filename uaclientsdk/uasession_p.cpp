@@ -73,6 +73,8 @@ UaStatus UaSessionPrivate::connect(const UaString& url, const SessionConnectInfo
         afterConnect();
     }
     context.notifyStatus(status);
+    SessionHousekeeping& housekeeping = *this;
+    m_monitor = std::make_unique<ConnectionMonitor>(context, housekeeping);
     if (!start()) {
         UaTrace::tError("Error: UaSession::connect - can not start the session thread");
         ServiceSettings settings;
@@ -269,8 +271,7 @@ void UaSessionPrivate::run()
 {
     UaTrace::tInOut("--> UaSession::run [Session=%u]", context.traceId);
     try {
-        ConnectionMonitor monitor(context, *this);
-        while (monitor.step()) {
+        while (m_monitor->step()) {
         }
     } catch (const std::exception& error) {
         // an application's callback failed; the session must not take the process down with it

@@ -1,6 +1,8 @@
 // The inside of a session: its collaborators and its thread.
 #pragma once
 
+#include <memory>
+
 #include <uabase/uarefcounter.h>
 #include <uabase/uathread.h>
 #include <uaclientsdk/channelconnector.h>
@@ -44,6 +46,7 @@ private:
     UaSession& m_session;
     ChannelConnector m_connector;
     SessionActivator m_activator;
+    std::unique_ptr<ConnectionMonitor> m_monitor; // of the connection that run() serves
 };
 
 } // namespace UaClientSdk

@@ -85,6 +85,7 @@ QString qlumTimeFormat()
 {
     return withMilliseconds(QLocale::system().timeFormat(QLocale::ShortFormat));
 }
+<<<<<<< HEAD
 
 QString qlumPlainToolTip(const QString& text)
 {
@@ -93,3 +94,5 @@ QString qlumPlainToolTip(const QString& text)
     return QLatin1String("<qt>") + text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")) +
            QLatin1String("</qt>");
 }
+=======
+>>>>>>> main

@@ -151,6 +151,14 @@ int FakeStack::calls(const OpcUa_EncodeableType& requestType)
     return static_cast<int>(std::count(m_journal.begin(), m_journal.end(), requestType.TypeName));
 }
 
+bool FakeStack::waitForCalls(const OpcUa_EncodeableType& requestType, int count)
+{
+    std::unique_lock lock(m_mutex);
+    return m_called.wait_for(lock, std::chrono::seconds(10), [&] {
+        return std::count(m_journal.begin(), m_journal.end(), requestType.TypeName) >= count;
+    });
+}
+
 int FakeStack::connects()
 {
     std::lock_guard lock(m_mutex);
@@ -221,6 +229,7 @@ OpcUa_StatusCode FakeStack::invoke(const OpcUa_EncodeableType& requestType, cons
     {
         std::lock_guard lock(m_mutex);
         m_journal.emplace_back(requestType.TypeName);
+        m_called.notify_all();
         auto& failures = m_failures[&requestType];
         if (!failures.empty()) {
             const OpcUa_StatusCode status = failures.front();

@@ -34,6 +34,8 @@ public:
     void setRevisedSessionTimeout(double milliseconds);
 
     [[nodiscard]] int calls(const OpcUa_EncodeableType& requestType);
+    // Whether so many calls of the kind come within the limit.
+    [[nodiscard]] bool waitForCalls(const OpcUa_EncodeableType& requestType, int count);
     [[nodiscard]] int connects();
     [[nodiscard]] int disconnects();
     // Names of all calls in order: "Connect", "CreateSessionRequest", ...
@@ -55,6 +57,7 @@ private:
 
     std::mutex m_mutex;
     std::condition_variable m_cancelled;
+    std::condition_variable m_called;
     std::map<const OpcUa_EncodeableType*, Handler> m_handlers;
     std::map<const OpcUa_EncodeableType*, std::deque<OpcUa_StatusCode>> m_failures;
     std::vector<std::string> m_journal;

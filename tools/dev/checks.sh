@@ -14,5 +14,6 @@ check format tools/dev/fmt.sh --check
 check layers python3 tools/check_layers.py
 check sizes python3 tools/check_sizes.py
 check wording python3 tools/check_wording.py
+check map python3 tools/check_map.py
 check "generated files" python3 tools/gen/generate.py --check
 [ ${#failed[@]} -eq 0 ] || die "failed: $(printf '%s, ' "${failed[@]}" | sed 's/, $//')"

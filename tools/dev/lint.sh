@@ -33,6 +33,7 @@ known_to_build() { # only what the build compiles has options to check it with
 tools/dev/setup.sh
 status=0
 tools/dev/checks.sh || status=1
+python3 tools/check_wording.py "$(base_commit)..HEAD" || status=1
 prepare_tree
 mapfile -t files < <(selected "$@" | known_to_build)
 if [ ${#files[@]} -eq 0 ]; then

@@ -5,7 +5,7 @@
 
 readonly DEMO=$ROOT/build/demo BIN=$ROOT/build/release/bin TREE_SECONDS=30
 picture="" project="" own_home=false keep=false
-client="" desk=false server=false
+client="" desk="" server=false
 
 parse() {
     while [ $# -gt 0 ]; do
@@ -31,7 +31,7 @@ parse() {
 clean_up() {
     trap '' INT TERM
     if [ -n "$client" ] && kill -0 "$client" 2>/dev/null; then kill "$client"; fi
-    ! $desk || tools/ui/desk.sh stop --dir "$DEMO/desk"
+    [ -z "$desk" ] || tools/ui/desk.sh stop --dir "$desk"
     ! $server || tests/support/demoserver.sh stop "$DEMO/server"
 }
 
@@ -44,7 +44,7 @@ prepare_project() {
     tests/support/demoserver.sh start "$DEMO/server" "$DEMO/server.json" $$ >/dev/null
     url=$(python3 -c 'import json, sys; print(json.load(open(sys.argv[1]))["endpointUrl"])' "$DEMO/server.json")
     say "demo server: $url"
-    project=$DEMO/$(basename "${project:-demo.uap}")
+    project=$DEMO/$(basename "$template" .in)
     sed "s|@DEMO_SERVER_URL@|$url|" "$template" >"$project"
 }
 
@@ -103,7 +103,7 @@ take_picture() {
     local tenths=100
     while [ "$(ui windows | wc -l)" -gt 1 ] && ((tenths-- > 0)); do sleep 0.1; done
     mkdir -p "$(dirname "$picture")"
-    ui shot "$picture" --in "window:*" >/dev/null
+    ui shot "$picture" --in "window:*" >/dev/null || fail_with_log "there is no window to take a picture of"
     say "picture: $picture"
 }
 
@@ -119,9 +119,10 @@ close_client() {
 run_on_virtual_desktop() {
     rm -rf "$DEMO/home-virtual"
     prepare_home home-virtual
-    [ ! -f "$DEMO/desk/pids" ] || tools/ui/desk.sh stop --dir "$DEMO/desk"
-    desk=true
-    eval "$(tools/ui/desk.sh start --dir "$DEMO/desk" --size 1440x900)"
+    local environment
+    environment=$(tools/ui/desk.sh start --size 1440x900) # in a folder of its own: sockets need a short path
+    eval "$environment"
+    desk=$DESK_DIR
     start_client
     wait_for_tree
     take_picture

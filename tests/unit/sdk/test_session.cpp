@@ -126,9 +126,9 @@ TEST_F(SessionTest, WithoutAutomaticReconnectTheFirstErrorClosesTheSession)
     passWatchdogTime();
     ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
     passWatchdogTime();
+    EXPECT_TRUE(stack.waitForCalls(OpcUa_CloseSessionRequest_EncodeableType, 1));
     EXPECT_TRUE(disconnect().isGood()); // joins the thread
     EXPECT_EQ(stack.connects(), 1);
-    EXPECT_EQ(stack.calls(OpcUa_CloseSessionRequest_EncodeableType), 1);
 }
 
 TEST_F(SessionTest, DisconnectDoesNotWaitForAConnectThatHangs)
