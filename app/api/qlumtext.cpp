@@ -2,7 +2,6 @@
 
 #include <QLocale>
 #include <QRegularExpression>
-#include <QTextDocument>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uastatus.h>
 
@@ -85,14 +84,3 @@ QString qlumTimeFormat()
 {
     return withMilliseconds(QLocale::system().timeFormat(QLocale::ShortFormat));
 }
-<<<<<<< HEAD
-
-QString qlumPlainToolTip(const QString& text)
-{
-    if (!Qt::mightBeRichText(text)) // the rule by which Qt itself tells them apart
-        return text;
-    return QLatin1String("<qt>") + text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")) +
-           QLatin1String("</qt>");
-}
-=======
->>>>>>> main
