@@ -30,7 +30,7 @@ private:
     bool m_connected = false;
 };
 
-OpcUa_StatusCode Channel::connect(ConnectParameters parameters, OpcUa_UInt32& revisedLifetime)
+OpcUa_StatusCode Channel::connect(const ConnectParameters& parameters, OpcUa_UInt32& revisedLifetime)
 {
     const TimePoint deadline = std::chrono::steady_clock::now() + parameters.timeout;
     const auto attempt = std::make_shared<Cancellation>();

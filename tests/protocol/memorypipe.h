@@ -82,9 +82,11 @@ class MemoryPipe
     ServerSide m_serverSide{*this};
 
 public:
-    explicit MemoryPipe(ClientChannelConfig clientConfig = {}, ServerChannelConfig serverConfig = {})
-        : client(withUrl(std::move(clientConfig)), makeSecurityPolicyNone(), m_clientSide),
-          server(serverConfig, makeSecurityPolicyNone(), m_serverSide)
+    using MakePolicy = std::unique_ptr<SecurityPolicy> (*)();
+    explicit MemoryPipe(ClientChannelConfig clientConfig = {}, ServerChannelConfig serverConfig = {},
+                        MakePolicy makePolicy = &makeSecurityPolicyNone)
+        : client(withUrl(std::move(clientConfig)), makePolicy(), m_clientSide),
+          server(serverConfig, makePolicy(), m_serverSide)
     {
         onServerRequest = [this](OpcUa_UInt32 id, const Bytes& body) { server.respond(id, body); };
     }
