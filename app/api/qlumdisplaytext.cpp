@@ -1,5 +1,7 @@
 #include <app/api/qlumdisplaytext.h>
 
+#include <QTextDocument>
+
 #include <algorithm>
 
 namespace {
@@ -35,4 +37,12 @@ QString qlumSingleLine(const QString& text)
     QString line = text;
     std::replace_if(line.begin(), line.end(), isUnfitForOneLine, QLatin1Char(' '));
     return line;
+}
+
+QString qlumPlainToolTip(const QString& text)
+{
+    if (!Qt::mightBeRichText(text))
+        return text;
+    return QLatin1String("<qt>") + text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")) +
+           QLatin1String("</qt>");
 }

@@ -2,7 +2,6 @@
 
 #include <QLocale>
 #include <QRegularExpression>
-#include <QTextDocument>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uastatus.h>
 
@@ -84,12 +83,4 @@ QString qlumDateTimeFormat()
 QString qlumTimeFormat()
 {
     return withMilliseconds(QLocale::system().timeFormat(QLocale::ShortFormat));
-}
-
-QString qlumPlainToolTip(const QString& text)
-{
-    if (!Qt::mightBeRichText(text)) // the rule by which Qt itself tells them apart
-        return text;
-    return QLatin1String("<qt>") + text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")) +
-           QLatin1String("</qt>");
 }

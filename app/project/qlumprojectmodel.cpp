@@ -1,7 +1,7 @@
 #include <app/project/qlumprojectmodel.h>
 
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumservernode.h>
-#include <app/api/qlumtext.h>
 #include <app/project/qlumprojectnodedocument.h>
 
 QlumProjectModel::QlumProjectModel(QObject* parent)
