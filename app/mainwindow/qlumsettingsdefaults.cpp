@@ -39,7 +39,8 @@ std::vector<QlumSettingDefault> makeDefaults()
         // address space
         {"General.MaxReferencesToReturn", number(100)},
         {"General.MaxBrowseNextCalls", 1000},
-        {"General.RetrieveIcons", true},
+        // few servers have icons of their own, and asking costs a round trip for each node
+        {"General.RetrieveIcons", false},
         // project
         {"General.NoOfRecentFiles", 5},
         {"General.SuppressSaveOnExit", false},
