@@ -39,8 +39,7 @@ std::vector<QlumSettingDefault> makeDefaults()
         // address space
         {"General.MaxReferencesToReturn", number(100)},
         {"General.MaxBrowseNextCalls", 1000},
-        // few servers have icons of their own, and asking costs a round trip for each node
-        {"General.RetrieveIcons", false},
+        {"General.RetrieveIcons", false}, // asks the server about each object: the user decides
         // project
         {"General.NoOfRecentFiles", 5},
         {"General.SuppressSaveOnExit", false},

@@ -117,7 +117,7 @@ void QlumTavelin::arrangeDocks()
     resizeDocks({dock("Log Dock Widget")}, {180}, Qt::Vertical);
     resizeDocks({project}, {300}, Qt::Horizontal);
     if (QDockWidget* attributes = dock("Attributes Dock Widget"))
-        resizeDocks({attributes}, {320}, Qt::Horizontal);
+        resizeDocks({attributes}, {430}, Qt::Horizontal);
 }
 
 void QlumTavelin::setupConnections()

@@ -125,12 +125,13 @@ typedef struct OpcUa_ChannelConnectInfo
 } OpcUa_ChannelConnectInfo;
 
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
-/* Blocks until the channel is open or the timeout (0: 10000) is over. Good; BadTimeout; BadTcpEndpointUrlInvalid;
- * BadCommunicationError (no such host, network); BadConnectionRejected (nobody listens, or buffers too small);
- * BadConnectionClosed (the peer hung up); BadSecurityPolicyRejected, BadSecurityModeRejected; BadNotSupported (the
- * transport profile); BadRequestCancelledByClient; BadInvalidState (already connected, or on a callback of the channel); or the
- * server's own status. A channel whose connection was lost may be connected again without Disconnect. revisedLifetime
- * (ms) may be null. The strings and bytes of info are copied. */
+/* Blocks until the channel is open or the timeout (0: 10000) is over. Good; BadTimeout;
+ * BadTcpEndpointUrlInvalid; BadCommunicationError (no such host, network); BadConnectionRejected (nobody
+ * listens, or buffers too small); BadConnectionClosed (the peer hung up); BadSecurityPolicyRejected,
+ * BadSecurityModeRejected; BadNotSupported (the transport profile); BadRequestCancelledByClient;
+ * BadInvalidState (already connected, or on a callback of the channel); or the server's own status. A channel
+ * whose connection was lost may be connected again without Disconnect. revisedLifetime (ms) may be null. The
+ * strings and bytes of info are copied. */
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel,
                                                     const OpcUa_ChannelConnectInfo* info,
                                                     OpcUa_UInt32* revisedLifetime);
