@@ -29,6 +29,7 @@ QlumSettingsDialog::QlumSettingsDialog(QlumSettingsModel* settings, QWidget* par
 {
     setWindowTitle(tr("Configure Tavelin"));
     m_pages->setObjectName(QStringLiteral("settingsPages"));
+    m_pages->setUsesScrollButtons(false);
     addConnectionPage();
     addBrowsePage();
     addLogPage();

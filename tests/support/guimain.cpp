@@ -3,6 +3,21 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <memory>
+
+#ifdef __SANITIZE_ADDRESS__
+#    include <sanitizer/lsan_interface.h>
+#endif
+
+namespace {
+std::unique_ptr<QApplication> makeApplication(int& argc, char** argv)
+{
+#ifdef __SANITIZE_ADDRESS__
+    const __lsan::ScopedDisabler screens; // Qt's offscreen platform never frees its screen
+#endif
+    return std::make_unique<QApplication>(argc, argv);
+}
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -10,7 +25,7 @@ int main(int argc, char** argv)
     qputenv("HOME", home.path().toLocal8Bit());
     qunsetenv("XDG_CONFIG_HOME");
     ::testing::InitGoogleTest(&argc, argv);
-    QApplication application(argc, argv);
+    const auto application = makeApplication(argc, argv);
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QCoreApplication::setOrganizationName(QStringLiteral("korvanda/tavelin/"));
     QCoreApplication::setApplicationName(QStringLiteral("tavelin"));

@@ -7,6 +7,7 @@
 #include <app/api/qlumsplashscreen.h>
 #include <app/mainwindow/qlumsettingsmodel.h>
 #include <app/startup/qlumfolders.h>
+#include <app/startup/qlumsettingsfile.h>
 #include <app/startup/qlumstartup.h>
 #include <app/startup/qlumtipwindow.h>
 #include <certificates/qlumcertificates.h>
@@ -104,6 +105,20 @@ TEST_F(Home, whatCanNotBeMovedStaysForTheNextStart)
     prepareFolders();
     EXPECT_EQ(read(QStringLiteral("PKI/own/private/tavelin_key.pem")), "old");
     EXPECT_FALSE(QDir(below(QStringLiteral("PKI/CA"))).exists());
+}
+
+TEST_F(Home, damagedSettingsAreCleanedAndKept)
+{
+    EXPECT_TRUE(qlumCleanSettingsFile().isEmpty()); // there is none yet
+    const QByteArray good("[General]\nGeneral.CallTimeout=5\ngeometry=@ByteArray(\\x1\\xd9)\n");
+    write(QStringLiteral("tavelin.ini"), good);
+    EXPECT_TRUE(qlumCleanSettingsFile().isEmpty());
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini")), good);
+    const QByteArray bad = good + "RecentFiles=@Variant(\\0\\0\\0\\x7f)\n";
+    write(QStringLiteral("tavelin.ini"), bad);
+    EXPECT_EQ(qlumCleanSettingsFile().size(), 2);
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini")), good);
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), bad);
 }
 
 TEST_F(Home, firstStartMakesTheCertificateAndTheNextLoadsIt)
