@@ -65,7 +65,9 @@ bool readFloating(const QString& text, OpcUa_BuiltInType type, UaVariant& value)
         value.setDouble(number);
         return true;
     }
-    if (std::isfinite(number) && std::abs(number) > static_cast<double>(std::numeric_limits<float>::max()))
+    // Up to here a number still rounds to the largest float, whose own shortest text lies above it.
+    constexpr double limit = 0x1.ffffffp127;
+    if (std::isfinite(number) && std::abs(number) >= limit)
         return false;
     value.setFloat(static_cast<float>(number));
     return true;
