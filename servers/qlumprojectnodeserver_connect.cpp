@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QDebug>
-#include <QDir>
 #include <QEventLoop>
 #include <QLabel>
 #include <QMessageBox>
@@ -12,6 +11,8 @@
 #include <QTimer>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumcertificates.h>
+#include <certificates/qlumcertificatestore.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumendpointfetcher.h>
@@ -51,18 +52,14 @@ int warn(const QString& title, const QString& text, QMessageBox::StandardButtons
     return pressed;
 }
 
-QString storeFolder()
-{
-    return QDir::homePath() + QLatin1String("/.config/korvanda/tavelin/PKI");
-}
-
 void fillPki(SessionSecurityInfo& security)
 {
-    const QString pki = storeFolder();
-    const auto folder = [&pki](const char* name) { return toUaString(pki + QLatin1String(name)); };
-    security.initializePkiProviderOpenSSL(folder("/trusted/crl"), folder("/trusted/certs"),
-                                          folder("/issuers/crl"), folder("/issuers/certs"));
-    security.initializePkiProviderHttps(folder("/tls_issuers/certs"), folder("/tls_issuers/crl"));
+    using Store = QlumCertificateStore;
+    security.initializePkiProviderOpenSSL(
+        toUaString(Store::trustedRevocationLists()), toUaString(Store::trustedCertificates()),
+        toUaString(Store::issuerRevocationLists()), toUaString(Store::issuerCertificates()));
+    security.initializePkiProviderHttps(toUaString(Store::tlsIssuerCertificates()),
+                                        toUaString(Store::tlsIssuerRevocationLists()));
 }
 
 UaClient::TypeDictionaryMode dictionaryMode(const QString& text)
@@ -296,7 +293,12 @@ void QlumProjectNodeServer::fillSecurity(Attempt& attempt)
     attempt.security.securityPolicyUri = toUaString(wanted.securityPolicyUri);
     attempt.security.messageSecurityMode = static_cast<OpcUa_MessageSecurityMode>(wanted.securityMode);
     attempt.security.serverCertificate = toUaByteString(attempt.endpoint.serverCertificate);
-    attempt.security.verifyServerCertificateOnConnect = false;
+    attempt.security.verifyServerCertificateOnConnect = false; // the user judges it
+    const QlumCertificates& own = *QlumCertificates::instance();
+    if (!own.certificate().isNull()) {
+        attempt.security.clientCertificate = own.certificate().toByteStringDER();
+        attempt.security.clientPrivateKey = UaByteString(own.keyPair().toDER());
+    }
     fillPki(attempt.security);
 }
 
@@ -334,8 +336,10 @@ SessionConnectInfo QlumProjectNodeServer::connectInfo() const
     info.publishTimeout = setting("General.PublishTimeout").toUInt();
     info.secureChannelLifetime = setting("General.SecureChannelLifetime").toUInt();
     info.localeId = toUaString(setting("General.LocaleId").toString());
+    const UaPkiCertificate& own = QlumCertificates::instance()->certificate();
     info.applicationUri =
-        toUaString(QStringLiteral("urn:%1:Korvanda:Tavelin").arg(QSysInfo::machineHostName()));
+        own.isNull() ? toUaString(QStringLiteral("urn:%1:Korvanda:Tavelin").arg(QSysInfo::machineHostName()))
+                     : own.info().URI;
     info.applicationName = toUaString(tr("Korvanda Tavelin"));
     info.productUri = toUaString(tr("urn:Korvanda:Tavelin"));
     info.sessionName = toUaString(m_setting.sessionName);

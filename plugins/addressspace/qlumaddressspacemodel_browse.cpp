@@ -247,7 +247,9 @@ void QlumAddressSpaceModel::removeChildren(QlumAddressSpaceNode* node)
     }
     beginRemoveRows(indexOf(node), 0, node->childCount() - 1);
     node->clearChildren();
+    node->setBrowsed(true); // nobody shall fetch while the rows go
     endRemoveRows();
+    node->setBrowsed(false);
 }
 
 void QlumAddressSpaceModel::refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id)
