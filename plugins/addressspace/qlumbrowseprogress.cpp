@@ -24,7 +24,7 @@ QlumBrowseProgress::~QlumBrowseProgress()
 
 void QlumBrowseProgress::update(int found)
 {
-    if (m_sinceStart.elapsed() < kShowAfter || m_cancelled)
+    if (m_sinceStart.elapsed() < kShowAfter || wasCancelled())
         return;
     if (!m_dialog)
         showDialog();
@@ -43,6 +43,5 @@ void QlumBrowseProgress::showDialog()
     auto* label = new QLabel;
     label->setTextFormat(Qt::PlainText); // the name is the server's
     m_dialog->setLabel(label);
-    QObject::connect(m_dialog, &QProgressDialog::canceled, m_dialog, [this] { m_cancelled = true; });
     m_dialog->show();
 }

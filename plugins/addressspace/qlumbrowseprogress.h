@@ -17,8 +17,7 @@ public:
     QlumBrowseProgress& operator=(const QlumBrowseProgress&) = delete;
 
     void update(int found);
-    [[nodiscard]] bool wasCancelled() const { return m_cancelled; }
-    void cancel() { m_cancelled = true; }
+    [[nodiscard]] bool wasCancelled() const { return m_dialog && m_dialog->wasCanceled(); }
 
 private:
     void showDialog();
@@ -27,5 +26,4 @@ private:
     QElapsedTimer m_sinceStart;
     QElapsedTimer m_sinceUpdate;
     QPointer<QProgressDialog> m_dialog;
-    bool m_cancelled = false;
 };

@@ -231,7 +231,7 @@ QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataV
         return addCode(attributeId, value);
     case OpcUa_Attributes_DataType:
         if (value.type() == OpcUaType_NodeId && value.isScalar())
-            return m_rows.addNodeId(*m_root, name, value.toNodeId());
+            return addDataType(value.toNodeId());
         return addMistyped(attributeId, "NodeId", value);
     default:
         return m_rows.addVariant(*m_root, name, value, QlumTypeHint());
@@ -253,6 +253,19 @@ QlumAttributeNode& QlumAttributeModel::addCode(int attributeId, const UaVariant&
     else
         text = qlumUserAccessLevelText(value.toByte());
     return m_root->append(qlumAttributeName(attributeId), text);
+}
+
+// The name says more than the id does; types that were never asked for are read once.
+QlumAttributeNode& QlumAttributeModel::addDataType(const UaNodeId& dataType)
+{
+    QlumAttributeNode& row =
+        m_rows.addNodeId(*m_root, qlumAttributeName(OpcUa_Attributes_DataType), dataType);
+    const QString name = m_session && m_session->isConnected()
+                             ? m_application.typeName(m_serverId, &dataType, false)
+                             : QString();
+    if (!name.isEmpty())
+        row.setValue(QStringLiteral("%1 (%2)").arg(name, row.value()));
+    return row;
 }
 
 QlumAttributeNode& QlumAttributeModel::addMistyped(int attributeId, const char* expected,

@@ -9,6 +9,7 @@
 #include <app/api/qlumtext.h>
 #include <plugins/attributes/qlumattributedelegate.h>
 #include <plugins/attributes/qlumattributemodel.h>
+#include <uawidgets/qlumviewstate.h>
 
 namespace {
 constexpr int kNameWidth = 170;
@@ -40,11 +41,15 @@ QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     setTextElideMode(Qt::ElideRight);
     header()->resizeSection(QlumAttributeModel::NameColumn, kNameWidth);
+    m_state = std::make_unique<QlumViewState>(QStringLiteral("QlumAttributeView"), nullptr);
+    m_state->keep(header(), QStringLiteral("header"));
     createActions();
     connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &QlumAttributeView::saveState);
     connect(model, &QAbstractItemModel::modelReset, this, &QlumAttributeView::restoreState);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &QlumAttributeView::fetchVisible);
 }
+
+QlumAttributeView::~QlumAttributeView() = default;
 
 // ---- copying
 // ------------------------------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 #include <QTreeView>
 
 class QlumAttributeModel;
+class QlumViewState;
 
 /// The tree of attributes: copies, keeps what the user opened from one node to the next, and lets long arrays
 /// grow while he scrolls.
@@ -11,6 +12,7 @@ class QlumAttributeView : public QTreeView
     Q_OBJECT
 public:
     explicit QlumAttributeView(QlumAttributeModel* model, QWidget* parent = nullptr);
+    ~QlumAttributeView() override;
 
 public slots:
     void sltCopyCell();
@@ -30,6 +32,7 @@ private:
     [[nodiscard]] QString pathOf(const QModelIndex& index) const;
 
     QlumAttributeModel* m_attributes;
+    std::unique_ptr<QlumViewState> m_state;
     QSet<QString> m_expanded; // paths of names
     QString m_current;
     int m_scrollPosition = 0;

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QMimeData>
 #include <QProgressDialog>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -192,10 +193,11 @@ TEST_F(AddressSpaceModel, LongBrowsesLeaveTheEventLoopAliveAndCanBeCancelled)
         return progress != nullptr;
     }));
     EXPECT_FALSE(services->journal.contains("release"));
-    progress->cancel();
+    progress->findChild<QPushButton*>()->click();
     ASSERT_TRUE(QTest::qWaitFor([this] { return !model->isBrowsing(); }));
     EXPECT_EQ(services->journal.last(), "release");
     EXPECT_GT(model->rowCount(child(0)), 0);
+    EXPECT_EQ(application.texts().filter("cancelled by user").size(), 1);
 }
 
 TEST_F(AddressSpaceModel, NodesThatGoWhileTheyAreBrowsedReleaseTheirContinuationPoint)

@@ -20,6 +20,10 @@ public:
     {
         return *dataType == enumeration.dataTypeId() ? enumeration : UaEnumDefinition();
     }
+    QString typeName(unsigned int, const UaNodeId* type, bool) override
+    {
+        return *type == UaNodeId(11) ? "Double" : "";
+    }
     QList<unsigned int> projectServerIds() override { return {5}; }
     QString serverName(unsigned int) override { return "Plc"; }
     void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass) override

@@ -311,6 +311,7 @@ TEST_F(AttributeModel, LongTextsAreCutInTheViewOnly)
 TEST_F(AttributeModel, ALaterResultReplacesAllAndClearForgets)
 {
     showValue(UaVariant(1.0), UaNodeId(11));
+    EXPECT_EQ(model.index(1, 1).data().toString(), "Double (i=11)");
     show(OpcUa_NodeClass_Object, {{1, UaDataValue(UaVariant(UaNodeId(1)))}});
     EXPECT_EQ(model.rowCount(), 1);
     EXPECT_TRUE(model.index(0, 0).data(QlumAttributeModel::DataTypeRole).value<UaNodeId>().isNull());
