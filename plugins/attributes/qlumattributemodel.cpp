@@ -230,9 +230,7 @@ QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataV
     case OpcUa_Attributes_UserAccessLevel:
         return addCode(attributeId, value);
     case OpcUa_Attributes_DataType:
-        if (value.type() == OpcUaType_NodeId && value.isScalar())
-            return m_rows.addNodeId(*m_root, name, value.toNodeId());
-        return addMistyped(attributeId, "NodeId", value);
+        return addDataType(value);
     default:
         return m_rows.addVariant(*m_root, name, value, QlumTypeHint());
     }
@@ -253,6 +251,19 @@ QlumAttributeNode& QlumAttributeModel::addCode(int attributeId, const UaVariant&
     else
         text = qlumUserAccessLevelText(value.toByte());
     return m_root->append(qlumAttributeName(attributeId), text);
+}
+
+QlumAttributeNode& QlumAttributeModel::addDataType(const UaVariant& value)
+{
+    if (value.type() != OpcUaType_NodeId || !value.isScalar())
+        return addMistyped(OpcUa_Attributes_DataType, "NodeId", value);
+    const UaNodeId id = value.toNodeId();
+    QlumAttributeNode& row = m_rows.addNodeId(*m_root, qlumAttributeName(OpcUa_Attributes_DataType), id);
+    // people know their types by name; the type cache asks the server once for each
+    const QString name = m_application.typeName(m_serverId, &id, false);
+    if (!name.isEmpty())
+        row.setValue(QStringLiteral("%1 (%2)").arg(name, row.value()));
+    return row;
 }
 
 QlumAttributeNode& QlumAttributeModel::addMistyped(int attributeId, const char* expected,

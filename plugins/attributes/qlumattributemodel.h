@@ -65,6 +65,7 @@ private:
     QlumAttributeNode& addAttribute(int attributeId, OpcUa_DataValue& result);
     QlumAttributeNode& addValue(OpcUa_DataValue& result);
     QlumAttributeNode& addCode(int attributeId, const UaVariant& value);
+    QlumAttributeNode& addDataType(const UaVariant& value);
     QlumAttributeNode& addMistyped(int attributeId, const char* expected, const UaVariant& value);
     [[nodiscard]] QlumTypeHint valueHint() const;
 
