@@ -118,6 +118,8 @@ void QlumTavelin::arrangeDocks()
     resizeDocks({project}, {300}, Qt::Horizontal);
     if (QDockWidget* attributes = dock("Attributes Dock Widget"))
         resizeDocks({attributes}, {430}, Qt::Horizontal);
+    if (QDockWidget* references = dock("References Dock Widget"))
+        resizeDocks({references}, {150}, Qt::Vertical);
 }
 
 void QlumTavelin::setupConnections()

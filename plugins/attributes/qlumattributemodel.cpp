@@ -230,9 +230,7 @@ QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataV
     case OpcUa_Attributes_UserAccessLevel:
         return addCode(attributeId, value);
     case OpcUa_Attributes_DataType:
-        if (value.type() == OpcUaType_NodeId && value.isScalar())
-            return addDataType(value.toNodeId());
-        return addMistyped(attributeId, "NodeId", value);
+        return addDataType(value);
     default:
         return m_rows.addVariant(*m_root, name, value, QlumTypeHint());
     }
@@ -255,14 +253,14 @@ QlumAttributeNode& QlumAttributeModel::addCode(int attributeId, const UaVariant&
     return m_root->append(qlumAttributeName(attributeId), text);
 }
 
-// The name says more than the id does; types that were never asked for are read once.
-QlumAttributeNode& QlumAttributeModel::addDataType(const UaNodeId& dataType)
+QlumAttributeNode& QlumAttributeModel::addDataType(const UaVariant& value)
 {
-    QlumAttributeNode& row =
-        m_rows.addNodeId(*m_root, qlumAttributeName(OpcUa_Attributes_DataType), dataType);
-    const QString name = m_session && m_session->isConnected()
-                             ? m_application.typeName(m_serverId, &dataType, false)
-                             : QString();
+    if (value.type() != OpcUaType_NodeId || !value.isScalar())
+        return addMistyped(OpcUa_Attributes_DataType, "NodeId", value);
+    const UaNodeId id = value.toNodeId();
+    QlumAttributeNode& row = m_rows.addNodeId(*m_root, qlumAttributeName(OpcUa_Attributes_DataType), id);
+    // people know their types by name; the type cache asks the server once for each
+    const QString name = m_application.typeName(m_serverId, &id, false);
     if (!name.isEmpty())
         row.setValue(QStringLiteral("%1 (%2)").arg(name, row.value()));
     return row;

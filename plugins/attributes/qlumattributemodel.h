@@ -64,8 +64,8 @@ private:
     void takeDataType(const QList<int>& attributeIds, const UaDataValues& results);
     QlumAttributeNode& addAttribute(int attributeId, OpcUa_DataValue& result);
     QlumAttributeNode& addValue(OpcUa_DataValue& result);
-    QlumAttributeNode& addDataType(const UaNodeId& dataType);
     QlumAttributeNode& addCode(int attributeId, const UaVariant& value);
+    QlumAttributeNode& addDataType(const UaVariant& value);
     QlumAttributeNode& addMistyped(int attributeId, const char* expected, const UaVariant& value);
     [[nodiscard]] QlumTypeHint valueHint() const;
 
