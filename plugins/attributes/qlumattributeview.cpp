@@ -14,7 +14,7 @@
 
 namespace {
 constexpr int kHintMargin = 12; // around the text of the empty view
-constexpr int kNameWidth = 170;
+constexpr int kNameWidth = 190;
 const QLatin1Char kSeparator('/');
 
 // The text as it is, not as it is cut for the view.
