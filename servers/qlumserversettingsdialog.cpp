@@ -93,7 +93,7 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
     createButtons();
     layout->addWidget(m_buttons);
     connect(m_fetcher, &QlumEndpointFetcher::finished, this, &QlumServerSettingsDialog::sltEndpointsFetched);
-    resize(640, 560);
+    resize(740, 560);
     fill();
     sltUpdateControls();
 }
@@ -155,7 +155,7 @@ QWidget* QlumServerSettingsDialog::createEndpointView()
     m_endpointView->setSortingEnabled(true);
     m_endpointView->sortByColumn(QlumEndpointModel::Level, Qt::DescendingOrder);
     m_endpointView->header()->resizeSection(QlumEndpointModel::Policy, 190);
-    m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 230);
+    m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 300);
     connect(m_endpointView->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
         suggestDisplayName();
         sltUpdateControls();
