@@ -155,6 +155,7 @@ QWidget* QlumServerSettingsDialog::createEndpointView()
     m_endpointView->setSortingEnabled(true);
     m_endpointView->sortByColumn(QlumEndpointModel::Level, Qt::DescendingOrder);
     m_endpointView->header()->resizeSection(QlumEndpointModel::Policy, 190);
+    m_endpointView->header()->resizeSection(QlumEndpointModel::Mode, 130);
     m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 300);
     connect(m_endpointView->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
         suggestDisplayName();
