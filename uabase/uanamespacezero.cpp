@@ -116,6 +116,47 @@ private:
     std::unordered_map<Key, Definition> m_definitions;
 };
 
+// Ids of the standard's structures and enumerations by name; the tables are in order of their ids only.
+std::unordered_map<std::string_view, OpcUa_UInt32> namesOfTables()
+{
+    constexpr OpcUa_UInt32 lastId = 65535;
+    std::unordered_map<std::string_view, OpcUa_UInt32> names;
+    for (OpcUa_UInt32 id = 1; id <= lastId; ++id) {
+        if (const OpcUa_EncodeableType* type = OpcUa_EncodeableType_FindByTypeId(id))
+            names.emplace(type->TypeName, id);
+        else if (const OpcUa_EnumeratedType* enumerated = OpcUa_EnumeratedType_Find(id))
+            names.emplace(enumerated->TypeName, id);
+    }
+    return names;
+}
+
+constexpr std::string_view builtInNames[] = {"",
+                                             "Boolean",
+                                             "SByte",
+                                             "Byte",
+                                             "Int16",
+                                             "UInt16",
+                                             "Int32",
+                                             "UInt32",
+                                             "Int64",
+                                             "UInt64",
+                                             "Float",
+                                             "Double",
+                                             "String",
+                                             "DateTime",
+                                             "Guid",
+                                             "ByteString",
+                                             "XmlElement",
+                                             "NodeId",
+                                             "ExpandedNodeId",
+                                             "StatusCode",
+                                             "QualifiedName",
+                                             "LocalizedText",
+                                             "ExtensionObject",
+                                             "DataValue",
+                                             "Variant",
+                                             "DiagnosticInfo"};
+
 const OpcUa_EnumeratedType* findEnumerated(const UaNodeId& dataTypeId, bool isOptionSet) noexcept
 {
     const OpcUa_UInt32 number = standardNumber(dataTypeId);
@@ -179,4 +220,14 @@ OpcUa_BuiltInType uaNamespaceZeroBuiltInType(const UaNodeId& dataTypeId)
     if (const OpcUa_EnumeratedType* type = OpcUa_EnumeratedType_Find(number); type)
         return static_cast<OpcUa_BuiltInType>(type->BuiltInType);
     return OpcUa_EncodeableType_FindByTypeId(number) ? OpcUaType_ExtensionObject : OpcUaType_Null;
+}
+
+UaNodeId uaNamespaceZeroDataType(std::string_view name)
+{
+    static const std::unordered_map<std::string_view, OpcUa_UInt32> names = namesOfTables();
+    if (const auto builtIn = std::ranges::find(builtInNames, name);
+        builtIn != std::end(builtInNames) && !name.empty())
+        return UaNodeId(static_cast<OpcUa_UInt32>(builtIn - std::begin(builtInNames)));
+    const auto found = names.find(name);
+    return found == names.end() ? UaNodeId() : UaNodeId(found->second);
 }

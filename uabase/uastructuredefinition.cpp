@@ -11,6 +11,7 @@ public:
     bool isOptionSet = false;
     bool hasOptionalFields = false;
     std::vector<UaStructureField> fields;
+    std::shared_ptr<const uabase::StructureLayout> layout;
 };
 
 UaStructureDefinition::UaStructureDefinition() noexcept = default;
@@ -45,6 +46,16 @@ void UaStructureDefinition::setUnion(bool isUnion) { d.edit().isUnion = isUnion;
 void UaStructureDefinition::setOptionSet(bool isOptionSet) { d.edit().isOptionSet = isOptionSet; }
 void UaStructureDefinition::setHasOptionalFields(bool hasOptionalFields) { d.edit().hasOptionalFields = hasOptionalFields; }
 // clang-format on
+
+const uabase::StructureLayout* UaStructureDefinition::layout() const noexcept
+{
+    return d ? d->layout.get() : nullptr;
+}
+
+void UaStructureDefinition::setLayout(std::shared_ptr<const uabase::StructureLayout> layout)
+{
+    d.edit().layout = std::move(layout);
+}
 
 UaStructureField UaStructureDefinition::field(int index) const noexcept
 {

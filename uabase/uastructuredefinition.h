@@ -4,6 +4,12 @@
 #include <uabase/uaenumdefinition.h>
 #include <uabase/uaoptionsetdefinition.h>
 
+#include <memory>
+
+namespace uabase {
+struct StructureLayout;
+}
+
 class UaStructureDefinition;
 class UaStructureFieldPrivate;
 class UaStructureDefinitionPrivate;
@@ -90,6 +96,10 @@ public:
     void setHasOptionalFields(bool hasOptionalFields);
     void addField(const UaStructureField& field);
     void setField(int index, const UaStructureField& field);
+
+    // How bodies lie when not by the standard's rules; else null. For the codec.
+    const uabase::StructureLayout* layout() const noexcept;
+    void setLayout(std::shared_ptr<const uabase::StructureLayout> layout);
 
 private:
     UaSharedPtr<UaStructureDefinitionPrivate> d;

@@ -75,6 +75,8 @@ OpcUa_StatusCode StructureWriter::writeStructure(const UaStructureDefinition& de
 {
     if (depth > maxNesting || !m_budget.take())
         return OpcUa_BadEncodingLimitsExceeded;
+    if (const StructureLayout* layout = definition.layout())
+        return writeLayout(definition, *layout, fields, depth);
     const std::size_t maskPosition = m_bytes.size();
     if (definition.hasOptionalFields())
         writeUInt32(0);
