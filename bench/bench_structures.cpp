@@ -20,7 +20,7 @@ std::atomic<std::size_t> allocations{0};
 
 } // namespace
 
-void* operator new(std::size_t size)
+[[gnu::noinline]] void* operator new(std::size_t size)
 {
     ++allocations;
     if (void* block = std::malloc(size))
@@ -28,12 +28,12 @@ void* operator new(std::size_t size)
     throw std::bad_alloc();
 }
 
-void operator delete(void* block) noexcept
+[[gnu::noinline]] void operator delete(void* block) noexcept
 {
     std::free(block);
 }
 
-void operator delete(void* block, std::size_t) noexcept
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept
 {
     std::free(block);
 }

@@ -33,6 +33,14 @@ void UaTypeDefinitionStore::add(const UaOptionSetDefinition& definition)
         m_optionSets[definition.dataTypeId()] = definition;
 }
 
+void UaTypeDefinitionStore::addMissing(const UaTypeDefinitionStore& other)
+{
+    m_structures.insert(other.m_structures.begin(), other.m_structures.end());
+    m_encodings.insert(other.m_encodings.begin(), other.m_encodings.end());
+    m_enumerations.insert(other.m_enumerations.begin(), other.m_enumerations.end());
+    m_optionSets.insert(other.m_optionSets.begin(), other.m_optionSets.end());
+}
+
 void UaTypeDefinitionStore::clear()
 {
     *this = UaTypeDefinitionStore();

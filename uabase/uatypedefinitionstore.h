@@ -15,6 +15,8 @@ public:
     void add(const UaStructureDefinition& definition);
     void add(const UaEnumDefinition& definition);
     void add(const UaOptionSetDefinition& definition);
+    // Takes over what is not there yet.
+    void addMissing(const UaTypeDefinitionStore& other);
     void clear();
     [[nodiscard]] std::size_t count() const noexcept;
 
