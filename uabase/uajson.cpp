@@ -140,7 +140,8 @@ private:
 
     static bool isNumber(std::string_view text)
     {
-        takePrefix(text, "-");
+        if (text.starts_with('-'))
+            text.remove_prefix(1);
         const bool leadingZero = text.starts_with('0');
         const std::size_t whole = digits(text);
         if (whole == 0 || (leadingZero && whole > 1))
@@ -148,8 +149,8 @@ private:
         if (takePrefix(text, ".") && digits(text) == 0)
             return false;
         if (takePrefix(text, "e") || takePrefix(text, "E")) {
-            if (!takePrefix(text, "+"))
-                takePrefix(text, "-");
+            if (text.starts_with('+') || text.starts_with('-'))
+                text.remove_prefix(1);
             if (digits(text) == 0)
                 return false;
         }
@@ -266,9 +267,8 @@ private:
 
 const JsonValue* JsonValue::find(std::string_view name) const noexcept
 {
-    const auto found = std::ranges::find(m_members, name, [](const Member& member) {
-        return std::string_view(member.first);
-    });
+    const auto found = std::ranges::find(m_members, name,
+                                         [](const Member& member) { return std::string_view(member.first); });
     return found == m_members.end() ? nullptr : &found->second;
 }
 

@@ -151,9 +151,9 @@ private:
         const std::size_t size = OpcUa_BuiltInType_Size(static_cast<OpcUa_Byte>(value.type()));
         const auto* element = static_cast<const unsigned char*>(value.elements());
         for (OpcUa_UInt32 i = 0; i < value.elementCount(); ++i, element += size)
-            json.append(nested.isNull() ? scalar(value.type(), element, depth)
-                                        : body(*reinterpret_cast<const OpcUa_ExtensionObject*>(element),
-                                               nested, depth));
+            json.append(nested.isNull()
+                            ? scalar(value.type(), element, depth)
+                            : body(*reinterpret_cast<const OpcUa_ExtensionObject*>(element), nested, depth));
         return json;
     }
 
@@ -255,8 +255,7 @@ private:
         const UaStructureDefinition definition = definitionFor(value.typeId(), m_dictionary);
         const bool isXml = value.encoding() == OpcUa_ExtensionObjectEncoding_Xml;
         const bool hasBody = value.encoding() != OpcUa_ExtensionObjectEncoding_None;
-        const auto opened = isXml || !hasBody ? std::nullopt
-                                              : openStructure(value, definition, m_dictionary);
+        const auto opened = isXml || !hasBody ? std::nullopt : openStructure(value, definition, m_dictionary);
         if (opened) {
             json.set("TypeId", nodeIdOf(definition.dataTypeId()));
             json.set("Body", fields(*opened, depth));

@@ -140,6 +140,12 @@ public:
         }
         m_view = taken;
     }
+    // Takes a value that owns no memory.
+    void setPlain(const C& value) noexcept
+    {
+        m_owner.reset();
+        m_view = value;
+    }
     // Hands the value over (destination is raw memory) and becomes null; copies only when shared.
     OpcUa_StatusCode detach(C* destination) noexcept
     {

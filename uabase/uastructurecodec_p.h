@@ -31,7 +31,15 @@ constexpr OpcUa_Int32 maxBodyArrayLength = 4 * 1024 * 1024;
 struct FieldValues
 {
     std::vector<UaVariant> values; // as many as the definition has fields
-    std::vector<bool> present;
+    std::vector<bool> present;     // as many, or none: all are there
+
+    [[nodiscard]] bool has(std::size_t index) const noexcept { return present.empty() || present[index]; }
+    void setPresent(std::size_t index, bool isPresent)
+    {
+        if (present.empty())
+            present.assign(values.size(), true);
+        present[index] = isPresent;
+    }
 };
 
 // Structures visited for one body. Definitions come from servers, too: without fields of their own, nested
@@ -74,6 +82,7 @@ private:
                                  int depth);
     OpcUa_StatusCode readNested(const UaStructureDefinition& nested, OpcUa_ExtensionObject* element,
                                 int depth);
+    OpcUa_StatusCode readPlain(std::span<const OpcUa_Byte> types, FieldValues* target);
     OpcUa_StatusCode skipBody(const UaStructureDefinition& definition, int depth);
     // Bodies with a layout of their own: uastructurelayoutreader.cpp.
     OpcUa_StatusCode readLayout(const UaStructureDefinition& definition, const StructureLayout& layout,

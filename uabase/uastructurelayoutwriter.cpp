@@ -83,7 +83,7 @@ bool fillSwitches(const StructureLayout& layout, const FieldValues& fields, auto
         if (step.switchStep < 0 || step.field < 0)
             continue;
         const auto steering = static_cast<std::size_t>(step.switchStep);
-        const bool wanted = fields.present[static_cast<std::size_t>(step.field)];
+        const bool wanted = fields.has(static_cast<std::size_t>(step.field));
         if (layout.steps[steering].field < 0 && wanted &&
             !image.setNumber(step.switchStep, steeringNumber(step, true)))
             return false;
@@ -187,7 +187,7 @@ OpcUa_StatusCode StructureWriter::writeContents(const UaStructureDefinition& def
             continue;
         const auto index = static_cast<std::size_t>(step.field);
         // the switch is a field itself and must say the same as what is there
-        if (image.present[i] != fields.present[index])
+        if (image.present[i] != fields.has(index))
             return OpcUa_BadEncodingError;
         if (!image.present[i] || step.bits > 0)
             continue;

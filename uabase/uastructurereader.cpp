@@ -40,6 +40,43 @@ std::size_t leastSize(OpcUa_BuiltInType type) noexcept
     }
 }
 
+template <class T>
+T loaded(const OpcUa_Byte*& at) noexcept
+{
+    T number{};
+    for (std::size_t i = 0; i < sizeof(T); ++i) // the compiler makes one load of it
+        number = static_cast<T>(number | static_cast<T>(T{at[i]} << 8 * i));
+    at += sizeof(T);
+    return number;
+}
+
+// A number of fixed size by its bits; signed ones and floating ones keep them.
+void loadBits(OpcUa_Variant& value, OpcUa_Byte type, const OpcUa_Byte*& at) noexcept
+{
+    value.Datatype = type;
+    switch (type) {
+    case OpcUaType_Boolean:
+        value.Value.Boolean = loaded<OpcUa_Byte>(at) != 0 ? OpcUa_True : OpcUa_False;
+        break;
+    case OpcUaType_SByte:
+    case OpcUaType_Byte:
+        value.Value.Byte = loaded<OpcUa_Byte>(at);
+        break;
+    case OpcUaType_Int16:
+    case OpcUaType_UInt16:
+        value.Value.UInt16 = loaded<OpcUa_UInt16>(at);
+        break;
+    case OpcUaType_Int64:
+    case OpcUaType_UInt64:
+    case OpcUaType_Double:
+    case OpcUaType_DateTime:
+        value.Value.UInt64 = loaded<OpcUa_UInt64>(at);
+        break;
+    default:
+        value.Value.UInt32 = loaded<OpcUa_UInt32>(at);
+    }
+}
+
 } // namespace
 
 OpcUa_StatusCode StructureReader::readUInt32(OpcUa_UInt32& value) noexcept
@@ -168,6 +205,28 @@ OpcUa_StatusCode StructureReader::readField(const UaStructureField& field, UaVar
     return status;
 }
 
+// Scalars of fixed size one after the other, the usual content of structures.
+OpcUa_StatusCode StructureReader::readPlain(std::span<const OpcUa_Byte> types, FieldValues* target)
+{
+    std::size_t size = 0;
+    for (const OpcUa_Byte type : types)
+        size += leastSize(static_cast<OpcUa_BuiltInType>(type));
+    if (left() < size)
+        return OpcUa_BadDecodingError;
+    const OpcUa_Byte* at = m_bytes.data() + m_position;
+    m_position += size;
+    if (!target)
+        return OpcUa_Good;
+    target->values.resize(types.size());
+    OpcUa_Variant value;
+    OpcUa_Variant_Initialize(&value);
+    for (std::size_t i = 0; i < types.size(); ++i) {
+        loadBits(value, types[i], at);
+        target->values[i].setPlain(value);
+    }
+    return OpcUa_Good;
+}
+
 OpcUa_StatusCode StructureReader::readStructure(const UaStructureDefinition& definition, FieldValues* target,
                                                 int depth)
 {
@@ -175,11 +234,13 @@ OpcUa_StatusCode StructureReader::readStructure(const UaStructureDefinition& def
         return OpcUa_BadEncodingLimitsExceeded;
     if (const StructureLayout* layout = definition.layout())
         return readLayout(definition, *layout, target, depth);
+    if (const std::span<const OpcUa_Byte> types = definition.plainTypes(); !types.empty())
+        return readPlain(types, target);
     OpcUa_UInt32 mask = 0;
     OpcUa_StatusCode status = definition.hasOptionalFields() ? readUInt32(mask) : OpcUa_Good;
     unsigned optionalIndex = 0;
     for (int i = 0; i < definition.fieldCount() && OpcUa_IsGood(status); ++i) {
-        const UaStructureField field = definition.field(i);
+        const UaStructureField& field = definition.fieldAt(i);
         bool present = true;
         if (field.isOptional()) {
             if (optionalIndex >= 32)

@@ -10,8 +10,8 @@
 // standard's structures are known without) structures are written field by field, without a definition their
 // body stands as Base64. Times are cut to the years 1601 to 9999. Reading takes text from anywhere: depth and
 // size are bounded. Statuses: BadEncodingLimitsExceeded; when reading also BadDecodingError (not the form),
-// BadOutOfRange (a number does not fit), BadDataTypeIdUnknown (fields of a structure without definition); error
-// then says what and where. The value is left alone on failure.
+// BadOutOfRange (a number does not fit), BadDataTypeIdUnknown (fields of a structure without definition);
+// error then says what and where. The value is left alone on failure.
 class UaValueText
 {
 public:

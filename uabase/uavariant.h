@@ -303,6 +303,8 @@ public:
     // is not of the type).
     [[nodiscard]] UaStatusCode changeType(OpcUa_BuiltInType type, bool toArray) noexcept;
 
+    // Takes a scalar of fixed size, which owns no memory.
+    void setPlain(const OpcUa_Variant& value) noexcept { m_value.setPlain(value); }
     // Borrowed; valid until this value changes.
     const OpcUa_Variant* get() const noexcept { return m_value.get(); }
     // attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
