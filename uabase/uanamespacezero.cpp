@@ -1,5 +1,6 @@
 #include <opcua/opcua_identifiers.h>
 #include <uabase/uanamespacezero.h>
+#include <uabase/uaxmlvalue_p.h>
 
 #include <algorithm>
 #include <bit>
@@ -130,33 +131,6 @@ std::unordered_map<std::string_view, OpcUa_UInt32> namesOfTables()
     return names;
 }
 
-constexpr std::string_view builtInNames[] = {"",
-                                             "Boolean",
-                                             "SByte",
-                                             "Byte",
-                                             "Int16",
-                                             "UInt16",
-                                             "Int32",
-                                             "UInt32",
-                                             "Int64",
-                                             "UInt64",
-                                             "Float",
-                                             "Double",
-                                             "String",
-                                             "DateTime",
-                                             "Guid",
-                                             "ByteString",
-                                             "XmlElement",
-                                             "NodeId",
-                                             "ExpandedNodeId",
-                                             "StatusCode",
-                                             "QualifiedName",
-                                             "LocalizedText",
-                                             "ExtensionObject",
-                                             "DataValue",
-                                             "Variant",
-                                             "DiagnosticInfo"};
-
 const OpcUa_EnumeratedType* findEnumerated(const UaNodeId& dataTypeId, bool isOptionSet) noexcept
 {
     const OpcUa_UInt32 number = standardNumber(dataTypeId);
@@ -225,9 +199,8 @@ OpcUa_BuiltInType uaNamespaceZeroBuiltInType(const UaNodeId& dataTypeId)
 UaNodeId uaNamespaceZeroDataType(std::string_view name)
 {
     static const std::unordered_map<std::string_view, OpcUa_UInt32> names = namesOfTables();
-    if (const auto builtIn = std::ranges::find(builtInNames, name);
-        builtIn != std::end(builtInNames) && !name.empty())
-        return UaNodeId(static_cast<OpcUa_UInt32>(builtIn - std::begin(builtInNames)));
+    if (const OpcUa_BuiltInType builtIn = uabase::builtInTypeOf(name); builtIn != OpcUaType_Null)
+        return UaNodeId(static_cast<OpcUa_UInt32>(builtIn));
     const auto found = names.find(name);
     return found == names.end() ? UaNodeId() : UaNodeId(found->second);
 }

@@ -118,9 +118,10 @@ OpcUa_StatusCode StructureWriter::writeStepElement(const LayoutStep& step, const
 
 OpcUa_StatusCode StructureWriter::writeCharacters(const LayoutStep& step, const UaVariant& value)
 {
-    const std::string_view text = step.type == OpcUaType_ByteString
-                                      ? UaByteString(value.get()->Value.ByteString).view()
-                                      : UaString(value.get()->Value.String).view();
+    const bool isText = step.type == OpcUaType_String;
+    const UaString string = isText ? UaString(value.get()->Value.String) : UaString();
+    const UaByteString bytes = isText ? UaByteString() : UaByteString(value.get()->Value.ByteString);
+    const std::string_view text = isText ? string.view() : bytes.view();
     if ((step.fixedLength >= 0 && text.size() > static_cast<std::size_t>(step.fixedLength)) ||
         (step.terminator >= 0 && text.find(static_cast<char>(step.terminator)) != std::string_view::npos))
         return OpcUa_BadEncodingError;
