@@ -9,16 +9,15 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uagenericstructurevalue.h>
 #include <uabase/uagenericunionvalue.h>
+#include <uabase/uatypedefinitionstore.h>
 #include <uabase/uavaluetext.h>
 
 namespace {
 
-using testdefinitions::Dictionary;
-
-Dictionary& dictionary()
+UaTypeDefinitionStore& dictionary()
 {
-    static Dictionary made = [] {
-        Dictionary all;
+    static UaTypeDefinitionStore made = [] {
+        UaTypeDefinitionStore all;
         for (const UaStructureDefinition& definition :
              {testdefinitions::point(), testdefinitions::options(), testdefinitions::shape(),
               testdefinitions::arrays(), testdefinitions::measure()})
