@@ -39,8 +39,7 @@ ClientChannel::ClientChannel(ClientChannelConfig config, std::unique_ptr<Securit
 {
 }
 
-// ---- life
-// --------------------------------------------------------------------------------------------------
+// ---- life ---------------------------------------------------------------------------------------
 
 void ClientChannel::start(TimePoint now, TimePoint deadline)
 {
@@ -92,8 +91,7 @@ void ClientChannel::failRequests(OpcUa_StatusCode status)
         m_listener.onRequestFailed(id, status);
 }
 
-// ---- time
-// --------------------------------------------------------------------------------------------------
+// ---- time ---------------------------------------------------------------------------------------
 
 TimePoint ClientChannel::nextDeadline() const
 {
@@ -129,8 +127,7 @@ void ClientChannel::expireRequests(TimePoint now)
     }
 }
 
-// ---- requests
-// ----------------------------------------------------------------------------------------------
+// ---- requests -----------------------------------------------------------------------------------
 
 OpcUa_StatusCode ClientChannel::send(ByteView body, TimePoint deadline, OpcUa_UInt32& requestId)
 {
@@ -147,8 +144,7 @@ OpcUa_StatusCode ClientChannel::send(ByteView body, TimePoint deadline, OpcUa_UI
     return OpcUa_Good;
 }
 
-// ---- tokens
-// ------------------------------------------------------------------------------------------------
+// ---- tokens -------------------------------------------------------------------------------------
 
 void ClientChannel::requestToken(OpcUa_SecurityTokenRequestType type, TimePoint now, TimePoint deadline)
 {
@@ -204,8 +200,7 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
     return true;
 }
 
-// ---- what the peer says
-// ------------------------------------------------------------------------------------
+// ---- what the peer says -------------------------------------------------------------------------
 
 void ClientChannel::receive(MutableByteView bytes, TimePoint now)
 {

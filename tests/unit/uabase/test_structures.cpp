@@ -155,6 +155,10 @@ TEST(GenericStructure, RefusesOtherTypesAndForms)
     EXPECT_EQ(value.decode(UaExtensionObject(UaExpandedNodeId(point().binaryEncodingId()), UaByteString()),
                            point()),
               OpcUa_BadDecodingError);
+    const UaStructureDefinition marker("Marker", UaNodeId(92, 5), UaNodeId(93, 5));
+    EXPECT_TRUE(
+        value.decode(UaExtensionObject(UaExpandedNodeId(UaNodeId(93, 5)), UaByteString()), marker).isGood())
+        << "no fields, no body";
     UaStructureDefinition unknown("Unknown", UaNodeId(90, 5), UaNodeId(91, 5));
     unknown.addField(UaStructureField("Nested", UaNodeId(99, 5), OpcUaType_ExtensionObject));
     EXPECT_EQ(value.decode(bytes("00"), unknown), OpcUa_BadDataTypeIdUnknown);
