@@ -217,12 +217,12 @@ OpcUa_StatusCode StructureReader::readPlain(std::span<const OpcUa_Byte> types, F
     m_position += size;
     if (!target)
         return OpcUa_Good;
-    target->values.resize(types.size());
+    target->values.reserve(types.size());
     OpcUa_Variant value;
     OpcUa_Variant_Initialize(&value);
-    for (std::size_t i = 0; i < types.size(); ++i) {
-        loadBits(value, types[i], at);
-        target->values[i].setPlain(value);
+    for (const OpcUa_Byte type : types) {
+        loadBits(value, type, at);
+        target->values.emplace_back(UaPlain(), value);
     }
     return OpcUa_Good;
 }

@@ -21,6 +21,7 @@ class UaVariant
 public:
     UaVariant() noexcept = default; // the null value
     explicit UaVariant(const OpcUa_Variant& value) noexcept { m_value.assign(value); }
+    UaVariant(UaPlain plain, const OpcUa_Variant& value) noexcept : m_value(plain, value) {}
     // Scalars. Boolean and Byte are told apart by bool and OpcUa_Byte; UInt32 and StatusCode by UaStatusCode.
     explicit UaVariant(bool value) noexcept { setBool(value); }
     explicit UaVariant(OpcUa_SByte value) noexcept { setSByte(value); }
@@ -303,8 +304,6 @@ public:
     // is not of the type).
     [[nodiscard]] UaStatusCode changeType(OpcUa_BuiltInType type, bool toArray) noexcept;
 
-    // Takes a scalar of fixed size, which owns no memory.
-    void setPlain(const OpcUa_Variant& value) noexcept { m_value.setPlain(value); }
     // Borrowed; valid until this value changes.
     const OpcUa_Variant* get() const noexcept { return m_value.get(); }
     // attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
