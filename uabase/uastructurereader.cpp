@@ -4,6 +4,8 @@
 #include <uabase/uastructurecodec_p.h>
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace uabase {
 
@@ -44,8 +46,12 @@ template <class T>
 T loaded(const OpcUa_Byte*& at) noexcept
 {
     T number{};
-    for (std::size_t i = 0; i < sizeof(T); ++i) // the compiler makes one load of it
-        number = static_cast<T>(number | static_cast<T>(T{at[i]} << 8 * i));
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&number, at, sizeof(T));
+    } else {
+        for (std::size_t i = 0; i < sizeof(T); ++i)
+            number = static_cast<T>(number | static_cast<T>(T{at[i]} << 8 * i));
+    }
     at += sizeof(T);
     return number;
 }
