@@ -38,32 +38,8 @@ QString bitNames(unsigned int mask, std::span<const Bit> bits)
 
 QString qlumAttributeName(int attributeId)
 {
-    static constexpr std::array<const char*, 23> names{"",
-                                                       "NodeId",
-                                                       "NodeClass",
-                                                       "BrowseName",
-                                                       "DisplayName",
-                                                       "Description",
-                                                       "WriteMask",
-                                                       "UserWriteMask",
-                                                       "IsAbstract",
-                                                       "Symmetric",
-                                                       "InverseName",
-                                                       "ContainsNoLoops",
-                                                       "EventNotifier",
-                                                       "Value",
-                                                       "DataType",
-                                                       "ValueRank",
-                                                       "ArrayDimensions",
-                                                       "AccessLevel",
-                                                       "UserAccessLevel",
-                                                       "MinimumSamplingInterval",
-                                                       "Historizing",
-                                                       "Executable",
-                                                       "UserExecutable"};
-    return attributeId > 0 && attributeId < static_cast<int>(names.size())
-               ? QLatin1String(names[static_cast<std::size_t>(attributeId)])
-               : QString();
+    return attributeId > 0 ? QLatin1String(OpcUa_AttributeId_Name(static_cast<OpcUa_UInt32>(attributeId)))
+                           : QString();
 }
 
 QList<int> qlumAttributesOf(OpcUa_NodeClass nodeClass)

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
 #include <app/api/qlumtext.h>
@@ -12,7 +13,8 @@
 #include <uawidgets/qlumviewstate.h>
 
 namespace {
-constexpr int kNameWidth = 170;
+constexpr int kHintMargin = 12; // around the text of the empty view
+constexpr int kNameWidth = 190;
 const QLatin1Char kSeparator('/');
 
 // The text as it is, not as it is cut for the view.
@@ -50,6 +52,17 @@ QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
 }
 
 QlumAttributeView::~QlumAttributeView() = default;
+
+void QlumAttributeView::paintEvent(QPaintEvent* event)
+{
+    QTreeView::paintEvent(event);
+    if (model()->rowCount() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(kHintMargin, kHintMargin, -kHintMargin, -kHintMargin),
+                     Qt::AlignCenter | Qt::TextWordWrap, tr("Select a node in the address space window."));
+}
 
 // ---- copying
 // ------------------------------------------------------------------------------------------------

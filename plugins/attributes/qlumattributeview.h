@@ -21,6 +21,9 @@ public slots:
     void sltCopyPath();
     void sltCopyNodeId();
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     void createActions();
     QAction* addCopyAction(const QString& name, const QString& text, const QString& toolTip,
