@@ -236,9 +236,8 @@ UaString UaXmlNode::namespaceOfPrefix(std::string_view prefix) const
         return UaString();
     }
     const std::string name(prefix);
-    const xmlNs* found =
-        xmlSearchNs(m_document->document(), const_cast<xmlNode*>(toNode(m_node)),
-                    name.empty() ? nullptr : reinterpret_cast<const xmlChar*>(name.c_str()));
+    const xmlNs* found = xmlSearchNs(m_document->document(), const_cast<xmlNode*>(toNode(m_node)),
+                                     name.empty() ? nullptr : reinterpret_cast<const xmlChar*>(name.c_str()));
     return found != nullptr ? UaString(view(found->href)) : UaString();
 }
 

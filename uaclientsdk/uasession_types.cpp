@@ -11,8 +11,8 @@ namespace {
 // Types of namespace 0 are known without a word from the server, but for those of a newer standard.
 bool needsLoading(const UaNodeId& id)
 {
-    return id.namespaceIndex() != 0 || (uaNamespaceZeroBuiltInType(id) == OpcUaType_Null &&
-                                        uaNamespaceZeroStructure(id).isNull());
+    return id.namespaceIndex() != 0 ||
+           (uaNamespaceZeroBuiltInType(id) == OpcUaType_Null && uaNamespaceZeroStructure(id).isNull());
 }
 
 } // namespace
