@@ -183,6 +183,18 @@ UaString UaDateTime::toString() const
                      f.second, f.millisecond);
 }
 
+UaString UaDateTime::toFullString() const
+{
+    const OpcUa_Int64 ticks = std::clamp<OpcUa_Int64>(m_value, 0, lastTick) % ticksPerSecond;
+    std::string text = toString().toStdString();
+    text.resize(text.find('.'));
+    if (ticks != 0) {
+        const std::string digits = std::to_string(ticksPerSecond + ticks).substr(1);
+        text += '.' + digits.substr(0, digits.find_last_not_of('0') + 1);
+    }
+    return UaString(text + 'Z');
+}
+
 UaString UaDateTime::toDateString() const
 {
     const Fields f = fieldsOf(m_value);

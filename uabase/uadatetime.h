@@ -22,6 +22,8 @@ public:
 
     // "2026-11-21T10:15:30.123Z"; the null date is "1601-01-01T00:00:00.000Z".
     [[nodiscard]] UaString toString() const;
+    // The same with as many digits as it takes to read back as the same time, up to 100 ns.
+    [[nodiscard]] UaString toFullString() const;
     [[nodiscard]] UaString toDateString() const; // "2026-11-21"
     [[nodiscard]] UaString toTimeString() const; // "10:15:30.123"
     std::time_t toTime_t() const noexcept;

@@ -15,6 +15,8 @@ namespace {
 UaStructureDefinition completed(const UaStructureDefinition& definition, UaDataTypeDictionary* dictionary)
 {
     UaStructureDefinition complete = definition;
+    if (!definition.plainTypes().empty())
+        return complete;
     for (int i = 0; i < definition.fieldCount(); ++i) {
         UaStructureField field = definition.field(i);
         if (!field.isNestedStructure() || !field.structureDefinition().isNull())
@@ -56,8 +58,8 @@ UaGenericStructureValue::UaGenericStructureValue(const UaStructureDefinition& de
     content.definition = completed(definition, dictionary);
     for (int i = 0; i < definition.fieldCount(); ++i) {
         const UaStructureField field = content.definition.field(i);
-        content.fields.present.push_back(!field.isOptional());
         content.fields.values.push_back(field.isOptional() ? UaVariant() : defaultValue(field, dictionary));
+        content.fields.present.push_back(!field.isOptional());
     }
 }
 
@@ -134,7 +136,7 @@ UaVariant UaGenericStructureValue::value(const UaString& fieldName) const noexce
 
 bool UaGenericStructureValue::isFieldSet(int index) const noexcept
 {
-    return index >= 0 && index < fieldCount() && d->fields.present[static_cast<std::size_t>(index)];
+    return index >= 0 && index < fieldCount() && d->fields.has(static_cast<std::size_t>(index));
 }
 
 UaGenericStructureValue UaGenericStructureValue::structure(int index, int arrayIndex,
@@ -163,7 +165,7 @@ UaStatusCode UaGenericStructureValue::setField(int index, const UaVariant& value
         return OpcUa_BadTypeMismatch;
     UaGenericStructureValuePrivate& content = d.edit();
     content.fields.values[static_cast<std::size_t>(index)] = value;
-    content.fields.present[static_cast<std::size_t>(index)] = true;
+    content.fields.setPresent(static_cast<std::size_t>(index), true);
     return OpcUa_Good;
 }
 
@@ -193,6 +195,6 @@ UaStatusCode UaGenericStructureValue::unsetField(int index)
         return OpcUa_BadNotSupported;
     UaGenericStructureValuePrivate& content = d.edit();
     content.fields.values[static_cast<std::size_t>(index)] = UaVariant();
-    content.fields.present[static_cast<std::size_t>(index)] = false;
+    content.fields.setPresent(static_cast<std::size_t>(index), false);
     return OpcUa_Good;
 }

@@ -1,5 +1,6 @@
 #include <opcua/opcua_identifiers.h>
 #include <uabase/uanamespacezero.h>
+#include <uabase/uaxmlvalue_p.h>
 
 #include <algorithm>
 #include <bit>
@@ -116,6 +117,20 @@ private:
     std::unordered_map<Key, Definition> m_definitions;
 };
 
+// Ids of the standard's structures and enumerations by name; the tables are in order of their ids only.
+std::unordered_map<std::string_view, OpcUa_UInt32> namesOfTables()
+{
+    constexpr OpcUa_UInt32 lastId = 65535;
+    std::unordered_map<std::string_view, OpcUa_UInt32> names;
+    for (OpcUa_UInt32 id = 1; id <= lastId; ++id) {
+        if (const OpcUa_EncodeableType* type = OpcUa_EncodeableType_FindByTypeId(id))
+            names.emplace(type->TypeName, id);
+        else if (const OpcUa_EnumeratedType* enumerated = OpcUa_EnumeratedType_Find(id))
+            names.emplace(enumerated->TypeName, id);
+    }
+    return names;
+}
+
 const OpcUa_EnumeratedType* findEnumerated(const UaNodeId& dataTypeId, bool isOptionSet) noexcept
 {
     const OpcUa_UInt32 number = standardNumber(dataTypeId);
@@ -179,4 +194,13 @@ OpcUa_BuiltInType uaNamespaceZeroBuiltInType(const UaNodeId& dataTypeId)
     if (const OpcUa_EnumeratedType* type = OpcUa_EnumeratedType_Find(number); type)
         return static_cast<OpcUa_BuiltInType>(type->BuiltInType);
     return OpcUa_EncodeableType_FindByTypeId(number) ? OpcUaType_ExtensionObject : OpcUaType_Null;
+}
+
+UaNodeId uaNamespaceZeroDataType(std::string_view name)
+{
+    static const std::unordered_map<std::string_view, OpcUa_UInt32> names = namesOfTables();
+    if (const OpcUa_BuiltInType builtIn = uabase::builtInTypeOf(name); builtIn != OpcUaType_Null)
+        return UaNodeId(static_cast<OpcUa_UInt32>(builtIn));
+    const auto found = names.find(name);
+    return found == names.end() ? UaNodeId() : UaNodeId(found->second);
 }

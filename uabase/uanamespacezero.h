@@ -16,6 +16,9 @@
 // The wire type of a data type of namespace 0: its own for built-in types, Double for Duration, Int32 for
 // enumerations, ExtensionObject for structures, Variant for abstract types; Null when unknown. Thread-safe.
 [[nodiscard]] OpcUa_BuiltInType uaNamespaceZeroBuiltInType(const UaNodeId& dataTypeId);
+// The data type of namespace 0 with this name ("Range", "NodeClass", "Duration"); null when there is none.
+// Thread-safe.
+[[nodiscard]] UaNodeId uaNamespaceZeroDataType(std::string_view name);
 
 // Tells the wire type of a data type of a server (uaNamespaceZeroBuiltInType's rule); Null when unknown.
 using UaBuiltInTypeResolver = std::function<OpcUa_BuiltInType(const UaNodeId& dataTypeId)>;

@@ -83,6 +83,11 @@ private:
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_ExtensionObject& value) noexcept;
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_DiagnosticInfo& value) noexcept;
 
+// Marks a value that owns no memory, so that none of it has to be looked for.
+struct UaPlain
+{
+};
+
 // A structure C of the stack as a shared value: the structure itself lies inside, what it points to is
 // shared.
 template <class C>
@@ -90,6 +95,7 @@ class UaSharedValue
 {
 public:
     UaSharedValue() noexcept { UaElement<C>::initialize(&m_view, 1); }
+    UaSharedValue(UaPlain, const C& value) noexcept : m_view(value) {}
     UaSharedValue(const UaSharedValue&) noexcept = default;
     UaSharedValue& operator=(const UaSharedValue&) noexcept = default;
     UaSharedValue(UaSharedValue&& other) noexcept : m_view(other.m_view), m_owner(std::move(other.m_owner))

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <uabase/uadatatypedictionary.h>
+#include <uabase/uastructurelayout_p.h>
 #include <uabase/uavariant_p.h>
 
 #include <span>
@@ -30,7 +31,15 @@ constexpr OpcUa_Int32 maxBodyArrayLength = 4 * 1024 * 1024;
 struct FieldValues
 {
     std::vector<UaVariant> values; // as many as the definition has fields
-    std::vector<bool> present;
+    std::vector<bool> present;     // as many, or none: all are there
+
+    [[nodiscard]] bool has(std::size_t index) const noexcept { return present.empty() || present[index]; }
+    void setPresent(std::size_t index, bool isPresent)
+    {
+        if (present.empty())
+            present.assign(values.size(), true);
+        present[index] = isPresent;
+    }
 };
 
 // Structures visited for one body. Definitions come from servers, too: without fields of their own, nested
@@ -73,10 +82,24 @@ private:
                                  int depth);
     OpcUa_StatusCode readNested(const UaStructureDefinition& nested, OpcUa_ExtensionObject* element,
                                 int depth);
+    OpcUa_StatusCode readPlain(std::span<const OpcUa_Byte> types, FieldValues* target);
     OpcUa_StatusCode skipBody(const UaStructureDefinition& definition, int depth);
+    // Bodies with a layout of their own: uastructurelayoutreader.cpp.
+    OpcUa_StatusCode readLayout(const UaStructureDefinition& definition, const StructureLayout& layout,
+                                FieldValues* target, int depth);
+    OpcUa_StatusCode readBits(unsigned count, OpcUa_UInt64& number) noexcept;
+    OpcUa_StatusCode readStep(const LayoutStep& step, const UaStructureField& field, OpcUa_Int64 length,
+                              UaVariant& value, int depth);
+    OpcUa_StatusCode readStepScalar(const LayoutStep& step, const UaStructureDefinition& nested,
+                                    void* element, int depth);
+    OpcUa_StatusCode readStepArray(const LayoutStep& step, const UaStructureDefinition& nested,
+                                   OpcUa_Int64 length, UaVariant& value, int depth);
+    OpcUa_StatusCode readCharacters(const LayoutStep& step, OpcUa_Int64 length, UaVariant& value);
+    std::size_t bytesToTerminator(const LayoutStep& step) const noexcept;
 
     std::span<const OpcUa_Byte> m_bytes;
     std::size_t m_position = 0;
+    unsigned m_bit = 0; // bits taken of the byte at m_position
     VisitBudget m_budget;
     UaDataTypeDictionary* m_dictionary;
 };
@@ -106,8 +129,23 @@ private:
     OpcUa_StatusCode writeElement(const UaStructureField& field, const void* element, int depth);
     OpcUa_StatusCode writeNested(const UaStructureField& field, const OpcUa_ExtensionObject& value,
                                  int depth);
+    // Bodies with a layout of their own: uastructurelayoutwriter.cpp.
+    struct LayoutImage;
+    OpcUa_StatusCode writeLayout(const UaStructureDefinition& definition, const StructureLayout& layout,
+                                 const FieldValues& fields, int depth);
+    OpcUa_StatusCode writeContents(const UaStructureDefinition& definition, const StructureLayout& layout,
+                                   const FieldValues& fields, LayoutImage& image, int depth);
+    OpcUa_StatusCode writeStep(const LayoutStep& step, const UaStructureField& field, const UaVariant& value,
+                               int depth);
+    OpcUa_StatusCode writeStepElement(const LayoutStep& step, const UaStructureField& field,
+                                      const void* element, int depth);
+    OpcUa_StatusCode writeStepArray(const LayoutStep& step, const UaStructureField& field,
+                                    const UaVariant& value, int depth);
+    OpcUa_StatusCode writeCharacters(const LayoutStep& step, const UaVariant& value);
+    void writeBits(unsigned count, OpcUa_UInt64 number);
 
     std::vector<OpcUa_Byte> m_bytes;
+    unsigned m_bit = 0; // bits written of the last byte; 0: it is full
     VisitBudget m_budget;
     UaDataTypeDictionary* m_dictionary;
 };

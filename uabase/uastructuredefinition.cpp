@@ -11,7 +11,21 @@ public:
     bool isOptionSet = false;
     bool hasOptionalFields = false;
     std::vector<UaStructureField> fields;
+    std::shared_ptr<const uabase::StructureLayout> layout;
+    std::vector<OpcUa_Byte> types; // as many as there are fields while all are plain
 };
+
+namespace {
+
+bool isPlain(const UaStructureField& field) noexcept
+{
+    const OpcUa_BuiltInType type = field.builtInType();
+    const bool isFixed = (type >= OpcUaType_Boolean && type <= OpcUaType_Double) ||
+                         type == OpcUaType_DateTime || type == OpcUaType_StatusCode;
+    return isFixed && field.valueRank() < 0 && !field.isOptional();
+}
+
+} // namespace
 
 UaStructureDefinition::UaStructureDefinition() noexcept = default;
 UaStructureDefinition::UaStructureDefinition(const UaStructureDefinition&) noexcept = default;
@@ -46,6 +60,28 @@ void UaStructureDefinition::setOptionSet(bool isOptionSet) { d.edit().isOptionSe
 void UaStructureDefinition::setHasOptionalFields(bool hasOptionalFields) { d.edit().hasOptionalFields = hasOptionalFields; }
 // clang-format on
 
+const UaStructureField& UaStructureDefinition::fieldAt(int index) const noexcept
+{
+    return d->fields[static_cast<std::size_t>(index)];
+}
+
+std::span<const OpcUa_Byte> UaStructureDefinition::plainTypes() const noexcept
+{
+    if (!d || d->isUnion || d->hasOptionalFields || d->layout || d->types.size() != d->fields.size())
+        return {};
+    return d->types;
+}
+
+const uabase::StructureLayout* UaStructureDefinition::layout() const noexcept
+{
+    return d ? d->layout.get() : nullptr;
+}
+
+void UaStructureDefinition::setLayout(std::shared_ptr<const uabase::StructureLayout> layout)
+{
+    d.edit().layout = std::move(layout);
+}
+
 UaStructureField UaStructureDefinition::field(int index) const noexcept
 {
     return index >= 0 && index < fieldCount() ? d->fields[static_cast<std::size_t>(index)]
@@ -63,6 +99,8 @@ int UaStructureDefinition::fieldIndex(const UaString& name) const noexcept
 void UaStructureDefinition::addField(const UaStructureField& field)
 {
     UaStructureDefinitionPrivate& content = d.edit();
+    if (isPlain(field) && content.types.size() == content.fields.size())
+        content.types.push_back(static_cast<OpcUa_Byte>(field.builtInType()));
     content.fields.push_back(field);
     content.hasOptionalFields |= field.isOptional();
 }
@@ -72,6 +110,11 @@ void UaStructureDefinition::setField(int index, const UaStructureField& field)
     if (index < 0 || index >= fieldCount())
         return;
     UaStructureDefinitionPrivate& content = d.edit();
-    content.fields[static_cast<std::size_t>(index)] = field;
+    const auto position = static_cast<std::size_t>(index);
+    content.fields[position] = field;
+    if (!isPlain(field) && content.types.size() > position)
+        content.types.resize(position); // an earlier end than the last field: not plain for good
+    else if (content.types.size() > position)
+        content.types[position] = static_cast<OpcUa_Byte>(field.builtInType());
     content.hasOptionalFields |= field.isOptional();
 }

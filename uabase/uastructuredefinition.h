@@ -4,6 +4,13 @@
 #include <uabase/uaenumdefinition.h>
 #include <uabase/uaoptionsetdefinition.h>
 
+#include <memory>
+#include <span>
+
+namespace uabase {
+struct StructureLayout;
+}
+
 class UaStructureDefinition;
 class UaStructureFieldPrivate;
 class UaStructureDefinitionPrivate;
@@ -90,6 +97,15 @@ public:
     void setHasOptionalFields(bool hasOptionalFields);
     void addField(const UaStructureField& field);
     void setField(int index, const UaStructureField& field);
+
+    // The same without a copy; index must be in range, and the definition not be changed meanwhile.
+    const UaStructureField& fieldAt(int index) const noexcept;
+    // The built-in types of the fields when all are scalars of fixed size that are always there, else empty:
+    // such bodies are decoded in one go.
+    std::span<const OpcUa_Byte> plainTypes() const noexcept;
+    // How bodies lie when not by the standard's rules; else null. For the codec.
+    const uabase::StructureLayout* layout() const noexcept;
+    void setLayout(std::shared_ptr<const uabase::StructureLayout> layout);
 
 private:
     UaSharedPtr<UaStructureDefinitionPrivate> d;

@@ -1,8 +1,11 @@
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/uaelementblock_p.h>
 #include <uabase/uastructurecodec_p.h>
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace uabase {
 
@@ -39,56 +42,46 @@ std::size_t leastSize(OpcUa_BuiltInType type) noexcept
     }
 }
 
-// Elements that are decoded one after the other; memory grows with what was there to decode, not with the
-// length that a body claims.
-class ElementBlock
+template <class T>
+T loaded(const OpcUa_Byte*& at) noexcept
 {
-public:
-    explicit ElementBlock(OpcUa_BuiltInType type) noexcept
-        : m_type(static_cast<OpcUa_Byte>(type)), m_size(OpcUa_BuiltInType_Size(m_type))
-    {
+    T number{};
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&number, at, sizeof(T));
+    } else {
+        for (std::size_t i = 0; i < sizeof(T); ++i)
+            number = static_cast<T>(number | static_cast<T>(T{at[i]} << 8 * i));
     }
-    ElementBlock(const ElementBlock&) = delete;
-    ElementBlock& operator=(const ElementBlock&) = delete;
-    ~ElementBlock()
-    {
-        if (m_data)
-            OpcUa_BuiltInType_ClearArray(m_type, m_data, m_count);
-        OpcUa_Memory_Free(m_data);
-    }
-    // Room for the next element; null when out of memory.
-    void* next(std::size_t expected) noexcept
-    {
-        if (m_count == m_capacity && !grow(std::min(std::max<std::size_t>(m_capacity * 2, 256), expected)))
-            return nullptr;
-        return m_data + m_count * m_size;
-    }
-    void keep() noexcept { ++m_count; }
-    void* release() noexcept
-    {
-        m_count = 0;
-        return std::exchange(m_data, nullptr);
-    }
+    at += sizeof(T);
+    return number;
+}
 
-private:
-    bool grow(std::size_t capacity) noexcept
-    {
-        auto* data = static_cast<unsigned char*>(OpcUa_Memory_AllocArray(capacity, m_size));
-        if (!data)
-            return false;
-        if (m_data)
-            std::memcpy(data, m_data, m_count * m_size);
-        OpcUa_Memory_Free(m_data);
-        m_data = data;
-        m_capacity = capacity;
-        return true;
+// A number of fixed size by its bits; signed ones and floating ones keep them.
+void loadBits(OpcUa_Variant& value, OpcUa_Byte type, const OpcUa_Byte*& at) noexcept
+{
+    value.Datatype = type;
+    switch (type) {
+    case OpcUaType_Boolean:
+        value.Value.Boolean = loaded<OpcUa_Byte>(at) != 0 ? OpcUa_True : OpcUa_False;
+        break;
+    case OpcUaType_SByte:
+    case OpcUaType_Byte:
+        value.Value.Byte = loaded<OpcUa_Byte>(at);
+        break;
+    case OpcUaType_Int16:
+    case OpcUaType_UInt16:
+        value.Value.UInt16 = loaded<OpcUa_UInt16>(at);
+        break;
+    case OpcUaType_Int64:
+    case OpcUaType_UInt64:
+    case OpcUaType_Double:
+    case OpcUaType_DateTime:
+        value.Value.UInt64 = loaded<OpcUa_UInt64>(at);
+        break;
+    default:
+        value.Value.UInt32 = loaded<OpcUa_UInt32>(at);
     }
-    OpcUa_Byte m_type;
-    std::size_t m_size;
-    unsigned char* m_data = nullptr;
-    std::size_t m_count = 0;
-    std::size_t m_capacity = 0;
-};
+}
 
 } // namespace
 
@@ -218,16 +211,42 @@ OpcUa_StatusCode StructureReader::readField(const UaStructureField& field, UaVar
     return status;
 }
 
+// Scalars of fixed size one after the other, the usual content of structures.
+OpcUa_StatusCode StructureReader::readPlain(std::span<const OpcUa_Byte> types, FieldValues* target)
+{
+    std::size_t size = 0;
+    for (const OpcUa_Byte type : types)
+        size += leastSize(static_cast<OpcUa_BuiltInType>(type));
+    if (left() < size)
+        return OpcUa_BadDecodingError;
+    const OpcUa_Byte* at = m_bytes.data() + m_position;
+    m_position += size;
+    if (!target)
+        return OpcUa_Good;
+    target->values.reserve(types.size());
+    OpcUa_Variant value;
+    OpcUa_Variant_Initialize(&value);
+    for (const OpcUa_Byte type : types) {
+        loadBits(value, type, at);
+        target->values.emplace_back(UaPlain(), value);
+    }
+    return OpcUa_Good;
+}
+
 OpcUa_StatusCode StructureReader::readStructure(const UaStructureDefinition& definition, FieldValues* target,
                                                 int depth)
 {
     if (depth > maxNesting || !m_budget.take())
         return OpcUa_BadEncodingLimitsExceeded;
+    if (const StructureLayout* layout = definition.layout())
+        return readLayout(definition, *layout, target, depth);
+    if (const std::span<const OpcUa_Byte> types = definition.plainTypes(); !types.empty())
+        return readPlain(types, target);
     OpcUa_UInt32 mask = 0;
     OpcUa_StatusCode status = definition.hasOptionalFields() ? readUInt32(mask) : OpcUa_Good;
     unsigned optionalIndex = 0;
     for (int i = 0; i < definition.fieldCount() && OpcUa_IsGood(status); ++i) {
-        const UaStructureField field = definition.field(i);
+        const UaStructureField& field = definition.fieldAt(i);
         bool present = true;
         if (field.isOptional()) {
             if (optionalIndex >= 32)

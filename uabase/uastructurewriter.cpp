@@ -75,17 +75,19 @@ OpcUa_StatusCode StructureWriter::writeStructure(const UaStructureDefinition& de
 {
     if (depth > maxNesting || !m_budget.take())
         return OpcUa_BadEncodingLimitsExceeded;
+    if (const StructureLayout* layout = definition.layout())
+        return writeLayout(definition, *layout, fields, depth);
     const std::size_t maskPosition = m_bytes.size();
     if (definition.hasOptionalFields())
         writeUInt32(0);
     unsigned optionalIndex = 0;
     for (int i = 0; i < definition.fieldCount(); ++i) {
-        const UaStructureField field = definition.field(i);
+        const UaStructureField& field = definition.fieldAt(i);
         const auto index = static_cast<std::size_t>(i);
         const unsigned bit = field.isOptional() ? optionalIndex++ : 0;
         if (bit >= 32)
             return OpcUa_BadEncodingLimitsExceeded;
-        if (field.isOptional() && !fields.present[index])
+        if (field.isOptional() && !fields.has(index))
             continue;
         if (field.isOptional())
             m_bytes[maskPosition + bit / 8] |= static_cast<OpcUa_Byte>(1u << bit % 8);

@@ -21,6 +21,7 @@ class UaVariant
 public:
     UaVariant() noexcept = default; // the null value
     explicit UaVariant(const OpcUa_Variant& value) noexcept { m_value.assign(value); }
+    UaVariant(UaPlain plain, const OpcUa_Variant& value) noexcept : m_value(plain, value) {}
     // Scalars. Boolean and Byte are told apart by bool and OpcUa_Byte; UInt32 and StatusCode by UaStatusCode.
     explicit UaVariant(bool value) noexcept { setBool(value); }
     explicit UaVariant(OpcUa_SByte value) noexcept { setSByte(value); }

@@ -230,6 +230,17 @@ UaString UaXmlNode::namespaceUri() const
                                                               : UaString();
 }
 
+UaString UaXmlNode::namespaceOfPrefix(std::string_view prefix) const
+{
+    if (m_node == nullptr) {
+        return UaString();
+    }
+    const std::string name(prefix);
+    const xmlNs* found = xmlSearchNs(m_document->document(), const_cast<xmlNode*>(toNode(m_node)),
+                                     name.empty() ? nullptr : reinterpret_cast<const xmlChar*>(name.c_str()));
+    return found != nullptr ? UaString(view(found->href)) : UaString();
+}
+
 bool UaXmlNode::is(std::string_view name, std::string_view namespaceUri) const
 {
     const xmlNode* node = toNode(m_node);

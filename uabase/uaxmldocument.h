@@ -21,6 +21,8 @@ public:
     // Without the prefix.
     UaString name() const;
     UaString namespaceUri() const;
+    // The namespace that a prefix stands for here; empty: the default one. Null when it is not declared.
+    UaString namespaceOfPrefix(std::string_view prefix) const;
     bool is(std::string_view name, std::string_view namespaceUri) const;
     // Null when the element has none of that name; attributes of any namespace count by their local name.
     UaString attribute(std::string_view name) const;

@@ -1,13 +1,13 @@
 // The data type definitions of a server, read from its address space.
 #pragma once
 
-#include <map>
 #include <mutex>
 #include <vector>
 
 #include <uabase/uaarrays.h>
-#include <uabase/uadatatypedictionary.h>
 #include <uabase/uastatus.h>
+#include <uabase/uatypedefinitionstore.h>
+#include <uaclientsdk/datatypetree.h>
 #include <uaclientsdk/servicesettings.h>
 
 namespace UaClientSdk {
@@ -15,8 +15,9 @@ namespace UaClientSdk {
 class UaSession;
 
 // Walks the tree of data types, a level in each service call, and reads the DataTypeDefinition attribute of
-// what the standard does not define (OPC 10000-3, 8.48 and 8.49). Look-ups may come from any thread; the
-// mutex guards the maps and is not held during a service call.
+// what the standard does not define (OPC 10000-3, 8.48 and 8.49); what has none is looked for in properties
+// and type dictionaries. Look-ups may come from any thread; the mutex guards the definitions and is not held
+// during a service call.
 class DataTypeDefinitions
 {
 public:
@@ -35,37 +36,15 @@ public:
     [[nodiscard]] UaOptionSetDefinition optionSet(const UaNodeId& dataTypeId) const;
 
 private:
-    struct DataType
-    {
-        UaNodeId id;
-        UaNodeId parent;
-        UaString name;
-    };
-    using TypeTree = std::map<UaNodeId, DataType>;
-    struct Loaded
-    {
-        std::map<UaNodeId, UaStructureDefinition> structures; // by data type
-        std::map<UaNodeId, UaNodeId> encodings;               // binary encoding to data type
-        std::map<UaNodeId, UaEnumDefinition> enumerations;
-        std::map<UaNodeId, UaOptionSetDefinition> optionSets;
-    };
-
-    UaStatus browseTypes(ServiceSettings& settings, TypeTree& types) const;
-    UaStatus browseLevel(ServiceSettings& settings, const std::vector<UaNodeId>& level, TypeTree& types,
-                         std::vector<UaNodeId>& next) const;
-    UaStatus readDefinitions(ServiceSettings& settings, const TypeTree& types, Loaded& loaded) const;
-    static void addDefinition(const DataType& type, const TypeTree& types, const OpcUa_DataValue& value,
-                              Loaded& loaded);
-    static void addStructure(const DataType& type, const TypeTree& types,
-                             const OpcUa_StructureDefinition& attribute, Loaded& loaded);
-    static void addEnumeration(const DataType& type, const TypeTree& types,
-                               const OpcUa_EnumDefinition& attribute, Loaded& loaded);
-    static OpcUa_BuiltInType wireType(const UaNodeId& dataTypeId, const TypeTree& types);
+    UaStatus loadAll(ServiceSettings& settings, UaTypeDefinitionStore& store) const;
+    // Leaves in types those that have no such attribute.
+    UaStatus readDefinitions(ServiceSettings& settings, const DataTypeTree& tree,
+                             std::vector<UaNodeId>& types, UaTypeDefinitionStore& store) const;
 
     UaSession& m_session;
     mutable std::mutex m_mutex;
     bool m_isLoaded = false;
-    Loaded m_loaded;
+    UaTypeDefinitionStore m_loaded;
 };
 
 } // namespace UaClientSdk

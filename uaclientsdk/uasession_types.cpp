@@ -1,16 +1,18 @@
 // A session as the dictionary of its server's data types.
 #include <uaclientsdk/uasession.h>
 
+#include <uabase/uanamespacezero.h>
 #include <uaclientsdk/uasession_p.h>
 
 namespace UaClientSdk {
 
 namespace {
 
-// Types of namespace 0 are known without a word from the server.
+// Types of namespace 0 are known without a word from the server, but for those of a newer standard.
 bool needsLoading(const UaNodeId& id)
 {
-    return id.namespaceIndex() != 0;
+    return id.namespaceIndex() != 0 ||
+           (uaNamespaceZeroBuiltInType(id) == OpcUaType_Null && uaNamespaceZeroStructure(id).isNull());
 }
 
 } // namespace

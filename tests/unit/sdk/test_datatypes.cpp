@@ -2,6 +2,12 @@
 #include "sessiontest.h"
 
 #include <map>
+#include <span>
+#include <vector>
+
+#include <opcua/opcua_attributes.h>
+#include <uabase/uatrace.h>
+#include <uabase/uavariant.h>
 
 namespace {
 
@@ -150,6 +156,180 @@ TEST_F(DataTypesTest, FailedLoadIsNotRepeatedByEachLookUp)
     EXPECT_TRUE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
     EXPECT_TRUE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
     EXPECT_EQ(stack.calls(OpcUa_BrowseRequest_EncodeableType), 1);
+}
+
+// A server of before the DataTypeDefinition attribute: properties, and dictionaries of which one is broken.
+class OldServer
+{
+public:
+    OldServer()
+    {
+        const UaNodeId enumeration(OpcUaId_Enumeration);
+        const UaNodeId structure(OpcUaId_Structure);
+        add(UaNodeId(OpcUaId_BaseDataType), OpcUaId_HasSubtype, enumeration, "Enumeration");
+        add(UaNodeId(OpcUaId_BaseDataType), OpcUaId_HasSubtype, structure, "Structure");
+        add(UaNodeId(OpcUaId_BaseDataType), OpcUaId_HasSubtype, UaNodeId(OpcUaId_UInt32), "UInt32");
+        addProperty(enumeration, 1, "Colour", "EnumStrings", texts({"Red", "Blue"}));
+        addProperty(enumeration, 2, "Mode", "EnumValues", enumValues(-7, "Emergency"));
+        addProperty(enumeration, 3, "Broken", "EnumStrings", UaVariant(1.5));
+        addProperty(UaNodeId(OpcUaId_UInt32), 4, "Flags", "OptionSetValues", texts({"On", "", "Fault"}));
+        addStructure(10, "Pump", 100);
+        addStructure(11, "Valve", 101);
+        const std::string head = "<o:TypeDictionary xmlns:o='http://opcfoundation.org/BinarySchema/' "
+                                 "xmlns:i='urn:import' TargetNamespace='urn:";
+        addDictionary(100, head + "old'><o:Import Namespace='urn:import'/><o:StructuredType Name='Pump'>"
+                                  "<o:Field Name='State' TypeName='i:State'/></o:StructuredType>"
+                                  "</o:TypeDictionary>");
+        addDictionary(101, "<o:TypeDictionary");
+        addDictionary(102, head + "import'><o:EnumeratedType Name='State' LengthInBits='32'>"
+                                  "<o:EnumeratedValue Name='Idle' Value='5'/></o:EnumeratedType>"
+                                  "</o:TypeDictionary>");
+        add(UaNodeId(93), OpcUaId_HasComponent, UaNodeId(102, ns), "Import");
+        add(UaNodeId(102, ns), OpcUaId_HasProperty, UaNodeId(1021, ns), "NamespaceUri");
+        m_values[UaNodeId(1021, ns)] = UaVariant("urn:import");
+    }
+
+    OpcUa_StatusCode browse(const OpcUa_BrowseRequest& request, OpcUa_BrowseResponse& response) const
+    {
+        UaBrowseResults results(static_cast<OpcUa_UInt32>(request.NoOfNodesToBrowse));
+        for (OpcUa_UInt32 i = 0; i < results.length(); ++i) {
+            const OpcUa_BrowseDescription& wanted = request.NodesToBrowse[i];
+            const bool inverse = wanted.BrowseDirection == OpcUa_BrowseDirection_Inverse;
+            UaReferenceDescriptions references;
+            for (const Reference& reference : m_references) {
+                const OpcUa_UInt32 type = wanted.ReferenceTypeId.Identifier.Numeric;
+                if ((inverse ? reference.target : reference.source) != UaNodeId(wanted.NodeId) ||
+                    (type != 0 && type != reference.type)) {
+                    continue;
+                }
+                references.resize(references.length() + 1);
+                OpcUa_ReferenceDescription& made = references[references.length() - 1];
+                (inverse ? reference.source : reference.target).copyTo(&made.NodeId.NodeId);
+                made.ReferenceTypeId.Identifier.Numeric = reference.type;
+                OpcUa_String_Assign(&made.BrowseName.Name, reference.name, -1);
+            }
+            references.detach(&results[i].NoOfReferences, &results[i].References);
+        }
+        results.detach(&response.NoOfResults, &response.Results);
+        return OpcUa_Good;
+    }
+
+    OpcUa_StatusCode read(const OpcUa_ReadRequest& request, OpcUa_ReadResponse& response) const
+    {
+        UaDataValues results(static_cast<OpcUa_UInt32>(request.NoOfNodesToRead));
+        for (OpcUa_UInt32 i = 0; i < results.length(); ++i) {
+            const auto found = m_values.find(UaNodeId(request.NodesToRead[i].NodeId));
+            if (request.NodesToRead[i].AttributeId != OpcUa_Attributes_Value || found == m_values.end()) {
+                results[i].StatusCode = OpcUa_BadAttributeIdInvalid;
+            } else {
+                found->second.copyTo(&results[i].Value);
+            }
+        }
+        results.detach(&response.NoOfResults, &response.Results);
+        return OpcUa_Good;
+    }
+
+private:
+    struct Reference
+    {
+        UaNodeId source;
+        OpcUa_UInt32 type;
+        UaNodeId target;
+        const char* name;
+    };
+
+    void add(const UaNodeId& source, OpcUa_UInt32 type, const UaNodeId& target, const char* name)
+    {
+        m_references.push_back({source, type, target, name});
+    }
+
+    void addProperty(const UaNodeId& base, OpcUa_UInt32 id, const char* name, const char* property,
+                     const UaVariant& value)
+    {
+        add(base, OpcUaId_HasSubtype, UaNodeId(id, ns), name);
+        add(UaNodeId(id, ns), OpcUaId_HasProperty, UaNodeId(id + 1000, ns), property);
+        m_values[UaNodeId(id + 1000, ns)] = value;
+    }
+
+    void addStructure(OpcUa_UInt32 id, const char* name, OpcUa_UInt32 dictionary)
+    {
+        add(UaNodeId(OpcUaId_Structure), OpcUaId_HasSubtype, UaNodeId(id, ns), name);
+        add(UaNodeId(id, ns), OpcUaId_HasEncoding, UaNodeId(id + 2000, ns), "Default Binary");
+        add(UaNodeId(id + 2000, ns), OpcUaId_HasDescription, UaNodeId(id + 3000, ns), name);
+        add(UaNodeId(dictionary, ns), OpcUaId_HasComponent, UaNodeId(id + 3000, ns), name);
+        m_values[UaNodeId(id + 3000, ns)] = UaVariant(name);
+    }
+
+    void addDictionary(OpcUa_UInt32 id, const std::string& text)
+    {
+        const auto* bytes = reinterpret_cast<const OpcUa_Byte*>(text.data());
+        m_values[UaNodeId(id, ns)] = UaVariant(UaByteString(std::span<const OpcUa_Byte>(bytes, text.size())));
+    }
+
+    static UaVariant texts(const std::vector<const char*>& names)
+    {
+        std::vector<UaVariant> elements;
+        for (const char* name : names) {
+            elements.emplace_back(UaLocalizedText("en", name));
+        }
+        UaVariant array;
+        array.setArray(OpcUaType_LocalizedText, elements);
+        return array;
+    }
+
+    static UaVariant enumValues(OpcUa_Int64 number, const char* name)
+    {
+        auto* record = static_cast<OpcUa_EnumValueType*>(
+            OpcUa_EncodeableObject_Create(&OpcUa_EnumValueType_EncodeableType));
+        record->Value = number;
+        OpcUa_String_Assign(&record->DisplayName.Text, name, -1);
+        UaExtensionObject object;
+        object.attachDecoded(OpcUa_EnumValueType_EncodeableType, record);
+        const UaVariant element(object);
+        UaVariant array;
+        array.setArray(OpcUaType_ExtensionObject, std::span<const UaVariant>(&element, 1));
+        return array;
+    }
+
+    std::vector<Reference> m_references;
+    std::map<UaNodeId, UaVariant> m_values;
+};
+
+TEST_F(DataTypesTest, OlderServersTellByPropertiesAndDictionaries)
+{
+    ASSERT_TRUE(connect().isGood());
+    const OldServer server;
+    stack.on(OpcUa_BrowseRequest_EncodeableType, [&server](const void* request, void* response) {
+        return server.browse(*static_cast<const OpcUa_BrowseRequest*>(request),
+                             *static_cast<OpcUa_BrowseResponse*>(response));
+    });
+    stack.on(OpcUa_ReadRequest_EncodeableType, [&server](const void* request, void* response) {
+        return server.read(*static_cast<const OpcUa_ReadRequest*>(request),
+                           *static_cast<OpcUa_ReadResponse*>(response));
+    });
+    UaTrace::setPreFileTrace(true, UaTrace::Warning);
+    ASSERT_TRUE(session.loadDataTypeDictionaries().isGood());
+    std::string warnings;
+    for (const UaString& line : UaTrace::getPreFileTraces()) {
+        warnings += line.toStdString() + '\n';
+    }
+    UaTrace::setPreFileTrace(false, UaTrace::Warning);
+    UaTrace::clearPreFileTraces();
+
+    EXPECT_EQ(session.enumDefinition(UaNodeId(1, ns)).valueName(1), UaString("Blue"));
+    EXPECT_EQ(session.enumDefinition(UaNodeId(2, ns)).valueName(-7), UaString("Emergency"));
+    EXPECT_TRUE(session.enumDefinition(UaNodeId(3, ns)).isNull());
+    const UaOptionSetDefinition flags = session.optionSetDefinition(UaNodeId(4, ns));
+    EXPECT_EQ(flags.builtInType(), OpcUaType_UInt32);
+    EXPECT_EQ(flags.toString(0b101), UaString("On | Fault"));
+    const UaStructureDefinition pump = session.structureDefinition(UaNodeId(2010, ns));
+    EXPECT_EQ(pump.dataTypeId(), UaNodeId(10, ns));
+    EXPECT_EQ(pump.field(0).enumDefinition().valueName(5), UaString("Idle")); // of the imported dictionary
+    EXPECT_TRUE(session.structureDefinition(UaNodeId(2011, ns)).isNull());
+    // what is lost says so
+    EXPECT_NE(warnings.find("unusable members of data type ns=2;i=3"), std::string::npos) << warnings;
+    EXPECT_NE(warnings.find("type dictionary ns=2;i=101"), std::string::npos) << warnings;
+    EXPECT_NE(warnings.find("no description of data type ns=2;i=11"), std::string::npos) << warnings;
 }
 
 } // namespace
