@@ -110,8 +110,8 @@ typedef struct OpcUa_ChannelConnectInfo
     void* CallbackContext;
     const OpcUa_ByteString* ClientCertificate; /* DER; may be null with policy None */
     const OpcUa_ByteString* ClientPrivateKey; /* DER (PKCS#8 or PKCS#1) */
-    const OpcUa_ByteString* ServerCertificate; /* DER, the first of its chain */
-    const OpcUa_PkiConfiguration* PkiConfiguration;
+    const OpcUa_ByteString* ServerCertificate; /* DER; its issuers may follow. No other is accepted */
+    const OpcUa_PkiConfiguration* PkiConfiguration; /* null, or no trusted folder: the certificate is not judged */
     const char* SecurityPolicyUri;
     OpcUa_UInt32 RequestedLifetime; /* ms */
     OpcUa_MessageSecurityMode SecurityMode;
@@ -121,8 +121,11 @@ typedef struct OpcUa_ChannelConnectInfo
 
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
 /* Blocks until the channel is open or the timeout is over. Good; BadTimeout, BadTcpEndpointUrlInvalid,
- * BadCommunicationError, BadConnectionRejected, BadSecurityPolicyRejected, BadInvalidState (already connected),
- * or the server's own status. revisedLifetime (ms) may be null. The strings and bytes of info are copied. */
+ * BadCommunicationError, BadConnectionRejected, BadSecurityPolicyRejected, BadSecurityModeRejected, BadInvalidState (already
+ * connected), of certificates and keys BadCertificateInvalid (does not decode), BadNoValidCertificates (the own key does
+ * not, or is another's), BadCertificatePolicyCheckFailed (length of a key) or what the check of the server's certificate
+ * found (see OpcUa_Certificate_Verify; the event VerifyCertificate may override it, within the timeout), or the server's
+ * own status. revisedLifetime (ms) may be null. The strings and bytes of info are copied. */
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel, const OpcUa_ChannelConnectInfo* info,
                                                     OpcUa_UInt32* revisedLifetime);
 /* Closes the channel; pending calls complete with BadConnectionClosed and running callbacks end before it returns.
