@@ -29,9 +29,9 @@ OpcUa_StatusCode giveAway(std::optional<opcua::Bytes> bytes, OpcUa_ByteString& o
 {
     if (!bytes)
         return OpcUa_BadSecurityChecksFailed;
-    const OpcUa_StatusCode status = OpcUa_ByteString_Assign(
-        &out, bytes->empty() ? static_cast<const void*>("") : bytes->data(),
-        static_cast<OpcUa_Int32>(bytes->size()));
+    const OpcUa_StatusCode status =
+        OpcUa_ByteString_Assign(&out, bytes->empty() ? static_cast<const void*>("") : bytes->data(),
+                                static_cast<OpcUa_Int32>(bytes->size()));
     opcua::wipe(*bytes);
     return status;
 }

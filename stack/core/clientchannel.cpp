@@ -83,6 +83,7 @@ void ClientChannel::fail(OpcUa_StatusCode status)
         return;
     m_state = State::Closed;
     m_output.clear();
+    wipe(m_openNonce);
     failRequests(status);
     m_listener.onClosed(status);
 }

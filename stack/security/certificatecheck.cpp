@@ -183,8 +183,7 @@ OpcUa_StatusCode judgeCertificate(const std::vector<CertificateFinding>& finding
 {
     OpcUa_StatusCode result = OpcUa_Good;
     for (const CertificateFinding& finding : findings) {
-        const bool accepted =
-            judge && OpcUa_IsGood(judge(finding)) && mayBeOverridden(finding.status);
+        const bool accepted = judge && OpcUa_IsGood(judge(finding)) && mayBeOverridden(finding.status);
         if (!accepted && OpcUa_IsGood(result))
             result = finding.status;
     }

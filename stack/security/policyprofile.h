@@ -18,11 +18,11 @@ struct PolicyProfile
     const char* encryptionUri; // of the asymmetric encryption
     RsaSignature signature;
     RsaEncryption encryption;
-    Digest digest;               // of message signatures and of key derivation
-    size_t signingKeyLength;     // bytes, of message signatures
-    size_t encryptingKeyLength;  // bytes, AES in CBC mode
-    size_t nonceLength;          // bytes, exactly
-    int minKeyBits;              // RSA
+    Digest digest;              // of message signatures and of key derivation
+    size_t signingKeyLength;    // bytes, of message signatures
+    size_t encryptingKeyLength; // bytes, AES in CBC mode
+    size_t nonceLength;         // bytes, exactly
+    int minKeyBits;             // RSA
     int maxKeyBits;
     bool weakCertificatesDenied; // signed with SHA-1
 };

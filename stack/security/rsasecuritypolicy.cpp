@@ -50,9 +50,8 @@ SecurityPolicy::TokenProtection RsaSecurityPolicy::deriveKeys(ByteView ownNonce,
     auto incoming = deriveDirectionKeys(m_profile, ownNonce, peerNonce);
     if (!outgoing || !incoming)
         return {};
-    return {
-        SymmetricProtection::make(m_profile, std::move(*outgoing), m_encrypts, Direction::Outgoing),
-        SymmetricProtection::make(m_profile, std::move(*incoming), m_encrypts, Direction::Incoming)};
+    return {SymmetricProtection::make(m_profile, std::move(*outgoing), m_encrypts, Direction::Outgoing),
+            SymmetricProtection::make(m_profile, std::move(*incoming), m_encrypts, Direction::Incoming)};
 }
 
 } // namespace opcua

@@ -122,8 +122,8 @@ std::optional<size_t> SymmetricProtection::unseal(MutableByteView chunk, size_t 
         CRYPTO_memcmp(expected.data(), chunk.data() + signedLength, m_signatureLength) == 0 && computed;
     if (!m_encrypts)
         return same ? std::optional(signedLength) : std::nullopt;
-    const auto padding = findPadding(chunk.subspan(sequenceBegin, signedLength - sequenceBegin), 1,
-                                     maxPaddingByte);
+    const auto padding =
+        findPadding(chunk.subspan(sequenceBegin, signedLength - sequenceBegin), 1, maxPaddingByte);
     if ((static_cast<unsigned>(same) & static_cast<unsigned>(padding.has_value())) == 0)
         return std::nullopt;
     return sequenceBegin + *padding;

@@ -89,7 +89,8 @@ OpcUa_StatusCode Channel::establish(const ConnectParameters& parameters, TimePoi
     return status;
 }
 
-// The server's certificate is judged before a byte is sent, and is the only one that the channel accepts then.
+// The server's certificate is judged before a byte is sent, and is the only one that the channel accepts
+// then.
 OpcUa_StatusCode Channel::secure(const ConnectParameters& parameters, TimePoint deadline,
                                  const std::shared_ptr<Cancellation>& attempt,
                                  std::unique_ptr<SecurityPolicy>& policy)
