@@ -21,6 +21,11 @@ elseif(TAVELIN_SANITIZE_THREAD)
     add_link_options(-fsanitize=thread)
 endif()
 
+if(TAVELIN_FUZZERS)
+    # all of our code reports its coverage; its runtime comes with the address sanitizer
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 find_program(TAVELIN_CCACHE ccache)
 if(TAVELIN_CCACHE)
     set(CMAKE_C_COMPILER_LAUNCHER ${TAVELIN_CCACHE})

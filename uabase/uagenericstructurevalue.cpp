@@ -72,7 +72,10 @@ UaStatusCode UaGenericStructureValue::decode(const UaExtensionObject& value,
         return OpcUa_BadDataTypeIdUnknown;
     UaByteString body;
     const OpcUa_StatusCode status = value.binaryBody(body);
-    return OpcUa_IsGood(status) ? decode(body, definition, dictionary) : UaStatusCode(OpcUa_BadDecodingError);
+    if (!OpcUa_IsGood(status) &&
+        status != OpcUa_BadNoData) // a structure without fields may come without body
+        return OpcUa_BadDecodingError;
+    return decode(body, definition, dictionary);
 }
 
 UaStatusCode UaGenericStructureValue::decode(const UaByteString& body,

@@ -2,7 +2,7 @@
 #include <uabase/uatext_p.h>
 
 #include <array>
-#include <random>
+#include <sys/random.h>
 
 namespace {
 
@@ -88,10 +88,9 @@ UaGuid UaGuid::fromByteString(const UaByteString& source, bool* ok) noexcept
 
 UaGuid UaGuid::create()
 {
-    std::random_device device;
     GuidBytes bytes{};
-    for (OpcUa_Byte& byte : bytes)
-        byte = static_cast<OpcUa_Byte>(device());
+    if (getentropy(bytes.data(), bytes.size()) != 0)
+        return {};
     bytes[6] = static_cast<OpcUa_Byte>((bytes[6] & 0x0F) | 0x40);
     bytes[8] = static_cast<OpcUa_Byte>((bytes[8] & 0x3F) | 0x80);
     return UaGuid(fromTextOrder(bytes));

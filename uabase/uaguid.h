@@ -14,7 +14,7 @@ public:
     [[nodiscard]] static UaGuid fromString(std::string_view text, bool* ok = nullptr) noexcept;
     // From the 16 bytes of the binary encoding; null for another length.
     [[nodiscard]] static UaGuid fromByteString(const UaByteString& bytes, bool* ok = nullptr) noexcept;
-    // A random identifier (version 4).
+    // A random identifier (version 4); null when the system has no random numbers.
     [[nodiscard]] static UaGuid create();
 
     // "72962b91-fa75-4ae6-8d28-b404dc7daf63"

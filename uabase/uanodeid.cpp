@@ -51,6 +51,14 @@ UaNodeId parseIdentifier(std::string_view text, OpcUa_UInt16 namespaceIndex, boo
     return ok ? UaNodeId(bytes, namespaceIndex) : UaNodeId();
 }
 
+// Without a copy: node ids key large maps.
+std::size_t hashBytes(const void* data, OpcUa_Int32 length) noexcept
+{
+    if (!data || length <= 0)
+        return 0;
+    return std::hash<std::string_view>()({static_cast<const char*>(data), static_cast<std::size_t>(length)});
+}
+
 } // namespace
 
 UaNodeId::UaNodeId(OpcUa_UInt32 identifier, OpcUa_UInt16 namespaceIndex) noexcept
@@ -167,12 +175,10 @@ std::size_t UaNodeId::hash() const noexcept
 {
     std::size_t identifier = identifierNumeric();
     if (identifierType() == OpcUa_IdentifierType_String)
-        identifier = std::hash<std::string_view>()(
-            {m_value->Identifier.String.Data,
-             static_cast<std::size_t>(std::max<OpcUa_Int32>(m_value->Identifier.String.Length, 0))});
+        identifier = hashBytes(m_value->Identifier.String.Data, m_value->Identifier.String.Length);
     else if (identifierType() == OpcUa_IdentifierType_Guid)
         identifier = std::hash<UaGuid>()(identifierGuid());
     else if (identifierType() == OpcUa_IdentifierType_Opaque)
-        identifier = std::hash<UaByteString>()(identifierOpaque());
+        identifier = hashBytes(m_value->Identifier.ByteString.Data, m_value->Identifier.ByteString.Length);
     return identifier * 31u + namespaceIndex() * 4u + static_cast<std::size_t>(identifierType());
 }

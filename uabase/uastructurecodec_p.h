@@ -33,11 +33,12 @@ struct FieldValues
     std::vector<bool> present;
 };
 
-// Definitions come from servers, too: what a body makes us visit is limited besides its length.
+// Structures visited for one body. Definitions come from servers, too: without fields of their own, nested
+// ones multiply without a byte in the body.
 class VisitBudget
 {
 public:
-    explicit VisitBudget(std::size_t bytes) noexcept : m_left(bytes + 100000) {}
+    explicit VisitBudget(std::size_t bytes) noexcept : m_left(4 * bytes + 10000) {}
     [[nodiscard]] bool take() noexcept { return m_left > 0 && m_left-- > 0; }
 
 private:

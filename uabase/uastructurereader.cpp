@@ -152,8 +152,6 @@ OpcUa_StatusCode StructureReader::readNested(const UaStructureDefinition& nested
 OpcUa_StatusCode StructureReader::readElement(OpcUa_BuiltInType type, const UaStructureDefinition& nested,
                                               void* element, int depth)
 {
-    if (!m_budget.take())
-        return OpcUa_BadEncodingLimitsExceeded;
     if (!nested.isNull())
         return readNested(nested, static_cast<OpcUa_ExtensionObject*>(element), depth);
     const auto id = static_cast<OpcUa_Byte>(type);

@@ -1,7 +1,9 @@
 #include <uabase/uadatavalue.h>
 #include <uabase/uavariant_p.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace uabase {
 
@@ -22,6 +24,22 @@ bool liesInside(OpcUa_Byte type) noexcept
     default:
         return true;
     }
+}
+
+bool isElementOf(OpcUa_BuiltInType type, const UaVariant& value) noexcept
+{
+    return type == OpcUaType_Variant || (value.isScalar() && value.type() == type);
+}
+
+// Deep copy of one scalar as an element of an array of the type (raw memory).
+OpcUa_StatusCode copyElement(OpcUa_BuiltInType type, const UaVariant& value, void* destination) noexcept
+{
+    if (type == OpcUaType_Variant)
+        return value.copyTo(static_cast<OpcUa_Variant*>(destination));
+    const void* source = scalarData(*value.get());
+    if (!source)
+        return OpcUa_BadTypeMismatch;
+    return OpcUa_BuiltInType_CopyArray(static_cast<OpcUa_Byte>(type), source, destination, 1);
 }
 
 } // namespace
@@ -80,6 +98,36 @@ const void* scalarData(const OpcUa_Variant& value) noexcept
     return liesInside(value.Datatype) ? static_cast<const void*>(&value.Value) : value.Value.NodeId;
 }
 
+ArrayBuilder::ArrayBuilder(OpcUa_BuiltInType type, std::size_t count) noexcept
+    : m_type(type), m_size(OpcUa_BuiltInType_Size(static_cast<OpcUa_Byte>(type))),
+      m_data(static_cast<unsigned char*>(OpcUa_Memory_AllocArray(count, m_size)))
+{
+}
+
+ArrayBuilder::~ArrayBuilder()
+{
+    if (m_data)
+        OpcUa_BuiltInType_ClearArray(static_cast<OpcUa_Byte>(m_type), m_data, m_count);
+    OpcUa_Memory_Free(m_data);
+}
+
+OpcUa_StatusCode ArrayBuilder::add(const UaVariant& element) noexcept
+{
+    if (!m_data)
+        return OpcUa_BadOutOfMemory;
+    if (!isElementOf(m_type, element))
+        return OpcUa_BadTypeMismatch;
+    const OpcUa_StatusCode status = copyElement(m_type, element, m_data + m_count * m_size);
+    m_count += OpcUa_IsGood(status) ? 1 : 0;
+    return status;
+}
+
+OpcUa_StatusCode ArrayBuilder::finish(UaVariant& array) noexcept
+{
+    const auto length = static_cast<OpcUa_Int32>(std::exchange(m_count, 0));
+    return array.attachArray(m_type, length, std::exchange(m_data, nullptr));
+}
+
 } // namespace uabase
 
 using uabase::scalarData;
@@ -118,22 +166,6 @@ bool isEmptyScalar(OpcUa_Byte type, const void* data) noexcept
     default:
         return false;
     }
-}
-
-bool isElementOf(OpcUa_BuiltInType type, const UaVariant& value) noexcept
-{
-    return type == OpcUaType_Variant || (value.isScalar() && value.type() == type);
-}
-
-// Deep copy of one scalar as an element of an array of the type (raw memory).
-OpcUa_StatusCode copyElement(OpcUa_BuiltInType type, const UaVariant& value, void* destination) noexcept
-{
-    if (type == OpcUaType_Variant)
-        return value.copyTo(static_cast<OpcUa_Variant*>(destination));
-    const void* source = scalarData(*value.get());
-    if (!source)
-        return OpcUa_BadTypeMismatch;
-    return OpcUa_BuiltInType_CopyArray(static_cast<OpcUa_Byte>(type), source, destination, 1);
 }
 
 unsigned char* elementAt(const OpcUa_Variant& value, OpcUa_UInt32 index) noexcept
@@ -283,25 +315,11 @@ OpcUa_StatusCode UaVariant::setArray(OpcUa_BuiltInType type, std::span<const UaV
     clear();
     if (!uabase::isBuiltInType(type) || elements.size() > INT32_MAX)
         return OpcUa_BadInvalidArgument;
-    if (elements.empty())
-        return attachArray(type, 0, nullptr);
-    const auto id = static_cast<OpcUa_Byte>(type);
-    const std::size_t size = OpcUa_BuiltInType_Size(id);
-    auto* block = static_cast<unsigned char*>(OpcUa_Memory_AllocArray(elements.size(), size));
-    OpcUa_StatusCode status = block ? OpcUa_Good : OpcUa_BadOutOfMemory;
-    std::size_t done = 0;
-    for (; done < elements.size() && OpcUa_IsGood(status); ++done) {
-        status = isElementOf(type, elements[done]) ? copyElement(type, elements[done], block + done * size)
-                                                   : OpcUa_BadTypeMismatch;
-        if (!OpcUa_IsGood(status))
-            break;
-    }
-    if (OpcUa_IsGood(status))
-        return attachArray(type, static_cast<OpcUa_Int32>(elements.size()), block);
-    if (block)
-        OpcUa_BuiltInType_ClearArray(id, block, done);
-    OpcUa_Memory_Free(block);
-    return status;
+    uabase::ArrayBuilder builder(type, elements.size());
+    for (const UaVariant& element : elements)
+        if (const OpcUa_StatusCode status = builder.add(element); !OpcUa_IsGood(status))
+            return status;
+    return builder.finish(*this);
 }
 
 OpcUa_StatusCode UaVariant::setDimensions(std::span<const OpcUa_Int32> dimensions) noexcept
@@ -332,18 +350,18 @@ OpcUa_StatusCode UaVariant::setAt(OpcUa_UInt32 index, const UaVariant& element) 
 {
     if (index >= elementCount())
         return OpcUa_BadIndexRangeInvalid;
-    if (!isElementOf(type(), element))
-        return OpcUa_BadTypeMismatch;
-    uabase::AnyBuiltIn copy;
-    OpcUa_StatusCode status = copyElement(type(), element, &copy);
+    UaVariant single;
+    OpcUa_StatusCode status = single.setArray(type(), std::span<const UaVariant>(&element, 1));
+    OpcUa_Variant value;
+    if (OpcUa_IsGood(status))
+        status = m_value.detach(&value);
     if (!OpcUa_IsGood(status))
         return status;
-    OpcUa_Variant value;
-    status = m_value.detach(&value);
-    if (OpcUa_IsGood(status)) {
-        OpcUa_BuiltInType_ClearArray(value.Datatype, elementAt(value, index), 1);
-        std::memcpy(elementAt(value, index), &copy, OpcUa_BuiltInType_Size(value.Datatype));
-    }
+    OpcUa_Variant replacement;
+    single.detach(&replacement); // the two elements change places
+    unsigned char* place = elementAt(value, index);
+    std::swap_ranges(place, place + OpcUa_BuiltInType_Size(value.Datatype), elementAt(replacement, 0));
+    OpcUa_Variant_Clear(&replacement);
     m_value.attach(&value);
-    return status;
+    return OpcUa_Good;
 }

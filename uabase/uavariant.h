@@ -45,10 +45,15 @@ public:
     explicit UaVariant(const UaLocalizedText& value) noexcept { setLocalizedText(value); }
     explicit UaVariant(const UaExtensionObject& value) noexcept { setExtensionObject(value); }
 
-    bool isNull() const noexcept { return m_value->Datatype == OpcUaType_Null; } // no value
+    bool isNull() const noexcept { return type() == OpcUaType_Null; } // no value
     // Null, or a null string, array, node id and so on.
     bool isEmpty() const noexcept;
-    OpcUa_BuiltInType type() const noexcept { return static_cast<OpcUa_BuiltInType>(m_value->Datatype); }
+    OpcUa_BuiltInType type() const noexcept // Null for a number that is no type
+    {
+        return m_value->Datatype <= OpcUaType_DiagnosticInfo
+                   ? static_cast<OpcUa_BuiltInType>(m_value->Datatype)
+                   : OpcUaType_Null;
+    }
     OpcUa_VariantArrayType arrayType() const noexcept
     {
         return static_cast<OpcUa_VariantArrayType>(m_value->ArrayType);
@@ -135,6 +140,10 @@ public:
         setTyped(OpcUaType_XmlElement, values);
     }
     void setNodeIdArray(const UaArray<OpcUa_NodeId>& values) noexcept { setTyped(OpcUaType_NodeId, values); }
+    void setExpandedNodeIdArray(const UaArray<OpcUa_ExpandedNodeId>& values) noexcept
+    {
+        setTyped(OpcUaType_ExpandedNodeId, values);
+    }
     void setStatusCodeArray(const UaArray<OpcUa_StatusCode>& values) noexcept
     {
         setTyped(OpcUaType_StatusCode, values);
@@ -249,6 +258,14 @@ public:
     bool toNodeIdArray(UaArray<OpcUa_NodeId>& values) const noexcept
     {
         return toTyped(OpcUaType_NodeId, values);
+    }
+    bool toXmlElementArray(UaArray<OpcUa_ByteString>& values) const noexcept
+    {
+        return toTyped(OpcUaType_XmlElement, values);
+    }
+    bool toExpandedNodeIdArray(UaArray<OpcUa_ExpandedNodeId>& values) const noexcept
+    {
+        return toTyped(OpcUaType_ExpandedNodeId, values);
     }
     bool toStatusCodeArray(UaArray<OpcUa_StatusCode>& values) const noexcept
     {

@@ -28,6 +28,27 @@ constexpr int maxNesting = 100;
 // The null value of a type.
 [[nodiscard]] UaVariant nullScalar(OpcUa_BuiltInType type) noexcept;
 
+// Collects deep copies of scalars into one array.
+class ArrayBuilder
+{
+public:
+    // Room for count elements of a built-in type.
+    ArrayBuilder(OpcUa_BuiltInType type, std::size_t count) noexcept;
+    ArrayBuilder(const ArrayBuilder&) = delete;
+    ArrayBuilder& operator=(const ArrayBuilder&) = delete;
+    ~ArrayBuilder();
+    // Good, BadTypeMismatch for a scalar of another type or an array, BadOutOfMemory. At most count times.
+    [[nodiscard]] OpcUa_StatusCode add(const UaVariant& element) noexcept;
+    // Hands the elements over; an array of length 0 when there are none.
+    OpcUa_StatusCode finish(UaVariant& array) noexcept;
+
+private:
+    OpcUa_BuiltInType m_type;
+    std::size_t m_size;
+    unsigned char* m_data = nullptr;
+    std::size_t m_count = 0;
+};
+
 // One scalar; Good, BadTypeMismatch, BadOutOfRange, BadSyntaxError. result is left alone on failure.
 [[nodiscard]] OpcUa_StatusCode convertScalar(const UaVariant& source, OpcUa_BuiltInType to,
                                              UaVariant& result);

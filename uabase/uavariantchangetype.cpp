@@ -1,8 +1,6 @@
 // Conversion of whole variants: shapes first, then element by element.
 #include <uabase/uavariant_p.h>
 
-#include <vector>
-
 namespace {
 
 OpcUa_StatusCode convertElement(const UaVariant& element, OpcUa_BuiltInType type, UaVariant& result)
@@ -16,19 +14,20 @@ OpcUa_StatusCode convertElement(const UaVariant& element, OpcUa_BuiltInType type
 
 OpcUa_StatusCode convertElements(const UaVariant& source, OpcUa_BuiltInType type, UaVariant& result)
 {
-    std::vector<UaVariant> elements(source.elementCount());
-    for (OpcUa_UInt32 i = 0; i < source.elementCount(); ++i)
-        if (const OpcUa_StatusCode status = convertElement(source.at(i), type, elements[i]);
-            !OpcUa_IsGood(status))
+    if (source.arraySize() < 0)
+        return result.attachArray(type, -1, nullptr);
+    uabase::ArrayBuilder builder(type, source.elementCount());
+    for (OpcUa_UInt32 i = 0; i < source.elementCount(); ++i) {
+        UaVariant element;
+        OpcUa_StatusCode status = convertElement(source.at(i), type, element);
+        if (OpcUa_IsGood(status))
+            status = builder.add(element);
+        if (!OpcUa_IsGood(status))
             return status;
-    UaVariant made;
-    OpcUa_StatusCode status =
-        source.arraySize() < 0 ? made.attachArray(type, -1, nullptr) : made.setArray(type, elements);
-    if (OpcUa_IsGood(status) && source.isMatrix())
-        status = made.setDimensions(source.dimensions().span());
-    if (OpcUa_IsGood(status))
-        result = std::move(made);
-    return status;
+    }
+    const OpcUa_StatusCode status = builder.finish(result);
+    return OpcUa_IsGood(status) && source.isMatrix() ? result.setDimensions(source.dimensions().span())
+                                                     : status;
 }
 
 // An array without elements has no value to refuse, its type still must allow the conversion.

@@ -9,8 +9,8 @@ namespace UaClientSdk {
 
 class SessionHousekeeping;
 
-// Made when a connect succeeds, then used by the session thread only. One missed check is a warning, the next one an error; an error is followed
-// by reconnect attempts, one each watchdog time.
+// Made when a connect succeeds, then used by the session thread only. One missed check is a warning, the next
+// one an error; an error is followed by reconnect attempts, one each watchdog time.
 class ConnectionMonitor
 {
 public:

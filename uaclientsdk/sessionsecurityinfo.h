@@ -33,8 +33,8 @@ public:
         return m_userIdentity;
     }
 
-    // Cuts a chain of DER certificates into its parts, the leaf first. BadCertificateInvalid when a length
-    // lies, bytes are left over or there are more than ten.
+    // Cuts a chain of DER certificates into its parts, the leaf first. BadDecodingError when one of them is
+    // none, bytes are left over or there are more than ten.
     [[nodiscard]] static UaStatus splitCertificateChain(const UaByteString& chain,
                                                         UaByteStringArray& certificates);
 

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVariant>
 #include <opcua/opcua_types.h>
+#include <uabase/uaarrays.h>
 
 class QAction;
 class QDockWidget;

@@ -84,8 +84,3 @@ QString qlumTimeFormat()
 {
     return withMilliseconds(QLocale::system().timeFormat(QLocale::ShortFormat));
 }
-
-QString qlumPlainToolTip(const QString& text)
-{
-    return QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
-}

@@ -23,6 +23,3 @@
 /// A short format of the system locale with minutes, seconds and milliseconds, for QLocale::toString.
 [[nodiscard]] QString qlumDateTimeFormat();
 [[nodiscard]] QString qlumTimeFormat();
-
-/// Text for a tool tip that is shown as it is, whatever markup it holds.
-[[nodiscard]] QString qlumPlainToolTip(const QString& text);

@@ -1,6 +1,7 @@
 #include <app/log/qlumlogmodel.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
 
 #include <QIcon>

@@ -26,6 +26,10 @@ QlumLogView::QlumLogView(QlumLogModel* model, const QList<QAction*>& actions, QW
     m_view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_view->setModel(m_filter);
     m_view->header()->setObjectName(QStringLiteral("logHeader"));
+    const int em = fontMetrics().averageCharWidth();
+    m_view->header()->resizeSection(QlumLogModel::Timestamp, em * 22);
+    m_view->header()->resizeSection(QlumLogModel::Source, em * 24);
+    m_view->header()->resizeSection(QlumLogModel::Server, em * 30);
     m_view->addActions(actions);
     qlumAddCopyActions(m_view);
 

@@ -9,6 +9,6 @@ struct QlumSettingDefault
     QVariant value;
 };
 
-/// Every setting of the application that has a default, with its type. Tools register those of their own by giving a
-/// default when they ask.
+/// Every setting of the application that has a default, with its type. Tools register those of their own by
+/// giving a default when they ask.
 [[nodiscard]] const std::vector<QlumSettingDefault>& qlumSettingsDefaults();

@@ -15,8 +15,8 @@ public:
     /// The settings file of the user.
     explicit QlumSettingsModel(QObject* parent = nullptr);
 
-    /// The stored value in the type of its default when it can be converted, else fallback when that is valid,
-    /// else the default; an invalid QVariant when there is none of them.
+    /// The stored value in the type of its default when it can be converted, else fallback when that is
+    /// valid, else the default; an invalid QVariant when there is none of them.
     [[nodiscard]] QVariant value(const QString& key, const QVariant& fallback = QVariant()) const;
     void setValue(const QString& key, const QVariant& value);
     /// Back to the default.
@@ -30,6 +30,7 @@ signals:
 private:
     QSettings m_settings;
     QHash<QString, QVariant> m_defaults;
-    QHash<QString, QVariant> m_stored; // what the file holds, so that reading needs no file and little locking
+    QHash<QString, QVariant>
+        m_stored; // what the file holds, so that reading needs no file and little locking
     mutable std::shared_mutex m_mutex;
 };

@@ -41,8 +41,7 @@ ClientChannel::ClientChannel(ClientChannelConfig config, std::unique_ptr<Securit
 {
 }
 
-// ---- life
-// --------------------------------------------------------------------------------------------------
+// ---- life ---------------------------------------------------------------------------------------
 
 void ClientChannel::start(TimePoint now, TimePoint deadline)
 {
@@ -95,8 +94,7 @@ void ClientChannel::failRequests(OpcUa_StatusCode status)
         m_listener.onRequestFailed(id, status);
 }
 
-// ---- time
-// --------------------------------------------------------------------------------------------------
+// ---- time ---------------------------------------------------------------------------------------
 
 TimePoint ClientChannel::nextDeadline() const
 {
@@ -132,8 +130,7 @@ void ClientChannel::expireRequests(TimePoint now)
     }
 }
 
-// ---- requests
-// ----------------------------------------------------------------------------------------------
+// ---- requests -----------------------------------------------------------------------------------
 
 OpcUa_StatusCode ClientChannel::send(ByteView body, TimePoint deadline, OpcUa_UInt32& requestId)
 {
@@ -150,8 +147,7 @@ OpcUa_StatusCode ClientChannel::send(ByteView body, TimePoint deadline, OpcUa_UI
     return OpcUa_Good;
 }
 
-// ---- tokens
-// ------------------------------------------------------------------------------------------------
+// ---- tokens -------------------------------------------------------------------------------------
 
 void ClientChannel::requestToken(OpcUa_SecurityTokenRequestType type, TimePoint now, TimePoint deadline)
 {
@@ -209,8 +205,7 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
     return true;
 }
 
-// ---- what the peer says
-// ------------------------------------------------------------------------------------
+// ---- what the peer says -------------------------------------------------------------------------
 
 void ClientChannel::receive(MutableByteView bytes, TimePoint now)
 {

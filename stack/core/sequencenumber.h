@@ -3,8 +3,6 @@
 
 #include "protocol.h"
 
-#include <optional>
-
 namespace opcua {
 
 enum class SequenceRule {
@@ -45,21 +43,23 @@ public:
         if (!follows(number))
             return false;
         m_last = number;
+        m_started = true;
         return true;
     }
 
 private:
     [[nodiscard]] bool follows(OpcUa_UInt32 number) const
     {
-        if (!m_last)
+        if (!m_started)
             return m_rule == SequenceRule::Legacy || number == 0;
-        if (number == *m_last + 1)
+        if (number == m_last + 1)
             return true;
-        return m_rule == SequenceRule::Legacy && *m_last > legacyWrapAbove && number < legacyWrapBelow;
+        return m_rule == SequenceRule::Legacy && m_last > legacyWrapAbove && number < legacyWrapBelow;
     }
 
     SequenceRule m_rule;
-    std::optional<OpcUa_UInt32> m_last;
+    bool m_started = false;
+    OpcUa_UInt32 m_last = 0;
 };
 
 } // namespace opcua

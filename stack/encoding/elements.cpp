@@ -1,4 +1,5 @@
 #include <stack/encoding/elements.h>
+#include <stack/encoding/values.h>
 
 #include <opcua/opcua_statuscodes.h>
 
@@ -14,35 +15,6 @@ void forEach(void* data, size_t count, Function function)
     T* const values = static_cast<T*>(data);
     for (size_t i = 0; i < count; ++i)
         function(values + i);
-}
-
-void clearBuiltIn(OpcUa_Byte kind, void* data, size_t count)
-{
-    switch (kind) {
-    case OpcUaType_String:
-        return forEach<OpcUa_String>(data, count, OpcUa_String_Clear);
-    case OpcUaType_ByteString:
-    case OpcUaType_XmlElement:
-        return forEach<OpcUa_ByteString>(data, count, OpcUa_ByteString_Clear);
-    case OpcUaType_NodeId:
-        return forEach<OpcUa_NodeId>(data, count, OpcUa_NodeId_Clear);
-    case OpcUaType_ExpandedNodeId:
-        return forEach<OpcUa_ExpandedNodeId>(data, count, OpcUa_ExpandedNodeId_Clear);
-    case OpcUaType_QualifiedName:
-        return forEach<OpcUa_QualifiedName>(data, count, OpcUa_QualifiedName_Clear);
-    case OpcUaType_LocalizedText:
-        return forEach<OpcUa_LocalizedText>(data, count, OpcUa_LocalizedText_Clear);
-    case OpcUaType_ExtensionObject:
-        return forEach<OpcUa_ExtensionObject>(data, count, OpcUa_ExtensionObject_Clear);
-    case OpcUaType_DataValue:
-        return forEach<OpcUa_DataValue>(data, count, OpcUa_DataValue_Clear);
-    case OpcUaType_Variant:
-        return forEach<OpcUa_Variant>(data, count, OpcUa_Variant_Clear);
-    case OpcUaType_DiagnosticInfo:
-        return forEach<OpcUa_DiagnosticInfo>(data, count, OpcUa_DiagnosticInfo_Clear);
-    default:
-        std::memset(data, 0, BuiltInLayouts[kind].size * count);
-    }
 }
 
 void initializeBuiltIn(OpcUa_Byte kind, void* data, size_t count)
@@ -187,10 +159,23 @@ void initializeElements(ElementType type, void* data, size_t count)
 
 void clearElements(ElementType type, void* data, size_t count)
 {
-    if (!type.isStructure())
-        return clearBuiltIn(type.kind, data, count);
-    for (size_t i = 0; i < count; ++i)
-        OpcUa_EncodeableObject_Clear(type.structure, elementAt(data, type.size(), i));
+    releaseElements(type, data, count);
+    initializeElements(type, data, count);
+}
+
+void releaseElements(ElementType type, void* data, size_t count)
+{
+    if (type.isFlat())
+        return;
+    if (type.kind == OpcUaType_DataValue) // the longest arrays of all, most of which own nothing
+        return forEach<OpcUa_DataValue>(data, count, [](auto* value) { release(value->Value); });
+    const size_t size = type.size();
+    for (size_t i = 0; i < count; ++i) {
+        if (type.isStructure())
+            releaseFields(*type.structure, elementAt(data, size, i));
+        else
+            releaseBuiltIn(type.kind, elementAt(data, size, i));
+    }
 }
 
 OpcUa_StatusCode copyElements(ElementType type, const void* source, void* destination, size_t count)
@@ -236,8 +221,7 @@ void deleteElements(ElementType type, void* data, size_t count)
 {
     if (data == nullptr)
         return;
-    if (!type.isFlat())
-        clearElements(type, data, count);
+    releaseElements(type, data, count);
     OpcUa_Memory_Free(data);
 }
 

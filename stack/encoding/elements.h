@@ -48,6 +48,36 @@ inline constexpr std::array<BuiltInLayout, 26> BuiltInLayouts = {{
     {"DiagnosticInfo", sizeof(OpcUa_DiagnosticInfo), 1, false, false},
 }};
 
+// Number of bytes of a type for which isNumber() holds, else 0. Branches instead of a table: what they answer
+// is predicted, and the next value need not wait for it.
+inline size_t numberSize(OpcUa_Byte type)
+{
+    switch (type) {
+    case OpcUaType_Int64:
+    case OpcUaType_UInt64:
+    case OpcUaType_Double:
+    case OpcUaType_DateTime:
+        return 8;
+    case OpcUaType_Int32:
+    case OpcUaType_UInt32:
+    case OpcUaType_Float:
+    case OpcUaType_StatusCode:
+        return 4;
+    case OpcUaType_Int16:
+    case OpcUaType_UInt16:
+        return 2;
+    case OpcUaType_Boolean:
+    case OpcUaType_SByte:
+    case OpcUaType_Byte:
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+// A data value that holds a number or nothing takes at most this: mask, type, number, status, two timestamps.
+inline constexpr size_t LargestPlainDataValue = 1 + 1 + 8 + 4 + 2 * (8 + 2);
+
 // Type of an element or field: a built-in type, an enumeration or a structure.
 struct ElementType
 {
@@ -79,6 +109,9 @@ inline bool isBuiltInType(OpcUa_Byte kind)
 
 void initializeElements(ElementType type, void* data, size_t count);
 void clearElements(ElementType type, void* data, size_t count);
+// Frees what the elements own and leaves them as they are: for memory that goes away.
+void releaseElements(ElementType type, void* data, size_t count);
+void releaseFields(const OpcUa_EncodeableType& type, void* object);
 // On failure the destination is left initialised.
 [[nodiscard]] OpcUa_StatusCode copyElements(ElementType type, const void* source, void* destination,
                                             size_t count);

@@ -1,19 +1,136 @@
 // In a file of its own, so that a test can put a failing allocator in its place.
 #include <opcua/opcua_platform.h>
+#include <stack/encoding/textpool.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cstdlib>
+#include <cstring>
+#include <new>
+
+// In front of what Alloc hands out stands a pointer: to the block that the memory is cut from, or null when
+// it is a block of its own. Free needs nothing else.
+struct opcua::TextBlock
+{
+    // texts not freed yet, and as long as the pool cuts from the block, Reserve besides
+    std::atomic<std::uint32_t> users;
+};
+
+namespace {
+
+using opcua::TextBlock;
+
+constexpr std::uint32_t Reserve = 1u << 31;
+constexpr size_t OwnerSize = sizeof(TextBlock*);
+constexpr size_t HeaderSize = alignof(std::max_align_t); // of a block of its own; the pointer is its end
+constexpr size_t LongestText = 256;                      // that is cut from a block
+constexpr size_t SmallestBlock = 256;
+constexpr size_t LargestBlock = 4096;
+static_assert(LongestText + OwnerSize + 8 + sizeof(TextBlock) < LargestBlock);
+
+#if !defined(__SANITIZE_ADDRESS__) && defined(__has_feature)
+#    if __has_feature(address_sanitizer)
+#        define __SANITIZE_ADDRESS__ 1
+#    endif
+#endif
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool Pooled = false; // every text on its own, so that the sanitizer sees where it ends
+#else
+constexpr bool Pooled = true;
+#endif
+
+void* behindHeader(void* raw)
+{
+    return raw == nullptr ? nullptr : static_cast<char*>(raw) + HeaderSize;
+}
+
+void setOwner(void* memory, TextBlock* owner)
+{
+    std::memcpy(static_cast<char*>(memory) - OwnerSize, &owner, OwnerSize);
+}
+
+void drop(TextBlock* block, std::uint32_t users)
+{
+    if (block->users.fetch_sub(users, std::memory_order_acq_rel) == users)
+        std::free(block);
+}
+
+} // namespace
 
 void* OpcUa_Memory_Alloc(size_t size)
 {
-    return size == 0 ? nullptr : std::malloc(size);
+    if (size == 0 || size > SIZE_MAX - HeaderSize)
+        return nullptr;
+    void* const memory = behindHeader(std::malloc(size + HeaderSize));
+    if (memory != nullptr)
+        setOwner(memory, nullptr);
+    return memory;
 }
 
 void OpcUa_Memory_Free(void* memory)
 {
-    std::free(memory);
+    if (memory == nullptr)
+        return;
+    TextBlock* owner = nullptr;
+    std::memcpy(&owner, static_cast<char*>(memory) - OwnerSize, OwnerSize);
+    if (owner == nullptr)
+        std::free(static_cast<char*>(memory) - HeaderSize);
+    else
+        drop(owner, 1);
 }
 
 void* OpcUa_Memory_AllocArray(size_t count, size_t elementSize)
 {
-    return count == 0 || elementSize == 0 ? nullptr : std::calloc(count, elementSize);
+    size_t size = 0;
+    if (__builtin_mul_overflow(count, elementSize, &size) || size == 0 || size > SIZE_MAX - HeaderSize)
+        return nullptr;
+    return behindHeader(std::calloc(1, size + HeaderSize)); // the zeros are the null owner too
 }
+
+namespace opcua {
+
+TextPool::TextPool(size_t messageSize) : m_blockSize(std::clamp(2 * messageSize, SmallestBlock, LargestBlock))
+{
+}
+
+TextPool::~TextPool()
+{
+    retireBlock();
+}
+
+void* TextPool::allocate(size_t size)
+{
+    const size_t needed = (OwnerSize + size + 7) & ~size_t{7};
+    if (!Pooled || size == 0 || size > LongestText || needed + sizeof(TextBlock) + 8 > m_blockSize)
+        return OpcUa_Memory_Alloc(size);
+    if (static_cast<size_t>(m_end - m_at) < needed && !startBlock())
+        return nullptr;
+    void* const memory = m_at + OwnerSize;
+    setOwner(memory, m_block);
+    m_at += needed;
+    ++m_handedOut;
+    return memory;
+}
+
+bool TextPool::startBlock()
+{
+    retireBlock();
+    void* const raw = std::malloc(m_blockSize);
+    if (raw == nullptr)
+        return false;
+    m_block = new (raw) TextBlock{Reserve};
+    m_at = static_cast<char*>(raw) + 8;
+    m_end = static_cast<char*>(raw) + m_blockSize;
+    return true;
+}
+
+void TextPool::retireBlock()
+{
+    if (m_block != nullptr)
+        drop(m_block, Reserve - m_handedOut);
+    m_block = nullptr;
+    m_at = m_end = nullptr;
+    m_handedOut = 0;
+}
+
+} // namespace opcua

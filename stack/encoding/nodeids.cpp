@@ -1,4 +1,4 @@
-#include <stack/encoding/elements.h>
+#include <stack/encoding/values.h>
 
 #include <opcua/opcua_statuscodes.h>
 
@@ -11,10 +11,7 @@ void OpcUa_NodeId_Initialize(OpcUa_NodeId* value)
 
 void OpcUa_NodeId_Clear(OpcUa_NodeId* value)
 {
-    if (value->IdentifierType == OpcUa_IdentifierType_String)
-        OpcUa_String_Clear(&value->Identifier.String);
-    else if (value->IdentifierType == OpcUa_IdentifierType_Opaque)
-        OpcUa_ByteString_Clear(&value->Identifier.ByteString);
+    opcua::release(*value);
     OpcUa_NodeId_Initialize(value);
 }
 

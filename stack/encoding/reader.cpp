@@ -24,24 +24,35 @@ constexpr OpcUa_Byte NamespaceUri = 0x80;
 } // namespace
 
 Reader::Reader(std::span<const OpcUa_Byte> bytes, const EncodingLimits& limits)
-    : m_at(bytes.data()), m_end(bytes.data() + bytes.size()), m_limits(limits),
+    : m_at(bytes.data()), m_end(bytes.data() + bytes.size()), m_limits(limits), m_texts(bytes.size()),
       m_memoryLeft(std::max(bytes.size() * MemoryPerByte, MemoryOfSmallMessages))
 {
+}
+
+bool Reader::takeMemory(size_t size)
+{
+    if (size > m_memoryLeft)
+        return fail(OpcUa_BadEncodingLimitsExceeded);
+    m_memoryLeft -= size;
+    return true;
+}
+
+void* Reader::accept(void* memory)
+{
+    if (memory == nullptr)
+        fail(OpcUa_BadOutOfMemory);
+    return memory;
 }
 
 void* Reader::allocate(size_t size)
 {
     size = std::max<size_t>(size, 1);
-    if (size > m_memoryLeft) {
-        fail(OpcUa_BadEncodingLimitsExceeded);
-        return nullptr;
-    }
-    void* const memory = OpcUa_Memory_Alloc(size);
-    if (memory == nullptr)
-        fail(OpcUa_BadOutOfMemory);
-    else
-        m_memoryLeft -= size;
-    return memory;
+    return takeMemory(size) ? accept(OpcUa_Memory_Alloc(size)) : nullptr;
+}
+
+void* Reader::allocateText(size_t size)
+{
+    return takeMemory(size) ? accept(m_texts.allocate(size)) : nullptr;
 }
 
 bool Reader::enter()
@@ -91,7 +102,7 @@ bool Reader::text(Text& value, OpcUa_UInt32 limit)
     if (length < 0)
         return true;
     const auto bytes = static_cast<size_t>(length);
-    value.Data = static_cast<decltype(value.Data)>(allocate(bytes + 1));
+    value.Data = static_cast<decltype(value.Data)>(allocateText(bytes + 1));
     if (value.Data == nullptr)
         return false;
     std::memcpy(value.Data, m_at, bytes);
@@ -194,8 +205,87 @@ bool Reader::expandedNodeId(OpcUa_ExpandedNodeId& value)
 
 // -- data values and diagnostics --------------------------------------------------------------------------
 
+namespace {
+
+template <class T>
+inline const OpcUa_Byte* take(const OpcUa_Byte* at, bool present, T& target)
+{
+    if (!present)
+        return at;
+    std::memcpy(&target, at, sizeof(T));
+    return at + sizeof(T);
+}
+
+// Reads a scalar number with its type into a variant of zero bytes; null when it is something else.
+inline const OpcUa_Byte* takeNumber(const OpcUa_Byte* at, OpcUa_Variant& value)
+{
+    const OpcUa_Byte type = *at++;
+    const size_t size = numberSize(type);
+    if (size == 8)
+        std::memcpy(&value.Value, at, 8);
+    else if (size == 4)
+        std::memcpy(&value.Value, at, 4);
+    else if (size == 2)
+        std::memcpy(&value.Value, at, 2);
+    else if (size == 1)
+        std::memcpy(&value.Value, at, 1);
+    else
+        return nullptr;
+    if (type == OpcUaType_Boolean)
+        value.Value.Boolean = value.Value.Boolean != 0;
+    else if (type == OpcUaType_DateTime)
+        value.Value.DateTime = std::max<OpcUa_DateTime>(value.Value.DateTime, 0);
+    value.Datatype = type;
+    return at + size;
+}
+
+// Reads a data value that holds a number or nothing, of which LargestPlainDataValue bytes are there; null
+// when it is another one.
+inline const OpcUa_Byte* takePlainDataValue(const OpcUa_Byte* at, OpcUa_DataValue& value)
+{
+    const OpcUa_Byte mask = *at++;
+    value = OpcUa_DataValue{};
+    if ((mask & 0x01) != 0) {
+        at = takeNumber(at, value.Value);
+        if (at == nullptr)
+            return nullptr;
+    }
+    OpcUa_DateTime source = 0;
+    OpcUa_DateTime server = 0;
+    at = take(at, (mask & 0x02) != 0, value.StatusCode);
+    at = take(at, (mask & 0x04) != 0, source);
+    at = take(at, (mask & 0x10) != 0, value.SourcePicoseconds);
+    at = take(at, (mask & 0x08) != 0, server);
+    at = take(at, (mask & 0x20) != 0, value.ServerPicoseconds);
+    value.SourceTimestamp = std::max<OpcUa_DateTime>(source, 0);
+    value.ServerTimestamp = std::max<OpcUa_DateTime>(server, 0);
+    return at;
+}
+
+} // namespace
+
+// The usual data values: numbers, with one check of the bytes left for each. Stops at the first that is
+// something else or stands too near the end; answers how many there were.
+size_t Reader::plainDataValues(OpcUa_DataValue* values, size_t count)
+{
+    const OpcUa_Byte* at = m_at;
+    const OpcUa_Byte* const end = m_end;
+    size_t done = 0;
+    while (done < count && static_cast<size_t>(end - at) >= LargestPlainDataValue) {
+        const OpcUa_Byte* const next = takePlainDataValue(at, values[done]);
+        if (next == nullptr)
+            break;
+        at = next;
+        ++done;
+    }
+    m_at = at;
+    return done;
+}
+
 bool Reader::dataValue(OpcUa_DataValue& value)
 {
+    if (plainDataValues(&value, 1) == 1)
+        return true;
     OpcUa_DataValue_Initialize(&value);
     OpcUa_Byte mask = 0;
     if (fixed(mask) && ((mask & 0x01) == 0 || variant(value.Value)) &&
@@ -332,9 +422,10 @@ bool Reader::elements(ElementType type, size_t count, void*& data)
     bool result = true;
     if (type.isFixed())
         result = count == 0 || fixedElements(type, count, data);
-    else
-        while (result && done < count)
-            result = element(type, elementAt(data, size, done++));
+    else if (type.kind == OpcUaType_DataValue)
+        done = plainDataValues(static_cast<OpcUa_DataValue*>(data), count);
+    while (result && done < count && !type.isFixed())
+        result = element(type, elementAt(data, size, done++));
     if (!result) {
         deleteElements(type, data, done);
         data = nullptr;

@@ -3,6 +3,7 @@
 
 #include <stack/encoding/elements.h>
 #include <stack/encoding/messagecodec.h>
+#include <stack/encoding/textpool.h>
 
 #include <opcua/opcua_statuscodes.h>
 
@@ -67,6 +68,7 @@ private:
     bool qualifiedName(OpcUa_QualifiedName& value);
     bool localizedText(OpcUa_LocalizedText& value);
     bool dataValue(OpcUa_DataValue& value);
+    size_t plainDataValues(OpcUa_DataValue* values, size_t count);
     bool stringIndex(bool present, OpcUa_Int32& index);
     bool diagnosticInfo(OpcUa_DiagnosticInfo& value);
 
@@ -89,6 +91,9 @@ private:
     bool fixedElements(ElementType type, size_t count, void* data);
 
     [[nodiscard]] void* allocate(size_t size);
+    [[nodiscard]] void* allocateText(size_t size);
+    [[nodiscard]] bool takeMemory(size_t size);
+    void* accept(void* memory);
     bool enter();
     bool leave(bool result)
     {
@@ -99,6 +104,7 @@ private:
     const OpcUa_Byte* m_at;
     const OpcUa_Byte* m_end;
     const EncodingLimits& m_limits;
+    TextPool m_texts;
     size_t m_memoryLeft; // what may still be allocated
     OpcUa_UInt32 m_depth = 0;
     OpcUa_StatusCode m_status = OpcUa_Good;

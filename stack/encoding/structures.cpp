@@ -1,5 +1,5 @@
 // Life cycle of structures and of the extension objects that carry them.
-#include <stack/encoding/elements.h>
+#include <stack/encoding/values.h>
 
 #include <opcua/opcua_statuscodes.h>
 
@@ -24,13 +24,14 @@ bool isIndirect(const OpcUa_FieldDescriptor& field)
     return field.IsArray || field.IsPointer;
 }
 
-void clearField(const OpcUa_FieldDescriptor& field, void* object)
+void releaseField(const OpcUa_FieldDescriptor& field, void* object)
 {
-    const ElementType type = ElementType::of(field);
     if (isIndirect(field))
-        deleteElements(type, memberAt<void*>(object, field.Offset), countOf(field, object));
-    else if (!type.isFlat())
-        clearElements(type, elementAt(object, 1, field.Offset), 1);
+        deleteElements(ElementType::of(field), memberAt<void*>(object, field.Offset), countOf(field, object));
+    else if (field.Kind == OpcUa_FieldKind_Structure)
+        opcua::releaseFields(*field.StructureType, elementAt(object, 1, field.Offset));
+    else
+        opcua::releaseBuiltIn(field.Kind, elementAt(object, 1, field.Offset));
 }
 
 OpcUa_StatusCode copyField(const OpcUa_FieldDescriptor& field, const void* source, void* destination)
@@ -97,15 +98,22 @@ void OpcUa_EncodeableObject_Initialize(const OpcUa_EncodeableType* type, void* o
     }
 }
 
-void OpcUa_EncodeableObject_Clear(const OpcUa_EncodeableType* type, void* object)
+void opcua::releaseFields(const OpcUa_EncodeableType& type, void* object)
 {
-    const PresentFields present(*type, object);
-    for (OpcUa_UInt32 i = 0; i < type->FieldCount && !type->IsFlat; ++i) {
+    if (type.IsFlat)
+        return;
+    const PresentFields present(type, object);
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
         // a field that a mask leaves out is initialised, or was set and has to be freed; members of a union
         // overlap
-        if (!type->IsUnion || present.has(i))
-            clearField(type->Fields[i], object);
+        if (!type.IsUnion || present.has(i))
+            releaseField(type.Fields[i], object);
     }
+}
+
+void OpcUa_EncodeableObject_Clear(const OpcUa_EncodeableType* type, void* object)
+{
+    opcua::releaseFields(*type, object);
     OpcUa_EncodeableObject_Initialize(type, object);
 }
 
@@ -160,7 +168,7 @@ void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type, void** obje
 {
     if (object == nullptr || *object == nullptr)
         return;
-    OpcUa_EncodeableObject_Clear(type, *object);
+    opcua::releaseFields(*type, *object);
     OpcUa_Memory_Free(*object);
     *object = nullptr;
 }
@@ -173,16 +181,19 @@ void OpcUa_ExtensionObject_Initialize(OpcUa_ExtensionObject* value)
     OpcUa_ExpandedNodeId_Initialize(&value->TypeId);
 }
 
+void opcua::release(OpcUa_ExtensionObject& value)
+{
+    releaseElements(ElementType::of(OpcUaType_ExpandedNodeId), &value.TypeId, 1);
+    if (value.Encoding == OpcUa_ExtensionObjectEncoding_Binary ||
+        value.Encoding == OpcUa_ExtensionObjectEncoding_Xml)
+        OpcUa_Memory_Free(value.Body.Binary.Data);
+    else if (value.Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject)
+        OpcUa_EncodeableObject_Delete(value.Body.EncodeableObject.Type, &value.Body.EncodeableObject.Object);
+}
+
 void OpcUa_ExtensionObject_Clear(OpcUa_ExtensionObject* value)
 {
-    OpcUa_ExpandedNodeId_Clear(&value->TypeId);
-    if (value->Encoding == OpcUa_ExtensionObjectEncoding_Binary)
-        OpcUa_ByteString_Clear(&value->Body.Binary);
-    else if (value->Encoding == OpcUa_ExtensionObjectEncoding_Xml)
-        OpcUa_ByteString_Clear(&value->Body.Xml);
-    else if (value->Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject)
-        OpcUa_EncodeableObject_Delete(value->Body.EncodeableObject.Type,
-                                      &value->Body.EncodeableObject.Object);
+    opcua::release(*value);
     OpcUa_ExtensionObject_Initialize(value);
 }
 

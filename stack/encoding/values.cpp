@@ -92,20 +92,25 @@ void OpcUa_Variant_Initialize(OpcUa_Variant* value)
     std::memset(value, 0, sizeof *value);
 }
 
+void opcua::releaseBlocks(OpcUa_Variant& value)
+{
+    if (!isBuiltInType(value.Datatype))
+        return;
+    const ElementType type = ElementType::of(value.Datatype);
+    if (value.ArrayType != OpcUa_VariantArrayType_Scalar) {
+        OpcUa_VariantArray& array = value.Value.Array;
+        deleteElements(type, array.Data, lengthOf(array));
+        OpcUa_Memory_Free(array.Dimensions);
+    } else if (isHeldByPointer(value.Datatype)) {
+        deleteElements(type, value.Value.NodeId, 1);
+    } else {
+        releaseElements(type, &value.Value, 1);
+    }
+}
+
 void OpcUa_Variant_Clear(OpcUa_Variant* value)
 {
-    if (opcua::isBuiltInType(value->Datatype)) {
-        const ElementType type = ElementType::of(value->Datatype);
-        if (value->ArrayType != OpcUa_VariantArrayType_Scalar) {
-            OpcUa_VariantArray& array = value->Value.Array;
-            deleteElements(type, array.Data, lengthOf(array));
-            OpcUa_Memory_Free(array.Dimensions);
-        } else if (opcua::isHeldByPointer(value->Datatype)) {
-            deleteElements(type, value->Value.NodeId, 1);
-        } else if (!type.isFlat()) {
-            clearElements(type, &value->Value, 1);
-        }
-    }
+    opcua::release(*value);
     OpcUa_Variant_Initialize(value);
 }
 
@@ -148,7 +153,7 @@ void OpcUa_DataValue_Initialize(OpcUa_DataValue* value)
 
 void OpcUa_DataValue_Clear(OpcUa_DataValue* value)
 {
-    OpcUa_Variant_Clear(&value->Value);
+    opcua::release(value->Value);
     OpcUa_DataValue_Initialize(value);
 }
 
@@ -181,13 +186,15 @@ void OpcUa_DiagnosticInfo_Initialize(OpcUa_DiagnosticInfo* value)
     *value = {-1, -1, -1, -1, {-1, nullptr}, OpcUa_Good, nullptr};
 }
 
+void opcua::release(OpcUa_DiagnosticInfo& value)
+{
+    OpcUa_Memory_Free(value.AdditionalInfo.Data);
+    deleteElements(ElementType::of(OpcUaType_DiagnosticInfo), value.InnerDiagnosticInfo, 1);
+}
+
 void OpcUa_DiagnosticInfo_Clear(OpcUa_DiagnosticInfo* value)
 {
-    OpcUa_String_Clear(&value->AdditionalInfo);
-    if (value->InnerDiagnosticInfo != nullptr) {
-        OpcUa_DiagnosticInfo_Clear(value->InnerDiagnosticInfo);
-        OpcUa_Memory_Free(value->InnerDiagnosticInfo);
-    }
+    opcua::release(*value);
     OpcUa_DiagnosticInfo_Initialize(value);
 }
 

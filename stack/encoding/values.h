@@ -11,4 +11,62 @@ namespace opcua {
 // The value of a scalar variant, wherever it lies; null when a pointer is missing.
 [[nodiscard]] const void* scalarOf(const OpcUa_Variant& value);
 
+// Free what a value owns; it must be initialised before it is used again.
+void release(OpcUa_ExtensionObject& value);
+void release(OpcUa_DiagnosticInfo& value);
+void releaseBlocks(OpcUa_Variant& value);
+
+template <class Text>
+inline void releaseText(Text& value)
+{
+    if (value.Data != nullptr)
+        OpcUa_Memory_Free(value.Data);
+}
+
+inline void release(OpcUa_NodeId& value)
+{
+    if (value.IdentifierType == OpcUa_IdentifierType_String ||
+        value.IdentifierType == OpcUa_IdentifierType_Opaque)
+        OpcUa_Memory_Free(value.Identifier.String.Data);
+}
+
+inline void release(OpcUa_Variant& value)
+{
+    // most variants are plain numbers
+    if (value.ArrayType == OpcUa_VariantArrayType_Scalar && value.Datatype < OpcUaType_String)
+        return;
+    releaseBlocks(value);
+}
+
+inline void releaseBuiltIn(OpcUa_Byte kind, void* data)
+{
+    switch (kind) {
+    case OpcUaType_String:
+        return releaseText(*static_cast<OpcUa_String*>(data));
+    case OpcUaType_ByteString:
+    case OpcUaType_XmlElement:
+        return releaseText(*static_cast<OpcUa_ByteString*>(data));
+    case OpcUaType_NodeId:
+        return release(*static_cast<OpcUa_NodeId*>(data));
+    case OpcUaType_ExpandedNodeId:
+        release(static_cast<OpcUa_ExpandedNodeId*>(data)->NodeId);
+        return releaseText(static_cast<OpcUa_ExpandedNodeId*>(data)->NamespaceUri);
+    case OpcUaType_QualifiedName:
+        return releaseText(static_cast<OpcUa_QualifiedName*>(data)->Name);
+    case OpcUaType_LocalizedText:
+        releaseText(static_cast<OpcUa_LocalizedText*>(data)->Locale);
+        return releaseText(static_cast<OpcUa_LocalizedText*>(data)->Text);
+    case OpcUaType_ExtensionObject:
+        return release(*static_cast<OpcUa_ExtensionObject*>(data));
+    case OpcUaType_DataValue:
+        return release(static_cast<OpcUa_DataValue*>(data)->Value);
+    case OpcUaType_Variant:
+        return release(*static_cast<OpcUa_Variant*>(data));
+    case OpcUaType_DiagnosticInfo:
+        return release(*static_cast<OpcUa_DiagnosticInfo*>(data));
+    default:
+        return;
+    }
+}
+
 } // namespace opcua

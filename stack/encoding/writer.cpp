@@ -5,20 +5,23 @@
 namespace opcua {
 
 Writer::Writer(std::vector<OpcUa_Byte>& buffer, const EncodingLimits& limits)
-    : m_buffer(buffer), m_start(buffer.size()), m_used(buffer.size()), m_limits(limits)
+    : m_buffer(buffer), m_start(buffer.size()), m_at(buffer.data() + m_start), m_end(m_at), m_limits(limits)
 {
 }
 
 OpcUa_StatusCode Writer::finish()
 {
-    m_buffer.resize(OpcUa_IsGood(m_status) ? m_used : m_start);
+    m_buffer.resize(OpcUa_IsGood(m_status) ? used() : m_start);
     return m_status;
 }
 
 void Writer::grow(size_t bytes)
 {
     constexpr size_t least = 256;
-    m_buffer.resize(std::max({m_buffer.capacity(), m_used + bytes, m_used + m_used / 2, m_used + least}));
+    const size_t written = used();
+    m_buffer.resize(std::max({m_buffer.capacity(), written + bytes, 2 * written, written + least}));
+    m_at = m_buffer.data() + written;
+    m_end = m_buffer.data() + m_buffer.size();
 }
 
 void Writer::bytes(const void* data, size_t size)
@@ -26,8 +29,8 @@ void Writer::bytes(const void* data, size_t size)
     if (size == 0)
         return;
     ensure(size);
-    std::memcpy(m_buffer.data() + m_used, data, size);
-    m_used += size;
+    std::memcpy(m_at, data, size);
+    m_at += size;
 }
 
 bool Writer::enter()
@@ -154,25 +157,61 @@ void Writer::variantArray(const OpcUa_Variant& value)
     leave();
 }
 
+namespace {
+
+template <class T>
+inline OpcUa_Byte* place(OpcUa_Byte* at, bool present, const T& value)
+{
+    if (!present)
+        return at;
+    std::memcpy(at, &value, sizeof(T));
+    return at + sizeof(T);
+}
+
+// A scalar number with its type; null when the value is none.
+inline OpcUa_Byte* placeNumber(OpcUa_Byte* at, const OpcUa_Variant& value)
+{
+    if (value.ArrayType != OpcUa_VariantArrayType_Scalar)
+        return nullptr;
+    OpcUa_Byte* const number = place(at, true, value.Datatype);
+    switch (numberSize(value.Datatype)) {
+    case 8:
+        return place(number, true, value.Value.UInt64);
+    case 4:
+        return place(number, true, value.Value.UInt32);
+    case 2:
+        return place(number, true, value.Value.UInt16);
+    case 1:
+        return place(number, true, value.Value.Byte);
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
 void Writer::dataValue(const OpcUa_DataValue& value)
 {
     const bool hasValue = value.Value.Datatype != OpcUaType_Null;
     const auto mask = (hasValue ? 0x01 : 0) | (value.StatusCode != OpcUa_Good ? 0x02 : 0) |
                       (value.SourceTimestamp != 0 ? 0x04 : 0) | (value.ServerTimestamp != 0 ? 0x08 : 0) |
                       (value.SourcePicoseconds != 0 ? 0x10 : 0) | (value.ServerPicoseconds != 0 ? 0x20 : 0);
-    fixed(static_cast<OpcUa_Byte>(mask));
-    if (hasValue)
-        variant(value.Value);
-    if (value.StatusCode != OpcUa_Good)
-        fixed(value.StatusCode);
-    if (value.SourceTimestamp != 0)
-        fixed(value.SourceTimestamp);
-    if (value.SourcePicoseconds != 0)
-        fixed(value.SourcePicoseconds);
-    if (value.ServerTimestamp != 0)
-        fixed(value.ServerTimestamp);
-    if (value.ServerPicoseconds != 0)
-        fixed(value.ServerPicoseconds);
+    ensure(LargestPlainDataValue);
+    OpcUa_Byte* at = place(m_at, true, static_cast<OpcUa_Byte>(mask));
+    if (hasValue) {
+        OpcUa_Byte* const behind = placeNumber(at, value.Value);
+        if (behind == nullptr) {
+            m_at = at;
+            variant(value.Value);
+            ensure(LargestPlainDataValue);
+        }
+        at = behind != nullptr ? behind : m_at;
+    }
+    at = place(at, (mask & 0x02) != 0, value.StatusCode);
+    at = place(at, (mask & 0x04) != 0, value.SourceTimestamp);
+    at = place(at, (mask & 0x10) != 0, value.SourcePicoseconds);
+    at = place(at, (mask & 0x08) != 0, value.ServerTimestamp);
+    m_at = place(at, (mask & 0x20) != 0, value.ServerPicoseconds);
 }
 
 void Writer::diagnosticInfo(const OpcUa_DiagnosticInfo& value)
@@ -222,11 +261,11 @@ void Writer::encodeableBody(const OpcUa_ExtensionObject& value)
         return;
     numericNodeId(type->BinaryEncodingTypeId);
     fixed(static_cast<OpcUa_Byte>(OpcUa_ExtensionObjectEncoding_Binary));
-    const size_t lengthAt = m_used;
+    const size_t lengthAt = used();
     fixed(OpcUa_Int32{0});
     structure(*type, object);
     leave();
-    const size_t length = m_used - lengthAt - sizeof(OpcUa_Int32);
+    const size_t length = used() - lengthAt - sizeof(OpcUa_Int32);
     if (length > m_limits.maxByteStringLength)
         return fail(OpcUa_BadEncodingLimitsExceeded);
     const auto written = static_cast<OpcUa_Int32>(length);

@@ -29,14 +29,15 @@ private:
     void fixed(const T& value)
     {
         ensure(sizeof(T));
-        std::memcpy(m_buffer.data() + m_used, &value, sizeof(T));
-        m_used += sizeof(T);
+        std::memcpy(m_at, &value, sizeof(T));
+        m_at += sizeof(T);
     }
     void ensure(size_t bytes)
     {
-        if (m_buffer.size() - m_used < bytes)
+        if (static_cast<size_t>(m_end - m_at) < bytes)
             grow(bytes);
     }
+    [[nodiscard]] size_t used() const { return static_cast<size_t>(m_at - m_buffer.data()); }
     void grow(size_t bytes);
     void bytes(const void* data, size_t size);
     void fail(OpcUa_StatusCode status)
@@ -66,7 +67,8 @@ private:
 
     std::vector<OpcUa_Byte>& m_buffer; // its size is the room that there is
     const size_t m_start;
-    size_t m_used;
+    OpcUa_Byte* m_at;
+    OpcUa_Byte* m_end;
     const EncodingLimits& m_limits;
     OpcUa_UInt32 m_depth = 0;
     OpcUa_StatusCode m_status = OpcUa_Good;

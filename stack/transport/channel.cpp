@@ -9,8 +9,7 @@
 
 namespace opcua {
 
-// ---- connect
-// -----------------------------------------------------------------------------------------------
+// ---- connect ------------------------------------------------------------------------------------
 
 // Whatever ends a connect, an exception too, leaves the channel idle or connected.
 class Channel::ConnectScope
@@ -32,7 +31,7 @@ private:
     bool m_connected = false;
 };
 
-OpcUa_StatusCode Channel::connect(ConnectParameters parameters, OpcUa_UInt32& revisedLifetime)
+OpcUa_StatusCode Channel::connect(const ConnectParameters& parameters, OpcUa_UInt32& revisedLifetime)
 {
     const TimePoint deadline = std::chrono::steady_clock::now() + parameters.timeout;
     const auto attempt = std::make_shared<Cancellation>();
@@ -171,8 +170,7 @@ void Channel::setState(State state)
     m_stateChanged.notify_all();
 }
 
-// ---- disconnect
-// --------------------------------------------------------------------------------------------
+// ---- disconnect ---------------------------------------------------------------------------------
 
 // Closes what there is of a connection; afterwards nothing of it is told any more and all callbacks have run.
 void Channel::endConnection()
@@ -222,8 +220,7 @@ bool Channel::isConnected() const
     return m_state == State::Connected && m_connection->isOpen();
 }
 
-// ---- calls and events
-// --------------------------------------------------------------------------------------
+// ---- calls and events ---------------------------------------------------------------------------
 
 OpcUa_StatusCode Channel::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline, bool mayWait)
 {

@@ -36,7 +36,8 @@ public:
 
     // Blocks until the channel is open, the time is over or cancelConnect. Good; BadInvalidState when
     // connected, connecting or on a callback of this channel; else why it did not open.
-    [[nodiscard]] OpcUa_StatusCode connect(ConnectParameters parameters, OpcUa_UInt32& revisedLifetime);
+    [[nodiscard]] OpcUa_StatusCode connect(const ConnectParameters& parameters,
+                                           OpcUa_UInt32& revisedLifetime);
     void cancelConnect();
     // Calls complete with BadConnectionClosed, and all callbacks have run when it returns. Good also when the
     // peer had gone; BadInvalidState when there was no connection, or on a callback of this channel.

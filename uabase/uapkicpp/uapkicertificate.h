@@ -20,7 +20,7 @@ class UaPkiCertificate : public UaPkiErrors
 public:
     enum SignatureAlgorithm { UnknownSignatureAlgorithm = -1, Sha1 = 0, Sha256 = 1 };
     // By the crypto library's number; any other of its numbers may be cast to it.
-    enum Extension {
+    enum Extension : int {
         NetscapeComment = 78,
         SubjectKeyIdentifier = 82,
         KeyUsage = 83,

@@ -1,7 +1,7 @@
 /* The built-in types of OPC 10000-6, 5.1.2, as plain C structures.
  *
- * Rules for all of them: a structure filled with zero bytes through its Initialize function is the type's null
- * value; Clear frees what it owns and initialises it again; Copy makes a deep copy (the destination is
+ * Rules for all of them: a structure filled with zero bytes through its Initialize function is the type's
+ * null value; Clear frees what it owns and initialises it again; Copy makes a deep copy (the destination is
  * initialised first, never cleared) and answers Good or BadOutOfMemory. Memory is that of OpcUa_Memory_Alloc.
  * No function here is thread-safe on one object. */
 #ifndef OPCUA_BUILTINTYPES_H
@@ -146,16 +146,16 @@ struct OpcUa_DataValue;
 /* Elements are those of the built-in type, packed: OpcUa_Int32[], OpcUa_String[], OpcUa_Variant[] ... */
 typedef struct OpcUa_VariantArray
 {
-    OpcUa_Int32 Length; /* of a matrix: the product of its dimensions; -1 a null array */
+    OpcUa_Int32 Length;         /* of a matrix: the product of its dimensions; -1 a null array */
     OpcUa_Int32 NoOfDimensions; /* 0 unless a matrix */
-    OpcUa_Int32* Dimensions; /* null unless a matrix; own block */
+    OpcUa_Int32* Dimensions;    /* null unless a matrix; own block */
     void* Data;
 } OpcUa_VariantArray;
 
 /* Types of up to 16 bytes lie inside; larger ones are one block that the variant owns. */
 typedef struct OpcUa_Variant
 {
-    OpcUa_Byte Datatype; /* OpcUa_BuiltInType */
+    OpcUa_Byte Datatype;  /* OpcUa_BuiltInType */
     OpcUa_Byte ArrayType; /* OpcUa_VariantArrayType */
     union {
         OpcUa_Boolean Boolean;
@@ -213,13 +213,15 @@ OPCUA_EXPORT void OpcUa_String_Initialize(OpcUa_String* value);
 OPCUA_EXPORT void OpcUa_String_Clear(OpcUa_String* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_String_Copy(const OpcUa_String* source, OpcUa_String* destination);
 /* Copies length bytes; length -1 means up to the NUL; a null text gives the null string. */
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_String_Assign(OpcUa_String* destination, const char* text, OpcUa_Int32 length);
+OPCUA_EXPORT OpcUa_StatusCode OpcUa_String_Assign(OpcUa_String* destination, const char* text,
+                                                  OpcUa_Int32 length);
 /* Bytewise order, null before empty before all others. */
 OPCUA_EXPORT int OpcUa_String_Compare(const OpcUa_String* left, const OpcUa_String* right);
 
 OPCUA_EXPORT void OpcUa_ByteString_Initialize(OpcUa_ByteString* value);
 OPCUA_EXPORT void OpcUa_ByteString_Clear(OpcUa_ByteString* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ByteString_Copy(const OpcUa_ByteString* source, OpcUa_ByteString* destination);
+OPCUA_EXPORT OpcUa_StatusCode OpcUa_ByteString_Copy(const OpcUa_ByteString* source,
+                                                    OpcUa_ByteString* destination);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_ByteString_Assign(OpcUa_ByteString* destination, const void* data,
                                                       OpcUa_Int32 length);
 OPCUA_EXPORT int OpcUa_ByteString_Compare(const OpcUa_ByteString* left, const OpcUa_ByteString* right);
@@ -238,30 +240,35 @@ OPCUA_EXPORT void OpcUa_ExpandedNodeId_Initialize(OpcUa_ExpandedNodeId* value);
 OPCUA_EXPORT void OpcUa_ExpandedNodeId_Clear(OpcUa_ExpandedNodeId* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_ExpandedNodeId_Copy(const OpcUa_ExpandedNodeId* source,
                                                         OpcUa_ExpandedNodeId* destination);
-OPCUA_EXPORT int OpcUa_ExpandedNodeId_Compare(const OpcUa_ExpandedNodeId* left, const OpcUa_ExpandedNodeId* right);
+OPCUA_EXPORT int OpcUa_ExpandedNodeId_Compare(const OpcUa_ExpandedNodeId* left,
+                                              const OpcUa_ExpandedNodeId* right);
 
 /* ---- names and texts ----------------------------------------------------------------------------------- */
 OPCUA_EXPORT void OpcUa_QualifiedName_Initialize(OpcUa_QualifiedName* value);
 OPCUA_EXPORT void OpcUa_QualifiedName_Clear(OpcUa_QualifiedName* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_QualifiedName_Copy(const OpcUa_QualifiedName* source,
                                                        OpcUa_QualifiedName* destination);
-OPCUA_EXPORT int OpcUa_QualifiedName_Compare(const OpcUa_QualifiedName* left, const OpcUa_QualifiedName* right);
+OPCUA_EXPORT int OpcUa_QualifiedName_Compare(const OpcUa_QualifiedName* left,
+                                             const OpcUa_QualifiedName* right);
 
 OPCUA_EXPORT void OpcUa_LocalizedText_Initialize(OpcUa_LocalizedText* value);
 OPCUA_EXPORT void OpcUa_LocalizedText_Clear(OpcUa_LocalizedText* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_LocalizedText_Copy(const OpcUa_LocalizedText* source,
                                                        OpcUa_LocalizedText* destination);
-OPCUA_EXPORT int OpcUa_LocalizedText_Compare(const OpcUa_LocalizedText* left, const OpcUa_LocalizedText* right);
+OPCUA_EXPORT int OpcUa_LocalizedText_Compare(const OpcUa_LocalizedText* left,
+                                             const OpcUa_LocalizedText* right);
 
 /* ---- values -------------------------------------------------------------------------------------------- */
 OPCUA_EXPORT void OpcUa_ExtensionObject_Initialize(OpcUa_ExtensionObject* value);
 OPCUA_EXPORT void OpcUa_ExtensionObject_Clear(OpcUa_ExtensionObject* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_ExtensionObject_Copy(const OpcUa_ExtensionObject* source,
                                                          OpcUa_ExtensionObject* destination);
-OPCUA_EXPORT int OpcUa_ExtensionObject_Compare(const OpcUa_ExtensionObject* left, const OpcUa_ExtensionObject* right);
+OPCUA_EXPORT int OpcUa_ExtensionObject_Compare(const OpcUa_ExtensionObject* left,
+                                               const OpcUa_ExtensionObject* right);
 /* Takes ownership of object (made with OpcUa_EncodeableObject_Create). */
 OPCUA_EXPORT void OpcUa_ExtensionObject_AttachEncodeable(OpcUa_ExtensionObject* value,
-                                                         const struct OpcUa_EncodeableType* type, void* object);
+                                                         const struct OpcUa_EncodeableType* type,
+                                                         void* object);
 
 OPCUA_EXPORT void OpcUa_Variant_Initialize(OpcUa_Variant* value);
 OPCUA_EXPORT void OpcUa_Variant_Clear(OpcUa_Variant* value);
@@ -271,14 +278,16 @@ OPCUA_EXPORT int OpcUa_Variant_Compare(const OpcUa_Variant* left, const OpcUa_Va
 
 OPCUA_EXPORT void OpcUa_DataValue_Initialize(OpcUa_DataValue* value);
 OPCUA_EXPORT void OpcUa_DataValue_Clear(OpcUa_DataValue* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_DataValue_Copy(const OpcUa_DataValue* source, OpcUa_DataValue* destination);
+OPCUA_EXPORT OpcUa_StatusCode OpcUa_DataValue_Copy(const OpcUa_DataValue* source,
+                                                   OpcUa_DataValue* destination);
 OPCUA_EXPORT int OpcUa_DataValue_Compare(const OpcUa_DataValue* left, const OpcUa_DataValue* right);
 
 OPCUA_EXPORT void OpcUa_DiagnosticInfo_Initialize(OpcUa_DiagnosticInfo* value);
 OPCUA_EXPORT void OpcUa_DiagnosticInfo_Clear(OpcUa_DiagnosticInfo* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_DiagnosticInfo_Copy(const OpcUa_DiagnosticInfo* source,
                                                         OpcUa_DiagnosticInfo* destination);
-OPCUA_EXPORT int OpcUa_DiagnosticInfo_Compare(const OpcUa_DiagnosticInfo* left, const OpcUa_DiagnosticInfo* right);
+OPCUA_EXPORT int OpcUa_DiagnosticInfo_Compare(const OpcUa_DiagnosticInfo* left,
+                                              const OpcUa_DiagnosticInfo* right);
 
 /* ---- by built-in type, for those that handle all of them ----------------------------------------------- */
 /* sizeof the C type; 0 for an unknown one. */

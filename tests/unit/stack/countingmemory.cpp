@@ -1,6 +1,7 @@
 #include "countingmemory.h"
 
 #include <opcua/opcua_platform.h>
+#include <stack/encoding/textpool.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -72,4 +73,14 @@ void* OpcUa_Memory_AllocArray(size_t count, size_t elementSize)
     if (memory != nullptr)
         std::memset(memory, 0, count * elementSize);
     return memory;
+}
+
+// every text is a block, which is counted and may fail
+opcua::TextPool::TextPool(size_t messageSize) : m_blockSize(messageSize) {}
+
+opcua::TextPool::~TextPool() = default;
+
+void* opcua::TextPool::allocate(size_t size)
+{
+    return OpcUa_Memory_Alloc(size);
 }

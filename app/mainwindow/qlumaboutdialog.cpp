@@ -1,0 +1,58 @@
+#include <app/mainwindow/qlumaboutdialog.h>
+
+#include <app/mainwindow/qlumupdatecheck.h>
+#include <opcua/opcua_channel.h>
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace {
+QString firstField(const char* version)
+{
+    return QString::fromUtf8(version).section(QLatin1Char('\\'), 0, 0);
+}
+} // namespace
+
+QlumAboutDialog::QlumAboutDialog(QWidget* parent) : QlumBaseWidget(QStringLiteral("QlumAboutDialog"), parent)
+{
+    setWindowTitle(tr("About Tavelin"));
+    auto* picture = new QLabel(this);
+    picture->setPixmap(QIcon(QStringLiteral(":/images/tavelin.png")).pixmap(64, 64));
+    auto* text =
+        new QLabel(tr("Korvanda Tavelin %1\nThe OPC Unified Architecture Client\n\nCommunication stack %2\n"
+                      "Platform layer %3\nQt %4")
+                       .arg(QlumUpdateCheck::currentVersion(), firstField(OpcUa_ProxyStub_GetVersion()),
+                            firstField(OpcUa_P_GetVersion()), QLatin1String(qVersion())),
+                   this);
+    text->setObjectName(QStringLiteral("versions"));
+    text->setTextFormat(Qt::PlainText);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
+    QPushButton* licenses = buttons->addButton(tr("Open License Folder"), QDialogButtonBox::ActionRole);
+    licenses->setObjectName(QStringLiteral("openLicenseFolder"));
+    connect(licenses, &QPushButton::clicked, this, &QlumAboutDialog::sltOpenLicenseFolder);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(picture);
+    layout->addWidget(text);
+    layout->addWidget(buttons);
+}
+
+void QlumAboutDialog::sltOpenLicenseFolder()
+{
+    const QString folder =
+        QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../lic/"));
+    if (!QDir(folder).exists() || !QDesktopServices::openUrl(QUrl::fromLocalFile(folder)))
+        QMessageBox::information(
+            this, windowTitle(),
+            tr("The license folder %1 could not be opened.").arg(QDir::toNativeSeparators(folder)));
+}

@@ -1,0 +1,114 @@
+#include <app/mainwindow/qlumaddressspacepage.h>
+
+#include <app/api/qlumaddressspacemodelinterface.h>
+#include <app/api/qlumservernode.h>
+
+#include <QAction>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QToolButton>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
+                                           const QlumAddressSpaceModelFactory& factory, QAction* rebrowse,
+                                           QWidget* parent)
+    : QWidget(parent), m_serverId(server->serverId()), m_tree(new QTreeView(this)),
+      m_highlight(new QComboBox(this))
+{
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(makeBar(rebrowse));
+    layout->addWidget(m_tree);
+    setupTree();
+    m_model = factory ? factory(server, m_highlight, m_tree) : nullptr;
+    if (!m_model)
+        return;
+    m_tree->setModel(m_model->itemModel());
+    connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &QlumAddressSpacePage::sltCurrentChanged);
+    connect(m_tree, &QTreeView::expanded, this, &QlumAddressSpacePage::sltExpanded);
+    connect(m_tree, &QTreeView::collapsed, this, [this] { m_tree->resizeColumnToContents(0); });
+    m_tree->expand(m_model->itemModel()->index(0, 0));
+}
+
+QLayout* QlumAddressSpacePage::makeBar(QAction* rebrowse)
+{
+    auto* button = new QToolButton(this);
+    button->setObjectName(QStringLiteral("rebrowse"));
+    button->setAccessibleName(tr("Rebrowse selected node"));
+    button->setAutoRaise(true);
+    button->setIcon(rebrowse->icon());
+    button->setToolTip(tr("Rebrowse selected node"));
+    button->setWhatsThis(rebrowse->whatsThis());
+    connect(button, &QToolButton::clicked, this, &QlumAddressSpacePage::rebrowseCurrent);
+
+    m_highlight->setObjectName(QStringLiteral("highlightNamespace"));
+    m_highlight->setAccessibleName(tr("Highlight Namespace"));
+    m_highlight->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    m_highlight->setWhatsThis(
+        tr("<b>Highlight Namespace</b><br>Select an entry to highlight all nodes of the namespace "
+           "in the Address Space."));
+
+    auto* bar = new QHBoxLayout;
+    bar->setContentsMargins(0, 0, 0, 0);
+    bar->setSpacing(0);
+    bar->addWidget(button);
+    bar->addWidget(m_highlight);
+    bar->addStretch();
+    return bar;
+}
+
+void QlumAddressSpacePage::setupTree()
+{
+    m_tree->setObjectName(QStringLiteral("addressSpaceTree"));
+    m_tree->setAccessibleName(tr("Address Space"));
+    m_tree->setWhatsThis(
+        tr("<b>Address Space</b><br>This window shows the address space of the current selected server. "
+           "You can switch between the servers in the project window."));
+    m_tree->setRootIsDecorated(false);
+    m_tree->setDragEnabled(true);
+    m_tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_tree->setHeaderHidden(true);
+    m_tree->setUniformRowHeights(true);
+    m_tree->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_tree->header()->setStretchLastSection(false);
+}
+
+void QlumAddressSpacePage::rebrowseCurrent()
+{
+    if (!m_model)
+        return;
+    QModelIndex index = m_tree->currentIndex();
+    // a failed first browse leaves no row that could be selected
+    if (!index.isValid())
+        index = m_model->itemModel()->index(0, 0);
+    m_model->rebrowseNodeIndex(index);
+}
+
+void QlumAddressSpacePage::serverModelChanged(const UaNodeId& node, unsigned char verb)
+{
+    if (m_model)
+        m_model->serverModelChanged(node, verb);
+}
+
+void QlumAddressSpacePage::sltCurrentChanged(const QModelIndex& current)
+{
+    UaNodeId nodeId;
+    UaNodeId parentId;
+    OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified;
+    if (!m_model->nodeInfo(current, nodeId, nodeClass, parentId))
+        return;
+    emit nodeSelected(m_serverId, &nodeId, nodeClass, parentId.isNull() ? nullptr : &parentId);
+}
+
+void QlumAddressSpacePage::sltExpanded(const QModelIndex& index)
+{
+    m_tree->resizeColumnToContents(0);
+    const QAbstractItemModel* model = m_tree->model();
+    if (const int count = model->rowCount(index); count > 0)
+        m_tree->scrollTo(model->index(count - 1, 0, index), QAbstractItemView::EnsureVisible);
+    m_tree->scrollTo(index, QAbstractItemView::EnsureVisible);
+}

@@ -1,0 +1,45 @@
+#pragma once
+#include <QPointer>
+#include <QWidget>
+#include <opcua/opcua_types.h>
+#include <uabase/uanodeid.h>
+
+#include <functional>
+
+class QComboBox;
+class QTreeView;
+class QlumAddressSpaceModelInterface;
+class QlumServerNode;
+
+/// Makes the model of a page; a null result means that the address space can not be shown.
+using QlumAddressSpaceModelFactory = std::function<QlumAddressSpaceModelInterface*(
+    QlumServerNode* server, QComboBox* highlight, QObject* parent)>;
+
+/// One server's address space as a tree, with the means to browse again and to highlight a namespace.
+class QlumAddressSpacePage : public QWidget
+{
+    Q_OBJECT
+public:
+    QlumAddressSpacePage(QlumServerNode* server, const QlumAddressSpaceModelFactory& factory,
+                         QAction* rebrowse, QWidget* parent = nullptr);
+
+    [[nodiscard]] unsigned int serverId() const { return m_serverId; }
+    [[nodiscard]] QTreeView* tree() const { return m_tree; }
+    void rebrowseCurrent();
+    void serverModelChanged(const UaNodeId& node, unsigned char verb);
+
+signals:
+    /// parentId is null for the root.
+    void nodeSelected(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass, UaNodeId* parentId);
+
+private:
+    QLayout* makeBar(QAction* rebrowse);
+    void setupTree();
+    void sltCurrentChanged(const QModelIndex& current);
+    void sltExpanded(const QModelIndex& index);
+
+    unsigned int m_serverId;
+    QTreeView* m_tree;
+    QComboBox* m_highlight;
+    QlumAddressSpaceModelInterface* m_model = nullptr; // child of the tree
+};

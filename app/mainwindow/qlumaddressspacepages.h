@@ -1,0 +1,42 @@
+#pragma once
+#include <QList>
+#include <QObject>
+#include <app/mainwindow/qlumaddressspacepage.h>
+
+class QAction;
+class QStackedWidget;
+
+/// Content of the address space dock: a placeholder and one page for each connected server.
+class QlumAddressSpacePages : public QObject
+{
+    Q_OBJECT
+public:
+    QlumAddressSpacePages(QAction* rebrowse, QlumAddressSpaceModelFactory factory, QWidget* parent);
+
+    [[nodiscard]] QWidget* widget() const;
+    /// Makes the server's page, or makes it anew.
+    void createAddressSpace(QlumServerNode* server);
+    void removePage(unsigned int serverId);
+    /// Shows the page of the server, the placeholder when it has none.
+    void showPage(unsigned int serverId);
+    [[nodiscard]] bool hasPage(unsigned int serverId) const { return page(serverId) != nullptr; }
+
+    /// Actions of the context menus of all pages, also of those to come.
+    void addAction(QAction* action);
+    void removeAction(QAction* action);
+
+    void rebrowseCurrent();
+    void serverModelChanged(unsigned int serverId, const UaNodeId& node, unsigned char verb);
+
+signals:
+    void nodeSelected(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass, UaNodeId* parentId);
+
+private:
+    [[nodiscard]] QlumAddressSpacePage* page(unsigned int serverId) const;
+    [[nodiscard]] QList<QlumAddressSpacePage*> pages() const;
+
+    QAction* m_rebrowse;
+    QlumAddressSpaceModelFactory m_factory;
+    QStackedWidget* m_stack;
+    QList<QAction*> m_actions;
+};

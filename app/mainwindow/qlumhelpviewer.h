@@ -1,0 +1,20 @@
+#pragma once
+#include <QWidget>
+
+class QTextBrowser;
+
+/// Window of the manual; its pages are part of the program.
+class QlumHelpViewer : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit QlumHelpViewer(QWidget* parent = nullptr);
+
+    /// Brings the window to the front, with the first page when it was not open.
+    void showContents();
+    void showPage(const QUrl& page);
+    [[nodiscard]] QTextBrowser* browser() const { return m_browser; }
+
+private:
+    QTextBrowser* m_browser;
+};

@@ -1,0 +1,183 @@
+#include <app/mainwindow/qlumprojectsession.h>
+
+#include <app/api/qlumuatrace.h>
+#include <app/mainwindow/qlummainactions.h>
+#include <app/mainwindow/qlumrecentfiles.h>
+#include <app/mainwindow/qlumsettingsmodel.h>
+
+#include <QAction>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMainWindow>
+#include <QMessageBox>
+
+#ifndef TAVELIN_BUILD_TAG
+#    define TAVELIN_BUILD_TAG ""
+#endif
+#ifndef TAVELIN_REVISION
+#    define TAVELIN_REVISION "0000000000000000000000000000000000000000"
+#endif
+
+namespace {
+const auto kSuffix = QStringLiteral(".uap");
+
+QString makeBaseTitle()
+{
+    const QString tag = QStringLiteral(TAVELIN_BUILD_TAG);
+    if (tag.isEmpty())
+        return QlumProjectSession::tr("Korvanda Tavelin - The OPC Unified Architecture Client");
+    return QStringLiteral("Korvanda Tavelin - %1 - %2").arg(QStringLiteral(TAVELIN_REVISION), tag);
+}
+
+// The dialog of a desktop does not add the suffix by itself.
+QString withSuffix(const QString& fileName)
+{
+    return QFileInfo(fileName).suffix().isEmpty() ? fileName + kSuffix : fileName;
+}
+} // namespace
+
+QlumProjectSession::QlumProjectSession(QMainWindow* window, const QlumMainActions* actions,
+                                       QlumSettingsModel* settings, QlumRecentFiles* recentFiles, Hooks hooks)
+    : QObject(window), m_window(window), m_actions(actions), m_settings(settings), m_recentFiles(recentFiles),
+      m_hooks(std::move(hooks)), m_baseTitle(makeBaseTitle())
+{
+    using A = QlumMainActions;
+    connect((*actions)[A::NewProject], &QAction::triggered, this, &QlumProjectSession::sltNew);
+    connect((*actions)[A::OpenProject], &QAction::triggered, this, &QlumProjectSession::sltOpen);
+    connect((*actions)[A::SaveProject], &QAction::triggered, this, &QlumProjectSession::sltSave);
+    connect((*actions)[A::SaveProjectAs], &QAction::triggered, this, &QlumProjectSession::sltSaveAs);
+    connect(recentFiles, &QlumRecentFiles::chosen, this, &QlumProjectSession::sltOpenRecent);
+    showTitle();
+}
+
+void QlumProjectSession::showTitle()
+{
+    const QString name =
+        m_file.isEmpty() ? QStringLiteral("NewProject") : QFileInfo(m_file).completeBaseName();
+    // a "[*]" in a file name must not become a second mark
+    m_window->setWindowTitle(
+        tr("%1 - %2[*]")
+            .arg(m_baseTitle, QString(name).replace(QLatin1String("[*]"), QLatin1String("[*][*]"))));
+}
+
+void QlumProjectSession::setCurrentFile(const QString& fileName, bool addToRecentFiles)
+{
+    m_file = fileName;
+    if (addToRecentFiles && !fileName.isEmpty())
+        m_recentFiles->add(fileName);
+    showTitle();
+}
+
+void QlumProjectSession::setModified()
+{
+    m_window->setWindowModified(true);
+    (*m_actions)[QlumMainActions::SaveProject]->setEnabled(true);
+    (*m_actions)[QlumMainActions::SaveProjectAs]->setEnabled(true);
+}
+
+void QlumProjectSession::setClean(bool hasProject)
+{
+    m_window->setWindowModified(false);
+    (*m_actions)[QlumMainActions::SaveProject]->setEnabled(false);
+    (*m_actions)[QlumMainActions::SaveProjectAs]->setEnabled(hasProject);
+}
+
+void QlumProjectSession::open(const QString& fileName)
+{
+    m_hooks.clear();
+    setCurrentFile(fileName, true);
+    m_hooks.load(fileName);
+    setClean(true);
+}
+
+void QlumProjectSession::parseArguments(const QStringList& arguments)
+{
+    const auto refuse = [](const QString& text) {
+        QlumUaTrace::log(QlumLogLevel::Error, text, QStringLiteral("Tavelin"));
+    };
+    if (arguments.size() > 1) {
+        refuse(tr("Too many command line arguments, Tavelin project file expected!"));
+    } else if (arguments.size() == 1) {
+        const QString& path = arguments.first();
+        if (path.endsWith(kSuffix) && QFile::exists(path)) {
+            m_hooks.clear();
+            setCurrentFile(path, false);
+            m_hooks.load(path);
+            setClean(true);
+        } else {
+            refuse(tr("Invalid command line argument, project could not be loaded!"));
+        }
+    }
+    m_window->setWindowModified(false);
+}
+
+QlumProjectSession::Unsaved QlumProjectSession::askForUnsaved()
+{
+    if (!m_window->isWindowModified())
+        return Unsaved::Discarded;
+    const auto answer =
+        QMessageBox::question(m_window, tr("Unsaved changes"), tr("Do you want to save the current project?"),
+                              QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
+    if (answer == QMessageBox::No)
+        return Unsaved::Discarded;
+    return answer == QMessageBox::Yes && sltSave() ? Unsaved::Saved : Unsaved::Keep;
+}
+
+bool QlumProjectSession::mayClose()
+{
+    if (m_settings->value(QStringLiteral("General.SuppressSaveOnExit")).toBool())
+        return true;
+    return askForUnsaved() != Unsaved::Keep;
+}
+
+void QlumProjectSession::sltNew()
+{
+    if (askForUnsaved() == Unsaved::Keep)
+        return;
+    m_hooks.clear();
+    setCurrentFile(QString(), false);
+    setClean(false);
+}
+
+void QlumProjectSession::sltOpen()
+{
+    if (askForUnsaved() == Unsaved::Keep)
+        return;
+    const QString fileName = QFileDialog::getOpenFileName(
+        m_window, tr("Open Project"), QFileInfo(m_file).absolutePath(), tr("UA Project File (*.uap)"));
+    if (!fileName.isEmpty())
+        open(fileName);
+}
+
+void QlumProjectSession::sltOpenRecent(const QString& fileName)
+{
+    if (askForUnsaved() != Unsaved::Keep)
+        open(fileName);
+}
+
+bool QlumProjectSession::sltSave()
+{
+    return m_file.isEmpty() ? sltSaveAs() : saveTo(m_file);
+}
+
+bool QlumProjectSession::sltSaveAs()
+{
+    const QString fileName =
+        QFileDialog::getSaveFileName(m_window, tr("Save Project"), m_file, tr("UA Project File (*.uap)"));
+    return !fileName.isEmpty() && saveTo(withSuffix(fileName));
+}
+
+bool QlumProjectSession::saveTo(const QString& fileName)
+{
+    if (!m_hooks.save(fileName)) {
+        QMessageBox::warning(
+            m_window, tr("Save Project"),
+            tr("Could not save the project.\nPlease check if you have sufficient rights to write to "
+               "the file."));
+        return false;
+    }
+    setCurrentFile(fileName, true);
+    setClean(true);
+    return true;
+}

@@ -1,0 +1,61 @@
+#pragma once
+#include <QObject>
+#include <QString>
+
+#include <functional>
+
+class QMainWindow;
+class QlumMainActions;
+class QlumRecentFiles;
+class QlumSettingsModel;
+
+/// The project as a file that the user opens and saves: its name, whether it differs from the file, and the
+/// window title that tells both.
+class QlumProjectSession : public QObject
+{
+    Q_OBJECT
+public:
+    struct Hooks
+    {
+        std::function<void()> clear;
+        std::function<void(const QString&)> load;
+        std::function<bool(const QString&)> save;
+    };
+
+    QlumProjectSession(QMainWindow* window, const QlumMainActions* actions, QlumSettingsModel* settings,
+                       QlumRecentFiles* recentFiles, Hooks hooks);
+
+    [[nodiscard]] QString baseTitle() const { return m_baseTitle; }
+    [[nodiscard]] QString currentFile() const { return m_file; }
+    void setCurrentFile(const QString& fileName, bool addToRecentFiles);
+    void setModified();
+    /// Opens the project file of the command line (arguments without the program); refusals are told in the
+    /// log.
+    void parseArguments(const QStringList& arguments);
+    /// Asks whether an unsaved project is to be saved; false when the window is to stay open.
+    [[nodiscard]] bool mayClose();
+    void open(const QString& fileName);
+
+public slots:
+    void sltNew();
+    void sltOpen();
+    bool sltSave();
+    bool sltSaveAs();
+    void sltOpenRecent(const QString& fileName);
+
+private:
+    enum class Unsaved { Keep, Discarded, Saved };
+
+    void showTitle();
+    void setClean(bool hasProject);
+    bool saveTo(const QString& fileName);
+    [[nodiscard]] Unsaved askForUnsaved();
+
+    QMainWindow* m_window;
+    const QlumMainActions* m_actions;
+    QlumSettingsModel* m_settings;
+    QlumRecentFiles* m_recentFiles;
+    Hooks m_hooks;
+    QString m_baseTitle;
+    QString m_file;
+};

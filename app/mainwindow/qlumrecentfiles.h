@@ -1,0 +1,34 @@
+#pragma once
+#include <QObject>
+#include <QStringList>
+
+class QMenu;
+class QlumSettingsModel;
+
+/// The projects used last, in a sub-menu and in the settings.
+class QlumRecentFiles : public QObject
+{
+    Q_OBJECT
+public:
+    QlumRecentFiles(QlumSettingsModel* settings, QWidget* window);
+
+    [[nodiscard]] QMenu* menu() const { return m_menu; }
+    [[nodiscard]] QStringList files() const;
+    /// Puts the file in the first place.
+    void add(const QString& fileName);
+    void remove(const QString& fileName);
+    /// Shows what the settings hold now.
+    void updateActions();
+
+signals:
+    /// The user chose a file that exists.
+    void chosen(const QString& fileName);
+
+private:
+    void store(const QStringList& files);
+    void choose(const QString& fileName);
+
+    QlumSettingsModel* m_settings;
+    QWidget* m_window;
+    QMenu* m_menu;
+};

@@ -1,0 +1,139 @@
+#include <app/mainwindow/qlumservercommands.h>
+
+#include <app/mainwindow/qlumaddressspacepages.h>
+#include <app/mainwindow/qlummainactions.h>
+#include <app/mainwindow/qlumtavelinservices.h>
+#include <app/pluginloader/qlumdirector.h>
+#include <app/project/qlumprojectmodel.h>
+
+#include <QAction>
+#include <QTreeView>
+
+QlumServerCommands::QlumServerCommands(const Parts& parts) : QObject(parts.window), m_parts(parts)
+{
+    using A = QlumMainActions;
+    const auto on = [this](A::Id id, void (QlumServerCommands::*slot)()) {
+        connect((*m_parts.actions)[id], &QAction::triggered, this, slot);
+    };
+    on(A::AddServer, &QlumServerCommands::sltServerAdd);
+    on(A::RemoveServer, &QlumServerCommands::sltServerRemove);
+    on(A::ConnectServer, &QlumServerCommands::sltServerConnect);
+    on(A::DisconnectServer, &QlumServerCommands::sltServerDisconnect);
+    on(A::ServerProperties, &QlumServerCommands::sltServerProperties);
+    on(A::ChangeUser, &QlumServerCommands::sltServerChangeUser);
+    connect(m_parts.project, &QlumProjectModel::serverNodeChanged, this,
+            &QlumServerCommands::sltServerNodeChanged);
+    updateActions();
+}
+
+QlumServerNode* QlumServerCommands::selected() const
+{
+    return qobject_cast<QlumServerNode*>(m_parts.project->nodeOf(m_parts.projectView->currentIndex()));
+}
+
+void QlumServerCommands::serverAdded(QlumServerNode* server)
+{
+    connect(server, &QlumServerNode::retryConnectServer, this, [this, server] { connectServer(server); });
+    m_parts.projectView->setCurrentIndex(m_parts.project->indexOf(server));
+}
+
+void QlumServerCommands::sltServerAdd()
+{
+    std::unique_ptr<QlumServerNode> made = m_parts.services->askForServer(m_parts.window);
+    if (!made)
+        return;
+    serverAdded(m_parts.project->addServer(std::move(made)));
+    emit modified();
+}
+
+void QlumServerCommands::sltServerRemove()
+{
+    if (QlumServerNode* server = selected()) {
+        removeServer(server);
+        emit modified();
+    }
+}
+
+void QlumServerCommands::removeServer(QlumServerNode* server)
+{
+    const unsigned int id = server->serverId();
+    if (qlumIsConnected(server->connectionStatus()) ||
+        server->connectionStatus() == QlumConnectionStatus::NewSessionCreated)
+        server->disconnectServer();
+    m_parts.pages->removePage(id);
+    m_parts.plugins->sessionRemoved(id);
+    m_parts.project->removeServer(server);
+    updateActions();
+}
+
+void QlumServerCommands::sltServerConnect()
+{
+    if (QlumServerNode* server = selected())
+        connectServer(server);
+}
+
+void QlumServerCommands::connectServer(QlumServerNode* server)
+{
+    const unsigned int id = server->serverId();
+    if (m_connecting.contains(id))
+        return;
+    m_connecting.append(id);
+    updateActions();
+    const QPointer<QlumServerNode> guard(server);
+    const bool connected = server->connectServer();
+    m_connecting.removeAll(id);
+    if (guard && connected) {
+        m_parts.pages->createAddressSpace(guard);
+        if (const QlumServerNode* current = selected(); current && current != guard)
+            m_parts.pages->showPage(current->serverId());
+    }
+    updateActions();
+}
+
+void QlumServerCommands::sltServerDisconnect()
+{
+    if (QlumServerNode* server = selected())
+        server->disconnectServer();
+    updateActions();
+}
+
+void QlumServerCommands::sltServerProperties()
+{
+    QlumServerNode* server = selected();
+    if (server && m_parts.services->editServer(server, m_parts.window))
+        emit modified();
+}
+
+void QlumServerCommands::sltServerChangeUser()
+{
+    if (QlumServerNode* server = selected())
+        server->changeUser();
+}
+
+void QlumServerCommands::updateActions()
+{
+    using A = QlumMainActions;
+    const QlumServerNode* server = selected();
+    const bool busy = server && m_connecting.contains(server->serverId());
+    const QlumConnectionStatus status =
+        server ? server->connectionStatus() : QlumConnectionStatus::Disconnected;
+    const bool open =
+        status == QlumConnectionStatus::Disconnected || status == QlumConnectionStatus::ConnectFailed;
+    const auto enable = [this](A::Id id, bool enabled) { (*m_parts.actions)[id]->setEnabled(enabled); };
+    enable(A::AddServer, static_cast<bool>(m_parts.services->askForServer));
+    enable(A::RemoveServer, server && !busy);
+    enable(A::ConnectServer, server && !busy && open);
+    enable(A::DisconnectServer, server && !busy && !open);
+    enable(A::ServerProperties, server && !busy && m_parts.services->editServer);
+    enable(A::ChangeUser, server && !busy && !open && status != QlumConnectionStatus::Connecting);
+}
+
+void QlumServerCommands::sltServerNodeChanged(QlumProjectNode*, QWidget*, QlumConnectionStatus status,
+                                              unsigned int serverId, const NamespaceMap& namespaceMap)
+{
+    // the nodes of a closed session can be asked for nothing
+    if (status == QlumConnectionStatus::Disconnected)
+        m_parts.pages->removePage(serverId);
+    m_parts.plugins->sessionStatusChanged(serverId, status, namespaceMap);
+    updateActions();
+}

@@ -1,0 +1,59 @@
+#pragma once
+#include <QObject>
+#include <QPointer>
+#include <app/api/qlumservernode.h>
+
+class QTreeView;
+class QlumAddressSpacePages;
+class QlumDirector;
+class QlumMainActions;
+class QlumProjectModel;
+struct QlumTavelinServices;
+
+/// What the user does with servers, and what follows from a change of their state.
+class QlumServerCommands : public QObject
+{
+    Q_OBJECT
+public:
+    struct Parts
+    {
+        QWidget* window;
+        const QlumMainActions* actions;
+        const QlumTavelinServices* services;
+        QlumProjectModel* project;
+        QTreeView* projectView;
+        QlumAddressSpacePages* pages;
+        QlumDirector* plugins;
+    };
+
+    explicit QlumServerCommands(const Parts& parts);
+
+    /// Shows the server in the tree and listens to it.
+    void serverAdded(QlumServerNode* server);
+    void connectServer(QlumServerNode* server);
+    /// Disconnects the server, tells the plugins, then deletes it.
+    void removeServer(QlumServerNode* server);
+    /// Of the project tree; null when no server is selected.
+    [[nodiscard]] QlumServerNode* selected() const;
+
+public slots:
+    void sltServerAdd();
+    void sltServerRemove();
+    void sltServerConnect();
+    void sltServerDisconnect();
+    void sltServerProperties();
+    void sltServerChangeUser();
+    /// Enables the actions that make sense for the selected server.
+    void updateActions();
+
+signals:
+    /// The project differs from its file.
+    void modified();
+
+private:
+    void sltServerNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
+                              unsigned int serverId, const NamespaceMap& namespaceMap);
+
+    Parts m_parts;
+    QList<unsigned int> m_connecting; // a connect may run a nested event loop
+};

@@ -1,0 +1,218 @@
+#include <app/mainwindow/qlumtavelin.h>
+
+#include <app/api/qlummetatypes.h>
+#include <app/api/qlumuatrace.h>
+#include <app/log/qlumlogmodel.h>
+#include <app/log/qlumlogview.h>
+#include <app/log/qlumtracesettings.h>
+#include <app/mainwindow/qlumaddressspacepages.h>
+#include <app/mainwindow/qlumdocumentarea.h>
+#include <app/mainwindow/qlumhelpviewer.h>
+#include <app/mainwindow/qlummainactions.h>
+#include <app/mainwindow/qlumprojectsession.h>
+#include <app/mainwindow/qlumrecentfiles.h>
+#include <app/mainwindow/qlumservercommands.h>
+#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/mainwindow/qlumupdatecheck.h>
+#include <app/pluginloader/qlumdirector.h>
+#include <app/project/qlumprojectfile.h>
+#include <app/project/qlumprojectmodel.h>
+#include <app/project/qlumprojectnodedocument.h>
+#include <app/startup/qlumupdatedialog.h>
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QHeaderView>
+#include <QNetworkAccessManager>
+#include <QSettings>
+#include <QTabWidget>
+#include <QTreeView>
+
+namespace {
+const auto kSource = QStringLiteral("Tavelin");
+const auto kGeometry = QStringLiteral("geometry");
+const auto kWindowState = QStringLiteral("windowState");
+const auto kLogView = QStringLiteral("logview");
+const auto kCheckForUpdates = QStringLiteral("AutomaticUpdate.CheckForUpdates");
+const auto kUpdateInterval = QStringLiteral("AutomaticUpdate.UpdateInterval");
+
+QlumTavelin* g_instance = nullptr;
+} // namespace
+
+QlumTavelin::QlumTavelin(QlumTavelinServices services, QWidget* parent, Qt::WindowFlags flags)
+    : QMainWindow(parent, flags), m_services(std::move(services))
+{
+    qlumRegisterMetaTypes();
+    setObjectName(QStringLiteral("QlumTavelin"));
+    g_instance = this;
+    m_settings = std::make_unique<QlumSettingsModel>();
+    m_network = std::make_unique<QNetworkAccessManager>();
+    setupModels();
+    loadTavelinSettings();
+    setInstance(this);
+    QlumUaTrace::setApplication(this);
+    setupActions();
+    setupGui();
+    setupConnections();
+    setupHelp();
+    setupPlugins();
+    setupMenu();
+    m_recentFiles->updateActions();
+    updateTraceSettings();
+    loadGuiState();
+    m_updates->checkAutomatically();
+    UaTrace::setErrorTraceHook(this);
+    log(QlumLogLevel::Info, tr("Tavelin is ready to use."), QlumNoServer, kSource);
+}
+
+QlumTavelin::~QlumTavelin()
+{
+    // taken while the docks of the plugins are still there
+    const QByteArray windowState = saveState();
+    UaTrace::setErrorTraceHook(nullptr);
+    saveTavelinSettings();
+    clearProject();
+    UaTrace::closeTrace();
+    m_loader.unloadPlugins();
+    saveGuiState(windowState);
+    m_projectView->setModel(nullptr);
+    delete m_help;
+    QlumUaTrace::setApplication(nullptr);
+    setInstance(nullptr);
+    g_instance = nullptr;
+    // the parts go before the settings and the plugins' director that they use
+    delete takeCentralWidget();
+}
+
+QlumTavelin* QlumTavelin::instance() noexcept
+{
+    return g_instance;
+}
+
+void QlumTavelin::setupModels()
+{
+    m_logModel = new QlumLogModel(this);
+    m_project = new QlumProjectModel(this);
+}
+
+void QlumTavelin::loadTavelinSettings()
+{
+    m_logModel->setMaxEntries(m_settings->value(QStringLiteral("General.LogMaxEntries")).toInt());
+    m_logModel->setShowDate(m_settings->value(QStringLiteral("General.LogShowDateWithTimestamps")).toBool());
+}
+
+void QlumTavelin::saveTavelinSettings()
+{
+    m_project->store();
+    QSettings().sync();
+}
+
+void QlumTavelin::setupActions()
+{
+    m_actions = new QlumMainActions(this);
+    m_recentFiles = new QlumRecentFiles(m_settings.get(), this);
+}
+
+void QlumTavelin::setupPlugins()
+{
+    log(QlumLogLevel::Info, tr("Loading plugins..."), QlumNoServer, kSource);
+    m_loader.loadPlugins(this);
+    m_pluginPath = m_loader.path();
+    m_pluginKeys = m_loader.filenames();
+    const auto defaultDocument = QStringLiteral("Data Access View");
+    m_documents->add(defaultDocument, m_documents->freeName(defaultDocument));
+}
+
+void QlumTavelin::setupMenu()
+{
+    m_actions->makeMenus(createPopupMenu(), m_recentFiles->menu());
+}
+
+void QlumTavelin::setupHelp()
+{
+    m_help = new QlumHelpViewer(nullptr);
+}
+
+void QlumTavelin::loadGuiState()
+{
+    arrangeDocks();
+    const QSettings settings;
+    restoreGeometry(settings.value(kGeometry).toByteArray());
+    restoreState(settings.value(kWindowState).toByteArray());
+    m_logView->header()->restoreState(settings.value(kLogView).toByteArray());
+}
+
+void QlumTavelin::saveGuiState(const QByteArray& windowState)
+{
+    QSettings settings;
+    settings.setValue(kGeometry, saveGeometry());
+    settings.setValue(kWindowState, windowState);
+    settings.setValue(kLogView, m_logView->header()->saveState());
+}
+
+void QlumTavelin::setupUpdateSettings()
+{
+    if (!settingsValue(kCheckForUpdates).isNull())
+        return;
+    QlumUpdateDialog dialog(settingsValue(kUpdateInterval).toInt(), this);
+    dialog.exec();
+    setSettingsValue(kCheckForUpdates, dialog.checkForUpdates());
+    setSettingsValue(kUpdateInterval, dialog.interval());
+}
+
+void QlumTavelin::parseArguments()
+{
+    m_session->parseArguments(QCoreApplication::arguments().mid(1));
+}
+
+QlumProjectFile QlumTavelin::makeProjectFile()
+{
+    QlumProjectFileHooks hooks;
+    hooks.createServer = [this](const QString& name, QSettings& settings) {
+        return m_services.createServer ? m_services.createServer(name, settings) : nullptr;
+    };
+    hooks.serverAdded = [this](QlumServerNode* server) { m_servers->serverAdded(server); };
+    hooks.createDocument = [this](const QString& type, const QString& name) {
+        return m_documents->add(type, name);
+    };
+    return QlumProjectFile(m_project, m_director.get(), std::move(hooks));
+}
+
+bool QlumTavelin::saveProject(const QString& fileName)
+{
+    return makeProjectFile().save(fileName);
+}
+
+void QlumTavelin::loadProject(const QString& fileName)
+{
+    m_loading = true;
+    const QList<QPointer<QlumServerNode>> toConnect = makeProjectFile().load(fileName);
+    for (const QPointer<QlumServerNode>& server : toConnect) {
+        if (server)
+            m_servers->connectServer(server);
+    }
+    m_loading = false;
+}
+
+void QlumTavelin::clearProject()
+{
+    m_documents->clear();
+    for (QlumServerNode* server : m_project->servers())
+        m_servers->removeServer(server);
+}
+
+void QlumTavelin::updateTraceSettings()
+{
+    const QlumTraceSettings trace(m_settings.get());
+    trace.apply();
+    m_minimumLogLevel.store(trace.logLevel());
+}
+
+void QlumTavelin::closeEvent(QCloseEvent* event)
+{
+    if (m_session->mayClose())
+        event->accept();
+    else
+        event->ignore();
+}

@@ -1,0 +1,271 @@
+// The main window's widgets and what their signals do.
+#include <app/log/qlumlogmodel.h>
+#include <app/log/qlumlogview.h>
+#include <app/mainwindow/qlumaboutdialog.h>
+#include <app/mainwindow/qlumaddressspacepages.h>
+#include <app/mainwindow/qlumbugreport.h>
+#include <app/mainwindow/qlumdocumentarea.h>
+#include <app/mainwindow/qlumhelpviewer.h>
+#include <app/mainwindow/qlummainactions.h>
+#include <app/mainwindow/qlumprojectsession.h>
+#include <app/mainwindow/qlumrecentfiles.h>
+#include <app/mainwindow/qlumservercommands.h>
+#include <app/mainwindow/qlumsettingsdialog.h>
+#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/mainwindow/qlumtavelin.h>
+#include <app/mainwindow/qlumupdatecheck.h>
+#include <app/pluginloader/qlumdirector.h>
+#include <app/pluginloader/qlumplugindialog.h>
+#include <app/project/qlumprojectmodel.h>
+#include <app/project/qlumprojectnodedocument.h>
+#include <app/startup/qlumtipwindow.h>
+#include <uabase/uanodeid.h>
+#include <uawidgets/qlumemptydocument.h>
+
+#include <QAction>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QSaveFile>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTextStream>
+#include <QTreeView>
+#include <QWhatsThis>
+
+void QlumTavelin::setupGui()
+{
+    m_director = std::make_unique<QlumDirector>(&m_loader);
+    setWindowIcon(QIcon(QStringLiteral(":/images/tavelin.png")));
+    setDockOptions(dockOptions() | QMainWindow::AllowNestedDocks);
+    resize(1200, 800);
+    setCentralWidget(makeCentralWidget());
+    makeDocks();
+    m_actions->makeToolBars();
+    statusBar()->setObjectName(QStringLiteral("statusBar"));
+}
+
+QWidget* QlumTavelin::makeCentralWidget()
+{
+    auto* stack = new QStackedWidget(this);
+    stack->setObjectName(QStringLiteral("centralStack"));
+    m_tabs = new QTabWidget(stack);
+    m_tabs->setObjectName(QStringLiteral("documents"));
+    m_tabs->setAccessibleName(tr("Documents"));
+    m_tabs->setTabsClosable(true);
+    m_tabs->setMovable(true);
+    m_tabs->setDocumentMode(true);
+    m_tabs->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_tabs->QWidget::addAction((*m_actions)[QlumMainActions::CloseTab]);
+    stack->addWidget(new QlumEmptyDocument(
+        tr("No document is open"), tr("Choose \"Add...\" in the menu \"Document\" to open a view."), stack));
+    stack->addWidget(m_tabs);
+    connect(m_tabs, &QTabWidget::currentChanged, stack,
+            [this, stack] { stack->setCurrentIndex(m_tabs->count() > 0 ? 1 : 0); });
+    m_documents = new QlumDocumentArea(m_tabs, m_project, &m_loader, this);
+    return stack;
+}
+
+QDockWidget* QlumTavelin::makeDock(const QString& title, const QString& name, const QString& whatsThis,
+                                   QWidget* content, Qt::DockWidgetArea area)
+{
+    auto* dock = new QDockWidget(title, this);
+    dock->setObjectName(name);
+    dock->setWhatsThis(whatsThis);
+    dock->setWidget(content);
+    addDockWidget(area, dock);
+    return dock;
+}
+
+void QlumTavelin::makeDocks()
+{
+    using A = QlumMainActions;
+    m_projectView = new QTreeView(this);
+    m_projectView->setObjectName(QStringLiteral("projectTree"));
+    m_projectView->setAccessibleName(tr("Project"));
+    m_projectView->setHeaderHidden(true);
+    m_projectView->setModel(m_project);
+    m_projectView->expandAll();
+    m_projectView->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_projectView->addActions(
+        m_actions->list({A::AddServer, A::RemoveServer, A::ConnectServer, A::DisconnectServer,
+                         A::ServerProperties, A::ChangeUser, A::AddDocument, A::RemoveDocument}));
+    makeDock(tr("Project"), QStringLiteral("Project Dock Widget"),
+             tr("<b>Project</b><br>In this window you can manage multiple server connections and documents."),
+             m_projectView, Qt::LeftDockWidgetArea);
+
+    m_pages = new QlumAddressSpacePages((*m_actions)[A::Rebrowse], m_services.createPageModel, this);
+    m_addressSpaceDock = makeDock(tr("Address Space"), QStringLiteral("Address Space Dock Widget"),
+                                  tr("<b>Address Space</b><br>This window shows the address space of the "
+                                     "current selected server. You can switch "
+                                     "between the servers in the project window."),
+                                  m_pages->widget(), Qt::LeftDockWidgetArea);
+
+    m_logView = new QlumLogView(m_logModel, m_actions->list({A::ClearLog, A::SaveLog}), this);
+    makeDock(
+        tr("Log"), QStringLiteral("Log Dock Widget"),
+        tr("<b>Log</b><br>This window shows what Tavelin did and what went wrong, the newest entry last."),
+        m_logView, Qt::BottomDockWidgetArea);
+}
+
+// How the window looks until the user arranges it: most room for the address space and the documents.
+void QlumTavelin::arrangeDocks()
+{
+    const auto dock = [this](const char* name) { return findChild<QDockWidget*>(QLatin1String(name)); };
+    QDockWidget* project = dock("Project Dock Widget");
+    resizeDocks({project, m_addressSpaceDock}, {200, 400}, Qt::Vertical);
+    resizeDocks({dock("Log Dock Widget")}, {180}, Qt::Vertical);
+    resizeDocks({project}, {300}, Qt::Horizontal);
+    if (QDockWidget* attributes = dock("Attributes Dock Widget"))
+        resizeDocks({attributes}, {320}, Qt::Horizontal);
+}
+
+void QlumTavelin::setupConnections()
+{
+    m_servers = new QlumServerCommands(
+        {this, m_actions, &m_services, m_project, m_projectView, m_pages, m_director.get()});
+    m_session = new QlumProjectSession(this, m_actions, m_settings.get(), m_recentFiles,
+                                       {[this] { clearProject(); },
+                                        [this](const QString& file) { loadProject(file); },
+                                        [this](const QString& file) { return saveProject(file); }});
+    m_updates = new QlumUpdateCheck(m_settings.get(), m_network.get(), this);
+    connectCommands();
+    connectViews();
+}
+
+void QlumTavelin::connectCommands()
+{
+    using A = QlumMainActions;
+    const auto on = [this](A::Id id, auto slot) {
+        connect((*m_actions)[id], &QAction::triggered, this, slot);
+    };
+    on(A::Quit, &QWidget::close);
+    on(A::AddDocument, &QlumTavelin::sltDocumentAdd);
+    on(A::RemoveDocument, &QlumTavelin::sltDocumentRemove);
+    on(A::CloseTab, &QlumTavelin::sltCloseTab);
+    on(A::Configure, &QlumTavelin::sltConfigure);
+    on(A::Plugins, [this] { QlumPluginDialog(m_pluginPath, m_pluginKeys, this).exec(); });
+    on(A::Certificates, [this] { m_services.manageCertificates(this); });
+    on(A::Manual, [this] { m_help->showContents(); });
+    on(A::WhatsThis, [] { QWhatsThis::enterWhatsThisMode(); });
+    on(A::TipOfTheDay, &QlumTavelin::sltTipOfTheDay);
+    on(A::ReportBug, &QlumTavelin::sltHelpReportBug);
+    on(A::CheckUpdates, &QlumTavelin::sltHelpCheckUpdates);
+    on(A::About, [this] { QlumAboutDialog(this).exec(); });
+    on(A::ClearLog, [this] { m_logModel->clear(); });
+    on(A::SaveLog, &QlumTavelin::sltSaveLog);
+    on(A::Rebrowse, [this] { m_pages->rebrowseCurrent(); });
+    (*m_actions)[A::Certificates]->setEnabled(static_cast<bool>(m_services.manageCertificates));
+}
+
+void QlumTavelin::connectViews()
+{
+    connect(m_servers, &QlumServerCommands::modified, this, &QlumTavelin::setModified);
+    connect(m_projectView->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &QlumTavelin::sltCurrentProjectNodeChanged);
+    connect(m_project, &QAbstractItemModel::rowsInserted, m_projectView,
+            [this](const QModelIndex& parent) { m_projectView->expand(parent); });
+    connect(m_project, &QlumProjectModel::documentNodeChanged, this, &QlumTavelin::setModified);
+    connect(m_project, &QlumProjectModel::serverModelChanged, this,
+            [this](unsigned int serverId, const UaNodeId& node, OpcUa_Byte change) {
+                m_pages->serverModelChanged(serverId, node, change);
+                m_director->serverModelChanged(serverId, node, change);
+            });
+    connect(m_pages, &QlumAddressSpacePages::nodeSelected, this,
+            [this](unsigned int serverId, UaNodeId* node, OpcUa_NodeClass nodeClass, UaNodeId* parent) {
+                m_director->selectionChanged(serverId, node, nodeClass, parent);
+            });
+    connect(m_documents, &QlumDocumentArea::currentChanged, this, &QlumTavelin::sltCurrentDocumentChanged);
+    connect(m_tabs, &QTabWidget::tabCloseRequested, this, [this](int tab) {
+        m_tabs->setCurrentIndex(tab);
+        sltCloseTab();
+    });
+}
+
+void QlumTavelin::sltCurrentProjectNodeChanged()
+{
+    const QlumProjectNode* node = m_project->nodeOf(m_projectView->currentIndex());
+    m_servers->updateActions();
+    const auto* document = qobject_cast<const QlumProjectNodeDocument*>(node);
+    (*m_actions)[QlumMainActions::RemoveDocument]->setEnabled(document != nullptr);
+    if (document)
+        m_documents->show(document);
+    const auto* server = qobject_cast<const QlumServerNode*>(node);
+    if (!server)
+        return;
+    m_pages->showPage(server->serverId());
+    m_director->serverSelectionChanged(server->serverId());
+}
+
+void QlumTavelin::sltDocumentAdd()
+{
+    if (m_documents->askAndAdd())
+        setModified();
+}
+
+void QlumTavelin::sltDocumentRemove()
+{
+    auto* document = qobject_cast<QlumProjectNodeDocument*>(m_project->nodeOf(m_projectView->currentIndex()));
+    if (!document)
+        return;
+    m_documents->remove(document);
+    setModified();
+}
+
+void QlumTavelin::sltCloseTab()
+{
+    if (QlumProjectNodeDocument* document = m_documents->current()) {
+        m_documents->remove(document);
+        setModified();
+    }
+}
+
+void QlumTavelin::sltCurrentDocumentChanged(QlumProjectNodeDocument* document)
+{
+    (*m_actions)[QlumMainActions::CloseTab]->setEnabled(document != nullptr);
+}
+
+void QlumTavelin::sltConfigure()
+{
+    QlumSettingsDialog dialog(m_settings.get(), this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    loadTavelinSettings();
+    m_recentFiles->updateActions();
+    updateTraceSettings();
+}
+
+void QlumTavelin::sltSaveLog()
+{
+    const QString fileName =
+        QFileDialog::getSaveFileName(this, tr("Save Log As"), QString(), tr("Log Files (*.log)"));
+    if (fileName.isEmpty())
+        return;
+    QSaveFile file(fileName);
+    bool saved = file.open(QIODevice::WriteOnly | QIODevice::Text);
+    if (saved) {
+        QTextStream stream(&file);
+        stream.setCodec("UTF-8");
+        m_logModel->save(stream);
+        stream.flush();
+        saved = file.commit();
+    }
+    if (!saved)
+        log(QlumLogLevel::Error, tr("Open file %1 for writing returned %2").arg(fileName, file.errorString()),
+            QlumNoServer, QStringLiteral("General"));
+}
+
+void QlumTavelin::sltHelpCheckUpdates()
+{
+    m_updates->checkNow();
+}
+
+void QlumTavelin::sltHelpReportBug()
+{
+    QlumBugReport::send(this);
+}
+
+void QlumTavelin::sltTipOfTheDay()
+{
+    QlumTipWindow(this).exec();
+}

@@ -1,0 +1,28 @@
+#pragma once
+#include <QString>
+#include <app/mainwindow/qlumaddressspacepage.h>
+
+#include <functional>
+#include <memory>
+
+class QSettings;
+class QWidget;
+class QlumAddressSpaceModel;
+class QlumServerNode;
+class UaNodeId;
+
+/// What the main window has others do for it. An action whose service is missing stays disabled.
+struct QlumTavelinServices
+{
+    /// A server with the connection settings of the open group of a project file.
+    std::function<std::unique_ptr<QlumServerNode>(const QString& name, QSettings& settings)> createServer;
+    /// Asks the user for a new server; null when the user thought better of it.
+    std::function<std::unique_ptr<QlumServerNode>(QWidget* parent)> askForServer;
+    /// Shows the settings of a server; true when they were changed.
+    std::function<bool(QlumServerNode* server, QWidget* parent)> editServer;
+    QlumAddressSpaceModelFactory createPageModel;
+    /// A model of the nodes below a start node, owned by the caller.
+    std::function<QlumAddressSpaceModel*(QlumServerNode* server, const UaNodeId& startNode)>
+        createSubTreeModel;
+    std::function<void(QWidget* parent)> manageCertificates;
+};

@@ -1,0 +1,16 @@
+// The tools that are part of the program. The order of these lines is the order of loading, of event delivery
+// and of the groups in project files.
+#include <QtPlugin>
+
+Q_IMPORT_PLUGIN(QlumDevicesPlugin)
+Q_IMPORT_PLUGIN(QlumAttributePlugin)
+Q_IMPORT_PLUGIN(QlumReferencePlugin)
+Q_IMPORT_PLUGIN(QlumDaPlugin)
+Q_IMPORT_PLUGIN(QlumHistoryPlugin)
+Q_IMPORT_PLUGIN(QlumEventPlugin)
+Q_IMPORT_PLUGIN(QlumMethodPlugin)
+Q_IMPORT_PLUGIN(QlumPerformancePlugin)
+Q_IMPORT_PLUGIN(QlumImageViewerPlugin)
+Q_IMPORT_PLUGIN(QlumServerDiagnosticPlugin)
+Q_IMPORT_PLUGIN(QlumDataLoggerPlugin)
+Q_IMPORT_PLUGIN(QlumGDSPlugin)

@@ -1,0 +1,254 @@
+#include <app/project/qlumprojectfile.h>
+
+#include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumdocumentwidgetinterface.h>
+#include <app/api/qlumtext.h>
+#include <app/api/qlumuatrace.h>
+#include <app/project/qluminicheck.h>
+#include <app/project/qlumprojectmodel.h>
+#include <app/project/qlumprojectnodedocument.h>
+#include <uabase/uadir.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QTemporaryDir>
+
+#include <span>
+#include <sys/stat.h>
+
+namespace {
+constexpr int kMaxServers = 1000;
+constexpr int kMaxDocuments = 1000;
+// Far above what servers have; an index that claims more would only size memory.
+constexpr int kMaxNamespaces = 4096;
+
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumProjectFile)
+};
+
+void log(int level, const QString& text)
+{
+    QlumUaTrace::log(level, text, Text::tr("Project"));
+}
+
+bool isWritable(const QString& fileName)
+{
+    const QFileInfo file(fileName);
+    if (file.exists())
+        return file.isFile() && file.isWritable();
+    const QFileInfo folder(file.absolutePath());
+    return folder.isDir() && folder.isWritable();
+}
+
+// An existing file keeps its access rights.
+unsigned int modeFor(const QString& fileName)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(fileName).constData(), &status) == 0)
+        return status.st_mode & 07777u;
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666u & ~mask;
+}
+
+bool replaceFile(const QString& fileName, const QByteArray& content)
+{
+    const auto bytes = std::span(reinterpret_cast<const unsigned char*>(content.constData()),
+                                 static_cast<std::size_t>(content.size()));
+    const std::error_code error = uaWriteFileAtomically(toUaString(fileName), bytes, modeFor(fileName));
+    if (error)
+        log(QlumLogLevel::Error,
+            Text::tr("Writing %1 failed: %2.")
+                .arg(QDir::toNativeSeparators(fileName), QString::fromStdString(error.message())));
+    return !error;
+}
+
+QStringList bounded(QStringList groups, int maximum, const QString& what)
+{
+    if (groups.size() > maximum) {
+        log(QlumLogLevel::Error, Text::tr("The project file holds %1 %2; only the first %3 were read.")
+                                     .arg(groups.size())
+                                     .arg(what)
+                                     .arg(maximum));
+        groups = groups.mid(0, maximum);
+    }
+    return groups;
+}
+
+QStringList readNamespaces(QSettings& settings)
+{
+    QStringList table;
+    settings.beginGroup(QStringLiteral("Namespaces"));
+    const QStringList keys = settings.childKeys();
+    for (const QString& key : keys) {
+        bool ok = false;
+        const int index = key.toInt(&ok);
+        if (!ok || index < 0 || index >= kMaxNamespaces)
+            continue;
+        while (table.size() <= index)
+            table.append(QString());
+        table[index] = settings.value(key).toString();
+    }
+    settings.endGroup();
+    return table;
+}
+} // namespace
+
+QlumProjectFile::QlumProjectFile(QlumProjectModel* model, QlumAppEventInterface* plugins,
+                                 QlumProjectFileHooks hooks)
+    : m_model(model), m_plugins(plugins), m_hooks(std::move(hooks))
+{
+}
+
+bool QlumProjectFile::save(const QString& fileName) const
+{
+    if (!isWritable(fileName))
+        return false;
+    // Written elsewhere first, so that neither a failure nor the end of the program can leave half a project
+    // or the key that only tries whether writing works.
+    const QTemporaryDir folder;
+    const QString draft = folder.filePath(QStringLiteral("project.uap"));
+    QSettings settings(draft, QSettings::IniFormat);
+    settings.setValue(QStringLiteral("test"), 0);
+    settings.sync();
+    if (!folder.isValid() || settings.status() != QSettings::NoError)
+        return false;
+    settings.clear();
+    write(settings);
+    settings.sync();
+    QFile file(draft);
+    if (settings.status() != QSettings::NoError || !file.open(QIODevice::ReadOnly))
+        return false;
+    return replaceFile(fileName, file.readAll());
+}
+
+void QlumProjectFile::write(QSettings& settings) const
+{
+    writeServers(settings);
+    writeDocuments(settings);
+    m_plugins->saveSettings(settings);
+}
+
+void QlumProjectFile::writeServers(QSettings& settings) const
+{
+    settings.beginGroup(QStringLiteral("Servers"));
+    for (const QlumServerNode* server : m_model->servers()) {
+        settings.beginGroup(QString::number(server->serverId()));
+        settings.setValue(QStringLiteral("Name"), server->displayName());
+        settings.setValue(QStringLiteral("Connected"), qlumIsConnected(server->connectionStatus()));
+        settings.setValue(QStringLiteral("ProjectServerId"), server->serverId());
+        server->storeSettings(settings);
+        settings.beginGroup(QStringLiteral("Namespaces"));
+        const QStringList uris = server->namespaceTable();
+        for (int i = 0; i < uris.size(); ++i)
+            settings.setValue(QString::number(i), uris.at(i));
+        settings.endGroup();
+        settings.endGroup();
+    }
+    settings.endGroup();
+}
+
+void QlumProjectFile::writeDocuments(QSettings& settings) const
+{
+    settings.beginGroup(QStringLiteral("Documents"));
+    for (const QlumProjectNodeDocument* document : m_model->documents()) {
+        auto* content = qobject_cast<QlumDocumentWidgetInterface*>(document->widget());
+        if (!content)
+            continue;
+        settings.beginGroup(document->displayName());
+        settings.setValue(QStringLiteral("DocumentType"), document->documentType());
+        settings.beginGroup(QStringLiteral("DocumentSettings"));
+        content->saveSettings(settings);
+        settings.endGroup();
+        settings.endGroup();
+    }
+    settings.endGroup();
+}
+
+QList<QPointer<QlumServerNode>> QlumProjectFile::load(const QString& fileName)
+{
+    m_serverIds.clear();
+    m_toConnect.clear();
+    const QlumIniCheck check = qlumCheckIniFile(fileName);
+    for (const QString& line : check.refused)
+        log(QlumLogLevel::Error, line);
+    const QTemporaryDir folder;
+    QFile copy(folder.filePath(QStringLiteral("project.uap")));
+    if (!check.readable || !copy.open(QIODevice::WriteOnly) ||
+        copy.write(check.content) != check.content.size()) {
+        log(QlumLogLevel::Error,
+            Text::tr("The project %1 could not be read: %2")
+                .arg(QDir::toNativeSeparators(fileName), check.readable ? copy.errorString() : check.error));
+        return {};
+    }
+    copy.close();
+    QSettings settings(copy.fileName(), QSettings::IniFormat);
+    readServers(settings);
+    readDocuments(settings);
+    m_plugins->loadSettings(settings, m_serverIds);
+    if (settings.status() != QSettings::NoError)
+        log(QlumLogLevel::Error, Text::tr("The project %1 is damaged; what could be read of it was loaded.")
+                                     .arg(QDir::toNativeSeparators(fileName)));
+    return m_toConnect;
+}
+
+void QlumProjectFile::readServers(QSettings& settings)
+{
+    settings.beginGroup(QStringLiteral("Servers"));
+    for (const QString& group : bounded(settings.childGroups(), kMaxServers, Text::tr("servers"))) {
+        settings.beginGroup(group);
+        readServer(settings);
+        settings.endGroup();
+    }
+    settings.endGroup();
+}
+
+void QlumProjectFile::readServer(QSettings& settings)
+{
+    const QString name = settings.value(QStringLiteral("Name")).toString();
+    std::unique_ptr<QlumServerNode> made = m_hooks.createServer(name, settings);
+    if (!made) {
+        log(QlumLogLevel::Error, Text::tr("The server '%1' of the project could not be read.").arg(name));
+        return;
+    }
+    QlumServerNode* server = m_model->addServer(std::move(made));
+    if (m_hooks.serverAdded)
+        m_hooks.serverAdded(server);
+    if (settings.value(QStringLiteral("Connected")).toBool())
+        m_toConnect.append(server);
+    bool hasId = false;
+    const int storedId = settings.value(QStringLiteral("ProjectServerId")).toInt(&hasId);
+    if (hasId)
+        m_serverIds.insert(storedId, static_cast<int>(server->serverId()));
+    server->setNamespaceTable(readNamespaces(settings));
+}
+
+void QlumProjectFile::readDocuments(QSettings& settings)
+{
+    settings.beginGroup(QStringLiteral("Documents"));
+    for (const QString& name : bounded(settings.childGroups(), kMaxDocuments, Text::tr("documents"))) {
+        settings.beginGroup(name);
+        readDocument(settings, name);
+        settings.endGroup();
+    }
+    settings.endGroup();
+}
+
+void QlumProjectFile::readDocument(QSettings& settings, const QString& name)
+{
+    QString type = settings.value(QStringLiteral("DocumentType")).toString();
+    if (type == QLatin1String("Data Access Classic View")) // written by older versions
+        type = QStringLiteral("Data Access View");
+    const QlumProjectNodeDocument* document = m_hooks.createDocument(type, name);
+    if (!document)
+        return;
+    if (auto* content = qobject_cast<QlumDocumentWidgetInterface*>(document->widget())) {
+        settings.beginGroup(QStringLiteral("DocumentSettings"));
+        content->loadSettings(settings, m_serverIds);
+        settings.endGroup();
+    }
+}

@@ -1,0 +1,52 @@
+#pragma once
+#include <QList>
+#include <QMap>
+#include <QPointer>
+#include <app/api/qlumservernode.h>
+
+#include <functional>
+#include <memory>
+
+class QSettings;
+class QlumAppEventInterface;
+class QlumProjectModel;
+class QlumProjectNodeDocument;
+
+/// What reading a project needs of the rest of the application.
+struct QlumProjectFileHooks
+{
+    /// A server node with the connection settings of the open group; null when it can not be made.
+    std::function<std::unique_ptr<QlumServerNode>(const QString& name, QSettings& settings)> createServer;
+    /// The node is in the model now.
+    std::function<void(QlumServerNode* server)> serverAdded;
+    /// Opens a document and adds its node to the model; null for a type that no plugin knows.
+    std::function<QlumProjectNodeDocument*(const QString& type, const QString& name)> createDocument;
+};
+
+/// Writes and reads project files.
+class QlumProjectFile
+{
+public:
+    QlumProjectFile(QlumProjectModel* model, QlumAppEventInterface* plugins, QlumProjectFileHooks hooks);
+
+    /// Replaces the file in one step; on false it is as it was.
+    [[nodiscard]] bool save(const QString& fileName) const;
+    /// Adds what the file holds to the model and gives the servers that were connected when it was written.
+    /// What can not be read is told in the log.
+    QList<QPointer<QlumServerNode>> load(const QString& fileName);
+
+private:
+    void write(QSettings& settings) const;
+    void writeServers(QSettings& settings) const;
+    void writeDocuments(QSettings& settings) const;
+    void readServers(QSettings& settings);
+    void readServer(QSettings& settings);
+    void readDocuments(QSettings& settings);
+    void readDocument(QSettings& settings, const QString& name);
+
+    QlumProjectModel* m_model;
+    QlumAppEventInterface* m_plugins;
+    QlumProjectFileHooks m_hooks;
+    QMap<int, int> m_serverIds;
+    QList<QPointer<QlumServerNode>> m_toConnect;
+};

@@ -1,0 +1,70 @@
+#pragma once
+#include <QAbstractItemModel>
+#include <QWidget>
+#include <app/api/qlumconnectionstatus.h>
+#include <app/project/qlumserverregistry.h>
+#include <app/project/qlumstorableobject.h>
+#include <opcua/opcua_platform.h>
+
+#include <memory>
+
+class QlumProjectNode;
+class QlumProjectNodeDocument;
+class QlumServerNode;
+class UaNodeId;
+
+/// The project's tree: a root "Project" with the folders "Servers" and "Documents". Owns all nodes.
+class QlumProjectModel : public QAbstractItemModel, public QlumStorableObject
+{
+    Q_OBJECT
+public:
+    explicit QlumProjectModel(QObject* parent = nullptr);
+    ~QlumProjectModel() override;
+
+    /// Appends the node and takes it; announcements of the node are passed on from now on.
+    QlumServerNode* addServer(std::unique_ptr<QlumServerNode> server);
+    QlumProjectNodeDocument* addDocument(std::unique_ptr<QlumProjectNodeDocument> document);
+    /// Deletes the node; disconnecting it and telling the plugins is the caller's duty.
+    void removeServer(QlumServerNode* server);
+    void removeDocument(QlumProjectNodeDocument* document);
+
+    [[nodiscard]] QlumServerNode* findServer(unsigned int serverId) const;
+    [[nodiscard]] QlumProjectNodeDocument* findDocument(const QString& name) const;
+    [[nodiscard]] QlumProjectNodeDocument* findDocument(const QWidget* widget) const;
+    [[nodiscard]] QList<QlumServerNode*> servers() const;
+    [[nodiscard]] QList<QlumProjectNodeDocument*> documents() const;
+    [[nodiscard]] QModelIndex indexOf(const QlumProjectNode* node) const;
+    /// Null for an invalid index.
+    [[nodiscard]] QlumProjectNode* nodeOf(const QModelIndex& index) const;
+
+    [[nodiscard]] const QlumServerRegistry& registry() const { return m_registry; }
+
+    /// The tree itself is kept in project files; these two keep nothing.
+    void load() override {}
+    void store() override {}
+
+    QModelIndex index(int row, int column, const QModelIndex& parent = QModelIndex()) const override;
+    QModelIndex parent(const QModelIndex& index) const override;
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+signals:
+    void documentNodeChanged(QlumProjectNode* node, QWidget* widget, const QString& name);
+    void serverNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
+                           unsigned int serverId, const NamespaceMap& namespaceMap);
+    void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
+
+private:
+    void append(QlumProjectNode* folder, QlumProjectNode* node);
+    void remove(QlumProjectNode* folder, QlumProjectNode* node);
+    void sltNodeChanged(QlumProjectNode* node);
+
+    std::unique_ptr<QlumProjectNode> m_root;
+    QlumProjectNode* m_servers;
+    QlumProjectNode* m_documents;
+    QlumServerRegistry m_registry;
+};

@@ -1,0 +1,6 @@
+#include <app/startup/qlumservices.h>
+
+QlumTavelinServices qlumServices()
+{
+    return {};
+}

@@ -1,0 +1,5 @@
+#pragma once
+#include <app/mainwindow/qlumtavelinservices.h>
+
+/// What servers, certificates and the address space view do for the main window.
+[[nodiscard]] QlumTavelinServices qlumServices();

@@ -1,0 +1,155 @@
+#include <app/startup/qlumstartup.h>
+
+#include <app/api/qlumsplashscreen.h>
+#include <app/api/qlumuatrace.h>
+#include <app/mainwindow/qlumtavelin.h>
+#include <app/startup/qlumfolders.h>
+#include <app/startup/qlumservices.h>
+#include <app/startup/qlumtipwindow.h>
+#include <certificates/qlumcertificates.h>
+#include <uabase/uaplatformlayer.h>
+#include <uabase/uaxmldocument.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QLocale>
+#include <QMessageBox>
+#include <QSettings>
+#include <QTranslator>
+
+#include <csignal>
+#include <tuple>
+
+namespace {
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumStartup)
+};
+
+// Writing to a connection that the peer closed must not end the program.
+void ignoreBrokenPipes()
+{
+    struct sigaction action = {};
+    action.sa_handler = SIG_IGN;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGPIPE, &action, nullptr);
+}
+
+// For Qt's own plugins.
+void addLibraryPaths()
+{
+    QDir folder(QCoreApplication::applicationDirPath());
+    if (folder.cd(QStringLiteral("plugins")))
+        QCoreApplication::addLibraryPath(folder.path());
+    QCoreApplication::addLibraryPath(QStringLiteral("/opt/korvanda/qt-4.8.2/plugins"));
+}
+
+void show(QlumSplashScreen& splash, const QString& text)
+{
+    splash.showMessage(text, Qt::AlignLeft, Qt::white);
+}
+
+void showTip()
+{
+    QlumTipWindow tips;
+    if (tips.showAtStart() && tips.fileRead())
+        tips.exec();
+}
+} // namespace
+
+void QlumStartup::loadResources()
+{
+    Q_INIT_RESOURCE(uawidgets);
+    Q_INIT_RESOURCE(devicesplugin);
+    Q_INIT_RESOURCE(attributeplugin);
+    Q_INIT_RESOURCE(eventplugin);
+    Q_INIT_RESOURCE(methodplugin);
+    Q_INIT_RESOURCE(gdsplugin);
+}
+
+void QlumStartup::unloadResources()
+{
+    Q_CLEANUP_RESOURCE(uawidgets);
+    Q_CLEANUP_RESOURCE(devicesplugin);
+    Q_CLEANUP_RESOURCE(attributeplugin);
+    Q_CLEANUP_RESOURCE(eventplugin);
+    Q_CLEANUP_RESOURCE(methodplugin);
+    Q_CLEANUP_RESOURCE(gdsplugin);
+}
+
+void QlumStartup::setIdentity()
+{
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QCoreApplication::setOrganizationName(Text::tr("korvanda/tavelin/"));
+    QCoreApplication::setApplicationName(Text::tr("tavelin"));
+}
+
+QString QlumStartup::platformErrorText(int error)
+{
+    return Text::tr("Could not initialize OPC UA platform layer (error=0x%1).")
+        .arg(static_cast<qlonglong>(error), 8, 16, QLatin1Char('0'));
+}
+
+int QlumStartup::run(int argc, char** argv)
+{
+    ignoreBrokenPipes();
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    QCoreApplication::setApplicationVersion(QStringLiteral(TAVELIN_VERSION));
+    loadResources();
+    QTranslator translator;
+    if (!translator.load(QStringLiteral("tavelin_") + QLocale::system().name(), QString(), QString(),
+                         QString()))
+        qDebug("no translation for this locale");
+    QCoreApplication::installTranslator(&translator);
+    setIdentity();
+    const QPixmap pixmap(QStringLiteral(":/images/tavelin_splash.png"));
+    QlumSplashScreen splash(pixmap, Qt::WindowStaysOnTopHint);
+    addLibraryPaths();
+    splash.show();
+    QCoreApplication::processEvents();
+    if (const int error = startLayers(splash); error != 0)
+        return error;
+    return runMainWindow(splash);
+}
+
+int QlumStartup::startLayers(QlumSplashScreen& splash)
+{
+    show(splash, QStringLiteral("Loading platform layer..."));
+    UaXmlDocument::initParser();
+    if (const int error = UaPlatformLayer::init(); error != 0) {
+        splash.hide();
+        QMessageBox::critical(nullptr, Text::tr("Tavelin initialization error"), platformErrorText(error),
+                              QMessageBox::Ok);
+        return error;
+    }
+    prepareFolders();
+    show(splash, QStringLiteral("Loading certificates..."));
+    if (QlumCertificates::instance(&splash)->failure() != 0) {
+        QlumCertificates::cleanup();
+        return -1;
+    }
+    return 0;
+}
+
+int QlumStartup::runMainWindow(QlumSplashScreen& splash)
+{
+    show(splash, Text::tr("Loading main application..."));
+    auto window = std::make_unique<QlumTavelin>(qlumServices());
+    for (const auto& [level, text] : QlumCertificates::instance()->takeMessages())
+        window->log(level, text, QlumNoServer, QStringLiteral("Tavelin"));
+    window->show();
+    show(splash, QString());
+    splash.timedClose(3);
+    window->setupUpdateSettings();
+    window->parseArguments();
+    showTip();
+    const int result = QApplication::exec();
+    QlumUaTrace::shutdown();
+    window.reset();
+    QlumCertificates::cleanup();
+    UaPlatformLayer::cleanup();
+    UaXmlDocument::cleanupParser();
+    return result;
+}

@@ -1,0 +1,25 @@
+#pragma once
+#include <QString>
+
+class QlumSplashScreen;
+
+/// Brings the program from a bare process to its main window and back.
+class QlumStartup
+{
+public:
+    QlumStartup() = delete;
+
+    /// The whole life of the program; gives its exit code.
+    [[nodiscard]] static int run(int argc, char** argv);
+
+    /// Settings identity; before any settings object is made.
+    static void setIdentity();
+    static void loadResources();
+    static void unloadResources();
+    /// Text for the user when the platform layer does not start.
+    [[nodiscard]] static QString platformErrorText(int error);
+
+private:
+    [[nodiscard]] static int startLayers(QlumSplashScreen& splash);
+    [[nodiscard]] static int runMainWindow(QlumSplashScreen& splash);
+};

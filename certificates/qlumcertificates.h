@@ -1,0 +1,68 @@
+#pragma once
+#include <QCoreApplication>
+#include <QList>
+#include <QPair>
+#include <QString>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+
+class QlumSplashScreen;
+
+/// The application's own certificate and private key; one instance in the process, used on the GUI thread.
+class QlumCertificates
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumCertificates)
+public:
+    enum Result {
+        Loaded = 0,
+        NoCertificate = -1,
+        Renew = -2,
+        KeyNotReadable = -3,
+        UriNotCompliant = -4,
+        Mismatch = -5
+    };
+
+    /// The first call loads the certificate and its key or makes them, asking the user where that is needed.
+    static QlumCertificates* instance(QlumSplashScreen* splash = nullptr);
+    static void cleanup();
+
+    QlumCertificates(const QlumCertificates&) = delete;
+    QlumCertificates& operator=(const QlumCertificates&) = delete;
+
+    /// Loaded, NoCertificate, Renew (the user wants a new one) or UriNotCompliant.
+    int loadCertificates(bool silent);
+    /// Loaded, NoCertificate (no such file) or KeyNotReadable.
+    int loadPrivateKey();
+    /// Reads both again after the store was changed; what is wrong is shown to the user.
+    void reload();
+
+    /// Other than 0 when the program can not go on.
+    [[nodiscard]] int failure() const { return m_failure; }
+    [[nodiscard]] const UaPkiCertificate& certificate() const { return m_certificate; }
+    [[nodiscard]] const UaPkiRsaKeyPair& keyPair() const { return m_keyPair; }
+
+    /// What was to be logged before there was a log: level and text, once.
+    [[nodiscard]] QList<QPair<int, QString>> takeMessages();
+
+    static int passwordCallback(char* buffer, int size, int writing, void* userData);
+
+private:
+    explicit QlumCertificates(QlumSplashScreen* splash);
+    ~QlumCertificates() = default;
+
+    void startUp();
+    int checkKey();
+    bool create(int reason);
+    [[nodiscard]] bool wantsRenewal(const UaPkiCertificate& certificate);
+    [[nodiscard]] bool keyFits() const;
+    bool ask(const QString& text);
+    void log(int level, const QString& text);
+
+    static QlumCertificates* s_instance;
+
+    QlumSplashScreen* m_splash;
+    UaPkiCertificate m_certificate;
+    UaPkiRsaKeyPair m_keyPair;
+    QList<QPair<int, QString>> m_messages;
+    int m_failure = 0;
+};

@@ -1,0 +1,163 @@
+// A scripted server on the loopback interface, in the test's own process.
+#pragma once
+
+#include <stack/core/serverchannel.h>
+#include <stack/transport/uniquefd.h>
+
+#include <arpa/inet.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <functional>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace opcua::test {
+
+// One accepted connection. Every wait ends when the client has gone or the peer is to stop.
+class PeerSocket
+{
+public:
+    PeerSocket(UniqueFd socket, int stop) : m_socket(std::move(socket)), m_stop(stop) {}
+
+    // False when the client has gone or the peer is to stop.
+    bool read(Bytes& bytes)
+    {
+        bytes.resize(65536);
+        if (!wait(-1))
+            return false;
+        const ssize_t count = ::recv(m_socket.get(), bytes.data(), bytes.size(), 0);
+        bytes.resize(count > 0 ? static_cast<size_t>(count) : 0);
+        return count > 0;
+    }
+    void write(const Bytes& bytes)
+    {
+        static_cast<void>(::send(m_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
+    }
+    // Reads and forgets until the client goes.
+    void stayUntilClosed()
+    {
+        Bytes bytes;
+        while (read(bytes)) {
+        }
+    }
+    // Takes nothing more from the socket, and waits to be stopped.
+    void stayDeaf()
+    {
+        pollfd stop{m_stop, POLLIN, 0};
+        ::poll(&stop, 1, -1);
+    }
+    // One byte every few milliseconds, for as long as the client listens.
+    void drip(const Bytes& bytes)
+    {
+        for (const OpcUa_Byte byte : bytes) {
+            Bytes ignored;
+            if (wait(20) && !read(ignored))
+                return;
+            write({byte});
+        }
+        stayUntilClosed();
+    }
+
+private:
+    // True when there is something to read, or the end of the stream.
+    bool wait(int timeout)
+    {
+        pollfd polled[2] = {{m_socket.get(), POLLIN, 0}, {m_stop, POLLIN, 0}};
+        return ::poll(polled, 2, timeout) > 0 && polled[1].revents == 0;
+    }
+
+    UniqueFd m_socket;
+    int m_stop;
+};
+
+class LoopbackPeer
+{
+public:
+    using Script = std::function<void(PeerSocket&)>;
+
+    explicit LoopbackPeer(Script script) : m_script(std::move(script)), m_stop(::eventfd(0, EFD_CLOEXEC))
+    {
+        m_listener = UniqueFd(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof address;
+        auto* const generic = reinterpret_cast<sockaddr*>(&address);
+        if (::bind(m_listener.get(), generic, length) != 0 || ::listen(m_listener.get(), 64) != 0 ||
+            ::getsockname(m_listener.get(), generic, &length) != 0)
+            throw std::runtime_error("no loopback");
+        m_port = ntohs(address.sin_port);
+        m_thread = std::thread([this] { acceptAll(); });
+    }
+    ~LoopbackPeer()
+    {
+        ::eventfd_write(m_stop.get(), 1);
+        m_thread.join();
+        for (std::thread& worker : m_workers)
+            worker.join();
+    }
+    LoopbackPeer(const LoopbackPeer&) = delete;
+    LoopbackPeer& operator=(const LoopbackPeer&) = delete;
+
+    [[nodiscard]] std::uint16_t port() const { return m_port; }
+    [[nodiscard]] std::string url(const std::string& host = "127.0.0.1") const
+    {
+        return "opc.tcp://" + host + ":" + std::to_string(m_port) + "/test";
+    }
+
+private:
+    void acceptAll()
+    {
+        for (;;) {
+            pollfd polled[2] = {{m_listener.get(), POLLIN, 0}, {m_stop.get(), POLLIN, 0}};
+            if (::poll(polled, 2, -1) <= 0 || polled[1].revents != 0)
+                return;
+            UniqueFd accepted(::accept4(m_listener.get(), nullptr, nullptr, SOCK_CLOEXEC));
+            m_workers.emplace_back([this, socket = PeerSocket(std::move(accepted), m_stop.get())]() mutable {
+                m_script(socket);
+                const PeerSocket closed = std::move(socket);
+            });
+        }
+    }
+
+    Script m_script;
+    UniqueFd m_stop;
+    UniqueFd m_listener;
+    std::uint16_t m_port = 0;
+    std::thread m_thread;
+    std::vector<std::thread> m_workers; // of the accepting thread until it has ended
+};
+
+// A well-behaved server on a connection; answer is called for each request and uses the engine it is given.
+class PeerServer final : private ServerChannelListener
+{
+public:
+    using Answer = std::function<void(ServerChannel& channel, OpcUa_UInt32 requestId, const Bytes& body)>;
+
+    explicit PeerServer(Answer answer, ServerChannelConfig config = {})
+        : m_answer(std::move(answer)), m_channel(config, makeSecurityPolicyNone(), *this)
+    {
+    }
+    // Until the client goes or the channel ends, or for so many reads.
+    void serve(PeerSocket& socket, int reads = -1)
+    {
+        Bytes bytes;
+        while (reads-- != 0 && m_channel.state() != ServerChannel::State::Closed && socket.read(bytes)) {
+            m_channel.receive(bytes, std::chrono::steady_clock::now());
+            socket.write(std::exchange(m_channel.output(), {}));
+        }
+    }
+
+private:
+    void onRequest(OpcUa_UInt32 id, Bytes&& body) override { m_answer(m_channel, id, body); }
+    void onClosed(OpcUa_StatusCode) override {}
+
+    Answer m_answer;
+    ServerChannel m_channel;
+};
+
+} // namespace opcua::test

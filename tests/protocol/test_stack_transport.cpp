@@ -1,0 +1,458 @@
+// The channel functions of the C interface over real sockets, against peers that behave as scripted.
+#include "channelfixture.h"
+
+#include <stack/core/transportmessages.h>
+
+#include <filesystem>
+#include <future>
+
+namespace opcua::test {
+namespace {
+
+// ---- connecting ---------------------------------------------------------------------------------
+
+Bytes acknowledge(const ChannelLimits& limits = {})
+{
+    Bytes bytes;
+    writeAcknowledge(bytes, {0, limits});
+    return bytes;
+}
+
+Bytes errorMessage(OpcUa_StatusCode status)
+{
+    Bytes bytes;
+    writeError(bytes, status, "scripted");
+    return bytes;
+}
+
+TEST_F(StackTransport, EveryWayThatConnectFailsHasItsStatusAndItsTime)
+{
+    struct Case
+    {
+        const char* name;
+        LoopbackPeer::Script script;
+        OpcUa_StatusCode status;
+    };
+    const auto afterHello = [](Bytes answer, bool stay) {
+        return [answer = std::move(answer), stay](PeerSocket& socket) {
+            Bytes hello;
+            socket.read(hello);
+            socket.write(answer);
+            if (stay)
+                socket.stayUntilClosed();
+        };
+    };
+    const Bytes http{'H', 'T', 'T', 'P', '/', '1', '.', '1', ' ', '4', '0', '0', '\r', '\n'};
+    const std::vector<Case> cases{
+        {"silent", [](PeerSocket& socket) { socket.stayUntilClosed(); }, OpcUa_BadTimeout},
+        {"deaf", [](PeerSocket& socket) { socket.stayDeaf(); }, OpcUa_BadTimeout},
+        {"drips", [](PeerSocket& socket) { socket.drip(acknowledge()); }, OpcUa_BadTimeout},
+        {"silent after acknowledge", afterHello(acknowledge(), true), OpcUa_BadTimeout},
+        {"closes at once", [](PeerSocket&) {}, OpcUa_BadConnectionClosed},
+        {"closes after hello", afterHello({}, false), OpcUa_BadConnectionClosed},
+        {"closes after acknowledge", afterHello(acknowledge(), false), OpcUa_BadConnectionClosed},
+        {"speaks HTTP", afterHello(http, true), OpcUa_BadTcpMessageTypeInvalid},
+        {"refuses with a reason", afterHello(errorMessage(OpcUa_BadTcpServerTooBusy), false),
+         OpcUa_BadTcpServerTooBusy},
+        {"offers tiny buffers", afterHello(acknowledge({100, 100, 0, 0}), true), OpcUa_BadConnectionRejected},
+    };
+    for (const Case& c : cases) {
+        LoopbackPeer peer(c.script);
+        Channel channel;
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(channel.connect(peer.url(), c.status == OpcUa_BadTimeout ? 200 : 10'000), c.status)
+            << c.name;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << c.name;
+        EXPECT_FALSE(OpcUa_Channel_IsConnected(channel.handle()));
+        EXPECT_EQ(OpcUa_Channel_Disconnect(channel.handle()), OpcUa_BadInvalidState) << c.name;
+    }
+}
+
+TEST_F(StackTransport, NobodyListens)
+{
+    std::string url;
+    {
+        const LoopbackPeer gone([](PeerSocket&) {});
+        url = gone.url();
+    }
+    Channel channel;
+    EXPECT_EQ(channel.connect(url), OpcUa_BadConnectionRejected);
+    EXPECT_TRUE(OpcUa_IsBad(channel.connect("opc.tcp://no-such-host.invalid:4840", 2000)));
+}
+
+TEST_F(StackTransport, WhatCanNotBeConnectedIsRefusedBeforeTheNetwork)
+{
+    LoopbackPeer peer(serving(answerAtOnce));
+    Channel channel;
+    EXPECT_EQ(channel.connect("opc.tcp://"), OpcUa_BadTcpEndpointUrlInvalid);
+    EXPECT_EQ(OpcUa_Channel_Connect(channel.handle(), nullptr, nullptr), OpcUa_BadInvalidArgument);
+    channel.info.SecurityPolicyUri = "http://example.com/unheard-of";
+    EXPECT_EQ(channel.connect(peer.url()), OpcUa_BadSecurityPolicyRejected);
+    channel.info.SecurityPolicyUri = OpcUa_SecurityPolicy_None;
+    channel.info.SecurityMode = OpcUa_MessageSecurityMode_Sign;
+    EXPECT_EQ(channel.connect(peer.url()), OpcUa_BadSecurityModeRejected);
+    channel.info.SecurityMode = OpcUa_MessageSecurityMode_None;
+    EXPECT_EQ(channel.call(), OpcUa_BadInvalidState);
+    EXPECT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    EXPECT_EQ(channel.connect(peer.url()), OpcUa_BadInvalidState);
+}
+
+TEST_F(StackTransport, ConnectCanBeCancelled)
+{
+    std::promise<void> accepted;
+    LoopbackPeer peer([&](PeerSocket& socket) {
+        accepted.set_value();
+        socket.stayUntilClosed();
+    });
+    Channel channel;
+    auto result = std::async(std::launch::async, [&] { return channel.connect(peer.url(), 60'000); });
+    accepted.get_future().wait();
+    OpcUa_Channel_CancelConnect(channel.handle());
+    ASSERT_EQ(result.wait_for(patience), std::future_status::ready);
+    EXPECT_EQ(result.get(), OpcUa_BadRequestCancelledByClient);
+}
+
+TEST_F(StackTransport, EndOfTheStackEndsConnectAndCalls)
+{
+    Mailbox<int> waiting;
+    LoopbackPeer silent([&](PeerSocket& socket) {
+        waiting.put(1);
+        socket.stayUntilClosed();
+    });
+    LoopbackPeer slow(serving([&](ServerChannel&, OpcUa_UInt32, const Bytes&) { waiting.put(1); }));
+    Channel connecting;
+    Channel calling;
+    auto connected = std::async(std::launch::async, [&] { return connecting.connect(silent.url(), 60'000); });
+    ASSERT_EQ(calling.connect(slow.url()), OpcUa_Good);
+    auto called = std::async(std::launch::async, [&] { return calling.call(60'000); });
+    ASSERT_TRUE(waiting.waitForCount(2));
+    OpcUa_ProxyStub_Clear();
+    EXPECT_EQ(connected.get(), OpcUa_BadRequestCancelledByClient);
+    EXPECT_EQ(called.get(), OpcUa_BadConnectionClosed);
+    EXPECT_EQ(connecting.connect(slow.url()), OpcUa_BadInvalidState);
+}
+
+TEST_F(StackTransport, ReconnectsWithoutGrowth)
+{
+    const auto descriptors = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    };
+    const auto threads = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    };
+    const auto rounds = [](int count) {
+        LoopbackPeer peer(serving(answerAtOnce));
+        Channel channel;
+        channel.listen([](OpcUa_Channel_Event, OpcUa_StatusCode) {});
+        for (int n = 0; n < count; ++n) {
+            EXPECT_EQ(channel.connect(peer.url()), OpcUa_Good);
+            EXPECT_EQ(channel.call(), OpcUa_Good);
+            EXPECT_EQ(OpcUa_Channel_Disconnect(channel.handle()), OpcUa_Good);
+        }
+    };
+    rounds(1);
+    const auto descriptorsBefore = descriptors();
+    const auto threadsBefore = threads();
+    rounds(200);
+    EXPECT_EQ(descriptors(), descriptorsBefore);
+    EXPECT_EQ(threads(), threadsBefore);
+}
+
+// ---- calls --------------------------------------------------------------------------------------
+
+TEST_F(StackTransport, AnswersThatAreNoneEndTheirCallOnly)
+{
+    OpcUa_ServiceFault fault;
+    OpcUa_ServiceFault_Initialize(&fault);
+    const Bytes faultWithGood = encoded(OpcUa_ServiceFault_EncodeableType, fault);
+    fault.ResponseHeader.ServiceResult = OpcUa_BadServiceUnsupported;
+    const Bytes faultWithBad = encoded(OpcUa_ServiceFault_EncodeableType, fault);
+    OpcUa_ReadResponse read;
+    OpcUa_ReadResponse_Initialize(&read);
+    Bytes cut = findServersResponse();
+    cut.pop_back();
+    const std::vector<std::pair<Bytes, OpcUa_StatusCode>> answers{
+        {faultWithBad, OpcUa_BadServiceUnsupported},
+        {faultWithGood, OpcUa_BadUnknownResponse},
+        {encoded(OpcUa_ReadResponse_EncodeableType, read), OpcUa_BadUnknownResponse},
+        {{1, 0, 0xFF, 0xFF}, OpcUa_BadUnknownResponse}, // a type that nobody knows
+        {{}, OpcUa_BadDecodingError},
+        {cut, OpcUa_BadDecodingError},
+        {findServersResponse(OpcUa_BadUserAccessDenied), OpcUa_BadUserAccessDenied},
+        {findServersResponse(), OpcUa_Good},
+    };
+    size_t next = 0;
+    LoopbackPeer peer(serving([&](ServerChannel& channel, OpcUa_UInt32 id, const Bytes&) {
+        channel.respond(id, answers[next++ / 2].first);
+    }));
+    Mailbox<OpcUa_StatusCode> completed;
+    Channel::Completed completion = [&](OpcUa_StatusCode result) { completed.put(result); };
+    Channel channel;
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    for (size_t n = 0; n < answers.size(); ++n) {
+        EXPECT_EQ(channel.call(), answers[n].second);
+        ASSERT_EQ(channel.begin(completion), OpcUa_Good);
+        ASSERT_TRUE(completed.waitForCount(n + 1));
+        EXPECT_EQ(completed.values().back(), answers[n].second);
+    }
+}
+
+TEST_F(StackTransport, CallsEndAtTheirTimeAndTheChannelGoesOn)
+{
+    std::vector<OpcUa_UInt32> unanswered;
+    LoopbackPeer peer(serving([&](ServerChannel& channel, OpcUa_UInt32 id, const Bytes&) {
+        unanswered.push_back(id);
+        if (unanswered.size() == 2) { // the second call brings the late answer to the first along
+            for (const OpcUa_UInt32 late : unanswered)
+                channel.respond(late, findServersResponse());
+        }
+    }));
+    Channel channel;
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(channel.call(150), OpcUa_BadTimeout);
+    const auto waited = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(waited, 150ms);
+    EXPECT_LT(waited, 5s);
+    EXPECT_EQ(channel.call(), OpcUa_Good);
+}
+
+TEST_F(StackTransport, LossReachesEveryCallAndTheListener)
+{
+    LoopbackPeer peer([](PeerSocket& socket) {
+        int calls = 0;
+        PeerServer([&](ServerChannel& channel, OpcUa_UInt32, const Bytes&) {
+            if (++calls == 3)
+                channel.fail(OpcUa_BadTcpInternalError);
+        }).serve(socket);
+    });
+    Mailbox<std::pair<OpcUa_Channel_Event, OpcUa_StatusCode>> events;
+    Mailbox<OpcUa_StatusCode> completed;
+    Channel::Completed completion = [&](OpcUa_StatusCode result) { completed.put(result); };
+    Channel channel;
+    channel.listen([&](OpcUa_Channel_Event event, OpcUa_StatusCode status) { events.put({event, status}); });
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    ASSERT_EQ(channel.begin(completion), OpcUa_Good);
+    ASSERT_EQ(channel.begin(completion), OpcUa_Good);
+    EXPECT_EQ(channel.call(), OpcUa_BadTcpInternalError);
+    ASSERT_TRUE(completed.waitForCount(2));
+    EXPECT_EQ(completed.values(), (std::vector<OpcUa_StatusCode>(2, OpcUa_BadTcpInternalError)));
+    ASSERT_TRUE(events.waitForCount(2));
+    EXPECT_EQ(events.values().front().first, OpcUa_Channel_Event_Connected);
+    EXPECT_EQ(events.values().back(),
+              (std::pair{OpcUa_Channel_Event_Disconnected, OpcUa_StatusCode{OpcUa_BadTcpInternalError}}));
+    EXPECT_FALSE(OpcUa_Channel_IsConnected(channel.handle()));
+    EXPECT_EQ(channel.call(), OpcUa_BadConnectionClosed);
+    EXPECT_EQ(channel.connect(peer.url()), OpcUa_Good); // without a disconnect between
+}
+
+TEST_F(StackTransport, DisconnectCompletesEveryCallBeforeItReturns)
+{
+    LoopbackPeer peer(serving(answerNever));
+    std::atomic<int> events = 0;
+    std::atomic<int> completed = 0;
+    Channel::Completed completion = [&](OpcUa_StatusCode status) {
+        completed += status == OpcUa_BadConnectionClosed;
+    };
+    Channel channel;
+    channel.listen([&](OpcUa_Channel_Event, OpcUa_StatusCode) { ++events; });
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    for (int n = 0; n < 50; ++n)
+        ASSERT_EQ(channel.begin(completion), OpcUa_Good);
+    EXPECT_EQ(OpcUa_Channel_Disconnect(channel.handle()), OpcUa_Good);
+    EXPECT_EQ(completed, 50);
+    EXPECT_EQ(events, 1); // connected; a wanted end is no event
+}
+
+TEST_F(StackTransport, SlowCallbackHoldsUpItsOwnChannelOnly)
+{
+    LoopbackPeer peer(serving(answerAtOnce));
+    std::promise<void> release;
+    std::promise<void> inside;
+    std::atomic<bool> left = false;
+    Mailbox<OpcUa_StatusCode> completed;
+    Channel::Completed completion = [&](OpcUa_StatusCode result) { completed.put(result); };
+    Channel::Completed blocking;
+    Channel slow;
+    Channel other;
+    ASSERT_EQ(slow.connect(peer.url()), OpcUa_Good);
+    ASSERT_EQ(other.connect(peer.url()), OpcUa_Good);
+    blocking = [&](OpcUa_StatusCode) {
+        EXPECT_EQ(OpcUa_Channel_Disconnect(slow.handle()), OpcUa_BadInvalidState);
+        EXPECT_EQ(slow.call(), OpcUa_Good); // other functions work as anywhere
+        inside.set_value();
+        release.get_future().wait();
+        left = true;
+    };
+    ASSERT_EQ(slow.begin(blocking), OpcUa_Good);
+    inside.get_future().wait();
+    ASSERT_EQ(other.begin(completion), OpcUa_Good);
+    EXPECT_TRUE(completed.waitForCount(1));
+    auto disconnected =
+        std::async(std::launch::async, [&] { return OpcUa_Channel_Disconnect(slow.handle()); });
+    EXPECT_EQ(other.call(), OpcUa_Good);
+    EXPECT_EQ(disconnected.wait_for(0s), std::future_status::timeout);
+    release.set_value();
+    EXPECT_EQ(disconnected.get(), OpcUa_Good);
+    EXPECT_TRUE(left);
+}
+
+TEST_F(StackTransport, PeerThatStopsReadingHoldsNobodyUp)
+{
+    LoopbackPeer peer([](PeerSocket& socket) {
+        PeerServer server(answerNever);
+        server.serve(socket, 2); // hello and open
+        socket.stayDeaf();
+    });
+    Mailbox<OpcUa_StatusCode> completed;
+    Channel::Completed completion = [&](OpcUa_StatusCode result) { completed.put(result); };
+    Channel channel;
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    OpcUa_WriteRequest request;
+    OpcUa_WriteRequest_Initialize(&request);
+    const Bytes text(200'000, 'x');
+    request.RequestHeader.TimeoutHint = 600'000;
+    ASSERT_EQ(OpcUa_String_Assign(&request.RequestHeader.AuditEntryId,
+                                  reinterpret_cast<const char*>(text.data()),
+                                  static_cast<OpcUa_Int32>(text.size())),
+              OpcUa_Good);
+    const auto begin = [&] {
+        return OpcUa_ClientApi_BeginWrite(
+            channel.handle(), &request,
+            [](OpcUa_Channel, void*, const OpcUa_EncodeableType*, void* data, OpcUa_StatusCode status) {
+                (*static_cast<Channel::Completed*>(data))(status);
+            },
+            &completion);
+    };
+    size_t accepted = 0;
+    while (accepted < 1000 && OpcUa_IsGood(begin()))
+        ++accepted;
+    EXPECT_LT(accepted, 1000u);
+    EXPECT_EQ(begin(), OpcUa_BadResourceUnavailable);
+    EXPECT_EQ(channel.call(200), OpcUa_BadTimeout);
+    EXPECT_EQ(OpcUa_Channel_Disconnect(channel.handle()), OpcUa_Good);
+    EXPECT_EQ(completed.values().size(), accepted);
+    OpcUa_WriteRequest_Clear(&request);
+}
+
+TEST_F(StackTransport, ManyThreadsCallWhileTheChannelComesAndGoes)
+{
+    LoopbackPeer peer(serving(answerAtOnce));
+    std::atomic<int> good = 0;
+    std::atomic<int> accepted = 0;
+    std::atomic<int> completed = 0;
+    std::atomic<bool> stop = false;
+    Channel::Completed completion = [&](OpcUa_StatusCode) { ++completed; };
+    Channel channel;
+    std::vector<std::thread> callers;
+    for (int n = 0; n < 4; ++n) {
+        callers.emplace_back([&] {
+            while (!stop) {
+                const OpcUa_StatusCode status = channel.call();
+                good += OpcUa_IsGood(status);
+                if (OpcUa_IsBad(status)) {
+                    EXPECT_TRUE(status == OpcUa_BadInvalidState || status == OpcUa_BadConnectionClosed)
+                        << status;
+                    std::this_thread::yield();
+                }
+                accepted += OpcUa_IsGood(channel.begin(completion));
+            }
+        });
+    }
+    for (int round = 1; round <= 30; ++round) {
+        EXPECT_EQ(channel.connect(peer.url()), OpcUa_Good);
+        const int before = good;
+        while (good < before + 5)
+            std::this_thread::yield();
+        EXPECT_EQ(OpcUa_Channel_Disconnect(channel.handle()), OpcUa_Good);
+    }
+    stop = true;
+    for (std::thread& caller : callers)
+        caller.join();
+    EXPECT_EQ(completed, accepted);
+}
+
+TEST_F(StackTransport, TokensAreRenewedWhileNobodyCalls)
+{
+    ServerChannelConfig config;
+    config.minLifetime = 1334;
+    config.maxLifetime = 1334;
+    LoopbackPeer peer(serving(answerAtOnce, config));
+    Mailbox<OpcUa_Channel_Event> events;
+    Channel channel;
+    channel.listen([&](OpcUa_Channel_Event event, OpcUa_StatusCode) { events.put(event); });
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    ASSERT_TRUE(events.waitForCount(2));
+    EXPECT_EQ(events.values().back(), OpcUa_Channel_Event_Renewed);
+    EXPECT_EQ(channel.call(), OpcUa_Good);
+}
+
+// ---- trace --------------------------------------------------------------------------------------
+
+class StackTrace : public testing::Test
+{
+protected:
+    using Line = std::pair<OpcUa_UInt32, std::string>;
+    void SetUp() override
+    {
+        OpcUa_Trace_SetHook(
+            [](OpcUa_UInt32 level, const char* text, void* context) {
+                static_cast<Mailbox<Line>*>(context)->put({level, text});
+                OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "from inside the hook");
+            },
+            &lines);
+    }
+    void TearDown() override
+    {
+        OpcUa_Trace_SetHook(nullptr, nullptr);
+        OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_NONE);
+    }
+    bool contains(std::string_view text)
+    {
+        const auto all = lines.values();
+        return std::any_of(all.begin(), all.end(),
+                           [&](const Line& line) { return line.second.find(text) != std::string::npos; });
+    }
+
+    Mailbox<Line> lines;
+};
+
+TEST_F(StackTrace, LinesAreFilteredBoundedAndCanNotBeForged)
+{
+    OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_WARNING);
+    OpcUa_Trace(OPCUA_TRACE_LEVEL_INFO, "too fine");
+    OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "server says %s", "a\nERROR b\x1b[0m");
+    OpcUa_Trace(OPCUA_TRACE_LEVEL_WARNING, "%s", std::string(10'000, '\t').c_str());
+    const auto all = lines.values();
+    ASSERT_EQ(all.size(), 2u);
+    EXPECT_EQ(all[0], (Line{OPCUA_TRACE_LEVEL_ERROR, "server says a\\x0aERROR b\\x1b[0m"}));
+    EXPECT_LT(all[1].second.size(), 4096u);
+    EXPECT_EQ(all[1].second.find('\t'), std::string::npos);
+}
+
+TEST_F(StackTrace, ContentShowsBodiesButNoCredentials)
+{
+    OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_CONTENT);
+    ASSERT_EQ(OpcUa_ProxyStub_Initialize(nullptr), OpcUa_Good);
+    {
+        LoopbackPeer peer(serving(answerAtOnce));
+        Channel channel;
+        ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+        EXPECT_EQ(channel.call(), OpcUa_Good);
+        OpcUa_ActivateSessionRequest request;
+        OpcUa_ActivateSessionRequest_Initialize(&request);
+        ASSERT_EQ(OpcUa_String_Assign(&request.UserTokenSignature.Algorithm, "secret", -1), OpcUa_Good);
+        OpcUa_ActivateSessionResponse response;
+        EXPECT_EQ(OpcUa_ClientApi_ActivateSession(channel.handle(), &request, &response),
+                  OpcUa_BadUnknownResponse);
+        OpcUa_ActivateSessionRequest_Clear(&request);
+    }
+    OpcUa_ProxyStub_Clear();
+    EXPECT_TRUE(contains("Sending FindServersRequest"));
+    EXPECT_TRUE(contains("Received FindServersResponse"));
+    EXPECT_TRUE(contains("Sending ActivateSessionRequest"));
+    EXPECT_FALSE(contains("736563726574")); // "secret"
+}
+
+} // namespace
+} // namespace opcua::test
