@@ -169,10 +169,9 @@ TEST_P(StackSecurity, EndsTheSameWayWhateverByteIsWrong)
 std::vector<Suite> allSuites()
 {
     std::vector<Suite> suites;
-    for (const char* uri :
-         {OpcUa_SecurityPolicy_Basic128Rsa15, OpcUa_SecurityPolicy_Basic256,
-          OpcUa_SecurityPolicy_Basic256Sha256, OpcUa_SecurityPolicy_Aes128Sha256RsaOaep,
-          OpcUa_SecurityPolicy_Aes256Sha256RsaPss}) {
+    for (const char* uri : {OpcUa_SecurityPolicy_Basic128Rsa15, OpcUa_SecurityPolicy_Basic256,
+                            OpcUa_SecurityPolicy_Basic256Sha256, OpcUa_SecurityPolicy_Aes128Sha256RsaOaep,
+                            OpcUa_SecurityPolicy_Aes256Sha256RsaPss}) {
         suites.push_back({uri, Sign, 2048, 2048});
         suites.push_back({uri, SignAndEncrypt, 2048, 2048});
     }
@@ -215,7 +214,8 @@ TEST(StackSecurityFaults, RefusesReplayedAnswersAndChunks)
     const Bytes recorded = first.openAnswer();
     SecurePipe second(usual);
     second.openAnswer();
-    second.pipe.toClient(recorded); // signed and encrypted for this client, but its nonce is not of this token
+    second.pipe.toClient(
+        recorded); // signed and encrypted for this client, but its nonce is not of this token
     second.pipe.request(pattern(10));
     second.pipe.run();
     EXPECT_TRUE(second.pipe.responses.empty());
@@ -262,7 +262,8 @@ TEST(StackSecurityFaults, TakesNoncesOfTheExactLengthAndOnce)
     EXPECT_EQ(old->makeNonce()->size(), 16u);
 }
 
-// ---- what a policy asks for --------------------------------------------------------------------------------
+// ---- what a policy asks for
+// --------------------------------------------------------------------------------
 
 TEST(StackSecurityPolicies, ToldWhyOneCanNotBeUsed)
 {
@@ -295,7 +296,8 @@ TEST(StackSecurityPolicies, ToldWhyOneCanNotBeUsed)
               OpcUa_BadCertificatePolicyCheckFailed);
 }
 
-// ---- key derivation -----------------------------------------------------------------------------------------
+// ---- key derivation
+// -----------------------------------------------------------------------------------------
 
 Bytes libraryKeys(const char* digest, Bytes secret, Bytes seed, size_t length)
 {
@@ -319,13 +321,13 @@ TEST(StackSecurityKeys, AreThoseOfTheStandardFunction)
     const Bytes secret = {0x9b, 0xbe, 0x43, 0x6b, 0xa9, 0x40, 0xf0, 0x17,
                           0xb1, 0x76, 0x52, 0x84, 0x9a, 0x71, 0xdb, 0x35};
     Bytes seed = {'t', 'e', 's', 't', ' ', 'l', 'a', 'b', 'e', 'l'};
-    for (const int byte : {0xa0, 0xba, 0x9f, 0x93, 0x6c, 0xda, 0x31, 0x18, 0x27, 0xa6, 0xf7, 0x96, 0xff, 0xd5,
-                           0x19, 0x8c})
+    for (const int byte :
+         {0xa0, 0xba, 0x9f, 0x93, 0x6c, 0xda, 0x31, 0x18, 0x27, 0xa6, 0xf7, 0x96, 0xff, 0xd5, 0x19, 0x8c})
         seed.push_back(static_cast<OpcUa_Byte>(byte));
-    const Bytes expected = {0xe3, 0xf2, 0x29, 0xba, 0x72, 0x7b, 0xe1, 0x7b, 0x8d, 0x12, 0x26, 0x20,
-                            0x55, 0x7c, 0xd4, 0x53, 0xc2, 0xaa, 0xb2, 0x1d, 0x07, 0xc3, 0xd4, 0x95,
-                            0x32, 0x9b, 0x52, 0xd4, 0xe6, 0x1e, 0xdb, 0x5a, 0x6b, 0x30, 0x17, 0x91,
-                            0xe9, 0x0d, 0x35, 0xc9, 0xc9, 0xa4, 0x6b, 0x4e};
+    const Bytes expected = {0xe3, 0xf2, 0x29, 0xba, 0x72, 0x7b, 0xe1, 0x7b, 0x8d, 0x12, 0x26,
+                            0x20, 0x55, 0x7c, 0xd4, 0x53, 0xc2, 0xaa, 0xb2, 0x1d, 0x07, 0xc3,
+                            0xd4, 0x95, 0x32, 0x9b, 0x52, 0xd4, 0xe6, 0x1e, 0xdb, 0x5a, 0x6b,
+                            0x30, 0x17, 0x91, 0xe9, 0x0d, 0x35, 0xc9, 0xc9, 0xa4, 0x6b, 0x4e};
     const auto derived = pseudoRandomBytes(Digest::Sha256, secret, seed, expected.size());
     ASSERT_TRUE(derived);
     EXPECT_TRUE(std::ranges::equal(derived->view(), expected));
