@@ -135,10 +135,8 @@ void TextPool::retireBlock()
     m_handedOut = 0;
 }
 
-void TextReleaser::release(void* text)
+void TextReleaser::releaseText(void* text)
 {
-    if (text == nullptr)
-        return;
     TextBlock* const owner = ownerOf(text);
     if (owner == nullptr)
         return OpcUa_Memory_Free(text);

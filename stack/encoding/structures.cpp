@@ -31,6 +31,15 @@ void forEachObject(void* objects, const OpcUa_EncodeableType& type, size_t count
         release(elementAt(objects, type.AllocationSize, n));
 }
 
+// The kind as a constant leaves no choice to make for each object.
+template <OpcUa_Byte Kind>
+void releaseBuiltInField(const OpcUa_EncodeableType& type, size_t offset, void* objects, size_t count,
+                         opcua::TextReleaser& texts)
+{
+    forEachObject(objects, type, count,
+                  [&](void* object) { opcua::releaseBuiltIn(Kind, elementAt(object, 1, offset), texts); });
+}
+
 // One field of all objects, so that what the field is has to be looked up once.
 void releaseField(const OpcUa_EncodeableType& type, const OpcUa_FieldDescriptor& field, void* objects,
                   size_t count, opcua::TextReleaser& texts)
@@ -44,18 +53,22 @@ void releaseField(const OpcUa_EncodeableType& type, const OpcUa_FieldDescriptor&
     if (element.isFlat())
         return;
     switch (field.Kind) {
-    case OpcUaType_NodeId:
-        return forEachObject(objects, type, count, [&](void* object) {
-            opcua::release(memberAt<OpcUa_NodeId>(object, offset), texts);
-        });
     case OpcUa_FieldKind_Structure:
         return forEachObject(objects, type, count, [&](void* object) {
             opcua::releaseStructures(*field.StructureType, elementAt(object, 1, offset), 1, texts);
         });
     case OpcUaType_String:
-        return forEachObject(objects, type, count, [&](void* object) {
-            texts.release(memberAt<OpcUa_String>(object, offset).Data);
-        });
+        return releaseBuiltInField<OpcUaType_String>(type, offset, objects, count, texts);
+    case OpcUaType_NodeId:
+        return releaseBuiltInField<OpcUaType_NodeId>(type, offset, objects, count, texts);
+    case OpcUaType_ExpandedNodeId:
+        return releaseBuiltInField<OpcUaType_ExpandedNodeId>(type, offset, objects, count, texts);
+    case OpcUaType_QualifiedName:
+        return releaseBuiltInField<OpcUaType_QualifiedName>(type, offset, objects, count, texts);
+    case OpcUaType_LocalizedText:
+        return releaseBuiltInField<OpcUaType_LocalizedText>(type, offset, objects, count, texts);
+    case OpcUaType_Variant:
+        return releaseBuiltInField<OpcUaType_Variant>(type, offset, objects, count, texts);
     default:
         return forEachObject(objects, type, count, [&](void* object) {
             opcua::releaseBuiltIn(field.Kind, elementAt(object, 1, offset), texts);

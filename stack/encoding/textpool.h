@@ -60,10 +60,16 @@ public:
     TextReleaser& operator=(const TextReleaser&) = delete;
 
     // Null is no text. The memory may stay in use until flush or the end of this object.
-    void release(void* text);
+    void release(void* text)
+    {
+        if (text != nullptr)
+            releaseText(text);
+    }
     void flush();
 
 private:
+    void releaseText(void* text);
+
     TextBlock* m_block = nullptr;
     std::uint32_t m_count = 0;
 };

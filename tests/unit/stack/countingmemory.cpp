@@ -85,7 +85,7 @@ void* opcua::TextPool::allocate(size_t size)
     return OpcUa_Memory_Alloc(size);
 }
 
-void opcua::TextReleaser::release(void* text)
+void opcua::TextReleaser::releaseText(void* text)
 {
     OpcUa_Memory_Free(text);
 }
