@@ -1,5 +1,5 @@
-// What a peer may send to a channel, in each of its states. The first byte chooses state and role, the second the
-// pieces in which the rest arrives. However it ends, every request ends once and nothing piles up.
+// What a peer may send to a channel, in each of its states. The first byte chooses state and role, the second
+// the pieces in which the rest arrives. However it ends, every request ends once and nothing piles up.
 #include <tests/protocol/memorypipe.h>
 
 #include <cstdlib>
@@ -43,8 +43,8 @@ void bringTo(MemoryPipe& pipe, Mode mode)
         pipe.request({1});
 }
 
-// Reads the bytes as well-formed chunks, so that what lies behind the sequence check is reached: chunk type and
-// request id in one byte, length in the next.
+// Reads the bytes as well-formed chunks, so that what lies behind the sequence check is reached: chunk type
+// and request id in one byte, length in the next.
 Bytes chunksFrom(MemoryPipe& pipe, ByteView script)
 {
     Bytes stream;

@@ -7,7 +7,8 @@
 #include <uaclientsdk/uasession.h>
 
 #include <atomic>
-#include <optional>
+
+class QlumEndpointFetcher;
 
 /// The project node of one server: owns its session and type cache, connects it with what the user
 /// configured, and announces the state of the connection. GUI thread, but for the session callbacks.
@@ -67,17 +68,20 @@ private slots:
 private:
     struct Attempt; // what one connect has found out so far
 
+    // The steps of a connect; each but the first and last answers false when the connect ends there. After
+    // any of them this node may be gone: some run nested event loops.
     bool runConnect();
-    bool abortConnect();
     bool fetchEndpoints(Attempt& attempt);
     bool chooseEndpoint(Attempt& attempt);
-    bool confirmUnsupportedPolicy();
+    bool acceptNoEndpoint();
     bool userIdentity(Attempt& attempt);
+    bool userNameIdentity(Attempt& attempt);
     bool askForPassword(Attempt& attempt);
-    bool userCertificate(Attempt& attempt);
-    void security(Attempt& attempt);
+    bool certificateIdentity(Attempt& attempt);
+    void fillSecurity(Attempt& attempt);
     bool checkServerCertificate(const Attempt& attempt);
     bool connectSession(Attempt& attempt);
+    [[nodiscard]] UaClientSdk::SessionConnectInfo connectInfo() const;
 
     void setStatus(QlumConnectionStatus status, const NamespaceMap& namespaceMap = NamespaceMap());
     void applySessionStatus(UaClientSdk::UaClient::ServerStatus serverStatus);
@@ -96,5 +100,7 @@ private:
     bool m_retrieveIcons;
     bool m_busy = false; // a connect or change of user is under way, maybe in a nested event loop
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
+    QlumEndpointFetcher* m_fetcher; // a cancelled question ends in the background
+    std::atomic<bool> m_closing{false};
     std::atomic<unsigned int> m_connection{0}; // counts connects and disconnects; older news are dropped
 };

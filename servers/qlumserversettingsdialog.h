@@ -9,6 +9,7 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
+class QSortFilterProxyModel;
 class QTreeView;
 class QlumEndpointFetcher;
 class QlumEndpointModel;
@@ -22,6 +23,9 @@ public:
     /// "Add Server" for settings without a URL, else "Server Settings".
     explicit QlumServerSettingsDialog(const QlumDiscoverySetting& setting = QlumDiscoverySetting(),
                                       QWidget* parent = nullptr);
+    /// With a fetcher of one's own, which the dialog takes.
+    QlumServerSettingsDialog(const QlumDiscoverySetting& setting, QlumEndpointFetcher* fetcher,
+                             QWidget* parent);
     ~QlumServerSettingsDialog() override;
 
     /// What the dialog holds now; meaningful after it was accepted.
@@ -32,20 +36,28 @@ public slots:
 
 private slots:
     void sltFetchEndpoints();
-    void sltEndpointsFetched(const QString& error, const QVector<QlumEndpoint>& endpoints);
+    void sltEndpointsFetched(unsigned int status, const QVector<QlumEndpoint>& endpoints);
     void sltUpdateControls();
 
 private:
-    void createWidgets();
-    QWidget* createEndpointPage();
-    QWidget* createIdentityPage();
-    void fill(const QlumDiscoverySetting& setting);
-    [[nodiscard]] QlumEndpoint currentEndpoint() const;
-    void showMessage(const QString& text);
+    QWidget* createEndpointGroup();
+    QWidget* createEndpointView();
+    QWidget* createSessionGroup();
+    QWidget* createIdentityGroup();
+    QWidget* createFileRow(QLineEdit*& edit, const QString& name, const QString& filter);
+    void createButtons();
+    void fill();
+    void suggestDisplayName();
+    void selectEndpoint(int row);
+    /// The chosen row of the model; -1 when none is.
+    [[nodiscard]] int currentRow() const;
+    void setMessage(const QString& text);
 
     QlumDiscoverySetting m_setting;
+    QString m_suggestedName; // replaced when another endpoint is chosen, unless the user wrote a name
     QlumEndpointFetcher* m_fetcher;
     QlumEndpointModel* m_endpoints;
+    QSortFilterProxyModel* m_sorted;
     QLineEdit* m_url = nullptr;
     QPushButton* m_fetch = nullptr;
     QProgressBar* m_progress = nullptr;
@@ -54,8 +66,10 @@ private:
     QLineEdit* m_displayName = nullptr;
     QLineEdit* m_sessionName = nullptr;
     QComboBox* m_tokenType = nullptr;
+    QWidget* m_userNamePage = nullptr;
     QLineEdit* m_userName = nullptr;
     QCheckBox* m_storePassword = nullptr;
+    QWidget* m_certificatePage = nullptr;
     QLineEdit* m_certificateFile = nullptr;
     QLineEdit* m_privateKeyFile = nullptr;
     QDialogButtonBox* m_buttons = nullptr;

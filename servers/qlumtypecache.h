@@ -1,4 +1,5 @@
 #pragma once
+#include <QCoreApplication>
 #include <QPixmap>
 #include <QString>
 #include <app/api/qlumsessionservices.h>
@@ -6,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <span>
 
 /// What is known of one type node.
 struct QlumTypeInfo
@@ -14,7 +16,8 @@ struct QlumTypeInfo
     UaNodeId dataTypeId; ///< of a variable or variable type, else null
     int valueRank = -1;
     UaUInt32Array arrayDimensions;
-    QString browseName; ///< without namespace
+    QString arrayDimensionsText; ///< joined by "|"
+    QString browseName;          ///< without namespace
     UaLocalizedText description;
     QString inverseName; ///< of a reference type; the name where it has none
 };
@@ -24,6 +27,7 @@ struct QlumTypeInfo
 /// question may block for a few service calls. Failures are logged and answered by an empty value.
 class QlumTypeCache
 {
+    Q_DECLARE_TR_FUNCTIONS(QlumTypeCache)
 public:
     explicit QlumTypeCache(unsigned int serverId,
                            QlumSessionServicesProvider provider = qlumApplicationServices());
@@ -57,13 +61,19 @@ private:
     std::shared_ptr<QlumSessionServices> connectedServices();
     InfoPtr typeInfo(const UaNodeId& id);
     InfoPtr fetchTypeInfo(const UaNodeId& id);
-    UaEnumDefinition fetchEnumDefinition(QlumSessionServices& services, const UaNodeId& dataTypeId);
+    void takeNames(const UaDataValues& values, QlumTypeInfo& info) const;
+    void takeClassSpecific(const UaDataValues& values, QlumTypeInfo& info) const;
+    UaEnumDefinition fetchEnumDefinition(QlumSessionServices& session, const UaNodeId& dataTypeId);
+    UaStatus read(QlumSessionServices& session, const UaNodeId& id, std::span<const OpcUa_UInt32> attributes,
+                  UaDataValues& values) const;
+    [[nodiscard]] unsigned int currentGeneration() const;
+    [[nodiscard]] UaClientSdk::ServiceSettings serviceSettings() const;
     QPixmap icon(const UaNodeId& id, int depth);
-    QPixmap fetchIcon(QlumSessionServices& services, const UaNodeId& id, int depth);
-    QPixmap readIconHelper(QlumSessionServices& services, const UaNodeId& id);
-    UaNodeId iconProperty(QlumSessionServices& services, const UaNodeId& id);
-    QPixmap readImage(QlumSessionServices& services, const UaNodeId& property);
-    UaNodeId typeDefinition(QlumSessionServices& services, const UaNodeId& id);
+    QPixmap fetchIcon(QlumSessionServices& session, const UaNodeId& id, int depth);
+    QPixmap readIconHelper(QlumSessionServices& session, const UaNodeId& id);
+    UaNodeId iconProperty(QlumSessionServices& session, const UaNodeId& id);
+    QPixmap readImage(QlumSessionServices& session, const UaNodeId& property);
+    UaNodeId typeDefinition(QlumSessionServices& session, const UaNodeId& id);
     void logBadStatus(const UaDataValues& values, OpcUa_UInt32 index, const QString& text) const;
 
     std::map<UaNodeId, InfoPtr> m_typeInfos;

@@ -37,7 +37,8 @@ OUTSIDE = (
      ("app", "uawidgets", "certificates", "servers", "plugins")),
     ("Qwt", re.compile(r"(qwt\w*(\.h|/.*)|Qwt\w+)$"), ("uawidgets", "plugins", "app")),
     ("OpenSSL", re.compile(r"openssl/"), ("stack/security", "stack/transport", "uabase/uapkicpp")),
-    ("sockets", re.compile(r"(sys/(socket|un|epoll)\.h|netinet/|arpa/|netdb\.h|net/|ifaddrs\.h"
+    # <arpa/inet.h> is not among them: it only writes addresses as text
+    ("sockets", re.compile(r"(sys/(socket|un|epoll)\.h|netinet/|netdb\.h|net/|ifaddrs\.h"
                            r"|(QtNetwork/)?Q(Abstract|Tcp|Udp|Ssl|Local)Socket$)"), ("stack/transport",)),
     ("libxml2", re.compile(r"libxml/"), ("uabase",)),
 )

@@ -13,7 +13,7 @@ class QlumAppEventInterface
 public:
     virtual ~QlumAppEventInterface() = default;
 
-    /// Another server was selected in the project tree; 0xFFFFFFFF when none is.
+    /// Another server was selected in the project tree.
     virtual void serverSelectionChanged(unsigned int serverId) = 0;
     /// Another node was selected in the address space view. The last argument may be null.
     virtual void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,

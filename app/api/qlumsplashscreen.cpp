@@ -38,6 +38,7 @@ QlumSplashScreen::QlumSplashScreen(const QPixmap& pixmap, Qt::WindowFlags flags)
     : QSplashScreen(pixmap, flags)
 {
     setObjectName(QStringLiteral("QlumSplashScreen"));
+    setAttribute(Qt::WA_QuitOnClose, false); // it may outlast a main window that is closed at once
 }
 
 void QlumSplashScreen::showMessage(const QString& text, int alignment, const QColor& color)

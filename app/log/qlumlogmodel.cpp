@@ -4,6 +4,7 @@
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
 
+#include <QCoreApplication>
 #include <QIcon>
 #include <QLocale>
 #include <QRegularExpression>
@@ -60,7 +61,11 @@ QlumLogModel::QlumLogModel(QObject* parent) : QAbstractTableModel(parent)
     qRegisterMetaType<QlumLogEntry*>("QlumLogEntry*");
 }
 
-QlumLogModel::~QlumLogModel() = default;
+QlumLogModel::~QlumLogModel()
+{
+    // entries of other threads that are still on their way belong to nobody else
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+}
 
 void QlumLogModel::addLog(std::unique_ptr<QlumLogEntry> entry)
 {

@@ -36,6 +36,8 @@ QlumHelpViewer::QlumHelpViewer(QWidget* parent)
     : QWidget(parent, Qt::Window), m_browser(new HelpBrowser(this))
 {
     setObjectName(QStringLiteral("helpViewer"));
+    setAttribute(Qt::WA_QuitOnClose,
+                 false); // the program ends with the main window, also when the manual is open
     setWindowTitle(tr("Tavelin Manual"));
     setWindowIcon(QIcon(QStringLiteral(":/images/helpmanual.png")));
     m_browser->setObjectName(QStringLiteral("manual"));

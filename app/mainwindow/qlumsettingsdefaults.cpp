@@ -39,7 +39,7 @@ std::vector<QlumSettingDefault> makeDefaults()
         // address space
         {"General.MaxReferencesToReturn", number(100)},
         {"General.MaxBrowseNextCalls", 1000},
-        {"General.RetrieveIcons", true},
+        {"General.RetrieveIcons", false}, // asks the server about each object: the user decides
         // project
         {"General.NoOfRecentFiles", 5},
         {"General.SuppressSaveOnExit", false},

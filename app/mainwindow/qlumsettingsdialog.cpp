@@ -29,6 +29,7 @@ QlumSettingsDialog::QlumSettingsDialog(QlumSettingsModel* settings, QWidget* par
 {
     setWindowTitle(tr("Configure Tavelin"));
     m_pages->setObjectName(QStringLiteral("settingsPages"));
+    m_pages->setUsesScrollButtons(false);
     addConnectionPage();
     addBrowsePage();
     addLogPage();
@@ -138,7 +139,8 @@ void QlumSettingsDialog::addField(const char* key, std::function<QVariant()> get
                                   std::function<void(const QVariant&)> set)
 {
     set(m_settings->value(QLatin1String(key)));
-    m_fields.push_back({QLatin1String(key), std::move(get), std::move(set)});
+    const QVariant initial = get();
+    m_fields.push_back({QLatin1String(key), std::move(get), std::move(set), initial});
 }
 
 void QlumSettingsDialog::addFlag(QFormLayout* form, const char* key, const QString& label)
@@ -229,7 +231,7 @@ void QlumSettingsDialog::accept()
 {
     for (const Field& field : m_fields) {
         // what was not changed stays unset, so that a later version's default still applies
-        if (QVariant value = field.get(); value.toString() != m_settings->value(field.key).toString()) {
+        if (QVariant value = field.get(); value != field.initial) {
             if (const QVariant standard = m_settings->defaultValue(field.key); standard.isValid())
                 value.convert(static_cast<int>(standard.userType()));
             m_settings->setValue(field.key, value);

@@ -39,6 +39,7 @@ private:
         QString key;
         std::function<QVariant()> get;
         std::function<void(const QVariant&)> set;
+        QVariant initial;
     };
 
     void addField(const char* key, std::function<QVariant()> get, std::function<void(const QVariant&)> set);

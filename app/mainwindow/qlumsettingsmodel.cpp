@@ -41,16 +41,6 @@ void QlumSettingsModel::setValue(const QString& key, const QVariant& value)
     emit valueChanged(key);
 }
 
-void QlumSettingsModel::remove(const QString& key)
-{
-    {
-        const std::unique_lock lock(m_mutex);
-        m_stored.remove(key);
-    }
-    m_settings.remove(key);
-    emit valueChanged(key);
-}
-
 QVariant QlumSettingsModel::defaultValue(const QString& key) const
 {
     return m_defaults.value(key);

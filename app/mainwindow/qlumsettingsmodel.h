@@ -19,8 +19,6 @@ public:
     /// valid, else the default; an invalid QVariant when there is none of them.
     [[nodiscard]] QVariant value(const QString& key, const QVariant& fallback = QVariant()) const;
     void setValue(const QString& key, const QVariant& value);
-    /// Back to the default.
-    void remove(const QString& key);
     /// The default of a key of the application, invalid for others.
     [[nodiscard]] QVariant defaultValue(const QString& key) const;
 

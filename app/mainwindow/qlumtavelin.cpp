@@ -211,8 +211,10 @@ void QlumTavelin::updateTraceSettings()
 
 void QlumTavelin::closeEvent(QCloseEvent* event)
 {
-    if (m_session->mayClose())
-        event->accept();
-    else
+    if (!m_session->mayClose()) {
         event->ignore();
+        return;
+    }
+    m_help->close();
+    event->accept();
 }

@@ -3,16 +3,16 @@
 #include <app/api/qlumtext.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumaddressspacepages.h>
-#include <app/mainwindow/qlumnodemime.h>
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumsettingsmodel.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/pluginloader/qlumdirector.h>
 #include <app/project/qlumprojectmodel.h>
 #include <opcua/opcua_statuscodes.h>
+#include <plugins/addressspace/qlumnodemimedata.h>
 #include <uabase/uaenumdefinition.h>
 
-#include <algorithm>
+#include <QMimeData>
 
 QlumServerNode* QlumTavelin::findServer(unsigned int serverId) const
 {
@@ -97,13 +97,14 @@ QIcon QlumTavelin::getIcon(unsigned int serverId, const UaNodeId* nodeId)
 bool QlumTavelin::nodeIdsFromMimeData(const QMimeData* mimeData, unsigned int* serverId, unsigned int* count,
                                       UaNodeId** nodeIds)
 {
-    QlumDraggedNodes nodes;
-    if (!qlumDecodeNodes(mimeData, nodes))
+    QlumDraggedNodes dragged;
+    if (!mimeData || !qlumDecodeNodes(mimeData->data(qlumNodeMimeType()), dragged) || dragged.nodes.empty())
         return false;
-    *serverId = nodes.serverId;
-    *count = static_cast<unsigned int>(nodes.nodeIds.size());
-    *nodeIds = new UaNodeId[nodes.nodeIds.size()];
-    std::move(nodes.nodeIds.begin(), nodes.nodeIds.end(), *nodeIds);
+    *serverId = dragged.serverId;
+    *count = static_cast<unsigned int>(dragged.nodes.size());
+    *nodeIds = new UaNodeId[dragged.nodes.size()];
+    for (std::size_t i = 0; i < dragged.nodes.size(); ++i)
+        (*nodeIds)[i] = std::move(dragged.nodes[i].nodeId);
     return true;
 }
 

@@ -116,8 +116,12 @@ void QlumTavelin::arrangeDocks()
     resizeDocks({project, m_addressSpaceDock}, {200, 400}, Qt::Vertical);
     resizeDocks({dock("Log Dock Widget")}, {180}, Qt::Vertical);
     resizeDocks({project}, {300}, Qt::Horizontal);
-    if (QDockWidget* attributes = dock("Attributes Dock Widget"))
-        resizeDocks({attributes}, {320}, Qt::Horizontal);
+    QDockWidget* attributes = dock("Attributes Dock Widget");
+    QDockWidget* references = dock("References Dock Widget");
+    if (attributes && references) {
+        resizeDocks({attributes}, {430}, Qt::Horizontal);
+        resizeDocks({attributes, references}, {420, 140}, Qt::Vertical);
+    }
 }
 
 void QlumTavelin::setupConnections()

@@ -124,7 +124,7 @@ void report(QlumIniCheck& check, std::string_view entry, const QString& why, int
     const QString shown =
         QString::fromUtf8(entry.data(), static_cast<int>(std::min<std::size_t>(entry.size(), 60)))
             .simplified();
-    check.refused.append(Text::tr("Skipped '%1' in the project file: %2.").arg(shown, why));
+    check.refused.append(Text::tr("Skipped '%1': %2.").arg(shown, why));
 }
 
 void copyChecked(std::string_view data, QlumIniCheck& check)

@@ -1,6 +1,51 @@
 #include <app/startup/qlumservices.h>
 
+#include <plugins/addressspace/qlumaddressspacemodel.h>
+#include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumprojectnodeserver.h>
+#include <servers/qlumserversettingsdialog.h>
+
+namespace {
+std::unique_ptr<QlumServerNode> createServer(const QString& name, QSettings& settings)
+{
+    auto server = std::make_unique<QlumProjectNodeServer>(QlumDiscoverySetting::fromSetting(settings));
+    if (!name.isEmpty())
+        server->setDisplayName(name);
+    return server;
+}
+
+std::unique_ptr<QlumServerNode> askForServer(QWidget* parent)
+{
+    QlumServerSettingsDialog dialog(QlumDiscoverySetting(), parent);
+    if (dialog.exec() != QDialog::Accepted)
+        return nullptr;
+    return std::make_unique<QlumProjectNodeServer>(dialog.discoverySetting());
+}
+
+bool editServer(QlumServerNode* server, QWidget* parent)
+{
+    QPointer<QlumProjectNodeServer> node(qobject_cast<QlumProjectNodeServer*>(server));
+    if (!node)
+        return false;
+    QlumServerSettingsDialog dialog(node->discoverySetting(), parent);
+    if (dialog.exec() != QDialog::Accepted || !node || dialog.discoverySetting() == node->discoverySetting())
+        return false;
+    node->setDiscoverySetting(dialog.discoverySetting());
+    return true;
+}
+} // namespace
+
 QlumTavelinServices qlumServices()
 {
-    return {};
+    QlumTavelinServices services;
+    services.createServer = createServer;
+    services.askForServer = askForServer;
+    services.editServer = editServer;
+    services.createPageModel = [](QlumServerNode* server, QComboBox* highlight, QObject* parent) {
+        return new QlumAddressSpaceModel(server, highlight, parent);
+    };
+    services.createSubTreeModel = [](QlumServerNode* server, const UaNodeId& startNode) {
+        return new QlumAddressSpaceModel(server, &startNode);
+    };
+    return services;
 }

@@ -5,6 +5,7 @@
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/startup/qlumfolders.h>
 #include <app/startup/qlumservices.h>
+#include <app/startup/qlumsettingsfile.h>
 #include <app/startup/qlumtipwindow.h>
 #include <certificates/qlumcertificates.h>
 #include <uabase/uaplatformlayer.h>
@@ -99,11 +100,12 @@ int QlumStartup::run(int argc, char** argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(TAVELIN_VERSION));
     loadResources();
     QTranslator translator;
-    if (!translator.load(QStringLiteral("tavelin_") + QLocale::system().name(), QString(), QString(),
-                         QString()))
-        qDebug("no translation for this locale");
+    // without a translation the texts stay as they are
+    std::ignore = translator.load(QStringLiteral("tavelin_") + QLocale::system().name(), QString(), QString(),
+                                  QString());
     QCoreApplication::installTranslator(&translator);
     setIdentity();
+    const QStringList settingsProblems = qlumCleanSettingsFile();
     const QPixmap pixmap(QStringLiteral(":/images/tavelin_splash.png"));
     QlumSplashScreen splash(pixmap, Qt::WindowStaysOnTopHint);
     addLibraryPaths();
@@ -111,7 +113,7 @@ int QlumStartup::run(int argc, char** argv)
     QCoreApplication::processEvents();
     if (const int error = startLayers(splash); error != 0)
         return error;
-    return runMainWindow(splash);
+    return runMainWindow(splash, settingsProblems);
 }
 
 int QlumStartup::startLayers(QlumSplashScreen& splash)
@@ -133,12 +135,14 @@ int QlumStartup::startLayers(QlumSplashScreen& splash)
     return 0;
 }
 
-int QlumStartup::runMainWindow(QlumSplashScreen& splash)
+int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& settingsProblems)
 {
     show(splash, Text::tr("Loading main application..."));
     auto window = std::make_unique<QlumTavelin>(qlumServices());
     for (const auto& [level, text] : QlumCertificates::instance()->takeMessages())
         window->log(level, text, QlumNoServer, QStringLiteral("Tavelin"));
+    for (const QString& text : settingsProblems)
+        window->log(QlumLogLevel::Error, text, QlumNoServer, QStringLiteral("Tavelin"));
     window->show();
     show(splash, QString());
     splash.timedClose(3);

@@ -1,5 +1,5 @@
 #pragma once
-#include <QString>
+#include <QStringList>
 
 class QlumSplashScreen;
 
@@ -21,5 +21,5 @@ public:
 
 private:
     [[nodiscard]] static int startLayers(QlumSplashScreen& splash);
-    [[nodiscard]] static int runMainWindow(QlumSplashScreen& splash);
+    [[nodiscard]] static int runMainWindow(QlumSplashScreen& splash, const QStringList& settingsProblems);
 };

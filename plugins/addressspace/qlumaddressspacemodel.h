@@ -6,14 +6,14 @@
 #include <app/api/qlumsessionservices.h>
 #include <plugins/addressspace/qlumaddressspacenode.h>
 
-#include <functional>
+#include <list>
 
 class QComboBox;
-class QlumBrowseProgress;
+class QTimer;
 
-/// The address space below one node of a server as a lazily browsed tree. Browsing blocks the GUI thread
-/// under a wait cursor; a long one shows its progress and can be cancelled. The root row is hidden until it
-/// has children.
+/// The address space below one node of a server as a lazily browsed tree. Each service call blocks the GUI
+/// thread under a wait cursor; a node that needs many calls is browsed in slices between which the event loop
+/// runs, shows its progress and can be cancelled. The root row is hidden until it has children.
 class QlumAddressSpaceModel : public QAbstractItemModel, public QlumAddressSpaceModelInterface
 {
     Q_OBJECT
@@ -54,6 +54,8 @@ public:
     /// The node behind an index; null for an invalid one.
     [[nodiscard]] const QlumAddressSpaceNode* node(const QModelIndex& index) const;
     [[nodiscard]] QlumServerNode* server() const { return m_server; }
+    /// True while continuation points are being followed.
+    [[nodiscard]] bool isBrowsing() const { return !m_tasks.empty(); }
     /// -1 when none is.
     [[nodiscard]] int highlightedNamespace() const { return m_highlightedNamespace; }
 
@@ -63,28 +65,33 @@ public slots:
                               unsigned int serverId);
 
 private:
-    enum class Continue { Yes, No, ModelGone };
+    struct Task; // a node whose continuation points are being followed
 
     [[nodiscard]] QlumAddressSpaceNode* nodeAt(const QModelIndex& index) const;
     [[nodiscard]] QlumAddressSpaceNode* nodeOrRoot(const QModelIndex& index) const;
     [[nodiscard]] QModelIndex indexOf(QlumAddressSpaceNode* node) const;
-    void start(std::shared_ptr<QlumSessionServices> services);
+    void connectHighlighting();
 
-    bool browseNode(QlumAddressSpaceNode* node);
-    bool followContinuationPoints(QlumAddressSpaceNode* node, UaClientSdk::ServiceSettings& settings,
-                                  UaByteString& continuationPoint);
-    void releaseContinuationPoint(UaClientSdk::ServiceSettings& settings, UaByteString& continuationPoint);
-    void addNodes(QlumAddressSpaceNode* parent, const UaReferenceDescriptions& references);
+    void browseNode(QlumAddressSpaceNode* node);
+    [[nodiscard]] UaClientSdk::BrowseContext browseContext(const QlumAddressSpaceNode& node) const;
+    void runTasks(int milliseconds);
+    [[nodiscard]] bool runTask(Task& task, int milliseconds);
+    [[nodiscard]] bool browseNext(Task& task);
+    [[nodiscard]] bool mayContinue(Task& task);
+    void finish(Task& task);
+    void release(Task& task);
+    void dropTasks(const QlumAddressSpaceNode* node);
+    int addNodes(QlumAddressSpaceNode* parent, UaReferenceDescriptions& references);
     void sortNode(QlumAddressSpaceNode* node);
     void removeChildren(QlumAddressSpaceNode* node);
-    bool refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id);
-    void refresh(const UaNodeId& id);
-    void runDeferred();
+    void refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id);
 
     void fillHighlightCombo(const QStringList& namespaces);
     void emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace, int newNamespace);
+    [[nodiscard]] QVariant decoration(const QlumAddressSpaceNode& node) const;
     [[nodiscard]] QVariant setting(const char* key, const QVariant& defaultValue) const;
     void log(int level, const QString& text) const;
+    void logStatus(const QString& text, const UaStatus& status) const;
 
     QPointer<QlumServerNode> m_server;
     QPointer<QComboBox> m_highlightCombo;
@@ -92,6 +99,6 @@ private:
     std::unique_ptr<QlumAddressSpaceNode> m_root;
     unsigned int m_serverId;
     int m_highlightedNamespace = -1;
-    bool m_browsing = false;                   // progress runs events; no second browse may start then
-    std::vector<UaNodeId> m_deferredRefreshes; // model changes that came while browsing
+    std::list<Task> m_tasks;
+    QTimer* m_timer; // runs the next slice of the tasks
 };

@@ -5,7 +5,7 @@
 #include <uabase/uanodeid.h>
 
 #include <memory>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 /// One node of the address space tree; owns its children.
@@ -50,8 +50,31 @@ public:
     /// Deletes them and makes the node unbrowsed.
     void clearChildren();
 
+    /// Hash and equality of nodes by their node id, so that sets find them without keeping the id twice.
+    struct ById
+    {
+        using is_transparent = void;
+        std::size_t operator()(const UaNodeId& id) const noexcept { return id.hash(); }
+        std::size_t operator()(const QlumAddressSpaceNode* node) const noexcept
+        {
+            return node->nodeId().hash();
+        }
+        bool operator()(const QlumAddressSpaceNode* left, const QlumAddressSpaceNode* right) const noexcept
+        {
+            return left->nodeId() == right->nodeId();
+        }
+        bool operator()(const UaNodeId& left, const QlumAddressSpaceNode* right) const noexcept
+        {
+            return left == right->nodeId();
+        }
+        bool operator()(const QlumAddressSpaceNode* left, const UaNodeId& right) const noexcept
+        {
+            return left->nodeId() == right;
+        }
+    };
+
 private:
-    using ChildMap = std::unordered_map<UaNodeId, QlumAddressSpaceNode*>;
+    using ChildMap = std::unordered_set<QlumAddressSpaceNode*, ById, ById>;
 
     QString m_name;
     UaNodeId m_nodeId;

@@ -1,0 +1,318 @@
+#include <plugins/addressspace/qlumaddressspacemodel_p.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QFont>
+#include <QMimeData>
+#include <QTimer>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumuatrace.h>
+#include <plugins/addressspace/qlumnodemimedata.h>
+
+namespace {
+constexpr OpcUa_UInt32 kRootFolder = 84;
+constexpr OpcUa_UInt32 kFolderType = 61;
+constexpr unsigned char kReferenceAdded = 4; // verbs of a model change, OPC 10000-3, 9.32.3
+constexpr unsigned char kReferenceDeleted = 8;
+constexpr int kNextSlice = 30; // ms
+} // namespace
+
+QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* highlightCombo,
+                                             QObject* parent, std::shared_ptr<QlumSessionServices> services)
+    : QAbstractItemModel(parent), m_server(server), m_highlightCombo(highlightCombo),
+      m_services(services ? std::move(services) : qlumServicesOf(server->session())),
+      m_root(std::make_unique<QlumAddressSpaceNode>(tr("Root"), UaNodeId(kRootFolder), UaNodeId(kFolderType),
+                                                    OpcUa_NodeClass_Object)),
+      m_serverId(server->serverId()), m_timer(new QTimer(this))
+{
+    m_timer->setSingleShot(true);
+    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(kNextSlice); });
+    if (m_highlightCombo)
+        connectHighlighting();
+    browseNode(m_root.get());
+}
+
+QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNodeId* startNode,
+                                             QObject* parent, std::shared_ptr<QlumSessionServices> services)
+    : QAbstractItemModel(parent), m_server(server),
+      m_services(services ? std::move(services) : qlumServicesOf(server->session())),
+      m_root(std::make_unique<QlumAddressSpaceNode>(server->typeName(startNode, false), *startNode,
+                                                    UaNodeId(), OpcUa_NodeClass_Unspecified)),
+      m_serverId(server->serverId()), m_timer(new QTimer(this))
+{
+    m_timer->setSingleShot(true);
+    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(kNextSlice); });
+    browseNode(m_root.get());
+}
+
+QlumAddressSpaceModel::~QlumAddressSpaceModel() = default;
+
+// ---- item model
+// ---------------------------------------------------------------------------------------------
+
+QlumAddressSpaceNode* QlumAddressSpaceModel::nodeAt(const QModelIndex& index) const
+{
+    return index.isValid() ? static_cast<QlumAddressSpaceNode*>(index.internalPointer()) : nullptr;
+}
+
+QlumAddressSpaceNode* QlumAddressSpaceModel::nodeOrRoot(const QModelIndex& index) const
+{
+    return index.isValid() ? nodeAt(index) : m_root.get();
+}
+
+const QlumAddressSpaceNode* QlumAddressSpaceModel::node(const QModelIndex& index) const
+{
+    return nodeAt(index);
+}
+
+QModelIndex QlumAddressSpaceModel::indexOf(QlumAddressSpaceNode* node) const
+{
+    return createIndex(node->row(), 0, node);
+}
+
+int QlumAddressSpaceModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? nodeAt(parent)->childCount() : 1;
+}
+
+int QlumAddressSpaceModel::columnCount(const QModelIndex&) const
+{
+    return 1;
+}
+
+QModelIndex QlumAddressSpaceModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (column != 0 || row < 0)
+        return {};
+    if (parent.isValid()) {
+        QlumAddressSpaceNode* child = nodeAt(parent)->child(row);
+        return child ? createIndex(row, 0, child) : QModelIndex();
+    }
+    // The root row stays hidden until it has something to show.
+    return row < 1 && row < m_root->childCount() ? createIndex(0, 0, m_root.get()) : QModelIndex();
+}
+
+QModelIndex QlumAddressSpaceModel::parent(const QModelIndex& index) const
+{
+    const QlumAddressSpaceNode* node = nodeAt(index);
+    return node && node->parent() ? indexOf(node->parent()) : QModelIndex();
+}
+
+bool QlumAddressSpaceModel::hasChildren(const QModelIndex& index) const
+{
+    const QlumAddressSpaceNode* node = nodeAt(index);
+    return !node || !node->isBrowsed() || node->hasChildren();
+}
+
+bool QlumAddressSpaceModel::canFetchMore(const QModelIndex& index) const
+{
+    const QlumAddressSpaceNode* node = nodeAt(index);
+    return node && !node->isBrowsed();
+}
+
+void QlumAddressSpaceModel::fetchMore(const QModelIndex& index)
+{
+    if (canFetchMore(index))
+        browseNode(nodeAt(index));
+}
+
+Qt::ItemFlags QlumAddressSpaceModel::flags(const QModelIndex& index) const
+{
+    const QlumAddressSpaceNode* node = nodeAt(index);
+    if (!node)
+        return Qt::NoItemFlags;
+    if (node == m_root.get())
+        return Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    return Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsEnabled;
+}
+
+QVariant QlumAddressSpaceModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (section == 0 && orientation == Qt::Horizontal && role == Qt::DisplayRole)
+        return tr("Item");
+    return {};
+}
+
+QVariant QlumAddressSpaceModel::data(const QModelIndex& index, int role) const
+{
+    const QlumAddressSpaceNode* node = nodeAt(index);
+    if (!node)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return qlumSingleLine(node->name());
+    case Qt::ToolTipRole:
+        return qlumPlainToolTip(node->name());
+    case Qt::DecorationRole:
+        return decoration(*node);
+    case Qt::FontRole:
+        if (m_highlightedNamespace >= 0 && node->nodeId().namespaceIndex() == m_highlightedNamespace) {
+            QFont font = QApplication::font();
+            font.setWeight(QFont::Bold);
+            return font;
+        }
+        return {};
+    default:
+        return {};
+    }
+}
+
+QVariant QlumAddressSpaceModel::decoration(const QlumAddressSpaceNode& node) const
+{
+    const bool mayHaveOwn =
+        node.nodeClass() == OpcUa_NodeClass_Object || node.nodeClass() == OpcUa_NodeClass_ObjectType;
+    if (mayHaveOwn && m_server && m_server->hasIcon(&node.nodeId()))
+        return m_server->getIcon(&node.nodeId());
+    return node.icon();
+}
+
+QStringList QlumAddressSpaceModel::mimeTypes() const
+{
+    return {qlumNodeMimeType()};
+}
+
+QMimeData* QlumAddressSpaceModel::mimeData(const QModelIndexList& indexes) const
+{
+    log(QlumLogLevel::Function, QStringLiteral("QlumAddressSpaceModel::mimeData"));
+    QlumDraggedNodes dragged;
+    dragged.serverId = m_serverId;
+    for (const QModelIndex& index : indexes)
+        if (const QlumAddressSpaceNode* node = nodeAt(index))
+            dragged.nodes.push_back({node->nodeId(), node->name()});
+    auto* mimeData = new QMimeData;
+    mimeData->setData(qlumNodeMimeType(), qlumEncodeNodes(dragged, indexes.size()));
+    return mimeData;
+}
+
+// ---- refreshing
+// ---------------------------------------------------------------------------------------------
+
+void QlumAddressSpaceModel::browseNodeIndex(const QModelIndex& index)
+{
+    browseNode(nodeOrRoot(index));
+}
+
+void QlumAddressSpaceModel::rebrowseNodeIndex(const QModelIndex& index)
+{
+    QlumAddressSpaceNode* node = nodeOrRoot(index);
+    removeChildren(node);
+    browseNode(node);
+}
+
+void QlumAddressSpaceModel::serverModelChanged(const UaNodeId& affectedNode, unsigned char verb)
+{
+    if ((verb & (kReferenceAdded | kReferenceDeleted)) == 0)
+        return;
+    const UaNodeId id = affectedNode; // might lie in a node that goes
+    if (m_root->nodeId() == id)
+        rebrowseNodeIndex(QModelIndex());
+    else
+        refreshNodeId(m_root.get(), id);
+}
+
+bool QlumAddressSpaceModel::nodeInfo(const QModelIndex& index, UaNodeId& nodeId, OpcUa_NodeClass& nodeClass,
+                                     UaNodeId& parentId) const
+{
+    const QlumAddressSpaceNode* node = nodeAt(index);
+    if (!node)
+        return false;
+    nodeId = node->nodeId();
+    nodeClass = static_cast<OpcUa_NodeClass>(node->nodeClass());
+    parentId = node->parent() ? node->parent()->nodeId() : UaNodeId();
+    return true;
+}
+
+// ---- highlighting
+// -------------------------------------------------------------------------------------------
+
+void QlumAddressSpaceModel::connectHighlighting()
+{
+    connect(m_highlightCombo, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &QlumAddressSpaceModel::sltSetHighlightNamespace);
+    connect(m_server, &QlumServerNode::serverNodeChanged, this, &QlumAddressSpaceModel::sltServerNodeChanged);
+    if (qlumIsConnected(m_server->connectionStatus()))
+        fillHighlightCombo(m_server->namespaceTable());
+}
+
+void QlumAddressSpaceModel::sltServerNodeChanged(QlumProjectNode*, QWidget*, QlumConnectionStatus status,
+                                                 unsigned int serverId)
+{
+    if (!m_server || serverId != m_serverId)
+        return;
+    fillHighlightCombo(status == QlumConnectionStatus::Connected ? m_server->namespaceTable()
+                                                                 : QStringList());
+}
+
+void QlumAddressSpaceModel::fillHighlightCombo(const QStringList& namespaces)
+{
+    if (!m_highlightCombo)
+        return;
+    {
+        const QSignalBlocker blocker(m_highlightCombo); // one change, not one for every entry
+        m_highlightCombo->clear();
+        m_highlightCombo->addItem(tr("No Highlight"));
+        for (int i = 0; i < namespaces.size(); ++i)
+            m_highlightCombo->addItem(
+                qlumSingleLine(tr("%1: %2").arg(QString::number(i), qlumCutText(namespaces.at(i)))));
+        m_highlightCombo->setCurrentIndex(0);
+        for (int i = 0; i < m_highlightCombo->count(); ++i)
+            m_highlightCombo->setItemData(i, qlumPlainToolTip(m_highlightCombo->itemText(i)),
+                                          Qt::ToolTipRole);
+    }
+    sltSetHighlightNamespace(0);
+}
+
+void QlumAddressSpaceModel::sltSetHighlightNamespace(int comboIndex)
+{
+    const int newNamespace = comboIndex - 1;
+    const int oldNamespace = m_highlightedNamespace;
+    if (newNamespace == oldNamespace)
+        return;
+    m_highlightedNamespace = newNamespace; // before the signals: views ask at once
+    const int rootNamespace = m_root->nodeId().namespaceIndex();
+    if (rootNamespace == oldNamespace || rootNamespace == newNamespace)
+        emit dataChanged(indexOf(m_root.get()), indexOf(m_root.get()));
+    emitNamespaceChanged(m_root.get(), oldNamespace, newNamespace);
+}
+
+// Neighbouring rows are told together: a folder may hold a hundred thousand of them.
+void QlumAddressSpaceModel::emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace,
+                                                 int newNamespace)
+{
+    int first = -1;
+    for (int row = 0; row <= node->childCount(); ++row) {
+        QlumAddressSpaceNode* child = node->child(row);
+        const int index = child ? child->nodeId().namespaceIndex() : -1;
+        const bool affected = child && (index == oldNamespace || index == newNamespace);
+        if (affected && first < 0)
+            first = row;
+        if (!affected && first >= 0) {
+            emit dataChanged(indexOf(node->child(first)), indexOf(node->child(row - 1)));
+            first = -1;
+        }
+    }
+    for (int row = 0; row < node->childCount(); ++row)
+        if (node->child(row)->hasChildren())
+            emitNamespaceChanged(node->child(row), oldNamespace, newNamespace);
+}
+
+// ---- surroundings
+// -------------------------------------------------------------------------------------------
+
+QVariant QlumAddressSpaceModel::setting(const char* key, const QVariant& defaultValue) const
+{
+    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    return application ? application->settingsValue(QLatin1String(key), defaultValue) : defaultValue;
+}
+
+void QlumAddressSpaceModel::log(int level, const QString& text) const
+{
+    QlumUaTrace::log(level, text, tr("AddressSpaceModel"), m_serverId);
+}
+
+void QlumAddressSpaceModel::logStatus(const QString& text, const UaStatus& status) const
+{
+    QlumUaTrace::logUaStatusCode(QlumLogLevel::Info, text, status.statusCode(), tr("AddressSpaceModel"),
+                                 m_serverId);
+}

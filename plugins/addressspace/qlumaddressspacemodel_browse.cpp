@@ -1,0 +1,267 @@
+// Browsing: what the server is asked, and how the answers become rows.
+#include <plugins/addressspace/qlumaddressspacemodel_p.h>
+
+#include <QApplication>
+#include <QTimer>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
+
+#include <unordered_set>
+
+namespace {
+using UaClientSdk::BrowseContext;
+using UaClientSdk::ServiceSettings;
+
+constexpr OpcUa_UInt32 kHierarchicalReferences = 33;
+constexpr OpcUa_UInt32 kPropertyType = 68;
+constexpr int kFirstSlice = 80; // ms: most nodes are complete by then
+constexpr int kMaxChildren = 1000000;
+constexpr int kMaxNameLength = 1024;
+constexpr int kMaxFailures = 3;         // in a row
+constexpr int kMaxBarrenResults = 1000; // in a row, without a single new node
+
+class WaitCursor
+{
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+QString nameOf(const OpcUa_ReferenceDescription& reference)
+{
+    const OpcUa_String& text = reference.DisplayName.Text;
+    if (!text.Data || text.Length <= 0)
+        return {};
+    const int bytes = std::min(text.Length, kMaxNameLength * 4); // more than any name that fits
+    return QString::fromUtf8(text.Data, bytes).left(kMaxNameLength);
+}
+
+std::unique_ptr<QlumAddressSpaceNode> makeNode(OpcUa_ReferenceDescription& reference, UaNodeId nodeId)
+{
+    UaNodeId typeDefinition;
+    typeDefinition.attach(&reference.TypeDefinition.NodeId);
+    auto node = std::make_unique<QlumAddressSpaceNode>(nameOf(reference), nodeId, typeDefinition,
+                                                       static_cast<OpcUa_UInt32>(reference.NodeClass));
+    if (typeDefinition.isNumeric(kPropertyType))
+        node->setBrowsed(true); // properties have nothing below them
+    return node;
+}
+
+bool isAtOrBelow(const QlumAddressSpaceNode* node, const QlumAddressSpaceNode* ancestor)
+{
+    while (node && node != ancestor)
+        node = node->parent();
+    return node != nullptr;
+}
+} // namespace
+
+BrowseContext QlumAddressSpaceModel::browseContext(const QlumAddressSpaceNode& node) const
+{
+    BrowseContext context;
+    context.referenceTypeId = UaNodeId(kHierarchicalReferences);
+    context.nodeClassMask = node.childNodeClassMask();
+    context.maxReferencesToReturn = setting("General.MaxReferencesToReturn", 100).toUInt();
+    return context;
+}
+
+void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
+{
+    if (!m_server || !m_services)
+        return;
+    for (const Task& task : m_tasks)
+        if (task.node == node)
+            return; // under way
+    Task task(node);
+    task.settings.callTimeout = setting("General.BrowseTimeout", 10000).toUInt();
+    task.budget = setting("General.MaxBrowseNextCalls", 1000).toInt();
+    UaReferenceDescriptions references;
+    UaStatus status;
+    {
+        const WaitCursor wait;
+        status = m_services->browse(task.settings, node->nodeId(), browseContext(*node),
+                                    task.continuationPoint, references);
+    }
+    if (!status.isGood()) {
+        logStatus(tr("Browse failed with error '%1'."), status);
+        return;
+    }
+    log(QlumLogLevel::Info, tr("Browse succeeded."));
+    node->setBrowsed(true);
+    addNodes(node, references);
+    m_tasks.push_front(std::move(task)); // the node that the user opened last comes first
+    runTasks(kFirstSlice);
+}
+
+void QlumAddressSpaceModel::runTasks(int milliseconds)
+{
+    if (!m_server)
+        m_tasks.clear();
+    if (!m_tasks.empty() && runTask(m_tasks.front(), milliseconds)) {
+        Task done = std::move(m_tasks.front());
+        m_tasks.pop_front();
+        finish(done);
+    }
+    if (!m_tasks.empty())
+        m_timer->start(0);
+}
+
+// True when the task is done.
+bool QlumAddressSpaceModel::runTask(Task& task, int milliseconds)
+{
+    QElapsedTimer slice;
+    slice.start();
+    while (!task.continuationPoint.isEmpty()) {
+        if (!mayContinue(task))
+            return true;
+        if (!browseNext(task)) // the first is always made, as the budget is looked at afterwards
+            return true;
+        if (slice.elapsed() >= milliseconds)
+            return task.continuationPoint.isEmpty();
+    }
+    return true;
+}
+
+// One BrowseNext; false when the budget allows no other.
+bool QlumAddressSpaceModel::browseNext(Task& task)
+{
+    UaReferenceDescriptions references;
+    UaStatus status;
+    {
+        const WaitCursor wait;
+        status = m_services->browseNext(task.settings, false, task.continuationPoint, references);
+    }
+    if (status.isGood()) {
+        log(QlumLogLevel::Info, tr("BrowseNext succeeded."));
+        task.failures = 0;
+        task.barren = addNodes(task.node, references) > 0 ? 0 : task.barren + 1;
+    } else {
+        logStatus(tr("Browse failed with error '%1'."), status);
+        ++task.failures;
+    }
+    task.progress->update(task.node->childCount());
+    return task.budget < 0 || --task.budget > 0;
+}
+
+// What ends a browse before the server or the budget does.
+bool QlumAddressSpaceModel::mayContinue(Task& task)
+{
+    if (task.failures >= kMaxFailures)
+        task.stopText = tr("The server keeps refusing to continue. Releasing current ContinuationPoint.");
+    else if (task.barren >= kMaxBarrenResults || task.node->childCount() >= kMaxChildren)
+        task.stopText =
+            tr("The server does not come to an end of its references. Releasing current ContinuationPoint.");
+    else if (task.progress->wasCancelled())
+        task.stopText = tr("Browsing was cancelled by user. Releasing current ContinuationPoint.");
+    return task.stopText.isEmpty();
+}
+
+void QlumAddressSpaceModel::finish(Task& task)
+{
+    if (!task.continuationPoint.isEmpty()) {
+        log(QlumLogLevel::Error,
+            task.stopText.isEmpty() ? tr("Server returned more ContinuationPoints than accepted by setting "
+                                         "'General.MaxBrowseNextCalls'. Releasing current ContinuationPoint.")
+                                    : task.stopText);
+        release(task);
+    }
+    task.progress.reset();
+    sortNode(task.node);
+}
+
+void QlumAddressSpaceModel::release(Task& task)
+{
+    const WaitCursor wait;
+    UaReferenceDescriptions references;
+    m_services->browseNext(task.settings, true, task.continuationPoint, references);
+}
+
+// Called before nodes go: nothing may come back to them.
+void QlumAddressSpaceModel::dropTasks(const QlumAddressSpaceNode* node)
+{
+    for (auto task = m_tasks.begin(); task != m_tasks.end();) {
+        if (!isAtOrBelow(task->node, node)) {
+            ++task;
+            continue;
+        }
+        if (m_server && !task->continuationPoint.isEmpty())
+            release(*task);
+        task = m_tasks.erase(task);
+    }
+}
+
+// Takes the node ids out of the references; answers how many nodes are new.
+int QlumAddressSpaceModel::addNodes(QlumAddressSpaceNode* parent, UaReferenceDescriptions& references)
+{
+    std::vector<std::unique_ptr<QlumAddressSpaceNode>> fresh;
+    std::unordered_set<QlumAddressSpaceNode*, QlumAddressSpaceNode::ById, QlumAddressSpaceNode::ById> seen;
+    fresh.reserve(references.length());
+    seen.reserve(references.length());
+    for (OpcUa_ReferenceDescription& reference : references) {
+        UaNodeId nodeId;
+        nodeId.attach(&reference.NodeId.NodeId);
+        if (parent->findChild(nodeId) || seen.contains(nodeId))
+            continue;
+        fresh.push_back(makeNode(reference, std::move(nodeId)));
+        seen.insert(fresh.back().get());
+    }
+    if (fresh.empty())
+        return 0;
+    const int first = parent->childCount();
+    const int count = static_cast<int>(fresh.size());
+    beginInsertRows(indexOf(parent), first, first + count - 1);
+    parent->reserveChildren(first + count);
+    for (auto& node : fresh)
+        parent->appendChild(std::move(node));
+    endInsertRows();
+    return count;
+}
+
+void QlumAddressSpaceModel::sortNode(QlumAddressSpaceNode* node)
+{
+    emit layoutAboutToBeChanged();
+    {
+        const WaitCursor wait;
+        node->sortChildren();
+    }
+    QModelIndexList before;
+    QModelIndexList after;
+    for (const QModelIndex& index : persistentIndexList()) {
+        QlumAddressSpaceNode* moved = nodeAt(index);
+        if (moved && moved->parent() == node && moved->row() != index.row()) {
+            before.append(index);
+            after.append(indexOf(moved));
+        }
+    }
+    changePersistentIndexList(before, after);
+    emit layoutChanged();
+}
+
+void QlumAddressSpaceModel::removeChildren(QlumAddressSpaceNode* node)
+{
+    dropTasks(node);
+    if (node->childCount() == 0) {
+        node->clearChildren();
+        return;
+    }
+    beginRemoveRows(indexOf(node), 0, node->childCount() - 1);
+    node->clearChildren();
+    node->setBrowsed(true); // nobody shall fetch while the rows go
+    endRemoveRows();
+    node->setBrowsed(false);
+}
+
+void QlumAddressSpaceModel::refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id)
+{
+    for (int row = 0; row < node->childCount(); ++row) {
+        QlumAddressSpaceNode* child = node->child(row);
+        if (child->nodeId() != id) {
+            refreshNodeId(child, id);
+            continue;
+        }
+        if (child->hasChildren())
+            removeChildren(child);
+        browseNode(child);
+    }
+}

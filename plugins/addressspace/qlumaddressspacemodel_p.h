@@ -1,0 +1,20 @@
+#pragma once
+#include <plugins/addressspace/qlumaddressspacemodel.h>
+#include <plugins/addressspace/qlumbrowseprogress.h>
+
+struct QlumAddressSpaceModel::Task
+{
+    explicit Task(QlumAddressSpaceNode* browsed)
+        : node(browsed), progress(std::make_unique<QlumBrowseProgress>(browsed->name()))
+    {
+    }
+
+    QlumAddressSpaceNode* node;
+    UaClientSdk::ServiceSettings settings;
+    UaByteString continuationPoint;
+    int budget = 0;   // BrowseNext calls left; negative: no limit
+    int failures = 0; // in a row
+    int barren = 0;   // results in a row without a new node
+    QString stopText; // why it ends early
+    std::unique_ptr<QlumBrowseProgress> progress;
+};

@@ -1,0 +1,121 @@
+#include <plugins/addressspace/qlumaddressspacenode.h>
+
+#include <QCoreApplication>
+#include <QHash>
+
+#include <algorithm>
+
+namespace {
+constexpr OpcUa_UInt32 kFolderType = 61;
+constexpr OpcUa_UInt32 kPropertyType = 68;
+
+QHash<const char*, QIcon>& iconCache()
+{
+    static QHash<const char*, QIcon> cache;
+    static const bool clearedAtExit = [] {
+        qAddPostRoutine([] { iconCache().clear(); }); // icons must not outlive the application
+        return true;
+    }();
+    Q_UNUSED(clearedAtExit)
+    return cache;
+}
+
+// path is a literal: its address is the key
+QIcon sharedIcon(const char* path)
+{
+    QIcon& icon = iconCache()[path];
+    if (icon.isNull())
+        icon = QIcon(QLatin1String(path));
+    return icon;
+}
+} // namespace
+
+QlumAddressSpaceNode::QlumAddressSpaceNode(const QString& name, const UaNodeId& nodeId,
+                                           const UaNodeId& typeDefinition, OpcUa_UInt32 nodeClass)
+    : m_name(name), m_nodeId(nodeId), m_typeDefinition(typeDefinition), m_nodeClass(nodeClass)
+{
+}
+
+QlumAddressSpaceNode::~QlumAddressSpaceNode() = default;
+
+QIcon QlumAddressSpaceNode::icon() const
+{
+    switch (m_nodeClass) {
+    case OpcUa_NodeClass_Unspecified:
+        return sharedIcon(":/images/clearlog.png");
+    case OpcUa_NodeClass_Object:
+        return sharedIcon(m_typeDefinition.isNumeric(kFolderType) ? ":/images/treefolder.png"
+                                                                  : ":/images/object.png");
+    case OpcUa_NodeClass_Variable:
+        return sharedIcon(m_typeDefinition.isNumeric(kPropertyType) ? ":/images/property.png"
+                                                                    : ":/images/variable.png");
+    case OpcUa_NodeClass_Method:
+        return sharedIcon(":/images/method.png");
+    case OpcUa_NodeClass_ObjectType:
+        return sharedIcon(":/images/objecttype.png");
+    case OpcUa_NodeClass_VariableType:
+        return sharedIcon(":/images/variabletype.png");
+    case OpcUa_NodeClass_ReferenceType:
+        return sharedIcon(":/images/reftype.png");
+    case OpcUa_NodeClass_DataType:
+        return sharedIcon(":/images/datatype.png");
+    case OpcUa_NodeClass_View:
+        return sharedIcon(":/images/view.png");
+    default:
+        return {};
+    }
+}
+
+void QlumAddressSpaceNode::sortChildren()
+{
+    std::sort(m_children.begin(), m_children.end(),
+              [](const auto& left, const auto& right) { return left->m_name < right->m_name; });
+    int row = 0;
+    for (const auto& child : m_children)
+        child->m_row = row++;
+}
+
+QlumAddressSpaceNode* QlumAddressSpaceNode::child(int row) const
+{
+    return row >= 0 && row < childCount() ? m_children[static_cast<std::size_t>(row)].get() : nullptr;
+}
+
+QlumAddressSpaceNode* QlumAddressSpaceNode::findChild(const UaNodeId& nodeId) const
+{
+    if (!m_childMap)
+        return nullptr;
+    const auto found = m_childMap->find(nodeId);
+    return found == m_childMap->end() ? nullptr : *found;
+}
+
+void QlumAddressSpaceNode::appendChild(std::unique_ptr<QlumAddressSpaceNode> child)
+{
+    if (!m_childMap)
+        m_childMap = std::make_unique<ChildMap>();
+    m_childMap->insert(child.get());
+    child->m_parent = this;
+    child->m_row = childCount();
+    m_children.push_back(std::move(child));
+    m_hasChildren = true;
+}
+
+void QlumAddressSpaceNode::reserveChildren(int count)
+{
+    const auto wanted = static_cast<std::size_t>(count);
+    if (wanted > m_children.capacity()) // double at least: many small portions must not copy each time
+        m_children.reserve(std::max(wanted, m_children.capacity() * 2));
+    if (!m_childMap)
+        m_childMap = std::make_unique<ChildMap>();
+    if (static_cast<double>(wanted) >
+        static_cast<double>(m_childMap->bucket_count()) * m_childMap->max_load_factor())
+        m_childMap->reserve(m_children.capacity());
+}
+
+void QlumAddressSpaceNode::clearChildren()
+{
+    m_childMap.reset();
+    m_children.clear();
+    m_children.shrink_to_fit();
+    m_browsed = false;
+    m_hasChildren = false;
+}

@@ -1,0 +1,300 @@
+#include <plugins/attributes/qlumattributemodel.h>
+
+#include <QColor>
+#include <QGuiApplication>
+#include <QPalette>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
+#include <opcua/opcua_attributes.h>
+#include <opcua/opcua_statuscodes.h>
+#include <plugins/attributes/qlumattributetexts.h>
+
+namespace {
+constexpr int kCutLength = 256;
+constexpr int kPortion = 1000;  // rows that an array gets at a time
+constexpr int kGreyAlpha = 150; // taken from the text colour
+
+QColor greyed()
+{
+    QColor color = QGuiApplication::palette().color(QPalette::Text);
+    color.setAlpha(color.alpha() - kGreyAlpha);
+    return color;
+}
+} // namespace
+
+QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application, QObject* parent,
+                                       QlumSessionServicesProvider services)
+    : QAbstractItemModel(parent), m_application(application), m_services(std::move(services)),
+      m_rows(application), m_root(std::make_unique<QlumAttributeNode>(tr("Root")))
+{
+}
+
+QlumAttributeModel::~QlumAttributeModel() = default;
+
+// ---- item model
+// ---------------------------------------------------------------------------------------------
+
+QlumAttributeNode* QlumAttributeModel::nodeAt(const QModelIndex& index) const
+{
+    return index.isValid() ? static_cast<QlumAttributeNode*>(index.internalPointer()) : m_root.get();
+}
+
+int QlumAttributeModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.column() > 0 ? 0 : nodeAt(parent)->childCount();
+}
+
+int QlumAttributeModel::columnCount(const QModelIndex&) const
+{
+    return ColumnCount;
+}
+
+QModelIndex QlumAttributeModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (column < 0 || column >= ColumnCount || parent.column() > 0)
+        return {};
+    QlumAttributeNode* child = nodeAt(parent)->child(row);
+    return child ? createIndex(row, column, child) : QModelIndex();
+}
+
+QModelIndex QlumAttributeModel::parent(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return {};
+    QlumAttributeNode* parent = nodeAt(index)->parent();
+    return parent == m_root.get() ? QModelIndex() : createIndex(parent->row(), 0, parent);
+}
+
+bool QlumAttributeModel::hasChildren(const QModelIndex& parent) const
+{
+    return parent.column() <= 0 && nodeAt(parent)->hasChildren();
+}
+
+bool QlumAttributeModel::canFetchMore(const QModelIndex& parent) const
+{
+    return parent.column() <= 0 && nodeAt(parent)->pendingCount() > 0;
+}
+
+void QlumAttributeModel::fetchMore(const QModelIndex& parent)
+{
+    if (!canFetchMore(parent))
+        return;
+    QlumAttributeNode* node = nodeAt(parent);
+    const int first = node->childCount();
+    const int count = std::min(kPortion, node->pendingCount());
+    beginInsertRows(parent, first, first + count - 1);
+    node->fetchMore(count);
+    endInsertRows();
+}
+
+Qt::ItemFlags QlumAttributeModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    if (index.column() == ValueColumn && nodeAt(index)->isWritable())
+        flags |= Qt::ItemIsEditable;
+    return flags;
+}
+
+QVariant QlumAttributeModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    if (section == NameColumn)
+        return tr("Attribute");
+    return section == ValueColumn ? tr("Value") : QVariant();
+}
+
+QVariant QlumAttributeModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    const QlumAttributeNode& node = *nodeAt(index);
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::ToolTipRole:
+    case Qt::EditRole:
+        return text(node, index.column(), role);
+    case Qt::ForegroundRole:
+        return foreground(node);
+    case ValueRole:
+        return node.isWritable() ? QVariant::fromValue(m_value) : QVariant();
+    case DictionaryRole:
+        return QVariant::fromValue(m_rows.dictionary());
+    case DataTypeRole:
+        return QVariant::fromValue(m_dataTypeId);
+    default:
+        return {};
+    }
+}
+
+QVariant QlumAttributeModel::text(const QlumAttributeNode& node, int column, int role) const
+{
+    if (role == Qt::EditRole)
+        return column == ValueColumn ? node.value() : QVariant();
+    const QString shown = column == NameColumn ? node.name() : node.value();
+    const QString cut = qlumCutText(shown, kCutLength);
+    return role == Qt::ToolTipRole ? qlumPlainToolTip(cut) : qlumSingleLine(cut);
+}
+
+QVariant QlumAttributeModel::foreground(const QlumAttributeNode& node) const
+{
+    if (node.isAbsent())
+        return greyed();
+    if (OpcUa_IsBad(node.status()))
+        return node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid
+                   ? greyed()
+                   : QColor(QStringLiteral("red"));
+    if (OpcUa_IsUncertain(node.status()))
+        return QColor(QStringLiteral("darkorange"));
+    return QGuiApplication::palette().color(QPalette::Text);
+}
+
+// ---- building
+// -----------------------------------------------------------------------------------------------
+
+void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass,
+                                 int count, const QList<int>& attributeIds, OpcUa_DataValue* results)
+{
+    UaDataValues values;
+    values.attach(count, results);
+    beginResetModel();
+    forget();
+    m_serverId = serverId;
+    m_nodeId = nodeId;
+    m_nodeClass = nodeClass;
+    m_session = m_services(serverId);
+    m_rows.setServer(serverId, m_session ? m_session->dataTypeDictionary() : nullptr);
+    build(attributeIds, values);
+    endResetModel();
+}
+
+void QlumAttributeModel::clear()
+{
+    beginResetModel();
+    forget();
+    endResetModel();
+}
+
+void QlumAttributeModel::forget()
+{
+    m_root->clearChildren();
+    m_valueRow = nullptr;
+    m_value.clear();
+    m_dataTypeId.clear();
+    m_nodeId.clear();
+    m_serverId = QlumNoServer;
+    m_rows.setServer(QlumNoServer, nullptr);
+    m_session.reset();
+}
+
+void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& results)
+{
+    takeDataType(attributeIds, results);
+    const int count = std::min(attributeIds.size(), static_cast<int>(results.length()));
+    for (int i = 0; i < count; ++i) {
+        const int id = attributeIds.at(i);
+        OpcUa_DataValue& result = results[static_cast<OpcUa_UInt32>(i)];
+        const OpcUa_StatusCode status = result.StatusCode;
+        QlumAttributeNode& row = addAttribute(id, result);
+        if (row.status() == 0) // a row may have found a fault of its own
+            row.setStatus(status);
+        row.setOptional(qlumIsOptionalAttribute(id, m_nodeClass));
+    }
+}
+
+void QlumAttributeModel::takeDataType(const QList<int>& attributeIds, const UaDataValues& results)
+{
+    const int position = attributeIds.indexOf(OpcUa_Attributes_DataType);
+    if (position < 0 || position >= static_cast<int>(results.length()))
+        return;
+    const UaVariant value(results[static_cast<OpcUa_UInt32>(position)].Value);
+    if (value.type() == OpcUaType_NodeId && value.isScalar())
+        m_dataTypeId = value.toNodeId();
+}
+
+QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataValue& result)
+{
+    if (attributeId == OpcUa_Attributes_Value)
+        return addValue(result);
+    const QString name = qlumAttributeName(attributeId);
+    if (OpcUa_IsBad(result.StatusCode))
+        return m_root->append(name, qlumStatusCodeText(result.StatusCode));
+    UaVariant value;
+    value.attach(&result.Value);
+    switch (attributeId) {
+    case OpcUa_Attributes_NodeClass:
+    case OpcUa_Attributes_EventNotifier:
+    case OpcUa_Attributes_AccessLevel:
+    case OpcUa_Attributes_UserAccessLevel:
+        return addCode(attributeId, value);
+    case OpcUa_Attributes_DataType:
+        return addDataType(value);
+    default:
+        return m_rows.addVariant(*m_root, name, value, QlumTypeHint());
+    }
+}
+
+QlumAttributeNode& QlumAttributeModel::addCode(int attributeId, const UaVariant& value)
+{
+    const bool isClass = attributeId == OpcUa_Attributes_NodeClass;
+    if (value.type() != (isClass ? OpcUaType_Int32 : OpcUaType_Byte) || !value.isScalar())
+        return addMistyped(attributeId, isClass ? "Int32" : "Byte", value);
+    QString text;
+    if (isClass)
+        text = qlumNodeClassText(value.toInt32());
+    else if (attributeId == OpcUa_Attributes_EventNotifier)
+        text = qlumEventNotifierText(value.toByte());
+    else if (attributeId == OpcUa_Attributes_AccessLevel)
+        text = qlumAccessLevelText(value.toByte());
+    else
+        text = qlumUserAccessLevelText(value.toByte());
+    return m_root->append(qlumAttributeName(attributeId), text);
+}
+
+QlumAttributeNode& QlumAttributeModel::addDataType(const UaVariant& value)
+{
+    if (value.type() != OpcUaType_NodeId || !value.isScalar())
+        return addMistyped(OpcUa_Attributes_DataType, "NodeId", value);
+    const UaNodeId id = value.toNodeId();
+    QlumAttributeNode& row = m_rows.addNodeId(*m_root, qlumAttributeName(OpcUa_Attributes_DataType), id);
+    // people know their types by name; the type cache asks the server once for each
+    const QString name = m_application.typeName(m_serverId, &id, false);
+    if (!name.isEmpty())
+        row.setValue(QStringLiteral("%1 (%2)").arg(name, row.value()));
+    return row;
+}
+
+QlumAttributeNode& QlumAttributeModel::addMistyped(int attributeId, const char* expected,
+                                                   const UaVariant& value)
+{
+    QlumAttributeNode& row =
+        m_root->append(qlumAttributeName(attributeId),
+                       tr("Invalid Datatype: Expected OpcUaType_%1, Received %2")
+                           .arg(QLatin1String(expected), m_application.builtinTypeName(value.type())));
+    row.setStatus(OpcUa_Bad);
+    return row;
+}
+
+QlumAttributeNode& QlumAttributeModel::addValue(OpcUa_DataValue& result)
+{
+    const OpcUa_StatusCode status = result.StatusCode;
+    UaDataValue value;
+    value.attach(&result);
+    m_value = value.value();
+    QlumAttributeNode& row =
+        m_rows.addDataValue(*m_root, qlumAttributeName(OpcUa_Attributes_Value), value, valueHint());
+    row.setStatus(status);
+    m_valueRow = row.child(0);
+    m_valueRow->setWritable(true);
+    return row;
+}
+
+QlumTypeHint QlumAttributeModel::valueHint() const
+{
+    QlumTypeHint hint{m_dataTypeId, {}};
+    if (!m_dataTypeId.isNull() && m_value.type() == OpcUaType_Int32)
+        hint.enumDefinition = m_application.getEnumDefinition(m_serverId, &m_dataTypeId);
+    return hint;
+}

@@ -1,0 +1,89 @@
+#pragma once
+#include <QAbstractItemModel>
+#include <app/api/qlummetatypes.h>
+#include <app/api/qlummodelinterface.h>
+#include <app/api/qlumsessionservices.h>
+#include <plugins/attributes/qlumattributerows.h>
+
+class QlumApplicationInterface;
+
+/// The attributes of one node as rows, values expanded; writes edited values to the server.
+class QlumAttributeModel : public QAbstractItemModel, public QlumModelInterface
+{
+    Q_OBJECT
+public:
+    enum Column { NameColumn, ValueColumn, ColumnCount };
+    enum Role {
+        ValueRole = Qt::UserRole,          ///< UaVariant: the whole Value of a writable row
+        DictionaryRole = Qt::UserRole + 2, ///< UaDataTypeDictionary*
+        DataTypeRole = Qt::UserRole + 4    ///< UaNodeId: of the Value
+    };
+
+    explicit QlumAttributeModel(QlumApplicationInterface& application, QObject* parent = nullptr,
+                                QlumSessionServicesProvider services = qlumApplicationServices());
+    ~QlumAttributeModel() override;
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] QModelIndex index(int row, int column,
+                                    const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
+    [[nodiscard]] bool hasChildren(const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] bool canFetchMore(const QModelIndex& parent) const override;
+    /// The next thousand elements of an array.
+    void fetchMore(const QModelIndex& parent) override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    /// Edit role: a text, converted to the type of what the row shows. ValueRole: a UaVariant, the new Value
+    /// as it is. Writes at once, under a wait cursor; true when the server took it.
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+
+    [[nodiscard]] unsigned int serverId() const { return m_serverId; }
+    [[nodiscard]] const UaNodeId& nodeId() const { return m_nodeId; }
+    /// What the row shows, and what is known of its type; a null value for rows that are no part of the Value
+    /// or only a detail of one.
+    [[nodiscard]] QlumTypedValue rowValue(const QModelIndex& index) const;
+    /// The whole Value with the row's part replaced.
+    [[nodiscard]] UaStatusCode valueWithRow(const QModelIndex& index, const UaVariant& part,
+                                            UaVariant& whole) const;
+
+public slots:
+    /// Shows what was read; takes the results.
+    void setData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass, int count,
+                 const QList<int>& attributeIds, OpcUa_DataValue* results);
+    void clear();
+
+private:
+    [[nodiscard]] QlumAttributeNode* nodeAt(const QModelIndex& index) const;
+    [[nodiscard]] QVariant text(const QlumAttributeNode& node, int column, int role) const;
+    [[nodiscard]] QVariant foreground(const QlumAttributeNode& node) const;
+    void forget();
+
+    void build(const QList<int>& attributeIds, UaDataValues& results);
+    void takeDataType(const QList<int>& attributeIds, const UaDataValues& results);
+    QlumAttributeNode& addAttribute(int attributeId, OpcUa_DataValue& result);
+    QlumAttributeNode& addValue(OpcUa_DataValue& result);
+    QlumAttributeNode& addCode(int attributeId, const UaVariant& value);
+    QlumAttributeNode& addDataType(const UaVariant& value);
+    QlumAttributeNode& addMistyped(int attributeId, const char* expected, const UaVariant& value);
+    [[nodiscard]] QlumTypeHint valueHint() const;
+
+    [[nodiscard]] bool stepsTo(const QlumAttributeNode& node, std::vector<QlumValueStep>& steps) const;
+    [[nodiscard]] OpcUa_BuiltInType typeOf(const QlumTypedValue& shown, const QlumAttributeNode& node) const;
+    [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& whole) const;
+    bool write(const UaVariant& value);
+    void log(int level, const QString& text) const;
+
+    QlumApplicationInterface& m_application;
+    const QlumSessionServicesProvider m_services;
+    QlumAttributeRows m_rows;
+    std::unique_ptr<QlumAttributeNode> m_root;
+    QlumAttributeNode* m_valueRow = nullptr; // carries the Value
+    unsigned int m_serverId = 0xFFFFFFFFu;
+    UaNodeId m_nodeId;
+    OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified;
+    UaVariant m_value;
+    UaNodeId m_dataTypeId;
+    std::shared_ptr<QlumSessionServices> m_session; // whose dictionary the rows use
+};

@@ -1,0 +1,94 @@
+#pragma once
+#include <QString>
+#include <opcua/opcua_platform.h>
+
+#include <memory>
+#include <vector>
+
+class QlumAttributeNode;
+
+/// How a row's place in the value is found from its parent's.
+struct QlumValueStep
+{
+    enum Kind : unsigned char {
+        None,     ///< the row carries the whole value, or lies outside of it
+        Element,  ///< of an array or matrix
+        Field,    ///< of a structure
+        Selected, ///< the field that a union holds
+        Detail    ///< describes a part of its parent's value and can not be changed on its own
+    };
+    Kind kind = None;
+    int index = 0;
+};
+
+/// Makes the rows of an array when they are wanted.
+class QlumRowSource
+{
+public:
+    QlumRowSource() = default;
+    virtual ~QlumRowSource() = default;
+    QlumRowSource(const QlumRowSource&) = delete;
+    QlumRowSource& operator=(const QlumRowSource&) = delete;
+
+    [[nodiscard]] virtual int count() const = 0;
+    /// Appends one row, which comes next.
+    virtual void appendRow(QlumAttributeNode& parent, int index) = 0;
+};
+
+/// One row of the attribute view; owns its children.
+class QlumAttributeNode
+{
+public:
+    explicit QlumAttributeNode(const QString& name, const QString& value = QString());
+    ~QlumAttributeNode();
+    QlumAttributeNode(const QlumAttributeNode&) = delete;
+    QlumAttributeNode& operator=(const QlumAttributeNode&) = delete;
+
+    /// A new last child; it inherits what is inherited: whether it can be written, and the status.
+    QlumAttributeNode& append(const QString& name, const QString& value = QString(), QlumValueStep step = {});
+    void clearChildren();
+
+    [[nodiscard]] QlumAttributeNode* parent() const { return m_parent; }
+    [[nodiscard]] int row() const { return m_row; }
+    [[nodiscard]] int childCount() const { return static_cast<int>(m_children.size()); }
+    /// Null when out of range.
+    [[nodiscard]] QlumAttributeNode* child(int row) const;
+
+    [[nodiscard]] const QString& name() const { return m_name; }
+    [[nodiscard]] const QString& value() const { return m_value; }
+    void setValue(const QString& value) { m_value = value; }
+    [[nodiscard]] QlumValueStep step() const { return m_step; }
+    void setStep(QlumValueStep step) { m_step = step; }
+
+    [[nodiscard]] OpcUa_StatusCode status() const { return m_status; }
+    /// Of the row and of all below it.
+    void setStatus(OpcUa_StatusCode status);
+    /// An attribute that a node need not have.
+    [[nodiscard]] bool isOptional() const { return m_optional; }
+    void setOptional(bool optional) { m_optional = optional; }
+    [[nodiscard]] bool isWritable() const { return m_writable; }
+    /// Of the row and of all below it.
+    void setWritable(bool writable);
+    /// An optional field of a structure that is not there.
+    [[nodiscard]] bool isAbsent() const { return m_absent; }
+    void setAbsent(bool absent) { m_absent = absent; }
+
+    /// Children that are made later, by fetchMore().
+    void setSource(std::unique_ptr<QlumRowSource> source) { m_source = std::move(source); }
+    [[nodiscard]] int pendingCount() const { return m_source ? m_source->count() - childCount() : 0; }
+    [[nodiscard]] bool hasChildren() const { return !m_children.empty() || pendingCount() > 0; }
+    void fetchMore(int count);
+
+private:
+    QString m_name;
+    QString m_value;
+    QlumAttributeNode* m_parent = nullptr;
+    int m_row = 0;
+    OpcUa_StatusCode m_status = 0;
+    QlumValueStep m_step;
+    bool m_optional : 1 = false;
+    bool m_writable : 1 = false;
+    bool m_absent : 1 = false;
+    std::unique_ptr<QlumRowSource> m_source;
+    std::vector<std::unique_ptr<QlumAttributeNode>> m_children;
+};

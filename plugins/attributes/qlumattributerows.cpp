@@ -1,0 +1,236 @@
+#include <plugins/attributes/qlumattributerows.h>
+
+#include <QDateTime>
+#include <QLocale>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
+#include <plugins/attributes/qlumattributetexts.h>
+#include <uawidgets/editors/qlumvaluetext.h>
+
+namespace {
+constexpr QlumValueStep kDetail{QlumValueStep::Detail, 0};
+constexpr int kMaxDepth = 100; // of values within values
+
+int depthOf(const QlumAttributeNode& row)
+{
+    int depth = 0;
+    for (const QlumAttributeNode* parent = row.parent(); parent; parent = parent->parent())
+        ++depth;
+    return depth;
+}
+
+QString quoted(const UaString& text)
+{
+    return QLatin1Char('"') + toQString(text) + QLatin1Char('"');
+}
+
+QString bytesText(const UaByteString& bytes)
+{
+    return QStringLiteral("len=%1, 0x%2").arg(QString::number(bytes.length()), toQString(bytes.toHex()));
+}
+
+QString identifierTypeText(OpcUa_IdentifierType type)
+{
+    switch (type) {
+    case OpcUa_IdentifierType_Numeric:
+        return QStringLiteral("Numeric");
+    case OpcUa_IdentifierType_String:
+        return QStringLiteral("String");
+    case OpcUa_IdentifierType_Guid:
+        return QStringLiteral("Guid");
+    case OpcUa_IdentifierType_Opaque:
+        return QStringLiteral("Opaque");
+    }
+    return QString::number(type);
+}
+
+bool isEnumType(OpcUa_BuiltInType type)
+{
+    return type == OpcUaType_Int32 || type == OpcUaType_Int64 || type == OpcUaType_UInt32 ||
+           type == OpcUaType_Byte;
+}
+
+QString enumText(OpcUa_Int64 number, const UaEnumDefinition& definition)
+{
+    const QString name = toQString(definition.valueName(number));
+    return name.isEmpty() ? QString::number(number)
+                          : QStringLiteral("%1 (%2)").arg(name, QString::number(number));
+}
+} // namespace
+
+// The elements of an array or matrix.
+class QlumAttributeRows::ArrayRows final : public QlumRowSource
+{
+public:
+    ArrayRows(QlumAttributeRows& rows, const UaVariant& array, const QlumTypeHint& hint)
+        : m_rows(rows), m_array(array), m_hint(hint), m_dimensions(array.dimensions())
+    {
+    }
+
+    int count() const override { return static_cast<int>(m_array.elementCount()); }
+    void appendRow(QlumAttributeNode& parent, int index) override
+    {
+        m_rows.addVariant(parent, nameOf(index), m_array.at(static_cast<OpcUa_UInt32>(index)), m_hint,
+                          {QlumValueStep::Element, index});
+    }
+
+private:
+    // "[7]", in a matrix "[1,3]"
+    QString nameOf(int index) const
+    {
+        if (!m_array.isMatrix())
+            return QStringLiteral("[%1]").arg(index);
+        QString position;
+        int rest = index;
+        for (OpcUa_UInt32 i = m_dimensions.length(); i > 0; --i) {
+            const int length = std::max(m_dimensions[i - 1], 1);
+            position.prepend(QString::number(rest % length) +
+                             (position.isEmpty() ? QString() : QStringLiteral(",")));
+            rest /= length;
+        }
+        return QLatin1Char('[') + position + QLatin1Char(']');
+    }
+
+    QlumAttributeRows& m_rows;
+    const UaVariant m_array;
+    const QlumTypeHint m_hint;
+    const UaArray<OpcUa_Int32> m_dimensions;
+};
+
+QlumAttributeRows::QlumAttributeRows(QlumApplicationInterface& application)
+    : m_application(application), m_dateTimeFormat(qlumDateTimeFormat())
+{
+}
+
+void QlumAttributeRows::setServer(unsigned int serverId, UaDataTypeDictionary* dictionary)
+{
+    m_serverId = serverId;
+    m_dictionary = dictionary;
+}
+
+QString QlumAttributeRows::typeName(OpcUa_BuiltInType type) const
+{
+    return m_application.builtinTypeName(type);
+}
+
+QString QlumAttributeRows::timestampText(OpcUa_DateTime value) const
+{
+    return QLocale::system().toString(m_application.dateTimeFromUaDateTime(&value), m_dateTimeFormat);
+}
+
+QlumAttributeNode& QlumAttributeRows::addDataValue(QlumAttributeNode& parent, const QString& name,
+                                                   const UaDataValue& value, const QlumTypeHint& hint,
+                                                   QlumValueStep step)
+{
+    QlumAttributeNode& row = parent.append(name, QString(), step);
+    addVariant(row, QStringLiteral("Value"), value.value(), hint,
+               step.kind == QlumValueStep::None ? step : kDetail);
+    row.append(QStringLiteral("StatusCode"), qlumStatusCodeText(value.statusCode().code()), kDetail);
+    row.append(QStringLiteral("SourceTimestamp"), timestampText(value.sourceTimestamp()), kDetail);
+    row.append(QStringLiteral("SourcePicoseconds"), QString::number(value.sourcePicoseconds()), kDetail);
+    row.append(QStringLiteral("ServerTimestamp"), timestampText(value.serverTimestamp()), kDetail);
+    row.append(QStringLiteral("ServerPicoseconds"), QString::number(value.serverPicoseconds()), kDetail);
+    return row;
+}
+
+QlumAttributeNode& QlumAttributeRows::addVariant(QlumAttributeNode& parent, const QString& name,
+                                                 const UaVariant& value, const QlumTypeHint& hint,
+                                                 QlumValueStep step)
+{
+    if (value.isNull())
+        return parent.append(name, tr("Null"), step);
+    if (depthOf(parent) > kMaxDepth)
+        return parent.append(name, tr("not yet implemented"), step);
+    if (value.isScalar())
+        return addScalar(parent, name, value, hint, step);
+    QString text = QStringLiteral("[]");
+    if (value.isMatrix())
+        text = tr("%1 Matrix").arg(typeName(value.type()));
+    else if (value.elementCount() > 0)
+        text = tr("%1 Array[%2]").arg(typeName(value.type()), QString::number(value.elementCount()));
+    QlumAttributeNode& row = parent.append(name, text, step);
+    if (value.elementCount() > 0)
+        row.setSource(std::make_unique<ArrayRows>(*this, value, hint));
+    return row;
+}
+
+QlumAttributeNode& QlumAttributeRows::addScalar(QlumAttributeNode& parent, const QString& name,
+                                                const UaVariant& value, const QlumTypeHint& hint,
+                                                QlumValueStep step)
+{
+    switch (value.type()) {
+    case OpcUaType_NodeId:
+        return addNodeId(parent, name, value.toNodeId(), step);
+    case OpcUaType_ExpandedNodeId:
+        return addExpandedNodeId(parent, name, value.toExpandedNodeId(), step);
+    case OpcUaType_ExtensionObject:
+        return addExtensionObject(parent, name, value.toExtensionObject(), hint, step);
+    case OpcUaType_DataValue:
+        return addDataValue(parent, name, value.toDataValue(), hint,
+                            step.kind == QlumValueStep::None ? kDetail : step);
+    default:
+        return parent.append(name, scalarText(value, hint), step);
+    }
+}
+
+QlumAttributeNode& QlumAttributeRows::addNodeId(QlumAttributeNode& parent, const QString& name,
+                                                const UaNodeId& nodeId, QlumValueStep step)
+{
+    QlumAttributeNode& row = parent.append(name, toQString(nodeId.toXmlString()), step);
+    row.append(QStringLiteral("NamespaceIndex"), QString::number(nodeId.namespaceIndex()), kDetail);
+    row.append(QStringLiteral("IdentifierType"), identifierTypeText(nodeId.identifierType()), kDetail);
+    row.append(QStringLiteral("Identifier"), toQString(nodeId.identifierText()), kDetail);
+    return row;
+}
+
+QlumAttributeNode& QlumAttributeRows::addExpandedNodeId(QlumAttributeNode& parent, const QString& name,
+                                                        const UaExpandedNodeId& nodeId, QlumValueStep step)
+{
+    QlumAttributeNode& row = parent.append(name, toQString(nodeId.toString()), step);
+    addNodeId(row, QStringLiteral("NodeId"), nodeId.nodeId(), kDetail);
+    row.append(QStringLiteral("NamespaceUri"), toQString(nodeId.namespaceUri()), kDetail);
+    row.append(QStringLiteral("ServerIndex"), QString::number(nodeId.serverIndex()), kDetail);
+    return row;
+}
+
+QString QlumAttributeRows::scalarText(const UaVariant& value, const QlumTypeHint& hint) const
+{
+    if (!hint.enumDefinition.isNull() && isEnumType(value.type()))
+        return enumText(value.toInt64(), hint.enumDefinition);
+    switch (value.type()) {
+    case OpcUaType_Boolean:
+        return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+    case OpcUaType_SByte:
+        return QString::number(value.toSByte());
+    case OpcUaType_Byte:
+        return QString::number(value.toByte());
+    case OpcUaType_Float:
+        return qlumFloatText(value.toFloat());
+    case OpcUaType_Double:
+        return QLocale::c().toString(value.toDouble(), 'g', QLocale::FloatingPointShortest);
+    case OpcUaType_DateTime:
+        return toQString(value.toDateTime().toString());
+    case OpcUaType_Guid:
+        return toQString(value.toGuid().toString());
+    case OpcUaType_ByteString:
+        return bytesText(value.toByteString());
+    case OpcUaType_XmlElement: {
+        const UaByteString xml = value.toXmlElement();
+        return QString::fromUtf8(xml.view().data(), xml.length());
+    }
+    case OpcUaType_StatusCode:
+        return qlumStatusCodeText(value.toStatusCode().code());
+    case OpcUaType_QualifiedName: {
+        const UaQualifiedName name = value.toQualifiedName();
+        return QString::number(name.namespaceIndex()) + QLatin1String(", ") + quoted(name.name());
+    }
+    case OpcUaType_LocalizedText: {
+        const UaLocalizedText text = value.toLocalizedText();
+        return quoted(text.locale()) + QLatin1String(", ") + quoted(text.text());
+    }
+    case OpcUaType_DiagnosticInfo:
+        return tr("not yet implemented");
+    default:
+        return toQString(value.toString());
+    }
+}

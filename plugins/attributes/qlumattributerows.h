@@ -1,0 +1,53 @@
+#pragma once
+#include <QCoreApplication>
+#include <QString>
+#include <plugins/attributes/qlumvaluepath.h>
+#include <uabase/uadatavalue.h>
+
+class QlumApplicationInterface;
+
+/// Builds the rows of values. Arrays get theirs later, in portions; the builder must live as long as its
+/// rows.
+class QlumAttributeRows
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumAttributeRows)
+public:
+    explicit QlumAttributeRows(QlumApplicationInterface& application);
+
+    /// What the next rows are built with; the dictionary may be null.
+    void setServer(unsigned int serverId, UaDataTypeDictionary* dictionary);
+    [[nodiscard]] UaDataTypeDictionary* dictionary() const { return m_dictionary; }
+    [[nodiscard]] const QString& dateTimeFormat() const { return m_dateTimeFormat; }
+
+    QlumAttributeNode& addDataValue(QlumAttributeNode& parent, const QString& name, const UaDataValue& value,
+                                    const QlumTypeHint& hint, QlumValueStep step = {});
+    QlumAttributeNode& addVariant(QlumAttributeNode& parent, const QString& name, const UaVariant& value,
+                                  const QlumTypeHint& hint, QlumValueStep step = {});
+    QlumAttributeNode& addNodeId(QlumAttributeNode& parent, const QString& name, const UaNodeId& nodeId,
+                                 QlumValueStep step = {});
+    QlumAttributeNode& addExpandedNodeId(QlumAttributeNode& parent, const QString& name,
+                                         const UaExpandedNodeId& nodeId, QlumValueStep step = {});
+    QlumAttributeNode& addExtensionObject(QlumAttributeNode& parent, const QString& name,
+                                          const UaExtensionObject& object, const QlumTypeHint& hint,
+                                          QlumValueStep step = {});
+    /// The text of a scalar that has no rows of its own.
+    [[nodiscard]] QString scalarText(const UaVariant& value, const QlumTypeHint& hint) const;
+
+private:
+    class ArrayRows;
+
+    QlumAttributeNode& addScalar(QlumAttributeNode& parent, const QString& name, const UaVariant& value,
+                                 const QlumTypeHint& hint, QlumValueStep step);
+    [[nodiscard]] bool addFields(QlumAttributeNode& row, const UaByteString& body,
+                                 const UaStructureDefinition& definition);
+    [[nodiscard]] bool addSelectedField(QlumAttributeNode& row, const UaByteString& body,
+                                        const UaStructureDefinition& definition);
+    void addUndecoded(QlumAttributeNode& row, const UaExtensionObject& object);
+    [[nodiscard]] QString timestampText(OpcUa_DateTime value) const;
+    [[nodiscard]] QString typeName(OpcUa_BuiltInType type) const;
+
+    QlumApplicationInterface& m_application;
+    UaDataTypeDictionary* m_dictionary = nullptr;
+    unsigned int m_serverId = 0xFFFFFFFFu;
+    QString m_dateTimeFormat;
+};

@@ -1,0 +1,139 @@
+#include <plugins/attributes/qlumattributetexts.h>
+
+#include <QList>
+#include <QStringList>
+#include <app/api/qlumtext.h>
+#include <opcua/opcua_attributes.h>
+
+#include <array>
+#include <span>
+
+namespace {
+struct Bit
+{
+    unsigned int mask;
+    const char* name;
+};
+
+constexpr std::array<Bit, 3> kEventNotifier{
+    {{1, "SubscribeToEvents"}, {4, "HistoryRead"}, {8, "HistoryWrite"}}};
+constexpr std::array<Bit, 7> kAccessLevel{{{1, "CurrentRead"},
+                                           {2, "CurrentWrite"},
+                                           {4, "HistoryRead"},
+                                           {8, "HistoryWrite"},
+                                           {16, "SemanticChange"},
+                                           {32, "StatusWrite"},
+                                           {64, "TimestampWrite"}}};
+constexpr unsigned int kSemanticChange = 16; // says nothing of what the user may do
+
+QString bitNames(unsigned int mask, std::span<const Bit> bits)
+{
+    QStringList names;
+    for (const Bit& bit : bits)
+        if (mask & bit.mask)
+            names.append(QLatin1String(bit.name));
+    return names.isEmpty() ? QStringLiteral("None") : names.join(QLatin1String(", "));
+}
+} // namespace
+
+QString qlumAttributeName(int attributeId)
+{
+    return attributeId > 0 ? QLatin1String(OpcUa_AttributeId_Name(static_cast<OpcUa_UInt32>(attributeId)))
+                           : QString();
+}
+
+QList<int> qlumAttributesOf(OpcUa_NodeClass nodeClass)
+{
+    QList<int> ids{OpcUa_Attributes_NodeId,       OpcUa_Attributes_NodeClass,   OpcUa_Attributes_BrowseName,
+                   OpcUa_Attributes_DisplayName,  OpcUa_Attributes_Description, OpcUa_Attributes_WriteMask,
+                   OpcUa_Attributes_UserWriteMask};
+    switch (nodeClass) {
+    case OpcUa_NodeClass_Object:
+        return ids << OpcUa_Attributes_EventNotifier;
+    case OpcUa_NodeClass_Variable:
+        return ids << OpcUa_Attributes_Value << OpcUa_Attributes_DataType << OpcUa_Attributes_ValueRank
+                   << OpcUa_Attributes_ArrayDimensions << OpcUa_Attributes_AccessLevel
+                   << OpcUa_Attributes_UserAccessLevel << OpcUa_Attributes_MinimumSamplingInterval
+                   << OpcUa_Attributes_Historizing;
+    case OpcUa_NodeClass_Method:
+        return ids << OpcUa_Attributes_Executable << OpcUa_Attributes_UserExecutable;
+    case OpcUa_NodeClass_ObjectType:
+    case OpcUa_NodeClass_DataType:
+        return ids << OpcUa_Attributes_IsAbstract;
+    case OpcUa_NodeClass_VariableType:
+        return ids << OpcUa_Attributes_Value << OpcUa_Attributes_DataType << OpcUa_Attributes_ValueRank
+                   << OpcUa_Attributes_ArrayDimensions << OpcUa_Attributes_IsAbstract;
+    case OpcUa_NodeClass_ReferenceType:
+        return ids << OpcUa_Attributes_IsAbstract << OpcUa_Attributes_Symmetric
+                   << OpcUa_Attributes_InverseName;
+    case OpcUa_NodeClass_View:
+        return ids << OpcUa_Attributes_ContainsNoLoops << OpcUa_Attributes_EventNotifier;
+    default:
+        return ids;
+    }
+}
+
+bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass)
+{
+    switch (attributeId) {
+    case OpcUa_Attributes_Description:
+    case OpcUa_Attributes_WriteMask:
+    case OpcUa_Attributes_UserWriteMask:
+        return true;
+    case OpcUa_Attributes_ArrayDimensions:
+        return nodeClass == OpcUa_NodeClass_Variable || nodeClass == OpcUa_NodeClass_VariableType;
+    case OpcUa_Attributes_MinimumSamplingInterval:
+        return nodeClass == OpcUa_NodeClass_Variable;
+    case OpcUa_Attributes_Value:
+        return nodeClass == OpcUa_NodeClass_VariableType;
+    case OpcUa_Attributes_InverseName:
+        return nodeClass == OpcUa_NodeClass_ReferenceType;
+    default:
+        return false;
+    }
+}
+
+QString qlumNodeClassText(OpcUa_Int32 nodeClass)
+{
+    switch (nodeClass) {
+    case OpcUa_NodeClass_Object:
+        return QStringLiteral("Object");
+    case OpcUa_NodeClass_Variable:
+        return QStringLiteral("Variable");
+    case OpcUa_NodeClass_Method:
+        return QStringLiteral("Method");
+    case OpcUa_NodeClass_ObjectType:
+        return QStringLiteral("ObjectType");
+    case OpcUa_NodeClass_VariableType:
+        return QStringLiteral("VariableType");
+    case OpcUa_NodeClass_ReferenceType:
+        return QStringLiteral("ReferenceType");
+    case OpcUa_NodeClass_DataType:
+        return QStringLiteral("DataType");
+    case OpcUa_NodeClass_View:
+        return QStringLiteral("View");
+    default:
+        return QStringLiteral("Invalid NodeClass");
+    }
+}
+
+QString qlumEventNotifierText(OpcUa_Byte mask)
+{
+    return bitNames(mask, kEventNotifier);
+}
+
+QString qlumAccessLevelText(OpcUa_Byte mask)
+{
+    return bitNames(mask, kAccessLevel);
+}
+
+QString qlumUserAccessLevelText(OpcUa_Byte mask)
+{
+    return bitNames(mask & ~kSemanticChange, kAccessLevel);
+}
+
+QString qlumStatusCodeText(OpcUa_StatusCode code)
+{
+    return QStringLiteral("%1 (0x%2)")
+        .arg(qlumStatusText(code), QString::number(code, 16).toUpper().rightJustified(8, QLatin1Char('0')));
+}

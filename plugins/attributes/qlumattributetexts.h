@@ -1,0 +1,17 @@
+// Texts of the attributes whose values are codes.
+#pragma once
+#include <QString>
+#include <opcua/opcua_types.h>
+
+/// "NodeId", "NodeClass"...; empty for an unknown attribute.
+[[nodiscard]] QString qlumAttributeName(int attributeId);
+/// The attributes that a node of the class is read for, in order.
+[[nodiscard]] QList<int> qlumAttributesOf(OpcUa_NodeClass nodeClass);
+/// Whether nodes of the class may lack the attribute.
+[[nodiscard]] bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass);
+[[nodiscard]] QString qlumNodeClassText(OpcUa_Int32 nodeClass);
+[[nodiscard]] QString qlumEventNotifierText(OpcUa_Byte mask);
+[[nodiscard]] QString qlumAccessLevelText(OpcUa_Byte mask);
+[[nodiscard]] QString qlumUserAccessLevelText(OpcUa_Byte mask);
+/// "BadTimeout (0x800A0000)"
+[[nodiscard]] QString qlumStatusCodeText(OpcUa_StatusCode code);

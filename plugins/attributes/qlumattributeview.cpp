@@ -1,0 +1,201 @@
+#include <plugins/attributes/qlumattributeview.h>
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTimer>
+#include <app/api/qlumtext.h>
+#include <plugins/attributes/qlumattributedelegate.h>
+#include <plugins/attributes/qlumattributemodel.h>
+#include <uawidgets/qlumviewstate.h>
+
+namespace {
+constexpr int kHintMargin = 12; // around the text of the empty view
+constexpr int kNameWidth = 190;
+const QLatin1Char kSeparator('/');
+
+// The text as it is, not as it is cut for the view.
+QString fullText(const QModelIndex& index)
+{
+    const int role = index.column() == QlumAttributeModel::ValueColumn ? Qt::EditRole : Qt::DisplayRole;
+    return index.data(role).toString();
+}
+
+void copyText(const QString& text)
+{
+    QGuiApplication::clipboard()->setText(text);
+}
+} // namespace
+
+QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
+    : QTreeView(parent), m_attributes(model), m_expanded{QStringLiteral("Value")}
+{
+    setObjectName(QStringLiteral("attributeView"));
+    setAccessibleName(tr("Attributes"));
+    setModel(model);
+    setItemDelegate(new QlumAttributeDelegate(this));
+    setUniformRowHeights(true);
+    setAlternatingRowColors(true);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+    setTextElideMode(Qt::ElideRight);
+    header()->resizeSection(QlumAttributeModel::NameColumn, kNameWidth);
+    m_state = std::make_unique<QlumViewState>(QStringLiteral("QlumAttributeView"), nullptr);
+    m_state->keep(header(), QStringLiteral("header"));
+    createActions();
+    connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &QlumAttributeView::saveState);
+    connect(model, &QAbstractItemModel::modelReset, this, &QlumAttributeView::restoreState);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &QlumAttributeView::fetchVisible);
+}
+
+QlumAttributeView::~QlumAttributeView() = default;
+
+void QlumAttributeView::paintEvent(QPaintEvent* event)
+{
+    QTreeView::paintEvent(event);
+    if (model()->rowCount() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(kHintMargin, kHintMargin, -kHintMargin, -kHintMargin),
+                     Qt::AlignCenter | Qt::TextWordWrap, tr("Select a node in the address space window."));
+}
+
+// ---- copying
+// ------------------------------------------------------------------------------------------------
+
+QAction* QlumAttributeView::addCopyAction(const QString& name, const QString& text, const QString& toolTip,
+                                          void (QlumAttributeView::*slot)())
+{
+    auto* action = new QAction(text, this);
+    action->setObjectName(name);
+    action->setToolTip(toolTip);
+    action->setWhatsThis(toolTip);
+    connect(action, &QAction::triggered, this, slot);
+    addAction(action);
+    return action;
+}
+
+void QlumAttributeView::createActions()
+{
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    QAction* copy = addCopyAction(QStringLiteral("copyCell"), tr("&Copy"), tr("Copy the text of the cell"),
+                                  &QlumAttributeView::sltCopyCell);
+    copy->setIcon(QIcon(QStringLiteral(":/images/copy.png")));
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setShortcutContext(Qt::WidgetShortcut);
+    addCopyAction(QStringLiteral("copyRow"), tr("Copy &Row"),
+                  tr("Copy the name and the value of the selected row"), &QlumAttributeView::sltCopyRow);
+    addCopyAction(QStringLiteral("copyValue"), tr("Copy &Value"), tr("Copy the whole value of the row"),
+                  &QlumAttributeView::sltCopyValue);
+    addCopyAction(QStringLiteral("copyPath"), tr("Copy &Path"), tr("Copy the names that lead to the row"),
+                  &QlumAttributeView::sltCopyPath);
+    addCopyAction(QStringLiteral("copyNodeId"), tr("Copy &Node Id"),
+                  tr("Copy the id of the node that is shown"), &QlumAttributeView::sltCopyNodeId);
+}
+
+void QlumAttributeView::sltCopyCell()
+{
+    if (currentIndex().isValid())
+        copyText(fullText(currentIndex()));
+}
+
+void QlumAttributeView::sltCopyRow()
+{
+    const QModelIndex index = currentIndex();
+    if (index.isValid())
+        copyText(fullText(index.siblingAtColumn(QlumAttributeModel::NameColumn)) + QLatin1Char('\t') +
+                 fullText(index.siblingAtColumn(QlumAttributeModel::ValueColumn)));
+}
+
+void QlumAttributeView::sltCopyValue()
+{
+    if (currentIndex().isValid())
+        copyText(fullText(currentIndex().siblingAtColumn(QlumAttributeModel::ValueColumn)));
+}
+
+void QlumAttributeView::sltCopyPath()
+{
+    if (currentIndex().isValid())
+        copyText(pathOf(currentIndex()));
+}
+
+void QlumAttributeView::sltCopyNodeId()
+{
+    copyText(toQString(m_attributes->nodeId().toXmlString()));
+}
+
+QString QlumAttributeView::pathOf(const QModelIndex& index) const
+{
+    QString path;
+    for (QModelIndex current = index; current.isValid(); current = current.parent()) {
+        const QString name = current.siblingAtColumn(QlumAttributeModel::NameColumn).data().toString();
+        path = path.isEmpty() ? name : name + kSeparator + path;
+    }
+    return path;
+}
+
+// ---- from one node to the next
+// ------------------------------------------------------------------------------
+
+void QlumAttributeView::saveState()
+{
+    m_scrollPosition = verticalScrollBar()->value();
+    m_current = pathOf(currentIndex());
+    // Only what is there can have been closed.
+    std::vector<QModelIndex> open{QModelIndex()};
+    while (!open.empty()) {
+        const QModelIndex parent = open.back();
+        open.pop_back();
+        for (int row = 0; row < m_attributes->rowCount(parent); ++row) {
+            const QModelIndex index = m_attributes->index(row, 0, parent);
+            if (!m_attributes->hasChildren(index))
+                continue;
+            if (isExpanded(index)) {
+                m_expanded.insert(pathOf(index));
+                open.push_back(index);
+            } else {
+                m_expanded.remove(pathOf(index));
+            }
+        }
+    }
+}
+
+void QlumAttributeView::restoreState()
+{
+    restoreBranch(QModelIndex(), QString());
+    verticalScrollBar()->setValue(m_scrollPosition);
+}
+
+void QlumAttributeView::restoreBranch(const QModelIndex& parent, const QString& path)
+{
+    for (int row = 0; row < m_attributes->rowCount(parent); ++row) {
+        const QModelIndex index = m_attributes->index(row, 0, parent);
+        const QString name = index.data().toString();
+        const QString own = path.isEmpty() ? name : path + kSeparator + name;
+        if (own == m_current)
+            setCurrentIndex(index);
+        if (!m_expanded.contains(own) || !m_attributes->hasChildren(index))
+            continue;
+        expand(index);
+        restoreBranch(index, own);
+    }
+}
+
+// An array's last row in sight calls for the next ones.
+void QlumAttributeView::fetchVisible()
+{
+    const int bottom = viewport()->height();
+    QModelIndex index = indexAt(QPoint(0, 0));
+    std::vector<QPersistentModelIndex> wanting;
+    for (; index.isValid() && visualRect(index).top() < bottom; index = indexBelow(index)) {
+        const QModelIndex parent = index.parent();
+        if (m_attributes->canFetchMore(parent) && index.row() == m_attributes->rowCount(parent) - 1)
+            wanting.emplace_back(parent);
+    }
+    for (const QPersistentModelIndex& parent : wanting)
+        m_attributes->fetchMore(parent);
+}

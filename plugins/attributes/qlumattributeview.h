@@ -1,0 +1,42 @@
+#pragma once
+#include <QSet>
+#include <QTreeView>
+
+class QlumAttributeModel;
+class QlumViewState;
+
+/// The tree of attributes: copies, keeps what the user opened from one node to the next, and lets long arrays
+/// grow while he scrolls.
+class QlumAttributeView : public QTreeView
+{
+    Q_OBJECT
+public:
+    explicit QlumAttributeView(QlumAttributeModel* model, QWidget* parent = nullptr);
+    ~QlumAttributeView() override;
+
+public slots:
+    void sltCopyCell();
+    void sltCopyRow();
+    void sltCopyValue();
+    void sltCopyPath();
+    void sltCopyNodeId();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void createActions();
+    QAction* addCopyAction(const QString& name, const QString& text, const QString& toolTip,
+                           void (QlumAttributeView::*slot)());
+    void saveState();
+    void restoreState();
+    void restoreBranch(const QModelIndex& parent, const QString& path);
+    void fetchVisible();
+    [[nodiscard]] QString pathOf(const QModelIndex& index) const;
+
+    QlumAttributeModel* m_attributes;
+    std::unique_ptr<QlumViewState> m_state;
+    QSet<QString> m_expanded; // paths of names
+    QString m_current;
+    int m_scrollPosition = 0;
+};

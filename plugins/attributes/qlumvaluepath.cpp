@@ -1,0 +1,157 @@
+#include <plugins/attributes/qlumvaluepath.h>
+
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/uagenericstructurevalue.h>
+#include <uabase/uagenericunionvalue.h>
+#include <uabase/uanamespacezero.h>
+
+namespace {
+
+template <typename Value>
+UaStatusCode decode(const QlumTypedValue& whole, Value& decoded, UaDataTypeDictionary* dictionary)
+{
+    const UaExtensionObject object = whole.value.toExtensionObject();
+    const UaStructureDefinition definition = qlumStructureDefinition(object, whole.hint, dictionary);
+    if (definition.isNull())
+        return OpcUa_BadDataTypeIdUnknown;
+    UaByteString body;
+    const UaStatusCode status = object.binaryBody(body);
+    return status.isBad() ? status : decoded.decode(body, definition, dictionary);
+}
+
+QlumTypedValue elementOf(const QlumTypedValue& whole, int index)
+{
+    return {whole.value.at(static_cast<OpcUa_UInt32>(index)), whole.hint};
+}
+
+QlumTypedValue fieldOf(const QlumTypedValue& whole, int index, UaDataTypeDictionary* dictionary)
+{
+    UaGenericStructureValue fields;
+    if (decode(whole, fields, dictionary).isBad())
+        return {};
+    return {fields.value(index), qlumFieldHint(fields.definition().field(index), dictionary)};
+}
+
+QlumTypedValue selectedOf(const QlumTypedValue& whole, UaDataTypeDictionary* dictionary)
+{
+    UaGenericUnionValue selected;
+    if (decode(whole, selected, dictionary).isBad())
+        return {};
+    return {selected.value(), qlumFieldHint(selected.field(), dictionary)};
+}
+
+QlumTypedValue stepInto(const QlumTypedValue& whole, QlumValueStep step, UaDataTypeDictionary* dictionary)
+{
+    switch (step.kind) {
+    case QlumValueStep::Element:
+        return elementOf(whole, step.index);
+    case QlumValueStep::Field:
+        return fieldOf(whole, step.index, dictionary);
+    case QlumValueStep::Selected:
+        return selectedOf(whole, dictionary);
+    case QlumValueStep::None:
+        return whole;
+    case QlumValueStep::Detail:
+        break;
+    }
+    return {};
+}
+
+// The id of the encoding stays what the server used.
+template <typename Value>
+UaStatusCode encode(QlumTypedValue& whole, const Value& decoded)
+{
+    UaExtensionObject object;
+    const UaStatusCode status = decoded.encode(object);
+    if (status.isBad())
+        return status;
+    UaByteString body;
+    const UaStatusCode bodyStatus = object.binaryBody(body);
+    if (bodyStatus.isBad())
+        return bodyStatus;
+    whole.value.setExtensionObject(UaExtensionObject(whole.value.toExtensionObject().typeId(), body));
+    return {};
+}
+
+UaStatusCode putBack(QlumTypedValue& whole, QlumValueStep step, const UaVariant& part,
+                     UaDataTypeDictionary* dictionary)
+{
+    switch (step.kind) {
+    case QlumValueStep::Element:
+        return whole.value.setAt(static_cast<OpcUa_UInt32>(step.index), part);
+    case QlumValueStep::Field: {
+        UaGenericStructureValue fields;
+        UaStatusCode status = decode(whole, fields, dictionary);
+        if (status.isNotBad())
+            status = fields.setField(step.index, part);
+        return status.isBad() ? status : encode(whole, fields);
+    }
+    case QlumValueStep::Selected: {
+        UaGenericUnionValue selected;
+        UaStatusCode status = decode(whole, selected, dictionary);
+        if (status.isNotBad())
+            status = selected.setValue(selected.switchValue(), part);
+        return status.isBad() ? status : encode(whole, selected);
+    }
+    case QlumValueStep::None:
+        whole.value = part;
+        return {};
+    case QlumValueStep::Detail:
+        break;
+    }
+    return OpcUa_BadNotWritable;
+}
+} // namespace
+
+UaStructureDefinition qlumStructureDefinition(const UaExtensionObject& object, const QlumTypeHint& hint,
+                                              UaDataTypeDictionary* dictionary)
+{
+    for (const UaNodeId& id : {object.encodingId(), hint.dataTypeId}) {
+        if (id.isNull())
+            continue;
+        UaStructureDefinition definition = uaNamespaceZeroStructure(id);
+        if (definition.isNull() && dictionary)
+            definition = dictionary->structureDefinition(id);
+        if (!definition.isNull())
+            return definition;
+    }
+    return {};
+}
+
+QlumTypeHint qlumFieldHint(const UaStructureField& field, UaDataTypeDictionary* dictionary)
+{
+    QlumTypeHint hint{field.dataTypeId(), field.enumDefinition()};
+    if (!hint.enumDefinition.isNull() || hint.dataTypeId.isNull() || field.builtInType() != OpcUaType_Int32)
+        return hint;
+    hint.enumDefinition = uaNamespaceZeroEnum(hint.dataTypeId);
+    if (hint.enumDefinition.isNull() && dictionary)
+        hint.enumDefinition = dictionary->enumDefinition(hint.dataTypeId);
+    return hint;
+}
+
+QlumTypedValue qlumPartOf(const QlumTypedValue& whole, std::span<const QlumValueStep> steps,
+                          UaDataTypeDictionary* dictionary)
+{
+    QlumTypedValue part = whole;
+    for (const QlumValueStep step : steps)
+        part = stepInto(part, step, dictionary);
+    return part;
+}
+
+UaStatusCode qlumReplacePart(QlumTypedValue& whole, std::span<const QlumValueStep> steps,
+                             const UaVariant& part, UaDataTypeDictionary* dictionary)
+{
+    // From the innermost value outwards; each is put back into the one that holds it.
+    std::vector<QlumTypedValue> levels{whole};
+    for (const QlumValueStep step : steps)
+        levels.push_back(stepInto(levels.back(), step, dictionary));
+    levels.back().value = part;
+    for (std::size_t level = steps.size(); level > 0; --level) {
+        const UaStatusCode status =
+            putBack(levels[level - 1], steps[level - 1], levels[level].value, dictionary);
+        if (status.isBad())
+            return status;
+    }
+    whole = levels.front();
+    return {};
+}

@@ -1,0 +1,37 @@
+#pragma once
+#include <QObject>
+#include <app/api/qlumjobpool.h>
+#include <servers/qlumendpoint.h>
+
+#include <functional>
+
+/// Asks a server for its endpoints without blocking. One question at a time: a new one, like cancel(), drops
+/// the answer of the one before. Destruction waits for a call under way, at most its timeout.
+class QlumEndpointFetcher : public QObject
+{
+    Q_OBJECT
+public:
+    /// Blocks for at most so many milliseconds; called on a thread of the fetcher.
+    using Getter =
+        std::function<unsigned int(const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints)>;
+
+    explicit QlumEndpointFetcher(QObject* parent = nullptr);
+    QlumEndpointFetcher(Getter getter, QObject* parent);
+    ~QlumEndpointFetcher() override;
+
+    void fetch(const QString& url, int milliseconds);
+    void cancel();
+    [[nodiscard]] bool isBusy() const { return m_busy; }
+
+signals:
+    /// The status of the call; the endpoints are empty when it is not Good. Not sent after cancel().
+    void finished(unsigned int status, const QVector<QlumEndpoint>& endpoints);
+
+private:
+    void deliver(unsigned int request, unsigned int status, const QVector<QlumEndpoint>& endpoints);
+
+    const Getter m_getter;
+    unsigned int m_request = 0; // number of the latest; older answers are dropped
+    bool m_busy = false;
+    QlumJobPool m_pool{2}; // a new question need not wait for one that hangs. Last: joined first
+};

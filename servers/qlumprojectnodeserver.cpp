@@ -1,0 +1,314 @@
+#include <servers/qlumprojectnodeserver.h>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPainter>
+#include <QThread>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
+#include <app/api/qlumuatrace.h>
+#include <opcua/opcua_statuscodes.h>
+#include <servers/qlumendpointfetcher.h>
+#include <servers/qlumnamespacemap.h>
+
+namespace {
+using UaClientSdk::ServiceSettings;
+using UaClientSdk::UaClient;
+
+unsigned int nextServerId()
+{
+    static unsigned int last = 0;
+    return ++last;
+}
+
+QString statusName(UaClient::ServerStatus status)
+{
+    switch (status) {
+    case UaClient::Disconnected:
+        return QStringLiteral("Disconnected");
+    case UaClient::Connected:
+        return QStringLiteral("Connected");
+    case UaClient::ConnectionWarningWatchdogTimeout:
+        return QStringLiteral("ConnectionWarningWatchdogTimeout");
+    case UaClient::ConnectionErrorApiReconnect:
+        return QStringLiteral("ConnectionErrorApiReconnect");
+    case UaClient::ServerShutdown:
+        return QStringLiteral("ServerShutdown");
+    case UaClient::NewSessionCreated:
+        return QStringLiteral("NewSessionCreated");
+    }
+    return QString::number(status);
+}
+
+QString stepName(UaClient::ConnectServiceType step)
+{
+    switch (step) {
+    case UaClient::CertificateValidation:
+        return QStringLiteral("CertificateValidation");
+    case UaClient::OpenSecureChannel:
+        return QStringLiteral("OpenSecureChannel");
+    case UaClient::CreateSession:
+        return QStringLiteral("CreateSession");
+    case UaClient::ActivateSession:
+        return QStringLiteral("ActivateSession");
+    }
+    return QString::number(step);
+}
+
+QIcon iconWithOverlay(const QString& overlay)
+{
+    const QIcon plain(QStringLiteral(":/images/serverconnect.png"));
+    const QIcon over(overlay);
+    QIcon icon;
+    for (const int side : {16, 24, 32, 48}) {
+        QPixmap pixmap = plain.pixmap(side, side);
+        QPainter painter(&pixmap);
+        over.paint(&painter, QRect(QPoint(0, 0), pixmap.size() / pixmap.devicePixelRatio()));
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+} // namespace
+
+QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting)
+    : QlumServerNode(setting.displayName), m_serverId(nextServerId()), m_setting(setting),
+      m_session(std::make_unique<UaClientSdk::UaSession>()),
+      m_typeCache(std::make_unique<QlumTypeCache>(
+          m_serverId, [session = m_session.get()](unsigned int) { return qlumServicesOf(session); })),
+      m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()),
+      m_fetcher(new QlumEndpointFetcher(this))
+{
+    connect(this, &QlumProjectNodeServer::newUntrustedSSLCertificate, this,
+            &QlumProjectNodeServer::sltUntrustedSSLCertificate, Qt::QueuedConnection);
+}
+
+QlumProjectNodeServer::~QlumProjectNodeServer()
+{
+    m_closing = true; // the session may still call back until it is gone
+    m_typeCache.reset();
+    m_session.reset();
+}
+
+// ---- tree node
+// ----------------------------------------------------------------------------------------------
+
+Qt::ItemFlags QlumProjectNodeServer::flags() const
+{
+    return QlumServerNode::flags() | Qt::ItemIsEditable;
+}
+
+bool QlumProjectNodeServer::setData(const QVariant& value, int role)
+{
+    const QString name = value.toString().trimmed().left(QlumEndpointLimits::TextLength);
+    if (role != Qt::EditRole || name.isEmpty())
+        return false;
+    setDisplayName(name);
+    return true;
+}
+
+QIcon QlumProjectNodeServer::icon() const
+{
+    switch (m_status) {
+    case QlumConnectionStatus::Connecting:
+        return QIcon(QStringLiteral(":/images/serverconnect_creating.png"));
+    case QlumConnectionStatus::Connected:
+    case QlumConnectionStatus::NewSessionCreated:
+        return QIcon(QStringLiteral(":/images/serverconnect_established.png"));
+    case QlumConnectionStatus::ConnectFailed:
+        return iconWithOverlay(QStringLiteral(":/images/contact_busy_overlay.png"));
+    case QlumConnectionStatus::ConnectionError:
+        return iconWithOverlay(QStringLiteral(":/images/status_unknown_overlay.png"));
+    case QlumConnectionStatus::Disconnected:
+        break;
+    }
+    return QIcon(QStringLiteral(":/images/serverconnect.png"));
+}
+
+void QlumProjectNodeServer::setDisplayName(const QString& name)
+{
+    QlumServerNode::setDisplayName(name);
+    m_setting.displayName = name;
+}
+
+void QlumProjectNodeServer::setDiscoverySetting(const QlumDiscoverySetting& setting)
+{
+    m_setting = setting;
+    QlumServerNode::setDisplayName(setting.displayName);
+}
+
+void QlumProjectNodeServer::storeSettings(QSettings& settings) const
+{
+    m_setting.storeSettings(settings);
+}
+
+// ---- types
+// --------------------------------------------------------------------------------------------------
+
+QString QlumProjectNodeServer::typeName(const UaNodeId* typeId, bool useInverseName)
+{
+    return typeId ? m_typeCache->typeName(*typeId, useInverseName) : QString();
+}
+
+unsigned int QlumProjectNodeServer::readDataTypeId(const UaNodeId* nodeId, UaNodeId* dataType, int* valueRank,
+                                                   UaUInt32Array* arrayDimensions, QString* typeName,
+                                                   UaLocalizedText* displayName)
+{
+    if (!nodeId)
+        return OpcUa_BadInvalidArgument;
+    return m_typeCache->readDataTypeId(*nodeId, dataType, valueRank, arrayDimensions, typeName, displayName)
+        .statusCode();
+}
+
+bool QlumProjectNodeServer::isEnum(const UaNodeId* dataType)
+{
+    return m_typeCache->isEnum(dataType);
+}
+
+UaEnumDefinition QlumProjectNodeServer::getEnumDefinition(const UaNodeId* dataType)
+{
+    return m_typeCache->getEnumDefinition(dataType);
+}
+
+bool QlumProjectNodeServer::hasIcon(const UaNodeId* nodeId)
+{
+    return m_retrieveIcons && m_typeCache->hasIcon(nodeId);
+}
+
+QIcon QlumProjectNodeServer::getIcon(const UaNodeId* nodeId)
+{
+    return m_retrieveIcons ? QIcon(m_typeCache->getIcon(nodeId)) : QIcon();
+}
+
+// ---- session callbacks
+// --------------------------------------------------------------------------------------
+
+bool QlumProjectNodeServer::onOwnThread() const
+{
+    return QThread::currentThread() == thread();
+}
+
+void QlumProjectNodeServer::connectionStatusChanged(OpcUa_UInt32, UaClient::ServerStatus serverStatus)
+{
+    if (m_closing)
+        return;
+    if (onOwnThread()) { // during connect and disconnect
+        applySessionStatus(serverStatus);
+        return;
+    }
+    const unsigned int connection = m_connection;
+    QMetaObject::invokeMethod(
+        this,
+        [this, serverStatus, connection] {
+            if (connection == m_connection) // not of a connection that was ended meanwhile
+                applySessionStatus(serverStatus);
+        },
+        Qt::QueuedConnection);
+}
+
+bool QlumProjectNodeServer::connectError(OpcUa_UInt32, UaClient::ConnectServiceType serviceType,
+                                         const UaStatus& error, bool clientSideError)
+{
+    if (m_closing)
+        return false;
+    const QString status = toQString(error.toString());
+    // Nobody is asked during a reconnect, which runs on the session's thread: an error is an error then.
+    if (!clientSideError || !onOwnThread()) {
+        log(QlumLogLevel::Error, tr("Error '%1' was returned during %2").arg(status, stepName(serviceType)));
+        return false;
+    }
+    QApplication::restoreOverrideCursor();
+    QMessageBox box(QMessageBox::Warning, tr("Connect Error"),
+                    tr("Error '%1' was returned during %2, press 'Ignore' to suppress the error and continue "
+                       "connecting.")
+                        .arg(status, stepName(serviceType)),
+                    QMessageBox::Abort | QMessageBox::Ignore, QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::Abort);
+    const bool ignored = box.exec() == QMessageBox::Ignore;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    return ignored;
+}
+
+bool QlumProjectNodeServer::sslCertificateValidationFailed(OpcUa_UInt32, const UaStatus& status,
+                                                           const UaByteString& certificate)
+{
+    if (!m_closing && m_tlsPrompt.tryAcquire())
+        emit newUntrustedSSLCertificate(
+            status.statusCode(),
+            QByteArray(reinterpret_cast<const char*>(certificate.data()), certificate.length()));
+    return false;
+}
+
+void QlumProjectNodeServer::sltUntrustedSSLCertificate(unsigned int status, const QByteArray&)
+{
+    // Trusting TLS certificates belongs to the certificate dialog; until the user can judge them there, none
+    // is trusted, and the log says why the connect failed.
+    log(QlumLogLevel::Error, tr("The TLS certificate of server '%1' is not trusted: '%2'")
+                                 .arg(displayName(), qlumStatusText(status)));
+    m_tlsPrompt.release();
+}
+
+// ---- status
+// -------------------------------------------------------------------------------------------------
+
+void QlumProjectNodeServer::applySessionStatus(UaClient::ServerStatus serverStatus)
+{
+    log(QlumLogLevel::Warning,
+        tr("Connection status of server '%1' changed to '%2'.").arg(displayName(), statusName(serverStatus)));
+    NamespaceMap namespaceMap;
+    QlumConnectionStatus status = QlumConnectionStatus::ConnectionError;
+    switch (serverStatus) {
+    case UaClient::Disconnected:
+        status = QlumConnectionStatus::Disconnected;
+        break;
+    case UaClient::Connected:
+        status = QlumConnectionStatus::Connected;
+        namespaceMap = updateNamespaces();
+        break;
+    case UaClient::NewSessionCreated:
+        status = QlumConnectionStatus::NewSessionCreated;
+        m_typeCache->clear(); // ids and definitions may be others now
+        break;
+    case UaClient::ConnectionWarningWatchdogTimeout:
+    case UaClient::ConnectionErrorApiReconnect:
+    case UaClient::ServerShutdown:
+        break;
+    }
+    if (status != m_status)
+        setStatus(status, namespaceMap);
+}
+
+void QlumProjectNodeServer::setStatus(QlumConnectionStatus status, const NamespaceMap& namespaceMap)
+{
+    m_status = status;
+    emit serverNodeChanged(this, nullptr, m_status, m_serverId, namespaceMap);
+}
+
+NamespaceMap QlumProjectNodeServer::updateNamespaces()
+{
+    const UaStringArray table = m_session->getNamespaceTable();
+    QStringList uris;
+    for (const OpcUa_String& uri : table)
+        uris.append(toQString(UaString(uri)).left(QlumEndpointLimits::TextLength));
+    if (uris.isEmpty() || uris == m_namespaces)
+        return {};
+    const NamespaceMap namespaceMap = qlumNamespaceMap(m_namespaces, uris);
+    log(QlumLogLevel::Info, tr("Namespace table changed, mapping old to new namespace indices"));
+    m_namespaces = uris;
+    return namespaceMap;
+}
+
+// ---- surroundings
+// -------------------------------------------------------------------------------------------
+
+QVariant QlumProjectNodeServer::setting(const char* key) const
+{
+    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    return application ? application->settingsValue(QLatin1String(key)) : QVariant();
+}
+
+void QlumProjectNodeServer::log(int level, const QString& text) const
+{
+    QlumUaTrace::log(level, text, tr("Server Node"), m_serverId);
+}

@@ -1,0 +1,401 @@
+// Connecting: from the stored settings to a session.
+#include <servers/qlumprojectnodeserver.h>
+
+#include <QApplication>
+#include <QDebug>
+#include <QEventLoop>
+#include <QLabel>
+#include <QMessageBox>
+#include <QProgressDialog>
+#include <QSysInfo>
+#include <QTimer>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
+#include <certificates/qlumcertificates.h>
+#include <certificates/qlumcertificatestore.h>
+#include <opcua/opcua_statuscodes.h>
+#include <servers/qlumendpointchoice.h>
+#include <servers/qlumendpointfetcher.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uawidgets/qlumuserpassworddlg.h>
+
+namespace {
+using UaClientSdk::ServiceSettings;
+using UaClientSdk::SessionConnectInfo;
+using UaClientSdk::SessionSecurityInfo;
+using UaClientSdk::UaClient;
+
+class WaitCursor
+{
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+QWidget* mainWindow()
+{
+    QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    return application ? static_cast<QWidget*>(application->mainWindow()) : nullptr;
+}
+
+// The button pressed; NoButton when the box went away with its window.
+int warn(const QString& title, const QString& text, QMessageBox::StandardButtons buttons)
+{
+    QPointer<QMessageBox> box = new QMessageBox(QMessageBox::Warning, title, text, buttons, mainWindow());
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(QMessageBox::Ok);
+    const int pressed = box->exec();
+    delete box;
+    return pressed;
+}
+
+void fillPki(SessionSecurityInfo& security)
+{
+    using Store = QlumCertificateStore;
+    security.initializePkiProviderOpenSSL(
+        toUaString(Store::trustedRevocationLists()), toUaString(Store::trustedCertificates()),
+        toUaString(Store::issuerRevocationLists()), toUaString(Store::issuerCertificates()));
+    security.initializePkiProviderHttps(toUaString(Store::tlsIssuerCertificates()),
+                                        toUaString(Store::tlsIssuerRevocationLists()));
+}
+
+UaClient::TypeDictionaryMode dictionaryMode(const QString& text)
+{
+    if (text == QLatin1String("FirstUse"))
+        return UaClient::FirstUse;
+    if (text == QLatin1String("Manual"))
+        return UaClient::Manual;
+    if (text == QLatin1String("Connect"))
+        return UaClient::Connect;
+    return UaClient::Reconnect;
+}
+
+// Whether a password would go to the server as clear text.
+bool wouldSendClearPassword(const QlumEndpoint& endpoint)
+{
+    if (endpoint.securityMode == OpcUa_MessageSecurityMode_SignAndEncrypt ||
+        endpoint.url.startsWith(QLatin1String("https:")))
+        return false;
+    for (const QlumUserTokenPolicy& token : endpoint.userTokens) {
+        if (token.tokenType != OpcUa_UserTokenType_UserName)
+            continue;
+        const QString policy =
+            token.securityPolicyUri.isEmpty() ? endpoint.securityPolicyUri : token.securityPolicyUri;
+        return policy == qlumPolicyNone();
+    }
+    return endpoint.securityPolicyUri == qlumPolicyNone();
+}
+
+UaByteString toUaByteString(const QByteArray& bytes)
+{
+    return UaByteString(bytes.size(), reinterpret_cast<const OpcUa_Byte*>(bytes.constData()));
+}
+} // namespace
+
+struct QlumProjectNodeServer::Attempt
+{
+    QVector<QlumEndpoint> endpoints;
+    QlumEndpoint endpoint; // the chosen one, or the stored one when the user insists
+    SessionSecurityInfo security;
+};
+
+bool QlumProjectNodeServer::connectServer()
+{
+    if (m_busy || qlumIsConnected(m_status) || m_status == QlumConnectionStatus::NewSessionCreated)
+        return false;
+    const QPointer<QlumProjectNodeServer> self(this);
+    m_busy = true;
+    ++m_connection;
+    m_typeCache->clear();
+    setStatus(QlumConnectionStatus::Connecting);
+    const bool connected = runConnect();
+    if (!self)
+        return false;
+    m_busy = false;
+    if (!connected && m_status != QlumConnectionStatus::ConnectFailed)
+        setStatus(QlumConnectionStatus::Disconnected);
+    return connected;
+}
+
+bool QlumProjectNodeServer::runConnect()
+{
+    const QPointer<QlumProjectNodeServer> self(this);
+    Attempt attempt;
+    if (!fetchEndpoints(attempt) || !self || !chooseEndpoint(attempt) || !self)
+        return false;
+    if (!userIdentity(attempt) || !self)
+        return false;
+    fillSecurity(attempt);
+    return checkServerCertificate(attempt) && self && connectSession(attempt);
+}
+
+// Asks in the background: a server that does not answer must not freeze the window.
+bool QlumProjectNodeServer::fetchEndpoints(Attempt& attempt)
+{
+    const QPointer<QlumProjectNodeServer> self(this);
+    const WaitCursor wait;
+    QEventLoop loop;
+    QProgressDialog progress(QString(), tr("Cancel"), 0, 0, mainWindow());
+    progress.setObjectName(QStringLiteral("connectProgress"));
+    progress.setWindowTitle(tr("Connecting"));
+    progress.setWindowModality(Qt::ApplicationModal);
+    auto* label = new QLabel(tr("Connecting to '%1'...").arg(m_setting.endpoint.url));
+    label->setTextFormat(Qt::PlainText);
+    progress.setLabel(label);
+    QTimer::singleShot(500, &progress, &QWidget::show);
+
+    bool answered = false;
+    unsigned int status = OpcUa_BadUserAccessDenied;
+    const QObject context; // ends the connections with this function
+    connect(m_fetcher, &QlumEndpointFetcher::finished, &context,
+            [&](unsigned int result, const QVector<QlumEndpoint>& endpoints) {
+                answered = true;
+                status = result;
+                attempt.endpoints = endpoints;
+                loop.quit();
+            });
+    connect(&progress, &QProgressDialog::canceled, &loop, &QEventLoop::quit);
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
+    m_fetcher->fetch(m_setting.endpoint.url, setting("General.ConnectTimeout").toInt());
+    loop.exec();
+    if (!self)
+        return false;
+    if (!answered) {
+        m_fetcher->cancel();
+        log(QlumLogLevel::Info, tr("Aborting connection attempt"));
+        return false;
+    }
+    if (!OpcUa_IsGood(status))
+        log(QlumLogLevel::Error, tr("Could not connect to server: ") + qlumStatusText(status));
+    return OpcUa_IsGood(status);
+}
+
+bool QlumProjectNodeServer::chooseEndpoint(Attempt& attempt)
+{
+    const QPointer<QlumProjectNodeServer> self(this);
+    const QlumEndpoint& wanted = m_setting.endpoint;
+    const QlumEndpointChoice choice =
+        qlumChooseEndpoint(attempt.endpoints, wanted.url, wanted.securityPolicyUri, wanted.securityMode);
+    for (const int index : choice.qualified) {
+        log(QlumLogLevel::Data, tr("Endpoint: '%1'").arg(attempt.endpoints.at(index).url));
+        log(QlumLogLevel::Data,
+            tr("Security policy: '%1'").arg(attempt.endpoints.at(index).securityPolicyUri));
+    }
+    if (choice.match == QlumEndpointChoice::NoMatch) {
+        attempt.endpoint = wanted;
+        attempt.endpoint.serverCertificate.clear(); // what was once stored proves nothing
+        log(QlumLogLevel::Data, tr("ApplicationUri: '%1'").arg(QString()));
+        return acceptNoEndpoint();
+    }
+    attempt.endpoint = attempt.endpoints.at(choice.index);
+    m_serverApplicationName = attempt.endpoint.applicationName;
+    log(QlumLogLevel::Data, tr("ApplicationUri: '%1'").arg(attempt.endpoint.applicationUri));
+    if (choice.match == QlumEndpointChoice::OtherUrl)
+        warn(tr("URL not found"),
+             tr("There was no exact match for the specified URL in the server's endpoints, using the first "
+                "server certificate found for connecting."),
+             QMessageBox::Ok);
+    return self;
+}
+
+bool QlumProjectNodeServer::acceptNoEndpoint()
+{
+    log(QlumLogLevel::Error, tr("The server does not support the configured security policy '%1'.")
+                                 .arg(m_setting.endpoint.securityPolicyUri));
+    return warn(tr("Unsupported Security Policy"),
+                tr("The connection cannot be established, because the server does not support the configured "
+                   "security policy.\nPlease try another configuration or press 'Ignore' to force trying to "
+                   "connect."),
+                QMessageBox::Ok | QMessageBox::Ignore) == QMessageBox::Ignore;
+}
+
+// ---- who the user is
+// ----------------------------------------------------------------------------------------
+
+bool QlumProjectNodeServer::userIdentity(Attempt& attempt)
+{
+    switch (m_setting.userTokenType) {
+    case QlumDiscoverySetting::UserName:
+        log(QlumLogLevel::Info, tr("Used UserTokenType: UserName"));
+        return userNameIdentity(attempt);
+    case QlumDiscoverySetting::Certificate:
+        log(QlumLogLevel::Info, tr("Used UserTokenType: Certificate"));
+        return certificateIdentity(attempt);
+    default:
+        log(QlumLogLevel::Info, tr("Used UserTokenType: Anonymous"));
+        attempt.security.setAnonymousUserIdentity();
+        return true;
+    }
+}
+
+bool QlumProjectNodeServer::userNameIdentity(Attempt& attempt)
+{
+    if (!m_setting.storePassword || m_setting.password.isEmpty())
+        return askForPassword(attempt);
+    attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
+                                                 toUaString(m_setting.password));
+    return true;
+}
+
+bool QlumProjectNodeServer::askForPassword(Attempt& attempt)
+{
+    const QPointer<QlumProjectNodeServer> self(this);
+    QPointer<QlumUserPasswordDlg> dialog =
+        new QlumUserPasswordDlg(displayName(), m_setting.userName, mainWindow());
+    if (wouldSendClearPassword(attempt.endpoint))
+        dialog->setWarning(tr("The password will be sent to the server without encryption."));
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    const QString userName = dialog ? dialog->userName() : QString();
+    const QString password = dialog ? dialog->password() : QString();
+    delete dialog;
+    if (!self)
+        return false;
+    if (!accepted) {
+        log(QlumLogLevel::Info, tr("Aborting connection attempt"));
+        return false;
+    }
+    m_setting.userName = userName;
+    if (m_setting.storePassword)
+        m_setting.password = password;
+    attempt.security.setUserPasswordUserIdentity(toUaString(userName), toUaString(password));
+    return true;
+}
+
+bool QlumProjectNodeServer::certificateIdentity(Attempt& attempt)
+{
+    const UaPkiCertificate certificate = UaPkiCertificate::fromDERFile(toUaString(m_setting.certificateFile));
+    if (certificate.isNull()) {
+        log(QlumLogLevel::Info, tr("Could not load certificate for X509 user token from file '%1'")
+                                    .arg(m_setting.certificateFile));
+        return false;
+    }
+    const UaPkiRsaKeyPair key = UaPkiRsaKeyPair::fromPEMFile(toUaString(m_setting.privateKeyFile));
+    if (key.isNull() || key.isMissingParameters()) {
+        log(QlumLogLevel::Info, tr("Could not load private key for X509 user token from file '%1'")
+                                    .arg(m_setting.privateKeyFile));
+        return false;
+    }
+    attempt.security.setCertificateUserIdentity(certificate.toByteStringDER(), UaByteString(key.toDER()));
+    return true;
+}
+
+// ---- how the session is secured
+// -----------------------------------------------------------------------------
+
+void QlumProjectNodeServer::fillSecurity(Attempt& attempt)
+{
+    const QlumEndpoint& wanted = m_setting.endpoint;
+    qDebug().noquote() << tr("Try connect using SecurityPolicy '%1', MessageSecurityMode '%2'")
+                              .arg(wanted.securityPolicyUri, qlumSecurityModeName(wanted.securityMode));
+    attempt.security.securityPolicyUri = toUaString(wanted.securityPolicyUri);
+    attempt.security.messageSecurityMode = static_cast<OpcUa_MessageSecurityMode>(wanted.securityMode);
+    attempt.security.serverCertificate = toUaByteString(attempt.endpoint.serverCertificate);
+    attempt.security.verifyServerCertificateOnConnect = false; // the user judges it
+    const QlumCertificates& own = *QlumCertificates::instance();
+    if (!own.certificate().isNull()) {
+        attempt.security.clientCertificate = own.certificate().toByteStringDER();
+        attempt.security.clientPrivateKey = UaByteString(own.keyPair().toDER());
+    }
+    fillPki(attempt.security);
+}
+
+bool QlumProjectNodeServer::checkServerCertificate(const Attempt& attempt)
+{
+    if (attempt.security.serverCertificate.isEmpty()) {
+        log(QlumLogLevel::Warning,
+            tr("The server returned no certificate, all certificate checks will be skipped."));
+        return true;
+    }
+    if (!attempt.security.isSecured()) {
+        // The certificate secures nothing on this connection.
+        log(QlumLogLevel::Warning,
+            tr("The connection is not secured, the server's certificate is not checked."));
+        return true;
+    }
+    // A secured connection needs somebody to judge the certificate; until the certificate dialog can, nobody
+    // does.
+    log(QlumLogLevel::Error,
+        tr("The server's certificate can not be validated, connecting with security policy "
+           "'%1' is not possible.")
+            .arg(m_setting.endpoint.securityPolicyUri));
+    return false;
+}
+
+// ---- the session
+// --------------------------------------------------------------------------------------------
+
+SessionConnectInfo QlumProjectNodeServer::connectInfo() const
+{
+    SessionConnectInfo info;
+    info.clientConnectionId = m_serverId;
+    info.connectTimeout = setting("General.ConnectTimeout").toUInt();
+    info.sessionTimeout = setting("General.SessionTimeout").toDouble();
+    info.publishTimeout = setting("General.PublishTimeout").toUInt();
+    info.secureChannelLifetime = setting("General.SecureChannelLifetime").toUInt();
+    info.localeId = toUaString(setting("General.LocaleId").toString());
+    const UaPkiCertificate& own = QlumCertificates::instance()->certificate();
+    info.applicationUri =
+        own.isNull() ? toUaString(QStringLiteral("urn:%1:Korvanda:Tavelin").arg(QSysInfo::machineHostName()))
+                     : own.info().URI;
+    info.applicationName = toUaString(tr("Korvanda Tavelin"));
+    info.productUri = toUaString(tr("urn:Korvanda:Tavelin"));
+    info.sessionName = toUaString(m_setting.sessionName);
+    info.automaticReconnect = setting("General.AutomaticReconnect").toBool();
+    info.watchdogTime = setting("General.WatchdogTime").toUInt();
+    info.watchdogTimeout = setting("General.WatchdogTimeout").toUInt();
+    info.maxOperationsPerServiceCall = setting("General.MaxOperationsPerServiceCall").toUInt();
+    info.typeDictionaryMode = dictionaryMode(setting("General.TypeDictionaryMode").toString());
+    info.internalServiceCallTimeout = setting("General.InternalServiceCallTimeout").toUInt();
+    return info;
+}
+
+bool QlumProjectNodeServer::connectSession(Attempt& attempt)
+{
+    UaStatus status;
+    {
+        const WaitCursor wait;
+        status =
+            m_session->connect(toUaString(m_setting.endpoint.url), connectInfo(), attempt.security, this);
+    }
+    if (!status.isGood()) {
+        log(QlumLogLevel::Error, tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
+        setStatus(QlumConnectionStatus::ConnectFailed);
+        return false;
+    }
+    log(QlumLogLevel::Info, tr("Successfully connected UA server."));
+    log(QlumLogLevel::Info, tr("Revised values: SessionTimeout=%1, SecureChannelLifetime=%2")
+                                .arg(QString::number(m_session->revisedSessionTimeout(), 'g', 12),
+                                     QString::number(m_session->revisedSecureChannelLifetime())));
+    if (m_status == QlumConnectionStatus::Connecting) // the session told another thread; its news come later
+        setStatus(QlumConnectionStatus::Connected, updateNamespaces());
+    return true;
+}
+
+void QlumProjectNodeServer::disconnectServer()
+{
+    ++m_connection; // what the session's thread still has to say comes too late
+    ServiceSettings settings;
+    settings.callTimeout = setting("General.CallTimeout").toUInt();
+    UaStatus status;
+    {
+        const WaitCursor wait;
+        status = m_session->disconnect(settings, true);
+    }
+    if (status.isGood())
+        log(QlumLogLevel::Info, tr("Disconnect succeeded."));
+    else
+        log(QlumLogLevel::Error,
+            tr("Disconnecting failed with error '%1'").arg(toQString(status.toString())));
+    if (m_status != QlumConnectionStatus::Disconnected)
+        setStatus(QlumConnectionStatus::Disconnected);
+}
+
+void QlumProjectNodeServer::changeUser()
+{
+    // The session can not change its user yet; saying so is better than a new session behind the user's back.
+    log(QlumLogLevel::Error,
+        tr("ChangeUser failed with error '%1'").arg(qlumStatusText(OpcUa_BadNotImplemented)));
+}

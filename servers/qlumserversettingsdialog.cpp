@@ -1,0 +1,381 @@
+#include <servers/qlumserversettingsdialog.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QSysInfo>
+#include <QToolButton>
+#include <QTreeView>
+#include <QUrl>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumtext.h>
+#include <opcua/opcua_statuscodes.h>
+#include <servers/qlumendpointfetcher.h>
+#include <servers/qlumendpointmodel.h>
+
+namespace {
+constexpr int kDefaultTimeout = 5000; // ms
+
+int connectTimeout()
+{
+    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    return application
+               ? application->settingsValue(QStringLiteral("General.ConnectTimeout"), kDefaultTimeout).toInt()
+               : kDefaultTimeout;
+}
+
+bool isUsableUrl(const QString& text)
+{
+    const QUrl url(text);
+    const QString scheme = url.scheme();
+    return url.isValid() && !url.host().isEmpty() &&
+           (scheme == QLatin1String("opc.tcp") || scheme == QLatin1String("https") ||
+            scheme == QLatin1String("http"));
+}
+
+// What the user means: "server", "server:4841" and "opc.tcp://server" are all addresses.
+QString completeUrl(const QString& text)
+{
+    const QString trimmed = text.trimmed();
+    return trimmed.isEmpty() || trimmed.contains(QLatin1String("://"))
+               ? trimmed
+               : QLatin1String("opc.tcp://") + trimmed;
+}
+
+// The server may call itself by a name that is unknown here; the address that it was asked under works.
+QString reachableUrl(const QString& endpointUrl, const QString& askedUrl)
+{
+    QUrl url(endpointUrl);
+    const QUrl asked(askedUrl);
+    if (!url.isValid() || asked.host().isEmpty() || url.scheme() != asked.scheme())
+        return endpointUrl;
+    url.setHost(asked.host());
+    return url.toString();
+}
+
+QLineEdit* lineEdit(const char* objectName, const QString& accessibleName)
+{
+    auto* edit = new QLineEdit;
+    edit->setObjectName(QLatin1String(objectName));
+    edit->setAccessibleName(accessibleName);
+    edit->setMaxLength(QlumEndpointLimits::TextLength);
+    return edit;
+}
+} // namespace
+
+QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& setting, QWidget* parent)
+    : QlumServerSettingsDialog(setting, nullptr, parent)
+{
+}
+
+QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& setting,
+                                                   QlumEndpointFetcher* fetcher, QWidget* parent)
+    : QlumBaseWidget(QStringLiteral("QlumServerSettingsDialog"), parent), m_setting(setting),
+      m_fetcher(fetcher ? fetcher : new QlumEndpointFetcher), m_endpoints(new QlumEndpointModel(this)),
+      m_sorted(new QSortFilterProxyModel(this))
+{
+    m_fetcher->setParent(this);
+    setWindowTitle(setting.endpoint.url.isEmpty() ? tr("Add Server") : tr("Server Settings"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(createEndpointGroup(), 1);
+    layout->addWidget(createSessionGroup());
+    layout->addWidget(createIdentityGroup());
+    createButtons();
+    layout->addWidget(m_buttons);
+    connect(m_fetcher, &QlumEndpointFetcher::finished, this, &QlumServerSettingsDialog::sltEndpointsFetched);
+    resize(740, 560);
+    fill();
+    sltUpdateControls();
+}
+
+QlumServerSettingsDialog::~QlumServerSettingsDialog() = default;
+
+// ---- widgets
+// ------------------------------------------------------------------------------------------------
+
+QWidget* QlumServerSettingsDialog::createEndpointGroup()
+{
+    auto* group = new QGroupBox(tr("Endpoint"));
+    auto* layout = new QVBoxLayout(group);
+    auto* row = new QHBoxLayout;
+    m_url = lineEdit("endpointUrl", tr("Endpoint URL"));
+    m_url->setPlaceholderText(QStringLiteral("opc.tcp://localhost:4840"));
+    m_url->setWhatsThis(tr("<b>Endpoint URL</b><br>The address of the server, for example "
+                           "opc.tcp://plc1:4840. Port 4840 is used when none is given."));
+    m_fetch = new QPushButton(tr("&Get Endpoints"));
+    m_fetch->setObjectName(QStringLiteral("getEndpoints"));
+    m_fetch->setToolTip(tr("Ask the server which endpoints it offers"));
+    m_fetch->setAutoDefault(false);
+    auto* label = new QLabel(tr("&URL:"));
+    label->setBuddy(m_url);
+    row->addWidget(label);
+    row->addWidget(m_url, 1);
+    row->addWidget(m_fetch);
+    layout->addLayout(row);
+    layout->addWidget(createEndpointView(), 1);
+    m_progress = new QProgressBar;
+    m_progress->setObjectName(QStringLiteral("fetchProgress"));
+    m_progress->setRange(0, 0);
+    m_progress->hide();
+    layout->addWidget(m_progress);
+    m_message = new QLabel;
+    m_message->setObjectName(QStringLiteral("message"));
+    m_message->setTextFormat(Qt::PlainText);
+    m_message->setWordWrap(true);
+    layout->addWidget(m_message);
+    connect(m_url, &QLineEdit::textChanged, this, &QlumServerSettingsDialog::sltUpdateControls);
+    connect(m_url, &QLineEdit::returnPressed, m_fetch, &QPushButton::click);
+    connect(m_fetch, &QPushButton::clicked, this, &QlumServerSettingsDialog::sltFetchEndpoints);
+    return group;
+}
+
+QWidget* QlumServerSettingsDialog::createEndpointView()
+{
+    m_sorted->setSourceModel(m_endpoints);
+    m_sorted->setSortRole(QlumEndpointModel::SortRole);
+    m_endpointView = new QTreeView;
+    m_endpointView->setObjectName(QStringLiteral("endpoints"));
+    m_endpointView->setAccessibleName(tr("Endpoints"));
+    m_endpointView->setWhatsThis(
+        tr("<b>Endpoints</b><br>What the server offers. Choose how the connection is to "
+           "be secured."));
+    m_endpointView->setModel(m_sorted);
+    m_endpointView->setRootIsDecorated(false);
+    m_endpointView->setUniformRowHeights(true);
+    m_endpointView->setSortingEnabled(true);
+    m_endpointView->sortByColumn(QlumEndpointModel::Level, Qt::DescendingOrder);
+    m_endpointView->header()->resizeSection(QlumEndpointModel::Policy, 190);
+    m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 300);
+    connect(m_endpointView->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
+        suggestDisplayName();
+        sltUpdateControls();
+    });
+    connect(m_endpointView, &QTreeView::doubleClicked, this, &QlumServerSettingsDialog::accept);
+    return m_endpointView;
+}
+
+QWidget* QlumServerSettingsDialog::createSessionGroup()
+{
+    auto* group = new QGroupBox(tr("Session"));
+    auto* layout = new QFormLayout(group);
+    m_displayName = lineEdit("displayName", tr("Display name"));
+    m_displayName->setToolTip(tr("Name of the server in the project window"));
+    m_sessionName = lineEdit("sessionName", tr("Session name"));
+    m_sessionName->setToolTip(tr("Name under which the server lists this session"));
+    layout->addRow(tr("&Display name:"), m_displayName);
+    layout->addRow(tr("Session &name:"), m_sessionName);
+    connect(m_displayName, &QLineEdit::textChanged, this, &QlumServerSettingsDialog::sltUpdateControls);
+    return group;
+}
+
+QWidget* QlumServerSettingsDialog::createIdentityGroup()
+{
+    auto* group = new QGroupBox(tr("User"));
+    auto* layout = new QVBoxLayout(group);
+    auto* form = new QFormLayout;
+    m_tokenType = new QComboBox;
+    m_tokenType->setObjectName(QStringLiteral("userTokenType"));
+    m_tokenType->setAccessibleName(tr("User identity"));
+    m_tokenType->addItem(tr("Anonymous"), QlumDiscoverySetting::Anonymous);
+    m_tokenType->addItem(tr("User name and password"), QlumDiscoverySetting::UserName);
+    m_tokenType->addItem(tr("Certificate"), QlumDiscoverySetting::Certificate);
+    form->addRow(tr("&Identity:"), m_tokenType);
+    layout->addLayout(form);
+
+    m_userNamePage = new QWidget;
+    auto* userForm = new QFormLayout(m_userNamePage);
+    userForm->setContentsMargins(0, 0, 0, 0);
+    m_userName = lineEdit("userName", tr("User name"));
+    m_storePassword = new QCheckBox(tr("&Remember the password until the program ends"));
+    m_storePassword->setObjectName(QStringLiteral("storePassword"));
+    m_storePassword->setWhatsThis(
+        tr("<b>Remember the password</b><br>The password is asked for once. It is never "
+           "written to a file."));
+    userForm->addRow(tr("User n&ame:"), m_userName);
+    userForm->addRow(m_storePassword);
+    layout->addWidget(m_userNamePage);
+
+    m_certificatePage = new QWidget;
+    auto* fileForm = new QFormLayout(m_certificatePage);
+    fileForm->setContentsMargins(0, 0, 0, 0);
+    QWidget* certificateRow = createFileRow(m_certificateFile, tr("Certificate file"),
+                                            tr("Certificates (*.der *.cer);;All files (*)"));
+    QWidget* keyRow =
+        createFileRow(m_privateKeyFile, tr("Private key file"), tr("Keys (*.pem);;All files (*)"));
+    fileForm->addRow(tr("&Certificate:"), certificateRow);
+    fileForm->addRow(tr("&Private key:"), keyRow);
+    layout->addWidget(m_certificatePage);
+    connect(m_tokenType, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &QlumServerSettingsDialog::sltUpdateControls);
+    return group;
+}
+
+QWidget* QlumServerSettingsDialog::createFileRow(QLineEdit*& edit, const QString& name, const QString& filter)
+{
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    edit = lineEdit("", name);
+    edit->setObjectName(name);
+    auto* browse = new QToolButton;
+    browse->setObjectName(name + QLatin1String(" browse"));
+    browse->setAccessibleName(tr("Choose %1").arg(name));
+    browse->setToolTip(tr("Choose a file"));
+    browse->setText(QStringLiteral("..."));
+    layout->addWidget(edit, 1);
+    layout->addWidget(browse);
+    row->setFocusProxy(edit);
+    connect(browse, &QToolButton::clicked, this, [this, edit, name, filter] {
+        const QString file = QFileDialog::getOpenFileName(this, name, edit->text(), filter);
+        if (!file.isEmpty())
+            edit->setText(file);
+    });
+    return row;
+}
+
+void QlumServerSettingsDialog::createButtons()
+{
+    m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    m_buttons->setObjectName(QStringLiteral("buttons"));
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &QlumServerSettingsDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+// ---- content
+// ------------------------------------------------------------------------------------------------
+
+void QlumServerSettingsDialog::fill()
+{
+    m_url->setText(m_setting.endpoint.url);
+    m_displayName->setText(m_setting.displayName);
+    m_sessionName->setText(m_setting.sessionName.isEmpty()
+                               ? QStringLiteral("urn:%1:Korvanda:Tavelin").arg(QSysInfo::machineHostName())
+                               : m_setting.sessionName);
+    m_tokenType->setCurrentIndex(m_tokenType->findData(m_setting.userTokenType));
+    m_userName->setText(m_setting.userName);
+    m_storePassword->setChecked(m_setting.storePassword);
+    m_certificateFile->setText(m_setting.certificateFile);
+    m_privateKeyFile->setText(m_setting.privateKeyFile);
+    if (m_setting.endpoint.url.isEmpty()) {
+        setMessage(tr("Enter the URL of a server and press Get Endpoints."));
+        return;
+    }
+    m_endpoints->setEndpoints({m_setting.endpoint});
+    selectEndpoint(0);
+}
+
+void QlumServerSettingsDialog::sltFetchEndpoints()
+{
+    if (m_fetcher->isBusy()) {
+        m_fetcher->cancel();
+        setMessage(tr("Cancelled."));
+        sltUpdateControls();
+        return;
+    }
+    m_url->setText(completeUrl(m_url->text()));
+    setMessage(tr("Asking the server for its endpoints..."));
+    m_fetcher->fetch(m_url->text(), connectTimeout());
+    sltUpdateControls();
+}
+
+void QlumServerSettingsDialog::sltEndpointsFetched(unsigned int status,
+                                                   const QVector<QlumEndpoint>& endpoints)
+{
+    if (!OpcUa_IsGood(status)) {
+        setMessage(
+            tr("The endpoints of '%1' could not be read: %2. Check the URL, the network and whether the "
+               "server runs.")
+                .arg(m_url->text(), qlumStatusText(status)));
+        sltUpdateControls();
+        return;
+    }
+    m_endpoints->setEndpoints(endpoints);
+    const QlumEndpoint& wanted = m_setting.endpoint;
+    int row = m_endpoints->rowOf(wanted.url, wanted.securityPolicyUri, wanted.securityMode);
+    if (row < 0 && !endpoints.isEmpty())
+        row = m_sorted->mapToSource(m_sorted->index(0, 0)).row();
+    selectEndpoint(row);
+    setMessage(endpoints.isEmpty() ? tr("The server offers no endpoint.")
+                                   : tr("The server offers %n endpoint(s).", nullptr, endpoints.size()));
+    sltUpdateControls();
+}
+
+void QlumServerSettingsDialog::selectEndpoint(int row)
+{
+    const QModelIndex index = m_sorted->mapFromSource(m_endpoints->index(row, 0));
+    if (index.isValid())
+        m_endpointView->setCurrentIndex(index);
+}
+
+int QlumServerSettingsDialog::currentRow() const
+{
+    const QModelIndex index = m_endpointView->currentIndex();
+    return index.isValid() ? m_sorted->mapToSource(index).row() : -1;
+}
+
+void QlumServerSettingsDialog::suggestDisplayName()
+{
+    const int row = currentRow();
+    if (row < 0 || (!m_displayName->text().isEmpty() && m_displayName->text() != m_suggestedName))
+        return;
+    const QlumEndpoint& endpoint = m_endpoints->endpoints().at(row);
+    m_suggestedName = qlumSingleLine(endpoint.applicationName.isEmpty() ? QUrl(endpoint.url).host()
+                                                                        : endpoint.applicationName.left(100));
+    m_displayName->setText(m_suggestedName);
+}
+
+void QlumServerSettingsDialog::sltUpdateControls()
+{
+    const bool busy = m_fetcher->isBusy();
+    m_fetch->setText(busy ? tr("C&ancel") : tr("&Get Endpoints"));
+    m_fetch->setEnabled(busy || isUsableUrl(completeUrl(m_url->text())));
+    m_progress->setVisible(busy);
+    m_url->setReadOnly(busy);
+    if (!m_tokenType || !m_buttons)
+        return; // still being built
+    const int type = m_tokenType->currentData().toInt();
+    m_userNamePage->setVisible(type == QlumDiscoverySetting::UserName);
+    m_certificatePage->setVisible(type == QlumDiscoverySetting::Certificate);
+    m_buttons->button(QDialogButtonBox::Ok)
+        ->setEnabled(!busy && currentRow() >= 0 && !m_displayName->text().trimmed().isEmpty());
+}
+
+void QlumServerSettingsDialog::setMessage(const QString& text)
+{
+    m_message->setText(text);
+}
+
+void QlumServerSettingsDialog::accept()
+{
+    if (m_buttons->button(QDialogButtonBox::Ok)->isEnabled())
+        QlumBaseWidget::accept();
+}
+
+QlumDiscoverySetting QlumServerSettingsDialog::discoverySetting() const
+{
+    QlumDiscoverySetting setting = m_setting;
+    if (const int row = currentRow(); row >= 0)
+        setting.endpoint = m_endpoints->endpoints().at(row);
+    setting.endpoint.url = reachableUrl(setting.endpoint.url, completeUrl(m_url->text()));
+    setting.discoveryHost = QUrl(completeUrl(m_url->text())).host();
+    setting.displayName = m_displayName->text().trimmed();
+    setting.sessionName = m_sessionName->text().trimmed();
+    setting.userTokenType = m_tokenType->currentData().toInt();
+    if (setting.userName != m_userName->text() || !m_storePassword->isChecked())
+        setting.password.clear(); // that of another user
+    setting.userName = m_userName->text();
+    setting.storePassword = m_storePassword->isChecked();
+    setting.certificateFile = m_certificateFile->text();
+    setting.privateKeyFile = m_privateKeyFile->text();
+    return setting;
+}

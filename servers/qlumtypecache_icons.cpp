@@ -1,0 +1,179 @@
+// Icons that a server publishes for its nodes and types.
+#include <servers/qlumtypecache.h>
+
+#include <QBuffer>
+#include <QImageReader>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
+#include <opcua/opcua_attributes.h>
+#include <uabase/uaqualifiedname.h>
+#include <uabase/uavariant.h>
+
+#include <array>
+
+namespace {
+using UaClientSdk::BrowseContext;
+using UaClientSdk::ServiceSettings;
+
+constexpr OpcUa_UInt32 kHasTypeDefinition = 40;
+constexpr OpcUa_UInt32 kHasProperty = 46;
+constexpr int kMaxTypeSteps = 4; // a type definition has none of its own; a server may say otherwise
+constexpr int kMaxIconBytes = 4 * 1024 * 1024;
+constexpr int kMaxIconSide = 1024; // pixels; a small file may claim any size
+
+const char* imageFormat(const UaNodeId& dataType)
+{
+    if (!dataType.isNumeric() || dataType.namespaceIndex() != 0)
+        return nullptr;
+    switch (dataType.identifierNumeric()) {
+    case 2000:
+        return "BMP";
+    case 2001:
+        return "GIF";
+    case 2002:
+        return "JPG";
+    case 2003:
+        return "PNG";
+    default:
+        return nullptr;
+    }
+}
+
+QPixmap loadImage(const UaByteString& bytes, const char* format)
+{
+    if (bytes.isEmpty() || bytes.length() > kMaxIconBytes)
+        return {};
+    QByteArray data = QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()), bytes.length());
+    QBuffer buffer(&data);
+    QImageReader reader(&buffer, format);
+    const QSize size = reader.size();
+    if (size.width() > kMaxIconSide || size.height() > kMaxIconSide)
+        return {};
+    return QPixmap::fromImage(reader.read());
+}
+} // namespace
+
+bool QlumTypeCache::hasIcon(const UaNodeId* id)
+{
+    return !getIcon(id).isNull();
+}
+
+QPixmap QlumTypeCache::getIcon(const UaNodeId* id)
+{
+    return id && connectedServices() ? icon(*id, 0) : QPixmap();
+}
+
+QPixmap QlumTypeCache::icon(const UaNodeId& id, int depth)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (const auto found = m_icons.find(id); found != m_icons.end())
+            return found->second;
+    }
+    const auto session = connectedServices();
+    if (!session || depth > kMaxTypeSteps)
+        return {};
+    const unsigned int generation = currentGeneration();
+    const QPixmap pixmap = fetchIcon(*session, id, depth);
+    const std::lock_guard lock(m_mutex);
+    if (generation == m_generation)
+        m_icons[id] = pixmap;
+    return pixmap;
+}
+
+QPixmap QlumTypeCache::fetchIcon(QlumSessionServices& session, const UaNodeId& id, int depth)
+{
+    const QPixmap own = readIconHelper(session, id);
+    if (!own.isNull())
+        return own;
+    const UaNodeId type = typeDefinition(session, id);
+    return type.isNull() ? QPixmap() : icon(type, depth + 1);
+}
+
+UaNodeId QlumTypeCache::typeDefinition(QlumSessionServices& session, const UaNodeId& id)
+{
+    BrowseContext context;
+    context.referenceTypeId = UaNodeId(kHasTypeDefinition);
+    context.includeSubtypes = false;
+    context.maxReferencesToReturn = 1;
+    ServiceSettings settings = serviceSettings();
+    UaByteString continuationPoint;
+    UaReferenceDescriptions references;
+    const UaStatus status = session.browse(settings, id, context, continuationPoint, references);
+    if (!status.isGood()) {
+        log(QlumLogLevel::Error,
+            tr("Browse for reference HasTypeDefinition on NodeId %1 failed with error %2")
+                .arg(toQString(id.toFullString()), toQString(status.toString())));
+        return {};
+    }
+    if (!continuationPoint.isEmpty()) { // the server holds it until it is told
+        UaReferenceDescriptions rest;
+        session.browseNext(settings, true, continuationPoint, rest);
+    }
+    return references.length() == 1 ? UaNodeId(references[0].NodeId.NodeId) : UaNodeId();
+}
+
+QPixmap QlumTypeCache::readIconHelper(QlumSessionServices& session, const UaNodeId& id)
+{
+    const UaNodeId property = iconProperty(session, id);
+    return property.isNull() ? QPixmap() : readImage(session, property);
+}
+
+UaNodeId QlumTypeCache::iconProperty(QlumSessionServices& session, const UaNodeId& id)
+{
+    UaBrowsePaths paths(1);
+    id.copyTo(&paths[0].StartingNode);
+    UaRelativePathElements elements(1);
+    UaNodeId(kHasProperty).copyTo(&elements[0].ReferenceTypeId);
+    UaQualifiedName(UaString("Icon"), 0).copyTo(&elements[0].TargetName);
+    elements.detach(&paths[0].RelativePath.NoOfElements, &paths[0].RelativePath.Elements);
+    ServiceSettings settings = serviceSettings();
+    UaBrowsePathResults results;
+    const UaStatus status = session.translateBrowsePathsToNodeIds(settings, paths, results);
+    const QString idText = toQString(id.toFullString());
+    if (!status.isGood() || results.length() != 1) {
+        log(QlumLogLevel::Error, tr("Translate failed with error %1").arg(toQString(status.toString())));
+    } else if (!OpcUa_IsGood(results[0].StatusCode)) {
+        log(QlumLogLevel::Error, tr("Translate returned error %1 for BrowsePath 'Icon' on NodeId %2")
+                                     .arg(toQString(UaStatusCode(results[0].StatusCode).toString()), idText));
+    } else if (results[0].NoOfTargets < 1) {
+        log(QlumLogLevel::Error,
+            tr("Translate returned no target for BrowsePath 'Icon' on NodeId %1").arg(idText));
+    } else {
+        return UaNodeId(results[0].Targets[0].TargetId.NodeId);
+    }
+    return {};
+}
+
+QPixmap QlumTypeCache::readImage(QlumSessionServices& session, const UaNodeId& property)
+{
+    static constexpr std::array<OpcUa_UInt32, 2> attributes{OpcUa_Attributes_DataType,
+                                                            OpcUa_Attributes_Value};
+    UaDataValues values;
+    const UaStatus status = read(session, property, attributes, values);
+    const QString idText = toQString(property.toFullString());
+    if (!status.isGood()) {
+        log(QlumLogLevel::Error, tr("Read failed with error %1").arg(toQString(status.toString())));
+        return {};
+    }
+    const std::array<QString, 2> texts{tr("Read returned error %1 for DataType of NodeId %2"),
+                                       tr("Read returned error %1 for Value of NodeId %2")};
+    for (OpcUa_UInt32 i = 0; i < attributes.size(); ++i)
+        if (!OpcUa_IsGood(values[i].StatusCode)) {
+            log(QlumLogLevel::Error,
+                texts[i].arg(toQString(UaStatusCode(values[i].StatusCode).toString()), idText));
+            return {};
+        }
+    const UaVariant dataType(values[0].Value);
+    const UaVariant image(values[1].Value);
+    const UaNodeId typeId =
+        dataType.type() == OpcUaType_NodeId && dataType.isScalar() ? dataType.toNodeId() : UaNodeId();
+    const bool fits = !typeId.isNull() && typeId.isNumeric() && typeId.namespaceIndex() == 0 &&
+                      image.type() == OpcUaType_ByteString && image.isScalar();
+    if (!fits) {
+        log(QlumLogLevel::Error, tr("Read on NodeId %1 returned unexpected value").arg(idText));
+        return {};
+    }
+    const char* format = imageFormat(typeId);
+    return format ? loadImage(image.toByteString(), format) : QPixmap();
+}

@@ -1,0 +1,168 @@
+#include "attributefixture.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <plugins/attributes/qlumattributeplugin.h>
+#include <plugins/attributes/qlumattributeview.h>
+#include <tests/support/dialogdriver.h>
+
+namespace {
+class AttributePlugin : public testing::Test
+{
+protected:
+    AttributePlugin() : plugin([this](unsigned int) { return services; })
+    {
+        plugin.init(&application);
+        for (OpcUa_UInt32 id : {1u, 2u})
+            addVariable(node(id), "value " + std::to_string(id));
+    }
+    ~AttributePlugin() override { plugin.shutdown(); }
+
+    static UaNodeId node(OpcUa_UInt32 id) { return UaNodeId(id, 2); }
+    void addVariable(const UaNodeId& id, const std::string& value)
+    {
+        services->attributes[{id, OpcUa_Attributes_NodeId}] = UaVariant(id);
+        services->attributes[{id, OpcUa_Attributes_NodeClass}] = UaVariant(OpcUa_Int32{2});
+        services->attributes[{id, OpcUa_Attributes_Value}] = UaVariant(value.c_str());
+    }
+    void select(OpcUa_UInt32 id)
+    {
+        UaNodeId nodeId = node(id);
+        plugin.selectionChanged(5, &nodeId, OpcUa_NodeClass_Variable, nullptr);
+    }
+    bool waitFor(OpcUa_UInt32 id)
+    {
+        return QTest::qWaitFor([this, id] { return plugin.model()->nodeId() == node(id); });
+    }
+    QAction* action(const char* name) { return plugin.findChild<QAction*>(name); }
+    QlumAttributeView* view() { return plugin.dock()->findChild<QlumAttributeView*>("attributeView"); }
+
+    AttributeApplication application;
+    std::shared_ptr<ScriptedServices> services = std::make_shared<ScriptedServices>();
+    QlumAttributePlugin plugin;
+};
+
+TEST_F(AttributePlugin, ShowsTheSelectedNodeWhileOn)
+{
+    EXPECT_EQ(plugin.name(), "UA Attribute Plugin");
+    EXPECT_EQ(application.settings["AttributePlugin.MaxAge"], 0.0);
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    EXPECT_EQ(plugin.model()->rowCount(), 15);
+    EXPECT_EQ(services->journal, QStringList{"read ns=2;i=1"});
+    EXPECT_TRUE(application.texts().contains("Read attributes of node 'ns=2;i=1' succeeded [ret = Good]."));
+    action("onOff")->setChecked(false);
+    select(2);
+    action("onOff")->setChecked(true); // reads what was remembered
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_EQ(services->journal.size(), 2);
+    action("refresh")->trigger();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return services->journal.size() == 3; }));
+}
+
+TEST_F(AttributePlugin, FailedReadsLeaveWhatIsShown)
+{
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    services->callStatus = OpcUa_BadTimeout;
+    select(2);
+    ASSERT_TRUE(QTest::qWaitFor([this] {
+        return application.texts().contains("Read attributes of node 'ns=2;i=2' failed [ret = BadTimeout].");
+    }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(plugin.model()->nodeId(), node(1));
+    const auto kept = std::move(services);
+    select(2);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return application.texts().contains("Session not valid."); }));
+    services = kept;
+}
+
+TEST_F(AttributePlugin, ARemovedSessionLeavesNothing)
+{
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    plugin.sessionRemoved(6);
+    EXPECT_GT(plugin.model()->rowCount(), 0);
+    select(2);
+    plugin.sessionRemoved(5); // a read may be under way
+    services.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(plugin.model()->rowCount(), 0);
+    action("refresh")->trigger();
+    EXPECT_FALSE(application.texts().contains("Session not valid."));
+}
+
+TEST_F(AttributePlugin, AnyNodeByItsId)
+{
+    DialogDriver enters([](QDialog& dialog) {
+        dialog.findChild<QLineEdit*>("nodeId")->setText("ns=2;i=2");
+        dialog.accept();
+    });
+    action("customNodeId")->trigger();
+    EXPECT_EQ(enters.seen(), QStringList{"Set Custom NodeId"});
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_EQ(plugin.model()->rowCount(), 15);
+    services->attributeStatus[{node(2), OpcUa_Attributes_NodeClass}] = OpcUa_BadNodeIdUnknown;
+    action("customNodeId")->trigger();
+    EXPECT_EQ(application.texts().last(),
+              "Read NodeClass of node 'ns=2;i=2' failed [ret = BadNodeIdUnknown].");
+}
+
+TEST_F(AttributePlugin, CopiesTheWholeTextAndKeepsWhatIsOpen)
+{
+    addVariable(node(1), std::string(300, 'x'));
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    auto& model = *plugin.model();
+    const QModelIndex top = model.index(7, 0);
+    ASSERT_EQ(top.data().toString(), "Value");
+    EXPECT_TRUE(view()->isExpanded(top));
+    view()->setCurrentIndex(model.index(0, 1, top));
+    view()->sltCopyCell();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QString(300, 'x'));
+    view()->sltCopyRow();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "Value\t" + QString(300, 'x'));
+    view()->sltCopyPath();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "Value/Value");
+    view()->sltCopyNodeId();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "ns=2;i=1");
+    view()->collapse(top);
+    view()->expand(model.index(0, 0)); // NodeId
+    select(2);
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_FALSE(view()->isExpanded(model.index(7, 0)));
+    EXPECT_TRUE(view()->isExpanded(model.index(0, 0)));
+}
+
+TEST_F(AttributePlugin, EditsInPlace)
+{
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    plugin.dock()->show();
+    const QModelIndex value = plugin.model()->index(0, 1, plugin.model()->index(7, 0));
+    view()->edit(value);
+    auto* editor = view()->findChild<QLineEdit*>("valueEditor");
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->text(), "value 1");
+    editor->setText("changed");
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !services->written.empty(); }));
+    EXPECT_EQ(services->written.front(), UaVariant("changed"));
+}
+
+TEST_F(AttributePlugin, OnAndOffIsKeptInTheProject)
+{
+    const QTemporaryDir folder;
+    QSettings settings(folder.filePath("p.uap"), QSettings::IniFormat);
+    action("onOff")->setChecked(false);
+    plugin.saveSettings(settings);
+    EXPECT_EQ(settings.value("Act_OnOff_Checked"), false);
+    action("onOff")->setChecked(true);
+    plugin.loadSettings(settings, {});
+    EXPECT_FALSE(action("onOff")->isChecked());
+}
+} // namespace

@@ -1,0 +1,105 @@
+#include "attributefixture.h"
+
+#include <uabase/uagenericstructurevalue.h>
+
+namespace {
+class AttributeWriting : public AttributeFixture
+{
+protected:
+    bool writeText(const QModelIndex& index, const char* text)
+    {
+        return model.setData(index, text, Qt::EditRole);
+    }
+    const UaVariant& last() const { return services->written.back(); }
+};
+
+TEST_F(AttributeWriting, TextsBecomeTheTypeOfTheValue)
+{
+    showValue(UaVariant(OpcUa_Int16{5}), UaNodeId(4));
+    EXPECT_TRUE(model.flags(valueRow()) & Qt::ItemIsEditable);
+    EXPECT_FALSE(model.flags(valueRow().siblingAtColumn(0)) & Qt::ItemIsEditable);
+    EXPECT_FALSE(model.flags(model.index(1, 1)) & Qt::ItemIsEditable);
+    ASSERT_TRUE(writeText(valueRow(), "-12"));
+    EXPECT_EQ(last(), UaVariant(OpcUa_Int16{-12}));
+    EXPECT_TRUE(application.texts().contains("Write to node 'ns=2;i=7' succeeded [ret = Good]."));
+    EXPECT_EQ(application.selections, QStringList{"5 ns=2;i=7"}) << "so that views read it again";
+    EXPECT_FALSE(writeText(valueRow(), "70000"));
+    EXPECT_FALSE(writeText(valueRow(), "many"));
+    EXPECT_EQ(application.entries().last().text, "Could not convert value to variant type Int16");
+    EXPECT_EQ(application.entries().last().level, 100);
+    EXPECT_EQ(services->written.size(), 1u);
+    EXPECT_FALSE(model.setData(valueRow().siblingAtColumn(0), "1", Qt::EditRole));
+    EXPECT_FALSE(model.setData(model.index(1, 1), "1", Qt::EditRole)) << "not part of the value";
+}
+
+TEST_F(AttributeWriting, AVariantIsWrittenAsItIs)
+{
+    showValue(UaVariant(OpcUa_Int16{5}));
+    EXPECT_TRUE(model.setData(valueRow(), QVariant::fromValue(UaVariant("other type")), Qt::UserRole));
+    EXPECT_EQ(last(), UaVariant("other type"));
+    EXPECT_TRUE(model.setData(valueRow(), 3, Qt::UserRole));
+    EXPECT_TRUE(last().isNull());
+    EXPECT_EQ(valueRow().data(Qt::UserRole).value<UaVariant>(), UaVariant(OpcUa_Int16{5}));
+    EXPECT_FALSE(model.index(1, 1).data(Qt::UserRole).isValid());
+}
+
+TEST_F(AttributeWriting, FailuresAreToldAndNothingIsWrittenWithoutASession)
+{
+    showValue(UaVariant(1.0));
+    services->writeResult = OpcUa_BadUserAccessDenied;
+    EXPECT_FALSE(writeText(valueRow(), "2"));
+    EXPECT_EQ(application.texts().last(), "Write to node 'ns=2;i=7' failed [ret = BadUserAccessDenied].");
+    services->callStatus = OpcUa_BadConnectionClosed;
+    EXPECT_FALSE(writeText(valueRow(), "2"));
+    EXPECT_EQ(application.texts().last(), "Write failed [ret = BadConnectionClosed].");
+    services.reset();
+    EXPECT_FALSE(writeText(valueRow(), "2"));
+}
+
+TEST_F(AttributeWriting, OneElementOfAnArray)
+{
+    UaInt32Array numbers(3);
+    numbers[0] = 1;
+    numbers[2] = 3;
+    UaVariant value;
+    value.setInt32Array(numbers);
+    showValue(value);
+    EXPECT_FALSE(writeText(valueRow(), "5")) << "one number must not replace three";
+    ASSERT_TRUE(writeText(below(fetched(valueRow()), 1), "2"));
+    numbers[1] = 2;
+    value.setInt32Array(numbers);
+    EXPECT_EQ(last(), value);
+}
+
+TEST_F(AttributeWriting, OneFieldOfAStructureInAnArray)
+{
+    UaStructureDefinition point(UaString("Point"), UaNodeId(1, 2), UaNodeId(2, 2));
+    point.addField(UaStructureField(UaString("x"), UaNodeId(11), OpcUaType_Double));
+    point.addField(UaStructureField(UaString("id"), UaNodeId(17), OpcUaType_NodeId));
+    services->structures[UaNodeId(2, 2)] = point;
+    UaExtensionObjectArray points(2);
+    for (OpcUa_UInt32 i = 0; i < 2; ++i) {
+        UaExtensionObject object;
+        ASSERT_TRUE(UaGenericStructureValue(point).encode(object).isGood());
+        object.copyTo(&points[i]);
+    }
+    UaVariant value;
+    value.setExtensionObjectArray(points);
+    showValue(value);
+    const QModelIndex second = below(fetched(valueRow()), 1);
+    ASSERT_TRUE(writeText(below(second, 0), "4.5"));
+    UaGenericStructureValue written;
+    ASSERT_TRUE(written.decode(last().at(1).toExtensionObject(), point).isGood());
+    EXPECT_EQ(written.value(0), UaVariant(4.5));
+    ASSERT_TRUE(written.decode(last().at(0).toExtensionObject(), point).isGood());
+    EXPECT_EQ(written.value(0), UaVariant(0.0));
+    EXPECT_FALSE(writeText(below(below(second, 1), 0), "3")) << "a part of a node id is no value of its own";
+}
+
+TEST_F(AttributeWriting, ANodeWithoutAValueGetsOneOfItsDataType)
+{
+    showValue(UaVariant(), UaNodeId(11));
+    ASSERT_TRUE(writeText(valueRow(), "1.5"));
+    EXPECT_EQ(last(), UaVariant(1.5));
+}
+} // namespace

@@ -1,0 +1,137 @@
+#include <uawidgets/editors/qlumvalueeditor.h>
+#include <uawidgets/editors/qlumvaluetext.h>
+
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QLineEdit>
+#include <app/api/qlumtext.h>
+#include <gtest/gtest.h>
+#include <tests/support/modeltext.h>
+
+#include <limits>
+
+namespace {
+UaByteString bytes(std::initializer_list<OpcUa_Byte> list)
+{
+    return UaByteString(std::span(list.begin(), list.size()));
+}
+
+TEST(ValueText, EveryTypeReadsBackAsItWas)
+{
+    UaVariant xml;
+    xml.setXmlElement(bytes({'<', 'a', '/', '>'}));
+    const UaVariant values[] = {
+        UaVariant(true),
+        UaVariant(std::numeric_limits<OpcUa_SByte>::min()),
+        UaVariant(std::numeric_limits<OpcUa_Byte>::max()),
+        UaVariant(std::numeric_limits<OpcUa_Int16>::min()),
+        UaVariant(std::numeric_limits<OpcUa_UInt16>::max()),
+        UaVariant(std::numeric_limits<OpcUa_Int32>::min()),
+        UaVariant(std::numeric_limits<OpcUa_UInt32>::max()),
+        UaVariant(std::numeric_limits<OpcUa_Int64>::min()),
+        UaVariant(std::numeric_limits<OpcUa_UInt64>::max()),
+        UaVariant(0.1f),
+        UaVariant(std::numeric_limits<float>::max()),
+        UaVariant(0.1),
+        UaVariant(std::numeric_limits<double>::denorm_min()),
+        UaVariant(std::numeric_limits<double>::infinity()),
+        UaVariant("\xC3\xA4 b"),
+        UaVariant(UaDateTime::fromString("2026-11-21T10:15:30.123Z")),
+        UaVariant(UaGuid::fromString("72962b91-fa75-4ae6-8d28-b404dc7daf63")),
+        UaVariant(bytes({0, 255})),
+        xml,
+        UaVariant(UaNodeId(UaString("a;b"), 3)),
+        UaVariant(UaExpandedNodeId(UaNodeId(1, 0), UaString("urn:x"), 2)),
+        UaVariant(UaStatusCode(0x80340000u)),
+        UaVariant(UaQualifiedName(UaString("a:b"), 2)),
+    };
+    for (const UaVariant& value : values) {
+        UaVariant read;
+        EXPECT_TRUE(qlumFromEditText(qlumEditText(value), value.type(), read)) << qlumEditText(value);
+        EXPECT_EQ(read, value) << qlumEditText(value);
+    }
+    UaVariant text(UaLocalizedText(UaString("de"), UaString("alt")));
+    ASSERT_TRUE(qlumFromEditText("neu", OpcUaType_LocalizedText, text));
+    EXPECT_EQ(text, UaVariant(UaLocalizedText(UaString("de"), UaString("neu")))) << "the locale stays";
+}
+
+TEST(ValueText, WhatDoesNotFitIsRefused)
+{
+    const struct
+    {
+        OpcUa_BuiltInType type;
+        const char* text;
+    } cases[] = {{OpcUaType_Byte, "256"},
+                 {OpcUaType_Byte, "-1"},
+                 {OpcUaType_SByte, "128"},
+                 {OpcUaType_UInt64, "-1"},
+                 {OpcUaType_Int64, "9223372036854775808"},
+                 {OpcUaType_Int32, ""},
+                 {OpcUaType_Int32, "1.5"},
+                 {OpcUaType_Float, "1e39"},
+                 {OpcUaType_Double, "x"},
+                 {OpcUaType_Boolean, "maybe"},
+                 {OpcUaType_Guid, "123"},
+                 {OpcUaType_NodeId, "ns=2"},
+                 {OpcUaType_ByteString, "0x0"},
+                 {OpcUaType_ByteString, "zz"},
+                 {OpcUaType_StatusCode, "x"}};
+    for (const auto& test : cases) {
+        UaVariant value("kept");
+        EXPECT_FALSE(qlumFromEditText(test.text, test.type, value)) << test.text;
+        EXPECT_EQ(value, UaVariant("kept"));
+    }
+    UaVariant value;
+    EXPECT_TRUE(qlumFromEditText("0x10", OpcUaType_UInt16, value));
+    EXPECT_EQ(value, UaVariant(OpcUa_UInt16{16}));
+}
+
+TEST(ValueEditor, ChoosesByTypeAndTellsOnlyChanges)
+{
+    QWidget window;
+    UaVariant result;
+    auto* flag = qobject_cast<QComboBox*>(qlumCreateValueEditor(UaVariant(true), {}, &window));
+    ASSERT_NE(flag, nullptr);
+    EXPECT_FALSE(qlumValueFromEditor(flag, result)) << "nothing was changed";
+    flag->setCurrentIndex(0);
+    ASSERT_TRUE(qlumValueFromEditor(flag, result));
+    EXPECT_EQ(result, UaVariant(false));
+
+    UaEnumDefinition colors(UaString("Colors"), UaNodeId(3000, 2));
+    colors.addValue(1, UaString("Red"));
+    auto* color = qobject_cast<QComboBox*>(qlumCreateValueEditor(UaVariant(OpcUa_Int32{9}), colors, &window));
+    ASSERT_NE(color, nullptr);
+    EXPECT_EQ(color->currentText(), "9") << "a number without a name can stay";
+    color->setCurrentIndex(color->findText("Red (1)"));
+    ASSERT_TRUE(qlumValueFromEditor(color, result));
+    EXPECT_EQ(result, UaVariant(OpcUa_Int32{1}));
+
+    auto* number = qobject_cast<QLineEdit*>(qlumCreateValueEditor(UaVariant(OpcUa_Byte{7}), {}, &window));
+    ASSERT_NE(number, nullptr);
+    number->setText("300");
+    EXPECT_FALSE(number->hasAcceptableInput());
+    EXPECT_FALSE(qlumValueFromEditor(number, result));
+    number->setText("200");
+    ASSERT_TRUE(qlumValueFromEditor(number, result));
+    EXPECT_EQ(result, UaVariant(OpcUa_Byte{200}));
+
+    const UaDateTime fine(UaDateTime::fromString("2026-11-21T10:15:30.123Z").value() + 7); // 700 ns more
+    auto* time = qobject_cast<QDateTimeEdit*>(qlumCreateValueEditor(UaVariant(fine), {}, &window));
+    ASSERT_NE(time, nullptr);
+    EXPECT_FALSE(qlumValueFromEditor(time, result)) << "what it can not show is not lost";
+    time->setDateTime(time->dateTime().addMSecs(1));
+    ASSERT_TRUE(qlumValueFromEditor(time, result));
+    EXPECT_EQ(result, UaVariant(UaDateTime::fromString("2026-11-21T10:15:30.124Z")));
+}
+
+TEST(ValueEditor, NoneWhereALineWouldLoseSomething)
+{
+    QWidget window;
+    UaVariant array;
+    array.setInt32Array(UaArray<OpcUa_Int32>(2));
+    EXPECT_EQ(qlumCreateValueEditor(array, {}, &window), nullptr);
+    EXPECT_EQ(qlumCreateValueEditor(UaVariant("a\nb"), {}, &window), nullptr);
+    EXPECT_EQ(qlumCreateValueEditor(UaVariant(UaExtensionObject()), {}, &window), nullptr);
+    EXPECT_EQ(qlumCreateValueEditor(UaVariant(), {}, &window), nullptr);
+}
+} // namespace

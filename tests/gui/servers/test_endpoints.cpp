@@ -1,0 +1,164 @@
+#include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumendpointchoice.h>
+#include <servers/qlumnamespacemap.h>
+
+#include <QFile>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <opcua/opcua_types.h>
+#include <tests/support/modeltext.h>
+
+namespace {
+const QString kNone = qlumPolicyNone();
+const QString kBasic("http://opcfoundation.org/UA/SecurityPolicy#Basic256Sha256");
+
+QlumEndpoint endpoint(const QString& url, const QString& policy = kNone, int mode = 1)
+{
+    QlumEndpoint made;
+    made.url = url;
+    made.securityPolicyUri = policy;
+    made.securityMode = mode;
+    return made;
+}
+
+TEST(EndpointChoice, Table)
+{
+    using Choice = QlumEndpointChoice;
+    const struct
+    {
+        const char* what;
+        const char* url;
+        QVector<QlumEndpoint> endpoints;
+        Choice::Match match;
+        int index;
+        int qualified;
+    } cases[] = {
+        {"default port, no path", "opc.tcp://h:4840/p", {endpoint("opc.tcp://other")}, Choice::Exact, 0, 1},
+        {"same path",
+         "opc.tcp://h:1/p",
+         {endpoint("opc.tcp://h:1/q"), endpoint("opc.tcp://h:1/p")},
+         Choice::Exact,
+         1,
+         2},
+        {"a slash is no path", "opc.tcp://h:1", {endpoint("opc.tcp://h:1/")}, Choice::Exact, 0, 1},
+        {"other paths",
+         "opc.tcp://h:1/p",
+         {endpoint("opc.tcp://h:1/a"), endpoint("opc.tcp://h:1/b")},
+         Choice::OtherUrl,
+         0,
+         2},
+        {"other port", "opc.tcp://h:1/p", {endpoint("opc.tcp://h:2/p")}, Choice::OtherUrl, 0, 1},
+        {"exact ends the search",
+         "opc.tcp://h:1",
+         {endpoint("opc.tcp://h:1"), endpoint("opc.tcp://h:1")},
+         Choice::Exact,
+         0,
+         1},
+        {"other policy", "opc.tcp://h:1", {endpoint("opc.tcp://h:1", kBasic, 3)}, Choice::NoMatch, -1, 0},
+        {"other mode", "opc.tcp://h:1", {endpoint("opc.tcp://h:1", kNone, 2)}, Choice::NoMatch, -1, 0},
+        {"other scheme",
+         "opc.tcp://h:1",
+         {endpoint("https://h:1"), endpoint("OPC.TCP://h:1")},
+         Choice::NoMatch,
+         -1,
+         0},
+        {"http is not https", "http://h:1", {endpoint("https://h:1")}, Choice::NoMatch, -1, 0},
+        {"not a URL", "opc.tcp://h:1", {endpoint("opc.tcp://h:99999")}, Choice::OtherUrl, 0, 1},
+        {"none", "opc.tcp://h:1", {}, Choice::NoMatch, -1, 0},
+    };
+    for (const auto& test : cases) {
+        const Choice choice = qlumChooseEndpoint(test.endpoints, test.url, kNone, 1);
+        EXPECT_EQ(choice.match, test.match) << test.what;
+        EXPECT_EQ(choice.index, test.index) << test.what;
+        EXPECT_EQ(choice.qualified.size(), test.qualified) << test.what;
+    }
+    EXPECT_EQ(qlumChooseEndpoint({endpoint("opc.tcp://h", kNone, 0)}, "opc.tcp://h", kNone, 0).match,
+              Choice::NoMatch)
+        << "an invalid mode is never met";
+}
+
+QlumDiscoverySetting fullSetting()
+{
+    QlumDiscoverySetting setting;
+    setting.endpoint = endpoint("opc.tcp://h:4840/a,b;c", kBasic, 3);
+    setting.endpoint.applicationUri = "urn:a";
+    setting.endpoint.productUri = "urn:p";
+    setting.endpoint.applicationNameLocale = "de";
+    setting.endpoint.applicationName = QString::fromUtf8("Kühler, \"Nord\"");
+    setting.endpoint.applicationType = 2;
+    setting.endpoint.gatewayServerUri = "urn:g";
+    setting.endpoint.discoveryProfileUri = "urn:d";
+    setting.endpoint.discoveryUrls = QStringList{"opc.tcp://h:4840", "opc.tcp://i,j"};
+    setting.endpoint.serverCertificate = QByteArray("\x30\x82\x00\xFF", 4);
+    setting.endpoint.userTokens = {{"anon", 0, "", "", ""}, {"user", 1, "jwt", "http://i", kNone}};
+    setting.endpoint.transportProfileUri = "urn:t";
+    setting.endpoint.securityLevel = 200;
+    setting.displayName = "My server";
+    setting.userTokenType = QlumDiscoverySetting::UserName;
+    setting.sessionName = "session";
+    setting.discoveryHost = "h";
+    setting.userName = "joe";
+    setting.storePassword = true;
+    setting.password = "top-secret";
+    setting.certificateFile = "/c.der";
+    setting.privateKeyFile = "/k.pem";
+    return setting;
+}
+
+TEST(DiscoverySetting, RoundTripWithoutThePassword)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("project.uap");
+    const QlumDiscoverySetting stored = fullSetting();
+    {
+        QSettings settings(file, QSettings::IniFormat);
+        settings.beginGroup("Servers/1");
+        stored.storeSettings(settings);
+    }
+    QSettings settings(file, QSettings::IniFormat);
+    settings.beginGroup("Servers/1");
+    QlumDiscoverySetting wanted = stored;
+    wanted.password.clear();
+    EXPECT_TRUE(QlumDiscoverySetting::fromSetting(settings) == wanted);
+    QFile raw(file);
+    ASSERT_TRUE(raw.open(QIODevice::ReadOnly));
+    const QByteArray bytes = raw.readAll();
+    EXPECT_FALSE(bytes.contains("top-secret"));
+    EXPECT_FALSE(bytes.contains(QByteArray("top-secret").toBase64()));
+    EXPECT_TRUE(settings.contains("UserIdentityToken1.IssuerEndpointUrl"));
+    EXPECT_FALSE(settings.contains("UserIdentityToken2.PolicyId"));
+}
+
+TEST(DiscoverySetting, HostileFilesStayWithinBounds)
+{
+    const QTemporaryDir folder;
+    QSettings settings(folder.filePath("hostile.uap"), QSettings::IniFormat);
+    settings.setValue("ServerUrl", QString(1000000, 'x'));
+    settings.setValue("Server.NoOfDiscoveryUrls", 2000000000);
+    settings.setValue("NoOfUserIdentityTokens", 2000000000);
+    settings.setValue("UserIdentityToken0.TokenType", -7);
+    settings.setValue("MessageSecurityMode", "none of them");
+    settings.setValue("UserTokenType", 99);
+    settings.setValue("SecurityLevel", 4711);
+    settings.setValue("ServerCertificate", QString(4000000, 'A'));
+    const QlumDiscoverySetting setting = QlumDiscoverySetting::fromSetting(settings);
+    EXPECT_EQ(setting.endpoint.url.size(), QlumEndpointLimits::TextLength);
+    EXPECT_TRUE(setting.endpoint.discoveryUrls.isEmpty());
+    EXPECT_LE(setting.endpoint.userTokens.size(), QlumEndpointLimits::UserTokens);
+    EXPECT_EQ(setting.endpoint.securityMode, 0) << "never taken for None";
+    EXPECT_EQ(setting.userTokenType, QlumDiscoverySetting::Anonymous);
+    EXPECT_EQ(setting.endpoint.securityLevel, 0);
+    EXPECT_TRUE(setting.endpoint.serverCertificate.isEmpty());
+    settings.setValue("NoOfUserIdentityTokens", 100);
+    EXPECT_EQ(QlumDiscoverySetting::fromSetting(settings).endpoint.userTokens.size(), 100);
+    EXPECT_EQ(QlumDiscoverySetting::fromSetting(settings).endpoint.userTokens.first().tokenType, 0);
+}
+
+TEST(NamespaceMap, MapsWhatIsInBothTables)
+{
+    EXPECT_EQ(qlumNamespaceMap({"ua", "a", "b", "gone"}, {"ua", "b", "new", "a", "b"}),
+              (NamespaceMap{{0, 0}, {1, 3}, {2, 1}}));
+    EXPECT_TRUE(qlumNamespaceMap({}, {"ua"}).isEmpty());
+}
+} // namespace

@@ -1,0 +1,152 @@
+#include <servers/qlumserversettingsdialog.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeView>
+#include <gtest/gtest.h>
+#include <opcua/opcua_statuscodes.h>
+#include <servers/qlumendpointfetcher.h>
+#include <tests/support/modeltext.h>
+#include <tests/support/stubapplication.h>
+
+#include <condition_variable>
+#include <mutex>
+
+namespace {
+QVector<QlumEndpoint> twoEndpoints()
+{
+    QlumEndpoint none;
+    none.url = "opc.tcp://inner-name:4840/ua";
+    none.securityPolicyUri = qlumPolicyNone();
+    none.applicationName = "Boiler";
+    none.securityLevel = 1;
+    QlumEndpoint secure = none;
+    secure.securityPolicyUri = "http://opcfoundation.org/UA/SecurityPolicy#Basic256Sha256";
+    secure.securityMode = 3;
+    secure.securityLevel = 100;
+    return {none, secure};
+}
+
+class ServerDialog : public testing::Test
+{
+protected:
+    // What the server answers; blocks while held, as a server does that does not answer.
+    unsigned int get(const QString& url, QVector<QlumEndpoint>& endpoints)
+    {
+        std::unique_lock lock(mutex);
+        asked = url;
+        released.wait(lock, [this] { return !held; });
+        endpoints = answer;
+        return status;
+    }
+    void make(const QlumDiscoverySetting& setting = {})
+    {
+        auto* fetcher = new QlumEndpointFetcher(
+            [this](const QString& url, int, QVector<QlumEndpoint>& endpoints) { return get(url, endpoints); },
+            nullptr);
+        dialog = std::make_unique<QlumServerSettingsDialog>(setting, fetcher, nullptr);
+        dialog->show();
+    }
+    template <typename T>
+    T* find(const char* name) const
+    {
+        return dialog->findChild<T*>(name);
+    }
+    QPushButton* ok() const { return find<QDialogButtonBox>("buttons")->button(QDialogButtonBox::Ok); }
+    bool fetch(const QString& url)
+    {
+        find<QLineEdit>("endpointUrl")->setText(url);
+        find<QPushButton>("getEndpoints")->click();
+        return QTest::qWaitFor([this] { return find<QWidget>("fetchProgress")->isHidden(); });
+    }
+    std::string table() const { return modelText(*find<QTreeView>("endpoints")->model()); }
+
+    StubApplication application;
+    std::mutex mutex;
+    std::condition_variable released;
+    bool held = false;
+    unsigned int status = 0;
+    QString asked;
+    QVector<QlumEndpoint> answer = twoEndpoints();
+    std::unique_ptr<QlumServerSettingsDialog> dialog;
+};
+
+TEST_F(ServerDialog, AddsAServerWithTheChosenEndpoint)
+{
+    make();
+    EXPECT_FALSE(ok()->isEnabled());
+    EXPECT_FALSE(find<QPushButton>("getEndpoints")->isEnabled());
+    ASSERT_TRUE(fetch("plc1:4840"));
+    EXPECT_EQ(asked, "opc.tcp://plc1:4840");
+    EXPECT_EQ(table(), "Basic256Sha256 | SignAndEncrypt | opc.tcp://inner-name:4840/ua | 100\n"
+                       "None | None | opc.tcp://inner-name:4840/ua | 1\n");
+    auto* view = find<QTreeView>("endpoints");
+    view->setCurrentIndex(view->model()->index(1, 0));
+    ASSERT_TRUE(ok()->isEnabled());
+    const QlumDiscoverySetting setting = dialog->discoverySetting();
+    EXPECT_EQ(setting.displayName, "Boiler");
+    EXPECT_EQ(setting.endpoint.securityMode, 1);
+    EXPECT_EQ(setting.endpoint.url, "opc.tcp://plc1:4840/ua") << "under the name by which it was reached";
+    EXPECT_EQ(setting.discoveryHost, "plc1");
+    EXPECT_FALSE(setting.sessionName.isEmpty());
+}
+
+TEST_F(ServerDialog, CancelLeavesTheDialogUsable)
+{
+    make();
+    held = true;
+    find<QLineEdit>("endpointUrl")->setText("opc.tcp://silent");
+    auto* button = find<QPushButton>("getEndpoints");
+    button->click();
+    EXPECT_FALSE(find<QWidget>("fetchProgress")->isHidden());
+    button->click();
+    EXPECT_TRUE(find<QWidget>("fetchProgress")->isHidden());
+    {
+        const std::lock_guard lock(mutex);
+        held = false;
+    }
+    released.notify_all();
+    ASSERT_TRUE(fetch("opc.tcp://plc1"));
+    EXPECT_EQ(find<QTreeView>("endpoints")->model()->rowCount(), 2);
+}
+
+TEST_F(ServerDialog, FailuresSayWhatAndWhere)
+{
+    make();
+    status = OpcUa_BadTimeout;
+    ASSERT_TRUE(fetch("opc.tcp://plc1"));
+    const QString message = find<QLabel>("message")->text();
+    EXPECT_TRUE(message.contains("opc.tcp://plc1") && message.contains("BadTimeout")) << message;
+    EXPECT_EQ(find<QLabel>("message")->textFormat(), Qt::PlainText);
+    EXPECT_FALSE(ok()->isEnabled());
+}
+
+TEST_F(ServerDialog, ShowsStoredSettingsAndForgetsThePasswordOfAnotherUser)
+{
+    QlumDiscoverySetting stored;
+    stored.endpoint = twoEndpoints().at(1);
+    stored.displayName = "Mine";
+    stored.userTokenType = QlumDiscoverySetting::UserName;
+    stored.userName = "joe";
+    stored.password = "secret";
+    stored.storePassword = true;
+    make(stored);
+    EXPECT_TRUE(find<QWidget>("userName")->isVisible());
+    EXPECT_FALSE(find<QWidget>("Certificate file")->isVisible());
+    EXPECT_TRUE(ok()->isEnabled());
+    ASSERT_TRUE(fetch("opc.tcp://inner-name:4840/ua"));
+    EXPECT_EQ(dialog->discoverySetting().endpoint.securityMode, 3) << "the stored choice stays chosen";
+    EXPECT_EQ(dialog->discoverySetting().displayName, "Mine");
+    EXPECT_EQ(dialog->discoverySetting().password, "secret");
+    find<QLineEdit>("userName")->setText("jane");
+    EXPECT_TRUE(dialog->discoverySetting().password.isEmpty());
+    auto* type = find<QComboBox>("userTokenType");
+    type->setCurrentIndex(type->findData(QlumDiscoverySetting::Certificate));
+    EXPECT_TRUE(find<QWidget>("Certificate file")->isVisible());
+}
+} // namespace

@@ -1,0 +1,275 @@
+#include <servers/qlumprojectnodeserver.h>
+
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+#include <app/api/qlumtext.h>
+#include <gtest/gtest.h>
+#include <opcua/opcua_statuscodes.h>
+#include <tests/support/dialogdriver.h>
+#include <tests/support/fakestack.h>
+#include <tests/support/modeltext.h>
+#include <tests/support/stubapplication.h>
+
+#include <thread>
+
+namespace {
+using UaClientSdk::UaClient;
+
+class ServerNode : public testing::Test
+{
+protected:
+    ServerNode()
+    {
+        FakeStack::instance().reset();
+        offer({{"opc.tcp://plc:4840", qlumPolicyNone()}});
+        for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout"})
+            application.settings[key] = 5000u;
+        application.settings["General.SessionTimeout"] = 1200000.0;
+        application.settings["General.SecureChannelLifetime"] = 3600000u;
+        application.settings["General.LocaleId"] = "en";
+        application.settings["General.WatchdogTime"] = 5000u;
+        application.settings["General.WatchdogTimeout"] = 5000u;
+        application.settings["General.TypeDictionaryMode"] = "Manual";
+        setting.endpoint.url = "opc.tcp://plc:4840";
+        setting.endpoint.securityPolicyUri = qlumPolicyNone();
+        setting.displayName = "Plc";
+        setting.sessionName = "test session";
+    }
+    // What GetEndpoints answers: URL and policy.
+    static void offer(const QVector<QPair<QString, QString>>& endpoints)
+    {
+        FakeStack::instance().on(
+            OpcUa_GetEndpointsRequest_EncodeableType, [endpoints](const void*, void* response) {
+                UaEndpointDescriptions descriptions(static_cast<OpcUa_UInt32>(endpoints.size()));
+                for (OpcUa_UInt32 i = 0; i < descriptions.length(); ++i) {
+                    const auto& [url, policy] = endpoints.at(static_cast<int>(i));
+                    toUaString(url).copyTo(&descriptions[i].EndpointUrl);
+                    toUaString(policy).copyTo(&descriptions[i].SecurityPolicyUri);
+                    descriptions[i].SecurityMode = OpcUa_MessageSecurityMode_None;
+                    UaString("urn:plc").copyTo(&descriptions[i].Server.ApplicationUri);
+                }
+                auto* answer = static_cast<OpcUa_GetEndpointsResponse*>(response);
+                descriptions.detach(&answer->NoOfEndpoints, &answer->Endpoints);
+                return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+            });
+    }
+    void make()
+    {
+        node = std::make_unique<QlumProjectNodeServer>(setting);
+        QObject::connect(node.get(), &QlumServerNode::serverNodeChanged, node.get(),
+                         [this](QlumProjectNode*, QWidget*, QlumConnectionStatus status, unsigned int,
+                                const NamespaceMap& map) {
+                             states.append(static_cast<int>(status));
+                             lastMap = map;
+                         });
+    }
+    QStringList log() const
+    {
+        QStringList lines;
+        for (const StubApplication::Entry& entry : application.entries())
+            if (entry.source == "Server Node" && entry.serverId == node->serverId())
+                lines.append(QString::number(entry.level) + " " + entry.text);
+        return lines;
+    }
+
+    StubApplication application;
+    QlumDiscoverySetting setting;
+    std::unique_ptr<QlumProjectNodeServer> node;
+    QList<int> states;
+    NamespaceMap lastMap;
+};
+
+TEST_F(ServerNode, ConnectsAnonymouslyAndDisconnects)
+{
+    make();
+    ASSERT_TRUE(node->connectServer()) << log().join('\n');
+    EXPECT_EQ(states, (QList<int>{1, 2}));
+    EXPECT_EQ(log().join('\n'),
+              "10 Endpoint: 'opc.tcp://plc:4840'\n"
+              "10 Security policy: 'http://opcfoundation.org/UA/SecurityPolicy#None'\n"
+              "10 ApplicationUri: 'urn:plc'\n"
+              "30 Used UserTokenType: Anonymous\n"
+              "50 The server returned no certificate, all certificate checks will be skipped.\n"
+              "50 Connection status of server 'Plc' changed to 'Connected'.\n"
+              "30 Namespace table changed, mapping old to new namespace indices\n"
+              "30 Successfully connected UA server.\n"
+              "30 Revised values: SessionTimeout=1200000, SecureChannelLifetime=3600000");
+    EXPECT_EQ(node->namespaceTable(), (QStringList{"http://opcfoundation.org/UA/", "urn:server"}));
+    EXPECT_FALSE(node->connectServer()) << "it is connected";
+    node->disconnectServer();
+    EXPECT_EQ(states.last(), 0);
+    EXPECT_TRUE(log().contains("30 Disconnect succeeded."));
+}
+
+TEST_F(ServerNode, StoredNamespacesAreMappedAndUnchangedOnesAreSilent)
+{
+    make();
+    node->setNamespaceTable({"http://opcfoundation.org/UA/", "urn:gone", "urn:server"});
+    ASSERT_TRUE(node->connectServer());
+    EXPECT_EQ(lastMap, (NamespaceMap{{0, 0}, {2, 1}}));
+    node->disconnectServer();
+    const int told = log().filter("Namespace table changed").size();
+    ASSERT_TRUE(node->connectServer());
+    EXPECT_TRUE(lastMap.isEmpty());
+    EXPECT_EQ(log().filter("Namespace table changed").size(), told);
+}
+
+TEST_F(ServerNode, UnreachableServerAndRefusedSession)
+{
+    make();
+    FakeStack::instance().setConnectResult(OpcUa_BadConnectionRejected);
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(states, (QList<int>{1, 0}));
+    EXPECT_EQ(log().last(), "100 Could not connect to server: BadConnectionRejected");
+    FakeStack::instance().setConnectResult(OpcUa_Good);
+    FakeStack::instance().failNext(OpcUa_CreateSessionRequest_EncodeableType, {OpcUa_BadTooManySessions});
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
+    EXPECT_EQ(states.last(), 3);
+    EXPECT_TRUE(log().last().startsWith("100 Connecting failed with error '")) << log().last();
+}
+
+TEST_F(ServerNode, UnsupportedPolicyAsksWhetherToTry)
+{
+    offer({{"opc.tcp://plc:4840", "urn:other-policy"}});
+    make();
+    {
+        DialogDriver driver(DialogDriver::press(QMessageBox::Ok));
+        EXPECT_FALSE(node->connectServer());
+        ASSERT_EQ(driver.seen().size(), 1);
+        EXPECT_TRUE(
+            driver.seen().first().startsWith("Unsupported Security Policy: The connection cannot be"));
+    }
+    EXPECT_EQ(states, (QList<int>{1, 0}));
+    EXPECT_TRUE(log().last().startsWith("100 The server does not support the configured security policy"));
+    DialogDriver driver(DialogDriver::press(QMessageBox::Ignore));
+    EXPECT_TRUE(node->connectServer());
+}
+
+TEST_F(ServerNode, AnotherPathIsUsedAfterAWarning)
+{
+    offer({{"opc.tcp://plc:4840/a", qlumPolicyNone()}, {"opc.tcp://plc:4840/b", qlumPolicyNone()}});
+    setting.endpoint.url = "opc.tcp://plc:4840/c";
+    make();
+    DialogDriver driver(DialogDriver::press(QMessageBox::Ok));
+    EXPECT_TRUE(node->connectServer());
+    ASSERT_EQ(driver.seen().size(), 1);
+    EXPECT_TRUE(driver.seen().first().startsWith("URL not found: There was no exact match"));
+    EXPECT_EQ(log().filter("10 Endpoint:").size(), 2);
+}
+
+TEST_F(ServerNode, PasswordIsAskedForAndKeptOnlyWhenWanted)
+{
+    setting.userTokenType = QlumDiscoverySetting::UserName;
+    setting.userName = "joe";
+    make();
+    {
+        DialogDriver cancels;
+        EXPECT_FALSE(node->connectServer());
+        EXPECT_EQ(cancels.seen(), QStringList{"Plc"});
+    }
+    EXPECT_EQ(log().last(), "30 Aborting connection attempt");
+    EXPECT_EQ(states, (QList<int>{1, 0}));
+    DialogDriver enters([](QDialog& dialog) {
+        dialog.findChild<QLineEdit*>("userName")->setText("jane");
+        dialog.findChild<QLineEdit*>("password")->setText("secret");
+        dialog.accept();
+    });
+    static_cast<void>(node->connectServer());
+    EXPECT_EQ(node->discoverySetting().userName, "jane");
+    EXPECT_TRUE(node->discoverySetting().password.isEmpty());
+    for (const QString& line : application.texts())
+        EXPECT_FALSE(line.contains("secret")) << line;
+}
+
+TEST_F(ServerNode, MissingUserCertificateEndsTheConnect)
+{
+    setting.userTokenType = QlumDiscoverySetting::Certificate;
+    setting.certificateFile = "/nowhere.der";
+    make();
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(log().last(), "30 Could not load certificate for X509 user token from file '/nowhere.der'");
+    EXPECT_EQ(states, (QList<int>{1, 0}));
+}
+
+TEST_F(ServerNode, NewsOfTheSessionThreadReachTheGuiUnlessTheyAreTooLate)
+{
+    make();
+    ASSERT_TRUE(node->connectServer());
+    const auto tell = [this](UaClient::ServerStatus status) {
+        std::thread([this, status] { node->connectionStatusChanged(node->serverId(), status); }).join();
+    };
+    states.clear();
+    const struct
+    {
+        UaClient::ServerStatus told;
+        QList<int> states;
+    } cases[] = {{UaClient::ConnectionWarningWatchdogTimeout, {4}},
+                 {UaClient::ConnectionErrorApiReconnect, {4}},
+                 {UaClient::ServerShutdown, {4}},
+                 {UaClient::NewSessionCreated, {4, 5}},
+                 {UaClient::Connected, {4, 5, 2}},
+                 {UaClient::Connected, {4, 5, 2}}};
+    for (const auto& test : cases) {
+        tell(test.told);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(states, test.states) << test.told;
+    }
+    tell(UaClient::ConnectionErrorApiReconnect);
+    node->disconnectServer();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::Disconnected);
+}
+
+TEST_F(ServerNode, ErrorsOfAReconnectOpenNoBox)
+{
+    make();
+    bool answer = true;
+    std::thread([&] {
+        answer = node->connectError(node->serverId(), UaClient::ActivateSession,
+                                    OpcUa_BadIdentityTokenRejected, true);
+    }).join();
+    EXPECT_FALSE(answer);
+    EXPECT_EQ(log().last(), "100 Error 'BadIdentityTokenRejected' was returned during ActivateSession");
+    DialogDriver driver(DialogDriver::press(QMessageBox::Ignore));
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    EXPECT_TRUE(node->connectError(node->serverId(), UaClient::CreateSession,
+                                   OpcUa_BadCertificateHostNameInvalid, true));
+    QApplication::restoreOverrideCursor();
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(ServerNode, MayBeRemovedWhileItsBoxIsOpen)
+{
+    offer({{"opc.tcp://plc:4840/other", qlumPolicyNone()}});
+    make();
+    DialogDriver driver([this](QDialog& dialog) {
+        node.reset();
+        dialog.accept();
+    });
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(node, nullptr);
+}
+
+TEST_F(ServerNode, ASecuredConnectionIsNeverMadeUnchecked)
+{
+    const QString policy("http://opcfoundation.org/UA/SecurityPolicy#Basic256Sha256");
+    FakeStack::instance().on(OpcUa_GetEndpointsRequest_EncodeableType, [policy](const void*, void* response) {
+        UaEndpointDescriptions descriptions(1);
+        UaString("opc.tcp://plc:4840").copyTo(&descriptions[0].EndpointUrl);
+        toUaString(policy).copyTo(&descriptions[0].SecurityPolicyUri);
+        descriptions[0].SecurityMode = OpcUa_MessageSecurityMode_SignAndEncrypt;
+        const OpcUa_Byte bytes[] = {0x30, 0x00};
+        UaByteString(2, bytes).copyTo(&descriptions[0].ServerCertificate);
+        auto* answer = static_cast<OpcUa_GetEndpointsResponse*>(response);
+        descriptions.detach(&answer->NoOfEndpoints, &answer->Endpoints);
+        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    });
+    setting.endpoint.securityPolicyUri = policy;
+    setting.endpoint.securityMode = OpcUa_MessageSecurityMode_SignAndEncrypt;
+    make();
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(FakeStack::instance().calls(OpcUa_CreateSessionRequest_EncodeableType), 0);
+}
+} // namespace

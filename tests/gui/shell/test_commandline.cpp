@@ -1,0 +1,150 @@
+#include <QAction>
+#include <QFile>
+#include <QMainWindow>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <app/mainwindow/qlumbugreport.h>
+#include <app/mainwindow/qlummainactions.h>
+#include <app/mainwindow/qlumprojectsession.h>
+#include <app/mainwindow/qlumrecentfiles.h>
+#include <app/mainwindow/qlumsettingsmodel.h>
+#include <gtest/gtest.h>
+#include <tests/support/dialogdriver.h>
+#include <tests/support/stubapplication.h>
+
+namespace {
+class Session : public ::testing::Test
+{
+protected:
+    Session() { QSettings().clear(); }
+
+    QString make(const QString& name) const
+    {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        return file.fileName();
+    }
+
+    QTemporaryDir folder;
+    StubApplication application;
+    QMainWindow window;
+    QlumMainActions actions{&window};
+    QlumSettingsModel settings;
+    QlumRecentFiles recent{&settings, &window};
+    QStringList calls;
+    QlumProjectSession session{&window,
+                               &actions,
+                               &settings,
+                               &recent,
+                               {[this] { calls << QStringLiteral("clear"); },
+                                [this](const QString& file) { calls << QStringLiteral("load ") + file; },
+                                [this](const QString& file) { return saves && !file.isEmpty(); }}};
+    bool saves = true;
+};
+} // namespace
+
+TEST_F(Session, projectOfTheCommandLineIsLoaded)
+{
+    const QString file = make(QStringLiteral("plant.v2.uap"));
+    session.parseArguments({file});
+    EXPECT_EQ(calls, (QStringList{QStringLiteral("clear"), QStringLiteral("load ") + file}));
+    EXPECT_EQ(window.windowTitle(),
+              QStringLiteral("Korvanda Tavelin - The OPC Unified Architecture Client - plant.v2[*]"));
+    EXPECT_FALSE(actions[QlumMainActions::SaveProject]->isEnabled());
+    EXPECT_TRUE(actions[QlumMainActions::SaveProjectAs]->isEnabled());
+    EXPECT_FALSE(window.isWindowModified());
+    EXPECT_TRUE(recent.files().isEmpty());
+    EXPECT_TRUE(application.texts().isEmpty());
+}
+
+TEST_F(Session, badCommandLinesAreToldAndLoadNothing)
+{
+    const QString upper = make(QStringLiteral("plant.UAP"));
+    const QString good = make(QStringLiteral("plant.uap"));
+    window.setWindowModified(true);
+    session.parseArguments({});
+    EXPECT_FALSE(window.isWindowModified());
+    session.parseArguments({upper});
+    session.parseArguments({folder.filePath(QStringLiteral("missing.uap"))});
+    session.parseArguments({good, good});
+    EXPECT_TRUE(calls.isEmpty());
+    const auto entries = application.entries();
+    ASSERT_EQ(entries.size(), 3);
+    EXPECT_EQ(entries.at(0).text,
+              QStringLiteral("Invalid command line argument, project could not be loaded!"));
+    EXPECT_EQ(entries.at(1).text, entries.at(0).text);
+    EXPECT_EQ(entries.at(2).text,
+              QStringLiteral("Too many command line arguments, Tavelin project file expected!"));
+    for (const auto& entry : entries) {
+        EXPECT_EQ(entry.level, 100);
+        EXPECT_EQ(entry.serverId, 0xFFFFFFFFu);
+        EXPECT_EQ(entry.source, QStringLiteral("Tavelin"));
+    }
+}
+
+TEST_F(Session, failedSaveIsShownAndKeepsTheMark)
+{
+    const QString file = make(QStringLiteral("plant.uap"));
+    session.open(file);
+    session.setModified();
+    EXPECT_TRUE(actions[QlumMainActions::SaveProject]->isEnabled());
+    saves = false;
+    {
+        const DialogDriver driver;
+        EXPECT_FALSE(session.sltSave());
+        ASSERT_EQ(driver.seen().size(), 1);
+        EXPECT_TRUE(
+            driver.seen().first().startsWith(QStringLiteral("Save Project: Could not save the project.\n")));
+    }
+    EXPECT_TRUE(window.isWindowModified());
+    saves = true;
+    EXPECT_TRUE(session.sltSave());
+    EXPECT_FALSE(window.isWindowModified());
+    EXPECT_FALSE(actions[QlumMainActions::SaveProject]->isEnabled());
+}
+
+TEST_F(Session, recentProjectsAreBoundedAndForgetMissingFiles)
+{
+    QStringList files;
+    for (int i = 0; i < 7; ++i) {
+        files.prepend(make(QStringLiteral("p%1.uap").arg(i)));
+        session.open(files.first());
+    }
+    session.open(files.at(2));
+    files.move(2, 0);
+    EXPECT_EQ(recent.files(), files.mid(0, 5));
+    EXPECT_EQ(recent.menu()->actions().first()->text(), QStringLiteral("&1 p4.uap"));
+
+    calls.clear();
+    QFile::remove(files.at(1));
+    const DialogDriver driver;
+    recent.menu()->actions().at(1)->trigger();
+    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_EQ(driver.seen(),
+              QStringList{QStringLiteral(
+                  "File not found: The selected project file does not exist. It will be removed "
+                  "from the list of recent projects.")});
+    EXPECT_FALSE(recent.files().contains(files.at(1)));
+    recent.menu()->actions().first()->trigger();
+    EXPECT_EQ(calls.last(), QStringLiteral("load ") + files.first());
+}
+
+TEST(BugReport, carriesItsBodyThroughTheAddress)
+{
+    const QString body = QlumBugReport::body();
+    EXPECT_TRUE(body.startsWith(QStringLiteral("Tavelin:\n   Version 1.4.2 ")));
+    int from = 0;
+    for (const char* part :
+         {"Stack Version:\n   Version:", "   Source Timestamp:", "   Compiler:", "Stack Configuration:\n   ",
+          "Platform Layer Version:\n", "Platform Layer Configuration:\n   ", "Operating System:\n   Linux\n",
+          "Overview:\n   (Insert Text here)\n\n", "Steps to Reproduce:\n", "Actual Results:\n",
+          "Expected Results:\n"}) {
+        const int at = body.indexOf(QLatin1String(part), from);
+        EXPECT_GE(at, from) << part;
+        from = at;
+    }
+    const QString address = QString::fromLatin1(QlumBugReport::url().toEncoded());
+    EXPECT_TRUE(address.startsWith(QStringLiteral("mailto:")));
+    const QString encoded = address.mid(address.indexOf(QStringLiteral("&body=")) + 6);
+    EXPECT_EQ(QUrl::fromPercentEncoding(encoded.toLatin1()), body);
+}

@@ -1,0 +1,123 @@
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTextStream>
+#include <app/log/qlumlogfilter.h>
+#include <app/log/qlumlogmodel.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+std::unique_ptr<QlumLogEntry> entry(const QString& message, const QString& source = QStringLiteral("Source"),
+                                    const QString& server = QString(), int level = 30)
+{
+    return std::make_unique<QlumLogEntry>(
+        QlumLogEntry{QDateTime(QDate(2026, 11, 21), QTime(7, 8, 9, 10)), level, source, server, message});
+}
+
+QStringList messages(const QAbstractItemModel& model)
+{
+    QStringList result;
+    for (int row = 0; row < model.rowCount(); ++row)
+        result.append(model.index(row, QlumLogModel::Message).data().toString());
+    return result;
+}
+
+QString saved(QlumLogModel& model)
+{
+    QString text;
+    QTextStream stream(&text);
+    model.save(stream);
+    stream.flush();
+    return text;
+}
+} // namespace
+
+TEST(LogModel, gathersEntriesAndDropsTheOldest)
+{
+    QlumLogModel model;
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    model.setMaxEntries(3);
+    QSignalSpy insertions(&model, &QAbstractItemModel::rowsInserted);
+    for (int i = 1; i <= 2; ++i)
+        model.addLog(entry(QString::number(i)));
+    ASSERT_TRUE(insertions.wait(5000));
+    EXPECT_EQ(insertions.size(), 1);
+    for (int i = 3; i <= 5; ++i) {
+        model.addLog(entry(QString::number(i)));
+        model.sltFlush();
+    }
+    EXPECT_EQ(messages(model), (QStringList{"3", "4", "5"}));
+    for (int i = 6; i <= 20; ++i)
+        model.addLog(entry(QString::number(i)));
+    model.sltFlush();
+    EXPECT_EQ(messages(model), (QStringList{"18", "19", "20"}));
+    model.setMaxEntries(1);
+    EXPECT_EQ(messages(model), (QStringList{"20"}));
+}
+
+TEST(LogModel, savesOneLineForEachEntry)
+{
+    QlumLogModel model;
+    model.addLog(
+        entry(QStringLiteral("short"), QString(14, QLatin1Char('s')), QString(26, QLatin1Char('v'))));
+    model.addLog(entry(QStringLiteral("long"), QString(15, QLatin1Char('s')), QString(40, QLatin1Char('v'))));
+    model.addLog(entry(QStringLiteral("two\nlines\x01|100% %1")));
+    const QStringList lines = saved(model).split(QLatin1Char('\n'));
+    ASSERT_EQ(lines.size(), 4); // the last one is empty
+    EXPECT_EQ(lines.at(0),
+              QStringLiteral("07:08:09.010 | ssssssssssssss     | vvvvvvvvvvvvvvvvvvvvvvvvvv     | short"));
+    EXPECT_EQ(lines.at(1),
+              QStringLiteral("07:08:09.010 | sssssssssssssss... | vvvvvvvvvvvvvvvvvvvvvvvvvvv... | long"));
+    EXPECT_TRUE(lines.at(2).endsWith(QStringLiteral("| two\\nlines\\x01|100% %1")))
+        << lines.at(2).toStdString();
+}
+
+TEST(LogModel, floodFromAThreadIsBoundedAndCounted)
+{
+    QlumLogModel model;
+    model.setMaxEntries(1000000);
+    std::thread flood([&model] {
+        for (int i = 0; i < 30000; ++i)
+            model.addLog(entry(QStringLiteral("x")));
+    });
+    flood.join(); // nothing was inserted meanwhile: this thread inserts
+    EXPECT_EQ(model.rowCount(), 0);
+    QCoreApplication::processEvents();
+    model.sltFlush();
+    EXPECT_EQ(model.rowCount(), 20001);
+    EXPECT_EQ(messages(model).last(), QStringLiteral("10000 log entries came too fast and were dropped."));
+    model.addLog(entry(QStringLiteral("after")));
+    model.sltFlush();
+    EXPECT_EQ(messages(model).last(), QStringLiteral("after"));
+}
+
+TEST(LogModel, textOfServersIsShownAsTextAndCut)
+{
+    QlumLogModel model;
+    model.addLog(entry(QStringLiteral("<img src=x>") + QString(1000000, QLatin1Char('y'))));
+    model.sltFlush();
+    EXPECT_LT(messages(model).first().size(), 10100);
+    const QString tip = model.index(0, QlumLogModel::Message).data(Qt::ToolTipRole).toString();
+    EXPECT_TRUE(tip.contains(QStringLiteral("&lt;img")));
+    EXPECT_FALSE(tip.contains(QStringLiteral("<img")));
+}
+
+TEST(LogModel, filterKeepsSeriousEntriesWithTheText)
+{
+    QlumLogModel model;
+    QlumLogFilter filter;
+    filter.setSourceModel(&model);
+    model.addLog(
+        entry(QStringLiteral("Browse succeeded."), QStringLiteral("AddressSpaceModel"), QString(), 30));
+    model.addLog(entry(QStringLiteral("Browse failed"), QStringLiteral("AddressSpaceModel"), QString(), 100));
+    model.addLog(entry(QStringLiteral("Connecting failed"), QStringLiteral("Server Node"),
+                       QStringLiteral("Mill"), 100));
+    model.sltFlush();
+    filter.setFilter(50, QString());
+    EXPECT_EQ(messages(filter), (QStringList{"Browse failed", "Connecting failed"}));
+    filter.setFilter(50, QStringLiteral("mill"));
+    EXPECT_EQ(messages(filter), (QStringList{"Connecting failed"}));
+    filter.setFilter(0, QStringLiteral("browse"));
+    EXPECT_EQ(messages(filter), (QStringList{"Browse succeeded.", "Browse failed"}));
+}

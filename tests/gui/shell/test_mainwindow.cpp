@@ -1,0 +1,339 @@
+#include "fakeserver.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QStackedWidget>
+#include <QStringListModel>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QToolBar>
+#include <QTreeView>
+#include <app/api/qlumaddressspacemodelinterface.h>
+#include <app/log/qlumlogmodel.h>
+#include <app/mainwindow/qlumdocumentarea.h>
+#include <app/mainwindow/qlummainactions.h>
+#include <app/mainwindow/qlumsettingsdialog.h>
+#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/mainwindow/qlumtavelin.h>
+#include <app/project/qlumprojectmodel.h>
+#include <app/project/qlumprojectnodedocument.h>
+#include <gtest/gtest.h>
+#include <tests/support/dialogdriver.h>
+#include <uabase/uanodeid.h>
+
+namespace {
+// Two nodes; remembers what was asked of it.
+class FakeTree : public QStringListModel, public QlumAddressSpaceModelInterface
+{
+public:
+    explicit FakeTree(QObject* parent)
+        : QStringListModel({QStringLiteral("Root"), QStringLiteral("Leaf")}, parent)
+    {
+    }
+    QAbstractItemModel* itemModel() override { return this; }
+    void rebrowseNodeIndex(const QModelIndex& index) override { rebrowsed = index.row(); }
+    void serverModelChanged(const UaNodeId&, unsigned char verb) override { verbs = verb; }
+    bool nodeInfo(const QModelIndex& index, UaNodeId& nodeId, OpcUa_NodeClass& nodeClass,
+                  UaNodeId&) const override
+    {
+        nodeId = UaNodeId(static_cast<OpcUa_UInt32>(84 + index.row()));
+        nodeClass = OpcUa_NodeClass_Object;
+        return index.isValid();
+    }
+    int rebrowsed = -1;
+    unsigned char verbs = 0;
+};
+
+class MainWindow : public ::testing::Test
+{
+protected:
+    MainWindow()
+    {
+        QSettings().clear();
+        QlumTavelinServices services;
+        services.createServer = [](const QString& name, QSettings&) {
+            return std::make_unique<FakeServer>(name);
+        };
+        services.askForServer = [](QWidget*) {
+            return std::make_unique<FakeServer>(QStringLiteral("New <b>server</b>"));
+        };
+        services.editServer = [](QlumServerNode*, QWidget*) { return true; };
+        services.createPageModel = [this](QlumServerNode*, QComboBox*, QObject* parent) {
+            return tree = new FakeTree(parent);
+        };
+        window = std::make_unique<QlumTavelin>(std::move(services));
+    }
+
+    [[nodiscard]] QAction* action(QlumMainActions::Id id) const { return window->actions()[id]; }
+    FakeServer* addServer()
+    {
+        action(QlumMainActions::AddServer)->trigger();
+        return static_cast<FakeServer*>(window->projectModel()->servers().last());
+    }
+    QStringList log()
+    {
+        window->logModel()->sltFlush();
+        QStringList result;
+        for (int row = 0; row < window->logModel()->rowCount(); ++row)
+            result.append(window->logModel()->index(row, QlumLogModel::Message).data().toString());
+        return result;
+    }
+    [[nodiscard]] QStackedWidget* pages() const
+    {
+        return window->findChild<QStackedWidget*>(QStringLiteral("addressSpacePages"));
+    }
+
+    FakeTree* tree = nullptr;
+    std::unique_ptr<QlumTavelin> window;
+};
+} // namespace
+
+TEST_F(MainWindow, standsWithMenusDocksAndPlugins)
+{
+    QStringList menus;
+    for (const QAction* menu : window->menuBar()->actions())
+        menus.append(menu->text());
+    EXPECT_EQ(menus, (QStringList{"&File", "View", "&Server", "&Document", "&Settings", "&Help"}));
+    EXPECT_EQ(window->windowTitle(),
+              QStringLiteral("Korvanda Tavelin - The OPC Unified Architecture Client - NewProject[*]"));
+    for (const char* dock : {"Project Dock Widget", "Address Space Dock Widget", "Log Dock Widget"})
+        EXPECT_NE(window->findChild<QDockWidget*>(QLatin1String(dock)), nullptr) << dock;
+    for (const char* bar : {"File Toolbar", "Server Toolbar", "Document Toolbar"})
+        EXPECT_NE(window->findChild<QToolBar*>(QLatin1String(bar)), nullptr) << bar;
+    const QStringList entries = log();
+    EXPECT_EQ(entries.first(), QStringLiteral("Loading plugins..."));
+    EXPECT_EQ(entries.filter(QStringLiteral("(Static Plugin)")).size(), 12);
+    EXPECT_EQ(entries.last(), QStringLiteral("Tavelin is ready to use."));
+    EXPECT_EQ(QlumTavelin::instance(), window.get());
+    window.reset();
+    EXPECT_EQ(QlumTavelin::instance(), nullptr);
+    EXPECT_EQ(QlumApplicationInterface::instance(), nullptr);
+}
+
+TEST_F(MainWindow, everythingHasANameAndExplainsItself)
+{
+    for (int id = QlumMainActions::NewProject; id <= QlumMainActions::Rebrowse; ++id) {
+        const QAction* one = action(static_cast<QlumMainActions::Id>(id));
+        ASSERT_NE(one, nullptr) << id;
+        EXPECT_FALSE(one->whatsThis().isEmpty()) << one->text().toStdString();
+        EXPECT_FALSE(one->toolTip().isEmpty()) << one->text().toStdString();
+    }
+    for (const QAbstractItemView* view : window->findChildren<QAbstractItemView*>()) {
+        const bool part =
+            view->inherits("QHeaderView") || view->window()->inherits("QComboBoxPrivateContainer");
+        EXPECT_TRUE(part || !view->accessibleName().isEmpty()) << view->metaObject()->className();
+    }
+}
+
+TEST_F(MainWindow, serverActionsFollowTheStateOfTheServer)
+{
+    using A = QlumMainActions;
+    EXPECT_FALSE(action(A::ConnectServer)->isEnabled());
+    FakeServer* server = addServer();
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_TRUE(action(A::ConnectServer)->isEnabled());
+    EXPECT_FALSE(action(A::DisconnectServer)->isEnabled());
+    EXPECT_EQ(pages()->currentIndex(), 0);
+
+    action(A::ConnectServer)->trigger();
+    EXPECT_FALSE(action(A::ConnectServer)->isEnabled());
+    EXPECT_TRUE(action(A::DisconnectServer)->isEnabled());
+    EXPECT_TRUE(action(A::ChangeUser)->isEnabled());
+    EXPECT_EQ(pages()->count(), 2);
+    EXPECT_EQ(pages()->currentIndex(), 1);
+
+    server->announce(QlumConnectionStatus::ConnectionError);
+    EXPECT_TRUE(action(A::DisconnectServer)->isEnabled());
+    EXPECT_EQ(pages()->count(), 2); // an interrupted session still has its nodes
+
+    action(A::DisconnectServer)->trigger();
+    EXPECT_TRUE(action(A::ConnectServer)->isEnabled());
+    EXPECT_EQ(pages()->count(), 1);
+
+    server->refuses = true;
+    action(A::ConnectServer)->trigger();
+    EXPECT_EQ(pages()->count(), 1);
+    EXPECT_TRUE(action(A::ConnectServer)->isEnabled());
+
+    action(A::RemoveServer)->trigger();
+    EXPECT_TRUE(window->projectModel()->servers().isEmpty());
+    EXPECT_FALSE(action(A::RemoveServer)->isEnabled());
+}
+
+TEST_F(MainWindow, eachServerHasItsPageAndPluginActionsReachAllOfThem)
+{
+    auto* pluginAction = new QAction(QStringLiteral("Call..."), window.get());
+    FakeServer* first = addServer();
+    action(QlumMainActions::ConnectServer)->trigger();
+    window->addAction(pluginAction);
+    addServer();
+    action(QlumMainActions::ConnectServer)->trigger();
+    const auto trees = pages()->findChildren<QTreeView*>(QStringLiteral("addressSpaceTree"));
+    ASSERT_EQ(trees.size(), 2);
+    for (const QTreeView* view : trees)
+        EXPECT_TRUE(view->actions().contains(pluginAction));
+    window->removeAction(pluginAction);
+    for (const QTreeView* view : trees)
+        EXPECT_FALSE(view->actions().contains(pluginAction));
+
+    trees.at(1)->setCurrentIndex(tree->index(1));
+    action(QlumMainActions::Rebrowse)->trigger();
+    EXPECT_EQ(tree->rebrowsed, 1);
+    FakeTree* second = tree;
+    emit first->serverModelChanged(first->serverId(), UaNodeId(84), 4);
+    EXPECT_EQ(second->verbs, 0); // only the server's own tree is told
+
+    auto* view = window->findChild<QTreeView*>(QStringLiteral("projectTree"));
+    view->setCurrentIndex(window->projectModel()->indexOf(first));
+    EXPECT_EQ(pages()->currentWidget()->findChild<QTreeView*>(), trees.at(0));
+    action(QlumMainActions::RemoveServer)->trigger();
+    EXPECT_EQ(pages()->count(), 2);
+}
+
+TEST_F(MainWindow, documentsAreTabsAndNodes)
+{
+    QTabWidget* tabs = window->centralTabWidget();
+    const int before = tabs->count();
+    QlumProjectNodeDocument* document =
+        window->documents()->add(QStringLiteral("Event View"), QStringLiteral("A & B"));
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(tabs->count(), before + 1);
+    EXPECT_EQ(tabs->tabText(before), QStringLiteral("A && B"));
+    EXPECT_EQ(window->documents()->freeName(QStringLiteral("A & B")), QStringLiteral("A & B 2"));
+    EXPECT_EQ(window->documents()->add(QStringLiteral("Nonsense"), QStringLiteral("x")), nullptr);
+    document->setDisplayName(QStringLiteral("Alarms"));
+    EXPECT_EQ(tabs->tabText(before), QStringLiteral("Alarms"));
+    EXPECT_TRUE(window->isWindowModified());
+    action(QlumMainActions::CloseTab)->trigger();
+    EXPECT_EQ(tabs->count(), before);
+    EXPECT_EQ(window->projectModel()->findDocument(QStringLiteral("Alarms")), nullptr);
+}
+
+TEST_F(MainWindow, projectIsSavedAndLoadedWithItsConnections)
+{
+    QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("plant.uap"));
+    FakeServer* server = addServer();
+    action(QlumMainActions::ConnectServer)->trigger();
+    addServer();
+    ASSERT_TRUE(window->saveProject(file));
+    const unsigned int oldId = server->serverId();
+    window->clearProject();
+    EXPECT_TRUE(window->projectModel()->servers().isEmpty());
+    EXPECT_EQ(window->centralTabWidget()->count(), 0);
+    EXPECT_EQ(pages()->count(), 1);
+    window->loadProject(file);
+    const auto servers = window->projectModel()->servers();
+    ASSERT_EQ(servers.size(), 2);
+    EXPECT_NE(servers.at(0)->serverId(), oldId);
+    EXPECT_EQ(static_cast<FakeServer*>(servers.at(0))->connects, 1);
+    EXPECT_EQ(static_cast<FakeServer*>(servers.at(1))->connects, 0);
+    EXPECT_EQ(window->serverName(servers.at(0)->serverId()), QStringLiteral("New <b>server</b>"));
+    EXPECT_EQ(window->projectServerIds().size(), 2);
+    EXPECT_EQ(window->centralTabWidget()->count(), 1);
+}
+
+TEST_F(MainWindow, closingAsksForAnUnsavedProject)
+{
+    window->show();
+    addServer();
+    {
+        const DialogDriver driver(DialogDriver::press(QMessageBox::Cancel));
+        EXPECT_FALSE(window->close());
+        EXPECT_EQ(driver.seen(),
+                  QStringList{QStringLiteral("Unsaved changes: Do you want to save the current project?")});
+    }
+    {
+        const DialogDriver driver(DialogDriver::press(QMessageBox::No));
+        EXPECT_TRUE(window->close());
+    }
+    window->show();
+    window->setSettingsValue(QStringLiteral("General.SuppressSaveOnExit"), true);
+    const DialogDriver driver;
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(driver.seen().isEmpty());
+}
+
+TEST_F(MainWindow, errorsOfLowerLayersReachTheLogAndLevelsFilter)
+{
+    UaTrace::tError("%s", "channel broke");
+    UaTrace::tWarning("%s", "slow");
+    UaTrace::tInfo("%s", "chatter");
+    EXPECT_EQ(log().filter(QStringLiteral("channel broke")).size(), 1);
+    EXPECT_EQ(log().filter(QStringLiteral("slow")).size(), 1);
+    EXPECT_TRUE(log().filter(QStringLiteral("chatter")).isEmpty());
+
+    window->setSettingsValue(QStringLiteral("General.LogLevel"), QStringLiteral("WARNING"));
+    window->updateTraceSettings();
+    window->log(30, QStringLiteral("too small"), QlumNoServer, QStringLiteral("Test"));
+    window->log(50, QStringLiteral("enough"), QlumNoServer, QStringLiteral("Test"));
+    EXPECT_EQ(log().last(), QStringLiteral("enough"));
+    EXPECT_TRUE(log().filter(QStringLiteral("too small")).isEmpty());
+
+    window->setSettingsValue(QStringLiteral("General.LogLevel"), QStringLiteral("LOUD"));
+    window->setSettingsValue(QStringLiteral("Trace.SDKTraceLevel"), QStringLiteral("Everything"));
+    window->updateTraceSettings();
+    EXPECT_EQ(
+        log().filter(QStringLiteral("Invalid General.LogLevel value 'LOUD'; defaulting to 'ALL'")).size(), 1);
+    EXPECT_EQ(
+        log()
+            .filter(QStringLiteral("Invalid Trace.SDKTraceLevel value 'Everything'; defaulting to 'Info'"))
+            .size(),
+        1);
+}
+
+TEST_F(MainWindow, traceFollowsItsSettings)
+{
+    QTemporaryDir folder;
+    window->setSettingsValue(QStringLiteral("Trace.Filename"), folder.filePath(QStringLiteral("trace.log")));
+    window->setSettingsValue(QStringLiteral("Trace.StackTraceEnabled"), true);
+    window->updateTraceSettings();
+    EXPECT_EQ(UaTrace::traceLevel(), UaTrace::Errors);
+    window->setSettingsValue(QStringLiteral("Trace.SDKTraceEnabled"), true);
+    window->setSettingsValue(QStringLiteral("Trace.SDKTraceLevel"), QStringLiteral("ProgramFlow"));
+    window->updateTraceSettings();
+    EXPECT_EQ(UaTrace::traceLevel(), UaTrace::ProgramFlow);
+    EXPECT_TRUE(QFile::exists(folder.filePath(QStringLiteral("trace.log"))));
+    window->setSettingsValue(QStringLiteral("Trace.SDKTraceEnabled"), false);
+    window->setSettingsValue(QStringLiteral("Trace.StackTraceEnabled"), false);
+    window->updateTraceSettings();
+    EXPECT_TRUE(UaTrace::traceFileName().isNull());
+    window->setSettingsValue(QStringLiteral("Trace.Filename"),
+                             folder.filePath(QStringLiteral("no/such/trace.log")));
+    window->setSettingsValue(QStringLiteral("Trace.SDKTraceEnabled"), true);
+    window->updateTraceSettings();
+    EXPECT_EQ(log().last(), QStringLiteral("Could not init trace. Please recheck trace settings under "
+                                           "Settings->Configure Tavelin..."));
+}
+
+TEST_F(MainWindow, settingsDialogStoresOnlyWhatWasChanged)
+{
+    QlumSettingsModel settings;
+    QStringList changed;
+    QObject::connect(&settings, &QlumSettingsModel::valueChanged,
+                     [&changed](const QString& key) { changed << key; });
+    QlumSettingsDialog dialog(&settings);
+    auto* level = dialog.findChild<QComboBox*>(QStringLiteral("General.LogLevel"));
+    ASSERT_NE(level, nullptr);
+    level->setCurrentText(QStringLiteral("ERROR"));
+    dialog.accept();
+    EXPECT_EQ(settings.value(QStringLiteral("General.LogLevel")).toString(), QStringLiteral("ERROR"));
+    changed.removeAll(QStringLiteral("General.LogLevel"));
+    EXPECT_TRUE(changed.isEmpty()) << changed.join(QLatin1Char(' ')).toStdString();
+}
+
+TEST_F(MainWindow, updateQuestionIsAskedOnce)
+{
+    const DialogDriver driver([](QDialog& dialog) { dialog.accept(); });
+    window->setupUpdateSettings();
+    EXPECT_EQ(driver.seen(), QStringList{QStringLiteral("Automatic Update")});
+    EXPECT_EQ(window->settingsValue(QStringLiteral("AutomaticUpdate.CheckForUpdates")).type(),
+              QVariant::Bool);
+    window->setupUpdateSettings();
+    EXPECT_EQ(driver.seen().size(), 1);
+}

@@ -1,0 +1,280 @@
+#include <QDir>
+#include <QImage>
+#include <QLabel>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <app/api/qlumsplashscreen.h>
+#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/startup/qlumfolders.h>
+#include <app/startup/qlumsettingsfile.h>
+#include <app/startup/qlumstartup.h>
+#include <app/startup/qlumtipwindow.h>
+#include <certificates/qlumcertificates.h>
+#include <certificates/qlumcertificatestore.h>
+#include <certificates/qlumowncertificate.h>
+#include <gtest/gtest.h>
+#include <tests/support/dialogdriver.h>
+
+namespace {
+// A home folder that goes with the test.
+class Home : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_old = qgetenv("HOME");
+        qputenv("HOME", folder.path().toLocal8Bit());
+    }
+    void TearDown() override
+    {
+        QlumCertificates::cleanup();
+        qputenv("HOME", m_old);
+    }
+    [[nodiscard]] QString below(const QString& name) const
+    {
+        return folder.path() + QStringLiteral("/.config/korvanda/tavelin/") + name;
+    }
+    void write(const QString& name, const QByteArray& content) const
+    {
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(below(name)).path()));
+        QFile file(below(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    [[nodiscard]] QByteArray read(const QString& name) const
+    {
+        QFile file(below(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+    }
+
+    QTemporaryDir folder;
+
+private:
+    QByteArray m_old;
+};
+
+QlumOwnCertificate withDays(int days)
+{
+    QlumOwnCertificate wanted =
+        QlumOwnCertificate::initial(QStringLiteral("Test"), QStringLiteral("Korvanda"));
+    wanted.keyBits = 1024;
+    wanted.info.validTime = days * 86400LL;
+    return wanted;
+}
+} // namespace
+
+TEST_F(Home, foldersAreMadeAndTheKeyFolderIsPrivate)
+{
+    prepareFolders();
+    for (const char* name :
+         {"PKI/own/certs", "PKI/own/private", "PKI/trusted/crl", "PKI/trusted/certs", "PKI/issuers/crl",
+          "PKI/issuers/certs", "PKI/tls_issuers/crl", "PKI/tls_issuers/certs", "PKI/rejected", "trace"})
+        EXPECT_TRUE(QDir(below(QLatin1String(name))).exists()) << name;
+    EXPECT_EQ(QFile::permissions(below(QStringLiteral("PKI/own/private"))) &
+                  (QFile::ReadGroup | QFile::ReadOther | QFile::ExeGroup | QFile::ExeOther),
+              QFile::Permissions());
+}
+
+TEST_F(Home, oldStoreIsMoved)
+{
+    write(QStringLiteral("PKI/CA/certs/tavelin.der"), "own");
+    write(QStringLiteral("PKI/CA/private/tavelin_key.pem"), "key");
+    write(QStringLiteral("PKI/CA/certs/server.der"), "server");
+    write(QStringLiteral("PKI/CA/certs/rejected/bad.der"), "bad");
+    write(QStringLiteral("PKI/CA/crl/ca.crl"), "list");
+    prepareFolders();
+    EXPECT_EQ(read(QStringLiteral("PKI/own/certs/tavelin.der")), "own");
+    EXPECT_EQ(read(QStringLiteral("PKI/own/private/tavelin_key.pem")), "key");
+    EXPECT_EQ(read(QStringLiteral("PKI/trusted/certs/server.der")), "server");
+    EXPECT_EQ(read(QStringLiteral("PKI/rejected/bad.der")), "bad");
+    EXPECT_EQ(read(QStringLiteral("PKI/trusted/crl/ca.crl")), "list");
+    EXPECT_FALSE(QDir(below(QStringLiteral("PKI/CA"))).exists());
+}
+
+TEST_F(Home, whatCanNotBeMovedStaysForTheNextStart)
+{
+    write(QStringLiteral("PKI/CA/private/tavelin_key.pem"), "old");
+    write(QStringLiteral("PKI/own/private/tavelin_key.pem"), "new");
+    write(QStringLiteral("PKI/CA/crl/ca.crl"), "list");
+    prepareFolders();
+    EXPECT_EQ(read(QStringLiteral("PKI/own/private/tavelin_key.pem")), "new");
+    EXPECT_EQ(read(QStringLiteral("PKI/CA/private/tavelin_key.pem")), "old");
+    EXPECT_EQ(read(QStringLiteral("PKI/trusted/crl/ca.crl")), "list");
+    EXPECT_TRUE(QFile::remove(below(QStringLiteral("PKI/own/private/tavelin_key.pem"))));
+    prepareFolders();
+    EXPECT_EQ(read(QStringLiteral("PKI/own/private/tavelin_key.pem")), "old");
+    EXPECT_FALSE(QDir(below(QStringLiteral("PKI/CA"))).exists());
+}
+
+TEST_F(Home, damagedSettingsAreCleanedAndKept)
+{
+    EXPECT_TRUE(qlumCleanSettingsFile().isEmpty()); // there is none yet
+    const QByteArray good("[General]\nGeneral.CallTimeout=5\ngeometry=@ByteArray(\\x1\\xd9)\n");
+    write(QStringLiteral("tavelin.ini"), good);
+    EXPECT_TRUE(qlumCleanSettingsFile().isEmpty());
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini")), good);
+    const QByteArray bad = good + "RecentFiles=@Variant(\\0\\0\\0\\x7f)\n";
+    write(QStringLiteral("tavelin.ini"), bad);
+    EXPECT_EQ(qlumCleanSettingsFile().size(), 2);
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini")), good);
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), bad);
+}
+
+TEST_F(Home, firstStartMakesTheCertificateAndTheNextLoadsIt)
+{
+    prepareFolders();
+    QlumCertificates* made = QlumCertificates::instance();
+    EXPECT_EQ(made->failure(), 0);
+    const auto messages = made->takeMessages();
+    ASSERT_EQ(messages.size(), 2);
+    EXPECT_TRUE(messages.first().second.startsWith(QStringLiteral("Created a new certificate")));
+    EXPECT_EQ(messages.last().second, QStringLiteral("Loaded Tavelin's certificate."));
+    const std::string uri = made->certificate().info().URI.toStdString();
+    const std::string host = qlumHostName().toStdString();
+    EXPECT_EQ(uri, "urn:" + host + ":Korvanda:Tavelin@" + host);
+    EXPECT_TRUE(UaPkiRsaKeyPair::checkKeyPair(made->certificate().publicKey(), made->keyPair().privateKey()));
+    EXPECT_EQ(QFile::permissions(QlumCertificateStore::ownPrivateKeyFile()) &
+                  (QFile::ReadGroup | QFile::ReadOther),
+              QFile::Permissions());
+    const UaPkiCertificate first = made->certificate();
+    QlumCertificates::cleanup();
+    EXPECT_EQ(QlumCertificates::instance()->certificate(), first);
+}
+
+TEST_F(Home, certificateAboutToExpireAsksFromThirteenDays)
+{
+    prepareFolders();
+    ASSERT_EQ(withDays(14).create(), QString());
+    {
+        const DialogDriver driver;
+        QlumCertificates::instance();
+        EXPECT_TRUE(driver.seen().isEmpty());
+    }
+    ASSERT_EQ(withDays(13).create(), QString());
+    {
+        const DialogDriver driver(DialogDriver::press(QMessageBox::No));
+        EXPECT_EQ(QlumCertificates::instance()->loadCertificates(false), QlumCertificates::Loaded);
+        EXPECT_EQ(driver.seen(), QStringList{QStringLiteral(
+                                     "Tavelin Certificate Store: Tavelin's certificate will expire in "
+                                     "13 days!\nDo you want to create a new one?")});
+    }
+    ASSERT_EQ(withDays(-1).create(), QString());
+    const DialogDriver expired(DialogDriver::press(QMessageBox::Yes));
+    EXPECT_EQ(QlumCertificates::instance()->loadCertificates(false), QlumCertificates::Renew);
+    ASSERT_EQ(expired.seen().size(), 1);
+    EXPECT_TRUE(expired.seen().first().contains(QStringLiteral("has expired")));
+    EXPECT_EQ(QlumCertificates::instance()->loadCertificates(true), QlumCertificates::Loaded);
+}
+
+TEST_F(Home, keyOfAnotherCertificateIsNoticed)
+{
+    prepareFolders();
+    ASSERT_EQ(withDays(100).create(), QString());
+    ASSERT_TRUE(UaPkiRsaKeyPair(1024).toPEMFile(
+        UaString(QlumCertificateStore::ownPrivateKeyFile().toUtf8().constData())));
+    const DialogDriver driver(DialogDriver::press(QMessageBox::Yes));
+    QlumCertificates* certificates = QlumCertificates::instance();
+    ASSERT_EQ(driver.seen().size(), 1);
+    EXPECT_TRUE(driver.seen().first().startsWith(QStringLiteral("Private Key does not match Certificate")));
+    // a new pair under the old name
+    EXPECT_EQ(certificates->certificate().commonName(), UaString("Test"));
+    EXPECT_TRUE(UaPkiRsaKeyPair::checkKeyPair(certificates->certificate().publicKey(),
+                                              certificates->keyPair().privateKey()));
+}
+
+TEST(TipWindow, readsTipsThatEndWithAnEmptyLine)
+{
+    QString text = QStringLiteral("\n\nfirst \ntip\n\nsecond\n\n\nthird is cut off\n");
+    QTextStream stream(&text);
+    EXPECT_EQ(QlumTipWindow::readTips(stream), (QStringList{"first tip", "second"}));
+}
+
+TEST(TipWindow, turnsPagesBothWaysAndKeepsItsFlag)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("tips.txt")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("a\n\nb\n\nc\n\n");
+    file.close();
+    {
+        QlumTipWindow window(nullptr, file.fileName());
+        EXPECT_TRUE(window.fileRead());
+        EXPECT_TRUE(window.showAtStart());
+        const int start = window.index();
+        QStringList seen;
+        for (int i = 0; i < 3; ++i) {
+            seen.append(window.currentText());
+            window.sltNext();
+        }
+        EXPECT_EQ(window.index(), start);
+        window.sltPrevious();
+        EXPECT_EQ(window.currentText(), seen.last());
+        seen.sort();
+        EXPECT_EQ(seen, (QStringList{"a", "b", "c"}));
+    }
+    EXPECT_TRUE(QSettings().value(QStringLiteral("QlumTipWindow/ShowTip")).isValid());
+
+    QlumTipWindow missing(nullptr, folder.filePath(QStringLiteral("none.txt")));
+    EXPECT_FALSE(missing.fileRead());
+    missing.sltNext();
+    missing.sltPrevious();
+    EXPECT_EQ(missing.currentText(), QStringLiteral("Tip file is missing."));
+}
+
+TEST(TipWindow, programHasTipsOfItsOwn)
+{
+    const QlumTipWindow window;
+    EXPECT_TRUE(window.fileRead());
+    EXPECT_GT(window.currentText().size(), 20);
+}
+
+TEST(Startup, platformErrorIsShownAsEightDigits)
+{
+    EXPECT_EQ(QlumStartup::platformErrorText(0x1234),
+              QStringLiteral("Could not initialize OPC UA platform layer (error=0x00001234)."));
+}
+
+TEST(SplashScreen, paintsItsTextWithoutTheEventLoop)
+{
+    QPixmap picture(300, 100);
+    picture.fill(Qt::black);
+    QlumSplashScreen splash(picture);
+    splash.show();
+    splash.showMessage(QString());
+    const QImage before = splash.grab().toImage();
+    splash.showMessage(QStringLiteral("Loading..."), Qt::AlignLeft, Qt::white);
+    const QImage after = splash.grab().toImage();
+    EXPECT_NE(before, after);
+    // text begins below y = 20 and right of x = 5
+    EXPECT_EQ(before.copy(0, 0, 300, 20), after.copy(0, 0, 300, 20));
+    EXPECT_EQ(before.copy(0, 0, 5, 100), after.copy(0, 0, 5, 100));
+    EXPECT_EQ(QlumSplashScreen::message(), QStringLiteral("Loading..."));
+}
+
+TEST(Settings, defaultsHaveTheirTypesAndStoredValuesComeBack)
+{
+    QSettings().clear();
+    {
+        QlumSettingsModel settings;
+        EXPECT_EQ(settings.value(QStringLiteral("General.CallTimeout")), QVariant(10000u));
+        EXPECT_EQ(settings.value(QStringLiteral("General.MaxBrowseNextCalls")), QVariant(1000));
+        EXPECT_EQ(settings.value(QStringLiteral("Trace.NumBackupFiles")), QVariant(5u));
+        EXPECT_EQ(settings.value(QStringLiteral("General.LogLevel")), QVariant(QStringLiteral("ALL")));
+        EXPECT_TRUE(settings.value(QStringLiteral("Trace.Filename"))
+                        .toString()
+                        .endsWith(QStringLiteral("/.config/korvanda/tavelin/trace/trace.log")));
+        EXPECT_TRUE(settings.value(QStringLiteral("AutomaticUpdate.CheckForUpdates")).isNull());
+        EXPECT_EQ(settings.value(QStringLiteral("AttributePlugin.MaxAge"), 0.0), QVariant(0.0));
+        settings.setValue(QStringLiteral("General.CallTimeout"), 1234u);
+        settings.setValue(QStringLiteral("AttributePlugin.MaxAge"), 2.5);
+        EXPECT_EQ(settings.value(QStringLiteral("General.CallTimeout")), QVariant(1234u));
+    }
+    QSettings().setValue(QStringLiteral("General.ConnectTimeout"), QStringLiteral("soon")); // edited by hand
+    QSettings().sync();
+    const QlumSettingsModel settings;
+    EXPECT_EQ(settings.value(QStringLiteral("General.CallTimeout")), QVariant(1234u));
+    EXPECT_EQ(settings.value(QStringLiteral("AttributePlugin.MaxAge"), 0.0), QVariant(2.5));
+    EXPECT_EQ(settings.value(QStringLiteral("General.ConnectTimeout")), QVariant(5000u));
+    QSettings().clear();
+}

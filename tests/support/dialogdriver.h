@@ -1,0 +1,56 @@
+// Answers modal dialogs, which would otherwise wait for ever.
+#pragma once
+#include <QApplication>
+#include <QDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+#include <functional>
+
+/// While it lives, every modal dialog that comes up is noted and answered: by answer, or by being rejected.
+class DialogDriver : public QObject
+{
+public:
+    using Answer = std::function<void(QDialog&)>;
+
+    explicit DialogDriver(Answer answer = {}) : m_answer(std::move(answer))
+    {
+        connect(&m_timer, &QTimer::timeout, this, [this] { look(); });
+        m_timer.start(1);
+    }
+
+    /// "title: text" of message boxes, the title of other dialogs, in the order in which they came up.
+    [[nodiscard]] QStringList seen() const { return m_seen; }
+
+    /// Answer that presses a button of a message box.
+    static Answer press(QMessageBox::StandardButton button)
+    {
+        return [button](QDialog& dialog) {
+            auto* box = qobject_cast<QMessageBox*>(&dialog);
+            QAbstractButton* wanted = box ? box->button(button) : nullptr;
+            if (wanted)
+                wanted->click();
+            else
+                dialog.reject();
+        };
+    }
+
+private:
+    void look()
+    {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->isVisible())
+            return;
+        const auto* box = qobject_cast<QMessageBox*>(dialog);
+        m_seen.append(box ? box->windowTitle() + QStringLiteral(": ") + box->text() : dialog->windowTitle());
+        if (m_answer)
+            m_answer(*dialog);
+        else
+            dialog->reject();
+    }
+
+    Answer m_answer;
+    QTimer m_timer;
+    QStringList m_seen;
+};

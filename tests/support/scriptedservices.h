@@ -1,0 +1,167 @@
+// A server in the test program: answers the service calls of views by what a test put into it.
+#pragma once
+#include <QStringList>
+#include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtext.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/ualocalizedtext.h>
+#include <uabase/uaqualifiedname.h>
+#include <uabase/uavariant.h>
+
+#include <deque>
+#include <map>
+#include <utility>
+
+struct ScriptedReference
+{
+    const char* name;
+    UaNodeId id;
+    OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Object;
+    UaNodeId typeDefinition = UaNodeId(58);
+};
+
+class ScriptedServices : public QlumSessionServices, public UaDataTypeDictionary
+{
+public:
+    // One answer to Browse or BrowseNext; it holds a continuation point when there is another.
+    struct Answer
+    {
+        std::vector<ScriptedReference> references;
+        OpcUa_StatusCode status = 0;
+    };
+
+    std::map<UaNodeId, std::deque<Answer>> browses; // the first answers Browse, the others BrowseNext
+    bool endless = false;                           // every answer has a continuation point
+    bool inventive = false; // endless, and every answer has a node that was not there before
+    std::map<std::pair<UaNodeId, OpcUa_UInt32>, UaVariant>
+        attributes; // read; others are BadAttributeIdInvalid
+    std::map<std::pair<UaNodeId, OpcUa_UInt32>, OpcUa_StatusCode> attributeStatus;
+    std::map<UaNodeId, UaNodeId> icons; // node -> its property "Icon"
+    std::map<UaNodeId, UaEnumDefinition> enums;
+    std::map<UaNodeId, UaStructureDefinition> structures;
+    std::vector<UaVariant> written;
+    OpcUa_StatusCode callStatus = 0; // of read, write and translate
+    OpcUa_StatusCode writeResult = 0;
+    bool connected = true;
+    QStringList journal;
+
+    bool isConnected() const override { return connected; }
+
+    UaStatus browse(UaClientSdk::ServiceSettings&, const UaNodeId& node,
+                    const UaClientSdk::BrowseContext& context, UaByteString& continuationPoint,
+                    UaReferenceDescriptions& references) override
+    {
+        journal.append("browse " + toQString(node.toXmlString()));
+        lastContext = context;
+        m_position[node] = 0;
+        return answer(node, continuationPoint, references);
+    }
+    UaStatus browseNext(UaClientSdk::ServiceSettings&, bool release, UaByteString& continuationPoint,
+                        UaReferenceDescriptions& references) override
+    {
+        const UaNodeId node = UaNodeId::fromString(continuationPoint.view());
+        references.clear();
+        if (release) {
+            journal.append("release");
+            continuationPoint.clear();
+            return {};
+        }
+        journal.append("next");
+        ++m_position[node];
+        return answer(node, continuationPoint, references);
+    }
+    UaStatus read(UaClientSdk::ServiceSettings&, double, OpcUa_TimestampsToReturn,
+                  const UaReadValueIds& nodes, UaDataValues& values) override
+    {
+        journal.append("read " + toQString(UaNodeId(nodes[0].NodeId).toXmlString()));
+        if (callStatus != 0)
+            return UaStatus(callStatus);
+        values.create(nodes.length());
+        for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
+            const std::pair key{UaNodeId(nodes[i].NodeId), nodes[i].AttributeId};
+            const auto found = attributes.find(key);
+            if (found == attributes.end())
+                values[i].StatusCode = OpcUa_BadAttributeIdInvalid;
+            else
+                found->second.copyTo(&values[i].Value);
+            if (const auto status = attributeStatus.find(key); status != attributeStatus.end())
+                values[i].StatusCode = status->second;
+        }
+        return {};
+    }
+    UaStatus write(UaClientSdk::ServiceSettings&, const UaWriteValues& nodes,
+                   UaStatusCodeArray& results) override
+    {
+        if (callStatus != 0)
+            return UaStatus(callStatus);
+        journal.append("write " + toQString(UaNodeId(nodes[0].NodeId).toXmlString()));
+        written.emplace_back(nodes[0].Value.Value);
+        results.create(1);
+        results[0] = writeResult;
+        return {};
+    }
+    UaStatus translateBrowsePathsToNodeIds(UaClientSdk::ServiceSettings&, const UaBrowsePaths& paths,
+                                           UaBrowsePathResults& results) override
+    {
+        const UaNodeId start(paths[0].StartingNode);
+        journal.append("translate " + toQString(start.toXmlString()));
+        if (callStatus != 0)
+            return UaStatus(callStatus);
+        results.create(1);
+        const auto found = icons.find(start);
+        if (found == icons.end()) {
+            results[0].StatusCode = OpcUa_BadNoMatch;
+            return {};
+        }
+        UaBrowsePathTargets targets(1);
+        found->second.copyTo(&targets[0].TargetId.NodeId);
+        targets.detach(&results[0].NoOfTargets, &results[0].Targets);
+        return {};
+    }
+    UaDataTypeDictionary* dataTypeDictionary() override { return this; }
+
+    DefinitionType definitionType(const UaNodeId&) override { return UndefinedType; }
+    UaStructureDefinition structureDefinition(const UaNodeId& id) override { return structures[id]; }
+    UaEnumDefinition enumDefinition(const UaNodeId& id) override
+    {
+        journal.append("enum " + toQString(id.toXmlString()));
+        return enums[id];
+    }
+    UaOptionSetDefinition optionSetDefinition(const UaNodeId&) override { return {}; }
+
+    UaClientSdk::BrowseContext lastContext;
+
+private:
+    UaStatus answer(const UaNodeId& node, UaByteString& continuationPoint,
+                    UaReferenceDescriptions& references)
+    {
+        const std::deque<Answer>& answers = browses[node];
+        const std::size_t position = m_position[node];
+        const UaString idText = node.toXmlString();
+        continuationPoint = UaByteString();
+        if (endless || inventive || position + 1 < answers.size())
+            continuationPoint = UaByteString(
+                std::span(reinterpret_cast<const OpcUa_Byte*>(idText.view().data()), idText.size()));
+        references.clear();
+        if (inventive && position >= answers.size()) {
+            references.create(1);
+            UaNodeId(++m_invented, 9).copyTo(&references[0].NodeId.NodeId);
+            return {};
+        }
+        if (position >= answers.size())
+            return {};
+        const Answer& now = answers[position];
+        references.create(static_cast<OpcUa_UInt32>(now.references.size()));
+        for (OpcUa_UInt32 i = 0; i < references.length(); ++i) {
+            const ScriptedReference& from = now.references[i];
+            from.id.copyTo(&references[i].NodeId.NodeId);
+            UaLocalizedText(UaString("en"), UaString(from.name)).copyTo(&references[i].DisplayName);
+            references[i].NodeClass = from.nodeClass;
+            from.typeDefinition.copyTo(&references[i].TypeDefinition.NodeId);
+        }
+        return UaStatus(now.status);
+    }
+
+    std::map<UaNodeId, std::size_t> m_position;
+    OpcUa_UInt32 m_invented = 0;
+};

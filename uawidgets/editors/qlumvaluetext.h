@@ -1,0 +1,17 @@
+// Values of the built-in types as text that can be edited and read back.
+#pragma once
+#include <QString>
+#include <uabase/uavariant.h>
+
+/// Whether values of the type can be edited as one line of text.
+[[nodiscard]] bool qlumIsTextEditable(OpcUa_BuiltInType type);
+/// The text of a scalar; reading it back gives the same value. Floating point numbers have as many digits as
+/// that needs.
+[[nodiscard]] QString qlumEditText(const UaVariant& value);
+/// As few digits as tell the number from all others.
+[[nodiscard]] QString qlumFloatText(float number);
+/// The reverse of qlumEditText; false when the text is no value of the type or does not fit it. Parts that
+/// the text does not hold (the locale of a localized text) are kept from value, which is then replaced.
+[[nodiscard]] bool qlumFromEditText(const QString& text, OpcUa_BuiltInType type, UaVariant& value);
+/// What a text of the type looks like, for tool tips: "-128 to 127".
+[[nodiscard]] QString qlumEditHint(OpcUa_BuiltInType type);
