@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -126,7 +127,107 @@ void yardstickRead(benchmark::State& state)
     OpcUa_ByteString_Clear(&bytes);
 }
 
+// A reference as the yardstick keeps it: texts as places in the message's one block.
+struct FlatReference
+{
+    OpcUa_UInt32 referenceType;
+    OpcUa_UInt32 node;
+    OpcUa_UInt32 typeDefinition;
+    OpcUa_UInt32 nodeClass;
+    OpcUa_UInt16 namespaces[4];
+    bool forward;
+    const char* browseName;
+    const char* displayName;
+};
+
+const OpcUa_Byte* takeNodeId(const OpcUa_Byte* at, const OpcUa_Byte* end, OpcUa_UInt16& space,
+                             OpcUa_UInt32& id)
+{
+    constexpr std::ptrdiff_t sizes[] = {2, 4, 7};
+    if (end - at < 7 && (at == end || at[0] > 2 || end - at < sizes[at[0]]))
+        return nullptr;
+    if (at[0] == 0) {
+        space = 0;
+        id = at[1];
+        return at + 2;
+    }
+    if (at[0] == 1) {
+        OpcUa_UInt16 number = 0;
+        std::memcpy(&number, at + 2, sizeof number);
+        space = at[1];
+        id = number;
+        return at + 4;
+    }
+    std::memcpy(&space, at + 1, sizeof space);
+    std::memcpy(&id, at + 3, sizeof id);
+    return at + 7;
+}
+
+const OpcUa_Byte* takeText(const OpcUa_Byte* at, const OpcUa_Byte* end, char*& arena, const char*& text)
+{
+    OpcUa_Int32 length = 0;
+    if (at == nullptr || end - at < 4)
+        return nullptr;
+    std::memcpy(&length, at, sizeof length);
+    at += 4;
+    if (length < 0 || end - at < length)
+        return nullptr;
+    const auto size = static_cast<size_t>(length);
+    std::memcpy(arena, at, size);
+    arena[size] = 0;
+    text = arena;
+    arena += size + 1;
+    return at + size;
+}
+
+const OpcUa_Byte* takeReference(const OpcUa_Byte* at, const OpcUa_Byte* end, char*& arena, FlatReference& to)
+{
+    at = takeNodeId(at, end, to.namespaces[0], to.referenceType);
+    if (at == nullptr || end - at < 1)
+        return nullptr;
+    to.forward = *at++ != 0;
+    at = takeNodeId(at, end, to.namespaces[1], to.node);
+    if (at == nullptr || end - at < 2)
+        return nullptr;
+    std::memcpy(&to.namespaces[2], at, 2);
+    at = takeText(at + 2, end, arena, to.browseName);
+    if (at == nullptr || end - at < 1 || *at != 0x02)
+        return nullptr;
+    at = takeText(at + 1, end, arena, to.displayName);
+    if (at == nullptr || end - at < 4)
+        return nullptr;
+    std::memcpy(&to.nodeClass, at, 4);
+    return takeNodeId(at + 4, end, to.namespaces[3], to.typeDefinition);
+}
+
+// One pass and one block of memory for each message: the records first, the texts behind them.
+void yardstickBrowse(benchmark::State& state)
+{
+    OpcUa_ByteString bytes = encodeBrowseResponse();
+    // response header, number of results, status and continuation point of the one, number of references
+    constexpr size_t start = 8 + 4 + 4 + 1 + 4 + 3 + 4 + 4 + 4 + 4;
+    for (auto _ : state) {
+        const size_t records = count * sizeof(FlatReference);
+        const std::unique_ptr<char[]> block(new char[records + static_cast<size_t>(bytes.Length)]);
+        auto* const references = reinterpret_cast<FlatReference*>(block.get());
+        char* arena = block.get() + records;
+        const OpcUa_Byte* at = bytes.Data + start;
+        const OpcUa_Byte* const end = bytes.Data + bytes.Length;
+        for (int i = 0; i < count && at != nullptr; ++i)
+            at = takeReference(at, end, arena, references[i]);
+        if (at == nullptr) {
+            state.SkipWithError("other bytes than expected");
+            break;
+        }
+        benchmark::DoNotOptimize(block.get());
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(state.iterations() * bytes.Length);
+    OpcUa_ByteString_Clear(&bytes);
+}
+
 BENCHMARK(yardstickRead)->Repetitions(9);
+BENCHMARK(yardstickBrowse)->Repetitions(9);
 BENCHMARK(decodeRead)->Repetitions(9);
 BENCHMARK(decodeBrowse)->Repetitions(9);
 
@@ -179,5 +280,9 @@ int main(int argc, char** argv)
     std::printf("yardstick %.2f us, ReadResponse %.2f us, BrowseResponse %.2f us\n", yardstick / 1000,
                 medians.of("decodeRead") / 1000, medians.of("decodeBrowse") / 1000);
     printBudget("decode_read_response_1000_doubles", medians.of("decodeRead") / yardstick, 5.0);
+    const double browseYardstick = medians.of("yardstickBrowse");
+    if (browseYardstick > 0)
+        printBudget("decode_browse_response_1000_references", medians.of("decodeBrowse") / browseYardstick,
+                    4.0);
     return 0;
 }

@@ -80,7 +80,9 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
     info.ClientCertificate = security.clientCertificate.get();
     info.ClientPrivateKey = security.clientPrivateKey.get();
     info.ServerCertificate = security.serverCertificate.get();
-    info.PkiConfiguration = &pki;
+    // a certificate that somebody has judged already is pinned by the channel, and not judged again
+    info.PkiConfiguration =
+        isHttpsUrl(url.view()) || security.verifyServerCertificateOnConnect ? &pki : nullptr;
     info.SecurityPolicyUri = security.securityPolicyUri.toUtf8();
     info.RequestedLifetime = connectInfo.secureChannelLifetime;
     info.SecurityMode = security.messageSecurityMode;

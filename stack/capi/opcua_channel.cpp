@@ -1,6 +1,7 @@
 #include <opcua/opcua_channel.h>
 
 #include "guard.h"
+#include "validation.h"
 
 #include <stack/transport/servicecall.h>
 
@@ -35,6 +36,35 @@ bool isServiceCall(const OpcUa_EncodeableType* requestType, const void* request,
            startsWith(responseType, OpcUa_ResponseHeader_EncodeableType);
 }
 
+opcua::Bytes bytesOf(const OpcUa_ByteString* bytes)
+{
+    const opcua::ByteView view = bytes != nullptr ? opcua::viewOf(*bytes) : opcua::ByteView{};
+    return {view.begin(), view.end()};
+}
+
+// A configuration without a folder of trusted certificates asks for no check.
+bool asksForCheck(const OpcUa_PkiConfiguration* pki)
+{
+    return pki != nullptr && pki->TrustedCertificates != nullptr && *pki->TrustedCertificates != '\0';
+}
+
+void addSecurity(OpcUa_Channel channel, const OpcUa_ChannelConnectInfo& info,
+                 opcua::ConnectParameters& parameters)
+{
+    parameters.clientCertificate = bytesOf(info.ClientCertificate);
+    parameters.clientPrivateKey = opcua::Secret(bytesOf(info.ClientPrivateKey));
+    parameters.serverCertificate = bytesOf(info.ServerCertificate);
+    if (asksForCheck(info.PkiConfiguration))
+        parameters.pki = opcua::foldersOf(info.PkiConfiguration);
+    if (info.Callback == nullptr)
+        return;
+    parameters.onCertificateFinding = [channel, callback = info.Callback, context = info.CallbackContext](
+                                          const opcua::CertificateFinding& finding) {
+        OpcUa_CertificateValidation details = opcua::validationOf(finding);
+        return callback(channel, OpcUa_Channel_Event_VerifyCertificate, finding.status, &details, context);
+    };
+}
+
 opcua::ConnectParameters parametersOf(OpcUa_Channel channel, const OpcUa_ChannelConnectInfo& info)
 {
     opcua::ConnectParameters parameters;
@@ -52,6 +82,7 @@ opcua::ConnectParameters parametersOf(OpcUa_Channel channel, const OpcUa_Channel
             static_cast<void>(callback(channel, event, status, nullptr, context));
         };
     }
+    addSecurity(channel, info, parameters);
     return parameters;
 }
 

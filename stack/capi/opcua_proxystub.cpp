@@ -2,6 +2,7 @@
 
 #include "guard.h"
 
+#include <stack/security/securitypolicies.h>
 #include <stack/transport/runtime.h>
 #include <stack/transport/trace.h>
 
@@ -26,6 +27,8 @@ void OpcUa_ProxyStub_Clear(void)
     static_cast<void>(guarded([] {
         if (!Runtime::release())
             OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "The stack can not be ended from one of its callbacks");
+        else if (!Runtime::current())
+            opcua::clearCredentialCaches();
         return OpcUa_Good;
     }));
 }
@@ -42,7 +45,8 @@ const char* OpcUa_ProxyStub_GetStaticConfigString(void)
         std::array<char, 512> line{};
         std::snprintf(
             line.data(), line.size(),
-            "Transport:opc.tcp\\SecurityPolicies:None\\MaxMessageSize:%u\\MaxChunkCount:%u\\BufferSize:%u"
+            "Transport:opc.tcp\\SecurityPolicies:None,Basic128Rsa15,Basic256,Basic256Sha256,"
+            "Aes128_Sha256_RsaOaep,Aes256_Sha256_RsaPss\\MaxMessageSize:%u\\MaxChunkCount:%u\\BufferSize:%u"
             "\\MaxStringLength:%u\\MaxByteStringLength:%u\\MaxArrayLength:%u\\MaxNestingLevel:%u",
             limits.MaxMessageSize, limits.MaxChunkCount, limits.BufferSize, limits.MaxStringLength,
             limits.MaxByteStringLength, limits.MaxArrayLength, limits.MaxNestingLevel);

@@ -2,6 +2,8 @@
 
 #include "transportmessages.h"
 
+#include <stack/security/secret.h>
+
 #include <opcua/opcua_statuscodes.h>
 
 namespace opcua {
@@ -80,6 +82,7 @@ void ClientChannel::fail(OpcUa_StatusCode status)
         return;
     m_state = State::Closed;
     m_output.clear();
+    wipe(m_openNonce);
     failRequests(status);
     m_listener.onClosed(status);
 }
@@ -167,6 +170,8 @@ void ClientChannel::requestToken(OpcUa_SecurityTokenRequestType type, TimePoint 
     OpcUa_StatusCode status = encodeOpenRequest(request, body);
     if (OpcUa_IsGood(status))
         status = m_conversation.writeOpen(m_output, m_openRequestId, body);
+    wipe(request.nonce);
+    wipe(body);
     if (OpcUa_IsBad(status))
         fail(status);
 }
@@ -193,7 +198,7 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
     m_conversation.setChannelId(response.channelId);
     m_conversation.addToken(std::move(token), false);
     m_openRequestId = 0;
-    m_openNonce.clear();
+    wipe(m_openNonce);
     m_openDeadline = never;
     m_renewAt = now + renewalDelay(response.revisedLifetime);
     m_renewalTimeout = renewalTimeout(response.revisedLifetime);
@@ -269,7 +274,9 @@ void ClientChannel::handleOpen(const Frame& frame, TimePoint now)
     const OpcUa_StatusCode status = decodeOpenResponse(chunk->body, response);
     if (OpcUa_IsBad(status))
         return fail(status);
-    if (!installToken(response, chunk->channelId, now))
+    const bool installed = installToken(response, chunk->channelId, now);
+    wipe(response.nonce);
+    if (!installed)
         return fail(OpcUa_BadSecurityChecksFailed);
     if (m_state == State::Open)
         return m_listener.onRenewed(response.revisedLifetime);

@@ -70,9 +70,4 @@ public:
 // Policy None, mode None: chunks travel as they are.
 [[nodiscard]] std::unique_ptr<SecurityPolicy> makeSecurityPolicyNone();
 
-// The policy of that URI. On Good policy is set; BadSecurityPolicyRejected when the policy is not offered
-// here, BadSecurityModeRejected when it does not go with the mode.
-[[nodiscard]] OpcUa_StatusCode makeSecurityPolicy(std::string_view uri, OpcUa_MessageSecurityMode mode,
-                                                  std::unique_ptr<SecurityPolicy>& policy);
-
 } // namespace opcua

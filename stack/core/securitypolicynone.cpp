@@ -1,7 +1,6 @@
 #include "securitypolicy.h"
 
 #include <opcua/opcua_channel.h>
-#include <opcua/opcua_statuscodes.h>
 
 namespace opcua {
 
@@ -42,17 +41,6 @@ private:
 std::unique_ptr<SecurityPolicy> makeSecurityPolicyNone()
 {
     return std::make_unique<SecurityPolicyNone>();
-}
-
-OpcUa_StatusCode makeSecurityPolicy(std::string_view uri, OpcUa_MessageSecurityMode mode,
-                                    std::unique_ptr<SecurityPolicy>& policy)
-{
-    if (uri != OpcUa_SecurityPolicy_None)
-        return OpcUa_BadSecurityPolicyRejected;
-    if (mode != OpcUa_MessageSecurityMode_None)
-        return OpcUa_BadSecurityModeRejected;
-    policy = makeSecurityPolicyNone();
-    return OpcUa_Good;
 }
 
 } // namespace opcua

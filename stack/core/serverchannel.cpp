@@ -2,6 +2,8 @@
 
 #include "transportmessages.h"
 
+#include <stack/security/secret.h>
+
 #include <opcua/opcua_statuscodes.h>
 
 namespace opcua {
@@ -139,6 +141,9 @@ void ServerChannel::issueToken(OpcUa_UInt32 requestId, const OpenRequest& reques
     OpcUa_StatusCode status = encodeOpenResponse(response, body);
     if (OpcUa_IsGood(status))
         status = m_conversation.writeOpen(m_output, requestId, body);
+    wipe(*nonce);
+    wipe(response.nonce);
+    wipe(body);
     if (OpcUa_IsBad(status) || !token.protection.outgoing)
         return fail(OpcUa_BadInternalError);
     m_conversation.addToken(std::move(token), true);

@@ -169,13 +169,11 @@ void releaseElements(ElementType type, void* data, size_t count)
         return;
     if (type.kind == OpcUaType_DataValue) // the longest arrays of all, most of which own nothing
         return forEach<OpcUa_DataValue>(data, count, [](auto* value) { release(value->Value); });
-    const size_t size = type.size();
-    for (size_t i = 0; i < count; ++i) {
-        if (type.isStructure())
-            releaseFields(*type.structure, elementAt(data, size, i));
-        else
-            releaseBuiltIn(type.kind, elementAt(data, size, i));
-    }
+    TextReleaser texts;
+    if (type.isStructure())
+        return releaseStructures(*type.structure, data, count, texts);
+    for (size_t i = 0; i < count; ++i)
+        releaseBuiltIn(type.kind, elementAt(data, type.size(), i), texts);
 }
 
 OpcUa_StatusCode copyElements(ElementType type, const void* source, void* destination, size_t count)

@@ -9,6 +9,8 @@
 
 namespace opcua {
 
+class TextReleaser;
+
 struct BuiltInLayout
 {
     const char* name;
@@ -111,7 +113,7 @@ void initializeElements(ElementType type, void* data, size_t count);
 void clearElements(ElementType type, void* data, size_t count);
 // Frees what the elements own and leaves them as they are: for memory that goes away.
 void releaseElements(ElementType type, void* data, size_t count);
-void releaseFields(const OpcUa_EncodeableType& type, void* object);
+void releaseStructures(const OpcUa_EncodeableType& type, void* objects, size_t count, TextReleaser& texts);
 // On failure the destination is left initialised.
 [[nodiscard]] OpcUa_StatusCode copyElements(ElementType type, const void* source, void* destination,
                                             size_t count);

@@ -23,10 +23,9 @@ using opcua::TextBlock;
 constexpr std::uint32_t Reserve = 1u << 31;
 constexpr size_t OwnerSize = sizeof(TextBlock*);
 constexpr size_t HeaderSize = alignof(std::max_align_t); // of a block of its own; the pointer is its end
-constexpr size_t LongestText = 256;                      // that is cut from a block
 constexpr size_t SmallestBlock = 256;
 constexpr size_t LargestBlock = 4096;
-static_assert(LongestText + OwnerSize + 8 + sizeof(TextBlock) < LargestBlock);
+static_assert(opcua::LongestPooledText + OwnerSize + 8 + sizeof(TextBlock) < LargestBlock);
 
 #if !defined(__SANITIZE_ADDRESS__) && defined(__has_feature)
 #    if __has_feature(address_sanitizer)
@@ -47,6 +46,13 @@ void* behindHeader(void* raw)
 void setOwner(void* memory, TextBlock* owner)
 {
     std::memcpy(static_cast<char*>(memory) - OwnerSize, &owner, OwnerSize);
+}
+
+TextBlock* ownerOf(const void* memory)
+{
+    TextBlock* owner = nullptr;
+    std::memcpy(&owner, static_cast<const char*>(memory) - OwnerSize, OwnerSize);
+    return owner;
 }
 
 void drop(TextBlock* block, std::uint32_t users)
@@ -71,8 +77,7 @@ void OpcUa_Memory_Free(void* memory)
 {
     if (memory == nullptr)
         return;
-    TextBlock* owner = nullptr;
-    std::memcpy(&owner, static_cast<char*>(memory) - OwnerSize, OwnerSize);
+    TextBlock* const owner = ownerOf(memory);
     if (owner == nullptr)
         std::free(static_cast<char*>(memory) - HeaderSize);
     else
@@ -101,15 +106,12 @@ TextPool::~TextPool()
 void* TextPool::allocate(size_t size)
 {
     const size_t needed = (OwnerSize + size + 7) & ~size_t{7};
-    if (!Pooled || size == 0 || size > LongestText || needed + sizeof(TextBlock) + 8 > m_blockSize)
+    if (!Pooled || size == 0 || size > LongestPooledText || needed + sizeof(TextBlock) + 8 > m_blockSize)
         return OpcUa_Memory_Alloc(size);
-    if (static_cast<size_t>(m_end - m_at) < needed && !startBlock())
-        return nullptr;
-    void* const memory = m_at + OwnerSize;
-    setOwner(memory, m_block);
-    m_at += needed;
-    ++m_handedOut;
-    return memory;
+    void* const memory = allocateAtHand(size);
+    if (memory != nullptr)
+        return memory;
+    return startBlock() ? allocateAtHand(size) : nullptr;
 }
 
 bool TextPool::startBlock()
@@ -131,6 +133,25 @@ void TextPool::retireBlock()
     m_block = nullptr;
     m_at = m_end = nullptr;
     m_handedOut = 0;
+}
+
+void TextReleaser::releaseText(void* text)
+{
+    TextBlock* const owner = ownerOf(text);
+    if (owner == nullptr)
+        return OpcUa_Memory_Free(text);
+    if (owner != m_block)
+        flush();
+    m_block = owner;
+    ++m_count;
+}
+
+void TextReleaser::flush()
+{
+    if (m_count > 0)
+        drop(m_block, m_count);
+    m_block = nullptr;
+    m_count = 0;
 }
 
 } // namespace opcua

@@ -11,7 +11,10 @@ void OpcUa_NodeId_Initialize(OpcUa_NodeId* value)
 
 void OpcUa_NodeId_Clear(OpcUa_NodeId* value)
 {
-    opcua::release(*value);
+    {
+        opcua::TextReleaser texts;
+        opcua::release(*value, texts);
+    }
     OpcUa_NodeId_Initialize(value);
 }
 

@@ -83,6 +83,18 @@ private:
     bool knownBody(const OpcUa_EncodeableType& type, OpcUa_Int32 length, OpcUa_ExtensionObject& value);
 
     bool field(const OpcUa_FieldDescriptor& descriptor, void* object);
+    bool plainField(OpcUa_Byte kind, void* target);
+    [[nodiscard]] const OpcUa_Byte* plainLocalizedText(OpcUa_LocalizedText& value);
+    [[nodiscard]] const OpcUa_Byte* plainText(const OpcUa_Byte* at, OpcUa_String& value);
+    template <class T>
+    bool plainNumber(T& value)
+    {
+        if (left() < sizeof(T))
+            return false;
+        std::memcpy(&value, m_at, sizeof(T));
+        m_at += sizeof(T);
+        return true;
+    }
     bool indirectField(const OpcUa_FieldDescriptor& descriptor, void* object);
     bool prefixedStructure(const OpcUa_EncodeableType& type, void* object);
     bool arrayLength(size_t minimum, OpcUa_Int32& count);

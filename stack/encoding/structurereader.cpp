@@ -195,6 +195,132 @@ bool Reader::knownBody(const OpcUa_EncodeableType& type, OpcUa_Int32 length, Opc
 
 // -- structures -------------------------------------------------------------------------------------------
 
+namespace {
+
+// Bytes of the longest numeric node id.
+constexpr size_t LongestNumericNodeId = 7;
+
+// Reads a numeric node id, of which as many bytes are there as the longest takes; null for another.
+inline const OpcUa_Byte* takeNumericNodeId(const OpcUa_Byte* at, OpcUa_NodeId& value)
+{
+    OpcUa_UInt16 medium = 0;
+    value = OpcUa_NodeId{};
+    switch (at[0]) {
+    case 0:
+        value.Identifier.Numeric = at[1];
+        return at + 2;
+    case 1:
+        std::memcpy(&medium, at + 2, sizeof medium);
+        value.NamespaceIndex = at[1];
+        value.Identifier.Numeric = medium;
+        return at + 4;
+    case 2:
+        std::memcpy(&value.NamespaceIndex, at + 1, sizeof value.NamespaceIndex);
+        std::memcpy(&value.Identifier.Numeric, at + 3, sizeof value.Identifier.Numeric);
+        return at + LongestNumericNodeId;
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
+// A text that lies whole at this place and fits into the memory at hand; null for another, which leaves
+// nothing behind. at lies within the message.
+inline const OpcUa_Byte* Reader::plainText(const OpcUa_Byte* at, OpcUa_String& value)
+{
+    OpcUa_Int32 length = 0;
+    if (static_cast<size_t>(m_end - at) < sizeof length)
+        return nullptr;
+    std::memcpy(&length, at, sizeof length);
+    at += sizeof length;
+    value = {-1, nullptr};
+    if (length < 0)
+        return at;
+    const auto bytes = static_cast<size_t>(length);
+    if (bytes > static_cast<size_t>(m_end - at) || bytes > m_limits.maxStringLength || bytes >= m_memoryLeft)
+        return nullptr;
+    auto* const memory = static_cast<char*>(m_texts.allocateAtHand(bytes + 1));
+    if (memory == nullptr)
+        return nullptr;
+    m_memoryLeft -= bytes + 1;
+    std::memcpy(memory, at, bytes);
+    memory[bytes] = 0;
+    value = {length, memory};
+    return at + bytes;
+}
+
+// The usual forms of the usual fields, with one look at the bytes left for each. False, with nothing read,
+// for all else.
+inline bool Reader::plainField(OpcUa_Byte kind, void* target)
+{
+    const OpcUa_Byte* next = nullptr;
+    switch (kind) {
+    case OpcUaType_Int32:
+    case OpcUaType_UInt32:
+    case OpcUaType_Float:
+    case OpcUaType_StatusCode:
+    case OpcUa_FieldKind_Enumeration:
+        return plainNumber(*static_cast<OpcUa_UInt32*>(target));
+    case OpcUaType_Int64:
+    case OpcUaType_UInt64:
+    case OpcUaType_Double:
+        return plainNumber(*static_cast<OpcUa_UInt64*>(target));
+    case OpcUaType_Boolean:
+        if (left() == 0)
+            return false;
+        *static_cast<OpcUa_Boolean*>(target) = *m_at++ != 0;
+        return true;
+    case OpcUaType_NodeId:
+        if (left() >= LongestNumericNodeId)
+            next = takeNumericNodeId(m_at, *static_cast<OpcUa_NodeId*>(target));
+        break;
+    case OpcUaType_ExpandedNodeId:
+        if (left() >= LongestNumericNodeId) {
+            auto& value = *static_cast<OpcUa_ExpandedNodeId*>(target);
+            next = takeNumericNodeId(m_at, value.NodeId);
+            value.NamespaceUri = {-1, nullptr};
+            value.ServerIndex = 0;
+        }
+        break;
+    case OpcUaType_String:
+        next = plainText(m_at, *static_cast<OpcUa_String*>(target));
+        break;
+    case OpcUaType_QualifiedName:
+        if (left() >= sizeof(OpcUa_UInt16)) {
+            auto& value = *static_cast<OpcUa_QualifiedName*>(target);
+            std::memcpy(&value.NamespaceIndex, m_at, sizeof value.NamespaceIndex);
+            next = plainText(m_at + sizeof value.NamespaceIndex, value.Name);
+        }
+        break;
+    case OpcUaType_LocalizedText:
+        next = plainLocalizedText(*static_cast<OpcUa_LocalizedText*>(target));
+        break;
+    default:
+        return false;
+    }
+    if (next == nullptr)
+        return false;
+    m_at = next;
+    return true;
+}
+
+inline const OpcUa_Byte* Reader::plainLocalizedText(OpcUa_LocalizedText& value)
+{
+    if (left() == 0)
+        return nullptr;
+    const OpcUa_Byte mask = *m_at;
+    const OpcUa_Byte* at = m_at + 1;
+    value = {{-1, nullptr}, {-1, nullptr}};
+    if ((mask & 0x01) != 0)
+        at = plainText(at, value.Locale);
+    if (at != nullptr && (mask & 0x02) != 0)
+        at = plainText(at, value.Text);
+    if (at == nullptr)
+        OpcUa_Memory_Free(value.Locale.Data);
+    return at;
+}
+
 bool Reader::structure(const OpcUa_EncodeableType& type, void* object)
 {
     if (type.IsUnion || type.HasOptionalFields)
@@ -202,7 +328,11 @@ bool Reader::structure(const OpcUa_EncodeableType& type, void* object)
     if (type.FieldCount == 0)
         OpcUa_EncodeableObject_Initialize(&type, object);
     for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
-        if (field(type.Fields[i], object))
+        const OpcUa_FieldDescriptor& descriptor = type.Fields[i];
+        const bool direct = !descriptor.IsArray && !descriptor.IsPointer;
+        if (direct && plainField(descriptor.Kind, elementAt(object, 1, descriptor.Offset)))
+            continue;
+        if (field(descriptor, object))
             continue;
         initializeFields(type, i, object);
         OpcUa_EncodeableObject_Clear(&type, object);

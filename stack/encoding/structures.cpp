@@ -24,14 +24,62 @@ bool isIndirect(const OpcUa_FieldDescriptor& field)
     return field.IsArray || field.IsPointer;
 }
 
-void releaseField(const OpcUa_FieldDescriptor& field, void* object)
+template <class Release>
+void forEachObject(void* objects, const OpcUa_EncodeableType& type, size_t count, Release release)
 {
+    for (size_t n = 0; n < count; ++n)
+        release(elementAt(objects, type.AllocationSize, n));
+}
+
+// The kind as a constant leaves no choice to make for each object.
+template <OpcUa_Byte Kind>
+void releaseBuiltInField(const OpcUa_EncodeableType& type, size_t offset, void* objects, size_t count,
+                         opcua::TextReleaser& texts)
+{
+    forEachObject(objects, type, count,
+                  [&](void* object) { opcua::releaseBuiltIn(Kind, elementAt(object, 1, offset), texts); });
+}
+
+// One field of all objects, so that what the field is has to be looked up once.
+void releaseField(const OpcUa_EncodeableType& type, const OpcUa_FieldDescriptor& field, void* objects,
+                  size_t count, opcua::TextReleaser& texts)
+{
+    const ElementType element = ElementType::of(field);
+    const size_t offset = field.Offset;
     if (isIndirect(field))
-        deleteElements(ElementType::of(field), memberAt<void*>(object, field.Offset), countOf(field, object));
-    else if (field.Kind == OpcUa_FieldKind_Structure)
-        opcua::releaseFields(*field.StructureType, elementAt(object, 1, field.Offset));
-    else
-        opcua::releaseBuiltIn(field.Kind, elementAt(object, 1, field.Offset));
+        return forEachObject(objects, type, count, [&](void* object) {
+            deleteElements(element, memberAt<void*>(object, offset), countOf(field, object));
+        });
+    if (element.isFlat())
+        return;
+    switch (field.Kind) {
+    case OpcUa_FieldKind_Structure:
+        return forEachObject(objects, type, count, [&](void* object) {
+            opcua::releaseStructures(*field.StructureType, elementAt(object, 1, offset), 1, texts);
+        });
+    case OpcUaType_String:
+        return releaseBuiltInField<OpcUaType_String>(type, offset, objects, count, texts);
+    case OpcUaType_NodeId:
+        return releaseBuiltInField<OpcUaType_NodeId>(type, offset, objects, count, texts);
+    case OpcUaType_ExpandedNodeId:
+        return releaseBuiltInField<OpcUaType_ExpandedNodeId>(type, offset, objects, count, texts);
+    case OpcUaType_QualifiedName:
+        return releaseBuiltInField<OpcUaType_QualifiedName>(type, offset, objects, count, texts);
+    case OpcUaType_LocalizedText:
+        return releaseBuiltInField<OpcUaType_LocalizedText>(type, offset, objects, count, texts);
+    case OpcUaType_Variant:
+        return releaseBuiltInField<OpcUaType_Variant>(type, offset, objects, count, texts);
+    default:
+        return forEachObject(objects, type, count, [&](void* object) {
+            opcua::releaseBuiltIn(field.Kind, elementAt(object, 1, offset), texts);
+        });
+    }
+}
+
+void releaseObject(const OpcUa_EncodeableType& type, void* object)
+{
+    opcua::TextReleaser texts;
+    opcua::releaseStructures(type, object, 1, texts);
 }
 
 OpcUa_StatusCode copyField(const OpcUa_FieldDescriptor& field, const void* source, void* destination)
@@ -98,22 +146,25 @@ void OpcUa_EncodeableObject_Initialize(const OpcUa_EncodeableType* type, void* o
     }
 }
 
-void opcua::releaseFields(const OpcUa_EncodeableType& type, void* object)
+void opcua::releaseStructures(const OpcUa_EncodeableType& type, void* objects, size_t count,
+                              TextReleaser& texts)
 {
     if (type.IsFlat)
         return;
-    const PresentFields present(type, object);
-    for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
-        // a field that a mask leaves out is initialised, or was set and has to be freed; members of a union
-        // overlap
-        if (!type.IsUnion || present.has(i))
-            releaseField(type.Fields[i], object);
-    }
+    if (type.IsUnion) // members overlap: only the one that is there owns anything
+        return forEachObject(objects, type, count, [&](void* object) {
+            const OpcUa_UInt32 member = memberAt<OpcUa_UInt32>(object, 0);
+            if (member >= 1 && member <= type.FieldCount)
+                releaseField(type, type.Fields[member - 1], object, 1, texts);
+        });
+    // a field that a mask leaves out is initialised, or was set and has to be freed
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i)
+        releaseField(type, type.Fields[i], objects, count, texts);
 }
 
 void OpcUa_EncodeableObject_Clear(const OpcUa_EncodeableType* type, void* object)
 {
-    opcua::releaseFields(*type, object);
+    releaseObject(*type, object);
     OpcUa_EncodeableObject_Initialize(type, object);
 }
 
@@ -168,7 +219,7 @@ void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type, void** obje
 {
     if (object == nullptr || *object == nullptr)
         return;
-    opcua::releaseFields(*type, *object);
+    releaseObject(*type, *object);
     OpcUa_Memory_Free(*object);
     *object = nullptr;
 }

@@ -3,10 +3,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace opcua {
 
 struct TextBlock;
+
+// Longer ones are blocks of their own.
+inline constexpr size_t LongestPooledText = 256;
 
 // Cuts short texts from larger blocks, so that a message of a thousand names takes a few allocations. Each
 // text goes back through OpcUa_Memory_Free by itself, on any thread; a block goes with the last of its texts.
@@ -21,6 +25,18 @@ public:
 
     // As OpcUa_Memory_Alloc, with no more than 8 bytes of alignment.
     [[nodiscard]] void* allocate(size_t size);
+    // The same from what is left of the current block; null when that is not enough.
+    [[nodiscard]] void* allocateAtHand(size_t size)
+    {
+        const size_t needed = (sizeof m_block + size + 7) & ~size_t{7};
+        if (size > LongestPooledText || static_cast<size_t>(m_end - m_at) < needed)
+            return nullptr;
+        char* const memory = m_at + sizeof m_block;
+        std::memcpy(m_at, &m_block, sizeof m_block);
+        m_at += needed;
+        ++m_handedOut;
+        return memory;
+    }
 
 private:
     [[nodiscard]] bool startBlock();
@@ -31,6 +47,31 @@ private:
     char* m_at = nullptr;
     char* m_end = nullptr;
     std::uint32_t m_handedOut = 0; // of the current block
+};
+
+// Gives many texts back. Those that were cut one after the other go in one step, for a step is an atomic
+// operation.
+class TextReleaser
+{
+public:
+    TextReleaser() = default;
+    ~TextReleaser() { flush(); }
+    TextReleaser(const TextReleaser&) = delete;
+    TextReleaser& operator=(const TextReleaser&) = delete;
+
+    // Null is no text. The memory may stay in use until flush or the end of this object.
+    void release(void* text)
+    {
+        if (text != nullptr)
+            releaseText(text);
+    }
+    void flush();
+
+private:
+    void releaseText(void* text);
+
+    TextBlock* m_block = nullptr;
+    std::uint32_t m_count = 0;
 };
 
 } // namespace opcua

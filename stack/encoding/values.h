@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stack/encoding/elements.h>
+#include <stack/encoding/textpool.h>
 
 namespace opcua {
 
@@ -16,18 +17,11 @@ void release(OpcUa_ExtensionObject& value);
 void release(OpcUa_DiagnosticInfo& value);
 void releaseBlocks(OpcUa_Variant& value);
 
-template <class Text>
-inline void releaseText(Text& value)
-{
-    if (value.Data != nullptr)
-        OpcUa_Memory_Free(value.Data);
-}
-
-inline void release(OpcUa_NodeId& value)
+inline void release(const OpcUa_NodeId& value, TextReleaser& texts)
 {
     if (value.IdentifierType == OpcUa_IdentifierType_String ||
         value.IdentifierType == OpcUa_IdentifierType_Opaque)
-        OpcUa_Memory_Free(value.Identifier.String.Data);
+        texts.release(value.Identifier.String.Data);
 }
 
 inline void release(OpcUa_Variant& value)
@@ -38,24 +32,24 @@ inline void release(OpcUa_Variant& value)
     releaseBlocks(value);
 }
 
-inline void releaseBuiltIn(OpcUa_Byte kind, void* data)
+inline void releaseBuiltIn(OpcUa_Byte kind, void* data, TextReleaser& texts)
 {
     switch (kind) {
     case OpcUaType_String:
-        return releaseText(*static_cast<OpcUa_String*>(data));
+        return texts.release(static_cast<OpcUa_String*>(data)->Data);
     case OpcUaType_ByteString:
     case OpcUaType_XmlElement:
-        return releaseText(*static_cast<OpcUa_ByteString*>(data));
+        return texts.release(static_cast<OpcUa_ByteString*>(data)->Data);
     case OpcUaType_NodeId:
-        return release(*static_cast<OpcUa_NodeId*>(data));
+        return release(*static_cast<OpcUa_NodeId*>(data), texts);
     case OpcUaType_ExpandedNodeId:
-        release(static_cast<OpcUa_ExpandedNodeId*>(data)->NodeId);
-        return releaseText(static_cast<OpcUa_ExpandedNodeId*>(data)->NamespaceUri);
+        release(static_cast<OpcUa_ExpandedNodeId*>(data)->NodeId, texts);
+        return texts.release(static_cast<OpcUa_ExpandedNodeId*>(data)->NamespaceUri.Data);
     case OpcUaType_QualifiedName:
-        return releaseText(static_cast<OpcUa_QualifiedName*>(data)->Name);
+        return texts.release(static_cast<OpcUa_QualifiedName*>(data)->Name.Data);
     case OpcUaType_LocalizedText:
-        releaseText(static_cast<OpcUa_LocalizedText*>(data)->Locale);
-        return releaseText(static_cast<OpcUa_LocalizedText*>(data)->Text);
+        texts.release(static_cast<OpcUa_LocalizedText*>(data)->Locale.Data);
+        return texts.release(static_cast<OpcUa_LocalizedText*>(data)->Text.Data);
     case OpcUaType_ExtensionObject:
         return release(*static_cast<OpcUa_ExtensionObject*>(data));
     case OpcUaType_DataValue:

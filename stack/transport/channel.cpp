@@ -3,6 +3,7 @@
 #include "tcpconnector.h"
 
 #include <stack/core/endpointurl.h>
+#include <stack/security/securitypolicies.h>
 
 #include <opcua/opcua_statuscodes.h>
 
@@ -41,7 +42,7 @@ OpcUa_StatusCode Channel::connect(const ConnectParameters& parameters, OpcUa_UIn
     m_opening = attempt;
     m_opened.reset();
     m_onEvent = parameters.onEvent;
-    if (m_onEvent)
+    if (m_onEvent || parameters.onCertificateFinding)
         m_callbacks.start();
     const OpcUa_StatusCode status = establish(parameters, deadline, attempt);
     if (OpcUa_IsBad(status)) {
@@ -77,7 +78,7 @@ OpcUa_StatusCode Channel::establish(const ConnectParameters& parameters, TimePoi
     UniqueFd socket;
     OpcUa_StatusCode status = parseEndpointUrl(parameters.url, url);
     if (OpcUa_IsGood(status))
-        status = makeSecurityPolicy(parameters.securityPolicyUri, parameters.securityMode, policy);
+        status = secure(parameters, deadline, attempt, policy);
     if (OpcUa_IsGood(status))
         status = m_runtime->resolver().resolve(url.host, url.port, deadline, attempt, addresses);
     if (OpcUa_IsGood(status))
@@ -85,6 +86,46 @@ OpcUa_StatusCode Channel::establish(const ConnectParameters& parameters, TimePoi
     if (OpcUa_IsGood(status))
         status = openChannel(parameters, std::move(socket), std::move(policy), deadline, attempt);
     return status;
+}
+
+// The server's certificate is judged before a byte is sent, and is the only one that the channel accepts
+// then.
+OpcUa_StatusCode Channel::secure(const ConnectParameters& parameters, TimePoint deadline,
+                                 const std::shared_ptr<Cancellation>& attempt,
+                                 std::unique_ptr<SecurityPolicy>& policy)
+{
+    const SecurityMaterial material{parameters.clientCertificate, parameters.clientPrivateKey.view(),
+                                    parameters.serverCertificate};
+    const OpcUa_StatusCode made =
+        makeSecurityPolicy(parameters.securityPolicyUri, parameters.securityMode, material, policy);
+    if (OpcUa_IsBad(made) || !parameters.pki || parameters.securityMode == OpcUa_MessageSecurityMode_None)
+        return made;
+    FindingJudge judge;
+    if (parameters.onCertificateFinding) {
+        judge = [&](const CertificateFinding& finding) {
+            return askAbout(finding, parameters.onCertificateFinding, deadline, attempt);
+        };
+    }
+    const auto findings = checkCertificate(parameters.serverCertificate, *parameters.pki,
+                                           findPolicyProfile(parameters.securityPolicyUri));
+    return judgeCertificate(findings, judge);
+}
+
+// The application may take its time with the answer, and this connect may be over before it comes.
+OpcUa_StatusCode Channel::askAbout(const CertificateFinding& finding, const FindingJudge& judge,
+                                   TimePoint deadline, const std::shared_ptr<Cancellation>& attempt)
+{
+    const auto answer = std::make_shared<std::optional<OpcUa_StatusCode>>();
+    m_callbacks.post([attempt, answer, judge, finding] {
+        const OpcUa_StatusCode result = judge(finding);
+        attempt->change([&] { *answer = result; });
+    });
+    OpcUa_StatusCode result = finding.status;
+    static_cast<void>(attempt->wait(deadline, [&] {
+        result = answer->value_or(finding.status);
+        return answer->has_value();
+    }));
+    return result;
 }
 
 OpcUa_StatusCode Channel::openChannel(const ConnectParameters& parameters, UniqueFd socket,

@@ -5,6 +5,9 @@
 #include "connection.h"
 #include "runtime.h"
 
+#include <stack/security/certificatecheck.h>
+#include <stack/security/secret.h>
+
 #include <opcua/opcua_channel.h>
 
 namespace opcua {
@@ -16,7 +19,14 @@ struct ConnectParameters
     OpcUa_MessageSecurityMode securityMode = OpcUa_MessageSecurityMode_None;
     OpcUa_UInt32 requestedLifetime = 0; // ms
     Milliseconds timeout{0};
-    std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> onEvent; // may be empty
+    // Empty with policy None. The server's certificate may bring its chain along.
+    Bytes clientCertificate;
+    Secret clientPrivateKey;
+    Bytes serverCertificate;
+    std::optional<PkiFolders> pki; // nothing: the server's certificate is taken as it is
+    // Both may be empty.
+    std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> onEvent;
+    FindingJudge onCertificateFinding; // runs on the channel's callback thread
 };
 
 class Channel final : public ConnectionObserver, public std::enable_shared_from_this<Channel>
@@ -52,6 +62,11 @@ private:
 
     [[nodiscard]] OpcUa_StatusCode establish(const ConnectParameters& parameters, TimePoint deadline,
                                              const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] OpcUa_StatusCode secure(const ConnectParameters& parameters, TimePoint deadline,
+                                          const std::shared_ptr<Cancellation>& attempt,
+                                          std::unique_ptr<SecurityPolicy>& policy);
+    [[nodiscard]] OpcUa_StatusCode askAbout(const CertificateFinding& finding, const FindingJudge& judge,
+                                            TimePoint deadline, const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode openChannel(const ConnectParameters& parameters, UniqueFd socket,
                                                std::unique_ptr<SecurityPolicy> policy, TimePoint deadline,
                                                const std::shared_ptr<Cancellation>& attempt);

@@ -85,8 +85,13 @@ public:
     using MakePolicy = std::unique_ptr<SecurityPolicy> (*)();
     explicit MemoryPipe(ClientChannelConfig clientConfig = {}, ServerChannelConfig serverConfig = {},
                         MakePolicy makePolicy = &makeSecurityPolicyNone)
-        : client(withUrl(std::move(clientConfig)), makePolicy(), m_clientSide),
-          server(serverConfig, makePolicy(), m_serverSide)
+        : MemoryPipe(std::move(clientConfig), serverConfig, makePolicy(), makePolicy())
+    {
+    }
+    MemoryPipe(ClientChannelConfig clientConfig, ServerChannelConfig serverConfig,
+               std::unique_ptr<SecurityPolicy> clientPolicy, std::unique_ptr<SecurityPolicy> serverPolicy)
+        : client(withUrl(std::move(clientConfig)), std::move(clientPolicy), m_clientSide),
+          server(serverConfig, std::move(serverPolicy), m_serverSide)
     {
         onServerRequest = [this](OpcUa_UInt32 id, const Bytes& body) { server.respond(id, body); };
     }

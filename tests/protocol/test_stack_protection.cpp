@@ -2,6 +2,8 @@
 // secrets.
 #include "memorypipe.h"
 
+#include <stack/security/securitypolicies.h>
+
 #include <gtest/gtest.h>
 
 #include <numeric>
@@ -164,7 +166,7 @@ TEST(StackProtection, OneSidedOrMissingPolicyIsRefused)
     EXPECT_EQ(blocks.serverClosed, OpcUa_BadSecurityChecksFailed);
 
     std::unique_ptr<SecurityPolicy> policy;
-    EXPECT_EQ(makeSecurityPolicy("http://example.com/blocks", OpcUa_MessageSecurityMode_Sign, policy),
+    EXPECT_EQ(makeSecurityPolicy("http://example.com/blocks", OpcUa_MessageSecurityMode_Sign, {}, policy),
               OpcUa_BadSecurityPolicyRejected);
     EXPECT_EQ(policy, nullptr);
 }

@@ -6,6 +6,7 @@
 #include <opcua/opcua_builtintypes.h>
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_clientapi.h>
+#include <opcua/opcua_crypto.h>
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_platform.h>

@@ -84,3 +84,10 @@ void* opcua::TextPool::allocate(size_t size)
 {
     return OpcUa_Memory_Alloc(size);
 }
+
+void opcua::TextReleaser::releaseText(void* text)
+{
+    OpcUa_Memory_Free(text);
+}
+
+void opcua::TextReleaser::flush() {}

@@ -1,0 +1,129 @@
+#include "pkifolders.h"
+
+#include "certificate.h"
+
+#include <openssl/err.h>
+#include <openssl/pem.h>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <strings.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace opcua {
+
+namespace {
+
+constexpr off_t maxFileSize = 1024 * 1024;
+constexpr size_t maxFiles = 20'000;
+
+using FolderHandle = std::unique_ptr<DIR, Freer<closedir>>;
+using MemoryHandle = std::unique_ptr<BIO, Freer<BIO_free>>;
+
+class File
+{
+public:
+    // A FIFO must not hold up the open, nor a terminal become ours.
+    File(int folder, const char* name)
+        : m_descriptor(openat(folder, name, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY))
+    {
+    }
+    ~File()
+    {
+        if (m_descriptor >= 0)
+            close(m_descriptor);
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    // All of it; empty when it is not a regular file, too large or not readable.
+    [[nodiscard]] Bytes content() const
+    {
+        struct stat status = {};
+        if (m_descriptor < 0 || fstat(m_descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
+            status.st_size > maxFileSize)
+            return {};
+        Bytes bytes(static_cast<size_t>(status.st_size));
+        size_t used = 0;
+        while (used < bytes.size()) {
+            const ssize_t count = read(m_descriptor, bytes.data() + used, bytes.size() - used);
+            if (count <= 0)
+                break;
+            used += static_cast<size_t>(count);
+        }
+        bytes.resize(used);
+        return bytes;
+    }
+
+private:
+    int m_descriptor;
+};
+
+template <typename Take>
+void readFolder(const std::string& path, Take take)
+{
+    const FolderHandle folder(path.empty() ? nullptr : opendir(path.c_str()));
+    if (!folder)
+        return;
+    for (size_t count = 0; count < maxFiles; ++count) {
+        const dirent* const entry = readdir(folder.get());
+        if (entry == nullptr)
+            return;
+        take(dirfd(folder.get()), entry->d_name);
+    }
+}
+
+bool isCertificateName(std::string_view name)
+{
+    const auto dot = name.rfind('.');
+    const std::string extension(dot == std::string_view::npos ? "" : name.substr(dot));
+    return strcasecmp(extension.c_str(), ".der") == 0 || strcasecmp(extension.c_str(), ".cer") == 0;
+}
+
+void readCertificates(const std::string& path, std::vector<X509Handle>& certificates)
+{
+    readFolder(path, [&](int folder, const char* name) {
+        if (!isCertificateName(name))
+            return;
+        const Bytes bytes = File(folder, name).content();
+        const unsigned char* at = bytes.data();
+        if (X509Handle certificate{d2i_X509(nullptr, &at, static_cast<long>(bytes.size()))})
+            certificates.push_back(std::move(certificate));
+    });
+}
+
+CrlHandle parseRevocationList(const Bytes& bytes)
+{
+    const unsigned char* at = bytes.data();
+    if (CrlHandle list{d2i_X509_CRL(nullptr, &at, static_cast<long>(bytes.size()))})
+        return list;
+    const MemoryHandle memory(BIO_new_mem_buf(bytes.data(), static_cast<int>(bytes.size())));
+    return CrlHandle(memory ? PEM_read_bio_X509_CRL(memory.get(), nullptr, nullptr, nullptr) : nullptr);
+}
+
+void readRevocationLists(const std::string& path, std::vector<CrlHandle>& lists)
+{
+    readFolder(path, [&](int folder, const char* name) {
+        const Bytes bytes = File(folder, name).content();
+        if (bytes.empty())
+            return;
+        if (CrlHandle list = parseRevocationList(bytes))
+            lists.push_back(std::move(list));
+    });
+}
+
+} // namespace
+
+PkiContents readPkiFolders(const PkiFolders& folders)
+{
+    PkiContents contents;
+    readCertificates(folders.trustedCertificates, contents.trusted);
+    readCertificates(folders.issuerCertificates, contents.issuers);
+    readRevocationLists(folders.trustedRevocationLists, contents.revocationLists);
+    readRevocationLists(folders.issuerRevocationLists, contents.revocationLists);
+    ERR_clear_error();
+    return contents;
+}
+
+} // namespace opcua

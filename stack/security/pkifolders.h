@@ -1,0 +1,31 @@
+// The folders of a certificate store, as a channel's check reads them.
+#pragma once
+
+#include "handles.h"
+
+#include <string>
+#include <vector>
+
+namespace opcua {
+
+// Empty names stand for folders that are not there.
+struct PkiFolders
+{
+    std::string trustedCertificates;
+    std::string trustedRevocationLists;
+    std::string issuerCertificates;
+    std::string issuerRevocationLists;
+};
+
+struct PkiContents
+{
+    std::vector<X509Handle> trusted;
+    std::vector<X509Handle> issuers;
+    std::vector<CrlHandle> revocationLists; // of both kinds of issuers
+};
+
+// Takes regular files of up to 1 MB only and never waits for one. Certificates are "*.der" and "*.cer" in
+// DER, revocation lists files of any name in DER or PEM; what does not decode is passed over.
+[[nodiscard]] PkiContents readPkiFolders(const PkiFolders& folders);
+
+} // namespace opcua
