@@ -90,6 +90,7 @@ TEST_F(SessionTest, LostLinkIsNoticedWithoutWaitingForTheWatchdog)
     stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadConnectionClosed});
     stack.loseLink();
     EXPECT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
+    disconnect(); // joins the thread, which closes the channel after it has told the status
     EXPECT_EQ(stack.disconnects(), 1);
 }
 
