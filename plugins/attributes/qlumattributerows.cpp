@@ -193,10 +193,23 @@ QlumAttributeNode& QlumAttributeRows::addExpandedNodeId(QlumAttributeNode& paren
     return row;
 }
 
+QString QlumAttributeRows::optionSetText(const UaVariant& value, const QlumTypeHint& hint) const
+{
+    const bool isBits = value.type() == OpcUaType_Byte || value.type() == OpcUaType_UInt16 ||
+                        value.type() == OpcUaType_UInt32 || value.type() == OpcUaType_UInt64;
+    if (!isBits || !m_dictionary || hint.dataTypeId.isNull())
+        return QString();
+    const UaOptionSetDefinition definition = m_dictionary->optionSetDefinition(hint.dataTypeId);
+    const QString names = definition.isNull() ? QString() : toQString(definition.toString(value.toUInt64()));
+    return names.isEmpty() ? QString() : QStringLiteral("%1 (%2)").arg(names).arg(value.toUInt64());
+}
+
 QString QlumAttributeRows::scalarText(const UaVariant& value, const QlumTypeHint& hint) const
 {
     if (!hint.enumDefinition.isNull() && isEnumType(value.type()))
         return enumText(value.toInt64(), hint.enumDefinition);
+    if (const QString bits = optionSetText(value, hint); !bits.isEmpty())
+        return bits;
     switch (value.type()) {
     case OpcUaType_Boolean:
         return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
