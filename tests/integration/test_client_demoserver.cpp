@@ -195,6 +195,9 @@ TEST_F(ClientOnDemoServer, ShowsArraysAndStructuresAsWhatTheyAre)
     EXPECT_TRUE(fields.contains(QLatin1String("X"), Qt::CaseInsensitive)) << fields.join(',').toStdString();
     EXPECT_TRUE(fields.contains(QLatin1String("Name"), Qt::CaseInsensitive))
         << fields.join(',').toStdString();
+    select(demo + QStringList{QStringLiteral("Structure"), QStringLiteral("DeviceFlags")});
+    EXPECT_TRUE(waitForAttribute(valueRow, QStringLiteral("Running | Fault (5)")))
+        << attribute(valueRow).toStdString();
 }
 
 TEST_F(ClientOnDemoServer, SavedProjectOpensAgainAndConnects)
