@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include <bench/medians.h>
 #include <benchmark/benchmark.h>
 #include <opcua/opcua.h>
 
@@ -231,58 +232,17 @@ BENCHMARK(yardstickBrowse)->Repetitions(9);
 BENCHMARK(decodeRead)->Repetitions(9);
 BENCHMARK(decodeBrowse)->Repetitions(9);
 
-// Keeps the time of each repetition, so that ratios can be told from medians of one run.
-class Medians : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
-                m_times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
-            }
-        }
-    }
-
-    // 0 for a benchmark that did not run.
-    double of(const std::string& name)
-    {
-        std::vector<double>& times = m_times[name];
-        std::sort(times.begin(), times.end());
-        return times.empty() ? 0.0 : times[times.size() / 2];
-    }
-
-private:
-    std::map<std::string, std::vector<double>> m_times;
-};
-
-void printBudget(const char* name, double value, double limit)
-{
-    std::printf("BUDGET %s %.2f %.2f %s\n", name, value, limit, value > 0 && value <= limit ? "ok" : "MISS");
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    std::vector<char*> arguments(argv, argv + argc);
-    std::string interleaved = "--benchmark_enable_random_interleaving=true";
-    arguments.push_back(interleaved.data());
-    int argumentCount = static_cast<int>(arguments.size());
-    benchmark::Initialize(&argumentCount, arguments.data());
     Medians medians;
-    benchmark::RunSpecifiedBenchmarks(&medians);
-    benchmark::Shutdown();
-    const double yardstick = medians.of("yardstickRead");
-    if (yardstick <= 0) {
-        return 1;
-    }
-    std::printf("yardstick %.2f us, ReadResponse %.2f us, BrowseResponse %.2f us\n", yardstick / 1000,
-                medians.of("decodeRead") / 1000, medians.of("decodeBrowse") / 1000);
-    printBudget("decode_read_response_1000_doubles", medians.of("decodeRead") / yardstick, 5.0);
-    const double browseYardstick = medians.of("yardstickBrowse");
-    if (browseYardstick > 0)
-        printBudget("decode_browse_response_1000_references", medians.of("decodeBrowse") / browseYardstick,
-                    4.0);
+    runInterleaved(argc, argv, medians);
+    std::printf("yardstick %.2f us, ReadResponse %.2f us, BrowseResponse %.2f us\n",
+                medians.of("yardstickRead") / 1000, medians.of("decodeRead") / 1000,
+                medians.of("decodeBrowse") / 1000);
+    printRatioBudget("decode_read_response_1000_doubles", medians, "decodeRead", "yardstickRead", 5.0);
+    printRatioBudget("decode_browse_response_1000_references", medians, "decodeBrowse", "yardstickBrowse",
+                     4.0);
     return 0;
 }

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include <bench/medians.h>
 #include <benchmark/benchmark.h>
 #include <opcua/opcua.h>
 #include <uabase/uagenericstructurevalue.h>
@@ -131,28 +132,6 @@ void decodeByDefinition(benchmark::State& state)
 BENCHMARK(decodeByTable)->Repetitions(9);
 BENCHMARK(decodeByDefinition)->Repetitions(9);
 
-// Keeps the time of each repetition, so that ratios can be told from medians of one run.
-class Medians : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-                m_times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
-    }
-
-    double of(const std::string& name)
-    {
-        std::vector<double>& times = m_times[name];
-        std::sort(times.begin(), times.end());
-        return times.empty() ? 0.0 : times[times.size() / 2];
-    }
-
-private:
-    std::map<std::string, std::vector<double>> m_times;
-};
-
 // Allocations of a thousand copies of each scalar of fixed size; strings and the like share their content.
 std::size_t allocationsOfCopies()
 {
@@ -182,29 +161,15 @@ std::size_t allocationsOfCopies()
     return allocations - before;
 }
 
-void printBudget(const char* name, double value, double limit, bool measured)
-{
-    std::printf("BUDGET %s %.2f %.2f %s\n", name, value, limit, measured && value <= limit ? "ok" : "MISS");
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    std::vector<char*> arguments(argv, argv + argc);
-    std::string interleaved = "--benchmark_enable_random_interleaving=true";
-    arguments.push_back(interleaved.data());
-    int argumentCount = static_cast<int>(arguments.size());
-    benchmark::Initialize(&argumentCount, arguments.data());
     Medians medians;
-    benchmark::RunSpecifiedBenchmarks(&medians);
-    benchmark::Shutdown();
-    const double table = medians.of("decodeByTable");
-    const double byDefinition = medians.of("decodeByDefinition");
-    if (table <= 0)
-        return 1;
-    std::printf("1000 values by table %.2f us, by definition %.2f us\n", table / 1000, byDefinition / 1000);
-    printBudget("decode_structure_by_definition", byDefinition / table, 3.0, byDefinition > 0);
+    runInterleaved(argc, argv, medians);
+    std::printf("1000 values by table %.2f us, by definition %.2f us\n", medians.of("decodeByTable") / 1000,
+                medians.of("decodeByDefinition") / 1000);
+    printRatioBudget("decode_structure_by_definition", medians, "decodeByDefinition", "decodeByTable", 3.0);
     printBudget("variant_scalar_copy_allocations", static_cast<double>(allocationsOfCopies()), 0.0, true);
     return 0;
 }

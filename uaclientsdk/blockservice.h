@@ -13,9 +13,6 @@
 
 namespace UaClientSdk {
 
-// What a response with another number of results than was asked for ends as; callers rely on the number.
-constexpr OpcUa_StatusCode wrongResultCount = 0x80460000u;
-
 // Names of one service in the trace and its status without a connection.
 struct ServiceNames
 {

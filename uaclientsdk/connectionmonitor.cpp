@@ -127,7 +127,7 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
         return status;
     }
     if (response->NoOfResults != 1) {
-        return UaStatus(0x80460000u);
+        return UaStatus(wrongResultCount);
     }
     const OpcUa_DataValue& value = response->Results[0];
     if (OpcUa_IsBad(value.StatusCode)) {

@@ -7,6 +7,9 @@
 
 namespace UaClientSdk {
 
+// What a response with another number of results than was asked for ends as; callers rely on the number.
+constexpr OpcUa_StatusCode wrongResultCount = 0x80460000u;
+
 // A structure of the stack that is initialised and cleared with its scope.
 template <class T>
 class Encodeable

@@ -1,0 +1,62 @@
+// Benchmarks of one run compared by their medians, and the lines that ./dev bench reads.
+#pragma once
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+// Keeps the time of each repetition, so that ratios can be told from medians of one run.
+class Medians : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs) {
+            if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
+                m_times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
+            }
+        }
+    }
+
+    // 0 for a benchmark that did not run.
+    double of(const std::string& name)
+    {
+        std::vector<double>& times = m_times[name];
+        std::sort(times.begin(), times.end());
+        return times.empty() ? 0.0 : times[times.size() / 2];
+    }
+
+private:
+    std::map<std::string, std::vector<double>> m_times;
+};
+
+// Runs the program's benchmarks with their repetitions mixed, so that a busy moment hits all alike.
+inline void runInterleaved(int argc, char** argv, Medians& medians)
+{
+    std::vector<char*> arguments(argv, argv + argc);
+    std::string interleaved = "--benchmark_enable_random_interleaving=true";
+    arguments.push_back(interleaved.data());
+    int argumentCount = static_cast<int>(arguments.size());
+    benchmark::Initialize(&argumentCount, arguments.data());
+    benchmark::RunSpecifiedBenchmarks(&medians);
+    benchmark::Shutdown();
+}
+
+// What was not measured has missed its budget.
+inline void printBudget(const char* name, double value, double limit, bool measured)
+{
+    std::printf("BUDGET %s %.2f %.2f %s\n", name, value, limit, measured && value <= limit ? "ok" : "MISS");
+}
+
+// The time of a benchmark as a multiple of its yardstick's.
+inline void printRatioBudget(const char* name, Medians& medians, const char* measured, const char* yardstick,
+                             double limit)
+{
+    const double time = medians.of(measured);
+    const double unit = medians.of(yardstick);
+    printBudget(name, unit > 0 ? time / unit : 0.0, limit, time > 0 && unit > 0);
+}
