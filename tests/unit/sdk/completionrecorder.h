@@ -38,6 +38,11 @@ public:
         std::unique_lock lock(m_guard);
         return m_came.wait_for(lock, std::chrono::seconds(10), [&] { return m_completions.size() >= count; });
     }
+    std::size_t count()
+    {
+        std::lock_guard lock(m_guard);
+        return m_completions.size();
+    }
     std::vector<Completion> completions()
     {
         std::lock_guard lock(m_guard);
