@@ -197,12 +197,20 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
         return false;
     m_conversation.setChannelId(response.channelId);
     m_conversation.addToken(std::move(token), false);
+    if (m_config.tellsKeys)
+        tellKeys(response);
     m_openRequestId = 0;
     wipe(m_openNonce);
     m_openDeadline = never;
     m_renewAt = now + renewalDelay(response.revisedLifetime);
     m_renewalTimeout = renewalTimeout(response.revisedLifetime);
     return true;
+}
+
+void ClientChannel::tellKeys(const OpenResponse& response)
+{
+    if (const auto keys = m_conversation.policy().keysForRecord(m_openNonce, response.nonce))
+        m_listener.onTokenKeys(response.channelId, response.tokenId, *keys);
 }
 
 // ---- what the peer says -------------------------------------------------------------------------

@@ -18,6 +18,7 @@ struct ClientChannelConfig
     OpcUa_UInt32 requestedLifetime = 3'600'000; // ms
     size_t maxPendingRequests = 16384;
     OpcUa_DateTime (*utcNow)() = nullptr; // for the time stamps of own requests; null leaves them empty
+    bool tellsKeys = false;               // whether onTokenKeys is wanted
 };
 
 // Told from inside the engine's functions; must not call back into the engine.
@@ -27,6 +28,13 @@ public:
     virtual ~ClientChannelListener() = default;
     virtual void onOpened(OpcUa_UInt32 revisedLifetime) = 0; // ms
     virtual void onRenewed(OpcUa_UInt32 revisedLifetime) = 0;
+    // A token came into use under a policy that has keys; before onOpened or onRenewed.
+    virtual void onTokenKeys(OpcUa_UInt32 channelId, OpcUa_UInt32 tokenId, const TokenKeys& keys)
+    {
+        static_cast<void>(channelId);
+        static_cast<void>(tokenId);
+        static_cast<void>(keys);
+    }
     // Exactly one of the next two for each request that send accepted.
     virtual void onResponse(OpcUa_UInt32 requestId, Bytes&& body) = 0;
     virtual void onRequestFailed(OpcUa_UInt32 requestId, OpcUa_StatusCode status) = 0;
@@ -80,6 +88,7 @@ private:
     void requestToken(OpcUa_SecurityTokenRequestType type, TimePoint now, TimePoint deadline);
     [[nodiscard]] bool installToken(const OpenResponse& response, OpcUa_UInt32 headerChannelId,
                                     TimePoint now);
+    void tellKeys(const OpenResponse& response);
     void renew(TimePoint now);
     void expireRequests(TimePoint now);
     void failRequests(OpcUa_StatusCode status);

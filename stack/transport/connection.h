@@ -3,6 +3,7 @@
 #pragma once
 
 #include "eventloop.h"
+#include "keylog.h"
 
 #include <stack/core/clientchannel.h>
 
@@ -41,7 +42,8 @@ public:
     static constexpr size_t maxUnsentBytes = 4u * 1024 * 1024;
 
     Connection(UniqueFd socket, ClientChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
-               std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer);
+               std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer,
+               std::shared_ptr<KeyLog> keyLog = nullptr);
 
     // Begins to open the channel. Good, or BadResourceUnavailable when the loop has no room.
     [[nodiscard]] OpcUa_StatusCode start(TimePoint deadline);
@@ -72,12 +74,14 @@ private:
         std::optional<OpcUa_UInt32> opened;
         bool renewed = false;
         std::optional<OpcUa_StatusCode> lost;
-        std::string reason; // the peer's words for a loss
+        std::string reason;   // the peer's words for a loss
+        std::string keyLines; // of a new token; comes with opened or renewed
         [[nodiscard]] bool empty() const { return completions.empty() && !opened && !renewed && !lost; }
     };
 
     void onOpened(OpcUa_UInt32 revisedLifetime) override;
     void onRenewed(OpcUa_UInt32 revisedLifetime) override;
+    void onTokenKeys(OpcUa_UInt32 channelId, OpcUa_UInt32 tokenId, const TokenKeys& keys) override;
     void onResponse(OpcUa_UInt32 requestId, Bytes&& body) override;
     void onRequestFailed(OpcUa_UInt32 requestId, OpcUa_StatusCode status) override;
     void onClosed(OpcUa_StatusCode status) override;
@@ -93,6 +97,7 @@ private:
 
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
+    const std::shared_ptr<KeyLog> m_keyLog; // null: keys are nobody's business
     mutable std::mutex m_mutex;
     std::condition_variable m_changed; // room to send, end of the channel, nothing being told
     UniqueFd m_socket;
