@@ -392,12 +392,101 @@ void Writer::elements(ElementType type, const void* data, OpcUa_Int32 count)
         element(type, elementAt(data, type.size(), done));
 }
 
+namespace {
+
+// Room that is made sure of before each field of a structure; what may take more is no plain field.
+constexpr size_t LargestPlainField = 160;
+constexpr size_t LongestPlainText = 64;
+
+// Null for a text that is too long.
+inline OpcUa_Byte* placeText(OpcUa_Byte* at, const OpcUa_String& value, size_t longest)
+{
+    const bool isNull = value.Data == nullptr || value.Length < 0;
+    const OpcUa_Int32 length = isNull ? -1 : value.Length;
+    const size_t size = isNull ? 0 : static_cast<size_t>(length);
+    if (size > longest)
+        return nullptr;
+    at = place(at, true, length);
+    if (size > 0)
+        std::memcpy(at, value.Data, size);
+    return at + size;
+}
+
+inline OpcUa_Byte* placeLocalizedText(OpcUa_Byte* at, const OpcUa_LocalizedText& value, size_t longest)
+{
+    const bool hasLocale = value.Locale.Data != nullptr && value.Locale.Length >= 0;
+    const bool hasText = value.Text.Data != nullptr && value.Text.Length >= 0;
+    *at++ = static_cast<OpcUa_Byte>((hasLocale ? 0x01 : 0) | (hasText ? 0x02 : 0));
+    if (hasLocale)
+        at = placeText(at, value.Locale, longest);
+    if (hasText && at != nullptr)
+        at = placeText(at, value.Text, longest);
+    return at;
+}
+
+inline OpcUa_Byte* placePlainNodeId(OpcUa_Byte* at, const OpcUa_NodeId& value)
+{
+    return value.IdentifierType == OpcUa_IdentifierType_Numeric ? placeNumericNodeId(at, value, 0) : nullptr;
+}
+
+// The usual forms of the usual fields, for which there is room; null for all else.
+inline OpcUa_Byte* placePlainField(OpcUa_Byte* at, OpcUa_Byte kind, const void* source, size_t longestText)
+{
+    switch (kind) {
+    case OpcUaType_Boolean:
+    case OpcUaType_Byte:
+        return place(at, true, *static_cast<const OpcUa_Byte*>(source));
+    case OpcUaType_Int32:
+    case OpcUaType_UInt32:
+    case OpcUaType_StatusCode:
+    case OpcUaType_Float:
+    case OpcUa_FieldKind_Enumeration:
+        return place(at, true, *static_cast<const OpcUa_UInt32*>(source));
+    case OpcUaType_Int64:
+    case OpcUaType_UInt64:
+    case OpcUaType_Double:
+    case OpcUaType_DateTime:
+        return place(at, true, *static_cast<const OpcUa_UInt64*>(source));
+    case OpcUaType_String:
+        return placeText(at, *static_cast<const OpcUa_String*>(source), longestText);
+    case OpcUaType_NodeId:
+        return placePlainNodeId(at, *static_cast<const OpcUa_NodeId*>(source));
+    case OpcUaType_ExpandedNodeId: {
+        const auto& value = *static_cast<const OpcUa_ExpandedNodeId*>(source);
+        const bool plain = value.NamespaceUri.Data == nullptr && value.ServerIndex == 0;
+        return plain ? placePlainNodeId(at, value.NodeId) : nullptr;
+    }
+    case OpcUaType_QualifiedName: {
+        const auto& value = *static_cast<const OpcUa_QualifiedName*>(source);
+        return placeText(place(at, true, value.NamespaceIndex), value.Name, longestText);
+    }
+    case OpcUaType_LocalizedText:
+        return placeLocalizedText(at, *static_cast<const OpcUa_LocalizedText*>(source), longestText);
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
 void Writer::structure(const OpcUa_EncodeableType& type, const void* object)
 {
     if (type.IsUnion || type.HasOptionalFields)
         return prefixedStructure(type, object);
-    for (OpcUa_UInt32 i = 0; i < type.FieldCount && OpcUa_IsGood(m_status); ++i)
-        field(type.Fields[i], object);
+    const size_t longestText = std::min<size_t>(LongestPlainText, m_limits.maxStringLength);
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount && OpcUa_IsGood(m_status); ++i) {
+        const OpcUa_FieldDescriptor& descriptor = type.Fields[i];
+        if (!descriptor.IsArray && !descriptor.IsPointer) {
+            ensure(LargestPlainField);
+            OpcUa_Byte* const behind =
+                placePlainField(m_at, descriptor.Kind, elementAt(object, 1, descriptor.Offset), longestText);
+            if (behind != nullptr) {
+                m_at = behind;
+                continue;
+            }
+        }
+        field(descriptor, object);
+    }
 }
 
 void Writer::prefixedStructure(const OpcUa_EncodeableType& type, const void* object)
