@@ -289,6 +289,7 @@ OpcUa_StatusCode OpcUa_Channel_InvokeService(OpcUa_Channel, const OpcUa_Encodeab
 
 OpcUa_UInt64 OpcUa_GetTickCount(void)
 {
+    ++FakeStack::instance().tickReads;
     return FakeStack::instance().ticks;
 }
 
