@@ -139,8 +139,9 @@ OpcUa_StatusCode Channel::openChannel(const ConnectParameters& parameters, Uniqu
     config.securityMode = parameters.securityMode;
     config.requestedLifetime = parameters.requestedLifetime;
     config.utcNow = &OpcUa_DateTime_UtcNow;
+    config.tellsKeys = m_runtime->keyLog() != nullptr;
     auto connection = std::make_shared<Connection>(std::move(socket), std::move(config), std::move(policy),
-                                                   m_runtime->loop(), weak_from_this());
+                                                   m_runtime->loop(), weak_from_this(), m_runtime->keyLog());
     return openTransport(std::move(connection), deadline, *attempt);
 }
 

@@ -11,9 +11,10 @@
 namespace opcua {
 
 Connection::Connection(UniqueFd socket, ClientChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
-                       std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer)
-    : m_loop(std::move(loop)), m_observer(std::move(observer)), m_socket(std::move(socket)),
-      m_engine(std::move(config), std::move(policy), *this)
+                       std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer,
+                       std::shared_ptr<KeyLog> keyLog)
+    : m_loop(std::move(loop)), m_observer(std::move(observer)), m_keyLog(std::move(keyLog)),
+      m_socket(std::move(socket)), m_engine(std::move(config), std::move(policy), *this)
 {
 }
 
@@ -121,6 +122,8 @@ void Connection::settleAndTell(std::unique_lock<std::mutex>& lock)
 
 void Connection::tell(Outcome& outcome)
 {
+    if (m_keyLog && !outcome.keyLines.empty())
+        m_keyLog->append(outcome.keyLines);
     for (Completion& completion : outcome.completions)
         completion.call->complete(completion.status, std::move(completion.body));
     const auto observer = m_observer.lock();
@@ -220,6 +223,11 @@ void Connection::onOpened(OpcUa_UInt32 revisedLifetime)
 void Connection::onRenewed(OpcUa_UInt32)
 {
     m_outcome.renewed = true;
+}
+
+void Connection::onTokenKeys(OpcUa_UInt32 channelId, OpcUa_UInt32 tokenId, const TokenKeys& keys)
+{
+    m_outcome.keyLines = keyLogLines(channelId, tokenId, keys);
 }
 
 void Connection::onResponse(OpcUa_UInt32 requestId, Bytes&& body)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "eventloop.h"
+#include "keylog.h"
 #include "messagetransport.h"
 
 #include <stack/core/clientchannel.h>
@@ -21,7 +22,8 @@ class Connection final : public MessageTransport,
 {
 public:
     Connection(UniqueFd socket, ClientChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
-               std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer);
+               std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer,
+               std::shared_ptr<KeyLog> keyLog = nullptr);
 
     [[nodiscard]] OpcUa_StatusCode start(TimePoint deadline) override;
     [[nodiscard]] OpcUa_StatusCode send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
@@ -47,12 +49,14 @@ private:
         std::optional<OpcUa_UInt32> opened;
         bool renewed = false;
         std::optional<OpcUa_StatusCode> lost;
-        std::string reason; // the peer's words for a loss
+        std::string reason;   // the peer's words for a loss
+        std::string keyLines; // of a new token; comes with opened or renewed
         [[nodiscard]] bool empty() const { return completions.empty() && !opened && !renewed && !lost; }
     };
 
     void onOpened(OpcUa_UInt32 revisedLifetime) override;
     void onRenewed(OpcUa_UInt32 revisedLifetime) override;
+    void onTokenKeys(OpcUa_UInt32 channelId, OpcUa_UInt32 tokenId, const TokenKeys& keys) override;
     void onResponse(OpcUa_UInt32 requestId, Bytes&& body) override;
     void onRequestFailed(OpcUa_UInt32 requestId, OpcUa_StatusCode status) override;
     void onClosed(OpcUa_StatusCode status) override;
@@ -68,6 +72,7 @@ private:
 
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
+    const std::shared_ptr<KeyLog> m_keyLog; // null: keys are nobody's business
     mutable std::mutex m_mutex;
     std::condition_variable m_changed; // room to send, end of the channel, nothing being told
     UniqueFd m_socket;
