@@ -11,9 +11,11 @@ namespace {
 const char* obstacleLocked(const SessionContext& context)
 {
     context.mutex.assertLocked();
-    return !context.connectRequested   ? "Server not connected"
-           : !context.channelConnected ? "Channel not connected"
-                                       : nullptr;
+    if (!context.connectRequested) {
+        return "Server not connected";
+    }
+    // not even while a reconnect has a channel again
+    return context.sessionActive ? nullptr : "Channel not connected";
 }
 
 UaStatus refuse(const ServiceNames& names, const char* method, const char* obstacle, OpcUa_UInt32 count)
