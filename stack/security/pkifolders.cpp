@@ -81,14 +81,41 @@ bool isCertificateName(std::string_view name)
     return strcasecmp(extension.c_str(), ".der") == 0 || strcasecmp(extension.c_str(), ".cer") == 0;
 }
 
-void readCertificates(const std::string& path, std::vector<X509Handle>& certificates)
+bool isHashedName(std::string_view name)
+{
+    constexpr std::string_view hexDigits = "0123456789abcdefABCDEF";
+    constexpr size_t hashLength = 8;
+    return name.size() > hashLength + 1 && name.find_first_not_of(hexDigits) == hashLength &&
+           name[hashLength] == '.' &&
+           name.find_first_not_of("0123456789", hashLength + 1) == std::string_view::npos;
+}
+
+X509Handle parseDer(const Bytes& bytes)
+{
+    const unsigned char* at = bytes.data();
+    return X509Handle(d2i_X509(nullptr, &at, static_cast<long>(bytes.size())));
+}
+
+// A file that wants a password must not ask for it on the terminal.
+int noPassword(char*, int, int, void*)
+{
+    return 0;
+}
+
+X509Handle parsePem(const Bytes& bytes)
+{
+    const MemoryHandle memory(BIO_new_mem_buf(bytes.data(), static_cast<int>(bytes.size())));
+    return X509Handle(memory ? PEM_read_bio_X509(memory.get(), nullptr, noPassword, nullptr) : nullptr);
+}
+
+void readCertificates(const std::string& path, bool hashed, std::vector<X509Handle>& certificates)
 {
     readFolder(path, [&](int folder, const char* name) {
-        if (!isCertificateName(name))
+        if (!(hashed ? isHashedName(name) : isCertificateName(name)))
             return;
         const Bytes bytes = File(folder, name).content();
-        const unsigned char* at = bytes.data();
-        if (X509Handle certificate{d2i_X509(nullptr, &at, static_cast<long>(bytes.size()))})
+        X509Handle certificate = hashed ? parsePem(bytes) : parseDer(bytes);
+        if (certificate)
             certificates.push_back(std::move(certificate));
     });
 }
@@ -99,7 +126,7 @@ CrlHandle parseRevocationList(const Bytes& bytes)
     if (CrlHandle list{d2i_X509_CRL(nullptr, &at, static_cast<long>(bytes.size()))})
         return list;
     const MemoryHandle memory(BIO_new_mem_buf(bytes.data(), static_cast<int>(bytes.size())));
-    return CrlHandle(memory ? PEM_read_bio_X509_CRL(memory.get(), nullptr, nullptr, nullptr) : nullptr);
+    return CrlHandle(memory ? PEM_read_bio_X509_CRL(memory.get(), nullptr, noPassword, nullptr) : nullptr);
 }
 
 void readRevocationLists(const std::string& path, std::vector<CrlHandle>& lists)
@@ -118,8 +145,8 @@ void readRevocationLists(const std::string& path, std::vector<CrlHandle>& lists)
 PkiContents readPkiFolders(const PkiFolders& folders)
 {
     PkiContents contents;
-    readCertificates(folders.trustedCertificates, contents.trusted);
-    readCertificates(folders.issuerCertificates, contents.issuers);
+    readCertificates(folders.trustedCertificates, folders.hashedNames, contents.trusted);
+    readCertificates(folders.issuerCertificates, folders.hashedNames, contents.issuers);
     readRevocationLists(folders.trustedRevocationLists, contents.revocationLists);
     readRevocationLists(folders.issuerRevocationLists, contents.revocationLists);
     ERR_clear_error();
