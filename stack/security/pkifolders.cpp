@@ -90,22 +90,24 @@ bool isHashedName(std::string_view name)
            name.find_first_not_of("0123456789", hashLength + 1) == std::string_view::npos;
 }
 
-X509Handle parseDer(const Bytes& bytes)
-{
-    const unsigned char* at = bytes.data();
-    return X509Handle(d2i_X509(nullptr, &at, static_cast<long>(bytes.size())));
-}
-
 // A file that wants a password must not ask for it on the terminal.
 int noPassword(char*, int, int, void*)
 {
     return 0;
 }
 
-X509Handle parsePem(const Bytes& bytes)
+// Of the first certificate in it.
+Bytes derOfPem(const Bytes& bytes)
 {
     const MemoryHandle memory(BIO_new_mem_buf(bytes.data(), static_cast<int>(bytes.size())));
-    return X509Handle(memory ? PEM_read_bio_X509(memory.get(), nullptr, noPassword, nullptr) : nullptr);
+    const X509Handle certificate(memory ? PEM_read_bio_X509(memory.get(), nullptr, noPassword, nullptr)
+                                        : nullptr);
+    const int size = certificate ? i2d_X509(certificate.get(), nullptr) : 0;
+    Bytes der(static_cast<size_t>(std::max(size, 0)));
+    unsigned char* at = der.data();
+    if (size > 0)
+        i2d_X509(certificate.get(), &at);
+    return der;
 }
 
 void readCertificates(const std::string& path, bool hashed, std::vector<X509Handle>& certificates)
@@ -114,9 +116,11 @@ void readCertificates(const std::string& path, bool hashed, std::vector<X509Hand
         if (!(hashed ? isHashedName(name) : isCertificateName(name)))
             return;
         const Bytes bytes = File(folder, name).content();
-        X509Handle certificate = hashed ? parsePem(bytes) : parseDer(bytes);
-        if (certificate)
-            certificates.push_back(std::move(certificate));
+        const Bytes der = hashed ? derOfPem(bytes) : bytes;
+        const auto first = firstOfChain(der);
+        const auto certificate = first ? cachedCertificate(*first) : nullptr;
+        if (certificate && X509_up_ref(certificate->x509()) == 1)
+            certificates.emplace_back(certificate->x509());
     });
 }
 

@@ -39,9 +39,14 @@ int acceptForNow(X509_STORE_CTX*, void*)
 
 } // namespace
 
-std::shared_ptr<TlsContext> TlsContext::make()
+void TlsContext::logKeys(const SSL* ssl, const char* line)
 {
-    const std::shared_ptr<TlsContext> result(new TlsContext);
+    static_cast<const TlsContext*>(SSL_CTX_get_app_data(SSL_get_SSL_CTX(ssl)))->m_keyLog->append(line);
+}
+
+std::shared_ptr<TlsContext> TlsContext::make(std::shared_ptr<KeyLog> keyLog)
+{
+    const std::shared_ptr<TlsContext> result(new TlsContext(std::move(keyLog)));
     result->m_context.reset(SSL_CTX_new(TLS_client_method()));
     SSL_CTX* const context = result->get();
     if (context == nullptr || SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION) != 1 ||
@@ -52,6 +57,10 @@ std::shared_ptr<TlsContext> TlsContext::make()
     SSL_CTX_set_options(context, SSL_OP_NO_COMPRESSION | SSL_OP_NO_RENEGOTIATION);
     SSL_CTX_set_mode(context, SSL_MODE_RELEASE_BUFFERS);
     SSL_CTX_set_session_cache_mode(context, SSL_SESS_CACHE_OFF);
+    if (result->m_keyLog) {
+        SSL_CTX_set_app_data(context, result.get());
+        SSL_CTX_set_keylog_callback(context, logKeys);
+    }
     SSL_CTX_set_cert_verify_callback(context, acceptForNow, nullptr);
     return result;
 }

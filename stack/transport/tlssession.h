@@ -2,6 +2,8 @@
 // application's on the other.
 #pragma once
 
+#include "keylog.h"
+
 #include <stack/core/protocol.h>
 #include <stack/security/handles.h>
 
@@ -16,12 +18,15 @@ namespace opcua {
 class TlsContext
 {
 public:
-    // Null when the library has no memory left.
-    [[nodiscard]] static std::shared_ptr<TlsContext> make();
+    // Null when the library has no memory left. keyLog may be null.
+    [[nodiscard]] static std::shared_ptr<TlsContext> make(std::shared_ptr<KeyLog> keyLog);
     [[nodiscard]] SSL_CTX* get() const { return m_context.get(); }
 
 private:
-    TlsContext() = default;
+    explicit TlsContext(std::shared_ptr<KeyLog> keyLog) : m_keyLog(std::move(keyLog)) {}
+    static void logKeys(const SSL* ssl, const char* line);
+
+    std::shared_ptr<KeyLog> m_keyLog; // null: keys are nobody's business
     std::unique_ptr<SSL_CTX, Freer<SSL_CTX_free>> m_context;
 };
 

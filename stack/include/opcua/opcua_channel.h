@@ -129,16 +129,16 @@ typedef struct OpcUa_ChannelConnectInfo
 
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
 /* Blocks until the channel is open or the timeout (0: 10000) is over. Good; BadTimeout;
- * BadTcpEndpointUrlInvalid (also http://, and a scheme that is not the profile's); BadCommunicationError (no such host, network); BadConnectionRejected (nobody
- * listens, or buffers too small); BadConnectionClosed (the peer hung up); BadSecurityPolicyRejected,
- * BadSecurityModeRejected; BadNotSupported (the transport profile); BadCertificateInvalid (one does not
- * decode); BadNoValidCertificates (the own key does not decode, or is another certificate's);
- * BadCertificatePolicyCheckFailed (a key's length); what the check of the server's certificate found (see
- * OpcUa_Certificate_Verify; the event VerifyCertificate may override it, within the timeout; over HTTPS also
- * BadCertificateHostNameInvalid); BadSecurityChecksFailed (no TLS session of version 1.2 or 1.3 came about);
- * BadRequestCancelledByClient; BadInvalidState (already connected, or on a callback of the channel); or the
- * server's own status. A channel whose connection was lost may be connected again without Disconnect.
- * revisedLifetime (ms) may be null. The strings and bytes of info are copied. */
+ * BadTcpEndpointUrlInvalid (also http://, and a scheme that is not the profile's); BadCommunicationError (no
+ * such host, network); BadConnectionRejected (nobody listens, or buffers too small); BadConnectionClosed (the
+ * peer hung up); BadSecurityPolicyRejected, BadSecurityModeRejected; BadNotSupported (the transport profile);
+ * BadCertificateInvalid (one does not decode); BadNoValidCertificates (the own key does not decode, or is
+ * another certificate's); BadCertificatePolicyCheckFailed (a key's length); what the check of the server's
+ * certificate found (see OpcUa_Certificate_Verify; the event VerifyCertificate may override it, within the
+ * timeout; over HTTPS also BadCertificateHostNameInvalid); BadSecurityChecksFailed (no TLS session of version
+ * 1.2 or 1.3 came about); BadRequestCancelledByClient; BadInvalidState (already connected, or on a callback
+ * of the channel); or the server's own status. A channel whose connection was lost may be connected again
+ * without Disconnect. revisedLifetime (ms) may be null. The strings and bytes of info are copied. */
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel,
                                                     const OpcUa_ChannelConnectInfo* info,
                                                     OpcUa_UInt32* revisedLifetime);
