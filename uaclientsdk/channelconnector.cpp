@@ -80,9 +80,8 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
     info.ClientCertificate = security.clientCertificate.get();
     info.ClientPrivateKey = security.clientPrivateKey.get();
     info.ServerCertificate = security.serverCertificate.get();
-    // a certificate that somebody has judged already is pinned by the channel, and not judged again
-    info.PkiConfiguration =
-        isHttpsUrl(url.view()) || security.verifyServerCertificateOnConnect ? &pki : nullptr;
+    // a certificate that was judged before the connect is pinned by the channel, and not judged again
+    info.PkiConfiguration = isHttpsUrl(url.view()) ? &pki : nullptr;
     info.SecurityPolicyUri = security.securityPolicyUri.toUtf8();
     info.RequestedLifetime = connectInfo.secureChannelLifetime;
     info.SecurityMode = security.messageSecurityMode;
@@ -98,6 +97,7 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
     if (OpcUa_IsGood(status)) {
         SessionLock lock(m_context.mutex);
         m_context.channelConnected = true;
+        m_context.sessionActive = false;
         m_context.revisedChannelLifetime = revisedLifetime;
         m_context.currentEndpointUrl = url;
     }
@@ -112,6 +112,7 @@ void ChannelConnector::disconnectChannel()
             return;
         }
         m_context.channelConnected = false;
+        m_context.sessionActive = false;
     }
     UaTrace::tIfCall("CALL OpcUa_Channel_Disconnect");
     const OpcUa_StatusCode status = OpcUa_Channel_Disconnect(m_context.channel);

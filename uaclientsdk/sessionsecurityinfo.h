@@ -6,6 +6,7 @@
 #include <uabase/uaarrays.h>
 #include <uabase/uabytestring.h>
 #include <uabase/uastatus.h>
+#include <uaclientsdk/certificatevalidationcallback.h>
 #include <uaclientsdk/clientsecurityinfo.h>
 #include <uaclientsdk/useridentitytoken.h>
 
@@ -20,6 +21,9 @@ public:
     OpcUa_MessageSecurityMode messageSecurityMode = OpcUa_MessageSecurityMode_None;
     UaByteString serverCertificate; // DER, may hold a whole chain
     bool verifyServerCertificateOnConnect = false;
+    // The user knows that the password can be read on its way and has agreed; otherwise the session asks
+    // (connectError with BadSecurityModeInsufficient) before it sends one so.
+    bool plainPasswordAccepted = false;
 
     // A session is secured exactly when its policy is not None.
     [[nodiscard]] bool isSecured() const;
@@ -27,6 +31,7 @@ public:
     void setAnonymousUserIdentity();
     void setUserPasswordUserIdentity(const UaString& user, const UaString& password);
     void setCertificateUserIdentity(const UaByteString& certificate, const UaByteString& privateKey);
+    void setUserIdentity(std::shared_ptr<const UaUserIdentityToken> identity); // null: anonymous
     // Never null; shared because copies of the record must not multiply secrets.
     [[nodiscard]] std::shared_ptr<const UaUserIdentityToken> userIdentityToken() const
     {
@@ -37,6 +42,17 @@ public:
     // none, bytes are left over or there are more than ten.
     [[nodiscard]] static UaStatus splitCertificateChain(const UaByteString& chain,
                                                         UaByteStringArray& certificates);
+
+    // Judges serverCertificate by the folders of pki() and what the policy asks of keys and digests; every
+    // finding is told to callback (which may be null), in the order in which they decide. Good, or the status
+    // of the first finding that stands: time and unknown revocation do not when the callback goes on. Reads
+    // the folders each time and may take a while.
+    [[nodiscard]] UaStatus verifyServerCertificate(CertificateValidationCallback* callback);
+    // Whether a finding says nothing against the certificate itself, so that a callback may override it.
+    [[nodiscard]] static bool mayBeOverridden(const UaStatusCode& finding);
+    // What the finding is that verificationError is told with context.
+    static void getCurrentErrorInformationOpenSSL(void* context, UaStatusCode& status, int& openSslError,
+                                                  UaString& errorText);
 
 private:
     std::shared_ptr<const UaUserIdentityToken> m_userIdentity;

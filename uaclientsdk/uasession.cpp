@@ -58,6 +58,14 @@ UaStatus UaSession::disconnect(const ServiceSettings& settings, bool deleteSubsc
     return result;
 }
 
+UaStatus UaSession::changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity)
+{
+    UaTrace::tInOut("--> UaSession::changeUser");
+    const UaStatus result = d->changeUser(settings, identity);
+    UaTrace::tInOut("<-- UaSession::changeUser [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
+    return result;
+}
+
 bool UaSession::isConnected() const
 {
     return guarded(d->context, &SessionContext::connectRequested);
@@ -176,6 +184,22 @@ UaStatus UaSession::loadDataTypeDictionaries()
 void UaSession::clearDataTypeDictionaries()
 {
     d->definitions.clear();
+}
+
+int UaSession::verificationError(SessionSecurityInfo* /*security*/, void* context,
+                                 const UaByteString& /*certificate*/, unsigned int /*errorCode*/,
+                                 unsigned int depth)
+{
+    UaStatusCode status;
+    int openSslError = 0;
+    UaString text;
+    SessionSecurityInfo::getCurrentErrorInformationOpenSSL(context, status, openSslError, text);
+    UaTrace::tError("Error: UaSession::verificationError - %s [status=%s] [error=%d] [depth=%u]",
+                    text.toUtf8(), status.toString().toUtf8(), openSslError, depth);
+    const bool accepted =
+        d->context.reportConnectError(UaClient::CertificateValidation, UaStatus(status.code(), text),
+                                      SessionSecurityInfo::mayBeOverridden(status));
+    return accepted ? 1 : 0;
 }
 
 UaString UaSession::getHostFromUrl(const UaString& url)

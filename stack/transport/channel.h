@@ -2,24 +2,32 @@
 #pragma once
 
 #include "callbackqueue.h"
-#include "connection.h"
+#include "messagetransport.h"
 #include "runtime.h"
 
+#include <stack/core/endpointurl.h>
+#include <stack/core/securitypolicy.h>
 #include <stack/security/certificatecheck.h>
 #include <stack/security/secret.h>
 
 #include <opcua/opcua_channel.h>
 
+#include <optional>
+
 namespace opcua {
+
+enum class TransportProfile { UaTcp, Https };
 
 struct ConnectParameters
 {
+    TransportProfile profile = TransportProfile::UaTcp;
     std::string url;
     std::string securityPolicyUri;
     OpcUa_MessageSecurityMode securityMode = OpcUa_MessageSecurityMode_None;
     OpcUa_UInt32 requestedLifetime = 0; // ms
     Milliseconds timeout{0};
-    // Empty with policy None. The server's certificate may bring its chain along.
+    // Empty with policy None. The server's certificate may bring its chain along. Not for HTTPS, where the
+    // certificate is the TLS session's.
     Bytes clientCertificate;
     Secret clientPrivateKey;
     Bytes serverCertificate;
@@ -46,9 +54,11 @@ public:
     [[nodiscard]] bool shutdown();
     [[nodiscard]] bool isConnected() const;
 
-    // As Connection::send; BadInvalidState when there was no connection.
+    // As the functions of MessageTransport; BadInvalidState when there was no connection.
     [[nodiscard]] OpcUa_StatusCode send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
                                         bool mayWait);
+    [[nodiscard]] OpcUa_StatusCode fetch(const std::shared_ptr<AwaitedCall>& call, ByteView body,
+                                         TimePoint deadline);
     [[nodiscard]] CallbackQueue& callbacks() { return m_callbacks; }
     [[nodiscard]] const Runtime& runtime() const { return *m_runtime; }
 
@@ -65,12 +75,21 @@ private:
     [[nodiscard]] OpcUa_StatusCode secure(const ConnectParameters& parameters, TimePoint deadline,
                                           const std::shared_ptr<Cancellation>& attempt,
                                           std::unique_ptr<SecurityPolicy>& policy);
+    [[nodiscard]] FindingJudge judgeOf(const ConnectParameters& parameters, TimePoint deadline,
+                                       const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode askAbout(const CertificateFinding& finding, const FindingJudge& judge,
                                             TimePoint deadline, const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode openChannel(const ConnectParameters& parameters, UniqueFd socket,
                                                std::unique_ptr<SecurityPolicy> policy, TimePoint deadline,
                                                const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] OpcUa_StatusCode openHttps(const ConnectParameters& parameters, const EndpointUrl& url,
+                                             UniqueFd socket, TimePoint deadline,
+                                             const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] OpcUa_StatusCode openTransport(std::shared_ptr<MessageTransport> transport,
+                                                 TimePoint deadline, Cancellation& attempt);
     [[nodiscard]] bool beginConnect(const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] std::shared_ptr<MessageTransport> connection() const; // null when there was none
+    void flush();
     void endConnection();
     void postEvent(OpcUa_Channel_Event event, OpcUa_StatusCode status);
     void setState(State state);
@@ -79,14 +98,14 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_stateChanged;
     State m_state = State::Idle;
-    std::shared_ptr<Connection> m_connection;
+    std::shared_ptr<MessageTransport> m_connection;
     std::shared_ptr<Cancellation> m_attempt; // of the connect that runs
     // Of the connection that is there; set while there is none. m_opening guards the two behind it.
     std::shared_ptr<Cancellation> m_opening;
     std::optional<OpcUa_StatusCode> m_opened; // what connect answers, or answered
     OpcUa_UInt32 m_revisedLifetime = 0;
     std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> m_onEvent;
-    CallbackQueue m_callbacks;
+    CallbackQueue m_callbacks{[this] { flush(); }};
 };
 
 } // namespace opcua
