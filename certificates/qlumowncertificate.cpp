@@ -82,8 +82,10 @@ QlumOwnCertificate QlumOwnCertificate::renewed(const UaPkiCertificate& old, cons
     result.subject = old.subject();
     result.info.URI = toUaString(
         qlumApplicationUri(toQString(result.subject.organization), toQString(result.subject.commonName)));
-    result.info.IPAddresses = oldInfo.IPAddresses;
-    result.info.DNSNames = oldInfo.DNSNames;
+    if (oldInfo.IPAddresses.length() + oldInfo.DNSNames.length() > 0) { // one of them is needed
+        result.info.IPAddresses = oldInfo.IPAddresses;
+        result.info.DNSNames = oldInfo.DNSNames;
+    }
     if (const int bits = old.publicKey().keySize(); bits >= 1024 && bits <= 4096)
         result.keyBits = bits;
     if (old.signatureAlgorithm() != UaPkiCertificate::UnknownSignatureAlgorithm)
