@@ -19,6 +19,7 @@
 #include <array>
 #include <cstdlib>
 #include <map>
+#include <string>
 
 namespace opcua::test::sealing {
 
@@ -78,24 +79,25 @@ inline Bytes nonceOf(const PolicyProfile& profile, bool ofEngine, unsigned token
 class SealedBefore
 {
 public:
+    // out holds the plain frame, and the sealed one when it returns; sealNow does the work on out.
     template <typename Seal>
-    [[nodiscard]] bool seal(Bytes& out, const Bytes& plain, Seal sealNow)
+    [[nodiscard]] bool seal(Bytes& out, Seal sealNow)
     {
+        std::string plain(asText(out));
         if (const auto found = m_known.find(plain); found != m_known.end()) {
             out = found->second;
             return true;
         }
-        Bytes before = plain;
         if (!sealNow())
             return false;
         if (m_known.size() >= 256)
             m_known.clear();
-        m_known.emplace(std::move(before), out);
+        m_known.emplace(std::move(plain), out);
         return true;
     }
 
 private:
-    std::map<Bytes, Bytes> m_known;
+    std::map<std::string, Bytes> m_known;
 };
 
 class CachedSeal final : public ChunkProtection
@@ -107,7 +109,7 @@ public:
     bool seal(Bytes& out, size_t chunkBegin, size_t sequenceBegin) override
     {
         static SealedBefore before;
-        return before.seal(out, out, [&] { return m_real.seal(out, chunkBegin, sequenceBegin); });
+        return before.seal(out, [&] { return m_real.seal(out, chunkBegin, sequenceBegin); });
     }
     std::optional<size_t> unseal(MutableByteView chunk, size_t sequenceBegin) override
     {
@@ -155,6 +157,7 @@ struct Tail
 {
     bool right = true;
     ByteView bytes{};
+    bool signedRight = true;
 };
 
 class SealingPeer
@@ -181,7 +184,10 @@ public:
         const size_t blocks = (out.size() - sealed + cipherBlockSize(own.key->key())) / room;
         putUInt32(out.data() + begin + 4, static_cast<OpcUa_UInt32>(sealed + blocks * block));
         static SealedBefore before;
-        check(before.seal(out, out, [&] { return sealOpen(out, sealed); }));
+        if (tail.signedRight)
+            check(before.seal(out, [&] { return sealOpen(out, sealed, true); }));
+        else
+            check(sealOpen(out, sealed, false));
         return out;
     }
 
@@ -203,6 +209,7 @@ public:
             out.insert(out.end(), tail.bytes.begin(), tail.bytes.end());
         putUInt32(out.data() + begin + 4, static_cast<OpcUa_UInt32>(out.size() + signature));
         sign(out, tokenKeys.signing.view(), signature);
+        out.back() ^= tail.signedRight ? 0 : 1;
         if (m_suite.encrypts)
             encrypt(MutableByteView(out).subspan(symmetricHeaderSize), tokenKeys);
         return out;
@@ -218,11 +225,12 @@ private:
         appendUInt32(out, requestId);
         out.insert(out.end(), body.begin(), body.end());
     }
-    [[nodiscard]] bool sealOpen(Bytes& out, size_t sealed) const
+    [[nodiscard]] bool sealOpen(Bytes& out, size_t sealed, bool signedRight) const
     {
         const auto signature = rsaSign(identity(m_isServer).key->key(), m_suite.profile.signature, out);
         check(signature.has_value());
         out.insert(out.end(), signature->begin(), signature->end());
+        out.back() ^= signedRight ? 0 : 1;
         const auto cipher = rsaEncrypt(identity(!m_isServer).certificate->publicKey(),
                                        m_suite.profile.encryption, ByteView(out).subspan(sealed));
         if (!cipher)
