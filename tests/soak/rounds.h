@@ -1,0 +1,10 @@
+#pragma once
+
+#include "options.h"
+
+namespace soak {
+
+// Connects and disconnects so often; every second round is secured. False when one fails.
+bool runRounds(const Options& options, unsigned long rounds);
+
+} // namespace soak

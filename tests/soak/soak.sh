@@ -1,0 +1,23 @@
+#!/bin/bash
+# Runs the soak against a demo server of its own, which it also restarts in between:
+#   soak.sh PROGRAM [OPTIONS OF THE PROGRAM]
+set -euo pipefail
+
+demo=$(cd "$(dirname "$(readlink -f "$0")")/../../demoserver" && pwd)
+dir=$(mktemp -d)
+stop() {
+    node "$demo/ctl.mjs" stop "$dir/info" >/dev/null 2>&1 || true
+    rm -rf "$dir"
+}
+trap stop EXIT
+
+start() { node "$demo/ctl.mjs" start --info "$dir/info" --log "$dir/log" --pki "$dir/pki" --host 127.0.0.1 --port "$1"; }
+url=$(start 0 | tail -n 1)
+port=$(sed -E 's|.*:([0-9]+)/.*|\1|' <<<"$url")
+restart="node '$demo/ctl.mjs' stop '$dir/info' >/dev/null;"
+restart+=" node '$demo/ctl.mjs' start --info '$dir/info' --log '$dir/log' --pki '$dir/pki' --host 127.0.0.1"
+restart+=" --port $port >/dev/null"
+
+program=$1
+shift
+"$program" --server "$url" --restart "$restart" --seed "${SOAK_SEED:-$RANDOM}" "$@"
