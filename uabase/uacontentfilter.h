@@ -12,6 +12,11 @@
 
 using UaBrowseNames = std::vector<UaQualifiedName>;
 
+// Names a field of an event, in an initialised operand. BadOutOfMemory.
+[[nodiscard]] OpcUa_StatusCode uaFillSimpleAttribute(OpcUa_SimpleAttributeOperand& operand,
+                                                     const UaNodeId& typeDefinitionId,
+                                                     const UaBrowseNames& path, OpcUa_UInt32 attributeId);
+
 // One operand of a condition, OPC 10000-4, 7.7.4.
 class UaFilterOperand
 {
@@ -34,7 +39,7 @@ private:
 class UaContentFilter
 {
 public:
-    // The index of the new element.
+    // The index of the new element. What no memory was left for shows in copyTo.
     OpcUa_UInt32 add(OpcUa_FilterOperator filterOperator, const std::vector<UaFilterOperand>& operands);
     [[nodiscard]] OpcUa_UInt32 length() const noexcept { return m_elements.length(); }
     [[nodiscard]] bool isEmpty() const noexcept { return m_elements.isEmpty(); }
@@ -45,4 +50,5 @@ public:
 
 private:
     UaContentFilterElements m_elements;
+    bool m_complete = true;
 };

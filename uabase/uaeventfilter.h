@@ -3,11 +3,6 @@
 
 #include <uabase/uacontentfilter.h>
 
-// Fills an initialised operand. BadOutOfMemory.
-[[nodiscard]] OpcUa_StatusCode uaFillSimpleAttribute(OpcUa_SimpleAttributeOperand& operand,
-                                                     const UaNodeId& typeDefinitionId,
-                                                     const UaBrowseNames& path, OpcUa_UInt32 attributeId);
-
 // EventFilter, OPC 10000-4, 7.22.3. The fields of an event come in the order of the select clauses.
 class UaEventFilter
 {
@@ -30,4 +25,5 @@ public:
 private:
     UaSimpleAttributeOperands m_selectClauses;
     UaContentFilter m_where;
+    bool m_complete = true; // false when no memory was left for a clause
 };
