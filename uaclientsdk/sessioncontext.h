@@ -6,10 +6,12 @@
 #include <opcua/opcua_channel.h>
 #include <uabase/uaarrays.h>
 #include <uabase/uanodeid.h>
+#include <uaclientsdk/callbackpool.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionmutex.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
+#include <uaclientsdk/transactioncounter.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {
@@ -55,6 +57,11 @@ struct SessionContext
     OpcUa_UInt32 revisedChannelLifetime = 0;
     OpcUa_UInt32 nextRequestHandle = 1;
 
+    // Asynchronous calls that are not completed yet. One begins under the mutex, while a connect is
+    // requested, so that disconnect misses none. Guards itself.
+    TransactionCounter transactions;
+    const std::shared_ptr<CallbackPool> pool; // Immutable.
+
     // Set by channel events on the stack's thread: the link is gone, check at once. Not guarded.
     std::atomic<bool> linkLost{false};
 
@@ -62,6 +69,10 @@ struct SessionContext
     // Fills an initialised header; the caller clears it.
     void fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header);
     void setWatchdogTimeLocked(OpcUa_UInt32 milliseconds);
+
+    // Executes a completion on the pool; at once and here when the pool can not take it, for a completion is
+    // never lost. Without the mutex.
+    void runOnPool(std::unique_ptr<CallbackJob> job) const;
 
     // Callbacks, made without the mutex.
     void notifyStatus(UaClient::ServerStatus status) const;

@@ -247,6 +247,10 @@ UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool dele
         SessionLock lock(context.mutex);
         connected = context.serverStatus == UaClient::Connected;
     }
+    if (!connected) {
+        m_connector.disconnectChannel(); // calls over a broken link are answered at once
+    }
+    context.transactions.waitForTransactionCompletion(context.traceId);
     UaStatus result;
     if (connected) {
         result = m_activator.closeSession(settings, deleteSubscriptions);
