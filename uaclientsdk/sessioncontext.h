@@ -27,6 +27,7 @@ struct SessionContext
 
     mutable SessionMutex mutex;
     std::condition_variable_any wakeUp; // ends the session thread's waits early
+    bool threadWanted = false;          // ends its next wait
 
     // Lives as long as the session and is connected again and again, so that a service call that runs while
     // the link is replaced never meets a freed handle. Immutable.
@@ -69,6 +70,8 @@ struct SessionContext
     // Fills an initialised header; the caller clears it.
     void fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header);
     void setWatchdogTimeLocked(OpcUa_UInt32 milliseconds);
+    // The session thread has something to do.
+    void wakeThreadLocked();
 
     // Executes a completion on the pool; at once and here when the pool can not take it, for a completion is
     // never lost. Without the mutex.
