@@ -4,9 +4,11 @@
 #include <atomic>
 #include <condition_variable>
 #include <opcua/opcua_channel.h>
+#include <thread>
 #include <uabase/uaarrays.h>
 #include <uabase/uanodeid.h>
 #include <uaclientsdk/callbackpool.h>
+#include <uaclientsdk/erroroverrides.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionmutex.h>
@@ -28,6 +30,8 @@ struct SessionContext
     mutable SessionMutex mutex;
     std::condition_variable_any wakeUp; // ends the session thread's waits early
     bool threadWanted = false;          // ends its next wait
+    std::condition_variable_any activatorDone;
+    ErrorOverrides errorOverrides; // of who is the activator, without the mutex
 
     // Lives as long as the session and is connected again and again, so that a service call that runs while
     // the link is replaced never meets a freed handle. Immutable.
@@ -40,10 +44,14 @@ struct SessionContext
     UaStringArray localeIds; // what CreateSession and ActivateSession send
     UaSessionCallback* callback = nullptr;
 
+    bool connecting = false; // a connect is under way
     bool connectRequested = false;
     bool channelConnected = false;
     bool sessionCreated = false; // the server knows sessionId
     bool activatedOnce = false;
+    bool sessionActive = false; // activated on the channel that is connected now: services may be called
+    bool userRefused = false;   // the server took not this user; only another one is tried
+    std::thread::id activator;  // the thread that talks about the session's identity just now
     UaClient::ServerStatus serverStatus = UaClient::Disconnected;
     OpcUa_ServerState serverState = OpcUa_ServerState_Unknown;
 
@@ -51,7 +59,7 @@ struct SessionContext
     UaNodeId sessionId;
     UaNodeId authenticationToken;
     UaByteString serverNonce;
-    UaByteString serverCertificate;
+    UaByteString serverCertificate;   // one, DER
     UaEndpointDescriptions endpoints; // as CreateSession returned them
     UaStringArray namespaceTable;
     double revisedSessionTimeout = 0.0;

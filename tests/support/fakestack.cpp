@@ -462,6 +462,7 @@ OpcUa_StatusCode OpcUa_Channel_BeginInvokeService(OpcUa_Channel, const OpcUa_Enc
 
 OpcUa_UInt64 OpcUa_GetTickCount(void)
 {
+    ++FakeStack::instance().tickReads;
     return FakeStack::instance().ticks;
 }
 

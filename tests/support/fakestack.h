@@ -56,6 +56,8 @@ public:
 
     // The clock of the code under test, in ms.
     std::atomic<OpcUa_UInt64> ticks{1};
+    // How often it was looked at.
+    std::atomic<int> tickReads{0};
 
     // Called by the replaced functions.
     OpcUa_StatusCode connect(const OpcUa_ChannelConnectInfo& info, OpcUa_UInt32* revisedLifetime);
