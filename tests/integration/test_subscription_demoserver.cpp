@@ -47,9 +47,7 @@ public:
     {
         change([&] {
             for (const OpcUa_MonitoredItemNotification& item : notifications) {
-                double number = 0;
-                static_cast<void>(UaVariant(item.Value.Value).toDouble(number));
-                values[item.ClientHandle].push_back(number);
+                values[item.ClientHandle].push_back(UaVariant(item.Value.Value).toDouble());
             }
         });
     }

@@ -42,6 +42,13 @@ public:
         return m_changed.wait_for(lock, limit, [&] { return m_statuses == wanted; });
     }
 
+    // Whether there are so many statuses within the limit.
+    bool waitForCount(std::size_t count)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, std::chrono::seconds(10), [&] { return m_statuses.size() >= count; });
+    }
+
     std::vector<int> statuses()
     {
         std::lock_guard lock(m_mutex);
