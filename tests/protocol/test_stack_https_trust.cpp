@@ -148,5 +148,24 @@ TEST_F(StackHttps, AnApplicationThatIsStillThinkingDoesNotHoldUpTheEndOfConnect)
     EXPECT_EQ(connected.get(), OpcUa_BadCertificateUntrusted) << "the answer came too late";
 }
 
+TEST_F(StackHttps, KeysAreWrittenOnlyForWhomTheEnvironmentNames)
+{
+    constexpr const char* variable = "OPCUA_KEYLOGFILE";
+    const TemporaryFolder folder;
+    const std::string file = folder.file("keys");
+    const HttpsPeer peer(serveAll);
+    ASSERT_EQ(HttpsChannel().connect(peer.url()), OpcUa_Good);
+    EXPECT_TRUE(folder.names().empty());
+    OpcUa_ProxyStub_Clear();
+    ::setenv(variable, file.c_str(), 1);
+    const OpcUa_StatusCode started = OpcUa_ProxyStub_Initialize(nullptr);
+    ::unsetenv(variable);
+    ASSERT_EQ(started, OpcUa_Good);
+    ASSERT_EQ(HttpsChannel().connect(peer.url()), OpcUa_Good);
+    const std::string keys = TemporaryFolder::read(file);
+    EXPECT_NE(keys.find("CLIENT_TRAFFIC_SECRET_0 "), std::string::npos);
+    EXPECT_NE(keys.find("SERVER_TRAFFIC_SECRET_0 "), std::string::npos);
+}
+
 } // namespace
 } // namespace opcua::test
