@@ -31,7 +31,7 @@ class UaSession : public UaDataTypeDictionary, private CertificateValidationCall
 {
 public:
     UaSession();
-    ~UaSession() override; // disconnects
+    ~UaSession() override; // disconnects; not in a callback of the session
     UaSession(const UaSession&) = delete;
     UaSession& operator=(const UaSession&) = delete;
 

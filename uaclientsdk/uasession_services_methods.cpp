@@ -87,6 +87,36 @@ UaStatus targetOf(const OpcUa_BrowsePathResult& result, UaNodeId& target)
     return UaStatus();
 }
 
+// The properties that a method has, and where their values go.
+struct ArgumentNodes
+{
+    UaReadValueIds nodes;
+    std::array<UaArguments*, argumentProperties.size()> targets{};
+
+    UaStatus take(const UaBrowsePathResults& found,
+                  const std::array<UaArguments*, argumentProperties.size()>& arguments)
+    {
+        for (OpcUa_UInt32 i = 0; i < found.length(); ++i) {
+            UaNodeId property;
+            const UaStatus status = targetOf(found[i], property);
+            if (status.isBad()) {
+                return status;
+            }
+            const OpcUa_UInt32 place = nodes.length();
+            if (property.isNull()) {
+                continue;
+            }
+            if (!nodes.resize(place + 1)) {
+                return UaStatus(OpcUa_BadOutOfMemory);
+            }
+            property.copyTo(&nodes[place].NodeId);
+            nodes[place].AttributeId = OpcUa_Attributes_Value;
+            targets[place] = arguments[i];
+        }
+        return UaStatus();
+    }
+};
+
 UaStatus argumentsOf(const OpcUa_DataValue& value, UaArguments& arguments)
 {
     if (OpcUa_IsBad(value.StatusCode)) {
@@ -153,27 +183,17 @@ UaStatus UaSession::getMethodArguments(ServiceSettings& settings, const UaNodeId
     UaDiagnosticInfos diagnosticInfos;
     UaStatus status =
         translateBrowsePathsToNodeIds(settings, pathsToArguments(methodId), found, diagnosticInfos);
-    UaReadValueIds nodes;
-    std::array<UaArguments*, 2> wanted = {&inputArguments, &outputArguments};
-    std::array<UaArguments*, 2> filled{};
-    for (OpcUa_UInt32 i = 0; i < found.length() && !status.isBad(); ++i) {
-        UaNodeId property;
-        status = targetOf(found[i], property);
-        if (!status.isBad() && !property.isNull()) {
-            const OpcUa_UInt32 place = nodes.length();
-            nodes.resize(place + 1);
-            property.copyTo(&nodes[place].NodeId);
-            nodes[place].AttributeId = OpcUa_Attributes_Value;
-            filled[place] = wanted[i];
-        }
+    ArgumentNodes wanted;
+    if (!status.isBad()) {
+        status = wanted.take(found, {&inputArguments, &outputArguments});
     }
-    if (status.isBad() || nodes.isEmpty()) {
+    if (status.isBad() || wanted.nodes.isEmpty()) {
         return status;
     }
     UaDataValues values;
-    status = read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, nodes, values, diagnosticInfos);
+    status = read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, wanted.nodes, values, diagnosticInfos);
     for (OpcUa_UInt32 i = 0; i < values.length() && !status.isBad(); ++i) {
-        status = argumentsOf(values[i], *filled[i]);
+        status = argumentsOf(values[i], *wanted.targets[i]);
     }
     if (status.isBad()) {
         inputArguments.clear();

@@ -64,6 +64,7 @@ void addSecurity(OpcUa_Channel channel, const OpcUa_ChannelConnectInfo& info,
     parameters.clientCertificate = bytesOf(info.ClientCertificate);
     parameters.clientPrivateKey = opcua::Secret(bytesOf(info.ClientPrivateKey));
     parameters.serverCertificate = bytesOf(info.ServerCertificate);
+    parameters.basic128Rsa15Allowed = info.AllowBasic128Rsa15 != OpcUa_False;
     if (asksForCheck(info.PkiConfiguration))
         parameters.pki = opcua::foldersOf(info.PkiConfiguration);
     if (info.Callback == nullptr)

@@ -134,6 +134,11 @@ OpcUa_StatusCode Channel::secure(const ConnectParameters& parameters, TimePoint 
                                  const std::shared_ptr<Cancellation>& attempt,
                                  std::unique_ptr<SecurityPolicy>& policy)
 {
+    if (parameters.securityPolicyUri == OpcUa_SecurityPolicy_Basic128Rsa15 &&
+        !parameters.basic128Rsa15Allowed) {
+        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "The policy Basic128Rsa15 is unsafe and was not asked for");
+        return OpcUa_BadSecurityPolicyRejected;
+    }
     const SecurityMaterial material{parameters.clientCertificate, parameters.clientPrivateKey.view(),
                                     parameters.serverCertificate};
     const OpcUa_StatusCode made =

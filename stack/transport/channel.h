@@ -25,6 +25,7 @@ struct ConnectParameters
     std::string securityPolicyUri;
     OpcUa_MessageSecurityMode securityMode = OpcUa_MessageSecurityMode_None;
     OpcUa_UInt32 requestedLifetime = 0; // ms
+    bool basic128Rsa15Allowed = false;
     Milliseconds timeout{0};
     // Empty with policy None. The server's certificate may bring its chain along. Not for HTTPS, where the
     // certificate is the TLS session's.

@@ -264,6 +264,12 @@ TEST_F(ServicesDemoServerTest, RefusedServicesTellWhy)
         session.historyDeleteRawModified(settings, UaDeleteRawModifiedDetailsArray(1u), updated, diagnostics)
             .statusCode(),
         unsupported);
+    HistoryReadAtTimeContext atTime;
+    atTime.requestedTimes.append(UaDateTime::now().value());
+    HistoryReadDataResults read;
+    const UaStatus atTimeStatus =
+        session.historyReadAtTime(settings, atTime, historyNode("History.Sine"), read, diagnostics);
+    EXPECT_TRUE(atTimeStatus.isBad() || read.at(0).status.isBad());
     UaQueryDataSets dataSets;
     UaByteString point;
     QueryFindings findings;

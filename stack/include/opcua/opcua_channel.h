@@ -125,6 +125,9 @@ typedef struct OpcUa_ChannelConnectInfo
     OpcUa_MessageSecurityMode SecurityMode;
     const char* Reserved;        /* carried through; empty is fine */
     OpcUa_UInt32 ConnectTimeout; /* ms, from the start of the call, whatever trickles in */
+    /* Its decryption can be made to answer questions about other messages (OPC 10000-7, 6.6): the policy
+     * Basic128Rsa15 is refused with BadSecurityPolicyRejected unless somebody asked for it for this server */
+    OpcUa_Boolean AllowBasic128Rsa15;
 } OpcUa_ChannelConnectInfo;
 
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
