@@ -208,6 +208,13 @@ TEST(HttpPipelines, EndWhenThePeerSaysSo)
     static_cast<void>(idle.send());
     idle.receive(answer("x", "Keep-Alive: timeout=8, max=5\r\n"));
     EXPECT_EQ(idle.engine.closeIdleAt(), start + 6s);
+
+    // a server that takes so many requests only would close behind the last of them, whatever follows
+    for (int n = 0; n < 4; ++n)
+        static_cast<void>(idle.send());
+    EXPECT_FALSE(idle.engine.load(start).full);
+    static_cast<void>(idle.send());
+    EXPECT_TRUE(idle.engine.load(start).full);
 }
 
 TEST(HttpPipelines, TellAPublishFromARead)
@@ -240,6 +247,7 @@ TEST(HttpLanes, NoQuickRequestWaitsBehindASlowOne)
     const HttpLaneLoad stuck{5, Quick, true};
     const HttpLaneLoad calling{1, Slow, false};
     const HttpLaneLoad publishing{3, LongPoll, true};
+    const HttpLaneLoad full{2, Quick, false, true};
     struct Case
     {
         std::vector<HttpLaneLoad> lanes;
@@ -257,6 +265,7 @@ TEST(HttpLanes, NoQuickRequestWaitsBehindASlowOne)
         {{idle, publishing}, LongPoll, 1},
         {{reading}, LongPoll, fresh},
         {{stuck, calling}, Quick, fresh},
+        {{full, {0, Quick, false, true}, reading}, Quick, 2},
         {{reading, calling}, Slow, fresh},
         {{reading, calling, idle}, Slow, 2},
         // no place is left: behind what is likeliest to move
