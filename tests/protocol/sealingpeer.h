@@ -335,7 +335,8 @@ public:
     // A length in one byte, and as many bytes.
     [[nodiscard]] ByteView bytes()
     {
-        const size_t length = std::min<size_t>(byte(), m_bytes.size());
+        const size_t wanted = byte();
+        const size_t length = std::min(wanted, m_bytes.size());
         const ByteView taken = m_bytes.first(length);
         m_bytes = m_bytes.subspan(length);
         return taken;
