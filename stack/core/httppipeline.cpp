@@ -125,7 +125,7 @@ void HttpPipeline::takeAnswer(HttpAnswer&& answer, TimePoint now)
         --m_waiting;
         m_listener.onResponse(request.id, std::move(answer.body));
     }
-    if (answer.last)
+    if (answer.last || (m_requests.empty() && m_requestsLeft == 0u))
         end(State::Finished, OpcUa_BadConnectionClosed);
     endIfForsaken();
 }

@@ -215,6 +215,12 @@ TEST(HttpPipelines, EndWhenThePeerSaysSo)
     EXPECT_FALSE(idle.engine.load(start).full);
     static_cast<void>(idle.send());
     EXPECT_TRUE(idle.engine.load(start).full);
+    const std::string left = "Keep-Alive: max=";
+    idle.receive(answer("", left + "4\r\n") + answer("", left + "3\r\n") + answer("", left + "2\r\n") +
+                 answer("", left + "1\r\n"));
+    EXPECT_EQ(idle.engine.state(), HttpPipeline::State::Open);
+    idle.receive(answer("", left + "0\r\n"));
+    EXPECT_EQ(idle.engine.state(), HttpPipeline::State::Finished);
 }
 
 TEST(HttpPipelines, TellAPublishFromARead)
