@@ -80,9 +80,8 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
     info.ClientCertificate = security.clientCertificate.get();
     info.ClientPrivateKey = security.clientPrivateKey.get();
     info.ServerCertificate = security.serverCertificate.get();
-    // a certificate that somebody has judged already is pinned by the channel, and not judged again
-    info.PkiConfiguration =
-        isHttpsUrl(url.view()) || security.verifyServerCertificateOnConnect ? &pki : nullptr;
+    // a certificate that was judged before the connect is pinned by the channel, and not judged again
+    info.PkiConfiguration = isHttpsUrl(url.view()) ? &pki : nullptr;
     info.SecurityPolicyUri = security.securityPolicyUri.toUtf8();
     info.RequestedLifetime = connectInfo.secureChannelLifetime;
     info.SecurityMode = security.messageSecurityMode;

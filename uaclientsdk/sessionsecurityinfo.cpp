@@ -1,10 +1,39 @@
 #include <uaclientsdk/sessionsecurityinfo.h>
 
-#include <opcua/opcua_channel.h>
+#include <algorithm>
+#include <array>
+
+#include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 
 namespace UaClientSdk {
+
+namespace {
+
+struct Verification
+{
+    SessionSecurityInfo& security;
+    CertificateValidationCallback* callback;
+    bool ended = false; // by the callback
+};
+
+OpcUa_StatusCode tellFinding(const OpcUa_CertificateValidation* finding, void* context)
+{
+    auto& verification = *static_cast<Verification*>(context);
+    if (!verification.callback || verification.ended) {
+        return finding->Status;
+    }
+    OpcUa_CertificateValidation shown = *finding;
+    const int answer = verification.callback->verificationError(
+        &verification.security, &shown, UaByteString(finding->Certificate),
+        static_cast<unsigned int>(finding->ProviderError), static_cast<unsigned int>(finding->Depth));
+    verification.ended = answer != 1;
+    const bool overridden = !verification.ended && SessionSecurityInfo::mayBeOverridden(finding->Status);
+    return overridden ? static_cast<OpcUa_StatusCode>(OpcUa_Good) : finding->Status;
+}
+
+} // namespace
 
 SessionSecurityInfo::SessionSecurityInfo()
     : securityPolicyUri(OpcUa_SecurityPolicy_None),
@@ -47,6 +76,42 @@ UaStatus SessionSecurityInfo::splitCertificateChain(const UaByteString& chain,
         }
     }
     return UaStatus();
+}
+
+UaStatus SessionSecurityInfo::verifyServerCertificate(CertificateValidationCallback* callback)
+{
+    const PkiFolders& folders = pki();
+    const OpcUa_PkiConfiguration configuration{
+        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
+        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
+    Verification verification{*this, callback};
+    return UaStatus(OpcUa_Certificate_Verify(serverCertificate.get(), &configuration,
+                                             securityPolicyUri.toUtf8(), tellFinding, &verification));
+}
+
+bool SessionSecurityInfo::mayBeOverridden(const UaStatusCode& finding)
+{
+    constexpr std::array<OpcUa_StatusCode, 4> overridable = {
+        OpcUa_BadCertificateTimeInvalid, OpcUa_BadCertificateIssuerTimeInvalid,
+        OpcUa_BadCertificateRevocationUnknown, OpcUa_BadCertificateIssuerRevocationUnknown};
+    return std::find(overridable.begin(), overridable.end(), finding.code()) != overridable.end();
+}
+
+void SessionSecurityInfo::getCurrentErrorInformationOpenSSL(void* context, UaStatusCode& status,
+                                                            int& openSslError, UaString& errorText)
+{
+    const auto* const finding = static_cast<const OpcUa_CertificateValidation*>(context);
+    status = finding ? finding->Status : static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    openSslError = finding ? finding->ProviderError : 0;
+    if (openSslError != 0) {
+        errorText = UaPkiErrors::verificationErrorText(openSslError);
+    } else if (status == OpcUa_BadCertificateUseNotAllowed) {
+        errorText = "the certificate may not be used to sign or to talk to clients";
+    } else if (status == OpcUa_BadCertificatePolicyCheckFailed) {
+        errorText = "key or signature of the certificate is not what the security policy asks for";
+    } else {
+        errorText = status.isGood() ? UaString("") : UaString("the certificate can not be decoded");
+    }
 }
 
 } // namespace UaClientSdk

@@ -6,6 +6,7 @@
 #include <uabase/uaarrays.h>
 #include <uabase/uabytestring.h>
 #include <uabase/uastatus.h>
+#include <uaclientsdk/certificatevalidationcallback.h>
 #include <uaclientsdk/clientsecurityinfo.h>
 #include <uaclientsdk/useridentitytoken.h>
 
@@ -37,6 +38,17 @@ public:
     // none, bytes are left over or there are more than ten.
     [[nodiscard]] static UaStatus splitCertificateChain(const UaByteString& chain,
                                                         UaByteStringArray& certificates);
+
+    // Judges serverCertificate by the folders of pki() and what the policy asks of keys and digests; every
+    // finding is told to callback (which may be null), in the order in which they decide. Good, or the status
+    // of the first finding that stands: time and unknown revocation do not when the callback goes on. Reads
+    // the folders each time and may take a while.
+    [[nodiscard]] UaStatus verifyServerCertificate(CertificateValidationCallback* callback);
+    // Whether a finding says nothing against the certificate itself, so that a callback may override it.
+    [[nodiscard]] static bool mayBeOverridden(const UaStatusCode& finding);
+    // What the finding is that verificationError is told with context.
+    static void getCurrentErrorInformationOpenSSL(void* context, UaStatusCode& status, int& openSslError,
+                                                  UaString& errorText);
 
 private:
     std::shared_ptr<const UaUserIdentityToken> m_userIdentity;

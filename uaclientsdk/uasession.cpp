@@ -178,6 +178,22 @@ void UaSession::clearDataTypeDictionaries()
     d->definitions.clear();
 }
 
+int UaSession::verificationError(SessionSecurityInfo* /*security*/, void* context,
+                                 const UaByteString& /*certificate*/, unsigned int /*errorCode*/,
+                                 unsigned int depth)
+{
+    UaStatusCode status;
+    int openSslError = 0;
+    UaString text;
+    SessionSecurityInfo::getCurrentErrorInformationOpenSSL(context, status, openSslError, text);
+    UaTrace::tError("Error: UaSession::verificationError - %s [status=%s] [error=%d] [depth=%u]",
+                    text.toUtf8(), status.toString().toUtf8(), openSslError, depth);
+    const bool accepted =
+        d->context.reportConnectError(UaClient::CertificateValidation, UaStatus(status.code(), text),
+                                      SessionSecurityInfo::mayBeOverridden(status));
+    return accepted ? 1 : 0;
+}
+
 UaString UaSession::getHostFromUrl(const UaString& url)
 {
     return UaString(std::string_view(parseEndpointUrl(url.view()).host));

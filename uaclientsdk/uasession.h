@@ -8,6 +8,7 @@
 #include <uabase/uarefcounter.h>
 #include <uabase/uastatus.h>
 #include <uaclientsdk/browsecontext.h>
+#include <uaclientsdk/certificatevalidationcallback.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
@@ -21,7 +22,7 @@ class UaSessionPrivate;
 // Owns the secure channel, creates and activates the session, watches it from a thread of its own and
 // reconnects by itself. All operations may be called from any thread; services block their caller, never
 // longer than their timeout (and a channel's worth of steps of it where a request is split). Nothing throws.
-class UaSession : public UaDataTypeDictionary
+class UaSession : public UaDataTypeDictionary, private CertificateValidationCallback
 {
 public:
     UaSession();
@@ -95,6 +96,11 @@ public:
     [[nodiscard]] static OpcUa_UInt16 getPortFromUrl(const UaString& url);
 
 private:
+    friend class UaSessionPrivate;
+    // Of the check that a connect makes: the application decides whether it goes on.
+    int verificationError(SessionSecurityInfo* security, void* context, const UaByteString& certificate,
+                          unsigned int errorCode, unsigned int depth) override;
+
     UaRefPtr<UaSessionPrivate> d;
 };
 

@@ -44,6 +44,8 @@ UaStatus UaSessionPrivate::connect(const UaString& url, const SessionConnectInfo
             UaTrace::tError("<-- UaSession::connect [ret=OpcUa_BadInternalError] - Server already connected");
             return UaStatus(OpcUa_BadInternalError);
         }
+        context.callback = callback; // the check of the certificate asks it already
+        context.connectInfo = connectInfo;
     }
     endThread(); // one that ended by itself is still to be joined
     m_connector.disconnectChannel();
@@ -84,10 +86,15 @@ UaStatus UaSessionPrivate::connect(const UaString& url, const SessionConnectInfo
     return good ? UaStatus() : UaStatus(OpcUa_GoodCompletesAsynchronously);
 }
 
-UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security) const
+UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security)
 {
     if (!security.isSecured() || security.serverCertificate.isEmpty()) {
         return UaStatus();
+    }
+    UaStatus verified;
+    if (security.verifyServerCertificateOnConnect) {
+        context.mutex.assertUnlocked();
+        verified = security.verifyServerCertificate(&m_session); // with the issuers that the server sent
     }
     UaByteStringArray chain;
     const UaStatus split = SessionSecurityInfo::splitCertificateChain(security.serverCertificate, chain);
@@ -96,7 +103,10 @@ UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security)
     } else {
         security.serverCertificate = UaByteString(chain[0]);
     }
-    return UaStatus();
+    if (verified.isBad()) {
+        UaTrace::tError("Server certificate validation failed with error '%s'", verified.toString().toUtf8());
+    }
+    return verified;
 }
 
 void UaSessionPrivate::takeOver(const UaString& url, const SessionConnectInfo& connectInfo,

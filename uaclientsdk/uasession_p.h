@@ -39,7 +39,7 @@ private:
     void takeOver(const UaString& url, const SessionConnectInfo& connectInfo,
                   const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
     UaStatus openSession();
-    UaStatus checkServerCertificate(SessionSecurityInfo& security) const;
+    UaStatus checkServerCertificate(SessionSecurityInfo& security);
     void endThread();
     [[nodiscard]] bool dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryMode)) const;
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <openssl/err.h>
+#include <openssl/x509_vfy.h>
 
 void UaPkiErrors::addError(std::string_view text) const
 {
@@ -28,4 +29,9 @@ void UaPkiErrors::addErrors(const std::vector<UaString>& errors) const
 std::vector<UaString> UaPkiErrors::getErrors() const
 {
     return std::exchange(m_errors, {});
+}
+
+UaString UaPkiErrors::verificationErrorText(int error)
+{
+    return UaString(X509_verify_cert_error_string(error));
 }

@@ -19,6 +19,8 @@ public:
     [[nodiscard]] bool hasErrors() const { return !m_errors.empty(); }
     // The texts, oldest first; the list is empty afterwards.
     std::vector<UaString> getErrors() const;
+    // The crypto library's words for an error that it found with a certificate.
+    [[nodiscard]] static UaString verificationErrorText(int error);
 
 protected:
     UaPkiErrors() = default;
