@@ -1,5 +1,6 @@
 #include "channel.h"
 
+#include "connection.h"
 #include "tcpconnector.h"
 
 #include <stack/core/endpointurl.h>
@@ -140,17 +141,24 @@ OpcUa_StatusCode Channel::openChannel(const ConnectParameters& parameters, Uniqu
     config.utcNow = &OpcUa_DateTime_UtcNow;
     auto connection = std::make_shared<Connection>(std::move(socket), std::move(config), std::move(policy),
                                                    m_runtime->loop(), weak_from_this());
+    return openTransport(std::move(connection), deadline, *attempt);
+}
+
+// Waits until the transport is open or has given up.
+OpcUa_StatusCode Channel::openTransport(std::shared_ptr<MessageTransport> transport, TimePoint deadline,
+                                        Cancellation& attempt)
+{
     {
         const std::lock_guard lock(m_mutex);
-        m_connection = connection;
+        m_connection = transport;
     }
-    const OpcUa_StatusCode started = connection->start(deadline);
+    const OpcUa_StatusCode started = transport->start(deadline);
     if (OpcUa_IsBad(started))
         return started;
-    // the engine keeps the deadline itself and tells its end as a loss
-    static_cast<void>(attempt->wait(never, [this] { return m_opened.has_value(); }));
+    // the transport keeps the deadline itself and tells its end as a loss
+    static_cast<void>(attempt.wait(never, [this] { return m_opened.has_value(); }));
     OpcUa_StatusCode result = OpcUa_BadRequestCancelledByClient;
-    attempt->change([&] { result = m_opened.emplace(m_opened.value_or(result)); });
+    attempt.change([&] { result = m_opened.emplace(m_opened.value_or(result)); });
     return result;
 }
 
@@ -175,7 +183,7 @@ void Channel::setState(State state)
 // Closes what there is of a connection; afterwards nothing of it is told any more and all callbacks have run.
 void Channel::endConnection()
 {
-    std::shared_ptr<Connection> connection;
+    std::shared_ptr<MessageTransport> connection;
     {
         const std::lock_guard lock(m_mutex);
         connection = std::move(m_connection);
@@ -224,7 +232,7 @@ bool Channel::isConnected() const
 
 OpcUa_StatusCode Channel::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline, bool mayWait)
 {
-    std::shared_ptr<Connection> connection;
+    std::shared_ptr<MessageTransport> connection;
     {
         const std::lock_guard lock(m_mutex);
         if (m_state != State::Connected)

@@ -2,13 +2,16 @@
 #pragma once
 
 #include "callbackqueue.h"
-#include "connection.h"
+#include "messagetransport.h"
 #include "runtime.h"
 
+#include <stack/core/securitypolicy.h>
 #include <stack/security/certificatecheck.h>
 #include <stack/security/secret.h>
 
 #include <opcua/opcua_channel.h>
+
+#include <optional>
 
 namespace opcua {
 
@@ -46,7 +49,7 @@ public:
     [[nodiscard]] bool shutdown();
     [[nodiscard]] bool isConnected() const;
 
-    // As Connection::send; BadInvalidState when there was no connection.
+    // As MessageTransport::send; BadInvalidState when there was no connection.
     [[nodiscard]] OpcUa_StatusCode send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
                                         bool mayWait);
     [[nodiscard]] CallbackQueue& callbacks() { return m_callbacks; }
@@ -70,6 +73,8 @@ private:
     [[nodiscard]] OpcUa_StatusCode openChannel(const ConnectParameters& parameters, UniqueFd socket,
                                                std::unique_ptr<SecurityPolicy> policy, TimePoint deadline,
                                                const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] OpcUa_StatusCode openTransport(std::shared_ptr<MessageTransport> transport,
+                                                 TimePoint deadline, Cancellation& attempt);
     [[nodiscard]] bool beginConnect(const std::shared_ptr<Cancellation>& attempt);
     void endConnection();
     void postEvent(OpcUa_Channel_Event event, OpcUa_StatusCode status);
@@ -79,7 +84,7 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_stateChanged;
     State m_state = State::Idle;
-    std::shared_ptr<Connection> m_connection;
+    std::shared_ptr<MessageTransport> m_connection;
     std::shared_ptr<Cancellation> m_attempt; // of the connect that runs
     // Of the connection that is there; set while there is none. m_opening guards the two behind it.
     std::shared_ptr<Cancellation> m_opening;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "eventloop.h"
+#include "messagetransport.h"
 
 #include <stack/core/clientchannel.h>
 
@@ -10,49 +11,23 @@
 
 namespace opcua {
 
-// Waits for one answer.
-class Call
-{
-public:
-    virtual ~Call() = default;
-    // Exactly once, on any thread, with no lock of the stack held; must neither block nor throw.
-    virtual void complete(OpcUa_StatusCode status, Bytes&& body) noexcept = 0;
-};
-
-// Hears of a connection's life; rules as for Call. Events come in order.
-class ConnectionObserver
-{
-public:
-    virtual ~ConnectionObserver() = default;
-    virtual void onOpened(OpcUa_UInt32 revisedLifetime) = 0;
-    virtual void onRenewed() = 0;
-    virtual void onLost(OpcUa_StatusCode status) = 0; // not after close
-};
-
 // Threads: the engine is used under this object's mutex. A caller's thread puts a request into the engine and
 // writes what the socket takes; the rest, and everything that arrives, is the event loop's. Nothing ties
 // reading to the loop's thread, so that a caller who waits alone could do it too.
-class Connection final : public EventHandler,
+class Connection final : public MessageTransport,
+                         public EventHandler,
                          public std::enable_shared_from_this<Connection>,
                          private ClientChannelListener
 {
 public:
-    // More bytes than this waiting for the socket hold up or refuse further requests.
-    static constexpr size_t maxUnsentBytes = 4u * 1024 * 1024;
-
     Connection(UniqueFd socket, ClientChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
                std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer);
 
-    // Begins to open the channel. Good, or BadResourceUnavailable when the loop has no room.
-    [[nodiscard]] OpcUa_StatusCode start(TimePoint deadline);
-    // Good: call completes, at the deadline at the latest. Otherwise it never will. When the peer does not
-    // take what was sent before, mayWait waits for that until the deadline (BadTimeout), else
-    // BadResourceUnavailable.
+    [[nodiscard]] OpcUa_StatusCode start(TimePoint deadline) override;
     [[nodiscard]] OpcUa_StatusCode send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
-                                        bool mayWait);
-    // Closes in good order. When it returns, every call has completed and no observer call runs or will.
-    void close();
-    [[nodiscard]] bool isOpen() const;
+                                        bool mayWait) override;
+    void close() override;
+    [[nodiscard]] bool isOpen() const override;
 
     void onReady(std::uint32_t epollEvents, MutableByteView scratch) override;
     void onTime(TimePoint now) override;
