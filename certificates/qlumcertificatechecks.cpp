@@ -3,9 +3,9 @@
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumthumbprint.h>
-#include <certificates/qlumvalidity.h>
 #include <uaclientsdk/uasession.h>
 
+#include <QLocale>
 #include <QStringList>
 
 #include <algorithm>
@@ -17,6 +17,11 @@ constexpr int kLeastKeyBits = 2048;
 QString emptyKeyIdentifier()
 {
     return QStringLiteral("DA:39:A3:EE:5E:6B:4B:0D:32:55:BF:EF:95:60:18:90:AF:D8:07:09");
+}
+
+QString qlumValidityTime(const UaDateTime& time)
+{
+    return QLocale::system().toString(qlumDateTime(time), QLocale::ShortFormat);
 }
 
 QString line(const UaString& text)
@@ -124,8 +129,7 @@ void QlumCertificateChecks::addSignature(QlumCertificateDetailsNode& group,
     case UaPkiCertificate::UnknownSignatureAlgorithm:
         break;
     }
-    group.add(name, tr("Unknown"))
-        .setFinding(tr("Unknown signature algorithm"), QlumCertificateError::Error);
+    group.add(name, tr("Unknown")).setFinding(tr("Unknown signature algorithm"), QlumCertificateError::Error);
 }
 
 void QlumCertificateChecks::addKey(QlumCertificateDetailsNode& group,
@@ -169,8 +173,7 @@ void QlumCertificateChecks::addHosts(QlumCertificateDetailsNode& group,
 {
     const QStringList addresses = list(info.IPAddresses);
     const QStringList names = list(info.DNSNames);
-    QlumCertificateDetailsNode& addressLine =
-        group.add(tr("IPAddresses"), addresses.join(QLatin1Char('\n')));
+    QlumCertificateDetailsNode& addressLine = group.add(tr("IPAddresses"), addresses.join(QLatin1Char('\n')));
     QlumCertificateDetailsNode& nameLine = group.add(tr("DNSNames"), names.join(QLatin1Char('\n')));
     if (m_host.isEmpty() || addresses.contains(m_host, Qt::CaseInsensitive) ||
         names.contains(m_host, Qt::CaseInsensitive))

@@ -61,8 +61,7 @@ QModelIndex QlumCertificateDetailsModel::index(int row, int column, const QModel
 {
     if (!m_node || row < 0 || row >= rowCount(parent) || column < 0 || column >= ColumnCount)
         return {};
-    QlumCertificateDetailsNode* node =
-        parent.isValid() ? nodeOf(parent)->child(row) : m_node->details(row);
+    QlumCertificateDetailsNode* node = parent.isValid() ? nodeOf(parent)->child(row) : m_node->details(row);
     return createIndex(row, column, node);
 }
 

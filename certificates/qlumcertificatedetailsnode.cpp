@@ -20,8 +20,7 @@ void QlumCertificateDetailsNode::setFinding(const QString& text, QlumCertificate
 
 QlumCertificateDetailsNode& QlumCertificateDetailsNode::add(const QString& name, const QString& value)
 {
-    m_children.push_back(
-        std::make_unique<QlumCertificateDetailsNode>(m_chainNode, this, false, name, value));
+    m_children.push_back(std::make_unique<QlumCertificateDetailsNode>(m_chainNode, this, false, name, value));
     return *m_children.back();
 }
 

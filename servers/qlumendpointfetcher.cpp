@@ -1,6 +1,7 @@
 #include <servers/qlumendpointfetcher.h>
 
 #include <app/api/qlumtext.h>
+#include <servers/qlumpkifolders.h>
 #include <uaclientsdk/uadiscovery.h>
 
 #include <algorithm>
@@ -11,8 +12,10 @@ unsigned int getEndpoints(const QString& url, int milliseconds, QVector<QlumEndp
     UaClientSdk::ServiceSettings settings;
     settings.callTimeout = static_cast<OpcUa_UInt32>(std::max(milliseconds, 1));
     UaEndpointDescriptions descriptions;
-    const UaStatus status = UaClientSdk::UaDiscovery().getEndpoints(
-        settings, toUaString(url), UaClientSdk::ClientSecurityInfo(), descriptions);
+    UaClientSdk::ClientSecurityInfo security;
+    qlumFillPkiFolders(security);
+    const UaStatus status =
+        UaClientSdk::UaDiscovery().getEndpoints(settings, toUaString(url), security, descriptions);
     const auto count =
         std::min(descriptions.length(), static_cast<OpcUa_UInt32>(QlumEndpointLimits::Endpoints));
     for (OpcUa_UInt32 i = 0; i < count; ++i)

@@ -30,7 +30,7 @@ std::set<UaByteString> UaPkiCertificateStore::addFolder(const UaString& folder)
         if (!isCertificateName(name.view())) {
             continue;
         }
-        const auto certificate = UaPkiCertificate::fromDERFile(folder + "/" + name);
+        const auto certificate = UaPkiCertificate::fromDERFile(folder + UaString("/") + name);
         if (!certificate.isNull()) {
             thumbprints.insert(certificate.thumbPrint());
             add(certificate);

@@ -11,8 +11,8 @@ class UaPkiCertificateStore
 public:
     // Null certificates are not added.
     void add(const UaPkiCertificate& certificate);
-    // Adds what the files "*.der" and "*.cer" of a folder hold in DER form and returns the thumbprints. What is
-    // no regular file, larger than 1 MB or no certificate is passed over.
+    // Adds what the files "*.der" and "*.cer" of a folder hold in DER form and returns the thumbprints. What
+    // is no regular file, larger than 1 MB or no certificate is passed over.
     std::set<UaByteString> addFolder(const UaString& folder);
 
     // The certificate that has issued this one, by names, key identifiers and usage; the signature is not
