@@ -111,7 +111,7 @@ QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, QlumCert
 // ---- widgets
 // ------------------------------------------------------------------------------------------------
 
-void QlumCertificateDialog::createHeader(QLayout* layout)
+void QlumCertificateDialog::createHeader(QVBoxLayout* layout)
 {
     m_icon = new QLabel;
     m_icon->setObjectName(QStringLiteral("icon"));
@@ -125,7 +125,7 @@ void QlumCertificateDialog::createHeader(QLayout* layout)
     auto* header = new QHBoxLayout;
     header->addWidget(m_icon, 0, Qt::AlignTop);
     header->addLayout(texts, 1);
-    layout->addItem(header);
+    layout->addLayout(header);
 }
 
 void QlumCertificateDialog::createChain()
@@ -166,7 +166,7 @@ void QlumCertificateDialog::createDetails()
     qlumAddCopyActions(m_findings);
 }
 
-void QlumCertificateDialog::createButtons(QLayout* layout)
+void QlumCertificateDialog::createButtons(QVBoxLayout* layout)
 {
     m_acceptOnce = new QCheckBox(tr("Accept the server certificate temporarily for this session"));
     m_acceptOnce->setObjectName(QStringLiteral("acceptOnce"));

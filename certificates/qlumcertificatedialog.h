@@ -8,6 +8,7 @@ class QLabel;
 class QListWidget;
 class QPushButton;
 class QTreeView;
+class QVBoxLayout;
 class QlumCertificateDetailsModel;
 
 /// Shows a server's certificates with every finding and lets the user decide: trust, accept once, or cancel.
@@ -35,10 +36,10 @@ private:
                           UaClientSdk::SessionSecurityInfo* security, QWidget* parent);
 
     [[nodiscard]] bool isTls() const { return m_security == nullptr; }
-    void createHeader(QLayout* layout);
+    void createHeader(QVBoxLayout* layout);
     void createChain();
     void createDetails();
-    void createButtons(QLayout* layout);
+    void createButtons(QVBoxLayout* layout);
     void createActions();
 
     void update();
