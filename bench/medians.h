@@ -1,8 +1,8 @@
 // Benchmarks of one run compared by their medians, and the lines that ./dev bench reads.
 #pragma once
 
-#include <algorithm>
-#include <cstdio>
+#include "budgets.h"
+
 #include <map>
 #include <string>
 #include <vector>
@@ -23,12 +23,7 @@ public:
     }
 
     // 0 for a benchmark that did not run.
-    double of(const std::string& name)
-    {
-        std::vector<double>& times = m_times[name];
-        std::sort(times.begin(), times.end());
-        return times.empty() ? 0.0 : times[times.size() / 2];
-    }
+    double of(const std::string& name) { return median(m_times[name]); }
 
 private:
     std::map<std::string, std::vector<double>> m_times;
@@ -44,12 +39,6 @@ inline void runInterleaved(int argc, char** argv, Medians& medians)
     benchmark::Initialize(&argumentCount, arguments.data());
     benchmark::RunSpecifiedBenchmarks(&medians);
     benchmark::Shutdown();
-}
-
-// What was not measured has missed its budget.
-inline void printBudget(const char* name, double value, double limit, bool measured)
-{
-    std::printf("BUDGET %s %.2f %.2f %s\n", name, value, limit, measured && value <= limit ? "ok" : "MISS");
 }
 
 // The time of a benchmark as a multiple of its yardstick's.

@@ -35,7 +35,7 @@ inline UaStatus checkReady(const SessionContext& context, const ServiceNames& na
                             names.notConnectedText);
             return UaStatus(names.notConnected);
         }
-    } else if (!context.channelConnected) {
+    } else if (!context.sessionActive) { // not even while a reconnect has a channel again
         lock.unlock();
         UaTrace::tError("<-- UaSession::%s [%s] - Channel not connected", names.method,
                         names.notConnectedText);

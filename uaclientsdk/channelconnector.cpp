@@ -97,6 +97,7 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
     if (OpcUa_IsGood(status)) {
         SessionLock lock(m_context.mutex);
         m_context.channelConnected = true;
+        m_context.sessionActive = false;
         m_context.revisedChannelLifetime = revisedLifetime;
         m_context.currentEndpointUrl = url;
     }
@@ -111,6 +112,7 @@ void ChannelConnector::disconnectChannel()
             return;
         }
         m_context.channelConnected = false;
+        m_context.sessionActive = false;
     }
     UaTrace::tIfCall("CALL OpcUa_Channel_Disconnect");
     const OpcUa_StatusCode status = OpcUa_Channel_Disconnect(m_context.channel);

@@ -45,6 +45,7 @@ bool ConnectionMonitor::step()
     UaClient::ServerStatus status{};
     OpcUa_UInt64 period = 0;
     bool automatic = false;
+    bool userRefused = false;
     {
         SessionLock lock(m_context.mutex);
         const bool waiting = m_context.serverStatus == UaClient::ConnectionErrorApiReconnect;
@@ -55,6 +56,7 @@ bool ConnectionMonitor::step()
         status = m_context.serverStatus;
         period = m_context.connectInfo.watchdogTime;
         automatic = m_context.connectInfo.automaticReconnect;
+        userRefused = m_context.userRefused;
     }
     const OpcUa_UInt64 now = OpcUa_GetTickCount();
     const bool wentBack = now < m_lastCheck;
@@ -72,7 +74,8 @@ bool ConnectionMonitor::step()
             return false;
         }
     }
-    if (elapsed > (m_refusedInARow >= patience ? std::max(period, slowPace) : period)) {
+    // credentials that were refused once may lock the account when they are tried again
+    if (!userRefused && elapsed > (m_refusedInARow >= patience ? std::max(period, slowPace) : period)) {
         doTryReconnect();
     }
     return true;
@@ -144,18 +147,20 @@ void ConnectionMonitor::doServerStatusCheck()
 {
     UaTrace::tInOut("--> UaSessionPrivate::doServerStatusCheck [Session=%u]", m_context.traceId);
     OpcUa_UInt32 timeout = 0;
+    bool closed = false;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested || !m_context.activatedOnce) {
+        if (!m_context.connectRequested) {
             return;
         }
+        closed = !m_context.activatedOnce; // by a change of the user that went wrong
         timeout = m_context.connectInfo.watchdogTimeout;
         if (m_context.serverStatus == UaClient::ConnectionWarningWatchdogTimeout) {
             timeout = timeout > 0x7FFFFFFFu ? timeout : timeout * 2;
         }
     }
     OpcUa_Int32 state = 0;
-    const UaStatus status = readServerState(timeout, state);
+    const UaStatus status = closed ? UaStatus(OpcUa_BadSessionClosed) : readServerState(timeout, state);
     stamp();
     evaluate(status, state);
     UaTrace::tInOut("<-- UaSessionPrivate::doServerStatusCheck [ret=0x%lx]",
@@ -218,7 +223,7 @@ void ConnectionMonitor::doTryReconnect()
     UaTrace::tInOut("--> UaSessionPrivate::doTryReconnect [Session=%u]", m_context.traceId);
     const UaStatus opened = m_connector.connectChannel();
     if (opened.isGood()) {
-        if (!reactivate()) {
+        if (!reactivate() && !giveUpRefusedUser()) {
             startNewSession();
         }
     } else {
@@ -226,6 +231,20 @@ void ConnectionMonitor::doTryReconnect()
     }
     stamp();
     UaTrace::tInOut("<-- UaSessionPrivate::doTryReconnect");
+}
+
+bool ConnectionMonitor::giveUpRefusedUser()
+{
+    {
+        SessionLock lock(m_context.mutex);
+        if (!m_context.userRefused) {
+            return false;
+        }
+    }
+    UaTrace::tError("Error: UaSession - the server refused the user, he is not tried again [Session=%u]",
+                    m_context.traceId);
+    closeAndDisconnect();
+    return true;
 }
 
 bool ConnectionMonitor::reactivate()
@@ -257,11 +276,7 @@ void ConnectionMonitor::startNewSession()
             return;
         }
     }
-    UaStatus status = m_activator.createSession();
-    if (status.isGood()) {
-        status = m_activator.activateSession();
-    }
-    if (status.isBad()) {
+    if (m_activator.createSession().isBad() || m_activator.activateSession().isBad()) {
         ++m_refusedInARow;
         closeAndDisconnect();
         return;

@@ -24,6 +24,8 @@ private:
     void doTryReconnect();
     bool reactivate();
     void startNewSession();
+    // Whether the server refused the user, for whom nothing more is tried then.
+    [[nodiscard]] bool giveUpRefusedUser();
     void connectionLost(const UaStatus& status);
     void closeAndDisconnect();
     void stamp() { m_lastCheck = OpcUa_GetTickCount(); }

@@ -6,6 +6,7 @@
 #include <strings.h>
 
 #include <uabase/uatrace.h>
+#include <uaclientsdk/cryptoprovider.h>
 #include <uaclientsdk/endpointurl.h>
 
 namespace UaClientSdk {
@@ -23,29 +24,26 @@ bool beginsWithIgnoringCase(std::string_view text, std::string_view prefix)
     return text.size() >= prefix.size() && strncasecmp(text.data(), prefix.data(), prefix.size()) == 0;
 }
 
-} // namespace
-
-const OpcUa_EndpointDescription* selectEndpoint(const UaEndpointDescriptions& endpoints,
-                                                const UaString& connectUrl, const UaString& securityPolicyUri,
-                                                OpcUa_MessageSecurityMode securityMode)
+// The first endpoint that fits best among those that are wanted.
+template <class Wanted>
+const OpcUa_EndpointDescription* selectBest(EndpointSpan endpoints, const UaString& connectUrl,
+                                            const Wanted& wanted)
 {
-    const EndpointUrl wanted = parseEndpointUrl(connectUrl.view());
+    const EndpointUrl url = parseEndpointUrl(connectUrl.view());
     const OpcUa_EndpointDescription* samePort = nullptr;
     const OpcUa_EndpointDescription* sameScheme = nullptr;
-    for (OpcUa_UInt32 i = 0; i < endpoints.length(); ++i) {
-        const OpcUa_EndpointDescription& endpoint = endpoints[i];
-        if (endpoint.SecurityMode != securityMode ||
-            textOf(endpoint.SecurityPolicyUri) != securityPolicyUri.view()) {
+    for (const OpcUa_EndpointDescription& endpoint : endpoints) {
+        if (!wanted(endpoint)) {
             continue;
         }
         if (beginsWithIgnoringCase(textOf(endpoint.EndpointUrl), connectUrl.view())) {
             return &endpoint;
         }
         const EndpointUrl offered = parseEndpointUrl(textOf(endpoint.EndpointUrl));
-        if (!offered.valid || offered.scheme != wanted.scheme) {
+        if (!offered.valid || offered.scheme != url.scheme) {
             continue;
         }
-        if (!samePort && offered.port == wanted.port) {
+        if (!samePort && offered.port == url.port) {
             samePort = &endpoint;
         }
         if (!sameScheme) {
@@ -55,18 +53,67 @@ const OpcUa_EndpointDescription* selectEndpoint(const UaEndpointDescriptions& en
     return samePort ? samePort : sameScheme;
 }
 
-const OpcUa_UserTokenPolicy* selectUserTokenPolicy(const OpcUa_EndpointDescription& endpoint,
-                                                   OpcUa_UserTokenType type)
+void traceUserTokens(const OpcUa_EndpointDescription& endpoint)
 {
-    const OpcUa_UserTokenPolicy* found = nullptr;
     for (OpcUa_Int32 i = 0; i < endpoint.NoOfUserIdentityTokens; ++i) {
-        const OpcUa_UserTokenPolicy& policy = endpoint.UserIdentityTokens[i];
-        const std::string_view id = textOf(policy.PolicyId);
-        const std::string_view uri = textOf(policy.SecurityPolicyUri);
+        const std::string_view id = textOf(endpoint.UserIdentityTokens[i].PolicyId);
+        const std::string_view uri = textOf(endpoint.UserIdentityTokens[i].SecurityPolicyUri);
         UaTrace::tData("UserIdentityToken %i:", i);
         UaTrace::tData("  PolicyId: %.*s", static_cast<int>(id.size()), id.data());
         UaTrace::tData("  SecurityPolicyUri: %.*s", static_cast<int>(uri.size()), uri.data());
-        if (!found && policy.TokenType == type) {
+    }
+}
+
+// How well a policy protects a user's secrets; 0 when its algorithms are not offered.
+int strengthOf(std::string_view policyUri)
+{
+    if (policyUri.empty() || policyUri == OpcUa_SecurityPolicy_None) {
+        return 1;
+    }
+    if (CryptoProvider(UaString(policyUri)).status().isBad()) {
+        return 0;
+    }
+    const bool weak =
+        policyUri == OpcUa_SecurityPolicy_Basic128Rsa15 || policyUri == OpcUa_SecurityPolicy_Basic256;
+    return weak ? 2 : 3;
+}
+
+} // namespace
+
+const OpcUa_EndpointDescription* selectEndpoint(EndpointSpan endpoints, const UaString& connectUrl,
+                                                const UaString& securityPolicyUri,
+                                                OpcUa_MessageSecurityMode securityMode)
+{
+    return selectBest(endpoints, connectUrl, [&](const OpcUa_EndpointDescription& endpoint) {
+        return endpoint.SecurityMode == securityMode &&
+               textOf(endpoint.SecurityPolicyUri) == securityPolicyUri.view();
+    });
+}
+
+const OpcUa_EndpointDescription* selectEndpointOfAnySecurity(EndpointSpan endpoints,
+                                                             const UaString& connectUrl)
+{
+    return selectBest(endpoints, connectUrl, [](const OpcUa_EndpointDescription&) { return true; });
+}
+
+const OpcUa_UserTokenPolicy* selectUserTokenPolicy(const OpcUa_EndpointDescription& endpoint,
+                                                   OpcUa_UserTokenType type, const UaString& channelPolicyUri)
+{
+    traceUserTokens(endpoint);
+    const OpcUa_UserTokenPolicy* found = nullptr;
+    int best = 0;
+    for (OpcUa_Int32 i = 0; i < endpoint.NoOfUserIdentityTokens; ++i) {
+        const OpcUa_UserTokenPolicy& policy = endpoint.UserIdentityTokens[i];
+        if (policy.TokenType != type) {
+            continue;
+        }
+        const std::string_view own = textOf(policy.SecurityPolicyUri);
+        // an anonymous user has no secret to protect
+        const int strength = type == OpcUa_UserTokenType_Anonymous
+                                 ? 1
+                                 : strengthOf(own.empty() ? channelPolicyUri.view() : own);
+        if (strength > best) {
+            best = strength;
             found = &policy;
         }
     }

@@ -4,12 +4,16 @@
 #include <array>
 #include <cmath>
 
-#include <sys/random.h>
-
 #include <opcua/opcua_clientapi.h>
+#include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uatrace.h>
+#include <uaclientsdk/activatorturn.h>
+#include <uaclientsdk/createsessioncheck.h>
+#include <uaclientsdk/cryptoprovider.h>
 #include <uaclientsdk/endpointselector.h>
+#include <uaclientsdk/endpointurl.h>
+#include <uaclientsdk/sessionsignature.h>
 #include <uaclientsdk/stackcall.h>
 
 namespace UaClientSdk {
@@ -20,67 +24,87 @@ constexpr OpcUa_Int32 nonceLength = 32;
 constexpr double minimumSessionTimeout = 30000.0;
 constexpr OpcUa_Int64 halfAnHour = 18'000'000'000; // in units of 100 ns
 
-bool fillWithRandomBytes(std::array<OpcUa_Byte, nonceLength>& bytes)
+// What a server says of a user whom it does not want, as against one whom it can not take just now.
+bool isRefusal(const UaStatus& status)
 {
-    return getrandom(bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size());
+    constexpr std::array<OpcUa_StatusCode, 4> refusals = {
+        OpcUa_BadUserAccessDenied, OpcUa_BadIdentityTokenInvalid, OpcUa_BadIdentityTokenRejected,
+        OpcUa_BadUserSignatureInvalid};
+    return std::find(refusals.begin(), refusals.end(), status.statusCode()) != refusals.end();
+}
+
+ServiceSettings withTimeout(OpcUa_UInt32 milliseconds)
+{
+    ServiceSettings settings;
+    settings.callTimeout = milliseconds;
+    return settings;
 }
 
 } // namespace
 
+// ---- CreateSession
+// ------------------------------------------------------------------------------------------
+
 UaStatus SessionActivator::createSession()
 {
     UaTrace::tInOut("--> UaSessionPrivate::createSession");
-    Encodeable<OpcUa_CreateSessionRequest> request(OpcUa_CreateSessionRequest_EncodeableType);
-    Encodeable<OpcUa_CreateSessionResponse> response(OpcUa_CreateSessionResponse_EncodeableType);
-    std::array<OpcUa_Byte, nonceLength> nonce{};
-    if (!fillWithRandomBytes(nonce)) {
-        return UaStatus(OpcUa_BadInternalError);
-    }
-    OpcUa_ByteString_Assign(&request->ClientNonce, nonce.data(), nonceLength);
-    {
-        SessionLock lock(m_context.mutex);
-        const SessionConnectInfo& info = m_context.connectInfo;
-        m_context.authenticationToken = UaNodeId();
-        ServiceSettings settings;
-        settings.callTimeout = info.connectTimeout;
-        m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
-        info.applicationUri.copyTo(&request->ClientDescription.ApplicationUri);
-        info.productUri.copyTo(&request->ClientDescription.ProductUri);
-        info.localeId.copyTo(&request->ClientDescription.ApplicationName.Locale);
-        info.applicationName.copyTo(&request->ClientDescription.ApplicationName.Text);
-        request->ClientDescription.ApplicationType = static_cast<OpcUa_ApplicationType>(info.applicationType);
-        info.serverUri.copyTo(&request->ServerUri);
-        m_context.currentEndpointUrl.copyTo(&request->EndpointUrl);
-        info.sessionName.copyTo(&request->SessionName);
-        m_context.securityInfo.clientCertificate.copyTo(&request->ClientCertificate);
-        request->RequestedSessionTimeout = std::max(info.sessionTimeout, minimumSessionTimeout);
-        OpcUa_ProxyStubConfiguration limits{};
-        OpcUa_ProxyStub_GetConfiguration(&limits);
-        request->MaxResponseMessageSize = limits.MaxMessageSize;
-    }
-    UaStatus result(
-        callStack("CreateSession", OpcUa_ClientApi_CreateSession, m_context.channel, *request, *response));
-    if (result.isGood()) {
-        result = acceptCreateSessionResponse(*response);
-    } else {
-        m_context.reportConnectError(UaClient::CreateSession, result, false);
-    }
+    const ActivatorTurn turn(m_context);
+    const UaStatus result = sendCreateSession();
     UaTrace::tInOut("<-- UaSessionPrivate::createSession [ret=0x%lx]",
                     static_cast<unsigned long>(result.statusCode()));
     return result;
 }
 
-UaStatus SessionActivator::acceptCreateSessionResponse(OpcUa_CreateSessionResponse& response)
+UaStatus SessionActivator::sendCreateSession()
 {
-    bool secured = false;
+    Encodeable<OpcUa_CreateSessionRequest> request(OpcUa_CreateSessionRequest_EncodeableType);
+    Encodeable<OpcUa_CreateSessionResponse> response(OpcUa_CreateSessionResponse_EncodeableType);
+    UaStatus result(OpcUa_CryptoProvider_GenerateNonce(nonceLength, &request->ClientNonce));
+    if (result.isBad()) {
+        return result;
+    }
+    fillCreateSession(*request);
+    result = UaStatus(
+        callStack("CreateSession", OpcUa_ClientApi_CreateSession, m_context.channel, *request, *response));
+    if (result.isBad()) {
+        m_context.reportConnectError(UaClient::CreateSession, result, false);
+        return result;
+    }
+    return acceptCreateSession(*response, UaByteString(request->ClientNonce));
+}
+
+void SessionActivator::fillCreateSession(OpcUa_CreateSessionRequest& request)
+{
+    OpcUa_ProxyStubConfiguration limits{};
+    OpcUa_ProxyStub_GetConfiguration(&limits);
+    SessionLock lock(m_context.mutex);
+    const SessionConnectInfo& info = m_context.connectInfo;
+    m_context.authenticationToken = UaNodeId();
+    m_context.fillRequestHeaderLocked(withTimeout(info.connectTimeout), request.RequestHeader);
+    info.applicationUri.copyTo(&request.ClientDescription.ApplicationUri);
+    info.productUri.copyTo(&request.ClientDescription.ProductUri);
+    info.localeId.copyTo(&request.ClientDescription.ApplicationName.Locale);
+    info.applicationName.copyTo(&request.ClientDescription.ApplicationName.Text);
+    request.ClientDescription.ApplicationType = static_cast<OpcUa_ApplicationType>(info.applicationType);
+    info.serverUri.copyTo(&request.ServerUri);
+    m_context.currentEndpointUrl.copyTo(&request.EndpointUrl);
+    info.sessionName.copyTo(&request.SessionName);
+    m_context.securityInfo.clientCertificate.copyTo(&request.ClientCertificate);
+    request.RequestedSessionTimeout = std::max(info.sessionTimeout, minimumSessionTimeout);
+    request.MaxResponseMessageSize = limits.MaxMessageSize;
+}
+
+UaStatus SessionActivator::acceptCreateSession(OpcUa_CreateSessionResponse& response,
+                                               const UaByteString& clientNonce)
+{
+    SessionSecurityInfo security;
+    UaString url;
     {
         SessionLock lock(m_context.mutex);
-        secured = m_context.securityInfo.isSecured();
+        security = m_context.securityInfo;
+        url = m_context.currentEndpointUrl;
         m_context.sessionId = UaNodeId(response.SessionId);
         m_context.authenticationToken = UaNodeId(response.AuthenticationToken);
-        m_context.serverNonce = UaByteString(response.ServerNonce);
-        m_context.serverCertificate = UaByteString(response.ServerCertificate);
-        m_context.endpoints.attachFrom(&response.NoOfServerEndpoints, &response.ServerEndpoints);
         m_context.sessionCreated = true;
         // a timeout that is no number would stop every timer that derives from it
         m_context.revisedSessionTimeout = std::isfinite(response.RevisedSessionTimeout)
@@ -89,21 +113,24 @@ UaStatus SessionActivator::acceptCreateSessionResponse(OpcUa_CreateSessionRespon
         m_context.setWatchdogTimeLocked(m_context.connectInfo.watchdogTime);
     }
     warnAboutServerTime(response.ResponseHeader.Timestamp);
-    return secured ? checkServerNonce(response.ServerNonce) : UaStatus();
-}
-
-UaStatus SessionActivator::checkServerNonce(const OpcUa_ByteString& nonce)
-{
-    if (nonce.Length >= nonceLength) {
-        return UaStatus();
+    CreateSessionCheck check(security, url, clientNonce,
+                             [this](const OverridableError& error, const UaByteString& certificate) {
+                                 return m_context.errorOverrides.overridden(m_context, error, certificate);
+                             });
+    const UaStatus status = check.run(response);
+    if (status.isGood()) {
+        SessionLock lock(m_context.mutex);
+        m_context.serverNonce = UaByteString(response.ServerNonce);
+        m_context.serverCertificate = check.serverCertificate();
+        m_context.endpoints.attachFrom(&response.NoOfServerEndpoints, &response.ServerEndpoints);
+        return status;
     }
-    const UaStatus error(OpcUa_BadNonceInvalid);
-    if (m_context.reportConnectError(UaClient::CreateSession, error, true)) {
-        UaTrace::tWarning("Server nonce minimum length underrun error overridden by application");
-        return UaStatus();
+    if (!check.wasAsked()) {
+        m_context.reportConnectError(UaClient::CreateSession, status, false);
     }
-    UaTrace::tError("Nonce returned by server is too short (len=%i)", nonce.Length);
-    return error;
+    // who can not prove to be the server must not make it forget what may be another client's
+    closeRefused(!check.signatureFailed());
+    return status;
 }
 
 void SessionActivator::warnAboutServerTime(OpcUa_DateTime serverTime) const
@@ -118,31 +145,26 @@ void SessionActivator::warnAboutServerTime(OpcUa_DateTime serverTime) const
     }
 }
 
+// ---- ActivateSession
+// ----------------------------------------------------------------------------------------
+
 UaStatus SessionActivator::activateSession()
 {
     UaTrace::tInOut("--> UaSessionPrivate::activateSession");
-    Encodeable<OpcUa_ActivateSessionRequest> request(OpcUa_ActivateSessionRequest_EncodeableType);
-    Encodeable<OpcUa_ActivateSessionResponse> response(OpcUa_ActivateSessionResponse_EncodeableType);
-    UaStatus result;
+    const ActivatorTurn turn(m_context);
+    Identity identity;
+    ServiceSettings settings;
     {
         SessionLock lock(m_context.mutex);
-        ServiceSettings settings;
-        settings.callTimeout = m_context.connectInfo.connectTimeout;
-        m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
-        m_context.localeIds.copyTo(&request->NoOfLocaleIds, &request->LocaleIds);
-        result = fillUserIdentityLocked(*request);
+        identity = m_context.securityInfo.userIdentityToken();
+        settings = withTimeout(m_context.connectInfo.connectTimeout);
     }
-    if (result.isGood()) {
-        result = UaStatus(callStack("ActivateSession", OpcUa_ClientApi_ActivateSession, m_context.channel,
-                                    *request, *response));
-    }
-    if (result.isGood()) {
-        result = acceptNewNonce(response->ServerNonce);
-    }
-    if (result.isGood()) {
-        SessionLock lock(m_context.mutex);
-        m_context.activatedOnce = true;
-    } else {
+    const UaStatus result = activate(settings, *identity);
+    if (result.isBad()) {
+        if (isRefusal(result) && identity->tokenType() != OpcUa_UserTokenType_Anonymous) {
+            SessionLock lock(m_context.mutex);
+            m_context.userRefused = true;
+        }
         m_context.reportConnectError(UaClient::ActivateSession, result, false);
     }
     UaTrace::tInOut("<-- UaSessionPrivate::activateSession [ret=0x%lx]",
@@ -150,13 +172,81 @@ UaStatus SessionActivator::activateSession()
     return result;
 }
 
-UaStatus SessionActivator::fillUserIdentityLocked(OpcUa_ActivateSessionRequest& request) const
+UaStatus SessionActivator::changeUser(ServiceSettings& settings, Identity identity)
 {
-    m_context.mutex.assertLocked();
-    const SessionSecurityInfo& security = m_context.securityInfo;
+    if (ActivatorTurn::isMine(m_context)) {
+        return UaStatus(OpcUa_BadInvalidState);
+    }
+    const ActivatorTurn turn(m_context);
+    {
+        SessionLock lock(m_context.mutex);
+        if (!m_context.connectRequested) {
+            return UaStatus(OpcUa_BadConnectionClosed);
+        }
+        if (!m_context.sessionActive) {
+            m_context.securityInfo.setUserIdentity(std::move(identity));
+            m_context.userRefused = false;
+            return UaStatus(OpcUa_GoodCompletesAsynchronously);
+        }
+    }
+    const UaStatus result = activate(settings, *identity);
+    if (result.isGood()) {
+        SessionLock lock(m_context.mutex);
+        m_context.securityInfo.setUserIdentity(std::move(identity));
+    }
+    return result;
+}
+
+UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdentityToken& identity)
+{
+    Encodeable<OpcUa_ActivateSessionRequest> request(OpcUa_ActivateSessionRequest_EncodeableType);
+    Encodeable<OpcUa_ActivateSessionResponse> response(OpcUa_ActivateSessionResponse_EncodeableType);
+    {
+        SessionLock lock(m_context.mutex);
+        m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
+        m_context.localeIds.copyTo(&request->NoOfLocaleIds, &request->LocaleIds);
+    }
+    UaStatus result = fillActivateSession(identity, *request);
+    if (result.isBad()) {
+        IdentityTokenBuilder::wipeIdentity(*request);
+        return result;
+    }
+    settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
+    result = UaStatus(callStack("ActivateSession", OpcUa_ClientApi_ActivateSession, m_context.channel,
+                                *request, *response));
+    IdentityTokenBuilder::wipeIdentity(*request);
+    settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
+    if (result.isBad()) {
+        return result;
+    }
+    result = acceptNewNonce(response->ServerNonce, IdentityTokenBuilder::usesNonce(*request));
+    if (result.isBad()) {
+        closeRefused(true);
+        return result;
+    }
+    SessionLock lock(m_context.mutex);
+    m_context.activatedOnce = true;
+    m_context.sessionActive = m_context.channelConnected;
+    return result;
+}
+
+UaStatus SessionActivator::fillActivateSession(const UaUserIdentityToken& identity,
+                                               OpcUa_ActivateSessionRequest& request)
+{
+    UaEndpointDescriptions endpoints;
+    SessionSecurityInfo security;
+    UaString url;
+    {
+        SessionLock lock(m_context.mutex);
+        endpoints = m_context.endpoints;
+        security = m_context.securityInfo;
+        url = m_context.currentEndpointUrl;
+    }
     const OpcUa_EndpointDescription* endpoint =
-        selectEndpoint(m_context.endpoints, m_context.currentEndpointUrl, security.securityPolicyUri,
-                       security.messageSecurityMode);
+        selectEndpoint(endpoints.span(), url, security.securityPolicyUri, security.messageSecurityMode);
+    if (!endpoint) {
+        endpoint = selectEndpointOfAnySecurity(endpoints.span(), url); // the application has overridden that
+    }
     if (!endpoint) {
         UaTrace::tError(
             "Error: UaSessionPrivate::activateSession - no endpoint matching the session security settings");
@@ -164,42 +254,73 @@ UaStatus SessionActivator::fillUserIdentityLocked(OpcUa_ActivateSessionRequest& 
     }
     UaTrace::tInfo("UaSessionPrivate::activateSession - using endpoint %s",
                    UaString(endpoint->EndpointUrl).toUtf8());
-    const OpcUa_UserTokenType type = security.userIdentityToken()->tokenType();
-    if (type != OpcUa_UserTokenType_Anonymous) {
-        UaTrace::tError("Error: UaSessionPrivate::activateSession - only anonymous users can log in over an "
-                        "unsecured channel");
-        return UaStatus(OpcUa_BadIdentityTokenRejected);
-    }
-    const OpcUa_UserTokenPolicy* policy = selectUserTokenPolicy(*endpoint, type);
-    if (!policy) {
-        UaTrace::tError(
-            "Error: UaSessionPrivate::activateSession - can't find AnonymousIdentityToken in endpoint "
-            "description");
-        return UaStatus(OpcUa_BadIdentityTokenRejected);
-    }
-    auto* token = static_cast<OpcUa_AnonymousIdentityToken*>(
-        OpcUa_EncodeableObject_Create(&OpcUa_AnonymousIdentityToken_EncodeableType));
-    if (!token) {
-        return UaStatus(OpcUa_BadOutOfMemory);
-    }
-    OpcUa_String_Copy(&policy->PolicyId, &token->PolicyId);
-    OpcUa_ExtensionObject_AttachEncodeable(&request.UserIdentityToken,
-                                           &OpcUa_AnonymousIdentityToken_EncodeableType, token);
-    return UaStatus();
+    const UaStatus status = addIdentity(identity, *endpoint, request);
+    return status.isGood() && security.isSecured() ? signRequest(request) : status;
 }
 
-UaStatus SessionActivator::acceptNewNonce(const OpcUa_ByteString& nonce)
+UaStatus SessionActivator::addIdentity(const UaUserIdentityToken& identity,
+                                       const OpcUa_EndpointDescription& endpoint,
+                                       OpcUa_ActivateSessionRequest& request)
+{
+    IdentityProtection wanted = protection();
+    const UaStatus status = IdentityTokenBuilder(wanted).build(identity, endpoint, request);
+    if (!(status == OpcUa_BadSecurityModeInsufficient)) {
+        return status;
+    }
+    const OverridableError error(UaClient::ActivateSession, status.statusCode(),
+                                 status.diagnosticText().toStdString());
+    if (!m_context.errorOverrides.overridden(m_context, error, wanted.serverCertificate)) {
+        return status;
+    }
+    wanted.plainPasswordAllowed = true;
+    OpcUa_ExtensionObject_Clear(&request.UserIdentityToken);
+    return IdentityTokenBuilder(wanted).build(identity, endpoint, request);
+}
+
+IdentityProtection SessionActivator::protection() const
+{
+    SessionLock lock(m_context.mutex);
+    const SessionSecurityInfo& security = m_context.securityInfo;
+    IdentityProtection result;
+    result.channelPolicyUri = security.securityPolicyUri;
+    result.channelEncrypts = security.messageSecurityMode == OpcUa_MessageSecurityMode_SignAndEncrypt ||
+                             parseEndpointUrl(m_context.currentEndpointUrl.view()).scheme == "https";
+    result.plainPasswordAllowed = security.plainPasswordAccepted;
+    result.serverCertificate = m_context.serverCertificate;
+    result.serverNonce = m_context.serverNonce;
+    return result;
+}
+
+UaStatus SessionActivator::signRequest(OpcUa_ActivateSessionRequest& request)
+{
+    UaString policy;
+    UaByteString key;
+    UaByteString certificate;
+    UaByteString nonce;
+    {
+        SessionLock lock(m_context.mutex);
+        policy = m_context.securityInfo.securityPolicyUri;
+        key = m_context.securityInfo.clientPrivateKey;
+        certificate = m_context.serverCertificate;
+        nonce = m_context.serverNonce;
+    }
+    const CryptoProvider provider(policy);
+    return provider.status().isGood()
+               ? signForServer(provider, *key.get(), certificate, nonce, request.ClientSignature)
+               : provider.status();
+}
+
+UaStatus SessionActivator::acceptNewNonce(const OpcUa_ByteString& nonce, bool matters)
 {
     const UaByteString fresh(nonce);
-    bool secured = false;
     bool repeated = false;
     {
         SessionLock lock(m_context.mutex);
-        secured = m_context.securityInfo.isSecured();
+        matters = matters || m_context.securityInfo.isSecured();
         repeated = fresh == m_context.serverNonce;
         m_context.serverNonce = fresh;
     }
-    if (!secured) {
+    if (!matters) {
         return UaStatus(); // nothing is signed or encrypted with it
     }
     if (nonce.Length < nonceLength) {
@@ -210,6 +331,19 @@ UaStatus SessionActivator::acceptNewNonce(const OpcUa_ByteString& nonce)
         return UaStatus();
     }
     return UaStatus(OpcUa_BadNonceInvalid);
+}
+
+// ---- CloseSession
+// -------------------------------------------------------------------------------------------
+
+void SessionActivator::closeRefused(bool deleteSubscriptions)
+{
+    OpcUa_UInt32 timeout = 0;
+    {
+        SessionLock lock(m_context.mutex);
+        timeout = m_context.connectInfo.connectTimeout;
+    }
+    closeSession(withTimeout(timeout), deleteSubscriptions); // nobody is left to tell
 }
 
 UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool deleteSubscriptions)
@@ -223,6 +357,7 @@ UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool de
         }
         m_context.sessionCreated = false;
         m_context.activatedOnce = false;
+        m_context.sessionActive = false;
         m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
     }
     request->DeleteSubscriptions = deleteSubscriptions ? OpcUa_True : OpcUa_False;

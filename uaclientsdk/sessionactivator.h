@@ -1,12 +1,16 @@
 // Creates, activates and closes the session on an open channel.
 #pragma once
 
+#include <memory>
+
 #include <uabase/uastatus.h>
+#include <uaclientsdk/identitytokenbuilder.h>
 #include <uaclientsdk/sessioncontext.h>
 
 namespace UaClientSdk {
 
-// Blocks; one thread at a time.
+// Blocks. Any thread; what two threads ask for is done one after the other, since each activation answers
+// with the nonce for the next.
 class SessionActivator
 {
 public:
@@ -16,14 +20,28 @@ public:
     UaStatus createSession();
     // ActivateSession, OPC 10000-4, 5.6.3, on a new or an existing session.
     UaStatus activateSession();
+    // Another user for the session, who is kept when the server takes him. Good; GoodCompletesAsynchronously
+    // without a session just now (the next reconnect logs him in); BadConnectionClosed when nothing is
+    // connected; BadInvalidState from within connectError; what the server answers.
+    UaStatus changeUser(ServiceSettings& settings, std::shared_ptr<const UaUserIdentityToken> identity);
     UaStatus closeSession(const ServiceSettings& settings, bool deleteSubscriptions);
 
 private:
-    UaStatus acceptCreateSessionResponse(OpcUa_CreateSessionResponse& response);
-    UaStatus checkServerNonce(const OpcUa_ByteString& nonce);
-    UaStatus acceptNewNonce(const OpcUa_ByteString& nonce);
-    UaStatus fillUserIdentityLocked(OpcUa_ActivateSessionRequest& request) const;
+    using Identity = std::shared_ptr<const UaUserIdentityToken>;
+
+    UaStatus sendCreateSession();
+    void fillCreateSession(OpcUa_CreateSessionRequest& request);
+    UaStatus acceptCreateSession(OpcUa_CreateSessionResponse& response, const UaByteString& clientNonce);
     void warnAboutServerTime(OpcUa_DateTime serverTime) const;
+
+    UaStatus activate(ServiceSettings& settings, const UaUserIdentityToken& identity);
+    UaStatus fillActivateSession(const UaUserIdentityToken& identity, OpcUa_ActivateSessionRequest& request);
+    UaStatus addIdentity(const UaUserIdentityToken& identity, const OpcUa_EndpointDescription& endpoint,
+                         OpcUa_ActivateSessionRequest& request);
+    UaStatus signRequest(OpcUa_ActivateSessionRequest& request);
+    UaStatus acceptNewNonce(const OpcUa_ByteString& nonce, bool matters);
+    [[nodiscard]] IdentityProtection protection() const;
+    void closeRefused(bool deleteSubscriptions);
 
     SessionContext& m_context;
 };

@@ -17,7 +17,7 @@ OpcUa_UInt32 nextTraceId()
 
 } // namespace
 
-SessionContext::SessionContext() : traceId(nextTraceId())
+SessionContext::SessionContext() : traceId(nextTraceId()), pool(CallbackPool::instance())
 {
     const OpcUa_StatusCode status = OpcUa_Channel_Create(&channel);
     if (OpcUa_IsBad(status)) {
@@ -29,8 +29,9 @@ SessionContext::SessionContext() : traceId(nextTraceId())
 SessionContext::~SessionContext()
 {
     if (channel) {
-        OpcUa_Channel_Delete(&channel);
+        OpcUa_Channel_Delete(&channel); // what was still asked for is answered now
     }
+    transactions.waitForTransactionCompletion(traceId);
 }
 
 void SessionContext::fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header)
@@ -55,6 +56,16 @@ void SessionContext::setWatchdogTimeLocked(OpcUa_UInt32 milliseconds)
         milliseconds = std::max<OpcUa_UInt32>(static_cast<OpcUa_UInt32>(revisedSessionTimeout / 2), 1);
     }
     connectInfo.watchdogTime = milliseconds;
+}
+
+void SessionContext::runOnPool(std::unique_ptr<CallbackJob> job) const
+{
+    mutex.assertUnlocked();
+    if (!pool->add(std::move(job), this)) {
+        UaTrace::tError("Error: SessionCallback - no thread for a callback, it runs here [Session=%u]",
+                        traceId);
+        job->execute();
+    }
 }
 
 void SessionContext::notifyStatus(UaClient::ServerStatus status) const

@@ -4,12 +4,16 @@
 #include <atomic>
 #include <condition_variable>
 #include <opcua/opcua_channel.h>
+#include <thread>
 #include <uabase/uaarrays.h>
 #include <uabase/uanodeid.h>
+#include <uaclientsdk/callbackpool.h>
+#include <uaclientsdk/erroroverrides.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionmutex.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
+#include <uaclientsdk/transactioncounter.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {
@@ -25,6 +29,8 @@ struct SessionContext
 
     mutable SessionMutex mutex;
     std::condition_variable_any wakeUp; // ends the session thread's waits early
+    std::condition_variable_any activatorDone;
+    ErrorOverrides errorOverrides; // of who is the activator, without the mutex
 
     // Lives as long as the session and is connected again and again, so that a service call that runs while
     // the link is replaced never meets a freed handle. Immutable.
@@ -37,10 +43,14 @@ struct SessionContext
     UaStringArray localeIds; // what CreateSession and ActivateSession send
     UaSessionCallback* callback = nullptr;
 
+    bool connecting = false; // a connect is under way
     bool connectRequested = false;
     bool channelConnected = false;
     bool sessionCreated = false; // the server knows sessionId
     bool activatedOnce = false;
+    bool sessionActive = false; // activated on the channel that is connected now: services may be called
+    bool userRefused = false;   // the server took not this user; only another one is tried
+    std::thread::id activator;  // the thread that talks about the session's identity just now
     UaClient::ServerStatus serverStatus = UaClient::Disconnected;
     OpcUa_ServerState serverState = OpcUa_ServerState_Unknown;
 
@@ -48,12 +58,17 @@ struct SessionContext
     UaNodeId sessionId;
     UaNodeId authenticationToken;
     UaByteString serverNonce;
-    UaByteString serverCertificate;
+    UaByteString serverCertificate;   // one, DER
     UaEndpointDescriptions endpoints; // as CreateSession returned them
     UaStringArray namespaceTable;
     double revisedSessionTimeout = 0.0;
     OpcUa_UInt32 revisedChannelLifetime = 0;
     OpcUa_UInt32 nextRequestHandle = 1;
+
+    // Asynchronous calls that are not completed yet. One begins under the mutex, while a connect is
+    // requested, so that disconnect misses none. Guards itself.
+    TransactionCounter transactions;
+    const std::shared_ptr<CallbackPool> pool; // Immutable.
 
     // Set by channel events on the stack's thread: the link is gone, check at once. Not guarded.
     std::atomic<bool> linkLost{false};
@@ -62,6 +77,10 @@ struct SessionContext
     // Fills an initialised header; the caller clears it.
     void fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header);
     void setWatchdogTimeLocked(OpcUa_UInt32 milliseconds);
+
+    // Executes a completion on the pool; at once and here when the pool can not take it, for a completion is
+    // never lost. Without the mutex.
+    void runOnPool(std::unique_ptr<CallbackJob> job) const;
 
     // Callbacks, made without the mutex.
     void notifyStatus(UaClient::ServerStatus status) const;

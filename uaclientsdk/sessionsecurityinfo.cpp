@@ -62,6 +62,14 @@ void SessionSecurityInfo::setCertificateUserIdentity(const UaByteString& certifi
     m_userIdentity = std::make_shared<UaCertificateIdentityToken>(certificate, privateKey);
 }
 
+void SessionSecurityInfo::setUserIdentity(std::shared_ptr<const UaUserIdentityToken> identity)
+{
+    m_userIdentity = std::move(identity);
+    if (!m_userIdentity) {
+        setAnonymousUserIdentity();
+    }
+}
+
 UaStatus SessionSecurityInfo::splitCertificateChain(const UaByteString& chain,
                                                     UaByteStringArray& certificates)
 {

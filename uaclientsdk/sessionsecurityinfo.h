@@ -21,6 +21,9 @@ public:
     OpcUa_MessageSecurityMode messageSecurityMode = OpcUa_MessageSecurityMode_None;
     UaByteString serverCertificate; // DER, may hold a whole chain
     bool verifyServerCertificateOnConnect = false;
+    // The user knows that the password can be read on its way and has agreed; otherwise the session asks
+    // (connectError with BadSecurityModeInsufficient) before it sends one so.
+    bool plainPasswordAccepted = false;
 
     // A session is secured exactly when its policy is not None.
     [[nodiscard]] bool isSecured() const;
@@ -28,6 +31,7 @@ public:
     void setAnonymousUserIdentity();
     void setUserPasswordUserIdentity(const UaString& user, const UaString& password);
     void setCertificateUserIdentity(const UaByteString& certificate, const UaByteString& privateKey);
+    void setUserIdentity(std::shared_ptr<const UaUserIdentityToken> identity); // null: anonymous
     // Never null; shared because copies of the record must not multiply secrets.
     [[nodiscard]] std::shared_ptr<const UaUserIdentityToken> userIdentityToken() const
     {

@@ -58,6 +58,14 @@ UaStatus UaSession::disconnect(const ServiceSettings& settings, bool deleteSubsc
     return result;
 }
 
+UaStatus UaSession::changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity)
+{
+    UaTrace::tInOut("--> UaSession::changeUser");
+    const UaStatus result = d->changeUser(settings, identity);
+    UaTrace::tInOut("<-- UaSession::changeUser [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
+    return result;
+}
+
 bool UaSession::isConnected() const
 {
     return guarded(d->context, &SessionContext::connectRequested);

@@ -38,6 +38,12 @@ public:
     // callback.
     UaStatus disconnect(const ServiceSettings& settings, bool deleteSubscriptions);
 
+    // Activates the session with another user, who is borrowed for the call and kept for reconnects when the
+    // server takes him; null is BadInvalidArgument. GoodCompletesAsynchronously while a reconnect is under
+    // way, which then logs him in; BadConnectionClosed without a connection. After a refusal the session goes
+    // on with the user it had.
+    UaStatus changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity);
+
     [[nodiscard]] bool isConnected() const;
     [[nodiscard]] UaClient::ServerStatus serverStatus() const;
     [[nodiscard]] OpcUa_ServerState serverState() const;

@@ -35,20 +35,55 @@ UaSessionPrivate::~UaSessionPrivate()
     endThread();
 }
 
+// Lets one connect in at a time; a callback of it can not begin another.
+class UaSessionPrivate::ConnectGuard
+{
+public:
+    explicit ConnectGuard(SessionContext& context) : m_context(context)
+    {
+        SessionLock lock(m_context.mutex);
+        m_mine = !m_context.connectRequested && !m_context.connecting;
+        m_context.connecting = m_context.connecting || m_mine;
+    }
+    ~ConnectGuard()
+    {
+        if (m_mine) {
+            SessionLock lock(m_context.mutex);
+            m_context.connecting = false;
+        }
+    }
+    ConnectGuard(const ConnectGuard&) = delete;
+    ConnectGuard& operator=(const ConnectGuard&) = delete;
+
+    [[nodiscard]] bool isMine() const { return m_mine; }
+
+private:
+    SessionContext& m_context;
+    bool m_mine = false;
+};
+
 UaStatus UaSessionPrivate::connect(const UaString& url, const SessionConnectInfo& connectInfo,
                                    const SessionSecurityInfo& securityInfo, UaSessionCallback* callback)
 {
+    const ConnectGuard guard(context);
+    if (!guard.isMine()) {
+        UaTrace::tError("<-- UaSession::connect [ret=OpcUa_BadInternalError] - Server already connected");
+        return UaStatus(OpcUa_BadInternalError);
+    }
+    return connectGuarded(url, connectInfo, securityInfo, callback);
+}
+
+UaStatus UaSessionPrivate::connectGuarded(const UaString& url, const SessionConnectInfo& connectInfo,
+                                          const SessionSecurityInfo& securityInfo,
+                                          UaSessionCallback* callback)
+{
+    endThread(); // one that ended by itself is still to be joined
+    m_connector.disconnectChannel();
     {
         SessionLock lock(context.mutex);
-        if (context.connectRequested) {
-            UaTrace::tError("<-- UaSession::connect [ret=OpcUa_BadInternalError] - Server already connected");
-            return UaStatus(OpcUa_BadInternalError);
-        }
         context.callback = callback; // the check of the certificate asks it already
         context.connectInfo = connectInfo;
     }
-    endThread(); // one that ended by itself is still to be joined
-    m_connector.disconnectChannel();
     SessionSecurityInfo security = securityInfo;
     const UaStatus certificate = checkServerCertificate(security);
     if (certificate.isBad()) {
@@ -56,14 +91,16 @@ UaStatus UaSessionPrivate::connect(const UaString& url, const SessionConnectInfo
     }
     takeOver(url, connectInfo, security, callback);
     const UaStatus opened = openSession();
-    if (opened.isBad() && !connectInfo.retryInitialConnect) {
-        m_connector.disconnectChannel();
-        return opened;
+    if (opened.isGood()) {
+        return startWatching(true);
     }
-    const bool good = opened.isGood();
-    if (!good) {
-        m_connector.disconnectChannel();
-    }
+    m_connector.disconnectChannel();
+    // a user who was refused once is not tried again and again
+    return connectInfo.retryInitialConnect && !userIsRefused() ? startWatching(false) : opened;
+}
+
+UaStatus UaSessionPrivate::startWatching(bool good)
+{
     const auto status = good ? UaClient::Connected : UaClient::ConnectionErrorApiReconnect;
     {
         SessionLock lock(context.mutex);
@@ -84,6 +121,22 @@ UaStatus UaSessionPrivate::connect(const UaString& url, const SessionConnectInfo
         return UaStatus(OpcUa_BadResourceUnavailable);
     }
     return good ? UaStatus() : UaStatus(OpcUa_GoodCompletesAsynchronously);
+}
+
+bool UaSessionPrivate::userIsRefused() const
+{
+    SessionLock lock(context.mutex);
+    return context.userRefused;
+}
+
+UaStatus UaSessionPrivate::changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity)
+{
+    if (!identity) {
+        return UaStatus(OpcUa_BadInvalidArgument);
+    }
+    const UaStatus result = m_activator.changeUser(settings, identity->clone());
+    context.wakeUp.notify_all(); // there may be something to reconnect with, or nothing left to watch
+    return result;
 }
 
 UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security)
@@ -126,6 +179,8 @@ void UaSessionPrivate::takeOver(const UaString& url, const SessionConnectInfo& c
     context.callback = callback;
     context.sessionCreated = false;
     context.activatedOnce = false;
+    context.userRefused = false;
+    context.errorOverrides.forget();
     context.namespaceTable.clear();
     context.revisedSessionTimeout = 0.0;
 }
@@ -257,6 +312,10 @@ UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool dele
         SessionLock lock(context.mutex);
         connected = context.serverStatus == UaClient::Connected;
     }
+    if (!connected) {
+        m_connector.disconnectChannel(); // calls over a broken link are answered at once
+    }
+    context.transactions.waitForTransactionCompletion(context.traceId);
     UaStatus result;
     if (connected) {
         result = m_activator.closeSession(settings, deleteSubscriptions);

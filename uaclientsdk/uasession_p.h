@@ -24,6 +24,7 @@ public:
     UaStatus connect(const UaString& url, const SessionConnectInfo& connectInfo,
                      const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
     UaStatus disconnect(const ServiceSettings& settings, bool deleteSubscriptions);
+    UaStatus changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity);
     UaStatus updateNamespaceTable();
     // Loads the definitions when nothing is loaded and the mode lets a look-up do it.
     void loadDefinitionsOnFirstUse();
@@ -33,12 +34,18 @@ public:
     DataTypeDefinitions definitions;
 
 private:
+    class ConnectGuard;
+
     void run() override;
+    UaStatus connectGuarded(const UaString& url, const SessionConnectInfo& connectInfo,
+                            const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
+    UaStatus startWatching(bool good);
     void afterConnect() override;
     void afterReconnect() override;
     void takeOver(const UaString& url, const SessionConnectInfo& connectInfo,
                   const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
     UaStatus openSession();
+    [[nodiscard]] bool userIsRefused() const;
     UaStatus checkServerCertificate(SessionSecurityInfo& security);
     void endThread();
     [[nodiscard]] bool dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryMode)) const;

@@ -36,8 +36,7 @@ Milliseconds tokenValidity(OpcUa_UInt32 lifetime)
 
 ClientChannel::ClientChannel(ClientChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
                              ClientChannelListener& listener)
-    : m_config(std::move(config)), m_listener(listener), m_reader(m_config.limits.receiveBufferSize),
-      m_conversation(std::move(policy), m_config.limits)
+    : ChannelEngine(config.limits, std::move(policy)), m_config(std::move(config)), m_listener(listener)
 {
 }
 
@@ -197,6 +196,8 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
         return false;
     m_conversation.setChannelId(response.channelId);
     m_conversation.addToken(std::move(token), false);
+    if (m_config.tellsKeys)
+        tellKeys(response);
     m_openRequestId = 0;
     wipe(m_openNonce);
     m_openDeadline = never;
@@ -205,22 +206,17 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
     return true;
 }
 
+void ClientChannel::tellKeys(const OpenResponse& response)
+{
+    if (const auto keys = m_conversation.policy().keysForRecord(m_openNonce, response.nonce))
+        m_listener.onTokenKeys(response.channelId, response.tokenId, *keys);
+}
+
 // ---- what the peer says -------------------------------------------------------------------------
 
-void ClientChannel::receive(MutableByteView bytes, TimePoint now)
+bool ClientChannel::isListening() const
 {
-    Frame frame;
-    while (m_state != State::Closed && m_state != State::Idle) {
-        switch (m_reader.next(bytes, frame)) {
-        case FrameReader::Outcome::Frame:
-            handleFrame(frame, now);
-            break;
-        case FrameReader::Outcome::NeedMore:
-            return;
-        case FrameReader::Outcome::Fault:
-            return fail(m_reader.fault());
-        }
-    }
+    return m_state != State::Closed && m_state != State::Idle;
 }
 
 void ClientChannel::handleFrame(const Frame& frame, TimePoint now)

@@ -2,9 +2,9 @@
 // the next deadline out. No sockets, threads, clocks or log inside. One thread at a time.
 #pragma once
 
+#include "channelengine.h"
 #include "openmessages.h"
 #include "requesttable.h"
-#include "secureconversation.h"
 
 #include <string>
 
@@ -18,6 +18,7 @@ struct ClientChannelConfig
     OpcUa_UInt32 requestedLifetime = 3'600'000; // ms
     size_t maxPendingRequests = 16384;
     OpcUa_DateTime (*utcNow)() = nullptr; // for the time stamps of own requests; null leaves them empty
+    bool tellsKeys = false;               // whether onTokenKeys is wanted
 };
 
 // Told from inside the engine's functions; must not call back into the engine.
@@ -27,6 +28,13 @@ public:
     virtual ~ClientChannelListener() = default;
     virtual void onOpened(OpcUa_UInt32 revisedLifetime) = 0; // ms
     virtual void onRenewed(OpcUa_UInt32 revisedLifetime) = 0;
+    // A token came into use under a policy that has keys; before onOpened or onRenewed.
+    virtual void onTokenKeys(OpcUa_UInt32 channelId, OpcUa_UInt32 tokenId, const TokenKeys& keys)
+    {
+        static_cast<void>(channelId);
+        static_cast<void>(tokenId);
+        static_cast<void>(keys);
+    }
     // Exactly one of the next two for each request that send accepted.
     virtual void onResponse(OpcUa_UInt32 requestId, Bytes&& body) = 0;
     virtual void onRequestFailed(OpcUa_UInt32 requestId, OpcUa_StatusCode status) = 0;
@@ -34,7 +42,7 @@ public:
     virtual void onClosed(OpcUa_StatusCode status) = 0;
 };
 
-class ClientChannel
+class ClientChannel final : public ChannelEngine
 {
 public:
     enum class State { Idle, HelloSent, Opening, Open, Closed };
@@ -45,8 +53,6 @@ public:
     // Says Hello. The channel must be open by the deadline, whatever trickles in, or it closes with
     // BadTimeout.
     void start(TimePoint now, TimePoint deadline);
-    // What the peer sent; may be changed in place.
-    void receive(MutableByteView bytes, TimePoint now);
     // The peer ended the stream, or it broke.
     void streamEnded(OpcUa_StatusCode status);
     // To be called when nextDeadline is reached; harmless at other times.
@@ -60,17 +66,16 @@ public:
     void close();
 
     [[nodiscard]] State state() const { return m_state; }
-    // Bytes for the peer; the owner takes them away.
-    [[nodiscard]] Bytes& output() { return m_output; }
     [[nodiscard]] size_t pendingRequests() const { return m_requests.size(); }
     // Answers that nobody waited for any more.
     [[nodiscard]] std::uint64_t droppedResponses() const { return m_dropped; }
     // The peer's words when it ended the channel with an error; untrusted text.
     [[nodiscard]] const std::string& peerReason() const { return m_peerReason; }
-    [[nodiscard]] SecureConversation& conversation() { return m_conversation; }
 
 private:
-    void handleFrame(const Frame& frame, TimePoint now);
+    [[nodiscard]] bool isListening() const override;
+    void handleFrame(const Frame& frame, TimePoint now) override;
+    void streamFailed(OpcUa_StatusCode status) override { fail(status); }
     void handleAcknowledge(const Frame& frame, TimePoint now);
     void handleError(const Frame& frame);
     void handleOpen(const Frame& frame, TimePoint now);
@@ -80,6 +85,7 @@ private:
     void requestToken(OpcUa_SecurityTokenRequestType type, TimePoint now, TimePoint deadline);
     [[nodiscard]] bool installToken(const OpenResponse& response, OpcUa_UInt32 headerChannelId,
                                     TimePoint now);
+    void tellKeys(const OpenResponse& response);
     void renew(TimePoint now);
     void expireRequests(TimePoint now);
     void failRequests(OpcUa_StatusCode status);
@@ -88,10 +94,7 @@ private:
 
     ClientChannelConfig m_config;
     ClientChannelListener& m_listener;
-    FrameReader m_reader;
-    SecureConversation m_conversation;
     RequestTable m_requests;
-    Bytes m_output;
     State m_state = State::Idle;
     OpcUa_UInt32 m_openRequestId = 0; // of the Open request that waits for its answer; 0 for none
     Bytes m_openNonce;

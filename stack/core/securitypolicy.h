@@ -3,6 +3,8 @@
 
 #include "sequencenumber.h"
 
+#include <stack/security/secret.h>
+
 #include <opcua/opcua_types.h>
 
 #include <memory>
@@ -38,6 +40,19 @@ struct AsymmetricHeader
     ByteView receiverThumbprint;
 };
 
+// Keys of a token as somebody needs them who reads a recorded conversation.
+struct TokenKeys
+{
+    struct Direction
+    {
+        Secret encrypting;
+        Secret initializationVector;
+        size_t signatureLength = 0;
+    };
+    Direction own;
+    Direction peer;
+};
+
 // One channel's view of its security policy: it knows the certificates and keys of both sides.
 class SecurityPolicy
 {
@@ -65,6 +80,13 @@ public:
     [[nodiscard]] virtual bool acceptsNonce(ByteView nonce) = 0;
     // Keys of a token; both members null when the cryptography fails.
     [[nodiscard]] virtual TokenProtection deriveKeys(ByteView ownNonce, ByteView peerNonce) = 0;
+    // The same keys once more, to be recorded; nothing when the policy has none.
+    [[nodiscard]] virtual std::optional<TokenKeys> keysForRecord(ByteView ownNonce, ByteView peerNonce)
+    {
+        static_cast<void>(ownNonce);
+        static_cast<void>(peerNonce);
+        return std::nullopt;
+    }
 };
 
 // Policy None, mode None: chunks travel as they are.

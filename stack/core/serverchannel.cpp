@@ -10,8 +10,7 @@ namespace opcua {
 
 ServerChannel::ServerChannel(ServerChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
                              ServerChannelListener& listener)
-    : m_config(config), m_listener(listener), m_reader(m_config.limits.receiveBufferSize),
-      m_conversation(std::move(policy), m_config.limits)
+    : ChannelEngine(config.limits, std::move(policy)), m_config(config), m_listener(listener)
 {
 }
 
@@ -47,22 +46,6 @@ OpcUa_StatusCode ServerChannel::abort(OpcUa_UInt32 requestId, OpcUa_StatusCode s
     if (m_state != State::Open)
         return OpcUa_BadConnectionClosed;
     return m_conversation.writeAbort(m_output, requestId, status, reason);
-}
-
-void ServerChannel::receive(MutableByteView bytes, TimePoint now)
-{
-    Frame frame;
-    while (m_state != State::Closed) {
-        switch (m_reader.next(bytes, frame)) {
-        case FrameReader::Outcome::Frame:
-            handleFrame(frame, now);
-            break;
-        case FrameReader::Outcome::NeedMore:
-            return;
-        case FrameReader::Outcome::Fault:
-            return fail(m_reader.fault());
-        }
-    }
 }
 
 void ServerChannel::handleFrame(const Frame& frame, TimePoint now)

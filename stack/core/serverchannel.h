@@ -2,8 +2,8 @@
 // serves tests and tools that need a peer with no network between.
 #pragma once
 
+#include "channelengine.h"
 #include "openmessages.h"
-#include "secureconversation.h"
 
 #include <string>
 
@@ -30,7 +30,7 @@ public:
     virtual void onClosed(OpcUa_StatusCode status) = 0;
 };
 
-class ServerChannel
+class ServerChannel final : public ChannelEngine
 {
 public:
     enum class State { AwaitHello, AwaitOpen, Open, Closed };
@@ -38,7 +38,6 @@ public:
     ServerChannel(ServerChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
                   ServerChannelListener& listener);
 
-    void receive(MutableByteView bytes, TimePoint now);
     // Answers a request; one that the client would not take becomes an abort with BadResponseTooLarge.
     // BadConnectionClosed when the channel is not open.
     OpcUa_StatusCode respond(OpcUa_UInt32 requestId, ByteView body);
@@ -47,13 +46,13 @@ public:
     void fail(OpcUa_StatusCode status, std::string_view reason = {});
 
     [[nodiscard]] State state() const { return m_state; }
-    [[nodiscard]] Bytes& output() { return m_output; }
     [[nodiscard]] const std::string& endpointUrl() const { return m_endpointUrl; }
     [[nodiscard]] OpcUa_UInt32 issuedTokens() const { return m_issuedTokens; }
-    [[nodiscard]] SecureConversation& conversation() { return m_conversation; }
 
 private:
-    void handleFrame(const Frame& frame, TimePoint now);
+    [[nodiscard]] bool isListening() const override { return m_state != State::Closed; }
+    void handleFrame(const Frame& frame, TimePoint now) override;
+    void streamFailed(OpcUa_StatusCode status) override { fail(status); }
     void handleHello(const Frame& frame);
     void handleOpen(const Frame& frame, TimePoint now);
     void handleMessage(const Frame& frame, TimePoint now);
@@ -63,9 +62,6 @@ private:
 
     ServerChannelConfig m_config;
     ServerChannelListener& m_listener;
-    FrameReader m_reader;
-    SecureConversation m_conversation;
-    Bytes m_output;
     std::string m_endpointUrl;
     State m_state = State::AwaitHello;
     OpcUa_UInt32 m_issuedTokens = 0;

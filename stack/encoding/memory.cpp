@@ -24,8 +24,9 @@ constexpr std::uint32_t Reserve = 1u << 31;
 constexpr size_t OwnerSize = sizeof(TextBlock*);
 constexpr size_t HeaderSize = alignof(std::max_align_t); // of a block of its own; the pointer is its end
 constexpr size_t SmallestBlock = 256;
-constexpr size_t LargestBlock = 4096;
-static_assert(opcua::LongestPooledText + OwnerSize + 8 + sizeof(TextBlock) < LargestBlock);
+constexpr size_t FirstBlock = 4096;
+constexpr size_t LargestBlock = 16384;
+static_assert(opcua::LongestPooledText + OwnerSize + 8 + sizeof(TextBlock) < FirstBlock);
 
 #if !defined(__SANITIZE_ADDRESS__) && defined(__has_feature)
 #    if __has_feature(address_sanitizer)
@@ -94,7 +95,7 @@ void* OpcUa_Memory_AllocArray(size_t count, size_t elementSize)
 
 namespace opcua {
 
-TextPool::TextPool(size_t messageSize) : m_blockSize(std::clamp(2 * messageSize, SmallestBlock, LargestBlock))
+TextPool::TextPool(size_t messageSize) : m_blockSize(std::clamp(2 * messageSize, SmallestBlock, FirstBlock))
 {
 }
 
@@ -123,6 +124,8 @@ bool TextPool::startBlock()
     m_block = new (raw) TextBlock{Reserve};
     m_at = static_cast<char*>(raw) + 8;
     m_end = static_cast<char*>(raw) + m_blockSize;
+    if (m_blockSize >= FirstBlock) // a message of many texts: fewer, larger blocks from here on
+        m_blockSize = std::min(2 * m_blockSize, LargestBlock);
     return true;
 }
 

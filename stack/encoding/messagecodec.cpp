@@ -13,31 +13,28 @@ namespace {
 
 // Runs a writer over a buffer; the buffer is as before when it fails.
 template <class Write>
-OpcUa_StatusCode encode(const EncodingLimits& limits, std::vector<OpcUa_Byte>& out, Write write)
+OpcUa_StatusCode encode(const EncodingLimits& limits, ByteBuffer& out, Write write)
 {
-    const size_t before = out.size();
     try {
         Writer writer(out, limits);
         write(writer);
         return writer.finish();
     } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
+        return OpcUa_BadOutOfMemory;
     }
-    out.resize(before);
-    return OpcUa_BadOutOfMemory;
 }
 
 template <class Write>
 OpcUa_StatusCode encodeToByteString(OpcUa_ByteString* bytes, Write write)
 {
     OpcUa_ByteString_Initialize(bytes);
-    std::vector<OpcUa_Byte> buffer;
+    ByteBuffer buffer;
     const OpcUa_StatusCode status = encode(EncodingLimits{}, buffer, write);
     if (OpcUa_IsBad(status))
         return status;
     if (buffer.size() > INT32_MAX)
         return OpcUa_BadEncodingLimitsExceeded;
-    const void* const data = buffer.empty() ? "" : static_cast<const void*>(buffer.data());
+    const void* const data = buffer.size() == 0 ? "" : static_cast<const void*>(buffer.data());
     return OpcUa_ByteString_Assign(bytes, data, static_cast<OpcUa_Int32>(buffer.size()));
 }
 
@@ -56,7 +53,7 @@ OpcUa_StatusCode decodeOne(ElementType type, std::span<const OpcUa_Byte> bytes, 
 } // namespace
 
 OpcUa_StatusCode encodeMessage(const OpcUa_EncodeableType& type, const void* object,
-                               const EncodingLimits& limits, std::vector<OpcUa_Byte>& out)
+                               const EncodingLimits& limits, ByteBuffer& out)
 {
     if (type.BinaryEncodingTypeId == 0)
         return OpcUa_BadEncodingError;
@@ -64,6 +61,23 @@ OpcUa_StatusCode encodeMessage(const OpcUa_EncodeableType& type, const void* obj
         writer.numericNodeId(type.BinaryEncodingTypeId);
         writer.structure(type, object);
     });
+}
+
+OpcUa_StatusCode encodeMessage(const OpcUa_EncodeableType& type, const void* object,
+                               const EncodingLimits& limits, std::vector<OpcUa_Byte>& out)
+{
+    ByteBuffer buffer;
+    const OpcUa_StatusCode status = encodeMessage(type, object, limits, buffer);
+    if (OpcUa_IsBad(status))
+        return status;
+    try {
+        out.insert(out.end(), buffer.view().begin(), buffer.view().end());
+    } catch (const std::bad_alloc&) {
+        return OpcUa_BadOutOfMemory;
+    } catch (const std::length_error&) {
+        return OpcUa_BadOutOfMemory;
+    }
+    return OpcUa_Good;
 }
 
 OpcUa_StatusCode decodeMessage(std::span<const OpcUa_Byte> bytes, const EncodingLimits& limits,

@@ -1,6 +1,8 @@
 // Whole messages: a type id followed by a body, OPC 10000-6, 5.2.
 #pragma once
 
+#include <stack/encoding/bytebuffer.h>
+
 #include <opcua/opcua_encodeable.h>
 
 #include <cstddef>
@@ -20,6 +22,8 @@ struct EncodingLimits
 
 // Appends type id and body to out. On failure out is as before.
 // Good, BadEncodingError, BadEncodingLimitsExceeded, BadOutOfMemory.
+[[nodiscard]] OpcUa_StatusCode encodeMessage(const OpcUa_EncodeableType& type, const void* object,
+                                             const EncodingLimits& limits, ByteBuffer& out);
 [[nodiscard]] OpcUa_StatusCode encodeMessage(const OpcUa_EncodeableType& type, const void* object,
                                              const EncodingLimits& limits, std::vector<OpcUa_Byte>& out);
 

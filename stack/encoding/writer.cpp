@@ -4,24 +4,24 @@
 
 namespace opcua {
 
-Writer::Writer(std::vector<OpcUa_Byte>& buffer, const EncodingLimits& limits)
-    : m_buffer(buffer), m_start(buffer.size()), m_at(buffer.data() + m_start), m_end(m_at), m_limits(limits)
+Writer::Writer(ByteBuffer& buffer, const EncodingLimits& limits)
+    : m_buffer(buffer), m_start(buffer.size()), m_at(buffer.data() + m_start),
+      m_end(buffer.data() + buffer.capacity()), m_limits(limits)
 {
 }
 
 OpcUa_StatusCode Writer::finish()
 {
-    m_buffer.resize(OpcUa_IsGood(m_status) ? used() : m_start);
+    m_buffer.setSize(OpcUa_IsGood(m_status) ? used() : m_start);
     return m_status;
 }
 
 void Writer::grow(size_t bytes)
 {
-    constexpr size_t least = 256;
     const size_t written = used();
-    m_buffer.resize(std::max({m_buffer.capacity(), written + bytes, 2 * written, written + least}));
+    m_buffer.grow(written, bytes);
     m_at = m_buffer.data() + written;
-    m_end = m_buffer.data() + m_buffer.size();
+    m_end = m_buffer.data() + m_buffer.capacity();
 }
 
 void Writer::bytes(const void* data, size_t size)
@@ -53,40 +53,66 @@ void Writer::text(const Text& value, OpcUa_UInt32 limit)
     const auto size = static_cast<OpcUa_UInt32>(value.Length);
     if (size > limit)
         return fail(OpcUa_BadEncodingLimitsExceeded);
-    fixed(value.Length);
-    bytes(value.Data, size);
+    ensure(sizeof value.Length + size);
+    std::memcpy(m_at, &value.Length, sizeof value.Length);
+    m_at += sizeof value.Length;
+    if (size > 0)
+        std::memcpy(m_at, value.Data, size);
+    m_at += size;
 }
 
-void Writer::nodeId(const OpcUa_NodeId& value, OpcUa_Byte flags)
+namespace {
+
+constexpr size_t LongestNumericNodeId = 7;
+
+inline OpcUa_Byte* placeNumericNodeId(OpcUa_Byte* at, const OpcUa_NodeId& value, OpcUa_Byte flags)
 {
-    const auto format = [&](int number) { fixed(static_cast<OpcUa_Byte>(number | flags)); };
     const OpcUa_UInt32 numeric = value.Identifier.Numeric;
+    const OpcUa_UInt16 space = value.NamespaceIndex;
+    // the short forms have no room for flags in every reader
+    if (flags == 0 && space == 0 && numeric <= UINT8_MAX) {
+        at[0] = 0;
+        at[1] = static_cast<OpcUa_Byte>(numeric);
+        return at + 2;
+    }
+    if (flags == 0 && space <= UINT8_MAX && numeric <= UINT16_MAX) {
+        const auto number = static_cast<OpcUa_UInt16>(numeric);
+        at[0] = 1;
+        at[1] = static_cast<OpcUa_Byte>(space);
+        std::memcpy(at + 2, &number, sizeof number);
+        return at + 4;
+    }
+    at[0] = static_cast<OpcUa_Byte>(2 | flags);
+    std::memcpy(at + 1, &space, sizeof space);
+    std::memcpy(at + 3, &numeric, sizeof numeric);
+    return at + LongestNumericNodeId;
+}
+
+} // namespace
+
+inline void Writer::nodeId(const OpcUa_NodeId& value, OpcUa_Byte flags)
+{
+    if (value.IdentifierType != OpcUa_IdentifierType_Numeric)
+        return otherNodeId(value, flags);
+    ensure(LongestNumericNodeId);
+    m_at = placeNumericNodeId(m_at, value, flags);
+}
+
+void Writer::otherNodeId(const OpcUa_NodeId& value, OpcUa_Byte flags)
+{
+    const auto start = [&](int format) {
+        fixed(static_cast<OpcUa_Byte>(format | flags));
+        fixed(value.NamespaceIndex);
+    };
     switch (value.IdentifierType) {
-    case OpcUa_IdentifierType_Numeric:
-        // the short forms have no room for flags in every reader
-        if (flags == 0 && value.NamespaceIndex == 0 && numeric <= UINT8_MAX) {
-            format(0);
-            return fixed(static_cast<OpcUa_Byte>(numeric));
-        }
-        if (flags == 0 && value.NamespaceIndex <= UINT8_MAX && numeric <= UINT16_MAX) {
-            format(1);
-            fixed(static_cast<OpcUa_Byte>(value.NamespaceIndex));
-            return fixed(static_cast<OpcUa_UInt16>(numeric));
-        }
-        format(2);
-        fixed(value.NamespaceIndex);
-        return fixed(numeric);
     case OpcUa_IdentifierType_String:
-        format(3);
-        fixed(value.NamespaceIndex);
+        start(3);
         return string(value.Identifier.String);
     case OpcUa_IdentifierType_Guid:
-        format(4);
-        fixed(value.NamespaceIndex);
+        start(4);
         return fixed(value.Identifier.Guid);
     case OpcUa_IdentifierType_Opaque:
-        format(5);
-        fixed(value.NamespaceIndex);
+        start(5);
         return byteString(value.Identifier.ByteString);
     default:
         fail(OpcUa_BadEncodingError);
@@ -188,30 +214,65 @@ inline OpcUa_Byte* placeNumber(OpcUa_Byte* at, const OpcUa_Variant& value)
     }
 }
 
-} // namespace
-
-void Writer::dataValue(const OpcUa_DataValue& value)
+inline int presentParts(const OpcUa_DataValue& value)
 {
-    const bool hasValue = value.Value.Datatype != OpcUaType_Null;
-    const auto mask = (hasValue ? 0x01 : 0) | (value.StatusCode != OpcUa_Good ? 0x02 : 0) |
-                      (value.SourceTimestamp != 0 ? 0x04 : 0) | (value.ServerTimestamp != 0 ? 0x08 : 0) |
-                      (value.SourcePicoseconds != 0 ? 0x10 : 0) | (value.ServerPicoseconds != 0 ? 0x20 : 0);
-    ensure(LargestPlainDataValue);
-    OpcUa_Byte* at = place(m_at, true, static_cast<OpcUa_Byte>(mask));
-    if (hasValue) {
-        OpcUa_Byte* const behind = placeNumber(at, value.Value);
-        if (behind == nullptr) {
-            m_at = at;
-            variant(value.Value);
-            ensure(LargestPlainDataValue);
-        }
-        at = behind != nullptr ? behind : m_at;
-    }
+    return (value.Value.Datatype != OpcUaType_Null ? 0x01 : 0) | (value.StatusCode != OpcUa_Good ? 0x02 : 0) |
+           (value.SourceTimestamp != 0 ? 0x04 : 0) | (value.ServerTimestamp != 0 ? 0x08 : 0) |
+           (value.SourcePicoseconds != 0 ? 0x10 : 0) | (value.ServerPicoseconds != 0 ? 0x20 : 0);
+}
+
+// All but mask and value.
+inline OpcUa_Byte* placeStatusAndTimes(OpcUa_Byte* at, int mask, const OpcUa_DataValue& value)
+{
     at = place(at, (mask & 0x02) != 0, value.StatusCode);
     at = place(at, (mask & 0x04) != 0, value.SourceTimestamp);
     at = place(at, (mask & 0x10) != 0, value.SourcePicoseconds);
     at = place(at, (mask & 0x08) != 0, value.ServerTimestamp);
-    m_at = place(at, (mask & 0x20) != 0, value.ServerPicoseconds);
+    return place(at, (mask & 0x20) != 0, value.ServerPicoseconds);
+}
+
+// Writes a data value that holds a number or nothing, for which there is room; null when it is another one.
+inline OpcUa_Byte* placePlainDataValue(OpcUa_Byte* at, const OpcUa_DataValue& value)
+{
+    const int mask = presentParts(value);
+    *at++ = static_cast<OpcUa_Byte>(mask);
+    if ((mask & 0x01) != 0)
+        at = placeNumber(at, value.Value);
+    return at != nullptr ? placeStatusAndTimes(at, mask, value) : nullptr;
+}
+
+} // namespace
+
+// The usual data values: numbers. Stops at the first that is something else; answers how many there were.
+size_t Writer::plainDataValues(const OpcUa_DataValue* values, size_t count)
+{
+    OpcUa_Byte* at = m_at;
+    size_t done = 0;
+    while (done < count) {
+        if (static_cast<size_t>(m_end - at) < LargestPlainDataValue) {
+            m_at = at;
+            grow(LargestPlainDataValue);
+            at = m_at;
+        }
+        OpcUa_Byte* const behind = placePlainDataValue(at, values[done]);
+        if (behind == nullptr)
+            break;
+        at = behind;
+        ++done;
+    }
+    m_at = at;
+    return done;
+}
+
+void Writer::dataValue(const OpcUa_DataValue& value)
+{
+    if (plainDataValues(&value, 1) == 1)
+        return;
+    const int mask = presentParts(value);
+    fixed(static_cast<OpcUa_Byte>(mask));
+    variant(value.Value);
+    ensure(LargestPlainDataValue);
+    m_at = placeStatusAndTimes(m_at, mask, value);
 }
 
 void Writer::diagnosticInfo(const OpcUa_DiagnosticInfo& value)
@@ -277,6 +338,12 @@ void Writer::encodeableBody(const OpcUa_ExtensionObject& value)
 void Writer::element(ElementType type, const void* source)
 {
     switch (type.kind) {
+    case OpcUaType_Boolean:
+        return fixed(*static_cast<const OpcUa_Byte*>(source));
+    case OpcUaType_Int32:
+    case OpcUaType_UInt32:
+    case OpcUaType_StatusCode:
+        return fixed(*static_cast<const OpcUa_UInt32*>(source));
     case OpcUaType_String:
         return string(*static_cast<const OpcUa_String*>(source));
     case OpcUaType_ByteString:
@@ -318,25 +385,123 @@ void Writer::elements(ElementType type, const void* data, OpcUa_Int32 count)
     fixed(count);
     if (type.isFixed())
         return bytes(data, type.size() * size);
-    for (size_t i = 0; i < size && OpcUa_IsGood(m_status); ++i)
-        element(type, elementAt(data, type.size(), i));
+    size_t done = 0;
+    if (type.kind == OpcUaType_DataValue)
+        done = plainDataValues(static_cast<const OpcUa_DataValue*>(data), size);
+    for (; done < size && OpcUa_IsGood(m_status); ++done)
+        element(type, elementAt(data, type.size(), done));
 }
+
+namespace {
+
+// Room that is made sure of before each field of a structure; what may take more is no plain field.
+constexpr size_t LargestPlainField = 160;
+constexpr size_t LongestPlainText = 64;
+
+// Null for a text that is too long.
+inline OpcUa_Byte* placeText(OpcUa_Byte* at, const OpcUa_String& value, size_t longest)
+{
+    const bool isNull = value.Data == nullptr || value.Length < 0;
+    const OpcUa_Int32 length = isNull ? -1 : value.Length;
+    const size_t size = isNull ? 0 : static_cast<size_t>(length);
+    if (size > longest)
+        return nullptr;
+    at = place(at, true, length);
+    if (size > 0)
+        std::memcpy(at, value.Data, size);
+    return at + size;
+}
+
+inline OpcUa_Byte* placeLocalizedText(OpcUa_Byte* at, const OpcUa_LocalizedText& value, size_t longest)
+{
+    const bool hasLocale = value.Locale.Data != nullptr && value.Locale.Length >= 0;
+    const bool hasText = value.Text.Data != nullptr && value.Text.Length >= 0;
+    *at++ = static_cast<OpcUa_Byte>((hasLocale ? 0x01 : 0) | (hasText ? 0x02 : 0));
+    if (hasLocale)
+        at = placeText(at, value.Locale, longest);
+    if (hasText && at != nullptr)
+        at = placeText(at, value.Text, longest);
+    return at;
+}
+
+inline OpcUa_Byte* placePlainNodeId(OpcUa_Byte* at, const OpcUa_NodeId& value)
+{
+    return value.IdentifierType == OpcUa_IdentifierType_Numeric ? placeNumericNodeId(at, value, 0) : nullptr;
+}
+
+// The usual forms of the usual fields, for which there is room; null for all else.
+inline OpcUa_Byte* placePlainField(OpcUa_Byte* at, OpcUa_Byte kind, const void* source, size_t longestText)
+{
+    switch (kind) {
+    case OpcUaType_Boolean:
+    case OpcUaType_Byte:
+        return place(at, true, *static_cast<const OpcUa_Byte*>(source));
+    case OpcUaType_Int32:
+    case OpcUaType_UInt32:
+    case OpcUaType_StatusCode:
+    case OpcUaType_Float:
+    case OpcUa_FieldKind_Enumeration:
+        return place(at, true, *static_cast<const OpcUa_UInt32*>(source));
+    case OpcUaType_Int64:
+    case OpcUaType_UInt64:
+    case OpcUaType_Double:
+    case OpcUaType_DateTime:
+        return place(at, true, *static_cast<const OpcUa_UInt64*>(source));
+    case OpcUaType_String:
+        return placeText(at, *static_cast<const OpcUa_String*>(source), longestText);
+    case OpcUaType_NodeId:
+        return placePlainNodeId(at, *static_cast<const OpcUa_NodeId*>(source));
+    case OpcUaType_ExpandedNodeId: {
+        const auto& value = *static_cast<const OpcUa_ExpandedNodeId*>(source);
+        const bool plain = value.NamespaceUri.Data == nullptr && value.ServerIndex == 0;
+        return plain ? placePlainNodeId(at, value.NodeId) : nullptr;
+    }
+    case OpcUaType_QualifiedName: {
+        const auto& value = *static_cast<const OpcUa_QualifiedName*>(source);
+        return placeText(place(at, true, value.NamespaceIndex), value.Name, longestText);
+    }
+    case OpcUaType_LocalizedText:
+        return placeLocalizedText(at, *static_cast<const OpcUa_LocalizedText*>(source), longestText);
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
 
 void Writer::structure(const OpcUa_EncodeableType& type, const void* object)
 {
-    const PresentFields present(type, object);
-    if (type.IsUnion || type.HasOptionalFields) {
-        if (!present.isValid(type))
-            return fail(OpcUa_BadEncodingError);
-        fixed(memberAt<OpcUa_UInt32>(object, 0));
+    if (type.IsUnion || type.HasOptionalFields)
+        return prefixedStructure(type, object);
+    const size_t longestText = std::min<size_t>(LongestPlainText, m_limits.maxStringLength);
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount && OpcUa_IsGood(m_status); ++i) {
+        const OpcUa_FieldDescriptor& descriptor = type.Fields[i];
+        if (!descriptor.IsArray && !descriptor.IsPointer) {
+            ensure(LargestPlainField);
+            OpcUa_Byte* const behind =
+                placePlainField(m_at, descriptor.Kind, elementAt(object, 1, descriptor.Offset), longestText);
+            if (behind != nullptr) {
+                m_at = behind;
+                continue;
+            }
+        }
+        field(descriptor, object);
     }
+}
+
+void Writer::prefixedStructure(const OpcUa_EncodeableType& type, const void* object)
+{
+    const PresentFields present(type, object);
+    if (!present.isValid(type))
+        return fail(OpcUa_BadEncodingError);
+    fixed(memberAt<OpcUa_UInt32>(object, 0));
     for (OpcUa_UInt32 i = 0; i < type.FieldCount && OpcUa_IsGood(m_status); ++i) {
         if (present.has(i))
             field(type.Fields[i], object);
     }
 }
 
-void Writer::field(const OpcUa_FieldDescriptor& descriptor, const void* object)
+inline void Writer::field(const OpcUa_FieldDescriptor& descriptor, const void* object)
 {
     if (descriptor.IsArray || descriptor.IsPointer)
         return indirectField(descriptor, object);

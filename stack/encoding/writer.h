@@ -1,22 +1,21 @@
 // Writer of the binary encoding, OPC 10000-6, 5.2, in one pass into a growing buffer.
 #pragma once
 
+#include <stack/encoding/bytebuffer.h>
 #include <stack/encoding/elements.h>
 #include <stack/encoding/messagecodec.h>
 
 #include <opcua/opcua_statuscodes.h>
 
 #include <cstring>
-#include <vector>
 
 namespace opcua {
 
-// Appends to a buffer; throws std::bad_alloc. After the first failure nothing more is of use; take() leaves
-// the buffer as it was then.
+// Appends to a buffer; throws std::bad_alloc. After the first failure nothing more is of use.
 class Writer
 {
 public:
-    Writer(std::vector<OpcUa_Byte>& buffer, const EncodingLimits& limits);
+    Writer(ByteBuffer& buffer, const EncodingLimits& limits);
 
     void element(ElementType type, const void* source);
     void structure(const OpcUa_EncodeableType& type, const void* object);
@@ -53,6 +52,7 @@ private:
     void string(const OpcUa_String& value) { text(value, m_limits.maxStringLength); }
     void byteString(const OpcUa_ByteString& value) { text(value, m_limits.maxByteStringLength); }
     void nodeId(const OpcUa_NodeId& value, OpcUa_Byte flags);
+    void otherNodeId(const OpcUa_NodeId& value, OpcUa_Byte flags);
     void expandedNodeId(const OpcUa_ExpandedNodeId& value);
     void localizedText(const OpcUa_LocalizedText& value);
     void variant(const OpcUa_Variant& value);
@@ -60,12 +60,14 @@ private:
     void extensionObject(const OpcUa_ExtensionObject& value);
     void encodeableBody(const OpcUa_ExtensionObject& value);
     void dataValue(const OpcUa_DataValue& value);
+    size_t plainDataValues(const OpcUa_DataValue* values, size_t count);
     void diagnosticInfo(const OpcUa_DiagnosticInfo& value);
+    void prefixedStructure(const OpcUa_EncodeableType& type, const void* object);
     void field(const OpcUa_FieldDescriptor& descriptor, const void* object);
     void indirectField(const OpcUa_FieldDescriptor& descriptor, const void* object);
     void elements(ElementType type, const void* data, OpcUa_Int32 count);
 
-    std::vector<OpcUa_Byte>& m_buffer; // its size is the room that there is
+    ByteBuffer& m_buffer; // its size is set at the end
     const size_t m_start;
     OpcUa_Byte* m_at;
     OpcUa_Byte* m_end;

@@ -11,7 +11,7 @@ namespace opcua {
 
 namespace {
 
-constexpr size_t maxCached = 64;
+constexpr size_t maxCached = 256;
 
 // By thumbprint; the bytes are compared all the same, for a thumbprint can be made to match.
 class CertificateCache

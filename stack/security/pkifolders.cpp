@@ -87,9 +87,10 @@ void readCertificates(const std::string& path, std::vector<X509Handle>& certific
         if (!isCertificateName(name))
             return;
         const Bytes bytes = File(folder, name).content();
-        const unsigned char* at = bytes.data();
-        if (X509Handle certificate{d2i_X509(nullptr, &at, static_cast<long>(bytes.size()))})
-            certificates.push_back(std::move(certificate));
+        const auto first = firstOfChain(bytes);
+        const auto certificate = first ? cachedCertificate(*first) : nullptr;
+        if (certificate && X509_up_ref(certificate->x509()) == 1)
+            certificates.emplace_back(certificate->x509());
     });
 }
 

@@ -54,4 +54,16 @@ SecurityPolicy::TokenProtection RsaSecurityPolicy::deriveKeys(ByteView ownNonce,
             SymmetricProtection::make(m_profile, std::move(*incoming), m_encrypts, Direction::Incoming)};
 }
 
+std::optional<TokenKeys> RsaSecurityPolicy::keysForRecord(ByteView ownNonce, ByteView peerNonce)
+{
+    auto outgoing = deriveDirectionKeys(m_profile, peerNonce, ownNonce);
+    auto incoming = deriveDirectionKeys(m_profile, ownNonce, peerNonce);
+    if (!outgoing || !incoming)
+        return std::nullopt;
+    const size_t signatureLength = digestLength(m_profile.digest);
+    return TokenKeys{
+        {std::move(outgoing->encrypting), std::move(outgoing->initializationVector), signatureLength},
+        {std::move(incoming->encrypting), std::move(incoming->initializationVector), signatureLength}};
+}
+
 } // namespace opcua

@@ -20,6 +20,7 @@ public:
     std::optional<Bytes> makeNonce() override;
     bool acceptsNonce(ByteView nonce) override;
     TokenProtection deriveKeys(ByteView ownNonce, ByteView peerNonce) override;
+    std::optional<TokenKeys> keysForRecord(ByteView ownNonce, ByteView peerNonce) override;
 
 private:
     const PolicyProfile& m_profile;

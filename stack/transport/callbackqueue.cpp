@@ -3,6 +3,7 @@
 #include <opcua/opcua_channel.h>
 
 #include <exception>
+#include <utility>
 
 namespace opcua {
 
@@ -52,12 +53,15 @@ void CallbackQueue::startLocked()
 
 void CallbackQueue::post(Job job)
 {
+    bool waits = false;
     {
         const std::lock_guard lock(m_mutex);
         m_jobs.push_back(std::move(job));
         startLocked();
+        waits = std::exchange(m_waiting, false);
     }
-    m_changed.notify_all();
+    if (waits)
+        m_changed.notify_all();
 }
 
 void CallbackQueue::drain()
@@ -74,16 +78,26 @@ void CallbackQueue::drain()
 void CallbackQueue::run()
 {
     t_queue = this;
+    std::vector<Job> jobs;
     std::unique_lock lock(m_mutex);
     for (;;) {
-        m_changed.wait(lock, [this] { return m_draining || !m_jobs.empty(); });
+        while (!m_draining && m_jobs.empty()) {
+            m_waiting = true;
+            m_changed.wait(lock);
+        }
+        m_waiting = false;
         if (m_jobs.empty())
             break;
-        Job job = std::move(m_jobs.front());
-        m_jobs.pop_front();
+        // all at once, so that whoever posts does not meet this thread at every job
+        jobs.swap(m_jobs);
         lock.unlock();
-        runGuarded(job);
-        job = nullptr; // what it holds goes now, not with the next job
+        for (Job& job : jobs) {
+            runGuarded(job);
+            job = nullptr; // what it holds goes now, not with the last of them
+        }
+        jobs.clear();
+        if (m_afterJobs)
+            runGuarded(m_afterJobs);
         lock.lock();
     }
     m_running = false;

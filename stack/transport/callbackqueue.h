@@ -2,10 +2,10 @@
 #pragma once
 
 #include <condition_variable>
-#include <deque>
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace opcua {
 
@@ -15,7 +15,9 @@ class CallbackQueue
 public:
     using Job = std::function<void()>;
 
-    CallbackQueue() = default;
+    // afterJobs, which may be empty, runs on the thread whenever it has run all jobs that were there, and
+    // like them.
+    explicit CallbackQueue(Job afterJobs = {}) : m_afterJobs(std::move(afterJobs)) {}
     ~CallbackQueue() { drain(); }
     CallbackQueue(const CallbackQueue&) = delete;
     CallbackQueue& operator=(const CallbackQueue&) = delete;
@@ -35,9 +37,11 @@ private:
     void startLocked();
     void run();
 
+    const Job m_afterJobs;
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::deque<Job> m_jobs;
+    std::vector<Job> m_jobs;
+    bool m_waiting = false;
     bool m_running = false;
     bool m_draining = false;
     std::thread m_thread;

@@ -139,8 +139,9 @@ OpcUa_StatusCode Channel::openChannel(const ConnectParameters& parameters, Uniqu
     config.securityMode = parameters.securityMode;
     config.requestedLifetime = parameters.requestedLifetime;
     config.utcNow = &OpcUa_DateTime_UtcNow;
+    config.tellsKeys = m_runtime->keyLog() != nullptr;
     auto connection = std::make_shared<Connection>(std::move(socket), std::move(config), std::move(policy),
-                                                   m_runtime->loop(), weak_from_this());
+                                                   m_runtime->loop(), weak_from_this(), m_runtime->keyLog());
     return openTransport(std::move(connection), deadline, *attempt);
 }
 
@@ -230,16 +231,29 @@ bool Channel::isConnected() const
 
 // ---- calls and events ---------------------------------------------------------------------------
 
+std::shared_ptr<MessageTransport> Channel::connection() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_state == State::Connected ? m_connection : nullptr;
+}
+
 OpcUa_StatusCode Channel::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline, bool mayWait)
 {
-    std::shared_ptr<MessageTransport> connection;
-    {
-        const std::lock_guard lock(m_mutex);
-        if (m_state != State::Connected)
-            return OpcUa_BadInvalidState;
-        connection = m_connection;
-    }
-    return connection->send(std::move(call), body, deadline, mayWait);
+    const auto to = connection();
+    return to ? to->send(std::move(call), body, deadline, mayWait) : OpcUa_BadInvalidState;
+}
+
+OpcUa_StatusCode Channel::fetch(const std::shared_ptr<AwaitedCall>& call, ByteView body, TimePoint deadline)
+{
+    const auto to = connection();
+    return to ? to->fetch(call, body, deadline) : OpcUa_BadInvalidState;
+}
+
+// What callbacks have asked for leaves when they are done.
+void Channel::flush()
+{
+    if (const auto to = connection())
+        to->flush();
 }
 
 void Channel::postEvent(OpcUa_Channel_Event event, OpcUa_StatusCode status)

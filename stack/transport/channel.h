@@ -49,9 +49,11 @@ public:
     [[nodiscard]] bool shutdown();
     [[nodiscard]] bool isConnected() const;
 
-    // As MessageTransport::send; BadInvalidState when there was no connection.
+    // As the functions of MessageTransport; BadInvalidState when there was no connection.
     [[nodiscard]] OpcUa_StatusCode send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
                                         bool mayWait);
+    [[nodiscard]] OpcUa_StatusCode fetch(const std::shared_ptr<AwaitedCall>& call, ByteView body,
+                                         TimePoint deadline);
     [[nodiscard]] CallbackQueue& callbacks() { return m_callbacks; }
     [[nodiscard]] const Runtime& runtime() const { return *m_runtime; }
 
@@ -76,6 +78,8 @@ private:
     [[nodiscard]] OpcUa_StatusCode openTransport(std::shared_ptr<MessageTransport> transport,
                                                  TimePoint deadline, Cancellation& attempt);
     [[nodiscard]] bool beginConnect(const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] std::shared_ptr<MessageTransport> connection() const; // null when there was none
+    void flush();
     void endConnection();
     void postEvent(OpcUa_Channel_Event event, OpcUa_StatusCode status);
     void setState(State state);
@@ -91,7 +95,7 @@ private:
     std::optional<OpcUa_StatusCode> m_opened; // what connect answers, or answered
     OpcUa_UInt32 m_revisedLifetime = 0;
     std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> m_onEvent;
-    CallbackQueue m_callbacks;
+    CallbackQueue m_callbacks{[this] { flush(); }};
 };
 
 } // namespace opcua

@@ -1,6 +1,6 @@
 #include "connection.h"
 
-#include <sys/epoll.h>
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <opcua/opcua_channel.h>
@@ -10,10 +10,30 @@
 
 namespace opcua {
 
+namespace {
+
+// From so many open calls on, requests of callers who do not wait leave together: a system call costs more
+// than all else that is done for a small request. They wait for the next turn of the event loop or of the
+// callbacks, and not longer than this.
+constexpr size_t manyCalls = 8;
+constexpr size_t mostBytesKeptBack = 16 * 1024;
+constexpr Milliseconds longestKeptBack{1};
+
+constexpr size_t callersRoom = 64 * 1024;
+
+int millisecondsUntil(TimePoint deadline)
+{
+    const auto left = std::chrono::ceil<Milliseconds>(deadline - std::chrono::steady_clock::now());
+    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 3'600'000));
+}
+
+} // namespace
+
 Connection::Connection(UniqueFd socket, ClientChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
-                       std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer)
-    : m_loop(std::move(loop)), m_observer(std::move(observer)), m_socket(std::move(socket)),
-      m_engine(std::move(config), std::move(policy), *this)
+                       std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer,
+                       std::shared_ptr<KeyLog> keyLog)
+    : m_loop(std::move(loop)), m_observer(std::move(observer)), m_keyLog(std::move(keyLog)),
+      m_socket(std::move(socket)), m_engine(std::move(config), std::move(policy), *this)
 {
 }
 
@@ -28,9 +48,9 @@ OpcUa_StatusCode Connection::start(TimePoint deadline)
     return OpcUa_Good;
 }
 
-OpcUa_StatusCode Connection::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline, bool mayWait)
+OpcUa_StatusCode Connection::enqueueLocked(std::unique_lock<std::mutex>& lock, std::shared_ptr<Call> call,
+                                           ByteView body, TimePoint deadline, bool mayWait)
 {
-    std::unique_lock lock(m_mutex);
     const auto admitted = [this] {
         return m_unsent.size() - m_sentOfUnsent <= maxUnsentBytes ||
                m_engine.state() != ClientChannel::State::Open;
@@ -41,11 +61,39 @@ OpcUa_StatusCode Connection::send(std::shared_ptr<Call> call, ByteView body, Tim
         return OpcUa_BadTimeout;
     OpcUa_UInt32 requestId = 0;
     const OpcUa_StatusCode status = m_engine.send(body, deadline, requestId);
-    if (OpcUa_IsBad(status))
-        return status;
-    m_calls.emplace(requestId, std::move(call));
-    settleAndTell(lock);
-    return OpcUa_Good;
+    if (OpcUa_IsGood(status))
+        m_calls.emplace(requestId, std::move(call));
+    return status;
+}
+
+OpcUa_StatusCode Connection::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline, bool mayWait)
+{
+    std::unique_lock lock(m_mutex);
+    const OpcUa_StatusCode status = enqueueLocked(lock, std::move(call), body, deadline, mayWait);
+    if (OpcUa_IsGood(status) && !keepBackLocked())
+        settleAndTell(lock);
+    return status;
+}
+
+// Leaves what the engine has to say for a later turn, and sees to it that there is one.
+bool Connection::keepBackLocked()
+{
+    if (m_calls.size() < manyCalls || m_engine.output().size() > mostBytesKeptBack)
+        return false;
+    const TimePoint latest = std::chrono::steady_clock::now() + longestKeptBack;
+    const TimePoint wanted = std::min(m_engine.nextDeadline(), latest);
+    if (wanted < m_deadline.load()) {
+        m_deadline = wanted;
+        m_loop->deadlineMoved(wanted);
+    }
+    return true;
+}
+
+void Connection::flush()
+{
+    std::unique_lock lock(m_mutex);
+    if (m_socket && !m_engine.output().empty())
+        settleAndTell(lock);
 }
 
 void Connection::close()
@@ -54,13 +102,88 @@ void Connection::close()
     m_engine.close();
     settleAndTell(lock);
     lock.lock();
-    m_changed.wait(lock, [this] { return m_telling == 0; });
+    m_changed.wait(lock, [this] { return m_told == m_turns && !m_callerReads; });
 }
 
 bool Connection::isOpen() const
 {
     const std::lock_guard lock(m_mutex);
     return m_engine.state() == ClientChannel::State::Open;
+}
+
+// ---- a caller who reads -------------------------------------------------------------------------
+
+// The right to read, from before the request is sent, so that its answer does not wake the loop.
+class Connection::Reading
+{
+public:
+    explicit Reading(Connection& connection) : m_connection(connection) {}
+    ~Reading() // without the mutex
+    {
+        if (!m_held)
+            return;
+        UniqueFd closed; // outside the lock, for closing may take its time
+        const std::lock_guard lock(m_connection.m_mutex);
+        m_connection.m_callerReads = false;
+        closed = std::move(m_connection.m_retired);
+        m_connection.watchLocked();
+        m_connection.m_changed.notify_all();
+    }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+    // With it. Nobody takes the right from another one, who may still be telling what he read.
+    void takeLocked()
+    {
+        if (!m_connection.m_socket || m_connection.m_callerReads ||
+            m_connection.m_told != m_connection.m_turns)
+            return;
+        m_held = true;
+        m_connection.m_callerReads = true;
+        m_connection.watchLocked();
+    }
+    [[nodiscard]] bool held() const { return m_held; }
+
+private:
+    Connection& m_connection;
+    bool m_held = false;
+};
+
+OpcUa_StatusCode Connection::fetch(const std::shared_ptr<AwaitedCall>& call, ByteView body,
+                                   TimePoint deadline)
+{
+    Reading reading(*this);
+    std::unique_lock lock(m_mutex);
+    const OpcUa_StatusCode status = enqueueLocked(lock, call, body, deadline, true);
+    if (OpcUa_IsBad(status))
+        return status;
+    reading.takeLocked();
+    settleAndTell(lock);
+    if (reading.held())
+        readFor(*call, deadline);
+    return OpcUa_Good;
+}
+
+// Serves all calls until this one is complete; timers stay with the loop, but for the caller's own deadline.
+void Connection::readFor(const AwaitedCall& call, TimePoint deadline)
+{
+    m_callersRoom.resize(callersRoom);
+    while (!call.isDone()) {
+        std::unique_lock lock(m_mutex);
+        if (!m_socket)
+            return;
+        pollfd polled{m_socket.get(), POLLIN, 0};
+        lock.unlock();
+        const int ready = ::poll(&polled, 1, millisecondsUntil(deadline));
+        lock.lock();
+        if (!m_socket)
+            return;
+        if (ready > 0)
+            receiveLocked(m_callersRoom);
+        else
+            m_engine.advance(std::chrono::steady_clock::now());
+        settleAndTell(lock);
+    }
 }
 
 // ---- the loop's side ----------------------------------------------------------------------------
@@ -71,7 +194,8 @@ void Connection::onReady(std::uint32_t, MutableByteView scratch)
     if (!m_socket)
         return;
     // an error or hang-up shows when reading, behind what the peer said last
-    receiveLocked(scratch);
+    if (!m_callerReads)
+        receiveLocked(scratch);
     settleAndTell(lock);
 }
 
@@ -109,18 +233,21 @@ void Connection::settleAndTell(std::unique_lock<std::mutex>& lock)
         lock.unlock();
         return;
     }
-    ++m_telling;
+    const std::uint64_t turn = m_turns++;
+    m_changed.wait(lock, [&] { return m_told == turn; });
     lock.unlock();
     tell(outcome);
     outcome = {}; // whoever waits for this may free what the calls hold on to
     lock.lock();
-    --m_telling;
+    ++m_told;
     lock.unlock();
     m_changed.notify_all();
 }
 
 void Connection::tell(Outcome& outcome)
 {
+    if (m_keyLog && !outcome.keyLines.empty())
+        m_keyLog->append(outcome.keyLines);
     for (Completion& completion : outcome.completions)
         completion.call->complete(completion.status, std::move(completion.body));
     const auto observer = m_observer.lock();
@@ -141,6 +268,7 @@ void Connection::settleLocked()
     flushLocked();
     if (m_engine.state() == ClientChannel::State::Closed)
         return leaveLoopLocked();
+    watchLocked();
     const TimePoint wanted = m_engine.nextDeadline();
     const TimePoint before = m_deadline.exchange(wanted);
     if (wanted < before)
@@ -153,8 +281,12 @@ void Connection::leaveLoopLocked()
     if (!m_socket)
         return;
     m_loop->remove(m_key, m_socket.get());
+    if (m_callerReads) {
+        // its number must not become another socket's while he waits for it
+        static_cast<void>(::shutdown(m_socket.get(), SHUT_RDWR));
+        m_retired = std::move(m_socket);
+    }
     m_socket.reset();
-    m_watchingOutput = false;
     m_unsent.clear();
     m_sentOfUnsent = 0;
     m_changed.notify_all();
@@ -180,10 +312,17 @@ void Connection::flushLocked()
             m_writeBroken = true; // the reader finds out why, and whether the peer said a last word
     }
     dropSentLocked();
-    if (full != m_watchingOutput) {
-        m_watchingOutput = full;
-        m_loop->watchOutput(m_key, m_socket.get(), full);
-    }
+    m_full = full;
+}
+
+// What the loop is to watch for: input unless a caller reads, output when the socket is full.
+void Connection::watchLocked()
+{
+    if (!m_socket || (m_watchingInput == !m_callerReads && m_watchingOutput == m_full))
+        return;
+    m_watchingInput = !m_callerReads;
+    m_watchingOutput = m_full;
+    m_loop->watch(m_key, m_socket.get(), m_watchingInput, m_watchingOutput);
 }
 
 // Forgets what is sent, without moving the rest at every turn.
@@ -220,6 +359,11 @@ void Connection::onOpened(OpcUa_UInt32 revisedLifetime)
 void Connection::onRenewed(OpcUa_UInt32)
 {
     m_outcome.renewed = true;
+}
+
+void Connection::onTokenKeys(OpcUa_UInt32 channelId, OpcUa_UInt32 tokenId, const TokenKeys& keys)
+{
+    m_outcome.keyLines = keyLogLines(channelId, tokenId, keys);
 }
 
 void Connection::onResponse(OpcUa_UInt32 requestId, Bytes&& body)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "eventloop.h"
+#include "keylog.h"
 #include "messagetransport.h"
 
 #include <stack/core/clientchannel.h>
@@ -12,8 +13,9 @@
 namespace opcua {
 
 // Threads: the engine is used under this object's mutex. A caller's thread puts a request into the engine and
-// writes what the socket takes; the rest, and everything that arrives, is the event loop's. Nothing ties
-// reading to the loop's thread, so that a caller who waits alone could do it too.
+// writes what the socket takes; the rest is the event loop's. What arrives is read by one thread at a time:
+// by a caller who waits for his answer, the first of those that wait, or by the event loop when nobody does.
+// Whatever a thread finds out is told without the mutex, in the order in which it was found out.
 class Connection final : public MessageTransport,
                          public EventHandler,
                          public std::enable_shared_from_this<Connection>,
@@ -21,11 +23,15 @@ class Connection final : public MessageTransport,
 {
 public:
     Connection(UniqueFd socket, ClientChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
-               std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer);
+               std::shared_ptr<EventLoop> loop, std::weak_ptr<ConnectionObserver> observer,
+               std::shared_ptr<KeyLog> keyLog = nullptr);
 
     [[nodiscard]] OpcUa_StatusCode start(TimePoint deadline) override;
     [[nodiscard]] OpcUa_StatusCode send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
                                         bool mayWait) override;
+    [[nodiscard]] OpcUa_StatusCode fetch(const std::shared_ptr<AwaitedCall>& call, ByteView body,
+                                         TimePoint deadline) override;
+    void flush() override;
     void close() override;
     [[nodiscard]] bool isOpen() const override;
 
@@ -47,20 +53,30 @@ private:
         std::optional<OpcUa_UInt32> opened;
         bool renewed = false;
         std::optional<OpcUa_StatusCode> lost;
-        std::string reason; // the peer's words for a loss
+        std::string reason;   // the peer's words for a loss
+        std::string keyLines; // of a new token; comes with opened or renewed
         [[nodiscard]] bool empty() const { return completions.empty() && !opened && !renewed && !lost; }
     };
 
+    class Reading;
+
     void onOpened(OpcUa_UInt32 revisedLifetime) override;
     void onRenewed(OpcUa_UInt32 revisedLifetime) override;
+    void onTokenKeys(OpcUa_UInt32 channelId, OpcUa_UInt32 tokenId, const TokenKeys& keys) override;
     void onResponse(OpcUa_UInt32 requestId, Bytes&& body) override;
     void onRequestFailed(OpcUa_UInt32 requestId, OpcUa_StatusCode status) override;
     void onClosed(OpcUa_StatusCode status) override;
 
+    [[nodiscard]] OpcUa_StatusCode enqueueLocked(std::unique_lock<std::mutex>& lock,
+                                                 std::shared_ptr<Call> call, ByteView body,
+                                                 TimePoint deadline, bool mayWait);
+    [[nodiscard]] bool keepBackLocked();
+    void readFor(const AwaitedCall& call, TimePoint deadline);
     void completeLocked(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body);
     void receiveLocked(MutableByteView scratch);
     void settleLocked();
     void flushLocked();
+    void watchLocked();
     void dropSentLocked();
     void leaveLoopLocked();
     void settleAndTell(std::unique_lock<std::mutex>& lock);
@@ -68,6 +84,7 @@ private:
 
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
+    const std::shared_ptr<KeyLog> m_keyLog; // null: keys are nobody's business
     mutable std::mutex m_mutex;
     std::condition_variable m_changed; // room to send, end of the channel, nothing being told
     UniqueFd m_socket;
@@ -76,9 +93,15 @@ private:
     Outcome m_outcome;
     Bytes m_unsent;
     size_t m_sentOfUnsent = 0;
+    bool m_full = false; // the socket
     bool m_watchingOutput = false;
     bool m_writeBroken = false;
-    int m_telling = 0;
+    bool m_watchingInput = true;
+    bool m_callerReads = false;
+    UniqueFd m_retired;        // of a closed connection, until the caller who reads has noticed
+    Bytes m_callersRoom;       // what the caller who reads reads into
+    std::uint64_t m_turns = 0; // outcomes that were found out
+    std::uint64_t m_told = 0;  // of them
     std::uint64_t m_key = 0;
     std::atomic<TimePoint> m_deadline{never};
 };

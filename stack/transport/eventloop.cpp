@@ -21,10 +21,11 @@ UniqueFd checked(int fd, const char* what)
     return UniqueFd(fd);
 }
 
-epoll_event interest(std::uint64_t key, bool output)
+epoll_event interest(std::uint64_t key, bool input, bool output)
 {
     epoll_event event{};
-    event.events = EPOLLIN | (output ? static_cast<std::uint32_t>(EPOLLOUT) : 0u);
+    event.events = (input ? static_cast<std::uint32_t>(EPOLLIN) : 0u) |
+                   (output ? static_cast<std::uint32_t>(EPOLLOUT) : 0u);
     event.data.u64 = key;
     return event;
 }
@@ -35,7 +36,7 @@ EventLoop::EventLoop()
     : m_epoll(checked(::epoll_create1(EPOLL_CLOEXEC), "epoll_create1")),
       m_wake(checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "eventfd")), m_scratch(scratchSize)
 {
-    epoll_event event = interest(wakeKey, false);
+    epoll_event event = interest(wakeKey, true, false);
     if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, m_wake.get(), &event) != 0)
         throw std::system_error(errno, std::generic_category(), "epoll_ctl");
     m_thread = std::thread([this] { run(); });
@@ -58,16 +59,16 @@ std::uint64_t EventLoop::add(int socket, std::shared_ptr<EventHandler> handler)
 {
     const std::lock_guard lock(m_mutex);
     const std::uint64_t key = ++m_lastKey;
-    epoll_event event = interest(key, false);
+    epoll_event event = interest(key, true, false);
     if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, socket, &event) != 0)
         return 0;
     m_handlers.emplace(key, std::move(handler));
     return key;
 }
 
-void EventLoop::watchOutput(std::uint64_t key, int socket, bool on)
+void EventLoop::watch(std::uint64_t key, int socket, bool input, bool output)
 {
-    epoll_event event = interest(key, on);
+    epoll_event event = interest(key, input, output);
     static_cast<void>(::epoll_ctl(m_epoll.get(), EPOLL_CTL_MOD, socket, &event));
 }
 

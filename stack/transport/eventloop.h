@@ -41,7 +41,9 @@ public:
     // Watches for input; the loop keeps the handler alive until remove. Answers a key, 0 when it failed.
     [[nodiscard]] std::uint64_t add(int socket, std::shared_ptr<EventHandler> handler);
     // Whether to watch for room to write too.
-    void watchOutput(std::uint64_t key, int socket, bool on);
+    void watchOutput(std::uint64_t key, int socket, bool on) { watch(key, socket, true, on); }
+    // What to watch for. Errors and hang-ups are told whatever it is.
+    void watch(std::uint64_t key, int socket, bool input, bool output);
     // May return while onReady or onTime still runs. The socket must still be open.
     void remove(std::uint64_t key, int socket);
     // A handler's deadline has come nearer.

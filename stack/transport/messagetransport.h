@@ -3,7 +3,10 @@
 
 #include <stack/core/protocol.h>
 
+#include <atomic>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 
 namespace opcua {
 
@@ -14,6 +17,23 @@ public:
     virtual ~Call() = default;
     // Exactly once, on any thread, with no lock of the stack held; must neither block nor throw.
     virtual void complete(OpcUa_StatusCode status, Bytes&& body) noexcept = 0;
+};
+
+// A call whose caller waits for the answer.
+class AwaitedCall final : public Call
+{
+public:
+    void complete(OpcUa_StatusCode status, Bytes&& body) noexcept override;
+    [[nodiscard]] bool isDone() const { return m_done.load(std::memory_order_acquire); }
+    // Blocks until the call is complete; hands its body out.
+    [[nodiscard]] OpcUa_StatusCode wait(Bytes& body);
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::atomic<bool> m_done{false};
+    OpcUa_StatusCode m_status = 0;
+    Bytes m_body;
 };
 
 // Hears of a connection's life; rules as for Call. Events come in order.
@@ -43,6 +63,16 @@ public:
     // BadResourceUnavailable.
     [[nodiscard]] virtual OpcUa_StatusCode send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
                                                 bool mayWait) = 0;
+    // As send with mayWait, by a caller who has nothing else to do until the answer is there: a transport may
+    // use his thread to fetch it, which saves waking one thread with another. Good: call is complete, or is
+    // being completed by another thread.
+    [[nodiscard]] virtual OpcUa_StatusCode fetch(const std::shared_ptr<AwaitedCall>& call, ByteView body,
+                                                 TimePoint deadline)
+    {
+        return send(call, body, deadline, true);
+    }
+    // Sends what send has kept back for a moment, so that several requests leave in one go.
+    virtual void flush() {}
     // Closes in good order. When it returns, every call has completed and no observer call runs or will.
     virtual void close() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;

@@ -40,7 +40,8 @@ OpcUa_ProxyStubConfiguration completed(OpcUa_ProxyStubConfiguration configuratio
 }
 
 Runtime::Runtime(const OpcUa_ProxyStubConfiguration& configuration)
-    : m_configuration(completed(configuration)), m_loop(std::make_shared<EventLoop>())
+    : m_configuration(completed(configuration)), m_loop(std::make_shared<EventLoop>()),
+      m_keyLog(KeyLog::fromEnvironment())
 {
 }
 

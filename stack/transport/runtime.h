@@ -2,6 +2,7 @@
 #pragma once
 
 #include "eventloop.h"
+#include "keylog.h"
 #include "resolver.h"
 
 #include <opcua/opcua_channel.h>
@@ -30,6 +31,8 @@ public:
     [[nodiscard]] ChannelLimits channelLimits() const;
     [[nodiscard]] const std::shared_ptr<EventLoop>& loop() const { return m_loop; }
     [[nodiscard]] Resolver& resolver() { return m_resolver; }
+    // Null unless somebody asked for it.
+    [[nodiscard]] const std::shared_ptr<KeyLog>& keyLog() const { return m_keyLog; }
 
     [[nodiscard]] std::shared_ptr<Channel> createChannel(const std::shared_ptr<Runtime>& self);
     [[nodiscard]] bool isRunning() const { return m_running; }
@@ -41,6 +44,7 @@ private:
     std::atomic<bool> m_running = true;
     std::shared_ptr<EventLoop> m_loop;
     Resolver m_resolver;
+    const std::shared_ptr<KeyLog> m_keyLog;
     std::mutex m_mutex;
     std::vector<std::weak_ptr<Channel>> m_channels;
 };

@@ -30,37 +30,6 @@ OpcUa_StatusCode prepare(const Channel& channel, const OpcUa_EncodeableType& typ
     return status;
 }
 
-// A caller that sleeps until the answer is there.
-class WaitingCall final : public Call
-{
-public:
-    void complete(OpcUa_StatusCode status, Bytes&& body) noexcept override
-    {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_status = status;
-            m_body = std::move(body);
-            m_done = true;
-        }
-        m_changed.notify_one();
-    }
-
-    OpcUa_StatusCode wait(Bytes& body)
-    {
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_done; });
-        body = std::move(m_body);
-        return m_status;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_done = false;
-    OpcUa_StatusCode m_status = 0;
-    Bytes m_body;
-};
-
 // A caller that went on; decoding and callback are the callback thread's.
 class CallbackCall final : public Call, public std::enable_shared_from_this<CallbackCall>
 {
@@ -123,8 +92,8 @@ OpcUa_StatusCode invokeService(Channel& channel, const OpcUa_EncodeableType& req
     OpcUa_StatusCode status = prepare(channel, requestType, request, prepared);
     if (OpcUa_IsBad(status))
         return status;
-    const auto call = std::make_shared<WaitingCall>();
-    status = channel.send(call, prepared.body, prepared.deadline, true);
+    const auto call = std::make_shared<AwaitedCall>();
+    status = channel.fetch(call, prepared.body, prepared.deadline);
     if (OpcUa_IsBad(status))
         return status;
     Bytes body;

@@ -138,15 +138,20 @@ class PeerServer final : private ServerChannelListener
 public:
     using Answer = std::function<void(ServerChannel& channel, OpcUa_UInt32 requestId, const Bytes& body)>;
 
-    explicit PeerServer(Answer answer, ServerChannelConfig config = {})
-        : m_answer(std::move(answer)), m_channel(config, makeSecurityPolicyNone(), *this)
+    explicit PeerServer(Answer answer, ServerChannelConfig config = {},
+                        std::unique_ptr<SecurityPolicy> policy = makeSecurityPolicyNone())
+        : m_answer(std::move(answer)), m_channel(config, std::move(policy), *this)
     {
     }
+    // Keeps what the client sends, as it comes.
+    void record(Bytes& received) { m_record = &received; }
     // Until the client goes or the channel ends, or for so many reads.
     void serve(PeerSocket& socket, int reads = -1)
     {
         Bytes bytes;
         while (reads-- != 0 && m_channel.state() != ServerChannel::State::Closed && socket.read(bytes)) {
+            if (m_record != nullptr)
+                m_record->insert(m_record->end(), bytes.begin(), bytes.end());
             m_channel.receive(bytes, std::chrono::steady_clock::now());
             socket.write(std::exchange(m_channel.output(), {}));
         }
@@ -158,6 +163,7 @@ private:
 
     Answer m_answer;
     ServerChannel m_channel;
+    Bytes* m_record = nullptr;
 };
 
 } // namespace opcua::test

@@ -1,9 +1,7 @@
 // The channel under every security policy, against its counterpart and against faults.
-#include "memorypipe.h"
+#include "securepipe.h"
 
 #include <stack/security/keyderivation.h>
-#include <stack/security/securitypolicies.h>
-#include <tests/support/testcertificates.h>
 
 #include <opcua/opcua_channel.h>
 
@@ -14,76 +12,6 @@
 
 namespace opcua::test {
 namespace {
-
-namespace certificates = testcertificates;
-
-constexpr auto Sign = OpcUa_MessageSecurityMode_Sign;
-constexpr auto SignAndEncrypt = OpcUa_MessageSecurityMode_SignAndEncrypt;
-
-struct Identity
-{
-    Bytes certificate;
-    Bytes key;
-};
-
-const Identity& identity(int bits, const std::string& name)
-{
-    static std::map<std::pair<int, std::string>, Identity> made;
-    Identity& entry = made[{bits, name}];
-    if (entry.certificate.empty()) {
-        certificates::Recipe recipe;
-        recipe.name = name;
-        recipe.pair = certificates::key(bits, name);
-        entry = {certificates::make(recipe), certificates::privateDer(recipe.pair)};
-    }
-    return entry;
-}
-
-std::unique_ptr<SecurityPolicy> policy(const char* uri, OpcUa_MessageSecurityMode mode, const Identity& own,
-                                       const Identity& peer)
-{
-    std::unique_ptr<SecurityPolicy> made;
-    EXPECT_EQ(makeSecurityPolicy(uri, mode, {own.certificate, own.key, peer.certificate}, made), OpcUa_Good);
-    return made;
-}
-
-struct Suite
-{
-    const char* uri;
-    OpcUa_MessageSecurityMode mode;
-    int clientBits;
-    int serverBits;
-};
-
-// Server ids are the same in each, so that bytes of one conversation fit another.
-struct SecurePipe
-{
-    explicit SecurePipe(const Suite& suite, const char* clientName = "client")
-        : client(identity(suite.clientBits, clientName)), server(identity(suite.serverBits, "server")),
-          pipe(configOf(suite), {}, policy(suite.uri, suite.mode, client, server),
-               policy(suite.uri, suite.mode, server, client))
-    {
-    }
-    static ClientChannelConfig configOf(const Suite& suite)
-    {
-        ClientChannelConfig config;
-        config.securityMode = suite.mode;
-        return config;
-    }
-    // Up to the point where the server's answer to Open is on its way.
-    Bytes openAnswer()
-    {
-        pipe.start();
-        pipe.toServer(std::exchange(pipe.client.output(), {}));
-        pipe.toClient(std::exchange(pipe.server.output(), {}));
-        pipe.toServer(std::exchange(pipe.client.output(), {}));
-        return std::exchange(pipe.server.output(), {});
-    }
-
-    const Identity& client;
-    const Identity& server;
-    MemoryPipe pipe;
-};
 
 constexpr Suite usual{OpcUa_SecurityPolicy_Basic256Sha256, SignAndEncrypt, 2048, 2048};
 

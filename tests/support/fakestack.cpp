@@ -42,9 +42,18 @@ FakeStack& FakeStack::instance()
     return fake;
 }
 
+FakeStack::~FakeStack()
+{
+    endDelivery();
+}
+
 void FakeStack::reset()
 {
+    endDelivery();
     std::lock_guard lock(m_mutex);
+    m_held.clear();
+    m_otherTypes.clear();
+    m_refusals.clear();
     m_handlers.clear();
     m_failures.clear();
     m_journal.clear();
@@ -114,6 +123,30 @@ void FakeStack::failNext(const OpcUa_EncodeableType& requestType, std::vector<Op
 {
     std::lock_guard lock(m_mutex);
     m_failures[&requestType].assign(statuses.begin(), statuses.end());
+}
+
+void FakeStack::refuseNextBegin(const OpcUa_EncodeableType& requestType,
+                                std::vector<OpcUa_StatusCode> statuses)
+{
+    std::lock_guard lock(m_mutex);
+    m_refusals[&requestType].assign(statuses.begin(), statuses.end());
+}
+
+void FakeStack::holdAnswers(const OpcUa_EncodeableType& requestType, bool hold)
+{
+    std::lock_guard lock(m_mutex);
+    if (hold) {
+        m_held.insert(&requestType);
+    } else {
+        m_held.erase(&requestType);
+    }
+    m_pendingChanged.notify_all();
+}
+
+void FakeStack::answerAs(const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType)
+{
+    std::lock_guard lock(m_mutex);
+    m_otherTypes[&requestType] = &responseType;
 }
 
 void FakeStack::setConnectResult(OpcUa_StatusCode status)
@@ -186,6 +219,7 @@ void FakeStack::loseLink()
         event = m_event;
         context = m_eventContext;
     }
+    abortPending();
     if (event) {
         event(nullptr, OpcUa_Channel_Event_Disconnected, OpcUa_BadConnectionClosed, nullptr, context);
     }
@@ -210,6 +244,7 @@ OpcUa_StatusCode FakeStack::connect(const OpcUa_ChannelConnectInfo& info, OpcUa_
 
 OpcUa_StatusCode FakeStack::disconnect()
 {
+    abortPending();
     std::lock_guard lock(m_mutex);
     m_journal.emplace_back("Disconnect");
     return OpcUa_Good;
@@ -225,11 +260,20 @@ void FakeStack::cancelConnect()
 OpcUa_StatusCode FakeStack::invoke(const OpcUa_EncodeableType& requestType, const void* request,
                                    void* response)
 {
-    Handler handler;
     {
         std::lock_guard lock(m_mutex);
         m_journal.emplace_back(requestType.TypeName);
         m_called.notify_all();
+    }
+    return answer(requestType, request, response);
+}
+
+OpcUa_StatusCode FakeStack::answer(const OpcUa_EncodeableType& requestType, const void* request,
+                                   void* response)
+{
+    Handler handler;
+    {
+        std::lock_guard lock(m_mutex);
         auto& failures = m_failures[&requestType];
         if (!failures.empty()) {
             const OpcUa_StatusCode status = failures.front();
@@ -245,6 +289,115 @@ OpcUa_StatusCode FakeStack::invoke(const OpcUa_EncodeableType& requestType, cons
         handler = found->second;
     }
     return handler(request, response);
+}
+
+// ---- asynchronous calls ----------------------------------------------------------------------------------
+
+OpcUa_StatusCode FakeStack::beginInvoke(const OpcUa_EncodeableType& requestType, const void* request,
+                                        const OpcUa_EncodeableType& responseType,
+                                        OpcUa_Channel_PfnRequestComplete callback, void* callbackData)
+{
+    std::shared_ptr<void> copy(
+        OpcUa_EncodeableObject_Create(&requestType),
+        [type = &requestType](void* object) { OpcUa_EncodeableObject_Delete(type, &object); });
+    if (OpcUa_IsBad(OpcUa_EncodeableObject_Copy(&requestType, request, copy.get()))) {
+        return OpcUa_BadOutOfMemory;
+    }
+    std::lock_guard lock(m_mutex);
+    m_journal.emplace_back(requestType.TypeName);
+    m_called.notify_all();
+    auto& refusals = m_refusals[&requestType];
+    if (!refusals.empty()) {
+        const OpcUa_StatusCode status = refusals.front();
+        refusals.pop_front();
+        if (OpcUa_IsBad(status)) {
+            return status;
+        }
+    }
+    m_pending.push_back({&requestType, std::move(copy), &responseType, callback, callbackData});
+    if (!m_delivery.joinable()) {
+        m_delivery = std::thread([this] { deliverAnswers(); });
+    }
+    m_pendingChanged.notify_all();
+    return OpcUa_Good;
+}
+
+std::deque<FakeStack::Pending>::iterator FakeStack::nextToDeliverLocked()
+{
+    return std::find_if(m_pending.begin(), m_pending.end(), [this](const Pending& call) {
+        return m_aborting || !m_held.contains(call.requestType);
+    });
+}
+
+void FakeStack::deliverAnswers()
+{
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_pendingChanged.wait(lock,
+                              [this] { return m_endDelivery || nextToDeliverLocked() != m_pending.end(); });
+        const auto next = nextToDeliverLocked();
+        if (next == m_pending.end()) {
+            return;
+        }
+        const Pending call = std::move(*next);
+        m_pending.erase(next);
+        m_delivering = true;
+        const bool aborted = m_aborting;
+        lock.unlock();
+        deliver(call, aborted);
+        lock.lock();
+        m_delivering = false;
+        m_pendingChanged.notify_all();
+    }
+}
+
+void FakeStack::deliver(const Pending& call, bool aborted)
+{
+    const OpcUa_EncodeableType* type = call.responseType;
+    OpcUa_StatusCode status = OpcUa_BadConnectionClosed;
+    void* response = nullptr;
+    if (!aborted) {
+        response = OpcUa_EncodeableObject_Create(type);
+        status = answer(*call.requestType, call.request.get(), response);
+        std::lock_guard lock(m_mutex);
+        const auto other = m_otherTypes.find(call.requestType);
+        if (other != m_otherTypes.end()) {
+            OpcUa_EncodeableObject_Delete(type, &response);
+            type = other->second;
+            response = OpcUa_EncodeableObject_Create(type);
+        }
+    }
+    if (OpcUa_IsBad(status) && response) {
+        OpcUa_EncodeableObject_Delete(type, &response);
+    }
+    call.callback(nullptr, response, type, call.callbackData, status);
+}
+
+void FakeStack::abortPending()
+{
+    std::unique_lock lock(m_mutex);
+    if (std::this_thread::get_id() == m_delivery.get_id()) {
+        return;
+    }
+    m_aborting = true;
+    m_pendingChanged.notify_all();
+    m_pendingChanged.wait(lock, [this] { return m_pending.empty() && !m_delivering; });
+    m_aborting = false;
+}
+
+void FakeStack::endDelivery()
+{
+    abortPending();
+    {
+        std::lock_guard lock(m_mutex);
+        m_endDelivery = true;
+        m_pendingChanged.notify_all();
+    }
+    if (m_delivery.joinable()) {
+        m_delivery.join();
+    }
+    m_delivery = std::thread();
+    m_endDelivery = false;
 }
 
 // ---- the functions that the dynamic linker finds here first
@@ -287,8 +440,18 @@ OpcUa_StatusCode OpcUa_Channel_InvokeService(OpcUa_Channel, const OpcUa_Encodeab
     return FakeStack::instance().invoke(*requestType, request, response);
 }
 
+OpcUa_StatusCode OpcUa_Channel_BeginInvokeService(OpcUa_Channel, const OpcUa_EncodeableType* requestType,
+                                                  const void* request,
+                                                  const OpcUa_EncodeableType* responseType,
+                                                  OpcUa_Channel_PfnRequestComplete callback,
+                                                  void* callbackData)
+{
+    return FakeStack::instance().beginInvoke(*requestType, request, *responseType, callback, callbackData);
+}
+
 OpcUa_UInt64 OpcUa_GetTickCount(void)
 {
+    ++FakeStack::instance().tickReads;
     return FakeStack::instance().ticks;
 }
 

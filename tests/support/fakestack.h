@@ -7,8 +7,11 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
+#include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <opcua/opcua.h>
@@ -26,6 +29,13 @@ public:
     void on(const OpcUa_EncodeableType& requestType, Handler handler);
     // The next answers, before the handler is asked again.
     void failNext(const OpcUa_EncodeableType& requestType, std::vector<OpcUa_StatusCode> statuses);
+    // Asynchronous calls that the stack does not take, first ones first.
+    void refuseNextBegin(const OpcUa_EncodeableType& requestType, std::vector<OpcUa_StatusCode> statuses);
+    // Keeps the answers to asynchronous calls of the kind back until holdAnswers is taken back, the channel
+    // is disconnected or the link is lost.
+    void holdAnswers(const OpcUa_EncodeableType& requestType, bool hold);
+    // Asynchronous calls of the kind are answered with an empty structure of another type.
+    void answerAs(const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType);
     void setConnectResult(OpcUa_StatusCode status);
     // Connects that take until somebody cancels them.
     void setConnectHangs(bool hangs);
@@ -44,20 +54,53 @@ public:
 
     // The clock of the code under test, in ms.
     std::atomic<OpcUa_UInt64> ticks{1};
+    // How often it was looked at.
+    std::atomic<int> tickReads{0};
 
     // Called by the replaced functions.
     OpcUa_StatusCode connect(const OpcUa_ChannelConnectInfo& info, OpcUa_UInt32* revisedLifetime);
     OpcUa_StatusCode disconnect();
     void cancelConnect();
     OpcUa_StatusCode invoke(const OpcUa_EncodeableType& requestType, const void* request, void* response);
+    OpcUa_StatusCode beginInvoke(const OpcUa_EncodeableType& requestType, const void* request,
+                                 const OpcUa_EncodeableType& responseType,
+                                 OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
 
 private:
+    // An asynchronous call that is not answered yet.
+    struct Pending
+    {
+        const OpcUa_EncodeableType* requestType;
+        std::shared_ptr<void> request;
+        const OpcUa_EncodeableType* responseType;
+        OpcUa_Channel_PfnRequestComplete callback;
+        void* callbackData;
+    };
+
+    FakeStack() = default;
+    ~FakeStack();
+    OpcUa_StatusCode answer(const OpcUa_EncodeableType& requestType, const void* request, void* response);
+    void deliverAnswers(); // runs on the thread that stands for the channel's callback thread
+    void deliver(const Pending& call, bool aborted);
+    std::deque<Pending>::iterator nextToDeliverLocked();
+    void endDelivery();
+    // Answers all that is pending with BadConnectionClosed; on return no callback runs.
+    void abortPending();
     void installDefaults();
     OpcUa_StatusCode answerRead(const OpcUa_ReadRequest& request, OpcUa_ReadResponse& response);
 
     std::mutex m_mutex;
     std::condition_variable m_cancelled;
     std::condition_variable m_called;
+    std::condition_variable m_pendingChanged;
+    std::deque<Pending> m_pending;
+    std::set<const OpcUa_EncodeableType*> m_held;
+    std::map<const OpcUa_EncodeableType*, const OpcUa_EncodeableType*> m_otherTypes;
+    std::map<const OpcUa_EncodeableType*, std::deque<OpcUa_StatusCode>> m_refusals;
+    std::thread m_delivery;
+    bool m_delivering = false;
+    bool m_aborting = false;
+    bool m_endDelivery = false;
     std::map<const OpcUa_EncodeableType*, Handler> m_handlers;
     std::map<const OpcUa_EncodeableType*, std::deque<OpcUa_StatusCode>> m_failures;
     std::vector<std::string> m_journal;

@@ -1,9 +1,12 @@
 // A session over the scripted stack, and a callback that remembers what it is told.
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -27,14 +30,16 @@ public:
         std::lock_guard lock(m_mutex);
         m_errors.push_back(std::to_string(step) + " " + error.toString().toStdString() +
                            (clientSide ? " ours" : ""));
-        return false;
+        return overrides;
     }
 
+    std::atomic<bool> overrides{false}; // the answer to connectError
+
     // Whether the statuses become these within the limit.
-    bool waitFor(const std::vector<int>& wanted)
+    bool waitFor(const std::vector<int>& wanted, std::chrono::milliseconds limit = std::chrono::seconds(10))
     {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, std::chrono::seconds(10), [&] { return m_statuses == wanted; });
+        return m_changed.wait_for(lock, limit, [&] { return m_statuses == wanted; });
     }
 
     std::vector<int> statuses()
@@ -70,6 +75,29 @@ protected:
     UaStatus disconnect() { return session.disconnect(UaClientSdk::ServiceSettings(), true); }
     // Lets the code under test believe that one watchdog time is over.
     void passWatchdogTime() { stack.ticks += session.watchdogTime() + 1; }
+
+    // The same again and again, until the statuses are these.
+    bool passWatchdogTimesUntil(const std::vector<int>& wanted)
+    {
+        for (int turn = 0; turn < 50; ++turn) {
+            passWatchdogTime();
+            if (callback.waitFor(wanted, std::chrono::milliseconds(200))) {
+                return true;
+            }
+        }
+        return false;
+    }
+    // One watchdog time, and as many turns of the session thread as show that it does nothing about it.
+    bool passWatchdogTimeInVain()
+    {
+        passWatchdogTime();
+        const int enough = stack.tickReads + 3;
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (stack.tickReads < enough && std::chrono::steady_clock::now() < limit) {
+            std::this_thread::yield();
+        }
+        return stack.tickReads >= enough;
+    }
 
     FakeStack& stack = FakeStack::instance();
     UaClientSdk::SessionConnectInfo info;

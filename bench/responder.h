@@ -1,0 +1,50 @@
+// A server of canned answers, and a bare echo of the same sizes, in a process of their own: what is measured
+// is the client alone.
+#pragma once
+
+#include "bulkmessages.h"
+
+#include <stack/security/policyprofile.h>
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace opcua::bench {
+
+struct Identity
+{
+    Bytes certificate; // DER
+    Bytes key;         // DER
+};
+
+// A self-signed certificate with a key of 2048 bits.
+[[nodiscard]] Identity makeIdentity(const char* name);
+// What the certificate's owner signs to show that he is there.
+[[nodiscard]] Bytes signatureOver(const Identity& signer, ByteView certificate, ByteView nonce);
+
+inline constexpr size_t rawRequestSize = 111;
+inline constexpr size_t rawAnswerSize = 84;
+inline constexpr int bulkValues = 1000;    // of the Read with more than one node
+inline constexpr int notifications = 1000; // of each Publish answer
+inline constexpr int references = 1000;    // of each Browse answer
+
+class Responder
+{
+public:
+    // Forks; the caller must have one thread only. clientNonce is what sessions are created with.
+    Responder(const Identity& server, const Identity& client, ByteView clientNonce);
+    ~Responder();
+    Responder(const Responder&) = delete;
+    Responder& operator=(const Responder&) = delete;
+
+    [[nodiscard]] std::uint16_t rawPort() const { return m_ports[0]; }
+    [[nodiscard]] std::uint16_t port(bool secured) const { return m_ports[secured ? 2 : 1]; }
+
+private:
+    std::uint16_t m_ports[3]{};
+    pid_t m_process = -1;
+};
+
+} // namespace opcua::bench

@@ -1,0 +1,21 @@
+#include "channelengine.h"
+
+namespace opcua {
+
+void ChannelEngine::receive(MutableByteView bytes, TimePoint now)
+{
+    Frame frame;
+    while (isListening()) {
+        switch (m_reader.next(bytes, frame)) {
+        case FrameReader::Outcome::Frame:
+            handleFrame(frame, now);
+            break;
+        case FrameReader::Outcome::NeedMore:
+            return;
+        case FrameReader::Outcome::Fault:
+            return streamFailed(m_reader.fault());
+        }
+    }
+}
+
+} // namespace opcua

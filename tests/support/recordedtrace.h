@@ -1,0 +1,47 @@
+// What the code under test traces, while the object lives. One at a time.
+#pragma once
+
+#include <algorithm>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <uabase/uatrace.h>
+#include <uabase/uatracehook.h>
+
+class RecordedTrace : private UaTraceHook
+{
+public:
+    explicit RecordedTrace(UaTrace::TraceLevel level = UaTrace::Data) : m_before(UaTrace::traceLevel())
+    {
+        UaTrace::setTraceLevel(level);
+        UaTrace::setTraceHook(this);
+    }
+    ~RecordedTrace() override
+    {
+        UaTrace::setTraceHook(nullptr);
+        UaTrace::setTraceLevel(m_before);
+    }
+
+    [[nodiscard]] bool holds(std::string_view text) const { return count(text) > 0; }
+    // Records that hold the text.
+    [[nodiscard]] long count(std::string_view text) const
+    {
+        std::lock_guard lock(m_mutex);
+        return std::count_if(m_records.begin(), m_records.end(), [text](const std::string& record) {
+            return record.find(text) != std::string::npos;
+        });
+    }
+
+private:
+    void traceOutput(UaTrace::TraceLevel, const char* text, int) override
+    {
+        std::lock_guard lock(m_mutex);
+        m_records.emplace_back(text);
+    }
+
+    mutable std::mutex m_mutex;
+    std::vector<std::string> m_records;
+    UaTrace::TraceLevel m_before;
+};

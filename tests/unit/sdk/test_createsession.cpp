@@ -1,0 +1,195 @@
+// What a server must prove when a session is created, and what the application may override.
+#include "sessiontest.h"
+
+#include <array>
+#include <memory>
+
+#include <gmock/gmock.h>
+
+#include <unistd.h>
+
+#include <tests/support/securedserver.h>
+#include <uaclientsdk/hostnames.h>
+
+namespace {
+
+using testing::IsEmpty;
+using UaClientSdk::UaClient;
+
+class CreateSessionTest : public SessionTest
+{
+protected:
+    void SetUp() override
+    {
+        SessionTest::SetUp();
+        m_server = std::make_unique<SecuredServer>(stack, OpcUa_SecurityPolicy_Basic256Sha256,
+                                                   OpcUa_MessageSecurityMode_SignAndEncrypt);
+    }
+
+    SecuredServer& server() { return *m_server; }
+
+    UaStatus connectSecured(const char* url = "opc.tcp://localhost:4840")
+    {
+        return session.connect(UaString(url), info, server().clientSecurity(), &callback);
+    }
+
+    static UaByteString otherCertificate()
+    {
+        testcertificates::Recipe recipe;
+        recipe.name = "Other";
+        recipe.pair = testcertificates::key(2048, "other");
+        return SecuredServer::bytesOf(testcertificates::make(recipe));
+    }
+
+private:
+    std::unique_ptr<SecuredServer> m_server;
+};
+
+struct Fault
+{
+    const char* name;
+    std::function<void(OpcUa_CreateSessionResponse&)> tamper;
+    OpcUa_StatusCode status;
+    bool overridable;
+};
+
+std::vector<Fault> faults(const UaByteString& other)
+{
+    return {
+        {"empty certificate", [](auto& answer) { OpcUa_ByteString_Clear(&answer.ServerCertificate); },
+         OpcUa_BadCertificateInvalid, true},
+        {"short nonce", [](auto& answer) { answer.ServerNonce.Length = 31; }, OpcUa_BadNonceInvalid, true},
+        {"no nonce", [](auto& answer) { OpcUa_ByteString_Clear(&answer.ServerNonce); }, OpcUa_BadNonceInvalid,
+         true},
+        {"other certificate in the endpoint",
+         [other](auto& answer) {
+             OpcUa_ByteString_Clear(&answer.ServerEndpoints[0].ServerCertificate);
+             other.copyTo(&answer.ServerEndpoints[0].ServerCertificate);
+         },
+         OpcUa_BadSecurityChecksFailed, true},
+        {"endpoint downgraded to signing",
+         [](auto& answer) { answer.ServerEndpoints[0].SecurityMode = OpcUa_MessageSecurityMode_Sign; },
+         OpcUa_BadSecurityModeRejected, true},
+        {"endpoint of another policy",
+         [](auto& answer) {
+             OpcUa_String_Clear(&answer.ServerEndpoints[0].SecurityPolicyUri);
+             OpcUa_String_Assign(&answer.ServerEndpoints[0].SecurityPolicyUri, OpcUa_SecurityPolicy_Basic256,
+                                 -1);
+         },
+         OpcUa_BadSecurityModeRejected, true},
+        {"wrong signature", [](auto& answer) { answer.ServerSignature.Signature.Data[5] ^= 1; },
+         OpcUa_BadSecurityChecksFailed, false},
+        {"no signature", [](auto& answer) { OpcUa_ByteString_Clear(&answer.ServerSignature.Signature); },
+         OpcUa_BadSecurityChecksFailed, false},
+        {"other algorithm", [](auto& answer) { OpcUa_String_Clear(&answer.ServerSignature.Algorithm); },
+         OpcUa_BadSecurityChecksFailed, false},
+        {"no certificate at all", [](auto& answer) { answer.ServerCertificate.Length = 20; },
+         OpcUa_BadDecodingError, false},
+    };
+}
+
+TEST_F(CreateSessionTest, EachFaultClosesTheSessionBeforeAnybodyLogsIn)
+{
+    for (const Fault& fault : faults(otherCertificate())) {
+        server().tamperCreate = fault.tamper;
+        EXPECT_EQ(connectSecured().statusCode(), fault.status) << fault.name;
+        EXPECT_THAT(server().logins, IsEmpty()) << fault.name;
+        EXPECT_EQ(stack.journal().back(), "Disconnect") << fault.name;
+        EXPECT_EQ(stack.journal().rbegin()[1], "CloseSessionRequest") << fault.name;
+        const std::string told = "2 " + UaStatusCode(fault.status).toString().toStdString();
+        EXPECT_EQ(callback.errors().back(), told + (fault.overridable ? " ours" : "")) << fault.name;
+    }
+}
+
+TEST_F(CreateSessionTest, ApplicationGoesOnInSpiteOfWhatItMayOverride)
+{
+    callback.overrides = true;
+    for (const Fault& fault : faults(otherCertificate())) {
+        server().tamperCreate = fault.tamper;
+        const UaStatus status = connectSecured();
+        EXPECT_EQ(status.isGood(), fault.overridable) << fault.name << status.toString().toUtf8();
+        if (status.isGood()) {
+            EXPECT_TRUE(disconnect().isGood()) << fault.name;
+        }
+    }
+}
+
+TEST_F(CreateSessionTest, SignatureThatFailsLeavesSubscriptionsAlone)
+{
+    bool deleted = true;
+    stack.on(OpcUa_CloseSessionRequest_EncodeableType, [&](const void* request, void*) {
+        deleted = static_cast<const OpcUa_CloseSessionRequest*>(request)->DeleteSubscriptions != OpcUa_False;
+        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    });
+    server().tamperCreate = [](auto& answer) { answer.ServerSignature.Signature.Data[0] ^= 1; };
+    EXPECT_TRUE(connectSecured().isBad());
+    EXPECT_FALSE(deleted);
+    EXPECT_EQ(stack.calls(OpcUa_CloseSessionRequest_EncodeableType), 1);
+}
+
+TEST_F(CreateSessionTest, CertificateOfAnotherServerIsRefused)
+{
+    // one that it has the key of, so that only the comparison with the channel's can tell
+    auto security = server().clientSecurity();
+    security.serverCertificate = otherCertificate();
+    const UaString url("opc.tcp://localhost:4840");
+    EXPECT_EQ(session.connect(url, info, security, &callback).statusCode(),
+              static_cast<OpcUa_StatusCode>(OpcUa_BadCertificateUseNotAllowed));
+    callback.overrides = true;
+    EXPECT_TRUE(session.connect(url, info, security, &callback).isGood());
+    EXPECT_EQ(session.serverCertificate(), server().certificate);
+}
+
+TEST_F(CreateSessionTest, HostOfTheUrlMustStandInTheCertificate)
+{
+    EXPECT_EQ(connectSecured("opc.tcp://elsewhere:4840").statusCode(),
+              static_cast<OpcUa_StatusCode>(OpcUa_BadCertificateHostNameInvalid));
+    for (const char* local :
+         {"opc.tcp://LocalHost:4840", "opc.tcp://127.0.0.1:4840", "opc.tcp://[::1]:4840"}) {
+        EXPECT_TRUE(connectSecured(local).isGood()) << local;
+        disconnect();
+    }
+}
+
+TEST_F(CreateSessionTest, WhatWasOverriddenOnceIsNotAskedAgainByAReconnect)
+{
+    server().tamperCreate = [](auto& answer) { answer.ServerNonce.Length = 16; };
+    callback.overrides = true;
+    ASSERT_TRUE(connectSecured().isGood());
+    callback.overrides = false;
+    stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
+    stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
+    passWatchdogTime();
+    ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
+    passWatchdogTime();
+    EXPECT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect,
+                                  UaClient::NewSessionCreated, UaClient::Connected}));
+    disconnect();
+    // the next connect is another decision
+    EXPECT_EQ(connectSecured().statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadNonceInvalid));
+}
+
+TEST(HostNames, CompareByWhatTheyMean)
+{
+    UaPkiCertificateInfo certificate;
+    certificate.DNSNames.append(*UaString("Plant.Example.COM").get());
+    certificate.DNSNames.append(*UaString("").get());
+    certificate.IPAddresses.append(*UaString("2001:db8::1").get());
+    certificate.IPAddresses.append(*UaString("192.0.2.7").get());
+    for (const char* host :
+         {"plant.example.com", "PLANT.example.com.", "2001:DB8:0:0::1", "192.0.2.7", "2001:db8::1%eth0"}) {
+        EXPECT_TRUE(UaClientSdk::namesHost(certificate, host)) << host;
+    }
+    for (const char* host : {"plant", "example.com", "192.0.2.70", "2001:db8::10", "localhost", ""}) {
+        EXPECT_FALSE(UaClientSdk::namesHost(certificate, host)) << host;
+    }
+    std::array<char, 256> own{};
+    ASSERT_EQ(gethostname(own.data(), own.size() - 1), 0);
+    UaPkiCertificateInfo local;
+    local.DNSNames.append(*UaString(own.data()).get());
+    EXPECT_TRUE(UaClientSdk::namesHost(local, "127.0.0.1"));
+    EXPECT_TRUE(UaClientSdk::namesHost(local, "::1"));
+    EXPECT_FALSE(UaClientSdk::namesHost(local, "192.0.2.7"));
+}
+
+} // namespace
