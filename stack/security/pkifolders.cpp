@@ -1,7 +1,5 @@
 #include "pkifolders.h"
 
-#include "certificate.h"
-
 #include <openssl/err.h>
 #include <openssl/pem.h>
 
@@ -81,16 +79,16 @@ bool isCertificateName(std::string_view name)
     return strcasecmp(extension.c_str(), ".der") == 0 || strcasecmp(extension.c_str(), ".cer") == 0;
 }
 
-void readCertificates(const std::string& path, std::vector<X509Handle>& certificates)
+void readCertificates(const std::string& path, std::vector<StoredCertificate>& certificates)
 {
     readFolder(path, [&](int folder, const char* name) {
         if (!isCertificateName(name))
             return;
         const Bytes bytes = File(folder, name).content();
         const auto first = firstOfChain(bytes);
-        const auto certificate = first ? cachedCertificate(*first) : nullptr;
-        if (certificate && X509_up_ref(certificate->x509()) == 1)
-            certificates.emplace_back(certificate->x509());
+        const auto subject = first ? subjectHashOf(*first) : std::nullopt;
+        if (subject)
+            certificates.push_back({Bytes(first->begin(), first->end()), *subject});
     });
 }
 

@@ -11,8 +11,8 @@ class UaPkiCertificateStore
 public:
     // Null certificates are not added.
     void add(const UaPkiCertificate& certificate);
-    // Adds what the files "*.der" and "*.cer" of a folder hold in DER form and returns the thumbprints. What
-    // is no regular file, larger than 1 MB or no certificate is passed over.
+    // Adds what the files "*.der" and "*.cer" of a folder hold in DER form and returns the SHA-1 digests of
+    // the files. What is no regular file, larger than 1 MB or no certificate by its outline is passed over.
     std::set<UaByteString> addFolder(const UaString& folder);
 
     // The certificate that has issued this one, by names, key identifiers and usage; the signature is not
@@ -21,6 +21,7 @@ public:
     [[nodiscard]] UaPkiCertificate issuerOf(const UaPkiCertificate& certificate) const;
 
 private:
-    // By the hash of the subject: thousands of certificates may lie in a folder.
-    std::unordered_multimap<OpcUa_UInt32, UaPkiCertificate> m_bySubject;
+    // By the hash of the subject. Kept as bytes: a folder may hold thousands, of which a few are issuers, and
+    // decoding is what takes long.
+    std::unordered_multimap<unsigned long, UaByteString> m_bySubject;
 };
