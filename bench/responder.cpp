@@ -19,6 +19,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace opcua::bench {
 
@@ -47,6 +48,30 @@ OpcUa_ByteString textOf(const Bytes& bytes)
     return text;
 }
 
+void assign(OpcUa_String& text, const char* value)
+{
+    if (OpcUa_IsBad(OpcUa_String_Assign(&text, value, static_cast<OpcUa_Int32>(std::strlen(value)))))
+        give("no memory");
+}
+
+// One endpoint without security that takes anybody; a session looks for it before it activates.
+void offerAnonymous(OpcUa_CreateSessionResponse& response)
+{
+    response.ServerEndpoints = static_cast<OpcUa_EndpointDescription*>(
+        OpcUa_Memory_AllocArray(1, sizeof(OpcUa_EndpointDescription)));
+    OpcUa_EndpointDescription& endpoint = *response.ServerEndpoints;
+    OpcUa_EncodeableObject_Initialize(&OpcUa_EndpointDescription_EncodeableType, &endpoint);
+    response.NoOfServerEndpoints = 1;
+    assign(endpoint.EndpointUrl, "opc.tcp://127.0.0.1");
+    assign(endpoint.SecurityPolicyUri, OpcUa_SecurityPolicy_None);
+    endpoint.SecurityMode = OpcUa_MessageSecurityMode_None;
+    endpoint.UserIdentityTokens =
+        static_cast<OpcUa_UserTokenPolicy*>(OpcUa_Memory_AllocArray(1, sizeof(OpcUa_UserTokenPolicy)));
+    OpcUa_EncodeableObject_Initialize(&OpcUa_UserTokenPolicy_EncodeableType, endpoint.UserIdentityTokens);
+    endpoint.NoOfUserIdentityTokens = 1;
+    assign(endpoint.UserIdentityTokens->PolicyId, "anonymous");
+}
+
 Bytes createSessionAnswer(const Identity& server, const Identity& client, ByteView clientNonce)
 {
     Owned<OpcUa_CreateSessionResponse, OpcUa_CreateSessionResponse_EncodeableType> response;
@@ -55,6 +80,7 @@ Bytes createSessionAnswer(const Identity& server, const Identity& client, ByteVi
     response->RevisedSessionTimeout = 60'000;
     response->ServerNonce = textOf(Bytes(32, 7));
     response->ServerCertificate = textOf(server.certificate);
+    offerAnonymous(*response);
     response->ServerSignature.Signature = textOf(signatureOver(server, client.certificate, clientNonce));
     return encoded(OpcUa_CreateSessionResponse_EncodeableType, *response);
 }
@@ -67,6 +93,7 @@ struct Answers
     Bytes browse;
     Bytes createSession;
     Bytes activateSession;
+    Bytes closeSession;
 };
 
 Answers makeAnswers(const Identity& server, const Identity& client, ByteView clientNonce)
@@ -88,6 +115,9 @@ Answers makeAnswers(const Identity& server, const Identity& client, ByteView cli
     Owned<OpcUa_ActivateSessionResponse, OpcUa_ActivateSessionResponse_EncodeableType> activate;
     activate->ServerNonce = textOf(Bytes(32, 9));
     answers.activateSession = encoded(OpcUa_ActivateSessionResponse_EncodeableType, *activate);
+    answers.closeSession =
+        encoded(OpcUa_CloseSessionResponse_EncodeableType,
+                *Owned<OpcUa_CloseSessionResponse, OpcUa_CloseSessionResponse_EncodeableType>());
     return answers;
 }
 
@@ -171,6 +201,8 @@ private:
             return respond(id, m_answers.createSession);
         case OpcUaId_ActivateSessionRequest_Encoding_DefaultBinary:
             return respond(id, m_answers.activateSession);
+        case OpcUaId_CloseSessionRequest_Encoding_DefaultBinary:
+            return respond(id, m_answers.closeSession);
         default:
             m_channel.fail(OpcUa_BadServiceUnsupported);
         }

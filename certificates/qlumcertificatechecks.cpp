@@ -2,10 +2,11 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumclock.h>
 #include <certificates/qlumthumbprint.h>
+#include <certificates/qlumvalidity.h>
 #include <uaclientsdk/uasession.h>
 
-#include <QLocale>
 #include <QStringList>
 
 #include <algorithm>
@@ -17,11 +18,6 @@ constexpr int kLeastKeyBits = 2048;
 QString emptyKeyIdentifier()
 {
     return QStringLiteral("DA:39:A3:EE:5E:6B:4B:0D:32:55:BF:EF:95:60:18:90:AF:D8:07:09");
-}
-
-QString qlumValidityTime(const UaDateTime& time)
-{
-    return QLocale::system().toString(qlumDateTime(time), QLocale::ShortFormat);
 }
 
 QString line(const UaString& text)
@@ -95,7 +91,7 @@ void QlumCertificateChecks::addValidity(QlumCertificateChainNode& node) const
 {
     const UaDateTime from = node.certificate().validFrom();
     const UaDateTime to = node.certificate().validTo();
-    const UaDateTime now = UaDateTime::now();
+    const UaDateTime now = UaDateTime::fromMSecsSinceEpoch(QlumClock::now().toMSecsSinceEpoch());
     QlumCertificateDetailsNode& group = node.addGroup(tr("Validity"));
     QlumCertificateDetailsNode& begin = group.add(tr("Valid From"), qlumValidityTime(from));
     QlumCertificateDetailsNode& end = group.add(tr("Valid To"), qlumValidityTime(to));

@@ -4,11 +4,16 @@
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <certificates/qlumcertificatestore.h>
+#include <certificates/qlumnewcertificatedlg.h>
 #include <certificates/qlumowncertificate.h>
+#include <certificates/qlumstorefiles.h>
+#include <certificates/qlumvalidity.h>
 #include <uawidgets/qlumpassworddlg.h>
 
+#include <QApplication>
 #include <QDebug>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
 
@@ -16,10 +21,10 @@
 #include <cstring>
 
 namespace {
-constexpr qint64 kWarnDays = 13;
 // SHA-1 of nothing, left by generators that hashed an empty key
 const auto kEmptyKeyIdentifier =
     QStringLiteral("DA:39:A3:EE:5E:6B:4B:0D:32:55:BF:EF:95:60:18:90:AF:D8:07:09");
+const auto kOwnName = QStringLiteral("tavelin.der");
 
 // Takes the splash screen away while a box is open: it stays on top of everything.
 class SplashPause
@@ -43,13 +48,13 @@ private:
     QlumSplashScreen* m_splash;
 };
 
-UaPkiCertificate loadFile(const QString& path)
+// Whoever can read the key can pretend to be this installation.
+void closeToOthers(const QString& file)
 {
-    qDebug().noquote() << "try to load own certificate" << path;
-    UaPkiCertificate certificate = UaPkiCertificate::fromDERFile(toUaString(path));
-    if (certificate.isNull())
-        certificate = UaPkiCertificate::fromPEMFile(toUaString(path));
-    return certificate;
+    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                      QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    if (QFile::permissions(file) & others)
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
 }
 } // namespace
 
@@ -70,6 +75,7 @@ void QlumCertificates::cleanup()
 
 QlumCertificates::QlumCertificates(QlumSplashScreen* splash) : m_splash(splash)
 {
+    qlumRecoverOwnCertificate(QlumOwnCertificateFiles::ofApplication());
     startUp();
     m_splash = nullptr; // closes soon; later prompts have the main window
 }
@@ -87,92 +93,153 @@ QList<QPair<int, QString>> QlumCertificates::takeMessages()
     return std::exchange(m_messages, {});
 }
 
+int QlumCertificates::show(int icon, const QString& title, const QString& text, int buttons) const
+{
+    const SplashPause pause(m_splash);
+    QMessageBox box(static_cast<QMessageBox::Icon>(icon), title, text,
+                    static_cast<QMessageBox::StandardButtons>(buttons), QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    return box.exec();
+}
+
+// ---- start-up
+// ------------------------------------------------------------------------------------------------
+
 void QlumCertificates::startUp()
 {
     int state = loadCertificates(false);
-    // bounded, so that a store that can not be written does not hold up the start for ever
-    for (int round = 0; round < 5; ++round) {
-        if (state != Loaded) {
-            if (!create(state))
+    bool keySeen = false;
+    while (true) {
+        if (state == Loaded) {
+            keySeen = true;
+            state = checkKey();
+            if (state == Loaded)
                 return;
-            state = loadCertificates(false);
-            if (state != Loaded)
-                continue;
         }
-        state = checkKey();
-        if (state == Loaded)
+        const Outcome outcome = create(state);
+        if (outcome == Outcome::Finished || (outcome == Outcome::Kept && keySeen))
             return;
+        state = outcome == Outcome::Stored ? loadCertificates(false) : Loaded;
     }
 }
 
-bool QlumCertificates::create(int reason)
+void QlumCertificates::tellWhy(int state)
 {
-    QlumOwnCertificate wanted = QlumOwnCertificate::initial(QStringLiteral("Tavelin@%1").arg(qlumHostName()),
-                                                            QStringLiteral("Korvanda"));
-    if (reason != NoCertificate)
-        wanted = QlumOwnCertificate::renewed(loadFile(QlumCertificateStore::ownCertificateFile()), wanted);
-    if (m_splash)
-        m_splash->showMessage(tr("Generating a key of %1 bits...").arg(wanted.keyBits), Qt::AlignLeft,
-                              Qt::white);
-    if (const QString error = wanted.create(); !error.isEmpty()) {
-        log(QlumLogLevel::Error, error);
-        return false;
-    }
-    log(QlumLogLevel::Info, tr("Created a new certificate for Tavelin: %1, application URI %2.")
-                                .arg(toQString(wanted.subject.commonName), toQString(wanted.info.URI)));
-    return true;
+    if (state == NoCertificate)
+        show(QMessageBox::Information, tr("Welcome to the Tavelin Initial Application Setup"),
+             tr("When starting Tavelin for the first time, you have to create an application instance "
+                "certificate to identify your installation.\nThis is needed to use OPC Unified Architecture "
+                "security. UA security allows you to authenticate your application as well as to use "
+                "encryption "
+                "and digital signatures to protect your communication.\n\nPress OK to generate your personal "
+                "X.509 application instance certificate and the corresponding RSA keys."),
+             QMessageBox::Ok);
+    else if (state == UriNotCompliant)
+        show(QMessageBox::Information, tr("Tavelin Certificate Generation Setup"),
+             tr("The application URI '%1' of the existing instance certificate is not compliant with the "
+                "standard form of application URIs\n(e.g. 'urn:localhost:Korvanda:Tavelin').\n\nPress OK to "
+                "generate a new X.509 application instance certificate and the corresponding RSA keys.")
+                 .arg(toQString(m_certificate.info().URI)),
+             QMessageBox::Ok);
 }
+
+QlumCertificates::Outcome QlumCertificates::create(int state)
+{
+    tellWhy(state);
+    // who said Yes to a new certificate may think better of it: there is one to go on with
+    const bool needed = state == NoCertificate || state == UriNotCompliant;
+    const SplashPause pause(m_splash);
+    QlumNewCertificateDlg dialog(QStringLiteral("Tavelin@%1").arg(qlumHostName()), QStringLiteral("Korvanda"),
+                                 needed);
+    if (state != NoCertificate)
+        dialog.setValues(QlumOwnCertificate::renewed(
+            QlumStoreFiles::loadCertificate(QlumCertificateStore::ownCertificateFile()), dialog.values()));
+    if (dialog.exec() == QDialog::Accepted)
+        return store(dialog);
+    if (!needed)
+        return Outcome::Kept;
+    m_failure = NoCertificate; // without Cancel, only the end of the program closes it
+    return Outcome::Finished;
+}
+
+QlumCertificates::Outcome QlumCertificates::store(const QlumNewCertificateDlg& dialog)
+{
+    const QString error = qlumStoreOwnCertificate(dialog.certificate(), dialog.keyPair(), dialog.password(),
+                                                  QlumOwnCertificateFiles::ofApplication());
+    if (error.isEmpty()) {
+        log(QlumLogLevel::Info, tr("Created a new certificate for Tavelin: %1, application URI %2.")
+                                    .arg(toQString(dialog.certificate().commonName()),
+                                         toQString(dialog.certificate().info().URI)));
+        return Outcome::Stored;
+    }
+    log(QlumLogLevel::Error, error);
+    show(QMessageBox::Warning, tr("Could Not Create Certificate"),
+         tr("The application certificate could not be created:") + QStringLiteral("\n%1").arg(error),
+         QMessageBox::Ok);
+    if (!m_certificate.isNull())
+        return Outcome::Kept;
+    // better than nothing: it serves until the program ends, and the next start asks again
+    m_certificate = dialog.certificate();
+    m_keyPair = dialog.keyPair();
+    return Outcome::Finished;
+}
+
+// ---- certificate
+// ---------------------------------------------------------------------------------------------
 
 int QlumCertificates::loadCertificates(bool silent)
 {
-    const QDir folder(QlumCertificateStore::ownCertificates());
-    const QStringList names = folder.entryList(
-        {QStringLiteral("*.der"), QStringLiteral("*.crt"), QStringLiteral("*.cer")}, QDir::Files);
-    for (const QString& name : names) {
-        const UaPkiCertificate found = loadFile(folder.filePath(name));
-        if (name != QLatin1String("tavelin.der") || found.isNull())
-            continue;
-        const bool renew = !silent && wantsRenewal(found);
-        m_certificate = found;
-        if (!found.info().URI.startsWith("urn:"))
-            return UriNotCompliant;
-        if (renew)
-            return Renew;
-        log(QlumLogLevel::Info, tr("Loaded Tavelin's certificate."));
-        return Loaded;
+    const QString folder = QlumCertificateStore::ownCertificates();
+    UaPkiCertificate found;
+    for (const QString& name : QlumStoreFiles::names(folder, QlumStoreFiles::Kind::Certificates)) {
+        const QString path = QDir(folder).filePath(name);
+        qDebug().noquote() << "try to load own certificate" << path;
+        if (name == kOwnName)
+            found = QlumStoreFiles::loadCertificate(path);
     }
-    return m_certificate.isNull() ? NoCertificate : Loaded;
+    if (found.isNull())
+        return m_certificate.isNull() ? NoCertificate : Loaded;
+    const bool renew = !silent && wantsRenewal(found);
+    m_certificate = found;
+    if (!found.info().URI.startsWith("urn:"))
+        return UriNotCompliant;
+    if (renew)
+        return Renew;
+    log(QlumLogLevel::Info, tr("Loaded Tavelin's certificate."));
+    return Loaded;
 }
 
 bool QlumCertificates::wantsRenewal(const UaPkiCertificate& certificate)
 {
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    const QDateTime end = QDateTime::fromMSecsSinceEpoch(certificate.validTo().toMSecsSinceEpoch(), Qt::UTC);
-    if (const qint64 days = now.daysTo(end); days <= kWarnDays) {
-        const QString text =
-            days >= 0 && end > now
-                ? tr("Tavelin's certificate will expire in %1 days!\nDo you want to create a new one?")
-                      .arg(days)
-                : tr("Tavelin's certificate has expired.\nDo you want to create a new one?");
-        if (ask(text))
+    const qint64 days = qlumDaysLeft(certificate.validTo());
+    if (days <= QlumAskDays) {
+        const bool expired =
+            days < 0 || qlumValidity(certificate.validFrom(), certificate.validTo()) == QlumExpired;
+        if (askForRenewal(
+                expired
+                    ? tr("Tavelin's certificate has expired.\nDo you want to create a new one?")
+                    : tr("Tavelin's certificate will expire in %1 days!\nDo you want to create a new one?")
+                          .arg(days)))
             return true;
     }
     const QString keyIdentifier =
         toQString(certificate.extensionValue(UaPkiCertificate::SubjectKeyIdentifier));
     return keyIdentifier.trimmed() == kEmptyKeyIdentifier &&
-           ask(tr("The extensions 'SubjectKeyIdentifier' and 'AuthorityKeyIdentifier' of Tavelin's "
-                  "certificate have not "
-                  "been set correctly. The public key hash contained in these extensions is the hash of an "
-                  "empty string. "
-                  "This might lead to problems connecting to servers.\nDo you want to create a new one?"));
+           askForRenewal(
+               tr("The extensions 'SubjectKeyIdentifier' and 'AuthorityKeyIdentifier' of Tavelin's "
+                  "certificate have not been set correctly. The public key hash contained in these "
+                  "extensions is the hash of an empty string. This might lead to problems connecting "
+                  "to servers.\nDo you want to create a new one?"));
 }
 
-bool QlumCertificates::ask(const QString& text)
+bool QlumCertificates::askForRenewal(const QString& text)
 {
-    const SplashPause pause(m_splash);
-    return QMessageBox::critical(nullptr, tr("Tavelin Certificate Store"), text,
-                                 QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return show(QMessageBox::Critical, tr("Tavelin Certificate Store"), text,
+                QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }
+
+// ---- key
+// ----------------------------------------------------------------------------------------------------
 
 int QlumCertificates::loadPrivateKey()
 {
@@ -180,6 +247,7 @@ int QlumCertificates::loadPrivateKey()
     m_keyPair = UaPkiRsaKeyPair();
     if (!QFileInfo::exists(path))
         return NoCertificate;
+    closeToOthers(path);
     UaPkiRsaKeyPair found =
         UaPkiRsaKeyPair::fromPEMFile(toUaString(path), UaString(), &QlumCertificates::passwordCallback, this);
     if (found.isNull() || found.isMissingParameters())
@@ -197,31 +265,33 @@ bool QlumCertificates::keyFits() const
 int QlumCertificates::checkKey()
 {
     int result = loadPrivateKey();
-    const SplashPause pause(m_splash);
     while (result == KeyNotReadable) {
-        const auto answer = QMessageBox::warning(nullptr, tr("Wrong password"),
-                                                 tr("The PEM password you have specified was not correct. Do "
-                                                    "you want to retry it? Press 'Reset' to generate a "
-                                                    "new key."),
-                                                 QMessageBox::Yes | QMessageBox::Reset | QMessageBox::Cancel);
+        const int answer =
+            show(QMessageBox::Warning, tr("Wrong password"),
+                 tr("The PEM password you have specified was not correct. Do you want to retry "
+                    "it? Press 'Reset' to generate a new key."),
+                 QMessageBox::Yes | QMessageBox::Reset | QMessageBox::Cancel);
         if (answer == QMessageBox::Reset)
             return Renew;
-        if (answer != QMessageBox::Yes)
+        if (answer != QMessageBox::Yes) {
+            log(QlumLogLevel::Warning,
+                tr("Tavelin goes on without its private key: connections with security "
+                   "are not possible."));
             return Loaded;
+        }
         result = loadPrivateKey();
     }
     if (result == NoCertificate) {
-        QMessageBox::critical(nullptr, tr("Private Key Not Found"),
-                              tr("The certificate's private key could not be found."), QMessageBox::Ok);
+        show(QMessageBox::Critical, tr("Private Key Not Found"),
+             tr("The certificate's private key could not be found."), QMessageBox::Ok);
         return Loaded;
     }
     if (keyFits())
         return Loaded;
-    const auto answer =
-        QMessageBox::warning(nullptr, tr("Private Key does not match Certificate"),
-                             tr("The private key does not match the certificate's public key.\nDo you "
-                                "want to create a new certificate?"),
-                             QMessageBox::Yes | QMessageBox::No);
+    const int answer = show(QMessageBox::Warning, tr("Private Key does not match Certificate"),
+                            tr("The private key does not match the certificate's public key.\nDo you want to "
+                               "create a new certificate?"),
+                            QMessageBox::Yes | QMessageBox::No);
     return answer == QMessageBox::Yes ? Mismatch : Loaded;
 }
 
@@ -230,30 +300,30 @@ void QlumCertificates::reload()
     loadCertificates(true);
     int result = loadPrivateKey();
     while (result == KeyNotReadable &&
-           QMessageBox::warning(
-               nullptr, tr("Wrong password"),
-               tr("The PEM password you have specified was not correct. Do you want to retry it?"),
-               QMessageBox::Yes | QMessageBox::Cancel) == QMessageBox::Yes)
+           show(QMessageBox::Warning, tr("Wrong password"),
+                tr("The PEM password you have specified was not correct. Do you want to retry it?"),
+                QMessageBox::Yes | QMessageBox::Cancel) == QMessageBox::Yes)
         result = loadPrivateKey();
     if (result == NoCertificate)
-        QMessageBox::critical(nullptr, tr("Private Key Not Found"),
-                              tr("The certificate's private key could not be found."), QMessageBox::Ok);
+        show(QMessageBox::Critical, tr("Private Key Not Found"),
+             tr("The certificate's private key could not be found."), QMessageBox::Ok);
     else if (result == Loaded && !keyFits())
-        QMessageBox::warning(nullptr, tr("Private Key does not match Certificate"),
-                             tr("The private key does not match the certificate's public key."),
-                             QMessageBox::Ok);
+        show(QMessageBox::Warning, tr("Private Key does not match Certificate"),
+             tr("The private key does not match the certificate's public key."), QMessageBox::Ok);
 }
 
 int QlumCertificates::passwordCallback(char* buffer, int size, int, void* userData)
 {
     auto* self = static_cast<QlumCertificates*>(userData);
     const SplashPause pause(self ? self->m_splash : nullptr);
-    QlumPasswordDlg dialog;
+    QlumPasswordDlg dialog(QApplication::activeWindow());
     if (dialog.exec() != QDialog::Accepted)
         return 0;
-    QByteArray password = dialog.password().toLocal8Bit();
+    QString text = dialog.takePassword();
+    QByteArray password = text.toLocal8Bit();
+    text.fill(QChar());
     const int length = std::min(static_cast<int>(password.size()), size);
     std::memcpy(buffer, password.constData(), static_cast<std::size_t>(length));
-    password.fill('\0');
+    ::explicit_bzero(password.data(), static_cast<std::size_t>(password.size()));
     return length;
 }

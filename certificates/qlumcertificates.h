@@ -6,6 +6,7 @@
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 
+class QlumNewCertificateDlg;
 class QlumSplashScreen;
 
 /// The application's own certificate and private key; one instance in the process, used on the GUI thread.
@@ -22,7 +23,8 @@ public:
         Mismatch = -5
     };
 
-    /// The first call loads the certificate and its key or makes them, asking the user where that is needed.
+    /// The first call loads the certificate and its key; where they are missing or no good it asks the user
+    /// and makes new ones.
     static QlumCertificates* instance(QlumSplashScreen* splash = nullptr);
     static void cleanup();
 
@@ -36,7 +38,7 @@ public:
     /// Reads both again after the store was changed; what is wrong is shown to the user.
     void reload();
 
-    /// Other than 0 when the program can not go on.
+    /// Other than 0 when the program can not go on: it was told to end while it asked for a certificate.
     [[nodiscard]] int failure() const { return m_failure; }
     [[nodiscard]] const UaPkiCertificate& certificate() const { return m_certificate; }
     [[nodiscard]] const UaPkiRsaKeyPair& keyPair() const { return m_keyPair; }
@@ -47,15 +49,22 @@ public:
     static int passwordCallback(char* buffer, int size, int writing, void* userData);
 
 private:
+    /// Of the dialog for a new certificate: there is a new pair, the old one stays, or nothing more can be
+    /// done.
+    enum class Outcome { Stored, Kept, Finished };
+
     explicit QlumCertificates(QlumSplashScreen* splash);
     ~QlumCertificates() = default;
 
     void startUp();
     int checkKey();
-    bool create(int reason);
+    void tellWhy(int state);
+    [[nodiscard]] Outcome create(int state);
+    [[nodiscard]] Outcome store(const QlumNewCertificateDlg& dialog);
     [[nodiscard]] bool wantsRenewal(const UaPkiCertificate& certificate);
     [[nodiscard]] bool keyFits() const;
-    bool ask(const QString& text);
+    [[nodiscard]] bool askForRenewal(const QString& text);
+    int show(int icon, const QString& title, const QString& text, int buttons) const;
     void log(int level, const QString& text);
 
     static QlumCertificates* s_instance;

@@ -4,10 +4,7 @@
 #include <certificates/qlumcertificatestore.h>
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 
-#include <cstdio>
 #include <unistd.h>
 
 namespace {
@@ -26,22 +23,12 @@ UaStringArray single(const QString& text)
     return array;
 }
 
-QString applicationUri(const QString& organization, const QString& commonName)
-{
-    return QStringLiteral("urn:%1:%2:%3").arg(qlumHostName(), organization, commonName);
-}
-
 QString joinedErrors(const UaPkiErrors& object)
 {
     QStringList texts;
     for (const UaString& error : object.getErrors())
         texts.append(toQString(error));
     return texts.join(QStringLiteral("; "));
-}
-
-bool renameOver(const QString& from, const QString& to)
-{
-    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 } // namespace
 
@@ -53,12 +40,34 @@ QString qlumHostName()
     return QString::fromLocal8Bit(name);
 }
 
+QString qlumApplicationUri(const QString& organization, const QString& commonName)
+{
+    // a multi-argument arg: a name may look like a place holder
+    const QByteArray bytes = QStringLiteral("urn:%1:%2:%3")
+                                 .arg(qlumHostName(), organization.trimmed(), commonName.trimmed())
+                                 .toUtf8();
+    QString uri;
+    for (const char byte : bytes) {
+        const auto code = static_cast<unsigned char>(byte);
+        if (code > 0x1F && code < 0x7F)
+            uri += QLatin1Char(byte);
+        else
+            uri += QStringLiteral("%%1").arg(uint(code), 2, 16, QLatin1Char('0')).toUpper();
+    }
+    return uri;
+}
+
+QlumOwnCertificateFiles QlumOwnCertificateFiles::ofApplication()
+{
+    return {QlumCertificateStore::ownCertificateFile(), QlumCertificateStore::ownPrivateKeyFile()};
+}
+
 QlumOwnCertificate QlumOwnCertificate::initial(const QString& commonName, const QString& organization)
 {
     QlumOwnCertificate result;
     result.subject.commonName = toUaString(commonName);
     result.subject.organization = toUaString(organization);
-    result.info.URI = toUaString(applicationUri(organization, commonName));
+    result.info.URI = toUaString(qlumApplicationUri(organization, commonName));
     result.info.DNSNames = single(qlumHostName());
     result.info.validTime = kFiveYears;
     return result;
@@ -72,9 +81,11 @@ QlumOwnCertificate QlumOwnCertificate::renewed(const UaPkiCertificate& old, cons
     const UaPkiCertificateInfo oldInfo = old.info();
     result.subject = old.subject();
     result.info.URI = toUaString(
-        applicationUri(toQString(result.subject.organization), toQString(result.subject.commonName)));
-    result.info.IPAddresses = oldInfo.IPAddresses;
-    result.info.DNSNames = oldInfo.DNSNames;
+        qlumApplicationUri(toQString(result.subject.organization), toQString(result.subject.commonName)));
+    if (oldInfo.IPAddresses.length() + oldInfo.DNSNames.length() > 0) { // one of them is needed
+        result.info.IPAddresses = oldInfo.IPAddresses;
+        result.info.DNSNames = oldInfo.DNSNames;
+    }
     if (const int bits = old.publicKey().keySize(); bits >= 1024 && bits <= 4096)
         result.keyBits = bits;
     if (old.signatureAlgorithm() != UaPkiCertificate::UnknownSignatureAlgorithm)
@@ -82,30 +93,24 @@ QlumOwnCertificate QlumOwnCertificate::renewed(const UaPkiCertificate& old, cons
     return result;
 }
 
-QString QlumOwnCertificate::create(const QString& password) const
+QlumMadeCertificate QlumOwnCertificate::make(const std::function<bool()>& isCancelled) const
 {
-    const UaPkiRsaKeyPair keyPair(keyBits);
-    if (keyPair.isNull())
-        return Text::tr("The key could not be generated: %1").arg(joinedErrors(keyPair));
-    const UaPkiCertificate certificate(info, subject, keyPair, false, algorithm);
-    if (certificate.isNull())
-        return Text::tr("The certificate could not be made: %1").arg(joinedErrors(certificate));
-    return qlumStoreOwnCertificate(certificate, keyPair, password);
+    QlumMadeCertificate made;
+    made.keyPair = isCancelled ? UaPkiRsaKeyPair(keyBits, isCancelled) : UaPkiRsaKeyPair(keyBits);
+    if (made.keyPair.isNull()) {
+        made.error = Text::tr("The key could not be generated: %1").arg(joinedErrors(made.keyPair));
+        return made;
+    }
+    made.certificate = UaPkiCertificate(info, subject, made.keyPair, false, algorithm);
+    if (made.certificate.isNull())
+        made.error = Text::tr("The certificate could not be made: %1").arg(joinedErrors(made.certificate));
+    return made;
 }
 
-QString qlumStoreOwnCertificate(const UaPkiCertificate& certificate, const UaPkiRsaKeyPair& keyPair,
-                                const QString& password)
+QString QlumOwnCertificate::create(const QString& password) const
 {
-    const auto fresh = QStringLiteral(".new");
-    const QString certificateFile = QlumCertificateStore::ownCertificateFile();
-    const QString keyFile = QlumCertificateStore::ownPrivateKeyFile();
-    const bool written = keyPair.toPEMFile(toUaString(keyFile + fresh), toUaString(password)) &&
-                         certificate.toDERFile(toUaString(certificateFile + fresh));
-    if (written && renameOver(keyFile + fresh, keyFile) &&
-        renameOver(certificateFile + fresh, certificateFile))
-        return {};
-    QFile::remove(keyFile + fresh);
-    QFile::remove(certificateFile + fresh);
-    return Text::tr("The certificate and its key could not be written to %1.")
-        .arg(QDir::toNativeSeparators(QlumCertificateStore::ownCertificates()));
+    const QlumMadeCertificate made = make();
+    return made.error.isEmpty() ? qlumStoreOwnCertificate(made.certificate, made.keyPair, password,
+                                                          QlumOwnCertificateFiles::ofApplication())
+                                : made.error;
 }

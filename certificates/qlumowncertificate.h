@@ -5,6 +5,25 @@
 #include <uabase/uapkicpp/uapkiidentity.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 
+#include <functional>
+
+/// A certificate and its key, or what was wrong.
+struct QlumMadeCertificate
+{
+    UaPkiRsaKeyPair keyPair;
+    UaPkiCertificate certificate;
+    QString error; // empty on success
+};
+
+/// Where the pair is kept.
+struct QlumOwnCertificateFiles
+{
+    QString certificate;
+    QString key;
+
+    [[nodiscard]] static QlumOwnCertificateFiles ofApplication();
+};
+
 /// What goes into an application instance certificate, and how it comes into the store.
 struct QlumOwnCertificate
 {
@@ -20,15 +39,25 @@ struct QlumOwnCertificate
     [[nodiscard]] static QlumOwnCertificate renewed(const UaPkiCertificate& old,
                                                     const QlumOwnCertificate& initial);
 
-    /// Makes key and certificate, which may take seconds, and replaces the pair in the store. An empty result
-    /// means success, else it says what failed; then the old pair is as it was.
+    /// Makes key and certificate, which may take seconds; any thread. Ends early, with an error, soon after
+    /// isCancelled answers true.
+    [[nodiscard]] QlumMadeCertificate make(const std::function<bool()>& isCancelled = {}) const;
+    /// Makes both and replaces the pair in the application's store. An empty result means success, else it
+    /// says what failed; then the old pair is as it was.
     [[nodiscard]] QString create(const QString& password = QString()) const;
 };
 
-/// Writes the pair to the store: both files are complete before the old ones are touched. Empty on success.
+/// Writes the pair: both new files are complete and on the disk before the old ones are touched, and a
+/// failure leaves the old pair. Empty on success.
 [[nodiscard]] QString qlumStoreOwnCertificate(const UaPkiCertificate& certificate,
-                                              const UaPkiRsaKeyPair& keyPair,
-                                              const QString& password = QString());
+                                              const UaPkiRsaKeyPair& keyPair, const QString& password,
+                                              const QlumOwnCertificateFiles& files);
+/// Ends or undoes what a program that was killed in the middle of it left behind; call before the pair is
+/// read.
+void qlumRecoverOwnCertificate(const QlumOwnCertificateFiles& files);
 
+/// "urn:", host, organisation and common name, separated by colons; what a URI can not hold is written as
+/// %XX.
+[[nodiscard]] QString qlumApplicationUri(const QString& organization, const QString& commonName);
 /// Name of this host, at most 255 bytes.
 [[nodiscard]] QString qlumHostName();

@@ -1,13 +1,13 @@
 // A server with the right keys that says what it likes to a client, on a channel that is being opened, open
 // or being renewed. The first byte chooses policy and mode, the second the pieces in which everything
 // arrives; what follows are commands.
-#include "sealingpeer.h"
-
 #include <tests/protocol/memorypipe.h>
+#include <tests/protocol/sealingpeer.h>
 
 namespace {
 
-using namespace fuzzing;
+using namespace opcua;
+using namespace opcua::test::sealing;
 using opcua::test::MemoryPipe;
 
 enum Command { Answer, Abort, OddChunk, Token, OddToken, Plain, Pass, Call, Jump, CommandCount };

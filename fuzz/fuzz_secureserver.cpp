@@ -1,12 +1,12 @@
 // A client with the right keys that says what it likes to the server's role of a channel. The first byte
 // chooses policy and mode, the second the pieces in which everything arrives; what follows are commands.
-#include "sealingpeer.h"
-
 #include <tests/protocol/memorypipe.h>
+#include <tests/protocol/sealingpeer.h>
 
 namespace {
 
-using namespace fuzzing;
+using namespace opcua;
+using namespace opcua::test::sealing;
 using opcua::test::MemoryPipe;
 
 enum Command { Request, OddChunk, Token, OddToken, Close, Plain, Pass, Jump, CommandCount };

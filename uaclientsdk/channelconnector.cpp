@@ -85,6 +85,7 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
     info.SecurityPolicyUri = security.securityPolicyUri.toUtf8();
     info.RequestedLifetime = connectInfo.secureChannelLifetime;
     info.SecurityMode = security.messageSecurityMode;
+    info.AllowBasic128Rsa15 = security.basic128Rsa15Accepted ? OpcUa_True : OpcUa_False;
     info.Reserved = connectInfo.reserved.toUtf8();
     info.ConnectTimeout = connectInfo.connectTimeout;
 

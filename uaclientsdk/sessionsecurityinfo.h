@@ -24,6 +24,9 @@ public:
     // The user knows that the password can be read on its way and has agreed; otherwise the session asks
     // (connectError with BadSecurityModeInsufficient) before it sends one so.
     bool plainPasswordAccepted = false;
+    // The user has agreed to the policy Basic128Rsa15 for this server; otherwise the connect is refused with
+    // BadSecurityPolicyRejected.
+    bool basic128Rsa15Accepted = false;
 
     // A session is secured exactly when its policy is not None.
     [[nodiscard]] bool isSecured() const;

@@ -1,6 +1,7 @@
 // Calls into the stack with the trace lines that surround them.
 #pragma once
 
+#include <opcua/opcua_channel.h>
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_types.h>
 #include <uabase/uatrace.h>

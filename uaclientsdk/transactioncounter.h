@@ -3,6 +3,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <utility>
 
 #include <opcua/opcua_platform.h>
 
@@ -23,6 +24,29 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_ended;
     unsigned int m_count = 0;
+};
+
+// One counted transaction; it ends with the object.
+class Transaction
+{
+public:
+    Transaction() = default;
+    explicit Transaction(TransactionCounter& counter) : m_counter(&counter) { counter.begin(); }
+    Transaction(Transaction&& other) noexcept : m_counter(std::exchange(other.m_counter, nullptr)) {}
+    Transaction& operator=(Transaction&& other) noexcept
+    {
+        std::swap(m_counter, other.m_counter);
+        return *this;
+    }
+    ~Transaction()
+    {
+        if (m_counter) {
+            m_counter->end();
+        }
+    }
+
+private:
+    TransactionCounter* m_counter = nullptr;
 };
 
 } // namespace UaClientSdk

@@ -9,6 +9,8 @@
 #include <uabase/uastatus.h>
 #include <uaclientsdk/browsecontext.h>
 #include <uaclientsdk/certificatevalidationcallback.h>
+#include <uaclientsdk/historycontexts.h>
+#include <uaclientsdk/querycontext.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
@@ -26,7 +28,7 @@ class UaSession : public UaDataTypeDictionary, private CertificateValidationCall
 {
 public:
     UaSession();
-    ~UaSession() override; // disconnects
+    ~UaSession() override; // disconnects; not in a callback of the session
     UaSession(const UaSession&) = delete;
     UaSession& operator=(const UaSession&) = delete;
 
@@ -34,8 +36,8 @@ public:
     // GoodCompletesAsynchronously when the first try failed and retryInitialConnect goes on with it.
     UaStatus connect(const UaString& url, const SessionConnectInfo& connectInfo,
                      const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
-    // No callback runs after it has returned. BadInternalError when nothing is connected. Not from a
-    // callback.
+    // No callback runs after it has returned; asynchronous calls that are under way are waited for, and
+    // dropped. BadInternalError when nothing is connected, BadInvalidState in a completion of this session.
     UaStatus disconnect(const ServiceSettings& settings, bool deleteSubscriptions);
 
     // Activates the session with another user, who is borrowed for the call and kept for reconnects when the
@@ -76,14 +78,35 @@ public:
     [[nodiscard]] UaEnumDefinition enumDefinition(const UaNodeId& dataTypeId) override;
     [[nodiscard]] UaOptionSetDefinition optionSetDefinition(const UaNodeId& dataTypeId) override;
 
-    // Services of OPC 10000-4. Result arrays are cleared first and hold as many entries as the request when
-    // the status is Good. BadConnectionClosed without a connection, BadNothingToDo for an empty request,
+    // Services of OPC 10000-4. Requests with more entries than maxOperationsPerServiceCall are sent in
+    // blocks, one after the other, up to the first that fails. Result arrays are cleared first and hold as
+    // many entries as the request when the status is good; when it is bad, those of services that change
+    // something on the server hold the blocks that were carried out, others nothing. BadConnectionClosed
+    // without a connection (browse and browseNext: BadInternalError), BadNothingToDo for an empty request,
     // 0x80460000 when the counts differ.
+    //
+    // begin... sends and returns; when that is good the completion of that name in UaSessionCallback follows,
+    // with the caller's transactionId. The arguments are copied.
     UaStatus read(ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestampsToReturn,
                   const UaReadValueIds& nodesToRead, UaDataValues& values,
                   UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginRead(ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestampsToReturn,
+                       const UaReadValueIds& nodesToRead, OpcUa_UInt32 transactionId);
     UaStatus write(ServiceSettings& settings, const UaWriteValues& nodesToWrite, UaStatusCodeArray& results,
                    UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginWrite(ServiceSettings& settings, const UaWriteValues& nodesToWrite,
+                        OpcUa_UInt32 transactionId);
+
+    // Methods. The status is that of the service, the method's own is in callOut.
+    UaStatus call(ServiceSettings& settings, const CallIn& callIn, CallOut& callOut);
+    UaStatus beginCall(ServiceSettings& settings, const CallIn& callIn, OpcUa_UInt32 transactionId);
+    UaStatus callList(ServiceSettings& settings, const UaCallMethodRequests& requests,
+                      UaCallMethodResults& results, UaDiagnosticInfos& diagnosticInfos);
+    // Reads the method's properties InputArguments and OutputArguments; one that it has not gives no
+    // arguments.
+    UaStatus getMethodArguments(ServiceSettings& settings, const UaNodeId& methodId,
+                                UaArguments& inputArguments, UaArguments& outputArguments);
+
     UaStatus browse(ServiceSettings& settings, const UaNodeId& nodeToBrowse, const BrowseContext& context,
                     UaByteString& continuationPoint, UaReferenceDescriptions& references);
     UaStatus browseNext(ServiceSettings& settings, bool releaseContinuationPoint,
@@ -96,6 +119,85 @@ public:
                             UaDiagnosticInfos& diagnosticInfos);
     UaStatus translateBrowsePathsToNodeIds(ServiceSettings& settings, const UaBrowsePaths& browsePaths,
                                            UaBrowsePathResults& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus registerNodes(ServiceSettings& settings, const UaNodeIdArray& nodesToRegister,
+                           UaNodeIdArray& registeredNodes);
+    UaStatus unregisterNodes(ServiceSettings& settings, const UaNodeIdArray& nodesToUnregister);
+
+    // Node management.
+    UaStatus addNodes(ServiceSettings& settings, const UaAddNodesItems& nodesToAdd,
+                      UaAddNodesResults& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginAddNodes(ServiceSettings& settings, const UaAddNodesItems& nodesToAdd,
+                           OpcUa_UInt32 transactionId);
+    UaStatus addReferences(ServiceSettings& settings, const UaAddReferencesItems& referencesToAdd,
+                           UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginAddReferences(ServiceSettings& settings, const UaAddReferencesItems& referencesToAdd,
+                                OpcUa_UInt32 transactionId);
+    UaStatus deleteNodes(ServiceSettings& settings, const UaDeleteNodesItems& nodesToDelete,
+                         UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginDeleteNodes(ServiceSettings& settings, const UaDeleteNodesItems& nodesToDelete,
+                              OpcUa_UInt32 transactionId);
+    UaStatus deleteReferences(ServiceSettings& settings, const UaDeleteReferencesItems& referencesToDelete,
+                              UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginDeleteReferences(ServiceSettings& settings,
+                                   const UaDeleteReferencesItems& referencesToDelete,
+                                   OpcUa_UInt32 transactionId);
+
+    // History, OPC 10000-11. Processed values: BadAggregateListMismatch unless there is an aggregate for each
+    // node.
+    UaStatus historyReadRawModified(ServiceSettings& settings, const HistoryReadRawModifiedContext& context,
+                                    const UaHistoryReadValueIds& nodesToRead, HistoryReadDataResults& results,
+                                    UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginHistoryReadRawModified(ServiceSettings& settings,
+                                         const HistoryReadRawModifiedContext& context,
+                                         const UaHistoryReadValueIds& nodesToRead,
+                                         OpcUa_UInt32 transactionId);
+    UaStatus historyReadProcessed(ServiceSettings& settings, const HistoryReadProcessedContext& context,
+                                  const UaHistoryReadValueIds& nodesToRead, HistoryReadDataResults& results,
+                                  UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginHistoryReadProcessed(ServiceSettings& settings, const HistoryReadProcessedContext& context,
+                                       const UaHistoryReadValueIds& nodesToRead, OpcUa_UInt32 transactionId);
+    UaStatus historyReadAtTime(ServiceSettings& settings, const HistoryReadAtTimeContext& context,
+                               const UaHistoryReadValueIds& nodesToRead, HistoryReadDataResults& results,
+                               UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginHistoryReadAtTime(ServiceSettings& settings, const HistoryReadAtTimeContext& context,
+                                    const UaHistoryReadValueIds& nodesToRead, OpcUa_UInt32 transactionId);
+    UaStatus historyReadEvent(ServiceSettings& settings, const HistoryReadEventContext& context,
+                              const UaHistoryReadValueIds& nodesToRead, HistoryReadEventResults& results,
+                              UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginHistoryReadEvent(ServiceSettings& settings, const HistoryReadEventContext& context,
+                                   const UaHistoryReadValueIds& nodesToRead, OpcUa_UInt32 transactionId);
+    UaStatus historyUpdateData(ServiceSettings& settings, const UaUpdateDataDetailsArray& details,
+                               UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginHistoryUpdateData(ServiceSettings& settings, const UaUpdateDataDetailsArray& details,
+                                    OpcUa_UInt32 transactionId);
+    UaStatus historyUpdateEvents(ServiceSettings& settings, const UaUpdateEventDetailsArray& details,
+                                 UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginHistoryUpdateEvents(ServiceSettings& settings, const UaUpdateEventDetailsArray& details,
+                                      OpcUa_UInt32 transactionId);
+    UaStatus historyDeleteRawModified(ServiceSettings& settings,
+                                      const UaDeleteRawModifiedDetailsArray& details,
+                                      UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginHistoryDeleteRawModified(ServiceSettings& settings,
+                                           const UaDeleteRawModifiedDetailsArray& details,
+                                           OpcUa_UInt32 transactionId);
+    UaStatus historyDeleteAtTime(ServiceSettings& settings, const UaDeleteAtTimeDetailsArray& details,
+                                 UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginHistoryDeleteAtTime(ServiceSettings& settings, const UaDeleteAtTimeDetailsArray& details,
+                                      OpcUa_UInt32 transactionId);
+    UaStatus historyDeleteEvents(ServiceSettings& settings, const UaDeleteEventDetailsArray& details,
+                                 UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos);
+    UaStatus beginHistoryDeleteEvents(ServiceSettings& settings, const UaDeleteEventDetailsArray& details,
+                                      OpcUa_UInt32 transactionId);
+
+    // Queries are never split. A continuation point that is not empty asks for queryNext, or its release.
+    UaStatus queryFirst(ServiceSettings& settings, const QueryContext& context,
+                        const UaNodeTypeDescriptions& nodeTypes, UaQueryDataSets& dataSets,
+                        UaByteString& continuationPoint, QueryFindings& findings);
+    UaStatus queryNext(ServiceSettings& settings, bool releaseContinuationPoint,
+                       UaByteString& continuationPoint, UaQueryDataSets& dataSets);
+
+    // Asks the server to give up the requests with that handle (ServiceSettings::requestHandle).
+    UaStatus cancel(ServiceSettings& settings, OpcUa_UInt32 requestHandle, OpcUa_UInt32& cancelCount);
 
     // Parts of an endpoint URL; an empty host and port 0 when it can not be parsed, 4840 without a port.
     [[nodiscard]] static UaString getHostFromUrl(const UaString& url);

@@ -297,6 +297,11 @@ void UaSessionPrivate::endThread()
 
 UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool deleteSubscriptions)
 {
+    if (CallbackPool::runsJobOf(&context)) {
+        UaTrace::tError("<-- UaSession::disconnect [ret=OpcUa_BadInvalidState] - called by a callback, which "
+                        "disconnect would wait for");
+        return UaStatus(OpcUa_BadInvalidState);
+    }
     bool connected = false;
     {
         SessionLock lock(context.mutex);

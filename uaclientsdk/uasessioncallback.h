@@ -4,6 +4,8 @@
 #include <uabase/uaarrays.h>
 #include <uabase/uabytestring.h>
 #include <uabase/uastatus.h>
+#include <uaclientsdk/historyresults.h>
+#include <uaclientsdk/methodcall.h>
 #include <uaclientsdk/uaclient.h>
 
 namespace UaClientSdk {
@@ -32,6 +34,28 @@ public:
     {
         return false;
     }
+
+    // Completions of the asynchronous services, one for each call that was sent, but for those that a
+    // disconnect cuts short: they are dropped. Several may run at once, in any order. result is that of the
+    // service; the arrays are as those of the synchronous form, and the callee may move them away.
+    // clang-format off
+    virtual void readComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaDataValues& /*values*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void writeComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void callComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, CallOut& /*callOut*/) {}
+    virtual void addNodesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaAddNodesResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void addReferencesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void deleteNodesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void deleteReferencesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void historyReadRawModifiedComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, HistoryReadDataResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void historyReadProcessedComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, HistoryReadDataResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void historyReadAtTimeComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, HistoryReadDataResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void historyReadEventComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, HistoryReadEventResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void historyUpdateDataComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void historyDeleteRawModifiedComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void historyDeleteAtTimeComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void historyUpdateEventsComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    virtual void historyDeleteEventsComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    // clang-format on
 };
 
 } // namespace UaClientSdk

@@ -27,3 +27,10 @@ QString QlumPasswordDlg::password() const
 {
     return m_password->text();
 }
+
+QString QlumPasswordDlg::takePassword()
+{
+    QString text = m_password->text();
+    m_password->clear();
+    return text;
+}

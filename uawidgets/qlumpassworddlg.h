@@ -11,6 +11,8 @@ public:
     explicit QlumPasswordDlg(QWidget* parent = nullptr);
 
     [[nodiscard]] QString password() const;
+    /// The same, and the field is empty afterwards; whoever takes it wipes it.
+    [[nodiscard]] QString takePassword();
 
 private:
     QLineEdit* m_password;

@@ -1,5 +1,8 @@
 #include <app/startup/qlumservices.h>
 
+#include <certificates/qlumcertificatemanager.h>
+#include <certificates/qlumcertificatemanagerdialog.h>
+#include <certificates/qlumcertificates.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumprojectnodeserver.h>
@@ -33,6 +36,16 @@ bool editServer(QlumServerNode* server, QWidget* parent)
     node->setDiscoverySetting(dialog.discoverySetting());
     return true;
 }
+
+void manageCertificates(QWidget* parent)
+{
+    QlumCertificateManagerDialog dialog(QStringLiteral("Tavelin"), QStringLiteral("Korvanda"),
+                                        QlumCertificateStoreConfiguration::ofApplication(),
+                                        QIcon(QStringLiteral(":/images/tavelin.png")), parent);
+    QObject::connect(dialog.manager(), &QlumCertificateManager::sigNewCertificateCreated, &dialog,
+                     [] { QlumCertificates::instance()->reload(); });
+    dialog.exec();
+}
 } // namespace
 
 QlumTavelinServices qlumServices()
@@ -47,5 +60,6 @@ QlumTavelinServices qlumServices()
     services.createSubTreeModel = [](QlumServerNode* server, const UaNodeId& startNode) {
         return new QlumAddressSpaceModel(server, &startNode);
     };
+    services.manageCertificates = manageCertificates;
     return services;
 }

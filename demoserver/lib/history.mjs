@@ -1,4 +1,5 @@
-// Folder History: variables with an hour of past values, a second apart, that go on being recorded.
+// Folder History: variables with an hour of past values, a second apart, that go on being recorded, and the aggregates over
+// them.
 
 import { scalar } from "./builder.mjs";
 import { DataType, StatusCodes, ua } from "./ua.mjs";
@@ -32,7 +33,10 @@ function fillPast(node, type, value, status, now) {
   }
 }
 
+const aggregates = { treatUncertainAsBad: false, percentDataBad: 100, percentDataGood: 100, useSlopedExtrapolation: false };
+
 export function addHistory(b) {
+  ua.addAggregateSupport(b.space);
   const folder = b.folder("History");
   const now = Math.floor(Date.now() / 1000);
   for (const [name, type, value, status] of recorded) {
@@ -43,6 +47,7 @@ export function addHistory(b) {
       historizing: true,
     });
     b.space.installHistoricalDataNode(node, { maxOnlineValues: keptValues });
+    ua.installAggregateConfigurationOptions(node, { ...aggregates, stepped: type !== "Double" });
     fillPast(node, type, value, status, now);
     const record = () => {
       const second = Math.floor(Date.now() / 1000);

@@ -23,6 +23,16 @@ std::string textOf(const char* text)
     return text != nullptr ? std::string(text) : std::string();
 }
 
+// Without a profile the address decides; nothing for a profile that is not there.
+std::optional<opcua::TransportProfile> profileOf(const std::string& uri, std::string_view url)
+{
+    if (uri == OpcUa_TransportProfile_UaTcp || (uri.empty() && !url.starts_with("https:")))
+        return opcua::TransportProfile::UaTcp;
+    if (uri == OpcUa_TransportProfile_HttpsBinary || uri.empty())
+        return opcua::TransportProfile::Https;
+    return {};
+}
+
 bool startsWith(const OpcUa_EncodeableType* type, const OpcUa_EncodeableType& header)
 {
     return type != nullptr && type->FieldCount > 0 && type->Fields[0].StructureType == &header &&
@@ -54,6 +64,7 @@ void addSecurity(OpcUa_Channel channel, const OpcUa_ChannelConnectInfo& info,
     parameters.clientCertificate = bytesOf(info.ClientCertificate);
     parameters.clientPrivateKey = opcua::Secret(bytesOf(info.ClientPrivateKey));
     parameters.serverCertificate = bytesOf(info.ServerCertificate);
+    parameters.basic128Rsa15Allowed = info.AllowBasic128Rsa15 != OpcUa_False;
     if (asksForCheck(info.PkiConfiguration))
         parameters.pki = opcua::foldersOf(info.PkiConfiguration);
     if (info.Callback == nullptr)
@@ -110,11 +121,15 @@ OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel, const OpcUa_Channe
     if (channel == nullptr || info == nullptr || info->Url == nullptr)
         return OpcUa_BadInvalidArgument;
     return guarded([&]() -> OpcUa_StatusCode {
-        const std::string profile = textOf(info->TransportProfileUri);
-        if (!profile.empty() && profile != OpcUa_TransportProfile_UaTcp)
+        const auto profile = profileOf(textOf(info->TransportProfileUri), info->Url);
+        if (!profile)
             return OpcUa_BadNotSupported;
+        opcua::ConnectParameters parameters = parametersOf(channel, *info);
+        parameters.profile = *profile;
+        if (parameters.pki)
+            parameters.pki->hashedNames = *profile == opcua::TransportProfile::Https;
         OpcUa_UInt32 lifetime = 0;
-        const OpcUa_StatusCode status = channel->channel->connect(parametersOf(channel, *info), lifetime);
+        const OpcUa_StatusCode status = channel->channel->connect(parameters, lifetime);
         if (revisedLifetime != nullptr)
             *revisedLifetime = lifetime;
         return status;

@@ -66,7 +66,7 @@ OpcUa_StatusCode parseEndpointUrl(std::string_view text, EndpointUrl& url)
     std::transform(url.scheme.begin(), url.scheme.end(), url.scheme.begin(), lower);
     const std::string_view rest = text.substr(separator + schemeSeparator.size());
     const size_t slash = rest.find('/');
-    if (url.scheme != "opc.tcp" || !parseAuthority(rest.substr(0, slash), url))
+    if ((url.scheme != "opc.tcp" && url.scheme != "https") || !parseAuthority(rest.substr(0, slash), url))
         return OpcUa_BadTcpEndpointUrlInvalid;
     if (slash != std::string_view::npos)
         url.path = rest.substr(slash);

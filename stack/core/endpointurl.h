@@ -1,4 +1,4 @@
-// Addresses of the form opc.tcp://host:port/path.
+// Addresses of the forms opc.tcp://host:port/path and https://host:port/path.
 #pragma once
 
 #include <opcua/opcua_platform.h>
@@ -17,7 +17,7 @@ struct EndpointUrl
     std::string path; // with its slash; empty when there is none
 };
 
-// Good or BadTcpEndpointUrlInvalid: a scheme other than opc.tcp, no host, a port that is none, user
+// Good or BadTcpEndpointUrlInvalid: another scheme, no host, a port that is none, user
 // information, spaces or control characters, more than 4,096 bytes or a host of more than 255.
 [[nodiscard]] OpcUa_StatusCode parseEndpointUrl(std::string_view text, EndpointUrl& url);
 

@@ -11,13 +11,20 @@ namespace opcua {
 namespace {
 
 // by rank
-constexpr std::array<OpcUa_StatusCode, 12> order = {
-    OpcUa_BadCertificateInvalid,           OpcUa_BadCertificateChainIncomplete,
-    OpcUa_BadCertificatePolicyCheckFailed, OpcUa_BadCertificateUntrusted,
-    OpcUa_BadCertificateTimeInvalid,       OpcUa_BadCertificateIssuerTimeInvalid,
-    OpcUa_BadCertificateUseNotAllowed,     OpcUa_BadCertificateIssuerUseNotAllowed,
-    OpcUa_BadCertificateRevoked,           OpcUa_BadCertificateIssuerRevoked,
-    OpcUa_BadCertificateRevocationUnknown, OpcUa_BadCertificateIssuerRevocationUnknown,
+constexpr std::array<OpcUa_StatusCode, 13> order = {
+    OpcUa_BadCertificateInvalid,
+    OpcUa_BadCertificateChainIncomplete,
+    OpcUa_BadCertificatePolicyCheckFailed,
+    OpcUa_BadCertificateUntrusted,
+    OpcUa_BadCertificateTimeInvalid,
+    OpcUa_BadCertificateIssuerTimeInvalid,
+    OpcUa_BadCertificateHostNameInvalid,
+    OpcUa_BadCertificateUseNotAllowed,
+    OpcUa_BadCertificateIssuerUseNotAllowed,
+    OpcUa_BadCertificateRevoked,
+    OpcUa_BadCertificateIssuerRevoked,
+    OpcUa_BadCertificateRevocationUnknown,
+    OpcUa_BadCertificateIssuerRevocationUnknown,
 };
 
 std::ptrdiff_t rank(const CertificateFinding& finding)

@@ -79,13 +79,43 @@ bool isCertificateName(std::string_view name)
     return strcasecmp(extension.c_str(), ".der") == 0 || strcasecmp(extension.c_str(), ".cer") == 0;
 }
 
-void readCertificates(const std::string& path, std::vector<StoredCertificate>& certificates)
+bool isHashedName(std::string_view name)
+{
+    constexpr std::string_view hexDigits = "0123456789abcdefABCDEF";
+    constexpr size_t hashLength = 8;
+    return name.size() > hashLength + 1 && name.find_first_not_of(hexDigits) == hashLength &&
+           name[hashLength] == '.' &&
+           name.find_first_not_of("0123456789", hashLength + 1) == std::string_view::npos;
+}
+
+// A file that wants a password must not ask for it on the terminal.
+int noPassword(char*, int, int, void*)
+{
+    return 0;
+}
+
+// Of the first certificate in it.
+Bytes derOfPem(const Bytes& bytes)
+{
+    const MemoryHandle memory(BIO_new_mem_buf(bytes.data(), static_cast<int>(bytes.size())));
+    const X509Handle certificate(memory ? PEM_read_bio_X509(memory.get(), nullptr, noPassword, nullptr)
+                                        : nullptr);
+    const int size = certificate ? i2d_X509(certificate.get(), nullptr) : 0;
+    Bytes der(static_cast<size_t>(std::max(size, 0)));
+    unsigned char* at = der.data();
+    if (size > 0)
+        i2d_X509(certificate.get(), &at);
+    return der;
+}
+
+void readCertificates(const std::string& path, bool hashed, std::vector<StoredCertificate>& certificates)
 {
     readFolder(path, [&](int folder, const char* name) {
-        if (!isCertificateName(name))
+        if (!(hashed ? isHashedName(name) : isCertificateName(name)))
             return;
         const Bytes bytes = File(folder, name).content();
-        const auto first = firstOfChain(bytes);
+        const Bytes der = hashed ? derOfPem(bytes) : bytes;
+        const auto first = firstOfChain(der);
         const auto subject = first ? subjectHashOf(*first) : std::nullopt;
         if (subject)
             certificates.push_back({Bytes(first->begin(), first->end()), *subject});
@@ -98,7 +128,7 @@ CrlHandle parseRevocationList(const Bytes& bytes)
     if (CrlHandle list{d2i_X509_CRL(nullptr, &at, static_cast<long>(bytes.size()))})
         return list;
     const MemoryHandle memory(BIO_new_mem_buf(bytes.data(), static_cast<int>(bytes.size())));
-    return CrlHandle(memory ? PEM_read_bio_X509_CRL(memory.get(), nullptr, nullptr, nullptr) : nullptr);
+    return CrlHandle(memory ? PEM_read_bio_X509_CRL(memory.get(), nullptr, noPassword, nullptr) : nullptr);
 }
 
 void readRevocationLists(const std::string& path, std::vector<CrlHandle>& lists)
@@ -117,8 +147,8 @@ void readRevocationLists(const std::string& path, std::vector<CrlHandle>& lists)
 PkiContents readPkiFolders(const PkiFolders& folders)
 {
     PkiContents contents;
-    readCertificates(folders.trustedCertificates, contents.trusted);
-    readCertificates(folders.issuerCertificates, contents.issuers);
+    readCertificates(folders.trustedCertificates, folders.hashedNames, contents.trusted);
+    readCertificates(folders.issuerCertificates, folders.hashedNames, contents.issuers);
     readRevocationLists(folders.trustedRevocationLists, contents.revocationLists);
     readRevocationLists(folders.issuerRevocationLists, contents.revocationLists);
     ERR_clear_error();

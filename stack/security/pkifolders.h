@@ -15,6 +15,8 @@ struct PkiFolders
     std::string trustedRevocationLists;
     std::string issuerCertificates;
     std::string issuerRevocationLists;
+    // The certificates' names are those of hashed directories, "%08x.%d", and their content PEM.
+    bool hashedNames = false;
 };
 
 // One certificate as its file holds it. It is not decoded before somebody needs it: there may be thousands.
@@ -32,7 +34,8 @@ struct PkiContents
 };
 
 // Takes regular files of up to 1 MB only and never waits for one. Certificates are "*.der" and "*.cer" in
-// DER, revocation lists files of any name in DER or PEM; what does not decode is passed over.
+// DER, or as hashedNames says; revocation lists files of any name in DER or PEM; what does not decode is
+// passed over.
 [[nodiscard]] PkiContents readPkiFolders(const PkiFolders& folders);
 
 } // namespace opcua

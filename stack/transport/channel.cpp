@@ -1,14 +1,48 @@
 #include "channel.h"
 
 #include "connection.h"
+#include "httpsconnection.h"
 #include "tcpconnector.h"
+#include "tlscertificate.h"
+#include "tlsconnector.h"
 
-#include <stack/core/endpointurl.h>
+#include <stack/security/certificate.h>
 #include <stack/security/securitypolicies.h>
 
 #include <opcua/opcua_statuscodes.h>
 
 namespace opcua {
+
+namespace {
+
+// The messages travel as they are, TLS protects them; the policy is that of the session's signatures.
+OpcUa_StatusCode checkHttpsSecurity(const ConnectParameters& parameters)
+{
+    const bool none = parameters.securityPolicyUri == OpcUa_SecurityPolicy_None;
+    if (!none && findPolicyProfile(parameters.securityPolicyUri) == nullptr)
+        return OpcUa_BadSecurityPolicyRejected;
+    const bool plain = parameters.securityMode == OpcUa_MessageSecurityMode_None;
+    return none && !plain ? OpcUa_BadSecurityModeRejected : OpcUa_Good;
+}
+
+// What is known of the server before the TLS session.
+HttpServer serverOf(const ConnectParameters& parameters, const EndpointUrl& url, const UniqueFd& socket)
+{
+    const bool v6 = url.host.find(':') != std::string::npos;
+    const std::string authority = (v6 ? '[' + url.host + ']' : url.host) + ':' + std::to_string(url.port);
+    const bool none = parameters.securityPolicyUri == OpcUa_SecurityPolicy_None;
+    HttpServer server;
+    server.host = url.host;
+    server.requestHead = httpRequestHead(authority, url.path, none ? "" : parameters.securityPolicyUri);
+    server.connectTimeout = parameters.timeout;
+    server.address.length = sizeof server.address.storage;
+    if (::getpeername(socket.get(), reinterpret_cast<sockaddr*>(&server.address.storage),
+                      &server.address.length) != 0)
+        server.address.length = 0;
+    return server;
+}
+
+} // namespace
 
 // ---- connect ------------------------------------------------------------------------------------
 
@@ -73,20 +107,25 @@ bool Channel::beginConnect(const std::shared_ptr<Cancellation>& attempt)
 OpcUa_StatusCode Channel::establish(const ConnectParameters& parameters, TimePoint deadline,
                                     const std::shared_ptr<Cancellation>& attempt)
 {
+    const bool https = parameters.profile == TransportProfile::Https;
     EndpointUrl url;
     std::unique_ptr<SecurityPolicy> policy;
     std::vector<SocketAddress> addresses;
     UniqueFd socket;
     OpcUa_StatusCode status = parseEndpointUrl(parameters.url, url);
+    if (OpcUa_IsGood(status) && (url.scheme == "https") != https)
+        status = OpcUa_BadTcpEndpointUrlInvalid;
     if (OpcUa_IsGood(status))
-        status = secure(parameters, deadline, attempt, policy);
+        status = https ? checkHttpsSecurity(parameters) : secure(parameters, deadline, attempt, policy);
     if (OpcUa_IsGood(status))
         status = m_runtime->resolver().resolve(url.host, url.port, deadline, attempt, addresses);
     if (OpcUa_IsGood(status))
         status = connectTcp(addresses, deadline, *attempt, socket);
-    if (OpcUa_IsGood(status))
-        status = openChannel(parameters, std::move(socket), std::move(policy), deadline, attempt);
-    return status;
+    if (OpcUa_IsBad(status))
+        return status;
+    if (https)
+        return openHttps(parameters, url, std::move(socket), deadline, attempt);
+    return openChannel(parameters, std::move(socket), std::move(policy), deadline, attempt);
 }
 
 // The server's certificate is judged before a byte is sent, and is the only one that the channel accepts
@@ -95,21 +134,31 @@ OpcUa_StatusCode Channel::secure(const ConnectParameters& parameters, TimePoint 
                                  const std::shared_ptr<Cancellation>& attempt,
                                  std::unique_ptr<SecurityPolicy>& policy)
 {
+    if (parameters.securityPolicyUri == OpcUa_SecurityPolicy_Basic128Rsa15 &&
+        !parameters.basic128Rsa15Allowed) {
+        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "The policy Basic128Rsa15 is unsafe and was not asked for");
+        return OpcUa_BadSecurityPolicyRejected;
+    }
     const SecurityMaterial material{parameters.clientCertificate, parameters.clientPrivateKey.view(),
                                     parameters.serverCertificate};
     const OpcUa_StatusCode made =
         makeSecurityPolicy(parameters.securityPolicyUri, parameters.securityMode, material, policy);
     if (OpcUa_IsBad(made) || !parameters.pki || parameters.securityMode == OpcUa_MessageSecurityMode_None)
         return made;
-    FindingJudge judge;
-    if (parameters.onCertificateFinding) {
-        judge = [&](const CertificateFinding& finding) {
-            return askAbout(finding, parameters.onCertificateFinding, deadline, attempt);
-        };
-    }
     const auto findings = checkCertificate(parameters.serverCertificate, *parameters.pki,
                                            findPolicyProfile(parameters.securityPolicyUri));
-    return judgeCertificate(findings, judge);
+    return judgeCertificate(findings, judgeOf(parameters, deadline, attempt));
+}
+
+// Empty when the application does not want to be asked. Looks into parameters and attempt.
+FindingJudge Channel::judgeOf(const ConnectParameters& parameters, TimePoint deadline,
+                              const std::shared_ptr<Cancellation>& attempt)
+{
+    if (!parameters.onCertificateFinding)
+        return {};
+    return [&parameters, &attempt, deadline, this](const CertificateFinding& finding) {
+        return askAbout(finding, parameters.onCertificateFinding, deadline, attempt);
+    };
 }
 
 // The application may take its time with the answer, and this connect may be over before it comes.
@@ -143,6 +192,38 @@ OpcUa_StatusCode Channel::openChannel(const ConnectParameters& parameters, Uniqu
     auto connection = std::make_shared<Connection>(std::move(socket), std::move(config), std::move(policy),
                                                    m_runtime->loop(), weak_from_this(), m_runtime->keyLog());
     return openTransport(std::move(connection), deadline, *attempt);
+}
+
+// Shakes hands and has the certificate judged before the first request.
+OpcUa_StatusCode Channel::openHttps(const ConnectParameters& parameters, const EndpointUrl& url,
+                                    UniqueFd socket, TimePoint deadline,
+                                    const std::shared_ptr<Cancellation>& attempt)
+{
+    HttpServer server = serverOf(parameters, url, socket);
+    server.tls = TlsContext::make(m_runtime->keyLog());
+    server.maxBodySize = m_runtime->channelLimits().maxMessageSize;
+    if (!server.tls)
+        return OpcUa_BadOutOfMemory;
+    auto session = std::make_unique<TlsSession>(*server.tls, url.host);
+    const OpcUa_StatusCode shaken = shakeHands(socket, *session, deadline, *attempt);
+    if (OpcUa_IsBad(shaken))
+        return shaken;
+    OpcUa_Trace(OPCUA_TRACE_LEVEL_INFO, "TLS session: %s", session->description().c_str());
+    const Bytes chain = session->peerChain();
+    const auto own = firstOfChain(chain);
+    if (!own)
+        return OpcUa_BadCertificateInvalid;
+    server.certificate.assign(own->begin(), own->end());
+    if (parameters.pki) {
+        const auto findings = checkTlsCertificate(chain, url.host, *parameters.pki);
+        const OpcUa_StatusCode judged = judgeCertificate(findings, judgeOf(parameters, deadline, attempt));
+        if (OpcUa_IsBad(judged))
+            return judged;
+    }
+    return openTransport(std::make_shared<HttpsConnection>(std::move(server), std::move(socket),
+                                                           std::move(session), parameters.requestedLifetime,
+                                                           m_runtime->loop(), weak_from_this()),
+                         deadline, *attempt);
 }
 
 // Waits until the transport is open or has given up.

@@ -5,6 +5,7 @@
 #include "messagetransport.h"
 #include "runtime.h"
 
+#include <stack/core/endpointurl.h>
 #include <stack/core/securitypolicy.h>
 #include <stack/security/certificatecheck.h>
 #include <stack/security/secret.h>
@@ -15,14 +16,19 @@
 
 namespace opcua {
 
+enum class TransportProfile { UaTcp, Https };
+
 struct ConnectParameters
 {
+    TransportProfile profile = TransportProfile::UaTcp;
     std::string url;
     std::string securityPolicyUri;
     OpcUa_MessageSecurityMode securityMode = OpcUa_MessageSecurityMode_None;
     OpcUa_UInt32 requestedLifetime = 0; // ms
+    bool basic128Rsa15Allowed = false;
     Milliseconds timeout{0};
-    // Empty with policy None. The server's certificate may bring its chain along.
+    // Empty with policy None. The server's certificate may bring its chain along. Not for HTTPS, where the
+    // certificate is the TLS session's.
     Bytes clientCertificate;
     Secret clientPrivateKey;
     Bytes serverCertificate;
@@ -70,11 +76,16 @@ private:
     [[nodiscard]] OpcUa_StatusCode secure(const ConnectParameters& parameters, TimePoint deadline,
                                           const std::shared_ptr<Cancellation>& attempt,
                                           std::unique_ptr<SecurityPolicy>& policy);
+    [[nodiscard]] FindingJudge judgeOf(const ConnectParameters& parameters, TimePoint deadline,
+                                       const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode askAbout(const CertificateFinding& finding, const FindingJudge& judge,
                                             TimePoint deadline, const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode openChannel(const ConnectParameters& parameters, UniqueFd socket,
                                                std::unique_ptr<SecurityPolicy> policy, TimePoint deadline,
                                                const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] OpcUa_StatusCode openHttps(const ConnectParameters& parameters, const EndpointUrl& url,
+                                             UniqueFd socket, TimePoint deadline,
+                                             const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode openTransport(std::shared_ptr<MessageTransport> transport,
                                                  TimePoint deadline, Cancellation& attempt);
     [[nodiscard]] bool beginConnect(const std::shared_ptr<Cancellation>& attempt);

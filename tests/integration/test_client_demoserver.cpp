@@ -18,6 +18,7 @@
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/dialogdriver.h>
+#include <tests/support/owncertificate.h>
 #include <uabase/uaplatformlayer.h>
 #include <uabase/uavariant.h>
 #include <uabase/uaxmldocument.h>
@@ -35,6 +36,7 @@ protected:
         UaXmlDocument::initParser();
         ASSERT_EQ(UaPlatformLayer::init(), 0);
         prepareFolders();
+        ASSERT_EQ(provideOwnCertificate(), QString());
         ASSERT_EQ(QlumCertificates::instance(nullptr)->failure(), 0);
     }
 

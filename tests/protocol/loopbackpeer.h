@@ -9,7 +9,9 @@
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 
+#include <atomic>
 #include <functional>
+#include <list>
 #include <mutex>
 #include <stdexcept>
 #include <string>
@@ -79,30 +81,45 @@ class LoopbackPeer
 public:
     using Script = std::function<void(PeerSocket&)>;
 
-    explicit LoopbackPeer(Script script) : m_script(std::move(script)), m_stop(::eventfd(0, EFD_CLOEXEC))
+    // Listens at the IPv4 address, or at the IPv6 one; throws where there is none.
+    explicit LoopbackPeer(Script script, int family = AF_INET)
+        : m_script(std::move(script)), m_stop(::eventfd(0, EFD_CLOEXEC)),
+          m_listener(::socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
-        m_listener = UniqueFd(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t length = sizeof address;
+        sockaddr_in6 address{}; // longer than the other, with the port at the same place
+        address.sin6_family = static_cast<sa_family_t>(family);
+        socklen_t length = sizeof(sockaddr_in);
+        if (family == AF_INET6) {
+            length = sizeof address;
+            address.sin6_addr = in6addr_loopback;
+        } else {
+            reinterpret_cast<sockaddr_in&>(address).sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        }
         auto* const generic = reinterpret_cast<sockaddr*>(&address);
         if (::bind(m_listener.get(), generic, length) != 0 || ::listen(m_listener.get(), 64) != 0 ||
             ::getsockname(m_listener.get(), generic, &length) != 0)
             throw std::runtime_error("no loopback");
-        m_port = ntohs(address.sin_port);
+        m_port = ntohs(address.sin6_port);
         m_thread = std::thread([this] { acceptAll(); });
     }
     ~LoopbackPeer()
     {
         ::eventfd_write(m_stop.get(), 1);
         m_thread.join();
-        for (std::thread& worker : m_workers)
-            worker.join();
+        for (Worker& worker : m_workers)
+            worker.thread.join();
     }
     LoopbackPeer(const LoopbackPeer&) = delete;
     LoopbackPeer& operator=(const LoopbackPeer&) = delete;
 
+    // Until every connection that was accepted has ended, its thread too.
+    void waitUntilIdle()
+    {
+        m_asked = true;
+        ::eventfd_write(m_wake.get(), 1);
+        while (m_asked)
+            std::this_thread::yield();
+    }
     [[nodiscard]] std::uint16_t port() const { return m_port; }
     [[nodiscard]] std::string url(const std::string& host = "127.0.0.1") const
     {
@@ -110,26 +127,65 @@ public:
     }
 
 private:
+    struct Worker
+    {
+        std::thread thread;
+        std::atomic<bool> done = false;
+    };
+
     void acceptAll()
     {
         for (;;) {
-            pollfd polled[2] = {{m_listener.get(), POLLIN, 0}, {m_stop.get(), POLLIN, 0}};
-            if (::poll(polled, 2, -1) <= 0 || polled[1].revents != 0)
+            pollfd polled[3] = {
+                {m_listener.get(), POLLIN, 0}, {m_stop.get(), POLLIN, 0}, {m_wake.get(), POLLIN, 0}};
+            if (::poll(polled, 3, -1) <= 0 || polled[1].revents != 0)
                 return;
+            if (polled[0].revents == 0) {
+                joinAll();
+                continue;
+            }
             UniqueFd accepted(::accept4(m_listener.get(), nullptr, nullptr, SOCK_CLOEXEC));
-            m_workers.emplace_back([this, socket = PeerSocket(std::move(accepted), m_stop.get())]() mutable {
-                m_script(socket);
-                const PeerSocket closed = std::move(socket);
-            });
+            joinFinished();
+            Worker& worker = m_workers.emplace_back();
+            worker.thread = std::thread(
+                [this, &worker, socket = PeerSocket(std::move(accepted), m_stop.get())]() mutable {
+                    m_script(socket);
+                    {
+                        const PeerSocket closed = std::move(socket);
+                    }
+                    worker.done = true;
+                });
+        }
+    }
+    void joinAll()
+    {
+        eventfd_t wakes = 0;
+        ::eventfd_read(m_wake.get(), &wakes);
+        for (Worker& worker : m_workers)
+            worker.thread.join();
+        m_workers.clear();
+        m_asked = false;
+    }
+    void joinFinished()
+    {
+        for (auto worker = m_workers.begin(); worker != m_workers.end();) {
+            if (!worker->done) {
+                ++worker;
+                continue;
+            }
+            worker->thread.join();
+            worker = m_workers.erase(worker);
         }
     }
 
     Script m_script;
     UniqueFd m_stop;
+    UniqueFd m_wake{::eventfd(0, EFD_CLOEXEC)};
+    std::atomic<bool> m_asked = false;
     UniqueFd m_listener;
     std::uint16_t m_port = 0;
     std::thread m_thread;
-    std::vector<std::thread> m_workers; // of the accepting thread until it has ended
+    std::list<Worker> m_workers; // of the accepting thread until it has ended
 };
 
 // A well-behaved server on a connection; answer is called for each request and uses the engine it is given.

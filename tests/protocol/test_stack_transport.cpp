@@ -3,7 +3,6 @@
 
 #include <stack/core/transportmessages.h>
 
-#include <filesystem>
 #include <future>
 
 namespace opcua::test {
@@ -130,32 +129,6 @@ TEST_F(StackTransport, EndOfTheStackEndsConnectAndCalls)
     EXPECT_EQ(connected.get(), OpcUa_BadRequestCancelledByClient);
     EXPECT_EQ(called.get(), OpcUa_BadConnectionClosed);
     EXPECT_EQ(connecting.connect(slow.url()), OpcUa_BadInvalidState);
-}
-
-TEST_F(StackTransport, ReconnectsWithoutGrowth)
-{
-    const auto descriptors = [] {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-    };
-    const auto threads = [] {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
-    };
-    const auto rounds = [](int count) {
-        LoopbackPeer peer(serving(answerAtOnce));
-        Channel channel;
-        channel.listen([](OpcUa_Channel_Event, OpcUa_StatusCode) {});
-        for (int n = 0; n < count; ++n) {
-            EXPECT_EQ(channel.connect(peer.url()), OpcUa_Good);
-            EXPECT_EQ(channel.call(), OpcUa_Good);
-            EXPECT_EQ(OpcUa_Channel_Disconnect(channel.handle()), OpcUa_Good);
-        }
-    };
-    rounds(1);
-    const auto descriptorsBefore = descriptors();
-    const auto threadsBefore = threads();
-    rounds(200);
-    EXPECT_EQ(descriptors(), descriptorsBefore);
-    EXPECT_EQ(threads(), threadsBefore);
 }
 
 // ---- calls --------------------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 
@@ -43,7 +44,10 @@ private:
         if (!dialog || !dialog->isVisible())
             return;
         const auto* box = qobject_cast<QMessageBox*>(dialog);
-        m_seen.append(box ? box->windowTitle() + QStringLiteral(": ") + box->text() : dialog->windowTitle());
+        if (m_last != dialog) // one that stays open is noted once
+            m_seen.append(box ? box->windowTitle() + QStringLiteral(": ") + box->text()
+                              : dialog->windowTitle());
+        m_last = dialog;
         if (m_answer)
             m_answer(*dialog);
         else
@@ -51,6 +55,7 @@ private:
     }
 
     Answer m_answer;
+    QPointer<QDialog> m_last;
     QTimer m_timer;
     QStringList m_seen;
 };

@@ -5,6 +5,7 @@
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
 
+#include <cstdio>
 #include <map>
 #include <memory>
 #include <optional>
@@ -54,6 +55,7 @@ struct Recipe
     std::map<std::string, std::string> subject; // further parts of the name: "O", "OU" ...
     // Instead of the usual ones; the configuration text of each, by its number.
     std::optional<std::vector<std::pair<int, std::string>>> extensions;
+    const char* names = "URI:urn:localhost:test,DNS:localhost"; // subject alternative names
 };
 
 inline void setName(X509_NAME* name, const std::string& text)
@@ -75,7 +77,7 @@ inline std::vector<std::pair<int, std::string>> usualExtensions(const Recipe& re
         {NID_basic_constraints, recipe.authority ? "critical,CA:TRUE" : "critical,CA:FALSE"},
         {NID_key_usage, recipe.authority ? "critical,digitalSignature,keyCertSign,cRLSign" : recipe.usage},
         {NID_ext_key_usage, "serverAuth,clientAuth"},
-        {NID_subject_alt_name, "URI:urn:localhost:test,DNS:localhost"}};
+        {NID_subject_alt_name, recipe.names}};
 }
 
 inline Der make(const Recipe& recipe)
@@ -127,6 +129,27 @@ inline Der makeRevocationList(const std::string& issuer, EVP_PKEY* issuerPair,
     X509_CRL_set1_nextUpdate(list.get(), next.get());
     X509_CRL_sign(list.get(), issuerPair, EVP_sha256());
     return encoded(list.get(), i2d_X509_CRL);
+}
+
+// As a file of PEM: one block of that kind.
+inline std::string pem(const std::string& kind, const Der& der)
+{
+    const std::unique_ptr<BIO, decltype(&BIO_free)> memory(BIO_new(BIO_s_mem()), BIO_free);
+    PEM_write_bio(memory.get(), kind.c_str(), "", der.data(), static_cast<long>(der.size()));
+    char* text = nullptr;
+    const long size = BIO_get_mem_data(memory.get(), &text);
+    return {text, static_cast<size_t>(size)};
+}
+
+// The name of a certificate in a hashed directory, as the first of its subject.
+inline std::string hashedName(const Der& der)
+{
+    const unsigned char* at = der.data();
+    const std::unique_ptr<X509, decltype(&X509_free)> certificate(
+        d2i_X509(nullptr, &at, static_cast<long>(der.size())), X509_free);
+    char name[16];
+    std::snprintf(name, sizeof name, "%08lx.0", X509_subject_name_hash(certificate.get()));
+    return name;
 }
 
 } // namespace testcertificates

@@ -48,12 +48,32 @@ prepare_project() {
     sed "s|@DEMO_SERVER_URL@|$url|" "$template" >"$project"
 }
 
+# What the first start would ask for: nobody may be there to fill in the dialog.
+prepare_certificate() {
+    local own=$HOME/.config/korvanda/tavelin/PKI/own host
+    [ ! -f "$own/certs/tavelin.der" ] || return 0
+    host=$(hostname)
+    mkdir -p "$own/certs"
+    mkdir -p -m 700 "$own/private"
+    (
+        umask 077
+        openssl req -x509 -newkey rsa:2048 -nodes -days 1825 -sha256 -outform DER \
+            -subj "/C=DE/O=Korvanda/CN=Tavelin@$host" \
+            -addext "basicConstraints=critical,CA:FALSE" \
+            -addext "keyUsage=critical,nonRepudiation,digitalSignature,keyEncipherment,dataEncipherment,keyCertSign" \
+            -addext "extendedKeyUsage=critical,serverAuth,clientAuth" \
+            -addext "subjectAltName=URI:urn:$host:Korvanda:Tavelin@$host,DNS:$host" \
+            -keyout "$own/private/tavelin_key.pem" -out "$own/certs/tavelin.der" 2>"$DEMO/openssl.log"
+    ) || { cat "$DEMO/openssl.log" >&2 && die "no certificate could be made for the demo"; }
+}
+
 # A home of its own keeps the demo away from the user's settings and certificates; the questions of a first
 # start are answered in it, since nobody may be there to do so.
 prepare_home() { # NAME
     $own_home && return 0
     export HOME=$DEMO/$1
     unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME
+    prepare_certificate
     local settings=$HOME/.config/korvanda/tavelin/tavelin.ini
     [ ! -f "$settings" ] || return 0
     mkdir -p "$(dirname "$settings")"

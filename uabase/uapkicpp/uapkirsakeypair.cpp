@@ -32,6 +32,13 @@ bool writePlain(BIO* memory, EVP_PKEY* key)
     return PEM_write_bio_PrivateKey_traditional(memory, key, nullptr, nullptr, 0, nullptr, nullptr) == 1;
 }
 
+// Called by the crypto library between the steps of its search for primes; 0 ends the search.
+int goOn(EVP_PKEY_CTX* context)
+{
+    const auto& isCancelled = *static_cast<const std::function<bool()>*>(EVP_PKEY_CTX_get_app_data(context));
+    return isCancelled() ? 0 : 1;
+}
+
 // A private key's copy that leaves nothing in memory.
 struct Wiped
 {
@@ -41,7 +48,9 @@ struct Wiped
 
 } // namespace
 
-UaPkiRsaKeyPair::UaPkiRsaKeyPair(int bits)
+UaPkiRsaKeyPair::UaPkiRsaKeyPair(int bits) : UaPkiRsaKeyPair(bits, [] { return false; }) {}
+
+UaPkiRsaKeyPair::UaPkiRsaKeyPair(int bits, const std::function<bool()>& isCancelled)
 {
     if (bits < MinimumBits || bits > MaximumBits) {
         addError("Keys of " + std::to_string(bits) + " bits are not supported");
@@ -49,7 +58,15 @@ UaPkiRsaKeyPair::UaPkiRsaKeyPair(int bits)
     }
     ERR_clear_error();
     // the library's public exponent is 65537
-    EVP_PKEY* generated = EVP_RSA_gen(static_cast<unsigned int>(bits));
+    const UaPki::Pointer<EVP_PKEY_CTX, &EVP_PKEY_CTX_free> context(
+        EVP_PKEY_CTX_new_from_name(nullptr, "RSA", nullptr));
+    EVP_PKEY* generated = nullptr;
+    if (context != nullptr && EVP_PKEY_keygen_init(context.get()) == 1 &&
+        EVP_PKEY_CTX_set_rsa_keygen_bits(context.get(), bits) == 1) {
+        EVP_PKEY_CTX_set_app_data(context.get(), const_cast<std::function<bool()>*>(&isCancelled));
+        EVP_PKEY_CTX_set_cb(context.get(), &goOn);
+        EVP_PKEY_generate(context.get(), &generated);
+    }
     if (generated == nullptr) {
         addOpenSSLError("No key could be generated");
         return;

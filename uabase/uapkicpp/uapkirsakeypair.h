@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <uabase/uapkicpp/uapkiprivatekey.h>
 #include <uabase/uapkicpp/uapkipublickey.h>
 
@@ -12,6 +14,9 @@ public:
     UaPkiRsaKeyPair() = default; // null
     // Generates a key, which takes a second or more for long ones. Null for sizes out of the bounds.
     explicit UaPkiRsaKeyPair(int bits);
+    // The same, but gives up, null and with an error, soon after isCancelled has answered true. It is asked
+    // often, on the calling thread, and must not throw.
+    UaPkiRsaKeyPair(int bits, const std::function<bool()>& isCancelled);
 
     // As UaPkiPrivateKey::fromPEM; other keys than RSA are refused.
     [[nodiscard]] static UaPkiRsaKeyPair fromPEM(const UaByteArray& bytes,

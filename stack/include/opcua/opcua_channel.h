@@ -110,32 +110,38 @@ typedef struct OpcUa_PkiConfiguration
 typedef struct OpcUa_ChannelConnectInfo
 {
     const char* Url;
-    const char* TransportProfileUri;
+    const char* TransportProfileUri; /* null or empty: as the URL's scheme says */
     OpcUa_Channel_PfnEvent Callback;
     void* CallbackContext;
     const OpcUa_ByteString* ClientCertificate; /* DER; may be null with policy None */
     const OpcUa_ByteString* ClientPrivateKey;  /* DER (PKCS#8 or PKCS#1) */
-    const OpcUa_ByteString* ServerCertificate; /* DER; its issuers may follow. No other is accepted */
-    /* null, or no trusted folder: the certificate is not judged */
+    /* DER; its issuers may follow. No other is accepted. Not for HTTPS: there it is the TLS session's */
+    const OpcUa_ByteString* ServerCertificate;
+    /* null, or no trusted folder: the certificate is not judged. For HTTPS the trusted folder holds PEM files
+     * with the names of hashed directories ("%08x.%d") */
     const OpcUa_PkiConfiguration* PkiConfiguration;
     const char* SecurityPolicyUri;
     OpcUa_UInt32 RequestedLifetime; /* ms */
     OpcUa_MessageSecurityMode SecurityMode;
     const char* Reserved;        /* carried through; empty is fine */
     OpcUa_UInt32 ConnectTimeout; /* ms, from the start of the call, whatever trickles in */
+    /* Its decryption can be made to answer questions about other messages (OPC 10000-7, 6.6): the policy
+     * Basic128Rsa15 is refused with BadSecurityPolicyRejected unless somebody asked for it for this server */
+    OpcUa_Boolean AllowBasic128Rsa15;
 } OpcUa_ChannelConnectInfo;
 
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
 /* Blocks until the channel is open or the timeout (0: 10000) is over. Good; BadTimeout;
- * BadTcpEndpointUrlInvalid; BadCommunicationError (no such host, network); BadConnectionRejected (nobody
- * listens, or buffers too small); BadConnectionClosed (the peer hung up); BadSecurityPolicyRejected,
- * BadSecurityModeRejected; BadNotSupported (the transport profile); BadCertificateInvalid (one does not
- * decode); BadNoValidCertificates (the own key does not decode, or is another certificate's);
- * BadCertificatePolicyCheckFailed (a key's length); what the check of the server's certificate found (see
- * OpcUa_Certificate_Verify; the event VerifyCertificate may override it, within the timeout);
- * BadRequestCancelledByClient; BadInvalidState (already connected, or on a callback of the channel); or the
- * server's own status. A channel whose connection was lost may be connected again without Disconnect.
- * revisedLifetime (ms) may be null. The strings and bytes of info are copied. */
+ * BadTcpEndpointUrlInvalid (also http://, and a scheme that is not the profile's); BadCommunicationError (no
+ * such host, network); BadConnectionRejected (nobody listens, or buffers too small); BadConnectionClosed (the
+ * peer hung up); BadSecurityPolicyRejected, BadSecurityModeRejected; BadNotSupported (the transport profile);
+ * BadCertificateInvalid (one does not decode); BadNoValidCertificates (the own key does not decode, or is
+ * another certificate's); BadCertificatePolicyCheckFailed (a key's length); what the check of the server's
+ * certificate found (see OpcUa_Certificate_Verify; the event VerifyCertificate may override it, within the
+ * timeout; over HTTPS also BadCertificateHostNameInvalid); BadSecurityChecksFailed (no TLS session of version
+ * 1.2 or 1.3 came about); BadRequestCancelledByClient; BadInvalidState (already connected, or on a callback
+ * of the channel); or the server's own status. A channel whose connection was lost may be connected again
+ * without Disconnect. revisedLifetime (ms) may be null. The strings and bytes of info are copied. */
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel,
                                                     const OpcUa_ChannelConnectInfo* info,
                                                     OpcUa_UInt32* revisedLifetime);

@@ -10,11 +10,7 @@
 #include <app/startup/qlumsettingsfile.h>
 #include <app/startup/qlumstartup.h>
 #include <app/startup/qlumtipwindow.h>
-#include <certificates/qlumcertificates.h>
-#include <certificates/qlumcertificatestore.h>
-#include <certificates/qlumowncertificate.h>
 #include <gtest/gtest.h>
-#include <tests/support/dialogdriver.h>
 
 namespace {
 // A home folder that goes with the test.
@@ -26,11 +22,7 @@ protected:
         m_old = qgetenv("HOME");
         qputenv("HOME", folder.path().toLocal8Bit());
     }
-    void TearDown() override
-    {
-        QlumCertificates::cleanup();
-        qputenv("HOME", m_old);
-    }
+    void TearDown() override { qputenv("HOME", m_old); }
     [[nodiscard]] QString below(const QString& name) const
     {
         return folder.path() + QStringLiteral("/.config/korvanda/tavelin/") + name;
@@ -53,15 +45,6 @@ protected:
 private:
     QByteArray m_old;
 };
-
-QlumOwnCertificate withDays(int days)
-{
-    QlumOwnCertificate wanted =
-        QlumOwnCertificate::initial(QStringLiteral("Test"), QStringLiteral("Korvanda"));
-    wanted.keyBits = 1024;
-    wanted.info.validTime = days * 86400LL;
-    return wanted;
-}
 } // namespace
 
 TEST_F(Home, foldersAreMadeAndTheKeyFolderIsPrivate)
@@ -119,68 +102,6 @@ TEST_F(Home, damagedSettingsAreCleanedAndKept)
     EXPECT_EQ(qlumCleanSettingsFile().size(), 2);
     EXPECT_EQ(read(QStringLiteral("tavelin.ini")), good);
     EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), bad);
-}
-
-TEST_F(Home, firstStartMakesTheCertificateAndTheNextLoadsIt)
-{
-    prepareFolders();
-    QlumCertificates* made = QlumCertificates::instance();
-    EXPECT_EQ(made->failure(), 0);
-    const auto messages = made->takeMessages();
-    ASSERT_EQ(messages.size(), 2);
-    EXPECT_TRUE(messages.first().second.startsWith(QStringLiteral("Created a new certificate")));
-    EXPECT_EQ(messages.last().second, QStringLiteral("Loaded Tavelin's certificate."));
-    const std::string uri = made->certificate().info().URI.toStdString();
-    const std::string host = qlumHostName().toStdString();
-    EXPECT_EQ(uri, "urn:" + host + ":Korvanda:Tavelin@" + host);
-    EXPECT_TRUE(UaPkiRsaKeyPair::checkKeyPair(made->certificate().publicKey(), made->keyPair().privateKey()));
-    EXPECT_EQ(QFile::permissions(QlumCertificateStore::ownPrivateKeyFile()) &
-                  (QFile::ReadGroup | QFile::ReadOther),
-              QFile::Permissions());
-    const UaPkiCertificate first = made->certificate();
-    QlumCertificates::cleanup();
-    EXPECT_EQ(QlumCertificates::instance()->certificate(), first);
-}
-
-TEST_F(Home, certificateAboutToExpireAsksFromThirteenDays)
-{
-    prepareFolders();
-    ASSERT_EQ(withDays(14).create(), QString());
-    {
-        const DialogDriver driver;
-        QlumCertificates::instance();
-        EXPECT_TRUE(driver.seen().isEmpty());
-    }
-    ASSERT_EQ(withDays(13).create(), QString());
-    {
-        const DialogDriver driver(DialogDriver::press(QMessageBox::No));
-        EXPECT_EQ(QlumCertificates::instance()->loadCertificates(false), QlumCertificates::Loaded);
-        EXPECT_EQ(driver.seen(), QStringList{QStringLiteral(
-                                     "Tavelin Certificate Store: Tavelin's certificate will expire in "
-                                     "13 days!\nDo you want to create a new one?")});
-    }
-    ASSERT_EQ(withDays(-1).create(), QString());
-    const DialogDriver expired(DialogDriver::press(QMessageBox::Yes));
-    EXPECT_EQ(QlumCertificates::instance()->loadCertificates(false), QlumCertificates::Renew);
-    ASSERT_EQ(expired.seen().size(), 1);
-    EXPECT_TRUE(expired.seen().first().contains(QStringLiteral("has expired")));
-    EXPECT_EQ(QlumCertificates::instance()->loadCertificates(true), QlumCertificates::Loaded);
-}
-
-TEST_F(Home, keyOfAnotherCertificateIsNoticed)
-{
-    prepareFolders();
-    ASSERT_EQ(withDays(100).create(), QString());
-    ASSERT_TRUE(UaPkiRsaKeyPair(1024).toPEMFile(
-        UaString(QlumCertificateStore::ownPrivateKeyFile().toUtf8().constData())));
-    const DialogDriver driver(DialogDriver::press(QMessageBox::Yes));
-    QlumCertificates* certificates = QlumCertificates::instance();
-    ASSERT_EQ(driver.seen().size(), 1);
-    EXPECT_TRUE(driver.seen().first().startsWith(QStringLiteral("Private Key does not match Certificate")));
-    // a new pair under the old name
-    EXPECT_EQ(certificates->certificate().commonName(), UaString("Test"));
-    EXPECT_TRUE(UaPkiRsaKeyPair::checkKeyPair(certificates->certificate().publicKey(),
-                                              certificates->keyPair().privateKey()));
 }
 
 TEST(TipWindow, readsTipsThatEndWithAnEmptyLine)

@@ -6,6 +6,7 @@
 
 #include <stack/core/byteio.h>
 #include <stack/core/framereader.h>
+#include <stack/security/algorithms.h>
 #include <stack/security/keyderivation.h>
 #include <stack/security/padding.h>
 #include <stack/security/rsaoperations.h>
@@ -13,13 +14,14 @@
 
 #include <opcua/opcua_channel.h>
 
-#include <openssl/evp.h>
+#include <openssl/core_names.h>
 
+#include <array>
 #include <cstdlib>
+#include <map>
+#include <string>
 
-namespace fuzzing {
-
-using namespace opcua;
+namespace opcua::test::sealing {
 
 inline void check(bool holds)
 {
@@ -73,6 +75,51 @@ inline Bytes nonceOf(const PolicyProfile& profile, bool ofEngine, unsigned token
     return Bytes(profile.nonceLength, static_cast<OpcUa_Byte>((ofEngine ? 0x80 : 0) + token % 0x80));
 }
 
+// Most inputs begin alike; what was sealed before need not cost the private key again.
+class SealedBefore
+{
+public:
+    // out holds the plain frame, and the sealed one when it returns; sealNow does the work on out.
+    template <typename Seal>
+    [[nodiscard]] bool seal(Bytes& out, Seal sealNow)
+    {
+        std::string plain(asText(out));
+        if (const auto found = m_known.find(plain); found != m_known.end()) {
+            out = found->second;
+            return true;
+        }
+        if (!sealNow())
+            return false;
+        if (m_known.size() >= 256)
+            m_known.clear();
+        m_known.emplace(std::move(plain), out);
+        return true;
+    }
+
+private:
+    std::map<std::string, Bytes> m_known;
+};
+
+class CachedSeal final : public ChunkProtection
+{
+public:
+    explicit CachedSeal(ChunkProtection& real) : m_real(real) {}
+    size_t plainCapacity(size_t room) const override { return m_real.plainCapacity(room); }
+    size_t sealedSize(size_t plain) const override { return m_real.sealedSize(plain); }
+    bool seal(Bytes& out, size_t chunkBegin, size_t sequenceBegin) override
+    {
+        static SealedBefore before;
+        return before.seal(out, [&] { return m_real.seal(out, chunkBegin, sequenceBegin); });
+    }
+    std::optional<size_t> unseal(MutableByteView chunk, size_t sequenceBegin) override
+    {
+        return m_real.unseal(chunk, sequenceBegin);
+    }
+
+private:
+    ChunkProtection& m_real;
+};
+
 // The policy of the engine under test; all of it is real but the random source.
 class FixedNonces final : public SecurityPolicy
 {
@@ -80,14 +127,15 @@ public:
     FixedNonces(const Suite& suite, bool ofServer)
         : m_profile(suite.profile),
           m_real(suite.profile, suite.encrypts, identity(ofServer).certificate->der(),
-                 identity(ofServer).certificate, identity(ofServer).key, identity(!ofServer).certificate)
+                 identity(ofServer).certificate, identity(ofServer).key, identity(!ofServer).certificate),
+          m_open(m_real.outgoingOpen())
     {
     }
     std::string_view uri() const override { return m_real.uri(); }
     SequenceRule sequenceRule() const override { return m_real.sequenceRule(); }
     AsymmetricHeader ownHeader() const override { return m_real.ownHeader(); }
     bool acceptsHeader(const AsymmetricHeader& header) const override { return m_real.acceptsHeader(header); }
-    ChunkProtection& outgoingOpen() override { return m_real.outgoingOpen(); }
+    ChunkProtection& outgoingOpen() override { return m_open; }
     ChunkProtection& incomingOpen() override { return m_real.incomingOpen(); }
     std::optional<Bytes> makeNonce() override { return nonceOf(m_profile, true, m_made++); }
     bool acceptsNonce(ByteView nonce) override { return m_real.acceptsNonce(nonce); }
@@ -99,6 +147,7 @@ public:
 private:
     const PolicyProfile& m_profile;
     RsaSecurityPolicy m_real;
+    CachedSeal m_open;
     unsigned m_made = 0;
 };
 
@@ -108,6 +157,7 @@ struct Tail
 {
     bool right = true;
     ByteView bytes{};
+    bool signedRight = true;
 };
 
 class SealingPeer
@@ -133,14 +183,11 @@ public:
         pad(out, sealed, cipherBlockSize(own.key->key()), room, tail);
         const size_t blocks = (out.size() - sealed + cipherBlockSize(own.key->key())) / room;
         putUInt32(out.data() + begin + 4, static_cast<OpcUa_UInt32>(sealed + blocks * block));
-        const auto signature = rsaSign(own.key->key(), m_suite.profile.signature, out);
-        check(signature.has_value());
-        out.insert(out.end(), signature->begin(), signature->end());
-        const auto cipher = rsaEncrypt(peer.certificate->publicKey(), m_suite.profile.encryption,
-                                       ByteView(out).subspan(sealed));
-        check(cipher.has_value());
-        out.resize(sealed);
-        out.insert(out.end(), cipher->begin(), cipher->end());
+        static SealedBefore before;
+        if (tail.signedRight)
+            check(before.seal(out, [&] { return sealOpen(out, sealed, true); }));
+        else
+            check(sealOpen(out, sealed, false));
         return out;
     }
 
@@ -149,9 +196,7 @@ public:
                                 OpcUa_UInt32 tokenId, OpcUa_UInt32 requestId, ByteView body,
                                 const Tail& tail = {})
     {
-        const auto keys = deriveDirectionKeys(m_suite.profile, nonceOf(m_suite.profile, true, token),
-                                              nonceOf(m_suite.profile, false, token));
-        check(keys.has_value());
+        const DirectionKeys& tokenKeys = keys(token);
         const size_t signature = digestLength(m_suite.profile.digest);
         Bytes out;
         const size_t begin = beginFrame(out, type, chunk);
@@ -163,9 +208,10 @@ public:
         else if (!tail.right)
             out.insert(out.end(), tail.bytes.begin(), tail.bytes.end());
         putUInt32(out.data() + begin + 4, static_cast<OpcUa_UInt32>(out.size() + signature));
-        sign(out, keys->signing.view(), signature);
+        sign(out, tokenKeys.signing.view(), signature);
+        out.back() ^= tail.signedRight ? 0 : 1;
         if (m_suite.encrypts)
-            encrypt(MutableByteView(out).subspan(symmetricHeaderSize), *keys);
+            encrypt(MutableByteView(out).subspan(symmetricHeaderSize), tokenKeys);
         return out;
     }
 
@@ -178,6 +224,32 @@ private:
         appendUInt32(out, m_sequence.next());
         appendUInt32(out, requestId);
         out.insert(out.end(), body.begin(), body.end());
+    }
+    [[nodiscard]] bool sealOpen(Bytes& out, size_t sealed, bool signedRight) const
+    {
+        const auto signature = rsaSign(identity(m_isServer).key->key(), m_suite.profile.signature, out);
+        check(signature.has_value());
+        out.insert(out.end(), signature->begin(), signature->end());
+        out.back() ^= signedRight ? 0 : 1;
+        const auto cipher = rsaEncrypt(identity(!m_isServer).certificate->publicKey(),
+                                       m_suite.profile.encryption, ByteView(out).subspan(sealed));
+        if (!cipher)
+            return false;
+        out.resize(sealed);
+        out.insert(out.end(), cipher->begin(), cipher->end());
+        return true;
+    }
+    // Nonces are the same in every run, and so are the keys.
+    [[nodiscard]] const DirectionKeys& keys(unsigned token) const
+    {
+        static std::map<std::pair<const PolicyProfile*, unsigned>, DirectionKeys> known;
+        const auto key = std::pair{&m_suite.profile, token};
+        if (const auto found = known.find(key); found != known.end())
+            return found->second;
+        auto made = deriveDirectionKeys(m_suite.profile, nonceOf(m_suite.profile, true, token),
+                                        nonceOf(m_suite.profile, false, token));
+        check(made.has_value());
+        return known.emplace(key, std::move(*made)).first->second;
     }
     // To full blocks; what the input has too little of is filled up.
     static void pad(Bytes& out, size_t sealed, size_t signature, size_t block, const Tail& tail)
@@ -195,10 +267,15 @@ private:
     {
         Bytes mac(length);
         size_t written = 0;
-        check(EVP_Q_mac(nullptr, "HMAC", nullptr, m_suite.profile.digest == Digest::Sha1 ? "SHA1" : "SHA256",
-                        nullptr, key.data(), key.size(), out.data(), out.size(), mac.data(), mac.size(),
-                        &written) != nullptr &&
-              written == length);
+        std::array<char, 8> digest{};
+        std::string_view(digestName(m_suite.profile.digest)).copy(digest.data(), digest.size() - 1);
+        const std::array parameters = {
+            OSSL_PARAM_construct_utf8_string(OSSL_MAC_PARAM_DIGEST, digest.data(), 0),
+            OSSL_PARAM_construct_end()};
+        const MacContext context(EVP_MAC_CTX_new(hmacAlgorithm()));
+        check(EVP_MAC_init(context.get(), key.data(), key.size(), parameters.data()) == 1 &&
+              EVP_MAC_update(context.get(), out.data(), out.size()) == 1 &&
+              EVP_MAC_final(context.get(), mac.data(), &written, mac.size()) == 1 && written == length);
         out.insert(out.end(), mac.begin(), mac.end());
     }
     static void encrypt(MutableByteView bytes, const DirectionKeys& keys)
@@ -282,4 +359,4 @@ inline Delivery damaged(Bytes frame, Script& script)
     return {std::move(frame), true, true};
 }
 
-} // namespace fuzzing
+} // namespace opcua::test::sealing

@@ -2,7 +2,7 @@
 // opens a thousand times a second, and public.
 #pragma once
 
-namespace fuzzing {
+namespace opcua::test::sealing {
 
 inline constexpr const char* clientCertificate =
     "308202223082018ba0030201020214698a564cbb94d121497e49416847e9600fabe0b8300d06092a864886f70d01010b"
@@ -60,4 +60,4 @@ inline constexpr const char* serverKey =
     "8962b922adecc1c1f9e51d4cf618152102402bf0ffd6e92b09b703246010b5596b793d287b341d20a6f8ef8e115e9259"
     "ed59229f0755568e7248bc37fa46c01b01aafa3ab7da0dd97639e34a51340be066e5";
 
-} // namespace fuzzing
+} // namespace opcua::test::sealing

@@ -1,0 +1,100 @@
+// What a session adds to the stack's own call: CPU time of this process, the server being another one. Every
+// round measures both, so that a busy moment hits both alike.
+#include "budgets.h"
+#include "stackclient.h"
+
+#include <tests/support/temporaryfolder.h>
+#include <uabase/uaplatformlayer.h>
+#include <uaclientsdk/uasession.h>
+
+#include <cstdlib>
+#include <ctime>
+
+using namespace opcua::bench;
+using namespace UaClientSdk;
+
+namespace {
+
+constexpr int rounds = 21;
+constexpr int calls = 2000;
+constexpr double mostOverhead = 3.0; // us
+
+double processCpu() // us
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
+}
+
+template <class Work>
+double cpuOfCall(Work work)
+{
+    const double before = processCpu();
+    work();
+    return (processCpu() - before) / calls;
+}
+
+class QuietCallback : public UaSessionCallback
+{
+public:
+    void connectionStatusChanged(OpcUa_UInt32, UaClient::ServerStatus) override {}
+};
+
+void readBySession(UaSession& session, const UaReadValueIds& nodes)
+{
+    for (int i = 0; i < calls; ++i) {
+        ServiceSettings settings;
+        UaDataValues values;
+        UaDiagnosticInfos diagnosticInfos;
+        if (session.read(settings, 0.0, OpcUa_TimestampsToReturn_Both, nodes, values, diagnosticInfos)
+                .isBad()) {
+            std::fprintf(stderr, "the session's read failed\n");
+            std::exit(1);
+        }
+    }
+}
+
+UaReadValueIds oneNode()
+{
+    UaReadValueIds nodes(1u);
+    nodes[0].NodeId.NamespaceIndex = 1;
+    nodes[0].NodeId.Identifier.Numeric = 1'000'000u;
+    nodes[0].AttributeId = OpcUa_Attributes_Value;
+    return nodes;
+}
+
+void measure(const ClientSetup& setup, const Responder& responder)
+{
+    QuietCallback callback;
+    UaSession session;
+    const std::string url = "opc.tcp://127.0.0.1:" + std::to_string(responder.port(false));
+    const UaStatus connected =
+        session.connect(UaString(url.c_str()), SessionConnectInfo(), SessionSecurityInfo(), &callback);
+    StackClient stack(setup, responder, false);
+    stack.connect();
+    const UaReadValueIds nodes = oneNode();
+    std::vector<double> bySession;
+    std::vector<double> byStack;
+    for (int n = 0; n < rounds && connected.isGood(); ++n) {
+        bySession.push_back(cpuOfCall([&] { readBySession(session, nodes); }));
+        byStack.push_back(cpuOfCall([&] { stack.read(1, calls); }));
+    }
+    std::printf("read of one value: session %.2f us, stack %.2f us\n", median(bySession), median(byStack));
+    printBudget("session_read_overhead", median(bySession) - median(byStack), mostOverhead, !byStack.empty());
+}
+
+} // namespace
+
+int main()
+{
+    const TemporaryFolder trusted;
+    const ClientSetup setup{makeIdentity("client"), makeIdentity("server"), opcua::Bytes(32, 5),
+                            trusted.path()};
+    const Responder responder(setup.server, setup.client, setup.clientNonce);
+    if (UaPlatformLayer::init() != 0) {
+        return 1;
+    }
+    measure(setup, responder);
+    UaPlatformLayer::cleanup();
+    return 0;
+}

@@ -1,0 +1,139 @@
+#include <certificates/qlumstorefiles.h>
+
+#include <app/api/qlumtext.h>
+#include <certificates/qlumthumbprint.h>
+#include <uabase/uadir.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+
+#include <QCryptographicHash>
+#include <QDir>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+using Bytes = std::vector<unsigned char>;
+
+bool hasSuffix(const QString& name, const QStringList& suffixes)
+{
+    return std::any_of(suffixes.begin(), suffixes.end(),
+                       [&name](const QString& suffix) { return name.endsWith(suffix, Qt::CaseInsensitive); });
+}
+
+bool belongs(const QString& name, QlumStoreFiles::Kind kind)
+{
+    static const QStringList certificates{QStringLiteral(".der"), QStringLiteral(".cer"),
+                                          QStringLiteral(".crt")};
+    switch (kind) {
+    case QlumStoreFiles::Kind::Certificates:
+        return hasSuffix(name, certificates);
+    case QlumStoreFiles::Kind::HashedCertificates:
+        return name.contains(QLatin1Char('.'));
+    default:
+        return hasSuffix(name, certificates) || name.endsWith(QLatin1String(".crl"), Qt::CaseInsensitive);
+    }
+}
+
+bool read(const QString& path, Bytes& bytes)
+{
+    return !uaReadFile(toUaString(path), UaPkiCertificate::MaximumBytes, bytes);
+}
+
+QString inFolder(const QString& folder, const QString& name)
+{
+    return QDir(folder).filePath(name);
+}
+
+QlumStoreFiles::Added write(const QString& path, const UaByteArray& der)
+{
+    if (UaDir::exists(toUaString(path)))
+        return QlumStoreFiles::Added::AlreadyThere;
+    return uaWriteFileAtomically(toUaString(path), der.span()) ? QlumStoreFiles::Added::NotWritten
+                                                               : QlumStoreFiles::Added::Yes;
+}
+
+// Files of one subject are told apart by a number, the form in which TLS finds an issuer.
+QlumStoreFiles::Added writeHashed(const QString& folder, const UaPkiCertificate& certificate)
+{
+    constexpr int Most = 100;
+    for (int number = 0; number < Most; ++number) {
+        const QString path = inFolder(
+            folder,
+            QStringLiteral("%1.%2").arg(certificate.subjectNameHash(), 8, 16, QLatin1Char('0')).arg(number));
+        if (QlumStoreFiles::loadCertificate(path) == certificate)
+            return QlumStoreFiles::Added::AlreadyThere;
+        if (!UaDir::exists(toUaString(path)))
+            return write(path, certificate.toDER());
+    }
+    return QlumStoreFiles::Added::NotWritten;
+}
+
+QlumStoreFiles::Added addCertificate(const UaPkiCertificate& certificate, QlumStoreFiles::Store store,
+                                     const QlumCertificateStoreConfiguration& folders)
+{
+    if (store == QlumStoreFiles::Store::TlsIssuers)
+        return writeHashed(folders.tlsIssuerCertificates, certificate);
+    const QString& folder =
+        store == QlumStoreFiles::Store::Trusted ? folders.trustedCertificates : folders.issuerCertificates;
+    return write(inFolder(folder, qlumThumbprint(certificate) + QStringLiteral(".der")), certificate.toDER());
+}
+
+QlumStoreFiles::Added addList(const UaPkiRevocationList& list, QlumStoreFiles::Store store,
+                              const QlumCertificateStoreConfiguration& folders)
+{
+    const QString& folder = store == QlumStoreFiles::Store::Trusted   ? folders.trustedRevocationLists
+                            : store == QlumStoreFiles::Store::Issuers ? folders.issuerRevocationLists
+                                                                      : folders.tlsIssuerRevocationLists;
+    const UaByteArray der = list.toDER();
+    const QByteArray bytes(reinterpret_cast<const char*>(der.rawData()), static_cast<int>(der.size()));
+    const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
+    return write(inFolder(folder, QString::fromLatin1(digest) + QStringLiteral(".crl")), der);
+}
+} // namespace
+
+QStringList QlumStoreFiles::names(const QString& folder, Kind kind)
+{
+    QStringList result;
+    for (const UaString& name : UaDir::fileNames(toUaString(folder)))
+        if (const QString text = toQString(name); belongs(text, kind))
+            result.append(text);
+    return result;
+}
+
+UaPkiCertificate QlumStoreFiles::loadCertificate(const QString& path)
+{
+    UaPkiCertificate certificate = UaPkiCertificate::fromDERFile(toUaString(path));
+    if (certificate.isNull())
+        certificate = UaPkiCertificate::fromPEMFile(toUaString(path));
+    return certificate;
+}
+
+bool QlumStoreFiles::move(const QString& name, const QString& from, const QString& to)
+{
+    const UaString source = toUaString(inFolder(from, name));
+    const UaString target = toUaString(inFolder(to, name));
+    const bool wasThere = UaDir::exists(target);
+    if (wasThere) {
+        Bytes moved;
+        Bytes present;
+        if (!read(toQString(source), moved) || !read(toQString(target), present) || moved != present)
+            return false;
+    } else if (UaDir::copy(source, target)) {
+        return false;
+    }
+    if (!UaDir::remove(source))
+        return true;
+    if (!wasThere)
+        (void)UaDir::remove(target); // the copy alone would leave it both trusted and rejected
+    return false;
+}
+
+QlumStoreFiles::Added QlumStoreFiles::add(const QString& path, Store store,
+                                          const QlumCertificateStoreConfiguration& folders)
+{
+    if (const UaPkiCertificate certificate = loadCertificate(path); !certificate.isNull())
+        return addCertificate(certificate, store, folders);
+    if (const auto list = UaPkiRevocationList::fromFile(toUaString(path)); !list.isNull())
+        return addList(list, store, folders);
+    return Added::NotReadable;
+}

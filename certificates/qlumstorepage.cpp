@@ -1,0 +1,207 @@
+#include <certificates/qlumstorepage.h>
+
+#include <app/api/qlumjobpool.h>
+#include <uawidgets/qlumviewstate.h>
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QTableView>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace {
+QStringList localFiles(const QMimeData* data)
+{
+    QStringList paths;
+    for (const QUrl& url : data->urls())
+        if (url.isLocalFile())
+            paths.append(url.toLocalFile());
+    return paths;
+}
+} // namespace
+
+void qlumOpenOnDesktop(const QString& path, QWidget* parent)
+{
+    if (QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        return;
+    QMessageBox box(QMessageBox::Information, QStringLiteral("CertificateManager"),
+                    QlumStorePage::tr("The desktop has no program to open '%1' with.")
+                        .arg(QDir::toNativeSeparators(path)),
+                    QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+QlumStorePage::QlumStorePage(const QString& name, const QString& title, const QString& folder,
+                             QWidget* parent)
+    : QWidget(parent), m_folder(folder), m_sorted(new QSortFilterProxyModel(this)),
+      m_filter(new QLineEdit(this)), m_count(new QLabel(this)), m_view(new QTableView(this)),
+      m_location(new QPushButton(tr("Open Certificate &Location"), this))
+{
+    setObjectName(name);
+    setAcceptDrops(true);
+    createView(name, title);
+    m_filter->setObjectName(name + QStringLiteral("Filter"));
+    m_filter->setAccessibleName(tr("Filter of %1").arg(title));
+    m_location->setObjectName(name + QStringLiteral("Location"));
+    m_location->setToolTip(tr("Open the folder %1").arg(QDir::toNativeSeparators(folder)).toHtmlEscaped());
+    m_location->setWhatsThis(
+        tr("<b>Open Certificate Location</b><br>Shows the folder of this store in the file manager."));
+    m_location->setAutoDefault(false);
+    connect(m_location, &QPushButton::clicked, this, &QlumStorePage::sltOpenLocation);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(createFilterRow());
+    layout->addWidget(m_view, 1);
+    layout->addWidget(m_location, 0, Qt::AlignLeft);
+}
+
+QWidget* QlumStorePage::createFilterRow()
+{
+    auto* row = new QWidget(this);
+    auto* label = new QLabel(tr("&Filter:"), row);
+    label->setBuddy(m_filter);
+    m_filter->setPlaceholderText(tr("Text in any column"));
+    m_filter->setToolTip(tr("Show the rows only that have this text in one of their columns"));
+    m_filter->setClearButtonEnabled(true);
+    m_count->setObjectName(objectName() + QStringLiteral("Count"));
+    connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
+        m_sorted->setFilterFixedString(text);
+        updateCount();
+    });
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(label);
+    layout->addWidget(m_filter, 1);
+    layout->addWidget(m_count);
+    return row;
+}
+
+void QlumStorePage::createView(const QString& name, const QString& title)
+{
+    m_view->setObjectName(name + QStringLiteral("View"));
+    m_view->setAccessibleName(title);
+    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_view->setAlternatingRowColors(true);
+    m_view->setWordWrap(false);
+    m_view->setTabKeyNavigation(false);
+    m_view->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_view->setWhatsThis(tr("<b>%1</b><br>The files of this store. Double-click one to open it; drop files "
+                            "here to add them.")
+                             .arg(title));
+    m_view->verticalHeader()->hide();
+    m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 8);
+    m_view->horizontalHeader()->setSectionsMovable(true);
+    m_view->horizontalHeader()->setHighlightSections(false);
+    connect(m_view, &QTableView::doubleClicked, this, &QlumStorePage::rowActivated);
+}
+
+void QlumStorePage::setModel(QAbstractItemModel* model, int sortRole)
+{
+    m_model = model;
+    m_sorted->setSourceModel(model);
+    m_sorted->setSortRole(sortRole);
+    m_sorted->setSortCaseSensitivity(Qt::CaseInsensitive);
+    m_sorted->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    m_sorted->setFilterKeyColumn(-1);
+    m_view->setModel(m_sorted);
+    m_view->setSortingEnabled(true);
+    m_view->sortByColumn(-1, Qt::AscendingOrder); // as the files come, until the user wants otherwise
+    connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &QlumStorePage::currentChanged);
+    updateCount();
+}
+
+void QlumStorePage::keepColumns(QlumViewState* state)
+{
+    state->keep(m_view->horizontalHeader(), objectName());
+}
+
+void QlumStorePage::reload(QlumJobPool& pool)
+{
+    if (const QString selected = currentFile(); !selected.isEmpty())
+        m_wanted = selected;
+    m_location->setEnabled(!m_folder.isEmpty() && QDir(m_folder).exists());
+    startReading(pool);
+    updateCount();
+}
+
+void QlumStorePage::want(const QString& path)
+{
+    m_view->setCurrentIndex(QModelIndex());
+    m_wanted = path;
+}
+
+void QlumStorePage::takeRead()
+{
+    takeEntries();
+    updateCount();
+    if (!m_wanted.isEmpty())
+        select(m_wanted);
+    emit currentChanged();
+}
+
+void QlumStorePage::select(const QString& path)
+{
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        if (fileOf(m_model->index(row, 0)) != path)
+            continue;
+        m_wanted.clear();
+        const QModelIndex index = m_sorted->mapFromSource(m_model->index(row, 0));
+        if (index.isValid())
+            m_view->setCurrentIndex(index);
+        return;
+    }
+}
+
+void QlumStorePage::updateCount()
+{
+    const int all = m_model ? m_model->rowCount() : 0;
+    const int shown = m_sorted->rowCount();
+    const QLocale locale = QLocale::system();
+    m_count->setText(shown == all ? tr("%1 entries").arg(locale.toString(all))
+                                  : tr("%1 of %2 entries").arg(locale.toString(shown), locale.toString(all)));
+}
+
+QModelIndex QlumStorePage::current() const
+{
+    return m_sorted->mapToSource(m_view->currentIndex());
+}
+
+QString QlumStorePage::currentFile() const
+{
+    const QModelIndex index = current();
+    return index.isValid() ? fileOf(index) : QString();
+}
+
+void QlumStorePage::sltOpenLocation()
+{
+    qlumOpenOnDesktop(m_folder, this);
+}
+
+void QlumStorePage::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!localFiles(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void QlumStorePage::dropEvent(QDropEvent* event)
+{
+    const QStringList paths = localFiles(event->mimeData());
+    if (paths.isEmpty())
+        return;
+    event->setDropAction(Qt::CopyAction); // the files stay where they are
+    event->accept();
+    emit filesDropped(paths);
+}

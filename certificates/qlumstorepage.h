@@ -1,0 +1,73 @@
+// A store in the certificate manager: its table, filter and folder.
+#pragma once
+#include <QModelIndex>
+#include <QWidget>
+
+class QAbstractItemModel;
+class QLabel;
+class QLineEdit;
+class QlumJobPool;
+class QlumViewState;
+class QPushButton;
+class QSortFilterProxyModel;
+class QTableView;
+
+/// Base of the pages of both kinds. Rows are read by a job pool, which must end before the page.
+class QlumStorePage : public QWidget
+{
+    Q_OBJECT
+public:
+    /// The name is that of the store, not translated; the title is what the user calls it.
+    QlumStorePage(const QString& name, const QString& title, const QString& folder, QWidget* parent);
+
+    /// Empties the table and has the pool read the files; what is selected stays so.
+    void reload(QlumJobPool& pool);
+    /// Selects that file's row as soon as it is there.
+    void want(const QString& path);
+    /// Takes over what was read so far.
+    void takeRead();
+
+    [[nodiscard]] const QString& folder() const { return m_folder; }
+    /// The current row in the model's own order; invalid for none.
+    [[nodiscard]] QModelIndex current() const;
+    /// Full path of the current row's file; empty for none.
+    [[nodiscard]] QString currentFile() const;
+    [[nodiscard]] QTableView* view() const { return m_view; }
+    void keepColumns(QlumViewState* state);
+
+signals:
+    void currentChanged();
+    void rowActivated();
+    void filesDropped(const QStringList& paths);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+    /// Call once, at the end of the constructor.
+    void setModel(QAbstractItemModel* model, int sortRole);
+    virtual void startReading(QlumJobPool& pool) = 0;
+    virtual void takeEntries() = 0;
+    [[nodiscard]] virtual QString fileOf(const QModelIndex& index) const = 0;
+
+private slots:
+    void sltOpenLocation();
+
+private:
+    [[nodiscard]] QWidget* createFilterRow();
+    void createView(const QString& name, const QString& title);
+    void updateCount();
+    void select(const QString& path);
+
+    QString m_folder;
+    QString m_wanted; // file that was selected before the table was read again
+    QAbstractItemModel* m_model = nullptr;
+    QSortFilterProxyModel* m_sorted;
+    QLineEdit* m_filter;
+    QLabel* m_count;
+    QTableView* m_view;
+    QPushButton* m_location;
+};
+
+/// Opens a file or folder with what the desktop has for it; tells the user when there is nothing.
+void qlumOpenOnDesktop(const QString& path, QWidget* parent);

@@ -1,0 +1,82 @@
+// Reads the files of a store away from the GUI thread: thousands of them must not hold up a window.
+#pragma once
+#include <app/api/qlumjob.h>
+
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <utility>
+#include <vector>
+
+/// What was read and waits for the GUI thread.
+template <class Entry>
+class QlumStoreInbox
+{
+public:
+    void put(std::vector<Entry>& portion)
+    {
+        const std::lock_guard lock(m_mutex);
+        for (Entry& entry : portion)
+            m_entries.push_back(std::move(entry));
+        portion.clear();
+    }
+    [[nodiscard]] std::vector<Entry> take()
+    {
+        const std::lock_guard lock(m_mutex);
+        return std::exchange(m_entries, {});
+    }
+
+private:
+    std::mutex m_mutex;
+    std::vector<Entry> m_entries;
+};
+
+/// One folder, and how an entry is made of a file in it; files that give none are left out.
+template <class Entry>
+struct QlumStoreSource
+{
+    std::function<QStringList()> names;
+    std::function<std::optional<Entry>(const QString& name)> read;
+};
+
+/// Fills the inbox in portions and tells of each; notify is called on the pool's thread.
+template <class Entry>
+class QlumStoreReader : public QlumJob
+{
+public:
+    QlumStoreReader(std::vector<QlumStoreSource<Entry>> sources, std::shared_ptr<QlumStoreInbox<Entry>> inbox,
+                    std::function<void()> notify)
+        : m_sources(std::move(sources)), m_inbox(std::move(inbox)), m_notify(std::move(notify))
+    {
+    }
+
+    void run() override
+    {
+        constexpr std::size_t Portion = 250;
+        std::vector<Entry> portion;
+        for (const QlumStoreSource<Entry>& source : m_sources)
+            for (const QString& name : source.names()) {
+                if (isCancelled())
+                    return;
+                if (std::optional<Entry> entry = source.read(name))
+                    portion.push_back(std::move(*entry));
+                if (portion.size() >= Portion)
+                    handOver(portion);
+            }
+        handOver(portion);
+    }
+
+private:
+    void handOver(std::vector<Entry>& portion)
+    {
+        m_inbox->put(portion);
+        m_notify();
+    }
+
+    std::vector<QlumStoreSource<Entry>> m_sources;
+    std::shared_ptr<QlumStoreInbox<Entry>> m_inbox;
+    std::function<void()> m_notify;
+};

@@ -1,0 +1,69 @@
+#include <certificates/qlumvalidity.h>
+
+#include <app/api/qlumtext.h>
+#include <certificates/qlumclock.h>
+
+#include <QDateTime>
+#include <QLocale>
+#include <QPainter>
+#include <QPixmap>
+#include <QRegularExpression>
+
+namespace {
+QDateTime localTime(const UaDateTime& time)
+{
+    return QDateTime::fromMSecsSinceEpoch(time.toMSecsSinceEpoch());
+}
+
+// Two digits of a year do not tell 1951 from 2051, and certificates are from both.
+QString withFullYear(QString format)
+{
+    static const QRegularExpression shortYear(QStringLiteral("(?<!y)yy(?!y)"));
+    return format.replace(shortYear, QStringLiteral("yyyy"));
+}
+} // namespace
+
+qint64 qlumDaysLeft(const UaDateTime& end)
+{
+    return QlumClock::now().toLocalTime().daysTo(localTime(end));
+}
+
+QlumValidity qlumValidity(const UaDateTime& from, const UaDateTime& to)
+{
+    const QDateTime now = QlumClock::now();
+    if (now > localTime(to))
+        return QlumExpired;
+    if (now < localTime(from))
+        return QlumNotYetValid;
+    return qlumDaysLeft(to) <= QlumWarnDays ? QlumExpiresSoon : QlumValid;
+}
+
+QString qlumValidityTime(const UaDateTime& time)
+{
+    const QDateTime local = qlumDateTime(time);
+    if (!local.isValid())
+        return {};
+    const QLocale locale = QLocale::system();
+    return locale.toString(local, withFullYear(locale.dateTimeFormat(QLocale::ShortFormat)));
+}
+
+QIcon qlumValidityIcon(const QIcon& icon, QlumValidity validity)
+{
+    if (validity == QlumValid)
+        return icon;
+    const QIcon sign(validity == QlumExpiresSoon ? QStringLiteral(":/uawidgets/images/overlay_warning.png")
+                                                 : QStringLiteral(":/uawidgets/images/overlay_error.png"));
+    constexpr int Size = 16;
+    QIcon result;
+    for (const int scale : {1, 2}) {
+        QPixmap picture(Size * scale, Size * scale);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        icon.paint(&painter, picture.rect());
+        sign.paint(&painter, picture.rect());
+        painter.end();
+        picture.setDevicePixelRatio(scale);
+        result.addPixmap(picture);
+    }
+    return result;
+}
