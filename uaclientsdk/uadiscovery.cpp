@@ -42,7 +42,9 @@ UaStatus discover(const char* method, const char* stackName,
     Encodeable<Response> response(responseType);
     UaDiscoveryPrivate::fillRequestHeader(settings, request->RequestHeader);
     settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
-    url.copyTo(&request->EndpointUrl);
+    if constexpr (requires { request->EndpointUrl; }) {
+        url.copyTo(&request->EndpointUrl);
+    }
     fill(*request);
     status = UaStatus(callStack(stackName, function, discovery.channel(), *request, *response));
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
@@ -173,6 +175,40 @@ UaStatus UaDiscovery::getEndpoints(ServiceSettings& settings, const UaString& di
         },
         [&](OpcUa_GetEndpointsResponse& response) {
             endpoints.attachFrom(&response.NoOfEndpoints, &response.Endpoints);
+        });
+}
+
+UaStatus UaDiscovery::findServersOnNetwork(ServiceSettings& settings, const UaString& discoveryUrl,
+                                           const ClientSecurityInfo& security, OpcUa_UInt32 startingRecordId,
+                                           OpcUa_UInt32 maxRecordsToReturn, UaDateTime& lastCounterResetTime,
+                                           UaServerOnNetworks& servers)
+{
+    UaTrace::tInOut("--> UaDiscovery::findServersOnNetwork simplified");
+    return findServersOnNetwork(settings, discoveryUrl, security, startingRecordId, maxRecordsToReturn,
+                                UaStringArray(), lastCounterResetTime, servers);
+}
+
+UaStatus UaDiscovery::findServersOnNetwork(ServiceSettings& settings, const UaString& discoveryUrl,
+                                           const ClientSecurityInfo& security, OpcUa_UInt32 startingRecordId,
+                                           OpcUa_UInt32 maxRecordsToReturn,
+                                           const UaStringArray& serverCapabilityFilter,
+                                           UaDateTime& lastCounterResetTime, UaServerOnNetworks& servers)
+{
+    servers.clear();
+    lastCounterResetTime = UaDateTime();
+    return discover(
+        "findServersOnNetwork", "FindServersOnNetwork", OpcUa_ClientApi_FindServersOnNetwork,
+        OpcUa_FindServersOnNetworkRequest_EncodeableType, OpcUa_FindServersOnNetworkResponse_EncodeableType,
+        settings, discoveryUrl, security,
+        [&](OpcUa_FindServersOnNetworkRequest& request) {
+            request.StartingRecordId = startingRecordId;
+            request.MaxRecordsToReturn = maxRecordsToReturn;
+            serverCapabilityFilter.copyTo(&request.NoOfServerCapabilityFilter,
+                                          &request.ServerCapabilityFilter);
+        },
+        [&](OpcUa_FindServersOnNetworkResponse& response) {
+            lastCounterResetTime = UaDateTime(response.LastCounterResetTime);
+            servers.attachFrom(&response.NoOfServers, &response.Servers);
         });
 }
 

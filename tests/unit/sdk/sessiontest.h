@@ -30,6 +30,7 @@ public:
         std::lock_guard lock(m_mutex);
         m_errors.push_back(std::to_string(step) + " " + error.toString().toStdString() +
                            (clientSide ? " ours" : ""));
+        m_lastErrorThread = std::this_thread::get_id();
         return overrides;
     }
 
@@ -40,6 +41,19 @@ public:
     {
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, limit, [&] { return m_statuses == wanted; });
+    }
+
+    // Whether that many come within the limit.
+    bool waitForCount(std::size_t count)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, std::chrono::seconds(10), [&] { return m_statuses.size() >= count; });
+    }
+
+    std::thread::id lastErrorThread()
+    {
+        std::lock_guard lock(m_mutex);
+        return m_lastErrorThread;
     }
 
     std::vector<int> statuses()
@@ -59,6 +73,7 @@ private:
     std::condition_variable m_changed;
     std::vector<int> m_statuses;
     std::vector<std::string> m_errors;
+    std::thread::id m_lastErrorThread;
 };
 
 class SessionTest : public testing::Test

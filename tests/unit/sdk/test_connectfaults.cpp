@@ -1,0 +1,186 @@
+// Servers that fail in each phase of a connect or of the watch that follows it.
+#include "sessiontest.h"
+
+#include <gmock/gmock.h>
+
+#include <uabase/uavariant.h>
+
+namespace {
+
+using testing::ElementsAre;
+using UaClientSdk::UaClient;
+
+class ConnectFaultTest : public SessionTest
+{
+protected:
+    void reconnectFails()
+    {
+        stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadSessionClosed});
+        passWatchdogTime();
+        ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
+    }
+
+    // Every read of the server's state gets that answer from now on, the others theirs.
+    void answerState(const UaVariant& value, OpcUa_StatusCode status = OpcUa_Good, OpcUa_Int32 results = 1)
+    {
+        stack.on(OpcUa_ReadRequest_EncodeableType, [=](const void*, void* data) {
+            auto& response = *static_cast<OpcUa_ReadResponse*>(data);
+            UaDataValues values(static_cast<OpcUa_UInt32>(results));
+            for (OpcUa_DataValue& one : values) {
+                value.copyTo(&one.Value);
+                one.StatusCode = status;
+            }
+            values.detach(&response.NoOfResults, &response.Results);
+            return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+        });
+    }
+
+    UaClient::ServerStatus statusAfterOneCheck(const std::function<void()>& prepare)
+    {
+        stack.reset();
+        RecordingCallback own;
+        UaClientSdk::UaSession watched;
+        EXPECT_TRUE(
+            watched
+                .connect(UaString("opc.tcp://localhost:4840"), info, UaClientSdk::SessionSecurityInfo(), &own)
+                .isGood());
+        prepare();
+        stack.ticks += watched.watchdogTime() + 1;
+        EXPECT_TRUE(own.waitForCount(2));
+        const auto status = static_cast<UaClient::ServerStatus>(own.statuses().at(1));
+        watched.disconnect(UaClientSdk::ServiceSettings(), true);
+        return status;
+    }
+};
+
+TEST_F(ConnectFaultTest, ServerThatDiesInAPhaseLeavesTheSessionReadyForTheNextConnect)
+{
+    const struct
+    {
+        const OpcUa_EncodeableType* request; // null: the channel
+        const char* told;
+    } phases[] = {{nullptr, "1 BadConnectionClosed"},
+                  {&OpcUa_CreateSessionRequest_EncodeableType, "2 BadConnectionClosed"},
+                  {&OpcUa_ActivateSessionRequest_EncodeableType, "3 BadConnectionClosed"}};
+    for (const auto& phase : phases) {
+        if (phase.request) {
+            stack.failNext(*phase.request, {OpcUa_BadConnectionClosed});
+        } else {
+            stack.setConnectResult(OpcUa_BadConnectionClosed);
+        }
+        EXPECT_TRUE(connect() == OpcUa_BadConnectionClosed) << phase.told;
+        EXPECT_EQ(callback.errors().back(), phase.told);
+        EXPECT_FALSE(session.isConnected());
+        EXPECT_EQ(session.serverStatus(), UaClient::Disconnected);
+        stack.setConnectResult(OpcUa_Good);
+        EXPECT_TRUE(connect().isGood()) << phase.told;
+        EXPECT_TRUE(disconnect().isGood());
+    }
+    // what is read after the activation is no reason to give up
+    stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadConnectionClosed});
+    EXPECT_TRUE(connect().isGood());
+    EXPECT_EQ(session.getNamespaceTable().length(), 0u);
+}
+
+TEST_F(ConnectFaultTest, EachStatusOfTheCheckIsToleratedOnceOrNotAtAll)
+{
+    const auto afterFailure = [this](OpcUa_StatusCode status) {
+        return statusAfterOneCheck(
+            [this, status] { stack.failNext(OpcUa_ReadRequest_EncodeableType, {status}); });
+    };
+    for (const OpcUa_StatusCode status :
+         {OpcUa_BadUnexpectedError, OpcUa_BadInternalError, OpcUa_BadCommunicationError, OpcUa_BadTimeout,
+          OpcUa_BadNoCommunication, OpcUa_BadTcpServerTooBusy, OpcUa_BadTcpNotEnoughResources,
+          OpcUa_BadTcpInternalError, OpcUa_BadRequestInterrupted}) {
+        EXPECT_EQ(afterFailure(status), UaClient::ConnectionWarningWatchdogTimeout) << std::hex << status;
+    }
+    for (const OpcUa_StatusCode status :
+         {OpcUa_BadConnectionClosed, OpcUa_BadSessionIdInvalid, OpcUa_BadSessionClosed,
+          OpcUa_BadSecureChannelIdInvalid, OpcUa_BadSecureChannelClosed, OpcUa_BadServiceUnsupported}) {
+        EXPECT_EQ(afterFailure(status), UaClient::ConnectionErrorApiReconnect) << std::hex << status;
+    }
+}
+
+TEST_F(ConnectFaultTest, AnswerThatIsNoStateIsAFailedCheck)
+{
+    UaVariant array;
+    UaInt32Array states(1u);
+    array.setInt32Array(states);
+    const std::function<void()> answers[] = {
+        [this] { answerState(UaVariant(2.0)); },
+        [this] { answerState(UaVariant()); },
+        [&] { answerState(array); },
+        [this] { answerState(UaVariant(static_cast<OpcUa_Int32>(0)), OpcUa_BadNodeIdUnknown); },
+        [this] { answerState(UaVariant(static_cast<OpcUa_Int32>(0)), OpcUa_Good, 0); },
+        [this] { answerState(UaVariant(static_cast<OpcUa_Int32>(0)), OpcUa_Good, 2); }};
+    for (const auto& answer : answers) {
+        EXPECT_EQ(statusAfterOneCheck(answer), UaClient::ConnectionErrorApiReconnect);
+    }
+}
+
+TEST_F(ConnectFaultTest, ErrorsOfAReconnectAreToldOnTheSessionThread)
+{
+    ASSERT_TRUE(connect().isGood());
+    reconnectFails();
+    stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType,
+                   {OpcUa_BadSessionIdInvalid, OpcUa_BadTooManySessions});
+    const auto caller = std::this_thread::get_id();
+    ASSERT_TRUE(passWatchdogTimesUntil({UaClient::Connected, UaClient::ConnectionErrorApiReconnect,
+                                        UaClient::NewSessionCreated, UaClient::Connected}));
+    EXPECT_THAT(callback.errors(), ElementsAre("3 BadSessionIdInvalid", "3 BadTooManySessions"));
+    EXPECT_NE(callback.lastErrorThread(), caller);
+    // the session that could not be activated was closed
+    EXPECT_EQ(stack.calls(OpcUa_CloseSessionRequest_EncodeableType), 1);
+}
+
+TEST_F(ConnectFaultTest, NoServiceIsCalledBetweenANewChannelAndItsActivation)
+{
+    ASSERT_TRUE(connect().isGood());
+    reconnectFails();
+    OpcUa_StatusCode meanwhile = OpcUa_Good;
+    stack.on(OpcUa_ActivateSessionRequest_EncodeableType, [&](const void*, void*) {
+        UaReadValueIds nodes(1u);
+        UaDataValues values;
+        UaDiagnosticInfos diagnostics;
+        UaClientSdk::ServiceSettings settings;
+        meanwhile =
+            session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, nodes, values, diagnostics).code();
+        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    });
+    ASSERT_TRUE(passWatchdogTimesUntil(
+        {UaClient::Connected, UaClient::ConnectionErrorApiReconnect, UaClient::Connected}));
+    EXPECT_EQ(meanwhile, static_cast<OpcUa_StatusCode>(OpcUa_BadConnectionClosed));
+}
+
+TEST_F(ConnectFaultTest, ACallbackOfAConnectCanNotBeginAnother)
+{
+    class Impatient : public RecordingCallback
+    {
+    public:
+        explicit Impatient(UaClientSdk::UaSession& session) : m_session(session) {}
+        bool connectError(OpcUa_UInt32, UaClient::ConnectServiceType, const UaStatus&, bool) override
+        {
+            UaClientSdk::ServiceSettings settings;
+            const UaClientSdk::UaAnonymousIdentityToken nobody;
+            answers = {m_session
+                           .connect(UaString("opc.tcp://localhost:4840"), UaClientSdk::SessionConnectInfo(),
+                                    UaClientSdk::SessionSecurityInfo(), this)
+                           .code(),
+                       m_session.changeUser(settings, &nobody).code(),
+                       m_session.disconnect(settings, true).code()};
+            return false;
+        }
+        std::vector<OpcUa_StatusCode> answers;
+
+    private:
+        UaClientSdk::UaSession& m_session;
+    } impatient(session);
+    stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadTooManySessions});
+    EXPECT_TRUE(session.connect(UaString("opc.tcp://localhost:4840"), info,
+                                UaClientSdk::SessionSecurityInfo(), &impatient) == OpcUa_BadTooManySessions);
+    EXPECT_THAT(impatient.answers, ElementsAre(static_cast<OpcUa_StatusCode>(OpcUa_BadInternalError),
+                                               static_cast<OpcUa_StatusCode>(OpcUa_BadInvalidState),
+                                               static_cast<OpcUa_StatusCode>(OpcUa_BadInternalError)));
+}
+
+} // namespace
