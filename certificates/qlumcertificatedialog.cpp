@@ -99,7 +99,7 @@ QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, QlumCert
     splitter->addWidget(m_chainView);
     splitter->addWidget(m_detailsView);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({110, 340});
+    splitter->setSizes({80, 400});
     layout->addWidget(splitter, 1);
     layout->addWidget(m_findings);
     createButtons(layout);
@@ -118,10 +118,11 @@ void QlumCertificateDialog::createHeader(QVBoxLayout* layout)
     m_caption = makeLabel("caption", Qt::RichText);
     m_result = makeLabel("result", Qt::RichText);
     m_advice = makeLabel("advice", Qt::PlainText);
+    m_thumbprint = makeLabel("thumbprint", Qt::PlainText);
+    m_thumbprint->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     auto* texts = new QVBoxLayout;
-    texts->addWidget(m_caption);
-    texts->addWidget(m_result);
-    texts->addWidget(m_advice);
+    for (QLabel* label : {m_caption, m_result, m_advice, m_thumbprint})
+        texts->addWidget(label);
     auto* header = new QHBoxLayout;
     header->addWidget(m_icon, 0, Qt::AlignTop);
     header->addLayout(texts, 1);
@@ -159,7 +160,7 @@ void QlumCertificateDialog::createDetails()
     m_findings->setObjectName(QStringLiteral("findings"));
     m_findings->setAccessibleName(tr("Findings"));
     m_findings->setWordWrap(true);
-    m_findings->setMaximumHeight(110);
+    m_findings->setIconSize(QSize(16, 16));
     m_findings->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_findings->setWhatsThis(
         tr("<b>Findings</b><br>All that was found wrong with the selected certificate, the worst first."));
@@ -262,12 +263,25 @@ void QlumCertificateDialog::showSelected()
     m_details->setNode(node);
     m_detailsView->expandAll();
     m_detailsView->resizeColumnToContents(QlumCertificateDetailsModel::NameColumn);
+    m_thumbprint->setText(node ? tr("Thumbprint (SHA1): %1").arg(qlumThumbprint(node->certificate()))
+                               : QString());
+    m_thumbprint->setVisible(node != nullptr);
+    showFindings(node);
+    updateButtons();
+}
+
+void QlumCertificateDialog::showFindings(const QlumCertificateChainNode* node)
+{
+    constexpr int MostRows = 5;
     m_findings->clear();
     if (node)
         for (const QlumCertificateChainNode::Finding& finding : node->findings())
             m_findings->addItem(new QListWidgetItem(iconOf(finding.severity), finding.text));
     m_findings->setVisible(m_findings->count() > 0);
-    updateButtons();
+    int height = 2 * m_findings->frameWidth();
+    for (int row = 0; row < m_findings->count() && row < MostRows; ++row)
+        height += m_findings->sizeHintForRow(row);
+    m_findings->setFixedHeight(height);
 }
 
 void QlumCertificateDialog::updateButtons()

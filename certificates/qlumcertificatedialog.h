@@ -45,6 +45,7 @@ private:
     void update();
     void showResult();
     void showSelected();
+    void showFindings(const QlumCertificateChainNode* node);
     void updateButtons();
     void trust();
     void saveAs();
@@ -62,6 +63,7 @@ private:
     QLabel* m_caption = nullptr;
     QLabel* m_result = nullptr;
     QLabel* m_advice = nullptr;
+    QLabel* m_thumbprint = nullptr;
     QTreeView* m_chainView = nullptr;
     QListWidget* m_findings = nullptr;
     QTreeView* m_detailsView = nullptr;

@@ -71,8 +71,11 @@ QlumCertificateRefusedDialog::QlumCertificateRefusedDialog(const QString& server
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(header);
     layout->addWidget(createFacts());
+    layout->addStretch(1);
     layout->addWidget(buttons);
-    resize(620, sizeHint().height());
+    constexpr int Width = 620;
+    resize(Width, layout->totalHeightForWidth(Width));
+    buttons->button(QDialogButtonBox::Close)->setFocus();
 }
 
 bool QlumCertificateRefusedDialog::isRefusal(const UaStatusCode& status)

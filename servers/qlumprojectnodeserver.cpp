@@ -66,6 +66,8 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
 {
     connect(this, &QlumProjectNodeServer::newUntrustedSSLCertificate, this,
             &QlumProjectNodeServer::sltUntrustedSSLCertificate, Qt::QueuedConnection);
+    connect(m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
+            &QlumProjectNodeServer::sltCertificateRefused);
 }
 
 QlumProjectNodeServer::~QlumProjectNodeServer()

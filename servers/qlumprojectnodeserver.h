@@ -65,6 +65,7 @@ signals:
 
 private slots:
     void sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
+    void sltCertificateRefused(unsigned int status, const QByteArray& certificate);
 
 private:
     struct Attempt; // what one connect has found out so far
@@ -110,6 +111,8 @@ private:
     QString m_weakPolicyAllowedFor;      // URI; the user's word holds until the program ends
     bool m_clearPasswordAllowed = false; // for the stored password
     QPointer<QDialog> m_messageBox;      // one at a time
+    QByteArray m_refusedTlsCertificate;  // of a connect under way
+    unsigned int m_refusedTlsStatus = 0;
     bool m_retrieveIcons;
     bool m_busy = false; // a connect or change of user is under way, maybe in a nested event loop
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;

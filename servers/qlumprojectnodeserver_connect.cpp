@@ -68,6 +68,8 @@ bool QlumProjectNodeServer::connectServer()
     if (!self)
         return false;
     m_busy = false;
+    if (!m_refusedTlsCertificate.isEmpty())
+        emit newUntrustedSSLCertificate(m_refusedTlsStatus, std::exchange(m_refusedTlsCertificate, {}));
     if (!connected && m_status != QlumConnectionStatus::ConnectFailed)
         setStatus(QlumConnectionStatus::Disconnected);
     return connected;
@@ -172,15 +174,17 @@ bool QlumProjectNodeServer::acceptNoEndpoint()
 
 bool QlumProjectNodeServer::userIdentity(Attempt& attempt)
 {
+    const QString told =
+        attempt.changesUser ? tr("ChangeUser with UserTokenType: %1") : tr("Used UserTokenType: %1");
     switch (m_setting.userTokenType) {
     case QlumDiscoverySetting::UserName:
-        log(QlumLogLevel::Info, tr("Used UserTokenType: UserName"));
+        log(QlumLogLevel::Info, told.arg(QLatin1String("UserName")));
         return userNameIdentity(attempt);
     case QlumDiscoverySetting::Certificate:
-        log(QlumLogLevel::Info, tr("Used UserTokenType: Certificate"));
+        log(QlumLogLevel::Info, told.arg(QLatin1String("Certificate")));
         return certificateIdentity(attempt);
     default:
-        log(QlumLogLevel::Info, tr("Used UserTokenType: Anonymous"));
+        log(QlumLogLevel::Info, told.arg(QLatin1String("Anonymous")));
         attempt.security.setAnonymousUserIdentity();
         return true;
     }
@@ -190,7 +194,8 @@ bool QlumProjectNodeServer::userNameIdentity(Attempt& attempt)
 {
     // a password that was given for a protected connection does not leave in the clear without a question
     const bool clear = qlumSendsClearPassword(attempt.endpoint);
-    if (!m_setting.storePassword || m_setting.password.isEmpty() || (clear && !m_clearPasswordAllowed))
+    if (attempt.changesUser || !m_setting.storePassword || m_setting.password.isEmpty() ||
+        (clear && !m_clearPasswordAllowed))
         return askForPassword(attempt);
     attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
                                                  toUaString(m_setting.password));
@@ -212,7 +217,8 @@ bool QlumProjectNodeServer::askForPassword(Attempt& attempt)
     if (!self)
         return false;
     if (!accepted) {
-        log(QlumLogLevel::Info, tr("Aborting connection attempt"));
+        log(QlumLogLevel::Info, attempt.changesUser ? tr("Aborting changing user of current session")
+                                                    : tr("Aborting connection attempt"));
         return false;
     }
     m_clearPasswordAllowed = clear;
@@ -315,7 +321,28 @@ void QlumProjectNodeServer::disconnectServer()
 
 void QlumProjectNodeServer::changeUser()
 {
-    // The session can not change its user yet; saying so is better than a new session behind the user's back.
-    log(QlumLogLevel::Error,
-        tr("ChangeUser failed with error '%1'").arg(qlumStatusText(OpcUa_BadNotImplemented)));
+    if (m_busy)
+        return;
+    const QPointer<QlumProjectNodeServer> self(this);
+    Attempt attempt;
+    attempt.endpoint = m_setting.endpoint;
+    attempt.changesUser = true;
+    m_busy = true;
+    const bool known = userIdentity(attempt);
+    if (!self)
+        return;
+    m_busy = false;
+    if (!known)
+        return;
+    ServiceSettings settings;
+    settings.callTimeout = setting("General.CallTimeout").toUInt();
+    UaStatus status;
+    {
+        const QlumWaitCursor wait;
+        status = m_session->changeUser(settings, attempt.security.userIdentityToken().get());
+    }
+    if (status.isGood())
+        log(QlumLogLevel::Info, tr("ChangeUser succeeded."));
+    else
+        log(QlumLogLevel::Error, tr("ChangeUser failed with error '%1'").arg(toQString(status.toString())));
 }

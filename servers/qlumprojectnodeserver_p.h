@@ -9,6 +9,7 @@ struct QlumProjectNodeServer::Attempt
     QVector<QlumEndpoint> endpoints;
     QlumEndpoint endpoint; // the chosen one, or the stored one when the user insists
     UaClientSdk::SessionSecurityInfo security;
+    bool changesUser = false; // of a session that stands
 };
 
 class QlumWaitCursor

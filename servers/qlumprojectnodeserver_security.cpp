@@ -221,8 +221,19 @@ bool QlumProjectNodeServer::sslCertificateValidationFailed(OpcUa_UInt32, const U
     return false;
 }
 
+void QlumProjectNodeServer::sltCertificateRefused(unsigned int status, const QByteArray& certificate)
+{
+    if (m_tlsPrompt.tryAcquire())
+        emit newUntrustedSSLCertificate(status, certificate);
+}
+
 void QlumProjectNodeServer::sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate)
 {
+    if (m_busy) { // the question comes when the connect has failed
+        m_refusedTlsStatus = status;
+        m_refusedTlsCertificate = certificate;
+        return;
+    }
     const QPointer<QlumProjectNodeServer> self(this);
     log(QlumLogLevel::Error, tr("The TLS certificate of server '%1' is not trusted: '%2'")
                                  .arg(displayName(), qlumStatusText(status)));

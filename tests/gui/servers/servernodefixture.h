@@ -5,6 +5,8 @@
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumprojectnodeserver.h>
 #include <tests/support/fakestack.h>
+#include <tests/support/modeltext.h>
+#include <tests/support/owncertificate.h>
 #include <tests/support/stubapplication.h>
 
 class ServerNode : public testing::Test
@@ -12,6 +14,7 @@ class ServerNode : public testing::Test
 protected:
     ServerNode()
     {
+        EXPECT_EQ(provideOwnCertificate(), QString());
         FakeStack::instance().reset();
         offer({{"opc.tcp://plc:4840", qlumPolicyNone()}});
         for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout"})

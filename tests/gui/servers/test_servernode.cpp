@@ -112,6 +112,31 @@ TEST_F(ServerNode, PasswordIsAskedForAndKeptOnlyWhenWanted)
         EXPECT_FALSE(line.contains("secret")) << line;
 }
 
+TEST_F(ServerNode, ChangingTheUserAsksEvenWhenAPasswordIsStored)
+{
+    make();
+    ASSERT_TRUE(node->connectServer()) << log().join('\n');
+    setting.userTokenType = QlumDiscoverySetting::UserName;
+    setting.userName = "joe";
+    setting.storePassword = true;
+    setting.password = "secret";
+    node->setDiscoverySetting(setting);
+    {
+        DialogDriver cancels;
+        node->changeUser();
+        EXPECT_EQ(cancels.seen(), QStringList{"Plc"});
+    }
+    EXPECT_TRUE(log().contains("30 ChangeUser with UserTokenType: UserName"));
+    EXPECT_EQ(log().last(), "30 Aborting changing user of current session");
+    setting.userTokenType = QlumDiscoverySetting::Anonymous;
+    node->setDiscoverySetting(setting);
+    node->changeUser();
+    EXPECT_EQ(log().last(), "30 ChangeUser succeeded.");
+    FakeStack::instance().failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadUserAccessDenied});
+    node->changeUser();
+    EXPECT_EQ(log().last(), "100 ChangeUser failed with error 'BadUserAccessDenied'");
+}
+
 TEST_F(ServerNode, MissingUserCertificateEndsTheConnect)
 {
     setting.userTokenType = QlumDiscoverySetting::Certificate;
