@@ -52,6 +52,7 @@ void FakeStack::reset()
     endDelivery();
     std::lock_guard lock(m_mutex);
     m_held.clear();
+    m_released.clear();
     m_otherTypes.clear();
     m_refusals.clear();
     m_handlers.clear();
@@ -141,6 +142,13 @@ void FakeStack::holdAnswers(const OpcUa_EncodeableType& requestType, bool hold)
     } else {
         m_held.erase(&requestType);
     }
+    m_pendingChanged.notify_all();
+}
+
+void FakeStack::releaseAnswers(const OpcUa_EncodeableType& requestType, int count)
+{
+    std::lock_guard lock(m_mutex);
+    m_released[&requestType] += count;
     m_pendingChanged.notify_all();
 }
 
@@ -242,6 +250,10 @@ OpcUa_StatusCode FakeStack::connect(const OpcUa_ChannelConnectInfo& info, OpcUa_
     m_journal.emplace_back("Connect");
     m_event = info.Callback;
     m_eventContext = info.CallbackContext;
+    if (std::string_view(info.SecurityPolicyUri) == OpcUa_SecurityPolicy_Basic128Rsa15 &&
+        info.AllowBasic128Rsa15 == OpcUa_False) {
+        return OpcUa_BadSecurityPolicyRejected; // as the real one
+    }
     if (m_connectHangs) {
         m_cancelled.wait_for(lock, std::chrono::seconds(30), [this] { return m_cancelRequested; });
         m_cancelRequested = false;
@@ -336,7 +348,7 @@ OpcUa_StatusCode FakeStack::beginInvoke(const OpcUa_EncodeableType& requestType,
 std::deque<FakeStack::Pending>::iterator FakeStack::nextToDeliverLocked()
 {
     return std::find_if(m_pending.begin(), m_pending.end(), [this](const Pending& call) {
-        return m_aborting || !m_held.contains(call.requestType);
+        return m_aborting || !m_held.contains(call.requestType) || m_released[call.requestType] > 0;
     });
 }
 
@@ -354,6 +366,9 @@ void FakeStack::deliverAnswers()
         m_pending.erase(next);
         m_delivering = true;
         const bool aborted = m_aborting;
+        if (!aborted && m_held.contains(call.requestType)) {
+            --m_released[call.requestType];
+        }
         lock.unlock();
         deliver(call, aborted);
         lock.lock();
