@@ -7,7 +7,7 @@
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
 #include <gtest/gtest.h>
-#include <opcua/opcua_types.h>
+#include <opcua/opcua.h>
 #include <servers/qlumprojectnodeserver.h>
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/dialogdriver.h>
