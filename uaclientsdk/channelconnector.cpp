@@ -15,6 +15,7 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel /*channel*/, OpcUa_Channel_Event eve
     if (event == OpcUa_Channel_Event_Disconnected) {
         UaTrace::tInfo("UaSession_ChannelConnectionStateChanged to Disconnected [Session=%u] [status=0x%x]",
                        session.traceId, status);
+        const SessionLock lock(session.mutex); // so that a wait that is about to begin is ended too
         session.linkLost = true;
         session.wakeUp.notify_all();
     } else if (event == OpcUa_Channel_Event_VerifyCertificate && session.callback) {

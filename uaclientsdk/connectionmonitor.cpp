@@ -14,8 +14,10 @@ namespace UaClientSdk {
 
 namespace {
 
-constexpr auto shortWait = std::chrono::milliseconds(10);
-constexpr auto longWait = std::chrono::milliseconds(500);
+constexpr auto publishWait = std::chrono::milliseconds(10);
+// Bounded, so that a clock that was set or a computer that slept is noticed.
+constexpr auto idleWait = std::chrono::milliseconds(100);
+constexpr auto reconnectWait = std::chrono::milliseconds(500);
 constexpr OpcUa_UInt32 closeTimeout = 10000;
 constexpr OpcUa_UInt32 shutdownState = 4;
 // A server that keeps refusing is left in peace after this many attempts: one a minute from then on.
@@ -42,14 +44,16 @@ ConnectionMonitor::ConnectionMonitor(SessionContext& context, SessionHousekeepin
 
 bool ConnectionMonitor::step()
 {
+    if (!waitForWork()) {
+        return false;
+    }
+    publish();
     UaClient::ServerStatus status{};
     OpcUa_UInt64 period = 0;
     bool automatic = false;
     bool userRefused = false;
     {
         SessionLock lock(m_context.mutex);
-        const bool waiting = m_context.serverStatus == UaClient::ConnectionErrorApiReconnect;
-        m_context.wakeUp.wait_for(lock, waiting ? longWait : shortWait);
         if (!m_context.connectRequested) {
             return false;
         }
@@ -79,6 +83,36 @@ bool ConnectionMonitor::step()
         doTryReconnect();
     }
     return true;
+}
+
+bool ConnectionMonitor::waitForWork()
+{
+    SessionLock lock(m_context.mutex);
+    const bool reconnecting = m_context.serverStatus == UaClient::ConnectionErrorApiReconnect;
+    const auto wait = reconnecting                          ? reconnectWait
+                      : m_housekeeping.isPublishingLocked() ? publishWait
+                                                            : idleWait;
+    m_context.wakeUp.wait_for(lock, wait, [this, reconnecting] {
+        return !m_context.connectRequested || m_context.threadWanted || (!reconnecting && m_context.linkLost);
+    });
+    m_context.threadWanted = false;
+    return m_context.connectRequested;
+}
+
+void ConnectionMonitor::publish()
+{
+    {
+        SessionLock lock(m_context.mutex);
+        const bool alive = m_context.serverStatus == UaClient::Connected ||
+                           m_context.serverStatus == UaClient::ConnectionWarningWatchdogTimeout;
+        if (!alive || !m_housekeeping.isPublishingLocked()) {
+            return;
+        }
+    }
+    const UaStatus status = m_housekeeping.publish();
+    if (status.isBad()) {
+        connectionLost(status);
+    }
 }
 
 bool ConnectionMonitor::setStatus(UaClient::ServerStatus status, OpcUa_ServerState state)
@@ -258,9 +292,11 @@ bool ConnectionMonitor::reactivate()
         return false;
     }
     m_refusedInARow = 0;
+    m_housekeeping.prepareResumed();
     if (setStatus(UaClient::Connected, OpcUa_ServerState_Running)) {
         m_housekeeping.afterReconnect();
         m_context.notifyStatus(UaClient::Connected);
+        m_housekeeping.finishResumed();
     }
     return true;
 }
@@ -282,10 +318,12 @@ void ConnectionMonitor::startNewSession()
         return;
     }
     m_refusedInARow = 0;
+    m_housekeeping.prepareReplaced();
     if (setStatus(UaClient::Connected, OpcUa_ServerState_Running)) {
         m_housekeeping.afterReconnect();
         m_context.notifyStatus(UaClient::NewSessionCreated);
         m_context.notifyStatus(UaClient::Connected);
+        m_housekeeping.finishReplaced();
     }
 }
 

@@ -20,6 +20,9 @@ public:
     [[nodiscard]] bool step();
 
 private:
+    // Waits until there may be something to do; false when the connection is no longer wanted.
+    [[nodiscard]] bool waitForWork();
+    void publish();
     void doServerStatusCheck();
     void doTryReconnect();
     bool reactivate();
@@ -42,13 +45,24 @@ private:
     OpcUa_UInt32 m_refusedInARow = 0;
 };
 
-// What follows a connect: tables that the session keeps of its server.
+// What a session does beside its connection: tables of its server, subscriptions.
 class SessionHousekeeping
 {
 public:
     virtual ~SessionHousekeeping() = default;
     virtual void afterConnect() = 0;
     virtual void afterReconnect() = 0;
+
+    // Whether publish is to be called from time to time.
+    [[nodiscard]] virtual bool isPublishingLocked() const = 0;
+    // Bad when the link is broken.
+    virtual UaStatus publish() = 0;
+    // A reconnect, before the status changes and after the application knows of it. Resumed: with the old
+    // session. Replaced: with a new one.
+    virtual void prepareResumed() = 0;
+    virtual void finishResumed() = 0;
+    virtual void prepareReplaced() = 0;
+    virtual void finishReplaced() = 0;
 };
 
 } // namespace UaClientSdk

@@ -58,6 +58,13 @@ void SessionContext::setWatchdogTimeLocked(OpcUa_UInt32 milliseconds)
     connectInfo.watchdogTime = milliseconds;
 }
 
+void SessionContext::wakeThreadLocked()
+{
+    mutex.assertLocked();
+    threadWanted = true;
+    wakeUp.notify_all();
+}
+
 void SessionContext::runOnPool(std::unique_ptr<CallbackJob> job) const
 {
     mutex.assertUnlocked();

@@ -29,6 +29,7 @@ struct SessionContext
 
     mutable SessionMutex mutex;
     std::condition_variable_any wakeUp; // ends the session thread's waits early
+    bool threadWanted = false;          // ends its next wait
     std::condition_variable_any activatorDone;
     ErrorOverrides errorOverrides; // of who is the activator, without the mutex
 
@@ -77,6 +78,8 @@ struct SessionContext
     // Fills an initialised header; the caller clears it.
     void fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header);
     void setWatchdogTimeLocked(OpcUa_UInt32 milliseconds);
+    // The session thread has something to do.
+    void wakeThreadLocked();
 
     // Executes a completion on the pool; at once and here when the pool can not take it, for a completion is
     // never lost. Without the mutex.

@@ -20,6 +20,9 @@
 namespace UaClientSdk {
 
 class UaSessionPrivate;
+class UaSubscription;
+class UaSubscriptionCallback;
+struct SubscriptionSettings;
 
 // Owns the secure channel, creates and activates the session, watches it from a thread of its own and
 // reconnects by itself. All operations may be called from any thread; services block their caller, never
@@ -198,6 +201,31 @@ public:
 
     // Asks the server to give up the requests with that handle (ServiceSettings::requestHandle).
     UaStatus cancel(ServiceSettings& settings, OpcUa_UInt32 requestHandle, OpcUa_UInt32& cancelCount);
+
+    // Subscriptions, OPC 10000-4, 5.13. The session owns what it hands out, and asks for notifications as
+    // long as it has any. BadInvalidArgument without a callback or for a subscription that is not this
+    // session's.
+    UaStatus createSubscription(ServiceSettings& settings, UaSubscriptionCallback* callback,
+                                OpcUa_UInt32 clientSubscriptionHandle,
+                                const SubscriptionSettings& subscriptionSettings, bool publishingEnabled,
+                                UaSubscription** subscription);
+    // Frees it and nulls the pointer whatever the server says. No callback of it runs after it has returned,
+    // but for the one that called it.
+    UaStatus deleteSubscription(ServiceSettings& settings, UaSubscription** subscription);
+    UaStatus modifySubscription(ServiceSettings& settings, UaSubscription* subscription,
+                                const SubscriptionSettings& subscriptionSettings);
+    // For several at once; results in the order of the ids.
+    UaStatus setPublishingMode(ServiceSettings& settings, bool publishingEnabled,
+                               const UaUInt32Array& subscriptionIds, UaStatusCodeArray& results,
+                               UaDiagnosticInfos& diagnosticInfos);
+    // Takes over a subscription that another session left on the server. subscriptionSettings and
+    // publishingEnabled are what it is known to have. availableSequenceNumbers: what its old owner had not
+    // acknowledged.
+    UaStatus transferSubscription(ServiceSettings& settings, UaSubscriptionCallback* callback,
+                                  OpcUa_UInt32 clientSubscriptionHandle, OpcUa_UInt32 subscriptionId,
+                                  const SubscriptionSettings& subscriptionSettings, bool publishingEnabled,
+                                  bool sendInitialValues, UaUInt32Array& availableSequenceNumbers,
+                                  UaSubscription** subscription);
 
     // Parts of an endpoint URL; an empty host and port 0 when it can not be parsed, 4840 without a port.
     [[nodiscard]] static UaString getHostFromUrl(const UaString& url);

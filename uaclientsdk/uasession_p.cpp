@@ -26,13 +26,17 @@ UaStringArray joinLocaleIds(const SessionConnectInfo& info)
 } // namespace
 
 UaSessionPrivate::UaSessionPrivate(UaSession& session)
-    : definitions(session), m_session(session), m_connector(context), m_activator(context)
+    : definitions(session), subscriptions(context), m_session(session), m_connector(context),
+      m_activator(context)
 {
 }
 
 UaSessionPrivate::~UaSessionPrivate()
 {
     endThread();
+    m_connector.disconnectChannel(); // so that no answer is on its way any more
+    subscriptions.clear();
+    subscriptions.waitIdle();
 }
 
 // Lets one connect in at a time; a callback of it can not begin another.
@@ -329,6 +333,7 @@ UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool dele
         UaTrace::tError("Error: UaSession::disconnect - connection error - can not call "
                         "OpcUa_ClientApi_CloseSession");
     }
+    subscriptions.waitForAnswers();
     {
         SessionLock lock(context.mutex);
         context.serverStatus = UaClient::Disconnected;
@@ -337,7 +342,9 @@ UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool dele
         context.activatedOnce = false;
     }
     m_connector.disconnectChannel();
+    subscriptions.clear();
     context.notifyStatus(UaClient::Disconnected);
+    subscriptions.waitForCallbacks();
     return result;
 }
 

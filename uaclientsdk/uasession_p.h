@@ -10,6 +10,7 @@
 #include <uaclientsdk/datatypedefinitions.h>
 #include <uaclientsdk/sessionactivator.h>
 #include <uaclientsdk/sessioncontext.h>
+#include <uaclientsdk/subscriptionmanager.h>
 
 namespace UaClientSdk {
 
@@ -32,6 +33,7 @@ public:
 
     SessionContext context;
     DataTypeDefinitions definitions;
+    SubscriptionManager subscriptions;
 
 private:
     class ConnectGuard;
@@ -42,6 +44,12 @@ private:
     UaStatus startWatching(bool good);
     void afterConnect() override;
     void afterReconnect() override;
+    bool isPublishingLocked() const override { return subscriptions.isPublishingLocked(); }
+    UaStatus publish() override { return subscriptions.doPublish(); }
+    void prepareResumed() override { subscriptions.prepareResumed(); }
+    void finishResumed() override { subscriptions.finishResumed(); }
+    void prepareReplaced() override { subscriptions.prepareReplaced(); }
+    void finishReplaced() override { subscriptions.finishReplaced(); }
     void takeOver(const UaString& url, const SessionConnectInfo& connectInfo,
                   const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
     UaStatus openSession();

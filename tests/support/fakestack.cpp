@@ -52,6 +52,7 @@ void FakeStack::reset()
     endDelivery();
     std::lock_guard lock(m_mutex);
     m_held.clear();
+    m_released.clear();
     m_otherTypes.clear();
     m_refusals.clear();
     m_handlers.clear();
@@ -140,6 +141,13 @@ void FakeStack::holdAnswers(const OpcUa_EncodeableType& requestType, bool hold)
     } else {
         m_held.erase(&requestType);
     }
+    m_pendingChanged.notify_all();
+}
+
+void FakeStack::releaseAnswers(const OpcUa_EncodeableType& requestType, int count)
+{
+    std::lock_guard lock(m_mutex);
+    m_released[&requestType] += count;
     m_pendingChanged.notify_all();
 }
 
@@ -325,7 +333,7 @@ OpcUa_StatusCode FakeStack::beginInvoke(const OpcUa_EncodeableType& requestType,
 std::deque<FakeStack::Pending>::iterator FakeStack::nextToDeliverLocked()
 {
     return std::find_if(m_pending.begin(), m_pending.end(), [this](const Pending& call) {
-        return m_aborting || !m_held.contains(call.requestType);
+        return m_aborting || !m_held.contains(call.requestType) || m_released[call.requestType] > 0;
     });
 }
 
@@ -343,6 +351,9 @@ void FakeStack::deliverAnswers()
         m_pending.erase(next);
         m_delivering = true;
         const bool aborted = m_aborting;
+        if (!aborted && m_held.contains(call.requestType)) {
+            --m_released[call.requestType];
+        }
         lock.unlock();
         deliver(call, aborted);
         lock.lock();

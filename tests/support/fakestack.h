@@ -34,6 +34,8 @@ public:
     // Keeps the answers to asynchronous calls of the kind back until holdAnswers is taken back, the channel
     // is disconnected or the link is lost.
     void holdAnswers(const OpcUa_EncodeableType& requestType, bool hold);
+    // Lets so many of the answers that are held back go, now or when they are asked for.
+    void releaseAnswers(const OpcUa_EncodeableType& requestType, int count);
     // Asynchronous calls of the kind are answered with an empty structure of another type.
     void answerAs(const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType);
     void setConnectResult(OpcUa_StatusCode status);
@@ -95,6 +97,7 @@ private:
     std::condition_variable m_pendingChanged;
     std::deque<Pending> m_pending;
     std::set<const OpcUa_EncodeableType*> m_held;
+    std::map<const OpcUa_EncodeableType*, int> m_released; // of those that are held
     std::map<const OpcUa_EncodeableType*, const OpcUa_EncodeableType*> m_otherTypes;
     std::map<const OpcUa_EncodeableType*, std::deque<OpcUa_StatusCode>> m_refusals;
     std::thread m_delivery;

@@ -1,0 +1,274 @@
+#include <uaclientsdk/uasubscription.h>
+
+#include <opcua/opcua_clientapi.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uaclientsdk/subscriptionitems.h>
+#include <uaclientsdk/subscriptionitemscall.h>
+#include <uaclientsdk/subscriptionservices.h>
+#include <uaclientsdk/uasubscription_p.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+template <class T>
+T guarded(const UaSubscriptionPrivate& inside, T UaSubscriptionPrivate::*field)
+{
+    SessionLock lock(inside.context.mutex);
+    return inside.*field;
+}
+
+UaStatus checkValid(const UaSubscriptionPrivate& inside)
+{
+    return guarded(inside, &UaSubscriptionPrivate::valid) ? UaStatus()
+                                                          : UaStatus(OpcUa_BadSubscriptionIdInvalid);
+}
+
+// The one item service, in blocks, for a valid subscription.
+template <class Service, class Item, class Result, class Prepare>
+UaStatus callItems(UaSubscriptionPrivate& inside, const Service& service, ServiceSettings& settings,
+                   const UaArray<Item>& items, UaArray<Result>& results, UaDiagnosticInfos& diagnosticInfos,
+                   const Prepare& prepare)
+{
+    const UaStatus valid = checkValid(inside);
+    if (valid.isBad()) {
+        results.clear();
+        diagnosticInfos.clear();
+        return valid;
+    }
+    return callInBlocks(inside.context, service, settings, items, results, diagnosticInfos,
+                        [&inside, &prepare](auto& request) {
+                            request.SubscriptionId = inside.id;
+                            prepare(request);
+                        });
+}
+
+template <class Request, class Response, class Item, class Result>
+UaStatus beginItems(const UaRefPtr<UaSubscriptionPrivate>& inside,
+                    const BlockService<Request, Response, Item, Result>& service,
+                    BeginFunction<Request> function, const ServiceSettings& settings,
+                    const UaArray<Item>& items, OpcUa_UInt32 transactionId,
+                    typename SubscriptionItemsCall<Request, Response, Item, Result>::Completion completion,
+                    std::function<void(Request&)> prepare)
+{
+    return SubscriptionItemsCall<Request, Response, Item, Result>::begin(
+        inside, service, function, settings, items, transactionId, completion,
+        [id = inside->id, prepare = std::move(prepare)](Request& request) {
+            request.SubscriptionId = id;
+            prepare(request);
+        });
+}
+
+constexpr auto prepareNothing = [](auto&) {};
+
+// Takes one of the two result lists of SetTriggering, which may be longer or shorter than asked for.
+bool takeResults(OpcUa_UInt32 wanted, OpcUa_Int32* count, OpcUa_StatusCode** from, UaStatusCodeArray& results,
+                 OpcUa_Int32* diagnosticCount, OpcUa_DiagnosticInfo** diagnostics,
+                 UaDiagnosticInfos& diagnosticInfos)
+{
+    results.attachFrom(count, from);
+    diagnosticInfos.attach(std::exchange(*diagnosticCount, 0), std::exchange(*diagnostics, nullptr));
+    return results.length() == wanted && (diagnosticInfos.isEmpty() || diagnosticInfos.length() == wanted);
+}
+
+} // namespace
+
+UaSubscription::UaSubscription(const UaRefPtr<UaSubscriptionPrivate>& inside) : d(inside) {}
+
+UaSubscription::~UaSubscription() = default;
+
+OpcUa_UInt32 UaSubscription::subscriptionId() const
+{
+    return d->id;
+}
+
+OpcUa_UInt32 UaSubscription::clientSubscriptionHandle() const
+{
+    return d->handle;
+}
+
+bool UaSubscription::isValid() const
+{
+    return guarded(*d, &UaSubscriptionPrivate::valid);
+}
+
+double UaSubscription::publishingInterval() const
+{
+    return guarded(*d, &UaSubscriptionPrivate::settings).publishingInterval;
+}
+
+OpcUa_UInt32 UaSubscription::lifetimeCount() const
+{
+    return guarded(*d, &UaSubscriptionPrivate::settings).lifetimeCount;
+}
+
+OpcUa_UInt32 UaSubscription::maxKeepAliveCount() const
+{
+    return guarded(*d, &UaSubscriptionPrivate::settings).maxKeepAliveCount;
+}
+
+OpcUa_UInt32 UaSubscription::maxNotificationsPerPublish() const
+{
+    return guarded(*d, &UaSubscriptionPrivate::settings).maxNotificationsPerPublish;
+}
+
+OpcUa_Byte UaSubscription::priority() const
+{
+    return guarded(*d, &UaSubscriptionPrivate::settings).priority;
+}
+
+bool UaSubscription::publishingEnabled() const
+{
+    return guarded(*d, &UaSubscriptionPrivate::publishingEnabled);
+}
+
+UaStatus UaSubscription::modifySubscription(ServiceSettings& settings,
+                                            const SubscriptionSettings& subscriptionSettings)
+{
+    UaStatus status = checkValid(*d);
+    SubscriptionSettings revised = subscriptionSettings;
+    if (status.isGood()) {
+        status = callModifySubscription(d->context, settings, revised, d->id);
+    }
+    if (status.isGood()) {
+        SessionLock lock(d->context.mutex);
+        d->settings = revised;
+    }
+    return status;
+}
+
+UaStatus UaSubscription::setPublishingMode(ServiceSettings& settings, bool publishingEnabled)
+{
+    const UaStatus valid = checkValid(*d);
+    if (valid.isBad()) {
+        return valid;
+    }
+    UaStatusCodeArray results;
+    UaDiagnosticInfos diagnosticInfos;
+    const UaStatus status = callSetPublishingMode(d->context, settings, publishingEnabled,
+                                                  UaUInt32Array(1, &d->id), results, diagnosticInfos);
+    if (status.isBad() || OpcUa_IsBad(results[0])) {
+        return status.isBad() ? status : UaStatus(results[0]);
+    }
+    SessionLock lock(d->context.mutex);
+    d->publishingEnabled = publishingEnabled;
+    return status;
+}
+
+UaStatus UaSubscription::createMonitoredItems(ServiceSettings& settings,
+                                              OpcUa_TimestampsToReturn timestampsToReturn,
+                                              const UaMonitoredItemCreateRequests& requests,
+                                              UaMonitoredItemCreateResults& results,
+                                              UaDiagnosticInfos& diagnosticInfos)
+{
+    return callItems(
+        *d, createItemsService, settings, requests, results, diagnosticInfos,
+        [timestampsToReturn](auto& request) { request.TimestampsToReturn = timestampsToReturn; });
+}
+
+UaStatus UaSubscription::modifyMonitoredItems(ServiceSettings& settings,
+                                              OpcUa_TimestampsToReturn timestampsToReturn,
+                                              const UaMonitoredItemModifyRequests& requests,
+                                              UaMonitoredItemModifyResults& results,
+                                              UaDiagnosticInfos& diagnosticInfos)
+{
+    return callItems(
+        *d, modifyItemsService, settings, requests, results, diagnosticInfos,
+        [timestampsToReturn](auto& request) { request.TimestampsToReturn = timestampsToReturn; });
+}
+
+UaStatus UaSubscription::setMonitoringMode(ServiceSettings& settings, OpcUa_MonitoringMode monitoringMode,
+                                           const UaUInt32Array& monitoredItemIds, UaStatusCodeArray& results,
+                                           UaDiagnosticInfos& diagnosticInfos)
+{
+    return callItems(*d, monitoringModeService, settings, monitoredItemIds, results, diagnosticInfos,
+                     [monitoringMode](auto& request) { request.MonitoringMode = monitoringMode; });
+}
+
+UaStatus UaSubscription::deleteMonitoredItems(ServiceSettings& settings,
+                                              const UaUInt32Array& monitoredItemIds,
+                                              UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos)
+{
+    return callItems(*d, deleteItemsService, settings, monitoredItemIds, results, diagnosticInfos,
+                     prepareNothing);
+}
+
+UaStatus UaSubscription::setTriggering(ServiceSettings& settings, OpcUa_UInt32 triggeringItemId,
+                                       const UaUInt32Array& linksToAdd, const UaUInt32Array& linksToRemove,
+                                       UaStatusCodeArray& addResults, UaDiagnosticInfos& addDiagnosticInfos,
+                                       UaStatusCodeArray& removeResults,
+                                       UaDiagnosticInfos& removeDiagnosticInfos)
+{
+    addResults.clear();
+    removeResults.clear();
+    addDiagnosticInfos.clear();
+    removeDiagnosticInfos.clear();
+    UaStatus status = checkValid(*d);
+    Encodeable<OpcUa_SetTriggeringResponse> response(OpcUa_SetTriggeringResponse_EncodeableType);
+    if (status.isGood()) {
+        status = callSetTriggering(d->context, settings, d->id, triggeringItemId, linksToAdd, linksToRemove,
+                                   *response);
+    }
+    if (status.isBad()) {
+        return status;
+    }
+    const bool added =
+        takeResults(linksToAdd.length(), &response->NoOfAddResults, &response->AddResults, addResults,
+                    &response->NoOfAddDiagnosticInfos, &response->AddDiagnosticInfos, addDiagnosticInfos);
+    const bool removed = takeResults(
+        linksToRemove.length(), &response->NoOfRemoveResults, &response->RemoveResults, removeResults,
+        &response->NoOfRemoveDiagnosticInfos, &response->RemoveDiagnosticInfos, removeDiagnosticInfos);
+    if (added && removed) {
+        return status;
+    }
+    UaTrace::tError("Error: UaSession::setTriggering - number of results does not match number of requests");
+    addResults.clear();
+    removeResults.clear();
+    addDiagnosticInfos.clear();
+    removeDiagnosticInfos.clear();
+    return UaStatus(wrongResultCount);
+}
+
+UaStatus UaSubscription::beginCreateMonitoredItems(ServiceSettings& settings,
+                                                   OpcUa_TimestampsToReturn timestampsToReturn,
+                                                   const UaMonitoredItemCreateRequests& requests,
+                                                   OpcUa_UInt32 transactionId)
+{
+    return beginItems<OpcUa_CreateMonitoredItemsRequest>(
+        d, createItemsService, OpcUa_ClientApi_BeginCreateMonitoredItems, settings, requests, transactionId,
+        &UaSubscriptionCallback::createMonitoredItemsComplete,
+        [timestampsToReturn](auto& request) { request.TimestampsToReturn = timestampsToReturn; });
+}
+
+UaStatus UaSubscription::beginModifyMonitoredItems(ServiceSettings& settings,
+                                                   OpcUa_TimestampsToReturn timestampsToReturn,
+                                                   const UaMonitoredItemModifyRequests& requests,
+                                                   OpcUa_UInt32 transactionId)
+{
+    return beginItems<OpcUa_ModifyMonitoredItemsRequest>(
+        d, modifyItemsService, OpcUa_ClientApi_BeginModifyMonitoredItems, settings, requests, transactionId,
+        &UaSubscriptionCallback::modifyMonitoredItemsComplete,
+        [timestampsToReturn](auto& request) { request.TimestampsToReturn = timestampsToReturn; });
+}
+
+UaStatus UaSubscription::beginSetMonitoringMode(ServiceSettings& settings,
+                                                OpcUa_MonitoringMode monitoringMode,
+                                                const UaUInt32Array& monitoredItemIds,
+                                                OpcUa_UInt32 transactionId)
+{
+    return beginItems<OpcUa_SetMonitoringModeRequest>(
+        d, monitoringModeService, OpcUa_ClientApi_BeginSetMonitoringMode, settings, monitoredItemIds,
+        transactionId, &UaSubscriptionCallback::setMonitoringModeComplete,
+        [monitoringMode](auto& request) { request.MonitoringMode = monitoringMode; });
+}
+
+UaStatus UaSubscription::beginDeleteMonitoredItems(ServiceSettings& settings,
+                                                   const UaUInt32Array& monitoredItemIds,
+                                                   OpcUa_UInt32 transactionId)
+{
+    return beginItems<OpcUa_DeleteMonitoredItemsRequest>(
+        d, deleteItemsService, OpcUa_ClientApi_BeginDeleteMonitoredItems, settings, monitoredItemIds,
+        transactionId, &UaSubscriptionCallback::deleteMonitoredItemsComplete, prepareNothing);
+}
+
+} // namespace UaClientSdk
