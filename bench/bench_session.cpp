@@ -67,7 +67,7 @@ void measure(const ClientSetup& setup, const Responder& responder)
 {
     QuietCallback callback;
     UaSession session;
-    const std::string url = "opc.tcp://127.0.0.1:" + std::to_string(responder.port(false));
+    const std::string url = responder.url(false);
     const UaStatus connected =
         session.connect(UaString(url.c_str()), SessionConnectInfo(), SessionSecurityInfo(), &callback);
     StackClient stack(setup, responder, false);

@@ -49,6 +49,15 @@ const char* suffix(bool secured)
     return secured ? "_sign_encrypt" : "_none";
 }
 
+void measureKeyOperations(Measurements& cpu, const ClientSetup& setup)
+{
+    constexpr int times = 5;
+    cpu.add("key_operations", times, [&] {
+        for (int n = 0; n < times; ++n)
+            keyOperations(setup.client, setup.server);
+    });
+}
+
 void measureConnects(Measurements& cpu, const ClientSetup& setup, const Responder& responder, bool secured)
 {
     constexpr int connects = 10;
@@ -64,11 +73,12 @@ void measureConnects(Measurements& cpu, const ClientSetup& setup, const Responde
 void measureCalls(Measurements& cpu, StackClient& client, bool secured)
 {
     constexpr int calls = 3000;
+    constexpr int pipelinedCalls = 20'000; // enough for the window to settle
     constexpr int bulkCalls = 200;
     constexpr int publishes = 200;
     const std::string mode = suffix(secured);
     cpu.add("read" + mode, calls, [&] { client.read(1, calls); });
-    cpu.add("pipelined_read" + mode, calls, [&] { client.readPipelined(64, calls); });
+    cpu.add("pipelined_read" + mode, pipelinedCalls, [&] { client.readPipelined(64, pipelinedCalls); });
     cpu.add("bulk_read" + mode, bulkCalls, [&] { client.read(bulkValues, bulkCalls); });
     cpu.add("notification" + mode, publishes * notifications,
             [&] { client.receiveNotifications(10, publishes); });
@@ -91,25 +101,71 @@ constexpr Budget budgets[] = {
     {"pipelined_read_none", 5.0}, {"pipelined_read_sign_encrypt", 7.0},
     {"bulk_read_none", 75.0},     {"bulk_read_sign_encrypt", 130.0},
     {"notification_none", 0.11},  {"notification_sign_encrypt", 0.14},
-    {"connect_none", 400.0},      {"connect_sign_encrypt", 2100.0},
+    {"connect_none", 400.0},
 };
 
-void print(const Measurements& cpu)
+void printTimes(const Measurements& cpu)
 {
     const double raw = cpu.of("ping_pong");
     const double handOff = cpu.of("ping_pong_hand_off");
-    std::printf("ping-pong %.2f us, with hand-off %.2f us\n", raw, handOff);
-    for (const char* const name : {"read_none", "read_sign_encrypt"})
-        std::printf("%s %.2f us, %.2f of ping-pong, %.2f of hand-off\n", name, cpu.of(name),
-                    cpu.of(name) / raw, cpu.of(name) / handOff);
+    std::printf("ping-pong %.2f us, with hand-off %.2f us, key operations of a connect %.0f us\n", raw,
+                handOff, cpu.of("key_operations"));
+    const auto print = [&](const char* name) {
+        std::printf("%s %.3f us, %.3f of ping-pong\n", name, cpu.of(name), cpu.of(name) / raw);
+    };
+    for (const char* const name : {"read_none", "read_sign_encrypt", "connect_sign_encrypt"})
+        print(name);
     for (const Budget& budget : budgets)
-        std::printf("%s %.3f us, %.3f of ping-pong\n", budget.name, cpu.of(budget.name),
-                    cpu.of(budget.name) / raw);
+        print(budget.name);
+}
+
+void printTimeBudgets(const Measurements& cpu)
+{
+    const double handOff = cpu.of("ping_pong_hand_off");
+    const double keys = cpu.of("key_operations");
     printBudget("read_none_to_hand_off", cpu.of("read_none") / handOff, 1.4, handOff > 0);
     for (const Budget& budget : budgets) {
         const double value = cpu.of(budget.name);
         printBudget((std::string(budget.name) + "_us").c_str(), value, budget.limit, value > 0);
     }
+    // 2.1 ms where the operations with keys take 1.06 ms
+    printBudget("connect_sign_encrypt_to_key_operations", cpu.of("connect_sign_encrypt") / keys, 2.1 / 1.06,
+                keys > 0);
+}
+
+// ---- memory -------------------------------------------------------------------------------------
+
+using Output = std::unique_ptr<FILE, int (*)(FILE*)>;
+
+struct Memory // kB
+{
+    double bare = 0;
+    double idle = 0;
+    double browsed = 0;
+    bool measured = false;
+};
+
+constexpr int browses = 100;
+
+Memory measureMemory(const Responder& responder)
+{
+    Memory memory;
+    const Output bare(popen(PROBE_BARE, "r"), pclose);
+    const std::string command =
+        std::string(PROBE_CLIENT) + ' ' + responder.url(false) + ' ' + std::to_string(browses);
+    const Output client(popen(command.c_str(), "r"), pclose);
+    memory.measured = bare && client && std::fscanf(bare.get(), "%lf", &memory.bare) == 1 &&
+                      std::fscanf(client.get(), "%lf %lf", &memory.idle, &memory.browsed) == 2;
+    return memory;
+}
+
+void printMemoryBudgets(const Memory& memory)
+{
+    std::printf("memory: bare process %.0f kB, idle channel %.0f kB, %d references kept %.0f kB\n",
+                memory.bare, memory.idle, browses * references, memory.browsed);
+    printBudget("memory_idle_channel_mb", (memory.idle - memory.bare) / 1024, 4.0, memory.measured);
+    printBudget("memory_browsed_reference_bytes",
+                (memory.browsed - memory.idle) * 1024 / (browses * references), 280.0, memory.measured);
 }
 
 } // namespace
@@ -132,6 +188,7 @@ int main()
         secured.connect();
         for (int n = 0; n < rounds; ++n) {
             measureRaw(cpu, responder);
+            measureKeyOperations(cpu, setup);
             measureCalls(cpu, plain, false);
             measureCalls(cpu, secured, true);
             measureConnects(cpu, setup, responder, false);
@@ -139,6 +196,8 @@ int main()
         }
     }
     OpcUa_ProxyStub_Clear();
-    print(cpu);
+    printTimes(cpu);
+    printTimeBudgets(cpu);
+    printMemoryBudgets(measureMemory(responder));
     return 0;
 }

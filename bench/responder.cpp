@@ -295,6 +295,24 @@ Bytes signatureOver(const Identity& signer, ByteView certificate, ByteView nonce
     return signature.value_or(Bytes());
 }
 
+void keyOperations(const Identity& own, const Identity& peer)
+{
+    static const auto key = PrivateKey::parse(own.key);
+    static const auto mine = Certificate::parse(own.certificate);
+    static const auto theirs = Certificate::parse(peer.certificate);
+    static const Bytes data(1000, 3);
+    static const Bytes plain(400, 4); // two blocks
+    static const auto cipher = rsaEncrypt(mine->publicKey(), RsaEncryption::OaepSha1, plain);
+    for (int n = 0; n < 2; ++n) {
+        const auto signature = rsaSign(key->key(), RsaSignature::Pkcs1Sha256, data);
+        if (!signature || !rsaVerify(mine->publicKey(), RsaSignature::Pkcs1Sha256, data, *signature))
+            give("signature");
+    }
+    if (rsaDecrypt(key->key(), RsaEncryption::OaepSha1, *cipher) != plain ||
+        !rsaEncrypt(theirs->publicKey(), RsaEncryption::OaepSha1, plain))
+        give("encryption");
+}
+
 Responder::Responder(const Identity& server, const Identity& client, ByteView clientNonce)
 {
     const Answers answers = makeAnswers(server, client, clientNonce);

@@ -9,7 +9,7 @@
 #include <sys/types.h>
 
 #include <cstdint>
-#include <vector>
+#include <string>
 
 namespace opcua::bench {
 
@@ -21,6 +21,9 @@ struct Identity
 
 // A self-signed certificate with a key of 2048 bits.
 [[nodiscard]] Identity makeIdentity(const char* name);
+// The operations with keys that a connect with security takes: two signatures and two decrypted blocks, and
+// the same number with public keys.
+void keyOperations(const Identity& own, const Identity& peer);
 // What the certificate's owner signs to show that he is there.
 [[nodiscard]] Bytes signatureOver(const Identity& signer, ByteView certificate, ByteView nonce);
 
@@ -40,7 +43,10 @@ public:
     Responder& operator=(const Responder&) = delete;
 
     [[nodiscard]] std::uint16_t rawPort() const { return m_ports[0]; }
-    [[nodiscard]] std::uint16_t port(bool secured) const { return m_ports[secured ? 2 : 1]; }
+    [[nodiscard]] std::string url(bool secured) const
+    {
+        return "opc.tcp://127.0.0.1:" + std::to_string(m_ports[secured ? 2 : 1]);
+    }
 
 private:
     std::uint16_t m_ports[3]{};

@@ -111,8 +111,7 @@ private:
 } // namespace
 
 StackClient::StackClient(const ClientSetup& setup, const Responder& responder, bool secured)
-    : m_setup(setup), m_url("opc.tcp://127.0.0.1:" + std::to_string(responder.port(secured))),
-      m_secured(secured)
+    : m_setup(setup), m_url(responder.url(secured)), m_secured(secured)
 {
     require(OpcUa_Channel_Create(&m_channel), "channel");
     require(OpcUa_CryptoProvider_Create(secured ? OpcUa_SecurityPolicy_Basic256Sha256 : nullptr, &m_crypto),
@@ -121,7 +120,6 @@ StackClient::StackClient(const ClientSetup& setup, const Responder& responder, b
 
 StackClient::~StackClient()
 {
-    forget();
     OpcUa_Channel_Delete(&m_channel);
     OpcUa_CryptoProvider_Delete(&m_crypto);
 }
@@ -213,26 +211,6 @@ void StackClient::receiveNotifications(int open, int messages)
         return OpcUa_ClientApi_BeginPublish(m_channel, &*request, completed, data);
     };
     Stream(begin, messages).run(open);
-}
-
-size_t StackClient::browse(int calls)
-{
-    Owned<OpcUa_BrowseRequest, OpcUa_BrowseRequest_EncodeableType> request;
-    size_t count = 0;
-    for (int n = 0; n < calls; ++n) {
-        OpcUa_BrowseResponse response;
-        require(OpcUa_ClientApi_Browse(m_channel, &*request, &response), "browse");
-        count += static_cast<size_t>(response.Results[0].NoOfReferences);
-        m_browsed.push_back(response);
-    }
-    return count;
-}
-
-void StackClient::forget()
-{
-    for (OpcUa_BrowseResponse& response : m_browsed)
-        OpcUa_BrowseResponse_Clear(&response);
-    m_browsed.clear();
 }
 
 } // namespace opcua::bench

@@ -37,9 +37,6 @@ public:
     void readPipelined(int open, int calls);
     // Publish requests, so many open at a time; looks at every notification.
     void receiveNotifications(int open, int messages);
-    // Keeps what it has browsed until the next call; answers the number of references.
-    size_t browse(int calls);
-    void forget();
 
 private:
     const ClientSetup& m_setup;
@@ -47,7 +44,6 @@ private:
     const bool m_secured;
     OpcUa_Channel m_channel = nullptr;
     OpcUa_CryptoProvider m_crypto = nullptr;
-    std::vector<OpcUa_BrowseResponse> m_browsed;
 };
 
 } // namespace opcua::bench

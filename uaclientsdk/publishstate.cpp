@@ -65,7 +65,6 @@ std::map<OpcUa_UInt32, SubscriptionRef> PublishState::removeAllLocked()
     ++serverSession;
     acknowledgements.clear();
     setPoint.reset();
-    pace.reset();
     return removed;
 }
 
@@ -75,6 +74,7 @@ void PublishState::startGenerationLocked()
     ++generation;
     outstanding = 0;
     republishing = false;
+    pace.reset(); // the errors were the old link's
     changed.notify_all();
 }
 

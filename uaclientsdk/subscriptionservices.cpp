@@ -13,6 +13,7 @@ const BlockService<OpcUa_SetPublishingModeRequest, OpcUa_SetPublishingModeRespon
                    OpcUa_StatusCode>
     setPublishingModeService{{"setPublishingMode", "SetPublishingMode", "Empty subscription array passed"},
                              OpcUa_ClientApi_SetPublishingMode,
+                             OpcUa_ClientApi_BeginSetPublishingMode,
                              OpcUa_SetPublishingModeRequest_EncodeableType,
                              OpcUa_SetPublishingModeResponse_EncodeableType,
                              &OpcUa_SetPublishingModeRequest::NoOfSubscriptionIds,
@@ -24,6 +25,7 @@ const BlockService<OpcUa_DeleteSubscriptionsRequest, OpcUa_DeleteSubscriptionsRe
                    OpcUa_StatusCode>
     deleteService{{"deleteSubscription", "DeleteSubscriptions", "Empty subscription array passed"},
                   OpcUa_ClientApi_DeleteSubscriptions,
+                  OpcUa_ClientApi_BeginDeleteSubscriptions,
                   OpcUa_DeleteSubscriptionsRequest_EncodeableType,
                   OpcUa_DeleteSubscriptionsResponse_EncodeableType,
                   &OpcUa_DeleteSubscriptionsRequest::NoOfSubscriptionIds,
@@ -35,6 +37,7 @@ const BlockService<OpcUa_TransferSubscriptionsRequest, OpcUa_TransferSubscriptio
                    OpcUa_TransferResult>
     transferService{{"transferSubscription", "TransferSubscriptions", "Empty subscription array passed"},
                     OpcUa_ClientApi_TransferSubscriptions,
+                    OpcUa_ClientApi_BeginTransferSubscriptions,
                     OpcUa_TransferSubscriptionsRequest_EncodeableType,
                     OpcUa_TransferSubscriptionsResponse_EncodeableType,
                     &OpcUa_TransferSubscriptionsRequest::NoOfSubscriptionIds,
@@ -93,8 +96,6 @@ void takeRevised(const Response& response, SubscriptionSettings& settings)
     settings.maxKeepAliveCount = response.RevisedMaxKeepAliveCount;
 }
 
-constexpr auto prepareNothing = [](auto&) {};
-
 } // namespace
 
 UaStatus callCreateSubscription(SessionContext& context, ServiceSettings& settings,
@@ -139,7 +140,7 @@ UaStatus callDeleteSubscription(SessionContext& context, ServiceSettings& settin
     UaStatusCodeArray results;
     UaDiagnosticInfos diagnosticInfos;
     const UaStatus status = callInBlocks(context, deleteService, settings, single(subscriptionId), results,
-                                         diagnosticInfos, prepareNothing);
+                                         diagnosticInfos, NothingToPrepare());
     return status.isBad() ? status : UaStatus(results[0]);
 }
 
@@ -151,7 +152,7 @@ UaStatus callTransferSubscription(SessionContext& context, ServiceSettings& sett
     UaDiagnosticInfos diagnosticInfos;
     const UaStatus status =
         callInBlocks(context, transferService, settings, single(subscriptionId), results, diagnosticInfos,
-                     [sendInitialValues](OpcUa_TransferSubscriptionsRequest& request) {
+                     [sendInitialValues](OpcUa_TransferSubscriptionsRequest& request, OpcUa_UInt32) {
                          request.SendInitialValues = sendInitialValues ? OpcUa_True : OpcUa_False;
                      });
     if (status.isBad()) {
@@ -167,7 +168,8 @@ UaStatus callSetPublishingMode(SessionContext& context, ServiceSettings& setting
                                UaDiagnosticInfos& diagnosticInfos)
 {
     return callInBlocks(context, setPublishingModeService, settings, subscriptionIds, results,
-                        diagnosticInfos, [publishingEnabled](OpcUa_SetPublishingModeRequest& request) {
+                        diagnosticInfos,
+                        [publishingEnabled](OpcUa_SetPublishingModeRequest& request, OpcUa_UInt32) {
                             request.PublishingEnabled = publishingEnabled ? OpcUa_True : OpcUa_False;
                         });
 }

@@ -1,9 +1,8 @@
 #include <uaclientsdk/uasubscription.h>
 
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
+#include <uaclientsdk/asyncblockservice.h>
 #include <uaclientsdk/subscriptionitems.h>
-#include <uaclientsdk/subscriptionitemscall.h>
 #include <uaclientsdk/subscriptionservices.h>
 #include <uaclientsdk/uasubscription_p.h>
 
@@ -24,10 +23,11 @@ UaStatus checkValid(const UaSubscriptionPrivate& inside)
                                                           : UaStatus(OpcUa_BadSubscriptionIdInvalid);
 }
 
-// The one item service, in blocks, for a valid subscription.
-template <class Service, class Item, class Result, class Prepare>
+// One item service, in blocks, for a valid subscription. prepare(request) sets what is its own.
+template <class Service, class Prepare>
 UaStatus callItems(UaSubscriptionPrivate& inside, const Service& service, ServiceSettings& settings,
-                   const UaArray<Item>& items, UaArray<Result>& results, UaDiagnosticInfos& diagnosticInfos,
+                   const UaArray<typename Service::ItemType>& items,
+                   UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos,
                    const Prepare& prepare)
 {
     const UaStatus valid = checkValid(inside);
@@ -36,26 +36,39 @@ UaStatus callItems(UaSubscriptionPrivate& inside, const Service& service, Servic
         diagnosticInfos.clear();
         return valid;
     }
-    return callInBlocks(inside.context, service, settings, items, results, diagnosticInfos,
-                        [&inside, &prepare](auto& request) {
+    return callInBlocks(inside.context, service, settings, items.span(), results, diagnosticInfos,
+                        [&inside, &prepare](typename Service::RequestType& request, OpcUa_UInt32) {
                             request.SubscriptionId = inside.id;
                             prepare(request);
                         });
 }
 
-template <class Request, class Response, class Item, class Result>
-UaStatus beginItems(const UaRefPtr<UaSubscriptionPrivate>& inside,
-                    const BlockService<Request, Response, Item, Result>& service,
-                    BeginFunction<Request> function, const ServiceSettings& settings,
-                    const UaArray<Item>& items, OpcUa_UInt32 transactionId,
-                    typename SubscriptionItemsCall<Request, Response, Item, Result>::Completion completion,
-                    std::function<void(Request&)> prepare)
+template <class Result>
+using Completion = void (UaSubscriptionCallback::*)(OpcUa_UInt32, const UaStatus&, const UaArray<Result>&,
+                                                    const UaDiagnosticInfos&);
+
+template <class Service, class Prepare>
+UaStatus beginItems(const UaRefPtr<UaSubscriptionPrivate>& inside, const Service& service,
+                    ServiceSettings& settings, const UaArray<typename Service::ItemType>& items,
+                    OpcUa_UInt32 transactionId, Completion<typename Service::ResultType> completion,
+                    const Prepare& prepare)
 {
-    return SubscriptionItemsCall<Request, Response, Item, Result>::begin(
-        inside, service, function, settings, items, transactionId, completion,
-        [id = inside->id, prepare = std::move(prepare)](Request& request) {
+    const std::shared_ptr<SubscriptionPending> pending = SubscriptionPending::begin(inside);
+    if (!pending) {
+        return UaStatus(OpcUa_BadSubscriptionIdInvalid);
+    }
+    return beginInBlocks(
+        inside->context, service, settings, items.span(),
+        [id = inside->id, prepare](typename Service::RequestType& request, OpcUa_UInt32) {
             request.SubscriptionId = id;
             prepare(request);
+        },
+        [pending, completion, transactionId](UaSessionCallback&, const UaStatus& status,
+                                             const UaArray<typename Service::ResultType>& results,
+                                             const UaDiagnosticInfos& diagnosticInfos) {
+            pending->complete([&](UaSubscriptionCallback& callback) {
+                (callback.*completion)(transactionId, status, results, diagnosticInfos);
+            });
         });
 }
 
@@ -234,8 +247,8 @@ UaStatus UaSubscription::beginCreateMonitoredItems(ServiceSettings& settings,
                                                    const UaMonitoredItemCreateRequests& requests,
                                                    OpcUa_UInt32 transactionId)
 {
-    return beginItems<OpcUa_CreateMonitoredItemsRequest>(
-        d, createItemsService, OpcUa_ClientApi_BeginCreateMonitoredItems, settings, requests, transactionId,
+    return beginItems(
+        d, createItemsService, settings, requests, transactionId,
         &UaSubscriptionCallback::createMonitoredItemsComplete,
         [timestampsToReturn](auto& request) { request.TimestampsToReturn = timestampsToReturn; });
 }
@@ -245,8 +258,8 @@ UaStatus UaSubscription::beginModifyMonitoredItems(ServiceSettings& settings,
                                                    const UaMonitoredItemModifyRequests& requests,
                                                    OpcUa_UInt32 transactionId)
 {
-    return beginItems<OpcUa_ModifyMonitoredItemsRequest>(
-        d, modifyItemsService, OpcUa_ClientApi_BeginModifyMonitoredItems, settings, requests, transactionId,
+    return beginItems(
+        d, modifyItemsService, settings, requests, transactionId,
         &UaSubscriptionCallback::modifyMonitoredItemsComplete,
         [timestampsToReturn](auto& request) { request.TimestampsToReturn = timestampsToReturn; });
 }
@@ -256,19 +269,17 @@ UaStatus UaSubscription::beginSetMonitoringMode(ServiceSettings& settings,
                                                 const UaUInt32Array& monitoredItemIds,
                                                 OpcUa_UInt32 transactionId)
 {
-    return beginItems<OpcUa_SetMonitoringModeRequest>(
-        d, monitoringModeService, OpcUa_ClientApi_BeginSetMonitoringMode, settings, monitoredItemIds,
-        transactionId, &UaSubscriptionCallback::setMonitoringModeComplete,
-        [monitoringMode](auto& request) { request.MonitoringMode = monitoringMode; });
+    return beginItems(d, monitoringModeService, settings, monitoredItemIds, transactionId,
+                      &UaSubscriptionCallback::setMonitoringModeComplete,
+                      [monitoringMode](auto& request) { request.MonitoringMode = monitoringMode; });
 }
 
 UaStatus UaSubscription::beginDeleteMonitoredItems(ServiceSettings& settings,
                                                    const UaUInt32Array& monitoredItemIds,
                                                    OpcUa_UInt32 transactionId)
 {
-    return beginItems<OpcUa_DeleteMonitoredItemsRequest>(
-        d, deleteItemsService, OpcUa_ClientApi_BeginDeleteMonitoredItems, settings, monitoredItemIds,
-        transactionId, &UaSubscriptionCallback::deleteMonitoredItemsComplete, prepareNothing);
+    return beginItems(d, deleteItemsService, settings, monitoredItemIds, transactionId,
+                      &UaSubscriptionCallback::deleteMonitoredItemsComplete, prepareNothing);
 }
 
 } // namespace UaClientSdk

@@ -17,8 +17,9 @@ class UaSubscriptionPrivate;
 //
 // Services (OPC 10000-4, 5.12 and 5.13) are those of the session: result arrays are cleared first and hold as
 // many entries as the request when the status is good; long requests are split by the session's maximum
-// operations per call. BadSubscriptionIdInvalid when the subscription is no longer valid, BadConnectionClosed
-// without a connection, BadNothingToDo for an empty request.
+// operations per call, and when a block fails the results of those before it are kept.
+// BadSubscriptionIdInvalid when the subscription is no longer valid, BadConnectionClosed without a
+// connection, BadNothingToDo for an empty request.
 class UaSubscription
 {
 public:

@@ -18,8 +18,31 @@ void UaSubscriptionPrivate::waitForCallbacks()
     callbackEnded.wait(lock, [this, own] { return callbacksInProgress <= own; });
 }
 
+void UaSubscriptionPrivate::endCallback()
+{
+    SessionLock lock(context.mutex);
+    --callbacksInProgress;
+    callbackEnded.notify_all();
+}
+
+std::shared_ptr<SubscriptionPending>
+SubscriptionPending::begin(const UaRefPtr<UaSubscriptionPrivate>& subscription)
+{
+    std::shared_ptr<SubscriptionPending> pending(new SubscriptionPending(subscription));
+    SessionLock lock(subscription->context.mutex);
+    ++subscription->callbacksInProgress; // the pending call gives it back in any case
+    const bool valid = subscription->valid;
+    lock.unlock();
+    return valid ? pending : nullptr;
+}
+
+SubscriptionPending::~SubscriptionPending()
+{
+    m_subscription->endCallback();
+}
+
 SubscriptionCall::SubscriptionCall(UaSubscriptionPrivate& subscription, Kind kind)
-    : m_subscription(subscription)
+    : m_subscription(subscription), m_kind(kind)
 {
     SessionLock lock(subscription.context.mutex);
     if (kind != Kind::Completion) {
@@ -42,9 +65,9 @@ SubscriptionCall::~SubscriptionCall()
         return;
     }
     t_current = m_outer;
-    SessionLock lock(m_subscription.context.mutex);
-    --m_subscription.callbacksInProgress;
-    m_subscription.callbackEnded.notify_all();
+    if (m_kind != Kind::Completion) {
+        m_subscription.endCallback();
+    }
 }
 
 unsigned int SubscriptionCall::depthOnThisThread(const UaSubscriptionPrivate& subscription)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <memory>
 
 #include <uabase/uarefcounter.h>
 #include <uaclientsdk/sessioncontext.h>
@@ -41,6 +42,8 @@ public:
     }
     // Blocks until no callback is in progress but those that the calling thread is in itself.
     void waitForCallbacks();
+    // A callback is over.
+    void endCallback();
 };
 
 // Makes one callback of a subscription: counts it, and refuses it when nobody wants to hear it any more.
@@ -65,8 +68,36 @@ public:
 
 private:
     UaSubscriptionPrivate& m_subscription;
+    const Kind m_kind;
     SubscriptionCall* m_outer = nullptr;
     bool m_entered = false;
+};
+
+// A completion that is to come, from its service call on: deleteSubscription waits for it.
+class SubscriptionPending
+{
+public:
+    // Null when the subscription is not valid.
+    [[nodiscard]] static std::shared_ptr<SubscriptionPending>
+    begin(const UaRefPtr<UaSubscriptionPrivate>& subscription);
+    ~SubscriptionPending();
+    SubscriptionPending(const SubscriptionPending&) = delete;
+    SubscriptionPending& operator=(const SubscriptionPending&) = delete;
+
+    template <class Work>
+    void complete(const Work& work)
+    {
+        const SubscriptionCall call(*m_subscription, SubscriptionCall::Kind::Completion);
+        work(m_subscription->callback);
+    }
+
+private:
+    explicit SubscriptionPending(const UaRefPtr<UaSubscriptionPrivate>& subscription)
+        : m_subscription(subscription)
+    {
+    }
+
+    UaRefPtr<UaSubscriptionPrivate> m_subscription;
 };
 
 } // namespace UaClientSdk

@@ -33,7 +33,8 @@ public:
     virtual void newEvents(OpcUa_UInt32 clientSubscriptionHandle, UaEventFieldLists& events) = 0;
 
     // Completions of the begin... calls of UaSubscription. Results are as many as were asked for when the
-    // status is good, else none.
+    // status is good; else those of the blocks that went well. None comes when the session is disconnected
+    // first.
     virtual void createMonitoredItemsComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*status*/,
                                               const UaMonitoredItemCreateResults& /*results*/,
                                               const UaDiagnosticInfos& /*diagnosticInfos*/)

@@ -122,7 +122,7 @@ HttpAnswerReader::Outcome HttpAnswerReader::next(ByteView& input, HttpAnswer& an
         const size_t taken = http_parser_execute(&m_parser, &Callbacks::table(),
                                                  reinterpret_cast<const char*>(input.data()), input.size());
         const http_errno error = HTTP_PARSER_ERRNO(&m_parser);
-        if (m_parser.upgrade != 0 || (error != HPE_OK && error != HPE_PAUSED)) {
+        if (m_fault != 0 || m_parser.upgrade != 0 || (error != HPE_OK && error != HPE_PAUSED)) {
             fail(OpcUa_BadDecodingError);
             break;
         }
@@ -147,7 +147,7 @@ int HttpAnswerReader::fail(OpcUa_StatusCode status)
 {
     if (m_fault == 0)
         m_fault = status;
-    return 1;
+    return -1; // 1 and 2 have meanings of their own to the parser
 }
 
 // Keeps the beginning of a text, and counts all of it.

@@ -9,6 +9,7 @@
 #include <memory>
 #include <new>
 #include <span>
+#include <utility>
 
 namespace opcua {
 
@@ -17,6 +18,19 @@ namespace opcua {
 class ByteBuffer
 {
 public:
+    ByteBuffer() = default;
+    ByteBuffer(ByteBuffer&& other) noexcept
+        : m_bytes(std::move(other.m_bytes)), m_size(std::exchange(other.m_size, 0)),
+          m_capacity(std::exchange(other.m_capacity, 0))
+    {
+    }
+    ByteBuffer& operator=(ByteBuffer&& other) noexcept
+    {
+        std::swap(m_bytes, other.m_bytes);
+        std::swap(m_size, other.m_size);
+        std::swap(m_capacity, other.m_capacity);
+        return *this;
+    }
     [[nodiscard]] std::span<const OpcUa_Byte> view() const { return {m_bytes.get(), m_size}; }
     [[nodiscard]] OpcUa_Byte* data() { return m_bytes.get(); }
     [[nodiscard]] size_t size() const { return m_size; }

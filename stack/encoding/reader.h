@@ -83,17 +83,16 @@ private:
     bool knownBody(const OpcUa_EncodeableType& type, OpcUa_Int32 length, OpcUa_ExtensionObject& value);
 
     bool field(const OpcUa_FieldDescriptor& descriptor, void* object);
-    bool plainField(OpcUa_Byte kind, void* target);
-    [[nodiscard]] const OpcUa_Byte* plainLocalizedText(OpcUa_LocalizedText& value);
+    [[nodiscard]] const OpcUa_Byte* plainField(const OpcUa_Byte* at, OpcUa_Byte kind, void* target);
+    [[nodiscard]] const OpcUa_Byte* plainLocalizedText(const OpcUa_Byte* at, OpcUa_LocalizedText& value);
     [[nodiscard]] const OpcUa_Byte* plainText(const OpcUa_Byte* at, OpcUa_String& value);
     template <class T>
-    bool plainNumber(T& value)
+    [[nodiscard]] const OpcUa_Byte* plainNumber(const OpcUa_Byte* at, T& value)
     {
-        if (left() < sizeof(T))
-            return false;
-        std::memcpy(&value, m_at, sizeof(T));
-        m_at += sizeof(T);
-        return true;
+        if (static_cast<size_t>(m_end - at) < sizeof(T))
+            return nullptr;
+        std::memcpy(&value, at, sizeof(T));
+        return at + sizeof(T);
     }
     bool indirectField(const OpcUa_FieldDescriptor& descriptor, void* object);
     bool prefixedStructure(const OpcUa_EncodeableType& type, void* object);

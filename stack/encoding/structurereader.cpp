@@ -250,67 +250,60 @@ inline const OpcUa_Byte* Reader::plainText(const OpcUa_Byte* at, OpcUa_String& v
     return at + bytes;
 }
 
-// The usual forms of the usual fields, with one look at the bytes left for each. False, with nothing read,
-// for all else.
-inline bool Reader::plainField(OpcUa_Byte kind, void* target)
+// The usual forms of the usual fields, with one look at the bytes left for each. Null, with nothing read, for
+// all else.
+inline const OpcUa_Byte* Reader::plainField(const OpcUa_Byte* at, OpcUa_Byte kind, void* target)
 {
-    const OpcUa_Byte* next = nullptr;
+    const auto bytesLeft = static_cast<size_t>(m_end - at);
     switch (kind) {
     case OpcUaType_Int32:
     case OpcUaType_UInt32:
     case OpcUaType_Float:
     case OpcUaType_StatusCode:
     case OpcUa_FieldKind_Enumeration:
-        return plainNumber(*static_cast<OpcUa_UInt32*>(target));
+        return plainNumber(at, *static_cast<OpcUa_UInt32*>(target));
     case OpcUaType_Int64:
     case OpcUaType_UInt64:
     case OpcUaType_Double:
-        return plainNumber(*static_cast<OpcUa_UInt64*>(target));
+        return plainNumber(at, *static_cast<OpcUa_UInt64*>(target));
     case OpcUaType_Boolean:
-        if (left() == 0)
-            return false;
-        *static_cast<OpcUa_Boolean*>(target) = *m_at++ != 0;
-        return true;
+        if (bytesLeft == 0)
+            return nullptr;
+        *static_cast<OpcUa_Boolean*>(target) = *at != 0;
+        return at + 1;
     case OpcUaType_NodeId:
-        if (left() >= LongestNumericNodeId)
-            next = takeNumericNodeId(m_at, *static_cast<OpcUa_NodeId*>(target));
-        break;
-    case OpcUaType_ExpandedNodeId:
-        if (left() >= LongestNumericNodeId) {
-            auto& value = *static_cast<OpcUa_ExpandedNodeId*>(target);
-            next = takeNumericNodeId(m_at, value.NodeId);
-            value.NamespaceUri = {-1, nullptr};
-            value.ServerIndex = 0;
-        }
-        break;
-    case OpcUaType_String:
-        next = plainText(m_at, *static_cast<OpcUa_String*>(target));
-        break;
-    case OpcUaType_QualifiedName:
-        if (left() >= sizeof(OpcUa_UInt16)) {
-            auto& value = *static_cast<OpcUa_QualifiedName*>(target);
-            std::memcpy(&value.NamespaceIndex, m_at, sizeof value.NamespaceIndex);
-            next = plainText(m_at + sizeof value.NamespaceIndex, value.Name);
-        }
-        break;
-    case OpcUaType_LocalizedText:
-        next = plainLocalizedText(*static_cast<OpcUa_LocalizedText*>(target));
-        break;
-    default:
-        return false;
+        if (bytesLeft < LongestNumericNodeId)
+            return nullptr;
+        return takeNumericNodeId(at, *static_cast<OpcUa_NodeId*>(target));
+    case OpcUaType_ExpandedNodeId: {
+        if (bytesLeft < LongestNumericNodeId)
+            return nullptr;
+        auto& value = *static_cast<OpcUa_ExpandedNodeId*>(target);
+        value.NamespaceUri = {-1, nullptr};
+        value.ServerIndex = 0;
+        return takeNumericNodeId(at, value.NodeId);
     }
-    if (next == nullptr)
-        return false;
-    m_at = next;
-    return true;
+    case OpcUaType_String:
+        return plainText(at, *static_cast<OpcUa_String*>(target));
+    case OpcUaType_QualifiedName: {
+        if (bytesLeft < sizeof(OpcUa_UInt16))
+            return nullptr;
+        auto& value = *static_cast<OpcUa_QualifiedName*>(target);
+        std::memcpy(&value.NamespaceIndex, at, sizeof value.NamespaceIndex);
+        return plainText(at + sizeof value.NamespaceIndex, value.Name);
+    }
+    case OpcUaType_LocalizedText:
+        return plainLocalizedText(at, *static_cast<OpcUa_LocalizedText*>(target));
+    default:
+        return nullptr;
+    }
 }
 
-inline const OpcUa_Byte* Reader::plainLocalizedText(OpcUa_LocalizedText& value)
+inline const OpcUa_Byte* Reader::plainLocalizedText(const OpcUa_Byte* at, OpcUa_LocalizedText& value)
 {
-    if (left() == 0)
+    if (at == m_end)
         return nullptr;
-    const OpcUa_Byte mask = *m_at;
-    const OpcUa_Byte* at = m_at + 1;
+    const OpcUa_Byte mask = *at++;
     value = {{-1, nullptr}, {-1, nullptr}};
     if ((mask & 0x01) != 0)
         at = plainText(at, value.Locale);
@@ -327,17 +320,26 @@ bool Reader::structure(const OpcUa_EncodeableType& type, void* object)
         return prefixedStructure(type, object);
     if (type.FieldCount == 0)
         OpcUa_EncodeableObject_Initialize(&type, object);
+    const OpcUa_Byte* at = m_at; // in a register: one field need not wait until memory has the last one's end
     for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
         const OpcUa_FieldDescriptor& descriptor = type.Fields[i];
-        const bool direct = !descriptor.IsArray && !descriptor.IsPointer;
-        if (direct && plainField(descriptor.Kind, elementAt(object, 1, descriptor.Offset)))
-            continue;
-        if (field(descriptor, object))
-            continue;
-        initializeFields(type, i, object);
-        OpcUa_EncodeableObject_Clear(&type, object);
-        return false;
+        if (!descriptor.IsArray && !descriptor.IsPointer) {
+            const OpcUa_Byte* const next =
+                plainField(at, descriptor.Kind, elementAt(object, 1, descriptor.Offset));
+            if (next != nullptr) {
+                at = next;
+                continue;
+            }
+        }
+        m_at = at;
+        if (!field(descriptor, object)) {
+            initializeFields(type, i, object);
+            OpcUa_EncodeableObject_Clear(&type, object);
+            return false;
+        }
+        at = m_at;
     }
+    m_at = at;
     return true;
 }
 

@@ -12,10 +12,33 @@ namespace {
 
 constexpr OpcUa_UInt32 defaultTimeout = 10'000; // ms
 
-struct PreparedRequest
+constexpr size_t keptCapacity = 64 * 1024;
+
+// A thread's requests take turns in one buffer.
+thread_local ByteBuffer t_spareBuffer;
+
+class PreparedRequest
 {
-    Bytes body;
+public:
+    PreparedRequest() : m_buffer(std::move(t_spareBuffer)) {}
+    ~PreparedRequest()
+    {
+        if (m_buffer.size() > 0)
+            ::explicit_bzero(m_buffer.data(), m_buffer.size()); // it may have held a password
+        m_buffer.clear();
+        m_buffer.trim(keptCapacity);
+        t_spareBuffer = std::move(m_buffer);
+    }
+    PreparedRequest(const PreparedRequest&) = delete;
+    PreparedRequest& operator=(const PreparedRequest&) = delete;
+
+    [[nodiscard]] ByteBuffer& buffer() { return m_buffer; }
+    [[nodiscard]] ByteView body() const { return m_buffer.view(); }
+
     TimePoint deadline;
+
+private:
+    ByteBuffer m_buffer;
 };
 
 OpcUa_StatusCode prepare(const Channel& channel, const OpcUa_EncodeableType& type, const void* request,
@@ -24,9 +47,9 @@ OpcUa_StatusCode prepare(const Channel& channel, const OpcUa_EncodeableType& typ
     const OpcUa_UInt32 hint = static_cast<const OpcUa_RequestHeader*>(request)->TimeoutHint;
     prepared.deadline = std::chrono::steady_clock::now() + Milliseconds{hint == 0 ? defaultTimeout : hint};
     const OpcUa_StatusCode status =
-        encodeMessage(type, request, channel.runtime().encodingLimits(), prepared.body);
+        encodeMessage(type, request, channel.runtime().encodingLimits(), prepared.buffer());
     if (OpcUa_IsGood(status))
-        traceContent("Sending", type, prepared.body);
+        traceContent("Sending", type, prepared.body());
     return status;
 }
 
@@ -93,7 +116,7 @@ OpcUa_StatusCode invokeService(Channel& channel, const OpcUa_EncodeableType& req
     if (OpcUa_IsBad(status))
         return status;
     const auto call = std::make_shared<AwaitedCall>();
-    status = channel.fetch(call, prepared.body, prepared.deadline);
+    status = channel.fetch(call, prepared.body(), prepared.deadline);
     if (OpcUa_IsBad(status))
         return status;
     Bytes body;
@@ -121,7 +144,7 @@ OpcUa_StatusCode beginService(const std::shared_ptr<Channel>& channel,
         return status;
     channel->callbacks().start();
     auto call = std::make_shared<CallbackCall>(channel, responseType, std::move(completion));
-    return channel->send(std::move(call), prepared.body, prepared.deadline, false);
+    return channel->send(std::move(call), prepared.body(), prepared.deadline, false);
 }
 
 } // namespace opcua

@@ -1,0 +1,10 @@
+// A process that does nothing: what one takes without the stack.
+#include "processmemory.h"
+
+#include <cstdio>
+
+int main()
+{
+    std::printf("%zu\n", opcua::bench::peakKilobytes());
+    return 0;
+}

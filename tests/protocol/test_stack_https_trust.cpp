@@ -1,0 +1,171 @@
+// Which TLS certificates a channel takes, and who may overrule what it finds.
+#include "httpsfixture.h"
+
+#include <tests/support/temporaryfolder.h>
+
+#include <future>
+
+namespace opcua::test {
+namespace {
+
+namespace tc = testcertificates;
+
+// What a channel finds wrong, with a folder of trusted certificates.
+class Judged
+{
+public:
+    Judged()
+    {
+        std::filesystem::create_directories(m_folder.file("certs"));
+        std::filesystem::create_directories(m_folder.file("crl"));
+    }
+    void trust(const tc::Der& certificate)
+    {
+        TemporaryFolder::write(m_folder.file("certs/" + tc::hashedName(certificate)),
+                               tc::pem("CERTIFICATE", certificate));
+    }
+    void revoke(const tc::Der& list)
+    {
+        TemporaryFolder::write(m_folder.file("crl/list.crl"), std::string(list.begin(), list.end()));
+    }
+    OpcUa_StatusCode connect(const HttpsPeer& peer, bool accepting, const std::string& host = "127.0.0.1")
+    {
+        findings.clear();
+        m_accepting = accepting;
+        const std::string trusted = m_folder.file("certs");
+        const std::string lists = m_folder.file("crl");
+        const OpcUa_PkiConfiguration pki{trusted.c_str(), lists.c_str(), nullptr, nullptr};
+        HttpsChannel channel;
+        channel.info.PkiConfiguration = &pki;
+        channel.info.CallbackContext = this;
+        channel.info.Callback = [](OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode status,
+                                   void* details, void* context) -> OpcUa_StatusCode {
+            auto& self = *static_cast<Judged*>(context);
+            if (event != OpcUa_Channel_Event_VerifyCertificate)
+                return OpcUa_Good;
+            EXPECT_GT(static_cast<OpcUa_CertificateValidation*>(details)->Certificate.Length, 0);
+            self.findings.push_back(status);
+            return self.m_accepting ? OpcUa_StatusCode{OpcUa_Good} : status;
+        };
+        const OpcUa_StatusCode status = channel.connect(peer.url(host));
+        return OpcUa_IsGood(status) ? channel.call() : status;
+    }
+    std::vector<OpcUa_StatusCode> findings;
+
+private:
+    TemporaryFolder m_folder;
+    bool m_accepting = false;
+};
+
+TEST_F(StackHttps, EachFaultOfACertificateIsFoundAndMayBeOverruled)
+{
+    EVP_PKEY* const authorityKey = ellipticKey("authority");
+    tc::Recipe authorityRecipe = recipe("Authority", authorityKey);
+    authorityRecipe.authority = true;
+    const tc::Der authority = tc::make(authorityRecipe);
+    tc::Recipe issued = recipe("issued");
+    issued.issuer = "Authority";
+    issued.issuerPair = authorityKey;
+    issued.serial = 7;
+    tc::Recipe expired = issued;
+    expired.from = -7200;
+    expired.to = -3600;
+    tc::Recipe elsewhere = issued;
+    elsewhere.names = "DNS:elsewhere.example";
+    tc::Recipe weak = issued;
+    weak.pair = tc::key(1024, "weak");
+    tc::Recipe foreignRecipe = authorityRecipe;
+    foreignRecipe.pair = ellipticKey("foreign");
+    const tc::Der foreign = tc::make(foreignRecipe);
+
+    struct Case
+    {
+        const char* name;
+        tc::Recipe server;
+        const tc::Der* trusted; // null: the server's certificate itself
+        std::vector<long> revoked;
+        OpcUa_StatusCode status;
+    };
+    const std::vector<Case> cases{
+        {"issued by a trusted one", issued, &authority, {}, OpcUa_Good},
+        {"trusted itself, its issuer unknown", issued, nullptr, {}, OpcUa_Good},
+        {"signed by itself and trusted", recipe("own"), nullptr, {}, OpcUa_Good},
+        {"signed by itself", recipe("own"), &authority, {}, OpcUa_BadCertificateUntrusted},
+        {"expired", expired, &authority, {}, OpcUa_BadCertificateTimeInvalid},
+        {"of another host", elsewhere, &authority, {}, OpcUa_BadCertificateHostNameInvalid},
+        {"with a weak key", weak, &authority, {}, OpcUa_BadCertificatePolicyCheckFailed},
+        {"revoked", issued, &authority, {7}, OpcUa_BadCertificateRevoked},
+        {"another revoked", issued, &authority, {8}, OpcUa_Good},
+    };
+    for (const Case& c : cases) {
+        const TlsIdentity identity = makeIdentity(c.server);
+        Judged judged;
+        judged.trust(c.trusted != nullptr ? *c.trusted : identity.certificate);
+        if (!c.revoked.empty())
+            judged.revoke(tc::makeRevocationList("Authority", authorityKey, c.revoked));
+        const HttpsPeer peer(serveAll, identity);
+        EXPECT_EQ(judged.connect(peer, false), c.status) << c.name;
+        EXPECT_EQ(judged.findings.size(), OpcUa_IsGood(c.status) ? 0u : 1u) << c.name;
+        EXPECT_EQ(judged.connect(peer, true), OpcUa_Good) << c.name;
+    }
+    Judged judged;
+    judged.trust(foreign);
+    const HttpsPeer peer(serveAll, makeIdentity(issued));
+    EXPECT_TRUE(OpcUa_IsBad(judged.connect(peer, true))) << "an issuer of that name, but not the one";
+}
+
+TEST_F(StackHttps, ACertificateIsMadeForTheNameInTheAddress)
+{
+    tc::Recipe named = recipe("named");
+    named.names = "DNS:localhost,DNS:*.example";
+    const TlsIdentity identity{tc::make(named), named.pair};
+    Judged judged;
+    judged.trust(identity.certificate);
+    const HttpsPeer peer(serveAll, identity);
+    EXPECT_EQ(judged.connect(peer, false, "localhost"), OpcUa_Good);
+    EXPECT_EQ(judged.connect(peer, false, "127.0.0.1"), OpcUa_BadCertificateHostNameInvalid);
+}
+
+TEST_F(StackHttps, AnApplicationThatIsStillThinkingDoesNotHoldUpTheEndOfConnect)
+{
+    const HttpsPeer peer(serveAll);
+    TemporaryFolder empty;
+    const OpcUa_PkiConfiguration pki{empty.path().c_str(), nullptr, nullptr, nullptr};
+    std::promise<void> decided;
+    HttpsChannel channel;
+    channel.info.PkiConfiguration = &pki;
+    channel.info.CallbackContext = &decided;
+    channel.info.Callback = [](OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode, void*,
+                               void* context) -> OpcUa_StatusCode {
+        if (event == OpcUa_Channel_Event_VerifyCertificate)
+            static_cast<std::promise<void>*>(context)->get_future().wait();
+        return OpcUa_Good;
+    };
+    auto connected = std::async(std::launch::async, [&] { return channel.connect(peer.url(), 200); });
+    // the callback thread is drained before connect returns, so the answer has to come in the end
+    EXPECT_EQ(connected.wait_for(500ms), std::future_status::timeout);
+    decided.set_value();
+    EXPECT_EQ(connected.get(), OpcUa_BadCertificateUntrusted) << "the answer came too late";
+}
+
+TEST_F(StackHttps, KeysAreWrittenOnlyForWhomTheEnvironmentNames)
+{
+    constexpr const char* variable = "OPCUA_KEYLOGFILE";
+    const TemporaryFolder folder;
+    const std::string file = folder.file("keys");
+    const HttpsPeer peer(serveAll);
+    ASSERT_EQ(HttpsChannel().connect(peer.url()), OpcUa_Good);
+    EXPECT_TRUE(folder.names().empty());
+    OpcUa_ProxyStub_Clear();
+    ::setenv(variable, file.c_str(), 1);
+    const OpcUa_StatusCode started = OpcUa_ProxyStub_Initialize(nullptr);
+    ::unsetenv(variable);
+    ASSERT_EQ(started, OpcUa_Good);
+    ASSERT_EQ(HttpsChannel().connect(peer.url()), OpcUa_Good);
+    const std::string keys = TemporaryFolder::read(file);
+    EXPECT_NE(keys.find("CLIENT_TRAFFIC_SECRET_0 "), std::string::npos);
+    EXPECT_NE(keys.find("SERVER_TRAFFIC_SECRET_0 "), std::string::npos);
+}
+
+} // namespace
+} // namespace opcua::test
