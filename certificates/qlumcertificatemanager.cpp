@@ -236,7 +236,7 @@ void QlumCertificateManager::createOwnActions()
 {
     using M = QlumCertificateManager;
     m_refresh = addAction({"refresh",
-                           tr("Re&fresh"),
+                           tr("R&efresh"),
                            tr("Read all stores again"),
                            tr("<b>Refresh</b><br>Shows what is in the folders now."),
                            {}},

@@ -16,6 +16,8 @@
 #include <QMessageBox>
 #include <QTabWidget>
 
+#include <algorithm>
+
 namespace {
 const auto kTitle = QStringLiteral("CertificateManager");
 
@@ -27,6 +29,19 @@ int showBox(QWidget* parent, QMessageBox::Icon icon, const QString& title, const
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(preset);
     return box.exec();
+}
+
+// The host's present name first: the old certificate may have been made under another one.
+QlumOwnCertificate renewedHere(const UaPkiCertificate& old, const QlumOwnCertificate& initial)
+{
+    QlumOwnCertificate result = QlumOwnCertificate::renewed(old, initial);
+    UaStringArray names = initial.info.DNSNames;
+    for (const OpcUa_String& name : result.info.DNSNames)
+        if (std::none_of(names.begin(), names.end(),
+                         [&name](const OpcUa_String& other) { return UaString(other) == UaString(name); }))
+            names.append(name);
+    result.info.DNSNames = names;
+    return result;
 }
 } // namespace
 
@@ -142,8 +157,8 @@ void QlumCertificateManager::sltCopyApplicationCertificate()
         return;
     }
     const QString proposed = QDir::home().filePath(QFileInfo(m_store.ownCertificateFile).fileName());
-    QString target = QFileDialog::getSaveFileName(this, tr("Copy Application Certificate To"), proposed,
-                                                  tr("Certificates (*.der)"));
+    const QString target = QFileDialog::getSaveFileName(this, tr("Copy Application Certificate To"), proposed,
+                                                        tr("Certificates (*.der)"));
     if (target.isEmpty())
         return;
     if (UaDir::copy(toUaString(m_store.ownCertificateFile), toUaString(target)))
@@ -157,7 +172,7 @@ void QlumCertificateManager::sltCreateApplicationCertificate()
     QlumNewCertificateDlg dialog(m_applicationName, m_organization, false, m_canProtectKey, this);
     const UaPkiCertificate old = QlumStoreFiles::loadCertificate(m_store.ownCertificateFile);
     if (!old.isNull())
-        dialog.setValues(QlumOwnCertificate::renewed(old, dialog.values()));
+        dialog.setValues(renewedHere(old, dialog.values()));
     if (dialog.exec() != QDialog::Accepted)
         return;
     store(dialog);

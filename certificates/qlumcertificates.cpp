@@ -99,6 +99,8 @@ int QlumCertificates::show(int icon, const QString& title, const QString& text, 
     QMessageBox box(static_cast<QMessageBox::Icon>(icon), title, text,
                     static_cast<QMessageBox::StandardButtons>(buttons), QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
+    if (buttons & QMessageBox::Yes) // and not Reset, which costs the key
+        box.setDefaultButton(QMessageBox::Yes);
     return box.exec();
 }
 

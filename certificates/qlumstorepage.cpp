@@ -170,8 +170,10 @@ void QlumStorePage::updateCount()
     const int all = m_model ? m_model->rowCount() : 0;
     const int shown = m_sorted->rowCount();
     const QLocale locale = QLocale::system();
-    m_count->setText(shown == all ? tr("%1 entries").arg(locale.toString(all))
-                                  : tr("%1 of %2 entries").arg(locale.toString(shown), locale.toString(all)));
+    m_count->setText(all == 0 ? tr("Nothing here yet; drop files on the table to add them")
+                     : shown == all
+                         ? tr("%1 entries").arg(locale.toString(all))
+                         : tr("%1 of %2 entries").arg(locale.toString(shown), locale.toString(all)));
 }
 
 QModelIndex QlumStorePage::current() const

@@ -58,7 +58,7 @@ QlumCertificatePage::QlumCertificatePage(QlumCertificateModel::CertStoreType typ
 {
     using M = QlumCertificateModel;
     setModel(m_model, M::SortRole);
-    setWidths(view(), {{M::Status, 20},
+    setWidths(view(), {{M::Status, 26},
                        {M::Name, 30},
                        {M::ValidFrom, 24},
                        {M::ValidTo, 24},

@@ -9,6 +9,7 @@ QlumPasswordDlg::QlumPasswordDlg(QWidget* parent)
 {
     setWindowTitle(tr("Enter Password"));
     m_password->setEchoMode(QLineEdit::Password);
+    m_password->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
     m_password->setObjectName(QStringLiteral("password"));
     m_password->setAccessibleName(tr("Password"));
     m_password->setWhatsThis(

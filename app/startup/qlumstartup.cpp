@@ -105,6 +105,8 @@ int QlumStartup::run(int argc, char** argv)
                                   QString());
     QCoreApplication::installTranslator(&translator);
     setIdentity();
+    QApplication::setWindowIcon(
+        QIcon(QStringLiteral(":/images/tavelin.png"))); // of the dialogs before the window
     const QStringList settingsProblems = qlumCleanSettingsFile();
     const QPixmap pixmap(QStringLiteral(":/images/tavelin_splash.png"));
     QlumSplashScreen splash(pixmap, Qt::WindowStaysOnTopHint);

@@ -39,17 +39,17 @@ bool isBinaryType(std::string_view value)
     return value.empty() || value == "application/octet-stream" || value == "application/opcua+uabinary";
 }
 
-std::optional<std::chrono::seconds> idleLimitOf(std::string_view value)
+// The number of a parameter such as "timeout=5"; nothing when it is not there, or no number.
+std::optional<unsigned int> parameterOf(std::string_view value, std::string_view key)
 {
-    constexpr std::string_view key = "timeout=";
     const size_t at = value.find(key);
     if (at == std::string_view::npos)
         return {};
     const std::string_view digits = value.substr(at + key.size());
-    unsigned int seconds = 0;
-    if (std::from_chars(digits.data(), digits.data() + digits.size(), seconds).ec != std::errc{})
+    unsigned int number = 0;
+    if (std::from_chars(digits.data(), digits.data() + digits.size(), number).ec != std::errc{})
         return {};
-    return std::chrono::seconds(std::min(seconds, maxIdleSeconds));
+    return number;
 }
 
 } // namespace
@@ -187,7 +187,14 @@ void HttpAnswerReader::takeHeader()
     else if (field == "content-encoding")
         m_answer.binary &= value.empty() || value == "identity";
     else if (field == "keep-alive")
-        m_answer.idleLimit = idleLimitOf(value);
+        takeKeepAlive(value);
+}
+
+void HttpAnswerReader::takeKeepAlive(std::string_view value)
+{
+    if (const auto seconds = parameterOf(value, "timeout="))
+        m_answer.idleLimit = std::chrono::seconds(std::min(*seconds, maxIdleSeconds));
+    m_answer.requestsLeft = parameterOf(value, "max=");
 }
 
 int HttpAnswerReader::onHeadersComplete()

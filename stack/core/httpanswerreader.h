@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace opcua {
 
@@ -19,6 +20,7 @@ struct HttpAnswer
     bool binary = true;                            // the body is, or may be, an encoded message as it stands
     bool last = false;                             // the peer closes behind it
     std::optional<std::chrono::seconds> idleLimit; // after which the peer closes an unused connection
+    std::optional<unsigned int> requestsLeft;      // that the peer takes on this connection behind this one
     Bytes body;                                    // of status 200 only
 };
 
@@ -47,6 +49,7 @@ private:
     int onHeadersComplete();
     int onBody(const char* at, size_t length);
     void takeHeader();
+    void takeKeepAlive(std::string_view value);
     int fail(OpcUa_StatusCode status);
 
     http_parser m_parser{};

@@ -11,7 +11,7 @@ namespace {
 // Moving, with requests on it that this one goes well with.
 bool isShared(const HttpLaneLoad& lane, HttpPace pace)
 {
-    if (lane.outstanding == 0 || lane.slowest != pace)
+    if (lane.outstanding == 0 || lane.full || lane.slowest != pace)
         return false;
     return pace == HttpPace::LongPoll || (pace == HttpPace::Quick && !lane.stalled);
 }
@@ -45,14 +45,14 @@ std::optional<size_t> chooseLane(std::span<const HttpLaneLoad> lanes, HttpPace p
             return n;
     }
     for (size_t n = 0; n < lanes.size(); ++n) {
-        if (lanes[n].outstanding == 0)
+        if (lanes[n].outstanding == 0 && !lanes[n].full)
             return n;
     }
     if (lanes.size() < maxHttpLanes)
         return {};
     // none suits and none can be added: never behind a Publish if it can be helped, then where least waits
     const auto cost = [](const HttpLaneLoad& lane) {
-        return std::tuple(lane.slowest == HttpPace::LongPoll, lane.stalled, lane.outstanding);
+        return std::tuple(lane.full, lane.slowest == HttpPace::LongPoll, lane.stalled, lane.outstanding);
     };
     const auto least = std::ranges::min_element(lanes, {}, cost);
     return static_cast<size_t>(least - lanes.begin());

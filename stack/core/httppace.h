@@ -28,6 +28,7 @@ struct HttpLaneLoad
     size_t outstanding = 0;
     HttpPace slowest = HttpPace::Quick; // of those outstanding
     bool stalled = false;
+    bool full = false; // the peer will close it behind those outstanding
 };
 
 // The index of the connection that the request goes to; nothing when it should get a new one. Quick requests

@@ -113,6 +113,7 @@ void HttpPipeline::takeAnswer(HttpAnswer&& answer, TimePoint now)
     const Request request = takeFirst();
     m_lastUse = m_owedSince = now;
     m_idleLimit = answer.idleLimit;
+    m_requestsLeft = answer.requestsLeft;
     OpcUa_StatusCode status = statusOfHttp(answer.status);
     if (OpcUa_IsGood(status) && !answer.binary)
         status = OpcUa_BadUnknownResponse;
@@ -124,7 +125,7 @@ void HttpPipeline::takeAnswer(HttpAnswer&& answer, TimePoint now)
         --m_waiting;
         m_listener.onResponse(request.id, std::move(answer.body));
     }
-    if (answer.last)
+    if (answer.last || (m_requests.empty() && m_requestsLeft == 0u))
         end(State::Finished, OpcUa_BadConnectionClosed);
     endIfForsaken();
 }
@@ -181,7 +182,8 @@ void HttpPipeline::advance(TimePoint now)
 HttpLaneLoad HttpPipeline::load(TimePoint now) const
 {
     HttpLaneLoad result{m_requests.size(), HttpPace::Quick,
-                        !m_requests.empty() && now - m_owedSince > httpPatience};
+                        !m_requests.empty() && now - m_owedSince > httpPatience,
+                        m_requestsLeft && m_requests.size() >= *m_requestsLeft};
     for (const HttpPace pace : {HttpPace::Slow, HttpPace::LongPoll}) {
         if (m_byPace[static_cast<size_t>(pace)] != 0)
             result.slowest = pace;

@@ -88,6 +88,7 @@ private:
     TimePoint m_lastUse{};
     TimePoint m_owedSince{}; // the answer to the first request
     std::optional<std::chrono::seconds> m_idleLimit;
+    std::optional<unsigned int> m_requestsLeft; // behind the last answer, those outstanding included
 };
 
 // Request line and header fields of every request, OPC 10000-6, 7.4. authority is host and port as in the

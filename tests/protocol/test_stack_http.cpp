@@ -208,6 +208,19 @@ TEST(HttpPipelines, EndWhenThePeerSaysSo)
     static_cast<void>(idle.send());
     idle.receive(answer("x", "Keep-Alive: timeout=8, max=5\r\n"));
     EXPECT_EQ(idle.engine.closeIdleAt(), start + 6s);
+
+    // a server that takes so many requests only would close behind the last of them, whatever follows
+    for (int n = 0; n < 4; ++n)
+        static_cast<void>(idle.send());
+    EXPECT_FALSE(idle.engine.load(start).full);
+    static_cast<void>(idle.send());
+    EXPECT_TRUE(idle.engine.load(start).full);
+    const std::string left = "Keep-Alive: max=";
+    idle.receive(answer("", left + "4\r\n") + answer("", left + "3\r\n") + answer("", left + "2\r\n") +
+                 answer("", left + "1\r\n"));
+    EXPECT_EQ(idle.engine.state(), HttpPipeline::State::Open);
+    idle.receive(answer("", left + "0\r\n"));
+    EXPECT_EQ(idle.engine.state(), HttpPipeline::State::Finished);
 }
 
 TEST(HttpPipelines, TellAPublishFromARead)
@@ -240,6 +253,7 @@ TEST(HttpLanes, NoQuickRequestWaitsBehindASlowOne)
     const HttpLaneLoad stuck{5, Quick, true};
     const HttpLaneLoad calling{1, Slow, false};
     const HttpLaneLoad publishing{3, LongPoll, true};
+    const HttpLaneLoad full{2, Quick, false, true};
     struct Case
     {
         std::vector<HttpLaneLoad> lanes;
@@ -257,6 +271,7 @@ TEST(HttpLanes, NoQuickRequestWaitsBehindASlowOne)
         {{idle, publishing}, LongPoll, 1},
         {{reading}, LongPoll, fresh},
         {{stuck, calling}, Quick, fresh},
+        {{full, {0, Quick, false, true}, reading}, Quick, 2},
         {{reading, calling}, Slow, fresh},
         {{reading, calling, idle}, Slow, 2},
         // no place is left: behind what is likeliest to move

@@ -52,10 +52,13 @@ extern "C" int getaddrinfo(const char* host, const char* service, const addrinfo
         g_gate.pass();
         return EAI_AGAIN;
     }
-    // "first-and-second.test": 127.0.0.2, then 127.0.0.1
-    if (const int error = systemResolve("127.0.0.2", service, hints, result); error != 0)
+    // "first-and-second.test": 127.0.0.2, then 127.0.0.1; "both-families.test": ::1, then 127.0.0.1
+    addrinfo numeric = *hints;
+    numeric.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
+    const char* const first = name == "both-families.test" ? "::1" : "127.0.0.2";
+    if (const int error = systemResolve(first, service, &numeric, result); error != 0)
         return error;
-    return systemResolve("127.0.0.1", service, hints, &(*result)->ai_next);
+    return systemResolve("127.0.0.1", service, &numeric, &(*result)->ai_next);
 }
 
 namespace opcua::test {
@@ -113,6 +116,14 @@ TEST_F(StackNames, AddressThatRefusesMakesWayForTheNext)
     LoopbackPeer peer(serving(answerAtOnce));
     Channel channel;
     EXPECT_EQ(channel.connect(peer.url("first-and-second.test")), OpcUa_Good);
+    EXPECT_EQ(channel.call(), OpcUa_Good);
+}
+
+TEST_F(StackNames, AddressesOfBothFamiliesAreTried)
+{
+    LoopbackPeer peer(serving(answerAtOnce)); // where the first address leads to nobody
+    Channel channel;
+    EXPECT_EQ(channel.connect(peer.url("both-families.test")), OpcUa_Good);
     EXPECT_EQ(channel.call(), OpcUa_Good);
 }
 

@@ -239,6 +239,10 @@ OpcUa_StatusCode FakeStack::connect(const OpcUa_ChannelConnectInfo& info, OpcUa_
     m_journal.emplace_back("Connect");
     m_event = info.Callback;
     m_eventContext = info.CallbackContext;
+    if (std::string_view(info.SecurityPolicyUri) == OpcUa_SecurityPolicy_Basic128Rsa15 &&
+        info.AllowBasic128Rsa15 == OpcUa_False) {
+        return OpcUa_BadSecurityPolicyRejected; // as the real one
+    }
     if (m_connectHangs) {
         m_cancelled.wait_for(lock, std::chrono::seconds(30), [this] { return m_cancelRequested; });
         m_cancelRequested = false;

@@ -33,7 +33,7 @@ inline TlsIdentity makeIdentity(testcertificates::Recipe recipe = {})
 {
     if (recipe.pair == nullptr)
         recipe.pair = ellipticKey();
-    if (recipe.names == testcertificates::Recipe().names)
+    if (std::string_view(recipe.names) == testcertificates::Recipe().names)
         recipe.names = "IP:127.0.0.1,DNS:localhost";
     return {testcertificates::make(recipe), recipe.pair};
 }

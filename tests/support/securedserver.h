@@ -53,6 +53,7 @@ public:
         UaClientSdk::SessionSecurityInfo info;
         info.securityPolicyUri = UaString(m_policyUri.c_str());
         info.messageSecurityMode = m_mode;
+        info.basic128Rsa15Accepted = m_policyUri == OpcUa_SecurityPolicy_Basic128Rsa15;
         if (info.isSecured()) {
             info.serverCertificate = certificate;
         }

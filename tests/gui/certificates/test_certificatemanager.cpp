@@ -254,7 +254,9 @@ TEST_F(CertificateManager, DroppedFilesAreAddedAfterAQuestion)
 
 TEST_F(CertificateManager, NewApplicationCertificateTakesTheOldOnesPlace)
 {
-    ASSERT_EQ(values(QStringLiteral("Old Name")).create(), QString());
+    QlumOwnCertificate old = values(QStringLiteral("Old Name"));
+    old.info.DNSNames.append(*UaString("old.example").get());
+    ASSERT_EQ(old.create(), QString());
     open();
     QSignalSpy created(manager, &QlumCertificateManager::sigNewCertificateCreated);
     {
@@ -275,6 +277,8 @@ TEST_F(CertificateManager, NewApplicationCertificateTakesTheOldOnesPlace)
     EXPECT_EQ(created.count(), 1);
     const auto made = UaPkiCertificate::fromDERFile(uaPath(store.ownCertificateFile));
     EXPECT_EQ(made.subject().locality, UaString("Here"));
+    ASSERT_EQ(made.info().DNSNames.length(), 2u) << "this host and the old name";
+    EXPECT_EQ(UaString(made.info().DNSNames[1]), UaString("old.example"));
     const auto pair = UaPkiRsaKeyPair::fromPEMFile(uaPath(store.ownPrivateKeyFile));
     EXPECT_TRUE(UaPkiRsaKeyPair::checkKeyPair(made.publicKey(), pair.privateKey()));
     EXPECT_EQ(rows(), QStringLiteral("Own Certificate Old Name"));

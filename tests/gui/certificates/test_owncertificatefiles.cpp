@@ -31,8 +31,7 @@ TEST_F(OwnCertificateFiles, OtherProgramsReadThePair)
 {
     ASSERT_EQ(storeNew(QStringLiteral("secret")), QString());
     EXPECT_EQ(names(), pairOnly);
-    const QString text =
-        openssl({"x509", "-inform", "DER", "-in", files.certificate, "-noout", "-text"});
+    const QString text = openssl({"x509", "-inform", "DER", "-in", files.certificate, "-noout", "-text"});
     QStringList extensions;
     static const QRegularExpression extension(
         QStringLiteral("(X509v3|Netscape) (?!extensions)([A-Za-z ]+): ?(critical)?\\n +([^\\n]*)"));

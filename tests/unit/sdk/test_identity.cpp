@@ -66,6 +66,17 @@ TEST_F(IdentityTest, EveryPolicyProtectsEveryUser)
     }
 }
 
+TEST_F(IdentityTest, TheUnsafePolicyNeedsTheUsersConsent)
+{
+    SecuredServer server(stack, OpcUa_SecurityPolicy_Basic128Rsa15, OpcUa_MessageSecurityMode_SignAndEncrypt);
+    SessionSecurityInfo security = server.clientSecurity();
+    security.basic128Rsa15Accepted = false;
+    EXPECT_EQ(connect(security).statusCode(), OpcUa_BadSecurityPolicyRejected);
+    security.basic128Rsa15Accepted = true;
+    EXPECT_TRUE(connect(security).isGood());
+    disconnect();
+}
+
 TEST_F(IdentityTest, UnsecuredChannelTakesTheStrongestPolicyOfTheTokens)
 {
     SecuredServer server(stack, OpcUa_SecurityPolicy_None, OpcUa_MessageSecurityMode_None);
