@@ -58,9 +58,9 @@ void measure(const Responder& responder)
     UaSession session;
     SessionConnectInfo info;
     info.watchdogTime = 600000; // the canned answers do not know the server's state
-    const std::string url = "opc.tcp://127.0.0.1:" + std::to_string(responder.port(false));
     const bool connected =
-        session.connect(UaString(url.c_str()), info, SessionSecurityInfo(), &callback).isGood();
+        session.connect(UaString(responder.url(false).c_str()), info, SessionSecurityInfo(), &callback)
+            .isGood();
     std::vector<double> wakeUps;
     std::vector<double> cpu;
     for (int n = 0; n < rounds && connected; ++n) {
