@@ -20,9 +20,6 @@ constexpr auto idleWait = std::chrono::milliseconds(100);
 constexpr auto reconnectWait = std::chrono::milliseconds(500);
 constexpr OpcUa_UInt32 closeTimeout = 10000;
 constexpr OpcUa_UInt32 shutdownState = 4;
-// A server that keeps refusing is left in peace after this many attempts: one a minute from then on.
-constexpr OpcUa_UInt32 patience = 100;
-constexpr OpcUa_UInt64 slowPace = 60000;
 
 // Failures that a busy server or network may show once without being gone.
 bool isTolerable(OpcUa_StatusCode status)
@@ -38,7 +35,7 @@ bool isTolerable(OpcUa_StatusCode status)
 
 ConnectionMonitor::ConnectionMonitor(SessionContext& context, SessionHousekeeping& housekeeping)
     : m_context(context), m_housekeeping(housekeeping), m_connector(context), m_activator(context),
-      m_lastCheck(OpcUa_GetTickCount())
+      m_schedule(OpcUa_GetTickCount())
 {
 }
 
@@ -63,11 +60,9 @@ bool ConnectionMonitor::step()
         userRefused = m_context.userRefused;
     }
     const OpcUa_UInt64 now = OpcUa_GetTickCount();
-    const bool wentBack = now < m_lastCheck;
-    const OpcUa_UInt64 elapsed = wentBack ? 0 : now - m_lastCheck;
     if (status == UaClient::Connected || status == UaClient::ConnectionWarningWatchdogTimeout) {
         // a link that is known to be gone needs no patience
-        if (elapsed > period || wentBack || m_context.linkLost.exchange(false)) {
+        if (m_schedule.isCheckDue(now, period) || m_context.linkLost.exchange(false)) {
             doServerStatusCheck();
         }
         return true;
@@ -79,7 +74,7 @@ bool ConnectionMonitor::step()
         }
     }
     // credentials that were refused once may lock the account when they are tried again
-    if (!userRefused && elapsed > (m_refusedInARow >= patience ? std::max(period, slowPace) : period)) {
+    if (!userRefused && m_schedule.isAttemptDue(now, period)) {
         doTryReconnect();
     }
     return true;
@@ -227,6 +222,9 @@ void ConnectionMonitor::evaluate(const UaStatus& status, OpcUa_Int32 state)
         if (m_context.connectRequested) {
             m_context.serverStatus = UaClient::ConnectionWarningWatchdogTimeout;
             lock.unlock();
+            if (status == OpcUa_BadTimeout) {
+                m_schedule.hurry();
+            }
             m_context.notifyStatus(UaClient::ConnectionWarningWatchdogTimeout);
         }
     } else if (before == UaClient::Connected || before == UaClient::ConnectionWarningWatchdogTimeout) {
@@ -261,7 +259,7 @@ void ConnectionMonitor::doTryReconnect()
             startNewSession();
         }
     } else {
-        ++m_refusedInARow;
+        m_schedule.refused();
     }
     stamp();
     UaTrace::tInOut("<-- UaSessionPrivate::doTryReconnect");
@@ -291,7 +289,7 @@ bool ConnectionMonitor::reactivate()
     if (!known || m_activator.activateSession().isBad()) {
         return false;
     }
-    m_refusedInARow = 0;
+    m_schedule.accepted();
     m_housekeeping.prepareResumed();
     if (setStatus(UaClient::Connected, OpcUa_ServerState_Running)) {
         m_housekeeping.afterReconnect();
@@ -313,11 +311,11 @@ void ConnectionMonitor::startNewSession()
         }
     }
     if (m_activator.createSession().isBad() || m_activator.activateSession().isBad()) {
-        ++m_refusedInARow;
+        m_schedule.refused();
         closeAndDisconnect();
         return;
     }
-    m_refusedInARow = 0;
+    m_schedule.accepted();
     m_housekeeping.prepareReplaced();
     if (setStatus(UaClient::Connected, OpcUa_ServerState_Running)) {
         m_housekeeping.afterReconnect();

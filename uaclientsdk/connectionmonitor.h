@@ -2,6 +2,7 @@
 #pragma once
 
 #include <uaclientsdk/channelconnector.h>
+#include <uaclientsdk/checkschedule.h>
 #include <uaclientsdk/sessionactivator.h>
 #include <uaclientsdk/sessioncontext.h>
 
@@ -31,7 +32,7 @@ private:
     [[nodiscard]] bool giveUpRefusedUser();
     void connectionLost(const UaStatus& status);
     void closeAndDisconnect();
-    void stamp() { m_lastCheck = OpcUa_GetTickCount(); }
+    void stamp() { m_schedule.stamp(OpcUa_GetTickCount()); }
     [[nodiscard]] UaStatus readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& state);
     void evaluate(const UaStatus& status, OpcUa_Int32 state);
     // Sets the status when connect is still requested; says whether it did.
@@ -41,8 +42,7 @@ private:
     SessionHousekeeping& m_housekeeping;
     ChannelConnector m_connector;
     SessionActivator m_activator;
-    OpcUa_UInt64 m_lastCheck;
-    OpcUa_UInt32 m_refusedInARow = 0;
+    CheckSchedule m_schedule;
 };
 
 // What a session does beside its connection: tables of its server, subscriptions.

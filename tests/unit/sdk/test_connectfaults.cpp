@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <uabase/uavariant.h>
+#include <uaclientsdk/checkschedule.h>
 
 namespace {
 
@@ -116,6 +117,44 @@ TEST_F(ConnectFaultTest, AnswerThatIsNoStateIsAFailedCheck)
     for (const auto& answer : answers) {
         EXPECT_EQ(statusAfterOneCheck(answer), UaClient::ConnectionErrorApiReconnect);
     }
+}
+
+TEST_F(ConnectFaultTest, SilentServerIsNoticedInTime)
+{
+    info.watchdogTime = 20000;
+    info.watchdogTimeout = 1000;
+    ASSERT_TRUE(connect().isGood());
+    stack.on(OpcUa_ReadRequest_EncodeableType, [this](const void* request, void*) {
+        stack.ticks += static_cast<const OpcUa_ReadRequest*>(request)->RequestHeader.TimeoutHint;
+        return static_cast<OpcUa_StatusCode>(OpcUa_BadTimeout);
+    });
+    const OpcUa_UInt64 silent = stack.ticks;
+    passWatchdogTime();
+    ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionWarningWatchdogTimeout,
+                                  UaClient::ConnectionErrorApiReconnect}));
+    EXPECT_LE(stack.ticks - silent, 20000u + 3 * 1000u + 1);
+}
+
+TEST(CheckSchedule, AttemptsFollowTheWatchdogTimeUntilTheServerHasRefusedForLong)
+{
+    UaClientSdk::CheckSchedule schedule(1000);
+    EXPECT_FALSE(schedule.isAttemptDue(6000, 5000));
+    EXPECT_TRUE(schedule.isAttemptDue(6001, 5000));
+    EXPECT_TRUE(schedule.isAttemptDue(999, 5000)); // the clock went back
+    EXPECT_TRUE(schedule.isCheckDue(999, 5000));
+    for (OpcUa_UInt32 i = 0; i < UaClientSdk::CheckSchedule::patience; ++i) {
+        EXPECT_TRUE(schedule.isAttemptDue(6001, 5000));
+        schedule.refused();
+    }
+    EXPECT_FALSE(schedule.isAttemptDue(61000, 5000));
+    EXPECT_TRUE(schedule.isAttemptDue(61001, 5000));
+    EXPECT_FALSE(schedule.isAttemptDue(61001, 90000)); // never faster than was asked for
+    schedule.accepted();
+    EXPECT_TRUE(schedule.isAttemptDue(6001, 5000));
+    schedule.hurry();
+    EXPECT_TRUE(schedule.isCheckDue(1001, 5000));
+    schedule.stamp(1002);
+    EXPECT_FALSE(schedule.isCheckDue(1003, 5000));
 }
 
 TEST_F(ConnectFaultTest, ErrorsOfAReconnectAreToldOnTheSessionThread)

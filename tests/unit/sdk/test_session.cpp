@@ -67,13 +67,13 @@ TEST_F(SessionTest, RetriedInitialConnectGoesOnInTheBackground)
 TEST_F(SessionTest, OneMissedCheckIsAWarningTheNextAnError)
 {
     ASSERT_TRUE(connect().isGood());
-    stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadTimeout});
+    stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadTcpServerTooBusy});
     passWatchdogTime();
     ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionWarningWatchdogTimeout}));
     passWatchdogTime();
     ASSERT_TRUE(callback.waitFor(
         {UaClient::Connected, UaClient::ConnectionWarningWatchdogTimeout, UaClient::Connected}));
-    stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadTimeout, OpcUa_BadTimeout});
+    stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadTcpServerTooBusy, OpcUa_BadTcpServerTooBusy});
     passWatchdogTime();
     ASSERT_TRUE(callback.waitFor({1, 0 + 2, 1, 2}));
     passWatchdogTime();

@@ -1,0 +1,52 @@
+// When a session checks its connection, and when it tries to bring it back.
+#pragma once
+
+#include <algorithm>
+
+#include <opcua/opcua_platform.h>
+
+namespace UaClientSdk {
+
+// Times are ms of the stack's clock. One thread.
+class CheckSchedule
+{
+public:
+    // A server that keeps refusing is left in peace after so many attempts: one a minute from then on.
+    static constexpr OpcUa_UInt32 patience = 100;
+    static constexpr OpcUa_UInt64 slowPace = 60000;
+
+    explicit CheckSchedule(OpcUa_UInt64 now) : m_last(now) {}
+
+    // A check or an attempt has ended.
+    void stamp(OpcUa_UInt64 now)
+    {
+        m_last = now;
+        m_urgent = false;
+    }
+    // The next check is due at once: who has been silent for the length of one check has had its time.
+    void hurry() { m_urgent = true; }
+    void refused() { ++m_refusedInARow; }
+    void accepted() { m_refusedInARow = 0; }
+
+    [[nodiscard]] bool isCheckDue(OpcUa_UInt64 now, OpcUa_UInt64 period) const
+    {
+        return m_urgent || isOver(now, period);
+    }
+    [[nodiscard]] bool isAttemptDue(OpcUa_UInt64 now, OpcUa_UInt64 period) const
+    {
+        return isOver(now, m_refusedInARow >= patience ? std::max(period, slowPace) : period);
+    }
+
+private:
+    // A clock that went back says nothing about how long ago something was.
+    [[nodiscard]] bool isOver(OpcUa_UInt64 now, OpcUa_UInt64 period) const
+    {
+        return now < m_last || now - m_last > period;
+    }
+
+    OpcUa_UInt64 m_last;
+    OpcUa_UInt32 m_refusedInARow = 0;
+    bool m_urgent = false;
+};
+
+} // namespace UaClientSdk
