@@ -10,6 +10,7 @@
 #include <uaclientsdk/uasubscription.h>
 
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -208,6 +209,8 @@ UaMonitoredItemCreateRequests makeRequests()
 
 struct Figures
 {
+    double idleWakeUps = 0;            // a second, of a session without subscriptions
+    double idlePercent = 0;            // of a core
     std::vector<double> creating;      // ms of CPU for all items
     std::vector<double> notifications; // us of CPU each
 };
@@ -227,6 +230,23 @@ void measureNotifications(UaSession& session, Figures& figures)
         figures.notifications.push_back((processCpu() - before) / (messagesOfARound * double{items}));
     }
     static_cast<void>(session.deleteSubscription(settings, &subscription)); // waits for the last callback
+}
+
+double wakeUps()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_nvcsw);
+}
+
+void measureIdle(UaSession& /*session*/, Figures& figures)
+{
+    constexpr unsigned int seconds = 3;
+    const double wakeUpsBefore = wakeUps();
+    const double cpuBefore = processCpu();
+    ::sleep(seconds);
+    figures.idleWakeUps = (wakeUps() - wakeUpsBefore) / seconds;
+    figures.idlePercent = (processCpu() - cpuBefore) / (seconds * 1e6) * 100;
 }
 
 void measureCreation(UaSession& session, Figures& figures)
@@ -274,9 +294,12 @@ int main()
     if (UaPlatformLayer::init() != 0)
         give("no platform layer");
     Figures figures;
+    withSession(port, figures, measureIdle);
     withSession(port, figures, measureCreation);
     withSession(port, figures, measureNotifications);
     UaPlatformLayer::cleanup();
+    printBudget("idle_session_wakeups_per_s", figures.idleWakeUps, 120, figures.idleWakeUps > 0);
+    printBudget("idle_session_percent_of_core", figures.idlePercent, 0.5, figures.idlePercent > 0);
     const double each = median(figures.notifications);
     printBudget("subscription_notification_us", each, 0.25, each > 0);
     const double creating = median(figures.creating);

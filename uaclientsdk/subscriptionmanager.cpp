@@ -271,8 +271,10 @@ void SubscriptionManager::clear()
 {
     SessionLock lock(m_context.mutex);
     m_state.startGenerationLocked();
-    for (auto& [id, subscription] : m_state.removeAllLocked()) {
-        subscription->invalidateLocked();
+    static_cast<void>(m_state.removeAllLocked());
+    m_dropped.clear();
+    for (const Owned& owned : m_owned) { // also those that have ended and were not told yet
+        owned.inside->invalidateLocked();
     }
 }
 

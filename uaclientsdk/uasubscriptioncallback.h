@@ -8,8 +8,9 @@ namespace UaClientSdk {
 
 // Runs on threads of the shared pool, one call at a time for each session but for the completions; no lock is
 // held. A callback may call the session and the subscription, also delete the subscription; it must not
-// disconnect the session. It holds up the notifications of its own session while it runs. The callee must
-// live until deleteSubscription or disconnect has returned.
+// disconnect the session. It holds up the notifications of its own session while it runs, and disconnect
+// waits a second for it at most. The callee must live until deleteSubscription has returned, which waits for
+// as long as it takes, also after a disconnect.
 class UaSubscriptionCallback
 {
 public:

@@ -1,4 +1,5 @@
 // Subscriptions against a server that is not ours.
+#include <algorithm>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -7,6 +8,7 @@
 
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
+#include <tests/support/owndemoserver.h>
 #include <uabase/uaaggregatefilter.h>
 #include <uabase/uadatachangefilter.h>
 #include <uabase/uaeventfilter.h>
@@ -21,10 +23,34 @@ using namespace UaClientSdk;
 
 constexpr auto limit = std::chrono::seconds(20);
 
-class QuietCallback : public UaSessionCallback
+class StatusCallback : public UaSessionCallback
 {
 public:
-    void connectionStatusChanged(OpcUa_UInt32, UaClient::ServerStatus) override {}
+    void connectionStatusChanged(OpcUa_UInt32, UaClient::ServerStatus status) override
+    {
+        std::lock_guard lock(m_mutex);
+        m_statuses.push_back(status);
+        m_changed.notify_all();
+    }
+
+    // Looks only at what came after the last one that was waited for.
+    [[nodiscard]] bool waitFor(UaClient::ServerStatus wanted)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, std::chrono::seconds(60), [&] {
+            const auto found = std::find(m_statuses.begin(), m_statuses.end(), wanted);
+            if (found == m_statuses.end()) {
+                return false;
+            }
+            m_statuses.erase(m_statuses.begin(), found + 1);
+            return true;
+        });
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<UaClient::ServerStatus> m_statuses;
 };
 
 // Keeps what comes, by client handle.
@@ -95,7 +121,12 @@ protected:
     static void SetUpTestSuite() { ASSERT_EQ(UaPlatformLayer::init(), 0); }
     static void TearDownTestSuite() { UaPlatformLayer::cleanup(); }
 
-    void SetUp() override { connect(session); }
+    void SetUp() override
+    {
+        const std::string url = demoserver::endpointUrl();
+        ASSERT_FALSE(url.empty()) << "the demo server has not been started";
+        connect(session, url);
+    }
 
     void TearDown() override
     {
@@ -104,13 +135,13 @@ protected:
         }
     }
 
-    void connect(UaSession& which)
+    void connect(UaSession& which, const std::string& url)
     {
-        const UaString url(demoserver::endpointUrl().c_str());
-        ASSERT_FALSE(url.isEmpty()) << "the demo server has not been started";
         SessionConnectInfo info;
         info.maxOperationsPerServiceCall = 1000;
-        const UaStatus status = which.connect(url, info, SessionSecurityInfo(), &callback);
+        info.watchdogTime = 1000;
+        info.watchdogTimeout = 1000;
+        const UaStatus status = which.connect(UaString(url.c_str()), info, SessionSecurityInfo(), &callback);
         ASSERT_TRUE(status.isGood()) << status.toString().toUtf8();
     }
 
@@ -162,7 +193,7 @@ protected:
         ASSERT_TRUE(OpcUa_IsGood(results[0]));
     }
 
-    QuietCallback callback;
+    StatusCallback callback;
     Inbox inbox;
     UaSession session;
     ServiceSettings settings;
@@ -298,7 +329,7 @@ TEST_F(SubscriptionDemoServer, SubscriptionMovesToAnotherSession)
     ASSERT_TRUE(inbox.waitUntil([&] { return inbox.values[5].size() > 2; }));
     Inbox otherInbox;
     UaSession other;
-    connect(other);
+    connect(other, demoserver::endpointUrl());
     UaUInt32Array available;
     UaSubscription* moved = nullptr;
     const UaStatus status =
@@ -310,6 +341,60 @@ TEST_F(SubscriptionDemoServer, SubscriptionMovesToAnotherSession)
     EXPECT_FALSE(subscription->isValid());
     EXPECT_TRUE(other.deleteSubscription(settings, &moved).isGood());
     EXPECT_TRUE(other.disconnect(settings, true).isGood());
+}
+
+// A server of its own, which may freeze and die.
+class SubscriptionOwnServer : public SubscriptionDemoServer
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(server.start());
+        connect(session, server.url());
+        ASSERT_TRUE(callback.waitFor(UaClient::Connected));
+        subscription = create();
+        ASSERT_TRUE(subscription);
+        monitor(*subscription, request(UaNodeId(UaString("Fast.003"), 2), 5));
+        ASSERT_TRUE(inbox.waitUntil([&] { return inbox.values[5].size() > 3; }));
+    }
+
+    OwnDemoServer server;
+    UaSubscription* subscription = nullptr;
+};
+
+TEST_F(SubscriptionOwnServer, SubscriptionGoesOnWhenTheServerWasFrozen)
+{
+    server.freeze();
+    ASSERT_TRUE(callback.waitFor(UaClient::ConnectionErrorApiReconnect));
+    server.thaw();
+    ASSERT_TRUE(callback.waitFor(UaClient::Connected));
+    std::size_t before = 0;
+    ASSERT_TRUE(inbox.waitUntil([&] {
+        before = inbox.values[5].size();
+        return true;
+    }));
+    EXPECT_TRUE(inbox.waitUntil([&] { return inbox.values[5].size() > before + 5; }));
+    EXPECT_TRUE(subscription->isValid());
+    EXPECT_TRUE(inbox.statuses.empty());
+    EXPECT_EQ(inbox.gaps, 0); // what was sent to the lost link has been asked for again
+}
+
+TEST_F(SubscriptionOwnServer, RestartedServerEndsItAndTakesANewOne)
+{
+    server.kill();
+    ASSERT_TRUE(callback.waitFor(UaClient::ConnectionErrorApiReconnect));
+    ASSERT_TRUE(server.start());
+    ASSERT_TRUE(callback.waitFor(UaClient::NewSessionCreated));
+    ASSERT_TRUE(callback.waitFor(UaClient::Connected));
+    ASSERT_TRUE(inbox.waitUntil([&] { return !inbox.statuses.empty(); }));
+    EXPECT_EQ(inbox.statuses.front(), OpcUa_BadSubscriptionIdInvalid);
+    EXPECT_FALSE(subscription->isValid());
+    EXPECT_TRUE(session.deleteSubscription(settings, &subscription).isGood());
+    subscription = create();
+    ASSERT_TRUE(subscription);
+    monitor(*subscription, request(UaNodeId(UaString("Fast.004"), 2), 6));
+    EXPECT_TRUE(inbox.waitUntil([&] { return inbox.values[6].size() > 3; }));
+    EXPECT_EQ(inbox.statuses.size(), 1u);
 }
 
 } // namespace

@@ -357,13 +357,15 @@ TEST_F(SubscriptionTest, FirstNotificationMayOvertakeTheAnswerThatNamesTheSubscr
 
 TEST_F(SubscriptionTest, DisconnectWhileACallbackBlocksReturnsInBoundedTime)
 {
-    create(11);
+    UaSubscription* subscription = create(11);
     ASSERT_TRUE(waitForPublishCalls(2));
     std::promise<void> entered;
     std::promise<void> leave;
+    std::atomic<bool> left{false};
     events.during = [&](const std::string&) {
         entered.set_value();
         leave.get_future().wait();
+        left = true;
     };
     data(1, 1, {});
     entered.get_future().wait();
@@ -371,6 +373,8 @@ TEST_F(SubscriptionTest, DisconnectWhileACallbackBlocksReturnsInBoundedTime)
     disconnect();
     EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(5));
     leave.set_value();
+    EXPECT_TRUE(remove(subscription).isGood()); // without a server, but not without waiting
+    EXPECT_TRUE(left);
 }
 
 TEST_F(SubscriptionTest, NothingIsHeardAfterDisconnect)
