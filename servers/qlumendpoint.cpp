@@ -81,3 +81,18 @@ QString qlumPolicyNone()
 {
     return QStringLiteral("http://opcfoundation.org/UA/SecurityPolicy#None");
 }
+
+QString qlumPasswordPolicy(const QlumEndpoint& endpoint)
+{
+    for (const QlumUserTokenPolicy& token : endpoint.userTokens)
+        if (token.tokenType == OpcUa_UserTokenType_UserName)
+            return token.securityPolicyUri.isEmpty() ? endpoint.securityPolicyUri : token.securityPolicyUri;
+    return endpoint.securityPolicyUri;
+}
+
+bool qlumSendsClearPassword(const QlumEndpoint& endpoint)
+{
+    return endpoint.securityMode != OpcUa_MessageSecurityMode_SignAndEncrypt &&
+           !endpoint.url.startsWith(QLatin1String("https:")) &&
+           qlumPasswordPolicy(endpoint) == qlumPolicyNone();
+}

@@ -59,3 +59,8 @@ inline constexpr int CertificateSize = 256 * 1024;
 [[nodiscard]] QString qlumSecurityModeName(int securityMode);
 /// The URI of the policy that secures nothing.
 [[nodiscard]] QString qlumPolicyNone();
+/// URI of the policy by which a password would be encrypted at that endpoint; None when it would not be.
+[[nodiscard]] QString qlumPasswordPolicy(const QlumEndpoint& endpoint);
+/// Whether a password would go to the server as clear text: neither encrypted itself nor on a connection that
+/// encrypts everything.
+[[nodiscard]] bool qlumSendsClearPassword(const QlumEndpoint& endpoint);

@@ -1,25 +1,12 @@
 #include <servers/qlumendpointfetcher.h>
 
 #include <app/api/qlumtext.h>
+#include <servers/qlumpkifolders.h>
 #include <uaclientsdk/uadiscovery.h>
 
 #include <algorithm>
 
 namespace {
-unsigned int getEndpoints(const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints)
-{
-    UaClientSdk::ServiceSettings settings;
-    settings.callTimeout = static_cast<OpcUa_UInt32>(std::max(milliseconds, 1));
-    UaEndpointDescriptions descriptions;
-    const UaStatus status = UaClientSdk::UaDiscovery().getEndpoints(
-        settings, toUaString(url), UaClientSdk::ClientSecurityInfo(), descriptions);
-    const auto count =
-        std::min(descriptions.length(), static_cast<OpcUa_UInt32>(QlumEndpointLimits::Endpoints));
-    for (OpcUa_UInt32 i = 0; i < count; ++i)
-        endpoints.append(qlumEndpoint(descriptions[i]));
-    return status.statusCode();
-}
-
 class FetchJob final : public QlumJob
 {
 public:
@@ -31,7 +18,14 @@ private:
 };
 } // namespace
 
-QlumEndpointFetcher::QlumEndpointFetcher(QObject* parent) : QlumEndpointFetcher(getEndpoints, parent) {}
+QlumEndpointFetcher::QlumEndpointFetcher(QObject* parent)
+    : QlumEndpointFetcher(
+          [this](const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints) {
+              return getEndpoints(url, milliseconds, endpoints);
+          },
+          parent)
+{
+}
 
 QlumEndpointFetcher::QlumEndpointFetcher(Getter getter, QObject* parent)
     : QObject(parent), m_getter(std::move(getter))
@@ -39,6 +33,29 @@ QlumEndpointFetcher::QlumEndpointFetcher(Getter getter, QObject* parent)
 }
 
 QlumEndpointFetcher::~QlumEndpointFetcher() = default;
+
+unsigned int QlumEndpointFetcher::getEndpoints(const QString& url, int milliseconds,
+                                               QVector<QlumEndpoint>& endpoints)
+{
+    UaClientSdk::ServiceSettings settings;
+    settings.callTimeout = static_cast<OpcUa_UInt32>(std::max(milliseconds, 1));
+    UaEndpointDescriptions descriptions;
+    UaClientSdk::ClientSecurityInfo security;
+    qlumFillPkiFolders(security);
+    security.tlsCertificateRefused = [this](const UaStatus& status, const UaByteString& certificate) {
+        const QByteArray bytes(reinterpret_cast<const char*>(certificate.data()), certificate.length());
+        QMetaObject::invokeMethod(
+            this, [this, code = status.statusCode(), bytes] { emit untrustedCertificate(code, bytes); },
+            Qt::QueuedConnection);
+    };
+    const UaStatus status =
+        UaClientSdk::UaDiscovery().getEndpoints(settings, toUaString(url), security, descriptions);
+    const auto count =
+        std::min(descriptions.length(), static_cast<OpcUa_UInt32>(QlumEndpointLimits::Endpoints));
+    for (OpcUa_UInt32 i = 0; i < count; ++i)
+        endpoints.append(qlumEndpoint(descriptions[i]));
+    return status.statusCode();
+}
 
 void QlumEndpointFetcher::fetch(const QString& url, int milliseconds)
 {

@@ -26,8 +26,11 @@ public:
 signals:
     /// The status of the call; the endpoints are empty when it is not Good. Not sent after cancel().
     void finished(unsigned int status, const QVector<QlumEndpoint>& endpoints);
+    /// Before finished: the TLS certificate (DER) of an HTTPS server that nobody trusts yet.
+    void untrustedCertificate(unsigned int status, const QByteArray& certificate);
 
 private:
+    unsigned int getEndpoints(const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints);
     void deliver(unsigned int request, unsigned int status, const QVector<QlumEndpoint>& endpoints);
 
     const Getter m_getter;

@@ -40,21 +40,6 @@ QString statusName(UaClient::ServerStatus status)
     return QString::number(status);
 }
 
-QString stepName(UaClient::ConnectServiceType step)
-{
-    switch (step) {
-    case UaClient::CertificateValidation:
-        return QStringLiteral("CertificateValidation");
-    case UaClient::OpenSecureChannel:
-        return QStringLiteral("OpenSecureChannel");
-    case UaClient::CreateSession:
-        return QStringLiteral("CreateSession");
-    case UaClient::ActivateSession:
-        return QStringLiteral("ActivateSession");
-    }
-    return QString::number(step);
-}
-
 QIcon iconWithOverlay(const QString& overlay)
 {
     const QIcon plain(QStringLiteral(":/images/serverconnect.png"));
@@ -81,11 +66,14 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
 {
     connect(this, &QlumProjectNodeServer::newUntrustedSSLCertificate, this,
             &QlumProjectNodeServer::sltUntrustedSSLCertificate, Qt::QueuedConnection);
+    connect(m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
+            &QlumProjectNodeServer::sltCertificateRefused);
 }
 
 QlumProjectNodeServer::~QlumProjectNodeServer()
 {
     m_closing = true; // the session may still call back until it is gone
+    delete m_messageBox;
     m_typeCache.reset();
     m_session.reset();
 }
@@ -204,49 +192,6 @@ void QlumProjectNodeServer::connectionStatusChanged(OpcUa_UInt32, UaClient::Serv
                 applySessionStatus(serverStatus);
         },
         Qt::QueuedConnection);
-}
-
-bool QlumProjectNodeServer::connectError(OpcUa_UInt32, UaClient::ConnectServiceType serviceType,
-                                         const UaStatus& error, bool clientSideError)
-{
-    if (m_closing)
-        return false;
-    const QString status = toQString(error.toString());
-    // Nobody is asked during a reconnect, which runs on the session's thread: an error is an error then.
-    if (!clientSideError || !onOwnThread()) {
-        log(QlumLogLevel::Error, tr("Error '%1' was returned during %2").arg(status, stepName(serviceType)));
-        return false;
-    }
-    QApplication::restoreOverrideCursor();
-    QMessageBox box(QMessageBox::Warning, tr("Connect Error"),
-                    tr("Error '%1' was returned during %2, press 'Ignore' to suppress the error and continue "
-                       "connecting.")
-                        .arg(status, stepName(serviceType)),
-                    QMessageBox::Abort | QMessageBox::Ignore, QApplication::activeWindow());
-    box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(QMessageBox::Abort);
-    const bool ignored = box.exec() == QMessageBox::Ignore;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    return ignored;
-}
-
-bool QlumProjectNodeServer::sslCertificateValidationFailed(OpcUa_UInt32, const UaStatus& status,
-                                                           const UaByteString& certificate)
-{
-    if (!m_closing && m_tlsPrompt.tryAcquire())
-        emit newUntrustedSSLCertificate(
-            status.statusCode(),
-            QByteArray(reinterpret_cast<const char*>(certificate.data()), certificate.length()));
-    return false;
-}
-
-void QlumProjectNodeServer::sltUntrustedSSLCertificate(unsigned int status, const QByteArray&)
-{
-    // Trusting TLS certificates belongs to the certificate dialog; until the user can judge them there, none
-    // is trusted, and the log says why the connect failed.
-    log(QlumLogLevel::Error, tr("The TLS certificate of server '%1' is not trusted: '%2'")
-                                 .arg(displayName(), qlumStatusText(status)));
-    m_tlsPrompt.release();
 }
 
 // ---- status

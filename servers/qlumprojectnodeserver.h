@@ -1,4 +1,5 @@
 #pragma once
+#include <QDialog>
 #include <QPointer>
 #include <QSemaphore>
 #include <app/api/qlumservernode.h>
@@ -64,6 +65,7 @@ signals:
 
 private slots:
     void sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
+    void sltCertificateRefused(unsigned int status, const QByteArray& certificate);
 
 private:
     struct Attempt; // what one connect has found out so far
@@ -78,10 +80,18 @@ private:
     bool userNameIdentity(Attempt& attempt);
     bool askForPassword(Attempt& attempt);
     bool certificateIdentity(Attempt& attempt);
+    bool allowSecurityPolicy();
     void fillSecurity(Attempt& attempt);
-    bool checkServerCertificate(const Attempt& attempt);
+    [[nodiscard]] bool needsServerCertificate(const Attempt& attempt) const;
+    bool checkServerCertificate(Attempt& attempt);
     bool connectSession(Attempt& attempt);
     [[nodiscard]] UaClientSdk::SessionConnectInfo connectInfo() const;
+
+    [[nodiscard]] bool isOwnCertificateRefused(const UaStatusCode& status) const;
+    void showOwnCertificateRefused(const UaStatusCode& status);
+    void showReconnectError(const UaStatusCode& status, UaClientSdk::UaClient::ConnectServiceType serviceType,
+                            bool clientSideError);
+    void showMessage(QDialog* dialog);
 
     void setStatus(QlumConnectionStatus status, const NamespaceMap& namespaceMap = NamespaceMap());
     void applySessionStatus(UaClientSdk::UaClient::ServerStatus serverStatus);
@@ -96,7 +106,13 @@ private:
     std::unique_ptr<QlumTypeCache> m_typeCache;
     QStringList m_namespaces;
     QString m_serverApplicationName;
-    QSemaphore m_tlsPrompt{1}; // one prompt at a time
+    QSemaphore m_tlsPrompt{1};           // one prompt at a time
+    UaStatusCode m_refusal;              // with which the server has ended the latest connect
+    QString m_weakPolicyAllowedFor;      // URI; the user's word holds until the program ends
+    bool m_clearPasswordAllowed = false; // for the stored password
+    QPointer<QDialog> m_messageBox;      // one at a time
+    QByteArray m_refusedTlsCertificate;  // of a connect under way
+    unsigned int m_refusedTlsStatus = 0;
     bool m_retrieveIcons;
     bool m_busy = false; // a connect or change of user is under way, maybe in a nested event loop
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;

@@ -1,18 +1,14 @@
 // Connecting: from the stored settings to a session.
-#include <servers/qlumprojectnodeserver.h>
+#include <servers/qlumprojectnodeserver_p.h>
 
-#include <QApplication>
-#include <QDebug>
 #include <QEventLoop>
 #include <QLabel>
-#include <QMessageBox>
 #include <QProgressDialog>
 #include <QSysInfo>
 #include <QTimer>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
-#include <certificates/qlumcertificatestore.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumendpointfetcher.h>
@@ -26,42 +22,6 @@ using UaClientSdk::SessionConnectInfo;
 using UaClientSdk::SessionSecurityInfo;
 using UaClientSdk::UaClient;
 
-class WaitCursor
-{
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
-
-QWidget* mainWindow()
-{
-    QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    return application ? static_cast<QWidget*>(application->mainWindow()) : nullptr;
-}
-
-// The button pressed; NoButton when the box went away with its window.
-int warn(const QString& title, const QString& text, QMessageBox::StandardButtons buttons)
-{
-    QPointer<QMessageBox> box = new QMessageBox(QMessageBox::Warning, title, text, buttons, mainWindow());
-    box->setTextFormat(Qt::PlainText);
-    box->setDefaultButton(QMessageBox::Ok);
-    const int pressed = box->exec();
-    delete box;
-    return pressed;
-}
-
-void fillPki(SessionSecurityInfo& security)
-{
-    using Store = QlumCertificateStore;
-    security.initializePkiProviderOpenSSL(
-        toUaString(Store::trustedRevocationLists()), toUaString(Store::trustedCertificates()),
-        toUaString(Store::issuerRevocationLists()), toUaString(Store::issuerCertificates()));
-    security.initializePkiProviderHttps(toUaString(Store::tlsIssuerCertificates()),
-                                        toUaString(Store::tlsIssuerRevocationLists()));
-}
-
 UaClient::TypeDictionaryMode dictionaryMode(const QString& text)
 {
     if (text == QLatin1String("FirstUse"))
@@ -73,34 +33,25 @@ UaClient::TypeDictionaryMode dictionaryMode(const QString& text)
     return UaClient::Reconnect;
 }
 
-// Whether a password would go to the server as clear text.
-bool wouldSendClearPassword(const QlumEndpoint& endpoint)
-{
-    if (endpoint.securityMode == OpcUa_MessageSecurityMode_SignAndEncrypt ||
-        endpoint.url.startsWith(QLatin1String("https:")))
-        return false;
-    for (const QlumUserTokenPolicy& token : endpoint.userTokens) {
-        if (token.tokenType != OpcUa_UserTokenType_UserName)
-            continue;
-        const QString policy =
-            token.securityPolicyUri.isEmpty() ? endpoint.securityPolicyUri : token.securityPolicyUri;
-        return policy == qlumPolicyNone();
-    }
-    return endpoint.securityPolicyUri == qlumPolicyNone();
-}
-
-UaByteString toUaByteString(const QByteArray& bytes)
-{
-    return UaByteString(bytes.size(), reinterpret_cast<const OpcUa_Byte*>(bytes.constData()));
-}
 } // namespace
 
-struct QlumProjectNodeServer::Attempt
+QWidget* qlumMainWindow()
 {
-    QVector<QlumEndpoint> endpoints;
-    QlumEndpoint endpoint; // the chosen one, or the stored one when the user insists
-    SessionSecurityInfo security;
-};
+    QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    return application ? static_cast<QWidget*>(application->mainWindow()) : nullptr;
+}
+
+int qlumWarn(const QString& title, const QString& text, QMessageBox::StandardButtons buttons,
+             QMessageBox::StandardButton defaultButton)
+{
+    const QPointer<QMessageBox> box =
+        new QMessageBox(QMessageBox::Warning, title, text, buttons, qlumMainWindow());
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(defaultButton);
+    const int pressed = box->exec();
+    delete box;
+    return pressed;
+}
 
 bool QlumProjectNodeServer::connectServer()
 {
@@ -110,11 +61,15 @@ bool QlumProjectNodeServer::connectServer()
     m_busy = true;
     ++m_connection;
     m_typeCache->clear();
+    m_refusal = UaStatusCode();
+    delete m_messageBox; // about the connection before
     setStatus(QlumConnectionStatus::Connecting);
     const bool connected = runConnect();
     if (!self)
         return false;
     m_busy = false;
+    if (!m_refusedTlsCertificate.isEmpty())
+        emit newUntrustedSSLCertificate(m_refusedTlsStatus, std::exchange(m_refusedTlsCertificate, {}));
     if (!connected && m_status != QlumConnectionStatus::ConnectFailed)
         setStatus(QlumConnectionStatus::Disconnected);
     return connected;
@@ -126,7 +81,7 @@ bool QlumProjectNodeServer::runConnect()
     Attempt attempt;
     if (!fetchEndpoints(attempt) || !self || !chooseEndpoint(attempt) || !self)
         return false;
-    if (!userIdentity(attempt) || !self)
+    if (!allowSecurityPolicy() || !self || !userIdentity(attempt) || !self)
         return false;
     fillSecurity(attempt);
     return checkServerCertificate(attempt) && self && connectSession(attempt);
@@ -136,9 +91,9 @@ bool QlumProjectNodeServer::runConnect()
 bool QlumProjectNodeServer::fetchEndpoints(Attempt& attempt)
 {
     const QPointer<QlumProjectNodeServer> self(this);
-    const WaitCursor wait;
+    const QlumWaitCursor wait;
     QEventLoop loop;
-    QProgressDialog progress(QString(), tr("Cancel"), 0, 0, mainWindow());
+    QProgressDialog progress(QString(), tr("Cancel"), 0, 0, qlumMainWindow());
     progress.setObjectName(QStringLiteral("connectProgress"));
     progress.setWindowTitle(tr("Connecting"));
     progress.setWindowModality(Qt::ApplicationModal);
@@ -194,10 +149,11 @@ bool QlumProjectNodeServer::chooseEndpoint(Attempt& attempt)
     m_serverApplicationName = attempt.endpoint.applicationName;
     log(QlumLogLevel::Data, tr("ApplicationUri: '%1'").arg(attempt.endpoint.applicationUri));
     if (choice.match == QlumEndpointChoice::OtherUrl)
-        warn(tr("URL not found"),
-             tr("There was no exact match for the specified URL in the server's endpoints, using the first "
-                "server certificate found for connecting."),
-             QMessageBox::Ok);
+        qlumWarn(
+            tr("URL not found"),
+            tr("There was no exact match for the specified URL in the server's endpoints, using the first "
+               "server certificate found for connecting."),
+            QMessageBox::Ok);
     return self;
 }
 
@@ -205,11 +161,12 @@ bool QlumProjectNodeServer::acceptNoEndpoint()
 {
     log(QlumLogLevel::Error, tr("The server does not support the configured security policy '%1'.")
                                  .arg(m_setting.endpoint.securityPolicyUri));
-    return warn(tr("Unsupported Security Policy"),
-                tr("The connection cannot be established, because the server does not support the configured "
-                   "security policy.\nPlease try another configuration or press 'Ignore' to force trying to "
-                   "connect."),
-                QMessageBox::Ok | QMessageBox::Ignore) == QMessageBox::Ignore;
+    return qlumWarn(
+               tr("Unsupported Security Policy"),
+               tr("The connection cannot be established, because the server does not support the configured "
+                  "security policy.\nPlease try another configuration or press 'Ignore' to force trying to "
+                  "connect."),
+               QMessageBox::Ok | QMessageBox::Ignore) == QMessageBox::Ignore;
 }
 
 // ---- who the user is
@@ -217,15 +174,17 @@ bool QlumProjectNodeServer::acceptNoEndpoint()
 
 bool QlumProjectNodeServer::userIdentity(Attempt& attempt)
 {
+    const QString told =
+        attempt.changesUser ? tr("ChangeUser with UserTokenType: %1") : tr("Used UserTokenType: %1");
     switch (m_setting.userTokenType) {
     case QlumDiscoverySetting::UserName:
-        log(QlumLogLevel::Info, tr("Used UserTokenType: UserName"));
+        log(QlumLogLevel::Info, told.arg(QLatin1String("UserName")));
         return userNameIdentity(attempt);
     case QlumDiscoverySetting::Certificate:
-        log(QlumLogLevel::Info, tr("Used UserTokenType: Certificate"));
+        log(QlumLogLevel::Info, told.arg(QLatin1String("Certificate")));
         return certificateIdentity(attempt);
     default:
-        log(QlumLogLevel::Info, tr("Used UserTokenType: Anonymous"));
+        log(QlumLogLevel::Info, told.arg(QLatin1String("Anonymous")));
         attempt.security.setAnonymousUserIdentity();
         return true;
     }
@@ -233,7 +192,10 @@ bool QlumProjectNodeServer::userIdentity(Attempt& attempt)
 
 bool QlumProjectNodeServer::userNameIdentity(Attempt& attempt)
 {
-    if (!m_setting.storePassword || m_setting.password.isEmpty())
+    // a password that was given for a protected connection does not leave in the clear without a question
+    const bool clear = qlumSendsClearPassword(attempt.endpoint);
+    if (attempt.changesUser || !m_setting.storePassword || m_setting.password.isEmpty() ||
+        (clear && !m_clearPasswordAllowed))
         return askForPassword(attempt);
     attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
                                                  toUaString(m_setting.password));
@@ -244,8 +206,9 @@ bool QlumProjectNodeServer::askForPassword(Attempt& attempt)
 {
     const QPointer<QlumProjectNodeServer> self(this);
     QPointer<QlumUserPasswordDlg> dialog =
-        new QlumUserPasswordDlg(displayName(), m_setting.userName, mainWindow());
-    if (wouldSendClearPassword(attempt.endpoint))
+        new QlumUserPasswordDlg(displayName(), m_setting.userName, qlumMainWindow());
+    const bool clear = qlumSendsClearPassword(attempt.endpoint);
+    if (clear)
         dialog->setWarning(tr("The password will be sent to the server without encryption."));
     const bool accepted = dialog->exec() == QDialog::Accepted;
     const QString userName = dialog ? dialog->userName() : QString();
@@ -254,9 +217,11 @@ bool QlumProjectNodeServer::askForPassword(Attempt& attempt)
     if (!self)
         return false;
     if (!accepted) {
-        log(QlumLogLevel::Info, tr("Aborting connection attempt"));
+        log(QlumLogLevel::Info, attempt.changesUser ? tr("Aborting changing user of current session")
+                                                    : tr("Aborting connection attempt"));
         return false;
     }
+    m_clearPasswordAllowed = clear;
     m_setting.userName = userName;
     if (m_setting.storePassword)
         m_setting.password = password;
@@ -280,48 +245,6 @@ bool QlumProjectNodeServer::certificateIdentity(Attempt& attempt)
     }
     attempt.security.setCertificateUserIdentity(certificate.toByteStringDER(), UaByteString(key.toDER()));
     return true;
-}
-
-// ---- how the session is secured
-// -----------------------------------------------------------------------------
-
-void QlumProjectNodeServer::fillSecurity(Attempt& attempt)
-{
-    const QlumEndpoint& wanted = m_setting.endpoint;
-    qDebug().noquote() << tr("Try connect using SecurityPolicy '%1', MessageSecurityMode '%2'")
-                              .arg(wanted.securityPolicyUri, qlumSecurityModeName(wanted.securityMode));
-    attempt.security.securityPolicyUri = toUaString(wanted.securityPolicyUri);
-    attempt.security.messageSecurityMode = static_cast<OpcUa_MessageSecurityMode>(wanted.securityMode);
-    attempt.security.serverCertificate = toUaByteString(attempt.endpoint.serverCertificate);
-    attempt.security.verifyServerCertificateOnConnect = false; // the user judges it
-    const QlumCertificates& own = *QlumCertificates::instance();
-    if (!own.certificate().isNull()) {
-        attempt.security.clientCertificate = own.certificate().toByteStringDER();
-        attempt.security.clientPrivateKey = UaByteString(own.keyPair().toDER());
-    }
-    fillPki(attempt.security);
-}
-
-bool QlumProjectNodeServer::checkServerCertificate(const Attempt& attempt)
-{
-    if (attempt.security.serverCertificate.isEmpty()) {
-        log(QlumLogLevel::Warning,
-            tr("The server returned no certificate, all certificate checks will be skipped."));
-        return true;
-    }
-    if (!attempt.security.isSecured()) {
-        // The certificate secures nothing on this connection.
-        log(QlumLogLevel::Warning,
-            tr("The connection is not secured, the server's certificate is not checked."));
-        return true;
-    }
-    // A secured connection needs somebody to judge the certificate; until the certificate dialog can, nobody
-    // does.
-    log(QlumLogLevel::Error,
-        tr("The server's certificate can not be validated, connecting with security policy "
-           "'%1' is not possible.")
-            .arg(m_setting.endpoint.securityPolicyUri));
-    return false;
 }
 
 // ---- the session
@@ -354,15 +277,18 @@ SessionConnectInfo QlumProjectNodeServer::connectInfo() const
 
 bool QlumProjectNodeServer::connectSession(Attempt& attempt)
 {
+    const QPointer<QlumProjectNodeServer> self(this);
     UaStatus status;
     {
-        const WaitCursor wait;
+        const QlumWaitCursor wait;
         status =
             m_session->connect(toUaString(m_setting.endpoint.url), connectInfo(), attempt.security, this);
     }
     if (!status.isGood()) {
         log(QlumLogLevel::Error, tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
         setStatus(QlumConnectionStatus::ConnectFailed);
+        if (self && isOwnCertificateRefused(m_refusal))
+            showOwnCertificateRefused(m_refusal);
         return false;
     }
     log(QlumLogLevel::Info, tr("Successfully connected UA server."));
@@ -381,7 +307,7 @@ void QlumProjectNodeServer::disconnectServer()
     settings.callTimeout = setting("General.CallTimeout").toUInt();
     UaStatus status;
     {
-        const WaitCursor wait;
+        const QlumWaitCursor wait;
         status = m_session->disconnect(settings, true);
     }
     if (status.isGood())
@@ -395,7 +321,28 @@ void QlumProjectNodeServer::disconnectServer()
 
 void QlumProjectNodeServer::changeUser()
 {
-    // The session can not change its user yet; saying so is better than a new session behind the user's back.
-    log(QlumLogLevel::Error,
-        tr("ChangeUser failed with error '%1'").arg(qlumStatusText(OpcUa_BadNotImplemented)));
+    if (m_busy)
+        return;
+    const QPointer<QlumProjectNodeServer> self(this);
+    Attempt attempt;
+    attempt.endpoint = m_setting.endpoint;
+    attempt.changesUser = true;
+    m_busy = true;
+    const bool known = userIdentity(attempt);
+    if (!self)
+        return;
+    m_busy = false;
+    if (!known)
+        return;
+    ServiceSettings settings;
+    settings.callTimeout = setting("General.CallTimeout").toUInt();
+    UaStatus status;
+    {
+        const QlumWaitCursor wait;
+        status = m_session->changeUser(settings, attempt.security.userIdentityToken().get());
+    }
+    if (status.isGood())
+        log(QlumLogLevel::Info, tr("ChangeUser succeeded."));
+    else
+        log(QlumLogLevel::Error, tr("ChangeUser failed with error '%1'").arg(toQString(status.toString())));
 }

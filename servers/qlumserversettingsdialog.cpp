@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSortFilterProxyModel>
@@ -19,6 +20,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumtlstrust.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumendpointmodel.h>
@@ -93,6 +95,8 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
     createButtons();
     layout->addWidget(m_buttons);
     connect(m_fetcher, &QlumEndpointFetcher::finished, this, &QlumServerSettingsDialog::sltEndpointsFetched);
+    connect(m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
+            &QlumServerSettingsDialog::sltCertificateRefused);
     resize(740, 560);
     fill();
     sltUpdateControls();
@@ -309,6 +313,21 @@ void QlumServerSettingsDialog::sltEndpointsFetched(unsigned int status,
     setMessage(endpoints.isEmpty() ? tr("The server offers no endpoint.")
                                    : tr("The server offers %n endpoint(s).", nullptr, endpoints.size()));
     sltUpdateControls();
+}
+
+void QlumServerSettingsDialog::sltCertificateRefused(unsigned int status, const QByteArray& certificate)
+{
+    if (m_judging) // a certificate may have several faults
+        return;
+    const QPointer<QlumServerSettingsDialog> self(this);
+    m_judging = true;
+    const UaByteString der(certificate.size(), reinterpret_cast<const OpcUa_Byte*>(certificate.constData()));
+    const bool trusted = qlumAskTlsTrust(QUrl(m_url->text()).host(), der, UaStatusCode(status), this);
+    if (!self)
+        return;
+    m_judging = false;
+    if (trusted && !m_fetcher->isBusy())
+        sltFetchEndpoints();
 }
 
 void QlumServerSettingsDialog::selectEndpoint(int row)

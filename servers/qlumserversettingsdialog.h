@@ -37,6 +37,7 @@ public slots:
 private slots:
     void sltFetchEndpoints();
     void sltEndpointsFetched(unsigned int status, const QVector<QlumEndpoint>& endpoints);
+    void sltCertificateRefused(unsigned int status, const QByteArray& certificate);
     void sltUpdateControls();
 
 private:
@@ -73,4 +74,5 @@ private:
     QLineEdit* m_certificateFile = nullptr;
     QLineEdit* m_privateKeyFile = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
+    bool m_judging = false; // a TLS certificate
 };

@@ -1,7 +1,9 @@
 // The client's own certificate and where its trust lists lie.
 #pragma once
 
+#include <functional>
 #include <uabase/uabytestring.h>
+#include <uabase/uastatus.h>
 #include <uabase/uastring.h>
 
 namespace UaClientSdk {
@@ -21,6 +23,9 @@ class ClientSecurityInfo
 public:
     UaByteString clientCertificate; // DER
     UaByteString clientPrivateKey;  // DER
+    // Told of each TLS certificate that a discovery call finds and the HTTPS folders do not trust; the call
+    // ends with that status. Runs on a thread of the stack.
+    std::function<void(const UaStatus&, const UaByteString&)> tlsCertificateRefused;
 
     void initializePkiProviderOpenSSL(const UaString& trustedRevocationLists,
                                       const UaString& trustedCertificates,

@@ -13,12 +13,19 @@ namespace {
 
 constexpr OpcUa_UInt32 channelLifetime = 3600000; // far longer than any discovery call lasts
 
-OpcUa_StatusCode ignoreChannelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode status, void*,
-                                    void*)
+OpcUa_StatusCode channelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode status,
+                              void* details, void* context)
 {
-    // nobody can be asked about a certificate here: what the lists do not trust stays refused
-    return event == OpcUa_Channel_Event_VerifyCertificate ? status
-                                                          : static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    if (event != OpcUa_Channel_Event_VerifyCertificate) {
+        return OpcUa_Good;
+    }
+    // a call that is over in a moment can not wait for a user: what the lists do not trust stays refused
+    const auto& security = *static_cast<const ClientSecurityInfo*>(context);
+    if (security.tlsCertificateRefused && details) {
+        const auto& finding = *static_cast<const OpcUa_CertificateValidation*>(details);
+        security.tlsCertificateRefused(UaStatus(status), UaByteString(finding.Certificate));
+    }
+    return status;
 }
 
 // One discovery service from connect to disconnect. fill(request) sets the service's own fields,
@@ -89,7 +96,8 @@ UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityIn
     OpcUa_ChannelConnectInfo info{};
     info.Url = url.toUtf8();
     info.TransportProfileUri = profile;
-    info.Callback = ignoreChannelEvent;
+    info.Callback = channelEvent;
+    info.CallbackContext = const_cast<ClientSecurityInfo*>(&security); // outlives the channel
     info.ClientCertificate = security.clientCertificate.get();
     info.ClientPrivateKey = security.clientPrivateKey.get();
     info.PkiConfiguration = &pki;

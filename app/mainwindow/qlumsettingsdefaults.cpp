@@ -36,6 +36,11 @@ std::vector<QlumSettingDefault> makeDefaults()
         {"General.MaxOperationsPerServiceCall", number(0)},
         {"General.TypeDictionaryMode", text("Reconnect")},
         {"General.SubscribeForModelChangeEvents", true},
+        // findings about server certificates that the user lets pass
+        {"General.DisableError.CertificateTimeInvalid", false},
+        {"General.DisableError.CertificateIssuerTimeInvalid", false},
+        {"General.DisableError.CertificateRevocationUnknown", false},
+        {"General.DisableError.CertificateIssuerRevocationUnknown", false},
         // address space
         {"General.MaxReferencesToReturn", number(100)},
         {"General.MaxBrowseNextCalls", 1000},

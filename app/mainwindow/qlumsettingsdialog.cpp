@@ -31,6 +31,7 @@ QlumSettingsDialog::QlumSettingsDialog(QlumSettingsModel* settings, QWidget* par
     m_pages->setObjectName(QStringLiteral("settingsPages"));
     m_pages->setUsesScrollButtons(false);
     addConnectionPage();
+    addCertificatePage();
     addBrowsePage();
     addLogPage();
     addTracePage();
@@ -66,6 +67,21 @@ void QlumSettingsDialog::addConnectionPage()
               {QStringLiteral("FirstUse"), QStringLiteral("Manual"), QStringLiteral("Connect"),
                QStringLiteral("Reconnect")});
     addText(form, "General.LocaleId", tr("Lan&guage of server texts:"));
+}
+
+void QlumSettingsDialog::addCertificatePage()
+{
+    QFormLayout* form = addPage(tr("C&ertificates"), QStringLiteral("certificates"));
+    auto* label = new QLabel(tr("Server certificates pass the validation although"));
+    label->setObjectName(QStringLiteral("certificatesLabel"));
+    form->addRow(label);
+    addFlag(form, "General.DisableError.CertificateTimeInvalid", tr("they are &expired or not yet valid"));
+    addFlag(form, "General.DisableError.CertificateIssuerTimeInvalid",
+            tr("an &issuer's certificate is expired or not yet valid"));
+    addFlag(form, "General.DisableError.CertificateRevocationUnknown",
+            tr("there is no &revocation list for them"));
+    addFlag(form, "General.DisableError.CertificateIssuerRevocationUnknown",
+            tr("there is no revocation list for an issuer's &certificate"));
 }
 
 void QlumSettingsDialog::addBrowsePage()

@@ -19,6 +19,7 @@ public:
 
 private:
     void addConnectionPage();
+    void addCertificatePage();
     void addBrowsePage();
     void addLogPage();
     void addTracePage();

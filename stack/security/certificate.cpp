@@ -115,6 +115,66 @@ void clearCertificateCache()
     cache().clear();
 }
 
+namespace {
+
+// Walks over the elements of a DER structure.
+class Walker
+{
+public:
+    explicit Walker(ByteView der) : m_at(der.data()), m_end(der.data() + der.size()) {}
+
+    // Into the next element; what follows it is out of reach from then on.
+    bool enter()
+    {
+        const auto [content, length] = next();
+        m_at = content;
+        m_end = content + length;
+        return content != nullptr;
+    }
+    bool skip()
+    {
+        const auto [content, length] = next();
+        m_at = content + length;
+        return content != nullptr;
+    }
+    [[nodiscard]] bool isContextSpecific() const { return m_at < m_end && (*m_at & 0xC0) == 0x80; }
+    [[nodiscard]] ByteView rest() const { return {m_at, m_end}; }
+
+private:
+    std::pair<const unsigned char*, long> next() const
+    {
+        constexpr int fault = 0x81; // not readable, or without a length
+        const unsigned char* at = m_at;
+        long length = 0;
+        int tag = 0;
+        int kind = 0;
+        const int result = at == nullptr ? fault : ASN1_get_object(&at, &length, &tag, &kind, m_end - at);
+        return (result & fault) != 0 ? std::pair(nullptr, 0L) : std::pair(at, length);
+    }
+
+    const unsigned char* m_at;
+    const unsigned char* m_end;
+};
+
+} // namespace
+
+std::optional<unsigned long> subjectHashOf(ByteView der)
+{
+    using NameHandle = std::unique_ptr<X509_NAME, Freer<X509_NAME_free>>;
+    Walker walker(der);
+    if (!walker.enter() || !walker.enter())
+        return std::nullopt;
+    if (walker.isContextSpecific() && !walker.skip()) // the version, which the oldest leave out
+        return std::nullopt;
+    for (int element = 0; element < 4; ++element) { // serial number, algorithm, issuer, validity
+        if (!walker.skip())
+            return std::nullopt;
+    }
+    const unsigned char* at = walker.rest().data();
+    const NameHandle name(d2i_X509_NAME(nullptr, &at, static_cast<long>(walker.rest().size())));
+    return name ? std::optional(X509_NAME_hash_ex(name.get(), nullptr, nullptr, nullptr)) : std::nullopt;
+}
+
 std::optional<ByteView> firstOfChain(ByteView chain)
 {
     const auto length = sequenceLength(chain);

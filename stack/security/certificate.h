@@ -45,6 +45,9 @@ void clearCertificateCache();
 
 // The first certificate of a chain (DER, one behind the other); nothing when its length does not fit.
 [[nodiscard]] std::optional<ByteView> firstOfChain(ByteView chain);
+// The library's hash of the subject of what looks like a certificate; the rest is not taken apart, which
+// would take twenty times as long.
+[[nodiscard]] std::optional<unsigned long> subjectHashOf(ByteView der);
 // All of a chain, the peer's own first; empty when any part does not decode, when there is none, or more
 // than maxChainLength.
 [[nodiscard]] std::vector<CertificatePointer> parseChain(ByteView chain);

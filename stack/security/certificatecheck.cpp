@@ -9,6 +9,8 @@
 #include <openssl/x509_vfy.h>
 #include <openssl/x509v3.h>
 
+#include <unordered_map>
+
 namespace opcua {
 
 namespace {
@@ -56,15 +58,43 @@ int collect(int good, X509_STORE_CTX* context)
     return 1;
 }
 
-StoreHandle makeStore(const PkiContents& contents)
+// Those that may come to lie above the chain, by their names: to decode the thousands that a folder may hold,
+// and to have the library's store sort itself with each of them, takes seconds.
+std::vector<CertificatePointer> possibleIssuers(const std::vector<CertificatePointer>& chain,
+                                                const PkiContents& contents)
+{
+    std::unordered_multimap<unsigned long, const StoredCertificate*> bySubject;
+    for (const auto* certificates : {&contents.trusted, &contents.issuers}) {
+        for (const StoredCertificate& certificate : *certificates)
+            bySubject.emplace(certificate.subjectHash, &certificate);
+    }
+    std::vector<CertificatePointer> found;
+    std::vector<unsigned long> wanted;
+    for (const CertificatePointer& sent : chain) {
+        wanted.push_back(X509_subject_name_hash(sent->x509()));
+        wanted.push_back(X509_issuer_name_hash(sent->x509()));
+    }
+    while (!wanted.empty()) {
+        const auto [begin, end] = bySubject.equal_range(wanted.back());
+        wanted.pop_back();
+        for (auto one = begin; one != end; ++one) {
+            if (const CertificatePointer issuer = cachedCertificate(one->second->der)) {
+                found.push_back(issuer);
+                wanted.push_back(X509_issuer_name_hash(issuer->x509()));
+            }
+        }
+        bySubject.erase(begin, end); // each once, so that those that issue each other come to an end
+    }
+    return found;
+}
+
+StoreHandle makeStore(const std::vector<CertificatePointer>& chain, const PkiContents& contents)
 {
     StoreHandle store(X509_STORE_new());
     if (!store)
         return nullptr;
-    for (const auto* certificates : {&contents.trusted, &contents.issuers}) {
-        for (const X509Handle& certificate : *certificates)
-            X509_STORE_add_cert(store.get(), certificate.get());
-    }
+    for (const CertificatePointer& certificate : possibleIssuers(chain, contents))
+        X509_STORE_add_cert(store.get(), certificate->x509());
     for (const CrlHandle& list : contents.revocationLists)
         X509_STORE_add_crl(store.get(), list.get());
     X509_VERIFY_PARAM* const parameters = X509_STORE_get0_param(store.get());
@@ -78,10 +108,11 @@ StoreHandle makeStore(const PkiContents& contents)
 bool isTrusted(const STACK_OF(X509) * chain, const PkiContents& contents)
 {
     for (int n = 0; n < sk_X509_num(chain); ++n) {
-        for (const X509Handle& trusted : contents.trusted) {
-            if (X509_cmp(sk_X509_value(chain, n), trusted.get()) == 0)
-                return true;
-        }
+        const Bytes der = derOf(sk_X509_value(chain, n));
+        if (std::ranges::any_of(contents.trusted, [&der](const StoredCertificate& trusted) {
+                return !der.empty() && trusted.der == der;
+            }))
+            return true;
     }
     return false;
 }
@@ -117,7 +148,7 @@ void dropForeignRevocations(Findings& findings)
 // False when the library could not do its work.
 bool verify(const std::vector<CertificatePointer>& chain, const PkiContents& contents, Findings& findings)
 {
-    const StoreHandle store = makeStore(contents);
+    const StoreHandle store = makeStore(chain, contents);
     const StoreContext context(X509_STORE_CTX_new());
     const BorrowedStack sent(sk_X509_new_null());
     if (!store || !context || !sent)

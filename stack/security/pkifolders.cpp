@@ -1,7 +1,5 @@
 #include "pkifolders.h"
 
-#include "certificate.h"
-
 #include <openssl/err.h>
 #include <openssl/pem.h>
 
@@ -110,7 +108,7 @@ Bytes derOfPem(const Bytes& bytes)
     return der;
 }
 
-void readCertificates(const std::string& path, bool hashed, std::vector<X509Handle>& certificates)
+void readCertificates(const std::string& path, bool hashed, std::vector<StoredCertificate>& certificates)
 {
     readFolder(path, [&](int folder, const char* name) {
         if (!(hashed ? isHashedName(name) : isCertificateName(name)))
@@ -118,9 +116,9 @@ void readCertificates(const std::string& path, bool hashed, std::vector<X509Hand
         const Bytes bytes = File(folder, name).content();
         const Bytes der = hashed ? derOfPem(bytes) : bytes;
         const auto first = firstOfChain(der);
-        const auto certificate = first ? cachedCertificate(*first) : nullptr;
-        if (certificate && X509_up_ref(certificate->x509()) == 1)
-            certificates.emplace_back(certificate->x509());
+        const auto subject = first ? subjectHashOf(*first) : std::nullopt;
+        if (subject)
+            certificates.push_back({Bytes(first->begin(), first->end()), *subject});
     });
 }
 

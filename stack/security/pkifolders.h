@@ -1,7 +1,7 @@
 // The folders of a certificate store, as a channel's check reads them.
 #pragma once
 
-#include "handles.h"
+#include "certificate.h"
 
 #include <string>
 #include <vector>
@@ -19,10 +19,17 @@ struct PkiFolders
     bool hashedNames = false;
 };
 
+// One certificate as its file holds it. It is not decoded before somebody needs it: there may be thousands.
+struct StoredCertificate
+{
+    Bytes der;
+    unsigned long subjectHash = 0;
+};
+
 struct PkiContents
 {
-    std::vector<X509Handle> trusted;
-    std::vector<X509Handle> issuers;
+    std::vector<StoredCertificate> trusted;
+    std::vector<StoredCertificate> issuers;
     std::vector<CrlHandle> revocationLists; // of both kinds of issuers
 };
 

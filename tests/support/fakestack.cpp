@@ -58,6 +58,7 @@ void FakeStack::reset()
     m_handlers.clear();
     m_failures.clear();
     m_journal.clear();
+    m_serverCertificates.clear();
     m_namespaces = {"http://opcfoundation.org/UA/", "urn:server"};
     m_connectResult = OpcUa_Good;
     m_connectHangs = false;
@@ -233,9 +234,19 @@ void FakeStack::loseLink()
     }
 }
 
+std::vector<std::string> FakeStack::serverCertificates()
+{
+    std::lock_guard lock(m_mutex);
+    return m_serverCertificates;
+}
+
 OpcUa_StatusCode FakeStack::connect(const OpcUa_ChannelConnectInfo& info, OpcUa_UInt32* revisedLifetime)
 {
     std::unique_lock lock(m_mutex);
+    if (info.ServerCertificate && info.ServerCertificate->Length > 0) {
+        m_serverCertificates.emplace_back(reinterpret_cast<const char*>(info.ServerCertificate->Data),
+                                          static_cast<size_t>(info.ServerCertificate->Length));
+    }
     m_journal.emplace_back("Connect");
     m_event = info.Callback;
     m_eventContext = info.CallbackContext;

@@ -50,6 +50,8 @@ public:
     [[nodiscard]] bool waitForCalls(const OpcUa_EncodeableType& requestType, int count);
     [[nodiscard]] int connects();
     [[nodiscard]] int disconnects();
+    // The server certificates (DER) that channels were connected with, the latest last.
+    [[nodiscard]] std::vector<std::string> serverCertificates();
     // Names of all calls in order: "Connect", "CreateSessionRequest", ...
     [[nodiscard]] std::vector<std::string> journal();
     void loseLink(); // the channel's disconnect event
@@ -108,6 +110,7 @@ private:
     std::map<const OpcUa_EncodeableType*, std::deque<OpcUa_StatusCode>> m_failures;
     std::vector<std::string> m_journal;
     std::vector<std::string> m_namespaces;
+    std::vector<std::string> m_serverCertificates;
     OpcUa_StatusCode m_connectResult = OpcUa_Good;
     bool m_connectHangs = false;
     bool m_cancelRequested = false;

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,9 @@ struct Recipe
     long to = 86400;
     const EVP_MD* digest = EVP_sha256();
     long serial = 1;
+    std::map<std::string, std::string> subject; // further parts of the name: "O", "OU" ...
+    // Instead of the usual ones; the configuration text of each, by its number.
+    std::optional<std::vector<std::pair<int, std::string>>> extensions;
     const char* names = "URI:urn:localhost:test,DNS:localhost"; // subject alternative names
 };
 
@@ -67,6 +71,15 @@ inline void addExtension(X509* certificate, int nid, const char* value)
     X509_EXTENSION_free(extension);
 }
 
+inline std::vector<std::pair<int, std::string>> usualExtensions(const Recipe& recipe)
+{
+    return {
+        {NID_basic_constraints, recipe.authority ? "critical,CA:TRUE" : "critical,CA:FALSE"},
+        {NID_key_usage, recipe.authority ? "critical,digitalSignature,keyCertSign,cRLSign" : recipe.usage},
+        {NID_ext_key_usage, "serverAuth,clientAuth"},
+        {NID_subject_alt_name, recipe.names}};
+}
+
 inline Der make(const Recipe& recipe)
 {
     const std::unique_ptr<X509, decltype(&X509_free)> certificate(X509_new(), X509_free);
@@ -76,13 +89,15 @@ inline Der make(const Recipe& recipe)
     X509_gmtime_adj(X509_getm_notAfter(certificate.get()), recipe.to);
     X509_set_pubkey(certificate.get(), recipe.pair);
     setName(X509_get_subject_name(certificate.get()), recipe.name);
-    setName(X509_get_issuer_name(certificate.get()), recipe.issuer.empty() ? recipe.name : recipe.issuer);
-    addExtension(certificate.get(), NID_basic_constraints,
-                 recipe.authority ? "critical,CA:TRUE" : "critical,CA:FALSE");
-    addExtension(certificate.get(), NID_key_usage,
-                 recipe.authority ? "critical,digitalSignature,keyCertSign,cRLSign" : recipe.usage);
-    addExtension(certificate.get(), NID_ext_key_usage, "serverAuth,clientAuth");
-    addExtension(certificate.get(), NID_subject_alt_name, recipe.names);
+    for (const auto& [field, text] : recipe.subject)
+        X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate.get()), field.c_str(), MBSTRING_UTF8,
+                                   reinterpret_cast<const unsigned char*>(text.c_str()), -1, -1, 0);
+    if (recipe.issuer.empty())
+        X509_set_issuer_name(certificate.get(), X509_get_subject_name(certificate.get()));
+    else
+        setName(X509_get_issuer_name(certificate.get()), recipe.issuer);
+    for (const auto& [nid, value] : recipe.extensions.value_or(usualExtensions(recipe)))
+        addExtension(certificate.get(), nid, value.c_str());
     X509_sign(certificate.get(), recipe.issuerPair != nullptr ? recipe.issuerPair : recipe.pair,
               recipe.digest);
     return encoded(certificate.get(), i2d_X509);

@@ -1,84 +1,13 @@
-#include <servers/qlumprojectnodeserver.h>
+#include "servernodefixture.h"
 
 #include <QLineEdit>
-#include <QSignalSpy>
-#include <QTest>
-#include <app/api/qlumtext.h>
-#include <gtest/gtest.h>
-#include <opcua/opcua_statuscodes.h>
 #include <tests/support/dialogdriver.h>
-#include <tests/support/fakestack.h>
 #include <tests/support/modeltext.h>
-#include <tests/support/stubapplication.h>
 
 #include <thread>
 
 namespace {
 using UaClientSdk::UaClient;
-
-class ServerNode : public testing::Test
-{
-protected:
-    ServerNode()
-    {
-        FakeStack::instance().reset();
-        offer({{"opc.tcp://plc:4840", qlumPolicyNone()}});
-        for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout"})
-            application.settings[key] = 5000u;
-        application.settings["General.SessionTimeout"] = 1200000.0;
-        application.settings["General.SecureChannelLifetime"] = 3600000u;
-        application.settings["General.LocaleId"] = "en";
-        application.settings["General.WatchdogTime"] = 5000u;
-        application.settings["General.WatchdogTimeout"] = 5000u;
-        application.settings["General.TypeDictionaryMode"] = "Manual";
-        setting.endpoint.url = "opc.tcp://plc:4840";
-        setting.endpoint.securityPolicyUri = qlumPolicyNone();
-        setting.displayName = "Plc";
-        setting.sessionName = "test session";
-    }
-    // What GetEndpoints answers: URL and policy.
-    static void offer(const QVector<QPair<QString, QString>>& endpoints)
-    {
-        FakeStack::instance().on(
-            OpcUa_GetEndpointsRequest_EncodeableType, [endpoints](const void*, void* response) {
-                UaEndpointDescriptions descriptions(static_cast<OpcUa_UInt32>(endpoints.size()));
-                for (OpcUa_UInt32 i = 0; i < descriptions.length(); ++i) {
-                    const auto& [url, policy] = endpoints.at(static_cast<int>(i));
-                    toUaString(url).copyTo(&descriptions[i].EndpointUrl);
-                    toUaString(policy).copyTo(&descriptions[i].SecurityPolicyUri);
-                    descriptions[i].SecurityMode = OpcUa_MessageSecurityMode_None;
-                    UaString("urn:plc").copyTo(&descriptions[i].Server.ApplicationUri);
-                }
-                auto* answer = static_cast<OpcUa_GetEndpointsResponse*>(response);
-                descriptions.detach(&answer->NoOfEndpoints, &answer->Endpoints);
-                return static_cast<OpcUa_StatusCode>(OpcUa_Good);
-            });
-    }
-    void make()
-    {
-        node = std::make_unique<QlumProjectNodeServer>(setting);
-        QObject::connect(node.get(), &QlumServerNode::serverNodeChanged, node.get(),
-                         [this](QlumProjectNode*, QWidget*, QlumConnectionStatus status, unsigned int,
-                                const NamespaceMap& map) {
-                             states.append(static_cast<int>(status));
-                             lastMap = map;
-                         });
-    }
-    QStringList log() const
-    {
-        QStringList lines;
-        for (const StubApplication::Entry& entry : application.entries())
-            if (entry.source == "Server Node" && entry.serverId == node->serverId())
-                lines.append(QString::number(entry.level) + " " + entry.text);
-        return lines;
-    }
-
-    StubApplication application;
-    QlumDiscoverySetting setting;
-    std::unique_ptr<QlumProjectNodeServer> node;
-    QList<int> states;
-    NamespaceMap lastMap;
-};
 
 TEST_F(ServerNode, ConnectsAnonymouslyAndDisconnects)
 {
@@ -183,6 +112,31 @@ TEST_F(ServerNode, PasswordIsAskedForAndKeptOnlyWhenWanted)
         EXPECT_FALSE(line.contains("secret")) << line;
 }
 
+TEST_F(ServerNode, ChangingTheUserAsksEvenWhenAPasswordIsStored)
+{
+    make();
+    ASSERT_TRUE(node->connectServer()) << log().join('\n');
+    setting.userTokenType = QlumDiscoverySetting::UserName;
+    setting.userName = "joe";
+    setting.storePassword = true;
+    setting.password = "secret";
+    node->setDiscoverySetting(setting);
+    {
+        DialogDriver cancels;
+        node->changeUser();
+        EXPECT_EQ(cancels.seen(), QStringList{"Plc"});
+    }
+    EXPECT_TRUE(log().contains("30 ChangeUser with UserTokenType: UserName"));
+    EXPECT_EQ(log().last(), "30 Aborting changing user of current session");
+    setting.userTokenType = QlumDiscoverySetting::Anonymous;
+    node->setDiscoverySetting(setting);
+    node->changeUser();
+    EXPECT_EQ(log().last(), "30 ChangeUser succeeded.");
+    FakeStack::instance().failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadUserAccessDenied});
+    node->changeUser();
+    EXPECT_EQ(log().last(), "100 ChangeUser failed with error 'BadUserAccessDenied'");
+}
+
 TEST_F(ServerNode, MissingUserCertificateEndsTheConnect)
 {
     setting.userTokenType = QlumDiscoverySetting::Certificate;
@@ -250,26 +204,5 @@ TEST_F(ServerNode, MayBeRemovedWhileItsBoxIsOpen)
     });
     EXPECT_FALSE(node->connectServer());
     EXPECT_EQ(node, nullptr);
-}
-
-TEST_F(ServerNode, ASecuredConnectionIsNeverMadeUnchecked)
-{
-    const QString policy("http://opcfoundation.org/UA/SecurityPolicy#Basic256Sha256");
-    FakeStack::instance().on(OpcUa_GetEndpointsRequest_EncodeableType, [policy](const void*, void* response) {
-        UaEndpointDescriptions descriptions(1);
-        UaString("opc.tcp://plc:4840").copyTo(&descriptions[0].EndpointUrl);
-        toUaString(policy).copyTo(&descriptions[0].SecurityPolicyUri);
-        descriptions[0].SecurityMode = OpcUa_MessageSecurityMode_SignAndEncrypt;
-        const OpcUa_Byte bytes[] = {0x30, 0x00};
-        UaByteString(2, bytes).copyTo(&descriptions[0].ServerCertificate);
-        auto* answer = static_cast<OpcUa_GetEndpointsResponse*>(response);
-        descriptions.detach(&answer->NoOfEndpoints, &answer->Endpoints);
-        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
-    });
-    setting.endpoint.securityPolicyUri = policy;
-    setting.endpoint.securityMode = OpcUa_MessageSecurityMode_SignAndEncrypt;
-    make();
-    EXPECT_FALSE(node->connectServer());
-    EXPECT_EQ(FakeStack::instance().calls(OpcUa_CreateSessionRequest_EncodeableType), 0);
 }
 } // namespace

@@ -1,0 +1,80 @@
+#include <certificates/qlumcertificateadvice.h>
+
+#include <QCoreApplication>
+#include <opcua/opcua_statuscodes.h>
+
+namespace {
+class Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumCertificateAdvice)
+public:
+    static QString description(OpcUa_StatusCode code)
+    {
+        switch (code) {
+        case OpcUa_Good:
+            return tr("Everything is as expected");
+        case OpcUa_BadCertificateInvalid:
+            return tr("The certificate provided as a parameter is not valid");
+        case OpcUa_BadSecurityChecksFailed:
+            return tr("An error occurred verifying security");
+        case OpcUa_BadCertificateTimeInvalid:
+            return tr("The Certificate has expired or is not yet valid");
+        case OpcUa_BadCertificateUntrusted:
+            return tr("The Certificate is not trusted");
+        case OpcUa_BadCertificateRevoked:
+            return tr("The Certificate has been revoked");
+        default:
+            return tr("No description available");
+        }
+    }
+
+    static QString advice(OpcUa_StatusCode code)
+    {
+        switch (code) {
+        case OpcUa_BadCertificateUntrusted:
+            return tr("Tavelin does not know this certificate. Compare its thumbprint with the one that the "
+                      "server's operator names; when they are equal, trust it.");
+        case OpcUa_BadCertificateTimeInvalid:
+        case OpcUa_BadCertificateIssuerTimeInvalid:
+            return tr("Check the clocks of this computer and of the server. When both are right, the server "
+                      "needs a new certificate.");
+        case OpcUa_BadCertificateRevocationUnknown:
+        case OpcUa_BadCertificateIssuerRevocationUnknown:
+            return tr("Tavelin has no current revocation list of the issuer. Ask for the list and add it to "
+                      "the certificate store, or switch this check off in the settings.");
+        case OpcUa_BadCertificateRevoked:
+        case OpcUa_BadCertificateIssuerRevoked:
+            return tr("Whoever issued this certificate has withdrawn it: somebody else may hold its key. The "
+                      "server needs a new certificate.");
+        case OpcUa_BadCertificateChainIncomplete:
+            return tr("The certificate of an issuer is missing. Ask the server's operator for it and add it "
+                      "to the issuers in the certificate store.");
+        case OpcUa_BadCertificatePolicyCheckFailed:
+            return tr("The key or the signature does not reach what the security policy asks for. Choose "
+                      "another endpoint, or have the server's certificate made anew.");
+        case OpcUa_BadCertificateUseNotAllowed:
+        case OpcUa_BadCertificateIssuerUseNotAllowed:
+            return tr("The certificate was not made for this use. The server needs another one.");
+        case OpcUa_BadCertificateInvalid:
+            return tr("The certificate is damaged or its signature is wrong. Do not use it before the "
+                      "server's operator has explained it.");
+        case OpcUa_BadDecodingError:
+            return tr("What the server sent is no certificate, so there is nothing to trust.");
+        default:
+            return {};
+        }
+    }
+};
+
+constexpr OpcUa_StatusCode kCodeBits = 0xFFFF0000u;
+} // namespace
+
+QString qlumCertificateStatusDescription(const UaStatusCode& status)
+{
+    return Texts::description(status.code() & kCodeBits);
+}
+
+QString qlumCertificateAdvice(const UaStatusCode& status)
+{
+    return Texts::advice(status.code() & kCodeBits);
+}

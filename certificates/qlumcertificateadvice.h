@@ -1,0 +1,9 @@
+// What a certificate's status means and what to do about it.
+#pragma once
+#include <QString>
+#include <uabase/uastatuscode.h>
+
+/// One sentence; "No description available" for a status that has none.
+[[nodiscard]] QString qlumCertificateStatusDescription(const UaStatusCode& status);
+/// What the user can do when a server's certificate has that status; empty when there is nothing to do.
+[[nodiscard]] QString qlumCertificateAdvice(const UaStatusCode& status);

@@ -1,0 +1,278 @@
+#include <certificates/qlumcertificatechainmodel.h>
+
+#include <QIcon>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumtext.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/uapkicpp/uapkicertificatecollection.h>
+#include <uabase/uapkicpp/uapkicertificatestore.h>
+
+#include <algorithm>
+
+namespace {
+using UaClientSdk::SessionSecurityInfo;
+
+constexpr int kMostCertificates = 10; // of a chain
+constexpr int kSelfSignedServer = 18; // the crypto library's number; the trust list says all there is to say
+constexpr OpcUa_StatusCode kCodeBits = 0xFFFF0000u;
+
+bool isSwitchedOff(const char* key)
+{
+    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    return application && application->settingsValue(QLatin1String(key)).toBool();
+}
+
+QIcon severityIcon(QlumCertificateError severity)
+{
+    switch (severity) {
+    case QlumCertificateError::None:
+        return QIcon(QStringLiteral(":/images/ok.png"));
+    case QlumCertificateError::Warning:
+        return QIcon(QStringLiteral(":/images/warning.png"));
+    case QlumCertificateError::Error:
+        break;
+    }
+    return QIcon(QStringLiteral(":/images/error.png"));
+}
+} // namespace
+
+QlumCertificateChainModel::QlumCertificateChainModel(const QString& serverUrl, const QString& applicationUri,
+                                                     const UaByteString& certificate,
+                                                     SessionSecurityInfo* security, QObject* parent)
+    : QAbstractItemModel(parent), m_certificate(certificate), m_security(security),
+      m_checks(applicationUri, serverUrl)
+{
+}
+
+QlumCertificateChainModel::QlumCertificateChainModel(const UaByteString& certificate,
+                                                     const UaStatusCode& status, QObject* parent)
+    : QAbstractItemModel(parent), m_certificate(certificate), m_security(nullptr), m_givenResult(status),
+      m_checks(QString(), QString())
+{
+}
+
+QlumCertificateChainModel::~QlumCertificateChainModel() = default;
+
+// ---- validation
+// ---------------------------------------------------------------------------------------------
+
+void QlumCertificateChainModel::update()
+{
+    beginResetModel();
+    m_server = nullptr;
+    m_root.reset();
+    m_selfSignedSeen = false;
+    if (m_security) {
+        m_result = buildCertificateChain();
+        if (!m_result.isBad())
+            verify();
+    } else {
+        m_result = m_givenResult;
+        buildTlsNode();
+    }
+    m_severity = m_result.isBad() ? QlumCertificateError::Error : QlumCertificateError::None;
+    for (const QlumCertificateChainNode* node = m_root.get(); node; node = node->child())
+        m_severity = std::max(m_severity, node->severity());
+    endResetModel();
+}
+
+void QlumCertificateChainModel::buildTlsNode()
+{
+    const UaPkiCertificate certificate =
+        UaPkiCertificateCollection::fromDERChain(m_certificate).certificate(0);
+    if (certificate.isNull())
+        return;
+    m_root = std::make_unique<QlumCertificateChainNode>(certificate, QlumCertificateChainNode::Untrusted);
+    m_server = m_root.get();
+    m_checks.verifyNode(*m_root, false);
+}
+
+UaStatusCode QlumCertificateChainModel::buildCertificateChain()
+{
+    UaPkiCertificateStore store;
+    Lists lists;
+    lists.trusted = store.addFolder(m_security->pki().trustedCertificates);
+    lists.issuers = store.addFolder(m_security->pki().issuerCertificates);
+
+    UaByteStringArray parts;
+    const UaStatus split = SessionSecurityInfo::splitCertificateChain(m_certificate, parts);
+    if (split.isBad())
+        return split;
+    UaPkiCertificate own;
+    for (OpcUa_UInt32 i = 0; i < parts.length(); ++i) {
+        const UaPkiCertificate certificate = UaPkiCertificate::fromDER(UaByteString(parts[i]));
+        if (certificate.isNull())
+            return OpcUa_BadDecodingError;
+        lists.sent.insert(certificate.thumbPrint());
+        if (i == 0)
+            own = certificate;
+        else
+            store.add(certificate);
+    }
+    if (own.isNull())
+        return OpcUa_BadDecodingError;
+    const UaByteString thumbprint = own.thumbPrint();
+    const auto status = lists.trusted.count(thumbprint) != 0   ? QlumCertificateChainNode::Trusted
+                        : lists.issuers.count(thumbprint) != 0 ? QlumCertificateChainNode::KnownIssuer
+                                                               : QlumCertificateChainNode::Untrusted;
+    auto server = std::make_unique<QlumCertificateChainNode>(own, status);
+    m_server = server.get();
+    m_checks.verifyNode(*server, true);
+    m_root = climb(std::move(server), store, lists);
+    return OpcUa_Good;
+}
+
+QlumCertificateChainModel::NodePointer QlumCertificateChainModel::climb(NodePointer server,
+                                                                        const UaPkiCertificateStore& store,
+                                                                        const Lists& lists) const
+{
+    NodePointer top = std::move(server);
+    Thumbprints visited{top->certificate().thumbPrint()}; // two that issue each other would never end
+    auto status = top->trustStatus();
+    for (int count = 1; count < kMostCertificates; ++count) {
+        const UaPkiCertificate issuer = store.issuerOf(top->certificate());
+        if (issuer.isNull() || !visited.insert(issuer.thumbPrint()).second)
+            break;
+        const UaByteString thumbprint = issuer.thumbPrint();
+        if (lists.trusted.count(thumbprint) != 0)
+            status = QlumCertificateChainNode::Trusted;
+        else if (lists.issuers.count(thumbprint) != 0)
+            status = QlumCertificateChainNode::KnownIssuer;
+        else if (lists.sent.count(thumbprint) != 0)
+            status = QlumCertificateChainNode::Untrusted;
+        auto node = std::make_unique<QlumCertificateChainNode>(issuer, status);
+        m_checks.verifyNode(*node, false);
+        node->setChild(std::move(top));
+        top = std::move(node);
+    }
+    return top;
+}
+
+void QlumCertificateChainModel::verify()
+{
+    SessionSecurityInfo judged = *m_security;
+    judged.serverCertificate = m_certificate; // the bytes that are shown, whatever the record holds
+    const UaStatus verified = judged.verifyServerCertificate(this);
+    // The verification lets time and unknown revocation pass, since this callback went on; and where it went
+    // on past a self-signed certificate, what it says comes before what was found after that.
+    if (verified.isBad() && (m_selfSignedSeen || !m_result.isBad()))
+        m_result = verified;
+}
+
+int QlumCertificateChainModel::verificationError(SessionSecurityInfo*, void* context, const UaByteString&,
+                                                 unsigned int, unsigned int depth)
+{
+    UaStatusCode status;
+    int openSslError = 0;
+    UaString text;
+    SessionSecurityInfo::getCurrentErrorInformationOpenSSL(context, status, openSslError, text);
+    if (openSslError == kSelfSignedServer) {
+        m_selfSignedSeen = m_selfSignedSeen || !m_result.isBad();
+        return 1;
+    }
+    if (QlumCertificateChainNode* node = nodeAtDepth(depth)) {
+        const QString finding =
+            tr("%1 [%2]").arg(qlumSingleLine(toQString(text)), qlumStatusText(status.code()));
+        node->errors().add(tr("Error"), finding).setFinding(finding, QlumCertificateError::Error);
+    }
+    if (!m_result.isBad() && isTakenAsResult(status))
+        m_result = status;
+    return 1;
+}
+
+bool QlumCertificateChainModel::isTakenAsResult(const UaStatusCode& status)
+{
+    switch (status.code() & kCodeBits) {
+    case OpcUa_BadCertificateTimeInvalid:
+        return !isSwitchedOff("General.DisableError.CertificateTimeInvalid");
+    case OpcUa_BadCertificateIssuerTimeInvalid:
+        return !isSwitchedOff("General.DisableError.CertificateIssuerTimeInvalid");
+    case OpcUa_BadCertificateRevocationUnknown:
+        return !isSwitchedOff("General.DisableError.CertificateRevocationUnknown");
+    case OpcUa_BadCertificateIssuerRevocationUnknown:
+        return !isSwitchedOff("General.DisableError.CertificateIssuerRevocationUnknown");
+    default:
+        return true;
+    }
+}
+
+// A depth beyond the chain means its top: the verification may have got further than the names tell.
+QlumCertificateChainNode* QlumCertificateChainModel::nodeAtDepth(unsigned int depth) const
+{
+    QlumCertificateChainNode* node = m_server;
+    for (; node && node->parent() && depth > 0; --depth)
+        node = node->parent();
+    return node;
+}
+
+// ---- model
+// --------------------------------------------------------------------------------------------------
+
+const QlumCertificateChainNode* QlumCertificateChainModel::node(const QModelIndex& index) const
+{
+    return index.isValid() ? static_cast<const QlumCertificateChainNode*>(index.internalPointer()) : nullptr;
+}
+
+bool QlumCertificateChainModel::isServerCertificate(const QModelIndex& index) const
+{
+    return m_server && node(index) == m_server;
+}
+
+QModelIndex QlumCertificateChainModel::serverCertificateIndex() const
+{
+    return m_server ? createIndex(0, 0, m_server) : QModelIndex();
+}
+
+QModelIndex QlumCertificateChainModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (row != 0 || column < 0 || column >= ColumnCount || parent.column() > 0)
+        return {};
+    QlumCertificateChainNode* found = parent.isValid() ? node(parent)->child() : m_root.get();
+    return found ? createIndex(0, column, found) : QModelIndex();
+}
+
+QModelIndex QlumCertificateChainModel::parent(const QModelIndex& index) const
+{
+    QlumCertificateChainNode* above = index.isValid() ? node(index)->parent() : nullptr;
+    return above ? createIndex(0, 0, above) : QModelIndex();
+}
+
+int QlumCertificateChainModel::rowCount(const QModelIndex& parent) const
+{
+    return index(0, 0, parent).isValid() ? 1 : 0;
+}
+
+int QlumCertificateChainModel::columnCount(const QModelIndex&) const
+{
+    return ColumnCount;
+}
+
+QVariant QlumCertificateChainModel::data(const QModelIndex& index, int role) const
+{
+    const QlumCertificateChainNode* one = node(index);
+    if (!one)
+        return {};
+    const bool isName = index.column() == NameColumn;
+    switch (role) {
+    case Qt::DisplayRole:
+        return isName ? one->displayName() : one->trustStatusText();
+    case Qt::DecorationRole:
+        return isName ? severityIcon(one->severity()) : QVariant();
+    case Qt::ToolTipRole:
+        return isName ? qlumPlainToolTip(one->displayName()) : QVariant();
+    case TrustStatusRole:
+        return static_cast<int>(one->trustStatus());
+    case CertificateRole:
+        return QVariant::fromValue(one->certificate());
+    default:
+        return {};
+    }
+}
+
+QVariant QlumCertificateChainModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    return section == NameColumn ? tr("Name") : tr("Trust Status");
+}

@@ -1,0 +1,86 @@
+#pragma once
+#include <QAbstractItemModel>
+#include <certificates/qlumcertificatechainnode.h>
+#include <certificates/qlumcertificatechecks.h>
+#include <uabase/uastatus.h>
+#include <uaclientsdk/sessionsecurityinfo.h>
+
+#include <set>
+
+class UaPkiCertificateStore;
+
+Q_DECLARE_METATYPE(UaPkiCertificate)
+
+/// A server's certificate with those that it was issued by, the root at the top, and what the validation says
+/// of them. Empty until update() is called. GUI thread; update() reads the trust folders, which may take a
+/// while.
+class QlumCertificateChainModel : public QAbstractItemModel, public UaClientSdk::CertificateValidationCallback
+{
+    Q_OBJECT
+public:
+    enum Column { NameColumn, TrustStatusColumn, ColumnCount };
+    enum Role { TrustStatusRole = 33, CertificateRole = 34 };
+
+    /// Of a secure channel. security says which folders and which policy count, and must outlive the model.
+    QlumCertificateChainModel(const QString& serverUrl, const QString& applicationUri,
+                              const UaByteString& certificate, UaClientSdk::SessionSecurityInfo* security,
+                              QObject* parent = nullptr);
+    /// Of a TLS connection, which has judged the certificate already.
+    QlumCertificateChainModel(const UaByteString& certificate, const UaStatusCode& status,
+                              QObject* parent = nullptr);
+    ~QlumCertificateChainModel() override;
+
+    /// Reads the folders again and validates anew.
+    void update();
+    [[nodiscard]] UaStatusCode validationResult() const { return m_result; }
+    /// The worst that was found in the chain, an error when the result is bad.
+    [[nodiscard]] QlumCertificateError validationError() const { return m_severity; }
+    /// The bytes that are judged here; they may hold a whole chain.
+    [[nodiscard]] UaByteString serverCertificate() const { return m_certificate; }
+    [[nodiscard]] bool isServerCertificate(const QModelIndex& index) const;
+    /// Invalid while there is no certificate.
+    [[nodiscard]] QModelIndex serverCertificateIndex() const;
+    /// Null for an invalid index. Good until the next update().
+    [[nodiscard]] const QlumCertificateChainNode* node(const QModelIndex& index) const;
+    [[nodiscard]] const QlumCertificateChainNode* root() const { return m_root.get(); }
+
+    int verificationError(UaClientSdk::SessionSecurityInfo* security, void* context,
+                          const UaByteString& certificate, unsigned int errorCode,
+                          unsigned int depth) override;
+
+    [[nodiscard]] QModelIndex index(int row, int column,
+                                    const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
+    [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                      int role = Qt::DisplayRole) const override;
+
+private:
+    using Thumbprints = std::set<UaByteString>;
+    struct Lists
+    {
+        Thumbprints trusted;
+        Thumbprints issuers;
+        Thumbprints sent; // by the server
+    };
+    using NodePointer = std::unique_ptr<QlumCertificateChainNode>;
+
+    void buildTlsNode();
+    UaStatusCode buildCertificateChain();
+    NodePointer climb(NodePointer server, const UaPkiCertificateStore& store, const Lists& lists) const;
+    void verify();
+    [[nodiscard]] QlumCertificateChainNode* nodeAtDepth(unsigned int depth) const;
+    [[nodiscard]] static bool isTakenAsResult(const UaStatusCode& status);
+
+    const UaByteString m_certificate;
+    UaClientSdk::SessionSecurityInfo* const m_security; // null for TLS
+    const UaStatusCode m_givenResult;                   // for TLS
+    const QlumCertificateChecks m_checks;
+    UaStatusCode m_result;
+    bool m_selfSignedSeen = false; // passed over, but it stands before what was found later
+    QlumCertificateError m_severity = QlumCertificateError::None;
+    NodePointer m_root;
+    QlumCertificateChainNode* m_server = nullptr;
+};

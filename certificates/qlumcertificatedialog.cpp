@@ -1,0 +1,393 @@
+#include <certificates/qlumcertificatedialog.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStyle>
+#include <QTreeView>
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumtext.h>
+#include <app/api/qlumuatrace.h>
+#include <certificates/qlumcertificateadvice.h>
+#include <certificates/qlumcertificatedetailsmodel.h>
+#include <certificates/qlumthumbprint.h>
+#include <uawidgets/qlumcopy.h>
+
+namespace {
+QIcon iconOf(QlumCertificateError severity)
+{
+    switch (severity) {
+    case QlumCertificateError::None:
+        return QIcon(QStringLiteral(":/images/ok.png"));
+    case QlumCertificateError::Warning:
+        return QIcon(QStringLiteral(":/images/warning.png"));
+    case QlumCertificateError::Error:
+        break;
+    }
+    return QIcon(QStringLiteral(":/images/error.png"));
+}
+
+QTreeView* makeTree(const char* objectName, const QString& accessibleName)
+{
+    auto* view = new QTreeView;
+    view->setObjectName(QLatin1String(objectName));
+    view->setAccessibleName(accessibleName);
+    view->setAlternatingRowColors(true);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->setTextElideMode(Qt::ElideMiddle);
+    return view;
+}
+
+QLabel* makeLabel(const char* objectName, Qt::TextFormat format)
+{
+    auto* label = new QLabel;
+    label->setObjectName(QLatin1String(objectName));
+    label->setTextFormat(format);
+    label->setWordWrap(true);
+    return label;
+}
+
+QString filePath(const QString& folder, const UaPkiCertificate& certificate)
+{
+    return QStringLiteral("%1/%2.der").arg(folder, qlumThumbprint(certificate));
+}
+} // namespace
+
+QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, const QString& applicationUri,
+                                             const QString& serverUrl, const UaByteString& certificate,
+                                             UaClientSdk::SessionSecurityInfo* security, QWidget* parent)
+    : QlumCertificateDialog(serverName,
+                            new QlumCertificateChainModel(serverUrl, applicationUri, certificate, security),
+                            security, parent)
+{
+}
+
+QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, const UaByteString& certificate,
+                                             const UaStatusCode& status, QWidget* parent)
+    : QlumCertificateDialog(serverName, new QlumCertificateChainModel(certificate, status), nullptr, parent)
+{
+}
+
+QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, QlumCertificateChainModel* model,
+                                             UaClientSdk::SessionSecurityInfo* security, QWidget* parent)
+    : QlumBaseWidget(QStringLiteral("QlumCertificateDialog"), parent),
+      m_serverName(qlumCutText(qlumSingleLine(serverName))), m_model(model), m_security(security),
+      m_details(new QlumCertificateDetailsModel(this))
+{
+    m_model->setParent(this);
+    setObjectName(QStringLiteral("certificateDialog"));
+    setWindowTitle(tr("Certificate Validation"));
+    setModal(true);
+    auto* layout = new QVBoxLayout(this);
+    createHeader(layout);
+    createChain();
+    createDetails();
+    auto* splitter = new QSplitter(Qt::Vertical);
+    splitter->setObjectName(QStringLiteral("splitter"));
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(m_chainView);
+    splitter->addWidget(m_detailsView);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({80, 400});
+    layout->addWidget(splitter, 1);
+    layout->addWidget(m_findings);
+    createButtons(layout);
+    createActions();
+    resize(720, 720);
+    update();
+}
+
+// ---- widgets
+// ------------------------------------------------------------------------------------------------
+
+void QlumCertificateDialog::createHeader(QVBoxLayout* layout)
+{
+    m_icon = new QLabel;
+    m_icon->setObjectName(QStringLiteral("icon"));
+    m_caption = makeLabel("caption", Qt::RichText);
+    m_result = makeLabel("result", Qt::RichText);
+    m_advice = makeLabel("advice", Qt::PlainText);
+    m_thumbprint = makeLabel("thumbprint", Qt::PlainText);
+    m_thumbprint->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    auto* texts = new QVBoxLayout;
+    for (QLabel* label : {m_caption, m_result, m_advice, m_thumbprint})
+        texts->addWidget(label);
+    auto* header = new QHBoxLayout;
+    header->addWidget(m_icon, 0, Qt::AlignTop);
+    header->addLayout(texts, 1);
+    layout->addLayout(header);
+}
+
+void QlumCertificateDialog::createChain()
+{
+    m_chainView = makeTree("chain", tr("Certificate chain"));
+    m_chainView->setModel(m_model);
+    m_chainView->setItemsExpandable(false); // the chain has no branches: all of it is always in sight
+    m_chainView->setMinimumHeight(70);
+    m_chainView->header()->setStretchLastSection(false);
+    m_chainView->header()->setSectionResizeMode(QlumCertificateChainModel::NameColumn, QHeaderView::Stretch);
+    m_chainView->header()->setSectionResizeMode(QlumCertificateChainModel::TrustStatusColumn,
+                                                QHeaderView::ResizeToContents);
+    m_chainView->setWhatsThis(tr("<b>Certificate chain</b><br>The server's certificate below the "
+                                 "certificates of those who issued it. The icon tells the worst that was "
+                                 "found about each."));
+    connect(m_chainView->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this] { showSelected(); });
+}
+
+void QlumCertificateDialog::createDetails()
+{
+    m_detailsView = makeTree("details", tr("Certificate details"));
+    m_detailsView->setModel(m_details);
+    m_detailsView->setMinimumHeight(120);
+    m_detailsView->setWhatsThis(tr("<b>Certificate details</b><br>What the selected certificate says. The "
+                                   "tool tip of a coloured line tells what is wrong with it."));
+    qlumAddCopyActions(m_detailsView);
+    connect(m_detailsView, &QTreeView::activated, this, &QlumCertificateDialog::showWholeValue);
+
+    m_findings = new QListWidget;
+    m_findings->setObjectName(QStringLiteral("findings"));
+    m_findings->setAccessibleName(tr("Findings"));
+    m_findings->setWordWrap(true);
+    m_findings->setIconSize(QSize(16, 16));
+    m_findings->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_findings->setWhatsThis(
+        tr("<b>Findings</b><br>All that was found wrong with the selected certificate, the worst first."));
+    qlumAddCopyActions(m_findings);
+}
+
+void QlumCertificateDialog::createButtons(QVBoxLayout* layout)
+{
+    m_acceptOnce = new QCheckBox(tr("Accept the server certificate temporarily for this session"));
+    m_acceptOnce->setObjectName(QStringLiteral("acceptOnce"));
+    m_acceptOnce->setToolTip(tr("Connect although the validation failed, and ask again next time"));
+    m_acceptOnce->setWhatsThis(tr("<b>Accept temporarily</b><br>The connection is made with the certificate "
+                                  "shown here and with no other. Nothing is stored."));
+    m_acceptOnce->setVisible(!isTls());
+    layout->addWidget(m_acceptOnce);
+
+    m_trust = new QPushButton(isTls() ? tr("Trust TLS Certificate") : tr("Trust Server Certificate"));
+    m_trust->setObjectName(QStringLiteral("trust"));
+    m_trust->setIcon(QIcon(QStringLiteral(":/images/certificate.png")));
+    m_trust->setToolTip(tr("Trust the selected certificate permanently"));
+    m_trust->setWhatsThis(
+        tr("<b>Trust</b><br>Copies the certificate into Tavelin's trust list, where the certificate manager "
+           "shows it. Servers that use it or a certificate issued by it are then trusted."));
+    m_buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    m_buttons->setObjectName(QStringLiteral("buttons"));
+    m_buttons->addButton(m_trust, isTls() ? QDialogButtonBox::AcceptRole : QDialogButtonBox::ActionRole);
+    if (!isTls()) {
+        QPushButton* go = m_buttons->addButton(QDialogButtonBox::Ok);
+        go->setText(tr("Continue"));
+        go->setObjectName(QStringLiteral("continue"));
+        go->setToolTip(tr("Connect to the server"));
+        connect(m_trust, &QPushButton::clicked, this, &QlumCertificateDialog::trust);
+        connect(m_acceptOnce, &QCheckBox::toggled, this, &QlumCertificateDialog::updateButtons);
+    }
+    m_buttons->button(QDialogButtonBox::Cancel)->setToolTip(tr("Do not connect"));
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    layout->addWidget(m_buttons);
+}
+
+void QlumCertificateDialog::createActions()
+{
+    auto* save = new QAction(tr("Save as..."), this);
+    save->setObjectName(QStringLiteral("saveAs"));
+    save->setToolTip(tr("Save the selected certificate to a file"));
+    save->setWhatsThis(tr("<b>Save as</b><br>Writes the selected certificate to a DER file. Under the "
+                          "proposed name it becomes trusted."));
+    connect(save, &QAction::triggered, this, &QlumCertificateDialog::saveAs);
+    auto* copy = new QAction(QIcon(QStringLiteral(":/images/copy.png")), tr("Copy Thumbprint"), this);
+    copy->setObjectName(QStringLiteral("copyThumbprint"));
+    copy->setToolTip(tr("Copy the thumbprint of the selected certificate"));
+    copy->setWhatsThis(tr("<b>Copy Thumbprint</b><br>Puts the SHA-1 thumbprint on the clipboard, to compare "
+                          "it with the one that the server's operator names."));
+    connect(copy, &QAction::triggered, this, &QlumCertificateDialog::copyThumbprint);
+    m_chainView->addActions({save, copy});
+    m_chainView->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+// ---- what is shown
+// ------------------------------------------------------------------------------------------
+
+void QlumCertificateDialog::update()
+{
+    m_details->setNode(nullptr);
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    m_model->update();
+    QApplication::restoreOverrideCursor();
+    showResult();
+    m_chainView->expandAll();
+    m_chainView->setCurrentIndex(m_model->serverCertificateIndex());
+    showSelected();
+}
+
+QString QlumCertificateDialog::captionFor(bool tls, bool bad)
+{
+    if (tls)
+        return tr("Validating the TLS certificate of server '<b>%1</b>' returned an error:");
+    return bad ? tr("Validating the certificate of server '<b>%1</b>' returned an error:")
+               : tr("The certificate of server '<b>%1</b>' was validated successfully.");
+}
+
+void QlumCertificateDialog::showResult()
+{
+    const UaStatusCode result = m_model->validationResult();
+    m_caption->setText(captionFor(isTls(), result.isBad()).arg(m_serverName.toHtmlEscaped()));
+    m_result->setText(QStringLiteral("<b><font color=\"%1\">%2</font></b>")
+                          .arg(result.isBad() ? QStringLiteral("#ff0000") : QStringLiteral("#00aa00"),
+                               qlumStatusText(result.code()).toHtmlEscaped()));
+    m_result->setToolTip(qlumCertificateStatusDescription(result));
+    m_advice->setText(qlumCertificateAdvice(result));
+    m_advice->setVisible(!m_advice->text().isEmpty());
+    const int size = style()->pixelMetric(QStyle::PM_LargeIconSize);
+    const QlumCertificateError severity = isTls() ? QlumCertificateError::Error : m_model->validationError();
+    m_icon->setPixmap(iconOf(severity).pixmap(size, size));
+}
+
+void QlumCertificateDialog::showSelected()
+{
+    const QlumCertificateChainNode* node = m_model->node(m_chainView->currentIndex());
+    m_details->setNode(node);
+    m_detailsView->expandAll();
+    m_detailsView->resizeColumnToContents(QlumCertificateDetailsModel::NameColumn);
+    m_thumbprint->setText(node ? tr("Thumbprint (SHA1): %1").arg(qlumThumbprint(node->certificate()))
+                               : QString());
+    m_thumbprint->setVisible(node != nullptr);
+    showFindings(node);
+    updateButtons();
+}
+
+void QlumCertificateDialog::showFindings(const QlumCertificateChainNode* node)
+{
+    constexpr int MostRows = 5;
+    m_findings->clear();
+    if (node)
+        for (const QlumCertificateChainNode::Finding& finding : node->findings())
+            m_findings->addItem(new QListWidgetItem(iconOf(finding.severity), finding.text));
+    m_findings->setVisible(m_findings->count() > 0);
+    int height = 2 * m_findings->frameWidth();
+    for (int row = 0; row < m_findings->count() && row < MostRows; ++row)
+        height += m_findings->sizeHintForRow(row);
+    m_findings->setFixedHeight(height);
+}
+
+void QlumCertificateDialog::updateButtons()
+{
+    const QlumCertificateChainNode* selected = m_model->node(m_chainView->currentIndex());
+    QPushButton* cancel = m_buttons->button(QDialogButtonBox::Cancel);
+    for (QAction* action : m_chainView->actions())
+        action->setEnabled(selected != nullptr);
+    if (isTls()) {
+        m_trust->setEnabled(selected != nullptr);
+        cancel->setDefault(true);
+        return;
+    }
+    const bool bad = m_model->validationResult().isBad();
+    // bytes that are no certificate can not secure a connection, so there is nothing to accept
+    m_acceptOnce->setEnabled(bad && m_model->serverCertificateIndex().isValid());
+    if (!m_acceptOnce->isEnabled())
+        m_acceptOnce->setChecked(false);
+    m_trust->setEnabled(bad && selected && selected->trustStatus() != QlumCertificateChainNode::Trusted);
+    QPushButton* go = m_buttons->button(QDialogButtonBox::Ok);
+    go->setEnabled(!bad || m_acceptOnce->isChecked());
+    (go->isEnabled() ? go : cancel)->setDefault(true);
+}
+
+QStringList QlumCertificateDialog::findings() const
+{
+    QStringList result;
+    for (const QlumCertificateChainNode* node = m_model->root(); node; node = node->child())
+        for (const QlumCertificateChainNode::Finding& finding : node->findings())
+            result.append(tr("%1: %2").arg(node->displayName(), qlumSingleLine(finding.text)));
+    return result;
+}
+
+// ---- what the user does
+// -------------------------------------------------------------------------------------
+
+UaPkiCertificate QlumCertificateDialog::selectedCertificate() const
+{
+    const QlumCertificateChainNode* node = m_model->node(m_chainView->currentIndex());
+    return node ? node->certificate() : UaPkiCertificate();
+}
+
+bool QlumCertificateDialog::write(const UaPkiCertificate& certificate, const QString& path)
+{
+    if (certificate.toDERFile(toUaString(path)))
+        return true;
+    QStringList reasons;
+    for (const UaString& reason : certificate.getErrors())
+        reasons.append(toQString(reason));
+    QlumUaTrace::log(QlumLogLevel::Error,
+                     tr("The certificate could not be written to '%1': %2")
+                         .arg(path, qlumSingleLine(reasons.join(QLatin1String("; ")))),
+                     QStringLiteral("Tavelin"));
+    return false;
+}
+
+void QlumCertificateDialog::trust()
+{
+    const UaPkiCertificate certificate = selectedCertificate();
+    const QString path = filePath(toQString(m_security->pki().trustedCertificates), certificate);
+    const bool written = write(certificate, path);
+    update();
+    if (written)
+        return;
+    m_advice->setText(tr("The certificate could not be written to '%1'; the log tells why.").arg(path));
+    m_advice->show();
+}
+
+void QlumCertificateDialog::saveAs()
+{
+    const UaPkiCertificate certificate = selectedCertificate();
+    const QString folder =
+        isTls() ? QDir::homePath() : toQString(m_security->pki().trustedCertificates); // TLS trusts elsewhere
+    const QString path = QFileDialog::getSaveFileName(this, tr("Save Certificate"),
+                                                      filePath(folder, certificate), QStringLiteral("*.der"));
+    if (path.isEmpty())
+        return;
+    if (!write(certificate, path))
+        QMessageBox::critical(this, tr("Save Certificate"), tr("The certificate could not be written."));
+    update();
+}
+
+void QlumCertificateDialog::copyThumbprint() const
+{
+    QGuiApplication::clipboard()->setText(qlumThumbprint(selectedCertificate()));
+}
+
+// A cell shows no more than fits.
+void QlumCertificateDialog::showWholeValue(const QModelIndex& index)
+{
+    const QModelIndex value = index.sibling(index.row(), QlumCertificateDetailsModel::ValueColumn);
+    const QString text = value.data(Qt::EditRole).toString();
+    if (text == value.data().toString())
+        return;
+    QlumBaseWidget dialog(QStringLiteral("QlumCertificateValue"), this);
+    dialog.setWindowTitle(
+        index.sibling(index.row(), QlumCertificateDetailsModel::NameColumn).data().toString());
+    auto* edit = new QPlainTextEdit(text, &dialog);
+    edit->setObjectName(QStringLiteral("value"));
+    edit->setAccessibleName(tr("Whole value"));
+    edit->setReadOnly(true);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
+    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    auto* layout = new QVBoxLayout(&dialog);
+    layout->addWidget(edit);
+    layout->addWidget(buttons);
+    dialog.resize(480, 400);
+    dialog.exec();
+}

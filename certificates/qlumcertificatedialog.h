@@ -1,0 +1,73 @@
+#pragma once
+#include <certificates/qlumcertificatechainmodel.h>
+#include <uawidgets/qlumbasewidget.h>
+
+class QCheckBox;
+class QDialogButtonBox;
+class QLabel;
+class QListWidget;
+class QPushButton;
+class QTreeView;
+class QVBoxLayout;
+class QlumCertificateDetailsModel;
+
+/// Shows a server's certificates with every finding and lets the user decide: trust, accept once, or cancel.
+/// Modal. Accepted means that the connection may go on with exactly the bytes given to the constructor.
+class QlumCertificateDialog : public QlumBaseWidget
+{
+    Q_OBJECT
+public:
+    /// For a secure channel. Validates at once; security must outlive the dialog.
+    QlumCertificateDialog(const QString& serverName, const QString& applicationUri, const QString& serverUrl,
+                          const UaByteString& certificate, UaClientSdk::SessionSecurityInfo* security,
+                          QWidget* parent = nullptr);
+    /// For a TLS connection that ended with this status. Accepted means that the certificate is to be
+    /// trusted; who shows the dialog stores it.
+    QlumCertificateDialog(const QString& serverName, const UaByteString& certificate,
+                          const UaStatusCode& status, QWidget* parent = nullptr);
+
+    [[nodiscard]] QlumCertificateError validationError() const { return m_model->validationError(); }
+    [[nodiscard]] UaStatusCode validationResult() const { return m_model->validationResult(); }
+    /// All findings about the chain, each with the name of its certificate, for the log.
+    [[nodiscard]] QStringList findings() const;
+
+private:
+    QlumCertificateDialog(const QString& serverName, QlumCertificateChainModel* model,
+                          UaClientSdk::SessionSecurityInfo* security, QWidget* parent);
+
+    [[nodiscard]] bool isTls() const { return m_security == nullptr; }
+    void createHeader(QVBoxLayout* layout);
+    void createChain();
+    void createDetails();
+    void createButtons(QVBoxLayout* layout);
+    void createActions();
+
+    void update();
+    void showResult();
+    void showSelected();
+    void showFindings(const QlumCertificateChainNode* node);
+    void updateButtons();
+    void trust();
+    void saveAs();
+    void copyThumbprint() const;
+    void showWholeValue(const QModelIndex& index);
+    bool write(const UaPkiCertificate& certificate, const QString& path);
+    [[nodiscard]] UaPkiCertificate selectedCertificate() const;
+    [[nodiscard]] static QString captionFor(bool tls, bool bad);
+
+    const QString m_serverName;
+    QlumCertificateChainModel* m_model;
+    UaClientSdk::SessionSecurityInfo* const m_security;
+    QlumCertificateDetailsModel* m_details;
+    QLabel* m_icon = nullptr;
+    QLabel* m_caption = nullptr;
+    QLabel* m_result = nullptr;
+    QLabel* m_advice = nullptr;
+    QLabel* m_thumbprint = nullptr;
+    QTreeView* m_chainView = nullptr;
+    QListWidget* m_findings = nullptr;
+    QTreeView* m_detailsView = nullptr;
+    QCheckBox* m_acceptOnce = nullptr;
+    QPushButton* m_trust = nullptr;
+    QDialogButtonBox* m_buttons = nullptr;
+};

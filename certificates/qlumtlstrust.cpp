@@ -1,0 +1,97 @@
+#include <certificates/qlumtlstrust.h>
+
+#include <QCoreApplication>
+#include <QMessageBox>
+#include <QPointer>
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumtext.h>
+#include <app/api/qlumuatrace.h>
+#include <certificates/qlumcertificatedialog.h>
+#include <certificates/qlumcertificatestore.h>
+#include <uabase/uadir.h>
+#include <uabase/uapkicpp/uapkicertificatecollection.h>
+
+namespace {
+constexpr int kMostNumbers = 1000; // of one subject; a folder somebody has filled ends the search
+
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumTlsTrust)
+};
+
+QString numbered(const QString& folder, const UaPkiCertificate& certificate, int number)
+{
+    return folder + QLatin1Char('/') +
+           QStringLiteral("%1.%2").arg(certificate.subjectNameHash(), 8, 16, QLatin1Char('0')).arg(number);
+}
+
+bool holds(const QString& path, const UaPkiCertificate& certificate)
+{
+    const UaString file = toUaString(path);
+    return UaPkiCertificate::fromPEMFile(file) == certificate ||
+           UaPkiCertificate::fromDERFile(file) == certificate;
+}
+
+void showAlreadyTrusted(const QString& serverName, const QString& path, QWidget* parent)
+{
+    const QString text =
+        Texts::tr("The TLS certificate of server '%1' is already in Tavelin's trust list but validation "
+                  "still fails. Please check Tavelin's log files for details about the reason for this "
+                  "error.\n\nThe certificate location is: %2")
+            .arg(serverName, path);
+    QMessageBox box(QMessageBox::Critical, Texts::tr("TLS Certificate Already Trusted"), text,
+                    QMessageBox::Ok, parent);
+    box.setObjectName(QStringLiteral("tlsAlreadyTrusted"));
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box.exec();
+}
+} // namespace
+
+QString qlumFindTlsCertificate(const QString& folder, const UaPkiCertificate& certificate)
+{
+    for (int number = 0; number < kMostNumbers; ++number) {
+        const QString path = numbered(folder, certificate, number);
+        if (!UaDir::exists(toUaString(path)))
+            break;
+        if (!certificate.isNull() && holds(path, certificate))
+            return path;
+    }
+    return {};
+}
+
+QString qlumStoreTlsCertificate(const QString& folder, const UaPkiCertificate& certificate)
+{
+    QString path;
+    for (int number = 0; number < kMostNumbers && path.isEmpty(); ++number) {
+        const QString candidate = numbered(folder, certificate, number);
+        if (!UaDir::exists(toUaString(candidate)))
+            path = candidate;
+    }
+    if (!path.isEmpty() && certificate.toPEMFile(toUaString(path)))
+        return path;
+    QStringList reasons;
+    for (const UaString& reason : certificate.getErrors())
+        reasons.append(qlumSingleLine(toQString(reason)));
+    QlumUaTrace::log(QlumLogLevel::Error,
+                     Texts::tr("The TLS certificate could not be written to '%1': %2")
+                         .arg(folder, reasons.join(QLatin1String("; "))),
+                     QStringLiteral("Tavelin"));
+    return {};
+}
+
+bool qlumAskTlsTrust(const QString& serverName, const UaByteString& certificate, const UaStatusCode& status,
+                     QWidget* parent)
+{
+    const UaPkiCertificate own = UaPkiCertificateCollection::fromDERChain(certificate).certificate(0);
+    const QString folder = QlumCertificateStore::tlsIssuerCertificates();
+    if (const QString path = qlumFindTlsCertificate(folder, own); !path.isEmpty()) {
+        showAlreadyTrusted(qlumCutText(qlumSingleLine(serverName)), path, parent);
+        return false;
+    }
+    const QPointer<QlumCertificateDialog> dialog =
+        new QlumCertificateDialog(serverName, certificate, status, parent);
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    delete dialog;
+    return accepted && !own.isNull() && !qlumStoreTlsCertificate(folder, own).isEmpty();
+}

@@ -1,0 +1,20 @@
+// TLS certificates of servers that the user has decided to trust, in the form in which the TLS library looks
+// them up: PEM files named after the hash of the subject and a number.
+#pragma once
+#include <QString>
+#include <uabase/uabytestring.h>
+#include <uabase/uastatuscode.h>
+
+class QWidget;
+class UaPkiCertificate;
+
+/// The file below folder that holds the certificate; empty when none does.
+[[nodiscard]] QString qlumFindTlsCertificate(const QString& folder, const UaPkiCertificate& certificate);
+/// Writes the certificate under its first free number. The path; empty, and the reason logged, when that
+/// failed.
+[[nodiscard]] QString qlumStoreTlsCertificate(const QString& folder, const UaPkiCertificate& certificate);
+
+/// Lets the user judge a TLS certificate (DER) that failed with this status, and stores it when he trusts it.
+/// True when a new attempt may succeed. Opens dialogs; GUI thread.
+[[nodiscard]] bool qlumAskTlsTrust(const QString& serverName, const UaByteString& certificate,
+                                   const UaStatusCode& status, QWidget* parent);

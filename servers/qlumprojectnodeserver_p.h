@@ -1,0 +1,28 @@
+// What the parts of the server node share.
+#pragma once
+#include <QApplication>
+#include <QMessageBox>
+#include <servers/qlumprojectnodeserver.h>
+
+struct QlumProjectNodeServer::Attempt
+{
+    QVector<QlumEndpoint> endpoints;
+    QlumEndpoint endpoint; // the chosen one, or the stored one when the user insists
+    UaClientSdk::SessionSecurityInfo security;
+    bool changesUser = false; // of a session that stands
+};
+
+class QlumWaitCursor
+{
+public:
+    QlumWaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~QlumWaitCursor() { QApplication::restoreOverrideCursor(); }
+    QlumWaitCursor(const QlumWaitCursor&) = delete;
+    QlumWaitCursor& operator=(const QlumWaitCursor&) = delete;
+};
+
+// Null while there is none.
+[[nodiscard]] QWidget* qlumMainWindow();
+// A warning in plain text. The button pressed; NoButton when the box went away with its window.
+int qlumWarn(const QString& title, const QString& text, QMessageBox::StandardButtons buttons,
+             QMessageBox::StandardButton defaultButton = QMessageBox::Ok);

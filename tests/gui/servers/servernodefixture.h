@@ -1,0 +1,94 @@
+// A server node above a scripted stack.
+#pragma once
+#include <app/api/qlumtext.h>
+#include <gtest/gtest.h>
+#include <opcua/opcua_statuscodes.h>
+#include <servers/qlumprojectnodeserver.h>
+#include <tests/support/fakestack.h>
+#include <tests/support/modeltext.h>
+#include <tests/support/owncertificate.h>
+#include <tests/support/stubapplication.h>
+
+class ServerNode : public testing::Test
+{
+protected:
+    ServerNode()
+    {
+        EXPECT_EQ(provideOwnCertificate(), QString());
+        FakeStack::instance().reset();
+        offer({{"opc.tcp://plc:4840", qlumPolicyNone()}});
+        for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout"})
+            application.settings[key] = 5000u;
+        application.settings["General.SessionTimeout"] = 1200000.0;
+        application.settings["General.SecureChannelLifetime"] = 3600000u;
+        application.settings["General.LocaleId"] = "en";
+        application.settings["General.WatchdogTime"] = 5000u;
+        application.settings["General.WatchdogTimeout"] = 5000u;
+        application.settings["General.TypeDictionaryMode"] = "Manual";
+        setting.endpoint.url = "opc.tcp://plc:4840";
+        setting.endpoint.securityPolicyUri = qlumPolicyNone();
+        setting.displayName = "Plc";
+        setting.sessionName = "test session";
+    }
+    // What GetEndpoints answers: one endpoint.
+    static void offerOne(const QlumEndpoint& endpoint)
+    {
+        FakeStack::instance().on(
+            OpcUa_GetEndpointsRequest_EncodeableType, [endpoint](const void*, void* response) {
+                UaEndpointDescriptions descriptions(1);
+                OpcUa_EndpointDescription& one = descriptions[0];
+                toUaString(endpoint.url).copyTo(&one.EndpointUrl);
+                toUaString(endpoint.securityPolicyUri).copyTo(&one.SecurityPolicyUri);
+                one.SecurityMode = static_cast<OpcUa_MessageSecurityMode>(endpoint.securityMode);
+                toUaString(endpoint.applicationUri).copyTo(&one.Server.ApplicationUri);
+                const QByteArray& der = endpoint.serverCertificate;
+                UaByteString(der.size(), reinterpret_cast<const OpcUa_Byte*>(der.constData()))
+                    .copyTo(&one.ServerCertificate);
+                auto* answer = static_cast<OpcUa_GetEndpointsResponse*>(response);
+                descriptions.detach(&answer->NoOfEndpoints, &answer->Endpoints);
+                return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+            });
+    }
+    // What GetEndpoints answers: URL and policy.
+    static void offer(const QVector<QPair<QString, QString>>& endpoints)
+    {
+        FakeStack::instance().on(
+            OpcUa_GetEndpointsRequest_EncodeableType, [endpoints](const void*, void* response) {
+                UaEndpointDescriptions descriptions(static_cast<OpcUa_UInt32>(endpoints.size()));
+                for (OpcUa_UInt32 i = 0; i < descriptions.length(); ++i) {
+                    const auto& [url, policy] = endpoints.at(static_cast<int>(i));
+                    toUaString(url).copyTo(&descriptions[i].EndpointUrl);
+                    toUaString(policy).copyTo(&descriptions[i].SecurityPolicyUri);
+                    descriptions[i].SecurityMode = OpcUa_MessageSecurityMode_None;
+                    UaString("urn:plc").copyTo(&descriptions[i].Server.ApplicationUri);
+                }
+                auto* answer = static_cast<OpcUa_GetEndpointsResponse*>(response);
+                descriptions.detach(&answer->NoOfEndpoints, &answer->Endpoints);
+                return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+            });
+    }
+    void make()
+    {
+        node = std::make_unique<QlumProjectNodeServer>(setting);
+        QObject::connect(node.get(), &QlumServerNode::serverNodeChanged, node.get(),
+                         [this](QlumProjectNode*, QWidget*, QlumConnectionStatus status, unsigned int,
+                                const NamespaceMap& map) {
+                             states.append(static_cast<int>(status));
+                             lastMap = map;
+                         });
+    }
+    QStringList log() const
+    {
+        QStringList lines;
+        for (const StubApplication::Entry& entry : application.entries())
+            if (entry.source == "Server Node" && entry.serverId == node->serverId())
+                lines.append(QString::number(entry.level) + " " + entry.text);
+        return lines;
+    }
+
+    StubApplication application;
+    QlumDiscoverySetting setting;
+    std::unique_ptr<QlumProjectNodeServer> node;
+    QList<int> states;
+    NamespaceMap lastMap;
+};

@@ -1,0 +1,226 @@
+// What a server node asks and says about certificates, weak policies and passwords before and after a
+// connect.
+#include "servernodefixture.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QLabel>
+#include <QPushButton>
+#include <certificates/qlumcertificatestore.h>
+#include <tests/support/dialogdriver.h>
+#include <tests/support/modeltext.h>
+#include <tests/support/testcertificates.h>
+
+#include <thread>
+
+namespace {
+using UaClientSdk::UaClient;
+
+const char kPolicies[] = "http://opcfoundation.org/UA/SecurityPolicy#";
+
+class SecuredServerNode : public ServerNode
+{
+protected:
+    SecuredServerNode()
+    {
+        for (const QString& folder : QlumCertificateStore::folders())
+            QDir().mkpath(folder);
+        for (const QString& folder :
+             {QlumCertificateStore::trustedCertificates(), QlumCertificateStore::tlsIssuerCertificates()})
+            for (const QString& name : QDir(folder).entryList(QDir::Files))
+                QFile::remove(folder + '/' + name);
+        testcertificates::Recipe recipe;
+        recipe.name = "Plc";
+        recipe.pair = testcertificates::key(2048);
+        der = testcertificates::make(recipe);
+        setting.endpoint.securityMode = OpcUa_MessageSecurityMode_SignAndEncrypt;
+        setting.endpoint.applicationUri = "urn:localhost:test";
+        setting.endpoint.serverCertificate =
+            QByteArray(reinterpret_cast<const char*>(der.data()), static_cast<int>(der.size()));
+        use("Basic256Sha256");
+    }
+    void use(const char* policy)
+    {
+        setting.endpoint.securityPolicyUri = QLatin1String(kPolicies) + QLatin1String(policy);
+        offerOne(setting.endpoint);
+    }
+    static DialogDriver::Answer click(std::initializer_list<const char*> buttons)
+    {
+        return [names = std::vector<const char*>(buttons)](QDialog& dialog) {
+            for (const char* name : names) {
+                auto* button = dialog.findChild<QAbstractButton*>(QLatin1String(name));
+                if (button && button->isEnabled())
+                    button->click();
+            }
+            if (dialog.isVisible())
+                dialog.reject();
+        };
+    }
+    template <class Widget>
+    Widget* shown(const char* name) const
+    {
+        auto* widget = application.window.findChild<Widget*>(QLatin1String(name));
+        return widget && widget->isVisible() ? widget : nullptr;
+    }
+    static std::vector<std::string> channelCertificates()
+    {
+        return FakeStack::instance().serverCertificates();
+    }
+    testcertificates::Der der;
+};
+
+TEST_F(SecuredServerNode, NobodyConnectsWithoutTheUsersWord)
+{
+    make();
+    DialogDriver cancels;
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(cancels.seen(), QStringList{"Certificate Validation"});
+    EXPECT_EQ(log().last(), "100 Connecting cancelled by user.");
+    EXPECT_EQ(states, (QList<int>{1, 0}));
+    EXPECT_TRUE(channelCertificates().empty());
+}
+
+TEST_F(SecuredServerNode, TheBytesThatWereJudgedAreTheChannels)
+{
+    make();
+    {
+        DialogDriver accepts(click({"acceptOnce", "continue"}));
+        static_cast<void>(node->connectServer());
+    }
+    EXPECT_EQ(channelCertificates(), (std::vector<std::string>{std::string(der.begin(), der.end())}));
+    EXPECT_TRUE(log().contains("50 The user has accepted the server's certificate for this session."));
+    node->disconnectServer();
+    DialogDriver asked;
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked.seen(), QStringList{"Certificate Validation"}) << "accepted for one session only";
+}
+
+TEST_F(SecuredServerNode, ATrustedCertificateIsNotAskedAbout)
+{
+    make();
+    {
+        DialogDriver trusts(click({"trust"}));
+        EXPECT_FALSE(node->connectServer()) << "trusted, then cancelled";
+        ASSERT_EQ(trusts.seen().size(), 1);
+    }
+    DialogDriver driver;
+    static_cast<void>(node->connectServer());
+    EXPECT_FALSE(driver.seen().contains("Certificate Validation"));
+    EXPECT_EQ(channelCertificates().size(), 1u);
+    EXPECT_TRUE(
+        log().contains("50 Certificate of the server: Plc: The host of the server's URL ('plc') cannot be "
+                       "found in the list of IP addresses or DNS names"))
+        << log().join('\n');
+}
+
+TEST_F(SecuredServerNode, AnUnsafePolicyIsOffUntilTheUserAllowsIt)
+{
+    use("Basic128Rsa15");
+    make();
+    {
+        DialogDriver refuses(DialogDriver::press(QMessageBox::No));
+        EXPECT_FALSE(node->connectServer());
+        ASSERT_EQ(refuses.seen().size(), 1);
+        EXPECT_TRUE(refuses.seen().first().startsWith("Unsafe Security Policy: "));
+    }
+    EXPECT_EQ(log().last(), "30 Aborting connection attempt");
+    DialogDriver allows(DialogDriver::press(QMessageBox::Yes));
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(allows.seen().size(), 2) << "the policy, then the certificate";
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(allows.seen().size(), 3) << "the certificate alone";
+}
+
+TEST_F(SecuredServerNode, SaysThatTheServerRefusedTheClientsCertificate)
+{
+    make();
+    DialogDriver accepts(click({"acceptOnce", "continue"}));
+    const QlumEndpoint endpoint = setting.endpoint;
+    FakeStack::instance().on(
+        OpcUa_GetEndpointsRequest_EncodeableType, [endpoint](const void*, void* response) {
+            FakeStack::instance().setConnectResult(OpcUa_BadCertificateUntrusted);
+            offerOne(endpoint);
+            return FakeStack::instance().invoke(OpcUa_GetEndpointsRequest_EncodeableType, nullptr, response);
+        });
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
+    auto* dialog = shown<QDialog>("certificateRefused");
+    ASSERT_NE(dialog, nullptr) << log().join('\n');
+    EXPECT_EQ(dialog->findChild<QLabel*>("message")->text(),
+              "The server 'Plc' ended the connection with 'BadCertificateUntrusted'.");
+    node.reset();
+    EXPECT_EQ(shown<QDialog>("certificateRefused"), nullptr);
+}
+
+TEST_F(SecuredServerNode, ErrorsOfAReconnectAreShownWithoutHoldingItUp)
+{
+    make();
+    const auto tell = [this](OpcUa_StatusCode status, bool clientSide) {
+        bool answer = true;
+        std::thread([&] {
+            answer = node->connectError(node->serverId(), UaClient::CreateSession, status, clientSide);
+        }).join();
+        return answer;
+    };
+    for (int i = 0; i < 2; ++i)
+        EXPECT_FALSE(tell(OpcUa_BadCertificateHostNameInvalid, true));
+    QCoreApplication::processEvents();
+    auto* box = shown<QMessageBox>("reconnectError");
+    ASSERT_NE(box, nullptr);
+    EXPECT_FALSE(box->isModal());
+    EXPECT_EQ(application.window.findChildren<QMessageBox*>("reconnectError").size(), 1);
+    EXPECT_TRUE(box->text().contains("'BadCertificateHostNameInvalid' was returned during CreateSession"));
+    box->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(tell(OpcUa_BadSecurityChecksFailed, false));
+    EXPECT_FALSE(tell(OpcUa_BadTimeout, false));
+    QCoreApplication::processEvents();
+    EXPECT_NE(shown<QDialog>("certificateRefused"), nullptr);
+    EXPECT_EQ(shown<QMessageBox>("reconnectError"), nullptr) << "what can not be decided is in the log alone";
+}
+
+TEST_F(SecuredServerNode, AStoredPasswordDoesNotLeaveInTheClearUnasked)
+{
+    setting.endpoint.securityMode = OpcUa_MessageSecurityMode_None;
+    setting.endpoint.serverCertificate.clear();
+    setting.userTokenType = QlumDiscoverySetting::UserName;
+    setting.storePassword = true;
+    setting.userName = "joe";
+    setting.password = "secret";
+    use("None");
+    make();
+    DialogDriver driver([](QDialog& dialog) {
+        EXPECT_TRUE(dialog.findChild<QLabel*>("warning")->isVisible());
+        dialog.reject();
+    });
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(driver.seen(), QStringList{"Plc"});
+    EXPECT_EQ(FakeStack::instance().calls(OpcUa_ActivateSessionRequest_EncodeableType), 0);
+}
+
+TEST_F(SecuredServerNode, OneTlsQuestionAtATimeAndAnotherAttemptWhenItIsTrusted)
+{
+    use("None");
+    setting.endpoint.securityMode = OpcUa_MessageSecurityMode_None;
+    setting.endpoint.serverCertificate.clear();
+    offerOne(setting.endpoint);
+    make();
+    const UaByteString tls(static_cast<OpcUa_Int32>(der.size()), der.data());
+    std::thread([&] {
+        for (int i = 0; i < 3; ++i)
+            EXPECT_FALSE(node->sslCertificateValidationFailed(node->serverId(),
+                                                              UaStatus(OpcUa_BadCertificateUntrusted), tls));
+    }).join();
+    DialogDriver driver(click({"trust"}));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(driver.seen(), QStringList{"Certificate Validation"});
+    EXPECT_EQ(QDir(QlumCertificateStore::tlsIssuerCertificates()).entryList(QDir::Files).size(), 1);
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::Connected) << log().join('\n');
+    // the next failure is asked about again, and answered that it is trusted already
+    EXPECT_FALSE(
+        node->sslCertificateValidationFailed(node->serverId(), UaStatus(OpcUa_BadCertificateUntrusted), tls));
+    QCoreApplication::processEvents();
+    ASSERT_EQ(driver.seen().size(), 2);
+    EXPECT_TRUE(driver.seen().last().startsWith("TLS Certificate Already Trusted: "));
+}
+} // namespace

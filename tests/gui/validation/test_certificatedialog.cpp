@@ -1,0 +1,215 @@
+#include "validationfixture.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTreeView>
+#include <certificates/qlumcertificatedialog.h>
+#include <opcua/opcua_statuscodes.h>
+#include <tests/support/dialogdriver.h>
+
+namespace {
+
+class CertificateDialog : public ValidationFixture
+{
+protected:
+    void open(const UaByteString& sent, const QString& name = "Plc 1")
+    {
+        dialog = std::make_unique<QlumCertificateDialog>(name, "urn:plc", "opc.tcp://plc.example:4840", sent,
+                                                         &security);
+        dialog->show();
+    }
+    template <class Widget>
+    Widget* find(const char* name) const
+    {
+        return dialog->findChild<Widget*>(QLatin1String(name));
+    }
+    QString text(const char* name) const { return find<QLabel>(name)->text(); }
+    QPushButton* go() const { return find<QPushButton>("continue"); }
+    QPushButton* trustButton() const { return find<QPushButton>("trust"); }
+    QCheckBox* once() const { return find<QCheckBox>("acceptOnce"); }
+    QTreeView* chain() const { return find<QTreeView>("chain"); }
+    std::unique_ptr<QlumCertificateDialog> dialog;
+};
+
+TEST_F(CertificateDialog, UntrustedIsTrustedForGood)
+{
+    const Der own = testcertificates::make(flawless());
+    open(bytes(own));
+    EXPECT_TRUE(dialog->isModal());
+    EXPECT_EQ(text("caption"), "Validating the certificate of server '<b>Plc 1</b>' returned an error:");
+    EXPECT_EQ(text("result"), "<b><font color=\"#ff0000\">BadCertificateUntrusted</font></b>");
+    EXPECT_EQ(find<QLabel>("result")->toolTip(), "The Certificate is not trusted");
+    EXPECT_EQ(go()->text(), "Continue");
+    EXPECT_FALSE(go()->isEnabled());
+    EXPECT_TRUE(once()->isEnabled());
+    EXPECT_EQ(once()->text(), "Accept the server certificate temporarily for this session");
+    EXPECT_EQ(trustButton()->text(), "Trust Server Certificate");
+    ASSERT_TRUE(trustButton()->isEnabled());
+    EXPECT_EQ(chain()->currentIndex().data(), "Plc");
+
+    trustButton()->click();
+    EXPECT_EQ(text("caption"), "The certificate of server '<b>Plc 1</b>' was validated successfully.");
+    EXPECT_EQ(text("result"), "<b><font color=\"#00aa00\">Good</font></b>");
+    EXPECT_EQ(find<QLabel>("result")->toolTip(), "Everything is as expected");
+    EXPECT_TRUE(go()->isEnabled());
+    EXPECT_FALSE(trustButton()->isEnabled());
+    EXPECT_FALSE(once()->isEnabled());
+    EXPECT_EQ(TemporaryFolder::read(store.file("trusted/") + qlumThumbprint(certificate(own)).toStdString() +
+                                    ".der"),
+              std::string(own.begin(), own.end()));
+    go()->click();
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+}
+
+TEST_F(CertificateDialog, AcceptingOnceStoresNothing)
+{
+    open(bytes(testcertificates::make(flawless())));
+    once()->click();
+    EXPECT_TRUE(go()->isEnabled());
+    once()->click();
+    EXPECT_FALSE(go()->isEnabled());
+    once()->click();
+    go()->click();
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+    EXPECT_TRUE(std::filesystem::is_empty(store.file("trusted")));
+    EXPECT_TRUE(dialog->validationResult().isBad());
+    open(bytes(testcertificates::make(flawless())));
+    EXPECT_FALSE(once()->isChecked());
+    find<QDialogButtonBox>("buttons")->button(QDialogButtonBox::Cancel)->click();
+    EXPECT_EQ(dialog->result(), QDialog::Rejected);
+}
+
+TEST_F(CertificateDialog, TrustedButExpiredCanOnlyBeAcceptedOnce)
+{
+    Recipe recipe = flawless();
+    recipe.to = -60;
+    const Der der = testcertificates::make(recipe);
+    trust(der);
+    open(bytes(der));
+    EXPECT_EQ(text("result"), "<b><font color=\"#ff0000\">BadCertificateTimeInvalid</font></b>");
+    EXPECT_EQ(find<QLabel>("result")->toolTip(), "The Certificate has expired or is not yet valid");
+    EXPECT_FALSE(trustButton()->isEnabled());
+    EXPECT_TRUE(once()->isEnabled());
+    auto* findings = find<QListWidget>("findings");
+    ASSERT_EQ(findings->count(), 2);
+    EXPECT_EQ(findings->item(0)->text(), "certificate has expired [BadCertificateTimeInvalid]");
+    application.settings["General.DisableError.CertificateTimeInvalid"] = true;
+    open(bytes(der));
+    EXPECT_TRUE(go()->isEnabled());
+    EXPECT_EQ(find<QListWidget>("findings")->count(), 2) << "what the settings let pass is still shown";
+    EXPECT_EQ(dialog->validationError(), QlumCertificateError::Error);
+}
+
+TEST_F(CertificateDialog, TheIssuerCanBeLookedAtAndTrustedInstead)
+{
+    const Der root = testcertificates::make(authority("Root"));
+    const Der own = testcertificates::make(issuedBy("Root"));
+    put("trusted_crl", "root.crl", testcertificates::makeRevocationList("Root", key("Root"), {}));
+    open(bytes({own, root}));
+    auto* details = find<QTreeView>("details");
+    const auto shownName = [&] {
+        return details->model()->index(0, 1, details->model()->index(0, 0)).data();
+    };
+    const auto selectRoot = [&] { chain()->setCurrentIndex(chain()->model()->index(0, 0)); };
+    while (details->model()->index(0, 0).data() == "Errors") // of the server's certificate
+        selectRoot();
+    EXPECT_EQ(shownName(), "Root");
+    trustButton()->click();
+    EXPECT_TRUE(std::filesystem::exists(store.file("trusted/") +
+                                        qlumThumbprint(certificate(root)).toStdString() + ".der"));
+    EXPECT_EQ(dialog->validationResult().code(), OpcUa_Good);
+    EXPECT_EQ(chain()->currentIndex().data(), "Plc") << "back at the server's certificate";
+}
+
+TEST_F(CertificateDialog, WhatIsNoCertificateCanNotBeAccepted)
+{
+    open(UaByteString(3, reinterpret_cast<const OpcUa_Byte*>("abc")));
+    EXPECT_EQ(text("result"), "<b><font color=\"#ff0000\">BadDecodingError</font></b>");
+    EXPECT_EQ(find<QLabel>("result")->toolTip(), "No description available");
+    EXPECT_FALSE(go()->isEnabled());
+    EXPECT_FALSE(once()->isEnabled());
+    EXPECT_FALSE(trustButton()->isEnabled());
+    EXPECT_FALSE(find<QAction>("saveAs")->isEnabled());
+}
+
+TEST_F(CertificateDialog, ANameIsNeverMarkup)
+{
+    open(bytes(testcertificates::make(flawless("<img src=x>%1"))), "<a href=\"x\">%1</a>\n&");
+    EXPECT_EQ(text("caption"),
+              "Validating the certificate of server '<b>&lt;a href=&quot;x&quot;&gt;%1&lt;/a&gt; "
+              "&amp;</b>' returned an error:");
+    EXPECT_EQ(chain()->currentIndex().data(), "<img src=x>%1");
+    EXPECT_TRUE(chain()->currentIndex().data(Qt::ToolTipRole).toString().contains("&lt;img"));
+}
+
+TEST_F(CertificateDialog, AFailedWriteIsToldAndChangesNothing)
+{
+    const std::string file = store.file("file");
+    TemporaryFolder::write(file, "no folder");
+    security.initializePkiProviderOpenSSL("", UaString(file), "", "");
+    open(bytes(testcertificates::make(flawless())));
+    trustButton()->click();
+    EXPECT_EQ(dialog->validationResult().code(), OpcUa_BadCertificateUntrusted);
+    EXPECT_FALSE(go()->isEnabled());
+    ASSERT_FALSE(application.entries().isEmpty());
+    EXPECT_EQ(application.entries().last().level, 100);
+    EXPECT_TRUE(application.entries().last().text.startsWith("The certificate could not be written to '"));
+    EXPECT_TRUE(text("advice").startsWith("The certificate could not be written"))
+        << text("advice").toStdString();
+}
+
+TEST_F(CertificateDialog, SavedUnderTheProposedNameItIsTrusted)
+{
+    const Der own = testcertificates::make(flawless());
+    open(bytes(own));
+    QString proposed;
+    DialogDriver driver([&proposed](QDialog& one) {
+        auto* files = qobject_cast<QFileDialog*>(&one);
+        if (!files)
+            return;
+        proposed = files->selectedFiles().value(0);
+        EXPECT_EQ(files->windowTitle(), "Save Certificate");
+        EXPECT_EQ(files->nameFilters(), QStringList("*.der"));
+        static_cast<QDialog*>(files)->done(QDialog::Accepted);
+    });
+    find<QAction>("copyThumbprint")->trigger();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), qlumThumbprint(certificate(own)));
+    find<QAction>("saveAs")->trigger();
+    EXPECT_EQ(proposed.toStdString(),
+              store.file("trusted/") + qlumThumbprint(certificate(own)).toStdString() + ".der");
+    EXPECT_EQ(dialog->validationResult().code(), OpcUa_Good);
+}
+
+TEST_F(CertificateDialog, TlsFormTrustsOrCancels)
+{
+    dialog = std::make_unique<QlumCertificateDialog>("Web", bytes(testcertificates::make(flawless())),
+                                                     UaStatusCode(OpcUa_BadCertificateUntrusted));
+    dialog->show();
+    EXPECT_EQ(text("caption"), "Validating the TLS certificate of server '<b>Web</b>' returned an error:");
+    EXPECT_EQ(go(), nullptr);
+    EXPECT_FALSE(once()->isVisible());
+    EXPECT_EQ(trustButton()->text(), "Trust TLS Certificate");
+    trustButton()->click();
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+    EXPECT_TRUE(std::filesystem::is_empty(store.file("trusted"))) << "who shows it stores it";
+}
+
+TEST_F(CertificateDialog, FindingsOfTheWholeChainForTheLog)
+{
+    Recipe root = authority("Root");
+    root.digest = EVP_sha1();
+    open(bytes({testcertificates::make(issuedBy("Root")), testcertificates::make(root)}));
+    const QStringList findings = dialog->findings();
+    EXPECT_TRUE(findings.contains("Root: Weak SignatureAlgorithm, SHA256 recommended"))
+        << findings.join('\n').toStdString();
+    EXPECT_FALSE(findings.filter("Plc: ").isEmpty());
+}
+} // namespace

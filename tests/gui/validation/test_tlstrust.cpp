@@ -1,0 +1,90 @@
+#include "validationfixture.h"
+
+#include <QDir>
+#include <QPushButton>
+#include <certificates/qlumcertificatestore.h>
+#include <certificates/qlumtlstrust.h>
+#include <opcua/opcua_statuscodes.h>
+#include <tests/support/dialogdriver.h>
+
+namespace {
+
+class TlsTrust : public ValidationFixture
+{
+protected:
+    TlsTrust()
+    {
+        QDir(folder).removeRecursively();
+        QDir().mkpath(folder);
+    }
+    // By the name that OpenSSL itself looks for.
+    QString path(const Der& der, int number) const
+    {
+        const unsigned char* at = der.data();
+        const std::unique_ptr<X509, decltype(&X509_free)> one(
+            d2i_X509(nullptr, &at, static_cast<long>(der.size())), X509_free);
+        return folder + QString::asprintf("/%08lx.%d", X509_subject_name_hash(one.get()), number);
+    }
+    static bool ask(const Der& der, const DialogDriver::Answer& answer, QStringList* seen = nullptr)
+    {
+        const DialogDriver driver(answer);
+        const bool trusted =
+            qlumAskTlsTrust("Web", bytes(der), UaStatusCode(OpcUa_BadCertificateUntrusted), nullptr);
+        if (seen)
+            *seen = driver.seen();
+        return trusted;
+    }
+    static void accept(QDialog& dialog)
+    {
+        auto* button = dialog.findChild<QPushButton*>("trust");
+        if (button && button->isEnabled())
+            button->click();
+        else
+            dialog.reject();
+    }
+    const QString folder = QlumCertificateStore::tlsIssuerCertificates();
+};
+
+TEST_F(TlsTrust, StoresUnderTheFirstFreeNumber)
+{
+    Recipe recipe = flawless();
+    const Der first = testcertificates::make(recipe);
+    recipe.serial = 2;
+    const Der second = testcertificates::make(recipe);
+    EXPECT_FALSE(ask(first, {})) << "cancelled";
+    EXPECT_TRUE(QDir(folder).isEmpty());
+    EXPECT_TRUE(ask(first, accept));
+    EXPECT_TRUE(ask(second, accept));
+    for (const auto& [der, number] : {std::pair(first, 0), std::pair(second, 1)}) {
+        const UaString file = toUaString(path(der, number));
+        EXPECT_EQ(UaPkiCertificate::fromPEMFile(file), certificate(der)) << path(der, number).toStdString();
+        EXPECT_EQ(TemporaryFolder::read(file.toUtf8()).rfind("-----BEGIN CERTIFICATE-----", 0), 0u);
+    }
+}
+
+TEST_F(TlsTrust, ATrustedOneIsNotAskedAboutAgain)
+{
+    const Der own = testcertificates::make(flawless());
+    ASSERT_TRUE(ask(own, accept));
+    QStringList seen;
+    EXPECT_FALSE(ask(own, accept, &seen));
+    ASSERT_EQ(seen.size(), 1);
+    EXPECT_EQ(
+        seen.first(),
+        "TLS Certificate Already Trusted: The TLS certificate of server 'Web' is already in Tavelin's trust "
+        "list but validation still fails. Please check Tavelin's log files for details about the reason "
+        "for this error.\n\nThe certificate location is: " +
+            path(own, 0));
+    EXPECT_FALSE(QFileInfo::exists(path(own, 1)));
+}
+
+TEST_F(TlsTrust, WhatCanNotBeStoredIsNotTrusted)
+{
+    QDir(folder).removeRecursively();
+    TemporaryFolder::write(folder.toStdString(), "no folder");
+    EXPECT_FALSE(ask(testcertificates::make(flawless()), accept));
+    EXPECT_TRUE(application.texts().last().startsWith("The TLS certificate could not be written to '"));
+    QFile::remove(folder);
+    EXPECT_FALSE(ask(Der{1, 2, 3}, accept)) << "no certificate";
+}
+} // namespace
