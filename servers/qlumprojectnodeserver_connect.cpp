@@ -199,6 +199,7 @@ bool QlumProjectNodeServer::userNameIdentity(Attempt& attempt)
         return askForPassword(attempt);
     attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
                                                  toUaString(m_setting.password));
+    attempt.security.plainPasswordAccepted = clear;
     return true;
 }
 
@@ -226,6 +227,7 @@ bool QlumProjectNodeServer::askForPassword(Attempt& attempt)
     if (m_setting.storePassword)
         m_setting.password = password;
     attempt.security.setUserPasswordUserIdentity(toUaString(userName), toUaString(password));
+    attempt.security.plainPasswordAccepted = clear; // the dialog has said so
     return true;
 }
 

@@ -109,7 +109,8 @@ TEST_F(StackTransport, ReconnectsWithoutGrowth)
     const Usage after = Usage::now();
     EXPECT_EQ(after.descriptors, before.descriptors);
     EXPECT_EQ(after.threads, before.threads);
-    EXPECT_LE(after.heap - before.heap, 64 * 1024);
+    // less than the smallest block a round; below that it is what threads keep at hand
+    EXPECT_LE(after.heap - before.heap, std::max(64 * 1024, rounds * 24));
     if (rounds >= 10'000) { // fewer say nothing, and sanitizers keep what was freed
         EXPECT_LE(after.resident - before.resident, 2 * 1024 * 1024);
     }
