@@ -2,6 +2,7 @@
 // hears.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <deque>
 #include <functional>
@@ -74,6 +75,14 @@ public:
     {
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, std::chrono::seconds(10), [&] { return m_heard.size() >= count; });
+    }
+    // Whether it is heard within the limit, whatever else is.
+    bool waitForLine(const std::string& line)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, std::chrono::seconds(10), [&] {
+            return std::find(m_heard.begin(), m_heard.end(), line) != m_heard.end();
+        });
     }
 
 private:
