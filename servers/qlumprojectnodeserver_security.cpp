@@ -74,6 +74,7 @@ void QlumProjectNodeServer::fillSecurity(Attempt& attempt)
     attempt.security.messageSecurityMode = static_cast<OpcUa_MessageSecurityMode>(wanted.securityMode);
     attempt.security.serverCertificate = toUaByteString(attempt.endpoint.serverCertificate);
     attempt.security.verifyServerCertificateOnConnect = false; // the user judges it
+    attempt.security.basic128Rsa15Accepted = m_weakPolicyAllowedFor == wanted.securityPolicyUri;
     const QlumCertificates& own = *QlumCertificates::instance();
     if (!own.certificate().isNull()) {
         attempt.security.clientCertificate = own.certificate().toByteStringDER();

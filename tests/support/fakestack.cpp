@@ -59,6 +59,7 @@ void FakeStack::reset()
     m_failures.clear();
     m_journal.clear();
     m_serverCertificates.clear();
+    m_distrustedTls.clear();
     m_namespaces = {"http://opcfoundation.org/UA/", "urn:server"};
     m_connectResult = OpcUa_Good;
     m_connectHangs = false;
@@ -164,6 +165,12 @@ void FakeStack::setConnectResult(OpcUa_StatusCode status)
     m_connectResult = status;
 }
 
+void FakeStack::distrustTls(std::string certificate)
+{
+    std::lock_guard lock(m_mutex);
+    m_distrustedTls = std::move(certificate);
+}
+
 void FakeStack::setConnectHangs(bool hangs)
 {
     std::lock_guard lock(m_mutex);
@@ -253,6 +260,16 @@ OpcUa_StatusCode FakeStack::connect(const OpcUa_ChannelConnectInfo& info, OpcUa_
     if (std::string_view(info.SecurityPolicyUri) == OpcUa_SecurityPolicy_Basic128Rsa15 &&
         info.AllowBasic128Rsa15 == OpcUa_False) {
         return OpcUa_BadSecurityPolicyRejected; // as the real one
+    }
+    if (!m_distrustedTls.empty() && std::string_view(info.Url).starts_with("https:")) {
+        std::string der = m_distrustedTls;
+        lock.unlock();
+        OpcUa_CertificateValidation finding{};
+        finding.Certificate = {static_cast<OpcUa_Int32>(der.size()),
+                               reinterpret_cast<OpcUa_Byte*>(der.data())};
+        finding.Status = OpcUa_BadCertificateUntrusted;
+        return info.Callback(nullptr, OpcUa_Channel_Event_VerifyCertificate, finding.Status, &finding,
+                             info.CallbackContext);
     }
     if (m_connectHangs) {
         m_cancelled.wait_for(lock, std::chrono::seconds(30), [this] { return m_cancelRequested; });

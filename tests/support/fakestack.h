@@ -39,6 +39,8 @@ public:
     // Asynchronous calls of the kind are answered with an empty structure of another type.
     void answerAs(const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType);
     void setConnectResult(OpcUa_StatusCode status);
+    // Connects to https URLs end with BadCertificateUntrusted for that certificate (DER); empty: they do not.
+    void distrustTls(std::string certificate);
     // Connects that take until somebody cancels them.
     void setConnectHangs(bool hangs);
     void setServerState(OpcUa_Int32 state);
@@ -111,6 +113,7 @@ private:
     std::vector<std::string> m_journal;
     std::vector<std::string> m_namespaces;
     std::vector<std::string> m_serverCertificates;
+    std::string m_distrustedTls;
     OpcUa_StatusCode m_connectResult = OpcUa_Good;
     bool m_connectHangs = false;
     bool m_cancelRequested = false;

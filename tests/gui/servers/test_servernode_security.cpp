@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QPushButton>
+#include <QTest>
 #include <certificates/qlumcertificatestore.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/modeltext.h>
@@ -129,6 +130,11 @@ TEST_F(SecuredServerNode, AnUnsafePolicyIsOffUntilTheUserAllowsIt)
     EXPECT_EQ(allows.seen().size(), 2) << "the policy, then the certificate";
     EXPECT_FALSE(node->connectServer());
     EXPECT_EQ(allows.seen().size(), 3) << "the certificate alone";
+    DialogDriver accepts(click({"acceptOnce", "continue"}));
+    static_cast<void>(node->connectServer());
+    EXPECT_EQ(channelCertificates().size(), 1u);
+    EXPECT_TRUE(log().filter("BadSecurityPolicyRejected").isEmpty())
+        << "the channel knows of the user's word";
 }
 
 TEST_F(SecuredServerNode, SaysThatTheServerRefusedTheClientsCertificate)
@@ -222,5 +228,26 @@ TEST_F(SecuredServerNode, OneTlsQuestionAtATimeAndAnotherAttemptWhenItIsTrusted)
     QCoreApplication::processEvents();
     ASSERT_EQ(driver.seen().size(), 2);
     EXPECT_TRUE(driver.seen().last().startsWith("TLS Certificate Already Trusted: "));
+}
+
+TEST_F(SecuredServerNode, DiscoveryOverTlsAsksAboutTheCertificateToo)
+{
+    use("None");
+    setting.endpoint.url = "https://plc:443";
+    setting.endpoint.securityMode = OpcUa_MessageSecurityMode_None;
+    setting.endpoint.serverCertificate.clear();
+    offerOne(setting.endpoint);
+    FakeStack::instance().distrustTls(std::string(der.begin(), der.end()));
+    make();
+    DialogDriver driver([](QDialog& dialog) {
+        FakeStack::instance().distrustTls({}); // as the real one, once the file is there
+        dialog.findChild<QPushButton*>("trust")->click();
+    });
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(log().last(), "100 Could not connect to server: BadCertificateUntrusted");
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        return node->connectionStatus() == QlumConnectionStatus::Connected;
+    })) << log().join('\n');
+    EXPECT_EQ(driver.seen(), QStringList{"Certificate Validation"});
 }
 } // namespace
