@@ -2,6 +2,7 @@
 
 #include <app/api/qlumtext.h>
 #include <certificates/qlumthumbprint.h>
+#include <certificates/qlumtlstrust.h>
 #include <uabase/uadir.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 
@@ -52,20 +53,12 @@ QlumStoreFiles::Added write(const QString& path, const UaByteArray& der)
                                                                : QlumStoreFiles::Added::Yes;
 }
 
-// Files of one subject are told apart by a number, the form in which TLS finds an issuer.
 QlumStoreFiles::Added writeHashed(const QString& folder, const UaPkiCertificate& certificate)
 {
-    constexpr int Most = 100;
-    for (int number = 0; number < Most; ++number) {
-        const QString path = inFolder(
-            folder,
-            QStringLiteral("%1.%2").arg(certificate.subjectNameHash(), 8, 16, QLatin1Char('0')).arg(number));
-        if (QlumStoreFiles::loadCertificate(path) == certificate)
-            return QlumStoreFiles::Added::AlreadyThere;
-        if (!UaDir::exists(toUaString(path)))
-            return write(path, certificate.toDER());
-    }
-    return QlumStoreFiles::Added::NotWritten;
+    if (!qlumFindTlsCertificate(folder, certificate).isEmpty())
+        return QlumStoreFiles::Added::AlreadyThere;
+    return qlumStoreTlsCertificate(folder, certificate).isEmpty() ? QlumStoreFiles::Added::NotWritten
+                                                                  : QlumStoreFiles::Added::Yes;
 }
 
 QlumStoreFiles::Added addCertificate(const UaPkiCertificate& certificate, QlumStoreFiles::Store store,

@@ -96,6 +96,9 @@ TEST_F(StoreFiles, AddedFilesAreNamedAfterWhatTheyHold)
         openssl({"x509", "-inform", "DER", "-in", file, "-noout", "-subject_hash"}).trimmed();
     EXPECT_EQ(names(store.tlsIssuerCertificates),
               (QStringList{hash + QStringLiteral(".0"), hash + QStringLiteral(".1")}));
+    for (const QString& name : names(store.tlsIssuerCertificates))
+        EXPECT_TRUE(read(store.tlsIssuerCertificates + name).startsWith("-----BEGIN CERTIFICATE"))
+            << "the only form in which TLS finds it";
 
     UaPkiRevocationList list(3600, one.subject(), 1);
     ASSERT_TRUE(list.sign(key().privateKey()));
