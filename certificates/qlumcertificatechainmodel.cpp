@@ -1,9 +1,9 @@
 #include <certificates/qlumcertificatechainmodel.h>
 
-#include <QIcon>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumseverityicon.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 #include <uabase/uapkicpp/uapkicertificatestore.h>
@@ -21,19 +21,6 @@ bool isSwitchedOff(const char* key)
 {
     const QlumApplicationInterface* application = QlumApplicationInterface::instance();
     return application && application->settingsValue(QLatin1String(key)).toBool();
-}
-
-QIcon severityIcon(QlumCertificateError severity)
-{
-    switch (severity) {
-    case QlumCertificateError::None:
-        return QIcon(QStringLiteral(":/images/ok.png"));
-    case QlumCertificateError::Warning:
-        return QIcon(QStringLiteral(":/images/warning.png"));
-    case QlumCertificateError::Error:
-        break;
-    }
-    return QIcon(QStringLiteral(":/images/error.png"));
 }
 } // namespace
 
@@ -258,7 +245,7 @@ QVariant QlumCertificateChainModel::data(const QModelIndex& index, int role) con
     case Qt::DisplayRole:
         return isName ? one->displayName() : one->trustStatusText();
     case Qt::DecorationRole:
-        return isName ? severityIcon(one->severity()) : QVariant();
+        return isName ? qlumSeverityIcon(one->severity()) : QVariant();
     case Qt::ToolTipRole:
         return isName ? qlumPlainToolTip(one->displayName()) : QVariant();
     case TrustStatusRole:

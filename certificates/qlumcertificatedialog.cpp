@@ -21,23 +21,11 @@
 #include <app/api/qlumuatrace.h>
 #include <certificates/qlumcertificateadvice.h>
 #include <certificates/qlumcertificatedetailsmodel.h>
+#include <certificates/qlumseverityicon.h>
 #include <certificates/qlumthumbprint.h>
 #include <uawidgets/qlumcopy.h>
 
 namespace {
-QIcon iconOf(QlumCertificateError severity)
-{
-    switch (severity) {
-    case QlumCertificateError::None:
-        return QIcon(QStringLiteral(":/images/ok.png"));
-    case QlumCertificateError::Warning:
-        return QIcon(QStringLiteral(":/images/warning.png"));
-    case QlumCertificateError::Error:
-        break;
-    }
-    return QIcon(QStringLiteral(":/images/error.png"));
-}
-
 QTreeView* makeTree(const char* objectName, const QString& accessibleName)
 {
     auto* view = new QTreeView;
@@ -254,7 +242,7 @@ void QlumCertificateDialog::showResult()
     m_advice->setVisible(!m_advice->text().isEmpty());
     const int size = style()->pixelMetric(QStyle::PM_LargeIconSize);
     const QlumCertificateError severity = isTls() ? QlumCertificateError::Error : m_model->validationError();
-    m_icon->setPixmap(iconOf(severity).pixmap(size, size));
+    m_icon->setPixmap(qlumSeverityIcon(severity).pixmap(size, size));
 }
 
 void QlumCertificateDialog::showSelected()
@@ -276,7 +264,7 @@ void QlumCertificateDialog::showFindings(const QlumCertificateChainNode* node)
     m_findings->clear();
     if (node)
         for (const QlumCertificateChainNode::Finding& finding : node->findings())
-            m_findings->addItem(new QListWidgetItem(iconOf(finding.severity), finding.text));
+            m_findings->addItem(new QListWidgetItem(qlumSeverityIcon(finding.severity), finding.text));
     m_findings->setVisible(m_findings->count() > 0);
     int height = 2 * m_findings->frameWidth();
     for (int row = 0; row < m_findings->count() && row < MostRows; ++row)

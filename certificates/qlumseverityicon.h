@@ -1,0 +1,17 @@
+#pragma once
+#include <QIcon>
+#include <certificates/qlumcertificateerror.h>
+
+/// The picture for how bad a finding is.
+[[nodiscard]] inline QIcon qlumSeverityIcon(QlumCertificateError severity)
+{
+    switch (severity) {
+    case QlumCertificateError::None:
+        return QIcon(QStringLiteral(":/images/ok.png"));
+    case QlumCertificateError::Warning:
+        return QIcon(QStringLiteral(":/images/warning.png"));
+    case QlumCertificateError::Error:
+        break;
+    }
+    return QIcon(QStringLiteral(":/images/error.png"));
+}
