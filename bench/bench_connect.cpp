@@ -80,9 +80,8 @@ void measure(const Responder& responder)
 int main()
 {
     const Responder responder(makeIdentity("server"), makeIdentity("client"), opcua::Bytes(32, 5));
-    if (UaPlatformLayer::init() != 0) {
+    if (UaPlatformLayer::init() != 0)
         return 1;
-    }
     measure(responder);
     UaPlatformLayer::cleanup();
     return 0;

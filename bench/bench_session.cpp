@@ -91,9 +91,8 @@ int main()
     const ClientSetup setup{makeIdentity("client"), makeIdentity("server"), opcua::Bytes(32, 5),
                             trusted.path()};
     const Responder responder(setup.server, setup.client, setup.clientNonce);
-    if (UaPlatformLayer::init() != 0) {
+    if (UaPlatformLayer::init() != 0)
         return 1;
-    }
     measure(setup, responder);
     UaPlatformLayer::cleanup();
     return 0;

@@ -77,9 +77,12 @@ void measureCalls(Measurements& cpu, StackClient& client, bool secured)
     constexpr int bulkCalls = 200;
     constexpr int publishes = 200;
     const std::string mode = suffix(secured);
-    cpu.add("read" + mode, calls, [&] { client.read(1, calls); });
-    cpu.add("pipelined_read" + mode, pipelinedCalls, [&] { client.readPipelined(64, pipelinedCalls); });
-    cpu.add("bulk_read" + mode, bulkCalls, [&] { client.read(bulkValues, bulkCalls); });
+    cpu.add(
+        "read" + mode, calls, [&] { client.read(1, calls); });
+    cpu.add(
+        "pipelined_read" + mode, pipelinedCalls, [&] { client.readPipelined(64, pipelinedCalls); });
+    cpu.add(
+        "bulk_read" + mode, bulkCalls, [&] { client.read(bulkValues, bulkCalls); });
     cpu.add("notification" + mode, publishes * notifications,
             [&] { client.receiveNotifications(10, publishes); });
 }
@@ -87,7 +90,8 @@ void measureCalls(Measurements& cpu, StackClient& client, bool secured)
 void measureRaw(Measurements& cpu, const Responder& responder)
 {
     constexpr int trips = 3000;
-    cpu.add("ping_pong", trips, [&] { pingPong(responder.rawPort(), trips); });
+    cpu.add(
+        "ping_pong", trips, [&] { pingPong(responder.rawPort(), trips); });
     cpu.add("ping_pong_hand_off", trips, [&] { pingPongWithHandOff(responder.rawPort(), trips); });
 }
 

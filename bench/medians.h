@@ -15,11 +15,9 @@ class Medians : public benchmark::ConsoleReporter
 public:
     void ReportRuns(const std::vector<Run>& runs) override
     {
-        for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
+        for (const Run& run : runs)
+            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
                 m_times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
-            }
-        }
     }
 
     // 0 for a benchmark that did not run.

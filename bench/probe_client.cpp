@@ -21,10 +21,9 @@ int main(int argc, char** argv)
     OpcUa_BrowseRequest request;
     OpcUa_BrowseRequest_Initialize(&request);
     std::vector<OpcUa_BrowseResponse> kept(argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 0);
-    for (OpcUa_BrowseResponse& response : kept) {
+    for (OpcUa_BrowseResponse& response : kept)
         if (OpcUa_IsBad(OpcUa_ClientApi_Browse(channel, &request, &response)))
             return 1;
-    }
     std::printf("%zu %zu\n", idle, opcua::bench::peakKilobytes());
     OpcUa_Channel_Delete(&channel);
     OpcUa_ProxyStub_Clear();

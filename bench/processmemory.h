@@ -13,10 +13,9 @@ inline std::size_t peakKilobytes()
     std::ifstream status("/proc/self/status");
     std::string word;
     std::size_t kilobytes = 0;
-    while (status >> word) {
+    while (status >> word)
         if (word == "VmHWM:")
             status >> kilobytes;
-    }
     return kilobytes;
 }
 

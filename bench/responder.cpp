@@ -261,10 +261,9 @@ std::unique_ptr<SecurityPolicy> policyOf(bool secured, const Identity& server, c
         for (const auto& connection : connections)
             polled.push_back({connection->socket(), POLLIN, 0});
         ::poll(polled.data(), polled.size(), -1);
-        for (size_t n = connections.size(); n-- > 0;) {
+        for (size_t n = connections.size(); n-- > 0;)
             if (polled[n + 3].revents != 0 && !connections[n]->serve(room))
                 connections.erase(connections.begin() + static_cast<std::ptrdiff_t>(n));
-        }
         if (polled[0].revents != 0)
             connections.push_back(std::make_unique<Echo>(acceptFrom(polled[0].fd)));
         for (const size_t n : {size_t{1}, size_t{2}}) {

@@ -45,8 +45,8 @@ QStringList list(const UaStringArray& texts)
 
 bool containsAny(const QString& text, std::initializer_list<const char*> words)
 {
-    return std::any_of(words.begin(), words.end(),
-                       [&text](const char* word) { return text.contains(QLatin1String(word)); });
+    return std::any_of(
+        words.begin(), words.end(), [&text](const char* word) { return text.contains(QLatin1String(word)); });
 }
 
 QString extensionText(const UaPkiCertificate& certificate, UaPkiCertificate::Extension extension)

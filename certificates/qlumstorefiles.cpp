@@ -17,8 +17,9 @@ using Bytes = std::vector<unsigned char>;
 
 bool hasSuffix(const QString& name, const QStringList& suffixes)
 {
-    return std::any_of(suffixes.begin(), suffixes.end(),
-                       [&name](const QString& suffix) { return name.endsWith(suffix, Qt::CaseInsensitive); });
+    return std::any_of(
+        suffixes.begin(), suffixes.end(),
+        [&name](const QString& suffix) { return name.endsWith(suffix, Qt::CaseInsensitive); });
 }
 
 bool belongs(const QString& name, QlumStoreFiles::Kind kind)

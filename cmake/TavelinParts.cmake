@@ -99,6 +99,8 @@ function(tavelin_add_test name)
     target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gtest GTest::gmock tavelin_options)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/stack/include
         ${PROJECT_SOURCE_DIR}/stack/generated/include)
+    # gtest guards its macros against an else that follows, which g++ does not see: "if (x) EXPECT_TRUE(y);"
+    target_compile_options(${name} PRIVATE -Wno-dangling-else)
     target_compile_definitions(${name} PRIVATE TAVELIN_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
     if(ARG_QT)
         set_target_properties(${name} PROPERTIES AUTOMOC ON)

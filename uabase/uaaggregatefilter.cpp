@@ -6,15 +6,13 @@ OpcUa_StatusCode UaAggregateFilter::copyTo(OpcUa_ExtensionObject* destination) c
 {
     auto* const filter =
         uaAttachNew<OpcUa_AggregateFilter>(OpcUa_AggregateFilter_EncodeableType, destination);
-    if (!filter) {
+    if (!filter)
         return OpcUa_BadOutOfMemory;
-    }
     filter->StartTime = m_startTime.value();
     filter->ProcessingInterval = m_processingInterval;
-    if (m_configuration) {
+    if (m_configuration)
         filter->AggregateConfiguration = *m_configuration;
-    } else {
+    else
         filter->AggregateConfiguration.UseServerCapabilitiesDefaults = OpcUa_True;
-    }
     return m_aggregateType.copyTo(&filter->AggregateType);
 }

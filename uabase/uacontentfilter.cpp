@@ -8,12 +8,10 @@ OpcUa_StatusCode uaFillSimpleAttribute(OpcUa_SimpleAttributeOperand& operand,
 {
     OpcUa_StatusCode status = typeDefinitionId.copyTo(&operand.TypeDefinitionId);
     UaQualifiedNameArray names(static_cast<OpcUa_UInt32>(path.size()));
-    if (names.length() != path.size()) {
+    if (names.length() != path.size())
         return OpcUa_BadOutOfMemory;
-    }
-    for (OpcUa_UInt32 i = 0; i < names.length() && OpcUa_IsGood(status); ++i) {
+    for (OpcUa_UInt32 i = 0; i < names.length() && OpcUa_IsGood(status); ++i)
         status = path[i].copyTo(&names[i]);
-    }
     names.detach(&operand.NoOfBrowsePath, &operand.BrowsePath);
     operand.AttributeId = attributeId;
     return status;
@@ -28,9 +26,8 @@ UaExtensionObject makeOperand(const OpcUa_EncodeableType& type, const Fill& fill
     OpcUa_ExtensionObject object;
     OpcUa_ExtensionObject_Initialize(&object);
     auto* const operand = uaAttachNew<T>(type, &object);
-    if (operand && OpcUa_IsBad(fill(*operand))) {
+    if (operand && OpcUa_IsBad(fill(*operand)))
         OpcUa_ExtensionObject_Clear(&object);
-    }
     UaExtensionObject result;
     result.attach(&object);
     return result;
@@ -48,7 +45,8 @@ UaFilterOperand UaFilterOperand::literal(const UaVariant& value)
 UaFilterOperand UaFilterOperand::element(OpcUa_UInt32 index)
 {
     return UaFilterOperand(makeOperand<OpcUa_ElementOperand>(
-        OpcUa_ElementOperand_EncodeableType, [index](OpcUa_ElementOperand& operand) {
+        OpcUa_ElementOperand_EncodeableType,
+        [index](OpcUa_ElementOperand& operand) {
             operand.Index = index;
             return static_cast<OpcUa_StatusCode>(OpcUa_Good);
         }));
@@ -58,7 +56,8 @@ UaFilterOperand UaFilterOperand::attribute(const UaNodeId& typeDefinitionId, con
                                            OpcUa_UInt32 attributeId)
 {
     return UaFilterOperand(makeOperand<OpcUa_SimpleAttributeOperand>(
-        OpcUa_SimpleAttributeOperand_EncodeableType, [&](OpcUa_SimpleAttributeOperand& operand) {
+        OpcUa_SimpleAttributeOperand_EncodeableType,
+        [&](OpcUa_SimpleAttributeOperand& operand) {
             return uaFillSimpleAttribute(operand, typeDefinitionId, path, attributeId);
         }));
 }
@@ -69,9 +68,8 @@ OpcUa_UInt32 UaContentFilter::add(OpcUa_FilterOperator filterOperator,
     const OpcUa_UInt32 index = m_elements.length();
     UaExtensionObjectArray copies(static_cast<OpcUa_UInt32>(operands.size()));
     m_complete = m_complete && copies.length() == operands.size() && m_elements.resize(index + 1);
-    if (!m_complete) {
+    if (!m_complete)
         return index;
-    }
     for (OpcUa_UInt32 i = 0; i < copies.length(); ++i) {
         m_complete = m_complete && !operands[i].value().isNull() &&
                      OpcUa_IsGood(operands[i].value().copyTo(&copies[i]));

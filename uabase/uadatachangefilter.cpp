@@ -6,9 +6,8 @@ OpcUa_StatusCode UaDataChangeFilter::copyTo(OpcUa_ExtensionObject* destination) 
 {
     auto* const filter =
         uaAttachNew<OpcUa_DataChangeFilter>(OpcUa_DataChangeFilter_EncodeableType, destination);
-    if (!filter) {
+    if (!filter)
         return OpcUa_BadOutOfMemory;
-    }
     filter->Trigger = m_trigger;
     filter->DeadbandType = static_cast<OpcUa_UInt32>(m_deadbandType);
     filter->DeadbandValue = m_deadbandValue;

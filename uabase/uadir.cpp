@@ -46,14 +46,12 @@ bool UaDir::isDirectory(const UaString& path)
 std::error_code UaDir::mkpath(const UaString& path)
 {
     const std::string name = UaDirPrivate::toPath(path);
-    if (name.empty()) {
+    if (name.empty())
         return std::make_error_code(std::errc::invalid_argument);
-    }
     std::error_code error;
     fs::create_directories(name, error);
-    if (!error && !isDirectory(path)) {
+    if (!error && !isDirectory(path))
         error = std::make_error_code(std::errc::not_a_directory);
-    }
     return error;
 }
 
@@ -64,16 +62,14 @@ std::vector<UaString> UaDir::fileNames(const UaString& path, std::size_t maximum
     fs::directory_iterator entry(UaDirPrivate::toPath(path), error);
     for (; !error && entry != fs::directory_iterator() && names.size() < maximum; entry.increment(error)) {
         std::error_code unreadable; // a link to itself, say: skipped
-        if (entry->is_regular_file(unreadable)) {
+        if (entry->is_regular_file(unreadable))
             names.push_back(entry->path().filename().native());
-        }
     }
     std::sort(names.begin(), names.end());
     std::vector<UaString> result;
     result.reserve(names.size());
-    for (const std::string& name : names) {
+    for (const std::string& name : names)
         result.emplace_back(name.c_str());
-    }
     return result;
 }
 
@@ -86,8 +82,7 @@ std::error_code UaDir::copy(const UaString& source, const UaString& target)
 std::error_code UaDir::remove(const UaString& path)
 {
     const std::string name = UaDirPrivate::toPath(path);
-    if (name.empty()) {
+    if (name.empty())
         return std::make_error_code(std::errc::invalid_argument);
-    }
     return ::unlink(name.c_str()) == 0 ? std::error_code() : UaDirPrivate::lastError();
 }

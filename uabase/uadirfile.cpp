@@ -26,9 +26,8 @@ std::error_code lastError()
 
 bool Descriptor::close()
 {
-    if (m_descriptor < 0) {
+    if (m_descriptor < 0)
         return true;
-    }
     const int result = ::close(m_descriptor);
     m_descriptor = -1;
     return result == 0;
@@ -37,13 +36,11 @@ bool Descriptor::close()
 std::error_code openRegularFile(const std::string& path, Descriptor& file)
 {
     file.reset(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (!file.isOpen()) {
+    if (!file.isOpen())
         return lastError();
-    }
     struct stat info;
-    if (::fstat(file.get(), &info) != 0) {
+    if (::fstat(file.get(), &info) != 0)
         return lastError();
-    }
     return S_ISREG(info.st_mode) ? std::error_code() : std::make_error_code(std::errc::invalid_argument);
 }
 
@@ -54,9 +51,8 @@ ssize_t readSome(int file, std::span<unsigned char> buffer)
 {
     for (;;) {
         const ssize_t count = ::read(file, buffer.data(), buffer.size());
-        if (count >= 0 || errno != EINTR) {
+        if (count >= 0 || errno != EINTR)
             return count;
-        }
     }
 }
 
@@ -77,32 +73,28 @@ std::string folderOf(const std::string& path)
 void flushFolder(const std::string& folder)
 {
     const Descriptor handle(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (handle.isOpen()) {
+    if (handle.isOpen())
         ::fsync(handle.get());
-    }
 }
 
 } // namespace
 
 Replacement::~Replacement()
 {
-    if (!m_temporary.empty()) {
+    if (!m_temporary.empty())
         ::unlink(m_temporary.c_str());
-    }
 }
 
 std::error_code Replacement::open(const std::string& target, unsigned int mode)
 {
-    if (target.empty()) {
+    if (target.empty())
         return std::make_error_code(std::errc::invalid_argument);
-    }
     m_target = resolved(target);
     // the name does not grow with that of the target, which may use up the system's limit
     std::string name = folderOf(m_target) + "/.tavelin-XXXXXX";
     m_file.reset(::mkostemp(name.data(), O_CLOEXEC));
-    if (!m_file.isOpen()) {
+    if (!m_file.isOpen())
         return lastError();
-    }
     m_temporary = name;
     return ::fchmod(m_file.get(), static_cast<mode_t>(mode)) == 0 ? std::error_code() : lastError();
 }
@@ -111,12 +103,10 @@ std::error_code Replacement::write(std::span<const unsigned char> bytes)
 {
     while (!bytes.empty()) {
         const ssize_t count = ::write(m_file.get(), bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR) {
+        if (count < 0 && errno != EINTR)
             return lastError();
-        }
-        if (count > 0) {
+        if (count > 0)
             bytes = bytes.subspan(static_cast<std::size_t>(count));
-        }
     }
     return {};
 }
@@ -125,38 +115,30 @@ std::error_code Replacement::commit(Durability durability)
 {
     const bool flush = durability == Durability::Flushed;
     if ((flush && ::fsync(m_file.get()) != 0) || !m_file.close() ||
-        ::rename(m_temporary.c_str(), m_target.c_str()) != 0) {
+        ::rename(m_temporary.c_str(), m_target.c_str()) != 0)
         return lastError();
-    }
     m_temporary.clear();
-    if (flush) {
+    if (flush)
         flushFolder(folderOf(m_target));
-    }
     return {};
 }
 
 std::error_code copy(const std::string& source, const std::string& target, Durability durability)
 {
     Descriptor from;
-    if (const std::error_code error = openRegularFile(source, from)) {
+    if (const std::error_code error = openRegularFile(source, from))
         return error;
-    }
     struct stat info;
-    if (::fstat(from.get(), &info) != 0) {
+    if (::fstat(from.get(), &info) != 0)
         return lastError();
-    }
     Replacement to;
-    if (const std::error_code error = to.open(target, info.st_mode & 0777u)) {
+    if (const std::error_code error = to.open(target, info.st_mode & 0777u))
         return error;
-    }
     std::array<unsigned char, 65536> buffer;
     ssize_t count = 0;
-    while ((count = readSome(from.get(), buffer)) > 0) {
-        if (const std::error_code error =
-                to.write(std::span(buffer).first(static_cast<std::size_t>(count)))) {
+    while ((count = readSome(from.get(), buffer)) > 0)
+        if (const std::error_code error = to.write(std::span(buffer).first(static_cast<std::size_t>(count))))
             return error;
-        }
-    }
     return count < 0 ? lastError() : to.commit(durability);
 }
 
@@ -166,12 +148,10 @@ std::error_code uaWriteFileAtomically(const UaString& path, std::span<const unsi
                                       unsigned int mode)
 {
     UaDirPrivate::Replacement replacement;
-    if (const std::error_code error = replacement.open(UaDirPrivate::toPath(path), mode)) {
+    if (const std::error_code error = replacement.open(UaDirPrivate::toPath(path), mode))
         return error;
-    }
-    if (const std::error_code error = replacement.write(bytes)) {
+    if (const std::error_code error = replacement.write(bytes))
         return error;
-    }
     return replacement.commit(UaDirPrivate::Durability::Flushed);
 }
 
@@ -179,16 +159,13 @@ std::error_code uaReadFile(const UaString& path, std::uint64_t maximumSize, std:
 {
     bytes.clear();
     UaDirPrivate::Descriptor file;
-    if (const std::error_code error = UaDirPrivate::openRegularFile(UaDirPrivate::toPath(path), file)) {
+    if (const std::error_code error = UaDirPrivate::openRegularFile(UaDirPrivate::toPath(path), file))
         return error;
-    }
     struct stat info;
-    if (::fstat(file.get(), &info) != 0) {
+    if (::fstat(file.get(), &info) != 0)
         return UaDirPrivate::lastError();
-    }
-    if (static_cast<std::uint64_t>(info.st_size) <= maximumSize) {
+    if (static_cast<std::uint64_t>(info.st_size) <= maximumSize)
         bytes.reserve(static_cast<std::size_t>(info.st_size));
-    }
     std::array<unsigned char, 65536> buffer;
     ssize_t count = 0;
     // the file may grow while it is read: what counts is what came

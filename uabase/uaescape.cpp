@@ -29,9 +29,8 @@ Piece pieceAt(std::string_view text, std::size_t index)
 {
     const unsigned char byte = byteAt(text, index);
     const unsigned char next = byteAt(text, index + 1);
-    if (byte == 0xC2 && next >= 0x80 && next <= 0x9F) {
+    if (byte == 0xC2 && next >= 0x80 && next <= 0x9F)
         return hexadecimal(next, 2); // these steer terminals as well
-    }
     switch (byte) {
     case '\n':
         return {{'\\', 'n'}, 2, 1};
@@ -42,9 +41,8 @@ Piece pieceAt(std::string_view text, std::size_t index)
     default:
         break;
     }
-    if (byte < 0x20 || byte == 0x7F) {
+    if (byte < 0x20 || byte == 0x7F)
         return hexadecimal(byte, 1);
-    }
     return {{static_cast<char>(byte)}, 1, 1};
 }
 
@@ -52,15 +50,13 @@ Piece pieceAt(std::string_view text, std::size_t index)
 
 std::size_t uaEscapeControls(std::string_view text, char* buffer, std::size_t size) noexcept
 {
-    if (size == 0) {
+    if (size == 0)
         return 0;
-    }
     std::size_t used = 0;
     for (std::size_t index = 0; index < text.size();) {
         const Piece piece = pieceAt(text, index);
-        if (used + piece.length >= size) {
+        if (used + piece.length >= size)
             break;
-        }
         std::memcpy(buffer + used, piece.text.data(), piece.length);
         used += piece.length;
         index += piece.taken;

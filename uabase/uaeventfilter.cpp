@@ -25,10 +25,8 @@ void UaEventFilter::select(const UaNodeId& typeDefinitionId, const UaBrowseNames
 
 OpcUa_StatusCode UaEventFilter::copyTo(OpcUa_EventFilter* destination) const noexcept
 {
-    if (!m_complete ||
-        !m_selectClauses.copyTo(&destination->NoOfSelectClauses, &destination->SelectClauses)) {
+    if (!m_complete || !m_selectClauses.copyTo(&destination->NoOfSelectClauses, &destination->SelectClauses))
         return OpcUa_BadOutOfMemory;
-    }
     return m_where.copyTo(&destination->WhereClause);
 }
 

@@ -7,14 +7,13 @@ std::string escapedUri(std::string_view uri)
 {
     std::string text;
     text.reserve(uri.size());
-    for (const char c : uri) {
+    for (const char c : uri)
         if (c == ';')
             text += "%3B";
         else if (c == '%')
             text += "%25";
         else
             text += c;
-    }
     return text;
 }
 

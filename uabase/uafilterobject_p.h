@@ -9,8 +9,7 @@ template <class T>
 T* uaAttachNew(const OpcUa_EncodeableType& type, OpcUa_ExtensionObject* destination) noexcept
 {
     void* const object = OpcUa_EncodeableObject_Create(&type);
-    if (object) {
+    if (object)
         OpcUa_ExtensionObject_AttachEncodeable(destination, &type, object);
-    }
     return static_cast<T*>(object);
 }

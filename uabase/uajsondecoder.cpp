@@ -535,8 +535,9 @@ UaStatusCode UaValueText::fromJson(std::string_view text, UaDataTypeDictionary* 
 UaStatusCode UaValueText::fromJson(std::string_view text, UaDataTypeDictionary* dictionary,
                                    UaDataValue& value, UaString* error)
 {
-    return uabase::read(text, dictionary, value, error,
-                        [](uabase::JsonDecoder& decoder, const uabase::JsonValue& json) {
-                            return decoder.dataValue(json, 0);
-                        });
+    return uabase::read(
+        text, dictionary, value, error,
+        [](uabase::JsonDecoder& decoder, const uabase::JsonValue& json) {
+            return decoder.dataValue(json, 0);
+        });
 }

@@ -15,9 +15,8 @@ void UaMutex::lock()
 
 bool UaMutex::tryLock()
 {
-    if (isLockedByCurrentThread() || !m_mutex.try_lock()) {
+    if (isLockedByCurrentThread() || !m_mutex.try_lock())
         return false;
-    }
     m_owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
     return true;
 }

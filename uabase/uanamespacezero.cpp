@@ -122,12 +122,11 @@ std::unordered_map<std::string_view, OpcUa_UInt32> namesOfTables()
 {
     constexpr OpcUa_UInt32 lastId = 65535;
     std::unordered_map<std::string_view, OpcUa_UInt32> names;
-    for (OpcUa_UInt32 id = 1; id <= lastId; ++id) {
+    for (OpcUa_UInt32 id = 1; id <= lastId; ++id)
         if (const OpcUa_EncodeableType* type = OpcUa_EncodeableType_FindByTypeId(id))
             names.emplace(type->TypeName, id);
         else if (const OpcUa_EnumeratedType* enumerated = OpcUa_EnumeratedType_Find(id))
             names.emplace(enumerated->TypeName, id);
-    }
     return names;
 }
 

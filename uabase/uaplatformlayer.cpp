@@ -35,9 +35,8 @@ void traceOfStack(OpcUa_UInt32 level, const char* text, void* /*context*/)
 OpcUa_StatusCode startStack()
 {
     OpcUa_StatusCode status = OpcUa_P_Initialize();
-    if (OpcUa_IsBad(status)) {
+    if (OpcUa_IsBad(status))
         return status;
-    }
     OpcUa_Trace_SetHook(&traceOfStack, nullptr);
     status = OpcUa_ProxyStub_Initialize(nullptr);
     if (OpcUa_IsBad(status)) {
@@ -54,9 +53,8 @@ int UaPlatformLayer::init()
     const std::lock_guard lock(s_mutex);
     if (s_users == 0) {
         const OpcUa_StatusCode status = startStack();
-        if (OpcUa_IsBad(status)) {
+        if (OpcUa_IsBad(status))
             return static_cast<int>(status);
-        }
     }
     ++s_users;
     return 0;
@@ -65,9 +63,8 @@ int UaPlatformLayer::init()
 void UaPlatformLayer::cleanup()
 {
     const std::lock_guard lock(s_mutex);
-    if (s_users == 0 || --s_users > 0) {
+    if (s_users == 0 || --s_users > 0)
         return;
-    }
     OpcUa_ProxyStub_Clear();
     OpcUa_Trace_SetHook(nullptr, nullptr);
     OpcUa_P_Clear();

@@ -16,9 +16,8 @@ public:
     int releaseReference() const
     {
         const int left = m_references.fetch_sub(1, std::memory_order_acq_rel) - 1;
-        if (left == 0) {
+        if (left == 0)
             delete this;
-        }
         return left;
     }
     // For tests and traces only: another thread may change it at once.
@@ -43,9 +42,8 @@ public:
     // Adds a reference of its own.
     static UaRefPtr share(T* object)
     {
-        if (object != nullptr) {
+        if (object != nullptr)
             object->addReference();
-        }
         return UaRefPtr(object);
     }
     UaRefPtr(const UaRefPtr& other) : UaRefPtr(share(other.m_object)) {}
@@ -57,9 +55,8 @@ public:
     }
     ~UaRefPtr()
     {
-        if (m_object != nullptr) {
+        if (m_object != nullptr)
             m_object->releaseReference();
-        }
     }
 
     [[nodiscard]] T* get() const { return m_object; }

@@ -19,9 +19,8 @@ bool UaSemaphore::timedWait(unsigned int milliseconds)
 {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
     std::unique_lock lock(m_mutex);
-    if (!m_given.wait_until(lock, deadline, [this] { return m_permits > 0; })) {
+    if (!m_given.wait_until(lock, deadline, [this] { return m_permits > 0; }))
         return false;
-    }
     --m_permits;
     return true;
 }
@@ -29,9 +28,8 @@ bool UaSemaphore::timedWait(unsigned int milliseconds)
 bool UaSemaphore::tryWait()
 {
     const std::lock_guard lock(m_mutex);
-    if (m_permits == 0) {
+    if (m_permits == 0)
         return false;
-    }
     --m_permits;
     return true;
 }
@@ -39,9 +37,8 @@ bool UaSemaphore::tryWait()
 bool UaSemaphore::post(unsigned int count)
 {
     const std::lock_guard lock(m_mutex);
-    if (count > m_maximum - m_permits) {
+    if (count > m_maximum - m_permits)
         return false;
-    }
     m_permits += count;
     // under the lock: the waiter may destroy the semaphore as soon as it has its permit
     m_given.notify_all();

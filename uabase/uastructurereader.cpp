@@ -46,12 +46,11 @@ template <class T>
 T loaded(const OpcUa_Byte*& at) noexcept
 {
     T number{};
-    if constexpr (std::endian::native == std::endian::little) {
+    if constexpr (std::endian::native == std::endian::little)
         std::memcpy(&number, at, sizeof(T));
-    } else {
+    else
         for (std::size_t i = 0; i < sizeof(T); ++i)
             number = static_cast<T>(number | static_cast<T>(T{at[i]} << 8 * i));
-    }
     at += sizeof(T);
     return number;
 }

@@ -19,9 +19,8 @@ public:
     {
         sigset_t all;
         sigfillset(&all);
-        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP}) {
+        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP})
             sigdelset(&all, fault);
-        }
         pthread_sigmask(SIG_BLOCK, &all, &m_before);
     }
     ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
@@ -46,12 +45,10 @@ UaThread::~UaThread()
 bool UaThread::start()
 {
     const std::lock_guard lock(m_mutex);
-    if (m_running) {
+    if (m_running)
         return false;
-    }
-    if (m_thread.joinable()) {
+    if (m_thread.joinable())
         m_thread.join(); // it has left run() and touches nothing any more
-    }
     try {
         const SignalsBlocked blocked;
         m_running = true;
@@ -80,20 +77,17 @@ bool UaThread::wait(unsigned int milliseconds)
     std::thread ended;
     {
         std::unique_lock lock(m_mutex);
-        if (m_running && m_id == std::this_thread::get_id()) {
+        if (m_running && m_id == std::this_thread::get_id())
             return false;
-        }
         const auto over = [this] { return !m_running; };
-        if (milliseconds == WaitForever) {
+        if (milliseconds == WaitForever)
             m_ended.wait(lock, over);
-        } else if (!m_ended.wait_for(lock, std::chrono::milliseconds(milliseconds), over)) {
+        else if (!m_ended.wait_for(lock, std::chrono::milliseconds(milliseconds), over))
             return false;
-        }
         ended = std::move(m_thread);
     }
-    if (ended.joinable()) {
+    if (ended.joinable())
         ended.join();
-    }
     return true;
 }
 

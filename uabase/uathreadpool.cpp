@@ -47,9 +47,8 @@ void UaThreadPoolPrivate::work()
     std::unique_lock lock(mutex);
     for (;;) {
         added.wait(lock, [this] { return stopping || !jobs.empty(); });
-        if (jobs.empty()) {
+        if (jobs.empty())
             return;
-        }
         std::unique_ptr<UaThreadPoolJob> job = std::move(jobs.front());
         jobs.pop_front();
         ++running;
@@ -58,9 +57,8 @@ void UaThreadPoolPrivate::work()
         job.reset(); // a job's destructor may call out as well
         lock.lock();
         --running;
-        if (running == 0 && jobs.empty()) {
+        if (running == 0 && jobs.empty())
             idle.notify_all();
-        }
     }
 }
 
@@ -69,9 +67,8 @@ UaThreadPool::UaThreadPool(unsigned int threads) : d(std::make_unique<UaThreadPo
     const unsigned int wanted = std::max(threads, 1u);
     for (unsigned int i = 0; i < wanted; ++i) {
         auto thread = std::make_unique<PoolThread>(*d);
-        if (!thread->start()) {
+        if (!thread->start())
             break; // fewer threads are slower, not wrong
-        }
         d->threads.push_back(std::move(thread));
     }
 }
@@ -83,13 +80,11 @@ UaThreadPool::~UaThreadPool()
 
 bool UaThreadPool::addJob(std::unique_ptr<UaThreadPoolJob> job)
 {
-    if (job == nullptr) {
+    if (job == nullptr)
         return false;
-    }
     const std::lock_guard lock(d->mutex);
-    if (d->stopping || d->threads.empty()) {
+    if (d->stopping || d->threads.empty())
         return false;
-    }
     d->jobs.push_back(std::move(job));
     d->added.notify_one();
     return true;
@@ -109,9 +104,8 @@ void UaThreadPool::shutdown(Pending pending)
     {
         const std::lock_guard lock(d->mutex);
         d->stopping = true;
-        if (pending == Pending::Discard) {
+        if (pending == Pending::Discard)
             discarded.swap(d->jobs);
-        }
         threads.swap(d->threads);
         d->added.notify_all();
     }

@@ -50,12 +50,10 @@ UaTrace::TraceLevel bufferLevel(const State& s)
 void updateWantedLocked(State& s)
 {
     UaTrace::TraceLevel wanted = bufferLevel(s);
-    if (s.file != nullptr || s.hook.isSet()) {
+    if (s.file != nullptr || s.hook.isSet())
         wanted = std::max(wanted, s.level.load());
-    }
-    if (s.errorFile != nullptr || s.errorHook.isSet()) {
+    if (s.errorFile != nullptr || s.errorHook.isSet())
         wanted = std::max(wanted, UaTrace::Info);
-    }
     s.wanted = wanted;
 }
 
@@ -77,9 +75,8 @@ void keepLocked(State& s, const UaTraceRecord& record)
     std::string line = record.line();
     line.pop_back();
     s.preFile.emplace_back(line);
-    while (s.preFile.size() > s.maxPreFile) {
+    while (s.preFile.size() > s.maxPreFile)
         s.preFile.pop_front();
-    }
 }
 
 std::vector<std::string> store(State& s, UaTrace::TraceLevel level, const char* text, bool force)
@@ -87,14 +84,12 @@ std::vector<std::string> store(State& s, UaTrace::TraceLevel level, const char* 
     const UaTraceRecord record({s.localTime, s.withDate}, level, text);
     std::vector<std::string> failures;
     const std::lock_guard lock(s.mutex);
-    if (s.file != nullptr && (force || level <= s.level)) {
+    if (s.file != nullptr && (force || level <= s.level))
         writeLocked(s, s.file, record, failures);
-    } else if (s.file == nullptr && s.preFileMode && (force || level <= bufferLevel(s))) {
+    else if (s.file == nullptr && s.preFileMode && (force || level <= bufferLevel(s)))
         keepLocked(s, record);
-    }
-    if (s.errorFile != nullptr && level <= UaTrace::Info) {
+    if (s.errorFile != nullptr && level <= UaTrace::Info)
         writeLocked(s, s.errorFile, record, failures);
-    }
     return failures;
 }
 
@@ -119,16 +114,14 @@ int UaTrace::initTrace(TraceLevel level, unsigned int maxEntries, unsigned int n
 {
     State& s = state();
     const std::lock_guard lock(s.mutex);
-    if (s.file != nullptr) {
+    if (s.file != nullptr)
         return -1;
-    }
     s.applicationName = appName;
     s.limits = {maxEntries, numBackupFiles};
     s.preFileMode = false;
     s.file = openFile(s, fileName, UaTraceFile::Backups::Numbered, s.limits);
-    if (s.file != nullptr) {
+    if (s.file != nullptr)
         s.level = level;
-    }
     updateWantedLocked(s);
     return s.file != nullptr ? 0 : -1;
 }
@@ -138,15 +131,13 @@ int UaTrace::changeTrace(TraceLevel level, unsigned int maxEntries, unsigned int
 {
     State& s = state();
     const std::lock_guard lock(s.mutex);
-    if (s.file == nullptr) {
+    if (s.file == nullptr)
         return -1;
-    }
     const UaTraceFile::Limits limits{maxEntries, numBackupFiles};
     if (fileName != s.file->requestedName()) {
         auto file = openFile(s, fileName, UaTraceFile::Backups::Numbered, limits);
-        if (file == nullptr) {
+        if (file == nullptr)
             return -1;
-        }
         s.file = std::move(file);
     }
     s.limits = limits;
@@ -169,9 +160,8 @@ int UaTrace::initErrorTrace(const UaString& fileName, const UaString& appName)
 {
     State& s = state();
     const std::lock_guard lock(s.mutex);
-    if (s.errorFile != nullptr) {
+    if (s.errorFile != nullptr)
         return -1;
-    }
     s.applicationName = appName;
     s.errorFile = openFile(s, fileName, UaTraceFile::Backups::Bak, s.limits);
     updateWantedLocked(s);
@@ -190,11 +180,9 @@ void UaTrace::flushTrace()
 {
     State& s = state();
     const std::lock_guard lock(s.mutex);
-    for (UaTraceFile* file : {s.file.get(), s.errorFile.get()}) {
-        if (file != nullptr) {
+    for (UaTraceFile* file : {s.file.get(), s.errorFile.get()})
+        if (file != nullptr)
             file->flush();
-        }
-    }
 }
 
 void UaTrace::setTraceLevel(TraceLevel level)
@@ -329,19 +317,15 @@ bool UaTrace::isWanted(TraceLevel level)
 void UaTrace::traceOutput(TraceLevel level, const char* text, int moduleId, bool force)
 {
     State& s = state();
-    if (text == nullptr || !(force || isWanted(level))) {
+    if (text == nullptr || !(force || isWanted(level)))
         return;
-    }
-    if (force || level <= s.level) {
+    if (force || level <= s.level)
         s.hook.call(level, text, moduleId);
-    }
     const std::vector<std::string> failures = store(s, level, text, force);
-    if (level <= Info) {
+    if (level <= Info)
         s.errorHook.call(level, text, moduleId);
-    }
-    for (const std::string& failure : failures) {
+    for (const std::string& failure : failures)
         traceOutput(Errors, failure.c_str(), moduleId, true);
-    }
 }
 
 UaString UaTrace::buildBackupFileName(const UaString& name, unsigned int number)
@@ -350,10 +334,9 @@ UaString UaTrace::buildBackupFileName(const UaString& name, unsigned int number)
     const std::size_t dot = name.view().find_last_of('.');
     const std::size_t folder = name.view().find_last_of('/');
     // a dot in the name of a folder starts no extension
-    if (dot == std::string_view::npos || (folder != std::string_view::npos && dot < folder)) {
+    if (dot == std::string_view::npos || (folder != std::string_view::npos && dot < folder))
         std::snprintf(backup.data(), backup.size(), "%s_%u.log", name.toUtf8(), number);
-    } else {
+    else
         std::snprintf(backup.data(), backup.size(), "%s_%u%s", name.toUtf8(), number, name.toUtf8() + dot);
-    }
     return UaString(backup.data());
 }

@@ -11,9 +11,8 @@ void UaTraceHookSlot::set(UaTraceHook* hook)
     std::unique_lock lock(m_mutex);
     m_hook = hook;
     // a hook that takes itself away would wait for its own end
-    if (!t_insideHook) {
+    if (!t_insideHook)
         m_left.wait(lock, [this] { return m_inside == 0; });
-    }
 }
 
 bool UaTraceHookSlot::isSet() const
@@ -24,16 +23,14 @@ bool UaTraceHookSlot::isSet() const
 
 void UaTraceHookSlot::call(UaTrace::TraceLevel level, const char* text, int moduleId)
 {
-    if (t_insideHook) {
+    if (t_insideHook)
         return; // what a hook traces must not come back to it
-    }
     UaTraceHook* hook = nullptr;
     {
         const std::lock_guard lock(m_mutex);
         hook = m_hook;
-        if (hook == nullptr) {
+        if (hook == nullptr)
             return;
-        }
         ++m_inside;
     }
     t_insideHook = true;
@@ -41,7 +38,6 @@ void UaTraceHookSlot::call(UaTrace::TraceLevel level, const char* text, int modu
     t_insideHook = false;
     const std::lock_guard lock(m_mutex);
     --m_inside;
-    if (m_inside == 0) {
+    if (m_inside == 0)
         m_left.notify_all();
-    }
 }

@@ -14,9 +14,8 @@ std::size_t wholeCharacters(const char* text, std::size_t length)
     std::size_t start = length;
     while (start > 0 && length - start < 4) {
         const auto byte = static_cast<unsigned char>(text[--start]);
-        if ((byte & 0xC0) == 0x80) {
+        if ((byte & 0xC0) == 0x80)
             continue;
-        }
         const std::size_t needed = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
         return length - start < needed ? start : length;
     }

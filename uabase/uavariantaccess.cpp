@@ -23,13 +23,15 @@ auto converted(const UaVariant& value, bool* ok, Take take) noexcept
 template <class C, OpcUa_BuiltInType Type>
 C number(const UaVariant& value, bool* ok) noexcept
 {
-    return converted<C, Type>(value, ok, [](const C& found) { return found; });
+    return converted<C, Type>(
+        value, ok, [](const C& found) { return found; });
 }
 
 template <class Result, class C, OpcUa_BuiltInType Type>
 Result object(const UaVariant& value, bool* ok) noexcept
 {
-    return converted<C, Type>(value, ok, [](const C& found) { return Result(found); });
+    return converted<C, Type>(
+        value, ok, [](const C& found) { return Result(found); });
 }
 
 } // namespace

@@ -53,9 +53,8 @@ UaString takeText(xmlChar* text)
 
 const xmlNode* firstElement(const xmlNode* node)
 {
-    while (node != nullptr && node->type != XML_ELEMENT_NODE) {
+    while (node != nullptr && node->type != XML_ELEMENT_NODE)
         node = node->next;
-    }
     return node;
 }
 
@@ -111,9 +110,8 @@ void noteError(void* parser, xmlError* error)
     Reading& reading = readingOf(parser);
     if (reading.error.empty() && error != nullptr && error->level >= XML_ERR_ERROR) {
         std::string message = error->message != nullptr ? error->message : "not well-formed";
-        while (!message.empty() && message.back() == '\n') {
+        while (!message.empty() && message.back() == '\n')
             message.pop_back();
-        }
         reading.error = "line " + std::to_string(error->line) + ": " + message;
     }
 }
@@ -124,9 +122,8 @@ xmlDoc* parse(std::span<const unsigned char> bytes, Reading& reading)
         xmlCreateMemoryParserCtxt(reinterpret_cast<const char*>(bytes.data()),
                                   static_cast<int>(bytes.size())),
         &xmlFreeParserCtxt);
-    if (context == nullptr) {
+    if (context == nullptr)
         return nullptr;
-    }
     xmlCtxtUseOptions(context.get(),
                       XML_PARSE_NONET | XML_PARSE_NOBLANKS | XML_PARSE_NOCDATA | XML_PARSE_COMPACT);
     context->_private = &reading;
@@ -148,17 +145,15 @@ xmlDoc* parse(std::span<const unsigned char> bytes, Reading& reading)
 void UaXmlDocument::initParser()
 {
     const std::lock_guard lock(s_mutex);
-    if (s_users++ == 0) {
+    if (s_users++ == 0)
         xmlInitParser();
-    }
 }
 
 void UaXmlDocument::cleanupParser()
 {
     const std::lock_guard lock(s_mutex);
-    if (s_users > 0 && --s_users == 0) {
+    if (s_users > 0 && --s_users == 0)
         xmlCleanupParser();
-    }
 }
 
 UaXmlDocument UaXmlDocument::fromBytes(std::span<const unsigned char> bytes)
@@ -232,9 +227,8 @@ UaString UaXmlNode::namespaceUri() const
 
 UaString UaXmlNode::namespaceOfPrefix(std::string_view prefix) const
 {
-    if (m_node == nullptr) {
+    if (m_node == nullptr)
         return UaString();
-    }
     const std::string name(prefix);
     const xmlNs* found = xmlSearchNs(m_document->document(), const_cast<xmlNode*>(toNode(m_node)),
                                      name.empty() ? nullptr : reinterpret_cast<const xmlChar*>(name.c_str()));
@@ -251,23 +245,19 @@ bool UaXmlNode::is(std::string_view name, std::string_view namespaceUri) const
 UaString UaXmlNode::attribute(std::string_view name) const
 {
     for (const xmlAttr* a = m_node != nullptr ? toNode(m_node)->properties : nullptr; a != nullptr;
-         a = a->next) {
-        if (view(a->name) == name) {
+         a = a->next)
+        if (view(a->name) == name)
             return takeText(xmlNodeListGetString(m_document->document(), a->children, 1));
-        }
-    }
     return UaString();
 }
 
 UaString UaXmlNode::attribute(std::string_view name, std::string_view namespaceUri) const
 {
     for (const xmlAttr* a = m_node != nullptr ? toNode(m_node)->properties : nullptr; a != nullptr;
-         a = a->next) {
+         a = a->next)
         if (view(a->name) == name &&
-            (a->ns != nullptr ? view(a->ns->href) : std::string_view()) == namespaceUri) {
+            (a->ns != nullptr ? view(a->ns->href) : std::string_view()) == namespaceUri)
             return takeText(xmlNodeListGetString(m_document->document(), a->children, 1));
-        }
-    }
     return UaString();
 }
 
@@ -296,29 +286,25 @@ UaXmlNode UaXmlNode::nextSibling() const
 UaXmlNode UaXmlNode::child(std::string_view name) const
 {
     UaXmlNode node = firstChild();
-    while (!node.isNull() && view(toNode(node.m_node)->name) != name) {
+    while (!node.isNull() && view(toNode(node.m_node)->name) != name)
         node = node.nextSibling();
-    }
     return node;
 }
 
 std::vector<UaXmlNode> UaXmlNode::children() const
 {
     std::vector<UaXmlNode> nodes;
-    for (UaXmlNode node = firstChild(); !node.isNull(); node = node.nextSibling()) {
+    for (UaXmlNode node = firstChild(); !node.isNull(); node = node.nextSibling())
         nodes.push_back(node);
-    }
     return nodes;
 }
 
 std::vector<UaXmlNode> UaXmlNode::children(std::string_view name) const
 {
     std::vector<UaXmlNode> nodes;
-    for (UaXmlNode node = firstChild(); !node.isNull(); node = node.nextSibling()) {
-        if (view(toNode(node.m_node)->name) == name) {
+    for (UaXmlNode node = firstChild(); !node.isNull(); node = node.nextSibling())
+        if (view(toNode(node.m_node)->name) == name)
             nodes.push_back(node);
-        }
-    }
     return nodes;
 }
 
@@ -330,13 +316,11 @@ unsigned int UaXmlNode::line() const
 
 UaString UaXmlNode::toXml() const
 {
-    if (m_node == nullptr) {
+    if (m_node == nullptr)
         return UaString();
-    }
     const std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> buffer(xmlBufferCreate(), &xmlBufferFree);
     if (buffer == nullptr ||
-        xmlNodeDump(buffer.get(), m_document->document(), const_cast<xmlNode*>(toNode(m_node)), 0, 0) < 0) {
+        xmlNodeDump(buffer.get(), m_document->document(), const_cast<xmlNode*>(toNode(m_node)), 0, 0) < 0)
         return UaString();
-    }
     return UaString(view(xmlBufferContent(buffer.get())));
 }

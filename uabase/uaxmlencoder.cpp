@@ -63,7 +63,7 @@ private:
     // Characters that no document may hold make the value one without XML form.
     void characters(std::string_view text)
     {
-        for (const char c : text) {
+        for (const char c : text)
             if (c == '<')
                 m_out += "&lt;";
             else if (c == '>')
@@ -76,7 +76,6 @@ private:
                 return fail(OpcUa_BadEncodingError);
             else
                 m_out += c;
-        }
         if (!UaString(text).isValidUtf8())
             fail(OpcUa_BadEncodingError);
     }

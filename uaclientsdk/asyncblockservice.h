@@ -53,9 +53,8 @@ public:
         session.mutex.assertUnlocked();
         const OpcUa_StatusCode status =
             PendingCall::send(call, names.stackName, sent.service.begin, session.channel, *request);
-        if (call) {
+        if (call)
             state = std::move(static_cast<AsyncBlock&>(*call).m_state);
-        }
         return UaStatus(status);
     } catch (const std::bad_alloc&) {
         return UaStatus(OpcUa_BadOutOfMemory);
@@ -68,17 +67,15 @@ public:
         const UaStatus taken = take();
         m_state->first += m_state->blockLength();
         const UaStatus status = !taken.isBad() && m_state->first < m_state->length ? sendNext() : taken;
-        if (m_state) {
+        if (m_state)
             finish(status);
-        }
     }
 
 private:
     UaStatus take()
     {
-        if (OpcUa_IsBad(status())) {
+        if (OpcUa_IsBad(status()))
             return UaStatus(status());
-        }
         const Service& service = m_state->service;
         auto* const answer = response<typename Service::ResponseType>(service.responseType);
         const UaStatus result = answer ? takeBlock(service, m_state->blockLength(), *answer, m_state->results,

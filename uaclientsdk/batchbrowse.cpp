@@ -51,22 +51,19 @@ UaStatus browseBatch(UaSession& session, ServiceSettings& settings, const std::v
                      const BatchBrowse& what, std::vector<UaReferenceDescriptions>& references)
 {
     references.assign(nodes.size(), UaReferenceDescriptions());
-    if (nodes.empty()) {
+    if (nodes.empty())
         return UaStatus();
-    }
     UaBrowseResults results;
     UaDiagnosticInfos diagnosticInfos;
     UaStatus status =
         session.browseList(settings, UaNodeId(), 0, descriptionsOf(nodes, what), results, diagnosticInfos);
     std::vector<std::size_t> positions(nodes.size());
-    for (std::size_t i = 0; i < positions.size(); ++i) {
+    for (std::size_t i = 0; i < positions.size(); ++i)
         positions[i] = i;
-    }
     for (int calls = 0; status.isGood() && calls < maxBrowseNextCalls; ++calls) {
         const UaByteStringArray points = takeResults(results, positions, references);
-        if (points.isEmpty()) {
+        if (points.isEmpty())
             break;
-        }
         status = session.browseListNext(settings, false, points, results, diagnosticInfos);
     }
     return status;

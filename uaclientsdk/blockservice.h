@@ -46,9 +46,8 @@ bool takeDiagnostics(Response& response, OpcUa_UInt32 before, OpcUa_UInt32 count
         block.attach(std::exchange(response.NoOfDiagnosticInfos, 0),
                      std::exchange(response.DiagnosticInfos, nullptr),
                      std::exchange(header.NoOfStringTable, 0), std::exchange(header.StringTable, nullptr));
-        if (block.isEmpty() && merged.isEmpty()) {
+        if (block.isEmpty() && merged.isEmpty())
             return true;
-        }
         return merged.resize(before) && (!block.isEmpty() || block.resize(count)) &&
                merged.append(std::move(block));
     } else {
@@ -61,17 +60,14 @@ template <class Service>
 UaStatus takeBlock(const Service& service, OpcUa_UInt32 count, typename Service::ResponseType& response,
                    UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    if (!service.results) {
+    if (!service.results)
         return UaStatus();
-    }
     OpcUa_Int32 diagnostics = 0;
-    if constexpr (requires { response.NoOfDiagnosticInfos; }) {
+    if constexpr (requires { response.NoOfDiagnosticInfos; })
         diagnostics = response.NoOfDiagnosticInfos;
-    }
     const UaStatus counts = checkCounts(service.names, count, response.*service.resultCount, diagnostics);
-    if (counts.isBad()) {
+    if (counts.isBad())
         return counts;
-    }
     UaArray<typename Service::ResultType> block;
     block.attachFrom(&(response.*service.resultCount), &(response.*service.results));
     const bool merged = takeDiagnostics(response, results.length(), count, diagnosticInfos);
@@ -116,9 +112,8 @@ UaStatus callBlock(SessionContext& context, const Service& service, ServiceSetti
     const UaStatus status(
         callStack(service.names.stackName, service.function, context.channel, *request, *response));
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
-    if (status.isBad()) {
+    if (status.isBad())
         return status;
-    }
     const UaStatus taken =
         takeBlock(service, static_cast<OpcUa_UInt32>(items.size()), *response, results, diagnosticInfos);
     return taken.isBad() ? taken : status;
@@ -128,9 +123,8 @@ UaStatus callBlock(SessionContext& context, const Service& service, ServiceSetti
 template <class Service>
 void traceBlockItems(const Service& service, std::span<const typename Service::ItemType> items)
 {
-    if (service.traceItems && UaTrace::isWanted(UaTrace::Data)) {
+    if (service.traceItems && UaTrace::isWanted(UaTrace::Data))
         service.traceItems(items);
-    }
 }
 
 // The end of a split call: what its caller gets, and the trace of it.
@@ -142,9 +136,8 @@ void finishBlocks(const Service& service, const UaStatus& status,
         results.clear();
         diagnosticInfos.clear();
     }
-    if (service.traceResults && UaTrace::isWanted(UaTrace::Data)) {
+    if (service.traceResults && UaTrace::isWanted(UaTrace::Data))
         service.traceResults(results.span());
-    }
 }
 
 // The whole service: split by the session's maximum operations per call, stopped at the first bad block.
@@ -161,9 +154,8 @@ UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSe
     diagnosticInfos.clear();
     const OpcUa_UInt32 limit = blockLimit(context);
     UaStatus status = checkReady(context, names, length);
-    if (!status.isBad()) {
+    if (!status.isBad())
         traceBlockItems(service, items);
-    }
     for (OpcUa_UInt32 done = 0; !status.isBad() && done < length;) {
         const OpcUa_UInt32 count = std::min(limit, length - done);
         status = done == 0 ? status : checkReady(context, names, count);

@@ -70,9 +70,8 @@ CallbackPoolPrivate::Lanes::iterator CallbackPoolPrivate::laneLocked(const void*
 {
     const auto ofSession = [session](const Lane& lane) { return lane.session == session; };
     auto found = std::find_if(m_ready.begin(), m_ready.end(), ofSession);
-    if (found == m_ready.end()) {
+    if (found == m_ready.end())
         found = std::find_if(m_resting.begin(), m_resting.end(), ofSession);
-    }
     return found != m_resting.end() ? found : m_resting.insert(m_resting.end(), Lane{session, {}, 0});
 }
 
@@ -98,15 +97,13 @@ void CallbackPoolPrivate::wakeWorkerLocked()
 bool CallbackPoolPrivate::add(std::unique_ptr<CallbackJob>&& job, const void* session)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_ending) {
+    if (m_ending)
         return false;
-    }
     const auto lane = laneLocked(session);
     const bool wasReady = lane->isReady();
     lane->jobs.push_back(nullptr);
-    if (!wasReady && lane->isReady()) {
+    if (!wasReady && lane->isReady())
         makeReadyLocked(lane);
-    }
     if (m_threads.empty()) {
         m_ready.erase(lane); // without threads nothing else can wait here
         return false;
@@ -122,9 +119,8 @@ void CallbackPoolPrivate::runOneLocked(std::unique_lock<std::mutex>& lock)
     lane->jobs.pop_front();
     ++lane->running;
     m_resting.splice(m_resting.end(), m_ready, lane);
-    if (lane->isReady()) {
+    if (lane->isReady())
         makeReadyLocked(lane); // behind the other sessions
-    }
     t_session = lane->session;
     lock.unlock();
     executeGuarded(*job);
@@ -134,9 +130,8 @@ void CallbackPoolPrivate::runOneLocked(std::unique_lock<std::mutex>& lock)
     const bool wasReady = lane->isReady();
     --lane->running;
     if (lane->jobs.empty()) {
-        if (lane->running == 0) {
+        if (lane->running == 0)
             m_resting.erase(lane);
-        }
     } else if (!wasReady) {
         makeReadyLocked(lane);
     }
@@ -149,9 +144,8 @@ void CallbackPoolPrivate::work()
         ++m_idle;
         m_changed.wait(lock, [this] { return m_ending || !m_ready.empty(); });
         --m_idle;
-        if (m_ready.empty()) {
+        if (m_ready.empty())
             return;
-        }
         runOneLocked(lock);
     }
 }
@@ -165,9 +159,8 @@ void CallbackPoolPrivate::end()
         threads.swap(m_threads);
     }
     m_changed.notify_all();
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
 }
 
 std::shared_ptr<CallbackPool> CallbackPool::instance()

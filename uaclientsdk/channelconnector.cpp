@@ -44,12 +44,10 @@ UaStatus ChannelConnector::connectChannel()
         alternatives = m_context.connectInfo.alternativeEndpointUrls;
     }
     UaStatus result = connectTo(url);
-    for (OpcUa_UInt32 i = 0; result.isBad() && i < alternatives.length(); ++i) {
+    for (OpcUa_UInt32 i = 0; result.isBad() && i < alternatives.length(); ++i)
         result = connectTo(UaString(alternatives[i]));
-    }
-    if (result.isBad()) {
+    if (result.isBad())
         m_context.reportConnectError(UaClient::OpenSecureChannel, result, false);
-    }
     UaTrace::tInOut("<-- UaSessionPrivate::connectChannel [ret=0x%lx]",
                     static_cast<unsigned long>(result.statusCode()));
     return result;
@@ -58,9 +56,8 @@ UaStatus ChannelConnector::connectChannel()
 UaStatus ChannelConnector::connectTo(const UaString& url)
 {
     const char* profile = transportProfileOf(url.view());
-    if (!profile) {
+    if (!profile)
         return UaStatus(OpcUa_BadInvalidArgument);
-    }
     SessionConnectInfo connectInfo;
     SessionSecurityInfo security;
     {
@@ -110,9 +107,8 @@ void ChannelConnector::disconnectChannel()
 {
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.channelConnected) {
+        if (!m_context.channelConnected)
             return;
-        }
         m_context.channelConnected = false;
         m_context.sessionActive = false;
     }

@@ -41,9 +41,8 @@ ConnectionMonitor::ConnectionMonitor(SessionContext& context, SessionHousekeepin
 
 bool ConnectionMonitor::step()
 {
-    if (!waitForWork()) {
+    if (!waitForWork())
         return false;
-    }
     publish();
     UaClient::ServerStatus status{};
     OpcUa_UInt64 period = 0;
@@ -51,9 +50,8 @@ bool ConnectionMonitor::step()
     bool userRefused = false;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested) {
+        if (!m_context.connectRequested)
             return false;
-        }
         status = m_context.serverStatus;
         period = m_context.connectInfo.watchdogTime;
         automatic = m_context.connectInfo.automaticReconnect;
@@ -62,21 +60,18 @@ bool ConnectionMonitor::step()
     const OpcUa_UInt64 now = OpcUa_GetTickCount();
     if (status == UaClient::Connected || status == UaClient::ConnectionWarningWatchdogTimeout) {
         // a link that is known to be gone needs no patience
-        if (m_schedule.isCheckDue(now, period) || m_context.linkLost.exchange(false)) {
+        if (m_schedule.isCheckDue(now, period) || m_context.linkLost.exchange(false))
             doServerStatusCheck();
-        }
         return true;
     }
     if (status == UaClient::ServerShutdown || !automatic) {
         closeAndDisconnect();
-        if (!automatic) {
+        if (!automatic)
             return false;
-        }
     }
     // credentials that were refused once may lock the account when they are tried again
-    if (!userRefused && m_schedule.isAttemptDue(now, period)) {
+    if (!userRefused && m_schedule.isAttemptDue(now, period))
         doTryReconnect();
-    }
     return true;
 }
 
@@ -100,22 +95,19 @@ void ConnectionMonitor::publish()
         SessionLock lock(m_context.mutex);
         const bool alive = m_context.serverStatus == UaClient::Connected ||
                            m_context.serverStatus == UaClient::ConnectionWarningWatchdogTimeout;
-        if (!alive || !m_housekeeping.isPublishingLocked()) {
+        if (!alive || !m_housekeeping.isPublishingLocked())
             return;
-        }
     }
     const UaStatus status = m_housekeeping.publish();
-    if (status.isBad()) {
+    if (status.isBad())
         connectionLost(status);
-    }
 }
 
 bool ConnectionMonitor::setStatus(UaClient::ServerStatus status, OpcUa_ServerState state)
 {
     SessionLock lock(m_context.mutex);
-    if (!m_context.connectRequested) {
+    if (!m_context.connectRequested)
         return false;
-    }
     m_context.serverStatus = status;
     m_context.serverState = state;
     return true;
@@ -130,9 +122,8 @@ void ConnectionMonitor::closeAndDisconnect()
         SessionLock lock(m_context.mutex);
         open = m_context.channelConnected;
     }
-    if (open) {
+    if (open)
         static_cast<void>(m_activator.closeSession(settings, true)); // nobody is left to tell
-    }
     m_connector.disconnectChannel();
 }
 
@@ -155,19 +146,15 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
         m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
     }
     const UaStatus status(callStack("Read", OpcUa_ClientApi_Read, m_context.channel, *request, *response));
-    if (status.isBad()) {
+    if (status.isBad())
         return status;
-    }
-    if (response->NoOfResults != 1) {
+    if (response->NoOfResults != 1)
         return UaStatus(wrongResultCount);
-    }
     const OpcUa_DataValue& value = response->Results[0];
-    if (OpcUa_IsBad(value.StatusCode)) {
+    if (OpcUa_IsBad(value.StatusCode))
         return UaStatus(value.StatusCode);
-    }
-    if (value.Value.Datatype != OpcUaType_Int32 || value.Value.ArrayType != OpcUa_VariantArrayType_Scalar) {
+    if (value.Value.Datatype != OpcUaType_Int32 || value.Value.ArrayType != OpcUa_VariantArrayType_Scalar)
         return UaStatus(OpcUa_BadTypeMismatch);
-    }
     state = value.Value.Value.Int32;
     return UaStatus();
 }
@@ -179,14 +166,12 @@ void ConnectionMonitor::doServerStatusCheck()
     bool closed = false;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested) {
+        if (!m_context.connectRequested)
             return;
-        }
         closed = !m_context.activatedOnce; // by a change of the user that went wrong
         timeout = m_context.connectInfo.watchdogTimeout;
-        if (m_context.serverStatus == UaClient::ConnectionWarningWatchdogTimeout) {
+        if (m_context.serverStatus == UaClient::ConnectionWarningWatchdogTimeout)
             timeout = timeout > 0x7FFFFFFFu ? timeout : timeout * 2;
-        }
     }
     OpcUa_Int32 state = 0;
     const UaStatus status = closed ? UaStatus(OpcUa_BadSessionClosed) : readServerState(timeout, state);
@@ -222,9 +207,8 @@ void ConnectionMonitor::evaluate(const UaStatus& status, OpcUa_Int32 state)
         if (m_context.connectRequested) {
             m_context.serverStatus = UaClient::ConnectionWarningWatchdogTimeout;
             lock.unlock();
-            if (status == OpcUa_BadTimeout) {
+            if (status == OpcUa_BadTimeout)
                 m_schedule.hurry();
-            }
             m_context.notifyStatus(UaClient::ConnectionWarningWatchdogTimeout);
         }
     } else if (before == UaClient::Connected || before == UaClient::ConnectionWarningWatchdogTimeout) {
@@ -236,18 +220,16 @@ void ConnectionMonitor::connectionLost(const UaStatus& status)
 {
     UaTrace::tError("Error: UaSession - connection lost [Session=%u] [status=0x%x]", m_context.traceId,
                     status.statusCode());
-    if (!setStatus(UaClient::ConnectionErrorApiReconnect, OpcUa_ServerState_Unknown)) {
+    if (!setStatus(UaClient::ConnectionErrorApiReconnect, OpcUa_ServerState_Unknown))
         return;
-    }
     m_context.notifyStatus(UaClient::ConnectionErrorApiReconnect);
     bool automatic = false;
     {
         SessionLock lock(m_context.mutex);
         automatic = m_context.connectInfo.automaticReconnect;
     }
-    if (automatic) {
+    if (automatic)
         m_connector.disconnectChannel();
-    }
 }
 
 void ConnectionMonitor::doTryReconnect()
@@ -255,9 +237,8 @@ void ConnectionMonitor::doTryReconnect()
     UaTrace::tInOut("--> UaSessionPrivate::doTryReconnect [Session=%u]", m_context.traceId);
     const UaStatus opened = m_connector.connectChannel();
     if (opened.isGood()) {
-        if (!reactivate() && !giveUpRefusedUser()) {
+        if (!reactivate() && !giveUpRefusedUser())
             startNewSession();
-        }
     } else {
         m_schedule.refused();
     }
@@ -269,9 +250,8 @@ bool ConnectionMonitor::giveUpRefusedUser()
 {
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.userRefused) {
+        if (!m_context.userRefused)
             return false;
-        }
     }
     UaTrace::tError("Error: UaSession - the server refused the user, he is not tried again [Session=%u]",
                     m_context.traceId);
@@ -286,9 +266,8 @@ bool ConnectionMonitor::reactivate()
         SessionLock lock(m_context.mutex);
         known = m_context.activatedOnce;
     }
-    if (!known || m_activator.activateSession().isBad()) {
+    if (!known || m_activator.activateSession().isBad())
         return false;
-    }
     m_schedule.accepted();
     m_housekeeping.prepareResumed();
     if (setStatus(UaClient::Connected, OpcUa_ServerState_Running)) {
@@ -306,9 +285,8 @@ void ConnectionMonitor::startNewSession()
         m_context.sessionCreated = false;
         m_context.activatedOnce = false;
         m_context.sessionId = UaNodeId();
-        if (!m_context.connectRequested) {
+        if (!m_context.connectRequested)
             return;
-        }
     }
     if (m_activator.createSession().isBad() || m_activator.activateSession().isBad()) {
         m_schedule.refused();

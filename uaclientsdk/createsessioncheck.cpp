@@ -25,15 +25,12 @@ UaStatus CreateSessionCheck::run(const OpcUa_CreateSessionResponse& response)
     UaStatus status;
     if (m_security.isSecured()) {
         status = checkCertificate(UaByteString(response.ServerCertificate));
-        if (status.isGood()) {
+        if (status.isGood())
             status = checkHostName();
-        }
-        if (status.isGood()) {
+        if (status.isGood())
             status = checkSignature(response);
-        }
-        if (status.isGood()) {
+        if (status.isGood())
             status = checkNonce(response.ServerNonce);
-        }
     } else if (!m_security.serverCertificate.isEmpty()) {
         m_certificate = m_security.serverCertificate; // the one that the user has seen
     } else if (response.ServerCertificate.Length > 0) {
@@ -44,9 +41,8 @@ UaStatus CreateSessionCheck::run(const OpcUa_CreateSessionResponse& response)
 
 UaStatus CreateSessionCheck::ask(const OverridableError& error)
 {
-    if (m_question(error, m_certificate)) {
+    if (m_question(error, m_certificate))
         return UaStatus();
-    }
     m_asked = true;
     return UaStatus(error.status, UaString(error.text));
 }
@@ -75,17 +71,15 @@ UaStatus CreateSessionCheck::checkCertificate(const UaByteString& chain)
         m_certificate = channels;
         return askAbout(OpcUa_BadCertificateInvalid, "The server certificate is empty");
     }
-    if (const UaStatus status = splitCertificate(chain); status.isBad()) {
+    if (const UaStatus status = splitCertificate(chain); status.isBad())
         return status;
-    }
     OpcUa_UInt32 bits = 0;
     if (OpcUa_IsBad(OpcUa_CryptoProvider_GetPublicKeyLength(m_certificate.get(), &bits)) || bits == 0) {
         UaTrace::tError("The server certificate public key is empty");
         return UaStatus(OpcUa_BadCertificateInvalid);
     }
-    if (channels.isEmpty() || channels == m_certificate) {
+    if (channels.isEmpty() || channels == m_certificate)
         return UaStatus();
-    }
     return askAbout(OpcUa_BadCertificateUseNotAllowed,
                     "Certificate returned by server is different than the one used to create the secure "
                     "channel");
@@ -94,9 +88,8 @@ UaStatus CreateSessionCheck::checkCertificate(const UaByteString& chain)
 UaStatus CreateSessionCheck::checkHostName()
 {
     const EndpointUrl url = parseEndpointUrl(m_url.view());
-    if (namesHost(UaPkiCertificate::fromDER(m_certificate).info(), url.host)) {
+    if (namesHost(UaPkiCertificate::fromDER(m_certificate).info(), url.host))
         return UaStatus();
-    }
     return askAbout(OpcUa_BadCertificateHostNameInvalid,
                     "Host name in server certificate does not match hostname the client connected to");
 }
@@ -115,9 +108,8 @@ UaStatus CreateSessionCheck::checkSignature(const OpcUa_CreateSessionResponse& r
 
 UaStatus CreateSessionCheck::checkNonce(const OpcUa_ByteString& nonce)
 {
-    if (nonce.Length >= shortestNonce) {
+    if (nonce.Length >= shortestNonce)
         return UaStatus();
-    }
     OverridableError error(UaClient::CreateSession, OpcUa_BadNonceInvalid,
                            "Nonce returned by server is too short (len=" + std::to_string(nonce.Length) +
                                ")");
@@ -138,13 +130,11 @@ UaStatus CreateSessionCheck::checkEndpoints(const OpcUa_CreateSessionResponse& r
     }
     UaByteStringArray certificates;
     const UaByteString offered(endpoint->ServerCertificate);
-    if (!m_security.isSecured() || offered.isEmpty()) {
+    if (!m_security.isSecured() || offered.isEmpty())
         return UaStatus(); // a server need not repeat its certificate here
-    }
     if (SessionSecurityInfo::splitCertificateChain(offered, certificates).isGood() &&
-        UaByteString(certificates[0]) == m_certificate) {
+        UaByteString(certificates[0]) == m_certificate)
         return UaStatus();
-    }
     return askAbout(OpcUa_BadSecurityChecksFailed,
                     "The server's endpoints hold another certificate than the one used to create the secure "
                     "channel");

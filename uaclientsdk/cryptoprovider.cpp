@@ -10,9 +10,8 @@ CryptoProvider::CryptoProvider(const UaString& securityPolicyUri)
     m_status = UaStatus(OpcUa_CryptoProvider_Create(securityPolicyUri.toUtf8(), &m_provider));
     UaTrace::tIfCall("DONE OpcUa_CryptoProvider_Create [ret=0x%lx]",
                      static_cast<unsigned long>(m_status.statusCode()));
-    if (m_status.isGood()) {
+    if (m_status.isGood())
         m_status = UaStatus(OpcUa_CryptoProvider_GetInfo(m_provider, &m_info));
-    }
 }
 
 CryptoProvider::~CryptoProvider()

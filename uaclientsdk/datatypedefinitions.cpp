@@ -17,9 +17,8 @@ template <class T>
 const T* decodedAs(const OpcUa_Variant& value, const OpcUa_EncodeableType& type)
 {
     if (value.Datatype != OpcUaType_ExtensionObject || value.ArrayType != OpcUa_VariantArrayType_Scalar ||
-        !value.Value.ExtensionObject) {
+        !value.Value.ExtensionObject)
         return nullptr;
-    }
     const OpcUa_ExtensionObject& object = *value.Value.ExtensionObject;
     const bool matches = object.Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject &&
                          object.Body.EncodeableObject.Type == &type;
@@ -38,9 +37,8 @@ void addStructure(const DataType& type, const DataTypeTree& tree, const OpcUa_St
     const UaStructureDefinition definition =
         uaStructureDefinition(attribute, type.name, type.id,
                               [&tree](const UaNodeId& dataTypeId) { return tree.wireType(dataTypeId); });
-    if (definition.isNull()) {
+    if (definition.isNull())
         warn(type, "a field of unknown type");
-    }
     store.add(definition);
 }
 
@@ -60,18 +58,16 @@ void addEnumeration(const DataType& type, const DataTypeTree& tree, const OpcUa_
 bool addDefinition(const DataType& type, const DataTypeTree& tree, const OpcUa_DataValue& value,
                    UaTypeDefinitionStore& store)
 {
-    if (OpcUa_IsBad(value.StatusCode) || value.Value.Datatype == OpcUaType_Null) {
+    if (OpcUa_IsBad(value.StatusCode) || value.Value.Datatype == OpcUaType_Null)
         return false;
-    }
     if (const auto* structure =
-            decodedAs<OpcUa_StructureDefinition>(value.Value, OpcUa_StructureDefinition_EncodeableType)) {
+            decodedAs<OpcUa_StructureDefinition>(value.Value, OpcUa_StructureDefinition_EncodeableType))
         addStructure(type, tree, *structure, store);
-    } else if (const auto* enumeration =
-                   decodedAs<OpcUa_EnumDefinition>(value.Value, OpcUa_EnumDefinition_EncodeableType)) {
+    else if (const auto* enumeration =
+                 decodedAs<OpcUa_EnumDefinition>(value.Value, OpcUa_EnumDefinition_EncodeableType))
         addEnumeration(type, tree, *enumeration, store);
-    } else {
+    else
         warn(type, "unusable definition");
-    }
     return true;
 }
 
@@ -125,18 +121,14 @@ UaStatus DataTypeDefinitions::loadAll(ServiceSettings& settings, UaTypeDefinitio
     DataTypeTree tree;
     UaStatus status = tree.browse(m_session, settings);
     std::vector<UaNodeId> types;
-    for (const auto& [id, type] : tree.types()) {
-        if (!isBuiltIn(id) && hasContent(tree, id)) {
+    for (const auto& [id, type] : tree.types())
+        if (!isBuiltIn(id) && hasContent(tree, id))
             types.push_back(id);
-        }
-    }
-    if (status.isBad() || types.empty()) {
+    if (status.isBad() || types.empty())
         return status;
-    }
     status = readDefinitions(settings, tree, types, store);
-    if (status.isGood() && !types.empty()) {
+    if (status.isGood() && !types.empty())
         status = OlderDataTypes(m_session, tree, store).load(settings, types);
-    }
     return status;
 }
 
@@ -167,11 +159,9 @@ UaStatus DataTypeDefinitions::readDefinitions(ServiceSettings& settings, const D
     const UaStatus status =
         m_session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, nodes, values, diagnosticInfos);
     std::vector<UaNodeId> without;
-    for (OpcUa_UInt32 i = 0; i < values.length() && i < types.size(); ++i) {
-        if (!addDefinition(tree.types().at(types[i]), tree, values[i], store)) {
+    for (OpcUa_UInt32 i = 0; i < values.length() && i < types.size(); ++i)
+        if (!addDefinition(tree.types().at(types[i]), tree, values[i], store))
             without.push_back(types[i]);
-        }
-    }
     types = std::move(without);
     return status;
 }

@@ -20,9 +20,8 @@ UaStatus DataTypeTree::browse(UaSession& session, ServiceSettings& settings)
     m_types.emplace(root, DataType{root, UaNodeId(), UaString("BaseDataType")});
     std::vector<UaNodeId> level{root};
     UaStatus status;
-    for (int depth = 0; status.isGood() && !level.empty() && depth < maxDepth; ++depth) {
+    for (int depth = 0; status.isGood() && !level.empty() && depth < maxDepth; ++depth)
         status = browseLevel(session, settings, level);
-    }
     return status;
 }
 
@@ -37,9 +36,8 @@ UaStatus DataTypeTree::browseLevel(UaSession& session, ServiceSettings& settings
         for (const OpcUa_ReferenceDescription& reference : found[i]) {
             const UaNodeId id(reference.NodeId.NodeId);
             if (m_types.size() < maxTypes &&
-                m_types.emplace(id, DataType{id, level[i], UaString(reference.BrowseName.Name)}).second) {
+                m_types.emplace(id, DataType{id, level[i], UaString(reference.BrowseName.Name)}).second)
                 next.push_back(id);
-            }
         }
     }
     level = std::move(next);
@@ -52,14 +50,12 @@ OpcUa_BuiltInType DataTypeTree::wireType(const UaNodeId& dataTypeId) const
     for (int depth = 0; depth < maxDepth; ++depth) {
         if (id.namespaceIndex() == 0) {
             const OpcUa_BuiltInType known = uaNamespaceZeroBuiltInType(id);
-            if (known != OpcUaType_Null) {
+            if (known != OpcUaType_Null)
                 return known;
-            }
         }
         const auto type = m_types.find(id);
-        if (type == m_types.end() || type->second.parent.isNull()) {
+        if (type == m_types.end() || type->second.parent.isNull())
             break;
-        }
         id = type->second.parent;
     }
     return OpcUaType_Null;
@@ -70,9 +66,8 @@ bool DataTypeTree::derivesFrom(const UaNodeId& dataTypeId, const UaNodeId& base)
     UaNodeId id = dataTypeId;
     for (int depth = 0; depth < maxDepth && id != base; ++depth) {
         const auto type = m_types.find(id);
-        if (type == m_types.end()) {
+        if (type == m_types.end())
             return false;
-        }
         id = type->second.parent;
     }
     return id == base;

@@ -33,22 +33,17 @@ const OpcUa_EndpointDescription* selectBest(EndpointSpan endpoints, const UaStri
     const OpcUa_EndpointDescription* samePort = nullptr;
     const OpcUa_EndpointDescription* sameScheme = nullptr;
     for (const OpcUa_EndpointDescription& endpoint : endpoints) {
-        if (!wanted(endpoint)) {
+        if (!wanted(endpoint))
             continue;
-        }
-        if (beginsWithIgnoringCase(textOf(endpoint.EndpointUrl), connectUrl.view())) {
+        if (beginsWithIgnoringCase(textOf(endpoint.EndpointUrl), connectUrl.view()))
             return &endpoint;
-        }
         const EndpointUrl offered = parseEndpointUrl(textOf(endpoint.EndpointUrl));
-        if (!offered.valid || offered.scheme != url.scheme) {
+        if (!offered.valid || offered.scheme != url.scheme)
             continue;
-        }
-        if (!samePort && offered.port == url.port) {
+        if (!samePort && offered.port == url.port)
             samePort = &endpoint;
-        }
-        if (!sameScheme) {
+        if (!sameScheme)
             sameScheme = &endpoint;
-        }
     }
     return samePort ? samePort : sameScheme;
 }
@@ -67,12 +62,10 @@ void traceUserTokens(const OpcUa_EndpointDescription& endpoint)
 // How well a policy protects a user's secrets; 0 when its algorithms are not offered.
 int strengthOf(std::string_view policyUri)
 {
-    if (policyUri.empty() || policyUri == OpcUa_SecurityPolicy_None) {
+    if (policyUri.empty() || policyUri == OpcUa_SecurityPolicy_None)
         return 1;
-    }
-    if (CryptoProvider(UaString(policyUri)).status().isBad()) {
+    if (CryptoProvider(UaString(policyUri)).status().isBad())
         return 0;
-    }
     const bool weak =
         policyUri == OpcUa_SecurityPolicy_Basic128Rsa15 || policyUri == OpcUa_SecurityPolicy_Basic256;
     return weak ? 2 : 3;
@@ -84,16 +77,19 @@ const OpcUa_EndpointDescription* selectEndpoint(EndpointSpan endpoints, const Ua
                                                 const UaString& securityPolicyUri,
                                                 OpcUa_MessageSecurityMode securityMode)
 {
-    return selectBest(endpoints, connectUrl, [&](const OpcUa_EndpointDescription& endpoint) {
-        return endpoint.SecurityMode == securityMode &&
-               textOf(endpoint.SecurityPolicyUri) == securityPolicyUri.view();
-    });
+    return selectBest(
+        endpoints, connectUrl,
+        [&](const OpcUa_EndpointDescription& endpoint) {
+            return endpoint.SecurityMode == securityMode &&
+                   textOf(endpoint.SecurityPolicyUri) == securityPolicyUri.view();
+        });
 }
 
 const OpcUa_EndpointDescription* selectEndpointOfAnySecurity(EndpointSpan endpoints,
                                                              const UaString& connectUrl)
 {
-    return selectBest(endpoints, connectUrl, [](const OpcUa_EndpointDescription&) { return true; });
+    return selectBest(
+        endpoints, connectUrl, [](const OpcUa_EndpointDescription&) { return true; });
 }
 
 const OpcUa_UserTokenPolicy* selectUserTokenPolicy(const OpcUa_EndpointDescription& endpoint,
@@ -104,9 +100,8 @@ const OpcUa_UserTokenPolicy* selectUserTokenPolicy(const OpcUa_EndpointDescripti
     int best = 0;
     for (OpcUa_Int32 i = 0; i < endpoint.NoOfUserIdentityTokens; ++i) {
         const OpcUa_UserTokenPolicy& policy = endpoint.UserIdentityTokens[i];
-        if (policy.TokenType != type) {
+        if (policy.TokenType != type)
             continue;
-        }
         const std::string_view own = textOf(policy.SecurityPolicyUri);
         // an anonymous user has no secret to protect
         const int strength = type == OpcUa_UserTokenType_Anonymous

@@ -17,9 +17,8 @@ bool takeHost(std::string_view& rest, std::string& host)
 {
     if (rest.starts_with('[')) {
         const auto close = rest.find(']');
-        if (close == std::string_view::npos) {
+        if (close == std::string_view::npos)
             return false;
-        }
         host = rest.substr(1, close - 1);
         rest.remove_prefix(close + 1);
         return true;
@@ -34,9 +33,8 @@ bool takeHost(std::string_view& rest, std::string& host)
 bool takePort(std::string_view& rest, OpcUa_UInt16& port)
 {
     port = defaultOpcUaPort;
-    if (!rest.starts_with(':')) {
+    if (!rest.starts_with(':'))
         return true;
-    }
     rest.remove_prefix(1);
     const auto end = std::min(rest.find_first_of("/?"), rest.size());
     const std::string_view digits = rest.substr(0, end);
@@ -49,9 +47,8 @@ bool takePort(std::string_view& rest, OpcUa_UInt16& port)
 
 const char* transportProfileOf(std::string_view url)
 {
-    if (url.starts_with("opc.tcp")) {
+    if (url.starts_with("opc.tcp"))
         return OpcUa_TransportProfile_UaTcp;
-    }
     return isHttpsUrl(url) ? OpcUa_TransportProfile_HttpsBinary : nullptr;
 }
 
@@ -64,16 +61,14 @@ EndpointUrl parseEndpointUrl(std::string_view url)
 {
     EndpointUrl result;
     const auto separator = url.find("://");
-    if (url.size() > maxUrlLength || separator == std::string_view::npos || separator == 0) {
+    if (url.size() > maxUrlLength || separator == std::string_view::npos || separator == 0)
         return result;
-    }
     result.scheme = url.substr(0, separator);
     std::transform(result.scheme.begin(), result.scheme.end(), result.scheme.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     std::string_view rest = url.substr(separator + 3);
-    if (!takeHost(rest, result.host) || result.host.empty() || !takePort(rest, result.port)) {
+    if (!takeHost(rest, result.host) || result.host.empty() || !takePort(rest, result.port))
         return {};
-    }
     result.path = rest;
     result.valid = true;
     return result;

@@ -18,9 +18,8 @@ bool ErrorOverrides::overridden(const SessionContext& context, const Overridable
         return false;
     }
     UaTrace::tWarning("%s", error.overriddenText.c_str());
-    if (!known) {
+    if (!known)
         m_accepted.push_back(finding);
-    }
     return true;
 }
 

@@ -39,31 +39,27 @@ void takeModified(OpcUa_HistoryModifiedData& from, HistoryReadDataResult& to)
 HistoryReadDataResult takeData(OpcUa_HistoryReadResult& from)
 {
     HistoryReadDataResult to;
-    if (!takeCommon(from, to)) {
+    if (!takeCommon(from, to))
         return to;
-    }
-    if (auto* data = bodyOf<OpcUa_HistoryData>(from.HistoryData, OpcUa_HistoryData_EncodeableType)) {
+    if (auto* data = bodyOf<OpcUa_HistoryData>(from.HistoryData, OpcUa_HistoryData_EncodeableType))
         to.values.attachFrom(&data->NoOfDataValues, &data->DataValues);
-    } else if (auto* modified = bodyOf<OpcUa_HistoryModifiedData>(from.HistoryData,
-                                                                  OpcUa_HistoryModifiedData_EncodeableType)) {
+    else if (auto* modified = bodyOf<OpcUa_HistoryModifiedData>(from.HistoryData,
+                                                                OpcUa_HistoryModifiedData_EncodeableType))
         takeModified(*modified, to);
-    } else {
+    else
         to.status = UaStatus(OpcUa_BadTypeMismatch);
-    }
     return to;
 }
 
 HistoryReadEventResult takeEvents(OpcUa_HistoryReadResult& from)
 {
     HistoryReadEventResult to;
-    if (!takeCommon(from, to)) {
+    if (!takeCommon(from, to))
         return to;
-    }
-    if (auto* events = bodyOf<OpcUa_HistoryEvent>(from.HistoryData, OpcUa_HistoryEvent_EncodeableType)) {
+    if (auto* events = bodyOf<OpcUa_HistoryEvent>(from.HistoryData, OpcUa_HistoryEvent_EncodeableType))
         to.events.attachFrom(&events->NoOfEvents, &events->Events);
-    } else {
+    else
         to.status = UaStatus(OpcUa_BadTypeMismatch);
-    }
     return to;
 }
 
@@ -72,9 +68,8 @@ std::vector<Result> takeAll(UaHistoryReadResults& from, Result (*take)(OpcUa_His
 {
     std::vector<Result> to;
     to.reserve(from.length());
-    for (OpcUa_HistoryReadResult& result : from) {
+    for (OpcUa_HistoryReadResult& result : from)
         to.push_back(take(result));
-    }
     from.clear();
     return to;
 }

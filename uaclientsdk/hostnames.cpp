@@ -16,9 +16,8 @@ namespace {
 // Lower case without a final dot; an address of IPv6 with every digit, so that all its forms are one.
 std::string normalized(std::string_view name)
 {
-    if (name.ends_with('.')) {
+    if (name.ends_with('.'))
         name.remove_suffix(1);
-    }
     std::string text(name.substr(0, name.find('%'))); // a zone is of use to this machine only
     std::array<unsigned char, 16> address{};
     if (inet_pton(AF_INET6, text.c_str(), address.data()) == 1) {
@@ -58,16 +57,15 @@ bool isOwnName(std::string_view name)
 bool anyOf(const UaStringArray& names, bool (*wanted)(std::string_view, std::string_view),
            std::string_view host)
 {
-    return std::any_of(names.begin(), names.end(), [&](const OpcUa_String& name) {
-        return wanted(normalized(UaString(name).view()), host);
-    });
+    return std::any_of(
+        names.begin(), names.end(),
+        [&](const OpcUa_String& name) { return wanted(normalized(UaString(name).view()), host); });
 }
 
 bool isThatHost(std::string_view name, std::string_view host)
 {
-    if (name.empty()) {
+    if (name.empty())
         return false;
-    }
     const bool bothLocal =
         (isLoopback(name) && (isLoopback(host) || isOwnName(host))) || (isLoopback(host) && isOwnName(name));
     return name == host || bothLocal;

@@ -55,9 +55,8 @@ void writeSecret(const SecretBytes& password, const UaByteString& nonce, SecretB
     const auto count =
         static_cast<OpcUa_UInt32>(password.bytes().size()) + static_cast<OpcUa_UInt32>(nonce.length());
     std::array<OpcUa_Byte, 4> length{};
-    for (std::size_t i = 0; i < length.size(); ++i) {
+    for (std::size_t i = 0; i < length.size(); ++i)
         length[i] = static_cast<OpcUa_Byte>(count >> (8 * i));
-    }
     secret.reserve(length.size() + count);
     secret.append(length);
     secret.append(password.bytes());
@@ -78,12 +77,10 @@ UaStatus IdentityTokenBuilder::build(const UaUserIdentityToken& identity,
                         nameOf(type));
         return UaStatus(OpcUa_BadIdentityTokenRejected);
     }
-    if (const auto* user = dynamic_cast<const UaUserNameIdentityToken*>(&identity)) {
+    if (const auto* user = dynamic_cast<const UaUserNameIdentityToken*>(&identity))
         return addUserName(*user, *policy, request);
-    }
-    if (const auto* certificate = dynamic_cast<const UaCertificateIdentityToken*>(&identity)) {
+    if (const auto* certificate = dynamic_cast<const UaCertificateIdentityToken*>(&identity))
         return addCertificate(*certificate, *policy, request);
-    }
     return addAnonymous(*policy, request);
 }
 
@@ -95,9 +92,8 @@ UaString IdentityTokenBuilder::policyUriOf(const OpcUa_UserTokenPolicy& policy) 
 
 UaStatus IdentityTokenBuilder::checkNonce() const
 {
-    if (m_protection.serverNonce.length() >= shortestNonce) {
+    if (m_protection.serverNonce.length() >= shortestNonce)
         return UaStatus();
-    }
     UaTrace::tError("Nonce returned by server is too short (len=%i)", m_protection.serverNonce.length());
     return UaStatus(OpcUa_BadNonceInvalid);
 }
@@ -115,14 +111,12 @@ UaStatus IdentityTokenBuilder::addUserName(const UaUserNameIdentityToken& identi
                                            OpcUa_ActivateSessionRequest& request) const
 {
     const CryptoProvider provider(policyUriOf(policy));
-    if (provider.status().isBad()) {
+    if (provider.status().isBad())
         return provider.status();
-    }
     auto* token =
         attachToken<OpcUa_UserNameIdentityToken>(OpcUa_UserNameIdentityToken_EncodeableType, policy, request);
-    if (!token) {
+    if (!token)
         return UaStatus(OpcUa_BadOutOfMemory);
-    }
     identity.userName().copyTo(&token->UserName);
     return protectPassword(provider, identity.password(), *token);
 }
@@ -139,9 +133,8 @@ UaStatus IdentityTokenBuilder::protectPassword(const CryptoProvider& provider, c
         return UaStatus(
             OpcUa_ByteString_Assign(&token.Password, plain.Length > 0 ? plain.Data : nullptr, plain.Length));
     }
-    if (const UaStatus nonce = checkNonce(); nonce.isBad()) {
+    if (const UaStatus nonce = checkNonce(); nonce.isBad())
         return nonce;
-    }
     SecretBytes secret;
     writeSecret(password, m_protection.serverNonce, secret);
     UaByteString encrypted;
@@ -163,14 +156,12 @@ UaStatus IdentityTokenBuilder::addCertificate(const UaCertificateIdentityToken& 
         UaTrace::tWarning("Warning: Could not find suitable SecurityPolicy for assembling X509IdentityToken");
         return UaStatus(OpcUa_BadIdentityTokenRejected);
     }
-    if (const UaStatus nonce = checkNonce(); nonce.isBad()) {
+    if (const UaStatus nonce = checkNonce(); nonce.isBad())
         return nonce;
-    }
     auto* token =
         attachToken<OpcUa_X509IdentityToken>(OpcUa_X509IdentityToken_EncodeableType, policy, request);
-    if (!token) {
+    if (!token)
         return UaStatus(OpcUa_BadOutOfMemory);
-    }
     identity.certificate().copyTo(&token->CertificateData);
     return signForServer(provider, identity.privateKey().view(), m_protection.serverCertificate,
                          m_protection.serverNonce, request.UserTokenSignature);
@@ -184,9 +175,8 @@ bool IdentityTokenBuilder::usesNonce(const OpcUa_ActivateSessionRequest& request
 
 void IdentityTokenBuilder::wipeIdentity(OpcUa_ActivateSessionRequest& request)
 {
-    if (auto* const user = userNameOf(request)) {
+    if (auto* const user = userNameOf(request))
         SecretBytes::wipe(user->Password);
-    }
 }
 
 } // namespace UaClientSdk

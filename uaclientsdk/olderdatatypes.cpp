@@ -30,9 +30,8 @@ std::vector<UaEnumValue> valuesOfTexts(const UaVariant& value)
 {
     std::vector<UaEnumValue> values;
     UaArray<OpcUa_LocalizedText> texts;
-    if (!value.isArray() || !value.toLocalizedTextArray(texts)) {
+    if (!value.isArray() || !value.toLocalizedTextArray(texts))
         return values;
-    }
     for (OpcUa_UInt32 i = 0; i < texts.length(); ++i) {
         const UaLocalizedText text(texts[i]);
         values.push_back({i, text.text(), text, UaLocalizedText()});
@@ -60,25 +59,19 @@ std::vector<UaEnumValue> valuesOfRecords(const UaVariant& value)
 UaStatus OlderDataTypes::load(ServiceSettings& settings, const std::vector<UaNodeId>& types)
 {
     UaStatus status = findMembers(settings, types);
-    if (status.isGood()) {
+    if (status.isGood())
         status = readProperties(settings);
-    }
-    if (status.isGood()) {
+    if (status.isGood())
         status = findDescriptions(settings);
-    }
-    if (status.isGood()) {
+    if (status.isGood())
         status = findDictionaries(settings);
-    }
     std::set<UaNodeId> dictionaries;
-    for (const Described& described : m_described) {
+    for (const Described& described : m_described)
         dictionaries.insert(described.dictionary);
-    }
-    if (status.isGood()) {
+    if (status.isGood())
         status = readDictionaries(settings, {dictionaries.begin(), dictionaries.end()});
-    }
-    if (status.isGood()) {
+    if (status.isGood())
         status = readImports(settings);
-    }
     defineAll();
     return status;
 }
@@ -88,11 +81,9 @@ UaStatus OlderDataTypes::findMembers(ServiceSettings& settings, const std::vecto
     std::vector<UaReferenceDescriptions> found;
     const UaStatus status = browseBatch(m_session, settings, types,
                                         {0, false, OpcUa_NodeClass_Object | OpcUa_NodeClass_Variable}, found);
-    for (std::size_t i = 0; i < found.size(); ++i) {
-        for (const OpcUa_ReferenceDescription& reference : found[i]) {
+    for (std::size_t i = 0; i < found.size(); ++i)
+        for (const OpcUa_ReferenceDescription& reference : found[i])
             addMember(types[i], reference);
-        }
-    }
     return status;
 }
 
@@ -101,9 +92,8 @@ void OlderDataTypes::addMember(const UaNodeId& dataType, const OpcUa_ReferenceDe
     const UaNodeId node(reference.NodeId.NodeId);
     const UaString name(reference.BrowseName.Name);
     if (UaNodeId(reference.ReferenceTypeId) == UaNodeId(OpcUaId_HasEncoding)) {
-        if (name == UaString("Default Binary")) {
+        if (name == UaString("Default Binary"))
             m_described.push_back({dataType, node, UaNodeId(), UaNodeId(), UaString()});
-        }
     } else if (name == UaString("EnumStrings")) {
         m_properties.push_back({dataType, Property::EnumStrings, node});
     } else if (name == UaString("EnumValues")) {
@@ -117,9 +107,8 @@ UaStatus OlderDataTypes::readValues(ServiceSettings& settings, const std::vector
                                     std::vector<UaVariant>& values) const
 {
     values.assign(nodes.size(), UaVariant());
-    if (nodes.empty()) {
+    if (nodes.empty())
         return UaStatus();
-    }
     UaReadValueIds ids(static_cast<OpcUa_UInt32>(nodes.size()));
     for (OpcUa_UInt32 i = 0; i < ids.length(); ++i) {
         nodes[i].copyTo(&ids[i].NodeId);
@@ -129,25 +118,21 @@ UaStatus OlderDataTypes::readValues(ServiceSettings& settings, const std::vector
     UaDiagnosticInfos diagnosticInfos;
     const UaStatus status =
         m_session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, ids, results, diagnosticInfos);
-    for (OpcUa_UInt32 i = 0; i < results.length() && i < nodes.size(); ++i) {
-        if (!OpcUa_IsBad(results[i].StatusCode)) {
+    for (OpcUa_UInt32 i = 0; i < results.length() && i < nodes.size(); ++i)
+        if (!OpcUa_IsBad(results[i].StatusCode))
             values[i].attach(&results[i].Value);
-        }
-    }
     return status;
 }
 
 UaStatus OlderDataTypes::readProperties(ServiceSettings& settings)
 {
     std::vector<UaNodeId> nodes;
-    for (const PropertyNode& property : m_properties) {
+    for (const PropertyNode& property : m_properties)
         nodes.push_back(property.node);
-    }
     std::vector<UaVariant> values;
     const UaStatus status = readValues(settings, nodes, values);
-    for (std::size_t i = 0; i < m_properties.size(); ++i) {
+    for (std::size_t i = 0; i < m_properties.size(); ++i)
         addProperty(m_properties[i], values[i]);
-    }
     return status;
 }
 
@@ -155,21 +140,19 @@ void OlderDataTypes::addProperty(const PropertyNode& property, const UaVariant& 
 {
     const std::vector<UaEnumValue> values =
         property.property == Property::EnumValues ? valuesOfRecords(value) : valuesOfTexts(value);
-    if (values.empty()) {
+    if (values.empty())
         warn("unusable members of data type", property.dataType.toFullString(), value.toString());
-    } else if (property.property == Property::OptionSetValues) {
+    else if (property.property == Property::OptionSetValues)
         addOptionSet(property.dataType, values);
-    } else {
+    else
         addEnumeration(property.dataType, values);
-    }
 }
 
 void OlderDataTypes::addEnumeration(const UaNodeId& dataType, const std::vector<UaEnumValue>& values)
 {
     UaEnumDefinition definition(m_tree.types().at(dataType).name, dataType);
-    for (const UaEnumValue& value : values) {
+    for (const UaEnumValue& value : values)
         definition.addValue(value);
-    }
     m_store.add(definition);
 }
 
@@ -177,21 +160,17 @@ void OlderDataTypes::addOptionSet(const UaNodeId& dataType, const std::vector<Ua
 {
     const UaString name = m_tree.types().at(dataType).name;
     UaOptionSetDefinition definition(name, dataType, m_tree.wireType(dataType));
-    for (const UaEnumValue& value : values) {
-        if (!value.name.isEmpty()) { // bits without a text are reserved
+    for (const UaEnumValue& value : values)
+        if (!value.name.isEmpty()) // bits without a text are reserved
             definition.addBit(value);
-        }
-    }
     m_store.add(definition);
     if (definition.builtInType() == OpcUaType_ExtensionObject) {
         UaStructureDefinition structure = uaNamespaceZeroStructure(UaNodeId(OpcUaId_OptionSet));
         structure.setName(name);
         structure.setDataTypeId(dataType);
-        for (const Described& described : m_described) {
-            if (described.dataType == dataType) {
+        for (const Described& described : m_described)
+            if (described.dataType == dataType)
                 structure.setBinaryEncodingId(described.encoding);
-            }
-        }
         m_store.add(structure);
     }
 }
@@ -199,9 +178,8 @@ void OlderDataTypes::addOptionSet(const UaNodeId& dataType, const std::vector<Ua
 UaStatus OlderDataTypes::findDescriptions(ServiceSettings& settings)
 {
     std::vector<UaNodeId> encodings;
-    for (const Described& described : m_described) {
+    for (const Described& described : m_described)
         encodings.push_back(described.encoding);
-    }
     std::vector<UaReferenceDescriptions> found;
     const UaStatus status =
         browseBatch(m_session, settings, encodings, {OpcUaId_HasDescription, false, 0}, found);
@@ -219,15 +197,13 @@ UaStatus OlderDataTypes::findDescriptions(ServiceSettings& settings)
 UaStatus OlderDataTypes::findDictionaries(ServiceSettings& settings)
 {
     std::vector<UaNodeId> descriptions;
-    for (const Described& described : m_described) {
+    for (const Described& described : m_described)
         descriptions.push_back(described.description);
-    }
     std::vector<UaVariant> names;
     UaStatus status = readValues(settings, descriptions, names);
     std::vector<UaReferenceDescriptions> owners;
-    if (status.isGood()) {
+    if (status.isGood())
         status = browseBatch(m_session, settings, descriptions, {OpcUaId_HasComponent, true, 0}, owners);
-    }
     std::vector<Described> kept;
     for (std::size_t i = 0; i < owners.size(); ++i) {
         Described& described = m_described[i];
@@ -248,9 +224,8 @@ UaStatus OlderDataTypes::readDictionaries(ServiceSettings& settings, const std::
     std::vector<UaVariant> documents;
     UaStatus status = readValues(settings, nodes, documents);
     if (status.isBad() && nodes.size() > 1) { // too much for one message
-        for (const UaNodeId& node : nodes) {
+        for (const UaNodeId& node : nodes)
             status = readDictionaries(settings, {node});
-        }
         return status;
     }
     for (std::size_t i = 0; i < nodes.size(); ++i) {
@@ -259,9 +234,8 @@ UaStatus OlderDataTypes::readDictionaries(ServiceSettings& settings, const std::
         const UaByteString bytes = isText ? documents[i].toByteString() : UaByteString();
         const bool isGood = isText && m_dictionary.addDocument(bytes.bytes(), error);
         m_namespaces[nodes[i]] = isGood ? m_dictionary.targetNamespace() : UaString();
-        if (!isGood) {
+        if (!isGood)
             warn("type dictionary", nodes[i].toFullString(), error);
-        }
     }
     return status;
 }
@@ -272,16 +246,14 @@ UaStatus OlderDataTypes::readImports(ServiceSettings& settings)
     UaStatus status;
     for (int round = 0; round < maxImportRounds && status.isGood(); ++round) {
         const std::set<UaString> missing = m_dictionary.missingNamespaces();
-        if (missing.empty()) {
+        if (missing.empty())
             break;
-        }
         std::vector<UaReferenceDescriptions> found;
         status = browseBatch(m_session, settings, {UaNodeId(binarySchemaId)},
                              {OpcUaId_HasComponent, false, OpcUa_NodeClass_Variable}, found);
         std::vector<UaNodeId> candidates;
-        for (OpcUa_UInt32 i = 0; !found.empty() && i < found[0].length(); ++i) {
+        for (OpcUa_UInt32 i = 0; !found.empty() && i < found[0].length(); ++i)
             candidates.emplace_back(found[0][i].NodeId.NodeId);
-        }
         std::vector<UaReferenceDescriptions> properties;
         if (status.isGood()) {
             status =
@@ -298,18 +270,14 @@ UaStatus OlderDataTypes::readImports(ServiceSettings& settings)
             }
         }
         std::vector<UaVariant> uris;
-        if (status.isGood()) {
+        if (status.isGood())
             status = readValues(settings, uriNodes, uris);
-        }
         std::vector<UaNodeId> wanted;
-        for (std::size_t i = 0; i < uris.size(); ++i) {
-            if (missing.contains(uris[i].toString()) && !m_namespaces.contains(owners[i])) {
+        for (std::size_t i = 0; i < uris.size(); ++i)
+            if (missing.contains(uris[i].toString()) && !m_namespaces.contains(owners[i]))
                 wanted.push_back(owners[i]);
-            }
-        }
-        if (wanted.empty()) {
+        if (wanted.empty())
             break;
-        }
         status = readDictionaries(settings, wanted);
     }
     return status;
@@ -320,11 +288,9 @@ UaStatus OlderDataTypes::readImports(ServiceSettings& settings)
 void OlderDataTypes::nameTypes()
 {
     const UaStringArray table = m_session.getNamespaceTable();
-    for (const auto& [id, type] : m_tree.types()) {
-        if (id.namespaceIndex() != 0 && id.namespaceIndex() < table.length()) {
+    for (const auto& [id, type] : m_tree.types())
+        if (id.namespaceIndex() != 0 && id.namespaceIndex() < table.length())
             m_dictionary.setIds({UaString(table[id.namespaceIndex()]), type.name}, id, UaNodeId());
-        }
-    }
 }
 
 void OlderDataTypes::defineAll()
@@ -332,18 +298,16 @@ void OlderDataTypes::defineAll()
     nameTypes();
     for (const Described& described : m_described) {
         const UaTypeDictionary::TypeName name{m_namespaces[described.dictionary], described.name};
-        if (m_dictionary.hasType(name)) {
+        if (m_dictionary.hasType(name))
             m_dictionary.setIds(name, described.dataType, described.encoding);
-        } else {
+        else
             warn("no description of data type", described.dataType.toFullString(), described.name);
-        }
     }
     UaTypeDefinitionStore described;
     std::vector<UaTypeDictionary::Fault> faults;
     m_dictionary.define(described, faults);
-    for (const UaTypeDictionary::Fault& fault : faults) {
+    for (const UaTypeDictionary::Fault& fault : faults)
         warn("type of a dictionary", fault.type.name, fault.reason);
-    }
     m_store.addMissing(described);
 }
 

@@ -11,9 +11,8 @@ PendingCall::~PendingCall()
 
 void PendingCall::clearResponse()
 {
-    if (m_response) {
+    if (m_response)
         OpcUa_EncodeableObject_Delete(m_responseType, &m_response);
-    }
     m_responseType = nullptr;
 }
 
@@ -23,9 +22,8 @@ void PendingCall::respond(OpcUa_Channel /*channel*/, void* response, const OpcUa
     if (!callbackData) {
         UaTrace::tError("Error: SessionCallback - Stack sent callback with status [status=0x%lx]",
                         static_cast<unsigned long>(status));
-        if (response) {
+        if (response)
             OpcUa_EncodeableObject_Delete(responseType, &response);
-        }
         return;
     }
     std::unique_ptr<PendingCall> call(static_cast<PendingCall*>(callbackData));

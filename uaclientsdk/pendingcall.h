@@ -31,9 +31,8 @@ public:
         UaTrace::tIfCall("CALL OpcUa_ClientApi_Begin%s", service);
         PendingCall* const data = call.release();
         const OpcUa_StatusCode status = begin(channel, &request, respond, data);
-        if (OpcUa_IsBad(status)) {
+        if (OpcUa_IsBad(status))
             call.reset(data);
-        }
         UaTrace::tIfCall("DONE OpcUa_ClientApi_Begin%s [ret=0x%lx]", service,
                          static_cast<unsigned long>(status));
         return status;

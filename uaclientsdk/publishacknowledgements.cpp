@@ -4,9 +4,8 @@ namespace UaClientSdk {
 
 void PublishAcknowledgements::add(OpcUa_UInt32 subscriptionId, OpcUa_UInt32 sequenceNumber)
 {
-    if (m_list.size() >= maxLength) {
+    if (m_list.size() >= maxLength)
         m_list.pop_front();
-    }
     m_list.push_back({{subscriptionId, sequenceNumber}, 0});
 }
 
@@ -25,18 +24,16 @@ PublishAcknowledgements::Batch PublishAcknowledgements::take()
 
 void PublishAcknowledgements::restore(const Batch& batch)
 {
-    for (std::size_t i = batch.items.size(); i > 0 && m_list.size() < maxLength; --i) {
-        if (batch.attempts[i - 1] < maxAttempts) {
+    for (std::size_t i = batch.items.size(); i > 0 && m_list.size() < maxLength; --i)
+        if (batch.attempts[i - 1] < maxAttempts)
             m_list.push_front({batch.items[i - 1], batch.attempts[i - 1]});
-        }
-    }
 }
 
 void PublishAcknowledgements::forget(OpcUa_UInt32 subscriptionId)
 {
-    std::erase_if(m_list, [subscriptionId](const Entry& entry) {
-        return entry.value.SubscriptionId == subscriptionId;
-    });
+    std::erase_if(
+        m_list,
+        [subscriptionId](const Entry& entry) { return entry.value.SubscriptionId == subscriptionId; });
 }
 
 } // namespace UaClientSdk

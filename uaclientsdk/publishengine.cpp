@@ -69,9 +69,8 @@ std::unique_ptr<PublishEngine::Call> PublishEngine::prepareLocked(bool force, Op
     m_context.mutex.assertLocked();
     if (m_state.outstanding >= m_state.setPoint.value() || m_state.republishing ||
         (!force && m_context.serverStatus != UaClient::Connected) || !m_context.connectRequested ||
-        !m_context.channelConnected || !m_state.pace.take(OpcUa_GetTickCount())) {
+        !m_context.channelConnected || !m_state.pace.take(OpcUa_GetTickCount()))
         return nullptr;
-    }
     auto call = std::make_unique<Call>(*this, m_state);
     call->acknowledgements = m_state.acknowledgements.take();
     request.SubscriptionAcknowledgements = call->acknowledgements.items.data();
@@ -92,9 +91,8 @@ UaStatus PublishEngine::doPublish(bool force)
         {
             SessionLock lock(m_context.mutex);
             std::unique_ptr<Call> prepared = prepareLocked(force, *request);
-            if (!prepared) {
+            if (!prepared)
                 return UaStatus();
-            }
             sent = prepared.get();
             call = std::move(prepared);
         }
@@ -122,9 +120,8 @@ void PublishEngine::publishCallback(const Call& call)
     }
     OpcUa_PublishResponse* const response = call.answer();
     OpcUa_StatusCode status = call.result();
-    if (OpcUa_IsGood(status)) {
+    if (OpcUa_IsGood(status))
         status = response ? response->ResponseHeader.ServiceResult : OpcUa_BadUnknownResponse;
-    }
     if (OpcUa_IsBad(status)) {
         publishFailed(call, status);
         return;
@@ -141,17 +138,15 @@ void PublishEngine::publishFailed(const Call& call, OpcUa_StatusCode status)
         SessionLock lock(m_context.mutex);
         const bool current = call.generation == m_state.generation;
         const bool tooMany = status == OpcUa_BadTooManyPublishRequests;
-        if (current) {
+        if (current)
             m_state.pace.failed(OpcUa_GetTickCount(), tooMany ? 0 : pauseAfterError);
-        }
         if (current && tooMany) {
             m_state.acknowledgements.restore(call.acknowledgements); // refused before it looked at them
             m_state.calculateSetPointPublishCountLocked(true);
         }
     }
-    if (status == OpcUa_BadNoSubscription) {
+    if (status == OpcUa_BadNoSubscription)
         m_listener.doSubscriptionStatusCheck();
-    }
 }
 
 void PublishEngine::checkAcknowledgements(const Call& call, std::span<const OpcUa_StatusCode> results)
@@ -171,9 +166,8 @@ void PublishEngine::checkAcknowledgements(const Call& call, std::span<const OpcU
             unknownSubscription = unknownSubscription || results[i] == OpcUa_BadSubscriptionIdInvalid;
         }
     }
-    if (unknownSubscription) {
+    if (unknownSubscription)
         m_listener.doSubscriptionStatusCheck();
-    }
 }
 
 void PublishEngine::answered(const Call& call)

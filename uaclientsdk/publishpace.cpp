@@ -23,16 +23,14 @@ void PublishPace::failed(OpcUa_UInt64 now, OpcUa_UInt64 pause)
 
 bool PublishPace::take(OpcUa_UInt64 now)
 {
-    if (!m_failing) {
+    if (!m_failing)
         return true;
-    }
     if (!within(now, m_lastError, memory)) {
         m_failing = false;
         return true;
     }
-    if (within(now, m_lastError, m_pause)) {
+    if (within(now, m_lastError, m_pause))
         return false;
-    }
     if (!within(now, m_windowBegin, window)) {
         m_windowBegin = now;
         m_sentInWindow = 0;

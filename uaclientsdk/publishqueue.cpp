@@ -22,9 +22,8 @@ void PublishQueue::add(std::unique_ptr<CallbackJob> job)
     {
         const std::lock_guard lock(m_mutex);
         m_jobs.push_back(std::move(job));
-        if (m_draining) {
+        if (m_draining)
             return;
-        }
         m_draining = true;
     }
     m_context.runOnPool(std::make_unique<Drain>(*this));

@@ -10,12 +10,10 @@ namespace {
 // its way; many share, since not all have news at once.
 OpcUa_UInt32 wantedFor(OpcUa_UInt32 subscriptions)
 {
-    if (subscriptions == 0) {
+    if (subscriptions == 0)
         return 0;
-    }
-    if (subscriptions <= 4) {
+    if (subscriptions <= 4)
         return subscriptions + 1;
-    }
     return subscriptions <= 10 ? subscriptions : 10 + (subscriptions - 10) / 2;
 }
 
@@ -24,9 +22,8 @@ OpcUa_UInt32 wantedFor(OpcUa_UInt32 subscriptions)
 void PublishSetPoint::calculate(OpcUa_UInt32 subscriptions)
 {
     m_value = wantedFor(subscriptions);
-    if (m_value > m_cap) {
+    if (m_value > m_cap)
         m_value = ++m_cap;
-    }
 }
 
 void PublishSetPoint::lower(OpcUa_UInt32 subscriptions)

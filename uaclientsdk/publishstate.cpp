@@ -20,10 +20,12 @@ SubscriptionRef PublishState::find(OpcUa_UInt32 subscriptionId)
     SessionLock lock(context.mutex);
     auto found = subscriptions.find(subscriptionId);
     if (found == subscriptions.end() && creating > 0) {
-        changed.wait_for(lock, patience, [&] {
-            found = subscriptions.find(subscriptionId);
-            return found != subscriptions.end() || creating == 0 || !context.connectRequested;
-        });
+        changed.wait_for(
+            lock, patience,
+            [&] {
+                found = subscriptions.find(subscriptionId);
+                return found != subscriptions.end() || creating == 0 || !context.connectRequested;
+            });
     }
     return found == subscriptions.end() ? SubscriptionRef() : found->second;
 }

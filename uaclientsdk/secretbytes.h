@@ -38,17 +38,15 @@ public:
     // Overwrites what the stack is about to free.
     static void wipe(OpcUa_ByteString& bytes)
     {
-        if (bytes.Length > 0 && bytes.Data) {
+        if (bytes.Length > 0 && bytes.Data)
             explicit_bzero(bytes.Data, static_cast<std::size_t>(bytes.Length));
-        }
     }
 
 private:
     static void wipe(std::vector<OpcUa_Byte>& bytes)
     {
-        if (!bytes.empty()) {
+        if (!bytes.empty())
             explicit_bzero(bytes.data(), bytes.size());
-        }
     }
 
     std::vector<OpcUa_Byte> m_bytes;

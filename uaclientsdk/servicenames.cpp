@@ -11,9 +11,8 @@ namespace {
 const char* obstacleLocked(const SessionContext& context)
 {
     context.mutex.assertLocked();
-    if (!context.connectRequested) {
+    if (!context.connectRequested)
         return "Server not connected";
-    }
     // not even while a reconnect has a channel again
     return context.sessionActive ? nullptr : "Channel not connected";
 }
@@ -52,9 +51,8 @@ UaStatus beginTransaction(SessionContext& context, const ServiceNames& names, Op
     {
         SessionLock lock(context.mutex);
         obstacle = obstacleLocked(context);
-        if (!obstacle && count > 0) {
+        if (!obstacle && count > 0)
             transaction = Transaction(context.transactions);
-        }
     }
     return refuse(names, names.beginMethod, obstacle, count);
 }
@@ -82,11 +80,10 @@ UaSessionCallback* completionReceiver(const SessionContext& context, const Servi
         SessionLock lock(context.mutex);
         receiver = context.connectRequested ? context.callback : nullptr;
     }
-    if (receiver) {
+    if (receiver)
         UaTrace::tIfCall("CALL SessionCallback::%s [Session=%u]", names.completion, context.traceId);
-    } else {
+    else
         UaTrace::tInOut("<-- UaSessionPrivate::%s - already disconnected", names.handler);
-    }
     return receiver;
 }
 

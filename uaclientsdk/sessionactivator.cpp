@@ -60,9 +60,8 @@ UaStatus SessionActivator::sendCreateSession()
     Encodeable<OpcUa_CreateSessionRequest> request(OpcUa_CreateSessionRequest_EncodeableType);
     Encodeable<OpcUa_CreateSessionResponse> response(OpcUa_CreateSessionResponse_EncodeableType);
     UaStatus result(OpcUa_CryptoProvider_GenerateNonce(nonceLength, &request->ClientNonce));
-    if (result.isBad()) {
+    if (result.isBad())
         return result;
-    }
     fillCreateSession(*request);
     result = UaStatus(
         callStack("CreateSession", OpcUa_ClientApi_CreateSession, m_context.channel, *request, *response));
@@ -125,9 +124,8 @@ UaStatus SessionActivator::acceptCreateSession(OpcUa_CreateSessionResponse& resp
         m_context.endpoints.attachFrom(&response.NoOfServerEndpoints, &response.ServerEndpoints);
         return status;
     }
-    if (!check.wasAsked()) {
+    if (!check.wasAsked())
         m_context.reportConnectError(UaClient::CreateSession, status, false);
-    }
     // who can not prove to be the server must not make it forget what may be another client's
     closeRefused(!check.signatureFailed());
     return status;
@@ -174,15 +172,13 @@ UaStatus SessionActivator::activateSession()
 
 UaStatus SessionActivator::changeUser(ServiceSettings& settings, Identity identity)
 {
-    if (ActivatorTurn::isMine(m_context)) {
+    if (ActivatorTurn::isMine(m_context))
         return UaStatus(OpcUa_BadInvalidState);
-    }
     const ActivatorTurn turn(m_context);
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested) {
+        if (!m_context.connectRequested)
             return UaStatus(OpcUa_BadConnectionClosed);
-        }
         if (!m_context.sessionActive) {
             m_context.securityInfo.setUserIdentity(std::move(identity));
             m_context.userRefused = false;
@@ -216,9 +212,8 @@ UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdent
                                 *request, *response));
     IdentityTokenBuilder::wipeIdentity(*request);
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
-    if (result.isBad()) {
+    if (result.isBad())
         return result;
-    }
     result = acceptNewNonce(response->ServerNonce, IdentityTokenBuilder::usesNonce(*request));
     if (result.isBad()) {
         closeRefused(true);
@@ -244,9 +239,8 @@ UaStatus SessionActivator::fillActivateSession(const UaUserIdentityToken& identi
     }
     const OpcUa_EndpointDescription* endpoint =
         selectEndpoint(endpoints.span(), url, security.securityPolicyUri, security.messageSecurityMode);
-    if (!endpoint) {
+    if (!endpoint)
         endpoint = selectEndpointOfAnySecurity(endpoints.span(), url); // the application has overridden that
-    }
     if (!endpoint) {
         UaTrace::tError(
             "Error: UaSessionPrivate::activateSession - no endpoint matching the session security settings");
@@ -264,14 +258,12 @@ UaStatus SessionActivator::addIdentity(const UaUserIdentityToken& identity,
 {
     IdentityProtection wanted = protection();
     const UaStatus status = IdentityTokenBuilder(wanted).build(identity, endpoint, request);
-    if (!(status == OpcUa_BadSecurityModeInsufficient)) {
+    if (!(status == OpcUa_BadSecurityModeInsufficient))
         return status;
-    }
     const OverridableError error(UaClient::ActivateSession, status.statusCode(),
                                  status.diagnosticText().toStdString());
-    if (!m_context.errorOverrides.overridden(m_context, error, wanted.serverCertificate)) {
+    if (!m_context.errorOverrides.overridden(m_context, error, wanted.serverCertificate))
         return status;
-    }
     wanted.plainPasswordAllowed = true;
     OpcUa_ExtensionObject_Clear(&request.UserIdentityToken);
     return IdentityTokenBuilder(wanted).build(identity, endpoint, request);
@@ -320,16 +312,14 @@ UaStatus SessionActivator::acceptNewNonce(const OpcUa_ByteString& nonce, bool ma
         repeated = fresh == m_context.serverNonce;
         m_context.serverNonce = fresh;
     }
-    if (!matters) {
+    if (!matters)
         return UaStatus(); // nothing is signed or encrypted with it
-    }
-    if (nonce.Length < nonceLength) {
+    if (nonce.Length < nonceLength)
         UaTrace::tError("Nonce returned by server is too short (len=%i), closing session", nonce.Length);
-    } else if (repeated) {
+    else if (repeated)
         UaTrace::tError("Server returned the same nonce as last time, closing session");
-    } else {
+    else
         return UaStatus();
-    }
     return UaStatus(OpcUa_BadNonceInvalid);
 }
 
@@ -352,9 +342,8 @@ UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool de
     Encodeable<OpcUa_CloseSessionResponse> response(OpcUa_CloseSessionResponse_EncodeableType);
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.sessionCreated) {
+        if (!m_context.sessionCreated)
             return UaStatus();
-        }
         m_context.sessionCreated = false;
         m_context.activatedOnce = false;
         m_context.sessionActive = false;

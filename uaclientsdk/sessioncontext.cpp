@@ -28,9 +28,8 @@ SessionContext::SessionContext() : traceId(nextTraceId()), pool(CallbackPool::in
 
 SessionContext::~SessionContext()
 {
-    if (channel) {
+    if (channel)
         OpcUa_Channel_Delete(&channel); // what was still asked for is answered now
-    }
     transactions.waitForTransactionCompletion(traceId);
 }
 
@@ -42,9 +41,8 @@ void SessionContext::fillRequestHeaderLocked(const ServiceSettings& settings, Op
     header.TimeoutHint = settings.callTimeout;
     header.ReturnDiagnostics = settings.returnDiagnostics;
     header.RequestHandle = settings.requestHandle != 0 ? settings.requestHandle : nextRequestHandle++;
-    if (!settings.auditEntryId.isEmpty()) {
+    if (!settings.auditEntryId.isEmpty())
         settings.auditEntryId.copyTo(&header.AuditEntryId);
-    }
 }
 
 void SessionContext::setWatchdogTimeLocked(OpcUa_UInt32 milliseconds)
@@ -52,9 +50,8 @@ void SessionContext::setWatchdogTimeLocked(OpcUa_UInt32 milliseconds)
     mutex.assertLocked();
     milliseconds = std::max<OpcUa_UInt32>(milliseconds, 1000);
     // written so that a NaN from the server falls through
-    if (revisedSessionTimeout > 0.0 && revisedSessionTimeout / 2 < static_cast<double>(milliseconds)) {
+    if (revisedSessionTimeout > 0.0 && revisedSessionTimeout / 2 < static_cast<double>(milliseconds))
         milliseconds = std::max<OpcUa_UInt32>(static_cast<OpcUa_UInt32>(revisedSessionTimeout / 2), 1);
-    }
     connectInfo.watchdogTime = milliseconds;
 }
 

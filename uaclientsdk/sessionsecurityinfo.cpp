@@ -21,9 +21,8 @@ struct Verification
 OpcUa_StatusCode tellFinding(const OpcUa_CertificateValidation* finding, void* context)
 {
     auto& verification = *static_cast<Verification*>(context);
-    if (!verification.callback || verification.ended) {
+    if (!verification.callback || verification.ended)
         return finding->Status;
-    }
     OpcUa_CertificateValidation shown = *finding;
     const int answer = verification.callback->verificationError(
         &verification.security, &shown, UaByteString(finding->Certificate),
@@ -65,9 +64,8 @@ void SessionSecurityInfo::setCertificateUserIdentity(const UaByteString& certifi
 void SessionSecurityInfo::setUserIdentity(std::shared_ptr<const UaUserIdentityToken> identity)
 {
     m_userIdentity = std::move(identity);
-    if (!m_userIdentity) {
+    if (!m_userIdentity)
         setAnonymousUserIdentity();
-    }
 }
 
 UaStatus SessionSecurityInfo::splitCertificateChain(const UaByteString& chain,
@@ -75,14 +73,11 @@ UaStatus SessionSecurityInfo::splitCertificateChain(const UaByteString& chain,
 {
     certificates.clear();
     const UaPkiCertificateCollection parts = UaPkiCertificateCollection::fromDERChain(chain);
-    if (parts.hasErrors() || parts.size() == 0) {
+    if (parts.hasErrors() || parts.size() == 0)
         return UaStatus(OpcUa_BadDecodingError);
-    }
-    for (int i = 0; i < parts.size(); ++i) {
-        if (!certificates.append(*parts[i].toByteStringDER().get())) {
+    for (int i = 0; i < parts.size(); ++i)
+        if (!certificates.append(*parts[i].toByteStringDER().get()))
             return UaStatus(OpcUa_BadOutOfMemory);
-        }
-    }
     return UaStatus();
 }
 
@@ -111,15 +106,14 @@ void SessionSecurityInfo::getCurrentErrorInformationOpenSSL(void* context, UaSta
     const auto* const finding = static_cast<const OpcUa_CertificateValidation*>(context);
     status = finding ? finding->Status : static_cast<OpcUa_StatusCode>(OpcUa_Good);
     openSslError = finding ? finding->ProviderError : 0;
-    if (openSslError != 0) {
+    if (openSslError != 0)
         errorText = UaPkiErrors::verificationErrorText(openSslError);
-    } else if (status == OpcUa_BadCertificateUseNotAllowed) {
+    else if (status == OpcUa_BadCertificateUseNotAllowed)
         errorText = "the certificate may not be used to sign or to talk to clients";
-    } else if (status == OpcUa_BadCertificatePolicyCheckFailed) {
+    else if (status == OpcUa_BadCertificatePolicyCheckFailed)
         errorText = "key or signature of the certificate is not what the security policy asks for";
-    } else {
+    else
         errorText = status.isGood() ? UaString("") : UaString("the certificate can not be decoded");
-    }
 }
 
 } // namespace UaClientSdk

@@ -100,9 +100,8 @@ void SubscriptionDispatcher::takeSequenceNumber(UaSubscriptionPrivate& subscript
                         "SequenceNumber (expected=%u, received=%u)",
                         expected, number);
     }
-    if (last == 0 || number == expected) {
+    if (last == 0 || number == expected)
         return;
-    }
     UaTrace::tWarning("Warning: Notifications missing, lastSequenceNumber=%u newSequenceNumber=%u", last,
                       number);
     if (const SubscriptionCall call(subscription); call) {
@@ -115,9 +114,8 @@ void SubscriptionDispatcher::takeSequenceNumber(UaSubscriptionPrivate& subscript
 void SubscriptionDispatcher::dispatchNotifications(UaSubscriptionPrivate& subscription,
                                                    OpcUa_NotificationMessage& message, const char* caller)
 {
-    for (OpcUa_Int32 i = 0; i < message.NoOfNotificationData; ++i) {
+    for (OpcUa_Int32 i = 0; i < message.NoOfNotificationData; ++i)
         dispatchNotification(subscription, message.NotificationData[i], caller);
-    }
 }
 
 void SubscriptionDispatcher::dispatchNotification(UaSubscriptionPrivate& subscription,
@@ -172,11 +170,10 @@ void SubscriptionDispatcher::newEvents(UaSubscriptionPrivate& subscription,
 
 void SubscriptionDispatcher::statusChange(UaSubscriptionPrivate& subscription, const UaStatus& status)
 {
-    if (endsSubscription(status)) {
+    if (endsSubscription(status))
         endSubscription(subscription, status);
-    } else if (const SubscriptionCall call(subscription); call) {
+    else if (const SubscriptionCall call(subscription); call)
         callStatusChanged(subscription, status);
-    }
 }
 
 void SubscriptionDispatcher::endSubscription(UaSubscriptionPrivate& subscription, const UaStatus& status)
@@ -186,9 +183,8 @@ void SubscriptionDispatcher::endSubscription(UaSubscriptionPrivate& subscription
         SessionLock lock(m_state.context.mutex);
         m_state.removeLocked(subscription);
     }
-    if (call) {
+    if (call)
         callStatusChanged(subscription, status);
-    }
 }
 
 } // namespace UaClientSdk

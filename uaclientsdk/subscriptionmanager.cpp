@@ -72,9 +72,8 @@ UaStatus SubscriptionManager::createSubscription(ServiceSettings& settings, UaSu
     SubscriptionSettings revised = wanted;
     OpcUa_UInt32 id = 0;
     const UaStatus status = callCreateSubscription(m_context, settings, revised, publishingEnabled, id);
-    if (status.isBad()) {
+    if (status.isBad())
         return status;
-    }
     const auto inside =
         SubscriptionRef::adopt(new UaSubscriptionPrivate(m_context, callback, clientSubscriptionHandle, id));
     inside->settings = revised;
@@ -91,9 +90,8 @@ UaStatus SubscriptionManager::transferSubscription(
     const Creating creating(m_state);
     const UaStatus status = callTransferSubscription(m_context, settings, subscriptionId, sendInitialValues,
                                                      availableSequenceNumbers);
-    if (status.isBad()) {
+    if (status.isBad())
         return status;
-    }
     const auto inside = SubscriptionRef::adopt(
         new UaSubscriptionPrivate(m_context, callback, clientSubscriptionHandle, subscriptionId));
     inside->settings = known;
@@ -109,14 +107,12 @@ UaSubscription* SubscriptionManager::add(const SubscriptionRef& inside, OpcUa_UI
     Refs replaced;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested || m_state.serverSession != serverSession) {
+        if (!m_context.connectRequested || m_state.serverSession != serverSession)
             return nullptr;
-        }
         m_owned.push_back(std::move(owned));
         SubscriptionRef& entry = m_state.subscriptions[inside->id];
-        if (entry) {
+        if (entry)
             replaced.push_back(entry); // the server has used its number again
-        }
         entry = inside;
         m_state.calculateSetPointPublishCountLocked(false);
         m_context.wakeThreadLocked();
@@ -130,9 +126,8 @@ SubscriptionManager::Owned SubscriptionManager::takeOwnedLocked(const UaSubscrip
     const auto found = std::find_if(m_owned.begin(), m_owned.end(), [subscription](const Owned& owned) {
         return owned.face.get() == subscription;
     });
-    if (found == m_owned.end()) {
+    if (found == m_owned.end())
         return {};
-    }
     Owned owned = std::move(*found);
     m_owned.erase(found);
     return owned;
@@ -152,9 +147,8 @@ UaStatus SubscriptionManager::deleteSubscription(ServiceSettings& settings, UaSu
     {
         SessionLock lock(m_context.mutex);
         owned = takeOwnedLocked(*subscription);
-        if (!owned.face) {
+        if (!owned.face)
             return UaStatus(OpcUa_BadInvalidArgument);
-        }
         onServer = owned.inside->valid;
         owned.inside->invalidateLocked();
         m_state.removeLocked(*owned.inside);
@@ -176,9 +170,8 @@ UaStatus SubscriptionManager::setPublishingMode(ServiceSettings& settings, bool 
     SessionLock lock(m_context.mutex);
     for (OpcUa_UInt32 i = 0; i < results.length(); ++i) {
         const auto found = m_state.subscriptions.find(subscriptionIds[i]);
-        if (OpcUa_IsGood(results[i]) && found != m_state.subscriptions.end()) {
+        if (OpcUa_IsGood(results[i]) && found != m_state.subscriptions.end())
             found->second->publishingEnabled = publishingEnabled;
-        }
     }
     return status;
 }
@@ -197,14 +190,12 @@ void SubscriptionManager::doSubscriptionStatusCheck()
 
 void SubscriptionManager::tellEnded(Refs subscriptions)
 {
-    if (subscriptions.empty()) {
+    if (subscriptions.empty())
         return;
-    }
     // behind what was received before
     m_engine.queue(std::make_unique<Job>([this, ended = std::move(subscriptions)] {
-        for (const SubscriptionRef& subscription : ended) {
+        for (const SubscriptionRef& subscription : ended)
             m_dispatcher.endSubscription(*subscription, UaStatus(OpcUa_BadSubscriptionIdInvalid));
-        }
     }));
 }
 
@@ -223,9 +214,8 @@ void SubscriptionManager::finishResumed()
     OpcUa_UInt32 generation = 0;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_state.republishing) {
+        if (!m_state.republishing)
             return;
-        }
         generation = m_state.generation;
     }
     m_engine.queue(
@@ -273,9 +263,8 @@ void SubscriptionManager::clear()
     m_state.startGenerationLocked();
     static_cast<void>(m_state.removeAllLocked());
     m_dropped.clear();
-    for (const Owned& owned : m_owned) { // also those that have ended and were not told yet
+    for (const Owned& owned : m_owned) // also those that have ended and were not told yet
         owned.inside->invalidateLocked();
-    }
 }
 
 } // namespace UaClientSdk

@@ -24,9 +24,8 @@ std::vector<SubscriptionRef> SubscriptionRecovery::present() const
 {
     std::vector<SubscriptionRef> result;
     SessionLock lock(m_state.context.mutex);
-    for (const auto& [id, subscription] : m_state.subscriptions) {
+    for (const auto& [id, subscription] : m_state.subscriptions)
         result.push_back(subscription);
-    }
     return result;
 }
 
@@ -39,9 +38,8 @@ bool SubscriptionRecovery::isCurrent(OpcUa_UInt32 generation) const
 void SubscriptionRecovery::doSubscriptionStatusCheck()
 {
     const OpcUa_UInt64 now = OpcUa_GetTickCount();
-    if (m_checked && now >= m_lastCheck && now - m_lastCheck < checkPause) {
+    if (m_checked && now >= m_lastCheck && now - m_lastCheck < checkPause)
         return;
-    }
     m_checked = true;
     m_lastCheck = now;
     UaTrace::tInOut("--> UaSessionPrivate::doSubscriptionStatusCheck");
@@ -55,11 +53,10 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
         // nothing
         Encodeable<OpcUa_RepublishResponse> response(OpcUa_RepublishResponse_EncodeableType);
         const OpcUa_StatusCode status = callRepublish(subscription->id, next, *response);
-        if (status == OpcUa_BadSubscriptionIdInvalid) {
+        if (status == OpcUa_BadSubscriptionIdInvalid)
             m_dispatcher.endSubscription(*subscription, UaStatus(status));
-        } else if (!concernsSubscription(status)) {
+        else if (!concernsSubscription(status))
             break; // the link's own check will find out
-        }
     }
     {
         SessionLock lock(m_state.context.mutex);
@@ -78,11 +75,9 @@ void SubscriptionRecovery::doRepublishAfterReconnect(OpcUa_UInt32 generation)
         const OpcUa_UInt32 generation;
     } guard{*this, generation};
     UaTrace::tInOut("--> UaSessionPrivate::doRepublishAfterReconnect");
-    for (const SubscriptionRef& subscription : present()) {
-        if (!isCurrent(generation) || !republish(*subscription, generation)) {
+    for (const SubscriptionRef& subscription : present())
+        if (!isCurrent(generation) || !republish(*subscription, generation))
             break;
-        }
-    }
     UaTrace::tInOut("<-- UaSessionPrivate::doRepublishAfterReconnect");
 }
 
@@ -103,9 +98,8 @@ bool SubscriptionRecovery::republish(UaSubscriptionPrivate& subscription, OpcUa_
         OpcUa_UInt32 next = 0;
         {
             SessionLock lock(m_state.context.mutex);
-            if (!subscription.valid) {
+            if (!subscription.valid)
                 return true; // a callback has deleted it
-            }
             next = SubscriptionDispatcher::nextSequenceNumber(subscription.lastSequenceNumber);
         }
         Encodeable<OpcUa_RepublishResponse> response(OpcUa_RepublishResponse_EncodeableType);
@@ -114,9 +108,8 @@ bool SubscriptionRecovery::republish(UaSubscriptionPrivate& subscription, OpcUa_
             m_dispatcher.endSubscription(subscription, UaStatus(status));
             return true;
         }
-        if (OpcUa_IsBad(status)) {
+        if (OpcUa_IsBad(status))
             return concernsSubscription(status);
-        }
         OpcUa_NotificationMessage& message = response->NotificationMessage;
         if (message.SequenceNumber != next) {
             UaTrace::tError("Error: UaSessionPrivate::doRepublishAfterReconnect - Notification returned "

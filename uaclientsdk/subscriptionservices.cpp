@@ -89,9 +89,8 @@ void fillSettings(Request& request, const SubscriptionSettings& settings)
 template <class Response>
 void takeRevised(const Response& response, SubscriptionSettings& settings)
 {
-    if (std::isfinite(response.RevisedPublishingInterval)) {
+    if (std::isfinite(response.RevisedPublishingInterval))
         settings.publishingInterval = response.RevisedPublishingInterval;
-    }
     settings.lifetimeCount = response.RevisedLifetimeCount;
     settings.maxKeepAliveCount = response.RevisedMaxKeepAliveCount;
 }
@@ -128,9 +127,8 @@ UaStatus callModifySubscription(SessionContext& context, ServiceSettings& settin
                      fillSettings(request, subscriptionSettings);
                      request.SubscriptionId = subscriptionId;
                  });
-    if (status.isGood()) {
+    if (status.isGood())
         takeRevised(*response, subscriptionSettings);
-    }
     return status;
 }
 
@@ -155,9 +153,8 @@ UaStatus callTransferSubscription(SessionContext& context, ServiceSettings& sett
                      [sendInitialValues](OpcUa_TransferSubscriptionsRequest& request, OpcUa_UInt32) {
                          request.SendInitialValues = sendInitialValues ? OpcUa_True : OpcUa_False;
                      });
-    if (status.isBad()) {
+    if (status.isBad())
         return status;
-    }
     availableSequenceNumbers.attachFrom(&results[0].NoOfAvailableSequenceNumbers,
                                         &results[0].AvailableSequenceNumbers);
     return UaStatus(results[0].StatusCode);
@@ -167,11 +164,11 @@ UaStatus callSetPublishingMode(SessionContext& context, ServiceSettings& setting
                                const UaUInt32Array& subscriptionIds, UaStatusCodeArray& results,
                                UaDiagnosticInfos& diagnosticInfos)
 {
-    return callInBlocks(context, setPublishingModeService, settings, subscriptionIds, results,
-                        diagnosticInfos,
-                        [publishingEnabled](OpcUa_SetPublishingModeRequest& request, OpcUa_UInt32) {
-                            request.PublishingEnabled = publishingEnabled ? OpcUa_True : OpcUa_False;
-                        });
+    return callInBlocks(
+        context, setPublishingModeService, settings, subscriptionIds, results, diagnosticInfos,
+        [publishingEnabled](OpcUa_SetPublishingModeRequest& request, OpcUa_UInt32) {
+            request.PublishingEnabled = publishingEnabled ? OpcUa_True : OpcUa_False;
+        });
 }
 
 UaStatus callSetTriggering(SessionContext& context, ServiceSettings& settings, OpcUa_UInt32 subscriptionId,

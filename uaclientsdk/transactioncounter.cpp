@@ -15,9 +15,8 @@ void TransactionCounter::begin()
 void TransactionCounter::end()
 {
     const std::lock_guard lock(m_mutex);
-    if (--m_count == 0) {
+    if (--m_count == 0)
         m_ended.notify_all(); // under the lock: the one who waits destroys us with it
-    }
 }
 
 void TransactionCounter::waitForTransactionCompletion(OpcUa_UInt32 traceId)

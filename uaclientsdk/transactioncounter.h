@@ -40,9 +40,8 @@ public:
     }
     ~Transaction()
     {
-        if (m_counter) {
+        if (m_counter)
             m_counter->end();
-        }
     }
 
 private:

@@ -16,9 +16,8 @@ constexpr OpcUa_UInt32 channelLifetime = 3600000; // far longer than any discove
 OpcUa_StatusCode channelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode status,
                               void* details, void* context)
 {
-    if (event != OpcUa_Channel_Event_VerifyCertificate) {
+    if (event != OpcUa_Channel_Event_VerifyCertificate)
         return OpcUa_Good;
-    }
     // a call that is over in a moment can not wait for a user: what the lists do not trust stays refused
     const auto& security = *static_cast<const ClientSecurityInfo*>(context);
     if (security.tlsCertificateRefused && details) {
@@ -49,15 +48,13 @@ UaStatus discover(const char* method, const char* stackName,
     Encodeable<Response> response(responseType);
     UaDiscoveryPrivate::fillRequestHeader(settings, request->RequestHeader);
     settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
-    if constexpr (requires { request->EndpointUrl; }) {
+    if constexpr (requires { request->EndpointUrl; })
         url.copyTo(&request->EndpointUrl);
-    }
     fill(*request);
     status = UaStatus(callStack(stackName, function, discovery.channel(), *request, *response));
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
-    if (!status.isBad()) {
+    if (!status.isBad())
         take(*response);
-    }
     discovery.disconnect();
     UaTrace::tInOut("<-- UaDiscovery::%s [ret=0x%lx]", method,
                     static_cast<unsigned long>(status.statusCode()));
@@ -68,9 +65,8 @@ UaStatus discover(const char* method, const char* stackName,
 
 UaDiscoveryPrivate::~UaDiscoveryPrivate()
 {
-    if (m_channel) {
+    if (m_channel)
         disconnect();
-    }
 }
 
 UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityInfo& security,
@@ -81,9 +77,8 @@ UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityIn
         return UaStatus(OpcUa_BadInternalError);
     }
     const char* profile = transportProfileOf(url.view());
-    if (!profile) {
+    if (!profile)
         return UaStatus(OpcUa_BadInvalidArgument);
-    }
     OpcUa_StatusCode status = OpcUa_Channel_Create(&m_channel);
     if (OpcUa_IsBad(status)) {
         m_channel = nullptr;
@@ -109,9 +104,8 @@ UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityIn
     UaTrace::tIfCall("CALL OpcUa_Channel_Connect");
     status = OpcUa_Channel_Connect(m_channel, &info, nullptr);
     UaTrace::tIfCall("DONE OpcUa_Channel_Connect [ret=0x%lx]", static_cast<unsigned long>(status));
-    if (OpcUa_IsBad(status)) {
+    if (OpcUa_IsBad(status))
         OpcUa_Channel_Delete(&m_channel);
-    }
     return UaStatus(status);
 }
 
@@ -132,9 +126,8 @@ void UaDiscoveryPrivate::fillRequestHeader(const ServiceSettings& settings, OpcU
     header.TimeoutHint = settings.callTimeout;
     header.ReturnDiagnostics = settings.returnDiagnostics;
     header.RequestHandle = settings.requestHandle;
-    if (!settings.auditEntryId.isEmpty()) {
+    if (!settings.auditEntryId.isEmpty())
         settings.auditEntryId.copyTo(&header.AuditEntryId);
-    }
 }
 
 UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& discoveryUrl,

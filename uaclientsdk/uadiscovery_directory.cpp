@@ -38,9 +38,8 @@ OpcUa_UInt16 directoryNamespaceIndex(const UaSession& session)
 bool takeServers(const OpcUa_Variant& argument, UaServerOnNetworks& servers)
 {
     UaArray<OpcUa_ExtensionObject> objects;
-    if (!UaVariant(argument).toExtensionObjectArray(objects)) {
+    if (!UaVariant(argument).toExtensionObjectArray(objects))
         return false;
-    }
     for (const OpcUa_ExtensionObject& object : objects) {
         if (object.Encoding != OpcUa_ExtensionObjectEncoding_EncodeableObject ||
             object.Body.EncodeableObject.Type != &OpcUa_ServerOnNetwork_EncodeableType ||
@@ -55,9 +54,8 @@ bool takeServers(const OpcUa_Variant& argument, UaServerOnNetworks& servers)
 
 UaStatus takeResult(const CallOut& answer, UaDateTime& lastCounterResetTime, UaServerOnNetworks& servers)
 {
-    if (answer.callResult.isBad()) {
+    if (answer.callResult.isBad())
         return answer.callResult;
-    }
     if (answer.outputArguments.length() != outputCount) {
         UaTrace::tError("Error: UaDiscovery::queryDirectory - number of call output arguments does not match "
                         "method definition");
@@ -65,9 +63,8 @@ UaStatus takeResult(const CallOut& answer, UaDateTime& lastCounterResetTime, UaS
     }
     bool isTime = false;
     const UaDateTime time = UaVariant(answer.outputArguments[0]).toDateTime(&isTime);
-    if (!isTime || !takeServers(answer.outputArguments[1], servers)) {
+    if (!isTime || !takeServers(answer.outputArguments[1], servers))
         return UaStatus(OpcUa_BadTypeMismatch);
-    }
     lastCounterResetTime = time;
     return UaStatus();
 }
@@ -116,14 +113,12 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, UaSession* sessi
     capabilities.setStringArray(serverCapabilities);
     for (const UaVariant& argument :
          {UaVariant(startingRecordId), UaVariant(maxRecordsToReturn), UaVariant(applicationName),
-          UaVariant(applicationUri), UaVariant(productUri), capabilities}) {
+          UaVariant(applicationUri), UaVariant(productUri), capabilities})
         question.inputArguments.append(*argument.get());
-    }
     CallOut answer;
     UaStatus status = session->call(settings, question, answer);
-    if (!status.isBad()) {
+    if (!status.isBad())
         status = takeResult(answer, lastCounterResetTime, servers);
-    }
     UaTrace::tInOut("<-- UaDiscovery::queryDirectory [ret=0x%lx]",
                     static_cast<unsigned long>(status.statusCode()));
     return status;

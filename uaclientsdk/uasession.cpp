@@ -36,9 +36,8 @@ UaSession::UaSession() : d(UaRefPtr<UaSessionPrivate>::adopt(new UaSessionPrivat
 
 UaSession::~UaSession()
 {
-    if (isConnected()) {
+    if (isConnected())
         disconnect(ServiceSettings(), true);
-    }
 }
 
 UaStatus UaSession::connect(const UaString& url, const SessionConnectInfo& connectInfo,

@@ -90,14 +90,12 @@ UaStatus UaSessionPrivate::connectGuarded(const UaString& url, const SessionConn
     }
     SessionSecurityInfo security = securityInfo;
     const UaStatus certificate = checkServerCertificate(security);
-    if (certificate.isBad()) {
+    if (certificate.isBad())
         return certificate;
-    }
     takeOver(url, connectInfo, security, callback);
     const UaStatus opened = openSession();
-    if (opened.isGood()) {
+    if (opened.isGood())
         return startWatching(true);
-    }
     m_connector.disconnectChannel();
     // a user who was refused once is not tried again and again
     return connectInfo.retryInitialConnect && !userIsRefused() ? startWatching(false) : opened;
@@ -112,9 +110,8 @@ UaStatus UaSessionPrivate::startWatching(bool good)
         context.serverStatus = status;
         context.serverState = good ? OpcUa_ServerState_Running : OpcUa_ServerState_Unknown;
     }
-    if (good) {
+    if (good)
         afterConnect();
-    }
     context.notifyStatus(status);
     SessionHousekeeping& housekeeping = *this;
     m_monitor = std::make_unique<ConnectionMonitor>(context, housekeeping);
@@ -135,9 +132,8 @@ bool UaSessionPrivate::userIsRefused() const
 
 UaStatus UaSessionPrivate::changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity)
 {
-    if (!identity) {
+    if (!identity)
         return UaStatus(OpcUa_BadInvalidArgument);
-    }
     const UaStatus result = m_activator.changeUser(settings, identity->clone());
     context.wakeUp.notify_all(); // there may be something to reconnect with, or nothing left to watch
     return result;
@@ -145,9 +141,8 @@ UaStatus UaSessionPrivate::changeUser(ServiceSettings& settings, const UaUserIde
 
 UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security)
 {
-    if (!security.isSecured() || security.serverCertificate.isEmpty()) {
+    if (!security.isSecured() || security.serverCertificate.isEmpty())
         return UaStatus();
-    }
     UaStatus verified;
     if (security.verifyServerCertificateOnConnect) {
         context.mutex.assertUnlocked();
@@ -155,14 +150,12 @@ UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security)
     }
     UaByteStringArray chain;
     const UaStatus split = SessionSecurityInfo::splitCertificateChain(security.serverCertificate, chain);
-    if (split.isBad()) {
+    if (split.isBad())
         UaTrace::tError("Split server certificate chain failed with error '%s'", split.toString().toUtf8());
-    } else {
+    else
         security.serverCertificate = UaByteString(chain[0]);
-    }
-    if (verified.isBad()) {
+    if (verified.isBad())
         UaTrace::tError("Server certificate validation failed with error '%s'", verified.toString().toUtf8());
-    }
     return verified;
 }
 
@@ -175,9 +168,8 @@ void UaSessionPrivate::takeOver(const UaString& url, const SessionConnectInfo& c
     context.url = url;
     context.connectInfo = connectInfo;
     OpcUa_UInt32& operations = context.connectInfo.maxOperationsPerServiceCall;
-    if (operations == 0 || operations > limits.MaxArrayLength) {
+    if (operations == 0 || operations > limits.MaxArrayLength)
         operations = limits.MaxArrayLength;
-    }
     context.securityInfo = securityInfo;
     context.localeIds = joinLocaleIds(connectInfo);
     context.callback = callback;
@@ -192,13 +184,11 @@ void UaSessionPrivate::takeOver(const UaString& url, const SessionConnectInfo& c
 UaStatus UaSessionPrivate::openSession()
 {
     UaStatus status = m_connector.connectChannel();
-    if (status.isBad()) {
+    if (status.isBad())
         return status;
-    }
     status = m_activator.createSession();
-    if (status.isGood()) {
+    if (status.isGood())
         status = m_activator.activateSession();
-    }
     if (status.isBad()) {
         ServiceSettings settings;
         settings.callTimeout = context.connectInfo.connectTimeout;
@@ -210,18 +200,15 @@ UaStatus UaSessionPrivate::openSession()
 void UaSessionPrivate::afterConnect()
 {
     updateNamespaceTable();
-    if (dictionaryModeIs(
-            [](auto mode) { return mode == UaClient::Connect || mode == UaClient::Reconnect; })) {
+    if (dictionaryModeIs([](auto mode) { return mode == UaClient::Connect || mode == UaClient::Reconnect; }))
         loadDefinitions();
-    }
 }
 
 void UaSessionPrivate::afterReconnect()
 {
     updateNamespaceTable();
-    if (dictionaryModeIs([](auto mode) { return mode == UaClient::Reconnect; })) {
+    if (dictionaryModeIs([](auto mode) { return mode == UaClient::Reconnect; }))
         loadDefinitions();
-    }
 }
 
 bool UaSessionPrivate::dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryMode)) const
@@ -232,9 +219,8 @@ bool UaSessionPrivate::dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryM
 
 void UaSessionPrivate::loadDefinitionsOnFirstUse()
 {
-    if (!definitions.isLoaded() && dictionaryModeIs([](auto mode) { return mode != UaClient::Manual; })) {
+    if (!definitions.isLoaded() && dictionaryModeIs([](auto mode) { return mode != UaClient::Manual; }))
         loadDefinitions();
-    }
 }
 
 UaStatus UaSessionPrivate::loadDefinitions()
@@ -261,13 +247,11 @@ UaStatus UaSessionPrivate::updateNamespaceTable()
     UaDiagnosticInfos diagnostics;
     UaStatus status =
         m_session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, nodes, values, diagnostics);
-    if (status.isGood()) {
+    if (status.isGood())
         status = UaStatus(values[0].StatusCode);
-    }
     UaStringArray table;
-    if (status.isGood() && !UaVariant(values[0].Value).toStringArray(table)) {
+    if (status.isGood() && !UaVariant(values[0].Value).toStringArray(table))
         status = UaStatus(OpcUa_BadTypeMismatch);
-    }
     if (status.isBad()) {
         UaTrace::tError("Error: UaSession - reading the namespace table failed [status=0x%x]",
                         status.statusCode());
@@ -280,9 +264,8 @@ UaStatus UaSessionPrivate::updateNamespaceTable()
 
 void UaSessionPrivate::endThread()
 {
-    if (isCurrentThread()) {
+    if (isCurrentThread())
         return; // the thread ends by itself, nobody can wait for himself
-    }
     UaTrace::tInOut("UaSession::disconnect wait for Session thread termination");
     while (!wait(pollInterval)) {
         UaTrace::tInOut("UaSession::disconnect Session thread still running");
@@ -292,9 +275,8 @@ void UaSessionPrivate::endThread()
             SessionLock lock(context.mutex);
             reconnecting = !context.channelConnected;
         }
-        if (reconnecting) {
+        if (reconnecting)
             OpcUa_Channel_CancelConnect(context.channel);
-        }
     }
     UaTrace::tInOut("UaSession::disconnect Session thread not longer running");
 }
@@ -321,9 +303,8 @@ UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool dele
         SessionLock lock(context.mutex);
         connected = context.serverStatus == UaClient::Connected;
     }
-    if (!connected) {
+    if (!connected)
         m_connector.disconnectChannel(); // calls over a broken link are answered at once
-    }
     context.transactions.waitForTransactionCompletion(context.traceId);
     UaStatus result;
     if (connected) {

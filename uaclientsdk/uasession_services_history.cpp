@@ -178,9 +178,8 @@ UaStatus beginReadHistory(SessionContext& session, const HistoryReadService& ser
 UaStatus checkAggregates(const HistoryReadProcessedContext& context, const UaHistoryReadValueIds& nodes,
                          const char* method)
 {
-    if (nodes.isEmpty() || context.aggregateTypes.length() == nodes.length()) {
+    if (nodes.isEmpty() || context.aggregateTypes.length() == nodes.length())
         return UaStatus();
-    }
     UaTrace::tError("<-- UaSession::%s [ret=OpcUa_BadAggregateListMismatch] - %u aggregates for %u nodes",
                     method, context.aggregateTypes.length(), nodes.length());
     return UaStatus(OpcUa_BadAggregateListMismatch);

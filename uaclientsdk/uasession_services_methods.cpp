@@ -71,18 +71,15 @@ UaBrowsePaths pathsToArguments(const UaNodeId& methodId)
 // The node that a path led to; null without a match.
 UaStatus targetOf(const OpcUa_BrowsePathResult& result, UaNodeId& target)
 {
-    if (result.StatusCode == OpcUa_BadNoMatch) {
+    if (result.StatusCode == OpcUa_BadNoMatch)
         return UaStatus(); // a method without such arguments
-    }
-    if (OpcUa_IsBad(result.StatusCode)) {
+    if (OpcUa_IsBad(result.StatusCode))
         return UaStatus(result.StatusCode);
-    }
     constexpr OpcUa_UInt32 wholePath = 0xFFFFFFFFu;
     for (OpcUa_Int32 i = 0; i < result.NoOfTargets && target.isNull(); ++i) {
         const OpcUa_BrowsePathTarget& found = result.Targets[i];
-        if (found.RemainingPathIndex == wholePath && found.TargetId.ServerIndex == 0) {
+        if (found.RemainingPathIndex == wholePath && found.TargetId.ServerIndex == 0)
             target = UaNodeId(found.TargetId.NodeId);
-        }
     }
     return UaStatus();
 }
@@ -99,16 +96,13 @@ struct ArgumentNodes
         for (OpcUa_UInt32 i = 0; i < found.length(); ++i) {
             UaNodeId property;
             const UaStatus status = targetOf(found[i], property);
-            if (status.isBad()) {
+            if (status.isBad())
                 return status;
-            }
             const OpcUa_UInt32 place = nodes.length();
-            if (property.isNull()) {
+            if (property.isNull())
                 continue;
-            }
-            if (!nodes.resize(place + 1)) {
+            if (!nodes.resize(place + 1))
                 return UaStatus(OpcUa_BadOutOfMemory);
-            }
             property.copyTo(&nodes[place].NodeId);
             nodes[place].AttributeId = OpcUa_Attributes_Value;
             targets[place] = arguments[i];
@@ -119,26 +113,21 @@ struct ArgumentNodes
 
 UaStatus argumentsOf(const OpcUa_DataValue& value, UaArguments& arguments)
 {
-    if (OpcUa_IsBad(value.StatusCode)) {
+    if (OpcUa_IsBad(value.StatusCode))
         return UaStatus(value.StatusCode);
-    }
     const OpcUa_Variant& variant = value.Value;
-    if (variant.Datatype == OpcUaType_Null) {
+    if (variant.Datatype == OpcUaType_Null)
         return UaStatus();
-    }
-    if (variant.Datatype != OpcUaType_ExtensionObject || variant.ArrayType != OpcUa_VariantArrayType_Array) {
+    if (variant.Datatype != OpcUaType_ExtensionObject || variant.ArrayType != OpcUa_VariantArrayType_Array)
         return UaStatus(OpcUa_BadTypeMismatch);
-    }
     const auto* objects = static_cast<const OpcUa_ExtensionObject*>(variant.Value.Array.Data);
     for (OpcUa_Int32 i = 0; i < variant.Value.Array.Length; ++i) {
         const bool decoded = objects[i].Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject &&
                              objects[i].Body.EncodeableObject.Type == &OpcUa_Argument_EncodeableType;
-        if (!decoded) {
+        if (!decoded)
             return UaStatus(OpcUa_BadTypeMismatch);
-        }
-        if (!arguments.append(*static_cast<const OpcUa_Argument*>(objects[i].Body.EncodeableObject.Object))) {
+        if (!arguments.append(*static_cast<const OpcUa_Argument*>(objects[i].Body.EncodeableObject.Object)))
             return UaStatus(OpcUa_BadOutOfMemory);
-        }
     }
     return UaStatus();
 }
@@ -184,17 +173,14 @@ UaStatus UaSession::getMethodArguments(ServiceSettings& settings, const UaNodeId
     UaStatus status =
         translateBrowsePathsToNodeIds(settings, pathsToArguments(methodId), found, diagnosticInfos);
     ArgumentNodes wanted;
-    if (!status.isBad()) {
+    if (!status.isBad())
         status = wanted.take(found, {&inputArguments, &outputArguments});
-    }
-    if (status.isBad() || wanted.nodes.isEmpty()) {
+    if (status.isBad() || wanted.nodes.isEmpty())
         return status;
-    }
     UaDataValues values;
     status = read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, wanted.nodes, values, diagnosticInfos);
-    for (OpcUa_UInt32 i = 0; i < values.length() && !status.isBad(); ++i) {
+    for (OpcUa_UInt32 i = 0; i < values.length() && !status.isBad(); ++i)
         status = argumentsOf(values[i], *wanted.targets[i]);
-    }
     if (status.isBad()) {
         inputArguments.clear();
         outputArguments.clear();

@@ -46,9 +46,8 @@ UaStatus takeFindings(OpcUa_QueryFirstResponse& response, OpcUa_UInt32 nodeTypes
         findings.parsingResults.isEmpty() ? nodeTypes : findings.parsingResults.length();
     const UaStatus counts = checkCounts(queryFirstNames, nodeTypes, static_cast<OpcUa_Int32>(results),
                                         static_cast<OpcUa_Int32>(findings.diagnosticInfos.length()));
-    if (counts.isBad() || filters == 0) {
+    if (counts.isBad() || filters == 0)
         return counts;
-    }
     return checkCounts(queryFirstNames, filterElements, static_cast<OpcUa_Int32>(filters), 0);
 }
 

@@ -124,11 +124,11 @@ UaStatus UaSession::browseListNext(ServiceSettings& settings, bool releaseContin
                                    const UaByteStringArray& continuationPoints, UaBrowseResults& results,
                                    UaDiagnosticInfos& diagnosticInfos)
 {
-    return callInBlocks(d->context, browseNextService, settings, continuationPoints.span(), results,
-                        diagnosticInfos, [&](OpcUa_BrowseNextRequest& request, OpcUa_UInt32) {
-                            request.ReleaseContinuationPoints =
-                                releaseContinuationPoints ? OpcUa_True : OpcUa_False;
-                        });
+    return callInBlocks(
+        d->context, browseNextService, settings, continuationPoints.span(), results, diagnosticInfos,
+        [&](OpcUa_BrowseNextRequest& request, OpcUa_UInt32) {
+            request.ReleaseContinuationPoints = releaseContinuationPoints ? OpcUa_True : OpcUa_False;
+        });
 }
 
 UaStatus UaSession::translateBrowsePathsToNodeIds(ServiceSettings& settings, const UaBrowsePaths& browsePaths,

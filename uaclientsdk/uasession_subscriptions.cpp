@@ -11,9 +11,8 @@ UaStatus UaSession::createSubscription(ServiceSettings& settings, UaSubscription
                                        const SubscriptionSettings& subscriptionSettings,
                                        bool publishingEnabled, UaSubscription** subscription)
 {
-    if (!callback || !subscription) {
+    if (!callback || !subscription)
         return UaStatus(OpcUa_BadInvalidArgument);
-    }
     *subscription = nullptr;
     return d->subscriptions.createSubscription(settings, *callback, clientSubscriptionHandle,
                                                subscriptionSettings, publishingEnabled, subscription);
@@ -49,9 +48,8 @@ UaStatus UaSession::transferSubscription(ServiceSettings& settings, UaSubscripti
                                          UaSubscription** subscription)
 {
     availableSequenceNumbers.clear();
-    if (!callback || !subscription) {
+    if (!callback || !subscription)
         return UaStatus(OpcUa_BadInvalidArgument);
-    }
     *subscription = nullptr;
     return d->subscriptions.transferSubscription(settings, *callback, clientSubscriptionHandle,
                                                  subscriptionId, subscriptionSettings, publishingEnabled,

@@ -19,37 +19,32 @@ bool needsLoading(const UaNodeId& id)
 
 UaStructureDefinition UaSession::structureDefinition(const UaNodeId& dataTypeOrEncodingId)
 {
-    if (needsLoading(dataTypeOrEncodingId)) {
+    if (needsLoading(dataTypeOrEncodingId))
         d->loadDefinitionsOnFirstUse();
-    }
     return d->definitions.structure(dataTypeOrEncodingId);
 }
 
 UaEnumDefinition UaSession::enumDefinition(const UaNodeId& dataTypeId)
 {
-    if (needsLoading(dataTypeId)) {
+    if (needsLoading(dataTypeId))
         d->loadDefinitionsOnFirstUse();
-    }
     return d->definitions.enumeration(dataTypeId);
 }
 
 UaOptionSetDefinition UaSession::optionSetDefinition(const UaNodeId& dataTypeId)
 {
-    if (needsLoading(dataTypeId)) {
+    if (needsLoading(dataTypeId))
         d->loadDefinitionsOnFirstUse();
-    }
     return d->definitions.optionSet(dataTypeId);
 }
 
 UaDataTypeDictionary::DefinitionType UaSession::definitionType(const UaNodeId& dataTypeId)
 {
     const UaStructureDefinition structure = structureDefinition(dataTypeId);
-    if (!structure.isNull()) {
+    if (!structure.isNull())
         return structure.isUnion() ? UnionType : structure.isOptionSet() ? OptionSetType : StructureType;
-    }
-    if (!enumDefinition(dataTypeId).isNull()) {
+    if (!enumDefinition(dataTypeId).isNull())
         return EnumType;
-    }
     return optionSetDefinition(dataTypeId).isNull() ? UndefinedType : OptionSetType;
 }
 

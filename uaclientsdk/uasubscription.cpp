@@ -54,9 +54,8 @@ UaStatus beginItems(const UaRefPtr<UaSubscriptionPrivate>& inside, const Service
                     const Prepare& prepare)
 {
     const std::shared_ptr<SubscriptionPending> pending = SubscriptionPending::begin(inside);
-    if (!pending) {
+    if (!pending)
         return UaStatus(OpcUa_BadSubscriptionIdInvalid);
-    }
     return beginInBlocks(
         inside->context, service, settings, items.span(),
         [id = inside->id, prepare](typename Service::RequestType& request, OpcUa_UInt32) {
@@ -140,9 +139,8 @@ UaStatus UaSubscription::modifySubscription(ServiceSettings& settings,
 {
     UaStatus status = checkValid(*d);
     SubscriptionSettings revised = subscriptionSettings;
-    if (status.isGood()) {
+    if (status.isGood())
         status = callModifySubscription(d->context, settings, revised, d->id);
-    }
     if (status.isGood()) {
         SessionLock lock(d->context.mutex);
         d->settings = revised;
@@ -153,16 +151,14 @@ UaStatus UaSubscription::modifySubscription(ServiceSettings& settings,
 UaStatus UaSubscription::setPublishingMode(ServiceSettings& settings, bool publishingEnabled)
 {
     const UaStatus valid = checkValid(*d);
-    if (valid.isBad()) {
+    if (valid.isBad())
         return valid;
-    }
     UaStatusCodeArray results;
     UaDiagnosticInfos diagnosticInfos;
     const UaStatus status = callSetPublishingMode(d->context, settings, publishingEnabled,
                                                   UaUInt32Array(1, &d->id), results, diagnosticInfos);
-    if (status.isBad() || OpcUa_IsBad(results[0])) {
+    if (status.isBad() || OpcUa_IsBad(results[0]))
         return status.isBad() ? status : UaStatus(results[0]);
-    }
     SessionLock lock(d->context.mutex);
     d->publishingEnabled = publishingEnabled;
     return status;
@@ -194,8 +190,9 @@ UaStatus UaSubscription::setMonitoringMode(ServiceSettings& settings, OpcUa_Moni
                                            const UaUInt32Array& monitoredItemIds, UaStatusCodeArray& results,
                                            UaDiagnosticInfos& diagnosticInfos)
 {
-    return callItems(*d, monitoringModeService, settings, monitoredItemIds, results, diagnosticInfos,
-                     [monitoringMode](auto& request) { request.MonitoringMode = monitoringMode; });
+    return callItems(
+        *d, monitoringModeService, settings, monitoredItemIds, results, diagnosticInfos,
+        [monitoringMode](auto& request) { request.MonitoringMode = monitoringMode; });
 }
 
 UaStatus UaSubscription::deleteMonitoredItems(ServiceSettings& settings,
@@ -222,18 +219,16 @@ UaStatus UaSubscription::setTriggering(ServiceSettings& settings, OpcUa_UInt32 t
         status = callSetTriggering(d->context, settings, d->id, triggeringItemId, linksToAdd, linksToRemove,
                                    *response);
     }
-    if (status.isBad()) {
+    if (status.isBad())
         return status;
-    }
     const bool added =
         takeResults(linksToAdd.length(), &response->NoOfAddResults, &response->AddResults, addResults,
                     &response->NoOfAddDiagnosticInfos, &response->AddDiagnosticInfos, addDiagnosticInfos);
     const bool removed = takeResults(
         linksToRemove.length(), &response->NoOfRemoveResults, &response->RemoveResults, removeResults,
         &response->NoOfRemoveDiagnosticInfos, &response->RemoveDiagnosticInfos, removeDiagnosticInfos);
-    if (added && removed) {
+    if (added && removed)
         return status;
-    }
     UaTrace::tError("Error: UaSession::setTriggering - number of results does not match number of requests");
     addResults.clear();
     removeResults.clear();
@@ -269,9 +264,10 @@ UaStatus UaSubscription::beginSetMonitoringMode(ServiceSettings& settings,
                                                 const UaUInt32Array& monitoredItemIds,
                                                 OpcUa_UInt32 transactionId)
 {
-    return beginItems(d, monitoringModeService, settings, monitoredItemIds, transactionId,
-                      &UaSubscriptionCallback::setMonitoringModeComplete,
-                      [monitoringMode](auto& request) { request.MonitoringMode = monitoringMode; });
+    return beginItems(
+        d, monitoringModeService, settings, monitoredItemIds, transactionId,
+        &UaSubscriptionCallback::setMonitoringModeComplete,
+        [monitoringMode](auto& request) { request.MonitoringMode = monitoringMode; });
 }
 
 UaStatus UaSubscription::beginDeleteMonitoredItems(ServiceSettings& settings,

@@ -47,12 +47,10 @@ SubscriptionCall::SubscriptionCall(UaSubscriptionPrivate& subscription, Kind kin
     SessionLock lock(subscription.context.mutex);
     if (kind != Kind::Completion) {
         const bool wanted = kind == Kind::End ? !subscription.endTold : subscription.valid;
-        if (kind == Kind::End) {
+        if (kind == Kind::End)
             subscription.invalidateLocked();
-        }
-        if (!wanted || !subscription.context.connectRequested) {
+        if (!wanted || !subscription.context.connectRequested)
             return;
-        }
         ++subscription.callbacksInProgress;
     }
     m_entered = true;
@@ -61,21 +59,18 @@ SubscriptionCall::SubscriptionCall(UaSubscriptionPrivate& subscription, Kind kin
 
 SubscriptionCall::~SubscriptionCall()
 {
-    if (!m_entered) {
+    if (!m_entered)
         return;
-    }
     t_current = m_outer;
-    if (m_kind != Kind::Completion) {
+    if (m_kind != Kind::Completion)
         m_subscription.endCallback();
-    }
 }
 
 unsigned int SubscriptionCall::depthOnThisThread(const UaSubscriptionPrivate& subscription)
 {
     unsigned int depth = 0;
-    for (const SubscriptionCall* call = t_current; call; call = call->m_outer) {
+    for (const SubscriptionCall* call = t_current; call; call = call->m_outer)
         depth += &call->m_subscription == &subscription ? 1 : 0;
-    }
     return depth;
 }
 

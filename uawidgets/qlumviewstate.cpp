@@ -36,12 +36,10 @@ void QlumViewState::store()
 {
     QSettings settings;
     settings.beginGroup(m_group);
-    for (const auto& kept : m_headers) {
+    for (const auto& kept : m_headers)
         if (kept.widget)
             settings.setValue(kept.key, kept.widget->saveState());
-    }
-    for (const auto& kept : m_splitters) {
+    for (const auto& kept : m_splitters)
         if (kept.widget)
             settings.setValue(kept.key, kept.widget->saveState());
-    }
 }

@@ -16,9 +16,8 @@ bool QlumLogFilter::filterAcceptsRow(int row, const QModelIndex& parent) const
         return false;
     if (m_text.isEmpty())
         return true;
-    for (int column = QlumLogModel::Source; column < QlumLogModel::ColumnCount; ++column) {
+    for (int column = QlumLogModel::Source; column < QlumLogModel::ColumnCount; ++column)
         if (first.siblingAtColumn(column).data().toString().contains(m_text, Qt::CaseInsensitive))
             return true;
-    }
     return false;
 }

@@ -23,7 +23,7 @@ QString oneLine(const QString& text)
 {
     QString result;
     result.reserve(text.size());
-    for (const QChar c : text) {
+    for (const QChar c : text)
         if (c == QLatin1Char('\n'))
             result += QLatin1String("\\n");
         else if (c == QLatin1Char('\r'))
@@ -32,7 +32,6 @@ QString oneLine(const QString& text)
             result += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
         else
             result += c;
-    }
     return result;
 }
 

@@ -34,10 +34,9 @@ QList<QlumAddressSpacePage*> QlumAddressSpacePages::pages() const
 
 QlumAddressSpacePage* QlumAddressSpacePages::page(unsigned int serverId) const
 {
-    for (QlumAddressSpacePage* candidate : pages()) {
+    for (QlumAddressSpacePage* candidate : pages())
         if (candidate->serverId() == serverId)
             return candidate;
-    }
     return nullptr;
 }
 

@@ -79,10 +79,9 @@ bool QlumDocumentArea::askAndAdd()
 {
     QList<QlumDocumentType> types;
     for (const QString& key : m_plugins->filenames()) {
-        if (auto* plugin = qobject_cast<QlumDocumentInterface*>(m_plugins->plugin(key))) {
+        if (auto* plugin = qobject_cast<QlumDocumentInterface*>(m_plugins->plugin(key)))
             for (const QString& type : plugin->documentTypes())
                 types.append({type, plugin->description(type), freeName(type)});
-        }
     }
     QlumDocumentDialog dialog(
         types, [this](const QString& name) { return m_project->findDocument(name) != nullptr; },

@@ -209,11 +209,9 @@ QAction* makeAction(const ActionInfo& info, QObject* parent)
 
 QlumMainActions::QlumMainActions(QMainWindow* window) : QObject(window), m_window(window)
 {
-    for (const QList<ActionInfo>& group :
-         {fileActions(), serverActions(), documentActions(), otherActions()}) {
+    for (const QList<ActionInfo>& group : {fileActions(), serverActions(), documentActions(), otherActions()})
         for (const ActionInfo& info : group)
             m_actions.insert(info.id, makeAction(info, window));
-    }
     for (const Id id : {SaveProject, SaveProjectAs, RemoveServer, ConnectServer, DisconnectServer,
                         ServerProperties, ChangeUser, RemoveDocument, CloseTab})
         m_actions.value(id)->setEnabled(false);
@@ -253,12 +251,11 @@ void QlumMainActions::addMenu(const QString& title, const QString& name, const Q
     QMenu* menu = m_window->menuBar()->addMenu(title);
     menu->setObjectName(name);
     menu->setToolTipsVisible(true);
-    for (QAction* action : actions) {
+    for (QAction* action : actions)
         if (action)
             menu->addAction(action);
         else
             menu->addSeparator();
-    }
 }
 
 void QlumMainActions::makeMenus(QMenu* viewMenu, QMenu* recentProjects)

@@ -237,10 +237,9 @@ void QlumSettingsDialog::addFile(QFormLayout* form, const char* key, const QStri
 
 void QlumSettingsDialog::sltRestoreDefaults()
 {
-    for (const Field& field : m_fields) {
+    for (const Field& field : m_fields)
         if (const QVariant value = m_settings->defaultValue(field.key); value.isValid())
             field.set(value);
-    }
 }
 
 void QlumSettingsDialog::accept()

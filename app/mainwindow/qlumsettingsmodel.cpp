@@ -9,10 +9,9 @@ QlumSettingsModel::QlumSettingsModel(QObject* parent) : QObject(parent)
     for (const QlumSettingDefault& entry : qlumSettingsDefaults())
         m_defaults.insert(entry.key, entry.value);
     const QStringList keys = m_settings.childKeys();
-    for (const QString& key : keys) {
+    for (const QString& key : keys)
         if (key.contains(QLatin1Char('.')))
             m_stored.insert(key, m_settings.value(key));
-    }
 }
 
 QVariant QlumSettingsModel::value(const QString& key, const QVariant& fallback) const

@@ -188,10 +188,9 @@ void QlumTavelin::loadProject(const QString& fileName)
 {
     m_loading = true;
     const QList<QPointer<QlumServerNode>> toConnect = makeProjectFile().load(fileName);
-    for (const QPointer<QlumServerNode>& server : toConnect) {
+    for (const QPointer<QlumServerNode>& server : toConnect)
         if (server)
             m_servers->connectServer(server);
-    }
     m_loading = false;
 }
 

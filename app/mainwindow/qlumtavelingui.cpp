@@ -148,14 +148,18 @@ void QlumTavelin::connectCommands()
     on(A::RemoveDocument, &QlumTavelin::sltDocumentRemove);
     on(A::CloseTab, &QlumTavelin::sltCloseTab);
     on(A::Configure, &QlumTavelin::sltConfigure);
-    on(A::Plugins, [this] { QlumPluginDialog(m_pluginPath, m_pluginKeys, this).exec(); });
-    on(A::Certificates, [this] { m_services.manageCertificates(this); });
-    on(A::Manual, [this] { m_help->showContents(); });
+    on(
+        A::Plugins, [this] { QlumPluginDialog(m_pluginPath, m_pluginKeys, this).exec(); });
+    on(
+        A::Certificates, [this] { m_services.manageCertificates(this); });
+    on(
+        A::Manual, [this] { m_help->showContents(); });
     on(A::WhatsThis, [] { QWhatsThis::enterWhatsThisMode(); });
     on(A::TipOfTheDay, &QlumTavelin::sltTipOfTheDay);
     on(A::ReportBug, &QlumTavelin::sltHelpReportBug);
     on(A::CheckUpdates, &QlumTavelin::sltHelpCheckUpdates);
-    on(A::About, [this] { QlumAboutDialog(this).exec(); });
+    on(
+        A::About, [this] { QlumAboutDialog(this).exec(); });
     on(A::ClearLog, [this] { m_logModel->clear(); });
     on(A::SaveLog, &QlumTavelin::sltSaveLog);
     on(A::Rebrowse, [this] { m_pages->rebrowseCurrent(); });
@@ -170,11 +174,12 @@ void QlumTavelin::connectViews()
     connect(m_project, &QAbstractItemModel::rowsInserted, m_projectView,
             [this](const QModelIndex& parent) { m_projectView->expand(parent); });
     connect(m_project, &QlumProjectModel::documentNodeChanged, this, &QlumTavelin::setModified);
-    connect(m_project, &QlumProjectModel::serverModelChanged, this,
-            [this](unsigned int serverId, const UaNodeId& node, OpcUa_Byte change) {
-                m_pages->serverModelChanged(serverId, node, change);
-                m_director->serverModelChanged(serverId, node, change);
-            });
+    connect(
+        m_project, &QlumProjectModel::serverModelChanged, this,
+        [this](unsigned int serverId, const UaNodeId& node, OpcUa_Byte change) {
+            m_pages->serverModelChanged(serverId, node, change);
+            m_director->serverModelChanged(serverId, node, change);
+        });
     connect(m_pages, &QlumAddressSpacePages::nodeSelected, this,
             [this](unsigned int serverId, UaNodeId* node, OpcUa_NodeClass nodeClass, UaNodeId* parent) {
                 m_director->selectionChanged(serverId, node, nodeClass, parent);

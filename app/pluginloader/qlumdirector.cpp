@@ -12,10 +12,9 @@ template <typename Call>
 void QlumDirector::forEach(Call&& call)
 {
     const QStringList keys = m_loader->filenames();
-    for (const QString& key : keys) {
+    for (const QString& key : keys)
         if (auto* events = qobject_cast<QlumAppEventInterface*>(m_loader->plugin(key)))
             call(*events);
-    }
 }
 
 template <typename Call>
@@ -61,13 +60,14 @@ void QlumDirector::sessionRemoved(unsigned int serverId)
 
 void QlumDirector::saveSettings(QSettings& settings)
 {
-    forEachInGroup(settings, [&](QlumAppEventInterface& plugin) { plugin.saveSettings(settings); });
+    forEachInGroup(
+        settings, [&](QlumAppEventInterface& plugin) { plugin.saveSettings(settings); });
 }
 
 void QlumDirector::loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap)
 {
-    forEachInGroup(settings,
-                   [&](QlumAppEventInterface& plugin) { plugin.loadSettings(settings, serverIdMap); });
+    forEachInGroup(
+        settings, [&](QlumAppEventInterface& plugin) { plugin.loadSettings(settings, serverIdMap); });
 }
 
 void QlumDirector::serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, unsigned char change)

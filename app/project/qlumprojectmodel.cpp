@@ -79,28 +79,25 @@ void QlumProjectModel::sltNodeChanged(QlumProjectNode* node)
 
 QlumServerNode* QlumProjectModel::findServer(unsigned int serverId) const
 {
-    for (QlumServerNode* server : servers()) {
+    for (QlumServerNode* server : servers())
         if (server->serverId() == serverId)
             return server;
-    }
     return nullptr;
 }
 
 QlumProjectNodeDocument* QlumProjectModel::findDocument(const QString& name) const
 {
-    for (QlumProjectNodeDocument* document : documents()) {
+    for (QlumProjectNodeDocument* document : documents())
         if (document->displayName() == name)
             return document;
-    }
     return nullptr;
 }
 
 QlumProjectNodeDocument* QlumProjectModel::findDocument(const QWidget* widget) const
 {
-    for (QlumProjectNodeDocument* document : documents()) {
+    for (QlumProjectNodeDocument* document : documents())
         if (document->widget() == widget)
             return document;
-    }
     return nullptr;
 }
 

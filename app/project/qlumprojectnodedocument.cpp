@@ -9,10 +9,9 @@ bool isTaken(const QlumProjectNode* folder, const QlumProjectNode* self, const Q
 {
     if (!folder)
         return false;
-    for (const QlumProjectNode* node : folder->childNodes()) {
+    for (const QlumProjectNode* node : folder->childNodes())
         if (node != self && node->displayName() == name)
             return true;
-    }
     return false;
 }
 

@@ -221,12 +221,11 @@ OpcUa_StatusCode OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateCha
         auto findings =
             opcua::checkCertificate(opcua::viewOf(*certificateChain), opcua::foldersOf(pki), profile);
         opcua::FindingJudge judge;
-        if (callback != nullptr) {
+        if (callback != nullptr)
             judge = [&](const opcua::CertificateFinding& finding) {
                 const OpcUa_CertificateValidation details = opcua::validationOf(finding);
                 return callback(&details, context);
             };
-        }
         return opcua::judgeCertificate(findings, judge);
     });
 }

@@ -54,10 +54,9 @@ bool escapeUnknown(const char* format, char* out, size_t size)
                 return false;
             continue;
         }
-        for (; format <= last; ++format) {
+        for (; format <= last; ++format)
             if (!put(*format))
                 return false;
-        }
     }
     out[used] = '\0';
     return true;

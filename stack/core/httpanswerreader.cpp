@@ -69,24 +69,28 @@ struct HttpAnswerReader::Callbacks
     }
     static int onStatus(http_parser* parser, const char* at, size_t length)
     {
-        return guarded(parser,
-                       [=](auto& reader) { return reader.collect(reader.m_answer.reason, at, length); });
+        return guarded(
+            parser, [=](auto& reader) { return reader.collect(reader.m_answer.reason, at, length); });
     }
     static int onField(http_parser* parser, const char* at, size_t length)
     {
-        return guarded(parser, [=](auto& reader) { return reader.onField(at, length); });
+        return guarded(
+            parser, [=](auto& reader) { return reader.onField(at, length); });
     }
     static int onValue(http_parser* parser, const char* at, size_t length)
     {
-        return guarded(parser, [=](auto& reader) { return reader.onValue(at, length); });
+        return guarded(
+            parser, [=](auto& reader) { return reader.onValue(at, length); });
     }
     static int onHeadersComplete(http_parser* parser)
     {
-        return guarded(parser, [](auto& reader) { return reader.onHeadersComplete(); });
+        return guarded(
+            parser, [](auto& reader) { return reader.onHeadersComplete(); });
     }
     static int onBody(http_parser* parser, const char* at, size_t length)
     {
-        return guarded(parser, [=](auto& reader) { return reader.onBody(at, length); });
+        return guarded(
+            parser, [=](auto& reader) { return reader.onBody(at, length); });
     }
     static int onComplete(http_parser* parser)
     {

@@ -40,14 +40,12 @@ HttpPace paceOf(ByteView request)
 
 std::optional<size_t> chooseLane(std::span<const HttpLaneLoad> lanes, HttpPace pace)
 {
-    for (size_t n = 0; n < lanes.size(); ++n) {
+    for (size_t n = 0; n < lanes.size(); ++n)
         if (isShared(lanes[n], pace))
             return n;
-    }
-    for (size_t n = 0; n < lanes.size(); ++n) {
+    for (size_t n = 0; n < lanes.size(); ++n)
         if (lanes[n].outstanding == 0 && !lanes[n].full)
             return n;
-    }
     if (lanes.size() < maxHttpLanes)
         return {};
     // none suits and none can be added: never behind a Publish if it can be helped, then where least waits

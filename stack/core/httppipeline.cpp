@@ -184,10 +184,9 @@ HttpLaneLoad HttpPipeline::load(TimePoint now) const
     HttpLaneLoad result{m_requests.size(), HttpPace::Quick,
                         !m_requests.empty() && now - m_owedSince > httpPatience,
                         m_requestsLeft && m_requests.size() >= *m_requestsLeft};
-    for (const HttpPace pace : {HttpPace::Slow, HttpPace::LongPoll}) {
+    for (const HttpPace pace : {HttpPace::Slow, HttpPace::LongPoll})
         if (m_byPace[static_cast<size_t>(pace)] != 0)
             result.slowest = pace;
-    }
     return result;
 }
 

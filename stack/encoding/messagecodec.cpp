@@ -133,7 +133,8 @@ void* DecodedMessage::release() noexcept
 OpcUa_StatusCode OpcUa_EncodeableObject_EncodeBinary(const OpcUa_EncodeableType* type, const void* object,
                                                      OpcUa_ByteString* bytes)
 {
-    return opcua::encodeToByteString(bytes, [&](opcua::Writer& writer) { writer.structure(*type, object); });
+    return opcua::encodeToByteString(
+        bytes, [&](opcua::Writer& writer) { writer.structure(*type, object); });
 }
 
 OpcUa_StatusCode OpcUa_EncodeableObject_DecodeBinary(const OpcUa_EncodeableType* type, const OpcUa_Byte* data,

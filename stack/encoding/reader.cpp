@@ -401,13 +401,12 @@ bool Reader::fixedElements(ElementType type, size_t count, void* data)
         return fail(OpcUa_BadDecodingError);
     std::memcpy(data, m_at, bytes);
     m_at += bytes;
-    if (type.kind == OpcUaType_Boolean) {
+    if (type.kind == OpcUaType_Boolean)
         for (OpcUa_Boolean& value : std::span(static_cast<OpcUa_Boolean*>(data), count))
             value = value != 0;
-    } else if (type.kind == OpcUaType_DateTime) {
+    else if (type.kind == OpcUaType_DateTime)
         for (OpcUa_DateTime& value : std::span(static_cast<OpcUa_DateTime*>(data), count))
             value = std::max<OpcUa_DateTime>(value, 0);
-    }
     return true;
 }
 

@@ -36,8 +36,9 @@ template <OpcUa_Byte Kind>
 void releaseBuiltInField(const OpcUa_EncodeableType& type, size_t offset, void* objects, size_t count,
                          opcua::TextReleaser& texts)
 {
-    forEachObject(objects, type, count,
-                  [&](void* object) { opcua::releaseBuiltIn(Kind, elementAt(object, 1, offset), texts); });
+    forEachObject(
+        objects, type, count,
+        [&](void* object) { opcua::releaseBuiltIn(Kind, elementAt(object, 1, offset), texts); });
 }
 
 // One field of all objects, so that what the field is has to be looked up once.

@@ -78,10 +78,9 @@ int compareArrays(const OpcUa_Variant& left, const OpcUa_Variant& right)
         return opcua::order(a.Length, b.Length);
     if (a.NoOfDimensions != b.NoOfDimensions)
         return opcua::order(a.NoOfDimensions, b.NoOfDimensions);
-    for (OpcUa_Int32 i = 0; i < a.NoOfDimensions; ++i) {
+    for (OpcUa_Int32 i = 0; i < a.NoOfDimensions; ++i)
         if (a.Dimensions[i] != b.Dimensions[i])
             return opcua::order(a.Dimensions[i], b.Dimensions[i]);
-    }
     return compareElements(ElementType::of(left.Datatype), a.Data, b.Data, lengthOf(a));
 }
 

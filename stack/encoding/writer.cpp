@@ -284,11 +284,9 @@ void Writer::diagnosticInfo(const OpcUa_DiagnosticInfo& value)
                       (hasInfo ? 0x10 : 0) | (value.InnerStatusCode != OpcUa_Good ? 0x20 : 0) |
                       (inner != nullptr ? 0x40 : 0);
     fixed(static_cast<OpcUa_Byte>(mask));
-    for (const OpcUa_Int32 index :
-         {value.SymbolicId, value.NamespaceUri, value.Locale, value.LocalizedText}) {
+    for (const OpcUa_Int32 index : {value.SymbolicId, value.NamespaceUri, value.Locale, value.LocalizedText})
         if (index >= 0)
             fixed(index);
-    }
     if (hasInfo)
         string(value.AdditionalInfo);
     if (value.InnerStatusCode != OpcUa_Good)
@@ -495,10 +493,9 @@ void Writer::prefixedStructure(const OpcUa_EncodeableType& type, const void* obj
     if (!present.isValid(type))
         return fail(OpcUa_BadEncodingError);
     fixed(memberAt<OpcUa_UInt32>(object, 0));
-    for (OpcUa_UInt32 i = 0; i < type.FieldCount && OpcUa_IsGood(m_status); ++i) {
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount && OpcUa_IsGood(m_status); ++i)
         if (present.has(i))
             field(type.Fields[i], object);
-    }
 }
 
 inline void Writer::field(const OpcUa_FieldDescriptor& descriptor, const void* object)

@@ -166,10 +166,9 @@ std::optional<unsigned long> subjectHashOf(ByteView der)
         return std::nullopt;
     if (walker.isContextSpecific() && !walker.skip()) // the version, which the oldest leave out
         return std::nullopt;
-    for (int element = 0; element < 4; ++element) { // serial number, algorithm, issuer, validity
+    for (int element = 0; element < 4; ++element) // serial number, algorithm, issuer, validity
         if (!walker.skip())
             return std::nullopt;
-    }
     const unsigned char* at = walker.rest().data();
     const NameHandle name(d2i_X509_NAME(nullptr, &at, static_cast<long>(walker.rest().size())));
     return name ? std::optional(X509_NAME_hash_ex(name.get(), nullptr, nullptr, nullptr)) : std::nullopt;

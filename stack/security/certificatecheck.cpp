@@ -64,10 +64,9 @@ std::vector<CertificatePointer> possibleIssuers(const std::vector<CertificatePoi
                                                 const PkiContents& contents)
 {
     std::unordered_multimap<unsigned long, const StoredCertificate*> bySubject;
-    for (const auto* certificates : {&contents.trusted, &contents.issuers}) {
+    for (const auto* certificates : {&contents.trusted, &contents.issuers})
         for (const StoredCertificate& certificate : *certificates)
             bySubject.emplace(certificate.subjectHash, &certificate);
-    }
     std::vector<CertificatePointer> found;
     std::vector<unsigned long> wanted;
     for (const CertificatePointer& sent : chain) {
@@ -153,10 +152,9 @@ bool verify(const std::vector<CertificatePointer>& chain, const PkiContents& con
     const BorrowedStack sent(sk_X509_new_null());
     if (!store || !context || !sent)
         return false;
-    for (size_t n = 1; n < chain.size(); ++n) {
+    for (size_t n = 1; n < chain.size(); ++n)
         if (sk_X509_push(sent.get(), chain[n]->x509()) == 0)
             return false;
-    }
     if (X509_STORE_CTX_init(context.get(), store.get(), chain[0]->x509(), sent.get()) != 1)
         return false;
     X509_STORE_CTX_set_app_data(context.get(), &findings);

@@ -82,9 +82,11 @@ bool mayBeOverridden(OpcUa_StatusCode status)
 
 void putInOrder(std::vector<CertificateFinding>& findings)
 {
-    std::stable_sort(findings.begin(), findings.end(), [](const auto& left, const auto& right) {
-        return std::pair(rank(left), left.depth) < std::pair(rank(right), right.depth);
-    });
+    std::stable_sort(
+        findings.begin(), findings.end(),
+        [](const auto& left, const auto& right) {
+            return std::pair(rank(left), left.depth) < std::pair(rank(right), right.depth);
+        });
     const auto same = [](const auto& left, const auto& right) {
         return left.status == right.status && left.depth == right.depth;
     };

@@ -110,16 +110,18 @@ Bytes derOfPem(const Bytes& bytes)
 
 void readCertificates(const std::string& path, bool hashed, std::vector<StoredCertificate>& certificates)
 {
-    readFolder(path, [&](int folder, const char* name) {
-        if (!(hashed ? isHashedName(name) : isCertificateName(name)))
-            return;
-        const Bytes bytes = File(folder, name).content();
-        const Bytes der = hashed ? derOfPem(bytes) : bytes;
-        const auto first = firstOfChain(der);
-        const auto subject = first ? subjectHashOf(*first) : std::nullopt;
-        if (subject)
-            certificates.push_back({Bytes(first->begin(), first->end()), *subject});
-    });
+    readFolder(
+        path,
+        [&](int folder, const char* name) {
+            if (!(hashed ? isHashedName(name) : isCertificateName(name)))
+                return;
+            const Bytes bytes = File(folder, name).content();
+            const Bytes der = hashed ? derOfPem(bytes) : bytes;
+            const auto first = firstOfChain(der);
+            const auto subject = first ? subjectHashOf(*first) : std::nullopt;
+            if (subject)
+                certificates.push_back({Bytes(first->begin(), first->end()), *subject});
+        });
 }
 
 CrlHandle parseRevocationList(const Bytes& bytes)
@@ -133,13 +135,15 @@ CrlHandle parseRevocationList(const Bytes& bytes)
 
 void readRevocationLists(const std::string& path, std::vector<CrlHandle>& lists)
 {
-    readFolder(path, [&](int folder, const char* name) {
-        const Bytes bytes = File(folder, name).content();
-        if (bytes.empty())
-            return;
-        if (CrlHandle list = parseRevocationList(bytes))
-            lists.push_back(std::move(list));
-    });
+    readFolder(
+        path,
+        [&](int folder, const char* name) {
+            const Bytes bytes = File(folder, name).content();
+            if (bytes.empty())
+                return;
+            if (CrlHandle list = parseRevocationList(bytes))
+                lists.push_back(std::move(list));
+        });
 }
 
 } // namespace

@@ -32,10 +32,9 @@ constexpr std::array<PolicyProfile, 5> profiles = {{
 
 const PolicyProfile* findPolicyProfile(std::string_view uri)
 {
-    for (const PolicyProfile& profile : profiles) {
+    for (const PolicyProfile& profile : profiles)
         if (uri == profile.uri)
             return &profile;
-    }
     return nullptr;
 }
 

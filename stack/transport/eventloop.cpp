@@ -110,10 +110,9 @@ void EventLoop::dispatchTimers()
     std::vector<std::shared_ptr<EventHandler>> due;
     {
         const std::lock_guard lock(m_mutex);
-        for (const auto& entry : m_handlers) {
+        for (const auto& entry : m_handlers)
             if (entry.second->deadline() <= now)
                 due.push_back(entry.second);
-        }
     }
     for (const auto& handler : due)
         handler->onTime(now);

@@ -89,14 +89,16 @@ HttpsConnection::LanePointer HttpsConnection::openLaneLocked(TimePoint now)
 
 size_t HttpsConnection::unsentLocked() const
 {
-    return std::accumulate(m_lanes.begin(), m_lanes.end(), size_t{0},
-                           [](size_t sum, const LanePointer& lane) { return sum + lane->unsent(); });
+    return std::accumulate(
+        m_lanes.begin(), m_lanes.end(), size_t{0},
+        [](size_t sum, const LanePointer& lane) { return sum + lane->unsent(); });
 }
 
 size_t HttpsConnection::outstandingLocked() const
 {
-    return std::accumulate(m_lanes.begin(), m_lanes.end(), size_t{0},
-                           [](size_t sum, const LanePointer& lane) { return sum + lane->outstanding(); });
+    return std::accumulate(
+        m_lanes.begin(), m_lanes.end(), size_t{0},
+        [](size_t sum, const LanePointer& lane) { return sum + lane->outstanding(); });
 }
 
 void HttpsConnection::close()

@@ -103,10 +103,9 @@ void Runtime::shutdown()
         const std::lock_guard lock(m_mutex);
         channels.swap(m_channels);
     }
-    for (const auto& known : channels) {
+    for (const auto& known : channels)
         if (const auto channel = known.lock())
             static_cast<void>(channel->shutdown());
-    }
     m_loop->stop();
 }
 

@@ -99,10 +99,9 @@ private:
             return true;
         if (polled.front().revents != 0)
             return false;
-        for (size_t n = polled.size(); n-- > 1;) {
+        for (size_t n = polled.size(); n-- > 1;)
             if (polled[n].revents != 0)
                 finish(n - 1);
-        }
         return true;
     }
 

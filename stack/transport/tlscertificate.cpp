@@ -22,7 +22,8 @@ bool isMadeFor(X509* certificate, const std::string& host)
 
 bool isOf(const std::vector<CertificateFinding>& findings, OpcUa_StatusCode status)
 {
-    return std::ranges::any_of(findings, [=](const auto& finding) { return finding.status == status; });
+    return std::ranges::any_of(
+        findings, [=](const auto& finding) { return finding.status == status; });
 }
 
 } // namespace

@@ -80,11 +80,10 @@ protected:
     // The visible tree of that accessible name that has rows.
     QTreeView* tree(const char* name) const
     {
-        for (QTreeView* view : window->findChildren<QTreeView*>()) {
+        for (QTreeView* view : window->findChildren<QTreeView*>())
             if (view->accessibleName() == QLatin1String(name) && view->isVisible() && view->model() &&
                 view->model()->rowCount() > 0)
                 return view;
-        }
         return nullptr;
     }
 

@@ -113,9 +113,8 @@ TEST_F(HttpsDemoServer, AnUnknownCertificateIsTheApplicationsToJudge)
         EXPECT_EQ(status.statusCode(), accepted ? OpcUa_Good : OpcUa_BadCertificateUntrusted);
         EXPECT_EQ(callback.findings, std::vector<OpcUa_StatusCode>{OpcUa_BadCertificateUntrusted});
         ServiceSettings settings;
-        if (accepted) {
+        if (accepted)
             EXPECT_TRUE(session.disconnect(settings, true).isGood());
-        }
     }
 }
 

@@ -52,11 +52,9 @@ public:
     {
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, limit, [&] {
-            while (m_seen < m_statuses.size()) {
-                if (m_statuses[m_seen++] == wanted) {
+            while (m_seen < m_statuses.size())
+                if (m_statuses[m_seen++] == wanted)
                     return true;
-                }
-            }
             return false;
         });
     }
@@ -98,9 +96,8 @@ protected:
 
     void TearDown() override
     {
-        if (session.isConnected()) {
+        if (session.isConnected())
             session.disconnect(settings, true);
-        }
     }
 
     static SessionSecurityInfo securityOf(const OpcUa_EndpointDescription& endpoint)
@@ -113,9 +110,8 @@ protected:
         security.clientPrivateKey = bytesOf(testcertificates::privateDer(recipe.pair));
         security.securityPolicyUri = UaString(endpoint.SecurityPolicyUri);
         security.messageSecurityMode = endpoint.SecurityMode;
-        if (security.isSecured()) {
+        if (security.isSecured())
             security.serverCertificate = UaByteString(endpoint.ServerCertificate);
-        }
         return security;
     }
 

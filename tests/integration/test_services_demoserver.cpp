@@ -100,9 +100,8 @@ protected:
         callIn.methodId = demoNode(method);
         callIn.inputArguments.create(static_cast<OpcUa_UInt32>(arguments.size()));
         OpcUa_UInt32 i = 0;
-        for (const UaVariant& argument : arguments) {
+        for (const UaVariant& argument : arguments)
             argument.copyTo(&callIn.inputArguments[i++]);
-        }
         return callIn;
     }
     static UaHistoryReadValueIds historyNode(const char* id)
@@ -222,9 +221,8 @@ TEST_F(ServicesDemoServerTest, ProcessedHistoryHasOneValueAnInterval)
             .isGood());
     ASSERT_EQ(results.size(), 1u);
     ASSERT_EQ(results[0].values.length(), 6u) << results[0].status.toString().toUtf8();
-    for (const OpcUa_DataValue& value : results[0].values) {
+    for (const OpcUa_DataValue& value : results[0].values)
         EXPECT_NEAR(value.Value.Value.Double, 50.0, 1.0);
-    }
 }
 
 TEST_F(ServicesDemoServerTest, RegisteredNodesCanBeRead)

@@ -48,9 +48,8 @@ protected:
 
     void TearDown() override
     {
-        if (session.isConnected()) {
+        if (session.isConnected())
             EXPECT_TRUE(session.disconnect(settings, true).isGood());
-        }
     }
 
     UaDataValue readValue(const UaNodeId& node)
@@ -91,9 +90,8 @@ TEST_F(DemoServerTest, DiscoveryListsTheEndpointsOfEachPolicy)
     UaEndpointDescriptions endpoints;
     ASSERT_TRUE(discovery.getEndpoints(settings, url, ClientSecurityInfo(), endpoints).isGood());
     std::set<std::string> policies;
-    for (const OpcUa_EndpointDescription& endpoint : endpoints) {
+    for (const OpcUa_EndpointDescription& endpoint : endpoints)
         policies.insert(UaString(endpoint.SecurityPolicyUri).toStdString());
-    }
     EXPECT_EQ(policies.count(OpcUa_SecurityPolicy_None), 1u);
     EXPECT_EQ(policies.count(OpcUa_SecurityPolicy_Basic256Sha256), 1u);
     UaApplicationDescriptions servers;
@@ -150,12 +148,10 @@ TEST_F(DemoServerTest, TenThousandChildrenComeThroughContinuationPoints)
         session.browse(settings, UaNodeId(UaString("Many"), manyNs), context, point, references);
     for (;;) {
         ASSERT_TRUE(status.isGood()) << status.toString().toUtf8();
-        for (const OpcUa_ReferenceDescription& reference : references) {
+        for (const OpcUa_ReferenceDescription& reference : references)
             children.insert(UaNodeId(reference.NodeId.NodeId));
-        }
-        if (point.isEmpty()) {
+        if (point.isEmpty())
             break;
-        }
         status = session.browseNext(settings, false, point, references);
     }
     EXPECT_EQ(children.size(), 10000u);
@@ -173,9 +169,8 @@ TEST_F(DemoServerTest, ReadBeyondTheServersLimitIsSplit)
     ASSERT_TRUE(
         session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, nodes, values, diagnostics).isGood());
     ASSERT_EQ(values.length(), nodes.length());
-    for (OpcUa_UInt32 i = 0; i < values.length(); ++i) {
+    for (OpcUa_UInt32 i = 0; i < values.length(); ++i)
         ASSERT_EQ(UaVariant(values[i].Value).toNodeId(), UaNodeId(nodes[i].NodeId));
-    }
 }
 
 TEST_F(DemoServerTest, StructuresDecodeByTheDefinitionsOfTheServer)
@@ -231,9 +226,8 @@ TEST_F(DemoServerTest, CallsOfManyThreadsShareOneChannel)
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     EXPECT_EQ(good, 400);
 }
 

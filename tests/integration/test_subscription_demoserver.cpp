@@ -39,9 +39,8 @@ public:
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, std::chrono::seconds(60), [&] {
             const auto found = std::find(m_statuses.begin(), m_statuses.end(), wanted);
-            if (found == m_statuses.end()) {
+            if (found == m_statuses.end())
                 return false;
-            }
             m_statuses.erase(m_statuses.begin(), found + 1);
             return true;
         });
@@ -72,9 +71,8 @@ public:
     void dataChange(OpcUa_UInt32, UaMonitoredItemNotifications& notifications, UaDiagnosticInfos&) override
     {
         change([&] {
-            for (const OpcUa_MonitoredItemNotification& item : notifications) {
+            for (const OpcUa_MonitoredItemNotification& item : notifications)
                 values[item.ClientHandle].push_back(UaVariant(item.Value.Value).toDouble());
-            }
         });
     }
     void newEvents(OpcUa_UInt32, UaEventFieldLists& lists) override
@@ -130,9 +128,8 @@ protected:
 
     void TearDown() override
     {
-        if (session.isConnected()) {
+        if (session.isConnected())
             EXPECT_TRUE(session.disconnect(settings, true).isGood());
-        }
     }
 
     void connect(UaSession& which, const std::string& url)

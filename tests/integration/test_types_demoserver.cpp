@@ -37,12 +37,10 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         const std::string line(text);
-        if (line.find("CALL OpcUa_ClientApi_") != std::string::npos) {
+        if (line.find("CALL OpcUa_ClientApi_") != std::string::npos)
             m_calls.push_back(line);
-        }
-        if (level == UaTrace::Warning) {
+        if (level == UaTrace::Warning)
             m_warnings += line + '\n';
-        }
     }
     std::size_t calls()
     {
@@ -80,9 +78,8 @@ protected:
 
     void TearDown() override
     {
-        if (session.isConnected()) {
+        if (session.isConnected())
             EXPECT_TRUE(session.disconnect(settings, true).isGood());
-        }
     }
 
     UaVariant readValue(const char* id)
@@ -124,13 +121,12 @@ TEST_F(TypesTest, AllTypesComeInTwentyCalls)
         const OpcUa_BuiltInType wire = tree.wireType(id);
         const bool isStructure = wire == OpcUaType_ExtensionObject;
         const bool isEnumeration = tree.derivesFrom(id, UaNodeId(OpcUaId_Enumeration));
-        if (wire != OpcUaType_Null && !isStructure && !isEnumeration) {
+        if (wire != OpcUaType_Null && !isStructure && !isEnumeration)
             ++known;
-        } else if (session.definitionType(id) != UaDataTypeDictionary::UndefinedType) {
+        else if (session.definitionType(id) != UaDataTypeDictionary::UndefinedType)
             ++known;
-        } else {
+        else
             unknown += type.name.toStdString() + ' ' + id.toFullString().toStdString() + '\n';
-        }
     }
     EXPECT_GT(known, 300u);
     // what has no content of its own: the roots of the tree, and Decimal, which is no structure
@@ -222,9 +218,8 @@ TEST_F(TypesTest, BodiesHoldWhatTheServerPutIn)
         ASSERT_TRUE(UaValueText::toXml(value, &session, xml).isGood());
         ASSERT_TRUE(UaValueText::fromXml(xml.view(), &session, fromXml, &error).isGood()) << error.toUtf8();
         EXPECT_EQ(fromJson, fromXml) << json.toUtf8() << xml.toUtf8();
-        if (UaString(id) != UaString("Structure.Range")) { // the stack decodes that one itself
+        if (UaString(id) != UaString("Structure.Range")) // the stack decodes that one itself
             EXPECT_EQ(value, fromJson);
-        }
     }
 }
 

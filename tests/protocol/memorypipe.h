@@ -114,11 +114,13 @@ public:
     }
     void toClient(Bytes bytes, size_t slice = whole)
     {
-        inPieces(bytes, slice, [this](MutableByteView piece) { client.receive(piece, now); });
+        inPieces(
+            bytes, slice, [this](MutableByteView piece) { client.receive(piece, now); });
     }
     void toServer(Bytes bytes, size_t slice = whole)
     {
-        inPieces(bytes, slice, [this](MutableByteView piece) { server.receive(piece, now); });
+        inPieces(
+            bytes, slice, [this](MutableByteView piece) { server.receive(piece, now); });
     }
     void pass(Milliseconds time)
     {

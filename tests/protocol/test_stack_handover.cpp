@@ -28,10 +28,9 @@ private:
     void take(ServerChannel& channel, OpcUa_UInt32 id)
     {
         const size_t number = m_arrived.values().size();
-        if (number == m_releaseWith) {
+        if (number == m_releaseWith)
             for (const OpcUa_UInt32 waiting : std::exchange(m_open, {}))
                 channel.respond(waiting, findServersResponse());
-        }
         if (std::find(m_held.begin(), m_held.end(), number) == m_held.end())
             channel.respond(id, findServersResponse());
         else

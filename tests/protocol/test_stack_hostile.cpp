@@ -53,9 +53,8 @@ std::optional<OpcUa_StatusCode> outcomeOf(State state, const Bytes& bytes)
     MemoryPipe pipe;
     const OpcUa_UInt32 id = bringTo(pipe, state);
     pipe.toClient(bytes);
-    if (id != 0) {
+    if (id != 0)
         EXPECT_EQ(pipe.statusOf(id), pipe.clientClosed);
-    }
     if (pipe.clientClosed) {
         EXPECT_TRUE(pipe.client.output().empty());
         EXPECT_EQ(pipe.client.nextDeadline(), never);

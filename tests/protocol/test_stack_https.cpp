@@ -276,10 +276,9 @@ TEST_F(StackHttps, NeitherPublishNorASlowMethodHoldsUpOthers)
 {
     const HttpsPeer peer([](TlsPeerSocket& socket, int) {
         HttpRequest request;
-        while (socket.read(request)) {
+        while (socket.read(request))
             if (paceOf(request.body) == HttpPace::Quick)
                 socket.write(goodAnswer());
-        }
     });
     HttpsChannel channel;
     ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);

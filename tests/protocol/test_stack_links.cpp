@@ -111,9 +111,8 @@ TEST_F(StackTransport, ReconnectsWithoutGrowth)
     EXPECT_EQ(after.threads, before.threads);
     // less than the smallest block a round; below that it is what threads keep at hand
     EXPECT_LE(after.heap - before.heap, std::max(64 * 1024, rounds * 24));
-    if (rounds >= 10'000) { // fewer say nothing, and sanitizers keep what was freed
+    if (rounds >= 10'000) // fewer say nothing, and sanitizers keep what was freed
         EXPECT_LE(after.resident - before.resident, 2 * 1024 * 1024);
-    }
     std::printf("%d reconnects: %td descriptors, %td threads, %td bytes of heap, %td bytes resident more\n",
                 rounds, after.descriptors - before.descriptors, after.threads - before.threads,
                 after.heap - before.heap, after.resident - before.resident);
@@ -181,10 +180,9 @@ std::vector<std::string> traceOfConnect(const LoopbackPeer::Script& script)
     OpcUa_Trace_SetHook(nullptr, nullptr);
     OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_NONE);
     std::vector<std::string> all = lines.values();
-    for (std::string& line : all) {
+    for (std::string& line : all)
         for (size_t at = line.find(port); at != std::string::npos; at = line.find(port, at))
             line.replace(at, port.size(), "PORT");
-    }
     return all;
 }
 

@@ -175,10 +175,9 @@ TEST_F(StackTransport, CallsEndAtTheirTimeAndTheChannelGoesOn)
     std::vector<OpcUa_UInt32> unanswered;
     LoopbackPeer peer(serving([&](ServerChannel& channel, OpcUa_UInt32 id, const Bytes&) {
         unanswered.push_back(id);
-        if (unanswered.size() == 2) { // the second call brings the late answer to the first along
+        if (unanswered.size() == 2) // the second call brings the late answer to the first along
             for (const OpcUa_UInt32 late : unanswered)
                 channel.respond(late, findServersResponse());
-        }
     }));
     Channel channel;
     ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);

@@ -89,10 +89,9 @@ private:
         if (fault == Fault::Restart && m_random() % 4 != 0) // it hits all, and takes its time
             fault = Fault::Reset;
         std::vector<std::size_t> hit;
-        for (std::size_t n = 0; n < m_lines.size(); ++n) {
+        for (std::size_t n = 0; n < m_lines.size(); ++n)
             if (m_random() % 2 == 0 || n == securedOne)
                 hit.push_back(n);
-        }
         ++m_seen[faultNames[static_cast<std::size_t>(fault)]];
         apply(fault, hit);
         return recovered(Clock::now(), faultNames[static_cast<std::size_t>(fault)]);

@@ -46,11 +46,10 @@ bool secure(const std::string& url, UaClientSdk::SessionSecurityInfo& security)
     }
     security.securityPolicyUri = UaString(OpcUa_SecurityPolicy_Basic256Sha256);
     security.messageSecurityMode = OpcUa_MessageSecurityMode_SignAndEncrypt;
-    for (const OpcUa_EndpointDescription& endpoint : endpoints) {
+    for (const OpcUa_EndpointDescription& endpoint : endpoints)
         if (endpoint.SecurityMode == security.messageSecurityMode &&
             UaString(endpoint.SecurityPolicyUri) == security.securityPolicyUri)
             security.serverCertificate = UaByteString(endpoint.ServerCertificate);
-    }
     return security.serverCertificate.length() > 0;
 }
 

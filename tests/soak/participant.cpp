@@ -91,10 +91,9 @@ void Participant::stop()
 
 bool Participant::deliveredSince(Clock::time_point time) const
 {
-    for (const auto& slot : m_slots) {
+    for (const auto& slot : m_slots)
         if (slot->delivered.load() <= time)
             return false;
-    }
     return true;
 }
 

@@ -102,9 +102,8 @@ OpcUa_StatusCode FakeStack::answerRead(const OpcUa_ReadRequest& request, OpcUa_R
             value.Value.Array.Length = static_cast<OpcUa_Int32>(m_namespaces.size());
             auto* uris = static_cast<OpcUa_String*>(
                 OpcUa_Memory_AllocArray(m_namespaces.size(), sizeof(OpcUa_String)));
-            for (size_t n = 0; n < m_namespaces.size(); ++n) {
+            for (size_t n = 0; n < m_namespaces.size(); ++n)
                 assign(uris[n], m_namespaces[n]);
-            }
             value.Value.Array.Data = uris;
         } else {
             // any other node reads as its own number, which shows whether results keep their order
@@ -138,11 +137,10 @@ void FakeStack::refuseNextBegin(const OpcUa_EncodeableType& requestType,
 void FakeStack::holdAnswers(const OpcUa_EncodeableType& requestType, bool hold)
 {
     std::lock_guard lock(m_mutex);
-    if (hold) {
+    if (hold)
         m_held.insert(&requestType);
-    } else {
+    else
         m_held.erase(&requestType);
-    }
     m_pendingChanged.notify_all();
 }
 
@@ -236,9 +234,8 @@ void FakeStack::loseLink()
         context = m_eventContext;
     }
     abortPending();
-    if (event) {
+    if (event)
         event(nullptr, OpcUa_Channel_Event_Disconnected, OpcUa_BadConnectionClosed, nullptr, context);
-    }
 }
 
 std::vector<std::string> FakeStack::serverCertificates()
@@ -258,9 +255,8 @@ OpcUa_StatusCode FakeStack::connect(const OpcUa_ChannelConnectInfo& info, OpcUa_
     m_event = info.Callback;
     m_eventContext = info.CallbackContext;
     if (std::string_view(info.SecurityPolicyUri) == OpcUa_SecurityPolicy_Basic128Rsa15 &&
-        info.AllowBasic128Rsa15 == OpcUa_False) {
+        info.AllowBasic128Rsa15 == OpcUa_False)
         return OpcUa_BadSecurityPolicyRejected; // as the real one
-    }
     if (!m_distrustedTls.empty() && std::string_view(info.Url).starts_with("https:")) {
         std::string der = m_distrustedTls;
         lock.unlock();
@@ -276,9 +272,8 @@ OpcUa_StatusCode FakeStack::connect(const OpcUa_ChannelConnectInfo& info, OpcUa_
         m_cancelRequested = false;
         return OpcUa_BadRequestCancelledByClient;
     }
-    if (revisedLifetime) {
+    if (revisedLifetime)
         *revisedLifetime = info.RequestedLifetime;
-    }
     return m_connectResult;
 }
 
@@ -318,14 +313,12 @@ OpcUa_StatusCode FakeStack::answer(const OpcUa_EncodeableType& requestType, cons
         if (!failures.empty()) {
             const OpcUa_StatusCode status = failures.front();
             failures.pop_front();
-            if (OpcUa_IsBad(status)) {
+            if (OpcUa_IsBad(status))
                 return status;
-            }
         }
         const auto found = m_handlers.find(&requestType);
-        if (found == m_handlers.end()) {
+        if (found == m_handlers.end())
             return OpcUa_BadServiceUnsupported;
-        }
         handler = found->second;
     }
     return handler(request, response);
@@ -340,9 +333,8 @@ OpcUa_StatusCode FakeStack::beginInvoke(const OpcUa_EncodeableType& requestType,
     std::shared_ptr<void> copy(
         OpcUa_EncodeableObject_Create(&requestType),
         [type = &requestType](void* object) { OpcUa_EncodeableObject_Delete(type, &object); });
-    if (OpcUa_IsBad(OpcUa_EncodeableObject_Copy(&requestType, request, copy.get()))) {
+    if (OpcUa_IsBad(OpcUa_EncodeableObject_Copy(&requestType, request, copy.get())))
         return OpcUa_BadOutOfMemory;
-    }
     std::lock_guard lock(m_mutex);
     m_journal.emplace_back(requestType.TypeName);
     m_called.notify_all();
@@ -350,23 +342,23 @@ OpcUa_StatusCode FakeStack::beginInvoke(const OpcUa_EncodeableType& requestType,
     if (!refusals.empty()) {
         const OpcUa_StatusCode status = refusals.front();
         refusals.pop_front();
-        if (OpcUa_IsBad(status)) {
+        if (OpcUa_IsBad(status))
             return status;
-        }
     }
     m_pending.push_back({&requestType, std::move(copy), &responseType, callback, callbackData});
-    if (!m_delivery.joinable()) {
+    if (!m_delivery.joinable())
         m_delivery = std::thread([this] { deliverAnswers(); });
-    }
     m_pendingChanged.notify_all();
     return OpcUa_Good;
 }
 
 std::deque<FakeStack::Pending>::iterator FakeStack::nextToDeliverLocked()
 {
-    return std::find_if(m_pending.begin(), m_pending.end(), [this](const Pending& call) {
-        return m_aborting || !m_held.contains(call.requestType) || m_released[call.requestType] > 0;
-    });
+    return std::find_if(
+        m_pending.begin(), m_pending.end(),
+        [this](const Pending& call) {
+            return m_aborting || !m_held.contains(call.requestType) || m_released[call.requestType] > 0;
+        });
 }
 
 void FakeStack::deliverAnswers()
@@ -376,16 +368,14 @@ void FakeStack::deliverAnswers()
         m_pendingChanged.wait(lock,
                               [this] { return m_endDelivery || nextToDeliverLocked() != m_pending.end(); });
         const auto next = nextToDeliverLocked();
-        if (next == m_pending.end()) {
+        if (next == m_pending.end())
             return;
-        }
         const Pending call = std::move(*next);
         m_pending.erase(next);
         m_delivering = true;
         const bool aborted = m_aborting;
-        if (!aborted && m_held.contains(call.requestType)) {
+        if (!aborted && m_held.contains(call.requestType))
             --m_released[call.requestType];
-        }
         lock.unlock();
         deliver(call, aborted);
         lock.lock();
@@ -410,18 +400,16 @@ void FakeStack::deliver(const Pending& call, bool aborted)
             response = OpcUa_EncodeableObject_Create(type);
         }
     }
-    if (OpcUa_IsBad(status) && response) {
+    if (OpcUa_IsBad(status) && response)
         OpcUa_EncodeableObject_Delete(type, &response);
-    }
     call.callback(nullptr, response, type, call.callbackData, status);
 }
 
 void FakeStack::abortPending()
 {
     std::unique_lock lock(m_mutex);
-    if (std::this_thread::get_id() == m_delivery.get_id()) {
+    if (std::this_thread::get_id() == m_delivery.get_id())
         return;
-    }
     m_aborting = true;
     m_pendingChanged.notify_all();
     m_pendingChanged.wait(lock, [this] { return m_pending.empty() && !m_delivering; });
@@ -436,9 +424,8 @@ void FakeStack::endDelivery()
         m_endDelivery = true;
         m_pendingChanged.notify_all();
     }
-    if (m_delivery.joinable()) {
+    if (m_delivery.joinable())
         m_delivery.join();
-    }
     m_delivery = std::thread();
     m_endDelivery = false;
 }

@@ -180,10 +180,9 @@ void FaultProxy::run()
             continue;
         if ((polled[1].revents & POLLIN) != 0)
             acceptOne();
-        for (std::size_t n = 0; n < pairs.size(); ++n) {
+        for (std::size_t n = 0; n < pairs.size(); ++n)
             if (!pairs[n]->dead)
                 serve(*pairs[n], polled[2 + 2 * n].revents, polled[3 + 2 * n].revents);
-        }
     }
 }
 

@@ -78,18 +78,16 @@ public:
         constexpr std::string_view end = "\r\n\r\n";
         constexpr std::string_view lengthField = "Content-Length: ";
         size_t at = std::string::npos;
-        while ((at = m_plain.find(end)) == std::string::npos) {
+        while ((at = m_plain.find(end)) == std::string::npos)
             if (!readPlain())
                 return false;
-        }
         request.head = m_plain.substr(0, at + 2);
         const size_t field = request.head.find(lengthField);
         const size_t length =
             field == std::string::npos ? 0 : std::stoul(request.head.substr(field + lengthField.size()));
-        while (m_plain.size() < at + end.size() + length) {
+        while (m_plain.size() < at + end.size() + length)
             if (!readPlain())
                 return false;
-        }
         const auto body = m_plain.begin() + static_cast<std::ptrdiff_t>(at + end.size());
         request.body.assign(body, body + static_cast<std::ptrdiff_t>(length));
         m_plain.erase(0, at + end.size() + length);

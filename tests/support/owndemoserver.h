@@ -22,9 +22,8 @@ public:
                                     info() + "' --log '" + m_folder.file("log") + "' --pki '" +
                                     m_folder.file(certificates) + "' --port " + std::to_string(m_port) +
                                     " >/dev/null";
-        if (std::system(command.c_str()) != 0) {
+        if (std::system(command.c_str()) != 0)
             return false;
-        }
         const std::string text = TemporaryFolder::read(info());
         m_process = numberOf(text, "\"pid\":");
         m_port = numberOf(text, "\"port\":");

@@ -29,10 +29,12 @@ public:
         recipe.pair = testcertificates::key(2048, "server");
         certificate = bytesOf(testcertificates::make(recipe));
         m_key = bytesOf(testcertificates::privateDer(recipe.pair));
-        stack.on(OpcUa_CreateSessionRequest_EncodeableType, [this](const void* request, void* response) {
-            return createSession(*static_cast<const OpcUa_CreateSessionRequest*>(request),
-                                 *static_cast<OpcUa_CreateSessionResponse*>(response));
-        });
+        stack.on(
+            OpcUa_CreateSessionRequest_EncodeableType,
+            [this](const void* request, void* response) {
+                return createSession(*static_cast<const OpcUa_CreateSessionRequest*>(request),
+                                     *static_cast<OpcUa_CreateSessionResponse*>(response));
+            });
         stack.on(OpcUa_ActivateSessionRequest_EncodeableType, [this](const void* request, void* response) {
             return activate(*static_cast<const OpcUa_ActivateSessionRequest*>(request),
                             *static_cast<OpcUa_ActivateSessionResponse*>(response));
@@ -54,9 +56,8 @@ public:
         info.securityPolicyUri = UaString(m_policyUri.c_str());
         info.messageSecurityMode = m_mode;
         info.basic128Rsa15Accepted = m_policyUri == OpcUa_SecurityPolicy_Basic128Rsa15;
-        if (info.isSecured()) {
+        if (info.isSecured())
             info.serverCertificate = certificate;
-        }
         info.clientCertificate = bytesOf(testcertificates::make(recipe));
         info.clientPrivateKey = bytesOf(testcertificates::privateDer(recipe.pair));
         return info;
@@ -91,16 +92,14 @@ private:
             if (provider
                     .sign(*m_key.get(), joined(m_clientCertificate, UaByteString(request.ClientNonce)),
                           signature)
-                    .isBad()) {
+                    .isBad())
                 return OpcUa_BadInternalError;
-            }
             signature.copyTo(&response.ServerSignature.Signature);
             OpcUa_String_Assign(&response.ServerSignature.Algorithm, provider.signatureUri(), -1);
         }
         addEndpoint(request.EndpointUrl, response);
-        if (tamperCreate) {
+        if (tamperCreate)
             tamperCreate(response);
-        }
         m_nonce = UaByteString(response.ServerNonce);
         return OpcUa_Good;
     }
@@ -124,9 +123,8 @@ private:
             OpcUa_EncodeableObject_Initialize(&OpcUa_UserTokenPolicy_EncodeableType, &policy);
             OpcUa_String_Assign(&policy.PolicyId, std::to_string(i).c_str(), -1);
             policy.TokenType = tokens[i].type;
-            if (tokens[i].policyUri) {
+            if (tokens[i].policyUri)
                 OpcUa_String_Assign(&policy.SecurityPolicyUri, tokens[i].policyUri, -1);
-            }
         }
     }
 
@@ -135,17 +133,14 @@ private:
     {
         std::string login = userOf(request);
         const UaClientSdk::CryptoProvider provider(UaString(m_policyUri.c_str()));
-        if (!provider.isNone() && !isSigned(provider, m_clientCertificate, request.ClientSignature)) {
+        if (!provider.isNone() && !isSigned(provider, m_clientCertificate, request.ClientSignature))
             login += " unsigned";
-        }
         logins.push_back(login);
-        if (OpcUa_IsBad(activateResult)) {
+        if (OpcUa_IsBad(activateResult))
             return activateResult;
-        }
         nextNonce(response.ServerNonce);
-        if (tamperActivate) {
+        if (tamperActivate)
             tamperActivate(response);
-        }
         m_nonce = UaByteString(response.ServerNonce);
         return OpcUa_Good;
     }
@@ -153,12 +148,10 @@ private:
     std::string userOf(const OpcUa_ActivateSessionRequest& request) const
     {
         const auto& body = request.UserIdentityToken.Body.EncodeableObject;
-        if (request.UserIdentityToken.Encoding != OpcUa_ExtensionObjectEncoding_EncodeableObject) {
+        if (request.UserIdentityToken.Encoding != OpcUa_ExtensionObjectEncoding_EncodeableObject)
             return "nobody";
-        }
-        if (body.Type == &OpcUa_UserNameIdentityToken_EncodeableType) {
+        if (body.Type == &OpcUa_UserNameIdentityToken_EncodeableType)
             return userNameOf(*static_cast<const OpcUa_UserNameIdentityToken*>(body.Object));
-        }
         if (body.Type == &OpcUa_X509IdentityToken_EncodeableType) {
             const auto& token = *static_cast<const OpcUa_X509IdentityToken*>(body.Object);
             const UaClientSdk::CryptoProvider provider(tokenPolicyUri(token.PolicyId));
@@ -173,12 +166,10 @@ private:
     {
         const std::string name = "user " + UaString(token.UserName).toStdString() + " ";
         const UaClientSdk::CryptoProvider provider(tokenPolicyUri(token.PolicyId));
-        if (provider.isNone()) {
+        if (provider.isNone())
             return name + std::string(UaByteString(token.Password).view()) + " in clear";
-        }
-        if (UaString(token.EncryptionAlgorithm).view() != provider.encryptionUri()) {
+        if (UaString(token.EncryptionAlgorithm).view() != provider.encryptionUri())
             return name + "by another algorithm";
-        }
         OpcUa_CryptoProvider raw = nullptr;
         OpcUa_ByteString plain;
         OpcUa_CryptoProvider_Create(tokenPolicyUri(token.PolicyId).toUtf8(), &raw);
@@ -193,13 +184,11 @@ private:
     std::string passwordOf(std::string_view secret) const
     {
         const std::string_view nonce = m_nonce.view();
-        if (secret.size() < 4 + nonce.size() || !secret.ends_with(nonce)) {
+        if (secret.size() < 4 + nonce.size() || !secret.ends_with(nonce))
             return "without the nonce";
-        }
         std::size_t length = 0;
-        for (std::size_t i = 4; i-- > 0;) {
+        for (std::size_t i = 4; i-- > 0;)
             length = length << 8 | static_cast<unsigned char>(secret[i]);
-        }
         return length == secret.size() - 4 ? std::string(secret.substr(4, length - nonce.size()))
                                            : "of another length";
     }

@@ -14,9 +14,8 @@ public:
     TemporaryFolder()
     {
         std::string name = (std::filesystem::temp_directory_path() / "tavelin-test-XXXXXX").native();
-        if (::mkdtemp(name.data()) == nullptr) {
+        if (::mkdtemp(name.data()) == nullptr)
             std::abort();
-        }
         m_path = name;
     }
     ~TemporaryFolder()
@@ -32,9 +31,8 @@ public:
     [[nodiscard]] std::vector<std::string> names() const
     {
         std::vector<std::string> result;
-        for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
+        for (const auto& entry : std::filesystem::directory_iterator(m_path))
             result.push_back(entry.path().filename().native());
-        }
         return result;
     }
 
@@ -47,9 +45,8 @@ public:
     {
         std::ifstream file(path);
         std::vector<std::string> result;
-        for (std::string line; std::getline(file, line);) {
+        for (std::string line; std::getline(file, line);)
             result.push_back(line);
-        }
         return result;
     }
     static void write(const std::string& path, const std::string& content)

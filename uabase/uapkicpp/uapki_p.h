@@ -83,9 +83,8 @@ template <class T>
                         int (*encoder)(const T*, unsigned char**), void (*release)(T*),
                         const UaPkiErrors& errors)
 {
-    if (!isOneElement(bytes, errors)) {
+    if (!isOneElement(bytes, errors))
         return nullptr;
-    }
     ERR_clear_error();
     const unsigned char* position = bytes.data();
     T* object = decoder(nullptr, &position, static_cast<long>(bytes.size()));

@@ -18,9 +18,8 @@ namespace {
 UaPkiCertificate decoded(UaPki::Bytes bytes)
 {
     UaPkiCertificate certificate;
-    if (X509* object = UaPki::decode<X509>(bytes, &d2i_X509, &i2d_X509, &X509_free, certificate)) {
+    if (X509* object = UaPki::decode<X509>(bytes, &d2i_X509, &i2d_X509, &X509_free, certificate))
         UaPkiAccess::set(certificate, object);
-    }
     return certificate;
 }
 
@@ -31,9 +30,8 @@ UaString shownLines(std::string_view text)
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
         result += UaPki::shown(text.substr(start, end - start)).view();
-        if (end < text.size()) {
+        if (end < text.size())
             result += '\n';
-        }
         start = end + 1;
     }
     return UaString(result);
@@ -62,9 +60,8 @@ UaPkiCertificate UaPkiCertificate::fromPEMFile(const UaString& path)
 {
     UaPkiCertificate certificate;
     std::vector<unsigned char> bytes;
-    if (!UaPki::readFile(path, bytes, certificate)) {
+    if (!UaPki::readFile(path, bytes, certificate))
         return certificate;
-    }
     ERR_clear_error();
     const UaPki::BioPointer memory = UaPki::readMemory(bytes);
     X509* object =
@@ -107,15 +104,13 @@ bool UaPkiCertificate::toPEMFile(const UaString& path) const
 UaPkiCertificateInfo UaPkiCertificate::info() const
 {
     UaPkiCertificateInfo info;
-    if (isNull()) {
+    if (isNull())
         return info;
-    }
     const UaPki::AlternativeNamesPointer names(static_cast<GENERAL_NAMES*>(
         X509_get_ext_d2i(m_certificate.get(), NID_subject_alt_name, nullptr, nullptr)));
     UaPki::readAlternativeNames(names.get(), info);
-    if (ASN1_INTEGER_get_int64(&info.serialNumber, X509_get0_serialNumber(m_certificate.get())) != 1) {
+    if (ASN1_INTEGER_get_int64(&info.serialNumber, X509_get0_serialNumber(m_certificate.get())) != 1)
         info.serialNumber = 0;
-    }
     info.validFrom = validFrom();
     info.validTo = validTo();
     info.validTime = info.validFrom.msecsTo(info.validTo) / 1000;
@@ -140,9 +135,8 @@ UaString UaPkiCertificate::commonName() const
 
 UaString UaPkiCertificate::serialNumber() const
 {
-    if (isNull()) {
+    if (isNull())
         return UaString();
-    }
     const ASN1_INTEGER* number = X509_get0_serialNumber(m_certificate.get());
     std::string text = ASN1_STRING_type(number) == V_ASN1_NEG_INTEGER ? "-" : "";
     std::array<char, 4> pair{};
@@ -202,9 +196,8 @@ bool UaPkiCertificate::verifySignature(const UaPkiPublicKey& publicKey) const
 UaPkiCertificate::SignatureAlgorithm UaPkiCertificate::signatureAlgorithm() const
 {
     int digest = NID_undef;
-    if (isNull() || X509_get_signature_info(m_certificate.get(), &digest, nullptr, nullptr, nullptr) != 1) {
+    if (isNull() || X509_get_signature_info(m_certificate.get(), &digest, nullptr, nullptr, nullptr) != 1)
         return UnknownSignatureAlgorithm;
-    }
     return digest == NID_sha1 ? Sha1 : digest == NID_sha256 ? Sha256 : UnknownSignatureAlgorithm;
 }
 
@@ -228,9 +221,8 @@ UaString UaPkiCertificate::extensionValue(Extension extension) const
 {
     const int index = isNull() ? -1 : X509_get_ext_by_NID(m_certificate.get(), extension, -1);
     const UaPki::BioPointer memory = UaPki::newMemory();
-    if (index < 0 || memory == nullptr) {
+    if (index < 0 || memory == nullptr)
         return UaString();
-    }
     X509V3_EXT_print(memory.get(), X509_get_ext(m_certificate.get(), index), X509V3_EXT_DUMP_UNKNOWN, 0);
     ERR_clear_error();
     char* text = nullptr;
@@ -259,9 +251,8 @@ UaByteString UaPkiCertificate::thumbPrint() const
 {
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
     unsigned int length = 0;
-    if (isNull() || X509_digest(m_certificate.get(), EVP_sha1(), digest.data(), &length) != 1) {
+    if (isNull() || X509_digest(m_certificate.get(), EVP_sha1(), digest.data(), &length) != 1)
         return UaByteString();
-    }
     return UaByteString(static_cast<OpcUa_Int32>(length), digest.data());
 }
 
@@ -280,8 +271,7 @@ UaPkiPublicKey UaPkiCertificate::publicKey() const
 
 bool operator==(const UaPkiCertificate& left, const UaPkiCertificate& right)
 {
-    if (left.isNull() || right.isNull()) {
+    if (left.isNull() || right.isNull())
         return left.isNull() == right.isNull();
-    }
     return X509_cmp(left.m_certificate.get(), right.m_certificate.get()) == 0;
 }

@@ -28,9 +28,8 @@ UaPkiCertificateCollection UaPkiCertificateCollection::fromDERChain(const UaByte
 
 bool UaPkiCertificateCollection::addCertificate(const UaPkiCertificate& certificate)
 {
-    if (certificate.isNull()) {
+    if (certificate.isNull())
         return false;
-    }
     m_certificates.push_back(certificate);
     return true;
 }

@@ -54,9 +54,8 @@ X509* finished(const X509* certificate)
 {
     unsigned char* bytes = nullptr;
     const int length = i2d_X509(certificate, &bytes);
-    if (length < 0) {
+    if (length < 0)
         return nullptr;
-    }
     const unsigned char* position = bytes;
     X509* fresh = d2i_X509(nullptr, &position, length);
     OPENSSL_free(bytes);
@@ -69,9 +68,8 @@ X509* sign(X509* certificate, EVP_PKEY* key, UaPkiCertificate::SignatureAlgorith
     ERR_clear_error();
     X509* signedOne =
         X509_sign(certificate, key, UaPki::digestOf(algorithm)) > 0 ? finished(certificate) : nullptr;
-    if (signedOne == nullptr) {
+    if (signedOne == nullptr)
         errors.addOpenSSLError("The certificate could not be signed");
-    }
     return signedOne;
 }
 
@@ -84,13 +82,10 @@ X509* create(const Recipe& recipe, const UaPkiErrors& errors)
         return nullptr;
     }
     X509* issuer = recipe.role == Role::IssuedApplication ? recipe.issuer : certificate.get();
-    if (!UaPki::addExtensions(certificate.get(), recipe.role, issuer, recipe.issuerKey, errors)) {
+    if (!UaPki::addExtensions(certificate.get(), recipe.role, issuer, recipe.issuerKey, errors))
         return nullptr;
-    }
-    if (recipe.role != Role::Authority &&
-        !UaPki::addAlternativeNames(certificate.get(), recipe.info, errors)) {
+    if (recipe.role != Role::Authority && !UaPki::addAlternativeNames(certificate.get(), recipe.info, errors))
         return nullptr;
-    }
     return sign(certificate.get(), recipe.issuerKey, recipe.algorithm, errors);
 }
 
@@ -107,9 +102,8 @@ OpcUa_Int64 randomSerialNumber()
 {
     OpcUa_Int64 number = 0;
     do {
-        if (RAND_bytes(reinterpret_cast<unsigned char*>(&number), sizeof(number)) != 1) {
+        if (RAND_bytes(reinterpret_cast<unsigned char*>(&number), sizeof(number)) != 1)
             return 0;
-        }
         number &= INT64_MAX;
     } while (number == 0);
     return number;
@@ -175,9 +169,8 @@ UaPkiCertificate UaPkiCertificate::fromCSR(const UaPkiCSR& csr, const UaPkiCerti
         certificate.addError("The request is not signed by its own key");
         return certificate;
     }
-    if (!isUsableIssuer(issuer, issuerKey, certificate)) {
+    if (!isUsableIssuer(issuer, issuerKey, certificate))
         return certificate;
-    }
     UaPkiCertificateInfo info = csr.info();
     info.serialNumber = randomSerialNumber();
     info.validFrom = validFrom;
@@ -199,9 +192,8 @@ bool UaPkiCertificate::sign(const UaPkiCertificate& issuer, const UaPkiPrivateKe
         addError("There is no certificate to sign");
         return false;
     }
-    if (!isUsableIssuer(issuer, issuerKey, *this)) {
+    if (!isUsableIssuer(issuer, issuerKey, *this))
         return false;
-    }
     ERR_clear_error();
     X509* authority = UaPkiAccess::get(issuer);
     const CertificatePointer copy(X509_dup(m_certificate.get()));
@@ -210,9 +202,8 @@ bool UaPkiCertificate::sign(const UaPkiCertificate& issuer, const UaPkiPrivateKe
         return false;
     }
     const int place = X509_get_ext_by_NID(copy.get(), NID_authority_key_identifier, -1);
-    if (place >= 0) {
+    if (place >= 0)
         UaPki::ExtensionPointer(X509_delete_ext(copy.get(), place));
-    }
     const UaPki::ExtensionPointer identifier =
         UaPki::authorityKeyIdentifier(copy.get(), authority, UaPkiAccess::get(issuerKey));
     if (identifier == nullptr || X509_add_ext(copy.get(), identifier.get(), place) != 1) {
@@ -220,9 +211,8 @@ bool UaPkiCertificate::sign(const UaPkiCertificate& issuer, const UaPkiPrivateKe
         return false;
     }
     X509* signedOne = ::sign(copy.get(), UaPkiAccess::get(issuerKey), algorithm, *this);
-    if (signedOne == nullptr) {
+    if (signedOne == nullptr)
         return false;
-    }
     UaPkiAccess::set(*this, signedOne);
     return true;
 }

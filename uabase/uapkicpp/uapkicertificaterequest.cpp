@@ -15,9 +15,8 @@ UaPkiCSR makeRequest(const UaPkiCertificateInfo& info, const X509_NAME* subject,
         result.addOpenSSLError("The request could not be created");
         return result;
     }
-    if (!UaPki::addExtensions(request.get(), info, result)) {
+    if (!UaPki::addExtensions(request.get(), info, result))
         return result;
-    }
     if (X509_REQ_sign(request.get(), key, UaPki::digestOf(algorithm)) <= 0) {
         result.addOpenSSLError("The request could not be signed");
         return result;
@@ -33,9 +32,8 @@ UaPkiCSR UaPkiCertificate::createCSR(const UaPkiCertificateInfo& info, const UaP
 {
     UaPkiCSR failed;
     const UaPki::NamePointer name = UaPki::toName(subject, failed);
-    if (name == nullptr) {
+    if (name == nullptr)
         return failed;
-    }
     if (keyPair.isNull()) {
         failed.addError("There is no key pair for the request");
         return failed;

@@ -24,9 +24,8 @@ bool step(UaPki::Bytes& rest, bool enter)
     int tag = 0;
     int kind = 0;
     if (rest.empty() ||
-        (ASN1_get_object(&at, &length, &tag, &kind, static_cast<long>(rest.size())) & Fault) != 0) {
+        (ASN1_get_object(&at, &length, &tag, &kind, static_cast<long>(rest.size())) & Fault) != 0)
         return false;
-    }
     const UaPki::Bytes element(at, rest.data() + rest.size());
     const auto size = static_cast<std::size_t>(length);
     rest = enter ? element.first(size) : element.subspan(size);
@@ -36,16 +35,13 @@ bool step(UaPki::Bytes& rest, bool enter)
 // The hash of the subject; nothing when the bytes do not look like a certificate.
 std::optional<unsigned long> subjectHashOf(UaPki::Bytes rest)
 {
-    if (!step(rest, true) || !step(rest, true)) {
+    if (!step(rest, true) || !step(rest, true))
         return std::nullopt;
-    }
     const bool hasVersion = !rest.empty() && (rest[0] & 0xC0u) == 0x80;
     const int before = hasVersion ? 5 : 4; // then serial number, algorithm, issuer, validity
-    for (int element = 0; element < before; ++element) {
-        if (!step(rest, false)) {
+    for (int element = 0; element < before; ++element)
+        if (!step(rest, false))
             return std::nullopt;
-        }
-    }
     const unsigned char* at = rest.data();
     const UaPki::NamePointer name(d2i_X509_NAME(nullptr, &at, static_cast<long>(rest.size())));
     return name != nullptr ? std::optional(X509_NAME_hash_ex(name.get(), nullptr, nullptr, nullptr))
@@ -56,9 +52,8 @@ UaByteString digestOf(UaPki::Bytes bytes)
 {
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
     unsigned int length = 0;
-    if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, EVP_sha1(), nullptr) != 1) {
+    if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, EVP_sha1(), nullptr) != 1)
         return UaByteString();
-    }
     return UaByteString(static_cast<OpcUa_Int32>(length), digest.data());
 }
 
@@ -78,9 +73,8 @@ std::set<UaByteString> UaPkiCertificateStore::addFolder(const UaString& folder)
     std::vector<unsigned char> bytes;
     for (const UaString& name : UaDir::fileNames(folder)) {
         if (!isCertificateName(name.view()) ||
-            uaReadFile(folder + UaString("/") + name, UaPkiCertificate::MaximumBytes, bytes)) {
+            uaReadFile(folder + UaString("/") + name, UaPkiCertificate::MaximumBytes, bytes))
             continue;
-        }
         if (const auto subject = subjectHashOf(bytes)) {
             digests.insert(digestOf(bytes));
             m_bySubject.emplace(*subject, UaByteString(UaPki::Bytes(bytes)));
@@ -92,23 +86,19 @@ std::set<UaByteString> UaPkiCertificateStore::addFolder(const UaString& folder)
 
 UaPkiCertificate UaPkiCertificateStore::issuerOf(const UaPkiCertificate& certificate) const
 {
-    if (certificate.isNull() || certificate.isIssuedBy(certificate)) {
+    if (certificate.isNull() || certificate.isIssuedBy(certificate))
         return UaPkiCertificate();
-    }
     UaPkiCertificate found;
     const auto hash = X509_issuer_name_hash(UaPkiAccess::get(certificate));
     const auto [begin, end] = m_bySubject.equal_range(hash);
     for (auto one = begin; one != end; ++one) {
         const UaPkiCertificate candidate = UaPkiCertificate::fromDER(one->second);
-        if (!certificate.isIssuedBy(candidate)) {
+        if (!certificate.isIssuedBy(candidate))
             continue;
-        }
-        if (candidate.isValid()) {
+        if (candidate.isValid())
             return candidate;
-        }
-        if (found.isNull()) {
+        if (found.isNull())
             found = candidate;
-        }
     }
     return found;
 }

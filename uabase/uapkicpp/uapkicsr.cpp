@@ -7,10 +7,8 @@ namespace {
 UaPkiCSR decoded(UaPki::Bytes bytes)
 {
     UaPkiCSR csr;
-    if (X509_REQ* object =
-            UaPki::decode<X509_REQ>(bytes, &d2i_X509_REQ, &i2d_X509_REQ, &X509_REQ_free, csr)) {
+    if (X509_REQ* object = UaPki::decode<X509_REQ>(bytes, &d2i_X509_REQ, &i2d_X509_REQ, &X509_REQ_free, csr))
         UaPkiAccess::set(csr, object);
-    }
     return csr;
 }
 
@@ -25,9 +23,8 @@ UaPkiCSR UaPkiCSR::fromFile(const UaString& path)
 {
     UaPkiCSR csr;
     std::vector<unsigned char> bytes;
-    if (!UaPki::readFile(path, bytes, csr)) {
+    if (!UaPki::readFile(path, bytes, csr))
         return csr;
-    }
     ERR_clear_error();
     const UaPki::BioPointer memory = UaPki::readMemory(bytes);
     if (memory != nullptr) {
@@ -68,9 +65,8 @@ UaPkiIdentity UaPkiCSR::subject() const
 UaPkiCertificateInfo UaPkiCSR::info() const
 {
     UaPkiCertificateInfo info;
-    if (isNull()) {
+    if (isNull())
         return info;
-    }
     STACK_OF(X509_EXTENSION)* extensions = X509_REQ_get_extensions(m_request.get());
     const UaPki::AlternativeNamesPointer names(
         static_cast<GENERAL_NAMES*>(X509V3_get_d2i(extensions, NID_subject_alt_name, nullptr, nullptr)));

@@ -63,13 +63,11 @@ bool addText(GENERAL_NAMES* names, int type, const UaString& text)
     Pointer<GENERAL_NAME, &GENERAL_NAME_free> name(GENERAL_NAME_new());
     Pointer<ASN1_IA5STRING, &ASN1_IA5STRING_free> value(ASN1_IA5STRING_new());
     if (name == nullptr || value == nullptr || text.view().find('\0') != std::string_view::npos ||
-        ASN1_STRING_set(value.get(), text.toUtf8(), static_cast<int>(text.size())) != 1) {
+        ASN1_STRING_set(value.get(), text.toUtf8(), static_cast<int>(text.size())) != 1)
         return false;
-    }
     GENERAL_NAME_set0_value(name.get(), type, value.release());
-    if (sk_GENERAL_NAME_push(names, name.get()) <= 0) {
+    if (sk_GENERAL_NAME_push(names, name.get()) <= 0)
         return false;
-    }
     (void)name.release();
     return true;
 }
@@ -78,13 +76,11 @@ bool addAddress(GENERAL_NAMES* names, const UaString& text)
 {
     Pointer<GENERAL_NAME, &GENERAL_NAME_free> name(GENERAL_NAME_new());
     Pointer<ASN1_OCTET_STRING, &ASN1_OCTET_STRING_free> value(a2i_IPADDRESS(text.toUtf8()));
-    if (name == nullptr || value == nullptr) {
+    if (name == nullptr || value == nullptr)
         return false;
-    }
     GENERAL_NAME_set0_value(name.get(), GEN_IPADD, value.release());
-    if (sk_GENERAL_NAME_push(names, name.get()) <= 0) {
+    if (sk_GENERAL_NAME_push(names, name.get()) <= 0)
         return false;
-    }
     (void)name.release();
     return true;
 }
@@ -92,20 +88,17 @@ bool addAddress(GENERAL_NAMES* names, const UaString& text)
 // The name that can not be added, or null when all are in.
 UaString addNames(GENERAL_NAMES* names, const UaPkiCertificateInfo& info)
 {
-    if (!info.URI.isEmpty() && !addText(names, GEN_URI, info.URI)) {
+    if (!info.URI.isEmpty() && !addText(names, GEN_URI, info.URI))
         return info.URI;
-    }
     for (const OpcUa_String& text : info.DNSNames) {
         const UaString name(text);
-        if (!name.isEmpty() && !addText(names, GEN_DNS, name)) {
+        if (!name.isEmpty() && !addText(names, GEN_DNS, name))
             return name;
-        }
     }
     for (const OpcUa_String& text : info.IPAddresses) {
         const UaString address(text);
-        if (!address.isEmpty() && !addAddress(names, address)) {
+        if (!address.isEmpty() && !addAddress(names, address))
             return address;
-        }
     }
     return info.eMail.isEmpty() || addText(names, GEN_EMAIL, info.eMail) ? UaString() : info.eMail;
 }
@@ -173,14 +166,12 @@ ExtensionPointer authorityKeyIdentifier(X509* certificate, X509* issuer, EVP_PKE
     }
     const UaByteArray identifier = keyIdentifier(issuerKey);
     const Pointer<AUTHORITY_KEYID, &AUTHORITY_KEYID_free> value(AUTHORITY_KEYID_new());
-    if (identifier.isEmpty() || value == nullptr) {
+    if (identifier.isEmpty() || value == nullptr)
         return nullptr;
-    }
     value->keyid = ASN1_OCTET_STRING_new();
     if (value->keyid == nullptr ||
-        ASN1_OCTET_STRING_set(value->keyid, identifier.rawData(), static_cast<int>(identifier.size())) != 1) {
+        ASN1_OCTET_STRING_set(value->keyid, identifier.rawData(), static_cast<int>(identifier.size())) != 1)
         return nullptr;
-    }
     return ExtensionPointer(X509V3_EXT_i2d(NID_authority_key_identifier, 0, value.get()));
 }
 
@@ -203,9 +194,8 @@ bool addExtensions(X509* certificate, Role role, X509* issuer, EVP_PKEY* issuerK
 bool addAlternativeNames(X509* certificate, const UaPkiCertificateInfo& info, const UaPkiErrors& errors)
 {
     const AlternativeNamesPointer names = makeNames(info, errors);
-    if (names == nullptr) {
+    if (names == nullptr)
         return false;
-    }
     if (sk_GENERAL_NAME_num(names.get()) > 0 &&
         X509_add1_ext_i2d(certificate, NID_subject_alt_name, names.get(), 0, X509V3_ADD_DEFAULT) != 1) {
         errors.addOpenSSLError("The alternative names could not be added");
@@ -217,31 +207,26 @@ bool addAlternativeNames(X509* certificate, const UaPkiCertificateInfo& info, co
 bool addExtensions(X509_REQ* request, const UaPkiCertificateInfo& info, const UaPkiErrors& errors)
 {
     const AlternativeNamesPointer names = makeNames(info, errors);
-    if (names == nullptr) {
+    if (names == nullptr)
         return false;
-    }
     const auto release = [](STACK_OF(X509_EXTENSION) * list) {
         sk_X509_EXTENSION_pop_free(list, &X509_EXTENSION_free);
     };
     std::unique_ptr<STACK_OF(X509_EXTENSION), decltype(release)> list(sk_X509_EXTENSION_new_null(), release);
     const auto add = [&list](ExtensionPointer extension) {
-        if (extension == nullptr || sk_X509_EXTENSION_push(list.get(), extension.get()) <= 0) {
+        if (extension == nullptr || sk_X509_EXTENSION_push(list.get(), extension.get()) <= 0)
             return false;
-        }
         (void)extension.release();
         return true;
     };
     bool complete = list != nullptr;
     for (const std::span<const Entry> entries :
          {std::span<const Entry>(Requested), std::span<const Entry>(IssuedUsage),
-          std::span<const Entry>(ExtendedUsage)}) {
-        for (const Entry& entry : entries) {
+          std::span<const Entry>(ExtendedUsage)})
+        for (const Entry& entry : entries)
             complete = complete && add(fromText(nullptr, nullptr, entry.nid, entry.value));
-        }
-    }
-    if (complete && sk_GENERAL_NAME_num(names.get()) > 0) {
+    if (complete && sk_GENERAL_NAME_num(names.get()) > 0)
         complete = add(ExtensionPointer(X509V3_EXT_i2d(NID_subject_alt_name, 0, names.get())));
-    }
     if (!complete || X509_REQ_add_extensions(request, list.get()) != 1) {
         errors.addOpenSSLError("The extensions of the request could not be added");
         return false;
@@ -251,9 +236,8 @@ bool addExtensions(X509_REQ* request, const UaPkiCertificateInfo& info, const Ua
 
 void readAlternativeNames(const GENERAL_NAMES* names, UaPkiCertificateInfo& info)
 {
-    for (int i = 0; names != nullptr && i < sk_GENERAL_NAME_num(names); ++i) {
+    for (int i = 0; names != nullptr && i < sk_GENERAL_NAME_num(names); ++i)
         readName(sk_GENERAL_NAME_value(names, i), info);
-    }
 }
 
 } // namespace UaPki

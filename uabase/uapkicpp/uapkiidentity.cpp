@@ -54,11 +54,9 @@ UaString joined(const X509_NAME* name, int nid)
 
 bool UaPkiIdentity::isEmpty() const
 {
-    for (const Part& part : Parts) {
-        if (!(this->*part.text).isEmpty()) {
+    for (const Part& part : Parts)
+        if (!(this->*part.text).isEmpty())
             return false;
-        }
-    }
     return true;
 }
 
@@ -74,9 +72,8 @@ NamePointer toName(const UaPkiIdentity& identity, const UaPkiErrors& errors)
     }
     for (const Part& part : Parts) {
         const UaString& text = identity.*part.text;
-        if (text.isEmpty()) {
+        if (text.isEmpty())
             continue;
-        }
         const auto* bytes = reinterpret_cast<const unsigned char*>(text.toUtf8());
         const int length = static_cast<int>(text.size());
         if (X509_NAME_add_entry_by_NID(name.get(), part.nid, MBSTRING_UTF8, bytes, length, -1, 0) != 1) {
@@ -91,11 +88,9 @@ NamePointer toName(const UaPkiIdentity& identity, const UaPkiErrors& errors)
 UaPkiIdentity fromName(const X509_NAME* name)
 {
     UaPkiIdentity identity;
-    if (name != nullptr) {
-        for (const Part& part : Parts) {
+    if (name != nullptr)
+        for (const Part& part : Parts)
             identity.*part.text = joined(name, part.nid);
-        }
-    }
     return identity;
 }
 

@@ -36,9 +36,8 @@ private:
             m_length = m_callback(m_password.data(), std::min(capacity, size), writing, m_userData);
             m_callback = nullptr;
         }
-        if (m_length <= 0 || m_length > size) {
+        if (m_length <= 0 || m_length > size)
             return -1; // nobody knows one
-        }
         std::memcpy(buffer, m_password.data(), static_cast<std::size_t>(m_length));
         return m_length;
     }
@@ -77,9 +76,8 @@ UaPkiPrivateKey UaPkiPrivateKey::fromPEM(const UaByteArray& bytes, const UaStrin
 UaPkiPrivateKey UaPkiPrivateKey::fromDER(const UaByteArray& bytes, KeyType keyType)
 {
     UaPkiPrivateKey key;
-    if (!UaPki::isOneElement(bytes.span(), key)) {
+    if (!UaPki::isOneElement(bytes.span(), key))
         return key;
-    }
     ERR_clear_error();
     const unsigned char* position = bytes.rawData();
     UaPki::KeyPointer read(d2i_AutoPrivateKey(nullptr, &position, static_cast<long>(bytes.size())));

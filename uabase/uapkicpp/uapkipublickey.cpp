@@ -6,9 +6,8 @@ UaPkiPublicKey UaPkiPublicKey::fromDER(const UaByteArray& bytes)
 {
     UaPkiPublicKey key;
     if (EVP_PKEY* decoded =
-            UaPki::decode<EVP_PKEY>(bytes.span(), &d2i_PUBKEY, &i2d_PUBKEY, &EVP_PKEY_free, key)) {
+            UaPki::decode<EVP_PKEY>(bytes.span(), &d2i_PUBKEY, &i2d_PUBKEY, &EVP_PKEY_free, key))
         UaPkiAccess::set(key, decoded);
-    }
     return key;
 }
 

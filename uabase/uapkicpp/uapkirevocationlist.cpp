@@ -12,10 +12,8 @@ constexpr long Version2 = 1; // the field counts from 0
 UaPkiRevocationList decoded(UaPki::Bytes bytes)
 {
     UaPkiRevocationList list;
-    if (X509_CRL* object =
-            UaPki::decode<X509_CRL>(bytes, &d2i_X509_CRL, &i2d_X509_CRL, &X509_CRL_free, list)) {
+    if (X509_CRL* object = UaPki::decode<X509_CRL>(bytes, &d2i_X509_CRL, &i2d_X509_CRL, &X509_CRL_free, list))
         UaPkiAccess::set(list, object);
-    }
     return list;
 }
 
@@ -38,9 +36,8 @@ bool setNumber(X509_CRL* list, OpcUa_Int64 number)
 bool setKeyIdentifier(X509_CRL* list, EVP_PKEY* key)
 {
     const int place = X509_CRL_get_ext_by_NID(list, NID_authority_key_identifier, -1);
-    if (place >= 0) {
+    if (place >= 0)
         UaPki::ExtensionPointer(X509_CRL_delete_ext(list, place));
-    }
     const UaPki::ExtensionPointer identifier = UaPki::authorityKeyIdentifier(nullptr, nullptr, key);
     return identifier != nullptr && X509_CRL_add_ext(list, identifier.get(), place) == 1;
 }
@@ -52,9 +49,8 @@ UaPki::Pointer<X509_REVOKED, &X509_REVOKED_free> makeEntry(const X509* certifica
     const UaPki::IntegerPointer serial(ASN1_INTEGER_dup(X509_get0_serialNumber(certificate)));
     if (entry == nullptr || when == nullptr || serial == nullptr ||
         X509_REVOKED_set_serialNumber(entry.get(), serial.get()) != 1 ||
-        X509_REVOKED_set_revocationDate(entry.get(), when.get()) != 1) {
+        X509_REVOKED_set_revocationDate(entry.get(), when.get()) != 1)
         entry.reset();
-    }
     return entry;
 }
 
@@ -64,9 +60,8 @@ UaPkiRevocationList::UaPkiRevocationList(OpcUa_Int64 validTime, const UaPkiIdent
                                          OpcUa_Int64 crlNumber)
 {
     const UaPki::NamePointer name = UaPki::toName(issuer, *this);
-    if (name == nullptr) {
+    if (name == nullptr)
         return;
-    }
     ERR_clear_error();
     UaPki::ListPointer list(X509_CRL_new());
     if (list == nullptr || X509_CRL_set_version(list.get(), Version2) != 1 ||
@@ -82,9 +77,8 @@ UaPkiRevocationList UaPkiRevocationList::fromFile(const UaString& path)
 {
     UaPkiRevocationList list;
     std::vector<unsigned char> bytes;
-    if (!UaPki::readFile(path, bytes, list)) {
+    if (!UaPki::readFile(path, bytes, list))
         return list;
-    }
     ERR_clear_error();
     const UaPki::BioPointer memory = UaPki::readMemory(bytes);
     if (memory != nullptr) {
@@ -128,9 +122,8 @@ bool UaPkiRevocationList::makeUnique()
         addError("There is no revocation list");
         return false;
     }
-    if (m_list.use_count() == 1) {
+    if (m_list.use_count() == 1)
         return true;
-    }
     ERR_clear_error();
     X509_CRL* copy = X509_CRL_dup(m_list.get());
     if (copy == nullptr) {
@@ -152,9 +145,8 @@ bool UaPkiRevocationList::addRevoked(const UaPkiCertificate& certificate, const 
         addError("The certificate is not of the list's issuer");
         return false;
     }
-    if (isRevoked(certificate)) {
+    if (isRevoked(certificate))
         return true;
-    }
     ERR_clear_error();
     auto entry = makeEntry(revoked, time);
     if (entry == nullptr || X509_CRL_add0_revoked(m_list.get(), entry.get()) != 1) {
@@ -200,9 +192,8 @@ OpcUa_Int64 UaPkiRevocationList::crlNumber() const
     if (!isNull()) {
         const UaPki::IntegerPointer value(
             static_cast<ASN1_INTEGER*>(X509_CRL_get_ext_d2i(m_list.get(), NID_crl_number, nullptr, nullptr)));
-        if (value == nullptr || ASN1_INTEGER_get_int64(&number, value.get()) != 1) {
+        if (value == nullptr || ASN1_INTEGER_get_int64(&number, value.get()) != 1)
             number = -1;
-        }
     }
     ERR_clear_error();
     return number;
@@ -237,9 +228,8 @@ int UaPkiRevocationList::revokedCount() const
 
 bool UaPkiRevocationList::isRevoked(const UaPkiCertificate& certificate) const
 {
-    if (isNull() || certificate.isNull()) {
+    if (isNull() || certificate.isNull())
         return false;
-    }
     X509* object = UaPkiAccess::get(certificate);
     X509_REVOKED* entry = nullptr;
     constexpr int Listed = 1; // 2 would mean that it was taken off the list again

@@ -15,14 +15,12 @@ bool writeProtected(BIO* memory, EVP_PKEY* key, const UaString& password)
     const UaPki::Pointer<PKCS8_PRIV_KEY_INFO, &PKCS8_PRIV_KEY_INFO_free> plain(EVP_PKEY2PKCS8(key));
     UaPki::Pointer<X509_ALGOR, &X509_ALGOR_free> method(
         PKCS5_pbe2_set_iv(EVP_aes_256_cbc(), KeyDerivationRounds, nullptr, 0, nullptr, NID_hmacWithSHA256));
-    if (plain == nullptr || method == nullptr) {
+    if (plain == nullptr || method == nullptr)
         return false;
-    }
     const UaPki::Pointer<X509_SIG, &X509_SIG_free> sealed(
         PKCS8_set0_pbe(password.toUtf8(), static_cast<int>(password.size()), plain.get(), method.get()));
-    if (sealed == nullptr) {
+    if (sealed == nullptr)
         return false;
-    }
     (void)method.release(); // belongs to the sealed key now
     return PEM_write_bio_PKCS8(memory, sealed.get()) == 1;
 }
@@ -80,11 +78,10 @@ UaPkiRsaKeyPair UaPkiRsaKeyPair::fromPEM(const UaByteArray& bytes, const UaStrin
     UaPkiRsaKeyPair pair;
     const UaPkiPrivateKey key = UaPkiPrivateKey::fromPEM(bytes, password, callback, userData);
     pair.addErrors(key.getErrors());
-    if (key.keyType() == RSA) {
+    if (key.keyType() == RSA)
         UaPkiAccess::share(pair, key);
-    } else if (!key.isNull()) {
+    else if (!key.isNull())
         pair.addError("The key is not an RSA key");
-    }
     return pair;
 }
 
@@ -93,9 +90,8 @@ UaPkiRsaKeyPair UaPkiRsaKeyPair::fromPEMFile(const UaString& path, const UaStrin
 {
     UaPkiRsaKeyPair pair;
     std::vector<unsigned char> content;
-    if (!UaPki::readFile(path, content, pair)) {
+    if (!UaPki::readFile(path, content, pair))
         return pair;
-    }
     UaByteArray bytes(static_cast<OpcUa_Int32>(content.size()), content.data());
     OPENSSL_cleanse(content.data(), content.size());
     const Wiped wiped{bytes};
@@ -155,9 +151,8 @@ bool UaPkiRsaKeyPair::isMissingParameters() const
 
 bool UaPkiRsaKeyPair::checkKeyPair(const UaPkiPublicKey& publicKey, const UaPkiPrivateKey& privateKey)
 {
-    if (publicKey.isNull() || privateKey.isNull()) {
+    if (publicKey.isNull() || privateKey.isNull())
         return false;
-    }
     const bool equal = EVP_PKEY_eq(UaPkiAccess::get(publicKey), UaPkiAccess::get(privateKey)) == 1;
     ERR_clear_error();
     return equal;

@@ -11,20 +11,17 @@ std::uint64_t elementLength(Bytes bytes)
 {
     constexpr unsigned char LongForm = 0x80;
     constexpr unsigned char LongTag = 0x1F;
-    if (bytes.size() < 2 || (bytes[0] & LongTag) == LongTag) {
+    if (bytes.size() < 2 || (bytes[0] & LongTag) == LongTag)
         return 0; // nothing that is read here begins with a tag above 30
-    }
     std::uint64_t length = bytes[1];
     std::uint64_t head = 2;
     if ((bytes[1] & LongForm) != 0) {
         const std::size_t digits = bytes[1] & 0x7Fu;
-        if (digits == 0 || digits > 4 || bytes.size() < 2 + digits) {
+        if (digits == 0 || digits > 4 || bytes.size() < 2 + digits)
             return 0; // without a length, or with one beyond every limit
-        }
         length = 0;
-        for (const unsigned char digit : bytes.subspan(2, digits)) {
+        for (const unsigned char digit : bytes.subspan(2, digits))
             length = length << 8 | digit;
-        }
         head += digits;
     }
     return head + length <= bytes.size() ? head + length : 0;
@@ -81,9 +78,8 @@ bool readFile(const UaString& path, std::vector<unsigned char>& bytes, const UaP
 
 bool writeFile(const UaString& path, const UaByteArray& bytes, unsigned int mode, const UaPkiErrors& errors)
 {
-    if (bytes.isEmpty()) {
+    if (bytes.isEmpty())
         return false; // the encoding has failed and told why
-    }
     if (const std::error_code error = uaWriteFileAtomically(path, bytes.span(), mode)) {
         errors.addError("File " + path.toStdString() + " can not be written: " + error.message());
         return false;
@@ -99,9 +95,8 @@ const EVP_MD* digestOf(UaPkiCertificate::SignatureAlgorithm algorithm)
 UaDateTime dateTimeOf(const ASN1_TIME* time)
 {
     std::tm parts{};
-    if (time == nullptr || ASN1_TIME_to_tm(time, &parts) != 1) {
+    if (time == nullptr || ASN1_TIME_to_tm(time, &parts) != 1)
         return UaDateTime();
-    }
     return UaDateTime::fromTime_t(::timegm(&parts));
 }
 
@@ -110,9 +105,8 @@ bool setTime(ASN1_TIME* time, std::time_t now, OpcUa_Int64 seconds)
     constexpr OpcUa_Int64 SecondsOfDay = 86400;
     constexpr OpcUa_Int64 MostDays = 10000 * OpcUa_Int64(366); // further away than any date
     const OpcUa_Int64 days = seconds / SecondsOfDay;
-    if (days > MostDays || days < -MostDays) {
+    if (days > MostDays || days < -MostDays)
         return false;
-    }
     return ASN1_TIME_adj(time, now, static_cast<int>(days), static_cast<long>(seconds % SecondsOfDay)) !=
            nullptr;
 }
@@ -132,18 +126,16 @@ std::string_view viewOf(const ASN1_STRING* text)
 UaByteArray keyIdentifier(EVP_PKEY* key)
 {
     X509_PUBKEY* info = nullptr;
-    if (X509_PUBKEY_set(&info, key) != 1) {
+    if (X509_PUBKEY_set(&info, key) != 1)
         return UaByteArray();
-    }
     const Pointer<X509_PUBKEY, &X509_PUBKEY_free> owner(info);
     const unsigned char* bits = nullptr;
     int length = 0;
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
     unsigned int size = 0;
     if (X509_PUBKEY_get0_param(nullptr, &bits, &length, nullptr, info) != 1 ||
-        EVP_Digest(bits, static_cast<std::size_t>(length), digest.data(), &size, EVP_sha1(), nullptr) != 1) {
+        EVP_Digest(bits, static_cast<std::size_t>(length), digest.data(), &size, EVP_sha1(), nullptr) != 1)
         return UaByteArray();
-    }
     return UaByteArray(static_cast<OpcUa_Int32>(size), digest.data());
 }
 

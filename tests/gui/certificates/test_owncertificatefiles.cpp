@@ -111,15 +111,12 @@ TEST_F(OwnCertificateFiles, TheNextStartEndsOrUndoesWhatWasInterrupted)
             ASSERT_TRUE(QFile::rename(files.key, files.key + QStringLiteral(".old")));
             ASSERT_TRUE(key().toPEMFile(uaPath(files.key)));
         }
-        if (newKeyThere) {
+        if (newKeyThere)
             ASSERT_TRUE(key().toPEMFile(uaPath(files.key + QStringLiteral(".new"))));
-        }
-        if (newCertificateThere) {
+        if (newCertificateThere)
             ASSERT_TRUE(newCertificate.toDERFile(uaPath(files.certificate + QStringLiteral(".new"))));
-        }
-        if (replaced) {
+        if (replaced)
             ASSERT_TRUE(newCertificate.toDERFile(uaPath(files.certificate)));
-        }
     };
     const auto recovered = [&] {
         qlumRecoverOwnCertificate(files);

@@ -34,7 +34,8 @@ protected:
     static void offerOne(const QlumEndpoint& endpoint)
     {
         FakeStack::instance().on(
-            OpcUa_GetEndpointsRequest_EncodeableType, [endpoint](const void*, void* response) {
+            OpcUa_GetEndpointsRequest_EncodeableType,
+            [endpoint](const void*, void* response) {
                 UaEndpointDescriptions descriptions(1);
                 OpcUa_EndpointDescription& one = descriptions[0];
                 toUaString(endpoint.url).copyTo(&one.EndpointUrl);
@@ -53,7 +54,8 @@ protected:
     static void offer(const QVector<QPair<QString, QString>>& endpoints)
     {
         FakeStack::instance().on(
-            OpcUa_GetEndpointsRequest_EncodeableType, [endpoints](const void*, void* response) {
+            OpcUa_GetEndpointsRequest_EncodeableType,
+            [endpoints](const void*, void* response) {
                 UaEndpointDescriptions descriptions(static_cast<OpcUa_UInt32>(endpoints.size()));
                 for (OpcUa_UInt32 i = 0; i < descriptions.length(); ++i) {
                     const auto& [url, policy] = endpoints.at(static_cast<int>(i));

@@ -85,9 +85,8 @@ private:
             m_completions.push_back(completion);
             m_came.notify_all();
         }
-        if (reaction) {
+        if (reaction)
             reaction(completion);
-        }
     }
 
     std::mutex m_guard;

@@ -20,9 +20,8 @@ FakeStack::Handler resultsFor(OpcUa_Int32 Request::*itemCount, Item* Request::*,
     return [=](const void* request, void* response) {
         const auto& in = *static_cast<const Request*>(request);
         auto& out = *static_cast<Response*>(response);
-        if (blocks) {
+        if (blocks)
             blocks->push_back(in.*itemCount);
-        }
         UaArray<Result> answer(static_cast<OpcUa_UInt32>(in.*itemCount + surplus));
         answer.detach(&(out.*resultCount), &(out.*results));
         return static_cast<OpcUa_StatusCode>(OpcUa_Good);

@@ -96,9 +96,8 @@ protected:
     {
         for (int turn = 0; turn < 50; ++turn) {
             passWatchdogTime();
-            if (callback.waitFor(wanted, std::chrono::milliseconds(200))) {
+            if (callback.waitFor(wanted, std::chrono::milliseconds(200)))
                 return true;
-            }
         }
         return false;
     }
@@ -108,9 +107,8 @@ protected:
         passWatchdogTime();
         const int enough = stack.tickReads + 3;
         const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (stack.tickReads < enough && std::chrono::steady_clock::now() < limit) {
+        while (stack.tickReads < enough && std::chrono::steady_clock::now() < limit)
             std::this_thread::yield();
-        }
         return stack.tickReads >= enough;
     }
 

@@ -29,9 +29,8 @@ public:
     void dataChange(OpcUa_UInt32 handle, UaMonitoredItemNotifications& items, UaDiagnosticInfos&) override
     {
         std::ostringstream text;
-        for (const OpcUa_MonitoredItemNotification& item : items) {
+        for (const OpcUa_MonitoredItemNotification& item : items)
             text << (text.tellp() > 0 ? " " : "") << item.ClientHandle << '=' << item.Value.Value.Value.Int32;
-        }
         add(handle, "data", text.str());
     }
     void newEvents(OpcUa_UInt32 handle, UaEventFieldLists& events) override
@@ -44,9 +43,8 @@ public:
     {
         std::ostringstream text;
         text << status.toString().toUtf8();
-        for (const OpcUa_MonitoredItemCreateResult& result : results) {
+        for (const OpcUa_MonitoredItemCreateResult& result : results)
             text << ' ' << result.MonitoredItemId;
-        }
         add(transactionId, "created", text.str());
     }
     void deleteMonitoredItemsComplete(OpcUa_UInt32 transactionId, const UaStatus& status,
@@ -91,9 +89,8 @@ private:
         std::ostringstream line;
         line << first << ' ' << what << (rest.empty() ? "" : " ") << rest;
         const std::string text = line.str();
-        if (during) {
+        if (during)
             during(text);
-        }
         std::lock_guard lock(m_mutex);
         m_heard.push_back(text);
         m_changed.notify_all();
@@ -122,15 +119,19 @@ protected:
             answer.RevisedMaxKeepAliveCount = asked.RequestedMaxKeepAliveCount;
             return static_cast<OpcUa_StatusCode>(OpcUa_Good);
         });
-        stack.on(OpcUa_DeleteSubscriptionsRequest_EncodeableType, [](const void*, void* response) {
-            auto& answer = *static_cast<OpcUa_DeleteSubscriptionsResponse*>(response);
-            UaStatusCodeArray(1u).detach(&answer.NoOfResults, &answer.Results);
-            return static_cast<OpcUa_StatusCode>(OpcUa_Good);
-        });
-        stack.on(OpcUa_PublishRequest_EncodeableType, [this](const void* request, void* response) {
-            return publish(*static_cast<const OpcUa_PublishRequest*>(request),
-                           *static_cast<OpcUa_PublishResponse*>(response));
-        });
+        stack.on(
+            OpcUa_DeleteSubscriptionsRequest_EncodeableType,
+            [](const void*, void* response) {
+                auto& answer = *static_cast<OpcUa_DeleteSubscriptionsResponse*>(response);
+                UaStatusCodeArray(1u).detach(&answer.NoOfResults, &answer.Results);
+                return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+            });
+        stack.on(
+            OpcUa_PublishRequest_EncodeableType,
+            [this](const void* request, void* response) {
+                return publish(*static_cast<const OpcUa_PublishRequest*>(request),
+                               *static_cast<OpcUa_PublishResponse*>(response));
+            });
         answerRepublish([](OpcUa_UInt32, OpcUa_UInt32, OpcUa_NotificationMessage&) {
             return OpcUa_BadMessageNotAvailable;
         });
@@ -240,12 +241,13 @@ protected:
                                                      OpcUa_NotificationMessage& message)>;
     void answerRepublish(Republish how)
     {
-        stack.on(OpcUa_RepublishRequest_EncodeableType,
-                 [how = std::move(how)](const void* request, void* response) {
-                     const auto& asked = *static_cast<const OpcUa_RepublishRequest*>(request);
-                     return how(asked.SubscriptionId, asked.RetransmitSequenceNumber,
-                                static_cast<OpcUa_RepublishResponse*>(response)->NotificationMessage);
-                 });
+        stack.on(
+            OpcUa_RepublishRequest_EncodeableType,
+            [how = std::move(how)](const void* request, void* response) {
+                const auto& asked = *static_cast<const OpcUa_RepublishRequest*>(request);
+                return how(asked.SubscriptionId, asked.RetransmitSequenceNumber,
+                           static_cast<OpcUa_RepublishResponse*>(response)->NotificationMessage);
+            });
     }
 
     // "id:number" of each acknowledgement that came with an answered request.
@@ -272,9 +274,8 @@ private:
         const OpcUa_Int32 count = request.NoOfSubscriptionAcknowledgements;
         {
             std::lock_guard lock(m_mutex);
-            if (m_answers.empty()) {
+            if (m_answers.empty())
                 return OpcUa_BadSessionClosed; // released at the end of the test
-            }
             how = std::move(m_answers.front());
             m_answers.pop_front();
             for (OpcUa_Int32 i = 0; i < count; ++i) {
@@ -285,9 +286,8 @@ private:
             }
         }
         UaStatusCodeArray results(static_cast<OpcUa_UInt32>(acknowledgeTooFew ? 0 : count));
-        for (OpcUa_StatusCode& result : results) {
+        for (OpcUa_StatusCode& result : results)
             result = acknowledgeResult;
-        }
         results.detach(&response.NoOfResults, &response.Results);
         return how(response);
     }

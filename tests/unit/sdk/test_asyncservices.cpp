@@ -130,16 +130,14 @@ TEST_F(AsyncServiceTest, LostLinkCompletesWhatIsInFlight)
 {
     ASSERT_TRUE(connect().isGood());
     stack.holdAnswers(OpcUa_ReadRequest_EncodeableType, true);
-    for (OpcUa_UInt32 i = 0; i < 100; ++i) {
+    for (OpcUa_UInt32 i = 0; i < 100; ++i)
         ASSERT_TRUE(beginRead(1, i).isGood());
-    }
     stack.setConnectResult(OpcUa_BadConnectionRejected); // and it stays lost
     stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadConnectionClosed});
     stack.loseLink();
     ASSERT_TRUE(callback.waitForCompletions(100));
-    for (const Completion& completion : callback.completions()) {
+    for (const Completion& completion : callback.completions())
         EXPECT_EQ(completion.status, static_cast<OpcUa_StatusCode>(OpcUa_BadConnectionClosed));
-    }
     EXPECT_TRUE(disconnect().isGood());
 }
 
@@ -150,9 +148,8 @@ TEST_F(AsyncServiceTest, DisconnectWaitsForAnswersAndDropsThem)
     ASSERT_TRUE(beginRead(1, 1).isGood());
     const RecordedTrace trace;
     auto ended = std::async(std::launch::async, [this] { return disconnect(); });
-    while (!trace.holds("] transaction count = 1")) {
+    while (!trace.holds("] transaction count = 1"))
         std::this_thread::yield();
-    }
     EXPECT_EQ(stack.calls(OpcUa_CloseSessionRequest_EncodeableType), 0);
     EXPECT_EQ(beginRead(1, 2).statusCode(), 0x80AE0000u); // no new ones meanwhile
     stack.holdAnswers(OpcUa_ReadRequest_EncodeableType, false);
@@ -191,9 +188,8 @@ TEST_F(AsyncServiceTest, DisconnectAndDestructionWaitForARunningCallback)
         session.reset();
         return left.load();
     });
-    while (!trace.holds("] transaction count = 1")) {
+    while (!trace.holds("] transaction count = 1"))
         std::this_thread::yield();
-    }
     released.count_down();
     ASSERT_EQ(destroyed.wait_for(limit), std::future_status::ready);
     EXPECT_TRUE(destroyed.get());
@@ -210,9 +206,8 @@ TEST_F(AsyncServiceTest, CallbackMayCallTheSessionButNotDisconnectIt)
         const UaStatus status =
             session->read(own, 0.0, OpcUa_TimestampsToReturn_Both, numberedNodes(3), values, diagnosticInfos);
         read += status.isGood() ? static_cast<int>(values.length()) : 0;
-        if (completion.transactionId < 20) {
+        if (completion.transactionId < 20)
             EXPECT_TRUE(beginRead(1, completion.transactionId + 1).isGood());
-        }
         refused = disconnect().statusCode();
     };
     ASSERT_TRUE(connect().isGood());
@@ -226,14 +221,12 @@ TEST_F(AsyncServiceTest, CallbackMayCallTheSessionButNotDisconnectIt)
 TEST_F(AsyncServiceTest, CallbackThatThrowsEndsItsTransactionOnly)
 {
     callback.reaction = [](const Completion& completion) {
-        if (completion.transactionId % 2 == 0) {
+        if (completion.transactionId % 2 == 0)
             throw std::runtime_error("not my day");
-        }
     };
     ASSERT_TRUE(connect().isGood());
-    for (OpcUa_UInt32 i = 0; i < 10; ++i) {
+    for (OpcUa_UInt32 i = 0; i < 10; ++i)
         ASSERT_TRUE(beginRead(1, i).isGood());
-    }
     ASSERT_TRUE(callback.waitForCompletions(10));
     EXPECT_TRUE(disconnect().isGood());
 }
@@ -250,21 +243,18 @@ TEST_F(AsyncServiceTest, DisconnectAtAnyMomentLeavesNothingBehind)
         const std::size_t before = callback.count();
         for (int n = 0; n < 3; ++n) {
             callers.emplace_back([&] {
-                while (session->isConnected()) {
-                    if (sent >= callback.count() - before + inFlight) {
+                while (session->isConnected())
+                    if (sent >= callback.count() - before + inFlight)
                         std::this_thread::yield();
-                    } else if (beginRead(5, 0).isGood()) {
+                    else if (beginRead(5, 0).isGood())
                         ++sent;
-                    }
-                }
             });
         }
         EXPECT_TRUE(round % 3 == 0 || callback.waitForCompletions(before + static_cast<std::size_t>(round)));
         EXPECT_TRUE(disconnect().isGood());
         const std::size_t after = callback.count();
-        for (std::thread& caller : callers) {
+        for (std::thread& caller : callers)
             caller.join();
-        }
         EXPECT_EQ(callback.count(), after);
         EXPECT_LE(after - before, sent);
     }

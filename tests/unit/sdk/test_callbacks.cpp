@@ -46,15 +46,16 @@ TEST(CallbackPool, SessionThatBlocksTakesItsShareOnly)
     const int other = 0;
     CallbackPool pool;
     for (unsigned int i = 0; i < 10 * CallbackPool::maxThreads; ++i) {
-        ASSERT_TRUE(add(pool, &blocking, [&] {
-            ++late;
-            blocked.release();
-            released.wait();
-        }));
+        ASSERT_TRUE(add(
+            pool, &blocking,
+            [&] {
+                ++late;
+                blocked.release();
+                released.wait();
+            }));
     }
-    for (unsigned int i = 0; i < CallbackPool::threadsOfASession; ++i) {
+    for (unsigned int i = 0; i < CallbackPool::threadsOfASession; ++i)
         ASSERT_TRUE(blocked.try_acquire_for(limit));
-    }
     std::promise<bool> ofOther;
     ASSERT_TRUE(add(pool, &other, [&] {
         ofOther.set_value(CallbackPool::runsJobOf(&other) && !CallbackPool::runsJobOf(&blocking));
@@ -79,18 +80,18 @@ TEST(CallbackPool, ExecutesEveryJobOfManySessions)
         std::vector<std::thread> producers;
         for (std::size_t s = 0; s < sessions; ++s) {
             producers.emplace_back([&, s] {
-                for (std::size_t i = 0; i < jobs; ++i) {
-                    EXPECT_TRUE(add(pool, &running[s], [&, s, i] {
-                        EXPECT_LE(++running[s], CallbackPool::threadsOfASession);
-                        ++executed[s * jobs + i];
-                        --running[s];
-                    }));
-                }
+                for (std::size_t i = 0; i < jobs; ++i)
+                    EXPECT_TRUE(add(
+                        pool, &running[s],
+                        [&, s, i] {
+                            EXPECT_LE(++running[s], CallbackPool::threadsOfASession);
+                            ++executed[s * jobs + i];
+                            --running[s];
+                        }));
             });
         }
-        for (std::thread& producer : producers) {
+        for (std::thread& producer : producers)
             producer.join();
-        }
     } // executes what waits
     EXPECT_TRUE(std::all_of(executed.begin(), executed.end(), [](const auto& times) { return times == 1; }));
 }
@@ -101,7 +102,8 @@ TEST(CallbackPool, WhatAJobThrowsEndsInTheTrace)
     std::atomic<bool> next{false};
     {
         CallbackPool pool;
-        ASSERT_TRUE(add(pool, nullptr, [] { throw std::runtime_error("lost"); }));
+        ASSERT_TRUE(add(
+            pool, nullptr, [] { throw std::runtime_error("lost"); }));
         ASSERT_TRUE(add(pool, nullptr, [&] { next = true; }));
     }
     EXPECT_TRUE(trace.holds("a callback threw 'lost'"));

@@ -24,16 +24,18 @@ protected:
     // Every read of the server's state gets that answer from now on, the others theirs.
     void answerState(const UaVariant& value, OpcUa_StatusCode status = OpcUa_Good, OpcUa_Int32 results = 1)
     {
-        stack.on(OpcUa_ReadRequest_EncodeableType, [=](const void*, void* data) {
-            auto& response = *static_cast<OpcUa_ReadResponse*>(data);
-            UaDataValues values(static_cast<OpcUa_UInt32>(results));
-            for (OpcUa_DataValue& one : values) {
-                value.copyTo(&one.Value);
-                one.StatusCode = status;
-            }
-            values.detach(&response.NoOfResults, &response.Results);
-            return static_cast<OpcUa_StatusCode>(OpcUa_Good);
-        });
+        stack.on(
+            OpcUa_ReadRequest_EncodeableType,
+            [=](const void*, void* data) {
+                auto& response = *static_cast<OpcUa_ReadResponse*>(data);
+                UaDataValues values(static_cast<OpcUa_UInt32>(results));
+                for (OpcUa_DataValue& one : values) {
+                    value.copyTo(&one.Value);
+                    one.StatusCode = status;
+                }
+                values.detach(&response.NoOfResults, &response.Results);
+                return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+            });
     }
 
     UaClient::ServerStatus statusAfterOneCheck(const std::function<void()>& prepare)
@@ -64,11 +66,10 @@ TEST_F(ConnectFaultTest, ServerThatDiesInAPhaseLeavesTheSessionReadyForTheNextCo
                   {&OpcUa_CreateSessionRequest_EncodeableType, "2 BadConnectionClosed"},
                   {&OpcUa_ActivateSessionRequest_EncodeableType, "3 BadConnectionClosed"}};
     for (const auto& phase : phases) {
-        if (phase.request) {
+        if (phase.request)
             stack.failNext(*phase.request, {OpcUa_BadConnectionClosed});
-        } else {
+        else
             stack.setConnectResult(OpcUa_BadConnectionClosed);
-        }
         EXPECT_TRUE(connect() == OpcUa_BadConnectionClosed) << phase.told;
         EXPECT_EQ(callback.errors().back(), phase.told);
         EXPECT_FALSE(session.isConnected());
@@ -92,14 +93,12 @@ TEST_F(ConnectFaultTest, EachStatusOfTheCheckIsToleratedOnceOrNotAtAll)
     for (const OpcUa_StatusCode status :
          {OpcUa_BadUnexpectedError, OpcUa_BadInternalError, OpcUa_BadCommunicationError, OpcUa_BadTimeout,
           OpcUa_BadNoCommunication, OpcUa_BadTcpServerTooBusy, OpcUa_BadTcpNotEnoughResources,
-          OpcUa_BadTcpInternalError, OpcUa_BadRequestInterrupted}) {
+          OpcUa_BadTcpInternalError, OpcUa_BadRequestInterrupted})
         EXPECT_EQ(afterFailure(status), UaClient::ConnectionWarningWatchdogTimeout) << std::hex << status;
-    }
     for (const OpcUa_StatusCode status :
          {OpcUa_BadConnectionClosed, OpcUa_BadSessionIdInvalid, OpcUa_BadSessionClosed,
-          OpcUa_BadSecureChannelIdInvalid, OpcUa_BadSecureChannelClosed, OpcUa_BadServiceUnsupported}) {
+          OpcUa_BadSecureChannelIdInvalid, OpcUa_BadSecureChannelClosed, OpcUa_BadServiceUnsupported})
         EXPECT_EQ(afterFailure(status), UaClient::ConnectionErrorApiReconnect) << std::hex << status;
-    }
 }
 
 TEST_F(ConnectFaultTest, AnswerThatIsNoStateIsAFailedCheck)
@@ -114,9 +113,8 @@ TEST_F(ConnectFaultTest, AnswerThatIsNoStateIsAFailedCheck)
         [this] { answerState(UaVariant(static_cast<OpcUa_Int32>(0)), OpcUa_BadNodeIdUnknown); },
         [this] { answerState(UaVariant(static_cast<OpcUa_Int32>(0)), OpcUa_Good, 0); },
         [this] { answerState(UaVariant(static_cast<OpcUa_Int32>(0)), OpcUa_Good, 2); }};
-    for (const auto& answer : answers) {
+    for (const auto& answer : answers)
         EXPECT_EQ(statusAfterOneCheck(answer), UaClient::ConnectionErrorApiReconnect);
-    }
 }
 
 TEST_F(ConnectFaultTest, SilentServerIsNoticedInTime)

@@ -108,19 +108,21 @@ TEST_F(CreateSessionTest, ApplicationGoesOnInSpiteOfWhatItMayOverride)
         server().tamperCreate = fault.tamper;
         const UaStatus status = connectSecured();
         EXPECT_EQ(status.isGood(), fault.overridable) << fault.name << status.toString().toUtf8();
-        if (status.isGood()) {
+        if (status.isGood())
             EXPECT_TRUE(disconnect().isGood()) << fault.name;
-        }
     }
 }
 
 TEST_F(CreateSessionTest, SignatureThatFailsLeavesSubscriptionsAlone)
 {
     bool deleted = true;
-    stack.on(OpcUa_CloseSessionRequest_EncodeableType, [&](const void* request, void*) {
-        deleted = static_cast<const OpcUa_CloseSessionRequest*>(request)->DeleteSubscriptions != OpcUa_False;
-        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
-    });
+    stack.on(
+        OpcUa_CloseSessionRequest_EncodeableType,
+        [&](const void* request, void*) {
+            deleted =
+                static_cast<const OpcUa_CloseSessionRequest*>(request)->DeleteSubscriptions != OpcUa_False;
+            return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+        });
     server().tamperCreate = [](auto& answer) { answer.ServerSignature.Signature.Data[0] ^= 1; };
     EXPECT_TRUE(connectSecured().isBad());
     EXPECT_FALSE(deleted);
@@ -177,12 +179,10 @@ TEST(HostNames, CompareByWhatTheyMean)
     certificate.IPAddresses.append(*UaString("2001:db8::1").get());
     certificate.IPAddresses.append(*UaString("192.0.2.7").get());
     for (const char* host :
-         {"plant.example.com", "PLANT.example.com.", "2001:DB8:0:0::1", "192.0.2.7", "2001:db8::1%eth0"}) {
+         {"plant.example.com", "PLANT.example.com.", "2001:DB8:0:0::1", "192.0.2.7", "2001:db8::1%eth0"})
         EXPECT_TRUE(UaClientSdk::namesHost(certificate, host)) << host;
-    }
-    for (const char* host : {"plant", "example.com", "192.0.2.70", "2001:db8::10", "localhost", ""}) {
+    for (const char* host : {"plant", "example.com", "192.0.2.70", "2001:db8::10", "localhost", ""})
         EXPECT_FALSE(UaClientSdk::namesHost(certificate, host)) << host;
-    }
     std::array<char, 256> own{};
     ASSERT_EQ(gethostname(own.data(), own.size() - 1), 0);
     UaPkiCertificateInfo local;

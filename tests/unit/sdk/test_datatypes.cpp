@@ -108,10 +108,12 @@ class DataTypesTest : public SessionTest
 protected:
     void serveTypes()
     {
-        stack.on(OpcUa_BrowseRequest_EncodeableType, [](const void* request, void* response) {
-            return TypeServer().browse(*static_cast<const OpcUa_BrowseRequest*>(request),
-                                       *static_cast<OpcUa_BrowseResponse*>(response));
-        });
+        stack.on(
+            OpcUa_BrowseRequest_EncodeableType,
+            [](const void* request, void* response) {
+                return TypeServer().browse(*static_cast<const OpcUa_BrowseRequest*>(request),
+                                           *static_cast<OpcUa_BrowseResponse*>(response));
+            });
         stack.on(OpcUa_ReadRequest_EncodeableType, [](const void* request, void* response) {
             return TypeServer::read(*static_cast<const OpcUa_ReadRequest*>(request),
                                     *static_cast<OpcUa_ReadResponse*>(response));
@@ -199,9 +201,8 @@ public:
             for (const Reference& reference : m_references) {
                 const OpcUa_UInt32 type = wanted.ReferenceTypeId.Identifier.Numeric;
                 if ((inverse ? reference.target : reference.source) != UaNodeId(wanted.NodeId) ||
-                    (type != 0 && type != reference.type)) {
+                    (type != 0 && type != reference.type))
                     continue;
-                }
                 references.resize(references.length() + 1);
                 OpcUa_ReferenceDescription& made = references[references.length() - 1];
                 (inverse ? reference.source : reference.target).copyTo(&made.NodeId.NodeId);
@@ -219,11 +220,10 @@ public:
         UaDataValues results(static_cast<OpcUa_UInt32>(request.NoOfNodesToRead));
         for (OpcUa_UInt32 i = 0; i < results.length(); ++i) {
             const auto found = m_values.find(UaNodeId(request.NodesToRead[i].NodeId));
-            if (request.NodesToRead[i].AttributeId != OpcUa_Attributes_Value || found == m_values.end()) {
+            if (request.NodesToRead[i].AttributeId != OpcUa_Attributes_Value || found == m_values.end())
                 results[i].StatusCode = OpcUa_BadAttributeIdInvalid;
-            } else {
+            else
                 found->second.copyTo(&results[i].Value);
-            }
         }
         results.detach(&response.NoOfResults, &response.Results);
         return OpcUa_Good;
@@ -269,9 +269,8 @@ private:
     static UaVariant texts(const std::vector<const char*>& names)
     {
         std::vector<UaVariant> elements;
-        for (const char* name : names) {
+        for (const char* name : names)
             elements.emplace_back(UaLocalizedText("en", name));
-        }
         UaVariant array;
         array.setArray(OpcUaType_LocalizedText, elements);
         return array;
@@ -299,10 +298,12 @@ TEST_F(DataTypesTest, OlderServersTellByPropertiesAndDictionaries)
 {
     ASSERT_TRUE(connect().isGood());
     const OldServer server;
-    stack.on(OpcUa_BrowseRequest_EncodeableType, [&server](const void* request, void* response) {
-        return server.browse(*static_cast<const OpcUa_BrowseRequest*>(request),
-                             *static_cast<OpcUa_BrowseResponse*>(response));
-    });
+    stack.on(
+        OpcUa_BrowseRequest_EncodeableType,
+        [&server](const void* request, void* response) {
+            return server.browse(*static_cast<const OpcUa_BrowseRequest*>(request),
+                                 *static_cast<OpcUa_BrowseResponse*>(response));
+        });
     stack.on(OpcUa_ReadRequest_EncodeableType, [&server](const void* request, void* response) {
         return server.read(*static_cast<const OpcUa_ReadRequest*>(request),
                            *static_cast<OpcUa_ReadResponse*>(response));
@@ -310,9 +311,8 @@ TEST_F(DataTypesTest, OlderServersTellByPropertiesAndDictionaries)
     UaTrace::setPreFileTrace(true, UaTrace::Warning);
     ASSERT_TRUE(session.loadDataTypeDictionaries().isGood());
     std::string warnings;
-    for (const UaString& line : UaTrace::getPreFileTraces()) {
+    for (const UaString& line : UaTrace::getPreFileTraces())
         warnings += line.toStdString() + '\n';
-    }
     UaTrace::setPreFileTrace(false, UaTrace::Warning);
     UaTrace::clearPreFileTraces();
 

@@ -48,18 +48,19 @@ class DiscoveryTest : public SessionTest
 protected:
     void answerCallsWith(OpcUa_Int32 outputs)
     {
-        stack.on(OpcUa_CallRequest_EncodeableType, [this, outputs](const void* request, void* response) {
-            const auto& call = static_cast<const OpcUa_CallRequest*>(request)->MethodsToCall[0];
-            std::ostringstream text;
-            text << UaNodeId(call.ObjectId).toXmlString().toUtf8() << ' '
-                 << UaNodeId(call.MethodId).toXmlString().toUtf8();
-            for (OpcUa_Int32 i = 0; i < call.NoOfInputArguments; ++i) {
-                text << ' ' << UaVariant(call.InputArguments[i]).toString().toUtf8();
-            }
-            asked = text.str();
-            answerQuery(*static_cast<OpcUa_CallResponse*>(response), outputs);
-            return static_cast<OpcUa_StatusCode>(OpcUa_Good);
-        });
+        stack.on(
+            OpcUa_CallRequest_EncodeableType,
+            [this, outputs](const void* request, void* response) {
+                const auto& call = static_cast<const OpcUa_CallRequest*>(request)->MethodsToCall[0];
+                std::ostringstream text;
+                text << UaNodeId(call.ObjectId).toXmlString().toUtf8() << ' '
+                     << UaNodeId(call.MethodId).toXmlString().toUtf8();
+                for (OpcUa_Int32 i = 0; i < call.NoOfInputArguments; ++i)
+                    text << ' ' << UaVariant(call.InputArguments[i]).toString().toUtf8();
+                asked = text.str();
+                answerQuery(*static_cast<OpcUa_CallResponse*>(response), outputs);
+                return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+            });
     }
 
     UaStatus query(UaClientSdk::UaSession* on)

@@ -99,9 +99,8 @@ TEST(CertificateChain, IsCutIntoItsCertificatesAndRefusedWhenItIsDamaged)
     ASSERT_EQ(out.length(), 2u);
     EXPECT_EQ(UaByteString(out[1]).view(), one);
     std::string eleven;
-    for (int i = 0; i < 11; ++i) {
+    for (int i = 0; i < 11; ++i)
         eleven += one;
-    }
     for (const std::string& bytes : {std::string(), one + "x", one.substr(0, one.size() - 1), eleven,
                                      std::string("\x30\x84\xFF\xFF\xFF\xFF", 6)}) {
         EXPECT_EQ(split(bytes, out), damaged) << bytes.size();

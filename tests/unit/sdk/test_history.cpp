@@ -42,9 +42,8 @@ protected:
                  typed<OpcUa_HistoryReadRequest, OpcUa_HistoryReadResponse>([=](const auto& in, auto& out) {
                      look(in);
                      UaHistoryReadResults answers(static_cast<OpcUa_UInt32>(in.NoOfNodesToRead));
-                     for (OpcUa_UInt32 i = 0; i < answers.length(); ++i) {
+                     for (OpcUa_UInt32 i = 0; i < answers.length(); ++i)
                          fill(answers[i], i);
-                     }
                      answers.detach(&out.NoOfResults, &out.Results);
                  }));
     }
@@ -132,10 +131,9 @@ TEST_F(HistoryTest, AggregatesGoWithTheirNodesWhenSplit)
             ASSERT_TRUE(details);
             EXPECT_EQ(details->ProcessingInterval, 500.0);
             ASSERT_EQ(details->NoOfAggregateType, in.NoOfNodesToRead);
-            for (OpcUa_Int32 i = 0; i < in.NoOfNodesToRead; ++i) {
+            for (OpcUa_Int32 i = 0; i < in.NoOfNodesToRead; ++i)
                 asked.emplace_back(in.NodesToRead[i].NodeId.Identifier.Numeric,
                                    details->AggregateType[i].Identifier.Numeric);
-            }
         },
         [](OpcUa_HistoryReadResult&, OpcUa_UInt32) {});
     HistoryReadProcessedContext context;
@@ -170,9 +168,8 @@ TEST_F(HistoryTest, TimesAndEventFiltersReachTheServer)
         },
         [](OpcUa_HistoryReadResult&, OpcUa_UInt32) {});
     HistoryReadAtTimeContext atTime;
-    for (const OpcUa_DateTime time : {10, 20, 30}) {
+    for (const OpcUa_DateTime time : {10, 20, 30})
         atTime.requestedTimes.append(time);
-    }
     atTime.releaseContinuationPoints = true;
     EXPECT_TRUE(session.historyReadAtTime(settings, atTime, UaHistoryReadValueIds(1u), results, diagnostics)
                     .isGood());

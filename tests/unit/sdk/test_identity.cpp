@@ -125,9 +125,8 @@ TEST_F(IdentityTest, PasswordLeavesInClearOnlyWhenSomebodyHasAgreed)
         signing.setUserPasswordUserIdentity("anna", "geheim");
         const UaStatus status = connect(signing);
         EXPECT_EQ(status.statusCode(), mode == OpcUa_MessageSecurityMode_Sign ? plainPassword : OpcUa_Good);
-        if (status.isGood()) {
+        if (status.isGood())
             disconnect();
-        }
     }
 }
 

@@ -53,9 +53,8 @@ TEST(PublishSetPoint, FallsWhenRefusedAndProbesUpwards)
 TEST(PublishPace, IsFreeUntilAnErrorThenStaysBelowThreeHundredASecond)
 {
     PublishPace pace;
-    for (int i = 0; i < 1000; ++i) {
+    for (int i = 0; i < 1000; ++i)
         ASSERT_TRUE(pace.take(5));
-    }
     int sent = 0;
     for (OpcUa_UInt64 now = 10; now < 1010; ++now) { // every answer is an error at once
         for (int i = 0; i < 50; ++i) {
@@ -77,9 +76,8 @@ TEST(PublishPace, PausesAfterAnErrorAndForgetsItAfterASecond)
     pace.failed(1000, 10);
     EXPECT_FALSE(pace.take(1009));
     EXPECT_TRUE(pace.take(1010));
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 100; ++i)
         static_cast<void>(pace.take(1010));
-    }
     EXPECT_FALSE(pace.take(1010));
     EXPECT_TRUE(pace.take(2000));
     EXPECT_TRUE(pace.take(2000));
@@ -115,15 +113,13 @@ TEST(PublishAcknowledgements, KeepTheirOrderAndEndAfterAFewAttempts)
 TEST(PublishAcknowledgements, AreBoundedAndForgetTheOldestFirst)
 {
     PublishAcknowledgements list;
-    for (OpcUa_UInt32 i = 1; i <= PublishAcknowledgements::maxLength + 5; ++i) {
+    for (OpcUa_UInt32 i = 1; i <= PublishAcknowledgements::maxLength + 5; ++i)
         list.add(1, i);
-    }
     const PublishAcknowledgements::Batch batch = list.take();
     ASSERT_EQ(batch.items.size(), PublishAcknowledgements::maxLength);
     EXPECT_EQ(batch.items.front().SequenceNumber, 6u);
-    for (OpcUa_UInt32 i = 0; i < PublishAcknowledgements::maxLength; ++i) {
+    for (OpcUa_UInt32 i = 0; i < PublishAcknowledgements::maxLength; ++i)
         list.add(2, i);
-    }
     list.restore(batch);
     EXPECT_EQ(list.length(), PublishAcknowledgements::maxLength);
 }

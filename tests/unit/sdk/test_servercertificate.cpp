@@ -50,9 +50,8 @@ protected:
     void SetUp() override
     {
         SessionTest::SetUp();
-        for (const char* name : {"trusted", "trustedcrl", "issuers", "issuerscrl"}) {
+        for (const char* name : {"trusted", "trustedcrl", "issuers", "issuerscrl"})
             std::filesystem::create_directory(m_folder.file(name));
-        }
         const auto path = [this](const char* name) { return UaString(m_folder.file(name).c_str()); };
         security.initializePkiProviderOpenSSL(path("trustedcrl"), path("trusted"), path("issuerscrl"),
                                               path("issuers"));

@@ -64,22 +64,19 @@ TEST_F(ServiceGroupTest, RegisteredNodesComeInOrder)
              typed<OpcUa_RegisterNodesRequest, OpcUa_RegisterNodesResponse>([&](const auto& in, auto& out) {
                  blocks.push_back(in.NoOfNodesToRegister);
                  UaNodeIdArray nodes(in.NoOfNodesToRegister, in.NodesToRegister);
-                 for (OpcUa_NodeId& node : nodes) {
+                 for (OpcUa_NodeId& node : nodes)
                      node.Identifier.Numeric += 1000;
-                 }
                  nodes.detach(&out.NoOfRegisteredNodeIds, &out.RegisteredNodeIds);
              }));
     std::vector<OpcUa_UInt32> unregistered;
     stack.on(OpcUa_UnregisterNodesRequest_EncodeableType,
              typed<OpcUa_UnregisterNodesRequest, OpcUa_UnregisterNodesResponse>([&](const auto& in, auto&) {
-                 for (OpcUa_Int32 i = 0; i < in.NoOfNodesToUnregister; ++i) {
+                 for (OpcUa_Int32 i = 0; i < in.NoOfNodesToUnregister; ++i)
                      unregistered.push_back(in.NodesToUnregister[i].Identifier.Numeric);
-                 }
              }));
     UaNodeIdArray nodes(5u);
-    for (OpcUa_UInt32 i = 0; i < 5; ++i) {
+    for (OpcUa_UInt32 i = 0; i < 5; ++i)
         nodes[i].Identifier.Numeric = i;
-    }
     UaNodeIdArray registered;
     ASSERT_TRUE(session.registerNodes(settings, nodes, registered).isGood());
     EXPECT_EQ(blocks, (BlockSizes{2, 2, 1}));

@@ -50,9 +50,8 @@ TEST_F(ServiceTest, LongReadIsSplitAndMergedInOrder)
     ASSERT_TRUE(read(nodesOf(2500)).isGood());
     EXPECT_EQ(blocks, (std::vector<int>{1000, 1000, 500}));
     ASSERT_EQ(values.length(), 2500u);
-    for (OpcUa_UInt32 i = 0; i < values.length(); ++i) {
+    for (OpcUa_UInt32 i = 0; i < values.length(); ++i)
         ASSERT_EQ(values[i].Value.Value.UInt32, 100000 + i);
-    }
 }
 
 TEST_F(ServiceTest, BadBlockEndsTheReadAndLeavesNothingHalfDone)
@@ -107,9 +106,8 @@ TEST_F(ServiceTest, BrowseHandsOverReferencesAndContinuationPoint)
         UaReferenceDescriptions references(2u);
         references[1].NodeId.NodeId.Identifier.Numeric = more ? 1 : 2;
         references.detach(&out[0].NoOfReferences, &out[0].References);
-        if (more) {
+        if (more)
             OpcUa_ByteString_Assign(&out[0].ContinuationPoint, "point", 5);
-        }
         out.detach(&noOfResults, &results);
         return static_cast<OpcUa_StatusCode>(OpcUa_Good);
     };

@@ -177,9 +177,8 @@ TEST_F(SessionTest, ExceptionInACallbackEndsTheThreadOnly)
         void connectionStatusChanged(OpcUa_UInt32 id, UaClient::ServerStatus status) override
         {
             RecordingCallback::connectionStatusChanged(id, status);
-            if (status == UaClient::ConnectionErrorApiReconnect) {
+            if (status == UaClient::ConnectionErrorApiReconnect)
                 throw std::runtime_error("application fault");
-            }
         }
     } throwing;
     ASSERT_TRUE(session

@@ -38,9 +38,8 @@ TEST_F(SubscriptionTest, KeepsAsManyRequestsOutstandingAsTheSetPointSays)
 TEST_F(SubscriptionTest, NotificationsComeInOrderAndAreAcknowledgedOnce)
 {
     create(11);
-    for (OpcUa_UInt32 number = 1; number <= 6; ++number) {
+    for (OpcUa_UInt32 number = 1; number <= 6; ++number)
         data(1, number, {{7, static_cast<OpcUa_Int32>(number)}, {8, -1}});
-    }
     ASSERT_TRUE(events.waitFor({"11 data 7=1 8=-1", "11 data 7=2 8=-1", "11 data 7=3 8=-1",
                                 "11 data 7=4 8=-1", "11 data 7=5 8=-1", "11 data 7=6 8=-1"}));
     ASSERT_TRUE(waitForPublishCalls(8));
@@ -159,9 +158,8 @@ TEST_F(SubscriptionTest, ServerThatAlwaysFailsIsNotFlooded)
 {
     create(11);
     ASSERT_TRUE(waitForPublishCalls(2));
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 2000; ++i)
         fail(OpcUa_BadInternalError);
-    }
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (publishCalls() < 30 && std::chrono::steady_clock::now() < deadline) {
         const OpcUa_UInt64 passed = ++stack.ticks;
@@ -311,9 +309,8 @@ TEST_F(SubscriptionTest, CallbackMayCallTheSession)
     create(11);
     UaSubscription* second = nullptr;
     events.during = [&](const std::string& text) {
-        if (text == "11 data") {
+        if (text == "11 data")
             second = create(22); // its first notification comes behind this callback
-        }
     };
     data(1, 1, {});
     data(2, 1, {{5, 5}});
@@ -326,9 +323,8 @@ TEST_F(SubscriptionTest, ThrowingCallbackLosesNothingElse)
     const RecordedTrace trace;
     create(11);
     events.during = [](const std::string& text) {
-        if (text == "11 data") {
+        if (text == "11 data")
             throw std::runtime_error("application fault");
-        }
     };
     ASSERT_TRUE(waitForPublishCalls(2));
     data(1, 1, {});
@@ -381,9 +377,8 @@ TEST_F(SubscriptionTest, NothingIsHeardAfterDisconnect)
         const OpcUa_UInt32 id = subscription->subscriptionId();
         std::atomic<bool> over{false};
         events.during = [&](const std::string&) { EXPECT_FALSE(over); };
-        for (OpcUa_UInt32 number = 1; number <= 20; ++number) {
+        for (OpcUa_UInt32 number = 1; number <= 20; ++number)
             data(id, number, {});
-        }
         disconnect();
         over = true;
         EXPECT_FALSE(subscription->isValid());

@@ -29,9 +29,8 @@ protected:
     void mendLink(bool replaced = false)
     {
         const auto before = callback.statuses().size();
-        if (replaced) {
+        if (replaced)
             stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
-        }
         passWatchdogTime();
         ASSERT_TRUE(callback.waitForCount(before + (replaced ? 2 : 1)));
         ASSERT_EQ(callback.statuses().back(), UaClient::Connected);
@@ -46,12 +45,10 @@ TEST_F(SubscriptionReconnect, MissedNotificationsComeFirstThenLiveOnes)
     data(1, 1, {{7, 1}});
     ASSERT_TRUE(events.waitFor({"11 data 7=1"}));
     answerRepublish([](OpcUa_UInt32 id, OpcUa_UInt32 number, OpcUa_NotificationMessage& message) {
-        if (id == 2) {
+        if (id == 2)
             return OpcUa_BadSubscriptionIdInvalid;
-        }
-        if (number > 3) {
+        if (number > 3)
             return OpcUa_BadMessageNotAvailable;
-        }
         fillData(message, number, {{7, static_cast<OpcUa_Int32>(number)}});
         return static_cast<OpcUa_StatusCode>(OpcUa_Good);
     });
@@ -116,9 +113,8 @@ TEST_F(SubscriptionReconnect, LinkThatBreaksWhileRepublishingStartsAgain)
             go.get_future().wait();
             return static_cast<OpcUa_StatusCode>(OpcUa_BadConnectionClosed);
         }
-        if (number > 1) {
+        if (number > 1)
             return static_cast<OpcUa_StatusCode>(OpcUa_BadMessageNotAvailable);
-        }
         fillData(message, number, {{7, 1}});
         return static_cast<OpcUa_StatusCode>(OpcUa_Good);
     });
@@ -194,10 +190,9 @@ protected:
             const auto& asked = *static_cast<const OpcUa_CreateMonitoredItemsRequest*>(request);
             auto& answer = *static_cast<OpcUa_CreateMonitoredItemsResponse*>(response);
             UaMonitoredItemCreateResults made(static_cast<OpcUa_UInt32>(asked.NoOfItemsToCreate));
-            for (OpcUa_UInt32 i = 0; i < made.length(); ++i) {
+            for (OpcUa_UInt32 i = 0; i < made.length(); ++i)
                 made[i].MonitoredItemId =
                     asked.SubscriptionId * 1000 + asked.ItemsToCreate[i].RequestedParameters.ClientHandle;
-            }
             made.detach(&answer.NoOfResults, &answer.Results);
             return static_cast<OpcUa_StatusCode>(OpcUa_Good);
         });
@@ -208,9 +203,8 @@ protected:
     static UaMonitoredItemCreateRequests requests(OpcUa_UInt32 count)
     {
         UaMonitoredItemCreateRequests items(count);
-        for (OpcUa_UInt32 i = 0; i < count; ++i) {
+        for (OpcUa_UInt32 i = 0; i < count; ++i)
             items[i].RequestedParameters.ClientHandle = i;
-        }
         return items;
     }
     UaStatus begin(OpcUa_UInt32 count, OpcUa_UInt32 transaction)
@@ -232,9 +226,8 @@ TEST_F(MonitoredItems, LongRequestsGoInBlocksInBothForms)
                                            diagnostics)
                     .isGood());
     ASSERT_EQ(results.length(), 25u);
-    for (OpcUa_UInt32 i = 0; i < 25; ++i) {
+    for (OpcUa_UInt32 i = 0; i < 25; ++i)
         EXPECT_EQ(results[i].MonitoredItemId, 1000 + i);
-    }
     EXPECT_EQ(stack.calls(OpcUa_CreateMonitoredItemsRequest_EncodeableType), 3);
     ASSERT_TRUE(begin(12, 5).isGood());
     EXPECT_TRUE(
@@ -297,10 +290,9 @@ TEST_F(MonitoredItems, TriggeringChecksBothListsOfResults)
         EXPECT_EQ(asked.SubscriptionId, 1u);
         UaStatusCodeArray(static_cast<OpcUa_UInt32>(asked.NoOfLinksToAdd))
             .detach(&answer.NoOfAddResults, &answer.AddResults);
-        if (asked.TriggeringItemId == 1) {
+        if (asked.TriggeringItemId == 1)
             UaStatusCodeArray(static_cast<OpcUa_UInt32>(asked.NoOfLinksToRemove))
                 .detach(&answer.NoOfRemoveResults, &answer.RemoveResults);
-        }
         return static_cast<OpcUa_StatusCode>(OpcUa_Good);
     });
     UaUInt32Array add(2u);

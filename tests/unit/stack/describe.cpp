@@ -189,10 +189,9 @@ void describeDiagnosticInfo(Text& out, const Text& path, const OpcUa_DiagnosticI
                                                            {"namespaceUri", value.NamespaceUri},
                                                            {"locale", value.Locale},
                                                            {"localizedText", value.LocalizedText}};
-    for (const auto& [name, index] : indexes) {
+    for (const auto& [name, index] : indexes)
         if (index >= 0)
             put(out, join(path, name), std::to_string(index));
-    }
     if (value.AdditionalInfo.Data != nullptr)
         put(out, join(path, "additionalInfo"), stringText(value.AdditionalInfo));
     if (value.InnerStatusCode != 0)

@@ -65,10 +65,9 @@ std::vector<ReferenceCase> referenceCases(const std::string& file)
 
 OpcUa_Byte builtInTypeByName(std::string_view name)
 {
-    for (OpcUa_Byte type = OpcUaType_Boolean; type <= OpcUaType_DiagnosticInfo; ++type) {
+    for (OpcUa_Byte type = OpcUaType_Boolean; type <= OpcUaType_DiagnosticInfo; ++type)
         if (name == OpcUa_BuiltInType_Name(type))
             return type;
-    }
     return OpcUaType_Null;
 }
 
@@ -114,10 +113,9 @@ int Value::compare(const Value& other) const
 const Bytes& readResponseBytes()
 {
     static const Bytes bytes = [] {
-        for (const ReferenceCase& reference : referenceCases("messages.txt")) {
+        for (const ReferenceCase& reference : referenceCases("messages.txt"))
             if (reference.type == "ReadResponse" && reference.name == "several-values")
                 return reference.bytes;
-        }
         return Bytes();
     }();
     return bytes;

@@ -55,10 +55,9 @@ protected:
     }
     void clear()
     {
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(m_root)) {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(m_root))
             if (!entry.is_directory())
                 std::filesystem::remove(entry.path());
-        }
     }
 
     OpcUa_StatusCode verify(const Der& chain, OpcUa_StatusCode answer = OpcUa_Bad,
@@ -84,9 +83,9 @@ protected:
     }
     bool found(OpcUa_StatusCode status, int depth) const
     {
-        return std::any_of(m_findings.begin(), m_findings.end(), [&](const Finding& finding) {
-            return finding.status == status && finding.depth == depth;
-        });
+        return std::any_of(
+            m_findings.begin(), m_findings.end(),
+            [&](const Finding& finding) { return finding.status == status && finding.depth == depth; });
     }
 
     static Recipe own(const std::string& name = "Server")

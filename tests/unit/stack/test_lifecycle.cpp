@@ -57,10 +57,9 @@ private:
         } else {
             if (type.HasOptionalFields)
                 m_bytes = std::move(m_bytes) + wire(whole ? maskOf(type) : OpcUa_UInt32{0});
-            for (OpcUa_UInt32 n = 0; n < type.FieldCount; ++n) {
+            for (OpcUa_UInt32 n = 0; n < type.FieldCount; ++n)
                 if (whole || (type.OptionalMask >> n & 1) == 0)
                     field(type.Fields[n]);
-            }
         }
         --m_depth;
     }

@@ -146,9 +146,8 @@ TEST(EncodingTables, everyTypeIsFoundAndItsNullValueIsItsLeastEncoding)
         SCOPED_TRACE(type->TypeName);
         ++types;
         EXPECT_EQ(type->TypeId, id);
-        if (type->BinaryEncodingTypeId != 0) {
+        if (type->BinaryEncodingTypeId != 0)
             EXPECT_EQ(OpcUa_EncodeableType_FindByBinaryId(type->BinaryEncodingTypeId), type);
-        }
         void* object = OpcUa_EncodeableObject_Create(type);
         OpcUa_ByteString bytes;
         ASSERT_EQ(OpcUa_EncodeableObject_EncodeBinary(type, object, &bytes), OpcUa_Good);

@@ -198,9 +198,8 @@ protected:
         UaGenericStructureValue value(definition, &store);
         for (int i = 0; i < definition.fieldCount(); ++i) {
             const UaStructureField field = definition.field(i);
-            if (!field.isOptional() || random.oneIn(2)) {
+            if (!field.isOptional() || random.oneIn(2))
                 EXPECT_TRUE(value.setField(i, fieldValue(field, depth)).isGood());
-            }
         }
         EXPECT_TRUE(value.encode(object).isGood()) << definition.name().toUtf8();
         return object;

@@ -56,9 +56,8 @@ UaVariant arrayOf(OpcUa_BuiltInType type, const std::vector<UaVariant>& elements
 {
     UaVariant array;
     EXPECT_TRUE(OpcUa_IsGood(array.setArray(type, elements)));
-    if (!dimensions.empty()) {
+    if (!dimensions.empty())
         EXPECT_TRUE(OpcUa_IsGood(array.setDimensions(dimensions)));
-    }
     return array;
 }
 

@@ -29,9 +29,8 @@ class Home
 public:
     explicit Home(const char* value)
     {
-        if (const char* before = std::getenv("HOME")) {
+        if (const char* before = std::getenv("HOME"))
             m_before = before;
-        }
         value != nullptr ? ::setenv("HOME", value, 1) : ::unsetenv("HOME");
     }
     ~Home() { m_before ? ::setenv("HOME", m_before->c_str(), 1) : ::unsetenv("HOME"); }
@@ -131,9 +130,8 @@ TEST(UaDir, AKilledWriterLeavesOldOrNew)
         }
         char byte = 0;
         ASSERT_EQ(::read(ready[0], &byte, 1), 1); // it is at work now
-        for (int spin = 0; spin < round * 20000; ++spin) {
+        for (int spin = 0; spin < round * 20000; ++spin)
             asm volatile("");
-        }
         ::kill(child, SIGKILL);
         ::waitpid(child, nullptr, 0);
         ::close(ready[0]);
@@ -172,9 +170,8 @@ TEST(UaDir, FoldersAreListedAndFilesCopied)
     ::mkfifo(folder.file("p.der").c_str(), 0600);
     std::filesystem::create_symlink("self.der", folder.file("self.der"));
     std::vector<std::string> names;
-    for (const UaString& name : UaDir::fileNames(UaString(folder.path()))) {
+    for (const UaString& name : UaDir::fileNames(UaString(folder.path())))
         names.push_back(name.toStdString());
-    }
     EXPECT_THAT(names, ElementsAre("b.der", "z.der"));
     EXPECT_EQ(UaDir::fileNames(UaString(folder.path()), 1).size(), 1u);
 

@@ -91,9 +91,8 @@ TEST(UaThreadDeathTest, ALivingThreadMayNotBeDestroyed)
                     UaThread::msleep(3600000);
                 }
             } thread;
-            if (thread.start()) {
+            if (thread.start())
                 started.get_future().wait();
-            }
         },
         "UaThread: destroyed while it runs");
 }
@@ -104,7 +103,9 @@ TEST(UaMutex, KnowsItsOwnerAndRefusesToHang)
     UaMutexLocker locker(mutex);
     EXPECT_TRUE(mutex.isLockedByCurrentThread());
     EXPECT_FALSE(mutex.tryLock());
-    EXPECT_FALSE(std::async(std::launch::async, [&mutex] { return mutex.tryLock(); }).get());
+    EXPECT_FALSE(std::async(
+                     std::launch::async, [&mutex] { return mutex.tryLock(); })
+                     .get());
     EXPECT_FALSE(std::async(std::launch::async, [&mutex] { return mutex.isLockedByCurrentThread(); }).get());
     locker.unlock();
     EXPECT_FALSE(mutex.isLockedByCurrentThread());
@@ -128,9 +129,8 @@ TEST(UaMutex, GuardsFromOtherThreads)
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     EXPECT_EQ(counter, 20000);
 }
 
@@ -167,9 +167,8 @@ TEST(UaThreadPool, ExecutesEveryJobOnItsThreads)
             ids.insert(std::this_thread::get_id());
         })));
     }
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3; ++i)
         ASSERT_TRUE(arrived.timedWait(Soon));
-    }
     EXPECT_FALSE(pool.waitIdle(1));
     together.post(3);
     EXPECT_TRUE(pool.waitIdle(Soon));
@@ -188,9 +187,8 @@ TEST(UaThreadPool, OneThreadKeepsTheOrderAndJobsMayAddJobs)
         }));
         pool.addJob(std::make_unique<Job>([&] { order.push_back(2); }));
         EXPECT_TRUE(pool.waitIdle(Soon));
-        for (int i = 4; i < 50; ++i) {
+        for (int i = 4; i < 50; ++i)
             pool.addJob(std::make_unique<Job>([&order, i] { order.push_back(i); }));
-        }
     } // ends with every job done
     ASSERT_EQ(order.size(), 49u);
     EXPECT_TRUE(std::is_sorted(order.begin() + 3, order.end()));
@@ -212,14 +210,12 @@ TEST(UaThreadPool, DiscardedJobsAreDeletedUnexecuted)
         },
         alive));
     started.wait();
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 5; ++i)
         pool.addJob(std::make_unique<Job>([&] { ++executed; }, alive));
-    }
     EXPECT_EQ(pool.pendingJobs(), 5u);
     std::thread releasing([&] {
-        while (pool.pendingJobs() != 0) {
+        while (pool.pendingJobs() != 0)
             std::this_thread::yield();
-        }
         release.post();
     });
     pool.shutdown(UaThreadPool::Pending::Discard);

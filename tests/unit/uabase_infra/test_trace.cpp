@@ -115,9 +115,8 @@ TEST_F(TraceTest, LongRecordsAreCutBetweenCharacters)
     ASSERT_EQ(start(UaTrace::Info), 0);
     std::string text(3000, 'x');
     UaTrace::traceOutput(UaTrace::Info, text.c_str(), 0);
-    for (std::size_t i = 0; i + 2 < text.size(); i += 3) {
+    for (std::size_t i = 0; i + 2 < text.size(); i += 3)
         text.replace(i, 3, "\xE2\x82\xAC"); // the euro sign
-    }
     for (int shift = 0; shift < 3; ++shift) {
         UaTrace::traceOutput(UaTrace::Info,
                              (std::string(static_cast<std::size_t>(shift), '-') + text).c_str(), 0);
@@ -140,9 +139,8 @@ TEST_F(TraceTest, PreFileModeKeepsTheNewestRecords)
         UaTrace::tData("too fine");
     }
     std::vector<std::string> kept;
-    for (const UaString& record : UaTrace::getPreFileTraces()) {
+    for (const UaString& record : UaTrace::getPreFileTraces())
         kept.push_back(record.toStdString());
-    }
     EXPECT_THAT(kept, ElementsAre(MatchesRegex(".*\\|3\\|.* record 3"), MatchesRegex(".* record 4"),
                                   MatchesRegex(".* record 5")));
 
@@ -216,27 +214,22 @@ TEST_F(TraceTest, ThreadsLoseNoRecordWhileFilesRotateAndHooksChange)
         threads.emplace_back([thread, &hook] {
             for (int i = 0; i < Records; ++i) {
                 UaTrace::tInfo("record %d", thread * Records + i);
-                if (i % 50 == 0) {
+                if (i % 50 == 0)
                     UaTrace::setTraceHook(i % 100 == 0 ? &hook : nullptr);
-                }
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     UaTrace::setTraceHook(nullptr);
     UaTrace::closeTrace();
 
     std::vector<int> seen;
-    for (const std::string& name : folder.names()) {
-        for (const std::string& text : texts(folder.file(name))) {
+    for (const std::string& name : folder.names())
+        for (const std::string& text : texts(folder.file(name)))
             seen.push_back(std::stoi(text.substr(text.find(' '))));
-        }
-    }
     std::sort(seen.begin(), seen.end());
     ASSERT_THAT(seen, SizeIs(Threads * Records));
-    for (int i = 0; i < Threads * Records; ++i) {
+    for (int i = 0; i < Threads * Records; ++i)
         ASSERT_EQ(seen[static_cast<std::size_t>(i)], i);
-    }
 }

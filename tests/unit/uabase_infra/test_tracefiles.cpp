@@ -70,9 +70,8 @@ TEST_F(TraceTest, BackupNamesKeepTheWholeName)
 TEST_F(TraceTest, AFullFileBecomesBackupOne)
 {
     ASSERT_EQ(start(UaTrace::Info, 1000, 3), 0);
-    for (int i = 1; i <= 997; ++i) {
+    for (int i = 1; i <= 997; ++i)
         UaTrace::tInfo("record %d", i);
-    }
     EXPECT_THAT(folder.names(), ElementsAre("trace.log"));
     UaTrace::tInfo("record 998");
     EXPECT_THAT(records(trace), IsEmpty());
@@ -81,9 +80,8 @@ TEST_F(TraceTest, AFullFileBecomesBackupOne)
     ASSERT_THAT(full, SizeIs(998));
     EXPECT_EQ(full.back(), "record 998");
 
-    for (int i = 999; i <= 5 * 998; ++i) {
+    for (int i = 999; i <= 5 * 998; ++i)
         UaTrace::tInfo("record %d", i);
-    }
     EXPECT_THAT(folder.names(), ::testing::UnorderedElementsAre("trace.log", "trace.log_1.log",
                                                                 "trace.log_2.log", "trace.log_3.log"));
     EXPECT_EQ(texts(trace + "_1.log").front(), "record 3993");
@@ -135,9 +133,8 @@ TEST_F(TraceTest, AFullDiskTurnsTheFileOffAndTellsOnce)
     UaTrace::setErrorTraceHook(&errors);
     {
         const FileSizeLimit limit(4096);
-        for (int i = 0; i < 100; ++i) {
+        for (int i = 0; i < 100; ++i)
             UaTrace::tInfo("a record of some length, so that the file soon is full: %d", i);
-        }
     }
     EXPECT_TRUE(UaTrace::traceFileName().isNull());
     std::vector<std::string> told = errors.take();

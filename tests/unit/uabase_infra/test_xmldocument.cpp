@@ -16,12 +16,10 @@ UaXmlDocument parse(const std::string& text, const UaXmlDocument::Limits& limits
 std::string nested(int depth)
 {
     std::string text;
-    for (int i = 0; i < depth; ++i) {
+    for (int i = 0; i < depth; ++i)
         text += "<a>";
-    }
-    for (int i = 0; i < depth; ++i) {
+    for (int i = 0; i < depth; ++i)
         text += "</a>";
-    }
     return text;
 }
 

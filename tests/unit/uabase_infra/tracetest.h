@@ -59,11 +59,9 @@ protected:
     static std::vector<std::string> records(const std::string& path)
     {
         std::vector<std::string> result;
-        for (const std::string& line : TemporaryFolder::lines(path)) {
-            if (!line.starts_with("**")) {
+        for (const std::string& line : TemporaryFolder::lines(path))
+            if (!line.starts_with("**"))
                 result.push_back(line);
-            }
-        }
         return result;
     }
     // Behind the time, level and thread.

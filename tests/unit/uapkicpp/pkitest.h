@@ -41,12 +41,10 @@ inline UaPkiCertificateInfo info()
 {
     UaPkiCertificateInfo info;
     info.URI = "urn:host:Korvanda, Inc:Tavelin@host";
-    for (const char* name : {"host", "host.example"}) {
+    for (const char* name : {"host", "host.example"})
         info.DNSNames.append(*UaString(name).get());
-    }
-    for (const char* address : {"192.0.2.17", "2001:db8::17"}) {
+    for (const char* address : {"192.0.2.17", "2001:db8::17"})
         info.IPAddresses.append(*UaString(address).get());
-    }
     info.eMail = "service@host.example";
     info.validTime = 157680000;
     info.serialNumber = 0x1122334455667788;
@@ -68,18 +66,16 @@ inline UaPkiCertificate authority()
 inline std::vector<std::string> texts(const UaStringArray& array)
 {
     std::vector<std::string> result;
-    for (const OpcUa_String& text : array) {
+    for (const OpcUa_String& text : array)
         result.push_back(UaString(text).toStdString());
-    }
     return result;
 }
 
 inline std::string joined(const std::vector<UaString>& errors)
 {
     std::string result;
-    for (const UaString& error : errors) {
+    for (const UaString& error : errors)
         result += error.toStdString() + '\n';
-    }
     return result;
 }
 

@@ -34,9 +34,8 @@ std::string criticals(const UaPkiCertificate& certificate)
     std::string names;
     for (int i = 0; i < X509_get_ext_count(x509.get()); ++i) {
         X509_EXTENSION* extension = X509_get_ext(x509.get(), i);
-        if (X509_EXTENSION_get_critical(extension) == 1) {
+        if (X509_EXTENSION_get_critical(extension) == 1)
             names += std::string(OBJ_nid2sn(OBJ_obj2nid(X509_EXTENSION_get_object(extension)))) + ' ';
-        }
     }
     return names;
 }
@@ -340,9 +339,8 @@ TEST(UaPkiCertificateCollection, ChainsAreSplit)
     EXPECT_TRUE(cut.hasErrors());
     EXPECT_EQ(UaPkiCertificateCollection::fromDERChain(UaByteString()).size(), 0);
     UaByteArray endless;
-    for (int i = 0; i < 11; ++i) {
+    for (int i = 0; i < 11; ++i)
         endless.append(more.size(), more.rawData());
-    }
     const auto bounded = UaPkiCertificateCollection::fromDERChain(UaByteString(endless));
     EXPECT_EQ(bounded.size(), 10);
     EXPECT_TRUE(bounded.hasErrors());

@@ -93,9 +93,8 @@ TEST(UaPkiHostile, ChangedBytesNeverVerifyAndNeverHarm)
         // whatever still decodes can be shown
         ASSERT_TRUE(isShowable(certificate.commonName())) << i;
         ASSERT_TRUE(isShowable(certificate.info().URI)) << i;
-        for (const UaPkiCertificate::Extension extension : certificate.extensions()) {
+        for (const UaPkiCertificate::Extension extension : certificate.extensions())
             ASSERT_TRUE(isShowable(certificate.extensionValue(extension))) << i;
-        }
         ASSERT_FALSE(certificate.isSelfSigned()) << i;
     }
 }
@@ -122,9 +121,8 @@ TEST(UaPkiHostile, ThousandsOfNamesAreRead)
 {
     UaPkiCertificateInfo many;
     many.validTime = 60;
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 3000; ++i)
         many.DNSNames.append(*UaString("host" + std::to_string(i)).get());
-    }
     const UaPkiCertificate certificate(many, identity("x"), applicationKey());
     ASSERT_FALSE(certificate.isNull());
     EXPECT_EQ(certificate.info().DNSNames.size(), 3000u);
