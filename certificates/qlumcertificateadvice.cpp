@@ -66,15 +66,15 @@ public:
     }
 };
 
-constexpr OpcUa_StatusCode kCodeBits = 0xFFFF0000u;
+constexpr OpcUa_StatusCode codeBits = 0xFFFF0000u;
 } // namespace
 
 QString qlumCertificateStatusDescription(const UaStatusCode& status)
 {
-    return Texts::description(status.code() & kCodeBits);
+    return Texts::description(status.code() & codeBits);
 }
 
 QString qlumCertificateAdvice(const UaStatusCode& status)
 {
-    return Texts::advice(status.code() & kCodeBits);
+    return Texts::advice(status.code() & codeBits);
 }

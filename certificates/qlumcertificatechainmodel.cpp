@@ -13,9 +13,9 @@
 namespace {
 using UaClientSdk::SessionSecurityInfo;
 
-constexpr int kMostCertificates = 10; // of a chain
-constexpr int kSelfSignedServer = 18; // the crypto library's number; the trust list says all there is to say
-constexpr OpcUa_StatusCode kCodeBits = 0xFFFF0000u;
+constexpr int maximumCertificates = 10; // of a chain
+constexpr int selfSignedServer = 18; // the crypto library's number; the trust list says all there is to say
+constexpr OpcUa_StatusCode codeBits = 0xFFFF0000u;
 
 bool isSwitchedOff(const char* key)
 {
@@ -117,7 +117,7 @@ QlumCertificateChainModel::NodePointer QlumCertificateChainModel::climb(NodePoin
     NodePointer top = std::move(server);
     Thumbprints visited{top->certificate().thumbPrint()}; // two that issue each other would never end
     auto status = top->trustStatus();
-    for (int count = 1; count < kMostCertificates; ++count) {
+    for (int count = 1; count < maximumCertificates; ++count) {
         const UaPkiCertificate issuer = store.issuerOf(top->certificate());
         if (issuer.isNull() || !visited.insert(issuer.thumbPrint()).second)
             break;
@@ -154,7 +154,7 @@ int QlumCertificateChainModel::verificationError(SessionSecurityInfo*, void* con
     int openSslError = 0;
     UaString text;
     SessionSecurityInfo::getCurrentErrorInformationOpenSSL(context, status, openSslError, text);
-    if (openSslError == kSelfSignedServer) {
+    if (openSslError == selfSignedServer) {
         m_selfSignedSeen = m_selfSignedSeen || !m_result.isBad();
         return 1;
     }
@@ -170,7 +170,7 @@ int QlumCertificateChainModel::verificationError(SessionSecurityInfo*, void* con
 
 bool QlumCertificateChainModel::isTakenAsResult(const UaStatusCode& status)
 {
-    switch (status.code() & kCodeBits) {
+    switch (status.code() & codeBits) {
     case OpcUa_BadCertificateTimeInvalid:
         return !isSwitchedOff("General.DisableError.CertificateTimeInvalid");
     case OpcUa_BadCertificateIssuerTimeInvalid:

@@ -12,7 +12,7 @@
 #include <algorithm>
 
 namespace {
-constexpr int kLeastKeyBits = 2048;
+constexpr int minimumKeyBits = 2048;
 
 // SHA-1 of nothing, left by generators that hashed an empty key
 QString emptyKeyIdentifier()
@@ -139,7 +139,7 @@ void QlumCertificateChecks::addKey(QlumCertificateDetailsNode& group,
     }
     const QString text = key.keyType() == UaPkiKey::RSA ? tr("RSA (%1 bit)") : tr("DSA (%1 bit)");
     QlumCertificateDetailsNode& strength = group.add(name, text.arg(key.keySize()));
-    if (key.keySize() < kLeastKeyBits)
+    if (key.keySize() < minimumKeyBits)
         strength.setFinding(tr("Weak Cipher Strength, at least 2048 recommended"),
                             QlumCertificateError::Warning);
 }

@@ -6,20 +6,20 @@
 #include <certificates/qlumcertificatechainnode.h>
 
 namespace {
-constexpr int kMostLines = 12;
-constexpr int kMostCharacters = 2000;
+constexpr int maximumLines = 12;
+constexpr int maximumCharacters = 2000;
 
 // Thousands of names would make a row that no window can show.
 QString fitForCell(const QString& value)
 {
     int end = 0;
-    for (int line = 0; line < kMostLines; ++line) {
+    for (int line = 0; line < maximumLines; ++line) {
         end = value.indexOf(QLatin1Char('\n'), end);
         if (end < 0)
-            return qlumCutText(value, kMostCharacters);
+            return qlumCutText(value, maximumCharacters);
         ++end;
     }
-    return qlumCutText(value.left(end), kMostCharacters) + QLatin1String("...");
+    return qlumCutText(value.left(end), maximumCharacters) + QLatin1String("...");
 }
 
 QVariant textColor(QlumCertificateError severity)

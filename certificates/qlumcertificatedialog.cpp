@@ -260,14 +260,14 @@ void QlumCertificateDialog::showSelected()
 
 void QlumCertificateDialog::showFindings(const QlumCertificateChainNode* node)
 {
-    constexpr int MostRows = 5;
+    constexpr int maximumRows = 5;
     m_findings->clear();
     if (node)
         for (const QlumCertificateChainNode::Finding& finding : node->findings())
             m_findings->addItem(new QListWidgetItem(qlumSeverityIcon(finding.severity), finding.text));
     m_findings->setVisible(m_findings->count() > 0);
     int height = 2 * m_findings->frameWidth();
-    for (int row = 0; row < m_findings->count() && row < MostRows; ++row)
+    for (int row = 0; row < m_findings->count() && row < maximumRows; ++row)
         height += m_findings->sizeHintForRow(row);
     m_findings->setFixedHeight(height);
 }

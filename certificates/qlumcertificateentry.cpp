@@ -7,11 +7,11 @@
 #include <QStringList>
 
 namespace {
-constexpr int kLongestText = 1000;
+constexpr int longestText = 1000;
 
 QString shown(const QString& text)
 {
-    return qlumCutText(qlumSingleLine(text), kLongestText);
+    return qlumCutText(qlumSingleLine(text), longestText);
 }
 
 QString shown(const UaString& text)

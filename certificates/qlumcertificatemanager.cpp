@@ -14,7 +14,7 @@
 
 namespace {
 // Small stores are read within it, so that they do not flicker; longer is a delay that users notice.
-constexpr int kReadAtOnce = 100; // ms
+constexpr int readAtOnce = 100; // ms
 
 QString storeTitle(int store)
 {
@@ -157,7 +157,7 @@ void QlumCertificateManager::reloadPages(const QList<QlumStorePage*>& pages)
 {
     for (QlumStorePage* page : pages)
         page->reload(*m_pool);
-    m_pool->waitForDone(kReadAtOnce);
+    m_pool->waitForDone(readAtOnce);
     for (QlumStorePage* page : pages)
         page->takeRead();
     sltUpdateActions();

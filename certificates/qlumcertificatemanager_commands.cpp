@@ -19,7 +19,7 @@
 #include <algorithm>
 
 namespace {
-const auto kTitle = QStringLiteral("CertificateManager");
+const auto questionTitle = QStringLiteral("CertificateManager");
 
 // A name from a folder is text: it may look like markup.
 int showBox(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
@@ -82,7 +82,7 @@ void QlumCertificateManager::move(const QString& from, const QString& to, const 
         page->want(QDir(to).filePath(name));
     } else {
         QlumUaTrace::log(QlumLogLevel::Error, failure.arg(name), QStringLiteral("Certificates"));
-        tell(QMessageBox::Warning, kTitle, failure.arg(name));
+        tell(QMessageBox::Warning, questionTitle, failure.arg(name));
     }
     reloadPages({page});
 }
@@ -107,7 +107,7 @@ void QlumCertificateManager::sltDelete()
         return;
     if (UaDir::remove(toUaString(path))) {
         const QString failure = list ? tr("Could not delete CRL %1") : tr("Could not delete certificate %1");
-        tell(QMessageBox::Warning, kTitle, failure.arg(QFileInfo(path).fileName()));
+        tell(QMessageBox::Warning, questionTitle, failure.arg(QFileInfo(path).fileName()));
     }
     reloadPages({page});
 }
@@ -138,7 +138,7 @@ void QlumCertificateManager::addFiles(QlumStorePage* page, const QStringList& pa
     }
     sltReload();
     if (!failed.isEmpty())
-        tell(QMessageBox::Warning, kTitle, failed.mid(0, 10).join(QLatin1Char('\n')));
+        tell(QMessageBox::Warning, questionTitle, failed.mid(0, 10).join(QLatin1Char('\n')));
 }
 
 // ---- the application's own certificate

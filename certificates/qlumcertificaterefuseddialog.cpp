@@ -21,7 +21,7 @@
 #include <opcua/opcua_statuscodes.h>
 
 namespace {
-constexpr OpcUa_StatusCode kCodeBits = 0xFFFF0000u;
+constexpr OpcUa_StatusCode codeBits = 0xFFFF0000u;
 
 QLabel* makeLabel(const char* objectName, const QString& text)
 {
@@ -73,14 +73,14 @@ QlumCertificateRefusedDialog::QlumCertificateRefusedDialog(const QString& server
     layout->addWidget(createFacts());
     layout->addStretch(1);
     layout->addWidget(buttons);
-    constexpr int Width = 620;
-    resize(Width, layout->totalHeightForWidth(Width));
+    constexpr int width = 620;
+    resize(width, layout->totalHeightForWidth(width));
     buttons->button(QDialogButtonBox::Close)->setFocus();
 }
 
 bool QlumCertificateRefusedDialog::isRefusal(const UaStatusCode& status)
 {
-    switch (status.code() & kCodeBits) {
+    switch (status.code() & codeBits) {
     case OpcUa_BadSecurityChecksFailed:
     case OpcUa_BadNoValidCertificates:
     case OpcUa_BadCertificateInvalid:
@@ -108,7 +108,7 @@ QString QlumCertificateRefusedDialog::explanation(const UaStatusCode& status)
     const QString remedy =
         tr("Most servers keep the certificates that they have refused: have Tavelin's certificate trusted "
            "there, or export it and bring it to the server's operator. Then connect again.");
-    switch (status.code() & kCodeBits) {
+    switch (status.code() & codeBits) {
     case OpcUa_BadSecurityChecksFailed:
         return tr("Most servers answer so when they do not trust the client: the server has most likely "
                   "refused Tavelin's own certificate, shown below. It is not about the server's "

@@ -22,9 +22,8 @@
 
 namespace {
 // SHA-1 of nothing, left by generators that hashed an empty key
-const auto kEmptyKeyIdentifier =
-    QStringLiteral("DA:39:A3:EE:5E:6B:4B:0D:32:55:BF:EF:95:60:18:90:AF:D8:07:09");
-const auto kOwnName = QStringLiteral("tavelin.der");
+const auto emptyKeyIdentifier = QStringLiteral("DA:39:A3:EE:5E:6B:4B:0D:32:55:BF:EF:95:60:18:90:AF:D8:07:09");
+const auto ownName = QStringLiteral("tavelin.der");
 
 // Takes the splash screen away while a box is open: it stays on top of everything.
 class SplashPause
@@ -196,7 +195,7 @@ int QlumCertificates::loadCertificates(bool silent)
     for (const QString& name : QlumStoreFiles::names(folder, QlumStoreFiles::Kind::Certificates)) {
         const QString path = QDir(folder).filePath(name);
         qDebug().noquote() << "try to load own certificate" << path;
-        if (name == kOwnName)
+        if (name == ownName)
             found = QlumStoreFiles::loadCertificate(path);
     }
     if (found.isNull())
@@ -214,7 +213,7 @@ int QlumCertificates::loadCertificates(bool silent)
 bool QlumCertificates::wantsRenewal(const UaPkiCertificate& certificate)
 {
     const qint64 days = qlumDaysLeft(certificate.validTo());
-    if (days <= QlumAskDays) {
+    if (days <= qlumAskDays) {
         const bool expired =
             days < 0 || qlumValidity(certificate.validFrom(), certificate.validTo()) == QlumExpired;
         if (askForRenewal(
@@ -226,7 +225,7 @@ bool QlumCertificates::wantsRenewal(const UaPkiCertificate& certificate)
     }
     const QString keyIdentifier =
         toQString(certificate.extensionValue(UaPkiCertificate::SubjectKeyIdentifier));
-    return keyIdentifier.trimmed() == kEmptyKeyIdentifier &&
+    return keyIdentifier.trimmed() == emptyKeyIdentifier &&
            askForRenewal(
                tr("The extensions 'SubjectKeyIdentifier' and 'AuthorityKeyIdentifier' of Tavelin's "
                   "certificate have not been set correctly. The public key hash contained in these "

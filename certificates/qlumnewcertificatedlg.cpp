@@ -17,8 +17,8 @@
 #include <arpa/inet.h>
 
 namespace {
-constexpr int kFirstLongValidity = 9; // 10 years
-constexpr int kShortestPassword = 4;
+constexpr int firstLongValidity = 9; // 10 years
+constexpr int shortestPassword = 4;
 
 UaStringArray textsOf(const QListWidget* list)
 {
@@ -157,8 +157,8 @@ QString QlumNewCertificateDlg::passwordProblem() const
 {
     if (!m_protect->isChecked())
         return {};
-    if (m_passwordEdit->text().size() < kShortestPassword)
-        return tr("The password needs at least %1 characters.").arg(kShortestPassword);
+    if (m_passwordEdit->text().size() < shortestPassword)
+        return tr("The password needs at least %1 characters.").arg(shortestPassword);
     return m_passwordEdit->text() == m_repetition->text() ? QString()
                                                           : tr("The two passwords are different.");
 }
@@ -198,7 +198,7 @@ void QlumNewCertificateDlg::sltValidate()
 
 void QlumNewCertificateDlg::sltValidityChosen(int index)
 {
-    if (index >= kFirstLongValidity)
+    if (index >= firstLongValidity)
         QMessageBox::warning(
             this, tr("Security Warning"),
             tr("It is not recommended to use certificates with a lifetime greater than 5 years."));

@@ -15,16 +15,16 @@
 #include <QPushButton>
 
 namespace {
-constexpr int kLongestName = 64; // of most parts of a name, as certificates allow
-constexpr int kLongestPlace = 128;
-constexpr int kLongestPassword = 128;
+constexpr int longestName = 64; // of most parts of a name, as certificates allow
+constexpr int longestPlace = 128;
+constexpr int longestPassword = 128;
 
 struct Validity
 {
     const char* text;
     qlonglong seconds;
 };
-constexpr std::array<Validity, 11> kValidities{
+constexpr std::array<Validity, 11> validities{
     {{QT_TRANSLATE_NOOP("QlumNewCertificateDlg", "1 Hour"), 3600},
      {QT_TRANSLATE_NOOP("QlumNewCertificateDlg", "1 Day"), 86400},
      {QT_TRANSLATE_NOOP("QlumNewCertificateDlg", "1 Week"), 604800},
@@ -36,7 +36,7 @@ constexpr std::array<Validity, 11> kValidities{
      {QT_TRANSLATE_NOOP("QlumNewCertificateDlg", "5 Years"), 157680000},
      {QT_TRANSLATE_NOOP("QlumNewCertificateDlg", "10 Years"), 315360000},
      {QT_TRANSLATE_NOOP("QlumNewCertificateDlg", "20 Years"), 630720000}}};
-constexpr int kFiveYears = 8;
+constexpr int fiveYears = 8;
 
 QLabel* makeStatus(const QString& name)
 {
@@ -52,7 +52,7 @@ QLineEdit* makePassword(const char* name, const QString& accessibleName)
     edit->setObjectName(QLatin1String(name));
     edit->setAccessibleName(accessibleName);
     edit->setEchoMode(QLineEdit::Password);
-    edit->setMaxLength(kLongestPassword);
+    edit->setMaxLength(longestPassword);
     return edit;
 }
 } // namespace
@@ -104,12 +104,12 @@ QWidget* QlumNewCertificateDlg::createSubjectGroup()
 {
     auto* group = new QGroupBox(tr("Subject:"));
     auto* form = new QFormLayout(group);
-    createField(form, CommonName, tr("Common &Name:"), "commonName", kLongestName);
-    createField(form, Organization, tr("Or&ganization:"), "organization", kLongestName);
-    createField(form, OrganizationUnit, tr("Organization &Unit:"), "organizationUnit", kLongestName);
-    createField(form, Locality, tr("&Locality:"), "locality", kLongestPlace);
-    createField(form, State, tr("&State:"), "state", kLongestPlace);
-    createField(form, Country, tr("&Country:"), "country", kLongestName);
+    createField(form, CommonName, tr("Common &Name:"), "commonName", longestName);
+    createField(form, Organization, tr("Or&ganization:"), "organization", longestName);
+    createField(form, OrganizationUnit, tr("Organization &Unit:"), "organizationUnit", longestName);
+    createField(form, Locality, tr("&Locality:"), "locality", longestPlace);
+    createField(form, State, tr("&State:"), "state", longestPlace);
+    createField(form, Country, tr("&Country:"), "country", longestName);
     auto* hint = new QLabel(tr("(Two letter code, e.g. DE, US, ...)"));
     hint->setObjectName(QStringLiteral("countryHint"));
     form->addRow(QString(), hint);
@@ -207,9 +207,9 @@ QWidget* QlumNewCertificateDlg::createSettingsGroup()
     m_algorithm->addItem(QStringLiteral("Sha1"), UaPkiCertificate::Sha1);
     m_algorithm->addItem(QStringLiteral("Sha256"), UaPkiCertificate::Sha256);
     m_validity = createChoice("validity", tr("After this time a new certificate is needed"));
-    for (const Validity& validity : kValidities)
+    for (const Validity& validity : validities)
         m_validity->addItem(tr(validity.text), validity.seconds);
-    m_validity->setCurrentIndex(kFiveYears);
+    m_validity->setCurrentIndex(fiveYears);
     auto* form = new QFormLayout(group);
     form->addRow(tr("RSA &Key Strength:"), m_keySize);
     form->addRow(tr("Signature &Algorithm:"), m_algorithm);

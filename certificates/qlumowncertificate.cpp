@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 namespace {
-constexpr OpcUa_Int64 kFiveYears = 157680000;
+constexpr OpcUa_Int64 fiveYears = 157680000;
 
 class Text
 {
@@ -69,7 +69,7 @@ QlumOwnCertificate QlumOwnCertificate::initial(const QString& commonName, const 
     result.subject.organization = toUaString(organization);
     result.info.URI = toUaString(qlumApplicationUri(organization, commonName));
     result.info.DNSNames = single(qlumHostName());
-    result.info.validTime = kFiveYears;
+    result.info.validTime = fiveYears;
     return result;
 }
 

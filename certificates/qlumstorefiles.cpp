@@ -38,7 +38,7 @@ bool belongs(const QString& name, QlumStoreFiles::Kind kind)
 
 bool read(const QString& path, Bytes& bytes)
 {
-    return !uaReadFile(toUaString(path), UaPkiCertificate::MaximumBytes, bytes);
+    return !uaReadFile(toUaString(path), UaPkiCertificate::maximumBytes, bytes);
 }
 
 QString inFolder(const QString& folder, const QString& name)

@@ -55,7 +55,7 @@ public:
 
     void run() override
     {
-        constexpr std::size_t Portion = 250;
+        constexpr std::size_t portionSize = 250;
         std::vector<Entry> portion;
         for (const QlumStoreSource<Entry>& source : m_sources)
             for (const QString& name : source.names()) {
@@ -63,7 +63,7 @@ public:
                     return;
                 if (std::optional<Entry> entry = source.read(name))
                     portion.push_back(std::move(*entry));
-                if (portion.size() >= Portion)
+                if (portion.size() >= portionSize)
                     handOver(portion);
             }
         handOver(portion);

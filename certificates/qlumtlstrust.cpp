@@ -12,7 +12,7 @@
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 
 namespace {
-constexpr int kMostNumbers = 1000; // of one subject; a folder somebody has filled ends the search
+constexpr int maximumNumbers = 1000; // of one subject; a folder somebody has filled ends the search
 
 struct Texts
 {
@@ -50,7 +50,7 @@ void showAlreadyTrusted(const QString& serverName, const QString& path, QWidget*
 
 QString qlumFindTlsCertificate(const QString& folder, const UaPkiCertificate& certificate)
 {
-    for (int number = 0; number < kMostNumbers; ++number) {
+    for (int number = 0; number < maximumNumbers; ++number) {
         const QString path = numbered(folder, certificate, number);
         if (!UaDir::exists(toUaString(path)))
             break;
@@ -63,7 +63,7 @@ QString qlumFindTlsCertificate(const QString& folder, const UaPkiCertificate& ce
 QString qlumStoreTlsCertificate(const QString& folder, const UaPkiCertificate& certificate)
 {
     QString path;
-    for (int number = 0; number < kMostNumbers && path.isEmpty(); ++number) {
+    for (int number = 0; number < maximumNumbers && path.isEmpty(); ++number) {
         const QString candidate = numbered(folder, certificate, number);
         if (!UaDir::exists(toUaString(candidate)))
             path = candidate;

@@ -35,7 +35,7 @@ QlumValidity qlumValidity(const UaDateTime& from, const UaDateTime& to)
         return QlumExpired;
     if (now < localTime(from))
         return QlumNotYetValid;
-    return qlumDaysLeft(to) <= QlumWarnDays ? QlumExpiresSoon : QlumValid;
+    return qlumDaysLeft(to) <= qlumWarnDays ? QlumExpiresSoon : QlumValid;
 }
 
 QString qlumValidityTime(const UaDateTime& time)
@@ -53,10 +53,10 @@ QIcon qlumValidityIcon(const QIcon& icon, QlumValidity validity)
         return icon;
     const QIcon sign(validity == QlumExpiresSoon ? QStringLiteral(":/uawidgets/images/overlay_warning.png")
                                                  : QStringLiteral(":/uawidgets/images/overlay_error.png"));
-    constexpr int Size = 16;
+    constexpr int pictureSize = 16;
     QIcon result;
     for (const int scale : {1, 2}) {
-        QPixmap picture(Size * scale, Size * scale);
+        QPixmap picture(pictureSize * scale, pictureSize * scale);
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
         icon.paint(&painter, picture.rect());

@@ -8,8 +8,8 @@
 enum QlumValidity { QlumValid = 0, QlumNotYetValid = 1, QlumExpiresSoon = 2, QlumExpired = 3 };
 
 /// From so many days on the lists warn; the question at start-up comes a day later.
-constexpr qint64 QlumWarnDays = 14;
-constexpr qint64 QlumAskDays = 13;
+constexpr qint64 qlumWarnDays = 14;
+constexpr qint64 qlumAskDays = 13;
 
 /// Days between today and the day of the end, in local time as the dates are shown; negative for a past day.
 [[nodiscard]] qint64 qlumDaysLeft(const UaDateTime& end);

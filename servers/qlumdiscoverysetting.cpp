@@ -13,7 +13,7 @@ QString textValue(const QSettings& settings, const QString& key)
     // A text with commas comes back as a list.
     const QString text = value.type() == QVariant::StringList ? value.toStringList().join(QLatin1String(", "))
                                                               : value.toString();
-    return text.left(TextLength);
+    return text.left(textLength);
 }
 
 int number(const QSettings& settings, const QString& key, int lowest, int highest, int otherwise)
@@ -26,7 +26,7 @@ int number(const QSettings& settings, const QString& key, int lowest, int highes
 QByteArray certificateValue(const QSettings& settings, const QString& key)
 {
     const QString text = settings.value(key).toString();
-    if (text.size() > CertificateSize * 2)
+    if (text.size() > certificateSize * 2)
         return {};
     return QByteArray::fromBase64(text.toLatin1());
 }
@@ -72,14 +72,14 @@ void readServer(const QSettings& settings, QlumEndpoint& endpoint)
     endpoint.gatewayServerUri = textValue(settings, "Server.GatewayServerUri");
     endpoint.discoveryProfileUri = textValue(settings, "Server.DiscoveryProfileUri");
     const QStringList urls = settings.value("Server.DiscoveryUrl").toStringList();
-    const int count = number(settings, "Server.NoOfDiscoveryUrls", 0, DiscoveryUrls, 0);
+    const int count = number(settings, "Server.NoOfDiscoveryUrls", 0, discoveryUrls, 0);
     for (int i = 0; i < std::min(count, urls.size()); ++i)
-        endpoint.discoveryUrls.append(urls.at(i).left(TextLength));
+        endpoint.discoveryUrls.append(urls.at(i).left(textLength));
 }
 
 void readTokens(const QSettings& settings, QVector<QlumUserTokenPolicy>& tokens)
 {
-    const int count = number(settings, "NoOfUserIdentityTokens", 0, UserTokens, 0);
+    const int count = number(settings, "NoOfUserIdentityTokens", 0, userTokens, 0);
     for (int i = 0; i < count; ++i)
         tokens.append({textValue(settings, tokenKey(i, "PolicyId")),
                        number(settings, tokenKey(i, "TokenType"), 0, 3, 0),

@@ -11,13 +11,13 @@ QString text(const OpcUa_String& value)
 {
     if (!value.Data || value.Length <= 0)
         return {};
-    return QString::fromUtf8(value.Data, std::min(value.Length, TextLength * 4)).left(TextLength);
+    return QString::fromUtf8(value.Data, std::min(value.Length, textLength * 4)).left(textLength);
 }
 
 QByteArray bytes(const OpcUa_ByteString& value)
 {
     // A cut certificate is none; one that is too long is left out.
-    if (!value.Data || value.Length <= 0 || value.Length > CertificateSize)
+    if (!value.Data || value.Length <= 0 || value.Length > certificateSize)
         return {};
     return QByteArray(reinterpret_cast<const char*>(value.Data), value.Length);
 }
@@ -31,7 +31,7 @@ void takeServer(const OpcUa_ApplicationDescription& server, QlumEndpoint& endpoi
     endpoint.applicationType = static_cast<int>(server.ApplicationType);
     endpoint.gatewayServerUri = text(server.GatewayServerUri);
     endpoint.discoveryProfileUri = text(server.DiscoveryProfileUri);
-    for (int i = 0; i < std::min(server.NoOfDiscoveryUrls, DiscoveryUrls); ++i)
+    for (int i = 0; i < std::min(server.NoOfDiscoveryUrls, discoveryUrls); ++i)
         endpoint.discoveryUrls.append(text(server.DiscoveryUrls[i]));
 }
 
@@ -51,7 +51,7 @@ QlumEndpoint qlumEndpoint(const OpcUa_EndpointDescription& description)
     const auto mode = static_cast<int>(description.SecurityMode);
     endpoint.securityMode = mode >= 1 && mode <= 3 ? mode : 0;
     endpoint.securityPolicyUri = text(description.SecurityPolicyUri);
-    for (int i = 0; i < std::min(description.NoOfUserIdentityTokens, UserTokens); ++i)
+    for (int i = 0; i < std::min(description.NoOfUserIdentityTokens, userTokens); ++i)
         endpoint.userTokens.append(tokenPolicy(description.UserIdentityTokens[i]));
     endpoint.transportProfileUri = text(description.TransportProfileUri);
     endpoint.securityLevel = description.SecurityLevel;

@@ -44,11 +44,11 @@ Q_DECLARE_METATYPE(QVector<QlumEndpoint>)
 
 /// Bounds for what servers and files may say of an endpoint.
 namespace QlumEndpointLimits {
-inline constexpr int Endpoints = 1000;
-inline constexpr int DiscoveryUrls = 100;
-inline constexpr int UserTokens = 100;
-inline constexpr int TextLength = 4096; // the longest URL of the protocol
-inline constexpr int CertificateSize = 256 * 1024;
+inline constexpr int endpoints = 1000;
+inline constexpr int discoveryUrls = 100;
+inline constexpr int userTokens = 100;
+inline constexpr int textLength = 4096; // the longest URL of the protocol
+inline constexpr int certificateSize = 256 * 1024;
 } // namespace QlumEndpointLimits
 
 /// The stack's structure as a value, cut to the limits.

@@ -5,7 +5,7 @@
 #include <array>
 
 namespace {
-constexpr int kDefaultPort = 4840;
+constexpr int defaultPort = 4840;
 
 bool sameScheme(const QString& left, const QString& right)
 {
@@ -28,7 +28,7 @@ bool isExact(const QUrl& endpoint, const QUrl& wanted)
     if (!endpoint.isValid() || !wanted.isValid())
         return false;
     const QString path = pathOf(endpoint);
-    return endpoint.port(kDefaultPort) == wanted.port(kDefaultPort) &&
+    return endpoint.port(defaultPort) == wanted.port(defaultPort) &&
            (path.isEmpty() || path == pathOf(wanted));
 }
 } // namespace

@@ -51,7 +51,7 @@ unsigned int QlumEndpointFetcher::getEndpoints(const QString& url, int milliseco
     const UaStatus status =
         UaClientSdk::UaDiscovery().getEndpoints(settings, toUaString(url), security, descriptions);
     const auto count =
-        std::min(descriptions.length(), static_cast<OpcUa_UInt32>(QlumEndpointLimits::Endpoints));
+        std::min(descriptions.length(), static_cast<OpcUa_UInt32>(QlumEndpointLimits::endpoints));
     for (OpcUa_UInt32 i = 0; i < count; ++i)
         endpoints.append(qlumEndpoint(descriptions[i]));
     return status.statusCode();

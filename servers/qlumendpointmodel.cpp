@@ -50,7 +50,7 @@ QVariant QlumEndpointModel::data(const QModelIndex& index, int role) const
         return qlumCutText(qlumSingleLine(text(endpoint, index.column())));
     case Qt::ToolTipRole:
         return qlumPlainToolTip(toolTip(endpoint));
-    case SortRole:
+    case sortRole:
         if (index.column() == Level)
             return endpoint.securityLevel;
         return index.column() == Mode ? QVariant(endpoint.securityMode)

@@ -9,7 +9,7 @@ class QlumEndpointModel : public QAbstractTableModel
 public:
     enum Column { Policy, Mode, Url, Level, ColumnCount };
     /// Role by which a proxy sorts.
-    static constexpr int SortRole = Qt::UserRole + 1;
+    static constexpr int sortRole = Qt::UserRole + 1;
 
     using QAbstractTableModel::QAbstractTableModel;
 

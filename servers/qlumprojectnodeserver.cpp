@@ -88,7 +88,7 @@ Qt::ItemFlags QlumProjectNodeServer::flags() const
 
 bool QlumProjectNodeServer::setData(const QVariant& value, int role)
 {
-    const QString name = value.toString().trimmed().left(QlumEndpointLimits::TextLength);
+    const QString name = value.toString().trimmed().left(QlumEndpointLimits::textLength);
     if (role != Qt::EditRole || name.isEmpty())
         return false;
     setDisplayName(name);
@@ -235,7 +235,7 @@ NamespaceMap QlumProjectNodeServer::updateNamespaces()
     const UaStringArray table = m_session->getNamespaceTable();
     QStringList uris;
     for (const OpcUa_String& uri : table)
-        uris.append(toQString(UaString(uri)).left(QlumEndpointLimits::TextLength));
+        uris.append(toQString(UaString(uri)).left(QlumEndpointLimits::textLength));
     if (uris.isEmpty() || uris == m_namespaces)
         return {};
     const NamespaceMap namespaceMap = qlumNamespaceMap(m_namespaces, uris);

@@ -26,14 +26,14 @@
 #include <servers/qlumendpointmodel.h>
 
 namespace {
-constexpr int kDefaultTimeout = 5000; // ms
+constexpr int defaultTimeout = 5000; // ms
 
 int connectTimeout()
 {
     const QlumApplicationInterface* application = QlumApplicationInterface::instance();
     return application
-               ? application->settingsValue(QStringLiteral("General.ConnectTimeout"), kDefaultTimeout).toInt()
-               : kDefaultTimeout;
+               ? application->settingsValue(QStringLiteral("General.ConnectTimeout"), defaultTimeout).toInt()
+               : defaultTimeout;
 }
 
 bool isUsableUrl(const QString& text)
@@ -70,7 +70,7 @@ QLineEdit* lineEdit(const char* objectName, const QString& accessibleName)
     auto* edit = new QLineEdit;
     edit->setObjectName(QLatin1String(objectName));
     edit->setAccessibleName(accessibleName);
-    edit->setMaxLength(QlumEndpointLimits::TextLength);
+    edit->setMaxLength(QlumEndpointLimits::textLength);
     return edit;
 }
 } // namespace
@@ -146,7 +146,7 @@ QWidget* QlumServerSettingsDialog::createEndpointGroup()
 QWidget* QlumServerSettingsDialog::createEndpointView()
 {
     m_sorted->setSourceModel(m_endpoints);
-    m_sorted->setSortRole(QlumEndpointModel::SortRole);
+    m_sorted->setSortRole(QlumEndpointModel::sortRole);
     m_endpointView = new QTreeView;
     m_endpointView->setObjectName(QStringLiteral("endpoints"));
     m_endpointView->setAccessibleName(tr("Endpoints"));

@@ -25,7 +25,7 @@ enum InfoResult {
     InverseName,
     InfoResultCount
 };
-constexpr std::array<OpcUa_UInt32, InfoResultCount> kInfoAttributes{
+constexpr std::array<OpcUa_UInt32, InfoResultCount> infoAttributes{
     OpcUa_Attributes_NodeClass,       OpcUa_Attributes_BrowseName, OpcUa_Attributes_DisplayName,
     OpcUa_Attributes_Description,     OpcUa_Attributes_DataType,   OpcUa_Attributes_ValueRank,
     OpcUa_Attributes_ArrayDimensions, OpcUa_Attributes_InverseName};
@@ -83,7 +83,7 @@ QlumTypeCache::InfoPtr QlumTypeCache::fetchTypeInfo(const UaNodeId& id)
         return nullptr;
     const unsigned int generation = currentGeneration();
     UaDataValues values;
-    const UaStatus status = read(*session, id, kInfoAttributes, values);
+    const UaStatus status = read(*session, id, infoAttributes, values);
     const QString idText = toQString(id.toFullString());
     if (!status.isGood()) {
         log(QlumLogLevel::Error, tr("Reading type info of NodeId %1 failed with error %2")

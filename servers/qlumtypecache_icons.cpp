@@ -15,11 +15,11 @@ namespace {
 using UaClientSdk::BrowseContext;
 using UaClientSdk::ServiceSettings;
 
-constexpr OpcUa_UInt32 kHasTypeDefinition = 40;
-constexpr OpcUa_UInt32 kHasProperty = 46;
-constexpr int kMaxTypeSteps = 4; // a type definition has none of its own; a server may say otherwise
-constexpr int kMaxIconBytes = 4 * 1024 * 1024;
-constexpr int kMaxIconSide = 1024; // pixels; a small file may claim any size
+constexpr OpcUa_UInt32 hasTypeDefinition = 40;
+constexpr OpcUa_UInt32 hasProperty = 46;
+constexpr int maximumTypeSteps = 4; // a type definition has none of its own; a server may say otherwise
+constexpr int maximumIconBytes = 4 * 1024 * 1024;
+constexpr int maximumIconSide = 1024; // pixels; a small file may claim any size
 
 const char* imageFormat(const UaNodeId& dataType)
 {
@@ -41,13 +41,13 @@ const char* imageFormat(const UaNodeId& dataType)
 
 QPixmap loadImage(const UaByteString& bytes, const char* format)
 {
-    if (bytes.isEmpty() || bytes.length() > kMaxIconBytes)
+    if (bytes.isEmpty() || bytes.length() > maximumIconBytes)
         return {};
     QByteArray data = QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()), bytes.length());
     QBuffer buffer(&data);
     QImageReader reader(&buffer, format);
     const QSize size = reader.size();
-    if (size.width() > kMaxIconSide || size.height() > kMaxIconSide)
+    if (size.width() > maximumIconSide || size.height() > maximumIconSide)
         return {};
     return QPixmap::fromImage(reader.read());
 }
@@ -71,7 +71,7 @@ QPixmap QlumTypeCache::icon(const UaNodeId& id, int depth)
             return found->second;
     }
     const auto session = connectedServices();
-    if (!session || depth > kMaxTypeSteps)
+    if (!session || depth > maximumTypeSteps)
         return {};
     const unsigned int generation = currentGeneration();
     const QPixmap pixmap = fetchIcon(*session, id, depth);
@@ -93,7 +93,7 @@ QPixmap QlumTypeCache::fetchIcon(QlumSessionServices& session, const UaNodeId& i
 UaNodeId QlumTypeCache::typeDefinition(QlumSessionServices& session, const UaNodeId& id)
 {
     BrowseContext context;
-    context.referenceTypeId = UaNodeId(kHasTypeDefinition);
+    context.referenceTypeId = UaNodeId(hasTypeDefinition);
     context.includeSubtypes = false;
     context.maxReferencesToReturn = 1;
     ServiceSettings settings = serviceSettings();
@@ -124,7 +124,7 @@ UaNodeId QlumTypeCache::iconProperty(QlumSessionServices& session, const UaNodeI
     UaBrowsePaths paths(1);
     id.copyTo(&paths[0].StartingNode);
     UaRelativePathElements elements(1);
-    UaNodeId(kHasProperty).copyTo(&elements[0].ReferenceTypeId);
+    UaNodeId(hasProperty).copyTo(&elements[0].ReferenceTypeId);
     UaQualifiedName(UaString("Icon"), 0).copyTo(&elements[0].TargetName);
     elements.detach(&paths[0].RelativePath.NoOfElements, &paths[0].RelativePath.Elements);
     ServiceSettings settings = serviceSettings();

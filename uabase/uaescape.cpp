@@ -5,11 +5,11 @@
 
 namespace {
 
-constexpr std::size_t LongestEscape = 4;
+constexpr std::size_t longestEscape = 4;
 
 struct Piece
 {
-    std::array<char, LongestEscape> text{};
+    std::array<char, longestEscape> text{};
     std::size_t length = 0; // of the text
     std::size_t taken = 1;  // bytes of the source
 };
@@ -67,7 +67,7 @@ std::size_t uaEscapeControls(std::string_view text, char* buffer, std::size_t si
 
 std::string uaEscapeControls(std::string_view text)
 {
-    std::string escaped(text.size() * LongestEscape + 1, '\0');
+    std::string escaped(text.size() * longestEscape + 1, '\0');
     escaped.resize(uaEscapeControls(text, escaped.data(), escaped.size()));
     return escaped;
 }

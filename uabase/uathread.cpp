@@ -80,7 +80,7 @@ bool UaThread::wait(unsigned int milliseconds)
         if (m_running && m_id == std::this_thread::get_id())
             return false;
         const auto over = [this] { return !m_running; };
-        if (milliseconds == WaitForever)
+        if (milliseconds == waitForever)
             m_ended.wait(lock, over);
         else if (!m_ended.wait_for(lock, std::chrono::milliseconds(milliseconds), over))
             return false;

@@ -12,7 +12,7 @@
 class UaThread
 {
 public:
-    static constexpr unsigned int WaitForever = 0xFFFFFFFFu;
+    static constexpr unsigned int waitForever = 0xFFFFFFFFu;
 
     UaThread() = default;
     virtual ~UaThread();
@@ -23,7 +23,7 @@ public:
     [[nodiscard]] bool start();
     // True when run() has returned, or was never started; false when the time ran out or a thread waits for
     // itself. The thread is joined when it returns true.
-    bool wait(unsigned int milliseconds = WaitForever);
+    bool wait(unsigned int milliseconds = waitForever);
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] bool isCurrentThread() const;
 

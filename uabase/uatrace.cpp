@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr unsigned int DefaultPreFileEntries = 1000;
+constexpr unsigned int defaultPreFileEntries = 1000;
 
 // Everything but the hooks is guarded by the mutex; the atomics are read without it.
 struct State
@@ -21,7 +21,7 @@ struct State
     std::unique_ptr<UaTraceFile> file;
     std::unique_ptr<UaTraceFile> errorFile;
     std::deque<UaString> preFile;
-    unsigned int maxPreFile = DefaultPreFileEntries;
+    unsigned int maxPreFile = defaultPreFileEntries;
     bool preFileMode = false;
     UaTrace::TraceLevel preFileLevel = UaTrace::NoTrace;
 
@@ -102,7 +102,7 @@ std::unique_ptr<UaTraceFile> openFile(State& s, const UaString& fileName, UaTrac
 
 void formatted(UaTrace::TraceLevel level, const char* format, std::va_list arguments)
 {
-    std::array<char, UaTraceRecord::Size> text;
+    std::array<char, UaTraceRecord::lineSize> text;
     std::vsnprintf(text.data(), text.size(), format, arguments);
     UaTrace::traceOutput(level, text.data(), 0);
 }

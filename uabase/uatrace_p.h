@@ -17,7 +17,7 @@
 class UaTraceRecord
 {
 public:
-    static constexpr std::size_t Size = 2000;
+    static constexpr std::size_t lineSize = 2000;
 
     struct Form
     {
@@ -32,7 +32,7 @@ public:
 private:
     void format(Form form, UaTrace::TraceLevel level, const char* text);
 
-    std::array<char, Size> m_line;
+    std::array<char, lineSize> m_line;
 };
 
 struct UaTraceHeader

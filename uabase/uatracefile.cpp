@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr unsigned int HeaderEntries = 2;
-constexpr unsigned int MaximumInstances = 9;
+constexpr unsigned int headerEntries = 2;
+constexpr unsigned int maximumInstances = 9;
 
 // Instance 1 writes the file itself, the others one with their number before the extension.
 std::string instanceName(const std::string& path, unsigned int instance)
@@ -61,7 +61,7 @@ std::error_code UaTraceFile::reserve()
     if (path.empty())
         return std::make_error_code(std::errc::invalid_argument);
     std::error_code error;
-    for (unsigned int instance = 1; instance <= MaximumInstances; ++instance) {
+    for (unsigned int instance = 1; instance <= maximumInstances; ++instance) {
         m_path = instanceName(path, instance);
         error = lock(m_path);
         if (error != std::errc::operation_would_block)
@@ -109,7 +109,7 @@ void UaTraceFile::flush()
 std::error_code UaTraceFile::backupTrace()
 {
     close();
-    m_entries = HeaderEntries;
+    m_entries = headerEntries;
     // a file that could not be saved must not be emptied
     if (const std::error_code error = keepBackups())
         return error;
@@ -143,7 +143,7 @@ std::error_code UaTraceFile::reopen()
 
 bool UaTraceFile::printHeader()
 {
-    std::array<char, UaTraceRecord::Size> text;
+    std::array<char, UaTraceRecord::lineSize> text;
     const auto print = [this, &text](const char* format, const UaString& value) {
         uaEscapeControls(value.view(), text.data(), text.size());
         return std::fprintf(m_file, format, text.data()) >= 0;

@@ -42,13 +42,13 @@ LocalTime localNow()
 
 UaTraceRecord::UaTraceRecord(Form form, UaTrace::TraceLevel level, const char* text)
 {
-    std::array<char, Size> clean;
+    std::array<char, lineSize> clean;
     uaEscapeControls(text, clean.data(), clean.size());
     m_line[0] = '\0';
     format(form, level, clean.data());
     std::size_t length = std::strlen(m_line.data());
     if (length == 0 || m_line[length - 1] != '\n') {
-        length = wholeCharacters(m_line.data(), length < Size - 1 ? length : Size - 2);
+        length = wholeCharacters(m_line.data(), length < lineSize - 1 ? length : lineSize - 2);
         m_line[length] = '\n';
         m_line[length + 1] = '\0';
     }
@@ -61,18 +61,19 @@ void UaTraceRecord::format(Form form, UaTrace::TraceLevel level, const char* tex
     if (!form.localTime) {
         const UaDateTime now = UaDateTime::now();
         const UaString time = form.withDate ? now.toString() : now.toTimeString();
-        OpcUa_StringA_snprintf(m_line.data(), Size, "%s|%d|%04X* %s\n", time.toUtf8(), number, thread, text);
+        OpcUa_StringA_snprintf(m_line.data(), lineSize, "%s|%d|%04X* %s\n", time.toUtf8(), number, thread,
+                               text);
         return;
     }
     const LocalTime now = localNow();
     const std::tm& t = now.parts;
     if (form.withDate) {
         // readers of these files know the percent sign before the bar
-        OpcUa_StringA_snprintf(m_line.data(), Size, "%04d-%02d-%02dT%02d:%02d:%02d.%03d%|%d|%04X* %s\n",
+        OpcUa_StringA_snprintf(m_line.data(), lineSize, "%04d-%02d-%02dT%02d:%02d:%02d.%03d%|%d|%04X* %s\n",
                                t.tm_year + 1900, t.tm_mon + 1, t.tm_mday, t.tm_hour, t.tm_min, t.tm_sec,
                                now.milliseconds, number, thread, text);
     } else {
-        OpcUa_StringA_snprintf(m_line.data(), Size, "%02d:%02d:%02d.%03d|%d|%04X* %s\n", t.tm_hour, t.tm_min,
-                               t.tm_sec, now.milliseconds, number, thread, text);
+        OpcUa_StringA_snprintf(m_line.data(), lineSize, "%02d:%02d:%02d.%03d|%d|%04X* %s\n", t.tm_hour,
+                               t.tm_min, t.tm_sec, now.milliseconds, number, thread, text);
     }
 }

@@ -3,7 +3,7 @@
 #include <QSettings>
 
 namespace {
-const auto kGeometry = QStringLiteral("geometry");
+const auto geometryKey = QStringLiteral("geometry");
 }
 
 QlumBaseWidget::QlumBaseWidget(const QString& settingsGroup, QWidget* parent, Qt::WindowFlags flags)
@@ -19,7 +19,7 @@ QlumBaseWidget::~QlumBaseWidget()
         return;
     QSettings settings;
     settings.beginGroup(m_settingsGroup);
-    settings.setValue(kGeometry, saveGeometry());
+    settings.setValue(geometryKey, saveGeometry());
 }
 
 void QlumBaseWidget::showEvent(QShowEvent* event)
@@ -28,7 +28,7 @@ void QlumBaseWidget::showEvent(QShowEvent* event)
         m_restored = true;
         QSettings settings;
         settings.beginGroup(m_settingsGroup);
-        restoreGeometry(settings.value(kGeometry).toByteArray());
+        restoreGeometry(settings.value(geometryKey).toByteArray());
     }
     QDialog::showEvent(event);
 }

@@ -25,7 +25,7 @@ class UaSession;
 }
 
 /// Server id that stands for no server.
-inline constexpr unsigned int QlumNoServer = 0xFFFFFFFFu;
+inline constexpr unsigned int qlumNoServer = 0xFFFFFFFFu;
 
 /// Log levels; the higher, the more serious.
 namespace QlumLogLevel {

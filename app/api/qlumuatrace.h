@@ -10,10 +10,10 @@ public:
     QlumUaTrace() = delete;
 
     static void log(int level, const QString& text, const QString& source,
-                    unsigned int serverId = QlumNoServer);
+                    unsigned int serverId = qlumNoServer);
     /// text with %1 replaced by the status code's text.
     static void logUaStatusCode(int level, const QString& text, unsigned int statusCode,
-                                const QString& source, unsigned int serverId = QlumNoServer);
+                                const QString& source, unsigned int serverId = qlumNoServer);
     /// From now on nothing is logged any more; returns when calls under way are done.
     static void shutdown();
 

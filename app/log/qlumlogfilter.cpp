@@ -12,7 +12,7 @@ void QlumLogFilter::setFilter(int minimumLevel, const QString& text)
 bool QlumLogFilter::filterAcceptsRow(int row, const QModelIndex& parent) const
 {
     const QModelIndex first = sourceModel()->index(row, 0, parent);
-    if (first.data(QlumLogModel::LevelRole).toInt() < m_minimumLevel)
+    if (first.data(QlumLogModel::levelRole).toInt() < m_minimumLevel)
         return false;
     if (m_text.isEmpty())
         return true;

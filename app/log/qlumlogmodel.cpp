@@ -13,10 +13,10 @@
 #include <algorithm>
 
 namespace {
-constexpr int kFlushMilliseconds = 50;
+constexpr int flushMilliseconds = 50;
 // More than this between two insertions can not be read by anybody.
-constexpr int kMaxUnderWay = 20000;
-constexpr int kMaxMessage = 10000;
+constexpr int maximumUnderWay = 20000;
+constexpr int maximumMessage = 10000;
 
 // One record a line, whatever a server puts into its texts.
 QString oneLine(const QString& text)
@@ -54,7 +54,7 @@ QlumLogModel::QlumLogModel(QObject* parent) : QAbstractTableModel(parent)
 {
     setShowDate(false);
     m_flushTimer.setSingleShot(true);
-    m_flushTimer.setInterval(kFlushMilliseconds);
+    m_flushTimer.setInterval(flushMilliseconds);
     connect(&m_flushTimer, &QTimer::timeout, this, &QlumLogModel::sltFlush);
     connect(this, &QlumLogModel::newLog, this, &QlumLogModel::internalAddLog);
     qRegisterMetaType<QlumLogEntry*>("QlumLogEntry*");
@@ -68,7 +68,7 @@ QlumLogModel::~QlumLogModel()
 
 void QlumLogModel::addLog(std::unique_ptr<QlumLogEntry> entry)
 {
-    if (m_underWay.fetch_add(1) >= kMaxUnderWay) {
+    if (m_underWay.fetch_add(1) >= maximumUnderWay) {
         m_underWay.fetch_sub(1);
         m_dropped.fetch_add(1);
         return;
@@ -79,8 +79,8 @@ void QlumLogModel::addLog(std::unique_ptr<QlumLogEntry> entry)
 void QlumLogModel::internalAddLog(QlumLogEntry* entry)
 {
     const std::unique_ptr<QlumLogEntry> owned(entry);
-    if (owned->message.size() > kMaxMessage)
-        owned->message = owned->message.left(kMaxMessage) + QStringLiteral("...");
+    if (owned->message.size() > maximumMessage)
+        owned->message = owned->message.left(maximumMessage) + QStringLiteral("...");
     m_gathered.push_back(std::move(*owned));
     if (!m_flushTimer.isActive())
         m_flushTimer.start();
@@ -171,7 +171,7 @@ QVariant QlumLogModel::data(const QModelIndex& index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const QlumLogEntry& entry = m_entries[static_cast<std::size_t>(index.row())];
-    if (role == LevelRole)
+    if (role == levelRole)
         return entry.level;
     if (role == Qt::DecorationRole && index.column() == Timestamp)
         return levelIcon(entry.level);

@@ -17,7 +17,7 @@ class QlumLogModel : public QAbstractTableModel
 public:
     enum Column { Timestamp, Source, Server, Message, ColumnCount };
     /// Role that gives the level of a row as int.
-    static constexpr int LevelRole = Qt::UserRole + 1;
+    static constexpr int levelRole = Qt::UserRole + 1;
 
     explicit QlumLogModel(QObject* parent = nullptr);
     ~QlumLogModel() override;

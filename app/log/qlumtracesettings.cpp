@@ -23,21 +23,21 @@ struct Level
     unsigned int value;
 };
 
-constexpr Level kSdkLevels[] = {{"Errors", UaTrace::Errors},     {"Warning", UaTrace::Warning},
-                                {"Info", UaTrace::Info},         {"InterfaceCall", UaTrace::InterfaceCall},
-                                {"CtorDtor", UaTrace::CtorDtor}, {"ProgramFlow", UaTrace::ProgramFlow},
-                                {"Data", UaTrace::Data}};
+constexpr Level sdkLevels[] = {{"Errors", UaTrace::Errors},     {"Warning", UaTrace::Warning},
+                               {"Info", UaTrace::Info},         {"InterfaceCall", UaTrace::InterfaceCall},
+                               {"CtorDtor", UaTrace::CtorDtor}, {"ProgramFlow", UaTrace::ProgramFlow},
+                               {"Data", UaTrace::Data}};
 
-constexpr Level kStackLevels[] = {
+constexpr Level stackLevels[] = {
     {"ERROR", OPCUA_TRACE_OUTPUT_LEVEL_ERROR},   {"WARNING", OPCUA_TRACE_OUTPUT_LEVEL_WARNING},
     {"SYSTEM", OPCUA_TRACE_OUTPUT_LEVEL_SYSTEM}, {"INFO", OPCUA_TRACE_OUTPUT_LEVEL_INFO},
     {"DEBUG", OPCUA_TRACE_OUTPUT_LEVEL_DEBUG},   {"CONTENT", OPCUA_TRACE_OUTPUT_LEVEL_CONTENT},
     {"ALL", OPCUA_TRACE_OUTPUT_LEVEL_ALL}};
 
-constexpr Level kLogLevels[] = {{"ERROR", QlumLogLevel::Error}, {"WARNING", QlumLogLevel::Warning},
-                                {"INFO", QlumLogLevel::Info},   {"FUNCTION", QlumLogLevel::Function},
-                                {"DATA", QlumLogLevel::Data},   {"PARANOID", QlumLogLevel::Paranoid},
-                                {"ALL", QlumLogLevel::All}};
+constexpr Level logLevels[] = {{"ERROR", QlumLogLevel::Error}, {"WARNING", QlumLogLevel::Warning},
+                               {"INFO", QlumLogLevel::Info},   {"FUNCTION", QlumLogLevel::Function},
+                               {"DATA", QlumLogLevel::Data},   {"PARANOID", QlumLogLevel::Paranoid},
+                               {"ALL", QlumLogLevel::All}};
 
 void log(const QString& text)
 {
@@ -64,17 +64,17 @@ unsigned int levelOf(const QlumSettingsModel* settings, const char* key, std::sp
 
 int QlumTraceSettings::logLevel() const
 {
-    return static_cast<int>(levelOf(m_settings, "General.LogLevel", kLogLevels, "ALL"));
+    return static_cast<int>(levelOf(m_settings, "General.LogLevel", logLevels, "ALL"));
 }
 
 int QlumTraceSettings::sdkLevel() const
 {
-    return static_cast<int>(levelOf(m_settings, "Trace.SDKTraceLevel", kSdkLevels, "Info"));
+    return static_cast<int>(levelOf(m_settings, "Trace.SDKTraceLevel", sdkLevels, "Info"));
 }
 
 unsigned int QlumTraceSettings::stackLevel() const
 {
-    return levelOf(m_settings, "Trace.StackTraceLevel", kStackLevels, "INFO");
+    return levelOf(m_settings, "Trace.StackTraceLevel", stackLevels, "INFO");
 }
 
 bool QlumTraceSettings::openTrace(int level) const

@@ -20,7 +20,7 @@
 #endif
 
 namespace {
-const auto kSuffix = QStringLiteral(".uap");
+const auto projectSuffix = QStringLiteral(".uap");
 
 QString makeBaseTitle()
 {
@@ -33,7 +33,7 @@ QString makeBaseTitle()
 // The dialog of a desktop does not add the suffix by itself.
 QString withSuffix(const QString& fileName)
 {
-    return QFileInfo(fileName).suffix().isEmpty() ? fileName + kSuffix : fileName;
+    return QFileInfo(fileName).suffix().isEmpty() ? fileName + projectSuffix : fileName;
 }
 } // namespace
 
@@ -100,7 +100,7 @@ void QlumProjectSession::parseArguments(const QStringList& arguments)
         refuse(tr("Too many command line arguments, Tavelin project file expected!"));
     } else if (arguments.size() == 1) {
         const QString& path = arguments.first();
-        if (path.endsWith(kSuffix) && QFile::exists(path)) {
+        if (path.endsWith(projectSuffix) && QFile::exists(path)) {
             m_hooks.clear();
             setCurrentFile(path, false);
             m_hooks.load(path);

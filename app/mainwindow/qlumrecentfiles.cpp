@@ -11,8 +11,8 @@
 #include <algorithm>
 
 namespace {
-const auto kKey = QStringLiteral("RecentFiles");
-constexpr int kMost = 50;
+const auto recentFilesKey = QStringLiteral("RecentFiles");
+constexpr int maximumFiles = 50;
 } // namespace
 
 QlumRecentFiles::QlumRecentFiles(QlumSettingsModel* settings, QWidget* window)
@@ -25,12 +25,12 @@ QlumRecentFiles::QlumRecentFiles(QlumSettingsModel* settings, QWidget* window)
 QStringList QlumRecentFiles::files() const
 {
     const int count = m_settings->value(QStringLiteral("General.NoOfRecentFiles")).toInt();
-    return QSettings().value(kKey).toStringList().mid(0, std::clamp(count, 0, kMost));
+    return QSettings().value(recentFilesKey).toStringList().mid(0, std::clamp(count, 0, maximumFiles));
 }
 
 void QlumRecentFiles::store(const QStringList& files)
 {
-    QSettings().setValue(kKey, files);
+    QSettings().setValue(recentFilesKey, files);
     updateActions();
 }
 
@@ -41,7 +41,7 @@ void QlumRecentFiles::add(const QString& fileName)
     list.removeAll(path);
     list.prepend(path);
     const int count = m_settings->value(QStringLiteral("General.NoOfRecentFiles")).toInt();
-    store(list.mid(0, std::clamp(count, 0, kMost)));
+    store(list.mid(0, std::clamp(count, 0, maximumFiles)));
 }
 
 void QlumRecentFiles::remove(const QString& fileName)

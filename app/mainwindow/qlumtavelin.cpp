@@ -30,12 +30,12 @@
 #include <QTreeView>
 
 namespace {
-const auto kSource = QStringLiteral("Tavelin");
-const auto kGeometry = QStringLiteral("geometry");
-const auto kWindowState = QStringLiteral("windowState");
-const auto kLogView = QStringLiteral("logview");
-const auto kCheckForUpdates = QStringLiteral("AutomaticUpdate.CheckForUpdates");
-const auto kUpdateInterval = QStringLiteral("AutomaticUpdate.UpdateInterval");
+const auto logSource = QStringLiteral("Tavelin");
+const auto geometryKey = QStringLiteral("geometry");
+const auto windowStateKey = QStringLiteral("windowState");
+const auto logViewKey = QStringLiteral("logview");
+const auto checkForUpdatesKey = QStringLiteral("AutomaticUpdate.CheckForUpdates");
+const auto updateIntervalKey = QStringLiteral("AutomaticUpdate.UpdateInterval");
 
 QlumTavelin* g_instance = nullptr;
 } // namespace
@@ -63,7 +63,7 @@ QlumTavelin::QlumTavelin(QlumTavelinServices services, QWidget* parent, Qt::Wind
     loadGuiState();
     m_updates->checkAutomatically();
     UaTrace::setErrorTraceHook(this);
-    log(QlumLogLevel::Info, tr("Tavelin is ready to use."), QlumNoServer, kSource);
+    log(QlumLogLevel::Info, tr("Tavelin is ready to use."), qlumNoServer, logSource);
 }
 
 QlumTavelin::~QlumTavelin()
@@ -116,7 +116,7 @@ void QlumTavelin::setupActions()
 
 void QlumTavelin::setupPlugins()
 {
-    log(QlumLogLevel::Info, tr("Loading plugins..."), QlumNoServer, kSource);
+    log(QlumLogLevel::Info, tr("Loading plugins..."), qlumNoServer, logSource);
     m_loader.loadPlugins(this);
     m_pluginPath = m_loader.path();
     m_pluginKeys = m_loader.filenames();
@@ -138,27 +138,27 @@ void QlumTavelin::loadGuiState()
 {
     arrangeDocks();
     const QSettings settings;
-    restoreGeometry(settings.value(kGeometry).toByteArray());
-    restoreState(settings.value(kWindowState).toByteArray());
-    m_logView->header()->restoreState(settings.value(kLogView).toByteArray());
+    restoreGeometry(settings.value(geometryKey).toByteArray());
+    restoreState(settings.value(windowStateKey).toByteArray());
+    m_logView->header()->restoreState(settings.value(logViewKey).toByteArray());
 }
 
 void QlumTavelin::saveGuiState(const QByteArray& windowState)
 {
     QSettings settings;
-    settings.setValue(kGeometry, saveGeometry());
-    settings.setValue(kWindowState, windowState);
-    settings.setValue(kLogView, m_logView->header()->saveState());
+    settings.setValue(geometryKey, saveGeometry());
+    settings.setValue(windowStateKey, windowState);
+    settings.setValue(logViewKey, m_logView->header()->saveState());
 }
 
 void QlumTavelin::setupUpdateSettings()
 {
-    if (!settingsValue(kCheckForUpdates).isNull())
+    if (!settingsValue(checkForUpdatesKey).isNull())
         return;
-    QlumUpdateDialog dialog(settingsValue(kUpdateInterval).toInt(), this);
+    QlumUpdateDialog dialog(settingsValue(updateIntervalKey).toInt(), this);
     dialog.exec();
-    setSettingsValue(kCheckForUpdates, dialog.checkForUpdates());
-    setSettingsValue(kUpdateInterval, dialog.interval());
+    setSettingsValue(checkForUpdatesKey, dialog.checkForUpdates());
+    setSettingsValue(updateIntervalKey, dialog.interval());
 }
 
 void QlumTavelin::parseArguments()

@@ -121,7 +121,7 @@ void QlumTavelin::log(int level, const QString& text, unsigned int serverId, con
     entry->timestamp = QDateTime::currentDateTime();
     entry->level = level;
     entry->source = source;
-    if (serverId != QlumNoServer)
+    if (serverId != qlumNoServer)
         entry->server = serverName(serverId);
     entry->message = text;
     m_logModel->addLog(std::move(entry));
@@ -130,7 +130,7 @@ void QlumTavelin::log(int level, const QString& text, unsigned int serverId, con
 void QlumTavelin::traceOutput(UaTrace::TraceLevel level, const char* text, int)
 {
     if (level == UaTrace::Errors || level == UaTrace::Warning)
-        log(QlumLogLevel::Error, QString::fromUtf8(text), QlumNoServer, QStringLiteral("General"));
+        log(QlumLogLevel::Error, QString::fromUtf8(text), qlumNoServer, QStringLiteral("General"));
 }
 
 QDateTime QlumTavelin::dateTimeFromUaDateTime(OpcUa_DateTime* value)

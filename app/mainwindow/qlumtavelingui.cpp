@@ -261,7 +261,7 @@ void QlumTavelin::sltSaveLog()
     }
     if (!saved)
         log(QlumLogLevel::Error, tr("Open file %1 for writing returned %2").arg(fileName, file.errorString()),
-            QlumNoServer, QStringLiteral("General"));
+            qlumNoServer, QStringLiteral("General"));
 }
 
 void QlumTavelin::sltHelpCheckUpdates()

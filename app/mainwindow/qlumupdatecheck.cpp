@@ -13,10 +13,11 @@
 #include <QVersionNumber>
 
 namespace {
-const auto kAddress = QStringLiteral("https://update.korvanda.example/tavelin/tavelin-linux32-latest.txt");
-const auto kLastUpdate = QStringLiteral("AutomaticUpdate/LastUpdate");
-constexpr int kTimeoutMilliseconds = 20000;
-constexpr qint64 kMaxBody = 64 * 1024;
+const auto updateAddress =
+    QStringLiteral("https://update.korvanda.example/tavelin/tavelin-linux32-latest.txt");
+const auto lastUpdateKey = QStringLiteral("AutomaticUpdate/LastUpdate");
+constexpr int timeoutMilliseconds = 20000;
+constexpr qint64 maximumBody = 64 * 1024;
 
 QString captured(const QString& body, const QString& pattern)
 {
@@ -40,7 +41,7 @@ bool QlumUpdateCheck::isDue() const
     if (!m_settings->value(QStringLiteral("AutomaticUpdate.CheckForUpdates")).toBool())
         return false;
     const int days = m_settings->value(QStringLiteral("AutomaticUpdate.UpdateInterval")).toInt();
-    const QDateTime last = QDateTime::fromString(QSettings().value(kLastUpdate).toString(), Qt::ISODate);
+    const QDateTime last = QDateTime::fromString(QSettings().value(lastUpdateKey).toString(), Qt::ISODate);
     const QDateTime now = QDateTime::currentDateTime();
     return !last.isValid() || last > now || last.addDays(days) <= now;
 }
@@ -65,8 +66,8 @@ void QlumUpdateCheck::request()
         return;
     m_running = true;
     connect(m_network, &QNetworkAccessManager::finished, this, &QlumUpdateCheck::sltUpdateReplyFinished);
-    QNetworkRequest request{QUrl(kAddress)};
-    request.setTransferTimeout(kTimeoutMilliseconds);
+    QNetworkRequest request{QUrl(updateAddress)};
+    request.setTransferTimeout(timeoutMilliseconds);
     m_network->get(request);
 }
 
@@ -77,7 +78,7 @@ void QlumUpdateCheck::sltUpdateReplyFinished(QNetworkReply* reply)
     if (reply->error() != QNetworkReply::NoError)
         report(tr("Error retrieving current version information: %1").arg(reply->errorString()));
     else
-        evaluate(QString::fromUtf8(reply->read(kMaxBody)));
+        evaluate(QString::fromUtf8(reply->read(maximumBody)));
     m_automatic = false;
     m_running = false;
 }
@@ -98,7 +99,7 @@ void QlumUpdateCheck::evaluate(const QString& body)
                    .arg(currentVersion(), received));
         return;
     }
-    QSettings().setValue(kLastUpdate, QDateTime::currentDateTime().toString(Qt::ISODate));
+    QSettings().setValue(lastUpdateKey, QDateTime::currentDateTime().toString(Qt::ISODate));
     if (QVersionNumber::fromString(received) > QVersionNumber::fromString(currentVersion())) {
         offer(received, url);
         return;

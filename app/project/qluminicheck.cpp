@@ -10,7 +10,7 @@
 #include <vector>
 
 namespace {
-constexpr int kMaxReported = 20;
+constexpr int maximumReported = 20;
 
 class Text
 {
@@ -119,7 +119,7 @@ QString refusal(std::string_view entry)
 
 void report(QlumIniCheck& check, std::string_view entry, const QString& why, int count)
 {
-    if (count >= kMaxReported)
+    if (count >= maximumReported)
         return;
     const QString shown =
         QString::fromUtf8(entry.data(), static_cast<int>(std::min<std::size_t>(entry.size(), 60)))
@@ -139,8 +139,8 @@ void copyChecked(std::string_view data, QlumIniCheck& check)
             report(check, entry, why, refused++);
         i = end + 1;
     }
-    if (refused > kMaxReported)
-        check.refused.append(Text::tr("%1 more entries were skipped.").arg(refused - kMaxReported));
+    if (refused > maximumReported)
+        check.refused.append(Text::tr("%1 more entries were skipped.").arg(refused - maximumReported));
 }
 } // namespace
 

@@ -20,10 +20,10 @@
 #include <sys/stat.h>
 
 namespace {
-constexpr int kMaxServers = 1000;
-constexpr int kMaxDocuments = 1000;
+constexpr int maximumServers = 1000;
+constexpr int maximumDocuments = 1000;
 // Far above what servers have; an index that claims more would only size memory.
-constexpr int kMaxNamespaces = 4096;
+constexpr int maximumNamespaces = 4096;
 
 class Text
 {
@@ -87,7 +87,7 @@ QStringList readNamespaces(QSettings& settings)
     for (const QString& key : keys) {
         bool ok = false;
         const int index = key.toInt(&ok);
-        if (!ok || index < 0 || index >= kMaxNamespaces)
+        if (!ok || index < 0 || index >= maximumNamespaces)
             continue;
         while (table.size() <= index)
             table.append(QString());
@@ -199,7 +199,7 @@ QList<QPointer<QlumServerNode>> QlumProjectFile::load(const QString& fileName)
 void QlumProjectFile::readServers(QSettings& settings)
 {
     settings.beginGroup(QStringLiteral("Servers"));
-    for (const QString& group : bounded(settings.childGroups(), kMaxServers, Text::tr("servers"))) {
+    for (const QString& group : bounded(settings.childGroups(), maximumServers, Text::tr("servers"))) {
         settings.beginGroup(group);
         readServer(settings);
         settings.endGroup();
@@ -230,7 +230,7 @@ void QlumProjectFile::readServer(QSettings& settings)
 void QlumProjectFile::readDocuments(QSettings& settings)
 {
     settings.beginGroup(QStringLiteral("Documents"));
-    for (const QString& name : bounded(settings.childGroups(), kMaxDocuments, Text::tr("documents"))) {
+    for (const QString& name : bounded(settings.childGroups(), maximumDocuments, Text::tr("documents"))) {
         settings.beginGroup(name);
         readDocument(settings, name);
         settings.endGroup();

@@ -3,7 +3,7 @@
 #include <QMessageBox>
 
 namespace {
-constexpr int kMaxNameLength = 200;
+constexpr int maximumNameLength = 200;
 
 bool isTaken(const QlumProjectNode* folder, const QlumProjectNode* self, const QString& name)
 {
@@ -37,8 +37,8 @@ QString QlumProjectNodeDocument::whyNoName(const QString& name)
 {
     if (name.isEmpty())
         return tr("A document needs a name.");
-    if (name.size() > kMaxNameLength)
-        return tr("The name of a document can have at most %1 characters.").arg(kMaxNameLength);
+    if (name.size() > maximumNameLength)
+        return tr("The name of a document can have at most %1 characters.").arg(maximumNameLength);
     // the name is a group in the project file, where these two separate groups
     if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')))
         return tr("The name of a document can not contain '/' or '\\'.");

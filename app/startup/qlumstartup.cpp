@@ -142,9 +142,9 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
     show(splash, Text::tr("Loading main application..."));
     auto window = std::make_unique<QlumTavelin>(qlumServices());
     for (const auto& [level, text] : QlumCertificates::instance()->takeMessages())
-        window->log(level, text, QlumNoServer, QStringLiteral("Tavelin"));
+        window->log(level, text, qlumNoServer, QStringLiteral("Tavelin"));
     for (const QString& text : settingsProblems)
-        window->log(QlumLogLevel::Error, text, QlumNoServer, QStringLiteral("Tavelin"));
+        window->log(QlumLogLevel::Error, text, qlumNoServer, QStringLiteral("Tavelin"));
     window->show();
     show(splash, QString());
     splash.timedClose(3);

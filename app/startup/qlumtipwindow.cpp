@@ -11,17 +11,17 @@
 #include <QVBoxLayout>
 
 namespace {
-const auto kShowTip = QStringLiteral("QlumTipWindow/ShowTip");
-const auto kFileName = QStringLiteral("tips_en.txt");
-constexpr int kMaxTips = 1000;
-constexpr qint64 kMaxLine = 4096;
+const auto showTipKey = QStringLiteral("QlumTipWindow/ShowTip");
+const auto fileName = QStringLiteral("tips_en.txt");
+constexpr int maximumTips = 1000;
+constexpr qint64 maximumLine = 4096;
 
 QString tipFileName(const QString& wanted)
 {
     if (!wanted.isEmpty())
         return wanted;
     // the working directory is seldom that of the installation
-    return QFile::exists(kFileName) ? kFileName : QStringLiteral(":/tips/") + kFileName;
+    return QFile::exists(fileName) ? fileName : QStringLiteral(":/tips/") + fileName;
 }
 } // namespace
 
@@ -31,7 +31,7 @@ QlumTipWindow::QlumTipWindow(QWidget* parent, const QString& tipFile)
 {
     setWindowTitle(tr("Tip of the day"));
     makeWidgets();
-    m_showAtStart->setChecked(QSettings().value(kShowTip, true).toBool());
+    m_showAtStart->setChecked(QSettings().value(showTipKey, true).toBool());
 
     QFile file(tipFileName(tipFile));
     m_fileRead = file.open(QIODevice::ReadOnly | QIODevice::Text);
@@ -48,7 +48,7 @@ QlumTipWindow::QlumTipWindow(QWidget* parent, const QString& tipFile)
 
 QlumTipWindow::~QlumTipWindow()
 {
-    QSettings().setValue(kShowTip, m_showAtStart->isChecked());
+    QSettings().setValue(showTipKey, m_showAtStart->isChecked());
 }
 
 void QlumTipWindow::makeWidgets()
@@ -93,7 +93,7 @@ QStringList QlumTipWindow::readTips(QTextStream& stream)
     QStringList tips;
     QString tip;
     QString line;
-    while (tips.size() < kMaxTips && stream.readLineInto(&line, kMaxLine)) {
+    while (tips.size() < maximumTips && stream.readLineInto(&line, maximumLine)) {
         if (!line.isEmpty()) {
             tip += line;
         } else if (!tip.isEmpty()) {

@@ -11,23 +11,23 @@
 #include <plugins/addressspace/qlumnodemimedata.h>
 
 namespace {
-constexpr OpcUa_UInt32 kRootFolder = 84;
-constexpr OpcUa_UInt32 kFolderType = 61;
-constexpr unsigned char kReferenceAdded = 4; // verbs of a model change, OPC 10000-3, 9.32.3
-constexpr unsigned char kReferenceDeleted = 8;
-constexpr int kNextSlice = 30; // ms
+constexpr OpcUa_UInt32 rootFolder = 84;
+constexpr OpcUa_UInt32 folderType = 61;
+constexpr unsigned char referenceAdded = 4; // verbs of a model change, OPC 10000-3, 9.32.3
+constexpr unsigned char referenceDeleted = 8;
+constexpr int nextSlice = 30; // ms
 } // namespace
 
 QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* highlightCombo,
                                              QObject* parent, std::shared_ptr<QlumSessionServices> services)
     : QAbstractItemModel(parent), m_server(server), m_highlightCombo(highlightCombo),
       m_services(services ? std::move(services) : qlumServicesOf(server->session())),
-      m_root(std::make_unique<QlumAddressSpaceNode>(tr("Root"), UaNodeId(kRootFolder), UaNodeId(kFolderType),
+      m_root(std::make_unique<QlumAddressSpaceNode>(tr("Root"), UaNodeId(rootFolder), UaNodeId(folderType),
                                                     OpcUa_NodeClass_Object)),
       m_serverId(server->serverId()), m_timer(new QTimer(this))
 {
     m_timer->setSingleShot(true);
-    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(kNextSlice); });
+    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
     if (m_highlightCombo)
         connectHighlighting();
     browseNode(m_root.get());
@@ -42,7 +42,7 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNod
       m_serverId(server->serverId()), m_timer(new QTimer(this))
 {
     m_timer->setSingleShot(true);
-    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(kNextSlice); });
+    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
     browseNode(m_root.get());
 }
 
@@ -202,7 +202,7 @@ void QlumAddressSpaceModel::rebrowseNodeIndex(const QModelIndex& index)
 
 void QlumAddressSpaceModel::serverModelChanged(const UaNodeId& affectedNode, unsigned char verb)
 {
-    if ((verb & (kReferenceAdded | kReferenceDeleted)) == 0)
+    if ((verb & (referenceAdded | referenceDeleted)) == 0)
         return;
     const UaNodeId id = affectedNode; // might lie in a node that goes
     if (m_root->nodeId() == id)

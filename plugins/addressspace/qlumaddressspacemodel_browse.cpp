@@ -12,13 +12,13 @@ namespace {
 using UaClientSdk::BrowseContext;
 using UaClientSdk::ServiceSettings;
 
-constexpr OpcUa_UInt32 kHierarchicalReferences = 33;
-constexpr OpcUa_UInt32 kPropertyType = 68;
-constexpr int kFirstSlice = 80; // ms: most nodes are complete by then
-constexpr int kMaxChildren = 1000000;
-constexpr int kMaxNameLength = 1024;
-constexpr int kMaxFailures = 3;         // in a row
-constexpr int kMaxBarrenResults = 1000; // in a row, without a single new node
+constexpr OpcUa_UInt32 hierarchicalReferences = 33;
+constexpr OpcUa_UInt32 propertyType = 68;
+constexpr int firstSlice = 80; // ms: most nodes are complete by then
+constexpr int maximumChildren = 1000000;
+constexpr int maximumNameLength = 1024;
+constexpr int maximumFailures = 3;         // in a row
+constexpr int maximumBarrenResults = 1000; // in a row, without a single new node
 
 class WaitCursor
 {
@@ -34,8 +34,8 @@ QString nameOf(const OpcUa_ReferenceDescription& reference)
     const OpcUa_String& text = reference.DisplayName.Text;
     if (!text.Data || text.Length <= 0)
         return {};
-    const int bytes = std::min(text.Length, kMaxNameLength * 4); // more than any name that fits
-    return QString::fromUtf8(text.Data, bytes).left(kMaxNameLength);
+    const int bytes = std::min(text.Length, maximumNameLength * 4); // more than any name that fits
+    return QString::fromUtf8(text.Data, bytes).left(maximumNameLength);
 }
 
 std::unique_ptr<QlumAddressSpaceNode> makeNode(OpcUa_ReferenceDescription& reference, UaNodeId nodeId)
@@ -44,7 +44,7 @@ std::unique_ptr<QlumAddressSpaceNode> makeNode(OpcUa_ReferenceDescription& refer
     typeDefinition.attach(&reference.TypeDefinition.NodeId);
     auto node = std::make_unique<QlumAddressSpaceNode>(nameOf(reference), nodeId, typeDefinition,
                                                        static_cast<OpcUa_UInt32>(reference.NodeClass));
-    if (typeDefinition.isNumeric(kPropertyType))
+    if (typeDefinition.isNumeric(propertyType))
         node->setBrowsed(true); // properties have nothing below them
     return node;
 }
@@ -60,7 +60,7 @@ bool isAtOrBelow(const QlumAddressSpaceNode* node, const QlumAddressSpaceNode* a
 BrowseContext QlumAddressSpaceModel::browseContext(const QlumAddressSpaceNode& node) const
 {
     BrowseContext context;
-    context.referenceTypeId = UaNodeId(kHierarchicalReferences);
+    context.referenceTypeId = UaNodeId(hierarchicalReferences);
     context.nodeClassMask = node.childNodeClassMask();
     context.maxReferencesToReturn = setting("General.MaxReferencesToReturn", 100).toUInt();
     return context;
@@ -91,7 +91,7 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
     node->setBrowsed(true);
     addNodes(node, references);
     m_tasks.push_front(std::move(task)); // the node that the user opened last comes first
-    runTasks(kFirstSlice);
+    runTasks(firstSlice);
 }
 
 void QlumAddressSpaceModel::runTasks(int milliseconds)
@@ -147,9 +147,9 @@ bool QlumAddressSpaceModel::browseNext(Task& task)
 // What ends a browse before the server or the budget does.
 bool QlumAddressSpaceModel::mayContinue(Task& task)
 {
-    if (task.failures >= kMaxFailures)
+    if (task.failures >= maximumFailures)
         task.stopText = tr("The server keeps refusing to continue. Releasing current ContinuationPoint.");
-    else if (task.barren >= kMaxBarrenResults || task.node->childCount() >= kMaxChildren)
+    else if (task.barren >= maximumBarrenResults || task.node->childCount() >= maximumChildren)
         task.stopText =
             tr("The server does not come to an end of its references. Releasing current ContinuationPoint.");
     else if (task.progress->wasCancelled())

@@ -6,8 +6,8 @@
 #include <algorithm>
 
 namespace {
-constexpr OpcUa_UInt32 kFolderType = 61;
-constexpr OpcUa_UInt32 kPropertyType = 68;
+constexpr OpcUa_UInt32 folderType = 61;
+constexpr OpcUa_UInt32 propertyType = 68;
 
 QHash<const char*, QIcon>& iconCache()
 {
@@ -44,11 +44,11 @@ QIcon QlumAddressSpaceNode::icon() const
     case OpcUa_NodeClass_Unspecified:
         return sharedIcon(":/images/clearlog.png");
     case OpcUa_NodeClass_Object:
-        return sharedIcon(m_typeDefinition.isNumeric(kFolderType) ? ":/images/treefolder.png"
-                                                                  : ":/images/object.png");
+        return sharedIcon(m_typeDefinition.isNumeric(folderType) ? ":/images/treefolder.png"
+                                                                 : ":/images/object.png");
     case OpcUa_NodeClass_Variable:
-        return sharedIcon(m_typeDefinition.isNumeric(kPropertyType) ? ":/images/property.png"
-                                                                    : ":/images/variable.png");
+        return sharedIcon(m_typeDefinition.isNumeric(propertyType) ? ":/images/property.png"
+                                                                   : ":/images/variable.png");
     case OpcUa_NodeClass_Method:
         return sharedIcon(":/images/method.png");
     case OpcUa_NodeClass_ObjectType:

@@ -6,8 +6,8 @@
 #include <app/api/qlumdisplaytext.h>
 
 namespace {
-constexpr qint64 kShowAfter = 1000;  // ms
-constexpr qint64 kUpdateEvery = 100; // ms
+constexpr qint64 showAfter = 1000;  // ms
+constexpr qint64 updateEvery = 100; // ms
 } // namespace
 
 QlumBrowseProgress::QlumBrowseProgress(const QString& nodeName)
@@ -24,11 +24,11 @@ QlumBrowseProgress::~QlumBrowseProgress()
 
 void QlumBrowseProgress::update(int found)
 {
-    if (m_sinceStart.elapsed() < kShowAfter || wasCancelled())
+    if (m_sinceStart.elapsed() < showAfter || wasCancelled())
         return;
     if (!m_dialog)
         showDialog();
-    else if (m_sinceUpdate.elapsed() < kUpdateEvery)
+    else if (m_sinceUpdate.elapsed() < updateEvery)
         return;
     m_sinceUpdate.start();
     m_dialog->setLabelText(tr("Browsing '%1': %2 nodes so far.").arg(m_nodeName, QLocale().toString(found)));

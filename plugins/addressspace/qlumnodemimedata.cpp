@@ -9,8 +9,8 @@
 #include <limits>
 
 namespace {
-constexpr int kGuidSize = 16;
-static_assert(sizeof(OpcUa_Guid) == kGuidSize);
+constexpr int guidSize = 16;
+static_assert(sizeof(OpcUa_Guid) == guidSize);
 
 void writeIdentifier(QDataStream& stream, const UaNodeId& id)
 {
@@ -23,9 +23,9 @@ void writeIdentifier(QDataStream& stream, const UaNodeId& id)
         break;
     case OpcUa_IdentifierType_Guid: {
         // as it lies in memory, without a length
-        std::array<char, kGuidSize> bytes;
+        std::array<char, guidSize> bytes;
         std::memcpy(bytes.data(), id.identifierGuid().get(), bytes.size());
-        stream.writeRawData(bytes.data(), kGuidSize);
+        stream.writeRawData(bytes.data(), guidSize);
         break;
     }
     case OpcUa_IdentifierType_Opaque: {
@@ -75,7 +75,7 @@ UaNodeId readNodeId(QDataStream& stream)
     }
     case OpcUa_IdentifierType_Guid: {
         OpcUa_Guid guid{};
-        if (stream.readRawData(reinterpret_cast<char*>(&guid), kGuidSize) != kGuidSize)
+        if (stream.readRawData(reinterpret_cast<char*>(&guid), guidSize) != guidSize)
             stream.setStatus(QDataStream::ReadPastEnd);
         return UaNodeId(UaGuid(guid), index);
     }

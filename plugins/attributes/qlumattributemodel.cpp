@@ -10,14 +10,14 @@
 #include <plugins/attributes/qlumattributetexts.h>
 
 namespace {
-constexpr int kCutLength = 256;
-constexpr int kPortion = 1000;  // rows that an array gets at a time
-constexpr int kGreyAlpha = 150; // taken from the text colour
+constexpr int cutLength = 256;
+constexpr int portion = 1000;  // rows that an array gets at a time
+constexpr int greyAlpha = 150; // taken from the text colour
 
 QColor greyed()
 {
     QColor color = QGuiApplication::palette().color(QPalette::Text);
-    color.setAlpha(color.alpha() - kGreyAlpha);
+    color.setAlpha(color.alpha() - greyAlpha);
     return color;
 }
 } // namespace
@@ -81,7 +81,7 @@ void QlumAttributeModel::fetchMore(const QModelIndex& parent)
         return;
     QlumAttributeNode* node = nodeAt(parent);
     const int first = node->childCount();
-    const int count = std::min(kPortion, node->pendingCount());
+    const int count = std::min(portion, node->pendingCount());
     beginInsertRows(parent, first, first + count - 1);
     node->fetchMore(count);
     endInsertRows();
@@ -134,7 +134,7 @@ QVariant QlumAttributeModel::text(const QlumAttributeNode& node, int column, int
     if (role == Qt::EditRole)
         return column == ValueColumn ? node.value() : QVariant();
     const QString shown = column == NameColumn ? node.name() : node.value();
-    const QString cut = qlumCutText(shown, kCutLength);
+    const QString cut = qlumCutText(shown, cutLength);
     return role == Qt::ToolTipRole ? qlumPlainToolTip(cut) : qlumSingleLine(cut);
 }
 
@@ -184,8 +184,8 @@ void QlumAttributeModel::forget()
     m_value.clear();
     m_dataTypeId.clear();
     m_nodeId.clear();
-    m_serverId = QlumNoServer;
-    m_rows.setServer(QlumNoServer, nullptr);
+    m_serverId = qlumNoServer;
+    m_rows.setServer(qlumNoServer, nullptr);
     m_session.reset();
 }
 

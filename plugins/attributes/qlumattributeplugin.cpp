@@ -126,7 +126,7 @@ void QlumAttributePlugin::createDock()
 void QlumAttributePlugin::selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
                                            UaNodeId*)
 {
-    m_serverId = nodeId ? serverId : QlumNoServer;
+    m_serverId = nodeId ? serverId : qlumNoServer;
     m_nodeId = nodeId ? *nodeId : UaNodeId();
     m_nodeClass = nodeClass;
     if (m_onOff->isChecked())
@@ -135,7 +135,7 @@ void QlumAttributePlugin::selectionChanged(unsigned int serverId, UaNodeId* node
 
 void QlumAttributePlugin::sltRefresh()
 {
-    if (m_serverId == QlumNoServer || m_nodeId.isNull())
+    if (m_serverId == qlumNoServer || m_nodeId.isNull())
         return;
     m_pool->cancelAll(); // nobody waits for nodes that were left meanwhile
     m_pool->addJob(std::make_unique<QlumReadJob>(m_serverId, m_nodeId, m_nodeClass, m_model, m_services));
@@ -155,7 +155,7 @@ void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
         m_pool->cancelAll();
         m_pool->waitForDone();
         QCoreApplication::sendPostedEvents(m_model, QEvent::MetaCall);
-        m_serverId = QlumNoServer;
+        m_serverId = qlumNoServer;
         m_nodeId.clear();
     }
     if (m_model->serverId() == serverId)
@@ -167,10 +167,10 @@ void QlumAttributePlugin::sltSetCustomNodeId()
     QPointer<QlumCustomNodeIdDialog> dialog =
         new QlumCustomNodeIdDialog(*m_app, m_serverId, m_app->mainWindow());
     const bool accepted = dialog->exec() == QDialog::Accepted;
-    const unsigned int serverId = dialog ? dialog->serverId() : QlumNoServer;
+    const unsigned int serverId = dialog ? dialog->serverId() : qlumNoServer;
     const UaNodeId nodeId = dialog ? dialog->nodeId() : UaNodeId();
     delete dialog;
-    if (accepted && serverId != QlumNoServer && !nodeId.isNull())
+    if (accepted && serverId != qlumNoServer && !nodeId.isNull())
         showNode(serverId, nodeId);
 }
 

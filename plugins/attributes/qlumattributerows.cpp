@@ -8,8 +8,8 @@
 #include <uawidgets/editors/qlumvaluetext.h>
 
 namespace {
-constexpr QlumValueStep kDetail{QlumValueStep::Detail, 0};
-constexpr int kMaxDepth = 100; // of values within values
+constexpr QlumValueStep detail{QlumValueStep::Detail, 0};
+constexpr int maximumDepth = 100; // of values within values
 
 int depthOf(const QlumAttributeNode& row)
 {
@@ -124,12 +124,12 @@ QlumAttributeNode& QlumAttributeRows::addDataValue(QlumAttributeNode& parent, co
 {
     QlumAttributeNode& row = parent.append(name, QString(), step);
     addVariant(row, QStringLiteral("Value"), value.value(), hint,
-               step.kind == QlumValueStep::None ? step : kDetail);
-    row.append(QStringLiteral("StatusCode"), qlumStatusCodeText(value.statusCode().code()), kDetail);
-    row.append(QStringLiteral("SourceTimestamp"), timestampText(value.sourceTimestamp()), kDetail);
-    row.append(QStringLiteral("SourcePicoseconds"), QString::number(value.sourcePicoseconds()), kDetail);
-    row.append(QStringLiteral("ServerTimestamp"), timestampText(value.serverTimestamp()), kDetail);
-    row.append(QStringLiteral("ServerPicoseconds"), QString::number(value.serverPicoseconds()), kDetail);
+               step.kind == QlumValueStep::None ? step : detail);
+    row.append(QStringLiteral("StatusCode"), qlumStatusCodeText(value.statusCode().code()), detail);
+    row.append(QStringLiteral("SourceTimestamp"), timestampText(value.sourceTimestamp()), detail);
+    row.append(QStringLiteral("SourcePicoseconds"), QString::number(value.sourcePicoseconds()), detail);
+    row.append(QStringLiteral("ServerTimestamp"), timestampText(value.serverTimestamp()), detail);
+    row.append(QStringLiteral("ServerPicoseconds"), QString::number(value.serverPicoseconds()), detail);
     return row;
 }
 
@@ -139,7 +139,7 @@ QlumAttributeNode& QlumAttributeRows::addVariant(QlumAttributeNode& parent, cons
 {
     if (value.isNull())
         return parent.append(name, tr("Null"), step);
-    if (depthOf(parent) > kMaxDepth)
+    if (depthOf(parent) > maximumDepth)
         return parent.append(name, tr("not yet implemented"), step);
     if (value.isScalar())
         return addScalar(parent, name, value, hint, step);
@@ -167,7 +167,7 @@ QlumAttributeNode& QlumAttributeRows::addScalar(QlumAttributeNode& parent, const
         return addExtensionObject(parent, name, value.toExtensionObject(), hint, step);
     case OpcUaType_DataValue:
         return addDataValue(parent, name, value.toDataValue(), hint,
-                            step.kind == QlumValueStep::None ? kDetail : step);
+                            step.kind == QlumValueStep::None ? detail : step);
     default:
         return parent.append(name, scalarText(value, hint), step);
     }
@@ -177,9 +177,9 @@ QlumAttributeNode& QlumAttributeRows::addNodeId(QlumAttributeNode& parent, const
                                                 const UaNodeId& nodeId, QlumValueStep step)
 {
     QlumAttributeNode& row = parent.append(name, toQString(nodeId.toXmlString()), step);
-    row.append(QStringLiteral("NamespaceIndex"), QString::number(nodeId.namespaceIndex()), kDetail);
-    row.append(QStringLiteral("IdentifierType"), identifierTypeText(nodeId.identifierType()), kDetail);
-    row.append(QStringLiteral("Identifier"), toQString(nodeId.identifierText()), kDetail);
+    row.append(QStringLiteral("NamespaceIndex"), QString::number(nodeId.namespaceIndex()), detail);
+    row.append(QStringLiteral("IdentifierType"), identifierTypeText(nodeId.identifierType()), detail);
+    row.append(QStringLiteral("Identifier"), toQString(nodeId.identifierText()), detail);
     return row;
 }
 
@@ -187,9 +187,9 @@ QlumAttributeNode& QlumAttributeRows::addExpandedNodeId(QlumAttributeNode& paren
                                                         const UaExpandedNodeId& nodeId, QlumValueStep step)
 {
     QlumAttributeNode& row = parent.append(name, toQString(nodeId.toString()), step);
-    addNodeId(row, QStringLiteral("NodeId"), nodeId.nodeId(), kDetail);
-    row.append(QStringLiteral("NamespaceUri"), toQString(nodeId.namespaceUri()), kDetail);
-    row.append(QStringLiteral("ServerIndex"), QString::number(nodeId.serverIndex()), kDetail);
+    addNodeId(row, QStringLiteral("NodeId"), nodeId.nodeId(), detail);
+    row.append(QStringLiteral("NamespaceUri"), toQString(nodeId.namespaceUri()), detail);
+    row.append(QStringLiteral("ServerIndex"), QString::number(nodeId.serverIndex()), detail);
     return row;
 }
 

@@ -6,7 +6,7 @@
 #include <uabase/uagenericunionvalue.h>
 
 namespace {
-constexpr QlumValueStep kDetail{QlumValueStep::Detail, 0};
+constexpr QlumValueStep detail{QlumValueStep::Detail, 0};
 }
 
 QlumAttributeNode& QlumAttributeRows::addExtensionObject(QlumAttributeNode& parent, const QString& name,
@@ -44,7 +44,7 @@ bool QlumAttributeRows::addFields(QlumAttributeNode& row, const UaByteString& bo
             addVariant(row, fieldName, fields.value(i), qlumFieldHint(field, m_dictionary),
                        {QlumValueStep::Field, i});
         else
-            row.append(fieldName, QString(), kDetail).setAbsent(true);
+            row.append(fieldName, QString(), detail).setAbsent(true);
     }
     return true;
 }
@@ -55,7 +55,7 @@ bool QlumAttributeRows::addSelectedField(QlumAttributeNode& row, const UaByteStr
     UaGenericUnionValue selected;
     if (selected.decode(body, definition, m_dictionary).isBad())
         return false;
-    row.append(tr("Switch Field"), QString::number(selected.switchValue()), kDetail);
+    row.append(tr("Switch Field"), QString::number(selected.switchValue()), detail);
     const UaStructureField field = selected.field();
     if (!field.isNull())
         addVariant(row, toQString(field.name()), selected.value(), qlumFieldHint(field, m_dictionary),
@@ -66,12 +66,12 @@ bool QlumAttributeRows::addSelectedField(QlumAttributeNode& row, const UaByteStr
 // What there is, for those who know the type.
 void QlumAttributeRows::addUndecoded(QlumAttributeNode& row, const UaExtensionObject& object)
 {
-    addExpandedNodeId(row, QStringLiteral("TypeId"), object.typeId(), kDetail);
+    addExpandedNodeId(row, QStringLiteral("TypeId"), object.typeId(), detail);
     UaVariant body;
     UaByteString bytes;
     if (object.encoding() == OpcUa_ExtensionObjectEncoding_Xml)
         body.setXmlElement(object.xmlBody());
     else if (!UaStatusCode(object.binaryBody(bytes)).isBad())
         body.setByteString(bytes);
-    addVariant(row, QStringLiteral("Body"), body, QlumTypeHint(), kDetail);
+    addVariant(row, QStringLiteral("Body"), body, QlumTypeHint(), detail);
 }

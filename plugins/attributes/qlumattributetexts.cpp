@@ -15,16 +15,16 @@ struct Bit
     const char* name;
 };
 
-constexpr std::array<Bit, 3> kEventNotifier{
+constexpr std::array<Bit, 3> eventNotifier{
     {{1, "SubscribeToEvents"}, {4, "HistoryRead"}, {8, "HistoryWrite"}}};
-constexpr std::array<Bit, 7> kAccessLevel{{{1, "CurrentRead"},
-                                           {2, "CurrentWrite"},
-                                           {4, "HistoryRead"},
-                                           {8, "HistoryWrite"},
-                                           {16, "SemanticChange"},
-                                           {32, "StatusWrite"},
-                                           {64, "TimestampWrite"}}};
-constexpr unsigned int kSemanticChange = 16; // says nothing of what the user may do
+constexpr std::array<Bit, 7> accessLevel{{{1, "CurrentRead"},
+                                          {2, "CurrentWrite"},
+                                          {4, "HistoryRead"},
+                                          {8, "HistoryWrite"},
+                                          {16, "SemanticChange"},
+                                          {32, "StatusWrite"},
+                                          {64, "TimestampWrite"}}};
+constexpr unsigned int semanticChange = 16; // says nothing of what the user may do
 
 QString bitNames(unsigned int mask, std::span<const Bit> bits)
 {
@@ -119,17 +119,17 @@ QString qlumNodeClassText(OpcUa_Int32 nodeClass)
 
 QString qlumEventNotifierText(OpcUa_Byte mask)
 {
-    return bitNames(mask, kEventNotifier);
+    return bitNames(mask, eventNotifier);
 }
 
 QString qlumAccessLevelText(OpcUa_Byte mask)
 {
-    return bitNames(mask, kAccessLevel);
+    return bitNames(mask, accessLevel);
 }
 
 QString qlumUserAccessLevelText(OpcUa_Byte mask)
 {
-    return bitNames(mask & ~kSemanticChange, kAccessLevel);
+    return bitNames(mask & ~semanticChange, accessLevel);
 }
 
 QString qlumStatusCodeText(OpcUa_StatusCode code)

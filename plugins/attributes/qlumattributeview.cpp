@@ -13,8 +13,8 @@
 #include <uawidgets/qlumviewstate.h>
 
 namespace {
-constexpr int kHintMargin = 12; // around the text of the empty view
-constexpr int kNameWidth = 190;
+constexpr int hintMargin = 12; // around the text of the empty view
+constexpr int nameWidth = 190;
 const QLatin1Char kSeparator('/');
 
 // The text as it is, not as it is cut for the view.
@@ -42,7 +42,7 @@ QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     setTextElideMode(Qt::ElideRight);
-    header()->resizeSection(QlumAttributeModel::NameColumn, kNameWidth);
+    header()->resizeSection(QlumAttributeModel::NameColumn, nameWidth);
     m_state = std::make_unique<QlumViewState>(QStringLiteral("QlumAttributeView"), nullptr);
     m_state->keep(header(), QStringLiteral("header"));
     createActions();
@@ -60,7 +60,7 @@ void QlumAttributeView::paintEvent(QPaintEvent* event)
         return;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(kHintMargin, kHintMargin, -kHintMargin, -kHintMargin),
+    painter.drawText(viewport()->rect().adjusted(hintMargin, hintMargin, -hintMargin, -hintMargin),
                      Qt::AlignCenter | Qt::TextWordWrap, tr("Select a node in the address space window."));
 }
 

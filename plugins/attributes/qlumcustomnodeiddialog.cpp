@@ -45,7 +45,7 @@ QlumCustomNodeIdDialog::QlumCustomNodeIdDialog(QlumApplicationInterface& applica
 
 unsigned int QlumCustomNodeIdDialog::serverId() const
 {
-    return m_server->currentIndex() < 0 ? QlumNoServer : m_server->currentData().toUInt();
+    return m_server->currentIndex() < 0 ? qlumNoServer : m_server->currentData().toUInt();
 }
 
 UaNodeId QlumCustomNodeIdDialog::nodeId() const

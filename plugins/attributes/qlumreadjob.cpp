@@ -9,8 +9,8 @@
 #include <algorithm>
 
 namespace {
-constexpr OpcUa_UInt32 kDefaultCallTimeout = 10000; // ms
-constexpr OpcUa_UInt32 kPreparedElements = 16;      // of an array of structures; mostly they are of one type
+constexpr OpcUa_UInt32 defaultCallTimeout = 10000; // ms
+constexpr OpcUa_UInt32 preparedElements = 16;      // of an array of structures; mostly they are of one type
 } // namespace
 
 QlumReadJob::QlumReadJob(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass,
@@ -36,7 +36,7 @@ void QlumReadJob::run()
     }
     UaClientSdk::ServiceSettings settings;
     settings.callTimeout =
-        application->settingsValue(QStringLiteral("General.CallTimeout"), kDefaultCallTimeout).toUInt();
+        application->settingsValue(QStringLiteral("General.CallTimeout"), defaultCallTimeout).toUInt();
     const double maxAge =
         application->settingsValue(QStringLiteral("AttributePlugin.MaxAge"), 0.0).toDouble();
     const QList<int> attributeIds = qlumAttributesOf(m_nodeClass);
@@ -74,7 +74,7 @@ void QlumReadJob::prepareDefinitions(QlumSessionServices& session, const UaDataV
         if (dataValue.Value.Datatype != OpcUaType_ExtensionObject)
             continue;
         const UaVariant value(dataValue.Value);
-        const OpcUa_UInt32 count = value.isScalar() ? 1 : std::min(value.elementCount(), kPreparedElements);
+        const OpcUa_UInt32 count = value.isScalar() ? 1 : std::min(value.elementCount(), preparedElements);
         for (OpcUa_UInt32 i = 0; i < count && !isCancelled(); ++i) {
             const UaVariant element = value.isScalar() ? value : value.at(i);
             const UaNodeId id = element.toExtensionObject().encodingId();

@@ -3,7 +3,7 @@
 #include <uawidgets/qlumemptydocument.h>
 
 namespace {
-const auto kDocumentType = QStringLiteral("Data Access View");
+const auto documentType = QStringLiteral("Data Access View");
 }
 
 QlumDaPlugin::QlumDaPlugin()
@@ -28,12 +28,12 @@ QString QlumDaPlugin::name()
 
 QStringList QlumDaPlugin::documentTypes()
 {
-    return {kDocumentType};
+    return {documentType};
 }
 
 QWidget* QlumDaPlugin::createDocument(const QString& type)
 {
-    if (type != kDocumentType)
+    if (type != documentType)
         return nullptr;
     return new QlumEmptyDocument(type, tr("The data access view is not part of this version. Single values "
                                           "can be read in the attribute view."));
@@ -41,7 +41,7 @@ QWidget* QlumDaPlugin::createDocument(const QString& type)
 
 QString QlumDaPlugin::description(const QString& type)
 {
-    return type == kDocumentType ? tr("<b>Data Access View</b><br>Watches the values of variables of one or "
-                                      "more servers and writes them.")
-                                 : QString();
+    return type == documentType ? tr("<b>Data Access View</b><br>Watches the values of variables of one or "
+                                     "more servers and writes them.")
+                                : QString();
 }

@@ -3,7 +3,7 @@
 #include <uawidgets/qlumemptydocument.h>
 
 namespace {
-const auto kDocumentType = QStringLiteral("Data Logger View");
+const auto documentType = QStringLiteral("Data Logger View");
 }
 
 QlumDataLoggerPlugin::QlumDataLoggerPlugin()
@@ -28,18 +28,18 @@ QString QlumDataLoggerPlugin::name()
 
 QStringList QlumDataLoggerPlugin::documentTypes()
 {
-    return {kDocumentType};
+    return {documentType};
 }
 
 QWidget* QlumDataLoggerPlugin::createDocument(const QString& type)
 {
-    if (type != kDocumentType)
+    if (type != documentType)
         return nullptr;
     return new QlumEmptyDocument(type, tr("The data logger view is not part of this version."));
 }
 
 QString QlumDataLoggerPlugin::description(const QString& type)
 {
-    return type == kDocumentType ? tr("<b>Data Logger View</b><br>Records the values of variables in files.")
-                                 : QString();
+    return type == documentType ? tr("<b>Data Logger View</b><br>Records the values of variables in files.")
+                                : QString();
 }

@@ -3,7 +3,7 @@
 #include <uawidgets/qlumemptydocument.h>
 
 namespace {
-const auto kDocumentType = QStringLiteral("Devices View");
+const auto documentType = QStringLiteral("Devices View");
 }
 
 QlumDevicesPlugin::QlumDevicesPlugin()
@@ -28,12 +28,12 @@ QString QlumDevicesPlugin::name()
 
 QStringList QlumDevicesPlugin::documentTypes()
 {
-    return {kDocumentType};
+    return {documentType};
 }
 
 QWidget* QlumDevicesPlugin::createDocument(const QString& type)
 {
-    if (type != kDocumentType)
+    if (type != documentType)
         return nullptr;
     return new QlumEmptyDocument(
         type,
@@ -42,7 +42,7 @@ QWidget* QlumDevicesPlugin::createDocument(const QString& type)
 
 QString QlumDevicesPlugin::description(const QString& type)
 {
-    return type == kDocumentType ? tr("<b>Devices View</b><br>Shows the devices of a server with their "
-                                      "parameters, methods and identification, and configures them.")
-                                 : QString();
+    return type == documentType ? tr("<b>Devices View</b><br>Shows the devices of a server with their "
+                                     "parameters, methods and identification, and configures them.")
+                                : QString();
 }

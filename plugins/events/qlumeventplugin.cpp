@@ -3,7 +3,7 @@
 #include <uawidgets/qlumemptydocument.h>
 
 namespace {
-const auto kDocumentType = QStringLiteral("Event View");
+const auto documentType = QStringLiteral("Event View");
 }
 
 QlumEventPlugin::QlumEventPlugin()
@@ -28,19 +28,19 @@ QString QlumEventPlugin::name()
 
 QStringList QlumEventPlugin::documentTypes()
 {
-    return {kDocumentType};
+    return {documentType};
 }
 
 QWidget* QlumEventPlugin::createDocument(const QString& type)
 {
-    if (type != kDocumentType)
+    if (type != documentType)
         return nullptr;
     return new QlumEmptyDocument(type, tr("The event view is not part of this version."));
 }
 
 QString QlumEventPlugin::description(const QString& type)
 {
-    return type == kDocumentType ? tr("<b>Event View</b><br>Receives the events and alarms of one or more "
-                                      "servers and acknowledges them.")
-                                 : QString();
+    return type == documentType ? tr("<b>Event View</b><br>Receives the events and alarms of one or more "
+                                     "servers and acknowledges them.")
+                                : QString();
 }

@@ -3,7 +3,7 @@
 #include <uawidgets/qlumemptydocument.h>
 
 namespace {
-const auto kDocumentType = QStringLiteral("GDS View (Push Model)");
+const auto documentType = QStringLiteral("GDS View (Push Model)");
 }
 
 QlumGDSPlugin::QlumGDSPlugin()
@@ -28,19 +28,19 @@ QString QlumGDSPlugin::name()
 
 QStringList QlumGDSPlugin::documentTypes()
 {
-    return {kDocumentType};
+    return {documentType};
 }
 
 QWidget* QlumGDSPlugin::createDocument(const QString& type)
 {
-    if (type != kDocumentType)
+    if (type != documentType)
         return nullptr;
     return new QlumEmptyDocument(type, tr("Server certificates can not be managed from this version."));
 }
 
 QString QlumGDSPlugin::description(const QString& type)
 {
-    return type == kDocumentType ? tr("<b>GDS View (Push Model)</b><br>Manages the certificates and trust "
-                                      "lists that a server keeps, through its configuration objects.")
-                                 : QString();
+    return type == documentType ? tr("<b>GDS View (Push Model)</b><br>Manages the certificates and trust "
+                                     "lists that a server keeps, through its configuration objects.")
+                                : QString();
 }

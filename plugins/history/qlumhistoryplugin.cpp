@@ -3,7 +3,7 @@
 #include <uawidgets/qlumemptydocument.h>
 
 namespace {
-const auto kDocumentType = QStringLiteral("History Trend View");
+const auto documentType = QStringLiteral("History Trend View");
 }
 
 QlumHistoryPlugin::QlumHistoryPlugin()
@@ -28,19 +28,19 @@ QString QlumHistoryPlugin::name()
 
 QStringList QlumHistoryPlugin::documentTypes()
 {
-    return {kDocumentType};
+    return {documentType};
 }
 
 QWidget* QlumHistoryPlugin::createDocument(const QString& type)
 {
-    if (type != kDocumentType)
+    if (type != documentType)
         return nullptr;
     return new QlumEmptyDocument(type, tr("The history trend view is not part of this version."));
 }
 
 QString QlumHistoryPlugin::description(const QString& type)
 {
-    return type == kDocumentType
+    return type == documentType
                ? tr("<b>History Trend View</b><br>Reads the history of variables and plots it over time.")
                : QString();
 }

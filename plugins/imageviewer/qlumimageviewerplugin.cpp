@@ -3,7 +3,7 @@
 #include <uawidgets/qlumemptydocument.h>
 
 namespace {
-const auto kDocumentType = QStringLiteral("Image Viewer");
+const auto documentType = QStringLiteral("Image Viewer");
 }
 
 QlumImageViewerPlugin::QlumImageViewerPlugin()
@@ -28,19 +28,19 @@ QString QlumImageViewerPlugin::name()
 
 QStringList QlumImageViewerPlugin::documentTypes()
 {
-    return {kDocumentType};
+    return {documentType};
 }
 
 QWidget* QlumImageViewerPlugin::createDocument(const QString& type)
 {
-    if (type != kDocumentType)
+    if (type != documentType)
         return nullptr;
     return new QlumEmptyDocument(type, tr("The image viewer is not part of this version."));
 }
 
 QString QlumImageViewerPlugin::description(const QString& type)
 {
-    return type == kDocumentType
+    return type == documentType
                ? tr("<b>Image Viewer</b><br>Shows the pictures that a server offers as values of variables.")
                : QString();
 }

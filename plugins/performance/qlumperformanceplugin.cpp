@@ -3,7 +3,7 @@
 #include <uawidgets/qlumemptydocument.h>
 
 namespace {
-const auto kDocumentType = QStringLiteral("Performance View");
+const auto documentType = QStringLiteral("Performance View");
 }
 
 QlumPerformancePlugin::QlumPerformancePlugin()
@@ -28,19 +28,19 @@ QString QlumPerformancePlugin::name()
 
 QStringList QlumPerformancePlugin::documentTypes()
 {
-    return {kDocumentType};
+    return {documentType};
 }
 
 QWidget* QlumPerformancePlugin::createDocument(const QString& type)
 {
-    if (type != kDocumentType)
+    if (type != documentType)
         return nullptr;
     return new QlumEmptyDocument(type, tr("The performance view is not part of this version."));
 }
 
 QString QlumPerformancePlugin::description(const QString& type)
 {
-    return type == kDocumentType
+    return type == documentType
                ? tr("<b>Performance View</b><br>Measures how long a server takes to answer service calls.")
                : QString();
 }

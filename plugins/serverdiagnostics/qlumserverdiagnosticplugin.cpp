@@ -3,7 +3,7 @@
 #include <uawidgets/qlumemptydocument.h>
 
 namespace {
-const auto kDocumentType = QStringLiteral("Server Diagnostics View");
+const auto documentType = QStringLiteral("Server Diagnostics View");
 }
 
 QlumServerDiagnosticPlugin::QlumServerDiagnosticPlugin()
@@ -28,12 +28,12 @@ QString QlumServerDiagnosticPlugin::name()
 
 QStringList QlumServerDiagnosticPlugin::documentTypes()
 {
-    return {kDocumentType};
+    return {documentType};
 }
 
 QWidget* QlumServerDiagnosticPlugin::createDocument(const QString& type)
 {
-    if (type != kDocumentType)
+    if (type != documentType)
         return nullptr;
     return new QlumEmptyDocument(type, tr("The server diagnostics view is not part of this version. Its "
                                           "values are below Server in the address space."));
@@ -41,7 +41,7 @@ QWidget* QlumServerDiagnosticPlugin::createDocument(const QString& type)
 
 QString QlumServerDiagnosticPlugin::description(const QString& type)
 {
-    return type == kDocumentType ? tr("<b>Server Diagnostics View</b><br>Shows what a server tells of "
-                                      "itself: its status, sessions and subscriptions.")
-                                 : QString();
+    return type == documentType ? tr("<b>Server Diagnostics View</b><br>Shows what a server tells of "
+                                     "itself: its status, sessions and subscriptions.")
+                                : QString();
 }

@@ -14,8 +14,8 @@ namespace {
 std::atomic<int> g_initializations{0};
 std::atomic<OpcUa_UInt32> g_lastThreadId{0};
 
-constexpr OpcUa_Int64 TicksPerSecond = 10'000'000;
-constexpr OpcUa_Int64 SecondsFrom1601To1970 = 11'644'473'600;
+constexpr OpcUa_Int64 ticksPerSecond = 10'000'000;
+constexpr OpcUa_Int64 secondsFrom1601To1970 = 11'644'473'600;
 
 // Conversions that printf knows; anything else is no conversion and stays as it is.
 bool isConversion(char c)
@@ -125,6 +125,6 @@ OpcUa_DateTime OpcUa_DateTime_UtcNow(void)
 {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    return (static_cast<OpcUa_Int64>(now.tv_sec) + SecondsFrom1601To1970) * TicksPerSecond +
+    return (static_cast<OpcUa_Int64>(now.tv_sec) + secondsFrom1601To1970) * ticksPerSecond +
            now.tv_nsec / 100;
 }

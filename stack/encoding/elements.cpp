@@ -36,7 +36,7 @@ void initializeBuiltIn(OpcUa_Byte kind, void* data, size_t count)
     case OpcUaType_DiagnosticInfo:
         return forEach<OpcUa_DiagnosticInfo>(data, count, OpcUa_DiagnosticInfo_Initialize);
     default:
-        std::memset(data, 0, BuiltInLayouts[kind].size * count);
+        std::memset(data, 0, builtInLayouts[kind].size * count);
     }
 }
 
@@ -260,12 +260,12 @@ bool PresentFields::isValid(const OpcUa_EncodeableType& type) const
 
 size_t OpcUa_BuiltInType_Size(OpcUa_Byte builtInType)
 {
-    return opcua::isBuiltInType(builtInType) ? opcua::BuiltInLayouts[builtInType].size : 0;
+    return opcua::isBuiltInType(builtInType) ? opcua::builtInLayouts[builtInType].size : 0;
 }
 
 const char* OpcUa_BuiltInType_Name(OpcUa_Byte builtInType)
 {
-    return builtInType < opcua::BuiltInLayouts.size() ? opcua::BuiltInLayouts[builtInType].name : "Unknown";
+    return builtInType < opcua::builtInLayouts.size() ? opcua::builtInLayouts[builtInType].name : "Unknown";
 }
 
 void OpcUa_BuiltInType_InitializeArray(OpcUa_Byte builtInType, void* data, size_t count)

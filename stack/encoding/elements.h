@@ -21,7 +21,7 @@ struct BuiltInLayout
 };
 
 // by OpcUa_BuiltInType
-inline constexpr std::array<BuiltInLayout, 26> BuiltInLayouts = {{
+inline constexpr std::array<BuiltInLayout, 26> builtInLayouts = {{
     {"Null", 0, 0, false, true},
     {"Boolean", sizeof(OpcUa_Boolean), 1, true, true},
     {"SByte", sizeof(OpcUa_SByte), 1, true, true},
@@ -78,7 +78,7 @@ inline size_t numberSize(OpcUa_Byte type)
 }
 
 // A data value that holds a number or nothing takes at most this: mask, type, number, status, two timestamps.
-inline constexpr size_t LargestPlainDataValue = 1 + 1 + 8 + 4 + 2 * (8 + 2);
+inline constexpr size_t largestPlainDataValue = 1 + 1 + 8 + 4 + 2 * (8 + 2);
 
 // Type of an element or field: a built-in type, an enumeration or a structure.
 struct ElementType
@@ -94,13 +94,13 @@ struct ElementType
     static ElementType of(OpcUa_Byte builtInType) { return {builtInType, nullptr}; }
 
     bool isStructure() const { return kind == OpcUa_FieldKind_Structure; }
-    bool isFixed() const { return !isStructure() && BuiltInLayouts[kind].fixed; }
-    bool isFlat() const { return isStructure() ? structure->IsFlat != 0 : BuiltInLayouts[kind].fixed; }
-    size_t size() const { return isStructure() ? structure->AllocationSize : BuiltInLayouts[kind].size; }
+    bool isFixed() const { return !isStructure() && builtInLayouts[kind].fixed; }
+    bool isFlat() const { return isStructure() ? structure->IsFlat != 0 : builtInLayouts[kind].fixed; }
+    size_t size() const { return isStructure() ? structure->AllocationSize : builtInLayouts[kind].size; }
     // never 0, so that a count is bounded by the bytes left
     size_t minimum() const
     {
-        return isStructure() ? std::max<size_t>(structure->MinimumSize, 1) : BuiltInLayouts[kind].minimum;
+        return isStructure() ? std::max<size_t>(structure->MinimumSize, 1) : builtInLayouts[kind].minimum;
     }
 };
 

@@ -12,7 +12,7 @@
 // it is a block of its own. Free needs nothing else.
 struct opcua::TextBlock
 {
-    // texts not freed yet, and as long as the pool cuts from the block, Reserve besides
+    // texts not freed yet, and as long as the pool cuts from the block, reserve besides
     std::atomic<std::uint32_t> users;
 };
 
@@ -20,13 +20,13 @@ namespace {
 
 using opcua::TextBlock;
 
-constexpr std::uint32_t Reserve = 1u << 31;
-constexpr size_t OwnerSize = sizeof(TextBlock*);
-constexpr size_t HeaderSize = alignof(std::max_align_t); // of a block of its own; the pointer is its end
-constexpr size_t SmallestBlock = 256;
-constexpr size_t FirstBlock = 4096;
-constexpr size_t LargestBlock = 16384;
-static_assert(opcua::LongestPooledText + OwnerSize + 8 + sizeof(TextBlock) < FirstBlock);
+constexpr std::uint32_t reserve = 1u << 31;
+constexpr size_t ownerSize = sizeof(TextBlock*);
+constexpr size_t headerSize = alignof(std::max_align_t); // of a block of its own; the pointer is its end
+constexpr size_t smallestBlock = 256;
+constexpr size_t firstBlock = 4096;
+constexpr size_t largestBlock = 16384;
+static_assert(opcua::longestPooledText + ownerSize + 8 + sizeof(TextBlock) < firstBlock);
 
 #if !defined(__SANITIZE_ADDRESS__) && defined(__has_feature)
 #    if __has_feature(address_sanitizer)
@@ -34,25 +34,25 @@ static_assert(opcua::LongestPooledText + OwnerSize + 8 + sizeof(TextBlock) < Fir
 #    endif
 #endif
 #if defined(__SANITIZE_ADDRESS__)
-constexpr bool Pooled = false; // every text on its own, so that the sanitizer sees where it ends
+constexpr bool pooled = false; // every text on its own, so that the sanitizer sees where it ends
 #else
-constexpr bool Pooled = true;
+constexpr bool pooled = true;
 #endif
 
 void* behindHeader(void* raw)
 {
-    return raw == nullptr ? nullptr : static_cast<char*>(raw) + HeaderSize;
+    return raw == nullptr ? nullptr : static_cast<char*>(raw) + headerSize;
 }
 
 void setOwner(void* memory, TextBlock* owner)
 {
-    std::memcpy(static_cast<char*>(memory) - OwnerSize, &owner, OwnerSize);
+    std::memcpy(static_cast<char*>(memory) - ownerSize, &owner, ownerSize);
 }
 
 TextBlock* ownerOf(const void* memory)
 {
     TextBlock* owner = nullptr;
-    std::memcpy(&owner, static_cast<const char*>(memory) - OwnerSize, OwnerSize);
+    std::memcpy(&owner, static_cast<const char*>(memory) - ownerSize, ownerSize);
     return owner;
 }
 
@@ -66,9 +66,9 @@ void drop(TextBlock* block, std::uint32_t users)
 
 void* OpcUa_Memory_Alloc(size_t size)
 {
-    if (size == 0 || size > SIZE_MAX - HeaderSize)
+    if (size == 0 || size > SIZE_MAX - headerSize)
         return nullptr;
-    void* const memory = behindHeader(std::malloc(size + HeaderSize));
+    void* const memory = behindHeader(std::malloc(size + headerSize));
     if (memory != nullptr)
         setOwner(memory, nullptr);
     return memory;
@@ -80,7 +80,7 @@ void OpcUa_Memory_Free(void* memory)
         return;
     TextBlock* const owner = ownerOf(memory);
     if (owner == nullptr)
-        std::free(static_cast<char*>(memory) - HeaderSize);
+        std::free(static_cast<char*>(memory) - headerSize);
     else
         drop(owner, 1);
 }
@@ -88,14 +88,14 @@ void OpcUa_Memory_Free(void* memory)
 void* OpcUa_Memory_AllocArray(size_t count, size_t elementSize)
 {
     size_t size = 0;
-    if (__builtin_mul_overflow(count, elementSize, &size) || size == 0 || size > SIZE_MAX - HeaderSize)
+    if (__builtin_mul_overflow(count, elementSize, &size) || size == 0 || size > SIZE_MAX - headerSize)
         return nullptr;
-    return behindHeader(std::calloc(1, size + HeaderSize)); // the zeros are the null owner too
+    return behindHeader(std::calloc(1, size + headerSize)); // the zeros are the null owner too
 }
 
 namespace opcua {
 
-TextPool::TextPool(size_t messageSize) : m_blockSize(std::clamp(2 * messageSize, SmallestBlock, FirstBlock))
+TextPool::TextPool(size_t messageSize) : m_blockSize(std::clamp(2 * messageSize, smallestBlock, firstBlock))
 {
 }
 
@@ -106,8 +106,8 @@ TextPool::~TextPool()
 
 void* TextPool::allocate(size_t size)
 {
-    const size_t needed = (OwnerSize + size + 7) & ~size_t{7};
-    if (!Pooled || size == 0 || size > LongestPooledText || needed + sizeof(TextBlock) + 8 > m_blockSize)
+    const size_t needed = (ownerSize + size + 7) & ~size_t{7};
+    if (!pooled || size == 0 || size > longestPooledText || needed + sizeof(TextBlock) + 8 > m_blockSize)
         return OpcUa_Memory_Alloc(size);
     void* const memory = allocateAtHand(size);
     if (memory != nullptr)
@@ -121,18 +121,18 @@ bool TextPool::startBlock()
     void* const raw = std::malloc(m_blockSize);
     if (raw == nullptr)
         return false;
-    m_block = new (raw) TextBlock{Reserve};
+    m_block = new (raw) TextBlock{reserve};
     m_at = static_cast<char*>(raw) + 8;
     m_end = static_cast<char*>(raw) + m_blockSize;
-    if (m_blockSize >= FirstBlock) // a message of many texts: fewer, larger blocks from here on
-        m_blockSize = std::min(2 * m_blockSize, LargestBlock);
+    if (m_blockSize >= firstBlock) // a message of many texts: fewer, larger blocks from here on
+        m_blockSize = std::min(2 * m_blockSize, largestBlock);
     return true;
 }
 
 void TextPool::retireBlock()
 {
     if (m_block != nullptr)
-        drop(m_block, Reserve - m_handedOut);
+        drop(m_block, reserve - m_handedOut);
     m_block = nullptr;
     m_at = m_end = nullptr;
     m_handedOut = 0;

@@ -7,25 +7,25 @@ namespace opcua {
 namespace {
 
 // A decoded message takes at most this times its bytes; small ones may always take the second figure.
-constexpr size_t MemoryPerByte = 8;
-constexpr size_t MemoryOfSmallMessages = 16u * 1024 * 1024;
+constexpr size_t memoryPerByte = 8;
+constexpr size_t memoryOfSmallMessages = 16u * 1024 * 1024;
 
 namespace NodeIdFormat {
-constexpr OpcUa_Byte TwoByte = 0;
-constexpr OpcUa_Byte FourByte = 1;
-constexpr OpcUa_Byte Numeric = 2;
-constexpr OpcUa_Byte String = 3;
-constexpr OpcUa_Byte Guid = 4;
-constexpr OpcUa_Byte ByteString = 5;
-constexpr OpcUa_Byte ServerIndex = 0x40;
-constexpr OpcUa_Byte NamespaceUri = 0x80;
+constexpr OpcUa_Byte twoByteId = 0;
+constexpr OpcUa_Byte fourByteId = 1;
+constexpr OpcUa_Byte numericId = 2;
+constexpr OpcUa_Byte stringId = 3;
+constexpr OpcUa_Byte guidId = 4;
+constexpr OpcUa_Byte byteStringId = 5;
+constexpr OpcUa_Byte serverIndexFlag = 0x40;
+constexpr OpcUa_Byte namespaceUriFlag = 0x80;
 } // namespace NodeIdFormat
 
 } // namespace
 
 Reader::Reader(std::span<const OpcUa_Byte> bytes, const EncodingLimits& limits)
     : m_at(bytes.data()), m_end(bytes.data() + bytes.size()), m_limits(limits), m_texts(bytes.size()),
-      m_memoryLeft(std::max(bytes.size() * MemoryPerByte, MemoryOfSmallMessages))
+      m_memoryLeft(std::max(bytes.size() * memoryPerByte, memoryOfSmallMessages))
 {
 }
 
@@ -151,25 +151,25 @@ bool Reader::identifier(OpcUa_Byte format, OpcUa_NodeId& value)
     OpcUa_UInt16 medium = 0;
     bool result = false;
     switch (format) {
-    case NodeIdFormat::TwoByte:
+    case NodeIdFormat::twoByteId:
         result = fixed(small);
         value.Identifier.Numeric = small;
         return result;
-    case NodeIdFormat::FourByte:
+    case NodeIdFormat::fourByteId:
         result = fixed(small) && fixed(medium);
         value.NamespaceIndex = small;
         value.Identifier.Numeric = medium;
         return result;
-    case NodeIdFormat::Numeric:
+    case NodeIdFormat::numericId:
         return fixed(value.NamespaceIndex) && fixed(value.Identifier.Numeric);
-    case NodeIdFormat::String:
+    case NodeIdFormat::stringId:
         value.IdentifierType = OpcUa_IdentifierType_String;
         OpcUa_String_Initialize(&value.Identifier.String);
         return fixed(value.NamespaceIndex) && string(value.Identifier.String);
-    case NodeIdFormat::Guid:
+    case NodeIdFormat::guidId:
         value.IdentifierType = OpcUa_IdentifierType_Guid;
         return fixed(value.NamespaceIndex) && fixed(value.Identifier.Guid);
-    case NodeIdFormat::ByteString:
+    case NodeIdFormat::byteStringId:
         value.IdentifierType = OpcUa_IdentifierType_Opaque;
         OpcUa_ByteString_Initialize(&value.Identifier.ByteString);
         return fixed(value.NamespaceIndex) && byteString(value.Identifier.ByteString);
@@ -194,10 +194,10 @@ bool Reader::expandedNodeId(OpcUa_ExpandedNodeId& value)
     if (!fixed(format))
         return false;
     const auto plain =
-        static_cast<OpcUa_Byte>(format & ~(NodeIdFormat::NamespaceUri | NodeIdFormat::ServerIndex));
+        static_cast<OpcUa_Byte>(format & ~(NodeIdFormat::namespaceUriFlag | NodeIdFormat::serverIndexFlag));
     if (identifier(plain, value.NodeId) &&
-        ((format & NodeIdFormat::NamespaceUri) == 0 || string(value.NamespaceUri)) &&
-        optional((format & NodeIdFormat::ServerIndex) != 0, value.ServerIndex))
+        ((format & NodeIdFormat::namespaceUriFlag) == 0 || string(value.NamespaceUri)) &&
+        optional((format & NodeIdFormat::serverIndexFlag) != 0, value.ServerIndex))
         return true;
     OpcUa_ExpandedNodeId_Clear(&value);
     return false;
@@ -239,7 +239,7 @@ inline const OpcUa_Byte* takeNumber(const OpcUa_Byte* at, OpcUa_Variant& value)
     return at + size;
 }
 
-// Reads a data value that holds a number or nothing, of which LargestPlainDataValue bytes are there; null
+// Reads a data value that holds a number or nothing, of which largestPlainDataValue bytes are there; null
 // when it is another one.
 inline const OpcUa_Byte* takePlainDataValue(const OpcUa_Byte* at, OpcUa_DataValue& value)
 {
@@ -271,7 +271,7 @@ size_t Reader::plainDataValues(OpcUa_DataValue* values, size_t count)
     const OpcUa_Byte* at = m_at;
     const OpcUa_Byte* const end = m_end;
     size_t done = 0;
-    while (done < count && static_cast<size_t>(end - at) >= LargestPlainDataValue) {
+    while (done < count && static_cast<size_t>(end - at) >= largestPlainDataValue) {
         const OpcUa_Byte* const next = takePlainDataValue(at, values[done]);
         if (next == nullptr)
             break;

@@ -6,10 +6,10 @@ namespace opcua {
 
 namespace {
 
-constexpr OpcUa_Byte ArrayFlag = 0x80;
-constexpr OpcUa_Byte DimensionsFlag = 0x40;
-constexpr OpcUa_Byte TypeMask = 0x3F;
-constexpr OpcUa_Byte LastReservedType = 31;
+constexpr OpcUa_Byte arrayFlag = 0x80;
+constexpr OpcUa_Byte dimensionsFlag = 0x40;
+constexpr OpcUa_Byte typeMask = 0x3F;
+constexpr OpcUa_Byte lastReservedType = 31;
 
 // Dimensions fit when their product is the number of elements. It stops before it can overflow.
 bool dimensionsFit(std::span<const OpcUa_Int32> dimensions, OpcUa_Int32 length)
@@ -58,14 +58,14 @@ bool Reader::variant(OpcUa_Variant& value)
     OpcUa_Byte encoding = 0;
     if (!fixed(encoding))
         return false;
-    auto type = static_cast<OpcUa_Byte>(encoding & TypeMask);
-    if (type > LastReservedType)
+    auto type = static_cast<OpcUa_Byte>(encoding & typeMask);
+    if (type > lastReservedType)
         return fail(OpcUa_BadDecodingError);
     if (type > OpcUaType_DiagnosticInfo)
         type = OpcUaType_ByteString; // reserved for later versions, which encode them so
-    if ((encoding & ArrayFlag) != 0)
-        return variantArray(type, (encoding & DimensionsFlag) != 0, value);
-    return (encoding & DimensionsFlag) == 0 ? variantScalar(type, value) : fail(OpcUa_BadDecodingError);
+    if ((encoding & arrayFlag) != 0)
+        return variantArray(type, (encoding & dimensionsFlag) != 0, value);
+    return (encoding & dimensionsFlag) == 0 ? variantScalar(type, value) : fail(OpcUa_BadDecodingError);
 }
 
 bool Reader::variantScalar(OpcUa_Byte type, OpcUa_Variant& value)
@@ -198,7 +198,7 @@ bool Reader::knownBody(const OpcUa_EncodeableType& type, OpcUa_Int32 length, Opc
 namespace {
 
 // Bytes of the longest numeric node id.
-constexpr size_t LongestNumericNodeId = 7;
+constexpr size_t longestNumericNodeId = 7;
 
 // Reads a numeric node id, of which as many bytes are there as the longest takes; null for another.
 inline const OpcUa_Byte* takeNumericNodeId(const OpcUa_Byte* at, OpcUa_NodeId& value)
@@ -217,7 +217,7 @@ inline const OpcUa_Byte* takeNumericNodeId(const OpcUa_Byte* at, OpcUa_NodeId& v
     case 2:
         std::memcpy(&value.NamespaceIndex, at + 1, sizeof value.NamespaceIndex);
         std::memcpy(&value.Identifier.Numeric, at + 3, sizeof value.Identifier.Numeric);
-        return at + LongestNumericNodeId;
+        return at + longestNumericNodeId;
     default:
         return nullptr;
     }
@@ -272,11 +272,11 @@ inline const OpcUa_Byte* Reader::plainField(const OpcUa_Byte* at, OpcUa_Byte kin
         *static_cast<OpcUa_Boolean*>(target) = *at != 0;
         return at + 1;
     case OpcUaType_NodeId:
-        if (bytesLeft < LongestNumericNodeId)
+        if (bytesLeft < longestNumericNodeId)
             return nullptr;
         return takeNumericNodeId(at, *static_cast<OpcUa_NodeId*>(target));
     case OpcUaType_ExpandedNodeId: {
-        if (bytesLeft < LongestNumericNodeId)
+        if (bytesLeft < longestNumericNodeId)
             return nullptr;
         auto& value = *static_cast<OpcUa_ExpandedNodeId*>(target);
         value.NamespaceUri = {-1, nullptr};

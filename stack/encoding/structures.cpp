@@ -142,7 +142,7 @@ void OpcUa_EncodeableObject_Initialize(const OpcUa_EncodeableType* type, void* o
     for (OpcUa_UInt32 i = 0; i < type->FieldCount; ++i) {
         const OpcUa_FieldDescriptor& field = type->Fields[i];
         const ElementType element = ElementType::of(field);
-        if (!isIndirect(field) && (element.isStructure() || !opcua::BuiltInLayouts[element.kind].nullIsZero))
+        if (!isIndirect(field) && (element.isStructure() || !opcua::builtInLayouts[element.kind].nullIsZero))
             initializeElements(element, elementAt(object, 1, field.Offset), 1);
     }
 }

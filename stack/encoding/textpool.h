@@ -10,7 +10,7 @@ namespace opcua {
 struct TextBlock;
 
 // Longer ones are blocks of their own.
-inline constexpr size_t LongestPooledText = 256;
+inline constexpr size_t longestPooledText = 256;
 
 // Cuts short texts from larger blocks, so that a message of a thousand names takes a few allocations. Each
 // text goes back through OpcUa_Memory_Free by itself, on any thread; a block goes with the last of its texts.
@@ -29,7 +29,7 @@ public:
     [[nodiscard]] void* allocateAtHand(size_t size)
     {
         const size_t needed = (sizeof m_block + size + 7) & ~size_t{7};
-        if (size > LongestPooledText || static_cast<size_t>(m_end - m_at) < needed)
+        if (size > longestPooledText || static_cast<size_t>(m_end - m_at) < needed)
             return nullptr;
         char* const memory = m_at + sizeof m_block;
         std::memcpy(m_at, &m_block, sizeof m_block);

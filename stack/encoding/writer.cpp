@@ -63,7 +63,7 @@ void Writer::text(const Text& value, OpcUa_UInt32 limit)
 
 namespace {
 
-constexpr size_t LongestNumericNodeId = 7;
+constexpr size_t longestNumericNodeId = 7;
 
 inline OpcUa_Byte* placeNumericNodeId(OpcUa_Byte* at, const OpcUa_NodeId& value, OpcUa_Byte flags)
 {
@@ -85,7 +85,7 @@ inline OpcUa_Byte* placeNumericNodeId(OpcUa_Byte* at, const OpcUa_NodeId& value,
     at[0] = static_cast<OpcUa_Byte>(2 | flags);
     std::memcpy(at + 1, &space, sizeof space);
     std::memcpy(at + 3, &numeric, sizeof numeric);
-    return at + LongestNumericNodeId;
+    return at + longestNumericNodeId;
 }
 
 } // namespace
@@ -94,7 +94,7 @@ inline void Writer::nodeId(const OpcUa_NodeId& value, OpcUa_Byte flags)
 {
     if (value.IdentifierType != OpcUa_IdentifierType_Numeric)
         return otherNodeId(value, flags);
-    ensure(LongestNumericNodeId);
+    ensure(longestNumericNodeId);
     m_at = placeNumericNodeId(m_at, value, flags);
 }
 
@@ -249,9 +249,9 @@ size_t Writer::plainDataValues(const OpcUa_DataValue* values, size_t count)
     OpcUa_Byte* at = m_at;
     size_t done = 0;
     while (done < count) {
-        if (static_cast<size_t>(m_end - at) < LargestPlainDataValue) {
+        if (static_cast<size_t>(m_end - at) < largestPlainDataValue) {
             m_at = at;
-            grow(LargestPlainDataValue);
+            grow(largestPlainDataValue);
             at = m_at;
         }
         OpcUa_Byte* const behind = placePlainDataValue(at, values[done]);
@@ -271,7 +271,7 @@ void Writer::dataValue(const OpcUa_DataValue& value)
     const int mask = presentParts(value);
     fixed(static_cast<OpcUa_Byte>(mask));
     variant(value.Value);
-    ensure(LargestPlainDataValue);
+    ensure(largestPlainDataValue);
     m_at = placeStatusAndTimes(m_at, mask, value);
 }
 
@@ -393,8 +393,8 @@ void Writer::elements(ElementType type, const void* data, OpcUa_Int32 count)
 namespace {
 
 // Room that is made sure of before each field of a structure; what may take more is no plain field.
-constexpr size_t LargestPlainField = 160;
-constexpr size_t LongestPlainText = 64;
+constexpr size_t largestPlainField = 160;
+constexpr size_t longestPlainText = 64;
 
 // Null for a text that is too long.
 inline OpcUa_Byte* placeText(OpcUa_Byte* at, const OpcUa_String& value, size_t longest)
@@ -471,11 +471,11 @@ void Writer::structure(const OpcUa_EncodeableType& type, const void* object)
 {
     if (type.IsUnion || type.HasOptionalFields)
         return prefixedStructure(type, object);
-    const size_t longestText = std::min<size_t>(LongestPlainText, m_limits.maxStringLength);
+    const size_t longestText = std::min<size_t>(longestPlainText, m_limits.maxStringLength);
     for (OpcUa_UInt32 i = 0; i < type.FieldCount && OpcUa_IsGood(m_status); ++i) {
         const OpcUa_FieldDescriptor& descriptor = type.Fields[i];
         if (!descriptor.IsArray && !descriptor.IsPointer) {
-            ensure(LargestPlainField);
+            ensure(largestPlainField);
             OpcUa_Byte* const behind =
                 placePlainField(m_at, descriptor.Kind, elementAt(object, 1, descriptor.Offset), longestText);
             if (behind != nullptr) {

@@ -143,7 +143,7 @@ protected:
 
     QTemporaryDir folder;
     std::unique_ptr<QlumTavelin> window;
-    unsigned int serverId = QlumNoServer;
+    unsigned int serverId = qlumNoServer;
 };
 
 const QStringList doubleNode{QStringLiteral("Root"), QStringLiteral("Objects"), QStringLiteral("Demo"),

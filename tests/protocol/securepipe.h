@@ -12,8 +12,8 @@
 
 namespace opcua::test {
 
-inline constexpr auto Sign = OpcUa_MessageSecurityMode_Sign;
-inline constexpr auto SignAndEncrypt = OpcUa_MessageSecurityMode_SignAndEncrypt;
+inline constexpr auto signOnly = OpcUa_MessageSecurityMode_Sign;
+inline constexpr auto signAndEncrypt = OpcUa_MessageSecurityMode_SignAndEncrypt;
 
 struct Identity
 {

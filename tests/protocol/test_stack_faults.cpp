@@ -53,7 +53,7 @@ void expectEndAtEveryByte(const std::function<std::unique_ptr<MemoryPipe>()>& ma
 std::unique_ptr<MemoryPipe> securedPipe(const sealing::Suite& suite)
 {
     ClientChannelConfig config;
-    config.securityMode = suite.encrypts ? SignAndEncrypt : Sign;
+    config.securityMode = suite.encrypts ? signAndEncrypt : signOnly;
     return std::make_unique<MemoryPipe>(config, ServerChannelConfig{},
                                         std::make_unique<sealing::FixedNonces>(suite, false),
                                         std::make_unique<sealing::FixedNonces>(suite, true));
@@ -221,7 +221,7 @@ TEST(StackFaults, EveryPolicyKeepsItsLengthsOfNoncesAndKeys)
     const Identity& peer = identity(2048, "server");
     for (const Row& row : rows) {
         SCOPED_TRACE(row.uri);
-        const auto made = policy(row.uri, SignAndEncrypt, own, peer);
+        const auto made = policy(row.uri, signAndEncrypt, own, peer);
         ASSERT_NE(made, nullptr);
         EXPECT_EQ(made->makeNonce()->size(), row.nonce);
         EXPECT_NE(made->makeNonce(), made->makeNonce());
@@ -232,8 +232,8 @@ TEST(StackFaults, EveryPolicyKeepsItsLengthsOfNoncesAndKeys)
         for (const int bits : {row.least - 1, row.least, row.most, row.most + 1}) {
             std::unique_ptr<SecurityPolicy> ofBits;
             const bool fits = bits >= row.least && bits <= row.most;
-            EXPECT_EQ(makeSecurityPolicy(row.uri, Sign, {own.certificate, own.key, certificateOfBits(bits)},
-                                         ofBits),
+            EXPECT_EQ(makeSecurityPolicy(row.uri, signOnly,
+                                         {own.certificate, own.key, certificateOfBits(bits)}, ofBits),
                       fits ? OpcUa_Good : OpcUa_BadCertificatePolicyCheckFailed)
                 << bits;
         }

@@ -116,8 +116,8 @@ private:
     }
 };
 
-constexpr Suite suites[] = {{OpcUa_SecurityPolicy_Basic256Sha256, SignAndEncrypt, 2048, 2048},
-                            {OpcUa_SecurityPolicy_Aes128Sha256RsaOaep, SignAndEncrypt, 2048, 2048}};
+constexpr Suite suites[] = {{OpcUa_SecurityPolicy_Basic256Sha256, signAndEncrypt, 2048, 2048},
+                            {OpcUa_SecurityPolicy_Aes128Sha256RsaOaep, signAndEncrypt, 2048, 2048}};
 
 TEST_F(StackKeyLog, OpensARecordedConversation)
 {

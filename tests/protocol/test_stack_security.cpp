@@ -13,7 +13,7 @@
 namespace opcua::test {
 namespace {
 
-constexpr Suite usual{OpcUa_SecurityPolicy_Basic256Sha256, SignAndEncrypt, 2048, 2048};
+constexpr Suite usual{OpcUa_SecurityPolicy_Basic256Sha256, signAndEncrypt, 2048, 2048};
 
 class StackSecurity : public testing::TestWithParam<Suite>
 {
@@ -100,18 +100,18 @@ std::vector<Suite> allSuites()
     for (const char* uri : {OpcUa_SecurityPolicy_Basic128Rsa15, OpcUa_SecurityPolicy_Basic256,
                             OpcUa_SecurityPolicy_Basic256Sha256, OpcUa_SecurityPolicy_Aes128Sha256RsaOaep,
                             OpcUa_SecurityPolicy_Aes256Sha256RsaPss}) {
-        suites.push_back({uri, Sign, 2048, 2048});
-        suites.push_back({uri, SignAndEncrypt, 2048, 2048});
+        suites.push_back({uri, signOnly, 2048, 2048});
+        suites.push_back({uri, signAndEncrypt, 2048, 2048});
     }
-    suites.push_back({OpcUa_SecurityPolicy_Basic128Rsa15, SignAndEncrypt, 1024, 2048});
-    suites.push_back({OpcUa_SecurityPolicy_Basic256Sha256, SignAndEncrypt, 2048, 4096});
-    suites.push_back({OpcUa_SecurityPolicy_Aes256Sha256RsaPss, SignAndEncrypt, 4096, 3072});
+    suites.push_back({OpcUa_SecurityPolicy_Basic128Rsa15, signAndEncrypt, 1024, 2048});
+    suites.push_back({OpcUa_SecurityPolicy_Basic256Sha256, signAndEncrypt, 2048, 4096});
+    suites.push_back({OpcUa_SecurityPolicy_Aes256Sha256RsaPss, signAndEncrypt, 4096, 3072});
     return suites;
 }
 
 INSTANTIATE_TEST_SUITE_P(Policies, StackSecurity, testing::ValuesIn(allSuites()), [](const auto& suite) {
     std::string name = suite.param.uri;
-    name = name.substr(name.find('#') + 1) + (suite.param.mode == Sign ? "Sign" : "Encrypt") +
+    name = name.substr(name.find('#') + 1) + (suite.param.mode == signOnly ? "Sign" : "Encrypt") +
            std::to_string(suite.param.clientBits) + "x" + std::to_string(suite.param.serverBits);
     std::erase(name, '_');
     return name;
@@ -208,19 +208,20 @@ TEST(StackSecurityPolicies, ToldWhyOneCanNotBeUsed)
         return status;
     };
     const SecurityMaterial usable{good.certificate, good.key, other.certificate};
-    EXPECT_EQ(make(modern, Sign, usable), OpcUa_Good);
-    EXPECT_EQ(make("urn:unknown", Sign, usable), OpcUa_BadSecurityPolicyRejected);
+    EXPECT_EQ(make(modern, signOnly, usable), OpcUa_Good);
+    EXPECT_EQ(make("urn:unknown", signOnly, usable), OpcUa_BadSecurityPolicyRejected);
     EXPECT_EQ(make(modern, OpcUa_MessageSecurityMode_None, usable), OpcUa_BadSecurityModeRejected);
-    EXPECT_EQ(make(OpcUa_SecurityPolicy_None, Sign, usable), OpcUa_BadSecurityModeRejected);
-    EXPECT_EQ(make(modern, Sign, {{}, good.key, other.certificate}), OpcUa_BadCertificateInvalid);
-    EXPECT_EQ(make(modern, Sign, {good.certificate, good.key, pattern(300)}), OpcUa_BadCertificateInvalid);
-    EXPECT_EQ(make(modern, Sign, {good.certificate, other.key, other.certificate}),
+    EXPECT_EQ(make(OpcUa_SecurityPolicy_None, signOnly, usable), OpcUa_BadSecurityModeRejected);
+    EXPECT_EQ(make(modern, signOnly, {{}, good.key, other.certificate}), OpcUa_BadCertificateInvalid);
+    EXPECT_EQ(make(modern, signOnly, {good.certificate, good.key, pattern(300)}),
+              OpcUa_BadCertificateInvalid);
+    EXPECT_EQ(make(modern, signOnly, {good.certificate, other.key, other.certificate}),
               OpcUa_BadNoValidCertificates);
-    EXPECT_EQ(make(modern, Sign, {good.certificate, pattern(100), other.certificate}),
+    EXPECT_EQ(make(modern, signOnly, {good.certificate, pattern(100), other.certificate}),
               OpcUa_BadNoValidCertificates);
-    EXPECT_EQ(make(modern, Sign, {small.certificate, small.key, other.certificate}),
+    EXPECT_EQ(make(modern, signOnly, {small.certificate, small.key, other.certificate}),
               OpcUa_BadCertificatePolicyCheckFailed);
-    EXPECT_EQ(make(OpcUa_SecurityPolicy_Basic256, Sign, {good.certificate, good.key, large.certificate}),
+    EXPECT_EQ(make(OpcUa_SecurityPolicy_Basic256, signOnly, {good.certificate, good.key, large.certificate}),
               OpcUa_BadCertificatePolicyCheckFailed);
 }
 

@@ -31,7 +31,7 @@ public:
         ExtendedKeyUsage = 126
     };
     // Certificates and files of certificates above this are refused.
-    static constexpr std::size_t MaximumBytes = 1024u * 1024;
+    static constexpr std::size_t maximumBytes = 1024u * 1024;
 
     UaPkiCertificate() = default;
     // Signed with its own key: an application's certificate, or that of a certificate authority.

@@ -9,7 +9,7 @@ UaPkiCertificateCollection UaPkiCertificateCollection::fromDERChain(const UaByte
     UaPkiCertificateCollection chain;
     UaPki::Bytes rest = bytes.bytes();
     while (!rest.empty()) {
-        if (chain.m_certificates.size() >= MaximumChain) {
+        if (chain.m_certificates.size() >= maximumChain) {
             chain.addError("The chain has too many certificates");
             break;
         }

@@ -8,7 +8,7 @@
 class UaPkiCertificateCollection : public UaPkiErrors
 {
 public:
-    static constexpr std::size_t MaximumChain = 10;
+    static constexpr std::size_t maximumChain = 10;
 
     // The certificates that lie one behind the other in a block, the way servers send a chain. Ends at the
     // first that does not decode or is one too many: those before it are in the result, which has an error

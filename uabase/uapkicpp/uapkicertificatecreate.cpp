@@ -10,7 +10,7 @@ namespace {
 using UaPki::CertificatePointer;
 using UaPki::Role;
 
-constexpr long Version3 = 2; // the field counts from 0
+constexpr long version3 = 2; // the field counts from 0
 
 // What a certificate is made from. issuer is null when only its name is known.
 struct Recipe
@@ -40,7 +40,7 @@ bool setBasics(X509* certificate, const Recipe& recipe)
         return given.isNull() ? UaPki::setTime(target, now, seconds)
                               : ASN1_TIME_set(target, given.toTime_t()) != nullptr;
     };
-    return X509_set_version(certificate, Version3) == 1 &&
+    return X509_set_version(certificate, version3) == 1 &&
            ASN1_INTEGER_set_int64(X509_get_serialNumber(certificate), serial) == 1 &&
            X509_set_subject_name(certificate, recipe.subject) == 1 &&
            X509_set_issuer_name(certificate, recipe.issuerName) == 1 &&

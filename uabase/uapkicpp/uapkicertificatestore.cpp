@@ -18,13 +18,13 @@ bool isCertificateName(std::string_view name)
 // Into the next element of a DER structure, or behind it. False on a fault.
 bool step(UaPki::Bytes& rest, bool enter)
 {
-    constexpr int Fault = 0x81; // not readable, or without a length
+    constexpr int storeFault = 0x81; // not readable, or without a length
     const unsigned char* at = rest.data();
     long length = 0;
     int tag = 0;
     int kind = 0;
     if (rest.empty() ||
-        (ASN1_get_object(&at, &length, &tag, &kind, static_cast<long>(rest.size())) & Fault) != 0)
+        (ASN1_get_object(&at, &length, &tag, &kind, static_cast<long>(rest.size())) & storeFault) != 0)
         return false;
     const UaPki::Bytes element(at, rest.data() + rest.size());
     const auto size = static_cast<std::size_t>(length);
@@ -73,7 +73,7 @@ std::set<UaByteString> UaPkiCertificateStore::addFolder(const UaString& folder)
     std::vector<unsigned char> bytes;
     for (const UaString& name : UaDir::fileNames(folder)) {
         if (!isCertificateName(name.view()) ||
-            uaReadFile(folder + UaString("/") + name, UaPkiCertificate::MaximumBytes, bytes))
+            uaReadFile(folder + UaString("/") + name, UaPkiCertificate::maximumBytes, bytes))
             continue;
         if (const auto subject = subjectHashOf(bytes)) {
             digests.insert(digestOf(bytes));

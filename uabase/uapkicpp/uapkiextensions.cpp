@@ -12,25 +12,25 @@ struct Entry
     const char* value; // null: the authority key identifier, which depends on the issuer
 };
 
-constexpr Entry ApplicationBegin[] = {
+constexpr Entry applicationBegin[] = {
     {NID_basic_constraints, "critical, CA:FALSE"},
     {NID_netscape_comment, "\"Generated with Korvanda UA Base Library using OpenSSL\""},
     {NID_subject_key_identifier, "hash"},
     {NID_authority_key_identifier, nullptr}};
-constexpr Entry SelfSignedUsage[] = {
+constexpr Entry selfSignedUsage[] = {
     {NID_key_usage,
      "critical, nonRepudiation, digitalSignature, keyEncipherment, dataEncipherment, keyCertSign"}};
 // only an authority may sign other certificates
-constexpr Entry IssuedUsage[] = {
+constexpr Entry issuedUsage[] = {
     {NID_key_usage, "critical, nonRepudiation, digitalSignature, keyEncipherment, dataEncipherment"}};
-constexpr Entry ExtendedUsage[] = {{NID_ext_key_usage, "critical, serverAuth,clientAuth"}};
-constexpr Entry AuthorityAll[] = {
+constexpr Entry extendedUsage[] = {{NID_ext_key_usage, "critical, serverAuth,clientAuth"}};
+constexpr Entry authorityAll[] = {
     {NID_basic_constraints, "critical, CA:TRUE"},
     {NID_netscape_comment, "\"CA certificate generated with Korvanda UA Base Library using OpenSSL\""},
     {NID_key_usage, "critical, nonRepudiation, digitalSignature, keyEncipherment, keyCertSign, cRLSign"},
     {NID_ext_key_usage, "critical, serverAuth,clientAuth"},
     {NID_subject_key_identifier, "hash"}};
-constexpr Entry Requested[] = {{NID_basic_constraints, "critical, CA:FALSE"}};
+constexpr Entry requested[] = {{NID_basic_constraints, "critical, CA:FALSE"}};
 
 std::vector<Entry> entriesOf(Role role)
 {
@@ -39,13 +39,13 @@ std::vector<Entry> entriesOf(Role role)
         entries.insert(entries.end(), more.begin(), more.end());
     };
     if (role == Role::Authority) {
-        add(AuthorityAll);
+        add(authorityAll);
         return entries;
     }
-    add(ApplicationBegin);
-    add(role == Role::SelfSignedApplication ? std::span<const Entry>(SelfSignedUsage)
-                                            : std::span<const Entry>(IssuedUsage));
-    add(ExtendedUsage);
+    add(applicationBegin);
+    add(role == Role::SelfSignedApplication ? std::span<const Entry>(selfSignedUsage)
+                                            : std::span<const Entry>(issuedUsage));
+    add(extendedUsage);
     return entries;
 }
 
@@ -221,8 +221,8 @@ bool addExtensions(X509_REQ* request, const UaPkiCertificateInfo& info, const Ua
     };
     bool complete = list != nullptr;
     for (const std::span<const Entry> entries :
-         {std::span<const Entry>(Requested), std::span<const Entry>(IssuedUsage),
-          std::span<const Entry>(ExtendedUsage)})
+         {std::span<const Entry>(requested), std::span<const Entry>(issuedUsage),
+          std::span<const Entry>(extendedUsage)})
         for (const Entry& entry : entries)
             complete = complete && add(fromText(nullptr, nullptr, entry.nid, entry.value));
     if (complete && sk_GENERAL_NAME_num(names.get()) > 0)

@@ -12,7 +12,7 @@ struct Part
 };
 
 // In the order in which a name holds them.
-constexpr std::array<Part, 7> Parts{{{"DC", NID_domainComponent, &UaPkiIdentity::domainComponent},
+constexpr std::array<Part, 7> parts{{{"DC", NID_domainComponent, &UaPkiIdentity::domainComponent},
                                      {"C", NID_countryName, &UaPkiIdentity::country},
                                      {"ST", NID_stateOrProvinceName, &UaPkiIdentity::state},
                                      {"L", NID_localityName, &UaPkiIdentity::locality},
@@ -54,7 +54,7 @@ UaString joined(const X509_NAME* name, int nid)
 
 bool UaPkiIdentity::isEmpty() const
 {
-    for (const Part& part : Parts)
+    for (const Part& part : parts)
         if (!(this->*part.text).isEmpty())
             return false;
     return true;
@@ -70,7 +70,7 @@ NamePointer toName(const UaPkiIdentity& identity, const UaPkiErrors& errors)
         errors.addOpenSSLError("No name could be created");
         return nullptr;
     }
-    for (const Part& part : Parts) {
+    for (const Part& part : parts) {
         const UaString& text = identity.*part.text;
         if (text.isEmpty())
             continue;
@@ -89,7 +89,7 @@ UaPkiIdentity fromName(const X509_NAME* name)
 {
     UaPkiIdentity identity;
     if (name != nullptr)
-        for (const Part& part : Parts)
+        for (const Part& part : parts)
             identity.*part.text = joined(name, part.nid);
     return identity;
 }

@@ -54,7 +54,7 @@ UaPkiPrivateKey UaPkiPrivateKey::fromPEM(const UaByteArray& bytes, const UaStrin
                                          UaPkiPasswordCallback callback, void* userData)
 {
     UaPkiPrivateKey key;
-    if (bytes.size() > UaPkiCertificate::MaximumBytes) {
+    if (bytes.size() > UaPkiCertificate::maximumBytes) {
         key.addError("The data is larger than 1 MB");
         return key;
     }

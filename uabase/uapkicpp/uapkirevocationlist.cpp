@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr long Version2 = 1; // the field counts from 0
+constexpr long version2 = 1; // the field counts from 0
 
 UaPkiRevocationList decoded(UaPki::Bytes bytes)
 {
@@ -64,7 +64,7 @@ UaPkiRevocationList::UaPkiRevocationList(OpcUa_Int64 validTime, const UaPkiIdent
         return;
     ERR_clear_error();
     UaPki::ListPointer list(X509_CRL_new());
-    if (list == nullptr || X509_CRL_set_version(list.get(), Version2) != 1 ||
+    if (list == nullptr || X509_CRL_set_version(list.get(), version2) != 1 ||
         X509_CRL_set_issuer_name(list.get(), name.get()) != 1 || !setTimes(list.get(), validTime) ||
         !setNumber(list.get(), crlNumber)) {
         addOpenSSLError("The revocation list could not be created");
@@ -232,7 +232,7 @@ bool UaPkiRevocationList::isRevoked(const UaPkiCertificate& certificate) const
         return false;
     X509* object = UaPkiAccess::get(certificate);
     X509_REVOKED* entry = nullptr;
-    constexpr int Listed = 1; // 2 would mean that it was taken off the list again
+    constexpr int listed = 1; // 2 would mean that it was taken off the list again
     return X509_NAME_cmp(X509_get_issuer_name(object), X509_CRL_get_issuer(m_list.get())) == 0 &&
-           X509_CRL_get0_by_cert(m_list.get(), &entry, object) == Listed;
+           X509_CRL_get0_by_cert(m_list.get(), &entry, object) == listed;
 }

@@ -7,14 +7,14 @@
 
 namespace {
 
-constexpr int KeyDerivationRounds = 100000; // slows down those who guess passwords
+constexpr int keyDerivationRounds = 100000; // slows down those who guess passwords
 
 // PKCS#8, because the key derivation of the older form of protection can be guessed at too fast.
 bool writeProtected(BIO* memory, EVP_PKEY* key, const UaString& password)
 {
     const UaPki::Pointer<PKCS8_PRIV_KEY_INFO, &PKCS8_PRIV_KEY_INFO_free> plain(EVP_PKEY2PKCS8(key));
     UaPki::Pointer<X509_ALGOR, &X509_ALGOR_free> method(
-        PKCS5_pbe2_set_iv(EVP_aes_256_cbc(), KeyDerivationRounds, nullptr, 0, nullptr, NID_hmacWithSHA256));
+        PKCS5_pbe2_set_iv(EVP_aes_256_cbc(), keyDerivationRounds, nullptr, 0, nullptr, NID_hmacWithSHA256));
     if (plain == nullptr || method == nullptr)
         return false;
     const UaPki::Pointer<X509_SIG, &X509_SIG_free> sealed(
@@ -50,7 +50,7 @@ UaPkiRsaKeyPair::UaPkiRsaKeyPair(int bits) : UaPkiRsaKeyPair(bits, [] { return f
 
 UaPkiRsaKeyPair::UaPkiRsaKeyPair(int bits, const std::function<bool()>& isCancelled)
 {
-    if (bits < MinimumBits || bits > MaximumBits) {
+    if (bits < minimumBits || bits > maximumBits) {
         addError("Keys of " + std::to_string(bits) + " bits are not supported");
         return;
     }

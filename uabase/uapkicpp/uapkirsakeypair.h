@@ -8,8 +8,8 @@
 class UaPkiRsaKeyPair : public UaPkiKey
 {
 public:
-    static constexpr int MinimumBits = 1024;
-    static constexpr int MaximumBits = 8192;
+    static constexpr int minimumBits = 1024;
+    static constexpr int maximumBits = 8192;
 
     UaPkiRsaKeyPair() = default; // null
     // Generates a key, which takes a second or more for long ones. Null for sizes out of the bounds.

@@ -9,13 +9,13 @@ namespace UaPki {
 
 std::uint64_t elementLength(Bytes bytes)
 {
-    constexpr unsigned char LongForm = 0x80;
-    constexpr unsigned char LongTag = 0x1F;
-    if (bytes.size() < 2 || (bytes[0] & LongTag) == LongTag)
+    constexpr unsigned char longForm = 0x80;
+    constexpr unsigned char longTag = 0x1F;
+    if (bytes.size() < 2 || (bytes[0] & longTag) == longTag)
         return 0; // nothing that is read here begins with a tag above 30
     std::uint64_t length = bytes[1];
     std::uint64_t head = 2;
-    if ((bytes[1] & LongForm) != 0) {
+    if ((bytes[1] & longForm) != 0) {
         const std::size_t digits = bytes[1] & 0x7Fu;
         if (digits == 0 || digits > 4 || bytes.size() < 2 + digits)
             return 0; // without a length, or with one beyond every limit
@@ -29,7 +29,7 @@ std::uint64_t elementLength(Bytes bytes)
 
 bool isOneElement(Bytes bytes, const UaPkiErrors& errors)
 {
-    if (bytes.size() > UaPkiCertificate::MaximumBytes) {
+    if (bytes.size() > UaPkiCertificate::maximumBytes) {
         errors.addError("The data is larger than 1 MB");
         return false;
     }
@@ -69,7 +69,7 @@ int noPassword(char* /*buffer*/, int /*size*/, int /*writing*/, void* /*userData
 
 bool readFile(const UaString& path, std::vector<unsigned char>& bytes, const UaPkiErrors& errors)
 {
-    if (const std::error_code error = uaReadFile(path, UaPkiCertificate::MaximumBytes, bytes)) {
+    if (const std::error_code error = uaReadFile(path, UaPkiCertificate::maximumBytes, bytes)) {
         errors.addError("File " + path.toStdString() + " can not be read: " + error.message());
         return false;
     }
@@ -102,12 +102,12 @@ UaDateTime dateTimeOf(const ASN1_TIME* time)
 
 bool setTime(ASN1_TIME* time, std::time_t now, OpcUa_Int64 seconds)
 {
-    constexpr OpcUa_Int64 SecondsOfDay = 86400;
-    constexpr OpcUa_Int64 MostDays = 10000 * OpcUa_Int64(366); // further away than any date
-    const OpcUa_Int64 days = seconds / SecondsOfDay;
-    if (days > MostDays || days < -MostDays)
+    constexpr OpcUa_Int64 secondsOfDay = 86400;
+    constexpr OpcUa_Int64 maximumDays = 10000 * OpcUa_Int64(366); // further away than any date
+    const OpcUa_Int64 days = seconds / secondsOfDay;
+    if (days > maximumDays || days < -maximumDays)
         return false;
-    return ASN1_TIME_adj(time, now, static_cast<int>(days), static_cast<long>(seconds % SecondsOfDay)) !=
+    return ASN1_TIME_adj(time, now, static_cast<int>(days), static_cast<long>(seconds % secondsOfDay)) !=
            nullptr;
 }
 

@@ -80,7 +80,7 @@ typedef enum OpcUa_Channel_Event {
     OpcUa_Channel_Event_Connected = 1,
     OpcUa_Channel_Event_Disconnected = 2,     /* lost or closed by the peer; status says why */
     OpcUa_Channel_Event_Renewed = 3,          /* a new security token is in use */
-    OpcUa_Channel_Event_VerifyCertificate = 4 /* details: OpcUa_CertificateValidation* */
+    OpcUa_Channel_Event_VerifyCertificate = 4 /* details: a pointer to OpcUa_CertificateValidation */
 } OpcUa_Channel_Event;
 
 typedef struct OpcUa_CertificateValidation

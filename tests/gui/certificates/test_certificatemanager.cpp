@@ -21,7 +21,7 @@
 #include <certificates/qlumthumbprint.h>
 
 namespace {
-constexpr int kLimit = 20000; // ms
+constexpr int limit = 20000; // ms
 
 // Takes the place of the desktop.
 class Desktop : public QObject
@@ -236,7 +236,7 @@ TEST_F(CertificateManager, DroppedFilesAreAddedAfterAQuestion)
     {
         const DialogDriver driver(DialogDriver::press(QMessageBox::No));
         drop();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return driver.seen().size() == 1; }, kLimit));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return driver.seen().size() == 1; }, limit));
         EXPECT_EQ(rows(), QString());
     }
     const DialogDriver driver([](QDialog& box) {
@@ -244,7 +244,7 @@ TEST_F(CertificateManager, DroppedFilesAreAddedAfterAQuestion)
         message->button(message->button(QMessageBox::Yes) ? QMessageBox::Yes : QMessageBox::Ok)->click();
     });
     drop();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return driver.seen().size() == 2; }, kLimit));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return driver.seen().size() == 2; }, limit));
     EXPECT_EQ(
         driver.seen().last(),
         QStringLiteral("CertificateManager: wrong <b>.der is neither a certificate nor a revocation list."));
@@ -326,13 +326,13 @@ TEST_F(CertificateManager, TheApplicationCertificateIsCopied)
 
 TEST_F(CertificateManager, FiveThousandFilesDoNotHoldUpTheWindow)
 {
-    constexpr int Count = 5000;
+    constexpr int certificateCount = 5000;
     const QByteArray pattern = [this] {
         const QString file = home.filePath(QStringLiteral("pattern.der"));
         EXPECT_TRUE(certificate(QStringLiteral("many")).toDERFile(uaPath(file)));
         return read(file);
     }();
-    for (int i = 0; i < Count; ++i)
+    for (int i = 0; i < certificateCount; ++i)
         write(store.trustedCertificates + QStringLiteral("%1.der").arg(i), pattern);
     QElapsedTimer timer;
     timer.start();
@@ -340,7 +340,8 @@ TEST_F(CertificateManager, FiveThousandFilesDoNotHoldUpTheWindow)
     const qint64 opened = timer.elapsed();
     EXPECT_LT(opened, 1000);
     const QlumCertificateModel* model = manager->certificatePage(0)->model();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return model->rowCount() == Count; }, kLimit)) << model->rowCount();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return model->rowCount() == certificateCount; }, limit))
+        << model->rowCount();
     RecordProperty("opened_ms", static_cast<int>(opened));
     RecordProperty("all_ms", static_cast<int>(timer.elapsed()));
     manager->sltReload();

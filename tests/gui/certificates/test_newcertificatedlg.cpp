@@ -12,7 +12,7 @@
 #include <certificates/qlumnewcertificatedlg.h>
 
 namespace {
-constexpr int kLimit = 60000; // ms; a long key on a busy machine
+constexpr int limit = 60000; // ms; a long key on a busy machine
 
 class NewCertificateDlg : public ::testing::Test
 {
@@ -35,7 +35,7 @@ protected:
 
     [[nodiscard]] bool finishes() const
     {
-        return QTest::qWaitFor([this] { return !dialog->isVisible(); }, kLimit);
+        return QTest::qWaitFor([this] { return !dialog->isVisible(); }, limit);
     }
     [[nodiscard]] static QStringList texts(const QListWidget* list)
     {
@@ -238,7 +238,7 @@ TEST_F(NewCertificateDlg, AFailureKeepsWhatWasEntered)
     const DialogDriver driver(DialogDriver::press(QMessageBox::Ok));
     dialog->accept();
     ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return !driver.seen().isEmpty() && !QApplication::activeModalWidget(); }, kLimit));
+        [&] { return !driver.seen().isEmpty() && !QApplication::activeModalWidget(); }, limit));
     EXPECT_TRUE(driver.seen().first().startsWith(
         QStringLiteral("Could Not Create Certificate: The application certificate could not be created:\n")));
     EXPECT_TRUE(driver.seen().first().contains(QStringLiteral("not an address")));

@@ -9,7 +9,7 @@
 #include <uawidgets/qlumpassworddlg.h>
 
 namespace {
-const auto kDialog = QStringLiteral("New Application Instance Certificate");
+const auto dialogTitle = QStringLiteral("New Application Instance Certificate");
 
 class OwnCertificate : public StoreTest
 {
@@ -84,7 +84,7 @@ TEST_F(OwnCertificate, FirstStartWelcomesAndMakesThePair)
             QStringLiteral("Welcome to the Tavelin Initial Application Setup: When starting Tavelin for the "
                            "first time, you have to create an application instance certificate to identify "
                            "your installation.\nThis is needed")));
-        EXPECT_EQ(driver.seen().last(), kDialog);
+        EXPECT_EQ(driver.seen().last(), dialogTitle);
     }
     EXPECT_FALSE(splashSeen);
     EXPECT_TRUE(splash.isVisible());
@@ -199,24 +199,25 @@ TEST_F(OwnCertificate, OnlyTheFileOfThatNameIsTheOwn)
 
 TEST_F(OwnCertificate, WrongPasswordHasThreeWaysOut)
 {
-    const auto kWrong =
+    const auto wrongTitle =
         QStringLiteral("Wrong password: The PEM password you have specified was not correct. Do you "
                        "want to retry it? Press 'Reset' to generate a new key.");
-    const auto kAsk = QStringLiteral("Enter Password");
+    const auto askTitle = QStringLiteral("Enter Password");
     ASSERT_EQ(values().create(QStringLiteral("pass\u00e4")), QString());
     const QByteArray certificateBefore = read(certificateFile());
 
-    EXPECT_EQ(start(QMessageBox::Yes, {"wrong", "pass\u00e4"}), (QStringList{kAsk, kWrong, kAsk}));
+    EXPECT_EQ(start(QMessageBox::Yes, {"wrong", "pass\u00e4"}),
+              (QStringList{askTitle, wrongTitle, askTitle}));
     EXPECT_TRUE(pairFits());
     QlumCertificates::cleanup();
 
-    EXPECT_EQ(start(QMessageBox::Cancel), (QStringList{kAsk, kWrong})) << "no password at all";
+    EXPECT_EQ(start(QMessageBox::Cancel), (QStringList{askTitle, wrongTitle})) << "no password at all";
     EXPECT_TRUE(QlumCertificates::instance()->keyPair().isNull());
     EXPECT_FALSE(QlumCertificates::instance()->certificate().isNull());
     EXPECT_EQ(QlumCertificates::instance()->takeMessages().last().first, QlumLogLevel::Warning);
     QlumCertificates::cleanup();
 
-    EXPECT_EQ(start(QMessageBox::Reset, {"wrong"}), (QStringList{kAsk, kWrong, kDialog}));
+    EXPECT_EQ(start(QMessageBox::Reset, {"wrong"}), (QStringList{askTitle, wrongTitle, dialogTitle}));
     EXPECT_TRUE(pairFits());
     EXPECT_NE(read(certificateFile()), certificateBefore);
 }
@@ -231,12 +232,12 @@ TEST_F(OwnCertificate, MissingAndForeignKeysAreNoticed)
                                          "be found.")));
     QlumCertificates::cleanup();
 
-    const auto kOther =
+    const auto otherTitle =
         QStringLiteral("Private Key does not match Certificate: The private key does not match the "
                        "certificate's public key.\nDo you want to create a new certificate?");
     ASSERT_TRUE(key().toPEMFile(uaPath(keyFile())));
     ASSERT_TRUE(QFile::setPermissions(keyFile(), QFile::ReadOwner | QFile::ReadOther));
-    EXPECT_EQ(start(QMessageBox::No), QStringList(kOther));
+    EXPECT_EQ(start(QMessageBox::No), QStringList(otherTitle));
     EXPECT_FALSE(QFile::permissions(keyFile()) & QFile::ReadOther) << "closed to others";
     EXPECT_EQ(QlumCertificates::instance()->keyPair().keySize(), 2048);
 
@@ -248,7 +249,7 @@ TEST_F(OwnCertificate, MissingAndForeignKeysAreNoticed)
                                      "match the certificate's public key.")));
     }
     QlumCertificates::cleanup();
-    EXPECT_EQ(start(QMessageBox::Yes), (QStringList{kOther, kDialog}));
+    EXPECT_EQ(start(QMessageBox::Yes), (QStringList{otherTitle, dialogTitle}));
     EXPECT_TRUE(pairFits());
 }
 

@@ -10,10 +10,10 @@
 #include <tests/support/modeltext.h>
 
 namespace {
-const QString kNone = qlumPolicyNone();
+const QString noPolicy = qlumPolicyNone();
 const QString kBasic("http://opcfoundation.org/UA/SecurityPolicy#Basic256Sha256");
 
-QlumEndpoint endpoint(const QString& url, const QString& policy = kNone, int mode = 1)
+QlumEndpoint endpoint(const QString& url, const QString& policy = noPolicy, int mode = 1)
 {
     QlumEndpoint made;
     made.url = url;
@@ -56,7 +56,7 @@ TEST(EndpointChoice, Table)
          0,
          1},
         {"other policy", "opc.tcp://h:1", {endpoint("opc.tcp://h:1", kBasic, 3)}, Choice::NoMatch, -1, 0},
-        {"other mode", "opc.tcp://h:1", {endpoint("opc.tcp://h:1", kNone, 2)}, Choice::NoMatch, -1, 0},
+        {"other mode", "opc.tcp://h:1", {endpoint("opc.tcp://h:1", noPolicy, 2)}, Choice::NoMatch, -1, 0},
         {"other scheme",
          "opc.tcp://h:1",
          {endpoint("https://h:1"), endpoint("OPC.TCP://h:1")},
@@ -68,12 +68,12 @@ TEST(EndpointChoice, Table)
         {"none", "opc.tcp://h:1", {}, Choice::NoMatch, -1, 0},
     };
     for (const auto& test : cases) {
-        const Choice choice = qlumChooseEndpoint(test.endpoints, test.url, kNone, 1);
+        const Choice choice = qlumChooseEndpoint(test.endpoints, test.url, noPolicy, 1);
         EXPECT_EQ(choice.match, test.match) << test.what;
         EXPECT_EQ(choice.index, test.index) << test.what;
         EXPECT_EQ(choice.qualified.size(), test.qualified) << test.what;
     }
-    EXPECT_EQ(qlumChooseEndpoint({endpoint("opc.tcp://h", kNone, 0)}, "opc.tcp://h", kNone, 0).match,
+    EXPECT_EQ(qlumChooseEndpoint({endpoint("opc.tcp://h", noPolicy, 0)}, "opc.tcp://h", noPolicy, 0).match,
               Choice::NoMatch)
         << "an invalid mode is never met";
 }
@@ -91,7 +91,7 @@ QlumDiscoverySetting fullSetting()
     setting.endpoint.discoveryProfileUri = "urn:d";
     setting.endpoint.discoveryUrls = QStringList{"opc.tcp://h:4840", "opc.tcp://i,j"};
     setting.endpoint.serverCertificate = QByteArray("\x30\x82\x00\xFF", 4);
-    setting.endpoint.userTokens = {{"anon", 0, "", "", ""}, {"user", 1, "jwt", "http://i", kNone}};
+    setting.endpoint.userTokens = {{"anon", 0, "", "", ""}, {"user", 1, "jwt", "http://i", noPolicy}};
     setting.endpoint.transportProfileUri = "urn:t";
     setting.endpoint.securityLevel = 200;
     setting.displayName = "My server";
@@ -143,9 +143,9 @@ TEST(DiscoverySetting, HostileFilesStayWithinBounds)
     settings.setValue("SecurityLevel", 4711);
     settings.setValue("ServerCertificate", QString(4000000, 'A'));
     const QlumDiscoverySetting setting = QlumDiscoverySetting::fromSetting(settings);
-    EXPECT_EQ(setting.endpoint.url.size(), QlumEndpointLimits::TextLength);
+    EXPECT_EQ(setting.endpoint.url.size(), QlumEndpointLimits::textLength);
     EXPECT_TRUE(setting.endpoint.discoveryUrls.isEmpty());
-    EXPECT_LE(setting.endpoint.userTokens.size(), QlumEndpointLimits::UserTokens);
+    EXPECT_LE(setting.endpoint.userTokens.size(), QlumEndpointLimits::userTokens);
     EXPECT_EQ(setting.endpoint.securityMode, 0) << "never taken for None";
     EXPECT_EQ(setting.userTokenType, QlumDiscoverySetting::Anonymous);
     EXPECT_EQ(setting.endpoint.securityLevel, 0);

@@ -17,7 +17,7 @@
 namespace {
 using UaClientSdk::UaClient;
 
-const char kPolicies[] = "http://opcfoundation.org/UA/SecurityPolicy#";
+const char policyFolder[] = "http://opcfoundation.org/UA/SecurityPolicy#";
 
 class SecuredServerNode : public ServerNode
 {
@@ -42,7 +42,7 @@ protected:
     }
     void use(const char* policy)
     {
-        setting.endpoint.securityPolicyUri = QLatin1String(kPolicies) + QLatin1String(policy);
+        setting.endpoint.securityPolicyUri = QLatin1String(policyFolder) + QLatin1String(policy);
         offerOne(setting.endpoint);
     }
     static DialogDriver::Answer click(std::initializer_list<const char*> buttons)

@@ -270,8 +270,8 @@ TEST_F(MainWindow, errorsOfLowerLayersReachTheLogAndLevelsFilter)
 
     window->setSettingsValue(QStringLiteral("General.LogLevel"), QStringLiteral("WARNING"));
     window->updateTraceSettings();
-    window->log(30, QStringLiteral("too small"), QlumNoServer, QStringLiteral("Test"));
-    window->log(50, QStringLiteral("enough"), QlumNoServer, QStringLiteral("Test"));
+    window->log(30, QStringLiteral("too small"), qlumNoServer, QStringLiteral("Test"));
+    window->log(50, QStringLiteral("enough"), qlumNoServer, QStringLiteral("Test"));
     EXPECT_EQ(log().last(), QStringLiteral("enough"));
     EXPECT_TRUE(log().filter(QStringLiteral("too small")).isEmpty());
 

@@ -13,12 +13,12 @@
 #include <QTreeWidget>
 
 namespace {
-const QStringList kNames{QStringLiteral("UA Devices Plugin"),   QStringLiteral("UA Attribute Plugin"),
-                         QStringLiteral("UA Reference Plugin"), QStringLiteral("Data Access Plugin"),
-                         QStringLiteral("UA History Plugin"),   QStringLiteral("UA Events Plugin"),
-                         QStringLiteral("UA Method Plugin"),    QStringLiteral("UA Performance Plugin"),
-                         QStringLiteral("Image Viewer Plugin"), QStringLiteral("Server Diagnostic Plugin"),
-                         QStringLiteral("Data Logger Plugin"),  QStringLiteral("GDS Plugin")};
+const QStringList names{QStringLiteral("UA Devices Plugin"),   QStringLiteral("UA Attribute Plugin"),
+                        QStringLiteral("UA Reference Plugin"), QStringLiteral("Data Access Plugin"),
+                        QStringLiteral("UA History Plugin"),   QStringLiteral("UA Events Plugin"),
+                        QStringLiteral("UA Method Plugin"),    QStringLiteral("UA Performance Plugin"),
+                        QStringLiteral("Image Viewer Plugin"), QStringLiteral("Server Diagnostic Plugin"),
+                        QStringLiteral("Data Logger Plugin"),  QStringLiteral("GDS Plugin")};
 
 class Plugins : public ::testing::Test
 {
@@ -37,7 +37,7 @@ TEST_F(Plugins, loadInTheOrderOfTheList)
     loader.loadPlugins(&application);
     QStringList keys;
     QStringList messages;
-    for (const QString& name : kNames) {
+    for (const QString& name : names) {
         keys.append(name + QStringLiteral(" (Static Plugin)"));
         messages.append(QStringLiteral("Loaded %1 (Static Plugin).").arg(name));
     }
@@ -98,7 +98,7 @@ TEST_F(Plugins, directorReachesEveryPluginAndUnloadingTakesThemAway)
     director.sessionStatusChanged(7, QlumConnectionStatus::Connected, {});
     director.sessionRemoved(7);
     for (const QString& group : settings.childGroups())
-        EXPECT_TRUE(kNames.contains(group)) << group.toStdString();
+        EXPECT_TRUE(names.contains(group)) << group.toStdString();
     EXPECT_TRUE(settings.childKeys().isEmpty()); // every plugin stays in its group
     loader.unloadPlugins();
     EXPECT_EQ(loader.plugin(loader.filenames().first()), nullptr);

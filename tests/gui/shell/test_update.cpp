@@ -81,14 +81,14 @@ protected:
     QlumUpdateCheck updates{&settings, &network, &window};
 };
 
-const QStringList kUpToDate{
+const QStringList upToDate{
     QStringLiteral("Already up to date: The newest version of Tavelin is already installed.")};
 } // namespace
 
 TEST_F(UpdateCheck, versionsAreComparedAsNumbers)
 {
-    EXPECT_EQ(check("V=1.4.2\nURL=https://x.example/a\n"), kUpToDate);
-    EXPECT_EQ(check("V=1.3.99\r\nURL=https://x.example/a\r\n"), kUpToDate);
+    EXPECT_EQ(check("V=1.4.2\nURL=https://x.example/a\n"), upToDate);
+    EXPECT_EQ(check("V=1.3.99\r\nURL=https://x.example/a\r\n"), upToDate);
     EXPECT_TRUE(network.requests.first().path().endsWith(QStringLiteral("/tavelin-linux32-latest.txt")));
     EXPECT_FALSE(lastUpdate().isEmpty());
     for (const char* newer : {"1.4.10", "1.10.0", "2.0.0"}) {

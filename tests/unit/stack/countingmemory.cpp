@@ -15,7 +15,7 @@ size_t g_peak = 0;
 long g_goodOnes = -1;
 
 // in front of every block, as wide as the strictest alignment
-constexpr size_t HeaderSize = alignof(std::max_align_t);
+constexpr size_t headerSize = alignof(std::max_align_t);
 
 } // namespace
 
@@ -43,23 +43,23 @@ void* OpcUa_Memory_Alloc(size_t size)
 {
     if (size == 0 || (g_goodOnes >= 0 && g_goodOnes-- == 0))
         return nullptr;
-    auto* const block = static_cast<char*>(std::malloc(size + HeaderSize));
+    auto* const block = static_cast<char*>(std::malloc(size + headerSize));
     if (block == nullptr)
         return nullptr;
     std::memcpy(block, &size, sizeof size);
     // what is not written must not look like null values
-    std::memset(block + HeaderSize, 0xA5, size);
+    std::memset(block + headerSize, 0xA5, size);
     ++g_blocks;
     g_bytes += size;
     g_peak = std::max(g_peak, g_bytes);
-    return block + HeaderSize;
+    return block + headerSize;
 }
 
 void OpcUa_Memory_Free(void* memory)
 {
     if (memory == nullptr)
         return;
-    char* const block = static_cast<char*>(memory) - HeaderSize;
+    char* const block = static_cast<char*>(memory) - headerSize;
     size_t size = 0;
     std::memcpy(&size, block, sizeof size);
     --g_blocks;

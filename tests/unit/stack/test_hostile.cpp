@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr OpcUa_Byte Array = 0x80;
-constexpr OpcUa_Byte Matrix = 0xC0;
+constexpr OpcUa_Byte arrayBit = 0x80;
+constexpr OpcUa_Byte matrixBit = 0xC0;
 
 OpcUa_StatusCode decode(OpcUa_Byte type, const Bytes& bytes)
 {
@@ -35,7 +35,7 @@ OpcUa_StatusCode decodeMessage(const Bytes& bytes, const opcua::EncodingLimits& 
 
 Bytes variantOfVariants(size_t levels, const Bytes& innermost)
 {
-    return repeated(Bytes{Array | OpcUaType_Variant} + wire<OpcUa_Int32>(1), levels) + innermost;
+    return repeated(Bytes{arrayBit | OpcUaType_Variant} + wire<OpcUa_Int32>(1), levels) + innermost;
 }
 
 class HostileEncoding : public testing::Test
@@ -78,7 +78,7 @@ TEST_F(HostileEncoding, lyingLengthsTakeNoMemory)
         for (const OpcUa_Byte type : {OpcUaType_String, OpcUaType_ByteString, OpcUaType_XmlElement})
             EXPECT_EQ(decode(type, wire(length) + Bytes(4, 'x')), OpcUa_BadDecodingError);
         for (OpcUa_Byte type = OpcUaType_Boolean; type <= OpcUaType_DiagnosticInfo; ++type) {
-            const Bytes array = Bytes{static_cast<OpcUa_Byte>(Array | type)} + wire(length);
+            const Bytes array = Bytes{static_cast<OpcUa_Byte>(arrayBit | type)} + wire(length);
             EXPECT_EQ(decode(OpcUaType_Variant, array + Bytes(4, 0)), OpcUa_BadDecodingError) << int{type};
         }
     }
@@ -92,7 +92,7 @@ TEST_F(HostileEncoding, negativeLengthsAreNull)
         ASSERT_EQ(text.decode(wire(length)), OpcUa_Good);
         EXPECT_EQ(describe(OpcUaType_String, text.data()), "value=null");
         Value variant(OpcUaType_Variant);
-        ASSERT_EQ(variant.decode(Bytes{Array | OpcUaType_String} + wire(length)), OpcUa_Good);
+        ASSERT_EQ(variant.decode(Bytes{arrayBit | OpcUaType_String} + wire(length)), OpcUa_Good);
         EXPECT_EQ(describe(OpcUaType_Variant, variant.data()), "type=String rank=array length=null");
     }
 }
@@ -159,25 +159,25 @@ TEST_F(HostileEncoding, memoryStaysInProportion)
 {
     constexpr size_t count = 4'000'000;
     // four million empty data values would be fourteen times the message
-    Bytes message = Bytes{Array | OpcUaType_DataValue} + wire<OpcUa_Int32>(count) + Bytes(count, 0);
+    Bytes message = Bytes{arrayBit | OpcUaType_DataValue} + wire<OpcUa_Int32>(count) + Bytes(count, 0);
     message.resize(16u * 1024 * 1024);
     countingmemory::resetPeak();
     const size_t before = countingmemory::peakBytes();
     EXPECT_EQ(decode(OpcUaType_Variant, message), OpcUa_BadEncodingLimitsExceeded);
     EXPECT_LE(countingmemory::peakBytes() - before, message.size() * 8);
 
-    message = Bytes{Array | OpcUaType_Byte} + wire<OpcUa_Int32>(count) + Bytes(count, 1);
+    message = Bytes{arrayBit | OpcUaType_Byte} + wire<OpcUa_Int32>(count) + Bytes(count, 1);
     EXPECT_EQ(decode(OpcUaType_Variant, message), OpcUa_Good);
     // an ordinary answer of many refused nodes is not stopped
     const Bytes refused = repeated(fromHex("0200003480"), 100'000);
-    EXPECT_EQ(
-        decode(OpcUaType_Variant, Bytes{Array | OpcUaType_DataValue} + wire<OpcUa_Int32>(100'000) + refused),
-        OpcUa_Good);
+    EXPECT_EQ(decode(OpcUaType_Variant,
+                     Bytes{arrayBit | OpcUaType_DataValue} + wire<OpcUa_Int32>(100'000) + refused),
+              OpcUa_Good);
 }
 
 TEST_F(HostileEncoding, dimensionsThatDoNotFitLeaveAPlainArray)
 {
-    const Bytes six = Bytes{Matrix | OpcUaType_Byte} + wire<OpcUa_Int32>(6) + Bytes{1, 2, 3, 4, 5, 6};
+    const Bytes six = Bytes{matrixBit | OpcUaType_Byte} + wire<OpcUa_Int32>(6) + Bytes{1, 2, 3, 4, 5, 6};
     const std::vector<std::vector<OpcUa_Int32>> wrong = {
         {2, 2}, {-2, -3}, {0, 6}, {65536, 65536}, {0x40000000, 4, 0, 6}, {INT32_MAX, INT32_MAX, INT32_MAX},
         {6},    {}};
@@ -224,8 +224,8 @@ TEST_F(HostileEncoding, numbersOutOfRangeAreTamed)
     ASSERT_EQ(date.decode(wire(INT64_MIN)), OpcUa_Good);
     EXPECT_EQ(date.as<OpcUa_DateTime>(), 0);
     Value dates(OpcUaType_Variant);
-    ASSERT_EQ(dates.decode(Bytes{Array | OpcUaType_DateTime} + wire<OpcUa_Int32>(2) + wire<OpcUa_Int64>(-5) +
-                           wire<OpcUa_Int64>(5)),
+    ASSERT_EQ(dates.decode(Bytes{arrayBit | OpcUaType_DateTime} + wire<OpcUa_Int32>(2) +
+                           wire<OpcUa_Int64>(-5) + wire<OpcUa_Int64>(5)),
               OpcUa_Good);
     EXPECT_EQ(describe(OpcUaType_Variant, dates.data()), "type=DateTime rank=array length=2 0=0 1=5");
     Value flags(OpcUaType_Variant);
@@ -244,7 +244,7 @@ TEST_F(HostileEncoding, extensionBodyIsAWindow)
     };
     const Bytes behind = fromHex("00 cafe");
     const auto pair = [&](const Bytes& first) {
-        return Bytes{Array | OpcUaType_ExtensionObject} + wire(2) + first + behind;
+        return Bytes{arrayBit | OpcUaType_ExtensionObject} + wire(2) + first + behind;
     };
     const auto first = [](Value& value) {
         return static_cast<OpcUa_ExtensionObject*>(value.as<OpcUa_Variant>().Value.Array.Data);
@@ -253,7 +253,7 @@ TEST_F(HostileEncoding, extensionBodyIsAWindow)
     Value surplus(OpcUaType_Variant); // a later version of the type: its new fields are skipped
     ASSERT_EQ(surplus.decode(pair(object(19, range + Bytes(3, 0x77))) + Bytes{0}), OpcUa_BadDecodingError)
         << "what stands behind the window is read next, and cafe is no type id";
-    ASSERT_EQ(surplus.decode(Bytes{Array | OpcUaType_ExtensionObject} + wire(2) +
+    ASSERT_EQ(surplus.decode(Bytes{arrayBit | OpcUaType_ExtensionObject} + wire(2) +
                              object(19, range + Bytes(3, 0x77)) + fromHex("000000")),
               OpcUa_Good);
     ASSERT_EQ(first(surplus)->Encoding, OpcUa_ExtensionObjectEncoding_EncodeableObject);
@@ -261,7 +261,7 @@ TEST_F(HostileEncoding, extensionBodyIsAWindow)
 
     Value cut(
         OpcUaType_Variant); // does not fill the type: its bytes are kept, and not those behind them read
-    ASSERT_EQ(cut.decode(Bytes{Array | OpcUaType_ExtensionObject} + wire(2) +
+    ASSERT_EQ(cut.decode(Bytes{arrayBit | OpcUaType_ExtensionObject} + wire(2) +
                          object(15, Bytes(range.begin(), range.end() - 1)) + fromHex("000000")),
               OpcUa_Good);
     ASSERT_EQ(first(cut)->Encoding, OpcUa_ExtensionObjectEncoding_Binary);

@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-constexpr OpcUa_StatusCode BadOutOfMemory = 0x80030000u;
+constexpr OpcUa_StatusCode badOutOfMemory = 0x80030000u;
 
 std::vector<std::string> g_journal;
 OpcUa_StatusCode g_platformResult = 0;
@@ -72,12 +72,12 @@ TEST(UaPlatformLayer, StartsOnceAndEndsWithTheLastUser)
 
 TEST(UaPlatformLayer, AFailureIsToldAndLeavesNothingStarted)
 {
-    g_platformResult = BadOutOfMemory;
-    EXPECT_EQ(UaPlatformLayer::init(), static_cast<int>(BadOutOfMemory));
+    g_platformResult = badOutOfMemory;
+    EXPECT_EQ(UaPlatformLayer::init(), static_cast<int>(badOutOfMemory));
     EXPECT_THAT(journal(), ElementsAre("platform"));
     g_platformResult = 0;
-    g_stubResult = BadOutOfMemory;
-    EXPECT_EQ(UaPlatformLayer::init(), static_cast<int>(BadOutOfMemory));
+    g_stubResult = badOutOfMemory;
+    EXPECT_EQ(UaPlatformLayer::init(), static_cast<int>(badOutOfMemory));
     EXPECT_THAT(journal(), ElementsAre("platform", "hook", "stub", "~hook", "~platform"));
     g_stubResult = 0;
     UaPlatformLayer::cleanup();

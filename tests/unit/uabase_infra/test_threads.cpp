@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr unsigned int Soon = 10000; // ms; far beyond what anything here takes
+constexpr unsigned int soon = 10000; // ms; far beyond what anything here takes
 
 class Worker : public UaThread
 {
@@ -68,7 +68,7 @@ TEST(UaThread, RunsEndsAndStartsAgain)
     EXPECT_FALSE(worker.isCurrentThread());
     EXPECT_FALSE(worker.wait(1)) << "nobody let it go";
     worker.go.post();
-    EXPECT_TRUE(worker.wait(Soon));
+    EXPECT_TRUE(worker.wait(soon));
     EXPECT_FALSE(worker.isRunning());
     EXPECT_FALSE(worker.waitedForItself);
     ASSERT_TRUE(worker.start());
@@ -145,7 +145,7 @@ TEST(UaSemaphore, CountsPermitsUpToItsMaximum)
     EXPECT_FALSE(semaphore.post());
     EXPECT_TRUE(semaphore.timedWait(0));
     semaphore.wait();
-    std::future<bool> waiting = std::async(std::launch::async, [&] { return semaphore.timedWait(Soon); });
+    std::future<bool> waiting = std::async(std::launch::async, [&] { return semaphore.timedWait(soon); });
     semaphore.post();
     EXPECT_TRUE(waiting.get());
 }
@@ -168,10 +168,10 @@ TEST(UaThreadPool, ExecutesEveryJobOnItsThreads)
         })));
     }
     for (int i = 0; i < 3; ++i)
-        ASSERT_TRUE(arrived.timedWait(Soon));
+        ASSERT_TRUE(arrived.timedWait(soon));
     EXPECT_FALSE(pool.waitIdle(1));
     together.post(3);
-    EXPECT_TRUE(pool.waitIdle(Soon));
+    EXPECT_TRUE(pool.waitIdle(soon));
     EXPECT_EQ(ids.size(), 3u);
     EXPECT_FALSE(pool.addJob(nullptr));
 }
@@ -186,7 +186,7 @@ TEST(UaThreadPool, OneThreadKeepsTheOrderAndJobsMayAddJobs)
             pool.addJob(std::make_unique<Job>([&] { order.push_back(3); }));
         }));
         pool.addJob(std::make_unique<Job>([&] { order.push_back(2); }));
-        EXPECT_TRUE(pool.waitIdle(Soon));
+        EXPECT_TRUE(pool.waitIdle(soon));
         for (int i = 4; i < 50; ++i)
             pool.addJob(std::make_unique<Job>([&order, i] { order.push_back(i); }));
     } // ends with every job done

@@ -52,9 +52,10 @@ TEST_F(TraceTest, RecordsHaveTheirFourForms)
     EXPECT_THAT(lines[2], MatchesRegex(date + time + "%\\|4" + id + "local date"));
     EXPECT_THAT(lines[3], MatchesRegex(time + "\\|5" + id + "local"));
 
-    constexpr std::time_t Ahead = 5 * 3600 + 30 * 60;
+    constexpr std::time_t linesAhead = 5 * 3600 + 30 * 60;
     EXPECT_THAT(lines[0].substr(0, 5), ::testing::AnyOf(clockTime(begin), clockTime(end)));
-    EXPECT_THAT(lines[3].substr(0, 5), ::testing::AnyOf(clockTime(begin + Ahead), clockTime(end + Ahead)));
+    EXPECT_THAT(lines[3].substr(0, 5),
+                ::testing::AnyOf(clockTime(begin + linesAhead), clockTime(end + linesAhead)));
 }
 
 TEST_F(TraceTest, LevelsDecideWhatIsWritten)
@@ -205,15 +206,15 @@ TEST_F(TraceTest, AHookThatIsTakenAwayHasLeft)
 
 TEST_F(TraceTest, ThreadsLoseNoRecordWhileFilesRotateAndHooksChange)
 {
-    constexpr int Threads = 4;
-    constexpr int Records = 500;
+    constexpr int threadCount = 4;
+    constexpr int recordCount = 500;
     RecordingHook hook;
     ASSERT_EQ(start(UaTrace::Info, 302, 9), 0); // 300 records a file
     std::vector<std::thread> threads;
-    for (int thread = 0; thread < Threads; ++thread) {
+    for (int thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([thread, &hook] {
-            for (int i = 0; i < Records; ++i) {
-                UaTrace::tInfo("record %d", thread * Records + i);
+            for (int i = 0; i < recordCount; ++i) {
+                UaTrace::tInfo("record %d", thread * recordCount + i);
                 if (i % 50 == 0)
                     UaTrace::setTraceHook(i % 100 == 0 ? &hook : nullptr);
             }
@@ -229,7 +230,7 @@ TEST_F(TraceTest, ThreadsLoseNoRecordWhileFilesRotateAndHooksChange)
         for (const std::string& text : texts(folder.file(name)))
             seen.push_back(std::stoi(text.substr(text.find(' '))));
     std::sort(seen.begin(), seen.end());
-    ASSERT_THAT(seen, SizeIs(Threads * Records));
-    for (int i = 0; i < Threads * Records; ++i)
+    ASSERT_THAT(seen, SizeIs(threadCount * recordCount));
+    for (int i = 0; i < threadCount * recordCount; ++i)
         ASSERT_EQ(seen[static_cast<std::size_t>(i)], i);
 }
