@@ -26,7 +26,7 @@ double processCpu() // us
     return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
 }
 
-template <class Work>
+template <typename Work>
 double cpuOfCall(Work work)
 {
     const double before = processCpu();

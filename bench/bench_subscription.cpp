@@ -43,7 +43,7 @@ double processCpu() // us
 
 // ---- the server ------------------------------------------------------------------------------------------
 
-template <class Response>
+template <typename Response>
 void respond(ServerChannel& channel, OpcUa_UInt32 id, const OpcUa_EncodeableType& type,
              const Response& response)
 {
@@ -80,7 +80,7 @@ void answerCreateItems(ServerChannel& channel, OpcUa_UInt32 id)
 }
 
 // An answer of that type with nothing in it.
-template <class Response>
+template <typename Response>
 void answerEmpty(ServerChannel& channel, OpcUa_UInt32 id, const OpcUa_EncodeableType& type)
 {
     Response response;

@@ -6,7 +6,7 @@ namespace opcua::bench {
 
 namespace {
 
-template <class T>
+template <typename T>
 T* allocate(int count)
 {
     return static_cast<T*>(OpcUa_Memory_AllocArray(static_cast<size_t>(count), sizeof(T)));

@@ -8,7 +8,7 @@
 namespace opcua::bench {
 
 // A message's object, freed with its owner.
-template <class Message, const OpcUa_EncodeableType& Type>
+template <typename Message, const OpcUa_EncodeableType& Type>
 class Owned
 {
 public:

@@ -31,7 +31,7 @@ namespace {
     std::_Exit(1);
 }
 
-template <class Response>
+template <typename Response>
 Bytes encoded(const OpcUa_EncodeableType& type, const Response& response)
 {
     Bytes bytes;

@@ -49,7 +49,7 @@ void fill(OpcUa_ReadRequest& request, int nodes)
 }
 
 // Starts a request for each answer until enough have been started, and waits for the last answer.
-template <class Begin>
+template <typename Begin>
 class Stream
 {
 public:

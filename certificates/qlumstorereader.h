@@ -12,7 +12,7 @@
 #include <vector>
 
 /// What was read and waits for the GUI thread.
-template <class Entry>
+template <typename Entry>
 class QlumStoreInbox
 {
 public:
@@ -35,7 +35,7 @@ private:
 };
 
 /// One folder, and how an entry is made of a file in it; files that give none are left out.
-template <class Entry>
+template <typename Entry>
 struct QlumStoreSource
 {
     std::function<QStringList()> names;
@@ -43,7 +43,7 @@ struct QlumStoreSource
 };
 
 /// Fills the inbox in portions and tells of each; notify is called on the pool's thread.
-template <class Entry>
+template <typename Entry>
 class QlumStoreReader : public QlumJob
 {
 public:

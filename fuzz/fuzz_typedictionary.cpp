@@ -17,7 +17,7 @@ void check(bool holds)
         std::abort();
 }
 
-template <class Value>
+template <typename Value>
 void roundTrip(const UaByteString& body, const UaStructureDefinition& definition,
                UaTypeDefinitionStore& store)
 {

@@ -10,7 +10,7 @@
 
 // T is a structure of the stack (or a number). Copies are deep. The block's memory is the stack's, so arrays
 // change hands with C structures through attach and detach. Not thread-safe.
-template <class T>
+template <typename T>
 class UaArray
 {
 public:

@@ -20,7 +20,7 @@ OpcUa_StatusCode uaFillSimpleAttribute(OpcUa_SimpleAttributeOperand& operand,
 namespace {
 
 // One operand's structure, filled by fill; a null object when out of memory.
-template <class T, class Fill>
+template <typename T, typename Fill>
 UaExtensionObject makeOperand(const OpcUa_EncodeableType& type, const Fill& fill)
 {
     OpcUa_ExtensionObject object;

@@ -53,7 +53,7 @@ Fields fieldsOf(OpcUa_DateTime value) noexcept
             milliseconds % 1000};
 }
 
-template <class... Arguments>
+template <typename... Arguments>
 UaString formatted(const char* format, Arguments... arguments)
 {
     char buffer[64];

@@ -9,7 +9,7 @@
 #include <type_traits>
 
 // Elements without memory of their own: numbers, booleans, dates, status codes, enumerations, GUIDs.
-template <class T>
+template <typename T>
 struct UaTrivialElement
 {
     static_assert(std::is_trivially_copyable_v<T>);
@@ -23,7 +23,7 @@ struct UaTrivialElement
 };
 
 // Elements of a built-in type that own memory.
-template <class T, OpcUa_Byte BuiltInType>
+template <typename T, OpcUa_Byte BuiltInType>
 struct UaBuiltInElement
 {
     static void initialize(T* data, std::size_t count) noexcept
@@ -41,7 +41,7 @@ struct UaBuiltInElement
 };
 
 // Structures of the standard, by their type table.
-template <class T, const OpcUa_EncodeableType& Type>
+template <typename T, const OpcUa_EncodeableType& Type>
 struct UaEncodeableElement
 {
     static void initialize(T* data, std::size_t count) noexcept
@@ -68,7 +68,7 @@ struct UaEncodeableElement
 
 // Chosen by the element's type: initialize, clear (leaves initialised elements) and deep copy (the
 // destination is raw memory; after a failure it holds null values). None throws.
-template <class T>
+template <typename T>
 struct UaElement : UaTrivialElement<T>
 {
     static_assert(std::is_arithmetic_v<T> || std::is_enum_v<T> || std::is_same_v<T, OpcUa_Guid>,

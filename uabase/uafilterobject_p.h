@@ -5,7 +5,7 @@
 #include <opcua/opcua_statuscodes.h>
 
 // A new initialised structure that destination owns; null when out of memory.
-template <class T>
+template <typename T>
 T* uaAttachNew(const OpcUa_EncodeableType& type, OpcUa_ExtensionObject* destination) noexcept
 {
     void* const object = OpcUa_EncodeableObject_Create(&type);

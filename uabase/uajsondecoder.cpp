@@ -80,7 +80,7 @@ private:
     }
 
     // A number, or its text.
-    template <class T>
+    template <typename T>
     bool integer(const JsonValue& json, T& number)
     {
         if (json.kind() != JsonValue::Number && json.kind() != JsonValue::String) {
@@ -94,7 +94,7 @@ private:
         return parsed.has_value();
     }
 
-    template <class T>
+    template <typename T>
     T floating(const JsonValue& json)
     {
         constexpr T infinity = std::numeric_limits<T>::infinity();
@@ -112,7 +112,7 @@ private:
     }
 
     // A member that is a number; 0 when it is not there.
-    template <class T>
+    template <typename T>
     T member(const JsonValue& json, std::string_view name, T missing = T{})
     {
         T number = missing;
@@ -188,7 +188,7 @@ private:
                                 member<OpcUa_UInt32>(json, "ServerUri"));
     }
 
-    template <class T>
+    template <typename T>
     UaVariant numeric(const JsonValue& json)
     {
         T number{};
@@ -500,7 +500,7 @@ private:
 };
 
 // Parses, decodes with a member of the decoder and reports.
-template <class Value, class Decode>
+template <typename Value, typename Decode>
 UaStatusCode read(std::string_view text, UaDataTypeDictionary* dictionary, Value& value, UaString* error,
                   Decode decode)
 {

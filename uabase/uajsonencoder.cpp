@@ -10,20 +10,20 @@ namespace uabase {
 
 namespace {
 
-template <class T>
+template <typename T>
 JsonValue numberOf(T value)
 {
     return JsonValue::number(std::to_string(value));
 }
 
 // 64 bits do not fit the numbers of all readers.
-template <class T>
+template <typename T>
 JsonValue longOf(T value)
 {
     return JsonValue::string(std::to_string(value));
 }
 
-template <class T>
+template <typename T>
 JsonValue floatingOf(T value)
 {
     if (std::isnan(value))

@@ -95,11 +95,11 @@ UaStructureDefinition definitionOf(const OpcUa_EncodeableType& type)
 }
 
 // Definitions made so far. Thread-safe; the maker runs without the lock, two threads may both make one.
-template <class Key, class Definition>
+template <typename Key, typename Definition>
 class DefinitionCache
 {
 public:
-    template <class Maker>
+    template <typename Maker>
     Definition get(Key key, Maker make)
     {
         {

@@ -32,7 +32,7 @@ private:
 };
 
 // Holds one reference to a UaRefCounter for its own life.
-template <class T>
+template <typename T>
 class UaRefPtr
 {
 public:

@@ -9,7 +9,7 @@
 
 // Counted pointer to a value that is copied when it is changed while shared. Null until made or edited.
 // Copies may be used from several threads; one object may not.
-template <class T>
+template <typename T>
 class UaSharedPtr
 {
 public:
@@ -28,7 +28,7 @@ public:
     ~UaSharedPtr() { reset(); }
 
     // Null when out of memory.
-    template <class... Arguments>
+    template <typename... Arguments>
     [[nodiscard]] static UaSharedPtr make(Arguments&&... arguments)
     {
         UaSharedPtr pointer;
@@ -64,7 +64,7 @@ public:
 private:
     struct Box
     {
-        template <class... Arguments>
+        template <typename... Arguments>
         explicit Box(Arguments&&... arguments) : value(std::forward<Arguments>(arguments)...)
         {
         }
@@ -90,7 +90,7 @@ struct UaPlain
 
 // A structure C of the stack as a shared value: the structure itself lies inside, what it points to is
 // shared.
-template <class C>
+template <typename C>
 class UaSharedValue
 {
 public:

@@ -42,7 +42,7 @@ std::size_t leastSize(OpcUa_BuiltInType type) noexcept
     }
 }
 
-template <class T>
+template <typename T>
 T loaded(const OpcUa_Byte*& at) noexcept
 {
     T number{};

@@ -10,7 +10,7 @@
 namespace uabase {
 
 // The whole text is a decimal number of type T; a sign only where T has one. Never throws, no locale.
-template <class T>
+template <typename T>
 [[nodiscard]] std::optional<T> parseNumber(std::string_view text) noexcept
 {
     T number{};

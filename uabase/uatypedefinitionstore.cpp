@@ -3,7 +3,7 @@
 
 namespace {
 
-template <class Definition>
+template <typename Definition>
 Definition found(const std::map<UaNodeId, Definition>& definitions, const UaNodeId& id)
 {
     const auto at = definitions.find(id);

@@ -31,7 +31,7 @@ TypeName resolve(const UaXmlNode& node, const UaString& qualified, const UaStrin
 }
 
 // An unsigned attribute; false when it is there and no number up to the limit.
-template <class T>
+template <typename T>
 bool readNumber(const UaXmlNode& node, std::string_view name, T limit, T& number)
 {
     const UaString text = node.attribute(name);

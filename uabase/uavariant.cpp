@@ -136,7 +136,7 @@ using uabase::takeScalar;
 namespace {
 
 // Deep copy of a C++ value into a scalar.
-template <class C, class Value>
+template <typename C, typename Value>
 UaVariant scalarOf(OpcUa_BuiltInType type, const Value& value) noexcept
 {
     C copy;

@@ -319,12 +319,12 @@ public:
     }
 
 private:
-    template <class T>
+    template <typename T>
     void setTyped(OpcUa_BuiltInType type, const UaArray<T>& values) noexcept
     {
         setArray(type, static_cast<OpcUa_Int32>(values.length()), values.rawData());
     }
-    template <class T>
+    template <typename T>
     bool toTyped(OpcUa_BuiltInType type, UaArray<T>& values) const noexcept
     {
         values.clear();

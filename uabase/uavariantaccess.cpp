@@ -5,7 +5,7 @@
 namespace {
 
 // Calls take with the C value after conversion to type; Result() when that is not possible.
-template <class C, OpcUa_BuiltInType Type, class Take>
+template <typename C, OpcUa_BuiltInType Type, typename Take>
 auto converted(const UaVariant& value, bool* ok, Take take) noexcept
     -> decltype(take(*static_cast<const C*>(nullptr)))
 {
@@ -20,14 +20,14 @@ auto converted(const UaVariant& value, bool* ok, Take take) noexcept
     return take(*static_cast<const C*>(data));
 }
 
-template <class C, OpcUa_BuiltInType Type>
+template <typename C, OpcUa_BuiltInType Type>
 C number(const UaVariant& value, bool* ok) noexcept
 {
     return converted<C, Type>(
         value, ok, [](const C& found) { return found; });
 }
 
-template <class Result, class C, OpcUa_BuiltInType Type>
+template <typename Result, typename C, OpcUa_BuiltInType Type>
 Result object(const UaVariant& value, bool* ok) noexcept
 {
     return converted<C, Type>(

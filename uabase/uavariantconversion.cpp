@@ -95,7 +95,7 @@ struct Number
     double floating = 0;
 };
 
-template <class T>
+template <typename T>
 T valueOf(const void* data) noexcept
 {
     return *static_cast<const T*>(data);
@@ -147,7 +147,7 @@ double rounded(double value) noexcept
     return value - low >= 0.5 ? low + 1 : low;
 }
 
-template <class T>
+template <typename T>
 bool fitInteger(const Number& number, T& value) noexcept
 {
     if (number.form == Number::Signed) {
@@ -184,7 +184,7 @@ bool fitFloat(const Number& number, OpcUa_Float& value) noexcept
     return std::isfinite(value) || !std::isfinite(wide);
 }
 
-template <class T>
+template <typename T>
 OpcUa_StatusCode storeInteger(const Number& number, OpcUa_BuiltInType type, UaVariant& result) noexcept
 {
     T value{};

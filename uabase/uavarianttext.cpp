@@ -9,7 +9,7 @@ namespace uabase {
 
 namespace {
 
-template <class T>
+template <typename T>
 std::string floatingText(T value)
 {
     if (std::isnan(value))

@@ -146,7 +146,7 @@ private:
         return array;
     }
 
-    template <class T>
+    template <typename T>
     T number(const UaXmlNode& node)
     {
         if (node.isNull())

@@ -10,7 +10,7 @@
 namespace UaClientSdk {
 
 // A call on its way from block to block. The transaction ends with it, after everything else of it has gone.
-template <class Service, class Prepare, class Complete>
+template <typename Service, typename Prepare, typename Complete>
 struct BlockTransaction
 {
     Transaction transaction;
@@ -29,7 +29,7 @@ struct BlockTransaction
 };
 
 // One block's request. The next block is sent from the pool when its predecessor is answered.
-template <class Service, class Prepare, class Complete>
+template <typename Service, typename Prepare, typename Complete>
 class AsyncBlock : public PendingCall
 {
 public:
@@ -111,7 +111,7 @@ private:
 
 // Sends the service, and later calls complete(callback, status, results, diagnosticInfos) on the pool. The
 // result says whether it was sent; when it is bad, complete is never called. prepare must own what it needs.
-template <class Service, class Prepare, class Complete>
+template <typename Service, typename Prepare, typename Complete>
 UaStatus beginInBlocks(SessionContext& context, const Service& service, ServiceSettings& settings,
                        std::span<const typename Service::ItemType> items, const Prepare& prepare,
                        const Complete& complete)

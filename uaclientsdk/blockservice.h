@@ -13,7 +13,7 @@
 namespace UaClientSdk {
 
 // How one such service names its fields in the stack's structures.
-template <class Request, class Response, class Item, class Result>
+template <typename Request, typename Response, typename Item, typename Result>
 struct BlockService
 {
     using RequestType = Request;
@@ -37,7 +37,7 @@ struct BlockService
 };
 
 // Moves a block's diagnostic infos behind those of the blocks before it, which may have come without.
-template <class Response>
+template <typename Response>
 bool takeDiagnostics(Response& response, OpcUa_UInt32 before, OpcUa_UInt32 count, UaDiagnosticInfos& merged)
 {
     if constexpr (requires { response.DiagnosticInfos; }) {
@@ -56,7 +56,7 @@ bool takeDiagnostics(Response& response, OpcUa_UInt32 before, OpcUa_UInt32 count
 }
 
 // Appends what a block of count items was answered to what came before.
-template <class Service>
+template <typename Service>
 UaStatus takeBlock(const Service& service, OpcUa_UInt32 count, typename Service::ResponseType& response,
                    UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos)
 {
@@ -76,7 +76,7 @@ UaStatus takeBlock(const Service& service, OpcUa_UInt32 count, typename Service:
 
 // Fills the request of one block. prepare(request, first) sets the other fields; first is the place of the
 // block among all items.
-template <class Service, class Prepare>
+template <typename Service, typename Prepare>
 void fillBlock(SessionContext& context, const Service& service, ServiceSettings& settings, OpcUa_UInt32 first,
                std::span<const typename Service::ItemType> items, const Prepare& prepare,
                typename Service::RequestType& request)
@@ -100,7 +100,7 @@ inline OpcUa_UInt32 blockLimit(const SessionContext& context)
 }
 
 // Sends one block and appends what comes back.
-template <class Service, class Prepare>
+template <typename Service, typename Prepare>
 UaStatus callBlock(SessionContext& context, const Service& service, ServiceSettings& settings,
                    OpcUa_UInt32 first, std::span<const typename Service::ItemType> items,
                    UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos,
@@ -120,7 +120,7 @@ UaStatus callBlock(SessionContext& context, const Service& service, ServiceSetti
 }
 
 // The items are there in good time to be traced: the caller gave them.
-template <class Service>
+template <typename Service>
 void traceBlockItems(const Service& service, std::span<const typename Service::ItemType> items)
 {
     if (service.traceItems && UaTrace::isWanted(UaTrace::Data))
@@ -128,7 +128,7 @@ void traceBlockItems(const Service& service, std::span<const typename Service::I
 }
 
 // The end of a split call: what its caller gets, and the trace of it.
-template <class Service>
+template <typename Service>
 void finishBlocks(const Service& service, const UaStatus& status,
                   UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos)
 {
@@ -141,7 +141,7 @@ void finishBlocks(const Service& service, const UaStatus& status,
 }
 
 // The whole service: split by the session's maximum operations per call, stopped at the first bad block.
-template <class Service, class Prepare>
+template <typename Service, typename Prepare>
 UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSettings& settings,
                       std::span<const typename Service::ItemType> items,
                       UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos,
@@ -174,7 +174,7 @@ UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSe
 // For services whose requests have nothing but their items.
 struct NothingToPrepare
 {
-    template <class Request>
+    template <typename Request>
     void operator()(Request&, OpcUa_UInt32) const
     {
     }

@@ -8,7 +8,7 @@ namespace UaClientSdk {
 
 // prepare(request) sets the fields, borrowed from the caller; take(response) moves out what is wanted and
 // says whether it is in order. count stands for the request's array in the checks.
-template <class Request, class Response, class Prepare, class Take>
+template <typename Request, typename Response, typename Prepare, typename Take>
 UaStatus callOnce(SessionContext& context, const ServiceNames& names, OpcUa_UInt32 count,
                   OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
                   const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType,

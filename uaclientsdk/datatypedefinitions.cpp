@@ -13,7 +13,7 @@ namespace UaClientSdk {
 namespace {
 
 // The structure of one type inside a value; null when the value holds something else.
-template <class T>
+template <typename T>
 const T* decodedAs(const OpcUa_Variant& value, const OpcUa_EncodeableType& type)
 {
     if (value.Datatype != OpcUaType_ExtensionObject || value.ArrayType != OpcUa_VariantArrayType_Scalar ||

@@ -25,7 +25,7 @@ bool beginsWithIgnoringCase(std::string_view text, std::string_view prefix)
 }
 
 // The first endpoint that fits best among those that are wanted.
-template <class Wanted>
+template <typename Wanted>
 const OpcUa_EndpointDescription* selectBest(EndpointSpan endpoints, const UaString& connectUrl,
                                             const Wanted& wanted)
 {

@@ -7,7 +7,7 @@ namespace UaClientSdk {
 
 namespace {
 
-template <class Body>
+template <typename Body>
 Body* bodyOf(OpcUa_ExtensionObject& data, const OpcUa_EncodeableType& type)
 {
     const bool decoded = data.Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject;
@@ -17,7 +17,7 @@ Body* bodyOf(OpcUa_ExtensionObject& data, const OpcUa_EncodeableType& type)
 }
 
 // What all results have; true when there is a body to take.
-template <class Result>
+template <typename Result>
 bool takeCommon(OpcUa_HistoryReadResult& from, Result& to)
 {
     to.status = UaStatus(from.StatusCode);
@@ -63,7 +63,7 @@ HistoryReadEventResult takeEvents(OpcUa_HistoryReadResult& from)
     return to;
 }
 
-template <class Result>
+template <typename Result>
 std::vector<Result> takeAll(UaHistoryReadResults& from, Result (*take)(OpcUa_HistoryReadResult&))
 {
     std::vector<Result> to;

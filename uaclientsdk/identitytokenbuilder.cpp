@@ -28,7 +28,7 @@ const char* nameOf(OpcUa_UserTokenType type)
 }
 
 // A token in the request, which owns it; null when out of memory.
-template <class Token>
+template <typename Token>
 Token* attachToken(const OpcUa_EncodeableType& type, const OpcUa_UserTokenPolicy& policy,
                    OpcUa_ActivateSessionRequest& request)
 {

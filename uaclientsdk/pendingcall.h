@@ -22,7 +22,7 @@ public:
 
     // Sends the request. When the result is good, the call belongs to the stack until its answer comes; when
     // it is bad, the call is left to the caller. Not under the session's mutex.
-    template <class Request>
+    template <typename Request>
     [[nodiscard]] static OpcUa_StatusCode
     send(std::unique_ptr<PendingCall>& call, const char* service,
          OpcUa_StatusCode (*begin)(OpcUa_Channel, const Request*, OpcUa_Channel_PfnRequestComplete, void*),
@@ -50,7 +50,7 @@ protected:
     [[nodiscard]] SessionContext& session() const { return m_session; }
     // How the call ended, and the response when that is good; null for an answer of another type.
     [[nodiscard]] OpcUa_StatusCode status() const { return m_status; }
-    template <class Response>
+    template <typename Response>
     [[nodiscard]] Response* response(const OpcUa_EncodeableType& type) const
     {
         return m_responseType == &type ? static_cast<Response*>(m_response) : nullptr;

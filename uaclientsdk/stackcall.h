@@ -12,7 +12,7 @@ namespace UaClientSdk {
 constexpr OpcUa_StatusCode wrongResultCount = 0x80460000u;
 
 // A structure of the stack that is initialised and cleared with its scope.
-template <class T>
+template <typename T>
 class Encodeable
 {
 public:
@@ -34,7 +34,7 @@ private:
 };
 
 // A request whose arrays are borrowed from the caller: only its header is its own.
-template <class Request>
+template <typename Request>
 class BorrowingRequest
 {
 public:
@@ -56,7 +56,7 @@ private:
     Request m_value;
 };
 
-template <class Request, class Response>
+template <typename Request, typename Response>
 [[nodiscard]] OpcUa_StatusCode
 callStack(const char* service, OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
           OpcUa_Channel channel, const Request& request, Response& response)

@@ -51,7 +51,7 @@ UaUInt32Array single(OpcUa_UInt32 id)
 }
 
 // One call of a service that has no array. prepare(request) fills what is its own.
-template <class Request, class Response, class Prepare>
+template <typename Request, typename Response, typename Prepare>
 UaStatus callOnce(SessionContext& context, ServiceSettings& settings, const ServiceNames& names,
                   OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
                   const OpcUa_EncodeableType& requestType, Response& response, const Prepare& prepare,
@@ -76,7 +76,7 @@ UaStatus callOnce(SessionContext& context, ServiceSettings& settings, const Serv
 }
 
 // What a create or a modify asks for; their requests name the fields alike.
-template <class Request>
+template <typename Request>
 void fillSettings(Request& request, const SubscriptionSettings& settings)
 {
     request.RequestedPublishingInterval = settings.publishingInterval;
@@ -86,7 +86,7 @@ void fillSettings(Request& request, const SubscriptionSettings& settings)
     request.Priority = settings.priority;
 }
 
-template <class Response>
+template <typename Response>
 void takeRevised(const Response& response, SubscriptionSettings& settings)
 {
     if (std::isfinite(response.RevisedPublishingInterval))

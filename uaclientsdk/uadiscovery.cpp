@@ -29,7 +29,7 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_St
 
 // One discovery service from connect to disconnect. fill(request) sets the service's own fields,
 // take(response) takes the results.
-template <class Request, class Response, class Fill, class Take>
+template <typename Request, typename Response, typename Fill, typename Take>
 UaStatus discover(const char* method, const char* stackName,
                   OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
                   const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType,

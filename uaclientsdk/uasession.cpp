@@ -9,14 +9,14 @@ namespace UaClientSdk {
 namespace {
 
 // One field of the session's state, read or written under its mutex.
-template <class T>
+template <typename T>
 T guarded(const SessionContext& context, T SessionContext::*field)
 {
     SessionLock lock(context.mutex);
     return context.*field;
 }
 
-template <class T>
+template <typename T>
 T guardedInfo(const SessionContext& context, T SessionConnectInfo::*field)
 {
     SessionLock lock(context.mutex);

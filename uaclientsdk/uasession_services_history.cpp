@@ -88,7 +88,7 @@ const OpcUa_EncodeableType& typeOf(const OpcUa_ReadEventDetails&)
 
 // Puts the details into each request; owns the context, and the details as long as the request of a block
 // lives.
-template <class Context>
+template <typename Context>
 class HistoryPreparation
 {
 public:
@@ -131,7 +131,7 @@ private:
     std::span<const OpcUa_HistoryReadValueId> m_nodes;
 };
 
-template <class Results>
+template <typename Results>
 UaStatus takeInto(Results& results, Results (*take)(UaHistoryReadResults&), UaHistoryReadResults& raw)
 try {
     results = take(raw);
@@ -141,7 +141,7 @@ try {
     return UaStatus(OpcUa_BadOutOfMemory);
 }
 
-template <class Context, class Results>
+template <typename Context, typename Results>
 UaStatus readHistory(SessionContext& session, const HistoryReadService& service, ServiceSettings& settings,
                      const Context& context, const UaHistoryReadValueIds& nodesToRead, Results& results,
                      Results (*take)(UaHistoryReadResults&), UaDiagnosticInfos& diagnosticInfos)
@@ -155,7 +155,7 @@ UaStatus readHistory(SessionContext& session, const HistoryReadService& service,
     return taken.isBad() ? taken : status;
 }
 
-template <class Context, class Results>
+template <typename Context, typename Results>
 UaStatus beginReadHistory(SessionContext& session, const HistoryReadService& service,
                           ServiceSettings& settings, const Context& context,
                           const UaHistoryReadValueIds& nodesToRead, OpcUa_UInt32 transactionId,

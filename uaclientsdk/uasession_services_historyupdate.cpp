@@ -35,7 +35,7 @@ const UpdateService deleteEventsService =
     updateService("historyDeleteEvents", "beginHistoryDeleteEvents", "historyDeleteEventsComplete");
 
 // The details as the request carries them; their bodies are borrowed.
-template <class Details>
+template <typename Details>
 std::vector<OpcUa_ExtensionObject> wrap(const UaArray<Details>& details, const OpcUa_EncodeableType& type)
 {
     std::vector<OpcUa_ExtensionObject> wrapped(details.length());
@@ -46,7 +46,7 @@ std::vector<OpcUa_ExtensionObject> wrap(const UaArray<Details>& details, const O
     return wrapped;
 }
 
-template <class Details>
+template <typename Details>
 UaStatus update(SessionContext& context, const UpdateService& service, ServiceSettings& settings,
                 const UaArray<Details>& details, const OpcUa_EncodeableType& type,
                 UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos)
@@ -60,7 +60,7 @@ try {
 using UpdateCompletion = void (UaSessionCallback::*)(OpcUa_UInt32, const UaStatus&, UaHistoryUpdateResults&,
                                                      UaDiagnosticInfos&);
 
-template <class Details>
+template <typename Details>
 UaStatus beginUpdate(SessionContext& context, const UpdateService& service, ServiceSettings& settings,
                      const UaArray<Details>& details, const OpcUa_EncodeableType& type,
                      OpcUa_UInt32 transactionId, UpdateCompletion completion)

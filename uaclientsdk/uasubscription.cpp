@@ -10,7 +10,7 @@ namespace UaClientSdk {
 
 namespace {
 
-template <class T>
+template <typename T>
 T guarded(const UaSubscriptionPrivate& inside, T UaSubscriptionPrivate::*field)
 {
     SessionLock lock(inside.context.mutex);
@@ -24,7 +24,7 @@ UaStatus checkValid(const UaSubscriptionPrivate& inside)
 }
 
 // One item service, in blocks, for a valid subscription. prepare(request) sets what is its own.
-template <class Service, class Prepare>
+template <typename Service, typename Prepare>
 UaStatus callItems(UaSubscriptionPrivate& inside, const Service& service, ServiceSettings& settings,
                    const UaArray<typename Service::ItemType>& items,
                    UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos,
@@ -43,11 +43,11 @@ UaStatus callItems(UaSubscriptionPrivate& inside, const Service& service, Servic
                         });
 }
 
-template <class Result>
+template <typename Result>
 using Completion = void (UaSubscriptionCallback::*)(OpcUa_UInt32, const UaStatus&, const UaArray<Result>&,
                                                     const UaDiagnosticInfos&);
 
-template <class Service, class Prepare>
+template <typename Service, typename Prepare>
 UaStatus beginItems(const UaRefPtr<UaSubscriptionPrivate>& inside, const Service& service,
                     ServiceSettings& settings, const UaArray<typename Service::ItemType>& items,
                     OpcUa_UInt32 transactionId, Completion<typename Service::ResultType> completion,

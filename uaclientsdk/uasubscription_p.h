@@ -84,7 +84,7 @@ public:
     SubscriptionPending(const SubscriptionPending&) = delete;
     SubscriptionPending& operator=(const SubscriptionPending&) = delete;
 
-    template <class Work>
+    template <typename Work>
     void complete(const Work& work)
     {
         const SubscriptionCall call(*m_subscription, SubscriptionCall::Kind::Completion);

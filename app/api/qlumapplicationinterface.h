@@ -17,7 +17,7 @@ class QlumAddressSpaceModel;
 class UaEnumDefinition;
 class UaLocalizedText;
 class UaNodeId;
-template <class T>
+template <typename T>
 class UaArray;
 using UaUInt32Array = UaArray<OpcUa_UInt32>;
 namespace UaClientSdk {

@@ -10,7 +10,7 @@ class QWidget;
 class UaEnumDefinition;
 class UaLocalizedText;
 class UaNodeId;
-template <class T>
+template <typename T>
 class UaArray;
 using UaUInt32Array = UaArray<OpcUa_UInt32>;
 namespace UaClientSdk {

@@ -9,7 +9,7 @@ namespace opcua {
 
 namespace {
 
-template <class T, class Function>
+template <typename T, typename Function>
 void forEach(void* data, size_t count, Function function)
 {
     T* const values = static_cast<T*>(data);
@@ -40,7 +40,7 @@ void initializeBuiltIn(OpcUa_Byte kind, void* data, size_t count)
     }
 }
 
-template <class T>
+template <typename T>
 OpcUa_StatusCode copyOne(OpcUa_StatusCode (*copy)(const T*, T*), const void* source, void* destination)
 {
     return copy(static_cast<const T*>(source), static_cast<T*>(destination));
@@ -75,13 +75,13 @@ OpcUa_StatusCode copyElement(ElementType type, const void* source, void* destina
     }
 }
 
-template <class T>
+template <typename T>
 int orderOf(const void* left, const void* right)
 {
     return order(*static_cast<const T*>(left), *static_cast<const T*>(right));
 }
 
-template <class T>
+template <typename T>
 int compareOne(int (*compare)(const T*, const T*), const void* left, const void* right)
 {
     return compare(static_cast<const T*>(left), static_cast<const T*>(right));

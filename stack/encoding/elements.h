@@ -127,19 +127,19 @@ void deleteElements(ElementType type, void* data, size_t count);
                                   OpcUa_StatusCode& status);
 
 // Three-way order of anything with operators.
-template <class T>
+template <typename T>
 int order(const T& left, const T& right)
 {
     return left < right ? -1 : right < left ? 1 : 0;
 }
 
 // Members of structures by their offset.
-template <class T>
+template <typename T>
 T& memberAt(void* object, size_t offset)
 {
     return *reinterpret_cast<T*>(static_cast<char*>(object) + offset);
 }
-template <class T>
+template <typename T>
 const T& memberAt(const void* object, size_t offset)
 {
     return *reinterpret_cast<const T*>(static_cast<const char*>(object) + offset);

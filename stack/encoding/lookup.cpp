@@ -10,7 +10,7 @@
 namespace {
 
 // The first of the entries, which are in order of their key; null when there is none with this key.
-template <class Entry, class Projection, class Key>
+template <typename Entry, typename Projection, typename Key>
 const Entry* find(std::span<const Entry> entries, Key key, Projection projection)
 {
     const auto at = std::ranges::lower_bound(entries, key, {}, projection);

@@ -12,7 +12,7 @@ namespace opcua {
 namespace {
 
 // Runs a writer over a buffer; the buffer is as before when it fails.
-template <class Write>
+template <typename Write>
 OpcUa_StatusCode encode(const EncodingLimits& limits, ByteBuffer& out, Write write)
 {
     try {
@@ -24,7 +24,7 @@ OpcUa_StatusCode encode(const EncodingLimits& limits, ByteBuffer& out, Write wri
     }
 }
 
-template <class Write>
+template <typename Write>
 OpcUa_StatusCode encodeToByteString(OpcUa_ByteString* bytes, Write write)
 {
     OpcUa_ByteString_Initialize(bytes);

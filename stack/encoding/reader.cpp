@@ -92,7 +92,7 @@ bool Reader::textLength(OpcUa_Int32& length, OpcUa_UInt32 limit)
     return bytes <= limit || fail(OpcUa_BadEncodingLimitsExceeded);
 }
 
-template <class Text>
+template <typename Text>
 bool Reader::text(Text& value, OpcUa_UInt32 limit)
 {
     value = {-1, nullptr};
@@ -207,7 +207,7 @@ bool Reader::expandedNodeId(OpcUa_ExpandedNodeId& value)
 
 namespace {
 
-template <class T>
+template <typename T>
 inline const OpcUa_Byte* take(const OpcUa_Byte* at, bool present, T& target)
 {
     if (!present)

@@ -33,7 +33,7 @@ public:
     bool nodeId(OpcUa_NodeId& value);
 
 private:
-    template <class T>
+    template <typename T>
     bool fixed(T& value)
     {
         if (left() < sizeof(T)) {
@@ -45,7 +45,7 @@ private:
         return true;
     }
     // One that the message has only when its bit is set; it holds its null value already.
-    template <class T>
+    template <typename T>
     bool optional(bool present, T& value)
     {
         return !present || fixed(value);
@@ -59,7 +59,7 @@ private:
     bool date(OpcUa_DateTime& value);
     bool boolean(OpcUa_Boolean& value);
     bool textLength(OpcUa_Int32& length, OpcUa_UInt32 limit);
-    template <class Text>
+    template <typename Text>
     bool text(Text& value, OpcUa_UInt32 limit);
     bool string(OpcUa_String& value);
     bool byteString(OpcUa_ByteString& value);
@@ -86,7 +86,7 @@ private:
     [[nodiscard]] const OpcUa_Byte* plainField(const OpcUa_Byte* at, OpcUa_Byte kind, void* target);
     [[nodiscard]] const OpcUa_Byte* plainLocalizedText(const OpcUa_Byte* at, OpcUa_LocalizedText& value);
     [[nodiscard]] const OpcUa_Byte* plainText(const OpcUa_Byte* at, OpcUa_String& value);
-    template <class T>
+    template <typename T>
     [[nodiscard]] const OpcUa_Byte* plainNumber(const OpcUa_Byte* at, T& value)
     {
         if (static_cast<size_t>(m_end - at) < sizeof(T))

@@ -24,7 +24,7 @@ bool isIndirect(const OpcUa_FieldDescriptor& field)
     return field.IsArray || field.IsPointer;
 }
 
-template <class Release>
+template <typename Release>
 void forEachObject(void* objects, const OpcUa_EncodeableType& type, size_t count, Release release)
 {
     for (size_t n = 0; n < count; ++n)

@@ -9,13 +9,13 @@
 namespace {
 
 // Strings and byte strings differ in the type of their bytes and in the NUL behind them.
-template <class Text>
+template <typename Text>
 bool isNull(const Text& value)
 {
     return value.Data == nullptr || value.Length < 0;
 }
 
-template <class Text>
+template <typename Text>
 OpcUa_StatusCode assign(Text* destination, const void* data, size_t length)
 {
     destination->Length = -1;
@@ -34,7 +34,7 @@ OpcUa_StatusCode assign(Text* destination, const void* data, size_t length)
     return OpcUa_Good;
 }
 
-template <class Text>
+template <typename Text>
 OpcUa_StatusCode copy(const Text* source, Text* destination)
 {
     if (isNull(*source))
@@ -42,7 +42,7 @@ OpcUa_StatusCode copy(const Text* source, Text* destination)
     return assign(destination, source->Data, static_cast<size_t>(source->Length));
 }
 
-template <class Text>
+template <typename Text>
 void clear(Text* value)
 {
     OpcUa_Memory_Free(value->Data);
@@ -50,7 +50,7 @@ void clear(Text* value)
     value->Data = nullptr;
 }
 
-template <class Text>
+template <typename Text>
 int compare(const Text& left, const Text& right)
 {
     if (isNull(left) || isNull(right))

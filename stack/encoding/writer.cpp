@@ -45,7 +45,7 @@ bool Writer::enter()
 
 // -- texts and ids ----------------------------------------------------------------------------------------
 
-template <class Text>
+template <typename Text>
 void Writer::text(const Text& value, OpcUa_UInt32 limit)
 {
     if (value.Data == nullptr || value.Length < 0)
@@ -185,7 +185,7 @@ void Writer::variantArray(const OpcUa_Variant& value)
 
 namespace {
 
-template <class T>
+template <typename T>
 inline OpcUa_Byte* place(OpcUa_Byte* at, bool present, const T& value)
 {
     if (!present)

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] OpcUa_StatusCode finish();
 
 private:
-    template <class T>
+    template <typename T>
     void fixed(const T& value)
     {
         ensure(sizeof(T));
@@ -47,7 +47,7 @@ private:
     [[nodiscard]] bool enter();
     void leave() { --m_depth; }
 
-    template <class Text>
+    template <typename Text>
     void text(const Text& value, OpcUa_UInt32 limit);
     void string(const OpcUa_String& value) { text(value, m_limits.maxStringLength); }
     void byteString(const OpcUa_ByteString& value) { text(value, m_limits.maxByteStringLength); }

@@ -86,7 +86,7 @@ public:
         change([&] { completed[transactionId] = status.isGood() ? results.length() : 0; });
     }
 
-    template <class Condition>
+    template <typename Condition>
     [[nodiscard]] bool waitUntil(const Condition& condition)
     {
         std::unique_lock lock(m_mutex);
@@ -101,7 +101,7 @@ public:
     int gaps = 0;
 
 private:
-    template <class Change>
+    template <typename Change>
     void change(const Change& what)
     {
         std::lock_guard lock(m_mutex);

@@ -123,7 +123,7 @@ private:
         }
     }
 
-    template <class Action>
+    template <typename Action>
     void each(const std::vector<std::size_t>& hit, Action action)
     {
         for (const std::size_t n : hit)

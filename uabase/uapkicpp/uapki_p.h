@@ -49,13 +49,13 @@ namespace UaPki {
 template <auto Function>
 struct Free
 {
-    template <class T>
+    template <typename T>
     void operator()(T* object) const
     {
         Function(object);
     }
 };
-template <class T, auto Function>
+template <typename T, auto Function>
 using Pointer = std::unique_ptr<T, Free<Function>>;
 
 using BioPointer = Pointer<BIO, &BIO_free_all>;
@@ -78,7 +78,7 @@ using Bytes = std::span<const unsigned char>;
 
 // An object that lies alone in the bytes. What does not come out the same when it is encoded again is
 // refused, because thumbprints and comparisons would not be those of the bytes.
-template <class T>
+template <typename T>
 [[nodiscard]] T* decode(Bytes bytes, T* (*decoder)(T**, const unsigned char**, long),
                         int (*encoder)(const T*, unsigned char**), void (*release)(T*),
                         const UaPkiErrors& errors)
@@ -106,7 +106,7 @@ template <class T>
 }
 
 // Empty when the object is null or can not be encoded.
-template <class T>
+template <typename T>
 [[nodiscard]] UaByteArray encode(const T* object, int (*encoder)(const T*, unsigned char**),
                                  const UaPkiErrors& errors)
 {

@@ -23,7 +23,7 @@ protected:
             std::make_unique<QlumNewCertificateDlg>(QStringLiteral("Tavelin"), QStringLiteral("Korvanda"));
         dialog->show();
     }
-    template <class T>
+    template <typename T>
     [[nodiscard]] T* find(const char* name) const
     {
         return dialog->findChild<T*>(QLatin1String(name));

@@ -57,7 +57,7 @@ protected:
                 dialog.reject();
         };
     }
-    template <class Widget>
+    template <typename Widget>
     Widget* shown(const char* name) const
     {
         auto* widget = application.window.findChild<Widget*>(QLatin1String(name));

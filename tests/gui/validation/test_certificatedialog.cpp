@@ -26,7 +26,7 @@ protected:
                                                          &security);
         dialog->show();
     }
-    template <class Widget>
+    template <typename Widget>
     Widget* find(const char* name) const
     {
         return dialog->findChild<Widget*>(QLatin1String(name));

@@ -73,7 +73,7 @@ public:
     // clang-format on
 
 private:
-    template <class Results>
+    template <typename Results>
     void note(const char* name, OpcUa_UInt32 id, const UaStatus& status, const Results& results)
     {
         record({name, id, status.statusCode(), results.size()});

@@ -12,7 +12,7 @@
 using BlockSizes = std::vector<int>;
 
 // Answers each request with as many initialised results as it has items, or with surplus more (or fewer).
-template <class Request, class Response, class Item, class Result>
+template <typename Request, typename Response, typename Item, typename Result>
 FakeStack::Handler resultsFor(OpcUa_Int32 Request::*itemCount, Item* Request::*,
                               OpcUa_Int32 Response::*resultCount, Result* Response::*results, int surplus = 0,
                               BlockSizes* blocks = nullptr)
@@ -35,7 +35,7 @@ FakeStack::Handler resultsFor(OpcUa_Int32 Request::*itemCount, Item* Request::*,
                &OpcUa_##Service##Response::Results __VA_OPT__(, ) __VA_ARGS__)
 
 // A handler that gets its arguments typed.
-template <class Request, class Response, class Function>
+template <typename Request, typename Response, typename Function>
 FakeStack::Handler typed(Function function)
 {
     return [function](const void* request, void* response) -> OpcUa_StatusCode {

@@ -195,7 +195,7 @@ protected:
         });
     }
     // A message with one notification of any type.
-    template <class T>
+    template <typename T>
     void notify(OpcUa_UInt32 id, OpcUa_UInt32 number, const OpcUa_EncodeableType& type,
                 std::function<void(T&)> fill)
     {
@@ -207,7 +207,7 @@ protected:
         });
     }
 
-    template <class T>
+    template <typename T>
     static T* attach(OpcUa_NotificationMessage& message, OpcUa_UInt32 number,
                      const OpcUa_EncodeableType& type)
     {

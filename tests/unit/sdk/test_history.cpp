@@ -6,7 +6,7 @@ namespace {
 
 using namespace UaClientSdk;
 
-template <class Body>
+template <typename Body>
 const Body* bodyOf(const OpcUa_ExtensionObject& object, const OpcUa_EncodeableType& type)
 {
     EXPECT_EQ(object.TypeId.NodeId.Identifier.Numeric, type.BinaryEncodingTypeId);
@@ -16,7 +16,7 @@ const Body* bodyOf(const OpcUa_ExtensionObject& object, const OpcUa_EncodeableTy
     return decoded ? static_cast<const Body*>(object.Body.EncodeableObject.Object) : nullptr;
 }
 
-template <class Body>
+template <typename Body>
 Body* makeBody(OpcUa_ExtensionObject& object, const OpcUa_EncodeableType& type)
 {
     void* body = OpcUa_EncodeableObject_Create(&type);

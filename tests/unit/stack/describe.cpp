@@ -54,7 +54,7 @@ Text bytesOf(const OpcUa_ByteString& value)
     return Text("x").append(hexOf(value.Data, static_cast<size_t>(value.Length)));
 }
 
-template <class T>
+template <typename T>
 Text number(const void* value)
 {
     char digits[64];

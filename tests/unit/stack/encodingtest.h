@@ -17,7 +17,7 @@ using Bytes = std::vector<OpcUa_Byte>;
 [[nodiscard]] std::string toHex(std::span<const OpcUa_Byte> bytes);
 [[nodiscard]] Bytes operator+(Bytes left, const Bytes& right);
 // The bytes of a number as they go over the wire.
-template <class T>
+template <typename T>
 [[nodiscard]] Bytes wire(T value)
 {
     const auto* const data = reinterpret_cast<const OpcUa_Byte*>(&value);
@@ -54,7 +54,7 @@ public:
     [[nodiscard]] OpcUa_StatusCode copyFrom(const Value& other);
     [[nodiscard]] int compare(const Value& other) const;
 
-    template <class T>
+    template <typename T>
     [[nodiscard]] T& as()
     {
         return *static_cast<T*>(data());

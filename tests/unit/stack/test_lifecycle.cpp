@@ -13,7 +13,7 @@ namespace {
 
 // Runs a step with the first, second ... allocation failing until it gets through; answers how often it
 // failed.
-template <class Step>
+template <typename Step>
 long failEachAllocation(Step step)
 {
     for (long failing = 0;; ++failing) {

@@ -10,7 +10,7 @@
 
 namespace {
 
-template <class... Arguments>
+template <typename... Arguments>
 std::string format(size_t size, const char* text, Arguments... arguments)
 {
     std::string buffer(size, '#');

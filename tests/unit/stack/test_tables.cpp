@@ -61,7 +61,7 @@ const OpcUa_FieldDescriptor treeFields[] = {
 const OpcUa_EncodeableType treeType = {"Tree", 1, 2, 3, sizeof(Tree), treeFields, 3, 0, 1, 0b110, 5, 0};
 
 // Reads, copies, compares and writes again; answers the bytes written, or nothing when they can not be read.
-template <class Structure>
+template <typename Structure>
 std::string roundTrip(const OpcUa_EncodeableType& type, const Bytes& bytes)
 {
     const size_t before = countingmemory::liveBlocks();
@@ -93,7 +93,7 @@ std::string roundTrip(const OpcUa_EncodeableType& type, const Bytes& bytes)
 }
 
 // What is read is written again; cut by one byte it is refused.
-template <class Structure>
+template <typename Structure>
 void expectRoundTrip(const OpcUa_EncodeableType& type, const char* hex)
 {
     Bytes bytes = fromHex(hex);

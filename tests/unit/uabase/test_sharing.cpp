@@ -20,7 +20,7 @@ void* counted(std::size_t size) noexcept
 }
 
 // How often work allocates.
-template <class Work>
+template <typename Work>
 unsigned long allocationsOf(Work work)
 {
     const unsigned long before = allocations;
