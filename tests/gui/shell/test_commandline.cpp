@@ -43,7 +43,7 @@ protected:
 };
 } // namespace
 
-TEST_F(Session, projectOfTheCommandLineIsLoaded)
+TEST_F(Session, ProjectOfTheCommandLineIsLoaded)
 {
     const QString file = make(QStringLiteral("plant.v2.uap"));
     session.parseArguments({file});
@@ -57,7 +57,7 @@ TEST_F(Session, projectOfTheCommandLineIsLoaded)
     EXPECT_TRUE(application.texts().isEmpty());
 }
 
-TEST_F(Session, badCommandLinesAreToldAndLoadNothing)
+TEST_F(Session, BadCommandLinesAreToldAndLoadNothing)
 {
     const QString upper = make(QStringLiteral("plant.UAP"));
     const QString good = make(QStringLiteral("plant.uap"));
@@ -82,7 +82,7 @@ TEST_F(Session, badCommandLinesAreToldAndLoadNothing)
     }
 }
 
-TEST_F(Session, failedSaveIsShownAndKeepsTheMark)
+TEST_F(Session, FailedSaveIsShownAndKeepsTheMark)
 {
     const QString file = make(QStringLiteral("plant.uap"));
     session.open(file);
@@ -103,7 +103,7 @@ TEST_F(Session, failedSaveIsShownAndKeepsTheMark)
     EXPECT_FALSE(actions[QlumMainActions::SaveProject]->isEnabled());
 }
 
-TEST_F(Session, recentProjectsAreBoundedAndForgetMissingFiles)
+TEST_F(Session, RecentProjectsAreBoundedAndForgetMissingFiles)
 {
     QStringList files;
     for (int i = 0; i < 7; ++i) {
@@ -129,7 +129,7 @@ TEST_F(Session, recentProjectsAreBoundedAndForgetMissingFiles)
     EXPECT_EQ(calls.last(), QStringLiteral("load ") + files.first());
 }
 
-TEST(BugReport, carriesItsBodyThroughTheAddress)
+TEST(BugReport, CarriesItsBodyThroughTheAddress)
 {
     const QString body = QlumBugReport::body();
     EXPECT_TRUE(body.startsWith(QStringLiteral("Tavelin:\n   Version 1.4.2 ")));

@@ -33,7 +33,7 @@ QString saved(QlumLogModel& model)
 }
 } // namespace
 
-TEST(LogModel, gathersEntriesAndDropsTheOldest)
+TEST(LogModel, GathersEntriesAndDropsTheOldest)
 {
     QlumLogModel model;
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
@@ -56,7 +56,7 @@ TEST(LogModel, gathersEntriesAndDropsTheOldest)
     EXPECT_EQ(messages(model), (QStringList{"20"}));
 }
 
-TEST(LogModel, savesOneLineForEachEntry)
+TEST(LogModel, SavesOneLineForEachEntry)
 {
     QlumLogModel model;
     model.addLog(
@@ -73,7 +73,7 @@ TEST(LogModel, savesOneLineForEachEntry)
         << lines.at(2).toStdString();
 }
 
-TEST(LogModel, floodFromAThreadIsBoundedAndCounted)
+TEST(LogModel, FloodFromAThreadIsBoundedAndCounted)
 {
     QlumLogModel model;
     model.setMaxEntries(1000000);
@@ -92,7 +92,7 @@ TEST(LogModel, floodFromAThreadIsBoundedAndCounted)
     EXPECT_EQ(messages(model).last(), QStringLiteral("after"));
 }
 
-TEST(LogModel, textOfServersIsShownAsTextAndCut)
+TEST(LogModel, TextOfServersIsShownAsTextAndCut)
 {
     QlumLogModel model;
     model.addLog(entry(QStringLiteral("<img src=x>") + QString(1000000, QLatin1Char('y'))));
@@ -103,7 +103,7 @@ TEST(LogModel, textOfServersIsShownAsTextAndCut)
     EXPECT_FALSE(tip.contains(QStringLiteral("<img")));
 }
 
-TEST(LogModel, filterKeepsSeriousEntriesWithTheText)
+TEST(LogModel, FilterKeepsSeriousEntriesWithTheText)
 {
     QlumLogModel model;
     QlumLogFilter filter;

@@ -93,7 +93,7 @@ protected:
 };
 } // namespace
 
-TEST_F(MainWindow, standsWithMenusDocksAndPlugins)
+TEST_F(MainWindow, StandsWithMenusDocksAndPlugins)
 {
     QStringList menus;
     for (const QAction* menu : window->menuBar()->actions())
@@ -115,7 +115,7 @@ TEST_F(MainWindow, standsWithMenusDocksAndPlugins)
     EXPECT_EQ(QlumApplicationInterface::instance(), nullptr);
 }
 
-TEST_F(MainWindow, everythingHasANameAndExplainsItself)
+TEST_F(MainWindow, EverythingHasANameAndExplainsItself)
 {
     for (int id = QlumMainActions::NewProject; id <= QlumMainActions::Rebrowse; ++id) {
         const QAction* one = action(static_cast<QlumMainActions::Id>(id));
@@ -130,7 +130,7 @@ TEST_F(MainWindow, everythingHasANameAndExplainsItself)
     }
 }
 
-TEST_F(MainWindow, serverActionsFollowTheStateOfTheServer)
+TEST_F(MainWindow, ServerActionsFollowTheStateOfTheServer)
 {
     using A = QlumMainActions;
     EXPECT_FALSE(action(A::ConnectServer)->isEnabled());
@@ -165,7 +165,7 @@ TEST_F(MainWindow, serverActionsFollowTheStateOfTheServer)
     EXPECT_FALSE(action(A::RemoveServer)->isEnabled());
 }
 
-TEST_F(MainWindow, eachServerHasItsPageAndPluginActionsReachAllOfThem)
+TEST_F(MainWindow, EachServerHasItsPageAndPluginActionsReachAllOfThem)
 {
     auto* pluginAction = new QAction(QStringLiteral("Call..."), window.get());
     FakeServer* first = addServer();
@@ -195,7 +195,7 @@ TEST_F(MainWindow, eachServerHasItsPageAndPluginActionsReachAllOfThem)
     EXPECT_EQ(pages()->count(), 2);
 }
 
-TEST_F(MainWindow, documentsAreTabsAndNodes)
+TEST_F(MainWindow, DocumentsAreTabsAndNodes)
 {
     QTabWidget* tabs = window->centralTabWidget();
     const int before = tabs->count();
@@ -214,7 +214,7 @@ TEST_F(MainWindow, documentsAreTabsAndNodes)
     EXPECT_EQ(window->projectModel()->findDocument(QStringLiteral("Alarms")), nullptr);
 }
 
-TEST_F(MainWindow, projectIsSavedAndLoadedWithItsConnections)
+TEST_F(MainWindow, ProjectIsSavedAndLoadedWithItsConnections)
 {
     QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("plant.uap"));
@@ -238,7 +238,7 @@ TEST_F(MainWindow, projectIsSavedAndLoadedWithItsConnections)
     EXPECT_EQ(window->centralTabWidget()->count(), 1);
 }
 
-TEST_F(MainWindow, closingAsksForAnUnsavedProject)
+TEST_F(MainWindow, ClosingAsksForAnUnsavedProject)
 {
     window->show();
     addServer();
@@ -259,7 +259,7 @@ TEST_F(MainWindow, closingAsksForAnUnsavedProject)
     EXPECT_TRUE(driver.seen().isEmpty());
 }
 
-TEST_F(MainWindow, errorsOfLowerLayersReachTheLogAndLevelsFilter)
+TEST_F(MainWindow, ErrorsOfLowerLayersReachTheLogAndLevelsFilter)
 {
     UaTrace::tError("%s", "channel broke");
     UaTrace::tWarning("%s", "slow");
@@ -287,7 +287,7 @@ TEST_F(MainWindow, errorsOfLowerLayersReachTheLogAndLevelsFilter)
         1);
 }
 
-TEST_F(MainWindow, traceFollowsItsSettings)
+TEST_F(MainWindow, TraceFollowsItsSettings)
 {
     QTemporaryDir folder;
     window->setSettingsValue(QStringLiteral("Trace.Filename"), folder.filePath(QStringLiteral("trace.log")));
@@ -311,7 +311,7 @@ TEST_F(MainWindow, traceFollowsItsSettings)
                                            "Settings->Configure Tavelin..."));
 }
 
-TEST_F(MainWindow, settingsDialogStoresOnlyWhatWasChanged)
+TEST_F(MainWindow, SettingsDialogStoresOnlyWhatWasChanged)
 {
     QlumSettingsModel settings;
     QStringList changed;
@@ -327,7 +327,7 @@ TEST_F(MainWindow, settingsDialogStoresOnlyWhatWasChanged)
     EXPECT_TRUE(changed.isEmpty()) << changed.join(QLatin1Char(' ')).toStdString();
 }
 
-TEST_F(MainWindow, updateQuestionIsAskedOnce)
+TEST_F(MainWindow, UpdateQuestionIsAskedOnce)
 {
     const DialogDriver driver([](QDialog& dialog) { dialog.accept(); });
     window->setupUpdateSettings();

@@ -32,7 +32,7 @@ protected:
 
 } // namespace
 
-TEST_F(Plugins, loadInTheOrderOfTheList)
+TEST_F(Plugins, LoadInTheOrderOfTheList)
 {
     loader.loadPlugins(&application);
     QStringList keys;
@@ -50,7 +50,7 @@ TEST_F(Plugins, loadInTheOrderOfTheList)
     }
 }
 
-TEST_F(Plugins, documentTypesFindTheirPlugin)
+TEST_F(Plugins, DocumentTypesFindTheirPlugin)
 {
     loader.loadPlugins(&application);
     for (const char* type :
@@ -70,7 +70,7 @@ TEST_F(Plugins, documentTypesFindTheirPlugin)
     EXPECT_EQ(loader.pluginFromDocumentType(QString()), nullptr);
 }
 
-TEST_F(Plugins, sharedObjectThatIsNoPluginIsToldAndSkipped)
+TEST_F(Plugins, SharedObjectThatIsNoPluginIsToldAndSkipped)
 {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("plugins")));
     QFile bogus(folder.filePath(QStringLiteral("plugins/bogus.so")));
@@ -86,7 +86,7 @@ TEST_F(Plugins, sharedObjectThatIsNoPluginIsToldAndSkipped)
     EXPECT_EQ(loader.plugin(QStringLiteral("bogus.so")), nullptr);
 }
 
-TEST_F(Plugins, directorReachesEveryPluginAndUnloadingTakesThemAway)
+TEST_F(Plugins, DirectorReachesEveryPluginAndUnloadingTakesThemAway)
 {
     loader.loadPlugins(&application);
     QlumDirector director(&loader);
@@ -105,7 +105,7 @@ TEST_F(Plugins, directorReachesEveryPluginAndUnloadingTakesThemAway)
     director.serverSelectionChanged(7); // nobody is left, and nobody is called
 }
 
-TEST_F(Plugins, dialogListsInterfacesAndDocumentTypes)
+TEST_F(Plugins, DialogListsInterfacesAndDocumentTypes)
 {
     loader.loadPlugins(&application);
     const QlumPluginDialog dialog(loader.path(), loader.filenames());

@@ -104,7 +104,7 @@ protected:
 };
 } // namespace
 
-TEST_F(ProjectFile, roundTripMapsServerIds)
+TEST_F(ProjectFile, RoundTripMapsServerIds)
 {
     Project saved;
     QlumServerNode* first = saved.model.addServer(
@@ -139,7 +139,7 @@ TEST_F(ProjectFile, roundTripMapsServerIds)
     EXPECT_EQ(loaded.sheet(0)->serverIds, expected);
 }
 
-TEST_F(ProjectFile, oldDocumentTypeIsReadAndUnknownOneSkipped)
+TEST_F(ProjectFile, OldDocumentTypeIsReadAndUnknownOneSkipped)
 {
     write("[Documents]\nOld\\DocumentType=Data Access Classic View\nOld\\DocumentSettings\\Text=kept\n"
           "Odd\\DocumentType=Coffee View\n");
@@ -150,7 +150,7 @@ TEST_F(ProjectFile, oldDocumentTypeIsReadAndUnknownOneSkipped)
     EXPECT_EQ(project.sheet(0)->text, QStringLiteral("kept"));
 }
 
-TEST_F(ProjectFile, failedSaveLeavesTheFile)
+TEST_F(ProjectFile, FailedSaveLeavesTheFile)
 {
     Project project;
     EXPECT_FALSE(project.file().save(folder.filePath(QStringLiteral("missing/plant.uap"))));
@@ -165,7 +165,7 @@ TEST_F(ProjectFile, failedSaveLeavesTheFile)
     }
 }
 
-TEST_F(ProjectFile, saveKeepsAccessRightsAndReplacesOldEntries)
+TEST_F(ProjectFile, SaveKeepsAccessRightsAndReplacesOldEntries)
 {
     write("[Stale]\nkey=1\n");
     QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
@@ -177,7 +177,7 @@ TEST_F(ProjectFile, saveKeepsAccessRightsAndReplacesOldEntries)
               QStringList{QStringLiteral("plant.uap")});
 }
 
-TEST_F(ProjectFile, objectsAndRubbishInAFileAreRefused)
+TEST_F(ProjectFile, ObjectsAndRubbishInAFileAreRefused)
 {
     write("[Servers]\n1\\Name=Good\n1\\ProjectServerId=1\n1\\Namespaces\\4000000000=urn:far\n"
           "1\\Namespaces\\-1=urn:before\n1\\Namespaces\\1=urn:one\n"
@@ -195,7 +195,7 @@ TEST_F(ProjectFile, objectsAndRubbishInAFileAreRefused)
               (QStringList{QString(), QStringLiteral("urn:one")}));
 }
 
-TEST_F(ProjectFile, hugeFilesAndPipesAreRefused)
+TEST_F(ProjectFile, HugeFilesAndPipesAreRefused)
 {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -218,7 +218,7 @@ TEST_F(ProjectFile, hugeFilesAndPipesAreRefused)
     EXPECT_TRUE(qlumCheckIniFile(folder.filePath(QStringLiteral("none.uap"))).readable);
 }
 
-TEST(ProjectModel, hasItsSkeletonAndFollowsItsNodes)
+TEST(ProjectModel, HasItsSkeletonAndFollowsItsNodes)
 {
     Project project;
     QlumProjectModel& model = project.model;
@@ -241,7 +241,7 @@ TEST(ProjectModel, hasItsSkeletonAndFollowsItsNodes)
     EXPECT_EQ(model.registry().name(id), QString());
 }
 
-TEST(ProjectModel, renamingADocumentRefusesWhatAFileCouldNotKeep)
+TEST(ProjectModel, RenamingADocumentRefusesWhatAFileCouldNotKeep)
 {
     Project project;
     QlumProjectNodeDocument* a = project.addDocument(QStringLiteral("Data Access View"), QStringLiteral("A"));

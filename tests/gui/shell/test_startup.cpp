@@ -47,7 +47,7 @@ private:
 };
 } // namespace
 
-TEST_F(Home, foldersAreMadeAndTheKeyFolderIsPrivate)
+TEST_F(Home, FoldersAreMadeAndTheKeyFolderIsPrivate)
 {
     prepareFolders();
     for (const char* name :
@@ -59,7 +59,7 @@ TEST_F(Home, foldersAreMadeAndTheKeyFolderIsPrivate)
               QFile::Permissions());
 }
 
-TEST_F(Home, oldStoreIsMoved)
+TEST_F(Home, OldStoreIsMoved)
 {
     write(QStringLiteral("PKI/CA/certs/tavelin.der"), "own");
     write(QStringLiteral("PKI/CA/private/tavelin_key.pem"), "key");
@@ -75,7 +75,7 @@ TEST_F(Home, oldStoreIsMoved)
     EXPECT_FALSE(QDir(below(QStringLiteral("PKI/CA"))).exists());
 }
 
-TEST_F(Home, whatCanNotBeMovedStaysForTheNextStart)
+TEST_F(Home, WhatCanNotBeMovedStaysForTheNextStart)
 {
     write(QStringLiteral("PKI/CA/private/tavelin_key.pem"), "old");
     write(QStringLiteral("PKI/own/private/tavelin_key.pem"), "new");
@@ -90,7 +90,7 @@ TEST_F(Home, whatCanNotBeMovedStaysForTheNextStart)
     EXPECT_FALSE(QDir(below(QStringLiteral("PKI/CA"))).exists());
 }
 
-TEST_F(Home, damagedSettingsAreCleanedAndKept)
+TEST_F(Home, DamagedSettingsAreCleanedAndKept)
 {
     EXPECT_TRUE(qlumCleanSettingsFile().isEmpty()); // there is none yet
     const QByteArray good("[General]\nGeneral.CallTimeout=5\ngeometry=@ByteArray(\\x1\\xd9)\n");
@@ -104,14 +104,14 @@ TEST_F(Home, damagedSettingsAreCleanedAndKept)
     EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), bad);
 }
 
-TEST(TipWindow, readsTipsThatEndWithAnEmptyLine)
+TEST(TipWindow, ReadsTipsThatEndWithAnEmptyLine)
 {
     QString text = QStringLiteral("\n\nfirst \ntip\n\nsecond\n\n\nthird is cut off\n");
     QTextStream stream(&text);
     EXPECT_EQ(QlumTipWindow::readTips(stream), (QStringList{"first tip", "second"}));
 }
 
-TEST(TipWindow, turnsPagesBothWaysAndKeepsItsFlag)
+TEST(TipWindow, TurnsPagesBothWaysAndKeepsItsFlag)
 {
     QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("tips.txt")));
@@ -143,20 +143,20 @@ TEST(TipWindow, turnsPagesBothWaysAndKeepsItsFlag)
     EXPECT_EQ(missing.currentText(), QStringLiteral("Tip file is missing."));
 }
 
-TEST(TipWindow, programHasTipsOfItsOwn)
+TEST(TipWindow, ProgramHasTipsOfItsOwn)
 {
     const QlumTipWindow window;
     EXPECT_TRUE(window.fileRead());
     EXPECT_GT(window.currentText().size(), 20);
 }
 
-TEST(Startup, platformErrorIsShownAsEightDigits)
+TEST(Startup, PlatformErrorIsShownAsEightDigits)
 {
     EXPECT_EQ(QlumStartup::platformErrorText(0x1234),
               QStringLiteral("Could not initialize OPC UA platform layer (error=0x00001234)."));
 }
 
-TEST(SplashScreen, paintsItsTextWithoutTheEventLoop)
+TEST(SplashScreen, PaintsItsTextWithoutTheEventLoop)
 {
     QPixmap picture(300, 100);
     picture.fill(Qt::black);
@@ -173,7 +173,7 @@ TEST(SplashScreen, paintsItsTextWithoutTheEventLoop)
     EXPECT_EQ(QlumSplashScreen::message(), QStringLiteral("Loading..."));
 }
 
-TEST(Settings, defaultsHaveTheirTypesAndStoredValuesComeBack)
+TEST(Settings, DefaultsHaveTheirTypesAndStoredValuesComeBack)
 {
     QSettings().clear();
     {

@@ -85,7 +85,7 @@ const QStringList upToDate{
     QStringLiteral("Already up to date: The newest version of Tavelin is already installed.")};
 } // namespace
 
-TEST_F(UpdateCheck, versionsAreComparedAsNumbers)
+TEST_F(UpdateCheck, VersionsAreComparedAsNumbers)
 {
     EXPECT_EQ(check("V=1.4.2\nURL=https://x.example/a\n"), upToDate);
     EXPECT_EQ(check("V=1.3.99\r\nURL=https://x.example/a\r\n"), upToDate);
@@ -101,7 +101,7 @@ TEST_F(UpdateCheck, versionsAreComparedAsNumbers)
     }
 }
 
-TEST_F(UpdateCheck, badAnswersAreLoggedAndLeaveNoDate)
+TEST_F(UpdateCheck, BadAnswersAreLoggedAndLeaveNoDate)
 {
     check("<html>V=9.9.9 URL=https://x.example</html>");
     check("V=1.5\nURL=https://x.example/a\n");
@@ -118,7 +118,7 @@ TEST_F(UpdateCheck, badAnswersAreLoggedAndLeaveNoDate)
     EXPECT_TRUE(lastUpdate().isEmpty());
 }
 
-TEST_F(UpdateCheck, automaticCheckIsSilentAndKeepsItsInterval)
+TEST_F(UpdateCheck, AutomaticCheckIsSilentAndKeepsItsInterval)
 {
     const auto setLast = [](const QDateTime& when) {
         QSettings().setValue(QStringLiteral("AutomaticUpdate/LastUpdate"), when.toString(Qt::ISODate));

@@ -52,7 +52,7 @@ private:
 
 } // namespace
 
-TEST_F(HostileEncoding, cutAnywhere)
+TEST_F(HostileEncoding, CutAnywhere)
 {
     for (const ReferenceCase& reference : referenceCases("builtin.txt")) {
         for (size_t size = 0; size < reference.bytes.size(); ++size) {
@@ -70,7 +70,7 @@ TEST_F(HostileEncoding, cutAnywhere)
     }
 }
 
-TEST_F(HostileEncoding, lyingLengthsTakeNoMemory)
+TEST_F(HostileEncoding, LyingLengthsTakeNoMemory)
 {
     countingmemory::resetPeak();
     const size_t before = countingmemory::peakBytes();
@@ -85,7 +85,7 @@ TEST_F(HostileEncoding, lyingLengthsTakeNoMemory)
     EXPECT_EQ(countingmemory::peakBytes(), before);
 }
 
-TEST_F(HostileEncoding, negativeLengthsAreNull)
+TEST_F(HostileEncoding, NegativeLengthsAreNull)
 {
     for (const OpcUa_Int32 length : {-1, -2, INT32_MIN}) {
         Value text(OpcUaType_String);
@@ -97,7 +97,7 @@ TEST_F(HostileEncoding, negativeLengthsAreNull)
     }
 }
 
-TEST_F(HostileEncoding, limitsOfTheCallerAreKept)
+TEST_F(HostileEncoding, LimitsOfTheCallerAreKept)
 {
     const Bytes header = fromHex("01008d01") + Bytes(8 + 4 + 4 + 1, 0);
     const auto withTexts = [&](const Bytes& texts) { return header + texts + fromHex("000000"); };
@@ -122,7 +122,7 @@ TEST_F(HostileEncoding, limitsOfTheCallerAreKept)
     EXPECT_EQ(toHex(out), "ca");
 }
 
-TEST_F(HostileEncoding, nestingStopsAtOneHundred)
+TEST_F(HostileEncoding, NestingStopsAtOneHundred)
 {
     const Bytes leaf{OpcUaType_Byte, 7};
     EXPECT_EQ(decode(OpcUaType_Variant, variantOfVariants(100, leaf)), OpcUa_Good);
@@ -140,7 +140,7 @@ TEST_F(HostileEncoding, nestingStopsAtOneHundred)
 }
 
 // All kinds draw on one budget: sixty levels of one in sixty of the other are too many.
-TEST_F(HostileEncoding, nestingOfMixedKindsAddsUp)
+TEST_F(HostileEncoding, NestingOfMixedKindsAddsUp)
 {
     const Bytes dataValues = repeated({OpcUaType_DataValue, 1}, 60) + Bytes{OpcUaType_Byte, 7};
     EXPECT_EQ(decode(OpcUaType_Variant, variantOfVariants(40, dataValues)), OpcUa_Good);
@@ -155,7 +155,7 @@ TEST_F(HostileEncoding, nestingOfMixedKindsAddsUp)
     EXPECT_EQ(decode(OpcUaType_Variant, body), OpcUa_BadEncodingLimitsExceeded);
 }
 
-TEST_F(HostileEncoding, memoryStaysInProportion)
+TEST_F(HostileEncoding, MemoryStaysInProportion)
 {
     constexpr size_t count = 4'000'000;
     // four million empty data values would be fourteen times the message
@@ -175,7 +175,7 @@ TEST_F(HostileEncoding, memoryStaysInProportion)
               OpcUa_Good);
 }
 
-TEST_F(HostileEncoding, dimensionsThatDoNotFitLeaveAPlainArray)
+TEST_F(HostileEncoding, DimensionsThatDoNotFitLeaveAPlainArray)
 {
     const Bytes six = Bytes{matrixBit | OpcUaType_Byte} + wire<OpcUa_Int32>(6) + Bytes{1, 2, 3, 4, 5, 6};
     const std::vector<std::vector<OpcUa_Int32>> wrong = {
@@ -198,7 +198,7 @@ TEST_F(HostileEncoding, dimensionsThatDoNotFitLeaveAPlainArray)
     EXPECT_EQ(describe(OpcUaType_Variant, empty.data()), "type=Boolean rank=matrix dims=0,3 length=0");
 }
 
-TEST_F(HostileEncoding, typeIdsThatDoNotExist)
+TEST_F(HostileEncoding, TypeIdsThatDoNotExist)
 {
     for (OpcUa_Byte type = 26; type <= 31; ++type) {
         Value value(OpcUaType_Variant);
@@ -218,7 +218,7 @@ TEST_F(HostileEncoding, typeIdsThatDoNotExist)
     EXPECT_EQ(decodeMessage(fromHex("01017702 00000000")), OpcUa_BadDataTypeIdUnknown) << "another namespace";
 }
 
-TEST_F(HostileEncoding, numbersOutOfRangeAreTamed)
+TEST_F(HostileEncoding, NumbersOutOfRangeAreTamed)
 {
     Value date(OpcUaType_DateTime);
     ASSERT_EQ(date.decode(wire(INT64_MIN)), OpcUa_Good);
@@ -234,7 +234,7 @@ TEST_F(HostileEncoding, numbersOutOfRangeAreTamed)
 }
 
 // A range in an extension object: the length of the body is what counts.
-TEST_F(HostileEncoding, extensionBodyIsAWindow)
+TEST_F(HostileEncoding, ExtensionBodyIsAWindow)
 {
     const Bytes id =
         Bytes{1, 0} + wire(static_cast<OpcUa_UInt16>(OpcUa_Range_EncodeableType.BinaryEncodingTypeId));
@@ -275,7 +275,7 @@ TEST_F(HostileEncoding, extensionBodyIsAWindow)
 }
 
 // Any change of a few bytes either fails or gives a value that can be written, read again and compared.
-TEST_F(HostileEncoding, randomChanges)
+TEST_F(HostileEncoding, RandomChanges)
 {
     std::mt19937 random(20240611);
     const std::vector<ReferenceCase> cases = referenceCases("messages.txt");

@@ -129,7 +129,7 @@ private:
 
 } // namespace
 
-TEST(EncodingLifeCycle, everyAllocationOfEveryTypeMayFail)
+TEST(EncodingLifeCycle, EveryAllocationOfEveryTypeMayFail)
 {
     const size_t before = countingmemory::liveBlocks();
     size_t types = 0;
@@ -163,7 +163,7 @@ TEST(EncodingLifeCycle, everyAllocationOfEveryTypeMayFail)
     EXPECT_EQ(countingmemory::liveBlocks(), before);
 }
 
-TEST(EncodingLifeCycle, everyAllocationMayFail)
+TEST(EncodingLifeCycle, EveryAllocationMayFail)
 {
     const size_t before = countingmemory::liveBlocks();
     for (const ReferenceCase& reference : referenceCases("messages.txt")) {
@@ -194,7 +194,7 @@ TEST(EncodingLifeCycle, everyAllocationMayFail)
     EXPECT_EQ(countingmemory::liveBlocks(), before);
 }
 
-TEST(EncodingLifeCycle, emptyAndNullAreToldApart)
+TEST(EncodingLifeCycle, EmptyAndNullAreToldApart)
 {
     OpcUa_String empty;
     OpcUa_String null;
@@ -225,7 +225,7 @@ TEST(EncodingLifeCycle, emptyAndNullAreToldApart)
     EXPECT_TRUE(answer("ffffffff"));
 }
 
-TEST(EncodingLifeCycle, attachedStructureIsWrittenWithItsLength)
+TEST(EncodingLifeCycle, AttachedStructureIsWrittenWithItsLength)
 {
     const size_t before = countingmemory::liveBlocks();
     OpcUa_ExtensionObject object;
@@ -245,7 +245,7 @@ TEST(EncodingLifeCycle, attachedStructureIsWrittenWithItsLength)
     EXPECT_EQ(countingmemory::liveBlocks(), before);
 }
 
-TEST(EncodingLifeCycle, whatCanNotBeWrittenIsRefused)
+TEST(EncodingLifeCycle, WhatCanNotBeWrittenIsRefused)
 {
     OpcUa_Variant variant{};
     OpcUa_ByteString bytes;

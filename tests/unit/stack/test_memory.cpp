@@ -35,7 +35,7 @@ std::vector<Piece> cutPieces(std::mt19937& random, size_t count)
 
 } // namespace
 
-TEST(TextPool, piecesDoNotOverlapAndOutliveThePool)
+TEST(TextPool, PiecesDoNotOverlapAndOutliveThePool)
 {
     std::mt19937 random(7);
     const std::vector<Piece> pieces = cutPieces(random, 2000);
@@ -49,7 +49,7 @@ TEST(TextPool, piecesDoNotOverlapAndOutliveThePool)
 
 // Pieces of one block are freed by several threads at once, while the pool still cuts from it too; nothing
 // stays.
-TEST(TextPool, blocksGoWithTheirLastPieceOnWhateverThread)
+TEST(TextPool, BlocksGoWithTheirLastPieceOnWhateverThread)
 {
     constexpr size_t rounds = 200;
     constexpr size_t threadCount = 4;
@@ -75,7 +75,7 @@ TEST(TextPool, blocksGoWithTheirLastPieceOnWhateverThread)
     EXPECT_LT(mallinfo2().uordblks, before + 3'000'000);
 }
 
-TEST(TextPool, memoryOfOneBlockEach)
+TEST(TextPool, MemoryOfOneBlockEach)
 {
     EXPECT_EQ(OpcUa_Memory_Alloc(0), nullptr);
     EXPECT_EQ(OpcUa_Memory_AllocArray(SIZE_MAX / 2, 3), nullptr);

@@ -21,7 +21,7 @@ std::string format(size_t size, const char* text, Arguments... arguments)
 
 } // namespace
 
-TEST(Platform, formatsLikePrintfAndLeavesTheRestAlone)
+TEST(Platform, FormatsLikePrintfAndLeavesTheRestAlone)
 {
     EXPECT_EQ(format(64, "%04d-%02d %s %04X", 7, 3, "text", 0xABu), "0007-03 text 00AB");
     EXPECT_EQ(format(64, "%03d%|%d|%-4s|%5.2f|%%", 5, 6, "a", 1.5), "005%|6|a   | 1.50|%");
@@ -35,7 +35,7 @@ TEST(Platform, formatsLikePrintfAndLeavesTheRestAlone)
     EXPECT_EQ(untouched, '#');
 }
 
-TEST(Platform, versionHasItsSixFields)
+TEST(Platform, VersionHasItsSixFields)
 {
     for (const char* text : {OpcUa_P_GetVersion(), OpcUa_ProxyStub_GetVersion()}) {
         const std::string version = text;
@@ -45,7 +45,7 @@ TEST(Platform, versionHasItsSixFields)
     EXPECT_NE(std::string(OpcUa_P_GetConfigString()).find(':'), std::string::npos);
 }
 
-TEST(Platform, threadsHaveSmallIdsOfTheirOwn)
+TEST(Platform, ThreadsHaveSmallIdsOfTheirOwn)
 {
     const OpcUa_UInt32 mine = OpcUa_Thread_GetCurrentThreadId();
     OpcUa_UInt32 other = mine;
@@ -55,7 +55,7 @@ TEST(Platform, threadsHaveSmallIdsOfTheirOwn)
     EXPECT_LT(std::max(mine, other), 0x10000u);
 }
 
-TEST(Platform, clockCountsFrom1601)
+TEST(Platform, ClockCountsFrom1601)
 {
     const auto since1970 = std::chrono::system_clock::now().time_since_epoch();
     const auto ticks = std::chrono::duration_cast<std::chrono::nanoseconds>(since1970).count() / 100;

@@ -9,7 +9,7 @@
 
 #include <set>
 
-TEST(ReferenceEncoding, everyBuiltInTypeReadsAndWritesTheSameBytes)
+TEST(ReferenceEncoding, EveryBuiltInTypeReadsAndWritesTheSameBytes)
 {
     const size_t blocksBefore = countingmemory::liveBlocks();
     std::set<OpcUa_Byte> seen;
@@ -36,7 +36,7 @@ TEST(ReferenceEncoding, everyBuiltInTypeReadsAndWritesTheSameBytes)
 }
 
 // Two different values of one type never compare equal, and the order does not depend on the side.
-TEST(ReferenceEncoding, differentValuesCompareUnequal)
+TEST(ReferenceEncoding, DifferentValuesCompareUnequal)
 {
     const std::vector<ReferenceCase> cases = referenceCases("builtin.txt");
     for (size_t i = 1; i < cases.size(); ++i) {
@@ -54,7 +54,7 @@ TEST(ReferenceEncoding, differentValuesCompareUnequal)
     }
 }
 
-TEST(ReferenceEncoding, messagesReadAndWriteTheSameBytes)
+TEST(ReferenceEncoding, MessagesReadAndWriteTheSameBytes)
 {
     const size_t blocksBefore = countingmemory::liveBlocks();
     const std::vector<ReferenceCase> cases = referenceCases("messages.txt");
@@ -82,7 +82,7 @@ TEST(ReferenceEncoding, messagesReadAndWriteTheSameBytes)
 }
 
 // Fields land where the C structure has them, not only where writer and reader agree.
-TEST(ReferenceEncoding, fieldsOfMessagesHaveTheirPlace)
+TEST(ReferenceEncoding, FieldsOfMessagesHaveTheirPlace)
 {
     for (const ReferenceCase& reference : referenceCases("messages.txt")) {
         opcua::DecodedMessage message;

@@ -104,7 +104,7 @@ void expectRoundTrip(const OpcUa_EncodeableType& type, const char* hex)
 
 } // namespace
 
-TEST(EncodingTables, optionalFieldsFollowTheMask)
+TEST(EncodingTables, OptionalFieldsFollowTheMask)
 {
     expectRoundTrip<Sheet>(sheetType, "00000000 07000000");
     expectRoundTrip<Sheet>(sheetType, "01000000 02000000 6869 07000000");
@@ -113,7 +113,7 @@ TEST(EncodingTables, optionalFieldsFollowTheMask)
     EXPECT_EQ(roundTrip<Sheet>(sheetType, fromHex("04000000 07000000")), "") << "a bit without a field";
 }
 
-TEST(EncodingTables, unionsHoldOneField)
+TEST(EncodingTables, UnionsHoldOneField)
 {
     expectRoundTrip<Choice>(choiceType, "01000000 000000000000f03f");
     expectRoundTrip<Choice>(choiceType, "02000000 02000000 6869");
@@ -126,7 +126,7 @@ TEST(EncodingTables, unionsHoldOneField)
     EXPECT_EQ(choice.SwitchField, 0u);
 }
 
-TEST(EncodingTables, recursionIsBounded)
+TEST(EncodingTables, RecursionIsBounded)
 {
     expectRoundTrip<Tree>(treeType, "03000000 01 00000000 02 02000000 03 00000000 04");
     Tree tree;
@@ -136,7 +136,7 @@ TEST(EncodingTables, recursionIsBounded)
     EXPECT_EQ(tree.Left, nullptr);
 }
 
-TEST(EncodingTables, everyTypeIsFoundAndItsNullValueIsItsLeastEncoding)
+TEST(EncodingTables, EveryTypeIsFoundAndItsNullValueIsItsLeastEncoding)
 {
     size_t types = 0;
     for (OpcUa_UInt32 id = 1; id < 40'000; ++id) {
@@ -170,7 +170,7 @@ TEST(EncodingTables, everyTypeIsFoundAndItsNullValueIsItsLeastEncoding)
     EXPECT_EQ(OpcUa_EncodeableType_FindByTypeId(UINT32_MAX), nullptr);
 }
 
-TEST(EncodingTables, fieldsTellTheirDataType)
+TEST(EncodingTables, FieldsTellTheirDataType)
 {
     const OpcUa_EncodeableType* const type = OpcUa_EncodeableType_FindByTypeId(OpcUaId_ServerStatusDataType);
     ASSERT_NE(type, nullptr);
@@ -181,7 +181,7 @@ TEST(EncodingTables, fieldsTellTheirDataType)
     EXPECT_EQ(type->Fields[3].StructureType, &OpcUa_BuildInfo_EncodeableType);
 }
 
-TEST(EncodingTables, namesOfNumbers)
+TEST(EncodingTables, NamesOfNumbers)
 {
     EXPECT_STREQ(OpcUa_StatusCode_Name(OpcUa_Good), "Good");
     EXPECT_STREQ(OpcUa_StatusCode_Name(0x800A0000u), "BadTimeout");
