@@ -5,7 +5,7 @@
 
 namespace opcua::bench {
 
-// Of all threads since the start.
+/// Of all threads since the start.
 [[nodiscard]] std::size_t allocationCount();
 
 } // namespace opcua::bench

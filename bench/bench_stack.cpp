@@ -137,7 +137,7 @@ void printTimeBudgets(const Measurements& cpu)
                 keys > 0);
 }
 
-// ---- memory -------------------------------------------------------------------------------------
+// ---- memory
 
 using Output = std::unique_ptr<FILE, int (*)(FILE*)>;
 

@@ -41,7 +41,7 @@ double processCpu() // us
     std::exit(1);
 }
 
-// ---- the server ------------------------------------------------------------------------------------------
+// ---- the server
 
 template <typename Response>
 void respond(ServerChannel& channel, OpcUa_UInt32 id, const OpcUa_EncodeableType& type,
@@ -153,7 +153,7 @@ std::uint16_t startServer()
     return port;
 }
 
-// ---- the client ------------------------------------------------------------------------------------------
+// ---- the client
 
 class QuietCallback : public UaSessionCallback
 {

@@ -7,7 +7,7 @@
 
 namespace opcua::bench {
 
-// A message's object, freed with its owner.
+/// A message's object, freed with its owner.
 template <typename Message, const OpcUa_EncodeableType& Type>
 class Owned
 {
@@ -29,12 +29,12 @@ using PublishResponse = Owned<OpcUa_PublishResponse, OpcUa_PublishResponse_Encod
 
 inline constexpr OpcUa_DateTime someTime = 132000000000000000;
 
-// A Double with both timestamps.
+/// A Double with both timestamps.
 void fill(OpcUa_DataValue& value, int index);
 void fill(OpcUa_ReadResponse& response, int values);
-// One result with references to variables of namespace 1.
+/// One result with references to variables of namespace 1.
 void fill(OpcUa_BrowseResponse& response, int references);
-// One data change notification; handles count from 1.
+/// One data change notification; handles count from 1.
 void fill(OpcUa_PublishResponse& response, int notifications);
 
 } // namespace opcua::bench

@@ -47,7 +47,7 @@ bool placeValues(std::span<const FlatValue> values, MutableByteView out)
     return true;
 }
 
-// ---- references ---------------------------------------------------------------------------------
+// ---- references
 
 namespace {
 

@@ -17,7 +17,7 @@ struct FlatValue
     OpcUa_DateTime server;
 };
 
-// A reference whose texts lie in the message's one block.
+/// A reference whose texts lie in the message's one block.
 struct FlatReference
 {
     OpcUa_UInt32 referenceType;
@@ -34,13 +34,13 @@ struct FlatReference
 
 // All of these: false, or null, when the bytes are not as expected or do not suffice.
 
-// The values at the end of a ReadResponse of Doubles with two timestamps.
+/// The values at the end of a ReadResponse of Doubles with two timestamps.
 [[nodiscard]] bool takeValues(ByteView message, std::span<FlatValue> values);
-// Writes what takeValues reads, without the response header.
+/// Writes what takeValues reads, without the response header.
 [[nodiscard]] bool placeValues(std::span<const FlatValue> values, MutableByteView out);
 
-// The references of a BrowseResponse with one result: one pass and one block, the records first, the texts
-// behind them.
+/// The references of a BrowseResponse with one result: one pass and one block, the records first, the texts
+/// behind them.
 [[nodiscard]] std::unique_ptr<char[]> takeReferences(ByteView message, size_t count);
 [[nodiscard]] inline const FlatReference* recordsOf(const std::unique_ptr<char[]>& block)
 {

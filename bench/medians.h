@@ -9,7 +9,7 @@
 
 #include <benchmark/benchmark.h>
 
-// Keeps the time of each repetition, so that ratios can be told from medians of one run.
+/// Keeps the time of each repetition, so that ratios can be told from medians of one run.
 class Medians : public benchmark::ConsoleReporter
 {
 public:
@@ -20,14 +20,14 @@ public:
                 m_times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
     }
 
-    // 0 for a benchmark that did not run.
+    /// 0 for a benchmark that did not run.
     double of(const std::string& name) { return median(m_times[name]); }
 
 private:
     std::map<std::string, std::vector<double>> m_times;
 };
 
-// Runs the program's benchmarks with their repetitions mixed, so that a busy moment hits all alike.
+/// Runs the program's benchmarks with their repetitions mixed, so that a busy moment hits all alike.
 inline void runInterleaved(int argc, char** argv, Medians& medians)
 {
     std::vector<char*> arguments(argv, argv + argc);
@@ -39,7 +39,7 @@ inline void runInterleaved(int argc, char** argv, Medians& medians)
     benchmark::Shutdown();
 }
 
-// The time of a benchmark as a multiple of its yardstick's.
+/// The time of a benchmark as a multiple of its yardstick's.
 inline void printRatioBudget(const char* name, Medians& medians, const char* measured, const char* yardstick,
                              double limit)
 {

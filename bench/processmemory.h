@@ -7,7 +7,7 @@
 
 namespace opcua::bench {
 
-// The most that it has held at a time, code included; 0 when the system does not tell.
+/// The most that it has held at a time, code included; 0 when the system does not tell.
 inline std::size_t peakKilobytes()
 {
     std::ifstream status("/proc/self/status");

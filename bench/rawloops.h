@@ -5,9 +5,9 @@
 
 namespace opcua::bench {
 
-// One thread sends and receives.
+/// One thread sends and receives.
 void pingPong(std::uint16_t port, int rounds);
-// A second thread receives and wakes the one that sends.
+/// A second thread receives and wakes the one that sends.
 void pingPongWithHandOff(std::uint16_t port, int rounds);
 
 } // namespace opcua::bench

@@ -15,28 +15,28 @@ namespace opcua::bench {
 
 struct Identity
 {
-    Bytes certificate; // DER
-    Bytes key;         // DER
+    Bytes certificate; ///< DER
+    Bytes key;         ///< DER
 };
 
-// A self-signed certificate with a key of 2048 bits.
+/// A self-signed certificate with a key of 2048 bits.
 [[nodiscard]] Identity makeIdentity(const char* name);
-// The operations with keys that a connect with security takes: two signatures and two decrypted blocks, and
-// the same number with public keys.
+/// The operations with keys that a connect with security takes: two signatures and two decrypted blocks, and
+/// the same number with public keys.
 void keyOperations(const Identity& own, const Identity& peer);
-// What the certificate's owner signs to show that he is there.
+/// What the certificate's owner signs to show that he is there.
 [[nodiscard]] Bytes signatureOver(const Identity& signer, ByteView certificate, ByteView nonce);
 
 inline constexpr size_t rawRequestSize = 111;
 inline constexpr size_t rawAnswerSize = 84;
-inline constexpr int bulkValues = 1000;    // of the Read with more than one node
-inline constexpr int notifications = 1000; // of each Publish answer
-inline constexpr int references = 1000;    // of each Browse answer
+inline constexpr int bulkValues = 1000;    ///< of the Read with more than one node
+inline constexpr int notifications = 1000; ///< of each Publish answer
+inline constexpr int references = 1000;    ///< of each Browse answer
 
 class Responder
 {
 public:
-    // Forks; the caller must have one thread only. clientNonce is what sessions are created with.
+    /// Forks; the caller must have one thread only. clientNonce is what sessions are created with.
     Responder(const Identity& server, const Identity& client, ByteView clientNonce);
     ~Responder();
     Responder(const Responder&) = delete;

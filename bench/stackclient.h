@@ -9,7 +9,7 @@
 
 namespace opcua::bench {
 
-// Folders with the server's certificate among the trusted ones.
+/// Folders with the server's certificate among the trusted ones.
 struct ClientSetup
 {
     Identity client;
@@ -18,7 +18,7 @@ struct ClientSetup
     std::string trusted;
 };
 
-// What fails ends the program: there is nothing to measure then.
+/// What fails ends the program: there is nothing to measure then.
 class StackClient
 {
 public:
@@ -27,15 +27,15 @@ public:
     StackClient(const StackClient&) = delete;
     StackClient& operator=(const StackClient&) = delete;
 
-    void connect(); // the channel
+    void connect(); ///< the channel
     void openSession();
     void disconnect();
 
-    // Blocking Reads, one after the other.
+    /// Blocking Reads, one after the other.
     void read(int nodes, int calls);
-    // Reads of one node, so many of them open at a time.
+    /// Reads of one node, so many of them open at a time.
     void readPipelined(int open, int calls);
-    // Publish requests, so many open at a time; looks at every notification.
+    /// Publish requests, so many open at a time; looks at every notification.
     void receiveNotifications(int open, int messages);
 
 private:

@@ -42,7 +42,6 @@ QlumCertificateChainModel::QlumCertificateChainModel(const UaByteString& certifi
 QlumCertificateChainModel::~QlumCertificateChainModel() = default;
 
 // ---- validation
-// ---------------------------------------------------------------------------------------------
 
 void QlumCertificateChainModel::update()
 {
@@ -194,7 +193,6 @@ QlumCertificateChainNode* QlumCertificateChainModel::nodeAtDepth(unsigned int de
 }
 
 // ---- model
-// --------------------------------------------------------------------------------------------------
 
 const QlumCertificateChainNode* QlumCertificateChainModel::node(const QModelIndex& index) const
 {

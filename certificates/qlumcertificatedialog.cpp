@@ -97,7 +97,6 @@ QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, QlumCert
 }
 
 // ---- widgets
-// ------------------------------------------------------------------------------------------------
 
 void QlumCertificateDialog::createHeader(QVBoxLayout* layout)
 {
@@ -208,7 +207,6 @@ void QlumCertificateDialog::createActions()
 }
 
 // ---- what is shown
-// ------------------------------------------------------------------------------------------
 
 void QlumCertificateDialog::update()
 {
@@ -304,7 +302,6 @@ QStringList QlumCertificateDialog::findings() const
 }
 
 // ---- what the user does
-// -------------------------------------------------------------------------------------
 
 UaPkiCertificate QlumCertificateDialog::selectedCertificate() const
 {

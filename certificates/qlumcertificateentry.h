@@ -19,7 +19,7 @@ public:
     struct Details
     {
         QString name;
-        QString organization; // of the issuer, as are the next four
+        QString organization; ///< of the issuer, as are the next four
         QString organizationUnit;
         QString locality;
         QString state;

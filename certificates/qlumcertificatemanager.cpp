@@ -88,7 +88,6 @@ QlumStorePage* QlumCertificateManager::currentPage() const
 }
 
 // ---- pages
-// ---------------------------------------------------------------------------------------------------
 
 void QlumCertificateManager::removePages()
 {
@@ -164,7 +163,6 @@ void QlumCertificateManager::reloadPages(const QList<QlumStorePage*>& pages)
 }
 
 // ---- actions and layout
-// --------------------------------------------------------------------------------------
 
 QAction* QlumCertificateManager::addAction(const ActionTexts& texts, void (QlumCertificateManager::*slot)())
 {

@@ -110,5 +110,5 @@ private:
     QAction* m_copyOwn = nullptr;
     QAction* m_createOwn = nullptr;
     QAction* m_ownLocation = nullptr;
-    std::unique_ptr<QlumJobPool> m_pool; // last: it ends before what its jobs report to
+    std::unique_ptr<QlumJobPool> m_pool; ///< last: it ends before what its jobs report to
 };

@@ -57,7 +57,6 @@ bool QlumCertificateManager::ask(const QString& title, const QString& text)
 }
 
 // ---- rows
-// ----------------------------------------------------------------------------------------------------
 
 void QlumCertificateManager::sltTrust()
 {
@@ -142,7 +141,6 @@ void QlumCertificateManager::addFiles(QlumStorePage* page, const QStringList& pa
 }
 
 // ---- the application's own certificate
-// -----------------------------------------------------------------------
 
 void QlumCertificateManager::sltOpenOwnLocation()
 {

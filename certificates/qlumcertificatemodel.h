@@ -33,10 +33,10 @@ public:
         ColumnCount
     };
     enum Role {
-        EntryRole = 32,      // QlumCertificateEntry
-        DerRole = 33,        // QByteArray
-        ThumbprintRole = 34, // as qlumThumbprint
-        SortRole = 35        // what the column is sorted by: texts, numbers or times
+        EntryRole = 32,      ///< QlumCertificateEntry
+        DerRole = 33,        ///< QByteArray
+        ThumbprintRole = 34, ///< as qlumThumbprint
+        SortRole = 35        ///< what the column is sorted by: texts, numbers or times
     };
 
     /// The icon is that of the application, for its own certificate.
@@ -64,6 +64,6 @@ private:
     [[nodiscard]] QVariant sortValue(const QlumCertificateEntry& entry, int column) const;
 
     CertStoreType m_type;
-    std::array<std::array<QIcon, 4>, 3> m_icons; // by state, then by validity
+    std::array<std::array<QIcon, 4>, 3> m_icons; ///< by state, then by validity
     std::vector<QlumCertificateEntry> m_entries;
 };

@@ -104,7 +104,6 @@ int QlumCertificates::show(int icon, const QString& title, const QString& text, 
 }
 
 // ---- start-up
-// ------------------------------------------------------------------------------------------------
 
 void QlumCertificates::startUp()
 {
@@ -186,7 +185,6 @@ QlumCertificates::Outcome QlumCertificates::store(const QlumNewCertificateDlg& d
 }
 
 // ---- certificate
-// ---------------------------------------------------------------------------------------------
 
 int QlumCertificates::loadCertificates(bool silent)
 {
@@ -240,7 +238,6 @@ bool QlumCertificates::askForRenewal(const QString& text)
 }
 
 // ---- key
-// ----------------------------------------------------------------------------------------------------
 
 int QlumCertificates::loadPrivateKey()
 {

@@ -25,9 +25,9 @@ public:
         ColumnCount
     };
     enum Role {
-        EntryRole = 32, // QlumCRLEntry
-        DerRole = 33,   // QByteArray
-        SortRole = 35   // what the column is sorted by
+        EntryRole = 32, ///< QlumCRLEntry
+        DerRole = 33,   ///< QByteArray
+        SortRole = 35   ///< what the column is sorted by
     };
 
     explicit QlumCRLModel(CRLStoreType type, QObject* parent = nullptr);
@@ -51,6 +51,6 @@ private:
     [[nodiscard]] static QVariant sortValue(const QlumCRLEntry& entry, int column);
 
     CRLStoreType m_type;
-    std::array<QIcon, 4> m_icons; // by validity
+    std::array<QIcon, 4> m_icons; ///< by validity
     std::vector<QlumCRLEntry> m_entries;
 };

@@ -90,7 +90,6 @@ QlumNewCertificateDlg::~QlumNewCertificateDlg()
 }
 
 // ---- values
-// --------------------------------------------------------------------------------------------------
 
 QString QlumNewCertificateDlg::applicationUri() const
 {
@@ -135,7 +134,6 @@ void QlumNewCertificateDlg::setValues(const QlumOwnCertificate& values)
 }
 
 // ---- rules
-// ---------------------------------------------------------------------------------------------------
 
 QString QlumNewCertificateDlg::problemOf(Field field) const
 {
@@ -230,7 +228,6 @@ bool QlumNewCertificateDlg::isAddress(const QString& text)
 }
 
 // ---- addresses
-// -----------------------------------------------------------------------------------------------
 
 void QlumNewCertificateDlg::addUnique(QListWidget* list, const QString& text)
 {
@@ -266,7 +263,6 @@ void QlumNewCertificateDlg::sltAddAddress()
 }
 
 // ---- making
-// --------------------------------------------------------------------------------------------------
 
 void QlumNewCertificateDlg::accept()
 {

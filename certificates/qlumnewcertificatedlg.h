@@ -90,7 +90,7 @@ private:
 
     bool m_noCancel;
     bool m_busy = false;
-    int m_run = 0; // of the making; the result of an older one is dropped
+    int m_run = 0; ///< of the making; the result of an older one is dropped
     std::array<NameField, FieldCount> m_fields;
     QLineEdit* m_uri = nullptr;
     AddressList m_addresses;
@@ -112,5 +112,5 @@ private:
     QString m_password;
     UaPkiCertificate m_certificate;
     UaPkiRsaKeyPair m_keyPair;
-    std::unique_ptr<QlumJobPool> m_pool; // last: it ends before what its job reports to
+    std::unique_ptr<QlumJobPool> m_pool; ///< last: it ends before what its job reports to
 };

@@ -12,7 +12,7 @@ struct QlumMadeCertificate
 {
     UaPkiRsaKeyPair keyPair;
     UaPkiCertificate certificate;
-    QString error; // empty on success
+    QString error; ///< empty on success
 };
 
 /// Where the pair is kept.

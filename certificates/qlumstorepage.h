@@ -60,7 +60,7 @@ private:
     void select(const QString& path);
 
     QString m_folder;
-    QString m_wanted; // file that was selected before the table was read again
+    QString m_wanted; ///< file that was selected before the table was read again
     QAbstractItemModel* m_model = nullptr;
     QSortFilterProxyModel* m_sorted;
     QLineEdit* m_filter;

@@ -48,7 +48,6 @@ void setWidths(QTableView* view, std::initializer_list<Width> widths)
 } // namespace
 
 // ---- certificates
-// ------------------------------------------------------------------------------------------------
 
 QlumCertificatePage::QlumCertificatePage(QlumCertificateModel::CertStoreType type, const QString& title,
                                          const QlumCertificateStoreConfiguration& store, const QIcon& icon,
@@ -147,7 +146,6 @@ void QlumCertificatePage::takeEntries()
 }
 
 // ---- revocation lists
-// --------------------------------------------------------------------------------------------
 
 QlumCrlPage::QlumCrlPage(QlumCRLModel::CRLStoreType type, const QString& title, const QString& folder,
                          QWidget* parent)

@@ -34,7 +34,7 @@ private:
     void deliver(unsigned int request, unsigned int status, const QVector<QlumEndpoint>& endpoints);
 
     const Getter m_getter;
-    unsigned int m_request = 0; // number of the latest; older answers are dropped
+    unsigned int m_request = 0; ///< number of the latest; older answers are dropped
     bool m_busy = false;
-    QlumJobPool m_pool{2}; // a new question need not wait for one that hangs. Last: joined first
+    QlumJobPool m_pool{2}; ///< a new question need not wait for one that hangs. Last: joined first
 };

@@ -79,7 +79,6 @@ QlumProjectNodeServer::~QlumProjectNodeServer()
 }
 
 // ---- tree node
-// ----------------------------------------------------------------------------------------------
 
 Qt::ItemFlags QlumProjectNodeServer::flags() const
 {
@@ -131,7 +130,6 @@ void QlumProjectNodeServer::storeSettings(QSettings& settings) const
 }
 
 // ---- types
-// --------------------------------------------------------------------------------------------------
 
 QString QlumProjectNodeServer::typeName(const UaNodeId* typeId, bool useInverseName)
 {
@@ -169,7 +167,6 @@ QIcon QlumProjectNodeServer::getIcon(const UaNodeId* nodeId)
 }
 
 // ---- session callbacks
-// --------------------------------------------------------------------------------------
 
 bool QlumProjectNodeServer::onOwnThread() const
 {
@@ -195,7 +192,6 @@ void QlumProjectNodeServer::connectionStatusChanged(OpcUa_UInt32, UaClient::Serv
 }
 
 // ---- status
-// -------------------------------------------------------------------------------------------------
 
 void QlumProjectNodeServer::applySessionStatus(UaClient::ServerStatus serverStatus)
 {
@@ -245,7 +241,6 @@ NamespaceMap QlumProjectNodeServer::updateNamespaces()
 }
 
 // ---- surroundings
-// -------------------------------------------------------------------------------------------
 
 QVariant QlumProjectNodeServer::setting(const char* key) const
 {

@@ -51,7 +51,7 @@ public:
     bool hasIcon(const UaNodeId* nodeId) override;
     QIcon getIcon(const UaNodeId* nodeId) override;
 
-    // UaSessionCallback; called on threads of the session.
+    /// UaSessionCallback; called on threads of the session.
     void connectionStatusChanged(OpcUa_UInt32 clientConnectionId,
                                  UaClientSdk::UaClient::ServerStatus serverStatus) override;
     bool connectError(OpcUa_UInt32 clientConnectionId, UaClientSdk::UaClient::ConnectServiceType serviceType,
@@ -68,10 +68,10 @@ private slots:
     void sltCertificateRefused(unsigned int status, const QByteArray& certificate);
 
 private:
-    struct Attempt; // what one connect has found out so far
+    struct Attempt; ///< what one connect has found out so far
 
-    // The steps of a connect; each but the first and last answers false when the connect ends there. After
-    // any of them this node may be gone: some run nested event loops.
+    /// The steps of a connect; each but the first and last answers false when the connect ends there. After
+    /// any of them this node may be gone: some run nested event loops.
     bool runConnect();
     bool fetchEndpoints(Attempt& attempt);
     bool chooseEndpoint(Attempt& attempt);
@@ -106,17 +106,17 @@ private:
     std::unique_ptr<QlumTypeCache> m_typeCache;
     QStringList m_namespaces;
     QString m_serverApplicationName;
-    QSemaphore m_tlsPrompt{1};           // one prompt at a time
-    UaStatusCode m_refusal;              // with which the server has ended the latest connect
-    QString m_weakPolicyAllowedFor;      // URI; the user's word holds until the program ends
-    bool m_clearPasswordAllowed = false; // for the stored password
-    QPointer<QDialog> m_messageBox;      // one at a time
-    QByteArray m_refusedTlsCertificate;  // of a connect under way
+    QSemaphore m_tlsPrompt{1};           ///< one prompt at a time
+    UaStatusCode m_refusal;              ///< with which the server has ended the latest connect
+    QString m_weakPolicyAllowedFor;      ///< URI; the user's word holds until the program ends
+    bool m_clearPasswordAllowed = false; ///< for the stored password
+    QPointer<QDialog> m_messageBox;      ///< one at a time
+    QByteArray m_refusedTlsCertificate;  ///< of a connect under way
     unsigned int m_refusedTlsStatus = 0;
     bool m_retrieveIcons;
-    bool m_busy = false; // a connect or change of user is under way, maybe in a nested event loop
+    bool m_busy = false; ///< a connect or change of user is under way, maybe in a nested event loop
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
-    QlumEndpointFetcher* m_fetcher; // a cancelled question ends in the background
+    QlumEndpointFetcher* m_fetcher; ///< a cancelled question ends in the background
     std::atomic<bool> m_closing{false};
-    std::atomic<unsigned int> m_connection{0}; // counts connects and disconnects; older news are dropped
+    std::atomic<unsigned int> m_connection{0}; ///< counts connects and disconnects; older news are dropped
 };

@@ -170,7 +170,6 @@ bool QlumProjectNodeServer::acceptNoEndpoint()
 }
 
 // ---- who the user is
-// ----------------------------------------------------------------------------------------
 
 bool QlumProjectNodeServer::userIdentity(Attempt& attempt)
 {
@@ -250,7 +249,6 @@ bool QlumProjectNodeServer::certificateIdentity(Attempt& attempt)
 }
 
 // ---- the session
-// --------------------------------------------------------------------------------------------
 
 SessionConnectInfo QlumProjectNodeServer::connectInfo() const
 {

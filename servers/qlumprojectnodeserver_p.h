@@ -7,9 +7,9 @@
 struct QlumProjectNodeServer::Attempt
 {
     QVector<QlumEndpoint> endpoints;
-    QlumEndpoint endpoint; // the chosen one, or the stored one when the user insists
+    QlumEndpoint endpoint; ///< the chosen one, or the stored one when the user insists
     UaClientSdk::SessionSecurityInfo security;
-    bool changesUser = false; // of a session that stands
+    bool changesUser = false; ///< of a session that stands
 };
 
 class QlumWaitCursor
@@ -21,8 +21,8 @@ public:
     QlumWaitCursor& operator=(const QlumWaitCursor&) = delete;
 };
 
-// Null while there is none.
+/// Null while there is none.
 [[nodiscard]] QWidget* qlumMainWindow();
-// A warning in plain text. The button pressed; NoButton when the box went away with its window.
+/// A warning in plain text. The button pressed; NoButton when the box went away with its window.
 int qlumWarn(const QString& title, const QString& text, QMessageBox::StandardButtons buttons,
              QMessageBox::StandardButton defaultButton = QMessageBox::Ok);

@@ -37,7 +37,6 @@ UaByteString toUaByteString(const QByteArray& bytes)
 } // namespace
 
 // ---- before the connect
-// ---------------------------------------------------------------------------------
 
 // Answers about its padding let an attacker find out what was encrypted, so it is used only where somebody
 // has said so for this server.
@@ -127,7 +126,6 @@ bool QlumProjectNodeServer::checkServerCertificate(Attempt& attempt)
 }
 
 // ---- errors of a connect
-// --------------------------------------------------------------------------------
 
 bool QlumProjectNodeServer::connectError(OpcUa_UInt32, UaClient::ConnectServiceType serviceType,
                                          const UaStatus& error, bool clientSideError)
@@ -210,7 +208,6 @@ void QlumProjectNodeServer::showMessage(QDialog* dialog)
 }
 
 // ---- TLS
-// ------------------------------------------------------------------------------------------------
 
 bool QlumProjectNodeServer::sslCertificateValidationFailed(OpcUa_UInt32, const UaStatus& status,
                                                            const UaByteString& certificate)

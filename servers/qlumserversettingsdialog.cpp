@@ -105,7 +105,6 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
 QlumServerSettingsDialog::~QlumServerSettingsDialog() = default;
 
 // ---- widgets
-// ------------------------------------------------------------------------------------------------
 
 QWidget* QlumServerSettingsDialog::createEndpointGroup()
 {
@@ -257,7 +256,6 @@ void QlumServerSettingsDialog::createButtons()
 }
 
 // ---- content
-// ------------------------------------------------------------------------------------------------
 
 void QlumServerSettingsDialog::fill()
 {

@@ -55,7 +55,7 @@ private:
     void setMessage(const QString& text);
 
     QlumDiscoverySetting m_setting;
-    QString m_suggestedName; // replaced when another endpoint is chosen, unless the user wrote a name
+    QString m_suggestedName; ///< replaced when another endpoint is chosen, unless the user wrote a name
     QlumEndpointFetcher* m_fetcher;
     QlumEndpointModel* m_endpoints;
     QSortFilterProxyModel* m_sorted;
@@ -74,5 +74,5 @@ private:
     QLineEdit* m_certificateFile = nullptr;
     QLineEdit* m_privateKeyFile = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
-    bool m_judging = false; // a TLS certificate
+    bool m_judging = false; ///< a TLS certificate
 };

@@ -159,7 +159,6 @@ void QlumTypeCache::takeClassSpecific(const UaDataValues& values, QlumTypeInfo& 
 }
 
 // ---- enumerations
-// -------------------------------------------------------------------------------------------
 
 UaEnumDefinition QlumTypeCache::getEnumDefinition(const UaNodeId* dataTypeId)
 {
@@ -200,7 +199,6 @@ UaEnumDefinition QlumTypeCache::fetchEnumDefinition(QlumSessionServices& session
 }
 
 // ---- variables
-// ----------------------------------------------------------------------------------------------
 
 UaStatus QlumTypeCache::readDataTypeId(const UaNodeId& id, UaNodeId* dataType, int* valueRank,
                                        UaUInt32Array* arrayDimensions, QString* typeName,
@@ -233,7 +231,6 @@ UaStatus QlumTypeCache::readDataTypeId(const UaNodeId& id, UaNodeId* dataType, i
 }
 
 // ---- surroundings
-// -------------------------------------------------------------------------------------------
 
 void QlumTypeCache::clear()
 {

@@ -82,6 +82,6 @@ private:
     std::shared_ptr<QlumSessionServices> m_services;
     const unsigned int m_serverId;
     const QlumSessionServicesProvider m_provider;
-    unsigned int m_generation = 0; // counts clear()
-    mutable std::mutex m_mutex;    // guards all but the constants; never held during a service call
+    unsigned int m_generation = 0; ///< counts clear()
+    mutable std::mutex m_mutex;    ///< guards all but the constants; never held during a service call
 };

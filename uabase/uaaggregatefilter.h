@@ -7,12 +7,12 @@
 #include <uabase/uadatetime.h>
 #include <uabase/uanodeid.h>
 
-// AggregateFilter, OPC 10000-4, 7.22.4.
+/// AggregateFilter, OPC 10000-4, 7.22.4.
 class UaAggregateFilter
 {
 public:
     UaAggregateFilter() = default;
-    // aggregateType is the node of the aggregate function; the interval is in ms.
+    /// aggregateType is the node of the aggregate function; the interval is in ms.
     UaAggregateFilter(const UaNodeId& aggregateType, double processingInterval)
         : m_aggregateType(aggregateType), m_processingInterval(processingInterval)
     {
@@ -21,15 +21,15 @@ public:
     [[nodiscard]] const UaNodeId& aggregateType() const noexcept { return m_aggregateType; }
     [[nodiscard]] double processingInterval() const noexcept { return m_processingInterval; }
     [[nodiscard]] const UaDateTime& startTime() const noexcept { return m_startTime; }
-    // Begin of the first interval; null: as soon as the item is created.
+    /// Begin of the first interval; null: as soon as the item is created.
     void setStartTime(const UaDateTime& time) noexcept { m_startTime = time; }
-    // Without one the server's defaults hold.
+    /// Without one the server's defaults hold.
     void setConfiguration(const OpcUa_AggregateConfiguration& configuration) noexcept
     {
         m_configuration = configuration;
     }
 
-    // Into an initialised extension object. BadOutOfMemory.
+    /// Into an initialised extension object. BadOutOfMemory.
     [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_ExtensionObject* destination) const noexcept;
 
 private:

@@ -8,8 +8,8 @@
 #include <span>
 #include <utility>
 
-// T is a structure of the stack (or a number). Copies are deep. The block's memory is the stack's, so arrays
-// change hands with C structures through attach and detach. Not thread-safe.
+/// T is a structure of the stack (or a number). Copies are deep. The block's memory is the stack's, so arrays
+/// change hands with C structures through attach and detach. Not thread-safe.
 template <typename T>
 class UaArray
 {
@@ -20,7 +20,7 @@ public:
 
     UaArray() noexcept = default;
     explicit UaArray(OpcUa_UInt32 length) noexcept { create(length); }
-    // Deep copy of a foreign array; a length below 1 or a null pointer gives an empty one.
+    /// Deep copy of a foreign array; a length below 1 or a null pointer gives an empty one.
     UaArray(OpcUa_Int32 length, const T* data) noexcept { assign(length, data); }
     UaArray(const UaArray& other) noexcept { assign(static_cast<OpcUa_Int32>(other.m_length), other.m_data); }
     UaArray(UaArray&& other) noexcept
@@ -53,7 +53,7 @@ public:
     T* end() noexcept { return m_data + m_length; }
     const T* begin() const noexcept { return m_data; }
     const T* end() const noexcept { return m_data + m_length; }
-    // Null when empty.
+    /// Null when empty.
     T* rawData() noexcept { return m_data; }
     const T* rawData() const noexcept { return m_data; }
     std::span<const T> span() const noexcept { return {m_data, m_length}; }
@@ -67,14 +67,14 @@ public:
         m_data = nullptr;
         m_length = 0;
     }
-    // Replaces the content with null values. False (and empty) when out of memory.
+    /// Replaces the content with null values. False (and empty) when out of memory.
     bool create(OpcUa_UInt32 length) noexcept
     {
         clear();
         return resize(length);
     }
-    // Keeps the first elements; new ones are null values. False when out of memory, the array is then as
-    // before.
+    /// Keeps the first elements; new ones are null values. False when out of memory, the array is then as
+    /// before.
     bool resize(OpcUa_UInt32 length) noexcept
     {
         if (length == m_length)
@@ -94,14 +94,14 @@ public:
         m_length = length;
         return true;
     }
-    // Adds a deep copy. False when out of memory, the array is then as before.
+    /// Adds a deep copy. False when out of memory, the array is then as before.
     bool append(const T& element) noexcept { return append(1, &element); }
     bool append(OpcUa_UInt32 count, const T* elements) noexcept
     {
         UaArray added(static_cast<OpcUa_Int32>(count), elements);
         return added.length() == count && appendMoved(std::move(added));
     }
-    // Adds the elements of other without copying them.
+    /// Adds the elements of other without copying them.
     bool appendMoved(UaArray&& other) noexcept
     {
         const OpcUa_UInt32 before = m_length;
@@ -130,7 +130,7 @@ public:
         return true;
     }
 
-    // Takes ownership of a block from the stack's allocator.
+    /// Takes ownership of a block from the stack's allocator.
     void attach(OpcUa_Int32 length, T* data) noexcept
     {
         if (data == m_data && data)
@@ -143,14 +143,14 @@ public:
         m_length = static_cast<OpcUa_UInt32>(length);
         m_data = data;
     }
-    // The same for a member pair of a C structure, which is left empty.
+    /// The same for a member pair of a C structure, which is left empty.
     void attachFrom(OpcUa_Int32* length, T** data) noexcept
     {
         attach(*length, *data);
         *length = 0;
         *data = nullptr;
     }
-    // Hands the block over; the array is empty afterwards.
+    /// Hands the block over; the array is empty afterwards.
     T* detach() noexcept
     {
         m_length = 0;
@@ -161,7 +161,7 @@ public:
         *length = static_cast<OpcUa_Int32>(m_length);
         *data = detach();
     }
-    // Deep copy for a member pair of a C structure (what it held before is not freed). False: out of memory.
+    /// Deep copy for a member pair of a C structure (what it held before is not freed). False: out of memory.
     bool copyTo(OpcUa_Int32* length, T** data) const noexcept
     {
         UaArray copy(*this);

@@ -7,7 +7,6 @@
 #include <uabase/uadiagnosticinfos.h>
 
 // ---- built-in types
-// ----------------------------------------------------------------------------------------
 using UaBoolArray = UaArray<OpcUa_Boolean>;
 using UaSByteArray = UaArray<OpcUa_SByte>;
 using UaInt16Array = UaArray<OpcUa_Int16>;
@@ -35,7 +34,8 @@ using UaVariantArray = UaArray<OpcUa_Variant>;
 using UaDiagnosticInfoArray = UaArray<OpcUa_DiagnosticInfo>;
 
 // ---- structures of the standard
-// ---------------------------------------------------------------------------- Ua<plural> becomes the array
+
+// Ua<plural> becomes the array
 // of OpcUa_<Type>.
 #define UA_STRUCTURE_ARRAY(Type, Plural)                                                                     \
     template <>                                                                                              \
@@ -44,21 +44,21 @@ using UaDiagnosticInfoArray = UaArray<OpcUa_DiagnosticInfo>;
     };                                                                                                       \
     using Ua##Plural = UaArray<OpcUa_##Type>;
 
-// discovery and endpoints
+/// discovery and endpoints
 UA_STRUCTURE_ARRAY(ApplicationDescription, ApplicationDescriptions)
 UA_STRUCTURE_ARRAY(EndpointDescription, EndpointDescriptions)
 UA_STRUCTURE_ARRAY(ServerOnNetwork, ServerOnNetworks)
 UA_STRUCTURE_ARRAY(UserTokenPolicy, UserTokenPolicys)
 UA_STRUCTURE_ARRAY(SignedSoftwareCertificate, SignedSoftwareCertificates)
 
-// attributes and methods
+/// attributes and methods
 UA_STRUCTURE_ARRAY(ReadValueId, ReadValueIds)
 UA_STRUCTURE_ARRAY(WriteValue, WriteValues)
 UA_STRUCTURE_ARRAY(CallMethodRequest, CallMethodRequests)
 UA_STRUCTURE_ARRAY(CallMethodResult, CallMethodResults)
 UA_STRUCTURE_ARRAY(Argument, Arguments)
 
-// view
+/// view
 UA_STRUCTURE_ARRAY(ReferenceDescription, ReferenceDescriptions)
 UA_STRUCTURE_ARRAY(BrowseDescription, BrowseDescriptions)
 UA_STRUCTURE_ARRAY(BrowseResult, BrowseResults)
@@ -67,27 +67,27 @@ UA_STRUCTURE_ARRAY(BrowsePathTarget, BrowsePathTargets)
 UA_STRUCTURE_ARRAY(BrowsePathResult, BrowsePathResults)
 UA_STRUCTURE_ARRAY(RelativePathElement, RelativePathElements)
 
-// node management
+/// node management
 UA_STRUCTURE_ARRAY(AddNodesItem, AddNodesItems)
 UA_STRUCTURE_ARRAY(AddNodesResult, AddNodesResults)
 UA_STRUCTURE_ARRAY(AddReferencesItem, AddReferencesItems)
 UA_STRUCTURE_ARRAY(DeleteNodesItem, DeleteNodesItems)
 UA_STRUCTURE_ARRAY(DeleteReferencesItem, DeleteReferencesItems)
 
-// query
+/// query
 UA_STRUCTURE_ARRAY(NodeTypeDescription, NodeTypeDescriptions)
 UA_STRUCTURE_ARRAY(QueryDataDescription, QueryDataDescriptions)
 UA_STRUCTURE_ARRAY(QueryDataSet, QueryDataSets)
 UA_STRUCTURE_ARRAY(ParsingResult, ParsingResults)
 
-// filters and events
+/// filters and events
 UA_STRUCTURE_ARRAY(SimpleAttributeOperand, SimpleAttributeOperands)
 UA_STRUCTURE_ARRAY(ContentFilterElement, ContentFilterElements)
 UA_STRUCTURE_ARRAY(ContentFilterElementResult, ContentFilterElementResults)
 UA_STRUCTURE_ARRAY(EventFieldList, EventFieldLists)
 UA_STRUCTURE_ARRAY(HistoryEventFieldList, HistoryEventFieldLists)
 
-// history
+/// history
 UA_STRUCTURE_ARRAY(HistoryReadValueId, HistoryReadValueIds)
 UA_STRUCTURE_ARRAY(HistoryReadResult, HistoryReadResults)
 UA_STRUCTURE_ARRAY(HistoryUpdateResult, HistoryUpdateResults)
@@ -99,7 +99,7 @@ UA_STRUCTURE_ARRAY(DeleteRawModifiedDetails, DeleteRawModifiedDetailsArray)
 UA_STRUCTURE_ARRAY(DeleteAtTimeDetails, DeleteAtTimeDetailsArray)
 UA_STRUCTURE_ARRAY(DeleteEventDetails, DeleteEventDetailsArray)
 
-// subscriptions
+/// subscriptions
 UA_STRUCTURE_ARRAY(MonitoredItemCreateRequest, MonitoredItemCreateRequests)
 UA_STRUCTURE_ARRAY(MonitoredItemCreateResult, MonitoredItemCreateResults)
 UA_STRUCTURE_ARRAY(MonitoredItemModifyRequest, MonitoredItemModifyRequests)
@@ -108,12 +108,12 @@ UA_STRUCTURE_ARRAY(MonitoredItemNotification, MonitoredItemNotifications)
 UA_STRUCTURE_ARRAY(SubscriptionAcknowledgement, SubscriptionAcknowledgements)
 UA_STRUCTURE_ARRAY(TransferResult, TransferResults)
 
-// type definitions
+/// type definitions
 UA_STRUCTURE_ARRAY(StructureField, StructureFieldRecords)
 UA_STRUCTURE_ARRAY(EnumField, EnumFieldRecords)
 UA_STRUCTURE_ARRAY(EnumValueType, EnumValueTypes)
 
-// diagnostics and common data types
+/// diagnostics and common data types
 UA_STRUCTURE_ARRAY(SubscriptionDiagnosticsDataType, SubscriptionDiagnosticsDataTypes)
 UA_STRUCTURE_ARRAY(SessionDiagnosticsDataType, SessionDiagnosticsDataTypes)
 UA_STRUCTURE_ARRAY(SessionSecurityDiagnosticsDataType, SessionSecurityDiagnosticsDataTypes)

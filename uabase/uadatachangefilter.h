@@ -3,7 +3,7 @@
 
 #include <opcua/opcua_types.h>
 
-// DataChangeFilter, OPC 10000-4, 7.22.2.
+/// DataChangeFilter, OPC 10000-4, 7.22.2.
 class UaDataChangeFilter
 {
 public:
@@ -18,14 +18,14 @@ public:
     [[nodiscard]] OpcUa_DeadbandType deadbandType() const noexcept { return m_deadbandType; }
     [[nodiscard]] double deadbandValue() const noexcept { return m_deadbandValue; }
     void setTrigger(OpcUa_DataChangeTrigger trigger) noexcept { m_trigger = trigger; }
-    // Absolute: a difference in the value's unit; percent: of the item's EURange.
+    /// Absolute: a difference in the value's unit; percent: of the item's EURange.
     void setDeadband(OpcUa_DeadbandType type, double value) noexcept
     {
         m_deadbandType = type;
         m_deadbandValue = value;
     }
 
-    // Into an initialised extension object. BadOutOfMemory.
+    /// Into an initialised extension object. BadOutOfMemory.
     [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_ExtensionObject* destination) const noexcept;
 
 private:

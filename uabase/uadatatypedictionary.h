@@ -5,8 +5,8 @@
 #include <uabase/uaoptionsetdefinition.h>
 #include <uabase/uastructuredefinition.h>
 
-// Answers null definitions (isNull) for types that it does not know. Implementations say which threads may
-// ask.
+/// Answers null definitions (isNull) for types that it does not know. Implementations say which threads may
+/// ask.
 class UaDataTypeDictionary
 {
 public:
@@ -15,7 +15,7 @@ public:
     virtual ~UaDataTypeDictionary() = default;
 
     [[nodiscard]] virtual DefinitionType definitionType(const UaNodeId& dataTypeId) = 0;
-    // Structures and unions, by the id of the data type or of its binary encoding.
+    /// Structures and unions, by the id of the data type or of its binary encoding.
     [[nodiscard]] virtual UaStructureDefinition structureDefinition(const UaNodeId& dataTypeOrEncodingId) = 0;
     [[nodiscard]] virtual UaEnumDefinition enumDefinition(const UaNodeId& dataTypeId) = 0;
     [[nodiscard]] virtual UaOptionSetDefinition optionSetDefinition(const UaNodeId& dataTypeId) = 0;

@@ -20,17 +20,17 @@ public:
     UaStatusCode statusCode() const noexcept { return m_statusCode; }
     UaDateTime sourceTimestamp() const noexcept { return m_sourceTimestamp; }
     UaDateTime serverTimestamp() const noexcept { return m_serverTimestamp; }
-    OpcUa_UInt16 sourcePicoseconds() const noexcept { return m_sourcePicoseconds; } // in units of 10 ps
+    OpcUa_UInt16 sourcePicoseconds() const noexcept { return m_sourcePicoseconds; } ///< in units of 10 ps
     OpcUa_UInt16 serverPicoseconds() const noexcept { return m_serverPicoseconds; }
     void setValue(const UaVariant& value) noexcept { m_value = value; }
     void setStatusCode(UaStatusCode statusCode) noexcept { m_statusCode = statusCode; }
     void setSourceTimestamp(const UaDateTime& time, OpcUa_UInt16 picoseconds = 0) noexcept;
     void setServerTimestamp(const UaDateTime& time, OpcUa_UInt16 picoseconds = 0) noexcept;
-    // "value; status; source time; server time", the parts that say something.
+    /// "value; status; source time; server time", the parts that say something.
     [[nodiscard]] UaString toString() const;
 
-    // attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
-    // memory.
+    /// attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
+    /// memory.
     void attach(OpcUa_DataValue* value) noexcept;
     OpcUa_StatusCode detach(OpcUa_DataValue* destination) noexcept;
     OpcUa_StatusCode copyTo(OpcUa_DataValue* destination) const noexcept;

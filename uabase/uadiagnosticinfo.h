@@ -4,7 +4,7 @@
 
 #include <uabase/uastatuscode.h>
 
-// Copies share the content.
+/// Copies share the content.
 class UaDiagnosticInfo
 {
 public:
@@ -12,7 +12,7 @@ public:
     explicit UaDiagnosticInfo(const OpcUa_DiagnosticInfo& value) noexcept { m_value.assign(value); }
 
     bool isNull() const noexcept;
-    // Indexes into the string table; -1 where absent.
+    /// Indexes into the string table; -1 where absent.
     OpcUa_Int32 symbolicId() const noexcept { return m_value->SymbolicId; }
     OpcUa_Int32 namespaceUri() const noexcept { return m_value->NamespaceUri; }
     OpcUa_Int32 locale() const noexcept { return m_value->Locale; }
@@ -20,9 +20,9 @@ public:
     UaString additionalInfo() const noexcept { return UaString(m_value->AdditionalInfo); }
     UaStatusCode innerStatusCode() const noexcept { return m_value->InnerStatusCode; }
     bool hasInner() const noexcept { return m_value->InnerDiagnosticInfo != nullptr; }
-    UaDiagnosticInfo inner() const noexcept; // null when there is none
+    UaDiagnosticInfo inner() const noexcept; ///< null when there is none
 
-    // As for UaString: get borrows, attach takes over, detach hands over, copyTo copies into raw memory.
+    /// As for UaString: get borrows, attach takes over, detach hands over, copyTo copies into raw memory.
     const OpcUa_DiagnosticInfo* get() const noexcept { return m_value.get(); }
     void attach(OpcUa_DiagnosticInfo* value) noexcept { m_value.attach(value); }
     OpcUa_StatusCode detach(OpcUa_DiagnosticInfo* destination) noexcept

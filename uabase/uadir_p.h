@@ -6,20 +6,20 @@
 
 #include <uabase/uastring.h>
 
-// File work of the base library on plain paths; an empty path is an error to all of them.
+/// File work of the base library on plain paths; an empty path is an error to all of them.
 namespace UaDirPrivate {
 
-// Empty when the text holds a NUL: the system would see another name than the user.
+/// Empty when the text holds a NUL: the system would see another name than the user.
 [[nodiscard]] std::string toPath(const UaString& path);
 [[nodiscard]] std::error_code lastError();
 
-// Whether a change is on the disk, or only safe from a crash of this program, when a function returns.
+/// Whether a change is on the disk, or only safe from a crash of this program, when a function returns.
 enum class Durability { Flushed, Cached };
 
 [[nodiscard]] std::error_code copy(const std::string& source, const std::string& target,
                                    Durability durability);
 
-// An open file; closed with its scope.
+/// An open file; closed with its scope.
 class Descriptor
 {
 public:
@@ -35,17 +35,17 @@ public:
         close();
         m_descriptor = descriptor;
     }
-    // False when the system reports late that something was not written.
+    /// False when the system reports late that something was not written.
     bool close();
 
 private:
     int m_descriptor;
 };
 
-// Opens a regular file for reading; a pipe or device is refused instead of waited for.
+/// Opens a regular file for reading; a pipe or device is refused instead of waited for.
 [[nodiscard]] std::error_code openRegularFile(const std::string& path, Descriptor& file);
 
-// A file that takes the place of another in one step. Without commit() nothing stays behind.
+/// A file that takes the place of another in one step. Without commit() nothing stays behind.
 class Replacement
 {
 public:

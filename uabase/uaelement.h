@@ -8,7 +8,7 @@
 #include <cstring>
 #include <type_traits>
 
-// Elements without memory of their own: numbers, booleans, dates, status codes, enumerations, GUIDs.
+/// Elements without memory of their own: numbers, booleans, dates, status codes, enumerations, GUIDs.
 template <typename T>
 struct UaTrivialElement
 {
@@ -22,7 +22,7 @@ struct UaTrivialElement
     }
 };
 
-// Elements of a built-in type that own memory.
+/// Elements of a built-in type that own memory.
 template <typename T, OpcUa_Byte BuiltInType>
 struct UaBuiltInElement
 {
@@ -40,7 +40,7 @@ struct UaBuiltInElement
     }
 };
 
-// Structures of the standard, by their type table.
+/// Structures of the standard, by their type table.
 template <typename T, const OpcUa_EncodeableType& Type>
 struct UaEncodeableElement
 {
@@ -66,8 +66,8 @@ struct UaEncodeableElement
     }
 };
 
-// Chosen by the element's type: initialize, clear (leaves initialised elements) and deep copy (the
-// destination is raw memory; after a failure it holds null values). None throws.
+/// Chosen by the element's type: initialize, clear (leaves initialised elements) and deep copy (the
+/// destination is raw memory; after a failure it holds null values). None throws.
 template <typename T>
 struct UaElement : UaTrivialElement<T>
 {
@@ -75,15 +75,45 @@ struct UaElement : UaTrivialElement<T>
                   "this structure needs a UaElement specialisation, see uabase/uaarrays.h");
 };
 
-// clang-format off
-template <> struct UaElement<OpcUa_String> : UaBuiltInElement<OpcUa_String, OpcUaType_String> {};
-template <> struct UaElement<OpcUa_ByteString> : UaBuiltInElement<OpcUa_ByteString, OpcUaType_ByteString> {};
-template <> struct UaElement<OpcUa_NodeId> : UaBuiltInElement<OpcUa_NodeId, OpcUaType_NodeId> {};
-template <> struct UaElement<OpcUa_ExpandedNodeId> : UaBuiltInElement<OpcUa_ExpandedNodeId, OpcUaType_ExpandedNodeId> {};
-template <> struct UaElement<OpcUa_QualifiedName> : UaBuiltInElement<OpcUa_QualifiedName, OpcUaType_QualifiedName> {};
-template <> struct UaElement<OpcUa_LocalizedText> : UaBuiltInElement<OpcUa_LocalizedText, OpcUaType_LocalizedText> {};
-template <> struct UaElement<OpcUa_ExtensionObject> : UaBuiltInElement<OpcUa_ExtensionObject, OpcUaType_ExtensionObject> {};
-template <> struct UaElement<OpcUa_DataValue> : UaBuiltInElement<OpcUa_DataValue, OpcUaType_DataValue> {};
-template <> struct UaElement<OpcUa_Variant> : UaBuiltInElement<OpcUa_Variant, OpcUaType_Variant> {};
-template <> struct UaElement<OpcUa_DiagnosticInfo> : UaBuiltInElement<OpcUa_DiagnosticInfo, OpcUaType_DiagnosticInfo> {};
+/// clang-format off
+template <>
+struct UaElement<OpcUa_String> : UaBuiltInElement<OpcUa_String, OpcUaType_String>
+{
+};
+template <>
+struct UaElement<OpcUa_ByteString> : UaBuiltInElement<OpcUa_ByteString, OpcUaType_ByteString>
+{
+};
+template <>
+struct UaElement<OpcUa_NodeId> : UaBuiltInElement<OpcUa_NodeId, OpcUaType_NodeId>
+{
+};
+template <>
+struct UaElement<OpcUa_ExpandedNodeId> : UaBuiltInElement<OpcUa_ExpandedNodeId, OpcUaType_ExpandedNodeId>
+{
+};
+template <>
+struct UaElement<OpcUa_QualifiedName> : UaBuiltInElement<OpcUa_QualifiedName, OpcUaType_QualifiedName>
+{
+};
+template <>
+struct UaElement<OpcUa_LocalizedText> : UaBuiltInElement<OpcUa_LocalizedText, OpcUaType_LocalizedText>
+{
+};
+template <>
+struct UaElement<OpcUa_ExtensionObject> : UaBuiltInElement<OpcUa_ExtensionObject, OpcUaType_ExtensionObject>
+{
+};
+template <>
+struct UaElement<OpcUa_DataValue> : UaBuiltInElement<OpcUa_DataValue, OpcUaType_DataValue>
+{
+};
+template <>
+struct UaElement<OpcUa_Variant> : UaBuiltInElement<OpcUa_Variant, OpcUaType_Variant>
+{
+};
+template <>
+struct UaElement<OpcUa_DiagnosticInfo> : UaBuiltInElement<OpcUa_DiagnosticInfo, OpcUaType_DiagnosticInfo>
+{
+};
 // clang-format on

@@ -9,8 +9,8 @@
 
 namespace uabase {
 
-// Elements that are decoded one after the other; memory grows with what was there to decode, not with the
-// length that a body claims.
+/// Elements that are decoded one after the other; memory grows with what was there to decode, not with the
+/// length that a body claims.
 class ElementBlock
 {
 public:
@@ -26,7 +26,7 @@ public:
             OpcUa_BuiltInType_ClearArray(m_type, m_data, m_count);
         OpcUa_Memory_Free(m_data);
     }
-    // Room for the next element; null when out of memory.
+    /// Room for the next element; null when out of memory.
     void* next(std::size_t expected) noexcept
     {
         if (m_count == m_capacity && !grow(std::min(std::max<std::size_t>(m_capacity * 2, 256), expected)))

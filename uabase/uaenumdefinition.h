@@ -18,7 +18,7 @@ struct UaEnumValue
 
 class UaEnumDefinitionPrivate;
 
-// Null until it has a data type id or a value. Copies share the values.
+/// Null until it has a data type id or a value. Copies share the values.
 class UaEnumDefinition
 {
 public:
@@ -37,12 +37,12 @@ public:
     void addValue(OpcUa_Int64 value, const UaString& name);
 
     int valueCount() const noexcept;
-    UaEnumValue valueAt(int index) const noexcept; // in order of definition; a null one when out of range
+    UaEnumValue valueAt(int index) const noexcept; ///< in order of definition; a null one when out of range
     bool hasValue(OpcUa_Int64 value) const noexcept;
-    UaEnumValue value(OpcUa_Int64 value) const noexcept; // by number; a null one when unknown
-    // The value's name, else its display name; a null string when the number is unknown.
+    UaEnumValue value(OpcUa_Int64 value) const noexcept; ///< by number; a null one when unknown
+    /// The value's name, else its display name; a null string when the number is unknown.
     [[nodiscard]] UaString valueName(OpcUa_Int64 value) const noexcept;
-    // The number of a name; false when there is none.
+    /// The number of a name; false when there is none.
     [[nodiscard]] bool valueOf(const UaString& name, OpcUa_Int64& value) const noexcept;
 
 private:

@@ -17,18 +17,18 @@ public:
     {
     }
 
-    // "svr=1;nsu=http://x.org/;s=abc"; in a URI ';' is written "%3B" and '%' "%25" (OPC 10000-6, 5.3.1.11).
-    // Null on a fault; ok tells that apart.
+    /// "svr=1;nsu=http://x.org/;s=abc"; in a URI ';' is written "%3B" and '%' "%25" (OPC 10000-6, 5.3.1.11).
+    /// Null on a fault; ok tells that apart.
     [[nodiscard]] static UaExpandedNodeId fromString(std::string_view text, bool* ok = nullptr);
     [[nodiscard]] UaString toString() const;
-    // As toString, but always with the namespace.
+    /// As toString, but always with the namespace.
     [[nodiscard]] UaString toFullString() const;
 
     bool isNull() const noexcept
     {
         return m_nodeId.isNull() && m_namespaceUri.isEmpty() && m_serverIndex == 0;
     }
-    // Neither another server nor a namespace URI: the node id is complete.
+    /// Neither another server nor a namespace URI: the node id is complete.
     bool isLocal() const noexcept { return m_namespaceUri.isEmpty() && m_serverIndex == 0; }
     const UaNodeId& nodeId() const noexcept { return m_nodeId; }
     const UaString& namespaceUri() const noexcept { return m_namespaceUri; }
@@ -37,7 +37,7 @@ public:
     void setNamespaceUri(const UaString& namespaceUri) noexcept { m_namespaceUri = namespaceUri; }
     void setServerIndex(OpcUa_UInt32 serverIndex) noexcept { m_serverIndex = serverIndex; }
 
-    // Deep copy into raw memory.
+    /// Deep copy into raw memory.
     OpcUa_StatusCode copyTo(OpcUa_ExpandedNodeId* destination) const noexcept;
 
     friend bool operator==(const UaExpandedNodeId&, const UaExpandedNodeId&) noexcept = default;

@@ -4,7 +4,7 @@
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_statuscodes.h>
 
-// A new initialised structure that destination owns; null when out of memory.
+/// A new initialised structure that destination owns; null when out of memory.
 template <typename T>
 T* uaAttachNew(const OpcUa_EncodeableType& type, OpcUa_ExtensionObject* destination) noexcept
 {

@@ -3,14 +3,14 @@
 
 #include <uabase/uagenericstructurevalue.h>
 
-// Copies share the value; one object belongs to one thread.
+/// Copies share the value; one object belongs to one thread.
 class UaGenericUnionValue
 {
 public:
     UaGenericUnionValue() noexcept = default;
     explicit UaGenericUnionValue(const UaStructureDefinition& definition) : m_definition(definition) {}
 
-    // As UaGenericStructureValue::decode; a switch value above the number of fields is a BadDecodingError.
+    /// As UaGenericStructureValue::decode; a switch value above the number of fields is a BadDecodingError.
     [[nodiscard]] UaStatusCode decode(const UaExtensionObject& value, const UaStructureDefinition& definition,
                                       UaDataTypeDictionary* dictionary = nullptr);
     [[nodiscard]] UaStatusCode decode(const UaByteString& body, const UaStructureDefinition& definition,
@@ -19,11 +19,11 @@ public:
 
     bool isNull() const noexcept { return m_definition.isNull(); }
     const UaStructureDefinition& definition() const noexcept { return m_definition; }
-    // 0: no field; n: the n-th field.
+    /// 0: no field; n: the n-th field.
     OpcUa_UInt32 switchValue() const noexcept { return m_switchValue; }
-    UaStructureField field() const noexcept; // the selected one; null when there is none
+    UaStructureField field() const noexcept; ///< the selected one; null when there is none
     const UaVariant& value() const noexcept { return m_value; }
-    // Selects a field. BadOutOfRange, BadTypeMismatch; switch value 0 takes no value.
+    /// Selects a field. BadOutOfRange, BadTypeMismatch; switch value 0 takes no value.
     UaStatusCode setValue(OpcUa_UInt32 switchValue, const UaVariant& value);
     UaStatusCode setValue(const UaString& fieldName, const UaVariant& value);
 

@@ -9,15 +9,15 @@ public:
     UaGuid() noexcept = default;
     explicit UaGuid(const OpcUa_Guid& value) noexcept : m_value(value) {}
 
-    // "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx" in either case, with or without braces. Null on a fault; ok
-    // tells that apart from the null identifier written out.
+    /// "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx" in either case, with or without braces. Null on a fault; ok
+    /// tells that apart from the null identifier written out.
     [[nodiscard]] static UaGuid fromString(std::string_view text, bool* ok = nullptr) noexcept;
-    // From the 16 bytes of the binary encoding; null for another length.
+    /// From the 16 bytes of the binary encoding; null for another length.
     [[nodiscard]] static UaGuid fromByteString(const UaByteString& bytes, bool* ok = nullptr) noexcept;
-    // A random identifier (version 4); null when the system has no random numbers.
+    /// A random identifier (version 4); null when the system has no random numbers.
     [[nodiscard]] static UaGuid create();
 
-    // "72962b91-fa75-4ae6-8d28-b404dc7daf63"
+    /// "72962b91-fa75-4ae6-8d28-b404dc7daf63"
     [[nodiscard]] UaString toString() const;
     [[nodiscard]] UaByteString toByteString() const;
     bool isNull() const noexcept { return *this == UaGuid(); }

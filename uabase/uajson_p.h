@@ -8,7 +8,7 @@
 
 namespace uabase {
 
-// A value of a document. Numbers keep their text, so that none loses digits.
+/// A value of a document. Numbers keep their text, so that none loses digits.
 class JsonValue
 {
 public:
@@ -25,16 +25,16 @@ public:
     Kind kind() const noexcept { return m_kind; }
     bool isNull() const noexcept { return m_kind == Null; }
     bool isTrue() const noexcept { return m_kind == Boolean && m_text == "true"; }
-    const std::string& text() const noexcept { return m_text; } // of a string or number
+    const std::string& text() const noexcept { return m_text; } ///< of a string or number
     const std::vector<JsonValue>& items() const noexcept { return m_items; }
     const std::vector<Member>& members() const noexcept { return m_members; }
-    // Null when there is none of that name.
+    /// Null when there is none of that name.
     const JsonValue* find(std::string_view name) const noexcept;
 
     void append(JsonValue item) { m_items.push_back(std::move(item)); }
     void set(std::string name, JsonValue value) { m_members.emplace_back(std::move(name), std::move(value)); }
 
-    // Without blanks, or indented by two for each level.
+    /// Without blanks, or indented by two for each level.
     std::string toText(bool indented = false) const;
 
 private:
@@ -47,12 +47,12 @@ private:
     std::vector<Member> m_members;
 };
 
-// Bounds of a document: hostile text is input like any other.
+/// Bounds of a document: hostile text is input like any other.
 constexpr int maxJsonDepth = 512;
 constexpr std::size_t maxJsonValues = 4u * 1024 * 1024;
 constexpr std::size_t maxJsonBytes = 64u * 1024 * 1024;
 
-// False with error (what and where) when the text is not one JSON document.
+/// False with error (what and where) when the text is not one JSON document.
 [[nodiscard]] bool parseJson(std::string_view text, JsonValue& value, std::string& error);
 
 } // namespace uabase

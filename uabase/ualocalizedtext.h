@@ -13,7 +13,7 @@ public:
     {
     }
 
-    // The text alone.
+    /// The text alone.
     [[nodiscard]] UaString toString() const { return m_text; }
     bool isNull() const noexcept { return m_locale.isNull() && m_text.isNull(); }
     const UaString& locale() const noexcept { return m_locale; }
@@ -21,7 +21,7 @@ public:
     void setLocale(const UaString& locale) noexcept { m_locale = locale; }
     void setText(const UaString& text) noexcept { m_text = text; }
 
-    // Deep copy into raw memory.
+    /// Deep copy into raw memory.
     OpcUa_StatusCode copyTo(OpcUa_LocalizedText* destination) const noexcept;
 
     friend bool operator==(const UaLocalizedText&, const UaLocalizedText&) noexcept = default;

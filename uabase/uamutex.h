@@ -4,8 +4,8 @@
 #include <mutex>
 #include <thread>
 
-// Mutual exclusion between threads. Not recursive: locking it twice on one thread is a fault of the program,
-// which ends with a message instead of hanging.
+/// Mutual exclusion between threads. Not recursive: locking it twice on one thread is a fault of the program,
+/// which ends with a message instead of hanging.
 class UaMutex
 {
 public:
@@ -17,7 +17,7 @@ public:
     [[nodiscard]] bool tryLock();
     void unlock();
 
-    // For assertions in functions that expect the mutex to be held, or not to be.
+    /// For assertions in functions that expect the mutex to be held, or not to be.
     [[nodiscard]] bool isLockedByCurrentThread() const;
 
 private:
@@ -25,18 +25,18 @@ private:
     std::atomic<std::thread::id> m_owner{};
 };
 
-// Holds a mutex for a scope; may be released and taken again in between.
+/// Holds a mutex for a scope; may be released and taken again in between.
 class UaMutexLocker
 {
 public:
     explicit UaMutexLocker(UaMutex& mutex);
-    // A null mutex is allowed and locks nothing.
+    /// A null mutex is allowed and locks nothing.
     explicit UaMutexLocker(UaMutex* mutex);
     ~UaMutexLocker();
     UaMutexLocker(const UaMutexLocker&) = delete;
     UaMutexLocker& operator=(const UaMutexLocker&) = delete;
 
-    // Both do nothing when the state is already the wanted one.
+    /// Both do nothing when the state is already the wanted one.
     void lock();
     void unlock();
 

@@ -15,9 +15,9 @@ public:
         : m_namespaceIndex(value.NamespaceIndex), m_name(value.Name)
     {
     }
-    // "2:name"; a text without a number before a colon is a name of namespace 0.
+    /// "2:name"; a text without a number before a colon is a name of namespace 0.
     [[nodiscard]] static UaQualifiedName fromString(std::string_view text);
-    // "2:name", or "name" in namespace 0 where that reads back as the same.
+    /// "2:name", or "name" in namespace 0 where that reads back as the same.
     [[nodiscard]] UaString toString() const;
 
     bool isNull() const noexcept { return m_namespaceIndex == 0 && m_name.isEmpty(); }
@@ -26,7 +26,7 @@ public:
     void setNamespaceIndex(OpcUa_UInt16 namespaceIndex) noexcept { m_namespaceIndex = namespaceIndex; }
     void setName(const UaString& name) noexcept { m_name = name; }
 
-    // Deep copy into raw memory.
+    /// Deep copy into raw memory.
     OpcUa_StatusCode copyTo(OpcUa_QualifiedName* destination) const noexcept;
 
     friend bool operator==(const UaQualifiedName&, const UaQualifiedName&) noexcept = default;

@@ -3,8 +3,8 @@
 #include <atomic>
 #include <utility>
 
-// Base of objects that several owners share: born with one reference, deleted when the last one is released.
-// The counter is safe for all threads; the object itself is as safe as its class makes it.
+/// Base of objects that several owners share: born with one reference, deleted when the last one is released.
+/// The counter is safe for all threads; the object itself is as safe as its class makes it.
 class UaRefCounter
 {
 public:
@@ -12,7 +12,7 @@ public:
     UaRefCounter& operator=(const UaRefCounter&) = delete;
 
     void addReference() const { m_references.fetch_add(1, std::memory_order_relaxed); }
-    // The references that are left; at 0 the object is gone.
+    /// The references that are left; at 0 the object is gone.
     int releaseReference() const
     {
         const int left = m_references.fetch_sub(1, std::memory_order_acq_rel) - 1;
@@ -20,7 +20,7 @@ public:
             delete this;
         return left;
     }
-    // For tests and traces only: another thread may change it at once.
+    /// For tests and traces only: another thread may change it at once.
     [[nodiscard]] int referenceCount() const { return m_references.load(std::memory_order_relaxed); }
 
 protected:
@@ -31,15 +31,15 @@ private:
     mutable std::atomic<int> m_references{1};
 };
 
-// Holds one reference to a UaRefCounter for its own life.
+/// Holds one reference to a UaRefCounter for its own life.
 template <typename T>
 class UaRefPtr
 {
 public:
     UaRefPtr() = default;
-    // Takes over the reference that the caller holds (that of a new object, say).
+    /// Takes over the reference that the caller holds (that of a new object, say).
     static UaRefPtr adopt(T* object) { return UaRefPtr(object); }
-    // Adds a reference of its own.
+    /// Adds a reference of its own.
     static UaRefPtr share(T* object)
     {
         if (object != nullptr)

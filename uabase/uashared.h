@@ -7,8 +7,8 @@
 #include <new>
 #include <utility>
 
-// Counted pointer to a value that is copied when it is changed while shared. Null until made or edited.
-// Copies may be used from several threads; one object may not.
+/// Counted pointer to a value that is copied when it is changed while shared. Null until made or edited.
+/// Copies may be used from several threads; one object may not.
 template <typename T>
 class UaSharedPtr
 {
@@ -27,7 +27,7 @@ public:
     }
     ~UaSharedPtr() { reset(); }
 
-    // Null when out of memory.
+    /// Null when out of memory.
     template <typename... Arguments>
     [[nodiscard]] static UaSharedPtr make(Arguments&&... arguments)
     {
@@ -42,7 +42,7 @@ public:
     explicit operator bool() const noexcept { return m_box != nullptr; }
     bool isShared() const noexcept { return m_box && m_box->references.load(std::memory_order_acquire) > 1; }
 
-    // The value for changing: made when null, copied when shared.
+    /// The value for changing: made when null, copied when shared.
     T& edit()
     {
         if (!m_box)
@@ -51,7 +51,7 @@ public:
             *this = UaSharedPtr(new Box(m_box->value));
         return m_box->value;
     }
-    // The value for changing when nobody else holds it, else null.
+    /// The value for changing when nobody else holds it, else null.
     T* unique() noexcept { return m_box && !isShared() ? &m_box->value : nullptr; }
 
     void reset() noexcept
@@ -75,7 +75,7 @@ private:
     Box* m_box = nullptr;
 };
 
-// Whether a structure of the stack owns memory; one that does not is copied without allocation.
+/// Whether a structure of the stack owns memory; one that does not is copied without allocation.
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_String& value) noexcept;
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_ByteString& value) noexcept;
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_NodeId& value) noexcept;
@@ -83,13 +83,13 @@ private:
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_ExtensionObject& value) noexcept;
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_DiagnosticInfo& value) noexcept;
 
-// Marks a value that owns no memory, so that none of it has to be looked for.
+/// Marks a value that owns no memory, so that none of it has to be looked for.
 struct UaPlain
 {
 };
 
-// A structure C of the stack as a shared value: the structure itself lies inside, what it points to is
-// shared.
+/// A structure C of the stack as a shared value: the structure itself lies inside, what it points to is
+/// shared.
 template <typename C>
 class UaSharedValue
 {
@@ -113,7 +113,7 @@ public:
     }
     ~UaSharedValue() = default;
 
-    // Valid until this object changes; never to be cleared.
+    /// Valid until this object changes; never to be cleared.
     const C* get() const noexcept { return &m_view; }
     const C* operator->() const noexcept { return &m_view; }
 
@@ -122,7 +122,7 @@ public:
         m_owner.reset();
         UaElement<C>::initialize(&m_view, 1);
     }
-    // Deep copy of a foreign structure; BadOutOfMemory leaves the null value.
+    /// Deep copy of a foreign structure; BadOutOfMemory leaves the null value.
     OpcUa_StatusCode assign(const C& source) noexcept
     {
         C copy;
@@ -130,7 +130,7 @@ public:
         attach(&copy);
         return status;
     }
-    // Takes over what value owns and leaves it initialised.
+    /// Takes over what value owns and leaves it initialised.
     void attach(C* value) noexcept
     {
         const C taken = *value;
@@ -146,7 +146,7 @@ public:
         }
         m_view = taken;
     }
-    // Hands the value over (destination is raw memory) and becomes null; copies only when shared.
+    /// Hands the value over (destination is raw memory) and becomes null; copies only when shared.
     OpcUa_StatusCode detach(C* destination) noexcept
     {
         OpcUa_StatusCode status = 0;
@@ -159,7 +159,7 @@ public:
         clear();
         return status;
     }
-    // Deep copy; destination is raw memory.
+    /// Deep copy; destination is raw memory.
     OpcUa_StatusCode copyTo(C* destination) const noexcept
     {
         return UaElement<C>::copy(&m_view, destination, 1);

@@ -15,7 +15,7 @@ public:
     }
 
     OpcUa_StatusCode statusCode() const noexcept { return code(); }
-    // What failed, in words; often empty.
+    /// What failed, in words; often empty.
     const UaString& diagnosticText() const noexcept { return m_diagnosticText; }
     void setStatus(OpcUa_StatusCode code, const UaString& diagnosticText = UaString()) noexcept
     {

@@ -7,7 +7,7 @@
 class UaStatusCode
 {
 public:
-    constexpr UaStatusCode() noexcept = default; // Good
+    constexpr UaStatusCode() noexcept = default; ///< Good
     constexpr UaStatusCode(OpcUa_StatusCode code) noexcept : m_code(code) {}
 
     constexpr OpcUa_StatusCode code() const noexcept { return m_code; }
@@ -17,9 +17,9 @@ public:
     constexpr bool isBad() const noexcept { return OpcUa_IsBad(m_code); }
     constexpr bool isNotBad() const noexcept { return OpcUa_IsNotBad(m_code); }
 
-    // The code's name ("BadTimeout"; info bits do not matter), or "0x80FF0000" for one that has none.
+    /// The code's name ("BadTimeout"; info bits do not matter), or "0x80FF0000" for one that has none.
     [[nodiscard]] UaString toString() const;
-    // "0x800A0000"
+    /// "0x800A0000"
     [[nodiscard]] UaString toHexString() const;
 
     friend constexpr bool operator==(const UaStatusCode& left, const UaStatusCode& right) noexcept

@@ -10,28 +10,28 @@
 
 namespace uabase {
 
-// Elements of one array in a body.
+/// Elements of one array in a body.
 constexpr OpcUa_Int32 maxBodyArrayLength = 4 * 1024 * 1024;
 
-// The definition of a field's structure: the field's own, one of the standard, the dictionary's; else null.
+/// The definition of a field's structure: the field's own, one of the standard, the dictionary's; else null.
 [[nodiscard]] UaStructureDefinition findDefinition(const UaStructureField& field,
                                                    UaDataTypeDictionary* dictionary);
 
-// The id that an ExtensionObject of this type carries: of the encoding, or of the data type when there is
-// none.
+/// The id that an ExtensionObject of this type carries: of the encoding, or of the data type when there is
+/// none.
 [[nodiscard]] UaNodeId bodyTypeId(const UaStructureDefinition& definition);
 
-// Whether value has the type id of the definition; one that names its namespace by URI can not be told.
+/// Whether value has the type id of the definition; one that names its namespace by URI can not be told.
 [[nodiscard]] bool isOfType(const UaExtensionObject& value, const UaStructureDefinition& definition);
 
-// Whether a variant may stand in a field.
+/// Whether a variant may stand in a field.
 [[nodiscard]] bool fitsField(const UaStructureField& field, const UaVariant& value);
 
-// The fields of one structure.
+/// The fields of one structure.
 struct FieldValues
 {
-    std::vector<UaVariant> values; // as many as the definition has fields
-    std::vector<bool> present;     // as many, or none: all are there
+    std::vector<UaVariant> values; ///< as many as the definition has fields
+    std::vector<bool> present;     ///< as many, or none: all are there
 
     [[nodiscard]] bool has(std::size_t index) const noexcept { return present.empty() || present[index]; }
     void setPresent(std::size_t index, bool isPresent)
@@ -42,8 +42,8 @@ struct FieldValues
     }
 };
 
-// Structures visited for one body. Definitions come from servers, too: without fields of their own, nested
-// ones multiply without a byte in the body.
+/// Structures visited for one body. Definitions come from servers, too: without fields of their own, nested
+/// ones multiply without a byte in the body.
 class VisitBudget
 {
 public:
@@ -54,7 +54,7 @@ private:
     std::size_t m_left;
 };
 
-// Statuses: Good, BadDecodingError, BadEncodingLimitsExceeded, BadDataTypeIdUnknown, BadOutOfMemory.
+/// Statuses: Good, BadDecodingError, BadEncodingLimitsExceeded, BadDataTypeIdUnknown, BadOutOfMemory.
 class StructureReader
 {
 public:
@@ -63,7 +63,7 @@ public:
     {
     }
 
-    // A null target skips.
+    /// A null target skips.
     OpcUa_StatusCode readStructure(const UaStructureDefinition& definition, FieldValues* target,
                                    int depth = 0);
     OpcUa_StatusCode readUnion(const UaStructureDefinition& definition, OpcUa_UInt32& switchValue,
@@ -84,7 +84,7 @@ private:
                                 int depth);
     OpcUa_StatusCode readPlain(std::span<const OpcUa_Byte> types, FieldValues* target);
     OpcUa_StatusCode skipBody(const UaStructureDefinition& definition, int depth);
-    // Bodies with a layout of their own: uastructurelayoutreader.cpp.
+    /// Bodies with a layout of their own: uastructurelayoutreader.cpp.
     OpcUa_StatusCode readLayout(const UaStructureDefinition& definition, const StructureLayout& layout,
                                 FieldValues* target, int depth);
     OpcUa_StatusCode readBits(unsigned count, OpcUa_UInt64& number) noexcept;
@@ -99,12 +99,12 @@ private:
 
     std::span<const OpcUa_Byte> m_bytes;
     std::size_t m_position = 0;
-    unsigned m_bit = 0; // bits taken of the byte at m_position
+    unsigned m_bit = 0; ///< bits taken of the byte at m_position
     VisitBudget m_budget;
     UaDataTypeDictionary* m_dictionary;
 };
 
-// Statuses: Good, BadEncodingError, BadEncodingLimitsExceeded, BadDataTypeIdUnknown, BadOutOfMemory.
+/// Statuses: Good, BadEncodingError, BadEncodingLimitsExceeded, BadDataTypeIdUnknown, BadOutOfMemory.
 class StructureWriter
 {
 public:
@@ -117,7 +117,7 @@ public:
                                     int depth = 0);
     OpcUa_StatusCode writeUnion(const UaStructureDefinition& definition, OpcUa_UInt32 switchValue,
                                 const UaVariant& value, int depth = 0);
-    // All fields with the null value of their type, optional ones absent; of a union no field.
+    /// All fields with the null value of their type, optional ones absent; of a union no field.
     OpcUa_StatusCode writeDefaults(const UaStructureDefinition& definition, int depth = 0);
     UaByteString bytes() const noexcept { return UaByteString(std::span<const OpcUa_Byte>(m_bytes)); }
 
@@ -129,7 +129,7 @@ private:
     OpcUa_StatusCode writeElement(const UaStructureField& field, const void* element, int depth);
     OpcUa_StatusCode writeNested(const UaStructureField& field, const OpcUa_ExtensionObject& value,
                                  int depth);
-    // Bodies with a layout of their own: uastructurelayoutwriter.cpp.
+    /// Bodies with a layout of their own: uastructurelayoutwriter.cpp.
     struct LayoutImage;
     OpcUa_StatusCode writeLayout(const UaStructureDefinition& definition, const StructureLayout& layout,
                                  const FieldValues& fields, int depth);
@@ -145,7 +145,7 @@ private:
     void writeBits(unsigned count, OpcUa_UInt64 number);
 
     std::vector<OpcUa_Byte> m_bytes;
-    unsigned m_bit = 0; // bits written of the last byte; 0: it is full
+    unsigned m_bit = 0; ///< bits written of the last byte; 0: it is full
     VisitBudget m_budget;
     UaDataTypeDictionary* m_dictionary;
 };

@@ -9,7 +9,7 @@
 
 namespace uabase {
 
-// The whole text is a decimal number of type T; a sign only where T has one. Never throws, no locale.
+/// The whole text is a decimal number of type T; a sign only where T has one. Never throws, no locale.
 template <typename T>
 [[nodiscard]] std::optional<T> parseNumber(std::string_view text) noexcept
 {
@@ -33,7 +33,7 @@ template <typename T>
 
 constexpr char hexDigits[] = "0123456789abcdef";
 
-// White space of XML: space, tab, line ends.
+/// White space of XML: space, tab, line ends.
 [[nodiscard]] constexpr std::string_view trimmed(std::string_view text) noexcept
 {
     constexpr std::string_view blanks = " \t\r\n";
@@ -43,7 +43,7 @@ constexpr char hexDigits[] = "0123456789abcdef";
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-// Cuts prefix off the front of text; false when it is not there.
+/// Cuts prefix off the front of text; false when it is not there.
 [[nodiscard]] constexpr bool takePrefix(std::string_view& text, std::string_view prefix) noexcept
 {
     if (!text.starts_with(prefix))

@@ -26,7 +26,7 @@ public:
     };
     UaTraceRecord(Form form, UaTrace::TraceLevel level, const char* text);
 
-    // One line with its line end.
+    /// One line with its line end.
     const char* line() const { return m_line.data(); }
 
 private:
@@ -41,7 +41,7 @@ struct UaTraceHeader
     std::vector<UaString> entries;
 };
 
-// A trace file with its backups. Not thread-safe.
+/// A trace file with its backups. Not thread-safe.
 class UaTraceFile
 {
 public:
@@ -52,7 +52,7 @@ public:
     };
     enum class Backups { Numbered, Bak };
 
-    // The header must outlive the file.
+    /// The header must outlive the file.
     UaTraceFile(const UaString& fileName, Backups backups, const UaTraceHeader& header);
     ~UaTraceFile() { close(); }
     UaTraceFile(const UaTraceFile&) = delete;
@@ -60,12 +60,13 @@ public:
 
     [[nodiscard]] std::error_code open(Limits limits);
     void close();
-    // Writes one line and changes files when this one is full; after an error the file is of no use any more.
+    /// Writes one line and changes files when this one is full; after an error the file is of no use any
+    /// more.
     [[nodiscard]] std::error_code write(const char* line, bool flush);
     void flush();
     void setLimits(Limits limits) { m_limits = limits; }
 
-    // As asked for; as opened.
+    /// As asked for; as opened.
     const UaString& requestedName() const { return m_requestedName; }
     UaString name() const { return UaString(m_path); }
 
@@ -85,10 +86,10 @@ private:
     Limits m_limits;
     unsigned int m_entries = 0;
     std::FILE* m_file = nullptr;
-    UaDirPrivate::Descriptor m_lock; // keeps other instances off while the file changes
+    UaDirPrivate::Descriptor m_lock; ///< keeps other instances off while the file changes
 };
 
-// A place for a hook that can be emptied safely while other threads trace.
+/// A place for a hook that can be emptied safely while other threads trace.
 class UaTraceHookSlot
 {
 public:

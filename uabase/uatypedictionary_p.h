@@ -12,7 +12,7 @@ namespace uabase {
 
 using TypeName = UaTypeDictionary::TypeName;
 
-// Fields of one structure with what it inherits, and elements of one fixed array.
+/// Fields of one structure with what it inherits, and elements of one fixed array.
 constexpr std::size_t maxDictionaryFields = 10000;
 constexpr OpcUa_UInt32 maxFixedLength = 1024 * 1024;
 
@@ -25,10 +25,10 @@ struct DictionaryField
     UaString switchField;
     std::optional<OpcUa_UInt64> switchValue;
     SwitchOperand switchOperand = SwitchOperand::Equals;
-    OpcUa_UInt32 length = 0; // bits of a Bit, else elements; 0: not said
+    OpcUa_UInt32 length = 0; ///< bits of a Bit, else elements; 0: not said
     bool lengthInBytes = false;
     bool bigEndian = false;
-    bool inherited = false; // repeats a field of the base type
+    bool inherited = false; ///< repeats a field of the base type
     int terminator = -1;
 };
 
@@ -42,7 +42,7 @@ struct DictionaryType
     OpcUa_UInt32 lengthInBits = 0;
     std::vector<DictionaryField> fields;
     std::vector<UaEnumValue> values;
-    UaString fault; // why it can not be used; null: no fault
+    UaString fault; ///< why it can not be used; null: no fault
 };
 
 struct DictionaryDocument
@@ -52,27 +52,27 @@ struct DictionaryDocument
     std::vector<DictionaryType> types;
 };
 
-// Reads a document; false with error when it is none. Faulty types are kept with their fault.
+/// Reads a document; false with error when it is none. Faulty types are kept with their fault.
 [[nodiscard]] bool parseDictionary(std::span<const unsigned char> xml, DictionaryDocument& document,
                                    UaString& error);
 
-// A type with its ids.
+/// A type with its ids.
 struct KnownType
 {
     DictionaryType type;
     UaNodeId dataTypeId;
     UaNodeId binaryEncodingId;
-    UaEnumDefinition enumDefinition; // made once, for all fields of the type
+    UaEnumDefinition enumDefinition; ///< made once, for all fields of the type
     UaOptionSetDefinition optionSetDefinition;
 };
 using KnownTypes = std::map<TypeName, KnownType>;
 
-// The definition of a structure; null with fault when one of its fields can not be used.
+/// The definition of a structure; null with fault when one of its fields can not be used.
 [[nodiscard]] UaStructureDefinition buildStructure(const TypeName& name, const KnownTypes& types,
                                                    UaString& fault);
 [[nodiscard]] UaEnumDefinition buildEnumeration(const KnownType& type);
 [[nodiscard]] UaOptionSetDefinition buildOptionSet(const KnownType& type);
-// The number on the wire of an enumeration or option set; Null for a width that no number has.
+/// The number on the wire of an enumeration or option set; Null for a width that no number has.
 [[nodiscard]] OpcUa_BuiltInType wireTypeOf(const DictionaryType& type) noexcept;
 
 } // namespace uabase

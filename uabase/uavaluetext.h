@@ -6,12 +6,12 @@
 #include <uabase/uadatatypedictionary.h>
 #include <uabase/uadatavalue.h>
 
-// JSON in the reversible form of OPC 10000-6, 5.4 and XML by 5.3. With a dictionary (that of the server; the
-// standard's structures are known without) structures are written field by field, without a definition their
-// body stands as Base64. Times are cut to the years 1601 to 9999. Reading takes text from anywhere: depth and
-// size are bounded. Statuses: BadEncodingLimitsExceeded; when reading also BadDecodingError (not the form),
-// BadOutOfRange (a number does not fit), BadDataTypeIdUnknown (fields of a structure without definition);
-// error then says what and where. The value is left alone on failure.
+/// JSON in the reversible form of OPC 10000-6, 5.4 and XML by 5.3. With a dictionary (that of the server; the
+/// standard's structures are known without) structures are written field by field, without a definition their
+/// body stands as Base64. Times are cut to the years 1601 to 9999. Reading takes text from anywhere: depth
+/// and size are bounded. Statuses: BadEncodingLimitsExceeded; when reading also BadDecodingError (not the
+/// form), BadOutOfRange (a number does not fit), BadDataTypeIdUnknown (fields of a structure without
+/// definition); error then says what and where. The value is left alone on failure.
 class UaValueText
 {
 public:

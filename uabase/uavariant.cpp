@@ -177,7 +177,6 @@ unsigned char* elementAt(const OpcUa_Variant& value, OpcUa_UInt32 index) noexcep
 } // namespace
 
 // ---- shape
-// -------------------------------------------------------------------------------------------------
 
 bool UaVariant::isEmpty() const noexcept
 {
@@ -220,7 +219,6 @@ UaVariant UaVariant::at(OpcUa_UInt32 index) const noexcept
 }
 
 // ---- scalars
-// -----------------------------------------------------------------------------------------------
 
 void UaVariant::setBool(bool value) noexcept
 {
@@ -265,7 +263,6 @@ void UaVariant::setStatusCode(const UaStatusCode& value) noexcept
 }
 
 // ---- arrays
-// ------------------------------------------------------------------------------------------------
 
 OpcUa_StatusCode UaVariant::setArray(OpcUa_BuiltInType type, OpcUa_Int32 length,
                                      const void* elements) noexcept

@@ -14,15 +14,16 @@
 
 class UaDataValue;
 
-// Scalars of fixed size copy without allocation, all others share their content. One object belongs to one
-// thread.
+/// Scalars of fixed size copy without allocation, all others share their content. One object belongs to one
+/// thread.
 class UaVariant
 {
 public:
-    UaVariant() noexcept = default; // the null value
+    UaVariant() noexcept = default; ///< the null value
     explicit UaVariant(const OpcUa_Variant& value) noexcept { m_value.assign(value); }
     UaVariant(UaPlain plain, const OpcUa_Variant& value) noexcept : m_value(plain, value) {}
-    // Scalars. Boolean and Byte are told apart by bool and OpcUa_Byte; UInt32 and StatusCode by UaStatusCode.
+    /// Scalars. Boolean and Byte are told apart by bool and OpcUa_Byte; UInt32 and StatusCode by
+    /// UaStatusCode.
     explicit UaVariant(bool value) noexcept { setBool(value); }
     explicit UaVariant(OpcUa_SByte value) noexcept { setSByte(value); }
     explicit UaVariant(OpcUa_Byte value) noexcept { setByte(value); }
@@ -46,10 +47,11 @@ public:
     explicit UaVariant(const UaLocalizedText& value) noexcept { setLocalizedText(value); }
     explicit UaVariant(const UaExtensionObject& value) noexcept { setExtensionObject(value); }
 
-    bool isNull() const noexcept { return type() == OpcUaType_Null; } // no value
-    // Null, or a null string, array, node id and so on.
+    bool isNull() const noexcept { return type() == OpcUaType_Null; } ///< no value
+    /// Null, or a null string, array, node id and so on.
     bool isEmpty() const noexcept;
-    OpcUa_BuiltInType type() const noexcept // Null for a number that is no type
+    /// Null for a number that is no type
+    OpcUa_BuiltInType type() const noexcept
     {
         return m_value->Datatype <= OpcUaType_DiagnosticInfo
                    ? static_cast<OpcUa_BuiltInType>(m_value->Datatype)
@@ -62,20 +64,19 @@ public:
     bool isScalar() const noexcept { return m_value->ArrayType == OpcUa_VariantArrayType_Scalar; }
     bool isArray() const noexcept { return m_value->ArrayType == OpcUa_VariantArrayType_Array; }
     bool isMatrix() const noexcept { return m_value->ArrayType == OpcUa_VariantArrayType_Matrix; }
-    // Elements of an array or matrix; -1 for a null array and for a scalar.
+    /// Elements of an array or matrix; -1 for a null array and for a scalar.
     OpcUa_Int32 arraySize() const noexcept;
-    // Elements that at() accepts: 0 for a scalar.
+    /// Elements that at() accepts: 0 for a scalar.
     OpcUa_UInt32 elementCount() const noexcept;
-    // Of a matrix; of an array its length; empty for a scalar.
+    /// Of a matrix; of an array its length; empty for a scalar.
     UaArray<OpcUa_Int32> dimensions() const noexcept;
-    // One element of an array or matrix (row-major) as a scalar; null when there is none.
+    /// One element of an array or matrix (row-major) as a scalar; null when there is none.
     [[nodiscard]] UaVariant at(OpcUa_UInt32 index) const noexcept;
-    // Borrowed pointer to the packed elements (OpcUa_Int32[], OpcUa_String[] ...); null for scalars.
+    /// Borrowed pointer to the packed elements (OpcUa_Int32[], OpcUa_String[] ...); null for scalars.
     const void* elements() const noexcept;
     void clear() noexcept { m_value.clear(); }
 
     // ---- setting scalars
-    // -----------------------------------------------------------------------------------
     void setBool(bool value) noexcept;
     void setSByte(OpcUa_SByte value) noexcept;
     void setByte(OpcUa_Byte value) noexcept;
@@ -102,17 +103,18 @@ public:
     void setDiagnosticInfo(const UaDiagnosticInfo& value) noexcept;
 
     // ---- setting arrays and matrices
-    // ----------------------------------------------------------------------- Deep copy of packed elements of
-    // the type. BadOutOfMemory, BadInvalidArgument for an unknown type; the value is then null.
+
+    /// Deep copy of packed elements of
+    /// the type. BadOutOfMemory, BadInvalidArgument for an unknown type; the value is then null.
     OpcUa_StatusCode setArray(OpcUa_BuiltInType type, OpcUa_Int32 length, const void* elements) noexcept;
-    // Takes ownership of packed elements from the stack's allocator; length -1 with null makes a null array.
+    /// Takes ownership of packed elements from the stack's allocator; length -1 with null makes a null array.
     OpcUa_StatusCode attachArray(OpcUa_BuiltInType type, OpcUa_Int32 length, void* elements) noexcept;
-    // An array of scalars that all have the same type. BadTypeMismatch otherwise.
+    /// An array of scalars that all have the same type. BadTypeMismatch otherwise.
     OpcUa_StatusCode setArray(OpcUa_BuiltInType type, std::span<const UaVariant> elements) noexcept;
-    // Gives an array dimensions (at least two make it a matrix, one makes it an array again).
-    // BadInvalidArgument when their product is not the number of elements.
+    /// Gives an array dimensions (at least two make it a matrix, one makes it an array again).
+    /// BadInvalidArgument when their product is not the number of elements.
     OpcUa_StatusCode setDimensions(std::span<const OpcUa_Int32> dimensions) noexcept;
-    // Replaces one element by a scalar of the same type. BadIndexRangeInvalid, BadTypeMismatch.
+    /// Replaces one element by a scalar of the same type. BadIndexRangeInvalid, BadTypeMismatch.
     OpcUa_StatusCode setAt(OpcUa_UInt32 index, const UaVariant& element) noexcept;
 
     void setBoolArray(const UaArray<OpcUa_Boolean>& values) noexcept { setTyped(OpcUaType_Boolean, values); }
@@ -171,9 +173,10 @@ public:
     }
 
     // ---- reading
-    // ------------------------------------------------------------------------------------------- Each
-    // converts as changeType does; a value that can not be converted gives the type's null value and sets ok
-    // to false.
+
+    /// Each
+    /// converts as changeType does; a value that can not be converted gives the type's null value and sets ok
+    /// to false.
     bool toBool(bool* ok = nullptr) const noexcept;
     OpcUa_SByte toSByte(bool* ok = nullptr) const noexcept;
     OpcUa_Byte toByte(bool* ok = nullptr) const noexcept;
@@ -197,11 +200,12 @@ public:
     UaExtensionObject toExtensionObject(bool* ok = nullptr) const noexcept;
     UaDataValue toDataValue(bool* ok = nullptr) const noexcept;
     UaDiagnosticInfo toDiagnosticInfo(bool* ok = nullptr) const noexcept;
-    // A text for people, of every type and shape; never fails. Strings come as they are, arrays as "{a|b|c}".
+    /// A text for people, of every type and shape; never fails. Strings come as they are, arrays as
+    /// "{a|b|c}".
     [[nodiscard]] UaString toString() const;
 
-    // Deep copy of the elements of an array or matrix; an array of another type is converted as changeType
-    // does it. False (and values empty) when that fails or the value is a scalar.
+    /// Deep copy of the elements of an array or matrix; an array of another type is converted as changeType
+    /// does it. False (and values empty) when that fails or the value is a scalar.
     bool toBoolArray(UaArray<OpcUa_Boolean>& values) const noexcept
     {
         return toTyped(OpcUaType_Boolean, values);
@@ -294,25 +298,24 @@ public:
     }
 
     // ---- conversion, OPC 10000-4, 7.7.3
-    // --------------------------------------------------------------------
     enum Conversion { NoConversion, SameType, ImplicitConversion, ExplicitConversion };
     [[nodiscard]] static Conversion conversion(OpcUa_BuiltInType from, OpcUa_BuiltInType to) noexcept;
-    // Converts to the type, each element of an array or matrix on its own. toArray on a scalar makes an array
-    // of one element, a scalar is made of an array of one element; ByteString and array of Byte turn into
-    // each other; a matrix keeps its dimensions when toArray is set. On failure the value is unchanged:
-    // BadTypeMismatch (no such conversion, or shape), BadOutOfRange (does not fit), BadSyntaxError (the text
-    // is not of the type).
+    /// Converts to the type, each element of an array or matrix on its own. toArray on a scalar makes an
+    /// array of one element, a scalar is made of an array of one element; ByteString and array of Byte turn
+    /// into each other; a matrix keeps its dimensions when toArray is set. On failure the value is unchanged:
+    /// BadTypeMismatch (no such conversion, or shape), BadOutOfRange (does not fit), BadSyntaxError (the text
+    /// is not of the type).
     [[nodiscard]] UaStatusCode changeType(OpcUa_BuiltInType type, bool toArray) noexcept;
 
-    // Borrowed; valid until this value changes.
+    /// Borrowed; valid until this value changes.
     const OpcUa_Variant* get() const noexcept { return m_value.get(); }
-    // attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
-    // memory.
+    /// attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
+    /// memory.
     void attach(OpcUa_Variant* value) noexcept { m_value.attach(value); }
     OpcUa_StatusCode detach(OpcUa_Variant* destination) noexcept { return m_value.detach(destination); }
     OpcUa_StatusCode copyTo(OpcUa_Variant* destination) const noexcept { return m_value.copyTo(destination); }
 
-    // Type, shape and every element.
+    /// Type, shape and every element.
     friend bool operator==(const UaVariant& left, const UaVariant& right) noexcept
     {
         return OpcUa_Variant_Compare(left.get(), right.get()) == 0;

@@ -5,12 +5,12 @@
 
 namespace UaClientSdk {
 
-// Held by one thread at a time for the length of a CreateSession or ActivateSession with all that belongs to
-// it. No mutex: whoever holds it calls the stack and the application.
+/// Held by one thread at a time for the length of a CreateSession or ActivateSession with all that belongs to
+/// it. No mutex: whoever holds it calls the stack and the application.
 class ActivatorTurn
 {
 public:
-    // Waits until nobody has it; the calls of who has it are limited in time.
+    /// Waits until nobody has it; the calls of who has it are limited in time.
     explicit ActivatorTurn(SessionContext& context) : m_context(context)
     {
         SessionLock lock(m_context.mutex);
@@ -28,7 +28,7 @@ public:
     ActivatorTurn(const ActivatorTurn&) = delete;
     ActivatorTurn& operator=(const ActivatorTurn&) = delete;
 
-    // Whether the calling thread has it, so that it would wait for itself.
+    /// Whether the calling thread has it, so that it would wait for itself.
     [[nodiscard]] static bool isMine(const SessionContext& context)
     {
         SessionLock lock(context.mutex);

@@ -9,7 +9,7 @@
 
 namespace UaClientSdk {
 
-// A call on its way from block to block. The transaction ends with it, after everything else of it has gone.
+/// A call on its way from block to block. The transaction ends with it, after everything else of it has gone.
 template <typename Service, typename Prepare, typename Complete>
 struct BlockTransaction
 {
@@ -19,16 +19,16 @@ struct BlockTransaction
     Prepare prepare;
     Complete complete;
     OpcUa_UInt32 limit = 0;
-    OpcUa_UInt32 length = 0;                     // items of all blocks
-    OpcUa_UInt32 first = 0;                      // of the block that is under way
-    UaArray<typename Service::ItemType> items{}; // all of them, when more blocks follow the first
+    OpcUa_UInt32 length = 0;                     ///< items of all blocks
+    OpcUa_UInt32 first = 0;                      ///< of the block that is under way
+    UaArray<typename Service::ItemType> items{}; ///< all of them, when more blocks follow the first
     UaArray<typename Service::ResultType> results{};
     UaDiagnosticInfos diagnosticInfos{};
 
     [[nodiscard]] OpcUa_UInt32 blockLength() const { return std::min(limit, length - first); }
 };
 
-// One block's request. The next block is sent from the pool when its predecessor is answered.
+/// One block's request. The next block is sent from the pool when its predecessor is answered.
 template <typename Service, typename Prepare, typename Complete>
 class AsyncBlock : public PendingCall
 {
@@ -40,7 +40,7 @@ public:
     {
     }
 
-    // Sends the block that state names. Good: the call goes on by itself. Bad: state is left to the caller.
+    /// Sends the block that state names. Good: the call goes on by itself. Bad: state is left to the caller.
     static UaStatus send(SessionContext& session, std::unique_ptr<State>& state,
                          std::span<const typename Service::ItemType> items)
     try {
@@ -85,7 +85,7 @@ private:
         return result.isBad() ? result : UaStatus(status());
     }
 
-    // m_state goes with the block when it is sent.
+    /// m_state goes with the block when it is sent.
     UaStatus sendNext()
     {
         Transaction checked; // only to make the check; the call is counted already
@@ -109,8 +109,8 @@ private:
     std::unique_ptr<State> m_state;
 };
 
-// Sends the service, and later calls complete(callback, status, results, diagnosticInfos) on the pool. The
-// result says whether it was sent; when it is bad, complete is never called. prepare must own what it needs.
+/// Sends the service, and later calls complete(callback, status, results, diagnosticInfos) on the pool. The
+/// result says whether it was sent; when it is bad, complete is never called. prepare must own what it needs.
 template <typename Service, typename Prepare, typename Complete>
 UaStatus beginInBlocks(SessionContext& context, const Service& service, ServiceSettings& settings,
                        std::span<const typename Service::ItemType> items, const Prepare& prepare,

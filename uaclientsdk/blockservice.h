@@ -12,7 +12,7 @@
 
 namespace UaClientSdk {
 
-// How one such service names its fields in the stack's structures.
+/// How one such service names its fields in the stack's structures.
 template <typename Request, typename Response, typename Item, typename Result>
 struct BlockService
 {
@@ -28,15 +28,15 @@ struct BlockService
     const OpcUa_EncodeableType& responseType;
     OpcUa_Int32 Request::*itemCount;
     Item* Request::*items;
-    OpcUa_Int32 Response::*resultCount; // null: the service answers with a status only
+    OpcUa_Int32 Response::*resultCount; ///< null: the service answers with a status only
     Result* Response::*results;
-    // What a block did stays done when a later one fails: then its results are kept.
+    /// What a block did stays done when a later one fails: then its results are kept.
     bool hasEffects = false;
-    void (*traceItems)(std::span<const Item>) = nullptr; // at the level of data
+    void (*traceItems)(std::span<const Item>) = nullptr; ///< at the level of data
     void (*traceResults)(std::span<const Result>) = nullptr;
 };
 
-// Moves a block's diagnostic infos behind those of the blocks before it, which may have come without.
+/// Moves a block's diagnostic infos behind those of the blocks before it, which may have come without.
 template <typename Response>
 bool takeDiagnostics(Response& response, OpcUa_UInt32 before, OpcUa_UInt32 count, UaDiagnosticInfos& merged)
 {
@@ -55,7 +55,7 @@ bool takeDiagnostics(Response& response, OpcUa_UInt32 before, OpcUa_UInt32 count
     }
 }
 
-// Appends what a block of count items was answered to what came before.
+/// Appends what a block of count items was answered to what came before.
 template <typename Service>
 UaStatus takeBlock(const Service& service, OpcUa_UInt32 count, typename Service::ResponseType& response,
                    UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos)
@@ -74,8 +74,8 @@ UaStatus takeBlock(const Service& service, OpcUa_UInt32 count, typename Service:
     return merged && results.appendMoved(std::move(block)) ? UaStatus() : UaStatus(OpcUa_BadOutOfMemory);
 }
 
-// Fills the request of one block. prepare(request, first) sets the other fields; first is the place of the
-// block among all items.
+/// Fills the request of one block. prepare(request, first) sets the other fields; first is the place of the
+/// block among all items.
 template <typename Service, typename Prepare>
 void fillBlock(SessionContext& context, const Service& service, ServiceSettings& settings, OpcUa_UInt32 first,
                std::span<const typename Service::ItemType> items, const Prepare& prepare,
@@ -92,14 +92,14 @@ void fillBlock(SessionContext& context, const Service& service, ServiceSettings&
     prepare(request, first);
 }
 
-// The most items of one request.
+/// The most items of one request.
 inline OpcUa_UInt32 blockLimit(const SessionContext& context)
 {
     SessionLock lock(context.mutex);
     return std::max<OpcUa_UInt32>(context.connectInfo.maxOperationsPerServiceCall, 1);
 }
 
-// Sends one block and appends what comes back.
+/// Sends one block and appends what comes back.
 template <typename Service, typename Prepare>
 UaStatus callBlock(SessionContext& context, const Service& service, ServiceSettings& settings,
                    OpcUa_UInt32 first, std::span<const typename Service::ItemType> items,
@@ -119,7 +119,7 @@ UaStatus callBlock(SessionContext& context, const Service& service, ServiceSetti
     return taken.isBad() ? taken : status;
 }
 
-// The items are there in good time to be traced: the caller gave them.
+/// The items are there in good time to be traced: the caller gave them.
 template <typename Service>
 void traceBlockItems(const Service& service, std::span<const typename Service::ItemType> items)
 {
@@ -127,7 +127,7 @@ void traceBlockItems(const Service& service, std::span<const typename Service::I
         service.traceItems(items);
 }
 
-// The end of a split call: what its caller gets, and the trace of it.
+/// The end of a split call: what its caller gets, and the trace of it.
 template <typename Service>
 void finishBlocks(const Service& service, const UaStatus& status,
                   UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos)
@@ -140,7 +140,7 @@ void finishBlocks(const Service& service, const UaStatus& status,
         service.traceResults(results.span());
 }
 
-// The whole service: split by the session's maximum operations per call, stopped at the first bad block.
+/// The whole service: split by the session's maximum operations per call, stopped at the first bad block.
 template <typename Service, typename Prepare>
 UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSettings& settings,
                       std::span<const typename Service::ItemType> items,
@@ -171,7 +171,7 @@ UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSe
     return status;
 }
 
-// For services whose requests have nothing but their items.
+/// For services whose requests have nothing but their items.
 struct NothingToPrepare
 {
     template <typename Request>

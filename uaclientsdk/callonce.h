@@ -6,8 +6,8 @@
 
 namespace UaClientSdk {
 
-// prepare(request) sets the fields, borrowed from the caller; take(response) moves out what is wanted and
-// says whether it is in order. count stands for the request's array in the checks.
+/// prepare(request) sets the fields, borrowed from the caller; take(response) moves out what is wanted and
+/// says whether it is in order. count stands for the request's array in the checks.
 template <typename Request, typename Response, typename Prepare, typename Take>
 UaStatus callOnce(SessionContext& context, const ServiceNames& names, OpcUa_UInt32 count,
                   OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),

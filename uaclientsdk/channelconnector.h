@@ -6,8 +6,8 @@
 
 namespace UaClientSdk {
 
-// Tries the main URL, then the alternatives, and tells the application when none opens. Blocks; one thread at
-// a time.
+/// Tries the main URL, then the alternatives, and tells the application when none opens. Blocks; one thread
+/// at a time.
 class ChannelConnector
 {
 public:

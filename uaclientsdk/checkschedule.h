@@ -7,23 +7,23 @@
 
 namespace UaClientSdk {
 
-// Times are ms of the stack's clock. One thread.
+/// Times are ms of the stack's clock. One thread.
 class CheckSchedule
 {
 public:
-    // A server that keeps refusing is left in peace after so many attempts: one a minute from then on.
+    /// A server that keeps refusing is left in peace after so many attempts: one a minute from then on.
     static constexpr OpcUa_UInt32 patience = 100;
     static constexpr OpcUa_UInt64 slowPace = 60000;
 
     explicit CheckSchedule(OpcUa_UInt64 now) : m_last(now) {}
 
-    // A check or an attempt has ended.
+    /// A check or an attempt has ended.
     void stamp(OpcUa_UInt64 now)
     {
         m_last = now;
         m_urgent = false;
     }
-    // The next check is due at once: who has been silent for the length of one check has had its time.
+    /// The next check is due at once: who has been silent for the length of one check has had its time.
     void hurry() { m_urgent = true; }
     void refused() { ++m_refusedInARow; }
     void accepted() { m_refusedInARow = 0; }
@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    // A clock that went back says nothing about how long ago something was.
+    /// A clock that went back says nothing about how long ago something was.
     [[nodiscard]] bool isOver(OpcUa_UInt64 now, OpcUa_UInt64 period) const
     {
         return now < m_last || now - m_last > period;

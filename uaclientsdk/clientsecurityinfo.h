@@ -8,7 +8,7 @@
 
 namespace UaClientSdk {
 
-// Folders that one transport takes certificates and revocation lists from.
+/// Folders that one transport takes certificates and revocation lists from.
 struct PkiFolders
 {
     UaString trustedCertificates;
@@ -17,14 +17,14 @@ struct PkiFolders
     UaString issuerRevocationLists;
 };
 
-// Value class; the private key leaves it only towards the stack.
+/// Value class; the private key leaves it only towards the stack.
 class ClientSecurityInfo
 {
 public:
-    UaByteString clientCertificate; // DER
-    UaByteString clientPrivateKey;  // DER
-    // Told of each TLS certificate that a discovery call finds and the HTTPS folders do not trust; the call
-    // ends with that status. Runs on a thread of the stack.
+    UaByteString clientCertificate; ///< DER
+    UaByteString clientPrivateKey;  ///< DER
+    /// Told of each TLS certificate that a discovery call finds and the HTTPS folders do not trust; the call
+    /// ends with that status. Runs on a thread of the stack.
     std::function<void(const UaStatus&, const UaByteString&)> tlsCertificateRefused;
 
     void initializePkiProviderOpenSSL(const UaString& trustedRevocationLists,

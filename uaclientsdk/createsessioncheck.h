@@ -10,28 +10,28 @@
 
 namespace UaClientSdk {
 
-// One answer, OPC 10000-4, 5.6.2. The order of the checks is that of the functions below.
+/// One answer, OPC 10000-4, 5.6.2. The order of the checks is that of the functions below.
 class CreateSessionCheck
 {
 public:
-    // Whether the application goes on in spite of an error about that certificate.
+    /// Whether the application goes on in spite of an error about that certificate.
     using Question = std::function<bool(const OverridableError& error, const UaByteString& certificate)>;
 
-    // url is the one that the session connected to; all are borrowed.
+    /// url is the one that the session connected to; all are borrowed.
     CreateSessionCheck(const SessionSecurityInfo& security, const UaString& url,
                        const UaByteString& clientNonce, Question question)
         : m_security(security), m_url(url), m_clientNonce(clientNonce), m_question(std::move(question))
     {
     }
 
-    // BadCertificateInvalid, BadNoValidCertificates (the server's is another than the channel's),
-    // BadCertificateHostNameInvalid, BadSecurityChecksFailed (signature or endpoint list), BadNonceInvalid,
-    // BadSecurityModeRejected (the endpoint is not in the list).
+    /// BadCertificateInvalid, BadNoValidCertificates (the server's is another than the channel's),
+    /// BadCertificateHostNameInvalid, BadSecurityChecksFailed (signature or endpoint list), BadNonceInvalid,
+    /// BadSecurityModeRejected (the endpoint is not in the list).
     [[nodiscard]] UaStatus run(const OpcUa_CreateSessionResponse& response);
 
-    // The one certificate that signatures are made for and secrets encrypted with; may be empty.
+    /// The one certificate that signatures are made for and secrets encrypted with; may be empty.
     [[nodiscard]] const UaByteString& serverCertificate() const { return m_certificate; }
-    // Whether the error that run ended with could have been overridden, so that it has been told.
+    /// Whether the error that run ended with could have been overridden, so that it has been told.
     [[nodiscard]] bool wasAsked() const { return m_asked; }
     [[nodiscard]] bool signatureFailed() const { return m_signatureFailed; }
 

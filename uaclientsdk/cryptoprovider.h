@@ -7,19 +7,19 @@
 
 namespace UaClientSdk {
 
-// Any thread; results are null on failure.
+/// Any thread; results are null on failure.
 class CryptoProvider
 {
 public:
-    // An empty URI means None.
+    /// An empty URI means None.
     explicit CryptoProvider(const UaString& securityPolicyUri);
     ~CryptoProvider();
     CryptoProvider(const CryptoProvider&) = delete;
     CryptoProvider& operator=(const CryptoProvider&) = delete;
 
-    // BadSecurityPolicyRejected for a policy that the stack does not offer; then nothing else may be called.
+    /// BadSecurityPolicyRejected for a policy that the stack does not offer; then nothing else may be called.
     [[nodiscard]] UaStatus status() const { return m_status; }
-    // With it there is neither signature nor encryption.
+    /// With it there is neither signature nor encryption.
     [[nodiscard]] bool isNone() const { return m_status.isGood() && m_info.MinAsymmetricKeyLength == 0; }
     [[nodiscard]] const char* signatureUri() const { return m_info.AsymmetricSignatureUri; }
     [[nodiscard]] const char* encryptionUri() const { return m_info.AsymmetricEncryptionUri; }

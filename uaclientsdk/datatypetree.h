@@ -19,16 +19,16 @@ struct DataType
     UaString name;
 };
 
-// Which types there are and what each derives from. Read once, then only looked at.
+/// Which types there are and what each derives from. Read once, then only looked at.
 class DataTypeTree
 {
 public:
-    // A level in each service call.
+    /// A level in each service call.
     UaStatus browse(UaSession& session, ServiceSettings& settings);
     const std::map<UaNodeId, DataType>& types() const { return m_types; }
-    // The built-in type that travels for a data type; Null when nobody knows.
+    /// The built-in type that travels for a data type; Null when nobody knows.
     [[nodiscard]] OpcUa_BuiltInType wireType(const UaNodeId& dataTypeId) const;
-    // Whether it is base or derives from it.
+    /// Whether it is base or derives from it.
     [[nodiscard]] bool derivesFrom(const UaNodeId& dataTypeId, const UaNodeId& base) const;
 
 private:

@@ -10,19 +10,19 @@ namespace UaClientSdk {
 
 using EndpointSpan = std::span<const OpcUa_EndpointDescription>;
 
-// The endpoint of the security settings that fits the connect URL best: the same URL, else the same scheme
-// and port, else the same scheme. Null when none has the settings; the result points into endpoints.
+/// The endpoint of the security settings that fits the connect URL best: the same URL, else the same scheme
+/// and port, else the same scheme. Null when none has the settings; the result points into endpoints.
 [[nodiscard]] const OpcUa_EndpointDescription* selectEndpoint(EndpointSpan endpoints,
                                                               const UaString& connectUrl,
                                                               const UaString& securityPolicyUri,
                                                               OpcUa_MessageSecurityMode securityMode);
-// The same whatever the settings.
+/// The same whatever the settings.
 [[nodiscard]] const OpcUa_EndpointDescription* selectEndpointOfAnySecurity(EndpointSpan endpoints,
                                                                            const UaString& connectUrl);
 
-// The policy of the type that protects secrets best, the first among equals: one with strong encryption, then
-// one with weak, then one with none. An empty policy URI means the channel's. Null when there is none whose
-// algorithms are offered here. Traces what the endpoint offers.
+/// The policy of the type that protects secrets best, the first among equals: one with strong encryption,
+/// then one with weak, then one with none. An empty policy URI means the channel's. Null when there is none
+/// whose algorithms are offered here. Traces what the endpoint offers.
 [[nodiscard]] const OpcUa_UserTokenPolicy* selectUserTokenPolicy(const OpcUa_EndpointDescription& endpoint,
                                                                  OpcUa_UserTokenType type,
                                                                  const UaString& channelPolicyUri);

@@ -12,7 +12,7 @@ namespace UaClientSdk {
 
 struct SessionContext;
 
-// A finding about a server with the words for both ends that it may take.
+/// A finding about a server with the words for both ends that it may take.
 struct OverridableError
 {
     UaClient::ConnectServiceType step;
@@ -20,7 +20,7 @@ struct OverridableError
     std::string text;
     std::string overriddenText;
 
-    // With the usual words for an error that is overridden.
+    /// With the usual words for an error that is overridden.
     OverridableError(UaClient::ConnectServiceType where, OpcUa_StatusCode code, std::string what)
         : step(where), status(code), text(std::move(what)),
           overriddenText(text + " - error overridden by application")
@@ -28,12 +28,12 @@ struct OverridableError
     }
 };
 
-// Remembers what was overridden of which certificate until the next connect: a reconnect must not ask again
-// what nobody can answer on the session's thread. Used by who activates the session, one thread at a time.
+/// Remembers what was overridden of which certificate until the next connect: a reconnect must not ask again
+/// what nobody can answer on the session's thread. Used by who activates the session, one thread at a time.
 class ErrorOverrides
 {
 public:
-    // Asks the application unless it has answered already; traces the outcome.
+    /// Asks the application unless it has answered already; traces the outcome.
     [[nodiscard]] bool overridden(const SessionContext& context, const OverridableError& error,
                                   const UaByteString& certificate);
     void forget() { m_accepted.clear(); }

@@ -7,21 +7,21 @@
 
 namespace UaClientSdk {
 
-// Common to all. Of several nodes each carries its continuation point in its UaHistoryReadValueIds entry.
+/// Common to all. Of several nodes each carries its continuation point in its UaHistoryReadValueIds entry.
 struct HistoryReadContext
 {
     OpcUa_TimestampsToReturn timestampsToReturn = OpcUa_TimestampsToReturn_Both;
-    UaByteString continuationPoint;         // of the only node, unless its entry has one
-    bool releaseContinuationPoints = false; // true: nothing is read, the server forgets the points
+    UaByteString continuationPoint;         ///< of the only node, unless its entry has one
+    bool releaseContinuationPoints = false; ///< true: nothing is read, the server forgets the points
 };
 
-// Times may be null and may run backwards, as the standard allows.
+/// Times may be null and may run backwards, as the standard allows.
 struct HistoryReadRawModifiedContext : HistoryReadContext
 {
-    bool isReadModified = false; // the values that were replaced or deleted, with who did it and when
+    bool isReadModified = false; ///< the values that were replaced or deleted, with who did it and when
     UaDateTime startTime;
     UaDateTime endTime;
-    OpcUa_UInt32 numValuesPerNode = 0; // 0: all
+    OpcUa_UInt32 numValuesPerNode = 0; ///< 0: all
     bool returnBounds = false;
 };
 
@@ -29,8 +29,8 @@ struct HistoryReadProcessedContext : HistoryReadContext
 {
     UaDateTime startTime;
     UaDateTime endTime;
-    double processingInterval = 0.0; // ms; 0: one value for the whole range
-    UaNodeIdArray aggregateTypes;    // one for each node
+    double processingInterval = 0.0; ///< ms; 0: one value for the whole range
+    UaNodeIdArray aggregateTypes;    ///< one for each node
     OpcUa_AggregateConfiguration aggregateConfiguration{OpcUa_True, OpcUa_False, 0, 0, OpcUa_False};
 };
 
@@ -44,7 +44,7 @@ struct HistoryReadEventContext : HistoryReadContext
 {
     UaDateTime startTime;
     UaDateTime endTime;
-    OpcUa_UInt32 numValuesPerNode = 0; // 0: all
+    OpcUa_UInt32 numValuesPerNode = 0; ///< 0: all
     UaSimpleAttributeOperands selectClauses;
     UaContentFilterElements whereClause;
 };

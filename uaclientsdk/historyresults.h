@@ -9,14 +9,14 @@
 
 namespace UaClientSdk {
 
-// status BadTypeMismatch: the server answered with another structure than was asked for; 0x80460000: its
-// values and modificationInfos differ in number. Then both are empty.
+/// status BadTypeMismatch: the server answered with another structure than was asked for; 0x80460000: its
+/// values and modificationInfos differ in number. Then both are empty.
 struct HistoryReadDataResult
 {
     UaStatus status;
-    UaByteString continuationPoint; // not empty: there is more
+    UaByteString continuationPoint; ///< not empty: there is more
     UaDataValues values;
-    UaModificationInfos modificationInfos; // as many as values when modified values were read, else empty
+    UaModificationInfos modificationInfos; ///< as many as values when modified values were read, else empty
 };
 
 struct HistoryReadEventResult
@@ -29,7 +29,7 @@ struct HistoryReadEventResult
 using HistoryReadDataResults = std::vector<HistoryReadDataResult>;
 using HistoryReadEventResults = std::vector<HistoryReadEventResult>;
 
-// Moves the contents over.
+/// Moves the contents over.
 [[nodiscard]] HistoryReadDataResults takeHistoryData(UaHistoryReadResults& results);
 [[nodiscard]] HistoryReadEventResults takeHistoryEvents(UaHistoryReadResults& results);
 

@@ -14,7 +14,7 @@ struct CallIn
     UaVariantArray inputArguments;
 };
 
-// callResult is the method's own; the others are filled as far as the server says something.
+/// callResult is the method's own; the others are filled as far as the server says something.
 struct CallOut
 {
     UaStatus callResult;

@@ -11,9 +11,9 @@ namespace UaClientSdk {
 
 class UaSession;
 
-// Takes what the properties EnumStrings, EnumValues and OptionSetValues and the XML type dictionaries say
-// about some types. Each step is one service call for all types. What is broken is left out and named in the
-// trace. One object serves one load.
+/// Takes what the properties EnumStrings, EnumValues and OptionSetValues and the XML type dictionaries say
+/// about some types. Each step is one service call for all types. What is broken is left out and named in the
+/// trace. One object serves one load.
 class OlderDataTypes
 {
 public:
@@ -32,14 +32,14 @@ private:
         Property property;
         UaNodeId node;
     };
-    // A structure on its way to its description in a dictionary.
+    /// A structure on its way to its description in a dictionary.
     struct Described
     {
         UaNodeId dataType;
         UaNodeId encoding;
         UaNodeId description;
         UaNodeId dictionary;
-        UaString name; // in the dictionary
+        UaString name; ///< in the dictionary
     };
 
     UaStatus findMembers(ServiceSettings& settings, const std::vector<UaNodeId>& types);

@@ -11,17 +11,17 @@ namespace UaClientSdk {
 
 struct SessionContext;
 
-// The callback data of the stack and, once the answer is there, the job of the pool: nothing has to be
-// allocated when an answer comes. It holds the session by reference, so its subclass counts what it does in a
-// way that disconnect waits for (SessionContext::transactions).
+/// The callback data of the stack and, once the answer is there, the job of the pool: nothing has to be
+/// allocated when an answer comes. It holds the session by reference, so its subclass counts what it does in
+/// a way that disconnect waits for (SessionContext::transactions).
 class PendingCall : public CallbackJob
 {
 public:
     explicit PendingCall(SessionContext& session) : m_session(session) {}
-    ~PendingCall() override; // frees the response
+    ~PendingCall() override; ///< frees the response
 
-    // Sends the request. When the result is good, the call belongs to the stack until its answer comes; when
-    // it is bad, the call is left to the caller. Not under the session's mutex.
+    /// Sends the request. When the result is good, the call belongs to the stack until its answer comes; when
+    /// it is bad, the call is left to the caller. Not under the session's mutex.
     template <typename Request>
     [[nodiscard]] static OpcUa_StatusCode
     send(std::unique_ptr<PendingCall>& call, const char* service,
@@ -38,17 +38,17 @@ public:
         return status;
     }
 
-    // The session's response function, called by the stack on the channel's callback thread.
+    /// The session's response function, called by the stack on the channel's callback thread.
     static void respond(OpcUa_Channel channel, void* response, const OpcUa_EncodeableType* responseType,
                         void* callbackData, OpcUa_StatusCode status);
 
 protected:
-    // On the channel's callback thread: hands the answered call to the pool. A subclass that has to keep an
-    // order does so here.
+    /// On the channel's callback thread: hands the answered call to the pool. A subclass that has to keep an
+    /// order does so here.
     virtual void queue(std::unique_ptr<PendingCall> self);
 
     [[nodiscard]] SessionContext& session() const { return m_session; }
-    // How the call ended, and the response when that is good; null for an answer of another type.
+    /// How the call ended, and the response when that is good; null for an answer of another type.
     [[nodiscard]] OpcUa_StatusCode status() const { return m_status; }
     template <typename Response>
     [[nodiscard]] Response* response(const OpcUa_EncodeableType& type) const

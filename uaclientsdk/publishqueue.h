@@ -13,8 +13,8 @@ namespace UaClientSdk {
 
 struct SessionContext;
 
-// Runs jobs one after the other, in the order in which they were added, on the shared pool. What a job throws
-// ends in the trace and does not stop those behind it. Any thread.
+/// Runs jobs one after the other, in the order in which they were added, on the shared pool. What a job
+/// throws ends in the trace and does not stop those behind it. Any thread.
 class PublishQueue
 {
 public:
@@ -24,9 +24,9 @@ public:
     PublishQueue& operator=(const PublishQueue&) = delete;
 
     void add(std::unique_ptr<CallbackJob> job);
-    // Blocks until no job waits or runs, or the time is over. Not from a job.
+    /// Blocks until no job waits or runs, or the time is over. Not from a job.
     void waitIdle(std::chrono::milliseconds limit);
-    void waitIdle(); // without a limit
+    void waitIdle(); ///< without a limit
 
 private:
     class Drain;
@@ -38,7 +38,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_idle;
     std::deque<std::unique_ptr<CallbackJob>> m_jobs;
-    bool m_draining = false; // a thread of the pool has them, or will
+    bool m_draining = false; ///< a thread of the pool has them, or will
 };
 
 } // namespace UaClientSdk

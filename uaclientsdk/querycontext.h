@@ -9,20 +9,20 @@ namespace UaClientSdk {
 
 struct QueryContext
 {
-    UaNodeId viewId; // null: the whole address space
+    UaNodeId viewId; ///< null: the whole address space
     UaDateTime viewTimestamp;
     OpcUa_UInt32 viewVersion = 0;
-    UaContentFilterElements filter;         // empty: all instances of the types
-    OpcUa_UInt32 maxDataSetsToReturn = 0;   // 0: the server decides
-    OpcUa_UInt32 maxReferencesToReturn = 0; // 0: the server decides
+    UaContentFilterElements filter;         ///< empty: all instances of the types
+    OpcUa_UInt32 maxDataSetsToReturn = 0;   ///< 0: the server decides
+    OpcUa_UInt32 maxReferencesToReturn = 0; ///< 0: the server decides
 };
 
-// The server's findings about the query itself; empty where it had none.
+/// The server's findings about the query itself; empty where it had none.
 struct QueryFindings
 {
-    UaParsingResults parsingResults; // one for each node type
+    UaParsingResults parsingResults; ///< one for each node type
     UaContentFilterElementResults filterResults;
-    UaDiagnosticInfos diagnosticInfos; // of the parsing results
+    UaDiagnosticInfos diagnosticInfos; ///< of the parsing results
 };
 
 } // namespace UaClientSdk

@@ -11,7 +11,7 @@
 
 namespace UaClientSdk {
 
-// Owns its bytes alone, and overwrites them with its life. Not for values that are shared.
+/// Owns its bytes alone, and overwrites them with its life. Not for values that are shared.
 class SecretBytes
 {
 public:
@@ -22,20 +22,20 @@ public:
     SecretBytes(const SecretBytes&) = delete;
     SecretBytes& operator=(const SecretBytes&) = delete;
 
-    // Before anything is appended, so that no growing leaves a copy behind.
+    /// Before anything is appended, so that no growing leaves a copy behind.
     void reserve(std::size_t size) { m_bytes.reserve(size); }
     void append(std::span<const OpcUa_Byte> bytes)
     {
         m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
     }
     [[nodiscard]] std::span<const OpcUa_Byte> bytes() const { return m_bytes; }
-    // Borrowed, for the stack.
+    /// Borrowed, for the stack.
     [[nodiscard]] OpcUa_ByteString view() const
     {
         return {static_cast<OpcUa_Int32>(m_bytes.size()), const_cast<OpcUa_Byte*>(m_bytes.data())};
     }
 
-    // Overwrites what the stack is about to free.
+    /// Overwrites what the stack is about to free.
     static void wipe(OpcUa_ByteString& bytes)
     {
         if (bytes.Length > 0 && bytes.Data)

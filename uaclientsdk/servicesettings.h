@@ -7,14 +7,14 @@
 
 namespace UaClientSdk {
 
-// Plain record; not thread-safe, one for each call. responseTime is filled by synchronous calls.
+/// Plain record; not thread-safe, one for each call. responseTime is filled by synchronous calls.
 struct ServiceSettings
 {
-    OpcUa_UInt32 callTimeout = 10000;   // ms; also the request's timeout hint
-    OpcUa_UInt32 returnDiagnostics = 0; // mask of OPC 10000-4, 7.32
-    UaString auditEntryId;              // sent only when not empty
+    OpcUa_UInt32 callTimeout = 10000;   ///< ms; also the request's timeout hint
+    OpcUa_UInt32 returnDiagnostics = 0; ///< mask of OPC 10000-4, 7.32
+    UaString auditEntryId;              ///< sent only when not empty
     UaStringArray localeIds;
-    OpcUa_UInt32 requestHandle = 0; // 0: the session counts
+    OpcUa_UInt32 requestHandle = 0; ///< 0: the session counts
     UaDateTime requestTime;
     UaDateTime responseTime;
 };

@@ -13,7 +13,7 @@
 
 namespace UaClientSdk {
 
-// A completion that hands over what the service gave, for beginInBlocks.
+/// A completion that hands over what the service gave, for beginInBlocks.
 template <typename Results>
 auto completeWith(OpcUa_UInt32 transactionId,
                   void (UaSessionCallback::*completion)(OpcUa_UInt32, const UaStatus&, Results&,

@@ -43,7 +43,6 @@ ServiceSettings withTimeout(OpcUa_UInt32 milliseconds)
 } // namespace
 
 // ---- CreateSession
-// ------------------------------------------------------------------------------------------
 
 UaStatus SessionActivator::createSession()
 {
@@ -144,7 +143,6 @@ void SessionActivator::warnAboutServerTime(OpcUa_DateTime serverTime) const
 }
 
 // ---- ActivateSession
-// ----------------------------------------------------------------------------------------
 
 UaStatus SessionActivator::activateSession()
 {
@@ -324,7 +322,6 @@ UaStatus SessionActivator::acceptNewNonce(const OpcUa_ByteString& nonce, bool ma
 }
 
 // ---- CloseSession
-// -------------------------------------------------------------------------------------------
 
 void SessionActivator::closeRefused(bool deleteSubscriptions)
 {

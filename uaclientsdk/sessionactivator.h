@@ -9,20 +9,20 @@
 
 namespace UaClientSdk {
 
-// Blocks. Any thread; what two threads ask for is done one after the other, since each activation answers
-// with the nonce for the next.
+/// Blocks. Any thread; what two threads ask for is done one after the other, since each activation answers
+/// with the nonce for the next.
 class SessionActivator
 {
 public:
     explicit SessionActivator(SessionContext& context) : m_context(context) {}
 
-    // CreateSession, OPC 10000-4, 5.6.2, with the checks of its answer.
+    /// CreateSession, OPC 10000-4, 5.6.2, with the checks of its answer.
     UaStatus createSession();
-    // ActivateSession, OPC 10000-4, 5.6.3, on a new or an existing session.
+    /// ActivateSession, OPC 10000-4, 5.6.3, on a new or an existing session.
     UaStatus activateSession();
-    // Another user for the session, who is kept when the server takes him. Good; GoodCompletesAsynchronously
-    // without a session just now (the next reconnect logs him in); BadConnectionClosed when nothing is
-    // connected; BadInvalidState from within connectError; what the server answers.
+    /// Another user for the session, who is kept when the server takes him. Good; GoodCompletesAsynchronously
+    /// without a session just now (the next reconnect logs him in); BadConnectionClosed when nothing is
+    /// connected; BadInvalidState from within connectError; what the server answers.
     UaStatus changeUser(ServiceSettings& settings, std::shared_ptr<const UaUserIdentityToken> identity);
     UaStatus closeSession(const ServiceSettings& settings, bool deleteSubscriptions);
 

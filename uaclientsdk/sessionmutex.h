@@ -8,8 +8,9 @@
 
 namespace UaClientSdk {
 
-// Meets BasicLockable. A function that needs the mutex ends in Locked and calls assertLocked; a call into the
-// stack or a callback is preceded by assertUnlocked, so that a lock held across either shows in every test.
+/// Meets BasicLockable. A function that needs the mutex ends in Locked and calls assertLocked; a call into
+/// the stack or a callback is preceded by assertUnlocked, so that a lock held across either shows in every
+/// test.
 class SessionMutex
 {
 public:

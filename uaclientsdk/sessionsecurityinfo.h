@@ -17,43 +17,43 @@ class SessionSecurityInfo : public ClientSecurityInfo
 public:
     SessionSecurityInfo();
 
-    UaString securityPolicyUri; // starts as the policy None
+    UaString securityPolicyUri; ///< starts as the policy None
     OpcUa_MessageSecurityMode messageSecurityMode = OpcUa_MessageSecurityMode_None;
-    UaByteString serverCertificate; // DER, may hold a whole chain
+    UaByteString serverCertificate; ///< DER, may hold a whole chain
     bool verifyServerCertificateOnConnect = false;
-    // The user knows that the password can be read on its way and has agreed; otherwise the session asks
-    // (connectError with BadSecurityModeInsufficient) before it sends one so.
+    /// The user knows that the password can be read on its way and has agreed; otherwise the session asks
+    /// (connectError with BadSecurityModeInsufficient) before it sends one so.
     bool plainPasswordAccepted = false;
-    // The user has agreed to the policy Basic128Rsa15 for this server; otherwise the connect is refused with
-    // BadSecurityPolicyRejected.
+    /// The user has agreed to the policy Basic128Rsa15 for this server; otherwise the connect is refused with
+    /// BadSecurityPolicyRejected.
     bool basic128Rsa15Accepted = false;
 
-    // A session is secured exactly when its policy is not None.
+    /// A session is secured exactly when its policy is not None.
     [[nodiscard]] bool isSecured() const;
 
     void setAnonymousUserIdentity();
     void setUserPasswordUserIdentity(const UaString& user, const UaString& password);
     void setCertificateUserIdentity(const UaByteString& certificate, const UaByteString& privateKey);
-    void setUserIdentity(std::shared_ptr<const UaUserIdentityToken> identity); // null: anonymous
-    // Never null; shared because copies of the record must not multiply secrets.
+    void setUserIdentity(std::shared_ptr<const UaUserIdentityToken> identity); ///< null: anonymous
+    /// Never null; shared because copies of the record must not multiply secrets.
     [[nodiscard]] std::shared_ptr<const UaUserIdentityToken> userIdentityToken() const
     {
         return m_userIdentity;
     }
 
-    // Cuts a chain of DER certificates into its parts, the leaf first. BadDecodingError when one of them is
-    // none, bytes are left over or there are more than ten.
+    /// Cuts a chain of DER certificates into its parts, the leaf first. BadDecodingError when one of them is
+    /// none, bytes are left over or there are more than ten.
     [[nodiscard]] static UaStatus splitCertificateChain(const UaByteString& chain,
                                                         UaByteStringArray& certificates);
 
-    // Judges serverCertificate by the folders of pki() and what the policy asks of keys and digests; every
-    // finding is told to callback (which may be null), in the order in which they decide. Good, or the status
-    // of the first finding that stands: time and unknown revocation do not when the callback goes on. Reads
-    // the folders each time and may take a while.
+    /// Judges serverCertificate by the folders of pki() and what the policy asks of keys and digests; every
+    /// finding is told to callback (which may be null), in the order in which they decide. Good, or the
+    /// status of the first finding that stands: time and unknown revocation do not when the callback goes on.
+    /// Reads the folders each time and may take a while.
     [[nodiscard]] UaStatus verifyServerCertificate(CertificateValidationCallback* callback);
-    // Whether a finding says nothing against the certificate itself, so that a callback may override it.
+    /// Whether a finding says nothing against the certificate itself, so that a callback may override it.
     [[nodiscard]] static bool mayBeOverridden(const UaStatusCode& finding);
-    // What the finding is that verificationError is told with context.
+    /// What the finding is that verificationError is told with context.
     static void getCurrentErrorInformationOpenSSL(void* context, UaStatusCode& status, int& openSslError,
                                                   UaString& errorText);
 

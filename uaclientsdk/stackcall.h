@@ -8,10 +8,10 @@
 
 namespace UaClientSdk {
 
-// What a response with another number of results than was asked for ends as; callers rely on the number.
+/// What a response with another number of results than was asked for ends as; callers rely on the number.
 constexpr OpcUa_StatusCode wrongResultCount = 0x80460000u;
 
-// A structure of the stack that is initialised and cleared with its scope.
+/// A structure of the stack that is initialised and cleared with its scope.
 template <typename T>
 class Encodeable
 {
@@ -33,7 +33,7 @@ private:
     T m_value;
 };
 
-// A request whose arrays are borrowed from the caller: only its header is its own.
+/// A request whose arrays are borrowed from the caller: only its header is its own.
 template <typename Request>
 class BorrowingRequest
 {

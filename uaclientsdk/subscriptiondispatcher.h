@@ -7,22 +7,22 @@
 
 namespace UaClientSdk {
 
-// One message at a time, in the order of the session's answers. Every callback runs without the session's
-// mutex; a subscription that has become invalid meanwhile hears nothing.
+/// One message at a time, in the order of the session's answers. Every callback runs without the session's
+/// mutex; a subscription that has become invalid meanwhile hears nothing.
 class SubscriptionDispatcher
 {
 public:
     explicit SubscriptionDispatcher(PublishState& state) : m_state(state) {}
 
-    // An answer to Publish: sequence numbers, acknowledgement, keep-alive, notifications.
+    /// An answer to Publish: sequence numbers, acknowledgement, keep-alive, notifications.
     void dispatchPublish(OpcUa_PublishResponse& response);
-    // The notifications of one message; caller names the function in the trace.
+    /// The notifications of one message; caller names the function in the trace.
     void dispatchNotifications(UaSubscriptionPrivate& subscription, OpcUa_NotificationMessage& message,
                                const char* caller);
-    // The server has the subscription no more: takes it out and says so, once.
+    /// The server has the subscription no more: takes it out and says so, once.
     void endSubscription(UaSubscriptionPrivate& subscription, const UaStatus& status);
 
-    // The number after this one; there is no 0.
+    /// The number after this one; there is no 0.
     [[nodiscard]] static OpcUa_UInt32 nextSequenceNumber(OpcUa_UInt32 number)
     {
         return number == 0xFFFFFFFFu ? 1 : number + 1;

@@ -61,7 +61,7 @@ SubscriptionManager::SubscriptionManager(SessionContext& context)
 
 SubscriptionManager::~SubscriptionManager() = default;
 
-// ---- services --------------------------------------------------------------------------------------------
+// ---- services
 
 UaStatus SubscriptionManager::createSubscription(ServiceSettings& settings, UaSubscriptionCallback& callback,
                                                  OpcUa_UInt32 clientSubscriptionHandle,
@@ -176,7 +176,7 @@ UaStatus SubscriptionManager::setPublishingMode(ServiceSettings& settings, bool 
     return status;
 }
 
-// ---- notifications ---------------------------------------------------------------------------------------
+// ---- notifications
 
 void SubscriptionManager::notificationReceived(OpcUa_PublishResponse& response)
 {
@@ -199,7 +199,7 @@ void SubscriptionManager::tellEnded(Refs subscriptions)
     }));
 }
 
-// ---- connection ------------------------------------------------------------------------------------------
+// ---- connection
 
 void SubscriptionManager::prepareResumed()
 {

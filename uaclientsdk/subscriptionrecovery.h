@@ -7,11 +7,11 @@
 
 namespace UaClientSdk {
 
-// Blocks for service calls; runs in the order of the session's answers.
+/// Blocks for service calls; runs in the order of the session's answers.
 class SubscriptionRecovery
 {
 public:
-    // A server that answers Republish for ever is believed for so many notifications of one subscription.
+    /// A server that answers Republish for ever is believed for so many notifications of one subscription.
     static constexpr OpcUa_UInt32 maxRepublished = 1000;
 
     SubscriptionRecovery(PublishState& state, SubscriptionDispatcher& dispatcher)
@@ -19,16 +19,16 @@ public:
     {
     }
 
-    // Asks for each subscription whether the server has it, and ends those that it has not. Once a second at
-    // most, since a server may give cause for it with every answer.
+    /// Asks for each subscription whether the server has it, and ends those that it has not. Once a second at
+    /// most, since a server may give cause for it with every answer.
     void doSubscriptionStatusCheck();
-    // Republish, OPC 10000-4, 5.13.6, from each subscription's last notification on. generation: the channel
-    // that it is meant for.
+    /// Republish, OPC 10000-4, 5.13.6, from each subscription's last notification on. generation: the channel
+    /// that it is meant for.
     void doRepublishAfterReconnect(OpcUa_UInt32 generation);
 
 private:
     [[nodiscard]] std::vector<SubscriptionRef> present() const;
-    // False when the link or the session is of no use any more.
+    /// False when the link or the session is of no use any more.
     bool republish(UaSubscriptionPrivate& subscription, OpcUa_UInt32 generation);
     [[nodiscard]] OpcUa_StatusCode callRepublish(OpcUa_UInt32 subscriptionId, OpcUa_UInt32 sequenceNumber,
                                                  OpcUa_RepublishResponse& response);

@@ -7,8 +7,8 @@
 
 namespace UaClientSdk {
 
-// Each checks the connection first, blocks, and traces its begin and end. What the server revises is put into
-// settings. Without the session's mutex.
+/// Each checks the connection first, blocks, and traces its begin and end. What the server revises is put
+/// into settings. Without the session's mutex.
 [[nodiscard]] UaStatus callCreateSubscription(SessionContext& context, ServiceSettings& settings,
                                               SubscriptionSettings& subscriptionSettings,
                                               bool publishingEnabled, OpcUa_UInt32& subscriptionId);
@@ -23,7 +23,7 @@ namespace UaClientSdk {
 [[nodiscard]] UaStatus callSetPublishingMode(SessionContext& context, ServiceSettings& settings,
                                              bool publishingEnabled, const UaUInt32Array& subscriptionIds,
                                              UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos);
-// BadNothingToDo when both lists are empty. The results are not checked.
+/// BadNothingToDo when both lists are empty. The results are not checked.
 [[nodiscard]] UaStatus callSetTriggering(SessionContext& context, ServiceSettings& settings,
                                          OpcUa_UInt32 subscriptionId, OpcUa_UInt32 triggeringItemId,
                                          const UaUInt32Array& linksToAdd, const UaUInt32Array& linksToRemove,

@@ -9,14 +9,14 @@
 
 namespace UaClientSdk {
 
-// Any thread.
+/// Any thread.
 class TransactionCounter
 {
 public:
     void begin();
-    // The last thing that a transaction does: whoever waits may be gone when this returns.
+    /// The last thing that a transaction does: whoever waits may be gone when this returns.
     void end();
-    // Blocks until every transaction has ended. The caller sees to it that none begins meanwhile.
+    /// Blocks until every transaction has ended. The caller sees to it that none begins meanwhile.
     void waitForTransactionCompletion(OpcUa_UInt32 traceId);
     [[nodiscard]] unsigned int count() const;
 
@@ -26,7 +26,7 @@ private:
     unsigned int m_count = 0;
 };
 
-// One counted transaction; it ends with the object.
+/// One counted transaction; it ends with the object.
 class Transaction
 {
 public:

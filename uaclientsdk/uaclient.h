@@ -7,7 +7,7 @@ namespace UaClientSdk {
 
 struct UaClient
 {
-    // Connection status of a session; the values are fixed, applications store and compare them.
+    /// Connection status of a session; the values are fixed, applications store and compare them.
     enum ServerStatus {
         Disconnected = 0,
         Connected = 1,
@@ -17,7 +17,7 @@ struct UaClient
         NewSessionCreated = 5
     };
 
-    // The step of a connect that an error belongs to.
+    /// The step of a connect that an error belongs to.
     enum ConnectServiceType {
         CertificateValidation = 0,
         OpenSecureChannel = 1,
@@ -25,12 +25,12 @@ struct UaClient
         ActivateSession = 3
     };
 
-    // When the data type definitions of a server are loaded.
+    /// When the data type definitions of a server are loaded.
     enum TypeDictionaryMode {
-        FirstUse = 0, // on the first look-up that finds nothing loaded
-        Manual = 1,   // only by loadDataTypeDictionaries
-        Connect = 2,  // right after connect
-        Reconnect = 3 // after connect and after every reconnect
+        FirstUse = 0, ///< on the first look-up that finds nothing loaded
+        Manual = 1,   ///< only by loadDataTypeDictionaries
+        Connect = 2,  ///< right after connect
+        Reconnect = 3 ///< after connect and after every reconnect
     };
 };
 

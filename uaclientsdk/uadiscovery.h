@@ -13,8 +13,8 @@ class SessionSecurityInfo;
 class UaSession;
 struct SessionConnectInfo;
 
-// Stateless; one object may be used from several threads. The call timeout of the settings also limits the
-// connect. Results are cleared first. BadInvalidArgument for an unknown scheme.
+/// Stateless; one object may be used from several threads. The call timeout of the settings also limits the
+/// connect. Results are cleared first. BadInvalidArgument for an unknown scheme.
 class UaDiscovery
 {
 public:
@@ -28,8 +28,8 @@ public:
     UaStatus getEndpoints(ServiceSettings& settings, const UaString& discoveryUrl,
                           const ClientSecurityInfo& security, const UaStringArray& localeIds,
                           const UaStringArray& profileUris, UaEndpointDescriptions& endpoints);
-    // Servers that a discovery server has heard of. Its records are numbered: the first wanted one and how
-    // many at most (0: all). lastCounterResetTime says since when the numbers are those.
+    /// Servers that a discovery server has heard of. Its records are numbered: the first wanted one and how
+    /// many at most (0: all). lastCounterResetTime says since when the numbers are those.
     UaStatus findServersOnNetwork(ServiceSettings& settings, const UaString& discoveryUrl,
                                   const ClientSecurityInfo& security, OpcUa_UInt32 startingRecordId,
                                   OpcUa_UInt32 maxRecordsToReturn, UaDateTime& lastCounterResetTime,
@@ -40,8 +40,8 @@ public:
                                   const UaStringArray& serverCapabilityFilter,
                                   UaDateTime& lastCounterResetTime, UaServerOnNetworks& servers);
 
-    // The same of a global discovery server's directory, asked by a method. On a session: BadInvalidArgument
-    // without one, BadConnectionClosed when it is not connected.
+    /// The same of a global discovery server's directory, asked by a method. On a session: BadInvalidArgument
+    /// without one, BadConnectionClosed when it is not connected.
     UaStatus queryDirectory(ServiceSettings& settings, UaSession* session, OpcUa_UInt32 startingRecordId,
                             OpcUa_UInt32 maxRecordsToReturn, UaDateTime& lastCounterResetTime,
                             UaServerOnNetworks& servers);
@@ -50,7 +50,7 @@ public:
                             const UaString& applicationUri, const UaString& productUri,
                             const UaStringArray& serverCapabilities, UaDateTime& lastCounterResetTime,
                             UaServerOnNetworks& servers);
-    // On a session of its own, which lives for the call: unsecured and anonymous, or as the caller says.
+    /// On a session of its own, which lives for the call: unsecured and anonymous, or as the caller says.
     UaStatus queryDirectory(ServiceSettings& settings, const UaString& url, OpcUa_UInt32 startingRecordId,
                             OpcUa_UInt32 maxRecordsToReturn, UaDateTime& lastCounterResetTime,
                             UaServerOnNetworks& servers);

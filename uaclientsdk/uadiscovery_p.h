@@ -9,7 +9,7 @@
 
 namespace UaClientSdk {
 
-// Made for one call and used by one thread; closes its channel with its life.
+/// Made for one call and used by one thread; closes its channel with its life.
 class UaDiscoveryPrivate
 {
 public:

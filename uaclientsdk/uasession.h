@@ -24,29 +24,29 @@ class UaSubscription;
 class UaSubscriptionCallback;
 struct SubscriptionSettings;
 
-// Owns the secure channel, creates and activates the session, watches it from a thread of its own and
-// reconnects by itself. All operations may be called from any thread; services block their caller, never
-// longer than their timeout (and a channel's worth of steps of it where a request is split). Nothing throws.
+/// Owns the secure channel, creates and activates the session, watches it from a thread of its own and
+/// reconnects by itself. All operations may be called from any thread; services block their caller, never
+/// longer than their timeout (and a channel's worth of steps of it where a request is split). Nothing throws.
 class UaSession : public UaDataTypeDictionary, private CertificateValidationCallback
 {
 public:
     UaSession();
-    ~UaSession() override; // disconnects; not in a callback of the session
+    ~UaSession() override; ///< disconnects; not in a callback of the session
     UaSession(const UaSession&) = delete;
     UaSession& operator=(const UaSession&) = delete;
 
-    // Blocks until the session is active. BadInternalError when a connect was requested already;
-    // GoodCompletesAsynchronously when the first try failed and retryInitialConnect goes on with it.
+    /// Blocks until the session is active. BadInternalError when a connect was requested already;
+    /// GoodCompletesAsynchronously when the first try failed and retryInitialConnect goes on with it.
     UaStatus connect(const UaString& url, const SessionConnectInfo& connectInfo,
                      const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
-    // No callback runs after it has returned; asynchronous calls that are under way are waited for, and
-    // dropped. BadInternalError when nothing is connected, BadInvalidState in a completion of this session.
+    /// No callback runs after it has returned; asynchronous calls that are under way are waited for, and
+    /// dropped. BadInternalError when nothing is connected, BadInvalidState in a completion of this session.
     UaStatus disconnect(const ServiceSettings& settings, bool deleteSubscriptions);
 
-    // Activates the session with another user, who is borrowed for the call and kept for reconnects when the
-    // server takes him; null is BadInvalidArgument. GoodCompletesAsynchronously while a reconnect is under
-    // way, which then logs him in; BadConnectionClosed without a connection. After a refusal the session goes
-    // on with the user it had.
+    /// Activates the session with another user, who is borrowed for the call and kept for reconnects when the
+    /// server takes him; null is BadInvalidArgument. GoodCompletesAsynchronously while a reconnect is under
+    /// way, which then logs him in; BadConnectionClosed without a connection. After a refusal the session
+    /// goes on with the user it had.
     UaStatus changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity);
 
     [[nodiscard]] bool isConnected() const;
@@ -60,36 +60,36 @@ public:
     [[nodiscard]] OpcUa_UInt32 maxOperationsPerServiceCall() const;
     void setMaxOperationsPerServiceCall(OpcUa_UInt32 count);
     [[nodiscard]] OpcUa_UInt32 watchdogTime() const;
-    // Kept between 1000 ms and half the revised session timeout, the latter winning.
+    /// Kept between 1000 ms and half the revised session timeout, the latter winning.
     void setWatchdogTime(OpcUa_UInt32 milliseconds);
     [[nodiscard]] OpcUa_UInt32 watchdogTimeout() const;
     void setWatchdogTimeout(OpcUa_UInt32 milliseconds);
     [[nodiscard]] OpcUa_UInt32 revisedSecureChannelLifetime() const;
     [[nodiscard]] double revisedSessionTimeout() const;
-    [[nodiscard]] OpcUa_UInt32 maxArrayLength() const; // limits of the stack
+    [[nodiscard]] OpcUa_UInt32 maxArrayLength() const; ///< limits of the stack
     [[nodiscard]] OpcUa_UInt32 maxStringLength() const;
     [[nodiscard]] OpcUa_UInt32 maxByteStringLength() const;
 
-    [[nodiscard]] UaStringArray getNamespaceTable() const; // as last read
+    [[nodiscard]] UaStringArray getNamespaceTable() const; ///< as last read
     UaStatus updateNamespaceTable();
 
     UaStatus loadDataTypeDictionaries();
     void clearDataTypeDictionaries();
-    // UaDataTypeDictionary: loads on first use unless the mode is Manual.
+    /// UaDataTypeDictionary: loads on first use unless the mode is Manual.
     [[nodiscard]] DefinitionType definitionType(const UaNodeId& dataTypeId) override;
     [[nodiscard]] UaStructureDefinition structureDefinition(const UaNodeId& dataTypeOrEncodingId) override;
     [[nodiscard]] UaEnumDefinition enumDefinition(const UaNodeId& dataTypeId) override;
     [[nodiscard]] UaOptionSetDefinition optionSetDefinition(const UaNodeId& dataTypeId) override;
 
-    // Services of OPC 10000-4. Requests with more entries than maxOperationsPerServiceCall are sent in
-    // blocks, one after the other, up to the first that fails. Result arrays are cleared first and hold as
-    // many entries as the request when the status is good; when it is bad, those of services that change
-    // something on the server hold the blocks that were carried out, others nothing. BadConnectionClosed
-    // without a connection (browse and browseNext: BadInternalError), BadNothingToDo for an empty request,
-    // 0x80460000 when the counts differ.
-    //
-    // begin... sends and returns; when that is good the completion of that name in UaSessionCallback follows,
-    // with the caller's transactionId. The arguments are copied.
+    /// Services of OPC 10000-4. Requests with more entries than maxOperationsPerServiceCall are sent in
+    /// blocks, one after the other, up to the first that fails. Result arrays are cleared first and hold as
+    /// many entries as the request when the status is good; when it is bad, those of services that change
+    /// something on the server hold the blocks that were carried out, others nothing. BadConnectionClosed
+    /// without a connection (browse and browseNext: BadInternalError), BadNothingToDo for an empty request,
+    /// 0x80460000 when the counts differ.
+    ///
+    /// begin... sends and returns; when that is good the completion of that name in UaSessionCallback
+    /// follows, with the caller's transactionId. The arguments are copied.
     UaStatus read(ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestampsToReturn,
                   const UaReadValueIds& nodesToRead, UaDataValues& values,
                   UaDiagnosticInfos& diagnosticInfos);
@@ -100,13 +100,13 @@ public:
     UaStatus beginWrite(ServiceSettings& settings, const UaWriteValues& nodesToWrite,
                         OpcUa_UInt32 transactionId);
 
-    // Methods. The status is that of the service, the method's own is in callOut.
+    /// Methods. The status is that of the service, the method's own is in callOut.
     UaStatus call(ServiceSettings& settings, const CallIn& callIn, CallOut& callOut);
     UaStatus beginCall(ServiceSettings& settings, const CallIn& callIn, OpcUa_UInt32 transactionId);
     UaStatus callList(ServiceSettings& settings, const UaCallMethodRequests& requests,
                       UaCallMethodResults& results, UaDiagnosticInfos& diagnosticInfos);
-    // Reads the method's properties InputArguments and OutputArguments; one that it has not gives no
-    // arguments.
+    /// Reads the method's properties InputArguments and OutputArguments; one that it has not gives no
+    /// arguments.
     UaStatus getMethodArguments(ServiceSettings& settings, const UaNodeId& methodId,
                                 UaArguments& inputArguments, UaArguments& outputArguments);
 
@@ -126,7 +126,7 @@ public:
                            UaNodeIdArray& registeredNodes);
     UaStatus unregisterNodes(ServiceSettings& settings, const UaNodeIdArray& nodesToUnregister);
 
-    // Node management.
+    /// Node management.
     UaStatus addNodes(ServiceSettings& settings, const UaAddNodesItems& nodesToAdd,
                       UaAddNodesResults& results, UaDiagnosticInfos& diagnosticInfos);
     UaStatus beginAddNodes(ServiceSettings& settings, const UaAddNodesItems& nodesToAdd,
@@ -145,8 +145,8 @@ public:
                                    const UaDeleteReferencesItems& referencesToDelete,
                                    OpcUa_UInt32 transactionId);
 
-    // History, OPC 10000-11. Processed values: BadAggregateListMismatch unless there is an aggregate for each
-    // node.
+    /// History, OPC 10000-11. Processed values: BadAggregateListMismatch unless there is an aggregate for
+    /// each node.
     UaStatus historyReadRawModified(ServiceSettings& settings, const HistoryReadRawModifiedContext& context,
                                     const UaHistoryReadValueIds& nodesToRead, HistoryReadDataResults& results,
                                     UaDiagnosticInfos& diagnosticInfos);
@@ -192,48 +192,48 @@ public:
     UaStatus beginHistoryDeleteEvents(ServiceSettings& settings, const UaDeleteEventDetailsArray& details,
                                       OpcUa_UInt32 transactionId);
 
-    // Queries are never split. A continuation point that is not empty asks for queryNext, or its release.
+    /// Queries are never split. A continuation point that is not empty asks for queryNext, or its release.
     UaStatus queryFirst(ServiceSettings& settings, const QueryContext& context,
                         const UaNodeTypeDescriptions& nodeTypes, UaQueryDataSets& dataSets,
                         UaByteString& continuationPoint, QueryFindings& findings);
     UaStatus queryNext(ServiceSettings& settings, bool releaseContinuationPoint,
                        UaByteString& continuationPoint, UaQueryDataSets& dataSets);
 
-    // Asks the server to give up the requests with that handle (ServiceSettings::requestHandle).
+    /// Asks the server to give up the requests with that handle (ServiceSettings::requestHandle).
     UaStatus cancel(ServiceSettings& settings, OpcUa_UInt32 requestHandle, OpcUa_UInt32& cancelCount);
 
-    // Subscriptions, OPC 10000-4, 5.13. The session owns what it hands out, and asks for notifications as
-    // long as it has any. BadInvalidArgument without a callback or for a subscription that is not this
-    // session's.
+    /// Subscriptions, OPC 10000-4, 5.13. The session owns what it hands out, and asks for notifications as
+    /// long as it has any. BadInvalidArgument without a callback or for a subscription that is not this
+    /// session's.
     UaStatus createSubscription(ServiceSettings& settings, UaSubscriptionCallback* callback,
                                 OpcUa_UInt32 clientSubscriptionHandle,
                                 const SubscriptionSettings& subscriptionSettings, bool publishingEnabled,
                                 UaSubscription** subscription);
-    // Frees it and nulls the pointer whatever the server says. No callback of it runs after it has returned,
-    // but for the one that called it.
+    /// Frees it and nulls the pointer whatever the server says. No callback of it runs after it has returned,
+    /// but for the one that called it.
     UaStatus deleteSubscription(ServiceSettings& settings, UaSubscription** subscription);
     UaStatus modifySubscription(ServiceSettings& settings, UaSubscription* subscription,
                                 const SubscriptionSettings& subscriptionSettings);
-    // For several at once; results in the order of the ids.
+    /// For several at once; results in the order of the ids.
     UaStatus setPublishingMode(ServiceSettings& settings, bool publishingEnabled,
                                const UaUInt32Array& subscriptionIds, UaStatusCodeArray& results,
                                UaDiagnosticInfos& diagnosticInfos);
-    // Takes over a subscription that another session left on the server. subscriptionSettings and
-    // publishingEnabled are what it is known to have. availableSequenceNumbers: what its old owner had not
-    // acknowledged.
+    /// Takes over a subscription that another session left on the server. subscriptionSettings and
+    /// publishingEnabled are what it is known to have. availableSequenceNumbers: what its old owner had not
+    /// acknowledged.
     UaStatus transferSubscription(ServiceSettings& settings, UaSubscriptionCallback* callback,
                                   OpcUa_UInt32 clientSubscriptionHandle, OpcUa_UInt32 subscriptionId,
                                   const SubscriptionSettings& subscriptionSettings, bool publishingEnabled,
                                   bool sendInitialValues, UaUInt32Array& availableSequenceNumbers,
                                   UaSubscription** subscription);
 
-    // Parts of an endpoint URL; an empty host and port 0 when it can not be parsed, 4840 without a port.
+    /// Parts of an endpoint URL; an empty host and port 0 when it can not be parsed, 4840 without a port.
     [[nodiscard]] static UaString getHostFromUrl(const UaString& url);
     [[nodiscard]] static OpcUa_UInt16 getPortFromUrl(const UaString& url);
 
 private:
     friend class UaSessionPrivate;
-    // Of the check that a connect makes: the application decides whether it goes on.
+    /// Of the check that a connect makes: the application decides whether it goes on.
     int verificationError(SessionSecurityInfo* security, void* context, const UaByteString& certificate,
                           unsigned int errorCode, unsigned int depth) override;
 

@@ -27,7 +27,7 @@ public:
     UaStatus disconnect(const ServiceSettings& settings, bool deleteSubscriptions);
     UaStatus changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity);
     UaStatus updateNamespaceTable();
-    // Loads the definitions when nothing is loaded and the mode lets a look-up do it.
+    /// Loads the definitions when nothing is loaded and the mode lets a look-up do it.
     void loadDefinitionsOnFirstUse();
     UaStatus loadDefinitions();
 
@@ -61,7 +61,7 @@ private:
     UaSession& m_session;
     ChannelConnector m_connector;
     SessionActivator m_activator;
-    std::unique_ptr<ConnectionMonitor> m_monitor; // of the connection that run() serves
+    std::unique_ptr<ConnectionMonitor> m_monitor; ///< of the connection that run() serves
 };
 
 } // namespace UaClientSdk

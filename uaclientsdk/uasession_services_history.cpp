@@ -30,7 +30,7 @@ const HistoryReadService atTimeService =
 const HistoryReadService eventService =
     readService("historyReadEvent", "beginHistoryReadEvent", "historyReadEventComplete");
 
-// ---- the details of each kind; they borrow from the context --------------------------------------------
+// ---- the details of each kind; they borrow from the context
 
 OpcUa_ReadRawModifiedDetails detailsOf(const HistoryReadRawModifiedContext& context, OpcUa_UInt32,
                                        OpcUa_Int32)

@@ -50,7 +50,7 @@ CallOut takeResult(UaCallMethodResults& results)
     return callOut;
 }
 
-// ---- getMethodArguments ----------------------------------------------------------------------------------
+// ---- getMethodArguments
 
 constexpr std::array<const char*, 2> argumentProperties = {"InputArguments", "OutputArguments"};
 

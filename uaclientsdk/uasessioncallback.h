@@ -10,9 +10,9 @@
 
 namespace UaClientSdk {
 
-// The callee must outlive the session's connection. Status changes arrive on the session's thread, or on the
-// caller's during connect and disconnect; completions on threads of the shared pool. No lock of the session
-// is held, so a callback may call the session, but not disconnect it.
+/// The callee must outlive the session's connection. Status changes arrive on the session's thread, or on the
+/// caller's during connect and disconnect; completions on threads of the shared pool. No lock of the session
+/// is held, so a callback may call the session, but not disconnect it.
 class UaSessionCallback
 {
 public:
@@ -20,14 +20,14 @@ public:
 
     virtual void connectionStatusChanged(OpcUa_UInt32 clientConnectionId,
                                          UaClient::ServerStatus serverStatus) = 0;
-    // True overrides the error where the session allows it (clientSideError).
+    /// True overrides the error where the session allows it (clientSideError).
     virtual bool connectError(OpcUa_UInt32 /*clientConnectionId*/,
                               UaClient::ConnectServiceType /*serviceType*/, const UaStatus& /*error*/,
                               bool /*clientSideError*/)
     {
         return false;
     }
-    // A TLS certificate that no list trusts. True goes on with it.
+    /// A TLS certificate that no list trusts. True goes on with it.
     virtual bool sslCertificateValidationFailed(OpcUa_UInt32 /*clientConnectionId*/,
                                                 const UaStatus& /*status*/,
                                                 const UaByteString& /*certificate*/)
@@ -35,26 +35,84 @@ public:
         return false;
     }
 
-    // Completions of the asynchronous services, one for each call that was sent, but for those that a
-    // disconnect cuts short: they are dropped. Several may run at once, in any order. result is that of the
-    // service; the arrays are as those of the synchronous form, and the callee may move them away.
-    // clang-format off
-    virtual void readComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaDataValues& /*values*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void writeComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void callComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, CallOut& /*callOut*/) {}
-    virtual void addNodesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaAddNodesResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void addReferencesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void deleteNodesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void deleteReferencesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void historyReadRawModifiedComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, HistoryReadDataResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void historyReadProcessedComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, HistoryReadDataResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void historyReadAtTimeComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, HistoryReadDataResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void historyReadEventComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, HistoryReadEventResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void historyUpdateDataComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void historyDeleteRawModifiedComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void historyDeleteAtTimeComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void historyUpdateEventsComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
-    virtual void historyDeleteEventsComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/, UaHistoryUpdateResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/) {}
+    /// Completions of the asynchronous services, one for each call that was sent, but for those that a
+    /// disconnect cuts short: they are dropped. Several may run at once, in any order. result is that of the
+    /// service; the arrays are as those of the synchronous form, and the callee may move them away.
+    /// clang-format off
+    virtual void readComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                              UaDataValues& /*values*/, UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void writeComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                               UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void callComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                              CallOut& /*callOut*/)
+    {
+    }
+    virtual void addNodesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                  UaAddNodesResults& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void addReferencesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                       UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void deleteNodesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                     UaStatusCodeArray& /*results*/, UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void deleteReferencesComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                          UaStatusCodeArray& /*results*/,
+                                          UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void historyReadRawModifiedComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                                HistoryReadDataResults& /*results*/,
+                                                UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void historyReadProcessedComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                              HistoryReadDataResults& /*results*/,
+                                              UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void historyReadAtTimeComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                           HistoryReadDataResults& /*results*/,
+                                           UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void historyReadEventComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                          HistoryReadEventResults& /*results*/,
+                                          UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void historyUpdateDataComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                           UaHistoryUpdateResults& /*results*/,
+                                           UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void historyDeleteRawModifiedComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                                  UaHistoryUpdateResults& /*results*/,
+                                                  UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void historyDeleteAtTimeComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                             UaHistoryUpdateResults& /*results*/,
+                                             UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void historyUpdateEventsComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                             UaHistoryUpdateResults& /*results*/,
+                                             UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
+    virtual void historyDeleteEventsComplete(OpcUa_UInt32 /*transactionId*/, const UaStatus& /*result*/,
+                                             UaHistoryUpdateResults& /*results*/,
+                                             UaDiagnosticInfos& /*diagnosticInfos*/)
+    {
+    }
     // clang-format on
 };
 

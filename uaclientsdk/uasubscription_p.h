@@ -11,7 +11,7 @@
 
 namespace UaClientSdk {
 
-// Outlived by its session.
+/// Outlived by its session.
 class UaSubscriptionPrivate : public UaRefCounter
 {
 public:
@@ -26,13 +26,13 @@ public:
     const OpcUa_UInt32 handle;
     const OpcUa_UInt32 id;
 
-    // Guarded by the session's mutex.
-    bool valid = true;    // the server has it, as far as is known
-    bool endTold = false; // the application knows that it has ended, or does not want to know
+    /// Guarded by the session's mutex.
+    bool valid = true;    ///< the server has it, as far as is known
+    bool endTold = false; ///< the application knows that it has ended, or does not want to know
     bool publishingEnabled = false;
-    SubscriptionSettings settings;        // interval and counts as the server has revised them
-    OpcUa_UInt32 lastSequenceNumber = 0;  // 0: none came yet
-    unsigned int callbacksInProgress = 0; // running, or to come for certain
+    SubscriptionSettings settings;        ///< interval and counts as the server has revised them
+    OpcUa_UInt32 lastSequenceNumber = 0;  ///< 0: none came yet
+    unsigned int callbacksInProgress = 0; ///< running, or to come for certain
     std::condition_variable_any callbackEnded;
 
     void invalidateLocked()
@@ -40,20 +40,20 @@ public:
         valid = false;
         endTold = true;
     }
-    // Blocks until no callback is in progress but those that the calling thread is in itself.
+    /// Blocks until no callback is in progress but those that the calling thread is in itself.
     void waitForCallbacks();
-    // A callback is over.
+    /// A callback is over.
     void endCallback();
 };
 
-// Makes one callback of a subscription: counts it, and refuses it when nobody wants to hear it any more.
+/// Makes one callback of a subscription: counts it, and refuses it when nobody wants to hear it any more.
 class SubscriptionCall
 {
 public:
     enum class Kind {
-        News,      // only while the subscription is valid
-        End,       // the last one, made once: the subscription is invalid
-        Completion // of a service call, which has raised the count when it began; never refused
+        News,      ///< only while the subscription is valid
+        End,       ///< the last one, made once: the subscription is invalid
+        Completion ///< of a service call, which has raised the count when it began; never refused
     };
 
     explicit SubscriptionCall(UaSubscriptionPrivate& subscription, Kind kind = Kind::News);
@@ -61,9 +61,9 @@ public:
     SubscriptionCall(const SubscriptionCall&) = delete;
     SubscriptionCall& operator=(const SubscriptionCall&) = delete;
 
-    // Whether the callback is to be made.
+    /// Whether the callback is to be made.
     explicit operator bool() const { return m_entered; }
-    // How many callbacks of the subscription the calling thread is in.
+    /// How many callbacks of the subscription the calling thread is in.
     [[nodiscard]] static unsigned int depthOnThisThread(const UaSubscriptionPrivate& subscription);
 
 private:
@@ -73,11 +73,11 @@ private:
     bool m_entered = false;
 };
 
-// A completion that is to come, from its service call on: deleteSubscription waits for it.
+/// A completion that is to come, from its service call on: deleteSubscription waits for it.
 class SubscriptionPending
 {
 public:
-    // Null when the subscription is not valid.
+    /// Null when the subscription is not valid.
     [[nodiscard]] static std::shared_ptr<SubscriptionPending>
     begin(const UaRefPtr<UaSubscriptionPrivate>& subscription);
     ~SubscriptionPending();

@@ -33,7 +33,7 @@ public:
     }
 };
 
-// Keeps a copy of the password of its own, which is overwritten with the token's life.
+/// Keeps a copy of the password of its own, which is overwritten with the token's life.
 class UaUserNameIdentityToken : public UaUserIdentityToken
 {
 public:
@@ -55,10 +55,10 @@ public:
 
 private:
     UaString m_userName;
-    SecretBytes m_password; // UTF-8
+    SecretBytes m_password; ///< UTF-8
 };
 
-// Keeps a copy of the private key of its own, which is overwritten with the token's life.
+/// Keeps a copy of the private key of its own, which is overwritten with the token's life.
 class UaCertificateIdentityToken : public UaUserIdentityToken
 {
 public:
@@ -79,8 +79,8 @@ public:
     [[nodiscard]] const SecretBytes& privateKey() const { return m_privateKey; }
 
 private:
-    UaByteString m_certificate; // DER
-    SecretBytes m_privateKey;   // DER
+    UaByteString m_certificate; ///< DER
+    SecretBytes m_privateKey;   ///< DER
 };
 
 } // namespace UaClientSdk

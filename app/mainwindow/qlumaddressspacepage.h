@@ -41,5 +41,5 @@ private:
     unsigned int m_serverId;
     QTreeView* m_tree;
     QComboBox* m_highlight;
-    QlumAddressSpaceModelInterface* m_model = nullptr; // child of the tree
+    QlumAddressSpaceModelInterface* m_model = nullptr; ///< child of the tree
 };

@@ -55,5 +55,5 @@ private:
                               unsigned int serverId, const NamespaceMap& namespaceMap);
 
     Parts m_parts;
-    QList<unsigned int> m_connecting; // a connect may run a nested event loop
+    QList<unsigned int> m_connecting; ///< a connect may run a nested event loop
 };

@@ -29,6 +29,6 @@ private:
     QSettings m_settings;
     QHash<QString, QVariant> m_defaults;
     QHash<QString, QVariant>
-        m_stored; // what the file holds, so that reading needs no file and little locking
+        m_stored; ///< what the file holds, so that reading needs no file and little locking
     mutable std::shared_mutex m_mutex;
 };

@@ -51,7 +51,7 @@ public:
 
     void traceOutput(UaTrace::TraceLevel level, const char* text, int moduleId) override;
 
-    // QlumApplicationInterface
+    /// QlumApplicationInterface
     void setSettingsValue(const QString& key, const QVariant& value) override;
     QVariant settingsValue(const QString& key, const QVariant& defaultValue = QVariant()) const override;
     QMainWindow* mainWindow() override;
@@ -84,7 +84,7 @@ public:
     QList<unsigned int> projectServerIds() override;
     QStringList namespaceTable(unsigned int serverId) override;
 
-    // Parts that the window's own dialogs and tests look at.
+    /// Parts that the window's own dialogs and tests look at.
     [[nodiscard]] const QlumMainActions& actions() const { return *m_actions; }
     [[nodiscard]] QlumProjectModel* projectModel() const { return m_project; }
     [[nodiscard]] QlumLogModel* logModel() const { return m_logModel; }
@@ -136,9 +136,9 @@ private:
     std::unique_ptr<QNetworkAccessManager> m_network;
     std::unique_ptr<QlumDirector> m_director;
     std::atomic<int> m_minimumLogLevel{0};
-    bool m_loading = false; // what is restored does not make the project differ from its file
+    bool m_loading = false; ///< what is restored does not make the project differ from its file
 
-    // children of the window
+    /// children of the window
     QlumLogModel* m_logModel = nullptr;
     QlumProjectModel* m_project = nullptr;
     QlumMainActions* m_actions = nullptr;

@@ -49,7 +49,6 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNod
 QlumAddressSpaceModel::~QlumAddressSpaceModel() = default;
 
 // ---- item model
-// ---------------------------------------------------------------------------------------------
 
 QlumAddressSpaceNode* QlumAddressSpaceModel::nodeAt(const QModelIndex& index) const
 {
@@ -186,7 +185,6 @@ QMimeData* QlumAddressSpaceModel::mimeData(const QModelIndexList& indexes) const
 }
 
 // ---- refreshing
-// ---------------------------------------------------------------------------------------------
 
 void QlumAddressSpaceModel::browseNodeIndex(const QModelIndex& index)
 {
@@ -224,7 +222,6 @@ bool QlumAddressSpaceModel::nodeInfo(const QModelIndex& index, UaNodeId& nodeId,
 }
 
 // ---- highlighting
-// -------------------------------------------------------------------------------------------
 
 void QlumAddressSpaceModel::connectHighlighting()
 {
@@ -298,7 +295,6 @@ void QlumAddressSpaceModel::emitNamespaceChanged(QlumAddressSpaceNode* node, int
 }
 
 // ---- surroundings
-// -------------------------------------------------------------------------------------------
 
 QVariant QlumAddressSpaceModel::setting(const char* key, const QVariant& defaultValue) const
 {

@@ -41,7 +41,7 @@ public:
     [[nodiscard]] QStringList mimeTypes() const override;
     [[nodiscard]] QMimeData* mimeData(const QModelIndexList& indexes) const override;
 
-    // QlumAddressSpaceModelInterface
+    /// QlumAddressSpaceModelInterface
     QAbstractItemModel* itemModel() override { return this; }
     /// For an invalid index the root is browsed.
     void rebrowseNodeIndex(const QModelIndex& index) override;
@@ -65,7 +65,7 @@ public slots:
                               unsigned int serverId);
 
 private:
-    struct Task; // a node whose continuation points are being followed
+    struct Task; ///< a node whose continuation points are being followed
 
     [[nodiscard]] QlumAddressSpaceNode* nodeAt(const QModelIndex& index) const;
     [[nodiscard]] QlumAddressSpaceNode* nodeOrRoot(const QModelIndex& index) const;
@@ -100,5 +100,5 @@ private:
     unsigned int m_serverId;
     int m_highlightedNamespace = -1;
     std::list<Task> m_tasks;
-    QTimer* m_timer; // runs the next slice of the tasks
+    QTimer* m_timer; ///< runs the next slice of the tasks
 };

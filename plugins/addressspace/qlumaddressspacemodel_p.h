@@ -12,9 +12,9 @@ struct QlumAddressSpaceModel::Task
     QlumAddressSpaceNode* node;
     UaClientSdk::ServiceSettings settings;
     UaByteString continuationPoint;
-    int budget = 0;   // BrowseNext calls left; negative: no limit
-    int failures = 0; // in a row
-    int barren = 0;   // results in a row without a new node
-    QString stopText; // why it ends early
+    int budget = 0;   ///< BrowseNext calls left; negative: no limit
+    int failures = 0; ///< in a row
+    int barren = 0;   ///< results in a row without a new node
+    QString stopText; ///< why it ends early
     std::unique_ptr<QlumBrowseProgress> progress;
 };

@@ -86,5 +86,5 @@ private:
     bool m_browsed : 1 = false;
     bool m_hasChildren : 1 = false;
     std::vector<std::unique_ptr<QlumAddressSpaceNode>> m_children;
-    std::unique_ptr<ChildMap> m_childMap; // most nodes are leaves
+    std::unique_ptr<ChildMap> m_childMap; ///< most nodes are leaves
 };

@@ -32,7 +32,6 @@ QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application, QO
 QlumAttributeModel::~QlumAttributeModel() = default;
 
 // ---- item model
-// ---------------------------------------------------------------------------------------------
 
 QlumAttributeNode* QlumAttributeModel::nodeAt(const QModelIndex& index) const
 {
@@ -152,7 +151,6 @@ QVariant QlumAttributeModel::foreground(const QlumAttributeNode& node) const
 }
 
 // ---- building
-// -----------------------------------------------------------------------------------------------
 
 void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass,
                                  int count, const QList<int>& attributeIds, OpcUa_DataValue* results)

@@ -79,11 +79,11 @@ private:
     const QlumSessionServicesProvider m_services;
     QlumAttributeRows m_rows;
     std::unique_ptr<QlumAttributeNode> m_root;
-    QlumAttributeNode* m_valueRow = nullptr; // carries the Value
+    QlumAttributeNode* m_valueRow = nullptr; ///< carries the Value
     unsigned int m_serverId = 0xFFFFFFFFu;
     UaNodeId m_nodeId;
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified;
     UaVariant m_value;
     UaNodeId m_dataTypeId;
-    std::shared_ptr<QlumSessionServices> m_session; // whose dictionary the rows use
+    std::shared_ptr<QlumSessionServices> m_session; ///< whose dictionary the rows use
 };

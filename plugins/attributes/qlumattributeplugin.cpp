@@ -62,7 +62,6 @@ QString QlumAttributePlugin::name()
 }
 
 // ---- widgets
-// ------------------------------------------------------------------------------------------------
 
 QAction* QlumAttributePlugin::createAction(const QString& name, const QString& icon, const QString& text,
                                            const QString& help)
@@ -121,7 +120,6 @@ void QlumAttributePlugin::createDock()
 }
 
 // ---- what is shown
-// ------------------------------------------------------------------------------------------
 
 void QlumAttributePlugin::selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
                                            UaNodeId*)
@@ -207,7 +205,6 @@ void QlumAttributePlugin::showNode(unsigned int serverId, const UaNodeId& nodeId
 }
 
 // ---- project
-// ------------------------------------------------------------------------------------------------
 
 void QlumAttributePlugin::saveSettings(QSettings& settings)
 {

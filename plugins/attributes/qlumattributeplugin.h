@@ -59,7 +59,7 @@ private:
     std::unique_ptr<QlumJobPool> m_pool;
     QlumAttributeModel* m_model = nullptr;
     QlumAttributeView* m_view = nullptr;
-    QPointer<QDockWidget> m_dock; // owned by the main window once it is docked
+    QPointer<QDockWidget> m_dock; ///< owned by the main window once it is docked
     QAction* m_onOff = nullptr;
     QAction* m_refresh = nullptr;
     QAction* m_expandAll = nullptr;

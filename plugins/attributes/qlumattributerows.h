@@ -31,7 +31,7 @@ public:
                                           const UaExtensionObject& object, const QlumTypeHint& hint,
                                           QlumValueStep step = {});
     /// The text of a scalar that has no rows of its own.
-    // "Bit1 | Bit2 (3)"; empty for what is no option set
+    /// "Bit1 | Bit2 (3)"; empty for what is no option set
     [[nodiscard]] QString optionSetText(const UaVariant& value, const QlumTypeHint& hint) const;
     [[nodiscard]] QString scalarText(const UaVariant& value, const QlumTypeHint& hint) const;
 

@@ -65,7 +65,6 @@ void QlumAttributeView::paintEvent(QPaintEvent* event)
 }
 
 // ---- copying
-// ------------------------------------------------------------------------------------------------
 
 QAction* QlumAttributeView::addCopyAction(const QString& name, const QString& text, const QString& toolTip,
                                           void (QlumAttributeView::*slot)())
@@ -139,7 +138,6 @@ QString QlumAttributeView::pathOf(const QModelIndex& index) const
 }
 
 // ---- from one node to the next
-// ------------------------------------------------------------------------------
 
 void QlumAttributeView::saveState()
 {

@@ -36,7 +36,7 @@ private:
 
     QlumAttributeModel* m_attributes;
     std::unique_ptr<QlumViewState> m_state;
-    QSet<QString> m_expanded; // paths of names
+    QSet<QString> m_expanded; ///< paths of names
     QString m_current;
     int m_scrollPosition = 0;
 };

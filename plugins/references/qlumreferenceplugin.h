@@ -20,5 +20,5 @@ public:
 
 private:
     QlumApplicationInterface* m_app = nullptr;
-    QPointer<QDockWidget> m_dock; // owned by the main window once it is docked
+    QPointer<QDockWidget> m_dock; ///< owned by the main window once it is docked
 };

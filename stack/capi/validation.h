@@ -23,7 +23,7 @@ inline PkiFolders foldersOf(const OpcUa_PkiConfiguration* pki)
             text(pki->IssuerRevocationLists)};
 }
 
-// Looks into finding; valid as long as it is.
+/// Looks into finding; valid as long as it is.
 inline OpcUa_CertificateValidation validationOf(const CertificateFinding& finding)
 {
     // the structure has no const bytes, the callee must not change them

@@ -22,7 +22,7 @@ inline void appendUInt32(Bytes& out, OpcUa_UInt32 value)
     putUInt32(out.data() + out.size() - 4, value);
 }
 
-// A length and the bytes; the null value when there are none.
+/// A length and the bytes; the null value when there are none.
 inline void appendByteString(Bytes& out, ByteView bytes)
 {
     appendUInt32(out, bytes.empty() ? 0xFFFFFFFFu : static_cast<OpcUa_UInt32>(bytes.size()));
@@ -45,7 +45,7 @@ inline std::string_view asText(ByteView bytes)
            static_cast<OpcUa_UInt32>(at[2]) << 16 | static_cast<OpcUa_UInt32>(at[3]) << 24;
 }
 
-// Reads from the front; after the first thing that is not there, everything else is absent too.
+/// Reads from the front; after the first thing that is not there, everything else is absent too.
 class ByteReader
 {
 public:
@@ -59,7 +59,7 @@ public:
         return getUInt32(bytes->data());
     }
 
-    // A length of -1 gives an empty view; other negative lengths and those beyond maxLength are refused.
+    /// A length of -1 gives an empty view; other negative lengths and those beyond maxLength are refused.
     [[nodiscard]] std::optional<ByteView> byteString(size_t maxLength)
     {
         const auto length = uint32();

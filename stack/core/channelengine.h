@@ -8,9 +8,9 @@ namespace opcua {
 class ChannelEngine
 {
 public:
-    // What the peer sent; may be changed in place.
+    /// What the peer sent; may be changed in place.
     void receive(MutableByteView bytes, TimePoint now);
-    // Bytes for the peer; the owner takes them away.
+    /// Bytes for the peer; the owner takes them away.
     [[nodiscard]] Bytes& output() { return m_output; }
     [[nodiscard]] SecureConversation& conversation() { return m_conversation; }
 
@@ -27,10 +27,10 @@ protected:
     Bytes m_output;
 
 private:
-    // Whether the channel is there to hear more; what arrives otherwise is dropped.
+    /// Whether the channel is there to hear more; what arrives otherwise is dropped.
     [[nodiscard]] virtual bool isListening() const = 0;
     virtual void handleFrame(const Frame& frame, TimePoint now) = 0;
-    // The stream holds something that is no frame.
+    /// The stream holds something that is no frame.
     virtual void streamFailed(OpcUa_StatusCode status) = 0;
 
     FrameReader m_reader;

@@ -40,7 +40,7 @@ ClientChannel::ClientChannel(ClientChannelConfig config, std::unique_ptr<Securit
 {
 }
 
-// ---- life ---------------------------------------------------------------------------------------
+// ---- life
 
 void ClientChannel::start(TimePoint now, TimePoint deadline)
 {
@@ -93,7 +93,7 @@ void ClientChannel::failRequests(OpcUa_StatusCode status)
         m_listener.onRequestFailed(id, status);
 }
 
-// ---- time ---------------------------------------------------------------------------------------
+// ---- time
 
 TimePoint ClientChannel::nextDeadline() const
 {
@@ -129,7 +129,7 @@ void ClientChannel::expireRequests(TimePoint now)
     }
 }
 
-// ---- requests -----------------------------------------------------------------------------------
+// ---- requests
 
 OpcUa_StatusCode ClientChannel::send(ByteView body, TimePoint deadline, OpcUa_UInt32& requestId)
 {
@@ -146,7 +146,7 @@ OpcUa_StatusCode ClientChannel::send(ByteView body, TimePoint deadline, OpcUa_UI
     return OpcUa_Good;
 }
 
-// ---- tokens -------------------------------------------------------------------------------------
+// ---- tokens
 
 void ClientChannel::requestToken(OpcUa_SecurityTokenRequestType type, TimePoint now, TimePoint deadline)
 {
@@ -212,7 +212,7 @@ void ClientChannel::tellKeys(const OpenResponse& response)
         m_listener.onTokenKeys(response.channelId, response.tokenId, *keys);
 }
 
-// ---- what the peer says -------------------------------------------------------------------------
+// ---- what the peer says
 
 bool ClientChannel::isListening() const
 {

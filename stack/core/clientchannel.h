@@ -13,32 +13,32 @@ namespace opcua {
 struct ClientChannelConfig
 {
     ChannelLimits limits;
-    std::string endpointUrl; // as it goes into Hello; at most 4,096 bytes
+    std::string endpointUrl; ///< as it goes into Hello; at most 4,096 bytes
     OpcUa_MessageSecurityMode securityMode = OpcUa_MessageSecurityMode_None;
-    OpcUa_UInt32 requestedLifetime = 3'600'000; // ms
+    OpcUa_UInt32 requestedLifetime = 3'600'000; ///< ms
     size_t maxPendingRequests = 16384;
-    OpcUa_DateTime (*utcNow)() = nullptr; // for the time stamps of own requests; null leaves them empty
-    bool tellsKeys = false;               // whether onTokenKeys is wanted
+    OpcUa_DateTime (*utcNow)() = nullptr; ///< for the time stamps of own requests; null leaves them empty
+    bool tellsKeys = false;               ///< whether onTokenKeys is wanted
 };
 
-// Told from inside the engine's functions; must not call back into the engine.
+/// Told from inside the engine's functions; must not call back into the engine.
 class ClientChannelListener
 {
 public:
     virtual ~ClientChannelListener() = default;
-    virtual void onOpened(OpcUa_UInt32 revisedLifetime) = 0; // ms
+    virtual void onOpened(OpcUa_UInt32 revisedLifetime) = 0; ///< ms
     virtual void onRenewed(OpcUa_UInt32 revisedLifetime) = 0;
-    // A token came into use under a policy that has keys; before onOpened or onRenewed.
+    /// A token came into use under a policy that has keys; before onOpened or onRenewed.
     virtual void onTokenKeys(OpcUa_UInt32 channelId, OpcUa_UInt32 tokenId, const TokenKeys& keys)
     {
         static_cast<void>(channelId);
         static_cast<void>(tokenId);
         static_cast<void>(keys);
     }
-    // Exactly one of the next two for each request that send accepted.
+    /// Exactly one of the next two for each request that send accepted.
     virtual void onResponse(OpcUa_UInt32 requestId, Bytes&& body) = 0;
     virtual void onRequestFailed(OpcUa_UInt32 requestId, OpcUa_StatusCode status) = 0;
-    // The channel ended otherwise than by close; comes after the failures of all requests.
+    /// The channel ended otherwise than by close; comes after the failures of all requests.
     virtual void onClosed(OpcUa_StatusCode status) = 0;
 };
 
@@ -50,26 +50,26 @@ public:
     ClientChannel(ClientChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
                   ClientChannelListener& listener);
 
-    // Says Hello. The channel must be open by the deadline, whatever trickles in, or it closes with
-    // BadTimeout.
+    /// Says Hello. The channel must be open by the deadline, whatever trickles in, or it closes with
+    /// BadTimeout.
     void start(TimePoint now, TimePoint deadline);
-    // The peer ended the stream, or it broke.
+    /// The peer ended the stream, or it broke.
     void streamEnded(OpcUa_StatusCode status);
-    // To be called when nextDeadline is reached; harmless at other times.
+    /// To be called when nextDeadline is reached; harmless at other times.
     void advance(TimePoint now);
     [[nodiscard]] TimePoint nextDeadline() const;
 
-    // Queues a request. Good: requestId is set and one completion follows, BadTimeout at the deadline.
-    // BadConnectionClosed, BadRequestTooLarge, BadTooManyOperations, BadEncodingError: nothing was queued.
+    /// Queues a request. Good: requestId is set and one completion follows, BadTimeout at the deadline.
+    /// BadConnectionClosed, BadRequestTooLarge, BadTooManyOperations, BadEncodingError: nothing was queued.
     [[nodiscard]] OpcUa_StatusCode send(ByteView body, TimePoint deadline, OpcUa_UInt32& requestId);
-    // Closes in good order; requests fail with BadConnectionClosed. No onClosed follows.
+    /// Closes in good order; requests fail with BadConnectionClosed. No onClosed follows.
     void close();
 
     [[nodiscard]] State state() const { return m_state; }
     [[nodiscard]] size_t pendingRequests() const { return m_requests.size(); }
-    // Answers that nobody waited for any more.
+    /// Answers that nobody waited for any more.
     [[nodiscard]] std::uint64_t droppedResponses() const { return m_dropped; }
-    // The peer's words when it ended the channel with an error; untrusted text.
+    /// The peer's words when it ended the channel with an error; untrusted text.
     [[nodiscard]] const std::string& peerReason() const { return m_peerReason; }
 
 private:
@@ -96,9 +96,9 @@ private:
     ClientChannelListener& m_listener;
     RequestTable m_requests;
     State m_state = State::Idle;
-    OpcUa_UInt32 m_openRequestId = 0; // of the Open request that waits for its answer; 0 for none
+    OpcUa_UInt32 m_openRequestId = 0; ///< of the Open request that waits for its answer; 0 for none
     Bytes m_openNonce;
-    TimePoint m_openDeadline = never; // of connect, later of the renewal that is under way
+    TimePoint m_openDeadline = never; ///< of connect, later of the renewal that is under way
     TimePoint m_renewAt = never;
     Milliseconds m_renewalTimeout{0};
     std::uint64_t m_dropped = 0;

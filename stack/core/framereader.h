@@ -9,17 +9,17 @@ struct Frame
 {
     MessageType type = MessageType::Error;
     ChunkType chunk = ChunkType::Final;
-    MutableByteView bytes; // all of it, header included
+    MutableByteView bytes; ///< all of it, header included
 
     [[nodiscard]] ByteView body() const { return bytes.subspan(frameHeaderSize); }
 };
 
-// Type, chunk type and size of a frame's first eight bytes.
-// Good; BadTcpMessageTypeInvalid; BadTcpMessageTooLarge (also for sizes below the header's own).
+/// Type, chunk type and size of a frame's first eight bytes.
+/// Good; BadTcpMessageTypeInvalid; BadTcpMessageTooLarge (also for sizes below the header's own).
 [[nodiscard]] OpcUa_StatusCode parseFrameHeader(ByteView header, size_t maxFrameSize, Frame& frame,
                                                 size_t& size);
 
-// Appends the eight bytes with a size still to be filled in by finishFrame; answers where the frame begins.
+/// Appends the eight bytes with a size still to be filled in by finishFrame; answers where the frame begins.
 [[nodiscard]] size_t beginFrame(Bytes& out, MessageType type, ChunkType chunk);
 void finishFrame(Bytes& out, size_t begin);
 
@@ -30,9 +30,9 @@ public:
 
     explicit FrameReader(size_t maxFrameSize) : m_maxFrameSize(maxFrameSize) {}
 
-    // Takes bytes off the front of input until a frame is whole. The frame lies in input itself where it
-    // arrived in one piece and is valid until the next call. After Fault, fault() says why and nothing more
-    // is read.
+    /// Takes bytes off the front of input until a frame is whole. The frame lies in input itself where it
+    /// arrived in one piece and is valid until the next call. After Fault, fault() says why and nothing more
+    /// is read.
     [[nodiscard]] Outcome next(MutableByteView& input, Frame& frame);
     [[nodiscard]] OpcUa_StatusCode fault() const { return m_fault; }
 

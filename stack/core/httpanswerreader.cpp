@@ -145,7 +145,7 @@ HttpAnswerReader::Outcome HttpAnswerReader::next(ByteView& input, HttpAnswer& an
     return m_fault != 0 ? Outcome::Fault : Outcome::NeedMore;
 }
 
-// ---- what the parser finds ----------------------------------------------------------------------
+// ---- what the parser finds
 
 int HttpAnswerReader::fail(OpcUa_StatusCode status)
 {

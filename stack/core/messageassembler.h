@@ -17,10 +17,10 @@ public:
     {
     }
 
-    // One chunk of a message that somebody waits for. On Complete the whole body is in message. On TooLarge a
-    // limit is passed, of one message or of all unfinished ones together, and the chunk was not kept.
+    /// One chunk of a message that somebody waits for. On Complete the whole body is in message. On TooLarge
+    /// a limit is passed, of one message or of all unfinished ones together, and the chunk was not kept.
     [[nodiscard]] Outcome add(OpcUa_UInt32 requestId, bool final, ByteView body, Bytes& message);
-    // Forgets what has come of a message.
+    /// Forgets what has come of a message.
     void drop(OpcUa_UInt32 requestId);
     void clear();
 

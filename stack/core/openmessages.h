@@ -11,11 +11,11 @@ struct OpenRequest
 {
     OpcUa_DateTime timestamp = 0;
     OpcUa_UInt32 requestHandle = 0;
-    OpcUa_UInt32 timeoutHint = 0; // ms
+    OpcUa_UInt32 timeoutHint = 0; ///< ms
     OpcUa_SecurityTokenRequestType type = OpcUa_SecurityTokenRequestType_Issue;
     OpcUa_MessageSecurityMode mode = OpcUa_MessageSecurityMode_None;
     Bytes nonce;
-    OpcUa_UInt32 requestedLifetime = 0; // ms
+    OpcUa_UInt32 requestedLifetime = 0; ///< ms
 };
 
 struct OpenResponse
@@ -24,11 +24,11 @@ struct OpenResponse
     OpcUa_UInt32 requestHandle = 0;
     OpcUa_UInt32 channelId = 0;
     OpcUa_UInt32 tokenId = 0;
-    OpcUa_UInt32 revisedLifetime = 0; // ms
+    OpcUa_UInt32 revisedLifetime = 0; ///< ms
     Bytes nonce;
 };
 
-// Good, or the codec's status.
+/// Good, or the codec's status.
 [[nodiscard]] OpcUa_StatusCode encodeOpenRequest(const OpenRequest& request, Bytes& out);
 [[nodiscard]] OpcUa_StatusCode encodeOpenResponse(const OpenResponse& response, Bytes& out);
 [[nodiscard]] OpcUa_StatusCode encodeCloseRequest(OpcUa_DateTime timestamp, OpcUa_UInt32 requestHandle,
@@ -36,8 +36,8 @@ struct OpenResponse
 [[nodiscard]] OpcUa_StatusCode encodeServiceFault(OpcUa_DateTime timestamp, OpcUa_UInt32 requestHandle,
                                                   OpcUa_StatusCode result, Bytes& out);
 
-// Good; the codec's status; BadUnknownResponse or BadRequestTypeInvalid for another message; of a response
-// that says no, or a ServiceFault, its service result.
+/// Good; the codec's status; BadUnknownResponse or BadRequestTypeInvalid for another message; of a response
+/// that says no, or a ServiceFault, its service result.
 [[nodiscard]] OpcUa_StatusCode decodeOpenRequest(ByteView body, OpenRequest& request);
 [[nodiscard]] OpcUa_StatusCode decodeOpenResponse(ByteView body, OpenResponse& response);
 

@@ -10,18 +10,18 @@ namespace opcua {
 class RequestTable
 {
 public:
-    // A new request id, neither 0 nor in use.
+    /// A new request id, neither 0 nor in use.
     [[nodiscard]] OpcUa_UInt32 reserveId();
     void add(OpcUa_UInt32 id, TimePoint deadline);
     [[nodiscard]] bool contains(OpcUa_UInt32 id) const { return m_deadlines.contains(id); }
-    // False when the id was not there.
+    /// False when the id was not there.
     bool remove(OpcUa_UInt32 id) { return m_deadlines.erase(id) != 0; }
-    // Takes out and answers those whose time is over.
+    /// Takes out and answers those whose time is over.
     [[nodiscard]] std::vector<OpcUa_UInt32> takeExpired(TimePoint now);
     [[nodiscard]] std::vector<OpcUa_UInt32> takeAll();
 
-    // At or before the earliest deadline. It may name the deadline of a request that was answered meanwhile:
-    // one look too many in ten seconds is cheaper than a sorted list.
+    /// At or before the earliest deadline. It may name the deadline of a request that was answered meanwhile:
+    /// one look too many in ten seconds is cheaper than a sorted list.
     [[nodiscard]] TimePoint nextDeadline() const { return m_deadlines.empty() ? never : m_earliest; }
     [[nodiscard]] size_t size() const { return m_deadlines.size(); }
 

@@ -50,7 +50,7 @@ SecurityToken& SecureConversation::sendToken()
     return m_sendWithPrevious && m_previous ? *m_previous : *m_current;
 }
 
-// ---- writing ------------------------------------------------------------------------------------
+// ---- writing
 
 // Appends sequence header and body to the headers that lie at begin, fills in the size and protects it all.
 bool SecureConversation::sealChunk(Bytes& out, size_t begin, size_t sequenceBegin, OpcUa_UInt32 requestId,
@@ -132,7 +132,7 @@ OpcUa_StatusCode SecureConversation::writeAbort(Bytes& out, OpcUa_UInt32 request
     return OpcUa_BadEncodingError;
 }
 
-// ---- reading ------------------------------------------------------------------------------------
+// ---- reading
 
 // Before the channel has an id, the first answer brings it.
 bool SecureConversation::channelMatches(OpcUa_UInt32 channelId) const

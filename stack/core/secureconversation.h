@@ -8,7 +8,7 @@
 
 namespace opcua {
 
-// A verified chunk. The body is valid as long as its frame.
+/// A verified chunk. The body is valid as long as its frame.
 struct Chunk
 {
     ChunkType type = ChunkType::Final;
@@ -30,27 +30,27 @@ public:
     SecureConversation(std::unique_ptr<SecurityPolicy> policy, const ChannelLimits& ownLimits);
 
     [[nodiscard]] SecurityPolicy& policy() { return *m_policy; }
-    // What the peer takes: chunk size, and with 0 for "no limit" message size and chunk count.
+    /// What the peer takes: chunk size, and with 0 for "no limit" message size and chunk count.
     void setSendLimits(OpcUa_UInt32 chunkSize, OpcUa_UInt32 maxMessageSize, OpcUa_UInt32 maxChunkCount);
     void setChannelId(OpcUa_UInt32 channelId) { m_channelId = channelId; }
     [[nodiscard]] OpcUa_UInt32 channelId() const { return m_channelId; }
 
-    // The new token becomes the one to send with, the current one is accepted until it expires. With
-    // sendWhenSeen the old one goes on being sent until the peer uses the new one (the server's side).
+    /// The new token becomes the one to send with, the current one is accepted until it expires. With
+    /// sendWhenSeen the old one goes on being sent until the peer uses the new one (the server's side).
     void addToken(SecurityToken token, bool sendWhenSeen);
     [[nodiscard]] bool hasToken() const { return m_current.has_value(); }
 
-    // Append chunks to out. On failure out is as before.
-    // Good; BadRequestTooLarge for what the peer would not take; BadEncodingError when the cryptography
-    // fails.
+    /// Append chunks to out. On failure out is as before.
+    /// Good; BadRequestTooLarge for what the peer would not take; BadEncodingError when the cryptography
+    /// fails.
     [[nodiscard]] OpcUa_StatusCode writeOpen(Bytes& out, OpcUa_UInt32 requestId, ByteView body);
     [[nodiscard]] OpcUa_StatusCode writeMessage(Bytes& out, MessageType type, OpcUa_UInt32 requestId,
                                                 ByteView body);
     [[nodiscard]] OpcUa_StatusCode writeAbort(Bytes& out, OpcUa_UInt32 requestId, OpcUa_StatusCode status,
                                               std::string_view reason);
 
-    // Verify in the order of OPC 10000-6, 6.7.4: channel, policy or token, signature, padding, sequence
-    // number. Nothing when any of them is wrong; the channel must end then.
+    /// Verify in the order of OPC 10000-6, 6.7.4: channel, policy or token, signature, padding, sequence
+    /// number. Nothing when any of them is wrong; the channel must end then.
     [[nodiscard]] std::optional<Chunk> readOpen(const Frame& frame);
     [[nodiscard]] std::optional<Chunk> readSymmetric(const Frame& frame, TimePoint now);
 

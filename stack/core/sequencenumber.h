@@ -6,8 +6,8 @@
 namespace opcua {
 
 enum class SequenceRule {
-    Legacy,   // plus one a chunk; above 4,294,966,271 it may go back to a number below 1,024
-    FullRange // from 0 to the maximum and then 0 again
+    Legacy,   ///< plus one a chunk; above 4,294,966,271 it may go back to a number below 1,024
+    FullRange ///< from 0 to the maximum and then 0 again
 };
 
 inline constexpr OpcUa_UInt32 legacyWrapAbove = 4'294'966'271u;
@@ -24,7 +24,7 @@ public:
         m_next = m_rule == SequenceRule::Legacy && number > legacyWrapAbove ? 1 : number + 1;
         return number;
     }
-    // Goes on from here; a channel that lives for weeks gets to the wrap-around, a test does not.
+    /// Goes on from here; a channel that lives for weeks gets to the wrap-around, a test does not.
     void continueFrom(OpcUa_UInt32 number) { m_next = number; }
 
 private:
@@ -37,7 +37,7 @@ class SequenceVerifier
 public:
     explicit SequenceVerifier(SequenceRule rule) : m_rule(rule) {}
 
-    // False when number can not follow the last one. The first may be any under the legacy rule, else 0.
+    /// False when number can not follow the last one. The first may be any under the legacy rule, else 0.
     [[nodiscard]] bool accept(OpcUa_UInt32 number)
     {
         if (!follows(number))

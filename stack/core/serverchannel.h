@@ -14,19 +14,19 @@ struct ServerChannelConfig
     ChannelLimits limits;
     OpcUa_UInt32 channelId = 1;
     OpcUa_UInt32 firstTokenId = 1;
-    OpcUa_UInt32 minLifetime = 1000; // ms
+    OpcUa_UInt32 minLifetime = 1000; ///< ms
     OpcUa_UInt32 maxLifetime = 3'600'000;
     OpcUa_DateTime (*utcNow)() = nullptr;
 };
 
-// Told from inside the engine's functions.
+/// Told from inside the engine's functions.
 class ServerChannelListener
 {
 public:
     virtual ~ServerChannelListener() = default;
-    // A whole request; it may be answered from inside.
+    /// A whole request; it may be answered from inside.
     virtual void onRequest(OpcUa_UInt32 requestId, Bytes&& body) = 0;
-    // Good when the client closed in good order.
+    /// Good when the client closed in good order.
     virtual void onClosed(OpcUa_StatusCode status) = 0;
 };
 
@@ -38,11 +38,11 @@ public:
     ServerChannel(ServerChannelConfig config, std::unique_ptr<SecurityPolicy> policy,
                   ServerChannelListener& listener);
 
-    // Answers a request; one that the client would not take becomes an abort with BadResponseTooLarge.
-    // BadConnectionClosed when the channel is not open.
+    /// Answers a request; one that the client would not take becomes an abort with BadResponseTooLarge.
+    /// BadConnectionClosed when the channel is not open.
     OpcUa_StatusCode respond(OpcUa_UInt32 requestId, ByteView body);
     OpcUa_StatusCode abort(OpcUa_UInt32 requestId, OpcUa_StatusCode status, std::string_view reason);
-    // Sends an Error message and ends the channel.
+    /// Sends an Error message and ends the channel.
     void fail(OpcUa_StatusCode status, std::string_view reason = {});
 
     [[nodiscard]] State state() const { return m_state; }

@@ -11,7 +11,7 @@ namespace opcua {
 struct HelloMessage
 {
     OpcUa_UInt32 protocolVersion = 0;
-    ChannelLimits limits; // of the sender; 0 for sizes and counts without a limit
+    ChannelLimits limits; ///< of the sender; 0 for sizes and counts without a limit
     std::string endpointUrl;
 };
 
@@ -21,11 +21,11 @@ struct AcknowledgeMessage
     ChannelLimits limits;
 };
 
-// An Error message, and the body of a chunk that aborts a message.
+/// An Error message, and the body of a chunk that aborts a message.
 struct ErrorMessage
 {
     OpcUa_StatusCode status = 0;
-    std::string reason; // empty when it was longer than is read
+    std::string reason; ///< empty when it was longer than is read
 };
 
 void writeHello(Bytes& out, const HelloMessage& message);
@@ -33,8 +33,8 @@ void writeAcknowledge(Bytes& out, const AcknowledgeMessage& message);
 void writeError(Bytes& out, OpcUa_StatusCode status, std::string_view reason);
 void appendErrorBody(Bytes& out, OpcUa_StatusCode status, std::string_view reason);
 
-// Bodies without the frame header. False when bytes are missing or a length is out of bounds; bytes behind
-// the known fields belong to later versions and are ignored.
+/// Bodies without the frame header. False when bytes are missing or a length is out of bounds; bytes behind
+/// the known fields belong to later versions and are ignored.
 [[nodiscard]] bool readHello(ByteView body, HelloMessage& message);
 [[nodiscard]] bool readAcknowledge(ByteView body, AcknowledgeMessage& message);
 [[nodiscard]] bool readError(ByteView body, ErrorMessage& message);

@@ -13,8 +13,8 @@
 
 namespace opcua {
 
-// Grows like a vector, but leaves fresh room as it is: filling it with zeros first takes a tenth of the time
-// that encoding takes.
+/// Grows like a vector, but leaves fresh room as it is: filling it with zeros first takes a tenth of the time
+/// that encoding takes.
 class ByteBuffer
 {
 public:
@@ -35,11 +35,11 @@ public:
     [[nodiscard]] OpcUa_Byte* data() { return m_bytes.get(); }
     [[nodiscard]] size_t size() const { return m_size; }
     [[nodiscard]] size_t capacity() const { return m_capacity; }
-    // At most capacity; what was not written yet has no value.
+    /// At most capacity; what was not written yet has no value.
     void setSize(size_t size) { m_size = size; }
     void clear() { m_size = 0; }
-    // Room for that many bytes more, behind which nothing is promised. The first used bytes are kept,
-    // whatever size() is. Throws std::bad_alloc.
+    /// Room for that many bytes more, behind which nothing is promised. The first used bytes are kept,
+    /// whatever size() is. Throws std::bad_alloc.
     void grow(size_t used, size_t more)
     {
         constexpr size_t least = 1024;
@@ -51,7 +51,7 @@ public:
         m_bytes.reset(static_cast<OpcUa_Byte*>(moved));
         m_capacity = wanted;
     }
-    // Gives back all memory when there is more than this.
+    /// Gives back all memory when there is more than this.
     void trim(size_t kept)
     {
         if (m_capacity <= kept)

@@ -14,13 +14,13 @@ class TextReleaser;
 struct BuiltInLayout
 {
     const char* name;
-    OpcUa_Byte size;    // of the C type
-    OpcUa_Byte minimum; // bytes on the wire, at least
-    bool fixed;         // the wire holds the C type's bytes
-    bool nullIsZero;    // the null value is all zero bytes
+    OpcUa_Byte size;    ///< of the C type
+    OpcUa_Byte minimum; ///< bytes on the wire, at least
+    bool fixed;         ///< the wire holds the C type's bytes
+    bool nullIsZero;    ///< the null value is all zero bytes
 };
 
-// by OpcUa_BuiltInType
+/// by OpcUa_BuiltInType
 inline constexpr std::array<BuiltInLayout, 26> builtInLayouts = {{
     {"Null", 0, 0, false, true},
     {"Boolean", sizeof(OpcUa_Boolean), 1, true, true},
@@ -50,8 +50,8 @@ inline constexpr std::array<BuiltInLayout, 26> builtInLayouts = {{
     {"DiagnosticInfo", sizeof(OpcUa_DiagnosticInfo), 1, false, false},
 }};
 
-// Number of bytes of a type for which isNumber() holds, else 0. Branches instead of a table: what they answer
-// is predicted, and the next value need not wait for it.
+/// Number of bytes of a type for which isNumber() holds, else 0. Branches instead of a table: what they
+/// answer is predicted, and the next value need not wait for it.
 inline size_t numberSize(OpcUa_Byte type)
 {
     switch (type) {
@@ -77,14 +77,15 @@ inline size_t numberSize(OpcUa_Byte type)
     }
 }
 
-// A data value that holds a number or nothing takes at most this: mask, type, number, status, two timestamps.
+/// A data value that holds a number or nothing takes at most this: mask, type, number, status, two
+/// timestamps.
 inline constexpr size_t largestPlainDataValue = 1 + 1 + 8 + 4 + 2 * (8 + 2);
 
-// Type of an element or field: a built-in type, an enumeration or a structure.
+/// Type of an element or field: a built-in type, an enumeration or a structure.
 struct ElementType
 {
-    OpcUa_Byte kind;                       // OpcUa_BuiltInType; an enumeration counts as Int32
-    const OpcUa_EncodeableType* structure; // of kind OpcUa_FieldKind_Structure
+    OpcUa_Byte kind;                       ///< OpcUa_BuiltInType; an enumeration counts as Int32
+    const OpcUa_EncodeableType* structure; ///< of kind OpcUa_FieldKind_Structure
 
     static ElementType of(const OpcUa_FieldDescriptor& field)
     {
@@ -97,7 +98,7 @@ struct ElementType
     bool isFixed() const { return !isStructure() && builtInLayouts[kind].fixed; }
     bool isFlat() const { return isStructure() ? structure->IsFlat != 0 : builtInLayouts[kind].fixed; }
     size_t size() const { return isStructure() ? structure->AllocationSize : builtInLayouts[kind].size; }
-    // never 0, so that a count is bounded by the bytes left
+    /// never 0, so that a count is bounded by the bytes left
     size_t minimum() const
     {
         return isStructure() ? std::max<size_t>(structure->MinimumSize, 1) : builtInLayouts[kind].minimum;
@@ -111,29 +112,29 @@ inline bool isBuiltInType(OpcUa_Byte kind)
 
 void initializeElements(ElementType type, void* data, size_t count);
 void clearElements(ElementType type, void* data, size_t count);
-// Frees what the elements own and leaves them as they are: for memory that goes away.
+/// Frees what the elements own and leaves them as they are: for memory that goes away.
 void releaseElements(ElementType type, void* data, size_t count);
 void releaseStructures(const OpcUa_EncodeableType& type, void* objects, size_t count, TextReleaser& texts);
-// On failure the destination is left initialised.
+/// On failure the destination is left initialised.
 [[nodiscard]] OpcUa_StatusCode copyElements(ElementType type, const void* source, void* destination,
                                             size_t count);
 [[nodiscard]] int compareElements(ElementType type, const void* left, const void* right, size_t count);
 
-// Blocks of elements; one of no elements is a block all the same, for null means "no array".
+/// Blocks of elements; one of no elements is a block all the same, for null means "no array".
 [[nodiscard]] void* allocateElements(ElementType type, size_t count);
 void deleteElements(ElementType type, void* data, size_t count);
-// Null for a null source; also null, with a bad status, when out of memory.
+/// Null for a null source; also null, with a bad status, when out of memory.
 [[nodiscard]] void* cloneElements(ElementType type, const void* source, size_t count,
                                   OpcUa_StatusCode& status);
 
-// Three-way order of anything with operators.
+/// Three-way order of anything with operators.
 template <typename T>
 int order(const T& left, const T& right)
 {
     return left < right ? -1 : right < left ? 1 : 0;
 }
 
-// Members of structures by their offset.
+/// Members of structures by their offset.
 template <typename T>
 T& memberAt(void* object, size_t offset)
 {
@@ -153,10 +154,10 @@ inline const void* elementAt(const void* data, size_t size, size_t index)
     return static_cast<const char*>(data) + size * index;
 }
 
-// Gives the fields from this one on their null values, whatever they hold.
+/// Gives the fields from this one on their null values, whatever they hold.
 void initializeFields(const OpcUa_EncodeableType& type, OpcUa_UInt32 from, void* object);
 
-// Which fields of a structure hold a value: all, those that a mask names, or the one of a union.
+/// Which fields of a structure hold a value: all, those that a mask names, or the one of a union.
 class PresentFields
 {
 public:
@@ -170,7 +171,7 @@ public:
             return true;
         return ((m_value >> bitOf(index)) & 1u) != 0;
     }
-    // No bit, and no place in a union, that the type does not have.
+    /// No bit, and no place in a union, that the type does not have.
     bool isValid(const OpcUa_EncodeableType& type) const;
 
 private:

@@ -11,7 +11,7 @@
 
 namespace opcua {
 
-// What a decoder may take. Every length is checked against the bytes left before memory is taken.
+/// What a decoder may take. Every length is checked against the bytes left before memory is taken.
 struct EncodingLimits
 {
     OpcUa_UInt32 maxStringLength = 16u * 1024 * 1024;
@@ -20,14 +20,14 @@ struct EncodingLimits
     OpcUa_UInt32 maxNestingLevel = 100;
 };
 
-// Appends type id and body to out. On failure out is as before.
-// Good, BadEncodingError, BadEncodingLimitsExceeded, BadOutOfMemory.
+/// Appends type id and body to out. On failure out is as before.
+/// Good, BadEncodingError, BadEncodingLimitsExceeded, BadOutOfMemory.
 [[nodiscard]] OpcUa_StatusCode encodeMessage(const OpcUa_EncodeableType& type, const void* object,
                                              const EncodingLimits& limits, ByteBuffer& out);
 [[nodiscard]] OpcUa_StatusCode encodeMessage(const OpcUa_EncodeableType& type, const void* object,
                                              const EncodingLimits& limits, std::vector<OpcUa_Byte>& out);
 
-// A decoded message; owns the object.
+/// A decoded message; owns the object.
 struct DecodedMessage
 {
     const OpcUa_EncodeableType* type = nullptr;
@@ -39,11 +39,11 @@ struct DecodedMessage
     DecodedMessage(const DecodedMessage&) = delete;
     DecodedMessage& operator=(const DecodedMessage&) = delete;
     ~DecodedMessage();
-    void* release() noexcept; // hands the object over
+    void* release() noexcept; ///< hands the object over
 };
 
-// Good, BadDecodingError (also for bytes left over), BadEncodingLimitsExceeded, BadOutOfMemory;
-// BadDataTypeIdUnknown when the type id is not in the tables.
+/// Good, BadDecodingError (also for bytes left over), BadEncodingLimitsExceeded, BadOutOfMemory;
+/// BadDataTypeIdUnknown when the type id is not in the tables.
 [[nodiscard]] OpcUa_StatusCode decodeMessage(std::span<const OpcUa_Byte> bytes, const EncodingLimits& limits,
                                              DecodedMessage& message);
 

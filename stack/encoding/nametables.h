@@ -1,4 +1,4 @@
-/* The generated tables, as the lookup functions see them. Not for use outside the stack. */
+// The generated tables, as the lookup functions see them. Not for use outside the stack.
 #ifndef STACK_ENCODING_NAMETABLES_H
 #define STACK_ENCODING_NAMETABLES_H
 
@@ -14,21 +14,21 @@ typedef struct StatusCodeName
     const char* Name;
 } StatusCodeName;
 
-/* by code */
+/// by code
 extern const StatusCodeName opcua_statusCodeNames[];
 extern const unsigned opcua_statusCodeNameCount;
 
-/* the first is attribute 1 */
+/// the first is attribute 1
 extern const char* const opcua_attributeNames[];
 extern const unsigned opcua_attributeNameCount;
 
-/* by TypeId and by BinaryEncodingTypeId */
+/// by TypeId and by BinaryEncodingTypeId
 extern const OpcUa_EncodeableType* const opcua_typesByTypeId[];
 extern const unsigned opcua_typesByTypeIdCount;
 extern const OpcUa_EncodeableType* const opcua_typesByBinaryId[];
 extern const unsigned opcua_typesByBinaryIdCount;
 
-/* by TypeId */
+/// by TypeId
 extern const OpcUa_EnumeratedType opcua_enumeratedTypes[];
 extern const unsigned opcua_enumeratedTypeCount;
 

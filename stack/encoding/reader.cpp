@@ -63,7 +63,7 @@ bool Reader::enter()
     return true;
 }
 
-// -- texts and names --------------------------------------------------------------------------------------
+// ---- texts and names
 
 bool Reader::boolean(OpcUa_Boolean& value)
 {
@@ -142,7 +142,7 @@ bool Reader::localizedText(OpcUa_LocalizedText& value)
     return false;
 }
 
-// -- node ids ---------------------------------------------------------------------------------------------
+// ---- node ids
 
 bool Reader::identifier(OpcUa_Byte format, OpcUa_NodeId& value)
 {
@@ -203,7 +203,7 @@ bool Reader::expandedNodeId(OpcUa_ExpandedNodeId& value)
     return false;
 }
 
-// -- data values and diagnostics --------------------------------------------------------------------------
+// ---- data values and diagnostics
 
 namespace {
 
@@ -327,7 +327,7 @@ bool Reader::diagnosticInfo(OpcUa_DiagnosticInfo& value)
     return result;
 }
 
-// -- elements of any type ---------------------------------------------------------------------------------
+// ---- elements of any type
 
 bool Reader::element(ElementType type, void* target)
 {

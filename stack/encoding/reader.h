@@ -16,9 +16,9 @@ namespace opcua {
 static_assert(std::endian::native == std::endian::little,
               "arrays of numbers are copied as they lie on the wire");
 
-// Every function fills its target completely: with what was read, or with the null value when it answers
-// false. The first failure stays in status(). Nothing is allocated before the bytes that fill it are known to
-// be there.
+/// Every function fills its target completely: with what was read, or with the null value when it answers
+/// false. The first failure stays in status(). Nothing is allocated before the bytes that fill it are known
+/// to be there.
 class Reader
 {
 public:
@@ -44,7 +44,7 @@ private:
         m_at += sizeof(T);
         return true;
     }
-    // One that the message has only when its bit is set; it holds its null value already.
+    /// One that the message has only when its bit is set; it holds its null value already.
     template <typename T>
     bool optional(bool present, T& value)
     {
@@ -116,7 +116,7 @@ private:
     const OpcUa_Byte* m_end;
     const EncodingLimits& m_limits;
     TextPool m_texts;
-    size_t m_memoryLeft; // what may still be allocated
+    size_t m_memoryLeft; ///< what may still be allocated
     OpcUa_UInt32 m_depth = 0;
     OpcUa_StatusCode m_status = OpcUa_Good;
 };

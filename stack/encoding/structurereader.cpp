@@ -50,7 +50,7 @@ bool Reader::nested(ElementType type, size_t count, void*& data)
     return enter() && leave(elements(type, count, data));
 }
 
-// -- variants ---------------------------------------------------------------------------------------------
+// ---- variants
 
 bool Reader::variant(OpcUa_Variant& value)
 {
@@ -132,7 +132,7 @@ bool Reader::dimensions(OpcUa_Variant& value)
     return true;
 }
 
-// -- extension objects ------------------------------------------------------------------------------------
+// ---- extension objects
 
 bool Reader::extensionObject(OpcUa_ExtensionObject& value)
 {
@@ -193,7 +193,7 @@ bool Reader::knownBody(const OpcUa_EncodeableType& type, OpcUa_Int32 length, Opc
     return result;
 }
 
-// -- structures -------------------------------------------------------------------------------------------
+// ---- structures
 
 namespace {
 

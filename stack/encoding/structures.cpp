@@ -225,7 +225,7 @@ void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type, void** obje
     *object = nullptr;
 }
 
-// -- extension objects ------------------------------------------------------------------------------------
+// ---- extension objects
 
 void OpcUa_ExtensionObject_Initialize(OpcUa_ExtensionObject* value)
 {

@@ -9,23 +9,24 @@ namespace opcua {
 
 struct TextBlock;
 
-// Longer ones are blocks of their own.
+/// Longer ones are blocks of their own.
 inline constexpr size_t longestPooledText = 256;
 
-// Cuts short texts from larger blocks, so that a message of a thousand names takes a few allocations. Each
-// text goes back through OpcUa_Memory_Free by itself, on any thread; a block goes with the last of its texts.
+/// Cuts short texts from larger blocks, so that a message of a thousand names takes a few allocations. Each
+/// text goes back through OpcUa_Memory_Free by itself, on any thread; a block goes with the last of its
+/// texts.
 class TextPool
 {
 public:
-    // Blocks are in proportion to the message, for one text that is kept keeps its block.
+    /// Blocks are in proportion to the message, for one text that is kept keeps its block.
     explicit TextPool(size_t messageSize);
     ~TextPool();
     TextPool(const TextPool&) = delete;
     TextPool& operator=(const TextPool&) = delete;
 
-    // As OpcUa_Memory_Alloc, with no more than 8 bytes of alignment.
+    /// As OpcUa_Memory_Alloc, with no more than 8 bytes of alignment.
     [[nodiscard]] void* allocate(size_t size);
-    // The same from what is left of the current block; null when that is not enough.
+    /// The same from what is left of the current block; null when that is not enough.
     [[nodiscard]] void* allocateAtHand(size_t size)
     {
         const size_t needed = (sizeof m_block + size + 7) & ~size_t{7};
@@ -46,11 +47,11 @@ private:
     TextBlock* m_block = nullptr;
     char* m_at = nullptr;
     char* m_end = nullptr;
-    std::uint32_t m_handedOut = 0; // of the current block
+    std::uint32_t m_handedOut = 0; ///< of the current block
 };
 
-// Gives many texts back. Those that were cut one after the other go in one step, for a step is an atomic
-// operation.
+/// Gives many texts back. Those that were cut one after the other go in one step, for a step is an atomic
+/// operation.
 class TextReleaser
 {
 public:
@@ -59,7 +60,7 @@ public:
     TextReleaser(const TextReleaser&) = delete;
     TextReleaser& operator=(const TextReleaser&) = delete;
 
-    // Null is no text. The memory may stay in use until flush or the end of this object.
+    /// Null is no text. The memory may stay in use until flush or the end of this object.
     void release(void* text)
     {
         if (text != nullptr)

@@ -6,13 +6,13 @@
 
 namespace opcua {
 
-// A scalar of this type is a block of its own.
+/// A scalar of this type is a block of its own.
 [[nodiscard]] bool isHeldByPointer(OpcUa_Byte builtInType);
 
-// The value of a scalar variant, wherever it lies; null when a pointer is missing.
+/// The value of a scalar variant, wherever it lies; null when a pointer is missing.
 [[nodiscard]] const void* scalarOf(const OpcUa_Variant& value);
 
-// Free what a value owns; it must be initialised before it is used again.
+/// Free what a value owns; it must be initialised before it is used again.
 void release(OpcUa_ExtensionObject& value);
 void release(OpcUa_DiagnosticInfo& value);
 void releaseBlocks(OpcUa_Variant& value);

@@ -43,7 +43,7 @@ bool Writer::enter()
     return true;
 }
 
-// -- texts and ids ----------------------------------------------------------------------------------------
+// ---- texts and ids
 
 template <typename Text>
 void Writer::text(const Text& value, OpcUa_UInt32 limit)
@@ -148,7 +148,7 @@ void Writer::localizedText(const OpcUa_LocalizedText& value)
         string(value.Text);
 }
 
-// -- values -----------------------------------------------------------------------------------------------
+// ---- values
 
 void Writer::variant(const OpcUa_Variant& value)
 {
@@ -331,7 +331,7 @@ void Writer::encodeableBody(const OpcUa_ExtensionObject& value)
     std::memcpy(m_buffer.data() + lengthAt, &written, sizeof written);
 }
 
-// -- elements of any type ---------------------------------------------------------------------------------
+// ---- elements of any type
 
 void Writer::element(ElementType type, const void* source)
 {

@@ -11,7 +11,7 @@
 
 namespace opcua {
 
-// Appends to a buffer; throws std::bad_alloc. After the first failure nothing more is of use.
+/// Appends to a buffer; throws std::bad_alloc. After the first failure nothing more is of use.
 class Writer
 {
 public:
@@ -20,7 +20,7 @@ public:
     void element(ElementType type, const void* source);
     void structure(const OpcUa_EncodeableType& type, const void* object);
     void numericNodeId(OpcUa_UInt32 id);
-    // Ends writing: the buffer holds what was written, or on failure what it held before.
+    /// Ends writing: the buffer holds what was written, or on failure what it held before.
     [[nodiscard]] OpcUa_StatusCode finish();
 
 private:
@@ -67,7 +67,7 @@ private:
     void indirectField(const OpcUa_FieldDescriptor& descriptor, const void* object);
     void elements(ElementType type, const void* data, OpcUa_Int32 count);
 
-    ByteBuffer& m_buffer; // its size is set at the end
+    ByteBuffer& m_buffer; ///< its size is set at the end
     const size_t m_start;
     OpcUa_Byte* m_at;
     OpcUa_Byte* m_end;

@@ -9,12 +9,12 @@
 
 namespace opcua {
 
-// One object serves both directions: out it signs with the own key and encrypts with the peer's, in the other
-// way round.
+/// One object serves both directions: out it signs with the own key and encrypts with the peer's, in the
+/// other way round.
 class AsymmetricProtection final : public ChunkProtection
 {
 public:
-    // Both keys lie within the profile's limits.
+    /// Both keys lie within the profile's limits.
     AsymmetricProtection(const PolicyProfile& profile, PrivateKeyPointer own, CertificatePointer peer)
         : m_profile(profile), m_own(std::move(own)), m_peer(std::move(peer))
     {
@@ -26,7 +26,7 @@ public:
     std::optional<size_t> unseal(MutableByteView chunk, size_t sequenceBegin) override;
 
 private:
-    // Padding length, padding, signature behind plain bytes.
+    /// Padding length, padding, signature behind plain bytes.
     [[nodiscard]] size_t blockCount(size_t plain) const;
     [[nodiscard]] size_t signatureSize() const;
 

@@ -8,11 +8,11 @@
 
 namespace opcua {
 
-// P_SHA1 or P_SHA256 of RFC 5246, 5, as long as length. Nothing when the cryptography fails.
+/// P_SHA1 or P_SHA256 of RFC 5246, 5, as long as length. Nothing when the cryptography fails.
 [[nodiscard]] std::optional<Secret> pseudoRandomBytes(Digest digest, ByteView secret, ByteView seed,
                                                       size_t length);
 
-// Keys of one direction.
+/// Keys of one direction.
 struct DirectionKeys
 {
     Secret signing;
@@ -20,7 +20,7 @@ struct DirectionKeys
     Secret initializationVector;
 };
 
-// Keys of the side whose own nonce is the seed; the other side's is the secret.
+/// Keys of the side whose own nonce is the seed; the other side's is the secret.
 [[nodiscard]] std::optional<DirectionKeys> deriveDirectionKeys(const PolicyProfile& profile, ByteView secret,
                                                                ByteView seed);
 

@@ -8,13 +8,13 @@
 
 namespace opcua {
 
-// The size fields for a block of cipher text.
+/// The size fields for a block of cipher text.
 [[nodiscard]] constexpr size_t paddingFields(size_t cipherBlock)
 {
     return cipherBlock > 256 ? 2 : 1;
 }
 
-// Writes length and padding; fields counts the bytes that the length takes.
+/// Writes length and padding; fields counts the bytes that the length takes.
 inline void appendPadding(Bytes& out, size_t length, size_t fields)
 {
     const auto low = static_cast<OpcUa_Byte>(length & 0xFF);
@@ -23,8 +23,8 @@ inline void appendPadding(Bytes& out, size_t length, size_t fields)
         out.push_back(static_cast<OpcUa_Byte>(length >> 8));
 }
 
-// Where the padding of bytes begins; nothing when it is wrong. Looks at as many bytes whatever they hold,
-// short of maxPadding.
+/// Where the padding of bytes begins; nothing when it is wrong. Looks at as many bytes whatever they hold,
+/// short of maxPadding.
 [[nodiscard]] inline std::optional<size_t> findPadding(ByteView bytes, size_t fields, size_t maxPadding)
 {
     if (bytes.size() < fields)

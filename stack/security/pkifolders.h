@@ -8,18 +8,18 @@
 
 namespace opcua {
 
-// Empty names stand for folders that are not there.
+/// Empty names stand for folders that are not there.
 struct PkiFolders
 {
     std::string trustedCertificates;
     std::string trustedRevocationLists;
     std::string issuerCertificates;
     std::string issuerRevocationLists;
-    // The certificates' names are those of hashed directories, "%08x.%d", and their content PEM.
+    /// The certificates' names are those of hashed directories, "%08x.%d", and their content PEM.
     bool hashedNames = false;
 };
 
-// One certificate as its file holds it. It is not decoded before somebody needs it: there may be thousands.
+/// One certificate as its file holds it. It is not decoded before somebody needs it: there may be thousands.
 struct StoredCertificate
 {
     Bytes der;
@@ -30,12 +30,12 @@ struct PkiContents
 {
     std::vector<StoredCertificate> trusted;
     std::vector<StoredCertificate> issuers;
-    std::vector<CrlHandle> revocationLists; // of both kinds of issuers
+    std::vector<CrlHandle> revocationLists; ///< of both kinds of issuers
 };
 
-// Takes regular files of up to 1 MB only and never waits for one. Certificates are "*.der" and "*.cer" in
-// DER, or as hashedNames says; revocation lists files of any name in DER or PEM; what does not decode is
-// passed over.
+/// Takes regular files of up to 1 MB only and never waits for one. Certificates are "*.der" and "*.cer" in
+/// DER, or as hashedNames says; revocation lists files of any name in DER or PEM; what does not decode is
+/// passed over.
 [[nodiscard]] PkiContents readPkiFolders(const PkiFolders& folders);
 
 } // namespace opcua

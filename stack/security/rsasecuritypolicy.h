@@ -29,7 +29,7 @@ private:
     const CertificatePointer m_own;
     const CertificatePointer m_peer;
     AsymmetricProtection m_open;
-    std::optional<Sha1Value> m_lastPeerNonce; // its digest: the nonce itself is a secret
+    std::optional<Sha1Value> m_lastPeerNonce; ///< its digest: the nonce itself is a secret
 };
 
 } // namespace opcua

@@ -7,7 +7,7 @@
 
 namespace opcua {
 
-// Overwrites in a way that the compiler keeps, and empties.
+/// Overwrites in a way that the compiler keeps, and empties.
 void wipe(Bytes& bytes);
 
 class Secret
@@ -30,7 +30,7 @@ public:
     [[nodiscard]] OpcUa_Byte* data() { return m_bytes.data(); }
     [[nodiscard]] size_t size() const { return m_bytes.size(); }
     [[nodiscard]] ByteView view() const { return m_bytes; }
-    // Cuts off the tail; what is cut is overwritten.
+    /// Cuts off the tail; what is cut is overwritten.
     void truncate(size_t size);
 
 private:

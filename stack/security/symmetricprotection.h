@@ -10,12 +10,12 @@ namespace opcua {
 
 enum class Direction { Outgoing, Incoming };
 
-// One direction. Cipher and MAC are set up once and started again for each chunk, for setting them up takes
-// longer than a small message.
+/// One direction. Cipher and MAC are set up once and started again for each chunk, for setting them up takes
+/// longer than a small message.
 class SymmetricProtection final : public ChunkProtection
 {
 public:
-    // Null when the cryptography fails.
+    /// Null when the cryptography fails.
     [[nodiscard]] static std::unique_ptr<ChunkProtection>
     make(const PolicyProfile& profile, DirectionKeys keys, bool encrypts, Direction direction);
 
@@ -32,7 +32,7 @@ private:
 
     const size_t m_signatureLength;
     const bool m_encrypts;
-    DirectionKeys m_keys; // the first vector is needed for each chunk; the rest is wiped once in use
+    DirectionKeys m_keys; ///< the first vector is needed for each chunk; the rest is wiped once in use
     CipherContext m_cipher;
     MacContext m_mac;
 };

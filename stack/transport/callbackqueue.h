@@ -9,28 +9,28 @@
 
 namespace opcua {
 
-// The thread starts with the first job and ends with drain; a channel without callbacks never has one.
+/// The thread starts with the first job and ends with drain; a channel without callbacks never has one.
 class CallbackQueue
 {
 public:
     using Job = std::function<void()>;
 
-    // afterJobs, which may be empty, runs on the thread whenever it has run all jobs that were there, and
-    // like them.
+    /// afterJobs, which may be empty, runs on the thread whenever it has run all jobs that were there, and
+    /// like them.
     explicit CallbackQueue(Job afterJobs = {}) : m_afterJobs(std::move(afterJobs)) {}
     ~CallbackQueue() { drain(); }
     CallbackQueue(const CallbackQueue&) = delete;
     CallbackQueue& operator=(const CallbackQueue&) = delete;
 
-    // Starts the thread, unless it runs, so that a system without threads left is noticed here and not in
-    // post.
+    /// Starts the thread, unless it runs, so that a system without threads left is noticed here and not in
+    /// post.
     void start();
-    // Any thread.
+    /// Any thread.
     void post(Job job);
-    // Returns when every job posted so far has run and the thread is joined. Not from a job of this queue.
+    /// Returns when every job posted so far has run and the thread is joined. Not from a job of this queue.
     void drain();
     [[nodiscard]] bool isOwnThread() const;
-    // Whether the calling thread runs jobs of any queue.
+    /// Whether the calling thread runs jobs of any queue.
     [[nodiscard]] static bool onCallbackThread();
 
 private:

@@ -15,13 +15,13 @@ class Cancellation
 public:
     Cancellation();
 
-    // Every wait ends, now and later. Any thread.
+    /// Every wait ends, now and later. Any thread.
     void cancel();
     [[nodiscard]] bool cancelled() const;
-    // Readable once cancelled.
+    /// Readable once cancelled.
     [[nodiscard]] int descriptor() const { return m_event.get(); }
 
-    // Until condition holds, the deadline, or cancel; answers condition. It runs under this object's lock.
+    /// Until condition holds, the deadline, or cancel; answers condition. It runs under this object's lock.
     template <typename Condition>
     bool wait(TimePoint deadline, Condition condition)
     {
@@ -29,7 +29,7 @@ public:
         m_changed.wait_until(lock, deadline, [&] { return m_cancelled || condition(); });
         return condition();
     }
-    // Changes what a condition looks at.
+    /// Changes what a condition looks at.
     template <typename Change>
     void change(Change change)
     {

@@ -44,7 +44,7 @@ HttpServer serverOf(const ConnectParameters& parameters, const EndpointUrl& url,
 
 } // namespace
 
-// ---- connect ------------------------------------------------------------------------------------
+// ---- connect
 
 // Whatever ends a connect, an exception too, leaves the channel idle or connected.
 class Channel::ConnectScope
@@ -260,7 +260,7 @@ void Channel::setState(State state)
     m_stateChanged.notify_all();
 }
 
-// ---- disconnect ---------------------------------------------------------------------------------
+// ---- disconnect
 
 // Closes what there is of a connection; afterwards nothing of it is told any more and all callbacks have run.
 void Channel::endConnection()
@@ -310,7 +310,7 @@ bool Channel::isConnected() const
     return m_state == State::Connected && m_connection->isOpen();
 }
 
-// ---- calls and events ---------------------------------------------------------------------------
+// ---- calls and events
 
 std::shared_ptr<MessageTransport> Channel::connection() const
 {

@@ -24,18 +24,18 @@ struct ConnectParameters
     std::string url;
     std::string securityPolicyUri;
     OpcUa_MessageSecurityMode securityMode = OpcUa_MessageSecurityMode_None;
-    OpcUa_UInt32 requestedLifetime = 0; // ms
+    OpcUa_UInt32 requestedLifetime = 0; ///< ms
     bool basic128Rsa15Allowed = false;
     Milliseconds timeout{0};
-    // Empty with policy None. The server's certificate may bring its chain along. Not for HTTPS, where the
-    // certificate is the TLS session's.
+    /// Empty with policy None. The server's certificate may bring its chain along. Not for HTTPS, where the
+    /// certificate is the TLS session's.
     Bytes clientCertificate;
     Secret clientPrivateKey;
     Bytes serverCertificate;
-    std::optional<PkiFolders> pki; // nothing: the server's certificate is taken as it is
-    // Both may be empty.
+    std::optional<PkiFolders> pki; ///< nothing: the server's certificate is taken as it is
+    /// Both may be empty.
     std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> onEvent;
-    FindingJudge onCertificateFinding; // runs on the channel's callback thread
+    FindingJudge onCertificateFinding; ///< runs on the channel's callback thread
 };
 
 class Channel final : public ConnectionObserver, public std::enable_shared_from_this<Channel>
@@ -43,19 +43,19 @@ class Channel final : public ConnectionObserver, public std::enable_shared_from_
 public:
     explicit Channel(std::shared_ptr<Runtime> runtime) : m_runtime(std::move(runtime)) {}
 
-    // Blocks until the channel is open, the time is over or cancelConnect. Good; BadInvalidState when
-    // connected, connecting or on a callback of this channel; else why it did not open.
+    /// Blocks until the channel is open, the time is over or cancelConnect. Good; BadInvalidState when
+    /// connected, connecting or on a callback of this channel; else why it did not open.
     [[nodiscard]] OpcUa_StatusCode connect(const ConnectParameters& parameters,
                                            OpcUa_UInt32& revisedLifetime);
     void cancelConnect();
-    // Calls complete with BadConnectionClosed, and all callbacks have run when it returns. Good also when the
-    // peer had gone; BadInvalidState when there was no connection, or on a callback of this channel.
+    /// Calls complete with BadConnectionClosed, and all callbacks have run when it returns. Good also when
+    /// the peer had gone; BadInvalidState when there was no connection, or on a callback of this channel.
     [[nodiscard]] OpcUa_StatusCode disconnect();
-    // Ends a connect or a connection, whichever there is. False on a callback of this channel.
+    /// Ends a connect or a connection, whichever there is. False on a callback of this channel.
     [[nodiscard]] bool shutdown();
     [[nodiscard]] bool isConnected() const;
 
-    // As the functions of MessageTransport; BadInvalidState when there was no connection.
+    /// As the functions of MessageTransport; BadInvalidState when there was no connection.
     [[nodiscard]] OpcUa_StatusCode send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
                                         bool mayWait);
     [[nodiscard]] OpcUa_StatusCode fetch(const std::shared_ptr<AwaitedCall>& call, ByteView body,
@@ -89,7 +89,7 @@ private:
     [[nodiscard]] OpcUa_StatusCode openTransport(std::shared_ptr<MessageTransport> transport,
                                                  TimePoint deadline, Cancellation& attempt);
     [[nodiscard]] bool beginConnect(const std::shared_ptr<Cancellation>& attempt);
-    [[nodiscard]] std::shared_ptr<MessageTransport> connection() const; // null when there was none
+    [[nodiscard]] std::shared_ptr<MessageTransport> connection() const; ///< null when there was none
     void flush();
     void endConnection();
     void postEvent(OpcUa_Channel_Event event, OpcUa_StatusCode status);
@@ -100,10 +100,10 @@ private:
     std::condition_variable m_stateChanged;
     State m_state = State::Idle;
     std::shared_ptr<MessageTransport> m_connection;
-    std::shared_ptr<Cancellation> m_attempt; // of the connect that runs
-    // Of the connection that is there; set while there is none. m_opening guards the two behind it.
+    std::shared_ptr<Cancellation> m_attempt; ///< of the connect that runs
+    /// Of the connection that is there; set while there is none. m_opening guards the two behind it.
     std::shared_ptr<Cancellation> m_opening;
-    std::optional<OpcUa_StatusCode> m_opened; // what connect answers, or answered
+    std::optional<OpcUa_StatusCode> m_opened; ///< what connect answers, or answered
     OpcUa_UInt32 m_revisedLifetime = 0;
     std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> m_onEvent;
     CallbackQueue m_callbacks{[this] { flush(); }};

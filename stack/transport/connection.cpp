@@ -111,7 +111,7 @@ bool Connection::isOpen() const
     return m_engine.state() == ClientChannel::State::Open;
 }
 
-// ---- a caller who reads -------------------------------------------------------------------------
+// ---- a caller who reads
 
 // The right to read, from before the request is sent, so that its answer does not wake the loop.
 class Connection::Reading
@@ -186,7 +186,7 @@ void Connection::readFor(const AwaitedCall& call, TimePoint deadline)
     }
 }
 
-// ---- the loop's side ----------------------------------------------------------------------------
+// ---- the loop's side
 
 void Connection::onReady(std::uint32_t, MutableByteView scratch)
 {
@@ -222,7 +222,7 @@ void Connection::receiveLocked(MutableByteView scratch)
         m_engine.streamEnded(OpcUa_BadConnectionClosed);
 }
 
-// ---- after each turn with the engine ------------------------------------------------------------
+// ---- after each turn with the engine
 
 // Sends what the engine has to say, sets the timer, and tells what happened; unlocks.
 void Connection::settleAndTell(std::unique_lock<std::mutex>& lock)
@@ -342,7 +342,7 @@ void Connection::dropSentLocked()
     }
 }
 
-// ---- what the engine says, under the lock -------------------------------------------------------
+// ---- what the engine says, under the lock
 
 void Connection::completeLocked(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body)
 {

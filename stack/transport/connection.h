@@ -12,10 +12,10 @@
 
 namespace opcua {
 
-// Threads: the engine is used under this object's mutex. A caller's thread puts a request into the engine and
-// writes what the socket takes; the rest is the event loop's. What arrives is read by one thread at a time:
-// by a caller who waits for his answer, the first of those that wait, or by the event loop when nobody does.
-// Whatever a thread finds out is told without the mutex, in the order in which it was found out.
+/// Threads: the engine is used under this object's mutex. A caller's thread puts a request into the engine
+/// and writes what the socket takes; the rest is the event loop's. What arrives is read by one thread at a
+/// time: by a caller who waits for his answer, the first of those that wait, or by the event loop when nobody
+/// does. Whatever a thread finds out is told without the mutex, in the order in which it was found out.
 class Connection final : public MessageTransport,
                          public EventHandler,
                          public std::enable_shared_from_this<Connection>,
@@ -46,15 +46,15 @@ private:
         OpcUa_StatusCode status = 0;
         Bytes body;
     };
-    // What came of one turn with the engine, to be told without the lock.
+    /// What came of one turn with the engine, to be told without the lock.
     struct Outcome
     {
         std::vector<Completion> completions;
         std::optional<OpcUa_UInt32> opened;
         bool renewed = false;
         std::optional<OpcUa_StatusCode> lost;
-        std::string reason;   // the peer's words for a loss
-        std::string keyLines; // of a new token; comes with opened or renewed
+        std::string reason;   ///< the peer's words for a loss
+        std::string keyLines; ///< of a new token; comes with opened or renewed
         [[nodiscard]] bool empty() const { return completions.empty() && !opened && !renewed && !lost; }
     };
 
@@ -84,24 +84,24 @@ private:
 
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
-    const std::shared_ptr<KeyLog> m_keyLog; // null: keys are nobody's business
+    const std::shared_ptr<KeyLog> m_keyLog; ///< null: keys are nobody's business
     mutable std::mutex m_mutex;
-    std::condition_variable m_changed; // room to send, end of the channel, nothing being told
+    std::condition_variable m_changed; ///< room to send, end of the channel, nothing being told
     UniqueFd m_socket;
     ClientChannel m_engine;
     std::unordered_map<OpcUa_UInt32, std::shared_ptr<Call>> m_calls;
     Outcome m_outcome;
     Bytes m_unsent;
     size_t m_sentOfUnsent = 0;
-    bool m_full = false; // the socket
+    bool m_full = false; ///< the socket
     bool m_watchingOutput = false;
     bool m_writeBroken = false;
     bool m_watchingInput = true;
     bool m_callerReads = false;
-    UniqueFd m_retired;        // of a closed connection, until the caller who reads has noticed
-    Bytes m_callersRoom;       // what the caller who reads reads into
-    std::uint64_t m_turns = 0; // outcomes that were found out
-    std::uint64_t m_told = 0;  // of them
+    UniqueFd m_retired;        ///< of a closed connection, until the caller who reads has noticed
+    Bytes m_callersRoom;       ///< what the caller who reads reads into
+    std::uint64_t m_turns = 0; ///< outcomes that were found out
+    std::uint64_t m_told = 0;  ///< of them
     std::uint64_t m_key = 0;
     std::atomic<TimePoint> m_deadline{never};
 };

@@ -22,7 +22,7 @@ HttpLane::HttpLane(std::shared_ptr<const HttpServer> server, std::shared_ptr<Eve
 {
 }
 
-// ---- opening ------------------------------------------------------------------------------------
+// ---- opening
 
 bool HttpLane::adopt(UniqueFd socket, std::unique_ptr<TlsSession> session, TimePoint now)
 {
@@ -93,7 +93,7 @@ void HttpLane::failOpening(OpcUa_StatusCode status)
     m_pipeline.end(HttpPipeline::State::Broken, status);
 }
 
-// ---- requests and answers -----------------------------------------------------------------------
+// ---- requests and answers
 
 void HttpLane::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline, TimePoint now)
 {
@@ -123,7 +123,7 @@ void HttpLane::onRequestFailed(OpcUa_UInt32 requestId, OpcUa_StatusCode status, 
     complete(requestId, status, {});
 }
 
-// ---- the loop's side ----------------------------------------------------------------------------
+// ---- the loop's side
 
 void HttpLane::onReady(std::uint32_t epollEvents, MutableByteView scratch)
 {
@@ -199,7 +199,7 @@ void HttpLane::close(OpcUa_StatusCode status)
     m_pipeline.end(HttpPipeline::State::Finished, status);
 }
 
-// ---- after each turn ----------------------------------------------------------------------------
+// ---- after each turn
 
 void HttpLane::settle(bool spare)
 {

@@ -11,7 +11,7 @@
 
 namespace opcua {
 
-// What the connections of one channel know of their server.
+/// What the connections of one channel know of their server.
 struct HttpServer
 {
     std::string host;
@@ -20,10 +20,10 @@ struct HttpServer
     Milliseconds connectTimeout{0};
     SocketAddress address;
     std::shared_ptr<TlsContext> tls;
-    Bytes certificate; // DER, as it was judged; no other is accepted
+    Bytes certificate; ///< DER, as it was judged; no other is accepted
 };
 
-// What came of a turn with the connections, to be told without the lock.
+/// What came of a turn with the connections, to be told without the lock.
 struct HttpOutcome
 {
     struct Completion
@@ -33,14 +33,14 @@ struct HttpOutcome
         Bytes body;
     };
     std::vector<Completion> completions;
-    std::vector<std::string> remarks; // for the trace
+    std::vector<std::string> remarks; ///< for the trace
     std::optional<OpcUa_StatusCode> lost;
     [[nodiscard]] bool empty() const { return completions.empty() && remarks.empty() && !lost; }
 };
 
 class HttpLane;
 
-// Whose lanes these are; called on the event loop's thread with no lock held.
+/// Whose lanes these are; called on the event loop's thread with no lock held.
 class HttpLaneHost
 {
 public:
@@ -49,32 +49,32 @@ public:
     virtual void onLaneTime(HttpLane& lane, TimePoint now) = 0;
 };
 
-// Everything but the event handler's functions runs under the host's lock.
+/// Everything but the event handler's functions runs under the host's lock.
 class HttpLane final : public EventHandler,
                        public std::enable_shared_from_this<HttpLane>,
                        private HttpPipelineListener
 {
 public:
-    // An unused connection beside another goes after this time.
+    /// An unused connection beside another goes after this time.
     static constexpr std::chrono::seconds spareLife{30};
 
-    // outcome is the host's and outlives its lock.
+    /// outcome is the host's and outlives its lock.
     HttpLane(std::shared_ptr<const HttpServer> server, std::shared_ptr<EventLoop> loop,
              std::weak_ptr<HttpLaneHost> host, HttpOutcome& outcome);
 
-    // Takes a connection that is open already. False when the loop has no room.
+    /// Takes a connection that is open already. False when the loop has no room.
     [[nodiscard]] bool adopt(UniqueFd socket, std::unique_ptr<TlsSession> session, TimePoint now);
-    // Begins to connect; requests may be sent at once, and fail with the connection.
+    /// Begins to connect; requests may be sent at once, and fail with the connection.
     void open(TimePoint now);
     void send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline, TimePoint now);
-    // What the socket has to say.
+    /// What the socket has to say.
     void onEvents(std::uint32_t epollEvents, MutableByteView scratch, TimePoint now);
-    // An unused connection may have been closed by the peer without the loop having come to it yet.
+    /// An unused connection may have been closed by the peer without the loop having come to it yet.
     void lookWhetherAlive(TimePoint now);
     void advance(TimePoint now);
-    // After each turn: writes, sets the timer, leaves the loop when ended. spare: not the only one.
+    /// After each turn: writes, sets the timer, leaves the loop when ended. spare: not the only one.
     void settle(bool spare);
-    // Says goodbye; what waits fails with status.
+    /// Says goodbye; what waits fails with status.
     void close(OpcUa_StatusCode status);
 
     [[nodiscard]] HttpLaneLoad load(TimePoint now) const { return m_pipeline.load(now); }
@@ -85,9 +85,9 @@ public:
         return m_phase == Phase::Connecting || m_phase == Phase::Handshake;
     }
     [[nodiscard]] bool hasEnded() const { return m_phase == Phase::Closed; }
-    // Why a connection that never opened has ended; Good otherwise.
+    /// Why a connection that never opened has ended; Good otherwise.
     [[nodiscard]] OpcUa_StatusCode openFault() const { return m_openFault; }
-    // Whether it ended under requests that somebody waited for, without a word from the peer.
+    /// Whether it ended under requests that somebody waited for, without a word from the peer.
     [[nodiscard]] bool brokeUnderRequests() const { return m_brokeUnderRequests; }
 
     void onReady(std::uint32_t epollEvents, MutableByteView scratch) override;

@@ -36,7 +36,7 @@ OpcUa_StatusCode HttpsConnection::start(TimePoint)
     return OpcUa_Good;
 }
 
-// ---- requests -----------------------------------------------------------------------------------
+// ---- requests
 
 OpcUa_StatusCode HttpsConnection::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline,
                                        bool mayWait)
@@ -117,7 +117,7 @@ bool HttpsConnection::isOpen() const
     return m_state == State::Open;
 }
 
-// ---- the loop's side ----------------------------------------------------------------------------
+// ---- the loop's side
 
 void HttpsConnection::onLaneReady(HttpLane& lane, std::uint32_t epollEvents, MutableByteView scratch)
 {
@@ -138,7 +138,7 @@ void HttpsConnection::onLaneTime(HttpLane& lane, TimePoint now)
     settleAndTell(lock, now);
 }
 
-// ---- after each turn ----------------------------------------------------------------------------
+// ---- after each turn
 
 // Sends what there is to say, sets the timers, and tells what happened; unlocks.
 void HttpsConnection::settleAndTell(std::unique_lock<std::mutex>& lock, TimePoint now)

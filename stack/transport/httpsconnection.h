@@ -22,8 +22,8 @@ class HttpsConnection final : public MessageTransport,
 public:
     static constexpr size_t maxPendingRequests = 16384;
 
-    // socket and session: connected, the server's certificate judged. lifetime (ms) is what the channel
-    // reports: there are no tokens to renew.
+    /// socket and session: connected, the server's certificate judged. lifetime (ms) is what the channel
+    /// reports: there are no tokens to renew.
     HttpsConnection(HttpServer server, UniqueFd socket, std::unique_ptr<TlsSession> session,
                     OpcUa_UInt32 lifetime, std::shared_ptr<EventLoop> loop,
                     std::weak_ptr<ConnectionObserver> observer);
@@ -41,7 +41,7 @@ private:
     enum class State { Idle, Starting, Open, Lost, Closed };
     using LanePointer = std::shared_ptr<HttpLane>;
 
-    // Null when the channel is lost over it.
+    /// Null when the channel is lost over it.
     [[nodiscard]] LanePointer laneForLocked(HttpPace pace, TimePoint now);
     [[nodiscard]] LanePointer openLaneLocked(TimePoint now);
     [[nodiscard]] size_t unsentLocked() const;
@@ -58,9 +58,9 @@ private:
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
     mutable std::mutex m_mutex;
-    std::condition_variable m_changed; // room to send, end of the connection, nothing being told
+    std::condition_variable m_changed; ///< room to send, end of the connection, nothing being told
     State m_state = State::Idle;
-    UniqueFd m_firstSocket; // until start
+    UniqueFd m_firstSocket; ///< until start
     std::unique_ptr<TlsSession> m_firstSession;
     std::vector<LanePointer> m_lanes;
     HttpOutcome m_outcome;

@@ -15,15 +15,16 @@ class Channel;
 class Runtime
 {
 public:
-    // Throws std::system_error or std::bad_alloc when the system has nothing left.
+    /// Throws std::system_error or std::bad_alloc when the system has nothing left.
     explicit Runtime(const OpcUa_ProxyStubConfiguration& configuration);
     ~Runtime() { shutdown(); }
 
-    // The running one; null before the first start and after the last end.
+    /// The running one; null before the first start and after the last end.
     [[nodiscard]] static std::shared_ptr<Runtime> current();
-    // Counted. The configuration of the first call holds; later ones share what runs.
+    /// Counted. The configuration of the first call holds; later ones share what runs.
     static void acquire(const OpcUa_ProxyStubConfiguration& configuration);
-    // The last one ends all channels and joins all threads. False on a callback, which would wait for itself.
+    /// The last one ends all channels and joins all threads. False on a callback, which would wait for
+    /// itself.
     [[nodiscard]] static bool release();
 
     [[nodiscard]] const OpcUa_ProxyStubConfiguration& configuration() const { return m_configuration; }
@@ -31,7 +32,7 @@ public:
     [[nodiscard]] ChannelLimits channelLimits() const;
     [[nodiscard]] const std::shared_ptr<EventLoop>& loop() const { return m_loop; }
     [[nodiscard]] Resolver& resolver() { return m_resolver; }
-    // Null unless somebody asked for it.
+    /// Null unless somebody asked for it.
     [[nodiscard]] const std::shared_ptr<KeyLog>& keyLog() const { return m_keyLog; }
 
     [[nodiscard]] std::shared_ptr<Channel> createChannel(const std::shared_ptr<Runtime>& self);
@@ -49,7 +50,7 @@ private:
     std::vector<std::weak_ptr<Channel>> m_channels;
 };
 
-// The configuration with its defaults filled in and lower bounds kept.
+/// The configuration with its defaults filled in and lower bounds kept.
 [[nodiscard]] OpcUa_ProxyStubConfiguration completed(OpcUa_ProxyStubConfiguration configuration);
 
 } // namespace opcua

@@ -8,9 +8,9 @@ namespace opcua {
 class SendBuffer
 {
 public:
-    // Takes the bytes over and empties them.
+    /// Takes the bytes over and empties them.
     void append(Bytes& bytes);
-    // Writes what the socket takes. False when it is full, and room is to be waited for.
+    /// Writes what the socket takes. False when it is full, and room is to be waited for.
     [[nodiscard]] bool flush(int socket);
     [[nodiscard]] size_t size() const { return m_bytes.size() - m_sent; }
 

@@ -132,7 +132,7 @@ TEST_F(HttpsDemoServer, DiscoveryFindsTheEndpointOfTheFront)
     EXPECT_STREQ(UaString(last.TransportProfileUri).toUtf8(), OpcUa_TransportProfile_HttpsBinary);
 }
 
-// ---- a subscription, on the stack -----------------------------------------------------------------
+// ---- a subscription, on the stack
 
 // Answers of Publish requests.
 struct Published

@@ -133,7 +133,7 @@ TEST_F(StackSecurityAgainstDemoServer, SpeaksEveryPolicyThatItOffersThroughARene
     }
 }
 
-// ---- users ---------------------------------------------------------------------------------------------
+// ---- users
 
 // A structure of the stack that clears itself.
 template <typename T>

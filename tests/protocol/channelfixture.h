@@ -14,9 +14,9 @@
 namespace opcua::test {
 
 using namespace std::chrono_literals;
-inline constexpr auto patience = 20s; // far beyond what anything here takes, also under sanitizers
+inline constexpr auto patience = 20s; ///< far beyond what anything here takes, also under sanitizers
 
-// Values that a callback's thread leaves and the test waits for.
+/// Values that a callback's thread leaves and the test waits for.
 template <typename T>
 class Mailbox
 {
@@ -98,7 +98,7 @@ public:
         return status;
     }
     using Completed = std::function<void(OpcUa_StatusCode)>;
-    // completed must live until it has been called
+    /// completed must live until it has been called
     OpcUa_StatusCode begin(Completed& completed, OpcUa_UInt32 timeout = 10'000)
     {
         OpcUa_FindServersRequest request;

@@ -22,7 +22,7 @@ inline std::string goodAnswer(const std::string& fields = {})
     return httpAnswer(findServersResponse(), fields);
 }
 
-// Answers every request on every connection.
+/// Answers every request on every connection.
 inline void serveAll(TlsPeerSocket& socket, int)
 {
     HttpRequest request;

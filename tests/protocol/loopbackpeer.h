@@ -19,13 +19,13 @@
 
 namespace opcua::test {
 
-// One accepted connection. Every wait ends when the client has gone or the peer is to stop.
+/// One accepted connection. Every wait ends when the client has gone or the peer is to stop.
 class PeerSocket
 {
 public:
     PeerSocket(UniqueFd socket, int stop) : m_socket(std::move(socket)), m_stop(stop) {}
 
-    // False when the client has gone or the peer is to stop.
+    /// False when the client has gone or the peer is to stop.
     bool read(Bytes& bytes)
     {
         bytes.resize(65536);
@@ -39,20 +39,20 @@ public:
     {
         static_cast<void>(::send(m_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
     }
-    // Reads and forgets until the client goes.
+    /// Reads and forgets until the client goes.
     void stayUntilClosed()
     {
         Bytes bytes;
         while (read(bytes)) {
         }
     }
-    // Takes nothing more from the socket, and waits to be stopped.
+    /// Takes nothing more from the socket, and waits to be stopped.
     void stayDeaf()
     {
         pollfd stop{m_stop, POLLIN, 0};
         ::poll(&stop, 1, -1);
     }
-    // One byte every few milliseconds, for as long as the client listens.
+    /// One byte every few milliseconds, for as long as the client listens.
     void drip(const Bytes& bytes)
     {
         for (const OpcUa_Byte byte : bytes) {
@@ -65,7 +65,7 @@ public:
     }
 
 private:
-    // True when there is something to read, or the end of the stream.
+    /// True when there is something to read, or the end of the stream.
     bool wait(int timeout)
     {
         pollfd polled[2] = {{m_socket.get(), POLLIN, 0}, {m_stop, POLLIN, 0}};
@@ -81,7 +81,7 @@ class LoopbackPeer
 public:
     using Script = std::function<void(PeerSocket&)>;
 
-    // Listens at the IPv4 address, or at the IPv6 one; throws where there is none.
+    /// Listens at the IPv4 address, or at the IPv6 one; throws where there is none.
     explicit LoopbackPeer(Script script, int family = AF_INET)
         : m_script(std::move(script)), m_stop(::eventfd(0, EFD_CLOEXEC)),
           m_listener(::socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0))
@@ -112,7 +112,7 @@ public:
     LoopbackPeer(const LoopbackPeer&) = delete;
     LoopbackPeer& operator=(const LoopbackPeer&) = delete;
 
-    // Until every connection that was accepted has ended, its thread too.
+    /// Until every connection that was accepted has ended, its thread too.
     void waitUntilIdle()
     {
         m_asked = true;
@@ -185,10 +185,10 @@ private:
     UniqueFd m_listener;
     std::uint16_t m_port = 0;
     std::thread m_thread;
-    std::list<Worker> m_workers; // of the accepting thread until it has ended
+    std::list<Worker> m_workers; ///< of the accepting thread until it has ended
 };
 
-// A well-behaved server on a connection; answer is called for each request and uses the engine it is given.
+/// A well-behaved server on a connection; answer is called for each request and uses the engine it is given.
 class PeerServer final : private ServerChannelListener
 {
 public:
@@ -199,9 +199,9 @@ public:
         : m_answer(std::move(answer)), m_channel(config, std::move(policy), *this)
     {
     }
-    // Keeps what the client sends, as it comes.
+    /// Keeps what the client sends, as it comes.
     void record(Bytes& received) { m_record = &received; }
-    // Until the client goes or the channel ends, or for so many reads.
+    /// Until the client goes or the channel ends, or for so many reads.
     void serve(PeerSocket& socket, int reads = -1)
     {
         Bytes bytes;

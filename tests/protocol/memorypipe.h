@@ -24,7 +24,7 @@ inline Bytes pattern(size_t size, OpcUa_Byte seed = 1)
     return bytes;
 }
 
-// A chunk of a secure channel without protection, right or wrong.
+/// A chunk of a secure channel without protection, right or wrong.
 struct RawChunk
 {
     MessageType type = MessageType::Message;
@@ -97,14 +97,14 @@ public:
     }
 
     void start(Milliseconds timeout = Milliseconds{10'000}) { client.start(now, now + timeout); }
-    // Hello to open channel.
+    /// Hello to open channel.
     void open()
     {
         start();
         run();
     }
 
-    // Moves bytes until both sides are quiet, in pieces of at most slice bytes.
+    /// Moves bytes until both sides are quiet, in pieces of at most slice bytes.
     void run(size_t slice = whole)
     {
         while (!client.output().empty() || !server.output().empty()) {
@@ -128,7 +128,7 @@ public:
         client.advance(now);
     }
 
-    // Queues a request with a second's patience; answers its id, or 0 with sendStatus set.
+    /// Queues a request with a second's patience; answers its id, or 0 with sendStatus set.
     OpcUa_UInt32 request(const Bytes& body, Milliseconds timeout = Milliseconds{1000})
     {
         OpcUa_UInt32 id = 0;
@@ -136,8 +136,8 @@ public:
         return id;
     }
     OpcUa_UInt32 nextServerSequence() { return server.conversation().sequenceSender().next(); }
-    // The client's status of a request: what it failed with, Good when it was answered, nothing while it
-    // waits.
+    /// The client's status of a request: what it failed with, Good when it was answered, nothing while it
+    /// waits.
     [[nodiscard]] std::optional<OpcUa_StatusCode> statusOf(OpcUa_UInt32 id) const
     {
         if (failures.contains(id))

@@ -54,7 +54,7 @@ inline const Identity& identity(bool ofServer)
     return ofServer ? server : client;
 }
 
-// What one input chooses.
+/// What one input chooses.
 struct Suite
 {
     const PolicyProfile& profile;
@@ -70,17 +70,17 @@ inline Suite suiteOf(std::uint8_t choice)
     return {*findPolicyProfile(uris[choice / 2 % 5]), choice % 2 != 0};
 }
 
-// The nonces of a side's tokens, each other than the one before.
+/// The nonces of a side's tokens, each other than the one before.
 inline Bytes nonceOf(const PolicyProfile& profile, bool ofEngine, unsigned token)
 {
     return Bytes(profile.nonceLength, static_cast<OpcUa_Byte>((ofEngine ? 0x80 : 0) + token % 0x80));
 }
 
-// Most inputs begin alike; what was sealed or opened before need not cost the private key again.
+/// Most inputs begin alike; what was sealed or opened before need not cost the private key again.
 class SealedBefore
 {
 public:
-    // out holds the plain frame, and the sealed one when it returns; sealNow does the work on out.
+    /// out holds the plain frame, and the sealed one when it returns; sealNow does the work on out.
     template <typename Seal>
     [[nodiscard]] bool seal(Bytes& out, Seal sealNow)
     {
@@ -137,7 +137,7 @@ private:
     ChunkProtection& m_real;
 };
 
-// The policy of the engine under test; all of it is real but the random source.
+/// The policy of the engine under test; all of it is real but the random source.
 class FixedNonces final : public SecurityPolicy
 {
 public:
@@ -168,8 +168,8 @@ private:
     unsigned m_made = 0;
 };
 
-// How the plain bytes of a chunk end before they are signed: with the padding that belongs there, or with
-// bytes of the input's own.
+/// How the plain bytes of a chunk end before they are signed: with the padding that belongs there, or with
+/// bytes of the input's own.
 struct Tail
 {
     bool right = true;
@@ -208,7 +208,7 @@ public:
         return out;
     }
 
-    // Under the keys of the token of that number, counted from 0.
+    /// Under the keys of the token of that number, counted from 0.
     [[nodiscard]] Bytes message(MessageType type, ChunkType chunk, unsigned token, OpcUa_UInt32 channelId,
                                 OpcUa_UInt32 tokenId, OpcUa_UInt32 requestId, ByteView body,
                                 const Tail& tail = {})
@@ -256,7 +256,7 @@ private:
         out.insert(out.end(), cipher->begin(), cipher->end());
         return true;
     }
-    // Nonces are the same in every run, and so are the keys.
+    /// Nonces are the same in every run, and so are the keys.
     [[nodiscard]] const DirectionKeys& keys(unsigned token) const
     {
         static std::map<std::pair<const PolicyProfile*, unsigned>, DirectionKeys> known;
@@ -268,7 +268,7 @@ private:
         check(made.has_value());
         return known.emplace(key, std::move(*made)).first->second;
     }
-    // To full blocks; what the input has too little of is filled up.
+    /// To full blocks; what the input has too little of is filled up.
     static void pad(Bytes& out, size_t sealed, size_t signature, size_t block, const Tail& tail)
     {
         if (!tail.right)
@@ -312,7 +312,7 @@ private:
     SequenceSender m_sequence{SequenceRule::Legacy};
 };
 
-// Reads an input from the front; behind its end everything is zero.
+/// Reads an input from the front; behind its end everything is zero.
 class Script
 {
 public:
@@ -332,7 +332,7 @@ public:
             value = value << 8 | byte();
         return value;
     }
-    // A length in one byte, and as many bytes.
+    /// A length in one byte, and as many bytes.
     [[nodiscard]] ByteView bytes()
     {
         const size_t wanted = byte();
@@ -346,15 +346,15 @@ private:
     ByteView m_bytes;
 };
 
-// What becomes of a sealed frame on its way.
+/// What becomes of a sealed frame on its way.
 struct Delivery
 {
     Bytes bytes;
-    bool broken = false; // no engine may go on after it
-    bool framed = true;  // the bytes are whole frames still
+    bool broken = false; ///< no engine may go on after it
+    bool framed = true;  ///< the bytes are whole frames still
 };
 
-// Most frames go through as they are; some are changed, cut, lengthened or come twice.
+/// Most frames go through as they are; some are changed, cut, lengthened or come twice.
 inline Delivery damaged(Bytes frame, Script& script)
 {
     const OpcUa_Byte kind = script.byte();

@@ -50,7 +50,7 @@ struct Suite
     int serverBits;
 };
 
-// Server ids are the same in each, so that bytes of one conversation fit another.
+/// Server ids are the same in each, so that bytes of one conversation fit another.
 struct SecurePipe
 {
     explicit SecurePipe(const Suite& suite, const char* clientName = "client")
@@ -65,7 +65,7 @@ struct SecurePipe
         config.securityMode = suite.mode;
         return config;
     }
-    // Up to the point where the server's answer to Open is on its way.
+    /// Up to the point where the server's answer to Open is on its way.
     Bytes openAnswer()
     {
         pipe.start();

@@ -211,7 +211,7 @@ TEST(StackChannel, ConnectTimeCountsFromTheStartWhateverTrickles)
     EXPECT_EQ(pipe.clientClosed, OpcUa_BadTimeout);
 }
 
-// ---- tokens -------------------------------------------------------------------------------------
+// ---- tokens
 
 ServerChannelConfig withLifetime(OpcUa_UInt32 lifetime)
 {

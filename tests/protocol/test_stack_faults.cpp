@@ -7,7 +7,7 @@
 namespace opcua::test {
 namespace {
 
-// ---- streams that end anywhere ------------------------------------------------------------------------
+// ---- streams that end anywhere
 
 // A conversation (hello, open, one call) whose stream to the client ends after so many bytes. Answers how
 // many there would have been.
@@ -68,7 +68,7 @@ TEST(StackFaults, ADisconnectAtEveryByteOfAConversationEndsItAlike)
     expectEndAtEveryByte([] { return securedPipe(sealing::suiteOf(encrypted)); }, 1);
 }
 
-// ---- what a hostile server may learn ------------------------------------------------------------------
+// ---- what a hostile server may learn
 
 struct Outcome
 {
@@ -179,7 +179,7 @@ TEST(StackFaults, AnOpenForAnotherThumbprintOrOfAnotherPolicyIsRefused)
               OpcUa_StatusCode{OpcUa_BadSecurityChecksFailed});
 }
 
-// ---- lengths of nonces and keys -----------------------------------------------------------------------
+// ---- lengths of nonces and keys
 
 // A certificate around a public key of exactly so many bits, of which nobody has the private one.
 Bytes certificateOfBits(int bits)
@@ -243,7 +243,7 @@ TEST(StackFaults, EveryPolicyKeepsItsLengthsOfNoncesAndKeys)
     EXPECT_TRUE(none->acceptsNonce(pattern(5))); // some servers send one; it means nothing
 }
 
-// ---- tokens ------------------------------------------------------------------------------------------
+// ---- tokens
 
 TEST(StackFaults, SecuredTrafficHasNoGapWhenTheTokenIsRenewed)
 {

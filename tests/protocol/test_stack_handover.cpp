@@ -237,7 +237,7 @@ TEST_F(StackHandOver, CompletionsKeepTheirOrder)
     EXPECT_TRUE(std::is_sorted(came.begin(), came.end()));
 }
 
-// ---- requests that leave together ---------------------------------------------------------------
+// ---- requests that leave together
 
 TEST_F(StackHandOver, KeptBackRequestsLeaveOnTheirOwn)
 {

@@ -24,7 +24,7 @@ HttpsPeer::Script answersFirstWith(std::string text)
     };
 }
 
-// ---- connecting ---------------------------------------------------------------------------------
+// ---- connecting
 
 TEST_F(StackHttps, EveryWayThatConnectFailsHasItsStatusAndItsTime)
 {
@@ -118,7 +118,7 @@ TEST_F(StackHttps, ConnectCanBeCancelled)
     EXPECT_EQ(result.get(), OpcUa_BadRequestCancelledByClient);
 }
 
-// ---- calls ----------------------------------------------------------------------------------------
+// ---- calls
 
 TEST_F(StackHttps, RequestsCarryWhatServersAskFor)
 {
@@ -328,7 +328,7 @@ TEST_F(StackHttps, ARequestThatTimedOutDoesNotTakeTheAnswerOfAnother)
     EXPECT_EQ(channel.call(), OpcUa_Good);
 }
 
-// ---- connections that come and go -----------------------------------------------------------------
+// ---- connections that come and go
 
 TEST_F(StackHttps, AConnectionThatWasClosedWhileUnusedIsNoLoss)
 {

@@ -49,7 +49,7 @@ LoopbackPeer::Script servingSecured(const char* uri)
     return [uri](PeerSocket& socket) { PeerServer(answerAtOnce, {}, serverPolicy(uri)).serve(socket); };
 }
 
-// ---- growth --------------------------------------------------------------------------------------------
+// ---- growth
 
 struct Usage
 {
@@ -118,7 +118,7 @@ TEST_F(StackTransport, ReconnectsWithoutGrowth)
                 after.heap - before.heap, after.resident - before.resident);
 }
 
-// ---- addresses -----------------------------------------------------------------------------------------
+// ---- addresses
 
 TEST_F(StackTransport, ConnectsToAnIpv6Address)
 {
@@ -133,7 +133,7 @@ TEST_F(StackTransport, ConnectsToAnIpv6Address)
     EXPECT_EQ(channel.call(), OpcUa_Good);
 }
 
-// ---- unsafe policies and hostile servers ---------------------------------------------------------------
+// ---- unsafe policies and hostile servers
 
 TEST_F(StackTransport, Basic128Rsa15IsSpokenOnlyWhenAskedFor)
 {

@@ -117,7 +117,7 @@ INSTANTIATE_TEST_SUITE_P(Policies, StackSecurity, testing::ValuesIn(allSuites())
     return name;
 });
 
-// ---- who may answer -----------------------------------------------------------------------------------
+// ---- who may answer
 
 TEST(StackSecurityFaults, AcceptsNobodyButTheJudgedCertificate)
 {
@@ -191,7 +191,6 @@ TEST(StackSecurityFaults, TakesNoncesOfTheExactLengthAndOnce)
 }
 
 // ---- what a policy asks for
-// --------------------------------------------------------------------------------
 
 TEST(StackSecurityPolicies, ToldWhyOneCanNotBeUsed)
 {
@@ -226,7 +225,6 @@ TEST(StackSecurityPolicies, ToldWhyOneCanNotBeUsed)
 }
 
 // ---- key derivation
-// -----------------------------------------------------------------------------------------
 
 Bytes libraryKeys(const char* digest, Bytes secret, Bytes seed, size_t length)
 {

@@ -8,7 +8,7 @@
 namespace opcua::test {
 namespace {
 
-// ---- connecting ---------------------------------------------------------------------------------
+// ---- connecting
 
 Bytes acknowledge(const ChannelLimits& limits = {})
 {
@@ -131,7 +131,7 @@ TEST_F(StackTransport, EndOfTheStackEndsConnectAndCalls)
     EXPECT_EQ(connecting.connect(slow.url()), OpcUa_BadInvalidState);
 }
 
-// ---- calls --------------------------------------------------------------------------------------
+// ---- calls
 
 TEST_F(StackTransport, AnswersThatAreNoneEndTheirCallOnly)
 {
@@ -359,7 +359,7 @@ TEST_F(StackTransport, TokensAreRenewedWhileNobodyCalls)
     EXPECT_EQ(channel.call(), OpcUa_Good);
 }
 
-// ---- trace --------------------------------------------------------------------------------------
+// ---- trace
 
 class StackTrace : public testing::Test
 {

@@ -7,11 +7,11 @@
 
 namespace soak {
 
-// Fills policy, mode, own certificate with its key and the server's certificate, which is asked for there.
-// False, with the reason on the error stream, when that can not be done.
+/// Fills policy, mode, own certificate with its key and the server's certificate, which is asked for there.
+/// False, with the reason on the error stream, when that can not be done.
 bool secure(const std::string& url, UaClientSdk::SessionSecurityInfo& security);
 
-// The same URL with another port.
+/// The same URL with another port.
 std::string withPort(const std::string& url, unsigned int port);
 
 } // namespace soak

@@ -112,7 +112,7 @@ void Participant::violation(const std::string& what)
     std::fprintf(stderr, "%s: %s\n", m_name.c_str(), what.c_str());
 }
 
-// ---- worker -------------------------------------------------------------------------------------
+// ---- worker
 
 void Participant::work()
 {
@@ -227,7 +227,7 @@ void Participant::beginSomething()
         violation("a call that was refused completed");
 }
 
-// ---- callbacks ----------------------------------------------------------------------------------
+// ---- callbacks
 
 Participant::Slot* Participant::slotOf(OpcUa_UInt32 handle)
 {

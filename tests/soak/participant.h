@@ -19,7 +19,7 @@ namespace soak {
 
 using Clock = std::chrono::steady_clock;
 
-// What happened so far; any thread.
+/// What happened so far; any thread.
 struct Counts
 {
     std::atomic<std::uint64_t> notifications{0};
@@ -43,11 +43,11 @@ public:
     Participant(const Participant&) = delete;
     Participant& operator=(const Participant&) = delete;
 
-    // False, with the reason on the error stream, when the first connect failed.
+    /// False, with the reason on the error stream, when the first connect failed.
     bool start(const UaString& url, const UaClientSdk::SessionSecurityInfo& security);
-    // Disconnects and joins. Callbacks after this are violations.
+    /// Disconnects and joins. Callbacks after this are violations.
     void stop();
-    // Whether every subscription has delivered data since then.
+    /// Whether every subscription has delivered data since then.
     [[nodiscard]] bool deliveredSince(Clock::time_point time) const;
     [[nodiscard]] const std::string& name() const { return m_name; }
     [[nodiscard]] std::string state() const;
@@ -58,7 +58,7 @@ private:
 
     struct Slot
     {
-        UaClientSdk::UaSubscription* subscription = nullptr; // the worker's alone
+        UaClientSdk::UaSubscription* subscription = nullptr; ///< the worker's alone
         std::atomic<bool> lost{false};
         std::atomic<Clock::time_point> delivered{Clock::time_point()};
     };
@@ -92,7 +92,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_wake;
     bool m_stop = false;
-    std::set<OpcUa_UInt32> m_pending; // transactions that were begun and have not completed
+    std::set<OpcUa_UInt32> m_pending; ///< transactions that were begun and have not completed
     OpcUa_UInt32 m_nextTransaction = 1;
     std::thread m_worker;
 };

@@ -4,7 +4,7 @@
 
 namespace soak {
 
-// Connects and disconnects so often; every second round is secured. False when one fails.
+/// Connects and disconnects so often; every second round is secured. False when one fails.
 bool runRounds(const Options& options, unsigned long rounds);
 
 } // namespace soak

@@ -8,7 +8,7 @@
 
 namespace demoserver {
 
-// The address in a server's information file; empty when there is none.
+/// The address in a server's information file; empty when there is none.
 inline std::string endpointUrlIn(const std::string& file)
 {
     std::ifstream in(file);
@@ -22,7 +22,7 @@ inline std::string endpointUrlIn(const std::string& file)
     return end == std::string::npos ? std::string() : text.substr(begin + 1, end - begin - 1);
 }
 
-// Empty when no server was started.
+/// Empty when no server was started.
 inline std::string endpointUrl()
 {
     const char* file = std::getenv("TAVELIN_DEMOSERVER_INFO");

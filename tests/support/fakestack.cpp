@@ -324,7 +324,7 @@ OpcUa_StatusCode FakeStack::answer(const OpcUa_EncodeableType& requestType, cons
     return handler(request, response);
 }
 
-// ---- asynchronous calls ----------------------------------------------------------------------------------
+// ---- asynchronous calls
 
 OpcUa_StatusCode FakeStack::beginInvoke(const OpcUa_EncodeableType& requestType, const void* request,
                                         const OpcUa_EncodeableType& responseType,
@@ -431,7 +431,6 @@ void FakeStack::endDelivery()
 }
 
 // ---- the functions that the dynamic linker finds here first
-// ---------------------------------------------------
 
 extern "C" {
 

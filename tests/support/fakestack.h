@@ -19,51 +19,52 @@
 class FakeStack
 {
 public:
-    // Fills the initialised response and says how the call ends. Runs on the caller's thread, unlocked.
+    /// Fills the initialised response and says how the call ends. Runs on the caller's thread, unlocked.
     using Handler = std::function<OpcUa_StatusCode(const void* request, void* response)>;
 
     static FakeStack& instance();
-    // Back to a server that says yes: a Running server with one endpoint and an empty address space.
+    /// Back to a server that says yes: a Running server with one endpoint and an empty address space.
     void reset();
 
     void on(const OpcUa_EncodeableType& requestType, Handler handler);
-    // The next answers, before the handler is asked again.
+    /// The next answers, before the handler is asked again.
     void failNext(const OpcUa_EncodeableType& requestType, std::vector<OpcUa_StatusCode> statuses);
-    // Asynchronous calls that the stack does not take, first ones first.
+    /// Asynchronous calls that the stack does not take, first ones first.
     void refuseNextBegin(const OpcUa_EncodeableType& requestType, std::vector<OpcUa_StatusCode> statuses);
-    // Keeps the answers to asynchronous calls of the kind back until holdAnswers is taken back, the channel
-    // is disconnected or the link is lost.
+    /// Keeps the answers to asynchronous calls of the kind back until holdAnswers is taken back, the channel
+    /// is disconnected or the link is lost.
     void holdAnswers(const OpcUa_EncodeableType& requestType, bool hold);
-    // Lets so many of the answers that are held back go, now or when they are asked for.
+    /// Lets so many of the answers that are held back go, now or when they are asked for.
     void releaseAnswers(const OpcUa_EncodeableType& requestType, int count);
-    // Asynchronous calls of the kind are answered with an empty structure of another type.
+    /// Asynchronous calls of the kind are answered with an empty structure of another type.
     void answerAs(const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType);
     void setConnectResult(OpcUa_StatusCode status);
-    // Connects to https URLs end with BadCertificateUntrusted for that certificate (DER); empty: they do not.
+    /// Connects to https URLs end with BadCertificateUntrusted for that certificate (DER); empty: they do
+    /// not.
     void distrustTls(std::string certificate);
-    // Connects that take until somebody cancels them.
+    /// Connects that take until somebody cancels them.
     void setConnectHangs(bool hangs);
     void setServerState(OpcUa_Int32 state);
     void setNamespaces(std::vector<std::string> uris);
     void setRevisedSessionTimeout(double milliseconds);
 
     [[nodiscard]] int calls(const OpcUa_EncodeableType& requestType);
-    // Whether so many calls of the kind come within the limit.
+    /// Whether so many calls of the kind come within the limit.
     [[nodiscard]] bool waitForCalls(const OpcUa_EncodeableType& requestType, int count);
     [[nodiscard]] int connects();
     [[nodiscard]] int disconnects();
-    // The server certificates (DER) that channels were connected with, the latest last.
+    /// The server certificates (DER) that channels were connected with, the latest last.
     [[nodiscard]] std::vector<std::string> serverCertificates();
-    // Names of all calls in order: "Connect", "CreateSessionRequest", ...
+    /// Names of all calls in order: "Connect", "CreateSessionRequest", ...
     [[nodiscard]] std::vector<std::string> journal();
-    void loseLink(); // the channel's disconnect event
+    void loseLink(); ///< the channel's disconnect event
 
-    // The clock of the code under test, in ms.
+    /// The clock of the code under test, in ms.
     std::atomic<OpcUa_UInt64> ticks{1};
-    // How often it was looked at.
+    /// How often it was looked at.
     std::atomic<int> tickReads{0};
 
-    // Called by the replaced functions.
+    /// Called by the replaced functions.
     OpcUa_StatusCode connect(const OpcUa_ChannelConnectInfo& info, OpcUa_UInt32* revisedLifetime);
     OpcUa_StatusCode disconnect();
     void cancelConnect();
@@ -73,7 +74,7 @@ public:
                                  OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
 
 private:
-    // An asynchronous call that is not answered yet.
+    /// An asynchronous call that is not answered yet.
     struct Pending
     {
         const OpcUa_EncodeableType* requestType;
@@ -86,11 +87,11 @@ private:
     FakeStack() = default;
     ~FakeStack();
     OpcUa_StatusCode answer(const OpcUa_EncodeableType& requestType, const void* request, void* response);
-    void deliverAnswers(); // runs on the thread that stands for the channel's callback thread
+    void deliverAnswers(); ///< runs on the thread that stands for the channel's callback thread
     void deliver(const Pending& call, bool aborted);
     std::deque<Pending>::iterator nextToDeliverLocked();
     void endDelivery();
-    // Answers all that is pending with BadConnectionClosed; on return no callback runs.
+    /// Answers all that is pending with BadConnectionClosed; on return no callback runs.
     void abortPending();
     void installDefaults();
     OpcUa_StatusCode answerRead(const OpcUa_ReadRequest& request, OpcUa_ReadResponse& response);
@@ -101,7 +102,7 @@ private:
     std::condition_variable m_pendingChanged;
     std::deque<Pending> m_pending;
     std::set<const OpcUa_EncodeableType*> m_held;
-    std::map<const OpcUa_EncodeableType*, int> m_released; // of those that are held
+    std::map<const OpcUa_EncodeableType*, int> m_released; ///< of those that are held
     std::map<const OpcUa_EncodeableType*, const OpcUa_EncodeableType*> m_otherTypes;
     std::map<const OpcUa_EncodeableType*, std::deque<OpcUa_StatusCode>> m_refusals;
     std::thread m_delivery;

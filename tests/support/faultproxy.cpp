@@ -77,7 +77,7 @@ void FaultProxy::wake() const
     static_cast<void>(::eventfd_write(m_wake.get(), 1));
 }
 
-// ---- faults -------------------------------------------------------------------------------------
+// ---- faults
 
 void FaultProxy::freeze(bool on)
 {
@@ -143,7 +143,7 @@ void FaultProxy::end(Pair& pair, End how)
     pair.dead = true;
 }
 
-// ---- relay --------------------------------------------------------------------------------------
+// ---- relay
 
 void FaultProxy::run()
 {

@@ -12,28 +12,28 @@
 
 namespace faultproxy {
 
-// The relay runs on a thread of its own; every function may be called from any other.
+/// The relay runs on a thread of its own; every function may be called from any other.
 class FaultProxy
 {
 public:
-    explicit FaultProxy(std::uint16_t serverPort); // on 127.0.0.1; throws std::runtime_error
+    explicit FaultProxy(std::uint16_t serverPort); ///< on 127.0.0.1; throws std::runtime_error
     ~FaultProxy();
     FaultProxy(const FaultProxy&) = delete;
     FaultProxy& operator=(const FaultProxy&) = delete;
 
     [[nodiscard]] std::uint16_t port() const { return m_port; }
 
-    // Until it is set back: no byte moves in either direction, new connections wait.
+    /// Until it is set back: no byte moves in either direction, new connections wait.
     void freeze(bool on);
-    // Until it is set back: whoever connects is hung up on. Those connected stay.
+    /// Until it is set back: whoever connects is hung up on. Those connected stay.
     void refuse(bool on);
-    void hangUp();     // all connections end in good order
-    void reset();      // all connections are broken off
-    void damageNext(); // one bit of what the server says next is turned over
-    // All connections end in the middle: after so many more bytes of the server.
+    void hangUp();     ///< all connections end in good order
+    void reset();      ///< all connections are broken off
+    void damageNext(); ///< one bit of what the server says next is turned over
+    /// All connections end in the middle: after so many more bytes of the server.
     void cutAfter(std::size_t bytes);
 
-    [[nodiscard]] std::size_t accepted() const; // connections since the start
+    [[nodiscard]] std::size_t accepted() const; ///< connections since the start
 
 private:
     struct Direction

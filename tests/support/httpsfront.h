@@ -16,8 +16,8 @@
 class HttpsFront
 {
 public:
-    // sourceFolder: the project's. The front's certificate is signed by itself, made for 127.0.0.1, and lies
-    // in trustedFolder(). url() stays empty when it could not be started.
+    /// sourceFolder: the project's. The front's certificate is signed by itself, made for 127.0.0.1, and lies
+    /// in trustedFolder(). url() stays empty when it could not be started.
     explicit HttpsFront(const std::string& sourceFolder)
     {
         namespace tc = testcertificates;

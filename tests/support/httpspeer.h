@@ -11,15 +11,15 @@
 
 namespace opcua::test {
 
-// What a server shows of itself.
+/// What a server shows of itself.
 struct TlsIdentity
 {
     testcertificates::Der certificate;
     EVP_PKEY* key = nullptr;
-    int highestVersion = 0; // 0: the library's
+    int highestVersion = 0; ///< 0: the library's
 };
 
-// Signing with it costs little, so that a test can connect a thousand times.
+/// Signing with it costs little, so that a test can connect a thousand times.
 inline EVP_PKEY* ellipticKey(const std::string& name = "own")
 {
     static std::map<std::string, std::shared_ptr<EVP_PKEY>> keys;
@@ -40,12 +40,12 @@ inline TlsIdentity makeIdentity(testcertificates::Recipe recipe = {})
 
 struct HttpRequest
 {
-    std::string head; // request line and header fields
+    std::string head; ///< request line and header fields
     Bytes body;
 };
 
-// The server's side of TLS on one accepted connection. Every wait ends when the client has gone or the peer
-// is to stop.
+/// The server's side of TLS on one accepted connection. Every wait ends when the client has gone or the peer
+/// is to stop.
 class TlsPeerSocket
 {
 public:
@@ -57,7 +57,7 @@ public:
         SSL_set_accept_state(m_ssl.get());
     }
 
-    // Sends no more than so many bytes in all, and then hangs up.
+    /// Sends no more than so many bytes in all, and then hangs up.
     void breakAfter(size_t bytes) { m_left = bytes; }
 
     bool shakeHands()
@@ -72,7 +72,7 @@ public:
                 return false;
         }
     }
-    // The next request. False when the client has gone.
+    /// The next request. False when the client has gone.
     bool read(HttpRequest& request)
     {
         constexpr std::string_view end = "\r\n\r\n";
@@ -93,7 +93,7 @@ public:
         m_plain.erase(0, at + end.size() + length);
         return true;
     }
-    // False when the connection is at its end.
+    /// False when the connection is at its end.
     bool write(std::string_view text)
     {
         size_t written = 0;
@@ -147,7 +147,7 @@ private:
     size_t m_left = ~size_t{0};
 };
 
-// script runs for each connection, with the number of those before it.
+/// script runs for each connection, with the number of those before it.
 class HttpsPeer
 {
 public:
@@ -164,7 +164,7 @@ public:
         return "https://" + host + ":" + std::to_string(m_peer.port()) + "/test";
     }
     [[nodiscard]] int connections() const { return m_connections; }
-    // From the next connection on.
+    /// From the next connection on.
     void changeIdentity(const TlsIdentity& identity)
     {
         const std::lock_guard lock(m_mutex);
@@ -215,10 +215,10 @@ private:
     Context m_context;
     size_t m_breakAfter;
     std::atomic<int> m_connections = 0;
-    LoopbackPeer m_peer; // last: its threads end before the rest goes
+    LoopbackPeer m_peer; ///< last: its threads end before the rest goes
 };
 
-// An answer with its length; fields: further header fields, each with its line end.
+/// An answer with its length; fields: further header fields, each with its line end.
 inline std::string httpAnswer(const Bytes& body, const std::string& fields = {},
                               const char* status = "200 OK")
 {
@@ -227,7 +227,7 @@ inline std::string httpAnswer(const Bytes& body, const std::string& fields = {},
            "\r\n" + fields + "\r\n" + std::string(body.begin(), body.end());
 }
 
-// In chunks of so many bytes.
+/// In chunks of so many bytes.
 inline std::string chunkedAnswer(const Bytes& body, size_t chunk)
 {
     std::string answer =

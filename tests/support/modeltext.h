@@ -11,7 +11,7 @@ inline std::ostream& operator<<(std::ostream& stream, const QString& text)
     return stream << text.toStdString();
 }
 
-// One line for each row, children indented by two blanks, columns separated by " | ". Only what is loaded.
+/// One line for each row, children indented by two blanks, columns separated by " | ". Only what is loaded.
 inline std::string modelText(const QAbstractItemModel& model, const QModelIndex& parent = QModelIndex(),
                              int depth = 0)
 {

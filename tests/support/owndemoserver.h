@@ -14,8 +14,8 @@ class OwnDemoServer
 public:
     ~OwnDemoServer() { kill(); }
 
-    // False when it does not come up within its own limit. Every certificate folder makes another server
-    // certificate.
+    /// False when it does not come up within its own limit. Every certificate folder makes another server
+    /// certificate.
     [[nodiscard]] bool start(const std::string& certificates = "pki")
     {
         const std::string command = std::string("node '") + TAVELIN_DEMOSERVER "/ctl.mjs' start --info '" +
@@ -35,7 +35,7 @@ public:
         return "opc.tcp://127.0.0.1:" + std::to_string(m_port) + "/Tavelin/Demo";
     }
 
-    // At once, without a word to anybody.
+    /// At once, without a word to anybody.
     void kill()
     {
         if (m_process > 1) {
@@ -56,6 +56,6 @@ private:
     }
 
     TemporaryFolder m_folder;
-    int m_port = 0; // chosen by the system at the first start
+    int m_port = 0; ///< chosen by the system at the first start
     int m_process = 0;
 };

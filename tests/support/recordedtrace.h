@@ -25,7 +25,7 @@ public:
     }
 
     [[nodiscard]] bool holds(std::string_view text) const { return count(text) > 0; }
-    // Records that hold the text.
+    /// Records that hold the text.
     [[nodiscard]] long count(std::string_view text) const
     {
         std::lock_guard lock(m_mutex);

@@ -23,24 +23,24 @@ struct ScriptedReference
 class ScriptedServices : public QlumSessionServices, public UaDataTypeDictionary
 {
 public:
-    // One answer to Browse or BrowseNext; it holds a continuation point when there is another.
+    /// One answer to Browse or BrowseNext; it holds a continuation point when there is another.
     struct Answer
     {
         std::vector<ScriptedReference> references;
         OpcUa_StatusCode status = 0;
     };
 
-    std::map<UaNodeId, std::deque<Answer>> browses; // the first answers Browse, the others BrowseNext
-    bool endless = false;                           // every answer has a continuation point
-    bool inventive = false; // endless, and every answer has a node that was not there before
+    std::map<UaNodeId, std::deque<Answer>> browses; ///< the first answers Browse, the others BrowseNext
+    bool endless = false;                           ///< every answer has a continuation point
+    bool inventive = false; ///< endless, and every answer has a node that was not there before
     std::map<std::pair<UaNodeId, OpcUa_UInt32>, UaVariant>
-        attributes; // read; others are BadAttributeIdInvalid
+        attributes; ///< read; others are BadAttributeIdInvalid
     std::map<std::pair<UaNodeId, OpcUa_UInt32>, OpcUa_StatusCode> attributeStatus;
-    std::map<UaNodeId, UaNodeId> icons; // node -> its property "Icon"
+    std::map<UaNodeId, UaNodeId> icons; ///< node -> its property "Icon"
     std::map<UaNodeId, UaEnumDefinition> enums;
     std::map<UaNodeId, UaStructureDefinition> structures;
     std::vector<UaVariant> written;
-    OpcUa_StatusCode callStatus = 0; // of read, write and translate
+    OpcUa_StatusCode callStatus = 0; ///< of read, write and translate
     OpcUa_StatusCode writeResult = 0;
     bool connected = true;
     QStringList journal;

@@ -17,10 +17,10 @@ public:
     struct TokenPolicy
     {
         OpcUa_UserTokenType type;
-        const char* policyUri; // null: the channel's
+        const char* policyUri; ///< null: the channel's
     };
 
-    // Answers the calls of stack from now on, until its reset.
+    /// Answers the calls of stack from now on, until its reset.
     SecuredServer(FakeStack& stack, std::string policyUri, OpcUa_MessageSecurityMode mode)
         : m_policyUri(std::move(policyUri)), m_mode(mode)
     {
@@ -46,7 +46,7 @@ public:
         return UaByteString(std::span<const OpcUa_Byte>(der.data(), der.size()));
     }
 
-    // What a client needs to connect here.
+    /// What a client needs to connect here.
     [[nodiscard]] UaClientSdk::SessionSecurityInfo clientSecurity() const
     {
         testcertificates::Recipe recipe;
@@ -63,16 +63,16 @@ public:
         return info;
     }
 
-    UaByteString certificate; // DER
+    UaByteString certificate; ///< DER
     std::vector<TokenPolicy> tokens{{OpcUa_UserTokenType_Anonymous, nullptr},
                                     {OpcUa_UserTokenType_UserName, nullptr},
                                     {OpcUa_UserTokenType_Certificate, nullptr}};
-    // Changes the answers before they go out.
+    /// Changes the answers before they go out.
     std::function<void(OpcUa_CreateSessionResponse&)> tamperCreate;
     std::function<void(OpcUa_ActivateSessionResponse&)> tamperActivate;
     OpcUa_StatusCode activateResult = OpcUa_Good;
-    // Everybody who has tried: "anonymous", "user NAME PASSWORD" (" in clear" when it was so), "certificate";
-    // with " unsigned" where the client or user proves nothing.
+    /// Everybody who has tried: "anonymous", "user NAME PASSWORD" (" in clear" when it was so),
+    /// "certificate"; with " unsigned" where the client or user proves nothing.
     std::vector<std::string> logins;
 
 private:
@@ -180,7 +180,7 @@ private:
         return name + passwordOf(secret.view());
     }
 
-    // Cuts length and nonce off.
+    /// Cuts length and nonce off.
     std::string passwordOf(std::string_view secret) const
     {
         const std::string_view nonce = m_nonce.view();

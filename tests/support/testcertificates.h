@@ -16,7 +16,7 @@ namespace testcertificates {
 
 using Der = std::vector<unsigned char>;
 
-// Making a long key takes a second or so: one for each name and length serves the whole program.
+/// Making a long key takes a second or so: one for each name and length serves the whole program.
 inline EVP_PKEY* key(int bits, const std::string& name = "own")
 {
     static std::map<std::pair<int, std::string>, std::shared_ptr<EVP_PKEY>> keys;
@@ -44,18 +44,18 @@ struct Recipe
 {
     std::string name = "Test";
     EVP_PKEY* pair = nullptr;
-    std::string issuer; // empty: signed by itself
+    std::string issuer; ///< empty: signed by itself
     EVP_PKEY* issuerPair = nullptr;
     bool authority = false;
     const char* usage = "critical,digitalSignature,nonRepudiation,keyEncipherment,dataEncipherment";
-    long from = -3600; // seconds from now
+    long from = -3600; ///< seconds from now
     long to = 86400;
     const EVP_MD* digest = EVP_sha256();
     long serial = 1;
-    std::map<std::string, std::string> subject; // further parts of the name: "O", "OU" ...
-    // Instead of the usual ones; the configuration text of each, by its number.
+    std::map<std::string, std::string> subject; ///< further parts of the name: "O", "OU" ...
+    /// Instead of the usual ones; the configuration text of each, by its number.
     std::optional<std::vector<std::pair<int, std::string>>> extensions;
-    const char* names = "URI:urn:localhost:test,DNS:localhost"; // subject alternative names
+    const char* names = "URI:urn:localhost:test,DNS:localhost"; ///< subject alternative names
 };
 
 inline void setName(X509_NAME* name, const std::string& text)
@@ -103,7 +103,7 @@ inline Der make(const Recipe& recipe)
     return encoded(certificate.get(), i2d_X509);
 }
 
-// A list of the serial numbers that issuer has revoked.
+/// A list of the serial numbers that issuer has revoked.
 inline Der makeRevocationList(const std::string& issuer, EVP_PKEY* issuerPair,
                               const std::vector<long>& serials, long to = 86400)
 {
@@ -131,7 +131,7 @@ inline Der makeRevocationList(const std::string& issuer, EVP_PKEY* issuerPair,
     return encoded(list.get(), i2d_X509_CRL);
 }
 
-// As a file of PEM: one block of that kind.
+/// As a file of PEM: one block of that kind.
 inline std::string pem(const std::string& kind, const Der& der)
 {
     const std::unique_ptr<BIO, decltype(&BIO_free)> memory(BIO_new(BIO_s_mem()), BIO_free);
@@ -141,7 +141,7 @@ inline std::string pem(const std::string& kind, const Der& der)
     return {text, static_cast<size_t>(size)};
 }
 
-// The name of a certificate in a hashed directory, as the first of its subject.
+/// The name of a certificate in a hashed directory, as the first of its subject.
 inline std::string hashedName(const Der& der)
 {
     const unsigned char* at = der.data();

@@ -24,7 +24,7 @@
 #include <uabase/uapkicpp/uapkikey.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 
-// Reaches the objects inside the public classes.
+/// Reaches the objects inside the public classes.
 struct UaPkiAccess
 {
     static EVP_PKEY* get(const UaPkiKey& key) { return key.m_key.get(); }
@@ -32,7 +32,7 @@ struct UaPkiAccess
     static X509_REQ* get(const UaPkiCSR& request) { return request.m_request.get(); }
     static X509_CRL* get(const UaPkiRevocationList& list) { return list.m_list.get(); }
 
-    // Take ownership.
+    /// Take ownership.
     static void set(UaPkiKey& key, EVP_PKEY* object) { key.m_key = {object, &EVP_PKEY_free}; }
     static void set(UaPkiCertificate& certificate, X509* object)
     {
@@ -40,7 +40,7 @@ struct UaPkiAccess
     }
     static void set(UaPkiCSR& request, X509_REQ* object) { request.m_request = {object, &X509_REQ_free}; }
     static void set(UaPkiRevocationList& list, X509_CRL* object) { list.m_list = {object, &X509_CRL_free}; }
-    // Shares the key.
+    /// Shares the key.
     static void share(UaPkiKey& target, const UaPkiKey& source) { target.m_key = source.m_key; }
 };
 
@@ -71,13 +71,13 @@ using Bytes = std::span<const unsigned char>;
 
 // ---- DER and PEM
 
-// The length of the element that the bytes begin with, head included; 0 when they hold no whole element.
+/// The length of the element that the bytes begin with, head included; 0 when they hold no whole element.
 [[nodiscard]] std::uint64_t elementLength(Bytes bytes);
-// Whether the bytes are one element and no more, within the size limit; says in errors what is wrong.
+/// Whether the bytes are one element and no more, within the size limit; says in errors what is wrong.
 [[nodiscard]] bool isOneElement(Bytes bytes, const UaPkiErrors& errors);
 
-// An object that lies alone in the bytes. What does not come out the same when it is encoded again is
-// refused, because thumbprints and comparisons would not be those of the bytes.
+/// An object that lies alone in the bytes. What does not come out the same when it is encoded again is
+/// refused, because thumbprints and comparisons would not be those of the bytes.
 template <typename T>
 [[nodiscard]] T* decode(Bytes bytes, T* (*decoder)(T**, const unsigned char**, long),
                         int (*encoder)(const T*, unsigned char**), void (*release)(T*),
@@ -105,7 +105,7 @@ template <typename T>
     return object;
 }
 
-// Empty when the object is null or can not be encoded.
+/// Empty when the object is null or can not be encoded.
 template <typename T>
 [[nodiscard]] UaByteArray encode(const T* object, int (*encoder)(const T*, unsigned char**),
                                  const UaPkiErrors& errors)
@@ -126,14 +126,14 @@ template <typename T>
     return result;
 }
 
-// Memory that is wiped when it goes.
+/// Memory that is wiped when it goes.
 [[nodiscard]] BioPointer newMemory();
 [[nodiscard]] BioPointer readMemory(Bytes bytes);
 [[nodiscard]] UaByteArray contentOf(BIO* memory);
-// Password callback for data that has no business being protected.
+/// Password callback for data that has no business being protected.
 int noPassword(char* buffer, int size, int writing, void* userData);
 
-// A whole file within the size limit.
+/// A whole file within the size limit.
 [[nodiscard]] bool readFile(const UaString& path, std::vector<unsigned char>& bytes,
                             const UaPkiErrors& errors);
 [[nodiscard]] bool writeFile(const UaString& path, const UaByteArray& bytes, unsigned int mode,
@@ -142,14 +142,14 @@ int noPassword(char* buffer, int size, int writing, void* userData);
 // ---- values
 
 [[nodiscard]] const EVP_MD* digestOf(UaPkiCertificate::SignatureAlgorithm algorithm);
-// The null date when the time is not one.
+/// The null date when the time is not one.
 [[nodiscard]] UaDateTime dateTimeOf(const ASN1_TIME* time);
-// Now plus some seconds; false when that is no date.
+/// Now plus some seconds; false when that is no date.
 [[nodiscard]] bool setTime(ASN1_TIME* time, std::time_t now, OpcUa_Int64 seconds);
-// As it is to be shown: control characters written out.
+/// As it is to be shown: control characters written out.
 [[nodiscard]] UaString shown(std::string_view text);
 [[nodiscard]] std::string_view viewOf(const ASN1_STRING* text);
-// SHA-1 of the key's bits, the usual key identifier; empty on a failure.
+/// SHA-1 of the key's bits, the usual key identifier; empty on a failure.
 [[nodiscard]] UaByteArray keyIdentifier(EVP_PKEY* key);
 
 // ---- names

@@ -4,23 +4,23 @@
 
 #include <uabase/uapkicpp/uapkicertificate.h>
 
-// Certificates in order.
+/// Certificates in order.
 class UaPkiCertificateCollection : public UaPkiErrors
 {
 public:
     static constexpr std::size_t maximumChain = 10;
 
-    // The certificates that lie one behind the other in a block, the way servers send a chain. Ends at the
-    // first that does not decode or is one too many: those before it are in the result, which has an error
-    // then.
+    /// The certificates that lie one behind the other in a block, the way servers send a chain. Ends at the
+    /// first that does not decode or is one too many: those before it are in the result, which has an error
+    /// then.
     [[nodiscard]] static UaPkiCertificateCollection fromDERChain(const UaByteString& bytes);
 
-    // False, and not added, for a null certificate.
+    /// False, and not added, for a null certificate.
     bool addCertificate(const UaPkiCertificate& certificate);
     [[nodiscard]] int size() const { return static_cast<int>(m_certificates.size()); }
-    // index must be below size().
+    /// index must be below size().
     const UaPkiCertificate& operator[](int index) const;
-    // A null certificate for an index out of the bounds.
+    /// A null certificate for an index out of the bounds.
     [[nodiscard]] UaPkiCertificate certificate(int index) const;
 
 private:

@@ -8,14 +8,15 @@
 class UaPkiCertificateInfo
 {
 public:
-    UaString URI;              // the application URI
-    UaStringArray IPAddresses; // "192.0.2.1", "2001:db8::1"
+    UaString URI;              ///< the application URI
+    UaStringArray IPAddresses; ///< "192.0.2.1", "2001:db8::1"
     UaStringArray DNSNames;
     UaString eMail;
-    OpcUa_Int64 validTime = 0;    // seconds from now; read back: from validFrom to validTo
-    OpcUa_Int64 serialNumber = 0; // 0: the current time; read back: 0 as well when it needs more than 63 bits
+    OpcUa_Int64 validTime = 0; ///< seconds from now; read back: from validFrom to validTo
+    OpcUa_Int64 serialNumber =
+        0; ///< 0: the current time; read back: 0 as well when it needs more than 63 bits
 
-    // Only when read back from a certificate.
+    /// Only when read back from a certificate.
     UaDateTime validFrom;
     UaDateTime validTo;
 };

@@ -5,23 +5,23 @@
 
 #include <uabase/uapkicpp/uapkicertificate.h>
 
-// Certificates among which issuers are looked up.
+/// Certificates among which issuers are looked up.
 class UaPkiCertificateStore
 {
 public:
-    // Null certificates are not added.
+    /// Null certificates are not added.
     void add(const UaPkiCertificate& certificate);
-    // Adds what the files "*.der" and "*.cer" of a folder hold in DER form and returns the SHA-1 digests of
-    // the files. What is no regular file, larger than 1 MB or no certificate by its outline is passed over.
+    /// Adds what the files "*.der" and "*.cer" of a folder hold in DER form and returns the SHA-1 digests of
+    /// the files. What is no regular file, larger than 1 MB or no certificate by its outline is passed over.
     std::set<UaByteString> addFolder(const UaString& folder);
 
-    // The certificate that has issued this one, by names, key identifiers and usage; the signature is not
-    // looked at. One that is valid now goes before one that is not. Null for a certificate that has issued
-    // itself and for one whose issuer is not here.
+    /// The certificate that has issued this one, by names, key identifiers and usage; the signature is not
+    /// looked at. One that is valid now goes before one that is not. Null for a certificate that has issued
+    /// itself and for one whose issuer is not here.
     [[nodiscard]] UaPkiCertificate issuerOf(const UaPkiCertificate& certificate) const;
 
 private:
-    // By the hash of the subject. Kept as bytes: a folder may hold thousands, of which a few are issuers, and
-    // decoding is what takes long.
+    /// By the hash of the subject. Kept as bytes: a folder may hold thousands, of which a few are issuers,
+    /// and decoding is what takes long.
     std::unordered_multimap<unsigned long, UaByteString> m_bySubject;
 };

@@ -8,15 +8,15 @@
 struct evp_pkey_st;
 struct UaPkiAccess;
 
-// A key of the crypto library, or none. Copies share the key, which never changes.
+/// A key of the crypto library, or none. Copies share the key, which never changes.
 class UaPkiKey : public UaPkiErrors
 {
 public:
-    enum KeyType { UnknownKey = 0, RSA = 6, DSA = 116, EC = 408 }; // the crypto library's numbers
+    enum KeyType { UnknownKey = 0, RSA = 6, DSA = 116, EC = 408 }; ///< the crypto library's numbers
 
     [[nodiscard]] bool isNull() const { return m_key == nullptr; }
     [[nodiscard]] KeyType keyType() const;
-    // Bits; 0 for a null key.
+    /// Bits; 0 for a null key.
     [[nodiscard]] int keySize() const;
 
 protected:
@@ -31,6 +31,6 @@ protected:
     std::shared_ptr<evp_pkey_st> m_key;
 };
 
-// Asks for a password: writes at most size bytes to buffer and returns how many, 0 when there is none.
-// writing is 1 when a key is about to be protected, 0 when one is read.
+/// Asks for a password: writes at most size bytes to buffer and returns how many, 0 when there is none.
+/// writing is 1 when a key is about to be protected, 0 when one is read.
 using UaPkiPasswordCallback = int (*)(char* buffer, int size, int writing, void* userData);

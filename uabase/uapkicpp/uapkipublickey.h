@@ -8,7 +8,7 @@ class UaPkiPublicKey : public UaPkiKey
 public:
     UaPkiPublicKey() = default;
 
-    // SubjectPublicKeyInfo; bytes after it are refused.
+    /// SubjectPublicKeyInfo; bytes after it are refused.
     [[nodiscard]] static UaPkiPublicKey fromDER(const UaByteArray& bytes);
     [[nodiscard]] UaByteArray toDER() const;
 };

@@ -1,4 +1,4 @@
-/* Everything of the stack's C interface. */
+// Everything of the stack's C interface.
 #ifndef OPCUA_H
 #define OPCUA_H
 

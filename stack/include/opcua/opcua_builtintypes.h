@@ -1,9 +1,9 @@
-/* The built-in types of OPC 10000-6, 5.1.2, as plain C structures.
- *
- * Rules for all of them: a structure filled with zero bytes through its Initialize function is the type's
- * null value; Clear frees what it owns and initialises it again; Copy makes a deep copy (the destination is
- * initialised first, never cleared) and answers Good or BadOutOfMemory. Memory is that of OpcUa_Memory_Alloc.
- * No function here is thread-safe on one object. */
+// The built-in types of OPC 10000-6, 5.1.2, as plain C structures.
+//
+// Rules for all of them: a structure filled with zero bytes through its Initialize function is the type's
+// null value; Clear frees what it owns and initialises it again; Copy makes a deep copy (the destination is
+// initialised first, never cleared) and answers Good or BadOutOfMemory. Memory is that of OpcUa_Memory_Alloc.
+// No function here is thread-safe on one object.
 #ifndef OPCUA_BUILTINTYPES_H
 #define OPCUA_BUILTINTYPES_H
 
@@ -13,7 +13,7 @@
 extern "C" {
 #endif
 
-/* Ids of the built-in types, OPC 10000-6, table 1. */
+/// Ids of the built-in types, OPC 10000-6, table 1.
 typedef enum OpcUa_BuiltInType {
     OpcUaType_Null = 0,
     OpcUaType_Boolean = 1,
@@ -43,18 +43,18 @@ typedef enum OpcUa_BuiltInType {
     OpcUaType_DiagnosticInfo = 25
 } OpcUa_BuiltInType;
 
-/* 100 ns intervals since 1601-01-01 00:00 UTC; 0 is the null value and the smallest date. */
+/// 100 ns intervals since 1601-01-01 00:00 UTC; 0 is the null value and the smallest date.
 typedef OpcUa_Int64 OpcUa_DateTime;
 
-/* UTF-8 as received; Length -1 with Data null is the null string, Length 0 the empty one. Data is always
- * followed by a NUL that does not count; the text itself may hold NULs. */
+/// UTF-8 as received; Length -1 with Data null is the null string, Length 0 the empty one. Data is always
+/// followed by a NUL that does not count; the text itself may hold NULs.
 typedef struct OpcUa_String
 {
     OpcUa_Int32 Length;
     char* Data;
 } OpcUa_String;
 
-/* Length -1 with Data null is the null value. */
+/// Length -1 with Data null is the null value.
 typedef struct OpcUa_ByteString
 {
     OpcUa_Int32 Length;
@@ -80,7 +80,7 @@ typedef enum OpcUa_IdentifierType {
 
 typedef struct OpcUa_NodeId
 {
-    OpcUa_UInt16 IdentifierType; /* OpcUa_IdentifierType */
+    OpcUa_UInt16 IdentifierType; ///< OpcUa_IdentifierType
     OpcUa_UInt16 NamespaceIndex;
     union {
         OpcUa_UInt32 Numeric;
@@ -118,12 +118,12 @@ typedef enum OpcUa_ExtensionObjectEncoding {
     OpcUa_ExtensionObjectEncoding_EncodeableObject = 3
 } OpcUa_ExtensionObjectEncoding;
 
-/* A structure with its type. Bodies whose binary encoding id is known to the type tables arrive decoded as
- * EncodeableObject; others keep their bytes. TypeId is the id of the encoding as on the wire. */
+/// A structure with its type. Bodies whose binary encoding id is known to the type tables arrive decoded as
+/// EncodeableObject; others keep their bytes. TypeId is the id of the encoding as on the wire.
 typedef struct OpcUa_ExtensionObject
 {
     OpcUa_ExpandedNodeId TypeId;
-    OpcUa_Byte Encoding; /* OpcUa_ExtensionObjectEncoding */
+    OpcUa_Byte Encoding; ///< OpcUa_ExtensionObjectEncoding
     union {
         OpcUa_ByteString Binary;
         OpcUa_XmlElement Xml;
@@ -143,20 +143,20 @@ typedef enum OpcUa_VariantArrayType {
 
 struct OpcUa_DataValue;
 
-/* Elements are those of the built-in type, packed: OpcUa_Int32[], OpcUa_String[], OpcUa_Variant[] ... */
+/// Elements are those of the built-in type, packed: OpcUa_Int32[], OpcUa_String[], OpcUa_Variant[] ...
 typedef struct OpcUa_VariantArray
 {
-    OpcUa_Int32 Length;         /* of a matrix: the product of its dimensions; -1 a null array */
-    OpcUa_Int32 NoOfDimensions; /* 0 unless a matrix */
-    OpcUa_Int32* Dimensions;    /* null unless a matrix; own block */
+    OpcUa_Int32 Length;         ///< of a matrix: the product of its dimensions; -1 a null array
+    OpcUa_Int32 NoOfDimensions; ///< 0 unless a matrix
+    OpcUa_Int32* Dimensions;    ///< null unless a matrix; own block
     void* Data;
 } OpcUa_VariantArray;
 
-/* Types of up to 16 bytes lie inside; larger ones are one block that the variant owns. */
+/// Types of up to 16 bytes lie inside; larger ones are one block that the variant owns.
 typedef struct OpcUa_Variant
 {
-    OpcUa_Byte Datatype;  /* OpcUa_BuiltInType */
-    OpcUa_Byte ArrayType; /* OpcUa_VariantArrayType */
+    OpcUa_Byte Datatype;  ///< OpcUa_BuiltInType
+    OpcUa_Byte ArrayType; ///< OpcUa_VariantArrayType
     union {
         OpcUa_Boolean Boolean;
         OpcUa_SByte SByte;
@@ -182,7 +182,7 @@ typedef struct OpcUa_Variant
         OpcUa_ExtensionObject* ExtensionObject;
         struct OpcUa_DataValue* DataValue;
         struct OpcUa_DiagnosticInfo* DiagnosticInfo;
-        OpcUa_VariantArray Array; /* of arrays and matrices of every type */
+        OpcUa_VariantArray Array; ///< of arrays and matrices of every type
     } Value;
 } OpcUa_Variant;
 
@@ -196,7 +196,7 @@ typedef struct OpcUa_DataValue
     OpcUa_DateTime ServerTimestamp;
 } OpcUa_DataValue;
 
-/* Indexes point into the string table of the response header; -1 where absent. */
+/// Indexes point into the string table of the response header; -1 where absent.
 typedef struct OpcUa_DiagnosticInfo
 {
     OpcUa_Int32 SymbolicId;
@@ -208,14 +208,14 @@ typedef struct OpcUa_DiagnosticInfo
     struct OpcUa_DiagnosticInfo* InnerDiagnosticInfo;
 } OpcUa_DiagnosticInfo;
 
-/* ---- strings ------------------------------------------------------------------------------------------- */
+// ---- strings
 OPCUA_EXPORT void OpcUa_String_Initialize(OpcUa_String* value);
 OPCUA_EXPORT void OpcUa_String_Clear(OpcUa_String* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_String_Copy(const OpcUa_String* source, OpcUa_String* destination);
-/* Copies length bytes; length -1 means up to the NUL; a null text gives the null string. */
+/// Copies length bytes; length -1 means up to the NUL; a null text gives the null string.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_String_Assign(OpcUa_String* destination, const char* text,
                                                   OpcUa_Int32 length);
-/* Bytewise order, null before empty before all others. */
+/// Bytewise order, null before empty before all others.
 OPCUA_EXPORT int OpcUa_String_Compare(const OpcUa_String* left, const OpcUa_String* right);
 
 OPCUA_EXPORT void OpcUa_ByteString_Initialize(OpcUa_ByteString* value);
@@ -228,11 +228,11 @@ OPCUA_EXPORT int OpcUa_ByteString_Compare(const OpcUa_ByteString* left, const Op
 
 OPCUA_EXPORT int OpcUa_Guid_Compare(const OpcUa_Guid* left, const OpcUa_Guid* right);
 
-/* ---- node ids ------------------------------------------------------------------------------------------ */
+// ---- node ids
 OPCUA_EXPORT void OpcUa_NodeId_Initialize(OpcUa_NodeId* value);
 OPCUA_EXPORT void OpcUa_NodeId_Clear(OpcUa_NodeId* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_NodeId_Copy(const OpcUa_NodeId* source, OpcUa_NodeId* destination);
-/* Total order: namespace index, identifier type, identifier. */
+/// Total order: namespace index, identifier type, identifier.
 OPCUA_EXPORT int OpcUa_NodeId_Compare(const OpcUa_NodeId* left, const OpcUa_NodeId* right);
 OPCUA_EXPORT OpcUa_Boolean OpcUa_NodeId_IsNull(const OpcUa_NodeId* value);
 
@@ -243,7 +243,7 @@ OPCUA_EXPORT OpcUa_StatusCode OpcUa_ExpandedNodeId_Copy(const OpcUa_ExpandedNode
 OPCUA_EXPORT int OpcUa_ExpandedNodeId_Compare(const OpcUa_ExpandedNodeId* left,
                                               const OpcUa_ExpandedNodeId* right);
 
-/* ---- names and texts ----------------------------------------------------------------------------------- */
+// ---- names and texts
 OPCUA_EXPORT void OpcUa_QualifiedName_Initialize(OpcUa_QualifiedName* value);
 OPCUA_EXPORT void OpcUa_QualifiedName_Clear(OpcUa_QualifiedName* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_QualifiedName_Copy(const OpcUa_QualifiedName* source,
@@ -258,14 +258,14 @@ OPCUA_EXPORT OpcUa_StatusCode OpcUa_LocalizedText_Copy(const OpcUa_LocalizedText
 OPCUA_EXPORT int OpcUa_LocalizedText_Compare(const OpcUa_LocalizedText* left,
                                              const OpcUa_LocalizedText* right);
 
-/* ---- values -------------------------------------------------------------------------------------------- */
+// ---- values
 OPCUA_EXPORT void OpcUa_ExtensionObject_Initialize(OpcUa_ExtensionObject* value);
 OPCUA_EXPORT void OpcUa_ExtensionObject_Clear(OpcUa_ExtensionObject* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_ExtensionObject_Copy(const OpcUa_ExtensionObject* source,
                                                          OpcUa_ExtensionObject* destination);
 OPCUA_EXPORT int OpcUa_ExtensionObject_Compare(const OpcUa_ExtensionObject* left,
                                                const OpcUa_ExtensionObject* right);
-/* Takes ownership of object (made with OpcUa_EncodeableObject_Create). */
+/// Takes ownership of object (made with OpcUa_EncodeableObject_Create).
 OPCUA_EXPORT void OpcUa_ExtensionObject_AttachEncodeable(OpcUa_ExtensionObject* value,
                                                          const struct OpcUa_EncodeableType* type,
                                                          void* object);
@@ -273,7 +273,7 @@ OPCUA_EXPORT void OpcUa_ExtensionObject_AttachEncodeable(OpcUa_ExtensionObject* 
 OPCUA_EXPORT void OpcUa_Variant_Initialize(OpcUa_Variant* value);
 OPCUA_EXPORT void OpcUa_Variant_Clear(OpcUa_Variant* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Variant_Copy(const OpcUa_Variant* source, OpcUa_Variant* destination);
-/* Total order; 0 exactly when type, shape and every element are equal (floating point compared bitwise). */
+/// Total order; 0 exactly when type, shape and every element are equal (floating point compared bitwise).
 OPCUA_EXPORT int OpcUa_Variant_Compare(const OpcUa_Variant* left, const OpcUa_Variant* right);
 
 OPCUA_EXPORT void OpcUa_DataValue_Initialize(OpcUa_DataValue* value);
@@ -289,20 +289,20 @@ OPCUA_EXPORT OpcUa_StatusCode OpcUa_DiagnosticInfo_Copy(const OpcUa_DiagnosticIn
 OPCUA_EXPORT int OpcUa_DiagnosticInfo_Compare(const OpcUa_DiagnosticInfo* left,
                                               const OpcUa_DiagnosticInfo* right);
 
-/* ---- by built-in type, for those that handle all of them ----------------------------------------------- */
-/* sizeof the C type; 0 for an unknown one. */
+// ---- by built-in type, for those that handle all of them
+/// sizeof the C type; 0 for an unknown one.
 OPCUA_EXPORT size_t OpcUa_BuiltInType_Size(OpcUa_Byte builtInType);
-/* "Int32", "NodeId" ...; "Null" for 0, "Unknown" otherwise; static storage. */
+/// "Int32", "NodeId" ...; "Null" for 0, "Unknown" otherwise; static storage.
 OPCUA_EXPORT const char* OpcUa_BuiltInType_Name(OpcUa_Byte builtInType);
-/* count elements lie packed at data; data itself is not freed. */
+/// count elements lie packed at data; data itself is not freed.
 OPCUA_EXPORT void OpcUa_BuiltInType_InitializeArray(OpcUa_Byte builtInType, void* data, size_t count);
 OPCUA_EXPORT void OpcUa_BuiltInType_ClearArray(OpcUa_Byte builtInType, void* data, size_t count);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_BuiltInType_CopyArray(OpcUa_Byte builtInType, const void* source,
                                                           void* destination, size_t count);
-/* Orders two values of one type. */
+/// Orders two values of one type.
 OPCUA_EXPORT int OpcUa_BuiltInType_Compare(OpcUa_Byte builtInType, const void* left, const void* right);
 
-/* Now, from the system's clock. */
+/// Now, from the system's clock.
 OPCUA_EXPORT OpcUa_DateTime OpcUa_DateTime_UtcNow(void);
 
 #ifdef __cplusplus

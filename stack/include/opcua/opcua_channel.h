@@ -1,4 +1,4 @@
-/* Secure channels, the stack's life cycle and its trace. */
+// Secure channels, the stack's life cycle and its trace.
 #ifndef OPCUA_CHANNEL_H
 #define OPCUA_CHANNEL_H
 
@@ -9,41 +9,39 @@
 extern "C" {
 #endif
 
-/* ---- proxy stub: the stack above the platform layer -----------------------------------------------------
- */
+// ---- proxy stub: the stack above the platform layer
 
-/* Limits and trace of the whole stack. A zero takes the default in brackets. */
+/// Limits and trace of the whole stack. A zero takes the default in brackets.
 typedef struct OpcUa_ProxyStubConfiguration
 {
-    OpcUa_UInt32 TraceLevel;          /* OPCUA_TRACE_OUTPUT_LEVEL_... */
-    OpcUa_UInt32 MaxMessageSize;      /* [16777216] */
-    OpcUa_UInt32 MaxChunkCount;       /* [MaxMessageSize / buffer + 2 %] */
-    OpcUa_UInt32 BufferSize;          /* [65536], at least 8192 */
-    OpcUa_UInt32 MaxStringLength;     /* [16777216] */
-    OpcUa_UInt32 MaxByteStringLength; /* [16777216] */
-    OpcUa_UInt32 MaxArrayLength;      /* [4194304] */
-    OpcUa_UInt32 MaxNestingLevel;     /* [100] */
+    OpcUa_UInt32 TraceLevel;          ///< OPCUA_TRACE_OUTPUT_LEVEL_...
+    OpcUa_UInt32 MaxMessageSize;      ///< [16777216]
+    OpcUa_UInt32 MaxChunkCount;       ///< [MaxMessageSize / buffer + 2 %]
+    OpcUa_UInt32 BufferSize;          ///< [65536], at least 8192
+    OpcUa_UInt32 MaxStringLength;     ///< [16777216]
+    OpcUa_UInt32 MaxByteStringLength; ///< [16777216]
+    OpcUa_UInt32 MaxArrayLength;      ///< [4194304]
+    OpcUa_UInt32 MaxNestingLevel;     ///< [100]
 } OpcUa_ProxyStubConfiguration;
 
-/* Starts the event-loop thread. configuration may be null. Counted like OpcUa_P_Initialize. */
+/// Starts the event-loop thread. configuration may be null. Counted like OpcUa_P_Initialize.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_ProxyStub_Initialize(const OpcUa_ProxyStubConfiguration* configuration);
-/* Ends all channels and joins the event-loop thread; every pending call completes first. */
+/// Ends all channels and joins the event-loop thread; every pending call completes first.
 OPCUA_EXPORT void OpcUa_ProxyStub_Clear(void);
-/* Six fields as in OpcUa_P_GetVersion. */
+/// Six fields as in OpcUa_P_GetVersion.
 OPCUA_EXPORT const char* OpcUa_ProxyStub_GetVersion(void);
 OPCUA_EXPORT const char* OpcUa_ProxyStub_GetStaticConfigString(void);
-/* The limits in force, defaults filled in. */
+/// The limits in force, defaults filled in.
 OPCUA_EXPORT void OpcUa_ProxyStub_GetConfiguration(OpcUa_ProxyStubConfiguration* configuration);
 
-/* ---- trace ----------------------------------------------------------------------------------------------
- */
+// ---- trace
 #define OPCUA_TRACE_LEVEL_ERROR 0x0020u
 #define OPCUA_TRACE_LEVEL_WARNING 0x0010u
 #define OPCUA_TRACE_LEVEL_SYSTEM 0x0008u
 #define OPCUA_TRACE_LEVEL_INFO 0x0004u
 #define OPCUA_TRACE_LEVEL_DEBUG 0x0002u
 #define OPCUA_TRACE_LEVEL_CONTENT 0x0001u
-/* Output levels: each includes the graver ones. */
+/// Output levels: each includes the graver ones.
 #define OPCUA_TRACE_OUTPUT_LEVEL_NONE 0x0000u
 #define OPCUA_TRACE_OUTPUT_LEVEL_ERROR 0x0020u
 #define OPCUA_TRACE_OUTPUT_LEVEL_WARNING 0x0030u
@@ -53,16 +51,15 @@ OPCUA_EXPORT void OpcUa_ProxyStub_GetConfiguration(OpcUa_ProxyStubConfiguration*
 #define OPCUA_TRACE_OUTPUT_LEVEL_CONTENT 0x003Fu
 #define OPCUA_TRACE_OUTPUT_LEVEL_ALL 0xFFFFu
 
-/* Receives one line without a line end; called from any thread, with no stack lock held. SetHook waits until
- * the old hook runs no more. */
+/// Receives one line without a line end; called from any thread, with no stack lock held. SetHook waits until
+/// the old hook runs no more.
 typedef void (*OpcUa_Trace_PfnHook)(OpcUa_UInt32 level, const char* text, void* context);
 
 OPCUA_EXPORT void OpcUa_Trace_SetHook(OpcUa_Trace_PfnHook hook, void* context);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Trace_ChangeTraceLevel(OpcUa_UInt32 outputLevel);
 OPCUA_EXPORT void OpcUa_Trace(OpcUa_UInt32 level, const char* format, ...) OPCUA_PRINTF(2, 3);
 
-/* ---- channels -------------------------------------------------------------------------------------------
- */
+// ---- channels
 typedef struct OpcUa_ChannelImpl* OpcUa_Channel;
 
 #define OpcUa_TransportProfile_UaTcp "http://opcfoundation.org/UA-Profile/Transport/uatcp-uasc-uabinary"
@@ -78,27 +75,27 @@ typedef struct OpcUa_ChannelImpl* OpcUa_Channel;
 
 typedef enum OpcUa_Channel_Event {
     OpcUa_Channel_Event_Connected = 1,
-    OpcUa_Channel_Event_Disconnected = 2,     /* lost or closed by the peer; status says why */
-    OpcUa_Channel_Event_Renewed = 3,          /* a new security token is in use */
-    OpcUa_Channel_Event_VerifyCertificate = 4 /* details: a pointer to OpcUa_CertificateValidation */
+    OpcUa_Channel_Event_Disconnected = 2,     ///< lost or closed by the peer; status says why
+    OpcUa_Channel_Event_Renewed = 3,          ///< a new security token is in use
+    OpcUa_Channel_Event_VerifyCertificate = 4 ///< details: a pointer to OpcUa_CertificateValidation
 } OpcUa_Channel_Event;
 
 typedef struct OpcUa_CertificateValidation
 {
-    OpcUa_ByteString Certificate; /* DER, valid during the callback only */
-    OpcUa_StatusCode Status;      /* what was found */
-    OpcUa_Int32 Depth;            /* 0 the peer's certificate, 1 its issuer ... */
-    OpcUa_Int32 ProviderError;    /* the crypto library's own number */
+    OpcUa_ByteString Certificate; ///< DER, valid during the callback only
+    OpcUa_StatusCode Status;      ///< what was found
+    OpcUa_Int32 Depth;            ///< 0 the peer's certificate, 1 its issuer ...
+    OpcUa_Int32 ProviderError;    ///< the crypto library's own number
 } OpcUa_CertificateValidation;
 
-/* Channel events. Runs on the channel's own callback thread, in order, no lock held; it may block without
- * holding up other channels, and may call any function but Connect, Disconnect (both answer BadInvalidState)
- * and Delete (does nothing) of the same channel. For VerifyCertificate the result decides: Good goes on.
- * Other events ignore the result. */
+/// Channel events. Runs on the channel's own callback thread, in order, no lock held; it may block without
+/// holding up other channels, and may call any function but Connect, Disconnect (both answer BadInvalidState)
+/// and Delete (does nothing) of the same channel. For VerifyCertificate the result decides: Good goes on.
+/// Other events ignore the result.
 typedef OpcUa_StatusCode (*OpcUa_Channel_PfnEvent)(OpcUa_Channel channel, OpcUa_Channel_Event event,
                                                    OpcUa_StatusCode status, void* details, void* context);
 
-/* File locations of certificates for the checks of a channel; all strings may be null. */
+/// File locations of certificates for the checks of a channel; all strings may be null.
 typedef struct OpcUa_PkiConfiguration
 {
     const char* TrustedCertificates;
@@ -110,65 +107,65 @@ typedef struct OpcUa_PkiConfiguration
 typedef struct OpcUa_ChannelConnectInfo
 {
     const char* Url;
-    const char* TransportProfileUri; /* null or empty: as the URL's scheme says */
+    const char* TransportProfileUri; ///< null or empty: as the URL's scheme says
     OpcUa_Channel_PfnEvent Callback;
     void* CallbackContext;
-    const OpcUa_ByteString* ClientCertificate; /* DER; may be null with policy None */
-    const OpcUa_ByteString* ClientPrivateKey;  /* DER (PKCS#8 or PKCS#1) */
-    /* DER; its issuers may follow. No other is accepted. Not for HTTPS: there it is the TLS session's */
+    const OpcUa_ByteString* ClientCertificate; ///< DER; may be null with policy None
+    const OpcUa_ByteString* ClientPrivateKey;  ///< DER (PKCS#8 or PKCS#1)
+    /// DER; its issuers may follow. No other is accepted. Not for HTTPS: there it is the TLS session's
     const OpcUa_ByteString* ServerCertificate;
-    /* null, or no trusted folder: the certificate is not judged. For HTTPS the trusted folder holds PEM files
-     * with the names of hashed directories ("%08x.%d") */
+    /// null, or no trusted folder: the certificate is not judged. For HTTPS the trusted folder holds PEM
+    /// files with the names of hashed directories ("%08x.%d")
     const OpcUa_PkiConfiguration* PkiConfiguration;
     const char* SecurityPolicyUri;
-    OpcUa_UInt32 RequestedLifetime; /* ms */
+    OpcUa_UInt32 RequestedLifetime; ///< ms
     OpcUa_MessageSecurityMode SecurityMode;
-    const char* Reserved;        /* carried through; empty is fine */
-    OpcUa_UInt32 ConnectTimeout; /* ms, from the start of the call, whatever trickles in */
-    /* Its decryption can be made to answer questions about other messages (OPC 10000-7, 6.6): the policy
-     * Basic128Rsa15 is refused with BadSecurityPolicyRejected unless somebody asked for it for this server */
+    const char* Reserved;        ///< carried through; empty is fine
+    OpcUa_UInt32 ConnectTimeout; ///< ms, from the start of the call, whatever trickles in
+    /// Its decryption can be made to answer questions about other messages (OPC 10000-7, 6.6): the policy
+    /// Basic128Rsa15 is refused with BadSecurityPolicyRejected unless somebody asked for it for this server
     OpcUa_Boolean AllowBasic128Rsa15;
 } OpcUa_ChannelConnectInfo;
 
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
-/* Blocks until the channel is open or the timeout (0: 10000) is over. Good; BadTimeout;
- * BadTcpEndpointUrlInvalid (also http://, and a scheme that is not the profile's); BadCommunicationError (no
- * such host, network); BadConnectionRejected (nobody listens, or buffers too small); BadConnectionClosed (the
- * peer hung up); BadSecurityPolicyRejected, BadSecurityModeRejected; BadNotSupported (the transport profile);
- * BadCertificateInvalid (one does not decode); BadNoValidCertificates (the own key does not decode, or is
- * another certificate's); BadCertificatePolicyCheckFailed (a key's length); what the check of the server's
- * certificate found (see OpcUa_Certificate_Verify; the event VerifyCertificate may override it, within the
- * timeout; over HTTPS also BadCertificateHostNameInvalid); BadSecurityChecksFailed (no TLS session of version
- * 1.2 or 1.3 came about); BadRequestCancelledByClient; BadInvalidState (already connected, or on a callback
- * of the channel); or the server's own status. A channel whose connection was lost may be connected again
- * without Disconnect. revisedLifetime (ms) may be null. The strings and bytes of info are copied. */
+/// Blocks until the channel is open or the timeout (0: 10000) is over. Good; BadTimeout;
+/// BadTcpEndpointUrlInvalid (also http://, and a scheme that is not the profile's); BadCommunicationError (no
+/// such host, network); BadConnectionRejected (nobody listens, or buffers too small); BadConnectionClosed
+/// (the peer hung up); BadSecurityPolicyRejected, BadSecurityModeRejected; BadNotSupported (the transport
+/// profile); BadCertificateInvalid (one does not decode); BadNoValidCertificates (the own key does not
+/// decode, or is another certificate's); BadCertificatePolicyCheckFailed (a key's length); what the check of
+/// the server's certificate found (see OpcUa_Certificate_Verify; the event VerifyCertificate may override it,
+/// within the timeout; over HTTPS also BadCertificateHostNameInvalid); BadSecurityChecksFailed (no TLS
+/// session of version 1.2 or 1.3 came about); BadRequestCancelledByClient; BadInvalidState (already
+/// connected, or on a callback of the channel); or the server's own status. A channel whose connection was
+/// lost may be connected again without Disconnect. revisedLifetime (ms) may be null. The strings and bytes of
+/// info are copied.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel,
                                                     const OpcUa_ChannelConnectInfo* info,
                                                     OpcUa_UInt32* revisedLifetime);
-/* Closes the channel; pending calls complete with BadConnectionClosed and running callbacks end before it
- * returns. Good also when the peer had gone; BadInvalidState when there was no connection. No event follows.
- */
+/// Closes the channel; pending calls complete with BadConnectionClosed and running callbacks end before it
+/// returns. Good also when the peer had gone; BadInvalidState when there was no connection. No event follows.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Disconnect(OpcUa_Channel channel);
-/* Ends a Connect that runs on another thread (it answers BadRequestCancelledByClient). Any thread. */
+/// Ends a Connect that runs on another thread (it answers BadRequestCancelledByClient). Any thread.
 OPCUA_EXPORT void OpcUa_Channel_CancelConnect(OpcUa_Channel channel);
-/* Disconnects if need be, frees and nulls the handle. */
+/// Disconnects if need be, frees and nulls the handle.
 OPCUA_EXPORT void OpcUa_Channel_Delete(OpcUa_Channel* channel);
 OPCUA_EXPORT OpcUa_Boolean OpcUa_Channel_IsConnected(OpcUa_Channel channel);
 
-/* Completion of an asynchronous call. Runs once for each accepted call, on the channel's callback thread, no
- * lock held. On Good the callee owns response (free it with OpcUa_EncodeableObject_Delete); otherwise
- * response is null. A ServiceFault ends as its service result in status. */
+/// Completion of an asynchronous call. Runs once for each accepted call, on the channel's callback thread, no
+/// lock held. On Good the callee owns response (free it with OpcUa_EncodeableObject_Delete); otherwise
+/// response is null. A ServiceFault ends as its service result in status.
 typedef void (*OpcUa_Channel_PfnRequestComplete)(OpcUa_Channel channel, void* response,
                                                  const OpcUa_EncodeableType* responseType, void* callbackData,
                                                  OpcUa_StatusCode status);
 
-/* One service call, which the generated functions of opcua_clientapi.h wrap. request holds a RequestHeader as
- * its first field, whose TimeoutHint (ms, 0: 10000) limits the wait. Invoke blocks; response is initialised
- * by the call. Good when a response of the expected type came with a service result that is not bad; else the
- * service result, BadTimeout, BadConnectionClosed, BadUnknownResponse, BadDecodingError ...
- * BadRequestTooLarge when the peer would not take it. BeginInvoke never blocks: BadResourceUnavailable when
- * the peer does not take what was sent before, BadTooManyOperations when too many calls wait; the callback
- * runs when it answers Good, only then. */
+/// One service call, which the generated functions of opcua_clientapi.h wrap. request holds a RequestHeader
+/// as its first field, whose TimeoutHint (ms, 0: 10000) limits the wait. Invoke blocks; response is
+/// initialised by the call. Good when a response of the expected type came with a service result that is not
+/// bad; else the service result, BadTimeout, BadConnectionClosed, BadUnknownResponse, BadDecodingError ...
+/// BadRequestTooLarge when the peer would not take it. BeginInvoke never blocks: BadResourceUnavailable when
+/// the peer does not take what was sent before, BadTooManyOperations when too many calls wait; the callback
+/// runs when it answers Good, only then.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_InvokeService(OpcUa_Channel channel,
                                                           const OpcUa_EncodeableType* requestType,
                                                           const void* request,

@@ -1,4 +1,4 @@
-/* Cryptography of the security policies for those above the stack, and the check of certificates. */
+// Cryptography of the security policies for those above the stack, and the check of certificates.
 #ifndef OPCUA_CRYPTO_H
 #define OPCUA_CRYPTO_H
 
@@ -8,38 +8,38 @@
 extern "C" {
 #endif
 
-/* One security policy's algorithms. Holds no key, never changes; any thread may use it. */
+/// One security policy's algorithms. Holds no key, never changes; any thread may use it.
 typedef struct OpcUa_CryptoProviderImpl* OpcUa_CryptoProvider;
 
-/* Texts are static; the two URIs are empty with policy None. Lengths are 0 with it. */
+/// Texts are static; the two URIs are empty with policy None. Lengths are 0 with it.
 typedef struct OpcUa_CryptoProviderInfo
 {
     const char* SecurityPolicyUri;
-    const char* AsymmetricSignatureUri;        /* as in SignatureData.Algorithm */
-    const char* AsymmetricEncryptionUri;       /* as in the EncryptionAlgorithm of an identity token */
-    OpcUa_UInt32 MinAsymmetricKeyLength;       /* bits */
-    OpcUa_UInt32 MaxAsymmetricKeyLength;       /* bits */
-    OpcUa_UInt32 ChannelNonceLength;           /* bytes */
-    OpcUa_UInt32 SymmetricSignatureKeyLength;  /* bytes */
-    OpcUa_UInt32 SymmetricEncryptionKeyLength; /* bytes */
+    const char* AsymmetricSignatureUri;        ///< as in SignatureData.Algorithm
+    const char* AsymmetricEncryptionUri;       ///< as in the EncryptionAlgorithm of an identity token
+    OpcUa_UInt32 MinAsymmetricKeyLength;       ///< bits
+    OpcUa_UInt32 MaxAsymmetricKeyLength;       ///< bits
+    OpcUa_UInt32 ChannelNonceLength;           ///< bytes
+    OpcUa_UInt32 SymmetricSignatureKeyLength;  ///< bytes
+    OpcUa_UInt32 SymmetricEncryptionKeyLength; ///< bytes
 } OpcUa_CryptoProviderInfo;
 
-/* Good; BadSecurityPolicyRejected for a policy that is not offered. Null and "" mean None. */
+/// Good; BadSecurityPolicyRejected for a policy that is not offered. Null and "" mean None.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_Create(const char* securityPolicyUri,
                                                           OpcUa_CryptoProvider* provider);
-/* Frees and nulls the handle. */
+/// Frees and nulls the handle.
 OPCUA_EXPORT void OpcUa_CryptoProvider_Delete(OpcUa_CryptoProvider* provider);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GetInfo(OpcUa_CryptoProvider provider,
                                                            OpcUa_CryptoProviderInfo* info);
 
-/* Certificates are DER; of a chain the first is used. Private keys are DER, PKCS#8 or PKCS#1. Results are
- * allocated by the call and null on failure. Good; BadInvalidArgument; BadNotSupported with policy None;
- * BadCertificateInvalid when the certificate does not decode, BadNoValidCertificates when the private key
- * does not, BadCertificatePolicyCheckFailed when a key's length is not what the policy asks for,
- * BadSecurityChecksFailed when the operation itself fails: whatever was wrong with the cipher text or the
- * signature. */
+/// Certificates are DER; of a chain the first is used. Private keys are DER, PKCS#8 or PKCS#1. Results are
+/// allocated by the call and null on failure. Good; BadInvalidArgument; BadNotSupported with policy None;
+/// BadCertificateInvalid when the certificate does not decode, BadNoValidCertificates when the private key
+/// does not, BadCertificatePolicyCheckFailed when a key's length is not what the policy asks for,
+/// BadSecurityChecksFailed when the operation itself fails: whatever was wrong with the cipher text or the
+/// signature.
 
-/* Texts longer than one RSA block are encrypted block by block. */
+/// Texts longer than one RSA block are encrypted block by block.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_AsymmetricEncrypt(OpcUa_CryptoProvider provider,
                                                                      const OpcUa_ByteString* certificate,
                                                                      const OpcUa_ByteString* plainText,
@@ -56,23 +56,23 @@ OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_AsymmetricVerify(OpcUa_Crypto
                                                                     const OpcUa_ByteString* certificate,
                                                                     const OpcUa_ByteString* data,
                                                                     const OpcUa_ByteString* signature);
-/* Bits of the certificate's RSA key; 0 when it is of another kind. */
+/// Bits of the certificate's RSA key; 0 when it is of another kind.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GetPublicKeyLength(const OpcUa_ByteString* certificate,
                                                                       OpcUa_UInt32* bits);
-/* length fresh random bytes, up to 1,024. */
+/// length fresh random bytes, up to 1,024.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GenerateNonce(OpcUa_UInt32 length,
                                                                  OpcUa_ByteString* nonce);
 
-/* One finding of a check; validation is valid during the call. Good goes on in spite of it, anything else
- * makes the finding's status the result. A certificate that is malformed or wrongly signed stays refused
- * whatever the answer. */
+/// One finding of a check; validation is valid during the call. Good goes on in spite of it, anything else
+/// makes the finding's status the result. A certificate that is malformed or wrongly signed stays refused
+/// whatever the answer.
 typedef OpcUa_StatusCode (*OpcUa_Certificate_PfnVerify)(const OpcUa_CertificateValidation* validation,
                                                         void* context);
 
-/* Judges a certificate, or a chain of them with the peer's own first, by the folders of pki. It is trusted
- * when it or one of its issuers lies in the trusted folder. Every finding is told, in the order in which they
- * decide; the result is the first one that was not overridden, or Good. securityPolicyUri may be null: then
- * keys and digests are not judged. callback may be null. Reads the folders each time. */
+/// Judges a certificate, or a chain of them with the peer's own first, by the folders of pki. It is trusted
+/// when it or one of its issuers lies in the trusted folder. Every finding is told, in the order in which
+/// they decide; the result is the first one that was not overridden, or Good. securityPolicyUri may be null:
+/// then keys and digests are not judged. callback may be null. Reads the folders each time.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateChain,
                                                        const OpcUa_PkiConfiguration* pki,
                                                        const char* securityPolicyUri,

@@ -1,5 +1,5 @@
-/* Structures of the standard, described by tables: one reader, one writer and one set of life-cycle functions
- * serve them all. */
+// Structures of the standard, described by tables: one reader, one writer and one set of life-cycle functions
+// serve them all.
 #ifndef OPCUA_ENCODEABLE_H
 #define OPCUA_ENCODEABLE_H
 
@@ -9,43 +9,43 @@
 extern "C" {
 #endif
 
-/* Kinds of a field beyond the built-in types (1..25). */
+/// Kinds of a field beyond the built-in types (1..25).
 enum {
-    OpcUa_FieldKind_Enumeration = 30, /* OpcUa_Int32 on the wire; the C field is a 32-bit enum */
-    OpcUa_FieldKind_Structure = 31    /* StructureType says which */
+    OpcUa_FieldKind_Enumeration = 30, ///< OpcUa_Int32 on the wire; the C field is a 32-bit enum
+    OpcUa_FieldKind_Structure = 31    ///< StructureType says which
 };
 
 typedef struct OpcUa_FieldDescriptor
 {
     const char* Name;
-    OpcUa_Byte Kind;           /* OpcUa_BuiltInType or OpcUa_FieldKind_... */
-    OpcUa_Byte IsArray;        /* the C fields are OpcUa_Int32 NoOf<Name> and a pointer <Name> */
-    OpcUa_Byte IsPointer;      /* a recursive or optional structure held by pointer */
-    OpcUa_UInt32 Offset;       /* of the field, or of the array's pointer */
-    OpcUa_UInt32 LengthOffset; /* of NoOf<Name>; arrays only */
+    OpcUa_Byte Kind;           ///< OpcUa_BuiltInType or OpcUa_FieldKind_...
+    OpcUa_Byte IsArray;        ///< the C fields are OpcUa_Int32 NoOf<Name> and a pointer <Name>
+    OpcUa_Byte IsPointer;      ///< a recursive or optional structure held by pointer
+    OpcUa_UInt32 Offset;       ///< of the field, or of the array's pointer
+    OpcUa_UInt32 LengthOffset; ///< of NoOf<Name>; arrays only
     const struct OpcUa_EncodeableType* StructureType;
-    OpcUa_UInt32
-        DataTypeId; /* as the standard declares it, in namespace 0: 290 for a Duration of kind Double */
+    /// as the standard declares it, in namespace 0: 290 for a Duration of kind Double
+    OpcUa_UInt32 DataTypeId;
 } OpcUa_FieldDescriptor;
 
 typedef struct OpcUa_EncodeableType
 {
-    const char* TypeName;              /* "ReadRequest" */
-    OpcUa_UInt32 TypeId;               /* data type node id in namespace 0 */
-    OpcUa_UInt32 BinaryEncodingTypeId; /* 0: has no encoding of its own */
+    const char* TypeName;              ///< "ReadRequest"
+    OpcUa_UInt32 TypeId;               ///< data type node id in namespace 0
+    OpcUa_UInt32 BinaryEncodingTypeId; ///< 0: has no encoding of its own
     OpcUa_UInt32 XmlEncodingTypeId;
     OpcUa_UInt32 AllocationSize;
-    const OpcUa_FieldDescriptor* Fields; /* inherited fields first */
+    const OpcUa_FieldDescriptor* Fields; ///< inherited fields first
     OpcUa_UInt32 FieldCount;
-    OpcUa_Boolean
-        IsUnion; /* first C field is OpcUa_UInt32 SwitchField; fields follow in order of their value */
-    OpcUa_Boolean HasOptionalFields; /* first C field is OpcUa_UInt32 EncodingMask */
-    OpcUa_UInt32 OptionalMask;       /* bit i: field i is optional (present when its mask bit is set) */
-    OpcUa_UInt32 MinimumSize;        /* bytes that one value takes at least on the wire */
-    OpcUa_Boolean IsFlat;            /* no field owns memory: the bytes of the C structure are the value */
+    /// first C field is OpcUa_UInt32 SwitchField; fields follow in order of their value
+    OpcUa_Boolean IsUnion;
+    OpcUa_Boolean HasOptionalFields; ///< first C field is OpcUa_UInt32 EncodingMask
+    OpcUa_UInt32 OptionalMask;       ///< bit i: field i is optional (present when its mask bit is set)
+    OpcUa_UInt32 MinimumSize;        ///< bytes that one value takes at least on the wire
+    OpcUa_Boolean IsFlat;            ///< no field owns memory: the bytes of the C structure are the value
 } OpcUa_EncodeableType;
 
-/* An enumeration of namespace 0, or an option set: then the values are masks of a BuiltInType. */
+/// An enumeration of namespace 0, or an option set: then the values are masks of a BuiltInType.
 typedef struct OpcUa_EnumeratedValue
 {
     const char* Name;
@@ -54,23 +54,22 @@ typedef struct OpcUa_EnumeratedValue
 
 typedef struct OpcUa_EnumeratedType
 {
-    const char* TypeName;   /* "NodeClass" */
-    OpcUa_UInt32 TypeId;    /* data type node id in namespace 0 */
-    OpcUa_Byte BuiltInType; /* Int32, or the unsigned type of an option set */
+    const char* TypeName;   ///< "NodeClass"
+    OpcUa_UInt32 TypeId;    ///< data type node id in namespace 0
+    OpcUa_Byte BuiltInType; ///< Int32, or the unsigned type of an option set
     OpcUa_Boolean IsOptionSet;
     const OpcUa_EnumeratedValue* Values;
     OpcUa_UInt32 ValueCount;
 } OpcUa_EnumeratedType;
 
-/* Enumerations have 32 bits in C and in C++, and may hold numbers that have no name. */
+/// Enumerations have 32 bits in C and in C++, and may hold numbers that have no name.
 #ifdef __cplusplus
 #    define OPCUA_ENUM_BASE : OpcUa_Int32
 #else
 #    define OPCUA_ENUM_BASE
 #endif
 
-/* Life cycle of any structure. Create allocates and initialises; Delete clears, frees and nulls the pointer.
- */
+/// Life cycle of any structure. Create allocates and initialises; Delete clears, frees and nulls the pointer.
 OPCUA_EXPORT void OpcUa_EncodeableObject_Initialize(const OpcUa_EncodeableType* type, void* object);
 OPCUA_EXPORT void OpcUa_EncodeableObject_Clear(const OpcUa_EncodeableType* type, void* object);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_Copy(const OpcUa_EncodeableType* type,
@@ -80,27 +79,27 @@ OPCUA_EXPORT int OpcUa_EncodeableObject_Compare(const OpcUa_EncodeableType* type
 OPCUA_EXPORT void* OpcUa_EncodeableObject_Create(const OpcUa_EncodeableType* type);
 OPCUA_EXPORT void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type, void** object);
 
-/* The table entry for a type of namespace 0; null when unknown. */
+/// The table entry for a type of namespace 0; null when unknown.
 OPCUA_EXPORT const OpcUa_EncodeableType*
 OpcUa_EncodeableType_FindByBinaryId(OpcUa_UInt32 binaryEncodingTypeId);
 OPCUA_EXPORT const OpcUa_EncodeableType* OpcUa_EncodeableType_FindByTypeId(OpcUa_UInt32 dataTypeId);
 
-/* Names of an enumeration's values; null when the data type is no enumeration of namespace 0. */
+/// Names of an enumeration's values; null when the data type is no enumeration of namespace 0.
 OPCUA_EXPORT const OpcUa_EnumeratedType* OpcUa_EnumeratedType_Find(OpcUa_UInt32 enumDataTypeId);
-/* "Object" for the value 1 of NodeClass (257); null when it has no name. */
+/// "Object" for the value 1 of NodeClass (257); null when it has no name.
 OPCUA_EXPORT const char* OpcUa_EnumValue_Name(OpcUa_UInt32 enumDataTypeId, OpcUa_Int32 value);
 
-/* Binary form of a structure's body, without type id (OPC 10000-6, 5.2). Encode allocates bytes.Data.
- * Good, BadEncodingError, BadEncodingLimitsExceeded, BadOutOfMemory. */
+/// Binary form of a structure's body, without type id (OPC 10000-6, 5.2). Encode allocates bytes.Data.
+/// Good, BadEncodingError, BadEncodingLimitsExceeded, BadOutOfMemory.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_EncodeBinary(const OpcUa_EncodeableType* type,
                                                                   const void* object,
                                                                   OpcUa_ByteString* bytes);
-/* Decodes one body; object is initialised by the call and is left initialised on failure. consumed may be
- * null. Good, BadDecodingError, BadEncodingLimitsExceeded, BadOutOfMemory. */
+/// Decodes one body; object is initialised by the call and is left initialised on failure. consumed may be
+/// null. Good, BadDecodingError, BadEncodingLimitsExceeded, BadOutOfMemory.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_DecodeBinary(const OpcUa_EncodeableType* type,
                                                                   const OpcUa_Byte* data, size_t size,
                                                                   void* object, size_t* consumed);
-/* The same for one value of a built-in type. */
+/// The same for one value of a built-in type.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_BuiltInType_EncodeBinary(OpcUa_Byte builtInType, const void* value,
                                                              OpcUa_ByteString* bytes);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_BuiltInType_DecodeBinary(OpcUa_Byte builtInType, const OpcUa_Byte* data,

@@ -1,4 +1,4 @@
-/* Basic types, memory and small helpers of the communication stack's C interface. */
+// Basic types, memory and small helpers of the communication stack's C interface.
 #ifndef OPCUA_PLATFORM_H
 #define OPCUA_PLATFORM_H
 
@@ -33,39 +33,39 @@ typedef uint32_t OpcUa_StatusCode;
 #define OpcUa_True ((OpcUa_Boolean)1)
 #define OpcUa_False ((OpcUa_Boolean)0)
 
-/* Severity of a status code, OPC 10000-4, 7.39: the two top bits. */
+/// Severity of a status code, OPC 10000-4, 7.39: the two top bits.
 #define OpcUa_IsGood(code) (((OpcUa_StatusCode)(code)&0xC0000000u) == 0u)
 #define OpcUa_IsNotGood(code) (((OpcUa_StatusCode)(code)&0xC0000000u) != 0u)
 #define OpcUa_IsUncertain(code) (((OpcUa_StatusCode)(code)&0xC0000000u) == 0x40000000u)
 #define OpcUa_IsBad(code) (((OpcUa_StatusCode)(code)&0x80000000u) != 0u)
 #define OpcUa_IsNotBad(code) (((OpcUa_StatusCode)(code)&0x80000000u) == 0u)
 
-/* Memory of every structure that crosses this interface comes from and goes back to these two, so that the
- * decoder may hand out pieces of one block for each message. Alloc returns null when out of memory or when
- * size is 0; Free takes null. Thread-safe. */
+/// Memory of every structure that crosses this interface comes from and goes back to these two, so that the
+/// decoder may hand out pieces of one block for each message. Alloc returns null when out of memory or when
+/// size is 0; Free takes null. Thread-safe.
 OPCUA_EXPORT void* OpcUa_Memory_Alloc(size_t size);
 OPCUA_EXPORT void OpcUa_Memory_Free(void* memory);
-/* Zeroed memory for count elements; null when the product overflows. */
+/// Zeroed memory for count elements; null when the product overflows.
 OPCUA_EXPORT void* OpcUa_Memory_AllocArray(size_t count, size_t elementSize);
 
-/* Platform layer. Initialize is counted: each successful call needs one Clear. Good or BadOutOfMemory,
- * BadInternalError. Start-up and clean-up belong on one thread. */
+/// Platform layer. Initialize is counted: each successful call needs one Clear. Good or BadOutOfMemory,
+/// BadInternalError. Start-up and clean-up belong on one thread.
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_P_Initialize(void);
 OPCUA_EXPORT void OpcUa_P_Clear(void);
-/* "Version\\Source Timestamp\\Build Timestamp\\Vendor Name\\Vendor Info\\Compiler", separated by backslashes;
- * static storage. */
+/// "Version\\Source Timestamp\\Build Timestamp\\Vendor Name\\Vendor Info\\Compiler", separated by
+/// backslashes; static storage.
 OPCUA_EXPORT const char* OpcUa_P_GetVersion(void);
-/* "name:value" pairs separated by backslashes; static storage. */
+/// "name:value" pairs separated by backslashes; static storage.
 OPCUA_EXPORT const char* OpcUa_P_GetConfigString(void);
 
-/* snprintf of the stack: always terminates, returns what was written without the terminator. A conversion
- * that is not known ("%|") is written as it stands. */
+/// snprintf of the stack: always terminates, returns what was written without the terminator. A conversion
+/// that is not known ("%|") is written as it stands.
 OPCUA_EXPORT int OpcUa_StringA_snprintf(char* buffer, size_t size, const char* format, ...);
 
-/* An id for the calling thread, small enough for a log column, stable for the thread's life. */
+/// An id for the calling thread, small enough for a log column, stable for the thread's life.
 OPCUA_EXPORT OpcUa_UInt32 OpcUa_Thread_GetCurrentThreadId(void);
 
-/* Monotonic milliseconds. */
+/// Monotonic milliseconds.
 OPCUA_EXPORT OpcUa_UInt64 OpcUa_GetTickCount(void);
 
 #ifdef __cplusplus

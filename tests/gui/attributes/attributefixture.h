@@ -65,7 +65,7 @@ protected:
         show(OpcUa_NodeClass_Variable, {{OpcUa_Attributes_Value, UaDataValue(value, status)},
                                         {OpcUa_Attributes_DataType, UaDataValue(UaVariant(dataType))}});
     }
-    // The row that carries the Value.
+    /// The row that carries the Value.
     QModelIndex valueRow() const { return model.index(0, 1, model.index(0, 0)); }
     QModelIndex below(const QModelIndex& parent, int row) const
     {
@@ -76,7 +76,7 @@ protected:
         model.fetchMore(index.siblingAtColumn(0));
         return index;
     }
-    // The value row and what lies below it.
+    /// The value row and what lies below it.
     std::string valueText() const
     {
         const QModelIndex value = valueRow();

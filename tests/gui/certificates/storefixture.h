@@ -33,7 +33,7 @@ public:
         return wanted;
     }
 
-    // With the shared key; the dates are seconds since 1970.
+    /// With the shared key; the dates are seconds since 1970.
     static UaPkiCertificate certificate(const QString& name, qint64 from, qint64 to)
     {
         const QlumOwnCertificate wanted = values(name);
@@ -62,7 +62,7 @@ public:
     }
     static UaString uaPath(const QString& path) { return UaString(path.toUtf8().constData()); }
 
-    // What the openssl program says about a file of ours.
+    /// What the openssl program says about a file of ours.
     static QString openssl(const QStringList& arguments)
     {
         QProcess process;
@@ -99,7 +99,7 @@ private:
     QByteArray m_oldHome;
 };
 
-// No file grows beyond so many bytes while it lives: a full disk.
+/// No file grows beyond so many bytes while it lives: a full disk.
 class FullDisk
 {
 public:

@@ -30,7 +30,7 @@ protected:
         setting.displayName = "Plc";
         setting.sessionName = "test session";
     }
-    // What GetEndpoints answers: one endpoint.
+    /// What GetEndpoints answers: one endpoint.
     static void offerOne(const QlumEndpoint& endpoint)
     {
         FakeStack::instance().on(
@@ -50,7 +50,7 @@ protected:
                 return static_cast<OpcUa_StatusCode>(OpcUa_Good);
             });
     }
-    // What GetEndpoints answers: URL and policy.
+    /// What GetEndpoints answers: URL and policy.
     static void offer(const QVector<QPair<QString, QString>>& endpoints)
     {
         FakeStack::instance().on(

@@ -28,7 +28,7 @@ protected:
     }
 
     static EVP_PKEY* key(const std::string& name = "own") { return testcertificates::key(2048, name); }
-    // Nothing is to be found about it but that nobody trusts it.
+    /// Nothing is to be found about it but that nobody trusts it.
     static Recipe flawless(const std::string& name = "Plc")
     {
         Recipe recipe;
@@ -56,7 +56,7 @@ protected:
         recipe.issuerPair = issuer.empty() ? nullptr : key(issuer);
         return recipe;
     }
-    // Signed by an authority; key identifiers that name nobody are left out, they would have to fit.
+    /// Signed by an authority; key identifiers that name nobody are left out, they would have to fit.
     static Recipe issuedBy(const std::string& issuer, const std::string& name = "Plc")
     {
         Recipe recipe = flawless(name);
@@ -99,7 +99,7 @@ protected:
         model->update();
         return model;
     }
-    // "name (trust status)" from the root down.
+    /// "name (trust status)" from the root down.
     static QStringList chainOf(const QlumCertificateChainModel& model)
     {
         QStringList result;
@@ -109,7 +109,7 @@ protected:
                           ")");
         return result;
     }
-    // "Group/Line [1]: finding", the number being the severity.
+    /// "Group/Line [1]: finding", the number being the severity.
     static QStringList findingsOf(const QlumCertificateChainNode& node)
     {
         QStringList result;

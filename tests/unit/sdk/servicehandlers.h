@@ -8,10 +8,10 @@
 #include <tests/support/fakestack.h>
 #include <uabase/uaarrays.h>
 
-// Blocks that came, by the number of their items.
+/// Blocks that came, by the number of their items.
 using BlockSizes = std::vector<int>;
 
-// Answers each request with as many initialised results as it has items, or with surplus more (or fewer).
+/// Answers each request with as many initialised results as it has items, or with surplus more (or fewer).
 template <typename Request, typename Response, typename Item, typename Result>
 FakeStack::Handler resultsFor(OpcUa_Int32 Request::*itemCount, Item* Request::*,
                               OpcUa_Int32 Response::*resultCount, Result* Response::*results, int surplus = 0,
@@ -34,7 +34,7 @@ FakeStack::Handler resultsFor(OpcUa_Int32 Request::*itemCount, Item* Request::*,
                &OpcUa_##Service##Response::NoOfResults,                                                      \
                &OpcUa_##Service##Response::Results __VA_OPT__(, ) __VA_ARGS__)
 
-// A handler that gets its arguments typed.
+/// A handler that gets its arguments typed.
 template <typename Request, typename Response, typename Function>
 FakeStack::Handler typed(Function function)
 {

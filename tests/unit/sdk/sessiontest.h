@@ -34,16 +34,16 @@ public:
         return overrides;
     }
 
-    std::atomic<bool> overrides{false}; // the answer to connectError
+    std::atomic<bool> overrides{false}; ///< the answer to connectError
 
-    // Whether the statuses become these within the limit.
+    /// Whether the statuses become these within the limit.
     bool waitFor(const std::vector<int>& wanted, std::chrono::milliseconds limit = std::chrono::seconds(10))
     {
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, limit, [&] { return m_statuses == wanted; });
     }
 
-    // Whether that many come within the limit.
+    /// Whether that many come within the limit.
     bool waitForCount(std::size_t count)
     {
         std::unique_lock lock(m_mutex);
@@ -88,10 +88,10 @@ protected:
     }
 
     UaStatus disconnect() { return session.disconnect(UaClientSdk::ServiceSettings(), true); }
-    // Lets the code under test believe that one watchdog time is over.
+    /// Lets the code under test believe that one watchdog time is over.
     void passWatchdogTime() { stack.ticks += session.watchdogTime() + 1; }
 
-    // The same again and again, until the statuses are these.
+    /// The same again and again, until the statuses are these.
     bool passWatchdogTimesUntil(const std::vector<int>& wanted)
     {
         for (int turn = 0; turn < 50; ++turn) {
@@ -101,7 +101,7 @@ protected:
         }
         return false;
     }
-    // One watchdog time, and as many turns of the session thread as show that it does nothing about it.
+    /// One watchdog time, and as many turns of the session thread as show that it does nothing about it.
     bool passWatchdogTimeInVain()
     {
         passWatchdogTime();
@@ -114,6 +114,6 @@ protected:
 
     FakeStack& stack = FakeStack::instance();
     UaClientSdk::SessionConnectInfo info;
-    RecordingCallback callback; // outlives the session
+    RecordingCallback callback; ///< outlives the session
     UaClientSdk::UaSession session;
 };

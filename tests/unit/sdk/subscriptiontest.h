@@ -55,7 +55,7 @@ public:
         add(transactionId, "deleted", text.str());
     }
 
-    // Runs in every callback, before it is remembered.
+    /// Runs in every callback, before it is remembered.
     std::function<void(const std::string& text)> during;
 
     std::vector<std::string> heard()
@@ -63,7 +63,7 @@ public:
         std::lock_guard lock(m_mutex);
         return m_heard;
     }
-    // Whether these are all that is heard within the limit, in this order.
+    /// Whether these are all that is heard within the limit, in this order.
     bool waitFor(const std::vector<std::string>& wanted)
     {
         std::unique_lock lock(m_mutex);
@@ -74,7 +74,7 @@ public:
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, std::chrono::seconds(10), [&] { return m_heard.size() >= count; });
     }
-    // Whether it is heard within the limit, whatever else is.
+    /// Whether it is heard within the limit, whatever else is.
     bool waitForLine(const std::string& line)
     {
         std::unique_lock lock(m_mutex);
@@ -105,7 +105,7 @@ class SubscriptionTest : public SessionTest
 {
 protected:
     using Answer = std::function<OpcUa_StatusCode(OpcUa_PublishResponse&)>;
-    using Values = std::map<OpcUa_UInt32, OpcUa_Int32>; // client handle -> value
+    using Values = std::map<OpcUa_UInt32, OpcUa_Int32>; ///< client handle -> value
 
     void SetUp() override
     {
@@ -163,7 +163,7 @@ protected:
         return session.deleteSubscription(settings, &subscription);
     }
 
-    // The next answer to Publish, which goes out at once when a request is there.
+    /// The next answer to Publish, which goes out at once when a request is there.
     void answer(Answer how)
     {
         {
@@ -194,7 +194,7 @@ protected:
             return static_cast<OpcUa_StatusCode>(OpcUa_Good);
         });
     }
-    // A message with one notification of any type.
+    /// A message with one notification of any type.
     template <typename T>
     void notify(OpcUa_UInt32 id, OpcUa_UInt32 number, const OpcUa_EncodeableType& type,
                 std::function<void(T&)> fill)
@@ -250,7 +250,7 @@ protected:
             });
     }
 
-    // "id:number" of each acknowledgement that came with an answered request.
+    /// "id:number" of each acknowledgement that came with an answered request.
     std::vector<std::string> acknowledged()
     {
         std::lock_guard lock(m_mutex);

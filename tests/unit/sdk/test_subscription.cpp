@@ -259,7 +259,6 @@ TEST_F(SubscriptionTest, StatusNotificationsThatEndASubscriptionAreTheLast)
 }
 
 // ---- callbacks that do things
-// ---------------------------------------------------------------------------------
 
 TEST_F(SubscriptionTest, CallbackMayDeleteItsSubscription)
 {

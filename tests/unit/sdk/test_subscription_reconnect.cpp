@@ -177,7 +177,6 @@ TEST_F(SubscriptionReconnect, RequestThatTheStackDoesNotTakeIsALostLink)
 }
 
 // ---- monitored items
-// ------------------------------------------------------------------------------------------
 
 class MonitoredItems : public SubscriptionTest
 {

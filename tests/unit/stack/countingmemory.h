@@ -5,12 +5,12 @@
 
 namespace countingmemory {
 
-// Blocks that are not freed yet.
+/// Blocks that are not freed yet.
 [[nodiscard]] size_t liveBlocks();
-// The most bytes held at one time since the last reset.
+/// The most bytes held at one time since the last reset.
 [[nodiscard]] size_t peakBytes();
 void resetPeak();
-// The allocation after this many good ones fails, once; a negative number lets all succeed.
+/// The allocation after this many good ones fails, once; a negative number lets all succeed.
 void failAfter(long goodOnes);
 
 } // namespace countingmemory

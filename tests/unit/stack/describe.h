@@ -5,5 +5,5 @@
 
 #include <string>
 
-// "ns=0 kind=numeric id=85"; "-" when no field is set.
+/// "ns=0 kind=numeric id=85"; "-" when no field is set.
 [[nodiscard]] std::string describe(OpcUa_Byte builtInType, const void* value);

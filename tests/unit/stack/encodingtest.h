@@ -16,7 +16,7 @@ using Bytes = std::vector<OpcUa_Byte>;
 [[nodiscard]] Bytes fromHex(std::string_view hex);
 [[nodiscard]] std::string toHex(std::span<const OpcUa_Byte> bytes);
 [[nodiscard]] Bytes operator+(Bytes left, const Bytes& right);
-// The bytes of a number as they go over the wire.
+/// The bytes of a number as they go over the wire.
 template <typename T>
 [[nodiscard]] Bytes wire(T value)
 {
@@ -25,7 +25,7 @@ template <typename T>
 }
 [[nodiscard]] Bytes repeated(const Bytes& pattern, size_t count);
 
-// One line of tests/data/encoding/*.txt.
+/// One line of tests/data/encoding/*.txt.
 struct ReferenceCase
 {
     std::string type;
@@ -35,10 +35,10 @@ struct ReferenceCase
 };
 [[nodiscard]] std::vector<ReferenceCase> referenceCases(const std::string& file);
 
-// 0 when there is no such type.
+/// 0 when there is no such type.
 [[nodiscard]] OpcUa_Byte builtInTypeByName(std::string_view name);
 
-// A value of any built-in type, cleared at the end.
+/// A value of any built-in type, cleared at the end.
 class Value
 {
 public:
@@ -50,7 +50,7 @@ public:
     [[nodiscard]] void* data() { return m_storage.data(); }
     [[nodiscard]] const void* data() const { return m_storage.data(); }
     [[nodiscard]] OpcUa_StatusCode decode(std::span<const OpcUa_Byte> bytes, size_t* consumed = nullptr);
-    [[nodiscard]] Bytes encode() const; // empty on failure
+    [[nodiscard]] Bytes encode() const; ///< empty on failure
     [[nodiscard]] OpcUa_StatusCode copyFrom(const Value& other);
     [[nodiscard]] int compare(const Value& other) const;
 
@@ -65,5 +65,5 @@ private:
     alignas(std::max_align_t) std::array<OpcUa_Byte, 128> m_storage;
 };
 
-// One message with every optional thing in it, for what must hold wherever a message is cut or changed.
+/// One message with every optional thing in it, for what must hold wherever a message is cut or changed.
 [[nodiscard]] const Bytes& readResponseBytes();

@@ -236,7 +236,7 @@ TEST_F(StackCertificates, RefusesWhatIsNoChain)
               OpcUa_BadInvalidArgument);
 }
 
-// ---- crypto providers -----------------------------------------------------------------------------------
+// ---- crypto providers
 
 class StackCryptoProvider : public testing::TestWithParam<const char*>
 {

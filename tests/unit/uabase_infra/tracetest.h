@@ -55,7 +55,7 @@ protected:
     {
         return UaTrace::initTrace(level, maximum, backups, UaString(trace), "tavelin");
     }
-    // What follows the header.
+    /// What follows the header.
     static std::vector<std::string> records(const std::string& path)
     {
         std::vector<std::string> result;
@@ -64,7 +64,7 @@ protected:
                 result.push_back(line);
         return result;
     }
-    // Behind the time, level and thread.
+    /// Behind the time, level and thread.
     static std::vector<std::string> texts(const std::string& path)
     {
         std::vector<std::string> result;
