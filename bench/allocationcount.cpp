@@ -1,4 +1,4 @@
-#include "allocationcount.h"
+#include <bench/allocationcount.h>
 
 #include <atomic>
 

@@ -1,9 +1,9 @@
 // What a session costs that is connected and left alone: wake-ups and CPU time of this process, the server
 // being another one.
-#include "budgets.h"
-#include "responder.h"
+#include <bench/budgets.h>
+#include <bench/responder.h>
 
-#include <uabase/uaplatformlayer.h>
+#include <uabase/system/uaplatformlayer.h>
 #include <uaclientsdk/uasession.h>
 
 #include <chrono>

@@ -1,9 +1,9 @@
 // Bulk answers decoded and encoded, against hand-written passes over the same bytes in the same run, and what
 // they take from the heap.
-#include "allocationcount.h"
-#include "bulkmessages.h"
-#include "codecyardsticks.h"
-#include "medians.h"
+#include <bench/allocationcount.h>
+#include <bench/bulkmessages.h>
+#include <bench/codecyardsticks.h>
+#include <bench/medians.h>
 
 #include <stack/encoding/messagecodec.h>
 

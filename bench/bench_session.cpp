@@ -1,10 +1,10 @@
 // What a session adds to the stack's own call: CPU time of this process, the server being another one. Every
 // round measures both, so that a busy moment hits both alike.
-#include "budgets.h"
-#include "stackclient.h"
+#include <bench/budgets.h>
+#include <bench/stackclient.h>
 
 #include <tests/support/temporaryfolder.h>
-#include <uabase/uaplatformlayer.h>
+#include <uabase/system/uaplatformlayer.h>
 #include <uaclientsdk/uasession.h>
 
 #include <cstdlib>

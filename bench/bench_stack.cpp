@@ -1,8 +1,8 @@
 // What the stack costs its client over loopback: CPU time of this process, the server being another one.
 // Every round measures all cases, so that a busy moment hits all alike; medians of the rounds are compared.
-#include "budgets.h"
-#include "rawloops.h"
-#include "stackclient.h"
+#include <bench/budgets.h>
+#include <bench/rawloops.h>
+#include <bench/stackclient.h>
 
 #include <tests/support/temporaryfolder.h>
 

@@ -12,7 +12,7 @@
 #include <bench/medians.h>
 #include <benchmark/benchmark.h>
 #include <opcua/opcua.h>
-#include <uabase/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericstructurevalue.h>
 
 namespace {
 

@@ -1,11 +1,11 @@
 // What a subscription of 10,000 items costs its client: CPU time of this process, from the socket to
 // dataChange. The server is another process, which answers each Publish at once.
-#include "budgets.h"
-#include "bulkmessages.h"
+#include <bench/budgets.h>
+#include <bench/bulkmessages.h>
 
 #include <stack/encoding/messagecodec.h>
 #include <tests/protocol/loopbackpeer.h>
-#include <uabase/uaplatformlayer.h>
+#include <uabase/system/uaplatformlayer.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasubscription.h>
 

@@ -1,4 +1,4 @@
-#include "bulkmessages.h"
+#include <bench/bulkmessages.h>
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "codecyardsticks.h"
+#include <bench/codecyardsticks.h>
 
 #include <opcua/opcua.h>
 

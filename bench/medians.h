@@ -1,7 +1,7 @@
 // Benchmarks of one run compared by their medians, and the lines that ./dev bench reads.
 #pragma once
 
-#include "budgets.h"
+#include <bench/budgets.h>
 
 #include <map>
 #include <string>

@@ -1,5 +1,5 @@
 // A process that does nothing: what one takes without the stack.
-#include "processmemory.h"
+#include <bench/processmemory.h>
 
 #include <cstdio>
 

@@ -1,6 +1,6 @@
-#include "rawloops.h"
+#include <bench/rawloops.h>
 
-#include "responder.h"
+#include <bench/responder.h>
 
 #include <stack/transport/uniquefd.h>
 

@@ -1,4 +1,4 @@
-#include "responder.h"
+#include <bench/responder.h>
 
 #include <stack/core/byteio.h>
 #include <stack/core/serverchannel.h>

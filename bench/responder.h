@@ -2,7 +2,7 @@
 // is the client alone.
 #pragma once
 
-#include "bulkmessages.h"
+#include <bench/bulkmessages.h>
 
 #include <stack/security/policyprofile.h>
 

@@ -1,4 +1,4 @@
-#include "stackclient.h"
+#include <bench/stackclient.h>
 
 #include <condition_variable>
 #include <cstdio>

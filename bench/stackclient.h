@@ -1,7 +1,7 @@
 // The stack's C interface as a client of the responder.
 #pragma once
 
-#include "responder.h"
+#include <bench/responder.h>
 
 #include <opcua/opcua.h>
 

@@ -1,7 +1,7 @@
 // What a certificate's status means and what to do about it.
 #pragma once
 #include <QString>
-#include <uabase/uastatuscode.h>
+#include <uabase/values/uastatuscode.h>
 
 /// One sentence; "No description available" for a status that has none.
 [[nodiscard]] QString qlumCertificateStatusDescription(const UaStatusCode& status);

@@ -2,7 +2,7 @@
 #include <QAbstractItemModel>
 #include <certificates/qlumcertificatechainnode.h>
 #include <certificates/qlumcertificatechecks.h>
-#include <uabase/uastatus.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 
 #include <set>

@@ -6,7 +6,7 @@
 #include <certificates/qlumnewcertificatedlg.h>
 #include <certificates/qlumowncertificate.h>
 #include <certificates/qlumstorepages.h>
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 
 #include <QClipboard>
 #include <QDir>

@@ -1,7 +1,7 @@
 #pragma once
 #include <QDialog>
 #include <uabase/uapkicpp/uapkicertificate.h>
-#include <uabase/uastatuscode.h>
+#include <uabase/values/uastatuscode.h>
 
 class QDialogButtonBox;
 

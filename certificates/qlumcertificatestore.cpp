@@ -1,7 +1,7 @@
 #include <certificates/qlumcertificatestore.h>
 
 #include <app/api/qlumtext.h>
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 
 namespace {
 QString below(const QString& relative)

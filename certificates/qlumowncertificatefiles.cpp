@@ -7,7 +7,7 @@
 #include <certificates/qlumowncertificate.h>
 
 #include <app/api/qlumtext.h>
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 
 #include <QCoreApplication>
 #include <QDir>

@@ -3,7 +3,7 @@
 #include <app/api/qlumtext.h>
 #include <certificates/qlumthumbprint.h>
 #include <certificates/qlumtlstrust.h>
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 
 #include <QCryptographicHash>

@@ -8,7 +8,7 @@
 #include <app/api/qlumuatrace.h>
 #include <certificates/qlumcertificatedialog.h>
 #include <certificates/qlumcertificatestore.h>
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 
 namespace {

@@ -2,8 +2,8 @@
 // them up: PEM files named after the hash of the subject and a number.
 #pragma once
 #include <QString>
-#include <uabase/uabytestring.h>
-#include <uabase/uastatuscode.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
 
 class QWidget;
 class UaPkiCertificate;

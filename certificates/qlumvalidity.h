@@ -2,7 +2,7 @@
 #pragma once
 #include <QIcon>
 #include <QString>
-#include <uabase/uadatetime.h>
+#include <uabase/values/uadatetime.h>
 
 /// The numbers are those of the entries' validState().
 enum QlumValidity { QlumValid = 0, QlumNotYetValid = 1, QlumExpiresSoon = 2, QlumExpired = 3 };

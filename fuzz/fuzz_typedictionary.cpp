@@ -1,9 +1,9 @@
 // A type dictionary, a zero byte, and a body for each structure that it defines. What can be decoded must
 // survive being written and read again, as bytes and as text.
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
-#include <uabase/uatypedictionary.h>
-#include <uabase/uavaluetext.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uatypedictionary.h>
+#include <uabase/text/uavaluetext.h>
 
 #include <algorithm>
 #include <cstdint>

@@ -5,8 +5,8 @@
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
-#include <uabase/uaqualifiedname.h>
-#include <uabase/uavariant.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uavariant.h>
 
 #include <array>
 

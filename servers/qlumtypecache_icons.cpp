@@ -6,8 +6,8 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
-#include <uabase/uaqualifiedname.h>
-#include <uabase/uavariant.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uavariant.h>
 
 #include <array>
 

@@ -1,16 +1,16 @@
 # Trace, folders, threads, platform layer and XML of the base library.
 set(UABASE_INFRASTRUCTURE_SOURCES
-    uadir.cpp
-    uadirfile.cpp
-    uaescape.cpp
-    uamutex.cpp
-    uaplatformlayer.cpp
-    uasemaphore.cpp
-    uathread.cpp
-    uathreadpool.cpp
-    uatrace.cpp
-    uatracefile.cpp
-    uatracehook.cpp
-    uatracerecord.cpp
-    uaxmldocument.cpp)
+    system/uadir.cpp
+    system/uadirfile.cpp
+    text/uaescape.cpp
+    system/uamutex.cpp
+    system/uaplatformlayer.cpp
+    system/uasemaphore.cpp
+    system/uathread.cpp
+    system/uathreadpool.cpp
+    system/uatrace.cpp
+    system/uatracefile.cpp
+    system/uatracehook.cpp
+    system/uatracerecord.cpp
+    text/uaxmldocument.cpp)
 list(TRANSFORM UABASE_INFRASTRUCTURE_SOURCES PREPEND ${CMAKE_CURRENT_LIST_DIR}/)

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <opcua/opcua_types.h>
-#include <uabase/uadatetime.h>
-#include <uabase/uanodeid.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uanodeid.h>
 
 namespace UaClientSdk {
 

@@ -1,7 +1,7 @@
 // Who is told what is wrong with a server's certificate.
 #pragma once
 
-#include <uabase/uabytestring.h>
+#include <uabase/values/uabytestring.h>
 
 namespace UaClientSdk {
 

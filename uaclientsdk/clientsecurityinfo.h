@@ -2,9 +2,9 @@
 #pragma once
 
 #include <functional>
-#include <uabase/uabytestring.h>
-#include <uabase/uastatus.h>
-#include <uabase/uastring.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,9 @@
 // What to read from history and how, OPC 10000-11, 6.4.
 #pragma once
 
-#include <uabase/uaarrays.h>
-#include <uabase/uabytestring.h>
-#include <uabase/uadatetime.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,9 @@
 // One method to call, and what it answered; OPC 10000-4, 5.11.2.
 #pragma once
 
-#include <uabase/uaarrays.h>
-#include <uabase/uanodeid.h>
-#include <uabase/uastatus.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,9 @@
 // What to query, OPC 10000-4, 5.9.3, and what comes back with the data.
 #pragma once
 
-#include <uabase/uaarrays.h>
-#include <uabase/uadatetime.h>
-#include <uabase/uanodeid.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uanodeid.h>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,9 @@
 // What a caller may say about one service call.
 #pragma once
 
-#include <uabase/uaarrays.h>
-#include <uabase/uadatetime.h>
-#include <uabase/uastring.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
 
 namespace UaClientSdk {
 

@@ -1,8 +1,8 @@
 // What a session asks for when it connects.
 #pragma once
 
-#include <uabase/uaarrays.h>
-#include <uabase/uastring.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/uaclient.h>
 
 namespace UaClientSdk {

@@ -3,9 +3,9 @@
 
 #include <memory>
 #include <opcua/opcua_types.h>
-#include <uabase/uaarrays.h>
-#include <uabase/uabytestring.h>
-#include <uabase/uastatus.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/certificatevalidationcallback.h>
 #include <uaclientsdk/clientsecurityinfo.h>
 #include <uaclientsdk/useridentitytoken.h>

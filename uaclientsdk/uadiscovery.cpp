@@ -2,10 +2,10 @@
 
 #include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/uatrace.h>
-#include <uaclientsdk/endpointurl.h>
-#include <uaclientsdk/stackcall.h>
-#include <uaclientsdk/uadiscovery_p.h>
+#include <uabase/system/uatrace.h>
+#include <uaclientsdk/connection/endpointurl.h>
+#include <uaclientsdk/discovery/uadiscovery_p.h>
+#include <uaclientsdk/services/stackcall.h>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,9 @@
 // Discovery services, each over a short-lived unsecured channel of its own.
 #pragma once
 
-#include <uabase/uaarrays.h>
-#include <uabase/uastatus.h>
-#include <uabase/uastring.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/clientsecurityinfo.h>
 #include <uaclientsdk/servicesettings.h>
 

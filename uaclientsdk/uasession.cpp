@@ -1,7 +1,7 @@
 #include <uaclientsdk/uasession.h>
 
-#include <uabase/uatrace.h>
-#include <uaclientsdk/endpointurl.h>
+#include <uabase/system/uatrace.h>
+#include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/uasession_p.h>
 
 namespace UaClientSdk {

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <opcua/opcua_types.h>
-#include <uabase/uaarrays.h>
-#include <uabase/uadatatypedictionary.h>
-#include <uabase/uanodeid.h>
-#include <uabase/uarefcounter.h>
-#include <uabase/uastatus.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/system/uarefcounter.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/browsecontext.h>
 #include <uaclientsdk/certificatevalidationcallback.h>
 #include <uaclientsdk/historycontexts.h>

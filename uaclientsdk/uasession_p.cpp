@@ -5,8 +5,8 @@
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/uatrace.h>
-#include <uabase/uavariant.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
 
 namespace UaClientSdk {

@@ -3,14 +3,14 @@
 
 #include <memory>
 
-#include <uabase/uarefcounter.h>
-#include <uabase/uathread.h>
-#include <uaclientsdk/channelconnector.h>
-#include <uaclientsdk/connectionmonitor.h>
-#include <uaclientsdk/datatypedefinitions.h>
-#include <uaclientsdk/sessionactivator.h>
-#include <uaclientsdk/sessioncontext.h>
-#include <uaclientsdk/subscriptionmanager.h>
+#include <uabase/system/uarefcounter.h>
+#include <uabase/system/uathread.h>
+#include <uaclientsdk/connection/channelconnector.h>
+#include <uaclientsdk/connection/connectionmonitor.h>
+#include <uaclientsdk/connection/sessionactivator.h>
+#include <uaclientsdk/connection/sessioncontext.h>
+#include <uaclientsdk/subscription/subscriptionmanager.h>
+#include <uaclientsdk/types/datatypedefinitions.h>
 
 namespace UaClientSdk {
 

@@ -1,11 +1,11 @@
 // What an application is told of its sessions.
 #pragma once
 
-#include <uabase/uaarrays.h>
-#include <uabase/uabytestring.h>
-#include <uabase/uastatus.h>
-#include <uaclientsdk/historyresults.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/methodcall.h>
+#include <uaclientsdk/services/historyresults.h>
 #include <uaclientsdk/uaclient.h>
 
 namespace UaClientSdk {

@@ -1,10 +1,10 @@
 #include <uaclientsdk/uasubscription.h>
 
 #include <opcua/opcua_statuscodes.h>
-#include <uaclientsdk/asyncblockservice.h>
-#include <uaclientsdk/subscriptionitems.h>
-#include <uaclientsdk/subscriptionservices.h>
-#include <uaclientsdk/uasubscription_p.h>
+#include <uaclientsdk/services/asyncblockservice.h>
+#include <uaclientsdk/subscription/subscriptionitems.h>
+#include <uaclientsdk/subscription/subscriptionservices.h>
+#include <uaclientsdk/subscription/uasubscription_p.h>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,9 @@
 // One subscription of a session.
 #pragma once
 
-#include <uabase/uaarrays.h>
-#include <uabase/uarefcounter.h>
-#include <uabase/uastatus.h>
+#include <uabase/system/uarefcounter.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/subscriptionsettings.h>
 #include <uaclientsdk/uasubscriptioncallback.h>

@@ -1,8 +1,8 @@
 // What an application is told of its subscriptions.
 #pragma once
 
-#include <uabase/uaarrays.h>
-#include <uabase/uastatus.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uastatus.h>
 
 namespace UaClientSdk {
 

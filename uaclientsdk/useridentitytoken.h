@@ -4,9 +4,9 @@
 #include <memory>
 
 #include <opcua/opcua_types.h>
-#include <uabase/uabytestring.h>
-#include <uabase/uastring.h>
-#include <uaclientsdk/secretbytes.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/connection/secretbytes.h>
 
 namespace UaClientSdk {
 

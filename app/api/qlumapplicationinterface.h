@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <QVariant>
 #include <opcua/opcua_types.h>
-#include <uabase/uaarrays.h>
+#include <uabase/values/uaarrays.h>
 
 class QAction;
 class QDockWidget;

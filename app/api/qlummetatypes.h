@@ -3,9 +3,9 @@
 #include <QMetaType>
 #include <app/api/qlumconnectionstatus.h>
 #include <opcua/opcua_types.h>
-#include <uabase/uadatatypedictionary.h>
-#include <uabase/uanodeid.h>
-#include <uabase/uavariant.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
 
 Q_DECLARE_METATYPE(UaNodeId)
 Q_DECLARE_METATYPE(UaVariant)

@@ -3,7 +3,7 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumprojectnode.h>
 #include <opcua/opcua_platform.h>
-#include <uabase/uaarrays.h>
+#include <uabase/values/uaarrays.h>
 
 class QSettings;
 class QWidget;

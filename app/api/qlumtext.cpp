@@ -3,7 +3,7 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/uastatus.h>
+#include <uabase/values/uastatus.h>
 
 #include <array>
 #include <limits>

@@ -3,7 +3,7 @@
 #include <QDateTime>
 #include <QString>
 #include <opcua/opcua_builtintypes.h>
-#include <uabase/uastring.h>
+#include <uabase/values/uastring.h>
 
 /// Invalid UTF-8 becomes replacement characters; a null string becomes a null QString.
 [[nodiscard]] QString toQString(const UaString& text);

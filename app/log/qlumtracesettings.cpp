@@ -2,9 +2,9 @@
 
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
-#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/settings/qlumsettingsmodel.h>
 #include <opcua/opcua_channel.h>
-#include <uabase/uatrace.h>
+#include <uabase/system/uatrace.h>
 
 #include <QCoreApplication>
 #include <QDir>

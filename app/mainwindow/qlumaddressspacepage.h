@@ -2,7 +2,7 @@
 #include <QPointer>
 #include <QWidget>
 #include <opcua/opcua_types.h>
-#include <uabase/uanodeid.h>
+#include <uabase/values/uanodeid.h>
 
 #include <functional>
 

@@ -3,7 +3,7 @@
 #include <app/api/qlumuatrace.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumrecentfiles.h>
-#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/settings/qlumsettingsmodel.h>
 
 #include <QAction>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include <app/mainwindow/qlumrecentfiles.h>
 
-#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/settings/qlumsettingsmodel.h>
 
 #include <QDir>
 #include <QFileInfo>

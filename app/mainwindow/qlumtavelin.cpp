@@ -12,13 +12,13 @@
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumrecentfiles.h>
 #include <app/mainwindow/qlumservercommands.h>
-#include <app/mainwindow/qlumsettingsmodel.h>
 #include <app/mainwindow/qlumupdatecheck.h>
+#include <app/mainwindow/qlumupdatedialog.h>
 #include <app/pluginloader/qlumdirector.h>
 #include <app/project/qlumprojectfile.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
-#include <app/startup/qlumupdatedialog.h>
+#include <app/settings/qlumsettingsmodel.h>
 
 #include <QAction>
 #include <QCloseEvent>

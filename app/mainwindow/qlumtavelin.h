@@ -4,7 +4,7 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/pluginloader/qlumpluginloader.h>
-#include <uabase/uatracehook.h>
+#include <uabase/system/uatracehook.h>
 
 #include <atomic>
 #include <memory>

@@ -4,13 +4,13 @@
 #include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlumprojectsession.h>
-#include <app/mainwindow/qlumsettingsmodel.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/pluginloader/qlumdirector.h>
 #include <app/project/qlumprojectmodel.h>
+#include <app/settings/qlumsettingsmodel.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/addressspace/qlumnodemimedata.h>
-#include <uabase/uaenumdefinition.h>
+#include <uabase/structures/uaenumdefinition.h>
 
 #include <QMimeData>
 

@@ -10,16 +10,16 @@
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumrecentfiles.h>
 #include <app/mainwindow/qlumservercommands.h>
-#include <app/mainwindow/qlumsettingsdialog.h>
-#include <app/mainwindow/qlumsettingsmodel.h>
 #include <app/mainwindow/qlumtavelin.h>
+#include <app/mainwindow/qlumtipwindow.h>
 #include <app/mainwindow/qlumupdatecheck.h>
 #include <app/pluginloader/qlumdirector.h>
 #include <app/pluginloader/qlumplugindialog.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
-#include <app/startup/qlumtipwindow.h>
-#include <uabase/uanodeid.h>
+#include <app/settings/qlumsettingsdialog.h>
+#include <app/settings/qlumsettingsmodel.h>
+#include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumemptydocument.h>
 
 #include <QAction>

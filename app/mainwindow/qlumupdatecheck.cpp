@@ -1,7 +1,7 @@
 #include <app/mainwindow/qlumupdatecheck.h>
 
 #include <app/api/qlumuatrace.h>
-#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/settings/qlumsettingsmodel.h>
 
 #include <QDateTime>
 #include <QDesktopServices>

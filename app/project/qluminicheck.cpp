@@ -1,7 +1,7 @@
 #include <app/project/qluminicheck.h>
 
 #include <app/api/qlumtext.h>
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -7,7 +7,7 @@
 #include <app/project/qluminicheck.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 
 #include <QCoreApplication>
 #include <QDir>

@@ -2,7 +2,7 @@
 
 #include <app/api/qlumtext.h>
 #include <app/project/qluminicheck.h>
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 
 #include <QCoreApplication>
 #include <QDir>

@@ -3,13 +3,13 @@
 #include <app/api/qlumsplashscreen.h>
 #include <app/api/qlumuatrace.h>
 #include <app/mainwindow/qlumtavelin.h>
+#include <app/mainwindow/qlumtipwindow.h>
 #include <app/startup/qlumfolders.h>
 #include <app/startup/qlumservices.h>
 #include <app/startup/qlumsettingsfile.h>
-#include <app/startup/qlumtipwindow.h>
 #include <certificates/qlumcertificates.h>
-#include <uabase/uaplatformlayer.h>
-#include <uabase/uaxmldocument.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/text/uaxmldocument.h>
 
 #include <QApplication>
 #include <QDir>

@@ -2,7 +2,7 @@
 #include <QIcon>
 #include <QString>
 #include <opcua/opcua_types.h>
-#include <uabase/uanodeid.h>
+#include <uabase/values/uanodeid.h>
 
 #include <memory>
 #include <unordered_set>

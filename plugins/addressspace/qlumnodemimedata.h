@@ -2,7 +2,7 @@
 #pragma once
 #include <QByteArray>
 #include <QString>
-#include <uabase/uanodeid.h>
+#include <uabase/values/uanodeid.h>
 
 #include <vector>
 

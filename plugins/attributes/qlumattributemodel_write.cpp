@@ -7,7 +7,7 @@
 #include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/uanamespacezero.h>
+#include <uabase/structures/uanamespacezero.h>
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 #include <QCoreApplication>
 #include <QString>
 #include <plugins/attributes/qlumvaluepath.h>
-#include <uabase/uadatavalue.h>
+#include <uabase/values/uadatavalue.h>
 
 class QlumApplicationInterface;
 

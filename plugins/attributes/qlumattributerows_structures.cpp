@@ -2,8 +2,8 @@
 #include <plugins/attributes/qlumattributerows.h>
 
 #include <app/api/qlumtext.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
 
 namespace {
 constexpr QlumValueStep detail{QlumValueStep::Detail, 0};

@@ -1,5 +1,5 @@
 #pragma once
-#include <uabase/uanodeid.h>
+#include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumbasewidget.h>
 
 class QComboBox;

@@ -1,9 +1,9 @@
 #include <plugins/attributes/qlumvaluepath.h>
 
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
-#include <uabase/uanamespacezero.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uanamespacezero.h>
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Parts of a value: what they are, and how the whole looks when one of them is replaced.
 #pragma once
 #include <plugins/attributes/qlumattributenode.h>
-#include <uabase/uadatatypedictionary.h>
-#include <uabase/uavariant.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/values/uavariant.h>
 
 #include <span>
 

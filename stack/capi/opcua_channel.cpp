@@ -1,7 +1,7 @@
 #include <opcua/opcua_channel.h>
 
-#include "guard.h"
-#include "validation.h"
+#include <stack/capi/guard.h>
+#include <stack/capi/validation.h>
 
 #include <stack/transport/servicecall.h>
 

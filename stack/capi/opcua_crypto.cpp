@@ -1,11 +1,11 @@
 #include <opcua/opcua_crypto.h>
 
-#include "guard.h"
-#include "validation.h"
+#include <stack/capi/guard.h>
+#include <stack/capi/validation.h>
 
+#include <stack/core/secret.h>
 #include <stack/security/privatekey.h>
 #include <stack/security/rsaoperations.h>
-#include <stack/security/secret.h>
 
 using opcua::ByteView;
 using opcua::guarded;

@@ -1,6 +1,6 @@
 #include <opcua/opcua_channel.h>
 
-#include "guard.h"
+#include <stack/capi/guard.h>
 
 #include <stack/security/securitypolicies.h>
 #include <stack/transport/runtime.h>

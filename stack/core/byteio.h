@@ -1,7 +1,7 @@
 // Little-endian numbers in byte sequences: the few that headers need.
 #pragma once
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 #include <optional>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "channelengine.h"
+#include <stack/core/channelengine.h>
 
 namespace opcua {
 

@@ -1,7 +1,7 @@
 // What both roles of a secure channel are made of: bytes come in, are cut into frames and given to the role.
 #pragma once
 
-#include "secureconversation.h"
+#include <stack/core/secureconversation.h>
 
 namespace opcua {
 

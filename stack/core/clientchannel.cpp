@@ -1,8 +1,8 @@
-#include "clientchannel.h"
+#include <stack/core/clientchannel.h>
 
-#include "transportmessages.h"
+#include <stack/core/transportmessages.h>
 
-#include <stack/security/secret.h>
+#include <stack/core/secret.h>
 
 #include <opcua/opcua_statuscodes.h>
 

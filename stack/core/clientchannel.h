@@ -2,9 +2,9 @@
 // the next deadline out. No sockets, threads, clocks or log inside. One thread at a time.
 #pragma once
 
-#include "channelengine.h"
-#include "openmessages.h"
-#include "requesttable.h"
+#include <stack/core/channelengine.h>
+#include <stack/core/openmessages.h>
+#include <stack/core/requesttable.h>
 
 #include <string>
 

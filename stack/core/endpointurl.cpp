@@ -1,6 +1,6 @@
-#include "endpointurl.h"
+#include <stack/core/endpointurl.h>
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 #include <opcua/opcua_statuscodes.h>
 

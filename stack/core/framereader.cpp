@@ -1,6 +1,6 @@
-#include "framereader.h"
+#include <stack/core/framereader.h>
 
-#include "byteio.h"
+#include <stack/core/byteio.h>
 
 #include <opcua/opcua_statuscodes.h>
 

@@ -1,7 +1,7 @@
 // Cuts a byte stream into frames: whole messages of the connection protocol or whole chunks.
 #pragma once
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 namespace opcua {
 

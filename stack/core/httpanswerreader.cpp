@@ -1,4 +1,4 @@
-#include "httpanswerreader.h"
+#include <stack/core/httpanswerreader.h>
 
 #include <opcua/opcua_statuscodes.h>
 

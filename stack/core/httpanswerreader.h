@@ -1,7 +1,7 @@
 // Cuts a byte stream into HTTP answers, within limits that hold before memory is taken. No I/O.
 #pragma once
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 #include <http_parser.h>
 

@@ -1,4 +1,4 @@
-#include "httppace.h"
+#include <stack/core/httppace.h>
 
 #include <opcua/opcua_identifiers.h>
 

@@ -1,7 +1,7 @@
 // Which HTTP connection a request takes, so that none waits in vain behind another.
 #pragma once
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 #include <optional>
 

@@ -1,4 +1,4 @@
-#include "httppipeline.h"
+#include <stack/core/httppipeline.h>
 
 #include <opcua/opcua_statuscodes.h>
 

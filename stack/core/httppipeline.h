@@ -3,8 +3,8 @@
 // at a time.
 #pragma once
 
-#include "httpanswerreader.h"
-#include "httppace.h"
+#include <stack/core/httpanswerreader.h>
+#include <stack/core/httppace.h>
 
 #include <array>
 #include <deque>

@@ -1,4 +1,4 @@
-#include "messageassembler.h"
+#include <stack/core/messageassembler.h>
 
 namespace opcua {
 

@@ -1,7 +1,7 @@
 // Puts the chunks of messages together again, by request id.
 #pragma once
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 #include <unordered_map>
 

@@ -1,6 +1,6 @@
-#include "openmessages.h"
+#include <stack/core/openmessages.h>
 
-#include "byteio.h"
+#include <stack/core/byteio.h>
 
 #include <opcua/opcua_statuscodes.h>
 #include <stack/encoding/messagecodec.h>

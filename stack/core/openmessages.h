@@ -1,7 +1,7 @@
 // Bodies of the messages that open, renew and close a secure channel, OPC 10000-4, 5.5.
 #pragma once
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 #include <opcua/opcua_types.h>
 

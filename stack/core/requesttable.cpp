@@ -1,4 +1,4 @@
-#include "requesttable.h"
+#include <stack/core/requesttable.h>
 
 namespace opcua {
 

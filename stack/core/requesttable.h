@@ -1,7 +1,7 @@
 // The calls that wait for an answer, and when they give up.
 #pragma once
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 #include <unordered_map>
 

@@ -1,7 +1,7 @@
-#include "secureconversation.h"
+#include <stack/core/secureconversation.h>
 
-#include "byteio.h"
-#include "transportmessages.h"
+#include <stack/core/byteio.h>
+#include <stack/core/transportmessages.h>
 
 #include <opcua/opcua_statuscodes.h>
 

@@ -2,9 +2,9 @@
 // server roles share it; the state of the channel is theirs.
 #pragma once
 
-#include "framereader.h"
-#include "messageassembler.h"
-#include "securitypolicy.h"
+#include <stack/core/framereader.h>
+#include <stack/core/messageassembler.h>
+#include <stack/core/securitypolicy.h>
 
 namespace opcua {
 

@@ -1,9 +1,9 @@
 // The seam between a secure channel and the cryptography of its security policy.
 #pragma once
 
-#include "sequencenumber.h"
+#include <stack/core/sequencenumber.h>
 
-#include <stack/security/secret.h>
+#include <stack/core/secret.h>
 
 #include <opcua/opcua_types.h>
 

@@ -1,4 +1,4 @@
-#include "securitypolicy.h"
+#include <stack/core/securitypolicy.h>
 
 #include <opcua/opcua_channel.h>
 

@@ -1,7 +1,7 @@
 // Sequence numbers of chunks, OPC 10000-6, 6.7.2.4: one line of numbers for each direction of a channel.
 #pragma once
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 namespace opcua {
 

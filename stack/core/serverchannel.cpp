@@ -1,8 +1,8 @@
-#include "serverchannel.h"
+#include <stack/core/serverchannel.h>
 
-#include "transportmessages.h"
+#include <stack/core/transportmessages.h>
 
-#include <stack/security/secret.h>
+#include <stack/core/secret.h>
 
 #include <opcua/opcua_statuscodes.h>
 

@@ -2,8 +2,8 @@
 // serves tests and tools that need a peer with no network between.
 #pragma once
 
-#include "channelengine.h"
-#include "openmessages.h"
+#include <stack/core/channelengine.h>
+#include <stack/core/openmessages.h>
 
 #include <string>
 

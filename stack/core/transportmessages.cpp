@@ -1,7 +1,7 @@
-#include "transportmessages.h"
+#include <stack/core/transportmessages.h>
 
-#include "byteio.h"
-#include "framereader.h"
+#include <stack/core/byteio.h>
+#include <stack/core/framereader.h>
 
 namespace opcua {
 

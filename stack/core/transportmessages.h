@@ -1,7 +1,7 @@
 // Hello, Acknowledge and Error, OPC 10000-6, 7.1.2.
 #pragma once
 
-#include "protocol.h"
+#include <stack/core/protocol.h>
 
 #include <string>
 #include <string_view>

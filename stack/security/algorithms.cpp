@@ -1,4 +1,4 @@
-#include "algorithms.h"
+#include <stack/security/algorithms.h>
 
 #include <openssl/rand.h>
 

@@ -1,8 +1,8 @@
 // Algorithms of the crypto library, looked up once: a look-up takes locks and outweighs a small message.
 #pragma once
 
-#include "handles.h"
-#include "policyprofile.h"
+#include <stack/security/handles.h>
+#include <stack/security/policyprofile.h>
 
 #include <array>
 #include <optional>

@@ -1,8 +1,8 @@
-#include "asymmetricprotection.h"
+#include <stack/security/asymmetricprotection.h>
 
-#include "padding.h"
-#include "rsaoperations.h"
-#include "secret.h"
+#include <stack/core/secret.h>
+#include <stack/security/padding.h>
+#include <stack/security/rsaoperations.h>
 
 namespace opcua {
 

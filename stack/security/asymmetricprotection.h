@@ -1,9 +1,9 @@
 // Open chunks: signed with the sender's key, encrypted for the receiver, OPC 10000-6, 6.7.2.
 #pragma once
 
-#include "certificate.h"
-#include "policyprofile.h"
-#include "privatekey.h"
+#include <stack/security/certificate.h>
+#include <stack/security/policyprofile.h>
+#include <stack/security/privatekey.h>
 
 #include <stack/core/securitypolicy.h>
 

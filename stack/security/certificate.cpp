@@ -1,4 +1,4 @@
-#include "certificate.h"
+#include <stack/security/certificate.h>
 
 #include <openssl/err.h>
 #include <openssl/x509v3.h>

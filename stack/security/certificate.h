@@ -1,7 +1,7 @@
 // Certificates as they come over the wire, taken apart once.
 #pragma once
 
-#include "algorithms.h"
+#include <stack/security/algorithms.h>
 
 #include <memory>
 #include <span>

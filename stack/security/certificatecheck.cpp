@@ -1,6 +1,6 @@
-#include "certificatecheck.h"
+#include <stack/security/certificatecheck.h>
 
-#include "certificate.h"
+#include <stack/security/certificate.h>
 
 #include <opcua/opcua_statuscodes.h>
 

@@ -1,9 +1,9 @@
 // Judges a peer's certificate by the folders of a certificate store.
 #pragma once
 
-#include "certificatefinding.h"
-#include "pkifolders.h"
-#include "policyprofile.h"
+#include <stack/security/certificatefinding.h>
+#include <stack/security/pkifolders.h>
+#include <stack/security/policyprofile.h>
 
 #include <functional>
 

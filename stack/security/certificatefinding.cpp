@@ -1,4 +1,4 @@
-#include "certificatefinding.h"
+#include <stack/security/certificatefinding.h>
 
 #include <opcua/opcua_statuscodes.h>
 

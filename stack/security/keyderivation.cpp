@@ -1,6 +1,6 @@
-#include "keyderivation.h"
+#include <stack/security/keyderivation.h>
 
-#include "algorithms.h"
+#include <stack/security/algorithms.h>
 
 #include <openssl/core_names.h>
 

@@ -1,8 +1,8 @@
 // Keys of a security token out of the two nonces, OPC 10000-6, 6.7.5.
 #pragma once
 
-#include "policyprofile.h"
-#include "secret.h"
+#include <stack/core/secret.h>
+#include <stack/security/policyprofile.h>
 
 #include <optional>
 

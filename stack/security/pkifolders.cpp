@@ -1,4 +1,4 @@
-#include "pkifolders.h"
+#include <stack/security/pkifolders.h>
 
 #include <openssl/err.h>
 #include <openssl/pem.h>

@@ -1,7 +1,7 @@
 // The folders of a certificate store, as a channel's check reads them.
 #pragma once
 
-#include "certificate.h"
+#include <stack/security/certificate.h>
 
 #include <string>
 #include <vector>

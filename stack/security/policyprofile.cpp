@@ -1,4 +1,4 @@
-#include "policyprofile.h"
+#include <stack/security/policyprofile.h>
 
 #include <opcua/opcua_channel.h>
 

@@ -1,4 +1,4 @@
-#include "privatekey.h"
+#include <stack/security/privatekey.h>
 
 #include <openssl/err.h>
 

@@ -1,7 +1,7 @@
 // Private keys in memory.
 #pragma once
 
-#include "certificate.h"
+#include <stack/security/certificate.h>
 
 namespace opcua {
 

@@ -1,7 +1,7 @@
-#include "rsaoperations.h"
+#include <stack/security/rsaoperations.h>
 
-#include "algorithms.h"
-#include "secret.h"
+#include <stack/core/secret.h>
+#include <stack/security/algorithms.h>
 
 #include <openssl/err.h>
 #include <openssl/rsa.h>

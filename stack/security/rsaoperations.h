@@ -1,8 +1,8 @@
 // What the policies do with RSA keys: messages longer than a key go block by block.
 #pragma once
 
-#include "handles.h"
-#include "policyprofile.h"
+#include <stack/security/handles.h>
+#include <stack/security/policyprofile.h>
 
 #include <optional>
 

@@ -1,6 +1,6 @@
-#include "rsasecuritypolicy.h"
+#include <stack/security/rsasecuritypolicy.h>
 
-#include "symmetricprotection.h"
+#include <stack/security/symmetricprotection.h>
 
 #include <algorithm>
 

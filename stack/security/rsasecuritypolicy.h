@@ -1,7 +1,7 @@
 // One channel under a policy with RSA keys.
 #pragma once
 
-#include "asymmetricprotection.h"
+#include <stack/security/asymmetricprotection.h>
 
 namespace opcua {
 

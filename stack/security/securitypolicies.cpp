@@ -1,6 +1,6 @@
 // Which policies there are, and what they ask of the keys.
-#include "securitypolicies.h"
-#include "rsasecuritypolicy.h"
+#include <stack/security/rsasecuritypolicy.h>
+#include <stack/security/securitypolicies.h>
 
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_statuscodes.h>

@@ -1,7 +1,7 @@
-#include "symmetricprotection.h"
+#include <stack/security/symmetricprotection.h>
 
-#include "algorithms.h"
-#include "padding.h"
+#include <stack/security/algorithms.h>
+#include <stack/security/padding.h>
 
 #include <openssl/core_names.h>
 #include <openssl/crypto.h>

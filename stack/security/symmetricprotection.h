@@ -1,8 +1,8 @@
 // Chunks under the keys of a security token, OPC 10000-6, 6.7.2 and 6.7.6.
 #pragma once
 
-#include "handles.h"
-#include "keyderivation.h"
+#include <stack/security/handles.h>
+#include <stack/security/keyderivation.h>
 
 #include <stack/core/securitypolicy.h>
 

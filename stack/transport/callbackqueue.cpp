@@ -1,4 +1,4 @@
-#include "callbackqueue.h"
+#include <stack/transport/callbackqueue.h>
 
 #include <opcua/opcua_channel.h>
 

@@ -1,4 +1,4 @@
-#include "cancellation.h"
+#include <stack/transport/cancellation.h>
 
 #include <sys/eventfd.h>
 

@@ -1,7 +1,7 @@
 // Lets one thread end the waits of another: a flag, a condition and a descriptor that polls can watch.
 #pragma once
 
-#include "uniquefd.h"
+#include <stack/transport/uniquefd.h>
 
 #include <stack/core/protocol.h>
 

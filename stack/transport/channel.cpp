@@ -1,10 +1,10 @@
-#include "channel.h"
+#include <stack/transport/channel.h>
 
-#include "connection.h"
-#include "httpsconnection.h"
-#include "tcpconnector.h"
-#include "tlscertificate.h"
-#include "tlsconnector.h"
+#include <stack/transport/connection.h>
+#include <stack/transport/httpsconnection.h>
+#include <stack/transport/tcpconnector.h>
+#include <stack/transport/tlscertificate.h>
+#include <stack/transport/tlsconnector.h>
 
 #include <stack/security/certificate.h>
 #include <stack/security/securitypolicies.h>

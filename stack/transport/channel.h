@@ -1,14 +1,14 @@
 // A channel as the application holds it: connects, carries calls, disconnects, and connects again.
 #pragma once
 
-#include "callbackqueue.h"
-#include "messagetransport.h"
-#include "runtime.h"
+#include <stack/transport/callbackqueue.h>
+#include <stack/transport/messagetransport.h>
+#include <stack/transport/runtime.h>
 
 #include <stack/core/endpointurl.h>
+#include <stack/core/secret.h>
 #include <stack/core/securitypolicy.h>
 #include <stack/security/certificatecheck.h>
-#include <stack/security/secret.h>
 
 #include <opcua/opcua_channel.h>
 

@@ -1,4 +1,4 @@
-#include "connection.h"
+#include <stack/transport/connection.h>
 
 #include <poll.h>
 #include <sys/socket.h>

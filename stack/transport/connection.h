@@ -2,9 +2,9 @@
 // calls.
 #pragma once
 
-#include "eventloop.h"
-#include "keylog.h"
-#include "messagetransport.h"
+#include <stack/transport/eventloop.h>
+#include <stack/transport/keylog.h>
+#include <stack/transport/messagetransport.h>
 
 #include <stack/core/clientchannel.h>
 

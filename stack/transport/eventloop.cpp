@@ -1,4 +1,4 @@
-#include "eventloop.h"
+#include <stack/transport/eventloop.h>
 
 #include <sys/epoll.h>
 #include <sys/eventfd.h>

@@ -1,7 +1,7 @@
 // One thread that waits for all sockets and timers of the stack.
 #pragma once
 
-#include "uniquefd.h"
+#include <stack/transport/uniquefd.h>
 
 #include <stack/core/protocol.h>
 

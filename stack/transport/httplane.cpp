@@ -1,4 +1,4 @@
-#include "httplane.h"
+#include <stack/transport/httplane.h>
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>

@@ -1,11 +1,11 @@
 // One of the HTTP connections of a channel: socket, TLS session and pipeline.
 #pragma once
 
-#include "eventloop.h"
-#include "messagetransport.h"
-#include "resolver.h"
-#include "sendbuffer.h"
-#include "tlssession.h"
+#include <stack/transport/eventloop.h>
+#include <stack/transport/messagetransport.h>
+#include <stack/transport/resolver.h>
+#include <stack/transport/sendbuffer.h>
+#include <stack/transport/tlssession.h>
 
 #include <stack/core/httppipeline.h>
 

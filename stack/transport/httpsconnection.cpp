@@ -1,4 +1,4 @@
-#include "httpsconnection.h"
+#include <stack/transport/httpsconnection.h>
 
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_statuscodes.h>

@@ -9,7 +9,7 @@
 // see whether the server is still there. The channel is lost when that or any other can not be opened.
 #pragma once
 
-#include "httplane.h"
+#include <stack/transport/httplane.h>
 
 #include <condition_variable>
 

@@ -1,4 +1,4 @@
-#include "keylog.h"
+#include <stack/transport/keylog.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -2,7 +2,7 @@
 // names a file; whoever sets it gives away what the channels of this program say.
 #pragma once
 
-#include "uniquefd.h"
+#include <stack/transport/uniquefd.h>
 
 #include <stack/core/securitypolicy.h>
 

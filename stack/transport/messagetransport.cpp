@@ -1,4 +1,4 @@
-#include "messagetransport.h"
+#include <stack/transport/messagetransport.h>
 
 namespace opcua {
 

@@ -1,4 +1,4 @@
-#include "resolver.h"
+#include <stack/transport/resolver.h>
 
 #include <netdb.h>
 

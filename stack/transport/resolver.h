@@ -1,7 +1,7 @@
 // Host names to addresses, without blocking longer than the caller allows.
 #pragma once
 
-#include "cancellation.h"
+#include <stack/transport/cancellation.h>
 
 #include <sys/socket.h>
 

@@ -1,6 +1,6 @@
-#include "runtime.h"
+#include <stack/transport/runtime.h>
 
-#include "channel.h"
+#include <stack/transport/channel.h>
 
 namespace opcua {
 

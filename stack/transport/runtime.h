@@ -1,9 +1,9 @@
 // What all channels share between start and end of the stack: event loop, resolver, limits.
 #pragma once
 
-#include "eventloop.h"
-#include "keylog.h"
-#include "resolver.h"
+#include <stack/transport/eventloop.h>
+#include <stack/transport/keylog.h>
+#include <stack/transport/resolver.h>
 
 #include <opcua/opcua_channel.h>
 #include <stack/encoding/messagecodec.h>

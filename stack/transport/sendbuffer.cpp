@@ -1,4 +1,4 @@
-#include "sendbuffer.h"
+#include <stack/transport/sendbuffer.h>
 
 #include <sys/socket.h>
 

@@ -1,6 +1,6 @@
-#include "servicecall.h"
+#include <stack/transport/servicecall.h>
 
-#include "trace.h"
+#include <stack/transport/trace.h>
 
 #include <opcua/opcua_statuscodes.h>
 

@@ -1,7 +1,7 @@
 // Service calls over a channel: encodes the request, waits, decodes and judges the answer.
 #pragma once
 
-#include "channel.h"
+#include <stack/transport/channel.h>
 
 namespace opcua {
 

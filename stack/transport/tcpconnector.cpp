@@ -1,4 +1,4 @@
-#include "tcpconnector.h"
+#include <stack/transport/tcpconnector.h>
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>

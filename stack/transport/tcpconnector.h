@@ -1,7 +1,7 @@
 // Connects a TCP socket to the first of several addresses that answers.
 #pragma once
 
-#include "resolver.h"
+#include <stack/transport/resolver.h>
 
 namespace opcua {
 

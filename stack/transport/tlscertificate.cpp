@@ -1,4 +1,4 @@
-#include "tlscertificate.h"
+#include <stack/transport/tlscertificate.h>
 
 #include <stack/security/certificate.h>
 

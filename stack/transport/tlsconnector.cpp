@@ -1,4 +1,4 @@
-#include "tlsconnector.h"
+#include <stack/transport/tlsconnector.h>
 
 #include <poll.h>
 #include <sys/socket.h>

@@ -1,8 +1,8 @@
 // Opens a TLS session on a connected socket.
 #pragma once
 
-#include "cancellation.h"
-#include "tlssession.h"
+#include <stack/transport/cancellation.h>
+#include <stack/transport/tlssession.h>
 
 namespace opcua {
 

@@ -1,4 +1,4 @@
-#include "tlssession.h"
+#include <stack/transport/tlssession.h>
 
 #include <opcua/opcua_statuscodes.h>
 

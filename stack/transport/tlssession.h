@@ -2,7 +2,7 @@
 // application's on the other.
 #pragma once
 
-#include "keylog.h"
+#include <stack/transport/keylog.h>
 
 #include <stack/core/protocol.h>
 #include <stack/security/handles.h>

@@ -1,4 +1,4 @@
-#include "trace.h"
+#include <stack/transport/trace.h>
 
 #include <array>
 #include <atomic>

@@ -19,9 +19,9 @@
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/owncertificate.h>
-#include <uabase/uaplatformlayer.h>
-#include <uabase/uavariant.h>
-#include <uabase/uaxmldocument.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/text/uaxmldocument.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
 
 namespace {

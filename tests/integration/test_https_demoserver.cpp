@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <opcua/opcua.h>
-#include <uabase/uadatavalue.h>
-#include <uabase/uaplatformlayer.h>
-#include <uabase/uavariant.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
 

@@ -12,7 +12,7 @@
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/owndemoserver.h>
 #include <tests/support/testcertificates.h>
-#include <uabase/uaplatformlayer.h>
+#include <uabase/system/uaplatformlayer.h>
 #include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
 

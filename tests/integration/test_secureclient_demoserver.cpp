@@ -15,7 +15,7 @@
 #include <tests/support/owncertificate.h>
 #include <tests/support/stubapplication.h>
 #include <tests/support/testcertificates.h>
-#include <uabase/uaplatformlayer.h>
+#include <uabase/system/uaplatformlayer.h>
 
 namespace {
 

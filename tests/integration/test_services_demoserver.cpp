@@ -8,8 +8,8 @@
 
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
-#include <uabase/uaplatformlayer.h>
-#include <uabase/uavariant.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
 
 namespace {

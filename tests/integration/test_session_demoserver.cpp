@@ -7,11 +7,11 @@
 
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
-#include <uabase/uadatavalue.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
-#include <uabase/uaplatformlayer.h>
-#include <uabase/uavariant.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
 

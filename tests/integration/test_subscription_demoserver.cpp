@@ -9,11 +9,11 @@
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/owndemoserver.h>
-#include <uabase/uaaggregatefilter.h>
-#include <uabase/uadatachangefilter.h>
-#include <uabase/uaeventfilter.h>
-#include <uabase/uaplatformlayer.h>
-#include <uabase/uavariant.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uaaggregatefilter.h>
+#include <uabase/values/uadatachangefilter.h>
+#include <uabase/values/uaeventfilter.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasubscription.h>
 

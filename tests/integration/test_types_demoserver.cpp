@@ -8,13 +8,13 @@
 
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
-#include <uabase/uadatavalue.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uaplatformlayer.h>
-#include <uabase/uatrace.h>
-#include <uabase/uatracehook.h>
-#include <uabase/uavaluetext.h>
-#include <uaclientsdk/datatypetree.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/system/uatracehook.h>
+#include <uabase/text/uavaluetext.h>
+#include <uabase/values/uadatavalue.h>
+#include <uaclientsdk/types/datatypetree.h>
 #include <uaclientsdk/uasession.h>
 
 namespace {

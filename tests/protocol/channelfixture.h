@@ -1,7 +1,7 @@
 // What tests of the C interface over sockets share.
 #pragma once
 
-#include "loopbackpeer.h"
+#include <tests/protocol/loopbackpeer.h>
 
 #include <stack/encoding/messagecodec.h>
 

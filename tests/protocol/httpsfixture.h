@@ -1,7 +1,7 @@
 // What tests of channels over HTTPS share.
 #pragma once
 
-#include "channelfixture.h"
+#include <tests/protocol/channelfixture.h>
 
 #include <tests/support/httpspeer.h>
 

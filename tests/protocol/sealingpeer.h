@@ -2,7 +2,7 @@
 // encrypted as they should be, which damage before or after the sealing takes apart again.
 #pragma once
 
-#include "fixedidentities.h"
+#include <tests/protocol/fixedidentities.h>
 
 #include <stack/core/byteio.h>
 #include <stack/core/framereader.h>

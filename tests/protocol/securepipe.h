@@ -1,7 +1,7 @@
 // Both ends of a secured channel in one thread, and who they are.
 #pragma once
 
-#include "memorypipe.h"
+#include <tests/protocol/memorypipe.h>
 
 #include <stack/security/securitypolicies.h>
 #include <tests/support/testcertificates.h>

@@ -1,5 +1,5 @@
 // The channel engine against its counterpart, at memory speed.
-#include "memorypipe.h"
+#include <tests/protocol/memorypipe.h>
 
 #include <gtest/gtest.h>
 

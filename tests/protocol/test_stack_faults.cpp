@@ -1,6 +1,6 @@
 // Secured channels under faults that need the right keys to be made, and streams that end anywhere.
-#include "sealingpeer.h"
-#include "securepipe.h"
+#include <tests/protocol/sealingpeer.h>
+#include <tests/protocol/securepipe.h>
 
 #include <gtest/gtest.h>
 

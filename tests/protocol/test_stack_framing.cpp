@@ -1,5 +1,5 @@
 // Pieces of the channel engine that have rules of their own.
-#include "memorypipe.h"
+#include <tests/protocol/memorypipe.h>
 
 #include <stack/core/endpointurl.h>
 

@@ -1,5 +1,5 @@
 // Who reads a channel's socket: callers who wait take turns with the event loop, and nobody is forgotten.
-#include "channelfixture.h"
+#include <tests/protocol/channelfixture.h>
 
 #include <atomic>
 

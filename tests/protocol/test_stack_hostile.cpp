@@ -1,5 +1,5 @@
 // The client's engine against peers that do what they must not.
-#include "memorypipe.h"
+#include <tests/protocol/memorypipe.h>
 
 #include <gtest/gtest.h>
 

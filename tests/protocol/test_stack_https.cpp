@@ -1,5 +1,5 @@
 // Channels over HTTPS, against peers that behave as scripted.
-#include "httpsfixture.h"
+#include <tests/protocol/httpsfixture.h>
 
 #include <stack/core/httppace.h>
 

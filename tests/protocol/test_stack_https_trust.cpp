@@ -1,5 +1,5 @@
 // Which TLS certificates a channel takes, and who may overrule what it finds.
-#include "httpsfixture.h"
+#include <tests/protocol/httpsfixture.h>
 
 #include <tests/support/temporaryfolder.h>
 

@@ -1,6 +1,6 @@
 // The record of keys for protocol analysers: what it must hold, and that nobody gets one by accident.
-#include "channelfixture.h"
-#include "securepipe.h"
+#include <tests/protocol/channelfixture.h>
+#include <tests/protocol/securepipe.h>
 
 #include <tests/support/temporaryfolder.h>
 

@@ -1,7 +1,7 @@
 // Links that come and go: what stays behind of them, by which addresses they are made, and what a peer that
 // breaks the rules of a secured channel leaves in the trace.
-#include "channelfixture.h"
-#include "sealingpeer.h"
+#include <tests/protocol/channelfixture.h>
+#include <tests/protocol/sealingpeer.h>
 
 #include <stack/core/openmessages.h>
 #include <stack/core/transportmessages.h>

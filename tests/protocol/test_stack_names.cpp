@@ -1,6 +1,6 @@
 // Host names that take their time, and names of several addresses. The program's own resolver stands in for
 // the system's.
-#include "channelfixture.h"
+#include <tests/protocol/channelfixture.h>
 
 #include <dlfcn.h>
 #include <netdb.h>

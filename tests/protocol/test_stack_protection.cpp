@@ -1,6 +1,6 @@
 // The seam of security policies, with a policy that has blocks, padding, a signature and nonces but no
 // secrets.
-#include "memorypipe.h"
+#include <tests/protocol/memorypipe.h>
 
 #include <stack/security/securitypolicies.h>
 

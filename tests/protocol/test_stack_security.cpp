@@ -1,5 +1,5 @@
 // The channel under every security policy, against its counterpart and against faults.
-#include "securepipe.h"
+#include <tests/protocol/securepipe.h>
 
 #include <stack/security/keyderivation.h>
 

@@ -1,5 +1,5 @@
 // The channel functions of the C interface over real sockets, against peers that behave as scripted.
-#include "channelfixture.h"
+#include <tests/protocol/channelfixture.h>
 
 #include <stack/core/transportmessages.h>
 

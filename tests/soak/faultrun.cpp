@@ -1,7 +1,7 @@
-#include "faultrun.h"
+#include <tests/soak/faultrun.h>
 
-#include "identity.h"
-#include "participant.h"
+#include <tests/soak/identity.h>
+#include <tests/soak/participant.h>
 
 #include <algorithm>
 #include <array>

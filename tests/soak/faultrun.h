@@ -1,6 +1,6 @@
 #pragma once
 
-#include "options.h"
+#include <tests/soak/options.h>
 
 namespace soak {
 

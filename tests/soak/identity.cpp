@@ -1,4 +1,4 @@
-#include "identity.h"
+#include <tests/soak/identity.h>
 
 #include <cstdio>
 

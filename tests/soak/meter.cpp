@@ -1,4 +1,4 @@
-#include "meter.h"
+#include <tests/soak/meter.h>
 
 #include <filesystem>
 #include <fstream>

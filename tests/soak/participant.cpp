@@ -1,11 +1,11 @@
-#include "participant.h"
+#include <tests/soak/participant.h>
 
 #include <cstdio>
 #include <sstream>
 
 #include <opcua/opcua.h>
-#include <uabase/uadatavalue.h>
-#include <uabase/uanodeid.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uanodeid.h>
 
 namespace soak {
 

@@ -1,6 +1,6 @@
-#include "rounds.h"
+#include <tests/soak/rounds.h>
 
-#include "identity.h"
+#include <tests/soak/identity.h>
 
 #include <cstdio>
 

@@ -7,11 +7,11 @@
 #include <cstdlib>
 #include <string>
 
-#include <uabase/uaplatformlayer.h>
+#include <uabase/system/uaplatformlayer.h>
 
-#include "faultrun.h"
-#include "meter.h"
-#include "rounds.h"
+#include <tests/soak/faultrun.h>
+#include <tests/soak/meter.h>
+#include <tests/soak/rounds.h>
 
 namespace {
 

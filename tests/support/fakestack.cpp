@@ -1,4 +1,4 @@
-#include "fakestack.h"
+#include <tests/support/fakestack.h>
 
 #include <algorithm>
 #include <chrono>

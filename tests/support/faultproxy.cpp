@@ -1,4 +1,4 @@
-#include "faultproxy.h"
+#include <tests/support/faultproxy.h>
 
 #include <arpa/inet.h>
 #include <fcntl.h>

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include <uabase/uatrace.h>
-#include <uabase/uatracehook.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/system/uatracehook.h>
 
 class RecordedTrace : private UaTraceHook
 {

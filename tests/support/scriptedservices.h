@@ -4,9 +4,9 @@
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/ualocalizedtext.h>
-#include <uabase/uaqualifiedname.h>
-#include <uabase/uavariant.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uavariant.h>
 
 #include <deque>
 #include <map>

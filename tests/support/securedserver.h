@@ -7,8 +7,8 @@
 
 #include <tests/support/fakestack.h>
 #include <tests/support/testcertificates.h>
-#include <uabase/uabytestring.h>
-#include <uaclientsdk/cryptoprovider.h>
+#include <uabase/values/uabytestring.h>
+#include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 
 class SecuredServer

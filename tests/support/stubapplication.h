@@ -7,7 +7,7 @@
 #include <QTabWidget>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumuatrace.h>
-#include <uabase/uaenumdefinition.h>
+#include <uabase/structures/uaenumdefinition.h>
 
 #include <mutex>
 

@@ -1,7 +1,7 @@
 // A server node without a server.
 #pragma once
 #include <app/api/qlumservernode.h>
-#include <uabase/uaenumdefinition.h>
+#include <uabase/structures/uaenumdefinition.h>
 
 class StubServerNode : public QlumServerNode
 {

@@ -16,13 +16,13 @@
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
-#include <uabase/uabytestring.h>
-#include <uabase/uadatetime.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/uapkicpp/uapkikey.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
 
 /// Reaches the objects inside the public classes.
 struct UaPkiAccess

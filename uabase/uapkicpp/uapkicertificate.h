@@ -3,7 +3,6 @@
 
 #include <memory>
 
-#include <uabase/uabytestring.h>
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkierrors.h>
@@ -11,6 +10,7 @@
 #include <uabase/uapkicpp/uapkiprivatekey.h>
 #include <uabase/uapkicpp/uapkipublickey.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uabytestring.h>
 
 struct x509_st;
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <strings.h>
 
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 #include <uabase/uapkicpp/uapki_p.h>
 
 namespace {

@@ -2,11 +2,11 @@
 
 #include <memory>
 
-#include <uabase/uabytestring.h>
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/uapkicpp/uapkiidentity.h>
 #include <uabase/uapkicpp/uapkipublickey.h>
+#include <uabase/values/uabytestring.h>
 
 struct X509_req_st;
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include <uabase/uastring.h>
+#include <uabase/values/uastring.h>
 
 /// No operation of the certificate classes throws. One that fails answers false or a null object, and the
 /// object (the new one of a constructor or static function) says why here. Objects may be copied to other

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <uabase/uabytestring.h>
 #include <uabase/uapkicpp/uapkikey.h>
 #include <uabase/uapkicpp/uapkipublickey.h>
+#include <uabase/values/uabytestring.h>
 
 class UaPkiPrivateKey : public UaPkiKey
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <uabase/uabytestring.h>
 #include <uabase/uapkicpp/uapkikey.h>
+#include <uabase/values/uabytestring.h>
 
 class UaPkiPublicKey : public UaPkiKey
 {

@@ -2,8 +2,8 @@
 
 #include <ctime>
 
-#include <uabase/uadir.h>
-#include <uabase/uaescape.h>
+#include <uabase/system/uadir.h>
+#include <uabase/text/uaescape.h>
 
 namespace UaPki {
 

@@ -1,7 +1,7 @@
 // Editors for one scalar value, chosen by its type; small enough for the cell of a table.
 #pragma once
-#include <uabase/uaenumdefinition.h>
-#include <uabase/uavariant.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/uavariant.h>
 
 class QWidget;
 

@@ -1,7 +1,7 @@
 // Values of the built-in types as text that can be edited and read back.
 #pragma once
 #include <QString>
-#include <uabase/uavariant.h>
+#include <uabase/values/uavariant.h>
 
 /// Whether values of the type can be edited as one line of text.
 [[nodiscard]] bool qlumIsTextEditable(OpcUa_BuiltInType type);

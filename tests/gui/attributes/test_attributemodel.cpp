@@ -1,12 +1,12 @@
-#include "attributefixture.h"
+#include <tests/gui/attributes/attributefixture.h>
 
 #include <QAbstractItemModelTester>
 #include <QColor>
 #include <QGuiApplication>
 #include <QPalette>
 #include <opcua/opcua_identifiers.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
 
 #include <limits>
 

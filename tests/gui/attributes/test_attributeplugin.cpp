@@ -1,4 +1,4 @@
-#include "attributefixture.h"
+#include <tests/gui/attributes/attributefixture.h>
 
 #include <QAction>
 #include <QClipboard>

@@ -1,6 +1,6 @@
-#include "attributefixture.h"
+#include <tests/gui/attributes/attributefixture.h>
 
-#include <uabase/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericstructurevalue.h>
 
 namespace {
 class AttributeWriting : public AttributeFixture

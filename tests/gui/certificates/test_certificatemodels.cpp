@@ -1,4 +1,4 @@
-#include "storefixture.h"
+#include <tests/gui/certificates/storefixture.h>
 
 #include <QAbstractItemModelTester>
 #include <certificates/qlumcertificatemodel.h>

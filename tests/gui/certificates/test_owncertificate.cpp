@@ -1,5 +1,5 @@
 // The own certificate at start-up: every state of the loop, with the user's answers.
-#include "storefixture.h"
+#include <tests/gui/certificates/storefixture.h>
 
 #include <QComboBox>
 #include <QLineEdit>

@@ -1,5 +1,5 @@
 // Writing the pair: what other programs read from it, and what is left when it goes wrong half-way.
-#include "storefixture.h"
+#include <tests/gui/certificates/storefixture.h>
 
 #include <QRegularExpression>
 

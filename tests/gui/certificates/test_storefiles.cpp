@@ -1,4 +1,4 @@
-#include "storefixture.h"
+#include <tests/gui/certificates/storefixture.h>
 
 #include <certificates/qlumstorefiles.h>
 #include <certificates/qlumthumbprint.h>

@@ -1,4 +1,4 @@
-#include "servernodefixture.h"
+#include <tests/gui/servers/servernodefixture.h>
 
 #include <QLineEdit>
 #include <tests/support/dialogdriver.h>

@@ -1,6 +1,6 @@
 // What a server node asks and says about certificates, weak policies and passwords before and after a
 // connect.
-#include "servernodefixture.h"
+#include <tests/gui/servers/servernodefixture.h>
 
 #include <QCheckBox>
 #include <QDir>

@@ -2,7 +2,7 @@
 #pragma once
 #include <QSettings>
 #include <app/api/qlumservernode.h>
-#include <uabase/uaenumdefinition.h>
+#include <uabase/structures/uaenumdefinition.h>
 
 class FakeServer : public QlumServerNode
 {

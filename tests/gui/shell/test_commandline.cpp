@@ -7,7 +7,7 @@
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumrecentfiles.h>
-#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/settings/qlumsettingsmodel.h>
 #include <gtest/gtest.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/stubapplication.h>

@@ -1,4 +1,4 @@
-#include "fakeserver.h"
+#include <tests/gui/shell/fakeserver.h>
 
 #include <QAction>
 #include <QCloseEvent>
@@ -17,14 +17,14 @@
 #include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumdocumentarea.h>
 #include <app/mainwindow/qlummainactions.h>
-#include <app/mainwindow/qlumsettingsdialog.h>
-#include <app/mainwindow/qlumsettingsmodel.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
+#include <app/settings/qlumsettingsdialog.h>
+#include <app/settings/qlumsettingsmodel.h>
 #include <gtest/gtest.h>
 #include <tests/support/dialogdriver.h>
-#include <uabase/uanodeid.h>
+#include <uabase/values/uanodeid.h>
 
 namespace {
 // Two nodes; remembers what was asked of it.

@@ -1,4 +1,4 @@
-#include "fakeserver.h"
+#include <tests/gui/shell/fakeserver.h>
 
 #include <QAbstractItemModelTester>
 #include <QFile>

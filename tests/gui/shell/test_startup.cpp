@@ -5,11 +5,11 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <app/api/qlumsplashscreen.h>
-#include <app/mainwindow/qlumsettingsmodel.h>
+#include <app/mainwindow/qlumtipwindow.h>
+#include <app/settings/qlumsettingsmodel.h>
 #include <app/startup/qlumfolders.h>
 #include <app/startup/qlumsettingsfile.h>
 #include <app/startup/qlumstartup.h>
-#include <app/startup/qlumtipwindow.h>
 #include <gtest/gtest.h>
 
 namespace {

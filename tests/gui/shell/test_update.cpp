@@ -4,8 +4,8 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTimer>
-#include <app/mainwindow/qlumsettingsmodel.h>
 #include <app/mainwindow/qlumupdatecheck.h>
+#include <app/settings/qlumsettingsmodel.h>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <tests/support/dialogdriver.h>

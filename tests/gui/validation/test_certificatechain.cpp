@@ -1,5 +1,5 @@
 // Chains, the validation's result and what the settings let pass; and chains that somebody made to do harm.
-#include "validationfixture.h"
+#include <tests/gui/validation/validationfixture.h>
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>

@@ -1,5 +1,5 @@
 // What is found about a single certificate.
-#include "validationfixture.h"
+#include <tests/gui/validation/validationfixture.h>
 
 #include <QProcess>
 #include <certificates/qlumcertificatechecks.h>

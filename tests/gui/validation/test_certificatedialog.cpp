@@ -1,4 +1,4 @@
-#include "validationfixture.h"
+#include <tests/gui/validation/validationfixture.h>
 
 #include <QAction>
 #include <QCheckBox>

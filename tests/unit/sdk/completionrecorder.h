@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "sessiontest.h"
+#include <tests/unit/sdk/sessiontest.h>
 
 struct Completion
 {

@@ -6,7 +6,7 @@
 
 #include <opcua/opcua.h>
 #include <tests/support/fakestack.h>
-#include <uabase/uaarrays.h>
+#include <uabase/values/uaarrays.h>
 
 /// Blocks that came, by the number of their items.
 using BlockSizes = std::vector<int>;

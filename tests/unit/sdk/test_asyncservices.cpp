@@ -7,8 +7,8 @@
 
 #include <tests/support/recordedtrace.h>
 
-#include "completionrecorder.h"
-#include "servicehandlers.h"
+#include <tests/unit/sdk/completionrecorder.h>
+#include <tests/unit/sdk/servicehandlers.h>
 
 namespace {
 

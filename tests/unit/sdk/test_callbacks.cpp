@@ -10,9 +10,9 @@
 
 #include <opcua/opcua_statuscodes.h>
 #include <tests/support/recordedtrace.h>
-#include <uaclientsdk/callbackpool.h>
-#include <uaclientsdk/pendingcall.h>
-#include <uaclientsdk/transactioncounter.h>
+#include <uaclientsdk/services/callbackpool.h>
+#include <uaclientsdk/services/pendingcall.h>
+#include <uaclientsdk/services/transactioncounter.h>
 
 namespace {
 

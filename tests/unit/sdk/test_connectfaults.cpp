@@ -1,10 +1,10 @@
 // Servers that fail in each phase of a connect or of the watch that follows it.
-#include "sessiontest.h"
+#include <tests/unit/sdk/sessiontest.h>
 
 #include <gmock/gmock.h>
 
-#include <uabase/uavariant.h>
-#include <uaclientsdk/checkschedule.h>
+#include <uabase/values/uavariant.h>
+#include <uaclientsdk/connection/checkschedule.h>
 
 namespace {
 

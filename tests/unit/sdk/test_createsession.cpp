@@ -1,5 +1,5 @@
 // What a server must prove when a session is created, and what the application may override.
-#include "sessiontest.h"
+#include <tests/unit/sdk/sessiontest.h>
 
 #include <array>
 #include <memory>
@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include <tests/support/securedserver.h>
-#include <uaclientsdk/hostnames.h>
+#include <uaclientsdk/connection/hostnames.h>
 
 namespace {
 

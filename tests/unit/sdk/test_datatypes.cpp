@@ -1,13 +1,13 @@
 // Data type definitions loaded from a server's address space.
-#include "sessiontest.h"
+#include <tests/unit/sdk/sessiontest.h>
 
 #include <map>
 #include <span>
 #include <vector>
 
 #include <opcua/opcua_attributes.h>
-#include <uabase/uatrace.h>
-#include <uabase/uavariant.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uavariant.h>
 
 namespace {
 

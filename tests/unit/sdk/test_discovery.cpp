@@ -1,11 +1,11 @@
 // Discovery over the scripted stack: servers on the network, and a directory asked by a method.
-#include "sessiontest.h"
+#include <tests/unit/sdk/sessiontest.h>
 
 #include <sstream>
 
 #include <gmock/gmock.h>
 
-#include <uabase/uavariant.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/uadiscovery.h>
 
 namespace {

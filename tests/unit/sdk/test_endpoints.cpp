@@ -3,8 +3,8 @@
 
 #include <opcua/opcua.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
-#include <uaclientsdk/endpointselector.h>
-#include <uaclientsdk/endpointurl.h>
+#include <uaclientsdk/connection/endpointselector.h>
+#include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 #include <uaclientsdk/uadiscovery.h>
 

@@ -1,6 +1,6 @@
 // The history services: details in the requests, continuation points, and answers taken apart.
-#include "servicehandlers.h"
-#include "sessiontest.h"
+#include <tests/unit/sdk/servicehandlers.h>
+#include <tests/unit/sdk/sessiontest.h>
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Who logs in, how secrets travel, and what happens when the server does not want somebody.
-#include "sessiontest.h"
+#include <tests/unit/sdk/sessiontest.h>
 
 #include <gmock/gmock.h>
 

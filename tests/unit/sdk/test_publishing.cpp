@@ -1,9 +1,9 @@
 // The parts of the publish engine that know nothing of a session.
 #include <gmock/gmock.h>
 
-#include <uaclientsdk/publishacknowledgements.h>
-#include <uaclientsdk/publishpace.h>
-#include <uaclientsdk/publishsetpoint.h>
+#include <uaclientsdk/subscription/publishacknowledgements.h>
+#include <uaclientsdk/subscription/publishpace.h>
+#include <uaclientsdk/subscription/publishsetpoint.h>
 
 namespace {
 

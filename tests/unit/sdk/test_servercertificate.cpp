@@ -1,5 +1,5 @@
 // The check of a server's certificate: what the callback is told and what it may decide.
-#include "sessiontest.h"
+#include <tests/unit/sdk/sessiontest.h>
 
 #include <gmock/gmock.h>
 

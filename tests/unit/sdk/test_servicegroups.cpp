@@ -1,9 +1,9 @@
 // The groups of services beside read and browse: what they send, how they split and what they hand over.
 #include <tests/support/recordedtrace.h>
-#include <uabase/uavariant.h>
+#include <uabase/values/uavariant.h>
 
-#include "servicehandlers.h"
-#include "sessiontest.h"
+#include <tests/unit/sdk/servicehandlers.h>
+#include <tests/unit/sdk/sessiontest.h>
 
 namespace {
 

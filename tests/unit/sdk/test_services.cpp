@@ -1,5 +1,5 @@
 // Service calls: checks, splitting, merging.
-#include "sessiontest.h"
+#include <tests/unit/sdk/sessiontest.h>
 
 namespace {
 

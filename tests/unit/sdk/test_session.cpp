@@ -1,5 +1,5 @@
 // Connecting, the watchdog and reconnecting.
-#include "sessiontest.h"
+#include <tests/unit/sdk/sessiontest.h>
 
 #include <cmath>
 

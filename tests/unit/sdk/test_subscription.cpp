@@ -1,5 +1,5 @@
 // Publish requests, their answers and what the application hears of them.
-#include "subscriptiontest.h"
+#include <tests/unit/sdk/subscriptiontest.h>
 
 #include <future>
 

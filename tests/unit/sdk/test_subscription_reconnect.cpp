@@ -1,5 +1,5 @@
 // Subscriptions when the link breaks, and the services about their monitored items.
-#include "subscriptiontest.h"
+#include <tests/unit/sdk/subscriptiontest.h>
 
 #include <future>
 

@@ -1,4 +1,4 @@
-#include "countingmemory.h"
+#include <tests/unit/stack/countingmemory.h>
 
 #include <opcua/opcua_platform.h>
 #include <stack/encoding/textpool.h>

@@ -1,4 +1,4 @@
-#include "describe.h"
+#include <tests/unit/stack/describe.h>
 
 #include <algorithm>
 #include <charconv>

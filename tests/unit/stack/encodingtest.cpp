@@ -1,4 +1,4 @@
-#include "encodingtest.h"
+#include <tests/unit/stack/encodingtest.h>
 
 #include <fstream>
 

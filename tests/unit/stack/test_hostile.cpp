@@ -1,7 +1,7 @@
 // Bytes that nobody should send: every one ends in a status, nothing is read or taken beyond what is there.
-#include "countingmemory.h"
-#include "describe.h"
-#include "encodingtest.h"
+#include <tests/unit/stack/countingmemory.h>
+#include <tests/unit/stack/describe.h>
+#include <tests/unit/stack/encodingtest.h>
 
 #include <opcua/opcua_types.h>
 

@@ -1,7 +1,7 @@
 // Our encoding against bytes that another implementation made.
-#include "countingmemory.h"
-#include "describe.h"
-#include "encodingtest.h"
+#include <tests/unit/stack/countingmemory.h>
+#include <tests/unit/stack/describe.h>
+#include <tests/unit/stack/encodingtest.h>
 
 #include <opcua/opcua_types.h>
 

@@ -1,6 +1,6 @@
 // Structures with optional fields, unions and recursion, which namespace 0 has none of, and the lookups.
-#include "countingmemory.h"
-#include "encodingtest.h"
+#include <tests/unit/stack/countingmemory.h>
+#include <tests/unit/stack/encodingtest.h>
 
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>

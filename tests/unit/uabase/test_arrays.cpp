@@ -1,7 +1,7 @@
 // Typed arrays: who owns what. The memory checks of the sanitizer build do the rest.
 #include <gtest/gtest.h>
-#include <uabase/uaarrays.h>
-#include <uabase/uadatavalue.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uadatavalue.h>
 
 namespace {
 

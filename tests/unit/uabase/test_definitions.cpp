@@ -1,8 +1,8 @@
 // Definitions of the standard's types, and definitions that a server publishes.
 #include <gtest/gtest.h>
-#include <uabase/uaarrays.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uanamespacezero.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uanamespacezero.h>
+#include <uabase/values/uaarrays.h>
 
 TEST(NamespaceZero, StructuresByEitherId)
 {

@@ -5,10 +5,10 @@
 #include <iterator>
 #include <sstream>
 
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
-#include <uabase/uatypedictionary.h>
-#include <uabase/uavaluetext.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uatypedictionary.h>
+#include <uabase/text/uavaluetext.h>
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/uanumericrange.h>
+#include <uabase/values/uanumericrange.h>
 
 namespace {
 

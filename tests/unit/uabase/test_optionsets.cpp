@@ -1,6 +1,6 @@
 // Option sets as numbers and as structures.
 #include <gtest/gtest.h>
-#include <uabase/uagenericoptionsetvalue.h>
+#include <uabase/structures/uagenericoptionsetvalue.h>
 
 namespace {
 

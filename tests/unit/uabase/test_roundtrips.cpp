@@ -4,10 +4,10 @@
 
 #include <random>
 
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
-#include <uabase/uatypedefinitionstore.h>
-#include <uabase/uavaluetext.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uatypedefinitionstore.h>
+#include <uabase/text/uavaluetext.h>
 
 namespace {
 

@@ -1,8 +1,8 @@
 // What copies cost: scalars no memory at all, everything else a counter.
 #include <gtest/gtest.h>
-#include <uabase/uadatavalue.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uanamespacezero.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uanamespacezero.h>
+#include <uabase/values/uadatavalue.h>
 
 #include <atomic>
 #include <cstdlib>

@@ -1,9 +1,9 @@
 // Structure bodies by definition, against bytes written out by hand.
-#include "testdefinitions.h"
+#include <tests/unit/uabase/testdefinitions.h>
 
 #include <gtest/gtest.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
 
 using namespace testdefinitions;
 

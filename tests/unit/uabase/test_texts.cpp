@@ -1,10 +1,10 @@
 // Texts, byte strings, identifiers and names: parsing and writing.
 #include <gtest/gtest.h>
-#include <uabase/uadiagnosticinfos.h>
-#include <uabase/uaexpandednodeid.h>
-#include <uabase/ualocalizedtext.h>
-#include <uabase/uaqualifiedname.h>
-#include <uabase/uastatus.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatus.h>
 
 #include <map>
 #include <unordered_set>

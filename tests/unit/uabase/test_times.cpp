@@ -1,6 +1,6 @@
 // Points in time: text forms, the epoch of the system, values beyond the calendar.
 #include <gtest/gtest.h>
-#include <uabase/uadatetime.h>
+#include <uabase/values/uadatetime.h>
 
 #include <cstdint>
 

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
-#include <uabase/uatypedictionary.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uatypedictionary.h>
 
 namespace {
 

@@ -1,5 +1,5 @@
 // JSON and XML of values: the standard's form, and reading back what was written.
-#include "testdefinitions.h"
+#include <tests/unit/uabase/testdefinitions.h>
 
 #include <gtest/gtest.h>
 
@@ -7,10 +7,10 @@
 
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/uagenericstructurevalue.h>
-#include <uabase/uagenericunionvalue.h>
-#include <uabase/uatypedefinitionstore.h>
-#include <uabase/uavaluetext.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uatypedefinitionstore.h>
+#include <uabase/text/uavaluetext.h>
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Variants of every type and shape: setting, reading, elements, texts.
 #include <gtest/gtest.h>
 #include <opcua/opcua_types.h>
-#include <uabase/uaarrays.h>
-#include <uabase/uadatavalue.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uadatavalue.h>
 
 #include <cmath>
 #include <limits>

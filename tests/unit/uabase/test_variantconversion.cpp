@@ -1,6 +1,6 @@
 // Which types convert into which, and to what.
 #include <gtest/gtest.h>
-#include <uabase/uadatavalue.h>
+#include <uabase/values/uadatavalue.h>
 
 #include <cmath>
 #include <limits>

@@ -1,7 +1,7 @@
 // Structures of an imagined server, and a dictionary that answers from a map.
 #pragma once
 
-#include <uabase/uadatatypedictionary.h>
+#include <uabase/structures/uadatatypedictionary.h>
 
 #include <map>
 

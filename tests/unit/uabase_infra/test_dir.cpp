@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <tests/support/temporaryfolder.h>
-#include <uabase/uadir.h>
+#include <uabase/system/uadir.h>
 
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAre;

@@ -8,9 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <opcua/opcua_channel.h>
-#include <uabase/uaplatformlayer.h>
-#include <uabase/uatrace.h>
-#include <uabase/uatracehook.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/system/uatracehook.h>
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;

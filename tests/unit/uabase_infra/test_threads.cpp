@@ -10,11 +10,11 @@
 
 #include <gtest/gtest.h>
 
-#include <uabase/uamutex.h>
-#include <uabase/uarefcounter.h>
-#include <uabase/uasemaphore.h>
-#include <uabase/uathread.h>
-#include <uabase/uathreadpool.h>
+#include <uabase/system/uamutex.h>
+#include <uabase/system/uarefcounter.h>
+#include <uabase/system/uasemaphore.h>
+#include <uabase/system/uathread.h>
+#include <uabase/system/uathreadpool.h>
 
 namespace {
 

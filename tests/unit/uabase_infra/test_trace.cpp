@@ -5,7 +5,7 @@
 #include <future>
 #include <thread>
 
-#include "tracetest.h"
+#include <tests/unit/uabase_infra/tracetest.h>
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;

@@ -6,7 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "tracetest.h"
+#include <tests/unit/uabase_infra/tracetest.h>
 
 using ::testing::Contains;
 using ::testing::ElementsAre;

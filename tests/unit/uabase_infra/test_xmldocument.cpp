@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <tests/support/temporaryfolder.h>
-#include <uabase/uaxmldocument.h>
+#include <uabase/text/uaxmldocument.h>
 
 namespace {
 

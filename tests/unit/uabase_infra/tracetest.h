@@ -9,8 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <tests/support/temporaryfolder.h>
-#include <uabase/uatrace.h>
-#include <uabase/uatracehook.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/system/uatracehook.h>
 
 class RecordingHook : public UaTraceHook
 {

@@ -5,7 +5,7 @@
 
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 
-#include "pkitest.h"
+#include <tests/unit/uapkicpp/pkitest.h>
 
 using namespace PkiTest;
 using ::testing::HasSubstr;

@@ -4,7 +4,7 @@
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 
-#include "pkitest.h"
+#include <tests/unit/uapkicpp/pkitest.h>
 
 using namespace PkiTest;
 using ::testing::HasSubstr;

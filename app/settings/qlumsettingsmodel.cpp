@@ -1,0 +1,46 @@
+#include <app/settings/qlumsettingsmodel.h>
+
+#include <app/settings/qlumsettingsdefaults.h>
+
+#include <mutex>
+
+QlumSettingsModel::QlumSettingsModel(QObject* parent) : QObject(parent)
+{
+    for (const QlumSettingDefault& entry : qlumSettingsDefaults())
+        m_defaults.insert(entry.key, entry.value);
+    const QStringList keys = m_settings.childKeys();
+    for (const QString& key : keys)
+        if (key.contains(QLatin1Char('.')))
+            m_stored.insert(key, m_settings.value(key));
+}
+
+QVariant QlumSettingsModel::value(const QString& key, const QVariant& fallback) const
+{
+    QVariant stored;
+    {
+        const std::shared_lock lock(m_mutex);
+        stored = m_stored.value(key);
+    }
+    const QVariant standard = fallback.isValid() ? fallback : m_defaults.value(key);
+    if (!stored.isValid())
+        return standard;
+    // A file edited by hand must not turn a time-out into 0.
+    if (standard.isValid() && !stored.convert(static_cast<int>(standard.userType())))
+        return standard;
+    return stored;
+}
+
+void QlumSettingsModel::setValue(const QString& key, const QVariant& value)
+{
+    {
+        const std::unique_lock lock(m_mutex);
+        m_stored.insert(key, value);
+    }
+    m_settings.setValue(key, value);
+    emit valueChanged(key);
+}
+
+QVariant QlumSettingsModel::defaultValue(const QString& key) const
+{
+    return m_defaults.value(key);
+}

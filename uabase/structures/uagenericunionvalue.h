@@ -1,0 +1,34 @@
+// The value of a union: one of its fields or none; OPC 10000-6, 5.2.8.
+#pragma once
+
+#include <uabase/structures/uagenericstructurevalue.h>
+
+/// Copies share the value; one object belongs to one thread.
+class UaGenericUnionValue
+{
+public:
+    UaGenericUnionValue() noexcept = default;
+    explicit UaGenericUnionValue(const UaStructureDefinition& definition) : m_definition(definition) {}
+
+    /// As UaGenericStructureValue::decode; a switch value above the number of fields is a BadDecodingError.
+    [[nodiscard]] UaStatusCode decode(const UaExtensionObject& value, const UaStructureDefinition& definition,
+                                      UaDataTypeDictionary* dictionary = nullptr);
+    [[nodiscard]] UaStatusCode decode(const UaByteString& body, const UaStructureDefinition& definition,
+                                      UaDataTypeDictionary* dictionary = nullptr);
+    [[nodiscard]] UaStatusCode encode(UaExtensionObject& value) const;
+
+    bool isNull() const noexcept { return m_definition.isNull(); }
+    const UaStructureDefinition& definition() const noexcept { return m_definition; }
+    /// 0: no field; n: the n-th field.
+    OpcUa_UInt32 switchValue() const noexcept { return m_switchValue; }
+    UaStructureField field() const noexcept; ///< the selected one; null when there is none
+    const UaVariant& value() const noexcept { return m_value; }
+    /// Selects a field. BadOutOfRange, BadTypeMismatch; switch value 0 takes no value.
+    UaStatusCode setValue(OpcUa_UInt32 switchValue, const UaVariant& value);
+    UaStatusCode setValue(const UaString& fieldName, const UaVariant& value);
+
+private:
+    UaStructureDefinition m_definition;
+    OpcUa_UInt32 m_switchValue = 0;
+    UaVariant m_value;
+};

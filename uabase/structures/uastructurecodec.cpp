@@ -1,0 +1,44 @@
+// What reader and writer share.
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uastructurecodec_p.h>
+
+namespace uabase {
+
+UaStructureDefinition findDefinition(const UaStructureField& field, UaDataTypeDictionary* dictionary)
+{
+    UaStructureDefinition definition = field.structureDefinition();
+    if (definition.isNull())
+        definition = uaNamespaceZeroStructure(field.dataTypeId());
+    if (definition.isNull() && dictionary)
+        definition = dictionary->structureDefinition(field.dataTypeId());
+    return definition;
+}
+
+UaNodeId bodyTypeId(const UaStructureDefinition& definition)
+{
+    const UaNodeId encodingId = definition.binaryEncodingId();
+    return encodingId.isNull() ? definition.dataTypeId() : encodingId;
+}
+
+bool isOfType(const UaExtensionObject& value, const UaStructureDefinition& definition)
+{
+    const UaExpandedNodeId id = value.typeId();
+    return !id.isLocal() || id.nodeId() == definition.binaryEncodingId() ||
+           id.nodeId() == definition.dataTypeId();
+}
+
+bool fitsField(const UaStructureField& field, const UaVariant& value)
+{
+    const bool isPlural = field.valueRank() >= 0;
+    if (field.builtInType() == OpcUaType_Variant && !isPlural)
+        return true;
+    if (value.isNull())
+        return isPlural;
+    if (value.type() != field.builtInType())
+        return false;
+    return field.valueRank() > 1 ? value.isMatrix() || value.elementCount() == 0
+                                 : (isPlural ? value.isArray() : value.isScalar());
+}
+
+} // namespace uabase

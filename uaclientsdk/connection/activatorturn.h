@@ -1,0 +1,42 @@
+// The right to talk with the server about the identity of a session.
+#pragma once
+
+#include <uaclientsdk/connection/sessioncontext.h>
+
+namespace UaClientSdk {
+
+/// Held by one thread at a time for the length of a CreateSession or ActivateSession with all that belongs to
+/// it. No mutex: whoever holds it calls the stack and the application.
+class ActivatorTurn
+{
+public:
+    /// Waits until nobody has it; the calls of who has it are limited in time.
+    explicit ActivatorTurn(SessionContext& context) : m_context(context)
+    {
+        SessionLock lock(m_context.mutex);
+        m_context.activatorDone.wait(lock, [this] { return m_context.activator == std::thread::id(); });
+        m_context.activator = std::this_thread::get_id();
+    }
+    ~ActivatorTurn()
+    {
+        {
+            SessionLock lock(m_context.mutex);
+            m_context.activator = std::thread::id();
+        }
+        m_context.activatorDone.notify_one();
+    }
+    ActivatorTurn(const ActivatorTurn&) = delete;
+    ActivatorTurn& operator=(const ActivatorTurn&) = delete;
+
+    /// Whether the calling thread has it, so that it would wait for itself.
+    [[nodiscard]] static bool isMine(const SessionContext& context)
+    {
+        SessionLock lock(context.mutex);
+        return context.activator == std::this_thread::get_id();
+    }
+
+private:
+    SessionContext& m_context;
+};
+
+} // namespace UaClientSdk

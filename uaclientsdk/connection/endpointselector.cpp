@@ -1,0 +1,118 @@
+#include <uaclientsdk/connection/endpointselector.h>
+
+#include <string>
+#include <string_view>
+
+#include <strings.h>
+
+#include <uabase/system/uatrace.h>
+#include <uaclientsdk/connection/cryptoprovider.h>
+#include <uaclientsdk/connection/endpointurl.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+std::string_view textOf(const OpcUa_String& text)
+{
+    return text.Length > 0 ? std::string_view(text.Data, static_cast<std::size_t>(text.Length))
+                           : std::string_view("");
+}
+
+bool beginsWithIgnoringCase(std::string_view text, std::string_view prefix)
+{
+    return text.size() >= prefix.size() && strncasecmp(text.data(), prefix.data(), prefix.size()) == 0;
+}
+
+// The first endpoint that fits best among those that are wanted.
+template <typename Wanted>
+const OpcUa_EndpointDescription* selectBest(EndpointSpan endpoints, const UaString& connectUrl,
+                                            const Wanted& wanted)
+{
+    const EndpointUrl url = parseEndpointUrl(connectUrl.view());
+    const OpcUa_EndpointDescription* samePort = nullptr;
+    const OpcUa_EndpointDescription* sameScheme = nullptr;
+    for (const OpcUa_EndpointDescription& endpoint : endpoints) {
+        if (!wanted(endpoint))
+            continue;
+        if (beginsWithIgnoringCase(textOf(endpoint.EndpointUrl), connectUrl.view()))
+            return &endpoint;
+        const EndpointUrl offered = parseEndpointUrl(textOf(endpoint.EndpointUrl));
+        if (!offered.valid || offered.scheme != url.scheme)
+            continue;
+        if (!samePort && offered.port == url.port)
+            samePort = &endpoint;
+        if (!sameScheme)
+            sameScheme = &endpoint;
+    }
+    return samePort ? samePort : sameScheme;
+}
+
+void traceUserTokens(const OpcUa_EndpointDescription& endpoint)
+{
+    for (OpcUa_Int32 i = 0; i < endpoint.NoOfUserIdentityTokens; ++i) {
+        const std::string_view id = textOf(endpoint.UserIdentityTokens[i].PolicyId);
+        const std::string_view uri = textOf(endpoint.UserIdentityTokens[i].SecurityPolicyUri);
+        UaTrace::tData("UserIdentityToken %i:", i);
+        UaTrace::tData("  PolicyId: %.*s", static_cast<int>(id.size()), id.data());
+        UaTrace::tData("  SecurityPolicyUri: %.*s", static_cast<int>(uri.size()), uri.data());
+    }
+}
+
+// How well a policy protects a user's secrets; 0 when its algorithms are not offered.
+int strengthOf(std::string_view policyUri)
+{
+    if (policyUri.empty() || policyUri == OpcUa_SecurityPolicy_None)
+        return 1;
+    if (CryptoProvider(UaString(policyUri)).status().isBad())
+        return 0;
+    const bool weak =
+        policyUri == OpcUa_SecurityPolicy_Basic128Rsa15 || policyUri == OpcUa_SecurityPolicy_Basic256;
+    return weak ? 2 : 3;
+}
+
+} // namespace
+
+const OpcUa_EndpointDescription* selectEndpoint(EndpointSpan endpoints, const UaString& connectUrl,
+                                                const UaString& securityPolicyUri,
+                                                OpcUa_MessageSecurityMode securityMode)
+{
+    return selectBest(
+        endpoints, connectUrl,
+        [&](const OpcUa_EndpointDescription& endpoint) {
+            return endpoint.SecurityMode == securityMode &&
+                   textOf(endpoint.SecurityPolicyUri) == securityPolicyUri.view();
+        });
+}
+
+const OpcUa_EndpointDescription* selectEndpointOfAnySecurity(EndpointSpan endpoints,
+                                                             const UaString& connectUrl)
+{
+    return selectBest(
+        endpoints, connectUrl, [](const OpcUa_EndpointDescription&) { return true; });
+}
+
+const OpcUa_UserTokenPolicy* selectUserTokenPolicy(const OpcUa_EndpointDescription& endpoint,
+                                                   OpcUa_UserTokenType type, const UaString& channelPolicyUri)
+{
+    traceUserTokens(endpoint);
+    const OpcUa_UserTokenPolicy* found = nullptr;
+    int best = 0;
+    for (OpcUa_Int32 i = 0; i < endpoint.NoOfUserIdentityTokens; ++i) {
+        const OpcUa_UserTokenPolicy& policy = endpoint.UserIdentityTokens[i];
+        if (policy.TokenType != type)
+            continue;
+        const std::string_view own = textOf(policy.SecurityPolicyUri);
+        // an anonymous user has no secret to protect
+        const int strength = type == OpcUa_UserTokenType_Anonymous
+                                 ? 1
+                                 : strengthOf(own.empty() ? channelPolicyUri.view() : own);
+        if (strength > best) {
+            best = strength;
+            found = &policy;
+        }
+    }
+    return found;
+}
+
+} // namespace UaClientSdk

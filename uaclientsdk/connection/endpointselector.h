@@ -1,0 +1,30 @@
+// Chooses the endpoint and the user token policy that a session activates with.
+#pragma once
+
+#include <span>
+
+#include <opcua/opcua_types.h>
+#include <uabase/values/uastring.h>
+
+namespace UaClientSdk {
+
+using EndpointSpan = std::span<const OpcUa_EndpointDescription>;
+
+/// The endpoint of the security settings that fits the connect URL best: the same URL, else the same scheme
+/// and port, else the same scheme. Null when none has the settings; the result points into endpoints.
+[[nodiscard]] const OpcUa_EndpointDescription* selectEndpoint(EndpointSpan endpoints,
+                                                              const UaString& connectUrl,
+                                                              const UaString& securityPolicyUri,
+                                                              OpcUa_MessageSecurityMode securityMode);
+/// The same whatever the settings.
+[[nodiscard]] const OpcUa_EndpointDescription* selectEndpointOfAnySecurity(EndpointSpan endpoints,
+                                                                           const UaString& connectUrl);
+
+/// The policy of the type that protects secrets best, the first among equals: one with strong encryption,
+/// then one with weak, then one with none. An empty policy URI means the channel's. Null when there is none
+/// whose algorithms are offered here. Traces what the endpoint offers.
+[[nodiscard]] const OpcUa_UserTokenPolicy* selectUserTokenPolicy(const OpcUa_EndpointDescription& endpoint,
+                                                                 OpcUa_UserTokenType type,
+                                                                 const UaString& channelPolicyUri);
+
+} // namespace UaClientSdk

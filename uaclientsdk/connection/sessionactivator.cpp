@@ -1,0 +1,354 @@
+#include <uaclientsdk/connection/sessionactivator.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include <opcua/opcua_clientapi.h>
+#include <opcua/opcua_crypto.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/system/uatrace.h>
+#include <uaclientsdk/connection/activatorturn.h>
+#include <uaclientsdk/connection/createsessioncheck.h>
+#include <uaclientsdk/connection/cryptoprovider.h>
+#include <uaclientsdk/connection/endpointselector.h>
+#include <uaclientsdk/connection/endpointurl.h>
+#include <uaclientsdk/connection/sessionsignature.h>
+#include <uaclientsdk/services/stackcall.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+constexpr OpcUa_Int32 nonceLength = 32;
+constexpr double minimumSessionTimeout = 30000.0;
+constexpr OpcUa_Int64 halfAnHour = 18'000'000'000; // in units of 100 ns
+
+// What a server says of a user whom it does not want, as against one whom it can not take just now.
+bool isRefusal(const UaStatus& status)
+{
+    constexpr std::array<OpcUa_StatusCode, 4> refusals = {
+        OpcUa_BadUserAccessDenied, OpcUa_BadIdentityTokenInvalid, OpcUa_BadIdentityTokenRejected,
+        OpcUa_BadUserSignatureInvalid};
+    return std::find(refusals.begin(), refusals.end(), status.statusCode()) != refusals.end();
+}
+
+ServiceSettings withTimeout(OpcUa_UInt32 milliseconds)
+{
+    ServiceSettings settings;
+    settings.callTimeout = milliseconds;
+    return settings;
+}
+
+} // namespace
+
+// ---- CreateSession
+
+UaStatus SessionActivator::createSession()
+{
+    UaTrace::tInOut("--> UaSessionPrivate::createSession");
+    const ActivatorTurn turn(m_context);
+    const UaStatus result = sendCreateSession();
+    UaTrace::tInOut("<-- UaSessionPrivate::createSession [ret=0x%lx]",
+                    static_cast<unsigned long>(result.statusCode()));
+    return result;
+}
+
+UaStatus SessionActivator::sendCreateSession()
+{
+    Encodeable<OpcUa_CreateSessionRequest> request(OpcUa_CreateSessionRequest_EncodeableType);
+    Encodeable<OpcUa_CreateSessionResponse> response(OpcUa_CreateSessionResponse_EncodeableType);
+    UaStatus result(OpcUa_CryptoProvider_GenerateNonce(nonceLength, &request->ClientNonce));
+    if (result.isBad())
+        return result;
+    fillCreateSession(*request);
+    result = UaStatus(
+        callStack("CreateSession", OpcUa_ClientApi_CreateSession, m_context.channel, *request, *response));
+    if (result.isBad()) {
+        m_context.reportConnectError(UaClient::CreateSession, result, false);
+        return result;
+    }
+    return acceptCreateSession(*response, UaByteString(request->ClientNonce));
+}
+
+void SessionActivator::fillCreateSession(OpcUa_CreateSessionRequest& request)
+{
+    OpcUa_ProxyStubConfiguration limits{};
+    OpcUa_ProxyStub_GetConfiguration(&limits);
+    SessionLock lock(m_context.mutex);
+    const SessionConnectInfo& info = m_context.connectInfo;
+    m_context.authenticationToken = UaNodeId();
+    m_context.fillRequestHeaderLocked(withTimeout(info.connectTimeout), request.RequestHeader);
+    info.applicationUri.copyTo(&request.ClientDescription.ApplicationUri);
+    info.productUri.copyTo(&request.ClientDescription.ProductUri);
+    info.localeId.copyTo(&request.ClientDescription.ApplicationName.Locale);
+    info.applicationName.copyTo(&request.ClientDescription.ApplicationName.Text);
+    request.ClientDescription.ApplicationType = static_cast<OpcUa_ApplicationType>(info.applicationType);
+    info.serverUri.copyTo(&request.ServerUri);
+    m_context.currentEndpointUrl.copyTo(&request.EndpointUrl);
+    info.sessionName.copyTo(&request.SessionName);
+    m_context.securityInfo.clientCertificate.copyTo(&request.ClientCertificate);
+    request.RequestedSessionTimeout = std::max(info.sessionTimeout, minimumSessionTimeout);
+    request.MaxResponseMessageSize = limits.MaxMessageSize;
+}
+
+UaStatus SessionActivator::acceptCreateSession(OpcUa_CreateSessionResponse& response,
+                                               const UaByteString& clientNonce)
+{
+    SessionSecurityInfo security;
+    UaString url;
+    {
+        SessionLock lock(m_context.mutex);
+        security = m_context.securityInfo;
+        url = m_context.currentEndpointUrl;
+        m_context.sessionId = UaNodeId(response.SessionId);
+        m_context.authenticationToken = UaNodeId(response.AuthenticationToken);
+        m_context.sessionCreated = true;
+        // a timeout that is no number would stop every timer that derives from it
+        m_context.revisedSessionTimeout = std::isfinite(response.RevisedSessionTimeout)
+                                              ? std::max(response.RevisedSessionTimeout, 0.0)
+                                              : 0.0;
+        m_context.setWatchdogTimeLocked(m_context.connectInfo.watchdogTime);
+    }
+    warnAboutServerTime(response.ResponseHeader.Timestamp);
+    CreateSessionCheck check(security, url, clientNonce,
+                             [this](const OverridableError& error, const UaByteString& certificate) {
+                                 return m_context.errorOverrides.overridden(m_context, error, certificate);
+                             });
+    const UaStatus status = check.run(response);
+    if (status.isGood()) {
+        SessionLock lock(m_context.mutex);
+        m_context.serverNonce = UaByteString(response.ServerNonce);
+        m_context.serverCertificate = check.serverCertificate();
+        m_context.endpoints.attachFrom(&response.NoOfServerEndpoints, &response.ServerEndpoints);
+        return status;
+    }
+    if (!check.wasAsked())
+        m_context.reportConnectError(UaClient::CreateSession, status, false);
+    // who can not prove to be the server must not make it forget what may be another client's
+    closeRefused(!check.signatureFailed());
+    return status;
+}
+
+void SessionActivator::warnAboutServerTime(OpcUa_DateTime serverTime) const
+{
+    const OpcUa_DateTime now = OpcUa_DateTime_UtcNow();
+    // compared as distances, since the server's number may be anything
+    const bool ahead = serverTime > now && serverTime - now > halfAnHour;
+    const bool behind = serverTime < now && (serverTime < 0 || now - serverTime > halfAnHour);
+    if (ahead || behind) {
+        UaTrace::tWarning("Warning: Server time (%s) is more than 30 Minutes distinct from local system time",
+                          UaDateTime(serverTime).toString().toUtf8());
+    }
+}
+
+// ---- ActivateSession
+
+UaStatus SessionActivator::activateSession()
+{
+    UaTrace::tInOut("--> UaSessionPrivate::activateSession");
+    const ActivatorTurn turn(m_context);
+    Identity identity;
+    ServiceSettings settings;
+    {
+        SessionLock lock(m_context.mutex);
+        identity = m_context.securityInfo.userIdentityToken();
+        settings = withTimeout(m_context.connectInfo.connectTimeout);
+    }
+    const UaStatus result = activate(settings, *identity);
+    if (result.isBad()) {
+        if (isRefusal(result) && identity->tokenType() != OpcUa_UserTokenType_Anonymous) {
+            SessionLock lock(m_context.mutex);
+            m_context.userRefused = true;
+        }
+        m_context.reportConnectError(UaClient::ActivateSession, result, false);
+    }
+    UaTrace::tInOut("<-- UaSessionPrivate::activateSession [ret=0x%lx]",
+                    static_cast<unsigned long>(result.statusCode()));
+    return result;
+}
+
+UaStatus SessionActivator::changeUser(ServiceSettings& settings, Identity identity)
+{
+    if (ActivatorTurn::isMine(m_context))
+        return UaStatus(OpcUa_BadInvalidState);
+    const ActivatorTurn turn(m_context);
+    {
+        SessionLock lock(m_context.mutex);
+        if (!m_context.connectRequested)
+            return UaStatus(OpcUa_BadConnectionClosed);
+        if (!m_context.sessionActive) {
+            m_context.securityInfo.setUserIdentity(std::move(identity));
+            m_context.userRefused = false;
+            return UaStatus(OpcUa_GoodCompletesAsynchronously);
+        }
+    }
+    const UaStatus result = activate(settings, *identity);
+    if (result.isGood()) {
+        SessionLock lock(m_context.mutex);
+        m_context.securityInfo.setUserIdentity(std::move(identity));
+    }
+    return result;
+}
+
+UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdentityToken& identity)
+{
+    Encodeable<OpcUa_ActivateSessionRequest> request(OpcUa_ActivateSessionRequest_EncodeableType);
+    Encodeable<OpcUa_ActivateSessionResponse> response(OpcUa_ActivateSessionResponse_EncodeableType);
+    {
+        SessionLock lock(m_context.mutex);
+        m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
+        m_context.localeIds.copyTo(&request->NoOfLocaleIds, &request->LocaleIds);
+    }
+    UaStatus result = fillActivateSession(identity, *request);
+    if (result.isBad()) {
+        IdentityTokenBuilder::wipeIdentity(*request);
+        return result;
+    }
+    settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
+    result = UaStatus(callStack("ActivateSession", OpcUa_ClientApi_ActivateSession, m_context.channel,
+                                *request, *response));
+    IdentityTokenBuilder::wipeIdentity(*request);
+    settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
+    if (result.isBad())
+        return result;
+    result = acceptNewNonce(response->ServerNonce, IdentityTokenBuilder::usesNonce(*request));
+    if (result.isBad()) {
+        closeRefused(true);
+        return result;
+    }
+    SessionLock lock(m_context.mutex);
+    m_context.activatedOnce = true;
+    m_context.sessionActive = m_context.channelConnected;
+    return result;
+}
+
+UaStatus SessionActivator::fillActivateSession(const UaUserIdentityToken& identity,
+                                               OpcUa_ActivateSessionRequest& request)
+{
+    UaEndpointDescriptions endpoints;
+    SessionSecurityInfo security;
+    UaString url;
+    {
+        SessionLock lock(m_context.mutex);
+        endpoints = m_context.endpoints;
+        security = m_context.securityInfo;
+        url = m_context.currentEndpointUrl;
+    }
+    const OpcUa_EndpointDescription* endpoint =
+        selectEndpoint(endpoints.span(), url, security.securityPolicyUri, security.messageSecurityMode);
+    if (!endpoint)
+        endpoint = selectEndpointOfAnySecurity(endpoints.span(), url); // the application has overridden that
+    if (!endpoint) {
+        UaTrace::tError(
+            "Error: UaSessionPrivate::activateSession - no endpoint matching the session security settings");
+        return UaStatus(OpcUa_BadSecurityModeRejected);
+    }
+    UaTrace::tInfo("UaSessionPrivate::activateSession - using endpoint %s",
+                   UaString(endpoint->EndpointUrl).toUtf8());
+    const UaStatus status = addIdentity(identity, *endpoint, request);
+    return status.isGood() && security.isSecured() ? signRequest(request) : status;
+}
+
+UaStatus SessionActivator::addIdentity(const UaUserIdentityToken& identity,
+                                       const OpcUa_EndpointDescription& endpoint,
+                                       OpcUa_ActivateSessionRequest& request)
+{
+    IdentityProtection wanted = protection();
+    const UaStatus status = IdentityTokenBuilder(wanted).build(identity, endpoint, request);
+    if (!(status == OpcUa_BadSecurityModeInsufficient))
+        return status;
+    const OverridableError error(UaClient::ActivateSession, status.statusCode(),
+                                 status.diagnosticText().toStdString());
+    if (!m_context.errorOverrides.overridden(m_context, error, wanted.serverCertificate))
+        return status;
+    wanted.plainPasswordAllowed = true;
+    OpcUa_ExtensionObject_Clear(&request.UserIdentityToken);
+    return IdentityTokenBuilder(wanted).build(identity, endpoint, request);
+}
+
+IdentityProtection SessionActivator::protection() const
+{
+    SessionLock lock(m_context.mutex);
+    const SessionSecurityInfo& security = m_context.securityInfo;
+    IdentityProtection result;
+    result.channelPolicyUri = security.securityPolicyUri;
+    result.channelEncrypts = security.messageSecurityMode == OpcUa_MessageSecurityMode_SignAndEncrypt ||
+                             parseEndpointUrl(m_context.currentEndpointUrl.view()).scheme == "https";
+    result.plainPasswordAllowed = security.plainPasswordAccepted;
+    result.serverCertificate = m_context.serverCertificate;
+    result.serverNonce = m_context.serverNonce;
+    return result;
+}
+
+UaStatus SessionActivator::signRequest(OpcUa_ActivateSessionRequest& request)
+{
+    UaString policy;
+    UaByteString key;
+    UaByteString certificate;
+    UaByteString nonce;
+    {
+        SessionLock lock(m_context.mutex);
+        policy = m_context.securityInfo.securityPolicyUri;
+        key = m_context.securityInfo.clientPrivateKey;
+        certificate = m_context.serverCertificate;
+        nonce = m_context.serverNonce;
+    }
+    const CryptoProvider provider(policy);
+    return provider.status().isGood()
+               ? signForServer(provider, *key.get(), certificate, nonce, request.ClientSignature)
+               : provider.status();
+}
+
+UaStatus SessionActivator::acceptNewNonce(const OpcUa_ByteString& nonce, bool matters)
+{
+    const UaByteString fresh(nonce);
+    bool repeated = false;
+    {
+        SessionLock lock(m_context.mutex);
+        matters = matters || m_context.securityInfo.isSecured();
+        repeated = fresh == m_context.serverNonce;
+        m_context.serverNonce = fresh;
+    }
+    if (!matters)
+        return UaStatus(); // nothing is signed or encrypted with it
+    if (nonce.Length < nonceLength)
+        UaTrace::tError("Nonce returned by server is too short (len=%i), closing session", nonce.Length);
+    else if (repeated)
+        UaTrace::tError("Server returned the same nonce as last time, closing session");
+    else
+        return UaStatus();
+    return UaStatus(OpcUa_BadNonceInvalid);
+}
+
+// ---- CloseSession
+
+void SessionActivator::closeRefused(bool deleteSubscriptions)
+{
+    OpcUa_UInt32 timeout = 0;
+    {
+        SessionLock lock(m_context.mutex);
+        timeout = m_context.connectInfo.connectTimeout;
+    }
+    closeSession(withTimeout(timeout), deleteSubscriptions); // nobody is left to tell
+}
+
+UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool deleteSubscriptions)
+{
+    Encodeable<OpcUa_CloseSessionRequest> request(OpcUa_CloseSessionRequest_EncodeableType);
+    Encodeable<OpcUa_CloseSessionResponse> response(OpcUa_CloseSessionResponse_EncodeableType);
+    {
+        SessionLock lock(m_context.mutex);
+        if (!m_context.sessionCreated)
+            return UaStatus();
+        m_context.sessionCreated = false;
+        m_context.activatedOnce = false;
+        m_context.sessionActive = false;
+        m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
+    }
+    request->DeleteSubscriptions = deleteSubscriptions ? OpcUa_True : OpcUa_False;
+    return UaStatus(
+        callStack("CloseSession", OpcUa_ClientApi_CloseSession, m_context.channel, *request, *response));
+}
+
+} // namespace UaClientSdk

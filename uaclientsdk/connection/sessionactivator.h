@@ -1,0 +1,49 @@
+// Creates, activates and closes the session on an open channel.
+#pragma once
+
+#include <memory>
+
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/connection/identitytokenbuilder.h>
+#include <uaclientsdk/connection/sessioncontext.h>
+
+namespace UaClientSdk {
+
+/// Blocks. Any thread; what two threads ask for is done one after the other, since each activation answers
+/// with the nonce for the next.
+class SessionActivator
+{
+public:
+    explicit SessionActivator(SessionContext& context) : m_context(context) {}
+
+    /// CreateSession, OPC 10000-4, 5.6.2, with the checks of its answer.
+    UaStatus createSession();
+    /// ActivateSession, OPC 10000-4, 5.6.3, on a new or an existing session.
+    UaStatus activateSession();
+    /// Another user for the session, who is kept when the server takes him. Good; GoodCompletesAsynchronously
+    /// without a session just now (the next reconnect logs him in); BadConnectionClosed when nothing is
+    /// connected; BadInvalidState from within connectError; what the server answers.
+    UaStatus changeUser(ServiceSettings& settings, std::shared_ptr<const UaUserIdentityToken> identity);
+    UaStatus closeSession(const ServiceSettings& settings, bool deleteSubscriptions);
+
+private:
+    using Identity = std::shared_ptr<const UaUserIdentityToken>;
+
+    UaStatus sendCreateSession();
+    void fillCreateSession(OpcUa_CreateSessionRequest& request);
+    UaStatus acceptCreateSession(OpcUa_CreateSessionResponse& response, const UaByteString& clientNonce);
+    void warnAboutServerTime(OpcUa_DateTime serverTime) const;
+
+    UaStatus activate(ServiceSettings& settings, const UaUserIdentityToken& identity);
+    UaStatus fillActivateSession(const UaUserIdentityToken& identity, OpcUa_ActivateSessionRequest& request);
+    UaStatus addIdentity(const UaUserIdentityToken& identity, const OpcUa_EndpointDescription& endpoint,
+                         OpcUa_ActivateSessionRequest& request);
+    UaStatus signRequest(OpcUa_ActivateSessionRequest& request);
+    UaStatus acceptNewNonce(const OpcUa_ByteString& nonce, bool matters);
+    [[nodiscard]] IdentityProtection protection() const;
+    void closeRefused(bool deleteSubscriptions);
+
+    SessionContext& m_context;
+};
+
+} // namespace UaClientSdk

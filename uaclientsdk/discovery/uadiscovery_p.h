@@ -1,0 +1,31 @@
+// The channel of one discovery call.
+#pragma once
+
+#include <opcua/opcua_channel.h>
+#include <opcua/opcua_types.h>
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/clientsecurityinfo.h>
+#include <uaclientsdk/servicesettings.h>
+
+namespace UaClientSdk {
+
+/// Made for one call and used by one thread; closes its channel with its life.
+class UaDiscoveryPrivate
+{
+public:
+    UaDiscoveryPrivate() = default;
+    ~UaDiscoveryPrivate();
+    UaDiscoveryPrivate(const UaDiscoveryPrivate&) = delete;
+    UaDiscoveryPrivate& operator=(const UaDiscoveryPrivate&) = delete;
+
+    UaStatus connect(const UaString& url, const ClientSecurityInfo& security, OpcUa_UInt32 timeout,
+                     const UaString& reserved);
+    UaStatus disconnect();
+    [[nodiscard]] OpcUa_Channel channel() const { return m_channel; }
+    static void fillRequestHeader(const ServiceSettings& settings, OpcUa_RequestHeader& header);
+
+private:
+    OpcUa_Channel m_channel = nullptr;
+};
+
+} // namespace UaClientSdk

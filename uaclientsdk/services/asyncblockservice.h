@@ -1,0 +1,143 @@
+// The asynchronous form of the services of blockservice.h.
+#pragma once
+
+#include <memory>
+#include <new>
+
+#include <uaclientsdk/services/blockservice.h>
+#include <uaclientsdk/services/pendingcall.h>
+
+namespace UaClientSdk {
+
+/// A call on its way from block to block. The transaction ends with it, after everything else of it has gone.
+template <typename Service, typename Prepare, typename Complete>
+struct BlockTransaction
+{
+    Transaction transaction;
+    const Service& service;
+    ServiceSettings settings;
+    Prepare prepare;
+    Complete complete;
+    OpcUa_UInt32 limit = 0;
+    OpcUa_UInt32 length = 0;                     ///< items of all blocks
+    OpcUa_UInt32 first = 0;                      ///< of the block that is under way
+    UaArray<typename Service::ItemType> items{}; ///< all of them, when more blocks follow the first
+    UaArray<typename Service::ResultType> results{};
+    UaDiagnosticInfos diagnosticInfos{};
+
+    [[nodiscard]] OpcUa_UInt32 blockLength() const { return std::min(limit, length - first); }
+};
+
+/// One block's request. The next block is sent from the pool when its predecessor is answered.
+template <typename Service, typename Prepare, typename Complete>
+class AsyncBlock : public PendingCall
+{
+public:
+    using State = BlockTransaction<Service, Prepare, Complete>;
+
+    AsyncBlock(SessionContext& session, std::unique_ptr<State>&& state)
+        : PendingCall(session), m_state(std::move(state))
+    {
+    }
+
+    /// Sends the block that state names. Good: the call goes on by itself. Bad: state is left to the caller.
+    static UaStatus send(SessionContext& session, std::unique_ptr<State>& state,
+                         std::span<const typename Service::ItemType> items)
+    try {
+        auto block = std::make_unique<AsyncBlock>(session, std::move(state));
+        State& sent = *block->m_state;
+        BorrowingRequest<typename Service::RequestType> request(sent.service.requestType);
+        fillBlock(session, sent.service, sent.settings, sent.first, items, sent.prepare, *request);
+        std::unique_ptr<PendingCall> call = std::move(block);
+        const ServiceNames& names = sent.service.names;
+        session.mutex.assertUnlocked();
+        const OpcUa_StatusCode status =
+            PendingCall::send(call, names.stackName, sent.service.begin, session.channel, *request);
+        if (call)
+            state = std::move(static_cast<AsyncBlock&>(*call).m_state);
+        return UaStatus(status);
+    } catch (const std::bad_alloc&) {
+        return UaStatus(OpcUa_BadOutOfMemory);
+    }
+
+    void execute() override
+    {
+        UaTrace::tInOut("--> UaSessionPrivate::%s [Session=%u]", m_state->service.names.handler,
+                        session().traceId);
+        const UaStatus taken = take();
+        m_state->first += m_state->blockLength();
+        const UaStatus status = !taken.isBad() && m_state->first < m_state->length ? sendNext() : taken;
+        if (m_state)
+            finish(status);
+    }
+
+private:
+    UaStatus take()
+    {
+        if (OpcUa_IsBad(status()))
+            return UaStatus(status());
+        const Service& service = m_state->service;
+        auto* const answer = response<typename Service::ResponseType>(service.responseType);
+        const UaStatus result = answer ? takeBlock(service, m_state->blockLength(), *answer, m_state->results,
+                                                   m_state->diagnosticInfos)
+                                       : UaStatus(OpcUa_BadUnknownResponse);
+        clearResponse();
+        return result.isBad() ? result : UaStatus(status());
+    }
+
+    /// m_state goes with the block when it is sent.
+    UaStatus sendNext()
+    {
+        Transaction checked; // only to make the check; the call is counted already
+        const OpcUa_UInt32 count = m_state->blockLength();
+        const UaStatus ready = beginTransaction(session(), m_state->service.names, count, checked);
+        return ready.isBad() ? ready
+                             : send(session(), m_state, m_state->items.span().subspan(m_state->first, count));
+    }
+
+    void finish(const UaStatus& status)
+    {
+        finishBlocks(m_state->service, status, m_state->results, m_state->diagnosticInfos);
+        if (UaSessionCallback* const receiver = completionReceiver(session(), m_state->service.names)) {
+            session().mutex.assertUnlocked();
+            m_state->complete(*receiver, status, m_state->results, m_state->diagnosticInfos);
+            UaTrace::tIfCall("DONE SessionCallback::%s [Session=%u]", m_state->service.names.completion,
+                             session().traceId);
+        }
+    }
+
+    std::unique_ptr<State> m_state;
+};
+
+/// Sends the service, and later calls complete(callback, status, results, diagnosticInfos) on the pool. The
+/// result says whether it was sent; when it is bad, complete is never called. prepare must own what it needs.
+template <typename Service, typename Prepare, typename Complete>
+UaStatus beginInBlocks(SessionContext& context, const Service& service, ServiceSettings& settings,
+                       std::span<const typename Service::ItemType> items, const Prepare& prepare,
+                       const Complete& complete)
+try {
+    using State = BlockTransaction<Service, Prepare, Complete>;
+    const ServiceNames& names = service.names;
+    const auto length = static_cast<OpcUa_UInt32>(items.size());
+    UaTrace::tInOut("--> UaSession::%s count=%u [Session=%u]", names.beginMethod, length, context.traceId);
+    Transaction transaction;
+    UaStatus status = beginTransaction(context, names, length, transaction);
+    if (!status.isBad()) {
+        traceBlockItems(service, items);
+        auto state = std::make_unique<State>(
+            State{std::move(transaction), service, settings, prepare, complete, blockLimit(context), length});
+        const auto block = items.first(state->blockLength());
+        const bool copied = block.size() == items.size() ||
+                            state->items.assign(static_cast<OpcUa_Int32>(length), items.data());
+        settings.requestTime = UaDateTime::now();
+        status = copied ? AsyncBlock<Service, Prepare, Complete>::send(context, state, block)
+                        : UaStatus(OpcUa_BadOutOfMemory);
+    }
+    UaTrace::tInOut("<-- UaSession::%s [ret=0x%lx]", names.beginMethod,
+                    static_cast<unsigned long>(status.statusCode()));
+    return status;
+} catch (const std::bad_alloc&) {
+    return UaStatus(OpcUa_BadOutOfMemory);
+}
+
+} // namespace UaClientSdk

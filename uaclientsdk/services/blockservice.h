@@ -1,0 +1,183 @@
+// Services that take one array and answer with another: splitting, merging and trace, written once.
+#pragma once
+
+#include <algorithm>
+#include <span>
+#include <utility>
+
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uaarrays.h>
+#include <uaclientsdk/services/servicenames.h>
+#include <uaclientsdk/services/stackcall.h>
+
+namespace UaClientSdk {
+
+/// How one such service names its fields in the stack's structures.
+template <typename Request, typename Response, typename Item, typename Result>
+struct BlockService
+{
+    using RequestType = Request;
+    using ResponseType = Response;
+    using ItemType = Item;
+    using ResultType = Result;
+
+    ServiceNames names;
+    OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*);
+    OpcUa_StatusCode (*begin)(OpcUa_Channel, const Request*, OpcUa_Channel_PfnRequestComplete, void*);
+    const OpcUa_EncodeableType& requestType;
+    const OpcUa_EncodeableType& responseType;
+    OpcUa_Int32 Request::*itemCount;
+    Item* Request::*items;
+    OpcUa_Int32 Response::*resultCount; ///< null: the service answers with a status only
+    Result* Response::*results;
+    /// What a block did stays done when a later one fails: then its results are kept.
+    bool hasEffects = false;
+    void (*traceItems)(std::span<const Item>) = nullptr; ///< at the level of data
+    void (*traceResults)(std::span<const Result>) = nullptr;
+};
+
+/// Moves a block's diagnostic infos behind those of the blocks before it, which may have come without.
+template <typename Response>
+bool takeDiagnostics(Response& response, OpcUa_UInt32 before, OpcUa_UInt32 count, UaDiagnosticInfos& merged)
+{
+    if constexpr (requires { response.DiagnosticInfos; }) {
+        UaDiagnosticInfos block;
+        OpcUa_ResponseHeader& header = response.ResponseHeader;
+        block.attach(std::exchange(response.NoOfDiagnosticInfos, 0),
+                     std::exchange(response.DiagnosticInfos, nullptr),
+                     std::exchange(header.NoOfStringTable, 0), std::exchange(header.StringTable, nullptr));
+        if (block.isEmpty() && merged.isEmpty())
+            return true;
+        return merged.resize(before) && (!block.isEmpty() || block.resize(count)) &&
+               merged.append(std::move(block));
+    } else {
+        return true;
+    }
+}
+
+/// Appends what a block of count items was answered to what came before.
+template <typename Service>
+UaStatus takeBlock(const Service& service, OpcUa_UInt32 count, typename Service::ResponseType& response,
+                   UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos)
+{
+    if (!service.results)
+        return UaStatus();
+    OpcUa_Int32 diagnostics = 0;
+    if constexpr (requires { response.NoOfDiagnosticInfos; })
+        diagnostics = response.NoOfDiagnosticInfos;
+    const UaStatus counts = checkCounts(service.names, count, response.*service.resultCount, diagnostics);
+    if (counts.isBad())
+        return counts;
+    UaArray<typename Service::ResultType> block;
+    block.attachFrom(&(response.*service.resultCount), &(response.*service.results));
+    const bool merged = takeDiagnostics(response, results.length(), count, diagnosticInfos);
+    return merged && results.appendMoved(std::move(block)) ? UaStatus() : UaStatus(OpcUa_BadOutOfMemory);
+}
+
+/// Fills the request of one block. prepare(request, first) sets the other fields; first is the place of the
+/// block among all items.
+template <typename Service, typename Prepare>
+void fillBlock(SessionContext& context, const Service& service, ServiceSettings& settings, OpcUa_UInt32 first,
+               std::span<const typename Service::ItemType> items, const Prepare& prepare,
+               typename Service::RequestType& request)
+{
+    {
+        SessionLock lock(context.mutex);
+        context.fillRequestHeaderLocked(settings, request.RequestHeader);
+    }
+    settings.requestTime = UaDateTime(request.RequestHeader.Timestamp);
+    request.*service.itemCount = static_cast<OpcUa_Int32>(items.size());
+    // the stack only reads them
+    request.*service.items = const_cast<typename Service::ItemType*>(items.data());
+    prepare(request, first);
+}
+
+/// The most items of one request.
+inline OpcUa_UInt32 blockLimit(const SessionContext& context)
+{
+    SessionLock lock(context.mutex);
+    return std::max<OpcUa_UInt32>(context.connectInfo.maxOperationsPerServiceCall, 1);
+}
+
+/// Sends one block and appends what comes back.
+template <typename Service, typename Prepare>
+UaStatus callBlock(SessionContext& context, const Service& service, ServiceSettings& settings,
+                   OpcUa_UInt32 first, std::span<const typename Service::ItemType> items,
+                   UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos,
+                   const Prepare& prepare)
+{
+    BorrowingRequest<typename Service::RequestType> request(service.requestType);
+    Encodeable<typename Service::ResponseType> response(service.responseType);
+    fillBlock(context, service, settings, first, items, prepare, *request);
+    const UaStatus status(
+        callStack(service.names.stackName, service.function, context.channel, *request, *response));
+    settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
+    if (status.isBad())
+        return status;
+    const UaStatus taken =
+        takeBlock(service, static_cast<OpcUa_UInt32>(items.size()), *response, results, diagnosticInfos);
+    return taken.isBad() ? taken : status;
+}
+
+/// The items are there in good time to be traced: the caller gave them.
+template <typename Service>
+void traceBlockItems(const Service& service, std::span<const typename Service::ItemType> items)
+{
+    if (service.traceItems && UaTrace::isWanted(UaTrace::Data))
+        service.traceItems(items);
+}
+
+/// The end of a split call: what its caller gets, and the trace of it.
+template <typename Service>
+void finishBlocks(const Service& service, const UaStatus& status,
+                  UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos)
+{
+    if (status.isBad() && !service.hasEffects) {
+        results.clear();
+        diagnosticInfos.clear();
+    }
+    if (service.traceResults && UaTrace::isWanted(UaTrace::Data))
+        service.traceResults(results.span());
+}
+
+/// The whole service: split by the session's maximum operations per call, stopped at the first bad block.
+template <typename Service, typename Prepare>
+UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSettings& settings,
+                      std::span<const typename Service::ItemType> items,
+                      UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos,
+                      const Prepare& prepare)
+{
+    const ServiceNames& names = service.names;
+    const auto length = static_cast<OpcUa_UInt32>(items.size());
+    UaTrace::tInOut("--> UaSession::%s count=%u [Session=%u]", names.method, length, context.traceId);
+    results.clear();
+    diagnosticInfos.clear();
+    const OpcUa_UInt32 limit = blockLimit(context);
+    UaStatus status = checkReady(context, names, length);
+    if (!status.isBad())
+        traceBlockItems(service, items);
+    for (OpcUa_UInt32 done = 0; !status.isBad() && done < length;) {
+        const OpcUa_UInt32 count = std::min(limit, length - done);
+        status = done == 0 ? status : checkReady(context, names, count);
+        if (!status.isBad()) {
+            status = callBlock(context, service, settings, done, items.subspan(done, count), results,
+                               diagnosticInfos, prepare);
+        }
+        done += count;
+    }
+    finishBlocks(service, status, results, diagnosticInfos);
+    UaTrace::tInOut("<-- UaSession::%s [ret=0x%lx]", names.method,
+                    static_cast<unsigned long>(status.statusCode()));
+    return status;
+}
+
+/// For services whose requests have nothing but their items.
+struct NothingToPrepare
+{
+    template <typename Request>
+    void operator()(Request&, OpcUa_UInt32) const
+    {
+    }
+};
+
+} // namespace UaClientSdk

@@ -1,0 +1,43 @@
+#include <uaclientsdk/services/pendingcall.h>
+
+#include <uaclientsdk/connection/sessioncontext.h>
+
+namespace UaClientSdk {
+
+PendingCall::~PendingCall()
+{
+    clearResponse();
+}
+
+void PendingCall::clearResponse()
+{
+    if (m_response)
+        OpcUa_EncodeableObject_Delete(m_responseType, &m_response);
+    m_responseType = nullptr;
+}
+
+void PendingCall::respond(OpcUa_Channel /*channel*/, void* response, const OpcUa_EncodeableType* responseType,
+                          void* callbackData, OpcUa_StatusCode status)
+{
+    if (!callbackData) {
+        UaTrace::tError("Error: SessionCallback - Stack sent callback with status [status=0x%lx]",
+                        static_cast<unsigned long>(status));
+        if (response)
+            OpcUa_EncodeableObject_Delete(responseType, &response);
+        return;
+    }
+    std::unique_ptr<PendingCall> call(static_cast<PendingCall*>(callbackData));
+    call->clearResponse();
+    call->m_response = response;
+    call->m_responseType = response ? responseType : nullptr;
+    call->m_status = status;
+    PendingCall& self = *call;
+    self.queue(std::move(call));
+}
+
+void PendingCall::queue(std::unique_ptr<PendingCall> self)
+{
+    m_session.runOnPool(std::move(self));
+}
+
+} // namespace UaClientSdk

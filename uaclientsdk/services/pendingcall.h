@@ -1,0 +1,67 @@
+// An asynchronous service call between its request and its completion.
+#pragma once
+
+#include <memory>
+
+#include <opcua/opcua_channel.h>
+#include <uabase/system/uatrace.h>
+#include <uaclientsdk/services/callbackpool.h>
+
+namespace UaClientSdk {
+
+struct SessionContext;
+
+/// The callback data of the stack and, once the answer is there, the job of the pool: nothing has to be
+/// allocated when an answer comes. It holds the session by reference, so its subclass counts what it does in
+/// a way that disconnect waits for (SessionContext::transactions).
+class PendingCall : public CallbackJob
+{
+public:
+    explicit PendingCall(SessionContext& session) : m_session(session) {}
+    ~PendingCall() override; ///< frees the response
+
+    /// Sends the request. When the result is good, the call belongs to the stack until its answer comes; when
+    /// it is bad, the call is left to the caller. Not under the session's mutex.
+    template <typename Request>
+    [[nodiscard]] static OpcUa_StatusCode
+    send(std::unique_ptr<PendingCall>& call, const char* service,
+         OpcUa_StatusCode (*begin)(OpcUa_Channel, const Request*, OpcUa_Channel_PfnRequestComplete, void*),
+         OpcUa_Channel channel, const Request& request)
+    {
+        UaTrace::tIfCall("CALL OpcUa_ClientApi_Begin%s", service);
+        PendingCall* const data = call.release();
+        const OpcUa_StatusCode status = begin(channel, &request, respond, data);
+        if (OpcUa_IsBad(status))
+            call.reset(data);
+        UaTrace::tIfCall("DONE OpcUa_ClientApi_Begin%s [ret=0x%lx]", service,
+                         static_cast<unsigned long>(status));
+        return status;
+    }
+
+    /// The session's response function, called by the stack on the channel's callback thread.
+    static void respond(OpcUa_Channel channel, void* response, const OpcUa_EncodeableType* responseType,
+                        void* callbackData, OpcUa_StatusCode status);
+
+protected:
+    /// On the channel's callback thread: hands the answered call to the pool. A subclass that has to keep an
+    /// order does so here.
+    virtual void queue(std::unique_ptr<PendingCall> self);
+
+    [[nodiscard]] SessionContext& session() const { return m_session; }
+    /// How the call ended, and the response when that is good; null for an answer of another type.
+    [[nodiscard]] OpcUa_StatusCode status() const { return m_status; }
+    template <typename Response>
+    [[nodiscard]] Response* response(const OpcUa_EncodeableType& type) const
+    {
+        return m_responseType == &type ? static_cast<Response*>(m_response) : nullptr;
+    }
+    void clearResponse();
+
+private:
+    SessionContext& m_session;
+    void* m_response = nullptr;
+    const OpcUa_EncodeableType* m_responseType = nullptr;
+    OpcUa_StatusCode m_status = 0;
+};
+
+} // namespace UaClientSdk

@@ -1,0 +1,41 @@
+#include <uaclientsdk/services/transactioncounter.h>
+
+#include <chrono>
+
+#include <uabase/system/uatrace.h>
+
+namespace UaClientSdk {
+
+void TransactionCounter::begin()
+{
+    const std::lock_guard lock(m_mutex);
+    ++m_count;
+}
+
+void TransactionCounter::end()
+{
+    const std::lock_guard lock(m_mutex);
+    if (--m_count == 0)
+        m_ended.notify_all(); // under the lock: the one who waits destroys us with it
+}
+
+void TransactionCounter::waitForTransactionCompletion(OpcUa_UInt32 traceId)
+{
+    constexpr auto traceInterval = std::chrono::seconds(1);
+    std::unique_lock lock(m_mutex);
+    while (m_count > 0) {
+        const unsigned int pending = m_count;
+        lock.unlock();
+        UaTrace::tInOut("    [Session=%u] transaction count = %d", traceId, static_cast<int>(pending));
+        lock.lock();
+        m_ended.wait_for(lock, traceInterval, [this] { return m_count == 0; });
+    }
+}
+
+unsigned int TransactionCounter::count() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_count;
+}
+
+} // namespace UaClientSdk

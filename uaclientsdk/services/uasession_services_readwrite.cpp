@@ -1,0 +1,92 @@
+// The attribute services of a session.
+#include <uaclientsdk/uasession.h>
+
+#include <uabase/values/uavariant.h>
+#include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/uasession_p.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+void traceReadItems(std::span<const OpcUa_ReadValueId> nodes)
+{
+    UaTrace::tData("Read %d nodes", static_cast<int>(nodes.size()));
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        UaTrace::tData("  Node[%d] NodeId=%s AtrId=%d", static_cast<int>(i),
+                       UaNodeId(nodes[i].NodeId).toFullString().toUtf8(),
+                       static_cast<int>(nodes[i].AttributeId));
+    }
+}
+
+void traceReadResults(std::span<const OpcUa_DataValue> values)
+{
+    UaTrace::tData("Read results for %d nodes", static_cast<int>(values.size()));
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const OpcUa_DataValue& value = values[i];
+        const auto status = static_cast<unsigned long>(value.StatusCode);
+        if (OpcUa_IsBad(value.StatusCode)) {
+            UaTrace::tData("  Node[%d] Failed StatusCode=0x%lx", static_cast<int>(i), status);
+        } else {
+            UaTrace::tData("  Node[%d] Value=%s Status=0x%lx", static_cast<int>(i),
+                           UaVariant(value.Value).toString().toUtf8(), status);
+        }
+    }
+}
+
+const BlockService<OpcUa_ReadRequest, OpcUa_ReadResponse, OpcUa_ReadValueId, OpcUa_DataValue> readService{
+    {"read", "Read", "Empty read array passed", "beginRead", "readCallback", "readComplete"},
+    UA_SERVICE(Read, NodesToRead),
+    UA_RESULTS(Read),
+    false,
+    traceReadItems,
+    traceReadResults};
+
+const BlockService<OpcUa_WriteRequest, OpcUa_WriteResponse, OpcUa_WriteValue, OpcUa_StatusCode> writeService{
+    {"write", "Write", "Empty write array passed", "beginWrite", "writeCallback", "writeComplete"},
+    UA_SERVICE(Write, NodesToWrite),
+    UA_RESULTS(Write),
+    true};
+
+auto readPreparation(double maxAge, OpcUa_TimestampsToReturn timestampsToReturn)
+{
+    return [maxAge, timestampsToReturn](OpcUa_ReadRequest& request, OpcUa_UInt32) {
+        request.MaxAge = maxAge;
+        request.TimestampsToReturn = timestampsToReturn;
+    };
+}
+
+} // namespace
+
+UaStatus UaSession::read(ServiceSettings& settings, double maxAge,
+                         OpcUa_TimestampsToReturn timestampsToReturn, const UaReadValueIds& nodesToRead,
+                         UaDataValues& values, UaDiagnosticInfos& diagnosticInfos)
+{
+    return callInBlocks(d->context, readService, settings, nodesToRead.span(), values, diagnosticInfos,
+                        readPreparation(maxAge, timestampsToReturn));
+}
+
+UaStatus UaSession::beginRead(ServiceSettings& settings, double maxAge,
+                              OpcUa_TimestampsToReturn timestampsToReturn, const UaReadValueIds& nodesToRead,
+                              OpcUa_UInt32 transactionId)
+{
+    return beginInBlocks(d->context, readService, settings, nodesToRead.span(),
+                         readPreparation(maxAge, timestampsToReturn),
+                         completeWith(transactionId, &UaSessionCallback::readComplete));
+}
+
+UaStatus UaSession::write(ServiceSettings& settings, const UaWriteValues& nodesToWrite,
+                          UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos)
+{
+    return callInBlocks(d->context, writeService, settings, nodesToWrite.span(), results, diagnosticInfos,
+                        NothingToPrepare());
+}
+
+UaStatus UaSession::beginWrite(ServiceSettings& settings, const UaWriteValues& nodesToWrite,
+                               OpcUa_UInt32 transactionId)
+{
+    return beginInBlocks(d->context, writeService, settings, nodesToWrite.span(), NothingToPrepare(),
+                         completeWith(transactionId, &UaSessionCallback::writeComplete));
+}
+
+} // namespace UaClientSdk

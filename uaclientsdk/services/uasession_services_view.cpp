@@ -1,0 +1,158 @@
+// The view services of a session.
+#include <uaclientsdk/uasession.h>
+
+#include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/uasession_p.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+// The view services report a missing connection as an internal error.
+constexpr ServiceNames viewNames(const char* method, const char* stackName, const char* emptyText)
+{
+    return {method,
+            stackName,
+            emptyText,
+            nullptr,
+            nullptr,
+            nullptr,
+            OpcUa_BadInternalError,
+            "OpcUa_BadInternalError"};
+}
+
+const BlockService<OpcUa_BrowseRequest, OpcUa_BrowseResponse, OpcUa_BrowseDescription, OpcUa_BrowseResult>
+    browseService{viewNames("browse", "Browse", "Empty browse array passed"),
+                  UA_SERVICE(Browse, NodesToBrowse), UA_RESULTS(Browse)};
+
+const BlockService<OpcUa_BrowseNextRequest, OpcUa_BrowseNextResponse, OpcUa_ByteString, OpcUa_BrowseResult>
+    browseNextService{viewNames("browseNext", "BrowseNext", "Empty continuation point passed"),
+                      UA_SERVICE(BrowseNext, ContinuationPoints), UA_RESULTS(BrowseNext)};
+
+const BlockService<OpcUa_TranslateBrowsePathsToNodeIdsRequest, OpcUa_TranslateBrowsePathsToNodeIdsResponse,
+                   OpcUa_BrowsePath, OpcUa_BrowsePathResult>
+    translateService{
+        {"translateBrowsePathsToNodeIds", "TranslateBrowsePathsToNodeIds", "Empty browse path array passed"},
+        UA_SERVICE(TranslateBrowsePathsToNodeIds, BrowsePaths),
+        UA_RESULTS(TranslateBrowsePathsToNodeIds)};
+
+const BlockService<OpcUa_RegisterNodesRequest, OpcUa_RegisterNodesResponse, OpcUa_NodeId, OpcUa_NodeId>
+    registerService{{"registerNodes", "RegisterNodes", "Empty node array passed"},
+                    UA_SERVICE(RegisterNodes, NodesToRegister),
+                    &OpcUa_RegisterNodesResponse::NoOfRegisteredNodeIds,
+                    &OpcUa_RegisterNodesResponse::RegisteredNodeIds,
+                    true};
+
+// Answers with a status only; the result type stands for none.
+const BlockService<OpcUa_UnregisterNodesRequest, OpcUa_UnregisterNodesResponse, OpcUa_NodeId,
+                   OpcUa_StatusCode>
+    unregisterService{{"unregisterNodes", "UnregisterNodes", "Empty node array passed"},
+                      UA_SERVICE(UnregisterNodes, NodesToUnregister),
+                      nullptr,
+                      nullptr,
+                      true};
+
+// Takes the one result of a browse apart.
+UaStatus takeBrowseResult(UaBrowseResults& results, UaByteString& continuationPoint,
+                          UaReferenceDescriptions& references)
+{
+    OpcUa_BrowseResult& result = results[0];
+    continuationPoint.attach(&result.ContinuationPoint);
+    references.attachFrom(&result.NoOfReferences, &result.References);
+    return UaStatus(result.StatusCode);
+}
+
+void setView(OpcUa_BrowseRequest& request, const BrowseContext& context)
+{
+    // borrowed, like the request's arrays
+    request.View.ViewId = *context.viewId.get();
+    request.View.Timestamp = context.viewTimestamp.value();
+    request.View.ViewVersion = context.viewVersion;
+    request.RequestedMaxReferencesPerNode = context.maxReferencesToReturn;
+}
+
+} // namespace
+
+UaStatus UaSession::browse(ServiceSettings& settings, const UaNodeId& nodeToBrowse,
+                           const BrowseContext& context, UaByteString& continuationPoint,
+                           UaReferenceDescriptions& references)
+{
+    continuationPoint.clear();
+    references.clear();
+    UaBrowseDescriptions nodes(1u);
+    nodeToBrowse.copyTo(&nodes[0].NodeId);
+    context.referenceTypeId.copyTo(&nodes[0].ReferenceTypeId);
+    nodes[0].BrowseDirection = context.browseDirection;
+    nodes[0].IncludeSubtypes = context.includeSubtypes ? OpcUa_True : OpcUa_False;
+    nodes[0].NodeClassMask = context.nodeClassMask;
+    nodes[0].ResultMask = context.resultMask;
+    UaBrowseResults results;
+    UaDiagnosticInfos diagnosticInfos;
+    const UaStatus status =
+        callInBlocks(d->context, browseService, settings, nodes.span(), results, diagnosticInfos,
+                     [&](OpcUa_BrowseRequest& request, OpcUa_UInt32) { setView(request, context); });
+    return status.isBad() ? status : takeBrowseResult(results, continuationPoint, references);
+}
+
+UaStatus UaSession::browseNext(ServiceSettings& settings, bool releaseContinuationPoint,
+                               UaByteString& continuationPoint, UaReferenceDescriptions& references)
+{
+    references.clear();
+    UaByteStringArray points;
+    points.append(*continuationPoint.get());
+    continuationPoint.clear();
+    UaBrowseResults results;
+    UaDiagnosticInfos diagnosticInfos;
+    const UaStatus status =
+        browseListNext(settings, releaseContinuationPoint, points, results, diagnosticInfos);
+    return status.isBad() || results.isEmpty() ? status
+                                               : takeBrowseResult(results, continuationPoint, references);
+}
+
+UaStatus UaSession::browseList(ServiceSettings& settings, const UaNodeId& viewId,
+                               OpcUa_UInt32 maxReferencesToReturn, const UaBrowseDescriptions& nodesToBrowse,
+                               UaBrowseResults& results, UaDiagnosticInfos& diagnosticInfos)
+{
+    BrowseContext context;
+    context.viewId = viewId;
+    context.maxReferencesToReturn = maxReferencesToReturn;
+    return callInBlocks(d->context, browseService, settings, nodesToBrowse.span(), results, diagnosticInfos,
+                        [&](OpcUa_BrowseRequest& request, OpcUa_UInt32) { setView(request, context); });
+}
+
+UaStatus UaSession::browseListNext(ServiceSettings& settings, bool releaseContinuationPoints,
+                                   const UaByteStringArray& continuationPoints, UaBrowseResults& results,
+                                   UaDiagnosticInfos& diagnosticInfos)
+{
+    return callInBlocks(
+        d->context, browseNextService, settings, continuationPoints.span(), results, diagnosticInfos,
+        [&](OpcUa_BrowseNextRequest& request, OpcUa_UInt32) {
+            request.ReleaseContinuationPoints = releaseContinuationPoints ? OpcUa_True : OpcUa_False;
+        });
+}
+
+UaStatus UaSession::translateBrowsePathsToNodeIds(ServiceSettings& settings, const UaBrowsePaths& browsePaths,
+                                                  UaBrowsePathResults& results,
+                                                  UaDiagnosticInfos& diagnosticInfos)
+{
+    return callInBlocks(d->context, translateService, settings, browsePaths.span(), results, diagnosticInfos,
+                        NothingToPrepare());
+}
+
+UaStatus UaSession::registerNodes(ServiceSettings& settings, const UaNodeIdArray& nodesToRegister,
+                                  UaNodeIdArray& registeredNodes)
+{
+    UaDiagnosticInfos none;
+    return callInBlocks(d->context, registerService, settings, nodesToRegister.span(), registeredNodes, none,
+                        NothingToPrepare());
+}
+
+UaStatus UaSession::unregisterNodes(ServiceSettings& settings, const UaNodeIdArray& nodesToUnregister)
+{
+    UaStatusCodeArray noResults;
+    UaDiagnosticInfos none;
+    return callInBlocks(d->context, unregisterService, settings, nodesToUnregister.span(), noResults, none,
+                        NothingToPrepare());
+}
+
+} // namespace UaClientSdk

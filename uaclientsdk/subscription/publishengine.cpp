@@ -1,0 +1,188 @@
+#include <uaclientsdk/subscription/publishengine.h>
+
+#include <algorithm>
+
+#include <opcua/opcua_clientapi.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/system/uatrace.h>
+#include <uaclientsdk/services/stackcall.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+// A server that answers with an error is asked again after this time, ms.
+constexpr OpcUa_UInt64 pauseAfterError = 10;
+
+UaString nameOf(OpcUa_StatusCode status)
+{
+    return UaStatus(status).toString();
+}
+
+} // namespace
+
+// One request and what has to be known when its answer comes.
+class PublishEngine::Call : public PendingCall
+{
+public:
+    Call(PublishEngine& engine, const PublishState& state)
+        : PendingCall(state.context), generation(state.generation), serverSession(state.serverSession),
+          m_engine(engine)
+    {
+    }
+
+    void execute() override
+    {
+        // counted whatever a callback throws
+        struct Guard
+        {
+            ~Guard() { engine.answered(call); }
+            PublishEngine& engine;
+            const Call& call;
+        } guard{m_engine, *this};
+        m_engine.publishCallback(*this);
+    }
+
+    [[nodiscard]] OpcUa_StatusCode result() const { return status(); }
+    [[nodiscard]] OpcUa_PublishResponse* answer() const
+    {
+        return response<OpcUa_PublishResponse>(OpcUa_PublishResponse_EncodeableType);
+    }
+
+    PublishAcknowledgements::Batch acknowledgements;
+    const OpcUa_UInt32 generation;
+    const OpcUa_UInt32 serverSession;
+
+private:
+    void queue(std::unique_ptr<PendingCall> self) override { m_engine.orderPublishResponse(std::move(self)); }
+
+    PublishEngine& m_engine;
+};
+
+PublishEngine::PublishEngine(PublishState& state, PublishListener& listener)
+    : m_state(state), m_context(state.context), m_listener(listener), m_queue(state.context)
+{
+}
+
+std::unique_ptr<PublishEngine::Call> PublishEngine::prepareLocked(bool force, OpcUa_PublishRequest& request)
+{
+    m_context.mutex.assertLocked();
+    if (m_state.outstanding >= m_state.setPoint.value() || m_state.republishing ||
+        (!force && m_context.serverStatus != UaClient::Connected) || !m_context.connectRequested ||
+        !m_context.channelConnected || !m_state.pace.take(OpcUa_GetTickCount()))
+        return nullptr;
+    auto call = std::make_unique<Call>(*this, m_state);
+    call->acknowledgements = m_state.acknowledgements.take();
+    request.SubscriptionAcknowledgements = call->acknowledgements.items.data();
+    request.NoOfSubscriptionAcknowledgements = static_cast<OpcUa_Int32>(call->acknowledgements.items.size());
+    ServiceSettings settings;
+    settings.callTimeout = m_context.connectInfo.publishTimeout;
+    m_context.fillRequestHeaderLocked(settings, request.RequestHeader);
+    ++m_state.outstanding; // before the answer can be there
+    return call;
+}
+
+UaStatus PublishEngine::doPublish(bool force)
+{
+    for (;;) {
+        BorrowingRequest<OpcUa_PublishRequest> request(OpcUa_PublishRequest_EncodeableType);
+        std::unique_ptr<PendingCall> call;
+        const Call* sent = nullptr;
+        {
+            SessionLock lock(m_context.mutex);
+            std::unique_ptr<Call> prepared = prepareLocked(force, *request);
+            if (!prepared)
+                return UaStatus();
+            sent = prepared.get();
+            call = std::move(prepared);
+        }
+        const OpcUa_StatusCode status =
+            PendingCall::send(call, "Publish", OpcUa_ClientApi_BeginPublish, m_context.channel, *request);
+        if (OpcUa_IsBad(status)) { // the call is still ours
+            SessionLock lock(m_context.mutex);
+            m_state.acknowledgements.restore(sent->acknowledgements);
+            lock.unlock();
+            answered(*sent);
+            return UaStatus(status);
+        }
+    }
+}
+
+void PublishEngine::publishCallback(const Call& call)
+{
+    {
+        SessionLock lock(m_context.mutex);
+        if (!m_context.connectRequested || call.serverSession != m_state.serverSession) {
+            lock.unlock();
+            UaTrace::tInOut("<-- UaSessionPrivate::publishCallback - already disconnected");
+            return;
+        }
+    }
+    OpcUa_PublishResponse* const response = call.answer();
+    OpcUa_StatusCode status = call.result();
+    if (OpcUa_IsGood(status))
+        status = response ? response->ResponseHeader.ServiceResult : OpcUa_BadUnknownResponse;
+    if (OpcUa_IsBad(status)) {
+        publishFailed(call, status);
+        return;
+    }
+    checkAcknowledgements(call,
+                          {response->Results, static_cast<std::size_t>(std::max(response->NoOfResults, 0))});
+    m_listener.notificationReceived(*response);
+}
+
+void PublishEngine::publishFailed(const Call& call, OpcUa_StatusCode status)
+{
+    UaTrace::tError("Error: Publish failed [status=0x%lx]", static_cast<unsigned long>(status));
+    {
+        SessionLock lock(m_context.mutex);
+        const bool current = call.generation == m_state.generation;
+        const bool tooMany = status == OpcUa_BadTooManyPublishRequests;
+        if (current)
+            m_state.pace.failed(OpcUa_GetTickCount(), tooMany ? 0 : pauseAfterError);
+        if (current && tooMany) {
+            m_state.acknowledgements.restore(call.acknowledgements); // refused before it looked at them
+            m_state.calculateSetPointPublishCountLocked(true);
+        }
+    }
+    if (status == OpcUa_BadNoSubscription)
+        m_listener.doSubscriptionStatusCheck();
+}
+
+void PublishEngine::checkAcknowledgements(const Call& call, std::span<const OpcUa_StatusCode> results)
+{
+    const auto& sent = call.acknowledgements.items;
+    if (results.size() != sent.size()) {
+        UaTrace::tError(
+            "Error: Number of acknowledgement results (%i) does not match number of acknowledgements (%i)",
+            static_cast<int>(results.size()), static_cast<int>(sent.size()));
+    }
+    bool unknownSubscription = false;
+    for (std::size_t i = 0; i < std::min(results.size(), sent.size()); ++i) {
+        if (OpcUa_IsBad(results[i])) {
+            UaTrace::tError("Error: Subscription acknowledgement (SubscriptionId=%u,SequenceNumber=%u) "
+                            "returned status %s",
+                            sent[i].SubscriptionId, sent[i].SequenceNumber, nameOf(results[i]).toUtf8());
+            unknownSubscription = unknownSubscription || results[i] == OpcUa_BadSubscriptionIdInvalid;
+        }
+    }
+    if (unknownSubscription)
+        m_listener.doSubscriptionStatusCheck();
+}
+
+void PublishEngine::answered(const Call& call)
+{
+    SessionLock lock(m_context.mutex);
+    if (call.generation == m_state.generation && m_state.outstanding > 0) {
+        --m_state.outstanding;
+        m_state.changed.notify_all();
+    }
+}
+
+void PublishEngine::waitForAnswers(std::chrono::milliseconds limit)
+{
+    SessionLock lock(m_context.mutex);
+    m_state.changed.wait_for(lock, limit, [this] { return m_state.outstanding == 0; });
+}
+
+} // namespace UaClientSdk

@@ -1,0 +1,83 @@
+#include <uaclientsdk/subscription/publishstate.h>
+
+#include <chrono>
+#include <utility>
+
+#include <uabase/system/uatrace.h>
+#include <uaclientsdk/connection/endpointurl.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+// The answer that names a new subscription is read by another thread; it is late by moments only.
+constexpr auto patience = std::chrono::seconds(1);
+
+} // namespace
+
+SubscriptionRef PublishState::find(OpcUa_UInt32 subscriptionId)
+{
+    SessionLock lock(context.mutex);
+    auto found = subscriptions.find(subscriptionId);
+    if (found == subscriptions.end() && creating > 0) {
+        changed.wait_for(
+            lock, patience,
+            [&] {
+                found = subscriptions.find(subscriptionId);
+                return found != subscriptions.end() || creating == 0 || !context.connectRequested;
+            });
+    }
+    return found == subscriptions.end() ? SubscriptionRef() : found->second;
+}
+
+void PublishState::calculateSetPointPublishCountLocked(bool tooManyPublish)
+{
+    context.mutex.assertLocked();
+    const auto count = static_cast<OpcUa_UInt32>(subscriptions.size());
+    const char* name = "";
+    if (tooManyPublish) {
+        setPoint.lower(count);
+        name = "(tooManyPublish)";
+    } else if (isHttpsUrl(context.currentEndpointUrl.view())) {
+        setPoint.calculateForHttp(count);
+        name = "(http(s) connection)";
+    } else {
+        setPoint.calculate(count);
+    }
+    UaTrace::tInOut("<-- UaSessionPrivate::calculateSetPointPublishCount%s subCount=%u publishSetPoint=%u "
+                    "publishCount=%u",
+                    name, count, setPoint.value(), outstanding);
+}
+
+void PublishState::removeLocked(const UaSubscriptionPrivate& subscription)
+{
+    context.mutex.assertLocked();
+    const auto found = subscriptions.find(subscription.id);
+    if (found != subscriptions.end() && found->second.get() == &subscription) {
+        subscriptions.erase(found);
+        acknowledgements.forget(subscription.id);
+        calculateSetPointPublishCountLocked(false);
+    }
+}
+
+std::map<OpcUa_UInt32, SubscriptionRef> PublishState::removeAllLocked()
+{
+    context.mutex.assertLocked();
+    auto removed = std::exchange(subscriptions, {});
+    ++serverSession;
+    acknowledgements.clear();
+    setPoint.reset();
+    return removed;
+}
+
+void PublishState::startGenerationLocked()
+{
+    context.mutex.assertLocked();
+    ++generation;
+    outstanding = 0;
+    republishing = false;
+    pace.reset(); // the errors were the old link's
+    changed.notify_all();
+}
+
+} // namespace UaClientSdk

@@ -1,0 +1,49 @@
+// What a session knows of its subscriptions and of the Publish requests for them.
+#pragma once
+
+#include <condition_variable>
+#include <map>
+
+#include <uabase/system/uarefcounter.h>
+#include <uaclientsdk/subscription/publishacknowledgements.h>
+#include <uaclientsdk/subscription/publishpace.h>
+#include <uaclientsdk/subscription/publishsetpoint.h>
+#include <uaclientsdk/subscription/uasubscription_p.h>
+
+namespace UaClientSdk {
+
+using SubscriptionRef = UaRefPtr<UaSubscriptionPrivate>;
+
+/// Shared by the publish engine, the dispatcher and the services; guarded by the session's mutex.
+struct PublishState
+{
+    explicit PublishState(SessionContext& session) : context(session) {}
+
+    SessionContext& context;
+    std::map<OpcUa_UInt32, SubscriptionRef> subscriptions; ///< by the server's id
+    PublishSetPoint setPoint;
+    PublishAcknowledgements acknowledgements;
+    PublishPace pace;
+    OpcUa_UInt32 outstanding = 0; ///< requests of this generation that are not answered and dealt with
+    /// Rises with each channel: an answer that belongs to an earlier one does not count.
+    OpcUa_UInt32 generation = 0;
+    /// Rises with each server session: ids of subscriptions mean nothing in another one.
+    OpcUa_UInt32 serverSession = 0;
+    bool republishing = false;           ///< missed notifications come first, no requests are sent meanwhile
+    bool publishAtOnce = false;          ///< after a reconnect: the next requests go out whatever the status
+    unsigned int creating = 0;           ///< services that will add a subscription
+    std::condition_variable_any changed; ///< subscriptions, creating or outstanding
+
+    /// Null when the id is unknown. While a subscription is being created, waits for it: its first
+    /// notification may be faster than the answer that names it.
+    [[nodiscard]] SubscriptionRef find(OpcUa_UInt32 subscriptionId);
+    void calculateSetPointPublishCountLocked(bool tooManyPublish);
+    /// Takes a subscription out, so that nothing is asked for it any more.
+    void removeLocked(const UaSubscriptionPrivate& subscription);
+    /// Takes all out, when their server session has ended; the caller may want to tell of them.
+    [[nodiscard]] std::map<OpcUa_UInt32, SubscriptionRef> removeAllLocked();
+    /// The requests of the former channel have come to nothing.
+    void startGenerationLocked();
+};
+
+} // namespace UaClientSdk

@@ -1,0 +1,44 @@
+// Takes notification messages apart and tells the application of them.
+#pragma once
+
+#include <span>
+
+#include <uaclientsdk/subscription/publishstate.h>
+
+namespace UaClientSdk {
+
+/// One message at a time, in the order of the session's answers. Every callback runs without the session's
+/// mutex; a subscription that has become invalid meanwhile hears nothing.
+class SubscriptionDispatcher
+{
+public:
+    explicit SubscriptionDispatcher(PublishState& state) : m_state(state) {}
+
+    /// An answer to Publish: sequence numbers, acknowledgement, keep-alive, notifications.
+    void dispatchPublish(OpcUa_PublishResponse& response);
+    /// The notifications of one message; caller names the function in the trace.
+    void dispatchNotifications(UaSubscriptionPrivate& subscription, OpcUa_NotificationMessage& message,
+                               const char* caller);
+    /// The server has the subscription no more: takes it out and says so, once.
+    void endSubscription(UaSubscriptionPrivate& subscription, const UaStatus& status);
+
+    /// The number after this one; there is no 0.
+    [[nodiscard]] static OpcUa_UInt32 nextSequenceNumber(OpcUa_UInt32 number)
+    {
+        return number == 0xFFFFFFFFu ? 1 : number + 1;
+    }
+
+private:
+    void keepAlive(UaSubscriptionPrivate& subscription, OpcUa_UInt32 number,
+                   std::span<const OpcUa_UInt32> available);
+    void takeSequenceNumber(UaSubscriptionPrivate& subscription, OpcUa_UInt32 number);
+    void dispatchNotification(UaSubscriptionPrivate& subscription, OpcUa_ExtensionObject& data,
+                              const char* caller);
+    static void dataChange(UaSubscriptionPrivate& subscription, OpcUa_DataChangeNotification& notification);
+    static void newEvents(UaSubscriptionPrivate& subscription, OpcUa_EventNotificationList& notification);
+    void statusChange(UaSubscriptionPrivate& subscription, const UaStatus& status);
+
+    PublishState& m_state;
+};
+
+} // namespace UaClientSdk

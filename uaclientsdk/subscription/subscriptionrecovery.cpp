@@ -1,0 +1,151 @@
+#include <uaclientsdk/subscription/subscriptionrecovery.h>
+
+#include <opcua/opcua_clientapi.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/system/uatrace.h>
+#include <uaclientsdk/services/stackcall.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+constexpr OpcUa_UInt64 checkPause = 1000; // ms
+
+// Answers that say something about the subscription, not about the link.
+bool concernsSubscription(OpcUa_StatusCode status)
+{
+    return OpcUa_IsGood(status) || status == OpcUa_BadMessageNotAvailable ||
+           status == OpcUa_BadSubscriptionIdInvalid;
+}
+
+} // namespace
+
+std::vector<SubscriptionRef> SubscriptionRecovery::present() const
+{
+    std::vector<SubscriptionRef> result;
+    SessionLock lock(m_state.context.mutex);
+    for (const auto& [id, subscription] : m_state.subscriptions)
+        result.push_back(subscription);
+    return result;
+}
+
+bool SubscriptionRecovery::isCurrent(OpcUa_UInt32 generation) const
+{
+    SessionLock lock(m_state.context.mutex);
+    return m_state.generation == generation && m_state.context.connectRequested;
+}
+
+void SubscriptionRecovery::doSubscriptionStatusCheck()
+{
+    const OpcUa_UInt64 now = OpcUa_GetTickCount();
+    if (m_checked && now >= m_lastCheck && now - m_lastCheck < checkPause)
+        return;
+    m_checked = true;
+    m_lastCheck = now;
+    UaTrace::tInOut("--> UaSessionPrivate::doSubscriptionStatusCheck");
+    for (const SubscriptionRef& subscription : present()) {
+        OpcUa_UInt32 next = 0;
+        {
+            SessionLock lock(m_state.context.mutex);
+            next = SubscriptionDispatcher::nextSequenceNumber(subscription->lastSequenceNumber);
+        }
+        // asking for a notification that has not come yet tells whether there is a subscription, and changes
+        // nothing
+        Encodeable<OpcUa_RepublishResponse> response(OpcUa_RepublishResponse_EncodeableType);
+        const OpcUa_StatusCode status = callRepublish(subscription->id, next, *response);
+        if (status == OpcUa_BadSubscriptionIdInvalid)
+            m_dispatcher.endSubscription(*subscription, UaStatus(status));
+        else if (!concernsSubscription(status))
+            break; // the link's own check will find out
+    }
+    {
+        SessionLock lock(m_state.context.mutex);
+        m_state.calculateSetPointPublishCountLocked(false);
+    }
+    UaTrace::tInOut("<-- UaSessionPrivate::doSubscriptionStatusCheck");
+}
+
+void SubscriptionRecovery::doRepublishAfterReconnect(OpcUa_UInt32 generation)
+{
+    // live notifications go on whatever a callback throws
+    struct Guard
+    {
+        ~Guard() { recovery.endRepublish(generation); }
+        SubscriptionRecovery& recovery;
+        const OpcUa_UInt32 generation;
+    } guard{*this, generation};
+    UaTrace::tInOut("--> UaSessionPrivate::doRepublishAfterReconnect");
+    for (const SubscriptionRef& subscription : present())
+        if (!isCurrent(generation) || !republish(*subscription, generation))
+            break;
+    UaTrace::tInOut("<-- UaSessionPrivate::doRepublishAfterReconnect");
+}
+
+void SubscriptionRecovery::endRepublish(OpcUa_UInt32 generation)
+{
+    SessionLock lock(m_state.context.mutex);
+    if (m_state.generation == generation) {
+        m_state.republishing = false;
+        m_state.publishAtOnce = true;
+        m_state.calculateSetPointPublishCountLocked(false);
+        m_state.context.wakeThreadLocked();
+    }
+}
+
+bool SubscriptionRecovery::republish(UaSubscriptionPrivate& subscription, OpcUa_UInt32 generation)
+{
+    for (OpcUa_UInt32 count = 0; count < maxRepublished && isCurrent(generation); ++count) {
+        OpcUa_UInt32 next = 0;
+        {
+            SessionLock lock(m_state.context.mutex);
+            if (!subscription.valid)
+                return true; // a callback has deleted it
+            next = SubscriptionDispatcher::nextSequenceNumber(subscription.lastSequenceNumber);
+        }
+        Encodeable<OpcUa_RepublishResponse> response(OpcUa_RepublishResponse_EncodeableType);
+        const OpcUa_StatusCode status = callRepublish(subscription.id, next, *response);
+        if (status == OpcUa_BadSubscriptionIdInvalid) {
+            m_dispatcher.endSubscription(subscription, UaStatus(status));
+            return true;
+        }
+        if (OpcUa_IsBad(status))
+            return concernsSubscription(status);
+        OpcUa_NotificationMessage& message = response->NotificationMessage;
+        if (message.SequenceNumber != next) {
+            UaTrace::tError("Error: UaSessionPrivate::doRepublishAfterReconnect - Notification returned "
+                            "unexpected SequenceNumber (expected=%u, received=%u)",
+                            next, message.SequenceNumber);
+            return true;
+        }
+        dispatchRepublished(subscription, message);
+    }
+    return true;
+}
+
+void SubscriptionRecovery::dispatchRepublished(UaSubscriptionPrivate& subscription,
+                                               OpcUa_NotificationMessage& message)
+{
+    {
+        SessionLock lock(m_state.context.mutex);
+        subscription.lastSequenceNumber = message.SequenceNumber;
+        m_state.acknowledgements.add(subscription.id, message.SequenceNumber);
+    }
+    m_dispatcher.dispatchNotifications(subscription, message, "doRepublishAfterReconnect");
+}
+
+OpcUa_StatusCode SubscriptionRecovery::callRepublish(OpcUa_UInt32 subscriptionId, OpcUa_UInt32 sequenceNumber,
+                                                     OpcUa_RepublishResponse& response)
+{
+    Encodeable<OpcUa_RepublishRequest> request(OpcUa_RepublishRequest_EncodeableType);
+    {
+        SessionLock lock(m_state.context.mutex);
+        ServiceSettings settings;
+        settings.callTimeout = m_state.context.connectInfo.internalServiceCallTimeout;
+        m_state.context.fillRequestHeaderLocked(settings, request->RequestHeader);
+    }
+    request->SubscriptionId = subscriptionId;
+    request->RetransmitSequenceNumber = sequenceNumber;
+    return callStack("Republish", OpcUa_ClientApi_Republish, m_state.context.channel, *request, response);
+}
+
+} // namespace UaClientSdk

@@ -1,0 +1,187 @@
+#include <uaclientsdk/types/datatypedefinitions.h>
+
+#include <opcua/opcua_attributes.h>
+#include <opcua/opcua_identifiers.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/structures/uanamespacezero.h>
+#include <uabase/system/uatrace.h>
+#include <uaclientsdk/types/olderdatatypes.h>
+#include <uaclientsdk/uasession.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+// The structure of one type inside a value; null when the value holds something else.
+template <typename T>
+const T* decodedAs(const OpcUa_Variant& value, const OpcUa_EncodeableType& type)
+{
+    if (value.Datatype != OpcUaType_ExtensionObject || value.ArrayType != OpcUa_VariantArrayType_Scalar ||
+        !value.Value.ExtensionObject)
+        return nullptr;
+    const OpcUa_ExtensionObject& object = *value.Value.ExtensionObject;
+    const bool matches = object.Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject &&
+                         object.Body.EncodeableObject.Type == &type;
+    return matches ? static_cast<const T*>(object.Body.EncodeableObject.Object) : nullptr;
+}
+
+void warn(const DataType& type, const char* what)
+{
+    UaTrace::tWarning("Warning: UaSession::loadDataTypeDictionaries - %s of data type %s", what,
+                      type.id.toFullString().toUtf8());
+}
+
+void addStructure(const DataType& type, const DataTypeTree& tree, const OpcUa_StructureDefinition& attribute,
+                  UaTypeDefinitionStore& store)
+{
+    const UaStructureDefinition definition =
+        uaStructureDefinition(attribute, type.name, type.id,
+                              [&tree](const UaNodeId& dataTypeId) { return tree.wireType(dataTypeId); });
+    if (definition.isNull())
+        warn(type, "a field of unknown type");
+    store.add(definition);
+}
+
+void addEnumeration(const DataType& type, const DataTypeTree& tree, const OpcUa_EnumDefinition& attribute,
+                    UaTypeDefinitionStore& store)
+{
+    const OpcUa_BuiltInType wire = tree.wireType(type.id);
+    if (wire == OpcUaType_Int32) {
+        store.add(uaEnumDefinition(attribute, type.name, type.id));
+    } else {
+        // option sets derive from an unsigned integer instead of Enumeration
+        store.add(uaOptionSetDefinition(attribute, type.name, type.id, wire));
+    }
+}
+
+// False when the attribute says nothing: abstract types and those of older servers have none.
+bool addDefinition(const DataType& type, const DataTypeTree& tree, const OpcUa_DataValue& value,
+                   UaTypeDefinitionStore& store)
+{
+    if (OpcUa_IsBad(value.StatusCode) || value.Value.Datatype == OpcUaType_Null)
+        return false;
+    if (const auto* structure =
+            decodedAs<OpcUa_StructureDefinition>(value.Value, OpcUa_StructureDefinition_EncodeableType))
+        addStructure(type, tree, *structure, store);
+    else if (const auto* enumeration =
+                 decodedAs<OpcUa_EnumDefinition>(value.Value, OpcUa_EnumDefinition_EncodeableType))
+        addEnumeration(type, tree, *enumeration, store);
+    else
+        warn(type, "unusable definition");
+    return true;
+}
+
+// Whether the program knows a type without asking: that of a newer standard it does not.
+bool isBuiltIn(const UaNodeId& id)
+{
+    return id.namespaceIndex() == 0 && uaNamespaceZeroBuiltInType(id) != OpcUaType_Null;
+}
+
+// Whether a type may have fields, values or bits; a subtype of Double has nothing more to tell.
+bool hasContent(const DataTypeTree& tree, const UaNodeId& id)
+{
+    switch (tree.wireType(id)) {
+    case OpcUaType_ExtensionObject:
+        return true;
+    case OpcUaType_Int32:
+        return tree.derivesFrom(id, UaNodeId(OpcUaId_Enumeration));
+    case OpcUaType_Byte:
+    case OpcUaType_UInt16:
+    case OpcUaType_UInt32:
+    case OpcUaType_UInt64:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+UaStatus DataTypeDefinitions::load(ServiceSettings settings)
+{
+    UaTrace::tInOut("--> UaSession::loadDataTypeDictionaries");
+    UaTypeDefinitionStore loaded;
+    const UaStatus status = loadAll(settings, loaded);
+    if (status.isBad()) {
+        UaTrace::tError("Error: UaSession::loadDataTypeDictionaries failed [status=0x%x]",
+                        status.statusCode());
+    }
+    {
+        std::lock_guard lock(m_mutex);
+        m_loaded = std::move(loaded);
+        m_isLoaded = true;
+    }
+    UaTrace::tInOut("<-- UaSession::loadDataTypeDictionaries [ret=0x%lx]",
+                    static_cast<unsigned long>(status.statusCode()));
+    return status;
+}
+
+UaStatus DataTypeDefinitions::loadAll(ServiceSettings& settings, UaTypeDefinitionStore& store) const
+{
+    DataTypeTree tree;
+    UaStatus status = tree.browse(m_session, settings);
+    std::vector<UaNodeId> types;
+    for (const auto& [id, type] : tree.types())
+        if (!isBuiltIn(id) && hasContent(tree, id))
+            types.push_back(id);
+    if (status.isBad() || types.empty())
+        return status;
+    status = readDefinitions(settings, tree, types, store);
+    if (status.isGood() && !types.empty())
+        status = OlderDataTypes(m_session, tree, store).load(settings, types);
+    return status;
+}
+
+void DataTypeDefinitions::clear()
+{
+    std::lock_guard lock(m_mutex);
+    m_loaded.clear();
+    m_isLoaded = false;
+}
+
+bool DataTypeDefinitions::isLoaded() const
+{
+    std::lock_guard lock(m_mutex);
+    return m_isLoaded;
+}
+
+UaStatus DataTypeDefinitions::readDefinitions(ServiceSettings& settings, const DataTypeTree& tree,
+                                              std::vector<UaNodeId>& types,
+                                              UaTypeDefinitionStore& store) const
+{
+    UaReadValueIds nodes(static_cast<OpcUa_UInt32>(types.size()));
+    for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
+        types[i].copyTo(&nodes[i].NodeId);
+        nodes[i].AttributeId = OpcUa_Attributes_DataTypeDefinition;
+    }
+    UaDataValues values;
+    UaDiagnosticInfos diagnosticInfos;
+    const UaStatus status =
+        m_session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, nodes, values, diagnosticInfos);
+    std::vector<UaNodeId> without;
+    for (OpcUa_UInt32 i = 0; i < values.length() && i < types.size(); ++i)
+        if (!addDefinition(tree.types().at(types[i]), tree, values[i], store))
+            without.push_back(types[i]);
+    types = std::move(without);
+    return status;
+}
+
+UaStructureDefinition DataTypeDefinitions::structure(const UaNodeId& dataTypeOrEncodingId) const
+{
+    std::lock_guard lock(m_mutex);
+    return m_loaded.structure(dataTypeOrEncodingId);
+}
+
+UaEnumDefinition DataTypeDefinitions::enumeration(const UaNodeId& dataTypeId) const
+{
+    std::lock_guard lock(m_mutex);
+    return m_loaded.enumeration(dataTypeId);
+}
+
+UaOptionSetDefinition DataTypeDefinitions::optionSet(const UaNodeId& dataTypeId) const
+{
+    std::lock_guard lock(m_mutex);
+    return m_loaded.optionSet(dataTypeId);
+}
+
+} // namespace UaClientSdk

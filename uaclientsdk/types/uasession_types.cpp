@@ -1,0 +1,51 @@
+// A session as the dictionary of its server's data types.
+#include <uaclientsdk/uasession.h>
+
+#include <uabase/structures/uanamespacezero.h>
+#include <uaclientsdk/uasession_p.h>
+
+namespace UaClientSdk {
+
+namespace {
+
+// Types of namespace 0 are known without a word from the server, but for those of a newer standard.
+bool needsLoading(const UaNodeId& id)
+{
+    return id.namespaceIndex() != 0 ||
+           (uaNamespaceZeroBuiltInType(id) == OpcUaType_Null && uaNamespaceZeroStructure(id).isNull());
+}
+
+} // namespace
+
+UaStructureDefinition UaSession::structureDefinition(const UaNodeId& dataTypeOrEncodingId)
+{
+    if (needsLoading(dataTypeOrEncodingId))
+        d->loadDefinitionsOnFirstUse();
+    return d->definitions.structure(dataTypeOrEncodingId);
+}
+
+UaEnumDefinition UaSession::enumDefinition(const UaNodeId& dataTypeId)
+{
+    if (needsLoading(dataTypeId))
+        d->loadDefinitionsOnFirstUse();
+    return d->definitions.enumeration(dataTypeId);
+}
+
+UaOptionSetDefinition UaSession::optionSetDefinition(const UaNodeId& dataTypeId)
+{
+    if (needsLoading(dataTypeId))
+        d->loadDefinitionsOnFirstUse();
+    return d->definitions.optionSet(dataTypeId);
+}
+
+UaDataTypeDictionary::DefinitionType UaSession::definitionType(const UaNodeId& dataTypeId)
+{
+    const UaStructureDefinition structure = structureDefinition(dataTypeId);
+    if (!structure.isNull())
+        return structure.isUnion() ? UnionType : structure.isOptionSet() ? OptionSetType : StructureType;
+    if (!enumDefinition(dataTypeId).isNull())
+        return EnumType;
+    return optionSetDefinition(dataTypeId).isNull() ? UndefinedType : OptionSetType;
+}
+
+} // namespace UaClientSdk
