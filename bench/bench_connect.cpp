@@ -2,15 +2,17 @@
 // being another one.
 #include <bench/budgets.h>
 #include <bench/responder.h>
-
 #include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
 
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
-
 #include <sys/resource.h>
+#include <vector>
 
 using namespace opcua::bench;
 using namespace UaClientSdk;

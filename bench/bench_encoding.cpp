@@ -4,8 +4,11 @@
 #include <bench/bulkmessages.h>
 #include <bench/codecyardsticks.h>
 #include <bench/medians.h>
-
 #include <stack/encoding/messagecodec.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
 
 using namespace opcua;
 using namespace opcua::bench;

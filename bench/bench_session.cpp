@@ -2,13 +2,20 @@
 // round measures both, so that a busy moment hits both alike.
 #include <bench/budgets.h>
 #include <bench/stackclient.h>
-
 #include <tests/support/temporaryfolder.h>
 #include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <string>
+#include <vector>
 
 using namespace opcua::bench;
 using namespace UaClientSdk;

@@ -3,12 +3,16 @@
 #include <bench/budgets.h>
 #include <bench/rawloops.h>
 #include <bench/stackclient.h>
-
 #include <tests/support/temporaryfolder.h>
 
+#include <cstdio>
 #include <ctime>
+#include <fstream>
 #include <functional>
 #include <map>
+#include <memory>
+#include <string>
+#include <vector>
 
 using namespace opcua;
 using namespace opcua::bench;

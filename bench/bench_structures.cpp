@@ -1,5 +1,18 @@
 // Structure values decoded through a definition, against the same bytes by a type table in the same run; and
 // copies of scalar variants, which must not allocate.
+#include <bench/medians.h>
+#include <opcua/opcua.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uavariant.h>
+
+#include <benchmark/benchmark.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
@@ -8,11 +21,6 @@
 #include <new>
 #include <string>
 #include <vector>
-
-#include <bench/medians.h>
-#include <benchmark/benchmark.h>
-#include <opcua/opcua.h>
-#include <uabase/structures/uagenericstructurevalue.h>
 
 namespace {
 

@@ -2,22 +2,32 @@
 // dataChange. The server is another process, which answers each Publish at once.
 #include <bench/budgets.h>
 #include <bench/bulkmessages.h>
-
 #include <stack/encoding/messagecodec.h>
 #include <tests/protocol/loopbackpeer.h>
 #include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
 #include <uaclientsdk/uasubscription.h>
+#include <uaclientsdk/uasubscriptioncallback.h>
 
+#include <chrono>
+#include <condition_variable>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <mutex>
+#include <string>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <condition_variable>
-#include <csignal>
-#include <cstdlib>
-#include <ctime>
+#include <vector>
 
 using namespace opcua;
 using namespace UaClientSdk;

@@ -1,9 +1,8 @@
 // The large answers that the benchmarks decode, encode and send.
 #pragma once
 
-#include <stack/core/protocol.h>
-
 #include <opcua/opcua.h>
+#include <stack/core/protocol.h>
 
 namespace opcua::bench {
 

@@ -3,6 +3,8 @@
 #include <opcua/opcua.h>
 
 #include <cstring>
+#include <span>
+#include <utility>
 
 namespace opcua::bench {
 

@@ -2,11 +2,11 @@
 // check of the bounds for each record.
 #pragma once
 
+#include <opcua/opcua_builtintypes.h>
 #include <stack/core/protocol.h>
 
-#include <opcua/opcua_builtintypes.h>
-
 #include <memory>
+#include <span>
 
 namespace opcua::bench {
 

@@ -3,11 +3,11 @@
 
 #include <bench/budgets.h>
 
+#include <benchmark/benchmark.h>
+
 #include <map>
 #include <string>
 #include <vector>
-
-#include <benchmark/benchmark.h>
 
 /// Keeps the time of each repetition, so that ratios can be told from medians of one run.
 class Medians : public benchmark::ConsoleReporter

@@ -1,7 +1,6 @@
 // A process with one channel to the responder, which may browse and keep what it got: prints its peak memory
 // with the idle channel and at the end.
 #include <bench/processmemory.h>
-
 #include <opcua/opcua.h>
 
 #include <cstdio>

@@ -1,19 +1,18 @@
 #include <bench/rawloops.h>
 
 #include <bench/responder.h>
-
 #include <stack/transport/uniquefd.h>
-
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
 
 #include <array>
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
 #include <thread>
+#include <utility>
 
 namespace opcua::bench {
 

@@ -3,13 +3,11 @@
 #pragma once
 
 #include <bench/bulkmessages.h>
-
 #include <stack/security/policyprofile.h>
-
-#include <sys/types.h>
 
 #include <cstdint>
 #include <string>
+#include <sys/types.h>
 
 namespace opcua::bench {
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <bench/responder.h>
-
 #include <opcua/opcua.h>
 
 #include <string>

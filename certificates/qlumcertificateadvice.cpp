@@ -1,7 +1,8 @@
 #include <certificates/qlumcertificateadvice.h>
 
-#include <QCoreApplication>
 #include <opcua/opcua_statuscodes.h>
+
+#include <QCoreApplication>
 
 namespace {
 class Texts

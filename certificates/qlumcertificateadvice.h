@@ -1,7 +1,8 @@
 // What a certificate's status means and what to do about it.
 #pragma once
-#include <QString>
 #include <uabase/values/uastatuscode.h>
+
+#include <QString>
 
 /// One sentence; "No description available" for a status that has none.
 [[nodiscard]] QString qlumCertificateStatusDescription(const UaStatusCode& status);

@@ -3,12 +3,24 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumcertificateerror.h>
 #include <certificates/qlumseverityicon.h>
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 #include <uabase/uapkicpp/uapkicertificatestore.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
+#include <QVariant>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace {
 using UaClientSdk::SessionSecurityInfo;

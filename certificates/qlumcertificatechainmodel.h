@@ -1,10 +1,20 @@
 #pragma once
-#include <QAbstractItemModel>
 #include <certificates/qlumcertificatechainnode.h>
 #include <certificates/qlumcertificatechecks.h>
+#include <certificates/qlumcertificateerror.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 
+#include <QAbstractItemModel>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+#include <memory>
 #include <set>
 
 class UaPkiCertificateStore;

@@ -2,9 +2,17 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumcertificateerror.h>
 #include <certificates/qlumthumbprint.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/values/uastring.h>
+
+#include <QString>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
 
 QlumCertificateChainNode::QlumCertificateChainNode(const UaPkiCertificate& certificate,
                                                    TrustStatus trustStatus)

@@ -1,8 +1,14 @@
 #pragma once
-#include <QCoreApplication>
-#include <QStringList>
 #include <certificates/qlumcertificatedetailsnode.h>
+#include <certificates/qlumcertificateerror.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
+
+#include <QCoreApplication>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
 
 /// One certificate of a chain with all that is to be said about it.
 class QlumCertificateChainNode

@@ -2,14 +2,24 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumcertificatedetailsnode.h>
+#include <certificates/qlumcertificateerror.h>
 #include <certificates/qlumclock.h>
 #include <certificates/qlumthumbprint.h>
 #include <certificates/qlumvalidity.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkikey.h>
+#include <uabase/uapkicpp/uapkipublickey.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/uasession.h>
 
 #include <QStringList>
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace {
 constexpr int minimumKeyBits = 2048;

@@ -1,7 +1,12 @@
 #pragma once
+#include <certificates/qlumcertificatechainnode.h>
+#include <certificates/qlumcertificatedetailsnode.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+
 #include <QCoreApplication>
 #include <QString>
-#include <certificates/qlumcertificatechainnode.h>
 
 /// Fills a certificate's lines and says what is wrong with each. What a chain, a trust list or a revocation
 /// list says is not looked at.

@@ -1,9 +1,16 @@
 #include <certificates/qlumcertificatedetailsmodel.h>
 
-#include <QColor>
-#include <QFont>
 #include <app/api/qlumdisplaytext.h>
 #include <certificates/qlumcertificatechainnode.h>
+#include <certificates/qlumcertificatedetailsnode.h>
+#include <certificates/qlumcertificateerror.h>
+
+#include <QColor>
+#include <QFont>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
+#include <QVariant>
 
 namespace {
 constexpr int maximumLines = 12;

@@ -1,5 +1,8 @@
 #pragma once
 #include <QAbstractItemModel>
+#include <QModelIndex>
+#include <QObject>
+#include <QVariant>
 
 class QlumCertificateChainNode;
 class QlumCertificateDetailsNode;

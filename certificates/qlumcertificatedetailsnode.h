@@ -1,6 +1,7 @@
 #pragma once
-#include <QString>
 #include <certificates/qlumcertificateerror.h>
+
+#include <QString>
 
 #include <memory>
 #include <vector>

@@ -1,6 +1,16 @@
 #pragma once
 #include <certificates/qlumcertificatechainmodel.h>
+#include <certificates/qlumcertificatechainnode.h>
+#include <certificates/qlumcertificateerror.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
 #include <uawidgets/qlumbasewidget.h>
+
+#include <QModelIndex>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
 
 class QCheckBox;
 class QDialogButtonBox;

@@ -3,6 +3,9 @@
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumthumbprint.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/values/uastring.h>
 
 #include <QStringList>
 

@@ -1,10 +1,12 @@
 // One certificate of a store.
 #pragma once
+#include <certificates/qlumvalidity.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uadatetime.h>
+
 #include <QDateTime>
 #include <QMetaType>
 #include <QString>
-#include <certificates/qlumvalidity.h>
-#include <uabase/uapkicpp/uapkicertificate.h>
 
 #include <memory>
 

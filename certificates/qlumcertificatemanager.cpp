@@ -1,6 +1,10 @@
 #include <certificates/qlumcertificatemanager.h>
 
 #include <app/api/qlumjobpool.h>
+#include <certificates/qlumcertificateentry.h>
+#include <certificates/qlumcertificatemodel.h>
+#include <certificates/qlumcrlmodel.h>
+#include <certificates/qlumstorepage.h>
 #include <certificates/qlumstorepages.h>
 #include <uawidgets/qlumviewstate.h>
 
@@ -8,7 +12,11 @@
 #include <QBoxLayout>
 #include <QDir>
 #include <QFileInfo>
+#include <QKeySequence>
+#include <QList>
 #include <QPushButton>
+#include <QString>
+#include <QStringList>
 #include <QTabWidget>
 #include <QTableView>
 

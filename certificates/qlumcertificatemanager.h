@@ -1,8 +1,12 @@
 // Lets the user look after the certificate store.
 #pragma once
-#include <QIcon>
-#include <QWidget>
 #include <certificates/qlumcertificatestoreconfiguration.h>
+
+#include <QIcon>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
 
 #include <array>
 #include <memory>

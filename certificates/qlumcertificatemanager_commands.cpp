@@ -3,12 +3,19 @@
 
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
+#include <certificates/qlumcertificateentry.h>
+#include <certificates/qlumcertificatemodel.h>
 #include <certificates/qlumnewcertificatedlg.h>
 #include <certificates/qlumowncertificate.h>
+#include <certificates/qlumstorefiles.h>
+#include <certificates/qlumstorepage.h>
 #include <certificates/qlumstorepages.h>
 #include <uabase/system/uadir.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uastring.h>
 
 #include <QClipboard>
+#include <QDialog>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>

@@ -2,9 +2,12 @@
 
 #include <certificates/qlumcertificatemanager.h>
 
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QPushButton>
+#include <QString>
 #include <QVBoxLayout>
+#include <QWidget>
 
 QlumCertificateManagerDialog::QlumCertificateManagerDialog(
     const QString& applicationName, const QString& organization,

@@ -3,6 +3,8 @@
 #include <uawidgets/qlumbasewidget.h>
 
 #include <QIcon>
+#include <QString>
+#include <QWidget>
 
 class QlumCertificateManager;
 

@@ -1,12 +1,20 @@
 #include <certificates/qlumcertificatemodel.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <certificates/qlumvalidity.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
 
+#include <QByteArray>
 #include <QLocale>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
 #include <QThread>
+#include <QVariant>
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace {
 QIcon stateIcon(int state, const QIcon& application)

@@ -1,8 +1,15 @@
 // The certificates of one store as a table.
 #pragma once
+#include <certificates/qlumcertificateentry.h>
+#include <certificates/qlumvalidity.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+
 #include <QAbstractTableModel>
 #include <QIcon>
-#include <certificates/qlumcertificateentry.h>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
+#include <QVariant>
 
 #include <array>
 #include <vector>

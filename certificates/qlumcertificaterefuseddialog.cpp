@@ -1,5 +1,11 @@
 #include <certificates/qlumcertificaterefuseddialog.h>
 
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumtext.h>
+#include <app/api/qlumuatrace.h>
+#include <certificates/qlumthumbprint.h>
+#include <opcua/opcua_statuscodes.h>
+
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
@@ -8,17 +14,15 @@
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QString>
 #include <QStyle>
 #include <QUrl>
-#include <app/api/qlumdisplaytext.h>
-#include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
-#include <certificates/qlumthumbprint.h>
-#include <opcua/opcua_statuscodes.h>
+#include <QWidget>
 
 namespace {
 constexpr OpcUa_StatusCode codeBits = 0xFFFF0000u;

@@ -1,7 +1,10 @@
 #pragma once
-#include <QDialog>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/values/uastatuscode.h>
+
+#include <QDialog>
+#include <QString>
+#include <QWidget>
 
 class QDialogButtonBox;
 

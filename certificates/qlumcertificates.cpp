@@ -1,5 +1,6 @@
 #include <certificates/qlumcertificates.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumsplashscreen.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
@@ -8,10 +9,14 @@
 #include <certificates/qlumowncertificate.h>
 #include <certificates/qlumstorefiles.h>
 #include <certificates/qlumvalidity.h>
+#include <uabase/values/uastring.h>
 #include <uawidgets/qlumpassworddlg.h>
 
 #include <QApplication>
+#include <QByteArray>
+#include <QChar>
 #include <QDebug>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -19,6 +24,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace {
 // SHA-1 of nothing, left by generators that hashed an empty key

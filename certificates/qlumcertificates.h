@@ -1,10 +1,11 @@
 #pragma once
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+
 #include <QCoreApplication>
 #include <QList>
 #include <QPair>
 #include <QString>
-#include <uabase/uapkicpp/uapkicertificate.h>
-#include <uabase/uapkicpp/uapkirsakeypair.h>
 
 class QlumNewCertificateDlg;
 class QlumSplashScreen;

@@ -1,9 +1,12 @@
 // One revocation list of a store.
 #pragma once
+#include <certificates/qlumvalidity.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/values/uadatetime.h>
+
 #include <QMetaType>
 #include <QString>
-#include <certificates/qlumvalidity.h>
-#include <uabase/uapkicpp/uapkirevocationlist.h>
 
 /// A revocation list and the file that it is in. May be made on any thread.
 class QlumCRLEntry

@@ -2,11 +2,20 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumvalidity.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/values/uastring.h>
 
+#include <QByteArray>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
 #include <QThread>
+#include <QVariant>
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace {
 QString shown(const UaString& text)

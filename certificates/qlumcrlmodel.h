@@ -1,8 +1,15 @@
 // The revocation lists of one store as a table.
 #pragma once
+#include <certificates/qlumcrlentry.h>
+#include <certificates/qlumvalidity.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+
 #include <QAbstractTableModel>
 #include <QIcon>
-#include <certificates/qlumcrlentry.h>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
+#include <QVariant>
 
 #include <array>
 #include <vector>

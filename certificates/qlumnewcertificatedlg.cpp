@@ -1,20 +1,37 @@
 #include <certificates/qlumnewcertificatedlg.h>
 
+#include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumtext.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uastring.h>
 
+#include <QByteArray>
+#include <QChar>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QDialogButtonBox>
+#include <QIcon>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QList>
 #include <QListWidget>
+#include <QListWidgetItem>
 #include <QMessageBox>
+#include <QMetaObject>
+#include <QObject>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
 
+#include <algorithm>
 #include <arpa/inet.h>
+#include <functional>
+#include <utility>
 
 namespace {
 constexpr int firstLongValidity = 9; // 10 years

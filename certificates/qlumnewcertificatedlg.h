@@ -1,7 +1,13 @@
 // Asks for what goes into the application's own certificate, and makes it.
 #pragma once
 #include <certificates/qlumowncertificate.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uawidgets/qlumbasewidget.h>
+
+#include <QLayout>
+#include <QString>
+#include <QWidget>
 
 #include <array>
 #include <memory>

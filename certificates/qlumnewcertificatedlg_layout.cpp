@@ -8,11 +8,14 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPalette>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSizePolicy>
 
 namespace {
 constexpr int longestName = 64; // of most parts of a name, as certificates allow

@@ -2,8 +2,12 @@
 
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificatestore.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/values/uastring.h>
 
+#include <QByteArray>
 #include <QCoreApplication>
+#include <QStringList>
 
 #include <unistd.h>
 

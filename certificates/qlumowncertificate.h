@@ -1,9 +1,10 @@
 #pragma once
-#include <QString>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkiidentity.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
+
+#include <QString>
 
 #include <functional>
 

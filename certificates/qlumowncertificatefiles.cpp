@@ -4,15 +4,21 @@
 // before the certificate, and then renamed in this order. The new certificate under its own name without the
 // new key beside it therefore means that the key has been replaced already, and the certificate has to
 // follow.
-#include <certificates/qlumowncertificate.h>
-
 #include <app/api/qlumtext.h>
+#include <certificates/qlumowncertificate.h>
 #include <uabase/system/uadir.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uastring.h>
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QString>
+#include <QStringList>
 
 #include <cstdio>
 #include <cstring>

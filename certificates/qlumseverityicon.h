@@ -1,6 +1,8 @@
 #pragma once
-#include <QIcon>
 #include <certificates/qlumcertificateerror.h>
+
+#include <QIcon>
+#include <QString>
 
 /// The picture for how bad a finding is.
 [[nodiscard]] inline QIcon qlumSeverityIcon(QlumCertificateError severity)

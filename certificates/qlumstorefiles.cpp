@@ -5,7 +5,9 @@
 #include <certificates/qlumtlstrust.h>
 #include <uabase/system/uadir.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/values/uastring.h>
 
+#include <QByteArray>
 #include <QCryptographicHash>
 #include <QDir>
 

@@ -1,9 +1,10 @@
 // The files of a certificate store: finding, reading, moving and adding them.
 #pragma once
-#include <QString>
-#include <QStringList>
 #include <certificates/qlumcertificatestoreconfiguration.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
+
+#include <QString>
+#include <QStringList>
 
 /// Folders of others may hold anything: only regular files of at most 1 MB are read, never a pipe or a
 /// device.

@@ -3,17 +3,24 @@
 #include <app/api/qlumjobpool.h>
 #include <uawidgets/qlumviewstate.h>
 
+#include <QAbstractItemModel>
+#include <QAbstractItemView>
 #include <QDesktopServices>
 #include <QDir>
 #include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSortFilterProxyModel>
+#include <QString>
+#include <QStringList>
 #include <QTableView>
 #include <QUrl>
 #include <QVBoxLayout>

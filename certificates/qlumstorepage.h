@@ -1,6 +1,10 @@
 // A store in the certificate manager: its table, filter and folder.
 #pragma once
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QModelIndex>
+#include <QString>
+#include <QStringList>
 #include <QWidget>
 
 class QAbstractItemModel;

@@ -2,13 +2,27 @@
 
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumcertificateentry.h>
+#include <certificates/qlumcrlentry.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
 
 #include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QIcon>
+#include <QMetaObject>
+#include <QModelIndex>
+#include <QString>
+#include <QStringList>
 #include <QTableView>
+#include <QWidget>
 
 #include <initializer_list>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace {
 QString certificatePageName(QlumCertificateModel::CertStoreType type)

@@ -1,11 +1,22 @@
 // The two kinds of pages of the certificate manager.
 #pragma once
+#include <app/api/qlumjobpool.h>
+#include <certificates/qlumcertificateentry.h>
 #include <certificates/qlumcertificatemodel.h>
 #include <certificates/qlumcertificatestoreconfiguration.h>
+#include <certificates/qlumcrlentry.h>
 #include <certificates/qlumcrlmodel.h>
 #include <certificates/qlumstorefiles.h>
 #include <certificates/qlumstorepage.h>
 #include <certificates/qlumstorereader.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+
+#include <QIcon>
+#include <QModelIndex>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
 
 /// Certificates; the trusted store shows the rejected ones and the application's own as well.
 class QlumCertificatePage : public QlumStorePage

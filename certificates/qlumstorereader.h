@@ -2,6 +2,7 @@
 #pragma once
 #include <app/api/qlumjob.h>
 
+#include <QString>
 #include <QStringList>
 
 #include <functional>

@@ -1,6 +1,7 @@
 #include <certificates/qlumthumbprint.h>
 
 #include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
 
 #include <QByteArray>
 

@@ -1,15 +1,21 @@
 #include <certificates/qlumtlstrust.h>
 
-#include <QCoreApplication>
-#include <QMessageBox>
-#include <QPointer>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <certificates/qlumcertificatedialog.h>
 #include <certificates/qlumcertificatestore.h>
 #include <uabase/system/uadir.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
+#include <uabase/values/uastring.h>
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QMessageBox>
+#include <QPointer>
+#include <QStringList>
+#include <QWidget>
 
 namespace {
 constexpr int maximumNumbers = 1000; // of one subject; a folder somebody has filled ends the search

@@ -1,9 +1,10 @@
 // TLS certificates of servers that the user has decided to trust, in the form in which the TLS library looks
 // them up: PEM files named after the hash of the subject and a number.
 #pragma once
-#include <QString>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
+
+#include <QString>
 
 class QWidget;
 class UaPkiCertificate;

@@ -1,8 +1,9 @@
 // How long certificates and revocation lists are still good, and how that is shown.
 #pragma once
+#include <uabase/values/uadatetime.h>
+
 #include <QIcon>
 #include <QString>
-#include <uabase/values/uadatetime.h>
 
 /// The numbers are those of the entries' validState().
 enum QlumValidity { QlumValid = 0, QlumNotYetValid = 1, QlumExpiresSoon = 2, QlumExpired = 3 };

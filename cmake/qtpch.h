@@ -24,6 +24,7 @@
 #include <QTreeView>
 #include <QVariant>
 #include <QWidget>
+
 #include <memory>
 #include <string>
 #include <vector>

@@ -1,12 +1,12 @@
 // Changes inputs of the decoder's fuzz target in a way of its own.
+#include <opcua/opcua_statuscodes.h>
 #include <stack/encoding/messagecodec.h>
 #include <stack/encoding/nametables.h>
-
-#include <opcua/opcua_statuscodes.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <random>
+#include <vector>
 
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize);
 

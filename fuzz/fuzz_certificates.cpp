@@ -2,11 +2,17 @@
 // or a request. The first byte chooses which; the check runs against a store of the corpus's own authority.
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/values/uabytestring.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <span>
 
 namespace {
 

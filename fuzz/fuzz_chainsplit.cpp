@@ -1,9 +1,12 @@
 // The bytes that a server sends as its certificate, cut into single ones, at full speed: nothing is verified
 // and no folder read. Takes the inputs of fuzz_certificates, whose first byte chooses what it tries.
+#include <uabase/values/uabytestring.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

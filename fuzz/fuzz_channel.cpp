@@ -2,7 +2,10 @@
 // the pieces in which the rest arrives. However it ends, every request ends once and nothing piles up.
 #include <tests/protocol/memorypipe.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Messages as they come out of a channel. What can be decoded must survive being written and read again.
-#include <stack/encoding/messagecodec.h>
-
 #include <opcua/opcua_statuscodes.h>
+#include <stack/encoding/messagecodec.h>
 
 #include <cstdint>
 #include <cstdlib>
+#include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -2,7 +2,10 @@
 // rest arrives. However it ends, every request ends once, in order, and nothing grows beyond the limits.
 #include <stack/core/httppipeline.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <string>
 
 namespace {
 

@@ -4,6 +4,10 @@
 #include <tests/protocol/memorypipe.h>
 #include <tests/protocol/sealingpeer.h>
 
+#include <cstdint>
+#include <memory>
+#include <utility>
+
 namespace {
 
 using namespace opcua;

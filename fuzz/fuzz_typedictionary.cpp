@@ -2,12 +2,20 @@
 // survive being written and read again, as bytes and as text.
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/structures/uatypedefinitionstore.h>
 #include <uabase/structures/uatypedictionary.h>
 #include <uabase/text/uavaluetext.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <span>
+#include <vector>
 
 namespace {
 

@@ -1,6 +1,11 @@
 #include <servers/qlumdiscoverysetting.h>
 
+#include <QByteArray>
 #include <QSettings>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
 
 #include <algorithm>
 

@@ -1,6 +1,8 @@
 #pragma once
 #include <servers/qlumendpoint.h>
 
+#include <QString>
+
 class QSettings;
 
 /// The stored connection settings of one server.

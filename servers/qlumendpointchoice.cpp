@@ -1,6 +1,8 @@
 #include <servers/qlumendpointchoice.h>
 
+#include <QString>
 #include <QUrl>
+#include <QVector>
 
 #include <array>
 

@@ -1,6 +1,9 @@
 #pragma once
 #include <servers/qlumendpoint.h>
 
+#include <QString>
+#include <QVector>
+
 /// Which of a server's endpoints a connection will use.
 struct QlumEndpointChoice
 {

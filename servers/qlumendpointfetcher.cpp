@@ -1,10 +1,20 @@
 #include <servers/qlumendpointfetcher.h>
 
+#include <app/api/qlumjob.h>
 #include <app/api/qlumtext.h>
 #include <servers/qlumpkifolders.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/uadiscovery.h>
 
+#include <QByteArray>
+#include <QMetaObject>
+#include <QString>
+#include <QVector>
+
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace {
 class FetchJob final : public QlumJob

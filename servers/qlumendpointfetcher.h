@@ -1,7 +1,11 @@
 #pragma once
-#include <QObject>
 #include <app/api/qlumjobpool.h>
 #include <servers/qlumendpoint.h>
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QVector>
 
 #include <functional>
 

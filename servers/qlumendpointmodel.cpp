@@ -1,7 +1,12 @@
 #include <servers/qlumendpointmodel.h>
 
-#include <QUrl>
 #include <app/api/qlumdisplaytext.h>
+
+#include <QModelIndex>
+#include <QString>
+#include <QUrl>
+#include <QVariant>
+#include <QVector>
 
 namespace {
 // Servers and users may call one host by different names.

@@ -1,6 +1,11 @@
 #pragma once
-#include <QAbstractTableModel>
 #include <servers/qlumendpoint.h>
+
+#include <QAbstractTableModel>
+#include <QModelIndex>
+#include <QString>
+#include <QVariant>
+#include <QVector>
 
 /// A server's endpoints as a table: URL, policy, mode, security level.
 class QlumEndpointModel : public QAbstractTableModel

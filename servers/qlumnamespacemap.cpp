@@ -1,6 +1,7 @@
 #include <servers/qlumnamespacemap.h>
 
 #include <QHash>
+#include <QString>
 
 #include <algorithm>
 #include <limits>

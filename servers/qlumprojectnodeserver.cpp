@@ -1,15 +1,33 @@
 #include <servers/qlumprojectnodeserver.h>
 
-#include <QApplication>
-#include <QMessageBox>
-#include <QPainter>
-#include <QThread>
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumnamespacemap.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
+
+#include <QApplication>
+#include <QIcon>
+#include <QMessageBox>
+#include <QMetaObject>
+#include <QPainter>
+#include <QPixmap>
+#include <QPoint>
+#include <QRect>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+#include <QThread>
+#include <QVariant>
+
+#include <memory>
 
 namespace {
 using UaClientSdk::ServiceSettings;

@@ -1,13 +1,30 @@
 #pragma once
-#include <QDialog>
-#include <QPointer>
-#include <QSemaphore>
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumservernode.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumtypecache.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <QByteArray>
+#include <QDialog>
+#include <QIcon>
+#include <QPointer>
+#include <QSemaphore>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
 
 #include <atomic>
+#include <memory>
 
 class QlumEndpointFetcher;
 

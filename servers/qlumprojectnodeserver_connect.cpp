@@ -1,20 +1,27 @@
 // Connecting: from the stored settings to a session.
-#include <servers/qlumprojectnodeserver_p.h>
-
-#include <QEventLoop>
-#include <QLabel>
-#include <QProgressDialog>
-#include <QSysInfo>
-#include <QTimer>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/qlumendpoint.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumendpointfetcher.h>
+#include <servers/qlumprojectnodeserver_p.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uawidgets/qlumuserpassworddlg.h>
+
+#include <QEventLoop>
+#include <QLabel>
+#include <QMessageBox>
+#include <QObject>
+#include <QProgressDialog>
+#include <QSysInfo>
+#include <QTimer>
+#include <QVector>
+#include <QWidget>
+
+#include <utility>
 
 namespace {
 using UaClientSdk::ServiceSettings;

@@ -1,8 +1,13 @@
 // What the parts of the server node share.
 #pragma once
+#include <servers/qlumendpoint.h>
+#include <servers/qlumprojectnodeserver.h>
+
 #include <QApplication>
 #include <QMessageBox>
-#include <servers/qlumprojectnodeserver.h>
+#include <QString>
+#include <QVector>
+#include <QWidget>
 
 struct QlumProjectNodeServer::Attempt
 {

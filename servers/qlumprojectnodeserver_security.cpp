@@ -1,16 +1,21 @@
 // Connecting: certificates, and what the user must know before a weak connection is made.
-#include <servers/qlumprojectnodeserver_p.h>
-
-#include <QDebug>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificatedialog.h>
+#include <certificates/qlumcertificateerror.h>
 #include <certificates/qlumcertificaterefuseddialog.h>
 #include <certificates/qlumcertificates.h>
 #include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumtlstrust.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/qlumendpoint.h>
 #include <servers/qlumpkifolders.h>
+#include <servers/qlumprojectnodeserver_p.h>
+
+#include <QApplication>
+#include <QDebug>
+#include <QMessageBox>
+#include <QMetaObject>
 
 namespace {
 using UaClientSdk::UaClient;

@@ -1,29 +1,40 @@
 #include <servers/qlumserversettingsdialog.h>
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QFileDialog>
-#include <QFormLayout>
-#include <QGroupBox>
-#include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QSortFilterProxyModel>
-#include <QSysInfo>
-#include <QToolButton>
-#include <QTreeView>
-#include <QUrl>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumtlstrust.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/qlumendpoint.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumendpointmodel.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+
+#include <QByteArray>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QLineEdit>
+#include <QModelIndex>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QString>
+#include <QSysInfo>
+#include <QToolButton>
+#include <QTreeView>
+#include <QUrl>
+#include <QVector>
+#include <QWidget>
 
 namespace {
 constexpr int defaultTimeout = 5000; // ms

@@ -1,6 +1,12 @@
 #pragma once
 #include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumendpoint.h>
 #include <uawidgets/qlumbasewidget.h>
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+#include <QWidget>
 
 class QCheckBox;
 class QComboBox;

@@ -1,12 +1,19 @@
 #include <servers/qlumtypecache.h>
 
-#include <QStringList>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
+
+#include <QStringList>
 
 #include <array>
 

@@ -1,8 +1,13 @@
 #pragma once
+#include <app/api/qlumsessionservices.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+
 #include <QCoreApplication>
 #include <QPixmap>
 #include <QString>
-#include <app/api/qlumsessionservices.h>
 
 #include <map>
 #include <memory>

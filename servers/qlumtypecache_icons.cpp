@@ -1,13 +1,19 @@
 // Icons that a server publishes for its nodes and types.
 #include <servers/qlumtypecache.h>
 
-#include <QBuffer>
-#include <QImageReader>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QImageReader>
+#include <QSize>
 
 #include <array>
 

@@ -1,10 +1,11 @@
 // The client's own certificate and where its trust lists lie.
 #pragma once
 
-#include <functional>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
+
+#include <functional>
 
 namespace UaClientSdk {
 

@@ -3,6 +3,7 @@
 
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
 
 namespace UaClientSdk {

@@ -1,11 +1,15 @@
 #include <uaclientsdk/sessionsecurityinfo.h>
 
-#include <algorithm>
-#include <array>
-
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace UaClientSdk {
 

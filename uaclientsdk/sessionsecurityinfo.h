@@ -1,14 +1,17 @@
 // How a session is secured and who its user is.
 #pragma once
 
-#include <memory>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/certificatevalidationcallback.h>
 #include <uaclientsdk/clientsecurityinfo.h>
 #include <uaclientsdk/useridentitytoken.h>
+
+#include <memory>
 
 namespace UaClientSdk {
 

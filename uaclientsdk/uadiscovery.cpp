@@ -3,6 +3,8 @@
 #include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/discovery/uadiscovery_p.h>
 #include <uaclientsdk/services/stackcall.h>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uadatetime.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/clientsecurityinfo.h>

@@ -1,8 +1,13 @@
 #include <uaclientsdk/uasession.h>
 
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/uasession_p.h>
+
+#include <string_view>
 
 namespace UaClientSdk {
 

@@ -3,10 +3,16 @@
 
 #include <opcua/opcua_types.h>
 #include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/system/uarefcounter.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/browsecontext.h>
 #include <uaclientsdk/certificatevalidationcallback.h>
 #include <uaclientsdk/historycontexts.h>

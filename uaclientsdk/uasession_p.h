@@ -1,16 +1,20 @@
 // The inside of a session: its collaborators and its thread.
 #pragma once
 
-#include <memory>
-
 #include <uabase/system/uarefcounter.h>
 #include <uabase/system/uathread.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/channelconnector.h>
 #include <uaclientsdk/connection/connectionmonitor.h>
 #include <uaclientsdk/connection/sessionactivator.h>
 #include <uaclientsdk/connection/sessioncontext.h>
 #include <uaclientsdk/subscription/subscriptionmanager.h>
 #include <uaclientsdk/types/datatypedefinitions.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <memory>
 
 namespace UaClientSdk {
 

@@ -3,6 +3,7 @@
 
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/methodcall.h>
 #include <uaclientsdk/services/historyresults.h>

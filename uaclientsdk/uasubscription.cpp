@@ -1,10 +1,17 @@
 #include <uaclientsdk/uasubscription.h>
 
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/uadiagnosticinfos.h>
 #include <uaclientsdk/services/asyncblockservice.h>
 #include <uaclientsdk/subscription/subscriptionitems.h>
 #include <uaclientsdk/subscription/subscriptionservices.h>
 #include <uaclientsdk/subscription/uasubscription_p.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <memory>
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -3,6 +3,7 @@
 
 #include <uabase/system/uarefcounter.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/subscriptionsettings.h>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 
 namespace UaClientSdk {

@@ -1,12 +1,13 @@
 // Who the user of a session is, OPC 10000-4, 7.41.
 #pragma once
 
-#include <memory>
-
 #include <opcua/opcua_types.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/secretbytes.h>
+
+#include <memory>
+#include <utility>
 
 namespace UaClientSdk {
 

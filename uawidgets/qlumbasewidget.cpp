@@ -1,6 +1,9 @@
 #include <uawidgets/qlumbasewidget.h>
 
 #include <QSettings>
+#include <QShowEvent>
+#include <QString>
+#include <QWidget>
 
 namespace {
 const auto geometryKey = QStringLiteral("geometry");

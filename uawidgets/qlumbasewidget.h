@@ -1,5 +1,8 @@
 #pragma once
 #include <QDialog>
+#include <QShowEvent>
+#include <QString>
+#include <QWidget>
 
 /// Base of the dialogs whose size and place are kept from one use to the next, in the settings group given.
 class QlumBaseWidget : public QDialog

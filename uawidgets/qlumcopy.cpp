@@ -4,7 +4,14 @@
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QIcon>
+#include <QItemSelectionModel>
+#include <QKeySequence>
 #include <QMap>
+#include <QModelIndex>
+#include <QModelIndexList>
+#include <QObject>
+#include <QString>
 
 namespace {
 // Rows in the order of the view's model, not in that of the user's clicks.

@@ -1,6 +1,8 @@
 #include <uawidgets/qlumemptydocument.h>
 
+#include <QFont>
 #include <QLabel>
+#include <QString>
 #include <QVBoxLayout>
 
 QlumEmptyDocument::QlumEmptyDocument(const QString& headline, const QString& hint, QWidget* parent)

@@ -1,6 +1,10 @@
 #pragma once
-#include <QWidget>
 #include <app/api/qlumdocumentwidgetinterface.h>
+
+#include <QMap>
+#include <QSettings>
+#include <QString>
+#include <QWidget>
 
 /// A document or dock page that has nothing to show and says so, with what the user can do instead.
 class QlumEmptyDocument : public QWidget, public QlumDocumentWidgetInterface

@@ -1,8 +1,11 @@
 #include <uawidgets/qlumpassworddlg.h>
 
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QString>
+#include <QWidget>
 
 QlumPasswordDlg::QlumPasswordDlg(QWidget* parent)
     : QlumBaseWidget(QStringLiteral("QlumPasswordDlg"), parent), m_password(new QLineEdit(this))

@@ -1,6 +1,9 @@
 #pragma once
 #include <uawidgets/qlumbasewidget.h>
 
+#include <QString>
+#include <QWidget>
+
 class QLineEdit;
 
 /// Asks for the password of a private key.

@@ -1,9 +1,12 @@
 #include <uawidgets/qlumuserpassworddlg.h>
 
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QString>
+#include <QWidget>
 
 QlumUserPasswordDlg::QlumUserPasswordDlg(const QString& serverName, const QString& userName, QWidget* parent)
     : QlumBaseWidget(QStringLiteral("QlumUserPasswordDlg"), parent), m_warning(new QLabel(this)),

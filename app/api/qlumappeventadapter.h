@@ -1,5 +1,10 @@
 #pragma once
 #include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumconnectionstatus.h>
+#include <uabase/values/uanodeid.h>
+
+#include <QMap>
+#include <QSettings>
 
 /// Answers every event by doing nothing; plugins derive from it and override what concerns them.
 class QlumAppEventAdapter : public QlumAppEventInterface

@@ -1,8 +1,9 @@
 #pragma once
-#include <QMap>
-#include <QtPlugin>
 #include <app/api/qlumconnectionstatus.h>
 #include <opcua/opcua_types.h>
+
+#include <QMap>
+#include <QtPlugin>
 
 class QSettings;
 class UaNodeId;

@@ -1,12 +1,13 @@
 #pragma once
+#include <opcua/opcua_types.h>
+#include <uabase/values/uaarrays.h>
+
 #include <QDateTime>
 #include <QIcon>
 #include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
-#include <opcua/opcua_types.h>
-#include <uabase/values/uaarrays.h>
 
 class QAction;
 class QDockWidget;

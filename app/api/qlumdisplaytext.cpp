@@ -1,5 +1,6 @@
 #include <app/api/qlumdisplaytext.h>
 
+#include <QChar>
 #include <QTextDocument>
 
 #include <algorithm>

@@ -1,10 +1,12 @@
 #include <app/api/qlumjobpool.h>
 
+#include <QRunnable>
 #include <QThreadPool>
 
 #include <algorithm>
 #include <deque>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 class QlumJobPoolPrivate

@@ -1,11 +1,12 @@
 // Types that travel through queued signals and item model roles.
 #pragma once
-#include <QMetaType>
 #include <app/api/qlumconnectionstatus.h>
 #include <opcua/opcua_types.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+
+#include <QMetaType>
 
 Q_DECLARE_METATYPE(UaNodeId)
 Q_DECLARE_METATYPE(UaVariant)

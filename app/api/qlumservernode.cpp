@@ -1,5 +1,7 @@
 #include <app/api/qlumservernode.h>
 
+#include <QString>
+
 int QlumServerNode::namespaceIndexFromUri(const QString& uri) const
 {
     return namespaceTable().indexOf(uri);

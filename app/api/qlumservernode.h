@@ -1,9 +1,12 @@
 #pragma once
-#include <QStringList>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumprojectnode.h>
 #include <opcua/opcua_platform.h>
 #include <uabase/values/uaarrays.h>
+
+#include <QIcon>
+#include <QString>
+#include <QStringList>
 
 class QSettings;
 class QWidget;

@@ -1,6 +1,11 @@
 #include <app/api/qlumsessionservices.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 
 namespace {
 using UaClientSdk::BrowseContext;

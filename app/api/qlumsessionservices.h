@@ -1,7 +1,12 @@
 #pragma once
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/uasession.h>
+
 #include <functional>
 #include <memory>
-#include <uaclientsdk/uasession.h>
 
 /// The services of one session that views call; tests answer them by a script. Every function may be called
 /// from any thread and blocks for at most the call timeout. Result arrays hold as many entries as the request

@@ -1,7 +1,14 @@
 #include <app/api/qlumsplashscreen.h>
 
+#include <QColor>
+#include <QFont>
 #include <QPainter>
+#include <QPixmap>
+#include <QPoint>
+#include <QRect>
+#include <QString>
 #include <QTimer>
+#include <QWidget>
 
 #ifndef TAVELIN_BUILD_TAG
 #    define TAVELIN_BUILD_TAG ""

@@ -1,5 +1,9 @@
 #pragma once
+#include <QColor>
+#include <QPainter>
+#include <QPixmap>
 #include <QSplashScreen>
+#include <QString>
 
 /// Splash screen whose message is painted at once, before the event loop runs. Message, alignment and colour
 /// are shared by all instances.

@@ -1,12 +1,15 @@
 #include <app/api/qlumtext.h>
 
-#include <QLocale>
-#include <QRegularExpression>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uastatus.h>
 
+#include <QByteArray>
+#include <QLocale>
+#include <QRegularExpression>
+
 #include <array>
 #include <limits>
+#include <string_view>
 
 namespace {
 // 100 ns intervals from 1601-01-01 to 1970-01-01

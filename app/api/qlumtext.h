@@ -1,9 +1,10 @@
 // Text between the OPC UA value types and Qt.
 #pragma once
-#include <QDateTime>
-#include <QString>
 #include <opcua/opcua_builtintypes.h>
 #include <uabase/values/uastring.h>
+
+#include <QDateTime>
+#include <QString>
 
 /// Invalid UTF-8 becomes replacement characters; a null string becomes a null QString.
 [[nodiscard]] QString toQString(const UaString& text);

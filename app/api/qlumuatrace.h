@@ -1,6 +1,7 @@
 #pragma once
-#include <QString>
 #include <app/api/qlumapplicationinterface.h>
+
+#include <QString>
 
 /// Writes log entries from code that does not know the main window. Every function may be called from any
 /// thread and does nothing while there is no application.

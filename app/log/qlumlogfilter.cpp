@@ -2,6 +2,9 @@
 
 #include <app/log/qlumlogmodel.h>
 
+#include <QModelIndex>
+#include <QString>
+
 void QlumLogFilter::setFilter(int minimumLevel, const QString& text)
 {
     m_minimumLevel = minimumLevel;

@@ -1,5 +1,7 @@
 #pragma once
+#include <QModelIndex>
 #include <QSortFilterProxyModel>
+#include <QString>
 
 /// Lets rows of the log through that are serious enough and hold a text in any column.
 class QlumLogFilter : public QSortFilterProxyModel

@@ -4,13 +4,23 @@
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
 
+#include <QChar>
 #include <QCoreApplication>
+#include <QDateTime>
+#include <QEvent>
 #include <QIcon>
 #include <QLocale>
+#include <QModelIndex>
+#include <QObject>
 #include <QRegularExpression>
+#include <QString>
 #include <QTextStream>
+#include <QVariant>
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <utility>
 
 namespace {
 constexpr int flushMilliseconds = 50;

@@ -1,7 +1,12 @@
 #pragma once
-#include <QAbstractTableModel>
-#include <QTimer>
 #include <app/log/qlumlogentry.h>
+
+#include <QAbstractTableModel>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <QVariant>
 
 #include <atomic>
 #include <deque>

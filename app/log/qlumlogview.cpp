@@ -5,10 +5,16 @@
 #include <app/log/qlumlogmodel.h>
 #include <uawidgets/qlumcopy.h>
 
+#include <QAbstractItemModel>
+#include <QAbstractItemView>
+#include <QAction>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QList>
 #include <QScrollBar>
+#include <QSize>
+#include <QString>
 #include <QToolBar>
 #include <QTreeView>
 #include <QVBoxLayout>

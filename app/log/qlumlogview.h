@@ -1,4 +1,5 @@
 #pragma once
+#include <QList>
 #include <QWidget>
 
 class QAction;

@@ -5,6 +5,7 @@
 #include <app/settings/qlumsettingsmodel.h>
 #include <opcua/opcua_channel.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uastring.h>
 
 #include <QCoreApplication>
 #include <QDir>

@@ -5,13 +5,17 @@
 
 #include <QCoreApplication>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QIcon>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QString>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <QWidget>
 
 namespace {
 QString firstField(const char* version)

@@ -3,10 +3,16 @@
 #include <app/api/qlumaddressspacemodelinterface.h>
 #include <app/api/qlumservernode.h>
 
+#include <QAbstractItemModel>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QLayout>
+#include <QModelIndex>
+#include <QString>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>

@@ -1,8 +1,13 @@
 #pragma once
-#include <QPointer>
-#include <QWidget>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uanodeid.h>
+
+#include <QAction>
+#include <QLayout>
+#include <QModelIndex>
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
 
 #include <functional>
 

@@ -1,11 +1,16 @@
 #include <app/mainwindow/qlumaddressspacepages.h>
 
 #include <app/api/qlumservernode.h>
+#include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumemptydocument.h>
 
 #include <QAction>
 #include <QStackedWidget>
+#include <QString>
 #include <QTreeView>
+#include <QWidget>
+
+#include <utility>
 
 QlumAddressSpacePages::QlumAddressSpacePages(QAction* rebrowse, QlumAddressSpaceModelFactory factory,
                                              QWidget* parent)

@@ -1,7 +1,11 @@
 #pragma once
+#include <app/api/qlumservernode.h>
+#include <app/mainwindow/qlumaddressspacepage.h>
+#include <uabase/values/uanodeid.h>
+
 #include <QList>
 #include <QObject>
-#include <app/mainwindow/qlumaddressspacepage.h>
+#include <QWidget>
 
 class QAction;
 class QStackedWidget;

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QStringList>
 #include <QSysInfo>
+#include <QWidget>
 
 namespace {
 class Text

@@ -1,12 +1,20 @@
 #include <app/mainwindow/qlumdocumentarea.h>
 
 #include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlumprojectnode.h>
 #include <app/mainwindow/qlumdocumentdialog.h>
 #include <app/pluginloader/qlumpluginloader.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
 
+#include <QDialog>
+#include <QList>
+#include <QString>
 #include <QTabWidget>
+#include <QWidget>
+
+#include <memory>
+#include <utility>
 
 namespace {
 // A tab's text is one where '&' marks a shortcut.

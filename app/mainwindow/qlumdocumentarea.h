@@ -1,5 +1,7 @@
 #pragma once
 #include <QObject>
+#include <QString>
+#include <QWidget>
 
 class QTabWidget;
 class QlumDocumentInterface;

@@ -2,14 +2,19 @@
 
 #include <app/project/qlumprojectnodedocument.h>
 
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QString>
 #include <QTextBrowser>
 #include <QVBoxLayout>
+#include <QWidget>
+
+#include <utility>
 
 QlumDocumentDialog::QlumDocumentDialog(const QList<QlumDocumentType>& types,
                                        std::function<bool(const QString&)> isTaken, QWidget* parent)

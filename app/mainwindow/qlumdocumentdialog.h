@@ -1,6 +1,9 @@
 #pragma once
-#include <QList>
 #include <uawidgets/qlumbasewidget.h>
+
+#include <QList>
+#include <QString>
+#include <QWidget>
 
 #include <functional>
 

@@ -2,9 +2,15 @@
 
 #include <QAction>
 #include <QDesktopServices>
+#include <QIcon>
+#include <QKeySequence>
+#include <QString>
 #include <QTextBrowser>
+#include <QTextDocument>
 #include <QToolBar>
+#include <QUrl>
 #include <QVBoxLayout>
+#include <QVariant>
 
 namespace {
 const QUrl& contents()

@@ -1,4 +1,5 @@
 #pragma once
+#include <QUrl>
 #include <QWidget>
 
 class QTextBrowser;

@@ -2,10 +2,15 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QIcon>
+#include <QKeySequence>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QString>
 #include <QToolBar>
+
+#include <initializer_list>
 
 namespace {
 struct ActionInfo

@@ -2,6 +2,9 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QString>
+
+#include <initializer_list>
 
 class QAction;
 class QMainWindow;

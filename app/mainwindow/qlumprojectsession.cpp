@@ -11,6 +11,9 @@
 #include <QFileInfo>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QStringList>
+
+#include <utility>
 
 #ifndef TAVELIN_BUILD_TAG
 #    define TAVELIN_BUILD_TAG ""

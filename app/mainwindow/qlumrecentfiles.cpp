@@ -2,11 +2,14 @@
 
 #include <app/settings/qlumsettingsmodel.h>
 
+#include <QAction>
 #include <QDir>
 #include <QFileInfo>
 #include <QMenu>
 #include <QMessageBox>
 #include <QSettings>
+#include <QString>
+#include <QWidget>
 
 #include <algorithm>
 

@@ -1,5 +1,7 @@
 #include <app/mainwindow/qlumservercommands.h>
 
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumprojectnode.h>
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumtavelinservices.h>
@@ -8,6 +10,10 @@
 
 #include <QAction>
 #include <QTreeView>
+#include <QWidget>
+
+#include <memory>
+#include <utility>
 
 QlumServerCommands::QlumServerCommands(const Parts& parts) : QObject(parts.window), m_parts(parts)
 {

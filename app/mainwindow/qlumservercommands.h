@@ -1,7 +1,12 @@
 #pragma once
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumprojectnode.h>
+#include <app/api/qlumservernode.h>
+
+#include <QList>
 #include <QObject>
 #include <QPointer>
-#include <app/api/qlumservernode.h>
+#include <QWidget>
 
 class QTreeView;
 class QlumAddressSpacePages;

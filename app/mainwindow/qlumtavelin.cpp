@@ -1,6 +1,7 @@
 #include <app/mainwindow/qlumtavelin.h>
 
 #include <app/api/qlummetatypes.h>
+#include <app/api/qlumservernode.h>
 #include <app/api/qlumuatrace.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/log/qlumlogview.h>
@@ -19,15 +20,23 @@
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <uabase/system/uatrace.h>
 
 #include <QAction>
+#include <QByteArray>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QHeaderView>
+#include <QList>
 #include <QNetworkAccessManager>
+#include <QPointer>
 #include <QSettings>
+#include <QString>
 #include <QTabWidget>
 #include <QTreeView>
+#include <QWidget>
+
+#include <utility>
 
 namespace {
 const auto logSource = QStringLiteral("Tavelin");

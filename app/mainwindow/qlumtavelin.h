@@ -1,10 +1,31 @@
 #pragma once
-#include <QMainWindow>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumservernode.h>
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/pluginloader/qlumpluginloader.h>
+#include <plugins/addressspace/qlumaddressspacemodel.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/system/uatrace.h>
 #include <uabase/system/uatracehook.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uaclientsdk/uasession.h>
+
+#include <QAction>
+#include <QByteArray>
+#include <QCloseEvent>
+#include <QDateTime>
+#include <QDockWidget>
+#include <QIcon>
+#include <QList>
+#include <QMainWindow>
+#include <QMimeData>
+#include <QString>
+#include <QStringList>
+#include <QTabWidget>
+#include <QVariant>
+#include <QWidget>
 
 #include <atomic>
 #include <memory>

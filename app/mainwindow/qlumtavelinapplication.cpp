@@ -1,6 +1,7 @@
 // What the main window answers as the application that plugins and servers ask.
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumtext.h>
+#include <app/log/qlumlogentry.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlumprojectsession.h>
@@ -9,10 +10,28 @@
 #include <app/project/qlumprojectmodel.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <opcua/opcua_statuscodes.h>
+#include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <plugins/addressspace/qlumnodemimedata.h>
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uaclientsdk/uasession.h>
 
+#include <QAction>
+#include <QDateTime>
+#include <QDockWidget>
+#include <QIcon>
+#include <QList>
+#include <QMainWindow>
 #include <QMimeData>
+#include <QString>
+#include <QStringList>
+#include <QTabWidget>
+#include <QVariant>
+
+#include <memory>
+#include <utility>
 
 QlumServerNode* QlumTavelin::findServer(unsigned int serverId) const
 {

@@ -1,4 +1,6 @@
 // The main window's widgets and what their signals do.
+#include <app/api/qlumprojectnode.h>
+#include <app/api/qlumservernode.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/log/qlumlogview.h>
 #include <app/mainwindow/qlumaboutdialog.h>
@@ -22,16 +24,26 @@
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumemptydocument.h>
 
+#include <QAbstractItemModel>
 #include <QAction>
+#include <QDialog>
 #include <QDockWidget>
 #include <QFileDialog>
+#include <QIcon>
+#include <QItemSelectionModel>
+#include <QMainWindow>
+#include <QModelIndex>
 #include <QSaveFile>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QString>
 #include <QTabWidget>
 #include <QTextStream>
 #include <QTreeView>
 #include <QWhatsThis>
+#include <QWidget>
+
+#include <memory>
 
 void QlumTavelin::setupGui()
 {

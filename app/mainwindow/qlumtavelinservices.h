@@ -1,6 +1,7 @@
 #pragma once
-#include <QString>
 #include <app/mainwindow/qlumaddressspacepage.h>
+
+#include <QString>
 
 #include <functional>
 #include <memory>

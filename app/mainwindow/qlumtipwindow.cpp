@@ -1,14 +1,19 @@
 #include <app/mainwindow/qlumtipwindow.h>
 
 #include <QCheckBox>
+#include <QDialog>
 #include <QFile>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPixmap>
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QSettings>
+#include <QString>
+#include <QStringList>
 #include <QTextStream>
 #include <QVBoxLayout>
+#include <QWidget>
 
 namespace {
 const auto showTipKey = QStringLiteral("QlumTipWindow/ShowTip");

@@ -1,6 +1,10 @@
 #pragma once
 #include <uawidgets/qlumbasewidget.h>
 
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
 class QCheckBox;
 class QLabel;
 class QTextStream;

@@ -8,9 +8,13 @@
 #include <QMessageBox>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QNetworkRequest>
 #include <QRegularExpression>
 #include <QSettings>
+#include <QString>
+#include <QUrl>
 #include <QVersionNumber>
+#include <QWidget>
 
 namespace {
 const auto updateAddress =

@@ -1,5 +1,6 @@
 #pragma once
 #include <QObject>
+#include <QString>
 
 class QNetworkAccessManager;
 class QNetworkReply;

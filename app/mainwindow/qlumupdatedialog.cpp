@@ -1,10 +1,13 @@
 #include <app/mainwindow/qlumupdatedialog.h>
 
 #include <QCheckBox>
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QSpinBox>
+#include <QString>
+#include <QWidget>
 
 QlumUpdateDialog::QlumUpdateDialog(int interval, QWidget* parent)
     : QlumBaseWidget(QStringLiteral("QlumUpdateDialog"), parent),

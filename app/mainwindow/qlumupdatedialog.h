@@ -1,6 +1,8 @@
 #pragma once
 #include <uawidgets/qlumbasewidget.h>
 
+#include <QWidget>
+
 class QCheckBox;
 class QSpinBox;
 

@@ -1,10 +1,15 @@
 #include <app/pluginloader/qlumdirector.h>
 
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/pluginloader/qlumpluginloader.h>
+#include <uabase/values/uanodeid.h>
 
+#include <QMap>
 #include <QObject>
 #include <QSettings>
+#include <QString>
+#include <QStringList>
 
 QlumDirector::QlumDirector(const QlumPluginLoader* loader) : m_loader(loader) {}
 

@@ -1,5 +1,10 @@
 #pragma once
 #include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumconnectionstatus.h>
+#include <uabase/values/uanodeid.h>
+
+#include <QMap>
+#include <QSettings>
 
 class QlumPluginLoader;
 

@@ -4,13 +4,22 @@
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlumplugininterface.h>
 
+#include <QDialog>
 #include <QDir>
+#include <QFont>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLabel>
+#include <QObject>
+#include <QObjectList>
 #include <QPluginLoader>
 #include <QPushButton>
+#include <QString>
+#include <QStringList>
 #include <QTreeWidget>
+#include <QTreeWidgetItem>
 #include <QVBoxLayout>
+#include <QWidget>
 
 QlumPluginDialog::QlumPluginDialog(const QString& pluginFolder, const QStringList& fileNames, QWidget* parent)
     : QlumBaseWidget(QStringLiteral("QlumPluginDialog"), parent), m_tree(new QTreeWidget(this))

@@ -1,6 +1,11 @@
 #pragma once
 #include <uawidgets/qlumbasewidget.h>
 
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
 class QTreeWidget;
 class QTreeWidgetItem;
 

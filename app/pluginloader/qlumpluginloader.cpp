@@ -1,11 +1,14 @@
 #include <app/pluginloader/qlumpluginloader.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumuatrace.h>
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QObject>
+#include <QObjectList>
 #include <QPluginLoader>
 
 namespace {

@@ -6,7 +6,11 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <cstdint>
+#include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace {

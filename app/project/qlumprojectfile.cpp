@@ -9,15 +9,20 @@
 #include <app/project/qlumprojectnodedocument.h>
 #include <uabase/system/uadir.h>
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <span>
 #include <sys/stat.h>
+#include <system_error>
+#include <utility>
 
 namespace {
 constexpr int maximumServers = 1000;

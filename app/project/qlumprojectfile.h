@@ -1,8 +1,10 @@
 #pragma once
+#include <app/api/qlumservernode.h>
+
 #include <QList>
 #include <QMap>
 #include <QPointer>
-#include <app/api/qlumservernode.h>
+#include <QString>
 
 #include <functional>
 #include <memory>

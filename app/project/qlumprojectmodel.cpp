@@ -1,8 +1,15 @@
 #include <app/project/qlumprojectmodel.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
 #include <app/project/qlumprojectnodedocument.h>
+
+#include <QList>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
+#include <QVariant>
 
 QlumProjectModel::QlumProjectModel(QObject* parent)
     : QAbstractItemModel(parent), m_root(std::make_unique<QlumProjectNode>(tr("Project"))),

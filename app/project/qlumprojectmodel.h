@@ -1,10 +1,16 @@
 #pragma once
-#include <QAbstractItemModel>
-#include <QWidget>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/project/qlumserverregistry.h>
 #include <app/project/qlumstorableobject.h>
 #include <opcua/opcua_platform.h>
+
+#include <QAbstractItemModel>
+#include <QList>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+#include <QWidget>
 
 #include <memory>
 

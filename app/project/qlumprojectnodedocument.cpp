@@ -1,6 +1,9 @@
 #include <app/project/qlumprojectnodedocument.h>
 
+#include <QIcon>
 #include <QMessageBox>
+#include <QString>
+#include <QVariant>
 
 namespace {
 constexpr int maximumNameLength = 200;

@@ -1,7 +1,11 @@
 #pragma once
-#include <QPointer>
-#include <QWidget>
 #include <app/api/qlumprojectnode.h>
+
+#include <QIcon>
+#include <QPointer>
+#include <QString>
+#include <QVariant>
+#include <QWidget>
 
 /// An open document: its type and the widget that shows it. The widget belongs to the document area.
 class QlumProjectNodeDocument : public QlumProjectNode

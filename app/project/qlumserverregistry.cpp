@@ -1,5 +1,7 @@
 #include <app/project/qlumserverregistry.h>
 
+#include <uaclientsdk/uasession.h>
+
 void QlumServerRegistry::insert(unsigned int serverId, const QString& name, UaClientSdk::UaSession* session)
 {
     const std::lock_guard lock(m_mutex);

@@ -4,6 +4,7 @@
 #include <uabase/system/uadir.h>
 
 #include <QDir>
+#include <QString>
 
 namespace {
 QVariant text(const char* value)

@@ -1,4 +1,5 @@
 #pragma once
+#include <QString>
 #include <QVariant>
 
 #include <vector>

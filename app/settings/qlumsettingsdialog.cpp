@@ -4,7 +4,9 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -12,11 +14,17 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QString>
+#include <QStringList>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <QVariant>
+#include <QWidget>
 
+#include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 constexpr int hour = 3600000;

@@ -1,6 +1,11 @@
 #pragma once
 #include <uawidgets/qlumbasewidget.h>
 
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QWidget>
+
 #include <functional>
 #include <vector>
 

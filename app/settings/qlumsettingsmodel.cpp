@@ -2,6 +2,9 @@
 
 #include <app/settings/qlumsettingsdefaults.h>
 
+#include <QString>
+#include <QStringList>
+
 #include <mutex>
 
 QlumSettingsModel::QlumSettingsModel(QObject* parent) : QObject(parent)

@@ -2,6 +2,7 @@
 #include <QHash>
 #include <QObject>
 #include <QSettings>
+#include <QString>
 #include <QVariant>
 
 #include <shared_mutex>

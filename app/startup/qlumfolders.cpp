@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QString>
+#include <QStringList>
 
 namespace {
 class Text

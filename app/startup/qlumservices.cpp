@@ -1,12 +1,26 @@
 #include <app/startup/qlumservices.h>
 
+#include <app/api/qlumservernode.h>
 #include <certificates/qlumcertificatemanager.h>
 #include <certificates/qlumcertificatemanagerdialog.h>
 #include <certificates/qlumcertificates.h>
+#include <certificates/qlumcertificatestoreconfiguration.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumprojectnodeserver.h>
 #include <servers/qlumserversettingsdialog.h>
+#include <uabase/values/uanodeid.h>
+
+#include <QComboBox>
+#include <QDialog>
+#include <QIcon>
+#include <QObject>
+#include <QPointer>
+#include <QSettings>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
 
 namespace {
 std::unique_ptr<QlumServerNode> createServer(const QString& name, QSettings& settings)

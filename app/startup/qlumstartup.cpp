@@ -12,13 +12,18 @@
 #include <uabase/text/uaxmldocument.h>
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QDir>
+#include <QIcon>
 #include <QLocale>
 #include <QMessageBox>
+#include <QPixmap>
 #include <QSettings>
+#include <QString>
 #include <QTranslator>
 
 #include <csignal>
+#include <memory>
 #include <tuple>
 
 namespace {

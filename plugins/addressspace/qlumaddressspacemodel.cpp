@@ -1,14 +1,29 @@
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumprojectnode.h>
+#include <app/api/qlumuatrace.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
+#include <plugins/addressspace/qlumnodemimedata.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 
 #include <QApplication>
 #include <QComboBox>
 #include <QFont>
 #include <QMimeData>
+#include <QModelIndex>
+#include <QModelIndexList>
+#include <QObject>
+#include <QSignalBlocker>
+#include <QString>
+#include <QStringList>
 #include <QTimer>
-#include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumdisplaytext.h>
-#include <app/api/qlumuatrace.h>
-#include <plugins/addressspace/qlumnodemimedata.h>
+#include <QVariant>
+#include <QWidget>
+
+#include <memory>
+#include <utility>
 
 namespace {
 constexpr OpcUa_UInt32 rootFolder = 84;

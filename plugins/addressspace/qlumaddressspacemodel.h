@@ -1,12 +1,26 @@
 #pragma once
-#include <QAbstractItemModel>
-#include <QPointer>
 #include <app/api/qlumaddressspacemodelinterface.h>
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumsessionservices.h>
 #include <plugins/addressspace/qlumaddressspacenode.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+
+#include <QAbstractItemModel>
+#include <QMimeData>
+#include <QModelIndex>
+#include <QModelIndexList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QWidget>
 
 #include <list>
+#include <memory>
 
 class QComboBox;
 class QTimer;

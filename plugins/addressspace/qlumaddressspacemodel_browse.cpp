@@ -1,12 +1,16 @@
 // Browsing: what the server is asked, and how the answers become rows.
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QTimer>
-#include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumtext.h>
 
+#include <algorithm>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace {
 using UaClientSdk::BrowseContext;

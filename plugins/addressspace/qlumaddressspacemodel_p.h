@@ -1,6 +1,12 @@
 #pragma once
 #include <plugins/addressspace/qlumaddressspacemodel.h>
+#include <plugins/addressspace/qlumaddressspacenode.h>
 #include <plugins/addressspace/qlumbrowseprogress.h>
+#include <uabase/values/uabytestring.h>
+
+#include <QString>
+
+#include <memory>
 
 struct QlumAddressSpaceModel::Task
 {

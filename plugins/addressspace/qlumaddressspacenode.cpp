@@ -4,6 +4,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 constexpr OpcUa_UInt32 folderType = 61;

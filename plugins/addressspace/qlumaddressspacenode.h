@@ -1,8 +1,9 @@
 #pragma once
-#include <QIcon>
-#include <QString>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uanodeid.h>
+
+#include <QIcon>
+#include <QString>
 
 #include <memory>
 #include <unordered_set>

@@ -1,9 +1,10 @@
 #include <plugins/addressspace/qlumbrowseprogress.h>
 
+#include <app/api/qlumdisplaytext.h>
+
 #include <QApplication>
 #include <QLabel>
 #include <QLocale>
-#include <app/api/qlumdisplaytext.h>
 
 namespace {
 constexpr qint64 showAfter = 1000;  // ms

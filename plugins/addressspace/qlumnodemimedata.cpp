@@ -1,12 +1,16 @@
 #include <plugins/addressspace/qlumnodemimedata.h>
 
+#include <app/api/qlumtext.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaguid.h>
+
 #include <QDataStream>
 #include <QIODevice>
-#include <app/api/qlumtext.h>
 
 #include <array>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace {
 constexpr int guidSize = 16;

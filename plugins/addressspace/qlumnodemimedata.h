@@ -1,8 +1,9 @@
 // Address space nodes on their way from the tree to a view that takes them.
 #pragma once
+#include <uabase/values/uanodeid.h>
+
 #include <QByteArray>
 #include <QString>
-#include <uabase/values/uanodeid.h>
 
 #include <vector>
 

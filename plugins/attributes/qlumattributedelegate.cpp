@@ -1,8 +1,16 @@
 #include <plugins/attributes/qlumattributedelegate.h>
 
-#include <QLineEdit>
 #include <plugins/attributes/qlumattributemodel.h>
+#include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvalueeditor.h>
+
+#include <QAbstractItemModel>
+#include <QLineEdit>
+#include <QModelIndex>
+#include <QString>
+#include <QStyleOptionViewItem>
+#include <QVariant>
+#include <QWidget>
 
 namespace {
 // A node without a value has nothing that tells which editor fits; its data type decides when the text is

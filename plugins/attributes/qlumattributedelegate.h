@@ -1,5 +1,9 @@
 #pragma once
+#include <QAbstractItemModel>
+#include <QModelIndex>
+#include <QStyleOptionViewItem>
 #include <QStyledItemDelegate>
+#include <QWidget>
 
 /// Edits the values of the attribute view in place, each with the editor of its type.
 class QlumAttributeDelegate : public QStyledItemDelegate

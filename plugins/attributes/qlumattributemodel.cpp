@@ -1,13 +1,27 @@
 #include <plugins/attributes/qlumattributemodel.h>
 
-#include <QColor>
-#include <QGuiApplication>
-#include <QPalette>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
+#include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributetexts.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
+
+#include <QColor>
+#include <QGuiApplication>
+#include <QList>
+#include <QModelIndex>
+#include <QObject>
+#include <QPalette>
+#include <QString>
+#include <QVariant>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace {
 constexpr int cutLength = 256;

@@ -1,9 +1,22 @@
 #pragma once
-#include <QAbstractItemModel>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlummodelinterface.h>
 #include <app/api/qlumsessionservices.h>
+#include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributerows.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uavariant.h>
+
+#include <QAbstractItemModel>
+#include <QList>
+#include <QModelIndex>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+#include <memory>
+#include <vector>
 
 class QlumApplicationInterface;
 

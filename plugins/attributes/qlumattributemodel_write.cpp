@@ -1,13 +1,15 @@
 // Writing edited values.
 #include <plugins/attributes/qlumattributemodel.h>
 
-#include <QGuiApplication>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/values/uastatus.h>
+
+#include <QGuiApplication>
 
 #include <algorithm>
 

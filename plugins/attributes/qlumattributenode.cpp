@@ -1,5 +1,8 @@
 #include <plugins/attributes/qlumattributenode.h>
 
+#include <algorithm>
+#include <utility>
+
 QlumAttributeNode::QlumAttributeNode(const QString& name, const QString& value) : m_name(name), m_value(value)
 {
 }

@@ -1,8 +1,10 @@
 #pragma once
-#include <QString>
 #include <opcua/opcua_platform.h>
 
+#include <QString>
+
 #include <memory>
+#include <utility>
 #include <vector>
 
 class QlumAttributeNode;

@@ -1,12 +1,5 @@
 #include <plugins/attributes/qlumattributeplugin.h>
 
-#include <QAction>
-#include <QCoreApplication>
-#include <QDockWidget>
-#include <QMainWindow>
-#include <QSettings>
-#include <QToolBar>
-#include <QVBoxLayout>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlummetatypes.h>
@@ -17,6 +10,30 @@
 #include <plugins/attributes/qlumattributeview.h>
 #include <plugins/attributes/qlumcustomnodeiddialog.h>
 #include <plugins/attributes/qlumreadjob.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uavariant.h>
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QDialog>
+#include <QDockWidget>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QKeySequence>
+#include <QMainWindow>
+#include <QMap>
+#include <QSettings>
+#include <QSize>
+#include <QString>
+#include <QToolBar>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <memory>
+#include <utility>
 
 namespace {
 const QLatin1String kOnOffKey("Act_OnOff_Checked");

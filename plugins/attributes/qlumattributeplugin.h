@@ -1,9 +1,18 @@
 #pragma once
-#include <QObject>
-#include <QPointer>
 #include <app/api/qlumappeventadapter.h>
+#include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
+#include <uabase/values/uanodeid.h>
+
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QSettings>
+#include <QString>
+
+#include <memory>
 
 class QAction;
 class QDockWidget;

@@ -1,11 +1,27 @@
 #include <plugins/attributes/qlumattributerows.h>
 
-#include <QDateTime>
-#include <QLocale>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
+#include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributetexts.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluetext.h>
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <algorithm>
+#include <memory>
 
 namespace {
 constexpr QlumValueStep detail{QlumValueStep::Detail, 0};

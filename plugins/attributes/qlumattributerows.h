@@ -1,8 +1,17 @@
 #pragma once
+#include <plugins/attributes/qlumattributenode.h>
+#include <plugins/attributes/qlumvaluepath.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
+
 #include <QCoreApplication>
 #include <QString>
-#include <plugins/attributes/qlumvaluepath.h>
-#include <uabase/values/uadatavalue.h>
 
 class QlumApplicationInterface;
 

@@ -4,6 +4,7 @@
 #include <app/api/qlumtext.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/values/uastatuscode.h>
 
 namespace {
 constexpr QlumValueStep detail{QlumValueStep::Detail, 0};

@@ -1,9 +1,10 @@
 #include <plugins/attributes/qlumattributetexts.h>
 
-#include <QList>
-#include <QStringList>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+
+#include <QList>
+#include <QStringList>
 
 #include <array>
 #include <span>

@@ -1,7 +1,9 @@
 // Texts of the attributes whose values are codes.
 #pragma once
-#include <QString>
 #include <opcua/opcua_types.h>
+
+#include <QList>
+#include <QString>
 
 /// "NodeId", "NodeClass"...; empty for an unknown attribute.
 [[nodiscard]] QString qlumAttributeName(int attributeId);

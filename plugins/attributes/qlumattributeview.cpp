@@ -1,16 +1,31 @@
 #include <plugins/attributes/qlumattributeview.h>
 
-#include <QAction>
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QHeaderView>
-#include <QPainter>
-#include <QScrollBar>
-#include <QTimer>
 #include <app/api/qlumtext.h>
 #include <plugins/attributes/qlumattributedelegate.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <uawidgets/qlumviewstate.h>
+
+#include <QAbstractItemModel>
+#include <QAbstractItemView>
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QIcon>
+#include <QKeySequence>
+#include <QModelIndex>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPalette>
+#include <QPersistentModelIndex>
+#include <QPoint>
+#include <QScrollBar>
+#include <QString>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+#include <vector>
 
 namespace {
 constexpr int hintMargin = 12; // around the text of the empty view

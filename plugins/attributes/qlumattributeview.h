@@ -1,6 +1,13 @@
 #pragma once
+#include <QAction>
+#include <QModelIndex>
+#include <QPaintEvent>
 #include <QSet>
+#include <QString>
 #include <QTreeView>
+#include <QWidget>
+
+#include <memory>
 
 class QlumAttributeModel;
 class QlumViewState;

@@ -1,13 +1,19 @@
 #include <plugins/attributes/qlumcustomnodeiddialog.h>
 
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
+
 #include <QComboBox>
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumtext.h>
+#include <QString>
+#include <QWidget>
+
+#include <algorithm>
 
 QlumCustomNodeIdDialog::QlumCustomNodeIdDialog(QlumApplicationInterface& application, unsigned int serverId,
                                                QWidget* parent)

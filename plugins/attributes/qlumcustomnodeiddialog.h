@@ -2,6 +2,8 @@
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumbasewidget.h>
 
+#include <QWidget>
+
 class QComboBox;
 class QDialogButtonBox;
 class QLabel;

@@ -5,8 +5,15 @@
 #include <app/api/qlumuatrace.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <plugins/attributes/qlumattributetexts.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uavariant.h>
+
+#include <QString>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace {
 constexpr OpcUa_UInt32 defaultCallTimeout = 10000; // ms

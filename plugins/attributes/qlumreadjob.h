@@ -1,9 +1,12 @@
 #pragma once
-#include <QList>
-#include <QObject>
 #include <app/api/qlumjob.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumsessionservices.h>
+#include <uabase/values/uanodeid.h>
+
+#include <QList>
+#include <QObject>
+#include <QString>
 
 class QlumAttributeModel;
 

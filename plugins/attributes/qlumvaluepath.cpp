@@ -4,6 +4,13 @@
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatuscode.h>
+
+#include <vector>
 
 namespace {
 

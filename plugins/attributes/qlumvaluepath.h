@@ -2,6 +2,11 @@
 #pragma once
 #include <plugins/attributes/qlumattributenode.h>
 #include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
 
 #include <span>

@@ -1,6 +1,11 @@
 #include <plugins/datalogger/qlumdataloggerplugin.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <uawidgets/qlumemptydocument.h>
+
+#include <QString>
+#include <QStringList>
+#include <QWidget>
 
 namespace {
 const auto documentType = QStringLiteral("Data Logger View");

@@ -1,6 +1,11 @@
 #include <plugins/devices/qlumdevicesplugin.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <uawidgets/qlumemptydocument.h>
+
+#include <QString>
+#include <QStringList>
+#include <QWidget>
 
 namespace {
 const auto documentType = QStringLiteral("Devices View");

@@ -1,8 +1,14 @@
 #pragma once
-#include <QObject>
 #include <app/api/qlumappeventadapter.h>
+#include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlumplugininterface.h>
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
 
 class QlumEventPlugin : public QObject,
                         public QlumPluginInterface,

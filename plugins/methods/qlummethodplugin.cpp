@@ -1,5 +1,9 @@
 #include <plugins/methods/qlummethodplugin.h>
 
+#include <app/api/qlumapplicationinterface.h>
+
+#include <QString>
+
 QlumMethodPlugin::QlumMethodPlugin()
 {
     setObjectName(QStringLiteral("QlumMethodPlugin"));

@@ -1,7 +1,11 @@
 #pragma once
-#include <QObject>
 #include <app/api/qlumappeventadapter.h>
+#include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumplugininterface.h>
+
+#include <QObject>
+#include <QString>
 
 /// Calls methods from the address space view; it has neither documents nor a dock.
 class QlumMethodPlugin : public QObject, public QlumPluginInterface, public QlumAppEventAdapter

@@ -1,9 +1,11 @@
 #include <plugins/references/qlumreferenceplugin.h>
 
-#include <QDockWidget>
-#include <QMainWindow>
 #include <app/api/qlumapplicationinterface.h>
 #include <uawidgets/qlumemptydocument.h>
+
+#include <QDockWidget>
+#include <QMainWindow>
+#include <QString>
 
 QlumReferencePlugin::QlumReferencePlugin()
 {

@@ -1,8 +1,12 @@
 #pragma once
+#include <app/api/qlumappeventadapter.h>
+#include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumplugininterface.h>
+
 #include <QObject>
 #include <QPointer>
-#include <app/api/qlumappeventadapter.h>
-#include <app/api/qlumplugininterface.h>
+#include <QString>
 
 class QDockWidget;
 

@@ -1,9 +1,13 @@
 #include <opcua/opcua_channel.h>
-
 #include <stack/capi/guard.h>
 #include <stack/capi/validation.h>
-
 #include <stack/transport/servicecall.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 using opcua::guarded;
 

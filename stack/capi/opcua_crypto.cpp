@@ -1,11 +1,14 @@
 #include <opcua/opcua_crypto.h>
-
 #include <stack/capi/guard.h>
 #include <stack/capi/validation.h>
-
 #include <stack/core/secret.h>
 #include <stack/security/privatekey.h>
 #include <stack/security/rsaoperations.h>
+
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 using opcua::ByteView;
 using opcua::guarded;

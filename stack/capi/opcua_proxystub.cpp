@@ -1,7 +1,5 @@
 #include <opcua/opcua_channel.h>
-
 #include <stack/capi/guard.h>
-
 #include <stack/security/securitypolicies.h>
 #include <stack/transport/runtime.h>
 #include <stack/transport/trace.h>

@@ -1,7 +1,5 @@
 #include <opcua/opcua_channel.h>
-
 #include <stack/capi/guard.h>
-
 #include <stack/transport/trace.h>
 
 void OpcUa_Trace_SetHook(OpcUa_Trace_PfnHook hook, void* context)

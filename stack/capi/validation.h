@@ -1,9 +1,10 @@
 // Between the interface's structures and those of the certificate check.
 #pragma once
 
+#include <opcua/opcua_channel.h>
 #include <stack/security/certificatecheck.h>
 
-#include <opcua/opcua_channel.h>
+#include <string>
 
 namespace opcua {
 

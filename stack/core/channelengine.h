@@ -3,6 +3,9 @@
 
 #include <stack/core/secureconversation.h>
 
+#include <memory>
+#include <utility>
+
 namespace opcua {
 
 class ChannelEngine

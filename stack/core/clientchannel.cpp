@@ -1,10 +1,14 @@
 #include <stack/core/clientchannel.h>
 
+#include <opcua/opcua_statuscodes.h>
+#include <stack/core/secret.h>
 #include <stack/core/transportmessages.h>
 
-#include <stack/core/secret.h>
-
-#include <opcua/opcua_statuscodes.h>
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <utility>
 
 namespace opcua {
 

@@ -6,6 +6,8 @@
 #include <stack/core/openmessages.h>
 #include <stack/core/requesttable.h>
 
+#include <cstdint>
+#include <memory>
 #include <string>
 
 namespace opcua {

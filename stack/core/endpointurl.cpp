@@ -1,10 +1,11 @@
 #include <stack/core/endpointurl.h>
 
+#include <opcua/opcua_statuscodes.h>
 #include <stack/core/protocol.h>
 
-#include <opcua/opcua_statuscodes.h>
-
+#include <algorithm>
 #include <charconv>
+#include <system_error>
 
 namespace opcua {
 

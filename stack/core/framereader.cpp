@@ -1,12 +1,13 @@
 #include <stack/core/framereader.h>
 
+#include <opcua/opcua_statuscodes.h>
 #include <stack/core/byteio.h>
 
-#include <opcua/opcua_statuscodes.h>
-
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <optional>
+#include <string_view>
 
 namespace opcua {
 

@@ -2,8 +2,12 @@
 
 #include <opcua/opcua_statuscodes.h>
 
+#include <algorithm>
 #include <charconv>
+#include <chrono>
+#include <cstdint>
 #include <new>
+#include <system_error>
 #include <utility>
 
 namespace opcua {

@@ -5,6 +5,7 @@
 
 #include <http_parser.h>
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>

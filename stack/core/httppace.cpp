@@ -2,6 +2,8 @@
 
 #include <opcua/opcua_identifiers.h>
 
+#include <ranges>
+#include <span>
 #include <tuple>
 
 namespace opcua {

@@ -4,6 +4,7 @@
 #include <stack/core/protocol.h>
 
 #include <optional>
+#include <span>
 
 namespace opcua {
 

@@ -2,6 +2,9 @@
 
 #include <opcua/opcua_statuscodes.h>
 
+#include <algorithm>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace opcua {

@@ -7,7 +7,12 @@
 #include <stack/core/httppace.h>
 
 #include <array>
+#include <chrono>
 #include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace opcua {
 

@@ -1,8 +1,7 @@
 #include <stack/core/openmessages.h>
 
-#include <stack/core/byteio.h>
-
 #include <opcua/opcua_statuscodes.h>
+#include <stack/core/byteio.h>
 #include <stack/encoding/messagecodec.h>
 
 namespace opcua {

@@ -1,9 +1,8 @@
 // Bodies of the messages that open, renew and close a secure channel, OPC 10000-4, 5.5.
 #pragma once
 
-#include <stack/core/protocol.h>
-
 #include <opcua/opcua_types.h>
+#include <stack/core/protocol.h>
 
 namespace opcua {
 

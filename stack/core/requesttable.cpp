@@ -1,5 +1,8 @@
 #include <stack/core/requesttable.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace opcua {
 
 OpcUa_UInt32 RequestTable::reserveId()

@@ -4,6 +4,7 @@
 #include <stack/core/protocol.h>
 
 #include <unordered_map>
+#include <vector>
 
 namespace opcua {
 

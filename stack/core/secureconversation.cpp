@@ -1,9 +1,14 @@
 #include <stack/core/secureconversation.h>
 
+#include <opcua/opcua_statuscodes.h>
 #include <stack/core/byteio.h>
 #include <stack/core/transportmessages.h>
 
-#include <opcua/opcua_statuscodes.h>
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 namespace opcua {
 

@@ -6,6 +6,10 @@
 #include <stack/core/messageassembler.h>
 #include <stack/core/securitypolicy.h>
 
+#include <memory>
+#include <optional>
+#include <string_view>
+
 namespace opcua {
 
 /// A verified chunk. The body is valid as long as its frame.

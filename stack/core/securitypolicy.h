@@ -1,11 +1,9 @@
 // The seam between a secure channel and the cryptography of its security policy.
 #pragma once
 
-#include <stack/core/sequencenumber.h>
-
-#include <stack/core/secret.h>
-
 #include <opcua/opcua_types.h>
+#include <stack/core/secret.h>
+#include <stack/core/sequencenumber.h>
 
 #include <memory>
 #include <optional>

@@ -1,6 +1,9 @@
+#include <opcua/opcua_channel.h>
 #include <stack/core/securitypolicy.h>
 
-#include <opcua/opcua_channel.h>
+#include <memory>
+#include <optional>
+#include <string_view>
 
 namespace opcua {
 

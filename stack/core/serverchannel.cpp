@@ -1,10 +1,14 @@
 #include <stack/core/serverchannel.h>
 
+#include <opcua/opcua_statuscodes.h>
+#include <stack/core/secret.h>
 #include <stack/core/transportmessages.h>
 
-#include <stack/core/secret.h>
-
-#include <opcua/opcua_statuscodes.h>
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <utility>
 
 namespace opcua {
 

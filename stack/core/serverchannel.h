@@ -5,7 +5,9 @@
 #include <stack/core/channelengine.h>
 #include <stack/core/openmessages.h>
 
+#include <memory>
 #include <string>
+#include <string_view>
 
 namespace opcua {
 

@@ -1,7 +1,7 @@
 #include <stack/encoding/elements.h>
-#include <stack/encoding/values.h>
 
 #include <opcua/opcua_statuscodes.h>
+#include <stack/encoding/values.h>
 
 #include <cstring>
 

@@ -1,10 +1,10 @@
 // Searches in the generated tables.
-#include <stack/encoding/nametables.h>
-
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
+#include <stack/encoding/nametables.h>
 
 #include <algorithm>
+#include <ranges>
 #include <span>
 
 namespace {

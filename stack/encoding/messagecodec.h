@@ -1,9 +1,8 @@
 // Whole messages: a type id followed by a body, OPC 10000-6, 5.2.
 #pragma once
 
-#include <stack/encoding/bytebuffer.h>
-
 #include <opcua/opcua_encodeable.h>
+#include <stack/encoding/bytebuffer.h>
 
 #include <cstddef>
 #include <span>

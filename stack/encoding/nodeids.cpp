@@ -1,6 +1,5 @@
-#include <stack/encoding/values.h>
-
 #include <opcua/opcua_statuscodes.h>
+#include <stack/encoding/values.h>
 
 #include <cstring>
 

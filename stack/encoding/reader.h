@@ -1,11 +1,10 @@
 // Bounded reader of the binary encoding, OPC 10000-6, 5.2.
 #pragma once
 
+#include <opcua/opcua_statuscodes.h>
 #include <stack/encoding/elements.h>
 #include <stack/encoding/messagecodec.h>
 #include <stack/encoding/textpool.h>
-
-#include <opcua/opcua_statuscodes.h>
 
 #include <bit>
 #include <cstring>

@@ -2,6 +2,9 @@
 #include <stack/encoding/reader.h>
 #include <stack/encoding/values.h>
 
+#include <cstring>
+#include <span>
+
 namespace opcua {
 
 namespace {

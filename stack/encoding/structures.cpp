@@ -1,8 +1,8 @@
 // Life cycle of structures and of the extension objects that carry them.
+#include <opcua/opcua_statuscodes.h>
 #include <stack/encoding/values.h>
 
-#include <opcua/opcua_statuscodes.h>
-
+#include <algorithm>
 #include <cstring>
 
 namespace {

@@ -1,8 +1,8 @@
 // Strings, byte strings and the types made of them.
+#include <opcua/opcua_statuscodes.h>
 #include <stack/encoding/elements.h>
 
-#include <opcua/opcua_statuscodes.h>
-
+#include <algorithm>
 #include <cstring>
 #include <type_traits>
 

@@ -3,6 +3,7 @@
 
 #include <opcua/opcua_statuscodes.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace opcua {

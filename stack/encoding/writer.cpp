@@ -2,6 +2,8 @@
 
 #include <stack/encoding/values.h>
 
+#include <algorithm>
+
 namespace opcua {
 
 Writer::Writer(ByteBuffer& buffer, const EncodingLimits& limits)

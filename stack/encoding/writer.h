@@ -1,11 +1,10 @@
 // Writer of the binary encoding, OPC 10000-6, 5.2, in one pass into a growing buffer.
 #pragma once
 
+#include <opcua/opcua_statuscodes.h>
 #include <stack/encoding/bytebuffer.h>
 #include <stack/encoding/elements.h>
 #include <stack/encoding/messagecodec.h>
-
-#include <opcua/opcua_statuscodes.h>
 
 #include <cstring>
 

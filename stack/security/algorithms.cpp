@@ -3,6 +3,7 @@
 #include <openssl/rand.h>
 
 #include <climits>
+#include <memory>
 
 namespace opcua {
 

@@ -4,6 +4,10 @@
 #include <stack/security/padding.h>
 #include <stack/security/rsaoperations.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+
 namespace opcua {
 
 size_t AsymmetricProtection::signatureSize() const

@@ -1,11 +1,13 @@
 // Open chunks: signed with the sender's key, encrypted for the receiver, OPC 10000-6, 6.7.2.
 #pragma once
 
+#include <stack/core/securitypolicy.h>
 #include <stack/security/certificate.h>
 #include <stack/security/policyprofile.h>
 #include <stack/security/privatekey.h>
 
-#include <stack/core/securitypolicy.h>
+#include <optional>
+#include <utility>
 
 namespace opcua {
 

@@ -4,8 +4,11 @@
 #include <openssl/x509v3.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <ranges>
 
 namespace opcua {
 

@@ -4,6 +4,7 @@
 #include <stack/security/algorithms.h>
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 

@@ -1,15 +1,20 @@
 #include <stack/security/certificatecheck.h>
 
-#include <stack/security/certificate.h>
-
 #include <opcua/opcua_statuscodes.h>
+#include <stack/security/certificate.h>
 
 #include <openssl/err.h>
 #include <openssl/objects.h>
 #include <openssl/x509_vfy.h>
 #include <openssl/x509v3.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <ranges>
 #include <unordered_map>
+#include <vector>
 
 namespace opcua {
 

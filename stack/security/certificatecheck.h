@@ -6,6 +6,7 @@
 #include <stack/security/policyprofile.h>
 
 #include <functional>
+#include <vector>
 
 namespace opcua {
 

@@ -4,7 +4,10 @@
 
 #include <openssl/x509_vfy.h>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
+#include <utility>
 
 namespace opcua {
 

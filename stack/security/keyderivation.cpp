@@ -4,7 +4,9 @@
 
 #include <openssl/core_names.h>
 
+#include <array>
 #include <cstring>
+#include <string_view>
 
 namespace opcua {
 

@@ -4,6 +4,7 @@
 
 #include <stack/core/protocol.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace opcua {

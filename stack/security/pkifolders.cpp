@@ -3,11 +3,16 @@
 #include <openssl/err.h>
 #include <openssl/pem.h>
 
+#include <algorithm>
 #include <dirent.h>
 #include <fcntl.h>
+#include <memory>
+#include <optional>
+#include <string_view>
 #include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace opcua {
 

@@ -2,7 +2,9 @@
 
 #include <openssl/err.h>
 
+#include <array>
 #include <map>
+#include <memory>
 #include <mutex>
 
 namespace opcua {

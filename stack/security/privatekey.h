@@ -3,6 +3,9 @@
 
 #include <stack/security/certificate.h>
 
+#include <memory>
+#include <utility>
+
 namespace opcua {
 
 class PrivateKey

@@ -6,6 +6,8 @@
 #include <openssl/err.h>
 #include <openssl/rsa.h>
 
+#include <algorithm>
+
 namespace opcua {
 
 namespace {

@@ -3,6 +3,9 @@
 #include <stack/security/symmetricprotection.h>
 
 #include <algorithm>
+#include <optional>
+#include <ranges>
+#include <utility>
 
 namespace opcua {
 

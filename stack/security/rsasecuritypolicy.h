@@ -3,6 +3,9 @@
 
 #include <stack/security/asymmetricprotection.h>
 
+#include <optional>
+#include <string_view>
+
 namespace opcua {
 
 class RsaSecurityPolicy final : public SecurityPolicy

@@ -1,9 +1,13 @@
 // Which policies there are, and what they ask of the keys.
-#include <stack/security/rsasecuritypolicy.h>
 #include <stack/security/securitypolicies.h>
 
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_statuscodes.h>
+#include <stack/security/rsasecuritypolicy.h>
+
+#include <memory>
+#include <string_view>
+#include <utility>
 
 namespace opcua {
 

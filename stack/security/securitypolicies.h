@@ -3,6 +3,9 @@
 
 #include <stack/core/securitypolicy.h>
 
+#include <memory>
+#include <string_view>
+
 namespace opcua {
 
 /// Certificates in DER, own key in DER (PKCS#8 or PKCS#1). A certificate may bring its chain along, the

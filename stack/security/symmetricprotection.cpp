@@ -7,8 +7,13 @@
 #include <openssl/crypto.h>
 #include <openssl/err.h>
 
+#include <array>
 #include <climits>
 #include <cstring>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 namespace opcua {
 

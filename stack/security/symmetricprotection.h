@@ -1,10 +1,12 @@
 // Chunks under the keys of a security token, OPC 10000-6, 6.7.2 and 6.7.6.
 #pragma once
 
+#include <stack/core/securitypolicy.h>
 #include <stack/security/handles.h>
 #include <stack/security/keyderivation.h>
 
-#include <stack/core/securitypolicy.h>
+#include <memory>
+#include <optional>
 
 namespace opcua {
 

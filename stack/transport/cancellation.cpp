@@ -1,7 +1,6 @@
 #include <stack/transport/cancellation.h>
 
 #include <sys/eventfd.h>
-
 #include <system_error>
 
 namespace opcua {

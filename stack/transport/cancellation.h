@@ -1,9 +1,8 @@
 // Lets one thread end the waits of another: a flag, a condition and a descriptor that polls can watch.
 #pragma once
 
-#include <stack/transport/uniquefd.h>
-
 #include <stack/core/protocol.h>
+#include <stack/transport/uniquefd.h>
 
 #include <condition_variable>
 #include <mutex>

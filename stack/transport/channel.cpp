@@ -1,15 +1,20 @@
 #include <stack/transport/channel.h>
 
+#include <opcua/opcua_statuscodes.h>
+#include <stack/security/certificate.h>
+#include <stack/security/securitypolicies.h>
 #include <stack/transport/connection.h>
 #include <stack/transport/httpsconnection.h>
 #include <stack/transport/tcpconnector.h>
 #include <stack/transport/tlscertificate.h>
 #include <stack/transport/tlsconnector.h>
 
-#include <stack/security/certificate.h>
-#include <stack/security/securitypolicies.h>
-
-#include <opcua/opcua_statuscodes.h>
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace opcua {
 

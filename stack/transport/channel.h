@@ -1,18 +1,22 @@
 // A channel as the application holds it: connects, carries calls, disconnects, and connects again.
 #pragma once
 
-#include <stack/transport/callbackqueue.h>
-#include <stack/transport/messagetransport.h>
-#include <stack/transport/runtime.h>
-
+#include <opcua/opcua_channel.h>
 #include <stack/core/endpointurl.h>
 #include <stack/core/secret.h>
 #include <stack/core/securitypolicy.h>
 #include <stack/security/certificatecheck.h>
+#include <stack/transport/callbackqueue.h>
+#include <stack/transport/messagetransport.h>
+#include <stack/transport/runtime.h>
 
-#include <opcua/opcua_channel.h>
-
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
 #include <optional>
+#include <string>
+#include <utility>
 
 namespace opcua {
 

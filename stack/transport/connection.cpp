@@ -1,12 +1,18 @@
 #include <stack/transport/connection.h>
 
-#include <poll.h>
-#include <sys/socket.h>
-
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_statuscodes.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <poll.h>
+#include <sys/socket.h>
+#include <utility>
 
 namespace opcua {
 

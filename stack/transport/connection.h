@@ -2,13 +2,20 @@
 // calls.
 #pragma once
 
+#include <stack/core/clientchannel.h>
 #include <stack/transport/eventloop.h>
 #include <stack/transport/keylog.h>
 #include <stack/transport/messagetransport.h>
 
-#include <stack/core/clientchannel.h>
-
+#include <atomic>
 #include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace opcua {
 

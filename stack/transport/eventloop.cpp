@@ -1,11 +1,14 @@
 #include <stack/transport/eventloop.h>
 
-#include <sys/epoll.h>
-#include <sys/eventfd.h>
-
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
 #include <system_error>
+#include <vector>
 
 namespace opcua {
 

@@ -1,11 +1,11 @@
 // One thread that waits for all sockets and timers of the stack.
 #pragma once
 
+#include <stack/core/protocol.h>
 #include <stack/transport/uniquefd.h>
 
-#include <stack/core/protocol.h>
-
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <thread>

@@ -1,17 +1,21 @@
 #include <stack/transport/httplane.h>
 
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/epoll.h>
-#include <sys/socket.h>
-
+#include <opcua/opcua_statuscodes.h>
 #include <stack/security/certificate.h>
 
-#include <opcua/opcua_statuscodes.h>
-
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
+#include <memory>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <ranges>
+#include <string>
+#include <sys/epoll.h>
+#include <sys/socket.h>
 #include <system_error>
+#include <utility>
 
 namespace opcua {
 

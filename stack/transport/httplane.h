@@ -1,13 +1,21 @@
 // One of the HTTP connections of a channel: socket, TLS session and pipeline.
 #pragma once
 
+#include <stack/core/httppipeline.h>
 #include <stack/transport/eventloop.h>
 #include <stack/transport/messagetransport.h>
 #include <stack/transport/resolver.h>
 #include <stack/transport/sendbuffer.h>
 #include <stack/transport/tlssession.h>
 
-#include <stack/core/httppipeline.h>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace opcua {
 

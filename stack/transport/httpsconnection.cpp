@@ -3,7 +3,15 @@
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_statuscodes.h>
 
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <mutex>
 #include <numeric>
+#include <ranges>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace opcua {
 

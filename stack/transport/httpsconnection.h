@@ -12,6 +12,10 @@
 #include <stack/transport/httplane.h>
 
 #include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <vector>
 
 namespace opcua {
 

@@ -1,12 +1,14 @@
 #include <stack/transport/keylog.h>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <opcua/opcua_channel.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <utility>
 
 namespace opcua {
 

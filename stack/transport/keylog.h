@@ -2,13 +2,14 @@
 // names a file; whoever sets it gives away what the channels of this program say.
 #pragma once
 
-#include <stack/transport/uniquefd.h>
-
 #include <stack/core/securitypolicy.h>
+#include <stack/transport/uniquefd.h>
 
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace opcua {
 

@@ -1,5 +1,7 @@
 #include <stack/transport/messagetransport.h>
 
+#include <utility>
+
 namespace opcua {
 
 void AwaitedCall::complete(OpcUa_StatusCode status, Bytes&& body) noexcept

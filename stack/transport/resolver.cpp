@@ -1,13 +1,16 @@
 #include <stack/transport/resolver.h>
 
-#include <netdb.h>
-
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_statuscodes.h>
 
 #include <array>
 #include <atomic>
+#include <cstdint>
 #include <cstring>
+#include <mutex>
+#include <netdb.h>
+#include <utility>
+#include <vector>
 
 namespace opcua {
 

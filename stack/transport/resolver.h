@@ -3,12 +3,14 @@
 
 #include <stack/transport/cancellation.h>
 
-#include <sys/socket.h>
-
+#include <cstdint>
 #include <list>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <sys/socket.h>
 #include <thread>
+#include <vector>
 
 namespace opcua {
 

@@ -2,6 +2,12 @@
 
 #include <stack/transport/channel.h>
 
+#include <algorithm>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
 namespace opcua {
 
 namespace {

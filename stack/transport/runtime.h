@@ -1,12 +1,16 @@
 // What all channels share between start and end of the stack: event loop, resolver, limits.
 #pragma once
 
+#include <opcua/opcua_channel.h>
+#include <stack/encoding/messagecodec.h>
 #include <stack/transport/eventloop.h>
 #include <stack/transport/keylog.h>
 #include <stack/transport/resolver.h>
 
-#include <opcua/opcua_channel.h>
-#include <stack/encoding/messagecodec.h>
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <vector>
 
 namespace opcua {
 

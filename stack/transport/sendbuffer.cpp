@@ -1,8 +1,9 @@
 #include <stack/transport/sendbuffer.h>
 
-#include <sys/socket.h>
-
 #include <cerrno>
+#include <cstddef>
+#include <sys/socket.h>
+#include <utility>
 
 namespace opcua {
 

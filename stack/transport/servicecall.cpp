@@ -1,10 +1,12 @@
 #include <stack/transport/servicecall.h>
 
+#include <opcua/opcua_statuscodes.h>
 #include <stack/transport/trace.h>
 
-#include <opcua/opcua_statuscodes.h>
-
+#include <chrono>
 #include <cstring>
+#include <memory>
+#include <utility>
 
 namespace opcua {
 

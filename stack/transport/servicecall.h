@@ -3,6 +3,9 @@
 
 #include <stack/transport/channel.h>
 
+#include <functional>
+#include <memory>
+
 namespace opcua {
 
 /// As OpcUa_Channel_InvokeService and OpcUa_Channel_BeginInvokeService, arguments already checked.

@@ -1,14 +1,19 @@
 #include <stack/transport/tcpconnector.h>
 
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <poll.h>
-
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_statuscodes.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 namespace opcua {
 

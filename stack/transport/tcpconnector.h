@@ -3,6 +3,8 @@
 
 #include <stack/transport/resolver.h>
 
+#include <vector>
+
 namespace opcua {
 
 /// Addresses are tried in turn; one that has not answered after a quarter of a second goes on trying while

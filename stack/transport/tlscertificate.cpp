@@ -1,11 +1,14 @@
 #include <stack/transport/tlscertificate.h>
 
-#include <stack/security/certificate.h>
-
 #include <opcua/opcua_statuscodes.h>
+#include <stack/security/certificate.h>
 
 #include <openssl/x509_vfy.h>
 #include <openssl/x509v3.h>
+
+#include <ranges>
+#include <string>
+#include <vector>
 
 namespace opcua {
 

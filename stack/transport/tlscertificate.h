@@ -3,6 +3,9 @@
 
 #include <stack/security/certificatecheck.h>
 
+#include <string>
+#include <vector>
+
 namespace opcua {
 
 /// As checkCertificate, with what is different for TLS: the certificate must be made for host (a name or an

@@ -1,13 +1,15 @@
 #include <stack/transport/tlsconnector.h>
 
-#include <poll.h>
-#include <sys/socket.h>
-
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_statuscodes.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <poll.h>
+#include <sys/socket.h>
 
 namespace opcua {
 

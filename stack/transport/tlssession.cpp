@@ -4,9 +4,11 @@
 
 #include <openssl/err.h>
 
+#include <algorithm>
 #include <arpa/inet.h>
-
 #include <array>
+#include <memory>
+#include <utility>
 
 namespace opcua {
 

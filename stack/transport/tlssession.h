@@ -2,14 +2,15 @@
 // application's on the other.
 #pragma once
 
-#include <stack/transport/keylog.h>
-
 #include <stack/core/protocol.h>
 #include <stack/security/handles.h>
+#include <stack/transport/keylog.h>
 
 #include <openssl/ssl.h>
 
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace opcua {
 

@@ -1,5 +1,6 @@
 #include <stack/transport/trace.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <condition_variable>

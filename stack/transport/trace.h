@@ -1,9 +1,8 @@
 // Where the stack's trace lines go.
 #pragma once
 
-#include <stack/core/protocol.h>
-
 #include <opcua/opcua_channel.h>
+#include <stack/core/protocol.h>
 
 #include <cstdarg>
 #include <string_view>

@@ -1,12 +1,5 @@
 // The whole client on a real server: a project is opened, its server connects, nodes are found, shown and
 // written, and what was saved opens again.
-#include <QAbstractItemView>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QSettings>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTreeView>
 #include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/project/qlumprojectmodel.h>
@@ -14,15 +7,33 @@
 #include <app/startup/qlumservices.h>
 #include <app/startup/qlumstartup.h>
 #include <certificates/qlumcertificates.h>
-#include <gtest/gtest.h>
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/owncertificate.h>
 #include <uabase/system/uaplatformlayer.h>
 #include <uabase/text/uaxmldocument.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
+
+#include <QAbstractItemView>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QModelIndex>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextStream>
+#include <QTreeView>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
 
 namespace {
 constexpr int limit = 20000; // ms; far more than any step takes

@@ -1,18 +1,28 @@
 // HTTPS with binary bodies against a front and a server that are not ours: the session layer above, and the
 // stack with a subscription beside ordinary calls.
+#include <opcua/opcua.h>
 #include <tests/support/httpsfront.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uadiscovery.h>
+#include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
 
 #include <gtest/gtest.h>
 
-#include <opcua/opcua.h>
-#include <uabase/system/uaplatformlayer.h>
-#include <uabase/values/uadatavalue.h>
-#include <uabase/values/uavariant.h>
-#include <uaclientsdk/uadiscovery.h>
-#include <uaclientsdk/uasession.h>
-
+#include <chrono>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
+#include <string>
+#include <vector>
 
 namespace {
 

@@ -1,20 +1,31 @@
 // Connecting and staying connected, with a server that is not ours: every policy and user, wrong users, a
 // server that freezes, dies, and comes back.
-#include <algorithm>
-#include <condition_variable>
-#include <functional>
-#include <mutex>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/owndemoserver.h>
 #include <tests/support/testcertificates.h>
 #include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace {
 

@@ -1,13 +1,11 @@
 // A server node on a server that is not ours: its certificate is trusted, accepted once or refused; every
 // policy and every kind of user connects; a wrong password does not.
-#include <QDir>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTest>
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
-#include <gtest/gtest.h>
+#include <certificates/qlumcertificatestore.h>
 #include <opcua/opcua.h>
+#include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumprojectnodeserver.h>
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/dialogdriver.h>
@@ -16,6 +14,28 @@
 #include <tests/support/stubapplication.h>
 #include <tests/support/testcertificates.h>
 #include <uabase/system/uaplatformlayer.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+
+#include <QAbstractButton>
+#include <QDialog>
+#include <QDir>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QString>
+#include <QStringList>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace {
 

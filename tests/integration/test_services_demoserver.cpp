@@ -1,16 +1,27 @@
 // The services of a session against a server that is not ours: methods, history, registered nodes, what the
 // server refuses, and the asynchronous forms.
-#include <condition_variable>
-#include <mutex>
-#include <optional>
-
-#include <gtest/gtest.h>
-
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
 #include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <initializer_list>
+#include <mutex>
+#include <optional>
+#include <utility>
 
 namespace {
 

@@ -1,19 +1,34 @@
 // The session layer against a server that is not ours.
-#include <condition_variable>
-#include <mutex>
-#include <set>
-
-#include <gtest/gtest.h>
-
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace {
 

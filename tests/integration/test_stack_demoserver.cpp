@@ -1,12 +1,13 @@
 // The stack's channel against a server that is not ours.
-#include <tests/support/demoserverinfo.h>
-
 #include <opcua/opcua.h>
+#include <tests/support/demoserverinfo.h>
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <string>
 
 namespace {
 

@@ -1,15 +1,18 @@
 // Secured channels of the stack against a server that is not ours.
-#include <tests/support/demoserverinfo.h>
-#include <tests/support/testcertificates.h>
-
 #include <opcua/opcua.h>
 #include <opcua/opcua_crypto.h>
+#include <tests/support/demoserverinfo.h>
+#include <tests/support/testcertificates.h>
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 

@@ -1,21 +1,32 @@
 // Subscriptions against a server that is not ours.
-#include <algorithm>
-#include <condition_variable>
-#include <map>
-#include <mutex>
-
-#include <gtest/gtest.h>
-
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/owndemoserver.h>
 #include <uabase/system/uaplatformlayer.h>
 #include <uabase/values/uaaggregatefilter.h>
 #include <uabase/values/uadatachangefilter.h>
+#include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uaeventfilter.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
 #include <uaclientsdk/uasubscription.h>
+#include <uaclientsdk/uasubscriptioncallback.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
 
 namespace {
 

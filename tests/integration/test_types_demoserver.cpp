@@ -1,21 +1,35 @@
 // Data type definitions from a server that is not ours: attributes, properties and a type dictionary.
-#include <mutex>
-#include <set>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include <opcua/opcua.h>
 #include <tests/support/demoserverinfo.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/system/uaplatformlayer.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/system/uatracehook.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/types/datatypetree.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 

@@ -1,15 +1,18 @@
 // What tests of the C interface over sockets share.
 #pragma once
 
-#include <tests/protocol/loopbackpeer.h>
-
-#include <stack/encoding/messagecodec.h>
-
 #include <opcua/opcua.h>
+#include <stack/encoding/messagecodec.h>
+#include <tests/protocol/loopbackpeer.h>
 
 #include <gtest/gtest.h>
 
 #include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace opcua::test {
 

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <tests/protocol/channelfixture.h>
-
 #include <tests/support/httpspeer.h>
+
+#include <string>
 
 namespace opcua::test {
 

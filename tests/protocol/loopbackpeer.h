@@ -5,17 +5,20 @@
 #include <stack/transport/uniquefd.h>
 
 #include <arpa/inet.h>
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <sys/socket.h>
-
 #include <atomic>
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <list>
+#include <memory>
 #include <mutex>
+#include <poll.h>
 #include <stdexcept>
 #include <string>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
 #include <thread>
+#include <utility>
 
 namespace opcua::test {
 

@@ -1,16 +1,20 @@
 // Both ends of a channel in one thread, with a clock that only tests move.
 #pragma once
 
+#include <opcua/opcua_statuscodes.h>
 #include <stack/core/byteio.h>
 #include <stack/core/clientchannel.h>
 #include <stack/core/serverchannel.h>
 #include <stack/core/transportmessages.h>
 
-#include <opcua/opcua_statuscodes.h>
-
+#include <algorithm>
+#include <chrono>
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <utility>
+#include <vector>
 
 namespace opcua::test {
 

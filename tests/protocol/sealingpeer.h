@@ -2,8 +2,7 @@
 // encrypted as they should be, which damage before or after the sealing takes apart again.
 #pragma once
 
-#include <tests/protocol/fixedidentities.h>
-
+#include <opcua/opcua_channel.h>
 #include <stack/core/byteio.h>
 #include <stack/core/framereader.h>
 #include <stack/security/algorithms.h>
@@ -11,16 +10,19 @@
 #include <stack/security/padding.h>
 #include <stack/security/rsaoperations.h>
 #include <stack/security/rsasecuritypolicy.h>
-
-#include <opcua/opcua_channel.h>
+#include <tests/protocol/fixedidentities.h>
 
 #include <openssl/core_names.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <map>
+#include <optional>
+#include <ranges>
 #include <string>
+#include <string_view>
 
 namespace opcua::test::sealing {
 

@@ -1,14 +1,17 @@
 // Both ends of a secured channel in one thread, and who they are.
 #pragma once
 
-#include <tests/protocol/memorypipe.h>
-
+#include <opcua/opcua_channel.h>
 #include <stack/security/securitypolicies.h>
+#include <tests/protocol/memorypipe.h>
 #include <tests/support/testcertificates.h>
 
-#include <opcua/opcua_channel.h>
-
 #include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace opcua::test {
 

@@ -1,9 +1,13 @@
 // Pieces of the channel engine that have rules of their own.
+#include <stack/core/endpointurl.h>
 #include <tests/protocol/memorypipe.h>
 
-#include <stack/core/endpointurl.h>
-
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace opcua::test {
 namespace {

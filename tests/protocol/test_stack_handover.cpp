@@ -1,7 +1,11 @@
 // Who reads a channel's socket: callers who wait take turns with the event loop, and nobody is forgotten.
 #include <tests/protocol/channelfixture.h>
 
+#include <algorithm>
 #include <atomic>
+#include <thread>
+#include <utility>
+#include <vector>
 
 using namespace opcua;
 using namespace opcua::test;

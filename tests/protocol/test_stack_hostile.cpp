@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <utility>
+
 namespace opcua::test {
 namespace {
 

@@ -1,11 +1,16 @@
 // The HTTP engine without sockets: what counts as an answer, within which limits, and to which request.
+#include <opcua/opcua_identifiers.h>
+#include <opcua/opcua_statuscodes.h>
 #include <stack/core/httppipeline.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <opcua/opcua_identifiers.h>
-#include <opcua/opcua_statuscodes.h>
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace opcua {
 namespace {

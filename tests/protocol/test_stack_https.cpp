@@ -1,12 +1,17 @@
 // Channels over HTTPS, against peers that behave as scripted.
-#include <tests/protocol/httpsfixture.h>
-
 #include <stack/core/httppace.h>
+#include <tests/protocol/httpsfixture.h>
 
 #include <openssl/tls1.h>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <future>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace opcua::test {
 namespace {

@@ -1,9 +1,11 @@
 // Which TLS certificates a channel takes, and who may overrule what it finds.
 #include <tests/protocol/httpsfixture.h>
-
 #include <tests/support/temporaryfolder.h>
 
+#include <filesystem>
 #include <future>
+#include <string>
+#include <vector>
 
 namespace opcua::test {
 namespace {

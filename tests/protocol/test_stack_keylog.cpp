@@ -1,14 +1,15 @@
 // The record of keys for protocol analysers: what it must hold, and that nobody gets one by accident.
 #include <tests/protocol/channelfixture.h>
 #include <tests/protocol/securepipe.h>
-
 #include <tests/support/temporaryfolder.h>
-
-#include <sys/stat.h>
 
 #include <openssl/evp.h>
 
+#include <filesystem>
 #include <fstream>
+#include <map>
+#include <string>
+#include <sys/stat.h>
 
 namespace opcua::test {
 namespace {

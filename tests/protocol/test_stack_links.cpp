@@ -1,16 +1,21 @@
 // Links that come and go: what stays behind of them, by which addresses they are made, and what a peer that
 // breaks the rules of a secured channel leaves in the trace.
+#include <stack/core/openmessages.h>
+#include <stack/core/transportmessages.h>
 #include <tests/protocol/channelfixture.h>
 #include <tests/protocol/sealingpeer.h>
 
-#include <stack/core/openmessages.h>
-#include <stack/core/transportmessages.h>
-
-#include <malloc.h>
-
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <malloc.h>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace opcua::test {
 namespace {

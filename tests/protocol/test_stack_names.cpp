@@ -2,10 +2,15 @@
 // the system's.
 #include <tests/protocol/channelfixture.h>
 
+#include <chrono>
+#include <condition_variable>
 #include <dlfcn.h>
-#include <netdb.h>
-
 #include <future>
+#include <mutex>
+#include <netdb.h>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 

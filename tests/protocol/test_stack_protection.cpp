@@ -1,12 +1,17 @@
 // The seam of security policies, with a policy that has blocks, padding, a signature and nonces but no
 // secrets.
-#include <tests/protocol/memorypipe.h>
-
 #include <stack/security/securitypolicies.h>
+#include <tests/protocol/memorypipe.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <numeric>
+#include <optional>
+#include <ranges>
+#include <string_view>
+#include <utility>
 
 namespace opcua::test {
 namespace {

@@ -1,14 +1,18 @@
 // The channel under every security policy, against its counterpart and against faults.
+#include <opcua/opcua_channel.h>
+#include <stack/security/keyderivation.h>
 #include <tests/protocol/securepipe.h>
 
-#include <stack/security/keyderivation.h>
-
-#include <opcua/opcua_channel.h>
-
+#include <gtest/gtest.h>
 #include <openssl/core_names.h>
 #include <openssl/kdf.h>
 
-#include <gtest/gtest.h>
+#include <algorithm>
+#include <memory>
+#include <ranges>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace opcua::test {
 namespace {

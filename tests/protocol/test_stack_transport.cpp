@@ -1,9 +1,16 @@
 // The channel functions of the C interface over real sockets, against peers that behave as scripted.
+#include <stack/core/transportmessages.h>
 #include <tests/protocol/channelfixture.h>
 
-#include <stack/core/transportmessages.h>
-
+#include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <future>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace opcua::test {
 namespace {

@@ -2,14 +2,23 @@
 
 #include <tests/soak/identity.h>
 #include <tests/soak/participant.h>
+#include <tests/support/faultproxy.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uasession.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
-
-#include <tests/support/faultproxy.h>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
 
 namespace soak {
 

@@ -1,14 +1,18 @@
 #include <tests/soak/identity.h>
 
-#include <cstdio>
-
 #include <opcua/opcua.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkiidentity.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
+
+#include <algorithm>
+#include <cstdio>
 
 namespace soak {
 

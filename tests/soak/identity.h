@@ -1,9 +1,9 @@
 // A certificate for the soak's secured sessions.
 #pragma once
 
-#include <string>
-
 #include <uaclientsdk/sessionsecurityinfo.h>
+
+#include <string>
 
 namespace soak {
 

@@ -1,11 +1,17 @@
 #include <tests/soak/participant.h>
 
-#include <cstdio>
-#include <sstream>
-
 #include <opcua/opcua.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <sstream>
+#include <utility>
 
 namespace soak {
 

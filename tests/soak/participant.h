@@ -1,9 +1,19 @@
 // One client of the soak: a session with subscriptions that it keeps alive, and calls of all kinds.
 #pragma once
 
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+#include <uaclientsdk/uasubscription.h>
+#include <uaclientsdk/uasubscriptioncallback.h>
+
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <random>
@@ -11,9 +21,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasubscription.h>
 
 namespace soak {
 

@@ -1,10 +1,13 @@
 #include <tests/soak/rounds.h>
 
 #include <tests/soak/identity.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
 
 #include <cstdio>
-
-#include <uaclientsdk/uasession.h>
 
 namespace soak {
 

@@ -3,15 +3,14 @@
 //
 //   soak_session --server opc.tcp://... [--rounds N] [--minutes M] [--faults N] [--seed S]
 //                [--restart COMMAND]
-#include <cstdio>
-#include <cstdlib>
-#include <string>
-
-#include <uabase/system/uaplatformlayer.h>
-
 #include <tests/soak/faultrun.h>
 #include <tests/soak/meter.h>
 #include <tests/soak/rounds.h>
+#include <uabase/system/uaplatformlayer.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
 
 namespace {
 

@@ -1,13 +1,18 @@
 // Answers modal dialogs, which would otherwise wait for ever.
 #pragma once
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QMessageBox>
+#include <QObject>
 #include <QPointer>
 #include <QPushButton>
+#include <QString>
+#include <QStringList>
 #include <QTimer>
 
 #include <functional>
+#include <utility>
 
 /// While it lives, every modal dialog that comes up is noted and answered: by answer, or by being rejected.
 class DialogDriver : public QObject

@@ -2,6 +2,8 @@
 // program's OpcUa_Channel_* functions before those of the shared library, so every service call ends here.
 #pragma once
 
+#include <opcua/opcua.h>
+
 #include <atomic>
 #include <condition_variable>
 #include <deque>
@@ -13,8 +15,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <opcua/opcua.h>
 
 class FakeStack
 {

@@ -3,10 +3,10 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <stdexcept>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
-
-#include <stdexcept>
+#include <utility>
 
 namespace faultproxy {
 

@@ -1,8 +1,11 @@
 // Runs tests that need widgets: an application object, a home folder of their own, settings in it.
 #include <QApplication>
+#include <QCoreApplication>
 #include <QSettings>
+#include <QString>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+
 #include <memory>
 
 #ifdef __SANITIZE_ADDRESS__

@@ -1,17 +1,20 @@
 // An HTTPS front of the demo server, as a program of its own for the length of a test.
 #pragma once
 
-#include <csignal>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/temporaryfolder.h>
 #include <tests/support/testcertificates.h>
 
 #include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 class HttpsFront
 {

@@ -6,8 +6,18 @@
 
 #include <openssl/ssl.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cstddef>
+#include <cstdio>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace opcua::test {
 

@@ -1,6 +1,7 @@
 // Item models as text, so that a test compares them with a block of it.
 #pragma once
 #include <QAbstractItemModel>
+#include <QModelIndex>
 #include <QString>
 
 #include <ostream>

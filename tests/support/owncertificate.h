@@ -1,8 +1,11 @@
 // An own certificate for tests that start the client: without one it would ask the user for it.
 #pragma once
-#include <QDir>
 #include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumowncertificate.h>
+
+#include <QDir>
+#include <QFile>
+#include <QString>
 
 /// Puts a certificate and key into the store below HOME, unless there is one. Empty on success.
 inline QString provideOwnCertificate()

@@ -1,13 +1,13 @@
 // A demo server that belongs to one test, which may freeze it, kill it and start it again at the same port.
 #pragma once
 
+#include <tests/support/temporaryfolder.h>
+
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
-
-#include <tests/support/temporaryfolder.h>
 
 class OwnDemoServer
 {

@@ -1,14 +1,14 @@
 // What the code under test traces, while the object lives. One at a time.
 #pragma once
 
+#include <uabase/system/uatrace.h>
+#include <uabase/system/uatracehook.h>
+
 #include <algorithm>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <uabase/system/uatrace.h>
-#include <uabase/system/uatracehook.h>
 
 class RecordedTrace : private UaTraceHook
 {

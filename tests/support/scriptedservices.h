@@ -1,16 +1,27 @@
 // A server in the test program: answers the service calls of views by what a test put into it.
 #pragma once
-#include <QStringList>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+
+#include <QStringList>
 
 #include <deque>
 #include <map>
+#include <span>
 #include <utility>
+#include <vector>
 
 struct ScriptedReference
 {

@@ -1,15 +1,19 @@
 // A server with certificate and key behind the scripted stack: proves who it is, and checks who logs in.
 #pragma once
 
-#include <functional>
-#include <string>
-#include <vector>
-
 #include <tests/support/fakestack.h>
 #include <tests/support/testcertificates.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 class SecuredServer
 {

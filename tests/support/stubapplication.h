@@ -1,13 +1,26 @@
 // An application without a project: has a main window, keeps settings in memory and remembers what was
 // logged.
 #pragma once
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumuatrace.h>
+#include <plugins/addressspace/qlumaddressspacemodel.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uaclientsdk/uasession.h>
+
+#include <QAction>
+#include <QDateTime>
+#include <QDockWidget>
+#include <QIcon>
+#include <QList>
 #include <QMainWindow>
 #include <QMap>
 #include <QMimeData>
+#include <QString>
+#include <QStringList>
 #include <QTabWidget>
-#include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumuatrace.h>
-#include <uabase/structures/uaenumdefinition.h>
+#include <QVariant>
 
 #include <mutex>
 

@@ -1,7 +1,17 @@
 // A server node without a server.
 #pragma once
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumservernode.h>
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uaclientsdk/uasession.h>
+
+#include <QIcon>
+#include <QPixmap>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
 
 class StubServerNode : public QlumServerNode
 {

@@ -4,6 +4,7 @@
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uanodeid.h>
 
 /// Answers null definitions (isNull) for types that it does not know. Implementations say which threads may
 /// ask.

@@ -1,5 +1,7 @@
 #include <uabase/structures/uaenumdefinition.h>
 
+#include <uabase/values/uastring.h>
+
 #include <algorithm>
 
 class UaEnumDefinitionPrivate

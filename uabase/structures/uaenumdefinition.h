@@ -4,6 +4,7 @@
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uashared.h>
+#include <uabase/values/uastring.h>
 
 #include <vector>
 

@@ -1,7 +1,20 @@
+#include <uabase/structures/uagenericoptionsetvalue.h>
+
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_types.h>
-#include <uabase/structures/uagenericoptionsetvalue.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaelement.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 

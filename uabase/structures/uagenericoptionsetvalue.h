@@ -2,7 +2,12 @@
 #pragma once
 
 #include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+
+#include <string_view>
+#include <vector>
 
 /// The value is a number, or in the structured form two byte strings of equal length.
 class UaGenericOptionSetValue

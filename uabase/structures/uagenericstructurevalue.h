@@ -2,6 +2,11 @@
 #pragma once
 
 #include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
 class UaGenericStructureValuePrivate;

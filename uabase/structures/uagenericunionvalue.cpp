@@ -1,6 +1,15 @@
-#include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uagenericunionvalue.h>
+
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uastructurecodec_p.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 UaStatusCode UaGenericUnionValue::decode(const UaExtensionObject& value,
                                          const UaStructureDefinition& definition,

@@ -1,7 +1,14 @@
 // The value of a union: one of its fields or none; OPC 10000-6, 5.2.8.
 #pragma once
 
+#include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 /// Copies share the value; one object belongs to one thread.
 class UaGenericUnionValue

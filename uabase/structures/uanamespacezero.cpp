@@ -1,10 +1,17 @@
-#include <opcua/opcua_identifiers.h>
 #include <uabase/structures/uanamespacezero.h>
+
+#include <opcua/opcua_identifiers.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/text/uaxmlvalue_p.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 
 #include <algorithm>
 #include <bit>
 #include <mutex>
+#include <string_view>
 #include <unordered_map>
 
 namespace {

@@ -4,8 +4,14 @@
 
 #include <opcua/opcua_types.h>
 #include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 
 #include <functional>
+#include <string_view>
 
 /// By data type id or binary encoding id; null when it is no structure of namespace 0. Thread-safe.
 [[nodiscard]] UaStructureDefinition uaNamespaceZeroStructure(const UaNodeId& dataTypeOrEncodingId);

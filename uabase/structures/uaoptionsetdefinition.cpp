@@ -1,5 +1,11 @@
 #include <uabase/structures/uaoptionsetdefinition.h>
 
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+
+#include <string>
+#include <string_view>
+
 class UaOptionSetDefinitionPrivate
 {
 public:

@@ -2,6 +2,10 @@
 #pragma once
 
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+
+#include <string_view>
 
 class UaOptionSetDefinitionPrivate;
 

@@ -1,7 +1,13 @@
 // What reader and writer share.
+#include <uabase/structures/uastructurecodec_p.h>
+
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uanamespacezero.h>
-#include <uabase/structures/uastructurecodec_p.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
 
 namespace uabase {
 

@@ -2,7 +2,12 @@
 #pragma once
 
 #include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/structures/uastructurelayout_p.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
 #include <uabase/values/uavariant_p.h>
 
 #include <span>

@@ -1,5 +1,11 @@
 #include <uabase/structures/uastructuredefinition.h>
 
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+
+#include <utility>
+#include <vector>
+
 class UaStructureDefinitionPrivate
 {
 public:

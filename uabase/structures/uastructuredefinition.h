@@ -3,6 +3,10 @@
 
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 
 #include <memory>
 #include <span>

@@ -1,5 +1,11 @@
 #include <opcua/opcua_identifiers.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 
 class UaStructureFieldPrivate
 {

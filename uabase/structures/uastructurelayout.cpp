@@ -1,6 +1,8 @@
 // Tells the layouts that the standard's own rules produce from all others.
 #include <uabase/structures/uastructurelayout_p.h>
 
+#include <utility>
+
 namespace uabase {
 
 namespace {

@@ -2,10 +2,19 @@
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uastructurecodec_p.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uaelementblock_p.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <span>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace uabase {
 

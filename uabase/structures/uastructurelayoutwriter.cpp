@@ -2,9 +2,18 @@
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uastructurecodec_p.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace uabase {
 

@@ -1,11 +1,19 @@
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uastructurecodec_p.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uaelementblock_p.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uavariant.h>
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <span>
+#include <utility>
+#include <vector>
 
 namespace uabase {
 

@@ -1,5 +1,11 @@
 // Definitions from the DataTypeDefinition attribute.
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 
 namespace {
 

@@ -1,5 +1,10 @@
-#include <uabase/structures/uanamespacezero.h>
 #include <uabase/structures/uatypedefinitionstore.h>
+
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uanodeid.h>
 
 namespace {
 

@@ -1,10 +1,14 @@
 // A dictionary in memory.
 #pragma once
 
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uanodeid.h>
+
 #include <map>
 #include <memory>
-
-#include <uabase/structures/uadatatypedictionary.h>
 
 /// Holds definitions from any source; what it does not hold it takes from the standard's own. Looking up is
 /// const inside, so a filled store may be asked from several threads.

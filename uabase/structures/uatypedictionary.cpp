@@ -1,5 +1,9 @@
 #include <uabase/structures/uatypedictionary.h>
+
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/structures/uatypedictionary_p.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 
 namespace {
 

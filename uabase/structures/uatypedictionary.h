@@ -1,13 +1,16 @@
 // Type dictionaries in XML, by which older servers describe their structures.
 #pragma once
 
+#include <uabase/structures/uatypedefinitionstore.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+
 #include <map>
 #include <memory>
 #include <set>
 #include <span>
+#include <string_view>
 #include <vector>
-
-#include <uabase/structures/uatypedefinitionstore.h>
 
 class UaTypeDictionaryPrivate;
 

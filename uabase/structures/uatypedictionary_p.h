@@ -1,10 +1,19 @@
 // What a type dictionary says, before names are resolved.
 #pragma once
 
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/structures/uastructurelayout_p.h>
 #include <uabase/structures/uatypedictionary.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 
+#include <map>
 #include <optional>
+#include <span>
+#include <vector>
 
 class UaXmlNode;
 

@@ -1,10 +1,21 @@
 // Makes definitions of what a type dictionary says.
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/structures/uatypedictionary.h>
 #include <uabase/structures/uatypedictionary_p.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 
 #include <algorithm>
 #include <bit>
+#include <ranges>
+#include <set>
+#include <string>
+#include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace uabase {
 

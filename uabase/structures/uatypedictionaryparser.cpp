@@ -1,7 +1,16 @@
 // Reads the XML of a type dictionary.
+#include <uabase/structures/uatypedictionary.h>
 #include <uabase/structures/uatypedictionary_p.h>
 #include <uabase/text/uatext_p.h>
 #include <uabase/text/uaxmldocument.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uastring.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace uabase {
 

@@ -1,16 +1,15 @@
 #include <uabase/system/uadir.h>
 
+#include <uabase/system/uadir_p.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <uabase/system/uadir_p.h>
 
 namespace fs = std::filesystem;
 

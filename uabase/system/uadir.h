@@ -1,12 +1,12 @@
 #pragma once
 
+#include <uabase/values/uastring.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <system_error>
 #include <vector>
-
-#include <uabase/values/uastring.h>
 
 /// Folders and files as the base library and those above it use them. Paths are UTF-8; a path that holds a
 /// NUL is refused. All functions are safe on any thread.

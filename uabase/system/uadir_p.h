@@ -1,10 +1,10 @@
 #pragma once
 
+#include <uabase/values/uastring.h>
+
 #include <span>
 #include <string>
 #include <system_error>
-
-#include <uabase/values/uastring.h>
 
 /// File work of the base library on plain paths; an empty path is an error to all of them.
 namespace UaDirPrivate {

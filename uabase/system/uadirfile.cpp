@@ -1,15 +1,20 @@
-#include <array>
-#include <cerrno>
-#include <cstdlib>
-#include <filesystem>
-#include <memory>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <uabase/system/uadir.h>
 #include <uabase/system/uadir_p.h>
+#include <uabase/values/uastring.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <vector>
 
 namespace UaDirPrivate {
 

@@ -1,10 +1,9 @@
 #include <uabase/system/uaplatformlayer.h>
 
-#include <mutex>
-
 #include <opcua/opcua_channel.h>
-
 #include <uabase/system/uatrace.h>
+
+#include <mutex>
 
 namespace {
 

@@ -4,10 +4,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <pthread.h>
 #include <system_error>
 #include <utility>
-
-#include <pthread.h>
 
 namespace {
 

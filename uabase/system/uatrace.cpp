@@ -1,11 +1,20 @@
 #include <uabase/system/uatrace.h>
 
-#include <algorithm>
-#include <atomic>
-#include <cstdarg>
-
 #include <uabase/system/uatrace_p.h>
 #include <uabase/system/uatracehook.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdarg>
+#include <cstdio>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The developer's trace: a text file with rotation, a file for errors, and hooks.
 #pragma once
 
-#include <vector>
-
 #include <uabase/values/uastring.h>
+
+#include <vector>
 
 class UaTraceHook;
 

@@ -1,6 +1,11 @@
 // Parts of the trace: forming of records, the files, the hooks.
 #pragma once
 
+#include <uabase/system/uadir_p.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/system/uatracehook.h>
+#include <uabase/values/uastring.h>
+
 #include <array>
 #include <condition_variable>
 #include <cstdio>
@@ -10,9 +15,6 @@
 #include <string>
 #include <system_error>
 #include <vector>
-
-#include <uabase/system/uadir_p.h>
-#include <uabase/system/uatrace.h>
 
 class UaTraceRecord
 {

@@ -1,13 +1,18 @@
-#include <cerrno>
-
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
+#include <uabase/system/uatrace.h>
 #include <uabase/system/uatrace_p.h>
 #include <uabase/text/uaescape.h>
 #include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <string>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
 
 namespace {
 

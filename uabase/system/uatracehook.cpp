@@ -2,6 +2,8 @@
 
 #include <uabase/system/uatrace_p.h>
 
+#include <mutex>
+
 namespace {
 thread_local bool t_insideHook = false;
 }

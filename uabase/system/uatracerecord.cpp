@@ -1,10 +1,13 @@
-#include <cstdint>
-#include <cstring>
-#include <ctime>
-
+#include <uabase/system/uatrace.h>
 #include <uabase/system/uatrace_p.h>
 #include <uabase/text/uaescape.h>
 #include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <ctime>
 
 namespace {
 

@@ -1,8 +1,10 @@
 #include <uabase/text/uajson_p.h>
+
 #include <uabase/text/uatext_p.h>
 #include <uabase/values/uastring.h>
 
 #include <algorithm>
+#include <ranges>
 
 namespace uabase {
 

@@ -1,10 +1,29 @@
 // The JSON form of values, OPC 10000-6, 5.4, reversible.
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/text/uajson_p.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/text/uavaluetext_p.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfo.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 #include <cmath>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
 
 namespace uabase {
 

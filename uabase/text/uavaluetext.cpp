@@ -1,6 +1,13 @@
-#include <uabase/text/uavaluetext_p.h>
-
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/text/uavaluetext_p.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uastatuscode.h>
+
+#include <optional>
 
 namespace uabase {
 

@@ -1,10 +1,13 @@
 // Text forms of values that read back as the same value, for copy, export and logs.
 #pragma once
 
-#include <string_view>
-
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <string_view>
 
 /// JSON in the reversible form of OPC 10000-6, 5.4 and XML by 5.3. With a dictionary (that of the server; the
 /// standard's structures are known without) structures are written field by field, without a definition their

@@ -1,8 +1,13 @@
 // What the text forms share: structures taken apart and put together.
 #pragma once
 
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
 #include <uabase/structures/uastructurecodec_p.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
 
 #include <optional>
 

@@ -1,11 +1,33 @@
 // Reads the XML form of values.
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/text/uatext_p.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/text/uavaluetext_p.h>
 #include <uabase/text/uaxmldocument.h>
 #include <uabase/text/uaxmlvalue_p.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfo.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace uabase {
 

@@ -1,10 +1,6 @@
 #include <uabase/text/uaxmldocument.h>
 
-#include <limits>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <utility>
+#include <uabase/system/uadir.h>
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
@@ -12,7 +8,13 @@
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
-#include <uabase/system/uadir.h>
+#include <limits>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
 
 class UaXmlDocumentPrivate
 {

@@ -1,11 +1,12 @@
 // XML documents, read only.
 #pragma once
 
+#include <uabase/values/uastring.h>
+
 #include <memory>
 #include <span>
+#include <string_view>
 #include <vector>
-
-#include <uabase/values/uastring.h>
 
 class UaXmlDocumentPrivate;
 

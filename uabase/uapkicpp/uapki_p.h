@@ -1,13 +1,15 @@
 // The crypto library behind the certificate classes.
 #pragma once
 
-#include <array>
-#include <cstring>
-#include <memory>
-#include <span>
-#include <string>
-#include <string_view>
-#include <vector>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicsr.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkikey.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
 
 #include <openssl/bio.h>
 #include <openssl/err.h>
@@ -16,13 +18,15 @@
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
-#include <uabase/uapkicpp/uapkicertificate.h>
-#include <uabase/uapkicpp/uapkicsr.h>
-#include <uabase/uapkicpp/uapkierrors.h>
-#include <uabase/uapkicpp/uapkikey.h>
-#include <uabase/uapkicpp/uapkirevocationlist.h>
-#include <uabase/values/uabytestring.h>
-#include <uabase/values/uadatetime.h>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <ctime>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 /// Reaches the objects inside the public classes.
 struct UaPkiAccess

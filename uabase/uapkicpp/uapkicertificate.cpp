@@ -1,8 +1,15 @@
 #include <uabase/uapkicpp/uapkicertificate.h>
 
-#include <algorithm>
-
 #include <uabase/uapkicpp/uapkiextensions_p.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
 
 static_assert(UaPkiCertificate::NetscapeComment == NID_netscape_comment &&
               UaPkiCertificate::SubjectKeyIdentifier == NID_subject_key_identifier &&

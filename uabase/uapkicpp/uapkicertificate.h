@@ -1,8 +1,6 @@
 // X.509 certificates, OPC 10000-6, 6.2.
 #pragma once
 
-#include <memory>
-
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkierrors.h>
@@ -11,6 +9,11 @@
 #include <uabase/uapkicpp/uapkipublickey.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
+
+#include <memory>
+#include <vector>
 
 struct x509_st;
 

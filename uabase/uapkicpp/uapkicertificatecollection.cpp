@@ -1,8 +1,11 @@
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 
-#include <cassert>
-
 #include <uabase/uapkicpp/uapki_p.h>
+#include <uabase/values/uabytestring.h>
+
+#include <cassert>
+#include <cstdint>
+#include <span>
 
 UaPkiCertificateCollection UaPkiCertificateCollection::fromDERChain(const UaByteString& bytes)
 {

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <vector>
-
 #include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/values/uabytestring.h>
+
+#include <vector>
 
 /// Certificates in order.
 class UaPkiCertificateCollection : public UaPkiErrors

@@ -1,9 +1,18 @@
 // Making and signing certificates.
-#include <ctime>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkicsr.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/uapkicpp/uapkiextensions_p.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkiprivatekey.h>
+#include <uabase/uapkicpp/uapkipublickey.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uadatetime.h>
 
 #include <openssl/rand.h>
 
-#include <uabase/uapkicpp/uapkiextensions_p.h>
+#include <ctime>
 
 namespace {
 

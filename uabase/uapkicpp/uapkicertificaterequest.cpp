@@ -1,5 +1,11 @@
 // Asking for certificates.
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkiextensions_p.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkiprivatekey.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
 
 namespace {
 

@@ -1,10 +1,16 @@
 #include <uabase/uapkicpp/uapkicertificatestore.h>
 
-#include <optional>
-#include <strings.h>
-
 #include <uabase/system/uadir.h>
 #include <uabase/uapkicpp/uapki_p.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <strings.h>
+#include <vector>
 
 namespace {
 

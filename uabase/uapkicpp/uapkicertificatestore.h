@@ -1,9 +1,11 @@
 #pragma once
 
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
+
 #include <set>
 #include <unordered_map>
-
-#include <uabase/uapkicpp/uapkicertificate.h>
 
 /// Certificates among which issuers are looked up.
 class UaPkiCertificateStore

@@ -1,6 +1,9 @@
 #include <uabase/uapkicpp/uapkicsr.h>
 
 #include <uabase/uapkicpp/uapkiextensions_p.h>
+#include <uabase/values/uastring.h>
+
+#include <vector>
 
 namespace {
 

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <memory>
-
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/uapkicpp/uapkiidentity.h>
 #include <uabase/uapkicpp/uapkipublickey.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
+
+#include <memory>
 
 struct X509_req_st;
 

@@ -1,10 +1,10 @@
 #include <uabase/uapkicpp/uapkierrors.h>
 
-#include <array>
-#include <utility>
-
 #include <openssl/err.h>
 #include <openssl/x509_vfy.h>
+
+#include <array>
+#include <utility>
 
 void UaPkiErrors::addError(std::string_view text) const
 {

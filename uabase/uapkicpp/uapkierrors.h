@@ -1,10 +1,10 @@
 // What all certificate classes share: a list of what went wrong.
 #pragma once
 
+#include <uabase/values/uastring.h>
+
 #include <string_view>
 #include <vector>
-
-#include <uabase/values/uastring.h>
 
 /// No operation of the certificate classes throws. One that fails answers false or a null object, and the
 /// object (the new one of a constructor or static function) says why here. Objects may be copied to other

@@ -1,6 +1,17 @@
 #include <uabase/uapkicpp/uapkiextensions_p.h>
 
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
+
 #include <arpa/inet.h>
+#include <array>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace UaPki {
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <uabase/uapkicpp/uapki_p.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkierrors.h>
 
 namespace UaPki {
 

@@ -1,6 +1,10 @@
 #include <uabase/uapkicpp/uapkiidentity.h>
 
 #include <uabase/uapkicpp/uapki_p.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+
+#include <array>
+#include <string>
 
 namespace {
 

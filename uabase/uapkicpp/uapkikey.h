@@ -1,9 +1,9 @@
 // What the key classes share.
 #pragma once
 
-#include <memory>
-
 #include <uabase/uapkicpp/uapkierrors.h>
+
+#include <memory>
 
 struct evp_pkey_st;
 struct UaPkiAccess;

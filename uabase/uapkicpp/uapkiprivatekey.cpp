@@ -1,8 +1,12 @@
 #include <uabase/uapkicpp/uapkiprivatekey.h>
 
-#include <algorithm>
-
 #include <uabase/uapkicpp/uapki_p.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uastring.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
 
 namespace {
 

@@ -3,6 +3,7 @@
 #include <uabase/uapkicpp/uapkikey.h>
 #include <uabase/uapkicpp/uapkipublickey.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
 
 class UaPkiPrivateKey : public UaPkiKey
 {

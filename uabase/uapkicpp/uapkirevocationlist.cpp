@@ -1,9 +1,15 @@
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 
+#include <uabase/uapkicpp/uapkiextensions_p.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkiprivatekey.h>
+#include <uabase/uapkicpp/uapkipublickey.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
+
 #include <algorithm>
 #include <ctime>
-
-#include <uabase/uapkicpp/uapkiextensions_p.h>
+#include <vector>
 
 namespace {
 

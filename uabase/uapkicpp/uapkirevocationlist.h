@@ -1,8 +1,14 @@
 #pragma once
 
-#include <memory>
-
 #include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkiprivatekey.h>
+#include <uabase/uapkicpp/uapkipublickey.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
+
+#include <memory>
 
 struct X509_crl_st;
 

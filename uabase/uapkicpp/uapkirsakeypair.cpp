@@ -1,9 +1,13 @@
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 
+#include <uabase/uapkicpp/uapki_p.h>
+#include <uabase/values/uastring.h>
+
 #include <openssl/pkcs12.h>
 #include <openssl/rsa.h>
 
-#include <uabase/uapkicpp/uapki_p.h>
+#include <string>
+#include <vector>
 
 namespace {
 

@@ -1,9 +1,11 @@
 #pragma once
 
-#include <functional>
-
+#include <uabase/uapkicpp/uapkikey.h>
 #include <uabase/uapkicpp/uapkiprivatekey.h>
 #include <uabase/uapkicpp/uapkipublickey.h>
+#include <uabase/values/uastring.h>
+
+#include <functional>
 
 class UaPkiRsaKeyPair : public UaPkiKey
 {

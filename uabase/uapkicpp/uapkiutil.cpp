@@ -1,9 +1,17 @@
-#include <uabase/uapkicpp/uapki_p.h>
-
-#include <ctime>
-
 #include <uabase/system/uadir.h>
 #include <uabase/text/uaescape.h>
+#include <uabase/uapkicpp/uapki_p.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
+
+#include <array>
+#include <cstdint>
+#include <ctime>
+#include <string_view>
+#include <system_error>
+#include <vector>
 
 namespace UaPki {
 

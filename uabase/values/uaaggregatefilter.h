@@ -1,11 +1,11 @@
 // Reports an aggregate of a value in place of the value.
 #pragma once
 
-#include <optional>
-
 #include <opcua/opcua_types.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
+
+#include <optional>
 
 /// AggregateFilter, OPC 10000-4, 7.22.4.
 class UaAggregateFilter

@@ -5,6 +5,7 @@
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uaelement.h>
 
 // ---- built-in types
 using UaBoolArray = UaArray<OpcUa_Boolean>;

@@ -1,7 +1,12 @@
-#include <uabase/text/uatext_p.h>
 #include <uabase/values/uabytestring.h>
 
+#include <uabase/text/uatext_p.h>
+
+#include <algorithm>
 #include <array>
+#include <cstring>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace {

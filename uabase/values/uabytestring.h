@@ -4,7 +4,10 @@
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uastring.h>
 
+#include <compare>
+#include <functional>
 #include <span>
+#include <string_view>
 
 using UaByteArray = UaArray<OpcUa_Byte>;
 

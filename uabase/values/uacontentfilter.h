@@ -1,14 +1,14 @@
 // Conditions, such as the where clause of an event filter.
 #pragma once
 
-#include <vector>
-
 #include <opcua/opcua_types.h>
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uavariant.h>
+
+#include <vector>
 
 using UaBrowseNames = std::vector<UaQualifiedName>;
 

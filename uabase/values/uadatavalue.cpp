@@ -1,4 +1,7 @@
 #include <uabase/values/uadatavalue.h>
+
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant_p.h>
 
 UaDataValue::UaDataValue(const OpcUa_DataValue& value) noexcept : m_value(value.Value)

@@ -1,6 +1,9 @@
 // A value with its quality and its times, OPC 10000-4, 7.11.
 #pragma once
 
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
 class UaDataValue

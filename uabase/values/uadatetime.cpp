@@ -1,10 +1,13 @@
-#include <uabase/text/uatext_p.h>
 #include <uabase/values/uadatetime.h>
+
+#include <uabase/text/uatext_p.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <string>
+#include <string_view>
 
 namespace {
 

@@ -3,7 +3,9 @@
 
 #include <uabase/values/uastring.h>
 
+#include <compare>
 #include <ctime>
+#include <string_view>
 
 /// Text forms and conversions clamp to 1601-01-01 ... 9999-12-31 23:59:59.999; the stored value is kept as
 /// received.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 
 /// Copies share the content.
 class UaDiagnosticInfo

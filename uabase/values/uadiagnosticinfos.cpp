@@ -1,7 +1,13 @@
 #include <uabase/values/uadiagnosticinfos.h>
 
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+
 #include <array>
 #include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace {
 

@@ -3,6 +3,7 @@
 
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uadiagnosticinfo.h>
+#include <uabase/values/uastring.h>
 
 class UaDiagnosticInfos
 {

@@ -3,6 +3,12 @@
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <uabase/values/uafilterobject_p.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastring.h>
+
+#include <string_view>
+#include <utility>
 
 void UaEventFilter::select(std::string_view field)
 {

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <uabase/values/uacontentfilter.h>
+#include <uabase/values/uanodeid.h>
+
+#include <string_view>
 
 /// EventFilter, OPC 10000-4, 7.22.3. The fields of an event come in the order of the select clauses.
 class UaEventFilter

@@ -1,5 +1,10 @@
-#include <uabase/text/uatext_p.h>
 #include <uabase/values/uaexpandednodeid.h>
+
+#include <uabase/text/uatext_p.h>
+#include <uabase/values/uastring.h>
+
+#include <string>
+#include <string_view>
 
 namespace {
 

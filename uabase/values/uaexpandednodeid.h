@@ -2,6 +2,11 @@
 #pragma once
 
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+
+#include <compare>
+#include <functional>
+#include <string_view>
 
 class UaExpandedNodeId
 {

@@ -1,5 +1,7 @@
-#include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uaextensionobject.h>
+
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/values/uanodeid.h>
 
 UaExtensionObject::UaExtensionObject(const UaExpandedNodeId& typeId, const UaByteString& body) noexcept
 {

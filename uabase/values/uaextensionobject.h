@@ -3,6 +3,7 @@
 
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uanodeid.h>
 
 /// Copies share the body.
 class UaExtensionObject

@@ -1,8 +1,14 @@
-#include <uabase/text/uatext_p.h>
 #include <uabase/values/uaguid.h>
 
+#include <uabase/text/uatext_p.h>
+#include <uabase/values/uastring.h>
+
 #include <array>
+#include <cstring>
+#include <string>
+#include <string_view>
 #include <sys/random.h>
+#include <utility>
 
 namespace {
 

@@ -3,6 +3,8 @@
 
 #include <uabase/values/uastring.h>
 
+#include <compare>
+
 class UaLocalizedText
 {
 public:

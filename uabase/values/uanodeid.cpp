@@ -1,5 +1,12 @@
-#include <uabase/text/uatext_p.h>
 #include <uabase/values/uanodeid.h>
+
+#include <uabase/text/uatext_p.h>
+#include <uabase/values/uastring.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <string_view>
 
 namespace {
 

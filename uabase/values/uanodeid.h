@@ -3,6 +3,11 @@
 
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uaguid.h>
+#include <uabase/values/uastring.h>
+
+#include <compare>
+#include <functional>
+#include <string_view>
 
 /// Numeric and GUID identifiers copy without allocation, the others share their identifier.
 class UaNodeId

@@ -1,8 +1,17 @@
-#include <opcua/opcua_statuscodes.h>
-#include <uabase/text/uatext_p.h>
 #include <uabase/values/uanumericrange.h>
 
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/text/uatext_p.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+
 #include <algorithm>
+#include <ranges>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace {
 

@@ -1,8 +1,11 @@
 // Which elements of an array a read or write means, OPC 10000-4, 7.27.
 #pragma once
 
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
+#include <string_view>
 #include <vector>
 
 /// One range for each dimension: "3", "2:5", "1:2,0:1". Strings and byte strings count as arrays of their

@@ -1,5 +1,9 @@
-#include <uabase/text/uatext_p.h>
 #include <uabase/values/uaqualifiedname.h>
+
+#include <uabase/text/uatext_p.h>
+
+#include <string>
+#include <string_view>
 
 UaQualifiedName UaQualifiedName::fromString(std::string_view text)
 {

@@ -3,6 +3,10 @@
 
 #include <uabase/values/uastring.h>
 
+#include <compare>
+#include <functional>
+#include <string_view>
+
 class UaQualifiedName
 {
 public:

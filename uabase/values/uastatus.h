@@ -2,6 +2,7 @@
 #pragma once
 
 #include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 
 class UaStatus : public UaStatusCode
 {

@@ -1,5 +1,7 @@
 #include <uabase/values/uastatuscode.h>
 
+#include <string>
+
 UaString UaStatusCode::toString() const
 {
     const char* name = OpcUa_StatusCode_Name(m_code);

@@ -1,6 +1,7 @@
 #include <uabase/values/uastring.h>
 
 #include <cstdint>
+#include <cstring>
 
 namespace {
 

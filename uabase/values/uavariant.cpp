@@ -1,8 +1,12 @@
+#include <uabase/values/uaarray.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant_p.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
+#include <span>
 #include <utility>
 
 namespace uabase {

@@ -1,6 +1,7 @@
 // A value of any built-in type: scalar, array or matrix, OPC 10000-6, 5.1.6.
 #pragma once
 
+#include <uabase/values/uaarray.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uadiagnosticinfo.h>
@@ -11,6 +12,9 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+
+#include <span>
 
 class UaDataValue;
 

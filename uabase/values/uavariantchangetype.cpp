@@ -1,5 +1,11 @@
 // Conversion of whole variants: shapes first, then element by element.
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uavariant.h>
 #include <uabase/values/uavariant_p.h>
+
+#include <span>
+#include <utility>
 
 namespace {
 

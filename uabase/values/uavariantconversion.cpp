@@ -1,11 +1,22 @@
 // Conversions between built-in types, OPC 10000-4, 7.7.3.
 #include <uabase/text/uatext_p.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 #include <uabase/values/uavariant_p.h>
 
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace {

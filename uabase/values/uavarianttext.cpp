@@ -1,9 +1,14 @@
 // Text forms of variants.
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadiagnosticinfo.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 #include <uabase/values/uavariant_p.h>
 
 #include <charconv>
 #include <cmath>
+#include <string>
 
 namespace uabase {
 

@@ -3,6 +3,8 @@
 
 #include <uaclientsdk/connection/sessioncontext.h>
 
+#include <thread>
+
 namespace UaClientSdk {
 
 /// Held by one thread at a time for the length of a CreateSession or ActivateSession with all that belongs to

@@ -2,7 +2,10 @@
 
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/endpointurl.h>
+#include <uaclientsdk/uaclient.h>
 
 namespace UaClientSdk {
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/sessioncontext.h>
 
 namespace UaClientSdk {

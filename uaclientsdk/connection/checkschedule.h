@@ -1,9 +1,9 @@
 // When a session checks its connection, and when it tries to bring it back.
 #pragma once
 
-#include <algorithm>
-
 #include <opcua/opcua_platform.h>
+
+#include <algorithm>
 
 namespace UaClientSdk {
 

@@ -1,14 +1,18 @@
 #include <uaclientsdk/connection/connectionmonitor.h>
 
-#include <algorithm>
-#include <array>
-
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/uaclient.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
 
 namespace UaClientSdk {
 

@@ -1,10 +1,12 @@
 // Watches the connection of a session and brings it back.
 #pragma once
 
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/connection/channelconnector.h>
 #include <uaclientsdk/connection/checkschedule.h>
 #include <uaclientsdk/connection/sessionactivator.h>
 #include <uaclientsdk/connection/sessioncontext.h>
+#include <uaclientsdk/uaclient.h>
 
 namespace UaClientSdk {
 

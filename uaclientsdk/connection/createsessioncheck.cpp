@@ -1,16 +1,21 @@
 #include <uaclientsdk/connection/createsessioncheck.h>
 
-#include <algorithm>
-
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/connection/endpointselector.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/connection/hostnames.h>
 #include <uaclientsdk/connection/sessionsignature.h>
+#include <uaclientsdk/uaclient.h>
+
+#include <algorithm>
+#include <string>
 
 namespace UaClientSdk {
 

@@ -1,12 +1,16 @@
 // What a server's answer to CreateSession must prove before anything is told to it.
 #pragma once
 
-#include <functional>
-
 #include <opcua/opcua_types.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/erroroverrides.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
+
+#include <functional>
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -1,6 +1,7 @@
 #include <uaclientsdk/connection/cryptoprovider.h>
 
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uastring.h>
 
 namespace UaClientSdk {
 

@@ -4,6 +4,7 @@
 #include <opcua/opcua_crypto.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 
 namespace UaClientSdk {
 

@@ -1,13 +1,12 @@
 #include <uaclientsdk/connection/endpointselector.h>
 
-#include <string>
-#include <string_view>
-
-#include <strings.h>
-
 #include <uabase/system/uatrace.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/connection/endpointurl.h>
+
+#include <string>
+#include <string_view>
+#include <strings.h>
 
 namespace UaClientSdk {
 

@@ -1,10 +1,10 @@
 // Chooses the endpoint and the user token policy that a session activates with.
 #pragma once
 
-#include <span>
-
 #include <opcua/opcua_types.h>
 #include <uabase/values/uastring.h>
+
+#include <span>
 
 namespace UaClientSdk {
 

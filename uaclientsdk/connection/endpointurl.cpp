@@ -1,10 +1,11 @@
 #include <uaclientsdk/connection/endpointurl.h>
 
+#include <opcua/opcua_channel.h>
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-
-#include <opcua/opcua_channel.h>
+#include <system_error>
 
 namespace UaClientSdk {
 

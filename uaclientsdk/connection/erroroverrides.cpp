@@ -1,9 +1,10 @@
 #include <uaclientsdk/connection/erroroverrides.h>
 
-#include <algorithm>
-
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/sessioncontext.h>
+
+#include <algorithm>
 
 namespace UaClientSdk {
 

@@ -1,12 +1,13 @@
 // Errors that the application has chosen to go on with.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/uaclient.h>
+
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace UaClientSdk {
 

@@ -1,12 +1,13 @@
 #include <uaclientsdk/connection/hostnames.h>
 
+#include <uabase/values/uastring.h>
+
 #include <algorithm>
+#include <arpa/inet.h>
 #include <array>
 #include <cctype>
 #include <climits>
 #include <string>
-
-#include <arpa/inet.h>
 #include <unistd.h>
 
 namespace UaClientSdk {

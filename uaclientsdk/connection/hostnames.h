@@ -1,9 +1,9 @@
 // Whether a certificate is that of the host that somebody connects to.
 #pragma once
 
-#include <string_view>
-
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
+
+#include <string_view>
 
 namespace UaClientSdk {
 

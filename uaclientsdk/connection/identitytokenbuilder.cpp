@@ -1,13 +1,14 @@
 #include <uaclientsdk/connection/identitytokenbuilder.h>
 
-#include <array>
-
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/connection/endpointselector.h>
 #include <uaclientsdk/connection/sessionsignature.h>
+
+#include <array>
 
 namespace UaClientSdk {
 

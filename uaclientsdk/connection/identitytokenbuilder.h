@@ -4,7 +4,10 @@
 #include <opcua/opcua_types.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/useridentitytoken.h>
+
+#include <utility>
 
 namespace UaClientSdk {
 

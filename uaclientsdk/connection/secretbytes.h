@@ -1,13 +1,12 @@
 // Passwords and private keys, which must not stay in memory.
 #pragma once
 
+#include <opcua/opcua_types.h>
+
 #include <span>
+#include <string.h>
 #include <string_view>
 #include <vector>
-
-#include <string.h>
-
-#include <opcua/opcua_types.h>
 
 namespace UaClientSdk {
 

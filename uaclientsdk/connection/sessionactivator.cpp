@@ -1,13 +1,13 @@
 #include <uaclientsdk/connection/sessionactivator.h>
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-
 #include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/activatorturn.h>
 #include <uaclientsdk/connection/createsessioncheck.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
@@ -15,6 +15,12 @@
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/connection/sessionsignature.h>
 #include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/uaclient.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
 
 namespace UaClientSdk {
 

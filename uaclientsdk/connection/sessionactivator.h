@@ -1,11 +1,12 @@
 // Creates, activates and closes the session on an open channel.
 #pragma once
 
-#include <memory>
-
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/connection/identitytokenbuilder.h>
 #include <uaclientsdk/connection/sessioncontext.h>
+
+#include <memory>
 
 namespace UaClientSdk {
 

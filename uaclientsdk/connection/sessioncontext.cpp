@@ -1,9 +1,13 @@
 #include <uaclientsdk/connection/sessioncontext.h>
 
-#include <algorithm>
-
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/uaclient.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -1,12 +1,12 @@
 // The state of a session that its collaborators share.
 #pragma once
 
-#include <atomic>
-#include <condition_variable>
 #include <opcua/opcua_channel.h>
-#include <thread>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/erroroverrides.h>
 #include <uaclientsdk/connection/sessionmutex.h>
 #include <uaclientsdk/services/callbackpool.h>
@@ -14,7 +14,13 @@
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasessioncallback.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <memory>
+#include <thread>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,10 @@
 #include <uaclientsdk/connection/sessionsignature.h>
 
-#include <string>
-
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
+
+#include <string>
 
 namespace UaClientSdk {
 

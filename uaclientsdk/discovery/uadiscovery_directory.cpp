@@ -1,14 +1,19 @@
 // The directory of a global discovery server.
-#include <uaclientsdk/uadiscovery.h>
-
-#include <algorithm>
-
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/methodcall.h>
 #include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <algorithm>
 
 namespace UaClientSdk {
 

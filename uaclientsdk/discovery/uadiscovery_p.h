@@ -4,6 +4,7 @@
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/clientsecurityinfo.h>
 #include <uaclientsdk/servicesettings.h>
 

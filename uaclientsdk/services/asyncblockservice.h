@@ -1,11 +1,20 @@
 // The asynchronous form of the services of blockservice.h.
 #pragma once
 
-#include <memory>
-#include <new>
-
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/blockservice.h>
 #include <uaclientsdk/services/pendingcall.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <span>
+#include <utility>
 
 namespace UaClientSdk {
 

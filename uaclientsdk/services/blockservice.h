@@ -1,14 +1,18 @@
 // Services that take one array and answer with another: splitting, merging and trace, written once.
 #pragma once
 
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/services/servicenames.h>
+#include <uaclientsdk/services/stackcall.h>
+
 #include <algorithm>
 #include <span>
 #include <utility>
-
-#include <uabase/system/uatrace.h>
-#include <uabase/values/uaarrays.h>
-#include <uaclientsdk/services/servicenames.h>
-#include <uaclientsdk/services/stackcall.h>
 
 namespace UaClientSdk {
 

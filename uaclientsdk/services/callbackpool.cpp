@@ -1,16 +1,17 @@
 #include <uaclientsdk/services/callbackpool.h>
 
+#include <uabase/system/uatrace.h>
+
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <exception>
 #include <list>
 #include <mutex>
+#include <new>
 #include <thread>
 #include <utility>
 #include <vector>
-
-#include <uabase/system/uatrace.h>
 
 namespace UaClientSdk {
 

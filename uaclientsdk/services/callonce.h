@@ -1,6 +1,9 @@
 // Services that are sent as they are: one request, one answer, nothing to split.
 #pragma once
 
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/servicenames.h>
 #include <uaclientsdk/services/stackcall.h>
 

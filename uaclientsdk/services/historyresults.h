@@ -1,11 +1,11 @@
 // What a server answers to a read of history, for each node.
 #pragma once
 
-#include <vector>
-
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
+
+#include <vector>
 
 namespace UaClientSdk {
 

@@ -2,6 +2,8 @@
 
 #include <uaclientsdk/connection/sessioncontext.h>
 
+#include <utility>
+
 namespace UaClientSdk {
 
 PendingCall::~PendingCall()

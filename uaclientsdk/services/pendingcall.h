@@ -1,11 +1,11 @@
 // An asynchronous service call between its request and its completion.
 #pragma once
 
-#include <memory>
-
 #include <opcua/opcua_channel.h>
 #include <uabase/system/uatrace.h>
 #include <uaclientsdk/services/callbackpool.h>
+
+#include <memory>
 
 namespace UaClientSdk {
 

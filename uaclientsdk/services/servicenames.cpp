@@ -2,6 +2,7 @@
 
 #include <uabase/system/uatrace.h>
 #include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {
 

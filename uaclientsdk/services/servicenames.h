@@ -4,6 +4,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/connection/sessioncontext.h>
+#include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {
 

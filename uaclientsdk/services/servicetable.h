@@ -2,7 +2,10 @@
 #pragma once
 
 #include <opcua/opcua_clientapi.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/asyncblockservice.h>
+#include <uaclientsdk/uasessioncallback.h>
 
 // The functions, types and items of a service; then come the results.
 #define UA_SERVICE(Service, Items)                                                                           \

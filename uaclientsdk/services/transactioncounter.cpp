@@ -1,8 +1,8 @@
 #include <uaclientsdk/services/transactioncounter.h>
 
-#include <chrono>
-
 #include <uabase/system/uatrace.h>
+
+#include <chrono>
 
 namespace UaClientSdk {
 

@@ -1,11 +1,11 @@
 // How many asynchronous calls of a session are not completed yet.
 #pragma once
 
+#include <opcua/opcua_platform.h>
+
 #include <condition_variable>
 #include <mutex>
 #include <utility>
-
-#include <opcua/opcua_platform.h>
 
 namespace UaClientSdk {
 

@@ -1,10 +1,15 @@
 // The services of a session that read history.
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/services/servicetable.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasession_p.h>
+#include <uaclientsdk/uasessioncallback.h>
 
 #include <new>
-
-#include <uaclientsdk/services/servicetable.h>
-#include <uaclientsdk/uasession_p.h>
+#include <span>
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -1,13 +1,18 @@
 // The method service of a session.
-#include <uaclientsdk/uasession.h>
-
-#include <array>
-
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasession_p.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <array>
+#include <span>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,15 @@
 // The attribute services of a session.
-#include <uaclientsdk/uasession.h>
-
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasession_p.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <span>
 
 namespace UaClientSdk {
 

@@ -1,10 +1,10 @@
 // Notifications that the server may forget.
 #pragma once
 
+#include <opcua/opcua_types.h>
+
 #include <deque>
 #include <vector>
-
-#include <opcua/opcua_types.h>
 
 namespace UaClientSdk {
 

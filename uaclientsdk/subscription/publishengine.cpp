@@ -1,11 +1,15 @@
 #include <uaclientsdk/subscription/publishengine.h>
 
-#include <algorithm>
-
 #include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/uaclient.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -1,13 +1,15 @@
 // Keeps Publish requests at the server and takes their answers.
 #pragma once
 
-#include <memory>
-#include <span>
-
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/pendingcall.h>
 #include <uaclientsdk/subscription/publishqueue.h>
 #include <uaclientsdk/subscription/publishstate.h>
+
+#include <chrono>
+#include <memory>
+#include <span>
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,10 @@
 #include <uaclientsdk/subscription/publishqueue.h>
 
-#include <exception>
-
 #include <uabase/system/uatrace.h>
 #include <uaclientsdk/connection/sessioncontext.h>
+
+#include <exception>
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -1,13 +1,13 @@
 // Keeps the notifications of one session in order on a pool of many threads.
 #pragma once
 
+#include <uaclientsdk/services/callbackpool.h>
+
 #include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <memory>
 #include <mutex>
-
-#include <uaclientsdk/services/callbackpool.h>
 
 namespace UaClientSdk {
 

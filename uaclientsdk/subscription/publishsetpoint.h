@@ -1,9 +1,9 @@
 // How many Publish requests a session keeps at its server.
 #pragma once
 
-#include <limits>
-
 #include <opcua/opcua_platform.h>
+
+#include <limits>
 
 namespace UaClientSdk {
 

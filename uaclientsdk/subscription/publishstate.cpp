@@ -1,10 +1,10 @@
 #include <uaclientsdk/subscription/publishstate.h>
 
-#include <chrono>
-#include <utility>
-
 #include <uabase/system/uatrace.h>
 #include <uaclientsdk/connection/endpointurl.h>
+
+#include <chrono>
+#include <utility>
 
 namespace UaClientSdk {
 

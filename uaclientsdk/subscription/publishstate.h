@@ -1,14 +1,14 @@
 // What a session knows of its subscriptions and of the Publish requests for them.
 #pragma once
 
-#include <condition_variable>
-#include <map>
-
 #include <uabase/system/uarefcounter.h>
 #include <uaclientsdk/subscription/publishacknowledgements.h>
 #include <uaclientsdk/subscription/publishpace.h>
 #include <uaclientsdk/subscription/publishsetpoint.h>
 #include <uaclientsdk/subscription/uasubscription_p.h>
+
+#include <condition_variable>
+#include <map>
 
 namespace UaClientSdk {
 

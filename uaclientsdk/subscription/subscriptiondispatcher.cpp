@@ -1,9 +1,12 @@
 #include <uaclientsdk/subscription/subscriptiondispatcher.h>
 
-#include <algorithm>
-
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+
+#include <algorithm>
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -1,9 +1,10 @@
 // Takes notification messages apart and tells the application of them.
 #pragma once
 
-#include <span>
-
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/subscription/publishstate.h>
+
+#include <span>
 
 namespace UaClientSdk {
 

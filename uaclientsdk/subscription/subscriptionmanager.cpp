@@ -1,11 +1,15 @@
 #include <uaclientsdk/subscription/subscriptionmanager.h>
 
-#include <algorithm>
-#include <chrono>
-
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/subscription/subscriptionservices.h>
+#include <uaclientsdk/uasubscriptioncallback.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
 
 namespace UaClientSdk {
 

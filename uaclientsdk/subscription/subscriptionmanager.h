@@ -1,14 +1,17 @@
 // The subscriptions of one session: their services, their notifications, their fate when the link breaks.
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <vector>
-
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/subscription/publishengine.h>
 #include <uaclientsdk/subscription/subscriptiondispatcher.h>
 #include <uaclientsdk/subscription/subscriptionrecovery.h>
 #include <uaclientsdk/uasubscription.h>
+#include <uaclientsdk/uasubscriptioncallback.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
 
 namespace UaClientSdk {
 

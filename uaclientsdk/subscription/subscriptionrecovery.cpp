@@ -3,6 +3,7 @@
 #include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/stackcall.h>
 
 namespace UaClientSdk {

@@ -1,9 +1,9 @@
 // Finds out what a server still has of a session's subscriptions, and fetches what was missed.
 #pragma once
 
-#include <vector>
-
 #include <uaclientsdk/subscription/subscriptiondispatcher.h>
+
+#include <vector>
 
 namespace UaClientSdk {
 

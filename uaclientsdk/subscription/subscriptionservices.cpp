@@ -1,9 +1,13 @@
 #include <uaclientsdk/subscription/subscriptionservices.h>
 
-#include <cmath>
-
 #include <opcua/opcua_clientapi.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/blockservice.h>
+
+#include <cmath>
 
 namespace UaClientSdk {
 

@@ -2,6 +2,8 @@
 // follows from them.
 #pragma once
 
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/connection/sessioncontext.h>
 #include <uaclientsdk/subscriptionsettings.h>
 

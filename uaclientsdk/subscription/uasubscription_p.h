@@ -1,13 +1,13 @@
 // The inside of a subscription, shared with the notifications that are on their way to it.
 #pragma once
 
-#include <condition_variable>
-#include <memory>
-
 #include <uabase/system/uarefcounter.h>
 #include <uaclientsdk/connection/sessioncontext.h>
 #include <uaclientsdk/subscriptionsettings.h>
 #include <uaclientsdk/uasubscriptioncallback.h>
+
+#include <condition_variable>
+#include <memory>
 
 namespace UaClientSdk {
 

@@ -1,7 +1,10 @@
 #include <uaclientsdk/types/batchbrowse.h>
 
 #include <opcua/opcua_types.h>
+#include <uabase/values/uadiagnosticinfos.h>
 #include <uaclientsdk/uasession.h>
+
+#include <utility>
 
 namespace UaClientSdk {
 

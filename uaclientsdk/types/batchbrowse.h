@@ -1,12 +1,12 @@
 // Browsing of many nodes to the end.
 #pragma once
 
-#include <vector>
-
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/servicesettings.h>
+
+#include <vector>
 
 namespace UaClientSdk {
 

@@ -3,10 +3,17 @@
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
 #include <uaclientsdk/types/olderdatatypes.h>
 #include <uaclientsdk/uasession.h>
+
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -1,14 +1,18 @@
 // The data type definitions of a server, read from its address space.
 #pragma once
 
-#include <mutex>
-#include <vector>
-
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/structures/uatypedefinitionstore.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/types/datatypetree.h>
+
+#include <mutex>
+#include <vector>
 
 namespace UaClientSdk {
 

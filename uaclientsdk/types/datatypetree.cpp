@@ -2,7 +2,10 @@
 
 #include <opcua/opcua_identifiers.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/types/batchbrowse.h>
+#include <uaclientsdk/uasession.h>
 
 namespace UaClientSdk {
 

@@ -1,12 +1,14 @@
 // The tree of a server's data types.
 #pragma once
 
-#include <map>
-#include <vector>
-
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/servicesettings.h>
+
+#include <map>
+#include <vector>
 
 namespace UaClientSdk {
 

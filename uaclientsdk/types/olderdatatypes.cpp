@@ -1,15 +1,28 @@
 #include <uaclientsdk/types/olderdatatypes.h>
 
-#include <set>
-
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_types.h>
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uaarray.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/types/batchbrowse.h>
 #include <uaclientsdk/uasession.h>
+
+#include <set>
+#include <utility>
 
 namespace UaClientSdk {
 

@@ -1,11 +1,16 @@
 // Data types of servers that know no DataTypeDefinition attribute.
 #pragma once
 
-#include <vector>
-
 #include <uabase/structures/uatypedefinitionstore.h>
 #include <uabase/structures/uatypedictionary.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/types/datatypetree.h>
+
+#include <map>
+#include <vector>
 
 namespace UaClientSdk {
 

@@ -1,7 +1,11 @@
 // A session as the dictionary of its server's data types.
-#include <uaclientsdk/uasession.h>
-
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uanodeid.h>
+#include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasession_p.h>
 
 namespace UaClientSdk {

@@ -1,12 +1,21 @@
 #include <uawidgets/editors/qlumvalueeditor.h>
 
+#include <app/api/qlumtext.h>
+#include <uabase/values/uadatetime.h>
+#include <uawidgets/editors/qlumvaluetext.h>
+
 #include <QComboBox>
+#include <QDate>
+#include <QDateTime>
 #include <QDateTimeEdit>
 #include <QLineEdit>
+#include <QObject>
 #include <QRegularExpression>
+#include <QString>
+#include <QTime>
 #include <QValidator>
-#include <app/api/qlumtext.h>
-#include <uawidgets/editors/qlumvaluetext.h>
+#include <QVariant>
+#include <QWidget>
 
 namespace {
 // Each editor knows the value that it started with.

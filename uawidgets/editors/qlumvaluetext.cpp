@@ -1,13 +1,26 @@
 #include <uawidgets/editors/qlumvaluetext.h>
 
+#include <app/api/qlumtext.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QLocale>
-#include <app/api/qlumtext.h>
 
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <span>
+#include <string_view>
 
 namespace {
 QString tr(const char* text)

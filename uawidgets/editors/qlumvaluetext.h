@@ -1,7 +1,8 @@
 // Values of the built-in types as text that can be edited and read back.
 #pragma once
-#include <QString>
 #include <uabase/values/uavariant.h>
+
+#include <QString>
 
 /// Whether values of the type can be edited as one line of text.
 [[nodiscard]] bool qlumIsTextEditable(OpcUa_BuiltInType type);

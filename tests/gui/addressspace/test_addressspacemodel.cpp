@@ -1,18 +1,35 @@
+#include <app/api/qlumconnectionstatus.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
-
-#include <QAbstractItemModelTester>
-#include <QComboBox>
-#include <QMimeData>
-#include <QProgressDialog>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTest>
-#include <gtest/gtest.h>
 #include <plugins/addressspace/qlumnodemimedata.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/scriptedservices.h>
 #include <tests/support/stubapplication.h>
 #include <tests/support/stubservernode.h>
+#include <uabase/values/uanodeid.h>
+
+#include <QAbstractItemModel>
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QColor>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QFont>
+#include <QIcon>
+#include <QMimeData>
+#include <QModelIndex>
+#include <QPersistentModelIndex>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStringList>
+#include <QTest>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 using Reporting = QAbstractItemModelTester::FailureReportingMode;

@@ -1,5 +1,10 @@
 #include <plugins/addressspace/qlumnodemimedata.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 
+#include <QByteArray>
 #include <gtest/gtest.h>
 
 #include <cstring>

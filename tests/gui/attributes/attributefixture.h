@@ -1,14 +1,31 @@
 // An attribute model with a scripted server behind it.
 #pragma once
-#include <QTest>
 #include <app/api/qlumtext.h>
-#include <gtest/gtest.h>
 #include <opcua/opcua_attributes.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <plugins/attributes/qlumattributetexts.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/scriptedservices.h>
 #include <tests/support/stubapplication.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <QDateTime>
+#include <QList>
+#include <QModelIndex>
+#include <QPair>
+#include <QString>
+#include <QStringList>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
 
 class AttributeApplication : public StubApplication
 {

@@ -1,14 +1,37 @@
+#include <opcua/opcua_identifiers.h>
+#include <plugins/attributes/qlumattributemodel.h>
 #include <tests/gui/attributes/attributefixture.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfo.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 #include <QAbstractItemModelTester>
 #include <QColor>
+#include <QDate>
+#include <QDateTime>
 #include <QGuiApplication>
+#include <QLocale>
+#include <QModelIndex>
 #include <QPalette>
-#include <opcua/opcua_identifiers.h>
-#include <uabase/structures/uagenericstructurevalue.h>
-#include <uabase/structures/uagenericunionvalue.h>
+#include <QString>
+#include <QStringList>
+#include <QTime>
 
 #include <limits>
+#include <string>
 
 namespace {
 class AttributeModel : public AttributeFixture

@@ -1,14 +1,27 @@
+#include <plugins/attributes/qlumattributeplugin.h>
+#include <plugins/attributes/qlumattributeview.h>
 #include <tests/gui/attributes/attributefixture.h>
+#include <tests/support/dialogdriver.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
 
 #include <QAction>
 #include <QClipboard>
+#include <QCoreApplication>
+#include <QDialog>
 #include <QDockWidget>
+#include <QGuiApplication>
 #include <QLineEdit>
+#include <QModelIndex>
 #include <QSettings>
+#include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
-#include <plugins/attributes/qlumattributeplugin.h>
-#include <plugins/attributes/qlumattributeview.h>
-#include <tests/support/dialogdriver.h>
+#include <QTest>
+
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace {
 class AttributePlugin : public testing::Test

@@ -1,6 +1,14 @@
 #include <tests/gui/attributes/attributefixture.h>
-
 #include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <QModelIndex>
+#include <QStringList>
+#include <QVariant>
 
 namespace {
 class AttributeWriting : public AttributeFixture

@@ -1,14 +1,30 @@
+#include <app/api/qlumtext.h>
+#include <tests/support/modeltext.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvalueeditor.h>
 #include <uawidgets/editors/qlumvaluetext.h>
 
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QLineEdit>
-#include <app/api/qlumtext.h>
+#include <QWidget>
 #include <gtest/gtest.h>
-#include <tests/support/modeltext.h>
 
+#include <initializer_list>
 #include <limits>
+#include <span>
 
 namespace {
 UaByteString bytes(std::initializer_list<OpcUa_Byte> list)

@@ -1,17 +1,28 @@
 // A store below a HOME of its own, certificates to put into it, and a clock that is set.
 #pragma once
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <certificates/qlumcertificates.h>
 #include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumclock.h>
 #include <certificates/qlumowncertificate.h>
-#include <gtest/gtest.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/modeltext.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
 
 #include <csignal>
 #include <sys/resource.h>

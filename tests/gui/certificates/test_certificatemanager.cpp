@@ -1,24 +1,51 @@
+#include <certificates/qlumcertificatemanager.h>
+#include <certificates/qlumcertificatemanagerdialog.h>
+#include <certificates/qlumcertificatemodel.h>
+#include <certificates/qlumcertificatestoreconfiguration.h>
+#include <certificates/qlumcrlmodel.h>
+#include <certificates/qlumnewcertificatedlg.h>
+#include <certificates/qlumowncertificate.h>
+#include <certificates/qlumstorepages.h>
+#include <certificates/qlumthumbprint.h>
 #include <tests/gui/certificates/storefixture.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uastring.h>
 
+#include <QAbstractItemModel>
 #include <QAction>
+#include <QApplication>
+#include <QByteArray>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDesktopServices>
+#include <QDialog>
+#include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QIcon>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMimeData>
+#include <QObject>
+#include <QPoint>
+#include <QPointF>
+#include <QPushButton>
 #include <QSignalSpy>
+#include <QString>
+#include <QStringList>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
 #include <QUrl>
-#include <certificates/qlumcertificatemanager.h>
-#include <certificates/qlumcertificatemanagerdialog.h>
-#include <certificates/qlumnewcertificatedlg.h>
-#include <certificates/qlumstorepages.h>
-#include <certificates/qlumthumbprint.h>
+#include <QWidget>
+
+#include <memory>
 
 namespace {
 constexpr int limit = 20000; // ms

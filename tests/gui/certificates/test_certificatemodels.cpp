@@ -1,9 +1,24 @@
-#include <tests/gui/certificates/storefixture.h>
-
-#include <QAbstractItemModelTester>
+#include <certificates/qlumcertificateentry.h>
 #include <certificates/qlumcertificatemodel.h>
+#include <certificates/qlumclock.h>
 #include <certificates/qlumcrlmodel.h>
 #include <certificates/qlumthumbprint.h>
+#include <tests/gui/certificates/storefixture.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+
+#include <QAbstractItemModel>
+#include <QAbstractItemModelTester>
+#include <QByteArray>
+#include <QDateTime>
+#include <QIcon>
+#include <QImage>
+#include <QModelIndex>
+#include <QString>
+#include <QStringList>
+
+#include <utility>
 
 namespace {
 using Model = QlumCertificateModel;

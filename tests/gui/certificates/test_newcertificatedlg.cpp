@@ -1,15 +1,30 @@
+#include <certificates/qlumnewcertificatedlg.h>
+#include <certificates/qlumowncertificate.h>
 #include <tests/gui/certificates/storefixture.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uastring.h>
 
+#include <QApplication>
+#include <QByteArray>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QString>
+#include <QStringList>
 #include <QTest>
-#include <certificates/qlumnewcertificatedlg.h>
+#include <QWidget>
+
+#include <memory>
+#include <tuple>
+#include <utility>
 
 namespace {
 constexpr int limit = 60000; // ms; a long key on a busy machine

@@ -1,12 +1,29 @@
 // The own certificate at start-up: every state of the loop, with the user's answers.
-#include <tests/gui/certificates/storefixture.h>
-
-#include <QComboBox>
-#include <QLineEdit>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumsplashscreen.h>
+#include <certificates/qlumcertificates.h>
+#include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumnewcertificatedlg.h>
+#include <certificates/qlumowncertificate.h>
+#include <tests/gui/certificates/storefixture.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uastring.h>
 #include <uawidgets/qlumpassworddlg.h>
+
+#include <QByteArray>
+#include <QComboBox>
+#include <QDialog>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QString>
+#include <QStringList>
+
+#include <utility>
 
 namespace {
 const auto dialogTitle = QStringLiteral("New Application Instance Certificate");

@@ -1,7 +1,16 @@
 // Writing the pair: what other programs read from it, and what is left when it goes wrong half-way.
+#include <certificates/qlumowncertificate.h>
 #include <tests/gui/certificates/storefixture.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
 
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
+#include <QString>
+#include <QStringList>
 
 namespace {
 class OwnCertificateFiles : public StoreTest

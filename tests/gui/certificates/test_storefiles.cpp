@@ -1,7 +1,14 @@
-#include <tests/gui/certificates/storefixture.h>
-
+#include <certificates/qlumcertificatestoreconfiguration.h>
 #include <certificates/qlumstorefiles.h>
 #include <certificates/qlumthumbprint.h>
+#include <tests/gui/certificates/storefixture.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+
+#include <QByteArray>
+#include <QDir>
+#include <QString>
+#include <QStringList>
 
 #include <sys/stat.h>
 #include <unistd.h>

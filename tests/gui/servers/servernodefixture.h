@@ -1,13 +1,31 @@
 // A server node above a scripted stack.
 #pragma once
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumprojectnode.h>
+#include <app/api/qlumservernode.h>
 #include <app/api/qlumtext.h>
-#include <gtest/gtest.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumendpoint.h>
 #include <servers/qlumprojectnodeserver.h>
 #include <tests/support/fakestack.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/owncertificate.h>
 #include <tests/support/stubapplication.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
+
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+#include <QPair>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <memory>
 
 class ServerNode : public testing::Test
 {

@@ -1,13 +1,18 @@
+#include <opcua/opcua_types.h>
 #include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumendpoint.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumnamespacemap.h>
+#include <tests/support/modeltext.h>
 
+#include <QByteArray>
 #include <QFile>
 #include <QSettings>
+#include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
+#include <QVector>
 #include <gtest/gtest.h>
-#include <opcua/opcua_types.h>
-#include <tests/support/modeltext.h>
 
 namespace {
 const QString noPolicy = qlumPolicyNone();

@@ -1,4 +1,10 @@
+#include <opcua/opcua_statuscodes.h>
+#include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumendpoint.h>
+#include <servers/qlumendpointfetcher.h>
 #include <servers/qlumserversettingsdialog.h>
+#include <tests/support/modeltext.h>
+#include <tests/support/stubapplication.h>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -6,16 +12,17 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QString>
 #include <QTest>
 #include <QTreeView>
+#include <QVector>
+#include <QWidget>
 #include <gtest/gtest.h>
-#include <opcua/opcua_statuscodes.h>
-#include <servers/qlumendpointfetcher.h>
-#include <tests/support/modeltext.h>
-#include <tests/support/stubapplication.h>
 
 #include <condition_variable>
+#include <memory>
 #include <mutex>
+#include <string>
 
 namespace {
 QVector<QlumEndpoint> twoEndpoints()

@@ -1,8 +1,18 @@
+#include <app/api/qlumconnectionstatus.h>
+#include <servers/qlumdiscoverysetting.h>
 #include <tests/gui/servers/servernodefixture.h>
-
-#include <QLineEdit>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/modeltext.h>
+#include <uaclientsdk/uaclient.h>
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDialog>
+#include <QLineEdit>
+#include <QList>
+#include <QMessageBox>
+#include <QString>
+#include <QStringList>
 
 #include <thread>
 

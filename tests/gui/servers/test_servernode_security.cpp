@@ -1,18 +1,37 @@
 // What a server node asks and says about certificates, weak policies and passwords before and after a
 // connect.
-#include <tests/gui/servers/servernodefixture.h>
-
-#include <QCheckBox>
-#include <QDir>
-#include <QLabel>
-#include <QPushButton>
-#include <QTest>
+#include <app/api/qlumconnectionstatus.h>
 #include <certificates/qlumcertificatestore.h>
+#include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumendpoint.h>
+#include <tests/gui/servers/servernodefixture.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/testcertificates.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/uaclient.h>
 
+#include <QAbstractButton>
+#include <QByteArray>
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QDialog>
+#include <QDir>
+#include <QEvent>
+#include <QFile>
+#include <QLabel>
+#include <QList>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QString>
+#include <QStringList>
+#include <QTest>
+
+#include <initializer_list>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 using UaClientSdk::UaClient;

@@ -1,12 +1,25 @@
-#include <servers/qlumtypecache.h>
-
-#include <QBuffer>
-#include <QImage>
-#include <gtest/gtest.h>
 #include <opcua/opcua_attributes.h>
+#include <servers/qlumtypecache.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/scriptedservices.h>
 #include <tests/support/stubapplication.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QColor>
+#include <QImage>
+#include <QString>
+#include <QStringList>
+#include <gtest/gtest.h>
+
+#include <memory>
 
 namespace {
 UaByteString picture(const char* format, QColor color, int side = 2)

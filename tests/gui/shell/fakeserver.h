@@ -1,8 +1,16 @@
 // A server that connects and disconnects without any network.
 #pragma once
-#include <QSettings>
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumservernode.h>
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uaclientsdk/uasession.h>
+
+#include <QIcon>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
 
 class FakeServer : public QlumServerNode
 {

@@ -1,16 +1,21 @@
-#include <QAction>
-#include <QFile>
-#include <QMainWindow>
-#include <QMenu>
-#include <QTemporaryDir>
 #include <app/mainwindow/qlumbugreport.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumrecentfiles.h>
 #include <app/settings/qlumsettingsmodel.h>
-#include <gtest/gtest.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/stubapplication.h>
+
+#include <QAction>
+#include <QFile>
+#include <QMainWindow>
+#include <QMenu>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <gtest/gtest.h>
 
 namespace {
 class Session : public ::testing::Test

@@ -1,10 +1,20 @@
-#include <QAbstractItemModelTester>
-#include <QSignalSpy>
-#include <QTextStream>
+#include <app/log/qlumlogentry.h>
 #include <app/log/qlumlogfilter.h>
 #include <app/log/qlumlogmodel.h>
+
+#include <QAbstractItemModel>
+#include <QAbstractItemModelTester>
+#include <QCoreApplication>
+#include <QDate>
+#include <QDateTime>
+#include <QSignalSpy>
+#include <QString>
+#include <QStringList>
+#include <QTextStream>
+#include <QTime>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <thread>
 
 namespace {

@@ -1,16 +1,25 @@
-#include <QFile>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlumdocumentwidgetinterface.h>
 #include <app/pluginloader/qlumdirector.h>
 #include <app/pluginloader/qlumplugindialog.h>
 #include <app/pluginloader/qlumpluginloader.h>
-#include <gtest/gtest.h>
 #include <tests/support/stubapplication.h>
 
+#include <QDir>
+#include <QFile>
+#include <QObject>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
 #include <QTreeWidget>
+#include <QTreeWidgetItem>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <memory>
 
 namespace {
 const QStringList names{QStringLiteral("UA Devices Plugin"),   QStringLiteral("UA Attribute Plugin"),

@@ -1,19 +1,32 @@
-#include <tests/gui/shell/fakeserver.h>
-
-#include <QAbstractItemModelTester>
-#include <QFile>
-#include <QLabel>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumdocumentwidgetinterface.h>
+#include <app/api/qlumservernode.h>
 #include <app/project/qluminicheck.h>
 #include <app/project/qlumprojectfile.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
-#include <gtest/gtest.h>
+#include <tests/gui/shell/fakeserver.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/stubapplication.h>
+
+#include <QAbstractItemModelTester>
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QMap>
+#include <QModelIndex>
+#include <QObject>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace {
 using IdMap = QMap<int, int>;

@@ -1,15 +1,23 @@
-#include <QDir>
-#include <QImage>
-#include <QLabel>
-#include <QSettings>
-#include <QTemporaryDir>
-#include <QTextStream>
 #include <app/api/qlumsplashscreen.h>
 #include <app/mainwindow/qlumtipwindow.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <app/startup/qlumfolders.h>
 #include <app/startup/qlumsettingsfile.h>
 #include <app/startup/qlumstartup.h>
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QLabel>
+#include <QPixmap>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QVariant>
 #include <gtest/gtest.h>
 
 namespace {

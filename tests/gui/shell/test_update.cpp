@@ -1,15 +1,26 @@
-#include <QDateTime>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QSettings>
-#include <QSignalSpy>
-#include <QTimer>
 #include <app/mainwindow/qlumupdatecheck.h>
 #include <app/settings/qlumsettingsmodel.h>
-#include <cstring>
-#include <gtest/gtest.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/stubapplication.h>
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QList>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QObject>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+#include <QUrl>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
 
 namespace {
 class Reply : public QNetworkReply

@@ -1,12 +1,22 @@
 // Chains, the validation's result and what the settings let pass; and chains that somebody made to do harm.
+#include <certificates/qlumcertificatechainmodel.h>
+#include <certificates/qlumcertificatechainnode.h>
+#include <certificates/qlumcertificateerror.h>
+#include <opcua/opcua_statuscodes.h>
 #include <tests/gui/validation/validationfixture.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
-#include <opcua/opcua_statuscodes.h>
+#include <QString>
+#include <QStringList>
 
 #include <ctime>
+#include <filesystem>
+#include <string>
 #include <sys/stat.h>
+#include <vector>
 
 namespace {
 

@@ -1,13 +1,21 @@
 // What is found about a single certificate.
-#include <tests/gui/validation/validationfixture.h>
-
-#include <QProcess>
+#include <certificates/qlumcertificatechainnode.h>
 #include <certificates/qlumcertificatechecks.h>
 #include <certificates/qlumcertificatedetailsmodel.h>
+#include <certificates/qlumcertificateerror.h>
+#include <tests/gui/validation/validationfixture.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
 
 #include <QAbstractItemModelTester>
 #include <QColor>
 #include <QFont>
+#include <QModelIndex>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <string>
 
 namespace {
 

@@ -1,8 +1,16 @@
+#include <certificates/qlumcertificatedialog.h>
+#include <certificates/qlumcertificateerror.h>
+#include <opcua/opcua_statuscodes.h>
 #include <tests/gui/validation/validationfixture.h>
+#include <tests/support/dialogdriver.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 
 #include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QGuiApplication>
@@ -10,10 +18,13 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QString>
+#include <QStringList>
 #include <QTreeView>
-#include <certificates/qlumcertificatedialog.h>
-#include <opcua/opcua_statuscodes.h>
-#include <tests/support/dialogdriver.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
 
 namespace {
 

@@ -1,12 +1,17 @@
+#include <certificates/qlumcertificaterefuseddialog.h>
+#include <opcua/opcua_statuscodes.h>
 #include <tests/gui/validation/validationfixture.h>
+#include <tests/support/dialogdriver.h>
+#include <uabase/values/uastatuscode.h>
 
+#include <QDialog>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <certificates/qlumcertificaterefuseddialog.h>
-#include <opcua/opcua_statuscodes.h>
-#include <tests/support/dialogdriver.h>
+#include <QString>
+
+#include <string>
 
 namespace {
 using CertificateRefused = ValidationFixture;

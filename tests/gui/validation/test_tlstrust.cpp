@@ -1,11 +1,22 @@
-#include <tests/gui/validation/validationfixture.h>
-
-#include <QDir>
-#include <QPushButton>
 #include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumtlstrust.h>
 #include <opcua/opcua_statuscodes.h>
+#include <tests/gui/validation/validationfixture.h>
 #include <tests/support/dialogdriver.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+
+#include <QDialog>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QPushButton>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <utility>
 
 namespace {
 

@@ -2,14 +2,28 @@
 #pragma once
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificatechainmodel.h>
+#include <certificates/qlumcertificatechainnode.h>
+#include <certificates/qlumcertificatedetailsnode.h>
 #include <certificates/qlumthumbprint.h>
-#include <gtest/gtest.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/stubapplication.h>
 #include <tests/support/temporaryfolder.h>
 #include <tests/support/testcertificates.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
 
+#include <QModelIndex>
+#include <QString>
 #include <QStringList>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 class ValidationFixture : public ::testing::Test
 {

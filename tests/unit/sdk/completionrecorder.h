@@ -1,9 +1,18 @@
 // A callback that remembers the completions it gets.
 #pragma once
 
-#include <functional>
-
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <ostream>
+#include <string>
+#include <thread>
+#include <vector>
 
 struct Completion
 {

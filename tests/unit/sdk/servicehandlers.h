@@ -1,12 +1,13 @@
 // Answers of the scripted stack for any service that takes one array and answers with another.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include <opcua/opcua.h>
 #include <tests/support/fakestack.h>
+#include <uabase/values/uaarray.h>
 #include <uabase/values/uaarrays.h>
+
+#include <string>
+#include <vector>
 
 /// Blocks that came, by the number of their items.
 using BlockSizes = std::vector<int>;

@@ -1,6 +1,15 @@
 // A session over the scripted stack, and a callback that remembers what it is told.
 #pragma once
 
+#include <tests/support/fakestack.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -8,11 +17,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <gtest/gtest.h>
-
-#include <tests/support/fakestack.h>
-#include <uaclientsdk/uasession.h>
 
 class RecordingCallback : public UaClientSdk::UaSessionCallback
 {

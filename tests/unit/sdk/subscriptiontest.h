@@ -2,15 +2,23 @@
 // hears.
 #pragma once
 
+#include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/uasubscription.h>
+#include <uaclientsdk/uasubscriptioncallback.h>
+
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <deque>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <sstream>
-
-#include <tests/unit/sdk/sessiontest.h>
-#include <uaclientsdk/uasubscription.h>
+#include <string>
+#include <vector>
 
 class RecordingSubscription : public UaClientSdk::UaSubscriptionCallback
 {

@@ -1,14 +1,23 @@
 // Asynchronous service calls: what is sent, what completes and when, and how they end with the session.
+#include <tests/support/recordedtrace.h>
+#include <tests/unit/sdk/completionrecorder.h>
+#include <tests/unit/sdk/servicehandlers.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uasession.h>
+
 #include <atomic>
+#include <chrono>
+#include <functional>
 #include <future>
 #include <latch>
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <thread>
-
-#include <tests/support/recordedtrace.h>
-
-#include <tests/unit/sdk/completionrecorder.h>
-#include <tests/unit/sdk/servicehandlers.h>
+#include <utility>
+#include <vector>
 
 namespace {
 

@@ -1,18 +1,25 @@
 // The machinery of asynchronous calls: the pool of callback threads and the count of transactions.
-#include <atomic>
-#include <chrono>
-#include <future>
-#include <latch>
-#include <semaphore>
-#include <thread>
-
-#include <gtest/gtest.h>
-
 #include <opcua/opcua_statuscodes.h>
 #include <tests/support/recordedtrace.h>
 #include <uaclientsdk/services/callbackpool.h>
 #include <uaclientsdk/services/pendingcall.h>
 #include <uaclientsdk/services/transactioncounter.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <future>
+#include <latch>
+#include <memory>
+#include <semaphore>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace {
 

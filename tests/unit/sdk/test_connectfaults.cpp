@@ -1,10 +1,18 @@
 // Servers that fail in each phase of a connect or of the watch that follows it.
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+#include <uaclientsdk/connection/checkschedule.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uasession.h>
 
 #include <gmock/gmock.h>
 
-#include <uabase/values/uavariant.h>
-#include <uaclientsdk/connection/checkschedule.h>
+#include <functional>
+#include <thread>
+#include <vector>
 
 namespace {
 

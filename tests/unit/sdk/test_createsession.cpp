@@ -1,15 +1,22 @@
 // What a server must prove when a session is created, and what the application may override.
+#include <tests/support/securedserver.h>
 #include <tests/unit/sdk/sessiontest.h>
-
-#include <array>
-#include <memory>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/connection/hostnames.h>
+#include <uaclientsdk/uaclient.h>
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <functional>
+#include <memory>
+#include <string>
 #include <unistd.h>
-
-#include <tests/support/securedserver.h>
-#include <uaclientsdk/connection/hostnames.h>
+#include <vector>
 
 namespace {
 

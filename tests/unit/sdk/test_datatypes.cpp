@@ -1,13 +1,22 @@
 // Data type definitions loaded from a server's address space.
+#include <opcua/opcua_attributes.h>
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+#include <uaclientsdk/uaclient.h>
 
 #include <map>
 #include <span>
+#include <string>
 #include <vector>
-
-#include <opcua/opcua_attributes.h>
-#include <uabase/system/uatrace.h>
-#include <uabase/values/uavariant.h>
 
 namespace {
 

@@ -1,12 +1,18 @@
 // Discovery over the scripted stack: servers on the network, and a directory asked by a method.
 #include <tests/unit/sdk/sessiontest.h>
-
-#include <sstream>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+#include <uaclientsdk/uadiscovery.h>
+#include <uaclientsdk/uasession.h>
 
 #include <gmock/gmock.h>
 
-#include <uabase/values/uavariant.h>
-#include <uaclientsdk/uadiscovery.h>
+#include <sstream>
+#include <string>
 
 namespace {
 

@@ -1,12 +1,20 @@
 // Endpoint URLs, the choice of an endpoint and certificate chains.
-#include <gtest/gtest.h>
-
 #include <opcua/opcua.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/endpointselector.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 #include <uaclientsdk/uadiscovery.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 namespace {
 

@@ -1,6 +1,14 @@
 // The history services: details in the requests, continuation points, and answers taken apart.
 #include <tests/unit/sdk/servicehandlers.h>
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfos.h>
+
+#include <functional>
+#include <span>
+#include <utility>
+#include <vector>
 
 namespace {
 

@@ -1,9 +1,16 @@
 // Who logs in, how secrets travel, and what happens when the server does not want somebody.
+#include <tests/support/securedserver.h>
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
 
 #include <gmock/gmock.h>
 
-#include <tests/support/securedserver.h>
+#include <functional>
+#include <string>
+#include <string_view>
 
 namespace {
 

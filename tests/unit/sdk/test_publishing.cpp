@@ -1,9 +1,12 @@
 // The parts of the publish engine that know nothing of a session.
-#include <gmock/gmock.h>
-
 #include <uaclientsdk/subscription/publishacknowledgements.h>
 #include <uaclientsdk/subscription/publishpace.h>
 #include <uaclientsdk/subscription/publishsetpoint.h>
+
+#include <gmock/gmock.h>
+
+#include <utility>
+#include <vector>
 
 namespace {
 

@@ -1,10 +1,17 @@
 // The check of a server's certificate: what the callback is told and what it may decide.
+#include <tests/support/temporaryfolder.h>
+#include <tests/support/testcertificates.h>
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
 
 #include <gmock/gmock.h>
 
-#include <tests/support/temporaryfolder.h>
-#include <tests/support/testcertificates.h>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace {
 

@@ -1,9 +1,14 @@
 // The groups of services beside read and browse: what they send, how they split and what they hand over.
 #include <tests/support/recordedtrace.h>
-#include <uabase/values/uavariant.h>
-
 #include <tests/unit/sdk/servicehandlers.h>
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <vector>
 
 namespace {
 

@@ -1,5 +1,11 @@
 // Service calls: checks, splitting, merging.
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+
+#include <vector>
 
 namespace {
 

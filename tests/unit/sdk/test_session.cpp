@@ -1,9 +1,13 @@
 // Connecting, the watchdog and reconnecting.
 #include <tests/unit/sdk/sessiontest.h>
-
-#include <cmath>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uaclient.h>
 
 #include <gmock/gmock.h>
+
+#include <chrono>
+#include <cmath>
+#include <stdexcept>
 
 namespace {
 

@@ -1,11 +1,20 @@
 // Publish requests, their answers and what the application hears of them.
+#include <tests/support/recordedtrace.h>
 #include <tests/unit/sdk/subscriptiontest.h>
-
-#include <future>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uasubscription.h>
 
 #include <gmock/gmock.h>
 
-#include <tests/support/recordedtrace.h>
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 

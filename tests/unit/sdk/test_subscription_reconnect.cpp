@@ -1,11 +1,17 @@
 // Subscriptions when the link breaks, and the services about their monitored items.
+#include <tests/support/recordedtrace.h>
 #include <tests/unit/sdk/subscriptiontest.h>
-
-#include <future>
+#include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uastatus.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uasubscription.h>
 
 #include <gmock/gmock.h>
 
-#include <tests/support/recordedtrace.h>
+#include <atomic>
+#include <future>
+#include <string>
+#include <vector>
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include <stack/encoding/messagecodec.h>
 
 #include <array>
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>

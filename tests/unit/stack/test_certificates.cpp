@@ -1,15 +1,17 @@
 // Certificates judged by the folders of a store.
-#include <tests/support/testcertificates.h>
-
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
-
-#include <filesystem>
-#include <fstream>
-
-#include <sys/stat.h>
+#include <tests/support/testcertificates.h>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
 
 namespace {
 

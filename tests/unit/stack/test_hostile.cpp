@@ -1,13 +1,15 @@
 // Bytes that nobody should send: every one ends in a status, nothing is read or taken beyond what is there.
+#include <opcua/opcua_types.h>
 #include <tests/unit/stack/countingmemory.h>
 #include <tests/unit/stack/describe.h>
 #include <tests/unit/stack/encodingtest.h>
 
-#include <opcua/opcua_types.h>
-
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <random>
+#include <vector>
 
 namespace {
 

@@ -1,13 +1,14 @@
 // Memory that runs out, and values made by hand instead of read.
+#include <opcua/opcua_types.h>
 #include <tests/unit/stack/countingmemory.h>
 #include <tests/unit/stack/describe.h>
 #include <tests/unit/stack/encodingtest.h>
 
-#include <opcua/opcua_types.h>
-
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <utility>
+#include <vector>
 
 namespace {
 

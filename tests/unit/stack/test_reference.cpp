@@ -1,13 +1,14 @@
 // Our encoding against bytes that another implementation made.
+#include <opcua/opcua_types.h>
 #include <tests/unit/stack/countingmemory.h>
 #include <tests/unit/stack/describe.h>
 #include <tests/unit/stack/encodingtest.h>
 
-#include <opcua/opcua_types.h>
-
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
+#include <vector>
 
 TEST(ReferenceEncoding, EveryBuiltInTypeReadsAndWritesTheSameBytes)
 {

@@ -1,15 +1,15 @@
 // Structures with optional fields, unions and recursion, which namespace 0 has none of, and the lookups.
-#include <tests/unit/stack/countingmemory.h>
-#include <tests/unit/stack/encodingtest.h>
-
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_types.h>
+#include <tests/unit/stack/countingmemory.h>
+#include <tests/unit/stack/encodingtest.h>
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstring>
+#include <string>
 
 namespace {
 

@@ -1,7 +1,17 @@
 // Typed arrays: who owns what. The memory checks of the sanitizer build do the rest.
-#include <gtest/gtest.h>
+#include <uabase/values/uaarray.h>
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <string>
+#include <utility>
 
 namespace {
 

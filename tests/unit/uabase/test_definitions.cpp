@@ -1,8 +1,21 @@
 // Definitions of the standard's types, and definitions that a server publishes.
-#include <gtest/gtest.h>
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaelement.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
+
+#include <utility>
 
 TEST(NamespaceZero, StructuresByEitherId)
 {

@@ -1,14 +1,27 @@
 // Bodies encoded by an implementation that is not ours, by the definitions of a type dictionary.
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/structures/uatypedefinitionstore.h>
+#include <uabase/structures/uatypedictionary.h>
+#include <uabase/text/uavaluetext.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <sstream>
-
-#include <uabase/structures/uagenericstructurevalue.h>
-#include <uabase/structures/uagenericunionvalue.h>
-#include <uabase/structures/uatypedictionary.h>
-#include <uabase/text/uavaluetext.h>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 

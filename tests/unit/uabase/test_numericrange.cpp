@@ -1,8 +1,14 @@
 // Index ranges: their text, and the elements that they mean.
-#include <gtest/gtest.h>
-
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uanumericrange.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 namespace {
 

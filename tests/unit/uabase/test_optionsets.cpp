@@ -1,6 +1,13 @@
 // Option sets as numbers and as structures.
-#include <gtest/gtest.h>
 #include <uabase/structures/uagenericoptionsetvalue.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
 
 namespace {
 

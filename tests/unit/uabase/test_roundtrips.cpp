@@ -1,13 +1,31 @@
 // Random definitions with random values: as bytes, JSON and XML and back. The seed is fixed and printed, so
 // that a failure can be repeated.
-#include <gtest/gtest.h>
-
-#include <random>
-
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/structures/uatypedefinitionstore.h>
 #include <uabase/text/uavaluetext.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 

@@ -1,13 +1,21 @@
 // What copies cost: scalars no memory at all, everything else a counter.
-#include <gtest/gtest.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uanamespacezero.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
 
 #include <atomic>
 #include <cstdlib>
 #include <new>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace {
 

@@ -1,9 +1,18 @@
 // Structure bodies by definition, against bytes written out by hand.
 #include <tests/unit/uabase/testdefinitions.h>
-
-#include <gtest/gtest.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
 
 using namespace testdefinitions;
 

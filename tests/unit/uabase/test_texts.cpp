@@ -1,12 +1,21 @@
 // Texts, byte strings, identifiers and names: parsing and writing.
-#include <gtest/gtest.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaguid.h>
 #include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+
+#include <gtest/gtest.h>
 
 #include <map>
+#include <string>
+#include <string_view>
 #include <unordered_set>
 
 TEST(UaString, TellsNullFromEmpty)

@@ -1,8 +1,10 @@
 // Points in time: text forms, the epoch of the system, values beyond the calendar.
-#include <gtest/gtest.h>
 #include <uabase/values/uadatetime.h>
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
+#include <ctime>
 
 TEST(UaDateTime, TextFormReadsBack)
 {

@@ -1,10 +1,23 @@
 // Type dictionaries in XML: what they make of bodies.
-#include <gtest/gtest.h>
-
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/structures/uatypedefinitionstore.h>
 #include <uabase/structures/uatypedictionary.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 

@@ -1,16 +1,33 @@
 // JSON and XML of values: the standard's form, and reading back what was written.
+#include <opcua/opcua_identifiers.h>
+#include <opcua/opcua_statuscodes.h>
 #include <tests/unit/uabase/testdefinitions.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/structures/uatypedefinitionstore.h>
+#include <uabase/text/uavaluetext.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 #include <gtest/gtest.h>
 
 #include <limits>
-
-#include <opcua/opcua_identifiers.h>
-#include <opcua/opcua_statuscodes.h>
-#include <uabase/structures/uagenericstructurevalue.h>
-#include <uabase/structures/uagenericunionvalue.h>
-#include <uabase/structures/uatypedefinitionstore.h>
-#include <uabase/text/uavaluetext.h>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 

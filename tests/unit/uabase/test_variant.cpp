@@ -1,11 +1,28 @@
 // Variants of every type and shape: setting, reading, elements, texts.
-#include <gtest/gtest.h>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfo.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
 
 #include <cmath>
+#include <initializer_list>
 #include <limits>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace {
 

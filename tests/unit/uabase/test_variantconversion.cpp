@@ -1,10 +1,23 @@
 // Which types convert into which, and to what.
-#include <gtest/gtest.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uaexpandednodeid.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <gtest/gtest.h>
 
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 #include <map>
+#include <string>
 
 namespace {
 

@@ -2,6 +2,10 @@
 #pragma once
 
 #include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uanodeid.h>
 
 #include <map>
 

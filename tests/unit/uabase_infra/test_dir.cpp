@@ -1,18 +1,22 @@
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <optional>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <tests/support/temporaryfolder.h>
+#include <uabase/system/uadir.h>
+#include <uabase/values/uastring.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <tests/support/temporaryfolder.h>
-#include <uabase/system/uadir.h>
+#include <algorithm>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+#include <vector>
 
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAre;

@@ -1,16 +1,16 @@
 // The stack's start and end, with the stack replaced by a journal.
-#include <cstdarg>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <opcua/opcua_channel.h>
 #include <uabase/system/uaplatformlayer.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/system/uatracehook.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdarg>
+#include <string>
+#include <utility>
+#include <vector>
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;

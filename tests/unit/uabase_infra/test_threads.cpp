@@ -1,3 +1,11 @@
+#include <uabase/system/uamutex.h>
+#include <uabase/system/uarefcounter.h>
+#include <uabase/system/uasemaphore.h>
+#include <uabase/system/uathread.h>
+#include <uabase/system/uathreadpool.h>
+
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <atomic>
 #include <functional>
@@ -6,15 +14,8 @@
 #include <mutex>
 #include <set>
 #include <thread>
+#include <utility>
 #include <vector>
-
-#include <gtest/gtest.h>
-
-#include <uabase/system/uamutex.h>
-#include <uabase/system/uarefcounter.h>
-#include <uabase/system/uasemaphore.h>
-#include <uabase/system/uathread.h>
-#include <uabase/system/uathreadpool.h>
 
 namespace {
 

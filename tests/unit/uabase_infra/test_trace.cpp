@@ -1,11 +1,17 @@
+#include <tests/unit/uabase_infra/tracetest.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/system/uatracehook.h>
+#include <uabase/values/uastring.h>
+
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <future>
+#include <string>
 #include <thread>
-
-#include <tests/unit/uabase_infra/tracetest.h>
+#include <vector>
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;

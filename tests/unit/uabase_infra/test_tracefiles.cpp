@@ -1,12 +1,16 @@
-#include <csignal>
-#include <filesystem>
+#include <tests/unit/uabase_infra/tracetest.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/values/uastring.h>
 
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <tests/unit/uabase_infra/tracetest.h>
+#include <vector>
 
 using ::testing::Contains;
 using ::testing::ElementsAre;

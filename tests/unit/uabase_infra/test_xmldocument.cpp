@@ -1,9 +1,10 @@
-#include <string>
+#include <tests/support/temporaryfolder.h>
+#include <uabase/text/uaxmldocument.h>
+#include <uabase/values/uastring.h>
 
 #include <gtest/gtest.h>
 
-#include <tests/support/temporaryfolder.h>
-#include <uabase/text/uaxmldocument.h>
+#include <string>
 
 namespace {
 

@@ -1,16 +1,18 @@
 // The trace is one for the whole process: each test begins and ends with it turned off.
 #pragma once
 
-#include <mutex>
-#include <string>
-#include <vector>
+#include <tests/support/temporaryfolder.h>
+#include <uabase/system/uatrace.h>
+#include <uabase/system/uatracehook.h>
+#include <uabase/values/uastring.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <tests/support/temporaryfolder.h>
-#include <uabase/system/uatrace.h>
-#include <uabase/system/uatracehook.h>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
 
 class RecordingHook : public UaTraceHook
 {

@@ -1,14 +1,18 @@
 // Keys and certificates for the tests; the keys are made once, because that is what takes time.
 #pragma once
 
-#include <string>
-#include <vector>
+#include <tests/support/temporaryfolder.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uastring.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <tests/support/temporaryfolder.h>
-#include <uabase/uapkicpp/uapkicertificate.h>
+#include <string>
+#include <vector>
 
 namespace PkiTest {
 

@@ -1,11 +1,22 @@
-#include <memory>
+#include <tests/unit/uapkicpp/pkitest.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificatecollection.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkicsr.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkipublickey.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
 
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
-#include <uabase/uapkicpp/uapkicertificatecollection.h>
-
-#include <tests/unit/uapkicpp/pkitest.h>
+#include <array>
+#include <memory>
+#include <span>
+#include <string>
 
 using namespace PkiTest;
 using ::testing::ElementsAre;

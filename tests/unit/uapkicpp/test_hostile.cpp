@@ -1,11 +1,20 @@
 // What arrives from servers and in folders that others write to.
-#include <filesystem>
-
-#include <sys/stat.h>
-
-#include <uabase/uapkicpp/uapkirevocationlist.h>
-
 #include <tests/unit/uapkicpp/pkitest.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkicsr.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+#include <vector>
 
 using namespace PkiTest;
 using ::testing::HasSubstr;

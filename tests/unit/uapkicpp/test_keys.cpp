@@ -1,10 +1,17 @@
-#include <cstring>
-#include <filesystem>
+#include <tests/unit/uapkicpp/pkitest.h>
+#include <uabase/uapkicpp/uapkikey.h>
+#include <uabase/uapkicpp/uapkiprivatekey.h>
+#include <uabase/uapkicpp/uapkipublickey.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uastring.h>
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 
-#include <tests/unit/uapkicpp/pkitest.h>
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <string>
 
 using namespace PkiTest;
 using ::testing::HasSubstr;

@@ -1,6 +1,9 @@
-#include <uabase/uapkicpp/uapkirevocationlist.h>
-
 #include <tests/unit/uapkicpp/pkitest.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uastring.h>
 
 using namespace PkiTest;
 using ::testing::HasSubstr;
