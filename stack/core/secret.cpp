@@ -1,12 +1,12 @@
 #include <stack/core/secret.h>
 
-#include <openssl/crypto.h>
+#include <string.h> // explicit_bzero is not in std
 
 namespace opcua {
 
 void wipe(Bytes& bytes)
 {
-    OPENSSL_cleanse(bytes.data(), bytes.size());
+    explicit_bzero(bytes.data(), bytes.size());
     bytes.clear();
 }
 
@@ -14,7 +14,7 @@ void Secret::truncate(size_t size)
 {
     if (size >= m_bytes.size())
         return;
-    OPENSSL_cleanse(m_bytes.data() + size, m_bytes.size() - size);
+    explicit_bzero(m_bytes.data() + size, m_bytes.size() - size);
     m_bytes.resize(size);
 }
 
