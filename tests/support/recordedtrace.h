@@ -5,6 +5,8 @@
 #include <uabase/system/uatracehook.h>
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -25,23 +27,35 @@ public:
     }
 
     [[nodiscard]] bool holds(std::string_view text) const { return count(text) > 0; }
+    /// Waits for a record that holds the text, ten seconds at most.
+    [[nodiscard]] bool waitFor(std::string_view text) const
+    {
+        std::unique_lock lock(m_mutex);
+        return m_recorded.wait_for(lock, std::chrono::seconds(10), [&] { return countLocked(text) > 0; });
+    }
     /// Records that hold the text.
     [[nodiscard]] long count(std::string_view text) const
     {
         std::lock_guard lock(m_mutex);
-        return std::count_if(m_records.begin(), m_records.end(), [text](const std::string& record) {
-            return record.find(text) != std::string::npos;
-        });
+        return countLocked(text);
     }
 
 private:
+    long countLocked(std::string_view text) const
+    {
+        return std::count_if(
+            m_records.begin(), m_records.end(),
+            [text](const std::string& record) { return record.find(text) != std::string::npos; });
+    }
     void traceOutput(UaTrace::TraceLevel, const char* text, int) override
     {
         std::lock_guard lock(m_mutex);
         m_records.emplace_back(text);
+        m_recorded.notify_all();
     }
 
     mutable std::mutex m_mutex;
+    mutable std::condition_variable m_recorded;
     std::vector<std::string> m_records;
     UaTrace::TraceLevel m_before;
 };
