@@ -83,7 +83,9 @@ function connectUpstream() {
     defaultSecureTokenLifetime: 3_600_000,
     connectionStrategy: { maxRetry: 0, initialDelay: 100, maxDelay: 100 },
   });
-  return new Promise((done, failed) => channel.create(options.upstream, (error) => (error ? failed(error) : done())));
+  return new Promise((done, failed) =>
+    channel.create(options.upstream, (error) => (error ? failed(error) : done())),
+  );
 }
 
 /** One request and its answer; a fault of the service is an answer too. */
@@ -140,7 +142,10 @@ function writeInfo(file, info) {
 
 await connectUpstream();
 channel.on("close", () => process.exit(1));
-const server = createServer({ cert: readFileSync(options.certificate), key: readFileSync(options.key) }, answer);
+const server = createServer(
+  { cert: readFileSync(options.certificate), key: readFileSync(options.key) },
+  answer,
+);
 server.listen(Number(options.port), options.host, () => {
   ownUrl = `https://${options.host}:${server.address().port}/Tavelin/Demo`;
   const { certificate } = options;

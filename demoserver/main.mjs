@@ -7,7 +7,8 @@ import { parseArgs } from "node:util";
 
 import { startServer } from "./lib/server.mjs";
 
-const usage = "usage: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]";
+const usage =
+  "usage: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]";
 const here = dirname(fileURLToPath(import.meta.url));
 const stopLimit = 500;
 
@@ -62,5 +63,6 @@ process.on("SIGTERM", stop);
 process.on("SIGINT", stop);
 
 server = await startServer(options);
-if (options.info) writeInfo(options.info, { endpointUrl: server.endpointUrl, port: server.port, pid: process.pid });
+if (options.info)
+  writeInfo(options.info, { endpointUrl: server.endpointUrl, port: server.port, pid: process.pid });
 console.log(`Tavelin demo server listens at ${server.endpointUrl}`);

@@ -33,10 +33,17 @@ def check(root):
             continue
         for number, line in enumerate((root / path).read_text(encoding="utf-8").splitlines(), 1):
             links = [target for target in LINK.findall(line) if "://" not in target]
-            spans = re.findall(r"`([^`]+)`", line) if path == Path("docs/map.md") and line.startswith("|") else []
-            problems += [f"{path}:{number}: there is no {target}" for target in links
-                         if not (root / path.parent / target).exists()]
-            problems += [f"{path}:{number}: there is no {span}" for span in spans if not places(root, files, span)]
+            spans = (
+                re.findall(r"`([^`]+)`", line) if path == Path("docs/map.md") and line.startswith("|") else []
+            )
+            problems += [
+                f"{path}:{number}: there is no {target}"
+                for target in links
+                if not (root / path.parent / target).exists()
+            ]
+            problems += [
+                f"{path}:{number}: there is no {span}" for span in spans if not places(root, files, span)
+            ]
     return problems
 
 

@@ -8,11 +8,13 @@ from pathlib import Path
 from check_sources import ROOT, is_generated, project_files, report, without_comments
 
 FILE_LINES, FUNCTION_LINES = 600, 80
-_SCOPE = re.compile(r'\b(namespace|class|struct|union|enum|extern)\b')
+_SCOPE = re.compile(r"\b(namespace|class|struct|union|enum|extern)\b")
 _LAMBDA = re.compile(r"=\s*\[[^\]]*\]")
 _ASSIGNMENT = re.compile(r"(?<![=!<>+\-*/%&|^])=(?!=)")
 _CALLABLE = re.compile(r"\)\s*(const|noexcept|override|final|->[^;{}]*)*\s*$")
-_LABELS = re.compile(r"\s*((public|private|protected|slots|signals|Q_OBJECT|Q_GADGET|Q_SLOTS|Q_SIGNALS)\b[\s:]*)*")
+_LABELS = re.compile(
+    r"\s*((public|private|protected|slots|signals|Q_OBJECT|Q_GADGET|Q_SLOTS|Q_SIGNALS)\b[\s:]*)*"
+)
 
 
 def matching_brace(text, opening):
@@ -45,7 +47,12 @@ def is_scope(head):
 
 def functions(source):
     """(name, first line, lines) of every function with a body."""
-    text = re.sub(r"^[ \t]*#(?:\\\n|[^\n])*", lambda m: re.sub(r"[^\n]", " ", m[0]), without_comments(source), flags=re.M)
+    text = re.sub(
+        r"^[ \t]*#(?:\\\n|[^\n])*",
+        lambda m: re.sub(r"[^\n]", " ", m[0]),
+        without_comments(source),
+        flags=re.M,
+    )
     position = start = 0
     while True:
         match = re.compile(r"[;{}]").search(text, position)
@@ -55,7 +62,7 @@ def functions(source):
         if match[0] != "{":
             start = position
             continue
-        head = text[start:match.start()]
+        head = text[start : match.start()]
         if is_scope(head):
             start = position
             continue
@@ -91,8 +98,10 @@ def distribution(lengths):
     if not lengths:
         return "no functions"
     over60 = 100 * sum(n > 60 for n in lengths) / len(lengths)
-    return (f"{len(lengths)} functions: median {lengths[len(lengths) // 2]} lines, nine in ten within "
-            f"{lengths[len(lengths) * 9 // 10]}, {over60:.1f} % over 60, longest {lengths[-1]}")
+    return (
+        f"{len(lengths)} functions: median {lengths[len(lengths) // 2]} lines, nine in ten within "
+        f"{lengths[len(lengths) * 9 // 10]}, {over60:.1f} % over 60, longest {lengths[-1]}"
+    )
 
 
 if __name__ == "__main__":

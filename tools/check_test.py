@@ -29,12 +29,26 @@ class SmallProject(unittest.TestCase):
 class LayersTest(SmallProject):
     def setUp(self):
         super().setUp()
-        self.write("cmake/TavelinParts.cmake", (ROOT / "cmake/TavelinParts.cmake").read_text(encoding="utf-8"))
-        for header in ("stack/include/opcua/opcua.h", "stack/generated/include/opcua/opcua_types.h",
-                       "stack/generated/opcua_types.h", "stack/core/channel.h", "stack/transport/loop.h", "uabase/uanodeid.h",
-                       "uabase/uatrace_p.h", "uabase/uapkicpp/uapkicertificate.h", "uaclientsdk/uasession.h",
-                       "app/api/qlumlog.h", "uawidgets/qlumplot.h", "certificates/qlumcertificates.h",
-                       "servers/qlumserver.h", "plugins/events/qlumeventview.h", "app/mainwindow/qlumtavelin.h"):
+        self.write(
+            "cmake/TavelinParts.cmake", (ROOT / "cmake/TavelinParts.cmake").read_text(encoding="utf-8")
+        )
+        for header in (
+            "stack/include/opcua/opcua.h",
+            "stack/generated/include/opcua/opcua_types.h",
+            "stack/generated/opcua_types.h",
+            "stack/core/channel.h",
+            "stack/transport/loop.h",
+            "uabase/uanodeid.h",
+            "uabase/uatrace_p.h",
+            "uabase/uapkicpp/uapkicertificate.h",
+            "uaclientsdk/uasession.h",
+            "app/api/qlumlog.h",
+            "uawidgets/qlumplot.h",
+            "certificates/qlumcertificates.h",
+            "servers/qlumserver.h",
+            "plugins/events/qlumeventview.h",
+            "app/mainwindow/qlumtavelin.h",
+        ):
             self.write(header, "#pragma once\n")
 
     def faults_of(self, path, *includes):
@@ -43,48 +57,63 @@ class LayersTest(SmallProject):
 
     def test_arrows_down_pass(self):
         for path, *includes in (
-                ("stack/core/channel.cpp", "<stack/core/channel.h>", "<opcua/opcua.h>", "<vector>"),
-                ("stack/transport/loop.cpp", "<stack/core/channel.h>", "<sys/socket.h>", "<openssl/ssl.h>"),
-                ("uabase/uanodeid.cpp", "<uabase/uanodeid.h>", "<opcua/opcua_types.h>", "<libxml/tree.h>", '"uatrace_p.h"'),
-                ("uabase/uapkicpp/uapkicertificate.cpp", "<openssl/x509.h>", "<uabase/uanodeid.h>"),
-                ("plugins/events/a.cpp", "<uabase/uanodeid.h>", "<uaclientsdk/uasession.h>", "<QWidget>", "<qwt_plot.h>"),
-                ("plugins/addressspace/a.cpp", "<servers/qlumserver.h>"),
-                ("plugins/gds/a.cpp", "<certificates/qlumcertificates.h>"),
-                ("app/mainwindow/qlumtavelin.cpp", "<plugins/events/qlumeventview.h>", "<servers/qlumserver.h>"),
-                ("app/api/qlumlog.cpp", "// <plugins/events/qlumeventview.h>")):
+            ("stack/core/channel.cpp", "<stack/core/channel.h>", "<opcua/opcua.h>", "<vector>"),
+            ("stack/transport/loop.cpp", "<stack/core/channel.h>", "<sys/socket.h>", "<openssl/ssl.h>"),
+            (
+                "uabase/uanodeid.cpp",
+                "<uabase/uanodeid.h>",
+                "<opcua/opcua_types.h>",
+                "<libxml/tree.h>",
+                '"uatrace_p.h"',
+            ),
+            ("uabase/uapkicpp/uapkicertificate.cpp", "<openssl/x509.h>", "<uabase/uanodeid.h>"),
+            (
+                "plugins/events/a.cpp",
+                "<uabase/uanodeid.h>",
+                "<uaclientsdk/uasession.h>",
+                "<QWidget>",
+                "<qwt_plot.h>",
+            ),
+            ("plugins/addressspace/a.cpp", "<servers/qlumserver.h>"),
+            ("plugins/gds/a.cpp", "<certificates/qlumcertificates.h>"),
+            ("app/mainwindow/qlumtavelin.cpp", "<plugins/events/qlumeventview.h>", "<servers/qlumserver.h>"),
+            ("app/api/qlumlog.cpp", "// <plugins/events/qlumeventview.h>"),
+        ):
             self.assertEqual(self.faults_of(path, *includes), [], path)
 
     def test_wrong_arrows_are_found(self):
         for path, include in (
-                ("uabase/uanodeid.cpp", "<uaclientsdk/uasession.h>"),
-                ("uabase/uanodeid.cpp", "<uabase/uapkicpp/uapkicertificate.h>"),
-                ("uabase/uanodeid.cpp", "<stack/core/channel.h>"),
-                ("uabase/uanodeid.cpp", "<stack/generated/opcua_types.h>"),
-                ("uaclientsdk/uasession.cpp", "<app/api/qlumlog.h>"),
-                ("uaclientsdk/uasession.cpp", "<uabase/uatrace_p.h>"),
-                ("stack/core/channel.cpp", "<stack/transport/loop.h>"),
-                ("stack/core/channel.cpp", "<uabase/uanodeid.h>"),
-                ("app/api/qlumlog.cpp", "<uawidgets/qlumplot.h>"),
-                ("servers/qlumserver.cpp", "<plugins/events/qlumeventview.h>"),
-                ("plugins/attributes/a.cpp", "<plugins/events/qlumeventview.h>"),
-                ("plugins/attributes/a.cpp", "<servers/qlumserver.h>"),
-                ("plugins/attributes/a.cpp", "<certificates/qlumcertificates.h>"),
-                ("plugins/attributes/a.cpp", '"../../app/mainwindow/qlumtavelin.h"'),
-                ("uawidgets/qlumplot.cpp", "<app/mainwindow/qlumtavelin.h>")):
+            ("uabase/uanodeid.cpp", "<uaclientsdk/uasession.h>"),
+            ("uabase/uanodeid.cpp", "<uabase/uapkicpp/uapkicertificate.h>"),
+            ("uabase/uanodeid.cpp", "<stack/core/channel.h>"),
+            ("uabase/uanodeid.cpp", "<stack/generated/opcua_types.h>"),
+            ("uaclientsdk/uasession.cpp", "<app/api/qlumlog.h>"),
+            ("uaclientsdk/uasession.cpp", "<uabase/uatrace_p.h>"),
+            ("stack/core/channel.cpp", "<stack/transport/loop.h>"),
+            ("stack/core/channel.cpp", "<uabase/uanodeid.h>"),
+            ("app/api/qlumlog.cpp", "<uawidgets/qlumplot.h>"),
+            ("servers/qlumserver.cpp", "<plugins/events/qlumeventview.h>"),
+            ("plugins/attributes/a.cpp", "<plugins/events/qlumeventview.h>"),
+            ("plugins/attributes/a.cpp", "<servers/qlumserver.h>"),
+            ("plugins/attributes/a.cpp", "<certificates/qlumcertificates.h>"),
+            ("plugins/attributes/a.cpp", '"../../app/mainwindow/qlumtavelin.h"'),
+            ("uawidgets/qlumplot.cpp", "<app/mainwindow/qlumtavelin.h>"),
+        ):
             self.assertEqual(len(self.faults_of(path, include)), 1, f"{path} {include}")
             (self.root / path).unlink()
 
     def test_outside_libraries_are_kept_in_their_folders(self):
         for path, include in (
-                ("uaclientsdk/uasession.cpp", "<QString>"),
-                ("uabase/uanodeid.h", "<QtCore/QString>"),
-                ("app/api/qlumlog.cpp", "<openssl/evp.h>"),
-                ("stack/core/channel.cpp", "<openssl/evp.h>"),
-                ("uabase/uanodeid.cpp", "<openssl/evp.h>"),
-                ("uaclientsdk/uasession.cpp", "<sys/socket.h>"),
-                ("stack/core/channel.cpp", "<netinet/tcp.h>"),
-                ("app/mainwindow/qlumtavelin.cpp", "<QTcpSocket>"),
-                ("uaclientsdk/uasession.cpp", "<libxml/tree.h>")):
+            ("uaclientsdk/uasession.cpp", "<QString>"),
+            ("uabase/uanodeid.h", "<QtCore/QString>"),
+            ("app/api/qlumlog.cpp", "<openssl/evp.h>"),
+            ("stack/core/channel.cpp", "<openssl/evp.h>"),
+            ("uabase/uanodeid.cpp", "<openssl/evp.h>"),
+            ("uaclientsdk/uasession.cpp", "<sys/socket.h>"),
+            ("stack/core/channel.cpp", "<netinet/tcp.h>"),
+            ("app/mainwindow/qlumtavelin.cpp", "<QTcpSocket>"),
+            ("uaclientsdk/uasession.cpp", "<libxml/tree.h>"),
+        ):
             self.assertEqual(len(self.faults_of(path, include)), 1, f"{path} {include}")
             (self.root / path).unlink()
 
@@ -109,7 +138,7 @@ class SizesTest(SmallProject):
         self.assertEqual(lengths, [80, 81])
 
     def test_functions_are_told_from_other_braces(self):
-        source = '''
+        source = """
 namespace ns {
 /* { */ const char* text = "{ ( {"; // {
 static const Row table[] = {
@@ -147,7 +176,7 @@ enum class Kind { A, B };
 TEST(Subject, does)
 {
 }
-'''
+"""
         found = {name: lines for name, _, lines in check_sizes.functions(source)}
         self.assertEqual(found, {"Thing": 6, "operator==": 1, "made": 6, "?": 3, "pairOf": 4, "TEST": 3})
 
@@ -159,15 +188,27 @@ class WordingTest(SmallProject):
 
     def test_planted_words_are_found(self):
         paper, mark = "sp" + "ec", "TO" + "DO"
-        for text in (f"// as the {paper} says", f"see The {paper.capitalize()}ification", f"{paper}.md", "Pa" + "rt 4.1",
-                     "/wo" + "rk/main", "sha" + "red/style", f"// {mark}: later", "// not imple" + "mented yet"):
+        for text in (
+            f"// as the {paper} says",
+            f"see The {paper.capitalize()}ification",
+            f"{paper}.md",
+            "Pa" + "rt 4.1",
+            "/wo" + "rk/main",
+            "sha" + "red/style",
+            f"// {mark}: later",
+            "// not imple" + "mented yet",
+        ):
             self.assertEqual(len(self.faults_of("a.cpp", text + "\n")), 1, text)
 
     def test_what_is_right_passes(self):
         paper = "sp" + "ec"
         self.write("generated/status.cpp", "// Bad: the operation is not imple" + "mented.\n")
-        self.assertEqual(self.faults_of("a.cpp", f"// {paper}ial; follows the {paper}ification OPC 10000-6, 6.7; "
-                                                 "network/ part 4\n"), [])
+        self.assertEqual(
+            self.faults_of(
+                "a.cpp", f"// {paper}ial; follows the {paper}ification OPC 10000-6, 6.7; " "network/ part 4\n"
+            ),
+            [],
+        )
 
     def test_messages_of_commits_are_read(self):
         git = ["git", "-C", str(self.root), "-c", "user.name=t", "-c", "user.email=t@example.org"]
@@ -179,8 +220,11 @@ class WordingTest(SmallProject):
 class MapTest(SmallProject):
     def test_dead_pointers_are_found(self):
         self.write("app/log/qlumlog.h", "")
-        self.write("docs/map.md", "`anything/else`\n| log | `app/log` | `QlumLog` of `qlumlog.h` | `tests/unit/<part>` |\n"
-                                  "| gone | `app/gone` | `QlumGone` | [here](../README.md) |\n")
+        self.write(
+            "docs/map.md",
+            "`anything/else`\n| log | `app/log` | `QlumLog` of `qlumlog.h` | `tests/unit/<part>` |\n"
+            "| gone | `app/gone` | `QlumGone` | [here](../README.md) |\n",
+        )
         faults = [problem.split(" no ")[1] for problem in check_map.check(self.root)]
         self.assertEqual(faults, ["../README.md", "app/gone", "QlumGone"])
 

@@ -18,7 +18,12 @@ function addPlant(b) {
 
 function addEvents(b, plant) {
   const type = b.demo.addEventType({ browseName: "BatchEventType", subtypeOf: "BaseEventType" });
-  b.demo.addVariable({ browseName: "BatchNumber", dataType: "UInt32", propertyOf: type, modellingRule: "Mandatory" });
+  b.demo.addVariable({
+    browseName: "BatchNumber",
+    dataType: "UInt32",
+    propertyOf: type,
+    modellingRule: "Mandatory",
+  });
   let batch = 0;
   b.every(2000, () => {
     batch += 1;
@@ -31,7 +36,9 @@ function addEvents(b, plant) {
 }
 
 function input(b, plant, name, dataType, value) {
-  return b.variable(`Plant.${name}`, plant, dataType, scalar(DataType[dataType], value), { eventSourceOf: plant });
+  return b.variable(`Plant.${name}`, plant, dataType, scalar(DataType[dataType], value), {
+    eventSourceOf: plant,
+  });
 }
 
 function common(name, source, plant, inputNode) {

@@ -33,7 +33,12 @@ function fillPast(node, type, value, status, now) {
   }
 }
 
-const aggregates = { treatUncertainAsBad: false, percentDataBad: 100, percentDataGood: 100, useSlopedExtrapolation: false };
+const aggregates = {
+  treatUncertainAsBad: false,
+  percentDataBad: 100,
+  percentDataGood: 100,
+  useSlopedExtrapolation: false,
+};
 
 export function addHistory(b) {
   ua.addAggregateSupport(b.space);

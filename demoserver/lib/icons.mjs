@@ -16,7 +16,9 @@ function checks(size, colour) {
 }
 
 const icon = (b, id, owner, bytes) =>
-  b.property(id, owner, "ImagePNG", scalar(DataType.ByteString, bytes), { name: { namespaceIndex: 0, name: "Icon" } });
+  b.property(id, owner, "ImagePNG", scalar(DataType.ByteString, bytes), {
+    name: { namespaceIndex: 0, name: "Icon" },
+  });
 
 export function addIcons(b) {
   const folder = b.folder("Icon");
@@ -31,7 +33,11 @@ export function addIcons(b) {
   });
 
   pump.instantiate({ nodeId: "s=Icon.PlainPump", browseName: "PlainPump", organizedBy: folder });
-  const marked = pump.instantiate({ nodeId: "s=Icon.MarkedPump", browseName: "MarkedPump", organizedBy: folder });
+  const marked = pump.instantiate({
+    nodeId: "s=Icon.MarkedPump",
+    browseName: "MarkedPump",
+    organizedBy: folder,
+  });
   icon(b, "Icon.MarkedPump.Icon", marked, disc(16, [220, 60, 30, 255]));
 
   const big = b.demo.addObject({ nodeId: "s=Icon.Big", browseName: "Big", organizedBy: folder });

@@ -31,7 +31,12 @@ function table(structures) {
   const double = DataType.Double;
   return [
     ["Nothing", [], [], () => good()],
-    ["Count", [], [argument("Calls", DataType.UInt32)], () => good([{ dataType: DataType.UInt32, value: ++calls }])],
+    [
+      "Count",
+      [],
+      [argument("Calls", DataType.UInt32)],
+      () => good([{ dataType: DataType.UInt32, value: ++calls }]),
+    ],
     [
       "Add",
       [argument("A", double, -1, "first summand"), argument("B", double, -1, "second summand")],
@@ -40,7 +45,12 @@ function table(structures) {
     ],
     ["EchoText", [argument("Text", DataType.String)], [argument("Text", DataType.String)], echo],
     ["EchoArray", [argument("Values", DataType.Int32, 1)], [argument("Values", DataType.Int32, 1)], echo],
-    ["EchoAny", [argument("Value", ua.coerceNodeId("i=24"))], [argument("Value", ua.coerceNodeId("i=24"))], echo],
+    [
+      "EchoAny",
+      [argument("Value", ua.coerceNodeId("i=24"))],
+      [argument("Value", ua.coerceNodeId("i=24"))],
+      echo,
+    ],
     [
       "EchoStructure",
       [argument("Point", structures.typeId("Point"))],

@@ -43,7 +43,10 @@ const limits = {
 };
 
 function certificateManager(folder, acceptAll) {
-  return new ua.OPCUACertificateManager({ rootFolder: folder, automaticallyAcceptUnknownCertificate: acceptAll });
+  return new ua.OPCUACertificateManager({
+    rootFolder: folder,
+    automaticallyAcceptUnknownCertificate: acceptAll,
+  });
 }
 
 function serverOptions({ host, port, pki, acceptAll }) {

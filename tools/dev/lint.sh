@@ -13,7 +13,10 @@ base_commit() {
 selected() { # the .cpp files to look at
     case ${1:-} in
         --all) sources ;;
-        "") sources | grep -Fxf <(git diff --name-only --diff-filter=d "$(base_commit)"; git ls-files --others --exclude-standard) ;;
+        "") sources | grep -Fxf <(
+            git diff --name-only --diff-filter=d "$(base_commit)"
+            git ls-files --others --exclude-standard
+        ) ;;
         *) printf '%s\n' "$@" ;;
     esac | grep '\.cpp$'
 }

@@ -27,7 +27,9 @@ function checkUnique(lines) {
 
 function write(file, heading, lines) {
   checkUnique(lines);
-  const text = [...heading.map((line) => `# ${line}`), ...lines.map((columns) => columns.join(" | "))].join("\n");
+  const text = [...heading.map((line) => `# ${line}`), ...lines.map((columns) => columns.join(" | "))].join(
+    "\n",
+  );
   writeFileSync(join(folder, file), `${text}\n`);
   console.log(`${file}: ${lines.length} cases`);
 }

@@ -43,7 +43,9 @@ def resources():
         for block in ElementTree.parse(qrc).getroot().iter("qresource"):
             for entry in block.iter("file"):
                 alias = entry.get("alias", entry.text)
-                yield name, f"{block.get('prefix', '/').rstrip('/')}/{alias}", (qrc.parent / entry.text).resolve()
+                yield name, f"{block.get('prefix', '/').rstrip('/')}/{alias}", (
+                    qrc.parent / entry.text
+                ).resolve()
 
 
 def source(png):
@@ -87,14 +89,23 @@ def check():
         elif png_width(png) != width:
             faults.append(f"{png.relative_to(ROOT)}: {png_width(png)} pixels wide, not {width}")
     used = {source(png)[0] for png in pngs}
-    faults += [f"{svg.relative_to(ROOT)}: no resource file lists a picture of it"
-               for svg in sorted(SVG.glob("*.svg")) if svg not in used]
+    faults += [
+        f"{svg.relative_to(ROOT)}: no resource file lists a picture of it"
+        for svg in sorted(SVG.glob("*.svg"))
+        if svg not in used
+    ]
     folders = {png.parent for png in pngs}
-    faults += [f"{png.relative_to(ROOT)}: in no resource file"
-               for folder in sorted(folders) for png in sorted(folder.glob("*.png")) if png not in pngs]
+    faults += [
+        f"{png.relative_to(ROOT)}: in no resource file"
+        for folder in sorted(folders)
+        for png in sorted(folder.glob("*.png"))
+        if png not in pngs
+    ]
     for fault in faults:
         print(fault)
-    print(f"{len(pngs)} pictures, {sum(p.stat().st_size for p in pngs if p.exists())} bytes, {len(faults)} faults")
+    print(
+        f"{len(pngs)} pictures, {sum(p.stat().st_size for p in pngs if p.exists())} bytes, {len(faults)} faults"
+    )
     return 1 if faults else 0
 
 

@@ -18,7 +18,8 @@ const authenticationToken = new ua.NodeId(
   0,
 );
 const node = (text) => ua.coerceNodeId(text);
-const variant = (dataType, value, more = {}) => new ua.Variant({ dataType: ua.DataType[dataType], value, ...more });
+const variant = (dataType, value, more = {}) =>
+  new ua.Variant({ dataType: ua.DataType[dataType], value, ...more });
 const array = (dataType, value) => variant(dataType, value, { arrayType: ua.VariantArrayType.Array });
 
 function requestHeader(handle) {
@@ -116,7 +117,10 @@ function connecting() {
         profileUris: [binaryTransport],
       }),
     ],
-    ["one-endpoint", new ua.GetEndpointsResponse({ responseHeader: responseHeader(2), endpoints: [endpoint()] })],
+    [
+      "one-endpoint",
+      new ua.GetEndpointsResponse({ responseHeader: responseHeader(2), endpoints: [endpoint()] }),
+    ],
     [
       "ordinary",
       new ua.CreateSessionRequest({
@@ -425,7 +429,10 @@ function eventFilter() {
           filterOperator: ua.FilterOperator.And,
           filterOperands: [new ua.ElementOperand({ index: 1 }), new ua.ElementOperand({ index: 2 })],
         },
-        { filterOperator: ua.FilterOperator.OfType, filterOperands: [literal(variant("NodeId", node("i=2041")))] },
+        {
+          filterOperator: ua.FilterOperator.OfType,
+          filterOperands: [literal(variant("NodeId", node("i=2041")))],
+        },
         {
           filterOperator: ua.FilterOperator.GreaterThanOrEqual,
           filterOperands: [operand("Severity"), literal(variant("UInt16", 500))],
@@ -439,7 +446,13 @@ function subscribing() {
   const item = (nodeId, attributeId, filter, handle) => ({
     itemToMonitor: { nodeId: node(nodeId), attributeId },
     monitoringMode: ua.MonitoringMode.Reporting,
-    requestedParameters: { clientHandle: handle, samplingInterval: 250, filter, queueSize: 10, discardOldest: true },
+    requestedParameters: {
+      clientHandle: handle,
+      samplingInterval: 250,
+      filter,
+      queueSize: 10,
+      discardOldest: true,
+    },
   });
   const deadband = new ua.DataChangeFilter({
     trigger: ua.DataChangeTrigger.StatusValueTimestamp,
@@ -501,7 +514,10 @@ function subscribing() {
 function publishing() {
   const dataChange = new ua.DataChangeNotification({
     monitoredItems: [
-      { clientHandle: 1, value: { value: variant("Boolean", true), sourceTimestamp: time, serverTimestamp: later } },
+      {
+        clientHandle: 1,
+        value: { value: variant("Boolean", true), sourceTimestamp: time, serverTimestamp: later },
+      },
       { clientHandle: 2, value: { statusCode: ua.StatusCodes.BadSensorFailure } },
     ],
     diagnosticInfos: [],
@@ -527,7 +543,11 @@ function publishing() {
         subscriptionId: 42,
         availableSequenceNumbers: [6, 7],
         moreNotifications: true,
-        notificationMessage: { sequenceNumber: 7, publishTime: later, notificationData: [dataChange, events] },
+        notificationMessage: {
+          sequenceNumber: 7,
+          publishTime: later,
+          notificationData: [dataChange, events],
+        },
         results: [ua.StatusCodes.Good, ua.StatusCodes.BadSequenceNumberUnknown],
         diagnosticInfos: [],
       }),
@@ -558,7 +578,9 @@ function publishing() {
 export function messageCases() {
   const fault = [
     "bad-session",
-    new ua.ServiceFault({ responseHeader: responseHeader(16, { serviceResult: ua.StatusCodes.BadSessionIdInvalid }) }),
+    new ua.ServiceFault({
+      responseHeader: responseHeader(16, { serviceResult: ua.StatusCodes.BadSessionIdInvalid }),
+    }),
   ];
   return [
     ...connecting(),
