@@ -1,6 +1,7 @@
 // HTTPS in front of an opc.tcp server: takes encoded requests as bodies of POSTs and passes them on over one
 // secure channel without security.
-//   node httpsfront.mjs --upstream URL --certificate FILE --key FILE [--port N] [--host ADDRESS] [--info FILE]
+//   node httpsfront.mjs --upstream URL --certificate FILE --key FILE
+//       [--port N] [--host ADDRESS] [--info FILE]
 
 import { readFileSync, renameSync, writeFileSync } from "node:fs";
 import { createServer } from "node:https";

@@ -1,4 +1,5 @@
-// The demo server's program: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]
+// The demo server's program:
+//   node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]
 
 import { mkdirSync, renameSync, writeFileSync } from "node:fs";
 import { dirname, join, resolve } from "node:path";

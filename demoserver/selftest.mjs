@@ -1,4 +1,5 @@
-// Starts the demo server and checks over the wire that every subject is there and works. Exits with 1 when anything fails.
+// Starts the demo server and checks over the wire that every subject is there and works. Exits with 1 when
+// anything fails.
 
 import { strict as assert } from "node:assert";
 import { mkdtempSync, readFileSync, readdirSync, rmSync } from "node:fs";

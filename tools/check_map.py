@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The documents point at what is there: paths and classes in backticks of docs/map.md, and links in all documents."""
+"""The documents point at what is there: paths and classes in backticks of docs/map.md, links everywhere."""
 import re
 import sys
 from pathlib import Path
@@ -11,7 +11,7 @@ LINK = re.compile(r"\]\(([^)#\s]+)[^)]*\)")
 
 
 def places(root, files, span):
-    """Whether what a row of the map names is there: a class by its header, a path, or a file of any folder."""
+    """Whether what a row of the map names is there: a class by its header, a path, a file of any folder."""
     if "<" in span or " " in span:
         return True
     if CLASS.fullmatch(span):

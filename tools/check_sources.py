@@ -33,7 +33,7 @@ _LEXEMES = re.compile(
 
 
 def without_comments(text, keep_strings=False):
-    """The text with comments and, unless asked otherwise, the insides of literals blanked; line numbers stay."""
+    """The text with comments and, unless asked otherwise, insides of literals blanked; line numbers stay."""
 
     def blank(match):
         lexeme = match[0]

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""What the project's files must not say: references to papers that its readers do not have, paths of one machine,
-marks of unfinished work. With a range of commits (check_wording.py main..HEAD) their messages are read too.
+"""What the project's files must not say: references to papers that its readers do not have, paths of one
+machine, marks of unfinished work. With a range of commits (check_wording.py main..HEAD) their messages are
+read too.
 
 The words are put together from pieces, so that this file passes its own check.
 """

@@ -1,4 +1,4 @@
-// Object Plant: an event source that fires events every two seconds, and alarms that can be acknowledged and confirmed.
+// Object Plant: an event source that fires every two seconds, and alarms to acknowledge and confirm.
 
 import { scalar } from "./builder.mjs";
 import { DataType, ua } from "./ua.mjs";
@@ -73,7 +73,7 @@ function addAlarms(b, plant) {
   return { level, heat, door };
 }
 
-/** Swings the inputs slowly through their limits; writing to Plant.Automatic stops it, for tests that want the say. */
+/** Swings the inputs slowly through their limits; writing to Plant.Automatic stops it, for tests. */
 function addSwing(b, plant, { level, heat, door }) {
   const automatic = b.variable("Plant.Automatic", plant, "Boolean", scalar(DataType.Boolean, true));
   let tick = 0;
@@ -87,7 +87,8 @@ function addSwing(b, plant, { level, heat, door }) {
 }
 
 export function addAlarmsAndEvents(b) {
-  b.space.installAlarmsAndConditionsService(); // without it nobody answers ConditionRefresh, Acknowledge and the like
+  // without it nobody answers ConditionRefresh, Acknowledge and the like
+  b.space.installAlarmsAndConditionsService();
   const plant = addPlant(b);
   addEvents(b, plant);
   addSwing(b, plant, addAlarms(b, plant));

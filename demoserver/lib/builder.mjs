@@ -33,7 +33,7 @@ export class Builder {
     return this.#folderIn(namespace, parent, id, name);
   }
 
-  /** A variable with the id `s=ID`; its browse name is the id's last part unless given. Writable unless told otherwise. */
+  /** A variable with the id `s=ID`, writable unless told otherwise; its browse name is the id's last part. */
   variable(id, parent, dataType, value, more = {}) {
     const { namespace = this.demo, name = id.split(".").pop(), status, ...rest } = more;
     const options = {
@@ -86,7 +86,7 @@ export const matrix = (dataType, dimensions, value) => ({
   value,
 });
 
-/** What every built-in type looks like here: an ordinary value and two others, for scalars, arrays and matrices. */
+/** What every built-in type looks like here, in scalars, arrays and matrices: one ordinary value, two others. */
 export function builtInValues() {
   const date = (text) => new Date(text);
   const guid = "72962B91-FA75-4AE6-8D28-B404DC7DAF63";

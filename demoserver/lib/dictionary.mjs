@@ -1,4 +1,4 @@
-// The type dictionary of the structures namespace: the older way for a server to tell how its structures are encoded.
+// The type dictionary of the structures namespace: the older way to tell how structures are encoded.
 
 import { scalar } from "./builder.mjs";
 import { colours, dictionaryOnly, flags, modes, structures, typeIds } from "./structuretypes.mjs";

@@ -1,4 +1,5 @@
-// Folder Dynamic: values that change by themselves, and the data access types (analog, two-state, multi-state).
+// Folder Dynamic: values that change by themselves, and the data access types (analog, two- and
+// multi-state).
 
 import { array, scalar } from "./builder.mjs";
 import { DataType, ua } from "./ua.mjs";

@@ -1,5 +1,5 @@
-// Folder History: variables with an hour of past values, a second apart, that go on being recorded, and the aggregates over
-// them.
+// Folder History: variables with an hour of past values, a second apart, that go on being recorded, and the
+// aggregates over them.
 
 import { scalar } from "./builder.mjs";
 import { DataType, StatusCodes, ua } from "./ua.mjs";

@@ -1,4 +1,5 @@
-// Folder Icon: objects and object types with an Icon property, a variable that holds a picture, and one that holds none.
+// Folder Icon: objects and object types with an Icon property, a variable that holds a picture, and one that
+// holds none.
 
 import { scalar } from "./builder.mjs";
 import { drawPng } from "./png.mjs";

@@ -12,7 +12,10 @@ const argument = (name, dataType, valueRank = -1, description = name) => ({
 });
 const good = (outputArguments = []) => ({ statusCode: StatusCodes.Good, outputArguments });
 
-/** The library takes only functions with a callback; those of the table just return what they have, or a promise of it. */
+/**
+ * The library takes only functions with a callback; those of the table just return what they have, or a
+ * promise of it.
+ */
 export function bind(method, run) {
   method.bindMethod((inputs, _context, callback) => {
     Promise.resolve(run(inputs)).then(

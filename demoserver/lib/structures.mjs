@@ -1,4 +1,4 @@
-// Folder Structure: variables of the structured types, enumerations and option sets of the structures namespace.
+// Folder Structure: variables of the types, enumerations and option sets of the structures namespace.
 
 import { array, scalar } from "./builder.mjs";
 import { flags, typeIds } from "./structuretypes.mjs";

@@ -79,7 +79,7 @@ _SOURCE = """
         return OpcUa_Channel_BeginInvokeService(channel, &OpcUa_##Name##Request_EncodeableType, request, \\
             &OpcUa_##Name##Response_EncodeableType, callback, callbackData); \\
     }
-"""
+"""  # noqa: E501
 
 
 def services_source(schema):

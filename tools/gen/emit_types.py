@@ -77,7 +77,7 @@ _MACROS = """
 #define TYPE(T, id, binary, xml, fields, count, isUnion, optional, mask, least, flat) \\
     const OpcUa_EncodeableType OpcUa_##T##_EncodeableType = {#T, id, binary, xml, sizeof(OpcUa_##T), fields, \\
         count, isUnion, optional, mask, least, flat};
-"""
+"""  # noqa: E501
 
 
 def types_source(schema):

@@ -1,5 +1,6 @@
-// Writes tests/data/encoding/{builtin,messages}.txt: binary encodings made by an OPC UA implementation that shares no
-// code with ours, so that a misreading of the standard in our encoder cannot hide behind the same misreading in our decoder.
+// Writes tests/data/encoding/{builtin,messages}.txt: binary encodings made by an OPC UA implementation that
+// shares no code with ours, so that a misreading of the standard in our encoder cannot hide behind the same
+// misreading in our decoder.
 //
 //   (cd demoserver && npm ci) && node tools/gen/reference_encodings.mjs
 //

@@ -1,5 +1,5 @@
-// Writes tests/data/encoding/{dictionary.xml,structures.txt}: the demo server's type dictionary, and the bodies of its
-// structured values, encoded by an implementation that shares no code with ours.
+// Writes tests/data/encoding/{dictionary.xml,structures.txt}: the demo server's type dictionary, and the
+// bodies of its structured values, encoded by an implementation that shares no code with ours.
 //
 //   (cd demoserver && npm ci) && node tools/gen/reference_structures.mjs
 //

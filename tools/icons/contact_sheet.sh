@@ -1,6 +1,6 @@
 #!/bin/sh
-# Renders one sheet with every picture of app/resources/svg, on light and on dark ground, to look at after a change:
-# enlarged, at 24 pixels and at the 16 pixels of trees and menus.
+# Renders one sheet with every picture of app/resources/svg, on light and on dark ground, to look at after a
+# change: enlarged, at 24 pixels and at the 16 pixels of trees and menus.
 #   contact_sheet.sh [FILE.png [NAME...]]
 set -eu
 cd "$(dirname "$0")/../.."

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Renders the PNG files that the resource files (.qrc) list from the SVG sources.
 
-The resource files are the list of what is needed: images/NAME.png comes from app/resources/svg/NAME.svg at the
-size that the SVG states, images/NAME@2x.png from the same file at twice that size. Needs rsvg-convert (Debian
-package librsvg2-bin).
+The resource files are the list of what is needed: images/NAME.png comes from app/resources/svg/NAME.svg at
+the size that the SVG states, images/NAME@2x.png from the same file at twice that size. Needs rsvg-convert
+(Debian package librsvg2-bin).
 
   render.py            render everything
   render.py NAME...    render these pictures only
@@ -26,7 +26,7 @@ QRC = [
     "plugins/gds/gdsplugin.qrc",
     "plugins/methods/methodplugin.qrc",
 ]
-# The application icon in the sizes that desktops ask for; the smallest two have a simpler drawing of their own.
+# The application icon in the sizes that desktops ask for; the smallest two have a drawing of their own.
 SIZES = {
     "tavelin_16": ("tavelin_small", 16),
     "tavelin_32": ("tavelin_small", 32),
@@ -103,9 +103,8 @@ def check():
     ]
     for fault in faults:
         print(fault)
-    print(
-        f"{len(pngs)} pictures, {sum(p.stat().st_size for p in pngs if p.exists())} bytes, {len(faults)} faults"
-    )
+    size = sum(png.stat().st_size for png in pngs if png.exists())
+    print(f"{len(pngs)} pictures, {size} bytes, {len(faults)} faults")
     return 1 if faults else 0
 
 

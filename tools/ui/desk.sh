@@ -60,8 +60,8 @@ spawn() { # NAME COMMAND...: in a session of its own, output to DIR/NAME.log
     record "$name" $!
 }
 
-# "PID START-TIME" of all processes in the sessions that we started: children of the bus, of the launcher and so on.
-# A leader may be gone while its children live on: a session's number is not reused while they do.
+# "PID START-TIME" of all processes in the sessions that we started: children of the bus, of the launcher and
+# so on. A leader may be gone while its children live on: a session's number is not reused while they do.
 session_processes() {
     local sessions=" " process pid stat
     while read -r _ pid _; do sessions+="$pid "; done <"$dir/pids"

@@ -1,7 +1,8 @@
-// How a neutral value of each built-in type is described in the data file, turned into the library's object and encoded.
+// How a neutral value of each built-in type is described in the data file, turned into the library's object
+// and encoded.
 //
-// Neutral values: numbers and BigInts, null or a string, null or a Buffer, a DateTime as BigInt ticks of 100 ns since 1601,
-// and plain objects for the compound types (see cases.mjs).
+// Neutral values: numbers and BigInts, null or a string, null or a Buffer, a DateTime as BigInt ticks of 100
+// ns since 1601, and plain objects for the compound types (see cases.mjs).
 
 import { createRequire } from "node:module";
 import { dirname, join } from "node:path";
