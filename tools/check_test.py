@@ -11,6 +11,7 @@ import check_map
 import check_sizes
 import check_wording
 from check_sources import ROOT, without_comments
+from script_functions import javascript_functions, python_functions, shell_functions
 
 
 class SmallProject(unittest.TestCase):
@@ -135,7 +136,25 @@ class SizesTest(SmallProject):
         self.write("stack/generated/c.cpp", "int i;\n" * 5000)
         problems, lengths = check_sizes.check(self.root)
         self.assertEqual([problem.split(":")[0] for problem in problems], ["a.cpp", "b.cpp"])
-        self.assertEqual(lengths, [80, 81])
+        self.assertEqual(lengths["C++"], [80, 81])
+
+    def test_scripts_are_measured_too(self):
+        for path, line, head, tail in (
+            ("a.py", "g()\n", "def f():\n", "\n\ng()\n"),
+            ("a.mjs", "g();\n", "export function f() {\n", "}\n\ng();\n"),
+            ("a.sh", "g\n", "f() {\n", "}\n\ng\n"),
+        ):
+            end = tail.count("}")  # the closing bracket is a line of the function
+            self.write(f"long/{path}", line * 601)
+            self.write(f"fits/{path}", line * 600)
+            self.write(f"long/function/{path}", head + f"    {line}" * (80 - end) + tail)
+            self.write(f"fits/function/{path}", head + f"    {line}" * (79 - end) + tail)
+        problems, lengths = check_sizes.check(self.root)
+        self.assertEqual(
+            [problem.split(":")[0] for problem in problems],
+            [f"long/{folder}a.{suffix}" for suffix in ("py", "mjs", "sh") for folder in ("", "function/")],
+        )
+        self.assertEqual(lengths, {"C++": [], **dict.fromkeys(("Python", "JavaScript", "shell"), [80, 81])})
 
     def test_functions_are_told_from_other_braces(self):
         source = """
@@ -179,6 +198,114 @@ TEST(Subject, does)
 """
         found = {name: lines for name, _, lines in check_sizes.functions(source)}
         self.assertEqual(found, {"Thing": 6, "operator==": 1, "made": 6, "?": 3, "pairOf": 4, "TEST": 3})
+
+
+class ScriptFunctionsTest(unittest.TestCase):
+    def found(self, find_functions, source):
+        return {name: lines for name, _, lines in find_functions(source)}
+
+    def test_python(self):
+        source = """
+@decorated
+def outer(
+    a,
+):
+    text = '''
+def none():
+'''
+
+    def inner(): return 1
+
+    return inner
+
+
+class Thing:
+    async def method(self):
+        pass
+"""
+        self.assertEqual(self.found(python_functions, source), {"outer": 10, "inner": 1, "method": 2})
+
+    def test_shell(self):
+        source = """
+short() { echo "$1"; }
+named() { # FILE
+    if true; then {
+        echo
+    }; fi
+}
+held() { [ "$1" ] && {
+    echo
+}; }
+sub-shell() (
+    cd /
+)
+case $x in
+    "") named "$(pwd)" ;;
+esac
+"""
+        self.assertEqual(
+            self.found(shell_functions, source), {"short": 1, "named": 5, "held": 3, "sub-shell": 3}
+        )
+
+    def test_javascript(self):
+        source = """
+export default async function named({ a, b }) {
+  if (a) {
+    b();
+  } else {
+    c();
+  }
+}
+function broken(
+  first,
+  { second },
+) {
+  call(
+    first,
+  );
+}
+function taken({
+  a,
+}) {
+  return a;
+}
+const arrow = async (a) => {
+  for (const b of a) {
+    b();
+  }
+};
+const expression = (a) => a + 1;
+class Thing {
+  get value() {
+    return 1;
+  }
+  #hidden(
+    a,
+  ) {
+    return {
+      inObject() {
+        return a;
+      },
+    };
+  }
+}
+call(1, (a) => {
+  b(a);
+});
+"""
+        self.assertEqual(
+            self.found(javascript_functions, source),
+            {
+                "named": 7,
+                "broken": 8,
+                "taken": 5,
+                "arrow": 5,
+                "value": 3,
+                "#hidden": 9,
+                "inObject": 3,
+                "=>": 3,
+            },
+        )
 
 
 class WordingTest(SmallProject):
