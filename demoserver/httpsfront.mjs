@@ -3,10 +3,12 @@
 //   node httpsfront.mjs --upstream URL --certificate FILE --key FILE
 //       [--port N] [--host ADDRESS] [--info FILE]
 
-import { readFileSync, renameSync, writeFileSync } from "node:fs";
+import { readFileSync } from "node:fs";
 import { createServer } from "node:https";
 import { createRequire } from "node:module";
 import { parseArgs } from "node:util";
+
+import { argumentsOrExit, writeInfo } from "./lib/program.mjs";
 
 const require = createRequire(import.meta.url);
 const { BinaryStream } = require("node-opcua-binary-stream");
@@ -39,16 +41,7 @@ function readArguments() {
   return values;
 }
 
-function parseOrExit() {
-  try {
-    return readArguments();
-  } catch (error) {
-    console.error(`${error.message}\n${usage}`);
-    process.exit(2);
-  }
-}
-
-const options = parseOrExit();
+const options = argumentsOrExit(readArguments, usage);
 let ownUrl = "";
 
 function decodeRequest(body) {
@@ -132,13 +125,6 @@ async function answer(message, response) {
     response.writeHead(error.status ?? 500, { "Content-Type": "text/html" });
     response.end(`<html><body>${error.status ?? 500}</body></html>`);
   }
-}
-
-/** Whoever waits for the file must never read half of it. */
-function writeInfo(file, info) {
-  const temporary = `${file}.${process.pid}`;
-  writeFileSync(temporary, `${JSON.stringify(info)}\n`);
-  renameSync(temporary, file);
 }
 
 await connectUpstream();
