@@ -345,15 +345,31 @@ class WordingTest(SmallProject):
 
 
 class MapTest(SmallProject):
-    def test_dead_pointers_are_found(self):
+    def setUp(self):
+        super().setUp()
         self.write("app/log/qlumlog.h", "")
-        self.write(
-            "docs/map.md",
-            "`anything/else`\n| log | `app/log` | `QlumLog` of `qlumlog.h` | `tests/unit/<part>` |\n"
-            "| gone | `app/gone` | `QlumGone` | [here](../README.md) |\n",
-        )
-        faults = [problem.split(" no ")[1] for problem in check_map.check(self.root)]
-        self.assertEqual(faults, ["../README.md", "app/gone", "QlumGone"])
+        self.write("app/log/qlumlogview_p.h", "")
+        self.write("README.md", "")
+
+    def faults_of(self, path, text):
+        self.write(path, text)
+        problems = check_map.check(self.root)
+        (self.root / path).unlink()
+        return [problem.removeprefix(f"{path}:").split(": there is no ") for problem in problems]
+
+    def test_dead_pointers_of_the_map_are_found(self):
+        text = "`anything/else`\n| gone | `app/gone` | `QlumGone` of `qlumgone.h` | [here](../GONE.md) |\n"
+        gone = ["../GONE.md", "app/gone", "QlumGone", "qlumgone.h"]
+        self.assertEqual(self.faults_of("docs/map.md", text), [["2", target] for target in gone])
+
+    def test_dead_links_of_any_document_are_found(self):
+        text = "# Title\n\n[a](gone.md) and [b](../gone.md#part), `gone/too`\n"
+        self.assertEqual(self.faults_of("docs/other.md", text), [["3", "gone.md"], ["3", "../gone.md"]])
+
+    def test_what_is_there_passes(self):
+        row = "| log | `app/log` | `QlumLog` of `qlumlog.h`, `QlumLogViewPrivate` | `tests/<part>` |\n"
+        links = "[a](../README.md#title) [b](https://example.org/gone.md) [c](#part) ![d](../app/log)\n"
+        self.assertEqual(self.faults_of("docs/map.md", row + links), [])
 
 
 class CommentsTest(unittest.TestCase):
