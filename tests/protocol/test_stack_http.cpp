@@ -103,7 +103,7 @@ TEST(HttpAnswers, FaultsOfOneAnswerLeaveTheNextAlone)
                                            Pipeline::failed(5, OpcUa_BadCommunicationError), "6:ok"));
 }
 
-TEST(HttpAnswers, WhatCanNotBeReadEndsTheConnectionAndNothingGrows)
+TEST(HttpAnswers, WhatCannotBeReadEndsTheConnectionAndNothingGrows)
 {
     const std::string ok = "HTTP/1.1 200 OK\r\n";
     std::string manyHeaders = ok;

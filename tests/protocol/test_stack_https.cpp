@@ -71,7 +71,7 @@ TEST_F(StackHttps, EveryWayThatConnectFailsHasItsStatusAndItsTime)
     EXPECT_EQ(HttpsChannel().connect(peer.url()), OpcUa_BadSecurityChecksFailed);
 }
 
-TEST_F(StackHttps, WhatCanNotBeConnectedIsRefusedBeforeTheNetwork)
+TEST_F(StackHttps, WhatCannotBeConnectedIsRefusedBeforeTheNetwork)
 {
     const HttpsPeer peer(serveAll);
     HttpsChannel channel;

@@ -196,7 +196,7 @@ TEST(StackSecurityFaults, TakesNoncesOfTheExactLengthAndOnce)
 
 // ---- what a policy asks for
 
-TEST(StackSecurityPolicies, ToldWhyOneCanNotBeUsed)
+TEST(StackSecurityPolicies, ToldWhyOneCannotBeUsed)
 {
     const Identity& good = identity(2048, "client");
     const Identity& other = identity(2048, "server");

@@ -86,7 +86,7 @@ TEST_F(StackTransport, NobodyListens)
     EXPECT_TRUE(OpcUa_IsBad(channel.connect("opc.tcp://no-such-host.invalid:4840", 2000)));
 }
 
-TEST_F(StackTransport, WhatCanNotBeConnectedIsRefusedBeforeTheNetwork)
+TEST_F(StackTransport, WhatCannotBeConnectedIsRefusedBeforeTheNetwork)
 {
     LoopbackPeer peer(serving(answerAtOnce));
     Channel channel;
@@ -396,7 +396,7 @@ protected:
     Mailbox<Line> lines;
 };
 
-TEST_F(StackTrace, LinesAreFilteredBoundedAndCanNotBeForged)
+TEST_F(StackTrace, LinesAreFilteredBoundedAndCannotBeForged)
 {
     OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_WARNING);
     OpcUa_Trace(OPCUA_TRACE_LEVEL_INFO, "too fine");

@@ -8,7 +8,7 @@
 namespace soak {
 
 /// Fills policy, mode, own certificate with its key and the server's certificate, which is asked for there.
-/// False, with the reason on the error stream, when that can not be done.
+/// False, with the reason on the error stream, when that cannot be done.
 bool secure(const std::string& url, UaClientSdk::SessionSecurityInfo& security);
 
 /// The same URL with another port.

@@ -57,7 +57,7 @@ FaultProxy::FaultProxy(std::uint16_t serverPort)
         ::bind(m_listener.get(), reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
         ::listen(m_listener.get(), 64) != 0 ||
         ::getsockname(m_listener.get(), reinterpret_cast<sockaddr*>(&address), &length) != 0)
-        throw std::runtime_error("the relay can not listen");
+        throw std::runtime_error("the relay cannot listen");
     m_port = ntohs(address.sin_port);
     m_thread = std::thread([this] { run(); });
 }

@@ -301,7 +301,7 @@ TEST_F(AddressSpaceModel, HighlightingTellsTheNodesOfBothNamespaces)
     EXPECT_EQ(combo.count(), 4);
 }
 
-TEST_F(AddressSpaceModel, DragHoldsEveryIndexButTheRootCanNotStartIt)
+TEST_F(AddressSpaceModel, DragHoldsEveryIndexButTheRootCannotStartIt)
 {
     makeTree();
     EXPECT_FALSE(model->flags(root()) & Qt::ItemIsDragEnabled);

@@ -83,7 +83,7 @@ TEST_F(Home, OldStoreIsMoved)
     EXPECT_FALSE(QDir(below(QStringLiteral("PKI/CA"))).exists());
 }
 
-TEST_F(Home, WhatCanNotBeMovedStaysForTheNextStart)
+TEST_F(Home, WhatCannotBeMovedStaysForTheNextStart)
 {
     write(QStringLiteral("PKI/CA/private/tavelin_key.pem"), "old");
     write(QStringLiteral("PKI/own/private/tavelin_key.pem"), "new");

@@ -197,7 +197,7 @@ TEST_F(ConnectFaultTest, NoServiceIsCalledBetweenANewChannelAndItsActivation)
     EXPECT_EQ(meanwhile, static_cast<OpcUa_StatusCode>(OpcUa_BadConnectionClosed));
 }
 
-TEST_F(ConnectFaultTest, ACallbackOfAConnectCanNotBeginAnother)
+TEST_F(ConnectFaultTest, ACallbackOfAConnectCannotBeginAnother)
 {
     class Impatient : public RecordingCallback
     {

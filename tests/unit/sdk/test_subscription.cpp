@@ -103,7 +103,7 @@ TEST_F(SubscriptionTest, KeepAlivesNameTheNextNumber)
     EXPECT_TRUE(trace.holds("KeepAlive SequenceNumber (2) is contained in AvailableSequenceNumbers"));
 }
 
-TEST_F(SubscriptionTest, WhatCanNotBeUnderstoodIsTracedAndAcknowledged)
+TEST_F(SubscriptionTest, WhatCannotBeUnderstoodIsTracedAndAcknowledged)
 {
     const RecordedTrace trace;
     create(11);

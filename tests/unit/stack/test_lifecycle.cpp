@@ -246,7 +246,7 @@ TEST(EncodingLifeCycle, AttachedStructureIsWrittenWithItsLength)
     EXPECT_EQ(countingmemory::liveBlocks(), before);
 }
 
-TEST(EncodingLifeCycle, WhatCanNotBeWrittenIsRefused)
+TEST(EncodingLifeCycle, WhatCannotBeWrittenIsRefused)
 {
     OpcUa_Variant variant{};
     OpcUa_ByteString bytes;

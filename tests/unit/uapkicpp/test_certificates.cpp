@@ -178,7 +178,7 @@ TEST(UaPkiCertificate, EmptyPartsAreAbsent)
     EXPECT_TRUE(certificate.subject().organization.isNull());
 }
 
-TEST(UaPkiCertificate, WhatCanNotBeSaidGivesANullCertificateAndAReason)
+TEST(UaPkiCertificate, WhatCannotBeSaidGivesANullCertificateAndAReason)
 {
     UaPkiIdentity threeLetters = identity("x");
     threeLetters.country = "NLD";
