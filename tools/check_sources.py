@@ -44,6 +44,14 @@ def without_comments(text, keep_strings=False):
     return _LEXEMES.sub(blank, text)
 
 
+def comments(text):
+    """(line, comment, whether it stands alone on its line) of every comment."""
+    for match in _LEXEMES.finditer(text):
+        if match[0][0] == "/":
+            before = text[text.rfind("\n", 0, match.start()) + 1:match.start()]
+            yield text.count("\n", 0, match.start()) + 1, match[0].rstrip(), not before.strip()
+
+
 def report(problems, summary):
     """Prints every problem, a line each; the exit code of the check."""
     for problem in problems:

@@ -15,9 +15,12 @@ lint_shell() { shell_files | xargs -r -d '\n' shellcheck; }
 
 check "checks' own tests" python3 tools/check_test.py -q
 check "tests of the driver" tools/ui/uidriver_test.py -q
+check "the dialect's and include lines' tests" python3 tools/check_dialect_test.py -q
 check format tools/dev/fmt.sh --check
 check "lint of Python" lint_python
 check "lint of shell" lint_shell
+check includes python3 tools/check_includes.py
+check dialect python3 tools/check_dialect.py
 check layers python3 tools/check_layers.py
 check sizes python3 tools/check_sizes.py
 check wording python3 tools/check_wording.py

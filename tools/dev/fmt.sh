@@ -12,6 +12,7 @@ each() { # FILES COMMAND...: as few calls as there are processors
 }
 
 format_all() {
+    python3 tools/check_includes.py --fix
     each sources clang-format-14 -i
     each python_files black --quiet
     each javascript_files "$PRETTIER" --log-level warn --write

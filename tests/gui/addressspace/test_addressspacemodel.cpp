@@ -34,8 +34,8 @@
 namespace {
 using Reporting = QAbstractItemModelTester::FailureReportingMode;
 
-const UaNodeId kRoot(84);
-const UaNodeId kProperty(68);
+const UaNodeId rootId(84);
+const UaNodeId propertyType(68);
 
 UaNodeId node(OpcUa_UInt32 id, OpcUa_UInt16 namespaceIndex = 1)
 {
@@ -55,7 +55,7 @@ protected:
     // A tree in which Objects stands at two places.
     void makeTree(QComboBox* combo = nullptr)
     {
-        services->browses[kRoot] = {{{{"Objects", node(1)}, {"Area", node(2)}}}};
+        services->browses[rootId] = {{{{"Objects", node(1)}, {"Area", node(2)}}}};
         services->browses[node(2)] = {{{{"Objects", node(1)}}}};
         services->browses[node(1)] = {{{{"Old", node(10)}}}};
         make(combo);
@@ -80,7 +80,7 @@ protected:
 
 TEST_F(AddressSpaceModel, AsksForForwardHierarchicalReferencesAndSortsByCodeUnit)
 {
-    services->browses[kRoot] = {{{{"b", node(1)}, {"a", node(2)}, {"Z", node(3)}, {"\xC3\xA4", node(4)}}}};
+    services->browses[rootId] = {{{{"b", node(1)}, {"a", node(2)}, {"Z", node(3)}, {"\xC3\xA4", node(4)}}}};
     application.settings["General.MaxReferencesToReturn"] = 33;
     make();
     EXPECT_EQ(text(), "Root\n  Z\n  a\n  b\n  \xC3\xA4\n");
@@ -101,23 +101,23 @@ TEST_F(AddressSpaceModel, AsksForForwardHierarchicalReferencesAndSortsByCodeUnit
 
 TEST_F(AddressSpaceModel, DuplicatesAreDroppedWithinAndAcrossResults)
 {
-    services->browses[kRoot] = {{{{"first", node(1)}, {"again", node(1)}}},
-                                {{{"later", node(1)}, {"two", node(2)}}}};
+    services->browses[rootId] = {{{{"first", node(1)}, {"again", node(1)}}},
+                                 {{{"later", node(1)}, {"two", node(2)}}}};
     make();
     EXPECT_EQ(text(), "Root\n  first\n  two\n");
-    services->browses[kRoot].push_back({{{"new", node(3)}}});
+    services->browses[rootId].push_back({{{"new", node(3)}}});
     model->browseNodeIndex(root());
     EXPECT_EQ(text(), "Root\n  first\n  new\n  two\n");
 }
 
 TEST_F(AddressSpaceModel, RootIsHiddenUntilItHasChildrenAndFailuresCanBeTriedAgain)
 {
-    services->browses[kRoot] = {{{{"half", node(1)}}, OpcUa_UncertainReferenceOutOfServer}};
+    services->browses[rootId] = {{{{"half", node(1)}}, OpcUa_UncertainReferenceOutOfServer}};
     make();
     EXPECT_EQ(model->rowCount(), 1);
     EXPECT_FALSE(root().isValid());
     ASSERT_EQ(application.texts().size(), 1);
-    services->browses[kRoot] = {{{{"Objects", node(1)}, {"Types", node(2)}}}};
+    services->browses[rootId] = {{{{"Objects", node(1)}, {"Types", node(2)}}}};
     model->rebrowseNodeIndex(root());
     EXPECT_EQ(text(), "Root\n  Objects\n  Types\n");
     EXPECT_FALSE(model->index(1, 0).isValid()) << "there is one root, however many children it has";
@@ -142,7 +142,7 @@ TEST_F(AddressSpaceModel, BudgetOfBrowseNextCalls)
                  {2, {"browse i=84", "next", "next", "release"}},
                  {9, {"browse i=84", "next", "next", "next"}}};
     for (const auto& [budget, journal] : cases) {
-        services->browses[kRoot] = {
+        services->browses[rootId] = {
             {{{"a", node(1)}}}, {{{"b", node(2)}}}, {{{"c", node(3)}}}, {{{"d", node(4)}}}};
         services->journal.clear();
         application.settings["General.MaxBrowseNextCalls"] = budget;
@@ -156,7 +156,7 @@ TEST_F(AddressSpaceModel, AnEndlessServerIsStopped)
 {
     services->endless = true;
     application.settings["General.MaxBrowseNextCalls"] = -1;
-    services->browses[kRoot] = {{{{"a", node(1)}}}};
+    services->browses[rootId] = {{{{"a", node(1)}}}};
     make();
     EXPECT_EQ(text(), "Root\n  a\n");
     EXPECT_EQ(services->journal.last(), "release");
@@ -171,7 +171,7 @@ TEST_F(AddressSpaceModel, AnEndlessServerIsStopped)
 
 TEST_F(AddressSpaceModel, PropertiesAreNeverBrowsed)
 {
-    services->browses[kRoot] = {{{{"limit", node(1), OpcUa_NodeClass_Variable, kProperty}}}};
+    services->browses[rootId] = {{{{"limit", node(1), OpcUa_NodeClass_Variable, propertyType}}}};
     make();
     EXPECT_FALSE(model->hasChildren(child(0)));
     EXPECT_FALSE(model->canFetchMore(child(0)));
@@ -196,7 +196,7 @@ TEST_F(AddressSpaceModel, ReferenceChangesRefreshEveryOccurrence)
 
 TEST_F(AddressSpaceModel, LongBrowsesLeaveTheEventLoopAliveAndCanBeCancelled)
 {
-    services->browses[kRoot] = {{{{"wide", node(1)}}}};
+    services->browses[rootId] = {{{{"wide", node(1)}}}};
     make();
     services->inventive = true;
     application.settings["General.MaxBrowseNextCalls"] = -1;
@@ -219,7 +219,7 @@ TEST_F(AddressSpaceModel, LongBrowsesLeaveTheEventLoopAliveAndCanBeCancelled)
 
 TEST_F(AddressSpaceModel, NodesThatGoWhileTheyAreBrowsedReleaseTheirContinuationPoint)
 {
-    services->browses[kRoot] = {{{{"wide", node(1)}}}};
+    services->browses[rootId] = {{{{"wide", node(1)}}}};
     make();
     services->inventive = true;
     application.settings["General.MaxBrowseNextCalls"] = -1;
@@ -234,10 +234,10 @@ TEST_F(AddressSpaceModel, NodesThatGoWhileTheyAreBrowsedReleaseTheirContinuation
 
 TEST_F(AddressSpaceModel, PersistentIndexesFollowTheSorting)
 {
-    services->browses[kRoot] = {{{{"m", node(1)}}}};
+    services->browses[rootId] = {{{{"m", node(1)}}}};
     make();
     const QPersistentModelIndex m(child(0));
-    services->browses[kRoot] = {{{{"a", node(2)}, {"z", node(3)}}}};
+    services->browses[rootId] = {{{{"a", node(2)}, {"z", node(3)}}}};
     model->browseNodeIndex(root());
     EXPECT_EQ(m.row(), 1);
     EXPECT_EQ(m.data().toString(), "m");
@@ -246,10 +246,10 @@ TEST_F(AddressSpaceModel, PersistentIndexesFollowTheSorting)
 TEST_F(AddressSpaceModel, IconsComeFromTheServerOrTheClass)
 {
     server.nodeWithIcon = node(1);
-    services->browses[kRoot] = {{{{"a", node(1)},
-                                  {"b", node(2), OpcUa_NodeClass_Object, UaNodeId(61)},
-                                  {"c", node(3), OpcUa_NodeClass_Variable, kProperty},
-                                  {"d", node(4), static_cast<OpcUa_NodeClass>(3)}}}};
+    services->browses[rootId] = {{{{"a", node(1)},
+                                   {"b", node(2), OpcUa_NodeClass_Object, UaNodeId(61)},
+                                   {"c", node(3), OpcUa_NodeClass_Variable, propertyType},
+                                   {"d", node(4), static_cast<OpcUa_NodeClass>(3)}}}};
     make();
     const auto image = [this](int row) {
         return child(row).data(Qt::DecorationRole).value<QIcon>().pixmap(16, 16).toImage();
@@ -312,14 +312,14 @@ TEST_F(AddressSpaceModel, DragHoldsEveryIndexButTheRootCannotStartIt)
     ASSERT_TRUE(qlumDecodeNodes(data->data(qlumNodeMimeType()), dragged));
     EXPECT_EQ(dragged.serverId, 5u);
     ASSERT_EQ(dragged.nodes.size(), 2u);
-    EXPECT_EQ(dragged.nodes[0].nodeId, kRoot);
+    EXPECT_EQ(dragged.nodes[0].nodeId, rootId);
     EXPECT_EQ(dragged.nodes[1].name, "Area");
 }
 
 TEST_F(AddressSpaceModel, NamesOfServersStayText)
 {
     const std::string huge(1000000, 'x');
-    services->browses[kRoot] = {{{{"<b>bold</b>\nnext", node(1)}, {huge.c_str(), node(2)}}}};
+    services->browses[rootId] = {{{{"<b>bold</b>\nnext", node(1)}, {huge.c_str(), node(2)}}}};
     make();
     EXPECT_EQ(child(0).data().toString(), "<b>bold</b> next");
     EXPECT_TRUE(child(0).data(Qt::ToolTipRole).toString().contains("&lt;b&gt;"));
@@ -334,7 +334,7 @@ TEST_F(AddressSpaceModel, TenThousandChildrenAreFast)
         names.push_back("Node " + std::to_string(10000 - i));
     for (OpcUa_UInt32 i = 0; i < 10000; ++i)
         many.push_back({names[i].c_str(), node(i)});
-    services->browses[kRoot] = {{std::move(many)}};
+    services->browses[rootId] = {{std::move(many)}};
     make();
     ASSERT_EQ(model->rowCount(root()), 10000);
     qint64 rows = 0;
