@@ -16,6 +16,7 @@ lint_shell() { shell_files | xargs -r -d '\n' shellcheck; }
 check "checks' own tests" python3 tools/check_test.py -q
 check "tests of the driver" tools/ui/uidriver_test.py -q
 check "the dialect's and include lines' tests" python3 tools/check_dialect_test.py -q
+check "contracts' tests" python3 tools/check_contracts_test.py -q
 check format tools/dev/fmt.sh --check
 check "lint of Python" lint_python
 check "lint of shell" lint_shell

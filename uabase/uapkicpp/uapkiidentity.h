@@ -4,7 +4,7 @@
 #include <uabase/values/uastring.h>
 
 /// Empty parts are absent from the name. A part that a foreign name holds several times is joined with ", ";
-/// control characters in foreign names are written as \n, \x00 and so on, so that no name hides its end.
+/// control characters in foreign names are written as `\n`, `\x00` and so on, so that no name hides its end.
 class UaPkiIdentity
 {
 public:

@@ -19,10 +19,10 @@ typedef struct OpcUa_FieldDescriptor
 {
     const char* Name;
     OpcUa_Byte Kind;           ///< OpcUa_BuiltInType or OpcUa_FieldKind_...
-    OpcUa_Byte IsArray;        ///< the C fields are OpcUa_Int32 NoOf<Name> and a pointer <Name>
+    OpcUa_Byte IsArray;        ///< the C fields are OpcUa_Int32 `NoOf<Name>` and a pointer `<Name>`
     OpcUa_Byte IsPointer;      ///< a recursive or optional structure held by pointer
     OpcUa_UInt32 Offset;       ///< of the field, or of the array's pointer
-    OpcUa_UInt32 LengthOffset; ///< of NoOf<Name>; arrays only
+    OpcUa_UInt32 LengthOffset; ///< of `NoOf<Name>`; arrays only
     const struct OpcUa_EncodeableType* StructureType;
     /// as the standard declares it, in namespace 0: 290 for a Duration of kind Double
     OpcUa_UInt32 DataTypeId;
