@@ -13,16 +13,16 @@ check() { # NAME COMMAND...
 lint_python() { python_files | xargs -r -d '\n' flake8; }
 lint_shell() { shell_files | xargs -r -d '\n' shellcheck; }
 
-check "checks' own tests" python3 tools/check_test.py -q
-check "tests of the driver" tools/ui/uidriver_test.py -q
-check "the dialect's and include lines' tests" python3 tools/check_dialect_test.py -q
-check "contracts' tests" python3 tools/check_contracts_test.py -q
+for tests in tools/check_*test.py tools/ui/uidriver_test.py; do # of the checks and of the driver
+    check "${tests#tools/}" python3 "$tests" -q
+done
 check format tools/dev/fmt.sh --check
 check "lint of Python" lint_python
 check "lint of shell" lint_shell
 check includes python3 tools/check_includes.py
 check dialect python3 tools/check_dialect.py
 check layers python3 tools/check_layers.py
+check rooms python3 tools/check_rooms.py
 check sizes python3 tools/check_sizes.py
 check wording python3 tools/check_wording.py
 check map python3 tools/check_map.py
