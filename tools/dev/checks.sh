@@ -26,5 +26,6 @@ check rooms python3 tools/check_rooms.py
 check sizes python3 tools/check_sizes.py
 check wording python3 tools/check_wording.py
 check map python3 tools/check_map.py
+check names python3 tools/check_names.py
 check "generated files" python3 tools/gen/generate.py --check
 [ ${#failed[@]} -eq 0 ] || die "failed: $(printf '%s, ' "${failed[@]}" | sed 's/, $//')"
