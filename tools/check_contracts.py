@@ -36,8 +36,14 @@ def check(root, output):
     root = Path(root).resolve()
     shutil.rmtree(output, ignore_errors=True)  # pages of what is gone
     Path(output).mkdir(parents=True)
-    run = subprocess.run(["doxygen", "-"], cwd=root, input=configuration(root, output), capture_output=True, text=True,
-                         check=True)
+    run = subprocess.run(
+        ["doxygen", "-"],
+        cwd=root,
+        input=configuration(root, output),
+        capture_output=True,
+        text=True,
+        check=True,
+    )
     lines = run.stderr.replace(f"{root}/", "").splitlines()
     return sorted({line for line in lines if line.strip() and is_fault(line)})
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Planted faults of contracts are found in every public header, missing contracts where plugin authors look first."""
+"""Planted faults of contracts are found in every public header, missing ones where plugin authors look."""
 import unittest
 
 import check_contracts
@@ -53,7 +53,9 @@ class ContractsTest(SmallProject):
             self.assertTrue(found[0].startswith(f"{path}:"), found)
 
     def test_missing_contracts_are_found_where_plugin_authors_look(self):
-        bare = RIGHT.replace("    /// Throws nothing, writes `\\n` and `<Name>`.\n", "").replace(" ///< in pixels", "")
+        bare = RIGHT.replace("    /// Throws nothing, writes `\\n` and `<Name>`.\n", "").replace(
+            " ///< in pixels", ""
+        )
         for folder in check_contracts.COMPLETE:
             self.assertEqual(len(self.faults_of(bare, f"{folder}/row.h")), 2, folder)
         self.assertEqual(self.faults_of(bare), [])

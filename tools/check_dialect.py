@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """One dialect: what clang-format leaves open is written one way everywhere.
 
-Headings are "// ---- name"; templates say typename; constants are camelCase; test names are sentences in PascalCase;
-contracts stand in headers behind three slashes and code's comments behind two; a few words have one spelling.
-With --count the faults of every rule are counted, of another checkout with --root.
+Headings are "// ---- name"; templates say typename; constants are camelCase; test names are sentences in
+PascalCase; contracts stand in headers behind three slashes and code's comments behind two; a few words have
+one spelling. With --count the faults of every rule are counted, of another checkout with --root.
 """
 import argparse
 import re
@@ -33,14 +33,19 @@ CAMEL = re.compile(r"([mt]_)?(?!k[A-Z])[a-z][A-Za-z0-9]*$")
 # Names of the public interfaces are kept as their callers know them.
 C_NAMES = re.compile(r"OpcUa_|opcua_")
 C_FOLDERS = ("stack/include",)
-KNOWN_NAMES = {"app/api/qlumapplicationinterface.h": set("Error Warning Info Function Data Paranoid All".split())}
+KNOWN_NAMES = {
+    "app/api/qlumapplicationinterface.h": set("Error Warning Info Function Data Paranoid All".split())
+}
 
 TEST = re.compile(r"^[ \t]*(?:TYPED_)?TEST(?:_F|_P)?\(\s*\w+\s*,\s*(\w+)\s*\)", re.M)
 SENTENCE = re.compile(r"(DISABLED_)?[A-Z][A-Za-z0-9]*[a-z][A-Za-z0-9]*$")
 
 # Spelling; put together from pieces, so that this file passes its own check.
 WORDS = (
-    ("can" + "not", re.compile(r"\b[Cc]an" + r"(?:[ \t]+|[ \t]*\n[ \t]*(?://+|#|\*)?[ \t]*)not\b(?!\s+only)")),
+    (
+        "can" + "not",
+        re.compile(r"\b[Cc]an" + r"(?:[ \t]+|[ \t]*\n[ \t]*(?://+|#|\*)?[ \t]*)not\b(?!\s+only)"),
+    ),
     ("Can" + "not", re.compile(r"[Cc]an" + r"Not(?![a-z])")),
     ("call" + "back", re.compile(r"\bcall" + r"-backs?\b", re.I)),
 )
@@ -80,7 +85,13 @@ def contract_faults(path, text, found):
     own = {number for number, comment, alone in found if alone and comment.startswith("//")}
     for number, comment, alone in found:
         plain = alone and comment.startswith("//") and not comment.startswith("///")
-        if not plain or HEADING.match(comment) or number in inside or number + 1 in own or number == len(lines):
+        if (
+            not plain
+            or HEADING.match(comment)
+            or number in inside
+            or number + 1 in own
+            or number == len(lines)
+        ):
             continue
         below = code[number]
         if declares(below) and indent(below) == indent(lines[number - 1]):
@@ -88,7 +99,9 @@ def contract_faults(path, text, found):
 
 
 def declares(line):
-    return bool(line.strip()) and not re.match(r"\s*(#|namespace\b|using namespace\b|[}\])]|public:|private:|protected:)", line)
+    return bool(line.strip()) and not re.match(
+        r"\s*(#|namespace\b|using namespace\b|[}\])]|public:|private:|protected:)", line
+    )
 
 
 def indent(line):
@@ -103,10 +116,14 @@ def name_faults(path, code):
         for match in CONSTANT.finditer(code):
             name = match[1]
             if not (CAMEL.match(name) or C_NAMES.match(name) or name in known):
-                yield line_of(code, match.start(1)), "constant", f"constants are camelCase without prefix: {name}"
+                yield line_of(
+                    code, match.start(1)
+                ), "constant", f"constants are camelCase without prefix: {name}"
     for match in TEST.finditer(code):
         if not SENTENCE.match(match[1]):
-            yield line_of(code, match.start(1)), "test name", f"a test's name is a sentence in PascalCase: {match[1]}"
+            yield line_of(
+                code, match.start(1)
+            ), "test name", f"a test's name is a sentence in PascalCase: {match[1]}"
 
 
 def word_faults(text):
@@ -150,7 +167,9 @@ def main():
         for rule in ("heading", "typename", "constant", "test name", "slashes", "contract", "word"):
             print(f"{counts[rule]:6} {rule}")
         return 0
-    return report([f"{path}:{line}: {fault}" for path, line, _, fault in found], "CONTRIBUTING.md has the dialect")
+    return report(
+        [f"{path}:{line}: {fault}" for path, line, _, fault in found], "CONTRIBUTING.md has the dialect"
+    )
 
 
 if __name__ == "__main__":

@@ -19,7 +19,9 @@ class Sources:
 
     def __init__(self, root):
         self.texts = {}
-        for path in project_files(root, "*.h", "*.cpp", "*.c", "*.cmake", "*CMakeLists.txt", "*.sh", "*.py", "*.mjs"):
+        for path in project_files(
+            root, "*.h", "*.cpp", "*.c", "*.cmake", "*CMakeLists.txt", "*.sh", "*.py", "*.mjs"
+        ):
             text = (Path(root) / path).read_text(encoding="utf-8", errors="replace")
             self.texts[path] = without_comments(text) if path.suffix in (".h", ".cpp", ".c") else text
         self.words = {word for text in self.texts.values() for word in WORD.findall(text)}
@@ -28,8 +30,12 @@ class Sources:
         """A file defines the class or namespace and names the member with an argument list."""
         if scope not in self.words or name.lstrip("~") not in self.words:
             return False
-        defines, called = re.compile(DEFINES.format(scope), re.M), re.compile(rf"{re.escape(name)}\b\s*[(;={{]")
-        return any(scope in text and defines.search(text) and called.search(text) for text in self.texts.values())
+        defines, called = re.compile(DEFINES.format(scope), re.M), re.compile(
+            rf"{re.escape(name)}\b\s*[(;={{]"
+        )
+        return any(
+            scope in text and defines.search(text) and called.search(text) for text in self.texts.values()
+        )
 
     def has(self, span):
         member = MEMBER.match(span)
@@ -45,8 +51,11 @@ def check(root):
         if path.is_relative_to("docs/decisions"):
             continue  # those say what was
         for number, line in enumerate((root / path).read_text(encoding="utf-8").splitlines(), 1):
-            problems += [f"{path}:{number}: the sources have no {span}" for span in SPAN.findall(line)
-                         if not sources.has(span)]
+            problems += [
+                f"{path}:{number}: the sources have no {span}"
+                for span in SPAN.findall(line)
+                if not sources.has(span)
+            ]
     return problems
 
 

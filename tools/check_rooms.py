@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Rooms inside a part include one another in one direction, by the table of cmake/rooms.txt.
 
-With --count: the include lines between rooms, those against the table, and the pairs of rooms that need each other;
---root looks at another checkout with this one's table.
+With --count: the include lines between rooms, those against the table, and the pairs of rooms that need each
+other; --root looks at another checkout with this one's table.
 """
 import argparse
 import re
@@ -49,7 +49,11 @@ class Rooms:
 
     def table_faults(self):
         for room, below in self.allow.items():
-            yield from (f"{TABLE}: {room} -> {other}: there is no such room" for other in below if other not in self.allow)
+            yield from (
+                f"{TABLE}: {room} -> {other}: there is no such room"
+                for other in below
+                if other not in self.allow
+            )
             if room in self.reached(room):
                 yield f"{TABLE}: {room} can be reached from itself"
 
@@ -65,7 +69,9 @@ class Rooms:
 
 def arrows(root, rooms):
     """(file, line, included file) for every include line from one room to another of the same part."""
-    for path in project_files(root, *(f"{part}/*{end}" for part in rooms.parts for end in (".h", ".cpp", ".c"))):
+    for path in project_files(
+        root, *(f"{part}/*{end}" for part in rooms.parts for end in (".h", ".cpp", ".c"))
+    ):
         room = rooms.room_of(path)
         if room is None or within(path, PUBLIC) or is_above(path, room):
             continue
@@ -86,7 +92,9 @@ def is_above(path, room):
 def homeless(root, rooms):
     """Files of a part with rooms that are in none, other than parts of their own and generated headers."""
     own = {Path("app/api"), Path("uabase/uapkicpp"), Path("app/main.cpp"), *map(Path, PUBLIC)}
-    for path in project_files(root, *(f"{part}/*{end}" for part in rooms.parts for end in (".h", ".cpp", ".c"))):
+    for path in project_files(
+        root, *(f"{part}/*{end}" for part in rooms.parts for end in (".h", ".cpp", ".c"))
+    ):
         if rooms.room_of(path) is None and not within(path, own):
             yield f"{path}: belongs to no room; add its folder to {TABLE}"
 
@@ -108,14 +116,20 @@ def check(root):
 
 
 def counts(root, rooms):
-    """Include lines between rooms; those against the table; pairs of rooms of which each reaches the other."""
+    """Include lines between rooms; those against the table; pairs of rooms that reach each other."""
     found = Counter((rooms.room_of(path), rooms.room_of(target)) for path, _, target in arrows(root, rooms))
-    upward = {(room, other): lines for (room, other), lines in found.items() if other not in rooms.allow[room]}
+    upward = {
+        (room, other): lines for (room, other), lines in found.items() if other not in rooms.allow[room]
+    }
     edges = Rooms("")
     for room, other in found:
         edges.allow.setdefault(room, []).append(other)
-    circles = sorted((room, other) for room in edges.allow for other in edges.reached(room)
-                     if room < other and room in edges.reached(other))
+    circles = sorted(
+        (room, other)
+        for room in edges.allow
+        for other in edges.reached(room)
+        if room < other and room in edges.reached(other)
+    )
     return sum(found.values()), upward, circles
 
 
@@ -127,7 +141,9 @@ def main():
     if not options.count:
         return report(check(options.root), f"rooms: {TABLE}")
     lines, upward, circles = counts(options.root.resolve(), Rooms((ROOT / TABLE).read_text(encoding="utf-8")))
-    print(f"{lines:6} include lines between rooms of a part\n{sum(upward.values()):6} of them against the table")
+    print(
+        f"{lines:6} include lines between rooms of a part\n{sum(upward.values()):6} of them against the table"
+    )
     for (room, other), number in sorted(upward.items()):
         print(f"{number:10} {room} -> {other}")
     print(f"{len(circles):6} pairs of rooms that need each other")

@@ -68,7 +68,9 @@ class RoomsTest(SmallProject):
     def test_faults_of_the_table_are_found(self):
         self.assertEqual(self.table_faults(TABLE), [])
         self.assertEqual(len(self.table_faults(f"{TABLE}part/more -> part/none\n")), 1)
-        self.assertEqual(len(self.table_faults(TABLE.replace("part/low -> part", "part/low -> part part/high"))), 2)
+        self.assertEqual(
+            len(self.table_faults(TABLE.replace("part/low -> part", "part/low -> part part/high"))), 2
+        )
         for line in ("part/low", "except part/low -> part/high", "part/low part", "part/low -> part"):
             with self.assertRaises(SystemExit):
                 self.table_faults(f"{TABLE}{line}\n")

@@ -48,7 +48,7 @@ def comments(text):
     """(line, comment, whether it stands alone on its line) of every comment."""
     for match in _LEXEMES.finditer(text):
         if match[0][0] == "/":
-            before = text[text.rfind("\n", 0, match.start()) + 1:match.start()]
+            before = text[text.rfind("\n", 0, match.start()) + 1 : match.start()]
             yield text.count("\n", 0, match.start()) + 1, match[0].rstrip(), not before.strip()
 
 
