@@ -31,7 +31,7 @@ CONSTANT = re.compile(
 )
 CAMEL = re.compile(r"([mt]_)?(?!k[A-Z])[a-z][A-Za-z0-9]*$")
 # Names of the public interfaces are kept as their callers know them.
-C_NAMES = re.compile(r"OpcUa_|opcua_")
+C_NAMES = re.compile(r"OpcUa_|opcua_|qt_")
 C_FOLDERS = ("stack/include",)
 KNOWN_NAMES = {
     "app/api/qlumapplicationinterface.h": set("Error Warning Info Function Data Paranoid All".split())
@@ -99,9 +99,9 @@ def contract_faults(path, text, found):
 
 
 def declares(line):
-    return bool(line.strip()) and not re.match(
-        r"\s*(#|namespace\b|using namespace\b|[}\])]|public:|private:|protected:)", line
-    )
+    """Whether a declaration begins there; not with a row of a macro's table, whose comments head groups."""
+    other = r"\s*(#|namespace\b|using namespace\b|[}\])]|public:|private:|protected:|[A-Z][A-Z0-9_]+\()"
+    return bool(line.strip()) and not re.match(other, line)
 
 
 def indent(line):

@@ -73,6 +73,7 @@ class DialectTest(unittest.TestCase):
             "#define LIMIT 3",
             "enum { Small = 1 };",
             "constexpr OpcUa_StatusCode OpcUa_Good = 0;",
+            "const QStaticPlugin qt_static_plugin_Row();",
             "    const UaString& m_name = {};",
             "constexpr bool operator==(A a)",
             "constexpr explicit UaDateTime(int ticks)",
@@ -126,6 +127,7 @@ class DialectTest(unittest.TestCase):
             f"{head}inline int f()\n{{\n    // surprising\n    return 1;\n}}\n",
             f"{head}// ---- rows\nint rows();\n",
             f"{head}// of several declarations\n\nint rows();\n",
+            f"{head}// of a table\nUA_ROW(Argument)\nUA_ROW(Value)\n",
             f"{head}// clang-format off\n#define A 1\n",
             path="app/a.h",
         )
