@@ -7,8 +7,8 @@ from pathlib import Path
 from check_sources import ROOT, project_files, report, without_comments
 
 MEMBER = re.compile(r"([A-Za-z_]\w*)::(~?[A-Za-z_]\w*)$")
-# words of one hump may be anything: a command, a label
-NAME = re.compile(r"(?:[A-Za-z]+_\w+|[A-Za-z][a-z0-9]+[A-Z]\w*)$")
+# words of one hump may be anything: a command, a label; names with underscores are often put together
+NAME = re.compile(r"(?:(?:OpcUa|TAVELIN|tavelin|test|fuzz)_\w+|[A-Za-z][a-z0-9]+[A-Z]\w*)$")
 SPAN = re.compile(r"`([^`\n]+)`")
 WORD = re.compile(r"\w+")
 DEFINES = r"\b(?:class|struct|namespace|enum)\s+(?:\[\[\w+\]\]\s*)?{}\b[^;]*$"
