@@ -40,7 +40,7 @@ class Sources:
     def has(self, span):
         member = MEMBER.match(span)
         if member:
-            return member[1] == "std" or self.has_member(member[1], member[2])
+            return member[1] in ("std", "Qt") or self.has_member(member[1], member[2])
         return not NAME.match(span) or span in self.words
 
 

@@ -9,10 +9,10 @@ class UaTraceHook;
 
 /// One trace for the whole process. All functions may be called on any thread.
 ///
-/// Texts are data: they are never read as a format, and control characters in them are written as `\n`,
-/// `\x1B` and so on, so that a record stays one line whatever a server sends. A record is cut at 2000 bytes.
-/// A file that can not be written any more (disk full, say) is turned off, with an error record to the hooks;
-/// the caller notices nothing.
+/// Texts are data: they are never read as a format, and control characters in them become `\n`, `\x1B`
+/// and so on, so that a record stays one line whatever a server sends. A record is cut at 2000 bytes. A file
+/// that can not be written any more (disk full, say) is turned off, with an error record to the hooks; the
+/// caller notices nothing.
 class UaTrace
 {
 public:
