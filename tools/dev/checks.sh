@@ -13,9 +13,10 @@ check() { # NAME COMMAND...
 lint_python() { python_files | xargs -r -d '\n' flake8; }
 lint_shell() { shell_files | xargs -r -d '\n' shellcheck; }
 
-for tests in tools/check_*test.py tools/ui/uidriver_test.py; do # of the checks and of the driver
+for tests in tools/check_*test.py; do # the checks' own
     check "${tests#tools/}" python3 "$tests" -q
 done
+check "tests of the driver" tools/ui/uidriver_test.py -q
 check format tools/dev/fmt.sh --check
 check "lint of Python" lint_python
 check "lint of shell" lint_shell
