@@ -52,6 +52,12 @@ class ContractsTest(SmallProject):
             self.assertEqual(len(found), 1, found)
             self.assertTrue(found[0].startswith(f"{path}:"), found)
 
+    def test_hashes_of_our_classes_pass(self):
+        hashed = (
+            "\ntemplate <>\nstruct std::hash<Row>\n{\n    std::size_t operator()(const Row& row) const;\n};\n"
+        )
+        self.assertEqual(self.faults_of(RIGHT + hashed), [])
+
     def test_missing_contracts_are_found_where_plugin_authors_look(self):
         bare = RIGHT.replace("    /// Throws nothing, writes `\\n` and `<Name>`.\n", "").replace(
             " ///< in pixels", ""

@@ -45,6 +45,7 @@ class NamesTest(SmallProject):
             "Reader::oldStructure",
             "Writer::structure",
             "Later::structure",
+            "Reader::dropAll",
             "FindsNothing",
             "test_gone",
             "oldRow",

@@ -49,6 +49,13 @@ class RoomsTest(SmallProject):
             self.assertEqual(len(self.faults_of(path, include)), 1, f"{path} {include}")
             self.write(path, "")
 
+    def test_public_headers_of_the_stack_are_for_all_its_rooms(self):
+        self.write(check_rooms.TABLE, "stack/core ->\nstack/generated ->\n")
+        self.write("stack/generated/include/opcua/types.h", "#include <stack/core/a.h>\n")
+        self.write("stack/generated/names.h", "")
+        self.assertEqual(self.faults_of("stack/core/a.h", "<opcua/types.h>"), [])
+        self.assertEqual(len(self.faults_of("stack/core/a.h", "<stack/generated/names.h>")), 1)
+
     def test_a_folder_without_a_room_is_found(self):
         self.assertEqual(len(self.faults_of("other/hall/e.cpp")), 1)
         self.assertEqual(len(self.faults_of("other/e.h")), 1)
