@@ -5,9 +5,9 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatetime.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/discovery/uadiscovery_p.h>
-#include <uaclientsdk/services/stackcall.h>
 
 namespace UaClientSdk {
 

@@ -5,7 +5,7 @@
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/endpointurl.h>
-#include <uaclientsdk/uasession_p.h>
+#include <uaclientsdk/session/uasession_p.h>
 
 #include <string_view>
 

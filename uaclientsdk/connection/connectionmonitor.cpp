@@ -7,7 +7,7 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>

@@ -8,13 +8,13 @@
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/connection/activatorturn.h>
 #include <uaclientsdk/connection/createsessioncheck.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/connection/endpointselector.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/connection/sessionsignature.h>
-#include <uaclientsdk/services/stackcall.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>

@@ -7,10 +7,10 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/callbackpool.h>
+#include <uaclientsdk/calls/transactioncounter.h>
 #include <uaclientsdk/connection/erroroverrides.h>
 #include <uaclientsdk/connection/sessionmutex.h>
-#include <uaclientsdk/services/callbackpool.h>
-#include <uaclientsdk/services/transactioncounter.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>

@@ -6,8 +6,8 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/methodcall.h>
-#include <uaclientsdk/services/stackcall.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>

@@ -7,8 +7,8 @@
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/services/servicenames.h>
-#include <uaclientsdk/services/stackcall.h>
 
 #include <algorithm>
 #include <span>

@@ -4,8 +4,8 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/services/servicenames.h>
-#include <uaclientsdk/services/stackcall.h>
 
 namespace UaClientSdk {
 

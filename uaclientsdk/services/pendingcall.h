@@ -3,7 +3,7 @@
 
 #include <opcua/opcua_channel.h>
 #include <uabase/system/uatrace.h>
-#include <uaclientsdk/services/callbackpool.h>
+#include <uaclientsdk/calls/callbackpool.h>
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #include <uaclientsdk/services/servicenames.h>
 
 #include <uabase/system/uatrace.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {

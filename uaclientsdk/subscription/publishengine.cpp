@@ -4,7 +4,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uastring.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>

@@ -1,4 +1,6 @@
 // A session as the dictionary of its server's data types.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uanamespacezero.h>
@@ -6,7 +8,6 @@
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uanodeid.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 
 namespace UaClientSdk {
 

@@ -1,4 +1,6 @@
 // The method service of a session.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <uabase/values/uadiagnosticinfos.h>
@@ -8,7 +10,6 @@
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/services/servicetable.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <array>

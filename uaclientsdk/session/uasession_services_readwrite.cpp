@@ -1,4 +1,6 @@
 // The attribute services of a session.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
@@ -6,7 +8,6 @@
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/services/servicetable.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <span>

@@ -1,9 +1,10 @@
 // The node management services of a session.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/servicetable.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {

@@ -1,11 +1,12 @@
 // The view services of a session.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/servicetable.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 
 namespace UaClientSdk {
 

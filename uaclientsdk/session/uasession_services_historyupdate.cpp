@@ -1,10 +1,11 @@
 // The services of a session that change history.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/servicetable.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <new>

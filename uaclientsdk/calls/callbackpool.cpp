@@ -1,4 +1,4 @@
-#include <uaclientsdk/services/callbackpool.h>
+#include <uaclientsdk/calls/callbackpool.h>
 
 #include <uabase/system/uatrace.h>
 

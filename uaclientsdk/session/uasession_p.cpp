@@ -1,4 +1,4 @@
-#include <uaclientsdk/uasession_p.h>
+#include <uaclientsdk/session/uasession_p.h>
 
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>

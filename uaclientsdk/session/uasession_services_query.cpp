@@ -1,10 +1,11 @@
 // The query services of a session, and Cancel.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <opcua/opcua_clientapi.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/services/callonce.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 
 #include <utility>
 
