@@ -1,13 +1,14 @@
 #include <uaclientsdk/uadiscovery.h>
 
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatetime.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/discovery/uadiscovery_p.h>
+#include <uaclientsdk/generated/servicetraits.h>
 
 namespace UaClientSdk {
 
@@ -31,36 +32,32 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_St
 
 // One discovery service from connect to disconnect. fill(request) sets the service's own fields,
 // take(response) takes the results.
-template <typename Request, typename Response, typename Fill, typename Take>
-UaStatus discover(const char* method, const char* stackName,
-                  OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
-                  const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType,
-                  ServiceSettings& settings, const UaString& url, const ClientSecurityInfo& security,
+template <typename Service, typename Fill, typename Take>
+UaStatus discover(ServiceSettings& settings, const UaString& url, const ClientSecurityInfo& security,
                   const Fill& fill, const Take& take)
 {
-    UaTrace::tInOut("--> UaDiscovery::%s", method);
+    TraceScope trace("UaDiscovery", Service::method);
     UaDiscoveryPrivate discovery;
     UaStatus status = discovery.connect(url, security, settings.callTimeout, settings.auditEntryId);
     if (status.isBad()) {
-        UaTrace::tError("<-- UaDiscovery::%s [ret=0x%lx] - connect to server failed", method,
-                        static_cast<unsigned long>(status.statusCode()));
+        UaTrace::tError("<-- UaDiscovery::%s [ret=0x%x] - connect to server failed", Service::method,
+                        status.statusCode());
+        trace.keepSilent();
         return status;
     }
-    Encodeable<Request> request(requestType);
-    Encodeable<Response> response(responseType);
+    OwningRequest<Service> request;
+    OwningResponse<Service> response;
     UaDiscoveryPrivate::fillRequestHeader(settings, request->RequestHeader);
     settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
     if constexpr (requires { request->EndpointUrl; })
         url.copyTo(&request->EndpointUrl);
     fill(*request);
-    status = UaStatus(callStack(stackName, function, discovery.channel(), *request, *response));
+    status = UaStatus(callStack<Service>(discovery.channel(), *request, *response));
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (!status.isBad())
         take(*response);
     discovery.disconnect();
-    UaTrace::tInOut("<-- UaDiscovery::%s [ret=0x%lx]", method,
-                    static_cast<unsigned long>(status.statusCode()));
-    return status;
+    return trace.ending(status);
 }
 
 } // namespace
@@ -144,9 +141,8 @@ UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& dis
                                   const UaStringArray& serverUris, UaApplicationDescriptions& servers)
 {
     servers.clear();
-    return discover(
-        "findServers", "FindServers", OpcUa_ClientApi_FindServers, OpcUa_FindServersRequest_EncodeableType,
-        OpcUa_FindServersResponse_EncodeableType, settings, discoveryUrl, security,
+    return discover<Services::FindServers>(
+        settings, discoveryUrl, security,
         [&](OpcUa_FindServersRequest& request) {
             localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
             serverUris.copyTo(&request.NoOfServerUris, &request.ServerUris);
@@ -168,10 +164,8 @@ UaStatus UaDiscovery::getEndpoints(ServiceSettings& settings, const UaString& di
                                    const UaStringArray& profileUris, UaEndpointDescriptions& endpoints)
 {
     endpoints.clear();
-    return discover(
-        "getEndpoints", "GetEndpoints", OpcUa_ClientApi_GetEndpoints,
-        OpcUa_GetEndpointsRequest_EncodeableType, OpcUa_GetEndpointsResponse_EncodeableType, settings,
-        discoveryUrl, security,
+    return discover<Services::GetEndpoints>(
+        settings, discoveryUrl, security,
         [&](OpcUa_GetEndpointsRequest& request) {
             localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
             profileUris.copyTo(&request.NoOfProfileUris, &request.ProfileUris);
@@ -199,9 +193,7 @@ UaStatus UaDiscovery::findServersOnNetwork(ServiceSettings& settings, const UaSt
 {
     servers.clear();
     lastCounterResetTime = UaDateTime();
-    return discover(
-        "findServersOnNetwork", "FindServersOnNetwork", OpcUa_ClientApi_FindServersOnNetwork,
-        OpcUa_FindServersOnNetworkRequest_EncodeableType, OpcUa_FindServersOnNetworkResponse_EncodeableType,
+    return discover<Services::FindServersOnNetwork>(
         settings, discoveryUrl, security,
         [&](OpcUa_FindServersOnNetworkRequest& request) {
             request.StartingRecordId = startingRecordId;

@@ -11,6 +11,32 @@ namespace UaClientSdk {
 /// What a response with another number of results than was asked for ends as; callers rely on the number.
 constexpr OpcUa_StatusCode wrongResultCount = 0x80460000u;
 
+/// The trace lines around one call into the stack.
+class StackCall
+{
+public:
+    explicit StackCall(const char* function) : m_function(function)
+    {
+        UaTrace::tIfCall("CALL %s", m_function);
+    }
+
+    /// After the call; hands its result on.
+    OpcUa_StatusCode done(OpcUa_StatusCode result) const
+    {
+        UaTrace::tIfCall("DONE %s [ret=0x%x]", m_function, result);
+        return result;
+    }
+    /// The same for a service: what the server answered counts when the call went well.
+    OpcUa_StatusCode done(OpcUa_StatusCode result, const OpcUa_ResponseHeader& header) const
+    {
+        UaTrace::tIfCall("DONE %s [ret=0x%x,status=0x%x]", m_function, result, header.ServiceResult);
+        return OpcUa_IsGood(result) ? header.ServiceResult : result;
+    }
+
+private:
+    const char* m_function;
+};
+
 /// A structure of the stack that is initialised and cleared with its scope.
 template <typename T>
 class Encodeable
@@ -33,15 +59,26 @@ private:
     T m_value;
 };
 
+/// Request and response of a service (servicetraits.h).
+template <typename Service>
+struct OwningRequest : Encodeable<typename Service::Request>
+{
+    OwningRequest() : Encodeable<typename Service::Request>(Service::requestType) {}
+};
+template <typename Service>
+struct OwningResponse : Encodeable<typename Service::Response>
+{
+    OwningResponse() : Encodeable<typename Service::Response>(Service::responseType) {}
+};
+
 /// A request whose arrays are borrowed from the caller: only its header is its own.
-template <typename Request>
+template <typename Service>
 class BorrowingRequest
 {
 public:
-    explicit BorrowingRequest(const OpcUa_EncodeableType& type)
-    {
-        OpcUa_EncodeableObject_Initialize(&type, &m_value);
-    }
+    using Request = typename Service::Request;
+
+    BorrowingRequest() { OpcUa_EncodeableObject_Initialize(&Service::requestType, &m_value); }
     ~BorrowingRequest()
     {
         OpcUa_EncodeableObject_Clear(&OpcUa_RequestHeader_EncodeableType, &m_value.RequestHeader);
@@ -56,17 +93,13 @@ private:
     Request m_value;
 };
 
-template <typename Request, typename Response>
-[[nodiscard]] OpcUa_StatusCode
-callStack(const char* service, OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
-          OpcUa_Channel channel, const Request& request, Response& response)
+/// The synchronous form of a service. Not under a session's mutex.
+template <typename Service>
+[[nodiscard]] OpcUa_StatusCode callStack(OpcUa_Channel channel, const typename Service::Request& request,
+                                         typename Service::Response& response)
 {
-    UaTrace::tIfCall("CALL OpcUa_ClientApi_%s", service);
-    OpcUa_StatusCode status = function(channel, &request, &response);
-    UaTrace::tIfCall("DONE OpcUa_ClientApi_%s [ret=0x%lx,status=0x%lx]", service,
-                     static_cast<unsigned long>(status),
-                     static_cast<unsigned long>(response.ResponseHeader.ServiceResult));
-    return OpcUa_IsGood(status) ? response.ResponseHeader.ServiceResult : status;
+    const StackCall call(Service::callName);
+    return call.done(Service::call(channel, &request, &response), response.ResponseHeader);
 }
 
 } // namespace UaClientSdk

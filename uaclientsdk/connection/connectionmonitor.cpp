@@ -1,13 +1,13 @@
 #include <uaclientsdk/connection/connectionmonitor.h>
 
 #include <opcua/opcua_attributes.h>
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>
@@ -138,8 +138,8 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
     item.NodeId.Identifier.Numeric = OpcUaId_Server_ServerStatus_State;
     item.AttributeId = OpcUa_Attributes_Value;
 
-    BorrowingRequest<OpcUa_ReadRequest> request(OpcUa_ReadRequest_EncodeableType);
-    Encodeable<OpcUa_ReadResponse> response(OpcUa_ReadResponse_EncodeableType);
+    BorrowingRequest<Services::Read> request;
+    OwningResponse<Services::Read> response;
     request->TimestampsToReturn = OpcUa_TimestampsToReturn_Neither;
     request->NoOfNodesToRead = 1;
     request->NodesToRead = &item;
@@ -149,7 +149,7 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
         settings.callTimeout = timeout;
         m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
     }
-    const UaStatus status(callStack("Read", OpcUa_ClientApi_Read, m_context.channel, *request, *response));
+    const UaStatus status(callStack<Services::Read>(m_context.channel, *request, *response));
     if (status.isBad())
         return status;
     if (response->NoOfResults != 1)

@@ -1,6 +1,5 @@
 #include <uaclientsdk/connection/sessionactivator.h>
 
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
@@ -15,6 +14,7 @@
 #include <uaclientsdk/connection/endpointselector.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/connection/sessionsignature.h>
+#include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>
@@ -62,14 +62,13 @@ UaStatus SessionActivator::createSession()
 
 UaStatus SessionActivator::sendCreateSession()
 {
-    Encodeable<OpcUa_CreateSessionRequest> request(OpcUa_CreateSessionRequest_EncodeableType);
-    Encodeable<OpcUa_CreateSessionResponse> response(OpcUa_CreateSessionResponse_EncodeableType);
+    OwningRequest<Services::CreateSession> request;
+    OwningResponse<Services::CreateSession> response;
     UaStatus result(OpcUa_CryptoProvider_GenerateNonce(nonceLength, &request->ClientNonce));
     if (result.isBad())
         return result;
     fillCreateSession(*request);
-    result = UaStatus(
-        callStack("CreateSession", OpcUa_ClientApi_CreateSession, m_context.channel, *request, *response));
+    result = UaStatus(callStack<Services::CreateSession>(m_context.channel, *request, *response));
     if (result.isBad()) {
         m_context.reportConnectError(UaClient::CreateSession, result, false);
         return result;
@@ -199,8 +198,8 @@ UaStatus SessionActivator::changeUser(ServiceSettings& settings, Identity identi
 
 UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdentityToken& identity)
 {
-    Encodeable<OpcUa_ActivateSessionRequest> request(OpcUa_ActivateSessionRequest_EncodeableType);
-    Encodeable<OpcUa_ActivateSessionResponse> response(OpcUa_ActivateSessionResponse_EncodeableType);
+    OwningRequest<Services::ActivateSession> request;
+    OwningResponse<Services::ActivateSession> response;
     {
         SessionLock lock(m_context.mutex);
         m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
@@ -212,8 +211,7 @@ UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdent
         return result;
     }
     settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
-    result = UaStatus(callStack("ActivateSession", OpcUa_ClientApi_ActivateSession, m_context.channel,
-                                *request, *response));
+    result = UaStatus(callStack<Services::ActivateSession>(m_context.channel, *request, *response));
     IdentityTokenBuilder::wipeIdentity(*request);
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (result.isBad())
@@ -341,8 +339,8 @@ void SessionActivator::closeRefused(bool deleteSubscriptions)
 
 UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool deleteSubscriptions)
 {
-    Encodeable<OpcUa_CloseSessionRequest> request(OpcUa_CloseSessionRequest_EncodeableType);
-    Encodeable<OpcUa_CloseSessionResponse> response(OpcUa_CloseSessionResponse_EncodeableType);
+    OwningRequest<Services::CloseSession> request;
+    OwningResponse<Services::CloseSession> response;
     {
         SessionLock lock(m_context.mutex);
         if (!m_context.sessionCreated)
@@ -353,8 +351,7 @@ UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool de
         m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
     }
     request->DeleteSubscriptions = deleteSubscriptions ? OpcUa_True : OpcUa_False;
-    return UaStatus(
-        callStack("CloseSession", OpcUa_ClientApi_CloseSession, m_context.channel, *request, *response));
+    return UaStatus(callStack<Services::CloseSession>(m_context.channel, *request, *response));
 }
 
 } // namespace UaClientSdk

@@ -33,6 +33,12 @@ UaStatus refuse(const ServiceNames& names, const char* method, const char* obsta
 
 } // namespace
 
+TraceScope traceService(const SessionContext& context, const ServiceNames& names, OpcUa_UInt32 count)
+{
+    return names.countTraced ? TraceScope("UaSession", names.method, context.traceId, count)
+                             : TraceScope("UaSession", names.method, context.traceId);
+}
+
 UaStatus checkReady(const SessionContext& context, const ServiceNames& names, OpcUa_UInt32 count)
 {
     const char* obstacle = nullptr;

@@ -4,7 +4,8 @@
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
-#include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/generated/servicetraits.h>
+#include <uaclientsdk/services/asyncblockservice.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasessioncallback.h>
 
@@ -15,15 +16,13 @@ namespace UaClientSdk {
 
 namespace {
 
-using UpdateService = BlockService<OpcUa_HistoryUpdateRequest, OpcUa_HistoryUpdateResponse,
-                                   OpcUa_ExtensionObject, OpcUa_HistoryUpdateResult>;
+using UpdateService = BlockService<Services::HistoryUpdate>;
 
+// One service of the server under five names.
 constexpr UpdateService updateService(const char* method, const char* beginMethod, const char* completion)
 {
-    return {{method, "HistoryUpdate", "Empty update details array passed", beginMethod,
-             "historyUpdateCallback", completion},
-            UA_SERVICE(HistoryUpdate, HistoryUpdateDetails),
-            UA_RESULTS(HistoryUpdate),
+    return {{method, "Empty update details array passed", beginMethod, Services::HistoryUpdate::handler,
+             completion},
             true};
 }
 
@@ -55,8 +54,7 @@ UaStatus update(SessionContext& context, const UpdateService& service, ServiceSe
                 const UaArray<Details>& details, const OpcUa_EncodeableType& type,
                 UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos)
 try {
-    return callInBlocks(context, service, settings, wrap(details, type), results, diagnosticInfos,
-                        NothingToPrepare());
+    return callInBlocks(context, service, settings, wrap(details, type), results, diagnosticInfos);
 } catch (const std::bad_alloc&) {
     return UaStatus(OpcUa_BadOutOfMemory);
 }

@@ -6,7 +6,8 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
-#include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/generated/servicetraits.h>
+#include <uaclientsdk/services/asyncblockservice.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasessioncallback.h>
 
@@ -41,19 +42,9 @@ void traceReadResults(std::span<const OpcUa_DataValue> values)
     }
 }
 
-const BlockService<OpcUa_ReadRequest, OpcUa_ReadResponse, OpcUa_ReadValueId, OpcUa_DataValue> readService{
-    {"read", "Read", "Empty read array passed", "beginRead", "readCallback", "readComplete"},
-    UA_SERVICE(Read, NodesToRead),
-    UA_RESULTS(Read),
-    false,
-    traceReadItems,
-    traceReadResults};
-
-const BlockService<OpcUa_WriteRequest, OpcUa_WriteResponse, OpcUa_WriteValue, OpcUa_StatusCode> writeService{
-    {"write", "Write", "Empty write array passed", "beginWrite", "writeCallback", "writeComplete"},
-    UA_SERVICE(Write, NodesToWrite),
-    UA_RESULTS(Write),
-    true};
+const BlockService<Services::Read> readService{namesOf<Services::Read>("Empty read array passed"), false,
+                                               traceReadItems, traceReadResults};
+const auto writeService = keepingService<Services::Write>("Empty write array passed");
 
 auto readPreparation(double maxAge, OpcUa_TimestampsToReturn timestampsToReturn)
 {
@@ -85,8 +76,7 @@ UaStatus UaSession::beginRead(ServiceSettings& settings, double maxAge,
 UaStatus UaSession::write(ServiceSettings& settings, const UaWriteValues& nodesToWrite,
                           UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    return callInBlocks(d->context, writeService, settings, nodesToWrite.span(), results, diagnosticInfos,
-                        NothingToPrepare());
+    return callInBlocks(d->context, writeService, settings, nodesToWrite.span(), results, diagnosticInfos);
 }
 
 UaStatus UaSession::beginWrite(ServiceSettings& settings, const UaWriteValues& nodesToWrite,

@@ -1,10 +1,10 @@
 #include <uaclientsdk/subscription/subscriptionrecovery.h>
 
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/generated/servicetraits.h>
 
 namespace UaClientSdk {
 
@@ -52,7 +52,7 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
         }
         // asking for a notification that has not come yet tells whether there is a subscription, and changes
         // nothing
-        Encodeable<OpcUa_RepublishResponse> response(OpcUa_RepublishResponse_EncodeableType);
+        OwningResponse<Services::Republish> response;
         const OpcUa_StatusCode status = callRepublish(subscription->id, next, *response);
         if (status == OpcUa_BadSubscriptionIdInvalid)
             m_dispatcher.endSubscription(*subscription, UaStatus(status));
@@ -103,7 +103,7 @@ bool SubscriptionRecovery::republish(UaSubscriptionPrivate& subscription, OpcUa_
                 return true; // a callback has deleted it
             next = SubscriptionDispatcher::nextSequenceNumber(subscription.lastSequenceNumber);
         }
-        Encodeable<OpcUa_RepublishResponse> response(OpcUa_RepublishResponse_EncodeableType);
+        OwningResponse<Services::Republish> response;
         const OpcUa_StatusCode status = callRepublish(subscription.id, next, *response);
         if (status == OpcUa_BadSubscriptionIdInvalid) {
             m_dispatcher.endSubscription(subscription, UaStatus(status));
@@ -137,7 +137,7 @@ void SubscriptionRecovery::dispatchRepublished(UaSubscriptionPrivate& subscripti
 OpcUa_StatusCode SubscriptionRecovery::callRepublish(OpcUa_UInt32 subscriptionId, OpcUa_UInt32 sequenceNumber,
                                                      OpcUa_RepublishResponse& response)
 {
-    Encodeable<OpcUa_RepublishRequest> request(OpcUa_RepublishRequest_EncodeableType);
+    OwningRequest<Services::Republish> request;
     {
         SessionLock lock(m_state.context.mutex);
         ServiceSettings settings;
@@ -146,7 +146,7 @@ OpcUa_StatusCode SubscriptionRecovery::callRepublish(OpcUa_UInt32 subscriptionId
     }
     request->SubscriptionId = subscriptionId;
     request->RetransmitSequenceNumber = sequenceNumber;
-    return callStack("Republish", OpcUa_ClientApi_Republish, m_state.context.channel, *request, response);
+    return callStack<Services::Republish>(m_state.context.channel, *request, response);
 }
 
 } // namespace UaClientSdk
