@@ -100,9 +100,8 @@ UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityIn
     info.SecurityMode = OpcUa_MessageSecurityMode_None;
     info.Reserved = reserved.toUtf8();
     info.ConnectTimeout = timeout;
-    UaTrace::tIfCall("CALL OpcUa_Channel_Connect");
-    status = OpcUa_Channel_Connect(m_channel, &info, nullptr);
-    UaTrace::tIfCall("DONE OpcUa_Channel_Connect [ret=0x%lx]", static_cast<unsigned long>(status));
+    const StackCall call("OpcUa_Channel_Connect");
+    status = call.done(OpcUa_Channel_Connect(m_channel, &info, nullptr));
     if (OpcUa_IsBad(status))
         OpcUa_Channel_Delete(&m_channel);
     return UaStatus(status);

@@ -4,6 +4,7 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/session/uasession_p.h>
 
@@ -48,26 +49,20 @@ UaSession::~UaSession()
 UaStatus UaSession::connect(const UaString& url, const SessionConnectInfo& connectInfo,
                             const SessionSecurityInfo& securityInfo, UaSessionCallback* callback)
 {
-    UaTrace::tInOut("--> UaSession::connect url=%s", url.toUtf8());
-    const UaStatus result = d->connect(url, connectInfo, securityInfo, callback);
-    UaTrace::tInOut("<-- UaSession::connect [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
-    return result;
+    TraceScope trace("UaSession", "connect", "url", url);
+    return trace.ending(d->connect(url, connectInfo, securityInfo, callback));
 }
 
 UaStatus UaSession::disconnect(const ServiceSettings& settings, bool deleteSubscriptions)
 {
-    UaTrace::tInOut("--> UaSession::disconnect");
-    const UaStatus result = d->disconnect(settings, deleteSubscriptions);
-    UaTrace::tInOut("<-- UaSession::disconnect [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
-    return result;
+    TraceScope trace("UaSession", "disconnect");
+    return trace.ending(d->disconnect(settings, deleteSubscriptions));
 }
 
 UaStatus UaSession::changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity)
 {
-    UaTrace::tInOut("--> UaSession::changeUser");
-    const UaStatus result = d->changeUser(settings, identity);
-    UaTrace::tInOut("<-- UaSession::changeUser [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
-    return result;
+    TraceScope trace("UaSession", "changeUser");
+    return trace.ending(d->changeUser(settings, identity));
 }
 
 bool UaSession::isConnected() const

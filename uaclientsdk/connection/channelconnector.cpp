@@ -4,6 +4,8 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/uaclient.h>
 
@@ -34,13 +36,14 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel /*channel*/, OpcUa_Channel_Event eve
 
 UaStatus ChannelConnector::connectChannel()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::connectChannel");
+    TraceScope trace("UaSessionPrivate", "connectChannel");
     UaString url;
     UaStringArray alternatives;
     {
         SessionLock lock(m_context.mutex);
         if (m_context.channelConnected) {
             UaTrace::tError("UaSessionPrivate::connectChannel: Channel still in use");
+            trace.keepSilent();
             return UaStatus(OpcUa_BadInvalidState);
         }
         url = m_context.url;
@@ -51,9 +54,7 @@ UaStatus ChannelConnector::connectChannel()
         result = connectTo(UaString(alternatives[i]));
     if (result.isBad())
         m_context.reportConnectError(UaClient::OpenSecureChannel, result, false);
-    UaTrace::tInOut("<-- UaSessionPrivate::connectChannel [ret=0x%lx]",
-                    static_cast<unsigned long>(result.statusCode()));
-    return result;
+    return trace.ending(result);
 }
 
 UaStatus ChannelConnector::connectTo(const UaString& url)
@@ -93,9 +94,9 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
     OpcUa_UInt32 revisedLifetime = 0;
     m_context.mutex.assertUnlocked();
     m_context.linkLost = false;
-    UaTrace::tIfCall("CALL OpcUa_Channel_Connect");
-    const OpcUa_StatusCode status = OpcUa_Channel_Connect(m_context.channel, &info, &revisedLifetime);
-    UaTrace::tIfCall("DONE OpcUa_Channel_Connect [ret=0x%lx]", static_cast<unsigned long>(status));
+    const StackCall call("OpcUa_Channel_Connect");
+    const OpcUa_StatusCode status =
+        call.done(OpcUa_Channel_Connect(m_context.channel, &info, &revisedLifetime));
     if (OpcUa_IsGood(status)) {
         SessionLock lock(m_context.mutex);
         m_context.channelConnected = true;
@@ -115,9 +116,8 @@ void ChannelConnector::disconnectChannel()
         m_context.channelConnected = false;
         m_context.sessionActive = false;
     }
-    UaTrace::tIfCall("CALL OpcUa_Channel_Disconnect");
-    const OpcUa_StatusCode status = OpcUa_Channel_Disconnect(m_context.channel);
-    UaTrace::tIfCall("DONE OpcUa_Channel_Disconnect [ret=0x%lx]", static_cast<unsigned long>(status));
+    const StackCall call("OpcUa_Channel_Disconnect");
+    call.done(OpcUa_Channel_Disconnect(m_context.channel)); // nothing could be done about it
 }
 
 } // namespace UaClientSdk

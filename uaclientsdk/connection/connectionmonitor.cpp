@@ -7,6 +7,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
 
@@ -165,24 +166,25 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
 
 void ConnectionMonitor::doServerStatusCheck()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::doServerStatusCheck [Session=%u]", m_context.traceId);
+    TraceScope trace("UaSessionPrivate", "doServerStatusCheck", m_context.traceId);
     OpcUa_UInt32 timeout = 0;
     bool closed = false;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested)
+        if (!m_context.connectRequested) {
+            trace.keepSilent();
             return;
+        }
         closed = !m_context.activatedOnce; // by a change of the user that went wrong
         timeout = m_context.connectInfo.watchdogTimeout;
         if (m_context.serverStatus == UaClient::ConnectionWarningWatchdogTimeout)
             timeout = timeout > 0x7FFFFFFFu ? timeout : timeout * 2;
     }
     OpcUa_Int32 state = 0;
-    const UaStatus status = closed ? UaStatus(OpcUa_BadSessionClosed) : readServerState(timeout, state);
+    const UaStatus status =
+        trace.ending(closed ? UaStatus(OpcUa_BadSessionClosed) : readServerState(timeout, state));
     stamp();
     evaluate(status, state);
-    UaTrace::tInOut("<-- UaSessionPrivate::doServerStatusCheck [ret=0x%lx]",
-                    static_cast<unsigned long>(status.statusCode()));
 }
 
 void ConnectionMonitor::evaluate(const UaStatus& status, OpcUa_Int32 state)
@@ -238,7 +240,7 @@ void ConnectionMonitor::connectionLost(const UaStatus& status)
 
 void ConnectionMonitor::doTryReconnect()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::doTryReconnect [Session=%u]", m_context.traceId);
+    const TraceScope trace("UaSessionPrivate", "doTryReconnect", m_context.traceId);
     const UaStatus opened = m_connector.connectChannel();
     if (opened.isGood()) {
         if (!reactivate() && !giveUpRefusedUser())
@@ -247,7 +249,6 @@ void ConnectionMonitor::doTryReconnect()
         m_schedule.refused();
     }
     stamp();
-    UaTrace::tInOut("<-- UaSessionPrivate::doTryReconnect");
 }
 
 bool ConnectionMonitor::giveUpRefusedUser()

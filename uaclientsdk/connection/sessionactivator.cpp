@@ -8,6 +8,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/activatorturn.h>
 #include <uaclientsdk/connection/createsessioncheck.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
@@ -52,12 +53,9 @@ ServiceSettings withTimeout(OpcUa_UInt32 milliseconds)
 
 UaStatus SessionActivator::createSession()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::createSession");
+    TraceScope trace("UaSessionPrivate", "createSession");
     const ActivatorTurn turn(m_context);
-    const UaStatus result = sendCreateSession();
-    UaTrace::tInOut("<-- UaSessionPrivate::createSession [ret=0x%lx]",
-                    static_cast<unsigned long>(result.statusCode()));
-    return result;
+    return trace.ending(sendCreateSession());
 }
 
 UaStatus SessionActivator::sendCreateSession()
@@ -151,7 +149,7 @@ void SessionActivator::warnAboutServerTime(OpcUa_DateTime serverTime) const
 
 UaStatus SessionActivator::activateSession()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::activateSession");
+    TraceScope trace("UaSessionPrivate", "activateSession");
     const ActivatorTurn turn(m_context);
     Identity identity;
     ServiceSettings settings;
@@ -168,9 +166,7 @@ UaStatus SessionActivator::activateSession()
         }
         m_context.reportConnectError(UaClient::ActivateSession, result, false);
     }
-    UaTrace::tInOut("<-- UaSessionPrivate::activateSession [ret=0x%lx]",
-                    static_cast<unsigned long>(result.statusCode()));
-    return result;
+    return trace.ending(result);
 }
 
 UaStatus SessionActivator::changeUser(ServiceSettings& settings, Identity identity)

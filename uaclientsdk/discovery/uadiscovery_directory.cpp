@@ -7,6 +7,7 @@
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/methodcall.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uadiscovery.h>
@@ -97,17 +98,19 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, UaSession* sessi
                                      const UaString& productUri, const UaStringArray& serverCapabilities,
                                      UaDateTime& lastCounterResetTime, UaServerOnNetworks& servers)
 {
-    UaTrace::tInOut("--> UaDiscovery::queryDirectory");
+    TraceScope trace("UaDiscovery", "queryDirectory");
     servers.clear();
     lastCounterResetTime = UaDateTime();
     if (!session) {
         UaTrace::tError("<-- UaDiscovery::queryDirectory [hr=OpcUa_BadInvalidArgument] - Session pointer is "
                         "NULL");
+        trace.keepSilent();
         return UaStatus(OpcUa_BadInvalidArgument);
     }
     if (!session->isConnected()) {
         UaTrace::tError(
             "<-- UaDiscovery::queryDirectory [hr=OpcUa_BadConnectionClosed] - Server not connected");
+        trace.keepSilent();
         return UaStatus(OpcUa_BadConnectionClosed);
     }
     const OpcUa_UInt16 index = directoryNamespaceIndex(*session);
@@ -124,9 +127,7 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, UaSession* sessi
     UaStatus status = session->call(settings, question, answer);
     if (!status.isBad())
         status = takeResult(answer, lastCounterResetTime, servers);
-    UaTrace::tInOut("<-- UaDiscovery::queryDirectory [ret=0x%lx]",
-                    static_cast<unsigned long>(status.statusCode()));
-    return status;
+    return trace.ending(status);
 }
 
 UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, const UaString& url,
@@ -159,8 +160,8 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, const UaString& 
     once.retryInitialConnect = false; // an answer is wanted now or not at all
     const UaStatus status = session.connect(url, once, securityInfo, &callback);
     if (status.isBad()) {
-        UaTrace::tError("<-- UaDiscovery::queryDirectory [ret=0x%lx] - connect to server failed",
-                        static_cast<unsigned long>(status.statusCode()));
+        UaTrace::tError("<-- UaDiscovery::queryDirectory [ret=0x%x] - connect to server failed",
+                        status.statusCode());
         return status;
     }
     return disconnected(session, settings,

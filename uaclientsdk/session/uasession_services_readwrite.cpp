@@ -32,11 +32,11 @@ void traceReadResults(std::span<const OpcUa_DataValue> values)
     UaTrace::tData("Read results for %d nodes", static_cast<int>(values.size()));
     for (std::size_t i = 0; i < values.size(); ++i) {
         const OpcUa_DataValue& value = values[i];
-        const auto status = static_cast<unsigned long>(value.StatusCode);
+        const OpcUa_StatusCode status = value.StatusCode;
         if (OpcUa_IsBad(value.StatusCode)) {
-            UaTrace::tData("  Node[%d] Failed StatusCode=0x%lx", static_cast<int>(i), status);
+            UaTrace::tData("  Node[%d] Failed StatusCode=0x%x", static_cast<int>(i), status);
         } else {
-            UaTrace::tData("  Node[%d] Value=%s Status=0x%lx", static_cast<int>(i),
+            UaTrace::tData("  Node[%d] Value=%s Status=0x%x", static_cast<int>(i),
                            UaVariant(value.Value).toString().toUtf8(), status);
         }
     }

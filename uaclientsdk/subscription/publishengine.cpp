@@ -134,7 +134,7 @@ void PublishEngine::publishCallback(const Call& call)
 
 void PublishEngine::publishFailed(const Call& call, OpcUa_StatusCode status)
 {
-    UaTrace::tError("Error: Publish failed [status=0x%lx]", static_cast<unsigned long>(status));
+    UaTrace::tError("Error: Publish failed [status=0x%x]", status);
     {
         SessionLock lock(m_context.mutex);
         const bool current = call.generation == m_state.generation;

@@ -4,6 +4,7 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/generated/servicetraits.h>
 
 namespace UaClientSdk {
@@ -43,7 +44,7 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
         return;
     m_checked = true;
     m_lastCheck = now;
-    UaTrace::tInOut("--> UaSessionPrivate::doSubscriptionStatusCheck");
+    const TraceScope trace("UaSessionPrivate", "doSubscriptionStatusCheck");
     for (const SubscriptionRef& subscription : present()) {
         OpcUa_UInt32 next = 0;
         {
@@ -59,11 +60,8 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
         else if (!concernsSubscription(status))
             break; // the link's own check will find out
     }
-    {
-        SessionLock lock(m_state.context.mutex);
-        m_state.calculateSetPointPublishCountLocked(false);
-    }
-    UaTrace::tInOut("<-- UaSessionPrivate::doSubscriptionStatusCheck");
+    SessionLock lock(m_state.context.mutex);
+    m_state.calculateSetPointPublishCountLocked(false);
 }
 
 void SubscriptionRecovery::doRepublishAfterReconnect(OpcUa_UInt32 generation)
@@ -75,11 +73,10 @@ void SubscriptionRecovery::doRepublishAfterReconnect(OpcUa_UInt32 generation)
         SubscriptionRecovery& recovery;
         const OpcUa_UInt32 generation;
     } guard{*this, generation};
-    UaTrace::tInOut("--> UaSessionPrivate::doRepublishAfterReconnect");
+    const TraceScope trace("UaSessionPrivate", "doRepublishAfterReconnect");
     for (const SubscriptionRef& subscription : present())
         if (!isCurrent(generation) || !republish(*subscription, generation))
             break;
-    UaTrace::tInOut("<-- UaSessionPrivate::doRepublishAfterReconnect");
 }
 
 void SubscriptionRecovery::endRepublish(OpcUa_UInt32 generation)
