@@ -6,6 +6,7 @@
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/connection/channelconnectinfo.h>
 
 #include <algorithm>
 #include <array>
@@ -87,10 +88,7 @@ UaStatus SessionSecurityInfo::splitCertificateChain(const UaByteString& chain,
 
 UaStatus SessionSecurityInfo::verifyServerCertificate(CertificateValidationCallback* callback)
 {
-    const PkiFolders& folders = pki();
-    const OpcUa_PkiConfiguration configuration{
-        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
-        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
+    const OpcUa_PkiConfiguration configuration = pkiConfigurationOf(pki());
     Verification verification{*this, callback};
     return UaStatus(OpcUa_Certificate_Verify(serverCertificate.get(), &configuration,
                                              securityPolicyUri.toUtf8(), tellFinding, &verification));

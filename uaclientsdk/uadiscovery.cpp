@@ -4,9 +4,10 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatetime.h>
+#include <uaclientsdk/calls/requestheader.h>
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/calls/tracescope.h>
-#include <uaclientsdk/connection/endpointurl.h>
+#include <uaclientsdk/connection/channelconnectinfo.h>
 #include <uaclientsdk/discovery/uadiscovery_p.h>
 #include <uaclientsdk/generated/servicetraits.h>
 
@@ -47,7 +48,7 @@ UaStatus discover(ServiceSettings& settings, const UaString& url, const ClientSe
     }
     OwningRequest<Service> request;
     OwningResponse<Service> response;
-    UaDiscoveryPrivate::fillRequestHeader(settings, request->RequestHeader);
+    fillRequestHeader(settings, settings.requestHandle, request->RequestHeader);
     settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
     if constexpr (requires { request->EndpointUrl; })
         url.copyTo(&request->EndpointUrl);
@@ -75,33 +76,23 @@ UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityIn
         UaTrace::tError("<-- UaDiscovery::connect [ret=OpcUa_BadInternalError] - Server already connected");
         return UaStatus(OpcUa_BadInternalError);
     }
-    const char* profile = transportProfileOf(url.view());
-    if (!profile)
+    ChannelConnectInfo info(url, security);
+    if (!info.isSupported())
         return UaStatus(OpcUa_BadInvalidArgument);
+    info->Callback = channelEvent;
+    info->CallbackContext = const_cast<ClientSecurityInfo*>(&security); // outlives the channel
+    info->SecurityPolicyUri = OpcUa_SecurityPolicy_None;
+    info->RequestedLifetime = channelLifetime;
+    info->SecurityMode = OpcUa_MessageSecurityMode_None;
+    info->Reserved = reserved.toUtf8();
+    info->ConnectTimeout = timeout;
     OpcUa_StatusCode status = OpcUa_Channel_Create(&m_channel);
     if (OpcUa_IsBad(status)) {
         m_channel = nullptr;
         return UaStatus(status);
     }
-    const PkiFolders& folders = isHttpsUrl(url.view()) ? security.httpsPki() : security.pki();
-    const OpcUa_PkiConfiguration pki{
-        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
-        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
-    OpcUa_ChannelConnectInfo info{};
-    info.Url = url.toUtf8();
-    info.TransportProfileUri = profile;
-    info.Callback = channelEvent;
-    info.CallbackContext = const_cast<ClientSecurityInfo*>(&security); // outlives the channel
-    info.ClientCertificate = security.clientCertificate.get();
-    info.ClientPrivateKey = security.clientPrivateKey.get();
-    info.PkiConfiguration = &pki;
-    info.SecurityPolicyUri = OpcUa_SecurityPolicy_None;
-    info.RequestedLifetime = channelLifetime;
-    info.SecurityMode = OpcUa_MessageSecurityMode_None;
-    info.Reserved = reserved.toUtf8();
-    info.ConnectTimeout = timeout;
     const StackCall call("OpcUa_Channel_Connect");
-    status = call.done(OpcUa_Channel_Connect(m_channel, &info, nullptr));
+    status = call.done(OpcUa_Channel_Connect(m_channel, info.get(), nullptr));
     if (OpcUa_IsBad(status))
         OpcUa_Channel_Delete(&m_channel);
     return UaStatus(status);
@@ -116,16 +107,6 @@ UaStatus UaDiscoveryPrivate::disconnect()
     const OpcUa_StatusCode status = OpcUa_Channel_Disconnect(m_channel);
     OpcUa_Channel_Delete(&m_channel);
     return UaStatus(status);
-}
-
-void UaDiscoveryPrivate::fillRequestHeader(const ServiceSettings& settings, OpcUa_RequestHeader& header)
-{
-    header.Timestamp = OpcUa_DateTime_UtcNow();
-    header.TimeoutHint = settings.callTimeout;
-    header.ReturnDiagnostics = settings.returnDiagnostics;
-    header.RequestHandle = settings.requestHandle;
-    if (!settings.auditEntryId.isEmpty())
-        settings.auditEntryId.copyTo(&header.AuditEntryId);
 }
 
 UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& discoveryUrl,

@@ -6,6 +6,7 @@
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/calls/tracescope.h>
+#include <uaclientsdk/connection/channelconnectinfo.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/uaclient.h>
 
@@ -59,9 +60,6 @@ UaStatus ChannelConnector::connectChannel()
 
 UaStatus ChannelConnector::connectTo(const UaString& url)
 {
-    const char* profile = transportProfileOf(url.view());
-    if (!profile)
-        return UaStatus(OpcUa_BadInvalidArgument);
     SessionConnectInfo connectInfo;
     SessionSecurityInfo security;
     {
@@ -69,34 +67,28 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
         connectInfo = m_context.connectInfo;
         security = m_context.securityInfo;
     }
-    const PkiFolders& folders = isHttpsUrl(url.view()) ? security.httpsPki() : security.pki();
-    const OpcUa_PkiConfiguration pki{
-        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
-        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
-
-    OpcUa_ChannelConnectInfo info{};
-    info.Url = url.toUtf8();
-    info.TransportProfileUri = profile;
-    info.Callback = channelEvent;
-    info.CallbackContext = &m_context;
-    info.ClientCertificate = security.clientCertificate.get();
-    info.ClientPrivateKey = security.clientPrivateKey.get();
-    info.ServerCertificate = security.serverCertificate.get();
+    ChannelConnectInfo info(url, security);
+    if (!info.isSupported())
+        return UaStatus(OpcUa_BadInvalidArgument);
+    info->Callback = channelEvent;
+    info->CallbackContext = &m_context;
+    info->ServerCertificate = security.serverCertificate.get();
     // a certificate that was judged before the connect is pinned by the channel, and not judged again
-    info.PkiConfiguration = isHttpsUrl(url.view()) ? &pki : nullptr;
-    info.SecurityPolicyUri = security.securityPolicyUri.toUtf8();
-    info.RequestedLifetime = connectInfo.secureChannelLifetime;
-    info.SecurityMode = security.messageSecurityMode;
-    info.AllowBasic128Rsa15 = security.basic128Rsa15Accepted ? OpcUa_True : OpcUa_False;
-    info.Reserved = connectInfo.reserved.toUtf8();
-    info.ConnectTimeout = connectInfo.connectTimeout;
+    if (!isHttpsUrl(url.view()))
+        info->PkiConfiguration = nullptr;
+    info->SecurityPolicyUri = security.securityPolicyUri.toUtf8();
+    info->RequestedLifetime = connectInfo.secureChannelLifetime;
+    info->SecurityMode = security.messageSecurityMode;
+    info->AllowBasic128Rsa15 = security.basic128Rsa15Accepted ? OpcUa_True : OpcUa_False;
+    info->Reserved = connectInfo.reserved.toUtf8();
+    info->ConnectTimeout = connectInfo.connectTimeout;
 
     OpcUa_UInt32 revisedLifetime = 0;
     m_context.mutex.assertUnlocked();
     m_context.linkLost = false;
     const StackCall call("OpcUa_Channel_Connect");
     const OpcUa_StatusCode status =
-        call.done(OpcUa_Channel_Connect(m_context.channel, &info, &revisedLifetime));
+        call.done(OpcUa_Channel_Connect(m_context.channel, info.get(), &revisedLifetime));
     if (OpcUa_IsGood(status)) {
         SessionLock lock(m_context.mutex);
         m_context.channelConnected = true;
