@@ -132,7 +132,7 @@ UaStatus DataTypeDefinitions::loadAll(ServiceSettings& settings, UaTypeDefinitio
         return status;
     status = readDefinitions(settings, tree, types, store);
     if (status.isGood() && !types.empty())
-        status = OlderDataTypes(m_session, tree, store).load(settings, types);
+        status = OlderDataTypes(m_session, settings, tree, store).load(types);
     return status;
 }
 
