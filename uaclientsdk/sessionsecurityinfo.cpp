@@ -115,7 +115,7 @@ void SessionSecurityInfo::getCurrentErrorInformationOpenSSL(void* context, UaSta
     else if (status == OpcUa_BadCertificatePolicyCheckFailed)
         errorText = "key or signature of the certificate is not what the security policy asks for";
     else
-        errorText = status.isGood() ? UaString("") : UaString("the certificate can not be decoded");
+        errorText = status.isGood() ? UaString("") : UaString("the certificate cannot be decoded");
 }
 
 } // namespace UaClientSdk

@@ -22,7 +22,7 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_St
 {
     if (event != OpcUa_Channel_Event_VerifyCertificate)
         return OpcUa_Good;
-    // a call that is over in a moment can not wait for a user: what the lists do not trust stays refused
+    // a call that is over in a moment cannot wait for a user: what the lists do not trust stays refused
     const auto& security = *static_cast<const ClientSecurityInfo*>(context);
     if (security.tlsCertificateRefused && details) {
         const auto& finding = *static_cast<const OpcUa_CertificateValidation*>(details);

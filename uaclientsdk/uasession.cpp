@@ -113,9 +113,9 @@ OpcUa_UInt32 UaSession::maxOperationsPerServiceCall() const
 
 void UaSession::setMaxOperationsPerServiceCall(OpcUa_UInt32 count)
 {
-    const OpcUa_UInt32 most = maxArrayLength();
+    const OpcUa_UInt32 maximum = maxArrayLength();
     SessionLock lock(d->context.mutex);
-    d->context.connectInfo.maxOperationsPerServiceCall = count == 0 || count > most ? most : count;
+    d->context.connectInfo.maxOperationsPerServiceCall = count == 0 || count > maximum ? maximum : count;
 }
 
 OpcUa_UInt32 UaSession::watchdogTime() const

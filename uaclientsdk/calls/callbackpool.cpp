@@ -43,7 +43,7 @@ void executeGuarded(CallbackJob& job)
 
 } // namespace
 
-// Lanes move between two lists, which takes no memory: a worker can not fail half-way.
+// Lanes move between two lists, which takes no memory: a worker cannot fail half-way.
 class CallbackPoolPrivate
 {
 public:

@@ -27,11 +27,10 @@ namespace UaClientSdk {
 
 namespace {
 
-constexpr OpcUa_Int32 nonceLength = 32;
 constexpr double minimumSessionTimeout = 30000.0;
 constexpr OpcUa_Int64 halfAnHour = 18'000'000'000; // in units of 100 ns
 
-// What a server says of a user whom it does not want, as against one whom it can not take just now.
+// What a server says of a user whom it does not want, as against one whom it cannot take just now.
 bool isRefusal(const UaStatus& status)
 {
     constexpr std::array<OpcUa_StatusCode, 4> refusals = {
@@ -62,7 +61,7 @@ UaStatus SessionActivator::sendCreateSession()
 {
     OwningRequest<Services::CreateSession> request;
     OwningResponse<Services::CreateSession> response;
-    UaStatus result(OpcUa_CryptoProvider_GenerateNonce(nonceLength, &request->ClientNonce));
+    UaStatus result(OpcUa_CryptoProvider_GenerateNonce(minimumNonceLength, &request->ClientNonce));
     if (result.isBad())
         return result;
     fillCreateSession(*request);
@@ -128,7 +127,7 @@ UaStatus SessionActivator::acceptCreateSession(OpcUa_CreateSessionResponse& resp
     }
     if (!check.wasAsked())
         m_context.reportConnectError(UaClient::CreateSession, status, false);
-    // who can not prove to be the server must not make it forget what may be another client's
+    // who cannot prove to be the server must not make it forget what may be another client's
     closeRefused(!check.signatureFailed());
     return status;
 }
@@ -312,7 +311,7 @@ UaStatus SessionActivator::acceptNewNonce(const OpcUa_ByteString& nonce, bool ma
     }
     if (!matters)
         return UaStatus(); // nothing is signed or encrypted with it
-    if (nonce.Length < nonceLength)
+    if (nonce.Length < minimumNonceLength)
         UaTrace::tError("Nonce returned by server is too short (len=%i), closing session", nonce.Length);
     else if (repeated)
         UaTrace::tError("Server returned the same nonce as last time, closing session");

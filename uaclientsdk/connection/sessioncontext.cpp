@@ -26,7 +26,7 @@ SessionContext::SessionContext() : traceId(nextTraceId()), pool(CallbackPool::in
 {
     const OpcUa_StatusCode status = OpcUa_Channel_Create(&channel);
     if (OpcUa_IsBad(status)) {
-        UaTrace::tError("Error: UaSession - can not create a channel [ret=0x%x]", status);
+        UaTrace::tError("Error: UaSession - cannot create a channel [ret=0x%x]", status);
         channel = nullptr;
     }
 }

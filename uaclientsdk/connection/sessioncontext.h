@@ -87,7 +87,7 @@ struct SessionContext
     /// The session thread has something to do.
     void wakeThreadLocked();
 
-    /// Executes a completion on the pool; at once and here when the pool can not take it, for a completion is
+    /// Executes a completion on the pool; at once and here when the pool cannot take it, for a completion is
     /// never lost. Without the mutex.
     void runOnPool(std::unique_ptr<CallbackJob> job) const;
 

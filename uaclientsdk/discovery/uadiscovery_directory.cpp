@@ -1,4 +1,5 @@
-// The directory of a global discovery server.
+// Members of UaDiscovery for the directory of a global discovery server; declared in uadiscovery.h. Apart
+// from the others because they need a session.
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uaarray.h>

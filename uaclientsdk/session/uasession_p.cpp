@@ -55,7 +55,7 @@ UaSessionPrivate::~UaSessionPrivate()
     subscriptions.waitIdle();
 }
 
-// Lets one connect in at a time; a callback of it can not begin another.
+// Lets one connect in at a time; a callback of it cannot begin another.
 class UaSessionPrivate::ConnectGuard
 {
 public:
@@ -132,7 +132,7 @@ UaStatus UaSessionPrivate::startWatching(bool good)
     SessionHousekeeping& housekeeping = *this;
     m_monitor = std::make_unique<ConnectionMonitor>(context, housekeeping);
     if (!start()) {
-        UaTrace::tError("Error: UaSession::connect - can not start the session thread");
+        UaTrace::tError("Error: UaSession::connect - cannot start the session thread");
         ServiceSettings settings;
         disconnect(settings, true);
         return UaStatus(OpcUa_BadResourceUnavailable);

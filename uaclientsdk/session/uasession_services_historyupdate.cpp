@@ -1,4 +1,4 @@
-// The services of a session that change history.
+// Members of UaSession that change history; declared in uasession.h, which has too many for one source.
 #include <uaclientsdk/session/uasession_p.h>
 
 #include <uabase/values/uaarray.h>

@@ -1,4 +1,4 @@
-// The method service of a session.
+// Members of UaSession about methods; declared in uasession.h, which has too many for one source.
 #include <uaclientsdk/session/uasession_p.h>
 
 #include <opcua/opcua_attributes.h>

@@ -1,4 +1,4 @@
-// The node management services of a session.
+// Members of UaSession about nodes; declared in uasession.h, which has too many for one source.
 #include <uaclientsdk/session/uasession_p.h>
 
 #include <uabase/values/uadiagnosticinfos.h>

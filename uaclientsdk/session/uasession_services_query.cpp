@@ -1,4 +1,4 @@
-// The query services of a session, and Cancel.
+// Members of UaSession for queries, and cancel; declared in uasession.h, which has too many for one source.
 #include <uaclientsdk/session/uasession_p.h>
 
 #include <uabase/values/uabytestring.h>

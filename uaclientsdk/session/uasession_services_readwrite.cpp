@@ -1,4 +1,4 @@
-// The attribute services of a session.
+// Members of UaSession about attributes; declared in uasession.h, which has too many for one source.
 #include <uaclientsdk/session/uasession_p.h>
 
 #include <uabase/system/uatrace.h>

@@ -1,4 +1,4 @@
-// The view services of a session.
+// Members of UaSession that browse; declared in uasession.h, which has too many for one source.
 #include <uaclientsdk/session/uasession_p.h>
 
 #include <uabase/values/uabytestring.h>

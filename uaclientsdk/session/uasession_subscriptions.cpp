@@ -1,4 +1,4 @@
-// The subscriptions of a session.
+// Members of UaSession about subscriptions; declared in uasession.h, which has too many for one source.
 #include <uaclientsdk/session/uasession_p.h>
 
 #include <opcua/opcua_statuscodes.h>

@@ -1,4 +1,5 @@
-// A session as the dictionary of its server's data types.
+// Members of UaSession as the dictionary of its server's data types; declared in uasession.h, which has too
+// many for one source.
 #include <uaclientsdk/session/uasession_p.h>
 
 #include <uabase/structures/uadatatypedictionary.h>
