@@ -16,26 +16,42 @@ namespace UaClientSdk {
 
 namespace {
 
-using UpdateService = BlockService<Services::HistoryUpdate>;
+using UpdateCompletion = void (UaSessionCallback::*)(OpcUa_UInt32, const UaStatus&, UaHistoryUpdateResults&,
+                                                     UaDiagnosticInfos&);
 
-// One service of the server under five names.
-constexpr UpdateService updateService(const char* method, const char* beginMethod, const char* completion)
+// One service of the server goes by five names, one for each kind of details.
+template <typename Details>
+struct UpdateKind
 {
-    return {{method, "Empty update details array passed", beginMethod, Services::HistoryUpdate::handler,
-             completion},
-            true};
-}
+    constexpr UpdateKind(const char* method, const char* beginMethod, const char* completeMethod,
+                         const OpcUa_EncodeableType& detailsType, UpdateCompletion told)
+        : service{{method, "Empty update details array passed", beginMethod, Services::HistoryUpdate::handler,
+                   completeMethod},
+                  true},
+          type(detailsType), completion(told)
+    {
+    }
 
-const UpdateService updateDataService =
-    updateService("historyUpdateData", "beginHistoryUpdateData", "historyUpdateDataComplete");
-const UpdateService updateEventsService =
-    updateService("historyUpdateEvents", "beginHistoryUpdateEvents", "historyUpdateEventsComplete");
-const UpdateService deleteRawModifiedService = updateService(
-    "historyDeleteRawModified", "beginHistoryDeleteRawModified", "historyDeleteRawModifiedComplete");
-const UpdateService deleteAtTimeService =
-    updateService("historyDeleteAtTime", "beginHistoryDeleteAtTime", "historyDeleteAtTimeComplete");
-const UpdateService deleteEventsService =
-    updateService("historyDeleteEvents", "beginHistoryDeleteEvents", "historyDeleteEventsComplete");
+    const BlockService<Services::HistoryUpdate> service;
+    const OpcUa_EncodeableType& type;
+    const UpdateCompletion completion;
+};
+
+const UpdateKind<OpcUa_UpdateDataDetails> updateData{
+    "historyUpdateData", "beginHistoryUpdateData", "historyUpdateDataComplete",
+    OpcUa_UpdateDataDetails_EncodeableType, &UaSessionCallback::historyUpdateDataComplete};
+const UpdateKind<OpcUa_UpdateEventDetails> updateEvents{
+    "historyUpdateEvents", "beginHistoryUpdateEvents", "historyUpdateEventsComplete",
+    OpcUa_UpdateEventDetails_EncodeableType, &UaSessionCallback::historyUpdateEventsComplete};
+const UpdateKind<OpcUa_DeleteRawModifiedDetails> deleteRawModified{
+    "historyDeleteRawModified", "beginHistoryDeleteRawModified", "historyDeleteRawModifiedComplete",
+    OpcUa_DeleteRawModifiedDetails_EncodeableType, &UaSessionCallback::historyDeleteRawModifiedComplete};
+const UpdateKind<OpcUa_DeleteAtTimeDetails> deleteAtTime{
+    "historyDeleteAtTime", "beginHistoryDeleteAtTime", "historyDeleteAtTimeComplete",
+    OpcUa_DeleteAtTimeDetails_EncodeableType, &UaSessionCallback::historyDeleteAtTimeComplete};
+const UpdateKind<OpcUa_DeleteEventDetails> deleteEvents{
+    "historyDeleteEvents", "beginHistoryDeleteEvents", "historyDeleteEventsComplete",
+    OpcUa_DeleteEventDetails_EncodeableType, &UaSessionCallback::historyDeleteEventsComplete};
 
 // The details as the request carries them; their bodies are borrowed.
 template <typename Details>
@@ -50,25 +66,21 @@ std::vector<OpcUa_ExtensionObject> wrap(const UaArray<Details>& details, const O
 }
 
 template <typename Details>
-UaStatus update(SessionContext& context, const UpdateService& service, ServiceSettings& settings,
-                const UaArray<Details>& details, const OpcUa_EncodeableType& type,
-                UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos)
+UaStatus update(SessionContext& context, const UpdateKind<Details>& kind, ServiceSettings& settings,
+                const UaArray<Details>& details, UaHistoryUpdateResults& results,
+                UaDiagnosticInfos& diagnosticInfos)
 try {
-    return callInBlocks(context, service, settings, wrap(details, type), results, diagnosticInfos);
+    return callInBlocks(context, kind.service, settings, wrap(details, kind.type), results, diagnosticInfos);
 } catch (const std::bad_alloc&) {
     return UaStatus(OpcUa_BadOutOfMemory);
 }
 
-using UpdateCompletion = void (UaSessionCallback::*)(OpcUa_UInt32, const UaStatus&, UaHistoryUpdateResults&,
-                                                     UaDiagnosticInfos&);
-
 template <typename Details>
-UaStatus beginUpdate(SessionContext& context, const UpdateService& service, ServiceSettings& settings,
-                     const UaArray<Details>& details, const OpcUa_EncodeableType& type,
-                     OpcUa_UInt32 transactionId, UpdateCompletion completion)
+UaStatus beginUpdate(SessionContext& context, const UpdateKind<Details>& kind, ServiceSettings& settings,
+                     const UaArray<Details>& details, OpcUa_UInt32 transactionId)
 try {
-    return beginInBlocks(context, service, settings, wrap(details, type), NothingToPrepare(),
-                         completeWith(transactionId, completion));
+    return beginInBlocks(context, kind.service, settings, wrap(details, kind.type), NothingToPrepare(),
+                         completeWith(transactionId, kind.completion));
 } catch (const std::bad_alloc&) {
     return UaStatus(OpcUa_BadOutOfMemory);
 }
@@ -78,32 +90,26 @@ try {
 UaStatus UaSession::historyUpdateData(ServiceSettings& settings, const UaUpdateDataDetailsArray& details,
                                       UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    return update(d->context, updateDataService, settings, details, OpcUa_UpdateDataDetails_EncodeableType,
-                  results, diagnosticInfos);
+    return update(d->context, updateData, settings, details, results, diagnosticInfos);
 }
 
 UaStatus UaSession::beginHistoryUpdateData(ServiceSettings& settings, const UaUpdateDataDetailsArray& details,
                                            OpcUa_UInt32 transactionId)
 {
-    return beginUpdate(d->context, updateDataService, settings, details,
-                       OpcUa_UpdateDataDetails_EncodeableType, transactionId,
-                       &UaSessionCallback::historyUpdateDataComplete);
+    return beginUpdate(d->context, updateData, settings, details, transactionId);
 }
 
 UaStatus UaSession::historyUpdateEvents(ServiceSettings& settings, const UaUpdateEventDetailsArray& details,
                                         UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    return update(d->context, updateEventsService, settings, details, OpcUa_UpdateEventDetails_EncodeableType,
-                  results, diagnosticInfos);
+    return update(d->context, updateEvents, settings, details, results, diagnosticInfos);
 }
 
 UaStatus UaSession::beginHistoryUpdateEvents(ServiceSettings& settings,
                                              const UaUpdateEventDetailsArray& details,
                                              OpcUa_UInt32 transactionId)
 {
-    return beginUpdate(d->context, updateEventsService, settings, details,
-                       OpcUa_UpdateEventDetails_EncodeableType, transactionId,
-                       &UaSessionCallback::historyUpdateEventsComplete);
+    return beginUpdate(d->context, updateEvents, settings, details, transactionId);
 }
 
 UaStatus UaSession::historyDeleteRawModified(ServiceSettings& settings,
@@ -111,49 +117,40 @@ UaStatus UaSession::historyDeleteRawModified(ServiceSettings& settings,
                                              UaHistoryUpdateResults& results,
                                              UaDiagnosticInfos& diagnosticInfos)
 {
-    return update(d->context, deleteRawModifiedService, settings, details,
-                  OpcUa_DeleteRawModifiedDetails_EncodeableType, results, diagnosticInfos);
+    return update(d->context, deleteRawModified, settings, details, results, diagnosticInfos);
 }
 
 UaStatus UaSession::beginHistoryDeleteRawModified(ServiceSettings& settings,
                                                   const UaDeleteRawModifiedDetailsArray& details,
                                                   OpcUa_UInt32 transactionId)
 {
-    return beginUpdate(d->context, deleteRawModifiedService, settings, details,
-                       OpcUa_DeleteRawModifiedDetails_EncodeableType, transactionId,
-                       &UaSessionCallback::historyDeleteRawModifiedComplete);
+    return beginUpdate(d->context, deleteRawModified, settings, details, transactionId);
 }
 
 UaStatus UaSession::historyDeleteAtTime(ServiceSettings& settings, const UaDeleteAtTimeDetailsArray& details,
                                         UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    return update(d->context, deleteAtTimeService, settings, details,
-                  OpcUa_DeleteAtTimeDetails_EncodeableType, results, diagnosticInfos);
+    return update(d->context, deleteAtTime, settings, details, results, diagnosticInfos);
 }
 
 UaStatus UaSession::beginHistoryDeleteAtTime(ServiceSettings& settings,
                                              const UaDeleteAtTimeDetailsArray& details,
                                              OpcUa_UInt32 transactionId)
 {
-    return beginUpdate(d->context, deleteAtTimeService, settings, details,
-                       OpcUa_DeleteAtTimeDetails_EncodeableType, transactionId,
-                       &UaSessionCallback::historyDeleteAtTimeComplete);
+    return beginUpdate(d->context, deleteAtTime, settings, details, transactionId);
 }
 
 UaStatus UaSession::historyDeleteEvents(ServiceSettings& settings, const UaDeleteEventDetailsArray& details,
                                         UaHistoryUpdateResults& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    return update(d->context, deleteEventsService, settings, details, OpcUa_DeleteEventDetails_EncodeableType,
-                  results, diagnosticInfos);
+    return update(d->context, deleteEvents, settings, details, results, diagnosticInfos);
 }
 
 UaStatus UaSession::beginHistoryDeleteEvents(ServiceSettings& settings,
                                              const UaDeleteEventDetailsArray& details,
                                              OpcUa_UInt32 transactionId)
 {
-    return beginUpdate(d->context, deleteEventsService, settings, details,
-                       OpcUa_DeleteEventDetails_EncodeableType, transactionId,
-                       &UaSessionCallback::historyDeleteEventsComplete);
+    return beginUpdate(d->context, deleteEvents, settings, details, transactionId);
 }
 
 } // namespace UaClientSdk
