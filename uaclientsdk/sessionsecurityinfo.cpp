@@ -6,6 +6,7 @@
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/connection/channelconnectinfo.h>
 
 #include <algorithm>
 #include <array>
@@ -87,10 +88,7 @@ UaStatus SessionSecurityInfo::splitCertificateChain(const UaByteString& chain,
 
 UaStatus SessionSecurityInfo::verifyServerCertificate(CertificateValidationCallback* callback)
 {
-    const PkiFolders& folders = pki();
-    const OpcUa_PkiConfiguration configuration{
-        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
-        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
+    const OpcUa_PkiConfiguration configuration = pkiConfigurationOf(pki());
     Verification verification{*this, callback};
     return UaStatus(OpcUa_Certificate_Verify(serverCertificate.get(), &configuration,
                                              securityPolicyUri.toUtf8(), tellFinding, &verification));
@@ -117,7 +115,7 @@ void SessionSecurityInfo::getCurrentErrorInformationOpenSSL(void* context, UaSta
     else if (status == OpcUa_BadCertificatePolicyCheckFailed)
         errorText = "key or signature of the certificate is not what the security policy asks for";
     else
-        errorText = status.isGood() ? UaString("") : UaString("the certificate can not be decoded");
+        errorText = status.isGood() ? UaString("") : UaString("the certificate cannot be decoded");
 }
 
 } // namespace UaClientSdk

@@ -1,13 +1,15 @@
 #include <uaclientsdk/uadiscovery.h>
 
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatetime.h>
-#include <uaclientsdk/connection/endpointurl.h>
+#include <uaclientsdk/calls/requestheader.h>
+#include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
+#include <uaclientsdk/connection/channelconnectinfo.h>
 #include <uaclientsdk/discovery/uadiscovery_p.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/generated/servicetraits.h>
 
 namespace UaClientSdk {
 
@@ -20,7 +22,7 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_St
 {
     if (event != OpcUa_Channel_Event_VerifyCertificate)
         return OpcUa_Good;
-    // a call that is over in a moment can not wait for a user: what the lists do not trust stays refused
+    // a call that is over in a moment cannot wait for a user: what the lists do not trust stays refused
     const auto& security = *static_cast<const ClientSecurityInfo*>(context);
     if (security.tlsCertificateRefused && details) {
         const auto& finding = *static_cast<const OpcUa_CertificateValidation*>(details);
@@ -31,36 +33,32 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_St
 
 // One discovery service from connect to disconnect. fill(request) sets the service's own fields,
 // take(response) takes the results.
-template <typename Request, typename Response, typename Fill, typename Take>
-UaStatus discover(const char* method, const char* stackName,
-                  OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
-                  const OpcUa_EncodeableType& requestType, const OpcUa_EncodeableType& responseType,
-                  ServiceSettings& settings, const UaString& url, const ClientSecurityInfo& security,
+template <typename Service, typename Fill, typename Take>
+UaStatus discover(ServiceSettings& settings, const UaString& url, const ClientSecurityInfo& security,
                   const Fill& fill, const Take& take)
 {
-    UaTrace::tInOut("--> UaDiscovery::%s", method);
+    TraceScope trace("UaDiscovery", Service::method);
     UaDiscoveryPrivate discovery;
     UaStatus status = discovery.connect(url, security, settings.callTimeout, settings.auditEntryId);
     if (status.isBad()) {
-        UaTrace::tError("<-- UaDiscovery::%s [ret=0x%lx] - connect to server failed", method,
-                        static_cast<unsigned long>(status.statusCode()));
+        UaTrace::tError("<-- UaDiscovery::%s [ret=0x%x] - connect to server failed", Service::method,
+                        status.statusCode());
+        trace.keepSilent();
         return status;
     }
-    Encodeable<Request> request(requestType);
-    Encodeable<Response> response(responseType);
-    UaDiscoveryPrivate::fillRequestHeader(settings, request->RequestHeader);
+    OwningRequest<Service> request;
+    OwningResponse<Service> response;
+    fillRequestHeader(settings, settings.requestHandle, request->RequestHeader);
     settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
     if constexpr (requires { request->EndpointUrl; })
         url.copyTo(&request->EndpointUrl);
     fill(*request);
-    status = UaStatus(callStack(stackName, function, discovery.channel(), *request, *response));
+    status = UaStatus(callStack<Service>(discovery.channel(), *request, *response));
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (!status.isBad())
         take(*response);
     discovery.disconnect();
-    UaTrace::tInOut("<-- UaDiscovery::%s [ret=0x%lx]", method,
-                    static_cast<unsigned long>(status.statusCode()));
-    return status;
+    return trace.ending(status);
 }
 
 } // namespace
@@ -78,34 +76,23 @@ UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityIn
         UaTrace::tError("<-- UaDiscovery::connect [ret=OpcUa_BadInternalError] - Server already connected");
         return UaStatus(OpcUa_BadInternalError);
     }
-    const char* profile = transportProfileOf(url.view());
-    if (!profile)
+    ChannelConnectInfo info(url, security);
+    if (!info.isSupported())
         return UaStatus(OpcUa_BadInvalidArgument);
+    info->Callback = channelEvent;
+    info->CallbackContext = const_cast<ClientSecurityInfo*>(&security); // outlives the channel
+    info->SecurityPolicyUri = OpcUa_SecurityPolicy_None;
+    info->RequestedLifetime = channelLifetime;
+    info->SecurityMode = OpcUa_MessageSecurityMode_None;
+    info->Reserved = reserved.toUtf8();
+    info->ConnectTimeout = timeout;
     OpcUa_StatusCode status = OpcUa_Channel_Create(&m_channel);
     if (OpcUa_IsBad(status)) {
         m_channel = nullptr;
         return UaStatus(status);
     }
-    const PkiFolders& folders = isHttpsUrl(url.view()) ? security.httpsPki() : security.pki();
-    const OpcUa_PkiConfiguration pki{
-        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
-        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
-    OpcUa_ChannelConnectInfo info{};
-    info.Url = url.toUtf8();
-    info.TransportProfileUri = profile;
-    info.Callback = channelEvent;
-    info.CallbackContext = const_cast<ClientSecurityInfo*>(&security); // outlives the channel
-    info.ClientCertificate = security.clientCertificate.get();
-    info.ClientPrivateKey = security.clientPrivateKey.get();
-    info.PkiConfiguration = &pki;
-    info.SecurityPolicyUri = OpcUa_SecurityPolicy_None;
-    info.RequestedLifetime = channelLifetime;
-    info.SecurityMode = OpcUa_MessageSecurityMode_None;
-    info.Reserved = reserved.toUtf8();
-    info.ConnectTimeout = timeout;
-    UaTrace::tIfCall("CALL OpcUa_Channel_Connect");
-    status = OpcUa_Channel_Connect(m_channel, &info, nullptr);
-    UaTrace::tIfCall("DONE OpcUa_Channel_Connect [ret=0x%lx]", static_cast<unsigned long>(status));
+    const StackCall call("OpcUa_Channel_Connect");
+    status = call.done(OpcUa_Channel_Connect(m_channel, info.get(), nullptr));
     if (OpcUa_IsBad(status))
         OpcUa_Channel_Delete(&m_channel);
     return UaStatus(status);
@@ -122,16 +109,6 @@ UaStatus UaDiscoveryPrivate::disconnect()
     return UaStatus(status);
 }
 
-void UaDiscoveryPrivate::fillRequestHeader(const ServiceSettings& settings, OpcUa_RequestHeader& header)
-{
-    header.Timestamp = OpcUa_DateTime_UtcNow();
-    header.TimeoutHint = settings.callTimeout;
-    header.ReturnDiagnostics = settings.returnDiagnostics;
-    header.RequestHandle = settings.requestHandle;
-    if (!settings.auditEntryId.isEmpty())
-        settings.auditEntryId.copyTo(&header.AuditEntryId);
-}
-
 UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& discoveryUrl,
                                   const ClientSecurityInfo& security, UaApplicationDescriptions& servers)
 {
@@ -144,9 +121,8 @@ UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& dis
                                   const UaStringArray& serverUris, UaApplicationDescriptions& servers)
 {
     servers.clear();
-    return discover(
-        "findServers", "FindServers", OpcUa_ClientApi_FindServers, OpcUa_FindServersRequest_EncodeableType,
-        OpcUa_FindServersResponse_EncodeableType, settings, discoveryUrl, security,
+    return discover<Services::FindServers>(
+        settings, discoveryUrl, security,
         [&](OpcUa_FindServersRequest& request) {
             localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
             serverUris.copyTo(&request.NoOfServerUris, &request.ServerUris);
@@ -168,10 +144,8 @@ UaStatus UaDiscovery::getEndpoints(ServiceSettings& settings, const UaString& di
                                    const UaStringArray& profileUris, UaEndpointDescriptions& endpoints)
 {
     endpoints.clear();
-    return discover(
-        "getEndpoints", "GetEndpoints", OpcUa_ClientApi_GetEndpoints,
-        OpcUa_GetEndpointsRequest_EncodeableType, OpcUa_GetEndpointsResponse_EncodeableType, settings,
-        discoveryUrl, security,
+    return discover<Services::GetEndpoints>(
+        settings, discoveryUrl, security,
         [&](OpcUa_GetEndpointsRequest& request) {
             localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
             profileUris.copyTo(&request.NoOfProfileUris, &request.ProfileUris);
@@ -199,9 +173,7 @@ UaStatus UaDiscovery::findServersOnNetwork(ServiceSettings& settings, const UaSt
 {
     servers.clear();
     lastCounterResetTime = UaDateTime();
-    return discover(
-        "findServersOnNetwork", "FindServersOnNetwork", OpcUa_ClientApi_FindServersOnNetwork,
-        OpcUa_FindServersOnNetworkRequest_EncodeableType, OpcUa_FindServersOnNetworkResponse_EncodeableType,
+    return discover<Services::FindServersOnNetwork>(
         settings, discoveryUrl, security,
         [&](OpcUa_FindServersOnNetworkRequest& request) {
             request.StartingRecordId = startingRecordId;

@@ -4,8 +4,9 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/endpointurl.h>
-#include <uaclientsdk/uasession_p.h>
+#include <uaclientsdk/session/uasession_p.h>
 
 #include <string_view>
 
@@ -48,26 +49,20 @@ UaSession::~UaSession()
 UaStatus UaSession::connect(const UaString& url, const SessionConnectInfo& connectInfo,
                             const SessionSecurityInfo& securityInfo, UaSessionCallback* callback)
 {
-    UaTrace::tInOut("--> UaSession::connect url=%s", url.toUtf8());
-    const UaStatus result = d->connect(url, connectInfo, securityInfo, callback);
-    UaTrace::tInOut("<-- UaSession::connect [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
-    return result;
+    TraceScope trace("UaSession", "connect", "url", url);
+    return trace.ending(d->connect(url, connectInfo, securityInfo, callback));
 }
 
 UaStatus UaSession::disconnect(const ServiceSettings& settings, bool deleteSubscriptions)
 {
-    UaTrace::tInOut("--> UaSession::disconnect");
-    const UaStatus result = d->disconnect(settings, deleteSubscriptions);
-    UaTrace::tInOut("<-- UaSession::disconnect [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
-    return result;
+    TraceScope trace("UaSession", "disconnect");
+    return trace.ending(d->disconnect(settings, deleteSubscriptions));
 }
 
 UaStatus UaSession::changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity)
 {
-    UaTrace::tInOut("--> UaSession::changeUser");
-    const UaStatus result = d->changeUser(settings, identity);
-    UaTrace::tInOut("<-- UaSession::changeUser [ret=0x%lx]", static_cast<unsigned long>(result.statusCode()));
-    return result;
+    TraceScope trace("UaSession", "changeUser");
+    return trace.ending(d->changeUser(settings, identity));
 }
 
 bool UaSession::isConnected() const
@@ -118,9 +113,9 @@ OpcUa_UInt32 UaSession::maxOperationsPerServiceCall() const
 
 void UaSession::setMaxOperationsPerServiceCall(OpcUa_UInt32 count)
 {
-    const OpcUa_UInt32 most = maxArrayLength();
+    const OpcUa_UInt32 maximum = maxArrayLength();
     SessionLock lock(d->context.mutex);
-    d->context.connectInfo.maxOperationsPerServiceCall = count == 0 || count > most ? most : count;
+    d->context.connectInfo.maxOperationsPerServiceCall = count == 0 || count > maximum ? maximum : count;
 }
 
 OpcUa_UInt32 UaSession::watchdogTime() const

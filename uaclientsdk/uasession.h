@@ -233,7 +233,7 @@ public:
                                   bool sendInitialValues, UaUInt32Array& availableSequenceNumbers,
                                   UaSubscription** subscription);
 
-    /// Parts of an endpoint URL; an empty host and port 0 when it can not be parsed, 4840 without a port.
+    /// Parts of an endpoint URL; an empty host and port 0 when it cannot be parsed, 4840 without a port.
     [[nodiscard]] static UaString getHostFromUrl(const UaString& url);
     [[nodiscard]] static OpcUa_UInt16 getPortFromUrl(const UaString& url);
 

@@ -5,8 +5,8 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/historyresults.h>
 #include <uaclientsdk/methodcall.h>
-#include <uaclientsdk/services/historyresults.h>
 #include <uaclientsdk/uaclient.h>
 
 namespace UaClientSdk {

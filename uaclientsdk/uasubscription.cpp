@@ -4,8 +4,8 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uadiagnosticinfos.h>
+#include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/services/asyncblockservice.h>
-#include <uaclientsdk/subscription/subscriptionitems.h>
 #include <uaclientsdk/subscription/subscriptionservices.h>
 #include <uaclientsdk/subscription/uasubscription_p.h>
 #include <uaclientsdk/uasessioncallback.h>
@@ -16,6 +16,15 @@
 namespace UaClientSdk {
 
 namespace {
+
+const auto createItemsService =
+    keepingService<Services::CreateMonitoredItems>("Empty monitored item array passed");
+const auto modifyItemsService =
+    keepingService<Services::ModifyMonitoredItems>("Empty monitored item array passed");
+const auto monitoringModeService =
+    keepingService<Services::SetMonitoringMode>("Empty monitored item id array passed");
+const auto deleteItemsService =
+    keepingService<Services::DeleteMonitoredItems>("Empty monitored item id array passed");
 
 template <typename T>
 T guarded(const UaSubscriptionPrivate& inside, T UaSubscriptionPrivate::*field)
@@ -221,7 +230,7 @@ UaStatus UaSubscription::setTriggering(ServiceSettings& settings, OpcUa_UInt32 t
     addDiagnosticInfos.clear();
     removeDiagnosticInfos.clear();
     UaStatus status = checkValid(*d);
-    Encodeable<OpcUa_SetTriggeringResponse> response(OpcUa_SetTriggeringResponse_EncodeableType);
+    OwningResponse<Services::SetTriggering> response;
     if (status.isGood()) {
         status = callSetTriggering(d->context, settings, d->id, triggeringItemId, linksToAdd, linksToRemove,
                                    *response);

@@ -4,7 +4,7 @@
 #include <opcua/opcua_types.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastring.h>
-#include <uaclientsdk/connection/secretbytes.h>
+#include <uaclientsdk/secretbytes.h>
 
 #include <memory>
 #include <utility>

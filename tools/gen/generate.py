@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Writes the stack's generated files, or with --check tells whether those checked in are up to date."""
+"""Writes the generated files, or with --check tells whether those checked in are up to date."""
 
 import argparse
 import sys
 from pathlib import Path
 
 import emit_ids
+import emit_service_traits
 import emit_services
 import emit_types
 from schema import Schema
@@ -23,6 +24,7 @@ FILES = {
     "opcua_statuscodes.c": emit_ids.status_source,
     "opcua_attributes.c": emit_ids.attributes_source,
     "opcua_clientapi.c": emit_services.services_source,
+    REPOSITORY / "uaclientsdk/generated/servicetraits.h": emit_service_traits.traits_header,
 }
 
 

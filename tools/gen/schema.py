@@ -10,7 +10,7 @@ NODESET = "node-opcua-nodesets/nodesets/Opc.Ua.NodeSet2.xml"
 STATUS_CODES = "node-opcua-status-code/dist/_generated_status_codes.js"
 NODE_IDS = "node-opcua-constants/dist/opcua_node_ids.js"
 
-# name, id, least number of bytes on the wire, owns memory
+# name, id, minimum number of bytes on the wire, owns memory
 BUILT_IN_TYPES = {
     "Boolean": (1, 1, False),
     "SByte": (2, 1, False),

@@ -4,6 +4,9 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
+#include <uaclientsdk/connection/channelconnectinfo.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/uaclient.h>
 
@@ -34,13 +37,14 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel /*channel*/, OpcUa_Channel_Event eve
 
 UaStatus ChannelConnector::connectChannel()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::connectChannel");
+    TraceScope trace("UaSessionPrivate", "connectChannel");
     UaString url;
     UaStringArray alternatives;
     {
         SessionLock lock(m_context.mutex);
         if (m_context.channelConnected) {
             UaTrace::tError("UaSessionPrivate::connectChannel: Channel still in use");
+            trace.keepSilent();
             return UaStatus(OpcUa_BadInvalidState);
         }
         url = m_context.url;
@@ -51,16 +55,11 @@ UaStatus ChannelConnector::connectChannel()
         result = connectTo(UaString(alternatives[i]));
     if (result.isBad())
         m_context.reportConnectError(UaClient::OpenSecureChannel, result, false);
-    UaTrace::tInOut("<-- UaSessionPrivate::connectChannel [ret=0x%lx]",
-                    static_cast<unsigned long>(result.statusCode()));
-    return result;
+    return trace.ending(result);
 }
 
 UaStatus ChannelConnector::connectTo(const UaString& url)
 {
-    const char* profile = transportProfileOf(url.view());
-    if (!profile)
-        return UaStatus(OpcUa_BadInvalidArgument);
     SessionConnectInfo connectInfo;
     SessionSecurityInfo security;
     {
@@ -68,34 +67,28 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
         connectInfo = m_context.connectInfo;
         security = m_context.securityInfo;
     }
-    const PkiFolders& folders = isHttpsUrl(url.view()) ? security.httpsPki() : security.pki();
-    const OpcUa_PkiConfiguration pki{
-        folders.trustedCertificates.toUtf8(), folders.trustedRevocationLists.toUtf8(),
-        folders.issuerCertificates.toUtf8(), folders.issuerRevocationLists.toUtf8()};
-
-    OpcUa_ChannelConnectInfo info{};
-    info.Url = url.toUtf8();
-    info.TransportProfileUri = profile;
-    info.Callback = channelEvent;
-    info.CallbackContext = &m_context;
-    info.ClientCertificate = security.clientCertificate.get();
-    info.ClientPrivateKey = security.clientPrivateKey.get();
-    info.ServerCertificate = security.serverCertificate.get();
+    ChannelConnectInfo info(url, security);
+    if (!info.isSupported())
+        return UaStatus(OpcUa_BadInvalidArgument);
+    info->Callback = channelEvent;
+    info->CallbackContext = &m_context;
+    info->ServerCertificate = security.serverCertificate.get();
     // a certificate that was judged before the connect is pinned by the channel, and not judged again
-    info.PkiConfiguration = isHttpsUrl(url.view()) ? &pki : nullptr;
-    info.SecurityPolicyUri = security.securityPolicyUri.toUtf8();
-    info.RequestedLifetime = connectInfo.secureChannelLifetime;
-    info.SecurityMode = security.messageSecurityMode;
-    info.AllowBasic128Rsa15 = security.basic128Rsa15Accepted ? OpcUa_True : OpcUa_False;
-    info.Reserved = connectInfo.reserved.toUtf8();
-    info.ConnectTimeout = connectInfo.connectTimeout;
+    if (!isHttpsUrl(url.view()))
+        info->PkiConfiguration = nullptr;
+    info->SecurityPolicyUri = security.securityPolicyUri.toUtf8();
+    info->RequestedLifetime = connectInfo.secureChannelLifetime;
+    info->SecurityMode = security.messageSecurityMode;
+    info->AllowBasic128Rsa15 = security.basic128Rsa15Accepted ? OpcUa_True : OpcUa_False;
+    info->Reserved = connectInfo.reserved.toUtf8();
+    info->ConnectTimeout = connectInfo.connectTimeout;
 
     OpcUa_UInt32 revisedLifetime = 0;
     m_context.mutex.assertUnlocked();
     m_context.linkLost = false;
-    UaTrace::tIfCall("CALL OpcUa_Channel_Connect");
-    const OpcUa_StatusCode status = OpcUa_Channel_Connect(m_context.channel, &info, &revisedLifetime);
-    UaTrace::tIfCall("DONE OpcUa_Channel_Connect [ret=0x%lx]", static_cast<unsigned long>(status));
+    const StackCall call("OpcUa_Channel_Connect");
+    const OpcUa_StatusCode status =
+        call.done(OpcUa_Channel_Connect(m_context.channel, info.get(), &revisedLifetime));
     if (OpcUa_IsGood(status)) {
         SessionLock lock(m_context.mutex);
         m_context.channelConnected = true;
@@ -115,9 +108,8 @@ void ChannelConnector::disconnectChannel()
         m_context.channelConnected = false;
         m_context.sessionActive = false;
     }
-    UaTrace::tIfCall("CALL OpcUa_Channel_Disconnect");
-    const OpcUa_StatusCode status = OpcUa_Channel_Disconnect(m_context.channel);
-    UaTrace::tIfCall("DONE OpcUa_Channel_Disconnect [ret=0x%lx]", static_cast<unsigned long>(status));
+    const StackCall call("OpcUa_Channel_Disconnect");
+    call.done(OpcUa_Channel_Disconnect(m_context.channel)); // nothing could be done about it
 }
 
 } // namespace UaClientSdk

@@ -1,13 +1,14 @@
 #include <uaclientsdk/connection/connectionmonitor.h>
 
 #include <opcua/opcua_attributes.h>
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
+#include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>
@@ -138,8 +139,8 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
     item.NodeId.Identifier.Numeric = OpcUaId_Server_ServerStatus_State;
     item.AttributeId = OpcUa_Attributes_Value;
 
-    BorrowingRequest<OpcUa_ReadRequest> request(OpcUa_ReadRequest_EncodeableType);
-    Encodeable<OpcUa_ReadResponse> response(OpcUa_ReadResponse_EncodeableType);
+    BorrowingRequest<Services::Read> request;
+    OwningResponse<Services::Read> response;
     request->TimestampsToReturn = OpcUa_TimestampsToReturn_Neither;
     request->NoOfNodesToRead = 1;
     request->NodesToRead = &item;
@@ -149,7 +150,7 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
         settings.callTimeout = timeout;
         m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
     }
-    const UaStatus status(callStack("Read", OpcUa_ClientApi_Read, m_context.channel, *request, *response));
+    const UaStatus status(callStack<Services::Read>(m_context.channel, *request, *response));
     if (status.isBad())
         return status;
     if (response->NoOfResults != 1)
@@ -165,24 +166,25 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
 
 void ConnectionMonitor::doServerStatusCheck()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::doServerStatusCheck [Session=%u]", m_context.traceId);
+    TraceScope trace("UaSessionPrivate", "doServerStatusCheck", m_context.traceId);
     OpcUa_UInt32 timeout = 0;
     bool closed = false;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested)
+        if (!m_context.connectRequested) {
+            trace.keepSilent();
             return;
+        }
         closed = !m_context.activatedOnce; // by a change of the user that went wrong
         timeout = m_context.connectInfo.watchdogTimeout;
         if (m_context.serverStatus == UaClient::ConnectionWarningWatchdogTimeout)
             timeout = timeout > 0x7FFFFFFFu ? timeout : timeout * 2;
     }
     OpcUa_Int32 state = 0;
-    const UaStatus status = closed ? UaStatus(OpcUa_BadSessionClosed) : readServerState(timeout, state);
+    const UaStatus status =
+        trace.ending(closed ? UaStatus(OpcUa_BadSessionClosed) : readServerState(timeout, state));
     stamp();
     evaluate(status, state);
-    UaTrace::tInOut("<-- UaSessionPrivate::doServerStatusCheck [ret=0x%lx]",
-                    static_cast<unsigned long>(status.statusCode()));
 }
 
 void ConnectionMonitor::evaluate(const UaStatus& status, OpcUa_Int32 state)
@@ -238,7 +240,7 @@ void ConnectionMonitor::connectionLost(const UaStatus& status)
 
 void ConnectionMonitor::doTryReconnect()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::doTryReconnect [Session=%u]", m_context.traceId);
+    const TraceScope trace("UaSessionPrivate", "doTryReconnect", m_context.traceId);
     const UaStatus opened = m_connector.connectChannel();
     if (opened.isGood()) {
         if (!reactivate() && !giveUpRefusedUser())
@@ -247,7 +249,6 @@ void ConnectionMonitor::doTryReconnect()
         m_schedule.refused();
     }
     stamp();
-    UaTrace::tInOut("<-- UaSessionPrivate::doTryReconnect");
 }
 
 bool ConnectionMonitor::giveUpRefusedUser()

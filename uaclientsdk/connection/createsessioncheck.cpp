@@ -19,12 +19,6 @@
 
 namespace UaClientSdk {
 
-namespace {
-
-constexpr OpcUa_Int32 shortestNonce = 32;
-
-} // namespace
-
 UaStatus CreateSessionCheck::run(const OpcUa_CreateSessionResponse& response)
 {
     UaStatus status;
@@ -113,7 +107,7 @@ UaStatus CreateSessionCheck::checkSignature(const OpcUa_CreateSessionResponse& r
 
 UaStatus CreateSessionCheck::checkNonce(const OpcUa_ByteString& nonce)
 {
-    if (nonce.Length >= shortestNonce)
+    if (nonce.Length >= minimumNonceLength)
         return UaStatus();
     OverridableError error(UaClient::CreateSession, OpcUa_BadNonceInvalid,
                            "Nonce returned by server is too short (len=" + std::to_string(nonce.Length) +

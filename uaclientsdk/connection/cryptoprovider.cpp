@@ -1,16 +1,14 @@
 #include <uaclientsdk/connection/cryptoprovider.h>
 
-#include <uabase/system/uatrace.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/stackcall.h>
 
 namespace UaClientSdk {
 
 CryptoProvider::CryptoProvider(const UaString& securityPolicyUri)
 {
-    UaTrace::tIfCall("CALL OpcUa_CryptoProvider_Create");
-    m_status = UaStatus(OpcUa_CryptoProvider_Create(securityPolicyUri.toUtf8(), &m_provider));
-    UaTrace::tIfCall("DONE OpcUa_CryptoProvider_Create [ret=0x%lx]",
-                     static_cast<unsigned long>(m_status.statusCode()));
+    const StackCall call("OpcUa_CryptoProvider_Create");
+    m_status = UaStatus(call.done(OpcUa_CryptoProvider_Create(securityPolicyUri.toUtf8(), &m_provider)));
     if (m_status.isGood())
         m_status = UaStatus(OpcUa_CryptoProvider_GetInfo(m_provider, &m_info));
 }

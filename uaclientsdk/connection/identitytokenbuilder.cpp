@@ -14,8 +14,6 @@ namespace UaClientSdk {
 
 namespace {
 
-constexpr OpcUa_Int32 shortestNonce = 32;
-
 const char* nameOf(OpcUa_UserTokenType type)
 {
     switch (type) {
@@ -93,7 +91,7 @@ UaString IdentityTokenBuilder::policyUriOf(const OpcUa_UserTokenPolicy& policy) 
 
 UaStatus IdentityTokenBuilder::checkNonce() const
 {
-    if (m_protection.serverNonce.length() >= shortestNonce)
+    if (m_protection.serverNonce.length() >= minimumNonceLength)
         return UaStatus();
     UaTrace::tError("Nonce returned by server is too short (len=%i)", m_protection.serverNonce.length());
     return UaStatus(OpcUa_BadNonceInvalid);

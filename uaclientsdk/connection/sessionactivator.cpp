@@ -1,6 +1,5 @@
 #include <uaclientsdk/connection/sessionactivator.h>
 
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
@@ -8,13 +7,15 @@
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/activatorturn.h>
 #include <uaclientsdk/connection/createsessioncheck.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/connection/endpointselector.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/connection/sessionsignature.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>
@@ -26,11 +27,10 @@ namespace UaClientSdk {
 
 namespace {
 
-constexpr OpcUa_Int32 nonceLength = 32;
 constexpr double minimumSessionTimeout = 30000.0;
 constexpr OpcUa_Int64 halfAnHour = 18'000'000'000; // in units of 100 ns
 
-// What a server says of a user whom it does not want, as against one whom it can not take just now.
+// What a server says of a user whom it does not want, as against one whom it cannot take just now.
 bool isRefusal(const UaStatus& status)
 {
     constexpr std::array<OpcUa_StatusCode, 4> refusals = {
@@ -52,24 +52,20 @@ ServiceSettings withTimeout(OpcUa_UInt32 milliseconds)
 
 UaStatus SessionActivator::createSession()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::createSession");
+    TraceScope trace("UaSessionPrivate", "createSession");
     const ActivatorTurn turn(m_context);
-    const UaStatus result = sendCreateSession();
-    UaTrace::tInOut("<-- UaSessionPrivate::createSession [ret=0x%lx]",
-                    static_cast<unsigned long>(result.statusCode()));
-    return result;
+    return trace.ending(sendCreateSession());
 }
 
 UaStatus SessionActivator::sendCreateSession()
 {
-    Encodeable<OpcUa_CreateSessionRequest> request(OpcUa_CreateSessionRequest_EncodeableType);
-    Encodeable<OpcUa_CreateSessionResponse> response(OpcUa_CreateSessionResponse_EncodeableType);
-    UaStatus result(OpcUa_CryptoProvider_GenerateNonce(nonceLength, &request->ClientNonce));
+    OwningRequest<Services::CreateSession> request;
+    OwningResponse<Services::CreateSession> response;
+    UaStatus result(OpcUa_CryptoProvider_GenerateNonce(minimumNonceLength, &request->ClientNonce));
     if (result.isBad())
         return result;
     fillCreateSession(*request);
-    result = UaStatus(
-        callStack("CreateSession", OpcUa_ClientApi_CreateSession, m_context.channel, *request, *response));
+    result = UaStatus(callStack<Services::CreateSession>(m_context.channel, *request, *response));
     if (result.isBad()) {
         m_context.reportConnectError(UaClient::CreateSession, result, false);
         return result;
@@ -131,7 +127,7 @@ UaStatus SessionActivator::acceptCreateSession(OpcUa_CreateSessionResponse& resp
     }
     if (!check.wasAsked())
         m_context.reportConnectError(UaClient::CreateSession, status, false);
-    // who can not prove to be the server must not make it forget what may be another client's
+    // who cannot prove to be the server must not make it forget what may be another client's
     closeRefused(!check.signatureFailed());
     return status;
 }
@@ -152,7 +148,7 @@ void SessionActivator::warnAboutServerTime(OpcUa_DateTime serverTime) const
 
 UaStatus SessionActivator::activateSession()
 {
-    UaTrace::tInOut("--> UaSessionPrivate::activateSession");
+    TraceScope trace("UaSessionPrivate", "activateSession");
     const ActivatorTurn turn(m_context);
     Identity identity;
     ServiceSettings settings;
@@ -169,9 +165,7 @@ UaStatus SessionActivator::activateSession()
         }
         m_context.reportConnectError(UaClient::ActivateSession, result, false);
     }
-    UaTrace::tInOut("<-- UaSessionPrivate::activateSession [ret=0x%lx]",
-                    static_cast<unsigned long>(result.statusCode()));
-    return result;
+    return trace.ending(result);
 }
 
 UaStatus SessionActivator::changeUser(ServiceSettings& settings, Identity identity)
@@ -199,8 +193,8 @@ UaStatus SessionActivator::changeUser(ServiceSettings& settings, Identity identi
 
 UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdentityToken& identity)
 {
-    Encodeable<OpcUa_ActivateSessionRequest> request(OpcUa_ActivateSessionRequest_EncodeableType);
-    Encodeable<OpcUa_ActivateSessionResponse> response(OpcUa_ActivateSessionResponse_EncodeableType);
+    OwningRequest<Services::ActivateSession> request;
+    OwningResponse<Services::ActivateSession> response;
     {
         SessionLock lock(m_context.mutex);
         m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
@@ -212,8 +206,7 @@ UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdent
         return result;
     }
     settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
-    result = UaStatus(callStack("ActivateSession", OpcUa_ClientApi_ActivateSession, m_context.channel,
-                                *request, *response));
+    result = UaStatus(callStack<Services::ActivateSession>(m_context.channel, *request, *response));
     IdentityTokenBuilder::wipeIdentity(*request);
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (result.isBad())
@@ -318,7 +311,7 @@ UaStatus SessionActivator::acceptNewNonce(const OpcUa_ByteString& nonce, bool ma
     }
     if (!matters)
         return UaStatus(); // nothing is signed or encrypted with it
-    if (nonce.Length < nonceLength)
+    if (nonce.Length < minimumNonceLength)
         UaTrace::tError("Nonce returned by server is too short (len=%i), closing session", nonce.Length);
     else if (repeated)
         UaTrace::tError("Server returned the same nonce as last time, closing session");
@@ -341,8 +334,8 @@ void SessionActivator::closeRefused(bool deleteSubscriptions)
 
 UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool deleteSubscriptions)
 {
-    Encodeable<OpcUa_CloseSessionRequest> request(OpcUa_CloseSessionRequest_EncodeableType);
-    Encodeable<OpcUa_CloseSessionResponse> response(OpcUa_CloseSessionResponse_EncodeableType);
+    OwningRequest<Services::CloseSession> request;
+    OwningResponse<Services::CloseSession> response;
     {
         SessionLock lock(m_context.mutex);
         if (!m_context.sessionCreated)
@@ -353,8 +346,7 @@ UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool de
         m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
     }
     request->DeleteSubscriptions = deleteSubscriptions ? OpcUa_True : OpcUa_False;
-    return UaStatus(
-        callStack("CloseSession", OpcUa_ClientApi_CloseSession, m_context.channel, *request, *response));
+    return UaStatus(callStack<Services::CloseSession>(m_context.channel, *request, *response));
 }
 
 } // namespace UaClientSdk

@@ -3,6 +3,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/calls/requestheader.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>
@@ -25,7 +26,7 @@ SessionContext::SessionContext() : traceId(nextTraceId()), pool(CallbackPool::in
 {
     const OpcUa_StatusCode status = OpcUa_Channel_Create(&channel);
     if (OpcUa_IsBad(status)) {
-        UaTrace::tError("Error: UaSession - can not create a channel [ret=0x%x]", status);
+        UaTrace::tError("Error: UaSession - cannot create a channel [ret=0x%x]", status);
         channel = nullptr;
     }
 }
@@ -41,12 +42,8 @@ void SessionContext::fillRequestHeaderLocked(const ServiceSettings& settings, Op
 {
     mutex.assertLocked();
     authenticationToken.copyTo(&header.AuthenticationToken);
-    header.Timestamp = OpcUa_DateTime_UtcNow();
-    header.TimeoutHint = settings.callTimeout;
-    header.ReturnDiagnostics = settings.returnDiagnostics;
-    header.RequestHandle = settings.requestHandle != 0 ? settings.requestHandle : nextRequestHandle++;
-    if (!settings.auditEntryId.isEmpty())
-        settings.auditEntryId.copyTo(&header.AuditEntryId);
+    const OpcUa_UInt32 handle = settings.requestHandle != 0 ? settings.requestHandle : nextRequestHandle++;
+    fillRequestHeader(settings, handle, header);
 }
 
 void SessionContext::setWatchdogTimeLocked(OpcUa_UInt32 milliseconds)

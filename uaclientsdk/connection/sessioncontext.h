@@ -7,10 +7,10 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/callbackpool.h>
+#include <uaclientsdk/calls/transactioncounter.h>
 #include <uaclientsdk/connection/erroroverrides.h>
 #include <uaclientsdk/connection/sessionmutex.h>
-#include <uaclientsdk/services/callbackpool.h>
-#include <uaclientsdk/services/transactioncounter.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
@@ -87,7 +87,7 @@ struct SessionContext
     /// The session thread has something to do.
     void wakeThreadLocked();
 
-    /// Executes a completion on the pool; at once and here when the pool can not take it, for a completion is
+    /// Executes a completion on the pool; at once and here when the pool cannot take it, for a completion is
     /// never lost. Without the mutex.
     void runOnPool(std::unique_ptr<CallbackJob> job) const;
 

@@ -9,6 +9,9 @@ namespace UaClientSdk {
 
 class CryptoProvider;
 
+/// Of the nonces of client and server; what the client sends has just this length.
+constexpr OpcUa_Int32 minimumNonceLength = 32;
+
 /// Fills an initialised signature over the server's certificate and its last nonce, OPC 10000-4, 5.6.3.
 /// serverCertificate is one certificate, privateKey belongs to the signer.
 [[nodiscard]] UaStatus signForServer(const CryptoProvider& provider, const OpcUa_ByteString& privateKey,

@@ -1,4 +1,5 @@
-// The directory of a global discovery server.
+// Members of UaDiscovery for the directory of a global discovery server; declared in uadiscovery.h. Apart
+// from the others because they need a session.
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uaarray.h>
@@ -6,8 +7,9 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/methodcall.h>
-#include <uaclientsdk/services/stackcall.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
@@ -97,17 +99,19 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, UaSession* sessi
                                      const UaString& productUri, const UaStringArray& serverCapabilities,
                                      UaDateTime& lastCounterResetTime, UaServerOnNetworks& servers)
 {
-    UaTrace::tInOut("--> UaDiscovery::queryDirectory");
+    TraceScope trace("UaDiscovery", "queryDirectory");
     servers.clear();
     lastCounterResetTime = UaDateTime();
     if (!session) {
         UaTrace::tError("<-- UaDiscovery::queryDirectory [hr=OpcUa_BadInvalidArgument] - Session pointer is "
                         "NULL");
+        trace.keepSilent();
         return UaStatus(OpcUa_BadInvalidArgument);
     }
     if (!session->isConnected()) {
         UaTrace::tError(
             "<-- UaDiscovery::queryDirectory [hr=OpcUa_BadConnectionClosed] - Server not connected");
+        trace.keepSilent();
         return UaStatus(OpcUa_BadConnectionClosed);
     }
     const OpcUa_UInt16 index = directoryNamespaceIndex(*session);
@@ -124,9 +128,7 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, UaSession* sessi
     UaStatus status = session->call(settings, question, answer);
     if (!status.isBad())
         status = takeResult(answer, lastCounterResetTime, servers);
-    UaTrace::tInOut("<-- UaDiscovery::queryDirectory [ret=0x%lx]",
-                    static_cast<unsigned long>(status.statusCode()));
-    return status;
+    return trace.ending(status);
 }
 
 UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, const UaString& url,
@@ -159,8 +161,8 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, const UaString& 
     once.retryInitialConnect = false; // an answer is wanted now or not at all
     const UaStatus status = session.connect(url, once, securityInfo, &callback);
     if (status.isBad()) {
-        UaTrace::tError("<-- UaDiscovery::queryDirectory [ret=0x%lx] - connect to server failed",
-                        static_cast<unsigned long>(status.statusCode()));
+        UaTrace::tError("<-- UaDiscovery::queryDirectory [ret=0x%x] - connect to server failed",
+                        status.statusCode());
         return status;
     }
     return disconnected(session, settings,

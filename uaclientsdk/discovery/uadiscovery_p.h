@@ -6,7 +6,6 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/clientsecurityinfo.h>
-#include <uaclientsdk/servicesettings.h>
 
 namespace UaClientSdk {
 
@@ -23,7 +22,6 @@ public:
                      const UaString& reserved);
     UaStatus disconnect();
     [[nodiscard]] OpcUa_Channel channel() const { return m_channel; }
-    static void fillRequestHeader(const ServiceSettings& settings, OpcUa_RequestHeader& header);
 
 private:
     OpcUa_Channel m_channel = nullptr;

@@ -55,13 +55,12 @@ public:
     try {
         auto block = std::make_unique<AsyncBlock>(session, std::move(state));
         State& sent = *block->m_state;
-        BorrowingRequest<typename Service::RequestType> request(sent.service.requestType);
-        fillBlock(session, sent.service, sent.settings, sent.first, items, sent.prepare, *request);
+        BorrowingRequest<typename Service::Traits> request;
+        fillBlock<Service>(session, sent.settings, sent.first, items, sent.prepare, *request);
         std::unique_ptr<PendingCall> call = std::move(block);
-        const ServiceNames& names = sent.service.names;
         session.mutex.assertUnlocked();
         const OpcUa_StatusCode status =
-            PendingCall::send(call, names.stackName, sent.service.begin, session.channel, *request);
+            PendingCall::send<typename Service::Traits>(call, session.channel, *request);
         if (call)
             state = std::move(static_cast<AsyncBlock&>(*call).m_state);
         return UaStatus(status);
@@ -86,7 +85,7 @@ private:
         if (OpcUa_IsBad(status()))
             return UaStatus(status());
         const Service& service = m_state->service;
-        auto* const answer = response<typename Service::ResponseType>(service.responseType);
+        auto* const answer = response<typename Service::Traits>();
         const UaStatus result = answer ? takeBlock(service, m_state->blockLength(), *answer, m_state->results,
                                                    m_state->diagnosticInfos)
                                        : UaStatus(OpcUa_BadUnknownResponse);
@@ -128,7 +127,7 @@ try {
     using State = BlockTransaction<Service, Prepare, Complete>;
     const ServiceNames& names = service.names;
     const auto length = static_cast<OpcUa_UInt32>(items.size());
-    UaTrace::tInOut("--> UaSession::%s count=%u [Session=%u]", names.beginMethod, length, context.traceId);
+    TraceScope trace("UaSession", names.beginMethod, context.traceId, length);
     Transaction transaction;
     UaStatus status = beginTransaction(context, names, length, transaction);
     if (!status.isBad()) {
@@ -142,11 +141,21 @@ try {
         status = copied ? AsyncBlock<Service, Prepare, Complete>::send(context, state, block)
                         : UaStatus(OpcUa_BadOutOfMemory);
     }
-    UaTrace::tInOut("<-- UaSession::%s [ret=0x%lx]", names.beginMethod,
-                    static_cast<unsigned long>(status.statusCode()));
-    return status;
+    return trace.ending(status);
 } catch (const std::bad_alloc&) {
     return UaStatus(OpcUa_BadOutOfMemory);
+}
+
+/// A completion that hands over what the service gave, for beginInBlocks.
+template <typename Results>
+auto completeWith(OpcUa_UInt32 transactionId,
+                  void (UaSessionCallback::*completion)(OpcUa_UInt32, const UaStatus&, Results&,
+                                                        UaDiagnosticInfos&))
+{
+    return [transactionId, completion](UaSessionCallback& callback, const UaStatus& status, Results& results,
+                                       UaDiagnosticInfos& diagnosticInfos) {
+        (callback.*completion)(transactionId, status, results, diagnosticInfos);
+    };
 }
 
 } // namespace UaClientSdk

@@ -7,8 +7,8 @@
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/services/servicenames.h>
-#include <uaclientsdk/services/stackcall.h>
 
 #include <algorithm>
 #include <span>
@@ -16,28 +16,61 @@
 
 namespace UaClientSdk {
 
-/// How one such service names its fields in the stack's structures.
-template <typename Request, typename Response, typename Item, typename Result>
+template <typename Traits>
+concept HasResults = requires
+{
+    Traits::results;
+};
+
+/// The results of a service that answers with a status only stand for none.
+template <typename Traits>
+struct ResultOf
+{
+    using Type = OpcUa_StatusCode;
+};
+template <HasResults Traits>
+struct ResultOf<Traits>
+{
+    using Type = typename Traits::Result;
+};
+
+/// How one such service is dealt with; its traits (servicetraits.h) say what its structures look like.
+template <typename ServiceTraits>
 struct BlockService
 {
-    using RequestType = Request;
-    using ResponseType = Response;
-    using ItemType = Item;
-    using ResultType = Result;
+    using Traits = ServiceTraits;
+    using RequestType = typename Traits::Request;
+    using ResponseType = typename Traits::Response;
+    using ItemType = typename Traits::Item;
+    using ResultType = typename ResultOf<Traits>::Type;
 
     ServiceNames names;
-    OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*);
-    OpcUa_StatusCode (*begin)(OpcUa_Channel, const Request*, OpcUa_Channel_PfnRequestComplete, void*);
-    const OpcUa_EncodeableType& requestType;
-    const OpcUa_EncodeableType& responseType;
-    OpcUa_Int32 Request::*itemCount;
-    Item* Request::*items;
-    OpcUa_Int32 Response::*resultCount; ///< null: the service answers with a status only
-    Result* Response::*results;
     /// What a block did stays done when a later one fails: then its results are kept.
     bool hasEffects = false;
-    void (*traceItems)(std::span<const Item>) = nullptr; ///< at the level of data
-    void (*traceResults)(std::span<const Result>) = nullptr;
+    void (*traceItems)(std::span<const ItemType>) = nullptr; ///< at the level of data
+    void (*traceResults)(std::span<const ResultType>) = nullptr;
+};
+
+template <typename Traits>
+constexpr BlockService<Traits> blockService(const char* emptyText)
+{
+    return {namesOf<Traits>(emptyText)};
+}
+
+/// One whose blocks stay done when a later one fails.
+template <typename Traits>
+constexpr BlockService<Traits> keepingService(const char* emptyText)
+{
+    return {namesOf<Traits>(emptyText), true};
+}
+
+/// For services whose requests have nothing but their items.
+struct NothingToPrepare
+{
+    template <typename Request>
+    void operator()(Request&, OpcUa_UInt32) const
+    {
+    }
 };
 
 /// Moves a block's diagnostic infos behind those of the blocks before it, which may have come without.
@@ -64,24 +97,27 @@ template <typename Service>
 UaStatus takeBlock(const Service& service, OpcUa_UInt32 count, typename Service::ResponseType& response,
                    UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    if (!service.results)
+    using Traits = typename Service::Traits;
+    if constexpr (HasResults<Traits>) {
+        OpcUa_Int32 diagnostics = 0;
+        if constexpr (requires { response.NoOfDiagnosticInfos; })
+            diagnostics = response.NoOfDiagnosticInfos;
+        const UaStatus counts = checkCounts(service.names, count, response.*Traits::resultCount, diagnostics);
+        if (counts.isBad())
+            return counts;
+        UaArray<typename Service::ResultType> block;
+        block.attachFrom(&(response.*Traits::resultCount), &(response.*Traits::results));
+        const bool merged = takeDiagnostics(response, results.length(), count, diagnosticInfos);
+        return merged && results.appendMoved(std::move(block)) ? UaStatus() : UaStatus(OpcUa_BadOutOfMemory);
+    } else {
         return UaStatus();
-    OpcUa_Int32 diagnostics = 0;
-    if constexpr (requires { response.NoOfDiagnosticInfos; })
-        diagnostics = response.NoOfDiagnosticInfos;
-    const UaStatus counts = checkCounts(service.names, count, response.*service.resultCount, diagnostics);
-    if (counts.isBad())
-        return counts;
-    UaArray<typename Service::ResultType> block;
-    block.attachFrom(&(response.*service.resultCount), &(response.*service.results));
-    const bool merged = takeDiagnostics(response, results.length(), count, diagnosticInfos);
-    return merged && results.appendMoved(std::move(block)) ? UaStatus() : UaStatus(OpcUa_BadOutOfMemory);
+    }
 }
 
 /// Fills the request of one block. prepare(request, first) sets the other fields; first is the place of the
 /// block among all items.
 template <typename Service, typename Prepare>
-void fillBlock(SessionContext& context, const Service& service, ServiceSettings& settings, OpcUa_UInt32 first,
+void fillBlock(SessionContext& context, ServiceSettings& settings, OpcUa_UInt32 first,
                std::span<const typename Service::ItemType> items, const Prepare& prepare,
                typename Service::RequestType& request)
 {
@@ -90,13 +126,13 @@ void fillBlock(SessionContext& context, const Service& service, ServiceSettings&
         context.fillRequestHeaderLocked(settings, request.RequestHeader);
     }
     settings.requestTime = UaDateTime(request.RequestHeader.Timestamp);
-    request.*service.itemCount = static_cast<OpcUa_Int32>(items.size());
+    request.*Service::Traits::itemCount = static_cast<OpcUa_Int32>(items.size());
     // the stack only reads them
-    request.*service.items = const_cast<typename Service::ItemType*>(items.data());
+    request.*Service::Traits::items = const_cast<typename Service::ItemType*>(items.data());
     prepare(request, first);
 }
 
-/// The most items of one request.
+/// The maximum number of items in one request.
 inline OpcUa_UInt32 blockLimit(const SessionContext& context)
 {
     SessionLock lock(context.mutex);
@@ -110,11 +146,10 @@ UaStatus callBlock(SessionContext& context, const Service& service, ServiceSetti
                    UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos,
                    const Prepare& prepare)
 {
-    BorrowingRequest<typename Service::RequestType> request(service.requestType);
-    Encodeable<typename Service::ResponseType> response(service.responseType);
-    fillBlock(context, service, settings, first, items, prepare, *request);
-    const UaStatus status(
-        callStack(service.names.stackName, service.function, context.channel, *request, *response));
+    BorrowingRequest<typename Service::Traits> request;
+    OwningResponse<typename Service::Traits> response;
+    fillBlock<Service>(context, settings, first, items, prepare, *request);
+    const UaStatus status(callStack<typename Service::Traits>(context.channel, *request, *response));
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (status.isBad())
         return status;
@@ -145,15 +180,15 @@ void finishBlocks(const Service& service, const UaStatus& status,
 }
 
 /// The whole service: split by the session's maximum operations per call, stopped at the first bad block.
-template <typename Service, typename Prepare>
+template <typename Service, typename Prepare = NothingToPrepare>
 UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSettings& settings,
                       std::span<const typename Service::ItemType> items,
                       UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos,
-                      const Prepare& prepare)
+                      const Prepare& prepare = Prepare())
 {
     const ServiceNames& names = service.names;
     const auto length = static_cast<OpcUa_UInt32>(items.size());
-    UaTrace::tInOut("--> UaSession::%s count=%u [Session=%u]", names.method, length, context.traceId);
+    TraceScope trace = traceService(context, names, length);
     results.clear();
     diagnosticInfos.clear();
     const OpcUa_UInt32 limit = blockLimit(context);
@@ -170,18 +205,7 @@ UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSe
         done += count;
     }
     finishBlocks(service, status, results, diagnosticInfos);
-    UaTrace::tInOut("<-- UaSession::%s [ret=0x%lx]", names.method,
-                    static_cast<unsigned long>(status.statusCode()));
-    return status;
+    return trace.ending(status);
 }
-
-/// For services whose requests have nothing but their items.
-struct NothingToPrepare
-{
-    template <typename Request>
-    void operator()(Request&, OpcUa_UInt32) const
-    {
-    }
-};
 
 } // namespace UaClientSdk

@@ -22,8 +22,7 @@ void PendingCall::respond(OpcUa_Channel /*channel*/, void* response, const OpcUa
                           void* callbackData, OpcUa_StatusCode status)
 {
     if (!callbackData) {
-        UaTrace::tError("Error: SessionCallback - Stack sent callback with status [status=0x%lx]",
-                        static_cast<unsigned long>(status));
+        UaTrace::tError("Error: SessionCallback - Stack sent callback with status [status=0x%x]", status);
         if (response)
             OpcUa_EncodeableObject_Delete(responseType, &response);
         return;

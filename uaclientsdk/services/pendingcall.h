@@ -3,7 +3,8 @@
 
 #include <opcua/opcua_channel.h>
 #include <uabase/system/uatrace.h>
-#include <uaclientsdk/services/callbackpool.h>
+#include <uaclientsdk/calls/callbackpool.h>
+#include <uaclientsdk/calls/stackcall.h>
 
 #include <memory>
 
@@ -22,20 +23,16 @@ public:
 
     /// Sends the request. When the result is good, the call belongs to the stack until its answer comes; when
     /// it is bad, the call is left to the caller. Not under the session's mutex.
-    template <typename Request>
-    [[nodiscard]] static OpcUa_StatusCode
-    send(std::unique_ptr<PendingCall>& call, const char* service,
-         OpcUa_StatusCode (*begin)(OpcUa_Channel, const Request*, OpcUa_Channel_PfnRequestComplete, void*),
-         OpcUa_Channel channel, const Request& request)
+    template <typename Service>
+    [[nodiscard]] static OpcUa_StatusCode send(std::unique_ptr<PendingCall>& call, OpcUa_Channel channel,
+                                               const typename Service::Request& request)
     {
-        UaTrace::tIfCall("CALL OpcUa_ClientApi_Begin%s", service);
+        const StackCall stackCall(Service::beginName);
         PendingCall* const data = call.release();
-        const OpcUa_StatusCode status = begin(channel, &request, respond, data);
+        const OpcUa_StatusCode status = Service::begin(channel, &request, respond, data);
         if (OpcUa_IsBad(status))
             call.reset(data);
-        UaTrace::tIfCall("DONE OpcUa_ClientApi_Begin%s [ret=0x%lx]", service,
-                         static_cast<unsigned long>(status));
-        return status;
+        return stackCall.done(status);
     }
 
     /// The session's response function, called by the stack on the channel's callback thread.
@@ -50,10 +47,11 @@ protected:
     [[nodiscard]] SessionContext& session() const { return m_session; }
     /// How the call ended, and the response when that is good; null for an answer of another type.
     [[nodiscard]] OpcUa_StatusCode status() const { return m_status; }
-    template <typename Response>
-    [[nodiscard]] Response* response(const OpcUa_EncodeableType& type) const
+    template <typename Service>
+    [[nodiscard]] typename Service::Response* response() const
     {
-        return m_responseType == &type ? static_cast<Response*>(m_response) : nullptr;
+        return m_responseType == &Service::responseType ? static_cast<typename Service::Response*>(m_response)
+                                                        : nullptr;
     }
     void clearResponse();
 

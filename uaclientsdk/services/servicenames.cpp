@@ -1,7 +1,7 @@
 #include <uaclientsdk/services/servicenames.h>
 
 #include <uabase/system/uatrace.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {
@@ -32,6 +32,12 @@ UaStatus refuse(const ServiceNames& names, const char* method, const char* obsta
 }
 
 } // namespace
+
+TraceScope traceService(const SessionContext& context, const ServiceNames& names, OpcUa_UInt32 count)
+{
+    return names.countTraced ? TraceScope("UaSession", names.method, context.traceId, count)
+                             : TraceScope("UaSession", names.method, context.traceId);
+}
 
 UaStatus checkReady(const SessionContext& context, const ServiceNames& names, OpcUa_UInt32 count)
 {

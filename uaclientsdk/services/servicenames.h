@@ -3,6 +3,7 @@
 
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/sessioncontext.h>
 #include <uaclientsdk/uasessioncallback.h>
 
@@ -11,16 +12,27 @@ namespace UaClientSdk {
 struct ServiceNames
 {
     const char* method;    ///< "read"
-    const char* stackName; ///< "Read"
     const char* emptyText; ///< "Empty read array passed"
     /// of the asynchronous form, where there is one
-    const char* beginMethod = nullptr; ///< "beginRead"
-    const char* handler = nullptr;     ///< "readCallback"
-    const char* completion = nullptr;  ///< "readComplete"
+    const char* beginMethod; ///< "beginRead"
+    const char* handler;     ///< "readCallback"
+    const char* completion;  ///< "readComplete"
     /// without a connection
     OpcUa_StatusCode notConnected = OpcUa_BadConnectionClosed;
     const char* notConnectedText = "ret=OpcUa_BadConnectionClosed";
+    bool countTraced = true; ///< whether its first line says how long the request's array is
 };
+
+/// The names that follow from the service's own.
+template <typename Service>
+constexpr ServiceNames namesOf(const char* emptyText)
+{
+    return {Service::method, emptyText, Service::beginMethod, Service::handler, Service::completion};
+}
+
+/// The lines about a synchronous service from begin to end.
+[[nodiscard]] TraceScope traceService(const SessionContext& context, const ServiceNames& names,
+                                      OpcUa_UInt32 count);
 
 /// Whether a synchronous service can be called. count is that of its request array.
 [[nodiscard]] UaStatus checkReady(const SessionContext& context, const ServiceNames& names,

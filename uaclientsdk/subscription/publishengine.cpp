@@ -1,10 +1,10 @@
 #include <uaclientsdk/subscription/publishengine.h>
 
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uastring.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>
@@ -48,10 +48,7 @@ public:
     }
 
     [[nodiscard]] OpcUa_StatusCode result() const { return status(); }
-    [[nodiscard]] OpcUa_PublishResponse* answer() const
-    {
-        return response<OpcUa_PublishResponse>(OpcUa_PublishResponse_EncodeableType);
-    }
+    [[nodiscard]] OpcUa_PublishResponse* answer() const { return response<Services::Publish>(); }
 
     PublishAcknowledgements::Batch acknowledgements;
     const OpcUa_UInt32 generation;
@@ -89,7 +86,7 @@ std::unique_ptr<PublishEngine::Call> PublishEngine::prepareLocked(bool force, Op
 UaStatus PublishEngine::doPublish(bool force)
 {
     for (;;) {
-        BorrowingRequest<OpcUa_PublishRequest> request(OpcUa_PublishRequest_EncodeableType);
+        BorrowingRequest<Services::Publish> request;
         std::unique_ptr<PendingCall> call;
         const Call* sent = nullptr;
         {
@@ -101,7 +98,7 @@ UaStatus PublishEngine::doPublish(bool force)
             call = std::move(prepared);
         }
         const OpcUa_StatusCode status =
-            PendingCall::send(call, "Publish", OpcUa_ClientApi_BeginPublish, m_context.channel, *request);
+            PendingCall::send<Services::Publish>(call, m_context.channel, *request);
         if (OpcUa_IsBad(status)) { // the call is still ours
             SessionLock lock(m_context.mutex);
             m_state.acknowledgements.restore(sent->acknowledgements);
@@ -137,7 +134,7 @@ void PublishEngine::publishCallback(const Call& call)
 
 void PublishEngine::publishFailed(const Call& call, OpcUa_StatusCode status)
 {
-    UaTrace::tError("Error: Publish failed [status=0x%lx]", static_cast<unsigned long>(status));
+    UaTrace::tError("Error: Publish failed [status=0x%x]", status);
     {
         SessionLock lock(m_context.mutex);
         const bool current = call.generation == m_state.generation;

@@ -1,7 +1,7 @@
 // Keeps the notifications of one session in order on a pool of many threads.
 #pragma once
 
-#include <uaclientsdk/services/callbackpool.h>
+#include <uaclientsdk/calls/callbackpool.h>
 
 #include <chrono>
 #include <condition_variable>

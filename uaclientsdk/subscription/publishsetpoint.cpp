@@ -28,8 +28,8 @@ void PublishSetPoint::calculate(OpcUa_UInt32 subscriptions)
 
 void PublishSetPoint::lower(OpcUa_UInt32 subscriptions)
 {
-    const OpcUa_UInt32 least = subscriptions > 0 ? 1 : 0;
-    m_value = std::max(m_value > 0 ? m_value - 1 : 0, least);
+    const OpcUa_UInt32 minimum = subscriptions > 0 ? 1 : 0;
+    m_value = std::max(m_value > 0 ? m_value - 1 : 0, minimum);
     m_cap = m_value;
 }
 

@@ -29,8 +29,8 @@ bool endsSubscription(const UaStatus& status)
 
 void callStatusChanged(UaSubscriptionPrivate& subscription, const UaStatus& status)
 {
-    UaTrace::tIfCall("CALL SubscriptionCallback::subscriptionStatusChanged [SubscriptionId=%u] status=0x%lx",
-                     subscription.id, static_cast<unsigned long>(status.statusCode()));
+    UaTrace::tIfCall("CALL SubscriptionCallback::subscriptionStatusChanged [SubscriptionId=%u] status=0x%x",
+                     subscription.id, status.statusCode());
     subscription.callback.subscriptionStatusChanged(subscription.handle, status);
 }
 

@@ -127,6 +127,7 @@ UaSubscription* SubscriptionManager::add(const SubscriptionRef& inside, OpcUa_UI
 
 SubscriptionManager::Owned SubscriptionManager::takeOwnedLocked(const UaSubscription* subscription)
 {
+    m_context.mutex.assertLocked();
     const auto found = std::find_if(m_owned.begin(), m_owned.end(), [subscription](const Owned& owned) {
         return owned.face.get() == subscription;
     });

@@ -40,7 +40,11 @@ public:
     [[nodiscard]] bool owns(const UaSubscription* subscription) const;
 
     /// The session thread has requests to send from time to time.
-    [[nodiscard]] bool isPublishingLocked() const { return !m_state.subscriptions.empty(); }
+    [[nodiscard]] bool isPublishingLocked() const
+    {
+        m_context.mutex.assertLocked();
+        return !m_state.subscriptions.empty();
+    }
     /// Bad when the link is broken.
     UaStatus doPublish();
 

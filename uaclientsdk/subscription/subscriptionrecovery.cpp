@@ -1,10 +1,11 @@
 #include <uaclientsdk/subscription/subscriptionrecovery.h>
 
-#include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uastatus.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/calls/tracescope.h>
+#include <uaclientsdk/generated/servicetraits.h>
 
 namespace UaClientSdk {
 
@@ -43,7 +44,7 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
         return;
     m_checked = true;
     m_lastCheck = now;
-    UaTrace::tInOut("--> UaSessionPrivate::doSubscriptionStatusCheck");
+    const TraceScope trace("UaSessionPrivate", "doSubscriptionStatusCheck");
     for (const SubscriptionRef& subscription : present()) {
         OpcUa_UInt32 next = 0;
         {
@@ -52,18 +53,15 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
         }
         // asking for a notification that has not come yet tells whether there is a subscription, and changes
         // nothing
-        Encodeable<OpcUa_RepublishResponse> response(OpcUa_RepublishResponse_EncodeableType);
+        OwningResponse<Services::Republish> response;
         const OpcUa_StatusCode status = callRepublish(subscription->id, next, *response);
         if (status == OpcUa_BadSubscriptionIdInvalid)
             m_dispatcher.endSubscription(*subscription, UaStatus(status));
         else if (!concernsSubscription(status))
             break; // the link's own check will find out
     }
-    {
-        SessionLock lock(m_state.context.mutex);
-        m_state.calculateSetPointPublishCountLocked(false);
-    }
-    UaTrace::tInOut("<-- UaSessionPrivate::doSubscriptionStatusCheck");
+    SessionLock lock(m_state.context.mutex);
+    m_state.calculateSetPointPublishCountLocked(false);
 }
 
 void SubscriptionRecovery::doRepublishAfterReconnect(OpcUa_UInt32 generation)
@@ -75,11 +73,10 @@ void SubscriptionRecovery::doRepublishAfterReconnect(OpcUa_UInt32 generation)
         SubscriptionRecovery& recovery;
         const OpcUa_UInt32 generation;
     } guard{*this, generation};
-    UaTrace::tInOut("--> UaSessionPrivate::doRepublishAfterReconnect");
+    const TraceScope trace("UaSessionPrivate", "doRepublishAfterReconnect");
     for (const SubscriptionRef& subscription : present())
         if (!isCurrent(generation) || !republish(*subscription, generation))
             break;
-    UaTrace::tInOut("<-- UaSessionPrivate::doRepublishAfterReconnect");
 }
 
 void SubscriptionRecovery::endRepublish(OpcUa_UInt32 generation)
@@ -103,7 +100,7 @@ bool SubscriptionRecovery::republish(UaSubscriptionPrivate& subscription, OpcUa_
                 return true; // a callback has deleted it
             next = SubscriptionDispatcher::nextSequenceNumber(subscription.lastSequenceNumber);
         }
-        Encodeable<OpcUa_RepublishResponse> response(OpcUa_RepublishResponse_EncodeableType);
+        OwningResponse<Services::Republish> response;
         const OpcUa_StatusCode status = callRepublish(subscription.id, next, *response);
         if (status == OpcUa_BadSubscriptionIdInvalid) {
             m_dispatcher.endSubscription(subscription, UaStatus(status));
@@ -137,7 +134,7 @@ void SubscriptionRecovery::dispatchRepublished(UaSubscriptionPrivate& subscripti
 OpcUa_StatusCode SubscriptionRecovery::callRepublish(OpcUa_UInt32 subscriptionId, OpcUa_UInt32 sequenceNumber,
                                                      OpcUa_RepublishResponse& response)
 {
-    Encodeable<OpcUa_RepublishRequest> request(OpcUa_RepublishRequest_EncodeableType);
+    OwningRequest<Services::Republish> request;
     {
         SessionLock lock(m_state.context.mutex);
         ServiceSettings settings;
@@ -146,7 +143,7 @@ OpcUa_StatusCode SubscriptionRecovery::callRepublish(OpcUa_UInt32 subscriptionId
     }
     request->SubscriptionId = subscriptionId;
     request->RetransmitSequenceNumber = sequenceNumber;
-    return callStack("Republish", OpcUa_ClientApi_Republish, m_state.context.channel, *request, response);
+    return callStack<Services::Republish>(m_state.context.channel, *request, response);
 }
 
 } // namespace UaClientSdk

@@ -1,82 +1,47 @@
 #include <uaclientsdk/subscription/subscriptionservices.h>
 
-#include <opcua/opcua_clientapi.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/services/blockservice.h>
+#include <uaclientsdk/services/callonce.h>
 
 #include <cmath>
+#include <utility>
 
 namespace UaClientSdk {
 
 namespace {
 
-const BlockService<OpcUa_SetPublishingModeRequest, OpcUa_SetPublishingModeResponse, OpcUa_UInt32,
-                   OpcUa_StatusCode>
-    setPublishingModeService{{"setPublishingMode", "SetPublishingMode", "Empty subscription array passed"},
-                             OpcUa_ClientApi_SetPublishingMode,
-                             OpcUa_ClientApi_BeginSetPublishingMode,
-                             OpcUa_SetPublishingModeRequest_EncodeableType,
-                             OpcUa_SetPublishingModeResponse_EncodeableType,
-                             &OpcUa_SetPublishingModeRequest::NoOfSubscriptionIds,
-                             &OpcUa_SetPublishingModeRequest::SubscriptionIds,
-                             &OpcUa_SetPublishingModeResponse::NoOfResults,
-                             &OpcUa_SetPublishingModeResponse::Results};
+constexpr const char* noSubscription = "Empty subscription array passed";
 
-const BlockService<OpcUa_DeleteSubscriptionsRequest, OpcUa_DeleteSubscriptionsResponse, OpcUa_UInt32,
-                   OpcUa_StatusCode>
-    deleteService{{"deleteSubscription", "DeleteSubscriptions", "Empty subscription array passed"},
-                  OpcUa_ClientApi_DeleteSubscriptions,
-                  OpcUa_ClientApi_BeginDeleteSubscriptions,
-                  OpcUa_DeleteSubscriptionsRequest_EncodeableType,
-                  OpcUa_DeleteSubscriptionsResponse_EncodeableType,
-                  &OpcUa_DeleteSubscriptionsRequest::NoOfSubscriptionIds,
-                  &OpcUa_DeleteSubscriptionsRequest::SubscriptionIds,
-                  &OpcUa_DeleteSubscriptionsResponse::NoOfResults,
-                  &OpcUa_DeleteSubscriptionsResponse::Results};
+// One subscription at a time, as the session names it.
+template <typename Traits>
+constexpr BlockService<Traits> singleService(const char* method)
+{
+    BlockService<Traits> service = blockService<Traits>(noSubscription);
+    service.names.method = method;
+    return service;
+}
 
-const BlockService<OpcUa_TransferSubscriptionsRequest, OpcUa_TransferSubscriptionsResponse, OpcUa_UInt32,
-                   OpcUa_TransferResult>
-    transferService{{"transferSubscription", "TransferSubscriptions", "Empty subscription array passed"},
-                    OpcUa_ClientApi_TransferSubscriptions,
-                    OpcUa_ClientApi_BeginTransferSubscriptions,
-                    OpcUa_TransferSubscriptionsRequest_EncodeableType,
-                    OpcUa_TransferSubscriptionsResponse_EncodeableType,
-                    &OpcUa_TransferSubscriptionsRequest::NoOfSubscriptionIds,
-                    &OpcUa_TransferSubscriptionsRequest::SubscriptionIds,
-                    &OpcUa_TransferSubscriptionsResponse::NoOfResults,
-                    &OpcUa_TransferSubscriptionsResponse::Results};
+const auto setPublishingModeService = blockService<Services::SetPublishingMode>(noSubscription);
+const auto deleteService = singleService<Services::DeleteSubscriptions>("deleteSubscription");
+const auto transferService = singleService<Services::TransferSubscriptions>("transferSubscription");
+
+// Services without one array to count.
+template <typename Service>
+constexpr ServiceNames plainNames(const char* emptyText)
+{
+    ServiceNames names = namesOf<Service>(emptyText);
+    names.countTraced = false;
+    return names;
+}
 
 UaUInt32Array single(OpcUa_UInt32 id)
 {
     return UaUInt32Array(1, &id);
-}
-
-// One call of a service that has no array. prepare(request) fills what is its own.
-template <typename Request, typename Response, typename Prepare>
-UaStatus callOnce(SessionContext& context, ServiceSettings& settings, const ServiceNames& names,
-                  OpcUa_StatusCode (*function)(OpcUa_Channel, const Request*, Response*),
-                  const OpcUa_EncodeableType& requestType, Response& response, const Prepare& prepare,
-                  OpcUa_UInt32 count = 1)
-{
-    UaTrace::tInOut("--> UaSession::%s [Session=%u]", names.method, context.traceId);
-    UaStatus status = checkReady(context, names, count);
-    if (status.isGood()) {
-        BorrowingRequest<Request> request(requestType);
-        {
-            SessionLock lock(context.mutex);
-            context.fillRequestHeaderLocked(settings, request->RequestHeader);
-        }
-        settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
-        prepare(*request);
-        status = UaStatus(callStack(names.stackName, function, context.channel, *request, response));
-        settings.responseTime = UaDateTime(response.ResponseHeader.Timestamp);
-    }
-    UaTrace::tInOut("<-- UaSession::%s [ret=0x%lx]", names.method,
-                    static_cast<unsigned long>(status.statusCode()));
-    return status;
 }
 
 // What a create or a modify asks for; their requests name the fields alike.
@@ -105,35 +70,34 @@ UaStatus callCreateSubscription(SessionContext& context, ServiceSettings& settin
                                 SubscriptionSettings& subscriptionSettings, bool publishingEnabled,
                                 OpcUa_UInt32& subscriptionId)
 {
-    Encodeable<OpcUa_CreateSubscriptionResponse> response(OpcUa_CreateSubscriptionResponse_EncodeableType);
-    const UaStatus status =
-        callOnce(context, settings, {"createSubscription", "CreateSubscription", ""},
-                 OpcUa_ClientApi_CreateSubscription, OpcUa_CreateSubscriptionRequest_EncodeableType,
-                 *response, [&](OpcUa_CreateSubscriptionRequest& request) {
-                     fillSettings(request, subscriptionSettings);
-                     request.PublishingEnabled = publishingEnabled ? OpcUa_True : OpcUa_False;
-                 });
-    if (status.isGood()) {
-        takeRevised(*response, subscriptionSettings);
-        subscriptionId = response->SubscriptionId;
-    }
-    return status;
+    using Service = Services::CreateSubscription;
+    return callOnce<Service>(
+        context, plainNames<Service>(""), 1, settings,
+        [&](Service::Request& request) {
+            fillSettings(request, subscriptionSettings);
+            request.PublishingEnabled = publishingEnabled ? OpcUa_True : OpcUa_False;
+        },
+        [&](const Service::Response& response) {
+            takeRevised(response, subscriptionSettings);
+            subscriptionId = response.SubscriptionId;
+            return UaStatus();
+        });
 }
 
 UaStatus callModifySubscription(SessionContext& context, ServiceSettings& settings,
                                 SubscriptionSettings& subscriptionSettings, OpcUa_UInt32 subscriptionId)
 {
-    Encodeable<OpcUa_ModifySubscriptionResponse> response(OpcUa_ModifySubscriptionResponse_EncodeableType);
-    const UaStatus status =
-        callOnce(context, settings, {"modifySubscription", "ModifySubscription", ""},
-                 OpcUa_ClientApi_ModifySubscription, OpcUa_ModifySubscriptionRequest_EncodeableType,
-                 *response, [&](OpcUa_ModifySubscriptionRequest& request) {
-                     fillSettings(request, subscriptionSettings);
-                     request.SubscriptionId = subscriptionId;
-                 });
-    if (status.isGood())
-        takeRevised(*response, subscriptionSettings);
-    return status;
+    using Service = Services::ModifySubscription;
+    return callOnce<Service>(
+        context, plainNames<Service>(""), 1, settings,
+        [&](Service::Request& request) {
+            fillSettings(request, subscriptionSettings);
+            request.SubscriptionId = subscriptionId;
+        },
+        [&](const Service::Response& response) {
+            takeRevised(response, subscriptionSettings);
+            return UaStatus();
+        });
 }
 
 UaStatus callDeleteSubscription(SessionContext& context, ServiceSettings& settings,
@@ -141,8 +105,8 @@ UaStatus callDeleteSubscription(SessionContext& context, ServiceSettings& settin
 {
     UaStatusCodeArray results;
     UaDiagnosticInfos diagnosticInfos;
-    const UaStatus status = callInBlocks(context, deleteService, settings, single(subscriptionId), results,
-                                         diagnosticInfos, NothingToPrepare());
+    const UaStatus status =
+        callInBlocks(context, deleteService, settings, single(subscriptionId), results, diagnosticInfos);
     return status.isBad() ? status : UaStatus(results[0]);
 }
 
@@ -179,10 +143,11 @@ UaStatus callSetTriggering(SessionContext& context, ServiceSettings& settings, O
                            OpcUa_UInt32 triggeringItemId, const UaUInt32Array& linksToAdd,
                            const UaUInt32Array& linksToRemove, OpcUa_SetTriggeringResponse& response)
 {
-    return callOnce(
-        context, settings, {"setTriggering", "SetTriggering", "Empty link arrays passed"},
-        OpcUa_ClientApi_SetTriggering, OpcUa_SetTriggeringRequest_EncodeableType, response,
-        [&](OpcUa_SetTriggeringRequest& request) {
+    using Service = Services::SetTriggering;
+    return callOnce<Service>(
+        context, plainNames<Service>("Empty link arrays passed"),
+        linksToAdd.length() + linksToRemove.length(), settings,
+        [&](Service::Request& request) {
             request.SubscriptionId = subscriptionId;
             request.TriggeringItemId = triggeringItemId;
             request.NoOfLinksToAdd = static_cast<OpcUa_Int32>(linksToAdd.length());
@@ -190,7 +155,10 @@ UaStatus callSetTriggering(SessionContext& context, ServiceSettings& settings, O
             request.NoOfLinksToRemove = static_cast<OpcUa_Int32>(linksToRemove.length());
             request.LinksToRemove = const_cast<OpcUa_UInt32*>(linksToRemove.rawData());
         },
-        linksToAdd.length() + linksToRemove.length());
+        [&](Service::Response& answer) {
+            std::swap(answer, response); // the caller's is cleared with it
+            return UaStatus();
+        });
 }
 
 } // namespace UaClientSdk

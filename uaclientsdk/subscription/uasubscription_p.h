@@ -37,6 +37,7 @@ public:
 
     void invalidateLocked()
     {
+        context.mutex.assertLocked();
         valid = false;
         endTold = true;
     }

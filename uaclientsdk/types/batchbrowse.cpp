@@ -34,17 +34,17 @@ UaByteStringArray takeResults(UaBrowseResults& results, std::vector<std::size_t>
                               std::vector<UaReferenceDescriptions>& references)
 {
     UaByteStringArray points;
-    std::vector<std::size_t> waiting;
+    std::vector<std::size_t> pending;
     for (OpcUa_UInt32 i = 0; i < results.length() && i < positions.size(); ++i) {
         UaReferenceDescriptions found;
         found.attachFrom(&results[i].NoOfReferences, &results[i].References);
         references[positions[i]].appendMoved(std::move(found));
         if (results[i].ContinuationPoint.Length > 0) {
             points.append(results[i].ContinuationPoint);
-            waiting.push_back(positions[i]);
+            pending.push_back(positions[i]);
         }
     }
-    positions = std::move(waiting);
+    positions = std::move(pending);
     return points;
 }
 

@@ -10,6 +10,7 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
+#include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/types/olderdatatypes.h>
 #include <uaclientsdk/uasession.h>
 
@@ -106,20 +107,16 @@ bool hasContent(const DataTypeTree& tree, const UaNodeId& id)
 
 UaStatus DataTypeDefinitions::load(ServiceSettings settings)
 {
-    UaTrace::tInOut("--> UaSession::loadDataTypeDictionaries");
+    TraceScope trace("UaSession", "loadDataTypeDictionaries");
     UaTypeDefinitionStore loaded;
-    const UaStatus status = loadAll(settings, loaded);
+    const UaStatus status = trace.ending(loadAll(settings, loaded));
     if (status.isBad()) {
         UaTrace::tError("Error: UaSession::loadDataTypeDictionaries failed [status=0x%x]",
                         status.statusCode());
     }
-    {
-        std::lock_guard lock(m_mutex);
-        m_loaded = std::move(loaded);
-        m_isLoaded = true;
-    }
-    UaTrace::tInOut("<-- UaSession::loadDataTypeDictionaries [ret=0x%lx]",
-                    static_cast<unsigned long>(status.statusCode()));
+    std::lock_guard lock(m_mutex);
+    m_loaded = std::move(loaded);
+    m_isLoaded = true;
     return status;
 }
 
@@ -135,7 +132,7 @@ UaStatus DataTypeDefinitions::loadAll(ServiceSettings& settings, UaTypeDefinitio
         return status;
     status = readDefinitions(settings, tree, types, store);
     if (status.isGood() && !types.empty())
-        status = OlderDataTypes(m_session, tree, store).load(settings, types);
+        status = OlderDataTypes(m_session, settings, tree, store).load(types);
     return status;
 }
 

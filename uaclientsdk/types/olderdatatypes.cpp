@@ -21,7 +21,6 @@
 #include <uaclientsdk/types/batchbrowse.h>
 #include <uaclientsdk/uasession.h>
 
-#include <set>
 #include <utility>
 
 namespace UaClientSdk {
@@ -69,30 +68,40 @@ std::vector<UaEnumValue> valuesOfRecords(const UaVariant& value)
 
 } // namespace
 
-UaStatus OlderDataTypes::load(ServiceSettings& settings, const std::vector<UaNodeId>& types)
+// One step after the other; those behind one that went wrong are left out.
+class OlderDataTypes::Steps
 {
-    UaStatus status = findMembers(settings, types);
-    if (status.isGood())
-        status = readProperties(settings);
-    if (status.isGood())
-        status = findDescriptions(settings);
-    if (status.isGood())
-        status = findDictionaries(settings);
-    std::set<UaNodeId> dictionaries;
-    for (const Described& described : m_described)
-        dictionaries.insert(described.dictionary);
-    if (status.isGood())
-        status = readDictionaries(settings, {dictionaries.begin(), dictionaries.end()});
-    if (status.isGood())
-        status = readImports(settings);
+public:
+    template <typename Step>
+    Steps& then(const Step& step)
+    {
+        if (m_status.isGood())
+            m_status = step();
+        return *this;
+    }
+    [[nodiscard]] const UaStatus& status() const { return m_status; }
+
+private:
+    UaStatus m_status;
+};
+
+UaStatus OlderDataTypes::load(const std::vector<UaNodeId>& types)
+{
+    Steps steps;
+    steps.then([&] { return findMembers(types); })
+        .then([&] { return readProperties(); })
+        .then([&] { return findDescriptions(); })
+        .then([&] { return findDictionaries(); })
+        .then([&] { return readDictionaries(describingDictionaries()); })
+        .then([&] { return readImports(); });
     defineAll();
-    return status;
+    return steps.status();
 }
 
-UaStatus OlderDataTypes::findMembers(ServiceSettings& settings, const std::vector<UaNodeId>& types)
+UaStatus OlderDataTypes::findMembers(const std::vector<UaNodeId>& types)
 {
     std::vector<UaReferenceDescriptions> found;
-    const UaStatus status = browseBatch(m_session, settings, types,
+    const UaStatus status = browseBatch(m_session, m_settings, types,
                                         {0, false, OpcUa_NodeClass_Object | OpcUa_NodeClass_Variable}, found);
     for (std::size_t i = 0; i < found.size(); ++i)
         for (const OpcUa_ReferenceDescription& reference : found[i])
@@ -116,8 +125,7 @@ void OlderDataTypes::addMember(const UaNodeId& dataType, const OpcUa_ReferenceDe
     }
 }
 
-UaStatus OlderDataTypes::readValues(ServiceSettings& settings, const std::vector<UaNodeId>& nodes,
-                                    std::vector<UaVariant>& values) const
+UaStatus OlderDataTypes::readValues(const std::vector<UaNodeId>& nodes, std::vector<UaVariant>& values) const
 {
     values.assign(nodes.size(), UaVariant());
     if (nodes.empty())
@@ -130,20 +138,20 @@ UaStatus OlderDataTypes::readValues(ServiceSettings& settings, const std::vector
     UaDataValues results;
     UaDiagnosticInfos diagnosticInfos;
     const UaStatus status =
-        m_session.read(settings, 0.0, OpcUa_TimestampsToReturn_Neither, ids, results, diagnosticInfos);
+        m_session.read(m_settings, 0.0, OpcUa_TimestampsToReturn_Neither, ids, results, diagnosticInfos);
     for (OpcUa_UInt32 i = 0; i < results.length() && i < nodes.size(); ++i)
         if (!OpcUa_IsBad(results[i].StatusCode))
             values[i].attach(&results[i].Value);
     return status;
 }
 
-UaStatus OlderDataTypes::readProperties(ServiceSettings& settings)
+UaStatus OlderDataTypes::readProperties()
 {
     std::vector<UaNodeId> nodes;
     for (const PropertyNode& property : m_properties)
         nodes.push_back(property.node);
     std::vector<UaVariant> values;
-    const UaStatus status = readValues(settings, nodes, values);
+    const UaStatus status = readValues(nodes, values);
     for (std::size_t i = 0; i < m_properties.size(); ++i)
         addProperty(m_properties[i], values[i]);
     return status;
@@ -188,14 +196,14 @@ void OlderDataTypes::addOptionSet(const UaNodeId& dataType, const std::vector<Ua
     }
 }
 
-UaStatus OlderDataTypes::findDescriptions(ServiceSettings& settings)
+UaStatus OlderDataTypes::findDescriptions()
 {
     std::vector<UaNodeId> encodings;
     for (const Described& described : m_described)
         encodings.push_back(described.encoding);
     std::vector<UaReferenceDescriptions> found;
     const UaStatus status =
-        browseBatch(m_session, settings, encodings, {OpcUaId_HasDescription, false, 0}, found);
+        browseBatch(m_session, m_settings, encodings, {OpcUaId_HasDescription, false, 0}, found);
     std::vector<Described> kept;
     for (std::size_t i = 0; i < found.size(); ++i) {
         if (!found[i].isEmpty()) {
@@ -207,16 +215,16 @@ UaStatus OlderDataTypes::findDescriptions(ServiceSettings& settings)
     return status;
 }
 
-UaStatus OlderDataTypes::findDictionaries(ServiceSettings& settings)
+UaStatus OlderDataTypes::findDictionaries()
 {
     std::vector<UaNodeId> descriptions;
     for (const Described& described : m_described)
         descriptions.push_back(described.description);
     std::vector<UaVariant> names;
-    UaStatus status = readValues(settings, descriptions, names);
+    UaStatus status = readValues(descriptions, names);
     std::vector<UaReferenceDescriptions> owners;
     if (status.isGood())
-        status = browseBatch(m_session, settings, descriptions, {OpcUaId_HasComponent, true, 0}, owners);
+        status = browseBatch(m_session, m_settings, descriptions, {OpcUaId_HasComponent, true, 0}, owners);
     std::vector<Described> kept;
     for (std::size_t i = 0; i < owners.size(); ++i) {
         Described& described = m_described[i];
@@ -232,13 +240,13 @@ UaStatus OlderDataTypes::findDictionaries(ServiceSettings& settings)
     return status;
 }
 
-UaStatus OlderDataTypes::readDictionaries(ServiceSettings& settings, const std::vector<UaNodeId>& nodes)
+UaStatus OlderDataTypes::readDictionaries(const std::vector<UaNodeId>& nodes)
 {
     std::vector<UaVariant> documents;
-    UaStatus status = readValues(settings, nodes, documents);
+    UaStatus status = readValues(nodes, documents);
     if (status.isBad() && nodes.size() > 1) { // too much for one message
         for (const UaNodeId& node : nodes)
-            status = readDictionaries(settings, {node});
+            status = readDictionaries({node});
         return status;
     }
     for (std::size_t i = 0; i < nodes.size(); ++i) {
@@ -253,48 +261,83 @@ UaStatus OlderDataTypes::readDictionaries(ServiceSettings& settings, const std::
     return status;
 }
 
-// Dictionaries that others import are found by the namespace that the server tells of each.
-UaStatus OlderDataTypes::readImports(ServiceSettings& settings)
+std::vector<UaNodeId> OlderDataTypes::describingDictionaries() const
 {
-    UaStatus status;
-    for (int round = 0; round < maxImportRounds && status.isGood(); ++round) {
+    std::set<UaNodeId> dictionaries;
+    for (const Described& described : m_described)
+        dictionaries.insert(described.dictionary);
+    return {dictionaries.begin(), dictionaries.end()};
+}
+
+// ---- imports
+
+// Dictionaries that others import are found by the namespace that the server tells of each.
+UaStatus OlderDataTypes::readImports()
+{
+    Steps steps;
+    for (int round = 0; round < maxImportRounds && steps.status().isGood(); ++round) {
         const std::set<UaString> missing = m_dictionary.missingNamespaces();
         if (missing.empty())
             break;
-        std::vector<UaReferenceDescriptions> found;
-        status = browseBatch(m_session, settings, {UaNodeId(binarySchemaId)},
-                             {OpcUaId_HasComponent, false, OpcUa_NodeClass_Variable}, found);
-        std::vector<UaNodeId> candidates;
-        for (OpcUa_UInt32 i = 0; !found.empty() && i < found[0].length(); ++i)
-            candidates.emplace_back(found[0][i].NodeId.NodeId);
-        std::vector<UaReferenceDescriptions> properties;
-        if (status.isGood()) {
-            status =
-                browseBatch(m_session, settings, candidates, {OpcUaId_HasProperty, false, 0}, properties);
-        }
-        std::vector<UaNodeId> owners;
-        std::vector<UaNodeId> uriNodes;
-        for (std::size_t i = 0; i < properties.size(); ++i) {
-            for (const OpcUa_ReferenceDescription& property : properties[i]) {
-                if (UaString(property.BrowseName.Name) == UaString("NamespaceUri")) {
-                    owners.push_back(candidates[i]);
-                    uriNodes.emplace_back(property.NodeId.NodeId);
-                }
-            }
-        }
-        std::vector<UaVariant> uris;
-        if (status.isGood())
-            status = readValues(settings, uriNodes, uris);
-        std::vector<UaNodeId> wanted;
-        for (std::size_t i = 0; i < uris.size(); ++i)
-            if (missing.contains(uris[i].toString()) && !m_namespaces.contains(owners[i]))
-                wanted.push_back(owners[i]);
+        const std::vector<UaNodeId> wanted =
+            wantedDictionaries(missing, namespacesOf(dictionariesOfServer(steps), steps));
         if (wanted.empty())
             break;
-        status = readDictionaries(settings, wanted);
+        steps.then([&] { return readDictionaries(wanted); });
     }
-    return status;
+    return steps.status();
 }
+
+std::vector<UaNodeId> OlderDataTypes::dictionariesOfServer(Steps& steps) const
+{
+    std::vector<UaReferenceDescriptions> found;
+    steps.then([&] {
+        return browseBatch(m_session, m_settings, {UaNodeId(binarySchemaId)},
+                           {OpcUaId_HasComponent, false, OpcUa_NodeClass_Variable}, found);
+    });
+    std::vector<UaNodeId> dictionaries;
+    for (const UaReferenceDescriptions& references : found)
+        for (const OpcUa_ReferenceDescription& reference : references)
+            dictionaries.emplace_back(reference.NodeId.NodeId);
+    return dictionaries;
+}
+
+std::vector<OlderDataTypes::NamespaceOf>
+OlderDataTypes::namespacesOf(const std::vector<UaNodeId>& dictionaries, Steps& steps) const
+{
+    std::vector<UaReferenceDescriptions> properties;
+    steps.then([&] {
+        return browseBatch(m_session, m_settings, dictionaries, {OpcUaId_HasProperty, false, 0}, properties);
+    });
+    std::vector<NamespaceOf> result;
+    std::vector<UaNodeId> uriNodes;
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        for (const OpcUa_ReferenceDescription& property : properties[i]) {
+            if (UaString(property.BrowseName.Name) == UaString("NamespaceUri")) {
+                result.push_back({dictionaries[i], UaString()});
+                uriNodes.emplace_back(property.NodeId.NodeId);
+            }
+        }
+    }
+    std::vector<UaVariant> uris;
+    steps.then([&] { return readValues(uriNodes, uris); });
+    result.resize(uris.size());
+    for (std::size_t i = 0; i < uris.size(); ++i)
+        result[i].uri = uris[i].toString();
+    return result;
+}
+
+std::vector<UaNodeId> OlderDataTypes::wantedDictionaries(const std::set<UaString>& missing,
+                                                         const std::vector<NamespaceOf>& candidates) const
+{
+    std::vector<UaNodeId> wanted;
+    for (const NamespaceOf& candidate : candidates)
+        if (missing.contains(candidate.uri) && !m_namespaces.contains(candidate.dictionary))
+            wanted.push_back(candidate.dictionary);
+    return wanted;
+}
+
+// ---- definitions
 
 // Enumerations have no encoding that leads to their description, and fields may name types that have a
 // definition of their own: both are found by namespace and name.

@@ -7,9 +7,11 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/types/datatypetree.h>
 
 #include <map>
+#include <set>
 #include <vector>
 
 namespace UaClientSdk {
@@ -22,12 +24,13 @@ class UaSession;
 class OlderDataTypes
 {
 public:
-    OlderDataTypes(UaSession& session, const DataTypeTree& tree, UaTypeDefinitionStore& store)
-        : m_session(session), m_tree(tree), m_store(store)
+    OlderDataTypes(UaSession& session, ServiceSettings& settings, const DataTypeTree& tree,
+                   UaTypeDefinitionStore& store)
+        : m_session(session), m_settings(settings), m_tree(tree), m_store(store)
     {
     }
 
-    UaStatus load(ServiceSettings& settings, const std::vector<UaNodeId>& types);
+    UaStatus load(const std::vector<UaNodeId>& types);
 
 private:
     enum class Property { EnumStrings, EnumValues, OptionSetValues };
@@ -47,22 +50,37 @@ private:
         UaString name; ///< in the dictionary
     };
 
-    UaStatus findMembers(ServiceSettings& settings, const std::vector<UaNodeId>& types);
+    class Steps;
+    /// The namespace that the server tells of a dictionary.
+    struct NamespaceOf
+    {
+        UaNodeId dictionary;
+        UaString uri;
+    };
+
+    UaStatus findMembers(const std::vector<UaNodeId>& types);
     void addMember(const UaNodeId& dataType, const OpcUa_ReferenceDescription& reference);
-    UaStatus readProperties(ServiceSettings& settings);
+    UaStatus readProperties();
     void addProperty(const PropertyNode& property, const UaVariant& value);
     void addEnumeration(const UaNodeId& dataType, const std::vector<UaEnumValue>& values);
     void addOptionSet(const UaNodeId& dataType, const std::vector<UaEnumValue>& values);
-    UaStatus findDescriptions(ServiceSettings& settings);
-    UaStatus findDictionaries(ServiceSettings& settings);
-    UaStatus readDictionaries(ServiceSettings& settings, const std::vector<UaNodeId>& nodes);
-    UaStatus readImports(ServiceSettings& settings);
+    UaStatus findDescriptions();
+    UaStatus findDictionaries();
+    UaStatus readDictionaries(const std::vector<UaNodeId>& nodes);
+    [[nodiscard]] std::vector<UaNodeId> describingDictionaries() const;
+    UaStatus readImports();
+    /// Empty when a step has gone wrong, here or before.
+    [[nodiscard]] std::vector<UaNodeId> dictionariesOfServer(Steps& steps) const;
+    [[nodiscard]] std::vector<NamespaceOf> namespacesOf(const std::vector<UaNodeId>& dictionaries,
+                                                        Steps& steps) const;
+    [[nodiscard]] std::vector<UaNodeId> wantedDictionaries(const std::set<UaString>& missing,
+                                                           const std::vector<NamespaceOf>& candidates) const;
     void nameTypes();
     void defineAll();
-    UaStatus readValues(ServiceSettings& settings, const std::vector<UaNodeId>& nodes,
-                        std::vector<UaVariant>& values) const;
+    UaStatus readValues(const std::vector<UaNodeId>& nodes, std::vector<UaVariant>& values) const;
 
     UaSession& m_session;
+    ServiceSettings& m_settings;
     const DataTypeTree& m_tree;
     UaTypeDefinitionStore& m_store;
     std::vector<PropertyNode> m_properties;

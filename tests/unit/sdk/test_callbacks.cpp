@@ -1,9 +1,9 @@
 // The machinery of asynchronous calls: the pool of callback threads and the count of transactions.
 #include <opcua/opcua_statuscodes.h>
 #include <tests/support/recordedtrace.h>
-#include <uaclientsdk/services/callbackpool.h>
+#include <uaclientsdk/calls/callbackpool.h>
+#include <uaclientsdk/calls/transactioncounter.h>
 #include <uaclientsdk/services/pendingcall.h>
-#include <uaclientsdk/services/transactioncounter.h>
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include <uaclientsdk/uasession_p.h>
+#include <uaclientsdk/session/uasession_p.h>
 
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
@@ -31,6 +31,14 @@ UaStringArray joinLocaleIds(const SessionConnectInfo& info)
     return result;
 }
 
+ServiceSettings settingsWith(const SessionContext& context, OpcUa_UInt32 SessionConnectInfo::*timeout)
+{
+    ServiceSettings settings;
+    SessionLock lock(context.mutex);
+    settings.callTimeout = context.connectInfo.*timeout;
+    return settings;
+}
+
 } // namespace
 
 UaSessionPrivate::UaSessionPrivate(UaSession& session)
@@ -47,7 +55,7 @@ UaSessionPrivate::~UaSessionPrivate()
     subscriptions.waitIdle();
 }
 
-// Lets one connect in at a time; a callback of it can not begin another.
+// Lets one connect in at a time; a callback of it cannot begin another.
 class UaSessionPrivate::ConnectGuard
 {
 public:
@@ -124,7 +132,7 @@ UaStatus UaSessionPrivate::startWatching(bool good)
     SessionHousekeeping& housekeeping = *this;
     m_monitor = std::make_unique<ConnectionMonitor>(context, housekeeping);
     if (!start()) {
-        UaTrace::tError("Error: UaSession::connect - can not start the session thread");
+        UaTrace::tError("Error: UaSession::connect - cannot start the session thread");
         ServiceSettings settings;
         disconnect(settings, true);
         return UaStatus(OpcUa_BadResourceUnavailable);
@@ -197,11 +205,8 @@ UaStatus UaSessionPrivate::openSession()
     status = m_activator.createSession();
     if (status.isGood())
         status = m_activator.activateSession();
-    if (status.isBad()) {
-        ServiceSettings settings;
-        settings.callTimeout = context.connectInfo.connectTimeout;
-        m_activator.closeSession(settings, true);
-    }
+    if (status.isBad())
+        m_activator.closeSession(settingsWith(context, &SessionConnectInfo::connectTimeout), true);
     return status;
 }
 
@@ -233,21 +238,12 @@ void UaSessionPrivate::loadDefinitionsOnFirstUse()
 
 UaStatus UaSessionPrivate::loadDefinitions()
 {
-    ServiceSettings settings;
-    {
-        SessionLock lock(context.mutex);
-        settings.callTimeout = context.connectInfo.internalServiceCallTimeout;
-    }
-    return definitions.load(settings);
+    return definitions.load(settingsWith(context, &SessionConnectInfo::internalServiceCallTimeout));
 }
 
 UaStatus UaSessionPrivate::updateNamespaceTable()
 {
-    ServiceSettings settings;
-    {
-        SessionLock lock(context.mutex);
-        settings.callTimeout = context.connectInfo.internalServiceCallTimeout;
-    }
+    ServiceSettings settings = settingsWith(context, &SessionConnectInfo::internalServiceCallTimeout);
     UaReadValueIds nodes(1u);
     nodes[0].NodeId.Identifier.Numeric = OpcUaId_Server_NamespaceArray;
     nodes[0].AttributeId = OpcUa_Attributes_Value;
@@ -296,17 +292,36 @@ UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool dele
                         "disconnect would wait for");
         return UaStatus(OpcUa_BadInvalidState);
     }
-    bool connected = false;
+    if (!withdrawConnect()) {
+        UaTrace::tError("<-- UaSession::disconnect [ret=OpcUa_BadInernalError] - Server not connected");
+        return UaStatus(OpcUa_BadInternalError);
+    }
+    endThread();
+    const UaStatus result = endServerSession(settings, deleteSubscriptions);
+    subscriptions.waitForAnswers();
+    setDisconnected();
+    m_connector.disconnectChannel();
+    subscriptions.clear();
+    context.notifyStatus(UaClient::Disconnected);
+    subscriptions.waitForCallbacks();
+    return result;
+}
+
+bool UaSessionPrivate::withdrawConnect()
+{
     {
         SessionLock lock(context.mutex);
-        if (!context.connectRequested) {
-            UaTrace::tError("<-- UaSession::disconnect [ret=OpcUa_BadInernalError] - Server not connected");
-            return UaStatus(OpcUa_BadInternalError);
-        }
+        if (!context.connectRequested)
+            return false;
         context.connectRequested = false;
     }
     context.wakeUp.notify_all();
-    endThread();
+    return true;
+}
+
+UaStatus UaSessionPrivate::endServerSession(const ServiceSettings& settings, bool deleteSubscriptions)
+{
+    bool connected = false;
     {
         SessionLock lock(context.mutex);
         connected = context.serverStatus == UaClient::Connected;
@@ -314,27 +329,23 @@ UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool dele
     if (!connected)
         m_connector.disconnectChannel(); // calls over a broken link are answered at once
     context.transactions.waitForTransactionCompletion(context.traceId);
-    UaStatus result;
-    if (connected) {
-        result = m_activator.closeSession(settings, deleteSubscriptions);
-        definitions.clear();
-    } else {
+    if (!connected) {
         UaTrace::tError("Error: UaSession::disconnect - connection error - can not call "
                         "OpcUa_ClientApi_CloseSession");
+        return UaStatus();
     }
-    subscriptions.waitForAnswers();
-    {
-        SessionLock lock(context.mutex);
-        context.serverStatus = UaClient::Disconnected;
-        context.serverState = OpcUa_ServerState_Unknown;
-        context.sessionCreated = false;
-        context.activatedOnce = false;
-    }
-    m_connector.disconnectChannel();
-    subscriptions.clear();
-    context.notifyStatus(UaClient::Disconnected);
-    subscriptions.waitForCallbacks();
+    const UaStatus result = m_activator.closeSession(settings, deleteSubscriptions);
+    definitions.clear();
     return result;
+}
+
+void UaSessionPrivate::setDisconnected()
+{
+    SessionLock lock(context.mutex);
+    context.serverStatus = UaClient::Disconnected;
+    context.serverState = OpcUa_ServerState_Unknown;
+    context.sessionCreated = false;
+    context.activatedOnce = false;
 }
 
 void UaSessionPrivate::run()

@@ -1,10 +1,12 @@
-// The services of a session that read history.
+// Members of UaSession that read history; declared in uasession.h, which has too many for one source.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
-#include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/generated/servicetraits.h>
+#include <uaclientsdk/services/asyncblockservice.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <new>
@@ -15,15 +17,12 @@ namespace UaClientSdk {
 
 namespace {
 
-using HistoryReadService = BlockService<OpcUa_HistoryReadRequest, OpcUa_HistoryReadResponse,
-                                        OpcUa_HistoryReadValueId, OpcUa_HistoryReadResult>;
+using HistoryReadService = BlockService<Services::HistoryRead>;
 
+// One service of the server under four names.
 constexpr HistoryReadService readService(const char* method, const char* beginMethod, const char* completion)
 {
-    return {
-        {method, "HistoryRead", "Empty read array passed", beginMethod, "historyReadCallback", completion},
-        UA_SERVICE(HistoryRead, NodesToRead),
-        UA_RESULTS(HistoryRead)};
+    return {{method, "Empty read array passed", beginMethod, Services::HistoryRead::handler, completion}};
 }
 
 const HistoryReadService rawModifiedService =

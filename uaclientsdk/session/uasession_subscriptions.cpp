@@ -1,9 +1,10 @@
-// The subscriptions of a session.
+// Members of UaSession about subscriptions; declared in uasession.h, which has too many for one source.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 #include <uaclientsdk/uasubscription.h>
 #include <uaclientsdk/uasubscriptioncallback.h>
 

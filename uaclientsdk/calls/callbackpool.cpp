@@ -1,8 +1,9 @@
-#include <uaclientsdk/services/callbackpool.h>
+#include <uaclientsdk/calls/callbackpool.h>
 
 #include <uabase/system/uatrace.h>
 
 #include <algorithm>
+#include <cassert>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -42,7 +43,7 @@ void executeGuarded(CallbackJob& job)
 
 } // namespace
 
-// Lanes move between two lists, which takes no memory: a worker can not fail half-way.
+// Lanes move between two lists, which takes no memory: a worker cannot fail half-way.
 class CallbackPoolPrivate
 {
 public:
@@ -51,12 +52,17 @@ public:
 
 private:
     using Lanes = std::list<Lane>;
+    using Lock = std::unique_lock<std::mutex>;
 
-    Lanes::iterator laneLocked(const void* session);
-    void makeReadyLocked(Lanes::iterator lane);
-    void wakeWorkerLocked();
+    void assertHeld([[maybe_unused]] const Lock& lock) const
+    {
+        assert(lock.owns_lock() && lock.mutex() == &m_mutex);
+    }
+    Lanes::iterator laneLocked(const Lock& lock, const void* session);
+    void makeReadyLocked(const Lock& lock, Lanes::iterator lane);
+    void wakeWorkerLocked(const Lock& lock);
     void work();
-    void runOneLocked(std::unique_lock<std::mutex>& lock);
+    void runOneLocked(Lock& lock);
 
     std::mutex m_mutex;
     std::condition_variable m_changed;
@@ -67,8 +73,9 @@ private:
     bool m_ending = false;
 };
 
-CallbackPoolPrivate::Lanes::iterator CallbackPoolPrivate::laneLocked(const void* session)
+CallbackPoolPrivate::Lanes::iterator CallbackPoolPrivate::laneLocked(const Lock& lock, const void* session)
 {
+    assertHeld(lock);
     const auto ofSession = [session](const Lane& lane) { return lane.session == session; };
     auto found = std::find_if(m_ready.begin(), m_ready.end(), ofSession);
     if (found == m_ready.end())
@@ -76,14 +83,16 @@ CallbackPoolPrivate::Lanes::iterator CallbackPoolPrivate::laneLocked(const void*
     return found != m_resting.end() ? found : m_resting.insert(m_resting.end(), Lane{session, {}, 0});
 }
 
-void CallbackPoolPrivate::makeReadyLocked(Lanes::iterator lane)
+void CallbackPoolPrivate::makeReadyLocked(const Lock& lock, Lanes::iterator lane)
 {
+    assertHeld(lock);
     m_ready.splice(m_ready.end(), m_resting, lane);
-    wakeWorkerLocked();
+    wakeWorkerLocked(lock);
 }
 
-void CallbackPoolPrivate::wakeWorkerLocked()
+void CallbackPoolPrivate::wakeWorkerLocked(const Lock& lock)
 {
+    assertHeld(lock);
     if (m_ending || m_idle >= m_ready.size() || m_threads.size() >= CallbackPool::maxThreads) {
         m_changed.notify_one();
         return;
@@ -97,14 +106,14 @@ void CallbackPoolPrivate::wakeWorkerLocked()
 
 bool CallbackPoolPrivate::add(std::unique_ptr<CallbackJob>&& job, const void* session)
 {
-    const std::lock_guard lock(m_mutex);
+    const Lock lock(m_mutex);
     if (m_ending)
         return false;
-    const auto lane = laneLocked(session);
+    const auto lane = laneLocked(lock, session);
     const bool wasReady = lane->isReady();
     lane->jobs.push_back(nullptr);
     if (!wasReady && lane->isReady())
-        makeReadyLocked(lane);
+        makeReadyLocked(lock, lane);
     if (m_threads.empty()) {
         m_ready.erase(lane); // without threads nothing else can wait here
         return false;
@@ -113,15 +122,16 @@ bool CallbackPoolPrivate::add(std::unique_ptr<CallbackJob>&& job, const void* se
     return true;
 }
 
-void CallbackPoolPrivate::runOneLocked(std::unique_lock<std::mutex>& lock)
+void CallbackPoolPrivate::runOneLocked(Lock& lock)
 {
+    assertHeld(lock);
     const auto lane = m_ready.begin();
     std::unique_ptr<CallbackJob> job = std::move(lane->jobs.front());
     lane->jobs.pop_front();
     ++lane->running;
     m_resting.splice(m_resting.end(), m_ready, lane);
     if (lane->isReady())
-        makeReadyLocked(lane); // behind the other sessions
+        makeReadyLocked(lock, lane); // behind the other sessions
     t_session = lane->session;
     lock.unlock();
     executeGuarded(*job);
@@ -134,13 +144,13 @@ void CallbackPoolPrivate::runOneLocked(std::unique_lock<std::mutex>& lock)
         if (lane->running == 0)
             m_resting.erase(lane);
     } else if (!wasReady) {
-        makeReadyLocked(lane);
+        makeReadyLocked(lock, lane);
     }
 }
 
 void CallbackPoolPrivate::work()
 {
-    std::unique_lock lock(m_mutex);
+    Lock lock(m_mutex);
     for (;;) {
         ++m_idle;
         m_changed.wait(lock, [this] { return m_ending || !m_ready.empty(); });

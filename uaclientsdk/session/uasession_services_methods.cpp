@@ -1,4 +1,6 @@
-// The method service of a session.
+// Members of UaSession about methods; declared in uasession.h, which has too many for one source.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <uabase/values/uadiagnosticinfos.h>
@@ -6,9 +8,9 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
-#include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/generated/servicetraits.h>
+#include <uaclientsdk/services/asyncblockservice.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <array>
@@ -18,19 +20,16 @@ namespace UaClientSdk {
 
 namespace {
 
-using CallService =
-    BlockService<OpcUa_CallRequest, OpcUa_CallResponse, OpcUa_CallMethodRequest, OpcUa_CallMethodResult>;
-
-constexpr CallService callService(const char* method)
+// Both forms are completed alike.
+constexpr BlockService<Services::Call> callService(const char* method)
 {
-    return {{method, "Call", "Empty call array passed", "beginCall", "callCallback", "callComplete"},
-            UA_SERVICE(Call, MethodsToCall),
-            UA_RESULTS(Call),
-            true};
+    BlockService<Services::Call> service = keepingService<Services::Call>("Empty call array passed");
+    service.names.method = method;
+    return service;
 }
 
-const CallService singleCallService = callService("call");
-const CallService listCallService = callService("callList");
+const auto singleCallService = callService("call");
+const auto listCallService = callService("callList");
 
 // Borrowed from callIn.
 OpcUa_CallMethodRequest requestOf(const CallIn& callIn)
@@ -145,7 +144,7 @@ UaStatus UaSession::call(ServiceSettings& settings, const CallIn& callIn, CallOu
     UaCallMethodResults results;
     UaDiagnosticInfos diagnosticInfos;
     const UaStatus status = callInBlocks(d->context, singleCallService, settings, std::span(&request, 1),
-                                         results, diagnosticInfos, NothingToPrepare());
+                                         results, diagnosticInfos);
     callOut = takeResult(results);
     return status;
 }
@@ -164,8 +163,7 @@ UaStatus UaSession::beginCall(ServiceSettings& settings, const CallIn& callIn, O
 UaStatus UaSession::callList(ServiceSettings& settings, const UaCallMethodRequests& requests,
                              UaCallMethodResults& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    return callInBlocks(d->context, listCallService, settings, requests.span(), results, diagnosticInfos,
-                        NothingToPrepare());
+    return callInBlocks(d->context, listCallService, settings, requests.span(), results, diagnosticInfos);
 }
 
 UaStatus UaSession::getMethodArguments(ServiceSettings& settings, const UaNodeId& methodId,

@@ -60,6 +60,11 @@ private:
     [[nodiscard]] bool userIsRefused() const;
     UaStatus checkServerCertificate(SessionSecurityInfo& security);
     void endThread();
+
+    /// The steps of a disconnect. The first is false when nothing was connected.
+    bool withdrawConnect();
+    UaStatus endServerSession(const ServiceSettings& settings, bool deleteSubscriptions);
+    void setDisconnected();
     [[nodiscard]] bool dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryMode)) const;
 
     UaSession& m_session;

@@ -1,10 +1,11 @@
-// The query services of a session, and Cancel.
-#include <opcua/opcua_clientapi.h>
+// Members of UaSession for queries, and cancel; declared in uasession.h, which has too many for one source.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/services/callonce.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 
 #include <utility>
 
@@ -12,9 +13,9 @@ namespace UaClientSdk {
 
 namespace {
 
-constexpr ServiceNames queryFirstNames{"queryFirst", "QueryFirst", "Empty node type array passed"};
-constexpr ServiceNames queryNextNames{"queryNext", "QueryNext", "Empty continuation point passed"};
-constexpr ServiceNames cancelNames{"cancel", "Cancel", "No request handle passed"};
+constexpr ServiceNames queryFirstNames = namesOf<Services::QueryFirst>("Empty node type array passed");
+constexpr ServiceNames queryNextNames = namesOf<Services::QueryNext>("Empty continuation point passed");
+constexpr ServiceNames cancelNames = namesOf<Services::Cancel>("No request handle passed");
 
 void setQuery(OpcUa_QueryFirstRequest& request, const QueryContext& context,
               const UaNodeTypeDescriptions& nodeTypes)
@@ -61,9 +62,8 @@ UaStatus UaSession::queryFirst(ServiceSettings& settings, const QueryContext& co
     dataSets.clear();
     continuationPoint.clear();
     findings = QueryFindings();
-    const UaStatus status = callOnce(
-        d->context, queryFirstNames, nodeTypes.length(), OpcUa_ClientApi_QueryFirst,
-        OpcUa_QueryFirstRequest_EncodeableType, OpcUa_QueryFirstResponse_EncodeableType, settings,
+    const UaStatus status = callOnce<Services::QueryFirst>(
+        d->context, queryFirstNames, nodeTypes.length(), settings,
         [&](OpcUa_QueryFirstRequest& request) { setQuery(request, context, nodeTypes); },
         [&](OpcUa_QueryFirstResponse& response) {
             dataSets.attachFrom(&response.NoOfQueryDataSets, &response.QueryDataSets);
@@ -83,9 +83,8 @@ UaStatus UaSession::queryNext(ServiceSettings& settings, bool releaseContinuatio
 {
     dataSets.clear();
     const UaByteString point = std::exchange(continuationPoint, UaByteString());
-    return callOnce(
-        d->context, queryNextNames, point.isEmpty() ? 0 : 1, OpcUa_ClientApi_QueryNext,
-        OpcUa_QueryNextRequest_EncodeableType, OpcUa_QueryNextResponse_EncodeableType, settings,
+    return callOnce<Services::QueryNext>(
+        d->context, queryNextNames, point.isEmpty() ? 0 : 1, settings,
         [&](OpcUa_QueryNextRequest& request) {
             request.ReleaseContinuationPoint = releaseContinuationPoint ? OpcUa_True : OpcUa_False;
             request.ContinuationPoint = *point.get();
@@ -100,9 +99,8 @@ UaStatus UaSession::queryNext(ServiceSettings& settings, bool releaseContinuatio
 UaStatus UaSession::cancel(ServiceSettings& settings, OpcUa_UInt32 requestHandle, OpcUa_UInt32& cancelCount)
 {
     cancelCount = 0;
-    return callOnce(
-        d->context, cancelNames, 1, OpcUa_ClientApi_Cancel, OpcUa_CancelRequest_EncodeableType,
-        OpcUa_CancelResponse_EncodeableType, settings,
+    return callOnce<Services::Cancel>(
+        d->context, cancelNames, 1, settings,
         [&](OpcUa_CancelRequest& request) { request.RequestHandle = requestHandle; },
         [&](OpcUa_CancelResponse& response) {
             cancelCount = response.CancelCount;

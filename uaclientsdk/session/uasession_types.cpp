@@ -1,4 +1,7 @@
-// A session as the dictionary of its server's data types.
+// Members of UaSession as the dictionary of its server's data types; declared in uasession.h, which has too
+// many for one source.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uanamespacezero.h>
@@ -6,7 +9,6 @@
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uanodeid.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 
 namespace UaClientSdk {
 

@@ -1,12 +1,14 @@
-// The attribute services of a session.
+// Members of UaSession about attributes; declared in uasession.h, which has too many for one source.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
-#include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/generated/servicetraits.h>
+#include <uaclientsdk/services/asyncblockservice.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <span>
@@ -30,29 +32,19 @@ void traceReadResults(std::span<const OpcUa_DataValue> values)
     UaTrace::tData("Read results for %d nodes", static_cast<int>(values.size()));
     for (std::size_t i = 0; i < values.size(); ++i) {
         const OpcUa_DataValue& value = values[i];
-        const auto status = static_cast<unsigned long>(value.StatusCode);
+        const OpcUa_StatusCode status = value.StatusCode;
         if (OpcUa_IsBad(value.StatusCode)) {
-            UaTrace::tData("  Node[%d] Failed StatusCode=0x%lx", static_cast<int>(i), status);
+            UaTrace::tData("  Node[%d] Failed StatusCode=0x%x", static_cast<int>(i), status);
         } else {
-            UaTrace::tData("  Node[%d] Value=%s Status=0x%lx", static_cast<int>(i),
+            UaTrace::tData("  Node[%d] Value=%s Status=0x%x", static_cast<int>(i),
                            UaVariant(value.Value).toString().toUtf8(), status);
         }
     }
 }
 
-const BlockService<OpcUa_ReadRequest, OpcUa_ReadResponse, OpcUa_ReadValueId, OpcUa_DataValue> readService{
-    {"read", "Read", "Empty read array passed", "beginRead", "readCallback", "readComplete"},
-    UA_SERVICE(Read, NodesToRead),
-    UA_RESULTS(Read),
-    false,
-    traceReadItems,
-    traceReadResults};
-
-const BlockService<OpcUa_WriteRequest, OpcUa_WriteResponse, OpcUa_WriteValue, OpcUa_StatusCode> writeService{
-    {"write", "Write", "Empty write array passed", "beginWrite", "writeCallback", "writeComplete"},
-    UA_SERVICE(Write, NodesToWrite),
-    UA_RESULTS(Write),
-    true};
+const BlockService<Services::Read> readService{namesOf<Services::Read>("Empty read array passed"), false,
+                                               traceReadItems, traceReadResults};
+const auto writeService = keepingService<Services::Write>("Empty write array passed");
 
 auto readPreparation(double maxAge, OpcUa_TimestampsToReturn timestampsToReturn)
 {
@@ -84,8 +76,7 @@ UaStatus UaSession::beginRead(ServiceSettings& settings, double maxAge,
 UaStatus UaSession::write(ServiceSettings& settings, const UaWriteValues& nodesToWrite,
                           UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    return callInBlocks(d->context, writeService, settings, nodesToWrite.span(), results, diagnosticInfos,
-                        NothingToPrepare());
+    return callInBlocks(d->context, writeService, settings, nodesToWrite.span(), results, diagnosticInfos);
 }
 
 UaStatus UaSession::beginWrite(ServiceSettings& settings, const UaWriteValues& nodesToWrite,

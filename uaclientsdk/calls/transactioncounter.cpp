@@ -1,4 +1,4 @@
-#include <uaclientsdk/services/transactioncounter.h>
+#include <uaclientsdk/calls/transactioncounter.h>
 
 #include <uabase/system/uatrace.h>
 

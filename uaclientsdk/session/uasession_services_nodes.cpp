@@ -1,53 +1,29 @@
-// The node management services of a session.
+// Members of UaSession about nodes; declared in uasession.h, which has too many for one source.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
-#include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/generated/servicetraits.h>
+#include <uaclientsdk/services/asyncblockservice.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {
 
 namespace {
 
-const BlockService<OpcUa_AddNodesRequest, OpcUa_AddNodesResponse, OpcUa_AddNodesItem, OpcUa_AddNodesResult>
-    addNodesService{{"addNodes", "AddNodes", "Empty node array passed", "beginAddNodes", "addNodesCallback",
-                     "addNodesComplete"},
-                    UA_SERVICE(AddNodes, NodesToAdd),
-                    UA_RESULTS(AddNodes),
-                    true};
-
-const BlockService<OpcUa_AddReferencesRequest, OpcUa_AddReferencesResponse, OpcUa_AddReferencesItem,
-                   OpcUa_StatusCode>
-    addReferencesService{{"addReferences", "AddReferences", "Empty reference array passed",
-                          "beginAddReferences", "addReferencesCallback", "addReferencesComplete"},
-                         UA_SERVICE(AddReferences, ReferencesToAdd),
-                         UA_RESULTS(AddReferences),
-                         true};
-
-const BlockService<OpcUa_DeleteNodesRequest, OpcUa_DeleteNodesResponse, OpcUa_DeleteNodesItem,
-                   OpcUa_StatusCode>
-    deleteNodesService{{"deleteNodes", "DeleteNodes", "Empty node array passed", "beginDeleteNodes",
-                        "deleteNodesCallback", "deleteNodesComplete"},
-                       UA_SERVICE(DeleteNodes, NodesToDelete),
-                       UA_RESULTS(DeleteNodes),
-                       true};
-
-const BlockService<OpcUa_DeleteReferencesRequest, OpcUa_DeleteReferencesResponse, OpcUa_DeleteReferencesItem,
-                   OpcUa_StatusCode>
-    deleteReferencesService{{"deleteReferences", "DeleteReferences", "Empty reference array passed",
-                             "beginDeleteReferences", "deleteReferencesCallback", "deleteReferencesComplete"},
-                            UA_SERVICE(DeleteReferences, ReferencesToDelete),
-                            UA_RESULTS(DeleteReferences),
-                            true};
+const auto addNodesService = keepingService<Services::AddNodes>("Empty node array passed");
+const auto addReferencesService = keepingService<Services::AddReferences>("Empty reference array passed");
+const auto deleteNodesService = keepingService<Services::DeleteNodes>("Empty node array passed");
+const auto deleteReferencesService =
+    keepingService<Services::DeleteReferences>("Empty reference array passed");
 
 } // namespace
 
 UaStatus UaSession::addNodes(ServiceSettings& settings, const UaAddNodesItems& nodesToAdd,
                              UaAddNodesResults& results, UaDiagnosticInfos& diagnosticInfos)
 {
-    return callInBlocks(d->context, addNodesService, settings, nodesToAdd.span(), results, diagnosticInfos,
-                        NothingToPrepare());
+    return callInBlocks(d->context, addNodesService, settings, nodesToAdd.span(), results, diagnosticInfos);
 }
 
 UaStatus UaSession::beginAddNodes(ServiceSettings& settings, const UaAddNodesItems& nodesToAdd,
@@ -61,7 +37,7 @@ UaStatus UaSession::addReferences(ServiceSettings& settings, const UaAddReferenc
                                   UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos)
 {
     return callInBlocks(d->context, addReferencesService, settings, referencesToAdd.span(), results,
-                        diagnosticInfos, NothingToPrepare());
+                        diagnosticInfos);
 }
 
 UaStatus UaSession::beginAddReferences(ServiceSettings& settings, const UaAddReferencesItems& referencesToAdd,
@@ -76,7 +52,7 @@ UaStatus UaSession::deleteNodes(ServiceSettings& settings, const UaDeleteNodesIt
                                 UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos)
 {
     return callInBlocks(d->context, deleteNodesService, settings, nodesToDelete.span(), results,
-                        diagnosticInfos, NothingToPrepare());
+                        diagnosticInfos);
 }
 
 UaStatus UaSession::beginDeleteNodes(ServiceSettings& settings, const UaDeleteNodesItems& nodesToDelete,
@@ -91,7 +67,7 @@ UaStatus UaSession::deleteReferences(ServiceSettings& settings,
                                      UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos)
 {
     return callInBlocks(d->context, deleteReferencesService, settings, referencesToDelete.span(), results,
-                        diagnosticInfos, NothingToPrepare());
+                        diagnosticInfos);
 }
 
 UaStatus UaSession::beginDeleteReferences(ServiceSettings& settings,

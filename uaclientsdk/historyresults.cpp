@@ -1,7 +1,7 @@
-#include <uaclientsdk/services/historyresults.h>
+#include <uaclientsdk/historyresults.h>
 
 #include <opcua/opcua_statuscodes.h>
-#include <uaclientsdk/services/stackcall.h>
+#include <uaclientsdk/calls/stackcall.h>
 
 namespace UaClientSdk {
 

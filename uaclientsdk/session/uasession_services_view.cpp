@@ -1,59 +1,34 @@
-// The view services of a session.
+// Members of UaSession that browse; declared in uasession.h, which has too many for one source.
+#include <uaclientsdk/session/uasession_p.h>
+
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
-#include <uaclientsdk/services/servicetable.h>
+#include <uaclientsdk/generated/servicetraits.h>
+#include <uaclientsdk/services/asyncblockservice.h>
 #include <uaclientsdk/uasession.h>
-#include <uaclientsdk/uasession_p.h>
 
 namespace UaClientSdk {
 
 namespace {
 
-// The view services report a missing connection as an internal error.
-constexpr ServiceNames viewNames(const char* method, const char* stackName, const char* emptyText)
+// These two report a missing connection as an internal error.
+template <typename Traits>
+constexpr BlockService<Traits> browsingService(const char* emptyText)
 {
-    return {method,
-            stackName,
-            emptyText,
-            nullptr,
-            nullptr,
-            nullptr,
-            OpcUa_BadInternalError,
-            "OpcUa_BadInternalError"};
+    BlockService<Traits> service = blockService<Traits>(emptyText);
+    service.names.notConnected = OpcUa_BadInternalError;
+    service.names.notConnectedText = "OpcUa_BadInternalError";
+    return service;
 }
 
-const BlockService<OpcUa_BrowseRequest, OpcUa_BrowseResponse, OpcUa_BrowseDescription, OpcUa_BrowseResult>
-    browseService{viewNames("browse", "Browse", "Empty browse array passed"),
-                  UA_SERVICE(Browse, NodesToBrowse), UA_RESULTS(Browse)};
-
-const BlockService<OpcUa_BrowseNextRequest, OpcUa_BrowseNextResponse, OpcUa_ByteString, OpcUa_BrowseResult>
-    browseNextService{viewNames("browseNext", "BrowseNext", "Empty continuation point passed"),
-                      UA_SERVICE(BrowseNext, ContinuationPoints), UA_RESULTS(BrowseNext)};
-
-const BlockService<OpcUa_TranslateBrowsePathsToNodeIdsRequest, OpcUa_TranslateBrowsePathsToNodeIdsResponse,
-                   OpcUa_BrowsePath, OpcUa_BrowsePathResult>
-    translateService{
-        {"translateBrowsePathsToNodeIds", "TranslateBrowsePathsToNodeIds", "Empty browse path array passed"},
-        UA_SERVICE(TranslateBrowsePathsToNodeIds, BrowsePaths),
-        UA_RESULTS(TranslateBrowsePathsToNodeIds)};
-
-const BlockService<OpcUa_RegisterNodesRequest, OpcUa_RegisterNodesResponse, OpcUa_NodeId, OpcUa_NodeId>
-    registerService{{"registerNodes", "RegisterNodes", "Empty node array passed"},
-                    UA_SERVICE(RegisterNodes, NodesToRegister),
-                    &OpcUa_RegisterNodesResponse::NoOfRegisteredNodeIds,
-                    &OpcUa_RegisterNodesResponse::RegisteredNodeIds,
-                    true};
-
-// Answers with a status only; the result type stands for none.
-const BlockService<OpcUa_UnregisterNodesRequest, OpcUa_UnregisterNodesResponse, OpcUa_NodeId,
-                   OpcUa_StatusCode>
-    unregisterService{{"unregisterNodes", "UnregisterNodes", "Empty node array passed"},
-                      UA_SERVICE(UnregisterNodes, NodesToUnregister),
-                      nullptr,
-                      nullptr,
-                      true};
+const auto browseService = browsingService<Services::Browse>("Empty browse array passed");
+const auto browseNextService = browsingService<Services::BrowseNext>("Empty continuation point passed");
+const auto translateService =
+    blockService<Services::TranslateBrowsePathsToNodeIds>("Empty browse path array passed");
+const auto registerService = keepingService<Services::RegisterNodes>("Empty node array passed");
+const auto unregisterService = keepingService<Services::UnregisterNodes>("Empty node array passed");
 
 // Takes the one result of a browse apart.
 UaStatus takeBrowseResult(UaBrowseResults& results, UaByteString& continuationPoint,
@@ -138,24 +113,21 @@ UaStatus UaSession::translateBrowsePathsToNodeIds(ServiceSettings& settings, con
                                                   UaBrowsePathResults& results,
                                                   UaDiagnosticInfos& diagnosticInfos)
 {
-    return callInBlocks(d->context, translateService, settings, browsePaths.span(), results, diagnosticInfos,
-                        NothingToPrepare());
+    return callInBlocks(d->context, translateService, settings, browsePaths.span(), results, diagnosticInfos);
 }
 
 UaStatus UaSession::registerNodes(ServiceSettings& settings, const UaNodeIdArray& nodesToRegister,
                                   UaNodeIdArray& registeredNodes)
 {
     UaDiagnosticInfos none;
-    return callInBlocks(d->context, registerService, settings, nodesToRegister.span(), registeredNodes, none,
-                        NothingToPrepare());
+    return callInBlocks(d->context, registerService, settings, nodesToRegister.span(), registeredNodes, none);
 }
 
 UaStatus UaSession::unregisterNodes(ServiceSettings& settings, const UaNodeIdArray& nodesToUnregister)
 {
     UaStatusCodeArray noResults;
     UaDiagnosticInfos none;
-    return callInBlocks(d->context, unregisterService, settings, nodesToUnregister.span(), noResults, none,
-                        NothingToPrepare());
+    return callInBlocks(d->context, unregisterService, settings, nodesToUnregister.span(), noResults, none);
 }
 
 } // namespace UaClientSdk
