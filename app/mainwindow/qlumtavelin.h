@@ -109,7 +109,6 @@ public:
     [[nodiscard]] const QlumMainActions& actions() const { return *m_actions; }
     [[nodiscard]] QlumProjectModel* projectModel() const { return m_project; }
     [[nodiscard]] QlumLogModel* logModel() const { return m_logModel; }
-    [[nodiscard]] const QlumPluginLoader& pluginLoader() const { return m_loader; }
     [[nodiscard]] QlumDocumentArea* documents() const { return m_documents; }
 
 protected:
