@@ -1,6 +1,6 @@
 #pragma once
 #include <app/api/qlumservernode.h>
-#include <app/mainwindow/qlumaddressspacepage.h>
+#include <plugins/addressspace/qlumaddressspacepage.h>
 #include <uabase/values/uanodeid.h>
 
 #include <QList>

@@ -1,9 +1,9 @@
 #pragma once
-#include <app/api/qlumaddressspacemodelinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumsessionservices.h>
+#include <plugins/addressspace/qlumaddressspacemodelinterface.h>
 #include <plugins/addressspace/qlumaddressspacenode.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>

@@ -1,4 +1,3 @@
-#include <app/api/qlumaddressspacemodelinterface.h>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumservernode.h>
@@ -11,6 +10,7 @@
 #include <app/project/qlumprojectnodedocument.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <plugins/addressspace/qlumaddressspacemodelinterface.h>
 #include <tests/gui/shell/fakeserver.h>
 #include <tests/support/dialogdriver.h>
 #include <uabase/system/uatrace.h>
