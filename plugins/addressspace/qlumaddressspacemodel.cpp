@@ -1,6 +1,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumguithread.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumuatrace.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
@@ -150,6 +151,7 @@ QVariant QlumAddressSpaceModel::headerData(int section, Qt::Orientation orientat
 
 QVariant QlumAddressSpaceModel::data(const QModelIndex& index, int role) const
 {
+    qlumAssertGuiThread();
     const QlumAddressSpaceNode* node = nodeAt(index);
     if (!node)
         return {};
@@ -208,6 +210,7 @@ void QlumAddressSpaceModel::browseNodeIndex(const QModelIndex& index)
 
 void QlumAddressSpaceModel::rebrowseNodeIndex(const QModelIndex& index)
 {
+    qlumAssertGuiThread();
     QlumAddressSpaceNode* node = nodeOrRoot(index);
     removeChildren(node);
     browseNode(node);
@@ -215,6 +218,7 @@ void QlumAddressSpaceModel::rebrowseNodeIndex(const QModelIndex& index)
 
 void QlumAddressSpaceModel::serverModelChanged(const UaNodeId& affectedNode, unsigned char verb)
 {
+    qlumAssertGuiThread();
     if ((verb & (referenceAdded | referenceDeleted)) == 0)
         return;
     const UaNodeId id = affectedNode; // might lie in a node that goes
@@ -250,6 +254,7 @@ void QlumAddressSpaceModel::connectHighlighting()
 void QlumAddressSpaceModel::sltServerNodeChanged(QlumProjectNode*, QWidget*, QlumConnectionStatus status,
                                                  unsigned int serverId)
 {
+    qlumAssertGuiThread();
     if (!m_server || serverId != m_serverId)
         return;
     fillHighlightCombo(status == QlumConnectionStatus::Connected ? m_server->namespaceTable()
@@ -277,6 +282,7 @@ void QlumAddressSpaceModel::fillHighlightCombo(const QStringList& namespaces)
 
 void QlumAddressSpaceModel::sltSetHighlightNamespace(int comboIndex)
 {
+    qlumAssertGuiThread();
     const int newNamespace = comboIndex - 1;
     const int oldNamespace = m_highlightedNamespace;
     if (newNamespace == oldNamespace)

@@ -1,5 +1,6 @@
 // Browsing: what the server is asked, and how the answers become rows.
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
 
@@ -72,6 +73,7 @@ BrowseContext QlumAddressSpaceModel::browseContext(const QlumAddressSpaceNode& n
 
 void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
 {
+    qlumAssertGuiThread();
     if (!m_server || !m_services)
         return;
     for (const Task& task : m_tasks)
@@ -100,6 +102,7 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
 
 void QlumAddressSpaceModel::runTasks(int milliseconds)
 {
+    qlumAssertGuiThread();
     if (!m_server)
         m_tasks.clear();
     if (!m_tasks.empty() && runTask(m_tasks.front(), milliseconds)) {
