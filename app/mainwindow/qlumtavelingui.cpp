@@ -1,4 +1,5 @@
 // The main window's widgets and what their signals do.
+#include <app/api/qlumlog.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
 #include <app/log/qlumlogmodel.h>
@@ -272,8 +273,8 @@ void QlumTavelin::sltSaveLog()
         saved = file.commit();
     }
     if (!saved)
-        log(QlumLogLevel::Error, tr("Open file %1 for writing returned %2").arg(fileName, file.errorString()),
-            qlumNoServer, QStringLiteral("General"));
+        QlumLog(QStringLiteral("General"))
+            .error(tr("Open file %1 for writing returned %2").arg(fileName, file.errorString()));
 }
 
 void QlumTavelin::sltHelpCheckUpdates()

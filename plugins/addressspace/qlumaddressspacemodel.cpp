@@ -3,7 +3,6 @@
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumguithread.h>
 #include <app/api/qlumprojectnode.h>
-#include <app/api/qlumuatrace.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
 #include <plugins/addressspace/qlumnodemimedata.h>
 #include <uabase/values/uanodeid.h>
@@ -40,7 +39,7 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* 
       m_services(services ? std::move(services) : qlumServicesOf(server->session())),
       m_root(std::make_unique<QlumAddressSpaceNode>(tr("Root"), UaNodeId(rootFolder), UaNodeId(folderType),
                                                     OpcUa_NodeClass_Object)),
-      m_serverId(server->serverId()), m_timer(new QTimer(this))
+      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
 {
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
@@ -55,7 +54,7 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNod
       m_services(services ? std::move(services) : qlumServicesOf(server->session())),
       m_root(std::make_unique<QlumAddressSpaceNode>(server->typeName(startNode, false), *startNode,
                                                     UaNodeId(), OpcUa_NodeClass_Unspecified)),
-      m_serverId(server->serverId()), m_timer(new QTimer(this))
+      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
 {
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
@@ -190,7 +189,8 @@ QStringList QlumAddressSpaceModel::mimeTypes() const
 
 QMimeData* QlumAddressSpaceModel::mimeData(const QModelIndexList& indexes) const
 {
-    log(QlumLogLevel::Function, QStringLiteral("QlumAddressSpaceModel::mimeData"));
+    qlumAssertGuiThread();
+    m_log.write(QlumLogLevel::Function, QStringLiteral("QlumAddressSpaceModel::mimeData"));
     QlumDraggedNodes dragged;
     dragged.serverId = m_serverId;
     for (const QModelIndex& index : indexes)
@@ -321,15 +321,4 @@ QVariant QlumAddressSpaceModel::setting(const char* key, const QVariant& default
 {
     const QlumApplicationInterface* application = QlumApplicationInterface::instance();
     return application ? application->settingsValue(QLatin1String(key), defaultValue) : defaultValue;
-}
-
-void QlumAddressSpaceModel::log(int level, const QString& text) const
-{
-    QlumUaTrace::log(level, text, tr("AddressSpaceModel"), m_serverId);
-}
-
-void QlumAddressSpaceModel::logStatus(const QString& text, const UaStatus& status) const
-{
-    QlumUaTrace::logUaStatusCode(QlumLogLevel::Info, text, status.statusCode(), tr("AddressSpaceModel"),
-                                 m_serverId);
 }

@@ -90,10 +90,10 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
                                     task.continuationPoint, references);
     }
     if (!status.isGood()) {
-        logStatus(tr("Browse failed with error '%1'."), status);
+        m_log.writeStatus(QlumLogLevel::Info, tr("Browse failed with error '%1'."), status.statusCode());
         return;
     }
-    log(QlumLogLevel::Info, tr("Browse succeeded."));
+    m_log.info(tr("Browse succeeded."));
     node->setBrowsed(true);
     addNodes(node, references);
     m_tasks.push_front(std::move(task)); // the node that the user opened last comes first
@@ -140,11 +140,11 @@ bool QlumAddressSpaceModel::browseNext(Task& task)
         status = m_services->browseNext(task.settings, false, task.continuationPoint, references);
     }
     if (status.isGood()) {
-        log(QlumLogLevel::Info, tr("BrowseNext succeeded."));
+        m_log.info(tr("BrowseNext succeeded."));
         task.failures = 0;
         task.barren = addNodes(task.node, references) > 0 ? 0 : task.barren + 1;
     } else {
-        logStatus(tr("Browse failed with error '%1'."), status);
+        m_log.writeStatus(QlumLogLevel::Info, tr("Browse failed with error '%1'."), status.statusCode());
         ++task.failures;
     }
     task.progress->update(task.node->childCount());
@@ -167,10 +167,10 @@ bool QlumAddressSpaceModel::mayContinue(Task& task)
 void QlumAddressSpaceModel::finish(Task& task)
 {
     if (!task.continuationPoint.isEmpty()) {
-        log(QlumLogLevel::Error,
-            task.stopText.isEmpty() ? tr("Server returned more ContinuationPoints than accepted by setting "
-                                         "'General.MaxBrowseNextCalls'. Releasing current ContinuationPoint.")
-                                    : task.stopText);
+        m_log.error(task.stopText.isEmpty()
+                        ? tr("Server returned more ContinuationPoints than accepted by setting "
+                             "'General.MaxBrowseNextCalls'. Releasing current ContinuationPoint.")
+                        : task.stopText);
         release(task);
     }
     task.progress.reset();
