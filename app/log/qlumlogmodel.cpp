@@ -25,7 +25,7 @@
 
 namespace {
 constexpr int flushMilliseconds = 50;
-// More than this between two insertions can not be read by anybody.
+// More than this between two insertions cannot be read by anybody.
 constexpr int maximumUnderWay = 20000;
 constexpr int maximumMessage = 10000;
 
