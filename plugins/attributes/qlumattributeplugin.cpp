@@ -1,6 +1,7 @@
 #include <plugins/attributes/qlumattributeplugin.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumtext.h>
@@ -200,8 +201,7 @@ void QlumAttributePlugin::showNode(unsigned int serverId, const UaNodeId& nodeId
     nodeId.copyTo(&nodes[0].NodeId);
     nodes[0].AttributeId = OpcUa_Attributes_NodeClass;
     UaClientSdk::ServiceSettings settings;
-    settings.callTimeout =
-        m_app->settingsValue(QStringLiteral("General.CallTimeout"), settings.callTimeout).toUInt();
+    settings.callTimeout = qlumCallTimeout(m_app);
     UaDataValues values;
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     UaStatus status = session->read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values);
