@@ -21,6 +21,7 @@
 #include <QList>
 #include <QMainWindow>
 #include <QMimeData>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QTabWidget>
@@ -131,7 +132,7 @@ private:
     void makeDocks();
     void arrangeDocks();
     QDockWidget* makeDock(const QString& title, const QString& name, const QString& whatsThis,
-                          QWidget* content, Qt::DockWidgetArea area);
+                          QWidget* content, Qt::DockWidgetArea area, const QSize& size);
     [[nodiscard]] QlumProjectFile makeProjectFile();
     QlumServerNode* findServer(unsigned int serverId) const;
 

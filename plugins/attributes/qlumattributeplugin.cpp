@@ -2,6 +2,7 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
+#include <app/api/qlumdocksize.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumtext.h>
@@ -133,6 +134,7 @@ void QlumAttributePlugin::createDock()
     layout->addWidget(m_view);
     page->addAction(m_refresh); // so that its key works wherever the focus is in the dock
     m_dock->setWidget(page);
+    qlumSetInitialDockSize(m_dock, {430, 420});
     if (m_app->mainWindow())
         m_app->mainWindow()->addDockWidget(Qt::RightDockWidgetArea, m_dock);
 }
