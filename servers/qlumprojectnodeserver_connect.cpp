@@ -1,5 +1,6 @@
 // Connecting: from the stored settings to a session.
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
 #include <opcua/opcua_statuscodes.h>
@@ -311,7 +312,7 @@ void QlumProjectNodeServer::disconnectServer()
 {
     ++m_connection; // what the session's thread still has to say comes too late
     ServiceSettings settings;
-    settings.callTimeout = setting("General.CallTimeout").toUInt();
+    settings.callTimeout = qlumCallTimeout();
     UaStatus status;
     {
         const QlumWaitCursor wait;
@@ -342,7 +343,7 @@ void QlumProjectNodeServer::changeUser()
     if (!known)
         return;
     ServiceSettings settings;
-    settings.callTimeout = setting("General.CallTimeout").toUInt();
+    settings.callTimeout = qlumCallTimeout();
     UaStatus status;
     {
         const QlumWaitCursor wait;

@@ -1,6 +1,7 @@
 #include <servers/qlumtypecache.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
@@ -277,9 +278,7 @@ unsigned int QlumTypeCache::currentGeneration() const
 ServiceSettings QlumTypeCache::serviceSettings() const
 {
     ServiceSettings settings;
-    if (const QlumApplicationInterface* application = QlumApplicationInterface::instance())
-        settings.callTimeout =
-            application->settingsValue(QStringLiteral("General.CallTimeout"), settings.callTimeout).toUInt();
+    settings.callTimeout = qlumCallTimeout();
     return settings;
 }
 

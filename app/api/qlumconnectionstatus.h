@@ -1,15 +1,15 @@
-// State of a server's connection as the project tree and the plugins see it.
 #pragma once
 #include <QMap>
 #include <QMetaType>
 
+/// State of a server's connection as the project tree and the plugins see it.
 enum class QlumConnectionStatus {
-    Disconnected = 0,
-    Connecting = 1,
-    Connected = 2,
-    ConnectFailed = 3,
-    ConnectionError = 4, ///< watchdog warning, reconnecting or server shut down
-    NewSessionCreated = 5
+    Disconnected = 0,     ///< no session, or closed by the user
+    Connecting = 1,       ///< a session is being opened
+    Connected = 2,        ///< the session works
+    ConnectFailed = 3,    ///< no session could be opened
+    ConnectionError = 4,  ///< watchdog warning, reconnecting or server shut down
+    NewSessionCreated = 5 ///< a lost session was replaced by a new one
 };
 
 /// True while the session exists on the server, be it interrupted at the moment.

@@ -11,9 +11,12 @@ public:
     QlumJob(const QlumJob&) = delete;
     QlumJob& operator=(const QlumJob&) = delete;
 
+    /// Does the work.
     virtual void run() = 0;
 
+    /// Asks the job to end early. Any thread.
     void cancel() noexcept { m_cancelled.store(true); }
+    /// Whether the job was asked to end. Any thread.
     [[nodiscard]] bool isCancelled() const noexcept { return m_cancelled.load(); }
 
 private:

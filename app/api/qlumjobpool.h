@@ -10,6 +10,7 @@ class QlumJobPoolPrivate;
 class QlumJobPool
 {
 public:
+    /// With so many threads, at least one.
     explicit QlumJobPool(int threads = 1);
     ~QlumJobPool();
     QlumJobPool(const QlumJobPool&) = delete;

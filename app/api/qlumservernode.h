@@ -29,17 +29,21 @@ class QlumServerNode : public QlumProjectNode
 public:
     using QlumProjectNode::QlumProjectNode;
 
+    /// Server.
     [[nodiscard]] int type() const override { return Server; }
 
-    /// Unique in the running program, never 0xFFFFFFFF.
+    /// Number of the server; unique in the running program, never 0xFFFFFFFF.
     [[nodiscard]] virtual unsigned int serverId() const = 0;
+    /// The state that was announced last.
     [[nodiscard]] virtual QlumConnectionStatus connectionStatus() const = 0;
-    /// Owned by the node; the pointer stays the same for the node's life.
+    /// The session, owned by the node; the pointer stays the same for the node's life.
     [[nodiscard]] virtual UaClientSdk::UaSession* session() const = 0;
 
     /// Connects, asking the user for what is missing; true when connected. May run a nested event loop.
     virtual bool connectServer() = 0;
+    /// Closes the session.
     virtual void disconnectServer() = 0;
+    /// Asks for another user and continues the session as that one.
     virtual void changeUser() = 0;
 
     /// Writes the connection settings into the open group. Never a password.
@@ -47,24 +51,34 @@ public:
 
     /// Namespace URIs by index, as the server last had them or the project stored them.
     [[nodiscard]] virtual QStringList namespaceTable() const = 0;
+    /// Restores the table that the project stored.
     virtual void setNamespaceTable(const QStringList& uris) = 0;
-    /// -1 when absent.
+    /// Index of a namespace; -1 when absent.
     [[nodiscard]] int namespaceIndexFromUri(const QString& uri) const;
-    /// Empty when there is no such index.
+    /// URI of a namespace; empty when there is no such index.
     [[nodiscard]] QString namespaceUriFromIndex(int index) const;
 
+    /// Answers QlumApplicationInterface::typeName() for this server.
     virtual QString typeName(const UaNodeId* dataType, bool withNamespace) = 0;
+    /// Answers QlumApplicationInterface::readDataTypeId() for this server.
     virtual unsigned int readDataTypeId(const UaNodeId* nodeId, UaNodeId* dataType, int* valueRank,
                                         UaUInt32Array* arrayDimensions, QString* typeName,
                                         UaLocalizedText* displayName) = 0;
+    /// Answers QlumApplicationInterface::isEnum() for this server.
     virtual bool isEnum(const UaNodeId* dataType) = 0;
+    /// Answers QlumApplicationInterface::getEnumDefinition() for this server.
     virtual UaEnumDefinition getEnumDefinition(const UaNodeId* dataType) = 0;
+    /// Answers QlumApplicationInterface::hasIcon() for this server.
     virtual bool hasIcon(const UaNodeId* nodeId) = 0;
+    /// Answers QlumApplicationInterface::getIcon() for this server.
     virtual QIcon getIcon(const UaNodeId* nodeId) = 0;
 
 signals:
+    /// Name or state changed. The widget is null; the map is that of
+    /// QlumAppEventInterface::sessionStatusChanged().
     void serverNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
                            unsigned int serverId, const NamespaceMap& namespaceMap);
+    /// The server told that its address space changed at a node; change is the mask of model change verbs.
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
     /// The server asks to be connected again, after the user trusted its certificate.
     void retryConnectServer();

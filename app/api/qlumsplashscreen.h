@@ -11,9 +11,12 @@ class QlumSplashScreen : public QSplashScreen
 {
     Q_OBJECT
 public:
+    /// A window with the pixmap and the shared message on it.
     explicit QlumSplashScreen(const QPixmap& pixmap, Qt::WindowFlags flags = Qt::WindowFlags());
 
+    /// Sets the shared message and paints it at once.
     void showMessage(const QString& text, int alignment = Qt::AlignLeft, const QColor& color = Qt::white);
+    /// The shared message.
     [[nodiscard]] static QString message();
     /// Closes the splash screen after so many seconds.
     void timedClose(int seconds);

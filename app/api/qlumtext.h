@@ -8,6 +8,7 @@
 
 /// Invalid UTF-8 becomes replacement characters; a null string becomes a null QString.
 [[nodiscard]] QString toQString(const UaString& text);
+/// As UTF-8; a null QString becomes a null string.
 [[nodiscard]] UaString toUaString(const QString& text);
 
 /// Name of a status code as the user sees it.
@@ -23,4 +24,5 @@
 
 /// A short format of the system locale with minutes, seconds and milliseconds, for QLocale::toString.
 [[nodiscard]] QString qlumDateTimeFormat();
+/// The same for the time alone.
 [[nodiscard]] QString qlumTimeFormat();

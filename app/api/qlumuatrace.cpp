@@ -4,7 +4,7 @@
 #include <shared_mutex>
 
 namespace {
-// Held shared during a call, so that the application can not vanish under it.
+// Held shared during a call, so that the application cannot vanish under it.
 std::shared_mutex g_mutex;
 QlumApplicationInterface* g_application = nullptr;
 } // namespace

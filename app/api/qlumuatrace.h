@@ -10,9 +10,10 @@ class QlumUaTrace
 public:
     QlumUaTrace() = delete;
 
+    /// Adds an entry to the log.
     static void log(int level, const QString& text, const QString& source,
                     unsigned int serverId = qlumNoServer);
-    /// text with %1 replaced by the status code's text.
+    /// Adds an entry: text with %1 replaced by the status code's text.
     static void logUaStatusCode(int level, const QString& text, unsigned int statusCode,
                                 const QString& source, unsigned int serverId = qlumNoServer);
     /// From now on nothing is logged any more; returns when calls under way are done.

@@ -1,5 +1,6 @@
 #include <app/log/qlumlogfilter.h>
 
+#include <app/api/qlumguithread.h>
 #include <app/log/qlumlogmodel.h>
 
 #include <QModelIndex>
@@ -7,6 +8,7 @@
 
 void QlumLogFilter::setFilter(int minimumLevel, const QString& text)
 {
+    qlumAssertGuiThread();
     m_minimumLevel = minimumLevel;
     m_text = text;
     invalidateFilter();
@@ -14,6 +16,7 @@ void QlumLogFilter::setFilter(int minimumLevel, const QString& text)
 
 bool QlumLogFilter::filterAcceptsRow(int row, const QModelIndex& parent) const
 {
+    qlumAssertGuiThread();
     const QModelIndex first = sourceModel()->index(row, 0, parent);
     if (first.data(QlumLogModel::levelRole).toInt() < m_minimumLevel)
         return false;

@@ -2,6 +2,7 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
 
 #include <QChar>
@@ -24,7 +25,7 @@
 
 namespace {
 constexpr int flushMilliseconds = 50;
-// More than this between two insertions can not be read by anybody.
+// More than this between two insertions cannot be read by anybody.
 constexpr int maximumUnderWay = 20000;
 constexpr int maximumMessage = 10000;
 
@@ -88,6 +89,7 @@ void QlumLogModel::addLog(std::unique_ptr<QlumLogEntry> entry)
 
 void QlumLogModel::internalAddLog(QlumLogEntry* entry)
 {
+    qlumAssertGuiThread();
     const std::unique_ptr<QlumLogEntry> owned(entry);
     if (owned->message.size() > maximumMessage)
         owned->message = owned->message.left(maximumMessage) + QStringLiteral("...");
@@ -105,6 +107,7 @@ void QlumLogModel::addDroppedNote()
 
 void QlumLogModel::sltFlush()
 {
+    qlumAssertGuiThread();
     m_flushTimer.stop();
     m_underWay.fetch_sub(static_cast<int>(m_gathered.size()));
     addDroppedNote();
@@ -132,12 +135,14 @@ void QlumLogModel::trimTo(std::size_t rows)
 
 void QlumLogModel::setMaxEntries(int count)
 {
+    qlumAssertGuiThread();
     m_maxEntries = static_cast<std::size_t>(std::max(1, count));
     trimTo(m_maxEntries);
 }
 
 void QlumLogModel::setShowDate(bool show)
 {
+    qlumAssertGuiThread();
     m_timeFormat = show ? qlumDateTimeFormat() : qlumTimeFormat();
     if (!m_entries.empty())
         emit dataChanged(index(0, Timestamp), index(rowCount() - 1, Timestamp), {Qt::DisplayRole});
@@ -145,6 +150,7 @@ void QlumLogModel::setShowDate(bool show)
 
 void QlumLogModel::clear()
 {
+    qlumAssertGuiThread();
     sltFlush();
     beginResetModel();
     m_entries.clear();
@@ -153,6 +159,7 @@ void QlumLogModel::clear()
 
 void QlumLogModel::save(QTextStream& stream)
 {
+    qlumAssertGuiThread();
     static const QRegularExpression longSource(QStringLiteral("(.{15}).*"));
     static const QRegularExpression longServer(QStringLiteral("(.{27}).*"));
     sltFlush();
@@ -178,6 +185,7 @@ int QlumLogModel::columnCount(const QModelIndex& parent) const
 
 QVariant QlumLogModel::data(const QModelIndex& index, int role) const
 {
+    qlumAssertGuiThread();
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const QlumLogEntry& entry = m_entries[static_cast<std::size_t>(index.row())];

@@ -30,7 +30,7 @@ public:
     /// Any thread. When more entries wait than the window could ever show, the entry is only counted.
     void addLog(std::unique_ptr<QlumLogEntry> entry);
 
-    /// The most entries kept (at least one); the oldest are dropped first.
+    /// The maximum number of entries kept, never below 1; the oldest are dropped first.
     void setMaxEntries(int count);
     void setShowDate(bool show);
     void clear();

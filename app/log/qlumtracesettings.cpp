@@ -1,7 +1,7 @@
 #include <app/log/qlumtracesettings.h>
 
+#include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <opcua/opcua_channel.h>
 #include <uabase/system/uatrace.h>
@@ -40,9 +40,9 @@ constexpr Level logLevels[] = {{"ERROR", QlumLogLevel::Error}, {"WARNING", QlumL
                                {"DATA", QlumLogLevel::Data},   {"PARANOID", QlumLogLevel::Paranoid},
                                {"ALL", QlumLogLevel::All}};
 
-void log(const QString& text)
+QlumLog traceLog()
 {
-    QlumUaTrace::log(QlumLogLevel::Error, text, Text::tr("TraceSettings"));
+    return QlumLog(Text::tr("TraceSettings"));
 }
 
 // A name that is not in the table is told in the log and stands for the fallback.
@@ -57,8 +57,8 @@ unsigned int levelOf(const QlumSettingsModel* settings, const char* key, std::sp
         if (QLatin1String(level.name) == QLatin1String(fallback))
             value = level.value;
     }
-    log(Text::tr("Invalid %1 value '%2'; defaulting to '%3'")
-            .arg(QLatin1String(key), name, QLatin1String(fallback)));
+    traceLog().error(Text::tr("Invalid %1 value '%2'; defaulting to '%3'")
+                         .arg(QLatin1String(key), name, QLatin1String(fallback)));
     return value;
 }
 } // namespace
@@ -104,6 +104,6 @@ void QlumTraceSettings::apply() const
     }
     // the stack's records go to the same file, so it is opened for them too
     if (!openTrace(sdk ? level : static_cast<int>(UaTrace::Errors)))
-        log(Text::tr(
+        traceLog().error(Text::tr(
             "Could not init trace. Please recheck trace settings under Settings->Configure Tavelin..."));
 }

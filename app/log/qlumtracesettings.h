@@ -12,7 +12,7 @@ public:
     /// Opens, changes or closes the trace of this program and of the communication stack. What is wrong with
     /// the settings is told in the log.
     void apply() const;
-    /// The least level that the log window shows.
+    /// The minimum level that the log window shows.
     [[nodiscard]] int logLevel() const;
 
 private:

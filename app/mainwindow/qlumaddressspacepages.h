@@ -1,6 +1,6 @@
 #pragma once
 #include <app/api/qlumservernode.h>
-#include <app/mainwindow/qlumaddressspacepage.h>
+#include <plugins/addressspace/qlumaddressspacepage.h>
 #include <uabase/values/uanodeid.h>
 
 #include <QList>
@@ -23,7 +23,6 @@ public:
     void removePage(unsigned int serverId);
     /// Shows the page of the server, the placeholder when it has none.
     void showPage(unsigned int serverId);
-    [[nodiscard]] bool hasPage(unsigned int serverId) const { return page(serverId) != nullptr; }
 
     /// Actions of the context menus of all pages, also of those to come.
     void addAction(QAction* action);

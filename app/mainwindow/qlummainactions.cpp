@@ -1,8 +1,8 @@
 #include <app/mainwindow/qlummainactions.h>
 
+#include <app/api/qlumactiontable.h>
+
 #include <QAction>
-#include <QCoreApplication>
-#include <QIcon>
 #include <QKeySequence>
 #include <QMainWindow>
 #include <QMenu>
@@ -12,228 +12,87 @@
 
 #include <initializer_list>
 
-namespace {
-struct ActionInfo
-{
-    QlumMainActions::Id id;
-    const char* name;
-    const char* text;
-    const char* icon; // resource below :/images, empty for none
-    QKeySequence shortcut;
-    const char* toolTip; // empty: made of the text
-    const char* whatsThis;
-};
-
 #define TEXT(text) QT_TRANSLATE_NOOP("QlumMainActions", text)
 
-QList<ActionInfo> fileActions()
-{
-    using A = QlumMainActions;
-    return {
-        {A::NewProject, "newProject", TEXT("&New"), "filenew.png", QKeySequence::New, TEXT("New Project"),
-         TEXT("<b>New</b><br>Closes all servers and documents and begins an empty project.")},
-        {A::OpenProject, "openProject", TEXT("&Open"), "fileopen.png", QKeySequence::Open,
-         TEXT("Open Project"),
-         TEXT("<b>Open</b><br>Loads servers, documents and their settings from a project file.")},
-        {A::SaveProject, "saveProject", TEXT("&Save"), "filesave.png", QKeySequence::Save,
-         TEXT("Save Project"),
-         TEXT("<b>Save</b><br>Writes the project to its file. Passwords are never written.")},
-        {A::SaveProjectAs, "saveProjectAs", TEXT("Save &As..."), "filesaveas.png", QKeySequence::SaveAs,
-         TEXT("Save Project As..."), TEXT("<b>Save As</b><br>Writes the project to another file.")},
-        {A::Quit, "quit", TEXT("&Quit"), "fileexit.png", QKeySequence::Quit, TEXT("Quit Tavelin"),
-         TEXT("<b>Quit</b><br>Disconnects all servers and ends Tavelin.")},
-    };
-}
+namespace {
+using A = QlumMainActions;
 
-QList<ActionInfo> serverActions()
-{
-    using A = QlumMainActions;
-    return {
-        {A::AddServer,
-         "addServer",
-         TEXT("&Add..."),
-         "serveradd.png",
-         {},
-         TEXT("Add Server"),
-         TEXT("<b>Add Server</b><br>Adds a server to the project. Its address, security and user are asked "
-              "for.")},
-        {A::RemoveServer,
-         "removeServer",
-         TEXT("&Remove"),
-         "serverremove.png",
-         {},
-         TEXT("Remove Server"),
-         TEXT("<b>Remove Server</b><br>Disconnects the selected server and removes it from the project.")},
-        {A::ConnectServer,
-         "connectServer",
-         TEXT("&Connect"),
-         "serverconnect.png",
-         {},
-         TEXT("Connect Server"),
-         TEXT("<b>Connect Server</b><br>Opens a session with the selected server and shows its address "
-              "space.")},
-        {A::DisconnectServer,
-         "disconnectServer",
-         TEXT("&Disconnect"),
-         "serverdisconnect.png",
-         {},
-         TEXT("Disconnect Server"),
-         TEXT("<b>Disconnect Server</b><br>Closes the session with the selected server.")},
-        {A::ServerProperties,
-         "serverProperties",
-         TEXT("&Properties..."),
-         "serverproperties.png",
-         {},
-         TEXT("Server Properties..."),
-         TEXT("<b>Server Properties</b><br>Shows and changes the connection settings of the selected "
-              "server.")},
-        {A::ChangeUser,
-         "changeUser",
-         TEXT("Change &User..."),
-         "user.png",
-         {},
-         TEXT("Change User..."),
-         TEXT("<b>Change User</b><br>Continues the session with the selected server as another user.")},
-    };
-}
-
-QList<ActionInfo> documentActions()
-{
-    using A = QlumMainActions;
-    return {
-        {A::AddDocument,
-         "addDocument",
-         TEXT("&Add..."),
-         "documentadd.png",
-         {},
-         TEXT("Add Document"),
-         TEXT("<b>Add Document</b><br>Opens a view, for example one that watches values or one that shows "
-              "events.")},
-        {A::RemoveDocument,
-         "removeDocument",
-         TEXT("&Remove"),
-         "documentremove.png",
-         {},
-         TEXT("Remove Document"),
-         TEXT("<b>Remove Document</b><br>Closes the selected document and removes it from the project.")},
-        {A::CloseTab, "closeTab", TEXT("&Close"), "closetab.png", QKeySequence::Close, TEXT("Close Tab"),
-         TEXT("<b>Close Tab</b><br>Closes the document in front and removes it from the project.")},
-    };
-}
-
-QList<ActionInfo> otherActions()
-{
-    using A = QlumMainActions;
-    return {
-        {A::Configure, "configure", TEXT("&Configure Tavelin..."), "settingsconfigure.png",
-         QKeySequence::Preferences, "",
-         TEXT("<b>Configure Tavelin</b><br>Time-outs, log and trace, and other settings.")},
-        {A::Plugins,
-         "plugins",
-         TEXT("&Plugins..."),
-         "settingsplugins.png",
-         {},
-         "",
-         TEXT("<b>Plugins</b><br>Shows all loaded plugins and the interfaces they implement.")},
-        {A::Certificates,
-         "certificates",
-         TEXT("Manage Certificates..."),
-         "",
-         {},
-         "",
-         TEXT(
-             "<b>Manage Certificates</b><br>Tavelin's own certificate and those that it trusts or rejects.")},
-        {A::Manual, "manual", TEXT("&Tavelin Manual"), "helpmanual.png", QKeySequence::HelpContents, "",
-         TEXT("<b>Tavelin Manual</b><br>Opens the manual.")},
-        {A::WhatsThis, "whatsThis", TEXT("&What's This?"), "helpwhatsthis.png", QKeySequence::WhatsThis, "",
-         TEXT("<b>What's This?</b><br>Click on a part of the window to read what it is for.")},
-        {A::TipOfTheDay,
-         "tipOfTheDay",
-         TEXT("&Tip of the Day"),
-         "helptip.png",
-         {},
-         "",
-         TEXT("<b>Tip of the Day</b><br>Shows what many users do not know about Tavelin.")},
-        {A::ReportBug,
-         "reportBug",
-         TEXT("&Report a bug..."),
-         "",
-         {},
-         "",
-         TEXT("<b>Report a bug</b><br>Prepares an e-mail with the versions of all parts.")},
-        {A::CheckUpdates,
-         "checkUpdates",
-         TEXT("&Check for Updates..."),
-         "",
-         {},
-         "",
-         TEXT("<b>Check for Updates</b><br>Asks for the newest version of Tavelin.")},
-        {A::About,
-         "about",
-         TEXT("&About Tavelin"),
-         "tavelin.png",
-         {},
-         "",
-         TEXT("<b>About Tavelin</b><br>Shows the versions of Tavelin and its parts and the licenses.")},
-        {A::ClearLog,
-         "clearLog",
-         TEXT("&Clear Log"),
-         "clearlog.png",
-         {},
-         "",
-         TEXT("<b>Clear Log</b><br>Removes all entries from the log window.")},
-        {A::SaveLog,
-         "saveLog",
-         TEXT("&Save Log"),
-         "filesave.png",
-         {},
-         "",
-         TEXT("<b>Save Log</b><br>Writes the entries of the log window to a text file.")},
-        {A::Rebrowse, "rebrowse", TEXT("Rebrowse"), "rebrowse.png", QKeySequence::Refresh, "",
-         TEXT("<b>Rebrowse</b><br>Reads the nodes below the selected node from the server again.")},
-    };
-}
+constexpr QlumActionRow actionRows[] = {
+    {A::NewProject, "newProject", TEXT("&New"), "filenew.png", QKeySequence::New, TEXT("New Project"),
+     TEXT("<b>New</b><br>Closes all servers and documents and begins an empty project.")},
+    {A::OpenProject, "openProject", TEXT("&Open"), "fileopen.png", QKeySequence::Open, TEXT("Open Project"),
+     TEXT("<b>Open</b><br>Loads servers, documents and their settings from a project file.")},
+    {A::SaveProject, "saveProject", TEXT("&Save"), "filesave.png", QKeySequence::Save, TEXT("Save Project"),
+     TEXT("<b>Save</b><br>Writes the project to its file. Passwords are never written.")},
+    {A::SaveProjectAs, "saveProjectAs", TEXT("Save &As..."), "filesaveas.png", QKeySequence::SaveAs,
+     TEXT("Save Project As..."), TEXT("<b>Save As</b><br>Writes the project to another file.")},
+    {A::Quit, "quit", TEXT("&Quit"), "fileexit.png", QKeySequence::Quit, TEXT("Quit Tavelin"),
+     TEXT("<b>Quit</b><br>Disconnects all servers and ends Tavelin.")},
+    {A::AddServer, "addServer", TEXT("&Add..."), "serveradd.png", qlumNoKey, TEXT("Add Server"),
+     TEXT(
+         "<b>Add Server</b><br>Adds a server to the project. Its address, security and user are asked for.")},
+    {A::RemoveServer, "removeServer", TEXT("&Remove"), "serverremove.png", qlumNoKey, TEXT("Remove Server"),
+     TEXT("<b>Remove Server</b><br>Disconnects the selected server and removes it from the project.")},
+    {A::ConnectServer, "connectServer", TEXT("&Connect"), "serverconnect.png", qlumNoKey,
+     TEXT("Connect Server"),
+     TEXT("<b>Connect Server</b><br>Opens a session with the selected server and shows its address space.")},
+    {A::DisconnectServer, "disconnectServer", TEXT("&Disconnect"), "serverdisconnect.png", qlumNoKey,
+     TEXT("Disconnect Server"),
+     TEXT("<b>Disconnect Server</b><br>Closes the session with the selected server.")},
+    {A::ServerProperties, "serverProperties", TEXT("&Properties..."), "serverproperties.png", qlumNoKey,
+     TEXT("Server Properties..."),
+     TEXT("<b>Server Properties</b><br>Shows and changes the connection settings of the selected server.")},
+    {A::ChangeUser, "changeUser", TEXT("Change &User..."), "user.png", qlumNoKey, TEXT("Change User..."),
+     TEXT("<b>Change User</b><br>Continues the session with the selected server as another user.")},
+    {A::AddDocument, "addDocument", TEXT("&Add..."), "documentadd.png", qlumNoKey, TEXT("Add Document"),
+     TEXT("<b>Add Document</b><br>Opens a view, for example one that watches values or one that shows "
+          "events.")},
+    {A::RemoveDocument, "removeDocument", TEXT("&Remove"), "documentremove.png", qlumNoKey,
+     TEXT("Remove Document"),
+     TEXT("<b>Remove Document</b><br>Closes the selected document and removes it from the project.")},
+    {A::CloseTab, "closeTab", TEXT("&Close"), "closetab.png", QKeySequence::Close, TEXT("Close Tab"),
+     TEXT("<b>Close Tab</b><br>Closes the document in front and removes it from the project.")},
+    {A::Configure, "configure", TEXT("&Configure Tavelin..."), "settingsconfigure.png",
+     QKeySequence::Preferences, "",
+     TEXT("<b>Configure Tavelin</b><br>Time-outs, log and trace, and other settings.")},
+    {A::Plugins, "plugins", TEXT("&Plugins..."), "settingsplugins.png", qlumNoKey, "",
+     TEXT("<b>Plugins</b><br>Shows all loaded plugins and the interfaces they implement.")},
+    {A::Certificates, "certificates", TEXT("Manage Certificates..."), "", qlumNoKey, "",
+     TEXT("<b>Manage Certificates</b><br>Tavelin's own certificate and those that it trusts or rejects.")},
+    {A::Manual, "manual", TEXT("&Tavelin Manual"), "helpmanual.png", QKeySequence::HelpContents, "",
+     TEXT("<b>Tavelin Manual</b><br>Opens the manual.")},
+    {A::WhatsThis, "whatsThis", TEXT("&What's This?"), "helpwhatsthis.png", QKeySequence::WhatsThis, "",
+     TEXT("<b>What's This?</b><br>Click on a part of the window to read what it is for.")},
+    {A::TipOfTheDay, "tipOfTheDay", TEXT("&Tip of the Day"), "helptip.png", qlumNoKey, "",
+     TEXT("<b>Tip of the Day</b><br>Shows what many users do not know about Tavelin.")},
+    {A::ReportBug, "reportBug", TEXT("&Report a bug..."), "", qlumNoKey, "",
+     TEXT("<b>Report a bug</b><br>Prepares an e-mail with the versions of all parts.")},
+    {A::CheckUpdates, "checkUpdates", TEXT("&Check for Updates..."), "", qlumNoKey, "",
+     TEXT("<b>Check for Updates</b><br>Asks for the newest version of Tavelin.")},
+    {A::About, "about", TEXT("&About Tavelin"), "tavelin.png", qlumNoKey, "",
+     TEXT("<b>About Tavelin</b><br>Shows the versions of Tavelin and its parts and the licenses.")},
+    {A::ClearLog, "clearLog", TEXT("&Clear Log"), "clearlog.png", qlumNoKey, "",
+     TEXT("<b>Clear Log</b><br>Removes all entries from the log window.")},
+    {A::SaveLog, "saveLog", TEXT("&Save Log"), "filesave.png", qlumNoKey, "",
+     TEXT("<b>Save Log</b><br>Writes the entries of the log window to a text file.")},
+    {A::Rebrowse, "rebrowse", TEXT("Rebrowse"), "rebrowse.png", QKeySequence::Refresh, "",
+     TEXT("<b>Rebrowse</b><br>Reads the nodes below the selected node from the server again.")},
+};
+} // namespace
 #undef TEXT
 
-QAction* makeAction(const ActionInfo& info, QObject* parent)
+QlumMainActions::QlumMainActions(QMainWindow* window)
+    : QObject(window), m_window(window), m_actions(actionRows, "QlumMainActions", window)
 {
-    const QString text = QlumMainActions::tr(info.text);
-    auto* action = new QAction(text, parent);
-    action->setObjectName(QLatin1String(info.name));
-    if (*info.icon)
-        action->setIcon(QIcon(QStringLiteral(":/images/") + QLatin1String(info.icon)));
-    action->setShortcut(info.shortcut);
-    const QString tip =
-        *info.toolTip ? QlumMainActions::tr(info.toolTip) : QString(text).remove(QLatin1Char('&'));
-    action->setToolTip(tip);
-    action->setStatusTip(tip);
-    action->setWhatsThis(QlumMainActions::tr(info.whatsThis));
-    return action;
-}
-} // namespace
-
-QlumMainActions::QlumMainActions(QMainWindow* window) : QObject(window), m_window(window)
-{
-    for (const QList<ActionInfo>& group : {fileActions(), serverActions(), documentActions(), otherActions()})
-        for (const ActionInfo& info : group)
-            m_actions.insert(info.id, makeAction(info, window));
-    for (const Id id : {SaveProject, SaveProjectAs, RemoveServer, ConnectServer, DisconnectServer,
-                        ServerProperties, ChangeUser, RemoveDocument, CloseTab})
-        m_actions.value(id)->setEnabled(false);
-    m_actions.value(Quit)->setMenuRole(QAction::QuitRole);
-    m_actions.value(About)->setMenuRole(QAction::AboutRole);
-}
-
-QList<QAction*> QlumMainActions::list(std::initializer_list<Id> ids) const
-{
-    QList<QAction*> actions;
-    for (const Id id : ids)
-        actions.append(m_actions.value(id));
-    return actions;
+    for (QAction* action : list({SaveProject, SaveProjectAs, RemoveServer, ConnectServer, DisconnectServer,
+                                 ServerProperties, ChangeUser, RemoveDocument, CloseTab}))
+        action->setEnabled(false);
+    m_actions[Quit]->setMenuRole(QAction::QuitRole);
+    m_actions[About]->setMenuRole(QAction::AboutRole);
 }
 
 QToolBar* QlumMainActions::makeToolBar(const QString& title, const QString& name,
-                                       std::initializer_list<Id> ids)
+                                       std::initializer_list<int> ids)
 {
     QToolBar* bar = m_window->addToolBar(title);
     bar->setObjectName(name);

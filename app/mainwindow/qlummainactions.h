@@ -1,5 +1,6 @@
 #pragma once
-#include <QHash>
+#include <app/api/qlumactiontable.h>
+
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -47,8 +48,8 @@ public:
 
     explicit QlumMainActions(QMainWindow* window);
 
-    [[nodiscard]] QAction* operator[](Id id) const { return m_actions.value(id); }
-    [[nodiscard]] QList<QAction*> list(std::initializer_list<Id> ids) const;
+    [[nodiscard]] QAction* operator[](Id id) const { return m_actions[id]; }
+    [[nodiscard]] QList<QAction*> list(std::initializer_list<int> ids) const { return m_actions.list(ids); }
 
     void makeToolBars();
     /// viewMenu comes from the main window when docks and tool bars stand; recentProjects is the sub-menu of
@@ -56,9 +57,9 @@ public:
     void makeMenus(QMenu* viewMenu, QMenu* recentProjects);
 
 private:
-    QToolBar* makeToolBar(const QString& title, const QString& name, std::initializer_list<Id> ids);
+    QToolBar* makeToolBar(const QString& title, const QString& name, std::initializer_list<int> ids);
     void addMenu(const QString& title, const QString& name, const QList<QAction*>& actions);
 
     QMainWindow* m_window;
-    QHash<int, QAction*> m_actions;
+    QlumActionTable m_actions;
 };

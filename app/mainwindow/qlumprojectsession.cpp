@@ -1,6 +1,6 @@
 #include <app/mainwindow/qlumprojectsession.h>
 
-#include <app/api/qlumuatrace.h>
+#include <app/api/qlumlog.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumrecentfiles.h>
 #include <app/settings/qlumsettingsmodel.h>
@@ -96,11 +96,9 @@ void QlumProjectSession::open(const QString& fileName)
 
 void QlumProjectSession::parseArguments(const QStringList& arguments)
 {
-    const auto refuse = [](const QString& text) {
-        QlumUaTrace::log(QlumLogLevel::Error, text, QStringLiteral("Tavelin"));
-    };
+    const QlumLog log(QStringLiteral("Tavelin"));
     if (arguments.size() > 1) {
-        refuse(tr("Too many command line arguments, Tavelin project file expected!"));
+        log.error(tr("Too many command line arguments, Tavelin project file expected!"));
     } else if (arguments.size() == 1) {
         const QString& path = arguments.first();
         if (path.endsWith(projectSuffix) && QFile::exists(path)) {
@@ -109,7 +107,7 @@ void QlumProjectSession::parseArguments(const QStringList& arguments)
             m_hooks.load(path);
             setClean(true);
         } else {
-            refuse(tr("Invalid command line argument, project could not be loaded!"));
+            log.error(tr("Invalid command line argument, project could not be loaded!"));
         }
     }
     m_window->setWindowModified(false);

@@ -26,7 +26,6 @@ public:
     QlumProjectSession(QMainWindow* window, const QlumMainActions* actions, QlumSettingsModel* settings,
                        QlumRecentFiles* recentFiles, Hooks hooks);
 
-    [[nodiscard]] QString baseTitle() const { return m_baseTitle; }
     [[nodiscard]] QString currentFile() const { return m_file; }
     void setCurrentFile(const QString& fileName, bool addToRecentFiles);
     void setModified();

@@ -1,5 +1,6 @@
 #include <app/mainwindow/qlumtavelin.h>
 
+#include <app/api/qlumlog.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumuatrace.h>
@@ -72,7 +73,7 @@ QlumTavelin::QlumTavelin(QlumTavelinServices services, QWidget* parent, Qt::Wind
     loadGuiState();
     m_updates->checkAutomatically();
     UaTrace::setErrorTraceHook(this);
-    log(QlumLogLevel::Info, tr("Tavelin is ready to use."), qlumNoServer, logSource);
+    QlumLog(logSource).info(tr("Tavelin is ready to use."));
 }
 
 QlumTavelin::~QlumTavelin()
@@ -125,7 +126,7 @@ void QlumTavelin::setupActions()
 
 void QlumTavelin::setupPlugins()
 {
-    log(QlumLogLevel::Info, tr("Loading plugins..."), qlumNoServer, logSource);
+    QlumLog(logSource).info(tr("Loading plugins..."));
     m_loader.loadPlugins(this);
     m_pluginPath = m_loader.path();
     m_pluginKeys = m_loader.filenames();

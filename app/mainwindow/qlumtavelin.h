@@ -21,6 +21,7 @@
 #include <QList>
 #include <QMainWindow>
 #include <QMimeData>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QTabWidget>
@@ -109,7 +110,6 @@ public:
     [[nodiscard]] const QlumMainActions& actions() const { return *m_actions; }
     [[nodiscard]] QlumProjectModel* projectModel() const { return m_project; }
     [[nodiscard]] QlumLogModel* logModel() const { return m_logModel; }
-    [[nodiscard]] const QlumPluginLoader& pluginLoader() const { return m_loader; }
     [[nodiscard]] QlumDocumentArea* documents() const { return m_documents; }
 
 protected:
@@ -132,7 +132,7 @@ private:
     void makeDocks();
     void arrangeDocks();
     QDockWidget* makeDock(const QString& title, const QString& name, const QString& whatsThis,
-                          QWidget* content, Qt::DockWidgetArea area);
+                          QWidget* content, Qt::DockWidgetArea area, const QSize& size);
     [[nodiscard]] QlumProjectFile makeProjectFile();
     QlumServerNode* findServer(unsigned int serverId) const;
 

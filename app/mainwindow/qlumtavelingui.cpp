@@ -1,4 +1,6 @@
 // The main window's widgets and what their signals do.
+#include <app/api/qlumdocksize.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
 #include <app/log/qlumlogmodel.h>
@@ -31,9 +33,11 @@
 #include <QFileDialog>
 #include <QIcon>
 #include <QItemSelectionModel>
+#include <QList>
 #include <QMainWindow>
 #include <QModelIndex>
 #include <QSaveFile>
+#include <QSize>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QString>
@@ -79,12 +83,13 @@ QWidget* QlumTavelin::makeCentralWidget()
 }
 
 QDockWidget* QlumTavelin::makeDock(const QString& title, const QString& name, const QString& whatsThis,
-                                   QWidget* content, Qt::DockWidgetArea area)
+                                   QWidget* content, Qt::DockWidgetArea area, const QSize& size)
 {
     auto* dock = new QDockWidget(title, this);
     dock->setObjectName(name);
     dock->setWhatsThis(whatsThis);
     dock->setWidget(content);
+    qlumSetInitialDockSize(dock, size);
     addDockWidget(area, dock);
     return dock;
 }
@@ -104,36 +109,47 @@ void QlumTavelin::makeDocks()
                          A::ServerProperties, A::ChangeUser, A::AddDocument, A::RemoveDocument}));
     makeDock(tr("Project"), QStringLiteral("Project Dock Widget"),
              tr("<b>Project</b><br>In this window you can manage multiple server connections and documents."),
-             m_projectView, Qt::LeftDockWidgetArea);
+             m_projectView, Qt::LeftDockWidgetArea, {300, 200});
 
     m_pages = new QlumAddressSpacePages((*m_actions)[A::Rebrowse], m_services.createPageModel, this);
     m_addressSpaceDock = makeDock(tr("Address Space"), QStringLiteral("Address Space Dock Widget"),
                                   tr("<b>Address Space</b><br>This window shows the address space of the "
                                      "current selected server. You can switch "
                                      "between the servers in the project window."),
-                                  m_pages->widget(), Qt::LeftDockWidgetArea);
+                                  m_pages->widget(), Qt::LeftDockWidgetArea, {0, 400});
 
     m_logView = new QlumLogView(m_logModel, m_actions->list({A::ClearLog, A::SaveLog}), this);
     makeDock(
         tr("Log"), QStringLiteral("Log Dock Widget"),
         tr("<b>Log</b><br>This window shows what Tavelin did and what went wrong, the newest entry last."),
-        m_logView, Qt::BottomDockWidgetArea);
+        m_logView, Qt::BottomDockWidgetArea, {0, 180});
 }
 
-// How the window looks until the user arranges it: most room for the address space and the documents.
+// How the window looks until the user arranges it: what the docks say of themselves, area by area.
 void QlumTavelin::arrangeDocks()
 {
-    const auto dock = [this](const char* name) { return findChild<QDockWidget*>(QLatin1String(name)); };
-    QDockWidget* project = dock("Project Dock Widget");
-    resizeDocks({project, m_addressSpaceDock}, {200, 400}, Qt::Vertical);
-    resizeDocks({dock("Log Dock Widget")}, {180}, Qt::Vertical);
-    resizeDocks({project}, {300}, Qt::Horizontal);
-    QDockWidget* attributes = dock("Attributes Dock Widget");
-    QDockWidget* references = dock("References Dock Widget");
-    if (attributes && references) {
-        resizeDocks({attributes}, {430}, Qt::Horizontal);
-        resizeDocks({attributes, references}, {420, 140}, Qt::Vertical);
-    }
+    const QList<QDockWidget*> all = findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    const auto resize = [this, &all](Qt::DockWidgetArea area, Qt::Orientation orientation) {
+        QList<QDockWidget*> docks;
+        QList<int> sizes;
+        for (QDockWidget* dock : all) {
+            const QSize wanted = qlumInitialDockSize(dock);
+            const int size = orientation == Qt::Horizontal ? wanted.width() : wanted.height();
+            if (dockWidgetArea(dock) != area || size <= 0)
+                continue;
+            docks.append(dock);
+            sizes.append(size);
+        }
+        if (!docks.isEmpty())
+            resizeDocks(docks, sizes, orientation);
+    };
+    // in this order: each call shares out the room that those before it have left
+    resize(Qt::LeftDockWidgetArea, Qt::Vertical);
+    resize(Qt::TopDockWidgetArea, Qt::Vertical);
+    resize(Qt::BottomDockWidgetArea, Qt::Vertical);
+    resize(Qt::LeftDockWidgetArea, Qt::Horizontal);
+    resize(Qt::RightDockWidgetArea, Qt::Horizontal);
+    resize(Qt::RightDockWidgetArea, Qt::Vertical);
 }
 
 void QlumTavelin::setupConnections()
@@ -272,8 +288,8 @@ void QlumTavelin::sltSaveLog()
         saved = file.commit();
     }
     if (!saved)
-        log(QlumLogLevel::Error, tr("Open file %1 for writing returned %2").arg(fileName, file.errorString()),
-            qlumNoServer, QStringLiteral("General"));
+        QlumLog(QStringLiteral("General"))
+            .error(tr("Open file %1 for writing returned %2").arg(fileName, file.errorString()));
 }
 
 void QlumTavelin::sltHelpCheckUpdates()

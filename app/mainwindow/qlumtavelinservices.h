@@ -1,5 +1,5 @@
 #pragma once
-#include <app/mainwindow/qlumaddressspacepage.h>
+#include <plugins/addressspace/qlumaddressspacepage.h>
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include <app/mainwindow/qlumupdatecheck.h>
 
-#include <app/api/qlumuatrace.h>
+#include <app/api/qlumlog.h>
 #include <app/settings/qlumsettingsmodel.h>
 
 #include <QDateTime>
@@ -109,8 +109,7 @@ void QlumUpdateCheck::evaluate(const QString& body)
         return;
     }
     if (m_automatic)
-        QlumUaTrace::log(QlumLogLevel::Info, tr("The newest version of Tavelin is already installed"),
-                         tr("Automatic Update"));
+        QlumLog(tr("Automatic Update")).info(tr("The newest version of Tavelin is already installed"));
     else
         QMessageBox::information(m_window, tr("Already up to date"),
                                  tr("The newest version of Tavelin is already installed."));
@@ -134,7 +133,7 @@ void QlumUpdateCheck::offer(const QString& version, const QString& url)
 
 void QlumUpdateCheck::report(const QString& text)
 {
-    QlumUaTrace::log(QlumLogLevel::Error, text, tr("Automatic Update"));
+    QlumLog(tr("Automatic Update")).error(text);
     if (m_automatic)
         return;
     QMessageBox box(QMessageBox::Warning, tr("Check for Updates"), text, QMessageBox::Ok, m_window);

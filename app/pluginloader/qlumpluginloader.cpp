@@ -2,8 +2,8 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumplugininterface.h>
-#include <app/api/qlumuatrace.h>
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -17,9 +17,9 @@ class Text
     Q_DECLARE_TR_FUNCTIONS(QlumPluginLoader)
 };
 
-void log(int level, const QString& text)
+QlumLog loaderLog()
 {
-    QlumUaTrace::log(level, text, QStringLiteral("Tavelin"));
+    return QlumLog(QStringLiteral("Tavelin"));
 }
 
 // Null, after a message, when the instance is no plugin of ours.
@@ -28,7 +28,7 @@ QlumPluginInterface* pluginInterface(QObject* instance, const QString& name)
     auto* plugin = qobject_cast<QlumPluginInterface*>(instance);
     if (!plugin) {
         qWarning().nospace().noquote() << "plugin '" << name << "' doesn't support QlumPluginInterface";
-        log(QlumLogLevel::Error,
+        loaderLog().error(
             Text::tr("Could not load %1: QlumPluginInterface is not supported by the plugin").arg(name));
     }
     return plugin;
@@ -68,7 +68,7 @@ void QlumPluginLoader::loadSharedObject(QlumApplicationInterface* app, const QSt
     if (!instance) {
         const QString error = loader.errorString();
         qWarning().nospace().noquote() << "loading plugin failed with error '" << error << "'";
-        log(QlumLogLevel::Error, Text::tr("Could not load %1: %2").arg(fileName, error));
+        loaderLog().error(Text::tr("Could not load %1: %2").arg(fileName, error));
         return;
     }
     if (QlumPluginInterface* plugin = pluginInterface(instance, fileName)) {
@@ -81,7 +81,7 @@ void QlumPluginLoader::take(QObject* instance, const QString& key)
 {
     m_keys.append(key);
     m_plugins.insert(key, instance);
-    log(QlumLogLevel::Info, Text::tr("Loaded %1.").arg(key));
+    loaderLog().info(Text::tr("Loaded %1.").arg(key));
 }
 
 QlumDocumentInterface* QlumPluginLoader::pluginFromDocumentType(const QString& type) const

@@ -9,7 +9,7 @@ class QlumApplicationInterface;
 class QlumDocumentInterface;
 
 /// Finds the plugins, those of the program first and then shared objects in the folder "plugins", and holds
-/// them. What can not be loaded is told in the log and left out.
+/// them. What cannot be loaded is told in the log and left out.
 class QlumPluginLoader
 {
 public:

@@ -2,8 +2,8 @@
 
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumdocumentwidgetinterface.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <app/project/qluminicheck.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
@@ -35,9 +35,9 @@ class Text
     Q_DECLARE_TR_FUNCTIONS(QlumProjectFile)
 };
 
-void log(int level, const QString& text)
+QlumLog projectLog()
 {
-    QlumUaTrace::log(level, text, Text::tr("Project"));
+    return QlumLog(Text::tr("Project"));
 }
 
 bool isWritable(const QString& fileName)
@@ -66,7 +66,7 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
                                  static_cast<std::size_t>(content.size()));
     const std::error_code error = uaWriteFileAtomically(toUaString(fileName), bytes, modeFor(fileName));
     if (error)
-        log(QlumLogLevel::Error,
+        projectLog().error(
             Text::tr("Writing %1 failed: %2.")
                 .arg(QDir::toNativeSeparators(fileName), QString::fromStdString(error.message())));
     return !error;
@@ -75,10 +75,10 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
 QStringList bounded(QStringList groups, int maximum, const QString& what)
 {
     if (groups.size() > maximum) {
-        log(QlumLogLevel::Error, Text::tr("The project file holds %1 %2; only the first %3 were read.")
-                                     .arg(groups.size())
-                                     .arg(what)
-                                     .arg(maximum));
+        projectLog().error(Text::tr("The project file holds %1 %2; only the first %3 were read.")
+                               .arg(groups.size())
+                               .arg(what)
+                               .arg(maximum));
         groups = groups.mid(0, maximum);
     }
     return groups;
@@ -180,12 +180,12 @@ QList<QPointer<QlumServerNode>> QlumProjectFile::load(const QString& fileName)
     m_toConnect.clear();
     const QlumIniCheck check = qlumCheckIniFile(fileName);
     for (const QString& line : check.refused)
-        log(QlumLogLevel::Error, line);
+        projectLog().error(line);
     const QTemporaryDir folder;
     QFile copy(folder.filePath(QStringLiteral("project.uap")));
     if (!check.readable || !copy.open(QIODevice::WriteOnly) ||
         copy.write(check.content) != check.content.size()) {
-        log(QlumLogLevel::Error,
+        projectLog().error(
             Text::tr("The project %1 could not be read: %2")
                 .arg(QDir::toNativeSeparators(fileName), check.readable ? copy.errorString() : check.error));
         return {};
@@ -196,8 +196,8 @@ QList<QPointer<QlumServerNode>> QlumProjectFile::load(const QString& fileName)
     readDocuments(settings);
     m_plugins->loadSettings(settings, m_serverIds);
     if (settings.status() != QSettings::NoError)
-        log(QlumLogLevel::Error, Text::tr("The project %1 is damaged; what could be read of it was loaded.")
-                                     .arg(QDir::toNativeSeparators(fileName)));
+        projectLog().error(Text::tr("The project %1 is damaged; what could be read of it was loaded.")
+                               .arg(QDir::toNativeSeparators(fileName)));
     return m_toConnect;
 }
 
@@ -217,7 +217,7 @@ void QlumProjectFile::readServer(QSettings& settings)
     const QString name = settings.value(QStringLiteral("Name")).toString();
     std::unique_ptr<QlumServerNode> made = m_hooks.createServer(name, settings);
     if (!made) {
-        log(QlumLogLevel::Error, Text::tr("The server '%1' of the project could not be read.").arg(name));
+        projectLog().error(Text::tr("The server '%1' of the project could not be read.").arg(name));
         return;
     }
     QlumServerNode* server = m_model->addServer(std::move(made));

@@ -17,7 +17,7 @@ class QlumProjectNodeDocument;
 /// What reading a project needs of the rest of the application.
 struct QlumProjectFileHooks
 {
-    /// A server node with the connection settings of the open group; null when it can not be made.
+    /// A server node with the connection settings of the open group; null when it cannot be made.
     std::function<std::unique_ptr<QlumServerNode>(const QString& name, QSettings& settings)> createServer;
     /// The node is in the model now.
     std::function<void(QlumServerNode* server)> serverAdded;
@@ -34,7 +34,7 @@ public:
     /// Replaces the file in one step; on false it is as it was.
     [[nodiscard]] bool save(const QString& fileName) const;
     /// Adds what the file holds to the model and gives the servers that were connected when it was written.
-    /// What can not be read is told in the log.
+    /// What cannot be read is told in the log.
     QList<QPointer<QlumServerNode>> load(const QString& fileName);
 
 private:

@@ -1,6 +1,7 @@
 #include <app/project/qlumprojectmodel.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumguithread.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
 #include <app/project/qlumprojectnodedocument.h>
@@ -57,6 +58,7 @@ void QlumProjectModel::removeDocument(QlumProjectNodeDocument* document)
 
 void QlumProjectModel::append(QlumProjectNode* folder, QlumProjectNode* node)
 {
+    qlumAssertGuiThread();
     const int row = folder->childNodes().size();
     beginInsertRows(indexOf(folder), row, row);
     folder->appendChild(node);
@@ -65,6 +67,7 @@ void QlumProjectModel::append(QlumProjectNode* folder, QlumProjectNode* node)
 
 void QlumProjectModel::remove(QlumProjectNode* folder, QlumProjectNode* node)
 {
+    qlumAssertGuiThread();
     const int row = folder->childNodes().indexOf(node);
     if (row < 0)
         return;
@@ -77,6 +80,7 @@ void QlumProjectModel::remove(QlumProjectNode* folder, QlumProjectNode* node)
 
 void QlumProjectModel::sltNodeChanged(QlumProjectNode* node)
 {
+    qlumAssertGuiThread();
     if (const auto* server = qobject_cast<QlumServerNode*>(node))
         m_registry.rename(server->serverId(), server->displayName());
     const QModelIndex index = indexOf(node);
@@ -163,6 +167,7 @@ int QlumProjectModel::columnCount(const QModelIndex&) const
 
 QVariant QlumProjectModel::data(const QModelIndex& index, int role) const
 {
+    qlumAssertGuiThread();
     const QlumProjectNode* node = nodeOf(index);
     if (!node)
         return {};
@@ -181,6 +186,7 @@ QVariant QlumProjectModel::data(const QModelIndex& index, int role) const
 
 bool QlumProjectModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
+    qlumAssertGuiThread();
     QlumProjectNode* node = nodeOf(index);
     if (!node || !node->setData(value, role))
         return false;

@@ -44,7 +44,7 @@ QString QlumProjectNodeDocument::whyNoName(const QString& name)
         return tr("The name of a document can have at most %1 characters.").arg(maximumNameLength);
     // the name is a group in the project file, where these two separate groups
     if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')))
-        return tr("The name of a document can not contain '/' or '\\'.");
+        return tr("The name of a document cannot contain '/' or '\\'.");
     return {};
 }
 

@@ -16,7 +16,7 @@ public:
 
     [[nodiscard]] int type() const override { return Document; }
     [[nodiscard]] Qt::ItemFlags flags() const override;
-    /// Renames the document unless another one has that name or the name can not be a name in a project file;
+    /// Renames the document unless another one has that name or the name cannot be a name in a project file;
     /// then the user is told.
     bool setData(const QVariant& value, int role) override;
     [[nodiscard]] QIcon icon() const override;
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] QWidget* widget() const { return m_widget; }
     void setWidget(QWidget* widget) { m_widget = widget; }
 
-    /// Why a text can not be the name of a document, for the user; empty when it can.
+    /// Why a text cannot be the name of a document, for the user; empty when it can.
     [[nodiscard]] static QString whyNoName(const QString& name);
 
 signals:

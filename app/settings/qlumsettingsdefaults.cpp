@@ -1,5 +1,6 @@
 #include <app/settings/qlumsettingsdefaults.h>
 
+#include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
 #include <uabase/system/uadir.h>
 
@@ -27,7 +28,7 @@ std::vector<QlumSettingDefault> makeDefaults()
         {"General.SessionTimeout", 1200000.0},
         {"General.PublishTimeout", number(60000)},
         {"General.SecureChannelLifetime", number(3600000)},
-        {"General.CallTimeout", number(10000)},
+        {"General.CallTimeout", number(qlumDefaultCallTimeout)},
         {"General.BrowseTimeout", number(10000)},
         {"General.InternalServiceCallTimeout", number(5000)},
         {"General.LocaleId", text("en")},

@@ -28,7 +28,7 @@
 
 namespace {
 constexpr int hour = 3600000;
-constexpr int most = std::numeric_limits<int>::max();
+constexpr int noMaximum = std::numeric_limits<int>::max();
 } // namespace
 
 QlumSettingsDialog::QlumSettingsDialog(QlumSettingsModel* settings, QWidget* parent)
@@ -63,14 +63,14 @@ void QlumSettingsDialog::addConnectionPage()
     addNumber(form, "General.ConnectTimeout", tr("Connect &timeout:"), 100, hour, ms);
     addNumber(form, "General.CallTimeout", tr("Ca&ll timeout:"), 100, hour, ms);
     addNumber(form, "General.PublishTimeout", tr("&Publish timeout:"), 1000, hour, ms);
-    addNumber(form, "General.SessionTimeout", tr("&Session timeout:"), 1000, most, ms);
-    addNumber(form, "General.SecureChannelLifetime", tr("Secure channel l&ifetime:"), 1000, most, ms);
+    addNumber(form, "General.SessionTimeout", tr("&Session timeout:"), 1000, noMaximum, ms);
+    addNumber(form, "General.SecureChannelLifetime", tr("Secure channel l&ifetime:"), 1000, noMaximum, ms);
     addNumber(form, "General.InternalServiceCallTimeout", tr("Timeout of i&nternal calls:"), 100, hour, ms);
     addFlag(form, "General.AutomaticReconnect", tr("&Reconnect automatically"));
     addNumber(form, "General.WatchdogTime", tr("Connection c&heck every:"), 1000, hour, ms);
     addNumber(form, "General.WatchdogTimeout", tr("Timeout of &a check:"), 100, hour, ms);
     addNumber(form, "General.MaxOperationsPerServiceCall",
-              tr("&Most operations in a call (0: server decides):"), 0, most);
+              tr("&Most operations in a call (0: server decides):"), 0, noMaximum);
     addChoice(form, "General.TypeDictionaryMode", tr("Load type &dictionaries:"),
               {QStringLiteral("FirstUse"), QStringLiteral("Manual"), QStringLiteral("Connect"),
                QStringLiteral("Reconnect")});
@@ -97,8 +97,8 @@ void QlumSettingsDialog::addBrowsePage()
     QFormLayout* form = addPage(tr("&Address space"), QStringLiteral("addressSpace"));
     addNumber(form, "General.BrowseTimeout", tr("Browse &timeout:"), 100, hour, tr(" ms"));
     addNumber(form, "General.MaxReferencesToReturn", tr("&References in an answer (0: server decides):"), 0,
-              most);
-    addNumber(form, "General.MaxBrowseNextCalls", tr("&Follow-up calls (-1: no limit):"), -1, most);
+              noMaximum);
+    addNumber(form, "General.MaxBrowseNextCalls", tr("&Follow-up calls (-1: no limit):"), -1, noMaximum);
     addFlag(form, "General.RetrieveIcons", tr("Show &icons that servers offer"));
     addFlag(form, "General.SubscribeForModelChangeEvents", tr("&Notice changes of the address space"));
 }
@@ -130,7 +130,7 @@ void QlumSettingsDialog::addTracePage()
                QStringLiteral("INFO"), QStringLiteral("DEBUG"), QStringLiteral("CONTENT"),
                QStringLiteral("ALL")});
     addFile(form, "Trace.Filename", tr("&File:"));
-    addNumber(form, "Trace.MaxTraceEntries", tr("Entries in a f&ile:"), 100, most);
+    addNumber(form, "Trace.MaxTraceEntries", tr("Entries in a f&ile:"), 100, noMaximum);
     addNumber(form, "Trace.NumBackupFiles", tr("&Older files kept:"), 1, 1000);
 }
 

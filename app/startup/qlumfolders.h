@@ -1,5 +1,5 @@
 #pragma once
 
 /// Creates the folders of the user's configuration, and moves the files of an older layout of the certificate
-/// store into them. What can not be created or moved stays as it is; the next start tries again.
+/// store into them. What cannot be created or moved stays as it is; the next start tries again.
 void prepareFolders();

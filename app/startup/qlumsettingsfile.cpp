@@ -29,7 +29,7 @@ QStringList qlumCleanSettingsFile()
         return {};
     const QString kept = path + QStringLiteral(".bad");
     if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(kept).constData()) != 0)
-        return {Text::tr("The settings file %1 can not be read and not be moved.")
+        return {Text::tr("The settings file %1 cannot be read and not be moved.")
                     .arg(QDir::toNativeSeparators(path))};
     QStringList messages = check.refused;
     if (!check.readable)

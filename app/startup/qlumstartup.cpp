@@ -1,5 +1,6 @@
 #include <app/startup/qlumstartup.h>
 
+#include <app/api/qlumlog.h>
 #include <app/api/qlumsplashscreen.h>
 #include <app/api/qlumuatrace.h>
 #include <app/mainwindow/qlumtavelin.h>
@@ -146,10 +147,11 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
 {
     show(splash, Text::tr("Loading main application..."));
     auto window = std::make_unique<QlumTavelin>(qlumServices());
+    const QlumLog log(QStringLiteral("Tavelin"));
     for (const auto& [level, text] : QlumCertificates::instance()->takeMessages())
-        window->log(level, text, qlumNoServer, QStringLiteral("Tavelin"));
+        log.write(level, text);
     for (const QString& text : settingsProblems)
-        window->log(QlumLogLevel::Error, text, qlumNoServer, QStringLiteral("Tavelin"));
+        log.error(text);
     window->show();
     show(splash, QString());
     splash.timedClose(3);

@@ -1,8 +1,8 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumguithread.h>
 #include <app/api/qlumprojectnode.h>
-#include <app/api/qlumuatrace.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
 #include <plugins/addressspace/qlumnodemimedata.h>
 #include <uabase/values/uanodeid.h>
@@ -39,7 +39,7 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* 
       m_services(services ? std::move(services) : qlumServicesOf(server->session())),
       m_root(std::make_unique<QlumAddressSpaceNode>(tr("Root"), UaNodeId(rootFolder), UaNodeId(folderType),
                                                     OpcUa_NodeClass_Object)),
-      m_serverId(server->serverId()), m_timer(new QTimer(this))
+      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
 {
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
@@ -54,7 +54,7 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNod
       m_services(services ? std::move(services) : qlumServicesOf(server->session())),
       m_root(std::make_unique<QlumAddressSpaceNode>(server->typeName(startNode, false), *startNode,
                                                     UaNodeId(), OpcUa_NodeClass_Unspecified)),
-      m_serverId(server->serverId()), m_timer(new QTimer(this))
+      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
 {
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
@@ -150,6 +150,7 @@ QVariant QlumAddressSpaceModel::headerData(int section, Qt::Orientation orientat
 
 QVariant QlumAddressSpaceModel::data(const QModelIndex& index, int role) const
 {
+    qlumAssertGuiThread();
     const QlumAddressSpaceNode* node = nodeAt(index);
     if (!node)
         return {};
@@ -188,7 +189,8 @@ QStringList QlumAddressSpaceModel::mimeTypes() const
 
 QMimeData* QlumAddressSpaceModel::mimeData(const QModelIndexList& indexes) const
 {
-    log(QlumLogLevel::Function, QStringLiteral("QlumAddressSpaceModel::mimeData"));
+    qlumAssertGuiThread();
+    m_log.write(QlumLogLevel::Function, QStringLiteral("QlumAddressSpaceModel::mimeData"));
     QlumDraggedNodes dragged;
     dragged.serverId = m_serverId;
     for (const QModelIndex& index : indexes)
@@ -208,6 +210,7 @@ void QlumAddressSpaceModel::browseNodeIndex(const QModelIndex& index)
 
 void QlumAddressSpaceModel::rebrowseNodeIndex(const QModelIndex& index)
 {
+    qlumAssertGuiThread();
     QlumAddressSpaceNode* node = nodeOrRoot(index);
     removeChildren(node);
     browseNode(node);
@@ -215,6 +218,7 @@ void QlumAddressSpaceModel::rebrowseNodeIndex(const QModelIndex& index)
 
 void QlumAddressSpaceModel::serverModelChanged(const UaNodeId& affectedNode, unsigned char verb)
 {
+    qlumAssertGuiThread();
     if ((verb & (referenceAdded | referenceDeleted)) == 0)
         return;
     const UaNodeId id = affectedNode; // might lie in a node that goes
@@ -250,6 +254,7 @@ void QlumAddressSpaceModel::connectHighlighting()
 void QlumAddressSpaceModel::sltServerNodeChanged(QlumProjectNode*, QWidget*, QlumConnectionStatus status,
                                                  unsigned int serverId)
 {
+    qlumAssertGuiThread();
     if (!m_server || serverId != m_serverId)
         return;
     fillHighlightCombo(status == QlumConnectionStatus::Connected ? m_server->namespaceTable()
@@ -277,6 +282,7 @@ void QlumAddressSpaceModel::fillHighlightCombo(const QStringList& namespaces)
 
 void QlumAddressSpaceModel::sltSetHighlightNamespace(int comboIndex)
 {
+    qlumAssertGuiThread();
     const int newNamespace = comboIndex - 1;
     const int oldNamespace = m_highlightedNamespace;
     if (newNamespace == oldNamespace)
@@ -315,15 +321,4 @@ QVariant QlumAddressSpaceModel::setting(const char* key, const QVariant& default
 {
     const QlumApplicationInterface* application = QlumApplicationInterface::instance();
     return application ? application->settingsValue(QLatin1String(key), defaultValue) : defaultValue;
-}
-
-void QlumAddressSpaceModel::log(int level, const QString& text) const
-{
-    QlumUaTrace::log(level, text, tr("AddressSpaceModel"), m_serverId);
-}
-
-void QlumAddressSpaceModel::logStatus(const QString& text, const UaStatus& status) const
-{
-    QlumUaTrace::logUaStatusCode(QlumLogLevel::Info, text, status.statusCode(), tr("AddressSpaceModel"),
-                                 m_serverId);
 }

@@ -1,9 +1,10 @@
 #pragma once
-#include <app/api/qlumaddressspacemodelinterface.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumsessionservices.h>
+#include <plugins/addressspace/qlumaddressspacemodelinterface.h>
 #include <plugins/addressspace/qlumaddressspacenode.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
@@ -104,14 +105,13 @@ private:
     void emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace, int newNamespace);
     [[nodiscard]] QVariant decoration(const QlumAddressSpaceNode& node) const;
     [[nodiscard]] QVariant setting(const char* key, const QVariant& defaultValue) const;
-    void log(int level, const QString& text) const;
-    void logStatus(const QString& text, const UaStatus& status) const;
 
     QPointer<QlumServerNode> m_server;
     QPointer<QComboBox> m_highlightCombo;
     std::shared_ptr<QlumSessionServices> m_services;
     std::unique_ptr<QlumAddressSpaceNode> m_root;
     unsigned int m_serverId;
+    QlumLog m_log;
     int m_highlightedNamespace = -1;
     std::list<Task> m_tasks;
     QTimer* m_timer; ///< runs the next slice of the tasks

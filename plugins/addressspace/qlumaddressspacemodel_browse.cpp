@@ -1,5 +1,6 @@
 // Browsing: what the server is asked, and how the answers become rows.
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
 
@@ -72,6 +73,7 @@ BrowseContext QlumAddressSpaceModel::browseContext(const QlumAddressSpaceNode& n
 
 void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
 {
+    qlumAssertGuiThread();
     if (!m_server || !m_services)
         return;
     for (const Task& task : m_tasks)
@@ -88,10 +90,10 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
                                     task.continuationPoint, references);
     }
     if (!status.isGood()) {
-        logStatus(tr("Browse failed with error '%1'."), status);
+        m_log.writeStatus(QlumLogLevel::Info, tr("Browse failed with error '%1'."), status.statusCode());
         return;
     }
-    log(QlumLogLevel::Info, tr("Browse succeeded."));
+    m_log.info(tr("Browse succeeded."));
     node->setBrowsed(true);
     addNodes(node, references);
     m_tasks.push_front(std::move(task)); // the node that the user opened last comes first
@@ -100,6 +102,7 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
 
 void QlumAddressSpaceModel::runTasks(int milliseconds)
 {
+    qlumAssertGuiThread();
     if (!m_server)
         m_tasks.clear();
     if (!m_tasks.empty() && runTask(m_tasks.front(), milliseconds)) {
@@ -137,11 +140,11 @@ bool QlumAddressSpaceModel::browseNext(Task& task)
         status = m_services->browseNext(task.settings, false, task.continuationPoint, references);
     }
     if (status.isGood()) {
-        log(QlumLogLevel::Info, tr("BrowseNext succeeded."));
+        m_log.info(tr("BrowseNext succeeded."));
         task.failures = 0;
         task.barren = addNodes(task.node, references) > 0 ? 0 : task.barren + 1;
     } else {
-        logStatus(tr("Browse failed with error '%1'."), status);
+        m_log.writeStatus(QlumLogLevel::Info, tr("Browse failed with error '%1'."), status.statusCode());
         ++task.failures;
     }
     task.progress->update(task.node->childCount());
@@ -164,10 +167,10 @@ bool QlumAddressSpaceModel::mayContinue(Task& task)
 void QlumAddressSpaceModel::finish(Task& task)
 {
     if (!task.continuationPoint.isEmpty()) {
-        log(QlumLogLevel::Error,
-            task.stopText.isEmpty() ? tr("Server returned more ContinuationPoints than accepted by setting "
-                                         "'General.MaxBrowseNextCalls'. Releasing current ContinuationPoint.")
-                                    : task.stopText);
+        m_log.error(task.stopText.isEmpty()
+                        ? tr("Server returned more ContinuationPoints than accepted by setting "
+                             "'General.MaxBrowseNextCalls'. Releasing current ContinuationPoint.")
+                        : task.stopText);
         release(task);
     }
     task.progress.reset();

@@ -23,5 +23,5 @@ struct QlumDraggedNodes
 [[nodiscard]] QString qlumNodeMimeType();
 /// count is written as it is; it may be larger than the number of nodes.
 [[nodiscard]] QByteArray qlumEncodeNodes(const QlumDraggedNodes& dragged, int count);
-/// False when the bytes are cut or hold anything that can not be; dragged is then empty.
+/// False when the bytes are cut or hold anything that cannot be; dragged is then empty.
 [[nodiscard]] bool qlumDecodeNodes(const QByteArray& bytes, QlumDraggedNodes& dragged);

@@ -2,6 +2,7 @@
 #include <plugins/attributes/qlumattributemodel.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
@@ -92,8 +93,7 @@ bool QlumAttributeModel::write(const UaVariant& value)
     nodes[0].AttributeId = OpcUa_Attributes_Value;
     value.copyTo(&nodes[0].Value.Value);
     UaClientSdk::ServiceSettings settings;
-    settings.callTimeout =
-        m_application.settingsValue(QStringLiteral("General.CallTimeout"), settings.callTimeout).toUInt();
+    settings.callTimeout = qlumCallTimeout(&m_application);
     UaStatusCodeArray results;
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     const UaStatus status = session->write(settings, nodes, results);

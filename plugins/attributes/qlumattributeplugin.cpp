@@ -1,6 +1,8 @@
 #include <plugins/attributes/qlumattributeplugin.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumcalltimeout.h>
+#include <app/api/qlumdocksize.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumtext.h>
@@ -132,6 +134,7 @@ void QlumAttributePlugin::createDock()
     layout->addWidget(m_view);
     page->addAction(m_refresh); // so that its key works wherever the focus is in the dock
     m_dock->setWidget(page);
+    qlumSetInitialDockSize(m_dock, {430, 420});
     if (m_app->mainWindow())
         m_app->mainWindow()->addDockWidget(Qt::RightDockWidgetArea, m_dock);
 }
@@ -200,8 +203,7 @@ void QlumAttributePlugin::showNode(unsigned int serverId, const UaNodeId& nodeId
     nodeId.copyTo(&nodes[0].NodeId);
     nodes[0].AttributeId = OpcUa_Attributes_NodeClass;
     UaClientSdk::ServiceSettings settings;
-    settings.callTimeout =
-        m_app->settingsValue(QStringLiteral("General.CallTimeout"), settings.callTimeout).toUInt();
+    settings.callTimeout = qlumCallTimeout(m_app);
     UaDataValues values;
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     UaStatus status = session->read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values);

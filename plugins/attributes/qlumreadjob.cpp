@@ -1,6 +1,7 @@
 #include <plugins/attributes/qlumreadjob.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <plugins/attributes/qlumattributemodel.h>
@@ -16,8 +17,7 @@
 #include <utility>
 
 namespace {
-constexpr OpcUa_UInt32 defaultCallTimeout = 10000; // ms
-constexpr OpcUa_UInt32 preparedElements = 16;      // of an array of structures; mostly they are of one type
+constexpr OpcUa_UInt32 preparedElements = 16; // of an array of structures; mostly they are of one type
 } // namespace
 
 QlumReadJob::QlumReadJob(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass,
@@ -42,8 +42,7 @@ void QlumReadJob::run()
         return;
     }
     UaClientSdk::ServiceSettings settings;
-    settings.callTimeout =
-        application->settingsValue(QStringLiteral("General.CallTimeout"), defaultCallTimeout).toUInt();
+    settings.callTimeout = qlumCallTimeout(application);
     const double maxAge =
         application->settingsValue(QStringLiteral("AttributePlugin.MaxAge"), 0.0).toDouble();
     const QList<int> attributeIds = qlumAttributesOf(m_nodeClass);

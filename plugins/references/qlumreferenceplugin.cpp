@@ -1,6 +1,7 @@
 #include <plugins/references/qlumreferenceplugin.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdocksize.h>
 #include <uawidgets/qlumemptydocument.h>
 
 #include <QDockWidget>
@@ -22,6 +23,7 @@ void QlumReferencePlugin::init(QlumApplicationInterface* app)
     m_dock->setWidget(new QlumEmptyDocument(tr("References"),
                                             tr("The reference view is not part of this version. Hierarchical "
                                                "references can be followed in the address space.")));
+    qlumSetInitialDockSize(m_dock, {0, 140});
     app->mainWindow()->addDockWidget(Qt::RightDockWidgetArea, m_dock);
 }
 

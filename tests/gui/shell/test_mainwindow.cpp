@@ -1,6 +1,6 @@
-#include <app/api/qlumaddressspacemodelinterface.h>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdocksize.h>
 #include <app/api/qlumservernode.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumdocumentarea.h>
@@ -11,6 +11,7 @@
 #include <app/project/qlumprojectnodedocument.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <plugins/addressspace/qlumaddressspacemodelinterface.h>
 #include <tests/gui/shell/fakeserver.h>
 #include <tests/support/dialogdriver.h>
 #include <uabase/system/uatrace.h>
@@ -148,6 +149,21 @@ TEST_F(MainWindow, EverythingHasANameAndExplainsItself)
             view->inherits("QHeaderView") || view->window()->inherits("QComboBoxPrivateContainer");
         EXPECT_TRUE(part || !view->accessibleName().isEmpty()) << view->metaObject()->className();
     }
+}
+
+TEST_F(MainWindow, DocksAreAtFirstAsWideAsTheySay)
+{
+    window->show();
+    QStringList found;
+    for (const QDockWidget* dock : window->findChildren<QDockWidget*>()) {
+        const int wanted = qlumInitialDockSize(dock).width();
+        if (wanted <= 0)
+            continue;
+        found.append(dock->objectName());
+        EXPECT_EQ(dock->width(), wanted) << dock->objectName().toStdString();
+    }
+    EXPECT_TRUE(found.contains(QStringLiteral("Project Dock Widget")));
+    EXPECT_TRUE(found.contains(QStringLiteral("Attributes Dock Widget"))); // of a plugin
 }
 
 TEST_F(MainWindow, ServerActionsFollowTheStateOfTheServer)

@@ -1,7 +1,7 @@
-#include <app/mainwindow/qlumaddressspacepage.h>
+#include <plugins/addressspace/qlumaddressspacepage.h>
 
-#include <app/api/qlumaddressspacemodelinterface.h>
 #include <app/api/qlumservernode.h>
+#include <plugins/addressspace/qlumaddressspacemodelinterface.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>

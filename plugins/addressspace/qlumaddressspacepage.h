@@ -16,7 +16,7 @@ class QTreeView;
 class QlumAddressSpaceModelInterface;
 class QlumServerNode;
 
-/// Makes the model of a page; a null result means that the address space can not be shown.
+/// Makes the model of a page; a null result means that the address space cannot be shown.
 using QlumAddressSpaceModelFactory = std::function<QlumAddressSpaceModelInterface*(
     QlumServerNode* server, QComboBox* highlight, QObject* parent)>;
 

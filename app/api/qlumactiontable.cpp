@@ -1,0 +1,39 @@
+#include <app/api/qlumactiontable.h>
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QIcon>
+#include <QObject>
+#include <QString>
+
+namespace {
+QAction* makeAction(const QlumActionRow& row, const char* context, QObject* parent)
+{
+    const QString text = QCoreApplication::translate(context, row.text);
+    const QString tip = *row.toolTip ? QCoreApplication::translate(context, row.toolTip)
+                                     : QString(text).remove(QLatin1Char('&'));
+    auto* action = new QAction(text, parent);
+    action->setObjectName(QLatin1String(row.name));
+    if (*row.icon)
+        action->setIcon(QIcon(QStringLiteral(":/images/") + QLatin1String(row.icon)));
+    action->setShortcut(row.shortcut);
+    action->setToolTip(tip);
+    action->setStatusTip(tip);
+    action->setWhatsThis(QCoreApplication::translate(context, row.whatsThis));
+    return action;
+}
+} // namespace
+
+QlumActionTable::QlumActionTable(std::span<const QlumActionRow> rows, const char* context, QObject* parent)
+{
+    for (const QlumActionRow& row : rows)
+        m_actions.insert(row.id, makeAction(row, context, parent));
+}
+
+QList<QAction*> QlumActionTable::list(std::initializer_list<int> ids) const
+{
+    QList<QAction*> actions;
+    for (const int id : ids)
+        actions.append(m_actions.value(id));
+    return actions;
+}
