@@ -19,6 +19,7 @@ PARTS = {
     "stack/include": "opcuastack_core",
     "stack/transport": "opcuastack",
     "stack/capi": "opcuastack",
+    "stack/capi/values": "opcuastack_values",
     "uabase": "uabase",
     "uabase/uapkicpp": "uapkicpp",
     "uaclientsdk": "uaclientsdk",

@@ -2,6 +2,7 @@
 
 #include <opcua/opcua_statuscodes.h>
 #include <stack/core/byteio.h>
+#include <stack/encoding/lifecycle.h>
 #include <stack/encoding/messagecodec.h>
 
 namespace opcua {
@@ -15,9 +16,9 @@ class Scoped
 public:
     explicit Scoped(const OpcUa_EncodeableType& type) : m_type(type)
     {
-        OpcUa_EncodeableObject_Initialize(&m_type, &m_value);
+        initializeStructure(m_type, &m_value);
     }
-    ~Scoped() { OpcUa_EncodeableObject_Clear(&m_type, &m_value); }
+    ~Scoped() { clearStructure(m_type, &m_value); }
     Scoped(const Scoped&) = delete;
     Scoped& operator=(const Scoped&) = delete;
     T* operator->() { return &m_value; }
@@ -36,7 +37,7 @@ OpcUa_StatusCode assignNonce(OpcUa_ByteString& destination, const Bytes& nonce)
 {
     if (nonce.empty())
         return OpcUa_Good;
-    return OpcUa_ByteString_Assign(&destination, nonce.data(), static_cast<OpcUa_Int32>(nonce.size()));
+    return assign(destination, nonce.data(), static_cast<OpcUa_Int32>(nonce.size()));
 }
 
 Bytes nonceOf(const OpcUa_ByteString& source)

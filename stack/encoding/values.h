@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stack/encoding/elements.h>
+#include <stack/encoding/lifecycle.h>
 #include <stack/encoding/textpool.h>
 
 namespace opcua {
