@@ -5,6 +5,7 @@ include_guard()
 # layer of each part; plugins are "plugin"
 set(TAVELIN_LAYER_opcuastack_core 0)
 set(TAVELIN_LAYER_opcuastack_values 1)
+set(TAVELIN_LAYER_opcuastack_server 1)
 set(TAVELIN_LAYER_opcuastack 2)
 set(TAVELIN_LAYER_uabase 3)
 set(TAVELIN_LAYER_uapkicpp 4)
@@ -20,6 +21,7 @@ set(TAVELIN_LAYER_tavelin 12)
 # what each part may link directly among our own targets
 set(TAVELIN_ALLOW_opcuastack_core "")
 set(TAVELIN_ALLOW_opcuastack_values opcuastack_core)
+set(TAVELIN_ALLOW_opcuastack_server opcuastack_core) # for tests, fuzzers and benchmarks
 set(TAVELIN_ALLOW_opcuastack opcuastack_values)
 set(TAVELIN_ALLOW_uabase opcuastack)
 set(TAVELIN_ALLOW_uapkicpp uabase)

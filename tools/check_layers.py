@@ -20,6 +20,7 @@ PARTS = {
     "stack/transport": "opcuastack",
     "stack/capi": "opcuastack",
     "stack/capi/values": "opcuastack_values",
+    "stack/server": "opcuastack_server",
     "uabase": "uabase",
     "uabase/uapkicpp": "uapkicpp",
     "uaclientsdk": "uaclientsdk",

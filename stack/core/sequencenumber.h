@@ -24,10 +24,10 @@ public:
         m_next = m_rule == SequenceRule::Legacy && number > legacyWrapAbove ? 1 : number + 1;
         return number;
     }
-    /// Goes on from here; a channel that lives for weeks gets to the wrap-around, a test does not.
-    void continueFrom(OpcUa_UInt32 number) { m_next = number; }
 
 private:
+    friend class EngineProbe; // for tests
+
     SequenceRule m_rule;
     OpcUa_UInt32 m_next;
 };

@@ -2,6 +2,7 @@
 // breaks the rules of a secured channel leaves in the trace.
 #include <stack/core/openmessages.h>
 #include <stack/core/transportmessages.h>
+#include <stack/server/servermessages.h>
 #include <tests/protocol/channelfixture.h>
 #include <tests/protocol/sealingpeer.h>
 

@@ -1,5 +1,6 @@
 // The channel functions of the C interface over real sockets, against peers that behave as scripted.
 #include <stack/core/transportmessages.h>
+#include <stack/server/servermessages.h>
 #include <tests/protocol/channelfixture.h>
 
 #include <algorithm>

@@ -1,8 +1,7 @@
-#include <stack/core/serverchannel.h>
+#include <stack/server/serverchannel.h>
 
 #include <opcua/opcua_statuscodes.h>
 #include <stack/core/secret.h>
-#include <stack/core/transportmessages.h>
 
 #include <algorithm>
 #include <cstdint>
