@@ -1,6 +1,7 @@
 #include <stack/encoding/reader.h>
 
 #include <stack/encoding/lifecycle.h>
+#include <stack/encoding/nodeidformat.h>
 
 #include <algorithm>
 
@@ -11,17 +12,6 @@ namespace {
 // A decoded message takes at most this times its bytes; small ones may always take the second figure.
 constexpr size_t memoryPerByte = 8;
 constexpr size_t memoryOfSmallMessages = 16u * 1024 * 1024;
-
-namespace NodeIdFormat {
-constexpr OpcUa_Byte twoByteId = 0;
-constexpr OpcUa_Byte fourByteId = 1;
-constexpr OpcUa_Byte numericId = 2;
-constexpr OpcUa_Byte stringId = 3;
-constexpr OpcUa_Byte guidId = 4;
-constexpr OpcUa_Byte byteStringId = 5;
-constexpr OpcUa_Byte serverIndexFlag = 0x40;
-constexpr OpcUa_Byte namespaceUriFlag = 0x80;
-} // namespace NodeIdFormat
 
 } // namespace
 

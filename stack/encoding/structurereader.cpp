@@ -1,5 +1,6 @@
 // Variants, extension objects and structures: what can hold each other.
 #include <stack/encoding/lookup.h>
+#include <stack/encoding/nodeidformat.h>
 #include <stack/encoding/reader.h>
 #include <stack/encoding/values.h>
 
@@ -201,24 +202,21 @@ bool Reader::knownBody(const OpcUa_EncodeableType& type, OpcUa_Int32 length, Opc
 
 namespace {
 
-// Bytes of the longest numeric node id.
-constexpr size_t longestNumericNodeId = 7;
-
 // Reads a numeric node id, of which as many bytes are there as the longest takes; null for another.
 inline const OpcUa_Byte* takeNumericNodeId(const OpcUa_Byte* at, OpcUa_NodeId& value)
 {
     OpcUa_UInt16 medium = 0;
     value = OpcUa_NodeId{};
     switch (at[0]) {
-    case 0:
+    case NodeIdFormat::twoByteId:
         value.Identifier.Numeric = at[1];
         return at + 2;
-    case 1:
+    case NodeIdFormat::fourByteId:
         std::memcpy(&medium, at + 2, sizeof medium);
         value.NamespaceIndex = at[1];
         value.Identifier.Numeric = medium;
         return at + 4;
-    case 2:
+    case NodeIdFormat::numericId:
         std::memcpy(&value.NamespaceIndex, at + 1, sizeof value.NamespaceIndex);
         std::memcpy(&value.Identifier.Numeric, at + 3, sizeof value.Identifier.Numeric);
         return at + longestNumericNodeId;

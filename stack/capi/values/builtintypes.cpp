@@ -1,5 +1,6 @@
 #include <opcua/opcua_builtintypes.h>
 #include <stack/capi/values/checked.h>
+#include <stack/encoding/values.h>
 
 // ---- strings
 
@@ -196,6 +197,18 @@ OpcUa_StatusCode OpcUa_Variant_Copy(const OpcUa_Variant* source, OpcUa_Variant* 
 int OpcUa_Variant_Compare(const OpcUa_Variant* left, const OpcUa_Variant* right)
 {
     return opcua::compareChecked(left, right);
+}
+
+OpcUa_Boolean OpcUa_Variant_IsHeldByPointer(OpcUa_Byte builtInType)
+{
+    return opcua::isHeldByPointer(builtInType) ? OpcUa_True : OpcUa_False;
+}
+
+const void* OpcUa_Variant_ScalarData(const OpcUa_Variant* value)
+{
+    const bool scalar = value != nullptr && value->ArrayType == OpcUa_VariantArrayType_Scalar &&
+                        opcua::isBuiltInType(value->Datatype) && value->Datatype != OpcUaType_Variant;
+    return scalar ? opcua::scalarOf(*value) : nullptr;
 }
 
 void OpcUa_DataValue_Initialize(OpcUa_DataValue* value)

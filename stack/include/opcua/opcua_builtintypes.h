@@ -275,6 +275,11 @@ OPCUA_EXPORT void OpcUa_Variant_Clear(OpcUa_Variant* value);
 OPCUA_EXPORT OpcUa_StatusCode OpcUa_Variant_Copy(const OpcUa_Variant* source, OpcUa_Variant* destination);
 /// Total order; 0 exactly when type, shape and every element are equal (floating point compared bitwise).
 OPCUA_EXPORT int OpcUa_Variant_Compare(const OpcUa_Variant* left, const OpcUa_Variant* right);
+/// Whether a scalar of this built-in type is a block of its own, to which the variant points.
+OPCUA_EXPORT OpcUa_Boolean OpcUa_Variant_IsHeldByPointer(OpcUa_Byte builtInType);
+/// Where the value of a scalar variant lies, inside or in its block; null for all other variants. Valid until
+/// the variant changes.
+OPCUA_EXPORT const void* OpcUa_Variant_ScalarData(const OpcUa_Variant* value);
 
 OPCUA_EXPORT void OpcUa_DataValue_Initialize(OpcUa_DataValue* value);
 OPCUA_EXPORT void OpcUa_DataValue_Clear(OpcUa_DataValue* value);
