@@ -58,8 +58,7 @@ OpcUa_StatusCode Connection::enqueueLocked(std::unique_lock<std::mutex>& lock, s
                                            ByteView body, TimePoint deadline, bool mayWait)
 {
     const auto admitted = [this] {
-        return m_unsent.size() - m_sentOfUnsent <= maxUnsentBytes ||
-               m_engine.state() != ClientChannel::State::Open;
+        return m_unsent.size() <= maxUnsentBytes || m_engine.state() != ClientChannel::State::Open;
     };
     if (!admitted() && !mayWait)
         return OpcUa_BadResourceUnavailable;
@@ -294,58 +293,26 @@ void Connection::leaveLoopLocked()
     }
     m_socket.reset();
     m_unsent.clear();
-    m_sentOfUnsent = 0;
     m_changed.notify_all();
 }
 
 void Connection::flushLocked()
 {
-    Bytes& fresh = m_engine.output();
-    if (m_unsent.empty())
-        std::swap(m_unsent, fresh);
-    else
-        m_unsent.insert(m_unsent.end(), fresh.begin(), fresh.end());
-    fresh.clear();
-    bool full = false;
-    while (m_sentOfUnsent < m_unsent.size() && m_socket && !m_writeBroken && !full) {
-        const ssize_t count = ::send(m_socket.get(), m_unsent.data() + m_sentOfUnsent,
-                                     m_unsent.size() - m_sentOfUnsent, MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (count >= 0)
-            m_sentOfUnsent += static_cast<size_t>(count);
-        else if (errno == EAGAIN || errno == EWOULDBLOCK)
-            full = true;
-        else if (errno != EINTR)
-            m_writeBroken = true; // the reader finds out why, and whether the peer said a last word
-    }
-    dropSentLocked();
-    m_full = full;
+    m_unsent.append(m_engine.output());
+    if (!m_socket)
+        return;
+    m_sendBlocked = !m_unsent.flush(m_socket.get());
+    m_changed.notify_all(); // there may be room for a request
 }
 
 // What the loop is to watch for: input unless a caller reads, output when the socket is full.
 void Connection::watchLocked()
 {
-    if (!m_socket || (m_watchingInput == !m_callerReads && m_watchingOutput == m_full))
+    if (!m_socket || (m_watchingInput == !m_callerReads && m_watchingOutput == m_sendBlocked))
         return;
     m_watchingInput = !m_callerReads;
-    m_watchingOutput = m_full;
+    m_watchingOutput = m_sendBlocked;
     m_loop->watch(m_key, m_socket.get(), m_watchingInput, m_watchingOutput);
-}
-
-// Forgets what is sent, without moving the rest at every turn.
-void Connection::dropSentLocked()
-{
-    constexpr size_t keptCapacity = 256 * 1024;
-    if (m_writeBroken || m_sentOfUnsent == m_unsent.size()) {
-        m_unsent.clear();
-        m_sentOfUnsent = 0;
-        if (m_unsent.capacity() > keptCapacity)
-            m_unsent.shrink_to_fit();
-        m_changed.notify_all();
-    } else if (m_sentOfUnsent > maxUnsentBytes / 4) {
-        m_unsent.erase(m_unsent.begin(), m_unsent.begin() + static_cast<std::ptrdiff_t>(m_sentOfUnsent));
-        m_sentOfUnsent = 0;
-        m_changed.notify_all();
-    }
 }
 
 // ---- what the engine says, under the lock

@@ -6,6 +6,7 @@
 #include <stack/transport/eventloop.h>
 #include <stack/transport/keylog.h>
 #include <stack/transport/messagetransport.h>
+#include <stack/transport/sendbuffer.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -84,7 +85,6 @@ private:
     void settleLocked();
     void flushLocked();
     void watchLocked();
-    void dropSentLocked();
     void leaveLoopLocked();
     void settleAndTell(std::unique_lock<std::mutex>& lock);
     void tell(Outcome& outcome);
@@ -98,11 +98,9 @@ private:
     ClientChannel m_engine;
     std::unordered_map<OpcUa_UInt32, std::shared_ptr<Call>> m_calls;
     Outcome m_outcome;
-    Bytes m_unsent;
-    size_t m_sentOfUnsent = 0;
-    bool m_full = false; ///< the socket
+    SendBuffer m_unsent;
+    bool m_sendBlocked = false; ///< the socket is full
     bool m_watchingOutput = false;
-    bool m_writeBroken = false;
     bool m_watchingInput = true;
     bool m_callerReads = false;
     UniqueFd m_retired;        ///< of a closed connection, until the caller who reads has noticed
