@@ -113,7 +113,7 @@ OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel)
         if (!runtime)
             return OpcUa_BadInvalidState;
         auto handle = std::make_unique<OpcUa_ChannelImpl>();
-        handle->channel = runtime->createChannel(runtime);
+        handle->channel = runtime->createChannel();
         *channel = handle.release();
         return OpcUa_Good;
     });
