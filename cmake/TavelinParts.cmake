@@ -1,5 +1,5 @@
 # Parts and layers: every library names its part and what it links; an arrow that the house does not
-# allow stops the configuration, so that layering can not rot unseen.
+# allow stops the configuration, so that layering cannot rot unseen.
 include_guard()
 
 # layer of each part; plugins are "plugin"

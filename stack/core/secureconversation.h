@@ -77,7 +77,7 @@ private:
     SequenceSender m_sendSequence;
     SequenceVerifier m_receiveSequence;
     OpcUa_UInt32 m_channelId = 0;
-    OpcUa_UInt32 m_sendChunkSize = leastBufferSize;
+    OpcUa_UInt32 m_sendChunkSize = minimumBufferSize;
     OpcUa_UInt32 m_sendMaxMessageSize = 0;
     OpcUa_UInt32 m_sendMaxChunkCount = 0;
     std::optional<SecurityToken> m_current;

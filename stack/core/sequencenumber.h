@@ -37,7 +37,7 @@ class SequenceVerifier
 public:
     explicit SequenceVerifier(SequenceRule rule) : m_rule(rule) {}
 
-    /// False when number can not follow the last one. The first may be any under the legacy rule, else 0.
+    /// False when number cannot follow the last one. The first may be any under the legacy rule, else 0.
     [[nodiscard]] bool accept(OpcUa_UInt32 number)
     {
         if (!follows(number))

@@ -75,7 +75,7 @@ void ServerChannel::handleHello(const Frame& frame)
     if (!readHello(frame.body(), message))
         return fail(OpcUa_BadTcpEndpointUrlInvalid);
     const ChannelLimits& peer = message.limits;
-    if (peer.receiveBufferSize < leastBufferSize || peer.sendBufferSize < leastBufferSize)
+    if (peer.receiveBufferSize < minimumBufferSize || peer.sendBufferSize < minimumBufferSize)
         return fail(OpcUa_BadConnectionRejected);
     m_endpointUrl = message.endpointUrl;
     AcknowledgeMessage answer{0, m_config.limits};

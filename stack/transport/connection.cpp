@@ -18,14 +18,14 @@ namespace opcua {
 
 namespace {
 
-// From so many open calls on, requests of callers who do not wait leave together: a system call costs more
-// than all else that is done for a small request. They wait for the next turn of the event loop or of the
-// callbacks, and not longer than this.
-constexpr size_t manyCalls = 8;
-constexpr size_t mostBytesKeptBack = 16 * 1024;
-constexpr Milliseconds longestKeptBack{1};
+// From so many pending calls on, requests of callers who do not wait are sent together: a system call costs
+// more than all else that is done for a small request. They wait until the event loop or a caller uses the
+// engine next, and no longer than the maximum delay.
+constexpr size_t callsForDelay = 8;
+constexpr size_t maximumDelayedBytes = 16 * 1024;
+constexpr Milliseconds maximumDelay{1};
 
-constexpr size_t callersRoom = 64 * 1024;
+constexpr size_t callerScratchSize = 64 * 1024;
 
 int millisecondsUntil(TimePoint deadline)
 {
@@ -50,7 +50,7 @@ OpcUa_StatusCode Connection::start(TimePoint deadline)
     if (m_key == 0)
         return OpcUa_BadResourceUnavailable;
     m_engine.start(std::chrono::steady_clock::now(), deadline);
-    settleAndTell(lock);
+    settleAndDispatch(lock);
     return OpcUa_Good;
 }
 
@@ -75,17 +75,17 @@ OpcUa_StatusCode Connection::send(std::shared_ptr<Call> call, ByteView body, Tim
 {
     std::unique_lock lock(m_mutex);
     const OpcUa_StatusCode status = enqueueLocked(lock, std::move(call), body, deadline, mayWait);
-    if (OpcUa_IsGood(status) && !keepBackLocked())
-        settleAndTell(lock);
+    if (OpcUa_IsGood(status) && !delayFlushLocked())
+        settleAndDispatch(lock);
     return status;
 }
 
-// Leaves what the engine has to say for a later turn, and sees to it that there is one.
-bool Connection::keepBackLocked()
+// Leaves the engine's output for a later flush, and sets the timer so that there is one.
+bool Connection::delayFlushLocked()
 {
-    if (m_calls.size() < manyCalls || m_engine.output().size() > mostBytesKeptBack)
+    if (m_calls.size() < callsForDelay || m_engine.output().size() > maximumDelayedBytes)
         return false;
-    const TimePoint latest = std::chrono::steady_clock::now() + longestKeptBack;
+    const TimePoint latest = std::chrono::steady_clock::now() + maximumDelay;
     const TimePoint wanted = std::min(m_engine.nextDeadline(), latest);
     if (wanted < m_deadline.load()) {
         m_deadline = wanted;
@@ -98,16 +98,16 @@ void Connection::flush()
 {
     std::unique_lock lock(m_mutex);
     if (m_socket && !m_engine.output().empty())
-        settleAndTell(lock);
+        settleAndDispatch(lock);
 }
 
 void Connection::close()
 {
     std::unique_lock lock(m_mutex);
     m_engine.close();
-    settleAndTell(lock);
+    settleAndDispatch(lock);
     lock.lock();
-    m_changed.wait(lock, [this] { return m_told == m_turns && !m_callerReads; });
+    m_changed.wait(lock, [this] { return !isDispatchingLocked() && !m_callerReads; });
 }
 
 bool Connection::isOpen() const
@@ -130,18 +130,18 @@ public:
         UniqueFd closed; // outside the lock, for closing may take its time
         const std::lock_guard lock(m_connection.m_mutex);
         m_connection.m_callerReads = false;
-        closed = std::move(m_connection.m_retired);
+        closed = std::move(m_connection.m_closingSocket);
         m_connection.watchLocked();
         m_connection.m_changed.notify_all();
     }
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
 
-    // With it. Nobody takes the right from another one, who may still be telling what he read.
+    // With the mutex. Takes the right only when it is free: while another caller reads, or an outcome is
+    // still being dispatched, the event loop or that caller reads on.
     void takeLocked()
     {
-        if (!m_connection.m_socket || m_connection.m_callerReads ||
-            m_connection.m_told != m_connection.m_turns)
+        if (!m_connection.m_socket || m_connection.m_callerReads || m_connection.isDispatchingLocked())
             return;
         m_held = true;
         m_connection.m_callerReads = true;
@@ -163,7 +163,7 @@ OpcUa_StatusCode Connection::fetch(const std::shared_ptr<AwaitedCall>& call, Byt
     if (OpcUa_IsBad(status))
         return status;
     reading.takeLocked();
-    settleAndTell(lock);
+    settleAndDispatch(lock);
     if (reading.held())
         readFor(*call, deadline);
     return OpcUa_Good;
@@ -172,7 +172,7 @@ OpcUa_StatusCode Connection::fetch(const std::shared_ptr<AwaitedCall>& call, Byt
 // Serves all calls until this one is complete; timers stay with the loop, but for the caller's own deadline.
 void Connection::readFor(const AwaitedCall& call, TimePoint deadline)
 {
-    m_callersRoom.resize(callersRoom);
+    m_callerScratch.resize(callerScratchSize);
     while (!call.isDone()) {
         std::unique_lock lock(m_mutex);
         if (!m_socket)
@@ -184,10 +184,10 @@ void Connection::readFor(const AwaitedCall& call, TimePoint deadline)
         if (!m_socket)
             return;
         if (ready > 0)
-            receiveLocked(m_callersRoom);
+            receiveLocked(m_callerScratch);
         else
             m_engine.advance(std::chrono::steady_clock::now());
-        settleAndTell(lock);
+        settleAndDispatch(lock);
     }
 }
 
@@ -201,7 +201,7 @@ void Connection::onReady(std::uint32_t, MutableByteView scratch)
     // an error or hang-up shows when reading, behind what the peer said last
     if (!m_callerReads)
         receiveLocked(scratch);
-    settleAndTell(lock);
+    settleAndDispatch(lock);
 }
 
 void Connection::onTime(TimePoint now)
@@ -210,7 +210,7 @@ void Connection::onTime(TimePoint now)
     if (!m_socket)
         return;
     m_engine.advance(now);
-    settleAndTell(lock);
+    settleAndDispatch(lock);
 }
 
 TimePoint Connection::deadline() const
@@ -227,10 +227,12 @@ void Connection::receiveLocked(MutableByteView scratch)
         m_engine.streamEnded(OpcUa_BadConnectionClosed);
 }
 
-// ---- after each turn with the engine
+// ---- after each use of the engine
 
-// Sends what the engine has to say, sets the timer, and tells what happened; unlocks.
-void Connection::settleAndTell(std::unique_lock<std::mutex>& lock)
+// Sends the engine's output, sets the timer and dispatches the outcome; unlocks. Outcomes are dispatched
+// without the mutex, but in the order of their tickets, which they draw under it: the thread with a later
+// ticket waits until the earlier ones are through.
+void Connection::settleAndDispatch(std::unique_lock<std::mutex>& lock)
 {
     settleLocked();
     Outcome outcome = std::exchange(m_outcome, {});
@@ -238,18 +240,18 @@ void Connection::settleAndTell(std::unique_lock<std::mutex>& lock)
         lock.unlock();
         return;
     }
-    const std::uint64_t turn = m_turns++;
-    m_changed.wait(lock, [&] { return m_told == turn; });
+    const std::uint64_t ticket = m_nextTicket++;
+    m_changed.wait(lock, [&] { return m_dispatchedTickets == ticket; });
     lock.unlock();
-    tell(outcome);
-    outcome = {}; // whoever waits for this may free what the calls hold on to
+    dispatch(outcome);
+    outcome = {}; // before the ticket is through: who waits for that may free what the calls refer to
     lock.lock();
-    ++m_told;
+    ++m_dispatchedTickets;
     lock.unlock();
     m_changed.notify_all();
 }
 
-void Connection::tell(Outcome& outcome)
+void Connection::dispatch(Outcome& outcome)
 {
     if (m_keyLog && !outcome.keyLines.empty())
         m_keyLog->append(outcome.keyLines);
@@ -289,7 +291,7 @@ void Connection::leaveLoopLocked()
     if (m_callerReads) {
         // its number must not become another socket's while he waits for it
         static_cast<void>(::shutdown(m_socket.get(), SHUT_RDWR));
-        m_retired = std::move(m_socket);
+        m_closingSocket = std::move(m_socket);
     }
     m_socket.reset();
     m_unsent.clear();
@@ -315,7 +317,7 @@ void Connection::watchLocked()
     m_loop->watch(m_key, m_socket.get(), m_watchingInput, m_watchingOutput);
 }
 
-// ---- what the engine says, under the lock
+// ---- events of the engine, under the lock
 
 void Connection::completeLocked(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body)
 {

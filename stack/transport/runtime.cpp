@@ -35,7 +35,7 @@ OpcUa_ProxyStubConfiguration completed(OpcUa_ProxyStubConfiguration configuratio
     const EncodingLimits standard;
     fill(configuration.MaxMessageSize, defaultMaxMessageSize);
     fill(configuration.BufferSize, defaultBufferSize);
-    configuration.BufferSize = std::max(configuration.BufferSize, leastBufferSize);
+    configuration.BufferSize = std::max(configuration.BufferSize, minimumBufferSize);
     fill(configuration.MaxChunkCount,
          defaultChunkCount(configuration.MaxMessageSize, configuration.BufferSize));
     fill(configuration.MaxStringLength, standard.maxStringLength);

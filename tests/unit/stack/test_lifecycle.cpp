@@ -277,7 +277,7 @@ TEST(EncodingLifeCycle, NullPointersAreAnsweredAndNotFollowed)
     OpcUa_String text = {-1, nullptr};
     OpcUa_ByteString bytes;
     OpcUa_NodeId id{};
-    OpcUa_Range range{};
+    OpcUa_Range range{1.0, 2.0};
     const OpcUa_EncodeableType& type = OpcUa_Range_EncodeableType;
     OpcUa_Variant_Initialize(nullptr);
     OpcUa_ExtensionObject_Clear(nullptr);
@@ -290,6 +290,7 @@ TEST(EncodingLifeCycle, NullPointersAreAnsweredAndNotFollowed)
     EXPECT_EQ(bytes.Data, nullptr);
     EXPECT_EQ(OpcUa_EncodeableObject_DecodeBinary(&type, nullptr, 16, &range, nullptr),
               OpcUa_BadInvalidArgument);
+    EXPECT_EQ(range.High, 0.0);
     EXPECT_EQ(OpcUa_BuiltInType_CopyArray(OpcUaType_NodeId, &id, nullptr, 1), OpcUa_BadInvalidArgument);
     EXPECT_LT(OpcUa_NodeId_Compare(nullptr, &id), 0);
     EXPECT_EQ(OpcUa_NodeId_Compare(nullptr, nullptr), 0);

@@ -60,7 +60,7 @@ const OpcUa_FieldDescriptor treeFields[] = {
 };
 const OpcUa_EncodeableType treeType = {"Tree", 1, 2, 3, sizeof(Tree), treeFields, 3, 0, 1, 0b110, 5, 0};
 
-// Reads, copies, compares and writes again; answers the bytes written, or nothing when they can not be read.
+// Reads, copies, compares and writes again; answers the bytes written, or nothing when they cannot be read.
 template <typename Structure>
 std::string roundTrip(const OpcUa_EncodeableType& type, const Bytes& bytes)
 {
