@@ -67,8 +67,12 @@ OpcUa_StatusCode OpcUa_EncodeableObject_EncodeBinary(const OpcUa_EncodeableType*
 OpcUa_StatusCode OpcUa_EncodeableObject_DecodeBinary(const OpcUa_EncodeableType* type, const OpcUa_Byte* data,
                                                      size_t size, void* object, size_t* consumed)
 {
-    if (type == nullptr || object == nullptr || (data == nullptr && size > 0))
+    if (type == nullptr || object == nullptr)
         return OpcUa_BadInvalidArgument;
+    if (data == nullptr && size > 0) {
+        opcua::initializeStructure(*type, object);
+        return OpcUa_BadInvalidArgument;
+    }
     return opcua::decodeElement(ElementType::of(*type), {data, size}, object, consumed);
 }
 
@@ -87,10 +91,14 @@ OpcUa_StatusCode OpcUa_BuiltInType_EncodeBinary(OpcUa_Byte builtInType, const vo
 OpcUa_StatusCode OpcUa_BuiltInType_DecodeBinary(OpcUa_Byte builtInType, const OpcUa_Byte* data, size_t size,
                                                 void* value, size_t* consumed)
 {
-    if (value == nullptr || (data == nullptr && size > 0))
+    if (value == nullptr)
         return OpcUa_BadInvalidArgument;
     if (!opcua::isBuiltInType(builtInType))
         return OpcUa_BadDecodingError;
+    if (data == nullptr && size > 0) {
+        opcua::initializeElements(ElementType::of(builtInType), value, 1);
+        return OpcUa_BadInvalidArgument;
+    }
     return opcua::decodeElement(ElementType::of(builtInType), {data, size}, value, consumed);
 }
 
