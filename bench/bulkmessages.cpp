@@ -47,8 +47,9 @@ void fill(OpcUa_BrowseResponse& response, int references)
         reference.IsForward = OpcUa_True;
         reference.NodeId.NodeId.NamespaceIndex = 1;
         reference.NodeId.NodeId.Identifier.Numeric = 100000u + static_cast<OpcUa_UInt32>(i);
-        OpcUa_String_Assign(&reference.BrowseName.Name, name.c_str(), -1);
-        OpcUa_String_Assign(&reference.DisplayName.Text, name.c_str(), -1);
+        // a name that is missing for want of memory would be the least of the faults
+        static_cast<void>(OpcUa_String_Assign(&reference.BrowseName.Name, name.c_str(), -1));
+        static_cast<void>(OpcUa_String_Assign(&reference.DisplayName.Text, name.c_str(), -1));
         reference.NodeClass = OpcUa_NodeClass_Variable;
         reference.TypeDefinition.NodeId.Identifier.Numeric = OpcUaId_BaseDataVariableType;
     }

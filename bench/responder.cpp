@@ -1,11 +1,11 @@
 #include <bench/responder.h>
 
 #include <stack/core/byteio.h>
-#include <stack/core/serverchannel.h>
 #include <stack/encoding/messagecodec.h>
 #include <stack/security/privatekey.h>
 #include <stack/security/rsaoperations.h>
 #include <stack/security/securitypolicies.h>
+#include <stack/server/serverchannel.h>
 #include <stack/transport/uniquefd.h>
 #include <tests/support/testcertificates.h>
 

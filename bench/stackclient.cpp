@@ -153,10 +153,10 @@ void StackClient::openSession()
     const OpcUa_ByteString nonce = viewOf(m_setup.clientNonce);
     const OpcUa_ByteString certificate = viewOf(m_setup.client.certificate);
     const OpcUa_ByteString key = viewOf(m_setup.client.key);
-    OpcUa_ByteString_Copy(&nonce, &create->ClientNonce);
+    require(OpcUa_ByteString_Copy(&nonce, &create->ClientNonce), "nonce");
     if (m_secured)
-        OpcUa_ByteString_Copy(&certificate, &create->ClientCertificate);
-    OpcUa_String_Assign(&create->EndpointUrl, m_url.c_str(), -1);
+        require(OpcUa_ByteString_Copy(&certificate, &create->ClientCertificate), "certificate");
+    require(OpcUa_String_Assign(&create->EndpointUrl, m_url.c_str(), -1), "url");
     require(OpcUa_ClientApi_CreateSession(m_channel, &*create, &*created), "create session");
     Owned<OpcUa_ActivateSessionRequest, OpcUa_ActivateSessionRequest_EncodeableType> activate;
     Owned<OpcUa_ActivateSessionResponse, OpcUa_ActivateSessionResponse_EncodeableType> activated;

@@ -1,5 +1,6 @@
 // What a peer may send to a channel, in each of its states. The first byte chooses state and role, the second
 // the pieces in which the rest arrives. However it ends, every request ends once and nothing piles up.
+#include <stack/server/engineprobe.h>
 #include <tests/protocol/memorypipe.h>
 
 #include <algorithm>
@@ -67,10 +68,10 @@ Bytes chunksFrom(MemoryPipe& pipe, ByteView script)
 
 void checkClient(MemoryPipe& pipe, int expected)
 {
-    check(pipe.client.conversation().assembler().bufferedBytes() <= 4 * 20'000);
+    check(EngineProbe::bufferedBytes(pipe.client) <= 4 * 20'000);
     pipe.pass(Milliseconds{3'600'000});
     check(pipe.completions == expected);
-    check(pipe.client.pendingRequests() == 0);
+    check(EngineProbe::pendingRequests(pipe.client) == 0);
     pipe.client.close();
     check(pipe.client.nextDeadline() == never);
     check(pipe.completions == expected);
@@ -90,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Bytes stream = mode == ClientOpenChunks ? chunksFrom(pipe, input) : Bytes(input.begin(), input.end());
     if (mode == Server) {
         pipe.toServer(stream, slice);
-        check(pipe.server.conversation().assembler().bufferedBytes() <= 4 * size_t{defaultMaxMessageSize});
+        check(EngineProbe::bufferedBytes(pipe.server) <= 4 * size_t{defaultMaxMessageSize});
         return 0;
     }
     pipe.toClient(stream, slice);

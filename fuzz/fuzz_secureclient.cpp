@@ -1,6 +1,8 @@
 // A server with the right keys that says what it likes to a client, on a channel that is being opened, open
 // or being renewed. The first byte chooses policy and mode, the second the pieces in which everything
 // arrives; what follows are commands.
+#include <stack/server/engineprobe.h>
+#include <stack/server/servermessages.h>
 #include <tests/protocol/memorypipe.h>
 #include <tests/protocol/sealingpeer.h>
 
@@ -73,7 +75,7 @@ private:
         case Call:
             return call();
         default:
-            m_peer.sequence().continueFrom(m_script.number());
+            EngineProbe::continueFrom(m_peer.sequence(), m_script.number());
         }
     }
     void call()
@@ -156,10 +158,10 @@ private:
     }
     void finish()
     {
-        check(m_pipe.client.conversation().assembler().bufferedBytes() <= 4 * 20'000);
+        check(EngineProbe::bufferedBytes(m_pipe.client) <= 4 * 20'000);
         m_pipe.pass(Milliseconds{3'600'000});
         check(m_pipe.completions == m_calls);
-        check(m_pipe.client.pendingRequests() == 0);
+        check(EngineProbe::pendingRequests(m_pipe.client) == 0);
         m_pipe.client.close();
         check(m_pipe.client.nextDeadline() == never);
         check(m_pipe.completions == m_calls);

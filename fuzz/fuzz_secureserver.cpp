@@ -1,5 +1,6 @@
 // A client with the right keys that says what it likes to the server's role of a channel. The first byte
 // chooses policy and mode, the second the pieces in which everything arrives; what follows are commands.
+#include <stack/server/engineprobe.h>
 #include <tests/protocol/memorypipe.h>
 #include <tests/protocol/sealingpeer.h>
 
@@ -49,7 +50,7 @@ public:
             step(static_cast<Command>(m_script.byte() % CommandCount));
             m_pipe.server.output().clear();
         }
-        check(m_pipe.server.conversation().assembler().bufferedBytes() <= 4 * maxMessage);
+        check(EngineProbe::bufferedBytes(m_pipe.server) <= 4 * maxMessage);
         check(m_pipe.requests.size() <= m_whole);
         check(m_pipe.serverClosed.has_value() == (m_pipe.server.state() == ServerChannel::State::Closed));
     }
@@ -74,7 +75,7 @@ private:
             m_pipe.now += Milliseconds{m_script.number() % 4'000'000};
             return;
         default:
-            m_peer.sequence().continueFrom(m_script.number());
+            EngineProbe::continueFrom(m_peer.sequence(), m_script.number());
         }
     }
 

@@ -19,6 +19,8 @@ PARTS = {
     "stack/include": "opcuastack_core",
     "stack/transport": "opcuastack",
     "stack/capi": "opcuastack",
+    "stack/capi/values": "opcuastack_values",
+    "stack/server": "opcuastack_server",
     "uabase": "uabase",
     "uabase/uapkicpp": "uapkicpp",
     "uaclientsdk": "uaclientsdk",

@@ -97,7 +97,8 @@ void QlumTraceSettings::apply() const
     const int level = sdkLevel();
     const unsigned int stackOutput = stackLevel();
     // errors of the stack reach the log window whether or not it is traced
-    OpcUa_Trace_ChangeTraceLevel(stack ? stackOutput : OPCUA_TRACE_OUTPUT_LEVEL_ERROR);
+    static_cast<void>(
+        OpcUa_Trace_ChangeTraceLevel(stack ? stackOutput : OPCUA_TRACE_OUTPUT_LEVEL_ERROR)); // any will do
     if (!sdk && !stack) {
         UaTrace::closeTrace();
         return;

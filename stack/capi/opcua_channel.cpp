@@ -113,7 +113,7 @@ OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel)
         if (!runtime)
             return OpcUa_BadInvalidState;
         auto handle = std::make_unique<OpcUa_ChannelImpl>();
-        handle->channel = runtime->createChannel(runtime);
+        handle->channel = runtime->createChannel();
         *channel = handle.release();
         return OpcUa_Good;
     });
@@ -163,7 +163,7 @@ void OpcUa_Channel_Delete(OpcUa_Channel* channel)
         return;
     static_cast<void>(guarded([&] {
         if (!(*channel)->channel->shutdown()) {
-            OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "A channel can not be deleted from one of its callbacks");
+            OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "A channel cannot be deleted from one of its callbacks");
             return OpcUa_BadInvalidState;
         }
         const std::unique_ptr<OpcUa_ChannelImpl> owner(std::exchange(*channel, nullptr));

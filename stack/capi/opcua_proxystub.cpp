@@ -24,7 +24,7 @@ void OpcUa_ProxyStub_Clear(void)
 {
     static_cast<void>(guarded([] {
         if (!Runtime::release())
-            OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "The stack can not be ended from one of its callbacks");
+            OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "The stack cannot be ended from one of its callbacks");
         else if (!Runtime::current())
             opcua::clearCredentialCaches();
         return OpcUa_Good;

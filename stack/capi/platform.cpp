@@ -2,12 +2,14 @@
 #include <opcua/opcua_builtintypes.h>
 #include <opcua/opcua_platform.h>
 #include <opcua/opcua_statuscodes.h>
+#include <stack/capi/sourcetimestamp.h>
 
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <string>
 
 namespace {
 
@@ -79,8 +81,10 @@ void OpcUa_P_Clear(void)
 
 const char* OpcUa_P_GetVersion(void)
 {
-    return TAVELIN_STACK_VERSION "\\" TAVELIN_SOURCE_TIMESTAMP "\\" __DATE__ " " __TIME__
-                                 "\\Tavelin\\Platform layer for Linux\\" __VERSION__;
+    static const std::string version = std::string(TAVELIN_STACK_VERSION "\\") + opcua::sourceTimestamp +
+                                       "\\" __DATE__ " " __TIME__
+                                       "\\Tavelin\\Platform layer for Linux\\" __VERSION__;
+    return version.c_str();
 }
 
 const char* OpcUa_P_GetConfigString(void)

@@ -15,14 +15,13 @@ public:
     void receive(MutableByteView bytes, TimePoint now);
     /// Bytes for the peer; the owner takes them away.
     [[nodiscard]] Bytes& output() { return m_output; }
-    [[nodiscard]] SecureConversation& conversation() { return m_conversation; }
 
 protected:
     ChannelEngine(const ChannelLimits& limits, std::unique_ptr<SecurityPolicy> policy)
         : m_conversation(std::move(policy), limits), m_reader(limits.receiveBufferSize)
     {
     }
-    ~ChannelEngine() = default;
+    virtual ~ChannelEngine() = default;
     ChannelEngine(const ChannelEngine&) = delete;
     ChannelEngine& operator=(const ChannelEngine&) = delete;
 
@@ -30,6 +29,8 @@ protected:
     Bytes m_output;
 
 private:
+    friend class EngineProbe; // for tests
+
     /// Whether the channel is there to hear more; what arrives otherwise is dropped.
     [[nodiscard]] virtual bool isListening() const = 0;
     virtual void handleFrame(const Frame& frame, TimePoint now) = 0;

@@ -15,18 +15,18 @@ namespace opcua {
 namespace {
 
 // A server that hands out tokens of no life at all is not asked for new ones more often than this.
-constexpr Milliseconds leastRenewalPause{1000};
-constexpr Milliseconds leastRenewalTimeout{5000};
-constexpr Milliseconds mostRenewalTimeout{60000};
+constexpr Milliseconds minimumRenewalPause{1000};
+constexpr Milliseconds minimumRenewalTimeout{5000};
+constexpr Milliseconds maximumRenewalTimeout{60000};
 
 Milliseconds renewalDelay(OpcUa_UInt32 lifetime)
 {
-    return std::max(leastRenewalPause, Milliseconds{std::int64_t{lifetime} * 3 / 4});
+    return std::max(minimumRenewalPause, Milliseconds{std::int64_t{lifetime} * 3 / 4});
 }
 
 Milliseconds renewalTimeout(OpcUa_UInt32 lifetime)
 {
-    return std::clamp(Milliseconds{std::int64_t{lifetime} / 4}, leastRenewalTimeout, mostRenewalTimeout);
+    return std::clamp(Milliseconds{std::int64_t{lifetime} / 4}, minimumRenewalTimeout, maximumRenewalTimeout);
 }
 
 // A quarter longer than its lifetime; of a very short one, long enough for the renewal to come through.
@@ -66,7 +66,7 @@ void ClientChannel::close()
     if (m_state == State::Open) {
         Bytes body;
         const OpcUa_UInt32 id = m_requests.reserveId();
-        // a close that can not be said is a close all the same
+        // a close that cannot be said is a close all the same
         if (OpcUa_IsGood(encodeCloseRequest(utcNow(), id, body)))
             static_cast<void>(m_conversation.writeMessage(m_output, MessageType::Close, id, body));
     }
@@ -247,7 +247,7 @@ void ClientChannel::handleAcknowledge(const Frame& frame, TimePoint now)
     if (!readAcknowledge(frame.body(), message))
         return fail(OpcUa_BadDecodingError);
     const ChannelLimits& peer = message.limits;
-    if (peer.receiveBufferSize < leastBufferSize || peer.sendBufferSize < leastBufferSize)
+    if (peer.receiveBufferSize < minimumBufferSize || peer.sendBufferSize < minimumBufferSize)
         return fail(OpcUa_BadConnectionRejected);
     m_conversation.setSendLimits(std::min(peer.receiveBufferSize, m_config.limits.sendBufferSize),
                                  peer.maxMessageSize, peer.maxChunkCount);

@@ -68,13 +68,12 @@ public:
     void close();
 
     [[nodiscard]] State state() const { return m_state; }
-    [[nodiscard]] size_t pendingRequests() const { return m_requests.size(); }
-    /// Answers that nobody waited for any more.
-    [[nodiscard]] std::uint64_t droppedResponses() const { return m_dropped; }
     /// The peer's words when it ended the channel with an error; untrusted text.
     [[nodiscard]] const std::string& peerReason() const { return m_peerReason; }
 
 private:
+    friend class EngineProbe; // for tests
+
     [[nodiscard]] bool isListening() const override;
     void handleFrame(const Frame& frame, TimePoint now) override;
     void streamFailed(OpcUa_StatusCode status) override { fail(status); }
@@ -103,7 +102,7 @@ private:
     TimePoint m_openDeadline = never; ///< of connect, later of the renewal that is under way
     TimePoint m_renewAt = never;
     Milliseconds m_renewalTimeout{0};
-    std::uint64_t m_dropped = 0;
+    std::uint64_t m_dropped = 0; ///< answers that nobody waited for any more
     std::string m_peerReason;
 };
 

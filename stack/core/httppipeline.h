@@ -34,7 +34,7 @@ public:
     enum class State {
         Open,
         Finished, ///< the peer said that it closes, or nobody waits for what it owes
-        Broken    ///< the stream ended, or what came can not be read
+        Broken    ///< the stream ended, or what came cannot be read
     };
 
     /// head: everything of a request up to the length of its body, see httpRequestHead.

@@ -24,9 +24,9 @@ public:
     void drop(OpcUa_UInt32 requestId);
     void clear();
 
-    [[nodiscard]] size_t bufferedBytes() const { return m_buffered; }
-
 private:
+    friend class EngineProbe; // for tests
+
     struct Part
     {
         Bytes body;

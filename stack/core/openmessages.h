@@ -29,15 +29,11 @@ struct OpenResponse
 
 /// Good, or the codec's status.
 [[nodiscard]] OpcUa_StatusCode encodeOpenRequest(const OpenRequest& request, Bytes& out);
-[[nodiscard]] OpcUa_StatusCode encodeOpenResponse(const OpenResponse& response, Bytes& out);
 [[nodiscard]] OpcUa_StatusCode encodeCloseRequest(OpcUa_DateTime timestamp, OpcUa_UInt32 requestHandle,
                                                   Bytes& out);
-[[nodiscard]] OpcUa_StatusCode encodeServiceFault(OpcUa_DateTime timestamp, OpcUa_UInt32 requestHandle,
-                                                  OpcUa_StatusCode result, Bytes& out);
 
-/// Good; the codec's status; BadUnknownResponse or BadRequestTypeInvalid for another message; of a response
-/// that says no, or a ServiceFault, its service result.
-[[nodiscard]] OpcUa_StatusCode decodeOpenRequest(ByteView body, OpenRequest& request);
+/// Good; the codec's status; BadUnknownResponse for another message; of a response that says no, or a
+/// ServiceFault, its service result.
 [[nodiscard]] OpcUa_StatusCode decodeOpenResponse(ByteView body, OpenResponse& response);
 
 } // namespace opcua

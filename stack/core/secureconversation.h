@@ -42,7 +42,6 @@ public:
     /// The new token becomes the one to send with, the current one is accepted until it expires. With
     /// sendWhenSeen the old one goes on being sent until the peer uses the new one (the server's side).
     void addToken(SecurityToken token, bool sendWhenSeen);
-    [[nodiscard]] bool hasToken() const { return m_current.has_value(); }
 
     /// Append chunks to out. On failure out is as before.
     /// Good; BadRequestTooLarge for what the peer would not take; BadEncodingError when the cryptography
@@ -59,9 +58,10 @@ public:
     [[nodiscard]] std::optional<Chunk> readSymmetric(const Frame& frame, TimePoint now);
 
     [[nodiscard]] MessageAssembler& assembler() { return m_assembler; }
-    [[nodiscard]] SequenceSender& sequenceSender() { return m_sendSequence; }
 
 private:
+    friend class EngineProbe; // for tests
+
     [[nodiscard]] bool channelMatches(OpcUa_UInt32 channelId) const;
     [[nodiscard]] ChunkProtection* incomingProtection(OpcUa_UInt32 tokenId, TimePoint now);
     [[nodiscard]] std::optional<Chunk> readSealed(const Frame& frame, ChunkProtection& protection,
@@ -77,7 +77,7 @@ private:
     SequenceSender m_sendSequence;
     SequenceVerifier m_receiveSequence;
     OpcUa_UInt32 m_channelId = 0;
-    OpcUa_UInt32 m_sendChunkSize = leastBufferSize;
+    OpcUa_UInt32 m_sendChunkSize = minimumBufferSize;
     OpcUa_UInt32 m_sendMaxMessageSize = 0;
     OpcUa_UInt32 m_sendMaxChunkCount = 0;
     std::optional<SecurityToken> m_current;

@@ -24,10 +24,10 @@ public:
         m_next = m_rule == SequenceRule::Legacy && number > legacyWrapAbove ? 1 : number + 1;
         return number;
     }
-    /// Goes on from here; a channel that lives for weeks gets to the wrap-around, a test does not.
-    void continueFrom(OpcUa_UInt32 number) { m_next = number; }
 
 private:
+    friend class EngineProbe; // for tests
+
     SequenceRule m_rule;
     OpcUa_UInt32 m_next;
 };
@@ -37,7 +37,7 @@ class SequenceVerifier
 public:
     explicit SequenceVerifier(SequenceRule rule) : m_rule(rule) {}
 
-    /// False when number can not follow the last one. The first may be any under the legacy rule, else 0.
+    /// False when number cannot follow the last one. The first may be any under the legacy rule, else 0.
     [[nodiscard]] bool accept(OpcUa_UInt32 number)
     {
         if (!follows(number))

@@ -5,8 +5,6 @@
 
 namespace opcua {
 
-namespace {
-
 void appendVersionAndLimits(Bytes& out, OpcUa_UInt32 version, const ChannelLimits& limits)
 {
     appendUInt32(out, version);
@@ -28,8 +26,6 @@ bool readVersionAndLimits(ByteReader& reader, OpcUa_UInt32& version, ChannelLimi
     return true;
 }
 
-} // namespace
-
 void writeHello(Bytes& out, const HelloMessage& message)
 {
     const size_t begin = beginFrame(out, MessageType::Hello, ChunkType::Final);
@@ -38,36 +34,10 @@ void writeHello(Bytes& out, const HelloMessage& message)
     finishFrame(out, begin);
 }
 
-void writeAcknowledge(Bytes& out, const AcknowledgeMessage& message)
-{
-    const size_t begin = beginFrame(out, MessageType::Acknowledge, ChunkType::Final);
-    appendVersionAndLimits(out, message.protocolVersion, message.limits);
-    finishFrame(out, begin);
-}
-
 void appendErrorBody(Bytes& out, OpcUa_StatusCode status, std::string_view reason)
 {
     appendUInt32(out, status);
     appendByteString(out, asBytes(reason.substr(0, maxReasonLength)));
-}
-
-void writeError(Bytes& out, OpcUa_StatusCode status, std::string_view reason)
-{
-    const size_t begin = beginFrame(out, MessageType::Error, ChunkType::Final);
-    appendErrorBody(out, status, reason);
-    finishFrame(out, begin);
-}
-
-bool readHello(ByteView body, HelloMessage& message)
-{
-    ByteReader reader(body);
-    if (!readVersionAndLimits(reader, message.protocolVersion, message.limits))
-        return false;
-    const auto url = reader.byteString(maxUrlLength);
-    if (!url)
-        return false;
-    message.endpointUrl = asText(*url);
-    return true;
 }
 
 bool readAcknowledge(ByteView body, AcknowledgeMessage& message)

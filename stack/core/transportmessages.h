@@ -1,6 +1,7 @@
-// Hello, Acknowledge and Error, OPC 10000-6, 7.1.2.
+// Hello, Acknowledge and Error, OPC 10000-6, 7.1.2, as far as a client writes and reads them.
 #pragma once
 
+#include <stack/core/byteio.h>
 #include <stack/core/protocol.h>
 
 #include <string>
@@ -29,14 +30,15 @@ struct ErrorMessage
 };
 
 void writeHello(Bytes& out, const HelloMessage& message);
-void writeAcknowledge(Bytes& out, const AcknowledgeMessage& message);
-void writeError(Bytes& out, OpcUa_StatusCode status, std::string_view reason);
 void appendErrorBody(Bytes& out, OpcUa_StatusCode status, std::string_view reason);
 
 /// Bodies without the frame header. False when bytes are missing or a length is out of bounds; bytes behind
 /// the known fields belong to later versions and are ignored.
-[[nodiscard]] bool readHello(ByteView body, HelloMessage& message);
 [[nodiscard]] bool readAcknowledge(ByteView body, AcknowledgeMessage& message);
 [[nodiscard]] bool readError(ByteView body, ErrorMessage& message);
+
+/// What Hello and Acknowledge begin with. False when bytes are missing.
+void appendVersionAndLimits(Bytes& out, OpcUa_UInt32 version, const ChannelLimits& limits);
+[[nodiscard]] bool readVersionAndLimits(ByteReader& reader, OpcUa_UInt32& version, ChannelLimits& limits);
 
 } // namespace opcua

@@ -42,8 +42,8 @@ public:
     /// whatever size() is. Throws std::bad_alloc.
     void grow(size_t used, size_t more)
     {
-        constexpr size_t least = 1024;
-        const size_t wanted = std::max({used + more, 2 * m_capacity, least});
+        constexpr size_t minimum = 1024;
+        const size_t wanted = std::max({used + more, 2 * m_capacity, minimum});
         void* const moved = std::realloc(m_bytes.get(), wanted);
         if (moved == nullptr)
             throw std::bad_alloc();

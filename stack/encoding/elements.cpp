@@ -4,74 +4,74 @@
 #include <stack/encoding/values.h>
 
 #include <cstring>
+#include <span>
 
 namespace opcua {
 
 namespace {
 
-template <typename T, typename Function>
-void forEach(void* data, size_t count, Function function)
+template <typename T>
+void initializeAll(void* data, size_t count)
 {
-    T* const values = static_cast<T*>(data);
-    for (size_t i = 0; i < count; ++i)
-        function(values + i);
+    for (T& value : std::span(static_cast<T*>(data), count))
+        initialize(value);
 }
 
 void initializeBuiltIn(OpcUa_Byte kind, void* data, size_t count)
 {
     switch (kind) {
     case OpcUaType_String:
-        return forEach<OpcUa_String>(data, count, OpcUa_String_Initialize);
+        return initializeAll<OpcUa_String>(data, count);
     case OpcUaType_ByteString:
     case OpcUaType_XmlElement:
-        return forEach<OpcUa_ByteString>(data, count, OpcUa_ByteString_Initialize);
+        return initializeAll<OpcUa_ByteString>(data, count);
     case OpcUaType_ExpandedNodeId:
-        return forEach<OpcUa_ExpandedNodeId>(data, count, OpcUa_ExpandedNodeId_Initialize);
+        return initializeAll<OpcUa_ExpandedNodeId>(data, count);
     case OpcUaType_QualifiedName:
-        return forEach<OpcUa_QualifiedName>(data, count, OpcUa_QualifiedName_Initialize);
+        return initializeAll<OpcUa_QualifiedName>(data, count);
     case OpcUaType_LocalizedText:
-        return forEach<OpcUa_LocalizedText>(data, count, OpcUa_LocalizedText_Initialize);
+        return initializeAll<OpcUa_LocalizedText>(data, count);
     case OpcUaType_ExtensionObject:
-        return forEach<OpcUa_ExtensionObject>(data, count, OpcUa_ExtensionObject_Initialize);
+        return initializeAll<OpcUa_ExtensionObject>(data, count);
     case OpcUaType_DiagnosticInfo:
-        return forEach<OpcUa_DiagnosticInfo>(data, count, OpcUa_DiagnosticInfo_Initialize);
+        return initializeAll<OpcUa_DiagnosticInfo>(data, count);
     default:
         std::memset(data, 0, builtInLayouts[kind].size * count);
     }
 }
 
 template <typename T>
-OpcUa_StatusCode copyOne(OpcUa_StatusCode (*copy)(const T*, T*), const void* source, void* destination)
+OpcUa_StatusCode copyAs(const void* source, void* destination)
 {
-    return copy(static_cast<const T*>(source), static_cast<T*>(destination));
+    return copy(*static_cast<const T*>(source), *static_cast<T*>(destination));
 }
 
 OpcUa_StatusCode copyElement(ElementType type, const void* source, void* destination)
 {
     switch (type.kind) {
     case OpcUaType_String:
-        return copyOne(OpcUa_String_Copy, source, destination);
+        return copyAs<OpcUa_String>(source, destination);
     case OpcUaType_ByteString:
     case OpcUaType_XmlElement:
-        return copyOne(OpcUa_ByteString_Copy, source, destination);
+        return copyAs<OpcUa_ByteString>(source, destination);
     case OpcUaType_NodeId:
-        return copyOne(OpcUa_NodeId_Copy, source, destination);
+        return copyAs<OpcUa_NodeId>(source, destination);
     case OpcUaType_ExpandedNodeId:
-        return copyOne(OpcUa_ExpandedNodeId_Copy, source, destination);
+        return copyAs<OpcUa_ExpandedNodeId>(source, destination);
     case OpcUaType_QualifiedName:
-        return copyOne(OpcUa_QualifiedName_Copy, source, destination);
+        return copyAs<OpcUa_QualifiedName>(source, destination);
     case OpcUaType_LocalizedText:
-        return copyOne(OpcUa_LocalizedText_Copy, source, destination);
+        return copyAs<OpcUa_LocalizedText>(source, destination);
     case OpcUaType_ExtensionObject:
-        return copyOne(OpcUa_ExtensionObject_Copy, source, destination);
+        return copyAs<OpcUa_ExtensionObject>(source, destination);
     case OpcUaType_DataValue:
-        return copyOne(OpcUa_DataValue_Copy, source, destination);
+        return copyAs<OpcUa_DataValue>(source, destination);
     case OpcUaType_Variant:
-        return copyOne(OpcUa_Variant_Copy, source, destination);
+        return copyAs<OpcUa_Variant>(source, destination);
     case OpcUaType_DiagnosticInfo:
-        return copyOne(OpcUa_DiagnosticInfo_Copy, source, destination);
+        return copyAs<OpcUa_DiagnosticInfo>(source, destination);
     default:
-        return OpcUa_EncodeableObject_Copy(type.structure, source, destination);
+        return copyStructure(*type.structure, source, destination);
     }
 }
 
@@ -82,9 +82,9 @@ int orderOf(const void* left, const void* right)
 }
 
 template <typename T>
-int compareOne(int (*compare)(const T*, const T*), const void* left, const void* right)
+int compareAs(const void* left, const void* right)
 {
-    return compare(static_cast<const T*>(left), static_cast<const T*>(right));
+    return compare(*static_cast<const T*>(left), *static_cast<const T*>(right));
 }
 
 // Floating point goes by its bits: a NaN equals itself, and -0 is not 0.
@@ -118,30 +118,30 @@ int compareElement(ElementType type, const void* left, const void* right)
 {
     switch (type.kind) {
     case OpcUaType_String:
-        return compareOne(OpcUa_String_Compare, left, right);
+        return compareAs<OpcUa_String>(left, right);
     case OpcUaType_Guid:
-        return compareOne(OpcUa_Guid_Compare, left, right);
+        return compareAs<OpcUa_Guid>(left, right);
     case OpcUaType_ByteString:
     case OpcUaType_XmlElement:
-        return compareOne(OpcUa_ByteString_Compare, left, right);
+        return compareAs<OpcUa_ByteString>(left, right);
     case OpcUaType_NodeId:
-        return compareOne(OpcUa_NodeId_Compare, left, right);
+        return compareAs<OpcUa_NodeId>(left, right);
     case OpcUaType_ExpandedNodeId:
-        return compareOne(OpcUa_ExpandedNodeId_Compare, left, right);
+        return compareAs<OpcUa_ExpandedNodeId>(left, right);
     case OpcUaType_QualifiedName:
-        return compareOne(OpcUa_QualifiedName_Compare, left, right);
+        return compareAs<OpcUa_QualifiedName>(left, right);
     case OpcUaType_LocalizedText:
-        return compareOne(OpcUa_LocalizedText_Compare, left, right);
+        return compareAs<OpcUa_LocalizedText>(left, right);
     case OpcUaType_ExtensionObject:
-        return compareOne(OpcUa_ExtensionObject_Compare, left, right);
+        return compareAs<OpcUa_ExtensionObject>(left, right);
     case OpcUaType_DataValue:
-        return compareOne(OpcUa_DataValue_Compare, left, right);
+        return compareAs<OpcUa_DataValue>(left, right);
     case OpcUaType_Variant:
-        return compareOne(OpcUa_Variant_Compare, left, right);
+        return compareAs<OpcUa_Variant>(left, right);
     case OpcUaType_DiagnosticInfo:
-        return compareOne(OpcUa_DiagnosticInfo_Compare, left, right);
+        return compareAs<OpcUa_DiagnosticInfo>(left, right);
     case OpcUa_FieldKind_Structure:
-        return OpcUa_EncodeableObject_Compare(type.structure, left, right);
+        return compareStructures(*type.structure, left, right);
     default:
         return compareNumber(type.kind, left, right);
     }
@@ -154,7 +154,7 @@ void initializeElements(ElementType type, void* data, size_t count)
     if (!type.isStructure())
         return initializeBuiltIn(type.kind, data, count);
     for (size_t i = 0; i < count; ++i)
-        OpcUa_EncodeableObject_Initialize(type.structure, elementAt(data, type.size(), i));
+        initializeStructure(*type.structure, elementAt(data, type.size(), i));
 }
 
 void clearElements(ElementType type, void* data, size_t count)
@@ -167,8 +167,11 @@ void releaseElements(ElementType type, void* data, size_t count)
 {
     if (type.isFlat())
         return;
-    if (type.kind == OpcUaType_DataValue) // the longest arrays of all, most of which own nothing
-        return forEach<OpcUa_DataValue>(data, count, [](auto* value) { release(value->Value); });
+    if (type.kind == OpcUaType_DataValue) { // the longest arrays of all, most of which own nothing
+        for (OpcUa_DataValue& value : std::span(static_cast<OpcUa_DataValue*>(data), count))
+            release(value.Value);
+        return;
+    }
     TextReleaser texts;
     if (type.isStructure())
         return releaseStructures(*type.structure, data, count, texts);
@@ -212,7 +215,7 @@ void* allocateElements(ElementType type, size_t count)
     size_t bytes = 0;
     if (__builtin_mul_overflow(type.size(), count, &bytes))
         return nullptr;
-    return OpcUa_Memory_Alloc(std::max<size_t>(bytes, 1));
+    return allocateMemory(std::max<size_t>(bytes, 1));
 }
 
 void deleteElements(ElementType type, void* data, size_t count)
@@ -220,7 +223,7 @@ void deleteElements(ElementType type, void* data, size_t count)
     if (data == nullptr)
         return;
     releaseElements(type, data, count);
-    OpcUa_Memory_Free(data);
+    freeMemory(data);
 }
 
 void* cloneElements(ElementType type, const void* source, size_t count, OpcUa_StatusCode& status)
@@ -231,7 +234,7 @@ void* cloneElements(ElementType type, const void* source, size_t count, OpcUa_St
     void* const copy = allocateElements(type, count);
     status = copy == nullptr ? OpcUa_BadOutOfMemory : copyElements(type, source, copy, count);
     if (OpcUa_IsBad(status)) {
-        OpcUa_Memory_Free(copy);
+        freeMemory(copy);
         return nullptr;
     }
     return copy;
@@ -257,40 +260,3 @@ bool PresentFields::isValid(const OpcUa_EncodeableType& type) const
 }
 
 } // namespace opcua
-
-size_t OpcUa_BuiltInType_Size(OpcUa_Byte builtInType)
-{
-    return opcua::isBuiltInType(builtInType) ? opcua::builtInLayouts[builtInType].size : 0;
-}
-
-const char* OpcUa_BuiltInType_Name(OpcUa_Byte builtInType)
-{
-    return builtInType < opcua::builtInLayouts.size() ? opcua::builtInLayouts[builtInType].name : "Unknown";
-}
-
-void OpcUa_BuiltInType_InitializeArray(OpcUa_Byte builtInType, void* data, size_t count)
-{
-    if (opcua::isBuiltInType(builtInType) && data != nullptr)
-        opcua::initializeElements(opcua::ElementType::of(builtInType), data, count);
-}
-
-void OpcUa_BuiltInType_ClearArray(OpcUa_Byte builtInType, void* data, size_t count)
-{
-    if (opcua::isBuiltInType(builtInType) && data != nullptr)
-        opcua::clearElements(opcua::ElementType::of(builtInType), data, count);
-}
-
-OpcUa_StatusCode OpcUa_BuiltInType_CopyArray(OpcUa_Byte builtInType, const void* source, void* destination,
-                                             size_t count)
-{
-    if (!opcua::isBuiltInType(builtInType))
-        return OpcUa_BadInvalidArgument;
-    return opcua::copyElements(opcua::ElementType::of(builtInType), source, destination, count);
-}
-
-int OpcUa_BuiltInType_Compare(OpcUa_Byte builtInType, const void* left, const void* right)
-{
-    if (!opcua::isBuiltInType(builtInType))
-        return 0;
-    return opcua::compareElements(opcua::ElementType::of(builtInType), left, right, 1);
-}

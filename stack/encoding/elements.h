@@ -93,6 +93,7 @@ struct ElementType
         return {enumeration ? static_cast<OpcUa_Byte>(OpcUaType_Int32) : field.Kind, field.StructureType};
     }
     static ElementType of(OpcUa_Byte builtInType) { return {builtInType, nullptr}; }
+    static ElementType of(const OpcUa_EncodeableType& type) { return {OpcUa_FieldKind_Structure, &type}; }
 
     bool isStructure() const { return kind == OpcUa_FieldKind_Structure; }
     bool isFixed() const { return !isStructure() && builtInLayouts[kind].fixed; }

@@ -1,11 +1,12 @@
-// Searches in the generated tables.
-#include <opcua/opcua_attributes.h>
-#include <opcua/opcua_statuscodes.h>
+#include <stack/encoding/lookup.h>
+
 #include <stack/encoding/nametables.h>
 
 #include <algorithm>
 #include <ranges>
 #include <span>
+
+namespace opcua {
 
 namespace {
 
@@ -19,7 +20,7 @@ const Entry* find(std::span<const Entry> entries, Key key, Projection projection
 
 } // namespace
 
-const OpcUa_EncodeableType* OpcUa_EncodeableType_FindByBinaryId(OpcUa_UInt32 binaryEncodingTypeId)
+const OpcUa_EncodeableType* findTypeByBinaryId(OpcUa_UInt32 binaryEncodingTypeId)
 {
     const std::span types(opcua_typesByBinaryId, opcua_typesByBinaryIdCount);
     const auto* const entry =
@@ -27,22 +28,22 @@ const OpcUa_EncodeableType* OpcUa_EncodeableType_FindByBinaryId(OpcUa_UInt32 bin
     return entry != nullptr ? *entry : nullptr;
 }
 
-const OpcUa_EncodeableType* OpcUa_EncodeableType_FindByTypeId(OpcUa_UInt32 dataTypeId)
+const OpcUa_EncodeableType* findTypeByTypeId(OpcUa_UInt32 dataTypeId)
 {
     const std::span types(opcua_typesByTypeId, opcua_typesByTypeIdCount);
     const auto* const entry = find(types, dataTypeId, [](const auto* type) { return type->TypeId; });
     return entry != nullptr ? *entry : nullptr;
 }
 
-const OpcUa_EnumeratedType* OpcUa_EnumeratedType_Find(OpcUa_UInt32 enumDataTypeId)
+const OpcUa_EnumeratedType* findEnumeratedType(OpcUa_UInt32 dataTypeId)
 {
     const std::span types(opcua_enumeratedTypes, opcua_enumeratedTypeCount);
-    return find(types, enumDataTypeId, [](const auto& type) { return type.TypeId; });
+    return find(types, dataTypeId, [](const auto& type) { return type.TypeId; });
 }
 
-const char* OpcUa_EnumValue_Name(OpcUa_UInt32 enumDataTypeId, OpcUa_Int32 value)
+const char* nameOfEnumValue(OpcUa_UInt32 enumDataTypeId, OpcUa_Int32 value)
 {
-    const OpcUa_EnumeratedType* const type = OpcUa_EnumeratedType_Find(enumDataTypeId);
+    const OpcUa_EnumeratedType* const type = findEnumeratedType(enumDataTypeId);
     if (type == nullptr)
         return nullptr;
     const std::span values(type->Values, type->ValueCount);
@@ -50,15 +51,17 @@ const char* OpcUa_EnumValue_Name(OpcUa_UInt32 enumDataTypeId, OpcUa_Int32 value)
     return at != values.end() ? at->Name : nullptr;
 }
 
-const char* OpcUa_StatusCode_Name(OpcUa_StatusCode code)
+const char* nameOfStatusCode(OpcUa_StatusCode code)
 {
     const std::span names(opcua_statusCodeNames, opcua_statusCodeNameCount);
     const auto* const entry = find(names, code & 0xFFFF0000u, [](const auto& name) { return name.Code; });
     return entry != nullptr ? entry->Name : nullptr;
 }
 
-const char* OpcUa_AttributeId_Name(OpcUa_UInt32 attributeId)
+const char* nameOfAttribute(OpcUa_UInt32 attributeId)
 {
     return attributeId >= 1 && attributeId <= opcua_attributeNameCount ? opcua_attributeNames[attributeId - 1]
                                                                        : nullptr;
 }
+
+} // namespace opcua

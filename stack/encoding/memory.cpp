@@ -1,5 +1,6 @@
 // In a file of its own, so that a test can put a failing allocator in its place.
-#include <opcua/opcua_platform.h>
+#include <stack/encoding/memory.h>
+
 #include <stack/encoding/textpool.h>
 
 #include <algorithm>
@@ -9,9 +10,11 @@
 #include <cstring>
 #include <new>
 
-// In front of what Alloc hands out stands a pointer: to the block that the memory is cut from, or null when
-// it is a block of its own. Free needs nothing else.
-struct opcua::TextBlock
+namespace opcua {
+
+// In front of what allocateMemory hands out stands a pointer: to the block that the memory is cut from, or
+// null when it is a block of its own. freeMemory needs nothing else.
+struct TextBlock
 {
     // texts not freed yet, and as long as the pool cuts from the block, reserve besides
     std::atomic<std::uint32_t> users;
@@ -19,15 +22,13 @@ struct opcua::TextBlock
 
 namespace {
 
-using opcua::TextBlock;
-
 constexpr std::uint32_t reserve = 1u << 31;
 constexpr size_t ownerSize = sizeof(TextBlock*);
 constexpr size_t headerSize = alignof(std::max_align_t); // of a block of its own; the pointer is its end
 constexpr size_t smallestBlock = 256;
 constexpr size_t firstBlock = 4096;
 constexpr size_t largestBlock = 16384;
-static_assert(opcua::longestPooledText + ownerSize + 8 + sizeof(TextBlock) < firstBlock);
+static_assert(longestPooledText + ownerSize + 8 + sizeof(TextBlock) < firstBlock);
 
 #if !defined(__SANITIZE_ADDRESS__) && defined(__has_feature)
 #    if __has_feature(address_sanitizer)
@@ -65,7 +66,7 @@ void drop(TextBlock* block, std::uint32_t users)
 
 } // namespace
 
-void* OpcUa_Memory_Alloc(size_t size)
+void* allocateMemory(size_t size)
 {
     if (size == 0 || size > SIZE_MAX - headerSize)
         return nullptr;
@@ -75,7 +76,7 @@ void* OpcUa_Memory_Alloc(size_t size)
     return memory;
 }
 
-void OpcUa_Memory_Free(void* memory)
+void freeMemory(void* memory)
 {
     if (memory == nullptr)
         return;
@@ -86,15 +87,13 @@ void OpcUa_Memory_Free(void* memory)
         drop(owner, 1);
 }
 
-void* OpcUa_Memory_AllocArray(size_t count, size_t elementSize)
+void* allocateZeroedMemory(size_t count, size_t elementSize)
 {
     size_t size = 0;
     if (__builtin_mul_overflow(count, elementSize, &size) || size == 0 || size > SIZE_MAX - headerSize)
         return nullptr;
     return behindHeader(std::calloc(1, size + headerSize)); // the zeros are the null owner too
 }
-
-namespace opcua {
 
 TextPool::TextPool(size_t messageSize) : m_blockSize(std::clamp(2 * messageSize, smallestBlock, firstBlock))
 {
@@ -109,7 +108,7 @@ void* TextPool::allocate(size_t size)
 {
     const size_t needed = (ownerSize + size + 7) & ~size_t{7};
     if (!pooled || size == 0 || size > longestPooledText || needed + sizeof(TextBlock) + 8 > m_blockSize)
-        return OpcUa_Memory_Alloc(size);
+        return allocateMemory(size);
     void* const memory = allocateAtHand(size);
     if (memory != nullptr)
         return memory;
@@ -143,7 +142,7 @@ void TextReleaser::releaseText(void* text)
 {
     TextBlock* const owner = ownerOf(text);
     if (owner == nullptr)
-        return OpcUa_Memory_Free(text);
+        return freeMemory(text);
     if (owner != m_block)
         flush();
     m_block = owner;

@@ -1,5 +1,7 @@
 #include <stack/encoding/messagecodec.h>
 
+#include <stack/encoding/lifecycle.h>
+#include <stack/encoding/lookup.h>
 #include <stack/encoding/reader.h>
 #include <stack/encoding/writer.h>
 
@@ -22,32 +24,6 @@ OpcUa_StatusCode encode(const EncodingLimits& limits, ByteBuffer& out, Write wri
     } catch (const std::bad_alloc&) {
         return OpcUa_BadOutOfMemory;
     }
-}
-
-template <typename Write>
-OpcUa_StatusCode encodeToByteString(OpcUa_ByteString* bytes, Write write)
-{
-    OpcUa_ByteString_Initialize(bytes);
-    ByteBuffer buffer;
-    const OpcUa_StatusCode status = encode(EncodingLimits{}, buffer, write);
-    if (OpcUa_IsBad(status))
-        return status;
-    if (buffer.size() > INT32_MAX)
-        return OpcUa_BadEncodingLimitsExceeded;
-    const void* const data = buffer.size() == 0 ? "" : static_cast<const void*>(buffer.data());
-    return OpcUa_ByteString_Assign(bytes, data, static_cast<OpcUa_Int32>(buffer.size()));
-}
-
-OpcUa_StatusCode decodeOne(ElementType type, std::span<const OpcUa_Byte> bytes, void* target,
-                           size_t* consumed)
-{
-    const EncodingLimits limits;
-    Reader reader(bytes, limits);
-    if (!reader.element(type, target))
-        return reader.status();
-    if (consumed != nullptr)
-        *consumed = bytes.size() - reader.left();
-    return OpcUa_Good;
 }
 
 } // namespace
@@ -89,11 +65,11 @@ OpcUa_StatusCode decodeMessage(std::span<const OpcUa_Byte> bytes, const Encoding
     if (!reader.nodeId(id))
         return reader.status();
     const bool standard = id.NamespaceIndex == 0 && id.IdentifierType == OpcUa_IdentifierType_Numeric;
-    const auto* const type = standard ? OpcUa_EncodeableType_FindByBinaryId(id.Identifier.Numeric) : nullptr;
-    OpcUa_NodeId_Clear(&id);
+    const auto* const type = standard ? findTypeByBinaryId(id.Identifier.Numeric) : nullptr;
+    clear(id);
     if (type == nullptr)
         return OpcUa_BadDataTypeIdUnknown;
-    message.object = OpcUa_Memory_Alloc(type->AllocationSize);
+    message.object = allocateMemory(type->AllocationSize);
     if (message.object == nullptr)
         return OpcUa_BadOutOfMemory;
     message.type = type;
@@ -102,6 +78,32 @@ OpcUa_StatusCode decodeMessage(std::span<const OpcUa_Byte> bytes, const Encoding
         return OpcUa_Good;
     message = DecodedMessage();
     return decoded ? OpcUa_BadDecodingError : reader.status();
+}
+
+OpcUa_StatusCode encodeElement(ElementType type, const void* value, OpcUa_ByteString& bytes)
+{
+    initialize(bytes);
+    ByteBuffer buffer;
+    const OpcUa_StatusCode status =
+        encode(EncodingLimits{}, buffer, [&](Writer& writer) { writer.element(type, value); });
+    if (OpcUa_IsBad(status))
+        return status;
+    if (buffer.size() > INT32_MAX)
+        return OpcUa_BadEncodingLimitsExceeded;
+    const void* const data = buffer.size() == 0 ? "" : static_cast<const void*>(buffer.data());
+    return assign(bytes, data, static_cast<OpcUa_Int32>(buffer.size()));
+}
+
+OpcUa_StatusCode decodeElement(ElementType type, std::span<const OpcUa_Byte> bytes, void* target,
+                               size_t* consumed)
+{
+    const EncodingLimits limits;
+    Reader reader(bytes, limits);
+    if (!reader.element(type, target))
+        return reader.status();
+    if (consumed != nullptr)
+        *consumed = bytes.size() - reader.left();
+    return OpcUa_Good;
 }
 
 DecodedMessage::DecodedMessage(DecodedMessage&& other) noexcept
@@ -119,7 +121,7 @@ DecodedMessage& DecodedMessage::operator=(DecodedMessage&& other) noexcept
 DecodedMessage::~DecodedMessage()
 {
     if (object != nullptr)
-        OpcUa_EncodeableObject_Delete(type, &object);
+        deleteStructure(*type, object);
 }
 
 void* DecodedMessage::release() noexcept
@@ -129,34 +131,3 @@ void* DecodedMessage::release() noexcept
 }
 
 } // namespace opcua
-
-OpcUa_StatusCode OpcUa_EncodeableObject_EncodeBinary(const OpcUa_EncodeableType* type, const void* object,
-                                                     OpcUa_ByteString* bytes)
-{
-    return opcua::encodeToByteString(
-        bytes, [&](opcua::Writer& writer) { writer.structure(*type, object); });
-}
-
-OpcUa_StatusCode OpcUa_EncodeableObject_DecodeBinary(const OpcUa_EncodeableType* type, const OpcUa_Byte* data,
-                                                     size_t size, void* object, size_t* consumed)
-{
-    return opcua::decodeOne({OpcUa_FieldKind_Structure, type}, {data, size}, object, consumed);
-}
-
-OpcUa_StatusCode OpcUa_BuiltInType_EncodeBinary(OpcUa_Byte builtInType, const void* value,
-                                                OpcUa_ByteString* bytes)
-{
-    OpcUa_ByteString_Initialize(bytes);
-    if (!opcua::isBuiltInType(builtInType))
-        return OpcUa_BadEncodingError;
-    return opcua::encodeToByteString(
-        bytes, [&](opcua::Writer& writer) { writer.element(opcua::ElementType::of(builtInType), value); });
-}
-
-OpcUa_StatusCode OpcUa_BuiltInType_DecodeBinary(OpcUa_Byte builtInType, const OpcUa_Byte* data, size_t size,
-                                                void* value, size_t* consumed)
-{
-    if (!opcua::isBuiltInType(builtInType))
-        return OpcUa_BadDecodingError;
-    return opcua::decodeOne(opcua::ElementType::of(builtInType), {data, size}, value, consumed);
-}

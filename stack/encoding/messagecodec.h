@@ -3,6 +3,7 @@
 
 #include <opcua/opcua_encodeable.h>
 #include <stack/encoding/bytebuffer.h>
+#include <stack/encoding/elements.h>
 
 #include <cstddef>
 #include <span>
@@ -45,5 +46,13 @@ struct DecodedMessage
 /// BadDataTypeIdUnknown when the type id is not in the tables.
 [[nodiscard]] OpcUa_StatusCode decodeMessage(std::span<const OpcUa_Byte> bytes, const EncodingLimits& limits,
                                              DecodedMessage& message);
+
+/// One value without a type id in front, under the standard limits. bytes is set in any case.
+/// Good, BadEncodingError, BadEncodingLimitsExceeded, BadOutOfMemory.
+[[nodiscard]] OpcUa_StatusCode encodeElement(ElementType type, const void* value, OpcUa_ByteString& bytes);
+/// target holds what was read, or the null value on failure; consumed may be null.
+/// Good, BadDecodingError, BadEncodingLimitsExceeded, BadOutOfMemory.
+[[nodiscard]] OpcUa_StatusCode decodeElement(ElementType type, std::span<const OpcUa_Byte> bytes,
+                                             void* target, size_t* consumed);
 
 } // namespace opcua

@@ -1,5 +1,8 @@
 #include <stack/encoding/reader.h>
 
+#include <stack/encoding/lifecycle.h>
+#include <stack/encoding/nodeidformat.h>
+
 #include <algorithm>
 
 namespace opcua {
@@ -9,17 +12,6 @@ namespace {
 // A decoded message takes at most this times its bytes; small ones may always take the second figure.
 constexpr size_t memoryPerByte = 8;
 constexpr size_t memoryOfSmallMessages = 16u * 1024 * 1024;
-
-namespace NodeIdFormat {
-constexpr OpcUa_Byte twoByteId = 0;
-constexpr OpcUa_Byte fourByteId = 1;
-constexpr OpcUa_Byte numericId = 2;
-constexpr OpcUa_Byte stringId = 3;
-constexpr OpcUa_Byte guidId = 4;
-constexpr OpcUa_Byte byteStringId = 5;
-constexpr OpcUa_Byte serverIndexFlag = 0x40;
-constexpr OpcUa_Byte namespaceUriFlag = 0x80;
-} // namespace NodeIdFormat
 
 } // namespace
 
@@ -47,7 +39,7 @@ void* Reader::accept(void* memory)
 void* Reader::allocate(size_t size)
 {
     size = std::max<size_t>(size, 1);
-    return takeMemory(size) ? accept(OpcUa_Memory_Alloc(size)) : nullptr;
+    return takeMemory(size) ? accept(allocateMemory(size)) : nullptr;
 }
 
 void* Reader::allocateText(size_t size)
@@ -124,7 +116,7 @@ bool Reader::byteString(OpcUa_ByteString& value)
 
 bool Reader::qualifiedName(OpcUa_QualifiedName& value)
 {
-    OpcUa_QualifiedName_Initialize(&value);
+    initialize(value);
     if (fixed(value.NamespaceIndex) && string(value.Name))
         return true;
     value.NamespaceIndex = 0;
@@ -133,12 +125,12 @@ bool Reader::qualifiedName(OpcUa_QualifiedName& value)
 
 bool Reader::localizedText(OpcUa_LocalizedText& value)
 {
-    OpcUa_LocalizedText_Initialize(&value);
+    initialize(value);
     OpcUa_Byte mask = 0;
     if (fixed(mask) && ((mask & 0x01) == 0 || string(value.Locale)) &&
         ((mask & 0x02) == 0 || string(value.Text)))
         return true;
-    OpcUa_LocalizedText_Clear(&value);
+    clear(value);
     return false;
 }
 
@@ -146,7 +138,7 @@ bool Reader::localizedText(OpcUa_LocalizedText& value)
 
 bool Reader::identifier(OpcUa_Byte format, OpcUa_NodeId& value)
 {
-    OpcUa_NodeId_Initialize(&value);
+    initialize(value);
     OpcUa_Byte small = 0;
     OpcUa_UInt16 medium = 0;
     bool result = false;
@@ -164,14 +156,14 @@ bool Reader::identifier(OpcUa_Byte format, OpcUa_NodeId& value)
         return fixed(value.NamespaceIndex) && fixed(value.Identifier.Numeric);
     case NodeIdFormat::stringId:
         value.IdentifierType = OpcUa_IdentifierType_String;
-        OpcUa_String_Initialize(&value.Identifier.String);
+        initialize(value.Identifier.String);
         return fixed(value.NamespaceIndex) && string(value.Identifier.String);
     case NodeIdFormat::guidId:
         value.IdentifierType = OpcUa_IdentifierType_Guid;
         return fixed(value.NamespaceIndex) && fixed(value.Identifier.Guid);
     case NodeIdFormat::byteStringId:
         value.IdentifierType = OpcUa_IdentifierType_Opaque;
-        OpcUa_ByteString_Initialize(&value.Identifier.ByteString);
+        initialize(value.Identifier.ByteString);
         return fixed(value.NamespaceIndex) && byteString(value.Identifier.ByteString);
     default:
         return fail(OpcUa_BadDecodingError);
@@ -183,13 +175,13 @@ bool Reader::nodeId(OpcUa_NodeId& value)
     OpcUa_Byte format = 0;
     if (fixed(format) && identifier(format, value))
         return true;
-    OpcUa_NodeId_Initialize(&value);
+    initialize(value);
     return false;
 }
 
 bool Reader::expandedNodeId(OpcUa_ExpandedNodeId& value)
 {
-    OpcUa_ExpandedNodeId_Initialize(&value);
+    initialize(value);
     OpcUa_Byte format = 0;
     if (!fixed(format))
         return false;
@@ -199,7 +191,7 @@ bool Reader::expandedNodeId(OpcUa_ExpandedNodeId& value)
         ((format & NodeIdFormat::namespaceUriFlag) == 0 || string(value.NamespaceUri)) &&
         optional((format & NodeIdFormat::serverIndexFlag) != 0, value.ServerIndex))
         return true;
-    OpcUa_ExpandedNodeId_Clear(&value);
+    clear(value);
     return false;
 }
 
@@ -314,7 +306,7 @@ bool Reader::dataValue(OpcUa_DataValue& value)
 {
     if (plainDataValues(&value, 1) == 1)
         return true;
-    OpcUa_DataValue_Initialize(&value);
+    initialize(value);
     OpcUa_Byte mask = 0;
     if (fixed(mask) && ((mask & 0x01) == 0 || variant(value.Value)) &&
         optional((mask & 0x02) != 0, value.StatusCode) &&
@@ -323,7 +315,7 @@ bool Reader::dataValue(OpcUa_DataValue& value)
         ((mask & 0x08) == 0 || date(value.ServerTimestamp)) &&
         optional((mask & 0x20) != 0, value.ServerPicoseconds))
         return true;
-    OpcUa_DataValue_Clear(&value);
+    clear(value);
     return false;
 }
 
@@ -337,7 +329,7 @@ bool Reader::stringIndex(bool present, OpcUa_Int32& index)
 
 bool Reader::diagnosticInfo(OpcUa_DiagnosticInfo& value)
 {
-    OpcUa_DiagnosticInfo_Initialize(&value);
+    initialize(value);
     OpcUa_Byte mask = 0;
     bool result = fixed(mask) && stringIndex((mask & 0x01) != 0, value.SymbolicId) &&
                   stringIndex((mask & 0x02) != 0, value.NamespaceUri) &&
@@ -351,7 +343,7 @@ bool Reader::diagnosticInfo(OpcUa_DiagnosticInfo& value)
         value.InnerDiagnosticInfo = static_cast<OpcUa_DiagnosticInfo*>(inner);
     }
     if (!result)
-        OpcUa_DiagnosticInfo_Clear(&value);
+        clear(value);
     return result;
 }
 

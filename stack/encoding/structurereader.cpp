@@ -1,4 +1,6 @@
 // Variants, extension objects and structures: what can hold each other.
+#include <stack/encoding/lookup.h>
+#include <stack/encoding/nodeidformat.h>
 #include <stack/encoding/reader.h>
 #include <stack/encoding/values.h>
 
@@ -35,7 +37,7 @@ const OpcUa_EncodeableType* typeOf(const OpcUa_ExpandedNodeId& id)
         id.NodeId.NamespaceIndex == 0 && id.NamespaceUri.Data == nullptr && id.ServerIndex == 0;
     if (!standard || id.NodeId.IdentifierType != OpcUa_IdentifierType_Numeric)
         return nullptr;
-    return OpcUa_EncodeableType_FindByBinaryId(id.NodeId.Identifier.Numeric);
+    return findTypeByBinaryId(id.NodeId.Identifier.Numeric);
 }
 
 bool canNest(ElementType type)
@@ -57,7 +59,7 @@ bool Reader::nested(ElementType type, size_t count, void*& data)
 
 bool Reader::variant(OpcUa_Variant& value)
 {
-    OpcUa_Variant_Initialize(&value);
+    initialize(value);
     OpcUa_Byte encoding = 0;
     if (!fixed(encoding))
         return false;
@@ -81,7 +83,7 @@ bool Reader::variantScalar(OpcUa_Byte type, OpcUa_Variant& value)
     const bool result =
         isHeldByPointer(type) ? variantBlock(type, value) : element(ElementType::of(type), &value.Value);
     if (!result)
-        OpcUa_Variant_Initialize(&value);
+        initialize(value);
     return result;
 }
 
@@ -109,7 +111,7 @@ bool Reader::variantArray(OpcUa_Byte type, bool hasDimensions, OpcUa_Variant& va
     value.Value.Array = {length, 0, nullptr, data};
     if (!hasDimensions || dimensions(value))
         return true;
-    OpcUa_Variant_Clear(&value);
+    clear(value);
     return false;
 }
 
@@ -126,7 +128,7 @@ bool Reader::dimensions(OpcUa_Variant& value)
     auto* const sizes = static_cast<OpcUa_Int32*>(data);
     OpcUa_VariantArray& array = value.Value.Array;
     if (count < 2 || !dimensionsFit({sizes, static_cast<size_t>(count)}, array.Length)) {
-        OpcUa_Memory_Free(data);
+        freeMemory(data);
         return true;
     }
     value.ArrayType = OpcUa_VariantArrayType_Matrix;
@@ -139,10 +141,10 @@ bool Reader::dimensions(OpcUa_Variant& value)
 
 bool Reader::extensionObject(OpcUa_ExtensionObject& value)
 {
-    OpcUa_ExtensionObject_Initialize(&value);
+    initialize(value);
     if (expandedNodeId(value.TypeId) && extensionBody(value))
         return true;
-    OpcUa_ExtensionObject_Clear(&value);
+    clear(value);
     return false;
 }
 
@@ -200,24 +202,21 @@ bool Reader::knownBody(const OpcUa_EncodeableType& type, OpcUa_Int32 length, Opc
 
 namespace {
 
-// Bytes of the longest numeric node id.
-constexpr size_t longestNumericNodeId = 7;
-
 // Reads a numeric node id, of which as many bytes are there as the longest takes; null for another.
 inline const OpcUa_Byte* takeNumericNodeId(const OpcUa_Byte* at, OpcUa_NodeId& value)
 {
     OpcUa_UInt16 medium = 0;
     value = OpcUa_NodeId{};
     switch (at[0]) {
-    case 0:
+    case NodeIdFormat::twoByteId:
         value.Identifier.Numeric = at[1];
         return at + 2;
-    case 1:
+    case NodeIdFormat::fourByteId:
         std::memcpy(&medium, at + 2, sizeof medium);
         value.NamespaceIndex = at[1];
         value.Identifier.Numeric = medium;
         return at + 4;
-    case 2:
+    case NodeIdFormat::numericId:
         std::memcpy(&value.NamespaceIndex, at + 1, sizeof value.NamespaceIndex);
         std::memcpy(&value.Identifier.Numeric, at + 3, sizeof value.Identifier.Numeric);
         return at + longestNumericNodeId;
@@ -313,7 +312,7 @@ inline const OpcUa_Byte* Reader::plainLocalizedText(const OpcUa_Byte* at, OpcUa_
     if (at != nullptr && (mask & 0x02) != 0)
         at = plainText(at, value.Text);
     if (at == nullptr)
-        OpcUa_Memory_Free(value.Locale.Data);
+        freeMemory(value.Locale.Data);
     return at;
 }
 
@@ -322,7 +321,7 @@ bool Reader::structure(const OpcUa_EncodeableType& type, void* object)
     if (type.IsUnion || type.HasOptionalFields)
         return prefixedStructure(type, object);
     if (type.FieldCount == 0)
-        OpcUa_EncodeableObject_Initialize(&type, object);
+        initializeStructure(type, object);
     const OpcUa_Byte* at = m_at; // in a register: one field need not wait until memory has the last one's end
     for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
         const OpcUa_FieldDescriptor& descriptor = type.Fields[i];
@@ -337,7 +336,7 @@ bool Reader::structure(const OpcUa_EncodeableType& type, void* object)
         m_at = at;
         if (!field(descriptor, object)) {
             initializeFields(type, i, object);
-            OpcUa_EncodeableObject_Clear(&type, object);
+            clearStructure(type, object);
             return false;
         }
         at = m_at;
@@ -348,7 +347,7 @@ bool Reader::structure(const OpcUa_EncodeableType& type, void* object)
 
 bool Reader::prefixedStructure(const OpcUa_EncodeableType& type, void* object)
 {
-    OpcUa_EncodeableObject_Initialize(&type, object);
+    initializeStructure(type, object);
     OpcUa_UInt32 prefix = 0;
     if (!fixed(prefix))
         return false;
@@ -358,8 +357,7 @@ bool Reader::prefixedStructure(const OpcUa_EncodeableType& type, void* object)
     for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
         if (!present.has(i) || field(type.Fields[i], object))
             continue;
-        OpcUa_EncodeableObject_Clear(&type,
-                                     object); // the prefix is not set yet: a union has no member to free
+        clearStructure(type, object); // the prefix is not set yet: a union has no member to free
         return false;
     }
     memberAt<OpcUa_UInt32>(object, 0) = prefix;

@@ -5,12 +5,9 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
+namespace opcua {
 
-using opcua::elementAt;
-using opcua::ElementType;
-using opcua::memberAt;
-using opcua::PresentFields;
+namespace {
 
 size_t countOf(const OpcUa_FieldDescriptor& field, const void* object)
 {
@@ -34,16 +31,16 @@ void forEachObject(void* objects, const OpcUa_EncodeableType& type, size_t count
 // The kind as a constant leaves no choice to make for each object.
 template <OpcUa_Byte Kind>
 void releaseBuiltInField(const OpcUa_EncodeableType& type, size_t offset, void* objects, size_t count,
-                         opcua::TextReleaser& texts)
+                         TextReleaser& texts)
 {
     forEachObject(
         objects, type, count,
-        [&](void* object) { opcua::releaseBuiltIn(Kind, elementAt(object, 1, offset), texts); });
+        [&](void* object) { releaseBuiltIn(Kind, elementAt(object, 1, offset), texts); });
 }
 
 // One field of all objects, so that what the field is has to be looked up once.
 void releaseField(const OpcUa_EncodeableType& type, const OpcUa_FieldDescriptor& field, void* objects,
-                  size_t count, opcua::TextReleaser& texts)
+                  size_t count, TextReleaser& texts)
 {
     const ElementType element = ElementType::of(field);
     const size_t offset = field.Offset;
@@ -56,7 +53,7 @@ void releaseField(const OpcUa_EncodeableType& type, const OpcUa_FieldDescriptor&
     switch (field.Kind) {
     case OpcUa_FieldKind_Structure:
         return forEachObject(objects, type, count, [&](void* object) {
-            opcua::releaseStructures(*field.StructureType, elementAt(object, 1, offset), 1, texts);
+            releaseStructures(*field.StructureType, elementAt(object, 1, offset), 1, texts);
         });
     case OpcUaType_String:
         return releaseBuiltInField<OpcUaType_String>(type, offset, objects, count, texts);
@@ -72,15 +69,15 @@ void releaseField(const OpcUa_EncodeableType& type, const OpcUa_FieldDescriptor&
         return releaseBuiltInField<OpcUaType_Variant>(type, offset, objects, count, texts);
     default:
         return forEachObject(objects, type, count, [&](void* object) {
-            opcua::releaseBuiltIn(field.Kind, elementAt(object, 1, offset), texts);
+            releaseBuiltIn(field.Kind, elementAt(object, 1, offset), texts);
         });
     }
 }
 
 void releaseObject(const OpcUa_EncodeableType& type, void* object)
 {
-    opcua::TextReleaser texts;
-    opcua::releaseStructures(type, object, 1, texts);
+    TextReleaser texts;
+    releaseStructures(type, object, 1, texts);
 }
 
 OpcUa_StatusCode copyField(const OpcUa_FieldDescriptor& field, const void* source, void* destination)
@@ -107,9 +104,9 @@ int compareField(const OpcUa_FieldDescriptor& field, const void* left, const voi
     const void* const a = memberAt<void*>(left, field.Offset);
     const void* const b = memberAt<void*>(right, field.Offset);
     if (a == nullptr || b == nullptr)
-        return opcua::order(a != nullptr, b != nullptr);
+        return order(a != nullptr, b != nullptr);
     if (countOf(field, left) != countOf(field, right))
-        return opcua::order(countOf(field, left), countOf(field, right));
+        return order(countOf(field, left), countOf(field, right));
     return compareElements(type, a, b, countOf(field, left));
 }
 
@@ -121,7 +118,7 @@ void setPrefix(const OpcUa_EncodeableType& type, const void* source, void* desti
 
 } // namespace
 
-void opcua::initializeFields(const OpcUa_EncodeableType& type, OpcUa_UInt32 from, void* object)
+void initializeFields(const OpcUa_EncodeableType& type, OpcUa_UInt32 from, void* object)
 {
     for (OpcUa_UInt32 i = from; i < type.FieldCount; ++i) {
         const OpcUa_FieldDescriptor& field = type.Fields[i];
@@ -134,21 +131,20 @@ void opcua::initializeFields(const OpcUa_EncodeableType& type, OpcUa_UInt32 from
     }
 }
 
-void OpcUa_EncodeableObject_Initialize(const OpcUa_EncodeableType* type, void* object)
+void initializeStructure(const OpcUa_EncodeableType& type, void* object)
 {
-    std::memset(object, 0, type->AllocationSize);
-    if (type->IsFlat || type->IsUnion)
+    std::memset(object, 0, type.AllocationSize);
+    if (type.IsFlat || type.IsUnion)
         return;
-    for (OpcUa_UInt32 i = 0; i < type->FieldCount; ++i) {
-        const OpcUa_FieldDescriptor& field = type->Fields[i];
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
+        const OpcUa_FieldDescriptor& field = type.Fields[i];
         const ElementType element = ElementType::of(field);
-        if (!isIndirect(field) && (element.isStructure() || !opcua::builtInLayouts[element.kind].nullIsZero))
+        if (!isIndirect(field) && (element.isStructure() || !builtInLayouts[element.kind].nullIsZero))
             initializeElements(element, elementAt(object, 1, field.Offset), 1);
     }
 }
 
-void opcua::releaseStructures(const OpcUa_EncodeableType& type, void* objects, size_t count,
-                              TextReleaser& texts)
+void releaseStructures(const OpcUa_EncodeableType& type, void* objects, size_t count, TextReleaser& texts)
 {
     if (type.IsFlat)
         return;
@@ -163,139 +159,131 @@ void opcua::releaseStructures(const OpcUa_EncodeableType& type, void* objects, s
         releaseField(type, type.Fields[i], objects, count, texts);
 }
 
-void OpcUa_EncodeableObject_Clear(const OpcUa_EncodeableType* type, void* object)
+void clearStructure(const OpcUa_EncodeableType& type, void* object)
 {
-    releaseObject(*type, object);
-    OpcUa_EncodeableObject_Initialize(type, object);
+    releaseObject(type, object);
+    initializeStructure(type, object);
 }
 
-OpcUa_StatusCode OpcUa_EncodeableObject_Copy(const OpcUa_EncodeableType* type, const void* source,
-                                             void* destination)
+OpcUa_StatusCode copyStructure(const OpcUa_EncodeableType& type, const void* source, void* destination)
 {
-    OpcUa_EncodeableObject_Initialize(type, destination);
-    const PresentFields present(*type, source);
-    for (OpcUa_UInt32 i = 0; i < type->FieldCount; ++i) {
+    initializeStructure(type, destination);
+    const PresentFields present(type, source);
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
         if (!present.has(i))
             continue;
-        if (type->IsUnion)
-            initializeElements(ElementType::of(type->Fields[i]),
-                               elementAt(destination, 1, type->Fields[i].Offset),
-                               isIndirect(type->Fields[i]) ? 0 : 1);
-        const OpcUa_StatusCode status = copyField(type->Fields[i], source, destination);
+        if (type.IsUnion)
+            initializeElements(ElementType::of(type.Fields[i]),
+                               elementAt(destination, 1, type.Fields[i].Offset),
+                               isIndirect(type.Fields[i]) ? 0 : 1);
+        const OpcUa_StatusCode status = copyField(type.Fields[i], source, destination);
         if (OpcUa_IsBad(status)) {
-            setPrefix(*type, source, destination);
-            OpcUa_EncodeableObject_Clear(type, destination);
+            setPrefix(type, source, destination);
+            clearStructure(type, destination);
             return status;
         }
     }
-    setPrefix(*type, source, destination);
+    setPrefix(type, source, destination);
     return OpcUa_Good;
 }
 
-int OpcUa_EncodeableObject_Compare(const OpcUa_EncodeableType* type, const void* left, const void* right)
+int compareStructures(const OpcUa_EncodeableType& type, const void* left, const void* right)
 {
-    if (type->IsUnion || type->HasOptionalFields) {
-        const int result = opcua::order(memberAt<OpcUa_UInt32>(left, 0), memberAt<OpcUa_UInt32>(right, 0));
+    if (type.IsUnion || type.HasOptionalFields) {
+        const int result = order(memberAt<OpcUa_UInt32>(left, 0), memberAt<OpcUa_UInt32>(right, 0));
         if (result != 0)
             return result;
     }
-    const PresentFields present(*type, left);
-    for (OpcUa_UInt32 i = 0; i < type->FieldCount; ++i) {
-        const int result = present.has(i) ? compareField(type->Fields[i], left, right) : 0;
+    const PresentFields present(type, left);
+    for (OpcUa_UInt32 i = 0; i < type.FieldCount; ++i) {
+        const int result = present.has(i) ? compareField(type.Fields[i], left, right) : 0;
         if (result != 0)
             return result;
     }
     return 0;
 }
 
-void* OpcUa_EncodeableObject_Create(const OpcUa_EncodeableType* type)
+void* createStructure(const OpcUa_EncodeableType& type)
 {
-    void* const object = OpcUa_Memory_Alloc(type->AllocationSize);
+    void* const object = allocateMemory(type.AllocationSize);
     if (object != nullptr)
-        OpcUa_EncodeableObject_Initialize(type, object);
+        initializeStructure(type, object);
     return object;
 }
 
-void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type, void** object)
+void deleteStructure(const OpcUa_EncodeableType& type, void* object)
 {
-    if (object == nullptr || *object == nullptr)
+    if (object == nullptr)
         return;
-    releaseObject(*type, *object);
-    OpcUa_Memory_Free(*object);
-    *object = nullptr;
+    releaseObject(type, object);
+    freeMemory(object);
 }
 
 // ---- extension objects
 
-void OpcUa_ExtensionObject_Initialize(OpcUa_ExtensionObject* value)
-{
-    std::memset(value, 0, sizeof *value);
-    OpcUa_ExpandedNodeId_Initialize(&value->TypeId);
-}
-
-void opcua::release(OpcUa_ExtensionObject& value)
+void release(OpcUa_ExtensionObject& value)
 {
     releaseElements(ElementType::of(OpcUaType_ExpandedNodeId), &value.TypeId, 1);
     if (value.Encoding == OpcUa_ExtensionObjectEncoding_Binary ||
         value.Encoding == OpcUa_ExtensionObjectEncoding_Xml)
-        OpcUa_Memory_Free(value.Body.Binary.Data);
+        freeMemory(value.Body.Binary.Data);
     else if (value.Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject)
-        OpcUa_EncodeableObject_Delete(value.Body.EncodeableObject.Type, &value.Body.EncodeableObject.Object);
+        deleteStructure(*value.Body.EncodeableObject.Type, value.Body.EncodeableObject.Object);
 }
 
-void OpcUa_ExtensionObject_Clear(OpcUa_ExtensionObject* value)
+void clear(OpcUa_ExtensionObject& value)
 {
-    opcua::release(*value);
-    OpcUa_ExtensionObject_Initialize(value);
+    release(value);
+    initialize(value);
 }
 
-OpcUa_StatusCode OpcUa_ExtensionObject_Copy(const OpcUa_ExtensionObject* source,
-                                            OpcUa_ExtensionObject* destination)
+OpcUa_StatusCode copy(const OpcUa_ExtensionObject& source, OpcUa_ExtensionObject& destination)
 {
-    OpcUa_ExtensionObject_Initialize(destination);
-    OpcUa_StatusCode status = OpcUa_ExpandedNodeId_Copy(&source->TypeId, &destination->TypeId);
+    initialize(destination);
+    OpcUa_StatusCode status = copy(source.TypeId, destination.TypeId);
     if (OpcUa_IsBad(status))
         return status;
-    destination->Encoding = source->Encoding;
-    if (source->Encoding == OpcUa_ExtensionObjectEncoding_Binary ||
-        source->Encoding == OpcUa_ExtensionObjectEncoding_Xml) {
-        status = OpcUa_ByteString_Copy(&source->Body.Binary, &destination->Body.Binary);
-    } else if (source->Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject) {
-        const auto& body = source->Body.EncodeableObject;
-        destination->Body.EncodeableObject.Type = body.Type;
-        destination->Body.EncodeableObject.Object =
-            opcua::cloneElements({OpcUa_FieldKind_Structure, body.Type}, body.Object, 1, status);
+    destination.Encoding = source.Encoding;
+    if (source.Encoding == OpcUa_ExtensionObjectEncoding_Binary ||
+        source.Encoding == OpcUa_ExtensionObjectEncoding_Xml) {
+        status = copy(source.Body.Binary, destination.Body.Binary);
+    } else if (source.Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject) {
+        const auto& body = source.Body.EncodeableObject;
+        destination.Body.EncodeableObject.Type = body.Type;
+        destination.Body.EncodeableObject.Object =
+            cloneElements({OpcUa_FieldKind_Structure, body.Type}, body.Object, 1, status);
     }
     if (OpcUa_IsBad(status))
-        OpcUa_ExtensionObject_Clear(destination);
+        clear(destination);
     return status;
 }
 
-int OpcUa_ExtensionObject_Compare(const OpcUa_ExtensionObject* left, const OpcUa_ExtensionObject* right)
+int compare(const OpcUa_ExtensionObject& left, const OpcUa_ExtensionObject& right)
 {
-    if (const int result = OpcUa_ExpandedNodeId_Compare(&left->TypeId, &right->TypeId); result != 0)
+    if (const int result = compare(left.TypeId, right.TypeId); result != 0)
         return result;
-    if (left->Encoding != right->Encoding)
-        return opcua::order(left->Encoding, right->Encoding);
-    if (left->Encoding == OpcUa_ExtensionObjectEncoding_None)
+    if (left.Encoding != right.Encoding)
+        return order(left.Encoding, right.Encoding);
+    if (left.Encoding == OpcUa_ExtensionObjectEncoding_None)
         return 0;
-    if (left->Encoding != OpcUa_ExtensionObjectEncoding_EncodeableObject)
-        return OpcUa_ByteString_Compare(&left->Body.Binary, &right->Body.Binary);
-    const auto& a = left->Body.EncodeableObject;
-    const auto& b = right->Body.EncodeableObject;
+    if (left.Encoding != OpcUa_ExtensionObjectEncoding_EncodeableObject)
+        return compare(left.Body.Binary, right.Body.Binary);
+    const auto& a = left.Body.EncodeableObject;
+    const auto& b = right.Body.EncodeableObject;
     if (a.Object == nullptr || b.Object == nullptr)
-        return opcua::order(a.Object != nullptr, b.Object != nullptr);
+        return order(a.Object != nullptr, b.Object != nullptr);
     if (a.Type != b.Type)
-        return opcua::order(a.Type->TypeId, b.Type->TypeId);
-    return OpcUa_EncodeableObject_Compare(a.Type, a.Object, b.Object);
+        return order(a.Type->TypeId, b.Type->TypeId);
+    return compareStructures(*a.Type, a.Object, b.Object);
 }
 
-void OpcUa_ExtensionObject_AttachEncodeable(OpcUa_ExtensionObject* value, const OpcUa_EncodeableType* type,
-                                            void* object)
+void attach(OpcUa_ExtensionObject& value, const OpcUa_EncodeableType& type, void* object)
 {
-    OpcUa_ExtensionObject_Clear(value);
-    value->TypeId.NodeId.Identifier.Numeric = type->BinaryEncodingTypeId;
-    value->Encoding = OpcUa_ExtensionObjectEncoding_EncodeableObject;
-    value->Body.EncodeableObject.Object = object;
-    value->Body.EncodeableObject.Type = type;
+    clear(value);
+    value.TypeId.NodeId.Identifier.Numeric = type.BinaryEncodingTypeId;
+    value.Encoding = OpcUa_ExtensionObjectEncoding_EncodeableObject;
+    value.Body.EncodeableObject.Object = object;
+    value.Body.EncodeableObject.Type = &type;
 }
+
+} // namespace opcua

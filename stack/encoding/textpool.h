@@ -13,7 +13,7 @@ struct TextBlock;
 inline constexpr size_t longestPooledText = 256;
 
 /// Cuts short texts from larger blocks, so that a message of a thousand names takes a few allocations. Each
-/// text goes back through OpcUa_Memory_Free by itself, on any thread; a block goes with the last of its
+/// text goes back through freeMemory by itself, on any thread; a block goes with the last of its
 /// texts.
 class TextPool
 {
@@ -24,7 +24,7 @@ public:
     TextPool(const TextPool&) = delete;
     TextPool& operator=(const TextPool&) = delete;
 
-    /// As OpcUa_Memory_Alloc, with no more than 8 bytes of alignment.
+    /// As allocateMemory, with no more than 8 bytes of alignment.
     [[nodiscard]] void* allocate(size_t size);
     /// The same from what is left of the current block; null when that is not enough.
     [[nodiscard]] void* allocateAtHand(size_t size)

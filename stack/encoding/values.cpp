@@ -30,11 +30,7 @@ const void* scalarOf(const OpcUa_Variant& value)
     return isHeldByPointer(value.Datatype) ? static_cast<const void*>(value.Value.NodeId) : &value.Value;
 }
 
-} // namespace opcua
-
 namespace {
-
-using opcua::ElementType;
 
 size_t lengthOf(const OpcUa_VariantArray& array)
 {
@@ -63,10 +59,10 @@ OpcUa_StatusCode copyArray(const OpcUa_Variant& source, OpcUa_Variant& destinati
 OpcUa_StatusCode copyScalar(const OpcUa_Variant& source, OpcUa_Variant& destination)
 {
     const ElementType type = ElementType::of(source.Datatype);
-    if (!opcua::isHeldByPointer(source.Datatype))
+    if (!isHeldByPointer(source.Datatype))
         return copyElements(type, &source.Value, &destination.Value, 1);
     OpcUa_StatusCode status = OpcUa_Good;
-    void* const copy = cloneElements(type, opcua::scalarOf(source), 1, status);
+    void* const copy = cloneElements(type, scalarOf(source), 1, status);
     std::memcpy(&destination.Value, &copy, sizeof copy);
     return status;
 }
@@ -76,23 +72,18 @@ int compareArrays(const OpcUa_Variant& left, const OpcUa_Variant& right)
     const OpcUa_VariantArray& a = left.Value.Array;
     const OpcUa_VariantArray& b = right.Value.Array;
     if (a.Length != b.Length)
-        return opcua::order(a.Length, b.Length);
+        return order(a.Length, b.Length);
     if (a.NoOfDimensions != b.NoOfDimensions)
-        return opcua::order(a.NoOfDimensions, b.NoOfDimensions);
+        return order(a.NoOfDimensions, b.NoOfDimensions);
     for (OpcUa_Int32 i = 0; i < a.NoOfDimensions; ++i)
         if (a.Dimensions[i] != b.Dimensions[i])
-            return opcua::order(a.Dimensions[i], b.Dimensions[i]);
+            return order(a.Dimensions[i], b.Dimensions[i]);
     return compareElements(ElementType::of(left.Datatype), a.Data, b.Data, lengthOf(a));
 }
 
 } // namespace
 
-void OpcUa_Variant_Initialize(OpcUa_Variant* value)
-{
-    std::memset(value, 0, sizeof *value);
-}
-
-void opcua::releaseBlocks(OpcUa_Variant& value)
+void releaseBlocks(OpcUa_Variant& value)
 {
     if (!isBuiltInType(value.Datatype))
         return;
@@ -100,7 +91,7 @@ void opcua::releaseBlocks(OpcUa_Variant& value)
     if (value.ArrayType != OpcUa_VariantArrayType_Scalar) {
         OpcUa_VariantArray& array = value.Value.Array;
         deleteElements(type, array.Data, lengthOf(array));
-        OpcUa_Memory_Free(array.Dimensions);
+        freeMemory(array.Dimensions);
     } else if (isHeldByPointer(value.Datatype)) {
         deleteElements(type, value.Value.NodeId, 1);
     } else {
@@ -108,127 +99,117 @@ void opcua::releaseBlocks(OpcUa_Variant& value)
     }
 }
 
-void OpcUa_Variant_Clear(OpcUa_Variant* value)
+void clear(OpcUa_Variant& value)
 {
-    opcua::release(*value);
-    OpcUa_Variant_Initialize(value);
+    release(value);
+    initialize(value);
 }
 
-OpcUa_StatusCode OpcUa_Variant_Copy(const OpcUa_Variant* source, OpcUa_Variant* destination)
+OpcUa_StatusCode copy(const OpcUa_Variant& source, OpcUa_Variant& destination)
 {
-    OpcUa_Variant_Initialize(destination);
-    if (!opcua::isBuiltInType(source->Datatype))
+    initialize(destination);
+    if (!isBuiltInType(source.Datatype))
         return OpcUa_Good;
-    destination->Datatype = source->Datatype;
-    destination->ArrayType = source->ArrayType;
-    const bool scalar = source->ArrayType == OpcUa_VariantArrayType_Scalar;
-    const OpcUa_StatusCode status =
-        scalar ? copyScalar(*source, *destination) : copyArray(*source, *destination);
+    destination.Datatype = source.Datatype;
+    destination.ArrayType = source.ArrayType;
+    const bool scalar = source.ArrayType == OpcUa_VariantArrayType_Scalar;
+    const OpcUa_StatusCode status = scalar ? copyScalar(source, destination) : copyArray(source, destination);
     if (OpcUa_IsBad(status))
-        OpcUa_Variant_Clear(destination);
+        clear(destination);
     return status;
 }
 
-int OpcUa_Variant_Compare(const OpcUa_Variant* left, const OpcUa_Variant* right)
+int compare(const OpcUa_Variant& left, const OpcUa_Variant& right)
 {
-    if (left->Datatype != right->Datatype)
-        return opcua::order(left->Datatype, right->Datatype);
-    if (left->ArrayType != right->ArrayType)
-        return opcua::order(left->ArrayType, right->ArrayType);
-    if (!opcua::isBuiltInType(left->Datatype))
+    if (left.Datatype != right.Datatype)
+        return order(left.Datatype, right.Datatype);
+    if (left.ArrayType != right.ArrayType)
+        return order(left.ArrayType, right.ArrayType);
+    if (!isBuiltInType(left.Datatype))
         return 0;
-    if (left->ArrayType != OpcUa_VariantArrayType_Scalar)
-        return compareArrays(*left, *right);
-    const void* const a = opcua::scalarOf(*left);
-    const void* const b = opcua::scalarOf(*right);
+    if (left.ArrayType != OpcUa_VariantArrayType_Scalar)
+        return compareArrays(left, right);
+    const void* const a = scalarOf(left);
+    const void* const b = scalarOf(right);
     if (a == nullptr || b == nullptr)
-        return opcua::order(a != nullptr, b != nullptr);
-    return compareElements(ElementType::of(left->Datatype), a, b, 1);
+        return order(a != nullptr, b != nullptr);
+    return compareElements(ElementType::of(left.Datatype), a, b, 1);
 }
 
-void OpcUa_DataValue_Initialize(OpcUa_DataValue* value)
+void clear(OpcUa_DataValue& value)
 {
-    std::memset(value, 0, sizeof *value);
+    release(value.Value);
+    initialize(value);
 }
 
-void OpcUa_DataValue_Clear(OpcUa_DataValue* value)
+OpcUa_StatusCode copy(const OpcUa_DataValue& source, OpcUa_DataValue& destination)
 {
-    opcua::release(value->Value);
-    OpcUa_DataValue_Initialize(value);
-}
-
-OpcUa_StatusCode OpcUa_DataValue_Copy(const OpcUa_DataValue* source, OpcUa_DataValue* destination)
-{
-    *destination = *source;
-    const OpcUa_StatusCode status = OpcUa_Variant_Copy(&source->Value, &destination->Value);
+    destination = source;
+    const OpcUa_StatusCode status = copy(source.Value, destination.Value);
     if (OpcUa_IsBad(status))
-        OpcUa_DataValue_Initialize(destination);
+        initialize(destination);
     return status;
 }
 
-int OpcUa_DataValue_Compare(const OpcUa_DataValue* left, const OpcUa_DataValue* right)
+int compare(const OpcUa_DataValue& left, const OpcUa_DataValue& right)
 {
-    if (const int result = OpcUa_Variant_Compare(&left->Value, &right->Value); result != 0)
+    if (const int result = compare(left.Value, right.Value); result != 0)
         return result;
-    if (left->StatusCode != right->StatusCode)
-        return opcua::order(left->StatusCode, right->StatusCode);
-    if (left->SourceTimestamp != right->SourceTimestamp)
-        return opcua::order(left->SourceTimestamp, right->SourceTimestamp);
-    if (left->SourcePicoseconds != right->SourcePicoseconds)
-        return opcua::order(left->SourcePicoseconds, right->SourcePicoseconds);
-    if (left->ServerTimestamp != right->ServerTimestamp)
-        return opcua::order(left->ServerTimestamp, right->ServerTimestamp);
-    return opcua::order(left->ServerPicoseconds, right->ServerPicoseconds);
+    if (left.StatusCode != right.StatusCode)
+        return order(left.StatusCode, right.StatusCode);
+    if (left.SourceTimestamp != right.SourceTimestamp)
+        return order(left.SourceTimestamp, right.SourceTimestamp);
+    if (left.SourcePicoseconds != right.SourcePicoseconds)
+        return order(left.SourcePicoseconds, right.SourcePicoseconds);
+    if (left.ServerTimestamp != right.ServerTimestamp)
+        return order(left.ServerTimestamp, right.ServerTimestamp);
+    return order(left.ServerPicoseconds, right.ServerPicoseconds);
 }
 
-void OpcUa_DiagnosticInfo_Initialize(OpcUa_DiagnosticInfo* value)
+void release(OpcUa_DiagnosticInfo& value)
 {
-    *value = {-1, -1, -1, -1, {-1, nullptr}, OpcUa_Good, nullptr};
-}
-
-void opcua::release(OpcUa_DiagnosticInfo& value)
-{
-    OpcUa_Memory_Free(value.AdditionalInfo.Data);
+    freeMemory(value.AdditionalInfo.Data);
     deleteElements(ElementType::of(OpcUaType_DiagnosticInfo), value.InnerDiagnosticInfo, 1);
 }
 
-void OpcUa_DiagnosticInfo_Clear(OpcUa_DiagnosticInfo* value)
+void clear(OpcUa_DiagnosticInfo& value)
 {
-    opcua::release(*value);
-    OpcUa_DiagnosticInfo_Initialize(value);
+    release(value);
+    initialize(value);
 }
 
-OpcUa_StatusCode OpcUa_DiagnosticInfo_Copy(const OpcUa_DiagnosticInfo* source,
-                                           OpcUa_DiagnosticInfo* destination)
+OpcUa_StatusCode copy(const OpcUa_DiagnosticInfo& source, OpcUa_DiagnosticInfo& destination)
 {
-    *destination = *source;
-    destination->InnerDiagnosticInfo = nullptr;
-    OpcUa_StatusCode status = OpcUa_String_Copy(&source->AdditionalInfo, &destination->AdditionalInfo);
+    destination = source;
+    destination.InnerDiagnosticInfo = nullptr;
+    OpcUa_StatusCode status = copy(source.AdditionalInfo, destination.AdditionalInfo);
     if (OpcUa_IsGood(status)) {
-        destination->InnerDiagnosticInfo = static_cast<OpcUa_DiagnosticInfo*>(
-            cloneElements(ElementType::of(OpcUaType_DiagnosticInfo), source->InnerDiagnosticInfo, 1, status));
+        destination.InnerDiagnosticInfo = static_cast<OpcUa_DiagnosticInfo*>(
+            cloneElements(ElementType::of(OpcUaType_DiagnosticInfo), source.InnerDiagnosticInfo, 1, status));
     }
     if (OpcUa_IsBad(status))
-        OpcUa_DiagnosticInfo_Clear(destination);
+        clear(destination);
     return status;
 }
 
-int OpcUa_DiagnosticInfo_Compare(const OpcUa_DiagnosticInfo* left, const OpcUa_DiagnosticInfo* right)
+int compare(const OpcUa_DiagnosticInfo& left, const OpcUa_DiagnosticInfo& right)
 {
-    if (left->SymbolicId != right->SymbolicId)
-        return opcua::order(left->SymbolicId, right->SymbolicId);
-    if (left->NamespaceUri != right->NamespaceUri)
-        return opcua::order(left->NamespaceUri, right->NamespaceUri);
-    if (left->Locale != right->Locale)
-        return opcua::order(left->Locale, right->Locale);
-    if (left->LocalizedText != right->LocalizedText)
-        return opcua::order(left->LocalizedText, right->LocalizedText);
-    if (left->InnerStatusCode != right->InnerStatusCode)
-        return opcua::order(left->InnerStatusCode, right->InnerStatusCode);
-    const int result = OpcUa_String_Compare(&left->AdditionalInfo, &right->AdditionalInfo);
+    if (left.SymbolicId != right.SymbolicId)
+        return order(left.SymbolicId, right.SymbolicId);
+    if (left.NamespaceUri != right.NamespaceUri)
+        return order(left.NamespaceUri, right.NamespaceUri);
+    if (left.Locale != right.Locale)
+        return order(left.Locale, right.Locale);
+    if (left.LocalizedText != right.LocalizedText)
+        return order(left.LocalizedText, right.LocalizedText);
+    if (left.InnerStatusCode != right.InnerStatusCode)
+        return order(left.InnerStatusCode, right.InnerStatusCode);
+    const int result = compare(left.AdditionalInfo, right.AdditionalInfo);
     if (result != 0)
         return result;
-    if (left->InnerDiagnosticInfo == nullptr || right->InnerDiagnosticInfo == nullptr)
-        return opcua::order(left->InnerDiagnosticInfo != nullptr, right->InnerDiagnosticInfo != nullptr);
-    return OpcUa_DiagnosticInfo_Compare(left->InnerDiagnosticInfo, right->InnerDiagnosticInfo);
+    if (left.InnerDiagnosticInfo == nullptr || right.InnerDiagnosticInfo == nullptr)
+        return order(left.InnerDiagnosticInfo != nullptr, right.InnerDiagnosticInfo != nullptr);
+    return compare(*left.InnerDiagnosticInfo, *right.InnerDiagnosticInfo);
 }
+
+} // namespace opcua

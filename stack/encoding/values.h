@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stack/encoding/elements.h>
+#include <stack/encoding/lifecycle.h>
 #include <stack/encoding/textpool.h>
 
 namespace opcua {
@@ -9,7 +10,7 @@ namespace opcua {
 /// A scalar of this type is a block of its own.
 [[nodiscard]] bool isHeldByPointer(OpcUa_Byte builtInType);
 
-/// The value of a scalar variant, wherever it lies; null when a pointer is missing.
+/// The value of a scalar variant of a built-in type, wherever it lies; null when a pointer is missing.
 [[nodiscard]] const void* scalarOf(const OpcUa_Variant& value);
 
 /// Free what a value owns; it must be initialised before it is used again.

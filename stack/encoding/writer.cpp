@@ -1,5 +1,6 @@
 #include <stack/encoding/writer.h>
 
+#include <stack/encoding/nodeidformat.h>
 #include <stack/encoding/values.h>
 
 #include <algorithm>
@@ -65,26 +66,24 @@ void Writer::text(const Text& value, OpcUa_UInt32 limit)
 
 namespace {
 
-constexpr size_t longestNumericNodeId = 7;
-
 inline OpcUa_Byte* placeNumericNodeId(OpcUa_Byte* at, const OpcUa_NodeId& value, OpcUa_Byte flags)
 {
     const OpcUa_UInt32 numeric = value.Identifier.Numeric;
     const OpcUa_UInt16 space = value.NamespaceIndex;
     // the short forms have no room for flags in every reader
     if (flags == 0 && space == 0 && numeric <= UINT8_MAX) {
-        at[0] = 0;
+        at[0] = NodeIdFormat::twoByteId;
         at[1] = static_cast<OpcUa_Byte>(numeric);
         return at + 2;
     }
     if (flags == 0 && space <= UINT8_MAX && numeric <= UINT16_MAX) {
         const auto number = static_cast<OpcUa_UInt16>(numeric);
-        at[0] = 1;
+        at[0] = NodeIdFormat::fourByteId;
         at[1] = static_cast<OpcUa_Byte>(space);
         std::memcpy(at + 2, &number, sizeof number);
         return at + 4;
     }
-    at[0] = static_cast<OpcUa_Byte>(2 | flags);
+    at[0] = static_cast<OpcUa_Byte>(NodeIdFormat::numericId | flags);
     std::memcpy(at + 1, &space, sizeof space);
     std::memcpy(at + 3, &numeric, sizeof numeric);
     return at + longestNumericNodeId;
@@ -102,19 +101,19 @@ inline void Writer::nodeId(const OpcUa_NodeId& value, OpcUa_Byte flags)
 
 void Writer::otherNodeId(const OpcUa_NodeId& value, OpcUa_Byte flags)
 {
-    const auto start = [&](int format) {
+    const auto start = [&](OpcUa_Byte format) {
         fixed(static_cast<OpcUa_Byte>(format | flags));
         fixed(value.NamespaceIndex);
     };
     switch (value.IdentifierType) {
     case OpcUa_IdentifierType_String:
-        start(3);
+        start(NodeIdFormat::stringId);
         return string(value.Identifier.String);
     case OpcUa_IdentifierType_Guid:
-        start(4);
+        start(NodeIdFormat::guidId);
         return fixed(value.Identifier.Guid);
     case OpcUa_IdentifierType_Opaque:
-        start(5);
+        start(NodeIdFormat::byteStringId);
         return byteString(value.Identifier.ByteString);
     default:
         fail(OpcUa_BadEncodingError);
@@ -132,7 +131,8 @@ void Writer::expandedNodeId(const OpcUa_ExpandedNodeId& value)
 {
     const bool hasUri = value.NamespaceUri.Data != nullptr && value.NamespaceUri.Length >= 0;
     const bool hasServer = value.ServerIndex != 0;
-    nodeId(value.NodeId, static_cast<OpcUa_Byte>((hasUri ? 0x80 : 0) | (hasServer ? 0x40 : 0)));
+    nodeId(value.NodeId, static_cast<OpcUa_Byte>((hasUri ? NodeIdFormat::namespaceUriFlag : 0) |
+                                                 (hasServer ? NodeIdFormat::serverIndexFlag : 0)));
     if (hasUri)
         string(value.NamespaceUri);
     if (hasServer)

@@ -10,12 +10,12 @@
     {#name, kind, 1, pointer, offsetof(OpcUa_##T, name), offsetof(OpcUa_##T, NoOf##name), type, dataType}
 #define SIMPLE(T, name, kind, dataType) FIELD(T, name, kind, 0, NULL, dataType)
 #define SIMPLES(T, name, kind, dataType) ARRAY(T, name, kind, 0, NULL, dataType)
-#define NESTED(T, name, type, dataType) FIELD(T, name, 31, 0, &OpcUa_##type##_EncodeableType, dataType)
-#define POINTED(T, name, type, dataType) FIELD(T, name, 31, 1, &OpcUa_##type##_EncodeableType, dataType)
-#define NESTEDS(T, name, type, dataType) ARRAY(T, name, 31, 0, &OpcUa_##type##_EncodeableType, dataType)
-#define TYPE(T, id, binary, xml, fields, count, isUnion, optional, mask, least, flat) \
+#define NESTED(T, name, type, dataType) FIELD(T, name, OpcUa_FieldKind_Structure, 0, &OpcUa_##type##_EncodeableType, dataType)
+#define POINTED(T, name, type, dataType) FIELD(T, name, OpcUa_FieldKind_Structure, 1, &OpcUa_##type##_EncodeableType, dataType)
+#define NESTEDS(T, name, type, dataType) ARRAY(T, name, OpcUa_FieldKind_Structure, 0, &OpcUa_##type##_EncodeableType, dataType)
+#define TYPE(T, id, binary, xml, fields, count, isUnion, optional, mask, minimum, flat) \
     const OpcUa_EncodeableType OpcUa_##T##_EncodeableType = {#T, id, binary, xml, sizeof(OpcUa_##T), fields, \
-        count, isUnion, optional, mask, least, flat};
+        count, isUnion, optional, mask, minimum, flat};
 
 TYPE(Union, 12756, 12766, 12758, NULL, 0, 0, 0, 0u, 0, 1)
 static const OpcUa_FieldDescriptor fieldsKeyValuePair[] = {

@@ -18,14 +18,14 @@ namespace opcua {
 
 namespace {
 
-// From so many open calls on, requests of callers who do not wait leave together: a system call costs more
-// than all else that is done for a small request. They wait for the next turn of the event loop or of the
-// callbacks, and not longer than this.
-constexpr size_t manyCalls = 8;
-constexpr size_t mostBytesKeptBack = 16 * 1024;
-constexpr Milliseconds longestKeptBack{1};
+// From so many pending calls on, requests of callers who do not wait are sent together: a system call costs
+// more than all else that is done for a small request. They wait until the event loop or a caller uses the
+// engine next, and no longer than the maximum delay.
+constexpr size_t callsForDelay = 8;
+constexpr size_t maximumDelayedBytes = 16 * 1024;
+constexpr Milliseconds maximumDelay{1};
 
-constexpr size_t callersRoom = 64 * 1024;
+constexpr size_t callerScratchSize = 64 * 1024;
 
 int millisecondsUntil(TimePoint deadline)
 {
@@ -50,7 +50,7 @@ OpcUa_StatusCode Connection::start(TimePoint deadline)
     if (m_key == 0)
         return OpcUa_BadResourceUnavailable;
     m_engine.start(std::chrono::steady_clock::now(), deadline);
-    settleAndTell(lock);
+    settleAndDispatch(lock);
     return OpcUa_Good;
 }
 
@@ -58,8 +58,7 @@ OpcUa_StatusCode Connection::enqueueLocked(std::unique_lock<std::mutex>& lock, s
                                            ByteView body, TimePoint deadline, bool mayWait)
 {
     const auto admitted = [this] {
-        return m_unsent.size() - m_sentOfUnsent <= maxUnsentBytes ||
-               m_engine.state() != ClientChannel::State::Open;
+        return m_unsent.size() <= maxUnsentBytes || m_engine.state() != ClientChannel::State::Open;
     };
     if (!admitted() && !mayWait)
         return OpcUa_BadResourceUnavailable;
@@ -76,17 +75,17 @@ OpcUa_StatusCode Connection::send(std::shared_ptr<Call> call, ByteView body, Tim
 {
     std::unique_lock lock(m_mutex);
     const OpcUa_StatusCode status = enqueueLocked(lock, std::move(call), body, deadline, mayWait);
-    if (OpcUa_IsGood(status) && !keepBackLocked())
-        settleAndTell(lock);
+    if (OpcUa_IsGood(status) && !delayFlushLocked())
+        settleAndDispatch(lock);
     return status;
 }
 
-// Leaves what the engine has to say for a later turn, and sees to it that there is one.
-bool Connection::keepBackLocked()
+// Leaves the engine's output for a later flush, and sets the timer so that there is one.
+bool Connection::delayFlushLocked()
 {
-    if (m_calls.size() < manyCalls || m_engine.output().size() > mostBytesKeptBack)
+    if (m_calls.size() < callsForDelay || m_engine.output().size() > maximumDelayedBytes)
         return false;
-    const TimePoint latest = std::chrono::steady_clock::now() + longestKeptBack;
+    const TimePoint latest = std::chrono::steady_clock::now() + maximumDelay;
     const TimePoint wanted = std::min(m_engine.nextDeadline(), latest);
     if (wanted < m_deadline.load()) {
         m_deadline = wanted;
@@ -99,16 +98,16 @@ void Connection::flush()
 {
     std::unique_lock lock(m_mutex);
     if (m_socket && !m_engine.output().empty())
-        settleAndTell(lock);
+        settleAndDispatch(lock);
 }
 
 void Connection::close()
 {
     std::unique_lock lock(m_mutex);
     m_engine.close();
-    settleAndTell(lock);
+    settleAndDispatch(lock);
     lock.lock();
-    m_changed.wait(lock, [this] { return m_told == m_turns && !m_callerReads; });
+    m_changed.wait(lock, [this] { return !isDispatchingLocked() && !m_callerReads; });
 }
 
 bool Connection::isOpen() const
@@ -131,18 +130,18 @@ public:
         UniqueFd closed; // outside the lock, for closing may take its time
         const std::lock_guard lock(m_connection.m_mutex);
         m_connection.m_callerReads = false;
-        closed = std::move(m_connection.m_retired);
+        closed = std::move(m_connection.m_closingSocket);
         m_connection.watchLocked();
         m_connection.m_changed.notify_all();
     }
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
 
-    // With it. Nobody takes the right from another one, who may still be telling what he read.
+    // With the mutex. Takes the right only when it is free: while another caller reads, or an outcome is
+    // still being dispatched, the event loop or that caller reads on.
     void takeLocked()
     {
-        if (!m_connection.m_socket || m_connection.m_callerReads ||
-            m_connection.m_told != m_connection.m_turns)
+        if (!m_connection.m_socket || m_connection.m_callerReads || m_connection.isDispatchingLocked())
             return;
         m_held = true;
         m_connection.m_callerReads = true;
@@ -164,7 +163,7 @@ OpcUa_StatusCode Connection::fetch(const std::shared_ptr<AwaitedCall>& call, Byt
     if (OpcUa_IsBad(status))
         return status;
     reading.takeLocked();
-    settleAndTell(lock);
+    settleAndDispatch(lock);
     if (reading.held())
         readFor(*call, deadline);
     return OpcUa_Good;
@@ -173,7 +172,7 @@ OpcUa_StatusCode Connection::fetch(const std::shared_ptr<AwaitedCall>& call, Byt
 // Serves all calls until this one is complete; timers stay with the loop, but for the caller's own deadline.
 void Connection::readFor(const AwaitedCall& call, TimePoint deadline)
 {
-    m_callersRoom.resize(callersRoom);
+    m_callerScratch.resize(callerScratchSize);
     while (!call.isDone()) {
         std::unique_lock lock(m_mutex);
         if (!m_socket)
@@ -185,10 +184,10 @@ void Connection::readFor(const AwaitedCall& call, TimePoint deadline)
         if (!m_socket)
             return;
         if (ready > 0)
-            receiveLocked(m_callersRoom);
+            receiveLocked(m_callerScratch);
         else
             m_engine.advance(std::chrono::steady_clock::now());
-        settleAndTell(lock);
+        settleAndDispatch(lock);
     }
 }
 
@@ -202,7 +201,7 @@ void Connection::onReady(std::uint32_t, MutableByteView scratch)
     // an error or hang-up shows when reading, behind what the peer said last
     if (!m_callerReads)
         receiveLocked(scratch);
-    settleAndTell(lock);
+    settleAndDispatch(lock);
 }
 
 void Connection::onTime(TimePoint now)
@@ -211,7 +210,7 @@ void Connection::onTime(TimePoint now)
     if (!m_socket)
         return;
     m_engine.advance(now);
-    settleAndTell(lock);
+    settleAndDispatch(lock);
 }
 
 TimePoint Connection::deadline() const
@@ -228,10 +227,12 @@ void Connection::receiveLocked(MutableByteView scratch)
         m_engine.streamEnded(OpcUa_BadConnectionClosed);
 }
 
-// ---- after each turn with the engine
+// ---- after each use of the engine
 
-// Sends what the engine has to say, sets the timer, and tells what happened; unlocks.
-void Connection::settleAndTell(std::unique_lock<std::mutex>& lock)
+// Sends the engine's output, sets the timer and dispatches the outcome; unlocks. Outcomes are dispatched
+// without the mutex, but in the order of their tickets, which they draw under it: the thread with a later
+// ticket waits until the earlier ones are through.
+void Connection::settleAndDispatch(std::unique_lock<std::mutex>& lock)
 {
     settleLocked();
     Outcome outcome = std::exchange(m_outcome, {});
@@ -239,18 +240,18 @@ void Connection::settleAndTell(std::unique_lock<std::mutex>& lock)
         lock.unlock();
         return;
     }
-    const std::uint64_t turn = m_turns++;
-    m_changed.wait(lock, [&] { return m_told == turn; });
+    const std::uint64_t ticket = m_nextTicket++;
+    m_changed.wait(lock, [&] { return m_dispatchedTickets == ticket; });
     lock.unlock();
-    tell(outcome);
-    outcome = {}; // whoever waits for this may free what the calls hold on to
+    dispatch(outcome);
+    outcome = {}; // before the ticket is through: who waits for that may free what the calls refer to
     lock.lock();
-    ++m_told;
+    ++m_dispatchedTickets;
     lock.unlock();
     m_changed.notify_all();
 }
 
-void Connection::tell(Outcome& outcome)
+void Connection::dispatch(Outcome& outcome)
 {
     if (m_keyLog && !outcome.keyLines.empty())
         m_keyLog->append(outcome.keyLines);
@@ -290,65 +291,33 @@ void Connection::leaveLoopLocked()
     if (m_callerReads) {
         // its number must not become another socket's while he waits for it
         static_cast<void>(::shutdown(m_socket.get(), SHUT_RDWR));
-        m_retired = std::move(m_socket);
+        m_closingSocket = std::move(m_socket);
     }
     m_socket.reset();
     m_unsent.clear();
-    m_sentOfUnsent = 0;
     m_changed.notify_all();
 }
 
 void Connection::flushLocked()
 {
-    Bytes& fresh = m_engine.output();
-    if (m_unsent.empty())
-        std::swap(m_unsent, fresh);
-    else
-        m_unsent.insert(m_unsent.end(), fresh.begin(), fresh.end());
-    fresh.clear();
-    bool full = false;
-    while (m_sentOfUnsent < m_unsent.size() && m_socket && !m_writeBroken && !full) {
-        const ssize_t count = ::send(m_socket.get(), m_unsent.data() + m_sentOfUnsent,
-                                     m_unsent.size() - m_sentOfUnsent, MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (count >= 0)
-            m_sentOfUnsent += static_cast<size_t>(count);
-        else if (errno == EAGAIN || errno == EWOULDBLOCK)
-            full = true;
-        else if (errno != EINTR)
-            m_writeBroken = true; // the reader finds out why, and whether the peer said a last word
-    }
-    dropSentLocked();
-    m_full = full;
+    m_unsent.append(m_engine.output());
+    if (!m_socket)
+        return;
+    m_sendBlocked = !m_unsent.flush(m_socket.get());
+    m_changed.notify_all(); // there may be room for a request
 }
 
 // What the loop is to watch for: input unless a caller reads, output when the socket is full.
 void Connection::watchLocked()
 {
-    if (!m_socket || (m_watchingInput == !m_callerReads && m_watchingOutput == m_full))
+    if (!m_socket || (m_watchingInput == !m_callerReads && m_watchingOutput == m_sendBlocked))
         return;
     m_watchingInput = !m_callerReads;
-    m_watchingOutput = m_full;
+    m_watchingOutput = m_sendBlocked;
     m_loop->watch(m_key, m_socket.get(), m_watchingInput, m_watchingOutput);
 }
 
-// Forgets what is sent, without moving the rest at every turn.
-void Connection::dropSentLocked()
-{
-    constexpr size_t keptCapacity = 256 * 1024;
-    if (m_writeBroken || m_sentOfUnsent == m_unsent.size()) {
-        m_unsent.clear();
-        m_sentOfUnsent = 0;
-        if (m_unsent.capacity() > keptCapacity)
-            m_unsent.shrink_to_fit();
-        m_changed.notify_all();
-    } else if (m_sentOfUnsent > maxUnsentBytes / 4) {
-        m_unsent.erase(m_unsent.begin(), m_unsent.begin() + static_cast<std::ptrdiff_t>(m_sentOfUnsent));
-        m_sentOfUnsent = 0;
-        m_changed.notify_all();
-    }
-}
-
-// ---- what the engine says, under the lock
+// ---- events of the engine, under the lock
 
 void Connection::completeLocked(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body)
 {

@@ -6,6 +6,7 @@
 #include <stack/transport/eventloop.h>
 #include <stack/transport/keylog.h>
 #include <stack/transport/messagetransport.h>
+#include <stack/transport/sendbuffer.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -22,7 +23,7 @@ namespace opcua {
 /// Threads: the engine is used under this object's mutex. A caller's thread puts a request into the engine
 /// and writes what the socket takes; the rest is the event loop's. What arrives is read by one thread at a
 /// time: by a caller who waits for his answer, the first of those that wait, or by the event loop when nobody
-/// does. Whatever a thread finds out is told without the mutex, in the order in which it was found out.
+/// does. Completions and events are dispatched without the mutex, in the order in which they happened.
 class Connection final : public MessageTransport,
                          public EventHandler,
                          public std::enable_shared_from_this<Connection>,
@@ -53,7 +54,7 @@ private:
         OpcUa_StatusCode status = 0;
         Bytes body;
     };
-    /// What came of one turn with the engine, to be told without the lock.
+    /// What one use of the engine brought about, to be dispatched without the lock.
     struct Outcome
     {
         std::vector<Completion> completions;
@@ -77,38 +78,36 @@ private:
     [[nodiscard]] OpcUa_StatusCode enqueueLocked(std::unique_lock<std::mutex>& lock,
                                                  std::shared_ptr<Call> call, ByteView body,
                                                  TimePoint deadline, bool mayWait);
-    [[nodiscard]] bool keepBackLocked();
+    [[nodiscard]] bool delayFlushLocked();
     void readFor(const AwaitedCall& call, TimePoint deadline);
     void completeLocked(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body);
     void receiveLocked(MutableByteView scratch);
     void settleLocked();
     void flushLocked();
     void watchLocked();
-    void dropSentLocked();
     void leaveLoopLocked();
-    void settleAndTell(std::unique_lock<std::mutex>& lock);
-    void tell(Outcome& outcome);
+    void settleAndDispatch(std::unique_lock<std::mutex>& lock);
+    void dispatch(Outcome& outcome);
+    [[nodiscard]] bool isDispatchingLocked() const { return m_dispatchedTickets != m_nextTicket; }
 
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
     const std::shared_ptr<KeyLog> m_keyLog; ///< null: keys are nobody's business
     mutable std::mutex m_mutex;
-    std::condition_variable m_changed; ///< room to send, end of the channel, nothing being told
+    std::condition_variable m_changed; ///< room to send, end of the channel, a ticket dispatched
     UniqueFd m_socket;
     ClientChannel m_engine;
     std::unordered_map<OpcUa_UInt32, std::shared_ptr<Call>> m_calls;
     Outcome m_outcome;
-    Bytes m_unsent;
-    size_t m_sentOfUnsent = 0;
-    bool m_full = false; ///< the socket
+    SendBuffer m_unsent;
+    bool m_sendBlocked = false; ///< the socket is full
     bool m_watchingOutput = false;
-    bool m_writeBroken = false;
     bool m_watchingInput = true;
     bool m_callerReads = false;
-    UniqueFd m_retired;        ///< of a closed connection, until the caller who reads has noticed
-    Bytes m_callersRoom;       ///< what the caller who reads reads into
-    std::uint64_t m_turns = 0; ///< outcomes that were found out
-    std::uint64_t m_told = 0;  ///< of them
+    UniqueFd m_closingSocket;              ///< of a closed connection, until the caller who reads has noticed
+    Bytes m_callerScratch;                 ///< what the caller who reads reads into
+    std::uint64_t m_nextTicket = 0;        ///< each outcome draws one
+    std::uint64_t m_dispatchedTickets = 0; ///< outcomes dispatched so far, in the order of their tickets
     std::uint64_t m_key = 0;
     std::atomic<TimePoint> m_deadline{never};
 };

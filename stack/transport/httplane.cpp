@@ -2,14 +2,13 @@
 
 #include <opcua/opcua_statuscodes.h>
 #include <stack/security/certificate.h>
+#include <stack/transport/socketconnect.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
 #include <memory>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <ranges>
 #include <string>
 #include <sys/epoll.h>
@@ -48,15 +47,11 @@ void HttpLane::open(TimePoint now)
     m_begun = now;
     m_openDeadline = now + m_server->connectTimeout;
     m_session = std::make_unique<TlsSession>(*m_server->tls, m_server->host);
-    const SocketAddress& address = m_server->address;
-    m_socket = UniqueFd(::socket(address.family(), SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    const int error = beginConnect(m_server->address, m_socket);
     if (!m_socket)
         return failOpening(OpcUa_BadResourceUnavailable);
-    const int on = 1;
-    static_cast<void>(::setsockopt(m_socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on));
-    if (::connect(m_socket.get(), reinterpret_cast<const sockaddr*>(&address.storage), address.length) != 0 &&
-        errno != EINPROGRESS)
-        return failOpening(errno == ECONNREFUSED ? OpcUa_BadConnectionRejected : OpcUa_BadCommunicationError);
+    if (error != 0 && error != EINPROGRESS)
+        return failOpening(error == ECONNREFUSED ? OpcUa_BadConnectionRejected : OpcUa_BadCommunicationError);
     if (!join())
         return failOpening(OpcUa_BadResourceUnavailable);
     m_watchingOutput = true;
@@ -65,10 +60,7 @@ void HttpLane::open(TimePoint now)
 
 void HttpLane::finishConnect()
 {
-    int error = 0;
-    socklen_t length = sizeof error;
-    if (::getsockopt(m_socket.get(), SOL_SOCKET, SO_ERROR, &error, &length) != 0)
-        error = errno;
+    const int error = connectError(m_socket.get());
     if (error != 0) {
         m_outcome.remarks.push_back("Connecting to " + m_server->address.text() +
                                     " failed: " + std::generic_category().message(error));

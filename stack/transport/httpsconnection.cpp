@@ -40,7 +40,7 @@ OpcUa_StatusCode HttpsConnection::start(TimePoint)
     std::unique_lock lock(m_mutex);
     if (m_state == State::Starting)
         m_state = State::Open;
-    settleAndTell(lock, std::chrono::steady_clock::now());
+    settleAndDispatch(lock, std::chrono::steady_clock::now());
     return OpcUa_Good;
 }
 
@@ -63,7 +63,7 @@ OpcUa_StatusCode HttpsConnection::send(std::shared_ptr<Call> call, ByteView body
     const LanePointer lane = laneForLocked(paceOf(body), now);
     if (lane)
         lane->send(std::move(call), body, deadline, now);
-    settleAndTell(lock, now);
+    settleAndDispatch(lock, now);
     return lane ? OpcUa_Good : OpcUa_BadConnectionClosed;
 }
 
@@ -114,9 +114,9 @@ void HttpsConnection::close()
     std::unique_lock lock(m_mutex);
     if (m_state != State::Lost)
         endLocked(State::Closed, OpcUa_BadConnectionClosed);
-    settleAndTell(lock, std::chrono::steady_clock::now());
+    settleAndDispatch(lock, std::chrono::steady_clock::now());
     lock.lock();
-    m_changed.wait(lock, [this] { return m_telling == 0; });
+    m_changed.wait(lock, [this] { return m_dispatching == 0; });
 }
 
 bool HttpsConnection::isOpen() const
@@ -134,7 +134,7 @@ void HttpsConnection::onLaneReady(HttpLane& lane, std::uint32_t epollEvents, Mut
         return;
     const TimePoint now = std::chrono::steady_clock::now();
     lane.onEvents(epollEvents, scratch, now);
-    settleAndTell(lock, now);
+    settleAndDispatch(lock, now);
 }
 
 void HttpsConnection::onLaneTime(HttpLane& lane, TimePoint now)
@@ -143,13 +143,13 @@ void HttpsConnection::onLaneTime(HttpLane& lane, TimePoint now)
     if (m_state != State::Open || lane.hasEnded())
         return;
     lane.advance(now);
-    settleAndTell(lock, now);
+    settleAndDispatch(lock, now);
 }
 
-// ---- after each turn
+// ---- after each use of the lanes
 
-// Sends what there is to say, sets the timers, and tells what happened; unlocks.
-void HttpsConnection::settleAndTell(std::unique_lock<std::mutex>& lock, TimePoint now)
+// Sends what is pending, sets the timers and dispatches the outcome; unlocks.
+void HttpsConnection::settleAndDispatch(std::unique_lock<std::mutex>& lock, TimePoint now)
 {
     settleLocked(now);
     HttpOutcome outcome = std::exchange(m_outcome, {});
@@ -158,17 +158,17 @@ void HttpsConnection::settleAndTell(std::unique_lock<std::mutex>& lock, TimePoin
         m_changed.notify_all(); // there may be room to send
         return;
     }
-    ++m_telling;
+    ++m_dispatching;
     lock.unlock();
-    tell(outcome);
+    dispatch(outcome);
     outcome = {}; // whoever waits for this may free what the calls hold on to
     lock.lock();
-    --m_telling;
+    --m_dispatching;
     lock.unlock();
     m_changed.notify_all();
 }
 
-void HttpsConnection::tell(HttpOutcome& outcome)
+void HttpsConnection::dispatch(HttpOutcome& outcome)
 {
     for (const std::string& remark : outcome.remarks)
         OpcUa_Trace(OPCUA_TRACE_LEVEL_WARNING, "%s", remark.c_str());

@@ -6,7 +6,7 @@
 // The first connection is opened, and its certificate judged, when the channel connects. Later ones come and
 // go with need: one that the peer closes while nothing is outstanding is no loss, and the next request opens
 // another. One that breaks under requests fails these, none is sent again, and a new one is opened at once to
-// see whether the server is still there. The channel is lost when that or any other can not be opened.
+// see whether the server is still there. The channel is lost when that or any other cannot be opened.
 #pragma once
 
 #include <stack/transport/httplane.h>
@@ -54,21 +54,21 @@ private:
     void settleLanesLocked();
     void dropEndedLocked(TimePoint now);
     void endLocked(State state, OpcUa_StatusCode status);
-    void settleAndTell(std::unique_lock<std::mutex>& lock, TimePoint now);
-    void tell(HttpOutcome& outcome);
+    void settleAndDispatch(std::unique_lock<std::mutex>& lock, TimePoint now);
+    void dispatch(HttpOutcome& outcome);
 
     const std::shared_ptr<const HttpServer> m_server;
     const OpcUa_UInt32 m_lifetime;
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
     mutable std::mutex m_mutex;
-    std::condition_variable m_changed; ///< room to send, end of the connection, nothing being told
+    std::condition_variable m_changed; ///< room to send, end of the connection, nothing being dispatched
     State m_state = State::Idle;
     UniqueFd m_firstSocket; ///< until start
     std::unique_ptr<TlsSession> m_firstSession;
     std::vector<LanePointer> m_lanes;
     HttpOutcome m_outcome;
-    int m_telling = 0;
+    int m_dispatching = 0;
 };
 
 } // namespace opcua

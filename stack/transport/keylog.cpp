@@ -51,7 +51,7 @@ std::shared_ptr<KeyLog> KeyLog::fromEnvironment()
     if (log)
         OpcUa_Trace(OPCUA_TRACE_LEVEL_WARNING, "Keys of secured channels are written to '%s'", path);
     else
-        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "'%s' can not be used for keys of secured channels", path);
+        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "'%s' cannot be used for keys of secured channels", path);
     return log;
 }
 

@@ -16,13 +16,13 @@ namespace opcua {
 class KeyLog
 {
 public:
-    /// What the environment asks for; null when it names no file, or one that can not be kept to its owner.
+    /// What the environment asks for; null when it names no file, or one that cannot be kept to its owner.
     /// The file is appended to, for several programs may share it, and readable to its owner only.
     [[nodiscard]] static std::shared_ptr<KeyLog> fromEnvironment();
     [[nodiscard]] static std::shared_ptr<KeyLog> open(const std::string& path);
 
     /// One or more lines without the last line end, as they are. Any thread; lines of one call stay together.
-    /// A line that can not be written is lost: a full disk must not end a channel.
+    /// A line that cannot be written is lost: a full disk must not end a channel.
     void append(std::string_view lines);
 
 private:

@@ -117,7 +117,7 @@ OpcUa_StatusCode Resolver::resolve(const std::string& host, std::uint16_t port, 
     if (!cancellation->wait(deadline, [&] { return lookup->done.load(); }))
         return cancellation->cancelled() ? OpcUa_BadRequestCancelledByClient : OpcUa_BadTimeout;
     if (lookup->error != 0 || lookup->addresses.empty()) {
-        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "Host name '%s' can not be resolved: %s", host.c_str(),
+        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "Host name '%s' cannot be resolved: %s", host.c_str(),
                     lookup->error != 0 ? ::gai_strerror(lookup->error) : "no address");
         return OpcUa_BadCommunicationError;
     }

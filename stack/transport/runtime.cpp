@@ -35,7 +35,7 @@ OpcUa_ProxyStubConfiguration completed(OpcUa_ProxyStubConfiguration configuratio
     const EncodingLimits standard;
     fill(configuration.MaxMessageSize, defaultMaxMessageSize);
     fill(configuration.BufferSize, defaultBufferSize);
-    configuration.BufferSize = std::max(configuration.BufferSize, leastBufferSize);
+    configuration.BufferSize = std::max(configuration.BufferSize, minimumBufferSize);
     fill(configuration.MaxChunkCount,
          defaultChunkCount(configuration.MaxMessageSize, configuration.BufferSize));
     fill(configuration.MaxStringLength, standard.maxStringLength);
@@ -92,9 +92,9 @@ ChannelLimits Runtime::channelLimits() const
             m_configuration.MaxChunkCount};
 }
 
-std::shared_ptr<Channel> Runtime::createChannel(const std::shared_ptr<Runtime>& self)
+std::shared_ptr<Channel> Runtime::createChannel()
 {
-    auto channel = std::make_shared<Channel>(self);
+    auto channel = std::make_shared<Channel>(shared_from_this());
     const std::lock_guard lock(m_mutex);
     std::erase_if(m_channels, [](const auto& known) { return known.expired(); });
     m_channels.push_back(channel);

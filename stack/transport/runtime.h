@@ -16,7 +16,7 @@ namespace opcua {
 
 class Channel;
 
-class Runtime
+class Runtime : public std::enable_shared_from_this<Runtime>
 {
 public:
     /// Throws std::system_error or std::bad_alloc when the system has nothing left.
@@ -39,7 +39,8 @@ public:
     /// Null unless somebody asked for it.
     [[nodiscard]] const std::shared_ptr<KeyLog>& keyLog() const { return m_keyLog; }
 
-    [[nodiscard]] std::shared_ptr<Channel> createChannel(const std::shared_ptr<Runtime>& self);
+    /// The channel keeps this object.
+    [[nodiscard]] std::shared_ptr<Channel> createChannel();
     [[nodiscard]] bool isRunning() const { return m_running; }
 
 private:

@@ -19,17 +19,25 @@ void SendBuffer::append(Bytes& bytes)
 bool SendBuffer::flush(int socket)
 {
     bool full = false;
-    while (size() != 0 && !full) {
+    while (size() != 0 && !full && !m_broken) {
         const ssize_t count = ::send(socket, m_bytes.data() + m_sent, size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count >= 0)
             m_sent += static_cast<size_t>(count);
         else if (errno == EAGAIN || errno == EWOULDBLOCK)
             full = true;
         else if (errno != EINTR)
-            m_sent = m_bytes.size(); // the reader finds out why, and whether the peer said a last word
+            m_broken = true;
     }
+    if (m_broken)
+        m_sent = m_bytes.size();
     dropSent();
     return !full;
+}
+
+void SendBuffer::clear()
+{
+    m_bytes.clear();
+    m_sent = 0;
 }
 
 // Forgets what is sent, without moving the rest at every turn.

@@ -10,15 +10,18 @@ class SendBuffer
 public:
     /// Takes the bytes over and empties them.
     void append(Bytes& bytes);
-    /// Writes what the socket takes. False when it is full, and room is to be waited for.
+    /// Writes what the socket takes. False when it is full, and room is to be waited for. After a failure
+    /// everything is dropped, now and later: the reader finds out why, and whether the peer said a last word.
     [[nodiscard]] bool flush(int socket);
     [[nodiscard]] size_t size() const { return m_bytes.size() - m_sent; }
+    void clear();
 
 private:
     void dropSent();
 
     Bytes m_bytes;
     size_t m_sent = 0;
+    bool m_broken = false;
 };
 
 } // namespace opcua

@@ -1,6 +1,7 @@
 #include <stack/transport/servicecall.h>
 
 #include <opcua/opcua_statuscodes.h>
+#include <stack/encoding/memory.h>
 #include <stack/transport/trace.h>
 
 #include <chrono>
@@ -132,7 +133,7 @@ OpcUa_StatusCode invokeService(Channel& channel, const OpcUa_EncodeableType& req
     // the fields move over, the shell goes back
     void* const shell = message.release();
     std::memcpy(response, shell, responseType.AllocationSize);
-    OpcUa_Memory_Free(shell);
+    freeMemory(shell);
     return OpcUa_Good;
 }
 

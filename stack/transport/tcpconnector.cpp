@@ -2,14 +2,13 @@
 
 #include <opcua/opcua_channel.h>
 #include <opcua/opcua_statuscodes.h>
+#include <stack/transport/socketconnect.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <poll.h>
 #include <system_error>
 #include <utility>
@@ -65,19 +64,14 @@ private:
         const SocketAddress& address = m_addresses[m_next++];
         if (m_next < m_addresses.size())
             m_nextStart = std::chrono::steady_clock::now() + nextAddressAfter;
-        Attempt attempt{&address,
-                        UniqueFd(::socket(address.family(), SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))};
-        if (!attempt.socket)
-            return failed(address, errno);
-        const int on = 1;
-        static_cast<void>(::setsockopt(attempt.socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on));
-        if (::connect(attempt.socket.get(), reinterpret_cast<const sockaddr*>(&address.storage),
-                      address.length) == 0)
+        Attempt attempt{&address, {}};
+        const int error = beginConnect(address, attempt.socket);
+        if (error == 0)
             m_connected = std::move(attempt.socket);
-        else if (errno == EINPROGRESS)
+        else if (error == EINPROGRESS)
             m_pending.push_back(std::move(attempt));
         else
-            failed(address, errno);
+            failed(address, error);
     }
 
     void failed(const SocketAddress& address, int error)
@@ -114,10 +108,7 @@ private:
     {
         Attempt attempt = std::move(m_pending[index]);
         m_pending.erase(m_pending.begin() + static_cast<std::ptrdiff_t>(index));
-        int error = 0;
-        socklen_t length = sizeof error;
-        if (::getsockopt(attempt.socket.get(), SOL_SOCKET, SO_ERROR, &error, &length) != 0)
-            error = errno;
+        const int error = connectError(attempt.socket.get());
         if (error == 0) {
             OpcUa_Trace(OPCUA_TRACE_LEVEL_INFO, "Connected to %s", attempt.address->text().c_str());
             m_connected = std::move(attempt.socket);

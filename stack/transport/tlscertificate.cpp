@@ -14,7 +14,7 @@ namespace opcua {
 
 namespace {
 
-constexpr int leastSecurityBits = 112;
+constexpr int minimumSecurityBits = 112;
 
 bool isMadeFor(X509* certificate, const std::string& host)
 {
@@ -48,7 +48,7 @@ std::vector<CertificateFinding> checkTlsCertificate(ByteView chain, const std::s
     const Bytes der(own.der().begin(), own.der().end());
     if (!isMadeFor(own.x509(), host))
         findings.push_back({OpcUa_BadCertificateHostNameInvalid, 0, X509_V_ERR_HOSTNAME_MISMATCH, der});
-    if (EVP_PKEY_get_security_bits(own.publicKey()) < leastSecurityBits)
+    if (EVP_PKEY_get_security_bits(own.publicKey()) < minimumSecurityBits)
         findings.push_back({OpcUa_BadCertificatePolicyCheckFailed, 0, X509_V_ERR_EE_KEY_TOO_SMALL, der});
     putInOrder(findings);
     return findings;

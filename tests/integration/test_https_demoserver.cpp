@@ -190,7 +190,7 @@ public:
         UaString(url.c_str()).copyTo(&create.EndpointUrl);
         OpcUa_CreateSessionResponse created;
         EXPECT_EQ(OpcUa_ClientApi_CreateSession(channel, &create, &created), OpcUa_Good);
-        OpcUa_NodeId_Copy(&created.AuthenticationToken, &token);
+        EXPECT_EQ(OpcUa_NodeId_Copy(&created.AuthenticationToken, &token), OpcUa_Good);
         OpcUa_CreateSessionRequest_Clear(&create);
         OpcUa_CreateSessionResponse_Clear(&created);
         OpcUa_ActivateSessionRequest activate =
@@ -220,7 +220,7 @@ public:
     {
         Request result;
         OpcUa_EncodeableObject_Initialize(&type, &result);
-        OpcUa_NodeId_Copy(&token, &result.RequestHeader.AuthenticationToken);
+        EXPECT_EQ(OpcUa_NodeId_Copy(&token, &result.RequestHeader.AuthenticationToken), OpcUa_Good);
         result.RequestHeader.TimeoutHint = 20'000;
         return result;
     }

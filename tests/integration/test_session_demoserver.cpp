@@ -214,7 +214,7 @@ TEST_F(DemoServerTest, PathsAreTranslated)
     UaRelativePathElements elements(1u);
     elements[0].ReferenceTypeId.Identifier.Numeric = OpcUaId_HierarchicalReferences;
     elements[0].IncludeSubtypes = OpcUa_True;
-    OpcUa_String_Assign(&elements[0].TargetName.Name, "ServerStatus", -1);
+    EXPECT_EQ(OpcUa_String_Assign(&elements[0].TargetName.Name, "ServerStatus", -1), OpcUa_Good);
     elements.detach(&paths[0].RelativePath.NoOfElements, &paths[0].RelativePath.Elements);
     UaBrowsePathResults results;
     ASSERT_TRUE(session.translateBrowsePathsToNodeIds(settings, paths, results, diagnostics).isGood());

@@ -1,7 +1,7 @@
 // A scripted server on the loopback interface, in the test's own process.
 #pragma once
 
-#include <stack/core/serverchannel.h>
+#include <stack/server/serverchannel.h>
 #include <stack/transport/uniquefd.h>
 
 #include <arpa/inet.h>

@@ -4,8 +4,9 @@
 #include <opcua/opcua_statuscodes.h>
 #include <stack/core/byteio.h>
 #include <stack/core/clientchannel.h>
-#include <stack/core/serverchannel.h>
 #include <stack/core/transportmessages.h>
+#include <stack/server/engineprobe.h>
+#include <stack/server/serverchannel.h>
 
 #include <algorithm>
 #include <chrono>
@@ -139,7 +140,7 @@ public:
         sendStatus = client.send(body, now + timeout, id);
         return id;
     }
-    OpcUa_UInt32 nextServerSequence() { return server.conversation().sequenceSender().next(); }
+    OpcUa_UInt32 nextServerSequence() { return EngineProbe::sendSequence(server).next(); }
     /// The client's status of a request: what it failed with, Good when it was answered, nothing while it
     /// waits.
     [[nodiscard]] std::optional<OpcUa_StatusCode> statusOf(OpcUa_UInt32 id) const

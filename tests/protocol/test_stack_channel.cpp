@@ -1,4 +1,6 @@
 // The channel engine against its counterpart, at memory speed.
+#include <stack/server/engineprobe.h>
+#include <stack/server/servermessages.h>
 #include <tests/protocol/memorypipe.h>
 
 #include <gtest/gtest.h>
@@ -111,7 +113,7 @@ TEST(StackChannel, AbortEndsItsCallAlone)
     pipe.run();
     EXPECT_EQ(pipe.statusOf(aborted), OpcUa_BadEncodingLimitsExceeded);
     EXPECT_EQ(pipe.responses[other], Bytes{9});
-    EXPECT_EQ(pipe.client.conversation().assembler().bufferedBytes(), 0u);
+    EXPECT_EQ(EngineProbe::bufferedBytes(pipe.client), 0u);
     EXPECT_EQ(pipe.client.state(), ClientChannel::State::Open);
 }
 
@@ -160,7 +162,7 @@ TEST(StackChannel, CallsEndAtTheirDeadlineAndLateAnswersAreDropped)
     EXPECT_EQ(pipe.statusOf(slow), std::nullopt);
     pipe.pass(Milliseconds{1});
     EXPECT_EQ(pipe.statusOf(slow), OpcUa_BadTimeout);
-    EXPECT_EQ(pipe.client.conversation().assembler().bufferedBytes(), 0u);
+    EXPECT_EQ(EngineProbe::bufferedBytes(pipe.client), 0u);
 
     pipe.server.respond(slow, Bytes{1}); // late
     pipe.server.respond(4711, Bytes{1}); // never asked
@@ -169,7 +171,7 @@ TEST(StackChannel, CallsEndAtTheirDeadlineAndLateAnswersAreDropped)
     pipe.run();
     EXPECT_EQ(pipe.responses[patient], Bytes{2});
     EXPECT_EQ(pipe.completions, 2);
-    EXPECT_EQ(pipe.client.droppedResponses(), 3u);
+    EXPECT_EQ(EngineProbe::droppedResponses(pipe.client), 3u);
     EXPECT_EQ(pipe.client.state(), ClientChannel::State::Open);
 }
 
@@ -314,10 +316,10 @@ std::optional<OpcUa_StatusCode> renewalAnswered(const std::function<Bytes(OpcUa_
     pipe.pass(Milliseconds{2'700'000});
     const Bytes renewal = std::exchange(pipe.client.output(), {});
     const size_t requestIdAt =
-        frameHeaderSize + 4 + 4 + pipe.client.conversation().policy().uri().size() + 8 + 4;
+        frameHeaderSize + 4 + 4 + EngineProbe::conversation(pipe.client).policy().uri().size() + 8 + 4;
     const OpcUa_UInt32 id = getUInt32(renewal.data() + requestIdAt) + wrongId;
     Bytes out;
-    EXPECT_EQ(pipe.server.conversation().writeOpen(out, id, answer(id)), OpcUa_Good);
+    EXPECT_EQ(EngineProbe::conversation(pipe.server).writeOpen(out, id, answer(id)), OpcUa_Good);
     pipe.toClient(out);
     return pipe.clientClosed;
 }
@@ -347,8 +349,8 @@ TEST(StackChannel, SequenceNumbersWrapWithoutAGap)
 {
     MemoryPipe pipe;
     pipe.start();
-    pipe.client.conversation().sequenceSender().continueFrom(legacyWrapAbove - 5);
-    pipe.server.conversation().sequenceSender().continueFrom(legacyWrapAbove - 9);
+    EngineProbe::continueFrom(EngineProbe::sendSequence(pipe.client), legacyWrapAbove - 5);
+    EngineProbe::continueFrom(EngineProbe::sendSequence(pipe.server), legacyWrapAbove - 9);
     pipe.run();
     for (int n = 0; n < 20; ++n) {
         const OpcUa_UInt32 id = pipe.request(pattern(100'000));

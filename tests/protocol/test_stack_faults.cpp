@@ -1,4 +1,6 @@
 // Secured channels under faults that need the right keys to be made, and streams that end anywhere.
+#include <stack/server/engineprobe.h>
+#include <stack/server/servermessages.h>
 #include <tests/protocol/sealingpeer.h>
 #include <tests/protocol/securepipe.h>
 
@@ -54,7 +56,7 @@ void expectEndAtEveryByte(const std::function<std::unique_ptr<MemoryPipe>()>& ma
         EXPECT_EQ(pipe->clientClosed, OpcUa_StatusCode{OpcUa_BadConnectionClosed}) << cut;
         EXPECT_TRUE(pipe->responses.empty()) << cut;
         EXPECT_EQ(pipe->completions, pipe->opened) << cut; // the call that was made failed, once
-        EXPECT_EQ(pipe->client.pendingRequests(), 0u) << cut;
+        EXPECT_EQ(EngineProbe::pendingRequests(pipe->client), 0u) << cut;
         EXPECT_EQ(pipe->client.nextDeadline(), never) << cut;
         EXPECT_TRUE(pipe->client.output().empty()) << cut;
     }

@@ -1,5 +1,6 @@
 // Pieces of the channel engine that have rules of their own.
 #include <stack/core/endpointurl.h>
+#include <stack/server/engineprobe.h>
 #include <tests/protocol/memorypipe.h>
 
 #include <gtest/gtest.h>
@@ -100,7 +101,7 @@ TEST(StackSequenceNumbers, SenderSatisfiesTheVerifierAcrossTheWrap)
         SequenceVerifier verifier(rule);
         ASSERT_TRUE(verifier.accept(sender.next()));
         if (rule == SequenceRule::Legacy) {
-            sender.continueFrom(legacyWrapAbove - 3);
+            EngineProbe::continueFrom(sender, legacyWrapAbove - 3);
             verifier = SequenceVerifier(rule);
         }
         OpcUa_UInt32 least = 0xFFFFFFFFu;
@@ -127,7 +128,7 @@ TEST(StackMessageAssembler, KeepsMessagesApartAndTheirLimits)
     expected.insert(expected.end(), tail.begin(), tail.end());
     EXPECT_EQ(message, expected);
     assembler.drop(1);
-    EXPECT_EQ(assembler.bufferedBytes(), 0u);
+    EXPECT_EQ(EngineProbe::bufferedBytes(assembler), 0u);
 
     for (int n = 0; n < 4; ++n)
         EXPECT_EQ(assembler.add(7, false, {}, message), Outcome::Incomplete);
@@ -141,7 +142,7 @@ TEST(StackMessageAssembler, BoundsAllUnfinishedMessagesTogether)
     OpcUa_UInt32 id = 0;
     while (assembler.add(++id, false, pattern(900), message) == MessageAssembler::Outcome::Incomplete)
         ASSERT_LT(id, 100u);
-    EXPECT_LE(assembler.bufferedBytes(), 4000u);
+    EXPECT_LE(EngineProbe::bufferedBytes(assembler), 4000u);
 
     MessageAssembler ofEmptyOnes(1000, 10);
     id = 0;

@@ -1,4 +1,6 @@
 // The client's engine against peers that do what they must not.
+#include <stack/server/engineprobe.h>
+#include <stack/server/servermessages.h>
 #include <tests/protocol/memorypipe.h>
 
 #include <gtest/gtest.h>
@@ -221,7 +223,7 @@ TEST(StackHostilePeer, PartsOfAnswersToNobodyAreNotKept)
                                1000 + n, pattern(60'000)}
                           .bytes());
     }
-    EXPECT_EQ(pipe.client.conversation().assembler().bufferedBytes(), 0u);
+    EXPECT_EQ(EngineProbe::bufferedBytes(pipe.client), 0u);
     EXPECT_EQ(pipe.client.state(), State::Open);
 }
 
@@ -264,7 +266,7 @@ TEST(StackHostilePeer, ServerRoleRefusesWhatIsOutOfOrder)
                   Bytes body;
                   Bytes out;
                   ASSERT_EQ(encodeOpenRequest({}, body), OpcUa_Good);
-                  ASSERT_EQ(pipe.client.conversation().writeOpen(out, 77, body), OpcUa_Good);
+                  ASSERT_EQ(EngineProbe::conversation(pipe.client).writeOpen(out, 77, body), OpcUa_Good);
                   pipe.toServer(out); // asks for a first token again
               }),
               OpcUa_BadRequestTypeInvalid);

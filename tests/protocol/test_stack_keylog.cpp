@@ -49,7 +49,7 @@ protected:
     {
         ::unsetenv(variable);
         OpcUa_Trace_SetHook(nullptr, nullptr);
-        OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_NONE);
+        EXPECT_EQ(OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_NONE), OpcUa_Good);
     }
 
     // One call over a secured channel, whose chunks to the server land in sent and to the client in answered.
@@ -144,7 +144,7 @@ TEST_F(StackKeyLog, IsOffUnlessAskedForAndKeptToItsOwner)
     OpcUa_Trace_SetHook([](OpcUa_UInt32, const char* text,
                            void* context) { static_cast<Mailbox<std::string>*>(context)->put(text); },
                         &trace);
-    OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_ALL);
+    EXPECT_EQ(OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_ALL), OpcUa_Good);
     converse(suites[0]);
     EXPECT_TRUE(folder.names().empty());
 

@@ -2,6 +2,7 @@
 // breaks the rules of a secured channel leaves in the trace.
 #include <stack/core/openmessages.h>
 #include <stack/core/transportmessages.h>
+#include <stack/server/servermessages.h>
 #include <tests/protocol/channelfixture.h>
 #include <tests/protocol/sealingpeer.h>
 
@@ -173,7 +174,7 @@ std::vector<std::string> traceOfConnect(const LoopbackPeer::Script& script)
     OpcUa_Trace_SetHook([](OpcUa_UInt32, const char* text,
                            void* context) { static_cast<Mailbox<std::string>*>(context)->put(text); },
                         &lines);
-    OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_ALL);
+    EXPECT_EQ(OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_ALL), OpcUa_Good);
     std::string port;
     {
         LoopbackPeer peer(script);
@@ -183,7 +184,7 @@ std::vector<std::string> traceOfConnect(const LoopbackPeer::Script& script)
         EXPECT_EQ(channel.connect(peer.url()), OpcUa_BadSecurityChecksFailed);
     }
     OpcUa_Trace_SetHook(nullptr, nullptr);
-    OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_NONE);
+    EXPECT_EQ(OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_NONE), OpcUa_Good);
     std::vector<std::string> all = lines.values();
     for (std::string& line : all)
         for (size_t at = line.find(port); at != std::string::npos; at = line.find(port, at))

@@ -1,5 +1,6 @@
 // The channel functions of the C interface over real sockets, against peers that behave as scripted.
 #include <stack/core/transportmessages.h>
+#include <stack/server/servermessages.h>
 #include <tests/protocol/channelfixture.h>
 
 #include <algorithm>
@@ -384,7 +385,7 @@ protected:
     void TearDown() override
     {
         OpcUa_Trace_SetHook(nullptr, nullptr);
-        OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_NONE);
+        EXPECT_EQ(OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_NONE), OpcUa_Good);
     }
     bool contains(std::string_view text)
     {
@@ -398,7 +399,7 @@ protected:
 
 TEST_F(StackTrace, LinesAreFilteredBoundedAndCannotBeForged)
 {
-    OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_WARNING);
+    EXPECT_EQ(OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_WARNING), OpcUa_Good);
     OpcUa_Trace(OPCUA_TRACE_LEVEL_INFO, "too fine");
     OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "server says %s", "a\nERROR b\x1b[0m");
     OpcUa_Trace(OPCUA_TRACE_LEVEL_WARNING, "%s", std::string(10'000, '\t').c_str());
@@ -411,7 +412,7 @@ TEST_F(StackTrace, LinesAreFilteredBoundedAndCannotBeForged)
 
 TEST_F(StackTrace, ContentShowsBodiesButNoCredentials)
 {
-    OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_CONTENT);
+    EXPECT_EQ(OpcUa_Trace_ChangeTraceLevel(OPCUA_TRACE_OUTPUT_LEVEL_CONTENT), OpcUa_Good);
     ASSERT_EQ(OpcUa_ProxyStub_Initialize(nullptr), OpcUa_Good);
     {
         LoopbackPeer peer(serving(answerAtOnce));

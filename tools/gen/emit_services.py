@@ -55,10 +55,10 @@ def services_header(schema):
     lines = ["/* Results and threads are those of OpcUa_Channel_InvokeService and BeginInvokeService. */"]
     for service in SERVICES:
         lines += [
-            f"OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_{service}(OpcUa_Channel channel, "
+            f"OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_{service}(OpcUa_Channel channel, "
             f"const OpcUa_{service}Request* request,",
             f"    OpcUa_{service}Response* response);",
-            f"OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Begin{service}(OpcUa_Channel channel, "
+            f"OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Begin{service}(OpcUa_Channel channel, "
             f"const OpcUa_{service}Request* request,",
             "    OpcUa_Channel_PfnRequestComplete callback, void* callbackData);",
         ]

@@ -25,7 +25,7 @@ _FUNCTIONS = """
     { OpcUa_EncodeableObject_Initialize(&OpcUa_##T##_EncodeableType, value); } \\
     static inline void OpcUa_##T##_Clear(OpcUa_##T* value) \\
     { OpcUa_EncodeableObject_Clear(&OpcUa_##T##_EncodeableType, value); } \\
-    static inline OpcUa_StatusCode OpcUa_##T##_Copy(const OpcUa_##T* source, OpcUa_##T* destination) \\
+    OPCUA_NODISCARD static inline OpcUa_StatusCode OpcUa_##T##_Copy(const OpcUa_##T* source, OpcUa_##T* destination) \\
     { return OpcUa_EncodeableObject_Copy(&OpcUa_##T##_EncodeableType, source, destination); } \\
     static inline int OpcUa_##T##_Compare(const OpcUa_##T* left, const OpcUa_##T* right) \\
     { return OpcUa_EncodeableObject_Compare(&OpcUa_##T##_EncodeableType, left, right); }
@@ -71,12 +71,12 @@ _MACROS = """
     {#name, kind, 1, pointer, offsetof(OpcUa_##T, name), offsetof(OpcUa_##T, NoOf##name), type, dataType}
 #define SIMPLE(T, name, kind, dataType) FIELD(T, name, kind, 0, NULL, dataType)
 #define SIMPLES(T, name, kind, dataType) ARRAY(T, name, kind, 0, NULL, dataType)
-#define NESTED(T, name, type, dataType) FIELD(T, name, 31, 0, &OpcUa_##type##_EncodeableType, dataType)
-#define POINTED(T, name, type, dataType) FIELD(T, name, 31, 1, &OpcUa_##type##_EncodeableType, dataType)
-#define NESTEDS(T, name, type, dataType) ARRAY(T, name, 31, 0, &OpcUa_##type##_EncodeableType, dataType)
-#define TYPE(T, id, binary, xml, fields, count, isUnion, optional, mask, least, flat) \\
+#define NESTED(T, name, type, dataType) FIELD(T, name, OpcUa_FieldKind_Structure, 0, &OpcUa_##type##_EncodeableType, dataType)
+#define POINTED(T, name, type, dataType) FIELD(T, name, OpcUa_FieldKind_Structure, 1, &OpcUa_##type##_EncodeableType, dataType)
+#define NESTEDS(T, name, type, dataType) ARRAY(T, name, OpcUa_FieldKind_Structure, 0, &OpcUa_##type##_EncodeableType, dataType)
+#define TYPE(T, id, binary, xml, fields, count, isUnion, optional, mask, minimum, flat) \\
     const OpcUa_EncodeableType OpcUa_##T##_EncodeableType = {#T, id, binary, xml, sizeof(OpcUa_##T), fields, \\
-        count, isUnion, optional, mask, least, flat};
+        count, isUnion, optional, mask, minimum, flat};
 """  # noqa: E501
 
 

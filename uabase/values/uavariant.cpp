@@ -13,23 +13,6 @@ namespace uabase {
 
 namespace {
 
-// Where the C variant keeps a scalar of the type: in itself or in a block of its own.
-bool liesInside(OpcUa_Byte type) noexcept
-{
-    switch (type) {
-    case OpcUaType_NodeId:
-    case OpcUaType_ExpandedNodeId:
-    case OpcUaType_QualifiedName:
-    case OpcUaType_LocalizedText:
-    case OpcUaType_ExtensionObject:
-    case OpcUaType_DataValue:
-    case OpcUaType_DiagnosticInfo:
-        return false;
-    default:
-        return true;
-    }
-}
-
 bool isElementOf(OpcUa_BuiltInType type, const UaVariant& value) noexcept
 {
     return type == OpcUaType_Variant || (value.isScalar() && value.type() == type);
@@ -61,7 +44,7 @@ UaVariant takeScalar(OpcUa_BuiltInType type, void* element) noexcept
     OpcUa_Variant value;
     OpcUa_Variant_Initialize(&value);
     void* place = &value.Value;
-    if (!liesInside(static_cast<OpcUa_Byte>(type))) {
+    if (OpcUa_Variant_IsHeldByPointer(static_cast<OpcUa_Byte>(type)) != OpcUa_False) {
         place = OpcUa_Memory_Alloc(size);
         value.Value.NodeId = static_cast<OpcUa_NodeId*>(place);
     }
@@ -96,10 +79,7 @@ UaVariant nullScalar(OpcUa_BuiltInType type) noexcept
 
 const void* scalarData(const OpcUa_Variant& value) noexcept
 {
-    if (value.ArrayType != OpcUa_VariantArrayType_Scalar || !isBuiltInType(value.Datatype) ||
-        value.Datatype == OpcUaType_Variant)
-        return nullptr;
-    return liesInside(value.Datatype) ? static_cast<const void*>(&value.Value) : value.Value.NodeId;
+    return OpcUa_Variant_ScalarData(&value);
 }
 
 ArrayBuilder::ArrayBuilder(OpcUa_BuiltInType type, std::size_t count) noexcept

@@ -32,10 +32,14 @@ Token* attachToken(const OpcUa_EncodeableType& type, const OpcUa_UserTokenPolicy
                    OpcUa_ActivateSessionRequest& request)
 {
     auto* token = static_cast<Token*>(OpcUa_EncodeableObject_Create(&type));
-    if (token) {
-        OpcUa_String_Copy(&policy.PolicyId, &token->PolicyId);
-        OpcUa_ExtensionObject_AttachEncodeable(&request.UserIdentityToken, &type, token);
+    if (!token)
+        return nullptr;
+    if (OpcUa_IsBad(OpcUa_String_Copy(&policy.PolicyId, &token->PolicyId))) {
+        void* object = token;
+        OpcUa_EncodeableObject_Delete(&type, &object);
+        return nullptr;
     }
+    OpcUa_ExtensionObject_AttachEncodeable(&request.UserIdentityToken, &type, token);
     return token;
 }
 
@@ -140,7 +144,7 @@ UaStatus IdentityTokenBuilder::protectPassword(const CryptoProvider& provider, c
     const UaStatus status = provider.encrypt(m_protection.serverCertificate, secret.view(), encrypted);
     if (status.isGood()) {
         encrypted.detach(&token.Password);
-        OpcUa_String_Assign(&token.EncryptionAlgorithm, provider.encryptionUri(), -1);
+        return UaStatus(OpcUa_String_Assign(&token.EncryptionAlgorithm, provider.encryptionUri(), -1));
     }
     return status;
 }

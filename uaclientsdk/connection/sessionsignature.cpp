@@ -28,7 +28,7 @@ UaStatus signForServer(const CryptoProvider& provider, const OpcUa_ByteString& p
     const UaStatus status = provider.sign(privateKey, joined(serverCertificate, serverNonce), bytes);
     if (status.isGood()) {
         bytes.detach(&signature.Signature);
-        OpcUa_String_Assign(&signature.Algorithm, provider.signatureUri(), -1);
+        return UaStatus(OpcUa_String_Assign(&signature.Algorithm, provider.signatureUri(), -1));
     }
     return status;
 }

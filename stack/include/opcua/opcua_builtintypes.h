@@ -2,8 +2,11 @@
 //
 // Rules for all of them: a structure filled with zero bytes through its Initialize function is the type's
 // null value; Clear frees what it owns and initialises it again; Copy makes a deep copy (the destination is
-// initialised first, never cleared) and answers Good or BadOutOfMemory. Memory is that of OpcUa_Memory_Alloc.
-// No function here is thread-safe on one object.
+// initialised first, never cleared) and answers Good, BadInvalidArgument for a null pointer, or
+// BadOutOfMemory, with which the destination is the null value; Compare orders totally and is negative, 0 or
+// positive. Memory is that of OpcUa_Memory_Alloc. Initialize and Clear ignore a null pointer; to Compare it
+// stands before every value. Any threads may use different objects at the same time; one object is for one
+// thread at a time.
 #ifndef OPCUA_BUILTINTYPES_H
 #define OPCUA_BUILTINTYPES_H
 
@@ -211,81 +214,101 @@ typedef struct OpcUa_DiagnosticInfo
 // ---- strings
 OPCUA_EXPORT void OpcUa_String_Initialize(OpcUa_String* value);
 OPCUA_EXPORT void OpcUa_String_Clear(OpcUa_String* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_String_Copy(const OpcUa_String* source, OpcUa_String* destination);
-/// Copies length bytes; length -1 means up to the NUL; a null text gives the null string.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_String_Assign(OpcUa_String* destination, const char* text,
-                                                  OpcUa_Int32 length);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_String_Copy(const OpcUa_String* source,
+                                                                OpcUa_String* destination);
+/// Copies length bytes; length -1 means up to the NUL; a null text gives the null string. What destination
+/// held is not freed. Good, BadInvalidArgument (also for more than 2^31 - 1 bytes), BadOutOfMemory.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_String_Assign(OpcUa_String* destination, const char* text,
+                                                                  OpcUa_Int32 length);
 /// Bytewise order, null before empty before all others.
 OPCUA_EXPORT int OpcUa_String_Compare(const OpcUa_String* left, const OpcUa_String* right);
 
 OPCUA_EXPORT void OpcUa_ByteString_Initialize(OpcUa_ByteString* value);
 OPCUA_EXPORT void OpcUa_ByteString_Clear(OpcUa_ByteString* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ByteString_Copy(const OpcUa_ByteString* source,
-                                                    OpcUa_ByteString* destination);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ByteString_Assign(OpcUa_ByteString* destination, const void* data,
-                                                      OpcUa_Int32 length);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ByteString_Copy(const OpcUa_ByteString* source,
+                                                                    OpcUa_ByteString* destination);
+/// Copies length bytes; null data or a negative length gives the null value. What destination held is not
+/// freed. Good, BadInvalidArgument, BadOutOfMemory.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ByteString_Assign(OpcUa_ByteString* destination,
+                                                                      const void* data, OpcUa_Int32 length);
+/// As for strings.
 OPCUA_EXPORT int OpcUa_ByteString_Compare(const OpcUa_ByteString* left, const OpcUa_ByteString* right);
 
+/// Field by field, in the order in which they are declared.
 OPCUA_EXPORT int OpcUa_Guid_Compare(const OpcUa_Guid* left, const OpcUa_Guid* right);
 
 // ---- node ids
 OPCUA_EXPORT void OpcUa_NodeId_Initialize(OpcUa_NodeId* value);
 OPCUA_EXPORT void OpcUa_NodeId_Clear(OpcUa_NodeId* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_NodeId_Copy(const OpcUa_NodeId* source, OpcUa_NodeId* destination);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_NodeId_Copy(const OpcUa_NodeId* source,
+                                                                OpcUa_NodeId* destination);
 /// Total order: namespace index, identifier type, identifier.
 OPCUA_EXPORT int OpcUa_NodeId_Compare(const OpcUa_NodeId* left, const OpcUa_NodeId* right);
+/// In namespace 0, and the identifier is 0, empty or all zeros. A null pointer is null.
 OPCUA_EXPORT OpcUa_Boolean OpcUa_NodeId_IsNull(const OpcUa_NodeId* value);
 
 OPCUA_EXPORT void OpcUa_ExpandedNodeId_Initialize(OpcUa_ExpandedNodeId* value);
 OPCUA_EXPORT void OpcUa_ExpandedNodeId_Clear(OpcUa_ExpandedNodeId* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ExpandedNodeId_Copy(const OpcUa_ExpandedNodeId* source,
-                                                        OpcUa_ExpandedNodeId* destination);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ExpandedNodeId_Copy(const OpcUa_ExpandedNodeId* source,
+                                                                        OpcUa_ExpandedNodeId* destination);
+/// Total order: server index, namespace URI, node id.
 OPCUA_EXPORT int OpcUa_ExpandedNodeId_Compare(const OpcUa_ExpandedNodeId* left,
                                               const OpcUa_ExpandedNodeId* right);
 
 // ---- names and texts
 OPCUA_EXPORT void OpcUa_QualifiedName_Initialize(OpcUa_QualifiedName* value);
 OPCUA_EXPORT void OpcUa_QualifiedName_Clear(OpcUa_QualifiedName* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_QualifiedName_Copy(const OpcUa_QualifiedName* source,
-                                                       OpcUa_QualifiedName* destination);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_QualifiedName_Copy(const OpcUa_QualifiedName* source,
+                                                                       OpcUa_QualifiedName* destination);
+/// Total order: namespace index, name.
 OPCUA_EXPORT int OpcUa_QualifiedName_Compare(const OpcUa_QualifiedName* left,
                                              const OpcUa_QualifiedName* right);
 
 OPCUA_EXPORT void OpcUa_LocalizedText_Initialize(OpcUa_LocalizedText* value);
 OPCUA_EXPORT void OpcUa_LocalizedText_Clear(OpcUa_LocalizedText* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_LocalizedText_Copy(const OpcUa_LocalizedText* source,
-                                                       OpcUa_LocalizedText* destination);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_LocalizedText_Copy(const OpcUa_LocalizedText* source,
+                                                                       OpcUa_LocalizedText* destination);
+/// Total order: locale, text.
 OPCUA_EXPORT int OpcUa_LocalizedText_Compare(const OpcUa_LocalizedText* left,
                                              const OpcUa_LocalizedText* right);
 
 // ---- values
 OPCUA_EXPORT void OpcUa_ExtensionObject_Initialize(OpcUa_ExtensionObject* value);
 OPCUA_EXPORT void OpcUa_ExtensionObject_Clear(OpcUa_ExtensionObject* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ExtensionObject_Copy(const OpcUa_ExtensionObject* source,
-                                                         OpcUa_ExtensionObject* destination);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ExtensionObject_Copy(const OpcUa_ExtensionObject* source,
+                                                                         OpcUa_ExtensionObject* destination);
+/// Total order: type id, encoding, body.
 OPCUA_EXPORT int OpcUa_ExtensionObject_Compare(const OpcUa_ExtensionObject* left,
                                                const OpcUa_ExtensionObject* right);
-/// Takes ownership of object (made with OpcUa_EncodeableObject_Create).
+/// Clears value, which then owns object (made with OpcUa_EncodeableObject_Create). type must outlive value.
 OPCUA_EXPORT void OpcUa_ExtensionObject_AttachEncodeable(OpcUa_ExtensionObject* value,
                                                          const struct OpcUa_EncodeableType* type,
                                                          void* object);
 
 OPCUA_EXPORT void OpcUa_Variant_Initialize(OpcUa_Variant* value);
 OPCUA_EXPORT void OpcUa_Variant_Clear(OpcUa_Variant* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_Variant_Copy(const OpcUa_Variant* source, OpcUa_Variant* destination);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Variant_Copy(const OpcUa_Variant* source,
+                                                                 OpcUa_Variant* destination);
 /// Total order; 0 exactly when type, shape and every element are equal (floating point compared bitwise).
 OPCUA_EXPORT int OpcUa_Variant_Compare(const OpcUa_Variant* left, const OpcUa_Variant* right);
+/// Whether a scalar of this built-in type is a block of its own, to which the variant points.
+OPCUA_EXPORT OpcUa_Boolean OpcUa_Variant_IsHeldByPointer(OpcUa_Byte builtInType);
+/// Where the value of a scalar variant lies, inside or in its block; null for all other variants. Valid until
+/// the variant changes.
+OPCUA_EXPORT const void* OpcUa_Variant_ScalarData(const OpcUa_Variant* value);
 
 OPCUA_EXPORT void OpcUa_DataValue_Initialize(OpcUa_DataValue* value);
 OPCUA_EXPORT void OpcUa_DataValue_Clear(OpcUa_DataValue* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_DataValue_Copy(const OpcUa_DataValue* source,
-                                                   OpcUa_DataValue* destination);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_DataValue_Copy(const OpcUa_DataValue* source,
+                                                                   OpcUa_DataValue* destination);
+/// Total order: value, status, source time, server time.
 OPCUA_EXPORT int OpcUa_DataValue_Compare(const OpcUa_DataValue* left, const OpcUa_DataValue* right);
 
 OPCUA_EXPORT void OpcUa_DiagnosticInfo_Initialize(OpcUa_DiagnosticInfo* value);
 OPCUA_EXPORT void OpcUa_DiagnosticInfo_Clear(OpcUa_DiagnosticInfo* value);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_DiagnosticInfo_Copy(const OpcUa_DiagnosticInfo* source,
-                                                        OpcUa_DiagnosticInfo* destination);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_DiagnosticInfo_Copy(const OpcUa_DiagnosticInfo* source,
+                                                                        OpcUa_DiagnosticInfo* destination);
+/// Total order: field by field, inner ones last.
 OPCUA_EXPORT int OpcUa_DiagnosticInfo_Compare(const OpcUa_DiagnosticInfo* left,
                                               const OpcUa_DiagnosticInfo* right);
 
@@ -294,15 +317,18 @@ OPCUA_EXPORT int OpcUa_DiagnosticInfo_Compare(const OpcUa_DiagnosticInfo* left,
 OPCUA_EXPORT size_t OpcUa_BuiltInType_Size(OpcUa_Byte builtInType);
 /// "Int32", "NodeId" ...; "Null" for 0, "Unknown" otherwise; static storage.
 OPCUA_EXPORT const char* OpcUa_BuiltInType_Name(OpcUa_Byte builtInType);
-/// count elements lie packed at data; data itself is not freed.
+/// count elements lie packed at data; data itself is not freed. Nothing happens for an unknown type.
 OPCUA_EXPORT void OpcUa_BuiltInType_InitializeArray(OpcUa_Byte builtInType, void* data, size_t count);
 OPCUA_EXPORT void OpcUa_BuiltInType_ClearArray(OpcUa_Byte builtInType, void* data, size_t count);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_BuiltInType_CopyArray(OpcUa_Byte builtInType, const void* source,
-                                                          void* destination, size_t count);
-/// Orders two values of one type.
+/// Deep copies into memory that holds anything. Good; BadInvalidArgument for an unknown type or a null
+/// pointer; BadOutOfMemory, with which every element of the destination is the null value.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_BuiltInType_CopyArray(OpcUa_Byte builtInType,
+                                                                          const void* source,
+                                                                          void* destination, size_t count);
+/// Orders two values of one type; 0 for an unknown type.
 OPCUA_EXPORT int OpcUa_BuiltInType_Compare(OpcUa_Byte builtInType, const void* left, const void* right);
 
-/// Now, from the system's clock.
+/// Now, from the system's clock. Any thread.
 OPCUA_EXPORT OpcUa_DateTime OpcUa_DateTime_UtcNow(void);
 
 #ifdef __cplusplus

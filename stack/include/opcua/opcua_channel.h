@@ -24,14 +24,19 @@ typedef struct OpcUa_ProxyStubConfiguration
     OpcUa_UInt32 MaxNestingLevel;     ///< [100]
 } OpcUa_ProxyStubConfiguration;
 
-/// Starts the event-loop thread. configuration may be null. Counted like OpcUa_P_Initialize.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ProxyStub_Initialize(const OpcUa_ProxyStubConfiguration* configuration);
-/// Ends all channels and joins the event-loop thread; every pending call completes first.
+/// Starts the event-loop thread. configuration may be null, is copied, and that of the first call holds.
+/// Counted like OpcUa_P_Initialize. Good; BadOutOfMemory; BadResourceUnavailable when the system has no
+/// thread or descriptor left.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
+OpcUa_ProxyStub_Initialize(const OpcUa_ProxyStubConfiguration* configuration);
+/// The last one ends all channels and joins the event-loop thread; every pending call completes first. Does
+/// nothing on a callback of the stack.
 OPCUA_EXPORT void OpcUa_ProxyStub_Clear(void);
 /// Six fields as in OpcUa_P_GetVersion.
 OPCUA_EXPORT const char* OpcUa_ProxyStub_GetVersion(void);
+/// "name:value" pairs separated by backslashes: what the stack offers and its default limits; static storage.
 OPCUA_EXPORT const char* OpcUa_ProxyStub_GetStaticConfigString(void);
-/// The limits in force, defaults filled in.
+/// The limits in force, defaults filled in; the defaults alone while the stack is not started. Any thread.
 OPCUA_EXPORT void OpcUa_ProxyStub_GetConfiguration(OpcUa_ProxyStubConfiguration* configuration);
 
 // ---- trace
@@ -55,11 +60,16 @@ OPCUA_EXPORT void OpcUa_ProxyStub_GetConfiguration(OpcUa_ProxyStubConfiguration*
 /// the old hook runs no more.
 typedef void (*OpcUa_Trace_PfnHook)(OpcUa_UInt32 level, const char* text, void* context);
 
+/// A null hook ends the trace to it. Any thread, also inside the hook.
 OPCUA_EXPORT void OpcUa_Trace_SetHook(OpcUa_Trace_PfnHook hook, void* context);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_Trace_ChangeTraceLevel(OpcUa_UInt32 outputLevel);
+/// OPCUA_TRACE_OUTPUT_LEVEL_..., from now on. Good. Any thread.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Trace_ChangeTraceLevel(OpcUa_UInt32 outputLevel);
+/// One line of one OPCUA_TRACE_LEVEL_..., which the hook gets when the output level includes it. Any thread.
 OPCUA_EXPORT void OpcUa_Trace(OpcUa_UInt32 level, const char* format, ...) OPCUA_PRINTF(2, 3);
 
 // ---- channels
+/// A connection to one server. Any thread may use it, several at the same time; whoever deletes it sees to it
+/// that nobody does any more. A null handle is BadInvalidArgument.
 typedef struct OpcUa_ChannelImpl* OpcUa_Channel;
 
 #define OpcUa_TransportProfile_UaTcp "http://opcfoundation.org/UA-Profile/Transport/uatcp-uasc-uabinary"
@@ -95,7 +105,8 @@ typedef struct OpcUa_CertificateValidation
 typedef OpcUa_StatusCode (*OpcUa_Channel_PfnEvent)(OpcUa_Channel channel, OpcUa_Channel_Event event,
                                                    OpcUa_StatusCode status, void* details, void* context);
 
-/// File locations of certificates for the checks of a channel; all strings may be null.
+/// Folders of certificates and revocation lists (DER, unless said otherwise) for the checks of a channel; all
+/// strings may be null, and are copied by the call that takes them.
 typedef struct OpcUa_PkiConfiguration
 {
     const char* TrustedCertificates;
@@ -127,7 +138,9 @@ typedef struct OpcUa_ChannelConnectInfo
     OpcUa_Boolean AllowBasic128Rsa15;
 } OpcUa_ChannelConnectInfo;
 
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
+/// Good; BadInvalidArgument; BadInvalidState while the stack is not started; BadOutOfMemory. The caller owns
+/// the handle, until OpcUa_Channel_Delete.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
 /// Blocks until the channel is open or the timeout (0: 10000) is over. Good; BadTimeout;
 /// BadTcpEndpointUrlInvalid (also http://, and a scheme that is not the profile's); BadCommunicationError (no
 /// such host, network); BadConnectionRejected (nobody listens, or buffers too small); BadConnectionClosed
@@ -140,16 +153,17 @@ OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Create(OpcUa_Channel* channel);
 /// connected, or on a callback of the channel); or the server's own status. A channel whose connection was
 /// lost may be connected again without Disconnect. revisedLifetime (ms) may be null. The strings and bytes of
 /// info are copied.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel,
-                                                    const OpcUa_ChannelConnectInfo* info,
-                                                    OpcUa_UInt32* revisedLifetime);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel,
+                                                                    const OpcUa_ChannelConnectInfo* info,
+                                                                    OpcUa_UInt32* revisedLifetime);
 /// Closes the channel; pending calls complete with BadConnectionClosed and running callbacks end before it
 /// returns. Good also when the peer had gone; BadInvalidState when there was no connection. No event follows.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Disconnect(OpcUa_Channel channel);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Disconnect(OpcUa_Channel channel);
 /// Ends a Connect that runs on another thread (it answers BadRequestCancelledByClient). Any thread.
 OPCUA_EXPORT void OpcUa_Channel_CancelConnect(OpcUa_Channel channel);
 /// Disconnects if need be, frees and nulls the handle.
 OPCUA_EXPORT void OpcUa_Channel_Delete(OpcUa_Channel* channel);
+/// Whether a call would be sent now.
 OPCUA_EXPORT OpcUa_Boolean OpcUa_Channel_IsConnected(OpcUa_Channel channel);
 
 /// Completion of an asynchronous call. Runs once for each accepted call, on the channel's callback thread, no
@@ -163,15 +177,13 @@ typedef void (*OpcUa_Channel_PfnRequestComplete)(OpcUa_Channel channel, void* re
 /// as its first field, whose TimeoutHint (ms, 0: 10000) limits the wait. Invoke blocks; response is
 /// initialised by the call. Good when a response of the expected type came with a service result that is not
 /// bad; else the service result, BadTimeout, BadConnectionClosed, BadUnknownResponse, BadDecodingError ...
-/// BadRequestTooLarge when the peer would not take it. BeginInvoke never blocks: BadResourceUnavailable when
-/// the peer does not take what was sent before, BadTooManyOperations when too many calls wait; the callback
-/// runs when it answers Good, only then.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_InvokeService(OpcUa_Channel channel,
-                                                          const OpcUa_EncodeableType* requestType,
-                                                          const void* request,
-                                                          const OpcUa_EncodeableType* responseType,
-                                                          void* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_BeginInvokeService(
+/// BadRequestTooLarge when the peer would not take it; BadInvalidArgument when a type has no header.
+/// BeginInvoke never blocks: BadResourceUnavailable when the peer does not take what was sent before,
+/// BadTooManyOperations when too many calls wait; the callback runs when it answers Good, only then.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
+OpcUa_Channel_InvokeService(OpcUa_Channel channel, const OpcUa_EncodeableType* requestType,
+                            const void* request, const OpcUa_EncodeableType* responseType, void* response);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_BeginInvokeService(
     OpcUa_Channel channel, const OpcUa_EncodeableType* requestType, const void* request,
     const OpcUa_EncodeableType* responseType, OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
 

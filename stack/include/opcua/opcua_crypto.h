@@ -24,13 +24,15 @@ typedef struct OpcUa_CryptoProviderInfo
     OpcUa_UInt32 SymmetricEncryptionKeyLength; ///< bytes
 } OpcUa_CryptoProviderInfo;
 
-/// Good; BadSecurityPolicyRejected for a policy that is not offered. Null and "" mean None.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_Create(const char* securityPolicyUri,
-                                                          OpcUa_CryptoProvider* provider);
+/// Good; BadInvalidArgument; BadOutOfMemory; BadSecurityPolicyRejected for a policy that is not offered.
+/// Null and "" mean None. The caller owns the handle, until OpcUa_CryptoProvider_Delete.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_Create(const char* securityPolicyUri,
+                                                                          OpcUa_CryptoProvider* provider);
 /// Frees and nulls the handle.
 OPCUA_EXPORT void OpcUa_CryptoProvider_Delete(OpcUa_CryptoProvider* provider);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GetInfo(OpcUa_CryptoProvider provider,
-                                                           OpcUa_CryptoProviderInfo* info);
+/// Good; BadInvalidArgument.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GetInfo(OpcUa_CryptoProvider provider,
+                                                                           OpcUa_CryptoProviderInfo* info);
 
 /// Certificates are DER; of a chain the first is used. Private keys are DER, PKCS#8 or PKCS#1. Results are
 /// allocated by the call and null on failure. Good; BadInvalidArgument; BadNotSupported with policy None;
@@ -40,28 +42,26 @@ OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GetInfo(OpcUa_CryptoProvider 
 /// signature.
 
 /// Texts longer than one RSA block are encrypted block by block.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_AsymmetricEncrypt(OpcUa_CryptoProvider provider,
-                                                                     const OpcUa_ByteString* certificate,
-                                                                     const OpcUa_ByteString* plainText,
-                                                                     OpcUa_ByteString* cipherText);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_AsymmetricDecrypt(OpcUa_CryptoProvider provider,
-                                                                     const OpcUa_ByteString* privateKey,
-                                                                     const OpcUa_ByteString* cipherText,
-                                                                     OpcUa_ByteString* plainText);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_AsymmetricSign(OpcUa_CryptoProvider provider,
-                                                                  const OpcUa_ByteString* privateKey,
-                                                                  const OpcUa_ByteString* data,
-                                                                  OpcUa_ByteString* signature);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_AsymmetricVerify(OpcUa_CryptoProvider provider,
-                                                                    const OpcUa_ByteString* certificate,
-                                                                    const OpcUa_ByteString* data,
-                                                                    const OpcUa_ByteString* signature);
-/// Bits of the certificate's RSA key; 0 when it is of another kind.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GetPublicKeyLength(const OpcUa_ByteString* certificate,
-                                                                      OpcUa_UInt32* bits);
-/// length fresh random bytes, up to 1,024.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GenerateNonce(OpcUa_UInt32 length,
-                                                                 OpcUa_ByteString* nonce);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
+OpcUa_CryptoProvider_AsymmetricEncrypt(OpcUa_CryptoProvider provider, const OpcUa_ByteString* certificate,
+                                       const OpcUa_ByteString* plainText, OpcUa_ByteString* cipherText);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
+OpcUa_CryptoProvider_AsymmetricDecrypt(OpcUa_CryptoProvider provider, const OpcUa_ByteString* privateKey,
+                                       const OpcUa_ByteString* cipherText, OpcUa_ByteString* plainText);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
+OpcUa_CryptoProvider_AsymmetricSign(OpcUa_CryptoProvider provider, const OpcUa_ByteString* privateKey,
+                                    const OpcUa_ByteString* data, OpcUa_ByteString* signature);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
+OpcUa_CryptoProvider_AsymmetricVerify(OpcUa_CryptoProvider provider, const OpcUa_ByteString* certificate,
+                                      const OpcUa_ByteString* data, const OpcUa_ByteString* signature);
+/// Bits of the certificate's RSA key; 0 when it is of another kind. Good; BadInvalidArgument;
+/// BadCertificateInvalid.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
+OpcUa_CryptoProvider_GetPublicKeyLength(const OpcUa_ByteString* certificate, OpcUa_UInt32* bits);
+/// length fresh random bytes, up to 1,024; more is BadInvalidArgument. BadSecurityChecksFailed when the
+/// system gives none.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GenerateNonce(OpcUa_UInt32 length,
+                                                                                 OpcUa_ByteString* nonce);
 
 /// One finding of a check; validation is valid during the call. Good goes on in spite of it, anything else
 /// makes the finding's status the result. A certificate that is malformed or wrongly signed stays refused
@@ -72,11 +72,11 @@ typedef OpcUa_StatusCode (*OpcUa_Certificate_PfnVerify)(const OpcUa_CertificateV
 /// Judges a certificate, or a chain of them with the peer's own first, by the folders of pki. It is trusted
 /// when it or one of its issuers lies in the trusted folder. Every finding is told, in the order in which
 /// they decide; the result is the first one that was not overridden, or Good. securityPolicyUri may be null:
-/// then keys and digests are not judged. callback may be null. Reads the folders each time.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateChain,
-                                                       const OpcUa_PkiConfiguration* pki,
-                                                       const char* securityPolicyUri,
-                                                       OpcUa_Certificate_PfnVerify callback, void* context);
+/// then keys and digests are not judged. callback may be null; it runs on the calling thread. Reads the
+/// folders each time. Any thread. Beside the findings: BadInvalidArgument, BadOutOfMemory.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
+OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateChain, const OpcUa_PkiConfiguration* pki,
+                         const char* securityPolicyUri, OpcUa_Certificate_PfnVerify callback, void* context);
 
 #ifdef __cplusplus
 }

@@ -69,17 +69,21 @@ typedef struct OpcUa_EnumeratedType
 #    define OPCUA_ENUM_BASE
 #endif
 
-/// Life cycle of any structure. Create allocates and initialises; Delete clears, frees and nulls the pointer.
+/// Life cycle of any structure, with the rules of the built-in types (opcua_builtintypes.h). object holds
+/// type->AllocationSize bytes. Create allocates and initialises, and is null when out of memory; Delete
+/// clears, frees and nulls the pointer. Copy answers Good, BadInvalidArgument or BadOutOfMemory.
 OPCUA_EXPORT void OpcUa_EncodeableObject_Initialize(const OpcUa_EncodeableType* type, void* object);
 OPCUA_EXPORT void OpcUa_EncodeableObject_Clear(const OpcUa_EncodeableType* type, void* object);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_Copy(const OpcUa_EncodeableType* type,
-                                                          const void* source, void* destination);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_Copy(const OpcUa_EncodeableType* type,
+                                                                          const void* source,
+                                                                          void* destination);
 OPCUA_EXPORT int OpcUa_EncodeableObject_Compare(const OpcUa_EncodeableType* type, const void* left,
                                                 const void* right);
 OPCUA_EXPORT void* OpcUa_EncodeableObject_Create(const OpcUa_EncodeableType* type);
 OPCUA_EXPORT void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type, void** object);
 
-/// The table entry for a type of namespace 0; null when unknown.
+/// The table entry for a type of namespace 0; null when unknown. Tables are static and never change: any
+/// thread.
 OPCUA_EXPORT const OpcUa_EncodeableType*
 OpcUa_EncodeableType_FindByBinaryId(OpcUa_UInt32 binaryEncodingTypeId);
 OPCUA_EXPORT const OpcUa_EncodeableType* OpcUa_EncodeableType_FindByTypeId(OpcUa_UInt32 dataTypeId);
@@ -90,20 +94,22 @@ OPCUA_EXPORT const OpcUa_EnumeratedType* OpcUa_EnumeratedType_Find(OpcUa_UInt32 
 OPCUA_EXPORT const char* OpcUa_EnumValue_Name(OpcUa_UInt32 enumDataTypeId, OpcUa_Int32 value);
 
 /// Binary form of a structure's body, without type id (OPC 10000-6, 5.2). Encode allocates bytes.Data.
-/// Good, BadEncodingError, BadEncodingLimitsExceeded, BadOutOfMemory.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_EncodeBinary(const OpcUa_EncodeableType* type,
-                                                                  const void* object,
-                                                                  OpcUa_ByteString* bytes);
+/// Good; BadEncodingError, BadEncodingLimitsExceeded, BadInvalidArgument, BadOutOfMemory with null bytes.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_EncodeBinary(
+    const OpcUa_EncodeableType* type, const void* object, OpcUa_ByteString* bytes);
 /// Decodes one body; object is initialised by the call and is left initialised on failure. consumed may be
-/// null. Good, BadDecodingError, BadEncodingLimitsExceeded, BadOutOfMemory.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_DecodeBinary(const OpcUa_EncodeableType* type,
-                                                                  const OpcUa_Byte* data, size_t size,
-                                                                  void* object, size_t* consumed);
-/// The same for one value of a built-in type.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_BuiltInType_EncodeBinary(OpcUa_Byte builtInType, const void* value,
-                                                             OpcUa_ByteString* bytes);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_BuiltInType_DecodeBinary(OpcUa_Byte builtInType, const OpcUa_Byte* data,
-                                                             size_t size, void* value, size_t* consumed);
+/// null; it is the number of bytes read. Good, BadDecodingError, BadEncodingLimitsExceeded,
+/// BadInvalidArgument, BadOutOfMemory.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_DecodeBinary(
+    const OpcUa_EncodeableType* type, const OpcUa_Byte* data, size_t size, void* object, size_t* consumed);
+/// The same for one value of a built-in type; an unknown type is BadEncodingError or BadDecodingError.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_BuiltInType_EncodeBinary(OpcUa_Byte builtInType,
+                                                                             const void* value,
+                                                                             OpcUa_ByteString* bytes);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_BuiltInType_DecodeBinary(OpcUa_Byte builtInType,
+                                                                             const OpcUa_Byte* data,
+                                                                             size_t size, void* value,
+                                                                             size_t* consumed);
 
 #ifdef __cplusplus
 }

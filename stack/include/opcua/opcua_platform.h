@@ -1,4 +1,4 @@
-// Basic types, memory and small helpers of the communication stack's C interface.
+// Basic types, memory and small helpers of the communication stack's C interface. Any thread may call them.
 #ifndef OPCUA_PLATFORM_H
 #define OPCUA_PLATFORM_H
 
@@ -11,6 +11,16 @@
 #else
 #    define OPCUA_EXPORT
 #    define OPCUA_PRINTF(fmt, args)
+#endif
+
+/// In front of a function whose answer must not get lost. A caller in C++ who has a reason to
+/// drop it says so with a static_cast to void.
+#if defined(__cplusplus)
+#    define OPCUA_NODISCARD [[nodiscard]]
+#elif defined(__GNUC__)
+#    define OPCUA_NODISCARD __attribute__((warn_unused_result))
+#else
+#    define OPCUA_NODISCARD
 #endif
 
 #ifdef __cplusplus
@@ -50,7 +60,7 @@ OPCUA_EXPORT void* OpcUa_Memory_AllocArray(size_t count, size_t elementSize);
 
 /// Platform layer. Initialize is counted: each successful call needs one Clear. Good or BadOutOfMemory,
 /// BadInternalError. Start-up and clean-up belong on one thread.
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_P_Initialize(void);
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_P_Initialize(void);
 OPCUA_EXPORT void OpcUa_P_Clear(void);
 /// "Version\\Source Timestamp\\Build Timestamp\\Vendor Name\\Vendor Info\\Compiler", separated by
 /// backslashes; static storage.
@@ -58,14 +68,15 @@ OPCUA_EXPORT const char* OpcUa_P_GetVersion(void);
 /// "name:value" pairs separated by backslashes; static storage.
 OPCUA_EXPORT const char* OpcUa_P_GetConfigString(void);
 
-/// snprintf of the stack: always terminates, returns what was written without the terminator. A conversion
-/// that is not known ("%|") is written as it stands.
+/// snprintf of the stack: always terminates, returns the bytes written without the terminator; 0 for a null
+/// or empty buffer, a null format, and one of 4 KiB or more. A conversion that is not known ("%|") is written
+/// as it stands.
 OPCUA_EXPORT int OpcUa_StringA_snprintf(char* buffer, size_t size, const char* format, ...);
 
 /// An id for the calling thread, small enough for a log column, stable for the thread's life.
 OPCUA_EXPORT OpcUa_UInt32 OpcUa_Thread_GetCurrentThreadId(void);
 
-/// Monotonic milliseconds.
+/// Monotonic milliseconds since a moment that stays the same while the system runs.
 OPCUA_EXPORT OpcUa_UInt64 OpcUa_GetTickCount(void);
 
 #ifdef __cplusplus

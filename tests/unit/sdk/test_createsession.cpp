@@ -80,8 +80,9 @@ std::vector<Fault> faults(const UaByteString& other)
         {"endpoint of another policy",
          [](auto& answer) {
              OpcUa_String_Clear(&answer.ServerEndpoints[0].SecurityPolicyUri);
-             OpcUa_String_Assign(&answer.ServerEndpoints[0].SecurityPolicyUri, OpcUa_SecurityPolicy_Basic256,
-                                 -1);
+             EXPECT_EQ(OpcUa_String_Assign(&answer.ServerEndpoints[0].SecurityPolicyUri,
+                                           OpcUa_SecurityPolicy_Basic256, -1),
+                       OpcUa_Good);
          },
          OpcUa_BadSecurityModeRejected, true},
         {"wrong signature", [](auto& answer) { answer.ServerSignature.Signature.Data[5] ^= 1; },

@@ -47,8 +47,10 @@ struct TypeServer
                 references.resize(references.length() + 1);
                 OpcUa_ReferenceDescription& reference = references[references.length() - 1];
                 it->second.copyTo(&reference.NodeId.NodeId);
-                OpcUa_String_Assign(&reference.BrowseName.Name,
-                                    ("Type" + std::to_string(it->second.identifierNumeric())).c_str(), -1);
+                EXPECT_EQ(OpcUa_String_Assign(
+                              &reference.BrowseName.Name,
+                              ("Type" + std::to_string(it->second.identifierNumeric())).c_str(), -1),
+                          OpcUa_Good);
             }
             references.detach(&results[i].NoOfReferences, &results[i].References);
         }
@@ -71,10 +73,10 @@ struct TypeServer
             OpcUa_EncodeableObject_Create(&OpcUa_StructureDefinition_EncodeableType));
         UaNodeId(3101, ns).copyTo(&definition->DefaultEncodingId);
         UaStructureFieldRecords fields(2u);
-        OpcUa_String_Assign(&fields[0].Name, "Pressure", -1);
+        EXPECT_EQ(OpcUa_String_Assign(&fields[0].Name, "Pressure", -1), OpcUa_Good);
         UaNodeId(3003, ns).copyTo(&fields[0].DataType);
         fields[0].ValueRank = -1;
-        OpcUa_String_Assign(&fields[1].Name, "Mode", -1);
+        EXPECT_EQ(OpcUa_String_Assign(&fields[1].Name, "Mode", -1), OpcUa_Good);
         UaNodeId(3002, ns).copyTo(&fields[1].DataType);
         fields[1].ValueRank = -1;
         fields.detach(&definition->NoOfFields, &definition->Fields);
@@ -87,7 +89,7 @@ struct TypeServer
             OpcUa_EncodeableObject_Create(&OpcUa_EnumDefinition_EncodeableType));
         UaEnumFieldRecords fields(1u);
         fields[0].Value = 5;
-        OpcUa_String_Assign(&fields[0].Name, "Automatic", -1);
+        EXPECT_EQ(OpcUa_String_Assign(&fields[0].Name, "Automatic", -1), OpcUa_Good);
         fields.detach(&definition->NoOfFields, &definition->Fields);
         put(value, OpcUa_EnumDefinition_EncodeableType, definition);
     }
@@ -216,7 +218,7 @@ public:
                 OpcUa_ReferenceDescription& made = references[references.length() - 1];
                 (inverse ? reference.source : reference.target).copyTo(&made.NodeId.NodeId);
                 made.ReferenceTypeId.Identifier.Numeric = reference.type;
-                OpcUa_String_Assign(&made.BrowseName.Name, reference.name, -1);
+                EXPECT_EQ(OpcUa_String_Assign(&made.BrowseName.Name, reference.name, -1), OpcUa_Good);
             }
             references.detach(&results[i].NoOfReferences, &results[i].References);
         }
@@ -290,7 +292,7 @@ private:
         auto* record = static_cast<OpcUa_EnumValueType*>(
             OpcUa_EncodeableObject_Create(&OpcUa_EnumValueType_EncodeableType));
         record->Value = number;
-        OpcUa_String_Assign(&record->DisplayName.Text, name, -1);
+        EXPECT_EQ(OpcUa_String_Assign(&record->DisplayName.Text, name, -1), OpcUa_Good);
         UaExtensionObject object;
         object.attachDecoded(OpcUa_EnumValueType_EncodeableType, record);
         const UaVariant element(object);

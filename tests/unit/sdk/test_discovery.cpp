@@ -24,7 +24,7 @@ constexpr OpcUa_DateTime resetTime = 133000000000000000;
 void fill(OpcUa_ServerOnNetwork& server, OpcUa_UInt32 id, const char* name)
 {
     server.RecordId = id;
-    OpcUa_String_Assign(&server.ServerName, name, -1);
+    EXPECT_EQ(OpcUa_String_Assign(&server.ServerName, name, -1), OpcUa_Good);
 }
 
 // What a directory answers: a time and servers.

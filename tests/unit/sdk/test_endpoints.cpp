@@ -57,8 +57,9 @@ UaEndpointDescriptions endpointsOf(const std::vector<const char*>& urls)
 {
     UaEndpointDescriptions endpoints(static_cast<OpcUa_UInt32>(urls.size()));
     for (OpcUa_UInt32 i = 0; i < endpoints.length(); ++i) {
-        OpcUa_String_Assign(&endpoints[i].EndpointUrl, urls[i], -1);
-        OpcUa_String_Assign(&endpoints[i].SecurityPolicyUri, OpcUa_SecurityPolicy_None, -1);
+        EXPECT_EQ(OpcUa_String_Assign(&endpoints[i].EndpointUrl, urls[i], -1), OpcUa_Good);
+        EXPECT_EQ(OpcUa_String_Assign(&endpoints[i].SecurityPolicyUri, OpcUa_SecurityPolicy_None, -1),
+                  OpcUa_Good);
         endpoints[i].SecurityMode = OpcUa_MessageSecurityMode_None;
     }
     return endpoints;

@@ -78,7 +78,7 @@ TEST_F(HistoryTest, RawReadCarriesItsDetailsAndPoint)
         [](OpcUa_HistoryReadResult& result, OpcUa_UInt32) {
             auto* data = makeBody<OpcUa_HistoryData>(result.HistoryData, OpcUa_HistoryData_EncodeableType);
             UaDataValues(3u).detach(&data->NoOfDataValues, &data->DataValues);
-            OpcUa_ByteString_Assign(&result.ContinuationPoint, "next", 4);
+            EXPECT_EQ(OpcUa_ByteString_Assign(&result.ContinuationPoint, "next", 4), OpcUa_Good);
         });
     HistoryReadRawModifiedContext context;
     context.startTime = UaDateTime(1000);

@@ -266,7 +266,7 @@ TEST_F(ServiceGroupTest, QueryHandsOverDataFindingsAndContinuationPoint)
                  EXPECT_EQ(in.Filter.NoOfElements, 1);
                  UaQueryDataSets(2u).detach(&out.NoOfQueryDataSets, &out.QueryDataSets);
                  UaParsingResults(parsing).detach(&out.NoOfParsingResults, &out.ParsingResults);
-                 OpcUa_ByteString_Assign(&out.ContinuationPoint, "more", 4);
+                 EXPECT_EQ(OpcUa_ByteString_Assign(&out.ContinuationPoint, "more", 4), OpcUa_Good);
              }));
     stack.on(OpcUa_QueryNextRequest_EncodeableType,
              typed<OpcUa_QueryNextRequest, OpcUa_QueryNextResponse>([&](const auto& in, auto& out) {

@@ -113,7 +113,7 @@ TEST_F(ServiceTest, BrowseHandsOverReferencesAndContinuationPoint)
         references[1].NodeId.NodeId.Identifier.Numeric = more ? 1 : 2;
         references.detach(&out[0].NoOfReferences, &out[0].References);
         if (more)
-            OpcUa_ByteString_Assign(&out[0].ContinuationPoint, "point", 5);
+            EXPECT_EQ(OpcUa_ByteString_Assign(&out[0].ContinuationPoint, "point", 5), OpcUa_Good);
         out.detach(&noOfResults, &results);
         return static_cast<OpcUa_StatusCode>(OpcUa_Good);
     };

@@ -31,8 +31,9 @@ TEST_F(SessionTest, ChannelThatDoesNotOpenTriesTheAlternativesThenReports)
 {
     stack.setConnectResult(OpcUa_BadConnectionRejected);
     info.alternativeEndpointUrls.create(2);
-    OpcUa_String_Assign(&info.alternativeEndpointUrls[0], "opc.tcp://second:4840", -1);
-    OpcUa_String_Assign(&info.alternativeEndpointUrls[1], "ftp://third", -1); // never reaches the stack
+    EXPECT_EQ(OpcUa_String_Assign(&info.alternativeEndpointUrls[0], "opc.tcp://second:4840", -1), OpcUa_Good);
+    EXPECT_EQ(OpcUa_String_Assign(&info.alternativeEndpointUrls[1], "ftp://third", -1),
+              OpcUa_Good); // never reaches the stack
     EXPECT_EQ(connect().statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadInvalidArgument));
     EXPECT_EQ(stack.connects(), 2);
     EXPECT_THAT(callback.errors(), ElementsAre("1 BadInvalidArgument"));

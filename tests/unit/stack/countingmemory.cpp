@@ -1,6 +1,6 @@
 #include <tests/unit/stack/countingmemory.h>
 
-#include <opcua/opcua_platform.h>
+#include <stack/encoding/memory.h>
 #include <stack/encoding/textpool.h>
 
 #include <algorithm>
@@ -39,7 +39,7 @@ void countingmemory::failAfter(long goodOnes)
     g_goodOnes = goodOnes;
 }
 
-void* OpcUa_Memory_Alloc(size_t size)
+void* opcua::allocateMemory(size_t size)
 {
     if (size == 0 || (g_goodOnes >= 0 && g_goodOnes-- == 0))
         return nullptr;
@@ -55,7 +55,7 @@ void* OpcUa_Memory_Alloc(size_t size)
     return block + headerSize;
 }
 
-void OpcUa_Memory_Free(void* memory)
+void opcua::freeMemory(void* memory)
 {
     if (memory == nullptr)
         return;
@@ -67,9 +67,9 @@ void OpcUa_Memory_Free(void* memory)
     std::free(block);
 }
 
-void* OpcUa_Memory_AllocArray(size_t count, size_t elementSize)
+void* opcua::allocateZeroedMemory(size_t count, size_t elementSize)
 {
-    void* const memory = OpcUa_Memory_Alloc(count * elementSize);
+    void* const memory = allocateMemory(count * elementSize);
     if (memory != nullptr)
         std::memset(memory, 0, count * elementSize);
     return memory;
@@ -82,12 +82,12 @@ opcua::TextPool::~TextPool() = default;
 
 void* opcua::TextPool::allocate(size_t size)
 {
-    return OpcUa_Memory_Alloc(size);
+    return allocateMemory(size);
 }
 
 void opcua::TextReleaser::releaseText(void* text)
 {
-    OpcUa_Memory_Free(text);
+    freeMemory(text);
 }
 
 void opcua::TextReleaser::flush() {}

@@ -271,3 +271,28 @@ TEST(EncodingLifeCycle, WhatCannotBeWrittenIsRefused)
     EXPECT_EQ(bytes.Length, 101);
     OpcUa_ByteString_Clear(&bytes);
 }
+
+TEST(EncodingLifeCycle, NullPointersAreAnsweredAndNotFollowed)
+{
+    OpcUa_String text = {-1, nullptr};
+    OpcUa_ByteString bytes;
+    OpcUa_NodeId id{};
+    OpcUa_Range range{1.0, 2.0};
+    const OpcUa_EncodeableType& type = OpcUa_Range_EncodeableType;
+    OpcUa_Variant_Initialize(nullptr);
+    OpcUa_ExtensionObject_Clear(nullptr);
+    OpcUa_EncodeableObject_Clear(nullptr, &range);
+    OpcUa_EncodeableObject_Delete(&type, nullptr);
+    EXPECT_EQ(OpcUa_String_Copy(nullptr, &text), OpcUa_BadInvalidArgument);
+    EXPECT_EQ(OpcUa_String_Assign(nullptr, "a", -1), OpcUa_BadInvalidArgument);
+    EXPECT_EQ(OpcUa_EncodeableObject_Copy(&type, &range, nullptr), OpcUa_BadInvalidArgument);
+    EXPECT_EQ(OpcUa_EncodeableObject_EncodeBinary(&type, nullptr, &bytes), OpcUa_BadInvalidArgument);
+    EXPECT_EQ(bytes.Data, nullptr);
+    EXPECT_EQ(OpcUa_EncodeableObject_DecodeBinary(&type, nullptr, 16, &range, nullptr),
+              OpcUa_BadInvalidArgument);
+    EXPECT_EQ(range.High, 0.0);
+    EXPECT_EQ(OpcUa_BuiltInType_CopyArray(OpcUaType_NodeId, &id, nullptr, 1), OpcUa_BadInvalidArgument);
+    EXPECT_LT(OpcUa_NodeId_Compare(nullptr, &id), 0);
+    EXPECT_EQ(OpcUa_NodeId_Compare(nullptr, nullptr), 0);
+    EXPECT_TRUE(OpcUa_NodeId_IsNull(nullptr));
+}

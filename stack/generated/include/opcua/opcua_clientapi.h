@@ -10,153 +10,153 @@ extern "C" {
 #endif
 
 /* Results and threads are those of OpcUa_Channel_InvokeService and BeginInvokeService. */
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_FindServers(OpcUa_Channel channel, const OpcUa_FindServersRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_FindServers(OpcUa_Channel channel, const OpcUa_FindServersRequest* request,
     OpcUa_FindServersResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginFindServers(OpcUa_Channel channel, const OpcUa_FindServersRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginFindServers(OpcUa_Channel channel, const OpcUa_FindServersRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_FindServersOnNetwork(OpcUa_Channel channel, const OpcUa_FindServersOnNetworkRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_FindServersOnNetwork(OpcUa_Channel channel, const OpcUa_FindServersOnNetworkRequest* request,
     OpcUa_FindServersOnNetworkResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginFindServersOnNetwork(OpcUa_Channel channel, const OpcUa_FindServersOnNetworkRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginFindServersOnNetwork(OpcUa_Channel channel, const OpcUa_FindServersOnNetworkRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_GetEndpoints(OpcUa_Channel channel, const OpcUa_GetEndpointsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_GetEndpoints(OpcUa_Channel channel, const OpcUa_GetEndpointsRequest* request,
     OpcUa_GetEndpointsResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginGetEndpoints(OpcUa_Channel channel, const OpcUa_GetEndpointsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginGetEndpoints(OpcUa_Channel channel, const OpcUa_GetEndpointsRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_RegisterServer(OpcUa_Channel channel, const OpcUa_RegisterServerRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_RegisterServer(OpcUa_Channel channel, const OpcUa_RegisterServerRequest* request,
     OpcUa_RegisterServerResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRegisterServer(OpcUa_Channel channel, const OpcUa_RegisterServerRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRegisterServer(OpcUa_Channel channel, const OpcUa_RegisterServerRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_RegisterServer2(OpcUa_Channel channel, const OpcUa_RegisterServer2Request* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_RegisterServer2(OpcUa_Channel channel, const OpcUa_RegisterServer2Request* request,
     OpcUa_RegisterServer2Response* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRegisterServer2(OpcUa_Channel channel, const OpcUa_RegisterServer2Request* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRegisterServer2(OpcUa_Channel channel, const OpcUa_RegisterServer2Request* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_CreateSession(OpcUa_Channel channel, const OpcUa_CreateSessionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_CreateSession(OpcUa_Channel channel, const OpcUa_CreateSessionRequest* request,
     OpcUa_CreateSessionResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCreateSession(OpcUa_Channel channel, const OpcUa_CreateSessionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCreateSession(OpcUa_Channel channel, const OpcUa_CreateSessionRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_ActivateSession(OpcUa_Channel channel, const OpcUa_ActivateSessionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_ActivateSession(OpcUa_Channel channel, const OpcUa_ActivateSessionRequest* request,
     OpcUa_ActivateSessionResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginActivateSession(OpcUa_Channel channel, const OpcUa_ActivateSessionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginActivateSession(OpcUa_Channel channel, const OpcUa_ActivateSessionRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_CloseSession(OpcUa_Channel channel, const OpcUa_CloseSessionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_CloseSession(OpcUa_Channel channel, const OpcUa_CloseSessionRequest* request,
     OpcUa_CloseSessionResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCloseSession(OpcUa_Channel channel, const OpcUa_CloseSessionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCloseSession(OpcUa_Channel channel, const OpcUa_CloseSessionRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Cancel(OpcUa_Channel channel, const OpcUa_CancelRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Cancel(OpcUa_Channel channel, const OpcUa_CancelRequest* request,
     OpcUa_CancelResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCancel(OpcUa_Channel channel, const OpcUa_CancelRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCancel(OpcUa_Channel channel, const OpcUa_CancelRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_AddNodes(OpcUa_Channel channel, const OpcUa_AddNodesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_AddNodes(OpcUa_Channel channel, const OpcUa_AddNodesRequest* request,
     OpcUa_AddNodesResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginAddNodes(OpcUa_Channel channel, const OpcUa_AddNodesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginAddNodes(OpcUa_Channel channel, const OpcUa_AddNodesRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_AddReferences(OpcUa_Channel channel, const OpcUa_AddReferencesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_AddReferences(OpcUa_Channel channel, const OpcUa_AddReferencesRequest* request,
     OpcUa_AddReferencesResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginAddReferences(OpcUa_Channel channel, const OpcUa_AddReferencesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginAddReferences(OpcUa_Channel channel, const OpcUa_AddReferencesRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_DeleteNodes(OpcUa_Channel channel, const OpcUa_DeleteNodesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_DeleteNodes(OpcUa_Channel channel, const OpcUa_DeleteNodesRequest* request,
     OpcUa_DeleteNodesResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginDeleteNodes(OpcUa_Channel channel, const OpcUa_DeleteNodesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginDeleteNodes(OpcUa_Channel channel, const OpcUa_DeleteNodesRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_DeleteReferences(OpcUa_Channel channel, const OpcUa_DeleteReferencesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_DeleteReferences(OpcUa_Channel channel, const OpcUa_DeleteReferencesRequest* request,
     OpcUa_DeleteReferencesResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginDeleteReferences(OpcUa_Channel channel, const OpcUa_DeleteReferencesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginDeleteReferences(OpcUa_Channel channel, const OpcUa_DeleteReferencesRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Browse(OpcUa_Channel channel, const OpcUa_BrowseRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Browse(OpcUa_Channel channel, const OpcUa_BrowseRequest* request,
     OpcUa_BrowseResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginBrowse(OpcUa_Channel channel, const OpcUa_BrowseRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginBrowse(OpcUa_Channel channel, const OpcUa_BrowseRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BrowseNext(OpcUa_Channel channel, const OpcUa_BrowseNextRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BrowseNext(OpcUa_Channel channel, const OpcUa_BrowseNextRequest* request,
     OpcUa_BrowseNextResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginBrowseNext(OpcUa_Channel channel, const OpcUa_BrowseNextRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginBrowseNext(OpcUa_Channel channel, const OpcUa_BrowseNextRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_TranslateBrowsePathsToNodeIds(OpcUa_Channel channel, const OpcUa_TranslateBrowsePathsToNodeIdsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_TranslateBrowsePathsToNodeIds(OpcUa_Channel channel, const OpcUa_TranslateBrowsePathsToNodeIdsRequest* request,
     OpcUa_TranslateBrowsePathsToNodeIdsResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginTranslateBrowsePathsToNodeIds(OpcUa_Channel channel, const OpcUa_TranslateBrowsePathsToNodeIdsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginTranslateBrowsePathsToNodeIds(OpcUa_Channel channel, const OpcUa_TranslateBrowsePathsToNodeIdsRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_RegisterNodes(OpcUa_Channel channel, const OpcUa_RegisterNodesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_RegisterNodes(OpcUa_Channel channel, const OpcUa_RegisterNodesRequest* request,
     OpcUa_RegisterNodesResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRegisterNodes(OpcUa_Channel channel, const OpcUa_RegisterNodesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRegisterNodes(OpcUa_Channel channel, const OpcUa_RegisterNodesRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_UnregisterNodes(OpcUa_Channel channel, const OpcUa_UnregisterNodesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_UnregisterNodes(OpcUa_Channel channel, const OpcUa_UnregisterNodesRequest* request,
     OpcUa_UnregisterNodesResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginUnregisterNodes(OpcUa_Channel channel, const OpcUa_UnregisterNodesRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginUnregisterNodes(OpcUa_Channel channel, const OpcUa_UnregisterNodesRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_QueryFirst(OpcUa_Channel channel, const OpcUa_QueryFirstRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_QueryFirst(OpcUa_Channel channel, const OpcUa_QueryFirstRequest* request,
     OpcUa_QueryFirstResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginQueryFirst(OpcUa_Channel channel, const OpcUa_QueryFirstRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginQueryFirst(OpcUa_Channel channel, const OpcUa_QueryFirstRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_QueryNext(OpcUa_Channel channel, const OpcUa_QueryNextRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_QueryNext(OpcUa_Channel channel, const OpcUa_QueryNextRequest* request,
     OpcUa_QueryNextResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginQueryNext(OpcUa_Channel channel, const OpcUa_QueryNextRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginQueryNext(OpcUa_Channel channel, const OpcUa_QueryNextRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Read(OpcUa_Channel channel, const OpcUa_ReadRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Read(OpcUa_Channel channel, const OpcUa_ReadRequest* request,
     OpcUa_ReadResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRead(OpcUa_Channel channel, const OpcUa_ReadRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRead(OpcUa_Channel channel, const OpcUa_ReadRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_HistoryRead(OpcUa_Channel channel, const OpcUa_HistoryReadRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_HistoryRead(OpcUa_Channel channel, const OpcUa_HistoryReadRequest* request,
     OpcUa_HistoryReadResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginHistoryRead(OpcUa_Channel channel, const OpcUa_HistoryReadRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginHistoryRead(OpcUa_Channel channel, const OpcUa_HistoryReadRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Write(OpcUa_Channel channel, const OpcUa_WriteRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Write(OpcUa_Channel channel, const OpcUa_WriteRequest* request,
     OpcUa_WriteResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginWrite(OpcUa_Channel channel, const OpcUa_WriteRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginWrite(OpcUa_Channel channel, const OpcUa_WriteRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_HistoryUpdate(OpcUa_Channel channel, const OpcUa_HistoryUpdateRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_HistoryUpdate(OpcUa_Channel channel, const OpcUa_HistoryUpdateRequest* request,
     OpcUa_HistoryUpdateResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginHistoryUpdate(OpcUa_Channel channel, const OpcUa_HistoryUpdateRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginHistoryUpdate(OpcUa_Channel channel, const OpcUa_HistoryUpdateRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Call(OpcUa_Channel channel, const OpcUa_CallRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Call(OpcUa_Channel channel, const OpcUa_CallRequest* request,
     OpcUa_CallResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCall(OpcUa_Channel channel, const OpcUa_CallRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCall(OpcUa_Channel channel, const OpcUa_CallRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_CreateMonitoredItems(OpcUa_Channel channel, const OpcUa_CreateMonitoredItemsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_CreateMonitoredItems(OpcUa_Channel channel, const OpcUa_CreateMonitoredItemsRequest* request,
     OpcUa_CreateMonitoredItemsResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCreateMonitoredItems(OpcUa_Channel channel, const OpcUa_CreateMonitoredItemsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCreateMonitoredItems(OpcUa_Channel channel, const OpcUa_CreateMonitoredItemsRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_ModifyMonitoredItems(OpcUa_Channel channel, const OpcUa_ModifyMonitoredItemsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_ModifyMonitoredItems(OpcUa_Channel channel, const OpcUa_ModifyMonitoredItemsRequest* request,
     OpcUa_ModifyMonitoredItemsResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginModifyMonitoredItems(OpcUa_Channel channel, const OpcUa_ModifyMonitoredItemsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginModifyMonitoredItems(OpcUa_Channel channel, const OpcUa_ModifyMonitoredItemsRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_SetMonitoringMode(OpcUa_Channel channel, const OpcUa_SetMonitoringModeRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_SetMonitoringMode(OpcUa_Channel channel, const OpcUa_SetMonitoringModeRequest* request,
     OpcUa_SetMonitoringModeResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginSetMonitoringMode(OpcUa_Channel channel, const OpcUa_SetMonitoringModeRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginSetMonitoringMode(OpcUa_Channel channel, const OpcUa_SetMonitoringModeRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_SetTriggering(OpcUa_Channel channel, const OpcUa_SetTriggeringRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_SetTriggering(OpcUa_Channel channel, const OpcUa_SetTriggeringRequest* request,
     OpcUa_SetTriggeringResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginSetTriggering(OpcUa_Channel channel, const OpcUa_SetTriggeringRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginSetTriggering(OpcUa_Channel channel, const OpcUa_SetTriggeringRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_DeleteMonitoredItems(OpcUa_Channel channel, const OpcUa_DeleteMonitoredItemsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_DeleteMonitoredItems(OpcUa_Channel channel, const OpcUa_DeleteMonitoredItemsRequest* request,
     OpcUa_DeleteMonitoredItemsResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginDeleteMonitoredItems(OpcUa_Channel channel, const OpcUa_DeleteMonitoredItemsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginDeleteMonitoredItems(OpcUa_Channel channel, const OpcUa_DeleteMonitoredItemsRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_CreateSubscription(OpcUa_Channel channel, const OpcUa_CreateSubscriptionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_CreateSubscription(OpcUa_Channel channel, const OpcUa_CreateSubscriptionRequest* request,
     OpcUa_CreateSubscriptionResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCreateSubscription(OpcUa_Channel channel, const OpcUa_CreateSubscriptionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginCreateSubscription(OpcUa_Channel channel, const OpcUa_CreateSubscriptionRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_ModifySubscription(OpcUa_Channel channel, const OpcUa_ModifySubscriptionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_ModifySubscription(OpcUa_Channel channel, const OpcUa_ModifySubscriptionRequest* request,
     OpcUa_ModifySubscriptionResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginModifySubscription(OpcUa_Channel channel, const OpcUa_ModifySubscriptionRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginModifySubscription(OpcUa_Channel channel, const OpcUa_ModifySubscriptionRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_SetPublishingMode(OpcUa_Channel channel, const OpcUa_SetPublishingModeRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_SetPublishingMode(OpcUa_Channel channel, const OpcUa_SetPublishingModeRequest* request,
     OpcUa_SetPublishingModeResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginSetPublishingMode(OpcUa_Channel channel, const OpcUa_SetPublishingModeRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginSetPublishingMode(OpcUa_Channel channel, const OpcUa_SetPublishingModeRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Publish(OpcUa_Channel channel, const OpcUa_PublishRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Publish(OpcUa_Channel channel, const OpcUa_PublishRequest* request,
     OpcUa_PublishResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginPublish(OpcUa_Channel channel, const OpcUa_PublishRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginPublish(OpcUa_Channel channel, const OpcUa_PublishRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Republish(OpcUa_Channel channel, const OpcUa_RepublishRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Republish(OpcUa_Channel channel, const OpcUa_RepublishRequest* request,
     OpcUa_RepublishResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRepublish(OpcUa_Channel channel, const OpcUa_RepublishRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginRepublish(OpcUa_Channel channel, const OpcUa_RepublishRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_TransferSubscriptions(OpcUa_Channel channel, const OpcUa_TransferSubscriptionsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_TransferSubscriptions(OpcUa_Channel channel, const OpcUa_TransferSubscriptionsRequest* request,
     OpcUa_TransferSubscriptionsResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginTransferSubscriptions(OpcUa_Channel channel, const OpcUa_TransferSubscriptionsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginTransferSubscriptions(OpcUa_Channel channel, const OpcUa_TransferSubscriptionsRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_DeleteSubscriptions(OpcUa_Channel channel, const OpcUa_DeleteSubscriptionsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_DeleteSubscriptions(OpcUa_Channel channel, const OpcUa_DeleteSubscriptionsRequest* request,
     OpcUa_DeleteSubscriptionsResponse* response);
-OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginDeleteSubscriptions(OpcUa_Channel channel, const OpcUa_DeleteSubscriptionsRequest* request,
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_BeginDeleteSubscriptions(OpcUa_Channel channel, const OpcUa_DeleteSubscriptionsRequest* request,
     OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
 
 #ifdef __cplusplus

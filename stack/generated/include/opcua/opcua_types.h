@@ -3556,7 +3556,7 @@ struct OpcUa_Annotation {
     { OpcUa_EncodeableObject_Initialize(&OpcUa_##T##_EncodeableType, value); } \
     static inline void OpcUa_##T##_Clear(OpcUa_##T* value) \
     { OpcUa_EncodeableObject_Clear(&OpcUa_##T##_EncodeableType, value); } \
-    static inline OpcUa_StatusCode OpcUa_##T##_Copy(const OpcUa_##T* source, OpcUa_##T* destination) \
+    OPCUA_NODISCARD static inline OpcUa_StatusCode OpcUa_##T##_Copy(const OpcUa_##T* source, OpcUa_##T* destination) \
     { return OpcUa_EncodeableObject_Copy(&OpcUa_##T##_EncodeableType, source, destination); } \
     static inline int OpcUa_##T##_Compare(const OpcUa_##T* left, const OpcUa_##T* right) \
     { return OpcUa_EncodeableObject_Compare(&OpcUa_##T##_EncodeableType, left, right); }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <stack/core/channelengine.h>
-#include <stack/core/openmessages.h>
+#include <stack/server/servermessages.h>
 
 #include <memory>
 #include <string>

@@ -1,8 +1,7 @@
-#include <stack/core/serverchannel.h>
+#include <stack/server/serverchannel.h>
 
 #include <opcua/opcua_statuscodes.h>
 #include <stack/core/secret.h>
-#include <stack/core/transportmessages.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -76,7 +75,7 @@ void ServerChannel::handleHello(const Frame& frame)
     if (!readHello(frame.body(), message))
         return fail(OpcUa_BadTcpEndpointUrlInvalid);
     const ChannelLimits& peer = message.limits;
-    if (peer.receiveBufferSize < leastBufferSize || peer.sendBufferSize < leastBufferSize)
+    if (peer.receiveBufferSize < minimumBufferSize || peer.sendBufferSize < minimumBufferSize)
         return fail(OpcUa_BadConnectionRejected);
     m_endpointUrl = message.endpointUrl;
     AcknowledgeMessage answer{0, m_config.limits};
