@@ -1,0 +1,5 @@
+#pragma once
+
+/// Debug builds stop here when the caller is not on the GUI thread, the only one that may touch item models
+/// and widgets. Passes while there is no application; does nothing in release builds.
+void qlumAssertGuiThread();
