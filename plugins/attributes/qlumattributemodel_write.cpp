@@ -2,14 +2,14 @@
 #include <plugins/attributes/qlumattributemodel.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/values/uastatus.h>
-
-#include <QGuiApplication>
+#include <uawidgets/qlumwaitcursor.h>
 
 #include <algorithm>
 
@@ -73,6 +73,7 @@ bool QlumAttributeModel::convertText(const QModelIndex& index, const QString& te
 
 bool QlumAttributeModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
+    qlumAssertGuiThread();
     if (!index.isValid() || index.column() != ValueColumn || !nodeAt(index)->isWritable() ||
         (role != Qt::EditRole && role != ValueRole))
         return false;
@@ -95,9 +96,10 @@ bool QlumAttributeModel::write(const UaVariant& value)
     settings.callTimeout =
         m_application.settingsValue(QStringLiteral("General.CallTimeout"), settings.callTimeout).toUInt();
     UaStatusCodeArray results;
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const UaStatus status = session->write(settings, nodes, results);
-    QGuiApplication::restoreOverrideCursor();
+    const UaStatus status = [&] {
+        const QlumWaitCursor wait;
+        return session->write(settings, nodes, results);
+    }();
     if (!status.isGood() || results.length() != 1) {
         log(QlumLogLevel::Error, tr("Write failed [ret = %1].").arg(toQString(status.toString())));
         return false;
