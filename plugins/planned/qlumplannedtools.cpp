@@ -12,7 +12,7 @@
 #include <array>
 #include <string_view>
 
-const QStaticPlugin qt_static_plugin_QlumPlannedMetaData();
+auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
 constexpr std::array<QlumPlannedTool, 11> tools{{
@@ -72,7 +72,7 @@ constexpr std::array<QlumPlannedTool, 11> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Data Logger View</b><br>Records the values of variables in files.")},
     {QlumPlannedTool::Document, "QlumGDSPlugin", "GDS Plugin", "GDS View (Push Model)",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "Server certificates can not be managed from this version."),
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "Server certificates cannot be managed from this version."),
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>GDS View (Push Model)</b><br>Manages the certificates and trust lists that a "
                        "server keeps, through its configuration objects.")},

@@ -134,7 +134,7 @@ TEST(ValueEditor, ChoosesByTypeAndTellsOnlyChanges)
     const UaDateTime fine(UaDateTime::fromString("2026-11-21T10:15:30.123Z").value() + 7); // 700 ns more
     auto* time = qobject_cast<QDateTimeEdit*>(qlumCreateValueEditor(UaVariant(fine), {}, &window));
     ASSERT_NE(time, nullptr);
-    EXPECT_FALSE(qlumValueFromEditor(time, result)) << "what it can not show is not lost";
+    EXPECT_FALSE(qlumValueFromEditor(time, result)) << "what it cannot show is not lost";
     time->setDateTime(time->dateTime().addMSecs(1));
     ASSERT_TRUE(qlumValueFromEditor(time, result));
     EXPECT_EQ(result, UaVariant(UaDateTime::fromString("2026-11-21T10:15:30.124Z")));

@@ -270,7 +270,7 @@ TEST_F(OwnCertificate, MissingAndForeignKeysAreNoticed)
     EXPECT_TRUE(pairFits());
 }
 
-TEST_F(OwnCertificate, ReloadTakesTheNewPairAndReportsAKeyThatItCanNotRead)
+TEST_F(OwnCertificate, ReloadTakesTheNewPairAndReportsAKeyThatItCannotRead)
 {
     ASSERT_EQ(values().create(), QString());
     EXPECT_EQ(start(), QStringList());

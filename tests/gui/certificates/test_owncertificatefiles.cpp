@@ -95,7 +95,7 @@ TEST_F(OwnCertificateFiles, AFailureLeavesTheOldPair)
     }
     EXPECT_TRUE(QDir().mkpath(files.certificate + QStringLiteral(".new/x")));
     const QByteArray stored = pair();
-    EXPECT_NE(storeNew(), QString()) << "the certificate can not be written";
+    EXPECT_NE(storeNew(), QString()) << "the certificate cannot be written";
     EXPECT_EQ(pair(), stored);
     EXPECT_TRUE(QDir(files.certificate + QStringLiteral(".new")).removeRecursively());
 

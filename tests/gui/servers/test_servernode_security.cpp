@@ -203,7 +203,7 @@ TEST_F(SecuredServerNode, ErrorsOfAReconnectAreShownWithoutHoldingItUp)
     EXPECT_FALSE(tell(OpcUa_BadTimeout, false));
     QCoreApplication::processEvents();
     EXPECT_NE(shown<QDialog>("certificateRefused"), nullptr);
-    EXPECT_EQ(shown<QMessageBox>("reconnectError"), nullptr) << "what can not be decided is in the log alone";
+    EXPECT_EQ(shown<QMessageBox>("reconnectError"), nullptr) << "what cannot be decided is in the log alone";
 }
 
 TEST_F(SecuredServerNode, AStoredPasswordDoesNotLeaveInTheClearUnasked)

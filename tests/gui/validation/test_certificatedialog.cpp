@@ -140,7 +140,7 @@ TEST_F(CertificateDialog, TheIssuerCanBeLookedAtAndTrustedInstead)
     EXPECT_EQ(chain()->currentIndex().data(), "Plc") << "back at the server's certificate";
 }
 
-TEST_F(CertificateDialog, WhatIsNoCertificateCanNotBeAccepted)
+TEST_F(CertificateDialog, WhatIsNoCertificateCannotBeAccepted)
 {
     open(UaByteString(3, reinterpret_cast<const OpcUa_Byte*>("abc")));
     EXPECT_EQ(text("result"), "<b><font color=\"#ff0000\">BadDecodingError</font></b>");

@@ -89,7 +89,7 @@ TEST_F(TlsTrust, ATrustedOneIsNotAskedAboutAgain)
     EXPECT_FALSE(QFileInfo::exists(path(own, 1)));
 }
 
-TEST_F(TlsTrust, WhatCanNotBeStoredIsNotTrusted)
+TEST_F(TlsTrust, WhatCannotBeStoredIsNotTrusted)
 {
     QDir(folder).removeRecursively();
     TemporaryFolder::write(folder.toStdString(), "no folder");
