@@ -5,6 +5,7 @@
 #include <tests/support/dialogdriver.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
@@ -22,11 +23,35 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <memory>
 #include <string>
+#include <thread>
 #include <utility>
 
 namespace {
+// Answers a read when it may go on, and takes its time even then.
+class SlowServices : public ScriptedServices
+{
+public:
+    UaStatus read(UaClientSdk::ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestamps,
+                  const UaReadValueIds& nodes, UaDataValues& values) override
+    {
+        entered = true;
+        while (!mayGoOn)
+            std::this_thread::yield();
+        for (int i = 0; i < 10000; ++i)
+            std::this_thread::yield();
+        const UaStatus status = ScriptedServices::read(settings, maxAge, timestamps, nodes, values);
+        left = true;
+        return status;
+    }
+
+    std::atomic<bool> entered{false};
+    std::atomic<bool> mayGoOn{false};
+    std::atomic<bool> left{false};
+};
+
 class AttributePlugin : public testing::Test
 {
 protected:
@@ -129,6 +154,23 @@ TEST_F(AttributePlugin, ARemovedSessionLeavesNothing)
     EXPECT_EQ(plugin.model()->rowCount(), 0);
     action("refresh")->trigger();
     EXPECT_FALSE(application.texts().contains("Session not valid."));
+}
+
+TEST_F(AttributePlugin, ASessionGoesOnlyWhenItsLastReadHasEnded)
+{
+    const auto other = std::exchange(services, nullptr);
+    const auto slow = std::make_shared<SlowServices>();
+    services = slow;
+    select(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return slow->entered.load(); }));
+    services = other;
+    UaNodeId next = node(2);
+    plugin.selectionChanged(6, &next, OpcUa_NodeClass_Variable, nullptr); // the read of server 5 is left
+    slow->mayGoOn = true;
+    plugin.sessionRemoved(5);
+    EXPECT_TRUE(slow->left);
+    EXPECT_TRUE(waitFor(2)) << "the node of the other server is read nevertheless";
+    EXPECT_EQ(plugin.model()->serverId(), 6u);
 }
 
 TEST_F(AttributePlugin, AnyNodeByItsId)
