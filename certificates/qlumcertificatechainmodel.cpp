@@ -2,6 +2,7 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificateerror.h>
 #include <certificates/qlumseverityicon.h>
@@ -57,6 +58,7 @@ QlumCertificateChainModel::~QlumCertificateChainModel() = default;
 
 void QlumCertificateChainModel::update()
 {
+    qlumAssertGuiThread();
     beginResetModel();
     m_server = nullptr;
     m_root.reset();
@@ -172,7 +174,7 @@ int QlumCertificateChainModel::verificationError(SessionSecurityInfo*, void* con
     if (QlumCertificateChainNode* node = nodeAtDepth(depth)) {
         const QString finding =
             tr("%1 [%2]").arg(qlumSingleLine(toQString(text)), qlumStatusText(status.code()));
-        node->errors().add(tr("Error"), finding).setFinding(finding, QlumCertificateError::Error);
+        node->otherFindings().add(tr("Error"), finding).setFinding(finding, QlumCertificateError::Error);
     }
     if (!m_result.isBad() && isTakenAsResult(status))
         m_result = status;
@@ -247,6 +249,7 @@ int QlumCertificateChainModel::columnCount(const QModelIndex&) const
 
 QVariant QlumCertificateChainModel::data(const QModelIndex& index, int role) const
 {
+    qlumAssertGuiThread();
     const QlumCertificateChainNode* one = node(index);
     if (!one)
         return {};

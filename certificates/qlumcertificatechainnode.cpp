@@ -60,13 +60,13 @@ QlumCertificateDetailsNode& QlumCertificateChainNode::addGroup(const QString& na
     return *m_details.back();
 }
 
-QlumCertificateDetailsNode& QlumCertificateChainNode::errors()
+QlumCertificateDetailsNode& QlumCertificateChainNode::otherFindings()
 {
-    if (!m_errors) {
-        m_errors = &addGroup(tr("Errors"));
+    if (!m_otherFindings) {
+        m_otherFindings = &addGroup(tr("Errors"));
         std::rotate(m_details.begin(), m_details.end() - 1, m_details.end());
     }
-    return *m_errors;
+    return *m_otherFindings;
 }
 
 QlumCertificateDetailsNode* QlumCertificateChainNode::details(int index) const

@@ -37,7 +37,7 @@ public:
 
     QlumCertificateDetailsNode& addGroup(const QString& name);
     /// The group of the findings that belong to no other line: made when it is first asked for, always first.
-    QlumCertificateDetailsNode& errors();
+    QlumCertificateDetailsNode& otherFindings();
     [[nodiscard]] int detailsCount() const { return static_cast<int>(m_details.size()); }
     /// index must be below detailsCount().
     [[nodiscard]] QlumCertificateDetailsNode* details(int index) const;
@@ -58,6 +58,6 @@ private:
     QlumCertificateError m_severity = QlumCertificateError::None;
     QlumCertificateChainNode* m_parent = nullptr;
     std::unique_ptr<QlumCertificateChainNode> m_child;
-    QlumCertificateDetailsNode* m_errors = nullptr;
+    QlumCertificateDetailsNode* m_otherFindings = nullptr;
     std::vector<std::unique_ptr<QlumCertificateDetailsNode>> m_details;
 };

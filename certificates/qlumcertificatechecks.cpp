@@ -24,12 +24,6 @@
 namespace {
 constexpr int minimumKeyBits = 2048;
 
-// SHA-1 of nothing, left by generators that hashed an empty key
-QString emptyKeyIdentifier()
-{
-    return QStringLiteral("DA:39:A3:EE:5E:6B:4B:0D:32:55:BF:EF:95:60:18:90:AF:D8:07:09");
-}
-
 QString line(const UaString& text)
 {
     return qlumSingleLine(toQString(text));
@@ -160,7 +154,7 @@ void QlumCertificateChecks::addAlternativeNames(QlumCertificateChainNode& node) 
     if (!certificate.hasExtension(UaPkiCertificate::SubjectAltName)) {
         const QString text = tr("SubjectAltName is missing - this extension is mandatory according to the "
                                 "UA specification");
-        node.errors().add(tr("Error"), text).setFinding(text, QlumCertificateError::Error);
+        node.otherFindings().add(tr("Error"), text).setFinding(text, QlumCertificateError::Error);
         return;
     }
     const UaPkiCertificateInfo info = certificate.info();
@@ -205,14 +199,14 @@ void QlumCertificateChecks::addKeyIdentifiers(QlumCertificateDetailsNode& group,
 {
     const QString own = extensionText(certificate, UaPkiCertificate::SubjectKeyIdentifier);
     QlumCertificateDetailsNode& subject = group.add(tr("SubjectKeyIdentifier"), own);
-    if (own.contains(emptyKeyIdentifier()))
+    if (own.contains(qlumEmptyKeyIdentifier()))
         subject.setFinding(tr("SubjectKeyIdentifier is the hash of an empty string, this might lead to "
                               "problems validating the server's certificate"),
                            QlumCertificateError::Warning);
     const QString issuers = extensionText(certificate, UaPkiCertificate::AuthorityKeyIdentifier);
     QlumCertificateDetailsNode& authority = group.add(tr("AuthorityKeyIdentifier"), issuers);
     if (certificate.hasExtension(UaPkiCertificate::AuthorityKeyIdentifier)) {
-        if (issuers.contains(emptyKeyIdentifier()))
+        if (issuers.contains(qlumEmptyKeyIdentifier()))
             authority.setFinding(tr("AuthorityKeyIdentifier contains the hash of an empty string, this might "
                                     "lead to problems validating the server's certificate"),
                                  QlumCertificateError::Warning);

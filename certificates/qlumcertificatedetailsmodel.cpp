@@ -1,6 +1,7 @@
 #include <certificates/qlumcertificatedetailsmodel.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumguithread.h>
 #include <certificates/qlumcertificatechainnode.h>
 #include <certificates/qlumcertificatedetailsnode.h>
 #include <certificates/qlumcertificateerror.h>
@@ -54,6 +55,7 @@ QlumCertificateDetailsModel::QlumCertificateDetailsModel(QObject* parent) : QAbs
 
 void QlumCertificateDetailsModel::setNode(const QlumCertificateChainNode* node)
 {
+    qlumAssertGuiThread();
     beginResetModel();
     m_node = node;
     endResetModel();
@@ -96,6 +98,7 @@ int QlumCertificateDetailsModel::columnCount(const QModelIndex&) const
 
 QVariant QlumCertificateDetailsModel::data(const QModelIndex& index, int role) const
 {
+    qlumAssertGuiThread();
     if (!index.isValid())
         return {};
     const QlumCertificateDetailsNode& node = *nodeOf(index);

@@ -14,10 +14,10 @@
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 #include <uawidgets/qlumcopy.h>
+#include <uawidgets/qlumwaitcursor.h>
 
 #include <QAbstractItemView>
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QDialog>
@@ -230,9 +230,10 @@ void QlumCertificateDialog::createActions()
 void QlumCertificateDialog::update()
 {
     m_details->setNode(nullptr);
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    m_model->update();
-    QApplication::restoreOverrideCursor();
+    {
+        const QlumWaitCursor wait;
+        m_model->update();
+    }
     showResult();
     m_chainView->expandAll();
     m_chainView->setCurrentIndex(m_model->serverCertificateIndex());
@@ -301,7 +302,7 @@ void QlumCertificateDialog::updateButtons()
         return;
     }
     const bool bad = m_model->validationResult().isBad();
-    // bytes that are no certificate can not secure a connection, so there is nothing to accept
+    // bytes that are no certificate cannot secure a connection, so there is nothing to accept
     m_acceptOnce->setEnabled(bad && m_model->serverCertificateIndex().isValid());
     if (!m_acceptOnce->isEnabled())
         m_acceptOnce->setChecked(false);

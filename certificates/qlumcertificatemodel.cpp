@@ -4,16 +4,13 @@
 #include <certificates/qlumvalidity.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 
-#include <QByteArray>
 #include <QLocale>
 #include <QModelIndex>
 #include <QObject>
 #include <QString>
-#include <QThread>
 #include <QVariant>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace {
@@ -31,7 +28,7 @@ QIcon stateIcon(int state, const QIcon& application)
 } // namespace
 
 QlumCertificateModel::QlumCertificateModel(CertStoreType type, const QIcon& icon, QObject* parent)
-    : QAbstractTableModel(parent), m_type(type)
+    : QlumStoreModel(parent), m_type(type)
 {
     for (std::size_t state = 0; state < m_icons.size(); ++state)
         for (std::size_t validity = 0; validity < m_icons[state].size(); ++validity)
@@ -47,18 +44,18 @@ void QlumCertificateModel::addCertificate(const UaPkiCertificate& certificate, c
 
 void QlumCertificateModel::addEntries(std::vector<QlumCertificateEntry> entries)
 {
-    Q_ASSERT(QThread::currentThread() == thread());
+    qlumAssertGuiThread();
     const auto isOwn = [](const QlumCertificateEntry& entry) {
         return entry.state() == QlumCertificateEntry::Own;
     };
+    std::vector<QlumCertificateEntry>& present = this->entries();
     std::vector<QlumCertificateEntry> added;
     for (QlumCertificateEntry& entry : entries) {
-        const auto old =
-            isOwn(entry) ? std::find_if(m_entries.begin(), m_entries.end(), isOwn) : m_entries.end();
+        const auto old = isOwn(entry) ? std::find_if(present.begin(), present.end(), isOwn) : present.end();
         const auto waiting = isOwn(entry) ? std::find_if(added.begin(), added.end(), isOwn) : added.end();
-        if (old != m_entries.end()) {
+        if (old != present.end()) {
             *old = std::move(entry);
-            const int row = static_cast<int>(old - m_entries.begin());
+            const int row = static_cast<int>(old - present.begin());
             emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
         } else if (waiting != added.end()) {
             *waiting = std::move(entry);
@@ -66,30 +63,7 @@ void QlumCertificateModel::addEntries(std::vector<QlumCertificateEntry> entries)
             added.push_back(std::move(entry));
         }
     }
-    if (added.empty())
-        return;
-    const int first = rowCount();
-    beginInsertRows(QModelIndex(), first, first + static_cast<int>(added.size()) - 1);
-    std::move(added.begin(), added.end(), std::back_inserter(m_entries));
-    endInsertRows();
-}
-
-void QlumCertificateModel::clear()
-{
-    beginResetModel();
-    m_entries.clear();
-    endResetModel();
-}
-
-const QlumCertificateEntry& QlumCertificateModel::entry(const QModelIndex& index) const
-{
-    Q_ASSERT(index.model() == this);
-    return m_entries.at(static_cast<std::size_t>(index.row()));
-}
-
-int QlumCertificateModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_entries.size());
+    append(std::move(added));
 }
 
 int QlumCertificateModel::columnCount(const QModelIndex& parent) const
@@ -99,38 +73,27 @@ int QlumCertificateModel::columnCount(const QModelIndex& parent) const
 
 QVariant QlumCertificateModel::data(const QModelIndex& index, int role) const
 {
+    qlumAssertGuiThread();
     if (!index.isValid())
         return {};
-    const QlumCertificateEntry& shown = entry(index);
-    switch (role) {
-    case Qt::DisplayRole:
-        return text(shown, index.column());
-    case Qt::DecorationRole:
-        return index.column() == Status ? QVariant(m_icons[static_cast<std::size_t>(shown.state())]
-                                                          [static_cast<std::size_t>(shown.validState())])
-                                        : QVariant();
-    case Qt::ToolTipRole:
-        return index.column() == Status ? validityText(shown.validState()) : QVariant();
-    case Qt::TextAlignmentRole:
-        return index.column() == DaysLeft || index.column() == KeySize
-                   ? QVariant(int(Qt::AlignRight | Qt::AlignVCenter))
-                   : QVariant();
-    case EntryRole:
-        return QVariant::fromValue(shown);
-    case DerRole: {
-        const UaByteArray bytes = shown.certificate().toDER();
-        return QByteArray(reinterpret_cast<const char*>(bytes.rawData()), static_cast<int>(bytes.size()));
-    }
-    case ThumbprintRole:
-        return shown.details().thumbprint;
-    case SortRole:
-        return sortValue(shown, index.column());
-    default:
-        return {};
-    }
+    if (role == ThumbprintRole)
+        return entry(index).details().thumbprint;
+    if (role == Qt::TextAlignmentRole && (index.column() == DaysLeft || index.column() == KeySize))
+        return int(Qt::AlignRight | Qt::AlignVCenter);
+    return QlumStoreModel::data(index, role);
 }
 
-QVariant QlumCertificateModel::validityText(QlumValidity validity)
+QIcon QlumCertificateModel::icon(const QlumCertificateEntry& entry) const
+{
+    return m_icons[static_cast<std::size_t>(entry.state())][static_cast<std::size_t>(entry.validState())];
+}
+
+UaByteArray QlumCertificateModel::der(const QlumCertificateEntry& entry) const
+{
+    return entry.certificate().toDER();
+}
+
+QVariant QlumCertificateModel::validityText(QlumValidity validity) const
 {
     switch (validity) {
     case QlumExpiresSoon:

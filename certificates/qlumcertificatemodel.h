@@ -1,10 +1,10 @@
 // The certificates of one store as a table.
 #pragma once
 #include <certificates/qlumcertificateentry.h>
+#include <certificates/qlumstoremodel.h>
 #include <certificates/qlumvalidity.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 
-#include <QAbstractTableModel>
 #include <QIcon>
 #include <QModelIndex>
 #include <QObject>
@@ -14,7 +14,8 @@
 #include <array>
 #include <vector>
 
-class QlumCertificateModel : public QAbstractTableModel
+/// The columns of organisation, unit, locality, state and country are those of the issuer.
+class QlumCertificateModel : public QlumStoreModel<QlumCertificateEntry>
 {
     Q_OBJECT
 public:
@@ -39,12 +40,6 @@ public:
         Thumbprint,
         ColumnCount
     };
-    enum Role {
-        EntryRole = 32,      ///< QlumCertificateEntry
-        DerRole = 33,        ///< QByteArray
-        ThumbprintRole = 34, ///< as qlumThumbprint
-        SortRole = 35        ///< what the column is sorted by: texts, numbers or times
-    };
 
     /// The icon is that of the application, for its own certificate.
     QlumCertificateModel(CertStoreType type, const QIcon& icon, QObject* parent = nullptr);
@@ -54,23 +49,22 @@ public:
                         QlumCertificateEntry::State state);
     /// There is at most one own certificate: a further one takes its row.
     void addEntries(std::vector<QlumCertificateEntry> entries);
-    void clear();
-    /// The index must be one of this model's.
-    [[nodiscard]] const QlumCertificateEntry& entry(const QModelIndex& index) const;
 
-    [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                       int role = Qt::DisplayRole) const override;
 
+protected:
+    [[nodiscard]] QString text(const QlumCertificateEntry& entry, int column) const override;
+    [[nodiscard]] QVariant sortValue(const QlumCertificateEntry& entry, int column) const override;
+    [[nodiscard]] QIcon icon(const QlumCertificateEntry& entry) const override;
+    [[nodiscard]] QVariant validityText(QlumValidity validity) const override;
+    [[nodiscard]] UaByteArray der(const QlumCertificateEntry& entry) const override;
+
 private:
-    [[nodiscard]] static QVariant validityText(QlumValidity validity);
     [[nodiscard]] QString statusText(const QlumCertificateEntry& entry) const;
-    [[nodiscard]] QString text(const QlumCertificateEntry& entry, int column) const;
-    [[nodiscard]] QVariant sortValue(const QlumCertificateEntry& entry, int column) const;
 
     CertStoreType m_type;
     std::array<std::array<QIcon, 4>, 3> m_icons; ///< by state, then by validity
-    std::vector<QlumCertificateEntry> m_entries;
 };

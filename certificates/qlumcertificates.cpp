@@ -8,6 +8,7 @@
 #include <certificates/qlumnewcertificatedlg.h>
 #include <certificates/qlumowncertificate.h>
 #include <certificates/qlumstorefiles.h>
+#include <certificates/qlumthumbprint.h>
 #include <certificates/qlumvalidity.h>
 #include <uabase/values/uastring.h>
 #include <uawidgets/qlumpassworddlg.h>
@@ -27,8 +28,6 @@
 #include <utility>
 
 namespace {
-// SHA-1 of nothing, left by generators that hashed an empty key
-const auto emptyKeyIdentifier = QStringLiteral("DA:39:A3:EE:5E:6B:4B:0D:32:55:BF:EF:95:60:18:90:AF:D8:07:09");
 const auto ownName = QStringLiteral("tavelin.der");
 
 // Takes the splash screen away while a box is open: it stays on top of everything.
@@ -229,7 +228,7 @@ bool QlumCertificates::wantsRenewal(const UaPkiCertificate& certificate)
     }
     const QString keyIdentifier =
         toQString(certificate.extensionValue(UaPkiCertificate::SubjectKeyIdentifier));
-    return keyIdentifier.trimmed() == emptyKeyIdentifier &&
+    return keyIdentifier.trimmed() == qlumEmptyKeyIdentifier() &&
            askForRenewal(
                tr("The extensions 'SubjectKeyIdentifier' and 'AuthorityKeyIdentifier' of Tavelin's "
                   "certificate have not been set correctly. The public key hash contained in these "

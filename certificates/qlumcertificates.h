@@ -39,7 +39,7 @@ public:
     /// Reads both again after the store was changed; what is wrong is shown to the user.
     void reload();
 
-    /// Other than 0 when the program can not go on: it was told to end while it asked for a certificate.
+    /// Other than 0 when the program cannot go on: it was told to end while it asked for a certificate.
     [[nodiscard]] int failure() const { return m_failure; }
     [[nodiscard]] const UaPkiCertificate& certificate() const { return m_certificate; }
     [[nodiscard]] const UaPkiRsaKeyPair& keyPair() const { return m_keyPair; }

@@ -6,15 +6,11 @@
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 #include <uabase/values/uastring.h>
 
-#include <QByteArray>
 #include <QModelIndex>
 #include <QObject>
 #include <QString>
-#include <QThread>
 #include <QVariant>
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace {
@@ -24,7 +20,7 @@ QString shown(const UaString& text)
 }
 } // namespace
 
-QlumCRLModel::QlumCRLModel(CRLStoreType type, QObject* parent) : QAbstractTableModel(parent), m_type(type)
+QlumCRLModel::QlumCRLModel(CRLStoreType type, QObject* parent) : QlumStoreModel(parent), m_type(type)
 {
     const QIcon icon(QStringLiteral(":/uawidgets/images/on.png"));
     for (std::size_t validity = 0; validity < m_icons.size(); ++validity)
@@ -38,31 +34,7 @@ void QlumCRLModel::addCRL(const UaPkiRevocationList& list, const QString& fileNa
 
 void QlumCRLModel::addEntries(std::vector<QlumCRLEntry> entries)
 {
-    Q_ASSERT(QThread::currentThread() == thread());
-    if (entries.empty())
-        return;
-    const int first = rowCount();
-    beginInsertRows(QModelIndex(), first, first + static_cast<int>(entries.size()) - 1);
-    std::move(entries.begin(), entries.end(), std::back_inserter(m_entries));
-    endInsertRows();
-}
-
-void QlumCRLModel::clear()
-{
-    beginResetModel();
-    m_entries.clear();
-    endResetModel();
-}
-
-const QlumCRLEntry& QlumCRLModel::entry(const QModelIndex& index) const
-{
-    Q_ASSERT(index.model() == this);
-    return m_entries.at(static_cast<std::size_t>(index.row()));
-}
-
-int QlumCRLModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_entries.size());
+    append(std::move(entries));
 }
 
 int QlumCRLModel::columnCount(const QModelIndex& parent) const
@@ -70,33 +42,17 @@ int QlumCRLModel::columnCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : ColumnCount;
 }
 
-QVariant QlumCRLModel::data(const QModelIndex& index, int role) const
+QIcon QlumCRLModel::icon(const QlumCRLEntry& entry) const
 {
-    if (!index.isValid())
-        return {};
-    const QlumCRLEntry& one = entry(index);
-    switch (role) {
-    case Qt::DisplayRole:
-        return text(one, index.column());
-    case Qt::DecorationRole:
-        return index.column() == Number ? QVariant(m_icons[static_cast<std::size_t>(one.validState())])
-                                        : QVariant();
-    case Qt::ToolTipRole:
-        return index.column() == Number ? validityText(one.validState()) : QVariant();
-    case EntryRole:
-        return QVariant::fromValue(one);
-    case DerRole: {
-        const UaByteArray bytes = one.list().toDER();
-        return QByteArray(reinterpret_cast<const char*>(bytes.rawData()), static_cast<int>(bytes.size()));
-    }
-    case SortRole:
-        return sortValue(one, index.column());
-    default:
-        return {};
-    }
+    return m_icons[static_cast<std::size_t>(entry.validState())];
 }
 
-QVariant QlumCRLModel::validityText(QlumValidity validity)
+UaByteArray QlumCRLModel::der(const QlumCRLEntry& entry) const
+{
+    return entry.list().toDER();
+}
+
+QVariant QlumCRLModel::validityText(QlumValidity validity) const
 {
     switch (validity) {
     case QlumExpiresSoon:
@@ -110,7 +66,7 @@ QVariant QlumCRLModel::validityText(QlumValidity validity)
     }
 }
 
-QString QlumCRLModel::text(const QlumCRLEntry& entry, int column)
+QString QlumCRLModel::text(const QlumCRLEntry& entry, int column) const
 {
     switch (column) {
     case Number: {
@@ -136,7 +92,7 @@ QString QlumCRLModel::text(const QlumCRLEntry& entry, int column)
     }
 }
 
-QVariant QlumCRLModel::sortValue(const QlumCRLEntry& entry, int column)
+QVariant QlumCRLModel::sortValue(const QlumCRLEntry& entry, int column) const
 {
     switch (column) {
     case Number:

@@ -57,7 +57,7 @@ struct QlumOwnCertificate
 /// read.
 void qlumRecoverOwnCertificate(const QlumOwnCertificateFiles& files);
 
-/// "urn:", host, organisation and common name, separated by colons; what a URI can not hold is written as
+/// "urn:", host, organisation and common name, separated by colons; what a URI cannot hold is written as
 /// %XX.
 [[nodiscard]] QString qlumApplicationUri(const QString& organization, const QString& commonName);
 /// Name of this host, at most 255 bytes.

@@ -1,6 +1,7 @@
 #include <servers/qlumendpointmodel.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumguithread.h>
 
 #include <QModelIndex>
 #include <QString>
@@ -19,6 +20,7 @@ QString withoutHost(const QString& text)
 
 void QlumEndpointModel::setEndpoints(const QVector<QlumEndpoint>& endpoints)
 {
+    qlumAssertGuiThread();
     beginResetModel();
     m_endpoints = endpoints;
     endResetModel();
@@ -47,6 +49,7 @@ int QlumEndpointModel::columnCount(const QModelIndex& parent) const
 
 QVariant QlumEndpointModel::data(const QModelIndex& index, int role) const
 {
+    qlumAssertGuiThread();
     if (!index.isValid())
         return {};
     const QlumEndpoint& endpoint = m_endpoints.at(index.row());

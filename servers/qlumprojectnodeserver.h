@@ -40,8 +40,6 @@ public:
     [[nodiscard]] const QlumDiscoverySetting& discoverySetting() const { return m_setting; }
     /// Takes effect with the next connect; the display name at once.
     void setDiscoverySetting(const QlumDiscoverySetting& setting);
-    /// As the chosen endpoint gave it.
-    [[nodiscard]] QString serverApplicationName() const { return m_serverApplicationName; }
 
     [[nodiscard]] Qt::ItemFlags flags() const override;
     bool setData(const QVariant& value, int role) override;
@@ -122,7 +120,6 @@ private:
     std::unique_ptr<UaClientSdk::UaSession> m_session;
     std::unique_ptr<QlumTypeCache> m_typeCache;
     QStringList m_namespaces;
-    QString m_serverApplicationName;
     QSemaphore m_tlsPrompt{1};           ///< one prompt at a time
     UaStatusCode m_refusal;              ///< with which the server has ended the latest connect
     QString m_weakPolicyAllowedFor;      ///< URI; the user's word holds until the program ends

@@ -11,6 +11,7 @@
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uawidgets/qlumuserpassworddlg.h>
+#include <uawidgets/qlumwaitcursor.h>
 
 #include <QEventLoop>
 #include <QLabel>
@@ -154,7 +155,6 @@ bool QlumProjectNodeServer::chooseEndpoint(Attempt& attempt)
         return acceptNoEndpoint();
     }
     attempt.endpoint = attempt.endpoints.at(choice.index);
-    m_serverApplicationName = attempt.endpoint.applicationName;
     log(QlumLogLevel::Data, tr("ApplicationUri: '%1'").arg(attempt.endpoint.applicationUri));
     if (choice.match == QlumEndpointChoice::OtherUrl)
         qlumWarn(

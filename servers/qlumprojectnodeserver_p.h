@@ -3,7 +3,6 @@
 #include <servers/qlumendpoint.h>
 #include <servers/qlumprojectnodeserver.h>
 
-#include <QApplication>
 #include <QMessageBox>
 #include <QString>
 #include <QVector>
@@ -15,15 +14,6 @@ struct QlumProjectNodeServer::Attempt
     QlumEndpoint endpoint; ///< the chosen one, or the stored one when the user insists
     UaClientSdk::SessionSecurityInfo security;
     bool changesUser = false; ///< of a session that stands
-};
-
-class QlumWaitCursor
-{
-public:
-    QlumWaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~QlumWaitCursor() { QApplication::restoreOverrideCursor(); }
-    QlumWaitCursor(const QlumWaitCursor&) = delete;
-    QlumWaitCursor& operator=(const QlumWaitCursor&) = delete;
 };
 
 /// Null while there is none.

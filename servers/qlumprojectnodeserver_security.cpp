@@ -11,8 +11,8 @@
 #include <servers/qlumendpoint.h>
 #include <servers/qlumpkifolders.h>
 #include <servers/qlumprojectnodeserver_p.h>
+#include <uawidgets/qlumwaitcursor.h>
 
-#include <QApplication>
 #include <QDebug>
 #include <QMessageBox>
 #include <QMetaObject>
@@ -157,13 +157,12 @@ bool QlumProjectNodeServer::connectError(OpcUa_UInt32, UaClient::ConnectServiceT
         m_refusal = serviceType != UaClient::CertificateValidation ? error.statusCode() : OpcUa_Good;
         return false;
     }
-    QApplication::restoreOverrideCursor();
+    const QlumWaitCursor::Pause pause;
     const int pressed = qlumWarn(tr("Connect Error"),
                                  tr("Error '%1' was returned during %2, press 'Ignore' to suppress the error "
                                     "and continue connecting.")
                                      .arg(status, stepName(serviceType)),
                                  QMessageBox::Abort | QMessageBox::Ignore, QMessageBox::Abort);
-    QApplication::setOverrideCursor(Qt::WaitCursor);
     return pressed == QMessageBox::Ignore;
 }
 

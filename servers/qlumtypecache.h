@@ -40,7 +40,7 @@ public:
     QlumTypeCache(const QlumTypeCache&) = delete;
     QlumTypeCache& operator=(const QlumTypeCache&) = delete;
 
-    /// Empty when the type can not be read.
+    /// Empty when the type cannot be read.
     [[nodiscard]] QString typeName(const UaNodeId& id, bool useInverseName = false);
     /// Reads and keeps the type information; false on failure.
     bool readTypeInfo(const UaNodeId& id);

@@ -9,12 +9,15 @@ class QlumBaseWidget : public QDialog
 {
     Q_OBJECT
 public:
+    /// No two dialogs may share a group.
     explicit QlumBaseWidget(const QString& settingsGroup, QWidget* parent = nullptr,
                             Qt::WindowFlags flags = Qt::WindowFlags());
     ~QlumBaseWidget() override;
 
 protected:
+    /// Restores size and place when the dialog is shown for the first time; call it when you override it.
     void showEvent(QShowEvent* event) override;
+    /// Where a derived dialog may keep more.
     [[nodiscard]] QString settingsGroup() const { return m_settingsGroup; }
 
 private:

@@ -12,6 +12,7 @@ class QlumEmptyDocument : public QWidget, public QlumDocumentWidgetInterface
     Q_OBJECT
     Q_INTERFACES(QlumDocumentWidgetInterface)
 public:
+    /// Plain texts: what is missing, and what the user can do.
     explicit QlumEmptyDocument(const QString& headline, const QString& hint, QWidget* parent = nullptr);
 
     void saveSettings(QSettings&) override {}

@@ -27,11 +27,6 @@ QlumPasswordDlg::QlumPasswordDlg(QWidget* parent)
     layout->addRow(buttons);
 }
 
-QString QlumPasswordDlg::password() const
-{
-    return m_password->text();
-}
-
 QString QlumPasswordDlg::takePassword()
 {
     QString text = m_password->text();

@@ -11,10 +11,10 @@ class QlumPasswordDlg : public QlumBaseWidget
 {
     Q_OBJECT
 public:
+    /// With an empty field.
     explicit QlumPasswordDlg(QWidget* parent = nullptr);
 
-    [[nodiscard]] QString password() const;
-    /// The same, and the field is empty afterwards; whoever takes it wipes it.
+    /// What the field holds, which is empty afterwards; whoever takes it wipes it.
     [[nodiscard]] QString takePassword();
 
 private:

@@ -12,10 +12,13 @@ class QlumUserPasswordDlg : public QlumBaseWidget
 {
     Q_OBJECT
 public:
+    /// The user name is proposed; with one the password is asked for first.
     explicit QlumUserPasswordDlg(const QString& serverName, const QString& userName = QString(),
                                  QWidget* parent = nullptr);
 
+    /// What the field holds; meaningful after the dialog was accepted.
     [[nodiscard]] QString userName() const;
+    /// What the field holds; whoever takes it wipes it.
     [[nodiscard]] QString password() const;
 
     /// Shows a warning above the fields, for example that the password would leave unencrypted. Plain text.

@@ -16,11 +16,13 @@ class QlumViewState : public QObject
 {
     Q_OBJECT
 public:
+    /// The parent is the view, or null for a keeper that the view deletes itself.
     QlumViewState(const QString& settingsGroup, QObject* parent);
     ~QlumViewState() override;
 
     /// Call when the header's model is set; the state of another number of columns is ignored by Qt.
     void keep(QHeaderView* header, const QString& key);
+    /// Call when all the splitter's widgets are in it.
     void keep(QSplitter* splitter, const QString& key);
     /// Stores now; also done when the program is about to quit.
     void store();

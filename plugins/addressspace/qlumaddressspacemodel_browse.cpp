@@ -3,8 +3,8 @@
 #include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
+#include <uawidgets/qlumwaitcursor.h>
 
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -24,15 +24,6 @@ constexpr int maximumChildren = 1000000;
 constexpr int maximumNameLength = 1024;
 constexpr int maximumFailures = 3;         // in a row
 constexpr int maximumBarrenResults = 1000; // in a row, without a single new node
-
-class WaitCursor
-{
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
 
 QString nameOf(const OpcUa_ReferenceDescription& reference)
 {
@@ -85,7 +76,7 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
     UaReferenceDescriptions references;
     UaStatus status;
     {
-        const WaitCursor wait;
+        const QlumWaitCursor wait;
         status = m_services->browse(task.settings, node->nodeId(), browseContext(*node),
                                     task.continuationPoint, references);
     }
@@ -136,7 +127,7 @@ bool QlumAddressSpaceModel::browseNext(Task& task)
     UaReferenceDescriptions references;
     UaStatus status;
     {
-        const WaitCursor wait;
+        const QlumWaitCursor wait;
         status = m_services->browseNext(task.settings, false, task.continuationPoint, references);
     }
     if (status.isGood()) {
@@ -179,7 +170,7 @@ void QlumAddressSpaceModel::finish(Task& task)
 
 void QlumAddressSpaceModel::release(Task& task)
 {
-    const WaitCursor wait;
+    const QlumWaitCursor wait;
     UaReferenceDescriptions references;
     m_services->browseNext(task.settings, true, task.continuationPoint, references);
 }
@@ -229,7 +220,7 @@ void QlumAddressSpaceModel::sortNode(QlumAddressSpaceNode* node)
 {
     emit layoutAboutToBeChanged();
     {
-        const WaitCursor wait;
+        const QlumWaitCursor wait;
         node->sortChildren();
     }
     QModelIndexList before;

@@ -2,10 +2,12 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumguithread.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributetexts.h>
+#include <plugins/attributes/qlumtypenames.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
@@ -36,10 +38,12 @@ QColor greyed()
 }
 } // namespace
 
-QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application, QObject* parent,
+QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application,
+                                       std::shared_ptr<const QlumTypeNames> typeNames, QObject* parent,
                                        QlumSessionServicesProvider services)
     : QAbstractItemModel(parent), m_application(application), m_services(std::move(services)),
-      m_rows(application), m_root(std::make_unique<QlumAttributeNode>(tr("Root")))
+      m_typeNames(std::move(typeNames)), m_rows(application),
+      m_root(std::make_unique<QlumAttributeNode>(tr("Root")))
 {
 }
 
@@ -90,6 +94,7 @@ bool QlumAttributeModel::canFetchMore(const QModelIndex& parent) const
 
 void QlumAttributeModel::fetchMore(const QModelIndex& parent)
 {
+    qlumAssertGuiThread();
     if (!canFetchMore(parent))
         return;
     QlumAttributeNode* node = nodeAt(parent);
@@ -121,6 +126,7 @@ QVariant QlumAttributeModel::headerData(int section, Qt::Orientation orientation
 
 QVariant QlumAttributeModel::data(const QModelIndex& index, int role) const
 {
+    qlumAssertGuiThread();
     if (!index.isValid())
         return {};
     const QlumAttributeNode& node = *nodeAt(index);
@@ -169,6 +175,7 @@ QVariant QlumAttributeModel::foreground(const QlumAttributeNode& node) const
 void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass,
                                  int count, const QList<int>& attributeIds, OpcUa_DataValue* results)
 {
+    qlumAssertGuiThread();
     UaDataValues values;
     values.attach(count, results);
     beginResetModel();
@@ -184,6 +191,7 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
 
 void QlumAttributeModel::clear()
 {
+    qlumAssertGuiThread();
     beginResetModel();
     forget();
     endResetModel();
@@ -271,8 +279,8 @@ QlumAttributeNode& QlumAttributeModel::addDataType(const UaVariant& value)
         return addMistyped(OpcUa_Attributes_DataType, "NodeId", value);
     const UaNodeId id = value.toNodeId();
     QlumAttributeNode& row = m_rows.addNodeId(*m_root, qlumAttributeName(OpcUa_Attributes_DataType), id);
-    // people know their types by name; the type cache asks the server once for each
-    const QString name = m_application.typeName(m_serverId, &id, false);
+    // people know their types by name
+    const QString name = m_typeNames->find(m_serverId, id).value_or(QString());
     if (!name.isEmpty())
         row.setValue(QStringLiteral("%1 (%2)").arg(name, row.value()));
     return row;
@@ -307,6 +315,6 @@ QlumTypeHint QlumAttributeModel::valueHint() const
 {
     QlumTypeHint hint{m_dataTypeId, {}};
     if (!m_dataTypeId.isNull() && m_value.type() == OpcUaType_Int32)
-        hint.enumDefinition = m_application.getEnumDefinition(m_serverId, &m_dataTypeId);
+        hint.enumDefinition = qlumEnumDefinition(m_dataTypeId, m_rows.dictionary());
     return hint;
 }

@@ -19,6 +19,7 @@
 #include <vector>
 
 class QlumApplicationInterface;
+class QlumTypeNames;
 
 /// The attributes of one node as rows, values expanded; writes edited values to the server.
 class QlumAttributeModel : public QAbstractItemModel, public QlumModelInterface
@@ -32,8 +33,10 @@ public:
         DataTypeRole = Qt::UserRole + 4    ///< UaNodeId: of the Value
     };
 
-    explicit QlumAttributeModel(QlumApplicationInterface& application, QObject* parent = nullptr,
-                                QlumSessionServicesProvider services = qlumApplicationServices());
+    /// Shows data types with those of the names that are known when a node is shown.
+    QlumAttributeModel(QlumApplicationInterface& application, std::shared_ptr<const QlumTypeNames> typeNames,
+                       QObject* parent = nullptr,
+                       QlumSessionServicesProvider services = qlumApplicationServices());
     ~QlumAttributeModel() override;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
@@ -52,7 +55,9 @@ public:
     /// as it is. Writes at once, under a wait cursor; true when the server took it.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
+    /// qlumNoServer while no node is shown.
     [[nodiscard]] unsigned int serverId() const { return m_serverId; }
+    /// Null while no node is shown.
     [[nodiscard]] const UaNodeId& nodeId() const { return m_nodeId; }
     /// What the row shows, and what is known of its type; a null value for rows that are no part of the Value
     /// or only a detail of one.
@@ -65,6 +70,7 @@ public slots:
     /// Shows what was read; takes the results.
     void setData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass, int count,
                  const QList<int>& attributeIds, OpcUa_DataValue* results);
+    /// Shows nothing.
     void clear();
 
 private:
@@ -90,6 +96,7 @@ private:
 
     QlumApplicationInterface& m_application;
     const QlumSessionServicesProvider m_services;
+    const std::shared_ptr<const QlumTypeNames> m_typeNames;
     QlumAttributeRows m_rows;
     std::unique_ptr<QlumAttributeNode> m_root;
     QlumAttributeNode* m_valueRow = nullptr; ///< carries the Value

@@ -3,14 +3,14 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
+#include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/values/uastatus.h>
-
-#include <QGuiApplication>
+#include <uawidgets/qlumwaitcursor.h>
 
 #include <algorithm>
 
@@ -74,6 +74,7 @@ bool QlumAttributeModel::convertText(const QModelIndex& index, const QString& te
 
 bool QlumAttributeModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
+    qlumAssertGuiThread();
     if (!index.isValid() || index.column() != ValueColumn || !nodeAt(index)->isWritable() ||
         (role != Qt::EditRole && role != ValueRole))
         return false;
@@ -95,9 +96,10 @@ bool QlumAttributeModel::write(const UaVariant& value)
     UaClientSdk::ServiceSettings settings;
     settings.callTimeout = qlumCallTimeout(&m_application);
     UaStatusCodeArray results;
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const UaStatus status = session->write(settings, nodes, results);
-    QGuiApplication::restoreOverrideCursor();
+    const UaStatus status = [&] {
+        const QlumWaitCursor wait;
+        return session->write(settings, nodes, results);
+    }();
     if (!status.isGood() || results.length() != 1) {
         log(QlumLogLevel::Error, tr("Write failed [ret = %1].").arg(toQString(status.toString())));
         return false;

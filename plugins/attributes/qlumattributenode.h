@@ -17,10 +17,10 @@ struct QlumValueStep
         Element,  ///< of an array or matrix
         Field,    ///< of a structure
         Selected, ///< the field that a union holds
-        Detail    ///< describes a part of its parent's value and can not be changed on its own
+        Detail    ///< describes a part of its parent's value and cannot be changed on its own
     };
     Kind kind = None;
-    int index = 0;
+    int index = 0; ///< of the element or the field
 };
 
 /// Makes the rows of an array when they are wanted.
@@ -32,6 +32,7 @@ public:
     QlumRowSource(const QlumRowSource&) = delete;
     QlumRowSource& operator=(const QlumRowSource&) = delete;
 
+    /// Of all rows, the ones that are there already among them.
     [[nodiscard]] virtual int count() const = 0;
     /// Appends one row, which comes next.
     virtual void appendRow(QlumAttributeNode& parent, int index) = 0;
@@ -48,10 +49,14 @@ public:
 
     /// A new last child; it inherits what is inherited: whether it can be written, and the status.
     QlumAttributeNode& append(const QString& name, const QString& value = QString(), QlumValueStep step = {});
+    /// Those to be made later, too.
     void clearChildren();
 
+    /// Null for the root.
     [[nodiscard]] QlumAttributeNode* parent() const { return m_parent; }
+    /// Among the children of the parent.
     [[nodiscard]] int row() const { return m_row; }
+    /// Of those that have been made.
     [[nodiscard]] int childCount() const { return static_cast<int>(m_children.size()); }
     /// Null when out of range.
     [[nodiscard]] QlumAttributeNode* child(int row) const;
@@ -59,15 +64,17 @@ public:
     [[nodiscard]] const QString& name() const { return m_name; }
     [[nodiscard]] const QString& value() const { return m_value; }
     void setValue(const QString& value) { m_value = value; }
+    /// From the value of the parent to that of this row.
     [[nodiscard]] QlumValueStep step() const { return m_step; }
-    void setStep(QlumValueStep step) { m_step = step; }
 
+    /// Drives the colour.
     [[nodiscard]] OpcUa_StatusCode status() const { return m_status; }
     /// Of the row and of all below it.
     void setStatus(OpcUa_StatusCode status);
     /// An attribute that a node need not have.
     [[nodiscard]] bool isOptional() const { return m_optional; }
     void setOptional(bool optional) { m_optional = optional; }
+    /// Whether the user can edit the value.
     [[nodiscard]] bool isWritable() const { return m_writable; }
     /// Of the row and of all below it.
     void setWritable(bool writable);
@@ -77,8 +84,11 @@ public:
 
     /// Children that are made later, by fetchMore().
     void setSource(std::unique_ptr<QlumRowSource> source) { m_source = std::move(source); }
+    /// How many children have not been made yet.
     [[nodiscard]] int pendingCount() const { return m_source ? m_source->count() - childCount() : 0; }
+    /// Also when none has been made yet.
     [[nodiscard]] bool hasChildren() const { return !m_children.empty() || pendingCount() > 0; }
+    /// Makes so many children, or fewer when fewer are pending.
     void fetchMore(int count);
 
 private:

@@ -1,29 +1,25 @@
 #include <plugins/attributes/qlumattributeplugin.h>
 
 #include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumdocksize.h>
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlummetatypes.h>
-#include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
-#include <opcua/opcua_attributes.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <plugins/attributes/qlumattributeview.h>
 #include <plugins/attributes/qlumcustomnodeiddialog.h>
 #include <plugins/attributes/qlumreadjob.h>
+#include <plugins/attributes/qlumtypenames.h>
 #include <uabase/values/uanodeid.h>
-#include <uabase/values/uastatus.h>
-#include <uabase/values/uavariant.h>
 
 #include <QAction>
 #include <QCoreApplication>
 #include <QDialog>
 #include <QDockWidget>
 #include <QEvent>
-#include <QGuiApplication>
 #include <QIcon>
 #include <QKeySequence>
+#include <QList>
 #include <QMainWindow>
 #include <QMap>
 #include <QSettings>
@@ -38,14 +34,14 @@
 #include <utility>
 
 namespace {
-const QLatin1String kOnOffKey("Act_OnOff_Checked");
-const QLatin1String kMaxAgeKey("AttributePlugin.MaxAge");
+const QLatin1String onOffKey("Act_OnOff_Checked");
+const QLatin1String maxAgeKey("AttributePlugin.MaxAge");
 } // namespace
 
 QlumAttributePlugin::QlumAttributePlugin() : QlumAttributePlugin(qlumApplicationServices()) {}
 
 QlumAttributePlugin::QlumAttributePlugin(QlumSessionServicesProvider services)
-    : m_services(std::move(services))
+    : m_services(std::move(services)), m_typeNames(std::make_shared<QlumTypeNames>())
 {
     setObjectName(QStringLiteral("QlumAttributePlugin"));
 }
@@ -56,9 +52,9 @@ void QlumAttributePlugin::init(QlumApplicationInterface* app)
 {
     m_app = app;
     qlumRegisterMetaTypes();
-    app->setSettingsValue(kMaxAgeKey, app->settingsValue(kMaxAgeKey, 0.0));
+    app->setSettingsValue(maxAgeKey, app->settingsValue(maxAgeKey, 0.0));
     m_pool = std::make_unique<QlumJobPool>(1);
-    m_model = new QlumAttributeModel(*app, this, m_services);
+    m_model = new QlumAttributeModel(*app, m_typeNames, this, m_services);
     connect(this, &QlumAttributePlugin::sigClear, m_model, &QlumAttributeModel::clear);
     createActions();
     createDock();
@@ -66,9 +62,8 @@ void QlumAttributePlugin::init(QlumApplicationInterface* app)
 
 void QlumAttributePlugin::shutdown()
 {
+    endReads();
     m_pool.reset();
-    // Results on their way belong to whoever receives them.
-    QCoreApplication::sendPostedEvents(m_model, QEvent::MetaCall);
     delete m_dock;
     delete m_model;
     m_model = nullptr;
@@ -144,19 +139,20 @@ void QlumAttributePlugin::createDock()
 void QlumAttributePlugin::selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
                                            UaNodeId*)
 {
-    m_serverId = nodeId ? serverId : qlumNoServer;
-    m_nodeId = nodeId ? *nodeId : UaNodeId();
+    m_selected = nodeId ? Node{serverId, *nodeId} : Node();
     m_nodeClass = nodeClass;
+    m_custom = Node();
     if (m_onOff->isChecked())
         sltRefresh();
 }
 
 void QlumAttributePlugin::sltRefresh()
 {
-    if (m_serverId == qlumNoServer || m_nodeId.isNull())
+    if (m_selected.isNone())
         return;
+    m_custom = Node();
     m_pool->cancelAll(); // nobody waits for nodes that were left meanwhile
-    m_pool->addJob(std::make_unique<QlumReadJob>(m_serverId, m_nodeId, m_nodeClass, m_model, m_services));
+    read(m_selected, m_nodeClass);
 }
 
 void QlumAttributePlugin::sltOnOff(bool on)
@@ -166,76 +162,88 @@ void QlumAttributePlugin::sltOnOff(bool on)
         sltRefresh();
 }
 
-void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
-{
-    // The session goes when this returns: nothing may use it any more.
-    if (m_serverId == serverId) {
-        m_pool->cancelAll();
-        m_pool->waitForDone();
-        QCoreApplication::sendPostedEvents(m_model, QEvent::MetaCall);
-        m_serverId = qlumNoServer;
-        m_nodeId.clear();
-    }
-    if (m_model->serverId() == serverId)
-        emit sigClear();
-}
-
 void QlumAttributePlugin::sltSetCustomNodeId()
 {
     QPointer<QlumCustomNodeIdDialog> dialog =
-        new QlumCustomNodeIdDialog(*m_app, m_serverId, m_app->mainWindow());
+        new QlumCustomNodeIdDialog(*m_app, m_selected.serverId, m_app->mainWindow());
     const bool accepted = dialog->exec() == QDialog::Accepted;
-    const unsigned int serverId = dialog ? dialog->serverId() : qlumNoServer;
-    const UaNodeId nodeId = dialog ? dialog->nodeId() : UaNodeId();
+    const Node chosen = dialog ? Node{dialog->serverId(), dialog->nodeId()} : Node();
     delete dialog;
-    if (accepted && serverId != qlumNoServer && !nodeId.isNull())
-        showNode(serverId, nodeId);
+    if (!accepted || chosen.isNone())
+        return;
+    m_custom = chosen;
+    read(chosen, std::nullopt);
 }
 
-void QlumAttributePlugin::showNode(unsigned int serverId, const UaNodeId& nodeId)
+void QlumAttributePlugin::sltNodeClassRead(unsigned int serverId, const UaNodeId& nodeId,
+                                           OpcUa_NodeClass nodeClass)
 {
-    const std::shared_ptr<QlumSessionServices> session = m_services(serverId);
-    if (!session) {
-        log(QlumLogLevel::Error, tr("Session not valid."), serverId);
-        return;
+    if (m_custom != Node{serverId, nodeId})
+        return; // the user has gone on
+    m_selected = std::exchange(m_custom, Node());
+    m_nodeClass = nodeClass;
+}
+
+void QlumAttributePlugin::read(const Node& node, std::optional<OpcUa_NodeClass> nodeClass)
+{
+    auto job = std::make_unique<QlumReadJob>(node.serverId, node.nodeId, nodeClass, m_typeNames, m_services);
+    connect(job.get(), &QlumReadJob::nodeClassRead, this, &QlumAttributePlugin::sltNodeClassRead,
+            Qt::QueuedConnection);
+    connect(
+        job.get(), &QlumReadJob::newData, m_model,
+        qOverload<unsigned int, const UaNodeId&, OpcUa_NodeClass, int, const QList<int>&, OpcUa_DataValue*>(
+            &QlumAttributeModel::setData),
+        Qt::QueuedConnection);
+    if (m_pool->pending() == 0)
+        m_serversBeingRead.clear();
+    m_serversBeingRead.insert(node.serverId);
+    m_pool->addJob(std::move(job));
+}
+
+void QlumAttributePlugin::endReads()
+{
+    m_pool->cancelAll();
+    m_pool->waitForDone();
+    // Results on their way belong to whoever receives them.
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    QCoreApplication::sendPostedEvents(m_model, QEvent::MetaCall);
+}
+
+void QlumAttributePlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus,
+                                               const NamespaceMap&)
+{
+    m_typeNames->forget(serverId);
+}
+
+void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
+{
+    // The session goes when this returns: nothing may use it any more, not even a job for a node that was
+    // left.
+    if (m_serversBeingRead.contains(serverId)) {
+        const bool others = m_pool->pending() > 0;
+        endReads();
+        if (others && m_custom.serverId != serverId && !m_custom.isNone())
+            read(m_custom, std::nullopt);
+        else if (others && m_selected.serverId != serverId)
+            sltRefresh();
     }
-    UaReadValueIds nodes(1);
-    nodeId.copyTo(&nodes[0].NodeId);
-    nodes[0].AttributeId = OpcUa_Attributes_NodeClass;
-    UaClientSdk::ServiceSettings settings;
-    settings.callTimeout = qlumCallTimeout(m_app);
-    UaDataValues values;
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    UaStatus status = session->read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values);
-    QGuiApplication::restoreOverrideCursor();
-    if (status.isGood() && values.length() == 1)
-        status = UaStatus(values[0].StatusCode);
-    if (!status.isGood() || values.length() != 1) {
-        log(QlumLogLevel::Error,
-            tr("Read NodeClass of node '%1' failed [ret = %2].")
-                .arg(toQString(nodeId.toFullString()), toQString(status.toString())),
-            serverId);
-        return;
-    }
-    m_serverId = serverId;
-    m_nodeId = nodeId;
-    m_nodeClass = static_cast<OpcUa_NodeClass>(UaVariant(values[0].Value).toInt32());
-    sltRefresh();
+    m_typeNames->forget(serverId);
+    if (m_custom.serverId == serverId)
+        m_custom = Node();
+    if (m_selected.serverId == serverId)
+        m_selected = Node();
+    if (m_model->serverId() == serverId)
+        emit sigClear();
 }
 
 // ---- project
 
 void QlumAttributePlugin::saveSettings(QSettings& settings)
 {
-    settings.setValue(kOnOffKey, m_onOff->isChecked());
+    settings.setValue(onOffKey, m_onOff->isChecked());
 }
 
 void QlumAttributePlugin::loadSettings(QSettings& settings, const QMap<int, int>&)
 {
-    m_onOff->setChecked(settings.value(kOnOffKey, true).toBool());
-}
-
-void QlumAttributePlugin::log(int level, const QString& text, unsigned int serverId) const
-{
-    QlumUaTrace::log(level, text, tr("Attribute Plugin"), serverId);
+    m_onOff->setChecked(settings.value(onOffKey, true).toBool());
 }

@@ -2,6 +2,7 @@
 #include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
 #include <uabase/values/uanodeid.h>
@@ -9,10 +10,12 @@
 #include <QMap>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QSettings>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class QAction;
 class QDockWidget;
@@ -20,6 +23,7 @@ class QToolBar;
 class QlumAttributeModel;
 class QlumAttributeView;
 class QlumJobPool;
+class QlumTypeNames;
 
 /// Shows and edits the attributes of the selected node in a dock window.
 class QlumAttributePlugin : public QObject, public QlumPluginInterface, public QlumAppEventAdapter
@@ -39,31 +43,50 @@ public:
 
     void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
                           UaNodeId* typeDefinition) override;
+    void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
+                              const NamespaceMap& namespaceMap) override;
     void sessionRemoved(unsigned int serverId) override;
     void saveSettings(QSettings& settings) override;
     void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
 
+    /// What the dock shows; null before init() and after shutdown().
     [[nodiscard]] QlumAttributeModel* model() const { return m_model; }
+    /// Null before init(), after shutdown() and when the main window has gone.
     [[nodiscard]] QDockWidget* dock() const { return m_dock; }
 
 signals:
+    /// The server of the node that is shown has gone.
     void sigClear();
 
 public slots:
+    /// Reads the selected node again, in the background; nothing while none is selected.
     void sltRefresh();
+    /// Asks the user for a node and shows it; it counts as selected as soon as the server knows it.
     void sltSetCustomNodeId();
 
 private slots:
     void sltOnOff(bool on);
+    void sltNodeClassRead(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass);
 
 private:
+    /// A node and its server; none while there is no server.
+    struct Node
+    {
+        unsigned int serverId = qlumNoServer;
+        UaNodeId nodeId;
+
+        [[nodiscard]] bool isNone() const { return serverId == qlumNoServer || nodeId.isNull(); }
+        friend bool operator==(const Node&, const Node&) = default;
+    };
+
     void createActions();
     void createDock();
     QAction* createAction(const QString& name, const QString& icon, const QString& text, const QString& help);
-    void showNode(unsigned int serverId, const UaNodeId& nodeId);
-    void log(int level, const QString& text, unsigned int serverId) const;
+    void read(const Node& node, std::optional<OpcUa_NodeClass> nodeClass);
+    void endReads();
 
     const QlumSessionServicesProvider m_services;
+    const std::shared_ptr<QlumTypeNames> m_typeNames;
     QlumApplicationInterface* m_app = nullptr;
     std::unique_ptr<QlumJobPool> m_pool;
     QlumAttributeModel* m_model = nullptr;
@@ -74,7 +97,8 @@ private:
     QAction* m_expandAll = nullptr;
     QAction* m_collapseAll = nullptr;
     QAction* m_customNodeId = nullptr;
-    unsigned int m_serverId = 0xFFFFFFFFu;
-    UaNodeId m_nodeId;
-    OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified;
+    Node m_selected;
+    OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified; ///< of the selected node
+    Node m_custom;                         ///< chosen by its id, while its class is not known
+    QSet<unsigned int> m_serversBeingRead; ///< those of all jobs that may not have ended yet
 };

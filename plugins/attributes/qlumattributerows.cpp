@@ -60,18 +60,6 @@ QString identifierTypeText(OpcUa_IdentifierType type)
     return QString::number(type);
 }
 
-bool isEnumType(OpcUa_BuiltInType type)
-{
-    return type == OpcUaType_Int32 || type == OpcUaType_Int64 || type == OpcUaType_UInt32 ||
-           type == OpcUaType_Byte;
-}
-
-QString enumText(OpcUa_Int64 number, const UaEnumDefinition& definition)
-{
-    const QString name = toQString(definition.valueName(number));
-    return name.isEmpty() ? QString::number(number)
-                          : QStringLiteral("%1 (%2)").arg(name, QString::number(number));
-}
 } // namespace
 
 // The elements of an array or matrix.
@@ -222,8 +210,8 @@ QString QlumAttributeRows::optionSetText(const UaVariant& value, const QlumTypeH
 
 QString QlumAttributeRows::scalarText(const UaVariant& value, const QlumTypeHint& hint) const
 {
-    if (!hint.enumDefinition.isNull() && isEnumType(value.type()))
-        return enumText(value.toInt64(), hint.enumDefinition);
+    if (!hint.enumDefinition.isNull() && qlumMayBeEnumeration(value.type()))
+        return qlumEnumerationText(value.toInt64(), hint.enumDefinition);
     if (const QString bits = optionSetText(value, hint); !bits.isEmpty())
         return bits;
     switch (value.type()) {

@@ -21,27 +21,36 @@ class QlumAttributeRows
 {
     Q_DECLARE_TR_FUNCTIONS(QlumAttributeRows)
 public:
+    /// The application must outlive it.
     explicit QlumAttributeRows(QlumApplicationInterface& application);
 
     /// What the next rows are built with; the dictionary may be null.
     void setServer(unsigned int serverId, UaDataTypeDictionary* dictionary);
+    /// May be null.
     [[nodiscard]] UaDataTypeDictionary* dictionary() const { return m_dictionary; }
+    /// Of the timestamps of data values.
     [[nodiscard]] const QString& dateTimeFormat() const { return m_dateTimeFormat; }
 
+    /// Each adds one row below parent, with what belongs under it, and answers it. This one: value, status
+    /// and timestamps.
     QlumAttributeNode& addDataValue(QlumAttributeNode& parent, const QString& name, const UaDataValue& value,
                                     const QlumTypeHint& hint, QlumValueStep step = {});
+    /// By the type of the value; arrays with a row for each element.
     QlumAttributeNode& addVariant(QlumAttributeNode& parent, const QString& name, const UaVariant& value,
                                   const QlumTypeHint& hint, QlumValueStep step = {});
+    /// The parts of the id are details.
     QlumAttributeNode& addNodeId(QlumAttributeNode& parent, const QString& name, const UaNodeId& nodeId,
                                  QlumValueStep step = {});
+    /// As is the node id in it.
     QlumAttributeNode& addExpandedNodeId(QlumAttributeNode& parent, const QString& name,
                                          const UaExpandedNodeId& nodeId, QlumValueStep step = {});
+    /// With its fields when somebody has a definition of the structure, else as bytes.
     QlumAttributeNode& addExtensionObject(QlumAttributeNode& parent, const QString& name,
                                           const UaExtensionObject& object, const QlumTypeHint& hint,
                                           QlumValueStep step = {});
-    /// The text of a scalar that has no rows of its own.
-    /// "Bit1 | Bit2 (3)"; empty for what is no option set
+    /// "Bit1 | Bit2 (3)"; empty for what is no option set.
     [[nodiscard]] QString optionSetText(const UaVariant& value, const QlumTypeHint& hint) const;
+    /// The text of a scalar that has no rows of its own.
     [[nodiscard]] QString scalarText(const UaVariant& value, const QlumTypeHint& hint) const;
 
 private:

@@ -11,9 +11,13 @@
 [[nodiscard]] QList<int> qlumAttributesOf(OpcUa_NodeClass nodeClass);
 /// Whether nodes of the class may lack the attribute.
 [[nodiscard]] bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass);
+/// "Variable"; "Invalid NodeClass" for a number that is none.
 [[nodiscard]] QString qlumNodeClassText(OpcUa_Int32 nodeClass);
+/// The names of the bits, "None" when none is set.
 [[nodiscard]] QString qlumEventNotifierText(OpcUa_Byte mask);
+/// The same.
 [[nodiscard]] QString qlumAccessLevelText(OpcUa_Byte mask);
+/// The same, without SemanticChange.
 [[nodiscard]] QString qlumUserAccessLevelText(OpcUa_Byte mask);
 /// "BadTimeout (0x800A0000)"
 [[nodiscard]] QString qlumStatusCodeText(OpcUa_StatusCode code);

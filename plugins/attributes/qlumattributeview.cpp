@@ -30,7 +30,7 @@
 namespace {
 constexpr int hintMargin = 12; // around the text of the empty view
 constexpr int nameWidth = 190;
-const QLatin1Char kSeparator('/');
+const QLatin1Char separator('/');
 
 // The text as it is, not as it is cut for the view.
 QString fullText(const QModelIndex& index)
@@ -147,7 +147,7 @@ QString QlumAttributeView::pathOf(const QModelIndex& index) const
     QString path;
     for (QModelIndex current = index; current.isValid(); current = current.parent()) {
         const QString name = current.siblingAtColumn(QlumAttributeModel::NameColumn).data().toString();
-        path = path.isEmpty() ? name : name + kSeparator + path;
+        path = path.isEmpty() ? name : name + separator + path;
     }
     return path;
 }
@@ -188,7 +188,7 @@ void QlumAttributeView::restoreBranch(const QModelIndex& parent, const QString& 
     for (int row = 0; row < m_attributes->rowCount(parent); ++row) {
         const QModelIndex index = m_attributes->index(row, 0, parent);
         const QString name = index.data().toString();
-        const QString own = path.isEmpty() ? name : path + kSeparator + name;
+        const QString own = path.isEmpty() ? name : path + separator + name;
         if (own == m_current)
             setCurrentIndex(index);
         if (!m_expanded.contains(own) || !m_attributes->hasChildren(index))

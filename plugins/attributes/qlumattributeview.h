@@ -18,14 +18,20 @@ class QlumAttributeView : public QTreeView
 {
     Q_OBJECT
 public:
+    /// The model must outlive it.
     explicit QlumAttributeView(QlumAttributeModel* model, QWidget* parent = nullptr);
     ~QlumAttributeView() override;
 
 public slots:
+    /// To the clipboard, of the current row: the cell, in full.
     void sltCopyCell();
+    /// Name and value, a tab between them.
     void sltCopyRow();
+    /// The value, whichever cell is current.
     void sltCopyValue();
+    /// The names from the attribute down to the row.
     void sltCopyPath();
+    /// The id of the node that is shown.
     void sltCopyNodeId();
 
 protected:

@@ -15,9 +15,11 @@ class QlumCustomNodeIdDialog : public QlumBaseWidget
 {
     Q_OBJECT
 public:
+    /// The server is proposed; the user may take another one of the project.
     QlumCustomNodeIdDialog(QlumApplicationInterface& application, unsigned int serverId,
                            QWidget* parent = nullptr);
 
+    /// qlumNoServer when the project has none.
     [[nodiscard]] unsigned int serverId() const;
     /// Null while the text is no node id.
     [[nodiscard]] UaNodeId nodeId() const;

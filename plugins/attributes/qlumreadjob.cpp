@@ -4,8 +4,9 @@
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
-#include <plugins/attributes/qlumattributemodel.h>
+#include <opcua/opcua_attributes.h>
 #include <plugins/attributes/qlumattributetexts.h>
+#include <plugins/attributes/qlumtypenames.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
@@ -17,18 +18,48 @@
 #include <utility>
 
 namespace {
-constexpr OpcUa_UInt32 preparedElements = 16; // of an array of structures; mostly they are of one type
+constexpr OpcUa_UInt32 preparedElements = 16;      // of an array of structures; mostly they are of one type
+
+// Values of enumerations and option sets.
+bool mayBeNamed(OpcUa_BuiltInType type)
+{
+    return type == OpcUaType_Int32 || type == OpcUaType_Byte || type == OpcUaType_UInt16 ||
+           type == OpcUaType_UInt32 || type == OpcUaType_UInt64;
+}
+
+UaReadValueIds nodesToRead(const UaNodeId& nodeId, const QList<int>& attributeIds)
+{
+    UaReadValueIds nodes(static_cast<OpcUa_UInt32>(attributeIds.size()));
+    for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
+        nodeId.copyTo(&nodes[i].NodeId);
+        nodes[i].AttributeId = static_cast<OpcUa_UInt32>(attributeIds.at(static_cast<int>(i)));
+    }
+    return nodes;
+}
+
+// The result for one of the attributes; a null value when it was not read.
+UaVariant resultFor(int attributeId, const QList<int>& attributeIds, const UaDataValues& values)
+{
+    const int position = attributeIds.indexOf(attributeId);
+    return position >= 0 && position < static_cast<int>(values.length())
+               ? UaVariant(values[static_cast<OpcUa_UInt32>(position)].Value)
+               : UaVariant();
+}
+
+UaClientSdk::ServiceSettings serviceSettings()
+{
+    UaClientSdk::ServiceSettings settings;
+    settings.callTimeout = qlumCallTimeout();
+    return settings;
+}
 } // namespace
 
-QlumReadJob::QlumReadJob(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass,
-                         QlumAttributeModel* model, QlumSessionServicesProvider services)
-    : m_serverId(serverId), m_nodeId(nodeId), m_nodeClass(nodeClass), m_services(std::move(services))
+QlumReadJob::QlumReadJob(unsigned int serverId, const UaNodeId& nodeId,
+                         std::optional<OpcUa_NodeClass> nodeClass, std::shared_ptr<QlumTypeNames> typeNames,
+                         QlumSessionServicesProvider services)
+    : m_serverId(serverId), m_nodeId(nodeId), m_nodeClass(nodeClass), m_typeNames(std::move(typeNames)),
+      m_services(std::move(services))
 {
-    connect(
-        this, &QlumReadJob::newData, model,
-        qOverload<unsigned int, const UaNodeId&, OpcUa_NodeClass, int, const QList<int>&, OpcUa_DataValue*>(
-            &QlumAttributeModel::setData),
-        Qt::QueuedConnection);
 }
 
 QlumReadJob::~QlumReadJob() = default;
@@ -36,19 +67,45 @@ QlumReadJob::~QlumReadJob() = default;
 void QlumReadJob::run()
 {
     const std::shared_ptr<QlumSessionServices> session = m_services(m_serverId);
-    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    if (!session || !application) {
+    if (!session || !QlumApplicationInterface::instance()) {
         log(QlumLogLevel::Error, tr("Session not valid."));
         return;
     }
-    UaClientSdk::ServiceSettings settings;
-    settings.callTimeout = qlumCallTimeout(application);
-    const double maxAge =
-        application->settingsValue(QStringLiteral("AttributePlugin.MaxAge"), 0.0).toDouble();
-    const QList<int> attributeIds = qlumAttributesOf(m_nodeClass);
+    if (!m_nodeClass) {
+        if (!readNodeClass(*session) || isCancelled())
+            return;
+        emit nodeClassRead(m_serverId, m_nodeId, *m_nodeClass);
+    }
+    readAttributes(*session);
+}
+
+bool QlumReadJob::readNodeClass(QlumSessionServices& session)
+{
+    UaClientSdk::ServiceSettings settings = serviceSettings();
     UaDataValues values;
-    const UaStatus status =
-        session->read(settings, maxAge, OpcUa_TimestampsToReturn_Both, nodesToRead(attributeIds), values);
+    UaStatus status = session.read(settings, 0, OpcUa_TimestampsToReturn_Neither,
+                                   nodesToRead(m_nodeId, {OpcUa_Attributes_NodeClass}), values);
+    if (status.isGood() && values.length() == 1)
+        status = UaStatus(values[0].StatusCode);
+    if (!status.isGood() || values.length() != 1) {
+        log(QlumLogLevel::Error, tr("Read NodeClass of node '%1' failed [ret = %2].")
+                                     .arg(toQString(m_nodeId.toFullString()), toQString(status.toString())));
+        return false;
+    }
+    m_nodeClass = static_cast<OpcUa_NodeClass>(UaVariant(values[0].Value).toInt32());
+    return true;
+}
+
+void QlumReadJob::readAttributes(QlumSessionServices& session)
+{
+    UaClientSdk::ServiceSettings settings = serviceSettings();
+    const double maxAge = QlumApplicationInterface::instance()
+                              ->settingsValue(QStringLiteral("AttributePlugin.MaxAge"), 0.0)
+                              .toDouble();
+    const QList<int> attributeIds = qlumAttributesOf(*m_nodeClass);
+    UaDataValues values;
+    const UaStatus status = session.read(settings, maxAge, OpcUa_TimestampsToReturn_Both,
+                                         nodesToRead(m_nodeId, attributeIds), values);
     const QString node = toQString(m_nodeId.toFullString());
     const QString result = toQString(status.toString());
     if (!status.isGood()) {
@@ -56,37 +113,51 @@ void QlumReadJob::run()
         return;
     }
     log(QlumLogLevel::Info, tr("Read attributes of node '%1' succeeded [ret = %2].").arg(node, result));
-    prepareDefinitions(*session, values);
+    prepareType(session, resultFor(OpcUa_Attributes_Value, attributeIds, values),
+                resultFor(OpcUa_Attributes_DataType, attributeIds, values));
     if (isCancelled())
         return;
     const int count = static_cast<int>(values.length());
-    emit newData(m_serverId, m_nodeId, m_nodeClass, count, attributeIds, values.detach());
+    emit newData(m_serverId, m_nodeId, *m_nodeClass, count, attributeIds, values.detach());
 }
 
-UaReadValueIds QlumReadJob::nodesToRead(const QList<int>& attributeIds) const
+// What has to be read from the server for the types is read here, where nobody waits for the window.
+void QlumReadJob::prepareType(QlumSessionServices& session, const UaVariant& value,
+                              const UaVariant& dataType) const
 {
-    UaReadValueIds nodes(static_cast<OpcUa_UInt32>(attributeIds.size()));
-    for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
-        m_nodeId.copyTo(&nodes[i].NodeId);
-        nodes[i].AttributeId = static_cast<OpcUa_UInt32>(attributeIds.at(static_cast<int>(i)));
-    }
-    return nodes;
+    if (value.type() == OpcUaType_ExtensionObject)
+        prepareEncodings(session, value);
+    if (dataType.type() != OpcUaType_NodeId || !dataType.isScalar())
+        return;
+    const UaNodeId id = dataType.toNodeId();
+    if (mayBeNamed(value.type()))
+        static_cast<void>(session.dataTypeDictionary()->enumDefinition(id));
+    if (!id.isNull() && !m_typeNames->find(m_serverId, id) && !isCancelled())
+        readTypeName(session, id);
 }
 
-// Definitions that have to be read from the server are read here, where nobody waits for the window.
-void QlumReadJob::prepareDefinitions(QlumSessionServices& session, const UaDataValues& values) const
+void QlumReadJob::readTypeName(QlumSessionServices& session, const UaNodeId& dataTypeId) const
 {
-    for (const OpcUa_DataValue& dataValue : values) {
-        if (dataValue.Value.Datatype != OpcUaType_ExtensionObject)
-            continue;
-        const UaVariant value(dataValue.Value);
-        const OpcUa_UInt32 count = value.isScalar() ? 1 : std::min(value.elementCount(), preparedElements);
-        for (OpcUa_UInt32 i = 0; i < count && !isCancelled(); ++i) {
-            const UaVariant element = value.isScalar() ? value : value.at(i);
-            const UaNodeId id = element.toExtensionObject().encodingId();
-            if (id.namespaceIndex() != 0)
-                static_cast<void>(session.dataTypeDictionary()->structureDefinition(id));
-        }
+    UaClientSdk::ServiceSettings settings = serviceSettings();
+    UaDataValues values;
+    const UaStatus status = session.read(settings, 0, OpcUa_TimestampsToReturn_Neither,
+                                         nodesToRead(dataTypeId, {OpcUa_Attributes_DisplayName}), values);
+    if (!status.isGood() || values.length() != 1)
+        return; // the type is shown by its id
+    const UaVariant name(values[0].Value);
+    m_typeNames->insert(m_serverId, dataTypeId,
+                        name.type() == OpcUaType_LocalizedText ? toQString(name.toLocalizedText().text())
+                                                               : QString());
+}
+
+void QlumReadJob::prepareEncodings(QlumSessionServices& session, const UaVariant& value) const
+{
+    const OpcUa_UInt32 count = value.isScalar() ? 1 : std::min(value.elementCount(), preparedElements);
+    for (OpcUa_UInt32 i = 0; i < count && !isCancelled(); ++i) {
+        const UaVariant element = value.isScalar() ? value : value.at(i);
+        const UaNodeId id = element.toExtensionObject().encodingId();
+        if (id.namespaceIndex() != 0)
+            static_cast<void>(session.dataTypeDictionary()->structureDefinition(id));
     }
 }
 

@@ -3,36 +3,48 @@
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumsessionservices.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
 
 #include <QList>
 #include <QObject>
 #include <QString>
 
-class QlumAttributeModel;
+#include <memory>
+#include <optional>
 
-/// Reads all attributes of a node and hands them to the model on the GUI thread.
+class QlumTypeNames;
+
+/// Reads all attributes of a node on a pool thread. What fails is logged, and no signal sent.
 class QlumReadJob : public QObject, public QlumJob
 {
     Q_OBJECT
 public:
-    QlumReadJob(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass,
-                QlumAttributeModel* model, QlumSessionServicesProvider services = qlumApplicationServices());
+    /// Without a node class that is read first. The name of the node's data type goes to the names.
+    QlumReadJob(unsigned int serverId, const UaNodeId& nodeId, std::optional<OpcUa_NodeClass> nodeClass,
+                std::shared_ptr<QlumTypeNames> typeNames,
+                QlumSessionServicesProvider services = qlumApplicationServices());
     ~QlumReadJob() override;
 
     void run() override;
 
 signals:
-    /// The results change owner with the signal.
+    /// Sent before newData when the node class was not known.
+    void nodeClassRead(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass);
+    /// The results change owner with the signal; connect it once, with Qt::QueuedConnection.
     void newData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass, int count,
                  const QList<int>& attributeIds, OpcUa_DataValue* results);
 
 private:
-    UaReadValueIds nodesToRead(const QList<int>& attributeIds) const;
-    void prepareDefinitions(QlumSessionServices& session, const UaDataValues& values) const;
+    bool readNodeClass(QlumSessionServices& session);
+    void readAttributes(QlumSessionServices& session);
+    void prepareType(QlumSessionServices& session, const UaVariant& value, const UaVariant& dataType) const;
+    void readTypeName(QlumSessionServices& session, const UaNodeId& dataTypeId) const;
+    void prepareEncodings(QlumSessionServices& session, const UaVariant& value) const;
     void log(int level, const QString& text) const;
 
     const unsigned int m_serverId;
     const UaNodeId m_nodeId;
-    const OpcUa_NodeClass m_nodeClass;
+    std::optional<OpcUa_NodeClass> m_nodeClass;
+    const std::shared_ptr<QlumTypeNames> m_typeNames;
     const QlumSessionServicesProvider m_services;
 };

@@ -125,14 +125,18 @@ UaStructureDefinition qlumStructureDefinition(const UaExtensionObject& object, c
     return {};
 }
 
+UaEnumDefinition qlumEnumDefinition(const UaNodeId& dataTypeId, UaDataTypeDictionary* dictionary)
+{
+    const UaEnumDefinition known = uaNamespaceZeroEnum(dataTypeId);
+    return known.isNull() && dictionary ? dictionary->enumDefinition(dataTypeId) : known;
+}
+
 QlumTypeHint qlumFieldHint(const UaStructureField& field, UaDataTypeDictionary* dictionary)
 {
     QlumTypeHint hint{field.dataTypeId(), field.enumDefinition()};
     if (!hint.enumDefinition.isNull() || hint.dataTypeId.isNull() || field.builtInType() != OpcUaType_Int32)
         return hint;
-    hint.enumDefinition = uaNamespaceZeroEnum(hint.dataTypeId);
-    if (hint.enumDefinition.isNull() && dictionary)
-        hint.enumDefinition = dictionary->enumDefinition(hint.dataTypeId);
+    hint.enumDefinition = qlumEnumDefinition(hint.dataTypeId, dictionary);
     return hint;
 }
 

@@ -30,6 +30,9 @@ struct QlumTypedValue
 [[nodiscard]] UaStructureDefinition qlumStructureDefinition(const UaExtensionObject& object,
                                                             const QlumTypeHint& hint,
                                                             UaDataTypeDictionary* dictionary);
+/// The definition of an enumeration by its data type; null when nobody has one. The dictionary may be null.
+[[nodiscard]] UaEnumDefinition qlumEnumDefinition(const UaNodeId& dataTypeId,
+                                                  UaDataTypeDictionary* dictionary);
 /// The hint for the values of a structure's field.
 [[nodiscard]] QlumTypeHint qlumFieldHint(const UaStructureField& field, UaDataTypeDictionary* dictionary);
 

@@ -10,11 +10,13 @@
 #include <QString>
 #include <QStringList>
 #include <QTimer>
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <utility>
 
 /// While it lives, every modal dialog that comes up is noted and answered: by answer, or by being rejected.
+/// One at a time: of two it would be chance which one answers.
 class DialogDriver : public QObject
 {
 public:
@@ -22,9 +24,12 @@ public:
 
     explicit DialogDriver(Answer answer = {}) : m_answer(std::move(answer))
     {
+        EXPECT_FALSE(std::exchange(s_alive, true)) << "another driver is still alive";
         connect(&m_timer, &QTimer::timeout, this, [this] { look(); });
         m_timer.start(1);
     }
+
+    ~DialogDriver() override { s_alive = false; }
 
     /// "title: text" of message boxes, the title of other dialogs, in the order in which they came up.
     [[nodiscard]] QStringList seen() const { return m_seen; }
@@ -58,6 +63,8 @@ private:
         else
             dialog->reject();
     }
+
+    inline static bool s_alive = false;
 
     Answer m_answer;
     QPointer<QDialog> m_last;

@@ -58,9 +58,9 @@ public:
     {
         const OpcUa_Int64 current = value.toInt64();
         for (int i = 0; i < definition.valueCount(); ++i)
-            add(definition.valueAt(i).value, toQString(definition.valueName(definition.valueAt(i).value)));
+            add(definition.valueAt(i).value, definition);
         if (!definition.hasValue(current))
-            add(current, QString());
+            add(current, definition);
         setCurrentIndex(findData(QVariant::fromValue<qlonglong>(current)));
     }
     bool read(UaVariant& value) const override
@@ -73,11 +73,9 @@ public:
     }
 
 private:
-    void add(OpcUa_Int64 number, const QString& name)
+    void add(OpcUa_Int64 number, const UaEnumDefinition& definition)
     {
-        const QString digits = QString::number(number);
-        addItem(name.isEmpty() ? digits : QStringLiteral("%1 (%2)").arg(name, digits),
-                QVariant::fromValue<qlonglong>(number));
+        addItem(qlumEnumerationText(number, definition), QVariant::fromValue<qlonglong>(number));
     }
 };
 
@@ -129,7 +127,7 @@ public:
         setText(qlumEditText(value));
         setValidator(new TypeValidator(value.type(), this));
         setToolTip(qlumEditHint(value.type()));
-        m_shown = text(); // a line can not hold every character
+        m_shown = text(); // a line cannot hold every character
     }
     bool read(UaVariant& value) const override
     {
@@ -148,12 +146,6 @@ bool hasLineBreaks(const UaVariant& value)
 {
     return qlumEditText(value).contains(QRegularExpression(QStringLiteral("[\\r\\n]")));
 }
-
-bool isEnumType(OpcUa_BuiltInType type)
-{
-    return type == OpcUaType_Int32 || type == OpcUaType_Int64 || type == OpcUaType_UInt32 ||
-           type == OpcUaType_Byte;
-}
 } // namespace
 
 QWidget* qlumCreateValueEditor(const UaVariant& value, const UaEnumDefinition& enumDefinition,
@@ -166,7 +158,7 @@ QWidget* qlumCreateValueEditor(const UaVariant& value, const UaEnumDefinition& e
     QWidget* editor = nullptr;
     if (value.type() == OpcUaType_Boolean)
         editor = new BoolEditor(value, parent);
-    else if (!enumDefinition.isNull() && isEnumType(value.type()))
+    else if (!enumDefinition.isNull() && qlumMayBeEnumeration(value.type()))
         editor = new EnumEditor(value, enumDefinition, parent);
     else if (value.type() == OpcUaType_DateTime)
         editor = new DateTimeEditor(value, parent);

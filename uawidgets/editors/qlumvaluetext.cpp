@@ -275,3 +275,16 @@ QString qlumEditHint(OpcUa_BuiltInType type)
         return {};
     }
 }
+
+bool qlumMayBeEnumeration(OpcUa_BuiltInType type)
+{
+    return type == OpcUaType_Int32 || type == OpcUaType_Int64 || type == OpcUaType_UInt32 ||
+           type == OpcUaType_Byte;
+}
+
+QString qlumEnumerationText(OpcUa_Int64 number, const UaEnumDefinition& definition)
+{
+    const QString name = toQString(definition.valueName(number));
+    const QString digits = QString::number(number);
+    return name.isEmpty() ? digits : QStringLiteral("%1 (%2)").arg(name, digits);
+}

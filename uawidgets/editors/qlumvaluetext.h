@@ -1,5 +1,6 @@
 // Values of the built-in types as text that can be edited and read back.
 #pragma once
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/uavariant.h>
 
 #include <QString>
@@ -14,5 +15,9 @@
 /// The reverse of qlumEditText; false when the text is no value of the type or does not fit it. Parts that
 /// the text does not hold (the locale of a localized text) are kept from value, which is then replaced.
 [[nodiscard]] bool qlumFromEditText(const QString& text, OpcUa_BuiltInType type, UaVariant& value);
+/// Whether values of the type may be those of an enumeration.
+[[nodiscard]] bool qlumMayBeEnumeration(OpcUa_BuiltInType type);
+/// "Running (1)"; the number alone when it has no name.
+[[nodiscard]] QString qlumEnumerationText(OpcUa_Int64 number, const UaEnumDefinition& definition);
 /// What a text of the type looks like, for tool tips: "-128 to 127".
 [[nodiscard]] QString qlumEditHint(OpcUa_BuiltInType type);

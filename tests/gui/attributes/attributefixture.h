@@ -4,6 +4,7 @@
 #include <opcua/opcua_attributes.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <plugins/attributes/qlumattributetexts.h>
+#include <plugins/attributes/qlumtypenames.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/scriptedservices.h>
 #include <tests/support/stubapplication.h>
@@ -33,14 +34,6 @@ public:
     QString builtinTypeName(unsigned int type) override { return qlumBuiltinTypeName(type); }
     QString errorMessage(unsigned int code) override { return qlumStatusText(code); }
     QDateTime dateTimeFromUaDateTime(OpcUa_DateTime* value) override { return qlumDateTime(*value).toUTC(); }
-    UaEnumDefinition getEnumDefinition(unsigned int, const UaNodeId* dataType) override
-    {
-        return *dataType == enumeration.dataTypeId() ? enumeration : UaEnumDefinition();
-    }
-    QString typeName(unsigned int, const UaNodeId* type, bool) override
-    {
-        return *type == UaNodeId(11) ? "Double" : "";
-    }
     QList<unsigned int> projectServerIds() override { return {5}; }
     QString serverName(unsigned int) override { return "Plc"; }
     void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass) override
@@ -55,11 +48,13 @@ public:
 class AttributeFixture : public testing::Test
 {
 protected:
-    AttributeFixture() : model(application, nullptr, [this](unsigned int) { return services; })
+    AttributeFixture() : model(application, typeNames, nullptr, [this](unsigned int) { return services; })
     {
+        typeNames->insert(5, UaNodeId(11), "Double");
         application.enumeration = UaEnumDefinition(UaString("Colors"), UaNodeId(3000, 2));
         application.enumeration.addValue(1, UaString("Red"));
         application.enumeration.addValue(2, UaString("Green"));
+        services->enums[application.enumeration.dataTypeId()] = application.enumeration;
     }
 
     using Results = QList<QPair<int, UaDataValue>>;
@@ -102,5 +97,6 @@ protected:
 
     AttributeApplication application;
     std::shared_ptr<ScriptedServices> services = std::make_shared<ScriptedServices>();
+    std::shared_ptr<QlumTypeNames> typeNames = std::make_shared<QlumTypeNames>();
     QlumAttributeModel model;
 };

@@ -1,8 +1,12 @@
+#include <app/api/qlumconnectionstatus.h>
 #include <plugins/attributes/qlumattributeplugin.h>
 #include <plugins/attributes/qlumattributeview.h>
 #include <tests/gui/attributes/attributefixture.h>
 #include <tests/support/dialogdriver.h>
+#include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
 #include <QAction>
@@ -19,11 +23,35 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <memory>
 #include <string>
+#include <thread>
 #include <utility>
 
 namespace {
+// Answers a read when it may go on, and takes its time even then.
+class SlowServices : public ScriptedServices
+{
+public:
+    UaStatus read(UaClientSdk::ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestamps,
+                  const UaReadValueIds& nodes, UaDataValues& values) override
+    {
+        entered = true;
+        while (!mayGoOn)
+            std::this_thread::yield();
+        for (int i = 0; i < 10000; ++i)
+            std::this_thread::yield();
+        const UaStatus status = ScriptedServices::read(settings, maxAge, timestamps, nodes, values);
+        left = true;
+        return status;
+    }
+
+    std::atomic<bool> entered{false};
+    std::atomic<bool> mayGoOn{false};
+    std::atomic<bool> left{false};
+};
+
 class AttributePlugin : public testing::Test
 {
 protected:
@@ -77,6 +105,25 @@ TEST_F(AttributePlugin, ShowsTheSelectedNodeWhileOn)
     ASSERT_TRUE(QTest::qWaitFor([this] { return services->journal.size() == 3; }));
 }
 
+TEST_F(AttributePlugin, TypesAreNamedWithoutHoldingUpTheWindow)
+{
+    const UaNodeId type(11);
+    for (OpcUa_UInt32 id : {1u, 2u})
+        services->attributes[{node(id), OpcUa_Attributes_DataType}] = UaVariant(type);
+    services->attributes[{type, OpcUa_Attributes_DisplayName}] =
+        UaVariant(UaLocalizedText(UaString("en"), UaString("Double")));
+    for (OpcUa_UInt32 id : {1u, 2u}) {
+        select(id);
+        ASSERT_TRUE(waitFor(id));
+        EXPECT_EQ(plugin.model()->index(8, 1).data().toString(), "Double (i=11)");
+    }
+    EXPECT_EQ(services->journal, (QStringList{"read ns=2;i=1", "read i=11", "read ns=2;i=2"})) << "once";
+    plugin.sessionStatusChanged(5, QlumConnectionStatus::Connected, {});
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    EXPECT_EQ(services->journal.last(), "read i=11") << "another server may answer now";
+}
+
 TEST_F(AttributePlugin, FailedReadsLeaveWhatIsShown)
 {
     select(1);
@@ -109,6 +156,23 @@ TEST_F(AttributePlugin, ARemovedSessionLeavesNothing)
     EXPECT_FALSE(application.texts().contains("Session not valid."));
 }
 
+TEST_F(AttributePlugin, ASessionGoesOnlyWhenItsLastReadHasEnded)
+{
+    const auto other = std::exchange(services, nullptr);
+    const auto slow = std::make_shared<SlowServices>();
+    services = slow;
+    select(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return slow->entered.load(); }));
+    services = other;
+    UaNodeId next = node(2);
+    plugin.selectionChanged(6, &next, OpcUa_NodeClass_Variable, nullptr); // the read of server 5 is left
+    slow->mayGoOn = true;
+    plugin.sessionRemoved(5);
+    EXPECT_TRUE(slow->left);
+    EXPECT_TRUE(waitFor(2)) << "the node of the other server is read nevertheless";
+    EXPECT_EQ(plugin.model()->serverId(), 6u);
+}
+
 TEST_F(AttributePlugin, AnyNodeByItsId)
 {
     DialogDriver enters([](QDialog& dialog) {
@@ -121,8 +185,36 @@ TEST_F(AttributePlugin, AnyNodeByItsId)
     EXPECT_EQ(plugin.model()->rowCount(), 15);
     services->attributeStatus[{node(2), OpcUa_Attributes_NodeClass}] = OpcUa_BadNodeIdUnknown;
     action("customNodeId")->trigger();
-    EXPECT_EQ(application.texts().last(),
-              "Read NodeClass of node 'ns=2;i=2' failed [ret = BadNodeIdUnknown].");
+    ASSERT_TRUE(QTest::qWaitFor([this] {
+        return application.texts().last() ==
+               "Read NodeClass of node 'ns=2;i=2' failed [ret = BadNodeIdUnknown].";
+    }));
+    EXPECT_EQ(plugin.model()->nodeId(), node(2)) << "nothing new is shown";
+}
+
+TEST_F(AttributePlugin, ANodeChosenByItsIdCountsAsSelectedOnceTheServerKnowsIt)
+{
+    DialogDriver enters([](QDialog& dialog) {
+        dialog.findChild<QLineEdit*>("nodeId")->setText("ns=2;i=2");
+        dialog.accept();
+    });
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    action("customNodeId")->trigger();
+    ASSERT_TRUE(waitFor(2));
+    services->journal.clear();
+    action("refresh")->trigger();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !services->journal.isEmpty(); }));
+    EXPECT_EQ(services->journal, QStringList{"read ns=2;i=2"});
+
+    action("customNodeId")->trigger();
+    select(1); // before the answer is looked at
+    ASSERT_TRUE(waitFor(1));
+    QCoreApplication::processEvents();
+    services->journal.clear();
+    action("refresh")->trigger();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !services->journal.isEmpty(); }));
+    EXPECT_EQ(services->journal, QStringList{"read ns=2;i=1"});
 }
 
 TEST_F(AttributePlugin, CopiesTheWholeTextAndKeepsWhatIsOpen)

@@ -16,7 +16,7 @@
 
 namespace {
 const QString noPolicy = qlumPolicyNone();
-const QString kBasic("http://opcfoundation.org/UA/SecurityPolicy#Basic256Sha256");
+const QString basic("http://opcfoundation.org/UA/SecurityPolicy#Basic256Sha256");
 
 QlumEndpoint endpoint(const QString& url, const QString& policy = noPolicy, int mode = 1)
 {
@@ -60,7 +60,7 @@ TEST(EndpointChoice, Table)
          Choice::Exact,
          0,
          1},
-        {"other policy", "opc.tcp://h:1", {endpoint("opc.tcp://h:1", kBasic, 3)}, Choice::NoMatch, -1, 0},
+        {"other policy", "opc.tcp://h:1", {endpoint("opc.tcp://h:1", basic, 3)}, Choice::NoMatch, -1, 0},
         {"other mode", "opc.tcp://h:1", {endpoint("opc.tcp://h:1", noPolicy, 2)}, Choice::NoMatch, -1, 0},
         {"other scheme",
          "opc.tcp://h:1",
@@ -86,7 +86,7 @@ TEST(EndpointChoice, Table)
 QlumDiscoverySetting fullSetting()
 {
     QlumDiscoverySetting setting;
-    setting.endpoint = endpoint("opc.tcp://h:4840/a,b;c", kBasic, 3);
+    setting.endpoint = endpoint("opc.tcp://h:4840/a,b;c", basic, 3);
     setting.endpoint.applicationUri = "urn:a";
     setting.endpoint.productUri = "urn:p";
     setting.endpoint.applicationNameLocale = "de";

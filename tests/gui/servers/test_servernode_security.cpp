@@ -144,11 +144,13 @@ TEST_F(SecuredServerNode, AnUnsafePolicyIsOffUntilTheUserAllowsIt)
         EXPECT_TRUE(refuses.seen().first().startsWith("Unsafe Security Policy: "));
     }
     EXPECT_EQ(log().last(), "30 Aborting connection attempt");
-    DialogDriver allows(DialogDriver::press(QMessageBox::Yes));
-    EXPECT_FALSE(node->connectServer());
-    EXPECT_EQ(allows.seen().size(), 2) << "the policy, then the certificate";
-    EXPECT_FALSE(node->connectServer());
-    EXPECT_EQ(allows.seen().size(), 3) << "the certificate alone";
+    {
+        DialogDriver allows(DialogDriver::press(QMessageBox::Yes));
+        EXPECT_FALSE(node->connectServer());
+        EXPECT_EQ(allows.seen().size(), 2) << "the policy, then the certificate";
+        EXPECT_FALSE(node->connectServer());
+        EXPECT_EQ(allows.seen().size(), 3) << "the certificate alone";
+    }
     DialogDriver accepts(click({"acceptOnce", "continue"}));
     static_cast<void>(node->connectServer());
     EXPECT_EQ(channelCertificates().size(), 1u);

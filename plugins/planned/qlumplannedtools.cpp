@@ -1,0 +1,134 @@
+// The table of the planned tools. Whoever writes one gives it the folder plugins/<tool> with a plugin class
+// of the name in its row, and deletes the row, the line of its export at the end, and its pictures from
+// CMakeLists.txt; the list of built-in plugins stays as it is. A row that is left behind ends in a symbol
+// defined twice.
+#include <plugins/planned/qlumplannedplugin.h>
+
+#include <QObject>
+#include <QPointer>
+#include <QStaticPlugin>
+#include <QtPlugin>
+
+#include <array>
+#include <string_view>
+
+auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
+
+namespace {
+constexpr std::array<QlumPlannedTool, 11> tools{{
+    {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
+     QT_TRANSLATE_NOOP(
+         "QlumPlannedPlugin",
+         "The devices view is not part of this version. Devices can be browsed in the address space."),
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "<b>Devices View</b><br>Shows the devices of a server with their parameters, methods "
+                       "and identification, and configures them.")},
+    {QlumPlannedTool::Dock, "QlumReferencePlugin", "UA Reference Plugin",
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "References"),
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "The reference view is not part of this version. Hierarchical references can be "
+                       "followed in the address space."),
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "<b>References</b><br>This window shows the references of the node that is selected "
+                       "in the address space window.")},
+    {QlumPlannedTool::Document, "QlumDaPlugin", "Data Access Plugin", "Data Access View",
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "The data access view is not part of this version. Single values can be read in the "
+                       "attribute view."),
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "<b>Data Access View</b><br>Watches the values of variables of one or more servers "
+                       "and writes them.")},
+    {QlumPlannedTool::Document, "QlumHistoryPlugin", "UA History Plugin", "History Trend View",
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The history trend view is not part of this version."),
+     QT_TRANSLATE_NOOP(
+         "QlumPlannedPlugin",
+         "<b>History Trend View</b><br>Reads the history of variables and plots it over time.")},
+    {QlumPlannedTool::Document, "QlumEventPlugin", "UA Events Plugin", "Event View",
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The event view is not part of this version."),
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "<b>Event View</b><br>Receives the events and alarms of one or more servers and "
+                       "acknowledges them.")},
+    {QlumPlannedTool::Bare, "QlumMethodPlugin", "UA Method Plugin"},
+    {QlumPlannedTool::Document, "QlumPerformancePlugin", "UA Performance Plugin", "Performance View",
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The performance view is not part of this version."),
+     QT_TRANSLATE_NOOP(
+         "QlumPlannedPlugin",
+         "<b>Performance View</b><br>Measures how long a server takes to answer service calls.")},
+    {QlumPlannedTool::Document, "QlumImageViewerPlugin", "Image Viewer Plugin", "Image Viewer",
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The image viewer is not part of this version."),
+     QT_TRANSLATE_NOOP(
+         "QlumPlannedPlugin",
+         "<b>Image Viewer</b><br>Shows the pictures that a server offers as values of variables.")},
+    {QlumPlannedTool::Document, "QlumServerDiagnosticPlugin", "Server Diagnostic Plugin",
+     "Server Diagnostics View",
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "The server diagnostics view is not part of this version. Its values are below "
+                       "Server in the address space."),
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "<b>Server Diagnostics View</b><br>Shows what a server tells of itself: its status, "
+                       "sessions and subscriptions.")},
+    {QlumPlannedTool::Document, "QlumDataLoggerPlugin", "Data Logger Plugin", "Data Logger View",
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The data logger view is not part of this version."),
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "<b>Data Logger View</b><br>Records the values of variables in files.")},
+    {QlumPlannedTool::Document, "QlumGDSPlugin", "GDS Plugin", "GDS View (Push Model)",
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "Server certificates cannot be managed from this version."),
+     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
+                       "<b>GDS View (Push Model)</b><br>Manages the certificates and trust lists that a "
+                       "server keeps, through its configuration objects.")},
+}};
+
+// Does not compile for a class without a row.
+consteval std::size_t rowOf(std::string_view pluginClass)
+{
+    std::size_t row = 0;
+    while (tools.at(row).pluginClass != pluginClass)
+        ++row;
+    return row;
+}
+
+QObject* newPlugin(const QlumPlannedTool& tool)
+{
+    if (tool.kind == QlumPlannedTool::Document)
+        return new QlumPlannedDocumentPlugin(tool);
+    return new QlumPlannedPlugin(tool);
+}
+
+// As Qt does it for a plugin class of its own: one instance, which its loader may delete.
+template <std::size_t row>
+QObject* instance()
+{
+    static QPointer<QObject> plugin;
+    if (!plugin)
+        plugin = newPlugin(tools[row]);
+    return plugin;
+}
+
+template <std::size_t row>
+QStaticPlugin exported()
+{
+    QStaticPlugin plugin = qt_static_plugin_QlumPlannedMetaData();
+    plugin.instance = instance<row>;
+    return plugin;
+}
+} // namespace
+
+// Gives the row the function by which Q_IMPORT_PLUGIN finds the class.
+#define QLUM_EXPORT_PLANNED_PLUGIN(PluginClass)                                                              \
+    const QStaticPlugin qt_static_plugin_##PluginClass();                                                    \
+    const QStaticPlugin qt_static_plugin_##PluginClass()                                                     \
+    {                                                                                                        \
+        return exported<rowOf(#PluginClass)>();                                                              \
+    }
+
+QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumReferencePlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumDaPlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumHistoryPlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumEventPlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumMethodPlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumServerDiagnosticPlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumDataLoggerPlugin)
+QLUM_EXPORT_PLANNED_PLUGIN(QlumGDSPlugin)
