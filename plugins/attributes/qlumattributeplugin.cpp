@@ -1,8 +1,8 @@
 #include <plugins/attributes/qlumattributeplugin.h>
 
 #include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumdocksize.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdocksize.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlummetatypes.h>
 #include <plugins/attributes/qlumattributemodel.h>
