@@ -227,7 +227,8 @@ void release(OpcUa_ExtensionObject& value)
     if (value.Encoding == OpcUa_ExtensionObjectEncoding_Binary ||
         value.Encoding == OpcUa_ExtensionObjectEncoding_Xml)
         freeMemory(value.Body.Binary.Data);
-    else if (value.Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject)
+    else if (value.Encoding == OpcUa_ExtensionObjectEncoding_EncodeableObject &&
+             value.Body.EncodeableObject.Object != nullptr)
         deleteStructure(*value.Body.EncodeableObject.Type, value.Body.EncodeableObject.Object);
 }
 
