@@ -42,6 +42,7 @@ public:
 
     /// Reads the folders again and validates anew.
     void update();
+    /// Of the server's certificate: good, or the worst reason why not.
     [[nodiscard]] UaStatusCode validationResult() const { return m_result; }
     /// The worst that was found in the chain, an error when the result is bad.
     [[nodiscard]] QlumCertificateError validationError() const { return m_severity; }

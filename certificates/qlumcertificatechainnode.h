@@ -22,11 +22,13 @@ public:
     QlumCertificateChainNode& operator=(const QlumCertificateChainNode&) = delete;
 
     [[nodiscard]] const UaPkiCertificate& certificate() const { return m_certificate; }
+    /// By which of the folders the certificate is known.
     [[nodiscard]] TrustStatus trustStatus() const { return m_trustStatus; }
     [[nodiscard]] QString trustStatusText() const;
     /// The common name on one line; a certificate without one shows its organisation or its thumbprint.
     [[nodiscard]] QString displayName() const;
     [[nodiscard]] QlumCertificateError severity() const { return m_severity; }
+    /// Never lowers it.
     void raiseSeverity(QlumCertificateError severity);
 
     /// The certificate that has issued this one; null at the top.
@@ -35,6 +37,7 @@ public:
     [[nodiscard]] QlumCertificateChainNode* child() const { return m_child.get(); }
     void setChild(std::unique_ptr<QlumCertificateChainNode> child);
 
+    /// At the end.
     QlumCertificateDetailsNode& addGroup(const QString& name);
     /// The group of the findings that belong to no other line: made when it is first asked for, always first.
     QlumCertificateDetailsNode& otherFindings();
@@ -44,6 +47,7 @@ public:
     /// 0 for a node that is not at the top.
     [[nodiscard]] int indexOf(const QlumCertificateDetailsNode* node) const;
 
+    /// What a check has found against the certificate.
     struct Finding
     {
         QString text;

@@ -35,6 +35,7 @@ public:
                            bool canProtectKey = true, QWidget* parent = nullptr);
     ~QlumCertificateManager() override;
 
+    /// Shows the stores of another configuration.
     void setPaths(const QlumCertificateStoreConfiguration& configuration);
     /// By QlumCertificateModel::CertStoreType and QlumCRLModel::CRLStoreType; null before setPaths.
     [[nodiscard]] QlumCertificatePage* certificatePage(int store) const;

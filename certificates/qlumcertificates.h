@@ -27,6 +27,7 @@ public:
     /// The first call loads the certificate and its key; where they are missing or no good it asks the user
     /// and makes new ones.
     static QlumCertificates* instance(QlumSplashScreen* splash = nullptr);
+    /// Deletes the instance; the next call of instance() begins anew.
     static void cleanup();
 
     QlumCertificates(const QlumCertificates&) = delete;
@@ -41,12 +42,16 @@ public:
 
     /// Other than 0 when the program cannot go on: it was told to end while it asked for a certificate.
     [[nodiscard]] int failure() const { return m_failure; }
+    /// Null while there is none.
     [[nodiscard]] const UaPkiCertificate& certificate() const { return m_certificate; }
+    /// The key of the certificate; null while it was not read.
     [[nodiscard]] const UaPkiRsaKeyPair& keyPair() const { return m_keyPair; }
 
     /// What was to be logged before there was a log: level and text, once.
     [[nodiscard]] QList<QPair<int, QString>> takeMessages();
 
+    /// For the library that reads keys: asks the user, writes what he entered to the buffer, and answers its
+    /// length; 0 when he gave none.
     static int passwordCallback(char* buffer, int size, int writing, void* userData);
 
 private:

@@ -6,6 +6,7 @@
 class QlumClock
 {
 public:
+    /// Called on any thread.
     using Source = QDateTime (*)();
 
     QlumClock() = delete;

@@ -76,7 +76,9 @@ public:
 protected:
     explicit QlumStoreModel(QObject* parent) : QAbstractTableModel(parent) {}
 
+    /// For changes in place; tell of them by dataChanged().
     [[nodiscard]] std::vector<Entry>& entries() { return m_entries; }
+    /// At the end.
     void append(std::vector<Entry> added)
     {
         qlumAssertGuiThread();
@@ -88,7 +90,9 @@ protected:
         endInsertRows();
     }
 
+    /// What the column shows.
     [[nodiscard]] virtual QString text(const Entry& entry, int column) const = 0;
+    /// See SortRole.
     [[nodiscard]] virtual QVariant sortValue(const Entry& entry, int column) const = 0;
     [[nodiscard]] virtual QIcon icon(const Entry& entry) const = 0;
     /// Empty for what is simply good.

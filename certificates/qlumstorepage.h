@@ -41,7 +41,9 @@ public:
 
 signals:
     void currentChanged();
+    /// The user has opened a row.
     void rowActivated();
+    /// Local files, by drag and drop.
     void filesDropped(const QStringList& paths);
 
 protected:
@@ -50,8 +52,11 @@ protected:
 
     /// Call once, at the end of the constructor.
     void setModel(QAbstractItemModel* model, int sortRole);
+    /// Has the pool read the files into an inbox.
     virtual void startReading(QlumJobPool& pool) = 0;
+    /// Moves what is in the inbox to the model.
     virtual void takeEntries() = 0;
+    /// Full path of a row of the model.
     [[nodiscard]] virtual QString fileOf(const QModelIndex& index) const = 0;
 
 private slots:

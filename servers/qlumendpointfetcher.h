@@ -19,11 +19,14 @@ public:
     using Getter =
         std::function<unsigned int(const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints)>;
 
+    /// Asks the servers themselves.
     explicit QlumEndpointFetcher(QObject* parent = nullptr);
+    /// Asks the getter.
     QlumEndpointFetcher(Getter getter, QObject* parent);
     ~QlumEndpointFetcher() override;
 
     void fetch(const QString& url, int milliseconds);
+    /// What is under way ends unheard.
     void cancel();
     [[nodiscard]] bool isBusy() const { return m_busy; }
 

@@ -34,6 +34,7 @@ class QlumTypeCache
 {
     Q_DECLARE_TR_FUNCTIONS(QlumTypeCache)
 public:
+    /// The provider is asked until it has services.
     explicit QlumTypeCache(unsigned int serverId,
                            QlumSessionServicesProvider provider = qlumApplicationServices());
     ~QlumTypeCache();
@@ -46,6 +47,7 @@ public:
     bool readTypeInfo(const UaNodeId& id);
     /// Null when the type is no enumeration, the id is null or there is no connection.
     [[nodiscard]] UaEnumDefinition getEnumDefinition(const UaNodeId* dataTypeId);
+    /// Whether there is such a definition.
     [[nodiscard]] bool isEnum(const UaNodeId* dataTypeId);
     /// The icon that the server offers for the node or for its type; false and null without a connection.
     [[nodiscard]] bool hasIcon(const UaNodeId* id);
@@ -57,6 +59,7 @@ public:
     /// Forgets everything; answers under way are not kept.
     void clear();
 
+    /// With the server's id.
     void log(int level, const QString& message) const;
 
 private:

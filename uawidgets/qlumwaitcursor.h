@@ -1,4 +1,5 @@
 #pragma once
+#include <QCursor>
 #include <QGuiApplication>
 
 /// Shows the wait cursor while it lives. GUI thread.
