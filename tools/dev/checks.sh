@@ -28,5 +28,6 @@ check sizes python3 tools/check_sizes.py
 check wording python3 tools/check_wording.py
 check map python3 tools/check_map.py
 check names python3 tools/check_names.py
+check contracts tools/dev/docs.sh
 check "generated files" python3 tools/gen/generate.py --check
 [ ${#failed[@]} -eq 0 ] || die "failed: $(printf '%s, ' "${failed[@]}" | sed 's/, $//')"
