@@ -51,7 +51,7 @@ UaStatus discover(ServiceSettings& settings, const UaString& url, const ClientSe
     fillRequestHeader(settings, settings.requestHandle, request->RequestHeader);
     settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
     if constexpr (requires { request->EndpointUrl; })
-        url.copyTo(&request->EndpointUrl);
+        static_cast<void>(url.copyTo(&request->EndpointUrl)); // a null URL asks for any
     fill(*request);
     status = UaStatus(callStack<Service>(discovery.channel(), *request, *response));
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
@@ -66,7 +66,7 @@ UaStatus discover(ServiceSettings& settings, const UaString& url, const ClientSe
 UaDiscoveryPrivate::~UaDiscoveryPrivate()
 {
     if (m_channel)
-        disconnect();
+        static_cast<void>(disconnect()); // nobody is left to tell
 }
 
 UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityInfo& security,
@@ -124,8 +124,9 @@ UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& dis
     return discover<Services::FindServers>(
         settings, discoveryUrl, security,
         [&](OpcUa_FindServersRequest& request) {
-            localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
-            serverUris.copyTo(&request.NoOfServerUris, &request.ServerUris);
+            // a filter that there is no memory for is none: more answers than asked for
+            static_cast<void>(localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds));
+            static_cast<void>(serverUris.copyTo(&request.NoOfServerUris, &request.ServerUris));
         },
         [&](OpcUa_FindServersResponse& response) {
             servers.attachFrom(&response.NoOfServers, &response.Servers);
@@ -147,8 +148,9 @@ UaStatus UaDiscovery::getEndpoints(ServiceSettings& settings, const UaString& di
     return discover<Services::GetEndpoints>(
         settings, discoveryUrl, security,
         [&](OpcUa_GetEndpointsRequest& request) {
-            localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
-            profileUris.copyTo(&request.NoOfProfileUris, &request.ProfileUris);
+            // a filter that there is no memory for is none: more answers than asked for
+            static_cast<void>(localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds));
+            static_cast<void>(profileUris.copyTo(&request.NoOfProfileUris, &request.ProfileUris));
         },
         [&](OpcUa_GetEndpointsResponse& response) {
             endpoints.attachFrom(&response.NoOfEndpoints, &response.Endpoints);
@@ -178,8 +180,9 @@ UaStatus UaDiscovery::findServersOnNetwork(ServiceSettings& settings, const UaSt
         [&](OpcUa_FindServersOnNetworkRequest& request) {
             request.StartingRecordId = startingRecordId;
             request.MaxRecordsToReturn = maxRecordsToReturn;
-            serverCapabilityFilter.copyTo(&request.NoOfServerCapabilityFilter,
-                                          &request.ServerCapabilityFilter);
+            // without memory no filter: more answers than asked for
+            static_cast<void>(serverCapabilityFilter.copyTo(&request.NoOfServerCapabilityFilter,
+                                                            &request.ServerCapabilityFilter));
         },
         [&](OpcUa_FindServersOnNetworkResponse& response) {
             lastCounterResetTime = UaDateTime(response.LastCounterResetTime);

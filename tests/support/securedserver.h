@@ -8,6 +8,8 @@
 #include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <span>
 #include <string>
@@ -88,7 +90,7 @@ private:
         response.AuthenticationToken.Identifier.Numeric = 77;
         response.RevisedSessionTimeout = 1200000.0;
         response.ResponseHeader.Timestamp = OpcUa_DateTime_UtcNow();
-        certificate.copyTo(&response.ServerCertificate);
+        EXPECT_TRUE(OpcUa_IsGood(certificate.copyTo(&response.ServerCertificate)));
         nextNonce(response.ServerNonce);
         const UaClientSdk::CryptoProvider provider(UaString(m_policyUri.c_str()));
         if (!provider.isNone()) {

@@ -53,14 +53,12 @@ public:
     void setName(const UaString& name);
     void setDescription(const UaLocalizedText& description);
     void setDataTypeId(const UaNodeId& dataTypeId);
-    void setBuiltInType(OpcUa_BuiltInType builtInType);
-    void setValueRank(OpcUa_Int32 valueRank);
     void setArrayDimensions(const UaArray<OpcUa_UInt32>& dimensions);
     void setMaxStringLength(OpcUa_UInt32 maxStringLength);
     void setIsOptional(bool isOptional);
     void setAllowSubTypes(bool allowSubTypes);
-    void setStructureDefinition(
-        const UaStructureDefinition& definition); ///< not of a type that contains the field
+    /// Never one of a type that contains the field.
+    void setStructureDefinition(const UaStructureDefinition& definition);
     void setEnumDefinition(const UaEnumDefinition& definition);
     void setOptionSetDefinition(const UaOptionSetDefinition& definition);
 

@@ -1,14 +1,13 @@
-// Reads the XML form of values.
+// Reads the XML form of values: UaValueText::fromXml.
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/structures/uastructuredefinition.h>
-#include <uabase/text/uatext_p.h>
+#include <uabase/system/uaxmldocument.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/text/uavaluetext_p.h>
-#include <uabase/text/uaxmldocument.h>
 #include <uabase/text/uaxmlvalue_p.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
@@ -21,6 +20,7 @@
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uatext_p.h>
 #include <uabase/values/uavariant.h>
 
 #include <span>
@@ -32,33 +32,6 @@
 namespace uabase {
 
 namespace {
-
-constexpr std::string_view names[] = {"",
-                                      "Boolean",
-                                      "SByte",
-                                      "Byte",
-                                      "Int16",
-                                      "UInt16",
-                                      "Int32",
-                                      "UInt32",
-                                      "Int64",
-                                      "UInt64",
-                                      "Float",
-                                      "Double",
-                                      "String",
-                                      "DateTime",
-                                      "Guid",
-                                      "ByteString",
-                                      "XmlElement",
-                                      "NodeId",
-                                      "ExpandedNodeId",
-                                      "StatusCode",
-                                      "QualifiedName",
-                                      "LocalizedText",
-                                      "ExtensionObject",
-                                      "DataValue",
-                                      "Variant",
-                                      "DiagnosticInfo"};
 
 bool isNil(const UaXmlNode& node)
 {
@@ -103,6 +76,8 @@ public:
 
 private:
     bool isGood() const noexcept { return OpcUa_IsGood(m_status); }
+    // The first failure of a copy counts; what it left is a null value.
+    void keep(OpcUa_StatusCode status) noexcept { m_status = isGood() ? status : m_status; }
 
     UaVariant fail(const UaXmlNode& node, std::string_view what,
                    OpcUa_StatusCode status = OpcUa_BadDecodingError)
@@ -119,13 +94,6 @@ private:
         if (depth > maxNesting)
             fail(node, "nested too deep", OpcUa_BadEncodingLimitsExceeded);
         return isGood();
-    }
-
-    UaVariant nullArray(OpcUa_BuiltInType type)
-    {
-        UaVariant array;
-        array.attachArray(type, -1, nullptr);
-        return array;
     }
 
     std::vector<UaVariant> elements(const UaXmlNode& node, OpcUa_BuiltInType type,
@@ -298,12 +266,12 @@ private:
         info.Locale = index(node.child("Locale"));
         info.LocalizedText = index(node.child("LocalizedText"));
         info.InnerStatusCode = number<OpcUa_UInt32>(node.child("InnerStatusCode").child("Code"));
-        textOf(node.child("AdditionalInfo")).copyTo(&info.AdditionalInfo);
+        keep(textOf(node.child("AdditionalInfo")).copyTo(&info.AdditionalInfo));
         if (const UaXmlNode inner = node.child("InnerDiagnosticInfo"); !inner.isNull()) {
             info.InnerDiagnosticInfo =
                 static_cast<OpcUa_DiagnosticInfo*>(OpcUa_Memory_Alloc(sizeof(OpcUa_DiagnosticInfo)));
             if (info.InnerDiagnosticInfo)
-                diagnosis(inner, depth + 1).copyTo(info.InnerDiagnosticInfo);
+                keep(diagnosis(inner, depth + 1).copyTo(info.InnerDiagnosticInfo));
         }
         result.attach(&info);
         return result;
@@ -323,14 +291,8 @@ private:
         const UaStructureDefinition definition = definitionFor(typeId, m_dictionary);
         if (!definition.isNull())
             return fields(content, definition, depth);
-        OpcUa_ExtensionObject made; // XML of a type that nobody knows is kept
-        OpcUa_ExtensionObject_Initialize(&made);
-        typeId.copyTo(&made.TypeId);
-        bytesOf(content.toXml()).copyTo(&made.Body.Xml);
-        made.Encoding = OpcUa_ExtensionObjectEncoding_Xml;
-        UaExtensionObject result;
-        result.attach(&made);
-        return result;
+        // XML of a type that nobody knows is kept
+        return xmlObject(typeId, content.toXml());
     }
 
     UaExtensionObject fields(const UaXmlNode& node, const UaStructureDefinition& definition, int depth)
@@ -411,19 +373,6 @@ private:
 };
 
 } // namespace
-
-std::string_view builtInName(OpcUa_BuiltInType type) noexcept
-{
-    return type >= 0 && static_cast<std::size_t>(type) < std::size(names) ? names[type] : std::string_view();
-}
-
-OpcUa_BuiltInType builtInTypeOf(std::string_view name) noexcept
-{
-    for (int i = 1; i <= lastBuiltInType; ++i)
-        if (names[i] == name)
-            return static_cast<OpcUa_BuiltInType>(i);
-    return OpcUaType_Null;
-}
 
 } // namespace uabase
 

@@ -8,27 +8,16 @@
 #include <uabase/values/uaelement.h>
 
 // ---- built-in types
-using UaBoolArray = UaArray<OpcUa_Boolean>;
-using UaSByteArray = UaArray<OpcUa_SByte>;
-using UaInt16Array = UaArray<OpcUa_Int16>;
 using UaUInt16Array = UaArray<OpcUa_UInt16>;
 using UaInt32Array = UaArray<OpcUa_Int32>;
 using UaUInt32Array = UaArray<OpcUa_UInt32>;
-using UaInt64Array = UaArray<OpcUa_Int64>;
-using UaUInt64Array = UaArray<OpcUa_UInt64>;
-using UaFloatArray = UaArray<OpcUa_Float>;
 using UaDoubleArray = UaArray<OpcUa_Double>;
 using UaStringArray = UaArray<OpcUa_String>;
 using UaDateTimeArray = UaArray<OpcUa_DateTime>;
-using UaGuidArray = UaArray<OpcUa_Guid>;
 using UaByteStringArray = UaArray<OpcUa_ByteString>;
-using UaXmlElementArray = UaArray<OpcUa_XmlElement>;
 using UaNodeIdArray = UaArray<OpcUa_NodeId>;
-using UaNodeIds = UaNodeIdArray;
-using UaExpandedNodeIdArray = UaArray<OpcUa_ExpandedNodeId>;
 using UaStatusCodeArray = UaArray<OpcUa_StatusCode>;
 using UaQualifiedNameArray = UaArray<OpcUa_QualifiedName>;
-using UaLocalizedTextArray = UaArray<OpcUa_LocalizedText>;
 using UaExtensionObjectArray = UaArray<OpcUa_ExtensionObject>;
 using UaDataValues = UaArray<OpcUa_DataValue>;
 using UaVariantArray = UaArray<OpcUa_Variant>;
@@ -36,8 +25,7 @@ using UaDiagnosticInfoArray = UaArray<OpcUa_DiagnosticInfo>;
 
 // ---- structures of the standard
 
-// Ua<plural> becomes the array
-// of OpcUa_<Type>.
+// Ua<plural> becomes the array of OpcUa_<Type>.
 #define UA_STRUCTURE_ARRAY(Type, Plural)                                                                     \
     template <>                                                                                              \
     struct UaElement<OpcUa_##Type> : UaEncodeableElement<OpcUa_##Type, OpcUa_##Type##_EncodeableType>        \
@@ -45,21 +33,20 @@ using UaDiagnosticInfoArray = UaArray<OpcUa_DiagnosticInfo>;
     };                                                                                                       \
     using Ua##Plural = UaArray<OpcUa_##Type>;
 
-/// discovery and endpoints
+// discovery and endpoints
 UA_STRUCTURE_ARRAY(ApplicationDescription, ApplicationDescriptions)
 UA_STRUCTURE_ARRAY(EndpointDescription, EndpointDescriptions)
 UA_STRUCTURE_ARRAY(ServerOnNetwork, ServerOnNetworks)
 UA_STRUCTURE_ARRAY(UserTokenPolicy, UserTokenPolicys)
-UA_STRUCTURE_ARRAY(SignedSoftwareCertificate, SignedSoftwareCertificates)
 
-/// attributes and methods
+// attributes and methods
 UA_STRUCTURE_ARRAY(ReadValueId, ReadValueIds)
 UA_STRUCTURE_ARRAY(WriteValue, WriteValues)
 UA_STRUCTURE_ARRAY(CallMethodRequest, CallMethodRequests)
 UA_STRUCTURE_ARRAY(CallMethodResult, CallMethodResults)
 UA_STRUCTURE_ARRAY(Argument, Arguments)
 
-/// view
+// view
 UA_STRUCTURE_ARRAY(ReferenceDescription, ReferenceDescriptions)
 UA_STRUCTURE_ARRAY(BrowseDescription, BrowseDescriptions)
 UA_STRUCTURE_ARRAY(BrowseResult, BrowseResults)
@@ -68,60 +55,49 @@ UA_STRUCTURE_ARRAY(BrowsePathTarget, BrowsePathTargets)
 UA_STRUCTURE_ARRAY(BrowsePathResult, BrowsePathResults)
 UA_STRUCTURE_ARRAY(RelativePathElement, RelativePathElements)
 
-/// node management
+// node management
 UA_STRUCTURE_ARRAY(AddNodesItem, AddNodesItems)
 UA_STRUCTURE_ARRAY(AddNodesResult, AddNodesResults)
 UA_STRUCTURE_ARRAY(AddReferencesItem, AddReferencesItems)
 UA_STRUCTURE_ARRAY(DeleteNodesItem, DeleteNodesItems)
 UA_STRUCTURE_ARRAY(DeleteReferencesItem, DeleteReferencesItems)
 
-/// query
+// query
 UA_STRUCTURE_ARRAY(NodeTypeDescription, NodeTypeDescriptions)
-UA_STRUCTURE_ARRAY(QueryDataDescription, QueryDataDescriptions)
 UA_STRUCTURE_ARRAY(QueryDataSet, QueryDataSets)
 UA_STRUCTURE_ARRAY(ParsingResult, ParsingResults)
 
-/// filters and events
+// filters and events
 UA_STRUCTURE_ARRAY(SimpleAttributeOperand, SimpleAttributeOperands)
 UA_STRUCTURE_ARRAY(ContentFilterElement, ContentFilterElements)
 UA_STRUCTURE_ARRAY(ContentFilterElementResult, ContentFilterElementResults)
 UA_STRUCTURE_ARRAY(EventFieldList, EventFieldLists)
 UA_STRUCTURE_ARRAY(HistoryEventFieldList, HistoryEventFieldLists)
 
-/// history
+// history
 UA_STRUCTURE_ARRAY(HistoryReadValueId, HistoryReadValueIds)
 UA_STRUCTURE_ARRAY(HistoryReadResult, HistoryReadResults)
 UA_STRUCTURE_ARRAY(HistoryUpdateResult, HistoryUpdateResults)
 UA_STRUCTURE_ARRAY(ModificationInfo, ModificationInfos)
 UA_STRUCTURE_ARRAY(UpdateDataDetails, UpdateDataDetailsArray)
-UA_STRUCTURE_ARRAY(UpdateStructureDataDetails, UpdateStructureDataDetailsArray)
 UA_STRUCTURE_ARRAY(UpdateEventDetails, UpdateEventDetailsArray)
 UA_STRUCTURE_ARRAY(DeleteRawModifiedDetails, DeleteRawModifiedDetailsArray)
 UA_STRUCTURE_ARRAY(DeleteAtTimeDetails, DeleteAtTimeDetailsArray)
 UA_STRUCTURE_ARRAY(DeleteEventDetails, DeleteEventDetailsArray)
 
-/// subscriptions
+// subscriptions
 UA_STRUCTURE_ARRAY(MonitoredItemCreateRequest, MonitoredItemCreateRequests)
 UA_STRUCTURE_ARRAY(MonitoredItemCreateResult, MonitoredItemCreateResults)
 UA_STRUCTURE_ARRAY(MonitoredItemModifyRequest, MonitoredItemModifyRequests)
 UA_STRUCTURE_ARRAY(MonitoredItemModifyResult, MonitoredItemModifyResults)
 UA_STRUCTURE_ARRAY(MonitoredItemNotification, MonitoredItemNotifications)
-UA_STRUCTURE_ARRAY(SubscriptionAcknowledgement, SubscriptionAcknowledgements)
 UA_STRUCTURE_ARRAY(TransferResult, TransferResults)
 
-/// type definitions
+// type definitions
 UA_STRUCTURE_ARRAY(StructureField, StructureFieldRecords)
 UA_STRUCTURE_ARRAY(EnumField, EnumFieldRecords)
-UA_STRUCTURE_ARRAY(EnumValueType, EnumValueTypes)
 
-/// diagnostics and common data types
-UA_STRUCTURE_ARRAY(SubscriptionDiagnosticsDataType, SubscriptionDiagnosticsDataTypes)
-UA_STRUCTURE_ARRAY(SessionDiagnosticsDataType, SessionDiagnosticsDataTypes)
-UA_STRUCTURE_ARRAY(SessionSecurityDiagnosticsDataType, SessionSecurityDiagnosticsDataTypes)
-UA_STRUCTURE_ARRAY(SamplingIntervalDiagnosticsDataType, SamplingIntervalDiagnosticsDataTypes)
-UA_STRUCTURE_ARRAY(RedundantServerDataType, RedundantServerDataTypes)
-UA_STRUCTURE_ARRAY(KeyValuePair, KeyValuePairs)
-UA_STRUCTURE_ARRAY(TimeZoneDataType, TimeZoneDataTypes)
+// diagnostics and common data types
 UA_STRUCTURE_ARRAY(OptionSet, OptionSets)
 UA_STRUCTURE_ARRAY(StructureDefinition, StructureDefinitionRecords)
 UA_STRUCTURE_ARRAY(EnumDefinition, EnumDefinitionRecords)

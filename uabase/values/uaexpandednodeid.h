@@ -39,11 +39,9 @@ public:
     const UaString& namespaceUri() const noexcept { return m_namespaceUri; }
     OpcUa_UInt32 serverIndex() const noexcept { return m_serverIndex; }
     void setNodeId(const UaNodeId& nodeId) noexcept { m_nodeId = nodeId; }
-    void setNamespaceUri(const UaString& namespaceUri) noexcept { m_namespaceUri = namespaceUri; }
-    void setServerIndex(OpcUa_UInt32 serverIndex) noexcept { m_serverIndex = serverIndex; }
 
     /// Deep copy into raw memory.
-    OpcUa_StatusCode copyTo(OpcUa_ExpandedNodeId* destination) const noexcept;
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_ExpandedNodeId* destination) const noexcept;
 
     friend bool operator==(const UaExpandedNodeId&, const UaExpandedNodeId&) noexcept = default;
     friend std::strong_ordering operator<=>(const UaExpandedNodeId&,

@@ -20,11 +20,10 @@ public:
     bool isNull() const noexcept { return m_locale.isNull() && m_text.isNull(); }
     const UaString& locale() const noexcept { return m_locale; }
     const UaString& text() const noexcept { return m_text; }
-    void setLocale(const UaString& locale) noexcept { m_locale = locale; }
     void setText(const UaString& text) noexcept { m_text = text; }
 
     /// Deep copy into raw memory.
-    OpcUa_StatusCode copyTo(OpcUa_LocalizedText* destination) const noexcept;
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_LocalizedText* destination) const noexcept;
 
     friend bool operator==(const UaLocalizedText&, const UaLocalizedText&) noexcept = default;
     friend std::strong_ordering operator<=>(const UaLocalizedText&,

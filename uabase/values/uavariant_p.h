@@ -4,6 +4,7 @@
 #include <uabase/values/uavariant.h>
 
 #include <string>
+#include <string_view>
 
 namespace uabase {
 
@@ -14,6 +15,11 @@ constexpr int lastBuiltInType = OpcUaType_DiagnosticInfo;
 {
     return type > OpcUaType_Null && type <= lastBuiltInType;
 }
+
+/// "Int32"; empty for what is no built-in type.
+[[nodiscard]] std::string_view builtInName(OpcUa_BuiltInType type) noexcept;
+/// The reverse; Null for another name.
+[[nodiscard]] OpcUa_BuiltInType builtInTypeOf(std::string_view name) noexcept;
 
 /// Nesting of variants, data values and structures.
 constexpr int maxNesting = 100;
@@ -28,6 +34,9 @@ constexpr int maxNesting = 100;
 /// The null value of a type.
 [[nodiscard]] UaVariant nullScalar(OpcUa_BuiltInType type) noexcept;
 
+/// The null array of a type.
+[[nodiscard]] UaVariant nullArray(OpcUa_BuiltInType type) noexcept;
+
 /// Collects deep copies of scalars into one array.
 class ArrayBuilder
 {
@@ -39,8 +48,8 @@ public:
     ~ArrayBuilder();
     /// Good, BadTypeMismatch for a scalar of another type or an array, BadOutOfMemory. At most count times.
     [[nodiscard]] OpcUa_StatusCode add(const UaVariant& element) noexcept;
-    /// Hands the elements over; an array of length 0 when there are none.
-    OpcUa_StatusCode finish(UaVariant& array) noexcept;
+    /// Hands the elements over; an array of length 0 when there are none. Statuses as UaVariant::attachArray.
+    [[nodiscard]] OpcUa_StatusCode finish(UaVariant& array) noexcept;
 
 private:
     OpcUa_BuiltInType m_type;

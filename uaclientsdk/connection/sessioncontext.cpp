@@ -41,7 +41,8 @@ SessionContext::~SessionContext()
 void SessionContext::fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header)
 {
     mutex.assertLocked();
-    authenticationToken.copyTo(&header.AuthenticationToken);
+    // without memory the token stays null, and the server refuses the call
+    static_cast<void>(authenticationToken.copyTo(&header.AuthenticationToken));
     const OpcUa_UInt32 handle = settings.requestHandle != 0 ? settings.requestHandle : nextRequestHandle++;
     fillRequestHeader(settings, handle, header);
 }

@@ -44,7 +44,7 @@ struct TypeServer
             const auto [first, last] = subtypes.equal_range(UaNodeId(request.NodesToBrowse[i].NodeId));
             UaReferenceDescriptions references;
             for (auto it = first; it != last; ++it) {
-                references.resize(references.length() + 1);
+                EXPECT_TRUE(references.resize(references.length() + 1));
                 OpcUa_ReferenceDescription& reference = references[references.length() - 1];
                 it->second.copyTo(&reference.NodeId.NodeId);
                 EXPECT_EQ(OpcUa_String_Assign(
@@ -71,7 +71,7 @@ struct TypeServer
     {
         auto* definition = static_cast<OpcUa_StructureDefinition*>(
             OpcUa_EncodeableObject_Create(&OpcUa_StructureDefinition_EncodeableType));
-        UaNodeId(3101, ns).copyTo(&definition->DefaultEncodingId);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(3101, ns).copyTo(&definition->DefaultEncodingId)));
         UaStructureFieldRecords fields(2u);
         EXPECT_EQ(OpcUa_String_Assign(&fields[0].Name, "Pressure", -1), OpcUa_Good);
         UaNodeId(3003, ns).copyTo(&fields[0].DataType);
@@ -214,9 +214,10 @@ public:
                 if ((inverse ? reference.target : reference.source) != UaNodeId(wanted.NodeId) ||
                     (type != 0 && type != reference.type))
                     continue;
-                references.resize(references.length() + 1);
+                EXPECT_TRUE(references.resize(references.length() + 1));
                 OpcUa_ReferenceDescription& made = references[references.length() - 1];
-                (inverse ? reference.source : reference.target).copyTo(&made.NodeId.NodeId);
+                EXPECT_TRUE(OpcUa_IsGood(
+                    (inverse ? reference.source : reference.target).copyTo(&made.NodeId.NodeId)));
                 made.ReferenceTypeId.Identifier.Numeric = reference.type;
                 EXPECT_EQ(OpcUa_String_Assign(&made.BrowseName.Name, reference.name, -1), OpcUa_Good);
             }
@@ -234,7 +235,7 @@ public:
             if (request.NodesToRead[i].AttributeId != OpcUa_Attributes_Value || found == m_values.end())
                 results[i].StatusCode = OpcUa_BadAttributeIdInvalid;
             else
-                found->second.copyTo(&results[i].Value);
+                EXPECT_TRUE(OpcUa_IsGood(found->second.copyTo(&results[i].Value)));
         }
         results.detach(&response.NoOfResults, &response.Results);
         return OpcUa_Good;
@@ -283,7 +284,7 @@ private:
         for (const char* name : names)
             elements.emplace_back(UaLocalizedText("en", name));
         UaVariant array;
-        array.setArray(OpcUaType_LocalizedText, elements);
+        EXPECT_TRUE(OpcUa_IsGood(array.setArray(OpcUaType_LocalizedText, elements)));
         return array;
     }
 
@@ -297,7 +298,8 @@ private:
         object.attachDecoded(OpcUa_EnumValueType_EncodeableType, record);
         const UaVariant element(object);
         UaVariant array;
-        array.setArray(OpcUaType_ExtensionObject, std::span<const UaVariant>(&element, 1));
+        EXPECT_TRUE(
+            OpcUa_IsGood(array.setArray(OpcUaType_ExtensionObject, std::span<const UaVariant>(&element, 1))));
         return array;
     }
 
