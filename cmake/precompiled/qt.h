@@ -1,14 +1,21 @@
-// The Qt headers that most of our sources need; precompiled once for each target.
+// The Qt headers that most of our sources need.
 #pragma once
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDialog>
+#include <QDialogButtonBox>
+#include <QDir>
 #include <QDockWidget>
+#include <QFileDialog>
+#include <QFormLayout>
 #include <QHash>
+#include <QHeaderView>
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
@@ -21,10 +28,24 @@
 #include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <QTreeView>
+#include <QUrl>
 #include <QVariant>
 #include <QWidget>
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <map>
 #include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
 #include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
 #include <vector>

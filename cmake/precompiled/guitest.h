@@ -1,0 +1,18 @@
+// What most tests of widgets and models need.
+#pragma once
+#include <cmake/precompiled/qt.h>
+#include <cmake/precompiled/test.h>
+
+#include <QAbstractItemModelTester>
+#include <QClipboard>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QHeaderView>
+#include <QMimeData>
+#include <QStandardPaths>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
