@@ -17,18 +17,20 @@ soak_rounds() { session "${@:---rounds=1000}"; }
 soak_faults() { session "${@:---minutes=3}"; }
 
 # Against a demo server of its own, which it also restarts in between.
-session() { # OPTIONS of soak_session as --NAME=VALUE or --NAME VALUE
-    local dir url port ctl="node '$ROOT/demoserver/ctl.mjs'" start again restart
+session() { # OPTIONS of soak_session, as --NAME VALUE or --NAME=VALUE
+    local dir url port again stop restart options server=(node "$ROOT/demoserver/ctl.mjs")
     dir=$(mktemp -d)
+    stop=$(printf '%q ' "${server[@]}" stop "$dir/info")
     # shellcheck disable=SC2064 # the folder as it is now
-    trap "$ctl stop '$dir/info' >/dev/null 2>&1 || true; rm -rf '$dir'" EXIT
-    start="$ctl start --info '$dir/info' --log '$dir/log' --pki '$dir/pki' --host 127.0.0.1"
-    url=$(eval "$start --port 0" | tail -n 1)
+    trap "$stop >/dev/null 2>&1 || true; rm -rf '$dir'" EXIT
+    server+=(start --info "$dir/info" --log "$dir/log" --pki "$dir/pki" --host 127.0.0.1)
+    url=$("${server[@]}" --port 0 | tail -n 1)
     port=$(sed -E 's|.*:([0-9]+)/.*|\1|' <<<"$url")
-    again="$start --port $port"
+    again=$(printf '%q ' "${server[@]}" --port "$port")
     # on a busy machine a start may take longer than it is given
-    restart="$ctl stop '$dir/info' >/dev/null; for n in 1 2 3; do $again >/dev/null && exit 0; done; exit 1"
-    local options
+    restart="$stop >/dev/null
+        for n in 1 2 3; do $again >/dev/null && exit 0; done
+        exit 1"
     mapfile -t options < <(printf '%s\n' "${@/=/$'\n'}")
     build/release/bin/soak_session --server "$url" --restart "$restart" --seed "${SOAK_SEED:-$RANDOM}" "${options[@]}"
 }
