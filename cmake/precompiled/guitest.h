@@ -1,4 +1,4 @@
-// What most tests of widgets and models need.
+// What most tests of widgets and models need; not <QTest>, which asks which modules a target links.
 #pragma once
 #include <cmake/precompiled/qt.h>
 #include <cmake/precompiled/test.h>
@@ -14,5 +14,4 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>

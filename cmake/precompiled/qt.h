@@ -34,18 +34,6 @@
 #include <QVariant>
 #include <QWidget>
 
-#include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <condition_variable>
-#include <functional>
-#include <map>
 #include <memory>
-#include <mutex>
-#include <optional>
-#include <span>
 #include <string>
-#include <string_view>
-#include <thread>
-#include <utility>
 #include <vector>
