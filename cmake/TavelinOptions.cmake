@@ -21,6 +21,20 @@ elseif(TAVELIN_SANITIZE_THREAD)
     add_link_options(-fsanitize=thread)
 endif()
 
+# Test sources are compiled once and run for milliseconds, so they go without the optimiser, which takes longer for them
+# than all else does under sanitizers. What they test does not.
+set(TAVELIN_TEST_OPTIONS -O0 -U_FORTIFY_SOURCE)
+
+# Unity builds: several sources are one for the compiler, which then reads headers and makes templates once. A file
+# that shares a name of its unnamed namespace with a neighbour stays alone.
+function(tavelin_compile_alone)
+    set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+if(CMAKE_UNITY_BUILD)
+    # what stands in a source stands in an included file here, where g++ finds unnamed namespaces strange
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
+endif()
+
 if(TAVELIN_FUZZERS)
     # all of our code reports its coverage; its runtime comes with the address sanitizer
     add_compile_options(-fsanitize=fuzzer-no-link)

@@ -2,19 +2,22 @@
 # Everything that must hold; what ./test and the build server run. ./dev ci STAGE... runs some of it.
 . "$(dirname "$0")/common.sh"
 
-readonly STAGES="setup checks program sanitized threads"
+readonly STAGES="setup checks docs program bench sanitized threads"
 readonly LOGS=$ROOT/build/ci
 
 stage_setup() { tools/dev/setup.sh; }
 stage_checks() { tools/dev/checks.sh; }
+stage_docs() { tools/dev/docs.sh; }
 
-# Of the release build only the program: the tests run sanitized, and building them twice would show nothing
-# new. The program itself must be built, since the optimiser's warnings are errors as well, and is then started
-# the way the README says.
+# Of the release build the program, the benchmarks and what ./dev soak runs for hours: the tests run sanitized, and
+# building them twice would show nothing new. These must be built, since the optimiser's warnings are errors as
+# well, and since no other build compiles each file alone. The program is then started the way the README says.
 stage_program() {
-    build release tavelin
+    build release tavelin benchmarks soak_session
     tools/dev/run.sh --shot "$LOGS/main-window.png"
 }
+
+stage_bench() { tools/dev/bench.sh --quick; }
 
 # All tests under AddressSanitizer, UndefinedBehaviorSanitizer and LeakSanitizer.
 stage_sanitized() {
@@ -58,9 +61,12 @@ main() {
         started=$SECONDS
         # a shell of its own: "set -e" holds in it, which it would not within a condition
         "$0" --one "$stage" || rc=$?
-        say "$stage: $((SECONDS - started)) s, status $rc"
+        printf '%-10s %5d s  %s\n' "$stage" $((SECONDS - started)) "$( ((rc == 0)) && echo passed || echo failed)" |
+            tee -a "$LOGS/stages" >&2
         ((rc == 0)) || break
     done
+    say "stages"
+    cat "$LOGS/stages" >&2
     closing_line
     return $rc
 }

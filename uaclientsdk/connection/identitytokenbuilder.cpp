@@ -141,10 +141,10 @@ UaStatus IdentityTokenBuilder::protectPassword(const CryptoProvider& provider, c
     writeSecret(password, m_protection.serverNonce, secret);
     UaByteString encrypted;
     UaStatus status = provider.encrypt(m_protection.serverCertificate, secret.view(), encrypted);
-    if (status.isGood()) {
-        encrypted.detach(&token.Password);
-        return UaStatus(OpcUa_String_Assign(&token.EncryptionAlgorithm, provider.encryptionUri(), -1));
-    }
+    if (status.isGood())
+        status = encrypted.detach(&token.Password);
+    if (status.isGood())
+        status = UaStatus(OpcUa_String_Assign(&token.EncryptionAlgorithm, provider.encryptionUri(), -1));
     return status;
 }
 

@@ -26,10 +26,10 @@ UaStatus signForServer(const CryptoProvider& provider, const OpcUa_ByteString& p
 {
     UaByteString bytes;
     UaStatus status = provider.sign(privateKey, joined(serverCertificate, serverNonce), bytes);
-    if (status.isGood()) {
-        bytes.detach(&signature.Signature);
-        return UaStatus(OpcUa_String_Assign(&signature.Algorithm, provider.signatureUri(), -1));
-    }
+    if (status.isGood())
+        status = bytes.detach(&signature.Signature);
+    if (status.isGood())
+        status = UaStatus(OpcUa_String_Assign(&signature.Algorithm, provider.signatureUri(), -1));
     return status;
 }
 

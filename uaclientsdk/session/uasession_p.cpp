@@ -206,16 +206,8 @@ UaStatus UaSessionPrivate::openSession()
     status = m_activator.createSession();
     if (status.isGood())
         status = m_activator.activateSession();
-<<<<<<< HEAD:uaclientsdk/session/uasession_p.cpp
     if (status.isBad())
         m_activator.closeSession(settingsWith(context, &SessionConnectInfo::connectTimeout), true);
-=======
-    if (status.isBad()) {
-        ServiceSettings settings;
-        settings.callTimeout = context.connectInfo.connectTimeout;
-        static_cast<void>(m_activator.closeSession(settings, true)); // the caller hears of the first failure
-    }
->>>>>>> base:uaclientsdk/uasession_p.cpp
     return status;
 }
 

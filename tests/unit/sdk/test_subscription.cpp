@@ -308,7 +308,7 @@ TEST_F(SubscriptionTest, DeletingWaitsForACallbackThatRunsAndTheAnswerInFlightIs
     leave.set_value();
     EXPECT_TRUE(deleting.get());
     EXPECT_TRUE(trace.waitFor("Server sent invalid SubscriptionId 1")); // a disconnect would drop the answer
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     EXPECT_EQ(events.heard(), Lines{"11 data"});
 }
 

@@ -1,14 +1,21 @@
-// The Qt headers that most of our sources need; precompiled once for each target.
+// The Qt headers that most of our sources need.
 #pragma once
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDialog>
+#include <QDialogButtonBox>
+#include <QDir>
 #include <QDockWidget>
+#include <QFileDialog>
+#include <QFormLayout>
 #include <QHash>
+#include <QHeaderView>
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
@@ -21,7 +28,9 @@
 #include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <QTreeView>
+#include <QUrl>
 #include <QVariant>
 #include <QWidget>
 
