@@ -18,7 +18,7 @@
 #include <utility>
 
 namespace {
-constexpr OpcUa_UInt32 preparedElements = 16;      // of an array of structures; mostly they are of one type
+constexpr OpcUa_UInt32 preparedElements = 16; // of an array of structures; mostly they are of one type
 
 // Values of enumerations and option sets.
 bool mayBeNamed(OpcUa_BuiltInType type)
