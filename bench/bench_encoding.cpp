@@ -137,14 +137,14 @@ void yardstickEncodeBrowse(benchmark::State& state)
     }
 }
 
-BENCHMARK(yardstickDecodeRead)->Repetitions(9)->MinTime(0.05);
-BENCHMARK(decodeRead)->Repetitions(9)->MinTime(0.05);
-BENCHMARK(yardstickEncodeRead)->Repetitions(9)->MinTime(0.05);
-BENCHMARK(encodeRead)->Repetitions(9)->MinTime(0.05);
-BENCHMARK(yardstickDecodeBrowse)->Repetitions(9)->MinTime(0.05);
-BENCHMARK(decodeBrowse)->Repetitions(9)->MinTime(0.05);
-BENCHMARK(yardstickEncodeBrowse)->Repetitions(9)->MinTime(0.05);
-BENCHMARK(encodeBrowse)->Repetitions(9)->MinTime(0.05);
+BENCHMARK(yardstickDecodeRead)->Repetitions(repetitions(9))->MinTime(0.05);
+BENCHMARK(decodeRead)->Repetitions(repetitions(9))->MinTime(0.05);
+BENCHMARK(yardstickEncodeRead)->Repetitions(repetitions(9))->MinTime(0.05);
+BENCHMARK(encodeRead)->Repetitions(repetitions(9))->MinTime(0.05);
+BENCHMARK(yardstickDecodeBrowse)->Repetitions(repetitions(9))->MinTime(0.05);
+BENCHMARK(decodeBrowse)->Repetitions(repetitions(9))->MinTime(0.05);
+BENCHMARK(yardstickEncodeBrowse)->Repetitions(repetitions(9))->MinTime(0.05);
+BENCHMARK(encodeBrowse)->Repetitions(repetitions(9))->MinTime(0.05);
 
 void printAllocations(const char* name, const Bytes& bytes, double limit)
 {

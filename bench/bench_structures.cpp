@@ -138,8 +138,8 @@ void decodeByDefinition(benchmark::State& state)
     }
 }
 
-BENCHMARK(decodeByTable)->Repetitions(9);
-BENCHMARK(decodeByDefinition)->Repetitions(9);
+BENCHMARK(decodeByTable)->Repetitions(repetitions(9));
+BENCHMARK(decodeByDefinition)->Repetitions(repetitions(9));
 
 // Allocations of a thousand copies of each scalar of fixed size; strings and the like share their content.
 std::size_t allocationsOfCopies()

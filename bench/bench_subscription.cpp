@@ -2,6 +2,8 @@
 // dataChange. The server is another process, which answers each Publish at once.
 #include <bench/budgets.h>
 #include <bench/bulkmessages.h>
+#include <bench/rawloops.h>
+#include <bench/responder.h>
 #include <stack/encoding/messagecodec.h>
 #include <tests/protocol/loopbackpeer.h>
 #include <uabase/system/uaplatformlayer.h>
@@ -20,11 +22,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <mutex>
 #include <string>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -35,15 +35,9 @@ using namespace UaClientSdk;
 namespace {
 
 constexpr OpcUa_UInt32 items = 10'000;
-constexpr int rounds = 11;
+const int rounds = repetitions(11);
 constexpr int messagesOfARound = 20;
-
-double processCpu() // us
-{
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
-}
+constexpr size_t bytesOfAnAnswer = 280'000; // of a Publish with all items; nearly those of their creation
 
 [[noreturn]] void give(const char* why)
 {
@@ -219,10 +213,9 @@ UaMonitoredItemCreateRequests makeRequests()
 
 struct Figures
 {
-    double idleWakeUps = 0;            // a second, of a session without subscriptions
-    double idlePercent = 0;            // of a core
-    std::vector<double> creating;      // ms of CPU for all items
-    std::vector<double> notifications; // us of CPU each
+    std::vector<double> creating;      // us of CPU for all items
+    std::vector<double> notifications; // us of CPU for all items
+    std::vector<double> bare;          // us of CPU for a round trip with an answer as large
 };
 
 void measureNotifications(UaSession& session, Figures& figures)
@@ -237,26 +230,9 @@ void measureNotifications(UaSession& session, Figures& figures)
         counter.waitForMore(1);
         const double before = processCpu();
         counter.waitForMore(messagesOfARound);
-        figures.notifications.push_back((processCpu() - before) / (messagesOfARound * double{items}));
+        figures.notifications.push_back((processCpu() - before) / messagesOfARound);
     }
     static_cast<void>(session.deleteSubscription(settings, &subscription)); // waits for the last callback
-}
-
-double wakeUps()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_nvcsw);
-}
-
-void measureIdle(UaSession& /*session*/, Figures& figures)
-{
-    constexpr unsigned int seconds = 3;
-    const double wakeUpsBefore = wakeUps();
-    const double cpuBefore = processCpu();
-    ::sleep(seconds);
-    figures.idleWakeUps = (wakeUps() - wakeUpsBefore) / seconds;
-    figures.idlePercent = (processCpu() - cpuBefore) / (seconds * 1e6) * 100;
 }
 
 void measureCreation(UaSession& session, Figures& figures)
@@ -277,7 +253,7 @@ void measureCreation(UaSession& session, Figures& figures)
                                        diagnostics)
                 .isBad())
             give("no items");
-        figures.creating.push_back((processCpu() - before) / 1000);
+        figures.creating.push_back(processCpu() - before);
     }
     static_cast<void>(session.deleteSubscription(settings, &subscription));
 }
@@ -296,23 +272,37 @@ void withSession(std::uint16_t port, Figures& figures, void (*measure)(UaSession
     static_cast<void>(session.disconnect(ServiceSettings(), true));
 }
 
+void measureBare(const bench::Responder& responder, Figures& figures)
+{
+    const int trips = operations(100);
+    for (int round = 0; round < rounds; ++round) {
+        const double before = processCpu();
+        bench::pingPong(responder.rawPort(), trips, bytesOfAnAnswer);
+        figures.bare.push_back((processCpu() - before) / trips);
+    }
+}
+
 } // namespace
 
 int main()
 {
-    const std::uint16_t port = startServer(); // while there is one thread only
+    // both while there is one thread only
+    const bench::Responder responder(bench::makeIdentity("server"), bench::makeIdentity("client"),
+                                     Bytes(32, 5));
+    const std::uint16_t port = startServer();
     if (UaPlatformLayer::init() != 0)
         give("no platform layer");
     Figures figures;
-    withSession(port, figures, measureIdle);
     withSession(port, figures, measureCreation);
     withSession(port, figures, measureNotifications);
+    measureBare(responder, figures);
     UaPlatformLayer::cleanup();
-    printBudget("idle_session_wakeups_per_s", figures.idleWakeUps, 120, figures.idleWakeUps > 0);
-    printBudget("idle_session_percent_of_core", figures.idlePercent, 0.5, figures.idlePercent > 0);
-    const double each = median(figures.notifications);
-    printBudget("subscription_notification_us", each, 0.25, each > 0);
-    const double creating = median(figures.creating);
-    printBudget("create_10000_items_ms", creating, 30.0, creating > 0);
+    const double bare = median(figures.bare);
+    std::printf("%u notifications %.0f us, their items created %.0f us, a bare round trip with as many bytes "
+                "%.0f us\n",
+                items, median(figures.notifications), median(figures.creating), bare);
+    // 0.25 us each and 30 ms where the bare round trip took 50 us
+    printRatio("subscription_notifications_to_bare", median(figures.notifications), bare, 50.0);
+    printRatio("create_10000_items_to_bare", median(figures.creating), bare, 600.0);
     return 0;
 }

@@ -1,19 +1,56 @@
-// Medians, and the lines that ./dev bench reads.
+// Medians, the lines that ./dev bench reads, and the short form of every benchmark.
 #pragma once
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <ctime>
 #include <vector>
 
+/// Whether to show only that every path still runs: fewest repetitions, no verdict (./dev bench --quick).
+[[nodiscard]] inline bool isQuick()
+{
+    static const bool quick = std::getenv("BENCH_QUICK") != nullptr;
+    return quick;
+}
+
+/// How often to measure: as said, or once in the short form.
+[[nodiscard]] inline int repetitions(int usual)
+{
+    return isQuick() ? 1 : usual;
+}
+
+/// How many operations to measure at a time: as said, or a tenth in the short form.
+[[nodiscard]] inline int operations(int usual)
+{
+    return isQuick() ? std::max(1, usual / 10) : usual;
+}
+
+/// CPU time of this process so far, all threads and the system's share included; us.
+[[nodiscard]] inline double processCpu()
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
+}
+
 /// 0 for none.
-inline double median(std::vector<double> values)
+[[nodiscard]] inline double median(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());
     return values.empty() ? 0.0 : values[values.size() / 2];
 }
 
-/// What was not measured has missed its budget.
+/// What was not measured has missed its budget, in the short form too.
 inline void printBudget(const char* name, double value, double limit, bool measured)
 {
-    std::printf("BUDGET %s %.2f %.2f %s\n", name, value, limit, measured && value <= limit ? "ok" : "MISS");
+    const char* const verdict = !measured ? "MISS" : isQuick() ? "quick" : value <= limit ? "ok" : "MISS";
+    std::printf("BUDGET %s %.3f %.3f %s\n", name, value, limit, verdict);
+}
+
+/// A figure as a multiple of a raw loop's in the same run, so that the limit holds on any machine.
+inline void printRatio(const char* name, double value, double rawLoop, double limit)
+{
+    const bool measured = value > 0 && rawLoop > 0;
+    printBudget(name, measured ? value / rawLoop : 0.0, limit, measured);
 }

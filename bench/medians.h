@@ -43,7 +43,5 @@ inline void runInterleaved(int argc, char** argv, Medians& medians)
 inline void printRatioBudget(const char* name, Medians& medians, const char* measured, const char* yardstick,
                              double limit)
 {
-    const double time = medians.of(measured);
-    const double unit = medians.of(yardstick);
-    printBudget(name, unit > 0 ? time / unit : 0.0, limit, time > 0 && unit > 0);
+    printRatio(name, medians.of(measured), medians.of(yardstick), limit);
 }

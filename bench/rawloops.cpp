@@ -1,24 +1,35 @@
 #include <bench/rawloops.h>
 
-#include <bench/responder.h>
 #include <stack/transport/uniquefd.h>
 
 #include <array>
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <mutex>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <span>
 #include <sys/socket.h>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace opcua::bench {
 
 namespace {
 
-using Room = std::array<char, rawRequestSize>;
+using Request = std::array<char, rawRequestSize>;
+
+// The echo learns from it how much to answer.
+Request requestFor(size_t answerSize)
+{
+    Request request{};
+    const auto size = static_cast<std::uint32_t>(answerSize);
+    std::memcpy(request.data(), &size, sizeof size);
+    return request;
+}
 
 UniqueFd connectTo(std::uint16_t port)
 {
@@ -34,26 +45,27 @@ UniqueFd connectTo(std::uint16_t port)
     return socket;
 }
 
-void send(const UniqueFd& socket, const Room& room)
+void send(const UniqueFd& socket, const Request& request)
 {
-    if (::send(socket.get(), room.data(), rawRequestSize, MSG_NOSIGNAL) != rawRequestSize)
+    if (::send(socket.get(), request.data(), rawRequestSize, MSG_NOSIGNAL) != rawRequestSize)
         std::abort();
 }
 
-void receive(const UniqueFd& socket, Room& room)
+void receive(const UniqueFd& socket, std::span<char> room)
 {
-    if (::recv(socket.get(), room.data(), rawAnswerSize, MSG_WAITALL) != rawAnswerSize)
+    if (::recv(socket.get(), room.data(), room.size(), MSG_WAITALL) != static_cast<ssize_t>(room.size()))
         std::abort();
 }
 
 } // namespace
 
-void pingPong(std::uint16_t port, int rounds)
+void pingPong(std::uint16_t port, int rounds, size_t answerSize)
 {
     const UniqueFd socket = connectTo(port);
-    Room room{};
+    const Request request = requestFor(answerSize);
+    std::vector<char> room(answerSize);
     for (int n = 0; n < rounds; ++n) {
-        send(socket, room);
+        send(socket, request);
         receive(socket, room);
     }
 }
@@ -65,7 +77,7 @@ void pingPongWithHandOff(std::uint16_t port, int rounds)
     std::condition_variable changed;
     bool answered = false;
     std::thread reader([&] {
-        Room room{};
+        std::array<char, rawAnswerSize> room{};
         for (int n = 0; n < rounds; ++n) {
             receive(socket, room);
             {
@@ -75,9 +87,9 @@ void pingPongWithHandOff(std::uint16_t port, int rounds)
             changed.notify_one();
         }
     });
-    const Room room{};
+    const Request request = requestFor(rawAnswerSize);
     for (int n = 0; n < rounds; ++n) {
-        send(socket, room);
+        send(socket, request);
         std::unique_lock lock(mutex);
         changed.wait(lock, [&] { return std::exchange(answered, false); });
     }

@@ -9,8 +9,11 @@
 #include <stack/transport/uniquefd.h>
 #include <tests/support/testcertificates.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -19,6 +22,7 @@
 #include <netinet/tcp.h>
 #include <optional>
 #include <poll.h>
+#include <ranges>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -92,6 +96,7 @@ Bytes createSessionAnswer(const Identity& server, const Identity& client, ByteVi
 struct Answers
 {
     Bytes read;
+    Bytes state; // of the server; a session asks for it again and again, and gives up without
     Bytes bulkRead;
     Bytes publish;
     Bytes browse;
@@ -106,6 +111,11 @@ Answers makeAnswers(const Identity& server, const Identity& client, ByteView cli
     ReadResponse one;
     fill(*one, 1);
     answers.read = encoded(OpcUa_ReadResponse_EncodeableType, *one);
+    ReadResponse state;
+    fill(*state, 1);
+    state->Results[0].Value.Datatype = OpcUaType_Int32;
+    state->Results[0].Value.Value.Int32 = OpcUa_ServerState_Running;
+    answers.state = encoded(OpcUa_ReadResponse_EncodeableType, *state);
     ReadResponse many;
     fill(*many, bulkValues);
     answers.bulkRead = encoded(OpcUa_ReadResponse_EncodeableType, *many);
@@ -161,18 +171,29 @@ public:
     using Connection::Connection;
     bool serve(MutableByteView room) override
     {
-        m_pending += read(room).size();
-        if (m_pending >= rawRequestSize) {
-            write(room.first(m_pending / rawRequestSize * rawAnswerSize));
-            m_pending %= rawRequestSize;
-            return true;
+        const MutableByteView bytes = read(room);
+        m_pending.insert(m_pending.end(), bytes.begin(), bytes.end());
+        size_t done = 0;
+        for (; m_pending.size() - done >= rawRequestSize; done += rawRequestSize) {
+            std::uint32_t answer = 0;
+            std::memcpy(&answer, m_pending.data() + done, sizeof answer);
+            write(room.first(std::min(size_t{answer}, rawLargestAnswer)));
         }
-        return m_pending != 0;
+        m_pending.erase(m_pending.begin(), m_pending.begin() + static_cast<std::ptrdiff_t>(done));
+        return !bytes.empty();
     }
 
 private:
-    size_t m_pending = 0;
+    Bytes m_pending; // what is not a whole request yet
 };
+
+// Whether the node id of the server's state is in the request, in its form of four bytes.
+bool asksForState(const Bytes& body)
+{
+    constexpr OpcUa_Byte id[] = {1, 0, OpcUaId_Server_ServerStatus_State & 0xFF,
+                                 OpcUaId_Server_ServerStatus_State >> 8};
+    return std::ranges::search(body, id).begin() != body.end();
+}
 
 class Server final : public Connection, private ServerChannelListener
 {
@@ -196,7 +217,9 @@ private:
         constexpr size_t longestSmallRead = 1000;
         switch (body.size() < 4 ? 0 : body[2] | body[3] << 8) { // a node id of four bytes comes first
         case OpcUaId_ReadRequest_Encoding_DefaultBinary:
-            return respond(id, body.size() > longestSmallRead ? m_answers.bulkRead : m_answers.read);
+            if (body.size() > longestSmallRead)
+                return respond(id, m_answers.bulkRead);
+            return respond(id, asksForState(body) ? m_answers.state : m_answers.read);
         case OpcUaId_PublishRequest_Encoding_DefaultBinary:
             return respond(id, m_answers.publish);
         case OpcUaId_BrowseRequest_Encoding_DefaultBinary:
@@ -256,7 +279,7 @@ std::unique_ptr<SecurityPolicy> policyOf(bool secured, const Identity& server, c
 [[noreturn]] void serveForever(const UniqueFd (&listeners)[3], const Answers& answers, const Identity& server,
                                const Identity& client)
 {
-    Bytes room(256 * 1024);
+    Bytes room(rawLargestAnswer);
     std::vector<std::unique_ptr<Connection>> connections;
     for (;;) {
         std::vector<pollfd> polled;

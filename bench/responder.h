@@ -27,6 +27,9 @@ void keyOperations(const Identity& own, const Identity& peer);
 
 inline constexpr size_t rawRequestSize = 111;
 inline constexpr size_t rawAnswerSize = 84;
+inline constexpr size_t rawLargestAnswer = 512 * 1024;
+inline constexpr size_t rawBulkAnswer =
+    26'000;                                ///< as large as the Read with more than one node, and a Publish
 inline constexpr int bulkValues = 1000;    ///< of the Read with more than one node
 inline constexpr int notifications = 1000; ///< of each Publish answer
 inline constexpr int references = 1000;    ///< of each Browse answer

@@ -1,11 +1,14 @@
 // HTTPS in front of an opc.tcp server: takes encoded requests as bodies of POSTs and passes them on over one
 // secure channel without security.
-//   node httpsfront.mjs --upstream URL --certificate FILE --key FILE [--port N] [--host ADDRESS] [--info FILE]
+//   node httpsfront.mjs --upstream URL --certificate FILE --key FILE
+//       [--port N] [--host ADDRESS] [--info FILE]
 
-import { readFileSync, renameSync, writeFileSync } from "node:fs";
+import { readFileSync } from "node:fs";
 import { createServer } from "node:https";
 import { createRequire } from "node:module";
 import { parseArgs } from "node:util";
+
+import { argumentsOrExit, writeInfo } from "./lib/program.mjs";
 
 const require = createRequire(import.meta.url);
 const { BinaryStream } = require("node-opcua-binary-stream");
@@ -38,16 +41,7 @@ function readArguments() {
   return values;
 }
 
-function parseOrExit() {
-  try {
-    return readArguments();
-  } catch (error) {
-    console.error(`${error.message}\n${usage}`);
-    process.exit(2);
-  }
-}
-
-const options = parseOrExit();
+const options = argumentsOrExit(readArguments, usage);
 let ownUrl = "";
 
 function decodeRequest(body) {
@@ -83,7 +77,9 @@ function connectUpstream() {
     defaultSecureTokenLifetime: 3_600_000,
     connectionStrategy: { maxRetry: 0, initialDelay: 100, maxDelay: 100 },
   });
-  return new Promise((done, failed) => channel.create(options.upstream, (error) => (error ? failed(error) : done())));
+  return new Promise((done, failed) =>
+    channel.create(options.upstream, (error) => (error ? failed(error) : done())),
+  );
 }
 
 /** One request and its answer; a fault of the service is an answer too. */
@@ -131,16 +127,12 @@ async function answer(message, response) {
   }
 }
 
-/** Whoever waits for the file must never read half of it. */
-function writeInfo(file, info) {
-  const temporary = `${file}.${process.pid}`;
-  writeFileSync(temporary, `${JSON.stringify(info)}\n`);
-  renameSync(temporary, file);
-}
-
 await connectUpstream();
 channel.on("close", () => process.exit(1));
-const server = createServer({ cert: readFileSync(options.certificate), key: readFileSync(options.key) }, answer);
+const server = createServer(
+  { cert: readFileSync(options.certificate), key: readFileSync(options.key) },
+  answer,
+);
 server.listen(Number(options.port), options.host, () => {
   ownUrl = `https://${options.host}:${server.address().port}/Tavelin/Demo`;
   const { certificate } = options;

@@ -1,13 +1,16 @@
-// The demo server's program: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]
+// The demo server's program:
+//   node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]
 
-import { mkdirSync, renameSync, writeFileSync } from "node:fs";
+import { mkdirSync } from "node:fs";
 import { dirname, join, resolve } from "node:path";
 import { fileURLToPath } from "node:url";
 import { parseArgs } from "node:util";
 
+import { argumentsOrExit, writeInfo } from "./lib/program.mjs";
 import { startServer } from "./lib/server.mjs";
 
-const usage = "usage: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]";
+const usage =
+  "usage: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]";
 const here = dirname(fileURLToPath(import.meta.url));
 const stopLimit = 500;
 
@@ -34,23 +37,7 @@ function readArguments() {
   };
 }
 
-function parseOrExit() {
-  try {
-    return readArguments();
-  } catch (error) {
-    console.error(`${error.message}\n${usage}`);
-    process.exit(2);
-  }
-}
-
-/** Whoever waits for the file must never read half of it. */
-function writeInfo(file, info) {
-  const temporary = `${file}.${process.pid}`;
-  writeFileSync(temporary, `${JSON.stringify(info)}\n`);
-  renameSync(temporary, file);
-}
-
-const options = parseOrExit();
+const options = argumentsOrExit(readArguments, usage);
 mkdirSync(options.pki, { recursive: true });
 
 let server;
@@ -62,5 +49,6 @@ process.on("SIGTERM", stop);
 process.on("SIGINT", stop);
 
 server = await startServer(options);
-if (options.info) writeInfo(options.info, { endpointUrl: server.endpointUrl, port: server.port, pid: process.pid });
+if (options.info)
+  writeInfo(options.info, { endpointUrl: server.endpointUrl, port: server.port, pid: process.pid });
 console.log(`Tavelin demo server listens at ${server.endpointUrl}`);

@@ -1,4 +1,5 @@
-// Starts the demo server and checks over the wire that every subject is there and works. Exits with 1 when anything fails.
+// Starts the demo server and checks over the wire that every subject is there and works. Exits with 1 when
+// anything fails.
 
 import { strict as assert } from "node:assert";
 import { mkdtempSync, readFileSync, readdirSync, rmSync } from "node:fs";
@@ -117,7 +118,8 @@ async function namespacesAreStable({ session }) {
 async function everyTypeReadsAndWrites({ session }) {
   for (const [type, [, other]] of Object.entries(builtInValues())) {
     await rewrite(session, demo(`Scalar.${type}`), scalar(DataType[type], other));
-    for (const kind of ["Array", "EmptyArray", "Matrix", "Cube"]) await rewrite(session, demo(`${kind}.${type}`));
+    for (const kind of ["Array", "EmptyArray", "Matrix", "Cube"])
+      await rewrite(session, demo(`${kind}.${type}`));
   }
   for (const id of [
     "Scalar.Enumeration",
@@ -229,8 +231,11 @@ async function valuesChange({ session }) {
     );
     assert.notEqual(seen[1].value.toString(), seen[2].value.toString(), id);
   }
-  const range = (await children(session, demo("DataAccess.Temperature"))).references.map((r) => r.browseName.name);
-  for (const name of ["EURange", "EngineeringUnits", "InstrumentRange"]) assert.ok(range.includes(name), name);
+  const range = (await children(session, demo("DataAccess.Temperature"))).references.map(
+    (r) => r.browseName.name,
+  );
+  for (const name of ["EURange", "EngineeringUnits", "InstrumentRange"])
+    assert.ok(range.includes(name), name);
 }
 
 async function historyReachesBack({ session }) {
@@ -257,7 +262,8 @@ async function alarmsAcknowledge({ session }) {
   await put("Plant.Level", DataType.Double, 50);
   await put("Plant.Level", DataType.Double, 95);
   const find = async (path) =>
-    (await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.LevelAlarm"), path))).targets[0].targetId;
+    (await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.LevelAlarm"), path))).targets[0]
+      .targetId;
   const active = await read(session, await find("/ActiveState/Id"));
   assert.equal(active.value.value, true);
   const eventId = (await read(session, await find("/EventId"))).value.value;
@@ -267,8 +273,9 @@ async function alarmsAcknowledge({ session }) {
   assert.equal(await session.confirmCondition(alarm, second, "done"), StatusCodes.Good);
   assert.equal((await read(session, await find("/AckedState/Id"))).value.value, true);
   await put("Plant.DoorOpen", DataType.Boolean, true);
-  const door = (await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.DoorAlarm"), "/ActiveState/Id")))
-    .targets[0].targetId;
+  const door = (
+    await session.translateBrowsePath(ua.makeBrowsePath(demo("Plant.DoorAlarm"), "/ActiveState/Id"))
+  ).targets[0].targetId;
   assert.equal((await read(session, door)).value.value, true);
 }
 
@@ -292,9 +299,11 @@ async function shapesAreThere({ session }) {
   assert.equal((await read(session, "ns=4;i=109999")).value.value, 9999);
 
   let node = demo("Deep");
-  for (let level = 1; level <= depth; ++level) [node] = (await children(session, node)).references.map((r) => r.nodeId);
+  for (let level = 1; level <= depth; ++level)
+    [node] = (await children(session, node)).references.map((r) => r.nodeId);
   assert.equal((await children(session, node)).references[0].browseName.name, "Bottom");
-  const targets = async (id) => (await children(session, demo(id))).references.map((r) => r.nodeId.toString());
+  const targets = async (id) =>
+    (await children(session, demo(id))).references.map((r) => r.nodeId.toString());
   assert.ok((await targets("Loop.Inner")).includes(ua.coerceNodeId(demo("Loop")).toString()));
   assert.equal((await targets("Shape.Twice")).length, 2);
   assert.equal((await targets("Shape.ManyProperties")).length, 20);
@@ -366,7 +375,10 @@ async function everyDoorOpens(_, endpointUrl) {
     client.createSession({ ...user, password: "wrong" }),
     /BadIdentityTokenRejected|BadUserAccessDenied/,
   );
-  const own = { certificateData: client.getCertificate(), privateKey: readFileSync(client.privateKeyFile, "utf8") };
+  const own = {
+    certificateData: client.getCertificate(),
+    privateKey: readFileSync(client.privateKeyFile, "utf8"),
+  };
   const session = await client.createSession({ type: UserTokenType.Certificate, ...own });
   assert.equal((await read(session, demo("Scalar.Int32"))).statusCode, StatusCodes.Good);
   await session.close();
@@ -379,9 +391,17 @@ async function everyDoorOpens(_, endpointUrl) {
 
 /** With --accept-all no, a client that nobody trusts stays outside. */
 async function strangersStayOutside() {
-  const strict = await startServer({ host: "127.0.0.1", port: 0, pki: join(folder, "strict"), acceptAll: false });
+  const strict = await startServer({
+    host: "127.0.0.1",
+    port: 0,
+    pki: join(folder, "strict"),
+    acceptAll: false,
+  });
   const { MessageSecurityMode, SecurityPolicy } = ua;
-  const client = makeClient({ securityMode: MessageSecurityMode.Sign, securityPolicy: SecurityPolicy.Basic256Sha256 });
+  const client = makeClient({
+    securityMode: MessageSecurityMode.Sign,
+    securityPolicy: SecurityPolicy.Basic256Sha256,
+  });
   await assert.rejects(client.connect(strict.endpointUrl));
   await client.disconnect();
   assert.equal(readdirSync(join(folder, "strict", "server", "rejected")).length, 1);

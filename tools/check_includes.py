@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Include lines have one order, and every file includes what it uses.
 
-Order: the own header; the project's headers in angle brackets with their folder; Qt and other libraries; the standard
-library and the system. A blank line parts the groups, names ascend within each. clang-format 14 knows an own header in
-quotes only, so the order is kept here. With --fix, ./dev fmt writes what can be written.
+Order: the own header; the project's headers in angle brackets with their folder; Qt and other libraries; the
+standard library and the system. A blank line parts the groups, names ascend within each. clang-format 14
+knows an own header in quotes only, so the order is kept here. With --fix, ./dev fmt writes what can be.
 """
 import argparse
 import re
@@ -16,71 +16,144 @@ from check_sources import ROOT, is_generated, project_files, report, without_com
 PUBLIC = ("stack/include", "stack/generated/include")
 OWN, PROJECT, LIBRARY, STANDARD = range(4)
 INCLUDE = re.compile(r'#[ \t]*include[ \t]*(<[^>\n]+>|"[^"\n]+")[^\n]*')
-_LIBRARY = re.compile(r"(Q\w+|Qt\w*/.*|q[a-z]+\.h|qwt.*|gtest/.*|gmock/.*|benchmark/.*|openssl/.*|libxml/.*"
-                      r"|http_parser\.h|linux/.*|sanitizer/.*)$")
-_QUOTED_ONLY = re.compile(r'.*\.(moc|inc)$|moc_.*')
+_LIBRARY = re.compile(
+    r"(Q\w+|Qt\w*/.*|q[a-z]+\.h|qwt.*|gtest/.*|gmock/.*|benchmark/.*|openssl/.*|libxml/.*"
+    r"|http_parser\.h|linux/.*|sanitizer/.*)$"
+)
+_QUOTED_ONLY = re.compile(r".*\.(moc|inc)$|moc_.*")
 
 # std name -> header; a name that any of several headers gives has the first as its home
 _HOMES = {
-    "algorithm": "all_of any_of none_of find find_if find_if_not count_if copy copy_n copy_backward fill fill_n generate max min "
-    "minmax clamp sort stable_sort nth_element remove_if remove reverse rotate transform unique lower_bound upper_bound "
-    "equal_range binary_search is_sorted max_element min_element equal mismatch search replace for_each partition "
-    "stable_partition lexicographical_compare includes set_difference set_union set_intersection merge adjacent_find "
-    "partial_sort shuffle sample",
-    "array": "array to_array", "atomic": "atomic atomic_bool atomic_flag atomic_thread_fence memory_order_relaxed "
-    "memory_order_acquire memory_order_release", "bit": "bit_cast endian countr_zero popcount bit_width has_single_bit",
-    "bitset": "bitset", "charconv": "from_chars to_chars from_chars_result", "chrono": "chrono",
-    "cmath": "isnan isinf isfinite floor ceil round fabs pow log10 trunc lround llround nextafter signbit fmod ldexp",
+    "algorithm": (
+        "all_of any_of none_of find find_if find_if_not count_if copy copy_n copy_backward fill fill_n "
+        "generate max min minmax clamp sort stable_sort nth_element remove_if remove reverse rotate "
+        "transform unique lower_bound upper_bound equal_range binary_search is_sorted max_element "
+        "min_element equal mismatch search replace for_each partition stable_partition "
+        "lexicographical_compare includes set_difference set_union set_intersection merge adjacent_find "
+        "partial_sort shuffle sample"
+    ),
+    "array": "array to_array",
+    "atomic": (
+        "atomic atomic_bool atomic_flag atomic_thread_fence memory_order_relaxed memory_order_acquire "
+        "memory_order_release"
+    ),
+    "bit": "bit_cast endian countr_zero popcount bit_width has_single_bit",
+    "bitset": "bitset",
+    "charconv": "from_chars to_chars from_chars_result",
+    "chrono": "chrono",
+    "cmath": (
+        "isnan isinf isfinite floor ceil round fabs pow log10 trunc lround llround nextafter signbit fmod "
+        "ldexp"
+    ),
     "compare": "strong_ordering weak_ordering partial_ordering",
     "condition_variable": "condition_variable condition_variable_any cv_status",
-    "csignal": "raise signal", "cstddef": "byte ptrdiff_t max_align_t nullptr_t",
+    "csignal": "raise signal",
+    "cstddef": "byte ptrdiff_t max_align_t nullptr_t",
     "cstdint": "int8_t int16_t int32_t int64_t uint8_t uint16_t uint32_t uint64_t uintptr_t",
     "cstdio": "fopen fclose fread fwrite fprintf printf snprintf fflush rename FILE fputs fgets perror puts",
     "cstdlib": "abort exit getenv free malloc calloc realloc strtol strtoul strtod atoi",
     "cstring": "memcpy memcmp memset memmove strlen strcmp strncmp memchr strerror strchr strstr",
-    "ctime": "time_t time tm", "deque": "deque", "exception": "exception exception_ptr current_exception terminate "
-    "rethrow_exception", "filesystem": "filesystem", "fstream": "ifstream ofstream fstream filebuf",
+    "ctime": "time_t time tm",
+    "deque": "deque",
+    "exception": "exception exception_ptr current_exception terminate rethrow_exception",
+    "filesystem": "filesystem",
+    "fstream": "ifstream ofstream fstream filebuf",
     "functional": "function bind hash less greater equal_to invoke ref cref reference_wrapper mem_fn",
     "future": "future promise async packaged_task future_status shared_future launch",
-    "initializer_list": "initializer_list", "iomanip": "setw setfill setprecision",
-    "iostream": "cout cerr cin clog", "istream": "istream", "iterator": "back_inserter inserter istreambuf_iterator "
-    "istream_iterator make_move_iterator ostream_iterator reverse_iterator",
-    "limits": "numeric_limits", "list": "list", "map": "map multimap", "memory": "unique_ptr shared_ptr weak_ptr make_unique "
-    "make_shared enable_shared_from_this addressof static_pointer_cast dynamic_pointer_cast construct_at destroy_at "
-    "uninitialized_copy_n default_delete", "mutex": "mutex recursive_mutex lock_guard unique_lock scoped_lock once_flag call_once "
-    "timed_mutex defer_lock adopt_lock try_to_lock", "new": "bad_alloc nothrow nothrow_t align_val_t launder",
-    "numbers": "numbers", "numeric": "accumulate iota gcd lcm midpoint", "optional": "optional nullopt nullopt_t",
-    "ostream": "ostream endl", "queue": "queue priority_queue", "random": "mt19937 mt19937_64 uniform_int_distribution "
-    "random_device uniform_real_distribution", "ranges": "ranges views", "regex": "regex smatch regex_search regex_match",
-    "semaphore": "binary_semaphore counting_semaphore", "set": "set multiset", "shared_mutex": "shared_mutex shared_lock",
-    "source_location": "source_location", "span": "span as_bytes as_writable_bytes dynamic_extent",
+    "initializer_list": "initializer_list",
+    "iomanip": "setw setfill setprecision",
+    "iostream": "cout cerr cin clog",
+    "istream": "istream",
+    "iterator": (
+        "back_inserter inserter istreambuf_iterator istream_iterator make_move_iterator ostream_iterator "
+        "reverse_iterator"
+    ),
+    "limits": "numeric_limits",
+    "list": "list",
+    "map": "map multimap",
+    "memory": (
+        "unique_ptr shared_ptr weak_ptr make_unique make_shared enable_shared_from_this addressof "
+        "static_pointer_cast dynamic_pointer_cast construct_at destroy_at uninitialized_copy_n "
+        "default_delete"
+    ),
+    "mutex": (
+        "mutex recursive_mutex lock_guard unique_lock scoped_lock once_flag call_once timed_mutex defer_lock "
+        "adopt_lock try_to_lock"
+    ),
+    "new": "bad_alloc nothrow nothrow_t align_val_t launder",
+    "numbers": "numbers",
+    "numeric": "accumulate iota gcd lcm midpoint",
+    "optional": "optional nullopt nullopt_t",
+    "ostream": "ostream endl",
+    "queue": "queue priority_queue",
+    "random": "mt19937 mt19937_64 uniform_int_distribution random_device uniform_real_distribution",
+    "ranges": "ranges views",
+    "regex": "regex smatch regex_search regex_match",
+    "semaphore": "binary_semaphore counting_semaphore",
+    "set": "set multiset",
+    "shared_mutex": "shared_mutex shared_lock",
+    "source_location": "source_location",
+    "span": "span as_bytes as_writable_bytes dynamic_extent",
     "sstream": "stringstream ostringstream istringstream",
-    "stdexcept": "runtime_error logic_error out_of_range invalid_argument length_error", "stop_token": "stop_token stop_source "
-    "stop_callback", "string": "string to_string stoi stol stoul stoull getline char_traits u16string wstring u8string",
-    "string_view": "string_view", "system_error": "error_code system_error errc generic_category error_condition "
-    "system_category", "thread": "thread jthread this_thread", "tuple": "tuple tie make_tuple tuple_size ignore "
-    "forward_as_tuple apply", "type_traits": "is_same_v is_same decay_t remove_cvref_t remove_const_t conditional_t enable_if_t is_integral_v "
-    "is_enum_v is_base_of_v underlying_type_t is_invocable_v is_arithmetic_v is_signed_v is_unsigned_v is_void_v "
-    "is_trivially_copyable_v is_floating_point_v make_unsigned_t make_signed_t invoke_result_t is_convertible_v true_type "
-    "false_type remove_pointer_t remove_reference_t is_pointer_v integral_constant is_constructible_v is_nothrow_move_constructible_v "
-    "is_const_v common_type_t is_class_v is_member_function_pointer_v type_identity_t",
-    "unordered_map": "unordered_map unordered_multimap", "unordered_set": "unordered_set",
-    "utility": "pair move forward swap exchange make_pair as_const index_sequence make_index_sequence in_range cmp_less "
-    "cmp_greater declval", "variant": "variant visit holds_alternative get_if monostate", "vector": "vector",
+    "stdexcept": "runtime_error logic_error out_of_range invalid_argument length_error",
+    "stop_token": "stop_token stop_source stop_callback",
+    "string": "string to_string stoi stol stoul stoull getline char_traits u16string wstring u8string",
+    "string_view": "string_view",
+    "system_error": "error_code system_error errc generic_category error_condition system_category",
+    "thread": "thread jthread this_thread",
+    "tuple": "tuple tie make_tuple tuple_size ignore forward_as_tuple apply",
+    "type_traits": (
+        "is_same_v is_same decay_t remove_cvref_t remove_const_t conditional_t enable_if_t is_integral_v "
+        "is_enum_v is_base_of_v underlying_type_t is_invocable_v is_arithmetic_v is_signed_v is_unsigned_v "
+        "is_void_v is_trivially_copyable_v is_floating_point_v make_unsigned_t make_signed_t invoke_result_t "
+        "is_convertible_v true_type false_type remove_pointer_t remove_reference_t is_pointer_v "
+        "integral_constant is_constructible_v is_nothrow_move_constructible_v is_const_v common_type_t "
+        "is_class_v is_member_function_pointer_v type_identity_t"
+    ),
+    "unordered_map": "unordered_map unordered_multimap",
+    "unordered_set": "unordered_set",
+    "utility": (
+        "pair move forward swap exchange make_pair as_const index_sequence make_index_sequence in_range "
+        "cmp_less cmp_greater declval"
+    ),
+    "variant": "variant visit holds_alternative get_if monostate",
+    "vector": "vector",
 }
 HOME = {name: header for header, names in _HOMES.items() for name in names.split()}
 # what else gives a name, so that nobody has to write both
-ALSO = {"algorithm": ("ranges",), "cstddef": ("cstdlib", "cstring", "cstdio"), "ostream": ("iostream", "sstream", "fstream", "iomanip"),
-        "istream": ("iostream", "sstream", "fstream"), "utility": ("map", "unordered_map", "tuple"), "iterator": ("ranges",),
-        "exception": ("stdexcept",), "initializer_list": ("vector", "string"), "ctime": ("chrono",)}
+ALSO = {
+    "algorithm": ("ranges",),
+    "cstddef": ("cstdlib", "cstring", "cstdio"),
+    "ostream": ("iostream", "sstream", "fstream", "iomanip"),
+    "istream": ("iostream", "sstream", "fstream"),
+    "utility": ("map", "unordered_map", "tuple"),
+    "iterator": ("ranges",),
+    "exception": ("stdexcept",),
+    "initializer_list": ("vector", "string"),
+    "ctime": ("chrono",),
+}
 _STD = re.compile(r"\bstd::(\w+)")
 _FORWARD = re.compile(r"\b(?:class|struct|enum class|enum)\s+(?:\w+::)*(\w+)(?:\s*:\s*[\w:]+)?\s*;")
-_DEFINED = re.compile(r"\b(?:class|struct|enum class|enum|union)\s+(?:\[\[\w+\]\]\s*)?(\w+)(?:\s+final)?\s*[:{]|\busing\s+(\w+)\s*=")
+_DEFINED = re.compile(
+    r"\b(?:class|struct|enum class|enum|union)\s+(?:\[\[\w+\]\]\s*)?(\w+)(?:\s+final)?\s*[:{]"
+    r"|\busing\s+(\w+)\s*="
+)
 _OURS = re.compile(r"(?<![\w~])(?:Ua|Qlum)[A-Z]\w+\b")
 _QT = re.compile(r"(?<![\w:])Q[A-Z][a-z]\w*\b")
 _QT_ROOT = Path("/usr/include/x86_64-linux-gnu/qt5")
 _WITH_QSTRING = {"QStringLiteral", "QLatin1String", "QLatin1Char"}
-_QT_MODULES = ("QtCore", "QtGui", "QtWidgets", "QtNetwork", "QtSvg", "QtPrintSupport", "QtHelp", "QtSql", "QtConcurrent", "QtTest")
+_QT_MODULES = (
+    "QtCore",
+    "QtGui",
+    "QtWidgets",
+    "QtNetwork",
+    "QtSvg",
+    "QtPrintSupport",
+    "QtHelp",
+    "QtSql",
+    "QtConcurrent",
+    "QtTest",
+)
 
 
 def own_header(root, path):
@@ -129,7 +202,11 @@ class Preamble:
                 break
 
     def includes(self):
-        return [line.rstrip() for line in self.lines[self.first:self.end] if line.strip()] if self.first is not None else []
+        return (
+            [line.rstrip() for line in self.lines[self.first : self.end] if line.strip()]
+            if self.first is not None
+            else []
+        )
 
 
 def category(root, path, line):
@@ -193,7 +270,9 @@ def direct_includes(root, path):
 def wanted(root, path, text):
     """Include lines' names for what the text uses, by rules that need no compiler."""
     code = without_comments(re.sub(r"^[ \t]*#[ \t]*include[^\n]*", "", text, flags=re.M))
-    declared = set(_FORWARD.findall(code)) | {name for pair in _DEFINED.findall(code) for name in pair if name}
+    declared = set(_FORWARD.findall(code)) | {
+        name for pair in _DEFINED.findall(code) for name in pair if name
+    }
     for name in set(_STD.findall(code)):
         if name in HOME:
             yield f"<{HOME[name]}>", [f"<{other}>" for other in ALSO.get(HOME[name], ())], f"std::{name}"
@@ -216,22 +295,33 @@ def missing(root, path, text):
     if own:
         have |= direct_includes(root, own)
         have.add(written(own))
-    return sorted({(name, why) for name, also, why in wanted(root, path, text)
-                   if name not in have and not have.intersection(also)})
+    return sorted(
+        {
+            (name, why)
+            for name, also, why in wanted(root, path, text)
+            if name not in have and not have.intersection(also)
+        }
+    )
 
 
 def repaired(root, path, text, order=True, uses=True):
     lines = text.split("\n")
     preamble = Preamble(lines)
     includes = preamble.includes()
-    added = {f"#include {name}" for name, _ in missing(root, path, text)} if uses and path.suffix != ".c" else set()
+    added = (
+        {f"#include {name}" for name, _ in missing(root, path, text)}
+        if uses and path.suffix != ".c"
+        else set()
+    )
     if not includes and not added:
         return text
     block = arranged(root, path, includes + sorted(added)) if order else includes
     if preamble.first is None:
         start = next((i for i, line in enumerate(lines) if line == "#pragma once"), -1) + 1
-        return "\n".join(lines[:start] + [""] * bool(start) + block + [""] * bool(lines[start].strip()) + lines[start:])
-    return "\n".join(lines[:preamble.first] + block + lines[preamble.end:])
+        return "\n".join(
+            lines[:start] + [""] * bool(start) + block + [""] * bool(lines[start].strip()) + lines[start:]
+        )
+    return "\n".join(lines[: preamble.first] + block + lines[preamble.end :])
 
 
 def check(root):
@@ -240,16 +330,21 @@ def check(root):
         text = (root / path).read_text(encoding="utf-8")
         preamble = Preamble(text.split("\n"))
         includes = preamble.includes()
-        if includes and arranged(root, path, includes) != preamble.lines[preamble.first:preamble.end]:
+        if includes and arranged(root, path, includes) != preamble.lines[preamble.first : preamble.end]:
             problems.append(f"{path}:{preamble.first + 1}: include lines are not in order")
         if path.suffix != ".c":
-            problems += [f"{path}: uses {why} and does not include {name}" for name, why in missing(root, path, text)]
+            problems += [
+                f"{path}: uses {why} and does not include {name}" for name, why in missing(root, path, text)
+            ]
     return problems
 
 
 def sources(root):
-    return [path for path in project_files(root, "*.cpp", "*.h", "*.c") if not is_generated(path)
-            and not path.is_relative_to("stack/include")]
+    return [
+        path
+        for path in project_files(root, "*.cpp", "*.h", "*.c")
+        if not is_generated(path) and not path.is_relative_to("stack/include")
+    ]
 
 
 def main():

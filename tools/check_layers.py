@@ -35,13 +35,22 @@ EVERYTHING_BELOW = ("tavelin_app", "tavelin")
 
 # Headers from outside -> folders that may include them.
 OUTSIDE = (
-    ("Qt", re.compile(r"(Q[A-Z]\w*|Qt\w*/.*|q[a-z]\w*\.h)$"),
-     ("app", "uawidgets", "certificates", "servers", "plugins")),
+    (
+        "Qt",
+        re.compile(r"(Q[A-Z]\w*|Qt\w*/.*|q[a-z]\w*\.h)$"),
+        ("app", "uawidgets", "certificates", "servers", "plugins"),
+    ),
     ("Qwt", re.compile(r"(qwt\w*(\.h|/.*)|Qwt\w+)$"), ("uawidgets", "plugins", "app")),
     ("OpenSSL", re.compile(r"openssl/"), ("stack/security", "stack/transport", "uabase/uapkicpp")),
     # <arpa/inet.h> is not among them: it only writes addresses as text
-    ("sockets", re.compile(r"(sys/(socket|un|epoll)\.h|netinet/|netdb\.h|net/|ifaddrs\.h"
-                           r"|(QtNetwork/)?Q(Abstract|Tcp|Udp|Ssl|Local)Socket$)"), ("stack/transport",)),
+    (
+        "sockets",
+        re.compile(
+            r"(sys/(socket|un|epoll)\.h|netinet/|netdb\.h|net/|ifaddrs\.h"
+            r"|(QtNetwork/)?Q(Abstract|Tcp|Udp|Ssl|Local)Socket$)"
+        ),
+        ("stack/transport",),
+    ),
     ("libxml2", re.compile(r"libxml/"), ("uabase",)),
 )
 ROOMS = ("stack", "uabase", "uaclientsdk", "app", "uawidgets", "certificates", "servers", "plugins")

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The documents point at what is there: paths and classes in backticks of docs/map.md, and links in all documents."""
+"""The documents point at what is there: paths and classes in backticks of docs/map.md, links everywhere."""
 import re
 import sys
 from pathlib import Path
@@ -11,7 +11,7 @@ LINK = re.compile(r"\]\(([^)#\s]+)[^)]*\)")
 
 
 def places(root, files, span):
-    """Whether what a row of the map names is there: a class by its header, a path, or a file of any folder."""
+    """Whether what a row of the map names is there: a class by its header, a path, a file of any folder."""
     if "<" in span or " " in span:
         return True
     if CLASS.fullmatch(span):
@@ -33,10 +33,17 @@ def check(root):
             continue
         for number, line in enumerate((root / path).read_text(encoding="utf-8").splitlines(), 1):
             links = [target for target in LINK.findall(line) if "://" not in target]
-            spans = re.findall(r"`([^`]+)`", line) if path == Path("docs/map.md") and line.startswith("|") else []
-            problems += [f"{path}:{number}: there is no {target}" for target in links
-                         if not (root / path.parent / target).exists()]
-            problems += [f"{path}:{number}: there is no {span}" for span in spans if not places(root, files, span)]
+            spans = (
+                re.findall(r"`([^`]+)`", line) if path == Path("docs/map.md") and line.startswith("|") else []
+            )
+            problems += [
+                f"{path}:{number}: there is no {target}"
+                for target in links
+                if not (root / path.parent / target).exists()
+            ]
+            problems += [
+                f"{path}:{number}: there is no {span}" for span in spans if not places(root, files, span)
+            ]
     return problems
 
 

@@ -9,8 +9,13 @@ ROOT = Path(__file__).resolve().parent.parent
 
 def project_files(root, *patterns):
     """Tracked and new files of the project, as paths relative to root."""
-    listing = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard", "--", *patterns],
-                             cwd=root, capture_output=True, check=True, text=True).stdout
+    listing = subprocess.run(
+        ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard", "--", *patterns],
+        cwd=root,
+        capture_output=True,
+        check=True,
+        text=True,
+    ).stdout
     return sorted({Path(name) for name in listing.split("\0") if name and (Path(root) / name).is_file()})
 
 
@@ -18,19 +23,24 @@ def is_generated(path):
     return "generated" in path.parts
 
 
-_LEXEMES = re.compile(r'''//(?:\\\n|[^\n])*|/\*.*?\*/
+_LEXEMES = re.compile(
+    r"""//(?:\\\n|[^\n])*|/\*.*?\*/
     |R"([^()\\\s]{0,16})\(.*?\)\1"
     |"(?:\\.|[^"\\\n])*"
-    |(?<![0-9A-Fa-f])'(?:\\.|[^'\\\n])*\'''', re.S | re.X)
+    |(?<![0-9A-Fa-f])'(?:\\.|[^'\\\n])*\'""",
+    re.S | re.X,
+)
 
 
 def without_comments(text, keep_strings=False):
-    """The text with comments and, unless asked otherwise, the insides of literals blanked; line numbers stay."""
+    """The text with comments and, unless asked otherwise, insides of literals blanked; line numbers stay."""
+
     def blank(match):
         lexeme = match[0]
         if keep_strings and lexeme[0] != "/":
             return lexeme
         return re.sub(r"[^\n]", " ", lexeme)
+
     return _LEXEMES.sub(blank, text)
 
 

@@ -1,4 +1,4 @@
-// Object Plant: an event source that fires events every two seconds, and alarms that can be acknowledged and confirmed.
+// Object Plant: an event source that fires every two seconds, and alarms to acknowledge and confirm.
 
 import { scalar } from "./builder.mjs";
 import { DataType, ua } from "./ua.mjs";
@@ -18,7 +18,12 @@ function addPlant(b) {
 
 function addEvents(b, plant) {
   const type = b.demo.addEventType({ browseName: "BatchEventType", subtypeOf: "BaseEventType" });
-  b.demo.addVariable({ browseName: "BatchNumber", dataType: "UInt32", propertyOf: type, modellingRule: "Mandatory" });
+  b.demo.addVariable({
+    browseName: "BatchNumber",
+    dataType: "UInt32",
+    propertyOf: type,
+    modellingRule: "Mandatory",
+  });
   let batch = 0;
   b.every(2000, () => {
     batch += 1;
@@ -31,7 +36,9 @@ function addEvents(b, plant) {
 }
 
 function input(b, plant, name, dataType, value) {
-  return b.variable(`Plant.${name}`, plant, dataType, scalar(DataType[dataType], value), { eventSourceOf: plant });
+  return b.variable(`Plant.${name}`, plant, dataType, scalar(DataType[dataType], value), {
+    eventSourceOf: plant,
+  });
 }
 
 function common(name, source, plant, inputNode) {
@@ -66,7 +73,7 @@ function addAlarms(b, plant) {
   return { level, heat, door };
 }
 
-/** Swings the inputs slowly through their limits; writing to Plant.Automatic stops it, for tests that want the say. */
+/** Swings the inputs slowly through their limits; writing to Plant.Automatic stops it, for tests. */
 function addSwing(b, plant, { level, heat, door }) {
   const automatic = b.variable("Plant.Automatic", plant, "Boolean", scalar(DataType.Boolean, true));
   let tick = 0;
@@ -80,7 +87,8 @@ function addSwing(b, plant, { level, heat, door }) {
 }
 
 export function addAlarmsAndEvents(b) {
-  b.space.installAlarmsAndConditionsService(); // without it nobody answers ConditionRefresh, Acknowledge and the like
+  // without it nobody answers ConditionRefresh, Acknowledge and the like
+  b.space.installAlarmsAndConditionsService();
   const plant = addPlant(b);
   addEvents(b, plant);
   addSwing(b, plant, addAlarms(b, plant));

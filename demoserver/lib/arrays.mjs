@@ -20,14 +20,19 @@ const list = (type, values) => (typed[type] ? typed[type].from(values) : values)
 const repeat = (values, count) => Array.from({ length: count }, (_, i) => values[i % values.length]);
 
 export function addArrays(b) {
-  const folders = Object.fromEntries(["Array", "EmptyArray", "Matrix", "Cube"].map((id) => [id, b.folder(id)]));
+  const folders = Object.fromEntries(
+    ["Array", "EmptyArray", "Matrix", "Cube"].map((id) => [id, b.folder(id)]),
+  );
   const oneDimension = { valueRank: 1, arrayDimensions: [0] };
   for (const [type, values] of Object.entries(builtInValues())) {
     const dataType = DataType[type];
     const add = (kind, value, rank) => b.variable(`${kind}.${type}`, folders[kind], type, value, rank);
     add("Array", array(dataType, list(type, values)), oneDimension);
     add("EmptyArray", array(dataType, list(type, [])), oneDimension);
-    add("Matrix", matrix(dataType, [2, 3], list(type, repeat(values, 6))), { valueRank: 2, arrayDimensions: [2, 3] });
+    add("Matrix", matrix(dataType, [2, 3], list(type, repeat(values, 6))), {
+      valueRank: 2,
+      arrayDimensions: [2, 3],
+    });
     add("Cube", matrix(dataType, [2, 2, 3], list(type, repeat(values, 12))), {
       valueRank: 3,
       arrayDimensions: [2, 2, 3],
@@ -55,5 +60,7 @@ function special(b, folder, oneDimension) {
   );
   b.variable("Array.Null", folder, "Int32", array(DataType.Int32, null), oneDimension);
   b.variable("Array.ScalarOrArray", folder, "Int32", scalar(DataType.Int32, 1), { valueRank: -3 });
-  b.variable("Array.AnyRank", folder, "Int32", array(DataType.Int32, Int32Array.from([1, 2])), { valueRank: -2 });
+  b.variable("Array.AnyRank", folder, "Int32", array(DataType.Int32, Int32Array.from([1, 2])), {
+    valueRank: -2,
+  });
 }

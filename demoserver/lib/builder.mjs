@@ -33,7 +33,7 @@ export class Builder {
     return this.#folderIn(namespace, parent, id, name);
   }
 
-  /** A variable with the id `s=ID`; its browse name is the id's last part unless given. Writable unless told otherwise. */
+  /** A variable with the id `s=ID`, writable unless told otherwise; its browse name is the id's last part. */
   variable(id, parent, dataType, value, more = {}) {
     const { namespace = this.demo, name = id.split(".").pop(), status, ...rest } = more;
     const options = {
@@ -54,7 +54,11 @@ export class Builder {
   /** A read-only property. */
   property(id, owner, dataType, value, more = {}) {
     const readOnly = { accessLevel: "CurrentRead", userAccessLevel: "CurrentRead", propertyOf: owner };
-    return this.variable(id, owner, dataType, value, { ...readOnly, typeDefinition: "PropertyType", ...more });
+    return this.variable(id, owner, dataType, value, {
+      ...readOnly,
+      typeDefinition: "PropertyType",
+      ...more,
+    });
   }
 
   /** Calls `tick` at each interval until the server stops. */
@@ -82,12 +86,15 @@ export const matrix = (dataType, dimensions, value) => ({
   value,
 });
 
-/** What every built-in type looks like here: an ordinary value and two others, for scalars, arrays and matrices. */
+/** What every built-in type looks like here, in scalars, arrays and matrices: one ordinary value, two others. */
 export function builtInValues() {
   const date = (text) => new Date(text);
   const guid = "72962B91-FA75-4AE6-8D28-B404DC7DAF63";
   const dataValue = (value) =>
-    new ua.DataValue({ value: scalar(DataType.Double, value), sourceTimestamp: date("2020-01-01T00:00:00Z") });
+    new ua.DataValue({
+      value: scalar(DataType.Double, value),
+      sourceTimestamp: date("2020-01-01T00:00:00Z"),
+    });
   const diagnostics = (text) => new ua.DiagnosticInfo({ symbolicId: 1, additionalInfo: text });
   return {
     Boolean: [true, false, true],
@@ -121,7 +128,9 @@ export function builtInValues() {
       ua.coerceExpandedNodeId("ns=2;b=AAEC"),
     ],
     StatusCode: [StatusCodes.Good, StatusCodes.BadTypeMismatch, StatusCodes.UncertainInitialValue],
-    QualifiedName: ["Name", "Other", "Dritter"].map((name, i) => new ua.QualifiedName({ namespaceIndex: i, name })),
+    QualifiedName: ["Name", "Other", "Dritter"].map(
+      (name, i) => new ua.QualifiedName({ namespaceIndex: i, name }),
+    ),
     LocalizedText: [
       ["en", "Hello"],
       ["de", "Grüß Gott"],

@@ -33,7 +33,9 @@ function addShape(b) {
     description: "has 20 properties",
   });
   for (let i = 1; i <= propertyCount; ++i) {
-    b.property(`Shape.ManyProperties.${i}`, rich, "Int32", scalar(DataType.Int32, i), { name: `Property${i}` });
+    b.property(`Shape.ManyProperties.${i}`, rich, "Int32", scalar(DataType.Int32, i), {
+      name: `Property${i}`,
+    });
   }
   b.folder("Shape.Empty", { parent: folder });
   const missing = { referenceType: "Organizes", nodeId: b.space.rootFolder.objects.server };

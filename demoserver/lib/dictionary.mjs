@@ -1,4 +1,4 @@
-// The type dictionary of the structures namespace: the older way for a server to tell how its structures are encoded.
+// The type dictionary of the structures namespace: the older way to tell how structures are encoded.
 
 import { scalar } from "./builder.mjs";
 import { colours, dictionaryOnly, flags, modes, structures, typeIds } from "./structuretypes.mjs";
@@ -26,7 +26,9 @@ function unionFields(fields) {
 
 function optionalFields(fields) {
   const isOptional = ([, , more]) => more?.optional;
-  const bits = fields.filter(isOptional).map(([name]) => `<opc:Field Name="${name}Specified" TypeName="opc:Bit"/>`);
+  const bits = fields
+    .filter(isOptional)
+    .map(([name]) => `<opc:Field Name="${name}Specified" TypeName="opc:Bit"/>`);
   const rest = `<opc:Field Name="Reserved1" TypeName="opc:Bit" Length="${bitsOfMask - bits.length}"/>`;
   return [
     ...bits,
@@ -53,7 +55,9 @@ function structuredType(name) {
 }
 
 function enumeratedType(name, pairs) {
-  const values = pairs.map(([text, value]) => `<opc:EnumeratedValue Name="${text}" Value="${value}"/>`).join("");
+  const values = pairs
+    .map(([text, value]) => `<opc:EnumeratedValue Name="${text}" Value="${value}"/>`)
+    .join("");
   return `<opc:EnumeratedType Name="${name}" LengthInBits="32">${values}</opc:EnumeratedType>`;
 }
 
@@ -102,10 +106,16 @@ export function addDictionary(b, s) {
     ...readOnly,
     typeDefinition: "DataTypeDictionaryType",
   });
-  b.property("Dictionary.NamespaceUri", dictionary, "String", scalar(DataType.String, namespaces.structures), {
-    name: { namespaceIndex: 0, name: "NamespaceUri" },
-    namespace: b.structures,
-  });
+  b.property(
+    "Dictionary.NamespaceUri",
+    dictionary,
+    "String",
+    scalar(DataType.String, namespaces.structures),
+    {
+      name: { namespaceIndex: 0, name: "NamespaceUri" },
+      namespace: b.structures,
+    },
+  );
   for (const name of Object.keys(structures)) describeEncoding(b, dictionary, name);
   for (const name of dictionaryOnly) hideDefinition(b.space.findDataType(s.typeId(name)));
 }

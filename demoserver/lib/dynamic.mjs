@@ -1,4 +1,5 @@
-// Folder Dynamic: values that change by themselves, and the data access types (analog, two-state, multi-state).
+// Folder Dynamic: values that change by themselves, and the data access types (analog, two- and
+// multi-state).
 
 import { array, scalar } from "./builder.mjs";
 import { DataType, ua } from "./ua.mjs";
@@ -70,7 +71,10 @@ function addFast(b, folder) {
   const parent = b.folder("Fast", { parent: folder });
   const nodes = Array.from({ length: fastCount }, (_, i) => {
     const id = `Fast.${String(i).padStart(3, "0")}`;
-    return b.variable(id, parent, "Double", scalar(DataType.Double, 0), { ...readOnly, minimumSamplingInterval: 100 });
+    return b.variable(id, parent, "Double", scalar(DataType.Double, 0), {
+      ...readOnly,
+      minimumSamplingInterval: 100,
+    });
   });
   let tick = 0;
   b.every(100, () => {

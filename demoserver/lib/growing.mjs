@@ -22,7 +22,9 @@ export function addGrowing(b) {
   bind(method("Grow"), () => {
     const number = nodes.length + 1;
     nodes.push(
-      b.variable(`Growing.${number}`, folder, "Int32", scalar(DataType.Int32, number), { name: `Child${number}` }),
+      b.variable(`Growing.${number}`, folder, "Int32", scalar(DataType.Int32, number), {
+        name: `Child${number}`,
+      }),
     );
     return answer(StatusCodes.Good);
   });

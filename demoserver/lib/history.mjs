@@ -1,5 +1,5 @@
-// Folder History: variables with an hour of past values, a second apart, that go on being recorded, and the aggregates over
-// them.
+// Folder History: variables with an hour of past values, a second apart, that go on being recorded, and the
+// aggregates over them.
 
 import { scalar } from "./builder.mjs";
 import { DataType, StatusCodes, ua } from "./ua.mjs";
@@ -33,7 +33,12 @@ function fillPast(node, type, value, status, now) {
   }
 }
 
-const aggregates = { treatUncertainAsBad: false, percentDataBad: 100, percentDataGood: 100, useSlopedExtrapolation: false };
+const aggregates = {
+  treatUncertainAsBad: false,
+  percentDataBad: 100,
+  percentDataGood: 100,
+  useSlopedExtrapolation: false,
+};
 
 export function addHistory(b) {
   ua.addAggregateSupport(b.space);

@@ -1,4 +1,5 @@
-// Folder Icon: objects and object types with an Icon property, a variable that holds a picture, and one that holds none.
+// Folder Icon: objects and object types with an Icon property, a variable that holds a picture, and one that
+// holds none.
 
 import { scalar } from "./builder.mjs";
 import { drawPng } from "./png.mjs";
@@ -16,7 +17,9 @@ function checks(size, colour) {
 }
 
 const icon = (b, id, owner, bytes) =>
-  b.property(id, owner, "ImagePNG", scalar(DataType.ByteString, bytes), { name: { namespaceIndex: 0, name: "Icon" } });
+  b.property(id, owner, "ImagePNG", scalar(DataType.ByteString, bytes), {
+    name: { namespaceIndex: 0, name: "Icon" },
+  });
 
 export function addIcons(b) {
   const folder = b.folder("Icon");
@@ -31,7 +34,11 @@ export function addIcons(b) {
   });
 
   pump.instantiate({ nodeId: "s=Icon.PlainPump", browseName: "PlainPump", organizedBy: folder });
-  const marked = pump.instantiate({ nodeId: "s=Icon.MarkedPump", browseName: "MarkedPump", organizedBy: folder });
+  const marked = pump.instantiate({
+    nodeId: "s=Icon.MarkedPump",
+    browseName: "MarkedPump",
+    organizedBy: folder,
+  });
   icon(b, "Icon.MarkedPump.Icon", marked, disc(16, [220, 60, 30, 255]));
 
   const big = b.demo.addObject({ nodeId: "s=Icon.Big", browseName: "Big", organizedBy: folder });

@@ -12,7 +12,10 @@ const argument = (name, dataType, valueRank = -1, description = name) => ({
 });
 const good = (outputArguments = []) => ({ statusCode: StatusCodes.Good, outputArguments });
 
-/** The library takes only functions with a callback; those of the table just return what they have, or a promise of it. */
+/**
+ * The library takes only functions with a callback; those of the table just return what they have, or a
+ * promise of it.
+ */
 export function bind(method, run) {
   method.bindMethod((inputs, _context, callback) => {
     Promise.resolve(run(inputs)).then(
@@ -31,7 +34,12 @@ function table(structures) {
   const double = DataType.Double;
   return [
     ["Nothing", [], [], () => good()],
-    ["Count", [], [argument("Calls", DataType.UInt32)], () => good([{ dataType: DataType.UInt32, value: ++calls }])],
+    [
+      "Count",
+      [],
+      [argument("Calls", DataType.UInt32)],
+      () => good([{ dataType: DataType.UInt32, value: ++calls }]),
+    ],
     [
       "Add",
       [argument("A", double, -1, "first summand"), argument("B", double, -1, "second summand")],
@@ -40,7 +48,12 @@ function table(structures) {
     ],
     ["EchoText", [argument("Text", DataType.String)], [argument("Text", DataType.String)], echo],
     ["EchoArray", [argument("Values", DataType.Int32, 1)], [argument("Values", DataType.Int32, 1)], echo],
-    ["EchoAny", [argument("Value", ua.coerceNodeId("i=24"))], [argument("Value", ua.coerceNodeId("i=24"))], echo],
+    [
+      "EchoAny",
+      [argument("Value", ua.coerceNodeId("i=24"))],
+      [argument("Value", ua.coerceNodeId("i=24"))],
+      echo,
+    ],
     [
       "EchoStructure",
       [argument("Point", structures.typeId("Point"))],

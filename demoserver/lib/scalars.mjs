@@ -13,7 +13,12 @@ function everyType(b, folder) {
   b.variable("Scalar.Integer", folder, "Integer", scalar(DataType.Int16, -5));
   b.variable("Scalar.UInteger", folder, "UInteger", scalar(DataType.UInt32, 5));
   b.variable("Scalar.Duration", folder, "Duration", scalar(DataType.Double, 1500));
-  b.variable("Scalar.UtcTime", folder, "UtcTime", scalar(DataType.DateTime, new Date("2024-05-06T07:08:09Z")));
+  b.variable(
+    "Scalar.UtcTime",
+    folder,
+    "UtcTime",
+    scalar(DataType.DateTime, new Date("2024-05-06T07:08:09Z")),
+  );
   b.variable("Scalar.LocaleId", folder, "LocaleId", scalar(DataType.String, "de-DE"));
 }
 
@@ -24,7 +29,13 @@ function access(b) {
   b.variable("Access.ReadOnly", folder, "Int32", seven, levels("CurrentRead"));
   b.variable("Access.WriteOnly", folder, "Int32", seven, levels("CurrentWrite"));
   b.variable("Access.None", folder, "Int32", seven, levels(""));
-  b.variable("Access.UserReadOnly", folder, "Int32", seven, levels("CurrentRead | CurrentWrite", "CurrentRead"));
+  b.variable(
+    "Access.UserReadOnly",
+    folder,
+    "Int32",
+    seven,
+    levels("CurrentRead | CurrentWrite", "CurrentRead"),
+  );
   b.variable(
     "Access.StatusWrite",
     folder,
@@ -41,7 +52,12 @@ function access(b) {
 function statuses(b) {
   const folder = b.folder("Status");
   const half = scalar(DataType.Double, 0.5);
-  for (const name of ["BadSensorFailure", "BadCommunicationError", "UncertainLastUsableValue", "GoodLocalOverride"]) {
+  for (const name of [
+    "BadSensorFailure",
+    "BadCommunicationError",
+    "UncertainLastUsableValue",
+    "GoodLocalOverride",
+  ]) {
     b.variable(`Status.${name}`, folder, "Double", half, { status: StatusCodes[name] });
   }
   b.variable("Status.WaitingForInitialData", folder, "Double", undefined);

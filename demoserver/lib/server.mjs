@@ -43,7 +43,10 @@ const limits = {
 };
 
 function certificateManager(folder, acceptAll) {
-  return new ua.OPCUACertificateManager({ rootFolder: folder, automaticallyAcceptUnknownCertificate: acceptAll });
+  return new ua.OPCUACertificateManager({
+    rootFolder: folder,
+    automaticallyAcceptUnknownCertificate: acceptAll,
+  });
 }
 
 function serverOptions({ host, port, pki, acceptAll }) {
@@ -107,7 +110,7 @@ export async function startServer(options) {
   return {
     port,
     endpointUrl: `opc.tcp://${options.host.includes(":") ? `[${options.host}]` : options.host}:${port}${resourcePath}`,
-    /** Closes the connections; taking the address space apart, which takes a second, is left to the process's end. */
+    /** Closes the connections; to take the address space apart needs a second and is left to the end. */
     async stop() {
       builder.stop();
       server.engine.setServerState(ua.ServerState.Shutdown);

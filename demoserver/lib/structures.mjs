@@ -1,4 +1,4 @@
-// Folder Structure: variables of the structured types, enumerations and option sets of the structures namespace.
+// Folder Structure: variables of the types, enumerations and option sets of the structures namespace.
 
 import { array, scalar } from "./builder.mjs";
 import { flags, typeIds } from "./structuretypes.mjs";
@@ -64,9 +64,17 @@ function values(s) {
     [
       "Segment",
       "Segment",
-      s.make("Segment", { from: s.point(0, 0), to: s.point(10, 20), label: { locale: "de", text: "Strecke" } }),
+      s.make("Segment", {
+        from: s.point(0, 0),
+        to: s.point(10, 20),
+        label: { locale: "de", text: "Strecke" },
+      }),
     ],
-    ["SampleFull", "Sample", s.make("Sample", { id: 1, comment: "all there", weight: 2.5, place: s.point(5, 6) })],
+    [
+      "SampleFull",
+      "Sample",
+      s.make("Sample", { id: 1, comment: "all there", weight: 2.5, place: s.point(5, 6) }),
+    ],
     ["SampleBare", "Sample", s.make("Sample", { id: 2 })],
     ["MeasurementNumber", "Measurement", s.make("Measurement", { number: 12.5 })],
     ["MeasurementText", "Measurement", s.make("Measurement", { text: "out of range" })],
@@ -103,7 +111,8 @@ export function addStructures(b) {
   const folder = b.folder("Structure", { namespace: b.structures });
   const add = (name, type, value, more) =>
     b.variable(`Structure.${name}`, folder, type, value, { namespace: b.structures, ...more });
-  for (const [name, type, value] of values(s)) add(name, s.typeId(type), scalar(DataType.ExtensionObject, value));
+  for (const [name, type, value] of values(s))
+    add(name, s.typeId(type), scalar(DataType.ExtensionObject, value));
 
   const points = [s.point(1, 2), s.point(3, 4), s.point(5, 6)];
   const oneDimension = { valueRank: 1, arrayDimensions: [0] };

@@ -1,6 +1,7 @@
-// The data types of the structures namespace, and the NodeSet2 document that brings them into the address space.
+// The data types of the structures namespace, and the NodeSet2 document that brings them to the server.
 //
-// The library makes codecs for structures only while it loads a document, so the types are written down here as a table.
+// The library makes codecs for structures only while it loads a document, so the types are written down here
+// as a table.
 
 import { namespaces } from "./ua.mjs";
 
@@ -32,7 +33,10 @@ const standard = {
   Union: 12756,
 };
 
-/** Numeric ids of the data types in namespace `structures`; the binary encoding has the id plus 1000, the XML one plus 2000. */
+/**
+ * Numeric ids of the data types in namespace `structures`; the binary encoding has the id plus 1000, the XML
+ * one plus 2000.
+ */
 export const typeIds = {
   Colour: 3001,
   Mode: 3002,
@@ -57,7 +61,7 @@ export const modes = [
 ];
 export const flags = ["Running", "Warning", "Fault", "Maintenance"];
 
-/** These types tell what they are only in the type dictionary, as servers did before data types had definitions. */
+/** These types stand in the type dictionary only, as all did before data types had definitions. */
 export const dictionaryOnly = ["Legacy"];
 
 const builtIn = Object.keys(standard).slice(0, 21);

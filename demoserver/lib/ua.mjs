@@ -1,4 +1,4 @@
-// The library is CommonJS, and its names are not all visible to a static import: this is the one place that loads it.
+// The library is CommonJS, and a static import does not see all of its names: this is the one place that loads it.
 
 import { webcrypto } from "node:crypto";
 import { createRequire } from "node:module";

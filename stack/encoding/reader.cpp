@@ -231,11 +231,39 @@ inline const OpcUa_Byte* takeNumber(const OpcUa_Byte* at, OpcUa_Variant& value)
     return at + size;
 }
 
+constexpr OpcUa_Byte valueAndTimestamps = 0x0D;
+
+inline OpcUa_DateTime dateFrom(const OpcUa_Byte* at)
+{
+    OpcUa_DateTime date = 0;
+    std::memcpy(&date, at, sizeof date);
+    return std::max<OpcUa_DateTime>(date, 0);
+}
+
+// A number of eight bytes behind its type, and both timestamps: each member is written once.
+inline const OpcUa_Byte* takeWideNumberWithTimestamps(const OpcUa_Byte* at, OpcUa_DataValue& value)
+{
+    const OpcUa_Byte type = *at++;
+    value.Value = OpcUa_Variant{};
+    value.Value.Datatype = type;
+    std::memcpy(&value.Value.Value, at, 8);
+    if (type == OpcUaType_DateTime)
+        value.Value.Value.DateTime = std::max<OpcUa_DateTime>(value.Value.Value.DateTime, 0);
+    value.StatusCode = OpcUa_Good;
+    value.SourcePicoseconds = 0;
+    value.ServerPicoseconds = 0;
+    value.SourceTimestamp = dateFrom(at + 8);
+    value.ServerTimestamp = dateFrom(at + 16);
+    return at + 24;
+}
+
 // Reads a data value that holds a number or nothing, of which largestPlainDataValue bytes are there; null
 // when it is another one.
 inline const OpcUa_Byte* takePlainDataValue(const OpcUa_Byte* at, OpcUa_DataValue& value)
 {
     const OpcUa_Byte mask = *at++;
+    if (mask == valueAndTimestamps && numberSize(*at) == 8) // what most servers answer to most Reads
+        return takeWideNumberWithTimestamps(at, value);
     value = OpcUa_DataValue{};
     if ((mask & 0x01) != 0) {
         at = takeNumber(at, value.Value);

@@ -11,12 +11,14 @@ stop() {
 }
 trap stop EXIT
 
-start() { node "$demo/ctl.mjs" start --info "$dir/info" --log "$dir/log" --pki "$dir/pki" --host 127.0.0.1 --port "$1"; }
-url=$(start 0 | tail -n 1)
+options=(--info "$dir/info" --log "$dir/log" --pki "$dir/pki" --host 127.0.0.1)
+url=$(node "$demo/ctl.mjs" start "${options[@]}" --port 0 | tail -n 1)
 port=$(sed -E 's|.*:([0-9]+)/.*|\1|' <<<"$url")
-again="node '$demo/ctl.mjs' start --info '$dir/info' --log '$dir/log' --pki '$dir/pki' --host 127.0.0.1 --port $port"
+again=$(printf '%q ' node "$demo/ctl.mjs" start "${options[@]}" --port "$port")
 # on a busy machine a start may take longer than it is given
-restart="node '$demo/ctl.mjs' stop '$dir/info' >/dev/null; for n in 1 2 3; do $again >/dev/null && exit 0; done; exit 1"
+restart="node '$demo/ctl.mjs' stop '$dir/info' >/dev/null
+    for n in 1 2 3; do $again >/dev/null && exit 0; done
+    exit 1"
 
 program=$1
 shift

@@ -1,7 +1,7 @@
 #!/bin/bash
 # The demo server as a service of a test run or of ./dev run.
 #
-#   demoserver.sh start DIR INFO [OWNER]   returns when INFO holds the server's address; log and keys are in DIR
+#   demoserver.sh start DIR INFO [OWNER]   returns when INFO holds the server's address; DIR: log and keys
 #   demoserver.sh stop DIR
 #
 # The server ends by itself when the process OWNER (by default the caller) has ended, so that an interrupted

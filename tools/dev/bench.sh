@@ -1,10 +1,15 @@
 #!/bin/bash
-# ./dev bench [NAME...]: NAME without the leading bench_. A benchmark prints one line for each budget:
-# BUDGET <name> <value> <limit> ok|MISS
+# ./dev bench [--quick] [NAME...]: NAME without the leading bench_. A benchmark prints one line for each budget:
+# BUDGET <name> <value> <limit> ok|MISS. The short form goes once through every path and gives no verdict; it
+# fails when a benchmark does not run or measures nothing.
 . "$(dirname "$0")/common.sh"
 
 benchmarks() { ninja -C build/release -t targets all | sed -n 's/^\(bench_[a-z0-9_]*\): phony$/\1/p'; }
 
+if [ "${1:-}" = --quick ]; then
+    export BENCH_QUICK=1
+    shift
+fi
 tools/dev/setup.sh
 configure release
 names=("${@/#/bench_}")

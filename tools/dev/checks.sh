@@ -1,6 +1,7 @@
 #!/bin/bash
 # The checks that need no build. All of them run, so that one look shows every fault.
 . "$(dirname "$0")/common.sh"
+. "$(dirname "$0")/scripts.sh"
 
 failed=()
 check() { # NAME COMMAND...
@@ -9,8 +10,14 @@ check() { # NAME COMMAND...
     if "$@"; then say "$name: ok"; else failed+=("$name"); fi
 }
 
+lint_python() { python_files | xargs -r -d '\n' flake8; }
+lint_shell() { shell_files | xargs -r -d '\n' shellcheck; }
+
 check "checks' own tests" python3 tools/check_test.py -q
+check "tests of the driver" tools/ui/uidriver_test.py -q
 check format tools/dev/fmt.sh --check
+check "lint of Python" lint_python
+check "lint of shell" lint_shell
 check layers python3 tools/check_layers.py
 check sizes python3 tools/check_sizes.py
 check wording python3 tools/check_wording.py

@@ -13,17 +13,21 @@ base_commit() {
 selected() { # the .cpp files to look at
     case ${1:-} in
         --all) sources ;;
-        "") sources | grep -Fxf <(git diff --name-only --diff-filter=d "$(base_commit)"; git ls-files --others --exclude-standard) ;;
+        "") sources | grep -Fxf <(
+            git diff --name-only --diff-filter=d "$(base_commit)"
+            git ls-files --others --exclude-standard
+        ) ;;
         *) printf '%s\n' "$@" ;;
     esac | grep '\.cpp$'
 }
 
-# A tree of its own: clang can not read the precompiled headers and options that g++ leaves in the others. Only
-# moc runs in it, called directly, since its targets would build every library first.
+# A tree of its own: clang cannot read the precompiled headers and options that g++ leaves in the others.
+# Only moc runs in it, called directly, since its targets would build every library first.
 prepare_tree() {
     [ -f build/lint/build.ninja ] || cmake --preset release -B build/lint -DTAVELIN_CCACHE=OFF >&2
     cmake build/lint >/dev/null
-    find build/lint -name AutogenInfo.json -print0 | xargs -0 -r -I{} cmake -E cmake_autogen {} Release >/dev/null
+    find build/lint -name AutogenInfo.json -print0 |
+        xargs -0 -r -I{} cmake -E cmake_autogen {} Release >/dev/null
 }
 
 known_to_build() { # only what the build compiles has options to check it with
@@ -41,6 +45,6 @@ if [ ${#files[@]} -eq 0 ]; then
     exit $status
 fi
 say "clang-tidy over ${#files[@]} files"
-printf '%s\n' "${files[@]}" |
-    xargs -d '\n' -P "$(job_count)" -n 1 clang-tidy-14 --quiet --warnings-as-errors='*' -p build/lint || status=1
+clang_tidy=(clang-tidy-14 --quiet --warnings-as-errors='*' -p build/lint)
+printf '%s\n' "${files[@]}" | xargs -d '\n' -P "$(job_count)" -n 1 "${clang_tidy[@]}" || status=1
 exit $status

@@ -53,8 +53,8 @@ prepare_certificate() {
     local own=$HOME/.config/korvanda/tavelin/PKI/own host
     [ ! -f "$own/certs/tavelin.der" ] || return 0
     host=$(hostname)
-    mkdir -p "$own/certs"
-    mkdir -p -m 700 "$own/private"
+    mkdir -p "$own/certs" "$own/private"
+    chmod 700 "$own/private"
     (
         umask 077
         openssl req -x509 -newkey rsa:2048 -nodes -days 1825 -sha256 -outform DER \

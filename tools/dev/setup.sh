@@ -56,15 +56,16 @@ readonly AUTHORITIES=/etc/ssl/certs/ca-certificates.crt
 [ ! -f $AUTHORITIES ] || export NODE_EXTRA_CA_CERTS=${NODE_EXTRA_CA_CERTS:-$AUTHORITIES}
 
 # npm's own folder does not tell which lock file it was made from: a stamp does.
-install_demoserver() {
-    [ -f demoserver/package-lock.json ] || die "demoserver/package-lock.json is not there"
-    local stamp=demoserver/node_modules/.lock-sha256 lock
-    lock=$(sha256sum <demoserver/package-lock.json)
-    [ "$(cat $stamp 2>/dev/null)" != "$lock" ] || return 0
-    say "installing the demo server's packages"
-    (cd demoserver && npm ci --no-audit --no-fund --loglevel=error)
-    echo "$lock" >$stamp
+install_node_packages() { # FOLDER WHAT
+    local folder=$1 stamp=$1/node_modules/.lock-sha256 lock
+    [ -f "$folder/package-lock.json" ] || die "$folder/package-lock.json is not there"
+    lock=$(sha256sum <"$folder/package-lock.json")
+    [ "$(cat "$stamp" 2>/dev/null)" != "$lock" ] || return 0
+    say "installing $2"
+    (cd "$folder" && npm ci --no-audit --no-fund --loglevel=error)
+    echo "$lock" >"$stamp"
 }
 
 install_packages
-install_demoserver
+install_node_packages demoserver "the demo server's packages"
+install_node_packages tools/node "the formatter of JavaScript"

@@ -4,10 +4,32 @@ from text import begin, c_header, c_source
 
 # OPC 10000-6, annex A.1
 ATTRIBUTES = [
-    "NodeId", "NodeClass", "BrowseName", "DisplayName", "Description", "WriteMask", "UserWriteMask", "IsAbstract",
-    "Symmetric", "InverseName", "ContainsNoLoops", "EventNotifier", "Value", "DataType", "ValueRank",
-    "ArrayDimensions", "AccessLevel", "UserAccessLevel", "MinimumSamplingInterval", "Historizing", "Executable",
-    "UserExecutable", "DataTypeDefinition", "RolePermissions", "UserRolePermissions", "AccessRestrictions",
+    "NodeId",
+    "NodeClass",
+    "BrowseName",
+    "DisplayName",
+    "Description",
+    "WriteMask",
+    "UserWriteMask",
+    "IsAbstract",
+    "Symmetric",
+    "InverseName",
+    "ContainsNoLoops",
+    "EventNotifier",
+    "Value",
+    "DataType",
+    "ValueRank",
+    "ArrayDimensions",
+    "AccessLevel",
+    "UserAccessLevel",
+    "MinimumSamplingInterval",
+    "Historizing",
+    "Executable",
+    "UserExecutable",
+    "DataTypeDefinition",
+    "RolePermissions",
+    "UserRolePermissions",
+    "AccessRestrictions",
     "AccessLevelEx",
 ]
 
@@ -16,7 +38,7 @@ def status_header(schema):
     lines = [f"#define OpcUa_{name} 0x{code:08X}u" for name, code in schema.status_codes.items()]
     lines += [
         "",
-        "/* \"BadTimeout\"; the information bits are ignored; null when the code has no name. */",
+        '/* "BadTimeout"; the information bits are ignored; null when the code has no name. */',
         "OPCUA_EXPORT const char* OpcUa_StatusCode_Name(OpcUa_StatusCode code);",
     ]
     return c_header("OPCUA_STATUSCODES_H", ["opcua_platform.h"], lines)
@@ -31,8 +53,9 @@ def status_source(schema):
 
 def identifiers_header(schema):
     lines = [f"#define OpcUaId_{name} {number}" for name, number in schema.identifiers.items()]
-    return begin() + "\n".join(["#ifndef OPCUA_IDENTIFIERS_H", "#define OPCUA_IDENTIFIERS_H", ""] + lines
-                               + ["", "#endif", ""])
+    return begin() + "\n".join(
+        ["#ifndef OPCUA_IDENTIFIERS_H", "#define OPCUA_IDENTIFIERS_H", ""] + lines + ["", "#endif", ""]
+    )
 
 
 def attributes_header(_schema):

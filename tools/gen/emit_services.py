@@ -3,12 +3,42 @@
 from text import c_header, c_source
 
 SERVICES = [
-    "FindServers", "FindServersOnNetwork", "GetEndpoints", "RegisterServer", "RegisterServer2", "CreateSession",
-    "ActivateSession", "CloseSession", "Cancel", "AddNodes", "AddReferences", "DeleteNodes", "DeleteReferences",
-    "Browse", "BrowseNext", "TranslateBrowsePathsToNodeIds", "RegisterNodes", "UnregisterNodes", "QueryFirst",
-    "QueryNext", "Read", "HistoryRead", "Write", "HistoryUpdate", "Call", "CreateMonitoredItems",
-    "ModifyMonitoredItems", "SetMonitoringMode", "SetTriggering", "DeleteMonitoredItems", "CreateSubscription",
-    "ModifySubscription", "SetPublishingMode", "Publish", "Republish", "TransferSubscriptions",
+    "FindServers",
+    "FindServersOnNetwork",
+    "GetEndpoints",
+    "RegisterServer",
+    "RegisterServer2",
+    "CreateSession",
+    "ActivateSession",
+    "CloseSession",
+    "Cancel",
+    "AddNodes",
+    "AddReferences",
+    "DeleteNodes",
+    "DeleteReferences",
+    "Browse",
+    "BrowseNext",
+    "TranslateBrowsePathsToNodeIds",
+    "RegisterNodes",
+    "UnregisterNodes",
+    "QueryFirst",
+    "QueryNext",
+    "Read",
+    "HistoryRead",
+    "Write",
+    "HistoryUpdate",
+    "Call",
+    "CreateMonitoredItems",
+    "ModifyMonitoredItems",
+    "SetMonitoringMode",
+    "SetTriggering",
+    "DeleteMonitoredItems",
+    "CreateSubscription",
+    "ModifySubscription",
+    "SetPublishingMode",
+    "Publish",
+    "Republish",
+    "TransferSubscriptions",
     "DeleteSubscriptions",
 ]
 
@@ -49,10 +79,12 @@ _SOURCE = """
         return OpcUa_Channel_BeginInvokeService(channel, &OpcUa_##Name##Request_EncodeableType, request, \\
             &OpcUa_##Name##Response_EncodeableType, callback, callbackData); \\
     }
-"""
+"""  # noqa: E501
 
 
 def services_source(schema):
     _check(schema)
-    return c_source(["opcua/opcua_clientapi.h"],
-                    _SOURCE.strip().splitlines() + [""] + [f"SERVICE({service})" for service in SERVICES])
+    return c_source(
+        ["opcua/opcua_clientapi.h"],
+        _SOURCE.strip().splitlines() + [""] + [f"SERVICE({service})" for service in SERVICES],
+    )

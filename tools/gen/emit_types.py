@@ -77,7 +77,7 @@ _MACROS = """
 #define TYPE(T, id, binary, xml, fields, count, isUnion, optional, mask, minimum, flat) \\
     const OpcUa_EncodeableType OpcUa_##T##_EncodeableType = {#T, id, binary, xml, sizeof(OpcUa_##T), fields, \\
         count, isUnion, optional, mask, minimum, flat};
-"""
+"""  # noqa: E501
 
 
 def types_source(schema):
@@ -102,8 +102,10 @@ def _table(schema, structure):
     mask = sum(1 << index for index, item in enumerate(structure.fields) if item.optional_bit >= 0)
     fields = f"fields{name}" if structure.fields else "NULL"
     flags = f"{int(structure.is_union)}, {int(structure.has_optional_fields)}, {mask}u"
-    lines.append(f"TYPE({name}, {structure.type_id}, {structure.binary_id}, {structure.xml_id}, {fields}, "
-                 f"{len(structure.fields)}, {flags}, {structure.minimum_size}, {int(structure.is_flat)})")
+    lines.append(
+        f"TYPE({name}, {structure.type_id}, {structure.binary_id}, {structure.xml_id}, {fields}, "
+        f"{len(structure.fields)}, {flags}, {structure.minimum_size}, {int(structure.is_flat)})"
+    )
     return lines
 
 
@@ -136,6 +138,8 @@ def _enumeration_tables(schema):
     lines.append("const OpcUa_EnumeratedType opcua_enumeratedTypes[] = {")
     for item in ordered:
         kind = BUILT_IN_TYPES[item.built_in][0]
-        lines.append(f'    {{"{item.name}", {item.type_id}, {kind}, {int(item.is_option_set)}, values{item.name}, '
-                     f"{len(item.values)}}},")
+        lines.append(
+            f'    {{"{item.name}", {item.type_id}, {kind}, {int(item.is_option_set)}, values{item.name}, '
+            f"{len(item.values)}}},"
+        )
     return lines + ["};", f"const unsigned opcua_enumeratedTypeCount = {len(ordered)}u;"]

@@ -49,8 +49,12 @@ def write(contents):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--check", action="store_true", help="compare only; exit 1 at the first difference")
-    parser.add_argument("--modules", type=Path, default=REPOSITORY / "demoserver" / "node_modules",
-                        help="folder with the npm packages that hold the schema")
+    parser.add_argument(
+        "--modules",
+        type=Path,
+        default=REPOSITORY / "demoserver" / "node_modules",
+        help="folder with the npm packages that hold the schema",
+    )
     arguments = parser.parse_args()
     schema = Schema(arguments.modules)
     contents = {name: emit(schema) for name, emit in FILES.items()}

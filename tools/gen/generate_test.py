@@ -50,8 +50,12 @@ class SmallSchema(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         codes = "\n".join(f'name: "Bad{i}", value: 0x{0x80000000 + (i << 16):X}' for i in range(1, 250))
         ids = "\n".join(f'X[X["Name{i}"] = {i}]' for i in range(1, 1200))
-        for name, text in ((schema.BSD, BSD), (schema.NODESET, NODESET), (schema.STATUS_CODES, codes),
-                           (schema.NODE_IDS, ids)):
+        for name, text in (
+            (schema.BSD, BSD),
+            (schema.NODESET, NODESET),
+            (schema.STATUS_CODES, codes),
+            (schema.NODE_IDS, ids),
+        ):
             path = Path(folder.name) / name
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_text(text, encoding="utf-8")
@@ -67,15 +71,20 @@ class SmallSchema(unittest.TestCase):
         source = emit_types.types_source(self.schema)
         self.assertIn("TYPE(Tree, 70001, 70005, 0, fieldsTree, 3, 0, 1, 6u, 5, 0)", source)
         self.assertIn("POINTED(Tree, Left, Tree, 70001)", source)
-        self.assertIn("    OpcUa_UInt32 EncodingMask;\n    OpcUa_Byte Label;\n    OpcUa_Tree* Left;\n"
-                      "    OpcUa_Int32 NoOfNote;\n    OpcUa_String* Note;\n", emit_types.types_header(self.schema))
+        self.assertIn(
+            "    OpcUa_UInt32 EncodingMask;\n    OpcUa_Byte Label;\n    OpcUa_Tree* Left;\n"
+            "    OpcUa_Int32 NoOfNote;\n    OpcUa_String* Note;\n",
+            emit_types.types_header(self.schema),
+        )
 
     def test_unions_and_option_sets(self):
         self.assertEqual(list(self.schema.structures), ["Tree", "Corner", "Choice"], "members come first")
         source = emit_types.types_source(self.schema)
         self.assertIn("TYPE(Choice, 70002, 0, 0, fieldsChoice, 2, 1, 0, 0u, 4, 1)", source)
         self.assertIn("SIMPLE(Corner, Flags, 5, 70004)", source)
-        self.assertIn("SIMPLE(Corner, X, 10, 290)", source, "the declared data type, not that of the encoding")
+        self.assertIn(
+            "SIMPLE(Corner, X, 10, 290)", source, "the declared data type, not that of the encoding"
+        )
         self.assertIn("typedef OpcUa_UInt16 OpcUa_Flags;", emit_types.types_header(self.schema))
 
 

@@ -1,5 +1,6 @@
-// Writes tests/data/encoding/{builtin,messages}.txt: binary encodings made by an OPC UA implementation that shares no
-// code with ours, so that a misreading of the standard in our encoder cannot hide behind the same misreading in our decoder.
+// Writes tests/data/encoding/{builtin,messages}.txt: binary encodings made by an OPC UA implementation that
+// shares no code with ours, so that a misreading of the standard in our encoder cannot hide behind the same
+// misreading in our decoder.
 //
 //   (cd demoserver && npm ci) && node tools/gen/reference_encodings.mjs
 //
@@ -27,7 +28,9 @@ function checkUnique(lines) {
 
 function write(file, heading, lines) {
   checkUnique(lines);
-  const text = [...heading.map((line) => `# ${line}`), ...lines.map((columns) => columns.join(" | "))].join("\n");
+  const text = [...heading.map((line) => `# ${line}`), ...lines.map((columns) => columns.join(" | "))].join(
+    "\n",
+  );
   writeFileSync(join(folder, file), `${text}\n`);
   console.log(`${file}: ${lines.length} cases`);
 }

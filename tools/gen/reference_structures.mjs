@@ -1,5 +1,5 @@
-// Writes tests/data/encoding/{dictionary.xml,structures.txt}: the demo server's type dictionary, and the bodies of its
-// structured values, encoded by an implementation that shares no code with ours.
+// Writes tests/data/encoding/{dictionary.xml,structures.txt}: the demo server's type dictionary, and the
+// bodies of its structured values, encoded by an implementation that shares no code with ours.
 //
 //   (cd demoserver && npm ci) && node tools/gen/reference_structures.mjs
 //
@@ -15,7 +15,9 @@ import { startServer } from "../../demoserver/lib/server.mjs";
 import { ua } from "../../demoserver/lib/ua.mjs";
 
 const here = dirname(fileURLToPath(import.meta.url));
-const { BinaryStream } = createRequire(join(here, "..", "..", "demoserver", "package.json"))("node-opcua-binary-stream");
+const { BinaryStream } = createRequire(join(here, "..", "..", "demoserver", "package.json"))(
+  "node-opcua-binary-stream",
+);
 const folder = join(here, "..", "..", "tests", "data", "encoding");
 const encodingOffset = 1000; // from a data type's number to that of its binary encoding
 const names = [

@@ -155,8 +155,11 @@ class Schema:
         for structure in self.structures.values():
             named = self._definitions.get(structure.type_id, {})
             for item in structure.fields:
-                if item.type_name not in BUILT_IN_TYPES and item.type_name not in self.enumerations \
-                        and item.type_name not in self.structures:
+                if (
+                    item.type_name not in BUILT_IN_TYPES
+                    and item.type_name not in self.enumerations
+                    and item.type_name not in self.structures
+                ):
                     raise ValueError(f"{structure.name}.{item.name}: unknown type {item.type_name}")
                 item.data_type_id = named.get(item.name) or self._own_type_id(item.type_name)
 

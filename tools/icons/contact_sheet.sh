@@ -1,6 +1,6 @@
 #!/bin/sh
-# Renders one sheet with every picture of app/resources/svg, on light and on dark ground, to look at after a change:
-# enlarged, at 24 pixels and at the 16 pixels of trees and menus.
+# Renders one sheet with every picture of app/resources/svg, on light and on dark ground, to look at after a
+# change: enlarged, at 24 pixels and at the 16 pixels of trees and menus.
 #   contact_sheet.sh [FILE.png [NAME...]]
 set -eu
 cd "$(dirname "$0")/../.."
@@ -11,7 +11,12 @@ trap 'rm -rf "$work"' EXIT
 
 columns=5 cell_width=290 cell_height=96
 if [ $# -eq 0 ]; then
-    set -- $(cd app/resources/svg && ls ./*.svg | sed 's|^\./||; s|\.svg$||' | grep -v -e splash)
+    for file in app/resources/svg/*.svg; do
+        case $file in
+            *splash*) ;;
+            *) set -- "$@" "$(basename "$file" .svg)" ;;
+        esac
+    done
 fi
 rows=$((($# + columns - 1) / columns))
 
@@ -27,6 +32,7 @@ image() { # name pixels x y shown-size
         $((columns * cell_width)) $((rows * cell_height))
     i=0
     for name in "$@"; do
+        # shellcheck disable=SC2017 # whole rows are what is wanted
         x=$((i % columns * cell_width)) y=$((i / columns * cell_height))
         half=$((cell_width / 2))
         printf '<rect x="%d" y="%d" width="%d" height="%d" fill="#fff"/>\n' $x $y $half $cell_height

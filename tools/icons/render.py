@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Renders the PNG files that the resource files (.qrc) list from the SVG sources.
 
-The resource files are the list of what is needed: images/NAME.png comes from app/resources/svg/NAME.svg at the
-size that the SVG states, images/NAME@2x.png from the same file at twice that size. Needs rsvg-convert (Debian
-package librsvg2-bin).
+The resource files are the list of what is needed: images/NAME.png comes from app/resources/svg/NAME.svg at
+the size that the SVG states, images/NAME@2x.png from the same file at twice that size. Needs rsvg-convert
+(Debian package librsvg2-bin).
 
   render.py            render everything
   render.py NAME...    render these pictures only
@@ -26,7 +26,7 @@ QRC = [
     "plugins/gds/gdsplugin.qrc",
     "plugins/methods/methodplugin.qrc",
 ]
-# The application icon in the sizes that desktops ask for; the smallest two have a simpler drawing of their own.
+# The application icon in the sizes that desktops ask for; the smallest two have a drawing of their own.
 SIZES = {
     "tavelin_16": ("tavelin_small", 16),
     "tavelin_32": ("tavelin_small", 32),
@@ -43,7 +43,9 @@ def resources():
         for block in ElementTree.parse(qrc).getroot().iter("qresource"):
             for entry in block.iter("file"):
                 alias = entry.get("alias", entry.text)
-                yield name, f"{block.get('prefix', '/').rstrip('/')}/{alias}", (qrc.parent / entry.text).resolve()
+                yield name, f"{block.get('prefix', '/').rstrip('/')}/{alias}", (
+                    qrc.parent / entry.text
+                ).resolve()
 
 
 def source(png):
@@ -87,14 +89,22 @@ def check():
         elif png_width(png) != width:
             faults.append(f"{png.relative_to(ROOT)}: {png_width(png)} pixels wide, not {width}")
     used = {source(png)[0] for png in pngs}
-    faults += [f"{svg.relative_to(ROOT)}: no resource file lists a picture of it"
-               for svg in sorted(SVG.glob("*.svg")) if svg not in used]
+    faults += [
+        f"{svg.relative_to(ROOT)}: no resource file lists a picture of it"
+        for svg in sorted(SVG.glob("*.svg"))
+        if svg not in used
+    ]
     folders = {png.parent for png in pngs}
-    faults += [f"{png.relative_to(ROOT)}: in no resource file"
-               for folder in sorted(folders) for png in sorted(folder.glob("*.png")) if png not in pngs]
+    faults += [
+        f"{png.relative_to(ROOT)}: in no resource file"
+        for folder in sorted(folders)
+        for png in sorted(folder.glob("*.png"))
+        if png not in pngs
+    ]
     for fault in faults:
         print(fault)
-    print(f"{len(pngs)} pictures, {sum(p.stat().st_size for p in pngs if p.exists())} bytes, {len(faults)} faults")
+    size = sum(png.stat().st_size for png in pngs if png.exists())
+    print(f"{len(pngs)} pictures, {size} bytes, {len(faults)} faults")
     return 1 if faults else 0
 
 

@@ -246,5 +246,7 @@ function variants() {
 
 export function builtinCases() {
   const groups = { ...scalars, Variant: variants() };
-  return Object.entries(groups).flatMap(([type, values]) => values.map(([name, value]) => ({ type, name, value })));
+  return Object.entries(groups).flatMap(([type, values]) =>
+    values.map(([name, value]) => ({ type, name, value })),
+  );
 }

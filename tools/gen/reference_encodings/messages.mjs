@@ -1,169 +1,8 @@
-// The cases of messages.txt: whole service messages with every field set to something that a shifted read would show.
+// The cases of messages.txt: whole service messages with every field set so that a shifted read would show.
 
+import { connecting } from "./connecting.mjs";
+import { array, later, node, requestHeader, responseHeader, time, variant } from "./parts.mjs";
 import { EUInformation, ua } from "./types.mjs";
-
-const time = new Date("2020-01-01T00:00:00.000Z");
-const later = new Date("2020-01-01T00:00:01.234Z");
-const nonce = Buffer.from(Array.from({ length: 32 }, (_, i) => i));
-const certificate = Buffer.from(Array.from({ length: 64 }, (_, i) => (i * 7) & 0xff));
-const signature = Buffer.from(Array.from({ length: 24 }, (_, i) => 255 - i));
-const rsaSha256 = "http://www.w3.org/2001/04/xmldsig-more#rsa-sha256";
-const noSecurity = "http://opcfoundation.org/UA/SecurityPolicy#None";
-const binaryTransport = "http://opcfoundation.org/UA-Profile/Transport/uatcp-uasc-uabinary";
-const endpointUrl = "opc.tcp://127.0.0.1:4840/Tavelin/Demo";
-
-const authenticationToken = new ua.NodeId(
-  ua.NodeIdType.BYTESTRING,
-  Buffer.from("00112233445566778899aabbccddeeff", "hex"),
-  0,
-);
-const node = (text) => ua.coerceNodeId(text);
-const variant = (dataType, value, more = {}) => new ua.Variant({ dataType: ua.DataType[dataType], value, ...more });
-const array = (dataType, value) => variant(dataType, value, { arrayType: ua.VariantArrayType.Array });
-
-function requestHeader(handle) {
-  return new ua.RequestHeader({
-    authenticationToken,
-    timestamp: time,
-    requestHandle: handle,
-    returnDiagnostics: 0x3ff,
-    auditEntryId: "audit",
-    timeoutHint: 10000,
-    additionalHeader: null,
-  });
-}
-
-function responseHeader(handle, more = {}) {
-  return new ua.ResponseHeader({
-    timestamp: later,
-    requestHandle: handle,
-    serviceResult: ua.StatusCodes.Good,
-    serviceDiagnostics: new ua.DiagnosticInfo({}),
-    stringTable: [],
-    additionalHeader: null,
-    ...more,
-  });
-}
-
-function application(name, applicationType) {
-  return {
-    applicationUri: `urn:korvanda:${name}`,
-    productUri: "urn:korvanda:product",
-    applicationName: { locale: "en", text: name },
-    applicationType,
-    gatewayServerUri: null,
-    discoveryProfileUri: null,
-    discoveryUrls: [endpointUrl, "opc.tcp://[::1]:4840"],
-  };
-}
-
-function endpoint() {
-  return {
-    endpointUrl,
-    server: application("server", ua.ApplicationType.Server),
-    serverCertificate: certificate,
-    securityMode: ua.MessageSecurityMode.None,
-    securityPolicyUri: noSecurity,
-    userIdentityTokens: [
-      {
-        policyId: "anonymous",
-        tokenType: ua.UserTokenType.Anonymous,
-        issuedTokenType: null,
-        issuerEndpointUrl: null,
-        securityPolicyUri: null,
-      },
-      {
-        policyId: "user",
-        tokenType: ua.UserTokenType.UserName,
-        issuedTokenType: "t",
-        issuerEndpointUrl: "u",
-        securityPolicyUri: noSecurity,
-      },
-    ],
-    transportProfileUri: binaryTransport,
-    securityLevel: 3,
-  };
-}
-
-function connecting() {
-  return [
-    [
-      "ordinary",
-      new ua.OpenSecureChannelRequest({
-        requestHeader: requestHeader(1),
-        clientProtocolVersion: 0,
-        requestType: ua.SecurityTokenRequestType.Renew,
-        securityMode: ua.MessageSecurityMode.SignAndEncrypt,
-        clientNonce: nonce,
-        requestedLifetime: 600000,
-      }),
-    ],
-    [
-      "ordinary",
-      new ua.OpenSecureChannelResponse({
-        responseHeader: responseHeader(1),
-        serverProtocolVersion: 0,
-        securityToken: { channelId: 77, tokenId: 3, createdAt: time, revisedLifetime: 300000 },
-        serverNonce: nonce,
-      }),
-    ],
-    [
-      "two-locales",
-      new ua.GetEndpointsRequest({
-        requestHeader: requestHeader(2),
-        endpointUrl,
-        localeIds: ["de", "en-US"],
-        profileUris: [binaryTransport],
-      }),
-    ],
-    ["one-endpoint", new ua.GetEndpointsResponse({ responseHeader: responseHeader(2), endpoints: [endpoint()] })],
-    [
-      "ordinary",
-      new ua.CreateSessionRequest({
-        requestHeader: requestHeader(3),
-        clientDescription: application("client", ua.ApplicationType.Client),
-        serverUri: null,
-        endpointUrl,
-        sessionName: "Sitzung Nr. 1 – Prüfstand",
-        clientNonce: nonce,
-        clientCertificate: certificate,
-        requestedSessionTimeout: 1200000,
-        maxResponseMessageSize: 16777216,
-      }),
-    ],
-    [
-      "ordinary",
-      new ua.CreateSessionResponse({
-        responseHeader: responseHeader(3),
-        sessionId: node("ns=1;g=72962B91-FA75-4AE6-8D28-B404DC7DAF63"),
-        authenticationToken,
-        revisedSessionTimeout: 60000.5,
-        serverNonce: nonce,
-        serverCertificate: certificate,
-        serverEndpoints: [endpoint()],
-        serverSoftwareCertificates: null,
-        serverSignature: { algorithm: rsaSha256, signature },
-        maxRequestMessageSize: 65536,
-      }),
-    ],
-    [
-      "user-name",
-      new ua.ActivateSessionRequest({
-        requestHeader: requestHeader(4),
-        clientSignature: { algorithm: rsaSha256, signature },
-        clientSoftwareCertificates: [],
-        localeIds: ["de-DE", "en"],
-        userIdentityToken: new ua.UserNameIdentityToken({
-          policyId: "user",
-          userName: "demo",
-          password: Buffer.from("demo"),
-          encryptionAlgorithm: null,
-        }),
-        userTokenSignature: { algorithm: null, signature: null },
-      }),
-    ],
-  ];
-}
 
 function reading() {
   const values = [
@@ -425,7 +264,10 @@ function eventFilter() {
           filterOperator: ua.FilterOperator.And,
           filterOperands: [new ua.ElementOperand({ index: 1 }), new ua.ElementOperand({ index: 2 })],
         },
-        { filterOperator: ua.FilterOperator.OfType, filterOperands: [literal(variant("NodeId", node("i=2041")))] },
+        {
+          filterOperator: ua.FilterOperator.OfType,
+          filterOperands: [literal(variant("NodeId", node("i=2041")))],
+        },
         {
           filterOperator: ua.FilterOperator.GreaterThanOrEqual,
           filterOperands: [operand("Severity"), literal(variant("UInt16", 500))],
@@ -439,7 +281,13 @@ function subscribing() {
   const item = (nodeId, attributeId, filter, handle) => ({
     itemToMonitor: { nodeId: node(nodeId), attributeId },
     monitoringMode: ua.MonitoringMode.Reporting,
-    requestedParameters: { clientHandle: handle, samplingInterval: 250, filter, queueSize: 10, discardOldest: true },
+    requestedParameters: {
+      clientHandle: handle,
+      samplingInterval: 250,
+      filter,
+      queueSize: 10,
+      discardOldest: true,
+    },
   });
   const deadband = new ua.DataChangeFilter({
     trigger: ua.DataChangeTrigger.StatusValueTimestamp,
@@ -501,7 +349,10 @@ function subscribing() {
 function publishing() {
   const dataChange = new ua.DataChangeNotification({
     monitoredItems: [
-      { clientHandle: 1, value: { value: variant("Boolean", true), sourceTimestamp: time, serverTimestamp: later } },
+      {
+        clientHandle: 1,
+        value: { value: variant("Boolean", true), sourceTimestamp: time, serverTimestamp: later },
+      },
       { clientHandle: 2, value: { statusCode: ua.StatusCodes.BadSensorFailure } },
     ],
     diagnosticInfos: [],
@@ -527,7 +378,11 @@ function publishing() {
         subscriptionId: 42,
         availableSequenceNumbers: [6, 7],
         moreNotifications: true,
-        notificationMessage: { sequenceNumber: 7, publishTime: later, notificationData: [dataChange, events] },
+        notificationMessage: {
+          sequenceNumber: 7,
+          publishTime: later,
+          notificationData: [dataChange, events],
+        },
         results: [ua.StatusCodes.Good, ua.StatusCodes.BadSequenceNumberUnknown],
         diagnosticInfos: [],
       }),
@@ -558,7 +413,9 @@ function publishing() {
 export function messageCases() {
   const fault = [
     "bad-session",
-    new ua.ServiceFault({ responseHeader: responseHeader(16, { serviceResult: ua.StatusCodes.BadSessionIdInvalid }) }),
+    new ua.ServiceFault({
+      responseHeader: responseHeader(16, { serviceResult: ua.StatusCodes.BadSessionIdInvalid }),
+    }),
   ];
   return [
     ...connecting(),
@@ -570,8 +427,5 @@ export function messageCases() {
     ...subscribing(),
     ...publishing(),
     fault,
-  ].map(([name, message]) => ({
-    name,
-    message,
-  }));
+  ].map(([name, message]) => ({ name, message }));
 }

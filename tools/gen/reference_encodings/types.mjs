@@ -1,17 +1,29 @@
-// How a neutral value of each built-in type is described in the data file, turned into the library's object and encoded.
+// How a neutral value of each built-in type is described in the data file, turned into the library's object
+// and encoded.
 //
-// Neutral values: numbers and BigInts, null or a string, null or a Buffer, a DateTime as BigInt ticks of 100 ns since 1601,
-// and plain objects for the compound types (see cases.mjs).
+// Neutral values: numbers and BigInts, null or a string, null or a Buffer, a DateTime as BigInt ticks of 100
+// ns since 1601, and plain objects for the compound types (see cases.mjs).
 
 import { createRequire } from "node:module";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 
-const demoserver = join(dirname(fileURLToPath(import.meta.url)), "..", "..", "..", "demoserver", "package.json");
+const demoserver = join(
+  dirname(fileURLToPath(import.meta.url)),
+  "..",
+  "..",
+  "..",
+  "demoserver",
+  "package.json",
+);
 const require = createRequire(demoserver);
 export const ua = require("node-opcua");
 export const { EUInformation } = require("node-opcua-types");
-const { OpaqueStructure, encodeExtensionObject, decodeExtensionObject } = require("node-opcua-extension-object");
+const {
+  OpaqueStructure,
+  encodeExtensionObject,
+  decodeExtensionObject,
+} = require("node-opcua-extension-object");
 
 const ticksPerMs = 10_000n;
 const epochMs = 11_644_473_600_000n; // 1601 to 1970
@@ -45,7 +57,10 @@ const words = (v) => {
 /** Splits ticks into the library's Date of whole milliseconds and the picoseconds beyond. */
 function splitTicks(ticks, tenPicoseconds = 0) {
   const ms = ticks / ticksPerMs - epochMs;
-  return { date: new Date(Number(ms)), picoseconds: Number(ticks % ticksPerMs) * 100_000 + tenPicoseconds * 10 };
+  return {
+    date: new Date(Number(ms)),
+    picoseconds: Number(ticks % ticksPerMs) * 100_000 + tenPicoseconds * 10,
+  };
 }
 
 function makeDate(ticks) {
