@@ -16,9 +16,11 @@ target_compile_definitions(tavelin_options INTERFACE
 if(TAVELIN_SANITIZE_ADDRESS)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -U_FORTIFY_SOURCE)
     add_link_options(-fsanitize=address,undefined)
+    add_compile_definitions(QT_FORCE_ASSERTS) # release builds leave them out
 elseif(TAVELIN_SANITIZE_THREAD)
     add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -U_FORTIFY_SOURCE)
     add_link_options(-fsanitize=thread)
+    add_compile_definitions(QT_FORCE_ASSERTS)
 endif()
 
 # Test sources are compiled once and run for milliseconds, so they go without the optimiser, which takes longer for them

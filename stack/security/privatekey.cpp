@@ -12,7 +12,7 @@ namespace opcua {
 namespace {
 
 constexpr size_t maxKeySize = 64 * 1024;
-constexpr size_t maxCached = 4; // the own key, and a user's or two
+constexpr size_t maximumKeys = 4; // the own key, and a user's or two
 
 using Sha256Value = std::array<OpcUa_Byte, 32>;
 
@@ -22,7 +22,7 @@ struct KeyCache
     std::map<Sha256Value, PrivateKeyPointer> entries;
 };
 
-KeyCache& cache()
+KeyCache& keyCache()
 {
     static KeyCache instance;
     return instance;
@@ -57,23 +57,23 @@ PrivateKeyPointer cachedPrivateKey(ByteView der)
                                               digestAlgorithm(Digest::Sha256), nullptr) != 1)
         return nullptr;
     {
-        const std::lock_guard lock(cache().mutex);
-        if (const auto found = cache().entries.find(digest); found != cache().entries.end())
+        const std::lock_guard lock(keyCache().mutex);
+        if (const auto found = keyCache().entries.find(digest); found != keyCache().entries.end())
             return found->second;
     }
     auto key = PrivateKey::parse(der);
     if (!key)
         return nullptr;
-    const std::lock_guard lock(cache().mutex);
-    if (cache().entries.size() >= maxCached)
-        cache().entries.clear();
-    return cache().entries.insert_or_assign(digest, std::move(key)).first->second;
+    const std::lock_guard lock(keyCache().mutex);
+    if (keyCache().entries.size() >= maximumKeys)
+        keyCache().entries.clear();
+    return keyCache().entries.insert_or_assign(digest, std::move(key)).first->second;
 }
 
 void clearPrivateKeyCache()
 {
-    const std::lock_guard lock(cache().mutex);
-    cache().entries.clear();
+    const std::lock_guard lock(keyCache().mutex);
+    keyCache().entries.clear();
 }
 
 } // namespace opcua
