@@ -58,8 +58,8 @@ def services_header(schema):
             f"OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_{service}(OpcUa_Channel channel, "
             f"const OpcUa_{service}Request* request,",
             f"    OpcUa_{service}Response* response);",
-            f"OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Begin{service}(OpcUa_Channel channel, "
-            f"const OpcUa_{service}Request* request,",
+            f"OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_ClientApi_Begin{service}("
+            f"OpcUa_Channel channel, const OpcUa_{service}Request* request,",
             "    OpcUa_Channel_PfnRequestComplete callback, void* callbackData);",
         ]
     return c_header("OPCUA_CLIENTAPI_H", ["opcua_channel.h"], lines)

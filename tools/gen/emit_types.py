@@ -29,7 +29,7 @@ _FUNCTIONS = """
     { return OpcUa_EncodeableObject_Copy(&OpcUa_##T##_EncodeableType, source, destination); } \\
     static inline int OpcUa_##T##_Compare(const OpcUa_##T* left, const OpcUa_##T* right) \\
     { return OpcUa_EncodeableObject_Compare(&OpcUa_##T##_EncodeableType, left, right); }
-"""
+"""  # noqa: E501
 
 
 def _enumeration(enumeration):
