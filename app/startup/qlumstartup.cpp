@@ -9,7 +9,7 @@
 #include <app/startup/qlumsettingsfile.h>
 #include <certificates/qlumcertificates.h>
 #include <uabase/system/uaplatformlayer.h>
-#include <uabase/text/uaxmldocument.h>
+#include <uabase/system/uaxmldocument.h>
 
 #include <QApplication>
 #include <QCoreApplication>

@@ -12,7 +12,7 @@
 #include <tests/support/dialogdriver.h>
 #include <tests/support/owncertificate.h>
 #include <uabase/system/uaplatformlayer.h>
-#include <uabase/text/uaxmldocument.h>
+#include <uabase/system/uaxmldocument.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>

@@ -4,9 +4,9 @@
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/structures/uastructuredefinition.h>
-#include <uabase/text/uaxmlvalue_p.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uavariant_p.h>
 
 #include <algorithm>
 #include <bit>

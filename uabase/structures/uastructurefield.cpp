@@ -1,3 +1,4 @@
+// UaStructureField, declared in uastructuredefinition.h.
 #include <opcua/opcua_identifiers.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uaoptionsetdefinition.h>

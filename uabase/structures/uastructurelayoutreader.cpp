@@ -1,4 +1,4 @@
-// Bodies of structures with a layout of their own.
+// StructureReader of uastructurecodec_p.h for structures with a layout of their own.
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uastructurecodec_p.h>

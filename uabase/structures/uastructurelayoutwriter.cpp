@@ -1,4 +1,5 @@
-// Bodies of structures with a layout of their own: lengths and switches follow from the values.
+// StructureWriter of uastructurecodec_p.h for structures with a layout of their own: lengths and switches
+// follow from the values.
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uastructurecodec_p.h>

@@ -1,3 +1,4 @@
+// StructureReader of uastructurecodec_p.h: bodies in the form of OPC 10000-6, 5.2.6 to 5.2.8.
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uastructurecodec_p.h>

@@ -1,4 +1,4 @@
-// Definitions from the DataTypeDefinition attribute.
+// Definitions from the DataTypeDefinition attribute; declared in uanamespacezero.h.
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/structures/uaoptionsetdefinition.h>

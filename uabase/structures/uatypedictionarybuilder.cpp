@@ -1,4 +1,4 @@
-// Makes definitions of what a type dictionary says.
+// Makes definitions of what a type dictionary says; declared in uatypedictionary_p.h.
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/structures/uaoptionsetdefinition.h>

@@ -1,11 +1,11 @@
-// Reads the XML of a type dictionary.
+// Reads the XML of a type dictionary; declared in uatypedictionary_p.h.
 #include <uabase/structures/uatypedictionary.h>
 #include <uabase/structures/uatypedictionary_p.h>
-#include <uabase/text/uatext_p.h>
-#include <uabase/text/uaxmldocument.h>
+#include <uabase/system/uaxmldocument.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uatext_p.h>
 
 #include <span>
 #include <string>

@@ -1,3 +1,4 @@
+// Files as a whole, copied and replaced in one step; declared in uadir.h and uadir_p.h.
 #include <uabase/system/uadir.h>
 #include <uabase/system/uadir_p.h>
 #include <uabase/values/uastring.h>

@@ -1,6 +1,7 @@
+// UaTraceFile of uatrace_p.h: header, rotation, backups, the lock against other instances.
+#include <uabase/system/uaescape.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/system/uatrace_p.h>
-#include <uabase/text/uaescape.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastring.h>
 

@@ -1,6 +1,7 @@
+// UaTraceRecord of uatrace_p.h: the form of a line.
+#include <uabase/system/uaescape.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/system/uatrace_p.h>
-#include <uabase/text/uaescape.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastring.h>
 

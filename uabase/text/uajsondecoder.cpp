@@ -1,11 +1,10 @@
-// Reads the JSON form of values.
+// Reads the JSON form of values: UaValueText::fromJson.
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/text/uajson_p.h>
-#include <uabase/text/uatext_p.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/text/uavaluetext_p.h>
 #include <uabase/values/uabytestring.h>
@@ -20,6 +19,7 @@
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uatext_p.h>
 #include <uabase/values/uavariant.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The JSON form of values, OPC 10000-6, 5.4, reversible.
+// Writes the JSON form of values, OPC 10000-6, 5.4, reversible: UaValueText::toJson.
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uastructuredefinition.h>

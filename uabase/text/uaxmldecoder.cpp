@@ -1,14 +1,13 @@
-// Reads the XML form of values.
+// Reads the XML form of values: UaValueText::fromXml.
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/structures/uastructuredefinition.h>
-#include <uabase/text/uatext_p.h>
+#include <uabase/system/uaxmldocument.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/text/uavaluetext_p.h>
-#include <uabase/text/uaxmldocument.h>
 #include <uabase/text/uaxmlvalue_p.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
@@ -21,6 +20,7 @@
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uatext_p.h>
 #include <uabase/values/uavariant.h>
 
 #include <span>
@@ -32,33 +32,6 @@
 namespace uabase {
 
 namespace {
-
-constexpr std::string_view names[] = {"",
-                                      "Boolean",
-                                      "SByte",
-                                      "Byte",
-                                      "Int16",
-                                      "UInt16",
-                                      "Int32",
-                                      "UInt32",
-                                      "Int64",
-                                      "UInt64",
-                                      "Float",
-                                      "Double",
-                                      "String",
-                                      "DateTime",
-                                      "Guid",
-                                      "ByteString",
-                                      "XmlElement",
-                                      "NodeId",
-                                      "ExpandedNodeId",
-                                      "StatusCode",
-                                      "QualifiedName",
-                                      "LocalizedText",
-                                      "ExtensionObject",
-                                      "DataValue",
-                                      "Variant",
-                                      "DiagnosticInfo"};
 
 bool isNil(const UaXmlNode& node)
 {
@@ -411,19 +384,6 @@ private:
 };
 
 } // namespace
-
-std::string_view builtInName(OpcUa_BuiltInType type) noexcept
-{
-    return type >= 0 && static_cast<std::size_t>(type) < std::size(names) ? names[type] : std::string_view();
-}
-
-OpcUa_BuiltInType builtInTypeOf(std::string_view name) noexcept
-{
-    for (int i = 1; i <= lastBuiltInType; ++i)
-        if (names[i] == name)
-            return static_cast<OpcUa_BuiltInType>(i);
-    return OpcUaType_Null;
-}
 
 } // namespace uabase
 

@@ -1,10 +1,10 @@
-// The XML form of values, OPC 10000-6, 5.3.
+// Writes the XML form of values, OPC 10000-6, 5.3: UaValueText::toXml.
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uastructuredefinition.h>
+#include <uabase/system/uaxmldocument.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/text/uavaluetext_p.h>
-#include <uabase/text/uaxmldocument.h>
 #include <uabase/text/uaxmlvalue_p.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>

@@ -1,4 +1,4 @@
-// Making and signing certificates.
+// Making and signing certificates; declared in uapkicertificate.h.
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkicsr.h>

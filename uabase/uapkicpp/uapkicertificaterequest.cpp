@@ -1,4 +1,4 @@
-// Asking for certificates.
+// Asking for certificates: UaPkiCertificate::createCSR.
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkicsr.h>

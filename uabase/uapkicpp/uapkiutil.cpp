@@ -1,5 +1,6 @@
+// What the files of this folder share; declared in uapki_p.h.
 #include <uabase/system/uadir.h>
-#include <uabase/text/uaescape.h>
+#include <uabase/system/uaescape.h>
 #include <uabase/uapkicpp/uapki_p.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkierrors.h>

@@ -1,6 +1,6 @@
 #include <uabase/values/uadatetime.h>
 
-#include <uabase/text/uatext_p.h>
+#include <uabase/values/uatext_p.h>
 
 #include <algorithm>
 #include <chrono>

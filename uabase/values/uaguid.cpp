@@ -1,7 +1,7 @@
 #include <uabase/values/uaguid.h>
 
-#include <uabase/text/uatext_p.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uatext_p.h>
 
 #include <array>
 #include <cstring>

@@ -1,10 +1,10 @@
 #include <uabase/values/uanumericrange.h>
 
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/text/uatext_p.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uatext_p.h>
 
 #include <algorithm>
 #include <ranges>

@@ -1,6 +1,6 @@
 #include <uabase/values/uaqualifiedname.h>
 
-#include <uabase/text/uatext_p.h>
+#include <uabase/values/uatext_p.h>
 
 #include <string>
 #include <string_view>

@@ -4,6 +4,7 @@
 #include <uabase/values/uavariant.h>
 
 #include <string>
+#include <string_view>
 
 namespace uabase {
 
@@ -14,6 +15,11 @@ constexpr int lastBuiltInType = OpcUaType_DiagnosticInfo;
 {
     return type > OpcUaType_Null && type <= lastBuiltInType;
 }
+
+/// "Int32"; empty for what is no built-in type.
+[[nodiscard]] std::string_view builtInName(OpcUa_BuiltInType type) noexcept;
+/// The reverse; Null for another name.
+[[nodiscard]] OpcUa_BuiltInType builtInTypeOf(std::string_view name) noexcept;
 
 /// Nesting of variants, data values and structures.
 constexpr int maxNesting = 100;

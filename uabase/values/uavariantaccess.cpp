@@ -1,4 +1,4 @@
-// The converting getters of UaVariant.
+// The converting getters of UaVariant, declared in uavariant.h.
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>

@@ -1,4 +1,4 @@
-// Conversion of whole variants: shapes first, then element by element.
+// UaVariant::changeType: conversion of whole variants, shapes first, then element by element.
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>

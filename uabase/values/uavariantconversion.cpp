@@ -1,5 +1,5 @@
-// Conversions between built-in types, OPC 10000-4, 7.7.3.
-#include <uabase/text/uatext_p.h>
+// UaVariant::conversion and convertScalar of uavariant_p.h: conversions between built-in types, OPC 10000-4,
+// 7.7.3.
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uaexpandednodeid.h>
@@ -8,6 +8,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uatext_p.h>
 #include <uabase/values/uavariant.h>
 #include <uabase/values/uavariant_p.h>
 

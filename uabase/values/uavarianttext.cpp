@@ -1,4 +1,4 @@
-// Text forms of variants.
+// Texts of variants and the names of their types; declared in uavariant.h and uavariant_p.h.
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadiagnosticinfo.h>
 #include <uabase/values/uaextensionobject.h>
@@ -9,10 +9,38 @@
 #include <charconv>
 #include <cmath>
 #include <string>
+#include <string_view>
 
 namespace uabase {
 
 namespace {
+
+constexpr std::string_view builtInNames[] = {"",
+                                             "Boolean",
+                                             "SByte",
+                                             "Byte",
+                                             "Int16",
+                                             "UInt16",
+                                             "Int32",
+                                             "UInt32",
+                                             "Int64",
+                                             "UInt64",
+                                             "Float",
+                                             "Double",
+                                             "String",
+                                             "DateTime",
+                                             "Guid",
+                                             "ByteString",
+                                             "XmlElement",
+                                             "NodeId",
+                                             "ExpandedNodeId",
+                                             "StatusCode",
+                                             "QualifiedName",
+                                             "LocalizedText",
+                                             "ExtensionObject",
+                                             "DataValue",
+                                             "Variant",
+                                             "DiagnosticInfo"};
 
 template <typename T>
 std::string floatingText(T value)
@@ -162,6 +190,20 @@ void appendText(std::string& text, const UaVariant& value, int depth)
         appendText(text, value.at(i), depth + 1);
     }
     text += '}';
+}
+
+std::string_view builtInName(OpcUa_BuiltInType type) noexcept
+{
+    return type >= 0 && static_cast<std::size_t>(type) < std::size(builtInNames) ? builtInNames[type]
+                                                                                 : std::string_view();
+}
+
+OpcUa_BuiltInType builtInTypeOf(std::string_view name) noexcept
+{
+    for (int i = 1; i <= lastBuiltInType; ++i)
+        if (builtInNames[i] == name)
+            return static_cast<OpcUa_BuiltInType>(i);
+    return OpcUaType_Null;
 }
 
 } // namespace uabase

@@ -1,5 +1,5 @@
 #include <tests/support/temporaryfolder.h>
-#include <uabase/text/uaxmldocument.h>
+#include <uabase/system/uaxmldocument.h>
 #include <uabase/values/uastring.h>
 
 #include <gtest/gtest.h>

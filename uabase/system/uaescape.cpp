@@ -1,4 +1,4 @@
-#include <uabase/text/uaescape.h>
+#include <uabase/system/uaescape.h>
 
 #include <array>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include <uabase/text/uaxmldocument.h>
+#include <uabase/system/uaxmldocument.h>
 
 #include <uabase/system/uadir.h>
 
