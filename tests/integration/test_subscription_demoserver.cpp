@@ -3,7 +3,6 @@
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/owndemoserver.h>
 #include <uabase/system/uaplatformlayer.h>
-#include <uabase/values/uaaggregatefilter.h>
 #include <uabase/values/uadatachangefilter.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uaeventfilter.h>

@@ -61,11 +61,6 @@ void UaOptionSetDefinition::addBit(OpcUa_Int64 bit, const UaString& name)
     d.edit().bits.addValue(bit, name);
 }
 
-int UaOptionSetDefinition::bitCount() const noexcept
-{
-    return d ? d->bits.valueCount() : 0;
-}
-
 UaEnumValue UaOptionSetDefinition::bitAt(int index) const noexcept
 {
     return d ? d->bits.valueAt(index) : UaEnumValue();

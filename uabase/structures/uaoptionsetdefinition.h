@@ -30,7 +30,6 @@ public:
     void addBit(const UaEnumValue& bit);
     void addBit(OpcUa_Int64 bit, const UaString& name);
 
-    int bitCount() const noexcept;
     UaEnumValue bitAt(int index) const noexcept; ///< in order of definition; a null one when out of range
     [[nodiscard]] UaString bitName(OpcUa_Int64 bit) const noexcept; ///< null string when unknown
     /// Names of the set bits joined by separator; a set bit without a name is written as its number.

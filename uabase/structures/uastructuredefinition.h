@@ -53,8 +53,6 @@ public:
     void setName(const UaString& name);
     void setDescription(const UaLocalizedText& description);
     void setDataTypeId(const UaNodeId& dataTypeId);
-    void setBuiltInType(OpcUa_BuiltInType builtInType);
-    void setValueRank(OpcUa_Int32 valueRank);
     void setArrayDimensions(const UaArray<OpcUa_UInt32>& dimensions);
     void setMaxStringLength(OpcUa_UInt32 maxStringLength);
     void setIsOptional(bool isOptional);

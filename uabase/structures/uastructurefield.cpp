@@ -64,8 +64,6 @@ UaOptionSetDefinition UaStructureField::optionSetDefinition() const noexcept { r
 void UaStructureField::setName(const UaString& name) { d.edit().name = name; }
 void UaStructureField::setDescription(const UaLocalizedText& description) { d.edit().description = description; }
 void UaStructureField::setDataTypeId(const UaNodeId& dataTypeId) { d.edit().dataTypeId = dataTypeId; }
-void UaStructureField::setBuiltInType(OpcUa_BuiltInType builtInType) { d.edit().builtInType = builtInType; }
-void UaStructureField::setValueRank(OpcUa_Int32 valueRank) { d.edit().valueRank = valueRank; }
 void UaStructureField::setArrayDimensions(const UaArray<OpcUa_UInt32>& dimensions) { d.edit().arrayDimensions = dimensions; }
 void UaStructureField::setMaxStringLength(OpcUa_UInt32 maxStringLength) { d.edit().maxStringLength = maxStringLength; }
 void UaStructureField::setIsOptional(bool isOptional) { d.edit().isOptional = isOptional; }

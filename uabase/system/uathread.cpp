@@ -101,8 +101,3 @@ bool UaThread::isCurrentThread() const
     const std::lock_guard lock(m_mutex);
     return m_running && m_id == std::this_thread::get_id();
 }
-
-void UaThread::msleep(unsigned int milliseconds)
-{
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-}

@@ -27,9 +27,6 @@ public:
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] bool isCurrentThread() const;
 
-    /// The calling thread sleeps.
-    static void msleep(unsigned int milliseconds);
-
 protected:
     /// The thread's work. Nothing may be thrown out of it.
     virtual void run() = 0;

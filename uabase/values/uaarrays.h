@@ -8,27 +8,16 @@
 #include <uabase/values/uaelement.h>
 
 // ---- built-in types
-using UaBoolArray = UaArray<OpcUa_Boolean>;
-using UaSByteArray = UaArray<OpcUa_SByte>;
-using UaInt16Array = UaArray<OpcUa_Int16>;
 using UaUInt16Array = UaArray<OpcUa_UInt16>;
 using UaInt32Array = UaArray<OpcUa_Int32>;
 using UaUInt32Array = UaArray<OpcUa_UInt32>;
-using UaInt64Array = UaArray<OpcUa_Int64>;
-using UaUInt64Array = UaArray<OpcUa_UInt64>;
-using UaFloatArray = UaArray<OpcUa_Float>;
 using UaDoubleArray = UaArray<OpcUa_Double>;
 using UaStringArray = UaArray<OpcUa_String>;
 using UaDateTimeArray = UaArray<OpcUa_DateTime>;
-using UaGuidArray = UaArray<OpcUa_Guid>;
 using UaByteStringArray = UaArray<OpcUa_ByteString>;
-using UaXmlElementArray = UaArray<OpcUa_XmlElement>;
 using UaNodeIdArray = UaArray<OpcUa_NodeId>;
-using UaNodeIds = UaNodeIdArray;
-using UaExpandedNodeIdArray = UaArray<OpcUa_ExpandedNodeId>;
 using UaStatusCodeArray = UaArray<OpcUa_StatusCode>;
 using UaQualifiedNameArray = UaArray<OpcUa_QualifiedName>;
-using UaLocalizedTextArray = UaArray<OpcUa_LocalizedText>;
 using UaExtensionObjectArray = UaArray<OpcUa_ExtensionObject>;
 using UaDataValues = UaArray<OpcUa_DataValue>;
 using UaVariantArray = UaArray<OpcUa_Variant>;
@@ -50,7 +39,6 @@ UA_STRUCTURE_ARRAY(ApplicationDescription, ApplicationDescriptions)
 UA_STRUCTURE_ARRAY(EndpointDescription, EndpointDescriptions)
 UA_STRUCTURE_ARRAY(ServerOnNetwork, ServerOnNetworks)
 UA_STRUCTURE_ARRAY(UserTokenPolicy, UserTokenPolicys)
-UA_STRUCTURE_ARRAY(SignedSoftwareCertificate, SignedSoftwareCertificates)
 
 /// attributes and methods
 UA_STRUCTURE_ARRAY(ReadValueId, ReadValueIds)
@@ -77,7 +65,6 @@ UA_STRUCTURE_ARRAY(DeleteReferencesItem, DeleteReferencesItems)
 
 /// query
 UA_STRUCTURE_ARRAY(NodeTypeDescription, NodeTypeDescriptions)
-UA_STRUCTURE_ARRAY(QueryDataDescription, QueryDataDescriptions)
 UA_STRUCTURE_ARRAY(QueryDataSet, QueryDataSets)
 UA_STRUCTURE_ARRAY(ParsingResult, ParsingResults)
 
@@ -94,7 +81,6 @@ UA_STRUCTURE_ARRAY(HistoryReadResult, HistoryReadResults)
 UA_STRUCTURE_ARRAY(HistoryUpdateResult, HistoryUpdateResults)
 UA_STRUCTURE_ARRAY(ModificationInfo, ModificationInfos)
 UA_STRUCTURE_ARRAY(UpdateDataDetails, UpdateDataDetailsArray)
-UA_STRUCTURE_ARRAY(UpdateStructureDataDetails, UpdateStructureDataDetailsArray)
 UA_STRUCTURE_ARRAY(UpdateEventDetails, UpdateEventDetailsArray)
 UA_STRUCTURE_ARRAY(DeleteRawModifiedDetails, DeleteRawModifiedDetailsArray)
 UA_STRUCTURE_ARRAY(DeleteAtTimeDetails, DeleteAtTimeDetailsArray)
@@ -106,22 +92,13 @@ UA_STRUCTURE_ARRAY(MonitoredItemCreateResult, MonitoredItemCreateResults)
 UA_STRUCTURE_ARRAY(MonitoredItemModifyRequest, MonitoredItemModifyRequests)
 UA_STRUCTURE_ARRAY(MonitoredItemModifyResult, MonitoredItemModifyResults)
 UA_STRUCTURE_ARRAY(MonitoredItemNotification, MonitoredItemNotifications)
-UA_STRUCTURE_ARRAY(SubscriptionAcknowledgement, SubscriptionAcknowledgements)
 UA_STRUCTURE_ARRAY(TransferResult, TransferResults)
 
 /// type definitions
 UA_STRUCTURE_ARRAY(StructureField, StructureFieldRecords)
 UA_STRUCTURE_ARRAY(EnumField, EnumFieldRecords)
-UA_STRUCTURE_ARRAY(EnumValueType, EnumValueTypes)
 
 /// diagnostics and common data types
-UA_STRUCTURE_ARRAY(SubscriptionDiagnosticsDataType, SubscriptionDiagnosticsDataTypes)
-UA_STRUCTURE_ARRAY(SessionDiagnosticsDataType, SessionDiagnosticsDataTypes)
-UA_STRUCTURE_ARRAY(SessionSecurityDiagnosticsDataType, SessionSecurityDiagnosticsDataTypes)
-UA_STRUCTURE_ARRAY(SamplingIntervalDiagnosticsDataType, SamplingIntervalDiagnosticsDataTypes)
-UA_STRUCTURE_ARRAY(RedundantServerDataType, RedundantServerDataTypes)
-UA_STRUCTURE_ARRAY(KeyValuePair, KeyValuePairs)
-UA_STRUCTURE_ARRAY(TimeZoneDataType, TimeZoneDataTypes)
 UA_STRUCTURE_ARRAY(OptionSet, OptionSets)
 UA_STRUCTURE_ARRAY(StructureDefinition, StructureDefinitionRecords)
 UA_STRUCTURE_ARRAY(EnumDefinition, EnumDefinitionRecords)

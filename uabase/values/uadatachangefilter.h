@@ -8,21 +8,11 @@ class UaDataChangeFilter
 {
 public:
     UaDataChangeFilter() noexcept = default;
+    /// The deadband is absolute, in the value's unit, or in percent of the item's EURange.
     UaDataChangeFilter(OpcUa_DataChangeTrigger trigger, OpcUa_DeadbandType deadbandType,
                        double deadbandValue) noexcept
         : m_trigger(trigger), m_deadbandType(deadbandType), m_deadbandValue(deadbandValue)
     {
-    }
-
-    [[nodiscard]] OpcUa_DataChangeTrigger trigger() const noexcept { return m_trigger; }
-    [[nodiscard]] OpcUa_DeadbandType deadbandType() const noexcept { return m_deadbandType; }
-    [[nodiscard]] double deadbandValue() const noexcept { return m_deadbandValue; }
-    void setTrigger(OpcUa_DataChangeTrigger trigger) noexcept { m_trigger = trigger; }
-    /// Absolute: a difference in the value's unit; percent: of the item's EURange.
-    void setDeadband(OpcUa_DeadbandType type, double value) noexcept
-    {
-        m_deadbandType = type;
-        m_deadbandValue = value;
     }
 
     /// Into an initialised extension object. BadOutOfMemory.

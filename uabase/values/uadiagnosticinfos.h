@@ -12,7 +12,6 @@ public:
     bool isEmpty() const noexcept { return m_infos.isEmpty(); }
     const OpcUa_DiagnosticInfo& operator[](OpcUa_UInt32 index) const noexcept { return m_infos[index]; }
     const UaArray<OpcUa_DiagnosticInfo>& infos() const noexcept { return m_infos; }
-    const UaArray<OpcUa_String>& stringTable() const noexcept { return m_strings; }
     void clear() noexcept;
 
     /// The strings of one info; null when absent or when the index points nowhere.

@@ -39,8 +39,6 @@ public:
     const UaString& namespaceUri() const noexcept { return m_namespaceUri; }
     OpcUa_UInt32 serverIndex() const noexcept { return m_serverIndex; }
     void setNodeId(const UaNodeId& nodeId) noexcept { m_nodeId = nodeId; }
-    void setNamespaceUri(const UaString& namespaceUri) noexcept { m_namespaceUri = namespaceUri; }
-    void setServerIndex(OpcUa_UInt32 serverIndex) noexcept { m_serverIndex = serverIndex; }
 
     /// Deep copy into raw memory.
     OpcUa_StatusCode copyTo(OpcUa_ExpandedNodeId* destination) const noexcept;

@@ -20,7 +20,6 @@ public:
     bool isNull() const noexcept { return m_locale.isNull() && m_text.isNull(); }
     const UaString& locale() const noexcept { return m_locale; }
     const UaString& text() const noexcept { return m_text; }
-    void setLocale(const UaString& locale) noexcept { m_locale = locale; }
     void setText(const UaString& text) noexcept { m_text = text; }
 
     /// Deep copy into raw memory.

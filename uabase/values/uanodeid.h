@@ -23,10 +23,6 @@ public:
     /// "i=84", "ns=2;s=abc", "ns=3;g=<guid>", "ns=4;b=<Base64>". Null on a fault; ok tells that apart from
     /// "i=0".
     [[nodiscard]] static UaNodeId fromString(std::string_view text, bool* ok = nullptr);
-    [[nodiscard]] static UaNodeId fromFullString(std::string_view text, bool* ok = nullptr)
-    {
-        return fromString(text, ok);
-    }
     /// "i=84", "ns=2;s=abc": the namespace is left out when it is 0 (OPC 10000-6, 5.3.1.10).
     [[nodiscard]] UaString toXmlString() const;
     [[nodiscard]] UaString toString() const { return toXmlString(); }

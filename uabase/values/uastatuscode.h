@@ -12,7 +12,6 @@ public:
 
     constexpr OpcUa_StatusCode code() const noexcept { return m_code; }
     constexpr bool isGood() const noexcept { return OpcUa_IsGood(m_code); }
-    constexpr bool isNotGood() const noexcept { return OpcUa_IsNotGood(m_code); }
     constexpr bool isUncertain() const noexcept { return OpcUa_IsUncertain(m_code); }
     constexpr bool isBad() const noexcept { return OpcUa_IsBad(m_code); }
     constexpr bool isNotBad() const noexcept { return OpcUa_IsNotBad(m_code); }

@@ -20,11 +20,6 @@ OpcUa_String allocateText(std::size_t size) noexcept
     return text;
 }
 
-char lowerAscii(char c) noexcept
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-
 // Length of the well-formed sequence at the front of bytes, 0 when there is none.
 std::size_t sequenceLength(std::string_view bytes) noexcept
 {
@@ -88,16 +83,5 @@ bool UaString::isValidUtf8() const noexcept
             return false;
         rest.remove_prefix(length);
     }
-    return true;
-}
-
-bool UaString::equalsIgnoreCase(std::string_view other) const noexcept
-{
-    const std::string_view mine = view();
-    if (mine.size() != other.size())
-        return false;
-    for (std::size_t i = 0; i < mine.size(); ++i)
-        if (lowerAscii(mine[i]) != lowerAscii(other[i]))
-            return false;
     return true;
 }

@@ -39,8 +39,6 @@ public:
     std::string toStdString() const { return std::string(view()); }
     /// Whether the bytes are well-formed UTF-8.
     bool isValidUtf8() const noexcept;
-    /// As ASCII, for protocol names; other bytes compare as they are.
-    bool equalsIgnoreCase(std::string_view other) const noexcept;
     bool startsWith(std::string_view prefix) const noexcept { return view().starts_with(prefix); }
     bool endsWith(std::string_view suffix) const noexcept { return view().ends_with(suffix); }
 

@@ -61,10 +61,6 @@ public:
                    ? static_cast<OpcUa_BuiltInType>(m_value->Datatype)
                    : OpcUaType_Null;
     }
-    OpcUa_VariantArrayType arrayType() const noexcept
-    {
-        return static_cast<OpcUa_VariantArrayType>(m_value->ArrayType);
-    }
     bool isScalar() const noexcept { return m_value->ArrayType == OpcUa_VariantArrayType_Scalar; }
     bool isArray() const noexcept { return m_value->ArrayType == OpcUa_VariantArrayType_Array; }
     bool isMatrix() const noexcept { return m_value->ArrayType == OpcUa_VariantArrayType_Matrix; }
@@ -121,55 +117,13 @@ public:
     /// Replaces one element by a scalar of the same type. BadIndexRangeInvalid, BadTypeMismatch.
     OpcUa_StatusCode setAt(OpcUa_UInt32 index, const UaVariant& element) noexcept;
 
-    void setBoolArray(const UaArray<OpcUa_Boolean>& values) noexcept { setTyped(OpcUaType_Boolean, values); }
-    void setSByteArray(const UaArray<OpcUa_SByte>& values) noexcept { setTyped(OpcUaType_SByte, values); }
     void setByteArray(const UaArray<OpcUa_Byte>& values) noexcept { setTyped(OpcUaType_Byte, values); }
-    void setInt16Array(const UaArray<OpcUa_Int16>& values) noexcept { setTyped(OpcUaType_Int16, values); }
-    void setUInt16Array(const UaArray<OpcUa_UInt16>& values) noexcept { setTyped(OpcUaType_UInt16, values); }
     void setInt32Array(const UaArray<OpcUa_Int32>& values) noexcept { setTyped(OpcUaType_Int32, values); }
     void setUInt32Array(const UaArray<OpcUa_UInt32>& values) noexcept { setTyped(OpcUaType_UInt32, values); }
-    void setInt64Array(const UaArray<OpcUa_Int64>& values) noexcept { setTyped(OpcUaType_Int64, values); }
-    void setUInt64Array(const UaArray<OpcUa_UInt64>& values) noexcept { setTyped(OpcUaType_UInt64, values); }
-    void setFloatArray(const UaArray<OpcUa_Float>& values) noexcept { setTyped(OpcUaType_Float, values); }
-    void setDoubleArray(const UaArray<OpcUa_Double>& values) noexcept { setTyped(OpcUaType_Double, values); }
     void setStringArray(const UaArray<OpcUa_String>& values) noexcept { setTyped(OpcUaType_String, values); }
-    void setDateTimeArray(const UaArray<OpcUa_DateTime>& values) noexcept
-    {
-        setTyped(OpcUaType_DateTime, values);
-    }
-    void setGuidArray(const UaArray<OpcUa_Guid>& values) noexcept { setTyped(OpcUaType_Guid, values); }
-    void setByteStringArray(const UaArray<OpcUa_ByteString>& values) noexcept
-    {
-        setTyped(OpcUaType_ByteString, values);
-    }
-    void setXmlElementArray(const UaArray<OpcUa_ByteString>& values) noexcept
-    {
-        setTyped(OpcUaType_XmlElement, values);
-    }
-    void setNodeIdArray(const UaArray<OpcUa_NodeId>& values) noexcept { setTyped(OpcUaType_NodeId, values); }
-    void setExpandedNodeIdArray(const UaArray<OpcUa_ExpandedNodeId>& values) noexcept
-    {
-        setTyped(OpcUaType_ExpandedNodeId, values);
-    }
-    void setStatusCodeArray(const UaArray<OpcUa_StatusCode>& values) noexcept
-    {
-        setTyped(OpcUaType_StatusCode, values);
-    }
-    void setQualifiedNameArray(const UaArray<OpcUa_QualifiedName>& values) noexcept
-    {
-        setTyped(OpcUaType_QualifiedName, values);
-    }
-    void setLocalizedTextArray(const UaArray<OpcUa_LocalizedText>& values) noexcept
-    {
-        setTyped(OpcUaType_LocalizedText, values);
-    }
     void setExtensionObjectArray(const UaArray<OpcUa_ExtensionObject>& values) noexcept
     {
         setTyped(OpcUaType_ExtensionObject, values);
-    }
-    void setDataValueArray(const UaArray<OpcUa_DataValue>& values) noexcept
-    {
-        setTyped(OpcUaType_DataValue, values);
     }
     void setVariantArray(const UaArray<OpcUa_Variant>& values) noexcept
     {
@@ -210,79 +164,18 @@ public:
 
     /// Deep copy of the elements of an array or matrix; an array of another type is converted as changeType
     /// does it. False (and values empty) when that fails or the value is a scalar.
-    bool toBoolArray(UaArray<OpcUa_Boolean>& values) const noexcept
-    {
-        return toTyped(OpcUaType_Boolean, values);
-    }
-    bool toSByteArray(UaArray<OpcUa_SByte>& values) const noexcept
-    {
-        return toTyped(OpcUaType_SByte, values);
-    }
     bool toByteArray(UaArray<OpcUa_Byte>& values) const noexcept { return toTyped(OpcUaType_Byte, values); }
-    bool toInt16Array(UaArray<OpcUa_Int16>& values) const noexcept
-    {
-        return toTyped(OpcUaType_Int16, values);
-    }
     bool toUInt16Array(UaArray<OpcUa_UInt16>& values) const noexcept
     {
         return toTyped(OpcUaType_UInt16, values);
-    }
-    bool toInt32Array(UaArray<OpcUa_Int32>& values) const noexcept
-    {
-        return toTyped(OpcUaType_Int32, values);
     }
     bool toUInt32Array(UaArray<OpcUa_UInt32>& values) const noexcept
     {
         return toTyped(OpcUaType_UInt32, values);
     }
-    bool toInt64Array(UaArray<OpcUa_Int64>& values) const noexcept
-    {
-        return toTyped(OpcUaType_Int64, values);
-    }
-    bool toUInt64Array(UaArray<OpcUa_UInt64>& values) const noexcept
-    {
-        return toTyped(OpcUaType_UInt64, values);
-    }
-    bool toFloatArray(UaArray<OpcUa_Float>& values) const noexcept
-    {
-        return toTyped(OpcUaType_Float, values);
-    }
-    bool toDoubleArray(UaArray<OpcUa_Double>& values) const noexcept
-    {
-        return toTyped(OpcUaType_Double, values);
-    }
     bool toStringArray(UaArray<OpcUa_String>& values) const noexcept
     {
         return toTyped(OpcUaType_String, values);
-    }
-    bool toDateTimeArray(UaArray<OpcUa_DateTime>& values) const noexcept
-    {
-        return toTyped(OpcUaType_DateTime, values);
-    }
-    bool toGuidArray(UaArray<OpcUa_Guid>& values) const noexcept { return toTyped(OpcUaType_Guid, values); }
-    bool toByteStringArray(UaArray<OpcUa_ByteString>& values) const noexcept
-    {
-        return toTyped(OpcUaType_ByteString, values);
-    }
-    bool toNodeIdArray(UaArray<OpcUa_NodeId>& values) const noexcept
-    {
-        return toTyped(OpcUaType_NodeId, values);
-    }
-    bool toXmlElementArray(UaArray<OpcUa_ByteString>& values) const noexcept
-    {
-        return toTyped(OpcUaType_XmlElement, values);
-    }
-    bool toExpandedNodeIdArray(UaArray<OpcUa_ExpandedNodeId>& values) const noexcept
-    {
-        return toTyped(OpcUaType_ExpandedNodeId, values);
-    }
-    bool toStatusCodeArray(UaArray<OpcUa_StatusCode>& values) const noexcept
-    {
-        return toTyped(OpcUaType_StatusCode, values);
-    }
-    bool toQualifiedNameArray(UaArray<OpcUa_QualifiedName>& values) const noexcept
-    {
-        return toTyped(OpcUaType_QualifiedName, values);
     }
     bool toLocalizedTextArray(UaArray<OpcUa_LocalizedText>& values) const noexcept
     {
@@ -291,14 +184,6 @@ public:
     bool toExtensionObjectArray(UaArray<OpcUa_ExtensionObject>& values) const noexcept
     {
         return toTyped(OpcUaType_ExtensionObject, values);
-    }
-    bool toDataValueArray(UaArray<OpcUa_DataValue>& values) const noexcept
-    {
-        return toTyped(OpcUaType_DataValue, values);
-    }
-    bool toVariantArray(UaArray<OpcUa_Variant>& values) const noexcept
-    {
-        return toTyped(OpcUaType_Variant, values);
     }
 
     // ---- conversion, OPC 10000-4, 7.7.3

@@ -1,18 +1,14 @@
 #include <uabase/system/uamutex.h>
 #include <uabase/system/uarefcounter.h>
-#include <uabase/system/uasemaphore.h>
 #include <uabase/system/uathread.h>
-#include <uabase/system/uathreadpool.h>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
-#include <functional>
+#include <chrono>
 #include <future>
 #include <memory>
-#include <mutex>
-#include <set>
+#include <semaphore>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -26,10 +22,10 @@ class Worker : public UaThread
 public:
     ~Worker() override
     {
-        go.post();
+        go.release();
         wait();
     }
-    UaSemaphore go{0, 100};
+    std::counting_semaphore<> go{0};
     std::atomic<int> rounds{0};
     std::atomic<bool> waitedForItself{true};
 
@@ -37,23 +33,9 @@ protected:
     void run() override
     {
         waitedForItself = wait(0);
-        go.wait();
+        go.acquire();
         ++rounds;
     }
-};
-
-class Job : public UaThreadPoolJob
-{
-public:
-    explicit Job(std::function<void()> work, std::shared_ptr<int> alive = nullptr)
-        : m_work(std::move(work)), m_alive(std::move(alive))
-    {
-    }
-    void execute() override { m_work(); }
-
-private:
-    std::function<void()> m_work;
-    std::shared_ptr<int> m_alive;
 };
 
 } // namespace
@@ -68,12 +50,12 @@ TEST(UaThread, RunsEndsAndStartsAgain)
     EXPECT_TRUE(worker.isRunning());
     EXPECT_FALSE(worker.isCurrentThread());
     EXPECT_FALSE(worker.wait(1)) << "nobody let it go";
-    worker.go.post();
+    worker.go.release();
     EXPECT_TRUE(worker.wait(soon));
     EXPECT_FALSE(worker.isRunning());
     EXPECT_FALSE(worker.waitedForItself);
     ASSERT_TRUE(worker.start());
-    worker.go.post();
+    worker.go.release();
     EXPECT_TRUE(worker.wait());
     EXPECT_EQ(worker.rounds, 2);
 }
@@ -89,7 +71,7 @@ TEST(UaThreadDeathTest, ALivingThreadMayNotBeDestroyed)
                 void run() override
                 {
                     started.set_value();
-                    UaThread::msleep(3600000);
+                    std::this_thread::sleep_for(std::chrono::hours(1));
                 }
             } thread;
             if (thread.start())
@@ -133,97 +115,6 @@ TEST(UaMutex, GuardsFromOtherThreads)
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(counter, 20000);
-}
-
-TEST(UaSemaphore, CountsPermitsUpToItsMaximum)
-{
-    UaSemaphore semaphore(1, 2);
-    EXPECT_TRUE(semaphore.tryWait());
-    EXPECT_FALSE(semaphore.tryWait());
-    EXPECT_FALSE(semaphore.timedWait(1));
-    EXPECT_FALSE(semaphore.post(3));
-    EXPECT_TRUE(semaphore.post(2));
-    EXPECT_FALSE(semaphore.post());
-    EXPECT_TRUE(semaphore.timedWait(0));
-    semaphore.wait();
-    std::future<bool> waiting = std::async(std::launch::async, [&] { return semaphore.timedWait(soon); });
-    semaphore.post();
-    EXPECT_TRUE(waiting.get());
-}
-
-TEST(UaThreadPool, ExecutesEveryJobOnItsThreads)
-{
-    UaThreadPool pool(3);
-    ASSERT_EQ(pool.threadCount(), 3u);
-    std::mutex mutex;
-    std::set<std::thread::id> ids;
-    UaSemaphore together(0, 3);
-    UaSemaphore arrived(0, 3);
-    for (int i = 0; i < 3; ++i) {
-        // three jobs that wait for each other need three threads
-        EXPECT_TRUE(pool.addJob(std::make_unique<Job>([&] {
-            arrived.post();
-            together.wait();
-            const std::lock_guard lock(mutex);
-            ids.insert(std::this_thread::get_id());
-        })));
-    }
-    for (int i = 0; i < 3; ++i)
-        ASSERT_TRUE(arrived.timedWait(soon));
-    EXPECT_FALSE(pool.waitIdle(1));
-    together.post(3);
-    EXPECT_TRUE(pool.waitIdle(soon));
-    EXPECT_EQ(ids.size(), 3u);
-    EXPECT_FALSE(pool.addJob(nullptr));
-}
-
-TEST(UaThreadPool, OneThreadKeepsTheOrderAndJobsMayAddJobs)
-{
-    std::vector<int> order;
-    {
-        UaThreadPool pool(1);
-        pool.addJob(std::make_unique<Job>([&] {
-            order.push_back(1);
-            pool.addJob(std::make_unique<Job>([&] { order.push_back(3); }));
-        }));
-        pool.addJob(std::make_unique<Job>([&] { order.push_back(2); }));
-        EXPECT_TRUE(pool.waitIdle(soon));
-        for (int i = 4; i < 50; ++i)
-            pool.addJob(std::make_unique<Job>([&order, i] { order.push_back(i); }));
-    } // ends with every job done
-    ASSERT_EQ(order.size(), 49u);
-    EXPECT_TRUE(std::is_sorted(order.begin() + 3, order.end()));
-    EXPECT_TRUE(std::set<int>(order.begin(), order.begin() + 3) == std::set<int>({1, 2, 3}));
-}
-
-TEST(UaThreadPool, DiscardedJobsAreDeletedUnexecuted)
-{
-    UaThreadPool pool(1);
-    UaSemaphore started(0, 1);
-    UaSemaphore release(0, 1);
-    std::atomic<int> executed{0};
-    const auto alive = std::make_shared<int>();
-    pool.addJob(std::make_unique<Job>(
-        [&] {
-            started.post();
-            release.wait();
-            ++executed;
-        },
-        alive));
-    started.wait();
-    for (int i = 0; i < 5; ++i)
-        pool.addJob(std::make_unique<Job>([&] { ++executed; }, alive));
-    EXPECT_EQ(pool.pendingJobs(), 5u);
-    std::thread releasing([&] {
-        while (pool.pendingJobs() != 0)
-            std::this_thread::yield();
-        release.post();
-    });
-    pool.shutdown(UaThreadPool::Pending::Discard);
-    releasing.join();
-    EXPECT_EQ(executed, 1);
-    EXPECT_FALSE(pool.addJob(std::make_unique<Job>([&] { ++executed; }, alive)));
-    EXPECT_EQ(alive.use_count(), 1);
 }
 
 TEST(UaRefCounter, TheLastReferenceDeletes)
