@@ -93,7 +93,7 @@ template <typename T>
     const unsigned char* position = bytes.data();
     T* object = decoder(nullptr, &position, static_cast<long>(bytes.size()));
     if (object == nullptr) {
-        errors.addOpenSSLError("The data can not be decoded");
+        errors.addOpenSSLError("The data cannot be decoded");
         return nullptr;
     }
     unsigned char* again = nullptr;
@@ -109,7 +109,7 @@ template <typename T>
     return object;
 }
 
-/// Empty when the object is null or can not be encoded.
+/// Empty when the object is null or cannot be encoded.
 template <typename T>
 [[nodiscard]] UaByteArray encode(const T* object, int (*encoder)(const T*, unsigned char**),
                                  const UaPkiErrors& errors)
@@ -122,7 +122,7 @@ template <typename T>
     unsigned char* bytes = nullptr;
     const int length = encoder(object, &bytes);
     if (length < 0) {
-        errors.addOpenSSLError("The object can not be encoded");
+        errors.addOpenSSLError("The object cannot be encoded");
         return UaByteArray();
     }
     UaByteArray result(length, bytes);
@@ -143,11 +143,36 @@ int noPassword(char* buffer, int size, int writing, void* userData);
 [[nodiscard]] bool writeFile(const UaString& path, const UaByteArray& bytes, unsigned int mode,
                              const UaPkiErrors& errors);
 
+/// The first object of its kind in PEM form, which the caller owns; null when there is none.
+template <typename T>
+[[nodiscard]] T* readPem(Bytes bytes, T* (*reader)(BIO*, T**, pem_password_cb*, void*))
+{
+    ERR_clear_error();
+    const BioPointer memory = readMemory(bytes);
+    return memory == nullptr ? nullptr : reader(memory.get(), nullptr, &noPassword, nullptr);
+}
+
+/// Writes the object to a file that all may read; failure says what cannot be encoded.
+template <typename T>
+[[nodiscard]] bool writePemFile(const UaString& path, const T* object, int (*writer)(BIO*, const T*),
+                                std::string_view failure, const UaPkiErrors& errors)
+{
+    ERR_clear_error();
+    const BioPointer memory = newMemory();
+    if (object == nullptr || memory == nullptr || writer(memory.get(), object) != 1) {
+        errors.addOpenSSLError(failure);
+        return false;
+    }
+    return writeFile(path, contentOf(memory.get()), 0644, errors);
+}
+
 // ---- values
 
 [[nodiscard]] const EVP_MD* digestOf(UaPkiCertificate::SignatureAlgorithm algorithm);
 /// The null date when the time is not one.
 [[nodiscard]] UaDateTime dateTimeOf(const ASN1_TIME* time);
+/// Whether now lies between them; never when one is null.
+[[nodiscard]] bool isNowWithin(const UaDateTime& from, const UaDateTime& to);
 /// Now plus some seconds; false when that is no date.
 [[nodiscard]] bool setTime(ASN1_TIME* time, std::time_t now, OpcUa_Int64 seconds);
 /// As it is to be shown: control characters written out.

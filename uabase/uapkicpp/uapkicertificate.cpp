@@ -69,10 +69,7 @@ UaPkiCertificate UaPkiCertificate::fromPEMFile(const UaString& path)
     std::vector<unsigned char> bytes;
     if (!UaPki::readFile(path, bytes, certificate))
         return certificate;
-    ERR_clear_error();
-    const UaPki::BioPointer memory = UaPki::readMemory(bytes);
-    X509* object =
-        memory != nullptr ? PEM_read_bio_X509(memory.get(), nullptr, &UaPki::noPassword, nullptr) : nullptr;
+    X509* object = UaPki::readPem<X509>(bytes, &PEM_read_bio_X509);
     if (object == nullptr) {
         certificate.addOpenSSLError("File " + path.toStdString() + " holds no certificate in PEM form");
         return certificate;
@@ -99,13 +96,8 @@ bool UaPkiCertificate::toDERFile(const UaString& path) const
 
 bool UaPkiCertificate::toPEMFile(const UaString& path) const
 {
-    ERR_clear_error();
-    const UaPki::BioPointer memory = UaPki::newMemory();
-    if (isNull() || memory == nullptr || PEM_write_bio_X509(memory.get(), m_certificate.get()) != 1) {
-        addOpenSSLError("The certificate can not be encoded");
-        return false;
-    }
-    return UaPki::writeFile(path, UaPki::contentOf(memory.get()), 0644, *this);
+    return UaPki::writePemFile<X509>(path, m_certificate.get(), &PEM_write_bio_X509,
+                                     "The certificate cannot be encoded", *this);
 }
 
 UaPkiCertificateInfo UaPkiCertificate::info() const
@@ -168,9 +160,7 @@ UaDateTime UaPkiCertificate::validTo() const
 
 bool UaPkiCertificate::isValid() const
 {
-    const UaDateTime from = validFrom();
-    const UaDateTime now = UaDateTime::now();
-    return !from.isNull() && from <= now && now <= validTo();
+    return UaPki::isNowWithin(validFrom(), validTo());
 }
 
 bool UaPkiCertificate::isSelfSigned() const

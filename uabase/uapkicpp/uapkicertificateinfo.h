@@ -13,8 +13,8 @@ public:
     UaStringArray DNSNames;
     UaString eMail;
     OpcUa_Int64 validTime = 0; ///< seconds from now; read back: from validFrom to validTo
-    OpcUa_Int64 serialNumber =
-        0; ///< 0: the current time; read back: 0 as well when it needs more than 63 bits
+    /// 0: the current time; read back: 0 as well when it needs more than 63 bits.
+    OpcUa_Int64 serialNumber = 0;
 
     /// Only when read back from a certificate.
     UaDateTime validFrom;

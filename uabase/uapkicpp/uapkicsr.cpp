@@ -28,13 +28,9 @@ UaPkiCSR UaPkiCSR::fromFile(const UaString& path)
     std::vector<unsigned char> bytes;
     if (!UaPki::readFile(path, bytes, csr))
         return csr;
-    ERR_clear_error();
-    const UaPki::BioPointer memory = UaPki::readMemory(bytes);
-    if (memory != nullptr) {
-        if (X509_REQ* object = PEM_read_bio_X509_REQ(memory.get(), nullptr, &UaPki::noPassword, nullptr)) {
-            UaPkiAccess::set(csr, object);
-            return csr;
-        }
+    if (X509_REQ* object = UaPki::readPem<X509_REQ>(bytes, &PEM_read_bio_X509_REQ)) {
+        UaPkiAccess::set(csr, object);
+        return csr;
     }
     return decoded(bytes);
 }
@@ -51,13 +47,8 @@ bool UaPkiCSR::toDERFile(const UaString& path) const
 
 bool UaPkiCSR::toPEMFile(const UaString& path) const
 {
-    ERR_clear_error();
-    const UaPki::BioPointer memory = UaPki::newMemory();
-    if (isNull() || memory == nullptr || PEM_write_bio_X509_REQ(memory.get(), m_request.get()) != 1) {
-        addOpenSSLError("The request can not be encoded");
-        return false;
-    }
-    return UaPki::writeFile(path, UaPki::contentOf(memory.get()), 0644, *this);
+    return UaPki::writePemFile<X509_REQ>(path, m_request.get(), &PEM_write_bio_X509_REQ,
+                                         "The request cannot be encoded", *this);
 }
 
 UaPkiIdentity UaPkiCSR::subject() const

@@ -69,7 +69,7 @@ UaPkiPrivateKey UaPkiPrivateKey::fromPEM(const UaByteArray& bytes, const UaStrin
                          ? PEM_read_bio_PrivateKey(memory.get(), nullptr, &PasswordSource::provide, &source)
                          : nullptr;
     if (read == nullptr) {
-        key.addOpenSSLError("The private key can not be read, or its password is wrong");
+        key.addOpenSSLError("The private key cannot be read, or its password is wrong");
         return key;
     }
     ERR_clear_error();
@@ -86,7 +86,7 @@ UaPkiPrivateKey UaPkiPrivateKey::fromDER(const UaByteArray& bytes, KeyType keyTy
     const unsigned char* position = bytes.rawData();
     UaPki::KeyPointer read(d2i_AutoPrivateKey(nullptr, &position, static_cast<long>(bytes.size())));
     if (read == nullptr || EVP_PKEY_get_base_id(read.get()) != static_cast<int>(keyType)) {
-        key.addOpenSSLError("The private key can not be decoded, or it is of another kind");
+        key.addOpenSSLError("The private key cannot be decoded, or it is of another kind");
         return key;
     }
     ERR_clear_error();

@@ -85,13 +85,9 @@ UaPkiRevocationList UaPkiRevocationList::fromFile(const UaString& path)
     std::vector<unsigned char> bytes;
     if (!UaPki::readFile(path, bytes, list))
         return list;
-    ERR_clear_error();
-    const UaPki::BioPointer memory = UaPki::readMemory(bytes);
-    if (memory != nullptr) {
-        if (X509_CRL* object = PEM_read_bio_X509_CRL(memory.get(), nullptr, &UaPki::noPassword, nullptr)) {
-            UaPkiAccess::set(list, object);
-            return list;
-        }
+    if (X509_CRL* object = UaPki::readPem<X509_CRL>(bytes, &PEM_read_bio_X509_CRL)) {
+        UaPkiAccess::set(list, object);
+        return list;
     }
     return decoded(bytes);
 }
@@ -113,13 +109,8 @@ bool UaPkiRevocationList::toDERFile(const UaString& path) const
 
 bool UaPkiRevocationList::toPEMFile(const UaString& path) const
 {
-    ERR_clear_error();
-    const UaPki::BioPointer memory = UaPki::newMemory();
-    if (isNull() || memory == nullptr || PEM_write_bio_X509_CRL(memory.get(), m_list.get()) != 1) {
-        addOpenSSLError("The revocation list can not be encoded");
-        return false;
-    }
-    return UaPki::writeFile(path, UaPki::contentOf(memory.get()), 0644, *this);
+    return UaPki::writePemFile<X509_CRL>(path, m_list.get(), &PEM_write_bio_X509_CRL,
+                                         "The revocation list cannot be encoded", *this);
 }
 
 bool UaPkiRevocationList::makeUnique()
@@ -133,7 +124,7 @@ bool UaPkiRevocationList::makeUnique()
     ERR_clear_error();
     X509_CRL* copy = X509_CRL_dup(m_list.get());
     if (copy == nullptr) {
-        addOpenSSLError("The revocation list can not be copied");
+        addOpenSSLError("The revocation list cannot be copied");
         return false;
     }
     UaPkiAccess::set(*this, copy);
@@ -217,9 +208,7 @@ UaDateTime UaPkiRevocationList::nextUpdate() const
 
 bool UaPkiRevocationList::isValid() const
 {
-    const UaDateTime from = validFrom();
-    const UaDateTime now = UaDateTime::now();
-    return !from.isNull() && from <= now && now <= nextUpdate();
+    return UaPki::isNowWithin(validFrom(), nextUpdate());
 }
 
 UaPkiIdentity UaPkiRevocationList::issuer() const

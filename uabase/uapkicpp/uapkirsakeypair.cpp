@@ -118,7 +118,7 @@ UaByteArray UaPkiRsaKeyPair::toPEM(const UaString& password) const
         memory != nullptr && (password.isEmpty() ? writePlain(memory.get(), m_key.get())
                                                  : writeProtected(memory.get(), m_key.get(), password));
     if (!written) {
-        addOpenSSLError("The key can not be written");
+        addOpenSSLError("The key cannot be written");
         return UaByteArray();
     }
     return UaPki::contentOf(memory.get());

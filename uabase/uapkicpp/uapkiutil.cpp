@@ -79,7 +79,7 @@ int noPassword(char* /*buffer*/, int /*size*/, int /*writing*/, void* /*userData
 bool readFile(const UaString& path, std::vector<unsigned char>& bytes, const UaPkiErrors& errors)
 {
     if (const std::error_code error = uaReadFile(path, UaPkiCertificate::maximumBytes, bytes)) {
-        errors.addError("File " + path.toStdString() + " can not be read: " + error.message());
+        errors.addError("File " + path.toStdString() + " cannot be read: " + error.message());
         return false;
     }
     return true;
@@ -90,7 +90,7 @@ bool writeFile(const UaString& path, const UaByteArray& bytes, unsigned int mode
     if (bytes.isEmpty())
         return false; // the encoding has failed and told why
     if (const std::error_code error = uaWriteFileAtomically(path, bytes.span(), mode)) {
-        errors.addError("File " + path.toStdString() + " can not be written: " + error.message());
+        errors.addError("File " + path.toStdString() + " cannot be written: " + error.message());
         return false;
     }
     return true;
@@ -107,6 +107,12 @@ UaDateTime dateTimeOf(const ASN1_TIME* time)
     if (time == nullptr || ASN1_TIME_to_tm(time, &parts) != 1)
         return UaDateTime();
     return UaDateTime::fromTime_t(::timegm(&parts));
+}
+
+bool isNowWithin(const UaDateTime& from, const UaDateTime& to)
+{
+    const UaDateTime now = UaDateTime::now();
+    return !from.isNull() && from <= now && now <= to;
 }
 
 bool setTime(ASN1_TIME* time, std::time_t now, OpcUa_Int64 seconds)
