@@ -62,11 +62,11 @@ void answerCreateSession(ServerChannel& channel, OpcUa_UInt32 id)
     bench::Owned<OpcUa_CreateSessionResponse, OpcUa_CreateSessionResponse_EncodeableType> response;
     response->RevisedSessionTimeout = 60'000;
     UaEndpointDescriptions endpoints(1u);
-    UaString("opc.tcp://127.0.0.1:4840").copyTo(&endpoints[0].EndpointUrl);
+    static_cast<void>(UaString("opc.tcp://127.0.0.1:4840").copyTo(&endpoints[0].EndpointUrl));
     endpoints[0].SecurityMode = OpcUa_MessageSecurityMode_None;
-    UaString(OpcUa_SecurityPolicy_None).copyTo(&endpoints[0].SecurityPolicyUri);
+    static_cast<void>(UaString(OpcUa_SecurityPolicy_None).copyTo(&endpoints[0].SecurityPolicyUri));
     UaUserTokenPolicys tokens(1u);
-    UaString("anonymous").copyTo(&tokens[0].PolicyId);
+    static_cast<void>(UaString("anonymous").copyTo(&tokens[0].PolicyId));
     tokens.detach(&endpoints[0].NoOfUserIdentityTokens, &endpoints[0].UserIdentityTokens);
     endpoints.detach(&response->NoOfServerEndpoints, &response->ServerEndpoints);
     respond(channel, id, OpcUa_CreateSessionResponse_EncodeableType, *response);

@@ -46,7 +46,7 @@ QlumOwnCertificate renewedHere(const UaPkiCertificate& old, const QlumOwnCertifi
     for (const OpcUa_String& name : result.info.DNSNames)
         if (std::none_of(names.begin(), names.end(),
                          [&name](const OpcUa_String& other) { return UaString(other) == UaString(name); }))
-            names.append(name);
+            static_cast<void>(names.append(name)); // else one name less
     result.info.DNSNames = names;
     return result;
 }

@@ -41,7 +41,7 @@ UaStringArray textsOf(const QListWidget* list)
 {
     UaStringArray texts;
     for (int row = 0; row < list->count(); ++row)
-        texts.append(*toUaString(list->item(row)->text()).get());
+        static_cast<void>(texts.append(*toUaString(list->item(row)->text()).get())); // else one name less
     return texts;
 }
 

@@ -22,8 +22,7 @@ class Text
 UaStringArray single(const QString& text)
 {
     UaStringArray array;
-    if (array.create(1))
-        toUaString(text).copyTo(&array[0]);
+    static_cast<void>(array.append(*toUaString(text).get())); // empty when out of memory
     return array;
 }
 

@@ -112,7 +112,7 @@ UaStatus QlumTypeCache::read(QlumSessionServices& session, const UaNodeId& id,
 {
     UaReadValueIds nodes(static_cast<OpcUa_UInt32>(attributes.size()));
     for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
-        id.copyTo(&nodes[i].NodeId);
+        static_cast<void>(id.copyTo(&nodes[i].NodeId)); // else null, which the server refuses
         nodes[i].AttributeId = attributes[i];
     }
     ServiceSettings settings = serviceSettings();

@@ -112,9 +112,10 @@ UaNodeId QlumTypeCache::typeDefinition(QlumSessionServices& session, const UaNod
                 .arg(toQString(id.toFullString()), toQString(status.toString())));
         return {};
     }
-    if (!continuationPoint.isEmpty()) { // the server holds it until it is told
+    if (!continuationPoint.isEmpty()) {
+        // the server holds it until it is told, at the longest until the session ends
         UaReferenceDescriptions rest;
-        session.browseNext(settings, true, continuationPoint, rest);
+        static_cast<void>(session.browseNext(settings, true, continuationPoint, rest));
     }
     return references.length() == 1 ? UaNodeId(references[0].NodeId.NodeId) : UaNodeId();
 }
@@ -128,10 +129,11 @@ QPixmap QlumTypeCache::readIconHelper(QlumSessionServices& session, const UaNode
 UaNodeId QlumTypeCache::iconProperty(QlumSessionServices& session, const UaNodeId& id)
 {
     UaBrowsePaths paths(1);
-    id.copyTo(&paths[0].StartingNode);
+    // what there is no memory for stays null, and the server refuses the path
+    static_cast<void>(id.copyTo(&paths[0].StartingNode));
     UaRelativePathElements elements(1);
-    UaNodeId(hasProperty).copyTo(&elements[0].ReferenceTypeId);
-    UaQualifiedName(UaString("Icon"), 0).copyTo(&elements[0].TargetName);
+    static_cast<void>(UaNodeId(hasProperty).copyTo(&elements[0].ReferenceTypeId));
+    static_cast<void>(UaQualifiedName(UaString("Icon"), 0).copyTo(&elements[0].TargetName));
     elements.detach(&paths[0].RelativePath.NoOfElements, &paths[0].RelativePath.Elements);
     ServiceSettings settings = serviceSettings();
     UaBrowsePathResults results;

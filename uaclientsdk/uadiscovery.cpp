@@ -51,13 +51,14 @@ UaStatus discover(const char* method, const char* stackName,
     UaDiscoveryPrivate::fillRequestHeader(settings, request->RequestHeader);
     settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
     if constexpr (requires { request->EndpointUrl; })
-        url.copyTo(&request->EndpointUrl);
+        static_cast<void>(url.copyTo(&request->EndpointUrl)); // a null URL asks for any
     fill(*request);
     status = UaStatus(callStack(stackName, function, discovery.channel(), *request, *response));
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (!status.isBad())
         take(*response);
-    discovery.disconnect();
+    // the answer is here already
+    static_cast<void>(discovery.disconnect());
     UaTrace::tInOut("<-- UaDiscovery::%s [ret=0x%lx]", method,
                     static_cast<unsigned long>(status.statusCode()));
     return status;
@@ -68,7 +69,7 @@ UaStatus discover(const char* method, const char* stackName,
 UaDiscoveryPrivate::~UaDiscoveryPrivate()
 {
     if (m_channel)
-        disconnect();
+        static_cast<void>(disconnect()); // nobody is left to tell
 }
 
 UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityInfo& security,
@@ -129,7 +130,7 @@ void UaDiscoveryPrivate::fillRequestHeader(const ServiceSettings& settings, OpcU
     header.ReturnDiagnostics = settings.returnDiagnostics;
     header.RequestHandle = settings.requestHandle;
     if (!settings.auditEntryId.isEmpty())
-        settings.auditEntryId.copyTo(&header.AuditEntryId);
+        static_cast<void>(settings.auditEntryId.copyTo(&header.AuditEntryId));
 }
 
 UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& discoveryUrl,
@@ -148,8 +149,9 @@ UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& dis
         "findServers", "FindServers", OpcUa_ClientApi_FindServers, OpcUa_FindServersRequest_EncodeableType,
         OpcUa_FindServersResponse_EncodeableType, settings, discoveryUrl, security,
         [&](OpcUa_FindServersRequest& request) {
-            localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
-            serverUris.copyTo(&request.NoOfServerUris, &request.ServerUris);
+            // a filter that there is no memory for is none: more answers than asked for
+            static_cast<void>(localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds));
+            static_cast<void>(serverUris.copyTo(&request.NoOfServerUris, &request.ServerUris));
         },
         [&](OpcUa_FindServersResponse& response) {
             servers.attachFrom(&response.NoOfServers, &response.Servers);
@@ -173,8 +175,9 @@ UaStatus UaDiscovery::getEndpoints(ServiceSettings& settings, const UaString& di
         OpcUa_GetEndpointsRequest_EncodeableType, OpcUa_GetEndpointsResponse_EncodeableType, settings,
         discoveryUrl, security,
         [&](OpcUa_GetEndpointsRequest& request) {
-            localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds);
-            profileUris.copyTo(&request.NoOfProfileUris, &request.ProfileUris);
+            // a filter that there is no memory for is none: more answers than asked for
+            static_cast<void>(localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds));
+            static_cast<void>(profileUris.copyTo(&request.NoOfProfileUris, &request.ProfileUris));
         },
         [&](OpcUa_GetEndpointsResponse& response) {
             endpoints.attachFrom(&response.NoOfEndpoints, &response.Endpoints);
@@ -206,8 +209,9 @@ UaStatus UaDiscovery::findServersOnNetwork(ServiceSettings& settings, const UaSt
         [&](OpcUa_FindServersOnNetworkRequest& request) {
             request.StartingRecordId = startingRecordId;
             request.MaxRecordsToReturn = maxRecordsToReturn;
-            serverCapabilityFilter.copyTo(&request.NoOfServerCapabilityFilter,
-                                          &request.ServerCapabilityFilter);
+            // without memory no filter: more answers than asked for
+            static_cast<void>(serverCapabilityFilter.copyTo(&request.NoOfServerCapabilityFilter,
+                                                            &request.ServerCapabilityFilter));
         },
         [&](OpcUa_FindServersOnNetworkResponse& response) {
             lastCounterResetTime = UaDateTime(response.LastCounterResetTime);

@@ -42,7 +42,7 @@ UaSession::UaSession() : d(UaRefPtr<UaSessionPrivate>::adopt(new UaSessionPrivat
 UaSession::~UaSession()
 {
     if (isConnected())
-        disconnect(ServiceSettings(), true);
+        static_cast<void>(disconnect(ServiceSettings(), true)); // nobody is left to tell
 }
 
 UaStatus UaSession::connect(const UaString& url, const SessionConnectInfo& connectInfo,

@@ -26,8 +26,9 @@ constexpr unsigned int pollInterval = 100; // ms
 UaStringArray joinLocaleIds(const SessionConnectInfo& info)
 {
     UaStringArray result;
-    result.append(*info.localeId.get());
-    result.append(info.additionalLocaleIds.length(), info.additionalLocaleIds.rawData());
+    // a locale that there is no memory for is not asked for
+    static_cast<void>(result.append(*info.localeId.get()));
+    static_cast<void>(result.append(info.additionalLocaleIds.length(), info.additionalLocaleIds.rawData()));
     return result;
 }
 
@@ -126,7 +127,7 @@ UaStatus UaSessionPrivate::startWatching(bool good)
     if (!start()) {
         UaTrace::tError("Error: UaSession::connect - can not start the session thread");
         ServiceSettings settings;
-        disconnect(settings, true);
+        static_cast<void>(disconnect(settings, true)); // the caller hears of the thread
         return UaStatus(OpcUa_BadResourceUnavailable);
     }
     return good ? UaStatus() : UaStatus(OpcUa_GoodCompletesAsynchronously);
@@ -200,23 +201,24 @@ UaStatus UaSessionPrivate::openSession()
     if (status.isBad()) {
         ServiceSettings settings;
         settings.callTimeout = context.connectInfo.connectTimeout;
-        m_activator.closeSession(settings, true);
+        static_cast<void>(m_activator.closeSession(settings, true)); // the caller hears of the first failure
     }
     return status;
 }
 
+// The session works without its tables and definitions, too.
 void UaSessionPrivate::afterConnect()
 {
-    updateNamespaceTable();
+    static_cast<void>(updateNamespaceTable());
     if (dictionaryModeIs([](auto mode) { return mode == UaClient::Connect || mode == UaClient::Reconnect; }))
-        loadDefinitions();
+        static_cast<void>(loadDefinitions());
 }
 
 void UaSessionPrivate::afterReconnect()
 {
-    updateNamespaceTable();
+    static_cast<void>(updateNamespaceTable());
     if (dictionaryModeIs([](auto mode) { return mode == UaClient::Reconnect; }))
-        loadDefinitions();
+        static_cast<void>(loadDefinitions());
 }
 
 bool UaSessionPrivate::dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryMode)) const
@@ -228,7 +230,7 @@ bool UaSessionPrivate::dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryM
 void UaSessionPrivate::loadDefinitionsOnFirstUse()
 {
     if (!definitions.isLoaded() && dictionaryModeIs([](auto mode) { return mode != UaClient::Manual; }))
-        loadDefinitions();
+        static_cast<void>(loadDefinitions());
 }
 
 UaStatus UaSessionPrivate::loadDefinitions()

@@ -178,7 +178,8 @@ void QlumAddressSpaceModel::release(Task& task)
 {
     const WaitCursor wait;
     UaReferenceDescriptions references;
-    m_services->browseNext(task.settings, true, task.continuationPoint, references);
+    // a server that keeps the point loses it with the session
+    static_cast<void>(m_services->browseNext(task.settings, true, task.continuationPoint, references));
 }
 
 // Called before nodes go: nothing may come back to them.

@@ -88,9 +88,9 @@ bool QlumAttributeModel::write(const UaVariant& value)
 {
     const std::shared_ptr<QlumSessionServices> session = m_services(m_serverId);
     UaWriteValues nodes(1);
-    m_nodeId.copyTo(&nodes[0].NodeId);
     nodes[0].AttributeId = OpcUa_Attributes_Value;
-    value.copyTo(&nodes[0].Value.Value);
+    if (OpcUa_IsBad(m_nodeId.copyTo(&nodes[0].NodeId)) || OpcUa_IsBad(value.copyTo(&nodes[0].Value.Value)))
+        return false; // out of memory; a null value must not be written instead
     UaClientSdk::ServiceSettings settings;
     settings.callTimeout =
         m_application.settingsValue(QStringLiteral("General.CallTimeout"), settings.callTimeout).toUInt();

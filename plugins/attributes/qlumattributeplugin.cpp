@@ -197,7 +197,7 @@ void QlumAttributePlugin::showNode(unsigned int serverId, const UaNodeId& nodeId
         return;
     }
     UaReadValueIds nodes(1);
-    nodeId.copyTo(&nodes[0].NodeId);
+    static_cast<void>(nodeId.copyTo(&nodes[0].NodeId)); // else null, which the server refuses
     nodes[0].AttributeId = OpcUa_Attributes_NodeClass;
     UaClientSdk::ServiceSettings settings;
     settings.callTimeout =

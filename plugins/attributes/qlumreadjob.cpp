@@ -68,7 +68,7 @@ UaReadValueIds QlumReadJob::nodesToRead(const QList<int>& attributeIds) const
 {
     UaReadValueIds nodes(static_cast<OpcUa_UInt32>(attributeIds.size()));
     for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
-        m_nodeId.copyTo(&nodes[i].NodeId);
+        static_cast<void>(m_nodeId.copyTo(&nodes[i].NodeId)); // else null, which the server refuses
         nodes[i].AttributeId = static_cast<OpcUa_UInt32>(attributeIds.at(static_cast<int>(i)));
     }
     return nodes;

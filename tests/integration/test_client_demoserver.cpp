@@ -178,7 +178,7 @@ TEST_F(ClientOnDemoServer, WritesAValueAndShowsWhatTheServerHas)
     }
     // asked behind the view's back: it is the server's value
     UaReadValueIds nodes(1u);
-    UaNodeId(UaString("Scalar.Double"), 2).copyTo(&nodes[0].NodeId);
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(UaString("Scalar.Double"), 2).copyTo(&nodes[0].NodeId)));
     nodes[0].AttributeId = OpcUa_Attributes_Value;
     UaDataValues values;
     UaDiagnosticInfos infos;

@@ -90,15 +90,15 @@ TEST_F(HttpsDemoServer, SessionReadsWritesAndBrowses)
     UaDiagnosticInfos diagnostics;
     const UaNodeId node(UaString("Scalar.Double"), demoNs);
     UaWriteValues writes(1u);
-    node.copyTo(&writes[0].NodeId);
+    EXPECT_TRUE(OpcUa_IsGood(node.copyTo(&writes[0].NodeId)));
     writes[0].AttributeId = OpcUa_Attributes_Value;
-    UaVariant(42.125).copyTo(&writes[0].Value.Value);
+    EXPECT_TRUE(OpcUa_IsGood(UaVariant(42.125).copyTo(&writes[0].Value.Value)));
     UaStatusCodeArray results;
     ASSERT_TRUE(session.write(settings, writes, results, diagnostics).isGood());
     EXPECT_EQ(results[0], OpcUa_Good);
 
     UaReadValueIds reads(1u);
-    node.copyTo(&reads[0].NodeId);
+    EXPECT_TRUE(OpcUa_IsGood(node.copyTo(&reads[0].NodeId)));
     reads[0].AttributeId = OpcUa_Attributes_Value;
     UaDataValues values;
     ASSERT_TRUE(
@@ -187,7 +187,7 @@ public:
         OpcUa_CreateSessionRequest create;
         OpcUa_CreateSessionRequest_Initialize(&create);
         create.RequestedSessionTimeout = 60'000;
-        UaString(url.c_str()).copyTo(&create.EndpointUrl);
+        EXPECT_TRUE(OpcUa_IsGood(UaString(url.c_str()).copyTo(&create.EndpointUrl)));
         OpcUa_CreateSessionResponse created;
         EXPECT_EQ(OpcUa_ClientApi_CreateSession(channel, &create, &created), OpcUa_Good);
         OpcUa_NodeId_Copy(&created.AuthenticationToken, &token);
@@ -228,7 +228,7 @@ public:
     {
         auto read = request<OpcUa_ReadRequest>(OpcUa_ReadRequest_EncodeableType);
         UaReadValueIds nodes(1u);
-        UaNodeId(OpcUaId_Server_ServerStatus_CurrentTime).copyTo(&nodes[0].NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(OpcUaId_Server_ServerStatus_CurrentTime).copyTo(&nodes[0].NodeId)));
         nodes[0].AttributeId = OpcUa_Attributes_Value;
         read.NoOfNodesToRead = 1;
         read.NodesToRead = nodes.detach();

@@ -108,7 +108,7 @@ protected:
     void TearDown() override
     {
         if (session.isConnected())
-            session.disconnect(settings, true);
+            EXPECT_TRUE(session.disconnect(settings, true).isGood());
     }
 
     static SessionSecurityInfo securityOf(const OpcUa_EndpointDescription& endpoint)

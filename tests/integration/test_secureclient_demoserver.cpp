@@ -110,7 +110,7 @@ protected:
     bool answers()
     {
         UaReadValueIds ids(1u);
-        UaNodeId(OpcUaId_Server_ServerStatus_State).copyTo(&ids[0].NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(OpcUaId_Server_ServerStatus_State).copyTo(&ids[0].NodeId)));
         ids[0].AttributeId = OpcUa_Attributes_Value;
         UaDataValues values;
         UaDiagnosticInfos infos;

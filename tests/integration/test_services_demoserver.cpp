@@ -109,16 +109,16 @@ protected:
         CallIn callIn;
         callIn.objectId = demoNode("Methods");
         callIn.methodId = demoNode(method);
-        callIn.inputArguments.create(static_cast<OpcUa_UInt32>(arguments.size()));
+        EXPECT_TRUE(callIn.inputArguments.create(static_cast<OpcUa_UInt32>(arguments.size())));
         OpcUa_UInt32 i = 0;
         for (const UaVariant& argument : arguments)
-            argument.copyTo(&callIn.inputArguments[i++]);
+            EXPECT_TRUE(OpcUa_IsGood(argument.copyTo(&callIn.inputArguments[i++])));
         return callIn;
     }
     static UaHistoryReadValueIds historyNode(const char* id)
     {
         UaHistoryReadValueIds nodes(1u);
-        demoNode(id).copyTo(&nodes[0].NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(demoNode(id).copyTo(&nodes[0].NodeId)));
         return nodes;
     }
 
@@ -159,11 +159,11 @@ TEST_F(ServicesDemoServerTest, ManyCallsAreSplitAndAnsweredInOrder)
 {
     UaCallMethodRequests requests(250u);
     for (OpcUa_UInt32 i = 0; i < requests.length(); ++i) {
-        demoNode("Methods").copyTo(&requests[i].ObjectId);
-        demoNode("Methods.Add").copyTo(&requests[i].MethodId);
+        EXPECT_TRUE(OpcUa_IsGood(demoNode("Methods").copyTo(&requests[i].ObjectId)));
+        EXPECT_TRUE(OpcUa_IsGood(demoNode("Methods.Add").copyTo(&requests[i].MethodId)));
         UaVariantArray arguments(2u);
-        UaVariant(static_cast<double>(i)).copyTo(&arguments[0]);
-        UaVariant(1000.0).copyTo(&arguments[1]);
+        EXPECT_TRUE(OpcUa_IsGood(UaVariant(static_cast<double>(i)).copyTo(&arguments[0])));
+        EXPECT_TRUE(OpcUa_IsGood(UaVariant(1000.0).copyTo(&arguments[1])));
         arguments.detach(&requests[i].NoOfInputArguments, &requests[i].InputArguments);
     }
     UaCallMethodResults results;
@@ -224,8 +224,8 @@ TEST_F(ServicesDemoServerTest, ProcessedHistoryHasOneValueAnInterval)
     context.endTime = UaDateTime((UaDateTime::now().value() / minute - 1) * minute);
     context.startTime = UaDateTime(context.endTime.value() - 30 * minute);
     context.processingInterval = 300'000.0; // one period of the sine
-    UaNodeId(OpcUaId_AggregateFunction_Average)
-        .copyTo((context.aggregateTypes.create(1), &context.aggregateTypes[0]));
+    ASSERT_TRUE(context.aggregateTypes.create(1));
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(OpcUaId_AggregateFunction_Average).copyTo(&context.aggregateTypes[0])));
     HistoryReadDataResults results;
     ASSERT_TRUE(
         session.historyReadProcessed(settings, context, historyNode("History.Sine"), results, diagnostics)
@@ -239,13 +239,13 @@ TEST_F(ServicesDemoServerTest, ProcessedHistoryHasOneValueAnInterval)
 TEST_F(ServicesDemoServerTest, RegisteredNodesCanBeRead)
 {
     UaNodeIdArray nodes;
-    nodes.append(*demoNode("Scalar.Int32").get());
-    nodes.append(*demoNode("Scalar.Double").get());
+    EXPECT_TRUE(nodes.append(*demoNode("Scalar.Int32").get()));
+    EXPECT_TRUE(nodes.append(*demoNode("Scalar.Double").get()));
     UaNodeIdArray registered;
     ASSERT_TRUE(session.registerNodes(settings, nodes, registered).isGood());
     ASSERT_EQ(registered.length(), 2u);
     UaReadValueIds read(1u);
-    UaNodeId(registered[1]).copyTo(&read[0].NodeId);
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(registered[1]).copyTo(&read[0].NodeId)));
     read[0].AttributeId = OpcUa_Attributes_Value;
     UaDataValues values;
     ASSERT_TRUE(
@@ -274,7 +274,7 @@ TEST_F(ServicesDemoServerTest, RefusedServicesTellWhy)
             .statusCode(),
         unsupported);
     HistoryReadAtTimeContext atTime;
-    atTime.requestedTimes.append(UaDateTime::now().value());
+    EXPECT_TRUE(atTime.requestedTimes.append(UaDateTime::now().value()));
     HistoryReadDataResults read;
     const UaStatus atTimeStatus =
         session.historyReadAtTime(settings, atTime, historyNode("History.Sine"), read, diagnostics);
@@ -294,7 +294,7 @@ TEST_F(ServicesDemoServerTest, AsynchronousCallsCompleteOverTheWire)
 {
     UaReadValueIds nodes(250u);
     for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
-        UaNodeId(100000 + i, 4).copyTo(&nodes[i].NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(100000 + i, 4).copyTo(&nodes[i].NodeId)));
         nodes[i].AttributeId = OpcUa_Attributes_NodeId;
     }
     ASSERT_TRUE(session.beginRead(settings, 0.0, OpcUa_TimestampsToReturn_Both, nodes, 1).isGood());

@@ -70,7 +70,7 @@ protected:
     UaDataValue readValue(const UaNodeId& node)
     {
         UaReadValueIds nodes(1u);
-        node.copyTo(&nodes[0].NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(node.copyTo(&nodes[0].NodeId)));
         nodes[0].AttributeId = OpcUa_Attributes_Value;
         UaDataValues values;
         const UaStatus status =
@@ -82,9 +82,9 @@ protected:
     OpcUa_StatusCode writeValue(const UaNodeId& node, const UaVariant& value)
     {
         UaWriteValues nodes(1u);
-        node.copyTo(&nodes[0].NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(node.copyTo(&nodes[0].NodeId)));
         nodes[0].AttributeId = OpcUa_Attributes_Value;
-        value.copyTo(&nodes[0].Value.Value);
+        EXPECT_TRUE(OpcUa_IsGood(value.copyTo(&nodes[0].Value.Value)));
         UaStatusCodeArray results;
         const UaStatus status = session.write(settings, nodes, results, diagnostics);
         return status.isBad() ? status.statusCode() : results[0];
@@ -177,7 +177,7 @@ TEST_F(DemoServerTest, ReadBeyondTheServersLimitIsSplit)
 {
     UaReadValueIds nodes(2500u);
     for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
-        UaNodeId(100000 + i, manyNs).copyTo(&nodes[i].NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(100000 + i, manyNs).copyTo(&nodes[i].NodeId)));
         nodes[i].AttributeId = OpcUa_Attributes_NodeId;
     }
     UaDataValues values;
@@ -210,7 +210,7 @@ TEST_F(DemoServerTest, StructuresDecodeByTheDefinitionsOfTheServer)
 TEST_F(DemoServerTest, PathsAreTranslated)
 {
     UaBrowsePaths paths(1u);
-    UaNodeId(OpcUaId_Server).copyTo(&paths[0].StartingNode);
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(OpcUaId_Server).copyTo(&paths[0].StartingNode)));
     UaRelativePathElements elements(1u);
     elements[0].ReferenceTypeId.Identifier.Numeric = OpcUaId_HierarchicalReferences;
     elements[0].IncludeSubtypes = OpcUa_True;
@@ -231,7 +231,7 @@ TEST_F(DemoServerTest, CallsOfManyThreadsShareOneChannel)
             for (int i = 0; i < 50; ++i) {
                 ServiceSettings own;
                 UaReadValueIds nodes(1u);
-                demoNode("Dynamic.Counter").copyTo(&nodes[0].NodeId);
+                EXPECT_TRUE(OpcUa_IsGood(demoNode("Dynamic.Counter").copyTo(&nodes[0].NodeId)));
                 nodes[0].AttributeId = OpcUa_Attributes_Value;
                 UaDataValues values;
                 UaDiagnosticInfos infos;

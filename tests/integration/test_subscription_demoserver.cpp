@@ -87,7 +87,7 @@ public:
     }
     void newEvents(OpcUa_UInt32, UaEventFieldLists& lists) override
     {
-        change([&] { events.appendMoved(std::move(lists)); });
+        change([&] { EXPECT_TRUE(events.appendMoved(std::move(lists))); });
     }
     void createMonitoredItemsComplete(OpcUa_UInt32 transactionId, const UaStatus& status,
                                       const UaMonitoredItemCreateResults& results,
@@ -167,7 +167,7 @@ protected:
                                                  OpcUa_MonitoringMode mode = OpcUa_MonitoringMode_Reporting)
     {
         UaMonitoredItemCreateRequests requests(1u);
-        node.copyTo(&requests[0].ItemToMonitor.NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(node.copyTo(&requests[0].ItemToMonitor.NodeId)));
         requests[0].ItemToMonitor.AttributeId = OpcUa_Attributes_Value;
         requests[0].MonitoringMode = mode;
         requests[0].RequestedParameters.ClientHandle = clientHandle;
@@ -190,7 +190,7 @@ protected:
     void write(const UaNodeId& node, double number)
     {
         UaWriteValues nodes(1u);
-        node.copyTo(&nodes[0].NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(node.copyTo(&nodes[0].NodeId)));
         nodes[0].AttributeId = OpcUa_Attributes_Value;
         nodes[0].Value.Value.Datatype = OpcUaType_Double;
         nodes[0].Value.Value.Value.Double = number;
@@ -313,7 +313,7 @@ TEST_F(SubscriptionDemoServer, ThousandsOfItemsAreCreatedInBlocksWithoutWaiting)
     constexpr OpcUa_UInt32 count = 2500;
     UaMonitoredItemCreateRequests requests(count);
     for (OpcUa_UInt32 i = 0; i < count; ++i) {
-        UaNodeId(100000 + i, 4).copyTo(&requests[i].ItemToMonitor.NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(100000 + i, 4).copyTo(&requests[i].ItemToMonitor.NodeId)));
         requests[i].ItemToMonitor.AttributeId = OpcUa_Attributes_Value;
         requests[i].MonitoringMode = OpcUa_MonitoringMode_Reporting;
         requests[i].RequestedParameters.ClientHandle = i;

@@ -99,7 +99,7 @@ protected:
     UaVariant readValue(const char* id)
     {
         UaReadValueIds nodes(1u);
-        UaNodeId(UaString(id), structureNs).copyTo(&nodes[0].NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(UaString(id), structureNs).copyTo(&nodes[0].NodeId)));
         nodes[0].AttributeId = OpcUa_Attributes_Value;
         UaDataValues values;
         UaDiagnosticInfos diagnostics;
@@ -165,9 +165,9 @@ TEST_F(TypesTest, TypeOfADictionaryDecodesAndComesBack)
     UaExtensionObject changed;
     ASSERT_TRUE(value.encode(changed).isGood());
     UaWriteValues nodes(1u);
-    UaNodeId(UaString("Structure.Legacy"), structureNs).copyTo(&nodes[0].NodeId);
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(UaString("Structure.Legacy"), structureNs).copyTo(&nodes[0].NodeId)));
     nodes[0].AttributeId = OpcUa_Attributes_Value;
-    UaVariant(changed).copyTo(&nodes[0].Value.Value);
+    EXPECT_TRUE(OpcUa_IsGood(UaVariant(changed).copyTo(&nodes[0].Value.Value)));
     UaStatusCodeArray results;
     UaDiagnosticInfos diagnostics;
     ASSERT_TRUE(session.write(settings, nodes, results, diagnostics).isGood());
@@ -179,7 +179,7 @@ TEST_F(TypesTest, TypeOfADictionaryDecodesAndComesBack)
     ASSERT_TRUE(value.setField(UaString("Name"), UaVariant("alt")).isGood());
     ASSERT_TRUE(value.encode(changed).isGood());
     OpcUa_Variant_Clear(&nodes[0].Value.Value);
-    UaVariant(changed).copyTo(&nodes[0].Value.Value);
+    EXPECT_TRUE(OpcUa_IsGood(UaVariant(changed).copyTo(&nodes[0].Value.Value)));
     EXPECT_TRUE(session.write(settings, nodes, results, diagnostics).isGood());
 }
 

@@ -26,8 +26,8 @@ bool makeOwnPair(UaClientSdk::SessionSecurityInfo& security)
     subject.commonName = UaString("Soak");
     UaPkiCertificateInfo info;
     info.URI = UaString("urn:localhost:Korvanda:Soak");
-    info.DNSNames.create(1);
-    UaString("localhost").copyTo(&info.DNSNames[0]);
+    static_cast<void>(info.DNSNames.create(1));
+    static_cast<void>(UaString("localhost").copyTo(&info.DNSNames[0]));
     info.validTime = 86400;
     const UaPkiCertificate certificate(info, subject, pair, false, UaPkiCertificate::Sha256);
     const UaByteArray key = pair.toDER();

@@ -41,7 +41,8 @@ UaReadValueIds someNodes(std::mt19937_64& random)
     constexpr OpcUa_UInt32 many = 100000;
     UaReadValueIds nodes(static_cast<OpcUa_UInt32>(1 + random() % 200));
     for (OpcUa_ReadValueId& node : nodes) {
-        UaNodeId(many + static_cast<OpcUa_UInt32>(random() % 10000), 4).copyTo(&node.NodeId);
+        static_cast<void>(
+            UaNodeId(many + static_cast<OpcUa_UInt32>(random() % 10000), 4).copyTo(&node.NodeId));
         node.AttributeId = OpcUa_Attributes_Value;
     }
     return nodes;
@@ -169,7 +170,7 @@ bool Participant::createSubscription(std::size_t n)
         OpcUa_MonitoredItemCreateRequest& request = items[item];
         char id[16];
         std::snprintf(id, sizeof id, "Fast.%03u", (static_cast<OpcUa_UInt32>(n) * itemsOfEach + item) % 100);
-        UaNodeId(UaString(id), demoNs).copyTo(&request.ItemToMonitor.NodeId);
+        static_cast<void>(UaNodeId(UaString(id), demoNs).copyTo(&request.ItemToMonitor.NodeId));
         request.ItemToMonitor.AttributeId = OpcUa_Attributes_Value;
         request.MonitoringMode = OpcUa_MonitoringMode_Reporting;
         request.RequestedParameters.ClientHandle = item;

@@ -16,6 +16,7 @@
 #include <uabase/values/uavariant.h>
 
 #include <QStringList>
+#include <gtest/gtest.h>
 
 #include <deque>
 #include <map>
@@ -87,14 +88,14 @@ public:
         journal.append("read " + toQString(UaNodeId(nodes[0].NodeId).toXmlString()));
         if (callStatus != 0)
             return UaStatus(callStatus);
-        values.create(nodes.length());
+        EXPECT_TRUE(values.create(nodes.length()));
         for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
             const std::pair key{UaNodeId(nodes[i].NodeId), nodes[i].AttributeId};
             const auto found = attributes.find(key);
             if (found == attributes.end())
                 values[i].StatusCode = OpcUa_BadAttributeIdInvalid;
             else
-                found->second.copyTo(&values[i].Value);
+                EXPECT_TRUE(OpcUa_IsGood(found->second.copyTo(&values[i].Value)));
             if (const auto status = attributeStatus.find(key); status != attributeStatus.end())
                 values[i].StatusCode = status->second;
         }
@@ -107,7 +108,7 @@ public:
             return UaStatus(callStatus);
         journal.append("write " + toQString(UaNodeId(nodes[0].NodeId).toXmlString()));
         written.emplace_back(nodes[0].Value.Value);
-        results.create(1);
+        EXPECT_TRUE(results.create(1));
         results[0] = writeResult;
         return {};
     }
@@ -118,14 +119,14 @@ public:
         journal.append("translate " + toQString(start.toXmlString()));
         if (callStatus != 0)
             return UaStatus(callStatus);
-        results.create(1);
+        EXPECT_TRUE(results.create(1));
         const auto found = icons.find(start);
         if (found == icons.end()) {
             results[0].StatusCode = OpcUa_BadNoMatch;
             return {};
         }
         UaBrowsePathTargets targets(1);
-        found->second.copyTo(&targets[0].TargetId.NodeId);
+        EXPECT_TRUE(OpcUa_IsGood(found->second.copyTo(&targets[0].TargetId.NodeId)));
         targets.detach(&results[0].NoOfTargets, &results[0].Targets);
         return {};
     }
@@ -155,20 +156,21 @@ private:
                 std::span(reinterpret_cast<const OpcUa_Byte*>(idText.view().data()), idText.size()));
         references.clear();
         if (inventive && position >= answers.size()) {
-            references.create(1);
-            UaNodeId(++m_invented, 9).copyTo(&references[0].NodeId.NodeId);
+            EXPECT_TRUE(references.create(1));
+            EXPECT_TRUE(OpcUa_IsGood(UaNodeId(++m_invented, 9).copyTo(&references[0].NodeId.NodeId)));
             return {};
         }
         if (position >= answers.size())
             return {};
         const Answer& now = answers[position];
-        references.create(static_cast<OpcUa_UInt32>(now.references.size()));
+        EXPECT_TRUE(references.create(static_cast<OpcUa_UInt32>(now.references.size())));
         for (OpcUa_UInt32 i = 0; i < references.length(); ++i) {
             const ScriptedReference& from = now.references[i];
-            from.id.copyTo(&references[i].NodeId.NodeId);
-            UaLocalizedText(UaString("en"), UaString(from.name)).copyTo(&references[i].DisplayName);
+            EXPECT_TRUE(OpcUa_IsGood(from.id.copyTo(&references[i].NodeId.NodeId)));
+            EXPECT_TRUE(OpcUa_IsGood(
+                UaLocalizedText(UaString("en"), UaString(from.name)).copyTo(&references[i].DisplayName)));
             references[i].NodeClass = from.nodeClass;
-            from.typeDefinition.copyTo(&references[i].TypeDefinition.NodeId);
+            EXPECT_TRUE(OpcUa_IsGood(from.typeDefinition.copyTo(&references[i].TypeDefinition.NodeId)));
         }
         return UaStatus(now.status);
     }

@@ -8,6 +8,8 @@
 #include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <span>
 #include <string>
@@ -88,7 +90,7 @@ private:
         response.AuthenticationToken.Identifier.Numeric = 77;
         response.RevisedSessionTimeout = 1200000.0;
         response.ResponseHeader.Timestamp = OpcUa_DateTime_UtcNow();
-        certificate.copyTo(&response.ServerCertificate);
+        EXPECT_TRUE(OpcUa_IsGood(certificate.copyTo(&response.ServerCertificate)));
         nextNonce(response.ServerNonce);
         const UaClientSdk::CryptoProvider provider(UaString(m_policyUri.c_str()));
         if (!provider.isNone()) {
@@ -98,7 +100,7 @@ private:
                           signature)
                     .isBad())
                 return OpcUa_BadInternalError;
-            signature.copyTo(&response.ServerSignature.Signature);
+            EXPECT_TRUE(OpcUa_IsGood(signature.copyTo(&response.ServerSignature.Signature)));
             OpcUa_String_Assign(&response.ServerSignature.Algorithm, provider.signatureUri(), -1);
         }
         addEndpoint(request.EndpointUrl, response);
@@ -118,7 +120,7 @@ private:
         OpcUa_String_Copy(&url, &endpoint.EndpointUrl);
         endpoint.SecurityMode = m_mode;
         OpcUa_String_Assign(&endpoint.SecurityPolicyUri, m_policyUri.c_str(), -1);
-        certificate.copyTo(&endpoint.ServerCertificate);
+        EXPECT_TRUE(OpcUa_IsGood(certificate.copyTo(&endpoint.ServerCertificate)));
         endpoint.UserIdentityTokens = static_cast<OpcUa_UserTokenPolicy*>(
             OpcUa_Memory_AllocArray(tokens.size(), sizeof(OpcUa_UserTokenPolicy)));
         endpoint.NoOfUserIdentityTokens = static_cast<OpcUa_Int32>(tokens.size());

@@ -79,12 +79,13 @@ UaStatusCode writeStructured(const std::vector<OpcUa_Byte>& bits, const std::vec
 {
     OpcUa_OptionSet record;
     UaElement<OpcUa_OptionSet>::initialize(&record, 1);
-    UaByteString(std::span(bits)).detach(&record.Value);
-    UaByteString(std::span(valid)).detach(&record.ValidBits);
     OpcUa_ByteString bytes;
     OpcUa_ByteString_Initialize(&bytes);
-    const OpcUa_StatusCode status =
-        OpcUa_EncodeableObject_EncodeBinary(&OpcUa_OptionSet_EncodeableType, &record, &bytes);
+    OpcUa_StatusCode status = UaByteString(std::span(bits)).detach(&record.Value);
+    if (OpcUa_IsGood(status))
+        status = UaByteString(std::span(valid)).detach(&record.ValidBits);
+    if (OpcUa_IsGood(status))
+        status = OpcUa_EncodeableObject_EncodeBinary(&OpcUa_OptionSet_EncodeableType, &record, &bytes);
     UaElement<OpcUa_OptionSet>::clear(&record, 1);
     UaByteString body;
     body.attach(&bytes);

@@ -18,9 +18,9 @@ public:
 
     /// An unsigned number of the definition's type, or an ExtensionObject of the structured form.
     /// BadTypeMismatch, BadDecodingError; the value is then null.
-    [[nodiscard]] UaStatusCode decode(const UaVariant& value, const UaOptionSetDefinition& definition);
+    UaStatusCode decode(const UaVariant& value, const UaOptionSetDefinition& definition);
     /// The reverse. BadInvalidState when null.
-    [[nodiscard]] UaStatusCode encode(UaVariant& value) const;
+    UaStatusCode encode(UaVariant& value) const;
 
     bool isNull() const noexcept { return m_definition.isNull(); }
     const UaOptionSetDefinition& definition() const noexcept { return m_definition; }

@@ -38,11 +38,8 @@ UaStructureDefinition completed(const UaStructureDefinition& definition, UaDataT
 
 UaVariant defaultValue(const UaStructureField& field, UaDataTypeDictionary* dictionary)
 {
-    if (field.valueRank() >= 0) {
-        UaVariant array;
-        array.attachArray(field.builtInType(), -1, nullptr);
-        return array;
-    }
+    if (field.valueRank() >= 0)
+        return uabase::nullArray(field.builtInType());
     const UaStructureDefinition nested = field.structureDefinition();
     uabase::StructureWriter writer(dictionary);
     if (field.isNestedStructure() && !nested.isNull() && OpcUa_IsGood(writer.writeDefaults(nested)))
@@ -77,16 +74,9 @@ UaStatusCode UaGenericStructureValue::decode(const UaExtensionObject& value,
                                              UaDataTypeDictionary* dictionary)
 {
     d.reset();
-    if (value.encoding() == OpcUa_ExtensionObjectEncoding_Xml)
-        return OpcUa_BadNotSupported;
-    if (definition.isNull() || !uabase::isOfType(value, definition))
-        return OpcUa_BadDataTypeIdUnknown;
     UaByteString body;
-    const OpcUa_StatusCode status = value.binaryBody(body);
-    if (!OpcUa_IsGood(status) &&
-        status != OpcUa_BadNoData) // a structure without fields may come without body
-        return OpcUa_BadDecodingError;
-    return decode(body, definition, dictionary);
+    const OpcUa_StatusCode status = uabase::bodyOf(value, definition, body);
+    return OpcUa_IsGood(status) ? decode(body, definition, dictionary) : UaStatusCode(status);
 }
 
 UaStatusCode UaGenericStructureValue::decode(const UaByteString& body,

@@ -30,12 +30,12 @@ public:
     /// null: BadDataTypeIdUnknown (another type, or a nested one without definition), BadDecodingError (cut,
     /// left-over or wrong bytes), BadEncodingLimitsExceeded (nested deeper than 100), BadNotSupported (XML
     /// body, or a union).
-    [[nodiscard]] UaStatusCode decode(const UaExtensionObject& value, const UaStructureDefinition& definition,
-                                      UaDataTypeDictionary* dictionary = nullptr);
-    [[nodiscard]] UaStatusCode decode(const UaByteString& body, const UaStructureDefinition& definition,
-                                      UaDataTypeDictionary* dictionary = nullptr);
+    UaStatusCode decode(const UaExtensionObject& value, const UaStructureDefinition& definition,
+                        UaDataTypeDictionary* dictionary = nullptr);
+    UaStatusCode decode(const UaByteString& body, const UaStructureDefinition& definition,
+                        UaDataTypeDictionary* dictionary = nullptr);
     /// BadInvalidState when null, BadEncodingError when a value does not fit its field.
-    [[nodiscard]] UaStatusCode encode(UaExtensionObject& value) const;
+    UaStatusCode encode(UaExtensionObject& value) const;
 
     bool isNull() const noexcept { return !d; }
     UaStructureDefinition definition() const noexcept;

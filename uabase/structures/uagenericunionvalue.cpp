@@ -16,16 +16,9 @@ UaStatusCode UaGenericUnionValue::decode(const UaExtensionObject& value,
                                          UaDataTypeDictionary* dictionary)
 {
     *this = UaGenericUnionValue();
-    if (value.encoding() == OpcUa_ExtensionObjectEncoding_Xml)
-        return OpcUa_BadNotSupported;
-    if (definition.isNull() || !uabase::isOfType(value, definition))
-        return OpcUa_BadDataTypeIdUnknown;
     UaByteString body;
-    const OpcUa_StatusCode status = value.binaryBody(body);
-    if (!OpcUa_IsGood(status) &&
-        status != OpcUa_BadNoData) // a structure without fields may come without body
-        return OpcUa_BadDecodingError;
-    return decode(body, definition, dictionary);
+    const OpcUa_StatusCode status = uabase::bodyOf(value, definition, body);
+    return OpcUa_IsGood(status) ? decode(body, definition, dictionary) : UaStatusCode(status);
 }
 
 UaStatusCode UaGenericUnionValue::decode(const UaByteString& body, const UaStructureDefinition& definition,

@@ -18,11 +18,11 @@ public:
     explicit UaGenericUnionValue(const UaStructureDefinition& definition) : m_definition(definition) {}
 
     /// As UaGenericStructureValue::decode; a switch value above the number of fields is a BadDecodingError.
-    [[nodiscard]] UaStatusCode decode(const UaExtensionObject& value, const UaStructureDefinition& definition,
-                                      UaDataTypeDictionary* dictionary = nullptr);
-    [[nodiscard]] UaStatusCode decode(const UaByteString& body, const UaStructureDefinition& definition,
-                                      UaDataTypeDictionary* dictionary = nullptr);
-    [[nodiscard]] UaStatusCode encode(UaExtensionObject& value) const;
+    UaStatusCode decode(const UaExtensionObject& value, const UaStructureDefinition& definition,
+                        UaDataTypeDictionary* dictionary = nullptr);
+    UaStatusCode decode(const UaByteString& body, const UaStructureDefinition& definition,
+                        UaDataTypeDictionary* dictionary = nullptr);
+    UaStatusCode encode(UaExtensionObject& value) const;
 
     bool isNull() const noexcept { return m_definition.isNull(); }
     const UaStructureDefinition& definition() const noexcept { return m_definition; }

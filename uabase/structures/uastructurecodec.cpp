@@ -34,6 +34,17 @@ bool isOfType(const UaExtensionObject& value, const UaStructureDefinition& defin
            id.nodeId() == definition.dataTypeId();
 }
 
+OpcUa_StatusCode bodyOf(const UaExtensionObject& value, const UaStructureDefinition& definition,
+                        UaByteString& body)
+{
+    if (value.encoding() == OpcUa_ExtensionObjectEncoding_Xml)
+        return OpcUa_BadNotSupported;
+    if (definition.isNull() || !isOfType(value, definition))
+        return OpcUa_BadDataTypeIdUnknown;
+    const OpcUa_StatusCode status = value.binaryBody(body);
+    return OpcUa_IsGood(status) || status == OpcUa_BadNoData ? OpcUa_Good : OpcUa_BadDecodingError;
+}
+
 bool fitsField(const UaStructureField& field, const UaVariant& value)
 {
     const bool isPlural = field.valueRank() >= 0;

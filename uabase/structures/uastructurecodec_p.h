@@ -26,8 +26,13 @@ constexpr OpcUa_Int32 maxBodyArrayLength = 4 * 1024 * 1024;
 /// none.
 [[nodiscard]] UaNodeId bodyTypeId(const UaStructureDefinition& definition);
 
-/// Whether value has the type id of the definition; one that names its namespace by URI can not be told.
+/// Whether value has the type id of the definition; one that names its namespace by URI cannot be told.
 [[nodiscard]] bool isOfType(const UaExtensionObject& value, const UaStructureDefinition& definition);
+
+/// The bytes of a value of the definition; empty when it has no body, as one without fields may come.
+/// BadNotSupported for XML, BadDataTypeIdUnknown for another type, BadDecodingError.
+[[nodiscard]] OpcUa_StatusCode bodyOf(const UaExtensionObject& value, const UaStructureDefinition& definition,
+                                      UaByteString& body);
 
 /// Whether a variant may stand in a field.
 [[nodiscard]] bool fitsField(const UaStructureField& field, const UaVariant& value);
@@ -69,37 +74,39 @@ public:
     }
 
     /// A null target skips.
-    OpcUa_StatusCode readStructure(const UaStructureDefinition& definition, FieldValues* target,
-                                   int depth = 0);
-    OpcUa_StatusCode readUnion(const UaStructureDefinition& definition, OpcUa_UInt32& switchValue,
-                               UaVariant* target, int depth = 0);
+    [[nodiscard]] OpcUa_StatusCode readStructure(const UaStructureDefinition& definition, FieldValues* target,
+                                                 int depth = 0);
+    [[nodiscard]] OpcUa_StatusCode readUnion(const UaStructureDefinition& definition,
+                                             OpcUa_UInt32& switchValue, UaVariant* target, int depth = 0);
     bool atEnd() const noexcept { return m_position == m_bytes.size(); }
 
 private:
     std::size_t left() const noexcept { return m_bytes.size() - m_position; }
-    OpcUa_StatusCode readUInt32(OpcUa_UInt32& value) noexcept;
-    OpcUa_StatusCode readLength(OpcUa_Int32& length) noexcept;
-    OpcUa_StatusCode readDimensions(std::vector<OpcUa_Int32>& dimensions, OpcUa_Int32& length);
-    OpcUa_StatusCode readField(const UaStructureField& field, UaVariant* target, int depth);
-    OpcUa_StatusCode readElements(const UaStructureField& field, const UaStructureDefinition& nested,
-                                  OpcUa_Int32 length, UaVariant* target, int depth);
-    OpcUa_StatusCode readElement(OpcUa_BuiltInType type, const UaStructureDefinition& nested, void* element,
-                                 int depth);
-    OpcUa_StatusCode readNested(const UaStructureDefinition& nested, OpcUa_ExtensionObject* element,
-                                int depth);
-    OpcUa_StatusCode readPlain(std::span<const OpcUa_Byte> types, FieldValues* target);
-    OpcUa_StatusCode skipBody(const UaStructureDefinition& definition, int depth);
+    [[nodiscard]] OpcUa_StatusCode readUInt32(OpcUa_UInt32& value) noexcept;
+    [[nodiscard]] OpcUa_StatusCode readLength(OpcUa_Int32& length) noexcept;
+    [[nodiscard]] OpcUa_StatusCode readDimensions(std::vector<OpcUa_Int32>& dimensions, OpcUa_Int32& length);
+    [[nodiscard]] OpcUa_StatusCode readField(const UaStructureField& field, UaVariant* target, int depth);
+    [[nodiscard]] OpcUa_StatusCode readElements(const UaStructureField& field,
+                                                const UaStructureDefinition& nested, OpcUa_Int32 length,
+                                                UaVariant* target, int depth);
+    [[nodiscard]] OpcUa_StatusCode readElement(OpcUa_BuiltInType type, const UaStructureDefinition& nested,
+                                               void* element, int depth);
+    [[nodiscard]] OpcUa_StatusCode readNested(const UaStructureDefinition& nested,
+                                              OpcUa_ExtensionObject* element, int depth);
+    [[nodiscard]] OpcUa_StatusCode readPlain(std::span<const OpcUa_Byte> types, FieldValues* target);
+    [[nodiscard]] OpcUa_StatusCode skipBody(const UaStructureDefinition& definition, int depth);
     /// Bodies with a layout of their own: uastructurelayoutreader.cpp.
-    OpcUa_StatusCode readLayout(const UaStructureDefinition& definition, const StructureLayout& layout,
-                                FieldValues* target, int depth);
-    OpcUa_StatusCode readBits(unsigned count, OpcUa_UInt64& number) noexcept;
-    OpcUa_StatusCode readStep(const LayoutStep& step, const UaStructureField& field, OpcUa_Int64 length,
-                              UaVariant& value, int depth);
-    OpcUa_StatusCode readStepScalar(const LayoutStep& step, const UaStructureDefinition& nested,
-                                    void* element, int depth);
-    OpcUa_StatusCode readStepArray(const LayoutStep& step, const UaStructureDefinition& nested,
-                                   OpcUa_Int64 length, UaVariant& value, int depth);
-    OpcUa_StatusCode readCharacters(const LayoutStep& step, OpcUa_Int64 length, UaVariant& value);
+    [[nodiscard]] OpcUa_StatusCode readLayout(const UaStructureDefinition& definition,
+                                              const StructureLayout& layout, FieldValues* target, int depth);
+    [[nodiscard]] OpcUa_StatusCode readBits(unsigned count, OpcUa_UInt64& number) noexcept;
+    [[nodiscard]] OpcUa_StatusCode readStep(const LayoutStep& step, const UaStructureField& field,
+                                            OpcUa_Int64 length, UaVariant& value, int depth);
+    [[nodiscard]] OpcUa_StatusCode readStepScalar(const LayoutStep& step, const UaStructureDefinition& nested,
+                                                  void* element, int depth);
+    [[nodiscard]] OpcUa_StatusCode readStepArray(const LayoutStep& step, const UaStructureDefinition& nested,
+                                                 OpcUa_Int64 length, UaVariant& value, int depth);
+    [[nodiscard]] OpcUa_StatusCode readCharacters(const LayoutStep& step, OpcUa_Int64 length,
+                                                  UaVariant& value);
     std::size_t bytesToTerminator(const LayoutStep& step) const noexcept;
 
     std::span<const OpcUa_Byte> m_bytes;
@@ -118,35 +125,41 @@ public:
     {
     }
 
-    OpcUa_StatusCode writeStructure(const UaStructureDefinition& definition, const FieldValues& fields,
-                                    int depth = 0);
-    OpcUa_StatusCode writeUnion(const UaStructureDefinition& definition, OpcUa_UInt32 switchValue,
-                                const UaVariant& value, int depth = 0);
+    [[nodiscard]] OpcUa_StatusCode writeStructure(const UaStructureDefinition& definition,
+                                                  const FieldValues& fields, int depth = 0);
+    [[nodiscard]] OpcUa_StatusCode writeUnion(const UaStructureDefinition& definition,
+                                              OpcUa_UInt32 switchValue, const UaVariant& value,
+                                              int depth = 0);
     /// All fields with the null value of their type, optional ones absent; of a union no field.
-    OpcUa_StatusCode writeDefaults(const UaStructureDefinition& definition, int depth = 0);
+    [[nodiscard]] OpcUa_StatusCode writeDefaults(const UaStructureDefinition& definition, int depth = 0);
     UaByteString bytes() const noexcept { return UaByteString(std::span<const OpcUa_Byte>(m_bytes)); }
 
 private:
     void writeUInt32(OpcUa_UInt32 value);
     void writeInt32(OpcUa_Int32 value) { writeUInt32(static_cast<OpcUa_UInt32>(value)); }
-    OpcUa_StatusCode writeField(const UaStructureField& field, const UaVariant& value, int depth);
-    OpcUa_StatusCode writeArray(const UaStructureField& field, const UaVariant& value, int depth);
-    OpcUa_StatusCode writeElement(const UaStructureField& field, const void* element, int depth);
-    OpcUa_StatusCode writeNested(const UaStructureField& field, const OpcUa_ExtensionObject& value,
-                                 int depth);
+    [[nodiscard]] OpcUa_StatusCode writeField(const UaStructureField& field, const UaVariant& value,
+                                              int depth);
+    [[nodiscard]] OpcUa_StatusCode writeArray(const UaStructureField& field, const UaVariant& value,
+                                              int depth);
+    [[nodiscard]] OpcUa_StatusCode writeElement(const UaStructureField& field, const void* element,
+                                                int depth);
+    [[nodiscard]] OpcUa_StatusCode writeNested(const UaStructureField& field,
+                                               const OpcUa_ExtensionObject& value, int depth);
     /// Bodies with a layout of their own: uastructurelayoutwriter.cpp.
     struct LayoutImage;
-    OpcUa_StatusCode writeLayout(const UaStructureDefinition& definition, const StructureLayout& layout,
-                                 const FieldValues& fields, int depth);
-    OpcUa_StatusCode writeContents(const UaStructureDefinition& definition, const StructureLayout& layout,
-                                   const FieldValues& fields, LayoutImage& image, int depth);
-    OpcUa_StatusCode writeStep(const LayoutStep& step, const UaStructureField& field, const UaVariant& value,
-                               int depth);
-    OpcUa_StatusCode writeStepElement(const LayoutStep& step, const UaStructureField& field,
-                                      const void* element, int depth);
-    OpcUa_StatusCode writeStepArray(const LayoutStep& step, const UaStructureField& field,
-                                    const UaVariant& value, int depth);
-    OpcUa_StatusCode writeCharacters(const LayoutStep& step, const UaVariant& value);
+    [[nodiscard]] OpcUa_StatusCode writeLayout(const UaStructureDefinition& definition,
+                                               const StructureLayout& layout, const FieldValues& fields,
+                                               int depth);
+    [[nodiscard]] OpcUa_StatusCode writeContents(const UaStructureDefinition& definition,
+                                                 const StructureLayout& layout, const FieldValues& fields,
+                                                 LayoutImage& image, int depth);
+    [[nodiscard]] OpcUa_StatusCode writeStep(const LayoutStep& step, const UaStructureField& field,
+                                             const UaVariant& value, int depth);
+    [[nodiscard]] OpcUa_StatusCode writeStepElement(const LayoutStep& step, const UaStructureField& field,
+                                                    const void* element, int depth);
+    [[nodiscard]] OpcUa_StatusCode writeStepArray(const LayoutStep& step, const UaStructureField& field,
+                                                  const UaVariant& value, int depth);
+    [[nodiscard]] OpcUa_StatusCode writeCharacters(const LayoutStep& step, const UaVariant& value);
     void writeBits(unsigned count, OpcUa_UInt64 number);
 
     std::vector<OpcUa_Byte> m_bytes;

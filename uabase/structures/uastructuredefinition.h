@@ -57,8 +57,8 @@ public:
     void setMaxStringLength(OpcUa_UInt32 maxStringLength);
     void setIsOptional(bool isOptional);
     void setAllowSubTypes(bool allowSubTypes);
-    void setStructureDefinition(
-        const UaStructureDefinition& definition); ///< not of a type that contains the field
+    /// Never one of a type that contains the field.
+    void setStructureDefinition(const UaStructureDefinition& definition);
     void setEnumDefinition(const UaEnumDefinition& definition);
     void setOptionSetDefinition(const UaOptionSetDefinition& definition);
 

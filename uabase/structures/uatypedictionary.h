@@ -46,7 +46,7 @@ public:
 
     /// Reads one document; several may share a namespace. False when it is no dictionary: error says why and
     /// nothing of it is kept.
-    bool addDocument(std::span<const unsigned char> xml, UaString& error);
+    [[nodiscard]] bool addDocument(std::span<const unsigned char> xml, UaString& error);
     /// The namespace of the document added last.
     [[nodiscard]] UaString targetNamespace() const;
     /// Namespaces that documents import and no document has brought.

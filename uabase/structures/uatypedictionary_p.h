@@ -51,7 +51,7 @@ struct DictionaryType
     OpcUa_UInt32 lengthInBits = 0;
     std::vector<DictionaryField> fields;
     std::vector<UaEnumValue> values;
-    UaString fault; ///< why it can not be used; null: no fault
+    UaString fault; ///< why it cannot be used; null: no fault
 };
 
 struct DictionaryDocument
@@ -76,7 +76,7 @@ struct KnownType
 };
 using KnownTypes = std::map<TypeName, KnownType>;
 
-/// The definition of a structure; null with fault when one of its fields can not be used.
+/// The definition of a structure; null with fault when one of its fields cannot be used.
 [[nodiscard]] UaStructureDefinition buildStructure(const TypeName& name, const KnownTypes& types,
                                                    UaString& fault);
 [[nodiscard]] UaEnumDefinition buildEnumeration(const KnownType& type);

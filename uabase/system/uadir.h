@@ -21,8 +21,8 @@ public:
     [[nodiscard]] static bool isDirectory(const UaString& path);
     /// Creates the folder and those above it; an existing one is left alone.
     [[nodiscard]] static std::error_code mkpath(const UaString& path);
-    /// The names (no paths) of the regular files of a folder, sorted; links count as what they point to. At
-    /// most maximum of them, so that a hostile folder can not hold up the start.
+    /// The names (no paths) of the regular files of a folder, sorted; links count as what they point to. No
+    /// more than maximum of them, so that a hostile folder cannot hold up the start.
     [[nodiscard]] static std::vector<UaString> fileNames(const UaString& path, std::size_t maximum = 10000);
 
     /// Copies a regular file; the target is replaced in one step when the copy is complete, and else left as
@@ -38,7 +38,7 @@ public:
 [[nodiscard]] std::error_code
 uaWriteFileAtomically(const UaString& path, std::span<const unsigned char> bytes, unsigned int mode = 0644);
 
-/// Reads a whole regular file of at most maximumSize bytes, without ever blocking on a pipe or device.
+/// Reads a whole regular file of up to maximumSize bytes, without ever blocking on a pipe or device.
 /// std::errc::file_too_large and std::errc::invalid_argument (no regular file) are its own errors.
 [[nodiscard]] std::error_code uaReadFile(const UaString& path, std::uint64_t maximumSize,
                                          std::vector<unsigned char>& bytes);

@@ -24,7 +24,7 @@ class Descriptor
 {
 public:
     explicit Descriptor(int descriptor = -1) : m_descriptor(descriptor) {}
-    ~Descriptor() { close(); }
+    ~Descriptor() { static_cast<void>(close()); } // who cares what was written closes before
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
@@ -32,11 +32,11 @@ public:
     [[nodiscard]] int get() const { return m_descriptor; }
     void reset(int descriptor)
     {
-        close();
+        static_cast<void>(close());
         m_descriptor = descriptor;
     }
     /// False when the system reports late that something was not written.
-    bool close();
+    [[nodiscard]] bool close();
 
 private:
     int m_descriptor;

@@ -75,7 +75,7 @@ std::string folderOf(const std::string& path)
     return folder.empty() ? std::string(".") : folder;
 }
 
-// The rename itself must survive a power cut too; file systems that can not do it lose nothing else.
+// The rename itself must survive a power cut too; file systems that cannot do it lose nothing else.
 void flushFolder(const std::string& folder)
 {
     const Descriptor handle(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

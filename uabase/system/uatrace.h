@@ -11,7 +11,7 @@ class UaTraceHook;
 ///
 /// Texts are data: they are never read as a format, and control characters in them are written as \n, \x1B
 /// and so on, so that a record stays one line whatever a server sends. A record is cut at 2000 bytes. A file
-/// that can not be written any more (disk full, say) is turned off, with an error record to the hooks; the
+/// that cannot be written any more (disk full, say) is turned off, with an error record to the hooks; the
 /// caller notices nothing.
 class UaTrace
 {
@@ -31,11 +31,11 @@ public:
     /// Opens the file, after moving what a previous run left in it to backup 1. A file that another running
     /// instance writes is left to it: this one takes "trace-2.log" instead of "trace.log", and so on to 9.
     /// maxEntries counts the records of one file, its header as two; 0 means no limit. 0, or -1 when a file
-    /// is open already or can not be opened.
+    /// is open already or cannot be opened.
     [[nodiscard]] static int initTrace(TraceLevel level, unsigned int maxEntries, unsigned int numBackupFiles,
                                        const UaString& fileName, const UaString& appName);
     /// Changes the open trace; another name moves it to that file. -1, and all as it was, when none is open
-    /// or the new file can not be opened.
+    /// or the new file cannot be opened.
     [[nodiscard]] static int changeTrace(TraceLevel level, unsigned int maxEntries,
                                          unsigned int numBackupFiles, const UaString& fileName);
     /// Ends the file and sets the level to NoTrace. Errors, warnings and information still reach the error

@@ -73,12 +73,12 @@ public:
     UaString name() const { return UaString(m_path); }
 
 private:
-    std::error_code reserve();
-    std::error_code lock(const std::string& path);
-    std::error_code backupTrace();
-    std::error_code keepBackups();
-    std::error_code reopen();
-    bool printHeader();
+    [[nodiscard]] std::error_code reserve();
+    [[nodiscard]] std::error_code lock(const std::string& path);
+    [[nodiscard]] std::error_code backupTrace();
+    [[nodiscard]] std::error_code keepBackups();
+    [[nodiscard]] std::error_code reopen();
+    [[nodiscard]] bool printHeader();
     std::string backupName(unsigned int number) const;
 
     const UaString m_requestedName;

@@ -38,7 +38,7 @@ bool isFilled(const UaDirPrivate::Descriptor& file)
     return ::fstat(file.get(), &info) == 0 && info.st_size > 0;
 }
 
-// What never was there can not be lost.
+// What never was there cannot be lost.
 std::error_code copyIfThere(const std::string& source, const std::string& target)
 {
     if (::access(source.c_str(), F_OK) != 0 && errno == ENOENT)
@@ -141,7 +141,7 @@ std::error_code UaTraceFile::reopen()
     m_file = ::fdopen(descriptor, "a");
     if (m_file == nullptr) {
         const std::error_code error = UaDirPrivate::lastError();
-        UaDirPrivate::Descriptor(descriptor).close();
+        ::close(descriptor);
         return error;
     }
     return printHeader() ? std::error_code() : UaDirPrivate::lastError();

@@ -57,9 +57,7 @@ public:
             if (!dimensions)
                 return builtIn == OpcUaType_Variant ? UaVariant()
                                                     : scalar(builtIn, body ? *body : JsonValue(), depth);
-            UaVariant null;
-            null.attachArray(builtIn, -1, nullptr);
-            return null;
+            return nullArray(builtIn);
         }
         UaVariant array = elements(body->items(), builtIn, UaStructureDefinition(), depth);
         if (dimensions && isGood())
@@ -84,6 +82,8 @@ public:
 
 private:
     bool isGood() const noexcept { return OpcUa_IsGood(m_status); }
+    // The first failure of a copy counts; what it left is a null value.
+    void keep(OpcUa_StatusCode status) noexcept { m_status = isGood() ? status : m_status; }
 
     UaVariant fail(std::string_view what, OpcUa_StatusCode status = OpcUa_BadDecodingError)
     {
@@ -325,12 +325,12 @@ private:
         info.Locale = member<OpcUa_Int32>(json, "Locale", -1);
         info.LocalizedText = member<OpcUa_Int32>(json, "LocalizedText", -1);
         info.InnerStatusCode = member<OpcUa_UInt32>(json, "InnerStatusCode");
-        text(json.find("AdditionalInfo")).copyTo(&info.AdditionalInfo);
+        keep(text(json.find("AdditionalInfo")).copyTo(&info.AdditionalInfo));
         if (const JsonValue* inner = json.find("InnerDiagnosticInfo")) {
             info.InnerDiagnosticInfo =
                 static_cast<OpcUa_DiagnosticInfo*>(OpcUa_Memory_Alloc(sizeof(OpcUa_DiagnosticInfo)));
             if (info.InnerDiagnosticInfo)
-                diagnosis(*inner, depth + 1).copyTo(info.InnerDiagnosticInfo);
+                keep(diagnosis(*inner, depth + 1).copyTo(info.InnerDiagnosticInfo));
         }
         result.attach(&info);
         return result;
@@ -392,19 +392,6 @@ private:
             return {};
         }
         return fields(*body, definition, depth);
-    }
-
-    static UaExtensionObject xmlObject(const UaExpandedNodeId& typeId, const UaString& xml)
-    {
-        OpcUa_ExtensionObject object;
-        OpcUa_ExtensionObject_Initialize(&object);
-        typeId.copyTo(&object.TypeId);
-        const auto* bytes = reinterpret_cast<const OpcUa_Byte*>(xml.view().data());
-        UaByteString(std::span(bytes, xml.view().size())).copyTo(&object.Body.Xml);
-        object.Encoding = OpcUa_ExtensionObjectEncoding_Xml;
-        UaExtensionObject result;
-        result.attach(&object);
-        return result;
     }
 
     UaExtensionObject fields(const JsonValue& json, const UaStructureDefinition& definition, int depth)
@@ -478,11 +465,8 @@ private:
             return known.builtInType() == OpcUaType_Variant ? variant(json, depth + 1)
                                                             : scalar(known.builtInType(), json, depth);
         }
-        if (json.isNull()) {
-            UaVariant null;
-            null.attachArray(known.builtInType(), -1, nullptr);
-            return null;
-        }
+        if (json.isNull())
+            return nullArray(known.builtInType());
         if (json.kind() != JsonValue::Array)
             return fail("an array was expected");
         std::vector<JsonValue> items;

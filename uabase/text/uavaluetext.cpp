@@ -3,11 +3,13 @@
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/text/uavaluetext_p.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uastatuscode.h>
 
 #include <optional>
+#include <span>
 
 namespace uabase {
 
@@ -58,6 +60,20 @@ OpcUa_UInt32 presenceMask(const OpenedStructure& opened)
         if (opened.definition.field(i).isOptional())
             mask |= (opened.structure.isFieldSet(i) ? 1u : 0u) << bit++;
     return mask;
+}
+
+UaExtensionObject xmlObject(const UaExpandedNodeId& typeId, const UaString& xml)
+{
+    const auto* bytes = reinterpret_cast<const OpcUa_Byte*>(xml.view().data());
+    OpcUa_ExtensionObject object;
+    OpcUa_ExtensionObject_Initialize(&object);
+    const bool isComplete =
+        OpcUa_IsGood(typeId.copyTo(&object.TypeId)) &&
+        OpcUa_IsGood(UaByteString(std::span(bytes, xml.view().size())).copyTo(&object.Body.Xml));
+    object.Encoding = OpcUa_ExtensionObjectEncoding_Xml;
+    UaExtensionObject result;
+    result.attach(&object);
+    return isComplete ? result : UaExtensionObject();
 }
 
 } // namespace uabase

@@ -18,19 +18,18 @@
 class UaValueText
 {
 public:
-    [[nodiscard]] static UaStatusCode toJson(const UaVariant& value, UaDataTypeDictionary* dictionary,
-                                             UaString& text, bool indented = false);
-    [[nodiscard]] static UaStatusCode toJson(const UaDataValue& value, UaDataTypeDictionary* dictionary,
-                                             UaString& text, bool indented = false);
-    [[nodiscard]] static UaStatusCode fromJson(std::string_view text, UaDataTypeDictionary* dictionary,
-                                               UaVariant& value, UaString* error = nullptr);
-    [[nodiscard]] static UaStatusCode fromJson(std::string_view text, UaDataTypeDictionary* dictionary,
-                                               UaDataValue& value, UaString* error = nullptr);
+    static UaStatusCode toJson(const UaVariant& value, UaDataTypeDictionary* dictionary, UaString& text,
+                               bool indented = false);
+    static UaStatusCode toJson(const UaDataValue& value, UaDataTypeDictionary* dictionary, UaString& text,
+                               bool indented = false);
+    static UaStatusCode fromJson(std::string_view text, UaDataTypeDictionary* dictionary, UaVariant& value,
+                                 UaString* error = nullptr);
+    static UaStatusCode fromJson(std::string_view text, UaDataTypeDictionary* dictionary, UaDataValue& value,
+                                 UaString* error = nullptr);
 
-    [[nodiscard]] static UaStatusCode toXml(const UaVariant& value, UaDataTypeDictionary* dictionary,
-                                            UaString& text);
-    [[nodiscard]] static UaStatusCode fromXml(std::string_view text, UaDataTypeDictionary* dictionary,
-                                              UaVariant& value, UaString* error = nullptr);
+    static UaStatusCode toXml(const UaVariant& value, UaDataTypeDictionary* dictionary, UaString& text);
+    static UaStatusCode fromXml(std::string_view text, UaDataTypeDictionary* dictionary, UaVariant& value,
+                                UaString* error = nullptr);
 
     UaValueText() = delete;
 };

@@ -8,6 +8,7 @@
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uastring.h>
 
 #include <optional>
 
@@ -24,6 +25,8 @@ struct OpenedStructure
 /// The definition for a type id as it stands in an ExtensionObject; null when nobody knows it.
 [[nodiscard]] UaStructureDefinition definitionFor(const UaExpandedNodeId& typeId,
                                                   UaDataTypeDictionary* dictionary);
+/// An object with an XML body; null when out of memory.
+[[nodiscard]] UaExtensionObject xmlObject(const UaExpandedNodeId& typeId, const UaString& xml);
 /// Nothing when the body is not of the definition.
 [[nodiscard]] std::optional<OpenedStructure> openStructure(const UaExtensionObject& object,
                                                            const UaStructureDefinition& definition,

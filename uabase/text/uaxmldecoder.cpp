@@ -76,6 +76,8 @@ public:
 
 private:
     bool isGood() const noexcept { return OpcUa_IsGood(m_status); }
+    // The first failure of a copy counts; what it left is a null value.
+    void keep(OpcUa_StatusCode status) noexcept { m_status = isGood() ? status : m_status; }
 
     UaVariant fail(const UaXmlNode& node, std::string_view what,
                    OpcUa_StatusCode status = OpcUa_BadDecodingError)
@@ -92,13 +94,6 @@ private:
         if (depth > maxNesting)
             fail(node, "nested too deep", OpcUa_BadEncodingLimitsExceeded);
         return isGood();
-    }
-
-    UaVariant nullArray(OpcUa_BuiltInType type)
-    {
-        UaVariant array;
-        array.attachArray(type, -1, nullptr);
-        return array;
     }
 
     std::vector<UaVariant> elements(const UaXmlNode& node, OpcUa_BuiltInType type,
@@ -271,12 +266,12 @@ private:
         info.Locale = index(node.child("Locale"));
         info.LocalizedText = index(node.child("LocalizedText"));
         info.InnerStatusCode = number<OpcUa_UInt32>(node.child("InnerStatusCode").child("Code"));
-        textOf(node.child("AdditionalInfo")).copyTo(&info.AdditionalInfo);
+        keep(textOf(node.child("AdditionalInfo")).copyTo(&info.AdditionalInfo));
         if (const UaXmlNode inner = node.child("InnerDiagnosticInfo"); !inner.isNull()) {
             info.InnerDiagnosticInfo =
                 static_cast<OpcUa_DiagnosticInfo*>(OpcUa_Memory_Alloc(sizeof(OpcUa_DiagnosticInfo)));
             if (info.InnerDiagnosticInfo)
-                diagnosis(inner, depth + 1).copyTo(info.InnerDiagnosticInfo);
+                keep(diagnosis(inner, depth + 1).copyTo(info.InnerDiagnosticInfo));
         }
         result.attach(&info);
         return result;
@@ -296,14 +291,8 @@ private:
         const UaStructureDefinition definition = definitionFor(typeId, m_dictionary);
         if (!definition.isNull())
             return fields(content, definition, depth);
-        OpcUa_ExtensionObject made; // XML of a type that nobody knows is kept
-        OpcUa_ExtensionObject_Initialize(&made);
-        typeId.copyTo(&made.TypeId);
-        bytesOf(content.toXml()).copyTo(&made.Body.Xml);
-        made.Encoding = OpcUa_ExtensionObjectEncoding_Xml;
-        UaExtensionObject result;
-        result.attach(&made);
-        return result;
+        // XML of a type that nobody knows is kept
+        return xmlObject(typeId, content.toXml());
     }
 
     UaExtensionObject fields(const UaXmlNode& node, const UaStructureDefinition& definition, int depth)

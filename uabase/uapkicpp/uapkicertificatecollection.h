@@ -18,7 +18,7 @@ public:
     [[nodiscard]] static UaPkiCertificateCollection fromDERChain(const UaByteString& bytes);
 
     /// False, and not added, for a null certificate.
-    bool addCertificate(const UaPkiCertificate& certificate);
+    [[nodiscard]] bool addCertificate(const UaPkiCertificate& certificate);
     [[nodiscard]] int size() const { return static_cast<int>(m_certificates.size()); }
     /// index must be below size().
     const UaPkiCertificate& operator[](int index) const;

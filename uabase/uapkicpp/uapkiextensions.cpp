@@ -96,7 +96,7 @@ bool addAddress(GENERAL_NAMES* names, const UaString& text)
     return true;
 }
 
-// The name that can not be added, or null when all are in.
+// The name that cannot be added, or null when all are in.
 UaString addNames(GENERAL_NAMES* names, const UaPkiCertificateInfo& info)
 {
     if (!info.URI.isEmpty() && !addText(names, GEN_URI, info.URI))
@@ -155,10 +155,10 @@ void readName(const GENERAL_NAME* name, UaPkiCertificateInfo& info)
         info.eMail = info.eMail.isNull() ? shown(viewOf(value)) : info.eMail;
         break;
     case GEN_DNS:
-        info.DNSNames.append(*shown(viewOf(value)).get());
+        static_cast<void>(info.DNSNames.append(*shown(viewOf(value)).get())); // without memory one name less
         break;
     case GEN_IPADD:
-        info.IPAddresses.append(*addressText(viewOf(value)).get());
+        static_cast<void>(info.IPAddresses.append(*addressText(viewOf(value)).get()));
         break;
     default:
         break;

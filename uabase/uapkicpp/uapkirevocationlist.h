@@ -51,7 +51,7 @@ public:
 
 private:
     friend struct UaPkiAccess;
-    bool makeUnique();
+    [[nodiscard]] bool makeUnique();
 
     std::shared_ptr<X509_crl_st> m_list;
 };

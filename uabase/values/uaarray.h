@@ -20,10 +20,14 @@ public:
     using const_iterator = const T*;
 
     UaArray() noexcept = default;
-    explicit UaArray(OpcUa_UInt32 length) noexcept { create(length); }
-    /// Deep copy of a foreign array; a length below 1 or a null pointer gives an empty one.
-    UaArray(OpcUa_Int32 length, const T* data) noexcept { assign(length, data); }
-    UaArray(const UaArray& other) noexcept { assign(static_cast<OpcUa_Int32>(other.m_length), other.m_data); }
+    /// Null values; empty when out of memory.
+    explicit UaArray(OpcUa_UInt32 length) noexcept { static_cast<void>(create(length)); }
+    /// Deep copy of a foreign array; a length below 1 or a null pointer gives an empty one, and so does a
+    /// lack of memory.
+    UaArray(OpcUa_Int32 length, const T* data) noexcept { static_cast<void>(assign(length, data)); }
+    UaArray(const UaArray& other) noexcept : UaArray(static_cast<OpcUa_Int32>(other.m_length), other.m_data)
+    {
+    }
     UaArray(UaArray&& other) noexcept
         : m_length(std::exchange(other.m_length, 0)), m_data(std::exchange(other.m_data, nullptr))
     {
@@ -69,14 +73,14 @@ public:
         m_length = 0;
     }
     /// Replaces the content with null values. False (and empty) when out of memory.
-    bool create(OpcUa_UInt32 length) noexcept
+    [[nodiscard]] bool create(OpcUa_UInt32 length) noexcept
     {
         clear();
         return resize(length);
     }
     /// Keeps the first elements; new ones are null values. False when out of memory, the array is then as
     /// before.
-    bool resize(OpcUa_UInt32 length) noexcept
+    [[nodiscard]] bool resize(OpcUa_UInt32 length) noexcept
     {
         if (length == m_length)
             return true;
@@ -96,14 +100,14 @@ public:
         return true;
     }
     /// Adds a deep copy. False when out of memory, the array is then as before.
-    bool append(const T& element) noexcept { return append(1, &element); }
-    bool append(OpcUa_UInt32 count, const T* elements) noexcept
+    [[nodiscard]] bool append(const T& element) noexcept { return append(1, &element); }
+    [[nodiscard]] bool append(OpcUa_UInt32 count, const T* elements) noexcept
     {
         UaArray added(static_cast<OpcUa_Int32>(count), elements);
         return added.length() == count && appendMoved(std::move(added));
     }
     /// Adds the elements of other without copying them.
-    bool appendMoved(UaArray&& other) noexcept
+    [[nodiscard]] bool appendMoved(UaArray&& other) noexcept
     {
         const OpcUa_UInt32 before = m_length;
         if (other.m_length == 0)
@@ -116,7 +120,8 @@ public:
         other.m_length = 0;
         return true;
     }
-    bool assign(OpcUa_Int32 length, const T* data) noexcept
+    /// Replaces the content with a deep copy. False when out of memory, the array is then as before.
+    [[nodiscard]] bool assign(OpcUa_Int32 length, const T* data) noexcept
     {
         UaArray fresh;
         if (length > 0 && data) {
@@ -163,7 +168,7 @@ public:
         *data = detach();
     }
     /// Deep copy for a member pair of a C structure (what it held before is not freed). False: out of memory.
-    bool copyTo(OpcUa_Int32* length, T** data) const noexcept
+    [[nodiscard]] bool copyTo(OpcUa_Int32* length, T** data) const noexcept
     {
         UaArray copy(*this);
         const bool complete = copy.m_length == m_length;

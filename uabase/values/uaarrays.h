@@ -25,8 +25,7 @@ using UaDiagnosticInfoArray = UaArray<OpcUa_DiagnosticInfo>;
 
 // ---- structures of the standard
 
-// Ua<plural> becomes the array
-// of OpcUa_<Type>.
+// Ua<plural> becomes the array of OpcUa_<Type>.
 #define UA_STRUCTURE_ARRAY(Type, Plural)                                                                     \
     template <>                                                                                              \
     struct UaElement<OpcUa_##Type> : UaEncodeableElement<OpcUa_##Type, OpcUa_##Type##_EncodeableType>        \
@@ -34,20 +33,20 @@ using UaDiagnosticInfoArray = UaArray<OpcUa_DiagnosticInfo>;
     };                                                                                                       \
     using Ua##Plural = UaArray<OpcUa_##Type>;
 
-/// discovery and endpoints
+// discovery and endpoints
 UA_STRUCTURE_ARRAY(ApplicationDescription, ApplicationDescriptions)
 UA_STRUCTURE_ARRAY(EndpointDescription, EndpointDescriptions)
 UA_STRUCTURE_ARRAY(ServerOnNetwork, ServerOnNetworks)
 UA_STRUCTURE_ARRAY(UserTokenPolicy, UserTokenPolicys)
 
-/// attributes and methods
+// attributes and methods
 UA_STRUCTURE_ARRAY(ReadValueId, ReadValueIds)
 UA_STRUCTURE_ARRAY(WriteValue, WriteValues)
 UA_STRUCTURE_ARRAY(CallMethodRequest, CallMethodRequests)
 UA_STRUCTURE_ARRAY(CallMethodResult, CallMethodResults)
 UA_STRUCTURE_ARRAY(Argument, Arguments)
 
-/// view
+// view
 UA_STRUCTURE_ARRAY(ReferenceDescription, ReferenceDescriptions)
 UA_STRUCTURE_ARRAY(BrowseDescription, BrowseDescriptions)
 UA_STRUCTURE_ARRAY(BrowseResult, BrowseResults)
@@ -56,26 +55,26 @@ UA_STRUCTURE_ARRAY(BrowsePathTarget, BrowsePathTargets)
 UA_STRUCTURE_ARRAY(BrowsePathResult, BrowsePathResults)
 UA_STRUCTURE_ARRAY(RelativePathElement, RelativePathElements)
 
-/// node management
+// node management
 UA_STRUCTURE_ARRAY(AddNodesItem, AddNodesItems)
 UA_STRUCTURE_ARRAY(AddNodesResult, AddNodesResults)
 UA_STRUCTURE_ARRAY(AddReferencesItem, AddReferencesItems)
 UA_STRUCTURE_ARRAY(DeleteNodesItem, DeleteNodesItems)
 UA_STRUCTURE_ARRAY(DeleteReferencesItem, DeleteReferencesItems)
 
-/// query
+// query
 UA_STRUCTURE_ARRAY(NodeTypeDescription, NodeTypeDescriptions)
 UA_STRUCTURE_ARRAY(QueryDataSet, QueryDataSets)
 UA_STRUCTURE_ARRAY(ParsingResult, ParsingResults)
 
-/// filters and events
+// filters and events
 UA_STRUCTURE_ARRAY(SimpleAttributeOperand, SimpleAttributeOperands)
 UA_STRUCTURE_ARRAY(ContentFilterElement, ContentFilterElements)
 UA_STRUCTURE_ARRAY(ContentFilterElementResult, ContentFilterElementResults)
 UA_STRUCTURE_ARRAY(EventFieldList, EventFieldLists)
 UA_STRUCTURE_ARRAY(HistoryEventFieldList, HistoryEventFieldLists)
 
-/// history
+// history
 UA_STRUCTURE_ARRAY(HistoryReadValueId, HistoryReadValueIds)
 UA_STRUCTURE_ARRAY(HistoryReadResult, HistoryReadResults)
 UA_STRUCTURE_ARRAY(HistoryUpdateResult, HistoryUpdateResults)
@@ -86,7 +85,7 @@ UA_STRUCTURE_ARRAY(DeleteRawModifiedDetails, DeleteRawModifiedDetailsArray)
 UA_STRUCTURE_ARRAY(DeleteAtTimeDetails, DeleteAtTimeDetailsArray)
 UA_STRUCTURE_ARRAY(DeleteEventDetails, DeleteEventDetailsArray)
 
-/// subscriptions
+// subscriptions
 UA_STRUCTURE_ARRAY(MonitoredItemCreateRequest, MonitoredItemCreateRequests)
 UA_STRUCTURE_ARRAY(MonitoredItemCreateResult, MonitoredItemCreateResults)
 UA_STRUCTURE_ARRAY(MonitoredItemModifyRequest, MonitoredItemModifyRequests)
@@ -94,11 +93,11 @@ UA_STRUCTURE_ARRAY(MonitoredItemModifyResult, MonitoredItemModifyResults)
 UA_STRUCTURE_ARRAY(MonitoredItemNotification, MonitoredItemNotifications)
 UA_STRUCTURE_ARRAY(TransferResult, TransferResults)
 
-/// type definitions
+// type definitions
 UA_STRUCTURE_ARRAY(StructureField, StructureFieldRecords)
 UA_STRUCTURE_ARRAY(EnumField, EnumFieldRecords)
 
-/// diagnostics and common data types
+// diagnostics and common data types
 UA_STRUCTURE_ARRAY(OptionSet, OptionSets)
 UA_STRUCTURE_ARRAY(StructureDefinition, StructureDefinitionRecords)
 UA_STRUCTURE_ARRAY(EnumDefinition, EnumDefinitionRecords)

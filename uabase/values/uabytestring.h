@@ -18,7 +18,7 @@ public:
     UaByteString() noexcept = default;
     UaByteString(OpcUa_Int32 length, const OpcUa_Byte* data) noexcept; ///< length below 0: null
     explicit UaByteString(std::span<const OpcUa_Byte> bytes) noexcept; ///< never null
-    explicit UaByteString(const OpcUa_ByteString& value) noexcept { m_value.assign(value); }
+    explicit UaByteString(const OpcUa_ByteString& value) noexcept : m_value(value) {}
     explicit UaByteString(const UaByteArray& bytes) noexcept : UaByteString(bytes.span()) {}
 
     /// Digits with or without a leading "0x"; spaces and colons between bytes are skipped. Null on a fault.
@@ -48,8 +48,11 @@ public:
     /// As for UaString: get borrows, attach takes over, detach hands over, copyTo copies into raw memory.
     const OpcUa_ByteString* get() const noexcept { return m_value.get(); }
     void attach(OpcUa_ByteString* value) noexcept { m_value.attach(value); }
-    OpcUa_StatusCode detach(OpcUa_ByteString* destination) noexcept { return m_value.detach(destination); }
-    OpcUa_StatusCode copyTo(OpcUa_ByteString* destination) const noexcept
+    [[nodiscard]] OpcUa_StatusCode detach(OpcUa_ByteString* destination) noexcept
+    {
+        return m_value.detach(destination);
+    }
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_ByteString* destination) const noexcept
     {
         return m_value.copyTo(destination);
     }

@@ -35,8 +35,8 @@ public:
     /// attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
     /// memory.
     void attach(OpcUa_DataValue* value) noexcept;
-    OpcUa_StatusCode detach(OpcUa_DataValue* destination) noexcept;
-    OpcUa_StatusCode copyTo(OpcUa_DataValue* destination) const noexcept;
+    [[nodiscard]] OpcUa_StatusCode detach(OpcUa_DataValue* destination) noexcept;
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_DataValue* destination) const noexcept;
 
     friend bool operator==(const UaDataValue&, const UaDataValue&) noexcept = default;
 

@@ -10,7 +10,7 @@ class UaDiagnosticInfo
 {
 public:
     UaDiagnosticInfo() noexcept = default;
-    explicit UaDiagnosticInfo(const OpcUa_DiagnosticInfo& value) noexcept { m_value.assign(value); }
+    explicit UaDiagnosticInfo(const OpcUa_DiagnosticInfo& value) noexcept : m_value(value) {}
 
     bool isNull() const noexcept;
     /// Indexes into the string table; -1 where absent.
@@ -26,11 +26,11 @@ public:
     /// As for UaString: get borrows, attach takes over, detach hands over, copyTo copies into raw memory.
     const OpcUa_DiagnosticInfo* get() const noexcept { return m_value.get(); }
     void attach(OpcUa_DiagnosticInfo* value) noexcept { m_value.attach(value); }
-    OpcUa_StatusCode detach(OpcUa_DiagnosticInfo* destination) noexcept
+    [[nodiscard]] OpcUa_StatusCode detach(OpcUa_DiagnosticInfo* destination) noexcept
     {
         return m_value.detach(destination);
     }
-    OpcUa_StatusCode copyTo(OpcUa_DiagnosticInfo* destination) const noexcept
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_DiagnosticInfo* destination) const noexcept
     {
         return m_value.copyTo(destination);
     }

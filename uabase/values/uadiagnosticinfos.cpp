@@ -95,7 +95,8 @@ bool UaDiagnosticInfos::append(UaDiagnosticInfos&& other) noexcept
     if (!m_strings.appendMoved(std::move(other.m_strings)))
         return false;
     if (!m_infos.appendMoved(std::move(other.m_infos))) {
-        m_strings.resize(stringsBefore);
+        // strings too many do no harm
+        static_cast<void>(m_strings.resize(stringsBefore));
         return false;
     }
     for (OpcUa_UInt32 i = infosBefore; i < m_infos.length(); ++i)

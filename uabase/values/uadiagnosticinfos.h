@@ -5,6 +5,7 @@
 #include <uabase/values/uadiagnosticinfo.h>
 #include <uabase/values/uastring.h>
 
+/// Indexes are those of the operations of the request. One object belongs to one thread.
 class UaDiagnosticInfos
 {
 public:
@@ -26,9 +27,10 @@ public:
                 OpcUa_String* strings = nullptr) noexcept;
     /// Adds the infos of another response; their indexes are moved behind our own strings. When out of memory
     /// false, and nothing changed.
-    bool append(UaDiagnosticInfos&& other) noexcept;
-    /// Adds null infos, for a block that came without.
-    bool resize(OpcUa_UInt32 length) noexcept { return m_infos.resize(length); }
+    [[nodiscard]] bool append(UaDiagnosticInfos&& other) noexcept;
+    /// Adds null infos, for a block that came without. False when out of memory, the infos are then as
+    /// before.
+    [[nodiscard]] bool resize(OpcUa_UInt32 length) noexcept { return m_infos.resize(length); }
 
 private:
     const OpcUa_String* stringAt(OpcUa_Int32 index) const noexcept;

@@ -15,7 +15,7 @@ struct UaTrivialElement
     static_assert(std::is_trivially_copyable_v<T>);
     static void initialize(T* data, std::size_t count) noexcept { std::memset(data, 0, count * sizeof(T)); }
     static void clear(T* data, std::size_t count) noexcept { initialize(data, count); }
-    static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
+    [[nodiscard]] static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
     {
         std::memcpy(destination, source, count * sizeof(T));
         return 0;
@@ -34,7 +34,7 @@ struct UaBuiltInElement
     {
         OpcUa_BuiltInType_ClearArray(BuiltInType, data, count);
     }
-    static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
+    [[nodiscard]] static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
     {
         return OpcUa_BuiltInType_CopyArray(BuiltInType, source, destination, count);
     }
@@ -54,7 +54,7 @@ struct UaEncodeableElement
         for (std::size_t i = 0; i < count; ++i)
             OpcUa_EncodeableObject_Clear(&Type, data + i);
     }
-    static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
+    [[nodiscard]] static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
     {
         initialize(destination, count);
         OpcUa_StatusCode status = 0;
@@ -75,45 +75,21 @@ struct UaElement : UaTrivialElement<T>
                   "this structure needs a UaElement specialisation, see uabase/uaarrays.h");
 };
 
-/// clang-format off
-template <>
-struct UaElement<OpcUa_String> : UaBuiltInElement<OpcUa_String, OpcUaType_String>
-{
-};
-template <>
-struct UaElement<OpcUa_ByteString> : UaBuiltInElement<OpcUa_ByteString, OpcUaType_ByteString>
-{
-};
-template <>
-struct UaElement<OpcUa_NodeId> : UaBuiltInElement<OpcUa_NodeId, OpcUaType_NodeId>
-{
-};
-template <>
-struct UaElement<OpcUa_ExpandedNodeId> : UaBuiltInElement<OpcUa_ExpandedNodeId, OpcUaType_ExpandedNodeId>
-{
-};
-template <>
-struct UaElement<OpcUa_QualifiedName> : UaBuiltInElement<OpcUa_QualifiedName, OpcUaType_QualifiedName>
-{
-};
-template <>
-struct UaElement<OpcUa_LocalizedText> : UaBuiltInElement<OpcUa_LocalizedText, OpcUaType_LocalizedText>
-{
-};
-template <>
-struct UaElement<OpcUa_ExtensionObject> : UaBuiltInElement<OpcUa_ExtensionObject, OpcUaType_ExtensionObject>
-{
-};
-template <>
-struct UaElement<OpcUa_DataValue> : UaBuiltInElement<OpcUa_DataValue, OpcUaType_DataValue>
-{
-};
-template <>
-struct UaElement<OpcUa_Variant> : UaBuiltInElement<OpcUa_Variant, OpcUaType_Variant>
-{
-};
-template <>
-struct UaElement<OpcUa_DiagnosticInfo> : UaBuiltInElement<OpcUa_DiagnosticInfo, OpcUaType_DiagnosticInfo>
-{
-};
-// clang-format on
+#define UA_BUILT_IN_ELEMENT(Type)                                                                            \
+    template <>                                                                                              \
+    struct UaElement<OpcUa_##Type> : UaBuiltInElement<OpcUa_##Type, OpcUaType_##Type>                        \
+    {                                                                                                        \
+    };
+
+UA_BUILT_IN_ELEMENT(String)
+UA_BUILT_IN_ELEMENT(ByteString)
+UA_BUILT_IN_ELEMENT(NodeId)
+UA_BUILT_IN_ELEMENT(ExpandedNodeId)
+UA_BUILT_IN_ELEMENT(QualifiedName)
+UA_BUILT_IN_ELEMENT(LocalizedText)
+UA_BUILT_IN_ELEMENT(ExtensionObject)
+UA_BUILT_IN_ELEMENT(DataValue)
+UA_BUILT_IN_ELEMENT(Variant)
+UA_BUILT_IN_ELEMENT(DiagnosticInfo)
+
+#undef UA_BUILT_IN_ELEMENT

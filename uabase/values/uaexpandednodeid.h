@@ -41,7 +41,7 @@ public:
     void setNodeId(const UaNodeId& nodeId) noexcept { m_nodeId = nodeId; }
 
     /// Deep copy into raw memory.
-    OpcUa_StatusCode copyTo(OpcUa_ExpandedNodeId* destination) const noexcept;
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_ExpandedNodeId* destination) const noexcept;
 
     friend bool operator==(const UaExpandedNodeId&, const UaExpandedNodeId&) noexcept = default;
     friend std::strong_ordering operator<=>(const UaExpandedNodeId&,

@@ -7,8 +7,8 @@ UaExtensionObject::UaExtensionObject(const UaExpandedNodeId& typeId, const UaByt
 {
     OpcUa_ExtensionObject value;
     OpcUa_ExtensionObject_Initialize(&value);
-    typeId.copyTo(&value.TypeId);
-    if (!body.isNull() && OpcUa_IsGood(body.copyTo(&value.Body.Binary)))
+    const bool hasType = OpcUa_IsGood(typeId.copyTo(&value.TypeId));
+    if (hasType && !body.isNull() && OpcUa_IsGood(body.copyTo(&value.Body.Binary)))
         value.Encoding = OpcUa_ExtensionObjectEncoding_Binary;
     m_value.attach(&value);
 }

@@ -10,8 +10,8 @@ class UaExtensionObject
 {
 public:
     UaExtensionObject() noexcept = default;
-    explicit UaExtensionObject(const OpcUa_ExtensionObject& value) noexcept { m_value.assign(value); }
-    /// A binary body; typeId is the id of the binary encoding.
+    explicit UaExtensionObject(const OpcUa_ExtensionObject& value) noexcept : m_value(value) {}
+    /// A binary body; typeId is the id of the binary encoding. Without body when out of memory.
     UaExtensionObject(const UaExpandedNodeId& typeId, const UaByteString& body) noexcept;
 
     bool isNull() const noexcept; ///< neither type nor body
@@ -42,11 +42,11 @@ public:
     /// As for UaString: get borrows, attach takes over, detach hands over, copyTo copies into raw memory.
     const OpcUa_ExtensionObject* get() const noexcept { return m_value.get(); }
     void attach(OpcUa_ExtensionObject* value) noexcept { m_value.attach(value); }
-    OpcUa_StatusCode detach(OpcUa_ExtensionObject* destination) noexcept
+    [[nodiscard]] OpcUa_StatusCode detach(OpcUa_ExtensionObject* destination) noexcept
     {
         return m_value.detach(destination);
     }
-    OpcUa_StatusCode copyTo(OpcUa_ExtensionObject* destination) const noexcept
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_ExtensionObject* destination) const noexcept
     {
         return m_value.copyTo(destination);
     }

@@ -23,7 +23,7 @@ public:
     void setText(const UaString& text) noexcept { m_text = text; }
 
     /// Deep copy into raw memory.
-    OpcUa_StatusCode copyTo(OpcUa_LocalizedText* destination) const noexcept;
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_LocalizedText* destination) const noexcept;
 
     friend bool operator==(const UaLocalizedText&, const UaLocalizedText&) noexcept = default;
     friend std::strong_ordering operator<=>(const UaLocalizedText&,

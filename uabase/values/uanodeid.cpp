@@ -78,7 +78,7 @@ UaNodeId::UaNodeId(OpcUa_UInt32 identifier, OpcUa_UInt16 namespaceIndex) noexcep
 UaNodeId::UaNodeId(const UaString& identifier, OpcUa_UInt16 namespaceIndex) noexcept
 {
     OpcUa_NodeId value = blank(OpcUa_IdentifierType_String, namespaceIndex);
-    identifier.copyTo(&value.Identifier.String);
+    static_cast<void>(identifier.copyTo(&value.Identifier.String)); // a failure leaves the null string
     m_value.attach(&value);
 }
 
@@ -92,7 +92,7 @@ UaNodeId::UaNodeId(const UaGuid& identifier, OpcUa_UInt16 namespaceIndex) noexce
 UaNodeId::UaNodeId(const UaByteString& identifier, OpcUa_UInt16 namespaceIndex) noexcept
 {
     OpcUa_NodeId value = blank(OpcUa_IdentifierType_Opaque, namespaceIndex);
-    identifier.copyTo(&value.Identifier.ByteString);
+    static_cast<void>(identifier.copyTo(&value.Identifier.ByteString)); // as above
     m_value.attach(&value);
 }
 

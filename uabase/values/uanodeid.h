@@ -18,7 +18,7 @@ public:
     UaNodeId(const UaString& identifier, OpcUa_UInt16 namespaceIndex) noexcept;
     UaNodeId(const UaGuid& identifier, OpcUa_UInt16 namespaceIndex) noexcept;
     UaNodeId(const UaByteString& identifier, OpcUa_UInt16 namespaceIndex) noexcept;
-    explicit UaNodeId(const OpcUa_NodeId& value) noexcept { m_value.assign(value); }
+    explicit UaNodeId(const OpcUa_NodeId& value) noexcept : m_value(value) {}
 
     /// "i=84", "ns=2;s=abc", "ns=3;g=<guid>", "ns=4;b=<Base64>". Null on a fault; ok tells that apart from
     /// "i=0".
@@ -53,8 +53,14 @@ public:
     /// As for UaString: get borrows, attach takes over, detach hands over, copyTo copies into raw memory.
     const OpcUa_NodeId* get() const noexcept { return m_value.get(); }
     void attach(OpcUa_NodeId* value) noexcept { m_value.attach(value); }
-    OpcUa_StatusCode detach(OpcUa_NodeId* destination) noexcept { return m_value.detach(destination); }
-    OpcUa_StatusCode copyTo(OpcUa_NodeId* destination) const noexcept { return m_value.copyTo(destination); }
+    [[nodiscard]] OpcUa_StatusCode detach(OpcUa_NodeId* destination) noexcept
+    {
+        return m_value.detach(destination);
+    }
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_NodeId* destination) const noexcept
+    {
+        return m_value.copyTo(destination);
+    }
 
     friend bool operator==(const UaNodeId& left, const UaNodeId& right) noexcept
     {

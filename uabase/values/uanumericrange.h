@@ -31,10 +31,10 @@ public:
 
     /// The elements that the range means; an end beyond the array is cut. BadIndexRangeNoData when there are
     /// none, BadIndexRangeInvalid when the dimensions are not those of the value.
-    [[nodiscard]] UaStatusCode read(const UaVariant& value, UaVariant& part) const;
+    UaStatusCode read(const UaVariant& value, UaVariant& part) const;
     /// Replaces them; part must have exactly their shape. The same statuses, and BadTypeMismatch. value is
     /// unchanged on failure.
-    [[nodiscard]] UaStatusCode write(UaVariant& value, const UaVariant& part) const;
+    UaStatusCode write(UaVariant& value, const UaVariant& part) const;
 
     friend bool operator==(const UaNumericRange&, const UaNumericRange&) noexcept = default;
 

@@ -31,7 +31,7 @@ public:
     void setName(const UaString& name) noexcept { m_name = name; }
 
     /// Deep copy into raw memory.
-    OpcUa_StatusCode copyTo(OpcUa_QualifiedName* destination) const noexcept;
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_QualifiedName* destination) const noexcept;
 
     friend bool operator==(const UaQualifiedName&, const UaQualifiedName&) noexcept = default;
     friend std::strong_ordering operator<=>(const UaQualifiedName&,

@@ -96,6 +96,14 @@ class UaSharedValue
 public:
     UaSharedValue() noexcept { UaElement<C>::initialize(&m_view, 1); }
     UaSharedValue(UaPlain, const C& value) noexcept : m_view(value) {}
+    /// Deep copy of a foreign structure; the null value when out of memory.
+    explicit UaSharedValue(const C& source) noexcept
+    {
+        C copy;
+        static_cast<void>(UaElement<C>::copy(&source, &copy, 1)); // a failure leaves the null value
+        UaElement<C>::initialize(&m_view, 1);
+        attach(&copy);
+    }
     UaSharedValue(const UaSharedValue&) noexcept = default;
     UaSharedValue& operator=(const UaSharedValue&) noexcept = default;
     UaSharedValue(UaSharedValue&& other) noexcept : m_view(other.m_view), m_owner(std::move(other.m_owner))
@@ -122,14 +130,6 @@ public:
         m_owner.reset();
         UaElement<C>::initialize(&m_view, 1);
     }
-    /// Deep copy of a foreign structure; BadOutOfMemory leaves the null value.
-    OpcUa_StatusCode assign(const C& source) noexcept
-    {
-        C copy;
-        const OpcUa_StatusCode status = UaElement<C>::copy(&source, &copy, 1);
-        attach(&copy);
-        return status;
-    }
     /// Takes over what value owns and leaves it initialised.
     void attach(C* value) noexcept
     {
@@ -147,7 +147,8 @@ public:
         m_view = taken;
     }
     /// Hands the value over (destination is raw memory) and becomes null; copies only when shared.
-    OpcUa_StatusCode detach(C* destination) noexcept
+    /// BadOutOfMemory leaves the null value in destination.
+    [[nodiscard]] OpcUa_StatusCode detach(C* destination) noexcept
     {
         OpcUa_StatusCode status = 0;
         if (Owned* owned = m_owner.unique(); owned) {
@@ -159,8 +160,8 @@ public:
         clear();
         return status;
     }
-    /// Deep copy; destination is raw memory.
-    OpcUa_StatusCode copyTo(C* destination) const noexcept
+    /// Deep copy; destination is raw memory, and holds the null value after BadOutOfMemory.
+    [[nodiscard]] OpcUa_StatusCode copyTo(C* destination) const noexcept
     {
         return UaElement<C>::copy(&m_view, destination, 1);
     }

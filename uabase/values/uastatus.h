@@ -4,7 +4,8 @@
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 
-class UaStatus : public UaStatusCode
+/// As UaStatusCode, of which it is one.
+class [[nodiscard]] UaStatus : public UaStatusCode
 {
 public:
     UaStatus() noexcept = default;

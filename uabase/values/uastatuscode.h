@@ -4,7 +4,8 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uastring.h>
 
-class UaStatusCode
+/// Good, uncertain or bad, with the code that says why. A function that returns one wants it looked at.
+class [[nodiscard]] UaStatusCode
 {
 public:
     constexpr UaStatusCode() noexcept = default; ///< Good

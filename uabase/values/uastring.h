@@ -16,12 +16,12 @@ public:
     UaString() noexcept = default;
     UaString(const char* text) noexcept;      ///< null pointer: null string
     UaString(std::string_view text) noexcept; ///< never null
-    explicit UaString(const OpcUa_String& value) noexcept { m_value.assign(value); }
+    explicit UaString(const OpcUa_String& value) noexcept : m_value(value) {}
     /// null pointer: null string
     explicit UaString(const OpcUa_String* value) noexcept
     {
         if (value)
-            m_value.assign(*value);
+            m_value = UaSharedValue<OpcUa_String>(*value);
     }
 
     bool isNull() const noexcept { return m_value->Length < 0; }
@@ -51,10 +51,16 @@ public:
     const OpcUa_String* get() const noexcept { return m_value.get(); }
     /// Takes over the text of a C string, which is null afterwards.
     void attach(OpcUa_String* value) noexcept { m_value.attach(value); }
-    /// Moves the text into raw memory; this string is null afterwards.
-    OpcUa_StatusCode detach(OpcUa_String* destination) noexcept { return m_value.detach(destination); }
-    /// Deep copy into raw memory (what destination held is not freed).
-    OpcUa_StatusCode copyTo(OpcUa_String* destination) const noexcept { return m_value.copyTo(destination); }
+    /// Moves the text into raw memory; this string is null afterwards. BadOutOfMemory.
+    [[nodiscard]] OpcUa_StatusCode detach(OpcUa_String* destination) noexcept
+    {
+        return m_value.detach(destination);
+    }
+    /// Deep copy into raw memory (what destination held is not freed). BadOutOfMemory.
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_String* destination) const noexcept
+    {
+        return m_value.copyTo(destination);
+    }
 
     friend bool operator==(const UaString& left, const UaString& right) noexcept
     {

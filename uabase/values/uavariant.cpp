@@ -94,6 +94,13 @@ UaVariant nullScalar(OpcUa_BuiltInType type) noexcept
     return takeScalar(type, &value);
 }
 
+UaVariant nullArray(OpcUa_BuiltInType type) noexcept
+{
+    UaVariant array;
+    static_cast<void>(array.attachArray(type, -1, nullptr)); // takes no memory
+    return array;
+}
+
 const void* scalarData(const OpcUa_Variant& value) noexcept
 {
     if (value.ArrayType != OpcUa_VariantArrayType_Scalar || !isBuiltInType(value.Datatype) ||
@@ -139,12 +146,12 @@ using uabase::takeScalar;
 
 namespace {
 
-// Deep copy of a C++ value into a scalar.
+// Deep copy of a C++ value into a scalar, which is the type's null value when out of memory.
 template <typename C, typename Value>
 UaVariant scalarOf(OpcUa_BuiltInType type, const Value& value) noexcept
 {
     C copy;
-    value.copyTo(&copy);
+    static_cast<void>(value.copyTo(&copy));
     return takeScalar(type, &copy);
 }
 
@@ -353,13 +360,18 @@ OpcUa_StatusCode UaVariant::setAt(OpcUa_UInt32 index, const UaVariant& element) 
         return OpcUa_BadIndexRangeInvalid;
     UaVariant single;
     OpcUa_StatusCode status = single.setArray(type(), std::span<const UaVariant>(&element, 1));
-    OpcUa_Variant value;
+    OpcUa_Variant replacement;
     if (OpcUa_IsGood(status))
-        status = m_value.detach(&value);
+        status = single.detach(&replacement);
     if (!OpcUa_IsGood(status))
         return status;
-    OpcUa_Variant replacement;
-    single.detach(&replacement); // the two elements change places
+    OpcUa_Variant value;
+    status = m_value.detach(&value);
+    if (!OpcUa_IsGood(status)) {
+        OpcUa_Variant_Clear(&replacement);
+        return status;
+    }
+    // the two elements change places
     unsigned char* place = elementAt(value, index);
     std::swap_ranges(place, place + OpcUa_BuiltInType_Size(value.Datatype), elementAt(replacement, 0));
     OpcUa_Variant_Clear(&replacement);

@@ -24,7 +24,7 @@ class UaVariant
 {
 public:
     UaVariant() noexcept = default; ///< the null value
-    explicit UaVariant(const OpcUa_Variant& value) noexcept { m_value.assign(value); }
+    explicit UaVariant(const OpcUa_Variant& value) noexcept : m_value(value) {}
     UaVariant(UaPlain plain, const OpcUa_Variant& value) noexcept : m_value(plain, value) {}
     /// Scalars. Boolean and Byte are told apart by bool and OpcUa_Byte; UInt32 and StatusCode by
     /// UaStatusCode.
@@ -54,7 +54,7 @@ public:
     bool isNull() const noexcept { return type() == OpcUaType_Null; } ///< no value
     /// Null, or a null string, array, node id and so on.
     bool isEmpty() const noexcept;
-    /// Null for a number that is no type
+    /// Null for a number that is no type.
     OpcUa_BuiltInType type() const noexcept
     {
         return m_value->Datatype <= OpcUaType_DiagnosticInfo
@@ -104,19 +104,23 @@ public:
 
     // ---- setting arrays and matrices
 
-    /// Deep copy of packed elements of
-    /// the type. BadOutOfMemory, BadInvalidArgument for an unknown type; the value is then null.
-    OpcUa_StatusCode setArray(OpcUa_BuiltInType type, OpcUa_Int32 length, const void* elements) noexcept;
+    /// Deep copy of packed elements of the type. BadOutOfMemory, BadInvalidArgument for an unknown type; the
+    /// value is then null.
+    [[nodiscard]] OpcUa_StatusCode setArray(OpcUa_BuiltInType type, OpcUa_Int32 length,
+                                            const void* elements) noexcept;
     /// Takes ownership of packed elements from the stack's allocator; length -1 with null makes a null array.
-    OpcUa_StatusCode attachArray(OpcUa_BuiltInType type, OpcUa_Int32 length, void* elements) noexcept;
+    [[nodiscard]] OpcUa_StatusCode attachArray(OpcUa_BuiltInType type, OpcUa_Int32 length,
+                                               void* elements) noexcept;
     /// An array of scalars that all have the same type. BadTypeMismatch otherwise.
-    OpcUa_StatusCode setArray(OpcUa_BuiltInType type, std::span<const UaVariant> elements) noexcept;
+    [[nodiscard]] OpcUa_StatusCode setArray(OpcUa_BuiltInType type,
+                                            std::span<const UaVariant> elements) noexcept;
     /// Gives an array dimensions (at least two make it a matrix, one makes it an array again).
     /// BadInvalidArgument when their product is not the number of elements.
-    OpcUa_StatusCode setDimensions(std::span<const OpcUa_Int32> dimensions) noexcept;
+    [[nodiscard]] OpcUa_StatusCode setDimensions(std::span<const OpcUa_Int32> dimensions) noexcept;
     /// Replaces one element by a scalar of the same type. BadIndexRangeInvalid, BadTypeMismatch.
-    OpcUa_StatusCode setAt(OpcUa_UInt32 index, const UaVariant& element) noexcept;
+    [[nodiscard]] OpcUa_StatusCode setAt(OpcUa_UInt32 index, const UaVariant& element) noexcept;
 
+    /// Null when out of memory.
     void setByteArray(const UaArray<OpcUa_Byte>& values) noexcept { setTyped(OpcUaType_Byte, values); }
     void setInt32Array(const UaArray<OpcUa_Int32>& values) noexcept { setTyped(OpcUaType_Int32, values); }
     void setUInt32Array(const UaArray<OpcUa_UInt32>& values) noexcept { setTyped(OpcUaType_UInt32, values); }
@@ -132,9 +136,8 @@ public:
 
     // ---- reading
 
-    /// Each
-    /// converts as changeType does; a value that can not be converted gives the type's null value and sets ok
-    /// to false.
+    /// Each converts as changeType does; a value that cannot be converted gives the type's null value and
+    /// sets ok to false.
     bool toBool(bool* ok = nullptr) const noexcept;
     OpcUa_SByte toSByte(bool* ok = nullptr) const noexcept;
     OpcUa_Byte toByte(bool* ok = nullptr) const noexcept;
@@ -194,15 +197,21 @@ public:
     /// into each other; a matrix keeps its dimensions when toArray is set. On failure the value is unchanged:
     /// BadTypeMismatch (no such conversion, or shape), BadOutOfRange (does not fit), BadSyntaxError (the text
     /// is not of the type).
-    [[nodiscard]] UaStatusCode changeType(OpcUa_BuiltInType type, bool toArray) noexcept;
+    UaStatusCode changeType(OpcUa_BuiltInType type, bool toArray) noexcept;
 
     /// Borrowed; valid until this value changes.
     const OpcUa_Variant* get() const noexcept { return m_value.get(); }
     /// attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
     /// memory.
     void attach(OpcUa_Variant* value) noexcept { m_value.attach(value); }
-    OpcUa_StatusCode detach(OpcUa_Variant* destination) noexcept { return m_value.detach(destination); }
-    OpcUa_StatusCode copyTo(OpcUa_Variant* destination) const noexcept { return m_value.copyTo(destination); }
+    [[nodiscard]] OpcUa_StatusCode detach(OpcUa_Variant* destination) noexcept
+    {
+        return m_value.detach(destination);
+    }
+    [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_Variant* destination) const noexcept
+    {
+        return m_value.copyTo(destination);
+    }
 
     /// Type, shape and every element.
     friend bool operator==(const UaVariant& left, const UaVariant& right) noexcept
@@ -214,7 +223,8 @@ private:
     template <typename T>
     void setTyped(OpcUa_BuiltInType type, const UaArray<T>& values) noexcept
     {
-        setArray(type, static_cast<OpcUa_Int32>(values.length()), values.rawData());
+        // what fails leaves the null value
+        static_cast<void>(setArray(type, static_cast<OpcUa_Int32>(values.length()), values.rawData()));
     }
     template <typename T>
     bool toTyped(OpcUa_BuiltInType type, UaArray<T>& values) const noexcept

@@ -34,6 +34,9 @@ constexpr int maxNesting = 100;
 /// The null value of a type.
 [[nodiscard]] UaVariant nullScalar(OpcUa_BuiltInType type) noexcept;
 
+/// The null array of a type.
+[[nodiscard]] UaVariant nullArray(OpcUa_BuiltInType type) noexcept;
+
 /// Collects deep copies of scalars into one array.
 class ArrayBuilder
 {
@@ -45,8 +48,8 @@ public:
     ~ArrayBuilder();
     /// Good, BadTypeMismatch for a scalar of another type or an array, BadOutOfMemory. At most count times.
     [[nodiscard]] OpcUa_StatusCode add(const UaVariant& element) noexcept;
-    /// Hands the elements over; an array of length 0 when there are none.
-    OpcUa_StatusCode finish(UaVariant& array) noexcept;
+    /// Hands the elements over; an array of length 0 when there are none. Statuses as UaVariant::attachArray.
+    [[nodiscard]] OpcUa_StatusCode finish(UaVariant& array) noexcept;
 
 private:
     OpcUa_BuiltInType m_type;

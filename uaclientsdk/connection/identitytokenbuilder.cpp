@@ -116,9 +116,8 @@ UaStatus IdentityTokenBuilder::addUserName(const UaUserNameIdentityToken& identi
         return provider.status();
     auto* token =
         attachToken<OpcUa_UserNameIdentityToken>(OpcUa_UserNameIdentityToken_EncodeableType, policy, request);
-    if (!token)
+    if (!token || OpcUa_IsBad(identity.userName().copyTo(&token->UserName)))
         return UaStatus(OpcUa_BadOutOfMemory);
-    identity.userName().copyTo(&token->UserName);
     return protectPassword(provider, identity.password(), *token);
 }
 
@@ -139,9 +138,9 @@ UaStatus IdentityTokenBuilder::protectPassword(const CryptoProvider& provider, c
     SecretBytes secret;
     writeSecret(password, m_protection.serverNonce, secret);
     UaByteString encrypted;
-    const UaStatus status = provider.encrypt(m_protection.serverCertificate, secret.view(), encrypted);
+    UaStatus status = provider.encrypt(m_protection.serverCertificate, secret.view(), encrypted);
     if (status.isGood()) {
-        encrypted.detach(&token.Password);
+        status = encrypted.detach(&token.Password);
         OpcUa_String_Assign(&token.EncryptionAlgorithm, provider.encryptionUri(), -1);
     }
     return status;
@@ -161,9 +160,8 @@ UaStatus IdentityTokenBuilder::addCertificate(const UaCertificateIdentityToken& 
         return nonce;
     auto* token =
         attachToken<OpcUa_X509IdentityToken>(OpcUa_X509IdentityToken_EncodeableType, policy, request);
-    if (!token)
+    if (!token || OpcUa_IsBad(identity.certificate().copyTo(&token->CertificateData)))
         return UaStatus(OpcUa_BadOutOfMemory);
-    identity.certificate().copyTo(&token->CertificateData);
     return signForServer(provider, identity.privateKey().view(), m_protection.serverCertificate,
                          m_protection.serverNonce, request.UserTokenSignature);
 }

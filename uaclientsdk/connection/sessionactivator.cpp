@@ -85,15 +85,16 @@ void SessionActivator::fillCreateSession(OpcUa_CreateSessionRequest& request)
     const SessionConnectInfo& info = m_context.connectInfo;
     m_context.authenticationToken = UaNodeId();
     m_context.fillRequestHeaderLocked(withTimeout(info.connectTimeout), request.RequestHeader);
-    info.applicationUri.copyTo(&request.ClientDescription.ApplicationUri);
-    info.productUri.copyTo(&request.ClientDescription.ProductUri);
-    info.localeId.copyTo(&request.ClientDescription.ApplicationName.Locale);
-    info.applicationName.copyTo(&request.ClientDescription.ApplicationName.Text);
+    // a text that there is no memory for stays null, which the server tells us
+    static_cast<void>(info.applicationUri.copyTo(&request.ClientDescription.ApplicationUri));
+    static_cast<void>(info.productUri.copyTo(&request.ClientDescription.ProductUri));
+    static_cast<void>(info.localeId.copyTo(&request.ClientDescription.ApplicationName.Locale));
+    static_cast<void>(info.applicationName.copyTo(&request.ClientDescription.ApplicationName.Text));
     request.ClientDescription.ApplicationType = static_cast<OpcUa_ApplicationType>(info.applicationType);
-    info.serverUri.copyTo(&request.ServerUri);
-    m_context.currentEndpointUrl.copyTo(&request.EndpointUrl);
-    info.sessionName.copyTo(&request.SessionName);
-    m_context.securityInfo.clientCertificate.copyTo(&request.ClientCertificate);
+    static_cast<void>(info.serverUri.copyTo(&request.ServerUri));
+    static_cast<void>(m_context.currentEndpointUrl.copyTo(&request.EndpointUrl));
+    static_cast<void>(info.sessionName.copyTo(&request.SessionName));
+    static_cast<void>(m_context.securityInfo.clientCertificate.copyTo(&request.ClientCertificate));
     request.RequestedSessionTimeout = std::max(info.sessionTimeout, minimumSessionTimeout);
     request.MaxResponseMessageSize = limits.MaxMessageSize;
 }
@@ -204,7 +205,8 @@ UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdent
     {
         SessionLock lock(m_context.mutex);
         m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
-        m_context.localeIds.copyTo(&request->NoOfLocaleIds, &request->LocaleIds);
+        // without memory the server chooses the language
+        static_cast<void>(m_context.localeIds.copyTo(&request->NoOfLocaleIds, &request->LocaleIds));
     }
     UaStatus result = fillActivateSession(identity, *request);
     if (result.isBad()) {
@@ -336,7 +338,8 @@ void SessionActivator::closeRefused(bool deleteSubscriptions)
         SessionLock lock(m_context.mutex);
         timeout = m_context.connectInfo.connectTimeout;
     }
-    closeSession(withTimeout(timeout), deleteSubscriptions); // nobody is left to tell
+    // nobody is left to tell
+    static_cast<void>(closeSession(withTimeout(timeout), deleteSubscriptions));
 }
 
 UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool deleteSubscriptions)

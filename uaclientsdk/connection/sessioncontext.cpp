@@ -40,13 +40,14 @@ SessionContext::~SessionContext()
 void SessionContext::fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header)
 {
     mutex.assertLocked();
-    authenticationToken.copyTo(&header.AuthenticationToken);
+    // without memory the token stays null, and the server refuses the call
+    static_cast<void>(authenticationToken.copyTo(&header.AuthenticationToken));
     header.Timestamp = OpcUa_DateTime_UtcNow();
     header.TimeoutHint = settings.callTimeout;
     header.ReturnDiagnostics = settings.returnDiagnostics;
     header.RequestHandle = settings.requestHandle != 0 ? settings.requestHandle : nextRequestHandle++;
     if (!settings.auditEntryId.isEmpty())
-        settings.auditEntryId.copyTo(&header.AuditEntryId);
+        static_cast<void>(settings.auditEntryId.copyTo(&header.AuditEntryId));
 }
 
 void SessionContext::setWatchdogTimeLocked(OpcUa_UInt32 milliseconds)

@@ -25,9 +25,9 @@ UaStatus signForServer(const CryptoProvider& provider, const OpcUa_ByteString& p
                        OpcUa_SignatureData& signature)
 {
     UaByteString bytes;
-    const UaStatus status = provider.sign(privateKey, joined(serverCertificate, serverNonce), bytes);
+    UaStatus status = provider.sign(privateKey, joined(serverCertificate, serverNonce), bytes);
     if (status.isGood()) {
-        bytes.detach(&signature.Signature);
+        status = bytes.detach(&signature.Signature);
         OpcUa_String_Assign(&signature.Algorithm, provider.signatureUri(), -1);
     }
     return status;

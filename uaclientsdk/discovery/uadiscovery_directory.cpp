@@ -76,7 +76,8 @@ UaStatus takeResult(const CallOut& answer, UaDateTime& lastCounterResetTime, UaS
 
 UaStatus disconnected(UaSession& session, const ServiceSettings& settings, const UaStatus& result)
 {
-    session.disconnect(settings, true); // what it answers changes nothing about the result
+    // what it answers changes nothing about the result
+    static_cast<void>(session.disconnect(settings, true));
     return result;
 }
 
@@ -119,7 +120,8 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, UaSession* sessi
     for (const UaVariant& argument :
          {UaVariant(startingRecordId), UaVariant(maxRecordsToReturn), UaVariant(applicationName),
           UaVariant(applicationUri), UaVariant(productUri), capabilities})
-        question.inputArguments.append(*argument.get());
+        if (!question.inputArguments.append(*argument.get()))
+            return UaStatus(OpcUa_BadOutOfMemory);
     CallOut answer;
     UaStatus status = session->call(settings, question, answer);
     if (!status.isBad())

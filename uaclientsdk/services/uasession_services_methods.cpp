@@ -66,8 +66,9 @@ UaBrowsePaths pathsToArguments(const UaNodeId& methodId)
         UaRelativePathElements elements(1u);
         elements[0].ReferenceTypeId.Identifier.Numeric = OpcUaId_HasProperty;
         elements[0].IncludeSubtypes = OpcUa_True;
-        UaString(argumentProperties[i]).copyTo(&elements[0].TargetName.Name);
-        methodId.copyTo(&paths[i].StartingNode);
+        // what there is no memory for stays null, and the server refuses the path
+        static_cast<void>(UaString(argumentProperties[i]).copyTo(&elements[0].TargetName.Name));
+        static_cast<void>(methodId.copyTo(&paths[i].StartingNode));
         elements.detach(&paths[i].RelativePath.NoOfElements, &paths[i].RelativePath.Elements);
     }
     return paths;
@@ -108,7 +109,8 @@ struct ArgumentNodes
                 continue;
             if (!nodes.resize(place + 1))
                 return UaStatus(OpcUa_BadOutOfMemory);
-            property.copyTo(&nodes[place].NodeId);
+            if (OpcUa_IsBad(property.copyTo(&nodes[place].NodeId)))
+                return UaStatus(OpcUa_BadOutOfMemory);
             nodes[place].AttributeId = OpcUa_Attributes_Value;
             targets[place] = arguments[i];
         }

@@ -83,8 +83,9 @@ UaStatus UaSession::browse(ServiceSettings& settings, const UaNodeId& nodeToBrow
     continuationPoint.clear();
     references.clear();
     UaBrowseDescriptions nodes(1u);
-    nodeToBrowse.copyTo(&nodes[0].NodeId);
-    context.referenceTypeId.copyTo(&nodes[0].ReferenceTypeId);
+    if (OpcUa_IsBad(nodeToBrowse.copyTo(&nodes[0].NodeId)) ||
+        OpcUa_IsBad(context.referenceTypeId.copyTo(&nodes[0].ReferenceTypeId)))
+        return UaStatus(OpcUa_BadOutOfMemory);
     nodes[0].BrowseDirection = context.browseDirection;
     nodes[0].IncludeSubtypes = context.includeSubtypes ? OpcUa_True : OpcUa_False;
     nodes[0].NodeClassMask = context.nodeClassMask;
@@ -102,7 +103,8 @@ UaStatus UaSession::browseNext(ServiceSettings& settings, bool releaseContinuati
 {
     references.clear();
     UaByteStringArray points;
-    points.append(*continuationPoint.get());
+    if (!points.append(*continuationPoint.get()))
+        return UaStatus(OpcUa_BadOutOfMemory);
     continuationPoint.clear();
     UaBrowseResults results;
     UaDiagnosticInfos diagnosticInfos;

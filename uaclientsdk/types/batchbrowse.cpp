@@ -18,7 +18,8 @@ UaBrowseDescriptions descriptionsOf(const std::vector<UaNodeId>& nodes, const Ba
     UaBrowseDescriptions descriptions(static_cast<OpcUa_UInt32>(nodes.size()));
     for (OpcUa_UInt32 i = 0; i < descriptions.length(); ++i) {
         OpcUa_BrowseDescription& description = descriptions[i];
-        nodes[i].copyTo(&description.NodeId);
+        // without memory the id stays null, and the server refuses it
+        static_cast<void>(nodes[i].copyTo(&description.NodeId));
         description.BrowseDirection =
             what.inverse ? OpcUa_BrowseDirection_Inverse : OpcUa_BrowseDirection_Forward;
         description.ReferenceTypeId.Identifier.Numeric = what.referenceTypeId;
@@ -29,23 +30,26 @@ UaBrowseDescriptions descriptionsOf(const std::vector<UaNodeId>& nodes, const Ba
     return descriptions;
 }
 
-// Moves what has come to the lists of their nodes; positions then names the nodes that have more.
-UaByteStringArray takeResults(UaBrowseResults& results, std::vector<std::size_t>& positions,
-                              std::vector<UaReferenceDescriptions>& references)
+// Moves what has come to the lists of their nodes; positions then names the nodes that have more, and points
+// where they go on. BadOutOfMemory.
+UaStatus takeResults(UaBrowseResults& results, std::vector<std::size_t>& positions,
+                     std::vector<UaReferenceDescriptions>& references, UaByteStringArray& points)
 {
-    UaByteStringArray points;
+    points.clear();
     std::vector<std::size_t> waiting;
     for (OpcUa_UInt32 i = 0; i < results.length() && i < positions.size(); ++i) {
         UaReferenceDescriptions found;
         found.attachFrom(&results[i].NoOfReferences, &results[i].References);
-        references[positions[i]].appendMoved(std::move(found));
+        if (!references[positions[i]].appendMoved(std::move(found)))
+            return UaStatus(OpcUa_BadOutOfMemory);
         if (results[i].ContinuationPoint.Length > 0) {
-            points.append(results[i].ContinuationPoint);
+            if (!points.append(results[i].ContinuationPoint))
+                return UaStatus(OpcUa_BadOutOfMemory);
             waiting.push_back(positions[i]);
         }
     }
     positions = std::move(waiting);
-    return points;
+    return UaStatus();
 }
 
 } // namespace
@@ -64,7 +68,9 @@ UaStatus browseBatch(UaSession& session, ServiceSettings& settings, const std::v
     for (std::size_t i = 0; i < positions.size(); ++i)
         positions[i] = i;
     for (int calls = 0; status.isGood() && calls < maxBrowseNextCalls; ++calls) {
-        const UaByteStringArray points = takeResults(results, positions, references);
+        UaByteStringArray points;
+        if (const UaStatus taken = takeResults(results, positions, references, points); taken.isBad())
+            return taken;
         if (points.isEmpty())
             break;
         status = session.browseListNext(settings, false, points, results, diagnosticInfos);

@@ -158,7 +158,8 @@ UaStatus DataTypeDefinitions::readDefinitions(ServiceSettings& settings, const D
 {
     UaReadValueIds nodes(static_cast<OpcUa_UInt32>(types.size()));
     for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
-        types[i].copyTo(&nodes[i].NodeId);
+        if (OpcUa_IsBad(types[i].copyTo(&nodes[i].NodeId)))
+            return UaStatus(OpcUa_BadOutOfMemory);
         nodes[i].AttributeId = OpcUa_Attributes_DataTypeDefinition;
     }
     UaDataValues values;

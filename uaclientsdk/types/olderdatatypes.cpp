@@ -124,7 +124,8 @@ UaStatus OlderDataTypes::readValues(ServiceSettings& settings, const std::vector
         return UaStatus();
     UaReadValueIds ids(static_cast<OpcUa_UInt32>(nodes.size()));
     for (OpcUa_UInt32 i = 0; i < ids.length(); ++i) {
-        nodes[i].copyTo(&ids[i].NodeId);
+        if (OpcUa_IsBad(nodes[i].copyTo(&ids[i].NodeId)))
+            return UaStatus(OpcUa_BadOutOfMemory);
         ids[i].AttributeId = OpcUa_Attributes_Value;
     }
     UaDataValues results;

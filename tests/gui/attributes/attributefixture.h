@@ -70,7 +70,7 @@ protected:
         for (int i = 0; i < results.size(); ++i) {
             ids.append(results.at(i).first);
             OpcUa_DataValue copy;
-            results.at(i).second.copyTo(&copy);
+            EXPECT_TRUE(OpcUa_IsGood(results.at(i).second.copyTo(&copy)));
             std::swap(values[static_cast<OpcUa_UInt32>(i)], copy);
             OpcUa_DataValue_Clear(&copy);
         }

@@ -236,8 +236,8 @@ TEST_F(AttributeModel, ArraysAndMatrices)
     EXPECT_EQ(valueText(), "[]\n");
     EXPECT_FALSE(model.hasChildren(valueRow().siblingAtColumn(0)));
     UaVariantArray mixed(2);
-    UaVariant("a").copyTo(&mixed[0]);
-    UaVariant(UaNodeId(1)).copyTo(&mixed[1]);
+    EXPECT_TRUE(OpcUa_IsGood(UaVariant("a").copyTo(&mixed[0])));
+    EXPECT_TRUE(OpcUa_IsGood(UaVariant(UaNodeId(1)).copyTo(&mixed[1])));
     value.setVariantArray(mixed);
     showValue(value);
     fetched(valueRow());
@@ -267,8 +267,8 @@ TEST_F(AttributeModel, StructuresOfTheStandardAndUnknownOnes)
 {
     OpcUa_Argument argument;
     OpcUa_EncodeableObject_Initialize(&OpcUa_Argument_EncodeableType, &argument);
-    UaString("speed").copyTo(&argument.Name);
-    UaNodeId(11).copyTo(&argument.DataType);
+    EXPECT_TRUE(OpcUa_IsGood(UaString("speed").copyTo(&argument.Name)));
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(11).copyTo(&argument.DataType)));
     argument.ValueRank = -1;
     UaExtensionObject object;
     ASSERT_EQ(object.setDecoded(OpcUa_Argument_EncodeableType, &argument), OpcUa_Good);

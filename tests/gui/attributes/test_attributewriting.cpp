@@ -89,7 +89,7 @@ TEST_F(AttributeWriting, OneFieldOfAStructureInAnArray)
     for (OpcUa_UInt32 i = 0; i < 2; ++i) {
         UaExtensionObject object;
         ASSERT_TRUE(UaGenericStructureValue(point).encode(object).isGood());
-        object.copyTo(&points[i]);
+        EXPECT_TRUE(OpcUa_IsGood(object.copyTo(&points[i])));
     }
     UaVariant value;
     value.setExtensionObjectArray(points);

@@ -282,7 +282,7 @@ TEST_F(CertificateManager, DroppedFilesAreAddedAfterAQuestion)
 TEST_F(CertificateManager, NewApplicationCertificateTakesTheOldOnesPlace)
 {
     QlumOwnCertificate old = values(QStringLiteral("Old Name"));
-    old.info.DNSNames.append(*UaString("old.example").get());
+    EXPECT_TRUE(old.info.DNSNames.append(*UaString("old.example").get()));
     ASSERT_EQ(old.create(), QString());
     open();
     QSignalSpy created(manager, &QlumCertificateManager::sigNewCertificateCreated);

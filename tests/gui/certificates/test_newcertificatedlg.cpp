@@ -88,7 +88,7 @@ TEST_F(NewCertificateDlg, OkWaitsForEveryRule)
     EXPECT_FALSE(mayAccept()) << "neither name nor address";
 
     QlumOwnCertificate values = dialog->values();
-    values.info.IPAddresses.append(*UaString("::1").get());
+    EXPECT_TRUE(values.info.IPAddresses.append(*UaString("::1").get()));
     dialog->setValues(values);
     EXPECT_TRUE(mayAccept());
     find<QCheckBox>("protectKey")->setChecked(true);
@@ -248,7 +248,7 @@ TEST_F(NewCertificateDlg, AFailureKeepsWhatWasEntered)
     QlumOwnCertificate values = dialog->values();
     values.subject.country = "DE";
     values.keyBits = 1024;
-    values.info.IPAddresses.append(*UaString("not an address").get());
+    EXPECT_TRUE(values.info.IPAddresses.append(*UaString("not an address").get()));
     dialog->setValues(values);
     const DialogDriver driver(DialogDriver::press(QMessageBox::Ok));
     dialog->accept();

@@ -56,13 +56,16 @@ protected:
             [endpoint](const void*, void* response) {
                 UaEndpointDescriptions descriptions(1);
                 OpcUa_EndpointDescription& one = descriptions[0];
-                toUaString(endpoint.url).copyTo(&one.EndpointUrl);
-                toUaString(endpoint.securityPolicyUri).copyTo(&one.SecurityPolicyUri);
+                EXPECT_TRUE(OpcUa_IsGood(toUaString(endpoint.url).copyTo(&one.EndpointUrl)));
+                EXPECT_TRUE(
+                    OpcUa_IsGood(toUaString(endpoint.securityPolicyUri).copyTo(&one.SecurityPolicyUri)));
                 one.SecurityMode = static_cast<OpcUa_MessageSecurityMode>(endpoint.securityMode);
-                toUaString(endpoint.applicationUri).copyTo(&one.Server.ApplicationUri);
+                EXPECT_TRUE(
+                    OpcUa_IsGood(toUaString(endpoint.applicationUri).copyTo(&one.Server.ApplicationUri)));
                 const QByteArray& der = endpoint.serverCertificate;
-                UaByteString(der.size(), reinterpret_cast<const OpcUa_Byte*>(der.constData()))
-                    .copyTo(&one.ServerCertificate);
+                const UaByteString certificate(der.size(),
+                                               reinterpret_cast<const OpcUa_Byte*>(der.constData()));
+                EXPECT_TRUE(OpcUa_IsGood(certificate.copyTo(&one.ServerCertificate)));
                 auto* answer = static_cast<OpcUa_GetEndpointsResponse*>(response);
                 descriptions.detach(&answer->NoOfEndpoints, &answer->Endpoints);
                 return static_cast<OpcUa_StatusCode>(OpcUa_Good);
@@ -77,10 +80,11 @@ protected:
                 UaEndpointDescriptions descriptions(static_cast<OpcUa_UInt32>(endpoints.size()));
                 for (OpcUa_UInt32 i = 0; i < descriptions.length(); ++i) {
                     const auto& [url, policy] = endpoints.at(static_cast<int>(i));
-                    toUaString(url).copyTo(&descriptions[i].EndpointUrl);
-                    toUaString(policy).copyTo(&descriptions[i].SecurityPolicyUri);
+                    EXPECT_TRUE(OpcUa_IsGood(toUaString(url).copyTo(&descriptions[i].EndpointUrl)));
+                    EXPECT_TRUE(OpcUa_IsGood(toUaString(policy).copyTo(&descriptions[i].SecurityPolicyUri)));
                     descriptions[i].SecurityMode = OpcUa_MessageSecurityMode_None;
-                    UaString("urn:plc").copyTo(&descriptions[i].Server.ApplicationUri);
+                    EXPECT_TRUE(
+                        OpcUa_IsGood(UaString("urn:plc").copyTo(&descriptions[i].Server.ApplicationUri)));
                 }
                 auto* answer = static_cast<OpcUa_GetEndpointsResponse*>(response);
                 descriptions.detach(&answer->NoOfEndpoints, &answer->Endpoints);

@@ -151,7 +151,7 @@ protected:
     {
         if (session.isConnected()) {
             stack.holdAnswers(OpcUa_PublishRequest_EncodeableType, false);
-            disconnect();
+            EXPECT_TRUE(disconnect().isGood());
         }
     }
 

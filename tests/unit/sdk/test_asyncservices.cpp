@@ -281,7 +281,7 @@ TEST_F(AsyncServiceTest, EveryServiceCompletesByItsOwnName)
     info.maxOperationsPerServiceCall = 2; // details and items of later blocks are the session's own copies
     ASSERT_TRUE(connect().isGood());
     UaClientSdk::HistoryReadProcessedContext processed;
-    processed.aggregateTypes.create(5);
+    EXPECT_TRUE(processed.aggregateTypes.create(5));
     const std::vector<std::pair<std::string, std::function<UaStatus(OpcUa_UInt32)>>> services = {
         {"read", [&](auto id) { return beginRead(5, id); }},
         {"write", [&](auto id) { return session->beginWrite(settings, UaWriteValues(5u), id); }},
@@ -352,7 +352,7 @@ TEST_F(AsyncServiceTest, CallCompletesWithItsOutputArguments)
                  results.detach(&response.NoOfResults, &response.Results);
              }));
     CallIn callIn;
-    callIn.inputArguments.create(3);
+    EXPECT_TRUE(callIn.inputArguments.create(3));
     ASSERT_TRUE(session->beginCall(settings, callIn, 99).isGood());
     ASSERT_TRUE(callback.waitForCompletions(1));
     EXPECT_EQ(callback.completions().back(), (Completion{"call", 99, good, 3}));

@@ -38,7 +38,7 @@ protected:
                 auto& response = *static_cast<OpcUa_ReadResponse*>(data);
                 UaDataValues values(static_cast<OpcUa_UInt32>(results));
                 for (OpcUa_DataValue& one : values) {
-                    value.copyTo(&one.Value);
+                    EXPECT_TRUE(OpcUa_IsGood(value.copyTo(&one.Value)));
                     one.StatusCode = status;
                 }
                 values.detach(&response.NoOfResults, &response.Results);
@@ -59,7 +59,7 @@ protected:
         stack.ticks += watched.watchdogTime() + 1;
         EXPECT_TRUE(own.waitForCount(2));
         const auto status = static_cast<UaClient::ServerStatus>(own.statuses().at(1));
-        watched.disconnect(UaClientSdk::ServiceSettings(), true);
+        EXPECT_TRUE(watched.disconnect(UaClientSdk::ServiceSettings(), true).isGood());
         return status;
     }
 };

@@ -71,7 +71,7 @@ std::vector<Fault> faults(const UaByteString& other)
         {"other certificate in the endpoint",
          [other](auto& answer) {
              OpcUa_ByteString_Clear(&answer.ServerEndpoints[0].ServerCertificate);
-             other.copyTo(&answer.ServerEndpoints[0].ServerCertificate);
+             EXPECT_TRUE(OpcUa_IsGood(other.copyTo(&answer.ServerEndpoints[0].ServerCertificate)));
          },
          OpcUa_BadSecurityChecksFailed, true},
         {"endpoint downgraded to signing",
@@ -156,7 +156,7 @@ TEST_F(CreateSessionTest, HostOfTheUrlMustStandInTheCertificate)
     for (const char* local :
          {"opc.tcp://LocalHost:4840", "opc.tcp://127.0.0.1:4840", "opc.tcp://[::1]:4840"}) {
         EXPECT_TRUE(connectSecured(local).isGood()) << local;
-        disconnect();
+        EXPECT_TRUE(disconnect().isGood());
     }
 }
 
@@ -173,7 +173,7 @@ TEST_F(CreateSessionTest, WhatWasOverriddenOnceIsNotAskedAgainByAReconnect)
     passWatchdogTime();
     EXPECT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect,
                                   UaClient::NewSessionCreated, UaClient::Connected}));
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     // the next connect is another decision
     EXPECT_EQ(connectSecured().statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadNonceInvalid));
 }
@@ -181,10 +181,10 @@ TEST_F(CreateSessionTest, WhatWasOverriddenOnceIsNotAskedAgainByAReconnect)
 TEST(HostNames, CompareByWhatTheyMean)
 {
     UaPkiCertificateInfo certificate;
-    certificate.DNSNames.append(*UaString("Plant.Example.COM").get());
-    certificate.DNSNames.append(*UaString("").get());
-    certificate.IPAddresses.append(*UaString("2001:db8::1").get());
-    certificate.IPAddresses.append(*UaString("192.0.2.7").get());
+    EXPECT_TRUE(certificate.DNSNames.append(*UaString("Plant.Example.COM").get()));
+    EXPECT_TRUE(certificate.DNSNames.append(*UaString("").get()));
+    EXPECT_TRUE(certificate.IPAddresses.append(*UaString("2001:db8::1").get()));
+    EXPECT_TRUE(certificate.IPAddresses.append(*UaString("192.0.2.7").get()));
     for (const char* host :
          {"plant.example.com", "PLANT.example.com.", "2001:DB8:0:0::1", "192.0.2.7", "2001:db8::1%eth0"})
         EXPECT_TRUE(UaClientSdk::namesHost(certificate, host)) << host;
@@ -193,7 +193,7 @@ TEST(HostNames, CompareByWhatTheyMean)
     std::array<char, 256> own{};
     ASSERT_EQ(gethostname(own.data(), own.size() - 1), 0);
     UaPkiCertificateInfo local;
-    local.DNSNames.append(*UaString(own.data()).get());
+    EXPECT_TRUE(local.DNSNames.append(*UaString(own.data()).get()));
     EXPECT_TRUE(UaClientSdk::namesHost(local, "127.0.0.1"));
     EXPECT_TRUE(UaClientSdk::namesHost(local, "::1"));
     EXPECT_FALSE(UaClientSdk::namesHost(local, "192.0.2.7"));

@@ -44,9 +44,9 @@ struct TypeServer
             const auto [first, last] = subtypes.equal_range(UaNodeId(request.NodesToBrowse[i].NodeId));
             UaReferenceDescriptions references;
             for (auto it = first; it != last; ++it) {
-                references.resize(references.length() + 1);
+                EXPECT_TRUE(references.resize(references.length() + 1));
                 OpcUa_ReferenceDescription& reference = references[references.length() - 1];
-                it->second.copyTo(&reference.NodeId.NodeId);
+                EXPECT_TRUE(OpcUa_IsGood(it->second.copyTo(&reference.NodeId.NodeId)));
                 OpcUa_String_Assign(&reference.BrowseName.Name,
                                     ("Type" + std::to_string(it->second.identifierNumeric())).c_str(), -1);
             }
@@ -69,13 +69,13 @@ struct TypeServer
     {
         auto* definition = static_cast<OpcUa_StructureDefinition*>(
             OpcUa_EncodeableObject_Create(&OpcUa_StructureDefinition_EncodeableType));
-        UaNodeId(3101, ns).copyTo(&definition->DefaultEncodingId);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(3101, ns).copyTo(&definition->DefaultEncodingId)));
         UaStructureFieldRecords fields(2u);
         OpcUa_String_Assign(&fields[0].Name, "Pressure", -1);
-        UaNodeId(3003, ns).copyTo(&fields[0].DataType);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(3003, ns).copyTo(&fields[0].DataType)));
         fields[0].ValueRank = -1;
         OpcUa_String_Assign(&fields[1].Name, "Mode", -1);
-        UaNodeId(3002, ns).copyTo(&fields[1].DataType);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(3002, ns).copyTo(&fields[1].DataType)));
         fields[1].ValueRank = -1;
         fields.detach(&definition->NoOfFields, &definition->Fields);
         put(value, OpcUa_StructureDefinition_EncodeableType, definition);
@@ -212,9 +212,10 @@ public:
                 if ((inverse ? reference.target : reference.source) != UaNodeId(wanted.NodeId) ||
                     (type != 0 && type != reference.type))
                     continue;
-                references.resize(references.length() + 1);
+                EXPECT_TRUE(references.resize(references.length() + 1));
                 OpcUa_ReferenceDescription& made = references[references.length() - 1];
-                (inverse ? reference.source : reference.target).copyTo(&made.NodeId.NodeId);
+                EXPECT_TRUE(OpcUa_IsGood(
+                    (inverse ? reference.source : reference.target).copyTo(&made.NodeId.NodeId)));
                 made.ReferenceTypeId.Identifier.Numeric = reference.type;
                 OpcUa_String_Assign(&made.BrowseName.Name, reference.name, -1);
             }
@@ -232,7 +233,7 @@ public:
             if (request.NodesToRead[i].AttributeId != OpcUa_Attributes_Value || found == m_values.end())
                 results[i].StatusCode = OpcUa_BadAttributeIdInvalid;
             else
-                found->second.copyTo(&results[i].Value);
+                EXPECT_TRUE(OpcUa_IsGood(found->second.copyTo(&results[i].Value)));
         }
         results.detach(&response.NoOfResults, &response.Results);
         return OpcUa_Good;
@@ -281,7 +282,7 @@ private:
         for (const char* name : names)
             elements.emplace_back(UaLocalizedText("en", name));
         UaVariant array;
-        array.setArray(OpcUaType_LocalizedText, elements);
+        EXPECT_TRUE(OpcUa_IsGood(array.setArray(OpcUaType_LocalizedText, elements)));
         return array;
     }
 
@@ -295,7 +296,8 @@ private:
         object.attachDecoded(OpcUa_EnumValueType_EncodeableType, record);
         const UaVariant element(object);
         UaVariant array;
-        array.setArray(OpcUaType_ExtensionObject, std::span<const UaVariant>(&element, 1));
+        EXPECT_TRUE(
+            OpcUa_IsGood(array.setArray(OpcUaType_ExtensionObject, std::span<const UaVariant>(&element, 1))));
         return array;
     }
 

@@ -43,9 +43,9 @@ void answerQuery(OpcUa_CallResponse& response, OpcUa_Int32 outputs)
     UaVariant list;
     list.setExtensionObjectArray(servers);
     UaVariantArray arguments;
-    arguments.append(*UaVariant(UaDateTime(resetTime)).get());
-    arguments.append(*list.get());
-    arguments.resize(static_cast<OpcUa_UInt32>(outputs));
+    EXPECT_TRUE(arguments.append(*UaVariant(UaDateTime(resetTime)).get()));
+    EXPECT_TRUE(arguments.append(*list.get()));
+    EXPECT_TRUE(arguments.resize(static_cast<OpcUa_UInt32>(outputs)));
     arguments.detach(&result.NoOfOutputArguments, &result.OutputArguments);
 }
 
@@ -72,7 +72,7 @@ protected:
     UaStatus query(UaClientSdk::UaSession* on)
     {
         UaStringArray capabilities;
-        capabilities.append(*UaString("DA").get());
+        EXPECT_TRUE(capabilities.append(*UaString("DA").get()));
         return discovery.queryDirectory(settings, on, 3, 40, "name", "uri", "product", capabilities, reset,
                                         servers);
     }
@@ -101,7 +101,7 @@ TEST_F(DiscoveryTest, ServersOnTheNetworkAreAskedForOverAChannelOfItsOwn)
         return static_cast<OpcUa_StatusCode>(OpcUa_Good);
     });
     UaStringArray filter;
-    filter.append(*UaString("HD").get());
+    EXPECT_TRUE(filter.append(*UaString("HD").get()));
     const UaString url("opc.tcp://lds:4840");
     ASSERT_TRUE(discovery
                     .findServersOnNetwork(settings, url, UaClientSdk::ClientSecurityInfo(), 7, 30, filter,
@@ -129,7 +129,7 @@ TEST_F(DiscoveryTest, DirectoryIsFoundByItsNamespace)
     ASSERT_TRUE(connect().isGood());
     ASSERT_TRUE(query(&session).isGood());
     EXPECT_EQ(asked, "i=141 i=151 3 40 name uri product {DA}");
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     stack.setNamespaces({"http://opcfoundation.org/UA/", "urn:server", "http://opcfoundation.org/UA/GDS/"});
     ASSERT_TRUE(connect().isGood());
     ASSERT_TRUE(query(&session).isGood());

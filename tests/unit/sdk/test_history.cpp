@@ -147,7 +147,7 @@ TEST_F(HistoryTest, AggregatesGoWithTheirNodesWhenSplit)
     HistoryReadProcessedContext context;
     context.processingInterval = 500.0;
     UaHistoryReadValueIds nodes(5u);
-    context.aggregateTypes.create(5);
+    EXPECT_TRUE(context.aggregateTypes.create(5));
     std::vector<std::pair<OpcUa_UInt32, OpcUa_UInt32>> wanted;
     for (OpcUa_UInt32 i = 0; i < 5; ++i) {
         nodes[i].NodeId.Identifier.Numeric = 10 + i;
@@ -157,7 +157,7 @@ TEST_F(HistoryTest, AggregatesGoWithTheirNodesWhenSplit)
     ASSERT_TRUE(session.historyReadProcessed(settings, context, nodes, results, diagnostics).isGood());
     EXPECT_EQ(asked, wanted);
     EXPECT_EQ(results.size(), 5u);
-    context.aggregateTypes.resize(4);
+    EXPECT_TRUE(context.aggregateTypes.resize(4));
     EXPECT_EQ(session.historyReadProcessed(settings, context, nodes, results, diagnostics).statusCode(),
               static_cast<OpcUa_StatusCode>(OpcUa_BadAggregateListMismatch));
     EXPECT_TRUE(results.empty());
@@ -177,7 +177,7 @@ TEST_F(HistoryTest, TimesAndEventFiltersReachTheServer)
         [](OpcUa_HistoryReadResult&, OpcUa_UInt32) {});
     HistoryReadAtTimeContext atTime;
     for (const OpcUa_DateTime time : {10, 20, 30})
-        atTime.requestedTimes.append(time);
+        EXPECT_TRUE(atTime.requestedTimes.append(time));
     atTime.releaseContinuationPoints = true;
     EXPECT_TRUE(session.historyReadAtTime(settings, atTime, UaHistoryReadValueIds(1u), results, diagnostics)
                     .isGood());
@@ -196,8 +196,8 @@ TEST_F(HistoryTest, TimesAndEventFiltersReachTheServer)
             UaHistoryEventFieldLists(2u).detach(&events->NoOfEvents, &events->Events);
         });
     HistoryReadEventContext event;
-    event.selectClauses.create(4);
-    event.whereClause.create(1);
+    EXPECT_TRUE(event.selectClauses.create(4));
+    EXPECT_TRUE(event.whereClause.create(1));
     HistoryReadEventResults events;
     ASSERT_TRUE(
         session.historyReadEvent(settings, event, UaHistoryReadValueIds(3u), events, diagnostics).isGood());

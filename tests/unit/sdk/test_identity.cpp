@@ -59,14 +59,14 @@ TEST_F(IdentityTest, EveryPolicyProtectsEveryUser)
         for (const std::string& password : {std::string("geheim"), std::string(), longPassword}) {
             security.setUserPasswordUserIdentity("anna", UaString(std::string_view(password)));
             EXPECT_TRUE(connect(security).isGood()) << policy;
-            disconnect();
+            EXPECT_TRUE(disconnect().isGood());
         }
         useCertificate(security);
         EXPECT_TRUE(connect(security).isGood()) << policy;
-        disconnect();
+        EXPECT_TRUE(disconnect().isGood());
         security.setAnonymousUserIdentity();
         EXPECT_TRUE(connect(security).isGood()) << policy;
-        disconnect();
+        EXPECT_TRUE(disconnect().isGood());
         EXPECT_THAT(server.logins, ElementsAre("user anna geheim", "user anna ", "user anna " + longPassword,
                                                "certificate", "anonymous"))
             << policy;
@@ -81,7 +81,7 @@ TEST_F(IdentityTest, TheUnsafePolicyNeedsTheUsersConsent)
     EXPECT_EQ(connect(security).statusCode(), OpcUa_BadSecurityPolicyRejected);
     security.basic128Rsa15Accepted = true;
     EXPECT_TRUE(connect(security).isGood());
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
 }
 
 TEST_F(IdentityTest, UnsecuredChannelTakesTheStrongestPolicyOfTheTokens)
@@ -95,10 +95,10 @@ TEST_F(IdentityTest, UnsecuredChannelTakesTheStrongestPolicyOfTheTokens)
     SessionSecurityInfo security = server.clientSecurity();
     security.setUserPasswordUserIdentity("anna", "geheim");
     EXPECT_TRUE(connect(security).isGood());
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     useCertificate(security);
     EXPECT_TRUE(connect(security).isGood());
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     EXPECT_THAT(server.logins, ElementsAre("user anna geheim", "certificate"));
     // the server's nonce is all that keeps an old login from being repeated
     server.tamperCreate = [](auto& answer) { answer.ServerNonce.Length = 8; };
@@ -116,11 +116,11 @@ TEST_F(IdentityTest, PasswordLeavesInClearOnlyWhenSomebodyHasAgreed)
     EXPECT_EQ(callback.errors().front(), "3 BadSecurityModeInsufficient ours");
     security.plainPasswordAccepted = true;
     EXPECT_TRUE(connect(security).isGood());
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     security.plainPasswordAccepted = false;
     callback.overrides = true;
     EXPECT_TRUE(connect(security).isGood());
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     EXPECT_THAT(server.logins, ElementsAre("user anna geheim in clear", "user anna geheim in clear"));
 
     // a token that asks for no encryption on a channel that only signs is no better; one that encrypts is
@@ -133,7 +133,7 @@ TEST_F(IdentityTest, PasswordLeavesInClearOnlyWhenSomebodyHasAgreed)
         const UaStatus status = connect(signing);
         EXPECT_EQ(status.statusCode(), mode == OpcUa_MessageSecurityMode_Sign ? plainPassword : OpcUa_Good);
         if (status.isGood())
-            disconnect();
+            EXPECT_TRUE(disconnect().isGood());
     }
 }
 
@@ -160,7 +160,7 @@ TEST_F(IdentityTest, NonceThatIsShortOrRepeatedClosesTheSession)
         [](auto& answer) { OpcUa_ByteString_Clear(&answer.ServerNonce); },
         [&](auto& answer) {
             OpcUa_ByteString_Clear(&answer.ServerNonce);
-            last.copyTo(&answer.ServerNonce);
+            EXPECT_TRUE(OpcUa_IsGood(last.copyTo(&answer.ServerNonce)));
         }};
     int closed = 0;
     for (const auto& tamper : tampers) {
@@ -192,7 +192,7 @@ TEST_F(IdentityTest, ChangedUserStaysAcrossAReconnect)
     ASSERT_TRUE(
         callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect, UaClient::Connected}));
     EXPECT_THAT(server.logins, ElementsAre("anonymous", "user berta b", "user carla c", "user berta b"));
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     EXPECT_EQ(session.changeUser(settings, &berta).statusCode(),
               static_cast<OpcUa_StatusCode>(OpcUa_BadConnectionClosed));
 }

@@ -104,7 +104,7 @@ TEST_F(ServiceGroupTest, DiagnosticInfosOfBlocksAreMerged)
                      infos[1].SymbolicId = 0;
                      infos.detach(&out.NoOfDiagnosticInfos, &out.DiagnosticInfos);
                      UaStringArray table(1u);
-                     UaString("cause").copyTo(&table[0]);
+                     EXPECT_TRUE(OpcUa_IsGood(UaString("cause").copyTo(&table[0])));
                      table.detach(&out.ResponseHeader.NoOfStringTable, &out.ResponseHeader.StringTable);
                  }
              }));
@@ -133,8 +133,8 @@ TEST_F(ServiceGroupTest, CallHandsArgumentsOverBothWays)
     CallIn callIn;
     callIn.objectId = UaNodeId(1);
     callIn.methodId = UaNodeId(2);
-    callIn.inputArguments.create(2);
-    UaVariant(OpcUa_Int32(42)).copyTo(&callIn.inputArguments[1]);
+    EXPECT_TRUE(callIn.inputArguments.create(2));
+    EXPECT_TRUE(OpcUa_IsGood(UaVariant(OpcUa_Int32(42)).copyTo(&callIn.inputArguments[1])));
     CallOut callOut;
     ASSERT_TRUE(session.call(settings, callIn, callOut).isGood());
     EXPECT_TRUE(callOut.callResult.isGood());
@@ -172,7 +172,7 @@ protected:
                      EXPECT_EQ(in.NodesToRead[0].NodeId.Identifier.Numeric, 500u);
                      UaDataValues results(1u);
                      results[0].StatusCode = valueStatus;
-                     value.copyTo(&results[0].Value);
+                     EXPECT_TRUE(OpcUa_IsGood(value.copyTo(&results[0].Value)));
                      results.detach(&out.NoOfResults, &out.Results);
                  }));
     }
@@ -275,7 +275,7 @@ TEST_F(ServiceGroupTest, QueryHandsOverDataFindingsAndContinuationPoint)
              }));
     QueryContext context;
     context.maxDataSetsToReturn = 10;
-    context.filter.create(1);
+    EXPECT_TRUE(context.filter.create(1));
     UaQueryDataSets dataSets;
     UaByteString point;
     QueryFindings findings;

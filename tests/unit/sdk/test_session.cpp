@@ -30,7 +30,7 @@ TEST_F(SessionTest, ConnectsInOrderAndClosesWhatItOpened)
 TEST_F(SessionTest, ChannelThatDoesNotOpenTriesTheAlternativesThenReports)
 {
     stack.setConnectResult(OpcUa_BadConnectionRejected);
-    info.alternativeEndpointUrls.create(2);
+    EXPECT_TRUE(info.alternativeEndpointUrls.create(2));
     OpcUa_String_Assign(&info.alternativeEndpointUrls[0], "opc.tcp://second:4840", -1);
     OpcUa_String_Assign(&info.alternativeEndpointUrls[1], "ftp://third", -1); // never reaches the stack
     EXPECT_EQ(connect().statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadInvalidArgument));
@@ -94,7 +94,8 @@ TEST_F(SessionTest, LostLinkIsNoticedWithoutWaitingForTheWatchdog)
     stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadConnectionClosed});
     stack.loseLink();
     EXPECT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
-    disconnect(); // joins the thread, which closes the channel after it has told the status
+    EXPECT_TRUE(
+        disconnect().isGood()); // joins the thread, which closes the channel after it has told the status
     EXPECT_EQ(stack.disconnects(), 1);
 }
 
@@ -145,7 +146,7 @@ TEST_F(SessionTest, DisconnectDoesNotWaitForAConnectThatHangs)
     ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
     passWatchdogTime();
     const auto started = std::chrono::steady_clock::now();
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(10));
     EXPECT_EQ(callback.statuses().back(), UaClient::Disconnected);
 }
@@ -155,21 +156,21 @@ TEST_F(SessionTest, WatchdogTimeStaysWithinItsBounds)
     ASSERT_TRUE(connect().isGood());
     session.setWatchdogTime(500);
     EXPECT_EQ(session.watchdogTime(), 1000u);
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
 
     stack.setRevisedSessionTimeout(1200.0);
     ASSERT_TRUE(connect().isGood());
     EXPECT_EQ(session.watchdogTime(), 600u);
     session.setWatchdogTime(500);
     EXPECT_EQ(session.watchdogTime(), 600u);
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
 
     for (const double odd : {std::nan(""), -5.0, 0.0, 1e300, HUGE_VAL}) {
         stack.setRevisedSessionTimeout(odd);
         ASSERT_TRUE(connect().isGood());
         EXPECT_GE(session.watchdogTime(), 1000u) << odd;
         EXPECT_TRUE(std::isfinite(session.revisedSessionTimeout())) << odd;
-        disconnect();
+        EXPECT_TRUE(disconnect().isGood());
     }
 }
 
@@ -192,7 +193,7 @@ TEST_F(SessionTest, ExceptionInACallbackEndsTheThreadOnly)
     stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadSessionClosed});
     passWatchdogTime();
     EXPECT_TRUE(throwing.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     EXPECT_EQ(throwing.statuses().back(), UaClient::Disconnected);
 }
 

@@ -119,7 +119,7 @@ TEST_F(SubscriptionTest, WhatCanNotBeUnderstoodIsTracedAndAcknowledged)
         OpcUa_ExtensionObject_AttachEncodeable(
             &list[1], &OpcUa_EventNotificationList_EncodeableType,
             OpcUa_EncodeableObject_Create(&OpcUa_EventNotificationList_EncodeableType));
-        all.appendMoved(std::move(list));
+        EXPECT_TRUE(all.appendMoved(std::move(list)));
         all.detach(&response.NotificationMessage.NoOfNotificationData,
                    &response.NotificationMessage.NotificationData);
         response.SubscriptionId = 1;
@@ -280,7 +280,7 @@ TEST_F(SubscriptionTest, CallbackMayDeleteItsSubscription)
     ASSERT_EQ(result.wait_for(std::chrono::seconds(10)), std::future_status::ready);
     EXPECT_TRUE(OpcUa_IsGood(result.get()));
     EXPECT_EQ(subscription, nullptr);
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     EXPECT_EQ(events.heard(), Lines{"11 data 1=1"});
 }
 
@@ -308,7 +308,7 @@ TEST_F(SubscriptionTest, DeletingWaitsForACallbackThatRunsAndTheAnswerInFlightIs
     leave.set_value();
     EXPECT_TRUE(deleting.get());
     EXPECT_TRUE(trace.waitFor("Server sent invalid SubscriptionId 1")); // a disconnect would drop the answer
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     EXPECT_EQ(events.heard(), Lines{"11 data"});
 }
 
@@ -371,7 +371,7 @@ TEST_F(SubscriptionTest, DisconnectWhileACallbackBlocksReturnsInBoundedTime)
     data(1, 1, {});
     entered.get_future().wait();
     const auto started = std::chrono::steady_clock::now();
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(5));
     leave.set_value();
     EXPECT_TRUE(remove(subscription).isGood()); // without a server, but not without waiting
@@ -387,7 +387,7 @@ TEST_F(SubscriptionTest, NothingIsHeardAfterDisconnect)
         events.during = [&](const std::string&) { EXPECT_FALSE(over); };
         for (OpcUa_UInt32 number = 1; number <= 20; ++number)
             data(id, number, {});
-        disconnect();
+        EXPECT_TRUE(disconnect().isGood());
         over = true;
         EXPECT_FALSE(subscription->isValid());
         EXPECT_TRUE(remove(subscription).isGood());

@@ -282,7 +282,7 @@ TEST_F(MonitoredItems, NeitherDeletionNorDisconnectOvertakesACompletion)
     std::atomic<bool> over{false};
     events.during = [&](const std::string&) { EXPECT_FALSE(over); };
     stack.releaseAnswers(OpcUa_CreateMonitoredItemsRequest_EncodeableType, 1);
-    disconnect();
+    EXPECT_TRUE(disconnect().isGood());
     over = true; // whatever came has come before
     EXPECT_EQ(begin(1, 3).statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadSubscriptionIdInvalid));
 }

@@ -20,7 +20,7 @@ UaStringArray texts(std::initializer_list<const char*> values)
     UaStringArray array(static_cast<OpcUa_UInt32>(values.size()));
     OpcUa_UInt32 i = 0;
     for (const char* value : values)
-        UaString(value).detach(&array[i++]);
+        EXPECT_TRUE(OpcUa_IsGood(UaString(value).detach(&array[i++])));
     return array;
 }
 
@@ -38,7 +38,7 @@ TEST(UaArray, CopiesDeeplyAndMovesCheaply)
 {
     UaStringArray array = texts({"a", "b", "c"});
     UaStringArray copy(array);
-    UaString("x").detach((OpcUa_String_Clear(&copy[0]), &copy[0]));
+    EXPECT_TRUE(OpcUa_IsGood(UaString("x").detach((OpcUa_String_Clear(&copy[0]), &copy[0]))));
     EXPECT_EQ(joined(array), "a|b|c|");
     EXPECT_EQ(joined(copy), "x|b|c|");
 
@@ -84,7 +84,7 @@ TEST(UaArray, ChangesHandsWithCStructures)
     OpcUa_ReadRequest request;
     OpcUa_EncodeableObject_Initialize(&OpcUa_ReadRequest_EncodeableType, &request);
     UaReadValueIds nodes(2);
-    UaNodeId("abc", 2).copyTo(&nodes[1].NodeId);
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId("abc", 2).copyTo(&nodes[1].NodeId)));
     UaReadValueIds kept = nodes;
     nodes.detach(&request.NoOfNodesToRead, &request.NodesToRead);
     EXPECT_EQ(request.NoOfNodesToRead, 2);
@@ -114,13 +114,13 @@ TEST(UaArray, HoldsNumbersAndNestedStructures)
 
     UaBrowseResults results(1);
     UaReferenceDescriptions references(1);
-    UaLocalizedText("en", "Server").copyTo(&references[0].DisplayName);
+    EXPECT_TRUE(OpcUa_IsGood(UaLocalizedText("en", "Server").copyTo(&references[0].DisplayName)));
     references.detach(&results[0].NoOfReferences, &results[0].References);
     const UaBrowseResults copy(results);
     results.clear();
     EXPECT_EQ(UaLocalizedText(copy[0].References[0].DisplayName).text(), "Server");
 
     UaDataValues values(2);
-    UaDataValue(UaVariant("text"), OpcUa_UncertainInitialValue).detach(&values[1]);
+    EXPECT_TRUE(OpcUa_IsGood(UaDataValue(UaVariant("text"), OpcUa_UncertainInitialValue).detach(&values[1])));
     EXPECT_EQ(UaDataValue(values[1]).toString(), "text; UncertainInitialValue");
 }

@@ -90,13 +90,13 @@ TEST(NamespaceZero, ReadsFilledStructures)
 {
     OpcUa_Argument argument;
     UaElement<OpcUa_Argument>::initialize(&argument, 1);
-    UaString("Speed").detach(&argument.Name);
-    UaNodeId(11).detach(&argument.DataType);
+    EXPECT_TRUE(OpcUa_IsGood(UaString("Speed").detach(&argument.Name)));
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(11).detach(&argument.DataType)));
     argument.ValueRank = 1;
     UaUInt32Array dimensions(2);
     dimensions[1] = 7;
     dimensions.detach(&argument.NoOfArrayDimensions, &argument.ArrayDimensions);
-    UaLocalizedText("en", "How fast").copyTo(&argument.Description);
+    EXPECT_TRUE(OpcUa_IsGood(UaLocalizedText("en", "How fast").copyTo(&argument.Description)));
     UaExtensionObject object;
     ASSERT_EQ(object.setDecoded(OpcUa_Argument_EncodeableType, &argument), OpcUa_Good);
     UaElement<OpcUa_Argument>::clear(&argument, 1);
@@ -115,8 +115,8 @@ namespace {
 void describe(OpcUa_StructureField& field, const char* name, const UaNodeId& dataType, OpcUa_Int32 rank,
               bool flag)
 {
-    UaString(name).detach(&field.Name);
-    UaNodeId(dataType).detach(&field.DataType);
+    EXPECT_TRUE(OpcUa_IsGood(UaString(name).detach(&field.Name)));
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(dataType).detach(&field.DataType)));
     field.ValueRank = rank;
     field.IsOptional = flag;
 }
@@ -127,8 +127,8 @@ TEST(PublishedDefinition, StructureWithOptionalFields)
 {
     UaStructureDefinitionRecords records(1);
     OpcUa_StructureDefinition& record = records[0];
-    UaNodeId(71, 2).detach(&record.DefaultEncodingId);
-    UaNodeId(22).detach(&record.BaseDataType);
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(71, 2).detach(&record.DefaultEncodingId)));
+    EXPECT_TRUE(OpcUa_IsGood(UaNodeId(22).detach(&record.BaseDataType)));
     record.StructureType = OpcUa_StructureType_StructureWithOptionalFields;
     UaStructureFieldRecords fields(4);
     describe(fields[0], "Delay", UaNodeId(290), -1, true);
@@ -188,9 +188,9 @@ TEST(PublishedDefinition, EnumerationAndOptionSet)
     UaEnumDefinitionRecords records(1);
     UaEnumFieldRecords fields(2);
     fields[0].Value = 1;
-    UaString("One").detach(&fields[0].Name);
+    EXPECT_TRUE(OpcUa_IsGood(UaString("One").detach(&fields[0].Name)));
     fields[1].Value = 3;
-    UaLocalizedText("de", "Drei").copyTo(&fields[1].DisplayName);
+    EXPECT_TRUE(OpcUa_IsGood(UaLocalizedText("de", "Drei").copyTo(&fields[1].DisplayName)));
     fields.detach(&records[0].NoOfFields, &records[0].Fields);
     const UaEnumDefinition definition = uaEnumDefinition(records[0], "Count", UaNodeId(80, 2));
     EXPECT_EQ(definition.valueName(1), "One");

@@ -193,7 +193,8 @@ protected:
             elements.push_back(element(field, depth));
         UaVariant array;
         if (field.valueRank() == 1 && random.oneIn(5))
-            array.attachArray(field.builtInType(), random.oneIn(2) ? -1 : 0, nullptr);
+            EXPECT_TRUE(
+                OpcUa_IsGood(array.attachArray(field.builtInType(), random.oneIn(2) ? -1 : 0, nullptr)));
         else if (OpcUa_IsBad(array.setArray(field.builtInType(), elements)) ||
                  OpcUa_IsBad(array.setDimensions(dimensions)))
             ADD_FAILURE() << "no array for field " << field.name().toUtf8();

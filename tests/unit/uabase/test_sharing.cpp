@@ -83,7 +83,7 @@ TEST(Sharing, CopiesShareUntilOneChanges)
 {
     UaVariant array;
     const OpcUa_Int32 numbers[] = {1, 2, 3};
-    array.setArray(OpcUaType_Int32, 3, numbers);
+    EXPECT_TRUE(OpcUa_IsGood(array.setArray(OpcUaType_Int32, 3, numbers)));
     const UaVariant text("a text that is longer than any small buffer");
     UaGenericStructureValue structure(uaNamespaceZeroStructure(UaNodeId(862)));
     UaVariant copy;

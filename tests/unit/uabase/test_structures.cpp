@@ -45,7 +45,7 @@ void expectOnlyWhole(const UaStructureDefinition& definition, std::string_view h
         EXPECT_TRUE(value.isNull());
     }
     UaByteArray longer = whole.toByteArray();
-    longer.resize(longer.length() + 1);
+    EXPECT_TRUE(longer.resize(longer.length() + 1));
     EXPECT_EQ(value.decode(UaByteString(longer), definition), OpcUa_BadDecodingError);
     EXPECT_TRUE(value.decode(whole, definition).isGood());
 }

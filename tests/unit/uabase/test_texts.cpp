@@ -251,7 +251,7 @@ UaDiagnosticInfos infosWith(const char* prefix, OpcUa_Int32 symbolicId)
     infos[0].InnerDiagnosticInfo->LocalizedText = 1;
     UaArray<OpcUa_String> strings(2);
     for (OpcUa_UInt32 i = 0; i < 2; ++i)
-        UaString(prefix + std::to_string(i)).detach(&strings[i]);
+        EXPECT_TRUE(OpcUa_IsGood(UaString(prefix + std::to_string(i)).detach(&strings[i])));
     UaDiagnosticInfos result;
     result.attach(1, infos.detach(), 2, strings.detach());
     return result;

@@ -162,9 +162,9 @@ TEST(ValueText, EveryTypeReadsBack)
     UaVariant nullText;
     nullText.setString(UaString());
     UaVariant nullArray;
-    nullArray.attachArray(OpcUaType_String, -1, nullptr);
+    EXPECT_TRUE(OpcUa_IsGood(nullArray.attachArray(OpcUaType_String, -1, nullptr)));
     UaVariant empty;
-    empty.attachArray(OpcUaType_Int32, 0, nullptr);
+    EXPECT_TRUE(OpcUa_IsGood(empty.attachArray(OpcUaType_Int32, 0, nullptr)));
     for (const UaVariant& value :
          {UaVariant(),
           UaVariant(false),

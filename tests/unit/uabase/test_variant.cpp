@@ -29,7 +29,8 @@ namespace {
 UaVariant int32Array(std::initializer_list<OpcUa_Int32> numbers)
 {
     UaVariant value;
-    value.setArray(OpcUaType_Int32, static_cast<OpcUa_Int32>(numbers.size()), numbers.begin());
+    EXPECT_TRUE(OpcUa_IsGood(
+        value.setArray(OpcUaType_Int32, static_cast<OpcUa_Int32>(numbers.size()), numbers.begin())));
     return value;
 }
 
@@ -37,7 +38,7 @@ UaDiagnosticInfo diagnosticInfo()
 {
     OpcUa_DiagnosticInfo raw;
     OpcUa_DiagnosticInfo_Initialize(&raw);
-    UaString("why").detach(&raw.AdditionalInfo);
+    EXPECT_TRUE(OpcUa_IsGood(UaString("why").detach(&raw.AdditionalInfo)));
     UaDiagnosticInfo info;
     info.attach(&raw);
     return info;
@@ -155,7 +156,7 @@ TEST(UaVariant, ReadsBackWhatWasSet)
 TEST(UaVariant, TypedArraysGoInAndOut)
 {
     UaStringArray texts(2);
-    UaString("a").detach(&texts[1]);
+    EXPECT_TRUE(OpcUa_IsGood(UaString("a").detach(&texts[1])));
     UaVariant value;
     value.setStringArray(texts);
     EXPECT_EQ(value.toString(), "{|a}");
@@ -256,7 +257,7 @@ TEST(UaVariant, TextOfDeepNestingEnds)
     UaVariant value("core");
     for (int i = 0; i < 150; ++i) {
         UaVariant around;
-        around.setArray(OpcUaType_Variant, std::span<const UaVariant>(&value, 1));
+        EXPECT_TRUE(OpcUa_IsGood(around.setArray(OpcUaType_Variant, std::span<const UaVariant>(&value, 1))));
         value = around;
     }
     const std::string text = value.toString().toStdString();

@@ -248,7 +248,7 @@ TEST(Conversion, ShapesFollow)
     const OpcUa_Int32 numbers[] = {1, 2, 300, 4};
     const OpcUa_Int32 square[] = {2, 2};
     UaVariant array;
-    array.setArray(OpcUaType_Int32, 4, numbers);
+    EXPECT_TRUE(OpcUa_IsGood(array.setArray(OpcUaType_Int32, 4, numbers)));
     UaVariant matrix = array;
     ASSERT_EQ(matrix.setDimensions(square), OpcUa_Good);
     EXPECT_EQ(converted(array, OpcUaType_String, true), "{1|2|300|4}");
@@ -258,19 +258,19 @@ TEST(Conversion, ShapesFollow)
     EXPECT_EQ(converted(array, OpcUaType_String, false), "BadTypeMismatch");
     EXPECT_EQ(converted(array, OpcUaType_Variant, true), "{1|2|300|4}");
     EXPECT_EQ(converted(UaVariant("5"), OpcUaType_Int32, true), "{5}");
-    array.setArray(OpcUaType_Int32, 1, numbers);
+    EXPECT_TRUE(OpcUa_IsGood(array.setArray(OpcUaType_Int32, 1, numbers)));
     EXPECT_EQ(converted(array, OpcUaType_Double, false), "1");
 
     EXPECT_EQ(converted(UaVariant(UaByteString::fromHex("01ff")), OpcUaType_Byte, true), "{1|255}");
     const OpcUa_Byte bytes[] = {1, 255};
-    array.setArray(OpcUaType_Byte, 2, bytes);
+    EXPECT_TRUE(OpcUa_IsGood(array.setArray(OpcUaType_Byte, 2, bytes)));
     EXPECT_EQ(converted(array, OpcUaType_ByteString, false), "0x01ff");
 
     const UaVariant mixed[] = {UaVariant("7"), UaVariant(8.0), UaVariant(true)};
-    array.setArray(OpcUaType_Variant, mixed);
+    EXPECT_TRUE(OpcUa_IsGood(array.setArray(OpcUaType_Variant, mixed)));
     EXPECT_EQ(converted(array, OpcUaType_Int16, true), "{7|8|1}");
 
-    array.attachArray(OpcUaType_Int32, -1, nullptr);
+    EXPECT_TRUE(OpcUa_IsGood(array.attachArray(OpcUaType_Int32, -1, nullptr)));
     ASSERT_TRUE(array.changeType(OpcUaType_String, true).isGood());
     EXPECT_TRUE(array.isArray() && array.arraySize() == -1) << "a null array stays one";
     EXPECT_EQ(converted(array, OpcUaType_ByteString, true), "BadTypeMismatch") << "also without elements";

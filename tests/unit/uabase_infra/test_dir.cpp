@@ -106,7 +106,7 @@ TEST(UaDir, AFailedWriteLeavesTheOldFile)
               std::errc::no_such_file_or_directory);
     using namespace std::string_view_literals;
     EXPECT_EQ(uaWriteFileAtomically(UaString("/tmp/a\0b"sv), bytesOf("x")), std::errc::invalid_argument);
-    // a folder can not be replaced by a file: what fails is the very last step
+    // a folder cannot be replaced by a file: what fails is the very last step
     std::filesystem::create_directories(path + "/inside");
     EXPECT_TRUE(uaWriteFileAtomically(UaString(path), bytesOf("x")));
     EXPECT_THAT(folder.names(), ElementsAre("project.uap"));

@@ -46,9 +46,9 @@ inline UaPkiCertificateInfo info()
     UaPkiCertificateInfo info;
     info.URI = "urn:host:Korvanda, Inc:Tavelin@host";
     for (const char* name : {"host", "host.example"})
-        info.DNSNames.append(*UaString(name).get());
+        EXPECT_TRUE(info.DNSNames.append(*UaString(name).get()));
     for (const char* address : {"192.0.2.17", "2001:db8::17"})
-        info.IPAddresses.append(*UaString(address).get());
+        EXPECT_TRUE(info.IPAddresses.append(*UaString(address).get()));
     info.eMail = "service@host.example";
     info.validTime = 157680000;
     info.serialNumber = 0x1122334455667788;

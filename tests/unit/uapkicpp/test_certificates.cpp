@@ -188,7 +188,7 @@ TEST(UaPkiCertificate, WhatCanNotBeSaidGivesANullCertificateAndAReason)
     EXPECT_THAT(country.getErrors(), IsEmpty()) << "the list was taken";
 
     UaPkiCertificateInfo address = info();
-    address.IPAddresses.append(*UaString("300.1.1.1").get());
+    EXPECT_TRUE(address.IPAddresses.append(*UaString("300.1.1.1").get()));
     const UaPkiCertificate wrongAddress(address, identity("x"), applicationKey());
     EXPECT_TRUE(wrongAddress.isNull());
     EXPECT_THAT(joined(wrongAddress.getErrors()), HasSubstr("\"300.1.1.1\" is not allowed"));
@@ -336,7 +336,7 @@ TEST(UaPkiCertificateCollection, ChainsAreSplit)
     const UaPkiCertificate second = authority();
     UaByteArray blob = first.toDER();
     const UaByteArray more = second.toDER();
-    blob.append(more.size(), more.rawData());
+    EXPECT_TRUE(blob.append(more.size(), more.rawData()));
     const auto chain = UaPkiCertificateCollection::fromDERChain(UaByteString(blob));
     ASSERT_EQ(chain.size(), 2);
     EXPECT_EQ(chain[0], first);
@@ -351,7 +351,7 @@ TEST(UaPkiCertificateCollection, ChainsAreSplit)
     EXPECT_EQ(UaPkiCertificateCollection::fromDERChain(UaByteString()).size(), 0);
     UaByteArray endless;
     for (int i = 0; i < 11; ++i)
-        endless.append(more.size(), more.rawData());
+        EXPECT_TRUE(endless.append(more.size(), more.rawData()));
     const auto bounded = UaPkiCertificateCollection::fromDERChain(UaByteString(endless));
     EXPECT_EQ(bounded.size(), 10);
     EXPECT_TRUE(bounded.hasErrors());

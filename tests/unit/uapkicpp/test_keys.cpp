@@ -147,7 +147,7 @@ TEST(UaPkiKey, DerRoundTrips)
     EXPECT_TRUE(UaPkiPrivateKey::fromDER(publicKey.toDER()).isNull());
     EXPECT_TRUE(UaPkiPublicKey::fromDER(privateKey.toDER()).isNull());
     UaByteArray tail = privateKey.toDER();
-    tail.append(0);
+    EXPECT_TRUE(tail.append(0));
     EXPECT_TRUE(UaPkiPrivateKey::fromDER(tail).isNull());
     EXPECT_TRUE(UaPkiPublicKey().toDER().isEmpty());
 }
