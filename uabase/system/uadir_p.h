@@ -24,7 +24,7 @@ class Descriptor
 {
 public:
     explicit Descriptor(int descriptor = -1) : m_descriptor(descriptor) {}
-    ~Descriptor() { static_cast<void>(close()); } // who cares what was written closes before
+    ~Descriptor() { static_cast<void>(close()); } // who writes has closed it and looked
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
