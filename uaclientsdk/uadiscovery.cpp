@@ -57,7 +57,7 @@ UaStatus discover(ServiceSettings& settings, const UaString& url, const ClientSe
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (!status.isBad())
         take(*response);
-    discovery.disconnect();
+    static_cast<void>(discovery.disconnect()); // the answer is here already
     return trace.ending(status);
 }
 

@@ -100,7 +100,7 @@ private:
                           signature)
                     .isBad())
                 return OpcUa_BadInternalError;
-            signature.copyTo(&response.ServerSignature.Signature);
+            EXPECT_TRUE(OpcUa_IsGood(signature.copyTo(&response.ServerSignature.Signature)));
             static_cast<void>(
                 OpcUa_String_Assign(&response.ServerSignature.Algorithm, provider.signatureUri(), -1));
         }
@@ -122,7 +122,7 @@ private:
         static_cast<void>(OpcUa_String_Copy(&url, &endpoint.EndpointUrl));
         endpoint.SecurityMode = m_mode;
         static_cast<void>(OpcUa_String_Assign(&endpoint.SecurityPolicyUri, m_policyUri.c_str(), -1));
-        certificate.copyTo(&endpoint.ServerCertificate);
+        EXPECT_TRUE(OpcUa_IsGood(certificate.copyTo(&endpoint.ServerCertificate)));
         endpoint.UserIdentityTokens = static_cast<OpcUa_UserTokenPolicy*>(
             OpcUa_Memory_AllocArray(tokens.size(), sizeof(OpcUa_UserTokenPolicy)));
         endpoint.NoOfUserIdentityTokens = static_cast<OpcUa_Int32>(tokens.size());

@@ -15,7 +15,7 @@ inline void fillRequestHeader(const ServiceSettings& settings, OpcUa_UInt32 requ
     header.ReturnDiagnostics = settings.returnDiagnostics;
     header.RequestHandle = requestHandle;
     if (!settings.auditEntryId.isEmpty())
-        settings.auditEntryId.copyTo(&header.AuditEntryId);
+        static_cast<void>(settings.auditEntryId.copyTo(&header.AuditEntryId)); // else the call has none
 }
 
 } // namespace UaClientSdk

@@ -207,7 +207,8 @@ UaStatus UaSessionPrivate::openSession()
     if (status.isGood())
         status = m_activator.activateSession();
     if (status.isBad())
-        m_activator.closeSession(settingsWith(context, &SessionConnectInfo::connectTimeout), true);
+        static_cast<void>(
+            m_activator.closeSession(settingsWith(context, &SessionConnectInfo::connectTimeout), true));
     return status;
 }
 

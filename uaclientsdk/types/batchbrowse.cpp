@@ -35,7 +35,7 @@ UaBrowseDescriptions descriptionsOf(const std::vector<UaNodeId>& nodes, const Ba
 UaStatus takeResults(UaBrowseResults& results, std::vector<std::size_t>& positions,
                      std::vector<UaReferenceDescriptions>& references, UaByteStringArray& points)
 {
-    UaByteStringArray points;
+    points.clear();
     std::vector<std::size_t> pending;
     for (OpcUa_UInt32 i = 0; i < results.length() && i < positions.size(); ++i) {
         UaReferenceDescriptions found;
@@ -43,12 +43,13 @@ UaStatus takeResults(UaBrowseResults& results, std::vector<std::size_t>& positio
         if (!references[positions[i]].appendMoved(std::move(found)))
             return UaStatus(OpcUa_BadOutOfMemory);
         if (results[i].ContinuationPoint.Length > 0) {
-            points.append(results[i].ContinuationPoint);
+            if (!points.append(results[i].ContinuationPoint))
+                return UaStatus(OpcUa_BadOutOfMemory);
             pending.push_back(positions[i]);
         }
     }
     positions = std::move(pending);
-    return points;
+    return UaStatus();
 }
 
 } // namespace

@@ -46,7 +46,7 @@ struct TypeServer
             for (auto it = first; it != last; ++it) {
                 EXPECT_TRUE(references.resize(references.length() + 1));
                 OpcUa_ReferenceDescription& reference = references[references.length() - 1];
-                it->second.copyTo(&reference.NodeId.NodeId);
+                EXPECT_TRUE(OpcUa_IsGood(it->second.copyTo(&reference.NodeId.NodeId)));
                 EXPECT_EQ(OpcUa_String_Assign(
                               &reference.BrowseName.Name,
                               ("Type" + std::to_string(it->second.identifierNumeric())).c_str(), -1),
@@ -74,10 +74,10 @@ struct TypeServer
         EXPECT_TRUE(OpcUa_IsGood(UaNodeId(3101, ns).copyTo(&definition->DefaultEncodingId)));
         UaStructureFieldRecords fields(2u);
         EXPECT_EQ(OpcUa_String_Assign(&fields[0].Name, "Pressure", -1), OpcUa_Good);
-        UaNodeId(3003, ns).copyTo(&fields[0].DataType);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(3003, ns).copyTo(&fields[0].DataType)));
         fields[0].ValueRank = -1;
         EXPECT_EQ(OpcUa_String_Assign(&fields[1].Name, "Mode", -1), OpcUa_Good);
-        UaNodeId(3002, ns).copyTo(&fields[1].DataType);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(3002, ns).copyTo(&fields[1].DataType)));
         fields[1].ValueRank = -1;
         fields.detach(&definition->NoOfFields, &definition->Fields);
         put(value, OpcUa_StructureDefinition_EncodeableType, definition);

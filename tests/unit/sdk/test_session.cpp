@@ -30,7 +30,7 @@ TEST_F(SessionTest, ConnectsInOrderAndClosesWhatItOpened)
 TEST_F(SessionTest, ChannelThatDoesNotOpenTriesTheAlternativesThenReports)
 {
     stack.setConnectResult(OpcUa_BadConnectionRejected);
-    info.alternativeEndpointUrls.create(2);
+    EXPECT_TRUE(info.alternativeEndpointUrls.create(2));
     EXPECT_EQ(OpcUa_String_Assign(&info.alternativeEndpointUrls[0], "opc.tcp://second:4840", -1), OpcUa_Good);
     EXPECT_EQ(OpcUa_String_Assign(&info.alternativeEndpointUrls[1], "ftp://third", -1),
               OpcUa_Good); // never reaches the stack
