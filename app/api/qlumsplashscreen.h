@@ -22,5 +22,6 @@ public:
     void timedClose(int seconds);
 
 protected:
+    /// The shared message, and in a build with a tag the tag across the picture.
     void drawContents(QPainter* painter) override;
 };

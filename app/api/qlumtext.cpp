@@ -13,8 +13,8 @@
 
 namespace {
 // 100 ns intervals from 1601-01-01 to 1970-01-01
-constexpr OpcUa_Int64 kUnixEpoch = 116444736000000000LL;
-constexpr OpcUa_Int64 kTicksPerMillisecond = 10000;
+constexpr OpcUa_Int64 unixEpoch = 116444736000000000LL;
+constexpr OpcUa_Int64 ticksPerMillisecond = 10000;
 } // namespace
 
 QString toQString(const UaString& text)
@@ -52,7 +52,7 @@ QDateTime qlumDateTime(OpcUa_DateTime value)
 {
     if (value <= 0 || value == std::numeric_limits<OpcUa_Int64>::max())
         return {};
-    return QDateTime::fromMSecsSinceEpoch((value - kUnixEpoch) / kTicksPerMillisecond);
+    return QDateTime::fromMSecsSinceEpoch((value - unixEpoch) / ticksPerMillisecond);
 }
 
 OpcUa_DateTime qlumUaDateTime(const QDateTime& value)
@@ -60,14 +60,14 @@ OpcUa_DateTime qlumUaDateTime(const QDateTime& value)
     if (!value.isValid())
         return 0;
     const OpcUa_Int64 milliseconds = value.toMSecsSinceEpoch();
-    constexpr OpcUa_Int64 first = -kUnixEpoch / kTicksPerMillisecond;
+    constexpr OpcUa_Int64 first = -unixEpoch / ticksPerMillisecond;
     constexpr OpcUa_Int64 last =
-        (std::numeric_limits<OpcUa_Int64>::max() - kUnixEpoch) / kTicksPerMillisecond;
+        (std::numeric_limits<OpcUa_Int64>::max() - unixEpoch) / ticksPerMillisecond;
     if (milliseconds <= first)
         return 0;
     if (milliseconds >= last)
         return std::numeric_limits<OpcUa_Int64>::max();
-    return milliseconds * kTicksPerMillisecond + kUnixEpoch;
+    return milliseconds * ticksPerMillisecond + unixEpoch;
 }
 
 namespace {

@@ -31,7 +31,7 @@ UaReadValueIds nodesToRead(const UaNodeId& nodeId, const QList<int>& attributeId
 {
     UaReadValueIds nodes(static_cast<OpcUa_UInt32>(attributeIds.size()));
     for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
-        nodeId.copyTo(&nodes[i].NodeId);
+        static_cast<void>(nodeId.copyTo(&nodes[i].NodeId)); // else null, which the server refuses
         nodes[i].AttributeId = static_cast<OpcUa_UInt32>(attributeIds.at(static_cast<int>(i)));
     }
     return nodes;
