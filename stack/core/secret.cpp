@@ -6,7 +6,8 @@ namespace opcua {
 
 void wipe(Bytes& bytes)
 {
-    explicit_bzero(bytes.data(), bytes.size());
+    if (!bytes.empty()) // explicit_bzero takes no null pointer
+        explicit_bzero(bytes.data(), bytes.size());
     bytes.clear();
 }
 
