@@ -61,8 +61,7 @@ OpcUa_DateTime qlumUaDateTime(const QDateTime& value)
         return 0;
     const OpcUa_Int64 milliseconds = value.toMSecsSinceEpoch();
     constexpr OpcUa_Int64 first = -unixEpoch / ticksPerMillisecond;
-    constexpr OpcUa_Int64 last =
-        (std::numeric_limits<OpcUa_Int64>::max() - unixEpoch) / ticksPerMillisecond;
+    constexpr OpcUa_Int64 last = (std::numeric_limits<OpcUa_Int64>::max() - unixEpoch) / ticksPerMillisecond;
     if (milliseconds <= first)
         return 0;
     if (milliseconds >= last)
