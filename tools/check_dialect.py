@@ -3,7 +3,7 @@
 
 Headings are "// ---- name"; templates say typename; constants are camelCase; test names are sentences in
 PascalCase; contracts stand in headers behind three slashes and code's comments behind two; a few words have
-one spelling. With --count the faults of every rule are counted, of another checkout with --root.
+one spelling; a function that needs a lock asserts it. With --count the faults of every rule are counted, of another checkout with --root.
 """
 import argparse
 import re
@@ -133,6 +133,17 @@ def word_faults(text):
                 yield line_of(text, match.start()), "word", f'"{right}" is one word'
 
 
+def lock_faults(text):
+    """Functions that need a lock, end in Locked, and neither assert it nor are handed it."""
+    lines = without_comments(text).split("\n")
+    for name, first, length in functions(text):
+        if name.endswith("Locked") and not name.endswith("ssertLocked"):
+            body = "\n".join(lines[first - 1 : first - 1 + length])
+            forwards = length == 1 and body.count("Locked(") > 1
+            if not forwards and not re.search(r"\bassertLocked\(|\b\w*(Lock|Guard)&", body):
+                yield first, "lock", f"{name} begins with assertLocked, or is handed the lock"
+
+
 def faults(path, text):
     """(line, rule, text) of everything in a file that is not written the one way."""
     found = list(word_faults(text))
@@ -142,6 +153,7 @@ def faults(path, text):
         found += slash_faults(path, all_comments)
         found += contract_faults(path, text, all_comments)
         found += name_faults(path, without_comments(text))
+        found += lock_faults(text)
     return sorted(found)
 
 
@@ -164,7 +176,7 @@ def main():
     found = list(check(options.root.resolve()))
     if options.count:
         counts = Counter(rule for _, _, rule, _ in found)
-        for rule in ("heading", "typename", "constant", "test name", "slashes", "contract", "word"):
+        for rule in ("heading", "typename", "constant", "test name", "slashes", "contract", "word", "lock"):
             print(f"{counts[rule]:6} {rule}")
         return 0
     return report(

@@ -132,6 +132,16 @@ class DialectTest(unittest.TestCase):
             path="app/a.h",
         )
 
+    def test_locks(self):
+        self.found("lock", "void A::endLocked(int x)\n{\n    m_x = x;\n}\n")
+        self.found("lock", "class A\n{\n    bool isLocked() const { return m_x; }\n};\n", path="app/a.h")
+        self.passes(
+            "void A::endLocked(int x)\n{\n    assertLocked(m_mutex);\n    m_x = x;\n}\n",
+            "void A::endLocked()\n{\n    m_mutex.assertLocked();\n}\n",
+            "bool isLocked() { return other.isLocked(); } // which asserts",
+            "void endLocked(State& s, const Guard&)\n{\n    s.x = 1;\n}\n",
+        )
+
     def test_words(self):
         apart, hyphen = "can" + " not", "call" + "-back"
         for path in ("app/a.cpp", "docs/a.md", "tools/a.sh", "app/help/a.html"):

@@ -3,6 +3,7 @@
 #include <opcua/opcua_channel.h>
 
 #include <exception>
+#include <mutex>
 #include <utility>
 
 namespace opcua {
@@ -43,6 +44,7 @@ void CallbackQueue::start()
 
 void CallbackQueue::startLocked()
 {
+    assertLocked(m_mutex);
     if (m_running)
         return;
     if (m_thread.joinable())

@@ -1,9 +1,9 @@
 // Runs one channel's callbacks in order on a thread of their own, so that a slow one holds up nobody else.
 #pragma once
 
-#include <condition_variable>
+#include <stack/transport/checkedmutex.h>
+
 #include <functional>
-#include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -39,8 +39,8 @@ private:
     void run();
 
     const Job m_afterJobs;
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
+    CheckedMutex m_mutex;
+    CheckedCondition m_changed;
     std::vector<Job> m_jobs;
     bool m_waiting = false;
     bool m_running = false;

@@ -54,9 +54,10 @@ OpcUa_StatusCode Connection::start(TimePoint deadline)
     return OpcUa_Good;
 }
 
-OpcUa_StatusCode Connection::enqueueLocked(std::unique_lock<std::mutex>& lock, std::shared_ptr<Call> call,
+OpcUa_StatusCode Connection::enqueueLocked(std::unique_lock<CheckedMutex>& lock, std::shared_ptr<Call> call,
                                            ByteView body, TimePoint deadline, bool mayWait)
 {
+    assertLocked(m_mutex);
     const auto admitted = [this] {
         return m_unsent.size() <= maxUnsentBytes || m_engine.state() != ClientChannel::State::Open;
     };
@@ -83,6 +84,7 @@ OpcUa_StatusCode Connection::send(std::shared_ptr<Call> call, ByteView body, Tim
 // Leaves the engine's output for a later flush, and sets the timer so that there is one.
 bool Connection::delayFlushLocked()
 {
+    assertLocked(m_mutex);
     if (m_calls.size() < callsForDelay || m_engine.output().size() > maximumDelayedBytes)
         return false;
     const TimePoint latest = std::chrono::steady_clock::now() + maximumDelay;
@@ -141,6 +143,7 @@ public:
     // still being dispatched, the event loop or that caller reads on.
     void takeLocked()
     {
+        assertLocked(m_connection.m_mutex);
         if (!m_connection.m_socket || m_connection.m_callerReads || m_connection.isDispatchingLocked())
             return;
         m_held = true;
@@ -220,6 +223,7 @@ TimePoint Connection::deadline() const
 
 void Connection::receiveLocked(MutableByteView scratch)
 {
+    assertLocked(m_mutex);
     const ssize_t count = ::recv(m_socket.get(), scratch.data(), scratch.size(), MSG_DONTWAIT);
     if (count > 0)
         m_engine.receive(scratch.first(static_cast<size_t>(count)), std::chrono::steady_clock::now());
@@ -232,7 +236,7 @@ void Connection::receiveLocked(MutableByteView scratch)
 // Sends the engine's output, sets the timer and dispatches the outcome; unlocks. Outcomes are dispatched
 // without the mutex, but in the order of their tickets, which they draw under it: the thread with a later
 // ticket waits until the earlier ones are through.
-void Connection::settleAndDispatch(std::unique_lock<std::mutex>& lock)
+void Connection::settleAndDispatch(std::unique_lock<CheckedMutex>& lock)
 {
     settleLocked();
     Outcome outcome = std::exchange(m_outcome, {});
@@ -272,6 +276,7 @@ void Connection::dispatch(Outcome& outcome)
 
 void Connection::settleLocked()
 {
+    assertLocked(m_mutex);
     flushLocked();
     if (m_engine.state() == ClientChannel::State::Closed)
         return leaveLoopLocked();
@@ -284,6 +289,7 @@ void Connection::settleLocked()
 
 void Connection::leaveLoopLocked()
 {
+    assertLocked(m_mutex);
     m_deadline = never;
     if (!m_socket)
         return;
@@ -300,6 +306,7 @@ void Connection::leaveLoopLocked()
 
 void Connection::flushLocked()
 {
+    assertLocked(m_mutex);
     m_unsent.append(m_engine.output());
     if (!m_socket)
         return;
@@ -310,6 +317,7 @@ void Connection::flushLocked()
 // What the loop is to watch for: input unless a caller reads, output when the socket is full.
 void Connection::watchLocked()
 {
+    assertLocked(m_mutex);
     if (!m_socket || (m_watchingInput == !m_callerReads && m_watchingOutput == m_sendBlocked))
         return;
     m_watchingInput = !m_callerReads;
@@ -321,6 +329,7 @@ void Connection::watchLocked()
 
 void Connection::completeLocked(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body)
 {
+    assertLocked(m_mutex);
     auto node = m_calls.extract(requestId);
     if (!node.empty())
         m_outcome.completions.push_back({std::move(node.mapped()), status, std::move(body)});

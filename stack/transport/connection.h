@@ -3,13 +3,13 @@
 #pragma once
 
 #include <stack/core/clientchannel.h>
+#include <stack/transport/checkedmutex.h>
 #include <stack/transport/eventloop.h>
 #include <stack/transport/keylog.h>
 #include <stack/transport/messagetransport.h>
 #include <stack/transport/sendbuffer.h>
 
 #include <atomic>
-#include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -75,7 +75,7 @@ private:
     void onRequestFailed(OpcUa_UInt32 requestId, OpcUa_StatusCode status) override;
     void onClosed(OpcUa_StatusCode status) override;
 
-    [[nodiscard]] OpcUa_StatusCode enqueueLocked(std::unique_lock<std::mutex>& lock,
+    [[nodiscard]] OpcUa_StatusCode enqueueLocked(std::unique_lock<CheckedMutex>& lock,
                                                  std::shared_ptr<Call> call, ByteView body,
                                                  TimePoint deadline, bool mayWait);
     [[nodiscard]] bool delayFlushLocked();
@@ -86,15 +86,19 @@ private:
     void flushLocked();
     void watchLocked();
     void leaveLoopLocked();
-    void settleAndDispatch(std::unique_lock<std::mutex>& lock);
+    void settleAndDispatch(std::unique_lock<CheckedMutex>& lock);
     void dispatch(Outcome& outcome);
-    [[nodiscard]] bool isDispatchingLocked() const { return m_dispatchedTickets != m_nextTicket; }
+    [[nodiscard]] bool isDispatchingLocked() const
+    {
+        assertLocked(m_mutex);
+        return m_dispatchedTickets != m_nextTicket;
+    }
 
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
     const std::shared_ptr<KeyLog> m_keyLog; ///< null: keys are nobody's business
-    mutable std::mutex m_mutex;
-    std::condition_variable m_changed; ///< room to send, end of the channel, a ticket dispatched
+    mutable CheckedMutex m_mutex;
+    CheckedCondition m_changed; ///< room to send, end of the channel, a ticket dispatched
     UniqueFd m_socket;
     ClientChannel m_engine;
     std::unordered_map<OpcUa_UInt32, std::shared_ptr<Call>> m_calls;

@@ -69,6 +69,7 @@ OpcUa_StatusCode HttpsConnection::send(std::shared_ptr<Call> call, ByteView body
 
 HttpsConnection::LanePointer HttpsConnection::laneForLocked(HttpPace pace, TimePoint now)
 {
+    assertLocked(m_mutex);
     for (;;) {
         std::vector<HttpLaneLoad> loads;
         for (const LanePointer& lane : m_lanes)
@@ -89,6 +90,7 @@ HttpsConnection::LanePointer HttpsConnection::laneForLocked(HttpPace pace, TimeP
 
 HttpsConnection::LanePointer HttpsConnection::openLaneLocked(TimePoint now)
 {
+    assertLocked(m_mutex);
     auto lane = std::make_shared<HttpLane>(m_server, m_loop, weak_from_this(), m_outcome);
     m_lanes.push_back(lane);
     lane->open(now);
@@ -97,16 +99,16 @@ HttpsConnection::LanePointer HttpsConnection::openLaneLocked(TimePoint now)
 
 size_t HttpsConnection::unsentLocked() const
 {
-    return std::accumulate(
-        m_lanes.begin(), m_lanes.end(), size_t{0},
-        [](size_t sum, const LanePointer& lane) { return sum + lane->unsent(); });
+    assertLocked(m_mutex);
+    return std::accumulate(m_lanes.begin(), m_lanes.end(), size_t{0},
+                           [](size_t sum, const LanePointer& lane) { return sum + lane->unsent(); });
 }
 
 size_t HttpsConnection::outstandingLocked() const
 {
-    return std::accumulate(
-        m_lanes.begin(), m_lanes.end(), size_t{0},
-        [](size_t sum, const LanePointer& lane) { return sum + lane->outstanding(); });
+    assertLocked(m_mutex);
+    return std::accumulate(m_lanes.begin(), m_lanes.end(), size_t{0},
+                           [](size_t sum, const LanePointer& lane) { return sum + lane->outstanding(); });
 }
 
 void HttpsConnection::close()
@@ -149,7 +151,7 @@ void HttpsConnection::onLaneTime(HttpLane& lane, TimePoint now)
 // ---- after each use of the lanes
 
 // Sends what is pending, sets the timers and dispatches the outcome; unlocks.
-void HttpsConnection::settleAndDispatch(std::unique_lock<std::mutex>& lock, TimePoint now)
+void HttpsConnection::settleAndDispatch(std::unique_lock<CheckedMutex>& lock, TimePoint now)
 {
     settleLocked(now);
     HttpOutcome outcome = std::exchange(m_outcome, {});
@@ -181,12 +183,14 @@ void HttpsConnection::dispatch(HttpOutcome& outcome)
 
 void HttpsConnection::settleLocked(TimePoint now)
 {
+    assertLocked(m_mutex);
     settleLanesLocked();
     dropEndedLocked(now);
 }
 
 void HttpsConnection::settleLanesLocked()
 {
+    assertLocked(m_mutex);
     for (const LanePointer& lane : m_lanes)
         lane->settle(lane != m_lanes.front());
 }
@@ -194,6 +198,7 @@ void HttpsConnection::settleLanesLocked()
 // Forgets the lanes that have ended, and draws the conclusions.
 void HttpsConnection::dropEndedLocked(TimePoint now)
 {
+    assertLocked(m_mutex);
     OpcUa_StatusCode openFault = 0;
     bool broken = false;
     std::erase_if(m_lanes, [&](const LanePointer& lane) {
@@ -217,6 +222,7 @@ void HttpsConnection::dropEndedLocked(TimePoint now)
 
 void HttpsConnection::endLocked(State state, OpcUa_StatusCode status)
 {
+    assertLocked(m_mutex);
     if (state == State::Lost)
         m_outcome.lost = status;
     m_state = state;

@@ -9,9 +9,9 @@
 // see whether the server is still there. The channel is lost when that or any other cannot be opened.
 #pragma once
 
+#include <stack/transport/checkedmutex.h>
 #include <stack/transport/httplane.h>
 
-#include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -54,15 +54,15 @@ private:
     void settleLanesLocked();
     void dropEndedLocked(TimePoint now);
     void endLocked(State state, OpcUa_StatusCode status);
-    void settleAndDispatch(std::unique_lock<std::mutex>& lock, TimePoint now);
+    void settleAndDispatch(std::unique_lock<CheckedMutex>& lock, TimePoint now);
     void dispatch(HttpOutcome& outcome);
 
     const std::shared_ptr<const HttpServer> m_server;
     const OpcUa_UInt32 m_lifetime;
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
-    mutable std::mutex m_mutex;
-    std::condition_variable m_changed; ///< room to send, end of the connection, nothing being dispatched
+    mutable CheckedMutex m_mutex;
+    CheckedCondition m_changed; ///< room to send, end of the connection, nothing being dispatched
     State m_state = State::Idle;
     UniqueFd m_firstSocket; ///< until start
     std::unique_ptr<TlsSession> m_firstSession;

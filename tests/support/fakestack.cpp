@@ -354,7 +354,7 @@ OpcUa_StatusCode FakeStack::beginInvoke(const OpcUa_EncodeableType& requestType,
     return OpcUa_Good;
 }
 
-std::deque<FakeStack::Pending>::iterator FakeStack::nextToDeliverLocked()
+std::deque<FakeStack::Pending>::iterator FakeStack::nextToDeliver()
 {
     return std::find_if(
         m_pending.begin(), m_pending.end(),
@@ -367,9 +367,8 @@ void FakeStack::deliverAnswers()
 {
     std::unique_lock lock(m_mutex);
     for (;;) {
-        m_pendingChanged.wait(lock,
-                              [this] { return m_endDelivery || nextToDeliverLocked() != m_pending.end(); });
-        const auto next = nextToDeliverLocked();
+        m_pendingChanged.wait(lock, [this] { return m_endDelivery || nextToDeliver() != m_pending.end(); });
+        const auto next = nextToDeliver();
         if (next == m_pending.end())
             return;
         const Pending call = std::move(*next);

@@ -89,7 +89,7 @@ private:
     OpcUa_StatusCode answer(const OpcUa_EncodeableType& requestType, const void* request, void* response);
     void deliverAnswers(); ///< runs on the thread that stands for the channel's callback thread
     void deliver(const Pending& call, bool aborted);
-    std::deque<Pending>::iterator nextToDeliverLocked();
+    std::deque<Pending>::iterator nextToDeliver();
     void endDelivery();
     /// Answers all that is pending with BadConnectionClosed; on return no callback runs.
     void abortPending();

@@ -31,17 +31,17 @@ public:
     [[nodiscard]] bool waitFor(std::string_view text) const
     {
         std::unique_lock lock(m_mutex);
-        return m_recorded.wait_for(lock, std::chrono::seconds(10), [&] { return countLocked(text) > 0; });
+        return m_recorded.wait_for(lock, std::chrono::seconds(10), [&] { return countOf(text) > 0; });
     }
     /// Records that hold the text.
     [[nodiscard]] long count(std::string_view text) const
     {
         std::lock_guard lock(m_mutex);
-        return countLocked(text);
+        return countOf(text);
     }
 
 private:
-    long countLocked(std::string_view text) const
+    long countOf(std::string_view text) const
     {
         return std::count_if(
             m_records.begin(), m_records.end(),

@@ -56,7 +56,9 @@ UaTrace::TraceLevel bufferLevel(const State& s)
     return s.file == nullptr && s.preFileMode ? std::max(s.level.load(), s.preFileLevel) : UaTrace::NoTrace;
 }
 
-void updateWantedLocked(State& s)
+using Guard = std::lock_guard<std::mutex>; // handed to what needs it, so that nobody can forget it
+
+void updateWantedLocked(State& s, const Guard&)
 {
     UaTrace::TraceLevel wanted = bufferLevel(s);
     if (s.file != nullptr || s.hook.isSet())
@@ -68,18 +70,18 @@ void updateWantedLocked(State& s)
 
 // Writes to one of the files; one that fails is given up, and what to tell about it is added to failures.
 void writeLocked(State& s, std::unique_ptr<UaTraceFile>& file, const UaTraceRecord& record,
-                 std::vector<std::string>& failures)
+                 std::vector<std::string>& failures, const Guard& lock)
 {
     const std::error_code error = file->write(record.line(), !s.flushDisabled);
     if (error) {
         failures.push_back("Trace file " + file->name().toStdString() +
                            " was turned off: " + error.message());
         file.reset();
-        updateWantedLocked(s);
+        updateWantedLocked(s, lock);
     }
 }
 
-void keepLocked(State& s, const UaTraceRecord& record)
+void keepLocked(State& s, const UaTraceRecord& record, const Guard&)
 {
     std::string line = record.line();
     line.pop_back();
@@ -92,13 +94,13 @@ std::vector<std::string> store(State& s, UaTrace::TraceLevel level, const char* 
 {
     const UaTraceRecord record({s.localTime, s.withDate}, level, text);
     std::vector<std::string> failures;
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     if (s.file != nullptr && (force || level <= s.level))
-        writeLocked(s, s.file, record, failures);
+        writeLocked(s, s.file, record, failures, lock);
     else if (s.file == nullptr && s.preFileMode && (force || level <= bufferLevel(s)))
-        keepLocked(s, record);
+        keepLocked(s, record, lock);
     if (s.errorFile != nullptr && level <= UaTrace::Info)
-        writeLocked(s, s.errorFile, record, failures);
+        writeLocked(s, s.errorFile, record, failures, lock);
     return failures;
 }
 
@@ -122,7 +124,7 @@ int UaTrace::initTrace(TraceLevel level, unsigned int maxEntries, unsigned int n
                        const UaString& fileName, const UaString& appName)
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     if (s.file != nullptr)
         return -1;
     s.applicationName = appName;
@@ -131,7 +133,7 @@ int UaTrace::initTrace(TraceLevel level, unsigned int maxEntries, unsigned int n
     s.file = openFile(s, fileName, UaTraceFile::Backups::Numbered, s.limits);
     if (s.file != nullptr)
         s.level = level;
-    updateWantedLocked(s);
+    updateWantedLocked(s, lock);
     return s.file != nullptr ? 0 : -1;
 }
 
@@ -139,7 +141,7 @@ int UaTrace::changeTrace(TraceLevel level, unsigned int maxEntries, unsigned int
                          const UaString& fileName)
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     if (s.file == nullptr)
         return -1;
     const UaTraceFile::Limits limits{maxEntries, numBackupFiles};
@@ -152,43 +154,43 @@ int UaTrace::changeTrace(TraceLevel level, unsigned int maxEntries, unsigned int
     s.limits = limits;
     s.file->setLimits(limits);
     s.level = level;
-    updateWantedLocked(s);
+    updateWantedLocked(s, lock);
     return 0;
 }
 
 void UaTrace::closeTrace()
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     s.file.reset();
     s.level = NoTrace;
-    updateWantedLocked(s);
+    updateWantedLocked(s, lock);
 }
 
 int UaTrace::initErrorTrace(const UaString& fileName, const UaString& appName)
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     if (s.errorFile != nullptr)
         return -1;
     s.applicationName = appName;
     s.errorFile = openFile(s, fileName, UaTraceFile::Backups::Bak, s.limits);
-    updateWantedLocked(s);
+    updateWantedLocked(s, lock);
     return s.errorFile != nullptr ? 0 : -1;
 }
 
 void UaTrace::closeErrorTrace()
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     s.errorFile.reset();
-    updateWantedLocked(s);
+    updateWantedLocked(s, lock);
 }
 
 void UaTrace::flushTrace()
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     for (UaTraceFile* file : {s.file.get(), s.errorFile.get()})
         if (file != nullptr)
             file->flush();
@@ -197,9 +199,9 @@ void UaTrace::flushTrace()
 void UaTrace::setTraceLevel(TraceLevel level)
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     s.level = level;
-    updateWantedLocked(s);
+    updateWantedLocked(s, lock);
 }
 
 UaTrace::TraceLevel UaTrace::traceLevel()
@@ -210,14 +212,14 @@ UaTrace::TraceLevel UaTrace::traceLevel()
 UaString UaTrace::traceFileName()
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     return s.file != nullptr ? s.file->name() : UaString();
 }
 
 UaString UaTrace::applicationName()
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     return s.applicationName;
 }
 
@@ -225,45 +227,45 @@ void UaTrace::setTraceHook(UaTraceHook* hook)
 {
     State& s = state();
     s.hook.set(hook);
-    const std::lock_guard lock(s.mutex);
-    updateWantedLocked(s);
+    const Guard lock(s.mutex);
+    updateWantedLocked(s, lock);
 }
 
 void UaTrace::setErrorTraceHook(UaTraceHook* hook)
 {
     State& s = state();
     s.errorHook.set(hook);
-    const std::lock_guard lock(s.mutex);
-    updateWantedLocked(s);
+    const Guard lock(s.mutex);
+    updateWantedLocked(s, lock);
 }
 
 void UaTrace::setPreFileTrace(bool enabled, TraceLevel level)
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     s.preFileMode = enabled;
     s.preFileLevel = level;
-    updateWantedLocked(s);
+    updateWantedLocked(s, lock);
 }
 
 void UaTrace::setMaxPreFileTraceEntries(unsigned int maximum)
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     s.maxPreFile = maximum;
 }
 
 std::vector<UaString> UaTrace::getPreFileTraces()
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     return {s.preFile.begin(), s.preFile.end()};
 }
 
 void UaTrace::clearPreFileTraces()
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     s.preFile.clear();
 }
 
@@ -285,14 +287,14 @@ void UaTrace::setFlushDisabled(bool disabled)
 void UaTrace::setProductVersion(const UaString& version)
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     s.header.productVersion = version;
 }
 
 void UaTrace::addTraceHeaderEntry(const UaString& entry)
 {
     State& s = state();
-    const std::lock_guard lock(s.mutex);
+    const Guard lock(s.mutex);
     s.header.entries.push_back(entry);
 }
 
