@@ -3,7 +3,8 @@
 
 Headings are "// ---- name"; templates say typename; constants are camelCase; test names are sentences in
 PascalCase; contracts stand in headers behind three slashes and code's comments behind two; a few words have
-one spelling; a function that needs a lock asserts it. With --count the faults of every rule are counted, of another checkout with --root.
+one spelling; a function that needs a lock asserts it. With --count the faults of every rule are counted, of
+another checkout with --root.
 """
 import argparse
 import re
