@@ -2,11 +2,12 @@
 # Everything that must hold; what ./test and the build server run. ./dev ci STAGE... runs some of it.
 . "$(dirname "$0")/common.sh"
 
-readonly STAGES="setup checks program bench sanitized threads"
+readonly STAGES="setup checks tidy program bench sanitized threads"
 readonly LOGS=$ROOT/build/ci
 
 stage_setup() { tools/dev/setup.sh; }
 stage_checks() { tools/dev/checks.sh; }
+stage_tidy() { tools/dev/lint.sh --tidy; } # over what the branch changed: nothing on main
 
 # Of the release build the program, the benchmarks and what ./dev soak runs for hours: the tests run sanitized, and
 # building them twice would show nothing new. These must be built, since the optimiser's warnings are errors as

@@ -1,5 +1,6 @@
 #!/bin/bash
-# ./dev lint [--all | FILE...]: the project's checks, then clang-tidy over what the branch changed.
+# ./dev lint [--tidy] [--all | FILE...]: the project's checks, then clang-tidy over what the branch changed. With
+# --tidy the latter only, as ./dev ci has it.
 . "$(dirname "$0")/common.sh"
 
 base_commit() {
@@ -34,17 +35,31 @@ known_to_build() { # only what the build compiles has options to check it with
     grep -Fxf <(sed -n "s|^ *\"file\": \"$ROOT/\(.*\)\",\{0,1\}$|\1|p" build/lint/compile_commands.json)
 }
 
-tools/dev/setup.sh
+check_project() {
+    local status=0
+    tools/dev/setup.sh
+    tools/dev/checks.sh || status=1
+    python3 tools/check_wording.py "$(base_commit)..HEAD" || status=1
+    return $status
+}
+
+tidy() { # [--all | FILE...]
+    local files clang_tidy=(clang-tidy-14 --quiet --warnings-as-errors='*' -p build/lint)
+    mapfile -t files < <(selected "$@")
+    if [ ${#files[@]} -gt 0 ]; then
+        prepare_tree
+        mapfile -t files < <(printf '%s\n' "${files[@]}" | known_to_build)
+    fi
+    say "clang-tidy over ${#files[@]} files"
+    [ ${#files[@]} -gt 0 ] || return 0
+    printf '%s\n' "${files[@]}" | xargs -d '\n' -r -P "$(job_count)" -n 1 "${clang_tidy[@]}"
+}
+
 status=0
-tools/dev/checks.sh || status=1
-python3 tools/check_wording.py "$(base_commit)..HEAD" || status=1
-prepare_tree
-mapfile -t files < <(selected "$@" | known_to_build)
-if [ ${#files[@]} -eq 0 ]; then
-    say "clang-tidy: no source of the build is selected"
-    exit $status
+if [ "${1:-}" = --tidy ]; then
+    shift
+else
+    check_project || status=1
 fi
-say "clang-tidy over ${#files[@]} files"
-clang_tidy=(clang-tidy-14 --quiet --warnings-as-errors='*' -p build/lint)
-printf '%s\n' "${files[@]}" | xargs -d '\n' -P "$(job_count)" -n 1 "${clang_tidy[@]}" || status=1
+tidy "$@" || status=1
 exit $status
