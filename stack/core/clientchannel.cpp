@@ -128,7 +128,8 @@ void ClientChannel::advance(TimePoint now)
 void ClientChannel::expireRequests(TimePoint now)
 {
     for (const OpcUa_UInt32 id : m_requests.takeExpired(now)) {
-        m_conversation.assembler().drop(id);
+        ++m_givenUp;
+        m_conversation.assembler().giveUp(id);
         m_listener.onRequestFailed(id, OpcUa_BadTimeout);
     }
 }
@@ -291,10 +292,8 @@ void ClientChannel::handleMessage(const Frame& frame, TimePoint now)
     const auto chunk = m_conversation.readSymmetric(frame, now);
     if (!chunk)
         return fail(OpcUa_BadSecurityChecksFailed);
-    if (!m_requests.contains(chunk->requestId)) {
-        m_dropped += chunk->type != ChunkType::Intermediate;
-        return;
-    }
+    if (!m_requests.contains(chunk->requestId))
+        return handleUnawaited(*chunk);
     if (chunk->type == ChunkType::Abort)
         return handleAbort(*chunk);
     Bytes body;
@@ -310,6 +309,19 @@ void ClientChannel::handleMessage(const Frame& frame, TimePoint now)
         m_listener.onRequestFailed(chunk->requestId, OpcUa_BadResponseTooLarge);
         return fail(OpcUa_BadTcpMessageTooLarge);
     }
+}
+
+// A request that was given up may still be answered, once and within the limits; whatever else nobody waits
+// for would only hold up the answers of the others.
+void ClientChannel::handleUnawaited(const Chunk& chunk)
+{
+    const bool final = chunk.type != ChunkType::Intermediate;
+    if (!m_requests.wasReserved(chunk.requestId) || (final && m_dropped == m_givenUp))
+        return fail(OpcUa_BadSecurityChecksFailed);
+    m_dropped += final;
+    if (m_conversation.assembler().skip(chunk.requestId, final, chunk.body.size()) ==
+        MessageAssembler::Outcome::TooLarge)
+        fail(OpcUa_BadTcpMessageTooLarge);
 }
 
 // The server gave this answer up; the channel goes on.
