@@ -49,6 +49,21 @@ TEST(StackChannel, CarriesTheLargestMessageAndNoLargerOne)
     EXPECT_TRUE(pipe.client.output().empty());
 }
 
+TEST(StackChannel, TheLargestMessageComesThroughTheSmallestBuffersToo)
+{
+    ServerChannelConfig small;
+    small.limits.receiveBufferSize = minimumBufferSize;
+    small.limits.sendBufferSize = minimumBufferSize;
+    MemoryPipe pipe({}, small);
+    pipe.open();
+    const Bytes largest = pattern(defaultMaxMessageSize);
+    pipe.onServerRequest = [&](OpcUa_UInt32 id, const Bytes&) { pipe.server.respond(id, largest); };
+    const OpcUa_UInt32 id = pipe.request({1});
+    pipe.run();
+    EXPECT_EQ(pipe.statusOf(id), OpcUa_Good);
+    EXPECT_EQ(pipe.responses[id], largest);
+}
+
 TEST(StackChannel, DoesNotMindWhereTheStreamIsCut)
 {
     const auto conversation = [](size_t cut, Bytes& stream) {
