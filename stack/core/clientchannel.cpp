@@ -16,7 +16,7 @@ namespace {
 
 // A server that hands out tokens of no life at all is not asked for new ones more often than this.
 constexpr Milliseconds minimumRenewalPause{1000};
-constexpr Milliseconds minimumRenewalTimeout{5000};
+constexpr Milliseconds minimumLife = 2 * minimumRenewalPause;
 constexpr Milliseconds maximumRenewalTimeout{60000};
 
 Milliseconds renewalDelay(OpcUa_UInt32 lifetime)
@@ -24,16 +24,10 @@ Milliseconds renewalDelay(OpcUa_UInt32 lifetime)
     return std::max(minimumRenewalPause, Milliseconds{std::int64_t{lifetime} * 3 / 4});
 }
 
-Milliseconds renewalTimeout(OpcUa_UInt32 lifetime)
+// How long to send with a token; with a very short one, until a renewal could come through.
+Milliseconds lifeOf(OpcUa_UInt32 lifetime)
 {
-    return std::clamp(Milliseconds{std::int64_t{lifetime} / 4}, minimumRenewalTimeout, maximumRenewalTimeout);
-}
-
-// A quarter longer than its lifetime; of a very short one, long enough for the renewal to come through.
-Milliseconds tokenValidity(OpcUa_UInt32 lifetime)
-{
-    return std::max(Milliseconds{std::int64_t{lifetime} * 5 / 4},
-                    renewalDelay(lifetime) + renewalTimeout(lifetime));
+    return std::max(minimumLife, Milliseconds{lifetime});
 }
 
 } // namespace
@@ -120,6 +114,8 @@ void ClientChannel::advance(TimePoint now)
         return fail(OpcUa_BadTimeout);
     if (m_state != State::Open)
         return;
+    if (now >= m_tokenEnds)
+        return fail(OpcUa_BadSecureChannelTokenUnknown);
     expireRequests(now);
     if (now >= m_renewAt)
         renew(now);
@@ -182,7 +178,7 @@ void ClientChannel::requestToken(OpcUa_SecurityTokenRequestType type, TimePoint 
 
 void ClientChannel::renew(TimePoint now)
 {
-    const TimePoint deadline = now + m_renewalTimeout;
+    const TimePoint deadline = std::min(m_tokenEnds, now + maximumRenewalTimeout);
     m_renewAt = never;
     requestToken(OpcUa_SecurityTokenRequestType_Renew, now, deadline);
 }
@@ -193,9 +189,10 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
     if (response.channelId == 0 || response.channelId != headerChannelId ||
         !policy.acceptsNonce(response.nonce))
         return false;
+    const Milliseconds life = lifeOf(response.revisedLifetime);
     SecurityToken token;
     token.id = response.tokenId;
-    token.expires = now + tokenValidity(response.revisedLifetime);
+    token.expires = now + life + life / 4; // accepted for a quarter longer than used
     token.protection = policy.deriveKeys(m_openNonce, response.nonce);
     if (!token.protection.outgoing || !token.protection.incoming)
         return false;
@@ -207,7 +204,7 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
     wipe(m_openNonce);
     m_openDeadline = never;
     m_renewAt = now + renewalDelay(response.revisedLifetime);
-    m_renewalTimeout = renewalTimeout(response.revisedLifetime);
+    m_tokenEnds = now + life;
     return true;
 }
 
