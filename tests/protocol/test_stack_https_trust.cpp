@@ -56,7 +56,7 @@ public:
         return OpcUa_IsGood(status) ? channel.call() : status;
     }
     std::vector<OpcUa_StatusCode> findings;
-    tc::Der shown; ///< with the last of them
+    tc::Der shown; // with the last of them
     OpcUa_Int32 depth = 0;
 
 private:
