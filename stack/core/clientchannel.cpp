@@ -16,7 +16,7 @@ namespace {
 
 // A server that hands out tokens of no life at all is not asked for new ones more often than this.
 constexpr Milliseconds minimumRenewalPause{1000};
-constexpr Milliseconds minimumRenewalTimeout{5000};
+constexpr Milliseconds minimumLife = 2 * minimumRenewalPause;
 constexpr Milliseconds maximumRenewalTimeout{60000};
 
 Milliseconds renewalDelay(OpcUa_UInt32 lifetime)
@@ -24,16 +24,10 @@ Milliseconds renewalDelay(OpcUa_UInt32 lifetime)
     return std::max(minimumRenewalPause, Milliseconds{std::int64_t{lifetime} * 3 / 4});
 }
 
-Milliseconds renewalTimeout(OpcUa_UInt32 lifetime)
+// How long to send with a token; with a very short one, until a renewal could come through.
+Milliseconds lifeOf(OpcUa_UInt32 lifetime)
 {
-    return std::clamp(Milliseconds{std::int64_t{lifetime} / 4}, minimumRenewalTimeout, maximumRenewalTimeout);
-}
-
-// A quarter longer than its lifetime; of a very short one, long enough for the renewal to come through.
-Milliseconds tokenValidity(OpcUa_UInt32 lifetime)
-{
-    return std::max(Milliseconds{std::int64_t{lifetime} * 5 / 4},
-                    renewalDelay(lifetime) + renewalTimeout(lifetime));
+    return std::max(minimumLife, Milliseconds{lifetime});
 }
 
 } // namespace
@@ -120,6 +114,8 @@ void ClientChannel::advance(TimePoint now)
         return fail(OpcUa_BadTimeout);
     if (m_state != State::Open)
         return;
+    if (now >= m_tokenEnds)
+        return fail(OpcUa_BadSecureChannelTokenUnknown);
     expireRequests(now);
     if (now >= m_renewAt)
         renew(now);
@@ -128,7 +124,8 @@ void ClientChannel::advance(TimePoint now)
 void ClientChannel::expireRequests(TimePoint now)
 {
     for (const OpcUa_UInt32 id : m_requests.takeExpired(now)) {
-        m_conversation.assembler().drop(id);
+        ++m_givenUp;
+        m_conversation.assembler().giveUp(id);
         m_listener.onRequestFailed(id, OpcUa_BadTimeout);
     }
 }
@@ -181,7 +178,7 @@ void ClientChannel::requestToken(OpcUa_SecurityTokenRequestType type, TimePoint 
 
 void ClientChannel::renew(TimePoint now)
 {
-    const TimePoint deadline = now + m_renewalTimeout;
+    const TimePoint deadline = std::min(m_tokenEnds, now + maximumRenewalTimeout);
     m_renewAt = never;
     requestToken(OpcUa_SecurityTokenRequestType_Renew, now, deadline);
 }
@@ -192,9 +189,10 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
     if (response.channelId == 0 || response.channelId != headerChannelId ||
         !policy.acceptsNonce(response.nonce))
         return false;
+    const Milliseconds life = lifeOf(response.revisedLifetime);
     SecurityToken token;
     token.id = response.tokenId;
-    token.expires = now + tokenValidity(response.revisedLifetime);
+    token.expires = now + life + life / 4; // accepted for a quarter longer than used
     token.protection = policy.deriveKeys(m_openNonce, response.nonce);
     if (!token.protection.outgoing || !token.protection.incoming)
         return false;
@@ -206,7 +204,7 @@ bool ClientChannel::installToken(const OpenResponse& response, OpcUa_UInt32 head
     wipe(m_openNonce);
     m_openDeadline = never;
     m_renewAt = now + renewalDelay(response.revisedLifetime);
-    m_renewalTimeout = renewalTimeout(response.revisedLifetime);
+    m_tokenEnds = now + life;
     return true;
 }
 
@@ -291,10 +289,8 @@ void ClientChannel::handleMessage(const Frame& frame, TimePoint now)
     const auto chunk = m_conversation.readSymmetric(frame, now);
     if (!chunk)
         return fail(OpcUa_BadSecurityChecksFailed);
-    if (!m_requests.contains(chunk->requestId)) {
-        m_dropped += chunk->type != ChunkType::Intermediate;
-        return;
-    }
+    if (!m_requests.contains(chunk->requestId))
+        return handleUnawaited(*chunk);
     if (chunk->type == ChunkType::Abort)
         return handleAbort(*chunk);
     Bytes body;
@@ -310,6 +306,19 @@ void ClientChannel::handleMessage(const Frame& frame, TimePoint now)
         m_listener.onRequestFailed(chunk->requestId, OpcUa_BadResponseTooLarge);
         return fail(OpcUa_BadTcpMessageTooLarge);
     }
+}
+
+// A request that was given up may still be answered, once and within the limits; whatever else nobody waits
+// for would only hold up the answers of the others.
+void ClientChannel::handleUnawaited(const Chunk& chunk)
+{
+    const bool final = chunk.type != ChunkType::Intermediate;
+    if (!m_requests.wasReserved(chunk.requestId) || (final && m_dropped == m_givenUp))
+        return fail(OpcUa_BadSecurityChecksFailed);
+    m_dropped += final;
+    if (m_conversation.assembler().skip(chunk.requestId, final, chunk.body.size()) ==
+        MessageAssembler::Outcome::TooLarge)
+        fail(OpcUa_BadTcpMessageTooLarge);
 }
 
 // The server gave this answer up; the channel goes on.

@@ -81,6 +81,7 @@ private:
     void handleError(const Frame& frame);
     void handleOpen(const Frame& frame, TimePoint now);
     void handleMessage(const Frame& frame, TimePoint now);
+    void handleUnawaited(const Chunk& chunk);
     void handleAbort(const Chunk& chunk);
 
     void requestToken(OpcUa_SecurityTokenRequestType type, TimePoint now, TimePoint deadline);
@@ -101,8 +102,9 @@ private:
     Bytes m_openNonce;
     TimePoint m_openDeadline = never; ///< of connect, later of the renewal that is under way
     TimePoint m_renewAt = never;
-    Milliseconds m_renewalTimeout{0};
-    std::uint64_t m_dropped = 0; ///< answers that nobody waited for any more
+    TimePoint m_tokenEnds = never; ///< not used for sending from then on
+    std::uint64_t m_givenUp = 0;   ///< requests that ended at their deadline
+    std::uint64_t m_dropped = 0;   ///< answers that came to them later
     std::string m_peerReason;
 };
 

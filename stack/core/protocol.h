@@ -33,10 +33,11 @@ inline constexpr size_t maxReasonLength = 4096;
 enum class MessageType : std::uint8_t { Hello, Acknowledge, Error, Open, Message, Close };
 enum class ChunkType : std::uint8_t { Final, Intermediate, Abort };
 
-/// Chunks that a message of that size may take: two percent more than full buffers give, and never none.
-[[nodiscard]] constexpr OpcUa_UInt32 defaultChunkCount(OpcUa_UInt32 maxMessageSize, OpcUa_UInt32 bufferSize)
+/// Chunks that a message of that size may take: two percent more than full buffers give, and never none. It
+/// is announced before the peer has said how large its buffers are, so they count as the smallest there are.
+[[nodiscard]] constexpr OpcUa_UInt32 defaultChunkCount(OpcUa_UInt32 maxMessageSize)
 {
-    const std::uint64_t full = (std::uint64_t{maxMessageSize} + bufferSize - 1) / bufferSize;
+    const std::uint64_t full = (std::uint64_t{maxMessageSize} + minimumBufferSize - 1) / minimumBufferSize;
     return static_cast<OpcUa_UInt32>(std::max<std::uint64_t>(1, (full * 102 + 99) / 100));
 }
 
@@ -46,7 +47,7 @@ struct ChannelLimits
     OpcUa_UInt32 receiveBufferSize = defaultBufferSize;
     OpcUa_UInt32 sendBufferSize = defaultBufferSize;
     OpcUa_UInt32 maxMessageSize = defaultMaxMessageSize;
-    OpcUa_UInt32 maxChunkCount = defaultChunkCount(defaultMaxMessageSize, defaultBufferSize);
+    OpcUa_UInt32 maxChunkCount = defaultChunkCount(defaultMaxMessageSize);
 };
 
 } // namespace opcua

@@ -8,7 +8,7 @@ namespace opcua {
 OpcUa_UInt32 RequestTable::reserveId()
 {
     do {
-        ++m_lastId;
+        m_wrapped |= ++m_lastId == 0;
     } while (m_lastId == 0 || contains(m_lastId));
     return m_lastId;
 }

@@ -13,6 +13,8 @@ class RequestTable
 public:
     /// A new request id, neither 0 nor in use.
     [[nodiscard]] OpcUa_UInt32 reserveId();
+    /// Whether reserveId has ever answered this one.
+    [[nodiscard]] bool wasReserved(OpcUa_UInt32 id) const { return id != 0 && (m_wrapped || id <= m_lastId); }
     void add(OpcUa_UInt32 id, TimePoint deadline);
     [[nodiscard]] bool contains(OpcUa_UInt32 id) const { return m_deadlines.contains(id); }
     /// False when the id was not there.
@@ -30,6 +32,7 @@ private:
     std::unordered_map<OpcUa_UInt32, TimePoint> m_deadlines;
     TimePoint m_earliest = never;
     OpcUa_UInt32 m_lastId = 0;
+    bool m_wrapped = false; ///< all ids have been in use
 };
 
 } // namespace opcua

@@ -23,7 +23,7 @@ public:
     /// Of messages that are not complete yet.
     [[nodiscard]] static size_t bufferedBytes(const MessageAssembler& assembler)
     {
-        return assembler.m_buffered;
+        return assembler.m_buffered.bytes;
     }
     [[nodiscard]] static size_t bufferedBytes(const ChannelEngine& engine)
     {

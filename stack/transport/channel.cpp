@@ -152,17 +152,21 @@ OpcUa_StatusCode Channel::secure(const ConnectParameters& parameters, TimePoint 
         return made;
     const auto findings = checkCertificate(parameters.serverCertificate, *parameters.pki,
                                            findPolicyProfile(parameters.securityPolicyUri));
-    return judgeCertificate(findings, judgeOf(parameters, deadline, attempt));
+    return judgeCertificate(findings, judgeOf(parameters, parameters.serverCertificate, deadline, attempt));
 }
 
-// Empty when the application does not want to be asked. Looks into parameters and attempt.
-FindingJudge Channel::judgeOf(const ConnectParameters& parameters, TimePoint deadline,
+// Empty when the application does not want to be asked. Looks into parameters, chain and attempt. Whatever is
+// wrong with an issuer, the question is whether to talk to this peer: its own chain is shown, for the issuer
+// of many must not be trusted as the server.
+FindingJudge Channel::judgeOf(const ConnectParameters& parameters, ByteView chain, TimePoint deadline,
                               const std::shared_ptr<Cancellation>& attempt)
 {
     if (!parameters.onCertificateFinding)
         return {};
-    return [&parameters, &attempt, deadline, this](const CertificateFinding& finding) {
-        return askAbout(finding, parameters.onCertificateFinding, deadline, attempt);
+    return [&parameters, &attempt, chain, deadline, this](const CertificateFinding& finding) {
+        CertificateFinding shown = finding;
+        shown.certificate.assign(chain.begin(), chain.end());
+        return askAbout(shown, parameters.onCertificateFinding, deadline, attempt);
     };
 }
 
@@ -221,7 +225,8 @@ OpcUa_StatusCode Channel::openHttps(const ConnectParameters& parameters, const E
     server.certificate.assign(own->begin(), own->end());
     if (parameters.pki) {
         const auto findings = checkTlsCertificate(chain, url.host, *parameters.pki);
-        const OpcUa_StatusCode judged = judgeCertificate(findings, judgeOf(parameters, deadline, attempt));
+        const OpcUa_StatusCode judged =
+            judgeCertificate(findings, judgeOf(parameters, chain, deadline, attempt));
         if (OpcUa_IsBad(judged))
             return judged;
     }

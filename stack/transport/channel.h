@@ -80,8 +80,8 @@ private:
     [[nodiscard]] OpcUa_StatusCode secure(const ConnectParameters& parameters, TimePoint deadline,
                                           const std::shared_ptr<Cancellation>& attempt,
                                           std::unique_ptr<SecurityPolicy>& policy);
-    [[nodiscard]] FindingJudge judgeOf(const ConnectParameters& parameters, TimePoint deadline,
-                                       const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] FindingJudge judgeOf(const ConnectParameters& parameters, ByteView chain,
+                                       TimePoint deadline, const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode askAbout(const CertificateFinding& finding, const FindingJudge& judge,
                                             TimePoint deadline, const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode openChannel(const ConnectParameters& parameters, UniqueFd socket,

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <poll.h>
 #include <sys/socket.h>
 #include <utility>
@@ -189,7 +190,7 @@ void Connection::readFor(const AwaitedCall& call, TimePoint deadline)
         if (ready > 0)
             receiveLocked(m_callerScratch);
         else
-            m_engine.advance(std::chrono::steady_clock::now());
+            advanceLocked(std::chrono::steady_clock::now());
         settleAndDispatch(lock);
     }
 }
@@ -212,7 +213,7 @@ void Connection::onTime(TimePoint now)
     std::unique_lock lock(m_mutex);
     if (!m_socket)
         return;
-    m_engine.advance(now);
+    advanceLocked(now);
     settleAndDispatch(lock);
 }
 
@@ -225,10 +226,46 @@ void Connection::receiveLocked(MutableByteView scratch)
 {
     assertLocked(m_mutex);
     const ssize_t count = ::recv(m_socket.get(), scratch.data(), scratch.size(), MSG_DONTWAIT);
-    if (count > 0)
-        m_engine.receive(scratch.first(static_cast<size_t>(count)), std::chrono::steady_clock::now());
-    else if (count == 0 || (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR))
-        m_engine.streamEnded(OpcUa_BadConnectionClosed);
+    const bool ended = count == 0 || (count < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR);
+    guardedLocked([&] {
+        if (count > 0)
+            m_engine.receive(scratch.first(static_cast<size_t>(count)), std::chrono::steady_clock::now());
+        else if (ended)
+            m_engine.streamEnded(OpcUa_BadConnectionClosed);
+    });
+}
+
+void Connection::advanceLocked(TimePoint now)
+{
+    assertLocked(m_mutex);
+    guardedLocked([&] { m_engine.advance(now); });
+}
+
+// An engine that was left in the middle of something has lost its place in the stream: its channel ends, and
+// what that gives back lets the others go on.
+template <typename Use>
+void Connection::guardedLocked(Use use)
+{
+    assertLocked(m_mutex);
+    const bool hadEnded = m_engine.state() == ClientChannel::State::Closed; // and has said so
+    try {
+        use();
+    } catch (const std::bad_alloc&) {
+        if (!hadEnded)
+            endWithoutMemoryLocked();
+    }
+}
+
+void Connection::endWithoutMemoryLocked()
+{
+    assertLocked(m_mutex);
+    try {
+        m_engine.streamEnded(OpcUa_BadOutOfMemory);
+    } catch (const std::bad_alloc&) {
+        // it has closed, but not told everybody
+    }
+    if (!m_outcome.lost)
+        m_outcome.lost = OpcUa_BadOutOfMemory;
 }
 
 // ---- after each use of the engine
@@ -247,7 +284,11 @@ void Connection::settleAndDispatch(std::unique_lock<CheckedMutex>& lock)
     const std::uint64_t ticket = m_nextTicket++;
     m_changed.wait(lock, [&] { return m_dispatchedTickets == ticket; });
     lock.unlock();
-    dispatch(outcome);
+    try {
+        dispatch(outcome);
+    } catch (const std::bad_alloc&) {
+        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "No memory to tell what has become of a connection");
+    }
     outcome = {}; // before the ticket is through: who waits for that may free what the calls refer to
     lock.lock();
     ++m_dispatchedTickets;
@@ -261,6 +302,8 @@ void Connection::dispatch(Outcome& outcome)
         m_keyLog->append(outcome.keyLines);
     for (Completion& completion : outcome.completions)
         completion.call->complete(completion.status, std::move(completion.body));
+    for (const auto& orphan : outcome.orphans)
+        orphan.second->complete(OpcUa_BadOutOfMemory, {});
     const auto observer = m_observer.lock();
     if (!observer)
         return;
@@ -277,9 +320,11 @@ void Connection::dispatch(Outcome& outcome)
 void Connection::settleLocked()
 {
     assertLocked(m_mutex);
-    flushLocked();
-    if (m_engine.state() == ClientChannel::State::Closed)
+    guardedLocked([&] { flushLocked(); });
+    if (m_engine.state() == ClientChannel::State::Closed) {
+        m_outcome.orphans.swap(m_calls);
         return leaveLoopLocked();
+    }
     watchLocked();
     const TimePoint wanted = m_engine.nextDeadline();
     const TimePoint before = m_deadline.exchange(wanted);

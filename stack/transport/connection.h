@@ -58,12 +58,17 @@ private:
     struct Outcome
     {
         std::vector<Completion> completions;
+        /// Those that the engine had no memory left to speak of.
+        std::unordered_map<OpcUa_UInt32, std::shared_ptr<Call>> orphans;
         std::optional<OpcUa_UInt32> opened;
         bool renewed = false;
         std::optional<OpcUa_StatusCode> lost;
         std::string reason;   ///< the peer's words for a loss
         std::string keyLines; ///< of a new token; comes with opened or renewed
-        [[nodiscard]] bool empty() const { return completions.empty() && !opened && !renewed && !lost; }
+        [[nodiscard]] bool empty() const
+        {
+            return completions.empty() && orphans.empty() && !opened && !renewed && !lost;
+        }
     };
 
     class Reading;
@@ -82,6 +87,10 @@ private:
     void readFor(const AwaitedCall& call, TimePoint deadline);
     void completeLocked(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body);
     void receiveLocked(MutableByteView scratch);
+    void advanceLocked(TimePoint now);
+    template <typename Use>
+    void guardedLocked(Use use);
+    void endWithoutMemoryLocked();
     void settleLocked();
     void flushLocked();
     void watchLocked();

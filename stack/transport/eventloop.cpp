@@ -1,10 +1,13 @@
 #include <stack/transport/eventloop.h>
 
+#include <opcua/opcua_channel.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
+#include <new>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <system_error>
@@ -22,6 +25,17 @@ UniqueFd checked(int fd, const char* what)
     if (fd < 0)
         throw std::system_error(errno, std::generic_category(), what);
     return UniqueFd(fd);
+}
+
+// One connection that the system has no memory for must not take all others with it.
+template <typename Dispatch>
+void withoutDying(Dispatch dispatch)
+{
+    try {
+        dispatch();
+    } catch (const std::bad_alloc&) {
+        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "No memory for what a connection has to do");
+    }
 }
 
 epoll_event interest(std::uint64_t key, bool input, bool output)
@@ -118,7 +132,7 @@ void EventLoop::dispatchTimers()
                 due.push_back(entry.second);
     }
     for (const auto& handler : due)
-        handler->onTime(now);
+        withoutDying([&] { handler->onTime(now); });
 }
 
 void EventLoop::run()
@@ -143,7 +157,7 @@ void EventLoop::run()
             }
         }
         for (const auto& [handler, flags] : ready)
-            handler->onReady(flags, m_scratch);
+            withoutDying([&, to = handler.get(), what = flags] { to->onReady(what, m_scratch); });
         ready.clear();
         dispatchTimers();
     }

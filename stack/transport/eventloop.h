@@ -14,7 +14,8 @@
 namespace opcua {
 
 /// Something with a socket and a timer. Called on the loop's thread with no lock of the loop held; must not
-/// block.
+/// block. What is thrown for want of memory is dropped, and the handler called again while there is cause to:
+/// handlers end their own connection before it comes to that.
 class EventHandler
 {
 public:

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <numeric>
 #include <ranges>
 #include <string>
@@ -135,7 +136,7 @@ void HttpsConnection::onLaneReady(HttpLane& lane, std::uint32_t epollEvents, Mut
     if (m_state != State::Open || lane.hasEnded())
         return;
     const TimePoint now = std::chrono::steady_clock::now();
-    lane.onEvents(epollEvents, scratch, now);
+    guardedLocked([&] { lane.onEvents(epollEvents, scratch, now); });
     settleAndDispatch(lock, now);
 }
 
@@ -144,8 +145,20 @@ void HttpsConnection::onLaneTime(HttpLane& lane, TimePoint now)
     std::unique_lock lock(m_mutex);
     if (m_state != State::Open || lane.hasEnded())
         return;
-    lane.advance(now);
+    guardedLocked([&] { lane.advance(now); });
     settleAndDispatch(lock, now);
+}
+
+// A lane that was left in the middle of something cannot go on.
+template <typename Use>
+void HttpsConnection::guardedLocked(Use use)
+{
+    assertLocked(m_mutex);
+    try {
+        use();
+    } catch (const std::bad_alloc&) {
+        endLocked(State::Lost, OpcUa_BadOutOfMemory);
+    }
 }
 
 // ---- after each use of the lanes
@@ -162,7 +175,11 @@ void HttpsConnection::settleAndDispatch(std::unique_lock<CheckedMutex>& lock, Ti
     }
     ++m_dispatching;
     lock.unlock();
-    dispatch(outcome);
+    try {
+        dispatch(outcome);
+    } catch (const std::bad_alloc&) {
+        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "No memory to tell what has become of a connection");
+    }
     outcome = {}; // whoever waits for this may free what the calls hold on to
     lock.lock();
     --m_dispatching;

@@ -56,6 +56,8 @@ private:
     void endLocked(State state, OpcUa_StatusCode status);
     void settleAndDispatch(std::unique_lock<CheckedMutex>& lock, TimePoint now);
     void dispatch(HttpOutcome& outcome);
+    template <typename Use>
+    void guardedLocked(Use use);
 
     const std::shared_ptr<const HttpServer> m_server;
     const OpcUa_UInt32 m_lifetime;

@@ -36,8 +36,7 @@ OpcUa_ProxyStubConfiguration completed(OpcUa_ProxyStubConfiguration configuratio
     fill(configuration.MaxMessageSize, defaultMaxMessageSize);
     fill(configuration.BufferSize, defaultBufferSize);
     configuration.BufferSize = std::max(configuration.BufferSize, minimumBufferSize);
-    fill(configuration.MaxChunkCount,
-         defaultChunkCount(configuration.MaxMessageSize, configuration.BufferSize));
+    fill(configuration.MaxChunkCount, defaultChunkCount(configuration.MaxMessageSize));
     fill(configuration.MaxStringLength, standard.maxStringLength);
     fill(configuration.MaxByteStringLength, standard.maxByteStringLength);
     fill(configuration.MaxArrayLength, standard.maxArrayLength);

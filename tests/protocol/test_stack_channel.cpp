@@ -49,6 +49,21 @@ TEST(StackChannel, CarriesTheLargestMessageAndNoLargerOne)
     EXPECT_TRUE(pipe.client.output().empty());
 }
 
+TEST(StackChannel, TheLargestMessageComesThroughTheSmallestBuffersToo)
+{
+    ServerChannelConfig small;
+    small.limits.receiveBufferSize = minimumBufferSize;
+    small.limits.sendBufferSize = minimumBufferSize;
+    MemoryPipe pipe({}, small);
+    pipe.open();
+    const Bytes largest = pattern(defaultMaxMessageSize);
+    pipe.onServerRequest = [&](OpcUa_UInt32 id, const Bytes&) { pipe.server.respond(id, largest); };
+    const OpcUa_UInt32 id = pipe.request({1});
+    pipe.run();
+    EXPECT_EQ(pipe.statusOf(id), OpcUa_Good);
+    EXPECT_EQ(pipe.responses[id], largest);
+}
+
 TEST(StackChannel, DoesNotMindWhereTheStreamIsCut)
 {
     const auto conversation = [](size_t cut, Bytes& stream) {
@@ -165,14 +180,17 @@ TEST(StackChannel, CallsEndAtTheirDeadlineAndLateAnswersAreDropped)
     EXPECT_EQ(EngineProbe::bufferedBytes(pipe.client), 0u);
 
     pipe.server.respond(slow, Bytes{1}); // late
-    pipe.server.respond(4711, Bytes{1}); // never asked
     pipe.server.respond(patient, Bytes{2});
+    pipe.run();
+    EXPECT_EQ(pipe.responses[patient], Bytes{2});
+    EXPECT_EQ(EngineProbe::droppedResponses(pipe.client), 1u);
+    EXPECT_EQ(pipe.client.state(), ClientChannel::State::Open);
+
     pipe.server.respond(patient, Bytes{3}); // a second time
     pipe.run();
     EXPECT_EQ(pipe.responses[patient], Bytes{2});
     EXPECT_EQ(pipe.completions, 2);
-    EXPECT_EQ(EngineProbe::droppedResponses(pipe.client), 3u);
-    EXPECT_EQ(pipe.client.state(), ClientChannel::State::Open);
+    EXPECT_EQ(pipe.clientClosed, OpcUa_BadSecurityChecksFailed);
 }
 
 TEST(StackChannel, BoundsTheCallsThatWait)
@@ -277,11 +295,18 @@ TEST(StackToken, TrafficGoesOnThroughRenewal)
 
 TEST(StackToken, OldOneIsAcceptedForAQuarterMoreThanItsLifeAndNoLonger)
 {
-    for (const auto& [age, accepted] : {std::pair{74'999, true}, std::pair{75'000, false}}) {
-        MemoryPipe pipe({}, withLifetime(60'000));
+    struct Case
+    {
+        OpcUa_UInt32 lifetime;
+        int age;
+        bool accepted;
+    };
+    for (const auto& [lifetime, age, accepted] : {Case{60'000, 74'999, true}, Case{60'000, 75'000, false},
+                                                  Case{4'000, 4'999, true}, Case{4'000, 5'000, false}}) {
+        MemoryPipe pipe({}, withLifetime(lifetime));
         pipe.open();
         const TimePoint opened = pipe.now;
-        pipe.pass(Milliseconds{45'000});
+        pipe.pass(Milliseconds{lifetime * 3 / 4});
         pipe.run();
         ASSERT_EQ(pipe.renewed, 1);
         pipe.onServerRequest = [](OpcUa_UInt32, const Bytes&) {};
@@ -294,17 +319,32 @@ TEST(StackToken, OldOneIsAcceptedForAQuarterMoreThanItsLifeAndNoLonger)
     }
 }
 
-TEST(StackToken, SilentRenewalEndsTheChannel)
+TEST(StackToken, SilentRenewalEndsTheChannelWithItsToken)
 {
-    MemoryPipe pipe({}, withLifetime(60'000));
+    for (const int lifetime : {2'000, 4'000, 19'999, 60'000}) {
+        MemoryPipe pipe({}, withLifetime(static_cast<OpcUa_UInt32>(lifetime)));
+        pipe.open();
+        const TimePoint opened = pipe.now;
+        const OpcUa_UInt32 id = pipe.request({1}, Milliseconds{100'000});
+        pipe.client.output().clear();
+        pipe.pass(Milliseconds{lifetime * 3 / 4});
+        EXPECT_EQ(pipe.client.nextDeadline(), opened + Milliseconds{lifetime});
+        pipe.now = opened + Milliseconds{lifetime - 1};
+        pipe.client.advance(pipe.now);
+        EXPECT_EQ(pipe.clientClosed, std::nullopt);
+        pipe.pass(Milliseconds{1});
+        EXPECT_EQ(pipe.clientClosed, OpcUa_BadTimeout) << lifetime;
+        EXPECT_EQ(pipe.statusOf(id), OpcUa_BadTimeout);
+    }
+}
+
+TEST(StackToken, OneThatWasNotRenewedInTimeIsNotUsedAnyMore)
+{
+    MemoryPipe pipe({}, withLifetime(4'000));
     pipe.open();
-    const OpcUa_UInt32 id = pipe.request({1}, Milliseconds{100'000});
-    pipe.client.output().clear();
-    pipe.pass(Milliseconds{45'000});
-    EXPECT_EQ(pipe.client.nextDeadline(), pipe.now + Milliseconds{15'000});
-    pipe.pass(Milliseconds{15'000});
-    EXPECT_EQ(pipe.clientClosed, OpcUa_BadTimeout);
-    EXPECT_EQ(pipe.statusOf(id), OpcUa_BadTimeout);
+    pipe.pass(Milliseconds{4'000}); // whoever keeps the time was held up
+    EXPECT_EQ(pipe.clientClosed, OpcUa_BadSecureChannelTokenUnknown);
+    EXPECT_TRUE(pipe.client.output().empty());
 }
 
 // A renewal that the server answers in another way than with a new token.

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace opcua::test {
 namespace {
@@ -214,17 +215,82 @@ TEST(StackHostilePeer, EndlessMessagesEndAtTheAnnouncedLimits)
     }
 }
 
-TEST(StackHostilePeer, PartsOfAnswersToNobodyAreNotKept)
+TEST(StackHostilePeer, AnswersToRequestsThatWereNeverMadeEndTheChannel)
 {
-    MemoryPipe pipe;
-    bringTo(pipe, State::Open);
-    for (OpcUa_UInt32 n = 0; n < 2000; ++n) {
-        pipe.toClient(RawChunk{MessageType::Message, ChunkType::Intermediate, 1, 1, pipe.nextServerSequence(),
-                               1000 + n, pattern(60'000)}
-                          .bytes());
+    for (const ChunkType type : {ChunkType::Intermediate, ChunkType::Final, ChunkType::Abort}) {
+        for (const OpcUa_UInt32 distance : {1u, 1000u, 0xF0000000u}) {
+            MemoryPipe pipe;
+            const OpcUa_UInt32 id = bringTo(pipe, State::Open);
+            pipe.toClient(RawChunk{MessageType::Message, type, 1, 1, pipe.nextServerSequence(), id + distance,
+                                   pattern(100)}
+                              .bytes());
+            EXPECT_EQ(pipe.clientClosed, OpcUa_BadSecurityChecksFailed) << distance;
+            EXPECT_EQ(pipe.statusOf(id), OpcUa_BadSecurityChecksFailed);
+        }
     }
-    EXPECT_EQ(EngineProbe::bufferedBytes(pipe.client), 0u);
-    EXPECT_EQ(pipe.client.state(), State::Open);
+}
+
+// A client with calls that have timed out, the first of them in the middle of its answer; its limits are
+// 1,000,000 bytes and 50 chunks.
+struct GivenUpCalls
+{
+    explicit GivenUpCalls(size_t count)
+    {
+        ids.push_back(bringTo(pipe, State::Open));
+        while (ids.size() < count)
+            ids.push_back(pipe.request({1}));
+        pipe.client.output().clear();
+        answer(ids.front(), ChunkType::Intermediate, 60'000);
+        pipe.pass(Milliseconds{1000});
+        EXPECT_EQ(pipe.statusOf(ids.back()), OpcUa_BadTimeout);
+        EXPECT_EQ(EngineProbe::bufferedBytes(pipe.client), 0u);
+    }
+    void answer(OpcUa_UInt32 id, ChunkType type, size_t size)
+    {
+        pipe.toClient(
+            RawChunk{MessageType::Message, type, 1, 1, pipe.nextServerSequence(), id, pattern(size)}.bytes());
+    }
+    static ClientChannelConfig smallLimits()
+    {
+        ClientChannelConfig config;
+        config.limits = {65536, 65536, 1'000'000, 50};
+        return config;
+    }
+    MemoryPipe pipe{smallLimits()};
+    std::vector<OpcUa_UInt32> ids;
+};
+
+TEST(StackHostilePeer, EndlessAnswersToGivenUpCallsEndAtTheAnnouncedLimits)
+{
+    for (const size_t chunkSize : {size_t{0}, size_t{60'000}}) {
+        GivenUpCalls calls(1);
+        int chunks = 1;
+        while (!calls.pipe.clientClosed && ++chunks < 1000)
+            calls.answer(calls.ids.front(), ChunkType::Intermediate, chunkSize);
+        EXPECT_EQ(chunks, chunkSize == 60'000 ? 17 : 51) << "what came before the call ended counts too";
+        EXPECT_EQ(calls.pipe.clientClosed, OpcUa_BadTcpMessageTooLarge);
+    }
+    GivenUpCalls calls(100);
+    size_t bytes = 0;
+    for (size_t n = 0; n < 1000 && !calls.pipe.clientClosed; ++n) {
+        calls.answer(calls.ids[n % calls.ids.size()], ChunkType::Intermediate, 60'000);
+        bytes += 60'000;
+    }
+    EXPECT_LE(bytes, 4'100'000u) << "many unfinished answers together";
+    EXPECT_EQ(calls.pipe.clientClosed, OpcUa_BadTcpMessageTooLarge);
+}
+
+TEST(StackHostilePeer, EveryGivenUpCallMayStillBeAnsweredOnce)
+{
+    GivenUpCalls calls(100);
+    for (const OpcUa_UInt32 id : calls.ids) {
+        calls.answer(id, ChunkType::Intermediate, 60'000);
+        calls.answer(id, ChunkType::Final, 60'000);
+    }
+    EXPECT_EQ(calls.pipe.client.state(), State::Open);
+    EXPECT_EQ(EngineProbe::bufferedBytes(calls.pipe.client), 0u);
+    calls.answer(calls.ids.front(), ChunkType::Final, 60'000);
+    EXPECT_EQ(calls.pipe.clientClosed, OpcUa_BadSecurityChecksFailed) << "more answers than calls";
 }
 
 TEST(StackHostilePeer, AbortThatSaysNothingEndsItsCallAllTheSame)

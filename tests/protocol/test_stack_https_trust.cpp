@@ -45,14 +45,19 @@ public:
             auto& self = *static_cast<Judged*>(context);
             if (event != OpcUa_Channel_Event_VerifyCertificate)
                 return OpcUa_Good;
-            EXPECT_GT(static_cast<OpcUa_CertificateValidation*>(details)->Certificate.Length, 0);
+            const auto& finding = *static_cast<OpcUa_CertificateValidation*>(details);
+            const OpcUa_ByteString& certificate = finding.Certificate;
             self.findings.push_back(status);
+            self.shown.assign(certificate.Data, certificate.Data + certificate.Length);
+            self.depth = finding.Depth;
             return self.m_accepting ? OpcUa_StatusCode{OpcUa_Good} : status;
         };
         const OpcUa_StatusCode status = channel.connect(peer.url(host));
         return OpcUa_IsGood(status) ? channel.call() : status;
     }
     std::vector<OpcUa_StatusCode> findings;
+    tc::Der shown; // with the last of them
+    OpcUa_Int32 depth = 0;
 
 private:
     TemporaryFolder m_folder;
@@ -114,6 +119,24 @@ TEST_F(StackHttps, EachFaultOfACertificateIsFoundAndMayBeOverruled)
     judged.trust(foreign);
     const HttpsPeer peer(serveAll, makeIdentity(issued));
     EXPECT_TRUE(OpcUa_IsBad(judged.connect(peer, true))) << "an issuer of that name, but not the one";
+}
+
+TEST_F(StackHttps, AFindingAboutAnIssuerShowsWhatTheServerSent)
+{
+    tc::Recipe expired = recipe("Expired authority", ellipticKey("expired authority"));
+    expired.authority = true;
+    expired.from = -7200;
+    expired.to = -3600;
+    tc::Recipe issued = recipe("issued");
+    issued.issuer = expired.name;
+    issued.issuerPair = expired.pair;
+    const TlsIdentity identity = makeIdentity(issued);
+    Judged judged;
+    judged.trust(tc::make(expired));
+    const HttpsPeer peer(serveAll, identity);
+    EXPECT_EQ(judged.connect(peer, false), OpcUa_BadCertificateIssuerTimeInvalid);
+    EXPECT_EQ(judged.depth, 1);
+    EXPECT_EQ(judged.shown, identity.certificate);
 }
 
 TEST_F(StackHttps, ACertificateIsMadeForTheNameInTheAddress)

@@ -13,6 +13,19 @@ namespace {
 
 constexpr std::size_t maxUrlLength = 4096;
 
+char lower(char c)
+{
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+}
+
+// scheme in lower case
+bool hasScheme(std::string_view url, std::string_view scheme)
+{
+    return url.size() >= scheme.size() &&
+           std::equal(
+               scheme.begin(), scheme.end(), url.begin(), [](char a, char b) { return a == lower(b); });
+}
+
 // Takes "[v6]" or everything up to ':' or '/' off the front of rest; false for a bracket that does not close.
 bool takeHost(std::string_view& rest, std::string& host)
 {
@@ -48,14 +61,14 @@ bool takePort(std::string_view& rest, OpcUa_UInt16& port)
 
 const char* transportProfileOf(std::string_view url)
 {
-    if (url.starts_with("opc.tcp"))
+    if (hasScheme(url, "opc.tcp"))
         return OpcUa_TransportProfile_UaTcp;
     return isHttpsUrl(url) ? OpcUa_TransportProfile_HttpsBinary : nullptr;
 }
 
 bool isHttpsUrl(std::string_view url)
 {
-    return url.starts_with("http");
+    return hasScheme(url, "http");
 }
 
 EndpointUrl parseEndpointUrl(std::string_view url)
@@ -65,8 +78,7 @@ EndpointUrl parseEndpointUrl(std::string_view url)
     if (url.size() > maxUrlLength || separator == std::string_view::npos || separator == 0)
         return result;
     result.scheme = url.substr(0, separator);
-    std::transform(result.scheme.begin(), result.scheme.end(), result.scheme.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::transform(result.scheme.begin(), result.scheme.end(), result.scheme.begin(), lower);
     std::string_view rest = url.substr(separator + 3);
     if (!takeHost(rest, result.host) || result.host.empty() || !takePort(rest, result.port))
         return {};

@@ -87,14 +87,15 @@ typedef enum OpcUa_Channel_Event {
     OpcUa_Channel_Event_Connected = 1,
     OpcUa_Channel_Event_Disconnected = 2,     ///< lost or closed by the peer; status says why
     OpcUa_Channel_Event_Renewed = 3,          ///< a new security token is in use
-    OpcUa_Channel_Event_VerifyCertificate = 4 ///< details: a pointer to OpcUa_CertificateValidation
+    OpcUa_Channel_Event_VerifyCertificate = 4 ///< details: a pointer to OpcUa_CertificateValidation, whose
+                                              ///< Certificate is the peer's, any issuers it sent behind it
 } OpcUa_Channel_Event;
 
 typedef struct OpcUa_CertificateValidation
 {
     OpcUa_ByteString Certificate; ///< DER, valid during the callback only
     OpcUa_StatusCode Status;      ///< what was found
-    OpcUa_Int32 Depth;            ///< 0 the peer's certificate, 1 its issuer ...
+    OpcUa_Int32 Depth;            ///< of what it was found in: 0 the peer's certificate, 1 its issuer ...
     OpcUa_Int32 ProviderError;    ///< the crypto library's own number
 } OpcUa_CertificateValidation;
 

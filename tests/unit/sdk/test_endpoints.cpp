@@ -53,6 +53,20 @@ TEST(EndpointUrl, PartsAndFaults)
     EXPECT_FALSE(parseEndpointUrl("opc.tcp://" + std::string(5000, 'a')).valid);
 }
 
+TEST(EndpointUrl, SchemesCompareWithoutCase)
+{
+    for (const char* const url : {"opc.tcp://box", "OPC.TCP://box", "Opc.Tcp://box"}) {
+        EXPECT_STREQ(transportProfileOf(url), OpcUa_TransportProfile_UaTcp) << url;
+        EXPECT_FALSE(isHttpsUrl(url)) << url;
+    }
+    for (const char* const url : {"https://box", "HTTPS://box"}) {
+        EXPECT_STREQ(transportProfileOf(url), OpcUa_TransportProfile_HttpsBinary) << url;
+        EXPECT_TRUE(isHttpsUrl(url)) << url;
+    }
+    for (const char* const url : {"", "opc", "ftp://box", "OPC.UDP://box"})
+        EXPECT_EQ(transportProfileOf(url), nullptr) << url;
+}
+
 UaEndpointDescriptions endpointsOf(const std::vector<const char*>& urls)
 {
     UaEndpointDescriptions endpoints(static_cast<OpcUa_UInt32>(urls.size()));
