@@ -3,7 +3,6 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumnamespacemap.h>
@@ -75,8 +74,8 @@ QIcon iconWithOverlay(const QString& overlay)
 } // namespace
 
 QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting)
-    : QlumServerNode(setting.displayName), m_serverId(nextServerId()), m_setting(setting),
-      m_session(std::make_unique<UaClientSdk::UaSession>()),
+    : QlumServerNode(setting.displayName), m_serverId(nextServerId()), m_log(tr("Server Node"), m_serverId),
+      m_setting(setting), m_session(std::make_unique<UaClientSdk::UaSession>()),
       m_typeCache(std::make_unique<QlumTypeCache>(
           m_serverId, [session = m_session.get()](unsigned int) { return qlumServicesOf(session); })),
       m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()),
@@ -213,7 +212,8 @@ void QlumProjectNodeServer::connectionStatusChanged(OpcUa_UInt32, UaClient::Serv
 
 void QlumProjectNodeServer::applySessionStatus(UaClient::ServerStatus serverStatus)
 {
-    log(QlumLogLevel::Warning,
+    m_log.write(
+        QlumLogLevel::Warning,
         tr("Connection status of server '%1' changed to '%2'.").arg(displayName(), statusName(serverStatus)));
     NamespaceMap namespaceMap;
     QlumConnectionStatus status = QlumConnectionStatus::ConnectionError;
@@ -253,7 +253,7 @@ NamespaceMap QlumProjectNodeServer::updateNamespaces()
     if (uris.isEmpty() || uris == m_namespaces)
         return {};
     const NamespaceMap namespaceMap = qlumNamespaceMap(m_namespaces, uris);
-    log(QlumLogLevel::Info, tr("Namespace table changed, mapping old to new namespace indices"));
+    m_log.info(tr("Namespace table changed, mapping old to new namespace indices"));
     m_namespaces = uris;
     return namespaceMap;
 }
@@ -264,9 +264,4 @@ QVariant QlumProjectNodeServer::setting(const char* key) const
 {
     const QlumApplicationInterface* application = QlumApplicationInterface::instance();
     return application ? application->settingsValue(QLatin1String(key)) : QVariant();
-}
-
-void QlumProjectNodeServer::log(int level, const QString& text) const
-{
-    QlumUaTrace::log(level, text, tr("Server Node"), m_serverId);
 }

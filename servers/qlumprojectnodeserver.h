@@ -1,5 +1,6 @@
 #pragma once
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumservernode.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumtypecache.h>
@@ -113,9 +114,9 @@ private:
     NamespaceMap updateNamespaces();
     [[nodiscard]] bool onOwnThread() const;
     [[nodiscard]] QVariant setting(const char* key) const;
-    void log(int level, const QString& text) const;
 
     const unsigned int m_serverId;
+    const QlumLog m_log;
     QlumDiscoverySetting m_setting;
     std::unique_ptr<UaClientSdk::UaSession> m_session;
     std::unique_ptr<QlumTypeCache> m_typeCache;

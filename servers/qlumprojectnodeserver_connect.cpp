@@ -129,11 +129,11 @@ bool QlumProjectNodeServer::fetchEndpoints(Attempt& attempt)
         return false;
     if (!answered) {
         m_fetcher->cancel();
-        log(QlumLogLevel::Info, tr("Aborting connection attempt"));
+        m_log.info(tr("Aborting connection attempt"));
         return false;
     }
     if (!OpcUa_IsGood(status))
-        log(QlumLogLevel::Error, tr("Could not connect to server: ") + qlumStatusText(status));
+        m_log.error(tr("Could not connect to server: ") + qlumStatusText(status));
     return OpcUa_IsGood(status);
 }
 
@@ -144,18 +144,18 @@ bool QlumProjectNodeServer::chooseEndpoint(Attempt& attempt)
     const QlumEndpointChoice choice =
         qlumChooseEndpoint(attempt.endpoints, wanted.url, wanted.securityPolicyUri, wanted.securityMode);
     for (const int index : choice.qualified) {
-        log(QlumLogLevel::Data, tr("Endpoint: '%1'").arg(attempt.endpoints.at(index).url));
-        log(QlumLogLevel::Data,
-            tr("Security policy: '%1'").arg(attempt.endpoints.at(index).securityPolicyUri));
+        m_log.write(QlumLogLevel::Data, tr("Endpoint: '%1'").arg(attempt.endpoints.at(index).url));
+        m_log.write(QlumLogLevel::Data,
+                    tr("Security policy: '%1'").arg(attempt.endpoints.at(index).securityPolicyUri));
     }
     if (choice.match == QlumEndpointChoice::NoMatch) {
         attempt.endpoint = wanted;
         attempt.endpoint.serverCertificate.clear(); // what was once stored proves nothing
-        log(QlumLogLevel::Data, tr("ApplicationUri: '%1'").arg(QString()));
+        m_log.write(QlumLogLevel::Data, tr("ApplicationUri: '%1'").arg(QString()));
         return acceptNoEndpoint();
     }
     attempt.endpoint = attempt.endpoints.at(choice.index);
-    log(QlumLogLevel::Data, tr("ApplicationUri: '%1'").arg(attempt.endpoint.applicationUri));
+    m_log.write(QlumLogLevel::Data, tr("ApplicationUri: '%1'").arg(attempt.endpoint.applicationUri));
     if (choice.match == QlumEndpointChoice::OtherUrl)
         qlumWarn(
             tr("URL not found"),
@@ -167,8 +167,8 @@ bool QlumProjectNodeServer::chooseEndpoint(Attempt& attempt)
 
 bool QlumProjectNodeServer::acceptNoEndpoint()
 {
-    log(QlumLogLevel::Error, tr("The server does not support the configured security policy '%1'.")
-                                 .arg(m_setting.endpoint.securityPolicyUri));
+    m_log.error(tr("The server does not support the configured security policy '%1'.")
+                    .arg(m_setting.endpoint.securityPolicyUri));
     return qlumWarn(
                tr("Unsupported Security Policy"),
                tr("The connection cannot be established, because the server does not support the configured "
@@ -185,13 +185,13 @@ bool QlumProjectNodeServer::userIdentity(Attempt& attempt)
         attempt.changesUser ? tr("ChangeUser with UserTokenType: %1") : tr("Used UserTokenType: %1");
     switch (m_setting.userTokenType) {
     case QlumDiscoverySetting::UserName:
-        log(QlumLogLevel::Info, told.arg(QLatin1String("UserName")));
+        m_log.info(told.arg(QLatin1String("UserName")));
         return userNameIdentity(attempt);
     case QlumDiscoverySetting::Certificate:
-        log(QlumLogLevel::Info, told.arg(QLatin1String("Certificate")));
+        m_log.info(told.arg(QLatin1String("Certificate")));
         return certificateIdentity(attempt);
     default:
-        log(QlumLogLevel::Info, told.arg(QLatin1String("Anonymous")));
+        m_log.info(told.arg(QLatin1String("Anonymous")));
         attempt.security.setAnonymousUserIdentity();
         return true;
     }
@@ -225,8 +225,8 @@ bool QlumProjectNodeServer::askForPassword(Attempt& attempt)
     if (!self)
         return false;
     if (!accepted) {
-        log(QlumLogLevel::Info, attempt.changesUser ? tr("Aborting changing user of current session")
-                                                    : tr("Aborting connection attempt"));
+        m_log.info(attempt.changesUser ? tr("Aborting changing user of current session")
+                                       : tr("Aborting connection attempt"));
         return false;
     }
     m_clearPasswordAllowed = clear;
@@ -242,14 +242,14 @@ bool QlumProjectNodeServer::certificateIdentity(Attempt& attempt)
 {
     const UaPkiCertificate certificate = UaPkiCertificate::fromDERFile(toUaString(m_setting.certificateFile));
     if (certificate.isNull()) {
-        log(QlumLogLevel::Info, tr("Could not load certificate for X509 user token from file '%1'")
-                                    .arg(m_setting.certificateFile));
+        m_log.info(tr("Could not load certificate for X509 user token from file '%1'")
+                       .arg(m_setting.certificateFile));
         return false;
     }
     const UaPkiRsaKeyPair key = UaPkiRsaKeyPair::fromPEMFile(toUaString(m_setting.privateKeyFile));
     if (key.isNull() || key.isMissingParameters()) {
-        log(QlumLogLevel::Info, tr("Could not load private key for X509 user token from file '%1'")
-                                    .arg(m_setting.privateKeyFile));
+        m_log.info(tr("Could not load private key for X509 user token from file '%1'")
+                       .arg(m_setting.privateKeyFile));
         return false;
     }
     attempt.security.setCertificateUserIdentity(certificate.toByteStringDER(), UaByteString(key.toDER()));
@@ -293,16 +293,16 @@ bool QlumProjectNodeServer::connectSession(Attempt& attempt)
             m_session->connect(toUaString(m_setting.endpoint.url), connectInfo(), attempt.security, this);
     }
     if (!status.isGood()) {
-        log(QlumLogLevel::Error, tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
+        m_log.error(tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
         setStatus(QlumConnectionStatus::ConnectFailed);
         if (self && isOwnCertificateRefused(m_refusal))
             showOwnCertificateRefused(m_refusal);
         return false;
     }
-    log(QlumLogLevel::Info, tr("Successfully connected UA server."));
-    log(QlumLogLevel::Info, tr("Revised values: SessionTimeout=%1, SecureChannelLifetime=%2")
-                                .arg(QString::number(m_session->revisedSessionTimeout(), 'g', 12),
-                                     QString::number(m_session->revisedSecureChannelLifetime())));
+    m_log.info(tr("Successfully connected UA server."));
+    m_log.info(tr("Revised values: SessionTimeout=%1, SecureChannelLifetime=%2")
+                   .arg(QString::number(m_session->revisedSessionTimeout(), 'g', 12),
+                        QString::number(m_session->revisedSecureChannelLifetime())));
     if (m_status == QlumConnectionStatus::Connecting) // the session told another thread; its news come later
         setStatus(QlumConnectionStatus::Connected, updateNamespaces());
     return true;
@@ -319,10 +319,10 @@ void QlumProjectNodeServer::disconnectServer()
         status = m_session->disconnect(settings, true);
     }
     if (status.isGood())
-        log(QlumLogLevel::Info, tr("Disconnect succeeded."));
+        m_log.info(tr("Disconnect succeeded."));
     else
-        log(QlumLogLevel::Error,
-            tr("Disconnecting failed with error '%1'").arg(toQString(status.toString())));
+        m_log.write(QlumLogLevel::Error,
+                    tr("Disconnecting failed with error '%1'").arg(toQString(status.toString())));
     if (m_status != QlumConnectionStatus::Disconnected)
         setStatus(QlumConnectionStatus::Disconnected);
 }
@@ -350,7 +350,7 @@ void QlumProjectNodeServer::changeUser()
         status = m_session->changeUser(settings, attempt.security.userIdentityToken().get());
     }
     if (status.isGood())
-        log(QlumLogLevel::Info, tr("ChangeUser succeeded."));
+        m_log.info(tr("ChangeUser succeeded."));
     else
-        log(QlumLogLevel::Error, tr("ChangeUser failed with error '%1'").arg(toQString(status.toString())));
+        m_log.error(tr("ChangeUser failed with error '%1'").arg(toQString(status.toString())));
 }

@@ -61,10 +61,10 @@ bool QlumProjectNodeServer::allowSecurityPolicy()
     if (!self)
         return false;
     if (answer != QMessageBox::Yes) {
-        log(QlumLogLevel::Info, tr("Aborting connection attempt"));
+        m_log.info(tr("Aborting connection attempt"));
         return false;
     }
-    log(QlumLogLevel::Warning, tr("The unsafe security policy 'Basic128Rsa15' is used."));
+    m_log.write(QlumLogLevel::Warning, tr("The unsafe security policy 'Basic128Rsa15' is used."));
     m_weakPolicyAllowedFor = policy;
     return true;
 }
@@ -97,13 +97,13 @@ bool QlumProjectNodeServer::needsServerCertificate(const Attempt& attempt) const
 bool QlumProjectNodeServer::checkServerCertificate(Attempt& attempt)
 {
     if (attempt.security.serverCertificate.isEmpty()) {
-        log(QlumLogLevel::Warning,
-            tr("The server returned no certificate, all certificate checks will be skipped."));
+        m_log.write(QlumLogLevel::Warning,
+                    tr("The server returned no certificate, all certificate checks will be skipped."));
         return true;
     }
     if (!needsServerCertificate(attempt)) {
-        log(QlumLogLevel::Warning,
-            tr("The connection is not secured, the server's certificate is not checked."));
+        m_log.write(QlumLogLevel::Warning,
+                    tr("The connection is not secured, the server's certificate is not checked."));
         return true;
     }
     const QPointer<QlumProjectNodeServer> self(this);
@@ -120,13 +120,14 @@ bool QlumProjectNodeServer::checkServerCertificate(Attempt& attempt)
     if (!self)
         return false;
     if (!accepted) {
-        log(QlumLogLevel::Error, tr("Connecting cancelled by user."));
+        m_log.error(tr("Connecting cancelled by user."));
         return false;
     }
     for (const QString& finding : findings)
-        log(QlumLogLevel::Warning, tr("Certificate of the server: %1").arg(finding));
+        m_log.write(QlumLogLevel::Warning, tr("Certificate of the server: %1").arg(finding));
     if (once)
-        log(QlumLogLevel::Warning, tr("The user has accepted the server's certificate for this session."));
+        m_log.write(QlumLogLevel::Warning,
+                    tr("The user has accepted the server's certificate for this session."));
     return true;
 }
 
@@ -141,7 +142,7 @@ bool QlumProjectNodeServer::connectError(OpcUa_UInt32, UaClient::ConnectServiceT
     if (!onOwnThread()) {
         // A reconnect goes on without the user: what he may override there is an error until he connects
         // anew.
-        log(QlumLogLevel::Error, tr("Error '%1' was returned during %2").arg(status, stepName(serviceType)));
+        m_log.error(tr("Error '%1' was returned during %2").arg(status, stepName(serviceType)));
         const UaStatusCode code(error.statusCode());
         QMetaObject::invokeMethod(
             this,
@@ -153,7 +154,7 @@ bool QlumProjectNodeServer::connectError(OpcUa_UInt32, UaClient::ConnectServiceT
         return false;
     }
     if (!clientSideError) {
-        log(QlumLogLevel::Error, tr("Error '%1' was returned during %2").arg(status, stepName(serviceType)));
+        m_log.error(tr("Error '%1' was returned during %2").arg(status, stepName(serviceType)));
         m_refusal = serviceType != UaClient::CertificateValidation ? error.statusCode() : OpcUa_Good;
         return false;
     }
@@ -237,8 +238,8 @@ void QlumProjectNodeServer::sltUntrustedSSLCertificate(unsigned int status, cons
         return;
     }
     const QPointer<QlumProjectNodeServer> self(this);
-    log(QlumLogLevel::Error, tr("The TLS certificate of server '%1' is not trusted: '%2'")
-                                 .arg(displayName(), qlumStatusText(status)));
+    m_log.error(tr("The TLS certificate of server '%1' is not trusted: '%2'")
+                    .arg(displayName(), qlumStatusText(status)));
     const bool trusted =
         qlumAskTlsTrust(displayName(), toUaByteString(certificate), UaStatusCode(status), qlumMainWindow());
     if (!self)

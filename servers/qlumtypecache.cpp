@@ -3,7 +3,6 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uaenumdefinition.h>
@@ -55,7 +54,7 @@ QString localizedText(const UaDataValues& values, OpcUa_UInt32 index)
 } // namespace
 
 QlumTypeCache::QlumTypeCache(unsigned int serverId, QlumSessionServicesProvider provider)
-    : m_serverId(serverId), m_provider(std::move(provider))
+    : m_serverId(serverId), m_log(QStringLiteral("TypeCache"), serverId), m_provider(std::move(provider))
 {
 }
 
@@ -94,11 +93,11 @@ QlumTypeCache::InfoPtr QlumTypeCache::fetchTypeInfo(const UaNodeId& id)
     const UaStatus status = read(*session, id, infoAttributes, values);
     const QString idText = toQString(id.toFullString());
     if (!status.isGood()) {
-        log(QlumLogLevel::Error, tr("Reading type info of NodeId %1 failed with error %2")
-                                     .arg(idText, toQString(status.toString())));
+        m_log.error(tr("Reading type info of NodeId %1 failed with error %2")
+                        .arg(idText, toQString(status.toString())));
         return nullptr;
     }
-    log(QlumLogLevel::Info, tr("Reading type info of NodeId %1 succeeded").arg(idText));
+    m_log.info(tr("Reading type info of NodeId %1 succeeded").arg(idText));
     auto info = std::make_shared<QlumTypeInfo>();
     takeNames(values, *info);
     takeClassSpecific(values, *info);
@@ -284,10 +283,5 @@ ServiceSettings QlumTypeCache::serviceSettings() const
 
 void QlumTypeCache::logBadStatus(const UaDataValues& values, OpcUa_UInt32 index, const QString& text) const
 {
-    log(QlumLogLevel::Error, text.arg(toQString(UaStatusCode(values[index].StatusCode).toString())));
-}
-
-void QlumTypeCache::log(int level, const QString& message) const
-{
-    QlumUaTrace::log(level, message, QStringLiteral("TypeCache"), m_serverId);
+    m_log.error(text.arg(toQString(UaStatusCode(values[index].StatusCode).toString())));
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumlog.h>
 #include <app/api/qlumsessionservices.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/ualocalizedtext.h>
@@ -59,9 +60,6 @@ public:
     /// Forgets everything; answers under way are not kept.
     void clear();
 
-    /// With the server's id.
-    void log(int level, const QString& message) const;
-
 private:
     using InfoPtr = std::shared_ptr<const QlumTypeInfo>;
 
@@ -89,6 +87,7 @@ private:
     std::map<UaNodeId, QPixmap> m_icons;
     std::shared_ptr<QlumSessionServices> m_services;
     const unsigned int m_serverId;
+    const QlumLog m_log;
     const QlumSessionServicesProvider m_provider;
     unsigned int m_generation = 0; ///< counts clear()
     mutable std::mutex m_mutex;    ///< guards all but the constants; never held during a service call

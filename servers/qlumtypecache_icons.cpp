@@ -107,9 +107,9 @@ UaNodeId QlumTypeCache::typeDefinition(QlumSessionServices& session, const UaNod
     UaReferenceDescriptions references;
     const UaStatus status = session.browse(settings, id, context, continuationPoint, references);
     if (!status.isGood()) {
-        log(QlumLogLevel::Error,
-            tr("Browse for reference HasTypeDefinition on NodeId %1 failed with error %2")
-                .arg(toQString(id.toFullString()), toQString(status.toString())));
+        m_log.write(QlumLogLevel::Error,
+                    tr("Browse for reference HasTypeDefinition on NodeId %1 failed with error %2")
+                        .arg(toQString(id.toFullString()), toQString(status.toString())));
         return {};
     }
     if (!continuationPoint.isEmpty()) {
@@ -140,13 +140,13 @@ UaNodeId QlumTypeCache::iconProperty(QlumSessionServices& session, const UaNodeI
     const UaStatus status = session.translateBrowsePathsToNodeIds(settings, paths, results);
     const QString idText = toQString(id.toFullString());
     if (!status.isGood() || results.length() != 1) {
-        log(QlumLogLevel::Error, tr("Translate failed with error %1").arg(toQString(status.toString())));
+        m_log.error(tr("Translate failed with error %1").arg(toQString(status.toString())));
     } else if (!OpcUa_IsGood(results[0].StatusCode)) {
-        log(QlumLogLevel::Error, tr("Translate returned error %1 for BrowsePath 'Icon' on NodeId %2")
-                                     .arg(toQString(UaStatusCode(results[0].StatusCode).toString()), idText));
+        m_log.error(tr("Translate returned error %1 for BrowsePath 'Icon' on NodeId %2")
+                        .arg(toQString(UaStatusCode(results[0].StatusCode).toString()), idText));
     } else if (results[0].NoOfTargets < 1) {
-        log(QlumLogLevel::Error,
-            tr("Translate returned no target for BrowsePath 'Icon' on NodeId %1").arg(idText));
+        m_log.write(QlumLogLevel::Error,
+                    tr("Translate returned no target for BrowsePath 'Icon' on NodeId %1").arg(idText));
     } else {
         return UaNodeId(results[0].Targets[0].TargetId.NodeId);
     }
@@ -161,15 +161,15 @@ QPixmap QlumTypeCache::readImage(QlumSessionServices& session, const UaNodeId& p
     const UaStatus status = read(session, property, attributes, values);
     const QString idText = toQString(property.toFullString());
     if (!status.isGood()) {
-        log(QlumLogLevel::Error, tr("Read failed with error %1").arg(toQString(status.toString())));
+        m_log.error(tr("Read failed with error %1").arg(toQString(status.toString())));
         return {};
     }
     const std::array<QString, 2> texts{tr("Read returned error %1 for DataType of NodeId %2"),
                                        tr("Read returned error %1 for Value of NodeId %2")};
     for (OpcUa_UInt32 i = 0; i < attributes.size(); ++i)
         if (!OpcUa_IsGood(values[i].StatusCode)) {
-            log(QlumLogLevel::Error,
-                texts[i].arg(toQString(UaStatusCode(values[i].StatusCode).toString()), idText));
+            m_log.write(QlumLogLevel::Error,
+                        texts[i].arg(toQString(UaStatusCode(values[i].StatusCode).toString()), idText));
             return {};
         }
     const UaVariant dataType(values[0].Value);
@@ -179,7 +179,7 @@ QPixmap QlumTypeCache::readImage(QlumSessionServices& session, const UaNodeId& p
     const bool fits = !typeId.isNull() && typeId.isNumeric() && typeId.namespaceIndex() == 0 &&
                       image.type() == OpcUaType_ByteString && image.isScalar();
     if (!fits) {
-        log(QlumLogLevel::Error, tr("Read on NodeId %1 returned unexpected value").arg(idText));
+        m_log.error(tr("Read on NodeId %1 returned unexpected value").arg(idText));
         return {};
     }
     const char* format = imageFormat(typeId);

@@ -1,5 +1,6 @@
 // Address space nodes on their way from the tree to a view that takes them.
 #pragma once
+#include <app/api/qlumapplicationinterface.h>
 #include <uabase/values/uanodeid.h>
 
 #include <QByteArray>
@@ -15,7 +16,7 @@ struct QlumDraggedNode
 
 struct QlumDraggedNodes
 {
-    unsigned int serverId = 0xFFFFFFFFu;
+    unsigned int serverId = qlumNoServer;
     std::vector<QlumDraggedNode> nodes;
 };
 

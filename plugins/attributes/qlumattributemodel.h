@@ -1,4 +1,6 @@
 #pragma once
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlummodelinterface.h>
 #include <app/api/qlumsessionservices.h>
@@ -92,7 +94,7 @@ private:
     [[nodiscard]] OpcUa_BuiltInType typeOf(const QlumTypedValue& shown, const QlumAttributeNode& node) const;
     [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& whole) const;
     bool write(const UaVariant& value);
-    void log(int level, const QString& text) const;
+    [[nodiscard]] QlumLog log() const;
 
     QlumApplicationInterface& m_application;
     const QlumSessionServicesProvider m_services;
@@ -100,7 +102,7 @@ private:
     QlumAttributeRows m_rows;
     std::unique_ptr<QlumAttributeNode> m_root;
     QlumAttributeNode* m_valueRow = nullptr; ///< carries the Value
-    unsigned int m_serverId = 0xFFFFFFFFu;
+    unsigned int m_serverId = qlumNoServer;
     UaNodeId m_nodeId;
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified;
     UaVariant m_value;

@@ -5,7 +5,6 @@
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uanamespacezero.h>
@@ -67,7 +66,7 @@ bool QlumAttributeModel::convertText(const QModelIndex& index, const QString& te
                            part.changeType(type, false).isNotBad() &&
                            valueWithRow(index, part, whole).isNotBad();
     if (!converted)
-        log(QlumLogLevel::Error,
+        log().error(
             tr("Could not convert value to variant type %1").arg(m_application.builtinTypeName(type)));
     return converted;
 }
@@ -101,19 +100,19 @@ bool QlumAttributeModel::write(const UaVariant& value)
         return session->write(settings, nodes, results);
     }();
     if (!status.isGood() || results.length() != 1) {
-        log(QlumLogLevel::Error, tr("Write failed [ret = %1].").arg(toQString(status.toString())));
+        log().error(tr("Write failed [ret = %1].").arg(toQString(status.toString())));
         return false;
     }
     const UaStatusCode result(results[0]);
     const QString text = result.isGood() ? tr("Write to node '%1' succeeded [ret = %2].")
                                          : tr("Write to node '%1' failed [ret = %2].");
-    log(QlumLogLevel::Info, text.arg(toQString(m_nodeId.toFullString()), toQString(result.toString())));
+    log().info(text.arg(toQString(m_nodeId.toFullString()), toQString(result.toString())));
     UaNodeId nodeId = m_nodeId; // others may change ours while they hear of it
     m_application.selectionChanged(m_serverId, &nodeId, m_nodeClass);
     return result.isGood();
 }
 
-void QlumAttributeModel::log(int level, const QString& text) const
+QlumLog QlumAttributeModel::log() const
 {
-    QlumUaTrace::log(level, text, tr("Attribute Plugin"), m_serverId);
+    return QlumLog(tr("Attribute Plugin"), m_serverId);
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumapplicationinterface.h>
 #include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumvaluepath.h>
 #include <uabase/structures/uadatatypedictionary.h>
@@ -68,6 +69,6 @@ private:
 
     QlumApplicationInterface& m_application;
     UaDataTypeDictionary* m_dictionary = nullptr;
-    unsigned int m_serverId = 0xFFFFFFFFu;
+    unsigned int m_serverId = qlumNoServer;
     QString m_dateTimeFormat;
 };

@@ -3,7 +3,6 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <opcua/opcua_attributes.h>
 #include <plugins/attributes/qlumattributetexts.h>
 #include <plugins/attributes/qlumtypenames.h>
@@ -57,8 +56,8 @@ UaClientSdk::ServiceSettings serviceSettings()
 QlumReadJob::QlumReadJob(unsigned int serverId, const UaNodeId& nodeId,
                          std::optional<OpcUa_NodeClass> nodeClass, std::shared_ptr<QlumTypeNames> typeNames,
                          QlumSessionServicesProvider services)
-    : m_serverId(serverId), m_nodeId(nodeId), m_nodeClass(nodeClass), m_typeNames(std::move(typeNames)),
-      m_services(std::move(services))
+    : m_serverId(serverId), m_log(tr("Attribute Plugin"), serverId), m_nodeId(nodeId), m_nodeClass(nodeClass),
+      m_typeNames(std::move(typeNames)), m_services(std::move(services))
 {
 }
 
@@ -68,7 +67,7 @@ void QlumReadJob::run()
 {
     const std::shared_ptr<QlumSessionServices> session = m_services(m_serverId);
     if (!session || !QlumApplicationInterface::instance()) {
-        log(QlumLogLevel::Error, tr("Session not valid."));
+        m_log.error(tr("Session not valid."));
         return;
     }
     if (!m_nodeClass) {
@@ -88,8 +87,8 @@ bool QlumReadJob::readNodeClass(QlumSessionServices& session)
     if (status.isGood() && values.length() == 1)
         status = UaStatus(values[0].StatusCode);
     if (!status.isGood() || values.length() != 1) {
-        log(QlumLogLevel::Error, tr("Read NodeClass of node '%1' failed [ret = %2].")
-                                     .arg(toQString(m_nodeId.toFullString()), toQString(status.toString())));
+        m_log.error(tr("Read NodeClass of node '%1' failed [ret = %2].")
+                        .arg(toQString(m_nodeId.toFullString()), toQString(status.toString())));
         return false;
     }
     m_nodeClass = static_cast<OpcUa_NodeClass>(UaVariant(values[0].Value).toInt32());
@@ -109,10 +108,10 @@ void QlumReadJob::readAttributes(QlumSessionServices& session)
     const QString node = toQString(m_nodeId.toFullString());
     const QString result = toQString(status.toString());
     if (!status.isGood()) {
-        log(QlumLogLevel::Error, tr("Read attributes of node '%1' failed [ret = %2].").arg(node, result));
+        m_log.error(tr("Read attributes of node '%1' failed [ret = %2].").arg(node, result));
         return;
     }
-    log(QlumLogLevel::Info, tr("Read attributes of node '%1' succeeded [ret = %2].").arg(node, result));
+    m_log.info(tr("Read attributes of node '%1' succeeded [ret = %2].").arg(node, result));
     prepareType(session, resultFor(OpcUa_Attributes_Value, attributeIds, values),
                 resultFor(OpcUa_Attributes_DataType, attributeIds, values));
     if (isCancelled())
@@ -159,9 +158,4 @@ void QlumReadJob::prepareEncodings(QlumSessionServices& session, const UaVariant
         if (id.namespaceIndex() != 0)
             static_cast<void>(session.dataTypeDictionary()->structureDefinition(id));
     }
-}
-
-void QlumReadJob::log(int level, const QString& text) const
-{
-    QlumUaTrace::log(level, text, tr("Attribute Plugin"), m_serverId);
 }

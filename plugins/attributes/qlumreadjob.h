@@ -1,5 +1,6 @@
 #pragma once
 #include <app/api/qlumjob.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumsessionservices.h>
 #include <uabase/values/uanodeid.h>
@@ -40,9 +41,9 @@ private:
     void prepareType(QlumSessionServices& session, const UaVariant& value, const UaVariant& dataType) const;
     void readTypeName(QlumSessionServices& session, const UaNodeId& dataTypeId) const;
     void prepareEncodings(QlumSessionServices& session, const UaVariant& value) const;
-    void log(int level, const QString& text) const;
 
     const unsigned int m_serverId;
+    const QlumLog m_log;
     const UaNodeId m_nodeId;
     std::optional<OpcUa_NodeClass> m_nodeClass;
     const std::shared_ptr<QlumTypeNames> m_typeNames;
