@@ -140,7 +140,8 @@ _DEFINED = re.compile(
 )
 _OURS = re.compile(r"(?<![\w~])(?:Ua|Qlum)[A-Z]\w+\b")
 _QT = re.compile(r"(?<![\w:])Q[A-Z][a-z]\w*\b")
-_QT_ROOT = Path("/usr/include/x86_64-linux-gnu/qt5")
+# below the name of the machine's architecture
+_QT_ROOT = next(Path("/usr/include").glob("*/qt5"), None)
 _WITH_QSTRING = {"QStringLiteral", "QLatin1String", "QLatin1Char"}
 _QT_MODULES = (
     "QtCore",
@@ -245,6 +246,8 @@ def qt_header(name):
     """Whether Qt has a header of that name, other than those that come with <QString>."""
     if name in _WITH_QSTRING:
         return False
+    if _QT_ROOT is None:
+        raise SystemExit("check_includes.py: Qt 5 is not installed; run ./dev setup")
     return any((_QT_ROOT / module / name).is_file() for module in _QT_MODULES)
 
 

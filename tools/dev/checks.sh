@@ -1,7 +1,6 @@
 #!/bin/bash
 # The checks that need no build. All of them run, so that one look shows every fault.
 . "$(dirname "$0")/common.sh"
-. "$(dirname "$0")/scripts.sh"
 
 failed=()
 check() { # NAME COMMAND...

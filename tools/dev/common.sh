@@ -40,9 +40,15 @@ build() { # PRESET [TARGET...]
     cmake --build "build/$preset" --parallel "${CMAKE_BUILD_PARALLEL_LEVEL:-$(job_count)}" ${1:+--target "$@"} >&2
 }
 
-sources() { # the C and C++ files that people write, tracked or new
-    git ls-files --cached --others --exclude-standard -- '*.cpp' '*.h' '*.c' |
+project_files() { # PATTERN...: tracked or new, and there
+    git ls-files --cached --others --exclude-standard -- "$@" |
         while read -r file; do
-            case $file in */generated/*) ;; *) [ ! -f "$file" ] || echo "$file" ;; esac
+            [ ! -f "$file" ] || echo "$file"
         done
 }
+
+# What people write, by language.
+sources() { project_files '*.cpp' '*.h' '*.c' | grep -v '/generated/'; }
+python_files() { project_files '*.py'; }
+javascript_files() { project_files '*.mjs'; }
+shell_files() { project_files '*.sh' dev run test .ci/run; }

@@ -1,7 +1,6 @@
 #!/bin/bash
 # ./dev fmt [--check]: one version of each formatter and no other, so that two machines never disagree.
 . "$(dirname "$0")/common.sh"
-. "$(dirname "$0")/scripts.sh"
 
 readonly PRETTIER=tools/node/node_modules/.bin/prettier
 
