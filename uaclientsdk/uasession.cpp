@@ -22,6 +22,11 @@ T guarded(const SessionContext& context, T SessionContext::*field)
     return context.*field;
 }
 
+ConnectionState connectionOf(const SessionContext& context)
+{
+    return guarded(context, &SessionContext::connection);
+}
+
 template <typename T>
 T guardedInfo(const SessionContext& context, T SessionConnectInfo::*field)
 {
@@ -67,17 +72,17 @@ UaStatus UaSession::changeUser(ServiceSettings& settings, const UaUserIdentityTo
 
 bool UaSession::isConnected() const
 {
-    return guarded(d->context, &SessionContext::connectRequested);
+    return connectionOf(d->context).isRequested();
 }
 
 UaClient::ServerStatus UaSession::serverStatus() const
 {
-    return guarded(d->context, &SessionContext::serverStatus);
+    return connectionOf(d->context).status();
 }
 
 OpcUa_ServerState UaSession::serverState() const
 {
-    return guarded(d->context, &SessionContext::serverState);
+    return connectionOf(d->context).serverState();
 }
 
 UaString UaSession::currentlyUsedEndpointUrl() const

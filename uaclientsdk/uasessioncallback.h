@@ -13,7 +13,8 @@ namespace UaClientSdk {
 
 /// The callee must outlive the session's connection. Status changes arrive on the session's thread, or on the
 /// caller's during connect and disconnect; completions on threads of the shared pool. No lock of the session
-/// is held, so a callback may call the session, but not disconnect it.
+/// is held, so a callback may call the session, but not disconnect it (BadInvalidState). What a callback
+/// throws is traced.
 class UaSessionCallback
 {
 public:
@@ -114,6 +115,11 @@ public:
                                              UaDiagnosticInfos& /*diagnosticInfos*/)
     {
     }
+
+    /// A load of the server's data type definitions, which goes on beside the connection, has come to its
+    /// end; on a thread of its own. When the result is good, values that were not decoded may be now; when it
+    /// is bad, what was known before stays.
+    virtual void dataTypesLoaded(OpcUa_UInt32 /*clientConnectionId*/, const UaStatus& /*result*/) {}
     // clang-format on
 };
 

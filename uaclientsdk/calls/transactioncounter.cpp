@@ -2,8 +2,6 @@
 
 #include <uabase/system/uatrace.h>
 
-#include <chrono>
-
 namespace UaClientSdk {
 
 void TransactionCounter::begin()
@@ -22,14 +20,20 @@ void TransactionCounter::end()
 void TransactionCounter::waitForTransactionCompletion(OpcUa_UInt32 traceId)
 {
     constexpr auto traceInterval = std::chrono::seconds(1);
-    std::unique_lock lock(m_mutex);
-    while (m_count > 0) {
-        const unsigned int pending = m_count;
-        lock.unlock();
-        UaTrace::tInOut("    [Session=%u] transaction count = %d", traceId, static_cast<int>(pending));
-        lock.lock();
-        m_ended.wait_for(lock, traceInterval, [this] { return m_count == 0; });
+    while (!waitForTransactionCompletion(traceId, traceInterval)) {
     }
+}
+
+bool TransactionCounter::waitForTransactionCompletion(OpcUa_UInt32 traceId, std::chrono::milliseconds limit)
+{
+    std::unique_lock lock(m_mutex);
+    if (m_count == 0)
+        return true;
+    const unsigned int pending = m_count;
+    lock.unlock();
+    UaTrace::tInOut("    [Session=%u] transaction count = %d", traceId, static_cast<int>(pending));
+    lock.lock();
+    return m_ended.wait_for(lock, limit, [this] { return m_count == 0; });
 }
 
 unsigned int TransactionCounter::count() const

@@ -3,6 +3,7 @@
 
 #include <opcua/opcua_platform.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <utility>
@@ -18,6 +19,8 @@ public:
     void end();
     /// Blocks until every transaction has ended. The caller sees to it that none begins meanwhile.
     void waitForTransactionCompletion(OpcUa_UInt32 traceId);
+    /// The same with an end; false when it came first.
+    bool waitForTransactionCompletion(OpcUa_UInt32 traceId, std::chrono::milliseconds limit);
     [[nodiscard]] unsigned int count() const;
 
 private:

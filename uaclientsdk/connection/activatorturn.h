@@ -8,19 +8,23 @@
 namespace UaClientSdk {
 
 /// Held by one thread at a time for the length of a CreateSession or ActivateSession with all that belongs to
-/// it. No mutex: whoever holds it calls the stack and the application.
+/// it; who has it already may take it again. No mutex: whoever holds it calls the stack and the application.
 class ActivatorTurn
 {
 public:
-    /// Waits until nobody has it; the calls of who has it are limited in time.
+    /// Waits until nobody else has it; the calls of who has it are limited in time.
     explicit ActivatorTurn(SessionContext& context) : m_context(context)
     {
         SessionLock lock(m_context.mutex);
-        m_context.activatorDone.wait(lock, [this] { return m_context.activator == std::thread::id(); });
+        m_isOuter = m_context.activator != std::this_thread::get_id();
+        m_context.activatorDone.wait(
+            lock, [this] { return !m_isOuter || m_context.activator == std::thread::id(); });
         m_context.activator = std::this_thread::get_id();
     }
     ~ActivatorTurn()
     {
+        if (!m_isOuter)
+            return;
         {
             SessionLock lock(m_context.mutex);
             m_context.activator = std::thread::id();
@@ -30,7 +34,7 @@ public:
     ActivatorTurn(const ActivatorTurn&) = delete;
     ActivatorTurn& operator=(const ActivatorTurn&) = delete;
 
-    /// Whether the calling thread has it, so that it would wait for itself.
+    /// Whether the calling thread has it, so that it is within what another step of its own brought about.
     [[nodiscard]] static bool isMine(const SessionContext& context)
     {
         SessionLock lock(context.mutex);
@@ -39,6 +43,7 @@ public:
 
 private:
     SessionContext& m_context;
+    bool m_isOuter = false;
 };
 
 } // namespace UaClientSdk

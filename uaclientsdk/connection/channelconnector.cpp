@@ -21,13 +21,11 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel /*channel*/, OpcUa_Channel_Event eve
     if (event == OpcUa_Channel_Event_Disconnected) {
         UaTrace::tInfo("UaSession_ChannelConnectionStateChanged to Disconnected [Session=%u] [status=0x%x]",
                        session.traceId, status);
-        const SessionLock lock(session.mutex); // so that a wait that is about to begin is ended too
-        session.linkLost = true;
-        session.wakeUp.notify_all();
-    } else if (event == OpcUa_Channel_Event_VerifyCertificate && session.callback) {
+        session.linkLost();
+    } else if (event == OpcUa_Channel_Event_VerifyCertificate) {
         const auto& validation = *static_cast<OpcUa_CertificateValidation*>(details);
-        const bool accepted = session.callback->sslCertificateValidationFailed(
-            session.connectionId(), UaStatus(validation.Status), UaByteString(validation.Certificate));
+        const bool accepted =
+            session.reportTlsFinding(UaStatus(validation.Status), UaByteString(validation.Certificate));
         return accepted ? static_cast<OpcUa_StatusCode>(OpcUa_Good) : validation.Status;
     }
     return OpcUa_Good;
@@ -40,15 +38,17 @@ UaStatus ChannelConnector::connectChannel()
     TraceScope trace("UaSessionPrivate", "connectChannel");
     UaString url;
     UaStringArray alternatives;
+    bool inUse = false;
     {
         SessionLock lock(m_context.mutex);
-        if (m_context.channelConnected) {
-            UaTrace::tError("UaSessionPrivate::connectChannel: Channel still in use");
-            trace.keepSilent();
-            return UaStatus(OpcUa_BadInvalidState);
-        }
+        inUse = m_use != Use::Free;
         url = m_context.url;
         alternatives = m_context.connectInfo.alternativeEndpointUrls;
+    }
+    if (inUse) {
+        UaTrace::tError("UaSessionPrivate::connectChannel: Channel still in use");
+        trace.keepSilent();
+        return UaStatus(OpcUa_BadInvalidState);
     }
     UaStatus result = connectTo(url);
     for (OpcUa_UInt32 i = 0; result.isBad() && i < alternatives.length(); ++i)
@@ -83,33 +83,52 @@ UaStatus ChannelConnector::connectTo(const UaString& url)
     info->Reserved = connectInfo.reserved.toUtf8();
     info->ConnectTimeout = connectInfo.connectTimeout;
 
+    if (!beginOpening())
+        return UaStatus(OpcUa_BadConnectionClosed);
     OpcUa_UInt32 revisedLifetime = 0;
     m_context.mutex.assertUnlocked();
-    m_context.linkLost = false;
     const StackCall call("OpcUa_Channel_Connect");
     const OpcUa_StatusCode status =
         call.done(OpcUa_Channel_Connect(m_context.channel, info.get(), &revisedLifetime));
+    SessionLock lock(m_context.mutex);
+    m_use = OpcUa_IsGood(status) ? Use::Open : Use::Free;
     if (OpcUa_IsGood(status)) {
-        SessionLock lock(m_context.mutex);
-        m_context.channelConnected = true;
-        m_context.sessionActive = false;
         m_context.revisedChannelLifetime = revisedLifetime;
         m_context.currentEndpointUrl = url;
     }
     return UaStatus(status);
 }
 
+bool ChannelConnector::beginOpening()
+{
+    SessionLock lock(m_context.mutex);
+    if (!m_context.connection.mayCall(CallKind::Identity))
+        return false;
+    m_use = Use::Opening;
+    return true;
+}
+
 void ChannelConnector::disconnectChannel()
 {
+    Use use = Use::Free;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.channelConnected)
-            return;
-        m_context.channelConnected = false;
-        m_context.sessionActive = false;
+        use = m_use;
+        if (m_use == Use::Open)
+            m_use = Use::Free;
     }
-    const StackCall call("OpcUa_Channel_Disconnect");
-    call.done(OpcUa_Channel_Disconnect(m_context.channel)); // nothing could be done about it
+    if (use == Use::Opening) {
+        OpcUa_Channel_CancelConnect(m_context.channel);
+    } else if (use == Use::Open) {
+        const StackCall call("OpcUa_Channel_Disconnect");
+        call.done(OpcUa_Channel_Disconnect(m_context.channel)); // nothing could be done about it
+    }
+}
+
+bool ChannelConnector::isOpen() const
+{
+    SessionLock lock(m_context.mutex);
+    return m_use == Use::Open;
 }
 
 } // namespace UaClientSdk

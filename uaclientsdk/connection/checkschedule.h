@@ -21,20 +21,30 @@ public:
     void stamp(OpcUa_UInt64 now)
     {
         m_last = now;
-        m_urgent = false;
+        m_checkUrgent = false;
+        m_attemptUrgent = false;
     }
-    /// The next check is due at once: who has been silent for the length of one check has had its time.
-    void hurry() { m_urgent = true; }
+    /// The next check is due at once: who has been silent for the length of one check has had its time, and a
+    /// call that failed may say the same.
+    void hurryCheck() { m_checkUrgent = true; }
+    /// The next attempt is due at once, and the server has the patience of a first one again: somebody has
+    /// reason to believe that it is back.
+    void hurryAttempt()
+    {
+        m_attemptUrgent = true;
+        m_refusedInARow = 0;
+    }
     void refused() { ++m_refusedInARow; }
     void accepted() { m_refusedInARow = 0; }
 
     [[nodiscard]] bool isCheckDue(OpcUa_UInt64 now, OpcUa_UInt64 period) const
     {
-        return m_urgent || isOver(now, period);
+        return m_checkUrgent || isOver(now, period);
     }
     [[nodiscard]] bool isAttemptDue(OpcUa_UInt64 now, OpcUa_UInt64 period) const
     {
-        return isOver(now, m_refusedInARow >= patience ? std::max(period, slowPace) : period);
+        return m_attemptUrgent ||
+               isOver(now, m_refusedInARow >= patience ? std::max(period, slowPace) : period);
     }
 
 private:
@@ -46,7 +56,8 @@ private:
 
     OpcUa_UInt64 m_last;
     OpcUa_UInt32 m_refusedInARow = 0;
-    bool m_urgent = false;
+    bool m_checkUrgent = false;
+    bool m_attemptUrgent = false;
 };
 
 } // namespace UaClientSdk

@@ -8,6 +8,8 @@
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/calls/tracescope.h>
+#include <uaclientsdk/connection/activatorturn.h>
+#include <uaclientsdk/connection/sessiongate.h>
 #include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
 
@@ -24,7 +26,9 @@ constexpr auto publishWait = std::chrono::milliseconds(10);
 constexpr auto idleWait = std::chrono::milliseconds(100);
 constexpr auto reconnectWait = std::chrono::milliseconds(500);
 constexpr OpcUa_UInt32 closeTimeout = 10000;
-constexpr OpcUa_UInt32 shutdownState = 4;
+constexpr OpcUa_Int32 shutdownState = 4;
+// A server whose links break again and again during the activation has a session that is of no use.
+constexpr unsigned int maxHeldOn = 10;
 
 // Failures that a busy server or network may show once without being gone.
 bool isTolerable(OpcUa_StatusCode status)
@@ -36,101 +40,122 @@ bool isTolerable(OpcUa_StatusCode status)
     return std::find(tolerable.begin(), tolerable.end(), status) != tolerable.end();
 }
 
+// Failures of the way to the server, which say nothing about what it knows of the session.
+bool concernsLink(OpcUa_StatusCode status)
+{
+    constexpr std::array<OpcUa_StatusCode, 12> faults = {
+        OpcUa_BadConnectionClosed,   OpcUa_BadTimeout,
+        OpcUa_BadCommunicationError, OpcUa_BadNoCommunication,
+        OpcUa_BadNotConnected,       OpcUa_BadSecureChannelClosed,
+        OpcUa_BadServerNotConnected, OpcUa_BadRequestInterrupted,
+        OpcUa_BadTcpInternalError,   OpcUa_BadTcpNotEnoughResources,
+        OpcUa_BadTcpServerTooBusy,   OpcUa_BadRequestCancelledByClient};
+    return std::find(faults.begin(), faults.end(), status) != faults.end();
+}
+
 } // namespace
 
-ConnectionMonitor::ConnectionMonitor(SessionContext& context, SessionHousekeeping& housekeeping)
-    : m_context(context), m_housekeeping(housekeeping), m_connector(context), m_activator(context),
+ConnectionMonitor::ConnectionMonitor(SessionContext& context, ChannelConnector& connector,
+                                     SessionActivator& activator, SessionHousekeeping& housekeeping)
+    : m_context(context), m_connector(connector), m_activator(activator), m_housekeeping(housekeeping),
       m_schedule(OpcUa_GetTickCount())
 {
 }
 
+bool ConnectionMonitor::apply(Event event)
+{
+    SessionLock lock(m_context.mutex);
+    return m_context.connection.apply(event);
+}
+
+bool ConnectionMonitor::isRequested() const
+{
+    SessionLock lock(m_context.mutex);
+    return m_context.connection.isRequested();
+}
+
 bool ConnectionMonitor::step()
 {
-    if (!waitForWork())
-        return false;
+    waitForWork();
     publish();
+    Phase phase{};
     UaClient::ServerStatus status{};
     OpcUa_UInt64 period = 0;
     bool automatic = false;
-    bool userRefused = false;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested)
-            return false;
-        status = m_context.serverStatus;
+        phase = m_context.connection.phase();
+        status = m_context.connection.status();
         period = m_context.connectInfo.watchdogTime;
         automatic = m_context.connectInfo.automaticReconnect;
-        userRefused = m_context.userRefused;
     }
     const OpcUa_UInt64 now = OpcUa_GetTickCount();
-    if (status == UaClient::Connected || status == UaClient::ConnectionWarningWatchdogTimeout) {
-        // a link that is known to be gone needs no patience
-        if (m_schedule.isCheckDue(now, period) || m_context.linkLost.exchange(false))
-            doServerStatusCheck();
+    switch (phase) {
+    case Phase::Active:
+    case Phase::Doubtful:
+        if (m_schedule.isCheckDue(now, period))
+            check(status);
         return true;
+    case Phase::Broken:
+        tellLoss();
+        return true;
+    case Phase::Waiting:
+        return waitingTurn(now, period, automatic);
+    case Phase::Refused: // credentials that were refused once may lock the account when they are tried again
+        return true;
+    case Phase::Closed:
+    case Phase::Opening:
+    case Phase::Reopening:
+    case Phase::GivenUp:
+    case Phase::Ending:
+        break;
     }
-    if (status == UaClient::ServerShutdown || !automatic) {
-        closeAndDisconnect();
-        if (!automatic)
-            return false;
-    }
-    // credentials that were refused once may lock the account when they are tried again
-    if (!userRefused && m_schedule.isAttemptDue(now, period))
-        doTryReconnect();
-    return true;
+    return false;
 }
 
-bool ConnectionMonitor::waitForWork()
+void ConnectionMonitor::waitForWork()
 {
     SessionLock lock(m_context.mutex);
-    const bool reconnecting = m_context.serverStatus == UaClient::ConnectionErrorApiReconnect;
-    const auto wait = reconnecting                          ? reconnectWait
+    const ConnectionState& connection = m_context.connection;
+    const auto wait = !connection.isServing()               ? reconnectWait
                       : m_housekeeping.isPublishingLocked() ? publishWait
                                                             : idleWait;
-    m_context.wakeUp.wait_for(lock, wait, [this, reconnecting] {
-        return !m_context.connectRequested || m_context.threadWanted || (!reconnecting && m_context.linkLost);
+    const ThreadSignal::Wishes wishes = m_context.sessionThread.waitLocked(lock, wait, [&connection] {
+        return !connection.isRequested() || connection.phase() == Phase::Broken;
     });
-    m_context.threadWanted = false;
-    return m_context.connectRequested;
+    if (wishes.check)
+        m_schedule.hurryCheck();
+    if (wishes.attempt)
+        m_schedule.hurryAttempt();
 }
 
 void ConnectionMonitor::publish()
 {
     {
         SessionLock lock(m_context.mutex);
-        const bool alive = m_context.serverStatus == UaClient::Connected ||
-                           m_context.serverStatus == UaClient::ConnectionWarningWatchdogTimeout;
-        if (!alive || !m_housekeeping.isPublishingLocked())
+        if (!m_context.connection.isServing() || !m_housekeeping.isPublishingLocked())
             return;
     }
     const UaStatus status = m_housekeeping.publish();
-    if (status.isBad())
-        connectionLost(status);
-}
-
-bool ConnectionMonitor::setStatus(UaClient::ServerStatus status, OpcUa_ServerState state)
-{
-    SessionLock lock(m_context.mutex);
-    if (!m_context.connectRequested)
-        return false;
-    m_context.serverStatus = status;
-    m_context.serverState = state;
-    return true;
+    if (status.isBad()) {
+        UaTrace::tError(
+            "Error: UaSession - a request for notifications was not taken [Session=%u] [status=0x%x]",
+            m_context.traceId, status.statusCode());
+        apply(Event::LinkLost);
+        tellLoss();
+    }
 }
 
 void ConnectionMonitor::closeAndDisconnect()
 {
     ServiceSettings settings;
     settings.callTimeout = closeTimeout;
-    bool open = false;
-    {
-        SessionLock lock(m_context.mutex);
-        open = m_context.channelConnected;
-    }
-    if (open)
+    if (m_connector.isOpen())
         static_cast<void>(m_activator.closeSession(settings, true)); // nobody is left to tell
     m_connector.disconnectChannel();
 }
+
+// ---- the check
 
 UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& state)
 {
@@ -144,13 +169,10 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
     request->TimestampsToReturn = OpcUa_TimestampsToReturn_Neither;
     request->NoOfNodesToRead = 1;
     request->NodesToRead = &item;
-    {
-        SessionLock lock(m_context.mutex);
-        ServiceSettings settings;
-        settings.callTimeout = timeout;
-        m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
-    }
-    const UaStatus status(callStack<Services::Read>(m_context.channel, *request, *response));
+    ServiceSettings settings;
+    settings.callTimeout = timeout;
+    const UaStatus status =
+        callThroughGate<Services::Read>(m_context, {CallKind::Check}, settings, *request, *response);
     if (status.isBad())
         return status;
     if (response->NoOfResults != 1)
@@ -164,70 +186,61 @@ UaStatus ConnectionMonitor::readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& s
     return UaStatus();
 }
 
-void ConnectionMonitor::doServerStatusCheck()
+void ConnectionMonitor::check(UaClient::ServerStatus before)
 {
     TraceScope trace("UaSessionPrivate", "doServerStatusCheck", m_context.traceId);
     OpcUa_UInt32 timeout = 0;
-    bool closed = false;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested) {
-            trace.keepSilent();
-            return;
-        }
-        closed = !m_context.activatedOnce; // by a change of the user that went wrong
         timeout = m_context.connectInfo.watchdogTimeout;
-        if (m_context.serverStatus == UaClient::ConnectionWarningWatchdogTimeout)
-            timeout = timeout > 0x7FFFFFFFu ? timeout : timeout * 2;
     }
+    if (before == UaClient::ConnectionWarningWatchdogTimeout)
+        timeout = timeout > 0x7FFFFFFFu ? timeout : timeout * 2;
     OpcUa_Int32 state = 0;
-    const UaStatus status =
-        trace.ending(closed ? UaStatus(OpcUa_BadSessionClosed) : readServerState(timeout, state));
+    const UaStatus status = trace.ending(readServerState(timeout, state));
     stamp();
-    evaluate(status, state);
+    if (status.isBad()) {
+        checkFailed(status, before);
+    } else if (state == shutdownState) {
+        if (apply(Event::ServerShutDown))
+            serverShutDown();
+    } else {
+        {
+            SessionLock lock(m_context.mutex);
+            m_context.connection.setServerState(static_cast<OpcUa_ServerState>(state));
+        }
+        if (apply(Event::CheckPassed))
+            m_context.notifyStatus(UaClient::Connected);
+    }
 }
 
-void ConnectionMonitor::evaluate(const UaStatus& status, OpcUa_Int32 state)
+void ConnectionMonitor::serverShutDown()
 {
-    UaClient::ServerStatus before{};
-    {
-        SessionLock lock(m_context.mutex);
-        before = m_context.serverStatus;
-    }
-    if (status.isGood()) {
-        if (state == static_cast<OpcUa_Int32>(shutdownState)) {
-            if (setStatus(UaClient::ServerShutdown, OpcUa_ServerState_Shutdown)) {
-                m_context.notifyStatus(UaClient::ServerShutdown);
-                closeAndDisconnect();
-            }
-        } else if (setStatus(UaClient::Connected, static_cast<OpcUa_ServerState>(state)) &&
-                   before != UaClient::Connected) {
-            m_context.notifyStatus(UaClient::Connected);
-        }
-        return;
-    }
+    m_context.notifyStatus(UaClient::ServerShutdown);
+    closeAndDisconnect();
+}
+
+void ConnectionMonitor::checkFailed(const UaStatus& status, UaClient::ServerStatus before)
+{
     UaTrace::tWarning("UaSessionPrivate::doServerStatusCheck failed [Session=%u] [status=0x%x]",
                       m_context.traceId, status.statusCode());
     if (before == UaClient::Connected && isTolerable(status.statusCode())) {
-        SessionLock lock(m_context.mutex);
-        if (m_context.connectRequested) {
-            m_context.serverStatus = UaClient::ConnectionWarningWatchdogTimeout;
-            lock.unlock();
+        if (apply(Event::CheckMissed)) {
             if (status == OpcUa_BadTimeout)
-                m_schedule.hurry();
+                m_schedule.hurryCheck();
             m_context.notifyStatus(UaClient::ConnectionWarningWatchdogTimeout);
         }
-    } else if (before == UaClient::Connected || before == UaClient::ConnectionWarningWatchdogTimeout) {
-        connectionLost(status);
+    } else {
+        apply(Event::LinkLost);
+        tellLoss();
     }
 }
 
-void ConnectionMonitor::connectionLost(const UaStatus& status)
+void ConnectionMonitor::tellLoss()
 {
-    UaTrace::tError("Error: UaSession - connection lost [Session=%u] [status=0x%x]", m_context.traceId,
-                    status.statusCode());
-    if (!setStatus(UaClient::ConnectionErrorApiReconnect, OpcUa_ServerState_Unknown))
+    if (!apply(Event::LossTold))
         return;
+    UaTrace::tError("Error: UaSession - connection lost [Session=%u]", m_context.traceId);
     m_context.notifyStatus(UaClient::ConnectionErrorApiReconnect);
     bool automatic = false;
     {
@@ -238,74 +251,157 @@ void ConnectionMonitor::connectionLost(const UaStatus& status)
         m_connector.disconnectChannel();
 }
 
+// ---- the way back
+
+bool ConnectionMonitor::waitingTurn(OpcUa_UInt64 now, OpcUa_UInt64 period, bool automatic)
+{
+    if (!automatic) {
+        closeAndDisconnect();
+        apply(Event::GaveUp);
+        return false;
+    }
+    if (m_schedule.isAttemptDue(now, period))
+        doTryReconnect();
+    return true;
+}
+
 void ConnectionMonitor::doTryReconnect()
 {
     const TraceScope trace("UaSessionPrivate", "doTryReconnect", m_context.traceId);
-    const UaStatus opened = m_connector.connectChannel();
-    if (opened.isGood()) {
-        if (!reactivate() && !giveUpRefusedUser())
-            startNewSession();
+    OpcUa_UInt32 link = 0;
+    bool known = false;
+    {
+        SessionLock lock(m_context.mutex);
+        if (!m_context.connection.apply(Event::AttemptBegun))
+            return;
+        link = m_context.connection.epoch().link;
+        known = m_context.connection.serverSession() == ConnectionState::ServerSession::Activated;
+    }
+    if (m_connector.connectChannel().isGood()) {
+        Attempt attempt = known ? resume(link) : Attempt::SessionGone;
+        if (attempt == Attempt::SessionGone)
+            attempt = replace(link);
+        if (attempt == Attempt::Failed)
+            m_schedule.refused();
+        else
+            m_schedule.accepted();
     } else {
         m_schedule.refused();
+        apply(Event::AttemptFailed);
     }
     stamp();
 }
 
-bool ConnectionMonitor::giveUpRefusedUser()
+bool ConnectionMonitor::mayHoldOn(const UaStatus& status, OpcUa_UInt32 link)
 {
-    {
-        SessionLock lock(m_context.mutex);
-        if (!m_context.userRefused)
-            return false;
+    const bool linkFault = concernsLink(status.statusCode()) || m_context.epoch().link != link;
+    return linkFault && ++m_heldOn <= maxHeldOn;
+}
+
+void ConnectionMonitor::endAttempt(const UaStatus& status)
+{
+    if (!m_activator.refusesUser(status)) {
+        closeAndDisconnect();
+        apply(Event::AttemptFailed);
+        return;
     }
     UaTrace::tError("Error: UaSession - the server refused the user, he is not tried again [Session=%u]",
                     m_context.traceId);
+    apply(Event::UserRefused);
     closeAndDisconnect();
-    return true;
 }
 
-bool ConnectionMonitor::reactivate()
+ConnectionMonitor::Attempt ConnectionMonitor::resume(OpcUa_UInt32 link)
 {
-    bool known = false;
     {
-        SessionLock lock(m_context.mutex);
-        known = m_context.activatedOnce;
+        const ActivatorTurn turn(m_context); // another user may be set before or after, but not in between
+        const UaStatus status = m_activator.activateSession();
+        if (status.isBad() && mayHoldOn(status, link)) {
+            m_connector.disconnectChannel();
+            apply(Event::AttemptFailed);
+            return Attempt::Failed;
+        }
+        if (status.isBad() && !m_activator.refusesUser(status))
+            return Attempt::SessionGone;
+        if (status.isBad()) {
+            endAttempt(status);
+            return Attempt::Failed;
+        }
+        m_heldOn = 0;
+        m_housekeeping.prepareResumed();
+        if (!becomeActive(link))
+            return Attempt::Failed;
     }
-    if (!known || m_activator.activateSession().isBad())
-        return false;
-    m_schedule.accepted();
-    m_housekeeping.prepareResumed();
-    if (setStatus(UaClient::Connected, OpcUa_ServerState_Running)) {
-        m_housekeeping.afterReconnect();
+    m_housekeeping.afterReconnect();
+    if (isRequested()) {
         m_context.notifyStatus(UaClient::Connected);
         m_housekeeping.finishResumed();
     }
-    return true;
+    return Attempt::Done;
 }
 
-void ConnectionMonitor::startNewSession()
+ConnectionMonitor::Attempt ConnectionMonitor::replace(OpcUa_UInt32 link)
 {
+    m_heldOn = 0;
     {
         SessionLock lock(m_context.mutex);
-        m_context.sessionCreated = false;
-        m_context.activatedOnce = false;
+        m_context.connection.setServerSession(ConnectionState::ServerSession::Unknown);
         m_context.sessionId = UaNodeId();
-        if (!m_context.connectRequested)
-            return;
     }
-    if (m_activator.createSession().isBad() || m_activator.activateSession().isBad()) {
-        m_schedule.refused();
-        closeAndDisconnect();
-        return;
+    {
+        const ActivatorTurn turn(m_context);
+        UaStatus status = m_activator.createSession();
+        if (status.isGood())
+            status = m_activator.activateSession();
+        if (status.isBad()) {
+            endAttempt(status);
+            return Attempt::Failed;
+        }
+        m_housekeeping.prepareReplaced();
+        if (!becomeActive(link))
+            return Attempt::Failed;
     }
-    m_schedule.accepted();
-    m_housekeeping.prepareReplaced();
-    if (setStatus(UaClient::Connected, OpcUa_ServerState_Running)) {
-        m_housekeeping.afterReconnect();
+    m_housekeeping.afterReconnect();
+    if (isRequested()) {
         m_context.notifyStatus(UaClient::NewSessionCreated);
-        m_context.notifyStatus(UaClient::Connected);
+        if (isRequested())
+            m_context.notifyStatus(UaClient::Connected);
         m_housekeeping.finishReplaced();
     }
+    return Attempt::Done;
+}
+
+bool ConnectionMonitor::becomeActive(OpcUa_UInt32 link)
+{
+    if (stillShutsDown()) {
+        closeAndDisconnect();
+        apply(Event::AttemptFailed);
+        return false;
+    }
+    {
+        SessionLock lock(m_context.mutex);
+        ConnectionState& connection = m_context.connection;
+        if (connection.epoch().link == link && connection.apply(Event::SessionReady))
+            return true;
+    }
+    m_connector.disconnectChannel();
+    apply(Event::AttemptFailed);
+    return false;
+}
+
+// A server that has announced its end may take sessions until it is there; to call it connected would be
+// true for a moment only.
+bool ConnectionMonitor::stillShutsDown()
+{
+    OpcUa_UInt32 timeout = 0;
+    {
+        SessionLock lock(m_context.mutex);
+        if (m_context.connection.status() != UaClient::ServerShutdown)
+            return false;
+        timeout = m_context.connectInfo.watchdogTimeout;
+    }
+    OpcUa_Int32 state = 0;
+    return readServerState(timeout, state).isGood() && state == shutdownState;
 }
 
 } // namespace UaClientSdk

@@ -17,34 +17,47 @@ class SessionHousekeeping;
 class ConnectionMonitor
 {
 public:
-    ConnectionMonitor(SessionContext& context, SessionHousekeeping& housekeeping);
+    /// What the session is connected by; all are borrowed.
+    ConnectionMonitor(SessionContext& context, ChannelConnector& connector, SessionActivator& activator,
+                      SessionHousekeeping& housekeeping);
 
     /// One turn of the session thread; false ends it.
     [[nodiscard]] bool step();
 
 private:
-    /// Waits until there may be something to do; false when the connection is no longer wanted.
-    [[nodiscard]] bool waitForWork();
+    using Event = ConnectionState::Event;
+    using Phase = ConnectionState::Phase;
+    /// How an attempt came out.
+    enum class Attempt { Done, Failed, SessionGone };
+
+    void waitForWork();
     void publish();
-    void doServerStatusCheck();
+    void check(UaClient::ServerStatus before);
+    void checkFailed(const UaStatus& status, UaClient::ServerStatus before);
+    void tellLoss();
+    void serverShutDown();
+    [[nodiscard]] bool waitingTurn(OpcUa_UInt64 now, OpcUa_UInt64 period, bool automatic);
     void doTryReconnect();
-    bool reactivate();
-    void startNewSession();
-    /// Whether the server refused the user, for whom nothing more is tried then.
-    [[nodiscard]] bool giveUpRefusedUser();
-    void connectionLost(const UaStatus& status);
+    [[nodiscard]] Attempt resume(OpcUa_UInt32 link);
+    [[nodiscard]] Attempt replace(OpcUa_UInt32 link);
+    /// The session is active: says so to the housekeeping and the application. False when the link has broken
+    /// meanwhile, or the server still says that it shuts down.
+    [[nodiscard]] bool becomeActive(OpcUa_UInt32 link);
+    [[nodiscard]] bool stillShutsDown();
+    [[nodiscard]] bool mayHoldOn(const UaStatus& status, OpcUa_UInt32 link);
+    void endAttempt(const UaStatus& status);
     void closeAndDisconnect();
-    void stamp() { m_schedule.stamp(OpcUa_GetTickCount()); }
     [[nodiscard]] UaStatus readServerState(OpcUa_UInt32 timeout, OpcUa_Int32& state);
-    void evaluate(const UaStatus& status, OpcUa_Int32 state);
-    /// Sets the status when connect is still requested; says whether it did.
-    bool setStatus(UaClient::ServerStatus status, OpcUa_ServerState state);
+    bool apply(Event event);
+    [[nodiscard]] bool isRequested() const;
+    void stamp() { m_schedule.stamp(OpcUa_GetTickCount()); }
 
     SessionContext& m_context;
+    ChannelConnector& m_connector;
+    SessionActivator& m_activator;
     SessionHousekeeping& m_housekeeping;
-    ChannelConnector m_connector;
-    SessionActivator m_activator;
     CheckSchedule m_schedule;
+    unsigned int m_heldOn = 0; ///< attempts in a row that a link failed during, and the session was kept
 };
 
 /// What a session does beside its connection: tables of its server, subscriptions.

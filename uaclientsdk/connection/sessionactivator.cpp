@@ -14,6 +14,7 @@
 #include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/connection/endpointselector.h>
 #include <uaclientsdk/connection/endpointurl.h>
+#include <uaclientsdk/connection/sessiongate.h>
 #include <uaclientsdk/connection/sessionsignature.h>
 #include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
@@ -64,8 +65,9 @@ UaStatus SessionActivator::sendCreateSession()
     UaStatus result(OpcUa_CryptoProvider_GenerateNonce(minimumNonceLength, &request->ClientNonce));
     if (result.isBad())
         return result;
-    fillCreateSession(*request);
-    result = UaStatus(callStack<Services::CreateSession>(m_context.channel, *request, *response));
+    ServiceSettings settings = fillCreateSession(*request);
+    result = callThroughGate<Services::CreateSession>(m_context, {CallKind::Identity}, settings, *request,
+                                                      *response);
     if (result.isBad()) {
         m_context.reportConnectError(UaClient::CreateSession, result, false);
         return result;
@@ -73,14 +75,13 @@ UaStatus SessionActivator::sendCreateSession()
     return acceptCreateSession(*response, UaByteString(request->ClientNonce));
 }
 
-void SessionActivator::fillCreateSession(OpcUa_CreateSessionRequest& request)
+ServiceSettings SessionActivator::fillCreateSession(OpcUa_CreateSessionRequest& request)
 {
     OpcUa_ProxyStubConfiguration limits{};
     OpcUa_ProxyStub_GetConfiguration(&limits);
     SessionLock lock(m_context.mutex);
     const SessionConnectInfo& info = m_context.connectInfo;
     m_context.authenticationToken = UaNodeId();
-    m_context.fillRequestHeaderLocked(withTimeout(info.connectTimeout), request.RequestHeader);
     // a text that there is no memory for stays null, which the server tells us
     static_cast<void>(info.applicationUri.copyTo(&request.ClientDescription.ApplicationUri));
     static_cast<void>(info.productUri.copyTo(&request.ClientDescription.ProductUri));
@@ -93,6 +94,7 @@ void SessionActivator::fillCreateSession(OpcUa_CreateSessionRequest& request)
     static_cast<void>(m_context.securityInfo.clientCertificate.copyTo(&request.ClientCertificate));
     request.RequestedSessionTimeout = std::max(info.sessionTimeout, minimumSessionTimeout);
     request.MaxResponseMessageSize = limits.MaxMessageSize;
+    return withTimeout(info.connectTimeout);
 }
 
 UaStatus SessionActivator::acceptCreateSession(OpcUa_CreateSessionResponse& response,
@@ -106,7 +108,7 @@ UaStatus SessionActivator::acceptCreateSession(OpcUa_CreateSessionResponse& resp
         url = m_context.currentEndpointUrl;
         m_context.sessionId = UaNodeId(response.SessionId);
         m_context.authenticationToken = UaNodeId(response.AuthenticationToken);
-        m_context.sessionCreated = true;
+        m_context.connection.setServerSession(ConnectionState::ServerSession::Created);
         // a timeout that is no number would stop every timer that derives from it
         m_context.revisedSessionTimeout = std::isfinite(response.RevisedSessionTimeout)
                                               ? std::max(response.RevisedSessionTimeout, 0.0)
@@ -159,13 +161,8 @@ UaStatus SessionActivator::activateSession()
         settings = withTimeout(m_context.connectInfo.connectTimeout);
     }
     const UaStatus result = activate(settings, *identity);
-    if (result.isBad()) {
-        if (isRefusal(result) && identity->tokenType() != OpcUa_UserTokenType_Anonymous) {
-            SessionLock lock(m_context.mutex);
-            m_context.userRefused = true;
-        }
+    if (result.isBad())
         m_context.reportConnectError(UaClient::ActivateSession, result, false);
-    }
     return trace.ending(result);
 }
 
@@ -176,11 +173,14 @@ UaStatus SessionActivator::changeUser(ServiceSettings& settings, Identity identi
     const ActivatorTurn turn(m_context);
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested)
-            return UaStatus(OpcUa_BadConnectionClosed);
-        if (!m_context.sessionActive) {
+        ConnectionState& connection = m_context.connection;
+        if (!connection.isRequested() ||
+            (!connection.isServing() && !m_context.connectInfo.automaticReconnect))
+            return UaStatus(OpcUa_BadConnectionClosed); // also when nobody will log in any more
+        if (!connection.isServing()) {
             m_context.securityInfo.setUserIdentity(std::move(identity));
-            m_context.userRefused = false;
+            connection.apply(ConnectionState::Event::UserChanged);
+            m_context.sessionThread.raiseLocked(lock);
             return UaStatus(OpcUa_GoodCompletesAsynchronously);
         }
     }
@@ -198,7 +198,6 @@ UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdent
     OwningResponse<Services::ActivateSession> response;
     {
         SessionLock lock(m_context.mutex);
-        m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
         // without memory the server chooses the language
         static_cast<void>(m_context.localeIds.copyTo(&request->NoOfLocaleIds, &request->LocaleIds));
     }
@@ -207,10 +206,9 @@ UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdent
         IdentityTokenBuilder::wipeIdentity(*request);
         return result;
     }
-    settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
-    result = UaStatus(callStack<Services::ActivateSession>(m_context.channel, *request, *response));
+    result = callThroughGate<Services::ActivateSession>(m_context, {CallKind::Identity}, settings, *request,
+                                                        *response);
     IdentityTokenBuilder::wipeIdentity(*request);
-    settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (result.isBad())
         return result;
     result = acceptNewNonce(response->ServerNonce, IdentityTokenBuilder::usesNonce(*request));
@@ -219,8 +217,7 @@ UaStatus SessionActivator::activate(ServiceSettings& settings, const UaUserIdent
         return result;
     }
     SessionLock lock(m_context.mutex);
-    m_context.activatedOnce = true;
-    m_context.sessionActive = m_context.channelConnected;
+    m_context.connection.setServerSession(ConnectionState::ServerSession::Activated);
     return result;
 }
 
@@ -341,15 +338,23 @@ UaStatus SessionActivator::closeSession(const ServiceSettings& settings, bool de
     OwningResponse<Services::CloseSession> response;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.sessionCreated)
+        ConnectionState& connection = m_context.connection;
+        if (connection.serverSession() == ConnectionState::ServerSession::Unknown)
             return UaStatus();
-        m_context.sessionCreated = false;
-        m_context.activatedOnce = false;
-        m_context.sessionActive = false;
-        m_context.fillRequestHeaderLocked(settings, request->RequestHeader);
+        connection.setServerSession(ConnectionState::ServerSession::Unknown);
+        if (connection.apply(ConnectionState::Event::SessionLost))
+            m_context.sessionThread.raiseLocked(lock);
     }
     request->DeleteSubscriptions = deleteSubscriptions ? OpcUa_True : OpcUa_False;
-    return UaStatus(callStack<Services::CloseSession>(m_context.channel, *request, *response));
+    ServiceSettings own = settings;
+    return callThroughGate<Services::CloseSession>(m_context, {CallKind::Close}, own, *request, *response);
+}
+
+bool SessionActivator::refusesUser(const UaStatus& activation) const
+{
+    SessionLock lock(m_context.mutex);
+    return isRefusal(activation) &&
+           m_context.securityInfo.userIdentityToken()->tokenType() != OpcUa_UserTokenType_Anonymous;
 }
 
 } // namespace UaClientSdk

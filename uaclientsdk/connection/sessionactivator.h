@@ -23,15 +23,17 @@ public:
     UaStatus activateSession();
     /// Another user for the session, who is kept when the server takes him. Good; GoodCompletesAsynchronously
     /// without a session just now (the next reconnect logs him in); BadConnectionClosed when nothing is
-    /// connected; BadInvalidState from within connectError; what the server answers.
+    /// connected or nobody reconnects; BadInvalidState from within connectError; what the server answers.
     UaStatus changeUser(ServiceSettings& settings, std::shared_ptr<const UaUserIdentityToken> identity);
     UaStatus closeSession(const ServiceSettings& settings, bool deleteSubscriptions);
+    /// Whether a bad activation is the server's word about the present user, who is not to be tried again.
+    [[nodiscard]] bool refusesUser(const UaStatus& activation) const;
 
 private:
     using Identity = std::shared_ptr<const UaUserIdentityToken>;
 
     UaStatus sendCreateSession();
-    void fillCreateSession(OpcUa_CreateSessionRequest& request);
+    [[nodiscard]] ServiceSettings fillCreateSession(OpcUa_CreateSessionRequest& request);
     UaStatus acceptCreateSession(OpcUa_CreateSessionResponse& response, const UaByteString& clientNonce);
     void warnAboutServerTime(OpcUa_DateTime serverTime) const;
 

@@ -7,6 +7,8 @@
 #include <uaclientsdk/uaclient.h>
 
 #include <algorithm>
+#include <atomic>
+#include <exception>
 #include <memory>
 #include <utility>
 
@@ -18,6 +20,54 @@ OpcUa_UInt32 nextTraceId()
 {
     static std::atomic<OpcUa_UInt32> counter{0};
     return ++counter;
+}
+
+// The callbacks that the calling thread is in.
+class CallbackScope
+{
+public:
+    explicit CallbackScope(const SessionContext& context) : m_context(context), m_outer(t_innermost)
+    {
+        t_innermost = this;
+    }
+    ~CallbackScope() { t_innermost = m_outer; }
+    CallbackScope(const CallbackScope&) = delete;
+    CallbackScope& operator=(const CallbackScope&) = delete;
+
+    [[nodiscard]] static bool isOpen(const SessionContext& context)
+    {
+        const CallbackScope* scope = t_innermost;
+        while (scope && &scope->m_context != &context)
+            scope = scope->m_outer;
+        return scope != nullptr;
+    }
+
+private:
+    static thread_local const CallbackScope* t_innermost;
+
+    const SessionContext& m_context;
+    const CallbackScope* const m_outer;
+};
+
+thread_local const CallbackScope* CallbackScope::t_innermost = nullptr;
+
+// An application's fault must neither end the process nor the session's supervision.
+template <typename Call>
+bool callApplication(const SessionContext& context, const Call& call)
+{
+    context.mutex.assertUnlocked();
+    if (!context.callback)
+        return false;
+    const CallbackScope scope(context);
+    try {
+        return call(*context.callback);
+    } catch (const std::exception& error) {
+        UaTrace::tError("Error: SessionCallback - a callback threw '%s' [Session=%u]", error.what(),
+                        context.traceId);
+    } catch (...) {
+        UaTrace::tError("Error: SessionCallback - a callback threw [Session=%u]", context.traceId);
+    }
+    return false;
 }
 
 } // namespace
@@ -57,11 +107,29 @@ void SessionContext::setWatchdogTimeLocked(OpcUa_UInt32 milliseconds)
     connectInfo.watchdogTime = milliseconds;
 }
 
-void SessionContext::wakeThreadLocked()
+void SessionContext::linkLost()
 {
-    mutex.assertLocked();
-    threadWanted = true;
-    wakeUp.notify_all();
+    SessionLock lock(mutex);
+    if (connection.apply(ConnectionState::Event::LinkLost))
+        sessionThread.raiseLocked(lock);
+}
+
+void SessionContext::wishForCheck()
+{
+    SessionLock lock(mutex);
+    sessionThread.raiseLocked(lock, {true, true, false});
+}
+
+void SessionContext::wishForAttempt()
+{
+    SessionLock lock(mutex);
+    sessionThread.raiseLocked(lock, {true, false, true});
+}
+
+ConnectionEpoch SessionContext::epoch() const
+{
+    SessionLock lock(mutex);
+    return connection.epoch();
 }
 
 void SessionContext::runOnPool(std::unique_ptr<CallbackJob> job) const
@@ -76,19 +144,46 @@ void SessionContext::runOnPool(std::unique_ptr<CallbackJob> job) const
 
 void SessionContext::notifyStatus(UaClient::ServerStatus status) const
 {
-    mutex.assertUnlocked();
-    if (callback) {
-        UaTrace::tIfCall("CALL SessionCallback::connectionStatusChanged [Session=%u] status=%d", traceId,
-                         static_cast<int>(status));
-        callback->connectionStatusChanged(connectionId(), status);
-    }
+    UaTrace::tIfCall("CALL SessionCallback::connectionStatusChanged [Session=%u] status=%d", traceId,
+                     static_cast<int>(status));
+    callApplication(*this, [&](UaSessionCallback& application) {
+        application.connectionStatusChanged(connectionId(), status);
+        return true;
+    });
 }
 
 bool SessionContext::reportConnectError(UaClient::ConnectServiceType step, const UaStatus& error,
                                         bool clientSide) const
 {
-    mutex.assertUnlocked();
-    return callback && callback->connectError(connectionId(), step, error, clientSide);
+    return callApplication(
+        *this,
+        [&](UaSessionCallback& application) {
+            return application.connectError(connectionId(), step, error, clientSide);
+        });
+}
+
+bool SessionContext::reportTlsFinding(const UaStatus& finding, const UaByteString& certificates) const
+{
+    return callApplication(
+        *this,
+        [&](UaSessionCallback& application) {
+            return application.sslCertificateValidationFailed(connectionId(), finding, certificates);
+        });
+}
+
+void SessionContext::notifyDataTypesLoaded(const UaStatus& result) const
+{
+    UaTrace::tIfCall("CALL SessionCallback::dataTypesLoaded [Session=%u] status=0x%x", traceId,
+                     result.statusCode());
+    callApplication(*this, [&](UaSessionCallback& application) {
+        application.dataTypesLoaded(connectionId(), result);
+        return true;
+    });
+}
+
+bool SessionContext::isInCallback() const
+{
+    return CallbackScope::isOpen(*this) || CallbackPool::runsJobOf(this);
 }
 
 } // namespace UaClientSdk

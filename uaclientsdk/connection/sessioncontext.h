@@ -9,15 +9,16 @@
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/calls/callbackpool.h>
 #include <uaclientsdk/calls/transactioncounter.h>
+#include <uaclientsdk/connection/connectionstate.h>
 #include <uaclientsdk/connection/erroroverrides.h>
 #include <uaclientsdk/connection/sessionmutex.h>
+#include <uaclientsdk/connection/threadsignal.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasessioncallback.h>
 
-#include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <thread>
@@ -34,8 +35,8 @@ struct SessionContext
     SessionContext& operator=(const SessionContext&) = delete;
 
     mutable SessionMutex mutex;
-    std::condition_variable_any wakeUp; ///< ends the session thread's waits early
-    bool threadWanted = false;          ///< ends its next wait
+    ConnectionState connection;
+    ThreadSignal sessionThread;
     std::condition_variable_any activatorDone;
     ErrorOverrides errorOverrides; ///< of who is the activator, without the mutex
 
@@ -50,16 +51,7 @@ struct SessionContext
     UaStringArray localeIds; ///< what CreateSession and ActivateSession send
     UaSessionCallback* callback = nullptr;
 
-    bool connecting = false; ///< a connect is under way
-    bool connectRequested = false;
-    bool channelConnected = false;
-    bool sessionCreated = false; ///< the server knows sessionId
-    bool activatedOnce = false;
-    bool sessionActive = false; ///< activated on the channel that is connected now: services may be called
-    bool userRefused = false;   ///< the server took not this user; only another one is tried
-    std::thread::id activator;  ///< the thread that talks about the session's identity just now
-    UaClient::ServerStatus serverStatus = UaClient::Disconnected;
-    OpcUa_ServerState serverState = OpcUa_ServerState_Unknown;
+    std::thread::id activator; ///< the thread that talks about the session's identity just now
 
     UaString currentEndpointUrl;
     UaNodeId sessionId;
@@ -72,28 +64,32 @@ struct SessionContext
     OpcUa_UInt32 revisedChannelLifetime = 0;
     OpcUa_UInt32 nextRequestHandle = 1;
 
-    /// Asynchronous calls that are not completed yet. One begins under the mutex, while a connect is
-    /// requested, so that disconnect misses none. Guards itself.
+    /// Asynchronous calls that are not completed yet. One begins under the mutex, while services may be
+    /// called, so that disconnect misses none. Guards itself.
     TransactionCounter transactions;
     const std::shared_ptr<CallbackPool> pool; ///< Immutable.
-
-    /// Set by channel events on the stack's thread: the link is gone, check at once. Not guarded.
-    std::atomic<bool> linkLost{false};
 
     [[nodiscard]] OpcUa_UInt32 connectionId() const { return connectInfo.clientConnectionId; }
     /// Fills an initialised header; the caller clears it.
     void fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header);
     void setWatchdogTimeLocked(OpcUa_UInt32 milliseconds);
-    /// The session thread has something to do.
-    void wakeThreadLocked();
-
+    /// The stack says so, or a call has shown it; the session thread tells the application. Any thread.
+    void linkLost();
+    /// Has the server's state read at once, or the next attempt made at once. Any thread.
+    void wishForCheck();
+    void wishForAttempt();
+    [[nodiscard]] ConnectionEpoch epoch() const;
     /// Executes a completion on the pool; at once and here when the pool cannot take it, for a completion is
     /// never lost. Without the mutex.
     void runOnPool(std::unique_ptr<CallbackJob> job) const;
 
-    /// Callbacks, made without the mutex.
+    /// Callbacks, made without the mutex. What one throws ends in the trace.
     void notifyStatus(UaClient::ServerStatus status) const;
     bool reportConnectError(UaClient::ConnectServiceType step, const UaStatus& error, bool clientSide) const;
+    bool reportTlsFinding(const UaStatus& finding, const UaByteString& certificates) const;
+    void notifyDataTypesLoaded(const UaStatus& result) const;
+    /// Whether the calling thread is in a callback of the session, which a disconnect would wait for.
+    [[nodiscard]] bool isInCallback() const;
 };
 
 } // namespace UaClientSdk

@@ -27,14 +27,14 @@ struct BlockTransaction
     ServiceSettings settings;
     Prepare prepare;
     Complete complete;
-    OpcUa_UInt32 limit = 0;
+    BlockPlan plan;
     OpcUa_UInt32 length = 0;                     ///< items of all blocks
     OpcUa_UInt32 first = 0;                      ///< of the block that is under way
     UaArray<typename Service::ItemType> items{}; ///< all of them, when more blocks follow the first
     UaArray<typename Service::ResultType> results{};
     UaDiagnosticInfos diagnosticInfos{};
 
-    [[nodiscard]] OpcUa_UInt32 blockLength() const { return std::min(limit, length - first); }
+    [[nodiscard]] OpcUa_UInt32 blockLength() const { return std::min(plan.limit, length - first); }
 };
 
 /// One block's request. The next block is sent from the pool when its predecessor is answered.
@@ -56,14 +56,13 @@ public:
         auto block = std::make_unique<AsyncBlock>(session, std::move(state));
         State& sent = *block->m_state;
         BorrowingRequest<typename Service::Traits> request;
-        fillBlock<Service>(session, sent.settings, sent.first, items, sent.prepare, *request);
+        fillBlock<Service>(sent.first, items, sent.prepare, *request);
         std::unique_ptr<PendingCall> call = std::move(block);
-        session.mutex.assertUnlocked();
-        const OpcUa_StatusCode status =
-            PendingCall::send<typename Service::Traits>(call, session.channel, *request);
+        const UaStatus status =
+            PendingCall::send<typename Service::Traits>(call, sent.plan.wanted, sent.settings, *request);
         if (call)
             state = std::move(static_cast<AsyncBlock&>(*call).m_state);
-        return UaStatus(status);
+        return status;
     } catch (const std::bad_alloc&) {
         return UaStatus(OpcUa_BadOutOfMemory);
     }
@@ -98,7 +97,8 @@ private:
     {
         Transaction checked; // only to make the check; the call is counted already
         const OpcUa_UInt32 count = m_state->blockLength();
-        const UaStatus ready = beginTransaction(session(), m_state->service.names, count, checked);
+        const UaStatus ready =
+            beginTransaction(session(), m_state->service.names, count, m_state->plan.wanted, checked);
         return ready.isBad() ? ready
                              : send(session(), m_state, m_state->items.span().subspan(m_state->first, count));
     }
@@ -129,11 +129,12 @@ try {
     const auto length = static_cast<OpcUa_UInt32>(items.size());
     TraceScope trace("UaSession", names.beginMethod, context.traceId, length);
     Transaction transaction;
-    UaStatus status = beginTransaction(context, names, length, transaction);
+    const BlockPlan plan = planBlocks(context);
+    UaStatus status = beginTransaction(context, names, length, plan.wanted, transaction);
     if (!status.isBad()) {
         traceBlockItems(service, items);
         auto state = std::make_unique<State>(
-            State{std::move(transaction), service, settings, prepare, complete, blockLimit(context), length});
+            State{std::move(transaction), service, settings, prepare, complete, plan, length});
         const auto block = items.first(state->blockLength());
         const bool copied = block.size() == items.size() ||
                             state->items.assign(static_cast<OpcUa_Int32>(length), items.data());

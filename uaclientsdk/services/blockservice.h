@@ -8,6 +8,7 @@
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/connection/sessiongate.h>
 #include <uaclientsdk/services/servicenames.h>
 
 #include <algorithm>
@@ -114,43 +115,45 @@ UaStatus takeBlock(const Service& service, OpcUa_UInt32 count, typename Service:
     }
 }
 
-/// Fills the request of one block. prepare(request, first) sets the other fields; first is the place of the
-/// block among all items.
+/// Fills the request of one block but its header. prepare(request, first) sets the other fields; first is the
+/// place of the block among all items.
 template <typename Service, typename Prepare>
-void fillBlock(SessionContext& context, ServiceSettings& settings, OpcUa_UInt32 first,
-               std::span<const typename Service::ItemType> items, const Prepare& prepare,
+void fillBlock(OpcUa_UInt32 first, std::span<const typename Service::ItemType> items, const Prepare& prepare,
                typename Service::RequestType& request)
 {
-    {
-        SessionLock lock(context.mutex);
-        context.fillRequestHeaderLocked(settings, request.RequestHeader);
-    }
-    settings.requestTime = UaDateTime(request.RequestHeader.Timestamp);
     request.*Service::Traits::itemCount = static_cast<OpcUa_Int32>(items.size());
     // the stack only reads them
     request.*Service::Traits::items = const_cast<typename Service::ItemType*>(items.data());
     prepare(request, first);
 }
 
-/// The maximum number of items in one request.
-inline OpcUa_UInt32 blockLimit(const SessionContext& context)
+/// What holds for all blocks of one call.
+struct BlockPlan
+{
+    OpcUa_UInt32 limit = 0; ///< items in one request
+    GateRequest wanted; ///< the epoch in which the first block is sent: the others are of no use in another
+};
+
+inline BlockPlan planBlocks(const SessionContext& context)
 {
     SessionLock lock(context.mutex);
-    return std::max<OpcUa_UInt32>(context.connectInfo.maxOperationsPerServiceCall, 1);
+    return {std::max<OpcUa_UInt32>(context.connectInfo.maxOperationsPerServiceCall, 1),
+            {CallKind::Service, context.connection.epoch()}};
 }
 
 /// Sends one block and appends what comes back.
 template <typename Service, typename Prepare>
-UaStatus callBlock(SessionContext& context, const Service& service, ServiceSettings& settings,
-                   OpcUa_UInt32 first, std::span<const typename Service::ItemType> items,
+UaStatus callBlock(SessionContext& context, const Service& service, const GateRequest& wanted,
+                   ServiceSettings& settings, OpcUa_UInt32 first,
+                   std::span<const typename Service::ItemType> items,
                    UaArray<typename Service::ResultType>& results, UaDiagnosticInfos& diagnosticInfos,
                    const Prepare& prepare)
 {
     BorrowingRequest<typename Service::Traits> request;
     OwningResponse<typename Service::Traits> response;
-    fillBlock<Service>(context, settings, first, items, prepare, *request);
-    const UaStatus status(callStack<typename Service::Traits>(context.channel, *request, *response));
-    settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
+    fillBlock<Service>(first, items, prepare, *request);
+    const UaStatus status =
+        callThroughGate<typename Service::Traits>(context, wanted, settings, *request, *response);
     if (status.isBad())
         return status;
     const UaStatus taken =
@@ -191,16 +194,16 @@ UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSe
     TraceScope trace = traceService(context, names, length);
     results.clear();
     diagnosticInfos.clear();
-    const OpcUa_UInt32 limit = blockLimit(context);
-    UaStatus status = checkReady(context, names, length);
+    const BlockPlan plan = planBlocks(context);
+    UaStatus status = checkReady(context, names, length, plan.wanted);
     if (!status.isBad())
         traceBlockItems(service, items);
     for (OpcUa_UInt32 done = 0; !status.isBad() && done < length;) {
-        const OpcUa_UInt32 count = std::min(limit, length - done);
-        status = done == 0 ? status : checkReady(context, names, count);
+        const OpcUa_UInt32 count = std::min(plan.limit, length - done);
+        status = done == 0 ? status : checkReady(context, names, count, plan.wanted);
         if (!status.isBad()) {
-            status = callBlock(context, service, settings, done, items.subspan(done, count), results,
-                               diagnosticInfos, prepare);
+            status = callBlock(context, service, plan.wanted, settings, done, items.subspan(done, count),
+                               results, diagnosticInfos, prepare);
         }
         done += count;
     }

@@ -19,15 +19,8 @@ UaStatus callOnce(SessionContext& context, const ServiceNames& names, OpcUa_UInt
     if (!status.isBad()) {
         BorrowingRequest<Service> request;
         OwningResponse<Service> response;
-        {
-            SessionLock lock(context.mutex);
-            context.fillRequestHeaderLocked(settings, request->RequestHeader);
-        }
-        settings.requestTime = UaDateTime(request->RequestHeader.Timestamp);
         prepare(*request);
-        context.mutex.assertUnlocked();
-        status = UaStatus(callStack<Service>(context.channel, *request, *response));
-        settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
+        status = callThroughGate<Service>(context, {}, settings, *request, *response);
         const UaStatus taken = status.isBad() ? status : take(*response);
         status = taken.isBad() ? taken : status;
     }

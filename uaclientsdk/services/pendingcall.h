@@ -3,14 +3,15 @@
 
 #include <opcua/opcua_channel.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/callbackpool.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/connection/sessioncontext.h>
+#include <uaclientsdk/connection/sessiongate.h>
 
 #include <memory>
 
 namespace UaClientSdk {
-
-struct SessionContext;
 
 /// The callback data of the stack and, once the answer is there, the job of the pool: nothing has to be
 /// allocated when an answer comes. It holds the session by reference, so its subclass counts what it does in
@@ -21,18 +22,22 @@ public:
     explicit PendingCall(SessionContext& session) : m_session(session) {}
     ~PendingCall() override; ///< frees the response
 
-    /// Sends the request. When the result is good, the call belongs to the stack until its answer comes; when
-    /// it is bad, the call is left to the caller. Not under the session's mutex.
+    /// Sends the request through the gate. When the result is good, the call belongs to the stack until its
+    /// answer comes; when it is bad, the call is left to the caller. Not under the session's mutex.
     template <typename Service>
-    [[nodiscard]] static OpcUa_StatusCode send(std::unique_ptr<PendingCall>& call, OpcUa_Channel channel,
-                                               const typename Service::Request& request)
+    [[nodiscard]] static UaStatus send(std::unique_ptr<PendingCall>& call, const GateRequest& wanted,
+                                       ServiceSettings& settings, typename Service::Request& request)
     {
+        SessionContext& session = call->m_session;
+        const UaStatus passed = passGate(session, wanted, settings, request.RequestHeader);
+        if (passed.isBad())
+            return passed;
         const StackCall stackCall(Service::beginName);
         PendingCall* const data = call.release();
-        const OpcUa_StatusCode status = Service::begin(channel, &request, respond, data);
+        const OpcUa_StatusCode status = Service::begin(session.channel, &request, respond, data);
         if (OpcUa_IsBad(status))
             call.reset(data);
-        return stackCall.done(status);
+        return UaStatus(stackCall.done(status));
     }
 
     /// The session's response function, called by the stack on the channel's callback thread.

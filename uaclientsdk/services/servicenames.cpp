@@ -8,16 +8,6 @@ namespace UaClientSdk {
 
 namespace {
 
-// What stands in the way of a call; null when nothing does.
-const char* obstacleLocked(const SessionContext& context)
-{
-    context.mutex.assertLocked();
-    if (!context.connectRequested)
-        return "Server not connected";
-    // not even while a reconnect has a channel again
-    return context.sessionActive ? nullptr : "Channel not connected";
-}
-
 UaStatus refuse(const ServiceNames& names, const char* method, const char* obstacle, OpcUa_UInt32 count)
 {
     if (obstacle) {
@@ -39,25 +29,24 @@ TraceScope traceService(const SessionContext& context, const ServiceNames& names
                              : TraceScope("UaSession", names.method, context.traceId);
 }
 
-UaStatus checkReady(const SessionContext& context, const ServiceNames& names, OpcUa_UInt32 count)
+UaStatus checkReady(const SessionContext& context, const ServiceNames& names, OpcUa_UInt32 count,
+                    const GateRequest& wanted)
 {
     const char* obstacle = nullptr;
     {
         SessionLock lock(context.mutex);
-        // the session's own reads run before the application may call
-        const bool ownRead = !context.connectRequested && context.channelConnected && context.activatedOnce;
-        obstacle = ownRead ? nullptr : obstacleLocked(context);
+        obstacle = gateObstacleLocked(context, wanted);
     }
     return refuse(names, names.method, obstacle, count);
 }
 
 UaStatus beginTransaction(SessionContext& context, const ServiceNames& names, OpcUa_UInt32 count,
-                          Transaction& transaction)
+                          const GateRequest& wanted, Transaction& transaction)
 {
     const char* obstacle = nullptr;
     {
         SessionLock lock(context.mutex);
-        obstacle = obstacleLocked(context);
+        obstacle = gateObstacleLocked(context, wanted);
         if (!obstacle && count > 0)
             transaction = Transaction(context.transactions);
     }
@@ -85,7 +74,7 @@ UaSessionCallback* completionReceiver(const SessionContext& context, const Servi
     UaSessionCallback* receiver = nullptr;
     {
         SessionLock lock(context.mutex);
-        receiver = context.connectRequested ? context.callback : nullptr;
+        receiver = context.connection.isRequested() ? context.callback : nullptr;
     }
     if (receiver)
         UaTrace::tIfCall("CALL SessionCallback::%s [Session=%u]", names.completion, context.traceId);

@@ -5,6 +5,7 @@
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/sessioncontext.h>
+#include <uaclientsdk/connection/sessiongate.h>
 #include <uaclientsdk/uasessioncallback.h>
 
 namespace UaClientSdk {
@@ -36,12 +37,13 @@ constexpr ServiceNames namesOf(const char* emptyText)
 
 /// Whether a synchronous service can be called. count is that of its request array.
 [[nodiscard]] UaStatus checkReady(const SessionContext& context, const ServiceNames& names,
-                                  OpcUa_UInt32 count);
+                                  OpcUa_UInt32 count, const GateRequest& wanted = {});
 
 /// The same for an asynchronous one, which is counted in one go with the check, so that a disconnect either
 /// refuses the call or waits for it.
 [[nodiscard]] UaStatus beginTransaction(SessionContext& context, const ServiceNames& names,
-                                        OpcUa_UInt32 count, Transaction& transaction);
+                                        OpcUa_UInt32 count, const GateRequest& wanted,
+                                        Transaction& transaction);
 
 /// Checks that an answer has as many results as were asked for, and no or as many diagnostic infos.
 [[nodiscard]] UaStatus checkCounts(const ServiceNames& names, OpcUa_UInt32 wanted, OpcUa_Int32 results,

@@ -9,6 +9,7 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uaclientsdk/connection/activatorturn.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasessioncallback.h>
@@ -20,8 +21,6 @@
 namespace UaClientSdk {
 
 namespace {
-
-constexpr unsigned int pollInterval = 100; // ms
 
 UaStringArray joinLocaleIds(const SessionConnectInfo& info)
 {
@@ -44,34 +43,52 @@ ServiceSettings settingsWith(const SessionContext& context, OpcUa_UInt32 Session
 
 UaSessionPrivate::UaSessionPrivate(UaSession& session)
     : definitions(session), subscriptions(context), m_session(session), m_connector(context),
-      m_activator(context)
+      m_activator(context), m_dictionaryJob(context, [this] { loadInBackground(); })
 {
 }
 
 UaSessionPrivate::~UaSessionPrivate()
 {
-    endThread();
     m_connector.disconnectChannel(); // so that no answer is on its way any more
+    endThreads();
     subscriptions.clear();
     subscriptions.waitIdle();
 }
+
+bool UaSessionPrivate::apply(ConnectionState::Event event)
+{
+    SessionLock lock(context.mutex);
+    return context.connection.apply(event);
+}
+
+bool UaSessionPrivate::isRequested() const
+{
+    SessionLock lock(context.mutex);
+    return context.connection.isRequested();
+}
+
+// ---- connect
 
 // Lets one connect in at a time; a callback of it cannot begin another.
 class UaSessionPrivate::ConnectGuard
 {
 public:
-    explicit ConnectGuard(SessionContext& context) : m_context(context)
+    explicit ConnectGuard(UaSessionPrivate& session) : m_session(session)
     {
-        SessionLock lock(m_context.mutex);
-        m_mine = !m_context.connectRequested && !m_context.connecting;
-        m_context.connecting = m_context.connecting || m_mine;
+        SessionLock lock(m_session.context.mutex);
+        m_mine = !m_session.m_inTransition &&
+                 m_session.context.connection.apply(ConnectionState::Event::ConnectCalled);
+        m_session.m_inTransition = m_session.m_inTransition || m_mine;
     }
     ~ConnectGuard()
     {
-        if (m_mine) {
-            SessionLock lock(m_context.mutex);
-            m_context.connecting = false;
-        }
+        if (!m_mine)
+            return;
+        SessionLock lock(m_session.context.mutex);
+        // a connect that ended in any other way than it should has failed
+        m_session.context.connection.apply(ConnectionState::Event::ConnectFailed);
+        m_session.m_inTransition = false;
+        m_session.m_transitionEnded.notify_all();
     }
     ConnectGuard(const ConnectGuard&) = delete;
     ConnectGuard& operator=(const ConnectGuard&) = delete;
@@ -79,14 +96,14 @@ public:
     [[nodiscard]] bool isMine() const { return m_mine; }
 
 private:
-    SessionContext& m_context;
+    UaSessionPrivate& m_session;
     bool m_mine = false;
 };
 
 UaStatus UaSessionPrivate::connect(const UaString& url, const SessionConnectInfo& connectInfo,
                                    const SessionSecurityInfo& securityInfo, UaSessionCallback* callback)
 {
-    const ConnectGuard guard(context);
+    const ConnectGuard guard(*this);
     if (!guard.isMine()) {
         UaTrace::tError("<-- UaSession::connect [ret=OpcUa_BadInternalError] - Server already connected");
         return UaStatus(OpcUa_BadInternalError);
@@ -98,8 +115,6 @@ UaStatus UaSessionPrivate::connectGuarded(const UaString& url, const SessionConn
                                           const SessionSecurityInfo& securityInfo,
                                           UaSessionCallback* callback)
 {
-    endThread(); // one that ended by itself is still to be joined
-    m_connector.disconnectChannel();
     {
         SessionLock lock(context.mutex);
         context.callback = callback; // the check of the certificate asks it already
@@ -112,48 +127,51 @@ UaStatus UaSessionPrivate::connectGuarded(const UaString& url, const SessionConn
     takeOver(url, connectInfo, security, callback);
     const UaStatus opened = openSession();
     if (opened.isGood())
-        return startWatching(true);
+        return startWatching(UaClient::Connected);
     m_connector.disconnectChannel();
     // a user who was refused once is not tried again and again
-    return connectInfo.retryInitialConnect && !userIsRefused() ? startWatching(false) : opened;
+    const bool tryAgain = connectInfo.retryInitialConnect && !m_activator.refusesUser(opened) &&
+                          apply(ConnectionState::Event::ConnectPostponed);
+    return tryAgain ? startWatching(UaClient::ConnectionErrorApiReconnect) : opened;
 }
 
-UaStatus UaSessionPrivate::startWatching(bool good)
+UaStatus UaSessionPrivate::startWatching(UaClient::ServerStatus status)
 {
-    const auto status = good ? UaClient::Connected : UaClient::ConnectionErrorApiReconnect;
-    {
-        SessionLock lock(context.mutex);
-        context.connectRequested = true;
-        context.serverStatus = status;
-        context.serverState = good ? OpcUa_ServerState_Running : OpcUa_ServerState_Unknown;
-    }
+    const bool good = status == UaClient::Connected;
     if (good)
         afterConnect();
-    context.notifyStatus(status);
+    if (isRequested())
+        context.notifyStatus(status);
     SessionHousekeeping& housekeeping = *this;
-    m_monitor = std::make_unique<ConnectionMonitor>(context, housekeeping);
-    if (!start()) {
+    m_monitor = std::make_unique<ConnectionMonitor>(context, m_connector, m_activator, housekeeping);
+    const bool wanted = isRequested();
+    if (wanted && !start()) {
         UaTrace::tError("Error: UaSession::connect - cannot start the session thread");
-        ServiceSettings settings;
-        static_cast<void>(disconnect(settings, true)); // the caller hears of the thread
+        giveUpConnect();
         return UaStatus(OpcUa_BadResourceUnavailable);
     }
+    if (!wanted || !isRequested())
+        return UaStatus(OpcUa_BadConnectionClosed); // another thread has disconnected, and waits for us
     return good ? UaStatus() : UaStatus(OpcUa_GoodCompletesAsynchronously);
 }
 
-bool UaSessionPrivate::userIsRefused() const
+// Without a thread nobody would watch what the application believes to be connected.
+void UaSessionPrivate::giveUpConnect()
 {
-    SessionLock lock(context.mutex);
-    return context.userRefused;
+    if (!apply(ConnectionState::Event::DisconnectCalled))
+        return;
+    static_cast<void>(
+        m_activator.closeSession(settingsWith(context, &SessionConnectInfo::connectTimeout), true));
+    m_connector.disconnectChannel();
+    apply(ConnectionState::Event::Disconnected);
+    context.notifyStatus(UaClient::Disconnected);
 }
 
 UaStatus UaSessionPrivate::changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity)
 {
     if (!identity)
         return UaStatus(OpcUa_BadInvalidArgument);
-    const UaStatus result = m_activator.changeUser(settings, identity->clone());
-    context.wakeUp.notify_all(); // there may be something to reconnect with, or nothing left to watch
-    return result;
+    return m_activator.changeUser(settings, identity->clone());
 }
 
 UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security)
@@ -182,6 +200,7 @@ void UaSessionPrivate::takeOver(const UaString& url, const SessionConnectInfo& c
     OpcUa_ProxyStubConfiguration limits{};
     OpcUa_ProxyStub_GetConfiguration(&limits);
     SessionLock lock(context.mutex);
+    const bool isOther = context.url != url;
     context.url = url;
     context.connectInfo = connectInfo;
     OpcUa_UInt32& operations = context.connectInfo.maxOperationsPerServiceCall;
@@ -190,58 +209,87 @@ void UaSessionPrivate::takeOver(const UaString& url, const SessionConnectInfo& c
     context.securityInfo = securityInfo;
     context.localeIds = joinLocaleIds(connectInfo);
     context.callback = callback;
-    context.sessionCreated = false;
-    context.activatedOnce = false;
-    context.userRefused = false;
+    context.connection.setServerSession(ConnectionState::ServerSession::Unknown);
     context.errorOverrides.forget();
     context.namespaceTable.clear();
     context.revisedSessionTimeout = 0.0;
+    lock.unlock();
+    if (isOther)
+        definitions.clear();
 }
 
 UaStatus UaSessionPrivate::openSession()
 {
+    const ConnectionEpoch epoch = context.epoch();
     UaStatus status = m_connector.connectChannel();
     if (status.isBad())
         return status;
-    status = m_activator.createSession();
-    if (status.isGood())
-        status = m_activator.activateSession();
+    {
+        const ActivatorTurn turn(context); // whoever changes the user finds him set or the session active
+        status = m_activator.createSession();
+        if (status.isGood())
+            status = m_activator.activateSession();
+        SessionLock lock(context.mutex);
+        if (status.isGood() && (context.connection.epoch().link != epoch.link ||
+                                !context.connection.apply(ConnectionState::Event::SessionReady)))
+            status = UaStatus(OpcUa_BadConnectionClosed);
+    }
     if (status.isBad())
         static_cast<void>(
             m_activator.closeSession(settingsWith(context, &SessionConnectInfo::connectTimeout), true));
     return status;
 }
 
+// ---- tables and definitions
+
 // The session works without its tables and definitions, too.
 void UaSessionPrivate::afterConnect()
 {
     static_cast<void>(updateNamespaceTable());
-    if (dictionaryModeIs([](auto mode) { return mode == UaClient::Connect || mode == UaClient::Reconnect; }))
-        static_cast<void>(loadDefinitions());
+    const UaClient::TypeDictionaryMode mode = dictionaryMode();
+    if (mode == UaClient::Connect || mode == UaClient::Reconnect)
+        m_dictionaryJob.start();
 }
 
 void UaSessionPrivate::afterReconnect()
 {
     static_cast<void>(updateNamespaceTable());
-    if (dictionaryModeIs([](auto mode) { return mode == UaClient::Reconnect; }))
-        static_cast<void>(loadDefinitions());
+    const UaClient::TypeDictionaryMode mode = dictionaryMode();
+    if (mode == UaClient::Reconnect || (mode != UaClient::Manual && definitions.hasFailed()))
+        m_dictionaryJob.start();
 }
 
-bool UaSessionPrivate::dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryMode)) const
+UaClient::TypeDictionaryMode UaSessionPrivate::dictionaryMode() const
 {
     SessionLock lock(context.mutex);
-    return wanted(context.connectInfo.typeDictionaryMode);
+    return context.connectInfo.typeDictionaryMode;
+}
+
+void UaSessionPrivate::loadInBackground()
+{
+    const UaStatus result = loadDefinitions();
+    if (isRequested())
+        context.notifyDataTypesLoaded(result);
 }
 
 void UaSessionPrivate::loadDefinitionsOnFirstUse()
 {
-    if (!definitions.isLoaded() && dictionaryModeIs([](auto mode) { return mode != UaClient::Manual; }))
+    bool mayLoad = false;
+    OpcUa_UInt32 link = 0;
+    {
+        SessionLock lock(context.mutex);
+        mayLoad = context.connectInfo.typeDictionaryMode != UaClient::Manual &&
+                  context.connection.mayCall(CallKind::Service);
+        link = context.connection.epoch().link;
+    }
+    if (mayLoad && definitions.needsLoad(link))
         static_cast<void>(loadDefinitions());
 }
 
 UaStatus UaSessionPrivate::loadDefinitions()
 {
-    return definitions.load(settingsWith(context, &SessionConnectInfo::internalServiceCallTimeout));
+    return definitions.load(settingsWith(context, &SessionConnectInfo::internalServiceCallTimeout),
+                            context.epoch().link);
 }
 
 UaStatus UaSessionPrivate::updateNamespaceTable()
@@ -269,100 +317,25 @@ UaStatus UaSessionPrivate::updateNamespaceTable()
     return status;
 }
 
-void UaSessionPrivate::endThread()
-{
-    if (isCurrentThread())
-        return; // the thread ends by itself, nobody can wait for himself
-    UaTrace::tInOut("UaSession::disconnect wait for Session thread termination");
-    while (!wait(pollInterval)) {
-        UaTrace::tInOut("UaSession::disconnect Session thread still running");
-        // a connect that is under way would keep us waiting for its whole timeout
-        bool reconnecting = false;
-        {
-            SessionLock lock(context.mutex);
-            reconnecting = !context.channelConnected;
-        }
-        if (reconnecting)
-            OpcUa_Channel_CancelConnect(context.channel);
-    }
-    UaTrace::tInOut("UaSession::disconnect Session thread not longer running");
-}
-
-UaStatus UaSessionPrivate::disconnect(const ServiceSettings& settings, bool deleteSubscriptions)
-{
-    if (CallbackPool::runsJobOf(&context)) {
-        UaTrace::tError("<-- UaSession::disconnect [ret=OpcUa_BadInvalidState] - called by a callback, which "
-                        "disconnect would wait for");
-        return UaStatus(OpcUa_BadInvalidState);
-    }
-    if (!withdrawConnect()) {
-        UaTrace::tError("<-- UaSession::disconnect [ret=OpcUa_BadInernalError] - Server not connected");
-        return UaStatus(OpcUa_BadInternalError);
-    }
-    endThread();
-    const UaStatus result = endServerSession(settings, deleteSubscriptions);
-    subscriptions.waitForAnswers();
-    setDisconnected();
-    m_connector.disconnectChannel();
-    subscriptions.clear();
-    context.notifyStatus(UaClient::Disconnected);
-    subscriptions.waitForCallbacks();
-    return result;
-}
-
-bool UaSessionPrivate::withdrawConnect()
-{
-    {
-        SessionLock lock(context.mutex);
-        if (!context.connectRequested)
-            return false;
-        context.connectRequested = false;
-    }
-    context.wakeUp.notify_all();
-    return true;
-}
-
-UaStatus UaSessionPrivate::endServerSession(const ServiceSettings& settings, bool deleteSubscriptions)
-{
-    bool connected = false;
-    {
-        SessionLock lock(context.mutex);
-        connected = context.serverStatus == UaClient::Connected;
-    }
-    if (!connected)
-        m_connector.disconnectChannel(); // calls over a broken link are answered at once
-    context.transactions.waitForTransactionCompletion(context.traceId);
-    if (!connected) {
-        UaTrace::tError("Error: UaSession::disconnect - connection error - can not call "
-                        "OpcUa_ClientApi_CloseSession");
-        return UaStatus();
-    }
-    const UaStatus result = m_activator.closeSession(settings, deleteSubscriptions);
-    definitions.clear();
-    return result;
-}
-
-void UaSessionPrivate::setDisconnected()
-{
-    SessionLock lock(context.mutex);
-    context.serverStatus = UaClient::Disconnected;
-    context.serverState = OpcUa_ServerState_Unknown;
-    context.sessionCreated = false;
-    context.activatedOnce = false;
-}
-
 void UaSessionPrivate::run()
 {
     UaTrace::tInOut("--> UaSession::run [Session=%u]", context.traceId);
-    try {
-        while (m_monitor->step()) {
-        }
-    } catch (const std::exception& error) {
-        // an application's callback failed; the session must not take the process down with it
-        UaTrace::tError("Error: UaSession - the session thread ended with '%s' [Session=%u]", error.what(),
-                        context.traceId);
+    while (turn()) {
     }
     UaTrace::tInOut("<-- UaSession::run [Session=%u]", context.traceId);
+}
+
+// What a callback throws ends in the callback; what is left is want of memory, and that may pass.
+bool UaSessionPrivate::turn()
+{
+    try {
+        return m_monitor->step();
+    } catch (const std::exception& error) {
+        UaTrace::tError("Error: UaSession - a turn of the session thread ended with '%s' [Session=%u]",
+                        error.what(), context.traceId);
+        context.linkLost(); // whatever was left half-done begins anew
+        return isRequested();
+    }
 }
 
 } // namespace UaClientSdk

@@ -9,11 +9,14 @@
 #include <uaclientsdk/connection/connectionmonitor.h>
 #include <uaclientsdk/connection/sessionactivator.h>
 #include <uaclientsdk/connection/sessioncontext.h>
+#include <uaclientsdk/session/dictionaryjob.h>
 #include <uaclientsdk/subscription/subscriptionmanager.h>
 #include <uaclientsdk/types/datatypedefinitions.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasessioncallback.h>
 
+#include <chrono>
+#include <condition_variable>
 #include <memory>
 
 namespace UaClientSdk {
@@ -40,12 +43,20 @@ public:
     SubscriptionManager subscriptions;
 
 private:
+    using Clock = std::chrono::steady_clock;
     class ConnectGuard;
 
     void run() override;
+    [[nodiscard]] bool turn();
     UaStatus connectGuarded(const UaString& url, const SessionConnectInfo& connectInfo,
                             const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
-    UaStatus startWatching(bool good);
+    void takeOver(const UaString& url, const SessionConnectInfo& connectInfo,
+                  const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
+    UaStatus openSession();
+    UaStatus startWatching(UaClient::ServerStatus status);
+    void giveUpConnect();
+    UaStatus checkServerCertificate(SessionSecurityInfo& security);
+
     void afterConnect() override;
     void afterReconnect() override;
     bool isPublishingLocked() const override { return subscriptions.isPublishingLocked(); }
@@ -54,23 +65,28 @@ private:
     void finishResumed() override { subscriptions.finishResumed(); }
     void prepareReplaced() override { subscriptions.prepareReplaced(); }
     void finishReplaced() override { subscriptions.finishReplaced(); }
-    void takeOver(const UaString& url, const SessionConnectInfo& connectInfo,
-                  const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
-    UaStatus openSession();
-    [[nodiscard]] bool userIsRefused() const;
-    UaStatus checkServerCertificate(SessionSecurityInfo& security);
-    void endThread();
+    void loadInBackground();
+    [[nodiscard]] UaClient::TypeDictionaryMode dictionaryMode() const;
 
-    /// The steps of a disconnect. The first is false when nothing was connected.
-    bool withdrawConnect();
-    UaStatus endServerSession(const ServiceSettings& settings, bool deleteSubscriptions);
-    void setDisconnected();
-    [[nodiscard]] bool dictionaryModeIs(bool (*wanted)(UaClient::TypeDictionaryMode)) const;
+    bool apply(ConnectionState::Event event);
+    [[nodiscard]] bool isRequested() const;
+
+    /// The steps of a disconnect (uasession_disconnect.cpp).
+    void endConnection(const ServiceSettings& settings, bool deleteSubscriptions, bool healthy,
+                       UaStatus& result);
+    [[nodiscard]] bool waitForThreads(Clock::time_point until);
+    void endThreads();
+    [[nodiscard]] bool threadsEnd(std::chrono::milliseconds limit);
+    UaStatus endServerSession(const ServiceSettings& settings, bool deleteSubscriptions,
+                              Clock::time_point deadline);
 
     UaSession& m_session;
     ChannelConnector m_connector;
     SessionActivator m_activator;
+    DictionaryJob m_dictionaryJob;
     std::unique_ptr<ConnectionMonitor> m_monitor; ///< of the connection that run() serves
+    bool m_inTransition = false;                  ///< a connect or a disconnect runs; guarded by the mutex
+    std::condition_variable_any m_transitionEnded;
 };
 
 } // namespace UaClientSdk

@@ -30,8 +30,7 @@ class PublishEngine::Call : public PendingCall
 {
 public:
     Call(PublishEngine& engine, const PublishState& state)
-        : PendingCall(state.context), generation(state.generation), serverSession(state.serverSession),
-          m_engine(engine)
+        : PendingCall(state.context), epoch(state.context.connection.epoch()), m_engine(engine)
     {
     }
 
@@ -51,8 +50,7 @@ public:
     [[nodiscard]] OpcUa_PublishResponse* answer() const { return response<Services::Publish>(); }
 
     PublishAcknowledgements::Batch acknowledgements;
-    const OpcUa_UInt32 generation;
-    const OpcUa_UInt32 serverSession;
+    const ConnectionEpoch epoch;
 
 private:
     void queue(std::unique_ptr<PendingCall> self) override { m_engine.orderPublishResponse(std::move(self)); }
@@ -65,20 +63,20 @@ PublishEngine::PublishEngine(PublishState& state, PublishListener& listener)
 {
 }
 
-std::unique_ptr<PublishEngine::Call> PublishEngine::prepareLocked(bool force, OpcUa_PublishRequest& request)
+std::unique_ptr<PublishEngine::Call> PublishEngine::prepareLocked(bool force, ServiceSettings& settings,
+                                                                  OpcUa_PublishRequest& request)
 {
     m_context.mutex.assertLocked();
     if (m_state.outstanding >= m_state.setPoint.value() || m_state.republishing ||
-        (!force && m_context.serverStatus != UaClient::Connected) || !m_context.connectRequested ||
-        !m_context.channelConnected || !m_state.pace.take(OpcUa_GetTickCount()))
+        !m_context.connection.mayCall(CallKind::Publish) ||
+        (!force && m_context.connection.status() != UaClient::Connected) ||
+        !m_state.pace.take(OpcUa_GetTickCount()))
         return nullptr;
     auto call = std::make_unique<Call>(*this, m_state);
     call->acknowledgements = m_state.acknowledgements.take();
     request.SubscriptionAcknowledgements = call->acknowledgements.items.data();
     request.NoOfSubscriptionAcknowledgements = static_cast<OpcUa_Int32>(call->acknowledgements.items.size());
-    ServiceSettings settings;
     settings.callTimeout = m_context.connectInfo.publishTimeout;
-    m_context.fillRequestHeaderLocked(settings, request.RequestHeader);
     ++m_state.outstanding; // before the answer can be there
     return call;
 }
@@ -87,24 +85,25 @@ UaStatus PublishEngine::doPublish(bool force)
 {
     for (;;) {
         BorrowingRequest<Services::Publish> request;
+        ServiceSettings settings;
         std::unique_ptr<PendingCall> call;
         const Call* sent = nullptr;
         {
             SessionLock lock(m_context.mutex);
-            std::unique_ptr<Call> prepared = prepareLocked(force, *request);
+            std::unique_ptr<Call> prepared = prepareLocked(force, settings, *request);
             if (!prepared)
                 return UaStatus();
             sent = prepared.get();
             call = std::move(prepared);
         }
-        const OpcUa_StatusCode status =
-            PendingCall::send<Services::Publish>(call, m_context.channel, *request);
-        if (OpcUa_IsBad(status)) { // the call is still ours
+        const GateRequest wanted{CallKind::Publish, sent->epoch};
+        const UaStatus status = PendingCall::send<Services::Publish>(call, wanted, settings, *request);
+        if (status.isBad()) { // the call is still ours
             SessionLock lock(m_context.mutex);
             m_state.acknowledgements.restore(sent->acknowledgements);
             lock.unlock();
             answered(*sent);
-            return UaStatus(status);
+            return status;
         }
     }
 }
@@ -113,7 +112,7 @@ void PublishEngine::publishCallback(const Call& call)
 {
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested || call.serverSession != m_state.serverSession) {
+        if (!m_context.connection.isSameSession(call.epoch)) {
             lock.unlock();
             UaTrace::tInOut("<-- UaSessionPrivate::publishCallback - already disconnected");
             return;
@@ -137,7 +136,7 @@ void PublishEngine::publishFailed(const Call& call, OpcUa_StatusCode status)
     UaTrace::tError("Error: Publish failed [status=0x%x]", status);
     {
         SessionLock lock(m_context.mutex);
-        const bool current = call.generation == m_state.generation;
+        const bool current = m_context.connection.isCurrent(call.epoch);
         const bool tooMany = status == OpcUa_BadTooManyPublishRequests;
         if (current)
             m_state.pace.failed(OpcUa_GetTickCount(), tooMany ? 0 : pauseAfterError);
@@ -174,7 +173,7 @@ void PublishEngine::checkAcknowledgements(const Call& call, std::span<const OpcU
 void PublishEngine::answered(const Call& call)
 {
     SessionLock lock(m_context.mutex);
-    if (call.generation == m_state.generation && m_state.outstanding > 0) {
+    if (call.epoch.link == m_context.connection.epoch().link && m_state.outstanding > 0) {
         --m_state.outstanding;
         m_state.changed.notify_all();
     }

@@ -36,7 +36,7 @@ public:
     UaStatus doPublish(bool force);
     /// Something that has to keep its place among the answers.
     void queue(std::unique_ptr<CallbackJob> job) { m_queue.add(std::move(job)); }
-    /// Until no request of the present generation is outstanding, or the time is over.
+    /// Until no request of the present link is outstanding, or the time is over.
     void waitForAnswers(std::chrono::milliseconds limit);
     /// Until every answer that has come so far is dealt with, or the time is over. Not from a callback of a
     /// subscription.
@@ -46,7 +46,8 @@ public:
 private:
     class Call;
 
-    [[nodiscard]] std::unique_ptr<Call> prepareLocked(bool force, OpcUa_PublishRequest& request);
+    [[nodiscard]] std::unique_ptr<Call> prepareLocked(bool force, ServiceSettings& settings,
+                                                      OpcUa_PublishRequest& request);
     void orderPublishResponse(std::unique_ptr<CallbackJob> answered) { m_queue.add(std::move(answered)); }
     void publishCallback(const Call& call);
     void publishFailed(const Call& call, OpcUa_StatusCode status);

@@ -24,7 +24,7 @@ SubscriptionRef PublishState::find(OpcUa_UInt32 subscriptionId)
             lock, patience,
             [&] {
                 found = subscriptions.find(subscriptionId);
-                return found != subscriptions.end() || creating == 0 || !context.connectRequested;
+                return found != subscriptions.end() || creating == 0 || !context.connection.isRequested();
             });
     }
     return found == subscriptions.end() ? SubscriptionRef() : found->second;
@@ -64,16 +64,14 @@ std::map<OpcUa_UInt32, SubscriptionRef> PublishState::removeAllLocked()
 {
     context.mutex.assertLocked();
     auto removed = std::exchange(subscriptions, {});
-    ++serverSession;
     acknowledgements.clear();
     setPoint.reset();
     return removed;
 }
 
-void PublishState::startGenerationLocked()
+void PublishState::startLinkLocked()
 {
     context.mutex.assertLocked();
-    ++generation;
     outstanding = 0;
     republishing = false;
     pace.reset(); // the errors were the old link's

@@ -24,14 +24,10 @@ struct PublishState
     PublishSetPoint setPoint;
     PublishAcknowledgements acknowledgements;
     PublishPace pace;
-    OpcUa_UInt32 outstanding = 0; ///< requests of this generation that are not answered and dealt with
-    /// Rises with each channel: an answer that belongs to an earlier one does not count.
-    OpcUa_UInt32 generation = 0;
-    /// Rises with each server session: ids of subscriptions mean nothing in another one.
-    OpcUa_UInt32 serverSession = 0;
-    bool republishing = false;           ///< missed notifications come first, no requests are sent meanwhile
-    bool publishAtOnce = false;          ///< after a reconnect: the next requests go out whatever the status
-    unsigned int creating = 0;           ///< services that will add a subscription
+    OpcUa_UInt32 outstanding = 0; ///< requests of the present link that are not answered and dealt with
+    bool republishing = false;    ///< missed notifications come first, no requests are sent meanwhile
+    bool publishAtOnce = false;   ///< after a reconnect: the next requests go out whatever the status
+    unsigned int creating = 0;    ///< services that will add a subscription
     std::condition_variable_any changed; ///< subscriptions, creating or outstanding
 
     /// Null when the id is unknown. While a subscription is being created, waits for it: its first
@@ -42,8 +38,8 @@ struct PublishState
     void removeLocked(const UaSubscriptionPrivate& subscription);
     /// Takes all out, when their server session has ended; the caller may want to tell of them.
     [[nodiscard]] std::map<OpcUa_UInt32, SubscriptionRef> removeAllLocked();
-    /// The requests of the former channel have come to nothing.
-    void startGenerationLocked();
+    /// A link begins: the requests of the former one have come to nothing.
+    void startLinkLocked();
 };
 
 } // namespace UaClientSdk

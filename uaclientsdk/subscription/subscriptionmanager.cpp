@@ -13,15 +13,6 @@
 
 namespace UaClientSdk {
 
-namespace {
-
-// How long a disconnect waits for the answers to the last requests.
-constexpr auto answersPatience = std::chrono::seconds(1);
-// How long it waits for a callback that does not return.
-constexpr auto callbackPatience = std::chrono::seconds(1);
-
-} // namespace
-
 // A service that adds a subscription is under way.
 class SubscriptionManager::Creating
 {
@@ -30,7 +21,7 @@ public:
     {
         SessionLock lock(state.context.mutex);
         ++state.creating;
-        serverSession = state.serverSession;
+        epoch = state.context.connection.epoch();
     }
     ~Creating()
     {
@@ -41,7 +32,7 @@ public:
     Creating(const Creating&) = delete;
     Creating& operator=(const Creating&) = delete;
 
-    OpcUa_UInt32 serverSession = 0;
+    ConnectionEpoch epoch;
 
 private:
     PublishState& m_state;
@@ -82,7 +73,7 @@ UaStatus SubscriptionManager::createSubscription(ServiceSettings& settings, UaSu
         SubscriptionRef::adopt(new UaSubscriptionPrivate(m_context, callback, clientSubscriptionHandle, id));
     inside->settings = revised;
     inside->publishingEnabled = publishingEnabled;
-    *subscription = add(inside, creating.serverSession);
+    *subscription = add(inside, creating.epoch);
     return *subscription ? status : UaStatus(OpcUa_BadConnectionClosed);
 }
 
@@ -100,18 +91,18 @@ UaStatus SubscriptionManager::transferSubscription(
         new UaSubscriptionPrivate(m_context, callback, clientSubscriptionHandle, subscriptionId));
     inside->settings = known;
     inside->publishingEnabled = publishingEnabled;
-    *subscription = add(inside, creating.serverSession);
+    *subscription = add(inside, creating.epoch);
     return *subscription ? status : UaStatus(OpcUa_BadConnectionClosed);
 }
 
-UaSubscription* SubscriptionManager::add(const SubscriptionRef& inside, OpcUa_UInt32 serverSession)
+UaSubscription* SubscriptionManager::add(const SubscriptionRef& inside, const ConnectionEpoch& epoch)
 {
     Owned owned{std::make_unique<UaSubscription>(inside), inside};
     UaSubscription* const face = owned.face.get();
     Refs replaced;
     {
         SessionLock lock(m_context.mutex);
-        if (!m_context.connectRequested || m_state.serverSession != serverSession)
+        if (!m_context.connection.isSameSession(epoch))
             return nullptr;
         m_owned.push_back(std::move(owned));
         SubscriptionRef& entry = m_state.subscriptions[inside->id];
@@ -119,7 +110,7 @@ UaSubscription* SubscriptionManager::add(const SubscriptionRef& inside, OpcUa_UI
             replaced.push_back(entry); // the server has used its number again
         entry = inside;
         m_state.calculateSetPointPublishCountLocked(false);
-        m_context.wakeThreadLocked();
+        m_context.sessionThread.raiseLocked(lock);
     }
     tellEnded(std::move(replaced));
     return face;
@@ -209,28 +200,27 @@ void SubscriptionManager::tellEnded(Refs subscriptions)
 void SubscriptionManager::prepareResumed()
 {
     SessionLock lock(m_context.mutex);
-    m_state.startGenerationLocked();
+    m_state.startLinkLocked();
     m_state.republishing = !m_state.subscriptions.empty();
     m_state.calculateSetPointPublishCountLocked(false);
 }
 
 void SubscriptionManager::finishResumed()
 {
-    OpcUa_UInt32 generation = 0;
+    ConnectionEpoch epoch;
     {
         SessionLock lock(m_context.mutex);
         if (!m_state.republishing)
             return;
-        generation = m_state.generation;
+        epoch = m_context.connection.epoch();
     }
-    m_engine.queue(
-        std::make_unique<Job>([this, generation] { m_recovery.doRepublishAfterReconnect(generation); }));
+    m_engine.queue(std::make_unique<Job>([this, epoch] { m_recovery.doRepublishAfterReconnect(epoch); }));
 }
 
 void SubscriptionManager::prepareReplaced()
 {
     SessionLock lock(m_context.mutex);
-    m_state.startGenerationLocked();
+    m_state.startLinkLocked();
     for (auto& [id, subscription] : m_state.removeAllLocked()) {
         subscription->valid = false;
         m_dropped.push_back(std::move(subscription));
@@ -242,14 +232,14 @@ void SubscriptionManager::finishReplaced()
     tellEnded(std::exchange(m_dropped, {}));
 }
 
-void SubscriptionManager::waitForAnswers()
+void SubscriptionManager::waitForAnswers(std::chrono::milliseconds limit)
 {
-    m_engine.waitForAnswers(answersPatience);
+    m_engine.waitForAnswers(limit);
 }
 
-void SubscriptionManager::waitForCallbacks()
+void SubscriptionManager::waitForCallbacks(std::chrono::milliseconds limit)
 {
-    m_engine.waitIdle(callbackPatience);
+    m_engine.waitIdle(limit);
 }
 
 UaStatus SubscriptionManager::doPublish()
@@ -265,7 +255,7 @@ UaStatus SubscriptionManager::doPublish()
 void SubscriptionManager::clear()
 {
     SessionLock lock(m_context.mutex);
-    m_state.startGenerationLocked();
+    m_state.startLinkLocked();
     static_cast<void>(m_state.removeAllLocked());
     m_dropped.clear();
     for (const Owned& owned : m_owned) // also those that have ended and were not told yet

@@ -9,6 +9,7 @@
 #include <uaclientsdk/uasubscription.h>
 #include <uaclientsdk/uasubscriptioncallback.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -55,12 +56,12 @@ public:
     void prepareReplaced();
     void finishReplaced();
 
-    /// A disconnect: waits a moment for the answers of requests that the end of the session brings back ...
-    void waitForAnswers();
+    /// A disconnect: waits for the answers of requests that the end of the session brings back ...
+    void waitForAnswers(std::chrono::milliseconds limit);
     /// ... drops all subscriptions without telling, when the session thread has ended ...
     void clear();
-    /// ... and waits a moment for callbacks that run.
-    void waitForCallbacks();
+    /// ... and waits for callbacks that run.
+    void waitForCallbacks(std::chrono::milliseconds limit);
     /// Waits until nothing is on its way to a callback.
     void waitIdle() { m_engine.waitIdle(); }
 
@@ -78,7 +79,7 @@ private:
     };
 
     /// Null when the server session that it is of has ended meanwhile.
-    UaSubscription* add(const SubscriptionRef& inside, OpcUa_UInt32 serverSession);
+    UaSubscription* add(const SubscriptionRef& inside, const ConnectionEpoch& epoch);
     [[nodiscard]] Owned takeOwnedLocked(const UaSubscription* subscription);
     void tellEnded(Refs subscriptions);
 

@@ -5,6 +5,7 @@
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/calls/tracescope.h>
+#include <uaclientsdk/connection/sessiongate.h>
 #include <uaclientsdk/generated/servicetraits.h>
 
 namespace UaClientSdk {
@@ -31,10 +32,10 @@ std::vector<SubscriptionRef> SubscriptionRecovery::present() const
     return result;
 }
 
-bool SubscriptionRecovery::isCurrent(OpcUa_UInt32 generation) const
+bool SubscriptionRecovery::isCurrent(const ConnectionEpoch& epoch) const
 {
     SessionLock lock(m_state.context.mutex);
-    return m_state.generation == generation && m_state.context.connectRequested;
+    return m_state.context.connection.isCurrent(epoch);
 }
 
 void SubscriptionRecovery::doSubscriptionStatusCheck()
@@ -45,6 +46,7 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
     m_checked = true;
     m_lastCheck = now;
     const TraceScope trace("UaSessionPrivate", "doSubscriptionStatusCheck");
+    const ConnectionEpoch epoch = m_state.context.epoch();
     for (const SubscriptionRef& subscription : present()) {
         OpcUa_UInt32 next = 0;
         {
@@ -54,7 +56,7 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
         // asking for a notification that has not come yet tells whether there is a subscription, and changes
         // nothing
         OwningResponse<Services::Republish> response;
-        const OpcUa_StatusCode status = callRepublish(subscription->id, next, *response);
+        const OpcUa_StatusCode status = callRepublish(epoch, subscription->id, next, *response);
         if (status == OpcUa_BadSubscriptionIdInvalid)
             m_dispatcher.endSubscription(*subscription, UaStatus(status));
         else if (!concernsSubscription(status))
@@ -64,35 +66,35 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
     m_state.calculateSetPointPublishCountLocked(false);
 }
 
-void SubscriptionRecovery::doRepublishAfterReconnect(OpcUa_UInt32 generation)
+void SubscriptionRecovery::doRepublishAfterReconnect(const ConnectionEpoch& epoch)
 {
     // live notifications go on whatever a callback throws
     struct Guard
     {
-        ~Guard() { recovery.endRepublish(generation); }
+        ~Guard() { recovery.endRepublish(epoch); }
         SubscriptionRecovery& recovery;
-        const OpcUa_UInt32 generation;
-    } guard{*this, generation};
+        const ConnectionEpoch epoch;
+    } guard{*this, epoch};
     const TraceScope trace("UaSessionPrivate", "doRepublishAfterReconnect");
     for (const SubscriptionRef& subscription : present())
-        if (!isCurrent(generation) || !republish(*subscription, generation))
+        if (!isCurrent(epoch) || !republish(*subscription, epoch))
             break;
 }
 
-void SubscriptionRecovery::endRepublish(OpcUa_UInt32 generation)
+void SubscriptionRecovery::endRepublish(const ConnectionEpoch& epoch)
 {
     SessionLock lock(m_state.context.mutex);
-    if (m_state.generation == generation) {
+    if (m_state.context.connection.isCurrent(epoch)) {
         m_state.republishing = false;
         m_state.publishAtOnce = true;
         m_state.calculateSetPointPublishCountLocked(false);
-        m_state.context.wakeThreadLocked();
+        m_state.context.sessionThread.raiseLocked(lock);
     }
 }
 
-bool SubscriptionRecovery::republish(UaSubscriptionPrivate& subscription, OpcUa_UInt32 generation)
+bool SubscriptionRecovery::republish(UaSubscriptionPrivate& subscription, const ConnectionEpoch& epoch)
 {
-    for (OpcUa_UInt32 count = 0; count < maxRepublished && isCurrent(generation); ++count) {
+    for (OpcUa_UInt32 count = 0; count < maxRepublished && isCurrent(epoch); ++count) {
         OpcUa_UInt32 next = 0;
         {
             SessionLock lock(m_state.context.mutex);
@@ -101,7 +103,7 @@ bool SubscriptionRecovery::republish(UaSubscriptionPrivate& subscription, OpcUa_
             next = SubscriptionDispatcher::nextSequenceNumber(subscription.lastSequenceNumber);
         }
         OwningResponse<Services::Republish> response;
-        const OpcUa_StatusCode status = callRepublish(subscription.id, next, *response);
+        const OpcUa_StatusCode status = callRepublish(epoch, subscription.id, next, *response);
         if (status == OpcUa_BadSubscriptionIdInvalid) {
             m_dispatcher.endSubscription(subscription, UaStatus(status));
             return true;
@@ -131,19 +133,21 @@ void SubscriptionRecovery::dispatchRepublished(UaSubscriptionPrivate& subscripti
     m_dispatcher.dispatchNotifications(subscription, message, "doRepublishAfterReconnect");
 }
 
-OpcUa_StatusCode SubscriptionRecovery::callRepublish(OpcUa_UInt32 subscriptionId, OpcUa_UInt32 sequenceNumber,
+OpcUa_StatusCode SubscriptionRecovery::callRepublish(const ConnectionEpoch& epoch,
+                                                     OpcUa_UInt32 subscriptionId, OpcUa_UInt32 sequenceNumber,
                                                      OpcUa_RepublishResponse& response)
 {
     OwningRequest<Services::Republish> request;
+    ServiceSettings settings;
     {
         SessionLock lock(m_state.context.mutex);
-        ServiceSettings settings;
         settings.callTimeout = m_state.context.connectInfo.internalServiceCallTimeout;
-        m_state.context.fillRequestHeaderLocked(settings, request->RequestHeader);
     }
     request->SubscriptionId = subscriptionId;
     request->RetransmitSequenceNumber = sequenceNumber;
-    return callStack<Services::Republish>(m_state.context.channel, *request, response);
+    return callThroughGate<Services::Republish>(m_state.context, {CallKind::Service, epoch}, settings,
+                                                *request, response)
+        .statusCode();
 }
 
 } // namespace UaClientSdk

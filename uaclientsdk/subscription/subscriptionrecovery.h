@@ -22,19 +22,20 @@ public:
     /// Asks for each subscription whether the server has it, and ends those that it has not. Once a second at
     /// most, since a server may give cause for it with every answer.
     void doSubscriptionStatusCheck();
-    /// Republish, OPC 10000-4, 5.13.6, from each subscription's last notification on. generation: the channel
+    /// Republish, OPC 10000-4, 5.13.6, from each subscription's last notification on. epoch: of the link
     /// that it is meant for.
-    void doRepublishAfterReconnect(OpcUa_UInt32 generation);
+    void doRepublishAfterReconnect(const ConnectionEpoch& epoch);
 
 private:
     [[nodiscard]] std::vector<SubscriptionRef> present() const;
     /// False when the link or the session is of no use any more.
-    bool republish(UaSubscriptionPrivate& subscription, OpcUa_UInt32 generation);
-    [[nodiscard]] OpcUa_StatusCode callRepublish(OpcUa_UInt32 subscriptionId, OpcUa_UInt32 sequenceNumber,
+    bool republish(UaSubscriptionPrivate& subscription, const ConnectionEpoch& epoch);
+    [[nodiscard]] OpcUa_StatusCode callRepublish(const ConnectionEpoch& epoch, OpcUa_UInt32 subscriptionId,
+                                                 OpcUa_UInt32 sequenceNumber,
                                                  OpcUa_RepublishResponse& response);
-    void endRepublish(OpcUa_UInt32 generation);
+    void endRepublish(const ConnectionEpoch& epoch);
     void dispatchRepublished(UaSubscriptionPrivate& subscription, OpcUa_NotificationMessage& message);
-    [[nodiscard]] bool isCurrent(OpcUa_UInt32 generation) const;
+    [[nodiscard]] bool isCurrent(const ConnectionEpoch& epoch) const;
 
     PublishState& m_state;
     SubscriptionDispatcher& m_dispatcher;

@@ -49,7 +49,7 @@ SubscriptionCall::SubscriptionCall(UaSubscriptionPrivate& subscription, Kind kin
         const bool wanted = kind == Kind::End ? !subscription.endTold : subscription.valid;
         if (kind == Kind::End)
             subscription.invalidateLocked();
-        if (!wanted || !subscription.context.connectRequested)
+        if (!wanted || !subscription.context.connection.isRequested())
             return;
         ++subscription.callbacksInProgress;
     }

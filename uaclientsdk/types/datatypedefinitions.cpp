@@ -14,6 +14,7 @@
 #include <uaclientsdk/types/olderdatatypes.h>
 #include <uaclientsdk/uasession.h>
 
+#include <new>
 #include <utility>
 
 namespace UaClientSdk {
@@ -105,19 +106,44 @@ bool hasContent(const DataTypeTree& tree, const UaNodeId& id)
 
 } // namespace
 
-UaStatus DataTypeDefinitions::load(ServiceSettings settings)
+UaStatus DataTypeDefinitions::load(ServiceSettings settings, OpcUa_UInt32 link)
 {
+    OpcUa_UInt32 clears = 0;
+    {
+        std::unique_lock lock(m_mutex);
+        if (m_loading) {
+            m_loadEnded.wait(lock, [this] { return !m_loading; });
+            return m_lastResult;
+        }
+        m_loading = true;
+        clears = m_clears;
+    }
     TraceScope trace("UaSession", "loadDataTypeDictionaries");
     UaTypeDefinitionStore loaded;
-    const UaStatus status = trace.ending(loadAll(settings, loaded));
+    const UaStatus status = trace.ending(loadGuarded(settings, loaded));
     if (status.isBad()) {
         UaTrace::tError("Error: UaSession::loadDataTypeDictionaries failed [status=0x%x]",
                         status.statusCode());
     }
-    std::lock_guard lock(m_mutex);
-    m_loaded = std::move(loaded);
-    m_isLoaded = true;
+    const std::lock_guard lock(m_mutex);
+    m_loading = false;
+    m_lastResult = status;
+    m_loadEnded.notify_all();
+    if (clears != m_clears)
+        return status;
+    if (status.isGood() || !m_isLoaded)
+        m_loaded = std::move(loaded);
+    m_isLoaded = m_isLoaded || status.isGood();
+    m_failedLink = status.isGood() ? std::nullopt : std::make_optional(link);
     return status;
+}
+
+// Whoever waits for the load must hear of its end.
+UaStatus DataTypeDefinitions::loadGuarded(ServiceSettings& settings, UaTypeDefinitionStore& store) const
+try {
+    return loadAll(settings, store);
+} catch (const std::bad_alloc&) {
+    return UaStatus(OpcUa_BadOutOfMemory);
 }
 
 UaStatus DataTypeDefinitions::loadAll(ServiceSettings& settings, UaTypeDefinitionStore& store) const
@@ -138,15 +164,23 @@ UaStatus DataTypeDefinitions::loadAll(ServiceSettings& settings, UaTypeDefinitio
 
 void DataTypeDefinitions::clear()
 {
-    std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_loaded.clear();
     m_isLoaded = false;
+    m_failedLink.reset();
+    ++m_clears;
 }
 
-bool DataTypeDefinitions::isLoaded() const
+bool DataTypeDefinitions::needsLoad(OpcUa_UInt32 link) const
 {
-    std::lock_guard lock(m_mutex);
-    return m_isLoaded;
+    const std::lock_guard lock(m_mutex);
+    return !m_isLoaded && m_failedLink != link;
+}
+
+bool DataTypeDefinitions::hasFailed() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_failedLink.has_value();
 }
 
 UaStatus DataTypeDefinitions::readDefinitions(ServiceSettings& settings, const DataTypeTree& tree,

@@ -11,7 +11,9 @@
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/types/datatypetree.h>
 
+#include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace UaClientSdk {
@@ -27,12 +29,16 @@ class DataTypeDefinitions
 public:
     explicit DataTypeDefinitions(UaSession& session) : m_session(session) {}
 
-    /// Replaces what is loaded. A type whose definition is broken costs that type only.
-    UaStatus load(ServiceSettings settings);
+    /// Replaces what is loaded, once all is there; a load that fails leaves what an earlier good one brought,
+    /// or what it has got itself when there was none. A type whose definition is broken costs that type only.
+    /// While another thread loads, waits for it and has its result. link: of the connection, see needsLoad.
+    UaStatus load(ServiceSettings settings, OpcUa_UInt32 link);
     void clear();
-    /// Also true after a load that failed: it is not tried again before clear, or each look-up would cost a
-    /// round trip.
-    [[nodiscard]] bool isLoaded() const;
+    /// For a look-up that finds nothing loaded. False after a load that failed, or each look-up would cost a
+    /// round trip, until the link is another one.
+    [[nodiscard]] bool needsLoad(OpcUa_UInt32 link) const;
+    /// Whether the last load failed.
+    [[nodiscard]] bool hasFailed() const;
 
     /// Null definitions for what is not known; types of namespace 0 are known without loading.
     [[nodiscard]] UaStructureDefinition structure(const UaNodeId& dataTypeOrEncodingId) const;
@@ -40,6 +46,7 @@ public:
     [[nodiscard]] UaOptionSetDefinition optionSet(const UaNodeId& dataTypeId) const;
 
 private:
+    UaStatus loadGuarded(ServiceSettings& settings, UaTypeDefinitionStore& store) const;
     UaStatus loadAll(ServiceSettings& settings, UaTypeDefinitionStore& store) const;
     /// Leaves in types those that have no such attribute.
     UaStatus readDefinitions(ServiceSettings& settings, const DataTypeTree& tree,
@@ -47,7 +54,12 @@ private:
 
     UaSession& m_session;
     mutable std::mutex m_mutex;
+    std::condition_variable m_loadEnded;
+    bool m_loading = false;
     bool m_isLoaded = false;
+    OpcUa_UInt32 m_clears = 0; ///< a load that one of them overtook belongs to nobody
+    std::optional<OpcUa_UInt32> m_failedLink;
+    UaStatus m_lastResult;
     UaTypeDefinitionStore m_loaded;
 };
 

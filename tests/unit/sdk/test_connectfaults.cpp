@@ -157,7 +157,7 @@ TEST(CheckSchedule, AttemptsFollowTheWatchdogTimeUntilTheServerHasRefusedForLong
     EXPECT_FALSE(schedule.isAttemptDue(61001, 90000)); // never faster than was asked for
     schedule.accepted();
     EXPECT_TRUE(schedule.isAttemptDue(6001, 5000));
-    schedule.hurry();
+    schedule.hurryCheck();
     EXPECT_TRUE(schedule.isCheckDue(1001, 5000));
     schedule.stamp(1002);
     EXPECT_FALSE(schedule.isCheckDue(1003, 5000));

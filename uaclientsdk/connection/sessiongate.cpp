@@ -1,0 +1,63 @@
+#include <uaclientsdk/connection/sessiongate.h>
+
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/values/uadatetime.h>
+
+#include <utility>
+
+namespace UaClientSdk {
+
+namespace {
+
+thread_local EpochScope* t_scope = nullptr;
+
+} // namespace
+
+EpochScope::EpochScope(const SessionContext& context, const ConnectionEpoch& epoch)
+    : m_context(context), m_epoch(epoch), m_outer(std::exchange(t_scope, this))
+{
+}
+
+EpochScope::~EpochScope()
+{
+    t_scope = m_outer;
+}
+
+bool EpochScope::allowsLocked(const SessionContext& context)
+{
+    context.mutex.assertLocked();
+    for (const EpochScope* scope = t_scope; scope; scope = scope->m_outer)
+        if (&scope->m_context == &context && !context.connection.isCurrent(scope->m_epoch))
+            return false;
+    return true;
+}
+
+const char* gateObstacleLocked(const SessionContext& context, const GateRequest& wanted)
+{
+    context.mutex.assertLocked();
+    const ConnectionState& connection = context.connection;
+    const bool forApplication = wanted.kind == CallKind::Service || wanted.kind == CallKind::Publish;
+    if (forApplication && !connection.isRequested())
+        return "Server not connected";
+    if (!connection.mayCall(wanted.kind))
+        return "Channel not connected"; // not even while a reconnect has a channel again
+    if ((wanted.epoch && !connection.isCurrent(*wanted.epoch)) || !EpochScope::allowsLocked(context))
+        return "Connection was replaced";
+    return nullptr;
+}
+
+UaStatus passGate(SessionContext& context, const GateRequest& wanted, ServiceSettings& settings,
+                  OpcUa_RequestHeader& header)
+{
+    {
+        SessionLock lock(context.mutex);
+        if (gateObstacleLocked(context, wanted))
+            return UaStatus(OpcUa_BadConnectionClosed);
+        context.fillRequestHeaderLocked(settings, header);
+    }
+    settings.requestTime = UaDateTime(header.Timestamp);
+    context.mutex.assertUnlocked();
+    return UaStatus();
+}
+
+} // namespace UaClientSdk
