@@ -61,7 +61,10 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNod
     browseNode(m_root.get());
 }
 
-QlumAddressSpaceModel::~QlumAddressSpaceModel() = default;
+QlumAddressSpaceModel::~QlumAddressSpaceModel()
+{
+    dropTasks(m_root.get());
+}
 
 // ---- item model
 

@@ -6,6 +6,7 @@
 #include <app/api/qlumsessionservices.h>
 #include <plugins/addressspace/qlumaddressspacemodelinterface.h>
 #include <plugins/addressspace/qlumaddressspacenode.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 
@@ -92,9 +93,10 @@ private:
     void runTasks(int milliseconds);
     [[nodiscard]] bool runTask(Task& task, int milliseconds);
     [[nodiscard]] bool browseNext(Task& task);
+    void takeFailure(Task& task, const UaByteString& point, const UaStatus& status);
     [[nodiscard]] bool mayContinue(Task& task);
     void finish(Task& task);
-    void release(Task& task);
+    bool release(Task& task);
     void dropTasks(const QlumAddressSpaceNode* node);
     int addNodes(QlumAddressSpaceNode* parent, UaReferenceDescriptions& references);
     void sortNode(QlumAddressSpaceNode* node);

@@ -82,10 +82,13 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
     }
     if (!status.isGood()) {
         m_log.writeStatus(QlumLogLevel::Info, tr("Browse failed with error '%1'."), status.statusCode());
+        if (!task.continuationPoint.isEmpty())
+            release(task);
         return;
     }
     m_log.info(tr("Browse succeeded."));
     node->setBrowsed(true);
+    task.pages.take(references.length(), task.continuationPoint);
     addNodes(node, references);
     m_tasks.push_front(std::move(task)); // the node that the user opened last comes first
     runTasks(firstSlice);
@@ -124,6 +127,7 @@ bool QlumAddressSpaceModel::runTask(Task& task, int milliseconds)
 // One BrowseNext; false when the budget allows no other.
 bool QlumAddressSpaceModel::browseNext(Task& task)
 {
+    const UaByteString point = task.continuationPoint;
     UaReferenceDescriptions references;
     UaStatus status;
     {
@@ -133,13 +137,24 @@ bool QlumAddressSpaceModel::browseNext(Task& task)
     if (status.isGood()) {
         m_log.info(tr("BrowseNext succeeded."));
         task.failures = 0;
+        task.pages.take(references.length(), task.continuationPoint);
         task.barren = addNodes(task.node, references) > 0 ? 0 : task.barren + 1;
     } else {
         m_log.writeStatus(QlumLogLevel::Info, tr("Browse failed with error '%1'."), status.statusCode());
-        ++task.failures;
+        takeFailure(task, point, status);
     }
     task.progress->update(task.node->childCount());
     return task.budget < 0 || --task.budget > 0;
+}
+
+// A call that failed brings no continuation point back, but the server may still keep the one that was sent.
+void QlumAddressSpaceModel::takeFailure(Task& task, const UaByteString& point, const UaStatus& status)
+{
+    ++task.failures;
+    if (!task.continuationPoint.isEmpty() || !UaClientSdk::keepsContinuationPoint(status))
+        return;
+    task.continuationPoint = point;
+    task.stopText = tr("The references are incomplete. Releasing current ContinuationPoint.");
 }
 
 // What ends a browse before the server or the budget does.
@@ -147,7 +162,8 @@ bool QlumAddressSpaceModel::mayContinue(Task& task)
 {
     if (task.failures >= maximumFailures)
         task.stopText = tr("The server keeps refusing to continue. Releasing current ContinuationPoint.");
-    else if (task.barren >= maximumBarrenResults || task.node->childCount() >= maximumChildren)
+    else if (task.pages.isStuck() || task.barren >= maximumBarrenResults ||
+             task.node->childCount() >= maximumChildren)
         task.stopText =
             tr("The server does not come to an end of its references. Releasing current ContinuationPoint.");
     else if (task.progress->wasCancelled())
@@ -168,24 +184,29 @@ void QlumAddressSpaceModel::finish(Task& task)
     sortNode(task.node);
 }
 
-void QlumAddressSpaceModel::release(Task& task)
+// False when the server did not take it, as it does when it is about to go; it forgets the point with the
+// session.
+bool QlumAddressSpaceModel::release(Task& task)
 {
+    if (!m_server || !m_services->isConnected())
+        return false;
     const QlumWaitCursor wait;
+    ServiceSettings settings = UaClientSdk::settingsOfRelease(task.settings);
     UaReferenceDescriptions references;
-    // a server that keeps the point loses it with the session
-    static_cast<void>(m_services->browseNext(task.settings, true, task.continuationPoint, references));
+    return !m_services->browseNext(settings, true, task.continuationPoint, references).isBad();
 }
 
 // Called before nodes go: nothing may come back to them.
 void QlumAddressSpaceModel::dropTasks(const QlumAddressSpaceNode* node)
 {
+    bool isAnswering = true; // whoever waits for one that is not waits once only
     for (auto task = m_tasks.begin(); task != m_tasks.end();) {
         if (!isAtOrBelow(task->node, node)) {
             ++task;
             continue;
         }
-        if (m_server && !task->continuationPoint.isEmpty())
-            release(*task);
+        if (isAnswering && !task->continuationPoint.isEmpty())
+            isAnswering = release(*task);
         task = m_tasks.erase(task);
     }
 }

@@ -3,6 +3,7 @@
 #include <plugins/addressspace/qlumaddressspacenode.h>
 #include <plugins/addressspace/qlumbrowseprogress.h>
 #include <uabase/values/uabytestring.h>
+#include <uaclientsdk/browseprogress.h>
 
 #include <QString>
 
@@ -18,6 +19,7 @@ struct QlumAddressSpaceModel::Task
     QlumAddressSpaceNode* node;
     UaClientSdk::ServiceSettings settings;
     UaByteString continuationPoint;
+    UaClientSdk::BrowseProgress pages;
     int budget = 0;   ///< BrowseNext calls left; negative: no limit
     int failures = 0; ///< in a row
     int barren = 0;   ///< results in a row without a new node

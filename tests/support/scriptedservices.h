@@ -21,6 +21,7 @@
 #include <deque>
 #include <map>
 #include <span>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -44,7 +45,9 @@ public:
 
     std::map<UaNodeId, std::deque<Answer>> browses; ///< the first answers Browse, the others BrowseNext
     bool endless = false;                           ///< every answer has a continuation point
-    bool inventive = false; ///< endless, and every answer has a node that was not there before
+    bool inventive = false;   ///< endless, and every answer has a node that was not there before
+    bool freshPoints = false; ///< no continuation point comes twice; else it is the same for all of a node
+    std::deque<OpcUa_StatusCode> nextFailures; ///< of BrowseNext calls, before they are answered again
     std::map<std::pair<UaNodeId, OpcUa_UInt32>, UaVariant>
         attributes; ///< read; others are BadAttributeIdInvalid
     std::map<std::pair<UaNodeId, OpcUa_UInt32>, OpcUa_StatusCode> attributeStatus;
@@ -68,17 +71,24 @@ public:
         m_position[node] = 0;
         return answer(node, continuationPoint, references);
     }
-    UaStatus browseNext(UaClientSdk::ServiceSettings&, bool release, UaByteString& continuationPoint,
+    UaStatus browseNext(UaClientSdk::ServiceSettings& settings, bool release, UaByteString& continuationPoint,
                         UaReferenceDescriptions& references) override
     {
-        const UaNodeId node = UaNodeId::fromString(continuationPoint.view());
+        const UaByteString point = std::exchange(continuationPoint, UaByteString());
         references.clear();
         if (release) {
             journal.append("release");
-            continuationPoint.clear();
-            return {};
+            lastReleased = point;
+            lastReleaseTimeout = settings.callTimeout;
+            return UaStatus(releaseStatus);
         }
         journal.append("next");
+        if (!nextFailures.empty()) {
+            const UaStatus failure(nextFailures.front());
+            nextFailures.pop_front();
+            return failure;
+        }
+        const UaNodeId node = UaNodeId::fromString(point.view().substr(0, point.view().find('#')));
         ++m_position[node];
         return answer(node, continuationPoint, references);
     }
@@ -142,6 +152,10 @@ public:
     UaOptionSetDefinition optionSetDefinition(const UaNodeId&) override { return {}; }
 
     UaClientSdk::BrowseContext lastContext;
+    UaByteString lastPoint; ///< that was given
+    UaByteString lastReleased;
+    OpcUa_UInt32 lastReleaseTimeout = 0;
+    OpcUa_StatusCode releaseStatus = 0;
 
 private:
     UaStatus answer(const UaNodeId& node, UaByteString& continuationPoint,
@@ -149,11 +163,14 @@ private:
     {
         const std::deque<Answer>& answers = browses[node];
         const std::size_t position = m_position[node];
-        const UaString idText = node.toXmlString();
+        std::string point = node.toXmlString().toStdString();
+        if (freshPoints)
+            point += '#' + std::to_string(++m_points);
         continuationPoint = UaByteString();
         if (endless || inventive || position + 1 < answers.size())
-            continuationPoint = UaByteString(
-                std::span(reinterpret_cast<const OpcUa_Byte*>(idText.view().data()), idText.size()));
+            continuationPoint =
+                UaByteString(std::span(reinterpret_cast<const OpcUa_Byte*>(point.data()), point.size()));
+        lastPoint = continuationPoint;
         references.clear();
         if (inventive && position >= answers.size()) {
             EXPECT_TRUE(references.create(1));
@@ -177,4 +194,5 @@ private:
 
     std::map<UaNodeId, std::size_t> m_position;
     OpcUa_UInt32 m_invented = 0;
+    int m_points = 0;
 };

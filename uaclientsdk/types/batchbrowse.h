@@ -18,10 +18,14 @@ struct BatchBrowse
     OpcUa_UInt32 referenceTypeId = 0; ///< of namespace 0, with its subtypes; 0: all
     bool inverse = false;
     OpcUa_UInt32 nodeClassMask = 0;
+    OpcUa_UInt32 nodesAtOnce = 0; ///< browsed to their end before the next ones; 0: what goes into a call
 };
 
-/// All references of each node, in the order of the nodes, continuation points included; those of a node that
-/// the server does not know are empty. One service call as long as the server sets no limits.
+/// All references of each node, in the order of the nodes, continuation points included. One service call as
+/// long as the server sets no limits. Nodes that a server has no continuation point left for are browsed
+/// again, fewer at a time and at last alone. The status is that of the calls; a node whose own result is bad,
+/// or which comes to no end, has the references that came until then, and a warning in the trace names it.
+/// Continuation points that are not followed to their end are released while the session is connected.
 UaStatus browseBatch(UaSession& session, ServiceSettings& settings, const std::vector<UaNodeId>& nodes,
                      const BatchBrowse& what, std::vector<UaReferenceDescriptions>& references);
 

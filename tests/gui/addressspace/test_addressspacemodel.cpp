@@ -152,14 +152,12 @@ TEST_F(AddressSpaceModel, BudgetOfBrowseNextCalls)
     }
 }
 
-TEST_F(AddressSpaceModel, AnEndlessServerIsStopped)
+TEST_F(AddressSpaceModel, AServerThatKeepsRefusingIsStopped)
 {
-    services->endless = true;
     application.settings["General.MaxBrowseNextCalls"] = -1;
     services->browses[rootId] = {{{{"a", node(1)}}}};
     make();
-    EXPECT_EQ(text(), "Root\n  a\n");
-    EXPECT_EQ(services->journal.last(), "release");
+    services->endless = true;
     services->browses[node(1)] = {{{{"b", node(2)}}},
                                   {{}, OpcUa_BadTimeout},
                                   {{}, OpcUa_BadTimeout},
@@ -167,6 +165,55 @@ TEST_F(AddressSpaceModel, AnEndlessServerIsStopped)
                                   {{{"never", node(3)}}}};
     expand(child(0));
     EXPECT_EQ(text(), "Root\n  a\n    b\n") << "what came before the failures stays";
+    EXPECT_EQ(services->journal.last(), "release");
+}
+
+TEST_F(AddressSpaceModel, EmptyPagesAreFollowedAsLongAsTheyMayLead)
+{
+    application.settings["General.MaxBrowseNextCalls"] = -1;
+    services->browses[rootId] = {{{{"a", node(1)}}}};
+    services->endless = true;
+    make();
+    EXPECT_EQ(services->journal.join(','), "browse i=84,next,next,release") << "one point for all pages";
+    services->freshPoints = true;
+    services->journal.clear();
+    make();
+    EXPECT_EQ(services->journal.filter("next").size(), 20);
+    EXPECT_EQ(services->journal.last(), "release");
+    EXPECT_EQ(services->lastReleased, services->lastPoint);
+    EXPECT_EQ(text(), "Root\n  a\n");
+    services->endless = false;
+    auto& pages = services->browses[rootId];
+    for (OpcUa_UInt32 found = 2; found < 4; ++found) {
+        pages.resize(pages.size() + 19);
+        pages.push_back({{{"later", node(found)}}});
+    }
+    services->journal.clear();
+    make();
+    EXPECT_FALSE(services->journal.contains("release"));
+    EXPECT_EQ(text(), "Root\n  a\n  later\n  later\n");
+}
+
+TEST_F(AddressSpaceModel, ACallThatFailsGivesItsContinuationPointBack)
+{
+    services->browses[rootId] = {{{{"a", node(1)}}}, {{{"never", node(2)}}}};
+    services->nextFailures = {OpcUa_BadTimeout};
+    make();
+    EXPECT_EQ(services->journal.join(','), "browse i=84,next,release");
+    EXPECT_EQ(services->lastReleased, services->lastPoint);
+    EXPECT_LE(services->lastReleaseTimeout, 1000u) << "the window stands still meanwhile";
+    EXPECT_EQ(text(), "Root\n  a\n");
+    EXPECT_EQ(application.texts().filter("incomplete").size(), 1);
+    for (const OpcUa_StatusCode gone : {OpcUa_BadContinuationPointInvalid, OpcUa_BadConnectionClosed}) {
+        services->journal.clear();
+        services->nextFailures = {gone};
+        make();
+        EXPECT_EQ(services->journal.join(','), "browse i=84,next") << gone;
+    }
+    services->journal.clear();
+    services->browses[rootId].front().status = OpcUa_UncertainReferenceOutOfServer;
+    make();
+    EXPECT_EQ(services->journal.join(','), "browse i=84,release") << "a page that is not taken";
 }
 
 TEST_F(AddressSpaceModel, PropertiesAreNeverBrowsed)
@@ -217,19 +264,48 @@ TEST_F(AddressSpaceModel, LongBrowsesLeaveTheEventLoopAliveAndCanBeCancelled)
     EXPECT_EQ(application.texts().filter("cancelled by user").size(), 1);
 }
 
-TEST_F(AddressSpaceModel, NodesThatGoWhileTheyAreBrowsedReleaseTheirContinuationPoint)
+class BrowsedModel : public AddressSpaceModel
 {
-    services->browses[rootId] = {{{{"wide", node(1)}}}};
-    make();
-    services->inventive = true;
-    application.settings["General.MaxBrowseNextCalls"] = -1;
-    model->fetchMore(child(0));
-    ASSERT_TRUE(model->isBrowsing());
-    services->inventive = false;
+protected:
+    // Two browses under way that come to no end.
+    void makeBrowsing()
+    {
+        services->browses[rootId] = {{{{"a", node(1)}, {"b", node(2)}}}};
+        make();
+        services->inventive = true;
+        application.settings["General.MaxBrowseNextCalls"] = -1;
+        model->fetchMore(child(0));
+        model->fetchMore(child(1));
+        ASSERT_TRUE(model->isBrowsing());
+        services->inventive = false;
+        services->journal.clear();
+    }
+    int releases() const { return services->journal.filter("release").size(); }
+};
+
+TEST_F(BrowsedModel, NodesThatGoReleaseTheirContinuationPoints)
+{
+    makeBrowsing();
     model->rebrowseNodeIndex(root());
-    EXPECT_EQ(services->journal.filter("release").size(), 1);
+    EXPECT_EQ(releases(), 2);
     EXPECT_FALSE(model->isBrowsing());
-    EXPECT_EQ(text(), "Root\n  wide\n");
+    EXPECT_EQ(text(), "Root\n  a\n  b\n");
+    makeBrowsing();
+    model.reset();
+    EXPECT_EQ(releases(), 2) << "the model itself goes";
+}
+
+TEST_F(BrowsedModel, ThatGoesWithItsServerWaitsForNobody)
+{
+    makeBrowsing();
+    services->connected = false;
+    model->rebrowseNodeIndex(root());
+    EXPECT_EQ(releases(), 0);
+    services->connected = true;
+    makeBrowsing();
+    services->releaseStatus = OpcUa_BadTimeout;
+    model.reset();
+    EXPECT_EQ(releases(), 1) << "a server that is silent once is not asked again";
 }
 
 TEST_F(AddressSpaceModel, PersistentIndexesFollowTheSorting)

@@ -171,6 +171,20 @@ TEST_F(DataTypesTest, FailedLoadIsNotRepeatedByEachLookUp)
     EXPECT_EQ(stack.calls(OpcUa_BrowseRequest_EncodeableType), 1);
 }
 
+TEST_F(DataTypesTest, ATreeWithoutAnEndIsLeftAtAHundredLevels)
+{
+    ASSERT_TRUE(connect().isGood());
+    stack.on(OpcUa_BrowseRequest_EncodeableType, [](const void* request, void* response) {
+        const auto& in = *static_cast<const OpcUa_BrowseRequest*>(request);
+        const UaNodeId node(in.NodesToBrowse[0].NodeId);
+        TypeServer server;
+        server.subtypes = {{node, UaNodeId(node.identifierNumeric() + 1, ns)}};
+        return server.browse(in, *static_cast<OpcUa_BrowseResponse*>(response));
+    });
+    EXPECT_TRUE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
+    EXPECT_EQ(stack.calls(OpcUa_BrowseRequest_EncodeableType), 100);
+}
+
 // A server of before the DataTypeDefinition attribute: properties, and dictionaries of which one is broken.
 class OldServer
 {
