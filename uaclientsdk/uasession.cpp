@@ -64,6 +64,11 @@ UaStatus UaSession::disconnect(const ServiceSettings& settings, bool deleteSubsc
     return trace.ending(d->disconnect(settings, deleteSubscriptions));
 }
 
+void UaSession::reconnectNow()
+{
+    d->context.wishForAttempt();
+}
+
 UaStatus UaSession::changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity)
 {
     TraceScope trace("UaSession", "changeUser");

@@ -45,9 +45,15 @@ public:
     /// GoodCompletesAsynchronously when the first try failed and retryInitialConnect goes on with it.
     UaStatus connect(const UaString& url, const SessionConnectInfo& connectInfo,
                      const SessionSecurityInfo& securityInfo, UaSessionCallback* callback);
-    /// No callback runs after it has returned; asynchronous calls that are under way are waited for, and
-    /// dropped. BadInternalError when nothing is connected, BadInvalidState in a completion of this session.
+    /// Ends everything within a second, whatever the server does: CloseSession has what is left of it, then
+    /// calls that are under way end with BadConnectionClosed; asynchronous ones are dropped. No callback
+    /// begins after it has returned. Also ends a connect of another thread. What CloseSession came to;
+    /// BadInternalError when nothing is connected, BadInvalidState in a callback of this session.
     UaStatus disconnect(const ServiceSettings& settings, bool deleteSubscriptions);
+
+    /// Makes the next attempt to reconnect at once, when one is waited for: somebody has reason to believe
+    /// that the server can be reached again.
+    void reconnectNow();
 
     /// Activates the session with another user, who is borrowed for the call and kept for reconnects when the
     /// server takes him; null is BadInvalidArgument. GoodCompletesAsynchronously while a reconnect is under

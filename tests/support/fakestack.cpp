@@ -177,6 +177,24 @@ void FakeStack::setConnectHangs(bool hangs)
     m_connectHangs = hangs;
 }
 
+OpcUa_StatusCode FakeStack::hang()
+{
+    std::unique_lock lock(m_mutex);
+    const unsigned int before = m_closings;
+    ++m_hanging;
+    m_called.notify_all();
+    const bool closed =
+        m_called.wait_for(lock, std::chrono::seconds(30), [&] { return m_closings != before; });
+    --m_hanging;
+    return closed ? OpcUa_BadConnectionClosed : OpcUa_BadTimeout;
+}
+
+bool FakeStack::waitForHang()
+{
+    std::unique_lock lock(m_mutex);
+    return m_called.wait_for(lock, std::chrono::seconds(10), [&] { return m_hanging > 0; });
+}
+
 void FakeStack::setServerState(OpcUa_Int32 state)
 {
     std::lock_guard lock(m_mutex);
@@ -284,6 +302,8 @@ OpcUa_StatusCode FakeStack::disconnect()
     abortPending();
     std::lock_guard lock(m_mutex);
     m_journal.emplace_back("Disconnect");
+    ++m_closings;
+    m_called.notify_all();
     return OpcUa_Good;
 }
 

@@ -44,6 +44,11 @@ public:
     void distrustTls(std::string certificate);
     /// Connects that take until somebody cancels them.
     void setConnectHangs(bool hangs);
+    /// For a handler: a server that does not answer. Blocks until the channel is disconnected, half a minute
+    /// at most, and says how the call ends.
+    OpcUa_StatusCode hang();
+    /// Whether a handler hangs within the limit.
+    [[nodiscard]] bool waitForHang();
     void setServerState(OpcUa_Int32 state);
     void setNamespaces(std::vector<std::string> uris);
     void setRevisedSessionTimeout(double milliseconds);
@@ -117,6 +122,8 @@ private:
     std::string m_distrustedTls;
     OpcUa_StatusCode m_connectResult = OpcUa_Good;
     bool m_connectHangs = false;
+    int m_hanging = 0;
+    unsigned int m_closings = 0;
     bool m_cancelRequested = false;
     OpcUa_Int32 m_serverState = 0;
     double m_revisedSessionTimeout = 1200000.0;

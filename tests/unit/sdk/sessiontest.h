@@ -38,6 +38,13 @@ public:
         return overrides;
     }
 
+    void dataTypesLoaded(OpcUa_UInt32, const UaStatus& result) override
+    {
+        std::lock_guard lock(m_mutex);
+        m_loads.push_back(result.toString().toStdString());
+        m_changed.notify_all();
+    }
+
     std::atomic<bool> overrides{false}; ///< the answer to connectError
 
     /// Whether the statuses become these within the limit.
@@ -52,6 +59,13 @@ public:
     {
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, std::chrono::seconds(10), [&] { return m_statuses.size() >= count; });
+    }
+
+    /// Whether these are the results of the loads of data types within the limit.
+    bool waitForLoads(const std::vector<std::string>& wanted)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, std::chrono::seconds(10), [&] { return m_loads == wanted; });
     }
 
     std::thread::id lastErrorThread()
@@ -77,6 +91,7 @@ private:
     std::condition_variable m_changed;
     std::vector<int> m_statuses;
     std::vector<std::string> m_errors;
+    std::vector<std::string> m_loads;
     std::thread::id m_lastErrorThread;
 };
 
@@ -105,15 +120,25 @@ protected:
         }
         return false;
     }
-    /// One watchdog time, and as many turns of the session thread as show that it does nothing about it.
+    /// Whether the condition comes true within the limit.
+    template <typename Condition>
+    static bool waitUntil(const Condition& condition)
+    {
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (!condition() && std::chrono::steady_clock::now() < limit)
+            std::this_thread::yield();
+        return condition();
+    }
+    /// As many turns of the session thread as show that it does nothing more.
+    bool passTurns()
+    {
+        const int enough = stack.tickReads + 3;
+        return waitUntil([this, enough] { return stack.tickReads >= enough; });
+    }
     bool passWatchdogTimeInVain()
     {
         passWatchdogTime();
-        const int enough = stack.tickReads + 3;
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (stack.tickReads < enough && std::chrono::steady_clock::now() < limit)
-            std::this_thread::yield();
-        return stack.tickReads >= enough;
+        return passTurns();
     }
 
     FakeStack& stack = FakeStack::instance();

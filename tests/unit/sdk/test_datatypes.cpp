@@ -171,6 +171,64 @@ TEST_F(DataTypesTest, FailedLoadIsNotRepeatedByEachLookUp)
     EXPECT_EQ(stack.calls(OpcUa_BrowseRequest_EncodeableType), 1);
 }
 
+// A link that is down is no answer of the server's.
+TEST_F(DataTypesTest, LookUpDuringAnOutageLosesNothing)
+{
+    ASSERT_TRUE(connect().isGood());
+    serveTypes();
+    stack.loseLink();
+    ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
+    EXPECT_TRUE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
+    EXPECT_EQ(stack.calls(OpcUa_BrowseRequest_EncodeableType), 0);
+    ASSERT_TRUE(passWatchdogTimesUntil(
+        {UaClient::Connected, UaClient::ConnectionErrorApiReconnect, UaClient::Connected}));
+    EXPECT_FALSE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
+}
+
+TEST_F(DataTypesTest, FailedLoadIsTriedAgainAfterTheNextReconnect)
+{
+    ASSERT_TRUE(connect().isGood());
+    serveTypes();
+    stack.failNext(OpcUa_BrowseRequest_EncodeableType, {OpcUa_BadTimeout});
+    EXPECT_TRUE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
+    stack.loseLink();
+    ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
+    passWatchdogTime();
+    ASSERT_TRUE(callback.waitForLoads({"Good"}));
+    EXPECT_FALSE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
+}
+
+TEST_F(DataTypesTest, OldDefinitionsStayUntilALoadHasGoneWell)
+{
+    info.typeDictionaryMode = UaClient::Reconnect;
+    serveTypes();
+    ASSERT_TRUE(connect().isGood());
+    ASSERT_TRUE(callback.waitForLoads({"Good"}));
+    stack.failNext(OpcUa_BrowseRequest_EncodeableType, {OpcUa_Good, OpcUa_BadTimeout}); // half of it
+    stack.loseLink();
+    ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
+    passWatchdogTime();
+    ASSERT_TRUE(callback.waitForLoads({"Good", "BadTimeout"}));
+    EXPECT_FALSE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
+}
+
+TEST_F(DataTypesTest, AnotherServerBringsItsOwnDefinitions)
+{
+    ASSERT_TRUE(connect().isGood());
+    serveTypes();
+    EXPECT_FALSE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
+    stack.loseLink(); // or the disconnect would forget them
+    ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
+    EXPECT_TRUE(disconnect().isGood());
+    const int before = stack.calls(OpcUa_BrowseRequest_EncodeableType);
+    ASSERT_TRUE(
+        session
+            .connect(UaString("opc.tcp://another:4840"), info, UaClientSdk::SessionSecurityInfo(), &callback)
+            .isGood());
+    EXPECT_FALSE(session.structureDefinition(UaNodeId(3001, ns)).isNull());
+    EXPECT_GT(stack.calls(OpcUa_BrowseRequest_EncodeableType), before);
+}
+
 TEST_F(DataTypesTest, ATreeWithoutAnEndIsLeftAtAHundredLevels)
 {
     ASSERT_TRUE(connect().isGood());

@@ -1,4 +1,5 @@
 // Connecting, the watchdog and reconnecting.
+#include <tests/support/recordedtrace.h>
 #include <tests/unit/sdk/sessiontest.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/uaclient.h>
@@ -175,7 +176,7 @@ TEST_F(SessionTest, WatchdogTimeStaysWithinItsBounds)
     }
 }
 
-TEST_F(SessionTest, ExceptionInACallbackEndsTheThreadOnly)
+TEST_F(SessionTest, ExceptionInACallbackDoesNotEndTheSupervision)
 {
     class ThrowingCallback : public RecordingCallback
     {
@@ -183,10 +184,10 @@ TEST_F(SessionTest, ExceptionInACallbackEndsTheThreadOnly)
         void connectionStatusChanged(OpcUa_UInt32 id, UaClient::ServerStatus status) override
         {
             RecordingCallback::connectionStatusChanged(id, status);
-            if (status == UaClient::ConnectionErrorApiReconnect)
-                throw std::runtime_error("application fault");
+            throw std::runtime_error("application fault");
         }
     } throwing;
+    const RecordedTrace trace;
     ASSERT_TRUE(session
                     .connect(UaString("opc.tcp://localhost:4840"), info, UaClientSdk::SessionSecurityInfo(),
                              &throwing)
@@ -194,8 +195,12 @@ TEST_F(SessionTest, ExceptionInACallbackEndsTheThreadOnly)
     stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadSessionClosed});
     passWatchdogTime();
     EXPECT_TRUE(throwing.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
+    passWatchdogTime();
+    EXPECT_TRUE(
+        throwing.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect, UaClient::Connected}));
     EXPECT_TRUE(disconnect().isGood());
     EXPECT_EQ(throwing.statuses().back(), UaClient::Disconnected);
+    EXPECT_EQ(trace.count("a callback threw 'application fault'"), 4);
 }
 
 } // namespace
