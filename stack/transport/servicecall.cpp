@@ -15,6 +15,10 @@ namespace {
 
 constexpr OpcUa_UInt32 defaultTimeout = 10'000; // ms
 
+// A server may hold a Publish back until its hint is over, and its answer is on its way then: giving up at
+// the hint would lose the notifications in it.
+constexpr Milliseconds publishMargin{10'000};
+
 constexpr size_t keptCapacity = 64 * 1024;
 
 // A thread's requests take turns in one buffer.
@@ -146,6 +150,8 @@ OpcUa_StatusCode beginService(const std::shared_ptr<Channel>& channel,
     if (OpcUa_IsBad(status))
         return status;
     channel->callbacks().start();
+    if (&requestType == &OpcUa_PublishRequest_EncodeableType)
+        prepared.deadline += publishMargin;
     auto call = std::make_shared<CallbackCall>(channel, responseType, std::move(completion));
     return channel->send(std::move(call), prepared.body(), prepared.deadline, false);
 }

@@ -180,7 +180,9 @@ typedef void (*OpcUa_Channel_PfnRequestComplete)(OpcUa_Channel channel, void* re
 /// bad; else the service result, BadTimeout, BadConnectionClosed, BadUnknownResponse, BadDecodingError ...
 /// BadRequestTooLarge when the peer would not take it; BadInvalidArgument when a type has no header.
 /// BeginInvoke never blocks: BadResourceUnavailable when the peer does not take what was sent before,
-/// BadTooManyOperations when too many calls wait; the callback runs when it answers Good, only then.
+/// BadTooManyOperations when too many calls wait; the callback runs when it answers Good, only then. A
+/// Publish that does not block waits 10 s longer than its TimeoutHint, so that what a server sends at the
+/// hint arrives.
 OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
 OpcUa_Channel_InvokeService(OpcUa_Channel channel, const OpcUa_EncodeableType* requestType,
                             const void* request, const OpcUa_EncodeableType* responseType, void* response);
