@@ -93,7 +93,7 @@ typedef enum OpcUa_Channel_Event {
 
 typedef struct OpcUa_CertificateValidation
 {
-    OpcUa_ByteString Certificate; ///< DER, valid during the callback only
+    OpcUa_ByteString Certificate; ///< DER, valid during the callback, however long that takes
     OpcUa_StatusCode Status;      ///< what was found
     OpcUa_Int32 Depth;            ///< of what it was found in: 0 the peer's certificate, 1 its issuer ...
     OpcUa_Int32 ProviderError;    ///< the crypto library's own number
@@ -102,7 +102,10 @@ typedef struct OpcUa_CertificateValidation
 /// Channel events. Runs on the channel's own callback thread, in order, no lock held; it may block without
 /// holding up other channels, and may call any function but Connect, Disconnect (both answer BadInvalidState)
 /// and Delete (does nothing) of the same channel. For VerifyCertificate the result decides: Good goes on.
-/// Other events ignore the result.
+/// Other events ignore the result. VerifyCertificate has a thread of its own in the channel, so that it may
+/// ask a user: Connect waits for it, by its deadline or until it is cancelled, and ignores a later answer;
+/// Disconnect and other callbacks do not wait for it, Delete and the last OpcUa_ProxyStub_Clear do. A Connect
+/// that begins meanwhile asks its own question when the one before is answered, if that is in time.
 typedef OpcUa_StatusCode (*OpcUa_Channel_PfnEvent)(OpcUa_Channel channel, OpcUa_Channel_Event event,
                                                    OpcUa_StatusCode status, void* details, void* context);
 
@@ -158,11 +161,13 @@ OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channe
                                                                     const OpcUa_ChannelConnectInfo* info,
                                                                     OpcUa_UInt32* revisedLifetime);
 /// Closes the channel; pending calls complete with BadConnectionClosed and running callbacks end before it
-/// returns. Good also when the peer had gone; BadInvalidState when there was no connection. No event follows.
+/// returns, VerifyCertificate excepted. Good also when the peer had gone; BadInvalidState when there was no
+/// connection. No event follows. Ends a Connect that runs on another thread, as CancelConnect does, and waits
+/// for that.
 OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Disconnect(OpcUa_Channel channel);
 /// Ends a Connect that runs on another thread (it answers BadRequestCancelledByClient). Any thread.
 OPCUA_EXPORT void OpcUa_Channel_CancelConnect(OpcUa_Channel channel);
-/// Disconnects if need be, frees and nulls the handle.
+/// Disconnects if need be, frees and nulls the handle. No callback of the channel runs afterwards.
 OPCUA_EXPORT void OpcUa_Channel_Delete(OpcUa_Channel* channel);
 /// Whether a call would be sent now.
 OPCUA_EXPORT OpcUa_Boolean OpcUa_Channel_IsConnected(OpcUa_Channel channel);
