@@ -195,6 +195,26 @@ OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_BeginInvokeService(
     OpcUa_Channel channel, const OpcUa_EncodeableType* requestType, const void* request,
     const OpcUa_EncodeableType* responseType, OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
 
+/// Where the time of one call went. Stamps are nanoseconds of the system's monotonic clock; what a call never
+/// got to is 0.
+typedef struct OpcUa_CallMeasure
+{
+    OpcUa_UInt64 Encoded;   ///< the request's body was encoded
+    OpcUa_UInt64 Sent;      ///< the socket had taken the last of the request's bytes
+    OpcUa_UInt64 FirstByte; ///< the first bytes of the answer were read from the socket
+    OpcUa_UInt64 Decoded;   ///< the answer was decoded, be it a fault
+    /// Whole messages: over opc.tcp all chunks with their headers, padding and signatures, over HTTPS the
+    /// HTTP message with its header, before TLS.
+    OpcUa_UInt32 BytesOut;
+    OpcUa_UInt32 BytesIn; ///< what came of the answer, see BytesOut
+} OpcUa_CallMeasure;
+
+/// Measures the next service call that the calling thread makes, on any channel and by any of the functions
+/// above or of opcua_clientapi.h, whatever becomes of it. Nulls the record, which the caller keeps until the
+/// call has returned or, when a Begin function answered Good, the callback has been called: only then may it
+/// be read. A null measure takes it back.
+OPCUA_EXPORT void OpcUa_Channel_MeasureNextCall(OpcUa_CallMeasure* measure);
+
 #ifdef __cplusplus
 }
 #endif
