@@ -180,13 +180,14 @@ OpcUa_StatusCode OpcUa_Channel_InvokeService(OpcUa_Channel channel, const OpcUa_
                                              const void* request, const OpcUa_EncodeableType* responseType,
                                              void* response)
 {
+    OpcUa_CallMeasure* const measure = opcua::takeNextMeasure();
     if (response != nullptr && responseType != nullptr)
         OpcUa_EncodeableObject_Initialize(responseType, response);
     if (channel == nullptr || response == nullptr || !isServiceCall(requestType, request, responseType))
         return OpcUa_BadInvalidArgument;
     return guarded([&] {
         const auto owner = channel->channel; // lives until the call is over, even when the handle does not
-        return opcua::invokeService(*owner, *requestType, request, *responseType, response);
+        return opcua::invokeService(*owner, *requestType, request, *responseType, response, measure);
     });
 }
 
@@ -195,6 +196,7 @@ OpcUa_Channel_BeginInvokeService(OpcUa_Channel channel, const OpcUa_EncodeableTy
                                  const void* request, const OpcUa_EncodeableType* responseType,
                                  OpcUa_Channel_PfnRequestComplete callback, void* callbackData)
 {
+    OpcUa_CallMeasure* const measure = opcua::takeNextMeasure();
     if (channel == nullptr || callback == nullptr || !isServiceCall(requestType, request, responseType))
         return OpcUa_BadInvalidArgument;
     const auto complete = [channel, callback, callbackData](OpcUa_StatusCode status,
@@ -205,6 +207,13 @@ OpcUa_Channel_BeginInvokeService(OpcUa_Channel channel, const OpcUa_EncodeableTy
         callback(channel, response.release(), type, callbackData, status);
     };
     return guarded([&] {
-        return opcua::beginService(channel->channel, *requestType, request, *responseType, complete);
+        return opcua::beginService(channel->channel, *requestType, request, *responseType, complete, measure);
     });
+}
+
+void OpcUa_Channel_MeasureNextCall(OpcUa_CallMeasure* measure)
+{
+    if (measure != nullptr)
+        *measure = {};
+    opcua::measureNextCall(measure);
 }

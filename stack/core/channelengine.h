@@ -27,6 +27,7 @@ protected:
 
     SecureConversation m_conversation;
     Bytes m_output;
+    TimePoint m_frameBegan{}; ///< when the first bytes of the frame that is being handled arrived
 
 private:
     friend class EngineProbe; // for tests

@@ -1,6 +1,7 @@
 #include <stack/core/clientchannel.h>
 
 #include <opcua/opcua_statuscodes.h>
+#include <stack/core/callmeasure.h>
 #include <stack/core/secret.h>
 #include <stack/core/transportmessages.h>
 
@@ -289,8 +290,11 @@ void ClientChannel::handleMessage(const Frame& frame, TimePoint now)
     const auto chunk = m_conversation.readSymmetric(frame, now);
     if (!chunk)
         return fail(OpcUa_BadSecurityChecksFailed);
-    if (!m_requests.contains(chunk->requestId))
+    const PendingRequest* const request = m_requests.find(chunk->requestId);
+    if (request == nullptr)
         return handleUnawaited(*chunk);
+    if (request->measure != nullptr)
+        countAnswer(*request->measure, frame.bytes.size(), m_frameBegan);
     if (chunk->type == ChunkType::Abort)
         return handleAbort(*chunk);
     Bytes body;

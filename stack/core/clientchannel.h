@@ -64,6 +64,12 @@ public:
     /// Queues a request. Good: requestId is set and one completion follows, BadTimeout at the deadline.
     /// BadConnectionClosed, BadRequestTooLarge, BadTooManyOperations, BadEncodingError: nothing was queued.
     [[nodiscard]] OpcUa_StatusCode send(ByteView body, TimePoint deadline, OpcUa_UInt32& requestId);
+    /// Notes in the record what comes of the answer to a request that send has just accepted, until its
+    /// completion.
+    void measure(OpcUa_UInt32 requestId, OpcUa_CallMeasure& measure)
+    {
+        m_requests.measure(requestId, measure);
+    }
     /// Closes in good order; requests fail with BadConnectionClosed. No onClosed follows.
     void close();
 

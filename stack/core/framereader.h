@@ -35,6 +35,8 @@ public:
     /// is read.
     [[nodiscard]] Outcome next(MutableByteView& input, Frame& frame);
     [[nodiscard]] OpcUa_StatusCode fault() const { return m_fault; }
+    /// Whether the next frame has begun to arrive.
+    [[nodiscard]] bool hasPart() const { return !m_partial.empty() && !m_partialGivenOut; }
 
 private:
     [[nodiscard]] bool collect(MutableByteView& input, size_t wanted);

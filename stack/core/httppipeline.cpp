@@ -1,6 +1,7 @@
 #include <stack/core/httppipeline.h>
 
 #include <opcua/opcua_statuscodes.h>
+#include <stack/core/callmeasure.h>
 
 #include <algorithm>
 #include <string>
@@ -84,7 +85,7 @@ OpcUa_UInt32 HttpPipeline::send(ByteView body, TimePoint deadline, TimePoint now
     if (m_requests.empty())
         m_owedSince = now;
     m_lastUse = now;
-    m_requests.push_back({++m_lastId, deadline, paceOf(body), false});
+    m_requests.push_back({++m_lastId, deadline, paceOf(body)});
     ++m_byPace[static_cast<size_t>(m_requests.back().pace)];
     ++m_waiting;
     m_nextDeadline = std::min(m_nextDeadline, deadline);
@@ -95,7 +96,7 @@ void HttpPipeline::receive(ByteView bytes, TimePoint now)
 {
     HttpAnswer answer;
     while (m_state == State::Open) {
-        switch (m_reader.next(bytes, answer)) {
+        switch (read(bytes, answer, now)) {
         case HttpAnswerReader::Outcome::Answer:
             takeAnswer(std::move(answer), now);
             break;
@@ -107,6 +108,16 @@ void HttpPipeline::receive(ByteView bytes, TimePoint now)
             return end(State::Broken, OpcUa_BadConnectionClosed);
         }
     }
+}
+
+// Answers come in the order of the requests, so what comes now is the first one's.
+HttpAnswerReader::Outcome HttpPipeline::read(ByteView& bytes, HttpAnswer& answer, TimePoint now)
+{
+    const size_t before = bytes.size();
+    const HttpAnswerReader::Outcome outcome = m_reader.next(bytes, answer);
+    if (!m_requests.empty() && m_requests.front().measure != nullptr)
+        countAnswer(*m_requests.front().measure, before - bytes.size(), now);
+    return outcome;
 }
 
 void HttpPipeline::takeAnswer(HttpAnswer&& answer, TimePoint now)
@@ -175,6 +186,7 @@ void HttpPipeline::advance(TimePoint now)
         if (!request.abandoned && request.deadline <= now) {
             failRequest(request, OpcUa_BadTimeout);
             request.abandoned = true;
+            request.measure = nullptr;
         }
         if (!request.abandoned)
             m_nextDeadline = std::min(m_nextDeadline, request.deadline);

@@ -3,6 +3,7 @@
 // at a time.
 #pragma once
 
+#include <opcua/opcua_channel.h>
 #include <stack/core/httpanswerreader.h>
 #include <stack/core/httppace.h>
 
@@ -45,6 +46,8 @@ public:
 
     /// Queues a request; one completion follows, BadTimeout at the deadline. Only while open.
     [[nodiscard]] OpcUa_UInt32 send(ByteView body, TimePoint deadline, TimePoint now);
+    /// Notes in the record what comes of the answer to the request that was sent last, until its completion.
+    void measureLast(OpcUa_CallMeasure& measure) { m_requests.back().measure = &measure; }
     void receive(ByteView bytes, TimePoint now);
     /// Ends the stream: what waits fails with status. Nothing is ever sent twice, since nobody knows what the
     /// peer has carried out.
@@ -73,9 +76,11 @@ private:
         TimePoint deadline;
         HttpPace pace = HttpPace::Quick;
         bool abandoned = false; ///< told as timed out; its answer is still owed
+        OpcUa_CallMeasure* measure = nullptr;
     };
 
     [[nodiscard]] Request takeFirst();
+    [[nodiscard]] HttpAnswerReader::Outcome read(ByteView& bytes, HttpAnswer& answer, TimePoint now);
     void endIfForsaken();
     void takeAnswer(HttpAnswer&& answer, TimePoint now);
     void failRequest(const Request& request, OpcUa_StatusCode status, const std::string& reason = {});

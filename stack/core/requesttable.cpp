@@ -15,8 +15,8 @@ OpcUa_UInt32 RequestTable::reserveId()
 
 void RequestTable::add(OpcUa_UInt32 id, TimePoint deadline)
 {
-    m_earliest = m_deadlines.empty() ? deadline : std::min(m_earliest, deadline);
-    m_deadlines.emplace(id, deadline);
+    m_earliest = m_requests.empty() ? deadline : std::min(m_earliest, deadline);
+    m_requests.emplace(id, PendingRequest{deadline});
 }
 
 std::vector<OpcUa_UInt32> RequestTable::takeExpired(TimePoint now)
@@ -25,12 +25,12 @@ std::vector<OpcUa_UInt32> RequestTable::takeExpired(TimePoint now)
     if (nextDeadline() > now)
         return expired;
     m_earliest = never;
-    for (auto entry = m_deadlines.begin(); entry != m_deadlines.end();) {
-        if (entry->second <= now) {
+    for (auto entry = m_requests.begin(); entry != m_requests.end();) {
+        if (entry->second.deadline <= now) {
             expired.push_back(entry->first);
-            entry = m_deadlines.erase(entry);
+            entry = m_requests.erase(entry);
         } else {
-            m_earliest = std::min(m_earliest, entry->second);
+            m_earliest = std::min(m_earliest, entry->second.deadline);
             ++entry;
         }
     }

@@ -45,6 +45,7 @@ void CallbackQueue::start()
 void CallbackQueue::startLocked()
 {
     assertLocked(m_mutex);
+    m_retiring = false;
     if (m_running)
         return;
     if (m_thread.joinable())
@@ -77,13 +78,20 @@ void CallbackQueue::drain()
         m_thread.join();
 }
 
+void CallbackQueue::retire()
+{
+    const std::lock_guard lock(m_mutex);
+    m_retiring = true;
+    m_changed.notify_all();
+}
+
 void CallbackQueue::run()
 {
     t_queue = this;
     std::vector<Job> jobs;
     std::unique_lock lock(m_mutex);
     for (;;) {
-        while (!m_draining && m_jobs.empty()) {
+        while (!m_draining && !m_retiring && m_jobs.empty()) {
             m_waiting = true;
             m_changed.wait(lock);
         }

@@ -10,7 +10,8 @@
 
 namespace opcua {
 
-/// The thread starts with the first job and ends with drain; a channel without callbacks never has one.
+/// The thread starts with the first job and ends with drain or retire; a channel without callbacks never has
+/// one.
 class CallbackQueue
 {
 public:
@@ -30,6 +31,9 @@ public:
     void post(Job job);
     /// Returns when every job posted so far has run and the thread is joined. Not from a job of this queue.
     void drain();
+    /// Lets the thread end as soon as it has nothing to do, without waiting for that; start and post take it
+    /// back.
+    void retire();
     [[nodiscard]] bool isOwnThread() const;
     /// Whether the calling thread runs jobs of any queue.
     [[nodiscard]] static bool onCallbackThread();
@@ -45,6 +49,7 @@ private:
     bool m_waiting = false;
     bool m_running = false;
     bool m_draining = false;
+    bool m_retiring = false;
     std::thread m_thread;
 };
 

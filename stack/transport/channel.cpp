@@ -60,6 +60,7 @@ public:
     {
         if (!m_connected)
             m_channel.endConnection();
+        m_channel.m_questions.retire();
         m_channel.setState(m_connected ? State::Connected : State::Idle);
     }
     ConnectScope(const ConnectScope&) = delete;
@@ -75,14 +76,14 @@ OpcUa_StatusCode Channel::connect(const ConnectParameters& parameters, OpcUa_UIn
 {
     const TimePoint deadline = std::chrono::steady_clock::now() + parameters.timeout;
     const auto attempt = std::make_shared<Cancellation>();
-    if (m_callbacks.isOwnThread() || !beginConnect(attempt))
+    if (isOwnThread() || !beginConnect(attempt))
         return OpcUa_BadInvalidState;
     ConnectScope scope(*this);
     endConnection();
     m_opening = attempt;
     m_opened.reset();
     m_onEvent = parameters.onEvent;
-    if (m_onEvent || parameters.onCertificateFinding)
+    if (m_onEvent)
         m_callbacks.start();
     const OpcUa_StatusCode status = establish(parameters, deadline, attempt);
     if (OpcUa_IsBad(status)) {
@@ -152,38 +153,56 @@ OpcUa_StatusCode Channel::secure(const ConnectParameters& parameters, TimePoint 
         return made;
     const auto findings = checkCertificate(parameters.serverCertificate, *parameters.pki,
                                            findPolicyProfile(parameters.securityPolicyUri));
-    return judgeCertificate(findings, judgeOf(parameters, parameters.serverCertificate, deadline, attempt));
+    return judge(findings, parameters, parameters.serverCertificate, deadline, attempt);
 }
 
-// Empty when the application does not want to be asked. Looks into parameters, chain and attempt. Whatever is
-// wrong with an issuer, the question is whether to talk to this peer: its own chain is shown, for the issuer
-// of many must not be trusted as the server.
-FindingJudge Channel::judgeOf(const ConnectParameters& parameters, ByteView chain, TimePoint deadline,
-                              const std::shared_ptr<Cancellation>& attempt)
+// Whatever is wrong with an issuer, the question is whether to talk to this peer: its own chain is shown, for
+// the issuer of many must not be trusted as the server.
+OpcUa_StatusCode Channel::judge(const std::vector<CertificateFinding>& findings,
+                                const ConnectParameters& parameters, ByteView chain, TimePoint deadline,
+                                const std::shared_ptr<Cancellation>& attempt)
 {
-    if (!parameters.onCertificateFinding)
-        return {};
-    return [&parameters, &attempt, chain, deadline, this](const CertificateFinding& finding) {
-        CertificateFinding shown = finding;
-        shown.certificate.assign(chain.begin(), chain.end());
-        return askAbout(shown, parameters.onCertificateFinding, deadline, attempt);
-    };
+    FindingJudge ask;
+    if (parameters.onCertificateFinding)
+        ask = [&](const CertificateFinding& finding) {
+            CertificateFinding shown = finding;
+            shown.certificate.assign(chain.begin(), chain.end());
+            return askAbout(shown, parameters.onCertificateFinding, deadline, attempt);
+        };
+    const OpcUa_StatusCode status = judgeCertificate(findings, ask);
+    return OpcUa_IsBad(status) && attempt->cancelled() ? OpcUa_BadRequestCancelledByClient : status;
 }
 
-// The application may take its time with the answer, and this connect may be over before it comes.
-OpcUa_StatusCode Channel::askAbout(const CertificateFinding& finding, const FindingJudge& judge,
+// Changed and looked at under the attempt's lock.
+struct Channel::Question
+{
+    bool isOver = false; // nobody waits for the answer any more
+    std::optional<OpcUa_StatusCode> answer;
+};
+
+// The application may take its time with the answer, and this connect may be over before it comes; one that
+// has not been asked by then never is.
+OpcUa_StatusCode Channel::askAbout(const CertificateFinding& finding, const FindingJudge& asked,
                                    TimePoint deadline, const std::shared_ptr<Cancellation>& attempt)
 {
-    const auto answer = std::make_shared<std::optional<OpcUa_StatusCode>>();
-    m_callbacks.post([attempt, answer, judge, finding] {
-        const OpcUa_StatusCode result = judge(finding);
-        attempt->change([&] { *answer = result; });
+    if (attempt->cancelled() || std::chrono::steady_clock::now() >= deadline)
+        return finding.status;
+    const auto question = std::make_shared<Question>();
+    m_questions.start();
+    m_questions.post([attempt, question, asked, finding] {
+        bool isOver = false;
+        attempt->change([&] { isOver = question->isOver; });
+        if (isOver)
+            return;
+        const OpcUa_StatusCode result = asked(finding);
+        attempt->change([&] { question->answer = result; });
     });
+    static_cast<void>(attempt->wait(deadline, [&] { return question->answer.has_value(); }));
     OpcUa_StatusCode result = finding.status;
-    static_cast<void>(attempt->wait(deadline, [&] {
-        result = answer->value_or(finding.status);
-        return answer->has_value();
-    }));
+    attempt->change([&] {
+        question->isOver = true;
+        result = question->answer.value_or(result);
+    });
     return result;
 }
 
@@ -225,8 +244,7 @@ OpcUa_StatusCode Channel::openHttps(const ConnectParameters& parameters, const E
     server.certificate.assign(own->begin(), own->end());
     if (parameters.pki) {
         const auto findings = checkTlsCertificate(chain, url.host, *parameters.pki);
-        const OpcUa_StatusCode judged =
-            judgeCertificate(findings, judgeOf(parameters, chain, deadline, attempt));
+        const OpcUa_StatusCode judged = judge(findings, parameters, chain, deadline, attempt);
         if (OpcUa_IsBad(judged))
             return judged;
     }
@@ -272,7 +290,8 @@ void Channel::setState(State state)
 
 // ---- disconnect
 
-// Closes what there is of a connection; afterwards nothing of it is told any more and all callbacks have run.
+// Closes what there is of a connection; afterwards nothing of it is told any more and all callbacks have run,
+// but for questions.
 void Channel::endConnection()
 {
     std::shared_ptr<MessageTransport> connection;
@@ -288,10 +307,15 @@ void Channel::endConnection()
 
 OpcUa_StatusCode Channel::disconnect()
 {
-    if (m_callbacks.isOwnThread())
+    if (isOwnThread())
         return OpcUa_BadInvalidState;
     {
-        const std::lock_guard lock(m_mutex);
+        std::unique_lock lock(m_mutex);
+        if (m_state == State::Connecting) {
+            const auto attempt = m_attempt;
+            attempt->cancel();
+            m_stateChanged.wait(lock, [&] { return m_state != State::Connecting || m_attempt != attempt; });
+        }
         if (m_state != State::Connected)
             return OpcUa_BadInvalidState;
         m_state = State::Disconnecting;
@@ -303,7 +327,7 @@ OpcUa_StatusCode Channel::disconnect()
 
 bool Channel::shutdown()
 {
-    if (m_callbacks.isOwnThread())
+    if (isOwnThread())
         return false;
     cancelConnect();
     {
@@ -311,6 +335,7 @@ bool Channel::shutdown()
         m_stateChanged.wait(lock, [this] { return m_state == State::Idle || m_state == State::Connected; });
     }
     static_cast<void>(disconnect());
+    m_questions.drain();
     return true;
 }
 

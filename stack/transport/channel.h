@@ -17,6 +17,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace opcua {
 
@@ -39,7 +40,7 @@ struct ConnectParameters
     std::optional<PkiFolders> pki; ///< nothing: the server's certificate is taken as it is
     /// Both may be empty.
     std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> onEvent;
-    FindingJudge onCertificateFinding; ///< runs on the channel's callback thread
+    FindingJudge onCertificateFinding; ///< runs on a thread of the channel's own
 };
 
 class Channel final : public ConnectionObserver, public std::enable_shared_from_this<Channel>
@@ -47,15 +48,18 @@ class Channel final : public ConnectionObserver, public std::enable_shared_from_
 public:
     explicit Channel(std::shared_ptr<Runtime> runtime) : m_runtime(std::move(runtime)) {}
 
-    /// Blocks until the channel is open, the time is over or cancelConnect. Good; BadInvalidState when
-    /// connected, connecting or on a callback of this channel; else why it did not open.
+    /// Blocks until the channel is open, the time is over or somebody ends it. Good; BadInvalidState when
+    /// connected, connecting or on a callback of this channel; else why it did not open. A question about a
+    /// certificate may outlive it.
     [[nodiscard]] OpcUa_StatusCode connect(const ConnectParameters& parameters,
                                            OpcUa_UInt32& revisedLifetime);
     void cancelConnect();
-    /// Calls complete with BadConnectionClosed, and all callbacks have run when it returns. Good also when
-    /// the peer had gone; BadInvalidState when there was no connection, or on a callback of this channel.
+    /// Calls complete with BadConnectionClosed, and all callbacks but questions about certificates have run
+    /// when it returns. Good also when the peer had gone; BadInvalidState when there was no connection, or on
+    /// a callback of this channel. Ends a connect that runs.
     [[nodiscard]] OpcUa_StatusCode disconnect();
-    /// Ends a connect or a connection, whichever there is. False on a callback of this channel.
+    /// Ends a connect or a connection, whichever there is, and waits for every callback. False on a callback
+    /// of this channel.
     [[nodiscard]] bool shutdown();
     [[nodiscard]] bool isConnected() const;
 
@@ -70,6 +74,7 @@ public:
 private:
     enum class State { Idle, Connecting, Connected, Disconnecting };
     class ConnectScope;
+    struct Question;
 
     void onOpened(OpcUa_UInt32 revisedLifetime) override;
     void onRenewed() override;
@@ -80,9 +85,10 @@ private:
     [[nodiscard]] OpcUa_StatusCode secure(const ConnectParameters& parameters, TimePoint deadline,
                                           const std::shared_ptr<Cancellation>& attempt,
                                           std::unique_ptr<SecurityPolicy>& policy);
-    [[nodiscard]] FindingJudge judgeOf(const ConnectParameters& parameters, ByteView chain,
-                                       TimePoint deadline, const std::shared_ptr<Cancellation>& attempt);
-    [[nodiscard]] OpcUa_StatusCode askAbout(const CertificateFinding& finding, const FindingJudge& judge,
+    [[nodiscard]] OpcUa_StatusCode judge(const std::vector<CertificateFinding>& findings,
+                                         const ConnectParameters& parameters, ByteView chain,
+                                         TimePoint deadline, const std::shared_ptr<Cancellation>& attempt);
+    [[nodiscard]] OpcUa_StatusCode askAbout(const CertificateFinding& finding, const FindingJudge& asked,
                                             TimePoint deadline, const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode openChannel(const ConnectParameters& parameters, UniqueFd socket,
                                                std::unique_ptr<SecurityPolicy> policy, TimePoint deadline,
@@ -92,6 +98,7 @@ private:
                                              const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] OpcUa_StatusCode openTransport(std::shared_ptr<MessageTransport> transport,
                                                  TimePoint deadline, Cancellation& attempt);
+    [[nodiscard]] bool isOwnThread() const { return m_callbacks.isOwnThread() || m_questions.isOwnThread(); }
     [[nodiscard]] bool beginConnect(const std::shared_ptr<Cancellation>& attempt);
     [[nodiscard]] std::shared_ptr<MessageTransport> connection() const; ///< null when there was none
     void flush();
@@ -111,6 +118,9 @@ private:
     OpcUa_UInt32 m_revisedLifetime = 0;
     std::function<void(OpcUa_Channel_Event, OpcUa_StatusCode)> m_onEvent;
     CallbackQueue m_callbacks{[this] { flush(); }};
+    /// About certificates. Apart from the others, for the application may put them to its user, who comes
+    /// back to them when the connect is long over; nothing but shutdown waits for them.
+    CallbackQueue m_questions;
 };
 
 } // namespace opcua

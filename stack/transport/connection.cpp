@@ -66,11 +66,27 @@ OpcUa_StatusCode Connection::enqueueLocked(std::unique_lock<CheckedMutex>& lock,
         return OpcUa_BadResourceUnavailable;
     if (!m_changed.wait_until(lock, deadline, admitted))
         return OpcUa_BadTimeout;
+    OpcUa_CallMeasure* const measure = call->measure();
+    if (measure != nullptr)
+        m_sentStamps.reserve();
+    const size_t outputBefore = m_engine.output().size();
     OpcUa_UInt32 requestId = 0;
     const OpcUa_StatusCode status = m_engine.send(body, deadline, requestId);
-    if (OpcUa_IsGood(status))
-        m_calls.emplace(requestId, std::move(call));
-    return status;
+    if (OpcUa_IsBad(status))
+        return status;
+    m_calls.emplace(requestId, std::move(call));
+    if (measure != nullptr)
+        measureLocked(*measure, requestId, outputBefore);
+    return OpcUa_Good;
+}
+
+void Connection::measureLocked(OpcUa_CallMeasure& measure, OpcUa_UInt32 requestId, size_t outputBefore)
+{
+    assertLocked(m_mutex);
+    const size_t output = m_engine.output().size();
+    measure.BytesOut = static_cast<OpcUa_UInt32>(output - outputBefore);
+    m_sentStamps.add(measure, m_unsent.end() + output);
+    m_engine.measure(requestId, measure);
 }
 
 OpcUa_StatusCode Connection::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadline, bool mayWait)
@@ -322,6 +338,7 @@ void Connection::settleLocked()
     assertLocked(m_mutex);
     guardedLocked([&] { flushLocked(); });
     if (m_engine.state() == ClientChannel::State::Closed) {
+        m_sentStamps.clear();
         m_outcome.orphans.swap(m_calls);
         return leaveLoopLocked();
     }
@@ -356,6 +373,7 @@ void Connection::flushLocked()
     if (!m_socket)
         return;
     m_sendBlocked = !m_unsent.flush(m_socket.get());
+    m_sentStamps.stamp(m_unsent.sentInAll());
     m_changed.notify_all(); // there may be room for a request
 }
 
@@ -375,9 +393,14 @@ void Connection::watchLocked()
 void Connection::completeLocked(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body)
 {
     assertLocked(m_mutex);
-    auto node = m_calls.extract(requestId);
-    if (!node.empty())
-        m_outcome.completions.push_back({std::move(node.mapped()), status, std::move(body)});
+    const auto found = m_calls.find(requestId);
+    if (found == m_calls.end())
+        return;
+    auto& completion = m_outcome.completions.emplace_back(); // first, for it may fail, and the call be lost
+    if (const OpcUa_CallMeasure* const measure = found->second->measure())
+        m_sentStamps.forget(measure);
+    completion = {std::move(found->second), status, std::move(body)};
+    m_calls.erase(found);
 }
 
 void Connection::onOpened(OpcUa_UInt32 revisedLifetime)

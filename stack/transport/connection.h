@@ -8,6 +8,7 @@
 #include <stack/transport/keylog.h>
 #include <stack/transport/messagetransport.h>
 #include <stack/transport/sendbuffer.h>
+#include <stack/transport/sentstamps.h>
 
 #include <atomic>
 #include <cstdint>
@@ -83,6 +84,7 @@ private:
     [[nodiscard]] OpcUa_StatusCode enqueueLocked(std::unique_lock<CheckedMutex>& lock,
                                                  std::shared_ptr<Call> call, ByteView body,
                                                  TimePoint deadline, bool mayWait);
+    void measureLocked(OpcUa_CallMeasure& measure, OpcUa_UInt32 requestId, size_t outputBefore);
     [[nodiscard]] bool delayFlushLocked();
     void readFor(const AwaitedCall& call, TimePoint deadline);
     void completeLocked(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body);
@@ -113,6 +115,7 @@ private:
     std::unordered_map<OpcUa_UInt32, std::shared_ptr<Call>> m_calls;
     Outcome m_outcome;
     SendBuffer m_unsent;
+    SentStamps m_sentStamps;    ///< of m_calls only
     bool m_sendBlocked = false; ///< the socket is full
     bool m_watchingOutput = false;
     bool m_watchingInput = true;

@@ -97,14 +97,28 @@ void HttpLane::send(std::shared_ptr<Call> call, ByteView body, TimePoint deadlin
         m_outcome.completions.push_back({std::move(call), m_openFault, {}}); // it could not even be begun
         return;
     }
+    OpcUa_CallMeasure* const measure = call->measure();
+    if (measure != nullptr)
+        m_sentStamps.reserve();
+    const size_t outputBefore = m_pipeline.output().size();
     m_calls.emplace(m_pipeline.send(body, deadline, now), std::move(call));
+    if (measure == nullptr)
+        return;
+    measure->BytesOut = static_cast<OpcUa_UInt32>(m_pipeline.output().size() - outputBefore);
+    m_sentStamps.add(*measure);
+    m_pipeline.measureLast(*measure);
 }
 
 void HttpLane::complete(OpcUa_UInt32 requestId, OpcUa_StatusCode status, Bytes&& body)
 {
-    auto node = m_calls.extract(requestId);
-    if (!node.empty())
-        m_outcome.completions.push_back({std::move(node.mapped()), status, std::move(body)});
+    const auto found = m_calls.find(requestId);
+    if (found == m_calls.end())
+        return;
+    auto& completion = m_outcome.completions.emplace_back(); // first, for it may fail, and the call be lost
+    if (const OpcUa_CallMeasure* const measure = found->second->measure())
+        m_sentStamps.forget(measure);
+    completion = {std::move(found->second), status, std::move(body)};
+    m_calls.erase(found);
 }
 
 void HttpLane::onResponse(OpcUa_UInt32 requestId, Bytes&& body)
@@ -221,7 +235,10 @@ void HttpLane::flush()
     if (m_pipeline.state() == HttpPipeline::State::Finished)
         m_session->close();
     m_unsent.append(m_session->output());
+    if (m_phase == Phase::Open)
+        m_sentStamps.place(m_unsent.end()); // what they became under TLS is in there
     const bool full = !m_unsent.flush(m_socket.get());
+    m_sentStamps.stamp(m_unsent.sentInAll());
     if (full != m_watchingOutput && m_key != 0) {
         m_watchingOutput = full;
         m_loop->watchOutput(m_key, m_socket.get(), full);

@@ -6,6 +6,7 @@
 #include <stack/transport/messagetransport.h>
 #include <stack/transport/resolver.h>
 #include <stack/transport/sendbuffer.h>
+#include <stack/transport/sentstamps.h>
 #include <stack/transport/tlssession.h>
 
 #include <atomic>
@@ -131,6 +132,7 @@ private:
     std::unique_ptr<TlsSession> m_session;
     Bytes m_plain;
     SendBuffer m_unsent;
+    SentStamps m_sentStamps; ///< of m_calls only
     bool m_watchingOutput = false;
     std::uint64_t m_key = 0;
     TimePoint m_begun{};

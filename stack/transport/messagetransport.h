@@ -1,6 +1,7 @@
 // What a channel needs of the connection below it: one implementation for each transport profile.
 #pragma once
 
+#include <opcua/opcua_channel.h>
 #include <stack/core/protocol.h>
 
 #include <atomic>
@@ -14,15 +15,25 @@ namespace opcua {
 class Call
 {
 public:
+    /// measure may be null. It is written from when the transport has the call until complete begins, under
+    /// the transport's lock.
+    explicit Call(OpcUa_CallMeasure* measure) : m_measure(measure) {}
     virtual ~Call() = default;
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
     /// Exactly once, on any thread, with no lock of the stack held; must neither block nor throw.
     virtual void complete(OpcUa_StatusCode status, Bytes&& body) noexcept = 0;
+    [[nodiscard]] OpcUa_CallMeasure* measure() const { return m_measure; }
+
+private:
+    OpcUa_CallMeasure* const m_measure;
 };
 
 /// A call whose caller waits for the answer.
 class AwaitedCall final : public Call
 {
 public:
+    using Call::Call;
     void complete(OpcUa_StatusCode status, Bytes&& body) noexcept override;
     [[nodiscard]] bool isDone() const { return m_done.load(std::memory_order_acquire); }
     /// Blocks until the call is complete; hands its body out.

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <sys/socket.h>
 #include <utility>
 
@@ -21,12 +22,14 @@ bool SendBuffer::flush(int socket)
     bool full = false;
     while (size() != 0 && !full && !m_broken) {
         const ssize_t count = ::send(socket, m_bytes.data() + m_sent, size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (count >= 0)
+        if (count >= 0) {
             m_sent += static_cast<size_t>(count);
-        else if (errno == EAGAIN || errno == EWOULDBLOCK)
+            m_sentInAll += static_cast<std::uint64_t>(count);
+        } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
             full = true;
-        else if (errno != EINTR)
+        } else if (errno != EINTR) {
             m_broken = true;
+        }
     }
     if (m_broken)
         m_sent = m_bytes.size();

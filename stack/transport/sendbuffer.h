@@ -3,6 +3,8 @@
 
 #include <stack/core/protocol.h>
 
+#include <cstdint>
+
 namespace opcua {
 
 class SendBuffer
@@ -14,13 +16,18 @@ public:
     /// everything is dropped, now and later: the reader finds out why, and whether the peer said a last word.
     [[nodiscard]] bool flush(int socket);
     [[nodiscard]] size_t size() const { return m_bytes.size() - m_sent; }
+    /// How many bytes sockets have taken in all.
+    [[nodiscard]] std::uint64_t sentInAll() const { return m_sentInAll; }
+    /// As many, when all that is here has been sent.
+    [[nodiscard]] std::uint64_t end() const { return m_sentInAll + size(); }
     void clear();
 
 private:
     void dropSent();
 
     Bytes m_bytes;
-    size_t m_sent = 0;
+    size_t m_sent = 0; ///< of m_bytes
+    std::uint64_t m_sentInAll = 0;
     bool m_broken = false;
 };
 

@@ -1,6 +1,7 @@
 #include <stack/transport/servicecall.h>
 
 #include <opcua/opcua_statuscodes.h>
+#include <stack/core/callmeasure.h>
 #include <stack/encoding/memory.h>
 #include <stack/transport/trace.h>
 
@@ -15,10 +16,16 @@ namespace {
 
 constexpr OpcUa_UInt32 defaultTimeout = 10'000; // ms
 
+// A server may hold a Publish back until its hint is over, and its answer is on its way then: giving up at
+// the hint would lose the notifications in it.
+constexpr Milliseconds publishMargin{10'000};
+
 constexpr size_t keptCapacity = 64 * 1024;
 
 // A thread's requests take turns in one buffer.
 thread_local ByteBuffer t_spareBuffer;
+
+thread_local OpcUa_CallMeasure* t_nextMeasure = nullptr;
 
 class PreparedRequest
 {
@@ -45,15 +52,18 @@ private:
 };
 
 OpcUa_StatusCode prepare(const Channel& channel, const OpcUa_EncodeableType& type, const void* request,
-                         PreparedRequest& prepared)
+                         OpcUa_CallMeasure* measure, PreparedRequest& prepared)
 {
     const OpcUa_UInt32 hint = static_cast<const OpcUa_RequestHeader*>(request)->TimeoutHint;
     prepared.deadline = std::chrono::steady_clock::now() + Milliseconds{hint == 0 ? defaultTimeout : hint};
     const OpcUa_StatusCode status =
         encodeMessage(type, request, channel.runtime().encodingLimits(), prepared.buffer());
-    if (OpcUa_IsGood(status))
-        traceContent("Sending", type, prepared.body());
-    return status;
+    if (OpcUa_IsBad(status))
+        return status;
+    if (measure != nullptr)
+        measure->Encoded = stampOfNow();
+    traceContent("Sending", type, prepared.body());
+    return OpcUa_Good;
 }
 
 // A caller that went on; decoding and callback are the callback thread's.
@@ -61,8 +71,9 @@ class CallbackCall final : public Call, public std::enable_shared_from_this<Call
 {
 public:
     CallbackCall(std::shared_ptr<Channel> channel, const OpcUa_EncodeableType& responseType,
-                 ServiceCompletion completion)
-        : m_channel(std::move(channel)), m_responseType(responseType), m_completion(std::move(completion))
+                 ServiceCompletion completion, OpcUa_CallMeasure* measure)
+        : Call(measure), m_channel(std::move(channel)), m_responseType(responseType),
+          m_completion(std::move(completion))
     {
     }
 
@@ -79,7 +90,8 @@ private:
         DecodedMessage response;
         OpcUa_StatusCode status = m_status;
         if (OpcUa_IsGood(status))
-            status = takeResponse(m_body, m_channel->runtime().encodingLimits(), m_responseType, response);
+            status = takeResponse(m_body, m_channel->runtime().encodingLimits(), m_responseType, response,
+                                  measure());
         m_body = {};
         m_completion(status, std::move(response));
     }
@@ -93,14 +105,27 @@ private:
 
 } // namespace
 
+void measureNextCall(OpcUa_CallMeasure* measure)
+{
+    t_nextMeasure = measure;
+}
+
+OpcUa_CallMeasure* takeNextMeasure()
+{
+    return std::exchange(t_nextMeasure, nullptr);
+}
+
 OpcUa_StatusCode takeResponse(ByteView body, const EncodingLimits& limits,
-                              const OpcUa_EncodeableType& responseType, DecodedMessage& response)
+                              const OpcUa_EncodeableType& responseType, DecodedMessage& response,
+                              OpcUa_CallMeasure* measure)
 {
     const OpcUa_StatusCode status = decodeMessage(body, limits, response);
     if (status == OpcUa_BadDataTypeIdUnknown)
         return OpcUa_BadUnknownResponse;
     if (OpcUa_IsBad(status))
         return status;
+    if (measure != nullptr)
+        measure->Decoded = stampOfNow();
     traceContent("Received", *response.type, body);
     const bool fault = response.type == &OpcUa_ServiceFault_EncodeableType;
     if (!fault && response.type != &responseType)
@@ -112,13 +137,14 @@ OpcUa_StatusCode takeResponse(ByteView body, const EncodingLimits& limits,
 }
 
 OpcUa_StatusCode invokeService(Channel& channel, const OpcUa_EncodeableType& requestType, const void* request,
-                               const OpcUa_EncodeableType& responseType, void* response)
+                               const OpcUa_EncodeableType& responseType, void* response,
+                               OpcUa_CallMeasure* measure)
 {
     PreparedRequest prepared;
-    OpcUa_StatusCode status = prepare(channel, requestType, request, prepared);
+    OpcUa_StatusCode status = prepare(channel, requestType, request, measure, prepared);
     if (OpcUa_IsBad(status))
         return status;
-    const auto call = std::make_shared<AwaitedCall>();
+    const auto call = std::make_shared<AwaitedCall>(measure);
     status = channel.fetch(call, prepared.body(), prepared.deadline);
     if (OpcUa_IsBad(status))
         return status;
@@ -127,7 +153,7 @@ OpcUa_StatusCode invokeService(Channel& channel, const OpcUa_EncodeableType& req
     if (OpcUa_IsBad(status))
         return status;
     DecodedMessage message;
-    status = takeResponse(body, channel.runtime().encodingLimits(), responseType, message);
+    status = takeResponse(body, channel.runtime().encodingLimits(), responseType, message, measure);
     if (OpcUa_IsBad(status))
         return status;
     // the fields move over, the shell goes back
@@ -139,14 +165,17 @@ OpcUa_StatusCode invokeService(Channel& channel, const OpcUa_EncodeableType& req
 
 OpcUa_StatusCode beginService(const std::shared_ptr<Channel>& channel,
                               const OpcUa_EncodeableType& requestType, const void* request,
-                              const OpcUa_EncodeableType& responseType, ServiceCompletion completion)
+                              const OpcUa_EncodeableType& responseType, ServiceCompletion completion,
+                              OpcUa_CallMeasure* measure)
 {
     PreparedRequest prepared;
-    const OpcUa_StatusCode status = prepare(*channel, requestType, request, prepared);
+    const OpcUa_StatusCode status = prepare(*channel, requestType, request, measure, prepared);
     if (OpcUa_IsBad(status))
         return status;
     channel->callbacks().start();
-    auto call = std::make_shared<CallbackCall>(channel, responseType, std::move(completion));
+    if (&requestType == &OpcUa_PublishRequest_EncodeableType)
+        prepared.deadline += publishMargin;
+    auto call = std::make_shared<CallbackCall>(channel, responseType, std::move(completion), measure);
     return channel->send(std::move(call), prepared.body(), prepared.deadline, false);
 }
 

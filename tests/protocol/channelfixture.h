@@ -120,6 +120,8 @@ public:
         };
     }
     OpcUa_Channel handle() { return m_handle; }
+    /// Who asks for it deletes it.
+    OpcUa_Channel release() { return std::exchange(m_handle, nullptr); }
 
     OpcUa_ChannelConnectInfo info = defaultInfo();
 

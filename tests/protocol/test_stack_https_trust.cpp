@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <future>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace opcua::test {
@@ -151,26 +152,140 @@ TEST_F(StackHttps, ACertificateIsMadeForTheNameInTheAddress)
     EXPECT_EQ(judged.connect(peer, false, "127.0.0.1"), OpcUa_BadCertificateHostNameInvalid);
 }
 
-TEST_F(StackHttps, AnApplicationThatIsStillThinkingDoesNotHoldUpTheEndOfConnect)
+// ---- an application that asks its user
+
+// Its questions are answered when the test says so, and all with yes.
+class Thinking
 {
-    const HttpsPeer peer(serveAll);
-    TemporaryFolder empty;
-    const OpcUa_PkiConfiguration pki{empty.path().c_str(), nullptr, nullptr, nullptr};
-    std::promise<void> decided;
+public:
+    ~Thinking() { decide(); }
+    void decide()
+    {
+        if (!std::exchange(m_hasDecided, true))
+            m_decision.set_value();
+    }
+    void askedBy(Channel& channel)
+    {
+        channel.info.PkiConfiguration = &m_pki;
+        channel.info.CallbackContext = this;
+        channel.info.Callback = [](OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode, void* details,
+                                   void* context) -> OpcUa_StatusCode {
+            if (event == OpcUa_Channel_Event_VerifyCertificate)
+                static_cast<Thinking*>(context)->think(*static_cast<OpcUa_CertificateValidation*>(details));
+            return OpcUa_Good;
+        };
+    }
+    Mailbox<int> asked;
+    Mailbox<std::string> shown; // when the answer is given
+
+private:
+    void think(const OpcUa_CertificateValidation& finding)
+    {
+        asked.put(1);
+        m_decided.wait();
+        const OpcUa_ByteString& certificate = finding.Certificate;
+        shown.put({certificate.Data, certificate.Data + certificate.Length});
+    }
+
+    TemporaryFolder m_empty;
+    const std::string m_folder{m_empty.path()};
+    const OpcUa_PkiConfiguration m_pki{m_folder.c_str(), nullptr, nullptr, nullptr};
+    std::promise<void> m_decision;
+    const std::shared_future<void> m_decided{m_decision.get_future()};
+    bool m_hasDecided = false;
+};
+
+class StackHttpsQuestions : public StackHttps
+{
+protected:
+    // Runs action on another thread; when it does not end, the question that holds it up is answered.
+    template <typename Action>
+    OpcUa_StatusCode inTime(Action action)
+    {
+        auto result = std::async(std::launch::async, action);
+        const bool ended = result.wait_for(patience) == std::future_status::ready;
+        EXPECT_TRUE(ended);
+        if (!ended)
+            m_thinking.decide();
+        return result.get();
+    }
+    OpcUa_StatusCode connectBriefly(Channel& channel)
+    {
+        return inTime([&] { return channel.connect(m_peer.url(), 200); });
+    }
+    std::future<OpcUa_StatusCode> connectAtLeisure(Channel& channel)
+    {
+        return std::async(
+            std::launch::async, [&] { return channel.connect(m_peer.url(), 60'000); });
+    }
+
+    const TlsIdentity m_identity = makeIdentity();
+    const HttpsPeer m_peer{serveAll, m_identity};
+    Thinking m_thinking;
+};
+
+TEST_F(StackHttpsQuestions, OneThatIsOpenHoldsUpNeitherConnectNorDisconnect)
+{
+    LoopbackPeer plain(serving(answerAtOnce));
     HttpsChannel channel;
-    channel.info.PkiConfiguration = &pki;
-    channel.info.CallbackContext = &decided;
-    channel.info.Callback = [](OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_StatusCode, void*,
-                               void* context) -> OpcUa_StatusCode {
-        if (event == OpcUa_Channel_Event_VerifyCertificate)
-            static_cast<std::promise<void>*>(context)->get_future().wait();
-        return OpcUa_Good;
-    };
-    auto connected = std::async(std::launch::async, [&] { return channel.connect(peer.url(), 200); });
-    // the callback thread is drained before connect returns, so the answer has to come in the end
-    EXPECT_EQ(connected.wait_for(500ms), std::future_status::timeout);
-    decided.set_value();
-    EXPECT_EQ(connected.get(), OpcUa_BadCertificateUntrusted) << "the answer came too late";
+    m_thinking.askedBy(channel);
+    EXPECT_EQ(connectBriefly(channel), OpcUa_BadCertificateUntrusted);
+    EXPECT_TRUE(m_thinking.asked.waitForCount(1));
+    EXPECT_EQ(connectBriefly(channel), OpcUa_BadCertificateUntrusted) << "behind the first";
+    channel.info.TransportProfileUri = OpcUa_TransportProfile_UaTcp;
+    EXPECT_EQ(inTime([&] { return channel.connect(plain.url()); }), OpcUa_Good);
+    Mailbox<OpcUa_StatusCode> completed;
+    Channel::Completed completion = [&](OpcUa_StatusCode status) { completed.put(status); };
+    EXPECT_EQ(channel.begin(completion), OpcUa_Good);
+    EXPECT_TRUE(completed.waitForCount(1));
+    EXPECT_EQ(inTime([&] { return OpcUa_Channel_Disconnect(channel.handle()); }), OpcUa_Good);
+    channel.info.TransportProfileUri = OpcUa_TransportProfile_HttpsBinary;
+    auto last = connectAtLeisure(channel);
+    EXPECT_EQ(last.wait_for(100ms), std::future_status::timeout);
+    EXPECT_EQ(m_thinking.asked.values().size(), 1u);
+    m_thinking.decide();
+    EXPECT_EQ(last.get(), OpcUa_Good) << "the answer to its own question";
+    EXPECT_EQ(m_thinking.asked.values().size(), 2u) << "the second was over before anybody was asked";
+    const std::string certificate(m_identity.certificate.begin(), m_identity.certificate.end());
+    EXPECT_EQ(m_thinking.shown.values(), (std::vector<std::string>{certificate, certificate}));
+    EXPECT_EQ(channel.call(), OpcUa_Good);
+}
+
+TEST_F(StackHttpsQuestions, AConnectThatWaitsForOneEndsWhenItIsToldTo)
+{
+    HttpsChannel channel;
+    m_thinking.askedBy(channel);
+    auto cancelled = connectAtLeisure(channel);
+    EXPECT_TRUE(m_thinking.asked.waitForCount(1));
+    OpcUa_Channel_CancelConnect(channel.handle());
+    EXPECT_EQ(inTime([&] { return cancelled.get(); }), OpcUa_BadRequestCancelledByClient);
+    HttpsChannel other;
+    m_thinking.askedBy(other);
+    auto disconnected = connectAtLeisure(other);
+    EXPECT_TRUE(m_thinking.asked.waitForCount(2));
+    EXPECT_EQ(inTime([&] { return OpcUa_Channel_Disconnect(other.handle()); }), OpcUa_BadInvalidState);
+    EXPECT_EQ(inTime([&] { return disconnected.get(); }), OpcUa_BadRequestCancelledByClient);
+    m_thinking.decide();
+}
+
+TEST_F(StackHttpsQuestions, DeleteWaitsForTheAnswer)
+{
+    OpcUa_Channel handle = nullptr;
+    std::future<void> deleted;
+    {
+        HttpsChannel channel;
+        m_thinking.askedBy(channel);
+        EXPECT_EQ(connectBriefly(channel), OpcUa_BadCertificateUntrusted);
+        EXPECT_TRUE(m_thinking.asked.waitForCount(1));
+        handle = channel.release();
+    }
+    deleted = std::async(std::launch::async, [&] { OpcUa_Channel_Delete(&handle); });
+    EXPECT_EQ(deleted.wait_for(100ms), std::future_status::timeout);
+    EXPECT_TRUE(m_thinking.shown.values().empty());
+    m_thinking.decide();
+    deleted.get();
+    EXPECT_EQ(m_thinking.shown.values().size(), 1u);
+    EXPECT_EQ(handle, nullptr);
 }
 
 TEST_F(StackHttps, KeysAreWrittenOnlyForWhomTheEnvironmentNames)

@@ -197,6 +197,48 @@ TEST_F(StackTransport, CallsEndAtTheirTimeAndTheChannelGoesOn)
     EXPECT_EQ(channel.call(), OpcUa_Good);
 }
 
+OpcUa_StatusCode beginPublish(OpcUa_Channel channel, OpcUa_UInt32 hint, Mailbox<OpcUa_StatusCode>& completed)
+{
+    OpcUa_PublishRequest request;
+    OpcUa_PublishRequest_Initialize(&request);
+    request.RequestHeader.TimeoutHint = hint;
+    return OpcUa_ClientApi_BeginPublish(
+        channel, &request,
+        [](OpcUa_Channel, void* response, const OpcUa_EncodeableType* type, void* data,
+           OpcUa_StatusCode status) {
+            if (response != nullptr)
+                OpcUa_EncodeableObject_Delete(type, &response);
+            static_cast<Mailbox<OpcUa_StatusCode>*>(data)->put(status);
+        },
+        &completed);
+}
+
+// Servers hold a Publish back for as long as its hint allows.
+TEST_F(StackTransport, APublishHearsTheAnswerThatComesShortlyAfterItsHint)
+{
+    constexpr OpcUa_UInt32 hint = 200;
+    std::promise<void> overdue;
+    const auto hintIsOver = overdue.get_future().share();
+    LoopbackPeer peer(serving([&](ServerChannel& channel, OpcUa_UInt32 id, const Bytes&) {
+        hintIsOver.wait();
+        OpcUa_PublishResponse response;
+        OpcUa_PublishResponse_Initialize(&response);
+        channel.respond(id, encoded(OpcUa_PublishResponse_EncodeableType, response));
+    }));
+    Mailbox<OpcUa_StatusCode> published;
+    Mailbox<OpcUa_StatusCode> others;
+    Channel::Completed completed = [&](OpcUa_StatusCode status) { others.put(status); };
+    Channel channel;
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    ASSERT_EQ(beginPublish(channel.handle(), hint, published), OpcUa_Good);
+    EXPECT_EQ(channel.begin(completed, hint + 100), OpcUa_Good);
+    EXPECT_TRUE(others.waitForCount(1)); // and with it the other's hint is over by 100 ms
+    EXPECT_EQ(others.values(), std::vector<OpcUa_StatusCode>{OpcUa_BadTimeout});
+    overdue.set_value();
+    ASSERT_TRUE(published.waitForCount(1));
+    EXPECT_EQ(published.values(), std::vector<OpcUa_StatusCode>{OpcUa_Good});
+}
+
 TEST_F(StackTransport, LossReachesEveryCallAndTheListener)
 {
     LoopbackPeer peer([](PeerSocket& socket) {

@@ -93,7 +93,7 @@ typedef enum OpcUa_Channel_Event {
 
 typedef struct OpcUa_CertificateValidation
 {
-    OpcUa_ByteString Certificate; ///< DER, valid during the callback only
+    OpcUa_ByteString Certificate; ///< DER, valid during the callback, however long that takes
     OpcUa_StatusCode Status;      ///< what was found
     OpcUa_Int32 Depth;            ///< of what it was found in: 0 the peer's certificate, 1 its issuer ...
     OpcUa_Int32 ProviderError;    ///< the crypto library's own number
@@ -102,7 +102,10 @@ typedef struct OpcUa_CertificateValidation
 /// Channel events. Runs on the channel's own callback thread, in order, no lock held; it may block without
 /// holding up other channels, and may call any function but Connect, Disconnect (both answer BadInvalidState)
 /// and Delete (does nothing) of the same channel. For VerifyCertificate the result decides: Good goes on.
-/// Other events ignore the result.
+/// Other events ignore the result. VerifyCertificate has a thread of its own in the channel, so that it may
+/// ask a user: Connect waits for it, by its deadline or until it is cancelled, and ignores a later answer;
+/// Disconnect and other callbacks do not wait for it, Delete and the last OpcUa_ProxyStub_Clear do. A Connect
+/// that begins meanwhile asks its own question when the one before is answered, if that is in time.
 typedef OpcUa_StatusCode (*OpcUa_Channel_PfnEvent)(OpcUa_Channel channel, OpcUa_Channel_Event event,
                                                    OpcUa_StatusCode status, void* details, void* context);
 
@@ -158,11 +161,13 @@ OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channe
                                                                     const OpcUa_ChannelConnectInfo* info,
                                                                     OpcUa_UInt32* revisedLifetime);
 /// Closes the channel; pending calls complete with BadConnectionClosed and running callbacks end before it
-/// returns. Good also when the peer had gone; BadInvalidState when there was no connection. No event follows.
+/// returns, VerifyCertificate excepted. Good also when the peer had gone; BadInvalidState when there was no
+/// connection. No event follows. Ends a Connect that runs on another thread, as CancelConnect does, and waits
+/// for that.
 OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_Disconnect(OpcUa_Channel channel);
 /// Ends a Connect that runs on another thread (it answers BadRequestCancelledByClient). Any thread.
 OPCUA_EXPORT void OpcUa_Channel_CancelConnect(OpcUa_Channel channel);
-/// Disconnects if need be, frees and nulls the handle.
+/// Disconnects if need be, frees and nulls the handle. No callback of the channel runs afterwards.
 OPCUA_EXPORT void OpcUa_Channel_Delete(OpcUa_Channel* channel);
 /// Whether a call would be sent now.
 OPCUA_EXPORT OpcUa_Boolean OpcUa_Channel_IsConnected(OpcUa_Channel channel);
@@ -180,13 +185,35 @@ typedef void (*OpcUa_Channel_PfnRequestComplete)(OpcUa_Channel channel, void* re
 /// bad; else the service result, BadTimeout, BadConnectionClosed, BadUnknownResponse, BadDecodingError ...
 /// BadRequestTooLarge when the peer would not take it; BadInvalidArgument when a type has no header.
 /// BeginInvoke never blocks: BadResourceUnavailable when the peer does not take what was sent before,
-/// BadTooManyOperations when too many calls wait; the callback runs when it answers Good, only then.
+/// BadTooManyOperations when too many calls wait; the callback runs when it answers Good, only then. A
+/// Publish that does not block waits 10 s longer than its TimeoutHint, so that what a server sends at the
+/// hint arrives.
 OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
 OpcUa_Channel_InvokeService(OpcUa_Channel channel, const OpcUa_EncodeableType* requestType,
                             const void* request, const OpcUa_EncodeableType* responseType, void* response);
 OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Channel_BeginInvokeService(
     OpcUa_Channel channel, const OpcUa_EncodeableType* requestType, const void* request,
     const OpcUa_EncodeableType* responseType, OpcUa_Channel_PfnRequestComplete callback, void* callbackData);
+
+/// Where the time of one call went. Stamps are nanoseconds of the system's monotonic clock; what a call never
+/// got to is 0.
+typedef struct OpcUa_CallMeasure
+{
+    OpcUa_UInt64 Encoded;   ///< the request's body was encoded
+    OpcUa_UInt64 Sent;      ///< the socket had taken the last of the request's bytes
+    OpcUa_UInt64 FirstByte; ///< the first bytes of the answer were read from the socket
+    OpcUa_UInt64 Decoded;   ///< the answer was decoded, be it a fault
+    /// Whole messages: over opc.tcp all chunks with their headers, padding and signatures, over HTTPS the
+    /// HTTP message with its header, before TLS.
+    OpcUa_UInt32 BytesOut;
+    OpcUa_UInt32 BytesIn; ///< what came of the answer, see BytesOut
+} OpcUa_CallMeasure;
+
+/// Measures the next service call that the calling thread makes, on any channel and by any of the functions
+/// above or of opcua_clientapi.h, whatever becomes of it. Nulls the record, which the caller keeps until the
+/// call has returned or, when a Begin function answered Good, the callback has been called: only then may it
+/// be read. A null measure takes it back.
+OPCUA_EXPORT void OpcUa_Channel_MeasureNextCall(OpcUa_CallMeasure* measure);
 
 #ifdef __cplusplus
 }
