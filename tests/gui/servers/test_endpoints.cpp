@@ -83,6 +83,16 @@ TEST(EndpointChoice, Table)
         << "an invalid mode is never met";
 }
 
+TEST(EndpointPassword, TravelsInTheClearUnlessItOrTheConnectionIsEncrypted)
+{
+    EXPECT_TRUE(qlumSendsClearPassword(endpoint("opc.tcp://h", noPolicy, 1)));
+    EXPECT_TRUE(qlumSendsClearPassword(endpoint("http://h", noPolicy, 1)));
+    EXPECT_TRUE(qlumSendsClearPassword(endpoint("httpsx://h", noPolicy, 1)));
+    EXPECT_FALSE(qlumSendsClearPassword(endpoint("https://h", noPolicy, 1)));
+    EXPECT_FALSE(qlumSendsClearPassword(endpoint("HTTPS://h", noPolicy, 1)));
+    EXPECT_FALSE(qlumSendsClearPassword(endpoint("opc.tcp://h", basic, 2)));
+}
+
 QlumDiscoverySetting fullSetting()
 {
     QlumDiscoverySetting setting;
