@@ -1,5 +1,6 @@
 #include <servers/qlumendpoint.h>
 
+#include <opcua/opcua_endpointurl.h>
 #include <opcua/opcua_types.h>
 
 #include <algorithm>
@@ -58,6 +59,12 @@ QlumEndpoint qlumEndpoint(const OpcUa_EndpointDescription& description)
     return endpoint;
 }
 
+QLatin1String qlumSchemeOf(const QString& url)
+{
+    const QByteArray text = url.toUtf8();
+    return QLatin1String(OpcUa_EndpointUrl_GetScheme(text.constData(), static_cast<size_t>(text.size())));
+}
+
 QString qlumPolicyName(const QString& securityPolicyUri)
 {
     return securityPolicyUri.section(QLatin1Char('#'), -1);
@@ -93,6 +100,6 @@ QString qlumPasswordPolicy(const QlumEndpoint& endpoint)
 bool qlumSendsClearPassword(const QlumEndpoint& endpoint)
 {
     return endpoint.securityMode != OpcUa_MessageSecurityMode_SignAndEncrypt &&
-           !endpoint.url.startsWith(QLatin1String("https:")) &&
+           qlumSchemeOf(endpoint.url) != QLatin1String("https") &&
            qlumPasswordPolicy(endpoint) == qlumPolicyNone();
 }

@@ -53,6 +53,8 @@ inline constexpr int certificateSize = 256 * 1024;
 
 /// The stack's structure as a value, cut to the limits.
 [[nodiscard]] QlumEndpoint qlumEndpoint(const OpcUa_EndpointDescription& description);
+/// The scheme in lower case, static; empty when it is none of those that the stack knows.
+[[nodiscard]] QLatin1String qlumSchemeOf(const QString& url);
 /// "None", "Basic256Sha256"...: what follows the '#' of a policy URI, else the URI itself.
 [[nodiscard]] QString qlumPolicyName(const QString& securityPolicyUri);
 /// "None", "Sign", "SignAndEncrypt"; "Invalid" otherwise.

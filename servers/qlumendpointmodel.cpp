@@ -2,6 +2,7 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumguithread.h>
+#include <opcua/opcua_endpointurl.h>
 
 #include <QModelIndex>
 #include <QString>
@@ -14,7 +15,7 @@ namespace {
 QString withoutHost(const QString& text)
 {
     const QUrl url(text);
-    return QStringLiteral("%1|%2|%3").arg(url.scheme()).arg(url.port(4840)).arg(url.path());
+    return QStringLiteral("%1|%2|%3").arg(url.scheme()).arg(url.port(OPCUA_DEFAULT_PORT)).arg(url.path());
 }
 } // namespace
 

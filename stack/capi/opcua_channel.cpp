@@ -1,6 +1,7 @@
 #include <opcua/opcua_channel.h>
 #include <stack/capi/guard.h>
 #include <stack/capi/validation.h>
+#include <stack/core/endpointurl.h>
 #include <stack/transport/servicecall.h>
 
 #include <memory>
@@ -30,7 +31,7 @@ std::string textOf(const char* text)
 // Without a profile the address decides; nothing for a profile that is not there.
 std::optional<opcua::TransportProfile> profileOf(const std::string& uri, std::string_view url)
 {
-    if (uri == OpcUa_TransportProfile_UaTcp || (uri.empty() && !url.starts_with("https:")))
+    if (uri == OpcUa_TransportProfile_UaTcp || (uri.empty() && opcua::schemeOf(url) != opcua::httpsScheme))
         return opcua::TransportProfile::UaTcp;
     if (uri == OpcUa_TransportProfile_HttpsBinary || uri.empty())
         return opcua::TransportProfile::Https;

@@ -212,6 +212,12 @@ OpcUa_StatusCode OpcUa_CryptoProvider_GenerateNonce(OpcUa_UInt32 length, OpcUa_B
     });
 }
 
+size_t OpcUa_Certificate_GetFirstLength(const OpcUa_Byte* chain, size_t length)
+{
+    const auto first = opcua::firstOfChain({chain, length});
+    return first ? first->size() : 0;
+}
+
 OpcUa_StatusCode OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateChain,
                                           const OpcUa_PkiConfiguration* pki, const char* securityPolicyUri,
                                           OpcUa_Certificate_PfnVerify callback, void* context)

@@ -5,13 +5,14 @@
 
 #include <algorithm>
 #include <charconv>
+#include <ranges>
 #include <system_error>
 
 namespace opcua {
 
 namespace {
 
-constexpr std::string_view schemeSeparator = "://";
+constexpr std::string_view separator = "://";
 constexpr size_t maxHostLength = 255;
 
 char lower(char c)
@@ -47,8 +48,7 @@ bool parseAuthority(std::string_view authority, EndpointUrl& url)
         host = authority.substr(0, colon);
         rest = authority.substr(colon);
     }
-    if (host.empty() || host.size() > maxHostLength ||
-        host.find_first_of("@[]\\?#") != std::string_view::npos)
+    if (host.empty() || host.size() > maxHostLength || host.find_first_of("@[]\\#") != std::string_view::npos)
         return false;
     url.host = host;
     return rest.empty() || (rest.front() == ':' && parsePort(rest.substr(1), url.port));
@@ -56,21 +56,33 @@ bool parseAuthority(std::string_view authority, EndpointUrl& url)
 
 } // namespace
 
+std::string_view schemeOf(std::string_view text)
+{
+    const size_t colon = text.find(':');
+    if (colon == std::string_view::npos)
+        return {};
+    const std::string_view scheme = text.substr(0, colon);
+    for (const std::string_view known : {opcTcpScheme, httpsScheme, httpScheme})
+        if (std::ranges::equal(scheme, known, {}, lower))
+            return known;
+    return {};
+}
+
 OpcUa_StatusCode parseEndpointUrl(std::string_view text, EndpointUrl& url)
 {
     url = {};
-    const size_t separator = text.find(schemeSeparator);
-    if (text.size() > maxUrlLength || separator == std::string_view::npos ||
+    const std::string_view scheme = schemeOf(text);
+    if (text.size() > maxUrlLength || scheme.empty() || !text.substr(scheme.size()).starts_with(separator) ||
         !std::all_of(text.begin(), text.end(), isPlain))
         return OpcUa_BadTcpEndpointUrlInvalid;
-    url.scheme = text.substr(0, separator);
-    std::transform(url.scheme.begin(), url.scheme.end(), url.scheme.begin(), lower);
-    const std::string_view rest = text.substr(separator + schemeSeparator.size());
-    const size_t slash = rest.find('/');
-    if ((url.scheme != "opc.tcp" && url.scheme != "https") || !parseAuthority(rest.substr(0, slash), url))
+    EndpointUrl parts;
+    parts.scheme = scheme;
+    const std::string_view rest = text.substr(scheme.size() + separator.size());
+    const size_t end = std::min(rest.find_first_of("/?"), rest.size());
+    if (!parseAuthority(rest.substr(0, end), parts))
         return OpcUa_BadTcpEndpointUrlInvalid;
-    if (slash != std::string_view::npos)
-        url.path = rest.substr(slash);
+    parts.path = rest.substr(end);
+    url = parts;
     return OpcUa_Good;
 }
 

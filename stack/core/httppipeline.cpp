@@ -28,7 +28,7 @@ std::string encodedPath(std::string_view path)
         result += hexDigits[byte >> 4];
         result += hexDigits[byte & 15];
     }
-    return result.empty() ? "/" : result;
+    return result.starts_with('/') ? result : '/' + result; // an address may have a query and no path
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Certificates as they come over the wire, taken apart once.
 #pragma once
 
+#include <opcua/opcua_crypto.h>
 #include <stack/security/algorithms.h>
 
 #include <memory>
@@ -10,8 +11,8 @@
 
 namespace opcua {
 
-inline constexpr size_t maxCertificateSize = 1024 * 1024;
-inline constexpr size_t maxChainLength = 10;
+inline constexpr size_t maxCertificateSize = OPCUA_MAXIMUM_CERTIFICATE_LENGTH;
+inline constexpr size_t maxChainLength = OPCUA_MAXIMUM_CERTIFICATE_CHAIN;
 
 /// One certificate; never changes once made, so any thread may use it.
 class Certificate

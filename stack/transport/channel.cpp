@@ -33,11 +33,12 @@ OpcUa_StatusCode checkHttpsSecurity(const ConnectParameters& parameters)
 // What is known of the server before the TLS session.
 HttpServer serverOf(const ConnectParameters& parameters, const EndpointUrl& url, const UniqueFd& socket)
 {
-    const bool v6 = url.host.find(':') != std::string::npos;
-    const std::string authority = (v6 ? '[' + url.host + ']' : url.host) + ':' + std::to_string(url.port);
+    const std::string host(url.host);
+    const bool v6 = host.find(':') != std::string::npos;
+    const std::string authority = (v6 ? '[' + host + ']' : host) + ':' + std::to_string(url.port);
     const bool none = parameters.securityPolicyUri == OpcUa_SecurityPolicy_None;
     HttpServer server;
-    server.host = url.host;
+    server.host = host;
     server.requestHead = httpRequestHead(authority, url.path, none ? "" : parameters.securityPolicyUri);
     server.connectTimeout = parameters.timeout;
     server.address.length = sizeof server.address.storage;
@@ -119,12 +120,12 @@ OpcUa_StatusCode Channel::establish(const ConnectParameters& parameters, TimePoi
     std::vector<SocketAddress> addresses;
     UniqueFd socket;
     OpcUa_StatusCode status = parseEndpointUrl(parameters.url, url);
-    if (OpcUa_IsGood(status) && (url.scheme == "https") != https)
+    if (OpcUa_IsGood(status) && url.scheme != (https ? httpsScheme : opcTcpScheme))
         status = OpcUa_BadTcpEndpointUrlInvalid;
     if (OpcUa_IsGood(status))
         status = https ? checkHttpsSecurity(parameters) : secure(parameters, deadline, attempt, policy);
     if (OpcUa_IsGood(status))
-        status = m_runtime->resolver().resolve(url.host, url.port, deadline, attempt, addresses);
+        status = m_runtime->resolver().resolve(std::string(url.host), url.port, deadline, attempt, addresses);
     if (OpcUa_IsGood(status))
         status = connectTcp(addresses, deadline, *attempt, socket);
     if (OpcUa_IsBad(status))
@@ -232,7 +233,7 @@ OpcUa_StatusCode Channel::openHttps(const ConnectParameters& parameters, const E
     server.maxBodySize = m_runtime->channelLimits().maxMessageSize;
     if (!server.tls)
         return OpcUa_BadOutOfMemory;
-    auto session = std::make_unique<TlsSession>(*server.tls, url.host);
+    auto session = std::make_unique<TlsSession>(*server.tls, server.host);
     const OpcUa_StatusCode shaken = shakeHands(socket, *session, deadline, *attempt);
     if (OpcUa_IsBad(shaken))
         return shaken;
@@ -243,7 +244,7 @@ OpcUa_StatusCode Channel::openHttps(const ConnectParameters& parameters, const E
         return OpcUa_BadCertificateInvalid;
     server.certificate.assign(own->begin(), own->end());
     if (parameters.pki) {
-        const auto findings = checkTlsCertificate(chain, url.host, *parameters.pki);
+        const auto findings = checkTlsCertificate(chain, server.host, *parameters.pki);
         const OpcUa_StatusCode judged = judge(findings, parameters, chain, deadline, attempt);
         if (OpcUa_IsBad(judged))
             return judged;

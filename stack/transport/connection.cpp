@@ -126,7 +126,8 @@ void Connection::close()
     m_engine.close();
     settleAndDispatch(lock);
     lock.lock();
-    m_changed.wait(lock, [this] { return !isDispatchingLocked() && !m_callerReads; });
+    m_changed.wait(lock, [this] { return !m_callerReads; });
+    m_order.drainLocked(lock);
 }
 
 bool Connection::isOpen() const
@@ -161,7 +162,8 @@ public:
     void takeLocked()
     {
         assertLocked(m_connection.m_mutex);
-        if (!m_connection.m_socket || m_connection.m_callerReads || m_connection.isDispatchingLocked())
+        if (!m_connection.m_socket || m_connection.m_callerReads ||
+            m_connection.m_order.isDispatchingLocked())
             return;
         m_held = true;
         m_connection.m_callerReads = true;
@@ -286,30 +288,11 @@ void Connection::endWithoutMemoryLocked()
 
 // ---- after each use of the engine
 
-// Sends the engine's output, sets the timer and dispatches the outcome; unlocks. Outcomes are dispatched
-// without the mutex, but in the order of their tickets, which they draw under it: the thread with a later
-// ticket waits until the earlier ones are through.
+// Sends the engine's output, sets the timer and dispatches the outcome; unlocks.
 void Connection::settleAndDispatch(std::unique_lock<CheckedMutex>& lock)
 {
     settleLocked();
-    Outcome outcome = std::exchange(m_outcome, {});
-    if (outcome.empty()) {
-        lock.unlock();
-        return;
-    }
-    const std::uint64_t ticket = m_nextTicket++;
-    m_changed.wait(lock, [&] { return m_dispatchedTickets == ticket; });
-    lock.unlock();
-    try {
-        dispatch(outcome);
-    } catch (const std::bad_alloc&) {
-        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "No memory to tell what has become of a connection");
-    }
-    outcome = {}; // before the ticket is through: who waits for that may free what the calls refer to
-    lock.lock();
-    ++m_dispatchedTickets;
-    lock.unlock();
-    m_changed.notify_all();
+    m_order.dispatch(lock, std::exchange(m_outcome, {}), [this](Outcome& outcome) { dispatch(outcome); });
 }
 
 void Connection::dispatch(Outcome& outcome)

@@ -4,6 +4,7 @@
 
 #include <stack/core/clientchannel.h>
 #include <stack/transport/checkedmutex.h>
+#include <stack/transport/dispatchorder.h>
 #include <stack/transport/eventloop.h>
 #include <stack/transport/keylog.h>
 #include <stack/transport/messagetransport.h>
@@ -24,7 +25,7 @@ namespace opcua {
 /// Threads: the engine is used under this object's mutex. A caller's thread puts a request into the engine
 /// and writes what the socket takes; the rest is the event loop's. What arrives is read by one thread at a
 /// time: by a caller who waits for his answer, the first of those that wait, or by the event loop when nobody
-/// does. Completions and events are dispatched without the mutex, in the order in which they happened.
+/// does. Completions and events are dispatched as DispatchOrder says.
 class Connection final : public MessageTransport,
                          public EventHandler,
                          public std::enable_shared_from_this<Connection>,
@@ -99,17 +100,13 @@ private:
     void leaveLoopLocked();
     void settleAndDispatch(std::unique_lock<CheckedMutex>& lock);
     void dispatch(Outcome& outcome);
-    [[nodiscard]] bool isDispatchingLocked() const
-    {
-        assertLocked(m_mutex);
-        return m_dispatchedTickets != m_nextTicket;
-    }
 
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
     const std::shared_ptr<KeyLog> m_keyLog; ///< null: keys are nobody's business
     mutable CheckedMutex m_mutex;
-    CheckedCondition m_changed; ///< room to send, end of the channel, a ticket dispatched
+    CheckedCondition m_changed; ///< room to send, end of the channel, a caller who has read
+    DispatchOrder m_order{m_mutex};
     UniqueFd m_socket;
     ClientChannel m_engine;
     std::unordered_map<OpcUa_UInt32, std::shared_ptr<Call>> m_calls;
@@ -120,10 +117,8 @@ private:
     bool m_watchingOutput = false;
     bool m_watchingInput = true;
     bool m_callerReads = false;
-    UniqueFd m_closingSocket;              ///< of a closed connection, until the caller who reads has noticed
-    Bytes m_callerScratch;                 ///< what the caller who reads reads into
-    std::uint64_t m_nextTicket = 0;        ///< each outcome draws one
-    std::uint64_t m_dispatchedTickets = 0; ///< outcomes dispatched so far, in the order of their tickets
+    UniqueFd m_closingSocket; ///< of a closed connection, until the caller who reads has noticed
+    Bytes m_callerScratch;    ///< what the caller who reads reads into
     std::uint64_t m_key = 0;
     std::atomic<TimePoint> m_deadline{never};
 };

@@ -119,7 +119,7 @@ void HttpsConnection::close()
         endLocked(State::Closed, OpcUa_BadConnectionClosed);
     settleAndDispatch(lock, std::chrono::steady_clock::now());
     lock.lock();
-    m_changed.wait(lock, [this] { return m_dispatching == 0; });
+    m_order.drainLocked(lock);
 }
 
 bool HttpsConnection::isOpen() const
@@ -167,24 +167,8 @@ void HttpsConnection::guardedLocked(Use use)
 void HttpsConnection::settleAndDispatch(std::unique_lock<CheckedMutex>& lock, TimePoint now)
 {
     settleLocked(now);
-    HttpOutcome outcome = std::exchange(m_outcome, {});
-    if (outcome.empty()) {
-        lock.unlock();
-        m_changed.notify_all(); // there may be room to send
-        return;
-    }
-    ++m_dispatching;
-    lock.unlock();
-    try {
-        dispatch(outcome);
-    } catch (const std::bad_alloc&) {
-        OpcUa_Trace(OPCUA_TRACE_LEVEL_ERROR, "No memory to tell what has become of a connection");
-    }
-    outcome = {}; // whoever waits for this may free what the calls hold on to
-    lock.lock();
-    --m_dispatching;
-    lock.unlock();
-    m_changed.notify_all();
+    m_changed.notify_all(); // there may be room to send
+    m_order.dispatch(lock, std::exchange(m_outcome, {}), [this](HttpOutcome& outcome) { dispatch(outcome); });
 }
 
 void HttpsConnection::dispatch(HttpOutcome& outcome)

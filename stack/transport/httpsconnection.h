@@ -10,6 +10,7 @@
 #pragma once
 
 #include <stack/transport/checkedmutex.h>
+#include <stack/transport/dispatchorder.h>
 #include <stack/transport/httplane.h>
 
 #include <cstdint>
@@ -64,13 +65,13 @@ private:
     const std::shared_ptr<EventLoop> m_loop;
     const std::weak_ptr<ConnectionObserver> m_observer;
     mutable CheckedMutex m_mutex;
-    CheckedCondition m_changed; ///< room to send, end of the connection, nothing being dispatched
+    CheckedCondition m_changed; ///< room to send, end of the connection
+    DispatchOrder m_order{m_mutex};
     State m_state = State::Idle;
     UniqueFd m_firstSocket; ///< until start
     std::unique_ptr<TlsSession> m_firstSession;
     std::vector<LanePointer> m_lanes;
     HttpOutcome m_outcome;
-    int m_dispatching = 0;
 };
 
 } // namespace opcua

@@ -1,5 +1,4 @@
 // Pieces of the channel engine that have rules of their own.
-#include <stack/core/endpointurl.h>
 #include <stack/server/engineprobe.h>
 #include <tests/protocol/memorypipe.h>
 
@@ -167,35 +166,6 @@ TEST(StackRequestTable, GivesUpInTimeAndNeverSkipsADeadline)
     EXPECT_EQ(table.nextDeadline(), start + Milliseconds{900});
     EXPECT_EQ(table.takeAll(), std::vector<OpcUa_UInt32>{3});
     EXPECT_EQ(table.nextDeadline(), never);
-}
-
-TEST(StackEndpointUrl, TakesWhatIsOneAndNothingElse)
-{
-    struct Good
-    {
-        const char *text, *host, *path;
-        int port;
-    };
-    for (const Good& good :
-         {Good{"opc.tcp://plc", "plc", "", 4840}, Good{"OPC.TCP://plc:1/a/b", "plc", "/a/b", 1},
-          Good{"opc.tcp://[fe80::1%eth0]:65535/", "fe80::1%eth0", "/", 65535},
-          Good{"opc.tcp://[::1]", "::1", "", 4840}}) {
-        EndpointUrl url;
-        EXPECT_EQ(parseEndpointUrl(good.text, url), OpcUa_Good) << good.text;
-        EXPECT_EQ(url.host, good.host);
-        EXPECT_EQ(url.path, good.path);
-        EXPECT_EQ(url.port, good.port);
-    }
-    const std::string tooLong = "opc.tcp://plc/" + std::string(4096, 'x');
-    const std::string longHost = "opc.tcp://" + std::string(256, 'x');
-    for (const std::string_view bad :
-         {"", "opc.tcp", "opc.tcp://", "opc.tcp://:4840", "opc.tcp://plc:0", "opc.tcp://plc:65536",
-          "opc.tcp://plc:", "opc.tcp://plc:48x", "http://plc", "opc.tcp://[::1", "opc.tcp://[plc]",
-          "opc.tcp://[::1]4840", "opc.tcp://::1:4840", "opc.tcp://user@plc", "opc.tcp://p lc",
-          "opc.tcp://plc/\n", tooLong.c_str(), longHost.c_str()}) {
-        EndpointUrl url;
-        EXPECT_EQ(parseEndpointUrl(bad, url), OpcUa_BadTcpEndpointUrlInvalid) << bad;
-    }
 }
 
 } // namespace

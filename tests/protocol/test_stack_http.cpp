@@ -171,6 +171,7 @@ TEST(HttpPipelines, WriteRequestsThatAServerUnderstands)
     EXPECT_EQ(std::string(output.begin(), output.end()), head + "2\r\n\r\nab" + head + "0\r\n\r\n");
     EXPECT_NE(httpRequestHead("h", "/a b\xc3\xa9#part", "urn:policy").find("POST /a%20b%C3%A9 HTTP/1.1\r\n"),
               std::string::npos);
+    EXPECT_EQ(httpRequestHead("h", "?a=b", "").find("POST /?a=b HTTP/1.1\r\n"), 0u);
     EXPECT_NE(httpRequestHead("h", "", "urn:policy").find("\r\nOPCUA-SecurityPolicy: urn:policy\r\n"),
               std::string::npos);
 }

@@ -85,9 +85,10 @@ TEST_F(StackHttps, WhatCannotBeConnectedIsRefusedBeforeTheNetwork)
     channel.info.SecurityMode = OpcUa_MessageSecurityMode_None;
     channel.info.TransportProfileUri = OpcUa_TransportProfile_UaTcp;
     EXPECT_EQ(channel.connect(peer.url()), OpcUa_BadTcpEndpointUrlInvalid);
+    EXPECT_EQ(channel.connect("http" + peer.url().substr(5)), OpcUa_BadTcpEndpointUrlInvalid);
     EXPECT_EQ(peer.connections(), 0);
     channel.info.TransportProfileUri = nullptr;
-    EXPECT_EQ(channel.connect(peer.url()), OpcUa_Good) << "the address says which";
+    EXPECT_EQ(channel.connect("HTTPS" + peer.url().substr(5)), OpcUa_Good) << "the address says which";
     EXPECT_EQ(channel.call(), OpcUa_Good);
 }
 

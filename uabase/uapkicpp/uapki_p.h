@@ -19,7 +19,6 @@
 #include <openssl/x509v3.h>
 
 #include <array>
-#include <cstdint>
 #include <cstring>
 #include <ctime>
 #include <memory>
@@ -75,9 +74,8 @@ using Bytes = std::span<const unsigned char>;
 
 // ---- DER and PEM
 
-/// The length of the element that the bytes begin with, head included; 0 when they hold no whole element.
-[[nodiscard]] std::uint64_t elementLength(Bytes bytes);
-/// Whether the bytes are one element and no more, within the size limit; says in errors what is wrong.
+/// Whether the bytes are one sequence and no more, as certificates, requests, lists and keys are, within the
+/// size limit; says in errors what is wrong.
 [[nodiscard]] bool isOneElement(Bytes bytes, const UaPkiErrors& errors);
 
 /// An object that lies alone in the bytes. What does not come out the same when it is encoded again is

@@ -1,6 +1,7 @@
 // X.509 certificates, OPC 10000-6, 6.2.
 #pragma once
 
+#include <opcua/opcua_crypto.h>
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkierrors.h>
@@ -34,7 +35,7 @@ public:
         ExtendedKeyUsage = 126
     };
     /// Certificates and files of certificates above this are refused.
-    static constexpr std::size_t maximumBytes = 1024u * 1024;
+    static constexpr std::size_t maximumBytes = OPCUA_MAXIMUM_CERTIFICATE_LENGTH;
 
     UaPkiCertificate() = default;
     /// Signed with its own key: an application's certificate, or that of a certificate authority.

@@ -1,10 +1,11 @@
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 
+#include <opcua/opcua_crypto.h>
 #include <uabase/uapkicpp/uapki_p.h>
 #include <uabase/values/uabytestring.h>
 
 #include <cassert>
-#include <cstdint>
+#include <cstddef>
 #include <span>
 
 UaPkiCertificateCollection UaPkiCertificateCollection::fromDERChain(const UaByteString& bytes)
@@ -16,8 +17,8 @@ UaPkiCertificateCollection UaPkiCertificateCollection::fromDERChain(const UaByte
             chain.addError("The chain has too many certificates");
             break;
         }
-        const std::uint64_t length = UaPki::elementLength(rest);
-        const UaPki::Bytes part = rest.first(length != 0 ? static_cast<std::size_t>(length) : rest.size());
+        const std::size_t length = OpcUa_Certificate_GetFirstLength(rest.data(), rest.size());
+        const UaPki::Bytes part = rest.first(length != 0 ? length : rest.size());
         const UaPkiCertificate certificate =
             UaPkiCertificate::fromDER(UaByteString(std::span<const OpcUa_Byte>(part)));
         if (!chain.addCertificate(certificate)) {

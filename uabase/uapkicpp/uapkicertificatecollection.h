@@ -1,5 +1,6 @@
 #pragma once
 
+#include <opcua/opcua_crypto.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/values/uabytestring.h>
@@ -10,7 +11,7 @@
 class UaPkiCertificateCollection : public UaPkiErrors
 {
 public:
-    static constexpr std::size_t maximumChain = 10;
+    static constexpr std::size_t maximumChain = OPCUA_MAXIMUM_CERTIFICATE_CHAIN;
 
     /// The certificates that lie one behind the other in a block, the way servers send a chain. Ends at the
     /// first that does not decode or is one too many: those before it are in the result, which has an error

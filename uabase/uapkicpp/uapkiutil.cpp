@@ -1,4 +1,5 @@
 // What the files of this folder share; declared in uapki_p.h.
+#include <opcua/opcua_crypto.h>
 #include <uabase/system/uadir.h>
 #include <uabase/system/uaescape.h>
 #include <uabase/uapkicpp/uapki_p.h>
@@ -8,7 +9,7 @@
 #include <uabase/values/uastring.h>
 
 #include <array>
-#include <cstdint>
+#include <cstddef>
 #include <ctime>
 #include <string_view>
 #include <system_error>
@@ -16,33 +17,13 @@
 
 namespace UaPki {
 
-std::uint64_t elementLength(Bytes bytes)
-{
-    constexpr unsigned char longForm = 0x80;
-    constexpr unsigned char longTag = 0x1F;
-    if (bytes.size() < 2 || (bytes[0] & longTag) == longTag)
-        return 0; // nothing that is read here begins with a tag above 30
-    std::uint64_t length = bytes[1];
-    std::uint64_t head = 2;
-    if ((bytes[1] & longForm) != 0) {
-        const std::size_t digits = bytes[1] & 0x7Fu;
-        if (digits == 0 || digits > 4 || bytes.size() < 2 + digits)
-            return 0; // without a length, or with one beyond every limit
-        length = 0;
-        for (const unsigned char digit : bytes.subspan(2, digits))
-            length = length << 8 | digit;
-        head += digits;
-    }
-    return head + length <= bytes.size() ? head + length : 0;
-}
-
 bool isOneElement(Bytes bytes, const UaPkiErrors& errors)
 {
     if (bytes.size() > UaPkiCertificate::maximumBytes) {
         errors.addError("The data is larger than 1 MB");
         return false;
     }
-    const std::uint64_t length = elementLength(bytes);
+    const std::size_t length = OpcUa_Certificate_GetFirstLength(bytes.data(), bytes.size());
     if (length == 0) {
         errors.addError("The data is cut short or not DER at all");
         return false;

@@ -1,6 +1,7 @@
 // The signatures by which client, user and server prove who they are when a session is made.
 #pragma once
 
+#include <opcua/opcua_crypto.h>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
@@ -10,7 +11,7 @@ namespace UaClientSdk {
 class CryptoProvider;
 
 /// Of the nonces of client and server; what the client sends has just this length.
-constexpr OpcUa_Int32 minimumNonceLength = 32;
+constexpr OpcUa_Int32 minimumNonceLength = OPCUA_SESSION_NONCE_LENGTH;
 
 /// Fills an initialised signature over the server's certificate and its last nonce, OPC 10000-4, 5.6.3.
 /// serverCertificate is one certificate, privateKey belongs to the signer.

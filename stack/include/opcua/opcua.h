@@ -8,6 +8,7 @@
 #include <opcua/opcua_clientapi.h>
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_encodeable.h>
+#include <opcua/opcua_endpointurl.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_platform.h>
 #include <opcua/opcua_statuscodes.h>

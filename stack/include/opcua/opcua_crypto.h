@@ -8,6 +8,13 @@
 extern "C" {
 #endif
 
+/// Bytes of the nonces by which client and server prove to each other who they are when a session is made:
+/// the client's has just so many, the server's at least. Those of a channel are as long as its policy says.
+#define OPCUA_SESSION_NONCE_LENGTH 32
+/// Bytes of one certificate, and certificates of a chain; more are refused wherever they come from.
+#define OPCUA_MAXIMUM_CERTIFICATE_LENGTH 1048576
+#define OPCUA_MAXIMUM_CERTIFICATE_CHAIN 10
+
 /// One security policy's algorithms. Holds no key, never changes; any thread may use it.
 typedef struct OpcUa_CryptoProviderImpl* OpcUa_CryptoProvider;
 
@@ -62,6 +69,10 @@ OpcUa_CryptoProvider_GetPublicKeyLength(const OpcUa_ByteString* certificate, Opc
 /// system gives none.
 OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GenerateNonce(OpcUa_UInt32 length,
                                                                                  OpcUa_ByteString* nonce);
+
+/// Bytes of the first certificate in a chain (DER, one behind the other); 0 when it begins with none, or with
+/// one that is cut short. What is in the certificate is not looked at. chain may be null when length is 0.
+OPCUA_EXPORT size_t OpcUa_Certificate_GetFirstLength(const OpcUa_Byte* chain, size_t length);
 
 /// One finding of a check; validation is valid during the call. Good goes on in spite of it, anything else
 /// makes the finding's status the result. A certificate that is malformed or wrongly signed stays refused

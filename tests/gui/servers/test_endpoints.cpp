@@ -64,7 +64,19 @@ TEST(EndpointChoice, Table)
         {"other mode", "opc.tcp://h:1", {endpoint("opc.tcp://h:1", noPolicy, 2)}, Choice::NoMatch, -1, 0},
         {"other scheme",
          "opc.tcp://h:1",
+         {endpoint("https://h:1"), endpoint("opc.tcpx://h:1"), endpoint("")},
+         Choice::NoMatch,
+         -1,
+         0},
+        {"scheme in another case",
+         "opc.tcp://h:1",
          {endpoint("https://h:1"), endpoint("OPC.TCP://h:1")},
+         Choice::Exact,
+         1,
+         1},
+        {"unknown schemes are not alike",
+         "opc.udp://h:1",
+         {endpoint("opc.udp://h:1")},
          Choice::NoMatch,
          -1,
          0},
@@ -81,6 +93,16 @@ TEST(EndpointChoice, Table)
     EXPECT_EQ(qlumChooseEndpoint({endpoint("opc.tcp://h", noPolicy, 0)}, "opc.tcp://h", noPolicy, 0).match,
               Choice::NoMatch)
         << "an invalid mode is never met";
+}
+
+TEST(EndpointPassword, TravelsInTheClearUnlessItOrTheConnectionIsEncrypted)
+{
+    EXPECT_TRUE(qlumSendsClearPassword(endpoint("opc.tcp://h", noPolicy, 1)));
+    EXPECT_TRUE(qlumSendsClearPassword(endpoint("http://h", noPolicy, 1)));
+    EXPECT_TRUE(qlumSendsClearPassword(endpoint("httpsx://h", noPolicy, 1)));
+    EXPECT_FALSE(qlumSendsClearPassword(endpoint("https://h", noPolicy, 1)));
+    EXPECT_FALSE(qlumSendsClearPassword(endpoint("HTTPS://h", noPolicy, 1)));
+    EXPECT_FALSE(qlumSendsClearPassword(endpoint("opc.tcp://h", basic, 2)));
 }
 
 QlumDiscoverySetting fullSetting()

@@ -238,6 +238,26 @@ TEST_F(StackCertificates, RefusesWhatIsNoChain)
               OpcUa_BadInvalidArgument);
 }
 
+TEST(StackCertificateChains, AreCutAfterTheirFirstCertificate)
+{
+    const auto first = [](const Der& chain) {
+        return OpcUa_Certificate_GetFirstLength(chain.data(), chain.size());
+    };
+    const Der sequences = {0x30, 0x01, 0xAA, 0x30, 0x00};
+    EXPECT_EQ(first(sequences), 3u);
+    EXPECT_EQ(first({0x30, 0x00}), 2u);
+    Der longForm = {0x30, 0x82, 0x01, 0x00};
+    longForm.resize(4 + 256 + 7);
+    EXPECT_EQ(first(longForm), 4u + 256u);
+    longForm.resize(4 + 255);
+    EXPECT_EQ(first(longForm), 0u) << "cut short";
+    for (const Der& none :
+         {Der{}, Der{0x30}, Der{0x30, 0x01}, Der{0x31, 0x00}, Der{0x30, 0x82, 0x01}, Der{0x30, 0x80, 0, 0},
+          Der{0x30, 0x84, 0xFF, 0xFF, 0xFF, 0xFF}, Der{0x30, 0x85, 0, 0, 0, 0, 0}})
+        EXPECT_EQ(first(none), 0u) << none.size();
+    EXPECT_EQ(OpcUa_Certificate_GetFirstLength(nullptr, 0), 0u);
+}
+
 // ---- crypto providers
 
 class StackCryptoProvider : public testing::TestWithParam<const char*>
