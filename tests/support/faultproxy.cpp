@@ -1,12 +1,11 @@
 #include <tests/support/faultproxy.h>
 
-#include <arpa/inet.h>
-#include <sys/eventfd.h>
-#include <sys/socket.h>
-
 #include <algorithm>
+#include <arpa/inet.h>
 #include <cerrno>
 #include <stdexcept>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
 #include <utility>
 
 namespace faultproxy {
