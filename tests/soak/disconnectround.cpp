@@ -69,16 +69,16 @@ struct Plan
     Plan(const Kind& kind, std::mt19937_64& random);
     [[nodiscard]] std::string text() const;
 
-    bool firstConnect; ///< the session is still trying its first connect when the fault strikes
+    bool firstConnect; // the session is still trying its first connect when the fault strikes
     bool subscribing;
     bool beginning;
     bool calling;
     bool typed;
     bool changingUser;
-    bool elsewhere; ///< another thread than the one that connected disconnects
+    bool elsewhere; // another thread than the one that connected disconnects
     bool deleting;
     std::chrono::milliseconds untilFault;
-    bool struckFirst; ///< the time until the disconnect counts from when the fault finds the session
+    bool struckFirst; // the time until the disconnect counts from when the fault finds the session
     std::chrono::milliseconds untilPress;
 };
 
@@ -177,7 +177,7 @@ private:
     Scene m_scene;
     const UaString m_url;
     const std::shared_ptr<Witness> m_witness = std::make_shared<Witness>();
-    std::size_t m_before = 0; ///< faults that struck while the round was prepared
+    std::size_t m_before = 0; // faults that struck while the round was prepared
     UaSession m_session;
     UaSubscription* m_subscription = nullptr;
     std::vector<std::jthread> m_callers;

@@ -67,7 +67,7 @@ private:
     {
         std::shared_ptr<Witness> witness;
         std::size_t kind = 0;
-        std::size_t told = 0; ///< violations that were printed already
+        std::size_t told = 0; // violations that were printed already
         std::string text;
     };
 

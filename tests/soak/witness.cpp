@@ -63,7 +63,7 @@ std::size_t Witness::notified() const
 
 // ---- what the session tells
 
-void Witness::toldLocked(const char* what, const std::unique_lock<std::mutex>&)
+void Witness::toldLocked(const char* what, const Lock&)
 {
     if (m_over)
         m_violations.push_back(std::string(what) + " after the disconnect");
@@ -71,7 +71,7 @@ void Witness::toldLocked(const char* what, const std::unique_lock<std::mutex>&)
 
 void Witness::connectionStatusChanged(OpcUa_UInt32 id, UaClient::ServerStatus status)
 {
-    const std::unique_lock lock(m_mutex);
+    const Lock lock(m_mutex);
     toldLocked("a status", lock);
     m_statuses.push_back(status);
     if (id != connectionId)
@@ -80,7 +80,7 @@ void Witness::connectionStatusChanged(OpcUa_UInt32 id, UaClient::ServerStatus st
 
 void Witness::readComplete(OpcUa_UInt32 transactionId, const UaStatus&, UaDataValues&, UaDiagnosticInfos&)
 {
-    const std::unique_lock lock(m_mutex);
+    const Lock lock(m_mutex);
     toldLocked("a completion", lock);
     ++m_completed;
     if (m_open.erase(transactionId) == 0)
@@ -89,7 +89,7 @@ void Witness::readComplete(OpcUa_UInt32 transactionId, const UaStatus&, UaDataVa
 
 void Witness::toldOfSubscription(const char* what, OpcUa_UInt32 handle)
 {
-    const std::unique_lock lock(m_mutex);
+    const Lock lock(m_mutex);
     toldLocked(what, lock);
     ++m_notified;
     if (handle != subscriptionHandle)

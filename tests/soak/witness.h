@@ -37,6 +37,8 @@ public:
     [[nodiscard]] std::size_t notified() const;
 
 private:
+    using Lock = std::unique_lock<std::mutex>;
+
     void connectionStatusChanged(OpcUa_UInt32 id, UaClientSdk::UaClient::ServerStatus status) override;
     void readComplete(OpcUa_UInt32 transactionId, const UaStatus& status, UaDataValues& values,
                       UaDiagnosticInfos& diagnostics) override;
@@ -48,7 +50,7 @@ private:
     void newEvents(OpcUa_UInt32 handle, UaEventFieldLists& events) override;
 
     void toldOfSubscription(const char* what, OpcUa_UInt32 handle);
-    void toldLocked(const char* what, const std::unique_lock<std::mutex>& lock);
+    void toldLocked(const char* what, const Lock& lock);
 
     mutable std::mutex m_mutex;
     bool m_over = false;
