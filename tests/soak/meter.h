@@ -16,4 +16,8 @@ struct Meter
     [[nodiscard]] std::string text() const;
 };
 
+/// Prints both; false when more threads, descriptors or memory are held than before. Threads that are about
+/// to end are given some time.
+[[nodiscard]] bool sameAsBefore(const Meter& before);
+
 } // namespace soak

@@ -38,15 +38,6 @@ soak::Options parse(int argc, char** argv)
     return options;
 }
 
-bool sameAsBefore(const soak::Meter& before, const soak::Meter& after)
-{
-    // the heap keeps pieces; what leaks at every connect or fault is far more after thousands of them
-    constexpr std::size_t slackKilobytes = 8 * 1024;
-    std::printf("before: %s\nafter:  %s\n", before.text().c_str(), after.text().c_str());
-    return after.threads <= before.threads && after.descriptors <= before.descriptors &&
-           after.residentKilobytes <= before.residentKilobytes + slackKilobytes;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -61,7 +52,7 @@ int main(int argc, char** argv)
     if (options.rounds > 0) {
         good = soak::runRounds(options, options.rounds / 20 + 1); // caches fill in the first rounds
         const soak::Meter before = soak::Meter::now();
-        good = good && soak::runRounds(options, options.rounds) && sameAsBefore(before, soak::Meter::now());
+        good = good && soak::runRounds(options, options.rounds) && soak::sameAsBefore(before);
     }
     if (good && (options.minutes > 0 || options.faults > 0)) {
         soak::Options warm = options;
@@ -69,7 +60,7 @@ int main(int argc, char** argv)
         warm.faults = 3;
         good = soak::runFaults(warm);
         const soak::Meter before = soak::Meter::now();
-        good = good && soak::runFaults(options) && sameAsBefore(before, soak::Meter::now());
+        good = good && soak::runFaults(options) && soak::sameAsBefore(before);
     }
     UaPlatformLayer::cleanup();
     std::printf("%s\n", good ? "GOOD" : "FAILED");

@@ -44,6 +44,12 @@ public:
         }
         m_process = 0;
     }
+    /// Asks it to end, as an administrator would; start() brings up the next one.
+    void shutDown() const
+    {
+        if (m_process > 1)
+            ::kill(m_process, SIGTERM);
+    }
     void freeze() const { ::kill(m_process, SIGSTOP); }
     void thaw() const { ::kill(m_process, SIGCONT); }
 

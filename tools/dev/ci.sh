@@ -13,7 +13,7 @@ stage_tidy() { tools/dev/lint.sh --tidy; } # over what the branch changed: nothi
 # building them twice would show nothing new. These must be built, since the optimiser's warnings are errors as
 # well, and since no other build compiles each file alone. The program is then started the way the README says.
 stage_program() {
-    build release tavelin benchmarks soak_session
+    build release tavelin benchmarks soak_session soak_disconnects
     tools/dev/run.sh --shot "$LOGS/main-window.png"
 }
 

@@ -1,9 +1,9 @@
 #!/bin/bash
-# ./dev soak [NAME [OPTIONS]]: what takes minutes or hours by its nature. Without a name all of them run, each for a
-# few minutes; OPTIONS go to the program and take the place of those that stand here.
+# ./dev soak [NAME [OPTIONS]]: what takes minutes or hours by its nature. Without a name all of them run, the last for
+# up to half an hour, the others for a few minutes; OPTIONS go to the program and take the place of those that stand here.
 . "$(dirname "$0")/common.sh"
 
-readonly SOAKS="reconnects rounds faults"
+readonly SOAKS="reconnects rounds faults disconnects"
 
 # Connections one after another: threads, descriptors and memory are the same after them.
 soak_reconnects() { # [NUMBER]
@@ -15,6 +15,14 @@ soak_rounds() { session "${@:---rounds=1000}"; }
 
 # Sessions with subscriptions, over a relay that spoils the traffic in every way.
 soak_faults() { session "${@:---minutes=3}"; }
+
+# Sessions that are disconnected at random moments under every kind of fault; the program has a server of its own.
+soak_disconnects() {
+    local options
+    mapfile -t options < <(printf '%s\n' "${@/=/$'\n'}")
+    [ $# -gt 0 ] || options=()
+    build/release/bin/soak_disconnects --seed "${SOAK_SEED:-$RANDOM}" "${options[@]}"
+}
 
 # Against a demo server of its own, which it also restarts in between.
 session() { # OPTIONS of soak_session, as --NAME VALUE or --NAME=VALUE
@@ -43,7 +51,7 @@ main() {
         [[ " $SOAKS " == *" $name "* ]] || die "there is no soak '$name'; soaks: $SOAKS"
     done
     tools/dev/setup.sh
-    build release test_stack_links soak_session
+    build release test_stack_links soak_session soak_disconnects
     for name in "${selected[@]}"; do
         say "soak $name"
         # a shell of its own: "set -e" and the trap hold in it
