@@ -14,6 +14,7 @@ struct ServiceSettings
     OpcUa_UInt32 returnDiagnostics = 0; ///< mask of OPC 10000-4, 7.32
     UaString auditEntryId;              ///< sent only when not empty
     UaStringArray localeIds;
+    UaString purpose; ///< what the call is for, as guard and observer of the session see it; never sent
     OpcUa_UInt32 requestHandle = 0; ///< 0: the session counts
     UaDateTime requestTime;
     UaDateTime responseTime;

@@ -75,6 +75,20 @@ UaStatus UaSession::changeUser(ServiceSettings& settings, const UaUserIdentityTo
     return trace.ending(d->changeUser(settings, identity));
 }
 
+void UaSession::setServiceGuard(std::shared_ptr<ServiceGuard> guard)
+{
+    SessionLock lock(d->context.mutex);
+    d->context.watch.guard = std::move(guard);
+    d->context.isWatched = d->context.watch.guard || d->context.watch.observer;
+}
+
+void UaSession::setServiceObserver(std::shared_ptr<ServiceObserver> observer)
+{
+    SessionLock lock(d->context.mutex);
+    d->context.watch.observer = std::move(observer);
+    d->context.isWatched = d->context.watch.guard || d->context.watch.observer;
+}
+
 bool UaSession::isConnected() const
 {
     return connectionOf(d->context).isRequested();

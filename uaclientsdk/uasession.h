@@ -18,10 +18,13 @@
 #include <uaclientsdk/historycontexts.h>
 #include <uaclientsdk/querycontext.h>
 #include <uaclientsdk/servicesettings.h>
+#include <uaclientsdk/servicewatch.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasessioncallback.h>
+
+#include <memory>
 
 namespace UaClientSdk {
 
@@ -60,6 +63,10 @@ public:
     /// way, which then logs him in; BadConnectionClosed without a connection. After a refusal the session
     /// goes on with the user it had.
     UaStatus changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity);
+
+    /// From the next call on; null for none. Both live as long as a call that they watch.
+    void setServiceGuard(std::shared_ptr<ServiceGuard> guard);
+    void setServiceObserver(std::shared_ptr<ServiceObserver> observer);
 
     [[nodiscard]] bool isConnected() const;
     [[nodiscard]] UaClient::ServerStatus serverStatus() const;

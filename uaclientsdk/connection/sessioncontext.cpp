@@ -97,6 +97,13 @@ void SessionContext::fillRequestHeaderLocked(const ServiceSettings& settings, Op
     fillRequestHeader(settings, handle, header);
 }
 
+const ServiceWatch& SessionContext::nextWatchLocked()
+{
+    mutex.assertLocked();
+    ++watch.number;
+    return watch;
+}
+
 void SessionContext::setWatchdogTimeLocked(OpcUa_UInt32 milliseconds)
 {
     mutex.assertLocked();

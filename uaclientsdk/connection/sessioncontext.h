@@ -14,6 +14,7 @@
 #include <uaclientsdk/connection/sessionmutex.h>
 #include <uaclientsdk/connection/threadsignal.h>
 #include <uaclientsdk/servicesettings.h>
+#include <uaclientsdk/servicewatch.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 #include <uaclientsdk/uaclient.h>
@@ -24,6 +25,14 @@
 #include <thread>
 
 namespace UaClientSdk {
+
+/// Who watches a call.
+struct ServiceWatch
+{
+    std::shared_ptr<ServiceGuard> guard;
+    std::shared_ptr<ServiceObserver> observer;
+    OpcUa_UInt64 number = 0; ///< of the call
+};
 
 /// Every field is guarded by mutex unless it says otherwise. The mutex is never held across a call into the
 /// stack or a callback.
@@ -64,6 +73,9 @@ struct SessionContext
     OpcUa_UInt32 revisedChannelLifetime = 0;
     OpcUa_UInt32 nextRequestHandle = 1;
 
+    bool isWatched = false; ///< there is a guard or an observer
+    ServiceWatch watch;     ///< number: of the call before
+
     /// Asynchronous calls that are not completed yet. One begins under the mutex, while services may be
     /// called, so that disconnect misses none. Guards itself.
     TransactionCounter transactions;
@@ -72,6 +84,7 @@ struct SessionContext
     [[nodiscard]] OpcUa_UInt32 connectionId() const { return connectInfo.clientConnectionId; }
     /// Fills an initialised header; the caller clears it.
     void fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header);
+    [[nodiscard]] const ServiceWatch& nextWatchLocked();
     void setWatchdogTimeLocked(OpcUa_UInt32 milliseconds);
     /// The stack says so, or a call has shown it; the session thread tells the application. Any thread.
     void linkLost();

@@ -47,17 +47,27 @@ const char* gateObstacleLocked(const SessionContext& context, const GateRequest&
 }
 
 UaStatus passGate(SessionContext& context, const GateRequest& wanted, ServiceSettings& settings,
-                  OpcUa_RequestHeader& header)
+                  const OpcUa_EncodeableType& type, void* request, std::unique_ptr<ObservedCall>& observed)
 {
+    auto& header = *static_cast<OpcUa_RequestHeader*>(request); // every request begins with it
+    ServiceWatch watch;
     {
         SessionLock lock(context.mutex);
         if (gateObstacleLocked(context, wanted))
             return UaStatus(OpcUa_BadConnectionClosed);
         context.fillRequestHeaderLocked(settings, header);
+        if (context.isWatched)
+            watch = context.nextWatchLocked();
     }
     settings.requestTime = UaDateTime(header.Timestamp);
     context.mutex.assertUnlocked();
-    return UaStatus();
+    if (!watch.guard && !watch.observer)
+        return UaStatus();
+    const ServiceCall call{type, request, settings.purpose};
+    const UaStatus allowed = watch.guard ? watch.guard->mayCall(call) : UaStatus();
+    if (!allowed.isBad() && watch.observer)
+        observed = std::make_unique<ObservedCall>(std::move(watch.observer), watch.number, call);
+    return allowed;
 }
 
 } // namespace UaClientSdk

@@ -6,8 +6,10 @@
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/connection/connectionstate.h>
+#include <uaclientsdk/connection/observedcall.h>
 #include <uaclientsdk/connection/sessioncontext.h>
 
+#include <memory>
 #include <optional>
 
 namespace UaClientSdk {
@@ -42,9 +44,11 @@ private:
 /// What stands in the way of a call just now; null when nothing does.
 [[nodiscard]] const char* gateObstacleLocked(const SessionContext& context, const GateRequest& wanted);
 /// Lets a call through and fills its header, which was initialised: BadConnectionClosed when the state of the
-/// connection forbids it. Without the mutex.
+/// connection forbids it, or what the guard answers. observed is made when there is an observer: it wants to
+/// know of the end. Without the mutex.
 [[nodiscard]] UaStatus passGate(SessionContext& context, const GateRequest& wanted, ServiceSettings& settings,
-                                OpcUa_RequestHeader& header);
+                                const OpcUa_EncodeableType& type, void* request,
+                                std::unique_ptr<ObservedCall>& observed);
 
 /// A service call that blocks: its way through the gate and into the stack. response is initialised.
 template <typename Service>
@@ -52,12 +56,15 @@ template <typename Service>
                                        ServiceSettings& settings, typename Service::Request& request,
                                        typename Service::Response& response)
 {
-    const UaStatus passed = passGate(context, wanted, settings, request.RequestHeader);
+    std::unique_ptr<ObservedCall> observed;
+    const UaStatus passed = passGate(context, wanted, settings, Service::requestType, &request, observed);
     if (passed.isBad())
         return passed;
-    const UaStatus status(callStack<Service>(context.channel, request, response));
+    const OpcUa_StatusCode status = callStack<Service>(context.channel, request, response);
     settings.responseTime = UaDateTime(response.ResponseHeader.Timestamp);
-    return status;
+    if (observed)
+        observed->end(status, &Service::responseType, &response);
+    return UaStatus(status);
 }
 
 } // namespace UaClientSdk

@@ -32,8 +32,16 @@ void PendingCall::respond(OpcUa_Channel /*channel*/, void* response, const OpcUa
     call->m_response = response;
     call->m_responseType = response ? responseType : nullptr;
     call->m_status = status;
+    call->observe(status);
     PendingCall& self = *call;
     self.queue(std::move(call));
+}
+
+void PendingCall::observe(OpcUa_StatusCode status)
+{
+    if (m_observed)
+        m_observed->end(status, m_responseType, m_response);
+    m_observed.reset();
 }
 
 void PendingCall::queue(std::unique_ptr<PendingCall> self)

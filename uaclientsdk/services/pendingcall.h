@@ -29,14 +29,17 @@ public:
                                        ServiceSettings& settings, typename Service::Request& request)
     {
         SessionContext& session = call->m_session;
-        const UaStatus passed = passGate(session, wanted, settings, request.RequestHeader);
+        const UaStatus passed =
+            passGate(session, wanted, settings, Service::requestType, &request, call->m_observed);
         if (passed.isBad())
             return passed;
         const StackCall stackCall(Service::beginName);
         PendingCall* const data = call.release();
         const OpcUa_StatusCode status = Service::begin(session.channel, &request, respond, data);
-        if (OpcUa_IsBad(status))
+        if (OpcUa_IsBad(status)) {
             call.reset(data);
+            call->observe(status);
+        }
         return UaStatus(stackCall.done(status));
     }
 
@@ -61,7 +64,11 @@ protected:
     void clearResponse();
 
 private:
+    /// The call has ended: whoever looks at it is told.
+    void observe(OpcUa_StatusCode status);
+
     SessionContext& m_session;
+    std::unique_ptr<ObservedCall> m_observed; ///< while somebody looks at the call
     void* m_response = nullptr;
     const OpcUa_EncodeableType* m_responseType = nullptr;
     OpcUa_StatusCode m_status = 0;

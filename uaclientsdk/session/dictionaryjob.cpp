@@ -41,6 +41,12 @@ void DictionaryJob::start()
     }
 }
 
+bool DictionaryJob::isRunning() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_running;
+}
+
 bool DictionaryJob::end(std::chrono::milliseconds limit)
 {
     std::unique_lock lock(m_mutex);

@@ -25,6 +25,7 @@ public:
 
     /// For the present epoch, after the load that runs. Without a thread to be had, an error in the trace.
     void start();
+    [[nodiscard]] bool isRunning() const;
     /// Forgets what was not begun yet. True when nothing runs within the time.
     [[nodiscard]] bool end(std::chrono::milliseconds limit);
 
@@ -34,7 +35,7 @@ private:
 
     const SessionContext& m_context;
     const std::function<void()> m_load;
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::condition_variable m_ended;
     std::optional<ConnectionEpoch> m_wanted;
     bool m_running = false;

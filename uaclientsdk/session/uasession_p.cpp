@@ -274,6 +274,8 @@ void UaSessionPrivate::loadInBackground()
 
 void UaSessionPrivate::loadDefinitionsOnFirstUse()
 {
+    if (m_dictionaryJob.isRunning())
+        return; // the application will hear of its end, and need not be held up by it
     bool mayLoad = false;
     OpcUa_UInt32 link = 0;
     {

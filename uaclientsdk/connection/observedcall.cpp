@@ -1,0 +1,32 @@
+#include <uaclientsdk/connection/observedcall.h>
+
+#include <chrono>
+
+namespace UaClientSdk {
+
+namespace {
+
+OpcUa_UInt64 monotonicNow()
+{
+    using namespace std::chrono;
+    return static_cast<OpcUa_UInt64>(
+        duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+} // namespace
+
+ObservedCall::ObservedCall(std::shared_ptr<ServiceObserver> observer, OpcUa_UInt64 number,
+                           const ServiceCall& call)
+    : m_observer(std::move(observer)), m_number(number), m_passed(monotonicNow())
+{
+    m_observer->serviceBegun(m_number, call);
+    OpcUa_Channel_MeasureNextCall(&m_measure);
+}
+
+void ObservedCall::end(OpcUa_StatusCode status, const OpcUa_EncodeableType* type, const void* response)
+{
+    OpcUa_Channel_MeasureNextCall(nullptr); // should the stack never have been called
+    m_observer->serviceEnded(m_number, {UaStatus(status), type, response, m_begun, m_passed, m_measure});
+}
+
+} // namespace UaClientSdk
