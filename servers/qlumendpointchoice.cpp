@@ -1,16 +1,21 @@
 #include <servers/qlumendpointchoice.h>
 
-#include <opcua/opcua_endpointurl.h>
-
 #include <QString>
 #include <QUrl>
 #include <QVector>
 
+#include <array>
+
 namespace {
+constexpr int defaultPort = 4840;
+
 bool sameScheme(const QString& left, const QString& right)
 {
-    const QLatin1String scheme = qlumSchemeOf(left);
-    return !scheme.isEmpty() && scheme == qlumSchemeOf(right);
+    static constexpr std::array<const char*, 3> schemes{"opc.tcp:", "https:", "http:"};
+    for (const char* scheme : schemes)
+        if (left.startsWith(QLatin1String(scheme)) && right.startsWith(QLatin1String(scheme)))
+            return true;
+    return false;
 }
 
 // A lone slash says as little as no path.
@@ -25,7 +30,7 @@ bool isExact(const QUrl& endpoint, const QUrl& wanted)
     if (!endpoint.isValid() || !wanted.isValid())
         return false;
     const QString path = pathOf(endpoint);
-    return endpoint.port(OPCUA_DEFAULT_PORT) == wanted.port(OPCUA_DEFAULT_PORT) &&
+    return endpoint.port(defaultPort) == wanted.port(defaultPort) &&
            (path.isEmpty() || path == pathOf(wanted));
 }
 } // namespace
