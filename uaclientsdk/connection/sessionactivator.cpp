@@ -151,6 +151,7 @@ UaStatus SessionActivator::activateSession()
 {
     TraceScope trace("UaSessionPrivate", "activateSession");
     const ActivatorTurn turn(m_context);
+    m_asked = false;
     Identity identity;
     ServiceSettings settings;
     {
@@ -164,7 +165,8 @@ UaStatus SessionActivator::activateSession()
             SessionLock lock(m_context.mutex);
             m_context.userRefused = true;
         }
-        m_context.reportConnectError(UaClient::ActivateSession, result, false);
+        if (!m_asked)
+            m_context.reportConnectError(UaClient::ActivateSession, result, false);
     }
     return trace.ending(result);
 }
@@ -261,7 +263,8 @@ UaStatus SessionActivator::addIdentity(const UaUserIdentityToken& identity,
         return status;
     const OverridableError error(UaClient::ActivateSession, status.statusCode(),
                                  status.diagnosticText().toStdString());
-    if (!m_context.errorOverrides.overridden(m_context, error, wanted.serverCertificate))
+    m_asked = !m_context.errorOverrides.overridden(m_context, error, wanted.serverCertificate);
+    if (m_asked)
         return status;
     wanted.plainPasswordAllowed = true;
     OpcUa_ExtensionObject_Clear(&request.UserIdentityToken);
@@ -277,7 +280,11 @@ IdentityProtection SessionActivator::protection() const
     result.channelEncrypts = security.messageSecurityMode == OpcUa_MessageSecurityMode_SignAndEncrypt ||
                              parseEndpointUrl(m_context.currentEndpointUrl.view()).scheme == "https";
     result.plainPasswordAllowed = security.plainPasswordAccepted;
-    result.serverCertificate = m_context.serverCertificate;
+    // the one that the channel was opened with, whatever the application overrides when CreateSession returns
+    // another; without it nobody has judged the server's
+    result.certificateJudged = !security.serverCertificate.isEmpty();
+    result.serverCertificate =
+        result.certificateJudged ? security.serverCertificate : m_context.serverCertificate;
     result.serverNonce = m_context.serverNonce;
     return result;
 }

@@ -40,14 +40,6 @@ protected:
         return session.connect(UaString(url), info, server().clientSecurity(), &callback);
     }
 
-    static UaByteString otherCertificate()
-    {
-        testcertificates::Recipe recipe;
-        recipe.name = "Other";
-        recipe.pair = testcertificates::key(2048, "other");
-        return SecuredServer::bytesOf(testcertificates::make(recipe));
-    }
-
 private:
     std::unique_ptr<SecuredServer> m_server;
 };
@@ -98,7 +90,7 @@ std::vector<Fault> faults(const UaByteString& other)
 
 TEST_F(CreateSessionTest, EachFaultClosesTheSessionBeforeAnybodyLogsIn)
 {
-    for (const Fault& fault : faults(otherCertificate())) {
+    for (const Fault& fault : faults(SecuredServer::otherCertificate())) {
         server().tamperCreate = fault.tamper;
         EXPECT_EQ(connectSecured().statusCode(), fault.status) << fault.name;
         EXPECT_THAT(server().logins, IsEmpty()) << fault.name;
@@ -112,7 +104,7 @@ TEST_F(CreateSessionTest, EachFaultClosesTheSessionBeforeAnybodyLogsIn)
 TEST_F(CreateSessionTest, ApplicationGoesOnInSpiteOfWhatItMayOverride)
 {
     callback.overrides = true;
-    for (const Fault& fault : faults(otherCertificate())) {
+    for (const Fault& fault : faults(SecuredServer::otherCertificate())) {
         server().tamperCreate = fault.tamper;
         const UaStatus status = connectSecured();
         EXPECT_EQ(status.isGood(), fault.overridable) << fault.name << status.toString().toUtf8();
@@ -141,7 +133,7 @@ TEST_F(CreateSessionTest, CertificateOfAnotherServerIsRefused)
 {
     // one that it has the key of, so that only the comparison with the channel's can tell
     auto security = server().clientSecurity();
-    security.serverCertificate = otherCertificate();
+    security.serverCertificate = SecuredServer::otherCertificate();
     const UaString url("opc.tcp://localhost:4840");
     EXPECT_EQ(session.connect(url, info, security, &callback).statusCode(),
               static_cast<OpcUa_StatusCode>(OpcUa_BadCertificateUseNotAllowed));
