@@ -27,6 +27,10 @@ public:
     UaByteString serverCertificate;
     /// Only of secured sessions; without security a certificate that is still to be verified counts as none.
     bool verifyServerCertificateOnConnect = false;
+    /// What discovery returned when these settings were chosen from it: a server whose endpoints turn out to
+    /// be better ends the connect with BadSecurityChecksFailed, unless the application overrides it. Null:
+    /// nobody asked, nothing is compared. Shared, for it may be long.
+    std::shared_ptr<const UaEndpointDescriptions> discoveredEndpoints;
     /// The user knows that the password can be read on its way, or by whoever answers in the server's place,
     /// and has agreed; otherwise the session asks (connectError with BadSecurityModeInsufficient) before it
     /// sends one so.

@@ -29,8 +29,8 @@ public:
     }
 
     /// BadCertificateInvalid, BadCertificateUseNotAllowed (the server's is another than the channel's),
-    /// BadCertificateHostNameInvalid, BadSecurityChecksFailed (signature or endpoint list), BadNonceInvalid,
-    /// BadSecurityModeRejected (the endpoint is not in the list).
+    /// BadCertificateHostNameInvalid, BadSecurityChecksFailed (signature, or an endpoint list that is not
+    /// discovery's), BadNonceInvalid, BadSecurityModeRejected (the endpoint is not in the list).
     [[nodiscard]] UaStatus run(const OpcUa_CreateSessionResponse& response);
 
     /// The one certificate, DER: of a secured session the one that its signatures were checked with, else the
@@ -47,6 +47,7 @@ private:
     [[nodiscard]] UaStatus checkSignature(const OpcUa_CreateSessionResponse& response);
     [[nodiscard]] UaStatus checkNonce(const OpcUa_ByteString& nonce);
     [[nodiscard]] UaStatus checkEndpoints(const OpcUa_CreateSessionResponse& response);
+    [[nodiscard]] UaStatus compareWithDiscovery(const OpcUa_CreateSessionResponse& response);
     [[nodiscard]] UaStatus askAbout(OpcUa_StatusCode status, const char* text);
     [[nodiscard]] UaStatus ask(const OverridableError& error);
 
