@@ -41,7 +41,51 @@ QlumUserTokenPolicy tokenPolicy(const OpcUa_UserTokenPolicy& policy)
     return {text(policy.PolicyId), static_cast<int>(policy.TokenType), text(policy.IssuedTokenType),
             text(policy.IssuerEndpointUrl), text(policy.SecurityPolicyUri)};
 }
+
+// A text that there is no memory for stays null, and is then not compared.
+void copyText(const QString& text, OpcUa_String& to)
+{
+    const QByteArray utf8 = text.toUtf8();
+    static_cast<void>(OpcUa_String_Assign(&to, utf8.constData(), utf8.size()));
+}
+
+void copyTokens(const QVector<QlumUserTokenPolicy>& tokens, OpcUa_EndpointDescription& description)
+{
+    UaUserTokenPolicys policies(static_cast<OpcUa_UInt32>(tokens.size()));
+    for (OpcUa_UInt32 i = 0; i < policies.length(); ++i) {
+        const QlumUserTokenPolicy& token = tokens.at(static_cast<int>(i));
+        copyText(token.policyId, policies[i].PolicyId);
+        policies[i].TokenType = static_cast<OpcUa_UserTokenType>(token.tokenType);
+        copyText(token.issuedTokenType, policies[i].IssuedTokenType);
+        copyText(token.issuerEndpointUrl, policies[i].IssuerEndpointUrl);
+        copyText(token.securityPolicyUri, policies[i].SecurityPolicyUri);
+    }
+    policies.detach(&description.NoOfUserIdentityTokens, &description.UserIdentityTokens);
+}
+
+bool encryptsEverything(const QlumEndpoint& endpoint)
+{
+    return endpoint.securityMode == OpcUa_MessageSecurityMode_SignAndEncrypt ||
+           qlumSchemeOf(endpoint.url) == QLatin1String("https");
+}
 } // namespace
+
+UaEndpointDescriptions qlumEndpointDescriptions(const QVector<QlumEndpoint>& endpoints)
+{
+    UaEndpointDescriptions descriptions(static_cast<OpcUa_UInt32>(endpoints.size()));
+    for (OpcUa_UInt32 i = 0; i < descriptions.length(); ++i) {
+        const QlumEndpoint& endpoint = endpoints.at(static_cast<int>(i));
+        OpcUa_EndpointDescription& description = descriptions[i];
+        copyText(endpoint.url, description.EndpointUrl);
+        copyText(endpoint.applicationUri, description.Server.ApplicationUri);
+        description.SecurityMode = static_cast<OpcUa_MessageSecurityMode>(endpoint.securityMode);
+        copyText(endpoint.securityPolicyUri, description.SecurityPolicyUri);
+        copyTokens(endpoint.userTokens, description);
+        copyText(endpoint.transportProfileUri, description.TransportProfileUri);
+        description.SecurityLevel = static_cast<OpcUa_Byte>(endpoint.securityLevel);
+    }
+    return descriptions;
+}
 
 QlumEndpoint qlumEndpoint(const OpcUa_EndpointDescription& description)
 {
@@ -99,7 +143,11 @@ QString qlumPasswordPolicy(const QlumEndpoint& endpoint)
 
 bool qlumSendsClearPassword(const QlumEndpoint& endpoint)
 {
-    return endpoint.securityMode != OpcUa_MessageSecurityMode_SignAndEncrypt &&
-           qlumSchemeOf(endpoint.url) != QLatin1String("https") &&
-           qlumPasswordPolicy(endpoint) == qlumPolicyNone();
+    return !encryptsEverything(endpoint) && qlumPasswordPolicy(endpoint) == qlumPolicyNone();
+}
+
+bool qlumSendsUnprotectedPassword(const QlumEndpoint& endpoint)
+{
+    return qlumSendsClearPassword(endpoint) ||
+           (!encryptsEverything(endpoint) && endpoint.serverCertificate.isEmpty());
 }

@@ -1,4 +1,6 @@
 #pragma once
+#include <uabase/values/uaarrays.h>
+
 #include <QByteArray>
 #include <QMetaType>
 #include <QString>
@@ -55,6 +57,8 @@ inline constexpr int certificateSize = 256 * 1024;
 [[nodiscard]] QlumEndpoint qlumEndpoint(const OpcUa_EndpointDescription& description);
 /// The scheme in lower case, static; empty when it is none of those that the stack knows.
 [[nodiscard]] QLatin1String qlumSchemeOf(const QString& url);
+/// What of endpoints a session compares with those that the server names later; empty for want of memory.
+[[nodiscard]] UaEndpointDescriptions qlumEndpointDescriptions(const QVector<QlumEndpoint>& endpoints);
 /// "None", "Basic256Sha256"...: what follows the '#' of a policy URI, else the URI itself.
 [[nodiscard]] QString qlumPolicyName(const QString& securityPolicyUri);
 /// "None", "Sign", "SignAndEncrypt"; "Invalid" otherwise.
@@ -66,3 +70,6 @@ inline constexpr int certificateSize = 256 * 1024;
 /// Whether a password would go to the server as clear text: neither encrypted itself nor on a connection that
 /// encrypts everything.
 [[nodiscard]] bool qlumSendsClearPassword(const QlumEndpoint& endpoint);
+/// Whether whoever answers in the server's place could read a password: it would be clear text, or encrypted
+/// with a certificate that nobody has seen before.
+[[nodiscard]] bool qlumSendsUnprotectedPassword(const QlumEndpoint& endpoint);

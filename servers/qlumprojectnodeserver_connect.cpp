@@ -51,11 +51,12 @@ QWidget* qlumMainWindow()
 }
 
 int qlumWarn(const QString& title, const QString& text, QMessageBox::StandardButtons buttons,
-             QMessageBox::StandardButton defaultButton)
+             QMessageBox::StandardButton defaultButton, const QString& details)
 {
     const QPointer<QMessageBox> box =
         new QMessageBox(QMessageBox::Warning, title, text, buttons, qlumMainWindow());
     box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(details);
     box->setDefaultButton(defaultButton);
     const int pressed = box->exec();
     delete box;
@@ -200,13 +201,13 @@ bool QlumProjectNodeServer::userIdentity(Attempt& attempt)
 bool QlumProjectNodeServer::userNameIdentity(Attempt& attempt)
 {
     // a password that was given for a protected connection does not leave in the clear without a question
-    const bool clear = qlumSendsClearPassword(attempt.endpoint);
+    const bool unprotected = qlumSendsUnprotectedPassword(attempt.endpoint);
     if (attempt.changesUser || !m_setting.storePassword || m_setting.password.isEmpty() ||
-        (clear && !m_clearPasswordAllowed))
+        (unprotected && !m_clearPasswordAllowed))
         return askForPassword(attempt);
     attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
                                                  toUaString(m_setting.password));
-    attempt.security.plainPasswordAccepted = clear;
+    attempt.security.plainPasswordAccepted = unprotected;
     return true;
 }
 
@@ -216,8 +217,12 @@ bool QlumProjectNodeServer::askForPassword(Attempt& attempt)
     QPointer<QlumUserPasswordDlg> dialog =
         new QlumUserPasswordDlg(displayName(), m_setting.userName, qlumMainWindow());
     const bool clear = qlumSendsClearPassword(attempt.endpoint);
+    const bool unprotected = qlumSendsUnprotectedPassword(attempt.endpoint);
     if (clear)
         dialog->setWarning(tr("The password will be sent to the server without encryption."));
+    else if (unprotected)
+        dialog->setWarning(tr("The server's certificate cannot be checked: whoever answers in its place can "
+                              "read the password."));
     const bool accepted = dialog->exec() == QDialog::Accepted;
     const QString userName = dialog ? dialog->userName() : QString();
     const QString password = dialog ? dialog->password() : QString();
@@ -229,12 +234,12 @@ bool QlumProjectNodeServer::askForPassword(Attempt& attempt)
                                        : tr("Aborting connection attempt"));
         return false;
     }
-    m_clearPasswordAllowed = clear;
+    m_clearPasswordAllowed = unprotected;
     m_setting.userName = userName;
     if (m_setting.storePassword)
         m_setting.password = password;
     attempt.security.setUserPasswordUserIdentity(toUaString(userName), toUaString(password));
-    attempt.security.plainPasswordAccepted = clear; // the dialog has said so
+    attempt.security.plainPasswordAccepted = unprotected; // the dialog has said so
     return true;
 }
 

@@ -18,6 +18,7 @@ struct QlumProjectNodeServer::Attempt
 
 /// Null while there is none.
 [[nodiscard]] QWidget* qlumMainWindow();
-/// A warning in plain text. The button pressed; NoButton when the box went away with its window.
+/// A warning in plain text, with details below that nobody else has written. The button pressed; NoButton
+/// when the box went away with its window.
 int qlumWarn(const QString& title, const QString& text, QMessageBox::StandardButtons buttons,
-             QMessageBox::StandardButton defaultButton = QMessageBox::Ok);
+             QMessageBox::StandardButton defaultButton = QMessageBox::Ok, const QString& details = QString());

@@ -77,6 +77,8 @@ void QlumProjectNodeServer::fillSecurity(Attempt& attempt)
     attempt.security.securityPolicyUri = toUaString(wanted.securityPolicyUri);
     attempt.security.messageSecurityMode = static_cast<OpcUa_MessageSecurityMode>(wanted.securityMode);
     attempt.security.serverCertificate = toUaByteString(attempt.endpoint.serverCertificate);
+    attempt.security.discoveredEndpoints =
+        std::make_shared<const UaEndpointDescriptions>(qlumEndpointDescriptions(attempt.endpoints));
     attempt.security.verifyServerCertificateOnConnect = false; // the user judges it
     attempt.security.basic128Rsa15Accepted = m_weakPolicyAllowedFor == wanted.securityPolicyUri;
     const QlumCertificates& own = *QlumCertificates::instance();
@@ -90,8 +92,14 @@ void QlumProjectNodeServer::fillSecurity(Attempt& attempt)
 // Whether anything on this connection depends on the server's certificate.
 bool QlumProjectNodeServer::needsServerCertificate(const Attempt& attempt) const
 {
-    return attempt.security.isSecured() || (m_setting.userTokenType == QlumDiscoverySetting::UserName &&
-                                            qlumPasswordPolicy(attempt.endpoint) != qlumPolicyNone());
+    switch (m_setting.userTokenType) {
+    case QlumDiscoverySetting::UserName:
+        return attempt.security.isSecured() || qlumPasswordPolicy(attempt.endpoint) != qlumPolicyNone();
+    case QlumDiscoverySetting::Certificate:
+        return true; // the user signs for this server
+    default:
+        return attempt.security.isSecured();
+    }
 }
 
 bool QlumProjectNodeServer::checkServerCertificate(Attempt& attempt)
@@ -104,6 +112,7 @@ bool QlumProjectNodeServer::checkServerCertificate(Attempt& attempt)
     if (!needsServerCertificate(attempt)) {
         m_log.write(QlumLogLevel::Warning,
                     tr("The connection is not secured, the server's certificate is not checked."));
+        attempt.security.serverCertificate.clear(); // the session takes one that it is given as judged
         return true;
     }
     const QPointer<QlumProjectNodeServer> self(this);
@@ -155,6 +164,8 @@ bool QlumProjectNodeServer::connectError(OpcUa_UInt32, UaClient::ConnectServiceT
     }
     if (!clientSideError) {
         m_log.error(tr("Error '%1' was returned during %2").arg(status, stepName(serviceType)));
+        if (!error.diagnosticText().isEmpty())
+            m_log.write(QlumLogLevel::Error, toQString(error.diagnosticText()));
         m_refusal = serviceType != UaClient::CertificateValidation ? error.statusCode() : OpcUa_Good;
         return false;
     }
@@ -163,7 +174,8 @@ bool QlumProjectNodeServer::connectError(OpcUa_UInt32, UaClient::ConnectServiceT
                                  tr("Error '%1' was returned during %2, press 'Ignore' to suppress the error "
                                     "and continue connecting.")
                                      .arg(status, stepName(serviceType)),
-                                 QMessageBox::Abort | QMessageBox::Ignore, QMessageBox::Abort);
+                                 QMessageBox::Abort | QMessageBox::Ignore, QMessageBox::Abort,
+                                 toQString(error.diagnosticText()));
     return pressed == QMessageBox::Ignore;
 }
 

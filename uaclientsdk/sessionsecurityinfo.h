@@ -22,10 +22,18 @@ public:
 
     UaString securityPolicyUri; ///< starts as the policy None
     OpcUa_MessageSecurityMode messageSecurityMode = OpcUa_MessageSecurityMode_None;
-    UaByteString serverCertificate; ///< DER, may hold a whole chain
+    /// DER, may hold a whole chain. The caller has judged it, or lets connect do so; passwords are encrypted
+    /// and users sign for this one only. Empty: nobody knows who the server is.
+    UaByteString serverCertificate;
+    /// Only of secured sessions; without security a certificate that is still to be verified counts as none.
     bool verifyServerCertificateOnConnect = false;
-    /// The user knows that the password can be read on its way and has agreed; otherwise the session asks
-    /// (connectError with BadSecurityModeInsufficient) before it sends one so.
+    /// What discovery returned when these settings were chosen from it: a server whose endpoints turn out to
+    /// be better ends the connect with BadSecurityChecksFailed, unless the application overrides it. Null:
+    /// nobody asked, nothing is compared. Shared, for it may be long.
+    std::shared_ptr<const UaEndpointDescriptions> discoveredEndpoints;
+    /// The user knows that the password can be read on its way, or by whoever answers in the server's place,
+    /// and has agreed; otherwise the session asks (connectError with BadSecurityModeInsufficient) before it
+    /// sends one so.
     bool plainPasswordAccepted = false;
     /// The user has agreed to the policy Basic128Rsa15 for this server; otherwise the connect is refused with
     /// BadSecurityPolicyRejected.

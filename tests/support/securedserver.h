@@ -52,6 +52,15 @@ public:
         return UaByteString(std::span<const OpcUa_Byte>(der.data(), der.size()));
     }
 
+    /// One that the server has no key for.
+    static UaByteString otherCertificate()
+    {
+        testcertificates::Recipe recipe;
+        recipe.name = "Other";
+        recipe.pair = testcertificates::key(2048, "other");
+        return bytesOf(testcertificates::make(recipe));
+    }
+
     /// What a client needs to connect here.
     [[nodiscard]] UaClientSdk::SessionSecurityInfo clientSecurity() const
     {

@@ -8,6 +8,7 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/cryptoprovider.h>
+#include <uaclientsdk/connection/endpointcomparison.h>
 #include <uaclientsdk/connection/endpointselector.h>
 #include <uaclientsdk/connection/endpointurl.h>
 #include <uaclientsdk/connection/hostnames.h>
@@ -18,6 +19,15 @@
 #include <string>
 
 namespace UaClientSdk {
+
+namespace {
+
+EndpointSpan endpointsOf(const OpcUa_CreateSessionResponse& response)
+{
+    return {response.ServerEndpoints, static_cast<std::size_t>(std::max(response.NoOfServerEndpoints, 0))};
+}
+
+} // namespace
 
 UaStatus CreateSessionCheck::run(const OpcUa_CreateSessionResponse& response)
 {
@@ -35,7 +45,9 @@ UaStatus CreateSessionCheck::run(const OpcUa_CreateSessionResponse& response)
     } else if (response.ServerCertificate.Length > 0) {
         status = splitCertificate(UaByteString(response.ServerCertificate));
     }
-    return status.isGood() ? checkEndpoints(response) : status;
+    if (status.isGood())
+        status = checkEndpoints(response);
+    return status.isGood() ? compareWithDiscovery(response) : status;
 }
 
 UaStatus CreateSessionCheck::ask(const OverridableError& error)
@@ -119,10 +131,8 @@ UaStatus CreateSessionCheck::checkNonce(const OpcUa_ByteString& nonce)
 // A server whose answers differ is not the one that was chosen, or somebody on the way has changed them.
 UaStatus CreateSessionCheck::checkEndpoints(const OpcUa_CreateSessionResponse& response)
 {
-    const EndpointSpan endpoints(response.ServerEndpoints,
-                                 static_cast<std::size_t>(std::max(response.NoOfServerEndpoints, 0)));
-    const OpcUa_EndpointDescription* endpoint =
-        selectEndpoint(endpoints, m_url, m_security.securityPolicyUri, m_security.messageSecurityMode);
+    const OpcUa_EndpointDescription* endpoint = selectEndpoint(
+        endpointsOf(response), m_url, m_security.securityPolicyUri, m_security.messageSecurityMode);
     if (!endpoint) {
         return askAbout(OpcUa_BadSecurityModeRejected,
                         "The server's endpoints do not contain the security settings of the session");
@@ -137,6 +147,25 @@ UaStatus CreateSessionCheck::checkEndpoints(const OpcUa_CreateSessionResponse& r
     return askAbout(OpcUa_BadSecurityChecksFailed,
                     "The server's endpoints hold another certificate than the one used to create the secure "
                     "channel");
+}
+
+// Nobody protects what discovery returns, so it may have been thinned out on the way.
+UaStatus CreateSessionCheck::compareWithDiscovery(const OpcUa_CreateSessionResponse& response)
+{
+    if (!m_security.discoveredEndpoints || m_security.discoveredEndpoints->isEmpty())
+        return UaStatus();
+    const ChosenSecurity chosen{m_url, m_security.securityPolicyUri, m_security.messageSecurityMode};
+    switch (compareEndpoints(m_security.discoveredEndpoints->span(), endpointsOf(response), chosen)) {
+    case EndpointDifference::None:
+        break;
+    case EndpointDifference::Harmless:
+        UaTrace::tWarning("Warning: The server's endpoints are others than those that discovery returned");
+        break;
+    case EndpointDifference::Concealed:
+        return askAbout(OpcUa_BadSecurityChecksFailed,
+                        "The server's endpoints offer better security than those that discovery returned");
+    }
+    return UaStatus();
 }
 
 } // namespace UaClientSdk

@@ -28,12 +28,13 @@ public:
     {
     }
 
-    /// BadCertificateInvalid, BadNoValidCertificates (the server's is another than the channel's),
-    /// BadCertificateHostNameInvalid, BadSecurityChecksFailed (signature or endpoint list), BadNonceInvalid,
-    /// BadSecurityModeRejected (the endpoint is not in the list).
+    /// BadCertificateInvalid, BadCertificateUseNotAllowed (the server's is another than the channel's),
+    /// BadCertificateHostNameInvalid, BadSecurityChecksFailed (signature, or an endpoint list that is not
+    /// discovery's), BadNonceInvalid, BadSecurityModeRejected (the endpoint is not in the list).
     [[nodiscard]] UaStatus run(const OpcUa_CreateSessionResponse& response);
 
-    /// The one certificate that signatures are made for and secrets encrypted with; may be empty.
+    /// The one certificate, DER: of a secured session the one that its signatures were checked with, else the
+    /// caller's or, without one, the server's, which then nobody has judged; may be empty.
     [[nodiscard]] const UaByteString& serverCertificate() const { return m_certificate; }
     /// Whether the error that run ended with could have been overridden, so that it has been told.
     [[nodiscard]] bool wasAsked() const { return m_asked; }
@@ -46,6 +47,7 @@ private:
     [[nodiscard]] UaStatus checkSignature(const OpcUa_CreateSessionResponse& response);
     [[nodiscard]] UaStatus checkNonce(const OpcUa_ByteString& nonce);
     [[nodiscard]] UaStatus checkEndpoints(const OpcUa_CreateSessionResponse& response);
+    [[nodiscard]] UaStatus compareWithDiscovery(const OpcUa_CreateSessionResponse& response);
     [[nodiscard]] UaStatus askAbout(OpcUa_StatusCode status, const char* text);
     [[nodiscard]] UaStatus ask(const OverridableError& error);
 

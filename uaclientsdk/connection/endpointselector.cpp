@@ -1,22 +1,18 @@
 #include <uaclientsdk/connection/endpointselector.h>
 
+#include <opcua/opcua_channel.h>
 #include <uabase/system/uatrace.h>
-#include <uaclientsdk/connection/cryptoprovider.h>
 #include <uaclientsdk/connection/endpointurl.h>
 
-#include <string>
+#include <algorithm>
+#include <array>
+#include <iterator>
 #include <string_view>
 #include <strings.h>
 
 namespace UaClientSdk {
 
 namespace {
-
-std::string_view textOf(const OpcUa_String& text)
-{
-    return text.Length > 0 ? std::string_view(text.Data, static_cast<std::size_t>(text.Length))
-                           : std::string_view("");
-}
 
 bool beginsWithIgnoringCase(std::string_view text, std::string_view prefix)
 {
@@ -58,19 +54,38 @@ void traceUserTokens(const OpcUa_EndpointDescription& endpoint)
     }
 }
 
-// How well a policy protects a user's secrets; 0 when its algorithms are not offered.
+// The weakest first.
+constexpr std::array<std::string_view, 6> rankedPolicies = {
+    OpcUa_SecurityPolicy_None,           OpcUa_SecurityPolicy_Basic128Rsa15,
+    OpcUa_SecurityPolicy_Basic256,       OpcUa_SecurityPolicy_Aes128Sha256RsaOaep,
+    OpcUa_SecurityPolicy_Basic256Sha256, OpcUa_SecurityPolicy_Aes256Sha256RsaPss};
+constexpr int firstStrongRank = noSecurityRank + 3;
+
+// How well a policy protects a user's secrets; those that are still thought safe are equals.
 int strengthOf(std::string_view policyUri)
 {
-    if (policyUri.empty() || policyUri == OpcUa_SecurityPolicy_None)
-        return 1;
-    if (CryptoProvider(UaString(policyUri)).status().isBad())
-        return 0;
-    const bool weak =
-        policyUri == OpcUa_SecurityPolicy_Basic128Rsa15 || policyUri == OpcUa_SecurityPolicy_Basic256;
-    return weak ? 2 : 3;
+    const int rank = securityPolicyRank(policyUri);
+    return rank > noSecurityRank && rank < firstStrongRank ? firstStrongRank - 1
+                                                           : std::min(rank, firstStrongRank);
 }
 
 } // namespace
+
+std::string_view textOf(const OpcUa_String& text)
+{
+    return text.Length > 0 ? std::string_view(text.Data, static_cast<std::size_t>(text.Length))
+                           : std::string_view("");
+}
+
+int securityPolicyRank(std::string_view policyUri)
+{
+    if (policyUri.empty())
+        return noSecurityRank;
+    const auto found = std::find(rankedPolicies.begin(), rankedPolicies.end(), policyUri);
+    return found == rankedPolicies.end()
+               ? 0
+               : noSecurityRank + static_cast<int>(std::distance(rankedPolicies.begin(), found));
+}
 
 const OpcUa_EndpointDescription* selectEndpoint(EndpointSpan endpoints, const UaString& connectUrl,
                                                 const UaString& securityPolicyUri,

@@ -5,10 +5,19 @@
 #include <uabase/values/uastring.h>
 
 #include <span>
+#include <string_view>
 
 namespace UaClientSdk {
 
 using EndpointSpan = std::span<const OpcUa_EndpointDescription>;
+
+/// What the stack's text says, empty for a null one; as long as it lives.
+[[nodiscard]] std::string_view textOf(const OpcUa_String& text);
+
+constexpr int noSecurityRank = 1;
+/// How well a policy protects, more is better: noSecurityRank for None and an empty URI, 0 when its
+/// algorithms are not offered here.
+[[nodiscard]] int securityPolicyRank(std::string_view policyUri);
 
 /// The endpoint of the security settings that fits the connect URL best: the same URL, else the same scheme
 /// and port, else the same scheme. Null when none has the settings; the result points into endpoints.

@@ -93,6 +93,11 @@ UaString IdentityTokenBuilder::policyUriOf(const OpcUa_UserTokenPolicy& policy) 
     return own.isEmpty() ? m_protection.channelPolicyUri : own;
 }
 
+bool IdentityTokenBuilder::mayLeaveUnprotected() const
+{
+    return m_protection.channelEncrypts || m_protection.plainPasswordAllowed;
+}
+
 UaStatus IdentityTokenBuilder::checkNonce() const
 {
     if (m_protection.serverNonce.length() >= minimumNonceLength)
@@ -127,13 +132,19 @@ UaStatus IdentityTokenBuilder::protectPassword(const CryptoProvider& provider, c
                                                OpcUa_UserNameIdentityToken& token) const
 {
     if (provider.isNone()) {
-        if (!m_protection.channelEncrypts && !m_protection.plainPasswordAllowed) {
+        if (!mayLeaveUnprotected()) {
             return UaStatus(OpcUa_BadSecurityModeInsufficient,
                             "The password would be sent without encryption");
         }
         const OpcUa_ByteString plain = password.view();
         return UaStatus(
             OpcUa_ByteString_Assign(&token.Password, plain.Length > 0 ? plain.Data : nullptr, plain.Length));
+    }
+    if (!m_protection.certificateJudged && !mayLeaveUnprotected()) {
+        // whoever answers in the server's place can send a certificate of his own
+        return UaStatus(OpcUa_BadSecurityModeInsufficient,
+                        "The server's certificate was not checked, so the password would be sent without "
+                        "protection");
     }
     if (const UaStatus nonce = checkNonce(); nonce.isBad())
         return nonce;
@@ -157,6 +168,13 @@ UaStatus IdentityTokenBuilder::addCertificate(const UaCertificateIdentityToken& 
         // a certificate without a signature proves nothing
         UaTrace::tWarning("Warning: Could not find suitable SecurityPolicy for assembling X509IdentityToken");
         return UaStatus(OpcUa_BadIdentityTokenRejected);
+    }
+    if (!m_protection.certificateJudged) {
+        // the signature would let whoever sent the certificate log in at the server that it belongs to
+        const UaStatus refusal(OpcUa_BadCertificateUntrusted,
+                               "The server's certificate was not checked, so the user cannot sign for it");
+        UaTrace::tError("%s", refusal.diagnosticText().toUtf8());
+        return refusal;
     }
     if (const UaStatus nonce = checkNonce(); nonce.isBad())
         return nonce;

@@ -19,6 +19,7 @@ struct IdentityProtection
     UaString channelPolicyUri;
     bool channelEncrypts = false;      ///< nobody on the way can read what the session sends
     bool plainPasswordAllowed = false; ///< somebody has agreed to a password that can be read on the way
+    bool certificateJudged = false;    ///< somebody has accepted serverCertificate as this server's
     UaByteString serverCertificate;    ///< one, DER; empty when the server has none
     UaByteString serverNonce;
 };
@@ -31,9 +32,10 @@ public:
     explicit IdentityTokenBuilder(IdentityProtection protection) : m_protection(std::move(protection)) {}
 
     /// BadIdentityTokenRejected when the endpoint takes no such user or asks for a policy that is not offered
-    /// here; BadSecurityModeInsufficient when the password could be read on the way and nobody has agreed;
-    /// BadNonceInvalid when the server's nonce is too short to protect a secret; or why encrypting or signing
-    /// failed.
+    /// here; BadSecurityModeInsufficient when the password could be read on the way, or by whom nobody has
+    /// judged, and nobody has agreed; BadCertificateUntrusted when a user would sign for a server that nobody
+    /// has judged; BadNonceInvalid when the server's nonce is too short to protect a secret; or why
+    /// encrypting or signing failed.
     [[nodiscard]] UaStatus build(const UaUserIdentityToken& identity,
                                  const OpcUa_EndpointDescription& endpoint,
                                  OpcUa_ActivateSessionRequest& request) const;
@@ -53,6 +55,7 @@ private:
                                           OpcUa_ActivateSessionRequest& request) const;
     [[nodiscard]] UaStatus protectPassword(const CryptoProvider& provider, const SecretBytes& password,
                                            OpcUa_UserNameIdentityToken& token) const;
+    [[nodiscard]] bool mayLeaveUnprotected() const;
     [[nodiscard]] UaString policyUriOf(const OpcUa_UserTokenPolicy& policy) const;
     [[nodiscard]] UaStatus checkNonce() const;
 

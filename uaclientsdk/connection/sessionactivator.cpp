@@ -153,6 +153,7 @@ UaStatus SessionActivator::activateSession()
 {
     TraceScope trace("UaSessionPrivate", "activateSession");
     const ActivatorTurn turn(m_context);
+    m_asked = false;
     Identity identity;
     ServiceSettings settings;
     {
@@ -161,7 +162,7 @@ UaStatus SessionActivator::activateSession()
         settings = withTimeout(m_context.connectInfo.connectTimeout);
     }
     const UaStatus result = activate(settings, *identity);
-    if (result.isBad())
+    if (result.isBad() && !m_asked)
         m_context.reportConnectError(UaClient::ActivateSession, result, false);
     return trace.ending(result);
 }
@@ -258,7 +259,8 @@ UaStatus SessionActivator::addIdentity(const UaUserIdentityToken& identity,
         return status;
     const OverridableError error(UaClient::ActivateSession, status.statusCode(),
                                  status.diagnosticText().toStdString());
-    if (!m_context.errorOverrides.overridden(m_context, error, wanted.serverCertificate))
+    m_asked = !m_context.errorOverrides.overridden(m_context, error, wanted.serverCertificate);
+    if (m_asked)
         return status;
     wanted.plainPasswordAllowed = true;
     OpcUa_ExtensionObject_Clear(&request.UserIdentityToken);
@@ -274,7 +276,11 @@ IdentityProtection SessionActivator::protection() const
     result.channelEncrypts = security.messageSecurityMode == OpcUa_MessageSecurityMode_SignAndEncrypt ||
                              parseEndpointUrl(m_context.currentEndpointUrl.view()).scheme == "https";
     result.plainPasswordAllowed = security.plainPasswordAccepted;
-    result.serverCertificate = m_context.serverCertificate;
+    // the one that the channel was opened with, whatever the application overrides when CreateSession returns
+    // another; without it nobody has judged the server's
+    result.certificateJudged = !security.serverCertificate.isEmpty();
+    result.serverCertificate =
+        result.certificateJudged ? security.serverCertificate : m_context.serverCertificate;
     result.serverNonce = m_context.serverNonce;
     return result;
 }

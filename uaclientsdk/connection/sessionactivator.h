@@ -47,6 +47,7 @@ private:
     void closeRefused(bool deleteSubscriptions);
 
     SessionContext& m_context;
+    bool m_asked = false; ///< the application knows of the error already; of who is the activator
 };
 
 } // namespace UaClientSdk

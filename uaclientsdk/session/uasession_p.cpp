@@ -176,10 +176,13 @@ UaStatus UaSessionPrivate::changeUser(ServiceSettings& settings, const UaUserIde
 
 UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security)
 {
-    if (!security.isSecured() || security.serverCertificate.isEmpty())
+    const bool secured = security.isSecured();
+    if (!secured && security.verifyServerCertificateOnConnect)
+        security.serverCertificate.clear(); // the connect does not depend on it, so nobody judges it
+    if (security.serverCertificate.isEmpty())
         return UaStatus();
     UaStatus verified;
-    if (security.verifyServerCertificateOnConnect) {
+    if (secured && security.verifyServerCertificateOnConnect) {
         context.mutex.assertUnlocked();
         verified = security.verifyServerCertificate(&m_session); // with the issuers that the server sent
     }
@@ -187,8 +190,10 @@ UaStatus UaSessionPrivate::checkServerCertificate(SessionSecurityInfo& security)
     const UaStatus split = SessionSecurityInfo::splitCertificateChain(security.serverCertificate, chain);
     if (split.isBad())
         UaTrace::tError("Split server certificate chain failed with error '%s'", split.toString().toUtf8());
-    else
+    if (split.isGood())
         security.serverCertificate = UaByteString(chain[0]);
+    else if (!secured)
+        security.serverCertificate.clear(); // nobody can have judged it
     if (verified.isBad())
         UaTrace::tError("Server certificate validation failed with error '%s'", verified.toString().toUtf8());
     return verified;

@@ -54,18 +54,11 @@ protected:
         FakeStack::instance().on(
             OpcUa_GetEndpointsRequest_EncodeableType,
             [endpoint](const void*, void* response) {
-                UaEndpointDescriptions descriptions(1);
-                OpcUa_EndpointDescription& one = descriptions[0];
-                EXPECT_TRUE(OpcUa_IsGood(toUaString(endpoint.url).copyTo(&one.EndpointUrl)));
-                EXPECT_TRUE(
-                    OpcUa_IsGood(toUaString(endpoint.securityPolicyUri).copyTo(&one.SecurityPolicyUri)));
-                one.SecurityMode = static_cast<OpcUa_MessageSecurityMode>(endpoint.securityMode);
-                EXPECT_TRUE(
-                    OpcUa_IsGood(toUaString(endpoint.applicationUri).copyTo(&one.Server.ApplicationUri)));
+                UaEndpointDescriptions descriptions = qlumEndpointDescriptions({endpoint});
                 const QByteArray& der = endpoint.serverCertificate;
                 const UaByteString certificate(der.size(),
                                                reinterpret_cast<const OpcUa_Byte*>(der.constData()));
-                EXPECT_TRUE(OpcUa_IsGood(certificate.copyTo(&one.ServerCertificate)));
+                EXPECT_TRUE(OpcUa_IsGood(certificate.copyTo(&descriptions[0].ServerCertificate)));
                 auto* answer = static_cast<OpcUa_GetEndpointsResponse*>(response);
                 descriptions.detach(&answer->NoOfEndpoints, &answer->Endpoints);
                 return static_cast<OpcUa_StatusCode>(OpcUa_Good);

@@ -7,6 +7,7 @@
 #include <tests/gui/servers/servernodefixture.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/modeltext.h>
+#include <tests/support/securedserver.h>
 #include <tests/support/testcertificates.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
@@ -21,12 +22,14 @@
 #include <QEvent>
 #include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QList>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QString>
 #include <QStringList>
 #include <QTest>
+#include <QVector>
 
 #include <initializer_list>
 #include <string>
@@ -75,6 +78,12 @@ protected:
             if (dialog.isVisible())
                 dialog.reject();
         };
+    }
+    void useUnsecured(const QVector<QlumUserTokenPolicy>& tokens)
+    {
+        setting.endpoint.securityMode = OpcUa_MessageSecurityMode_None;
+        setting.endpoint.userTokens = tokens;
+        use("None");
     }
     template <typename Widget>
     Widget* shown(const char* name) const
@@ -223,6 +232,95 @@ TEST_F(SecuredServerNode, AStoredPasswordDoesNotLeaveInTheClearUnasked)
     EXPECT_FALSE(node->connectServer());
     EXPECT_EQ(driver.seen(), QStringList{"Plc"});
     EXPECT_EQ(FakeStack::instance().calls(OpcUa_ActivateSessionRequest_EncodeableType), 0);
+}
+
+TEST_F(SecuredServerNode, PasswordForWhomNobodyHasCheckedIsAskedForInWordsThatSaySo)
+{
+    SecuredServer server(FakeStack::instance(), OpcUa_SecurityPolicy_None, OpcUa_MessageSecurityMode_None);
+    const QString good(OpcUa_SecurityPolicy_Basic256Sha256);
+    server.tokens = {{OpcUa_UserTokenType_UserName, OpcUa_SecurityPolicy_Basic256Sha256}};
+    setting.endpoint.serverCertificate.clear();
+    setting.userTokenType = QlumDiscoverySetting::UserName;
+    setting.userName = "joe";
+    useUnsecured({{"0", OpcUa_UserTokenType_UserName, "", "", good}});
+    make();
+    QStringList warnings;
+    DialogDriver enters([&](QDialog& dialog) {
+        auto* warning = dialog.findChild<QLabel*>("warning");
+        warnings.append(warning && warning->isVisible() ? warning->text() : QString());
+        auto* password = dialog.findChild<QLineEdit*>("password");
+        if (!password)
+            return dialog.reject();
+        password->setText("secret");
+        dialog.accept();
+    });
+    EXPECT_TRUE(node->connectServer()) << log().join('\n');
+    ASSERT_EQ(warnings.size(), 1);
+    EXPECT_TRUE(warnings.first().contains("certificate cannot be checked"));
+    EXPECT_EQ(server.logins, std::vector<std::string>{"user joe secret"});
+    node->disconnectServer();
+
+    // one that discovery shows is judged before anything is encrypted with it
+    setting.endpoint.serverCertificate =
+        QByteArray(reinterpret_cast<const char*>(der.data()), static_cast<int>(der.size()));
+    offerOne(setting.endpoint);
+    EXPECT_FALSE(node->connectServer());
+    ASSERT_EQ(enters.seen().size(), 3);
+    EXPECT_EQ(warnings.at(1), QString());
+    EXPECT_EQ(enters.seen().last(), "Certificate Validation");
+}
+
+TEST_F(SecuredServerNode, UserWhoSignsJudgesTheServerAndNobodyElseVouchesForIt)
+{
+    useUnsecured({{"0", OpcUa_UserTokenType_Anonymous, "", "", ""},
+                  {"1", OpcUa_UserTokenType_Certificate, "", "", OpcUa_SecurityPolicy_Basic256Sha256}});
+    make();
+    DialogDriver cancels;
+    EXPECT_TRUE(node->connectServer()) << log().join('\n');
+    EXPECT_EQ(cancels.seen(), QStringList());
+    EXPECT_TRUE(channelCertificates().empty()) << "nobody has judged it";
+    node->disconnectServer();
+    setting.userTokenType = QlumDiscoverySetting::Certificate;
+    setting.certificateFile = QlumCertificateStore::ownCertificateFile();
+    setting.privateKeyFile = QlumCertificateStore::ownPrivateKeyFile();
+    node->setDiscoverySetting(setting);
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(cancels.seen(), QStringList{"Certificate Validation"}) << log().join('\n');
+}
+
+TEST_F(SecuredServerNode, SecurityThatDiscoveryDidNotShowIsAskedAboutInWords)
+{
+    SecuredServer server(FakeStack::instance(), OpcUa_SecurityPolicy_None, OpcUa_MessageSecurityMode_None);
+    QlumEndpoint hidden = setting.endpoint;
+    useUnsecured({{"0", OpcUa_UserTokenType_Anonymous, "", "", ""}});
+    server.tamperCreate = [&](OpcUa_CreateSessionResponse& answer) {
+        UaEndpointDescriptions all;
+        all.attach(answer.NoOfServerEndpoints, answer.ServerEndpoints);
+        EXPECT_TRUE(all.append(qlumEndpointDescriptions({hidden})[0]));
+        all.detach(&answer.NoOfServerEndpoints, &answer.ServerEndpoints);
+    };
+    make();
+    QString words;
+    auto pressed = QMessageBox::Abort;
+    DialogDriver driver([&](QDialog& dialog) {
+        auto* box = qobject_cast<QMessageBox*>(&dialog);
+        ASSERT_NE(box, nullptr);
+        words = box->informativeText();
+        box->button(pressed)->click();
+    });
+    EXPECT_FALSE(node->connectServer());
+    ASSERT_EQ(driver.seen().size(), 1);
+    EXPECT_TRUE(driver.seen().first().startsWith(
+        "Connect Error: Error 'BadSecurityChecksFailed' was returned during CreateSession, press 'Ignore'"));
+    EXPECT_TRUE(words.contains("better security")) << words;
+    EXPECT_TRUE(server.logins.empty());
+    pressed = QMessageBox::Ignore;
+    EXPECT_TRUE(node->connectServer()) << log().join('\n');
+    node->disconnectServer();
+    // what the server offers beside it is no news once discovery shows it
+    hidden = setting.endpoint;
+    EXPECT_TRUE(node->connectServer());
+    EXPECT_EQ(driver.seen().size(), 2);
 }
 
 TEST_F(SecuredServerNode, OneTlsQuestionAtATimeAndAnotherAttemptWhenItIsTrusted)

@@ -21,6 +21,7 @@
 namespace {
 
 using testing::IsEmpty;
+using UaClientSdk::SessionSecurityInfo;
 using UaClientSdk::UaClient;
 
 class CreateSessionTest : public SessionTest
@@ -38,14 +39,6 @@ protected:
     UaStatus connectSecured(const char* url = "opc.tcp://localhost:4840")
     {
         return session.connect(UaString(url), info, server().clientSecurity(), &callback);
-    }
-
-    static UaByteString otherCertificate()
-    {
-        testcertificates::Recipe recipe;
-        recipe.name = "Other";
-        recipe.pair = testcertificates::key(2048, "other");
-        return SecuredServer::bytesOf(testcertificates::make(recipe));
     }
 
 private:
@@ -98,7 +91,7 @@ std::vector<Fault> faults(const UaByteString& other)
 
 TEST_F(CreateSessionTest, EachFaultClosesTheSessionBeforeAnybodyLogsIn)
 {
-    for (const Fault& fault : faults(otherCertificate())) {
+    for (const Fault& fault : faults(SecuredServer::otherCertificate())) {
         server().tamperCreate = fault.tamper;
         EXPECT_EQ(connectSecured().statusCode(), fault.status) << fault.name;
         EXPECT_THAT(server().logins, IsEmpty()) << fault.name;
@@ -112,13 +105,58 @@ TEST_F(CreateSessionTest, EachFaultClosesTheSessionBeforeAnybodyLogsIn)
 TEST_F(CreateSessionTest, ApplicationGoesOnInSpiteOfWhatItMayOverride)
 {
     callback.overrides = true;
-    for (const Fault& fault : faults(otherCertificate())) {
+    for (const Fault& fault : faults(SecuredServer::otherCertificate())) {
         server().tamperCreate = fault.tamper;
         const UaStatus status = connectSecured();
         EXPECT_EQ(status.isGood(), fault.overridable) << fault.name << status.toString().toUtf8();
         if (status.isGood())
             EXPECT_TRUE(disconnect().isGood()) << fault.name;
     }
+}
+
+UaEndpointDescriptions discovered(const char* policyUri, OpcUa_MessageSecurityMode mode)
+{
+    UaEndpointDescriptions result(1u);
+    EXPECT_EQ(OpcUa_String_Assign(&result[0].EndpointUrl, "opc.tcp://localhost:4840", -1), OpcUa_Good);
+    EXPECT_EQ(OpcUa_String_Assign(&result[0].SecurityPolicyUri, policyUri, -1), OpcUa_Good);
+    result[0].SecurityMode = mode;
+    return result;
+}
+
+TEST_F(CreateSessionTest, BetterEndpointsThanDiscoveryShowedEndTheConnectUnlessOverridden)
+{
+    SecuredServer weak(stack, OpcUa_SecurityPolicy_Basic256, OpcUa_MessageSecurityMode_Sign);
+    weak.tokens = {{OpcUa_UserTokenType_Anonymous, nullptr}};
+    SessionSecurityInfo security = weak.clientSecurity();
+    const UaString url("opc.tcp://localhost:4840");
+    const auto seen = discovered(OpcUa_SecurityPolicy_Basic256, OpcUa_MessageSecurityMode_Sign);
+    security.discoveredEndpoints = std::make_shared<const UaEndpointDescriptions>(seen);
+    EXPECT_TRUE(session.connect(url, info, security, &callback).isGood());
+    EXPECT_TRUE(disconnect().isGood());
+    EXPECT_THAT(callback.errors(), IsEmpty());
+
+    // one that everybody would have preferred
+    weak.tamperCreate = [&](OpcUa_CreateSessionResponse& answer) {
+        UaEndpointDescriptions endpoints;
+        endpoints.attach(answer.NoOfServerEndpoints, answer.ServerEndpoints);
+        const auto hidden =
+            discovered(OpcUa_SecurityPolicy_Aes256Sha256RsaPss, OpcUa_MessageSecurityMode_SignAndEncrypt);
+        EXPECT_TRUE(endpoints.append(hidden[0]));
+        endpoints.detach(&answer.NoOfServerEndpoints, &answer.ServerEndpoints);
+    };
+    weak.logins.clear();
+    const UaStatus status = session.connect(url, info, security, &callback);
+    EXPECT_EQ(status.statusCode(), OpcUa_StatusCode{OpcUa_BadSecurityChecksFailed});
+    EXPECT_THAT(status.diagnosticText().toStdString(), testing::HasSubstr("better security"));
+    EXPECT_THAT(callback.errors(), testing::ElementsAre("2 BadSecurityChecksFailed ours"));
+    EXPECT_THAT(weak.logins, IsEmpty());
+    EXPECT_EQ(stack.journal().rbegin()[1], "CloseSessionRequest");
+    callback.overrides = true;
+    EXPECT_TRUE(session.connect(url, info, security, &callback).isGood());
+    EXPECT_TRUE(disconnect().isGood());
+    callback.overrides = false;
+    security.discoveredEndpoints.reset(); // nobody asked
+    EXPECT_TRUE(session.connect(url, info, security, &callback).isGood());
 }
 
 TEST_F(CreateSessionTest, SignatureThatFailsLeavesSubscriptionsAlone)
@@ -141,7 +179,7 @@ TEST_F(CreateSessionTest, CertificateOfAnotherServerIsRefused)
 {
     // one that it has the key of, so that only the comparison with the channel's can tell
     auto security = server().clientSecurity();
-    security.serverCertificate = otherCertificate();
+    security.serverCertificate = SecuredServer::otherCertificate();
     const UaString url("opc.tcp://localhost:4840");
     EXPECT_EQ(session.connect(url, info, security, &callback).statusCode(),
               static_cast<OpcUa_StatusCode>(OpcUa_BadCertificateUseNotAllowed));

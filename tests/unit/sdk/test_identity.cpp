@@ -14,8 +14,11 @@
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using UaClientSdk::SessionSecurityInfo;
 using UaClientSdk::UaClient;
 using UaClientSdk::UaUserNameIdentityToken;
@@ -28,6 +31,14 @@ protected:
     UaStatus connect(const SessionSecurityInfo& security)
     {
         return session.connect(UaString("opc.tcp://localhost:4840"), info, security, &callback);
+    }
+
+    static UaByteString chainOf(const UaByteString& leaf)
+    {
+        const std::string chain =
+            std::string(leaf.view()) + std::string(SecuredServer::otherCertificate().view());
+        return UaByteString(static_cast<OpcUa_Int32>(chain.size()),
+                            reinterpret_cast<const OpcUa_Byte*>(chain.data()));
     }
 
     static void useCertificate(SessionSecurityInfo& security)
@@ -93,8 +104,11 @@ TEST_F(IdentityTest, UnsecuredChannelTakesTheStrongestPolicyOfTheTokens)
                      {OpcUa_UserTokenType_UserName, OpcUa_SecurityPolicy_Aes256Sha256RsaPss},
                      {OpcUa_UserTokenType_Certificate, OpcUa_SecurityPolicy_Basic256Sha256}};
     SessionSecurityInfo security = server.clientSecurity();
+    // with an issuer behind it, which is no part of what is encrypted with and signed for
+    security.serverCertificate = chainOf(server.certificate);
     security.setUserPasswordUserIdentity("anna", "geheim");
     EXPECT_TRUE(connect(security).isGood());
+    EXPECT_EQ(session.serverCertificate(), server.certificate);
     EXPECT_TRUE(disconnect().isGood());
     useCertificate(security);
     EXPECT_TRUE(connect(security).isGood());
@@ -113,7 +127,7 @@ TEST_F(IdentityTest, PasswordLeavesInClearOnlyWhenSomebodyHasAgreed)
     security.setUserPasswordUserIdentity("anna", "geheim");
     EXPECT_EQ(connect(security).statusCode(), plainPassword);
     EXPECT_THAT(server.logins, IsEmpty());
-    EXPECT_EQ(callback.errors().front(), "3 BadSecurityModeInsufficient ours");
+    EXPECT_THAT(callback.errors(), ElementsAre("3 BadSecurityModeInsufficient ours")) << "asked once";
     security.plainPasswordAccepted = true;
     EXPECT_TRUE(connect(security).isGood());
     EXPECT_TRUE(disconnect().isGood());
@@ -135,6 +149,50 @@ TEST_F(IdentityTest, PasswordLeavesInClearOnlyWhenSomebodyHasAgreed)
         if (status.isGood())
             EXPECT_TRUE(disconnect().isGood());
     }
+}
+
+TEST_F(IdentityTest, CertificateThatNobodyJudgedProtectsNothingAndIsNotSignedFor)
+{
+    SecuredServer server(stack, OpcUa_SecurityPolicy_None, OpcUa_MessageSecurityMode_None);
+    server.tokens = {{OpcUa_UserTokenType_UserName, OpcUa_SecurityPolicy_Basic256Sha256},
+                     {OpcUa_UserTokenType_Certificate, OpcUa_SecurityPolicy_Basic256Sha256}};
+    SessionSecurityInfo security = server.clientSecurity();
+    security.setUserPasswordUserIdentity("anna", "geheim");
+    const UaStatus status = connect(security);
+    EXPECT_EQ(status.statusCode(), plainPassword);
+    EXPECT_THAT(status.diagnosticText().toStdString(), HasSubstr("certificate was not checked"));
+    EXPECT_THAT(callback.errors(), ElementsAre("3 BadSecurityModeInsufficient ours"));
+    // one that the session is to judge is judged by nobody when there is no security, and garbage neither
+    security.serverCertificate = server.certificate;
+    security.verifyServerCertificateOnConnect = true;
+    EXPECT_EQ(connect(security).statusCode(), plainPassword);
+    security.serverCertificate = UaByteString(4, reinterpret_cast<const OpcUa_Byte*>("junk"));
+    security.verifyServerCertificateOnConnect = false;
+    EXPECT_EQ(connect(security).statusCode(), plainPassword);
+    security.serverCertificate.clear();
+    useCertificate(security);
+    EXPECT_EQ(connect(security).statusCode(), OpcUa_StatusCode{OpcUa_BadCertificateUntrusted});
+    EXPECT_THAT(callback.errors(), Contains("3 BadCertificateUntrusted"));
+    EXPECT_THAT(server.logins, IsEmpty());
+    // who has agreed to clear text is not worse off with what the server asks for
+    callback.overrides = true;
+    security.setUserPasswordUserIdentity("anna", "geheim");
+    EXPECT_TRUE(connect(security).isGood());
+    EXPECT_TRUE(disconnect().isGood());
+    EXPECT_THAT(server.logins, ElementsAre("user anna geheim"));
+}
+
+TEST_F(IdentityTest, PasswordIsForTheHolderOfTheChannelsCertificateOnly)
+{
+    SecuredServer server(stack, OpcUa_SecurityPolicy_Basic256Sha256, OpcUa_MessageSecurityMode_Sign);
+    SessionSecurityInfo security = server.clientSecurity();
+    security.serverCertificate = SecuredServer::otherCertificate();
+    security.setUserPasswordUserIdentity("anna", "geheim");
+    callback.overrides = true; // that CreateSession returns another certificate
+    EXPECT_TRUE(connect(security).isGood());
+    EXPECT_TRUE(disconnect().isGood());
+    ASSERT_EQ(server.logins.size(), 1u);
+    EXPECT_THAT(server.logins.front(), Not(HasSubstr("geheim"))) << "not for the key of another certificate";
 }
 
 TEST_F(IdentityTest, UserThatNoTokenOfTheEndpointFitsIsNotSent)
