@@ -20,6 +20,10 @@ namespace {
 constexpr size_t scratchSize = 256 * 1024;
 constexpr std::uint64_t wakeKey = 0;
 
+// So many handlers are called before the loop asks again who is next: their list needs no memory then, and
+// those beyond it have their turn at once.
+constexpr size_t turnSize = 64;
+
 UniqueFd checked(int fd, const char* what)
 {
     if (fd < 0)
@@ -77,9 +81,11 @@ std::uint64_t EventLoop::add(int socket, std::shared_ptr<EventHandler> handler)
     const std::lock_guard lock(m_mutex);
     const std::uint64_t key = ++m_lastKey;
     epoll_event event = interest(key, true, false);
-    if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, socket, &event) != 0)
+    const auto added = m_handlers.emplace(key, std::move(handler)).first;
+    if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, socket, &event) != 0) {
+        m_handlers.erase(added);
         return 0;
-    m_handlers.emplace(key, std::move(handler));
+    }
     return key;
 }
 
@@ -124,21 +130,22 @@ int EventLoop::waitTime()
 void EventLoop::dispatchTimers()
 {
     const TimePoint now = std::chrono::steady_clock::now();
-    std::vector<std::shared_ptr<EventHandler>> due;
+    std::array<std::shared_ptr<EventHandler>, turnSize> due;
+    size_t count = 0;
     {
         const std::lock_guard lock(m_mutex);
         for (const auto& entry : m_handlers)
-            if (entry.second->deadline() <= now)
-                due.push_back(entry.second);
+            if (count < due.size() && entry.second->deadline() <= now)
+                due[count++] = entry.second;
     }
-    for (const auto& handler : due)
-        withoutDying([&] { handler->onTime(now); });
+    for (size_t n = 0; n < count; ++n)
+        withoutDying([&] { due[n]->onTime(now); });
 }
 
 void EventLoop::run()
 {
-    std::array<epoll_event, 64> events{};
-    std::vector<std::pair<std::shared_ptr<EventHandler>, std::uint32_t>> ready;
+    std::array<epoll_event, turnSize> events{};
+    std::array<std::shared_ptr<EventHandler>, turnSize> ready;
     while (!m_stop) {
         const int count =
             ::epoll_wait(m_epoll.get(), events.data(), static_cast<int>(events.size()), waitTime());
@@ -149,16 +156,16 @@ void EventLoop::run()
                 const epoll_event& event = events[static_cast<size_t>(n)];
                 const auto found = m_handlers.find(event.data.u64);
                 if (found != m_handlers.end())
-                    ready.emplace_back(found->second, event.events);
+                    ready[static_cast<size_t>(n)] = found->second;
                 else if (event.data.u64 == wakeKey) {
                     eventfd_t wakes = 0;
                     static_cast<void>(::eventfd_read(m_wake.get(), &wakes));
                 }
             }
         }
-        for (const auto& [handler, flags] : ready)
-            withoutDying([&, to = handler.get(), what = flags] { to->onReady(what, m_scratch); });
-        ready.clear();
+        for (size_t n = 0; n < turnSize; ++n)
+            if (const auto handler = std::exchange(ready[n], nullptr))
+                withoutDying([&] { handler->onReady(events[n].events, m_scratch); });
         dispatchTimers();
     }
 }

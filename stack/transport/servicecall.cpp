@@ -67,7 +67,7 @@ OpcUa_StatusCode prepare(const Channel& channel, const OpcUa_EncodeableType& typ
 }
 
 // A caller that went on; decoding and callback are the callback thread's.
-class CallbackCall final : public Call, public std::enable_shared_from_this<CallbackCall>
+class CallbackCall final : public Call, public CallbackJob, public std::enable_shared_from_this<CallbackCall>
 {
 public:
     CallbackCall(std::shared_ptr<Channel> channel, const OpcUa_EncodeableType& responseType,
@@ -81,11 +81,11 @@ public:
     {
         m_status = status;
         m_body = std::move(body);
-        m_channel->callbacks().post([self = shared_from_this()] { self->run(); });
+        m_channel->callbacks().post(std::shared_ptr<CallbackJob>(shared_from_this()));
     }
 
 private:
-    void run()
+    void run() override
     {
         DecodedMessage response;
         OpcUa_StatusCode status = m_status;

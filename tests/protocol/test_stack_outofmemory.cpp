@@ -2,9 +2,11 @@
 #include <tests/protocol/channelfixture.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <thread>
 
 namespace {
 
@@ -87,6 +89,40 @@ TEST_F(StackOutOfMemory, ACallerWhoReadsHearsOfItAndOtherChannelsGoOn)
     ASSERT_EQ(lucky.connect(other.url()), OpcUa_Good);
     EXPECT_EQ(channel.call(), OpcUa_BadOutOfMemory);
     EXPECT_FALSE(OpcUa_Channel_IsConnected(channel.handle()));
+    EXPECT_EQ(lucky.call(), OpcUa_Good);
+}
+
+// Whatever is left undone for want of memory, a call that was begun is completed, and the loop lives.
+TEST_F(StackOutOfMemory, CallsAreCompletedWithoutAnyMemory)
+{
+    constexpr int calls = 5;
+    std::atomic<int> begun = 0;
+    LoopbackPeer peer(serving([&](ServerChannel& channel, OpcUa_UInt32 id, const Bytes&) {
+        t_isServer = true;
+        if (++begun < calls)
+            return;
+        g_largestBlock = 0;
+        channel.respond(id, findServersResponse());
+    }));
+    LoopbackPeer other(serving(answerAtOnce));
+    std::atomic<int> completed = 0;
+    std::atomic<int> outOfMemory = 0;
+    Channel::Completed completion = [&](OpcUa_StatusCode status) {
+        outOfMemory += status == OpcUa_BadOutOfMemory;
+        ++completed;
+    };
+    Channel channel;
+    Channel lucky;
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    ASSERT_EQ(lucky.connect(other.url()), OpcUa_Good);
+    const auto limit = std::chrono::steady_clock::now() + patience;
+    for (int n = 0; n < calls; ++n)
+        ASSERT_EQ(channel.begin(completion), OpcUa_Good);
+    while (completed < calls && std::chrono::steady_clock::now() < limit)
+        std::this_thread::yield();
+    g_largestBlock = blockForAll;
+    EXPECT_EQ(completed, calls);
+    EXPECT_EQ(outOfMemory, calls);
     EXPECT_EQ(lucky.call(), OpcUa_Good);
 }
 
