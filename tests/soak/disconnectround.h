@@ -6,6 +6,7 @@
 #include <tests/support/owndemoserver.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -23,7 +24,8 @@ struct Outcome
     std::string plan;                  ///< in words
     std::size_t completions = 0;
     std::size_t notifications = 0;
-    std::shared_ptr<Witness> witness; ///< to be kept for some time, see there
+    /// Of the first and the second connect; to be kept for some time, see there.
+    std::array<std::shared_ptr<Witness>, 2> witnesses;
 };
 
 struct RoundSettings
@@ -35,7 +37,7 @@ struct RoundSettings
     std::chrono::milliseconds limit{0}; ///< of a disconnect, and of what is still under way after it
 };
 
-/// Connects, strikes, disconnects, heals and connects again. What went wrong is in the witness.
+/// Connects, strikes, disconnects, heals and connects again. What went wrong is in the witnesses.
 [[nodiscard]] Outcome runRound(const RoundSettings& settings);
 
 } // namespace soak

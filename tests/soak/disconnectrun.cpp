@@ -15,7 +15,9 @@
 #include <cstdio>
 #include <deque>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace soak {
@@ -48,9 +50,13 @@ public:
 
     bool run()
     {
-        if (!m_server.start() || !secure(m_server.url(), m_secured))
-            return false;
         m_plain.plainPasswordAccepted = true;
+        m_lanes.resize(std::max(1ul, m_options.lanes));
+        for (auto& lane : m_lanes) {
+            lane = std::make_unique<Lane>();
+            if (!lane->server.start() || !secure(lane->server.url(), lane->secured))
+                return false;
+        }
         // caches fill in the first rounds
         const unsigned long warmUp = m_options.rounds / 20 + 1;
         playRounds(m_options.first, warmUp);
@@ -63,39 +69,52 @@ public:
     }
 
 private:
+    // Rounds mostly wait: several go on at once, each with a server that it may stop.
+    struct Lane
+    {
+        OwnDemoServer server;
+        UaClientSdk::SessionSecurityInfo secured;
+    };
     struct Remembered
     {
-        std::shared_ptr<Witness> witness;
+        std::array<std::shared_ptr<Witness>, 2> witnesses;
         std::size_t kind = 0;
-        std::size_t told = 0; // violations that were printed already
+        std::array<std::size_t, 2> told{}; // violations that were printed already
         std::string text;
     };
 
     void playRounds(unsigned long first, unsigned long count)
     {
-        for (unsigned long n = first; n < first + count && !ending; ++n) {
-            const std::size_t kind = n % kinds.size();
-            if (m_options.kind.empty() || m_options.kind == kinds[kind].name)
-                play(n, kind);
+        std::atomic<unsigned long> next = first;
+        std::vector<std::jthread> players;
+        for (const auto& lane : m_lanes) {
+            players.emplace_back([this, &next, &lane = *lane, end = first + count] {
+                for (unsigned long n = next++; n < end && !ending; n = next++) {
+                    const std::size_t kind = n % kinds.size();
+                    if (m_options.kind.empty() || m_options.kind == kinds[kind].name)
+                        play(lane, n, kind);
+                }
+            });
         }
     }
 
-    void play(unsigned long number, std::size_t kind)
+    void play(Lane& lane, unsigned long number, std::size_t kind)
     {
         RoundSettings settings;
         settings.kind = &kinds[kind];
         settings.seed = m_options.seed * 1000003 + number; // each round can be repeated alone
-        settings.server = &m_server;
+        settings.server = &lane.server;
         const bool secured = (number + number / kinds.size()) % 2 != 0; // each kind comes to both
-        settings.security = secured ? m_secured : m_plain;
+        settings.security = secured ? lane.secured : m_plain;
         settings.limit = m_options.limit;
         const Outcome outcome = runRound(settings);
         const std::string text = "round " + std::to_string(number) + ", " + kinds[kind].name +
                                  (secured ? ", secured, " : ", ") + outcome.plan;
+        const std::lock_guard lock(m_mutex);
         note(m_tallies[kind], outcome, text);
         m_completions += outcome.completions;
         m_notifications += outcome.notifications;
-        m_remembered.push_back({outcome.witness, kind, 0, text});
+        m_remembered.push_back({outcome.witnesses, kind, {}, text});
         tell(m_remembered.back());
         if (m_remembered.size() > rememberedRounds)
             forgetOldest();
@@ -115,10 +134,13 @@ private:
 
     void tell(Remembered& round)
     {
-        const std::vector<std::string> violations = round.witness->violations();
-        for (; round.told < violations.size(); ++round.told) {
-            ++m_tallies[round.kind].violations;
-            std::printf("%s: VIOLATION: %s\n", round.text.c_str(), violations[round.told].c_str());
+        for (std::size_t n = 0; n < round.witnesses.size(); ++n) {
+            const std::vector<std::string> violations = round.witnesses[n]->violations();
+            for (std::size_t& told = round.told[n]; told < violations.size(); ++told) {
+                ++m_tallies[round.kind].violations;
+                std::printf("%s: VIOLATION%s: %s\n", round.text.c_str(),
+                            n == 0 ? "" : " when connected again", violations[told].c_str());
+            }
         }
         std::fflush(stdout);
     }
@@ -163,9 +185,9 @@ private:
     }
 
     const DisconnectOptions& m_options;
-    OwnDemoServer m_server;
     UaClientSdk::SessionSecurityInfo m_plain;
-    UaClientSdk::SessionSecurityInfo m_secured;
+    std::vector<std::unique_ptr<Lane>> m_lanes;
+    std::mutex m_mutex; // of what follows
     std::array<Tally, kinds.size()> m_tallies{};
     std::deque<Remembered> m_remembered;
     std::size_t m_completions = 0;

@@ -10,6 +10,7 @@ struct DisconnectOptions
 {
     unsigned long rounds = 1000;
     unsigned long first = 0; ///< number of the first round, to repeat one of another run
+    unsigned long lanes = 2; ///< rounds at a time
     std::string kind;        ///< only this one
     std::uint64_t seed = 1;
     std::chrono::milliseconds limit{1200};

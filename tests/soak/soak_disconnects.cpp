@@ -1,7 +1,7 @@
 // Sessions that are disconnected at random moments while all goes wrong between them and their server. Says
 // how long that took for each kind of fault, and ends with an error when it was too long or not clean.
 //
-//   soak_disconnects [--rounds N] [--seed S] [--limit MS] [--first N] [--kind NAME]
+//   soak_disconnects [--rounds N] [--seed S] [--limit MS] [--lanes N] [--first N] [--kind NAME]
 #include <tests/soak/disconnectrun.h>
 #include <uabase/system/uaplatformlayer.h>
 
@@ -26,6 +26,8 @@ bool parse(int argc, char** argv, soak::DisconnectOptions& options)
             options.seed = std::strtoull(value, nullptr, 10);
         else if (name == "--limit")
             options.limit = std::chrono::milliseconds(std::strtol(value, nullptr, 10));
+        else if (name == "--lanes")
+            options.lanes = std::strtoul(value, nullptr, 10);
         else if (name == "--first")
             options.first = std::strtoul(value, nullptr, 10);
         else if (name == "--kind")
