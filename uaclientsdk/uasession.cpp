@@ -9,6 +9,7 @@
 #include <uaclientsdk/session/uasession_p.h>
 
 #include <string_view>
+#include <utility>
 
 namespace UaClientSdk {
 

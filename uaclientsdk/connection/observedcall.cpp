@@ -1,5 +1,7 @@
 #include <uaclientsdk/connection/observedcall.h>
 
+#include <uabase/values/uastatus.h>
+
 #include <chrono>
 
 namespace UaClientSdk {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <opcua/opcua_channel.h>
+#include <uabase/values/uadatetime.h>
 #include <uaclientsdk/servicewatch.h>
 
 #include <memory>
