@@ -23,7 +23,7 @@ using UaClientSdk::ServiceSettings;
 using UaClientSdk::UaClient;
 
 // The second that it has, and what a busy machine may add.
-constexpr milliseconds limit(3000);
+constexpr milliseconds disconnectLimit(3000);
 
 class DisconnectTest : public SessionTest
 {
@@ -53,7 +53,7 @@ TEST_F(DisconnectTest, DoesNotWaitForACheckThatIsNotAnswered)
     hangIn(OpcUa_ReadRequest_EncodeableType);
     passWatchdogTime();
     ASSERT_TRUE(stack.waitForHang());
-    EXPECT_LT(timeOfDisconnect(), limit);
+    EXPECT_LT(timeOfDisconnect(), disconnectLimit);
     // what hangs is one call; the session may be closed beside it
     EXPECT_EQ(stack.calls(OpcUa_CloseSessionRequest_EncodeableType), 1);
     EXPECT_FALSE(session.isConnected());
@@ -68,7 +68,7 @@ TEST_F(DisconnectTest, DoesNotWaitForTheActivationOfAReconnect)
     ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
     passWatchdogTime();
     ASSERT_TRUE(stack.waitForHang());
-    EXPECT_LT(timeOfDisconnect(), limit);
+    EXPECT_LT(timeOfDisconnect(), disconnectLimit);
     EXPECT_EQ(stack.calls(OpcUa_CreateSessionRequest_EncodeableType), 1); // nothing was begun after it
     EXPECT_EQ(callback.statuses().back(), UaClient::Disconnected);
 }
@@ -98,7 +98,7 @@ TEST_F(DisconnectTest, AsynchronousCallsWithoutAnAnswerEndWithTheChannel)
     UaReadValueIds nodes(1u);
     ServiceSettings settings;
     ASSERT_TRUE(session.beginRead(settings, 0.0, OpcUa_TimestampsToReturn_Both, nodes, 1).isGood());
-    EXPECT_LT(timeOfDisconnect(), limit);
+    EXPECT_LT(timeOfDisconnect(), disconnectLimit);
     EXPECT_TRUE(result.isGood());
 }
 
@@ -108,7 +108,7 @@ TEST_F(DisconnectTest, DoesNotWaitForALoadOfTheDataTypes)
     hangIn(OpcUa_BrowseRequest_EncodeableType);
     ASSERT_TRUE(connect().isGood()); // which does not wait for it either
     ASSERT_TRUE(stack.waitForHang());
-    EXPECT_LT(timeOfDisconnect(), limit);
+    EXPECT_LT(timeOfDisconnect(), disconnectLimit);
     EXPECT_TRUE(callback.waitForLoads({})); // nobody is told after the end
 }
 
@@ -117,7 +117,7 @@ TEST_F(DisconnectTest, EndsTheConnectOfAnotherThread)
     hangIn(OpcUa_CreateSessionRequest_EncodeableType);
     auto connected = std::async(std::launch::async, [this] { return connect().statusCode(); });
     ASSERT_TRUE(stack.waitForHang());
-    EXPECT_LT(timeOfDisconnect(), limit);
+    EXPECT_LT(timeOfDisconnect(), disconnectLimit);
     EXPECT_EQ(result.statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadInternalError));
     EXPECT_EQ(connected.get(), static_cast<OpcUa_StatusCode>(OpcUa_BadConnectionClosed));
     EXPECT_THAT(callback.statuses(), testing::IsEmpty());
@@ -131,7 +131,7 @@ TEST_F(DisconnectTest, ConnectTellsNothingAfterTheDisconnectOfAnotherThread)
     hangIn(OpcUa_ReadRequest_EncodeableType);
     auto connected = std::async(std::launch::async, [this] { return connect().statusCode(); });
     ASSERT_TRUE(stack.waitForHang());
-    EXPECT_LT(timeOfDisconnect(), limit);
+    EXPECT_LT(timeOfDisconnect(), disconnectLimit);
     const auto told = callback.statuses();
     EXPECT_EQ(connected.get(), static_cast<OpcUa_StatusCode>(OpcUa_BadConnectionClosed));
     EXPECT_THAT(told, testing::ElementsAre(UaClient::Disconnected));
@@ -186,7 +186,7 @@ TEST_F(DisconnectTest, MayComeAtAnyMoment)
             std::this_thread::yield();
             passWatchdogTime();
         }
-        EXPECT_LT(timeOfDisconnect(), limit) << round;
+        EXPECT_LT(timeOfDisconnect(), disconnectLimit) << round;
         ended = true;
         user.join();
         EXPECT_EQ(callback.statuses().back(), UaClient::Disconnected) << round;
