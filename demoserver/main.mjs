@@ -1,5 +1,6 @@
 // The demo server's program:
 //   node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]
+//     [--per-call N]
 
 import { mkdirSync } from "node:fs";
 import { dirname, join, resolve } from "node:path";
@@ -10,7 +11,8 @@ import { argumentsOrExit, writeInfo } from "./lib/program.mjs";
 import { startServer } from "./lib/server.mjs";
 
 const usage =
-  "usage: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]";
+  "usage: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no] " +
+  "[--per-call N]";
 const here = dirname(fileURLToPath(import.meta.url));
 const stopLimit = 500;
 
@@ -23,17 +25,22 @@ function readArguments() {
       info: { type: "string" },
       pki: option(join(here, "pki")),
       "accept-all": option("yes"),
+      "per-call": { type: "string" },
     },
   });
   const port = Number(values.port);
   if (!Number.isInteger(port) || port < 0 || port > 65535) throw new Error(`no port number: ${values.port}`);
   if (!["yes", "no"].includes(values["accept-all"])) throw new Error("--accept-all takes yes or no");
+  const perCall = values["per-call"] === undefined ? undefined : Number(values["per-call"]);
+  if (perCall !== undefined && (!Number.isInteger(perCall) || perCall < 1))
+    throw new Error("--per-call takes a number of items, at least 1");
   return {
     port,
     host: values.host,
     info: values.info,
     pki: resolve(values.pki),
     acceptAll: values["accept-all"] === "yes",
+    perCall,
   };
 }
 

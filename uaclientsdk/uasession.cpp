@@ -190,6 +190,12 @@ OpcUa_UInt32 UaSession::maxByteStringLength() const
     return stackLimits().MaxByteStringLength;
 }
 
+OperationLimits UaSession::operationLimits() const
+{
+    SessionLock lock(d->context.mutex);
+    return d->context.blockLimits.told();
+}
+
 UaStringArray UaSession::getNamespaceTable() const
 {
     return guarded(d->context, &SessionContext::namespaceTable);

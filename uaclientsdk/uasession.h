@@ -16,6 +16,7 @@
 #include <uaclientsdk/browsecontext.h>
 #include <uaclientsdk/certificatevalidationcallback.h>
 #include <uaclientsdk/historycontexts.h>
+#include <uaclientsdk/operationlimits.h>
 #include <uaclientsdk/querycontext.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/servicewatch.h>
@@ -89,6 +90,9 @@ public:
     [[nodiscard]] OpcUa_UInt32 maxStringLength() const;
     [[nodiscard]] OpcUa_UInt32 maxByteStringLength() const;
 
+    /// As the server of the present session told them. After a reconnect to another session they are read
+    /// anew.
+    [[nodiscard]] OperationLimits operationLimits() const;
     [[nodiscard]] UaStringArray getNamespaceTable() const; ///< as last read
     UaStatus updateNamespaceTable();
 
@@ -100,12 +104,13 @@ public:
     [[nodiscard]] UaEnumDefinition enumDefinition(const UaNodeId& dataTypeId) override;
     [[nodiscard]] UaOptionSetDefinition optionSetDefinition(const UaNodeId& dataTypeId) override;
 
-    /// Services of OPC 10000-4. Requests with more entries than maxOperationsPerServiceCall are sent in
-    /// blocks, one after the other, up to the first that fails. Result arrays are cleared first and hold as
-    /// many entries as the request when the status is good; when it is bad, those of services that change
-    /// something on the server hold the blocks that were carried out, others nothing. BadConnectionClosed
-    /// without a connection (browse and browseNext: BadInternalError), BadNothingToDo for an empty request,
-    /// 0x80460000 when the counts differ.
+    /// Services of OPC 10000-4. Requests with more entries than maxOperationsPerServiceCall or the server's
+    /// own limits are sent in blocks, one after the other, up to the first that fails. A block that the
+    /// server calls too large is halved, unless what it asks for may have been done. Result arrays are
+    /// cleared first and hold as many entries as the request when the status is good; when it is bad, those
+    /// of services that change something on the server hold the blocks that were carried out, others nothing.
+    /// BadConnectionClosed without a connection (browse and browseNext: BadInternalError), BadNothingToDo for
+    /// an empty request, 0x80460000 when the counts differ.
     ///
     /// begin... sends and returns; when that is good the completion of that name in UaSessionCallback
     /// follows, with the caller's transactionId. The arguments are copied.

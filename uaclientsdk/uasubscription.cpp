@@ -17,14 +17,14 @@ namespace UaClientSdk {
 
 namespace {
 
-const auto createItemsService =
-    keepingService<Services::CreateMonitoredItems>("Empty monitored item array passed");
-const auto modifyItemsService =
-    keepingService<Services::ModifyMonitoredItems>("Empty monitored item array passed");
-const auto monitoringModeService =
-    keepingService<Services::SetMonitoringMode>("Empty monitored item id array passed");
-const auto deleteItemsService =
-    keepingService<Services::DeleteMonitoredItems>("Empty monitored item id array passed");
+const auto createItemsService = keepingService<Services::CreateMonitoredItems>(
+    SplitService::CreateMonitoredItems, "Empty monitored item array passed");
+const auto modifyItemsService = keepingService<Services::ModifyMonitoredItems>(
+    SplitService::ModifyMonitoredItems, "Empty monitored item array passed");
+const auto monitoringModeService = keepingService<Services::SetMonitoringMode>(
+    SplitService::SetMonitoringMode, "Empty monitored item id array passed");
+const auto deleteItemsService = keepingService<Services::DeleteMonitoredItems>(
+    SplitService::DeleteMonitoredItems, "Empty monitored item id array passed");
 
 template <typename T>
 T guarded(const UaSubscriptionPrivate& inside, T UaSubscriptionPrivate::*field)

@@ -20,27 +20,32 @@ import { applicationUri, namespaces, ua } from "./ua.mjs";
 
 const resourcePath = "/Tavelin/Demo";
 const users = new Map([["demo", "demo"]]);
-const perCall = 1000;
 
-const limits = {
-  maxSessions: 100,
-  maxSubscriptions: 1000,
-  maxSubscriptionsPerSession: 100,
-  maxMonitoredItems: 100_000,
-  maxMonitoredItemsPerSubscription: 20_000,
-  maxBrowseContinuationPoints: 50,
-  maxHistoryContinuationPoints: 50,
-  operationLimits: {
-    maxNodesPerRead: perCall,
-    maxNodesPerWrite: perCall,
-    maxNodesPerBrowse: perCall,
-    maxNodesPerMethodCall: 100,
-    maxNodesPerRegisterNodes: perCall,
-    maxMonitoredItemsPerCall: perCall,
-    maxNodesPerHistoryReadData: 100,
-    maxNodesPerTranslateBrowsePathsToNodeIds: perCall,
-  },
-};
+/** What the server takes at once: perCall items of everything, or as the README says. */
+function limitsOf(perCall) {
+  const many = perCall ?? 1000;
+  const few = perCall ?? 100;
+  const points = Math.min(few, 50);
+  return {
+    maxSessions: 100,
+    maxSubscriptions: 1000,
+    maxSubscriptionsPerSession: 100,
+    maxMonitoredItems: 100_000,
+    maxMonitoredItemsPerSubscription: 20_000,
+    maxBrowseContinuationPoints: points,
+    maxHistoryContinuationPoints: points,
+    operationLimits: {
+      maxNodesPerRead: many,
+      maxNodesPerWrite: many,
+      maxNodesPerBrowse: many,
+      maxNodesPerMethodCall: few,
+      maxNodesPerRegisterNodes: many,
+      maxMonitoredItemsPerCall: many,
+      maxNodesPerHistoryReadData: few,
+      maxNodesPerTranslateBrowsePathsToNodeIds: many,
+    },
+  };
+}
 
 function certificateManager(folder, acceptAll) {
   return new ua.OPCUACertificateManager({
@@ -49,7 +54,7 @@ function certificateManager(folder, acceptAll) {
   });
 }
 
-function serverOptions({ host, port, pki, acceptAll }) {
+function serverOptions({ host, port, pki, acceptAll, perCall }) {
   const { None, Basic256Sha256, Aes128_Sha256_RsaOaep, Aes256_Sha256_RsaPss } = ua.SecurityPolicy;
   const { MessageSecurityMode } = ua;
   return {
@@ -71,7 +76,7 @@ function serverOptions({ host, port, pki, acceptAll }) {
       buildNumber: "1",
       buildDate: new Date("2024-01-01T00:00:00Z"),
     },
-    serverCapabilities: limits,
+    serverCapabilities: limitsOf(perCall),
     maxConnectionsPerEndpoint: 200,
     securityPolicies: [None, Basic256Sha256, Aes128_Sha256_RsaOaep, Aes256_Sha256_RsaPss],
     securityModes: [MessageSecurityMode.None, MessageSecurityMode.Sign, MessageSecurityMode.SignAndEncrypt],

@@ -6,6 +6,23 @@
 
 namespace {
 
+constexpr OpcUa_UInt32 limitNodes[] = {
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerRead,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerWrite,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerMethodCall,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerBrowse,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerTranslateBrowsePathsToNodeIds,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerRegisterNodes,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerNodeManagement,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerHistoryReadData,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerHistoryReadEvents,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerHistoryUpdateData,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxNodesPerHistoryUpdateEvents,
+    OpcUaId_Server_ServerCapabilities_OperationLimits_MaxMonitoredItemsPerCall,
+    OpcUaId_Server_ServerCapabilities_MaxBrowseContinuationPoints,
+    OpcUaId_Server_ServerCapabilities_MaxHistoryContinuationPoints,
+    OpcUaId_Server_ServerCapabilities_MaxQueryContinuationPoints};
+
 void assign(OpcUa_String& target, const std::string& text)
 {
     OpcUa_String_Clear(&target);
@@ -63,6 +80,9 @@ void FakeStack::reset()
     m_serverCertificates.clear();
     m_distrustedTls.clear();
     m_namespaces = {"http://opcfoundation.org/UA/", "urn:server"};
+    m_variables.clear();
+    for (const OpcUa_UInt32 id : limitNodes)
+        m_variables[id] = UaVariant();
     m_connectResult = OpcUa_Good;
     m_connectHangs = false;
     m_cancelRequested = false;
@@ -107,6 +127,11 @@ OpcUa_StatusCode FakeStack::answerRead(const OpcUa_ReadRequest& request, OpcUa_R
             for (size_t n = 0; n < m_namespaces.size(); ++n)
                 assign(uris[n], m_namespaces[n]);
             value.Value.Array.Data = uris;
+        } else if (const auto found = m_variables.find(id); found != m_variables.end()) {
+            if (found->second.isNull())
+                response.Results[i].StatusCode = OpcUa_BadNodeIdUnknown;
+            else
+                static_cast<void>(found->second.copyTo(&value)); // the test compares what arrives
         } else {
             // any other node reads as its own number, which shows whether results keep their order
             value.Datatype = OpcUaType_Int32;
@@ -121,6 +146,12 @@ void FakeStack::on(const OpcUa_EncodeableType& requestType, Handler handler)
 {
     std::lock_guard lock(m_mutex);
     m_handlers[&requestType] = std::move(handler);
+}
+
+FakeStack::Handler FakeStack::handler(const OpcUa_EncodeableType& requestType)
+{
+    std::lock_guard lock(m_mutex);
+    return m_handlers[&requestType];
 }
 
 void FakeStack::failNext(const OpcUa_EncodeableType& requestType, std::vector<OpcUa_StatusCode> statuses)
@@ -205,6 +236,12 @@ void FakeStack::setNamespaces(std::vector<std::string> uris)
 {
     std::lock_guard lock(m_mutex);
     m_namespaces = std::move(uris);
+}
+
+void FakeStack::setVariable(OpcUa_UInt32 id, const UaVariant& value)
+{
+    std::lock_guard lock(m_mutex);
+    m_variables[id] = value;
 }
 
 void FakeStack::setRevisedSessionTimeout(double milliseconds)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <opcua/opcua.h>
+#include <uabase/values/uavariant.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -27,6 +28,8 @@ public:
     void reset();
 
     void on(const OpcUa_EncodeableType& requestType, Handler handler);
+    /// What answers now, for one that puts something before it.
+    [[nodiscard]] Handler handler(const OpcUa_EncodeableType& requestType);
     /// The next answers, before the handler is asked again.
     void failNext(const OpcUa_EncodeableType& requestType, std::vector<OpcUa_StatusCode> statuses);
     /// Asynchronous calls that the stack does not take, first ones first.
@@ -51,6 +54,9 @@ public:
     [[nodiscard]] bool waitForHang();
     void setServerState(OpcUa_Int32 state);
     void setNamespaces(std::vector<std::string> uris);
+    /// What a node of that number reads as; null: BadNodeIdUnknown, as those are that tell the server's
+    /// limits.
+    void setVariable(OpcUa_UInt32 id, const UaVariant& value);
     void setRevisedSessionTimeout(double milliseconds);
 
     [[nodiscard]] int calls(const OpcUa_EncodeableType& requestType);
@@ -118,6 +124,7 @@ private:
     std::map<const OpcUa_EncodeableType*, std::deque<OpcUa_StatusCode>> m_failures;
     std::vector<std::string> m_journal;
     std::vector<std::string> m_namespaces;
+    std::map<OpcUa_UInt32, UaVariant> m_variables;
     std::vector<std::string> m_serverCertificates;
     std::string m_distrustedTls;
     OpcUa_StatusCode m_connectResult = OpcUa_Good;

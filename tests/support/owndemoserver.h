@@ -15,13 +15,13 @@ public:
     ~OwnDemoServer() { kill(); }
 
     /// False when it does not come up within its own limit. Every certificate folder makes another server
-    /// certificate.
-    [[nodiscard]] bool start(const std::string& certificates = "pki")
+    /// certificate; options are further ones of its program.
+    [[nodiscard]] bool start(const std::string& certificates = "pki", const std::string& options = "")
     {
         const std::string command = std::string("node '") + TAVELIN_DEMOSERVER "/ctl.mjs' start --info '" +
                                     info() + "' --log '" + m_folder.file("log") + "' --pki '" +
-                                    m_folder.file(certificates) + "' --port " + std::to_string(m_port) +
-                                    " >/dev/null";
+                                    m_folder.file(certificates) + "' --port " + std::to_string(m_port) + ' ' +
+                                    options + " >/dev/null";
         if (std::system(command.c_str()) != 0)
             return false;
         const std::string text = TemporaryFolder::read(info());

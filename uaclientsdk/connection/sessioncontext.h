@@ -7,6 +7,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/calls/blocklimits.h>
 #include <uaclientsdk/calls/callbackpool.h>
 #include <uaclientsdk/calls/transactioncounter.h>
 #include <uaclientsdk/connection/connectionstate.h>
@@ -69,6 +70,7 @@ struct SessionContext
     UaByteString serverCertificate;   ///< one, DER
     UaEndpointDescriptions endpoints; ///< as CreateSession returned them
     UaStringArray namespaceTable;
+    BlockLimits blockLimits; ///< of the server as the present session knows it
     double revisedSessionTimeout = 0.0;
     OpcUa_UInt32 revisedChannelLifetime = 0;
     OpcUa_UInt32 nextRequestHandle = 1;

@@ -30,7 +30,7 @@ struct BlockTransaction
     BlockPlan plan;
     OpcUa_UInt32 length = 0;                     ///< items of all blocks
     OpcUa_UInt32 first = 0;                      ///< of the block that is under way
-    UaArray<typename Service::ItemType> items{}; ///< all of them, when more blocks follow the first
+    UaArray<typename Service::ItemType> items{}; ///< all of them, when there may be another block
     UaArray<typename Service::ResultType> results{};
     UaDiagnosticInfos diagnosticInfos{};
 
@@ -49,36 +49,57 @@ public:
     {
     }
 
-    /// Sends the block that state names. Good: the call goes on by itself. Bad: state is left to the caller.
+    /// Sends the block of all items that state names. Good: the call goes on by itself. Bad: state is left to
+    /// the caller.
     static UaStatus send(SessionContext& session, std::unique_ptr<State>& state,
                          std::span<const typename Service::ItemType> items)
-    try {
-        auto block = std::make_unique<AsyncBlock>(session, std::move(state));
-        State& sent = *block->m_state;
-        BorrowingRequest<typename Service::Traits> request;
-        fillBlock<Service>(sent.first, items, sent.prepare, *request);
-        std::unique_ptr<PendingCall> call = std::move(block);
-        const UaStatus status =
-            PendingCall::send<typename Service::Traits>(call, sent.plan.wanted, sent.settings, *request);
-        if (call)
-            state = std::move(static_cast<AsyncBlock&>(*call).m_state);
-        return status;
-    } catch (const std::bad_alloc&) {
-        return UaStatus(OpcUa_BadOutOfMemory);
+    {
+        for (;;) {
+            const OpcUa_UInt32 count = state->blockLength();
+            const UaStatus status = sendOnce(session, state, items.subspan(state->first, count));
+            if (!state || !state->plan.shrinkAfter(status, count))
+                return status;
+        }
     }
 
     void execute() override
     {
         UaTrace::tInOut("--> UaSessionPrivate::%s [Session=%u]", m_state->service.names.handler,
                         session().traceId);
-        const UaStatus taken = take();
-        m_state->first += m_state->blockLength();
-        const UaStatus status = !taken.isBad() && m_state->first < m_state->length ? sendNext() : taken;
+        const OpcUa_UInt32 count = m_state->blockLength();
+        UaStatus status = take();
+        bool goesOn = false;
+        if (!status.isBad()) {
+            rememberSize(session(), m_state->plan);
+            m_state->first += count;
+            goesOn = m_state->first < m_state->length;
+        } else {
+            goesOn = m_state->plan.shrinkAfter(status, count);
+        }
+        if (goesOn)
+            status = sendNext();
         if (m_state)
             finish(status);
     }
 
 private:
+    static UaStatus sendOnce(SessionContext& session, std::unique_ptr<State>& state,
+                             std::span<const typename Service::ItemType> block)
+    try {
+        auto call = std::make_unique<AsyncBlock>(session, std::move(state));
+        State& sent = *call->m_state;
+        BorrowingRequest<typename Service::Traits> request;
+        fillBlock<Service>(sent.first, block, sent.prepare, *request);
+        std::unique_ptr<PendingCall> pending = std::move(call);
+        const UaStatus status =
+            PendingCall::send<typename Service::Traits>(pending, sent.plan.wanted, sent.settings, *request);
+        if (pending)
+            state = std::move(static_cast<AsyncBlock&>(*pending).m_state);
+        return status;
+    } catch (const std::bad_alloc&) {
+        return UaStatus(OpcUa_BadOutOfMemory);
+    }
+
     UaStatus take()
     {
         if (OpcUa_IsBad(status()))
@@ -99,8 +120,7 @@ private:
         const OpcUa_UInt32 count = m_state->blockLength();
         const UaStatus ready =
             beginTransaction(session(), m_state->service.names, count, m_state->plan.wanted, checked);
-        return ready.isBad() ? ready
-                             : send(session(), m_state, m_state->items.span().subspan(m_state->first, count));
+        return ready.isBad() ? ready : send(session(), m_state, m_state->items.span());
     }
 
     void finish(const UaStatus& status)
@@ -129,17 +149,18 @@ try {
     const auto length = static_cast<OpcUa_UInt32>(items.size());
     TraceScope trace("UaSession", names.beginMethod, context.traceId, length);
     Transaction transaction;
-    const BlockPlan plan = planBlocks(context);
+    const BlockPlan plan = planBlocks(context, service.service, service.hasEffects);
     UaStatus status = beginTransaction(context, names, length, plan.wanted, transaction);
     if (!status.isBad()) {
         traceBlockItems(service, items);
         auto state = std::make_unique<State>(
             State{std::move(transaction), service, settings, prepare, complete, plan, length});
-        const auto block = items.first(state->blockLength());
-        const bool copied = block.size() == items.size() ||
-                            state->items.assign(static_cast<OpcUa_Int32>(length), items.data());
+        // one may come back as too large, and then the caller's are gone
+        const bool copied =
+            length == 1 || state->items.assign(static_cast<OpcUa_Int32>(length), items.data());
         settings.requestTime = UaDateTime::now();
-        status = copied ? AsyncBlock<Service, Prepare, Complete>::send(context, state, block)
+        status = copied ? AsyncBlock<Service, Prepare, Complete>::send(
+                              context, state, length == 1 ? items : state->items.span())
                         : UaStatus(OpcUa_BadOutOfMemory);
     }
     return trace.ending(status);

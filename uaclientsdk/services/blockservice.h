@@ -9,6 +9,7 @@
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/connection/sessiongate.h>
+#include <uaclientsdk/services/blockplan.h>
 #include <uaclientsdk/services/servicenames.h>
 
 #include <algorithm>
@@ -45,7 +46,14 @@ struct BlockService
     using ItemType = typename Traits::Item;
     using ResultType = typename ResultOf<Traits>::Type;
 
+    /// None goes without its place in the table of limits.
+    constexpr BlockService(const ServiceNames& serviceNames, SplitService limitedAs)
+        : names(serviceNames), service(limitedAs)
+    {
+    }
+
     ServiceNames names;
+    SplitService service;
     /// What a block did stays done when a later one fails: then its results are kept.
     bool hasEffects = false;
     void (*traceItems)(std::span<const ItemType>) = nullptr; ///< at the level of data
@@ -53,16 +61,18 @@ struct BlockService
 };
 
 template <typename Traits>
-constexpr BlockService<Traits> blockService(const char* emptyText)
+constexpr BlockService<Traits> blockService(SplitService service, const char* emptyText)
 {
-    return {namesOf<Traits>(emptyText)};
+    return {namesOf<Traits>(emptyText), service};
 }
 
 /// One whose blocks stay done when a later one fails.
 template <typename Traits>
-constexpr BlockService<Traits> keepingService(const char* emptyText)
+constexpr BlockService<Traits> keepingService(SplitService service, const char* emptyText)
 {
-    return {namesOf<Traits>(emptyText), true};
+    BlockService<Traits> keeping = blockService<Traits>(service, emptyText);
+    keeping.hasEffects = true;
+    return keeping;
 }
 
 /// For services whose requests have nothing but their items.
@@ -127,20 +137,6 @@ void fillBlock(OpcUa_UInt32 first, std::span<const typename Service::ItemType> i
     prepare(request, first);
 }
 
-/// What holds for all blocks of one call.
-struct BlockPlan
-{
-    OpcUa_UInt32 limit = 0; ///< items in one request
-    GateRequest wanted; ///< the epoch in which the first block is sent: the others are of no use in another
-};
-
-inline BlockPlan planBlocks(const SessionContext& context)
-{
-    SessionLock lock(context.mutex);
-    return {std::max<OpcUa_UInt32>(context.connectInfo.maxOperationsPerServiceCall, 1),
-            {CallKind::Service, context.connection.epoch()}};
-}
-
 /// Sends one block and appends what comes back.
 template <typename Service, typename Prepare>
 UaStatus callBlock(SessionContext& context, const Service& service, const GateRequest& wanted,
@@ -182,7 +178,8 @@ void finishBlocks(const Service& service, const UaStatus& status,
         service.traceResults(results.span());
 }
 
-/// The whole service: split by the session's maximum operations per call, stopped at the first bad block.
+/// The whole service: split by what the server and the application allow, stopped at the first block that
+/// fails for another reason than its size.
 template <typename Service, typename Prepare = NothingToPrepare>
 UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSettings& settings,
                       std::span<const typename Service::ItemType> items,
@@ -194,7 +191,7 @@ UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSe
     TraceScope trace = traceService(context, names, length);
     results.clear();
     diagnosticInfos.clear();
-    const BlockPlan plan = planBlocks(context);
+    BlockPlan plan = planBlocks(context, service.service, service.hasEffects);
     UaStatus status = checkReady(context, names, length, plan.wanted);
     if (!status.isBad())
         traceBlockItems(service, items);
@@ -205,7 +202,12 @@ UaStatus callInBlocks(SessionContext& context, const Service& service, ServiceSe
             status = callBlock(context, service, plan.wanted, settings, done, items.subspan(done, count),
                                results, diagnosticInfos, prepare);
         }
-        done += count;
+        if (!status.isBad()) {
+            done += count;
+            rememberSize(context, plan);
+        } else if (plan.shrinkAfter(status, count)) {
+            status = UaStatus();
+        }
     }
     finishBlocks(service, status, results, diagnosticInfos);
     return trace.ending(status);

@@ -43,7 +43,8 @@ ServiceSettings settingsWith(const SessionContext& context, OpcUa_UInt32 Session
 
 UaSessionPrivate::UaSessionPrivate(UaSession& session)
     : definitions(session), subscriptions(context), m_session(session), m_connector(context),
-      m_activator(context), m_dictionaryJob(context, [this] { loadInBackground(); })
+      m_activator(context), m_limitsReader(session, context),
+      m_dictionaryJob(context, [this] { loadInBackground(); })
 {
 }
 
@@ -217,6 +218,7 @@ void UaSessionPrivate::takeOver(const UaString& url, const SessionConnectInfo& c
     context.connection.setServerSession(ConnectionState::ServerSession::Unknown);
     context.errorOverrides.forget();
     context.namespaceTable.clear();
+    context.blockLimits.forget();
     context.revisedSessionTimeout = 0.0;
     lock.unlock();
     if (isOther)
@@ -251,6 +253,7 @@ UaStatus UaSessionPrivate::openSession()
 void UaSessionPrivate::afterConnect()
 {
     static_cast<void>(updateNamespaceTable());
+    m_limitsReader.update();
     const UaClient::TypeDictionaryMode mode = dictionaryMode();
     if (mode == UaClient::Connect || mode == UaClient::Reconnect)
         m_dictionaryJob.start();
@@ -259,6 +262,7 @@ void UaSessionPrivate::afterConnect()
 void UaSessionPrivate::afterReconnect()
 {
     static_cast<void>(updateNamespaceTable());
+    m_limitsReader.update();
     const UaClient::TypeDictionaryMode mode = dictionaryMode();
     if (mode == UaClient::Reconnect || (mode != UaClient::Manual && definitions.hasFailed()))
         m_dictionaryJob.start();

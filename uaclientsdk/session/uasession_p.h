@@ -10,6 +10,7 @@
 #include <uaclientsdk/connection/sessionactivator.h>
 #include <uaclientsdk/connection/sessioncontext.h>
 #include <uaclientsdk/session/dictionaryjob.h>
+#include <uaclientsdk/session/operationlimitsreader.h>
 #include <uaclientsdk/subscription/subscriptionmanager.h>
 #include <uaclientsdk/types/datatypedefinitions.h>
 #include <uaclientsdk/uaclient.h>
@@ -83,6 +84,7 @@ private:
     UaSession& m_session;
     ChannelConnector m_connector;
     SessionActivator m_activator;
+    OperationLimitsReader m_limitsReader;
     DictionaryJob m_dictionaryJob;
     std::unique_ptr<ConnectionMonitor> m_monitor; ///< of the connection that run() serves
     bool m_inTransition = false;                  ///< a connect or a disconnect runs; guarded by the mutex

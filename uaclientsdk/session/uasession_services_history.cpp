@@ -20,19 +20,24 @@ namespace {
 using HistoryReadService = BlockService<Services::HistoryRead>;
 
 // One service of the server under four names.
-constexpr HistoryReadService readService(const char* method, const char* beginMethod, const char* completion)
+constexpr HistoryReadService historyService(SplitService splitService, const char* method,
+                                            const char* beginMethod, const char* completion)
 {
-    return {{method, "Empty read array passed", beginMethod, Services::HistoryRead::handler, completion}};
+    return {{method, "Empty read array passed", beginMethod, Services::HistoryRead::handler, completion},
+            splitService};
 }
 
 const HistoryReadService rawModifiedService =
-    readService("historyReadRawModified", "beginHistoryReadRawModified", "historyReadRawModifiedComplete");
+    historyService(SplitService::HistoryReadData, "historyReadRawModified", "beginHistoryReadRawModified",
+                   "historyReadRawModifiedComplete");
 const HistoryReadService processedService =
-    readService("historyReadProcessed", "beginHistoryReadProcessed", "historyReadProcessedComplete");
+    historyService(SplitService::HistoryReadData, "historyReadProcessed", "beginHistoryReadProcessed",
+                   "historyReadProcessedComplete");
 const HistoryReadService atTimeService =
-    readService("historyReadAtTime", "beginHistoryReadAtTime", "historyReadAtTimeComplete");
-const HistoryReadService eventService =
-    readService("historyReadEvent", "beginHistoryReadEvent", "historyReadEventComplete");
+    historyService(SplitService::HistoryReadData, "historyReadAtTime", "beginHistoryReadAtTime",
+                   "historyReadAtTimeComplete");
+const HistoryReadService eventService = historyService(SplitService::HistoryReadEvents, "historyReadEvent",
+                                                       "beginHistoryReadEvent", "historyReadEventComplete");
 
 // ---- the details of each kind; they borrow from the context
 

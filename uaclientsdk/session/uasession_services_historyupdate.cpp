@@ -23,35 +23,53 @@ using UpdateCompletion = void (UaSessionCallback::*)(OpcUa_UInt32, const UaStatu
 template <typename Details>
 struct UpdateKind
 {
-    constexpr UpdateKind(const char* method, const char* beginMethod, const char* completeMethod,
-                         const OpcUa_EncodeableType& detailsType, UpdateCompletion told)
+    constexpr UpdateKind(SplitService splitService, const char* method, const char* beginMethod,
+                         const char* completeMethod, const OpcUa_EncodeableType& detailsType,
+                         UpdateCompletion told)
         : service{{method, "Empty update details array passed", beginMethod, Services::HistoryUpdate::handler,
                    completeMethod},
-                  true},
+                  splitService},
           type(detailsType), completion(told)
     {
+        service.hasEffects = true;
     }
 
-    const BlockService<Services::HistoryUpdate> service;
+    BlockService<Services::HistoryUpdate> service;
     const OpcUa_EncodeableType& type;
     const UpdateCompletion completion;
 };
 
-const UpdateKind<OpcUa_UpdateDataDetails> updateData{
-    "historyUpdateData", "beginHistoryUpdateData", "historyUpdateDataComplete",
-    OpcUa_UpdateDataDetails_EncodeableType, &UaSessionCallback::historyUpdateDataComplete};
-const UpdateKind<OpcUa_UpdateEventDetails> updateEvents{
-    "historyUpdateEvents", "beginHistoryUpdateEvents", "historyUpdateEventsComplete",
-    OpcUa_UpdateEventDetails_EncodeableType, &UaSessionCallback::historyUpdateEventsComplete};
+const UpdateKind<OpcUa_UpdateDataDetails> updateData{SplitService::HistoryUpdateData,
+                                                     "historyUpdateData",
+                                                     "beginHistoryUpdateData",
+                                                     "historyUpdateDataComplete",
+                                                     OpcUa_UpdateDataDetails_EncodeableType,
+                                                     &UaSessionCallback::historyUpdateDataComplete};
+const UpdateKind<OpcUa_UpdateEventDetails> updateEvents{SplitService::HistoryUpdateEvents,
+                                                        "historyUpdateEvents",
+                                                        "beginHistoryUpdateEvents",
+                                                        "historyUpdateEventsComplete",
+                                                        OpcUa_UpdateEventDetails_EncodeableType,
+                                                        &UaSessionCallback::historyUpdateEventsComplete};
 const UpdateKind<OpcUa_DeleteRawModifiedDetails> deleteRawModified{
-    "historyDeleteRawModified", "beginHistoryDeleteRawModified", "historyDeleteRawModifiedComplete",
-    OpcUa_DeleteRawModifiedDetails_EncodeableType, &UaSessionCallback::historyDeleteRawModifiedComplete};
-const UpdateKind<OpcUa_DeleteAtTimeDetails> deleteAtTime{
-    "historyDeleteAtTime", "beginHistoryDeleteAtTime", "historyDeleteAtTimeComplete",
-    OpcUa_DeleteAtTimeDetails_EncodeableType, &UaSessionCallback::historyDeleteAtTimeComplete};
-const UpdateKind<OpcUa_DeleteEventDetails> deleteEvents{
-    "historyDeleteEvents", "beginHistoryDeleteEvents", "historyDeleteEventsComplete",
-    OpcUa_DeleteEventDetails_EncodeableType, &UaSessionCallback::historyDeleteEventsComplete};
+    SplitService::HistoryUpdateData,
+    "historyDeleteRawModified",
+    "beginHistoryDeleteRawModified",
+    "historyDeleteRawModifiedComplete",
+    OpcUa_DeleteRawModifiedDetails_EncodeableType,
+    &UaSessionCallback::historyDeleteRawModifiedComplete};
+const UpdateKind<OpcUa_DeleteAtTimeDetails> deleteAtTime{SplitService::HistoryUpdateData,
+                                                         "historyDeleteAtTime",
+                                                         "beginHistoryDeleteAtTime",
+                                                         "historyDeleteAtTimeComplete",
+                                                         OpcUa_DeleteAtTimeDetails_EncodeableType,
+                                                         &UaSessionCallback::historyDeleteAtTimeComplete};
+const UpdateKind<OpcUa_DeleteEventDetails> deleteEvents{SplitService::HistoryUpdateEvents,
+                                                        "historyDeleteEvents",
+                                                        "beginHistoryDeleteEvents",
+                                                        "historyDeleteEventsComplete",
+                                                        OpcUa_DeleteEventDetails_EncodeableType,
+                                                        &UaSessionCallback::historyDeleteEventsComplete};
 
 // The details as the request carries them; their bodies are borrowed.
 template <typename Details>

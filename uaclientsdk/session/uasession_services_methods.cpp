@@ -23,7 +23,8 @@ namespace {
 // Both forms are completed alike.
 constexpr BlockService<Services::Call> callService(const char* method)
 {
-    BlockService<Services::Call> service = keepingService<Services::Call>("Empty call array passed");
+    BlockService<Services::Call> service =
+        keepingService<Services::Call>(SplitService::Call, "Empty call array passed");
     service.names.method = method;
     return service;
 }

@@ -12,11 +12,14 @@ namespace UaClientSdk {
 
 namespace {
 
-const auto addNodesService = keepingService<Services::AddNodes>("Empty node array passed");
-const auto addReferencesService = keepingService<Services::AddReferences>("Empty reference array passed");
-const auto deleteNodesService = keepingService<Services::DeleteNodes>("Empty node array passed");
-const auto deleteReferencesService =
-    keepingService<Services::DeleteReferences>("Empty reference array passed");
+const auto addNodesService =
+    keepingService<Services::AddNodes>(SplitService::AddNodes, "Empty node array passed");
+const auto addReferencesService =
+    keepingService<Services::AddReferences>(SplitService::AddReferences, "Empty reference array passed");
+const auto deleteNodesService =
+    keepingService<Services::DeleteNodes>(SplitService::DeleteNodes, "Empty node array passed");
+const auto deleteReferencesService = keepingService<Services::DeleteReferences>(
+    SplitService::DeleteReferences, "Empty reference array passed");
 
 } // namespace
 

@@ -42,9 +42,17 @@ void traceReadResults(std::span<const OpcUa_DataValue> values)
     }
 }
 
-const BlockService<Services::Read> readService{namesOf<Services::Read>("Empty read array passed"), false,
-                                               traceReadItems, traceReadResults};
-const auto writeService = keepingService<Services::Write>("Empty write array passed");
+constexpr BlockService<Services::Read> tracedReadService()
+{
+    BlockService<Services::Read> service =
+        blockService<Services::Read>(SplitService::Read, "Empty read array passed");
+    service.traceItems = traceReadItems;
+    service.traceResults = traceReadResults;
+    return service;
+}
+
+const auto readService = tracedReadService();
+const auto writeService = keepingService<Services::Write>(SplitService::Write, "Empty write array passed");
 
 auto readPreparation(double maxAge, OpcUa_TimestampsToReturn timestampsToReturn)
 {

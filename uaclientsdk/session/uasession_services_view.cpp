@@ -15,20 +15,24 @@ namespace {
 
 // These two report a missing connection as an internal error.
 template <typename Traits>
-constexpr BlockService<Traits> browsingService(const char* emptyText)
+constexpr BlockService<Traits> browsingService(SplitService splitService, const char* emptyText)
 {
-    BlockService<Traits> service = blockService<Traits>(emptyText);
+    BlockService<Traits> service = blockService<Traits>(splitService, emptyText);
     service.names.notConnected = OpcUa_BadInternalError;
     service.names.notConnectedText = "OpcUa_BadInternalError";
     return service;
 }
 
-const auto browseService = browsingService<Services::Browse>("Empty browse array passed");
-const auto browseNextService = browsingService<Services::BrowseNext>("Empty continuation point passed");
-const auto translateService =
-    blockService<Services::TranslateBrowsePathsToNodeIds>("Empty browse path array passed");
-const auto registerService = keepingService<Services::RegisterNodes>("Empty node array passed");
-const auto unregisterService = keepingService<Services::UnregisterNodes>("Empty node array passed");
+const auto browseService =
+    browsingService<Services::Browse>(SplitService::Browse, "Empty browse array passed");
+const auto browseNextService =
+    browsingService<Services::BrowseNext>(SplitService::BrowseNext, "Empty continuation point passed");
+const auto translateService = blockService<Services::TranslateBrowsePathsToNodeIds>(
+    SplitService::TranslateBrowsePaths, "Empty browse path array passed");
+const auto registerService =
+    keepingService<Services::RegisterNodes>(SplitService::RegisterNodes, "Empty node array passed");
+const auto unregisterService =
+    keepingService<Services::UnregisterNodes>(SplitService::UnregisterNodes, "Empty node array passed");
 
 // Takes the one result of a browse apart.
 UaStatus takeBrowseResult(UaBrowseResults& results, UaByteString& continuationPoint,

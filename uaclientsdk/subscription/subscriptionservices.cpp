@@ -19,16 +19,19 @@ constexpr const char* noSubscription = "Empty subscription array passed";
 
 // One subscription at a time, as the session names it.
 template <typename Traits>
-constexpr BlockService<Traits> singleService(const char* method)
+constexpr BlockService<Traits> singleService(SplitService splitService, const char* method)
 {
-    BlockService<Traits> service = blockService<Traits>(noSubscription);
+    BlockService<Traits> service = blockService<Traits>(splitService, noSubscription);
     service.names.method = method;
     return service;
 }
 
-const auto setPublishingModeService = blockService<Services::SetPublishingMode>(noSubscription);
-const auto deleteService = singleService<Services::DeleteSubscriptions>("deleteSubscription");
-const auto transferService = singleService<Services::TransferSubscriptions>("transferSubscription");
+const auto setPublishingModeService =
+    blockService<Services::SetPublishingMode>(SplitService::SetPublishingMode, noSubscription);
+const auto deleteService =
+    singleService<Services::DeleteSubscriptions>(SplitService::DeleteSubscriptions, "deleteSubscription");
+const auto transferService = singleService<Services::TransferSubscriptions>(
+    SplitService::TransferSubscriptions, "transferSubscription");
 
 // Services without one array to count.
 template <typename Service>

@@ -104,8 +104,13 @@ UaStatus BatchWalk::walkAll()
 // What goes into one call, so that a later block that fails takes no points along.
 std::size_t BatchWalk::widthOfCall() const
 {
-    const OpcUa_UInt32 limit = std::max<OpcUa_UInt32>(m_session.maxOperationsPerServiceCall(), 1);
-    return m_what.nodesAtOnce > 0 ? std::min(limit, m_what.nodesAtOnce) : limit;
+    const OperationLimits server = m_session.operationLimits();
+    OpcUa_UInt32 width = std::max<OpcUa_UInt32>(m_session.maxOperationsPerServiceCall(), 1);
+    for (const OpcUa_UInt32 limit :
+         {server.maxNodesPerBrowse, server.maxBrowseContinuationPoints, m_what.nodesAtOnce})
+        if (limit > 0)
+            width = std::min(width, limit);
+    return width;
 }
 
 UaStatus BatchWalk::walkInSlices(const std::vector<std::size_t>& positions, std::size_t width)

@@ -83,7 +83,7 @@ TEST_F(AsyncServiceTest, BadBlockEndsTheCallAndKeepsWhatWasWritten)
 {
     info.maxOperationsPerServiceCall = 10;
     ASSERT_TRUE(connect().isGood());
-    stack.failNext(OpcUa_ReadRequest_EncodeableType, {good, OpcUa_BadTooManyOperations});
+    stack.failNext(OpcUa_ReadRequest_EncodeableType, {good, OpcUa_BadUserAccessDenied});
     ASSERT_TRUE(beginRead(50, 1).isGood());
     ASSERT_TRUE(callback.waitForCompletions(1));
     stack.failNext(OpcUa_WriteRequest_EncodeableType, {good, good, OpcUa_BadTimeout});
@@ -94,7 +94,7 @@ TEST_F(AsyncServiceTest, BadBlockEndsTheCallAndKeepsWhatWasWritten)
     ASSERT_TRUE(session->beginWrite(settings, UaWriteValues(50u), 3).isGood());
     ASSERT_TRUE(callback.waitForCompletions(3));
     EXPECT_EQ(callback.completions(),
-              (std::vector<Completion>{{"read", 1, OpcUa_BadTooManyOperations, 0},
+              (std::vector<Completion>{{"read", 1, OpcUa_BadUserAccessDenied, 0},
                                        {"write", 2, OpcUa_BadTimeout, 20},
                                        {"write", 3, OpcUa_BadResourceUnavailable, 10}}));
 }

@@ -6,6 +6,7 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/types/batchbrowse.h>
 
 #include <algorithm>
@@ -198,6 +199,19 @@ TEST_F(BatchBrowseTest, NodesWithoutAContinuationPointAreBrowsedAgain)
     server.takesBack = true;
     EXPECT_EQ(browseAll(), std::vector<unsigned>(20, 5)) << "points that were taken back";
     EXPECT_EQ(server.pointsKept(), 0u);
+}
+
+TEST_F(BatchBrowseTest, NoMoreNodesAreOpenThanTheServerHasPointsFor)
+{
+    addNodes(20, {{3, 2}});
+    server.maximumPoints = 4;
+    ASSERT_TRUE(disconnect().isGood());
+    stack.setVariable(OpcUaId_Server_ServerCapabilities_MaxBrowseContinuationPoints,
+                      UaVariant(OpcUa_UInt16(4)));
+    ASSERT_TRUE(connect().isGood());
+    EXPECT_EQ(browseAll(), std::vector<unsigned>(20, 5));
+    EXPECT_EQ(browses(), 5) << "and none is browsed again";
+    EXPECT_EQ(nexts(), 5);
 }
 
 TEST_F(BatchBrowseTest, AServerWithoutContinuationPointsIsNotAskedForEver)

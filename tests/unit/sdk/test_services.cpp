@@ -65,8 +65,8 @@ TEST_F(ServiceTest, BadBlockEndsTheReadAndLeavesNothingHalfDone)
     info.maxOperationsPerServiceCall = 10;
     ASSERT_TRUE(connect().isGood());
     const int before = stack.calls(OpcUa_ReadRequest_EncodeableType);
-    stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_Good, OpcUa_BadTooManyOperations});
-    EXPECT_EQ(read(nodesOf(50)).statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadTooManyOperations));
+    stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_Good, OpcUa_BadUserAccessDenied});
+    EXPECT_EQ(read(nodesOf(50)).statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadUserAccessDenied));
     EXPECT_TRUE(values.isEmpty());
     EXPECT_EQ(stack.calls(OpcUa_ReadRequest_EncodeableType) - before, 2);
 }

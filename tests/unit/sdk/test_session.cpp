@@ -24,8 +24,9 @@ TEST_F(SessionTest, ConnectsInOrderAndClosesWhatItOpened)
     EXPECT_TRUE(disconnect().isGood());
     EXPECT_EQ(disconnect().statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadInternalError));
     EXPECT_THAT(callback.statuses(), ElementsAre(UaClient::Connected, UaClient::Disconnected));
-    EXPECT_THAT(stack.journal(), ElementsAre("Connect", "CreateSessionRequest", "ActivateSessionRequest",
-                                             "ReadRequest", "CloseSessionRequest", "Disconnect"));
+    EXPECT_THAT(stack.journal(),
+                ElementsAre("Connect", "CreateSessionRequest", "ActivateSessionRequest", "ReadRequest",
+                            "ReadRequest", "ReadRequest", "CloseSessionRequest", "Disconnect"));
 }
 
 TEST_F(SessionTest, ChannelThatDoesNotOpenTriesTheAlternativesThenReports)
