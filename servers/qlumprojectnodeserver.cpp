@@ -27,6 +27,7 @@
 #include <QVariant>
 
 #include <memory>
+#include <utility>
 
 namespace {
 using UaClientSdk::ServiceSettings;
@@ -198,17 +199,42 @@ void QlumProjectNodeServer::connectionStatusChanged(OpcUa_UInt32, UaClient::Serv
         applySessionStatus(serverStatus);
         return;
     }
+    queueNews([this, serverStatus] { applySessionStatus(serverStatus); });
+}
+
+void QlumProjectNodeServer::dataTypesLoaded(OpcUa_UInt32, const UaStatus& result)
+{
+    if (!m_closing)
+        queueNews([this, result] { applyDataTypes(result); });
+}
+
+// From a thread of the session to ours.
+template <typename News>
+void QlumProjectNodeServer::queueNews(News&& news)
+{
     const unsigned int connection = m_connection;
     QMetaObject::invokeMethod(
         this,
-        [this, serverStatus, connection] {
+        [this, connection, news = std::forward<News>(news)] {
             if (connection == m_connection) // not of a connection that was ended meanwhile
-                applySessionStatus(serverStatus);
+                news();
         },
         Qt::QueuedConnection);
 }
 
 // ---- status
+
+void QlumProjectNodeServer::applyDataTypes(const UaStatus& result)
+{
+    if (!result.isGood()) { // what was known before is still as good as it was
+        m_log.write(QlumLogLevel::Warning, tr("Loading the data types of server '%1' failed with error '%2'")
+                                               .arg(displayName(), toQString(result.toString())));
+        return;
+    }
+    m_log.info(tr("Data types of server '%1' loaded").arg(displayName()));
+    m_typeCache->clearDefinitions();
+    emit QlumServerNode::dataTypesLoaded(m_serverId);
+}
 
 void QlumProjectNodeServer::applySessionStatus(UaClient::ServerStatus serverStatus)
 {

@@ -74,6 +74,7 @@ public:
                       const UaStatus& error, bool clientSideError) override;
     bool sslCertificateValidationFailed(OpcUa_UInt32 clientConnectionId, const UaStatus& status,
                                         const UaByteString& certificate) override;
+    void dataTypesLoaded(OpcUa_UInt32 clientConnectionId, const UaStatus& result) override;
 
 signals:
     /// From the stack's thread to ours.
@@ -111,6 +112,9 @@ private:
 
     void setStatus(QlumConnectionStatus status, const NamespaceMap& namespaceMap = NamespaceMap());
     void applySessionStatus(UaClientSdk::UaClient::ServerStatus serverStatus);
+    void applyDataTypes(const UaStatus& result);
+    template <typename News>
+    void queueNews(News&& news);
     NamespaceMap updateNamespaces();
     [[nodiscard]] bool onOwnThread() const;
     [[nodiscard]] QVariant setting(const char* key) const;

@@ -310,7 +310,6 @@ bool QlumProjectNodeServer::connectSession(Attempt& attempt)
 
 void QlumProjectNodeServer::disconnectServer()
 {
-    ++m_connection; // what the session's thread still has to say comes too late
     ServiceSettings settings;
     settings.callTimeout = qlumCallTimeout();
     UaStatus status;
@@ -318,6 +317,7 @@ void QlumProjectNodeServer::disconnectServer()
         const QlumWaitCursor wait;
         status = m_session->disconnect(settings, true);
     }
+    ++m_connection; // what the session's threads have said until now comes too late
     if (status.isGood())
         m_log.info(tr("Disconnect succeeded."));
     else

@@ -80,6 +80,8 @@ signals:
                            unsigned int serverId, const NamespaceMap& namespaceMap);
     /// The server told that its address space changed at a node; change is the mask of model change verbs.
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
+    /// The definitions of the server's data types have been loaded, or loaded anew.
+    void dataTypesLoaded(unsigned int serverId);
     /// The server asks to be connected again, after the user trusted its certificate.
     void retryConnectServer();
 };
