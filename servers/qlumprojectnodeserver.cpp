@@ -6,6 +6,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumnamespacemap.h>
+#include <servers/qlumnetworkwatch.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
@@ -79,13 +80,15 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
       m_setting(setting), m_session(std::make_unique<UaClientSdk::UaSession>()),
       m_typeCache(std::make_unique<QlumTypeCache>(
           m_serverId, [session = m_session.get()](unsigned int) { return qlumServicesOf(session); })),
-      m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()),
+      m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()), m_network(QlumNetworkWatch::shared()),
       m_fetcher(new QlumEndpointFetcher(this))
 {
     connect(this, &QlumProjectNodeServer::newUntrustedSSLCertificate, this,
             &QlumProjectNodeServer::sltUntrustedSSLCertificate, Qt::QueuedConnection);
     connect(m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
             &QlumProjectNodeServer::sltCertificateRefused);
+    connect(m_network.get(), &QlumNetworkWatch::networkChanged, this,
+            &QlumProjectNodeServer::sltNetworkChanged);
 }
 
 QlumProjectNodeServer::~QlumProjectNodeServer()

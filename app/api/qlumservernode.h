@@ -39,7 +39,8 @@ public:
     /// The session, owned by the node; the pointer stays the same for the node's life.
     [[nodiscard]] virtual UaClientSdk::UaSession* session() const = 0;
 
-    /// Connects, asking the user for what is missing; true when connected. May run a nested event loop.
+    /// Connects, asking the user for what is missing; true when connected. May run a nested event loop. While
+    /// a lost connection is being restored it only hastens that, and answers false.
     virtual bool connectServer() = 0;
     /// Closes the session.
     virtual void disconnectServer() = 0;
