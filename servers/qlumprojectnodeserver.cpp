@@ -6,6 +6,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumnamespacemap.h>
+#include <servers/qlumnetworkwatch.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
@@ -27,6 +28,7 @@
 #include <QVariant>
 
 #include <memory>
+#include <utility>
 
 namespace {
 using UaClientSdk::ServiceSettings;
@@ -78,13 +80,15 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
       m_setting(setting), m_session(std::make_unique<UaClientSdk::UaSession>()),
       m_typeCache(std::make_unique<QlumTypeCache>(
           m_serverId, [session = m_session.get()](unsigned int) { return qlumServicesOf(session); })),
-      m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()),
+      m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()), m_network(QlumNetworkWatch::shared()),
       m_fetcher(new QlumEndpointFetcher(this))
 {
     connect(this, &QlumProjectNodeServer::newUntrustedSSLCertificate, this,
             &QlumProjectNodeServer::sltUntrustedSSLCertificate, Qt::QueuedConnection);
     connect(m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
             &QlumProjectNodeServer::sltCertificateRefused);
+    connect(m_network.get(), &QlumNetworkWatch::networkChanged, this,
+            &QlumProjectNodeServer::sltNetworkChanged);
 }
 
 QlumProjectNodeServer::~QlumProjectNodeServer()
@@ -198,17 +202,42 @@ void QlumProjectNodeServer::connectionStatusChanged(OpcUa_UInt32, UaClient::Serv
         applySessionStatus(serverStatus);
         return;
     }
+    queueNews([this, serverStatus] { applySessionStatus(serverStatus); });
+}
+
+void QlumProjectNodeServer::dataTypesLoaded(OpcUa_UInt32, const UaStatus& result)
+{
+    if (!m_closing)
+        queueNews([this, result] { applyDataTypes(result); });
+}
+
+// From a thread of the session to ours.
+template <typename News>
+void QlumProjectNodeServer::queueNews(News&& news)
+{
     const unsigned int connection = m_connection;
     QMetaObject::invokeMethod(
         this,
-        [this, serverStatus, connection] {
+        [this, connection, news = std::forward<News>(news)] {
             if (connection == m_connection) // not of a connection that was ended meanwhile
-                applySessionStatus(serverStatus);
+                news();
         },
         Qt::QueuedConnection);
 }
 
 // ---- status
+
+void QlumProjectNodeServer::applyDataTypes(const UaStatus& result)
+{
+    if (!result.isGood()) { // what was known before is still as good as it was
+        m_log.write(QlumLogLevel::Warning, tr("Loading the data types of server '%1' failed with error '%2'")
+                                               .arg(displayName(), toQString(result.toString())));
+        return;
+    }
+    m_log.info(tr("Data types of server '%1' loaded").arg(displayName()));
+    m_typeCache->clearDefinitions();
+    emit QlumServerNode::dataTypesLoaded(m_serverId);
+}
 
 void QlumProjectNodeServer::applySessionStatus(UaClient::ServerStatus serverStatus)
 {

@@ -28,6 +28,7 @@
 #include <memory>
 
 class QlumEndpointFetcher;
+class QlumNetworkWatch;
 
 /// The project node of one server: owns its session and type cache, connects it with what the user
 /// configured, and announces the state of the connection. GUI thread, but for the session callbacks.
@@ -50,6 +51,8 @@ public:
     [[nodiscard]] unsigned int serverId() const override { return m_serverId; }
     [[nodiscard]] QlumConnectionStatus connectionStatus() const override { return m_status; }
     [[nodiscard]] UaClientSdk::UaSession* session() const override { return m_session.get(); }
+    /// While a lost connection is waited for it makes the next attempt to restore it at once, and answers
+    /// false.
     bool connectServer() override;
     void disconnectServer() override;
     void changeUser() override;
@@ -74,6 +77,7 @@ public:
                       const UaStatus& error, bool clientSideError) override;
     bool sslCertificateValidationFailed(OpcUa_UInt32 clientConnectionId, const UaStatus& status,
                                         const UaByteString& certificate) override;
+    void dataTypesLoaded(OpcUa_UInt32 clientConnectionId, const UaStatus& result) override;
 
 signals:
     /// From the stack's thread to ours.
@@ -82,6 +86,7 @@ signals:
 private slots:
     void sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
     void sltCertificateRefused(unsigned int status, const QByteArray& certificate);
+    void sltNetworkChanged();
 
 private:
     struct Attempt; ///< what one connect has found out so far
@@ -102,6 +107,8 @@ private:
     bool checkServerCertificate(Attempt& attempt);
     bool connectSession(Attempt& attempt);
     [[nodiscard]] UaClientSdk::SessionConnectInfo connectInfo() const;
+    [[nodiscard]] bool hasGivenUp() const;
+    void reconnectNow();
 
     [[nodiscard]] bool isOwnCertificateRefused(const UaStatusCode& status) const;
     void showOwnCertificateRefused(const UaStatusCode& status);
@@ -111,6 +118,9 @@ private:
 
     void setStatus(QlumConnectionStatus status, const NamespaceMap& namespaceMap = NamespaceMap());
     void applySessionStatus(UaClientSdk::UaClient::ServerStatus serverStatus);
+    void applyDataTypes(const UaStatus& result);
+    template <typename News>
+    void queueNews(News&& news);
     NamespaceMap updateNamespaces();
     [[nodiscard]] bool onOwnThread() const;
     [[nodiscard]] QVariant setting(const char* key) const;
@@ -129,8 +139,10 @@ private:
     QByteArray m_refusedTlsCertificate;  ///< of a connect under way
     unsigned int m_refusedTlsStatus = 0;
     bool m_retrieveIcons;
-    bool m_busy = false; ///< a connect or change of user is under way, maybe in a nested event loop
+    bool m_reconnects = false; ///< the session restores a lost connection by itself
+    bool m_busy = false;       ///< a connect or change of user is under way, maybe in a nested event loop
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
+    const std::shared_ptr<QlumNetworkWatch> m_network;
     QlumEndpointFetcher* m_fetcher; ///< a cancelled question ends in the background
     std::atomic<bool> m_closing{false};
     std::atomic<unsigned int> m_connection{0}; ///< counts connects and disconnects; older news are dropped

@@ -65,9 +65,19 @@ int qlumWarn(const QString& title, const QString& text, QMessageBox::StandardBut
 
 bool QlumProjectNodeServer::connectServer()
 {
-    if (m_busy || qlumIsConnected(m_status) || m_status == QlumConnectionStatus::NewSessionCreated)
+    if (m_busy || m_status == QlumConnectionStatus::Connected ||
+        m_status == QlumConnectionStatus::NewSessionCreated)
         return false;
     const QPointer<QlumProjectNodeServer> self(this);
+    if (m_status == QlumConnectionStatus::ConnectionError) {
+        if (!hasGivenUp()) {
+            reconnectNow();
+            return false;
+        }
+        disconnectServer();
+        if (!self)
+            return false;
+    }
     m_busy = true;
     ++m_connection;
     m_typeCache->clear();
@@ -291,11 +301,12 @@ SessionConnectInfo QlumProjectNodeServer::connectInfo() const
 bool QlumProjectNodeServer::connectSession(Attempt& attempt)
 {
     const QPointer<QlumProjectNodeServer> self(this);
+    const SessionConnectInfo info = connectInfo();
+    m_reconnects = info.automaticReconnect;
     UaStatus status;
     {
         const QlumWaitCursor wait;
-        status =
-            m_session->connect(toUaString(m_setting.endpoint.url), connectInfo(), attempt.security, this);
+        status = m_session->connect(toUaString(m_setting.endpoint.url), info, attempt.security, this);
     }
     if (!status.isGood()) {
         m_log.error(tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
@@ -313,9 +324,32 @@ bool QlumProjectNodeServer::connectSession(Attempt& attempt)
     return true;
 }
 
+// ---- the way back
+
+// A session that was told not to restore its connection waits for nothing but its end.
+bool QlumProjectNodeServer::hasGivenUp() const
+{
+    const UaClient::ServerStatus status = m_session->serverStatus();
+    return !m_reconnects &&
+           (status == UaClient::ConnectionErrorApiReconnect || status == UaClient::ServerShutdown);
+}
+
+void QlumProjectNodeServer::reconnectNow()
+{
+    m_log.info(tr("Reconnecting to server '%1' now").arg(displayName()));
+    m_session->reconnectNow();
+}
+
+void QlumProjectNodeServer::sltNetworkChanged()
+{
+    if (m_status != QlumConnectionStatus::ConnectionError || hasGivenUp())
+        return;
+    m_log.info(tr("The network has changed."));
+    reconnectNow();
+}
+
 void QlumProjectNodeServer::disconnectServer()
 {
-    ++m_connection; // what the session's thread still has to say comes too late
     ServiceSettings settings;
     settings.callTimeout = qlumCallTimeout();
     UaStatus status;
@@ -323,6 +357,7 @@ void QlumProjectNodeServer::disconnectServer()
         const QlumWaitCursor wait;
         status = m_session->disconnect(settings, true);
     }
+    ++m_connection; // what the session's threads have said until now comes too late
     if (status.isGood())
         m_log.info(tr("Disconnect succeeded."));
     else

@@ -258,5 +258,5 @@ void QlumProjectNodeServer::sltUntrustedSSLCertificate(unsigned int status, cons
         return;
     m_tlsPrompt.release();
     if (trusted)
-        connectServer(); // does nothing while a connect is under way or a lost connection is being restored
+        connectServer(); // a lost connection that is being restored tries again at once
 }

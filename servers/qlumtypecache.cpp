@@ -248,6 +248,13 @@ void QlumTypeCache::clear()
     m_icons.clear();
 }
 
+void QlumTypeCache::clearDefinitions()
+{
+    const std::lock_guard lock(m_mutex);
+    ++m_generation;
+    m_enumDefinitions.clear();
+}
+
 std::shared_ptr<QlumSessionServices> QlumTypeCache::services()
 {
     {

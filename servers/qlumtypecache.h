@@ -59,6 +59,8 @@ public:
                                           UaLocalizedText* displayName);
     /// Forgets everything; answers under way are not kept.
     void clear();
+    /// Forgets what came out of the definitions of data types.
+    void clearDefinitions();
 
 private:
     using InfoPtr = std::shared_ptr<const QlumTypeInfo>;
@@ -89,6 +91,6 @@ private:
     const unsigned int m_serverId;
     const QlumLog m_log;
     const QlumSessionServicesProvider m_provider;
-    unsigned int m_generation = 0; ///< counts clear()
+    unsigned int m_generation = 0; ///< counts clear() and clearDefinitions()
     mutable std::mutex m_mutex;    ///< guards all but the constants; never held during a service call
 };

@@ -112,6 +112,7 @@ class LayersTest(SmallProject):
             ("uabase/uanodeid.cpp", "<openssl/evp.h>"),
             ("uaclientsdk/uasession.cpp", "<sys/socket.h>"),
             ("stack/core/channel.cpp", "<netinet/tcp.h>"),
+            ("servers/qlumserver.cpp", "<sys/socket.h>"),
             ("app/mainwindow/qlumtavelin.cpp", "<QTcpSocket>"),
             ("uaclientsdk/uasession.cpp", "<libxml/tree.h>"),
         ):

@@ -39,7 +39,8 @@ public:
     /// The session, owned by the node; the pointer stays the same for the node's life.
     [[nodiscard]] virtual UaClientSdk::UaSession* session() const = 0;
 
-    /// Connects, asking the user for what is missing; true when connected. May run a nested event loop.
+    /// Connects, asking the user for what is missing; true when connected. May run a nested event loop. While
+    /// a lost connection is being restored it only hastens that, and answers false.
     virtual bool connectServer() = 0;
     /// Closes the session.
     virtual void disconnectServer() = 0;
@@ -80,6 +81,8 @@ signals:
                            unsigned int serverId, const NamespaceMap& namespaceMap);
     /// The server told that its address space changed at a node; change is the mask of model change verbs.
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
+    /// The definitions of the server's data types have been loaded, or loaded anew.
+    void dataTypesLoaded(unsigned int serverId);
     /// The server asks to be connected again, after the user trusted its certificate.
     void retryConnectServer();
 };

@@ -35,7 +35,9 @@ constexpr QlumActionRow actionRows[] = {
      TEXT("<b>Remove Server</b><br>Disconnects the selected server and removes it from the project.")},
     {A::ConnectServer, "connectServer", TEXT("&Connect"), "serverconnect.png", qlumNoKey,
      TEXT("Connect Server"),
-     TEXT("<b>Connect Server</b><br>Opens a session with the selected server and shows its address space.")},
+     TEXT("<b>Connect Server</b><br>Opens a session with the selected server and shows its address space. "
+          "When the connection was lost, tries at once to restore it instead of waiting for the next "
+          "attempt.")},
     {A::DisconnectServer, "disconnectServer", TEXT("&Disconnect"), "serverdisconnect.png", qlumNoKey,
      TEXT("Disconnect Server"),
      TEXT("<b>Disconnect Server</b><br>Closes the session with the selected server.")},

@@ -15,7 +15,9 @@
 #include <memory>
 #include <utility>
 
-QlumServerCommands::QlumServerCommands(const Parts& parts) : QObject(parts.window), m_parts(parts)
+QlumServerCommands::QlumServerCommands(const Parts& parts)
+    : QObject(parts.window), m_parts(parts),
+      m_connectTip((*parts.actions)[QlumMainActions::ConnectServer]->toolTip())
 {
     using A = QlumMainActions;
     const auto on = [this](A::Id id, void (QlumServerCommands::*slot)()) {
@@ -128,7 +130,9 @@ void QlumServerCommands::updateActions()
     const auto enable = [this](A::Id id, bool enabled) { (*m_parts.actions)[id]->setEnabled(enabled); };
     enable(A::AddServer, static_cast<bool>(m_parts.services->askForServer));
     enable(A::RemoveServer, server && !busy);
-    enable(A::ConnectServer, server && !busy && open);
+    const bool lost = status == QlumConnectionStatus::ConnectionError;
+    enable(A::ConnectServer, server && !busy && (open || lost));
+    (*m_parts.actions)[A::ConnectServer]->setToolTip(lost ? tr("Reconnect Server Now") : m_connectTip);
     enable(A::DisconnectServer, server && !busy && !open);
     enable(A::ServerProperties, server && !busy && m_parts.services->editServer);
     enable(A::ChangeUser, server && !busy && !open && status != QlumConnectionStatus::Connecting);

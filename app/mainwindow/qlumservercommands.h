@@ -6,6 +6,7 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QString>
 #include <QWidget>
 
 class QTreeView;
@@ -60,5 +61,6 @@ private:
                               unsigned int serverId, const NamespaceMap& namespaceMap);
 
     Parts m_parts;
+    const QString m_connectTip;       ///< while there is no connection to bring back
     QList<unsigned int> m_connecting; ///< a connect may run a nested event loop
 };

@@ -208,6 +208,9 @@ void QlumTavelin::connectViews()
             m_pages->serverModelChanged(serverId, node, change);
             m_director->serverModelChanged(serverId, node, change);
         });
+    connect(
+        m_project, &QlumProjectModel::dataTypesLoaded, this,
+        [this](unsigned int serverId) { m_director->dataTypesLoaded(serverId); });
     connect(m_pages, &QlumAddressSpacePages::nodeSelected, this,
             [this](unsigned int serverId, UaNodeId* node, OpcUa_NodeClass nodeClass, UaNodeId* parent) {
                 m_director->selectionChanged(serverId, node, nodeClass, parent);

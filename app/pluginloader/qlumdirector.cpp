@@ -1,6 +1,7 @@
 #include <app/pluginloader/qlumdirector.h>
 
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdatatypeeventinterface.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/pluginloader/qlumpluginloader.h>
 #include <uabase/values/uanodeid.h>
@@ -13,12 +14,12 @@
 
 QlumDirector::QlumDirector(const QlumPluginLoader* loader) : m_loader(loader) {}
 
-template <typename Call>
+template <typename Events, typename Call>
 void QlumDirector::forEach(Call&& call)
 {
     const QStringList keys = m_loader->filenames();
     for (const QString& key : keys)
-        if (auto* events = qobject_cast<QlumAppEventInterface*>(m_loader->plugin(key)))
+        if (auto* events = qobject_cast<Events*>(m_loader->plugin(key)))
             call(*events);
 }
 
@@ -40,13 +41,14 @@ void QlumDirector::forEachInGroup(QSettings& settings, Call&& call)
 
 void QlumDirector::serverSelectionChanged(unsigned int serverId)
 {
-    forEach([&](QlumAppEventInterface& plugin) { plugin.serverSelectionChanged(serverId); });
+    forEach<QlumAppEventInterface>(
+        [&](QlumAppEventInterface& plugin) { plugin.serverSelectionChanged(serverId); });
 }
 
 void QlumDirector::selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
                                     UaNodeId* typeDefinition)
 {
-    forEach([&](QlumAppEventInterface& plugin) {
+    forEach<QlumAppEventInterface>([&](QlumAppEventInterface& plugin) {
         plugin.selectionChanged(serverId, nodeId, nodeClass, typeDefinition);
     });
 }
@@ -54,13 +56,13 @@ void QlumDirector::selectionChanged(unsigned int serverId, UaNodeId* nodeId, Opc
 void QlumDirector::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                                         const NamespaceMap& namespaceMap)
 {
-    forEach(
+    forEach<QlumAppEventInterface>(
         [&](QlumAppEventInterface& plugin) { plugin.sessionStatusChanged(serverId, status, namespaceMap); });
 }
 
 void QlumDirector::sessionRemoved(unsigned int serverId)
 {
-    forEach([&](QlumAppEventInterface& plugin) { plugin.sessionRemoved(serverId); });
+    forEach<QlumAppEventInterface>([&](QlumAppEventInterface& plugin) { plugin.sessionRemoved(serverId); });
 }
 
 void QlumDirector::saveSettings(QSettings& settings)
@@ -77,5 +79,12 @@ void QlumDirector::loadSettings(QSettings& settings, const QMap<int, int>& serve
 
 void QlumDirector::serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, unsigned char change)
 {
-    forEach([&](QlumAppEventInterface& plugin) { plugin.serverModelChanged(serverId, nodeId, change); });
+    forEach<QlumAppEventInterface>(
+        [&](QlumAppEventInterface& plugin) { plugin.serverModelChanged(serverId, nodeId, change); });
+}
+
+void QlumDirector::dataTypesLoaded(unsigned int serverId)
+{
+    forEach<QlumDataTypeEventInterface>(
+        [&](QlumDataTypeEventInterface& plugin) { plugin.dataTypesLoaded(serverId); });
 }

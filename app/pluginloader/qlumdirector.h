@@ -1,6 +1,7 @@
 #pragma once
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdatatypeeventinterface.h>
 #include <uabase/values/uanodeid.h>
 
 #include <QMap>
@@ -8,8 +9,9 @@
 
 class QlumPluginLoader;
 
-/// Passes what happens in the application on to every plugin, in the order of loading.
-class QlumDirector : public QlumAppEventInterface
+/// Passes what happens in the application on to every plugin that wants to hear of it, in the order of
+/// loading.
+class QlumDirector : public QlumAppEventInterface, public QlumDataTypeEventInterface
 {
 public:
     explicit QlumDirector(const QlumPluginLoader* loader);
@@ -24,9 +26,10 @@ public:
     void saveSettings(QSettings& settings) override;
     void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, unsigned char change) override;
+    void dataTypesLoaded(unsigned int serverId) override;
 
 private:
-    template <typename Call>
+    template <typename Events, typename Call>
     void forEach(Call&& call);
     template <typename Call>
     void forEachInGroup(QSettings& settings, Call&& call);

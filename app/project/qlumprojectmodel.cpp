@@ -31,6 +31,7 @@ QlumServerNode* QlumProjectModel::addServer(std::unique_ptr<QlumServerNode> serv
             [this](QlumProjectNode* changed) { sltNodeChanged(changed); });
     connect(node, &QlumServerNode::serverNodeChanged, this, &QlumProjectModel::serverNodeChanged);
     connect(node, &QlumServerNode::serverModelChanged, this, &QlumProjectModel::serverModelChanged);
+    connect(node, &QlumServerNode::dataTypesLoaded, this, &QlumProjectModel::dataTypesLoaded);
     return node;
 }
 

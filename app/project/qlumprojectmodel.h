@@ -63,6 +63,7 @@ signals:
     void serverNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
                            unsigned int serverId, const NamespaceMap& namespaceMap);
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
+    void dataTypesLoaded(unsigned int serverId);
 
 private:
     void append(QlumProjectNode* folder, QlumProjectNode* node);

@@ -236,6 +236,16 @@ void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
         emit sigClear();
 }
 
+// The view keeps what is open and selected. A node that is just being read needs no second read: rows are
+// made by the definitions of that moment.
+void QlumAttributePlugin::dataTypesLoaded(unsigned int serverId)
+{
+    const bool isShown = m_selected == Node{m_model->serverId(), m_model->nodeId()};
+    if (serverId == m_selected.serverId && isShown && m_custom.isNone() && m_onOff->isChecked() &&
+        !m_view->isEditing())
+        sltRefresh();
+}
+
 // ---- project
 
 void QlumAttributePlugin::saveSettings(QSettings& settings)

@@ -3,6 +3,7 @@
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdatatypeeventinterface.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
 #include <uabase/values/uanodeid.h>
@@ -26,11 +27,14 @@ class QlumJobPool;
 class QlumTypeNames;
 
 /// Shows and edits the attributes of the selected node in a dock window.
-class QlumAttributePlugin : public QObject, public QlumPluginInterface, public QlumAppEventAdapter
+class QlumAttributePlugin : public QObject,
+                            public QlumPluginInterface,
+                            public QlumAppEventAdapter,
+                            public QlumDataTypeEventInterface
 {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID QlumPluginInterface_iid)
-    Q_INTERFACES(QlumPluginInterface QlumAppEventInterface)
+    Q_INTERFACES(QlumPluginInterface QlumAppEventInterface QlumDataTypeEventInterface)
 public:
     QlumAttributePlugin();
     /// With services other than those of the application's sessions.
@@ -46,6 +50,7 @@ public:
     void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                               const NamespaceMap& namespaceMap) override;
     void sessionRemoved(unsigned int serverId) override;
+    void dataTypesLoaded(unsigned int serverId) override;
     void saveSettings(QSettings& settings) override;
     void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
 

@@ -22,6 +22,9 @@ public:
     explicit QlumAttributeView(QlumAttributeModel* model, QWidget* parent = nullptr);
     ~QlumAttributeView() override;
 
+    /// Whether the user is changing a value, which showing the node anew would interrupt.
+    [[nodiscard]] bool isEditing() const { return state() == EditingState; }
+
 public slots:
     /// To the clipboard, of the current row: the cell, in full.
     void sltCopyCell();

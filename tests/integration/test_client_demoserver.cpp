@@ -15,9 +15,11 @@
 #include <uabase/system/uaxmldocument.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
 
 #include <QAbstractItemView>
 #include <QElapsedTimer>
@@ -30,6 +32,7 @@
 #include <QTest>
 #include <QTextStream>
 #include <QTreeView>
+#include <QVariant>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -209,6 +212,32 @@ TEST_F(ClientOnDemoServer, ShowsArraysAndStructuresAsWhatTheyAre)
         << fields.join(',').toStdString();
     select(demo + QStringList{QStringLiteral("Structure"), QStringLiteral("DeviceFlags")});
     EXPECT_TRUE(waitForAttribute(valueRow, QStringLiteral("Running | Fault (5)")))
+        << attribute(valueRow).toStdString();
+}
+
+TEST_F(ClientOnDemoServer, TypesComeBesideTheConnection)
+{
+    openDemoProject();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return logText().find("Data types of server 'Plant' loaded") != std::string::npos; }, limit))
+        << logText();
+}
+
+TEST_F(ClientOnDemoServer, WhatIsShownIsDecodedWhenItsTypesComeLater)
+{
+    const auto mode = QStringLiteral("General.TypeDictionaryMode");
+    const QVariant before = window->settingsValue(mode);
+    window->setSettingsValue(mode, QStringLiteral("Manual"));
+    openDemoProject();
+    window->setSettingsValue(mode, before);
+    select(doubleNode.mid(0, 3) + QStringList{QStringLiteral("Structure"), QStringLiteral("NamedPoint")});
+    ASSERT_TRUE(waitForAttribute(valueRow, QStringLiteral("ExtensionObject")))
+        << attribute(valueRow).toStdString();
+    ASSERT_TRUE(window->session(serverId)->loadDataTypeDictionaries().isGood());
+    auto* told = dynamic_cast<UaClientSdk::UaSessionCallback*>(window->projectModel()->findServer(serverId));
+    ASSERT_NE(told, nullptr);
+    told->dataTypesLoaded(serverId, UaStatus()); // as from the session
+    EXPECT_TRUE(waitForAttribute(valueRow, QStringLiteral("NamedPoint")))
         << attribute(valueRow).toStdString();
 }
 

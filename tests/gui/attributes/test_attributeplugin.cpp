@@ -1,8 +1,12 @@
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdatatypeeventinterface.h>
 #include <plugins/attributes/qlumattributeplugin.h>
 #include <plugins/attributes/qlumattributeview.h>
 #include <tests/gui/attributes/attributefixture.h>
 #include <tests/support/dialogdriver.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uaextensionobject.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
@@ -241,6 +245,52 @@ TEST_F(AttributePlugin, CopiesTheWholeTextAndKeepsWhatIsOpen)
     ASSERT_TRUE(waitFor(2));
     EXPECT_FALSE(view()->isExpanded(model.index(7, 0)));
     EXPECT_TRUE(view()->isExpanded(model.index(0, 0)));
+}
+
+TEST_F(AttributePlugin, LoadedTypesDecodeWhatIsShownAndKeepItsPlace)
+{
+    UaStructureDefinition pair(UaString("Pair"), UaNodeId(20, 2), UaNodeId(21, 2));
+    pair.addField(UaStructureField(UaString("first"), UaNodeId(6), OpcUaType_Int32));
+    UaExtensionObject object;
+    ASSERT_TRUE(UaGenericStructureValue(pair).encode(object).isGood());
+    services->attributes[{node(1), OpcUa_Attributes_Value}] = UaVariant(object);
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    auto& model = *plugin.model();
+    const auto value = [&] { return model.index(0, 1, model.index(7, 0)); };
+    EXPECT_EQ(value().data().toString(), "ExtensionObject");
+    view()->expand(model.index(0, 0)); // NodeId
+    view()->setCurrentIndex(value());
+
+    services->structures[UaNodeId(21, 2)] = pair;
+    services->journal.clear();
+    qobject_cast<QlumDataTypeEventInterface*>(&plugin)->dataTypesLoaded(5);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return value().data().toString() == "Pair"; }));
+    EXPECT_EQ(services->journal.filter("read"), QStringList{"read ns=2;i=1"});
+    EXPECT_EQ(modelText(model, value().siblingAtColumn(0)), "first | 0\n");
+    EXPECT_TRUE(view()->isExpanded(model.index(0, 0)));
+    EXPECT_EQ(view()->currentIndex().siblingAtColumn(1), value());
+}
+
+TEST_F(AttributePlugin, LoadedTypesReadNothingThatNobodyWaitsFor)
+{
+    plugin.dataTypesLoaded(5); // nothing is shown
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    plugin.dataTypesLoaded(6);
+    action("onOff")->setChecked(false);
+    plugin.dataTypesLoaded(5);
+    action("onOff")->setChecked(true); // reads
+    ASSERT_TRUE(QTest::qWaitFor([this] { return services->journal.size() == 2; }));
+    plugin.dock()->show();
+    view()->edit(plugin.model()->index(0, 1, plugin.model()->index(7, 0)));
+    auto* editor = view()->findChild<QLineEdit*>("valueEditor");
+    ASSERT_NE(editor, nullptr);
+    editor->setText("half a wo");
+    plugin.dataTypesLoaded(5); // what is being typed stays
+    select(2);
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_EQ(services->journal, (QStringList{"read ns=2;i=1", "read ns=2;i=1", "read ns=2;i=2"}));
 }
 
 TEST_F(AttributePlugin, EditsInPlace)

@@ -157,35 +157,6 @@ TEST_F(ServerNode, MissingUserCertificateEndsTheConnect)
     EXPECT_EQ(states, (QList<int>{1, 0}));
 }
 
-TEST_F(ServerNode, NewsOfTheSessionThreadReachTheGuiUnlessTheyAreTooLate)
-{
-    make();
-    ASSERT_TRUE(node->connectServer());
-    const auto tell = [this](UaClient::ServerStatus status) {
-        std::thread([this, status] { node->connectionStatusChanged(node->serverId(), status); }).join();
-    };
-    states.clear();
-    const struct
-    {
-        UaClient::ServerStatus told;
-        QList<int> states;
-    } cases[] = {{UaClient::ConnectionWarningWatchdogTimeout, {4}},
-                 {UaClient::ConnectionErrorApiReconnect, {4}},
-                 {UaClient::ServerShutdown, {4}},
-                 {UaClient::NewSessionCreated, {4, 5}},
-                 {UaClient::Connected, {4, 5, 2}},
-                 {UaClient::Connected, {4, 5, 2}}};
-    for (const auto& test : cases) {
-        tell(test.told);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(states, test.states) << test.told;
-    }
-    tell(UaClient::ConnectionErrorApiReconnect);
-    node->disconnectServer();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::Disconnected);
-}
-
 TEST_F(ServerNode, ErrorsOfAReconnectOpenNoBox)
 {
     make();

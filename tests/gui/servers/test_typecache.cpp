@@ -121,6 +121,20 @@ TEST_F(TypeCache, EnumerationsByTypeOrByVariableAndNoneIsKeptToo)
     EXPECT_FALSE(cache.isEnum(&colors)) << "nothing is known of a server that is not there";
 }
 
+TEST_F(TypeCache, NewDefinitionsReplaceOldOnesButNoNames)
+{
+    const UaNodeId colors(3000, 2);
+    addType(colors, OpcUa_NodeClass_DataType, "Colors");
+    EXPECT_FALSE(cache.isEnum(&colors)) << "the definitions are not there yet";
+    EXPECT_EQ(cache.typeName(colors), "Colors");
+    services->enums[colors] = UaEnumDefinition(UaString("Colors"), colors);
+    cache.clearDefinitions();
+    EXPECT_TRUE(cache.isEnum(&colors));
+    services->journal.clear();
+    EXPECT_EQ(cache.typeName(colors), "Colors");
+    EXPECT_EQ(services->journal, QStringList());
+}
+
 TEST_F(TypeCache, IconOfTheNodeOrOfItsType)
 {
     const UaNodeId own(1, 2);

@@ -26,6 +26,8 @@ public:
     bool connectServer() override
     {
         ++connects;
+        if (hastens)
+            return false;
         announce(refuses ? QlumConnectionStatus::ConnectFailed : QlumConnectionStatus::Connected);
         return !refuses;
     }
@@ -57,6 +59,7 @@ public:
 
     int connects = 0;
     bool refuses = false;
+    bool hastens = false; ///< a reconnect of its own instead of connecting
 
 private:
     static inline unsigned int s_next = 100;

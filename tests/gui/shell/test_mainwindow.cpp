@@ -183,8 +183,18 @@ TEST_F(MainWindow, ServerActionsFollowTheStateOfTheServer)
     EXPECT_EQ(pages()->count(), 2);
     EXPECT_EQ(pages()->currentIndex(), 1);
 
+    EXPECT_EQ(action(A::ConnectServer)->toolTip(), QStringLiteral("Connect Server"));
+
     server->announce(QlumConnectionStatus::ConnectionError);
     EXPECT_TRUE(action(A::DisconnectServer)->isEnabled());
+    EXPECT_TRUE(action(A::ConnectServer)->isEnabled()); // need not wait for the next attempt
+    EXPECT_EQ(action(A::ConnectServer)->toolTip(), QStringLiteral("Reconnect Server Now"));
+    const int before = server->connects;
+    server->hastens = true;
+    action(A::ConnectServer)->trigger();
+    EXPECT_EQ(server->connects, before + 1);
+    EXPECT_TRUE(action(A::ConnectServer)->isEnabled());
+    server->hastens = false;
     EXPECT_EQ(pages()->count(), 2); // an interrupted session still has its nodes
 
     action(A::DisconnectServer)->trigger();
