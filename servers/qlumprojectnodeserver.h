@@ -107,8 +107,8 @@ private:
     bool checkServerCertificate(Attempt& attempt);
     bool connectSession(Attempt& attempt);
     [[nodiscard]] UaClientSdk::SessionConnectInfo connectInfo() const;
-    [[nodiscard]] bool hasGivenUp() const;
-    void reconnectNow();
+    /// False when the session will not try by itself.
+    [[nodiscard]] bool reconnectNow();
 
     [[nodiscard]] bool isOwnCertificateRefused(const UaStatusCode& status) const;
     void showOwnCertificateRefused(const UaStatusCode& status);
@@ -139,7 +139,6 @@ private:
     QByteArray m_refusedTlsCertificate;  ///< of a connect under way
     unsigned int m_refusedTlsStatus = 0;
     bool m_retrieveIcons;
-    bool m_reconnects = false; ///< the session restores a lost connection by itself
     bool m_busy = false;       ///< a connect or change of user is under way, maybe in a nested event loop
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
     const std::shared_ptr<QlumNetworkWatch> m_network;

@@ -70,11 +70,9 @@ bool QlumProjectNodeServer::connectServer()
         return false;
     const QPointer<QlumProjectNodeServer> self(this);
     if (m_status == QlumConnectionStatus::ConnectionError) {
-        if (!hasGivenUp()) {
-            reconnectNow();
+        if (reconnectNow())
             return false;
-        }
-        disconnectServer();
+        disconnectServer(); // it would wait for nothing but this
         if (!self)
             return false;
     }
@@ -302,7 +300,6 @@ bool QlumProjectNodeServer::connectSession(Attempt& attempt)
 {
     const QPointer<QlumProjectNodeServer> self(this);
     const SessionConnectInfo info = connectInfo();
-    m_reconnects = info.automaticReconnect;
     UaStatus status;
     {
         const QlumWaitCursor wait;
@@ -326,26 +323,18 @@ bool QlumProjectNodeServer::connectSession(Attempt& attempt)
 
 // ---- the way back
 
-// A session that was told not to restore its connection waits for nothing but its end.
-bool QlumProjectNodeServer::hasGivenUp() const
+bool QlumProjectNodeServer::reconnectNow()
 {
-    const UaClient::ServerStatus status = m_session->serverStatus();
-    return !m_reconnects &&
-           (status == UaClient::ConnectionErrorApiReconnect || status == UaClient::ServerShutdown);
-}
-
-void QlumProjectNodeServer::reconnectNow()
-{
-    m_log.info(tr("Reconnecting to server '%1' now").arg(displayName()));
-    m_session->reconnectNow();
+    const bool isComing = m_session->reconnectNow();
+    if (isComing)
+        m_log.info(tr("Reconnecting to server '%1' now").arg(displayName()));
+    return isComing;
 }
 
 void QlumProjectNodeServer::sltNetworkChanged()
 {
-    if (m_status != QlumConnectionStatus::ConnectionError || hasGivenUp())
-        return;
-    m_log.info(tr("The network has changed."));
-    reconnectNow();
+    if (m_status == QlumConnectionStatus::ConnectionError && reconnectNow())
+        m_log.info(tr("The network has changed."));
 }
 
 void QlumProjectNodeServer::disconnectServer()

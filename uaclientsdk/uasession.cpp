@@ -65,9 +65,9 @@ UaStatus UaSession::disconnect(const ServiceSettings& settings, bool deleteSubsc
     return trace.ending(d->disconnect(settings, deleteSubscriptions));
 }
 
-void UaSession::reconnectNow()
+bool UaSession::reconnectNow()
 {
-    d->context.wishForAttempt();
+    return d->context.wishForAttempt();
 }
 
 UaStatus UaSession::changeUser(ServiceSettings& settings, const UaUserIdentityToken* identity)

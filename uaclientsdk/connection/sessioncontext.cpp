@@ -127,10 +127,16 @@ void SessionContext::wishForCheck()
     sessionThread.raiseLocked(lock, {true, true, false});
 }
 
-void SessionContext::wishForAttempt()
+bool SessionContext::wishForAttempt()
 {
+    using Phase = ConnectionState::Phase;
     SessionLock lock(mutex);
-    sessionThread.raiseLocked(lock, {true, false, true});
+    const Phase phase = connection.phase();
+    const bool isLost = phase == Phase::Broken || phase == Phase::Waiting || phase == Phase::Reopening;
+    if (!connection.isServing() && !(isLost && connectInfo.automaticReconnect))
+        return false;
+    sessionThread.raiseLocked(lock, {true, !isLost, isLost});
+    return true;
 }
 
 ConnectionEpoch SessionContext::epoch() const

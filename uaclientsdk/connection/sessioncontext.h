@@ -90,9 +90,11 @@ struct SessionContext
     void setWatchdogTimeLocked(OpcUa_UInt32 milliseconds);
     /// The stack says so, or a call has shown it; the session thread tells the application. Any thread.
     void linkLost();
-    /// Has the server's state read at once, or the next attempt made at once. Any thread.
+    /// Has the server's state read at once. Any thread.
     void wishForCheck();
-    void wishForAttempt();
+    /// Has the next attempt made at once, or the connection checked at once; false when neither is to come.
+    /// Any thread.
+    [[nodiscard]] bool wishForAttempt();
     [[nodiscard]] ConnectionEpoch epoch() const;
     /// Executes a completion on the pool; at once and here when the pool cannot take it, for a completion is
     /// never lost. Without the mutex.

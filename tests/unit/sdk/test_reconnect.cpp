@@ -113,17 +113,35 @@ TEST_F(ReconnectTest, WishEndsTheWaitForTheNextAttempt)
     ASSERT_TRUE(connect().isGood());
     loseLink();
     stack.setConnectResult(OpcUa_BadConnectionRejected);
-    session.reconnectNow();
+    EXPECT_TRUE(session.reconnectNow());
     ASSERT_TRUE(waitUntil([this] { return stack.connects() == 2; }));
     stack.setConnectResult(OpcUa_Good);
-    session.reconnectNow();
+    EXPECT_TRUE(session.reconnectNow());
     EXPECT_TRUE(
         callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect, UaClient::Connected}));
     EXPECT_EQ(stack.connects(), 3);
-    session.reconnectNow(); // of no use while it is connected
-    EXPECT_TRUE(passTurns());
+    const int checks = stack.calls(OpcUa_ReadRequest_EncodeableType);
+    EXPECT_TRUE(session.reconnectNow()); // one that stands is checked
+    EXPECT_TRUE(stack.waitForCalls(OpcUa_ReadRequest_EncodeableType, checks + 1));
     EXPECT_EQ(stack.connects(), 3);
-    EXPECT_EQ(callback.statuses().size(), 3u);
+    EXPECT_TRUE(disconnect().isGood());
+    EXPECT_FALSE(session.reconnectNow());
+}
+
+TEST_F(ReconnectTest, UserWhoWasRefusedIsNotTriedByAWish)
+{
+    ASSERT_TRUE(connect().isGood());
+    loseLink();
+    ServiceSettings settings;
+    const UaClientSdk::UaUserNameIdentityToken user(UaString("user"), UaString("unknown here"));
+    EXPECT_EQ(session.changeUser(settings, &user).statusCode(),
+              static_cast<OpcUa_StatusCode>(OpcUa_GoodCompletesAsynchronously));
+    passWatchdogTime();
+    ASSERT_TRUE(waitUntil([this] { return !session.reconnectNow(); }));
+    const int connects = stack.connects();
+    EXPECT_TRUE(passWatchdogTimeInVain());
+    EXPECT_EQ(stack.connects(), connects);
+    EXPECT_TRUE(session.isConnected());
 }
 
 } // namespace
