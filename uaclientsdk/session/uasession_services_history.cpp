@@ -20,19 +20,20 @@ namespace {
 using HistoryReadService = BlockService<Services::HistoryRead>;
 
 // One service of the server under four names.
-constexpr HistoryReadService readService(const char* method, const char* beginMethod, const char* completion)
+constexpr HistoryReadService historyReadService(const char* method, const char* beginMethod,
+                                                const char* completion)
 {
     return {{method, "Empty read array passed", beginMethod, Services::HistoryRead::handler, completion}};
 }
 
-const HistoryReadService rawModifiedService =
-    readService("historyReadRawModified", "beginHistoryReadRawModified", "historyReadRawModifiedComplete");
+const HistoryReadService rawModifiedService = historyReadService(
+    "historyReadRawModified", "beginHistoryReadRawModified", "historyReadRawModifiedComplete");
 const HistoryReadService processedService =
-    readService("historyReadProcessed", "beginHistoryReadProcessed", "historyReadProcessedComplete");
+    historyReadService("historyReadProcessed", "beginHistoryReadProcessed", "historyReadProcessedComplete");
 const HistoryReadService atTimeService =
-    readService("historyReadAtTime", "beginHistoryReadAtTime", "historyReadAtTimeComplete");
+    historyReadService("historyReadAtTime", "beginHistoryReadAtTime", "historyReadAtTimeComplete");
 const HistoryReadService eventService =
-    readService("historyReadEvent", "beginHistoryReadEvent", "historyReadEventComplete");
+    historyReadService("historyReadEvent", "beginHistoryReadEvent", "historyReadEventComplete");
 
 // ---- the details of each kind; they borrow from the context
 
