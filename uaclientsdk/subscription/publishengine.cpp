@@ -135,6 +135,7 @@ void PublishEngine::publishFailed(const Call& call, OpcUa_StatusCode status)
 {
     UaTrace::tError("Error: Publish failed [status=0x%x]", status);
     {
+        SetPointTrace trace(m_context);
         SessionLock lock(m_context.mutex);
         const bool current = m_context.connection.isCurrent(call.epoch);
         const bool tooMany = status == OpcUa_BadTooManyPublishRequests;
@@ -142,7 +143,7 @@ void PublishEngine::publishFailed(const Call& call, OpcUa_StatusCode status)
             m_state.pace.failed(OpcUa_GetTickCount(), tooMany ? 0 : pauseAfterError);
         if (current && tooMany) {
             m_state.acknowledgements.restore(call.acknowledgements); // refused before it looked at them
-            m_state.calculateSetPointPublishCountLocked(true);
+            m_state.calculateSetPointPublishCountLocked(true, trace);
         }
     }
     if (status == OpcUa_BadNoSubscription)

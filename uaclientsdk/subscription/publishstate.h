@@ -14,6 +14,25 @@ namespace UaClientSdk {
 
 using SubscriptionRef = UaRefPtr<UaSubscriptionPrivate>;
 
+/// The line of the trace about a calculated set point. A trace hook is the application's code, so the line is
+/// written when the object ends: it is made before the lock that the calculation needs.
+class SetPointTrace
+{
+public:
+    explicit SetPointTrace(const SessionContext& context) : m_context(context) {}
+    ~SetPointTrace();
+    SetPointTrace(const SetPointTrace&) = delete;
+    SetPointTrace& operator=(const SetPointTrace&) = delete;
+
+private:
+    friend struct PublishState;
+    const SessionContext& m_context;
+    const char* m_name = nullptr; ///< what follows the function's name; null: nothing was calculated
+    OpcUa_UInt32 m_subscriptions = 0;
+    OpcUa_UInt32 m_setPoint = 0;
+    OpcUa_UInt32 m_outstanding = 0;
+};
+
 /// Shared by the publish engine, the dispatcher and the services; guarded by the session's mutex.
 struct PublishState
 {
@@ -33,9 +52,9 @@ struct PublishState
     /// Null when the id is unknown. While a subscription is being created, waits for it: its first
     /// notification may be faster than the answer that names it.
     [[nodiscard]] SubscriptionRef find(OpcUa_UInt32 subscriptionId);
-    void calculateSetPointPublishCountLocked(bool tooManyPublish);
+    void calculateSetPointPublishCountLocked(bool tooManyPublish, SetPointTrace& trace);
     /// Takes a subscription out, so that nothing is asked for it any more.
-    void removeLocked(const UaSubscriptionPrivate& subscription);
+    void removeLocked(const UaSubscriptionPrivate& subscription, SetPointTrace& trace);
     /// Takes all out, when their server session has ended; the caller may want to tell of them.
     [[nodiscard]] std::map<OpcUa_UInt32, SubscriptionRef> removeAllLocked();
     /// A link begins: the requests of the former one have come to nothing.

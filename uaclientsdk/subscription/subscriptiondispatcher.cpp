@@ -183,8 +183,9 @@ void SubscriptionDispatcher::endSubscription(UaSubscriptionPrivate& subscription
 {
     const SubscriptionCall call(subscription, SubscriptionCall::Kind::End);
     {
+        SetPointTrace trace(m_state.context);
         SessionLock lock(m_state.context.mutex);
-        m_state.removeLocked(subscription);
+        m_state.removeLocked(subscription, trace);
     }
     if (call)
         callStatusChanged(subscription, status);

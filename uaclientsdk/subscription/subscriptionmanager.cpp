@@ -101,6 +101,7 @@ UaSubscription* SubscriptionManager::add(const SubscriptionRef& inside, const Co
     UaSubscription* const face = owned.face.get();
     Refs replaced;
     {
+        SetPointTrace trace(m_context);
         SessionLock lock(m_context.mutex);
         if (!m_context.connection.isSameSession(epoch))
             return nullptr;
@@ -109,7 +110,7 @@ UaSubscription* SubscriptionManager::add(const SubscriptionRef& inside, const Co
         if (entry)
             replaced.push_back(entry); // the server has used its number again
         entry = inside;
-        m_state.calculateSetPointPublishCountLocked(false);
+        m_state.calculateSetPointPublishCountLocked(false, trace);
         m_context.sessionThread.raiseLocked(lock);
     }
     tellEnded(std::move(replaced));
@@ -141,13 +142,14 @@ UaStatus SubscriptionManager::deleteSubscription(ServiceSettings& settings, UaSu
     Owned owned;
     bool onServer = false;
     {
+        SetPointTrace trace(m_context);
         SessionLock lock(m_context.mutex);
         owned = takeOwnedLocked(*subscription);
         if (!owned.face)
             return UaStatus(OpcUa_BadInvalidArgument);
         onServer = owned.inside->valid;
         owned.inside->invalidateLocked();
-        m_state.removeLocked(*owned.inside);
+        m_state.removeLocked(*owned.inside, trace);
     }
     *subscription = nullptr;
     const UaStatus status =
@@ -199,10 +201,11 @@ void SubscriptionManager::tellEnded(Refs subscriptions)
 
 void SubscriptionManager::prepareResumed()
 {
+    SetPointTrace trace(m_context);
     SessionLock lock(m_context.mutex);
     m_state.startLinkLocked();
     m_state.republishing = !m_state.subscriptions.empty();
-    m_state.calculateSetPointPublishCountLocked(false);
+    m_state.calculateSetPointPublishCountLocked(false, trace);
 }
 
 void SubscriptionManager::finishResumed()

@@ -62,8 +62,9 @@ void SubscriptionRecovery::doSubscriptionStatusCheck()
         else if (!concernsSubscription(status))
             break; // the link's own check will find out
     }
+    SetPointTrace setPoint(m_state.context);
     SessionLock lock(m_state.context.mutex);
-    m_state.calculateSetPointPublishCountLocked(false);
+    m_state.calculateSetPointPublishCountLocked(false, setPoint);
 }
 
 void SubscriptionRecovery::doRepublishAfterReconnect(const ConnectionEpoch& epoch)
@@ -83,11 +84,12 @@ void SubscriptionRecovery::doRepublishAfterReconnect(const ConnectionEpoch& epoc
 
 void SubscriptionRecovery::endRepublish(const ConnectionEpoch& epoch)
 {
+    SetPointTrace setPoint(m_state.context);
     SessionLock lock(m_state.context.mutex);
     if (m_state.context.connection.isCurrent(epoch)) {
         m_state.republishing = false;
         m_state.publishAtOnce = true;
-        m_state.calculateSetPointPublishCountLocked(false);
+        m_state.calculateSetPointPublishCountLocked(false, setPoint);
         m_state.context.sessionThread.raiseLocked(lock);
     }
 }
