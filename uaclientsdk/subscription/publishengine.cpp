@@ -53,7 +53,7 @@ public:
 
     PublishAcknowledgements::Batch acknowledgements;
     const ConnectionEpoch epoch;
-    const OpcUa_UInt32 linkFaults; ///< so far
+    const OpcUa_UInt32 linkFaults; // so far
 
 private:
     void queue(std::unique_ptr<PendingCall> self) override { m_engine.orderPublishResponse(std::move(self)); }

@@ -19,9 +19,10 @@ SetPointTrace::~SetPointTrace()
 {
     m_context.mutex.assertUnlocked();
     if (m_name) {
-        UaTrace::tInOut("<-- UaSessionPrivate::calculateSetPointPublishCount%s subCount=%u publishSetPoint=%u "
-                        "publishCount=%u",
-                        m_name, m_subscriptions, m_setPoint, m_outstanding);
+        UaTrace::tInOut(
+            "<-- UaSessionPrivate::calculateSetPointPublishCount%s subCount=%u publishSetPoint=%u "
+            "publishCount=%u",
+            m_name, m_subscriptions, m_setPoint, m_outstanding);
     }
 }
 
@@ -66,6 +67,7 @@ void PublishState::removeLocked(const UaSubscriptionPrivate& subscription, SetPo
     if (found != subscriptions.end() && found->second.get() == &subscription) {
         subscriptions.erase(found);
         acknowledgements.forget(subscription.id);
+        former.add(subscription.id);
         calculateSetPointPublishCountLocked(false, trace);
     }
 }
@@ -74,6 +76,7 @@ std::map<OpcUa_UInt32, SubscriptionRef> PublishState::removeAllLocked()
 {
     context.mutex.assertLocked();
     auto removed = std::exchange(subscriptions, {});
+    former.clear();
     acknowledgements.clear();
     setPoint.reset();
     return removed;

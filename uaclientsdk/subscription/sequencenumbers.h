@@ -21,8 +21,8 @@ constexpr OpcUa_UInt32 unexpectedDistance = 10001;
     return number <= 1 ? std::numeric_limits<OpcUa_UInt32>::max() : number - 1;
 }
 
-/// How many numbers one has to go on from the first to reach the second. From 0, which stands for none yet, the
-/// first one is 1.
+/// How many numbers one has to go on from the first to reach the second. From 0, which stands for none yet,
+/// the first one is 1.
 [[nodiscard]] constexpr OpcUa_UInt32 sequenceDistance(OpcUa_UInt32 from, OpcUa_UInt32 to)
 {
     return to >= from ? to - from : to - from - 1;

@@ -109,6 +109,11 @@ protected:
     bool passWatchdogTimeInVain()
     {
         passWatchdogTime();
+        return passTurns();
+    }
+    /// So many turns of the session thread that it has seen the clock.
+    bool passTurns()
+    {
         const int enough = stack.tickReads + 3;
         const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
         while (stack.tickReads < enough && std::chrono::steady_clock::now() < limit)
