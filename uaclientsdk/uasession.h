@@ -32,6 +32,7 @@ namespace UaClientSdk {
 class UaSessionPrivate;
 class UaSubscription;
 class UaSubscriptionCallback;
+struct NotificationMessage;
 struct SubscriptionSettings;
 
 /// Owns the secure channel, creates and activates the session, watches it from a thread of its own and
@@ -233,8 +234,11 @@ public:
                                 OpcUa_UInt32 clientSubscriptionHandle,
                                 const SubscriptionSettings& subscriptionSettings, bool publishingEnabled,
                                 UaSubscription** subscription);
-    /// Frees it and nulls the pointer whatever the server says. No callback of it runs after it has returned,
-    /// but for the one that called it.
+    /// Frees it and nulls the pointer whatever the server says; what the server keeps against our will is
+    /// deleted when it shows up again. No callback of it runs after it has returned, but for the one that
+    /// called it. In a callback of a subscription it also does not wait for a callback that is itself within
+    /// deleteSubscription, so that two which delete each other's subscription both come to an end: whoever
+    /// deletes subscriptions in callbacks of others keeps the callback objects until those have returned.
     UaStatus deleteSubscription(ServiceSettings& settings, UaSubscription** subscription);
     UaStatus modifySubscription(ServiceSettings& settings, UaSubscription* subscription,
                                 const SubscriptionSettings& subscriptionSettings);
@@ -250,6 +254,12 @@ public:
                                   const SubscriptionSettings& subscriptionSettings, bool publishingEnabled,
                                   bool sendInitialValues, UaUInt32Array& availableSequenceNumbers,
                                   UaSubscription** subscription);
+    /// Asks for a notification message again that was not acknowledged: BadMessageNotAvailable when the
+    /// server has not kept it, BadSubscriptionIdInvalid when the subscription is not the session's at the
+    /// server. The message goes to the caller only, and the numbers that the session itself has taken stay as
+    /// they are.
+    UaStatus republish(ServiceSettings& settings, OpcUa_UInt32 subscriptionId,
+                       OpcUa_UInt32 retransmitSequenceNumber, NotificationMessage& message);
 
     /// Parts of an endpoint URL; an empty host and port 0 when it cannot be parsed, 4840 without a port.
     [[nodiscard]] static UaString getHostFromUrl(const UaString& url);

@@ -21,7 +21,9 @@ public:
     /// no further call comes. The object stays until it is deleted with deleteSubscription.
     virtual void subscriptionStatusChanged(OpcUa_UInt32 clientSubscriptionHandle, const UaStatus& status) = 0;
     virtual void keepAlive(OpcUa_UInt32 /*clientSubscriptionHandle*/) {}
-    /// Notifications between the two numbers are lost, or come twice when the new one is not ahead.
+    /// Notifications between the two numbers are lost, or come twice when the new one is not ahead. After a
+    /// reconnect it may come without a notification behind it; the previous number is 0 when the first one of
+    /// all is lost too.
     virtual void notificationsMissing(OpcUa_UInt32 /*clientSubscriptionHandle*/,
                                       OpcUa_UInt32 /*previousSequenceNumber*/,
                                       OpcUa_UInt32 /*newSequenceNumber*/)

@@ -27,11 +27,11 @@ public:
     }
 
     [[nodiscard]] bool holds(std::string_view text) const { return count(text) > 0; }
-    /// Waits for a record that holds the text, ten seconds at most.
-    [[nodiscard]] bool waitFor(std::string_view text) const
+    /// Waits for so many records that hold the text, ten seconds at most.
+    [[nodiscard]] bool waitFor(std::string_view text, long wanted = 1) const
     {
         std::unique_lock lock(m_mutex);
-        return m_recorded.wait_for(lock, std::chrono::seconds(10), [&] { return countOf(text) > 0; });
+        return m_recorded.wait_for(lock, std::chrono::seconds(10), [&] { return countOf(text) >= wanted; });
     }
     /// Records that hold the text.
     [[nodiscard]] long count(std::string_view text) const

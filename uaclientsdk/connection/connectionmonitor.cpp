@@ -9,6 +9,7 @@
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/activatorturn.h>
+#include <uaclientsdk/connection/linkfaults.h>
 #include <uaclientsdk/connection/sessiongate.h>
 #include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
@@ -38,19 +39,6 @@ bool isTolerable(OpcUa_StatusCode status)
         OpcUa_BadTimeout,          OpcUa_BadNoCommunication,       OpcUa_BadTcpServerTooBusy,
         OpcUa_BadTcpInternalError, OpcUa_BadTcpNotEnoughResources, OpcUa_BadRequestInterrupted};
     return std::find(tolerable.begin(), tolerable.end(), status) != tolerable.end();
-}
-
-// Failures of the way to the server, which say nothing about what it knows of the session.
-bool concernsLink(OpcUa_StatusCode status)
-{
-    constexpr std::array<OpcUa_StatusCode, 12> faults = {
-        OpcUa_BadConnectionClosed,   OpcUa_BadTimeout,
-        OpcUa_BadCommunicationError, OpcUa_BadNoCommunication,
-        OpcUa_BadNotConnected,       OpcUa_BadSecureChannelClosed,
-        OpcUa_BadServerNotConnected, OpcUa_BadRequestInterrupted,
-        OpcUa_BadTcpInternalError,   OpcUa_BadTcpNotEnoughResources,
-        OpcUa_BadTcpServerTooBusy,   OpcUa_BadRequestCancelledByClient};
-    return std::find(faults.begin(), faults.end(), status) != faults.end();
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/notificationmessage.h>
+#include <uaclientsdk/subscription/subscriptionservices.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasubscription.h>
 #include <uaclientsdk/uasubscriptioncallback.h>
@@ -58,6 +60,13 @@ UaStatus UaSession::transferSubscription(ServiceSettings& settings, UaSubscripti
     return d->subscriptions.transferSubscription(settings, *callback, clientSubscriptionHandle,
                                                  subscriptionId, subscriptionSettings, publishingEnabled,
                                                  sendInitialValues, availableSequenceNumbers, subscription);
+}
+
+UaStatus UaSession::republish(ServiceSettings& settings, OpcUa_UInt32 subscriptionId,
+                              OpcUa_UInt32 retransmitSequenceNumber, NotificationMessage& message)
+{
+    message = NotificationMessage();
+    return callRepublish(d->context, settings, subscriptionId, retransmitSequenceNumber, message);
 }
 
 } // namespace UaClientSdk

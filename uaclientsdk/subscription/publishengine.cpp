@@ -4,6 +4,7 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/calls/stackcall.h>
+#include <uaclientsdk/connection/linkfaults.h>
 #include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/uaclient.h>
 
@@ -30,7 +31,8 @@ class PublishEngine::Call : public PendingCall
 {
 public:
     Call(PublishEngine& engine, const PublishState& state)
-        : PendingCall(state.context), epoch(state.context.connection.epoch()), m_engine(engine)
+        : PendingCall(state.context), epoch(state.context.connection.epoch()),
+          linkFaults(state.pace.linkFaults()), m_engine(engine)
     {
     }
 
@@ -51,6 +53,7 @@ public:
 
     PublishAcknowledgements::Batch acknowledgements;
     const ConnectionEpoch epoch;
+    const OpcUa_UInt32 linkFaults; // so far
 
 private:
     void queue(std::unique_ptr<PendingCall> self) override { m_engine.orderPublishResponse(std::move(self)); }
@@ -110,6 +113,10 @@ UaStatus PublishEngine::doPublish(bool force)
 
 void PublishEngine::publishCallback(const Call& call)
 {
+    OpcUa_PublishResponse* const response = call.answer();
+    OpcUa_StatusCode status = call.result();
+    if (OpcUa_IsGood(status))
+        status = response ? response->ResponseHeader.ServiceResult : OpcUa_BadUnknownResponse;
     {
         SessionLock lock(m_context.mutex);
         if (!m_context.connection.isSameSession(call.epoch)) {
@@ -117,11 +124,9 @@ void PublishEngine::publishCallback(const Call& call)
             UaTrace::tInOut("<-- UaSessionPrivate::publishCallback - already disconnected");
             return;
         }
+        if (!concernsLink(status))
+            m_state.pace.answered();
     }
-    OpcUa_PublishResponse* const response = call.answer();
-    OpcUa_StatusCode status = call.result();
-    if (OpcUa_IsGood(status))
-        status = response ? response->ResponseHeader.ServiceResult : OpcUa_BadUnknownResponse;
     if (OpcUa_IsBad(status)) {
         publishFailed(call, status);
         return;
@@ -134,17 +139,23 @@ void PublishEngine::publishCallback(const Call& call)
 void PublishEngine::publishFailed(const Call& call, OpcUa_StatusCode status)
 {
     UaTrace::tError("Error: Publish failed [status=0x%x]", status);
+    bool isDoubtful = false;
     {
+        SetPointTrace trace(m_context);
         SessionLock lock(m_context.mutex);
         const bool current = m_context.connection.isCurrent(call.epoch);
         const bool tooMany = status == OpcUa_BadTooManyPublishRequests;
-        if (current)
+        if (current && concernsLink(status))
+            isDoubtful = m_state.pace.linkFailed(OpcUa_GetTickCount(), call.linkFaults);
+        else if (current)
             m_state.pace.failed(OpcUa_GetTickCount(), tooMany ? 0 : pauseAfterError);
         if (current && tooMany) {
             m_state.acknowledgements.restore(call.acknowledgements); // refused before it looked at them
-            m_state.calculateSetPointPublishCountLocked(true);
+            m_state.calculateSetPointPublishCountLocked(true, trace);
         }
     }
+    if (isDoubtful) // over a transport whose link is not there between calls, nobody else finds out
+        m_context.wishForCheck();
     if (status == OpcUa_BadNoSubscription)
         m_listener.doSubscriptionStatusCheck();
 }

@@ -1,5 +1,7 @@
 #include <uaclientsdk/subscription/publishpace.h>
 
+#include <algorithm>
+
 namespace UaClientSdk {
 
 namespace {
@@ -9,6 +11,17 @@ constexpr OpcUa_UInt32 sendsInWindow = 20;
 constexpr OpcUa_UInt64 memory = 1000;
 
 } // namespace
+
+bool PublishPace::linkFailed(OpcUa_UInt64 now, OpcUa_UInt32 fault)
+{
+    if (fault != m_linkFaults)
+        return false;
+    ++m_linkFaults;
+    const bool isSecond = m_linkPause == minimumLinkPause;
+    m_linkPause = m_linkPause == 0 ? minimumLinkPause : std::min(2 * m_linkPause, maximumLinkPause);
+    failed(now, m_linkPause);
+    return isSecond;
+}
 
 void PublishPace::failed(OpcUa_UInt64 now, OpcUa_UInt64 pause)
 {
@@ -25,12 +38,12 @@ bool PublishPace::take(OpcUa_UInt64 now)
 {
     if (!m_failing)
         return true;
+    if (within(now, m_lastError, m_pause)) // which may be longer than the memory
+        return false;
     if (!within(now, m_lastError, memory)) {
         m_failing = false;
         return true;
     }
-    if (within(now, m_lastError, m_pause))
-        return false;
     if (!within(now, m_windowBegin, window)) {
         m_windowBegin = now;
         m_sentInWindow = 0;

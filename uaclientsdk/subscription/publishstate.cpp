@@ -15,6 +15,17 @@ constexpr auto patience = std::chrono::seconds(1);
 
 } // namespace
 
+SetPointTrace::~SetPointTrace()
+{
+    m_context.mutex.assertUnlocked();
+    if (m_name) {
+        UaTrace::tInOut(
+            "<-- UaSessionPrivate::calculateSetPointPublishCount%s subCount=%u publishSetPoint=%u "
+            "publishCount=%u",
+            m_name, m_subscriptions, m_setPoint, m_outstanding);
+    }
+}
+
 SubscriptionRef PublishState::find(OpcUa_UInt32 subscriptionId)
 {
     SessionLock lock(context.mutex);
@@ -30,33 +41,34 @@ SubscriptionRef PublishState::find(OpcUa_UInt32 subscriptionId)
     return found == subscriptions.end() ? SubscriptionRef() : found->second;
 }
 
-void PublishState::calculateSetPointPublishCountLocked(bool tooManyPublish)
+void PublishState::calculateSetPointPublishCountLocked(bool tooManyPublish, SetPointTrace& trace)
 {
     context.mutex.assertLocked();
     const auto count = static_cast<OpcUa_UInt32>(subscriptions.size());
-    const char* name = "";
+    trace.m_name = "";
     if (tooManyPublish) {
         setPoint.lower(count);
-        name = "(tooManyPublish)";
+        trace.m_name = "(tooManyPublish)";
     } else if (isHttpsUrl(context.currentEndpointUrl.view())) {
         setPoint.calculateForHttp(count);
-        name = "(http(s) connection)";
+        trace.m_name = "(http(s) connection)";
     } else {
         setPoint.calculate(count);
     }
-    UaTrace::tInOut("<-- UaSessionPrivate::calculateSetPointPublishCount%s subCount=%u publishSetPoint=%u "
-                    "publishCount=%u",
-                    name, count, setPoint.value(), outstanding);
+    trace.m_subscriptions = count;
+    trace.m_setPoint = setPoint.value();
+    trace.m_outstanding = outstanding;
 }
 
-void PublishState::removeLocked(const UaSubscriptionPrivate& subscription)
+void PublishState::removeLocked(const UaSubscriptionPrivate& subscription, SetPointTrace& trace)
 {
     context.mutex.assertLocked();
     const auto found = subscriptions.find(subscription.id);
     if (found != subscriptions.end() && found->second.get() == &subscription) {
         subscriptions.erase(found);
         acknowledgements.forget(subscription.id);
-        calculateSetPointPublishCountLocked(false);
+        former.add(subscription.id);
+        calculateSetPointPublishCountLocked(false, trace);
     }
 }
 
@@ -64,6 +76,7 @@ std::map<OpcUa_UInt32, SubscriptionRef> PublishState::removeAllLocked()
 {
     context.mutex.assertLocked();
     auto removed = std::exchange(subscriptions, {});
+    former.clear();
     acknowledgements.clear();
     setPoint.reset();
     return removed;

@@ -4,6 +4,7 @@
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/subscription/sequencenumbers.h>
 
 #include <algorithm>
 #include <utility>
@@ -11,15 +12,6 @@
 namespace UaClientSdk {
 
 namespace {
-
-// A number further away than this is taken for an error of the server, not for a gap.
-constexpr OpcUa_UInt32 unexpectedDistance = 10001;
-
-std::span<const OpcUa_UInt32> availableNumbers(const OpcUa_PublishResponse& response)
-{
-    return {response.AvailableSequenceNumbers,
-            static_cast<std::size_t>(std::max(response.NoOfAvailableSequenceNumbers, 0))};
-}
 
 bool endsSubscription(const UaStatus& status)
 {
@@ -36,23 +28,20 @@ void callStatusChanged(UaSubscriptionPrivate& subscription, const UaStatus& stat
 
 } // namespace
 
-void SubscriptionDispatcher::dispatchPublish(OpcUa_PublishResponse& response)
+bool SubscriptionDispatcher::dispatchPublish(OpcUa_PublishResponse& response)
 {
     OpcUa_NotificationMessage& message = response.NotificationMessage;
     const bool isKeepAlive = message.NoOfNotificationData <= 0;
     const SubscriptionRef subscription = m_state.find(response.SubscriptionId);
-    if (!isKeepAlive) {
-        SessionLock lock(m_state.context.mutex);
-        m_state.acknowledgements.add(response.SubscriptionId, message.SequenceNumber);
-    }
-    if (!subscription) {
-        UaTrace::tError("Error: UaSessionPrivate::publishCallback - Server sent invalid SubscriptionId %u",
-                        response.SubscriptionId);
-        return;
-    }
+    if (!subscription)
+        return false;
     if (isKeepAlive) {
         keepAlive(*subscription, message.SequenceNumber, availableNumbers(response));
-        return;
+        return true;
+    }
+    {
+        SessionLock lock(m_state.context.mutex);
+        m_state.acknowledgements.add(response.SubscriptionId, message.SequenceNumber);
     }
     if (availableNumbers(response).empty()) {
         UaTrace::tError("Error: UaSessionPrivate::publishCallback - List of available sequence numbers is "
@@ -60,6 +49,7 @@ void SubscriptionDispatcher::dispatchPublish(OpcUa_PublishResponse& response)
     }
     takeSequenceNumber(*subscription, message.SequenceNumber);
     dispatchNotifications(*subscription, message, "publishCallback");
+    return true;
 }
 
 void SubscriptionDispatcher::keepAlive(UaSubscriptionPrivate& subscription, OpcUa_UInt32 number,
@@ -103,14 +93,19 @@ void SubscriptionDispatcher::takeSequenceNumber(UaSubscriptionPrivate& subscript
                         "SequenceNumber (expected=%u, received=%u)",
                         expected, number);
     }
-    if (last == 0 || number == expected)
-        return;
-    UaTrace::tWarning("Warning: Notifications missing, lastSequenceNumber=%u newSequenceNumber=%u", last,
-                      number);
+    if (last != 0 && number != expected)
+        tellMissing(subscription, last, number);
+}
+
+void SubscriptionDispatcher::tellMissing(UaSubscriptionPrivate& subscription, OpcUa_UInt32 previous,
+                                         OpcUa_UInt32 next)
+{
+    UaTrace::tWarning("Warning: Notifications missing, lastSequenceNumber=%u newSequenceNumber=%u", previous,
+                      next);
     if (const SubscriptionCall call(subscription); call) {
         UaTrace::tIfCall("CALL SubscriptionCallback::notificationsMissing [SubscriptionId=%u]",
                          subscription.id);
-        subscription.callback.notificationsMissing(subscription.handle, last, number);
+        subscription.callback.notificationsMissing(subscription.handle, previous, next);
     }
 }
 
@@ -183,8 +178,9 @@ void SubscriptionDispatcher::endSubscription(UaSubscriptionPrivate& subscription
 {
     const SubscriptionCall call(subscription, SubscriptionCall::Kind::End);
     {
+        SetPointTrace trace(m_state.context);
         SessionLock lock(m_state.context.mutex);
-        m_state.removeLocked(subscription);
+        m_state.removeLocked(subscription, trace);
     }
     if (call)
         callStatusChanged(subscription, status);

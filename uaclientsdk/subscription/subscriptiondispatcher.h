@@ -15,19 +15,16 @@ class SubscriptionDispatcher
 public:
     explicit SubscriptionDispatcher(PublishState& state) : m_state(state) {}
 
-    /// An answer to Publish: sequence numbers, acknowledgement, keep-alive, notifications.
-    void dispatchPublish(OpcUa_PublishResponse& response);
+    /// An answer to Publish: sequence numbers, acknowledgement, keep-alive, notifications. False when the
+    /// session does not know the subscription.
+    [[nodiscard]] bool dispatchPublish(OpcUa_PublishResponse& response);
     /// The notifications of one message; caller names the function in the trace.
     void dispatchNotifications(UaSubscriptionPrivate& subscription, OpcUa_NotificationMessage& message,
                                const char* caller);
+    /// Those between the two numbers are lost.
+    static void tellMissing(UaSubscriptionPrivate& subscription, OpcUa_UInt32 previous, OpcUa_UInt32 next);
     /// The server has the subscription no more: takes it out and says so, once.
     void endSubscription(UaSubscriptionPrivate& subscription, const UaStatus& status);
-
-    /// The number after this one; there is no 0.
-    [[nodiscard]] static OpcUa_UInt32 nextSequenceNumber(OpcUa_UInt32 number)
-    {
-        return number == 0xFFFFFFFFu ? 1 : number + 1;
-    }
 
 private:
     void keepAlive(UaSubscriptionPrivate& subscription, OpcUa_UInt32 number,

@@ -50,7 +50,7 @@ private:
 
 SubscriptionManager::SubscriptionManager(SessionContext& context)
     : m_context(context), m_state(context), m_dispatcher(m_state), m_recovery(m_state, m_dispatcher),
-      m_engine(m_state, *this)
+      m_orphans(m_state), m_engine(m_state, *this)
 {
 }
 
@@ -72,6 +72,7 @@ UaStatus SubscriptionManager::createSubscription(ServiceSettings& settings, UaSu
     const auto inside =
         SubscriptionRef::adopt(new UaSubscriptionPrivate(m_context, callback, clientSubscriptionHandle, id));
     inside->settings = revised;
+    inside->isNumberedFromOne = true;
     inside->publishingEnabled = publishingEnabled;
     *subscription = add(inside, creating.epoch);
     return *subscription ? status : UaStatus(OpcUa_BadConnectionClosed);
@@ -101,6 +102,7 @@ UaSubscription* SubscriptionManager::add(const SubscriptionRef& inside, const Co
     UaSubscription* const face = owned.face.get();
     Refs replaced;
     {
+        SetPointTrace trace(m_context);
         SessionLock lock(m_context.mutex);
         if (!m_context.connection.isSameSession(epoch))
             return nullptr;
@@ -109,7 +111,8 @@ UaSubscription* SubscriptionManager::add(const SubscriptionRef& inside, const Co
         if (entry)
             replaced.push_back(entry); // the server has used its number again
         entry = inside;
-        m_state.calculateSetPointPublishCountLocked(false);
+        m_state.former.forget(inside->id);
+        m_state.calculateSetPointPublishCountLocked(false, trace);
         m_context.sessionThread.raiseLocked(lock);
     }
     tellEnded(std::move(replaced));
@@ -141,17 +144,22 @@ UaStatus SubscriptionManager::deleteSubscription(ServiceSettings& settings, UaSu
     Owned owned;
     bool onServer = false;
     {
+        SetPointTrace trace(m_context);
         SessionLock lock(m_context.mutex);
         owned = takeOwnedLocked(*subscription);
         if (!owned.face)
             return UaStatus(OpcUa_BadInvalidArgument);
         onServer = owned.inside->valid;
         owned.inside->invalidateLocked();
-        m_state.removeLocked(*owned.inside);
+        m_state.removeLocked(*owned.inside, trace);
     }
     *subscription = nullptr;
     const UaStatus status =
         onServer ? callDeleteSubscription(m_context, settings, owned.inside->id) : UaStatus();
+    if (status.isBad() && status != OpcUa_BadSubscriptionIdInvalid) {
+        SessionLock lock(m_context.mutex);
+        m_state.former.forget(owned.inside->id); // the server may well have it still
+    }
     owned.inside->waitForCallbacks();
     return status;
 }
@@ -176,7 +184,8 @@ UaStatus SubscriptionManager::setPublishingMode(ServiceSettings& settings, bool 
 
 void SubscriptionManager::notificationReceived(OpcUa_PublishResponse& response)
 {
-    m_dispatcher.dispatchPublish(response);
+    if (m_recovery.closeGap(response) && !m_dispatcher.dispatchPublish(response))
+        m_orphans.found(response.SubscriptionId);
 }
 
 void SubscriptionManager::doSubscriptionStatusCheck()
@@ -199,10 +208,11 @@ void SubscriptionManager::tellEnded(Refs subscriptions)
 
 void SubscriptionManager::prepareResumed()
 {
+    SetPointTrace trace(m_context);
     SessionLock lock(m_context.mutex);
     m_state.startLinkLocked();
     m_state.republishing = !m_state.subscriptions.empty();
-    m_state.calculateSetPointPublishCountLocked(false);
+    m_state.calculateSetPointPublishCountLocked(false, trace);
 }
 
 void SubscriptionManager::finishResumed()

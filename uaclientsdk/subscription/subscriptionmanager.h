@@ -5,6 +5,7 @@
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/subscription/publishengine.h>
 #include <uaclientsdk/subscription/subscriptiondispatcher.h>
+#include <uaclientsdk/subscription/subscriptionorphans.h>
 #include <uaclientsdk/subscription/subscriptionrecovery.h>
 #include <uaclientsdk/uasubscription.h>
 #include <uaclientsdk/uasubscriptioncallback.h>
@@ -87,6 +88,7 @@ private:
     PublishState m_state;
     SubscriptionDispatcher m_dispatcher;
     SubscriptionRecovery m_recovery;
+    SubscriptionOrphans m_orphans;
     std::vector<Owned> m_owned; ///< all that were handed out and not deleted; guarded by the session's mutex
     Refs m_dropped;             ///< of a session that was replaced, to be told; the session thread's
     PublishEngine m_engine;     ///< its jobs use all of the above

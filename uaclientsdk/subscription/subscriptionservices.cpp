@@ -142,6 +142,25 @@ UaStatus callSetPublishingMode(SessionContext& context, ServiceSettings& setting
         });
 }
 
+UaStatus callRepublish(SessionContext& context, ServiceSettings& settings, OpcUa_UInt32 subscriptionId,
+                       OpcUa_UInt32 retransmitSequenceNumber, NotificationMessage& message)
+{
+    using Service = Services::Republish;
+    return callOnce<Service>(
+        context, plainNames<Service>(""), 1, settings,
+        [&](Service::Request& request) {
+            request.SubscriptionId = subscriptionId;
+            request.RetransmitSequenceNumber = retransmitSequenceNumber;
+        },
+        [&](Service::Response& response) {
+            OpcUa_NotificationMessage& kept = response.NotificationMessage;
+            message.sequenceNumber = kept.SequenceNumber;
+            message.publishTime = UaDateTime(kept.PublishTime);
+            message.notificationData.attachFrom(&kept.NoOfNotificationData, &kept.NotificationData);
+            return UaStatus();
+        });
+}
+
 UaStatus callSetTriggering(SessionContext& context, ServiceSettings& settings, OpcUa_UInt32 subscriptionId,
                            OpcUa_UInt32 triggeringItemId, const UaUInt32Array& linksToAdd,
                            const UaUInt32Array& linksToRemove, OpcUa_SetTriggeringResponse& response)

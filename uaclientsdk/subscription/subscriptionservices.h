@@ -5,6 +5,7 @@
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/connection/sessioncontext.h>
+#include <uaclientsdk/notificationmessage.h>
 #include <uaclientsdk/subscriptionsettings.h>
 
 namespace UaClientSdk {
@@ -25,6 +26,9 @@ namespace UaClientSdk {
 [[nodiscard]] UaStatus callSetPublishingMode(SessionContext& context, ServiceSettings& settings,
                                              bool publishingEnabled, const UaUInt32Array& subscriptionIds,
                                              UaStatusCodeArray& results, UaDiagnosticInfos& diagnosticInfos);
+[[nodiscard]] UaStatus callRepublish(SessionContext& context, ServiceSettings& settings,
+                                     OpcUa_UInt32 subscriptionId, OpcUa_UInt32 retransmitSequenceNumber,
+                                     NotificationMessage& message);
 /// BadNothingToDo when both lists are empty. The results are not checked.
 [[nodiscard]] UaStatus callSetTriggering(SessionContext& context, ServiceSettings& settings,
                                          OpcUa_UInt32 subscriptionId, OpcUa_UInt32 triggeringItemId,

@@ -13,9 +13,11 @@ thread_local SubscriptionCall* t_current = nullptr;
 
 void UaSubscriptionPrivate::waitForCallbacks()
 {
-    const unsigned int own = SubscriptionCall::depthOnThisThread(*this);
+    const SubscriptionCall::Waiting waiting;
     SessionLock lock(context.mutex);
-    callbackEnded.wait(lock, [this, own] { return callbacksInProgress <= own; });
+    // who is in no callback is waited for by nobody, and so may wait for all
+    callbackEnded.wait(
+        lock, [&] { return callbacksInProgress <= (waiting.isInCallback() ? callbacksWaiting : 0); });
 }
 
 void UaSubscriptionPrivate::endCallback()
@@ -66,12 +68,23 @@ SubscriptionCall::~SubscriptionCall()
         m_subscription.endCallback();
 }
 
-unsigned int SubscriptionCall::depthOnThisThread(const UaSubscriptionPrivate& subscription)
+// ---- deleting in a callback
+
+SubscriptionCall::Waiting::Waiting() : m_innermost(t_current)
 {
-    unsigned int depth = 0;
-    for (const SubscriptionCall* call = t_current; call; call = call->m_outer)
-        depth += &call->m_subscription == &subscription ? 1 : 0;
-    return depth;
+    for (const SubscriptionCall* call = m_innermost; call; call = call->m_outer) {
+        SessionLock lock(call->m_subscription.context.mutex);
+        ++call->m_subscription.callbacksWaiting;
+        call->m_subscription.callbackEnded.notify_all();
+    }
+}
+
+SubscriptionCall::Waiting::~Waiting()
+{
+    for (const SubscriptionCall* call = m_innermost; call; call = call->m_outer) {
+        SessionLock lock(call->m_subscription.context.mutex);
+        --call->m_subscription.callbacksWaiting;
+    }
 }
 
 } // namespace UaClientSdk

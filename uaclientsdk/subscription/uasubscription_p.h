@@ -11,6 +11,15 @@
 
 namespace UaClientSdk {
 
+/// What is known, after a resume, of the notifications that went with the old link.
+struct RecoveryProgress
+{
+    bool isOpen = false;          ///< no answer has shown yet up to where they go
+    OpcUa_UInt32 refused = 0;     ///< a number that the server did not have; 0: none
+    OpcUa_UInt32 asked = 0;       ///< requests so far
+    unsigned int interrupted = 0; ///< answers that were given up for want of a link
+};
+
 /// Outlived by its session.
 class UaSubscriptionPrivate : public UaRefCounter
 {
@@ -30,9 +39,12 @@ public:
     bool valid = true;    ///< the server has it, as far as is known
     bool endTold = false; ///< the application knows that it has ended, or does not want to know
     bool publishingEnabled = false;
-    SubscriptionSettings settings;        ///< interval and counts as the server has revised them
-    OpcUa_UInt32 lastSequenceNumber = 0;  ///< 0: none came yet
+    SubscriptionSettings settings;       ///< interval and counts as the server has revised them
+    OpcUa_UInt32 lastSequenceNumber = 0; ///< 0: none came yet
+    bool isNumberedFromOne = false;      ///< it was made here, so that even the first can be missing
+    RecoveryProgress recovery;
     unsigned int callbacksInProgress = 0; ///< running, or to come for certain
+    unsigned int callbacksWaiting = 0;    ///< of those in progress: in waitForCallbacks, of any subscription
     std::condition_variable_any callbackEnded;
 
     void invalidateLocked()
@@ -41,7 +53,8 @@ public:
         valid = false;
         endTold = true;
     }
-    /// Blocks until no callback is in progress but those that the calling thread is in itself.
+    /// Blocks until no callback is in progress. In a callback: but those that are in here too, or else two
+    /// that delete each other's subscription would wait for ever.
     void waitForCallbacks();
     /// A callback is over.
     void endCallback();
@@ -64,8 +77,21 @@ public:
 
     /// Whether the callback is to be made.
     explicit operator bool() const { return m_entered; }
-    /// How many callbacks of the subscription the calling thread is in.
-    [[nodiscard]] static unsigned int depthOnThisThread(const UaSubscriptionPrivate& subscription);
+
+    /// While it stands, the callbacks that the calling thread is in count as waiting.
+    class Waiting
+    {
+    public:
+        Waiting();
+        ~Waiting();
+        Waiting(const Waiting&) = delete;
+        Waiting& operator=(const Waiting&) = delete;
+
+        [[nodiscard]] bool isInCallback() const { return m_innermost != nullptr; }
+
+    private:
+        const SubscriptionCall* const m_innermost;
+    };
 
 private:
     UaSubscriptionPrivate& m_subscription;

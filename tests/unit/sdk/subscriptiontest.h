@@ -5,6 +5,7 @@
 #include <tests/unit/sdk/sessiontest.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasubscription.h>
 #include <uaclientsdk/uasubscriptioncallback.h>
 
@@ -129,7 +130,12 @@ protected:
         });
         stack.on(
             OpcUa_DeleteSubscriptionsRequest_EncodeableType,
-            [](const void*, void* response) {
+            [this](const void* request, void* response) {
+                {
+                    std::lock_guard lock(m_mutex);
+                    m_deleted.push_back(
+                        *static_cast<const OpcUa_DeleteSubscriptionsRequest*>(request)->SubscriptionIds);
+                }
                 auto& answer = *static_cast<OpcUa_DeleteSubscriptionsResponse*>(response);
                 UaStatusCodeArray(1u).detach(&answer.NoOfResults, &answer.Results);
                 return static_cast<OpcUa_StatusCode>(OpcUa_Good);
@@ -193,12 +199,16 @@ protected:
             return static_cast<OpcUa_StatusCode>(OpcUa_Good);
         });
     }
-    void data(OpcUa_UInt32 id, OpcUa_UInt32 number, const Values& values)
+    /// available: what the server says it has kept; when it is left out, the message itself.
+    void data(OpcUa_UInt32 id, OpcUa_UInt32 number, const Values& values,
+              std::vector<OpcUa_UInt32> available = {})
     {
+        if (available.empty())
+            available = {number};
         answer([=](OpcUa_PublishResponse& response) {
             response.SubscriptionId = id;
             fillData(response.NotificationMessage, number, values);
-            setAvailable(response, {number});
+            setAvailable(response, available);
             return static_cast<OpcUa_StatusCode>(OpcUa_Good);
         });
     }
@@ -264,6 +274,12 @@ protected:
         std::lock_guard lock(m_mutex);
         return m_acknowledged;
     }
+    /// The ids that the server was told to delete, and did.
+    std::vector<OpcUa_UInt32> deleted()
+    {
+        std::lock_guard lock(m_mutex);
+        return m_deleted;
+    }
     int publishCalls() { return stack.calls(OpcUa_PublishRequest_EncodeableType); }
     bool waitForPublishCalls(int count)
     {
@@ -303,4 +319,29 @@ private:
     std::mutex m_mutex;
     std::deque<Answer> m_answers;
     std::vector<std::string> m_acknowledged;
+    std::vector<OpcUa_UInt32> m_deleted;
+};
+
+class SubscriptionReconnect : public SubscriptionTest
+{
+protected:
+    /// The link breaks; the next attempt to connect is left to passWatchdogTime.
+    void breakLink()
+    {
+        const auto before = callback.statuses().size();
+        stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadConnectionClosed});
+        stack.loseLink();
+        ASSERT_TRUE(callback.waitForCount(before + 1));
+        ASSERT_EQ(callback.statuses().back(), UaClientSdk::UaClient::ConnectionErrorApiReconnect);
+    }
+    /// It comes back; replaced: the server has forgotten the session.
+    void mendLink(bool replaced = false)
+    {
+        const auto before = callback.statuses().size();
+        if (replaced)
+            stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
+        passWatchdogTime();
+        ASSERT_TRUE(callback.waitForCount(before + (replaced ? 2 : 1)));
+        ASSERT_EQ(callback.statuses().back(), UaClientSdk::UaClient::Connected);
+    }
 };

@@ -1,4 +1,5 @@
 // The parts of the publish engine that know nothing of a session.
+#include <uaclientsdk/subscription/formersubscriptions.h>
 #include <uaclientsdk/subscription/publishacknowledgements.h>
 #include <uaclientsdk/subscription/publishpace.h>
 #include <uaclientsdk/subscription/publishsetpoint.h>
@@ -10,6 +11,7 @@
 
 namespace {
 
+using UaClientSdk::FormerSubscriptions;
 using UaClientSdk::PublishAcknowledgements;
 using UaClientSdk::PublishPace;
 using UaClientSdk::PublishSetPoint;
@@ -86,6 +88,45 @@ TEST(PublishPace, PausesAfterAnErrorAndForgetsItAfterASecond)
     EXPECT_TRUE(pace.take(2000));
     pace.failed(5000, 10);
     EXPECT_TRUE(pace.take(10)); // a clock that went back does not stop it for ever
+}
+
+TEST(PublishPace, DoublesItsPauseFromOneFaultOfTheLinkToTheNext)
+{
+    PublishPace pace;
+    OpcUa_UInt64 now = 1000;
+    for (const OpcUa_UInt64 pause : {10, 20, 40, 80, 160, 320, 640, 1280, 2560, 2560}) {
+        const OpcUa_UInt32 sent = pace.linkFaults();
+        EXPECT_EQ(pace.linkFailed(now, sent), pause == 20); // the second one in a row, and no other
+        EXPECT_FALSE(pace.linkFailed(now, sent));           // of a request that was open at the same time
+        EXPECT_FALSE(pace.take(now + pause - 1));
+        now += pause;
+        EXPECT_TRUE(pace.take(now)) << pause;
+    }
+    EXPECT_FALSE(pace.linkFailed(now, pace.linkFaults()));
+    pace.answered();
+    EXPECT_TRUE(pace.take(now)); // the link is there again
+    EXPECT_FALSE(pace.linkFailed(now, pace.linkFaults()));
+    EXPECT_TRUE(pace.take(now + PublishPace::minimumLinkPause));
+}
+
+TEST(FormerSubscriptions, TellAnAnswerThatIsLateFromOneThatNobodyExpects)
+{
+    FormerSubscriptions former;
+    const auto finding = [&former](OpcUa_UInt32 id) {
+        const FormerSubscriptions::Finding found = former.find(id);
+        return std::make_pair(found.isFirst, found.isUnknown);
+    };
+    former.add(1);
+    EXPECT_EQ(finding(1), std::make_pair(true, false));
+    EXPECT_EQ(finding(1), std::make_pair(false, false));
+    EXPECT_EQ(finding(2), std::make_pair(true, true));
+    EXPECT_EQ(finding(2), std::make_pair(false, false));
+    former.forget(2); // what was done about it has come to nothing
+    EXPECT_EQ(finding(2), std::make_pair(true, true));
+    for (OpcUa_UInt32 id = 10; id < 10 + FormerSubscriptions::maxLength; ++id)
+        former.add(id);
+    EXPECT_EQ(finding(10), std::make_pair(true, false));
+    EXPECT_EQ(finding(1), std::make_pair(true, true)) << "the oldest are forgotten";
 }
 
 TEST(PublishAcknowledgements, KeepTheirOrderAndEndAfterAFewAttempts)

@@ -19,30 +19,6 @@ using UaClientSdk::ServiceSettings;
 using UaClientSdk::UaClient;
 using UaClientSdk::UaSubscription;
 
-class SubscriptionReconnect : public SubscriptionTest
-{
-protected:
-    // The link breaks; the next attempt to connect is left to passWatchdogTime.
-    void breakLink()
-    {
-        const auto before = callback.statuses().size();
-        stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadConnectionClosed});
-        stack.loseLink();
-        ASSERT_TRUE(callback.waitForCount(before + 1));
-        ASSERT_EQ(callback.statuses().back(), UaClient::ConnectionErrorApiReconnect);
-    }
-    // It comes back; replaced: the server has forgotten the session.
-    void mendLink(bool replaced = false)
-    {
-        const auto before = callback.statuses().size();
-        if (replaced)
-            stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
-        passWatchdogTime();
-        ASSERT_TRUE(callback.waitForCount(before + (replaced ? 2 : 1)));
-        ASSERT_EQ(callback.statuses().back(), UaClient::Connected);
-    }
-};
-
 TEST_F(SubscriptionReconnect, MissedNotificationsComeFirstThenLiveOnes)
 {
     create(11);
