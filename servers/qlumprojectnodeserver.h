@@ -139,7 +139,7 @@ private:
     QByteArray m_refusedTlsCertificate;  ///< of a connect under way
     unsigned int m_refusedTlsStatus = 0;
     bool m_retrieveIcons;
-    bool m_busy = false;       ///< a connect or change of user is under way, maybe in a nested event loop
+    bool m_busy = false; ///< a connect or change of user is under way, maybe in a nested event loop
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
     const std::shared_ptr<QlumNetworkWatch> m_network;
     QlumEndpointFetcher* m_fetcher; ///< a cancelled question ends in the background

@@ -57,8 +57,9 @@ public:
     UaStatus disconnect(const ServiceSettings& settings, bool deleteSubscriptions);
 
     /// Makes the next attempt to reconnect at once, when one is waited for: somebody has reason to believe
-    /// that the server can be reached again.
-    void reconnectNow();
+    /// that the server can be reached again. A connection that stands is checked at once. False when no
+    /// attempt will come: nothing is connected, automatic reconnect is off, or the server refused the user.
+    bool reconnectNow();
 
     /// Activates the session with another user, who is borrowed for the call and kept for reconnects when the
     /// server takes him; null is BadInvalidArgument. GoodCompletesAsynchronously while a reconnect is under

@@ -174,7 +174,9 @@ void PublishEngine::checkAcknowledgements(const Call& call, std::span<const OpcU
             UaTrace::tError("Error: Subscription acknowledgement (SubscriptionId=%u,SequenceNumber=%u) "
                             "returned status %s",
                             sent[i].SubscriptionId, sent[i].SequenceNumber, nameOf(results[i]).toUtf8());
-            unknownSubscription = unknownSubscription || results[i] == OpcUa_BadSubscriptionIdInvalid;
+            // of one that is not ours any more there is nothing to find out
+            unknownSubscription = unknownSubscription || (results[i] == OpcUa_BadSubscriptionIdInvalid &&
+                                                          m_state.knows(sent[i].SubscriptionId));
         }
     }
     if (unknownSubscription)

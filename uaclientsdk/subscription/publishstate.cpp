@@ -26,6 +26,12 @@ SetPointTrace::~SetPointTrace()
     }
 }
 
+bool PublishState::knows(OpcUa_UInt32 subscriptionId) const
+{
+    SessionLock lock(context.mutex);
+    return subscriptions.contains(subscriptionId);
+}
+
 SubscriptionRef PublishState::find(OpcUa_UInt32 subscriptionId)
 {
     SessionLock lock(context.mutex);

@@ -63,6 +63,8 @@ struct PublishState
     /// Null when the id is unknown. While a subscription is being created, waits for it: its first
     /// notification may be faster than the answer that names it.
     [[nodiscard]] SubscriptionRef find(OpcUa_UInt32 subscriptionId);
+    /// Whether it is one of the session's; does not wait.
+    [[nodiscard]] bool knows(OpcUa_UInt32 subscriptionId) const;
     void calculateSetPointPublishCountLocked(bool tooManyPublish, SetPointTrace& trace);
     /// Takes a subscription out, which the server does not have any more or is about to be told to end.
     void removeLocked(const UaSubscriptionPrivate& subscription, SetPointTrace& trace);

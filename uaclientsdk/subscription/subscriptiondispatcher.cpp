@@ -33,15 +33,15 @@ bool SubscriptionDispatcher::dispatchPublish(OpcUa_PublishResponse& response)
     OpcUa_NotificationMessage& message = response.NotificationMessage;
     const bool isKeepAlive = message.NoOfNotificationData <= 0;
     const SubscriptionRef subscription = m_state.find(response.SubscriptionId);
+    if (!isKeepAlive) { // also what nobody wants: the server need not keep it
+        SessionLock lock(m_state.context.mutex);
+        m_state.acknowledgements.add(response.SubscriptionId, message.SequenceNumber);
+    }
     if (!subscription)
         return false;
     if (isKeepAlive) {
         keepAlive(*subscription, message.SequenceNumber, availableNumbers(response));
         return true;
-    }
-    {
-        SessionLock lock(m_state.context.mutex);
-        m_state.acknowledgements.add(response.SubscriptionId, message.SequenceNumber);
     }
     if (availableNumbers(response).empty()) {
         UaTrace::tError("Error: UaSessionPrivate::publishCallback - List of available sequence numbers is "

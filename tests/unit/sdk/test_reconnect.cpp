@@ -1,6 +1,7 @@
 // The way back to a server: what is kept, what is told, and what is not tried.
 #include <tests/unit/sdk/sessiontest.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/useridentitytoken.h>
 
