@@ -7,6 +7,7 @@
 #include <uaclientsdk/generated/servicetraits.h>
 #include <uaclientsdk/services/asyncblockservice.h>
 #include <uaclientsdk/subscription/subscriptionservices.h>
+#include <uaclientsdk/subscription/triggeringlinks.h>
 #include <uaclientsdk/subscription/uasubscription_p.h>
 #include <uaclientsdk/uasessioncallback.h>
 
@@ -88,16 +89,6 @@ UaStatus beginItems(const UaRefPtr<UaSubscriptionPrivate>& inside, const Service
 }
 
 constexpr auto prepareNothing = [](auto&) {};
-
-// Takes one of the two result lists of SetTriggering, which may be longer or shorter than asked for.
-bool takeResults(OpcUa_UInt32 wanted, OpcUa_Int32* count, OpcUa_StatusCode** from, UaStatusCodeArray& results,
-                 OpcUa_Int32* diagnosticCount, OpcUa_DiagnosticInfo** diagnostics,
-                 UaDiagnosticInfos& diagnosticInfos)
-{
-    results.attachFrom(count, from);
-    diagnosticInfos.attach(std::exchange(*diagnosticCount, 0), std::exchange(*diagnostics, nullptr));
-    return results.length() == wanted && (diagnosticInfos.isEmpty() || diagnosticInfos.length() == wanted);
-}
 
 } // namespace
 
@@ -225,32 +216,11 @@ UaStatus UaSubscription::setTriggering(ServiceSettings& settings, OpcUa_UInt32 t
                                        UaStatusCodeArray& removeResults,
                                        UaDiagnosticInfos& removeDiagnosticInfos)
 {
-    addResults.clear();
-    removeResults.clear();
-    addDiagnosticInfos.clear();
-    removeDiagnosticInfos.clear();
-    UaStatus status = checkValid(*d);
-    OwningResponse<Services::SetTriggering> response;
-    if (status.isGood()) {
-        status = callSetTriggering(d->context, settings, d->id, triggeringItemId, linksToAdd, linksToRemove,
-                                   *response);
-    }
-    if (status.isBad())
-        return status;
-    const bool added =
-        takeResults(linksToAdd.length(), &response->NoOfAddResults, &response->AddResults, addResults,
-                    &response->NoOfAddDiagnosticInfos, &response->AddDiagnosticInfos, addDiagnosticInfos);
-    const bool removed = takeResults(
-        linksToRemove.length(), &response->NoOfRemoveResults, &response->RemoveResults, removeResults,
-        &response->NoOfRemoveDiagnosticInfos, &response->RemoveDiagnosticInfos, removeDiagnosticInfos);
-    if (added && removed)
-        return status;
-    UaTrace::tError("Error: UaSession::setTriggering - number of results does not match number of requests");
-    addResults.clear();
-    removeResults.clear();
-    addDiagnosticInfos.clear();
-    removeDiagnosticInfos.clear();
-    return UaStatus(wrongResultCount);
+    TriggeringLinks added(linksToAdd, addResults, addDiagnosticInfos);
+    TriggeringLinks removed(linksToRemove, removeResults, removeDiagnosticInfos);
+    const UaStatus valid = checkValid(*d);
+    return valid.isBad() ? valid
+                         : callSetTriggering(d->context, settings, d->id, triggeringItemId, added, removed);
 }
 
 UaStatus UaSubscription::beginCreateMonitoredItems(ServiceSettings& settings,

@@ -45,6 +45,7 @@ constexpr std::array<Line, services> limitTable = {{
     {SplitService::ModifyMonitoredItems, &Limits::maxMonitoredItemsPerCall, noLimit},
     {SplitService::SetMonitoringMode, &Limits::maxMonitoredItemsPerCall, noLimit},
     {SplitService::DeleteMonitoredItems, &Limits::maxMonitoredItemsPerCall, noLimit},
+    {SplitService::SetTriggering, &Limits::maxMonitoredItemsPerCall, noLimit},
     // servers have no limit to tell for these
     {SplitService::SetPublishingMode, noLimit, noLimit},
     {SplitService::DeleteSubscriptions, noLimit, noLimit},

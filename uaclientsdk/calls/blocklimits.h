@@ -32,6 +32,7 @@ enum class SplitService {
     ModifyMonitoredItems,
     SetMonitoringMode,
     DeleteMonitoredItems,
+    SetTriggering,
     SetPublishingMode,
     DeleteSubscriptions,
     TransferSubscriptions,

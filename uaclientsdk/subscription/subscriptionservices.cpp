@@ -5,10 +5,13 @@
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/generated/servicetraits.h>
+#include <uaclientsdk/services/blockplan.h>
 #include <uaclientsdk/services/blockservice.h>
 #include <uaclientsdk/services/callonce.h>
+#include <uaclientsdk/subscription/triggeringlinks.h>
 
 #include <cmath>
+#include <span>
 #include <utility>
 
 namespace UaClientSdk {
@@ -65,6 +68,49 @@ void takeRevised(const Response& response, SubscriptionSettings& settings)
         settings.publishingInterval = response.RevisedPublishingInterval;
     settings.lifetimeCount = response.RevisedLifetimeCount;
     settings.maxKeepAliveCount = response.RevisedMaxKeepAliveCount;
+}
+
+// ---- triggering
+
+struct Trigger
+{
+    OpcUa_UInt32 subscriptionId;
+    OpcUa_UInt32 itemId;
+};
+
+struct LinksOfBlock
+{
+    TriggeringLinks& all;
+    std::span<const OpcUa_UInt32> now;
+};
+
+UaStatus callTriggeringBlock(SessionContext& context, ServiceSettings& settings, const Trigger& trigger,
+                             const LinksOfBlock& add, const LinksOfBlock& remove)
+{
+    using Service = Services::SetTriggering;
+    return callOnce<Service>(
+        context, plainNames<Service>("Empty link arrays passed"),
+        static_cast<OpcUa_UInt32>(add.now.size() + remove.now.size()), settings,
+        [&](Service::Request& request) {
+            request.SubscriptionId = trigger.subscriptionId;
+            request.TriggeringItemId = trigger.itemId;
+            request.NoOfLinksToAdd = static_cast<OpcUa_Int32>(add.now.size());
+            request.LinksToAdd = const_cast<OpcUa_UInt32*>(add.now.data()); // the stack only reads
+            request.NoOfLinksToRemove = static_cast<OpcUa_Int32>(remove.now.size());
+            request.LinksToRemove = const_cast<OpcUa_UInt32*>(remove.now.data());
+        },
+        [&](Service::Response& answer) {
+            if (add.all.take(add.now.size(), &answer.NoOfAddResults, &answer.AddResults,
+                             &answer.NoOfAddDiagnosticInfos, &answer.AddDiagnosticInfos) &&
+                remove.all.take(remove.now.size(), &answer.NoOfRemoveResults, &answer.RemoveResults,
+                                &answer.NoOfRemoveDiagnosticInfos, &answer.RemoveDiagnosticInfos))
+                return UaStatus();
+            UaTrace::tError(
+                "Error: UaSession::setTriggering - number of results does not match number of requests");
+            add.all.clear();
+            remove.all.clear();
+            return UaStatus(wrongResultCount);
+        });
 }
 
 } // namespace
@@ -162,25 +208,23 @@ UaStatus callRepublish(SessionContext& context, ServiceSettings& settings, OpcUa
 }
 
 UaStatus callSetTriggering(SessionContext& context, ServiceSettings& settings, OpcUa_UInt32 subscriptionId,
-                           OpcUa_UInt32 triggeringItemId, const UaUInt32Array& linksToAdd,
-                           const UaUInt32Array& linksToRemove, OpcUa_SetTriggeringResponse& response)
+                           OpcUa_UInt32 triggeringItemId, TriggeringLinks& linksToAdd,
+                           TriggeringLinks& linksToRemove)
 {
-    using Service = Services::SetTriggering;
-    return callOnce<Service>(
-        context, plainNames<Service>("Empty link arrays passed"),
-        linksToAdd.length() + linksToRemove.length(), settings,
-        [&](Service::Request& request) {
-            request.SubscriptionId = subscriptionId;
-            request.TriggeringItemId = triggeringItemId;
-            request.NoOfLinksToAdd = static_cast<OpcUa_Int32>(linksToAdd.length());
-            request.LinksToAdd = const_cast<OpcUa_UInt32*>(linksToAdd.rawData()); // the stack only reads
-            request.NoOfLinksToRemove = static_cast<OpcUa_Int32>(linksToRemove.length());
-            request.LinksToRemove = const_cast<OpcUa_UInt32*>(linksToRemove.rawData());
-        },
-        [&](Service::Response& answer) {
-            std::swap(answer, response); // the caller's is cleared with it
-            return UaStatus();
-        });
+    BlockPlan plan = planBlocks(context, SplitService::SetTriggering, true);
+    for (;;) {
+        // what goes makes room for what comes
+        const auto removed = linksToRemove.next(plan.limit);
+        const auto added = linksToAdd.next(plan.limit - static_cast<OpcUa_UInt32>(removed.size()));
+        const UaStatus status = callTriggeringBlock(context, settings, {subscriptionId, triggeringItemId},
+                                                    {linksToAdd, added}, {linksToRemove, removed});
+        if (plan.shrinkAfter(status, static_cast<OpcUa_UInt32>(removed.size() + added.size())))
+            continue;
+        if (status.isGood())
+            rememberSize(context, plan);
+        if (status.isBad() || (linksToAdd.isDone() && linksToRemove.isDone()))
+            return status;
+    }
 }
 
 } // namespace UaClientSdk

@@ -10,6 +10,8 @@
 
 namespace UaClientSdk {
 
+class TriggeringLinks;
+
 /// Each checks the connection first, blocks, and traces its begin and end. What the server revises is put
 /// into settings. Without the session's mutex.
 [[nodiscard]] UaStatus callCreateSubscription(SessionContext& context, ServiceSettings& settings,
@@ -29,10 +31,10 @@ namespace UaClientSdk {
 [[nodiscard]] UaStatus callRepublish(SessionContext& context, ServiceSettings& settings,
                                      OpcUa_UInt32 subscriptionId, OpcUa_UInt32 retransmitSequenceNumber,
                                      NotificationMessage& message);
-/// BadNothingToDo when both lists are empty. The results are not checked.
+/// In pieces that the server takes, links that go first. BadNothingToDo when both lists are empty. What was
+/// done stays done when a later piece fails: the results of those before it are kept.
 [[nodiscard]] UaStatus callSetTriggering(SessionContext& context, ServiceSettings& settings,
                                          OpcUa_UInt32 subscriptionId, OpcUa_UInt32 triggeringItemId,
-                                         const UaUInt32Array& linksToAdd, const UaUInt32Array& linksToRemove,
-                                         OpcUa_SetTriggeringResponse& response);
+                                         TriggeringLinks& linksToAdd, TriggeringLinks& linksToRemove);
 
 } // namespace UaClientSdk

@@ -60,4 +60,50 @@ TEST_F(SubscriptionTest, ItemServicesKeepTheLimitOfTheServer)
     EXPECT_EQ(std::exchange(blocks, {}), pieces);
 }
 
+TEST_F(SubscriptionTest, TriggeringKeepsTheLimitOfTheServerAndTheOrderOfItsResults)
+{
+    ASSERT_TRUE(disconnect().isGood());
+    stack.setVariable(OpcUaId_Server_ServerCapabilities_OperationLimits_MaxMonitoredItemsPerCall,
+                      UaVariant(OpcUa_UInt32(4)));
+    BlockSizes blocks;
+    // takes three at once only, and answers each link with its own number
+    stack.on(OpcUa_SetTriggeringRequest_EncodeableType, [&blocks](const void* request, void* response) {
+        const auto& asked = *static_cast<const OpcUa_SetTriggeringRequest*>(request);
+        auto& answer = *static_cast<OpcUa_SetTriggeringResponse*>(response);
+        blocks.push_back(asked.NoOfLinksToAdd + asked.NoOfLinksToRemove);
+        if (blocks.back() > 3)
+            return static_cast<OpcUa_StatusCode>(OpcUa_BadTooManyOperations);
+        UaStatusCodeArray added(static_cast<OpcUa_UInt32>(asked.NoOfLinksToAdd));
+        for (OpcUa_UInt32 i = 0; i < added.length(); ++i)
+            added[i] = asked.LinksToAdd[i];
+        UaStatusCodeArray removed(static_cast<OpcUa_UInt32>(asked.NoOfLinksToRemove));
+        for (OpcUa_UInt32 i = 0; i < removed.length(); ++i)
+            removed[i] = asked.LinksToRemove[i];
+        added.detach(&answer.NoOfAddResults, &answer.AddResults);
+        removed.detach(&answer.NoOfRemoveResults, &answer.RemoveResults);
+        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    });
+    ASSERT_TRUE(connect().isGood());
+    UaClientSdk::UaSubscription* const subscription = create(1);
+    ASSERT_NE(subscription, nullptr);
+    UaUInt32Array add(4u);
+    UaUInt32Array remove(3u);
+    for (OpcUa_UInt32 i = 0; i < 4; ++i)
+        add[i] = 10 + i;
+    for (OpcUa_UInt32 i = 0; i < 3; ++i)
+        remove[i] = 20 + i;
+    UaClientSdk::ServiceSettings settings;
+    UaStatusCodeArray added;
+    UaStatusCodeArray removed;
+    UaDiagnosticInfos first;
+    UaDiagnosticInfos second;
+    EXPECT_TRUE(
+        subscription->setTriggering(settings, 1, add, remove, added, first, removed, second).isGood());
+    EXPECT_EQ(blocks, (BlockSizes{4, 2, 2, 2, 1}));
+    ASSERT_EQ(added.length(), 4u);
+    ASSERT_EQ(removed.length(), 3u);
+    EXPECT_EQ(added[3], 13u);
+    EXPECT_EQ(removed[2], 22u);
+}
+
 } // namespace
