@@ -10,6 +10,7 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uaclientsdk/servicewatch.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasessioncallback.h>
@@ -19,8 +20,11 @@
 #include <chrono>
 #include <condition_variable>
 #include <initializer_list>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace {
@@ -85,6 +89,38 @@ private:
     std::condition_variable m_came;
     std::optional<OpcUa_UInt32> m_id;
     UaStatus m_status;
+};
+
+// Keeps what it is told of the latest call of each kind.
+class LatestCalls : public ServiceObserver
+{
+public:
+    void serviceBegun(OpcUa_UInt64 number, const ServiceCall& call) override
+    {
+        std::lock_guard lock(m_mutex);
+        m_names[number] = call.type.TypeName;
+    }
+    void serviceEnded(OpcUa_UInt64 number, const ServiceOutcome& outcome) override
+    {
+        std::lock_guard lock(m_mutex);
+        m_passed[m_names[number]] = outcome.passed;
+        m_measures[m_names[number]] = outcome.measure;
+    }
+    // In order, from the gate to the decoded answer, with bytes both ways.
+    bool isMeasured(const char* request)
+    {
+        std::lock_guard lock(m_mutex);
+        const OpcUa_CallMeasure& measure = m_measures[request];
+        return m_passed[request] > 0 && m_passed[request] <= measure.Encoded &&
+               measure.Encoded <= measure.Sent && measure.Sent <= measure.FirstByte &&
+               measure.FirstByte <= measure.Decoded && measure.BytesOut > 24 && measure.BytesIn > 24;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::map<OpcUa_UInt64, std::string> m_names;
+    std::map<std::string, OpcUa_UInt64> m_passed;
+    std::map<std::string, OpcUa_CallMeasure> m_measures;
 };
 
 class ServicesDemoServerTest : public testing::Test
@@ -325,6 +361,25 @@ TEST_F(ServicesDemoServerTest, AsynchronousCallsCompleteOverTheWire)
     // left behind: the disconnect of the test's end waits for it
     settings.callTimeout = 5000;
     ASSERT_TRUE(session.beginCall(settings, callOf("Methods.Slow", {}), 5).isGood());
+}
+
+TEST_F(ServicesDemoServerTest, ObserverLearnsWhereTheTimeOfACallWent)
+{
+    const auto calls = std::make_shared<LatestCalls>();
+    session.setServiceObserver(calls);
+    UaReadValueIds nodes(1u);
+    nodes[0].NodeId.Identifier.Numeric = OpcUaId_Server_ServerStatus;
+    nodes[0].AttributeId = OpcUa_Attributes_Value;
+    UaDataValues values;
+    UaDiagnosticInfos diagnosticInfos;
+    EXPECT_TRUE(
+        session.read(settings, 0.0, OpcUa_TimestampsToReturn_Both, nodes, values, diagnosticInfos).isGood());
+    EXPECT_TRUE(calls->isMeasured("ReadRequest"));
+    CallIn callIn = callOf("Methods.Add", {UaVariant(3.0), UaVariant(4.0)});
+    ASSERT_TRUE(session.beginCall(settings, callIn, 5).isGood());
+    ASSERT_EQ(callback.wait(5), static_cast<OpcUa_StatusCode>(OpcUa_Good));
+    EXPECT_TRUE(calls->isMeasured("CallRequest"));
+    session.setServiceObserver(nullptr);
 }
 
 } // namespace

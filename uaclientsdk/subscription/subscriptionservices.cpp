@@ -87,11 +87,10 @@ struct LinksOfBlock
 UaStatus callTriggeringBlock(SessionContext& context, ServiceSettings& settings, const Trigger& trigger,
                              const LinksOfBlock& add, const LinksOfBlock& remove)
 {
-    using Service = Services::SetTriggering;
-    return callOnce<Service>(
-        context, plainNames<Service>("Empty link arrays passed"),
+    return callOnce<Services::SetTriggering>(
+        context, plainNames<Services::SetTriggering>("Empty link arrays passed"),
         static_cast<OpcUa_UInt32>(add.now.size() + remove.now.size()), settings,
-        [&](Service::Request& request) {
+        [&](OpcUa_SetTriggeringRequest& request) {
             request.SubscriptionId = trigger.subscriptionId;
             request.TriggeringItemId = trigger.itemId;
             request.NoOfLinksToAdd = static_cast<OpcUa_Int32>(add.now.size());
@@ -99,7 +98,7 @@ UaStatus callTriggeringBlock(SessionContext& context, ServiceSettings& settings,
             request.NoOfLinksToRemove = static_cast<OpcUa_Int32>(remove.now.size());
             request.LinksToRemove = const_cast<OpcUa_UInt32*>(remove.now.data());
         },
-        [&](Service::Response& answer) {
+        [&](OpcUa_SetTriggeringResponse& answer) {
             if (add.all.take(add.now.size(), &answer.NoOfAddResults, &answer.AddResults,
                              &answer.NoOfAddDiagnosticInfos, &answer.AddDiagnosticInfos) &&
                 remove.all.take(remove.now.size(), &answer.NoOfRemoveResults, &answer.RemoveResults,
