@@ -16,6 +16,11 @@ DictionaryJob::DictionaryJob(const SessionContext& context, std::function<void()
 
 DictionaryJob::~DictionaryJob()
 {
+    wait();
+}
+
+void DictionaryJob::wait()
+{
     constexpr auto aWhile = std::chrono::seconds(1);
     while (!end(aWhile)) {
     }

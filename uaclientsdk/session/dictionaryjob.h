@@ -28,6 +28,7 @@ public:
     [[nodiscard]] bool isRunning() const;
     /// Forgets what was not begun yet. True when nothing runs within the time.
     [[nodiscard]] bool end(std::chrono::milliseconds limit);
+    void wait(); ///< the same without a limit
 
 private:
     void run();

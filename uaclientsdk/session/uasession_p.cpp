@@ -164,6 +164,7 @@ void UaSessionPrivate::giveUpConnect()
     static_cast<void>(
         m_activator.closeSession(settingsWith(context, &SessionConnectInfo::connectTimeout), true));
     m_connector.disconnectChannel();
+    m_dictionaryJob.wait();
     apply(ConnectionState::Event::Disconnected);
     context.notifyStatus(UaClient::Disconnected);
 }
