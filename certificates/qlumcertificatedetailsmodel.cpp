@@ -4,8 +4,8 @@
 #include <certificates/qlumcertificatechainnode.h>
 #include <certificates/qlumcertificatedetailsnode.h>
 #include <certificates/qlumcertificateerror.h>
+#include <uawidgets/table/qlumstatuslook.h>
 
-#include <QColor>
 #include <QFont>
 #include <QObject>
 #include <QString>
@@ -32,9 +32,9 @@ QVariant textColor(QlumCertificateError severity)
 {
     switch (severity) {
     case QlumCertificateError::Warning:
-        return QColor(QStringLiteral("darkorange"));
+        return qlumStatusCell(QlumStatusLevel::Uncertain, Qt::ForegroundRole);
     case QlumCertificateError::Error:
-        return QColor(QStringLiteral("red"));
+        return qlumStatusCell(QlumStatusLevel::Bad, Qt::ForegroundRole);
     case QlumCertificateError::None:
         break;
     }

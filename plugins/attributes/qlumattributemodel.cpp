@@ -10,13 +10,11 @@
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/table/qlumstatuslook.h>
 
-#include <QColor>
-#include <QGuiApplication>
 #include <QList>
 #include <QModelIndex>
 #include <QObject>
-#include <QPalette>
 #include <QString>
 #include <QVariant>
 
@@ -26,15 +24,7 @@
 
 namespace {
 constexpr int cutLength = 256;
-constexpr int portion = 1000;  // rows that an array gets at a time
-constexpr int greyAlpha = 150; // taken from the text colour
-
-QColor greyed()
-{
-    QColor color = QGuiApplication::palette().color(QPalette::Text);
-    color.setAlpha(color.alpha() - greyAlpha);
-    return color;
-}
+constexpr int portion = 1000; // rows that an array gets at a time
 } // namespace
 
 QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application,
@@ -88,7 +78,7 @@ QVariant QlumAttributeModel::cell(const QlumAttributeNode& node, int column, int
     case Qt::EditRole:
         return text(node, column, role);
     case Qt::ForegroundRole:
-        return foreground(node);
+        return qlumStatusCell(levelOf(node), role);
     case ValueRole:
         return node.isWritable() ? QVariant::fromValue(m_value) : QVariant();
     case DictionaryRole:
@@ -109,17 +99,12 @@ QVariant QlumAttributeModel::text(const QlumAttributeNode& node, int column, int
     return role == Qt::ToolTipRole ? qlumPlainToolTip(cut) : qlumSingleLine(cut);
 }
 
-QVariant QlumAttributeModel::foreground(const QlumAttributeNode& node) const
+// What only some nodes have is not missing where it is not.
+QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node)
 {
-    if (node.isAbsent())
-        return greyed();
-    if (OpcUa_IsBad(node.status()))
-        return node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid
-                   ? greyed()
-                   : QColor(QStringLiteral("red"));
-    if (OpcUa_IsUncertain(node.status()))
-        return QColor(QStringLiteral("darkorange"));
-    return QGuiApplication::palette().color(QPalette::Text);
+    if (node.isAbsent() || (node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid))
+        return QlumStatusLevel::Inactive;
+    return qlumStatusLevel(node.status());
 }
 
 // ---- building

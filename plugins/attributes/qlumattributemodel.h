@@ -10,6 +10,7 @@
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/models/qlumtreemodel.h>
+#include <uawidgets/table/qlumstatuslook.h>
 
 #include <QList>
 #include <QModelIndex>
@@ -73,7 +74,7 @@ protected:
 
 private:
     [[nodiscard]] QVariant text(const QlumAttributeNode& node, int column, int role) const;
-    [[nodiscard]] QVariant foreground(const QlumAttributeNode& node) const;
+    [[nodiscard]] static QlumStatusLevel levelOf(const QlumAttributeNode& node);
     void forget();
 
     void build(const QList<int>& attributeIds, UaDataValues& results);
