@@ -22,14 +22,17 @@ template <typename Row>
 class QlumTableModel : public QlumTitledModel<QAbstractTableModel>
 {
 public:
+    /// The rows that views know of.
     [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override
     {
         return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
     }
+    /// One for each title.
     [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override
     {
         return parent.isValid() ? 0 : titleCount();
     }
+    /// What cell() answers.
     [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const final
     {
         qlumAssertGuiThread();
@@ -39,6 +42,7 @@ public:
 
     /// Oldest or topmost first. Appending and dropping at the front leave references to other rows good.
     [[nodiscard]] const std::deque<Row>& rows() const { return m_rows; }
+    /// The row must be there.
     [[nodiscard]] const Row& rowAt(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
     /// The index must be one of this model's.
     [[nodiscard]] const Row& rowAt(const QModelIndex& index) const
@@ -93,6 +97,7 @@ protected:
         insert(rowCount(), std::move(added));
     }
 
+    /// These rows must be there.
     void remove(int first, int count)
     {
         qlumAssertGuiThread();
@@ -151,6 +156,7 @@ protected:
         if (!m_flushTimer.isActive())
             m_flushTimer.start();
     }
+    /// How many rows wait for flush().
     [[nodiscard]] std::size_t gatheredCount() const { return m_gathered.size(); }
 
     /// Appends what waits. Runs by itself; a model that adds something of its own overrides it.

@@ -11,6 +11,7 @@ template <typename Base>
 class QlumTitledModel : public Base
 {
 public:
+    /// The title, for the display role of a column.
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                       int role = Qt::DisplayRole) const override
     {
@@ -22,6 +23,7 @@ protected:
     /// One title for each column, translated.
     QlumTitledModel(QStringList titles, QObject* parent) : Base(parent), m_titles(std::move(titles)) {}
 
+    /// The number of columns.
     [[nodiscard]] int titleCount() const { return m_titles.size(); }
 
 private:

@@ -19,9 +19,13 @@
 template <typename Node>
 struct QlumTreeAccess
 {
+    /// Null for a node at the top.
     static Node* parent(const Node& node) { return node.parent(); }
+    /// Null when out of range.
     static Node* child(const Node& node, int row) { return node.child(row); }
+    /// Of the children that are there now.
     static int childCount(const Node& node) { return node.childCount(); }
+    /// Among the children of the parent.
     static int row(const Node& node) { return node.row(); }
 };
 
@@ -32,6 +36,7 @@ template <typename Node>
 class QlumTreeModel : public QlumTitledModel<QAbstractItemModel>
 {
 public:
+    /// Invalid when the row is not there.
     [[nodiscard]] QModelIndex index(int row, int column,
                                     const QModelIndex& parent = QModelIndex()) const override
     {
@@ -40,18 +45,22 @@ public:
         Node* found = parent.isValid() ? Access::child(*nodeAt(parent), row) : top(row);
         return found ? createIndex(row, column, found) : QModelIndex();
     }
+    /// Invalid for rows at the top.
     [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override
     {
         const Node* node = nodeAt(index);
         return node ? indexOf(Access::parent(*node)) : QModelIndex();
     }
+    /// Only the first column has children.
     [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override
     {
         if (parent.column() > 0)
             return 0;
         return parent.isValid() ? Access::childCount(*nodeAt(parent)) : topCount();
     }
+    /// One for each title.
     [[nodiscard]] int columnCount(const QModelIndex& = QModelIndex()) const override { return titleCount(); }
+    /// What cell() answers.
     [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const final
     {
         qlumAssertGuiThread();
@@ -74,6 +83,7 @@ public:
     }
 
 protected:
+    /// Whether the root is a row itself or its children are the top rows.
     enum class Root { Hidden, Shown };
 
     /// A column for each title.
@@ -103,7 +113,9 @@ protected:
         m_root = root;
         m_rootKind = kind;
     }
+    /// Null when none was set.
     [[nodiscard]] Node* rootNode() const { return m_root; }
+    /// The root for an invalid index.
     [[nodiscard]] Node* nodeOrRoot(const QModelIndex& index) const
     {
         return index.isValid() ? nodeAt(index) : m_root;
@@ -155,6 +167,7 @@ protected:
         changePersistentIndexList(before, after);
         emit layoutChanged();
     }
+    /// All columns of the node look different now, or only these roles of them.
     void tellChanged(const Node& node, const QVector<int>& roles = {})
     {
         qlumAssertGuiThread();
@@ -164,12 +177,14 @@ protected:
 
     // ---- for nodes that are QlumTreeNode
 
+    /// Before that row.
     void insertNodes(Node& parent, int before, std::vector<std::unique_ptr<Node>> added)
     {
         insertChildren(
             parent, before, static_cast<int>(added.size()),
             [&] { parent.insertChildren(before, std::move(added)); });
     }
+    /// Deletes them.
     void removeNodes(Node& parent, int first, int count)
     {
         removeChildren(

@@ -22,6 +22,7 @@ public:
     [[nodiscard]] Node* parent() const { return m_parent; }
     /// Among the children of the parent; 0 for the root.
     [[nodiscard]] int row() const { return m_row; }
+    /// Of this node alone, not of those below.
     [[nodiscard]] int childCount() const { return static_cast<int>(m_children.size()); }
     /// Null when out of range.
     [[nodiscard]] Node* child(int row) const
@@ -64,6 +65,7 @@ public:
         renumber(first);
         return taken;
     }
+    /// Deletes them.
     void clearChildren() { std::exchange(m_children, std::vector<std::unique_ptr<Node>>()).clear(); }
     /// Makes room for so many children in all; small portions do not copy each time.
     void reserveChildren(int count)
@@ -83,6 +85,7 @@ public:
 protected:
     ~QlumTreeNode() = default;
 
+    /// By row.
     [[nodiscard]] const std::vector<std::unique_ptr<Node>>& children() const { return m_children; }
 
 private:

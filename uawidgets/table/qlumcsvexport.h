@@ -28,6 +28,7 @@ public:
     void cancel();
 
 signals:
+    /// So many are written, after each portion but the last.
     void progressed(int rows);
     /// Once. The error is empty when the file was written, and also when the export was cancelled.
     void finished(bool isWritten, const QString& error);

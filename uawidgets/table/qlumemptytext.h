@@ -15,9 +15,11 @@ public:
     /// Plain text. The view must have its model, which it keeps.
     QlumEmptyText(QAbstractItemView* view, const QString& text);
 
+    /// Plain text.
     void setText(const QString& text);
 
 protected:
+    /// Keeps the text in the middle.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -15,6 +15,7 @@ class QlumTableFilter : public QSortFilterProxyModel
 {
     Q_OBJECT
 public:
+    /// Shows all rows in the order of the source.
     explicit QlumTableFilter(QObject* parent = nullptr);
 
     /// Shows the rows only that have the text in one of the columns, in whatever case.
@@ -23,6 +24,7 @@ public:
     /// The columns that are searched; none: all.
     void setSearchedColumns(const QVector<int>& columns);
 
+    /// A column of -1: the order of the source.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 protected:
@@ -31,7 +33,9 @@ protected:
     /// Call when acceptsRow() has changed its mind.
     void refilter();
 
+    /// Both conditions.
     bool filterAcceptsRow(int row, const QModelIndex& parent) const final;
+    /// By the sort role.
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 
 private:

@@ -64,7 +64,7 @@ protected:
         progressed = std::make_unique<QSignalSpy>(writer.get(), &QlumCsvExport::progressed);
         writer->start();
     }
-    /// In the middle of the writing.
+    // In the middle of the writing.
     void beginAndWait()
     {
         std::deque<int> rows(rowCount);

@@ -51,7 +51,7 @@ protected:
             action->trigger();
         return QGuiApplication::clipboard()->text();
     }
-    /// The entries of the column menu; what cannot be changed in parentheses.
+    // The entries of the column menu; what cannot be changed in parentheses.
     static QString menuText(QMenu* menu)
     {
         emit menu->aboutToShow();
