@@ -2,7 +2,6 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
-#include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificateerror.h>
 #include <certificates/qlumseverityicon.h>
@@ -40,15 +39,15 @@ bool isSwitchedOff(const char* key)
 QlumCertificateChainModel::QlumCertificateChainModel(const QString& serverUrl, const QString& applicationUri,
                                                      const UaByteString& certificate,
                                                      SessionSecurityInfo* security, QObject* parent)
-    : QAbstractItemModel(parent), m_certificate(certificate), m_security(security),
-      m_checks(applicationUri, serverUrl)
+    : QlumTreeModel({tr("Name"), tr("Trust Status")}, parent), m_certificate(certificate),
+      m_security(security), m_checks(applicationUri, serverUrl)
 {
 }
 
 QlumCertificateChainModel::QlumCertificateChainModel(const UaByteString& certificate,
                                                      const UaStatusCode& status, QObject* parent)
-    : QAbstractItemModel(parent), m_certificate(certificate), m_security(nullptr), m_givenResult(status),
-      m_checks(QString(), QString())
+    : QlumTreeModel({tr("Name"), tr("Trust Status")}, parent), m_certificate(certificate),
+      m_security(nullptr), m_givenResult(status), m_checks(QString(), QString())
 {
 }
 
@@ -58,8 +57,11 @@ QlumCertificateChainModel::~QlumCertificateChainModel() = default;
 
 void QlumCertificateChainModel::update()
 {
-    qlumAssertGuiThread();
-    beginResetModel();
+    reset([this] { validate(); });
+}
+
+void QlumCertificateChainModel::validate()
+{
     m_server = nullptr;
     m_root.reset();
     m_selfSignedSeen = false;
@@ -74,7 +76,7 @@ void QlumCertificateChainModel::update()
     m_severity = m_result.isBad() ? QlumCertificateError::Error : QlumCertificateError::None;
     for (const QlumCertificateChainNode* node = m_root.get(); node; node = node->child())
         m_severity = std::max(m_severity, node->severity());
-    endResetModel();
+    setRoot(m_root.get(), Root::Shown);
 }
 
 void QlumCertificateChainModel::buildTlsNode()
@@ -208,71 +210,26 @@ QlumCertificateChainNode* QlumCertificateChainModel::nodeAtDepth(unsigned int de
 
 // ---- model
 
-const QlumCertificateChainNode* QlumCertificateChainModel::node(const QModelIndex& index) const
-{
-    return index.isValid() ? static_cast<const QlumCertificateChainNode*>(index.internalPointer()) : nullptr;
-}
-
 bool QlumCertificateChainModel::isServerCertificate(const QModelIndex& index) const
 {
     return m_server && node(index) == m_server;
 }
 
-QModelIndex QlumCertificateChainModel::serverCertificateIndex() const
+QVariant QlumCertificateChainModel::cell(const QlumCertificateChainNode& one, int column, int role) const
 {
-    return m_server ? createIndex(0, 0, m_server) : QModelIndex();
-}
-
-QModelIndex QlumCertificateChainModel::index(int row, int column, const QModelIndex& parent) const
-{
-    if (row != 0 || column < 0 || column >= ColumnCount || parent.column() > 0)
-        return {};
-    QlumCertificateChainNode* found = parent.isValid() ? node(parent)->child() : m_root.get();
-    return found ? createIndex(0, column, found) : QModelIndex();
-}
-
-QModelIndex QlumCertificateChainModel::parent(const QModelIndex& index) const
-{
-    QlumCertificateChainNode* above = index.isValid() ? node(index)->parent() : nullptr;
-    return above ? createIndex(0, 0, above) : QModelIndex();
-}
-
-int QlumCertificateChainModel::rowCount(const QModelIndex& parent) const
-{
-    return index(0, 0, parent).isValid() ? 1 : 0;
-}
-
-int QlumCertificateChainModel::columnCount(const QModelIndex&) const
-{
-    return ColumnCount;
-}
-
-QVariant QlumCertificateChainModel::data(const QModelIndex& index, int role) const
-{
-    qlumAssertGuiThread();
-    const QlumCertificateChainNode* one = node(index);
-    if (!one)
-        return {};
-    const bool isName = index.column() == NameColumn;
+    const bool isName = column == NameColumn;
     switch (role) {
     case Qt::DisplayRole:
-        return isName ? one->displayName() : one->trustStatusText();
+        return isName ? one.displayName() : one.trustStatusText();
     case Qt::DecorationRole:
-        return isName ? qlumSeverityIcon(one->severity()) : QVariant();
+        return isName ? qlumSeverityIcon(one.severity()) : QVariant();
     case Qt::ToolTipRole:
-        return isName ? qlumPlainToolTip(one->displayName()) : QVariant();
+        return isName ? qlumPlainToolTip(one.displayName()) : QVariant();
     case TrustStatusRole:
-        return static_cast<int>(one->trustStatus());
+        return static_cast<int>(one.trustStatus());
     case CertificateRole:
-        return QVariant::fromValue(one->certificate());
+        return QVariant::fromValue(one.certificate());
     default:
         return {};
     }
-}
-
-QVariant QlumCertificateChainModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    return section == NameColumn ? tr("Name") : tr("Trust Status");
 }

@@ -7,8 +7,8 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastatuscode.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
+#include <uawidgets/models/qlumtreemodel.h>
 
-#include <QAbstractItemModel>
 #include <QModelIndex>
 #include <QObject>
 #include <QString>
@@ -21,10 +21,22 @@ class UaPkiCertificateStore;
 
 Q_DECLARE_METATYPE(UaPkiCertificate)
 
+/// A chain has no branches.
+template <>
+struct QlumTreeAccess<QlumCertificateChainNode>
+{
+    using Node = QlumCertificateChainNode;
+    static Node* parent(const Node& node) { return node.parent(); }
+    static Node* child(const Node& node, int row) { return row == 0 ? node.child() : nullptr; }
+    static int childCount(const Node& node) { return node.child() ? 1 : 0; }
+    static int row(const Node&) { return 0; }
+};
+
 /// A server's certificate with those that it was issued by, the root at the top, and what the validation says
 /// of them. Empty until update() is called. GUI thread; update() reads the trust folders, which may take a
 /// while.
-class QlumCertificateChainModel : public QAbstractItemModel, public UaClientSdk::CertificateValidationCallback
+class QlumCertificateChainModel : public QlumTreeModel<QlumCertificateChainNode>,
+                                  public UaClientSdk::CertificateValidationCallback
 {
     Q_OBJECT
 public:
@@ -50,23 +62,20 @@ public:
     [[nodiscard]] UaByteString serverCertificate() const { return m_certificate; }
     [[nodiscard]] bool isServerCertificate(const QModelIndex& index) const;
     /// Invalid while there is no certificate.
-    [[nodiscard]] QModelIndex serverCertificateIndex() const;
+    [[nodiscard]] QModelIndex serverCertificateIndex() const { return indexOf(m_server); }
     /// Null for an invalid index. Good until the next update().
-    [[nodiscard]] const QlumCertificateChainNode* node(const QModelIndex& index) const;
+    [[nodiscard]] const QlumCertificateChainNode* node(const QModelIndex& index) const
+    {
+        return nodeAt(index);
+    }
     [[nodiscard]] const QlumCertificateChainNode* root() const { return m_root.get(); }
 
     int verificationError(UaClientSdk::SessionSecurityInfo* security, void* context,
                           const UaByteString& certificate, unsigned int errorCode,
                           unsigned int depth) override;
 
-    [[nodiscard]] QModelIndex index(int row, int column,
-                                    const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
-    [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
-                                      int role = Qt::DisplayRole) const override;
+protected:
+    [[nodiscard]] QVariant cell(const QlumCertificateChainNode& one, int column, int role) const override;
 
 private:
     using Thumbprints = std::set<UaByteString>;
@@ -78,6 +87,7 @@ private:
     };
     using NodePointer = std::unique_ptr<QlumCertificateChainNode>;
 
+    void validate();
     void buildTlsNode();
     UaStatusCode buildCertificateChain();
     NodePointer climb(NodePointer server, const UaPkiCertificateStore& store, const Lists& lists) const;

@@ -1,14 +1,12 @@
 #include <certificates/qlumcertificatedetailsmodel.h>
 
 #include <app/api/qlumdisplaytext.h>
-#include <app/api/qlumguithread.h>
 #include <certificates/qlumcertificatechainnode.h>
 #include <certificates/qlumcertificatedetailsnode.h>
 #include <certificates/qlumcertificateerror.h>
+#include <uawidgets/table/qlumstatuslook.h>
 
-#include <QColor>
 #include <QFont>
-#include <QModelIndex>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -34,9 +32,9 @@ QVariant textColor(QlumCertificateError severity)
 {
     switch (severity) {
     case QlumCertificateError::Warning:
-        return QColor(QStringLiteral("darkorange"));
+        return qlumStatusCell(QlumStatusLevel::Uncertain, Qt::ForegroundRole);
     case QlumCertificateError::Error:
-        return QColor(QStringLiteral("red"));
+        return qlumStatusCell(QlumStatusLevel::Bad, Qt::ForegroundRole);
     case QlumCertificateError::None:
         break;
     }
@@ -51,62 +49,33 @@ QVariant groupFont()
 }
 } // namespace
 
-QlumCertificateDetailsModel::QlumCertificateDetailsModel(QObject* parent) : QAbstractItemModel(parent) {}
+QlumCertificateDetailsModel::QlumCertificateDetailsModel(QObject* parent)
+    : QlumTreeModel({tr("Name"), tr("Value")}, parent)
+{
+}
 
 void QlumCertificateDetailsModel::setNode(const QlumCertificateChainNode* node)
 {
-    qlumAssertGuiThread();
-    beginResetModel();
-    m_node = node;
-    endResetModel();
+    reset([&] { m_node = node; });
 }
 
-const QlumCertificateDetailsNode* QlumCertificateDetailsModel::nodeOf(const QModelIndex& index)
+int QlumCertificateDetailsModel::topCount() const
 {
-    return static_cast<const QlumCertificateDetailsNode*>(index.internalPointer());
+    return m_node ? m_node->detailsCount() : 0;
 }
 
-QModelIndex QlumCertificateDetailsModel::index(int row, int column, const QModelIndex& parent) const
+QlumCertificateDetailsNode* QlumCertificateDetailsModel::top(int row) const
 {
-    if (!m_node || row < 0 || row >= rowCount(parent) || column < 0 || column >= ColumnCount)
-        return {};
-    QlumCertificateDetailsNode* node = parent.isValid() ? nodeOf(parent)->child(row) : m_node->details(row);
-    return createIndex(row, column, node);
+    return row < topCount() ? m_node->details(row) : nullptr;
 }
 
-QModelIndex QlumCertificateDetailsModel::parent(const QModelIndex& index) const
+QVariant QlumCertificateDetailsModel::cell(const QlumCertificateDetailsNode& node, int column, int role) const
 {
-    if (!index.isValid() || !nodeOf(index)->parent())
-        return {};
-    QlumCertificateDetailsNode* parent = nodeOf(index)->parent();
-    const int row =
-        parent->parent() ? parent->parent()->indexOf(parent) : parent->chainNode().indexOf(parent);
-    return createIndex(row, 0, parent);
-}
-
-int QlumCertificateDetailsModel::rowCount(const QModelIndex& parent) const
-{
-    if (!m_node || parent.column() > 0)
-        return 0;
-    return parent.isValid() ? nodeOf(parent)->childCount() : m_node->detailsCount();
-}
-
-int QlumCertificateDetailsModel::columnCount(const QModelIndex&) const
-{
-    return ColumnCount;
-}
-
-QVariant QlumCertificateDetailsModel::data(const QModelIndex& index, int role) const
-{
-    qlumAssertGuiThread();
-    if (!index.isValid())
-        return {};
-    const QlumCertificateDetailsNode& node = *nodeOf(index);
     switch (role) {
     case Qt::DisplayRole:
-        return index.column() == NameColumn ? node.name() : fitForCell(node.value());
+        return column == NameColumn ? node.name() : fitForCell(node.value());
     case Qt::EditRole:
-        return index.column() == NameColumn ? node.name() : node.value();
+        return column == NameColumn ? node.name() : node.value();
     case Qt::ToolTipRole:
         return node.finding().isEmpty() ? QVariant() : qlumPlainToolTip(node.finding());
     case Qt::AccessibleDescriptionRole:
@@ -118,11 +87,4 @@ QVariant QlumCertificateDetailsModel::data(const QModelIndex& index, int role) c
     default:
         return {};
     }
-}
-
-QVariant QlumCertificateDetailsModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    return section == NameColumn ? tr("Name") : tr("Value");
 }

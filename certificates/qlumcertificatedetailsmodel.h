@@ -1,15 +1,31 @@
 #pragma once
-#include <QAbstractItemModel>
-#include <QModelIndex>
+#include <certificates/qlumcertificatechainnode.h>
+#include <certificates/qlumcertificatedetailsnode.h>
+#include <uawidgets/models/qlumtreemodel.h>
+
 #include <QObject>
 #include <QVariant>
 
-class QlumCertificateChainNode;
-class QlumCertificateDetailsNode;
+/// The groups at the top belong to the certificate, which is no node of this tree.
+template <>
+struct QlumTreeAccess<QlumCertificateDetailsNode>
+{
+    using Node = QlumCertificateDetailsNode;
+    static Node* parent(const Node& node) { return node.parent(); }
+    static Node* child(const Node& node, int row)
+    {
+        return row < node.childCount() ? node.child(row) : nullptr;
+    }
+    static int childCount(const Node& node) { return node.childCount(); }
+    static int row(const Node& node)
+    {
+        return node.parent() ? node.parent()->indexOf(&node) : node.chainNode().indexOf(&node);
+    }
+};
 
 /// The lines about one certificate, in groups. Values are cut to what a view can show; the whole text is
 /// behind Qt::EditRole.
-class QlumCertificateDetailsModel : public QAbstractItemModel
+class QlumCertificateDetailsModel : public QlumTreeModel<QlumCertificateDetailsNode>
 {
     Q_OBJECT
 public:
@@ -21,17 +37,11 @@ public:
     void setNode(const QlumCertificateChainNode* node);
     [[nodiscard]] const QlumCertificateChainNode* node() const { return m_node; }
 
-    [[nodiscard]] QModelIndex index(int row, int column,
-                                    const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
-    [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
-                                      int role = Qt::DisplayRole) const override;
+protected:
+    [[nodiscard]] int topCount() const override;
+    [[nodiscard]] QlumCertificateDetailsNode* top(int row) const override;
+    [[nodiscard]] QVariant cell(const QlumCertificateDetailsNode& node, int column, int role) const override;
 
 private:
-    static const QlumCertificateDetailsNode* nodeOf(const QModelIndex& index);
-
     const QlumCertificateChainNode* m_node = nullptr;
 };

@@ -13,8 +13,8 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
-#include <uawidgets/qlumcopy.h>
 #include <uawidgets/qlumwaitcursor.h>
+#include <uawidgets/table/qlumcopy.h>
 
 #include <QAbstractItemView>
 #include <QAction>

@@ -128,8 +128,8 @@ void QlumCertificateManager::createPages()
 void QlumCertificateManager::addPage(QlumStorePage* page, const QList<QAction*>& actions)
 {
     page->hide();
-    page->keepColumns(m_state);
     page->view()->addActions(actions);
+    page->keepColumns(m_state);
     connect(page, &QlumStorePage::currentChanged, this, &QlumCertificateManager::sltUpdateActions);
     connect(page, &QlumStorePage::rowActivated, this, &QlumCertificateManager::sltOpen);
     // after the drag has ended: a question must not hold up the program that the files come from

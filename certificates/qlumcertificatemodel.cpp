@@ -5,7 +5,6 @@
 #include <uabase/uapkicpp/uapkicertificate.h>
 
 #include <QLocale>
-#include <QModelIndex>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -28,7 +27,12 @@ QIcon stateIcon(int state, const QIcon& application)
 } // namespace
 
 QlumCertificateModel::QlumCertificateModel(CertStoreType type, const QIcon& icon, QObject* parent)
-    : QlumStoreModel(parent), m_type(type)
+    : QlumStoreModel({tr("Status"), tr("Name"), tr("Valid From"), tr("Valid To"), tr("Organization"),
+                      tr("OrganizationUnit"), tr("Locality"), tr("State"), tr("Country"), tr("AppURI"),
+                      tr("DomainName"), tr("IP"), tr("Filename"), tr("Days Left"), tr("Key Size"),
+                      tr("Signature"), tr("Thumbprint")},
+                     parent),
+      m_type(type)
 {
     for (std::size_t state = 0; state < m_icons.size(); ++state)
         for (std::size_t validity = 0; validity < m_icons[state].size(); ++validity)
@@ -44,43 +48,30 @@ void QlumCertificateModel::addCertificate(const UaPkiCertificate& certificate, c
 
 void QlumCertificateModel::addEntries(std::vector<QlumCertificateEntry> entries)
 {
-    qlumAssertGuiThread();
     const auto isOwn = [](const QlumCertificateEntry& entry) {
         return entry.state() == QlumCertificateEntry::Own;
     };
-    std::vector<QlumCertificateEntry>& present = this->entries();
     std::vector<QlumCertificateEntry> added;
     for (QlumCertificateEntry& entry : entries) {
-        const auto old = isOwn(entry) ? std::find_if(present.begin(), present.end(), isOwn) : present.end();
+        const auto old = isOwn(entry) ? std::find_if(rows().begin(), rows().end(), isOwn) : rows().end();
         const auto waiting = isOwn(entry) ? std::find_if(added.begin(), added.end(), isOwn) : added.end();
-        if (old != present.end()) {
-            *old = std::move(entry);
-            const int row = static_cast<int>(old - present.begin());
-            emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
-        } else if (waiting != added.end()) {
+        if (old != rows().end())
+            change(static_cast<int>(old - rows().begin()), [&](auto& own) { own = std::move(entry); });
+        else if (waiting != added.end())
             *waiting = std::move(entry);
-        } else {
+        else
             added.push_back(std::move(entry));
-        }
     }
     append(std::move(added));
 }
 
-int QlumCertificateModel::columnCount(const QModelIndex& parent) const
+QVariant QlumCertificateModel::cell(const QlumCertificateEntry& entry, int column, int role) const
 {
-    return parent.isValid() ? 0 : ColumnCount;
-}
-
-QVariant QlumCertificateModel::data(const QModelIndex& index, int role) const
-{
-    qlumAssertGuiThread();
-    if (!index.isValid())
-        return {};
     if (role == ThumbprintRole)
-        return entry(index).details().thumbprint;
-    if (role == Qt::TextAlignmentRole && (index.column() == DaysLeft || index.column() == KeySize))
+        return entry.details().thumbprint;
+    if (role == Qt::TextAlignmentRole && (column == DaysLeft || column == KeySize))
         return int(Qt::AlignRight | Qt::AlignVCenter);
-    return QlumStoreModel::data(index, role);
+    return QlumStoreModel::cell(entry, column, role);
 }
 
 QIcon QlumCertificateModel::icon(const QlumCertificateEntry& entry) const
@@ -177,19 +168,4 @@ QVariant QlumCertificateModel::sortValue(const QlumCertificateEntry& entry, int 
     default:
         return text(entry, column);
     }
-}
-
-QVariant QlumCertificateModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    static constexpr std::array<const char*, ColumnCount> titles{
-        QT_TR_NOOP("Status"),    QT_TR_NOOP("Name"),         QT_TR_NOOP("Valid From"),
-        QT_TR_NOOP("Valid To"),  QT_TR_NOOP("Organization"), QT_TR_NOOP("OrganizationUnit"),
-        QT_TR_NOOP("Locality"),  QT_TR_NOOP("State"),        QT_TR_NOOP("Country"),
-        QT_TR_NOOP("AppURI"),    QT_TR_NOOP("DomainName"),   QT_TR_NOOP("IP"),
-        QT_TR_NOOP("Filename"),  QT_TR_NOOP("Days Left"),    QT_TR_NOOP("Key Size"),
-        QT_TR_NOOP("Signature"), QT_TR_NOOP("Thumbprint")};
-    return section >= 0 && section < ColumnCount ? QVariant(tr(titles[static_cast<std::size_t>(section)]))
-                                                 : QVariant();
 }

@@ -6,7 +6,6 @@
 #include <uabase/uapkicpp/uapkicertificate.h>
 
 #include <QIcon>
-#include <QModelIndex>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -50,12 +49,8 @@ public:
     /// There is at most one own certificate: a further one takes its row.
     void addEntries(std::vector<QlumCertificateEntry> entries);
 
-    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
-                                      int role = Qt::DisplayRole) const override;
-
 protected:
+    [[nodiscard]] QVariant cell(const QlumCertificateEntry& entry, int column, int role) const override;
     [[nodiscard]] QString text(const QlumCertificateEntry& entry, int column) const override;
     [[nodiscard]] QVariant sortValue(const QlumCertificateEntry& entry, int column) const override;
     [[nodiscard]] QIcon icon(const QlumCertificateEntry& entry) const override;

@@ -6,7 +6,6 @@
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 #include <uabase/values/uastring.h>
 
-#include <QModelIndex>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -20,7 +19,11 @@ QString shown(const UaString& text)
 }
 } // namespace
 
-QlumCRLModel::QlumCRLModel(CRLStoreType type, QObject* parent) : QlumStoreModel(parent), m_type(type)
+QlumCRLModel::QlumCRLModel(CRLStoreType type, QObject* parent)
+    : QlumStoreModel({tr("Number"), tr("Valid From"), tr("Next Update"), tr("Organization"),
+                      tr("OrganizationUnit"), tr("Locality"), tr("State"), tr("Country"), tr("Filename")},
+                     parent),
+      m_type(type)
 {
     const QIcon icon(QStringLiteral(":/uawidgets/images/on.png"));
     for (std::size_t validity = 0; validity < m_icons.size(); ++validity)
@@ -35,11 +38,6 @@ void QlumCRLModel::addCRL(const UaPkiRevocationList& list, const QString& fileNa
 void QlumCRLModel::addEntries(std::vector<QlumCRLEntry> entries)
 {
     append(std::move(entries));
-}
-
-int QlumCRLModel::columnCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : ColumnCount;
 }
 
 QIcon QlumCRLModel::icon(const QlumCRLEntry& entry) const
@@ -104,16 +102,4 @@ QVariant QlumCRLModel::sortValue(const QlumCRLEntry& entry, int column) const
     default:
         return text(entry, column);
     }
-}
-
-QVariant QlumCRLModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    static constexpr std::array<const char*, ColumnCount> titles{
-        QT_TR_NOOP("Number"),       QT_TR_NOOP("Valid From"),       QT_TR_NOOP("Next Update"),
-        QT_TR_NOOP("Organization"), QT_TR_NOOP("OrganizationUnit"), QT_TR_NOOP("Locality"),
-        QT_TR_NOOP("State"),        QT_TR_NOOP("Country"),          QT_TR_NOOP("Filename")};
-    return section >= 0 && section < ColumnCount ? QVariant(tr(titles[static_cast<std::size_t>(section)]))
-                                                 : QVariant();
 }

@@ -6,7 +6,6 @@
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 
 #include <QIcon>
-#include <QModelIndex>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -38,10 +37,6 @@ public:
     [[nodiscard]] CRLStoreType type() const { return m_type; }
     void addCRL(const UaPkiRevocationList& list, const QString& fileName);
     void addEntries(std::vector<QlumCRLEntry> entries);
-
-    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
-                                      int role = Qt::DisplayRole) const override;
 
 protected:
     [[nodiscard]] QString text(const QlumCRLEntry& entry, int column) const override;

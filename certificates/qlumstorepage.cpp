@@ -2,6 +2,8 @@
 
 #include <app/api/qlumjobpool.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/table/qlumtable.h>
+#include <uawidgets/table/qlumtablefilter.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
@@ -18,7 +20,6 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
-#include <QSortFilterProxyModel>
 #include <QString>
 #include <QStringList>
 #include <QTableView>
@@ -50,8 +51,8 @@ void qlumOpenOnDesktop(const QString& path, QWidget* parent)
 
 QlumStorePage::QlumStorePage(const QString& name, const QString& title, const QString& folder,
                              QWidget* parent)
-    : QWidget(parent), m_folder(folder), m_sorted(new QSortFilterProxyModel(this)),
-      m_filter(new QLineEdit(this)), m_count(new QLabel(this)), m_view(new QTableView(this)),
+    : QWidget(parent), m_folder(folder), m_sorted(new QlumTableFilter(this)), m_filter(new QLineEdit(this)),
+      m_count(new QLabel(this)), m_view(new QTableView(this)),
       m_location(new QPushButton(tr("Open Certificate &Location"), this))
 {
     setObjectName(name);
@@ -81,7 +82,7 @@ QWidget* QlumStorePage::createFilterRow()
     m_filter->setClearButtonEnabled(true);
     m_count->setObjectName(objectName() + QStringLiteral("Count"));
     connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
-        m_sorted->setFilterFixedString(text);
+        m_sorted->setText(text);
         updateCount();
     });
     auto* layout = new QHBoxLayout(row);
@@ -103,13 +104,11 @@ void QlumStorePage::createView(const QString& name, const QString& title)
     m_view->setWordWrap(false);
     m_view->setTabKeyNavigation(false);
     m_view->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_view->setWhatsThis(tr("<b>%1</b><br>The files of this store. Double-click one to open it; drop files "
                             "here to add them.")
                              .arg(title));
     m_view->verticalHeader()->hide();
     m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 8);
-    m_view->horizontalHeader()->setSectionsMovable(true);
     m_view->horizontalHeader()->setHighlightSections(false);
     connect(m_view, &QTableView::doubleClicked, this, &QlumStorePage::rowActivated);
 }
@@ -119,9 +118,6 @@ void QlumStorePage::setModel(QAbstractItemModel* model, int sortRole)
     m_model = model;
     m_sorted->setSourceModel(model);
     m_sorted->setSortRole(sortRole);
-    m_sorted->setSortCaseSensitivity(Qt::CaseInsensitive);
-    m_sorted->setFilterCaseSensitivity(Qt::CaseInsensitive);
-    m_sorted->setFilterKeyColumn(-1);
     m_view->setModel(m_sorted);
     m_view->setSortingEnabled(true);
     m_view->sortByColumn(-1, Qt::AscendingOrder); // as the files come, until the user wants otherwise
@@ -132,7 +128,8 @@ void QlumStorePage::setModel(QAbstractItemModel* model, int sortRole)
 
 void QlumStorePage::keepColumns(QlumViewState* state)
 {
-    state->keep(m_view->horizontalHeader(), objectName());
+    qlumMakeTable(m_view, {tr("Nothing here yet. Drop files on the table to add them."), objectName(), state,
+                           objectName()});
 }
 
 void QlumStorePage::reload(QlumJobPool& pool)

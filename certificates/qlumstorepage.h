@@ -11,9 +11,9 @@ class QAbstractItemModel;
 class QLabel;
 class QLineEdit;
 class QlumJobPool;
+class QlumTableFilter;
 class QlumViewState;
 class QPushButton;
-class QSortFilterProxyModel;
 class QTableView;
 
 /// Base of the pages of both kinds. Rows are read by a job pool, which must end before the page.
@@ -37,6 +37,7 @@ public:
     /// Full path of the current row's file; empty for none.
     [[nodiscard]] QString currentFile() const;
     [[nodiscard]] QTableView* view() const { return m_view; }
+    /// Gives the table what all tables have. Call once, when the page's own actions are in its context menu.
     void keepColumns(QlumViewState* state);
 
 signals:
@@ -71,7 +72,7 @@ private:
     QString m_folder;
     QString m_wanted; ///< file that was selected before the table was read again
     QAbstractItemModel* m_model = nullptr;
-    QSortFilterProxyModel* m_sorted;
+    QlumTableFilter* m_sorted;
     QLineEdit* m_filter;
     QLabel* m_count;
     QTableView* m_view;

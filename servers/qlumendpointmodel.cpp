@@ -1,14 +1,13 @@
 #include <servers/qlumendpointmodel.h>
 
 #include <app/api/qlumdisplaytext.h>
-#include <app/api/qlumguithread.h>
 #include <opcua/opcua_endpointurl.h>
 
-#include <QModelIndex>
 #include <QString>
 #include <QUrl>
 #include <QVariant>
-#include <QVector>
+
+#include <algorithm>
 
 namespace {
 // Servers and users may call one host by different names.
@@ -19,51 +18,32 @@ QString withoutHost(const QString& text)
 }
 } // namespace
 
-void QlumEndpointModel::setEndpoints(const QVector<QlumEndpoint>& endpoints)
+QlumEndpointModel::QlumEndpointModel(QObject* parent)
+    : QlumTableModel({tr("Security Policy"), tr("Security Mode"), tr("Endpoint URL"), tr("Level")}, parent)
 {
-    qlumAssertGuiThread();
-    beginResetModel();
-    m_endpoints = endpoints;
-    endResetModel();
 }
 
 int QlumEndpointModel::rowOf(const QString& url, const QString& securityPolicyUri, int securityMode) const
 {
-    for (int row = 0; row < m_endpoints.size(); ++row) {
-        const QlumEndpoint& endpoint = m_endpoints.at(row);
-        if (withoutHost(endpoint.url) == withoutHost(url) &&
-            endpoint.securityPolicyUri == securityPolicyUri && endpoint.securityMode == securityMode)
-            return row;
-    }
-    return -1;
+    const auto isWanted = [&](const QlumEndpoint& endpoint) {
+        return withoutHost(endpoint.url) == withoutHost(url) &&
+               endpoint.securityPolicyUri == securityPolicyUri && endpoint.securityMode == securityMode;
+    };
+    const auto found = std::find_if(rows().begin(), rows().end(), isWanted);
+    return found == rows().end() ? -1 : static_cast<int>(found - rows().begin());
 }
 
-int QlumEndpointModel::rowCount(const QModelIndex& parent) const
+QVariant QlumEndpointModel::cell(const QlumEndpoint& endpoint, int column, int role) const
 {
-    return parent.isValid() ? 0 : m_endpoints.size();
-}
-
-int QlumEndpointModel::columnCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : ColumnCount;
-}
-
-QVariant QlumEndpointModel::data(const QModelIndex& index, int role) const
-{
-    qlumAssertGuiThread();
-    if (!index.isValid())
-        return {};
-    const QlumEndpoint& endpoint = m_endpoints.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return qlumCutText(qlumSingleLine(text(endpoint, index.column())));
+        return qlumCutText(qlumSingleLine(text(endpoint, column)));
     case Qt::ToolTipRole:
         return qlumPlainToolTip(toolTip(endpoint));
     case sortRole:
-        if (index.column() == Level)
+        if (column == Level)
             return endpoint.securityLevel;
-        return index.column() == Mode ? QVariant(endpoint.securityMode)
-                                      : QVariant(text(endpoint, index.column()));
+        return column == Mode ? QVariant(endpoint.securityMode) : QVariant(text(endpoint, column));
     default:
         return {};
     }
@@ -90,22 +70,4 @@ QString QlumEndpointModel::toolTip(const QlumEndpoint& endpoint)
     return tr("%1\n%2\nApplication: %3\nApplication URI: %4")
         .arg(qlumCutText(endpoint.url), qlumCutText(endpoint.securityPolicyUri),
              qlumCutText(endpoint.applicationName), qlumCutText(endpoint.applicationUri));
-}
-
-QVariant QlumEndpointModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    switch (section) {
-    case Policy:
-        return tr("Security Policy");
-    case Mode:
-        return tr("Security Mode");
-    case Url:
-        return tr("Endpoint URL");
-    case Level:
-        return tr("Level");
-    default:
-        return {};
-    }
 }

@@ -357,7 +357,7 @@ void QlumServerSettingsDialog::suggestDisplayName()
     const int row = currentRow();
     if (row < 0 || (!m_displayName->text().isEmpty() && m_displayName->text() != m_suggestedName))
         return;
-    const QlumEndpoint& endpoint = m_endpoints->endpoints().at(row);
+    const QlumEndpoint& endpoint = m_endpoints->rowAt(row);
     m_suggestedName = qlumSingleLine(endpoint.applicationName.isEmpty() ? QUrl(endpoint.url).host()
                                                                         : endpoint.applicationName.left(100));
     m_displayName->setText(m_suggestedName);
@@ -394,7 +394,7 @@ QlumDiscoverySetting QlumServerSettingsDialog::discoverySetting() const
 {
     QlumDiscoverySetting setting = m_setting;
     if (const int row = currentRow(); row >= 0)
-        setting.endpoint = m_endpoints->endpoints().at(row);
+        setting.endpoint = m_endpoints->rowAt(row);
     setting.endpoint.url = reachableUrl(setting.endpoint.url, completeUrl(m_url->text()));
     setting.discoveryHost = QUrl(completeUrl(m_url->text())).host();
     setting.displayName = m_displayName->text().trimmed();

@@ -1,21 +1,22 @@
 #pragma once
+#include <uawidgets/table/qlumtablefilter.h>
+
 #include <QModelIndex>
-#include <QSortFilterProxyModel>
+#include <QObject>
 #include <QString>
 
 /// Lets rows of the log through that are serious enough and hold a text in any column.
-class QlumLogFilter : public QSortFilterProxyModel
+class QlumLogFilter : public QlumTableFilter
 {
     Q_OBJECT
 public:
-    using QSortFilterProxyModel::QSortFilterProxyModel;
+    explicit QlumLogFilter(QObject* parent = nullptr);
 
     void setFilter(int minimumLevel, const QString& text);
 
 protected:
-    bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
+    [[nodiscard]] bool acceptsRow(int row, const QModelIndex& parent) const override;
 
 private:
     int m_minimumLevel = 0;
-    QString m_text;
 };

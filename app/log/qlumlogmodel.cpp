@@ -2,7 +2,6 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
-#include <app/api/qlumguithread.h>
 #include <app/api/qlumtext.h>
 
 #include <QChar>
@@ -11,20 +10,16 @@
 #include <QEvent>
 #include <QIcon>
 #include <QLocale>
-#include <QModelIndex>
 #include <QObject>
 #include <QRegularExpression>
 #include <QString>
 #include <QTextStream>
 #include <QVariant>
 
-#include <algorithm>
-#include <cstddef>
-#include <iterator>
 #include <utility>
 
 namespace {
-constexpr int flushMilliseconds = 50;
+constexpr int defaultEntries = 10000;
 // More than this between two insertions cannot be read by anybody.
 constexpr int maximumUnderWay = 20000;
 constexpr int maximumMessage = 10000;
@@ -61,12 +56,11 @@ QIcon levelIcon(int level)
 }
 } // namespace
 
-QlumLogModel::QlumLogModel(QObject* parent) : QAbstractTableModel(parent)
+QlumLogModel::QlumLogModel(QObject* parent)
+    : QlumTableModel({tr("Timestamp"), tr("Source"), tr("Server"), tr("Message")}, parent)
 {
     setShowDate(false);
-    m_flushTimer.setSingleShot(true);
-    m_flushTimer.setInterval(flushMilliseconds);
-    connect(&m_flushTimer, &QTimer::timeout, this, &QlumLogModel::sltFlush);
+    setMaximumRows(defaultEntries);
     connect(this, &QlumLogModel::newLog, this, &QlumLogModel::internalAddLog);
     qRegisterMetaType<QlumLogEntry*>("QlumLogEntry*");
 }
@@ -89,81 +83,39 @@ void QlumLogModel::addLog(std::unique_ptr<QlumLogEntry> entry)
 
 void QlumLogModel::internalAddLog(QlumLogEntry* entry)
 {
-    qlumAssertGuiThread();
     const std::unique_ptr<QlumLogEntry> owned(entry);
     if (owned->message.size() > maximumMessage)
         owned->message = owned->message.left(maximumMessage) + QStringLiteral("...");
-    m_gathered.push_back(std::move(*owned));
-    if (!m_flushTimer.isActive())
-        m_flushTimer.start();
+    gather(std::move(*owned));
 }
 
-void QlumLogModel::addDroppedNote()
+void QlumLogModel::flush()
 {
+    m_underWay.fetch_sub(static_cast<int>(gatheredCount()));
     if (const int dropped = m_dropped.exchange(0); dropped > 0)
-        m_gathered.push_back({QDateTime::currentDateTime(), QlumLogLevel::Warning, tr("Log"), QString(),
-                              tr("%1 log entries came too fast and were dropped.").arg(dropped)});
-}
-
-void QlumLogModel::sltFlush()
-{
-    qlumAssertGuiThread();
-    m_flushTimer.stop();
-    m_underWay.fetch_sub(static_cast<int>(m_gathered.size()));
-    addDroppedNote();
-    if (m_gathered.empty())
-        return;
-    if (m_gathered.size() > m_maxEntries)
-        m_gathered.erase(m_gathered.begin(), m_gathered.end() - static_cast<std::ptrdiff_t>(m_maxEntries));
-    trimTo(m_maxEntries - m_gathered.size());
-    const int first = static_cast<int>(m_entries.size());
-    beginInsertRows({}, first, first + static_cast<int>(m_gathered.size()) - 1);
-    std::move(m_gathered.begin(), m_gathered.end(), std::back_inserter(m_entries));
-    m_gathered.clear();
-    endInsertRows();
-}
-
-void QlumLogModel::trimTo(std::size_t rows)
-{
-    if (m_entries.size() <= rows)
-        return;
-    const auto surplus = m_entries.size() - rows;
-    beginRemoveRows({}, 0, static_cast<int>(surplus) - 1);
-    m_entries.erase(m_entries.begin(), m_entries.begin() + static_cast<std::ptrdiff_t>(surplus));
-    endRemoveRows();
-}
-
-void QlumLogModel::setMaxEntries(int count)
-{
-    qlumAssertGuiThread();
-    m_maxEntries = static_cast<std::size_t>(std::max(1, count));
-    trimTo(m_maxEntries);
+        gather({QDateTime::currentDateTime(), QlumLogLevel::Warning, tr("Log"), QString(),
+                tr("%1 log entries came too fast and were dropped.").arg(dropped)});
+    QlumTableModel::flush();
 }
 
 void QlumLogModel::setShowDate(bool show)
 {
-    qlumAssertGuiThread();
     m_timeFormat = show ? qlumDateTimeFormat() : qlumTimeFormat();
-    if (!m_entries.empty())
-        emit dataChanged(index(0, Timestamp), index(rowCount() - 1, Timestamp), {Qt::DisplayRole});
+    tellColumnChanged(Timestamp, {Qt::DisplayRole});
 }
 
 void QlumLogModel::clear()
 {
-    qlumAssertGuiThread();
-    sltFlush();
-    beginResetModel();
-    m_entries.clear();
-    endResetModel();
+    flush();
+    reset();
 }
 
 void QlumLogModel::save(QTextStream& stream)
 {
-    qlumAssertGuiThread();
     static const QRegularExpression longSource(QStringLiteral("(.{15}).*"));
     static const QRegularExpression longServer(QStringLiteral("(.{27}).*"));
-    sltFlush();
-    for (const QlumLogEntry& entry : m_entries) {
+    flush();
+    for (const QlumLogEntry& entry : rows()) {
         const QString time = entry.timestamp.toString(QStringLiteral("hh:mm:ss.zzz"));
         stream << QStringLiteral("%1 | %2 | %3 | %4\n")
                       .arg(time.leftJustified(12),
@@ -173,31 +125,17 @@ void QlumLogModel::save(QTextStream& stream)
     }
 }
 
-int QlumLogModel::rowCount(const QModelIndex& parent) const
+QVariant QlumLogModel::cell(const QlumLogEntry& entry, int column, int role) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(m_entries.size());
-}
-
-int QlumLogModel::columnCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : ColumnCount;
-}
-
-QVariant QlumLogModel::data(const QModelIndex& index, int role) const
-{
-    qlumAssertGuiThread();
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const QlumLogEntry& entry = m_entries[static_cast<std::size_t>(index.row())];
     if (role == levelRole)
         return entry.level;
-    if (role == Qt::DecorationRole && index.column() == Timestamp)
+    if (role == Qt::DecorationRole && column == Timestamp)
         return levelIcon(entry.level);
-    if (role == Qt::ToolTipRole && index.column() == Message)
+    if (role == Qt::ToolTipRole && column == Message)
         return qlumPlainToolTip(entry.message.left(1000));
     if (role != Qt::DisplayRole)
         return {};
-    switch (index.column()) {
+    switch (column) {
     case Timestamp:
         return QLocale::system().toString(entry.timestamp, m_timeFormat);
     case Source:
@@ -206,23 +144,5 @@ QVariant QlumLogModel::data(const QModelIndex& index, int role) const
         return entry.server;
     default:
         return entry.message;
-    }
-}
-
-QVariant QlumLogModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    switch (section) {
-    case Timestamp:
-        return tr("Timestamp");
-    case Source:
-        return tr("Source");
-    case Server:
-        return tr("Server");
-    case Message:
-        return tr("Message");
-    default:
-        return {};
     }
 }

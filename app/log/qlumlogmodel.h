@@ -1,22 +1,19 @@
 #pragma once
 #include <app/log/qlumlogentry.h>
+#include <uawidgets/models/qlumtablemodel.h>
 
-#include <QAbstractTableModel>
-#include <QModelIndex>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 #include <QVariant>
 
 #include <atomic>
-#include <deque>
 #include <memory>
 
 class QTextStream;
 
 /// Rows of the log window, the newest last. Entries may come from any thread by addLog(); they are gathered
 /// and inserted at most twenty times a second, so that a flood does not stop the window.
-class QlumLogModel : public QAbstractTableModel
+class QlumLogModel : public QlumTableModel<QlumLogEntry>
 {
     Q_OBJECT
 public:
@@ -31,20 +28,15 @@ public:
     void addLog(std::unique_ptr<QlumLogEntry> entry);
 
     /// The maximum number of entries kept, never below 1; the oldest are dropped first.
-    void setMaxEntries(int count);
+    void setMaxEntries(int count) { setMaximumRows(count); }
     void setShowDate(bool show);
     void clear();
     /// One line for each entry: time, source, server, message.
     void save(QTextStream& stream);
 
-    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
-
 public slots:
     /// Inserts what has been gathered.
-    void sltFlush();
+    void sltFlush() { flush(); }
 
 signals:
     void newLog(QlumLogEntry* entry);
@@ -52,15 +44,12 @@ signals:
 private slots:
     void internalAddLog(QlumLogEntry* entry);
 
-private:
-    void addDroppedNote();
-    void trimTo(std::size_t rows);
+protected:
+    QVariant cell(const QlumLogEntry& entry, int column, int role) const override;
+    void flush() override;
 
-    std::deque<QlumLogEntry> m_entries;
-    std::deque<QlumLogEntry> m_gathered;
+private:
     std::atomic<int> m_underWay{0};
     std::atomic<int> m_dropped{0};
-    std::size_t m_maxEntries = 10000;
     QString m_timeFormat;
-    QTimer m_flushTimer;
 };

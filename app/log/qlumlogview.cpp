@@ -3,7 +3,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/log/qlumlogfilter.h>
 #include <app/log/qlumlogmodel.h>
-#include <uawidgets/qlumcopy.h>
+#include <uawidgets/table/qlumtable.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
@@ -37,7 +37,7 @@ QlumLogView::QlumLogView(QlumLogModel* model, const QList<QAction*>& actions, QW
     m_view->header()->resizeSection(QlumLogModel::Source, em * 24);
     m_view->header()->resizeSection(QlumLogModel::Server, em * 30);
     m_view->addActions(actions);
-    qlumAddCopyActions(m_view);
+    qlumMakeTable(m_view, {tr("Nothing has been logged yet."), tr("log"), nullptr, QString()});
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -36,7 +36,7 @@ QlumServerCommands::QlumServerCommands(const Parts& parts)
 
 QlumServerNode* QlumServerCommands::selected() const
 {
-    return qobject_cast<QlumServerNode*>(m_parts.project->nodeOf(m_parts.projectView->currentIndex()));
+    return qobject_cast<QlumServerNode*>(m_parts.project->nodeAt(m_parts.projectView->currentIndex()));
 }
 
 void QlumServerCommands::serverAdded(QlumServerNode* server)

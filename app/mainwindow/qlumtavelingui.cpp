@@ -224,7 +224,7 @@ void QlumTavelin::connectViews()
 
 void QlumTavelin::sltCurrentProjectNodeChanged()
 {
-    const QlumProjectNode* node = m_project->nodeOf(m_projectView->currentIndex());
+    const QlumProjectNode* node = m_project->nodeAt(m_projectView->currentIndex());
     m_servers->updateActions();
     const auto* document = qobject_cast<const QlumProjectNodeDocument*>(node);
     (*m_actions)[QlumMainActions::RemoveDocument]->setEnabled(document != nullptr);
@@ -245,7 +245,7 @@ void QlumTavelin::sltDocumentAdd()
 
 void QlumTavelin::sltDocumentRemove()
 {
-    auto* document = qobject_cast<QlumProjectNodeDocument*>(m_project->nodeOf(m_projectView->currentIndex()));
+    auto* document = qobject_cast<QlumProjectNodeDocument*>(m_project->nodeAt(m_projectView->currentIndex()));
     if (!document)
         return;
     m_documents->remove(document);

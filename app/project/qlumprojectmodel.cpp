@@ -13,11 +13,12 @@
 #include <QVariant>
 
 QlumProjectModel::QlumProjectModel(QObject* parent)
-    : QAbstractItemModel(parent), m_root(std::make_unique<QlumProjectNode>(tr("Project"))),
+    : QlumTreeModel({tr("Item")}, parent), m_root(std::make_unique<QlumProjectNode>(tr("Project"))),
       m_servers(new QlumProjectNode(tr("Servers"))), m_documents(new QlumProjectNode(tr("Documents")))
 {
     m_root->appendChild(m_servers);
     m_root->appendChild(m_documents);
+    setRoot(m_root.get(), Root::Shown);
 }
 
 QlumProjectModel::~QlumProjectModel() = default;
@@ -59,23 +60,17 @@ void QlumProjectModel::removeDocument(QlumProjectNodeDocument* document)
 
 void QlumProjectModel::append(QlumProjectNode* folder, QlumProjectNode* node)
 {
-    qlumAssertGuiThread();
-    const int row = folder->childNodes().size();
-    beginInsertRows(indexOf(folder), row, row);
-    folder->appendChild(node);
-    endInsertRows();
+    insertChildren(
+        *folder, folder->childNodes().size(), 1, [&] { folder->appendChild(node); });
 }
 
 void QlumProjectModel::remove(QlumProjectNode* folder, QlumProjectNode* node)
 {
-    qlumAssertGuiThread();
     const int row = folder->childNodes().indexOf(node);
     if (row < 0)
         return;
     node->disconnect(this);
-    beginRemoveRows(indexOf(folder), row, row);
-    folder->takeChild(node);
-    endRemoveRows();
+    removeChildren(*folder, row, 1, [&] { folder->takeChild(node); });
     delete node;
 }
 
@@ -84,9 +79,7 @@ void QlumProjectModel::sltNodeChanged(QlumProjectNode* node)
     qlumAssertGuiThread();
     if (const auto* server = qobject_cast<QlumServerNode*>(node))
         m_registry.rename(server->serverId(), server->displayName());
-    const QModelIndex index = indexOf(node);
-    if (index.isValid())
-        emit dataChanged(index, index);
+    tellChanged(*node);
 }
 
 QlumServerNode* QlumProjectModel::findServer(unsigned int serverId) const
@@ -129,57 +122,16 @@ QList<QlumProjectNodeDocument*> QlumProjectModel::documents() const
     return result;
 }
 
-QModelIndex QlumProjectModel::indexOf(const QlumProjectNode* node) const
+QVariant QlumProjectModel::cell(const QlumProjectNode& node, int, int role) const
 {
-    return node ? createIndex(node->row(), 0, const_cast<QlumProjectNode*>(node)) : QModelIndex();
-}
-
-QlumProjectNode* QlumProjectModel::nodeOf(const QModelIndex& index) const
-{
-    return index.isValid() ? static_cast<QlumProjectNode*>(index.internalPointer()) : nullptr;
-}
-
-QModelIndex QlumProjectModel::index(int row, int column, const QModelIndex& parent) const
-{
-    if (!hasIndex(row, column, parent))
-        return {};
-    if (!parent.isValid())
-        return indexOf(m_root.get());
-    return indexOf(nodeOf(parent)->childNodes().at(row));
-}
-
-QModelIndex QlumProjectModel::parent(const QModelIndex& index) const
-{
-    const QlumProjectNode* node = nodeOf(index);
-    return node ? indexOf(node->parentNode()) : QModelIndex();
-}
-
-int QlumProjectModel::rowCount(const QModelIndex& parent) const
-{
-    if (!parent.isValid())
-        return 1;
-    return parent.column() == 0 ? nodeOf(parent)->childNodes().size() : 0;
-}
-
-int QlumProjectModel::columnCount(const QModelIndex&) const
-{
-    return 1;
-}
-
-QVariant QlumProjectModel::data(const QModelIndex& index, int role) const
-{
-    qlumAssertGuiThread();
-    const QlumProjectNode* node = nodeOf(index);
-    if (!node)
-        return {};
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
-        return node->displayName();
+        return node.displayName();
     case Qt::DecorationRole:
-        return node->icon();
+        return node.icon();
     case Qt::ToolTipRole:
-        return qlumPlainToolTip(node->displayName());
+        return qlumPlainToolTip(node.displayName());
     default:
         return {};
     }
@@ -188,7 +140,7 @@ QVariant QlumProjectModel::data(const QModelIndex& index, int role) const
 bool QlumProjectModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
     qlumAssertGuiThread();
-    QlumProjectNode* node = nodeOf(index);
+    QlumProjectNode* node = nodeAt(index);
     if (!node || !node->setData(value, role))
         return false;
     sltNodeChanged(node);
@@ -197,13 +149,6 @@ bool QlumProjectModel::setData(const QModelIndex& index, const QVariant& value, 
 
 Qt::ItemFlags QlumProjectModel::flags(const QModelIndex& index) const
 {
-    const QlumProjectNode* node = nodeOf(index);
+    const QlumProjectNode* node = nodeAt(index);
     return node ? node->flags() : Qt::NoItemFlags;
-}
-
-QVariant QlumProjectModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (section == 0 && orientation == Qt::Horizontal && role == Qt::DisplayRole)
-        return tr("Item");
-    return {};
 }

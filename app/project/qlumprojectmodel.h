@@ -1,10 +1,11 @@
 #pragma once
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumprojectnode.h>
 #include <app/project/qlumserverregistry.h>
 #include <app/project/qlumstorableobject.h>
 #include <opcua/opcua_platform.h>
+#include <uawidgets/models/qlumtreemodel.h>
 
-#include <QAbstractItemModel>
 #include <QList>
 #include <QModelIndex>
 #include <QObject>
@@ -14,13 +15,22 @@
 
 #include <memory>
 
-class QlumProjectNode;
 class QlumProjectNodeDocument;
 class QlumServerNode;
 class UaNodeId;
 
+template <>
+struct QlumTreeAccess<QlumProjectNode>
+{
+    using Node = QlumProjectNode;
+    static Node* parent(const Node& node) { return node.parentNode(); }
+    static Node* child(const Node& node, int row) { return node.childNodes().value(row); }
+    static int childCount(const Node& node) { return node.childNodes().size(); }
+    static int row(const Node& node) { return node.row(); }
+};
+
 /// The project's tree: a root "Project" with the folders "Servers" and "Documents". Owns all nodes.
-class QlumProjectModel : public QAbstractItemModel, public QlumStorableObject
+class QlumProjectModel : public QlumTreeModel<QlumProjectNode>, public QlumStorableObject
 {
     Q_OBJECT
 public:
@@ -39,24 +49,14 @@ public:
     [[nodiscard]] QlumProjectNodeDocument* findDocument(const QWidget* widget) const;
     [[nodiscard]] QList<QlumServerNode*> servers() const;
     [[nodiscard]] QList<QlumProjectNodeDocument*> documents() const;
-    [[nodiscard]] QModelIndex indexOf(const QlumProjectNode* node) const;
-    /// Null for an invalid index.
-    [[nodiscard]] QlumProjectNode* nodeOf(const QModelIndex& index) const;
-
     [[nodiscard]] const QlumServerRegistry& registry() const { return m_registry; }
 
     /// The tree itself is kept in project files; these two keep nothing.
     void load() override {}
     void store() override {}
 
-    QModelIndex index(int row, int column, const QModelIndex& parent = QModelIndex()) const override;
-    QModelIndex parent(const QModelIndex& index) const override;
-    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 signals:
     void documentNodeChanged(QlumProjectNode* node, QWidget* widget, const QString& name);
@@ -64,6 +64,9 @@ signals:
                            unsigned int serverId, const NamespaceMap& namespaceMap);
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
     void dataTypesLoaded(unsigned int serverId);
+
+protected:
+    QVariant cell(const QlumProjectNode& node, int column, int role) const override;
 
 private:
     void append(QlumProjectNode* folder, QlumProjectNode* node);

@@ -35,12 +35,13 @@ constexpr int nextSlice = 30; // ms
 
 QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* highlightCombo,
                                              QObject* parent, std::shared_ptr<QlumSessionServices> services)
-    : QAbstractItemModel(parent), m_server(server), m_highlightCombo(highlightCombo),
+    : QlumTreeModel({tr("Item")}, parent), m_server(server), m_highlightCombo(highlightCombo),
       m_services(services ? std::move(services) : qlumServicesOf(server->session())),
       m_root(std::make_unique<QlumAddressSpaceNode>(tr("Root"), UaNodeId(rootFolder), UaNodeId(folderType),
                                                     OpcUa_NodeClass_Object)),
       m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
 {
+    setRoot(m_root.get(), Root::Shown);
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
     if (m_highlightCombo)
@@ -50,12 +51,13 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* 
 
 QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNodeId* startNode,
                                              QObject* parent, std::shared_ptr<QlumSessionServices> services)
-    : QAbstractItemModel(parent), m_server(server),
+    : QlumTreeModel({tr("Item")}, parent), m_server(server),
       m_services(services ? std::move(services) : qlumServicesOf(server->session())),
       m_root(std::make_unique<QlumAddressSpaceNode>(server->typeName(startNode, false), *startNode,
                                                     UaNodeId(), OpcUa_NodeClass_Unspecified)),
       m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
 {
+    setRoot(m_root.get(), Root::Shown);
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
     browseNode(m_root.get());
@@ -68,52 +70,12 @@ QlumAddressSpaceModel::~QlumAddressSpaceModel()
 
 // ---- item model
 
-QlumAddressSpaceNode* QlumAddressSpaceModel::nodeAt(const QModelIndex& index) const
-{
-    return index.isValid() ? static_cast<QlumAddressSpaceNode*>(index.internalPointer()) : nullptr;
-}
-
-QlumAddressSpaceNode* QlumAddressSpaceModel::nodeOrRoot(const QModelIndex& index) const
-{
-    return index.isValid() ? nodeAt(index) : m_root.get();
-}
-
-const QlumAddressSpaceNode* QlumAddressSpaceModel::node(const QModelIndex& index) const
-{
-    return nodeAt(index);
-}
-
-QModelIndex QlumAddressSpaceModel::indexOf(QlumAddressSpaceNode* node) const
-{
-    return createIndex(node->row(), 0, node);
-}
-
-int QlumAddressSpaceModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? nodeAt(parent)->childCount() : 1;
-}
-
-int QlumAddressSpaceModel::columnCount(const QModelIndex&) const
-{
-    return 1;
-}
-
 QModelIndex QlumAddressSpaceModel::index(int row, int column, const QModelIndex& parent) const
 {
-    if (column != 0 || row < 0)
-        return {};
-    if (parent.isValid()) {
-        QlumAddressSpaceNode* child = nodeAt(parent)->child(row);
-        return child ? createIndex(row, 0, child) : QModelIndex();
-    }
     // The root row stays hidden until it has something to show.
-    return row < 1 && row < m_root->childCount() ? createIndex(0, 0, m_root.get()) : QModelIndex();
-}
-
-QModelIndex QlumAddressSpaceModel::parent(const QModelIndex& index) const
-{
-    const QlumAddressSpaceNode* node = nodeAt(index);
-    return node && node->parent() ? indexOf(node->parent()) : QModelIndex();
+    if (!parent.isValid() && m_root->childCount() == 0)
+        return {};
+    return QlumTreeModel::index(row, column, parent);
 }
 
 bool QlumAddressSpaceModel::hasChildren(const QModelIndex& index) const
@@ -144,28 +106,17 @@ Qt::ItemFlags QlumAddressSpaceModel::flags(const QModelIndex& index) const
     return Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsEnabled;
 }
 
-QVariant QlumAddressSpaceModel::headerData(int section, Qt::Orientation orientation, int role) const
+QVariant QlumAddressSpaceModel::cell(const QlumAddressSpaceNode& node, int, int role) const
 {
-    if (section == 0 && orientation == Qt::Horizontal && role == Qt::DisplayRole)
-        return tr("Item");
-    return {};
-}
-
-QVariant QlumAddressSpaceModel::data(const QModelIndex& index, int role) const
-{
-    qlumAssertGuiThread();
-    const QlumAddressSpaceNode* node = nodeAt(index);
-    if (!node)
-        return {};
     switch (role) {
     case Qt::DisplayRole:
-        return qlumSingleLine(node->name());
+        return qlumSingleLine(node.name());
     case Qt::ToolTipRole:
-        return qlumPlainToolTip(node->name());
+        return qlumPlainToolTip(node.name());
     case Qt::DecorationRole:
-        return decoration(*node);
+        return decoration(node);
     case Qt::FontRole:
-        if (m_highlightedNamespace >= 0 && node->nodeId().namespaceIndex() == m_highlightedNamespace) {
+        if (m_highlightedNamespace >= 0 && node.nodeId().namespaceIndex() == m_highlightedNamespace) {
             QFont font = QApplication::font();
             font.setWeight(QFont::Bold);
             return font;
@@ -293,7 +244,7 @@ void QlumAddressSpaceModel::sltSetHighlightNamespace(int comboIndex)
     m_highlightedNamespace = newNamespace; // before the signals: views ask at once
     const int rootNamespace = m_root->nodeId().namespaceIndex();
     if (rootNamespace == oldNamespace || rootNamespace == newNamespace)
-        emit dataChanged(indexOf(m_root.get()), indexOf(m_root.get()));
+        tellChanged(*m_root);
     emitNamespaceChanged(m_root.get(), oldNamespace, newNamespace);
 }
 

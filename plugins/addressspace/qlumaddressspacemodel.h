@@ -9,6 +9,7 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uawidgets/models/qlumtreemodel.h>
 
 #include <QAbstractItemModel>
 #include <QMimeData>
@@ -30,7 +31,8 @@ class QTimer;
 /// The address space below one node of a server as a lazily browsed tree. Each service call blocks the GUI
 /// thread under a wait cursor; a node that needs many calls is browsed in slices between which the event loop
 /// runs, shows its progress and can be cancelled. The root row is hidden until it has children.
-class QlumAddressSpaceModel : public QAbstractItemModel, public QlumAddressSpaceModelInterface
+class QlumAddressSpaceModel : public QlumTreeModel<QlumAddressSpaceNode>,
+                              public QlumAddressSpaceModelInterface
 {
     Q_OBJECT
 public:
@@ -43,17 +45,12 @@ public:
                           std::shared_ptr<QlumSessionServices> services = {});
     ~QlumAddressSpaceModel() override;
 
-    [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
     [[nodiscard]] QModelIndex index(int row, int column,
                                     const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
     [[nodiscard]] bool hasChildren(const QModelIndex& index = QModelIndex()) const override;
     [[nodiscard]] bool canFetchMore(const QModelIndex& index) const override;
     void fetchMore(const QModelIndex& index) override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QStringList mimeTypes() const override;
     [[nodiscard]] QMimeData* mimeData(const QModelIndexList& indexes) const override;
 
@@ -68,7 +65,7 @@ public:
     /// Browses again and adds what is new; for an invalid index the root.
     void browseNodeIndex(const QModelIndex& index);
     /// The node behind an index; null for an invalid one.
-    [[nodiscard]] const QlumAddressSpaceNode* node(const QModelIndex& index) const;
+    [[nodiscard]] const QlumAddressSpaceNode* node(const QModelIndex& index) const { return nodeAt(index); }
     [[nodiscard]] QlumServerNode* server() const { return m_server; }
     /// True while continuation points are being followed.
     [[nodiscard]] bool isBrowsing() const { return !m_tasks.empty(); }
@@ -80,12 +77,12 @@ public slots:
     void sltServerNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
                               unsigned int serverId);
 
+protected:
+    [[nodiscard]] QVariant cell(const QlumAddressSpaceNode& node, int column, int role) const override;
+
 private:
     struct Task; ///< a node whose continuation points are being followed
 
-    [[nodiscard]] QlumAddressSpaceNode* nodeAt(const QModelIndex& index) const;
-    [[nodiscard]] QlumAddressSpaceNode* nodeOrRoot(const QModelIndex& index) const;
-    [[nodiscard]] QModelIndex indexOf(QlumAddressSpaceNode* node) const;
     void connectHighlighting();
 
     void browseNode(QlumAddressSpaceNode* node);

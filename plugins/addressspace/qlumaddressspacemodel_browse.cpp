@@ -230,32 +230,18 @@ int QlumAddressSpaceModel::addNodes(QlumAddressSpaceNode* parent, UaReferenceDes
         return 0;
     const int first = parent->childCount();
     const int count = static_cast<int>(fresh.size());
-    beginInsertRows(indexOf(parent), first, first + count - 1);
-    parent->reserveChildren(first + count);
-    for (auto& node : fresh)
-        parent->appendChild(std::move(node));
-    endInsertRows();
+    insertChildren(*parent, first, count, [&] {
+        parent->reserveChildren(first + count);
+        for (auto& node : fresh)
+            parent->appendChild(std::move(node));
+    });
     return count;
 }
 
 void QlumAddressSpaceModel::sortNode(QlumAddressSpaceNode* node)
 {
-    emit layoutAboutToBeChanged();
-    {
-        const QlumWaitCursor wait;
-        node->sortChildren();
-    }
-    QModelIndexList before;
-    QModelIndexList after;
-    for (const QModelIndex& index : persistentIndexList()) {
-        QlumAddressSpaceNode* moved = nodeAt(index);
-        if (moved && moved->parent() == node && moved->row() != index.row()) {
-            before.append(index);
-            after.append(indexOf(moved));
-        }
-    }
-    changePersistentIndexList(before, after);
-    emit layoutChanged();
+    const QlumWaitCursor wait;
+    rearrange([node] { node->sortChildren(); });
 }
 
 void QlumAddressSpaceModel::removeChildren(QlumAddressSpaceNode* node)
@@ -265,10 +251,10 @@ void QlumAddressSpaceModel::removeChildren(QlumAddressSpaceNode* node)
         node->clearChildren();
         return;
     }
-    beginRemoveRows(indexOf(node), 0, node->childCount() - 1);
-    node->clearChildren();
-    node->setBrowsed(true); // nobody shall fetch while the rows go
-    endRemoveRows();
+    QlumTreeModel::removeChildren(*node, 0, node->childCount(), [node] {
+        node->clearChildren();
+        node->setBrowsed(true); // nobody shall fetch while the rows go
+    });
     node->setBrowsed(false);
 }
 

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QHash>
 
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -69,16 +68,8 @@ QIcon QlumAddressSpaceNode::icon() const
 
 void QlumAddressSpaceNode::sortChildren()
 {
-    std::sort(m_children.begin(), m_children.end(),
-              [](const auto& left, const auto& right) { return left->m_name < right->m_name; });
-    int row = 0;
-    for (const auto& child : m_children)
-        child->m_row = row++;
-}
-
-QlumAddressSpaceNode* QlumAddressSpaceNode::child(int row) const
-{
-    return row >= 0 && row < childCount() ? m_children[static_cast<std::size_t>(row)].get() : nullptr;
+    QlumTreeNode::sortChildren(
+        [](const auto& left, const auto& right) { return left.m_name < right.m_name; });
 }
 
 QlumAddressSpaceNode* QlumAddressSpaceNode::findChild(const UaNodeId& nodeId) const
@@ -94,29 +85,24 @@ void QlumAddressSpaceNode::appendChild(std::unique_ptr<QlumAddressSpaceNode> chi
     if (!m_childMap)
         m_childMap = std::make_unique<ChildMap>();
     m_childMap->insert(child.get());
-    child->m_parent = this;
-    child->m_row = childCount();
-    m_children.push_back(std::move(child));
+    QlumTreeNode::appendChild(std::move(child));
     m_hasChildren = true;
 }
 
 void QlumAddressSpaceNode::reserveChildren(int count)
 {
-    const auto wanted = static_cast<std::size_t>(count);
-    if (wanted > m_children.capacity()) // double at least: many small portions must not copy each time
-        m_children.reserve(std::max(wanted, m_children.capacity() * 2));
+    QlumTreeNode::reserveChildren(count);
     if (!m_childMap)
         m_childMap = std::make_unique<ChildMap>();
-    if (static_cast<double>(wanted) >
-        static_cast<double>(m_childMap->bucket_count()) * m_childMap->max_load_factor())
-        m_childMap->reserve(m_children.capacity());
+    const auto buckets = static_cast<double>(m_childMap->bucket_count());
+    if (static_cast<double>(count) > buckets * m_childMap->max_load_factor())
+        m_childMap->reserve(children().capacity());
 }
 
 void QlumAddressSpaceNode::clearChildren()
 {
     m_childMap.reset();
-    m_children.clear();
-    m_children.shrink_to_fit();
+    QlumTreeNode::clearChildren();
     m_browsed = false;
     m_hasChildren = false;
 }

@@ -1,23 +1,21 @@
 #pragma once
 #include <opcua/opcua_types.h>
 #include <uabase/values/uanodeid.h>
+#include <uawidgets/models/qlumtreenode.h>
 
 #include <QIcon>
 #include <QString>
 
 #include <memory>
 #include <unordered_set>
-#include <vector>
 
 /// One node of the address space tree; owns its children.
-class QlumAddressSpaceNode
+class QlumAddressSpaceNode : public QlumTreeNode<QlumAddressSpaceNode>
 {
 public:
     QlumAddressSpaceNode(const QString& name, const UaNodeId& nodeId, const UaNodeId& typeDefinition,
                          OpcUa_UInt32 nodeClass);
     virtual ~QlumAddressSpaceNode();
-    QlumAddressSpaceNode(const QlumAddressSpaceNode&) = delete;
-    QlumAddressSpaceNode& operator=(const QlumAddressSpaceNode&) = delete;
 
     /// By node class and, for objects and variables, by type definition.
     [[nodiscard]] virtual QIcon icon() const;
@@ -31,18 +29,12 @@ public:
     [[nodiscard]] OpcUa_UInt32 nodeClass() const { return m_nodeClass; }
     /// Classes of the children to browse for; 0 means all.
     [[nodiscard]] OpcUa_UInt32 childNodeClassMask() const { return m_childNodeClassMask; }
-    [[nodiscard]] QlumAddressSpaceNode* parent() const { return m_parent; }
-    /// Position among the parent's children; 0 for the root.
-    [[nodiscard]] int row() const { return m_row; }
 
     /// Children were fetched, or never will be.
     [[nodiscard]] bool isBrowsed() const { return m_browsed; }
     void setBrowsed(bool browsed) { m_browsed = browsed; }
     [[nodiscard]] bool hasChildren() const { return m_hasChildren; }
 
-    [[nodiscard]] int childCount() const { return static_cast<int>(m_children.size()); }
-    /// Null when out of range.
-    [[nodiscard]] QlumAddressSpaceNode* child(int row) const;
     /// Null when the node has no such child.
     [[nodiscard]] QlumAddressSpaceNode* findChild(const UaNodeId& nodeId) const;
     /// The child's node id must be new here.
@@ -82,10 +74,7 @@ private:
     UaNodeId m_typeDefinition;
     OpcUa_UInt32 m_nodeClass;
     OpcUa_UInt32 m_childNodeClassMask = 0;
-    QlumAddressSpaceNode* m_parent = nullptr;
-    int m_row = 0;
     bool m_browsed : 1 = false;
     bool m_hasChildren : 1 = false;
-    std::vector<std::unique_ptr<QlumAddressSpaceNode>> m_children;
     std::unique_ptr<ChildMap> m_childMap; ///< most nodes are leaves
 };

@@ -2,7 +2,6 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
-#include <app/api/qlumguithread.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/attributes/qlumattributenode.h>
@@ -11,13 +10,11 @@
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/table/qlumstatuslook.h>
 
-#include <QColor>
-#include <QGuiApplication>
 #include <QList>
 #include <QModelIndex>
 #include <QObject>
-#include <QPalette>
 #include <QString>
 #include <QVariant>
 
@@ -27,82 +24,40 @@
 
 namespace {
 constexpr int cutLength = 256;
-constexpr int portion = 1000;  // rows that an array gets at a time
-constexpr int greyAlpha = 150; // taken from the text colour
-
-QColor greyed()
-{
-    QColor color = QGuiApplication::palette().color(QPalette::Text);
-    color.setAlpha(color.alpha() - greyAlpha);
-    return color;
-}
+constexpr int portion = 1000; // rows that an array gets at a time
 } // namespace
 
 QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application,
                                        std::shared_ptr<const QlumTypeNames> typeNames, QObject* parent,
                                        QlumSessionServicesProvider services)
-    : QAbstractItemModel(parent), m_application(application), m_services(std::move(services)),
-      m_typeNames(std::move(typeNames)), m_rows(application),
+    : QlumTreeModel({tr("Attribute"), tr("Value")}, parent), m_application(application),
+      m_services(std::move(services)), m_typeNames(std::move(typeNames)), m_rows(application),
       m_root(std::make_unique<QlumAttributeNode>(tr("Root")))
 {
+    setRoot(m_root.get());
 }
 
 QlumAttributeModel::~QlumAttributeModel() = default;
 
 // ---- item model
 
-QlumAttributeNode* QlumAttributeModel::nodeAt(const QModelIndex& index) const
-{
-    return index.isValid() ? static_cast<QlumAttributeNode*>(index.internalPointer()) : m_root.get();
-}
-
-int QlumAttributeModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.column() > 0 ? 0 : nodeAt(parent)->childCount();
-}
-
-int QlumAttributeModel::columnCount(const QModelIndex&) const
-{
-    return ColumnCount;
-}
-
-QModelIndex QlumAttributeModel::index(int row, int column, const QModelIndex& parent) const
-{
-    if (column < 0 || column >= ColumnCount || parent.column() > 0)
-        return {};
-    QlumAttributeNode* child = nodeAt(parent)->child(row);
-    return child ? createIndex(row, column, child) : QModelIndex();
-}
-
-QModelIndex QlumAttributeModel::parent(const QModelIndex& index) const
-{
-    if (!index.isValid())
-        return {};
-    QlumAttributeNode* parent = nodeAt(index)->parent();
-    return parent == m_root.get() ? QModelIndex() : createIndex(parent->row(), 0, parent);
-}
-
 bool QlumAttributeModel::hasChildren(const QModelIndex& parent) const
 {
-    return parent.column() <= 0 && nodeAt(parent)->hasChildren();
+    return parent.column() <= 0 && nodeOrRoot(parent)->hasChildren();
 }
 
 bool QlumAttributeModel::canFetchMore(const QModelIndex& parent) const
 {
-    return parent.column() <= 0 && nodeAt(parent)->pendingCount() > 0;
+    return parent.column() <= 0 && nodeOrRoot(parent)->pendingCount() > 0;
 }
 
 void QlumAttributeModel::fetchMore(const QModelIndex& parent)
 {
-    qlumAssertGuiThread();
     if (!canFetchMore(parent))
         return;
-    QlumAttributeNode* node = nodeAt(parent);
-    const int first = node->childCount();
-    const int count = std::min(portion, node->pendingCount());
-    beginInsertRows(parent, first, first + count - 1);
-    node->fetchMore(count);
-    endInsertRows();
+    QlumAttributeNode& node = *nodeOrRoot(parent);
+    const int count = std::min(portion, node.pendingCount());
+    insertChildren(node, node.childCount(), count, [&] { node.fetchMore(count); });
 }
 
 Qt::ItemFlags QlumAttributeModel::flags(const QModelIndex& index) const
@@ -115,28 +70,15 @@ Qt::ItemFlags QlumAttributeModel::flags(const QModelIndex& index) const
     return flags;
 }
 
-QVariant QlumAttributeModel::headerData(int section, Qt::Orientation orientation, int role) const
+QVariant QlumAttributeModel::cell(const QlumAttributeNode& node, int column, int role) const
 {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    if (section == NameColumn)
-        return tr("Attribute");
-    return section == ValueColumn ? tr("Value") : QVariant();
-}
-
-QVariant QlumAttributeModel::data(const QModelIndex& index, int role) const
-{
-    qlumAssertGuiThread();
-    if (!index.isValid())
-        return {};
-    const QlumAttributeNode& node = *nodeAt(index);
     switch (role) {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
     case Qt::EditRole:
-        return text(node, index.column(), role);
+        return text(node, column, role);
     case Qt::ForegroundRole:
-        return foreground(node);
+        return qlumStatusCell(levelOf(node), role);
     case ValueRole:
         return node.isWritable() ? QVariant::fromValue(m_value) : QVariant();
     case DictionaryRole:
@@ -157,17 +99,12 @@ QVariant QlumAttributeModel::text(const QlumAttributeNode& node, int column, int
     return role == Qt::ToolTipRole ? qlumPlainToolTip(cut) : qlumSingleLine(cut);
 }
 
-QVariant QlumAttributeModel::foreground(const QlumAttributeNode& node) const
+// What only some nodes have is not missing where it is not.
+QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node)
 {
-    if (node.isAbsent())
-        return greyed();
-    if (OpcUa_IsBad(node.status()))
-        return node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid
-                   ? greyed()
-                   : QColor(QStringLiteral("red"));
-    if (OpcUa_IsUncertain(node.status()))
-        return QColor(QStringLiteral("darkorange"));
-    return QGuiApplication::palette().color(QPalette::Text);
+    if (node.isAbsent() || (node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid))
+        return QlumStatusLevel::Inactive;
+    return qlumStatusLevel(node.status());
 }
 
 // ---- building
@@ -175,26 +112,22 @@ QVariant QlumAttributeModel::foreground(const QlumAttributeNode& node) const
 void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass,
                                  int count, const QList<int>& attributeIds, OpcUa_DataValue* results)
 {
-    qlumAssertGuiThread();
     UaDataValues values;
     values.attach(count, results);
-    beginResetModel();
-    forget();
-    m_serverId = serverId;
-    m_nodeId = nodeId;
-    m_nodeClass = nodeClass;
-    m_session = m_services(serverId);
-    m_rows.setServer(serverId, m_session ? m_session->dataTypeDictionary() : nullptr);
-    build(attributeIds, values);
-    endResetModel();
+    reset([&] {
+        forget();
+        m_serverId = serverId;
+        m_nodeId = nodeId;
+        m_nodeClass = nodeClass;
+        m_session = m_services(serverId);
+        m_rows.setServer(serverId, m_session ? m_session->dataTypeDictionary() : nullptr);
+        build(attributeIds, values);
+    });
 }
 
 void QlumAttributeModel::clear()
 {
-    qlumAssertGuiThread();
-    beginResetModel();
-    forget();
-    endResetModel();
+    reset([this] { forget(); });
 }
 
 void QlumAttributeModel::forget()

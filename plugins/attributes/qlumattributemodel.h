@@ -9,8 +9,9 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/models/qlumtreemodel.h>
+#include <uawidgets/table/qlumstatuslook.h>
 
-#include <QAbstractItemModel>
 #include <QList>
 #include <QModelIndex>
 #include <QObject>
@@ -24,7 +25,7 @@ class QlumApplicationInterface;
 class QlumTypeNames;
 
 /// The attributes of one node as rows, values expanded; writes edited values to the server.
-class QlumAttributeModel : public QAbstractItemModel, public QlumModelInterface
+class QlumAttributeModel : public QlumTreeModel<QlumAttributeNode>, public QlumModelInterface
 {
     Q_OBJECT
 public:
@@ -41,18 +42,11 @@ public:
                        QlumSessionServicesProvider services = qlumApplicationServices());
     ~QlumAttributeModel() override;
 
-    [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] QModelIndex index(int row, int column,
-                                    const QModelIndex& parent = QModelIndex()) const override;
-    [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
     [[nodiscard]] bool hasChildren(const QModelIndex& parent = QModelIndex()) const override;
     [[nodiscard]] bool canFetchMore(const QModelIndex& parent) const override;
     /// The next thousand elements of an array.
     void fetchMore(const QModelIndex& parent) override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     /// Edit role: a text, converted to the type of what the row shows. ValueRole: a UaVariant, the new Value
     /// as it is. Writes at once, under a wait cursor; true when the server took it.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
@@ -75,10 +69,12 @@ public slots:
     /// Shows nothing.
     void clear();
 
+protected:
+    [[nodiscard]] QVariant cell(const QlumAttributeNode& node, int column, int role) const override;
+
 private:
-    [[nodiscard]] QlumAttributeNode* nodeAt(const QModelIndex& index) const;
     [[nodiscard]] QVariant text(const QlumAttributeNode& node, int column, int role) const;
-    [[nodiscard]] QVariant foreground(const QlumAttributeNode& node) const;
+    [[nodiscard]] static QlumStatusLevel levelOf(const QlumAttributeNode& node);
     void forget();
 
     void build(const QList<int>& attributeIds, UaDataValues& results);

@@ -1,11 +1,11 @@
 #pragma once
 #include <opcua/opcua_platform.h>
+#include <uawidgets/models/qlumtreenode.h>
 
 #include <QString>
 
 #include <memory>
 #include <utility>
-#include <vector>
 
 class QlumAttributeNode;
 
@@ -39,27 +39,16 @@ public:
 };
 
 /// One row of the attribute view; owns its children.
-class QlumAttributeNode
+class QlumAttributeNode : public QlumTreeNode<QlumAttributeNode>
 {
 public:
     explicit QlumAttributeNode(const QString& name, const QString& value = QString());
     ~QlumAttributeNode();
-    QlumAttributeNode(const QlumAttributeNode&) = delete;
-    QlumAttributeNode& operator=(const QlumAttributeNode&) = delete;
 
     /// A new last child; it inherits what is inherited: whether it can be written, and the status.
     QlumAttributeNode& append(const QString& name, const QString& value = QString(), QlumValueStep step = {});
     /// Those to be made later, too.
     void clearChildren();
-
-    /// Null for the root.
-    [[nodiscard]] QlumAttributeNode* parent() const { return m_parent; }
-    /// Among the children of the parent.
-    [[nodiscard]] int row() const { return m_row; }
-    /// Of those that have been made.
-    [[nodiscard]] int childCount() const { return static_cast<int>(m_children.size()); }
-    /// Null when out of range.
-    [[nodiscard]] QlumAttributeNode* child(int row) const;
 
     [[nodiscard]] const QString& name() const { return m_name; }
     [[nodiscard]] const QString& value() const { return m_value; }
@@ -87,20 +76,17 @@ public:
     /// How many children have not been made yet.
     [[nodiscard]] int pendingCount() const { return m_source ? m_source->count() - childCount() : 0; }
     /// Also when none has been made yet.
-    [[nodiscard]] bool hasChildren() const { return !m_children.empty() || pendingCount() > 0; }
+    [[nodiscard]] bool hasChildren() const { return childCount() > 0 || pendingCount() > 0; }
     /// Makes so many children, or fewer when fewer are pending.
     void fetchMore(int count);
 
 private:
     QString m_name;
     QString m_value;
-    QlumAttributeNode* m_parent = nullptr;
-    int m_row = 0;
     OpcUa_StatusCode m_status = 0;
     QlumValueStep m_step;
     bool m_optional : 1 = false;
     bool m_writable : 1 = false;
     bool m_absent : 1 = false;
     std::unique_ptr<QlumRowSource> m_source;
-    std::vector<std::unique_ptr<QlumAttributeNode>> m_children;
 };

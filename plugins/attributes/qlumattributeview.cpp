@@ -4,6 +4,7 @@
 #include <plugins/attributes/qlumattributedelegate.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/table/qlumemptytext.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
@@ -14,9 +15,6 @@
 #include <QIcon>
 #include <QKeySequence>
 #include <QModelIndex>
-#include <QPaintEvent>
-#include <QPainter>
-#include <QPalette>
 #include <QPersistentModelIndex>
 #include <QPoint>
 #include <QScrollBar>
@@ -28,7 +26,6 @@
 #include <vector>
 
 namespace {
-constexpr int hintMargin = 12; // around the text of the empty view
 constexpr int nameWidth = 190;
 const QLatin1Char separator('/');
 
@@ -61,23 +58,13 @@ QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
     m_state = std::make_unique<QlumViewState>(QStringLiteral("QlumAttributeView"), nullptr);
     m_state->keep(header(), QStringLiteral("header"));
     createActions();
+    new QlumEmptyText(this, tr("Select a node in the address space window."));
     connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &QlumAttributeView::saveState);
     connect(model, &QAbstractItemModel::modelReset, this, &QlumAttributeView::restoreState);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &QlumAttributeView::fetchVisible);
 }
 
 QlumAttributeView::~QlumAttributeView() = default;
-
-void QlumAttributeView::paintEvent(QPaintEvent* event)
-{
-    QTreeView::paintEvent(event);
-    if (model()->rowCount() > 0)
-        return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(hintMargin, hintMargin, -hintMargin, -hintMargin),
-                     Qt::AlignCenter | Qt::TextWordWrap, tr("Select a node in the address space window."));
-}
 
 // ---- copying
 

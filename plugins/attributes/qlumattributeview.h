@@ -1,7 +1,6 @@
 #pragma once
 #include <QAction>
 #include <QModelIndex>
-#include <QPaintEvent>
 #include <QSet>
 #include <QString>
 #include <QTreeView>
@@ -36,9 +35,6 @@ public slots:
     void sltCopyPath();
     /// The id of the node that is shown.
     void sltCopyNodeId();
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
 
 private:
     void createActions();

@@ -1,0 +1,54 @@
+#include <uawidgets/table/qlumemptytext.h>
+
+#include <QAbstractItemModel>
+#include <QAbstractItemView>
+#include <QAbstractProxyModel>
+#include <QEvent>
+#include <QLabel>
+#include <QPalette>
+
+namespace {
+constexpr int margin = 12;
+}
+
+QlumEmptyText::QlumEmptyText(QAbstractItemView* view, const QString& text)
+    : QObject(view), m_view(view), m_label(new QLabel(view->viewport())), m_text(text)
+{
+    m_label->setObjectName(QStringLiteral("emptyText"));
+    m_label->setTextFormat(Qt::PlainText);
+    m_label->setWordWrap(true);
+    m_label->setAlignment(Qt::AlignCenter);
+    m_label->setMargin(margin);
+    m_label->setForegroundRole(QPalette::PlaceholderText);
+    m_label->setAttribute(Qt::WA_TransparentForMouseEvents); // what is dropped is the view's
+    view->viewport()->installEventFilter(this);
+    const QAbstractItemModel* model = view->model();
+    connect(model, &QAbstractItemModel::rowsInserted, this, &QlumEmptyText::update);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &QlumEmptyText::update);
+    connect(model, &QAbstractItemModel::modelReset, this, &QlumEmptyText::update);
+    connect(model, &QAbstractItemModel::layoutChanged, this, &QlumEmptyText::update);
+    update();
+}
+
+void QlumEmptyText::setText(const QString& text)
+{
+    m_text = text;
+    update();
+}
+
+void QlumEmptyText::update()
+{
+    const QAbstractItemModel* model = m_view->model();
+    const auto* proxy = qobject_cast<const QAbstractProxyModel*>(model);
+    const bool isFiltered = proxy && proxy->sourceModel() && proxy->sourceModel()->rowCount() > 0;
+    m_label->setText(isFiltered ? tr("No row has what the filter asks for.") : m_text);
+    m_label->setGeometry(m_view->viewport()->rect());
+    m_label->setVisible(model && model->rowCount(m_view->rootIndex()) == 0);
+}
+
+bool QlumEmptyText::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Resize)
+        update();
+    return QObject::eventFilter(watched, event);
+}

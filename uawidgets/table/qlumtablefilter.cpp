@@ -1,0 +1,159 @@
+#include <uawidgets/table/qlumtablefilter.h>
+
+#include <app/api/qlumguithread.h>
+
+#include <QAbstractItemModel>
+#include <QDateTime>
+#include <QMetaType>
+#include <QObject>
+#include <QVariant>
+
+#include <algorithm>
+#include <compare>
+#include <numeric>
+#include <utility>
+
+namespace {
+// What a cell is sorted by. A long double holds every 64 bit number without loss.
+struct SortKey
+{
+    enum Kind { Number, Text, Nothing };
+    Kind kind = Nothing;
+    long double number = 0;
+    QString text;
+};
+
+SortKey keyOf(const QVariant& value)
+{
+    switch (static_cast<QMetaType::Type>(value.userType())) {
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::Short:
+    case QMetaType::SChar:
+    case QMetaType::Long:
+    case QMetaType::LongLong:
+        return {SortKey::Number, static_cast<long double>(value.toLongLong()), {}};
+    case QMetaType::UInt:
+    case QMetaType::UShort:
+    case QMetaType::UChar:
+    case QMetaType::ULong:
+    case QMetaType::ULongLong:
+        return {SortKey::Number, static_cast<long double>(value.toULongLong()), {}};
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return {SortKey::Number, value.toDouble(), {}};
+    case QMetaType::QDateTime:
+        return {SortKey::Number, static_cast<long double>(value.toDateTime().toMSecsSinceEpoch()), {}};
+    default:
+        break;
+    }
+    QString text = value.toString();
+    return text.isEmpty() ? SortKey() : SortKey{SortKey::Text, 0, std::move(text)};
+}
+
+bool isLess(const SortKey& left, const SortKey& right, Qt::CaseSensitivity sensitivity)
+{
+    if (left.kind != right.kind)
+        return left.kind < right.kind;
+    if (left.kind == SortKey::Number) // NaN has a place too, the first, or no order would be one
+        return std::strong_order(left.number, right.number) < 0;
+    return left.text.compare(right.text, sensitivity) < 0;
+}
+} // namespace
+
+QlumTableFilter::QlumTableFilter(QObject* parent)
+    : QSortFilterProxyModel(parent), m_matcher(QString(), Qt::CaseInsensitive)
+{
+    setSortCaseSensitivity(Qt::CaseInsensitive);
+}
+
+bool QlumTableFilter::setText(const QString& text)
+{
+    if (text == m_matcher.pattern())
+        return false;
+    m_matcher.setPattern(text);
+    refilter();
+    return true;
+}
+
+void QlumTableFilter::setSearchedColumns(const QVector<int>& columns)
+{
+    m_columns = columns;
+    refilter();
+}
+
+// Taking rows out one run after the other costs the base class the square of their number, so all of it is
+// laid out anew.
+void QlumTableFilter::refilter()
+{
+    qlumAssertGuiThread();
+    makeRanks(sortColumn());
+    invalidate();
+    m_ranks.clear();
+}
+
+void QlumTableFilter::sort(int column, Qt::SortOrder order)
+{
+    qlumAssertGuiThread();
+    makeRanks(column);
+    QSortFilterProxyModel::sort(column, order);
+    m_ranks.clear();
+}
+
+// Each cell is asked for once, and not in each of the many comparisons.
+void QlumTableFilter::makeRanks(int column)
+{
+    m_ranks.clear();
+    const QAbstractItemModel* source = sourceModel();
+    if (!source || column < 0 || column >= source->columnCount())
+        return;
+    const int count = source->rowCount();
+    std::vector<SortKey> keys;
+    keys.reserve(static_cast<std::size_t>(count));
+    for (int row = 0; row < count; ++row)
+        keys.push_back(keyOf(source->index(row, column).data(sortRole())));
+    std::vector<std::size_t> order(keys.size());
+    std::iota(order.begin(), order.end(), 0);
+    const auto less = [&](std::size_t left, std::size_t right) {
+        return isLess(keys[left], keys[right], sortCaseSensitivity());
+    };
+    std::sort(order.begin(), order.end(), less);
+    m_ranks.resize(keys.size());
+    int rank = 0;
+    for (std::size_t place = 0; place < order.size(); ++place) {
+        if (place > 0 && less(order[place - 1], order[place])) // equal ones keep the order of the source
+            ++rank;
+        m_ranks[order[place]] = rank;
+    }
+}
+
+bool QlumTableFilter::acceptsRow(int, const QModelIndex&) const
+{
+    return true;
+}
+
+bool QlumTableFilter::filterAcceptsRow(int row, const QModelIndex& parent) const
+{
+    if (!acceptsRow(row, parent))
+        return false;
+    if (m_matcher.pattern().isEmpty())
+        return true;
+    const QAbstractItemModel* source = sourceModel();
+    const auto holdsText = [&](int column) {
+        return m_matcher.indexIn(source->data(source->index(row, column, parent)).toString()) >= 0;
+    };
+    if (!m_columns.isEmpty())
+        return std::any_of(m_columns.begin(), m_columns.end(), holdsText);
+    const int count = source->columnCount(parent);
+    for (int column = 0; column < count; ++column)
+        if (holdsText(column))
+            return true;
+    return false;
+}
+
+bool QlumTableFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const
+{
+    if (!m_ranks.empty() && !left.parent().isValid())
+        return m_ranks[static_cast<std::size_t>(left.row())] < m_ranks[static_cast<std::size_t>(right.row())];
+    return isLess(keyOf(left.data(sortRole())), keyOf(right.data(sortRole())), sortCaseSensitivity());
+}

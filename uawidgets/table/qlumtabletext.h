@@ -1,0 +1,28 @@
+// What a table or tree shows, as text for the clipboard and for files.
+#pragma once
+#include <QByteArray>
+#include <QModelIndex>
+#include <QModelIndexList>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+class QAbstractItemModel;
+class QAbstractItemView;
+class QHeaderView;
+
+/// The header that names the columns of a table or tree; null for other views.
+[[nodiscard]] QHeaderView* qlumColumnHeader(const QAbstractItemView* view);
+/// The columns that are shown, in the order on screen; all columns of views without a header.
+[[nodiscard]] QVector<int> qlumShownColumns(const QAbstractItemView* view);
+[[nodiscard]] QStringList qlumColumnTitles(const QAbstractItemModel& model, const QVector<int>& columns);
+
+/// A line for each row that has one of the cells, a tab between columns; in the order on screen, whatever the
+/// order of the indexes. Cells of columns that are not shown are left out. A cell with tabs or line breaks is
+/// quoted as spreadsheets do, unless it is the only one.
+[[nodiscard]] QString qlumTabbedText(const QAbstractItemView* view, const QModelIndexList& cells,
+                                     bool withTitles);
+
+/// A record of comma separated values with its line end, UTF-8. A text that a spreadsheet would take for a
+/// formula, which a server can have written, gets an apostrophe and so stays a text; numbers stay numbers.
+[[nodiscard]] QByteArray qlumCsvRecord(const QStringList& fields);
