@@ -3,11 +3,11 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumguithread.h>
+#include <app/api/qlumservertypes.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributetexts.h>
-#include <plugins/attributes/qlumtypenames.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
@@ -38,12 +38,10 @@ QColor greyed()
 }
 } // namespace
 
-QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application,
-                                       std::shared_ptr<const QlumTypeNames> typeNames, QObject* parent,
+QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application, QObject* parent,
                                        QlumSessionServicesProvider services)
     : QAbstractItemModel(parent), m_application(application), m_services(std::move(services)),
-      m_typeNames(std::move(typeNames)), m_rows(application),
-      m_root(std::make_unique<QlumAttributeNode>(tr("Root")))
+      m_rows(application), m_root(std::make_unique<QlumAttributeNode>(tr("Root")))
 {
 }
 
@@ -280,7 +278,8 @@ QlumAttributeNode& QlumAttributeModel::addDataType(const UaVariant& value)
     const UaNodeId id = value.toNodeId();
     QlumAttributeNode& row = m_rows.addNodeId(*m_root, qlumAttributeName(OpcUa_Attributes_DataType), id);
     // people know their types by name
-    const QString name = m_typeNames->find(m_serverId, id).value_or(QString());
+    const QlumServerTypes* types = m_session ? m_session->types() : nullptr;
+    const QString name = types ? types->knownTypeName(id).value_or(QString()) : QString();
     if (!name.isEmpty())
         row.setValue(QStringLiteral("%1 (%2)").arg(name, row.value()));
     return row;

@@ -1,8 +1,11 @@
 // A server in the test program: answers the service calls of views by what a test put into it.
 #pragma once
+#include <app/api/qlumservertypes.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtext.h>
+#include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
+#include <tests/support/unscriptedservices.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uaoptionsetdefinition.h>
@@ -15,11 +18,13 @@
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
+#include <QString>
 #include <QStringList>
 #include <gtest/gtest.h>
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -33,7 +38,7 @@ struct ScriptedReference
     UaNodeId typeDefinition = UaNodeId(58);
 };
 
-class ScriptedServices : public QlumSessionServices, public UaDataTypeDictionary
+class ScriptedServices : public UnscriptedServices, public UaDataTypeDictionary, private QlumServerTypes
 {
 public:
     /// One answer to Browse or BrowseNext; it holds a continuation point when there is another.
@@ -53,6 +58,7 @@ public:
     std::map<std::pair<UaNodeId, OpcUa_UInt32>, OpcUa_StatusCode> attributeStatus;
     std::map<UaNodeId, UaNodeId> icons; ///< node -> its property "Icon"
     std::map<UaNodeId, UaEnumDefinition> enums;
+    std::map<UaNodeId, QString> names; ///< of types: those that were asked for already
     std::map<UaNodeId, UaStructureDefinition> structures;
     std::vector<UaVariant> written;
     OpcUa_StatusCode callStatus = 0; ///< of read, write and translate
@@ -141,6 +147,7 @@ public:
         return {};
     }
     UaDataTypeDictionary* dataTypeDictionary() override { return this; }
+    QlumServerTypes* types() override { return this; }
 
     DefinitionType definitionType(const UaNodeId&) override { return UndefinedType; }
     UaStructureDefinition structureDefinition(const UaNodeId& id) override { return structures[id]; }
@@ -158,6 +165,34 @@ public:
     OpcUa_StatusCode releaseStatus = 0;
 
 private:
+    // ---- what is known of types
+    QString typeName(const UaNodeId& id, bool) override
+    {
+        if (const auto known = knownTypeName(id))
+            return *known;
+        UaReadValueIds nodes(1);
+        EXPECT_TRUE(OpcUa_IsGood(id.copyTo(&nodes[0].NodeId)));
+        nodes[0].AttributeId = OpcUa_Attributes_DisplayName;
+        UaDataValues values;
+        Settings settings;
+        if (read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values).isBad())
+            return {};
+        return names[id] = toQString(UaVariant(values[0].Value).toLocalizedText().text());
+    }
+    std::optional<QString> knownTypeName(const UaNodeId& id) const override
+    {
+        const auto found = names.find(id);
+        return found == names.end() ? std::nullopt : std::optional(found->second);
+    }
+    UaEnumDefinition getEnumDefinition(const UaNodeId* id) override { return enums[*id]; }
+    bool isEnum(const UaNodeId* id) override { return enums.contains(*id); }
+    UaStatus readDataTypeId(const UaNodeId&, UaNodeId*, int*, UaUInt32Array*, QString*,
+                            UaLocalizedText*) override
+    {
+        return UaStatus(OpcUa_BadServiceUnsupported);
+    }
+
+    // ---- services
     UaStatus answer(const UaNodeId& node, UaByteString& continuationPoint,
                     UaReferenceDescriptions& references)
     {
