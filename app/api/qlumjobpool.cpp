@@ -69,7 +69,7 @@ class QlumJobPoolPrivate
 public:
     void runNext();
     void finish(const EntryPtr& entry, QlumWorkEnd end);
-    /// Drops what waits and matches, and tells what runs and matches to end.
+    // Drops what waits and matches, and tells what runs and matches to end.
     template <typename Matches>
     void giveUp(Matches matches);
     template <typename Function>
@@ -78,14 +78,14 @@ public:
         QMetaObject::invokeMethod(&receiver, std::move(function), Qt::QueuedConnection);
     }
 
-    QObject receiver;                      ///< of posts; what is on its way ends with it
-    std::set<QlumJobPool::Ticket> current; ///< not given up and not ended; own thread only
+    QObject receiver;                      // of posts; what is on its way ends with it
+    std::set<QlumJobPool::Ticket> current; // not given up and not ended; own thread only
     QlumJobPool::Ticket lastTicket = 0;
     mutable std::mutex mutex;
     std::condition_variable ended;
     std::deque<EntryPtr> waiting;
     std::vector<EntryPtr> running;
-    QThreadPool threads; ///< last: joined first
+    QThreadPool threads; // last: joined first
 };
 
 void QlumJobPoolPrivate::runNext()
