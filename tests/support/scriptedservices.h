@@ -38,7 +38,7 @@ struct ScriptedReference
     UaNodeId typeDefinition = UaNodeId(58);
 };
 
-class ScriptedServices : public UnscriptedServices, public UaDataTypeDictionary, private QlumServerTypes
+class ScriptedServices : public UnscriptedServices
 {
 public:
     /// One answer to Browse or BrowseNext; it holds a continuation point when there is another.
@@ -57,9 +57,6 @@ public:
         attributes; ///< read; others are BadAttributeIdInvalid
     std::map<std::pair<UaNodeId, OpcUa_UInt32>, OpcUa_StatusCode> attributeStatus;
     std::map<UaNodeId, UaNodeId> icons; ///< node -> its property "Icon"
-    std::map<UaNodeId, UaEnumDefinition> enums;
-    std::map<UaNodeId, QString> names; ///< of types: those that were asked for already
-    std::map<UaNodeId, UaStructureDefinition> structures;
     std::vector<UaVariant> written;
     OpcUa_StatusCode callStatus = 0; ///< of read, write and translate
     OpcUa_StatusCode writeResult = 0;
@@ -146,17 +143,11 @@ public:
         targets.detach(&results[0].NoOfTargets, &results[0].Targets);
         return {};
     }
-    UaDataTypeDictionary* dataTypeDictionary() override { return this; }
-    QlumServerTypes* types() override { return this; }
-
-    DefinitionType definitionType(const UaNodeId&) override { return UndefinedType; }
-    UaStructureDefinition structureDefinition(const UaNodeId& id) override { return structures[id]; }
     UaEnumDefinition enumDefinition(const UaNodeId& id) override
     {
         journal.append("enum " + toQString(id.toXmlString()));
-        return enums[id];
+        return UnscriptedServices::enumDefinition(id);
     }
-    UaOptionSetDefinition optionSetDefinition(const UaNodeId&) override { return {}; }
 
     UaClientSdk::BrowseContext lastContext;
     UaByteString lastPoint; ///< that was given
@@ -165,34 +156,6 @@ public:
     OpcUa_StatusCode releaseStatus = 0;
 
 private:
-    // ---- what is known of types
-    QString typeName(const UaNodeId& id, bool) override
-    {
-        if (const auto known = knownTypeName(id))
-            return *known;
-        UaReadValueIds nodes(1);
-        EXPECT_TRUE(OpcUa_IsGood(id.copyTo(&nodes[0].NodeId)));
-        nodes[0].AttributeId = OpcUa_Attributes_DisplayName;
-        UaDataValues values;
-        Settings settings;
-        if (read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values).isBad())
-            return {};
-        return names[id] = toQString(UaVariant(values[0].Value).toLocalizedText().text());
-    }
-    std::optional<QString> knownTypeName(const UaNodeId& id) const override
-    {
-        const auto found = names.find(id);
-        return found == names.end() ? std::nullopt : std::optional(found->second);
-    }
-    UaEnumDefinition getEnumDefinition(const UaNodeId* id) override { return enums[*id]; }
-    bool isEnum(const UaNodeId* id) override { return enums.contains(*id); }
-    UaStatus readDataTypeId(const UaNodeId&, UaNodeId*, int*, UaUInt32Array*, QString*,
-                            UaLocalizedText*) override
-    {
-        return UaStatus(OpcUa_BadServiceUnsupported);
-    }
-
-    // ---- services
     UaStatus answer(const UaNodeId& node, UaByteString& continuationPoint,
                     UaReferenceDescriptions& references)
     {

@@ -1,23 +1,54 @@
-// A server that knows no service: what a scripted one builds on.
+// A server that knows no service but has the types that a test gives it: what a scripted one builds on.
 #pragma once
 #include <app/api/qlumservertypes.h>
 #include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtext.h>
+#include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
 
-#include <memory>
+#include <QString>
+#include <gtest/gtest.h>
 
-class UnscriptedServices : public QlumSessionServices
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+class UnscriptedServices : public QlumSessionServices, public UaDataTypeDictionary, private QlumServerTypes
 {
 public:
+    std::map<UaNodeId, UaEnumDefinition> enums;
+    std::map<UaNodeId, UaStructureDefinition> structures;
+
+    /// As if somebody had asked for the name of the type already.
+    void setTypeName(const UaNodeId& id, const QString& name)
+    {
+        const std::lock_guard lock(m_namesMutex);
+        m_names[id] = name;
+    }
+    /// As a server's node does for a new session.
+    void forgetTypeNames()
+    {
+        const std::lock_guard lock(m_namesMutex);
+        m_names.clear();
+    }
+
     bool isConnected() const override { return true; }
     UaClientSdk::OperationLimits operationLimits() const override { return {}; }
     UaStringArray namespaceTable() const override { return {}; }
     UaNodeId sessionId() const override { return {}; }
-    QlumServerTypes* types() override { return nullptr; }
+    UaDataTypeDictionary* dataTypeDictionary() override { return this; }
+    QlumServerTypes* types() override { return this; }
     std::shared_ptr<UaClientSdk::UaSession> session() const override { return nullptr; }
 
     UaStatus read(Settings&, double, OpcUa_TimestampsToReturn, const UaReadValueIds&, UaDataValues&) override
@@ -130,6 +161,43 @@ public:
     UaStatus queryNext(Settings&, bool, UaByteString&, UaQueryDataSets&) override { return unsupported(); }
     UaStatus cancel(Settings&, OpcUa_UInt32, OpcUa_UInt32&) override { return unsupported(); }
 
+    DefinitionType definitionType(const UaNodeId&) override { return UndefinedType; }
+    UaStructureDefinition structureDefinition(const UaNodeId& id) override { return structures[id]; }
+    UaEnumDefinition enumDefinition(const UaNodeId& id) override { return enums[id]; }
+    UaOptionSetDefinition optionSetDefinition(const UaNodeId&) override { return {}; }
+
 private:
+    QString typeName(const UaNodeId& id, bool) override
+    {
+        if (const auto known = knownTypeName(id))
+            return *known;
+        UaReadValueIds nodes(1);
+        EXPECT_TRUE(OpcUa_IsGood(id.copyTo(&nodes[0].NodeId)));
+        nodes[0].AttributeId = OpcUa_Attributes_DisplayName;
+        UaDataValues values;
+        Settings settings;
+        if (read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values).isBad())
+            return {};
+        const QString name = toQString(UaVariant(values[0].Value).toLocalizedText().text());
+        setTypeName(id, name);
+        return name;
+    }
+    std::optional<QString> knownTypeName(const UaNodeId& id) const override
+    {
+        const std::lock_guard lock(m_namesMutex);
+        const auto found = m_names.find(id);
+        return found == m_names.end() ? std::nullopt : std::optional(found->second);
+    }
+    UaEnumDefinition getEnumDefinition(const UaNodeId* id) override { return enumDefinition(*id); }
+    bool isEnum(const UaNodeId* id) override { return !enumDefinition(*id).isNull(); }
+    UaStatus readDataTypeId(const UaNodeId&, UaNodeId*, int*, UaUInt32Array*, QString*,
+                            UaLocalizedText*) override
+    {
+        return unsupported();
+    }
+
     static UaStatus unsupported() { return UaStatus(OpcUa_BadServiceUnsupported); }
+
+    mutable std::mutex m_namesMutex;
+    std::map<UaNodeId, QString> m_names;
 };

@@ -49,7 +49,7 @@ class AttributeFixture : public testing::Test
 protected:
     AttributeFixture() : model(application, nullptr, [this](unsigned int) { return services; })
     {
-        services->names[UaNodeId(11)] = "Double";
+        services->setTypeName(UaNodeId(11), "Double");
         application.enumeration = UaEnumDefinition(UaString("Colors"), UaNodeId(3000, 2));
         application.enumeration.addValue(1, UaString("Red"));
         application.enumeration.addValue(2, UaString("Green"));

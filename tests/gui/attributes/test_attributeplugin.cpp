@@ -121,7 +121,7 @@ TEST_F(AttributePlugin, TypesAreNamedWithoutHoldingUpTheWindow)
         EXPECT_EQ(plugin.model()->index(8, 1).data().toString(), "Double (i=11)");
     }
     EXPECT_EQ(services->journal, (QStringList{"read ns=2;i=1", "read i=11", "read ns=2;i=2"})) << "once";
-    services->names.clear(); // as the server's node does for a new session
+    services->forgetTypeNames(); // as the server's node does for a new session
     select(1);
     ASSERT_TRUE(waitFor(1));
     EXPECT_EQ(services->journal.last(), "read i=11") << "another server may answer now";

@@ -24,7 +24,7 @@ namespace {
 class JobPool : public testing::Test
 {
 protected:
-    /// Work that posts its name as soon as the gate lets it.
+    // Work that posts its name as soon as the gate lets it.
     QlumJobPool::Ticket addGated(const QString& name, unsigned int serverId = 5)
     {
         return pool.add(
