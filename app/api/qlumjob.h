@@ -19,16 +19,18 @@ class QlumJobProgress
 public:
     QlumJobProgress();
 
+    /// What is being done, as the user sees it.
     [[nodiscard]] QString text() const;
+    /// Says what is being done just now.
     void setText(const QString& text);
 
     const quint64 number;                 ///< unique in the running program
     unsigned int serverId = qlumNoServer; ///< set before others know of it
-    std::atomic<bool> cancelled{false};
-    std::atomic<bool> begun{false};
-    std::atomic<bool> ended{false};
-    std::atomic<qint64> done{0};
-    std::atomic<qint64> total{0}; ///< 0: unknown
+    std::atomic<bool> cancelled{false};   ///< asked to end
+    std::atomic<bool> begun{false};       ///< no longer waiting for its turn
+    std::atomic<bool> ended{false};       ///< run, or dropped
+    std::atomic<qint64> done{0};          ///< in units of the job
+    std::atomic<qint64> total{0};         ///< 0: unknown
 
 private:
     mutable std::mutex m_mutex;

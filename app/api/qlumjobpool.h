@@ -32,7 +32,9 @@ class QlumJobPool
 public:
     /// Number of a piece of work in its pool, never 0.
     using Ticket = quint64;
+    /// The work itself; the job is its way to tell and to hand over.
     using Function = std::function<void(QlumJob& job)>;
+    /// Hears how the work has ended.
     using Ended = std::function<void(QlumWorkEnd end)>;
 
     /// With so many threads, at least one.

@@ -16,14 +16,14 @@ class QlumJobProgress;
 /// One piece of work as the user sees it.
 struct QlumRunningWorkRow
 {
-    quint64 number = 0;
-    QString text;
-    unsigned int serverId = qlumNoServer;
-    qint64 done = 0;
-    qint64 total = 0;           ///< 0: unknown
-    std::optional<qint64> left; ///< ms, by how quickly it went so far
-    bool isWaiting = false;     ///< for other work of its pool
-    bool isCancelled = false;   ///< asked to end
+    quint64 number = 0;                   ///< for QlumRunningWork::cancel
+    QString text;                         ///< what is being done
+    unsigned int serverId = qlumNoServer; ///< whose services it calls
+    qint64 done = 0;                      ///< in units of the work
+    qint64 total = 0;                     ///< 0: unknown
+    std::optional<qint64> left;           ///< ms, by how quickly it went so far
+    bool isWaiting = false;               ///< for other work of its pool
+    bool isCancelled = false;             ///< asked to end
 };
 
 /// All work of all job pools that has a text, for one list with a Cancel. GUI thread.
@@ -34,6 +34,7 @@ public:
     /// Milliseconds that only go forward.
     using Clock = std::function<qint64()>;
 
+    /// An empty list; times are those of the clock.
     explicit QlumRunningWork(Clock clock);
     ~QlumRunningWork() override;
 

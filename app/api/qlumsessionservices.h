@@ -29,6 +29,7 @@ class UaSession;
 class QlumSessionServices
 {
 public:
+    /// What a caller says about one call.
     using Settings = UaClientSdk::ServiceSettings;
 
     QlumSessionServices() = default;
@@ -89,51 +90,63 @@ public:
     /// Asks the server for ids by which it finds the nodes quickly; they are given back by unregisterNodes.
     virtual UaStatus registerNodes(Settings& settings, const UaNodeIdArray& nodesToRegister,
                                    UaNodeIdArray& registeredNodes) = 0;
+    /// Gives registered ids back.
     virtual UaStatus unregisterNodes(Settings& settings, const UaNodeIdArray& nodesToUnregister) = 0;
 
-    /// Node management; one result for each item.
+    /// Adds nodes; one result for each.
     virtual UaStatus addNodes(Settings& settings, const UaAddNodesItems& nodesToAdd,
                               UaAddNodesResults& results) = 0;
+    /// Adds references; one result for each.
     virtual UaStatus addReferences(Settings& settings, const UaAddReferencesItems& referencesToAdd,
                                    UaStatusCodeArray& results) = 0;
+    /// Deletes nodes; one result for each.
     virtual UaStatus deleteNodes(Settings& settings, const UaDeleteNodesItems& nodesToDelete,
                                  UaStatusCodeArray& results) = 0;
+    /// Deletes references; one result for each.
     virtual UaStatus deleteReferences(Settings& settings, const UaDeleteReferencesItems& referencesToDelete,
                                       UaStatusCodeArray& results) = 0;
 
-    /// History; one result for each node, with a continuation point when there is more.
+    /// Raw or modified values; one result for each node, with a continuation point when there is more.
     virtual UaStatus historyReadRawModified(Settings& settings,
                                             const UaClientSdk::HistoryReadRawModifiedContext& context,
                                             const UaHistoryReadValueIds& nodesToRead,
                                             UaClientSdk::HistoryReadDataResults& results) = 0;
+    /// Aggregates; BadAggregateListMismatch unless there is one for each node.
     virtual UaStatus historyReadProcessed(Settings& settings,
                                           const UaClientSdk::HistoryReadProcessedContext& context,
                                           const UaHistoryReadValueIds& nodesToRead,
                                           UaClientSdk::HistoryReadDataResults& results) = 0;
+    /// Values at certain times.
     virtual UaStatus historyReadAtTime(Settings& settings,
                                        const UaClientSdk::HistoryReadAtTimeContext& context,
                                        const UaHistoryReadValueIds& nodesToRead,
                                        UaClientSdk::HistoryReadDataResults& results) = 0;
+    /// Events, with the fields that are selected.
     virtual UaStatus historyReadEvent(Settings& settings, const UaClientSdk::HistoryReadEventContext& context,
                                       const UaHistoryReadValueIds& nodesToRead,
                                       UaClientSdk::HistoryReadEventResults& results) = 0;
-    /// Changes of history; one result for each of the details.
+    /// Inserts, replaces or removes values; one result for each of the details.
     virtual UaStatus historyUpdateData(Settings& settings, const UaUpdateDataDetailsArray& details,
                                        UaHistoryUpdateResults& results) = 0;
+    /// Inserts or replaces events.
     virtual UaStatus historyUpdateEvents(Settings& settings, const UaUpdateEventDetailsArray& details,
                                          UaHistoryUpdateResults& results) = 0;
+    /// Deletes the values of a time range.
     virtual UaStatus historyDeleteRawModified(Settings& settings,
                                               const UaDeleteRawModifiedDetailsArray& details,
                                               UaHistoryUpdateResults& results) = 0;
+    /// Deletes the values of certain times.
     virtual UaStatus historyDeleteAtTime(Settings& settings, const UaDeleteAtTimeDetailsArray& details,
                                          UaHistoryUpdateResults& results) = 0;
+    /// Deletes events by their ids.
     virtual UaStatus historyDeleteEvents(Settings& settings, const UaDeleteEventDetailsArray& details,
                                          UaHistoryUpdateResults& results) = 0;
 
-    /// Queries. A continuation point that is not empty asks for queryNext, or its release.
+    /// Begins a query. A continuation point that is not empty asks for queryNext, or its release.
     virtual UaStatus queryFirst(Settings& settings, const UaClientSdk::QueryContext& context,
                                 const UaNodeTypeDescriptions& nodeTypes, UaQueryDataSets& dataSets,
                                 UaByteString& continuationPoint, UaClientSdk::QueryFindings& findings) = 0;
+    /// Continues a query, or gives its continuation point up.
     virtual UaStatus queryNext(Settings& settings, bool releaseContinuationPoint,
                                UaByteString& continuationPoint, UaQueryDataSets& dataSets) = 0;
     /// Asks the server to give up the requests with that handle.
@@ -154,6 +167,7 @@ qlumServicesOf(std::shared_ptr<UaClientSdk::UaSession> session,
 class QlumServicesRegistration
 {
 public:
+    /// Takes the place of services that the id had before.
     QlumServicesRegistration(unsigned int serverId, std::shared_ptr<QlumSessionServices> services);
     ~QlumServicesRegistration();
     QlumServicesRegistration(const QlumServicesRegistration&) = delete;
