@@ -6,6 +6,8 @@
 #include <stack/security/policyprofile.h>
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <sys/types.h>
 
@@ -34,11 +36,15 @@ inline constexpr int bulkValues = 1000;    ///< of the Read with more than one n
 inline constexpr int notifications = 1000; ///< of each Publish answer
 inline constexpr int references = 1000;    ///< of each Browse answer
 
+/// The answer to the body of a request; nothing: the canned one.
+using Answerer = std::function<std::optional<Bytes>(const Bytes& body)>;
+
 class Responder
 {
 public:
-    /// Forks; the caller must have one thread only. clientNonce is what sessions are created with.
-    Responder(const Identity& server, const Identity& client, ByteView clientNonce);
+    /// Forks; the caller must have one thread only. clientNonce is what sessions are created with. answerer
+    /// is asked in the other process, about all but the server's state.
+    Responder(const Identity& server, const Identity& client, ByteView clientNonce, Answerer answerer = {});
     ~Responder();
     Responder(const Responder&) = delete;
     Responder& operator=(const Responder&) = delete;

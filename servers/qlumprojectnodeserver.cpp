@@ -77,9 +77,11 @@ QIcon iconWithOverlay(const QString& overlay)
 
 QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting)
     : QlumServerNode(setting.displayName), m_serverId(nextServerId()), m_log(tr("Server Node"), m_serverId),
-      m_setting(setting), m_session(std::make_unique<UaClientSdk::UaSession>()),
-      m_typeCache(std::make_unique<QlumTypeCache>(
-          m_serverId, [session = m_session.get()](unsigned int) { return qlumServicesOf(session); })),
+      m_setting(setting), m_session(std::make_shared<UaClientSdk::UaSession>()),
+      m_typeCache(std::make_shared<QlumTypeCache>(
+          m_serverId, [services = qlumServicesOf(m_session)](unsigned int) { return services; })),
+      m_services(
+          std::make_unique<QlumServicesRegistration>(m_serverId, qlumServicesOf(m_session, m_typeCache))),
       m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()), m_network(QlumNetworkWatch::shared()),
       m_fetcher(new QlumEndpointFetcher(this))
 {
@@ -95,8 +97,9 @@ QlumProjectNodeServer::~QlumProjectNodeServer()
 {
     m_closing = true; // the session may still call back until it is gone
     delete m_messageBox;
-    m_typeCache.reset();
-    m_session.reset();
+    m_services.reset();
+    // A job may hold the session longer; it fails there, and nobody calls us any more.
+    static_cast<void>(m_session->disconnect(UaClientSdk::ServiceSettings(), true));
 }
 
 // ---- tree node

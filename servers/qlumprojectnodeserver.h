@@ -2,6 +2,7 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumsessionservices.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumtypecache.h>
 #include <uabase/structures/uaenumdefinition.h>
@@ -128,8 +129,9 @@ private:
     const unsigned int m_serverId;
     const QlumLog m_log;
     QlumDiscoverySetting m_setting;
-    std::unique_ptr<UaClientSdk::UaSession> m_session;
-    std::unique_ptr<QlumTypeCache> m_typeCache;
+    const std::shared_ptr<UaClientSdk::UaSession> m_session;
+    const std::shared_ptr<QlumTypeCache> m_typeCache;
+    std::unique_ptr<QlumServicesRegistration> m_services;
     QStringList m_namespaces;
     QSemaphore m_tlsPrompt{1};           ///< one prompt at a time
     UaStatusCode m_refusal;              ///< with which the server has ended the latest connect

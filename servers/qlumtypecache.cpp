@@ -16,6 +16,7 @@
 #include <QStringList>
 
 #include <array>
+#include <optional>
 
 namespace {
 using UaClientSdk::ServiceSettings;
@@ -66,6 +67,13 @@ QString QlumTypeCache::typeName(const UaNodeId& id, bool useInverseName)
     if (!info)
         return {};
     return useInverseName ? info->inverseName : info->name;
+}
+
+std::optional<QString> QlumTypeCache::knownTypeName(const UaNodeId& id) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_typeInfos.find(id);
+    return found == m_typeInfos.end() ? std::nullopt : std::optional(found->second->name);
 }
 
 bool QlumTypeCache::readTypeInfo(const UaNodeId& id)
@@ -283,9 +291,7 @@ unsigned int QlumTypeCache::currentGeneration() const
 
 ServiceSettings QlumTypeCache::serviceSettings() const
 {
-    ServiceSettings settings;
-    settings.callTimeout = qlumCallTimeout();
-    return settings;
+    return qlumServiceSettings(tr("Names and icons of types"));
 }
 
 void QlumTypeCache::logBadStatus(const UaDataValues& values, OpcUa_UInt32 index, const QString& text) const

@@ -1,5 +1,6 @@
 #pragma once
 #include <app/api/qlumlog.h>
+#include <app/api/qlumservertypes.h>
 #include <app/api/qlumsessionservices.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/ualocalizedtext.h>
@@ -13,6 +14,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 
 /// What is known of one type node.
@@ -31,32 +33,27 @@ struct QlumTypeInfo
 /// Names, enumerations and icons of one server's types, read on the first question and kept until clear().
 /// Views on the GUI thread and jobs may share one cache; the icon functions belong on the GUI thread. A
 /// question may block for a few service calls. Failures are logged and answered by an empty value.
-class QlumTypeCache
+class QlumTypeCache : public QlumServerTypes
 {
     Q_DECLARE_TR_FUNCTIONS(QlumTypeCache)
 public:
     /// The provider is asked until it has services.
     explicit QlumTypeCache(unsigned int serverId,
                            QlumSessionServicesProvider provider = qlumApplicationServices());
-    ~QlumTypeCache();
-    QlumTypeCache(const QlumTypeCache&) = delete;
-    QlumTypeCache& operator=(const QlumTypeCache&) = delete;
+    ~QlumTypeCache() override;
 
-    /// Empty when the type cannot be read.
-    [[nodiscard]] QString typeName(const UaNodeId& id, bool useInverseName = false);
+    [[nodiscard]] QString typeName(const UaNodeId& id, bool useInverseName = false) override;
+    [[nodiscard]] std::optional<QString> knownTypeName(const UaNodeId& id) const override;
     /// Reads and keeps the type information; false on failure.
     bool readTypeInfo(const UaNodeId& id);
-    /// Null when the type is no enumeration, the id is null or there is no connection.
-    [[nodiscard]] UaEnumDefinition getEnumDefinition(const UaNodeId* dataTypeId);
-    /// Whether there is such a definition.
-    [[nodiscard]] bool isEnum(const UaNodeId* dataTypeId);
+    [[nodiscard]] UaEnumDefinition getEnumDefinition(const UaNodeId* dataTypeId) override;
+    [[nodiscard]] bool isEnum(const UaNodeId* dataTypeId) override;
     /// The icon that the server offers for the node or for its type; false and null without a connection.
     [[nodiscard]] bool hasIcon(const UaNodeId* id);
     [[nodiscard]] QPixmap getIcon(const UaNodeId* id);
-    /// Data type, rank, dimensions and names of a variable, read anew; every pointer may be null.
     [[nodiscard]] UaStatus readDataTypeId(const UaNodeId& id, UaNodeId* dataType, int* valueRank,
                                           UaUInt32Array* arrayDimensions, QString* typeName,
-                                          UaLocalizedText* displayName);
+                                          UaLocalizedText* displayName) override;
     /// Forgets everything; answers under way are not kept.
     void clear();
     /// Forgets what came out of the definitions of data types.

@@ -1,6 +1,7 @@
 #include <app/api/qlumcalltimeout.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
 
 #include <QString>
 
@@ -10,4 +11,12 @@ OpcUa_UInt32 qlumCallTimeout(const QlumApplicationInterface* application)
                ? application->settingsValue(QStringLiteral("General.CallTimeout"), qlumDefaultCallTimeout)
                      .toUInt()
                : qlumDefaultCallTimeout;
+}
+
+UaClientSdk::ServiceSettings qlumServiceSettings(const QString& purpose)
+{
+    UaClientSdk::ServiceSettings settings;
+    settings.callTimeout = qlumCallTimeout();
+    settings.purpose = toUaString(purpose);
+    return settings;
 }

@@ -1,6 +1,9 @@
 #pragma once
 #include <app/api/qlumapplicationinterface.h>
 #include <opcua/opcua_types.h>
+#include <uaclientsdk/servicesettings.h>
+
+#include <QString>
 
 /// Default of the setting "General.CallTimeout", in milliseconds.
 inline constexpr OpcUa_UInt32 qlumDefaultCallTimeout = 10000;
@@ -9,3 +12,6 @@ inline constexpr OpcUa_UInt32 qlumDefaultCallTimeout = 10000;
 /// the application; the default when it is not set or there is no application. Any thread.
 [[nodiscard]] OpcUa_UInt32
 qlumCallTimeout(const QlumApplicationInterface* application = QlumApplicationInterface::instance());
+
+/// For a service call that is made for the user: with that time-out, and what the call is for.
+[[nodiscard]] UaClientSdk::ServiceSettings qlumServiceSettings(const QString& purpose);

@@ -2,6 +2,7 @@
 
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumprojectnode.h>
+#include <app/api/qlumrunningwork.h>
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumtavelinservices.h>
@@ -69,6 +70,7 @@ void QlumServerCommands::removeServer(QlumServerNode* server)
         server->connectionStatus() == QlumConnectionStatus::NewSessionCreated)
         server->disconnectServer();
     m_parts.pages->removePage(id);
+    QlumRunningWork::instance().cancelServer(id); // all at once, before tools wait for theirs one by one
     m_parts.plugins->sessionRemoved(id);
     m_parts.project->removeServer(server);
     updateActions();

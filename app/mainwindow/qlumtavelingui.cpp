@@ -2,6 +2,7 @@
 #include <app/api/qlumdocksize.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumprojectnode.h>
+#include <app/api/qlumrunningwork.h>
 #include <app/api/qlumservernode.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/log/qlumlogview.h>
@@ -17,6 +18,7 @@
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtipwindow.h>
 #include <app/mainwindow/qlumupdatecheck.h>
+#include <app/mainwindow/qlumworkindicator.h>
 #include <app/pluginloader/qlumdirector.h>
 #include <app/pluginloader/qlumplugindialog.h>
 #include <app/project/qlumprojectmodel.h>
@@ -59,6 +61,7 @@ void QlumTavelin::setupGui()
     makeDocks();
     m_actions->makeToolBars();
     statusBar()->setObjectName(QStringLiteral("statusBar"));
+    statusBar()->addPermanentWidget(new QlumWorkIndicator(QlumRunningWork::instance(), statusBar()));
 }
 
 QWidget* QlumTavelin::makeCentralWidget()

@@ -36,7 +36,7 @@ constexpr int nextSlice = 30; // ms
 QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* highlightCombo,
                                              QObject* parent, std::shared_ptr<QlumSessionServices> services)
     : QlumTreeModel({tr("Item")}, parent), m_server(server), m_highlightCombo(highlightCombo),
-      m_services(services ? std::move(services) : qlumServicesOf(server->session())),
+      m_services(services ? std::move(services) : qlumApplicationServices()(server->serverId())),
       m_root(std::make_unique<QlumAddressSpaceNode>(tr("Root"), UaNodeId(rootFolder), UaNodeId(folderType),
                                                     OpcUa_NodeClass_Object)),
       m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
@@ -52,7 +52,7 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* 
 QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNodeId* startNode,
                                              QObject* parent, std::shared_ptr<QlumSessionServices> services)
     : QlumTreeModel({tr("Item")}, parent), m_server(server),
-      m_services(services ? std::move(services) : qlumServicesOf(server->session())),
+      m_services(services ? std::move(services) : qlumApplicationServices()(server->serverId())),
       m_root(std::make_unique<QlumAddressSpaceNode>(server->typeName(startNode, false), *startNode,
                                                     UaNodeId(), OpcUa_NodeClass_Unspecified)),
       m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))

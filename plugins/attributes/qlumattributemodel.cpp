@@ -2,11 +2,11 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumservertypes.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributetexts.h>
-#include <plugins/attributes/qlumtypenames.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
@@ -27,11 +27,10 @@ constexpr int cutLength = 256;
 constexpr int portion = 1000; // rows that an array gets at a time
 } // namespace
 
-QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application,
-                                       std::shared_ptr<const QlumTypeNames> typeNames, QObject* parent,
+QlumAttributeModel::QlumAttributeModel(QlumApplicationInterface& application, QObject* parent,
                                        QlumSessionServicesProvider services)
     : QlumTreeModel({tr("Attribute"), tr("Value")}, parent), m_application(application),
-      m_services(std::move(services)), m_typeNames(std::move(typeNames)), m_rows(application),
+      m_services(std::move(services)), m_rows(application),
       m_root(std::make_unique<QlumAttributeNode>(tr("Root")))
 {
     setRoot(m_root.get());
@@ -213,7 +212,8 @@ QlumAttributeNode& QlumAttributeModel::addDataType(const UaVariant& value)
     const UaNodeId id = value.toNodeId();
     QlumAttributeNode& row = m_rows.addNodeId(*m_root, qlumAttributeName(OpcUa_Attributes_DataType), id);
     // people know their types by name
-    const QString name = m_typeNames->find(m_serverId, id).value_or(QString());
+    const QlumServerTypes* types = m_session ? m_session->types() : nullptr;
+    const QString name = types ? types->knownTypeName(id).value_or(QString()) : QString();
     if (!name.isEmpty())
         row.setValue(QStringLiteral("%1 (%2)").arg(name, row.value()));
     return row;

@@ -22,7 +22,6 @@
 #include <vector>
 
 class QlumApplicationInterface;
-class QlumTypeNames;
 
 /// The attributes of one node as rows, values expanded; writes edited values to the server.
 class QlumAttributeModel : public QlumTreeModel<QlumAttributeNode>, public QlumModelInterface
@@ -37,9 +36,8 @@ public:
     };
 
     /// Shows data types with those of the names that are known when a node is shown.
-    QlumAttributeModel(QlumApplicationInterface& application, std::shared_ptr<const QlumTypeNames> typeNames,
-                       QObject* parent = nullptr,
-                       QlumSessionServicesProvider services = qlumApplicationServices());
+    explicit QlumAttributeModel(QlumApplicationInterface& application, QObject* parent = nullptr,
+                                QlumSessionServicesProvider services = qlumApplicationServices());
     ~QlumAttributeModel() override;
 
     [[nodiscard]] bool hasChildren(const QModelIndex& parent = QModelIndex()) const override;
@@ -94,7 +92,6 @@ private:
 
     QlumApplicationInterface& m_application;
     const QlumSessionServicesProvider m_services;
-    const std::shared_ptr<const QlumTypeNames> m_typeNames;
     QlumAttributeRows m_rows;
     std::unique_ptr<QlumAttributeNode> m_root;
     QlumAttributeNode* m_valueRow = nullptr; ///< carries the Value
@@ -103,5 +100,5 @@ private:
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified;
     UaVariant m_value;
     UaNodeId m_dataTypeId;
-    std::shared_ptr<QlumSessionServices> m_session; ///< whose dictionary the rows use
+    std::shared_ptr<QlumSessionServices> m_session; ///< whose dictionary and names the rows use
 };

@@ -92,8 +92,7 @@ bool QlumAttributeModel::write(const UaVariant& value)
     nodes[0].AttributeId = OpcUa_Attributes_Value;
     if (OpcUa_IsBad(m_nodeId.copyTo(&nodes[0].NodeId)) || OpcUa_IsBad(value.copyTo(&nodes[0].Value.Value)))
         return false; // out of memory; a null value must not be written instead
-    UaClientSdk::ServiceSettings settings;
-    settings.callTimeout = qlumCallTimeout(&m_application);
+    UaClientSdk::ServiceSettings settings = qlumServiceSettings(tr("Writing an attribute"));
     UaStatusCodeArray results;
     const UaStatus status = [&] {
         const QlumWaitCursor wait;

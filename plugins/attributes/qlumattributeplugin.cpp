@@ -9,7 +9,6 @@
 #include <plugins/attributes/qlumattributeview.h>
 #include <plugins/attributes/qlumcustomnodeiddialog.h>
 #include <plugins/attributes/qlumreadjob.h>
-#include <plugins/attributes/qlumtypenames.h>
 #include <uabase/values/uanodeid.h>
 
 #include <QAction>
@@ -41,7 +40,7 @@ const QLatin1String maxAgeKey("AttributePlugin.MaxAge");
 QlumAttributePlugin::QlumAttributePlugin() : QlumAttributePlugin(qlumApplicationServices()) {}
 
 QlumAttributePlugin::QlumAttributePlugin(QlumSessionServicesProvider services)
-    : m_services(std::move(services)), m_typeNames(std::make_shared<QlumTypeNames>())
+    : m_services(std::move(services))
 {
     setObjectName(QStringLiteral("QlumAttributePlugin"));
 }
@@ -54,7 +53,7 @@ void QlumAttributePlugin::init(QlumApplicationInterface* app)
     qlumRegisterMetaTypes();
     app->setSettingsValue(maxAgeKey, app->settingsValue(maxAgeKey, 0.0));
     m_pool = std::make_unique<QlumJobPool>(1);
-    m_model = new QlumAttributeModel(*app, m_typeNames, this, m_services);
+    m_model = new QlumAttributeModel(*app, this, m_services);
     connect(this, &QlumAttributePlugin::sigClear, m_model, &QlumAttributeModel::clear);
     createActions();
     createDock();
@@ -62,7 +61,6 @@ void QlumAttributePlugin::init(QlumApplicationInterface* app)
 
 void QlumAttributePlugin::shutdown()
 {
-    endReads();
     m_pool.reset();
     delete m_dock;
     delete m_model;
@@ -186,48 +184,28 @@ void QlumAttributePlugin::sltNodeClassRead(unsigned int serverId, const UaNodeId
 
 void QlumAttributePlugin::read(const Node& node, std::optional<OpcUa_NodeClass> nodeClass)
 {
-    auto job = std::make_unique<QlumReadJob>(node.serverId, node.nodeId, nodeClass, m_typeNames, m_services);
-    connect(job.get(), &QlumReadJob::nodeClassRead, this, &QlumAttributePlugin::sltNodeClassRead,
-            Qt::QueuedConnection);
-    connect(
-        job.get(), &QlumReadJob::newData, m_model,
-        qOverload<unsigned int, const UaNodeId&, OpcUa_NodeClass, int, const QList<int>&, OpcUa_DataValue*>(
-            &QlumAttributeModel::setData),
-        Qt::QueuedConnection);
-    if (m_pool->pending() == 0)
-        m_serversBeingRead.clear();
-    m_serversBeingRead.insert(node.serverId);
-    m_pool->addJob(std::move(job));
-}
-
-void QlumAttributePlugin::endReads()
-{
-    m_pool->cancelAll();
-    m_pool->waitForDone();
-    // Results on their way belong to whoever receives them.
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-    QCoreApplication::sendPostedEvents(m_model, QEvent::MetaCall);
-}
-
-void QlumAttributePlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus,
-                                               const NamespaceMap&)
-{
-    m_typeNames->forget(serverId);
+    auto made = std::make_unique<QlumReadJob>(node.serverId, node.nodeId, nodeClass, m_services);
+    QlumReadJob* job = made.get();
+    const auto nodeClassRead = [this, job](unsigned int serverId, const UaNodeId& nodeId,
+                                           OpcUa_NodeClass read) {
+        job->post([this, serverId, nodeId, read] { sltNodeClassRead(serverId, nodeId, read); });
+    };
+    const auto newData = [this, job](unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass read,
+                                     int count, const QList<int>& attributeIds, OpcUa_DataValue* results) {
+        UaDataValues values;
+        values.attach(count, results); // freed when nobody waits for them any more
+        job->post([=, this, values = std::move(values)]() mutable {
+            m_model->setData(serverId, nodeId, read, count, attributeIds, values.detach());
+        });
+    };
+    connect(job, &QlumReadJob::nodeClassRead, job, nodeClassRead, Qt::DirectConnection);
+    connect(job, &QlumReadJob::newData, job, newData, Qt::DirectConnection);
+    m_pool->add({tr("Reading attributes"), node.serverId}, std::move(made));
 }
 
 void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
 {
-    // The session goes when this returns: nothing may use it any more, not even a job for a node that was
-    // left.
-    if (m_serversBeingRead.contains(serverId)) {
-        const bool others = m_pool->pending() > 0;
-        endReads();
-        if (others && m_custom.serverId != serverId && !m_custom.isNone())
-            read(m_custom, std::nullopt);
-        else if (others && m_selected.serverId != serverId)
-            sltRefresh();
-    }
-    m_typeNames->forget(serverId);
+    m_pool->endServer(serverId); // also what reads a node that was left
     if (m_custom.serverId == serverId)
         m_custom = Node();
     if (m_selected.serverId == serverId)

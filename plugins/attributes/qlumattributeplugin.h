@@ -2,7 +2,6 @@
 #include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdatatypeeventinterface.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
@@ -11,7 +10,6 @@
 #include <QMap>
 #include <QObject>
 #include <QPointer>
-#include <QSet>
 #include <QSettings>
 #include <QString>
 
@@ -24,7 +22,6 @@ class QToolBar;
 class QlumAttributeModel;
 class QlumAttributeView;
 class QlumJobPool;
-class QlumTypeNames;
 
 /// Shows and edits the attributes of the selected node in a dock window.
 class QlumAttributePlugin : public QObject,
@@ -47,8 +44,6 @@ public:
 
     void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
                           UaNodeId* typeDefinition) override;
-    void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
-                              const NamespaceMap& namespaceMap) override;
     void sessionRemoved(unsigned int serverId) override;
     void dataTypesLoaded(unsigned int serverId) override;
     void saveSettings(QSettings& settings) override;
@@ -88,10 +83,8 @@ private:
     void createDock();
     QAction* createAction(const QString& name, const QString& icon, const QString& text, const QString& help);
     void read(const Node& node, std::optional<OpcUa_NodeClass> nodeClass);
-    void endReads();
 
     const QlumSessionServicesProvider m_services;
-    const std::shared_ptr<QlumTypeNames> m_typeNames;
     QlumApplicationInterface* m_app = nullptr;
     std::unique_ptr<QlumJobPool> m_pool;
     QlumAttributeModel* m_model = nullptr;
@@ -104,6 +97,5 @@ private:
     QAction* m_customNodeId = nullptr;
     Node m_selected;
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified; ///< of the selected node
-    Node m_custom;                         ///< chosen by its id, while its class is not known
-    QSet<unsigned int> m_serversBeingRead; ///< those of all jobs that may not have ended yet
+    Node m_custom; ///< chosen by its id, while its class is not known
 };

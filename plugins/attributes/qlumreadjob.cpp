@@ -1,11 +1,10 @@
 #include <plugins/attributes/qlumreadjob.h>
 
 #include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumcalltimeout.h>
+#include <app/api/qlumservertypes.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <plugins/attributes/qlumattributetexts.h>
-#include <plugins/attributes/qlumtypenames.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
@@ -44,20 +43,12 @@ UaVariant resultFor(int attributeId, const QList<int>& attributeIds, const UaDat
                ? UaVariant(values[static_cast<OpcUa_UInt32>(position)].Value)
                : UaVariant();
 }
-
-UaClientSdk::ServiceSettings serviceSettings()
-{
-    UaClientSdk::ServiceSettings settings;
-    settings.callTimeout = qlumCallTimeout();
-    return settings;
-}
 } // namespace
 
 QlumReadJob::QlumReadJob(unsigned int serverId, const UaNodeId& nodeId,
-                         std::optional<OpcUa_NodeClass> nodeClass, std::shared_ptr<QlumTypeNames> typeNames,
-                         QlumSessionServicesProvider services)
+                         std::optional<OpcUa_NodeClass> nodeClass, QlumSessionServicesProvider services)
     : m_serverId(serverId), m_log(tr("Attribute Plugin"), serverId), m_nodeId(nodeId), m_nodeClass(nodeClass),
-      m_typeNames(std::move(typeNames)), m_services(std::move(services))
+      m_services(std::move(services))
 {
 }
 
@@ -131,22 +122,8 @@ void QlumReadJob::prepareType(QlumSessionServices& session, const UaVariant& val
     const UaNodeId id = dataType.toNodeId();
     if (mayBeNamed(value.type()))
         static_cast<void>(session.dataTypeDictionary()->enumDefinition(id));
-    if (!id.isNull() && !m_typeNames->find(m_serverId, id) && !isCancelled())
-        readTypeName(session, id);
-}
-
-void QlumReadJob::readTypeName(QlumSessionServices& session, const UaNodeId& dataTypeId) const
-{
-    UaClientSdk::ServiceSettings settings = serviceSettings();
-    UaDataValues values;
-    const UaStatus status = session.read(settings, 0, OpcUa_TimestampsToReturn_Neither,
-                                         nodesToRead(dataTypeId, {OpcUa_Attributes_DisplayName}), values);
-    if (!status.isGood() || values.length() != 1)
-        return; // the type is shown by its id
-    const UaVariant name(values[0].Value);
-    m_typeNames->insert(m_serverId, dataTypeId,
-                        name.type() == OpcUaType_LocalizedText ? toQString(name.toLocalizedText().text())
-                                                               : QString());
+    if (QlumServerTypes* types = session.types(); types && !id.isNull() && !isCancelled())
+        static_cast<void>(types->typeName(id));
 }
 
 void QlumReadJob::prepareEncodings(QlumSessionServices& session, const UaVariant& value) const

@@ -10,19 +10,15 @@
 #include <QObject>
 #include <QString>
 
-#include <memory>
 #include <optional>
-
-class QlumTypeNames;
 
 /// Reads all attributes of a node on a pool thread. What fails is logged, and no signal sent.
 class QlumReadJob : public QObject, public QlumJob
 {
     Q_OBJECT
 public:
-    /// Without a node class that is read first. The name of the node's data type goes to the names.
+    /// Without a node class that is read first.
     QlumReadJob(unsigned int serverId, const UaNodeId& nodeId, std::optional<OpcUa_NodeClass> nodeClass,
-                std::shared_ptr<QlumTypeNames> typeNames,
                 QlumSessionServicesProvider services = qlumApplicationServices());
     ~QlumReadJob() override;
 
@@ -31,7 +27,7 @@ public:
 signals:
     /// Sent before newData when the node class was not known.
     void nodeClassRead(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass);
-    /// The results change owner with the signal; connect it once, with Qt::QueuedConnection.
+    /// The results change owner with the signal; connect it once.
     void newData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass, int count,
                  const QList<int>& attributeIds, OpcUa_DataValue* results);
 
@@ -39,13 +35,11 @@ private:
     bool readNodeClass(QlumSessionServices& session);
     void readAttributes(QlumSessionServices& session);
     void prepareType(QlumSessionServices& session, const UaVariant& value, const UaVariant& dataType) const;
-    void readTypeName(QlumSessionServices& session, const UaNodeId& dataTypeId) const;
     void prepareEncodings(QlumSessionServices& session, const UaVariant& value) const;
 
     const unsigned int m_serverId;
     const QlumLog m_log;
     const UaNodeId m_nodeId;
     std::optional<OpcUa_NodeClass> m_nodeClass;
-    const std::shared_ptr<QlumTypeNames> m_typeNames;
     const QlumSessionServicesProvider m_services;
 };

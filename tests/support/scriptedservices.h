@@ -1,8 +1,11 @@
 // A server in the test program: answers the service calls of views by what a test put into it.
 #pragma once
+#include <app/api/qlumservertypes.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtext.h>
+#include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
+#include <tests/support/unscriptedservices.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uaoptionsetdefinition.h>
@@ -15,11 +18,13 @@
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
+#include <QString>
 #include <QStringList>
 #include <gtest/gtest.h>
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -33,7 +38,7 @@ struct ScriptedReference
     UaNodeId typeDefinition = UaNodeId(58);
 };
 
-class ScriptedServices : public QlumSessionServices, public UaDataTypeDictionary
+class ScriptedServices : public UnscriptedServices
 {
 public:
     /// One answer to Browse or BrowseNext; it holds a continuation point when there is another.
@@ -52,8 +57,6 @@ public:
         attributes; ///< read; others are BadAttributeIdInvalid
     std::map<std::pair<UaNodeId, OpcUa_UInt32>, OpcUa_StatusCode> attributeStatus;
     std::map<UaNodeId, UaNodeId> icons; ///< node -> its property "Icon"
-    std::map<UaNodeId, UaEnumDefinition> enums;
-    std::map<UaNodeId, UaStructureDefinition> structures;
     std::vector<UaVariant> written;
     OpcUa_StatusCode callStatus = 0; ///< of read, write and translate
     OpcUa_StatusCode writeResult = 0;
@@ -140,16 +143,11 @@ public:
         targets.detach(&results[0].NoOfTargets, &results[0].Targets);
         return {};
     }
-    UaDataTypeDictionary* dataTypeDictionary() override { return this; }
-
-    DefinitionType definitionType(const UaNodeId&) override { return UndefinedType; }
-    UaStructureDefinition structureDefinition(const UaNodeId& id) override { return structures[id]; }
     UaEnumDefinition enumDefinition(const UaNodeId& id) override
     {
         journal.append("enum " + toQString(id.toXmlString()));
-        return enums[id];
+        return UnscriptedServices::enumDefinition(id);
     }
-    UaOptionSetDefinition optionSetDefinition(const UaNodeId&) override { return {}; }
 
     UaClientSdk::BrowseContext lastContext;
     UaByteString lastPoint; ///< that was given

@@ -4,7 +4,6 @@
 #include <opcua/opcua_attributes.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <plugins/attributes/qlumattributetexts.h>
-#include <plugins/attributes/qlumtypenames.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/scriptedservices.h>
 #include <tests/support/stubapplication.h>
@@ -48,9 +47,9 @@ public:
 class AttributeFixture : public testing::Test
 {
 protected:
-    AttributeFixture() : model(application, typeNames, nullptr, [this](unsigned int) { return services; })
+    AttributeFixture() : model(application, nullptr, [this](unsigned int) { return services; })
     {
-        typeNames->insert(5, UaNodeId(11), "Double");
+        services->setTypeName(UaNodeId(11), "Double");
         application.enumeration = UaEnumDefinition(UaString("Colors"), UaNodeId(3000, 2));
         application.enumeration.addValue(1, UaString("Red"));
         application.enumeration.addValue(2, UaString("Green"));
@@ -97,6 +96,5 @@ protected:
 
     AttributeApplication application;
     std::shared_ptr<ScriptedServices> services = std::make_shared<ScriptedServices>();
-    std::shared_ptr<QlumTypeNames> typeNames = std::make_shared<QlumTypeNames>();
     QlumAttributeModel model;
 };

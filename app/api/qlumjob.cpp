@@ -1,0 +1,46 @@
+#include <app/api/qlumjob.h>
+
+#include <app/api/qlumcalltimeout.h>
+
+namespace {
+quint64 nextNumber()
+{
+    static std::atomic<quint64> last{0};
+    return ++last;
+}
+} // namespace
+
+QlumJobProgress::QlumJobProgress() : number(nextNumber()) {}
+
+QString QlumJobProgress::text() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_text;
+}
+
+void QlumJobProgress::setText(const QString& text)
+{
+    const std::lock_guard lock(m_mutex);
+    m_text = text;
+}
+
+QlumJob::QlumJob() : m_progress(std::make_shared<QlumJobProgress>()) {}
+
+QlumJob::~QlumJob() = default;
+
+void QlumJob::setProgress(qint64 done, qint64 total)
+{
+    m_progress->done.store(done);
+    m_progress->total.store(total);
+}
+
+UaClientSdk::ServiceSettings QlumJob::serviceSettings() const
+{
+    return qlumServiceSettings(m_progress->text());
+}
+
+void QlumJob::postFunction(std::function<void()> function)
+{
+    if (m_poster)
+        m_poster(std::move(function));
+}
