@@ -79,6 +79,15 @@ void QlumCertificateChainModel::validate()
     setRoot(m_root.get(), Root::Shown);
 }
 
+QStringList QlumCertificateChainModel::findings() const
+{
+    QStringList result;
+    for (const QlumCertificateChainNode* node = m_root.get(); node; node = node->child())
+        for (const QlumCertificateChainNode::Finding& finding : node->findings())
+            result.append(tr("%1: %2").arg(node->displayName(), qlumSingleLine(finding.text)));
+    return result;
+}
+
 void QlumCertificateChainModel::buildTlsNode()
 {
     const UaPkiCertificate certificate =

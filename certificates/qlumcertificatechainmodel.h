@@ -12,6 +12,7 @@
 #include <QModelIndex>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 #include <memory>
@@ -58,6 +59,8 @@ public:
     [[nodiscard]] UaStatusCode validationResult() const { return m_result; }
     /// The worst that was found in the chain, an error when the result is bad.
     [[nodiscard]] QlumCertificateError validationError() const { return m_severity; }
+    /// All findings, each with the name of its certificate, for the log.
+    [[nodiscard]] QStringList findings() const;
     /// The bytes that are judged here; they may hold a whole chain.
     [[nodiscard]] UaByteString serverCertificate() const { return m_certificate; }
     [[nodiscard]] bool isServerCertificate(const QModelIndex& index) const;

@@ -312,15 +312,6 @@ void QlumCertificateDialog::updateButtons()
     (go->isEnabled() ? go : cancel)->setDefault(true);
 }
 
-QStringList QlumCertificateDialog::findings() const
-{
-    QStringList result;
-    for (const QlumCertificateChainNode* node = m_model->root(); node; node = node->child())
-        for (const QlumCertificateChainNode::Finding& finding : node->findings())
-            result.append(tr("%1: %2").arg(node->displayName(), qlumSingleLine(finding.text)));
-    return result;
-}
-
 // ---- what the user does
 
 UaPkiCertificate QlumCertificateDialog::selectedCertificate() const

@@ -39,7 +39,7 @@ public:
     [[nodiscard]] QlumCertificateError validationError() const { return m_model->validationError(); }
     [[nodiscard]] UaStatusCode validationResult() const { return m_model->validationResult(); }
     /// All findings about the chain, each with the name of its certificate, for the log.
-    [[nodiscard]] QStringList findings() const;
+    [[nodiscard]] QStringList findings() const { return m_model->findings(); }
 
 private:
     QlumCertificateDialog(const QString& serverName, QlumCertificateChainModel* model,

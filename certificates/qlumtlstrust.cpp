@@ -31,6 +31,11 @@ QString numbered(const QString& folder, const UaPkiCertificate& certificate, int
            QStringLiteral("%1.%2").arg(certificate.subjectNameHash(), 8, 16, QLatin1Char('0')).arg(number);
 }
 
+UaPkiCertificate ownOf(const UaByteString& chain)
+{
+    return UaPkiCertificateCollection::fromDERChain(chain).certificate(0);
+}
+
 bool holds(const QString& path, const UaPkiCertificate& certificate)
 {
     const UaString file = toUaString(path);
@@ -38,19 +43,19 @@ bool holds(const QString& path, const UaPkiCertificate& certificate)
            UaPkiCertificate::fromDERFile(file) == certificate;
 }
 
-void showAlreadyTrusted(const QString& serverName, const QString& path, QWidget* parent)
+std::unique_ptr<QDialog> makeAlreadyTrusted(const QString& serverName, const QString& path, QWidget* parent)
 {
     const QString text =
         Texts::tr("The TLS certificate of server '%1' is already in Tavelin's trust list but validation "
                   "still fails. Please check Tavelin's log files for details about the reason for this "
                   "error.\n\nThe certificate location is: %2")
             .arg(serverName, path);
-    QMessageBox box(QMessageBox::Critical, Texts::tr("TLS Certificate Already Trusted"), text,
-                    QMessageBox::Ok, parent);
-    box.setObjectName(QStringLiteral("tlsAlreadyTrusted"));
-    box.setTextFormat(Qt::PlainText);
-    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    box.exec();
+    auto box = std::make_unique<QMessageBox>(
+        QMessageBox::Critical, Texts::tr("TLS Certificate Already Trusted"), text, QMessageBox::Ok, parent);
+    box->setObjectName(QStringLiteral("tlsAlreadyTrusted"));
+    box->setTextFormat(Qt::PlainText);
+    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    return box;
 }
 } // namespace
 
@@ -86,18 +91,28 @@ QString qlumStoreTlsCertificate(const QString& folder, const UaPkiCertificate& c
     return {};
 }
 
+std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName, const UaByteString& certificate,
+                                            const UaStatusCode& status, QWidget* parent)
+{
+    const QString path =
+        qlumFindTlsCertificate(QlumCertificateStore::tlsIssuerCertificates(), ownOf(certificate));
+    if (!path.isEmpty())
+        return makeAlreadyTrusted(qlumCutText(qlumSingleLine(serverName)), path, parent);
+    return std::make_unique<QlumCertificateDialog>(serverName, certificate, status, parent);
+}
+
+bool qlumTrustTlsCertificate(const UaByteString& certificate)
+{
+    const UaPkiCertificate own = ownOf(certificate);
+    return !own.isNull() &&
+           !qlumStoreTlsCertificate(QlumCertificateStore::tlsIssuerCertificates(), own).isEmpty();
+}
+
 bool qlumAskTlsTrust(const QString& serverName, const UaByteString& certificate, const UaStatusCode& status,
                      QWidget* parent)
 {
-    const UaPkiCertificate own = UaPkiCertificateCollection::fromDERChain(certificate).certificate(0);
-    const QString folder = QlumCertificateStore::tlsIssuerCertificates();
-    if (const QString path = qlumFindTlsCertificate(folder, own); !path.isEmpty()) {
-        showAlreadyTrusted(qlumCutText(qlumSingleLine(serverName)), path, parent);
-        return false;
-    }
-    const QPointer<QlumCertificateDialog> dialog =
-        new QlumCertificateDialog(serverName, certificate, status, parent);
+    const QPointer<QDialog> dialog = qlumTlsTrustDialog(serverName, certificate, status, parent).release();
     const bool accepted = dialog->exec() == QDialog::Accepted;
     delete dialog;
-    return accepted && !own.isNull() && !qlumStoreTlsCertificate(folder, own).isEmpty();
+    return accepted && qlumTrustTlsCertificate(certificate);
 }

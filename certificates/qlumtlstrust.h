@@ -6,6 +6,9 @@
 
 #include <QString>
 
+#include <memory>
+
+class QDialog;
 class QWidget;
 class UaPkiCertificate;
 
@@ -14,6 +17,14 @@ class UaPkiCertificate;
 /// Writes the certificate under its first free number. The path; empty, and the reason logged, when that
 /// failed.
 [[nodiscard]] QString qlumStoreTlsCertificate(const QString& folder, const UaPkiCertificate& certificate);
+
+/// By which the user judges a TLS certificate (DER) that failed with this status, or is told that he trusts
+/// it already; to be shown. QDialog::Accepted: he trusts it, and qlumTrustTlsCertificate() is to keep that.
+[[nodiscard]] std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName,
+                                                          const UaByteString& certificate,
+                                                          const UaStatusCode& status, QWidget* parent);
+/// Stores the certificate (DER) among those trusted; false, and the reason logged, when that failed.
+[[nodiscard]] bool qlumTrustTlsCertificate(const UaByteString& certificate);
 
 /// Lets the user judge a TLS certificate (DER) that failed with this status, and stores it when he trusts it.
 /// True when a new attempt may succeed. Opens dialogs; GUI thread.

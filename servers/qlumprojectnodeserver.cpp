@@ -1,10 +1,14 @@
 #include <servers/qlumprojectnodeserver.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumcertificaterefuseddialog.h>
 #include <opcua/opcua_statuscodes.h>
-#include <servers/qlumendpointfetcher.h>
+#include <servers/qlumconnectdialogs.h>
+#include <servers/qlumconnectinfo.h>
+#include <servers/qlumconnectprogress.h>
 #include <servers/qlumnamespacemap.h>
 #include <servers/qlumnetworkwatch.h>
 #include <uabase/structures/uaenumdefinition.h>
@@ -12,11 +16,14 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/uaclient.h>
+#include <uawidgets/qlumwaitcursor.h>
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QIcon>
 #include <QMessageBox>
 #include <QMetaObject>
+#include <QObject>
 #include <QPainter>
 #include <QPixmap>
 #include <QPoint>
@@ -28,6 +35,7 @@
 #include <QVariant>
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -76,6 +84,13 @@ QIcon iconWithOverlay(const QString& overlay)
 } // namespace
 
 QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting)
+    : QlumProjectNodeServer(setting, std::make_unique<QlumConnectDialogs>())
+{
+    new QlumConnectProgress(*m_flow, m_flow.get());
+}
+
+QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting,
+                                             std::unique_ptr<QlumConnectPrompts> prompts)
     : QlumServerNode(setting.displayName), m_serverId(nextServerId()), m_log(tr("Server Node"), m_serverId),
       m_setting(setting), m_session(std::make_shared<UaClientSdk::UaSession>()),
       m_typeCache(std::make_shared<QlumTypeCache>(
@@ -83,20 +98,26 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
       m_services(
           std::make_unique<QlumServicesRegistration>(m_serverId, qlumServicesOf(m_session, m_typeCache))),
       m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()), m_network(QlumNetworkWatch::shared()),
-      m_fetcher(new QlumEndpointFetcher(this))
+      m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
+      m_flow(std::make_unique<QlumConnectFlow>(m_log, *m_session, *this, *m_prompts))
 {
-    connect(this, &QlumProjectNodeServer::newUntrustedSSLCertificate, this,
-            &QlumProjectNodeServer::sltUntrustedSSLCertificate, Qt::QueuedConnection);
-    connect(m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
-            &QlumProjectNodeServer::sltCertificateRefused);
+    m_tlsQuestion.setServerName(displayName());
+    connect(&m_tlsQuestion, &QlumTlsTrustQuestion::newUntrustedSSLCertificate, this,
+            &QlumProjectNodeServer::newUntrustedSSLCertificate);
+    connect(&m_tlsQuestion, &QlumTlsTrustQuestion::trusted, this, &QlumProjectNodeServer::startConnect);
+    connect(m_flow.get(), &QlumConnectFlow::untrustedCertificate, this,
+            [this](unsigned int status, const QByteArray& certificate) {
+                m_tlsQuestion.raise(status, certificate);
+            });
+    connect(m_flow.get(), &QlumConnectFlow::finished, this, &QlumProjectNodeServer::takeFlowResult);
     connect(m_network.get(), &QlumNetworkWatch::networkChanged, this,
             &QlumProjectNodeServer::sltNetworkChanged);
 }
 
 QlumProjectNodeServer::~QlumProjectNodeServer()
 {
-    m_closing = true; // the session may still call back until it is gone
-    delete m_messageBox;
+    m_closing = true;
+    m_flow->stop(); // the session may still call back, and look at the flow, until it is gone
     m_services.reset();
     // A job may hold the session longer; it fails there, and nobody calls us any more.
     static_cast<void>(m_session->disconnect(UaClientSdk::ServiceSettings(), true));
@@ -140,12 +161,13 @@ void QlumProjectNodeServer::setDisplayName(const QString& name)
 {
     QlumServerNode::setDisplayName(name);
     m_setting.displayName = name;
+    m_tlsQuestion.setServerName(name);
 }
 
 void QlumProjectNodeServer::setDiscoverySetting(const QlumDiscoverySetting& setting)
 {
     m_setting = setting;
-    QlumServerNode::setDisplayName(setting.displayName);
+    setDisplayName(setting.displayName);
 }
 
 void QlumProjectNodeServer::storeSettings(QSettings& settings) const
@@ -190,6 +212,125 @@ QIcon QlumProjectNodeServer::getIcon(const UaNodeId* nodeId)
     return m_retrieveIcons ? QIcon(m_typeCache->getIcon(nodeId)) : QIcon();
 }
 
+// ---- connecting
+
+bool QlumProjectNodeServer::connectServer()
+{
+    QEventLoop loop;
+    bool connected = false;
+    bool hasEnded = false;
+    const auto end = [&](bool result) {
+        connected = result;
+        hasEnded = true;
+        loop.quit();
+    };
+    connect(this, &QlumServerNode::connectEnded, &loop, end);
+    connect(this, &QObject::destroyed, &loop, [end] { end(false); });
+    if (startConnect() && !hasEnded)
+        loop.exec(); // from here on this node may be gone
+    return connected;
+}
+
+bool QlumProjectNodeServer::startConnect()
+{
+    if (m_isBusy || m_tlsQuestion.isOpen() || m_status == QlumConnectionStatus::Connected ||
+        m_status == QlumConnectionStatus::NewSessionCreated)
+        return false;
+    const bool isLost = m_status == QlumConnectionStatus::ConnectionError;
+    if (isLost && reconnectNow())
+        return false;
+    m_isBusy = true;
+    m_tlsQuestion.setHeld(true);
+    if (isLost) { // it would wait for nothing but this
+        QMetaObject::invokeMethod(this, &QlumProjectNodeServer::beginConnect, Qt::QueuedConnection);
+        disconnectServer();
+    } else
+        beginConnect();
+    return true;
+}
+
+void QlumProjectNodeServer::beginConnect()
+{
+    ++m_connection;
+    m_typeCache->clear();
+    m_messages.clear(); // about the connection before
+    m_flow->start(m_setting, qlumConnectInfo(m_serverId, m_setting.sessionName));
+    setStatus(QlumConnectionStatus::Connecting);
+}
+
+void QlumProjectNodeServer::changeUser()
+{
+    if (m_isBusy || m_tlsQuestion.isOpen())
+        return;
+    m_isBusy = true;
+    m_tlsQuestion.setHeld(true);
+    m_flow->startUserChange(m_setting);
+}
+
+void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
+{
+    using Result = QlumConnectFlow::Result;
+    if (const std::optional<QlumCredentials>& entered = m_flow->entered()) {
+        m_setting.userName = entered->userName;
+        if (m_setting.storePassword)
+            m_setting.password = entered->password;
+    }
+    const bool connected = result == Result::Connected;
+    QMetaObject::invokeMethod(
+        this, [this, connected] { endFlow(connected); }, Qt::QueuedConnection);
+    if (result == Result::GivenUp && m_status != QlumConnectionStatus::Disconnected)
+        setStatus(QlumConnectionStatus::Disconnected);
+    else if (result == Result::Refused) {
+        if (isOwnCertificateRefused(m_flow->refusal()))
+            m_messages.tellCertificateRefused(displayName(), m_flow->refusal());
+        setStatus(QlumConnectionStatus::ConnectFailed);
+    }
+}
+
+// By the event loop, so that nothing follows but the signal.
+void QlumProjectNodeServer::endFlow(bool connected)
+{
+    m_isBusy = false;
+    m_tlsQuestion.setHeld(false);
+    emit connectEnded(connected && m_status != QlumConnectionStatus::Disconnected);
+}
+
+void QlumProjectNodeServer::disconnectServer()
+{
+    if (!m_flow->isIdle() && m_flow->step() != QlumConnectFlow::Step::UserChange) {
+        m_flow->cancel();
+        return;
+    }
+    ServiceSettings settings;
+    settings.callTimeout = qlumCallTimeout();
+    UaStatus status;
+    {
+        const QlumWaitCursor wait;
+        status = m_session->disconnect(settings, true);
+    }
+    ++m_connection; // what the session's threads have said until now comes too late
+    if (status.isGood())
+        m_log.info(tr("Disconnect succeeded."));
+    else
+        m_log.error(tr("Disconnecting failed with error '%1'").arg(toQString(status.toString())));
+    if (m_status != QlumConnectionStatus::Disconnected)
+        setStatus(QlumConnectionStatus::Disconnected);
+}
+
+bool QlumProjectNodeServer::reconnectNow()
+{
+    const bool isComing = m_session->reconnectNow();
+    if (isComing)
+        m_log.info(tr("Reconnecting to server '%1' now").arg(displayName()));
+    return isComing;
+}
+
+void QlumProjectNodeServer::sltNetworkChanged()
+{
+    if (m_status == QlumConnectionStatus::ConnectionError && reconnectNow())
+        m_log.info(tr("The network has changed."));
+}
+
 // ---- session callbacks
 
 bool QlumProjectNodeServer::onOwnThread() const
@@ -212,6 +353,46 @@ void QlumProjectNodeServer::dataTypesLoaded(OpcUa_UInt32, const UaStatus& result
 {
     if (!m_closing)
         queueNews([this, result] { applyDataTypes(result); });
+}
+
+bool QlumProjectNodeServer::connectError(OpcUa_UInt32, UaClient::ConnectServiceType serviceType,
+                                         const UaStatus& error, bool clientSideError)
+{
+    if (m_closing)
+        return false;
+    if (m_flow->isConnectThread())
+        return m_flow->connectError(serviceType, error, clientSideError);
+    // A reconnect goes on without the user: what he may override there is an error until he connects anew.
+    m_log.error(tr("Error '%1' was returned during %2")
+                    .arg(toQString(error.toString()), qlumConnectStepName(serviceType)));
+    queueNews([this, code = UaStatusCode(error.statusCode()), serviceType, clientSideError] {
+        showReconnectError(code, serviceType, clientSideError);
+    });
+    return false;
+}
+
+bool QlumProjectNodeServer::isOwnCertificateRefused(const UaStatusCode& status) const
+{
+    return m_setting.endpoint.securityPolicyUri != qlumPolicyNone() &&
+           QlumCertificateRefusedDialog::isRefusal(status);
+}
+
+void QlumProjectNodeServer::showReconnectError(const UaStatusCode& status,
+                                               UaClient::ConnectServiceType serviceType, bool clientSideError)
+{
+    if (clientSideError)
+        m_messages.tellReconnectError(displayName(),
+                                      {qlumStatusText(status.code()), qlumConnectStepName(serviceType), {}});
+    else if (isOwnCertificateRefused(status))
+        m_messages.tellCertificateRefused(displayName(), status);
+}
+
+bool QlumProjectNodeServer::sslCertificateValidationFailed(OpcUa_UInt32, const UaStatus& status,
+                                                           const UaByteString& certificate)
+{
+    if (!m_closing)
+        m_tlsQuestion.raise(status, certificate);
+    return false; // the user decides in his own time, and another attempt follows
 }
 
 // From a thread of the session to ours.

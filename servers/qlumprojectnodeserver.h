@@ -3,7 +3,11 @@
 #include <app/api/qlumlog.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumsessionservices.h>
+#include <servers/qlumconnectflow.h>
+#include <servers/qlumconnectprompts.h>
 #include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumservermessages.h>
+#include <servers/qlumtlstrustquestion.h>
 #include <servers/qlumtypecache.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/uabytestring.h>
@@ -16,10 +20,7 @@
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <QByteArray>
-#include <QDialog>
 #include <QIcon>
-#include <QPointer>
-#include <QSemaphore>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
@@ -28,7 +29,6 @@
 #include <atomic>
 #include <memory>
 
-class QlumEndpointFetcher;
 class QlumNetworkWatch;
 
 /// The project node of one server: owns its session and type cache, connects it with what the user
@@ -37,7 +37,9 @@ class QlumProjectNodeServer : public QlumServerNode, public UaClientSdk::UaSessi
 {
     Q_OBJECT
 public:
+    /// Asks the user in dialogs.
     explicit QlumProjectNodeServer(const QlumDiscoverySetting& setting);
+    QlumProjectNodeServer(const QlumDiscoverySetting& setting, std::unique_ptr<QlumConnectPrompts> prompts);
     ~QlumProjectNodeServer() override;
 
     [[nodiscard]] const QlumDiscoverySetting& discoverySetting() const { return m_setting; }
@@ -52,11 +54,18 @@ public:
     [[nodiscard]] unsigned int serverId() const override { return m_serverId; }
     [[nodiscard]] QlumConnectionStatus connectionStatus() const override { return m_status; }
     [[nodiscard]] UaClientSdk::UaSession* session() const override { return m_session.get(); }
+    /// startConnect(), and a nested event loop until it has ended.
+    bool connectServer() override;
     /// While a lost connection is waited for it makes the next attempt to restore it at once, and answers
     /// false.
-    bool connectServer() override;
+    bool startConnect() override;
     void disconnectServer() override;
+    /// Begins it, and does not wait for what it comes to.
     void changeUser() override;
+    /// Whether a connect or a change of the user is under way.
+    [[nodiscard]] bool isBusy() const { return m_isBusy; }
+    /// The steps of connects, for those who want to follow or cancel them.
+    [[nodiscard]] QlumConnectFlow& connectFlow() { return *m_flow; }
     void storeSettings(QSettings& settings) const override;
     [[nodiscard]] QStringList namespaceTable() const override { return m_namespaces; }
     void setNamespaceTable(const QStringList& uris) override { m_namespaces = uris; }
@@ -84,38 +93,16 @@ signals:
     /// From the stack's thread to ours.
     void newUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
 
-private slots:
-    void sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
-    void sltCertificateRefused(unsigned int status, const QByteArray& certificate);
-    void sltNetworkChanged();
-
 private:
-    struct Attempt; ///< what one connect has found out so far
-
-    /// The steps of a connect; each but the first and last answers false when the connect ends there. After
-    /// any of them this node may be gone: some run nested event loops.
-    bool runConnect();
-    bool fetchEndpoints(Attempt& attempt);
-    bool chooseEndpoint(Attempt& attempt);
-    bool acceptNoEndpoint();
-    bool userIdentity(Attempt& attempt);
-    bool userNameIdentity(Attempt& attempt);
-    bool askForPassword(Attempt& attempt);
-    bool certificateIdentity(Attempt& attempt);
-    bool allowSecurityPolicy();
-    void fillSecurity(Attempt& attempt);
-    [[nodiscard]] bool needsServerCertificate(const Attempt& attempt) const;
-    bool checkServerCertificate(Attempt& attempt);
-    bool connectSession(Attempt& attempt);
-    [[nodiscard]] UaClientSdk::SessionConnectInfo connectInfo() const;
+    void beginConnect();
+    void takeFlowResult(QlumConnectFlow::Result result);
+    void endFlow(bool connected);
     /// False when the session will not try by itself.
     [[nodiscard]] bool reconnectNow();
-
+    void sltNetworkChanged();
     [[nodiscard]] bool isOwnCertificateRefused(const UaStatusCode& status) const;
-    void showOwnCertificateRefused(const UaStatusCode& status);
     void showReconnectError(const UaStatusCode& status, UaClientSdk::UaClient::ConnectServiceType serviceType,
                             bool clientSideError);
-    void showMessage(QDialog* dialog);
 
     void setStatus(QlumConnectionStatus status, const NamespaceMap& namespaceMap = NamespaceMap());
     void applySessionStatus(UaClientSdk::UaClient::ServerStatus serverStatus);
@@ -133,18 +120,14 @@ private:
     const std::shared_ptr<QlumTypeCache> m_typeCache;
     std::unique_ptr<QlumServicesRegistration> m_services;
     QStringList m_namespaces;
-    QSemaphore m_tlsPrompt{1};           ///< one prompt at a time
-    UaStatusCode m_refusal;              ///< with which the server has ended the latest connect
-    QString m_weakPolicyAllowedFor;      ///< URI; the user's word holds until the program ends
-    bool m_clearPasswordAllowed = false; ///< for the stored password
-    QPointer<QDialog> m_messageBox;      ///< one at a time
-    QByteArray m_refusedTlsCertificate;  ///< of a connect under way
-    unsigned int m_refusedTlsStatus = 0;
     bool m_retrieveIcons;
-    bool m_busy = false; ///< a connect or change of user is under way, maybe in a nested event loop
+    bool m_isBusy = false;
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
     const std::shared_ptr<QlumNetworkWatch> m_network;
-    QlumEndpointFetcher* m_fetcher; ///< a cancelled question ends in the background
     std::atomic<bool> m_closing{false};
     std::atomic<unsigned int> m_connection{0}; ///< counts connects and disconnects; older news are dropped
+    const std::unique_ptr<QlumConnectPrompts> m_prompts;
+    QlumServerMessages m_messages;
+    QlumTlsTrustQuestion m_tlsQuestion;
+    std::unique_ptr<QlumConnectFlow> m_flow;
 };

@@ -2,6 +2,12 @@
 
 #include <QString>
 
+bool QlumServerNode::startConnect()
+{
+    emit connectEnded(connectServer());
+    return true;
+}
+
 int QlumServerNode::namespaceIndexFromUri(const QString& uri) const
 {
     return namespaceTable().indexOf(uri);

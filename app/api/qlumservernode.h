@@ -42,7 +42,10 @@ public:
     /// Connects, asking the user for what is missing; true when connected. May run a nested event loop. While
     /// a lost connection is being restored it only hastens that, and answers false.
     virtual bool connectServer() = 0;
-    /// Closes the session.
+    /// Begins the same without waiting for it; connectEnded() tells what it came to. False when there is
+    /// nothing to begin. One that cannot but wait has ended when this returns.
+    virtual bool startConnect();
+    /// Closes the session; cancels a connect under way.
     virtual void disconnectServer() = 0;
     /// Asks for another user and continues the session as that one.
     virtual void changeUser() = 0;
@@ -79,6 +82,8 @@ signals:
     /// QlumAppEventInterface::sessionStatusChanged().
     void serverNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
                            unsigned int serverId, const NamespaceMap& namespaceMap);
+    /// A connect has ended, whoever began it.
+    void connectEnded(bool connected);
     /// The server told that its address space changed at a node; change is the mask of model change verbs.
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
     /// The definitions of the server's data types have been loaded, or loaded anew.

@@ -42,7 +42,10 @@ QlumServerNode* QlumServerCommands::selected() const
 
 void QlumServerCommands::serverAdded(QlumServerNode* server)
 {
-    connect(server, &QlumServerNode::retryConnectServer, this, [this, server] { connectServer(server); });
+    connect(
+        server, &QlumServerNode::retryConnectServer, this, [this, server] { connectServer(server); });
+    connect(server, &QlumServerNode::connectEnded, this,
+            [this, server](bool connected) { connectEnded(server, connected); });
     m_parts.projectView->setCurrentIndex(m_parts.project->indexOf(server));
 }
 
@@ -72,7 +75,8 @@ void QlumServerCommands::removeServer(QlumServerNode* server)
     m_parts.pages->removePage(id);
     QlumRunningWork::instance().cancelServer(id); // all at once, before tools wait for theirs one by one
     m_parts.plugins->sessionRemoved(id);
-    m_parts.project->removeServer(server);
+    m_connecting.removeAll(id);
+    m_parts.project->removeServer(server); // which cancels a connect under way
     updateActions();
 }
 
@@ -88,13 +92,17 @@ void QlumServerCommands::connectServer(QlumServerNode* server)
     if (m_connecting.contains(id))
         return;
     m_connecting.append(id);
+    if (!server->startConnect())
+        m_connecting.removeAll(id);
     updateActions();
-    const QPointer<QlumServerNode> guard(server);
-    const bool connected = server->connectServer();
-    m_connecting.removeAll(id);
-    if (guard && connected) {
-        m_parts.pages->createAddressSpace(guard);
-        if (const QlumServerNode* current = selected(); current && current != guard)
+}
+
+void QlumServerCommands::connectEnded(QlumServerNode* server, bool connected)
+{
+    m_connecting.removeAll(server->serverId());
+    if (connected) {
+        m_parts.pages->createAddressSpace(server);
+        if (const QlumServerNode* current = selected(); current && current != server)
             m_parts.pages->showPage(current->serverId());
     }
     updateActions();
@@ -131,11 +139,11 @@ void QlumServerCommands::updateActions()
         status == QlumConnectionStatus::Disconnected || status == QlumConnectionStatus::ConnectFailed;
     const auto enable = [this](A::Id id, bool enabled) { (*m_parts.actions)[id]->setEnabled(enabled); };
     enable(A::AddServer, static_cast<bool>(m_parts.services->askForServer));
-    enable(A::RemoveServer, server && !busy);
+    enable(A::RemoveServer, server);
     const bool lost = status == QlumConnectionStatus::ConnectionError;
     enable(A::ConnectServer, server && !busy && (open || lost));
     (*m_parts.actions)[A::ConnectServer]->setToolTip(lost ? tr("Reconnect Server Now") : m_connectTip);
-    enable(A::DisconnectServer, server && !busy && !open);
+    enable(A::DisconnectServer, server && (busy || !open));
     enable(A::ServerProperties, server && !busy && m_parts.services->editServer);
     enable(A::ChangeUser, server && !busy && !open && status != QlumConnectionStatus::Connecting);
 }

@@ -36,6 +36,7 @@ public:
 
     /// Shows the server in the tree and listens to it.
     void serverAdded(QlumServerNode* server);
+    /// Begins it; its page is made when it has ended well.
     void connectServer(QlumServerNode* server);
     /// Disconnects the server, tells the plugins, then deletes it.
     void removeServer(QlumServerNode* server);
@@ -60,7 +61,9 @@ private:
     void sltServerNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
                               unsigned int serverId, const NamespaceMap& namespaceMap);
 
+    void connectEnded(QlumServerNode* server, bool connected);
+
     Parts m_parts;
     const QString m_connectTip;       ///< while there is no connection to bring back
-    QList<unsigned int> m_connecting; ///< a connect may run a nested event loop
+    QList<unsigned int> m_connecting; ///< ids
 };

@@ -7,35 +7,28 @@
 #include <opcua/opcua.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumprojectnodeserver.h>
+#include <tests/support/connectanswers.h>
 #include <tests/support/demoserverinfo.h>
-#include <tests/support/dialogdriver.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/owncertificate.h>
 #include <tests/support/stubapplication.h>
 #include <tests/support/testcertificates.h>
 #include <uabase/system/uaplatformlayer.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificatecollection.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uanodeid.h>
 
-#include <QAbstractButton>
-#include <QDialog>
 #include <QDir>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QString>
-#include <QStringList>
 #include <QTest>
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <initializer_list>
 #include <memory>
 #include <span>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -66,6 +59,8 @@ protected:
         setting.endpoint.url = QString::fromStdString(demoserver::endpointUrl());
         setting.displayName = "Plant";
         setting.sessionName = "secure client test";
+        script.credentials = QlumCredentials{"demo", "wrong"};
+        script.isErrorIgnored = true; // the demo server's certificate names no address
         use("Basic256Sha256", OpcUa_MessageSecurityMode_SignAndEncrypt);
         QDir trusted(trustedFolder);
         for (const QString& name : trusted.entryList(QDir::Files))
@@ -82,29 +77,26 @@ protected:
             QStringLiteral("http://opcfoundation.org/UA/SecurityPolicy#") + QLatin1String(policy);
         setting.endpoint.securityMode = mode;
     }
-    // Connects with each dialog answered by pressing these buttons; what the dialogs were.
-    bool connect(std::initializer_list<const char*> buttons, QStringList* seen = nullptr)
+    enum class Word { No, Once, Trust };
+    // Connects with that word about the server's certificate; whether it was asked for.
+    bool connect(Word word, bool* isAsked = nullptr)
     {
-        node = std::make_unique<QlumProjectNodeServer>(setting);
-        const std::vector<const char*> names(buttons);
-        const DialogDriver driver([&names](QDialog& dialog) {
-            for (const char* name : names)
-                if (auto* button = dialog.findChild<QAbstractButton*>(QLatin1String(name));
-                    button && button->isEnabled() && dialog.isVisible())
-                    button->click();
-            if (auto* password = dialog.findChild<QLineEdit*>("password")) {
-                password->setText("wrong");
-                dialog.accept();
-            }
-            if (auto* box = qobject_cast<QMessageBox*>(&dialog); box && box->button(QMessageBox::Ignore))
-                box->button(QMessageBox::Ignore)->click(); // the demo server's certificate names no address
-            if (dialog.isVisible())
-                dialog.reject();
-        });
+        script.asked.clear();
+        script.verdict = {word != Word::No, word == Word::Once, {}};
+        script.beforeAnswer = [this, word] {
+            if (word == Word::Trust && script.asked.last() == "certificate")
+                trust(script.certificate.security.serverCertificate);
+        };
+        node = std::make_unique<QlumProjectNodeServer>(setting, std::make_unique<ConnectAnswers>(script));
         const bool connected = node->connectServer();
-        if (seen)
-            *seen = driver.seen();
+        if (isAsked)
+            *isAsked = script.asked.contains("certificate");
         return connected;
+    }
+    void trust(const UaByteString& chain)
+    {
+        EXPECT_TRUE(UaPkiCertificateCollection::fromDERChain(chain).certificate(0).toDERFile(
+            toUaString(trustedFolder + "/plant.der")));
     }
     // Whether the session is more than a green light.
     bool answers()
@@ -125,25 +117,25 @@ protected:
     const QString trustedFolder = QlumCertificateStore::trustedCertificates();
     StubApplication application;
     QlumDiscoverySetting setting;
+    ConnectScript script;
     std::unique_ptr<QlumProjectNodeServer> node;
 };
 
 TEST_F(SecureClient, RefusedAcceptedOnceAndTrusted)
 {
-    EXPECT_FALSE(connect({}));
+    EXPECT_FALSE(connect(Word::No));
     EXPECT_TRUE(application.texts().contains("Connecting cancelled by user.")) << log();
     EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::Disconnected);
 
-    ASSERT_TRUE(connect({"acceptOnce", "continue"})) << log();
+    ASSERT_TRUE(connect(Word::Once)) << log();
     EXPECT_TRUE(answers());
     EXPECT_TRUE(QDir(trustedFolder).isEmpty());
-    QStringList seen;
-    ASSERT_TRUE(connect({"trust", "continue"}, &seen)) << log();
-    EXPECT_TRUE(seen.contains("Certificate Validation")) << "accepted for one session only";
+    bool isAsked = false;
+    ASSERT_TRUE(connect(Word::Trust, &isAsked)) << log();
+    EXPECT_TRUE(isAsked) << "accepted for one session only";
     EXPECT_TRUE(answers());
-    EXPECT_EQ(QDir(trustedFolder).entryList(QDir::Files).size(), 1);
-    ASSERT_TRUE(connect({}, &seen)) << log();
-    EXPECT_FALSE(seen.contains("Certificate Validation"));
+    ASSERT_TRUE(connect(Word::No, &isAsked)) << log();
+    EXPECT_FALSE(isAsked);
 }
 
 TEST_F(SecureClient, EveryPolicyAndMode)
@@ -151,7 +143,7 @@ TEST_F(SecureClient, EveryPolicyAndMode)
     for (const char* policy : {"Basic256Sha256", "Aes128_Sha256_RsaOaep", "Aes256_Sha256_RsaPss"}) {
         for (const auto mode : {OpcUa_MessageSecurityMode_Sign, OpcUa_MessageSecurityMode_SignAndEncrypt}) {
             use(policy, mode);
-            EXPECT_TRUE(connect({"acceptOnce", "continue"}) && answers()) << policy << mode << '\n' << log();
+            EXPECT_TRUE(connect(Word::Once) && answers()) << policy << mode << '\n' << log();
         }
     }
 }
@@ -160,11 +152,11 @@ TEST_F(SecureClient, PasswordsAndUserCertificates)
 {
     setting.userTokenType = QlumDiscoverySetting::UserName;
     setting.userName = "demo";
-    EXPECT_FALSE(connect({"acceptOnce", "continue"})) << "a wrong password";
+    EXPECT_FALSE(connect(Word::Once)) << "a wrong password";
     EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed) << log();
     setting.storePassword = true;
     setting.password = "demo";
-    EXPECT_TRUE(connect({"acceptOnce", "continue"}) && answers()) << log();
+    EXPECT_TRUE(connect(Word::Once) && answers()) << log();
 
     testcertificates::Recipe recipe;
     recipe.name = "Jane";
@@ -180,6 +172,6 @@ TEST_F(SecureClient, PasswordsAndUserCertificates)
     ASSERT_NE(file, nullptr);
     PEM_write_PrivateKey(file, recipe.pair, nullptr, nullptr, 0, nullptr, nullptr);
     std::fclose(file);
-    EXPECT_TRUE(connect({"acceptOnce", "continue"}) && answers()) << log();
+    EXPECT_TRUE(connect(Word::Once) && answers()) << log();
 }
 } // namespace

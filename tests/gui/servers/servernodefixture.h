@@ -8,6 +8,7 @@
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumprojectnodeserver.h>
+#include <tests/support/connectanswers.h>
 #include <tests/support/fakestack.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/owncertificate.h>
@@ -21,11 +22,13 @@
 #include <QPair>
 #include <QString>
 #include <QStringList>
+#include <QTest>
 #include <QVector>
 #include <QWidget>
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <utility>
 
 class ServerNode : public testing::Test
 {
@@ -86,7 +89,7 @@ protected:
     }
     void make()
     {
-        node = std::make_unique<QlumProjectNodeServer>(setting);
+        node = std::make_unique<QlumProjectNodeServer>(setting, std::make_unique<ConnectAnswers>(script));
         QObject::connect(node.get(), &QlumServerNode::serverNodeChanged, node.get(),
                          [this](QlumProjectNode*, QWidget*, QlumConnectionStatus status, unsigned int,
                                 const NamespaceMap& map) {
@@ -94,6 +97,13 @@ protected:
                              lastMap = map;
                          });
     }
+    void changeUser()
+    {
+        node->changeUser();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }));
+    }
+    /// The questions since the last call.
+    QStringList asked() { return std::exchange(script.asked, {}); }
     QStringList log() const
     {
         QStringList lines;
@@ -105,6 +115,7 @@ protected:
 
     StubApplication application;
     QlumDiscoverySetting setting;
+    ConnectScript script;
     std::unique_ptr<QlumProjectNodeServer> node;
     QList<int> states;
     NamespaceMap lastMap;

@@ -1,18 +1,14 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <tests/gui/servers/servernodefixture.h>
-#include <tests/support/dialogdriver.h>
 #include <tests/support/modeltext.h>
 #include <uaclientsdk/uaclient.h>
 
-#include <QApplication>
 #include <QCoreApplication>
-#include <QDialog>
-#include <QLineEdit>
 #include <QList>
-#include <QMessageBox>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 #include <thread>
 
@@ -73,16 +69,11 @@ TEST_F(ServerNode, UnsupportedPolicyAsksWhetherToTry)
 {
     offer({{"opc.tcp://plc:4840", "urn:other-policy"}});
     make();
-    {
-        DialogDriver driver(DialogDriver::press(QMessageBox::Ok));
-        EXPECT_FALSE(node->connectServer());
-        ASSERT_EQ(driver.seen().size(), 1);
-        EXPECT_TRUE(
-            driver.seen().first().startsWith("Unsupported Security Policy: The connection cannot be"));
-    }
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked(), QStringList{"unsupported policy"});
     EXPECT_EQ(states, (QList<int>{1, 0}));
     EXPECT_TRUE(log().last().startsWith("100 The server does not support the configured security policy"));
-    DialogDriver driver(DialogDriver::press(QMessageBox::Ignore));
+    script.isUnsupportedPolicyIgnored = true;
     EXPECT_TRUE(node->connectServer());
 }
 
@@ -91,10 +82,8 @@ TEST_F(ServerNode, AnotherPathIsUsedAfterAWarning)
     offer({{"opc.tcp://plc:4840/a", qlumPolicyNone()}, {"opc.tcp://plc:4840/b", qlumPolicyNone()}});
     setting.endpoint.url = "opc.tcp://plc:4840/c";
     make();
-    DialogDriver driver(DialogDriver::press(QMessageBox::Ok));
     EXPECT_TRUE(node->connectServer());
-    ASSERT_EQ(driver.seen().size(), 1);
-    EXPECT_TRUE(driver.seen().first().startsWith("URL not found: There was no exact match"));
+    EXPECT_EQ(asked(), QStringList{"first certificate"});
     EXPECT_EQ(log().filter("10 Endpoint:").size(), 2);
 }
 
@@ -103,18 +92,12 @@ TEST_F(ServerNode, PasswordIsAskedForAndKeptOnlyWhenWanted)
     setting.userTokenType = QlumDiscoverySetting::UserName;
     setting.userName = "joe";
     make();
-    {
-        DialogDriver cancels;
-        EXPECT_FALSE(node->connectServer());
-        EXPECT_EQ(cancels.seen(), QStringList{"Plc"});
-    }
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked(), QStringList{"clear password"});
+    EXPECT_EQ(script.serverName, "Plc");
     EXPECT_EQ(log().last(), "30 Aborting connection attempt");
     EXPECT_EQ(states, (QList<int>{1, 0}));
-    DialogDriver enters([](QDialog& dialog) {
-        dialog.findChild<QLineEdit*>("userName")->setText("jane");
-        dialog.findChild<QLineEdit*>("password")->setText("secret");
-        dialog.accept();
-    });
+    script.credentials = QlumCredentials{"jane", "secret"};
     static_cast<void>(node->connectServer());
     EXPECT_EQ(node->discoverySetting().userName, "jane");
     EXPECT_TRUE(node->discoverySetting().password.isEmpty());
@@ -131,20 +114,18 @@ TEST_F(ServerNode, ChangingTheUserAsksEvenWhenAPasswordIsStored)
     setting.storePassword = true;
     setting.password = "secret";
     node->setDiscoverySetting(setting);
-    {
-        DialogDriver cancels;
-        node->changeUser();
-        EXPECT_EQ(cancels.seen(), QStringList{"Plc"});
-    }
+    changeUser();
+    EXPECT_EQ(asked(), QStringList{"clear password"});
     EXPECT_TRUE(log().contains("30 ChangeUser with UserTokenType: UserName"));
     EXPECT_EQ(log().last(), "30 Aborting changing user of current session");
     setting.userTokenType = QlumDiscoverySetting::Anonymous;
     node->setDiscoverySetting(setting);
-    node->changeUser();
+    changeUser();
     EXPECT_EQ(log().last(), "30 ChangeUser succeeded.");
     FakeStack::instance().failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadUserAccessDenied});
-    node->changeUser();
+    changeUser();
     EXPECT_EQ(log().last(), "100 ChangeUser failed with error 'BadUserAccessDenied'");
+    EXPECT_EQ(states, (QList<int>{1, 2})) << "the connection is what it was";
 }
 
 TEST_F(ServerNode, MissingUserCertificateEndsTheConnect)
@@ -157,9 +138,10 @@ TEST_F(ServerNode, MissingUserCertificateEndsTheConnect)
     EXPECT_EQ(states, (QList<int>{1, 0}));
 }
 
-TEST_F(ServerNode, ErrorsOfAReconnectOpenNoBox)
+TEST_F(ServerNode, ErrorsOfAReconnectAskNothing)
 {
     make();
+    script.isErrorIgnored = true;
     bool answer = true;
     std::thread([&] {
         answer = node->connectError(node->serverId(), UaClient::ActivateSession,
@@ -167,23 +149,18 @@ TEST_F(ServerNode, ErrorsOfAReconnectOpenNoBox)
     }).join();
     EXPECT_FALSE(answer);
     EXPECT_EQ(log().last(), "100 Error 'BadIdentityTokenRejected' was returned during ActivateSession");
-    DialogDriver driver(DialogDriver::press(QMessageBox::Ignore));
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    EXPECT_TRUE(node->connectError(node->serverId(), UaClient::CreateSession,
-                                   OpcUa_BadCertificateHostNameInvalid, true));
-    QApplication::restoreOverrideCursor();
-    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(asked(), QStringList());
 }
 
-TEST_F(ServerNode, MayBeRemovedWhileItsBoxIsOpen)
+TEST_F(ServerNode, MayBeRemovedWhileItAsks)
 {
     offer({{"opc.tcp://plc:4840/other", qlumPolicyNone()}});
     make();
-    DialogDriver driver([this](QDialog& dialog) {
-        node.reset();
-        dialog.accept();
-    });
+    script.isSilent = true;
+    script.beforeAnswer = [this] { QTimer::singleShot(0, &application.window, [this] { node.reset(); }); };
     EXPECT_FALSE(node->connectServer());
     EXPECT_EQ(node, nullptr);
+    EXPECT_EQ(script.withdrawn, QStringList{"first certificate"});
 }
 } // namespace

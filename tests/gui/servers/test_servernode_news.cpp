@@ -57,7 +57,6 @@ TEST_F(ServerNode, TypesAreLoadedBesideTheConnection)
     make();
     const QSignalSpy loaded(node.get(), &QlumServerNode::dataTypesLoaded);
     ASSERT_TRUE(node->connectServer());
-    EXPECT_EQ(loaded.count(), 0) << "it comes by way of the event loop";
     ASSERT_TRUE(QTest::qWaitFor([&] { return loaded.count() == 1; })) << log().join('\n');
     EXPECT_EQ(loaded.first().first().toUInt(), node->serverId());
     EXPECT_TRUE(log().contains("30 Data types of server 'Plc' loaded"));

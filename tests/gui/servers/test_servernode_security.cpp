@@ -5,7 +5,6 @@
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
 #include <tests/gui/servers/servernodefixture.h>
-#include <tests/support/dialogdriver.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/securedserver.h>
 #include <tests/support/testcertificates.h>
@@ -67,18 +66,6 @@ protected:
         setting.endpoint.securityPolicyUri = QLatin1String(policyFolder) + QLatin1String(policy);
         offerOne(setting.endpoint);
     }
-    static DialogDriver::Answer click(std::initializer_list<const char*> buttons)
-    {
-        return [names = std::vector<const char*>(buttons)](QDialog& dialog) {
-            for (const char* name : names) {
-                auto* button = dialog.findChild<QAbstractButton*>(QLatin1String(name));
-                if (button && button->isEnabled())
-                    button->click();
-            }
-            if (dialog.isVisible())
-                dialog.reject();
-        };
-    }
     void useUnsecured(const QVector<QlumUserTokenPolicy>& tokens)
     {
         setting.endpoint.securityMode = OpcUa_MessageSecurityMode_None;
@@ -101,9 +88,8 @@ protected:
 TEST_F(SecuredServerNode, NobodyConnectsWithoutTheUsersWord)
 {
     make();
-    DialogDriver cancels;
     EXPECT_FALSE(node->connectServer());
-    EXPECT_EQ(cancels.seen(), QStringList{"Certificate Validation"});
+    EXPECT_EQ(asked(), QStringList{"certificate"});
     EXPECT_EQ(log().last(), "100 Connecting cancelled by user.");
     EXPECT_EQ(states, (QList<int>{1, 0}));
     EXPECT_TRUE(channelCertificates().empty());
@@ -112,29 +98,33 @@ TEST_F(SecuredServerNode, NobodyConnectsWithoutTheUsersWord)
 TEST_F(SecuredServerNode, TheBytesThatWereJudgedAreTheChannels)
 {
     make();
-    {
-        DialogDriver accepts(click({"acceptOnce", "continue"}));
-        static_cast<void>(node->connectServer());
-    }
+    script.verdict = {true, true, {"a finding"}};
+    static_cast<void>(node->connectServer());
+    const UaByteString judged(static_cast<OpcUa_Int32>(der.size()), der.data());
+    EXPECT_EQ(script.certificate.security.serverCertificate, judged);
+    EXPECT_EQ(script.certificate.url, "opc.tcp://plc:4840");
+    EXPECT_EQ(script.certificate.applicationUri, "urn:localhost:test");
     EXPECT_EQ(channelCertificates(), (std::vector<std::string>{std::string(der.begin(), der.end())}));
+    EXPECT_TRUE(log().contains("50 Certificate of the server: a finding"));
     EXPECT_TRUE(log().contains("50 The user has accepted the server's certificate for this session."));
     node->disconnectServer();
-    DialogDriver asked;
+    script.verdict = {};
     EXPECT_FALSE(node->connectServer());
-    EXPECT_EQ(asked.seen(), QStringList{"Certificate Validation"}) << "accepted for one session only";
+    EXPECT_EQ(asked().count("certificate"), 2) << "accepted for one session only";
 }
 
 TEST_F(SecuredServerNode, ATrustedCertificateIsNotAskedAbout)
 {
     make();
-    {
-        DialogDriver trusts(click({"trust"}));
-        EXPECT_FALSE(node->connectServer()) << "trusted, then cancelled";
-        ASSERT_EQ(trusts.seen().size(), 1);
-    }
-    DialogDriver driver;
+    script.beforeAnswer = [this] {
+        QFile file(QlumCertificateStore::trustedCertificates() + "/plc.der");
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(setting.endpoint.serverCertificate);
+    };
+    EXPECT_FALSE(node->connectServer()) << "trusted, then cancelled";
+    EXPECT_EQ(asked(), QStringList{"certificate"});
     static_cast<void>(node->connectServer());
-    EXPECT_FALSE(driver.seen().contains("Certificate Validation"));
+    EXPECT_FALSE(asked().contains("certificate"));
     EXPECT_EQ(channelCertificates().size(), 1u);
     EXPECT_TRUE(
         log().contains("50 Certificate of the server: Plc: The host of the server's URL ('plc') cannot be "
@@ -146,22 +136,15 @@ TEST_F(SecuredServerNode, AnUnsafePolicyIsOffUntilTheUserAllowsIt)
 {
     use("Basic128Rsa15");
     make();
-    {
-        DialogDriver refuses(DialogDriver::press(QMessageBox::No));
-        EXPECT_FALSE(node->connectServer());
-        ASSERT_EQ(refuses.seen().size(), 1);
-        EXPECT_TRUE(refuses.seen().first().startsWith("Unsafe Security Policy: "));
-    }
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked(), QStringList{"weak policy"});
     EXPECT_EQ(log().last(), "30 Aborting connection attempt");
-    {
-        DialogDriver allows(DialogDriver::press(QMessageBox::Yes));
-        EXPECT_FALSE(node->connectServer());
-        EXPECT_EQ(allows.seen().size(), 2) << "the policy, then the certificate";
-        EXPECT_FALSE(node->connectServer());
-        EXPECT_EQ(allows.seen().size(), 3) << "the certificate alone";
-    }
-    DialogDriver accepts(click({"acceptOnce", "continue"}));
+    script.isWeakPolicyAllowed = true;
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked(), (QStringList{"weak policy", "certificate"}));
+    script.verdict.isAccepted = true;
     static_cast<void>(node->connectServer());
+    EXPECT_EQ(asked().first(), "certificate") << "the word for the policy still holds";
     EXPECT_EQ(channelCertificates().size(), 1u);
     EXPECT_TRUE(log().filter("BadSecurityPolicyRejected").isEmpty())
         << "the channel knows of the user's word";
@@ -170,7 +153,7 @@ TEST_F(SecuredServerNode, AnUnsafePolicyIsOffUntilTheUserAllowsIt)
 TEST_F(SecuredServerNode, SaysThatTheServerRefusedTheClientsCertificate)
 {
     make();
-    DialogDriver accepts(click({"acceptOnce", "continue"}));
+    script.verdict.isAccepted = true;
     const QlumEndpoint endpoint = setting.endpoint;
     FakeStack::instance().on(
         OpcUa_GetEndpointsRequest_EncodeableType, [endpoint](const void*, void* response) {
@@ -225,12 +208,9 @@ TEST_F(SecuredServerNode, AStoredPasswordDoesNotLeaveInTheClearUnasked)
     setting.password = "secret";
     use("None");
     make();
-    DialogDriver driver([](QDialog& dialog) {
-        EXPECT_TRUE(dialog.findChild<QLabel*>("warning")->isVisible());
-        dialog.reject();
-    });
     EXPECT_FALSE(node->connectServer());
-    EXPECT_EQ(driver.seen(), QStringList{"Plc"});
+    EXPECT_EQ(asked(), QStringList{"clear password"});
+    EXPECT_EQ(script.danger, QlumPasswordDanger::Anyone);
     EXPECT_EQ(FakeStack::instance().calls(OpcUa_ActivateSessionRequest_EncodeableType), 0);
 }
 
@@ -244,19 +224,10 @@ TEST_F(SecuredServerNode, PasswordForWhomNobodyHasCheckedIsAskedForInWordsThatSa
     setting.userName = "joe";
     useUnsecured({{"0", OpcUa_UserTokenType_UserName, "", "", good}});
     make();
-    QStringList warnings;
-    DialogDriver enters([&](QDialog& dialog) {
-        auto* warning = dialog.findChild<QLabel*>("warning");
-        warnings.append(warning && warning->isVisible() ? warning->text() : QString());
-        auto* password = dialog.findChild<QLineEdit*>("password");
-        if (!password)
-            return dialog.reject();
-        password->setText("secret");
-        dialog.accept();
-    });
+    script.credentials = QlumCredentials{"joe", "secret"};
     EXPECT_TRUE(node->connectServer()) << log().join('\n');
-    ASSERT_EQ(warnings.size(), 1);
-    EXPECT_TRUE(warnings.first().contains("certificate cannot be checked"));
+    EXPECT_EQ(asked(), QStringList{"clear password"});
+    EXPECT_EQ(script.danger, QlumPasswordDanger::FalseServer);
     EXPECT_EQ(server.logins, std::vector<std::string>{"user joe secret"});
     node->disconnectServer();
 
@@ -265,9 +236,7 @@ TEST_F(SecuredServerNode, PasswordForWhomNobodyHasCheckedIsAskedForInWordsThatSa
         QByteArray(reinterpret_cast<const char*>(der.data()), static_cast<int>(der.size()));
     offerOne(setting.endpoint);
     EXPECT_FALSE(node->connectServer());
-    ASSERT_EQ(enters.seen().size(), 3);
-    EXPECT_EQ(warnings.at(1), QString());
-    EXPECT_EQ(enters.seen().last(), "Certificate Validation");
+    EXPECT_EQ(asked(), (QStringList{"password", "certificate"}));
 }
 
 TEST_F(SecuredServerNode, UserWhoSignsJudgesTheServerAndNobodyElseVouchesForIt)
@@ -275,9 +244,8 @@ TEST_F(SecuredServerNode, UserWhoSignsJudgesTheServerAndNobodyElseVouchesForIt)
     useUnsecured({{"0", OpcUa_UserTokenType_Anonymous, "", "", ""},
                   {"1", OpcUa_UserTokenType_Certificate, "", "", OpcUa_SecurityPolicy_Basic256Sha256}});
     make();
-    DialogDriver cancels;
     EXPECT_TRUE(node->connectServer()) << log().join('\n');
-    EXPECT_EQ(cancels.seen(), QStringList());
+    EXPECT_EQ(asked(), QStringList());
     EXPECT_TRUE(channelCertificates().empty()) << "nobody has judged it";
     node->disconnectServer();
     setting.userTokenType = QlumDiscoverySetting::Certificate;
@@ -285,7 +253,7 @@ TEST_F(SecuredServerNode, UserWhoSignsJudgesTheServerAndNobodyElseVouchesForIt)
     setting.privateKeyFile = QlumCertificateStore::ownPrivateKeyFile();
     node->setDiscoverySetting(setting);
     EXPECT_FALSE(node->connectServer());
-    EXPECT_EQ(cancels.seen(), QStringList{"Certificate Validation"}) << log().join('\n');
+    EXPECT_EQ(asked(), QStringList{"certificate"}) << log().join('\n');
 }
 
 TEST_F(SecuredServerNode, SecurityThatDiscoveryDidNotShowIsAskedAboutInWords)
@@ -300,27 +268,21 @@ TEST_F(SecuredServerNode, SecurityThatDiscoveryDidNotShowIsAskedAboutInWords)
         all.detach(&answer.NoOfServerEndpoints, &answer.ServerEndpoints);
     };
     make();
-    QString words;
-    auto pressed = QMessageBox::Abort;
-    DialogDriver driver([&](QDialog& dialog) {
-        auto* box = qobject_cast<QMessageBox*>(&dialog);
-        ASSERT_NE(box, nullptr);
-        words = box->informativeText();
-        box->button(pressed)->click();
-    });
     EXPECT_FALSE(node->connectServer());
-    ASSERT_EQ(driver.seen().size(), 1);
-    EXPECT_TRUE(driver.seen().first().startsWith(
-        "Connect Error: Error 'BadSecurityChecksFailed' was returned during CreateSession, press 'Ignore'"));
-    EXPECT_TRUE(words.contains("better security")) << words;
+    EXPECT_EQ(asked(), QStringList{"connect error"});
+    EXPECT_EQ(script.error.status, "BadSecurityChecksFailed");
+    EXPECT_EQ(script.error.step, "CreateSession");
+    EXPECT_TRUE(script.error.details.contains("better security")) << script.error.details;
     EXPECT_TRUE(server.logins.empty());
-    pressed = QMessageBox::Ignore;
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
+    script.isErrorIgnored = true;
     EXPECT_TRUE(node->connectServer()) << log().join('\n');
+    EXPECT_EQ(asked(), QStringList{"connect error"});
     node->disconnectServer();
     // what the server offers beside it is no news once discovery shows it
     hidden = setting.endpoint;
     EXPECT_TRUE(node->connectServer());
-    EXPECT_EQ(driver.seen().size(), 2);
+    EXPECT_EQ(asked(), QStringList());
 }
 
 TEST_F(SecuredServerNode, OneTlsQuestionAtATimeAndAnotherAttemptWhenItIsTrusted)
@@ -336,17 +298,17 @@ TEST_F(SecuredServerNode, OneTlsQuestionAtATimeAndAnotherAttemptWhenItIsTrusted)
             EXPECT_FALSE(node->sslCertificateValidationFailed(node->serverId(),
                                                               UaStatus(OpcUa_BadCertificateUntrusted), tls));
     }).join();
-    DialogDriver driver(click({"trust"}));
-    QCoreApplication::processEvents();
-    EXPECT_EQ(driver.seen(), QStringList{"Certificate Validation"});
-    EXPECT_EQ(QDir(QlumCertificateStore::tlsIssuerCertificates()).entryList(QDir::Files).size(), 1);
-    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::Connected) << log().join('\n');
-    // the next failure is asked about again, and answered that it is trusted already
+    script.isTlsTrusted = true;
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        return node->connectionStatus() == QlumConnectionStatus::Connected;
+    })) << log().join('\n');
+    EXPECT_EQ(asked(), QStringList{"tls trust"});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }));
+    // the next failure is asked about again
     EXPECT_FALSE(
         node->sslCertificateValidationFailed(node->serverId(), UaStatus(OpcUa_BadCertificateUntrusted), tls));
     QCoreApplication::processEvents();
-    ASSERT_EQ(driver.seen().size(), 2);
-    EXPECT_TRUE(driver.seen().last().startsWith("TLS Certificate Already Trusted: "));
+    EXPECT_EQ(asked(), QStringList{"tls trust"});
 }
 
 TEST_F(SecuredServerNode, DiscoveryOverTlsAsksAboutTheCertificateToo)
@@ -358,15 +320,13 @@ TEST_F(SecuredServerNode, DiscoveryOverTlsAsksAboutTheCertificateToo)
     offerOne(setting.endpoint);
     FakeStack::instance().distrustTls(std::string(der.begin(), der.end()));
     make();
-    DialogDriver driver([](QDialog& dialog) {
-        FakeStack::instance().distrustTls({}); // as the real one, once the file is there
-        dialog.findChild<QPushButton*>("trust")->click();
-    });
+    script.beforeAnswer = [] { FakeStack::instance().distrustTls({}); }; // as the real one, once trusted
+    script.isTlsTrusted = true;
     EXPECT_FALSE(node->connectServer());
     EXPECT_EQ(log().last(), "100 Could not connect to server: BadCertificateUntrusted");
     EXPECT_TRUE(QTest::qWaitFor([this] {
         return node->connectionStatus() == QlumConnectionStatus::Connected;
     })) << log().join('\n');
-    EXPECT_EQ(driver.seen(), QStringList{"Certificate Validation"});
+    EXPECT_EQ(asked(), QStringList{"tls trust"});
 }
 } // namespace

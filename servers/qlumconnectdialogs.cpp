@@ -1,0 +1,164 @@
+#include <servers/qlumconnectdialogs.h>
+
+#include <app/api/qlumapplicationinterface.h>
+#include <certificates/qlumcertificatedialog.h>
+#include <certificates/qlumtlstrust.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+#include <uawidgets/qlumuserpassworddlg.h>
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+QlumConnectDialogs::~QlumConnectDialogs()
+{
+    withdraw();
+}
+
+QWidget* QlumConnectDialogs::parentWindow()
+{
+    QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    return application ? static_cast<QWidget*>(application->mainWindow()) : nullptr;
+}
+
+// ---- one question at a time
+
+// The answer comes last: whoever gets it may ask the next question, or delete all this.
+void QlumConnectDialogs::show(QDialog* dialog, std::function<void(int result)> answer)
+{
+    withdraw();
+    m_dialog = dialog;
+    connect(
+        dialog, &QDialog::finished, this,
+        [this, dialog, answer](int result) {
+            disconnect(dialog, nullptr, this, nullptr);
+            m_dialog.clear();
+            dialog->deleteLater();
+            answer(result);
+        });
+    connect(dialog, &QObject::destroyed, this, [answer] { answer(QDialog::Rejected); }); // with its window
+    dialog->open();
+}
+
+void QlumConnectDialogs::withdraw()
+{
+    if (!m_dialog)
+        return;
+    disconnect(m_dialog, nullptr, this, nullptr);
+    delete m_dialog;
+}
+
+QMessageBox* QlumConnectDialogs::makeWarning(const QString& title, const QString& text,
+                                             QMessageBox::StandardButtons buttons,
+                                             QMessageBox::StandardButton defaultButton)
+{
+    auto* box = new QMessageBox(QMessageBox::Warning, title, text, buttons, parentWindow());
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(defaultButton);
+    return box;
+}
+
+// ---- where to
+
+void QlumConnectDialogs::askUnsupportedPolicy(Decided answer)
+{
+    QMessageBox* box = makeWarning(
+        tr("Unsupported Security Policy"),
+        tr("The connection cannot be established, because the server does not support the configured "
+           "security policy.\nPlease try another configuration or press 'Ignore' to force trying to "
+           "connect."),
+        QMessageBox::Ok | QMessageBox::Ignore, QMessageBox::Ok);
+    box->setObjectName(QStringLiteral("unsupportedPolicy"));
+    show(box, [answer](int result) { answer(result == QMessageBox::Ignore); });
+}
+
+void QlumConnectDialogs::tellFirstCertificate(Answered answer)
+{
+    QMessageBox* box = makeWarning(
+        tr("URL not found"),
+        tr("There was no exact match for the specified URL in the server's endpoints, using the first "
+           "server certificate found for connecting."),
+        QMessageBox::Ok, QMessageBox::Ok);
+    box->setObjectName(QStringLiteral("firstCertificate"));
+    show(box, [answer](int) { answer(); });
+}
+
+void QlumConnectDialogs::askWeakPolicy(const QString& server, Decided answer)
+{
+    QMessageBox* box = makeWarning(
+        tr("Unsafe Security Policy"),
+        tr("The security policy 'Basic128Rsa15' of server '%1' is broken: who records the traffic "
+           "can find out what was encrypted. Use it only when the server offers nothing better.\n"
+           "Do you want to use it for this server until Tavelin is closed?")
+            .arg(server),
+        QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    box->setObjectName(QStringLiteral("weakPolicy"));
+    show(box, [answer](int result) { answer(result == QMessageBox::Yes); });
+}
+
+// ---- who
+
+void QlumConnectDialogs::askPassword(const QString& server, const QString& userName, Named answer)
+{
+    askClearPassword(server, userName, QlumPasswordDanger::Nobody, std::move(answer));
+}
+
+void QlumConnectDialogs::askClearPassword(const QString& server, const QString& userName,
+                                          QlumPasswordDanger danger, Named answer)
+{
+    auto* dialog = new QlumUserPasswordDlg(server, userName, parentWindow());
+    dialog->setObjectName(QStringLiteral("connectPassword"));
+    if (danger == QlumPasswordDanger::Anyone)
+        dialog->setWarning(tr("The password will be sent to the server without encryption."));
+    else if (danger == QlumPasswordDanger::FalseServer)
+        dialog->setWarning(tr("The server's certificate cannot be checked: whoever answers in its place can "
+                              "read the password."));
+    show(dialog, [dialog, answer](int result) {
+        if (result == QDialog::Accepted)
+            answer(QlumCredentials{dialog->userName(), dialog->password()});
+        else
+            answer(std::nullopt);
+    });
+}
+
+void QlumConnectDialogs::askCertificate(const QlumCertificateQuestion& question, Judged answer)
+{
+    // the dialog looks at the record as long as it lives
+    const auto security = std::make_shared<UaClientSdk::SessionSecurityInfo>(question.security);
+    auto* dialog = new QlumCertificateDialog(question.serverName, question.applicationUri, question.url,
+                                             security->serverCertificate, security.get(), parentWindow());
+    connect(
+        dialog, &QObject::destroyed, [security] {});
+    show(dialog, [dialog, answer](int result) {
+        if (result == QDialog::Accepted)
+            answer({true, dialog->validationResult().isBad(), dialog->findings()});
+        else
+            answer({});
+    });
+}
+
+// ---- in the middle of the connect
+
+void QlumConnectDialogs::askConnectError(const QlumConnectError& error, Decided answer)
+{
+    QMessageBox* box =
+        makeWarning(tr("Connect Error"),
+                    tr("Error '%1' was returned during %2, press 'Ignore' to suppress the error "
+                       "and continue connecting.")
+                        .arg(error.status, error.step),
+                    QMessageBox::Abort | QMessageBox::Ignore, QMessageBox::Abort);
+    box->setObjectName(QStringLiteral("connectError"));
+    box->setInformativeText(error.details);
+    show(box, [answer](int result) { answer(result == QMessageBox::Ignore); });
+}
+
+void QlumConnectDialogs::askTlsTrust(const QString& server, const UaByteString& certificate,
+                                     const UaStatusCode& status, Decided answer)
+{
+    show(
+        qlumTlsTrustDialog(server, certificate, status, parentWindow()).release(),
+        [certificate, answer](int result) {
+            answer(result == QDialog::Accepted && qlumTrustTlsCertificate(certificate));
+        });
+}

@@ -1,0 +1,46 @@
+#pragma once
+#include <servers/qlumconnectprompts.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+
+#include <QDialog>
+#include <QMessageBox>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+
+/// Asks in dialogs above the main window, which they block; they go with this object. Passwords, certificates
+/// and reasons of servers are shown as plain text.
+class QlumConnectDialogs : public QObject, public QlumConnectPrompts
+{
+    Q_OBJECT
+public:
+    using QObject::QObject;
+    ~QlumConnectDialogs() override;
+
+    void askUnsupportedPolicy(Decided answer) override;
+    void tellFirstCertificate(Answered answer) override;
+    void askWeakPolicy(const QString& server, Decided answer) override;
+    void askPassword(const QString& server, const QString& userName, Named answer) override;
+    void askClearPassword(const QString& server, const QString& userName, QlumPasswordDanger danger,
+                          Named answer) override;
+    void askCertificate(const QlumCertificateQuestion& question, Judged answer) override;
+    void askConnectError(const QlumConnectError& error, Decided answer) override;
+    void askTlsTrust(const QString& server, const UaByteString& certificate, const UaStatusCode& status,
+                     Decided answer) override;
+    void withdraw() override;
+
+    /// Above which all dialogs of servers are shown; null while there is none.
+    [[nodiscard]] static QWidget* parentWindow();
+
+private:
+    [[nodiscard]] static QMessageBox* makeWarning(const QString& title, const QString& text,
+                                                  QMessageBox::StandardButtons buttons,
+                                                  QMessageBox::StandardButton defaultButton);
+    void show(QDialog* dialog, std::function<void(int result)> answer);
+
+    QPointer<QDialog> m_dialog;
+};

@@ -1,0 +1,465 @@
+#include <servers/qlumconnectflow.h>
+
+#include <app/api/qlumcalltimeout.h>
+#include <app/api/qlumtext.h>
+#include <certificates/qlumcertificatechainmodel.h>
+#include <certificates/qlumcertificateerror.h>
+#include <opcua/opcua_statuscodes.h>
+#include <servers/qlumconnectinfo.h>
+#include <servers/qlumendpointchoice.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uabytestring.h>
+#include <uaclientsdk/servicesettings.h>
+
+#include <QDebug>
+#include <QMetaObject>
+
+#include <algorithm>
+#include <chrono>
+#include <type_traits>
+#include <utility>
+
+using UaClientSdk::ServiceSettings;
+using UaClientSdk::UaClient;
+
+QlumConnectFlow::QlumConnectFlow(const QlumLog& log, UaClientSdk::UaSession& session,
+                                 UaClientSdk::UaSessionCallback& callback, QlumConnectPrompts& prompts,
+                                 QObject* parent)
+    : QObject(parent), m_log(log), m_session(session), m_callback(callback), m_prompts(prompts),
+      m_worker(session)
+{
+    connect(&m_fetcher, &QlumEndpointFetcher::finished, this, &QlumConnectFlow::takeEndpoints);
+    connect(&m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
+            &QlumConnectFlow::untrustedCertificate);
+    connect(&m_worker, &QlumConnectWorker::ended, this, &QlumConnectFlow::takeResult);
+}
+
+QlumConnectFlow::~QlumConnectFlow()
+{
+    stop();
+}
+
+void QlumConnectFlow::stop()
+{
+    m_step = Step::Idle;
+    ++m_turn;
+    if (std::exchange(m_isAsking, false))
+        m_prompts.withdraw();
+    m_fetcher.cancel();
+    m_worker.stop();
+}
+
+// ---- from step to step
+
+void QlumConnectFlow::start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info)
+{
+    m_setting = setting;
+    m_info = info;
+    m_changesUser = false;
+    m_refusal = UaStatusCode();
+    m_entered.reset();
+    enter(Step::Endpoints);
+}
+
+void QlumConnectFlow::startUserChange(const QlumDiscoverySetting& setting)
+{
+    m_setting = setting;
+    m_attempt.endpoint = setting.endpoint;
+    m_changesUser = true;
+    m_entered.reset();
+    enter(Step::User);
+}
+
+void QlumConnectFlow::enter(Step step)
+{
+    m_step = step;
+    ++m_turn;
+    post([this] { run(); });
+    emit stepChanged(step, false);
+}
+
+void QlumConnectFlow::run()
+{
+    switch (m_step) {
+    case Step::Endpoints:
+        return m_fetcher.fetch(m_setting.endpoint.url, static_cast<int>(m_info.connectTimeout));
+    case Step::Endpoint:
+        return chooseEndpoint();
+    case Step::Policy:
+        return checkPolicy();
+    case Step::User:
+        return identifyUser();
+    case Step::Certificate:
+        return judgeCertificate();
+    case Step::Session:
+        return connectSession();
+    case Step::UserChange:
+        return changeUser();
+    case Step::Idle:
+    case Step::Ending:
+        break;
+    }
+}
+
+template <typename Work>
+void QlumConnectFlow::post(Work work)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, turn = m_turn, work = std::move(work)] {
+            if (turn == m_turn)
+                work();
+        },
+        Qt::QueuedConnection);
+}
+
+// Prompts may answer at once; what follows from an answer comes by the event loop all the same.
+template <typename... Arguments>
+auto QlumConnectFlow::answer(void (QlumConnectFlow::*taken)(Arguments...))
+{
+    return [this, taken, turn = m_turn](const std::decay_t<Arguments>&... values) {
+        if (turn != m_turn)
+            return;
+        post([this, taken, values...] {
+            m_isAsking = false;
+            (this->*taken)(values...);
+        });
+    };
+}
+
+void QlumConnectFlow::asking()
+{
+    m_isAsking = true;
+    emit stepChanged(m_step, true);
+}
+
+void QlumConnectFlow::finish(Result result)
+{
+    m_step = Step::Idle;
+    ++m_turn;
+    if (std::exchange(m_isAsking, false))
+        m_prompts.withdraw();
+    m_attempt = Attempt(); // with what is secret in it
+    m_setting.password.clear();
+    emit finished(result);
+}
+
+void QlumConnectFlow::giveUp()
+{
+    finish(m_changesUser ? Result::Unchanged : Result::GivenUp);
+}
+
+void QlumConnectFlow::giveUpByUser()
+{
+    m_log.info(m_changesUser ? tr("Aborting changing user of current session")
+                             : tr("Aborting connection attempt"));
+    giveUp();
+}
+
+void QlumConnectFlow::cancel()
+{
+    if (m_step == Step::Idle || m_step == Step::Ending || m_step == Step::UserChange)
+        return;
+    m_fetcher.cancel();
+    if (!m_worker.isRunning())
+        return giveUpByUser();
+    m_step = Step::Ending;
+    ++m_turn;
+    if (std::exchange(m_isAsking, false))
+        m_prompts.withdraw();
+    m_worker.cancel();
+    emit stepChanged(m_step, false);
+}
+
+// ---- where to
+
+void QlumConnectFlow::takeEndpoints(unsigned int status, const QVector<QlumEndpoint>& endpoints)
+{
+    if (!OpcUa_IsGood(status)) {
+        m_log.error(tr("Could not connect to server: ") + qlumStatusText(status));
+        return giveUp();
+    }
+    m_attempt.endpoints = endpoints;
+    enter(Step::Endpoint);
+}
+
+void QlumConnectFlow::chooseEndpoint()
+{
+    const QlumEndpoint& wanted = m_setting.endpoint;
+    const QVector<QlumEndpoint>& endpoints = m_attempt.endpoints;
+    const QlumEndpointChoice choice =
+        qlumChooseEndpoint(endpoints, wanted.url, wanted.securityPolicyUri, wanted.securityMode);
+    for (const int index : choice.qualified) {
+        m_log.write(QlumLogLevel::Data, tr("Endpoint: '%1'").arg(endpoints.at(index).url));
+        m_log.write(QlumLogLevel::Data,
+                    tr("Security policy: '%1'").arg(endpoints.at(index).securityPolicyUri));
+    }
+    const bool isFound = choice.match != QlumEndpointChoice::NoMatch;
+    m_attempt.endpoint = isFound ? endpoints.at(choice.index) : wanted;
+    m_log.write(QlumLogLevel::Data,
+                tr("ApplicationUri: '%1'").arg(isFound ? m_attempt.endpoint.applicationUri : QString()));
+    if (choice.match == QlumEndpointChoice::Exact)
+        return enter(Step::Policy);
+    if (isFound) {
+        m_prompts.tellFirstCertificate(answer(&QlumConnectFlow::takeFirstCertificate));
+        return asking();
+    }
+    m_attempt.endpoint.serverCertificate.clear(); // what was once stored proves nothing
+    m_log.error(
+        tr("The server does not support the configured security policy '%1'.").arg(wanted.securityPolicyUri));
+    m_prompts.askUnsupportedPolicy(answer(&QlumConnectFlow::takeUnsupportedPolicy));
+    asking();
+}
+
+void QlumConnectFlow::takeFirstCertificate()
+{
+    enter(Step::Policy);
+}
+
+void QlumConnectFlow::takeUnsupportedPolicy(bool isIgnored)
+{
+    if (isIgnored)
+        enter(Step::Policy);
+    else
+        giveUp();
+}
+
+// Answers about its padding let an attacker find out what was encrypted, so it is used only where somebody
+// has said so for this server.
+void QlumConnectFlow::checkPolicy()
+{
+    const QString& policy = m_setting.endpoint.securityPolicyUri;
+    if (qlumPolicyName(policy) != QLatin1String("Basic128Rsa15") || m_weakPolicyAllowedFor == policy)
+        return enter(Step::User);
+    m_prompts.askWeakPolicy(m_setting.displayName, answer(&QlumConnectFlow::takeWeakPolicy));
+    asking();
+}
+
+void QlumConnectFlow::takeWeakPolicy(bool isAllowed)
+{
+    if (!isAllowed)
+        return giveUpByUser();
+    m_log.write(QlumLogLevel::Warning, tr("The unsafe security policy 'Basic128Rsa15' is used."));
+    m_weakPolicyAllowedFor = m_setting.endpoint.securityPolicyUri;
+    enter(Step::User);
+}
+
+// ---- who the user is
+
+void QlumConnectFlow::identifyUser()
+{
+    const QString told =
+        m_changesUser ? tr("ChangeUser with UserTokenType: %1") : tr("Used UserTokenType: %1");
+    switch (m_setting.userTokenType) {
+    case QlumDiscoverySetting::UserName:
+        m_log.info(told.arg(QLatin1String("UserName")));
+        return identifyByName();
+    case QlumDiscoverySetting::Certificate:
+        m_log.info(told.arg(QLatin1String("Certificate")));
+        return identifyByCertificate();
+    default:
+        m_log.info(told.arg(QLatin1String("Anonymous")));
+        m_attempt.security.setAnonymousUserIdentity();
+        return userIsKnown();
+    }
+}
+
+void QlumConnectFlow::identifyByName()
+{
+    // a password that was given for a protected connection does not leave in the clear without a question
+    const bool unprotected = qlumSendsUnprotectedPassword(m_attempt.endpoint);
+    if (!m_changesUser && m_setting.storePassword && !m_setting.password.isEmpty() &&
+        (!unprotected || m_clearPasswordAllowed)) {
+        m_attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
+                                                       toUaString(m_setting.password));
+        m_attempt.security.plainPasswordAccepted = unprotected;
+        return userIsKnown();
+    }
+    const auto named = answer(&QlumConnectFlow::takeCredentials);
+    if (unprotected)
+        m_prompts.askClearPassword(m_setting.displayName, m_setting.userName,
+                                   qlumSendsClearPassword(m_attempt.endpoint)
+                                       ? QlumPasswordDanger::Anyone
+                                       : QlumPasswordDanger::FalseServer,
+                                   named);
+    else
+        m_prompts.askPassword(m_setting.displayName, m_setting.userName, named);
+    asking();
+}
+
+void QlumConnectFlow::takeCredentials(const std::optional<QlumCredentials>& credentials)
+{
+    if (!credentials)
+        return giveUpByUser();
+    m_clearPasswordAllowed = qlumSendsUnprotectedPassword(m_attempt.endpoint);
+    m_entered =
+        QlumCredentials{credentials->userName, m_setting.storePassword ? credentials->password : QString()};
+    m_attempt.security.setUserPasswordUserIdentity(toUaString(credentials->userName),
+                                                   toUaString(credentials->password));
+    m_attempt.security.plainPasswordAccepted = m_clearPasswordAllowed; // the question has said so
+    userIsKnown();
+}
+
+void QlumConnectFlow::identifyByCertificate()
+{
+    if (loadUserCertificate())
+        userIsKnown();
+    else
+        giveUp();
+}
+
+bool QlumConnectFlow::loadUserCertificate()
+{
+    const UaPkiCertificate certificate = UaPkiCertificate::fromDERFile(toUaString(m_setting.certificateFile));
+    if (certificate.isNull()) {
+        m_log.info(tr("Could not load certificate for X509 user token from file '%1'")
+                       .arg(m_setting.certificateFile));
+        return false;
+    }
+    const UaPkiRsaKeyPair key = UaPkiRsaKeyPair::fromPEMFile(toUaString(m_setting.privateKeyFile));
+    if (key.isNull() || key.isMissingParameters()) {
+        m_log.info(tr("Could not load private key for X509 user token from file '%1'")
+                       .arg(m_setting.privateKeyFile));
+        return false;
+    }
+    m_attempt.security.setCertificateUserIdentity(certificate.toByteStringDER(), UaByteString(key.toDER()));
+    return true;
+}
+
+void QlumConnectFlow::userIsKnown()
+{
+    enter(m_changesUser ? Step::UserChange : Step::Certificate);
+}
+
+// ---- who the server is
+
+void QlumConnectFlow::judgeCertificate()
+{
+    const QlumEndpoint& wanted = m_setting.endpoint;
+    UaClientSdk::SessionSecurityInfo& security = m_attempt.security;
+    qDebug().noquote() << tr("Try connect using SecurityPolicy '%1', MessageSecurityMode '%2'")
+                              .arg(wanted.securityPolicyUri, qlumSecurityModeName(wanted.securityMode));
+    qlumFillConnectSecurity(security, wanted, m_attempt.endpoint, m_attempt.endpoints);
+    security.basic128Rsa15Accepted = m_weakPolicyAllowedFor == wanted.securityPolicyUri;
+    if (security.serverCertificate.isEmpty()) {
+        m_log.write(QlumLogLevel::Warning,
+                    tr("The server returned no certificate, all certificate checks will be skipped."));
+        return enter(Step::Session);
+    }
+    if (!qlumNeedsServerCertificate(security, m_setting, m_attempt.endpoint)) {
+        m_log.write(QlumLogLevel::Warning,
+                    tr("The connection is not secured, the server's certificate is not checked."));
+        security.serverCertificate.clear(); // the session takes one that it is given as judged
+        return enter(Step::Session);
+    }
+    QlumCertificateChainModel chain(wanted.url, m_attempt.endpoint.applicationUri, security.serverCertificate,
+                                    &security);
+    chain.update();
+    if (chain.validationError() != QlumCertificateError::Error)
+        return takeVerdict({true, chain.validationResult().isBad(), chain.findings()});
+    const QString& name = m_attempt.endpoint.applicationName;
+    m_prompts.askCertificate({name.isEmpty() ? m_setting.displayName : name,
+                              m_attempt.endpoint.applicationUri, wanted.url, security},
+                             answer(&QlumConnectFlow::takeVerdict));
+    asking();
+}
+
+void QlumConnectFlow::takeVerdict(const QlumCertificateVerdict& verdict)
+{
+    if (!verdict.isAccepted) {
+        m_log.error(tr("Connecting cancelled by user."));
+        return giveUp();
+    }
+    for (const QString& finding : verdict.findings)
+        m_log.write(QlumLogLevel::Warning, tr("Certificate of the server: %1").arg(finding));
+    if (verdict.isForOnce)
+        m_log.write(QlumLogLevel::Warning,
+                    tr("The user has accepted the server's certificate for this session."));
+    enter(Step::Session);
+}
+
+// ---- the session
+
+void QlumConnectFlow::connectSession()
+{
+    m_worker.run(
+        [this, url = toUaString(m_setting.endpoint.url), info = m_info, security = m_attempt.security] {
+            return m_session.connect(url, info, security, &m_callback);
+        });
+}
+
+void QlumConnectFlow::changeUser()
+{
+    m_worker.run([this, identity = m_attempt.security.userIdentityToken()] {
+        ServiceSettings settings;
+        settings.callTimeout = qlumCallTimeout();
+        return m_session.changeUser(settings, identity.get());
+    });
+}
+
+void QlumConnectFlow::takeResult(const UaStatus& status)
+{
+    if (m_step == Step::Session)
+        return takeConnectResult(status);
+    if (m_step == Step::UserChange) {
+        if (status.isGood())
+            m_log.info(tr("ChangeUser succeeded."));
+        else
+            m_log.error(tr("ChangeUser failed with error '%1'").arg(toQString(status.toString())));
+        return giveUp();
+    }
+    if (!m_session.isConnected())
+        return giveUpByUser();
+    m_worker.run([this] { return m_session.disconnect(ServiceSettings(), true); }); // it was quicker
+}
+
+void QlumConnectFlow::takeConnectResult(const UaStatus& status)
+{
+    if (!status.isGood()) {
+        m_log.error(tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
+        return finish(Result::Refused);
+    }
+    m_log.info(tr("Successfully connected UA server."));
+    m_log.info(tr("Revised values: SessionTimeout=%1, SecureChannelLifetime=%2")
+                   .arg(QString::number(m_session.revisedSessionTimeout(), 'g', 12),
+                        QString::number(m_session.revisedSecureChannelLifetime())));
+    finish(Result::Connected);
+}
+
+bool QlumConnectFlow::connectError(UaClient::ConnectServiceType step, const UaStatus& error,
+                                   bool clientSideError)
+{
+    if (m_worker.isCancelled()) // whatever it is, it follows from that
+        return false;
+    const QlumConnectError told{toQString(error.toString()), qlumConnectStepName(step),
+                                toQString(error.diagnosticText())};
+    if (!clientSideError) {
+        m_log.error(tr("Error '%1' was returned during %2").arg(told.status, told.step));
+        if (!told.details.isEmpty())
+            m_log.error(told.details);
+        m_refusal = step != UaClient::CertificateValidation ? error.statusCode() : OpcUa_Good;
+        return false;
+    }
+    // the server waits no longer than that for its new session to be used
+    constexpr double longest = 24 * 3600 * 1000.0;
+    const std::chrono::milliseconds limit(static_cast<int>(std::clamp(m_info.sessionTimeout, 1.0, longest)));
+    return m_worker.ask([this, told](const auto& question) { askAboutError(told, question); }, limit);
+}
+
+void QlumConnectFlow::askAboutError(const QlumConnectError& error,
+                                    const std::shared_ptr<QlumConnectWorker::Question>& question)
+{
+    if (m_step != Step::Session)
+        return;
+    m_prompts.askConnectError(error, [this, question, turn = m_turn](bool isIgnored) {
+        if (turn != m_turn)
+            return;
+        post([this, question, isIgnored] {
+            m_isAsking = false;
+            m_worker.answer(*question, isIgnored);
+            emit stepChanged(m_step, false);
+        });
+    });
+    asking();
+}

@@ -1,0 +1,149 @@
+#pragma once
+#include <app/api/qlumlog.h>
+#include <servers/qlumconnectprompts.h>
+#include <servers/qlumconnectworker.h>
+#include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumendpoint.h>
+#include <servers/qlumendpointfetcher.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
+#include <uaclientsdk/sessionconnectinfo.h>
+#include <uaclientsdk/sessionsecurityinfo.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QVector>
+
+#include <memory>
+#include <optional>
+
+/// The steps of a connect, from the settings of a server to its session, and those of a change of the user.
+/// Nothing here blocks: what a server must answer is waited for in the background, what the user must answer
+/// comes from the prompts, and each step is an event of its own. A signal is the last thing that a step does,
+/// so whoever hears one may delete the flow. GUI thread, where not said otherwise.
+class QlumConnectFlow : public QObject
+{
+    Q_OBJECT
+public:
+    enum class Step {
+        Idle,
+        Endpoints,   ///< the server is asked for them
+        Endpoint,    ///< one is chosen
+        Policy,      ///< is it safe enough
+        User,        ///< who is to log in
+        Certificate, ///< the server's is judged
+        Session,     ///< it is connected
+        UserChange,  ///< of a session that stands; cannot be cancelled
+        Ending       ///< after cancel()
+    };
+    Q_ENUM(Step)
+    enum class Result {
+        Connected,
+        GivenUp,  ///< by the user, or before the session had its turn
+        Refused,  ///< the session could not be connected
+        Unchanged ///< a change of the user has ended, in whichever way; the connection is what it was
+    };
+    Q_ENUM(Result)
+
+    /// The session calls back to the callback. All outlive the flow.
+    QlumConnectFlow(const QlumLog& log, UaClientSdk::UaSession& session,
+                    UaClientSdk::UaSessionCallback& callback, QlumConnectPrompts& prompts,
+                    QObject* parent = nullptr);
+    /// Waits for a server that is asked for its endpoints, as long as the connect timeout.
+    ~QlumConnectFlow() override;
+
+    /// Begins a connect; the flow must be idle.
+    void start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info);
+    /// Begins a change of the user of the session; the flow must be idle.
+    void startUserChange(const QlumDiscoverySetting& setting);
+    /// Ends a connect in any step, at once or within a second; finished() tells when.
+    void cancel();
+    /// Ends whatever is under way and waits for the session, about a second; nothing is signalled.
+    void stop();
+
+    [[nodiscard]] Step step() const { return m_step; }
+    [[nodiscard]] bool isIdle() const { return m_step == Step::Idle; }
+    /// Where the connect goes to.
+    [[nodiscard]] QString url() const { return m_setting.endpoint.url; }
+    /// The status with which the server has ended the latest connect; good when it has not.
+    [[nodiscard]] UaStatusCode refusal() const { return m_refusal; }
+    /// What the user has entered this time; nothing when he was not asked.
+    [[nodiscard]] const std::optional<QlumCredentials>& entered() const { return m_entered; }
+
+    /// Whether the caller is the connect under way, and not for example a reconnect. Any thread.
+    [[nodiscard]] bool isConnectThread() const { return m_worker.isOwnThread(); }
+    /// What the connect under way came upon; on its thread, where an error that the user may override waits
+    /// for his answer. True goes on.
+    [[nodiscard]] bool connectError(UaClientSdk::UaClient::ConnectServiceType step, const UaStatus& error,
+                                    bool clientSideError);
+
+signals:
+    /// A step begins, begins to wait for the user, or goes on after his answer.
+    void stepChanged(QlumConnectFlow::Step step, bool isAsking);
+    /// A TLS certificate (DER) that nobody trusts ended the question for the endpoints.
+    void untrustedCertificate(unsigned int status, const QByteArray& certificate);
+    /// The flow is idle again.
+    void finished(QlumConnectFlow::Result result);
+
+private:
+    struct Attempt ///< what a connect has found out so far
+    {
+        QVector<QlumEndpoint> endpoints;
+        QlumEndpoint endpoint; ///< the chosen one, or the stored one when the user insists
+        UaClientSdk::SessionSecurityInfo security;
+    };
+
+    void enter(Step step);
+    void run();
+    void finish(Result result);
+    void giveUp();
+    void giveUpByUser();
+    template <typename Work>
+    void post(Work work);
+    template <typename... Arguments>
+    auto answer(void (QlumConnectFlow::*taken)(Arguments...));
+    void asking();
+
+    void takeEndpoints(unsigned int status, const QVector<QlumEndpoint>& endpoints);
+    void chooseEndpoint();
+    void takeUnsupportedPolicy(bool isIgnored);
+    void takeFirstCertificate();
+    void checkPolicy();
+    void takeWeakPolicy(bool isAllowed);
+    void identifyUser();
+    void identifyByName();
+    void takeCredentials(const std::optional<QlumCredentials>& credentials);
+    void identifyByCertificate();
+    [[nodiscard]] bool loadUserCertificate();
+    void userIsKnown();
+    void judgeCertificate();
+    void takeVerdict(const QlumCertificateVerdict& verdict);
+    void connectSession();
+    void changeUser();
+    void takeResult(const UaStatus& status);
+    void takeConnectResult(const UaStatus& status);
+    void askAboutError(const QlumConnectError& error,
+                       const std::shared_ptr<QlumConnectWorker::Question>& question);
+
+    const QlumLog m_log;
+    UaClientSdk::UaSession& m_session;
+    UaClientSdk::UaSessionCallback& m_callback;
+    QlumConnectPrompts& m_prompts;
+    QlumDiscoverySetting m_setting;
+    UaClientSdk::SessionConnectInfo m_info;
+    Attempt m_attempt;
+    Step m_step = Step::Idle;
+    unsigned int m_turn = 0; ///< rises with each step; what belongs to an older one is dropped
+    bool m_isAsking = false;
+    bool m_changesUser = false;
+    UaStatusCode m_refusal;
+    std::optional<QlumCredentials> m_entered;
+    QString m_weakPolicyAllowedFor;      ///< URI; the user's word holds until the program ends
+    bool m_clearPasswordAllowed = false; ///< for the stored password
+    QlumEndpointFetcher m_fetcher;       ///< a cancelled question ends in the background
+    QlumConnectWorker m_worker;          ///< last: joined first
+};

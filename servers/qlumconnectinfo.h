@@ -1,0 +1,25 @@
+// What a session is told when it connects: from the settings of the program and of one server.
+#pragma once
+#include <servers/qlumendpoint.h>
+#include <uaclientsdk/sessionconnectinfo.h>
+#include <uaclientsdk/sessionsecurityinfo.h>
+#include <uaclientsdk/uaclient.h>
+
+#include <QString>
+#include <QVector>
+
+struct QlumDiscoverySetting;
+
+/// As the program is set up; the rest are the session's own defaults.
+[[nodiscard]] UaClientSdk::SessionConnectInfo qlumConnectInfo(unsigned int serverId,
+                                                              const QString& sessionName);
+/// All but the user: what the server's settings ask for, the certificate of the endpoint that was chosen
+/// among those discovered, the program's own one and the trust folders.
+void qlumFillConnectSecurity(UaClientSdk::SessionSecurityInfo& security, const QlumEndpoint& wanted,
+                             const QlumEndpoint& chosen, const QVector<QlumEndpoint>& discovered);
+/// Whether anything on the connection depends on the server's certificate.
+[[nodiscard]] bool qlumNeedsServerCertificate(const UaClientSdk::SessionSecurityInfo& security,
+                                              const QlumDiscoverySetting& setting,
+                                              const QlumEndpoint& chosen);
+/// Name of a step of UaSession::connect, for the log.
+[[nodiscard]] QString qlumConnectStepName(UaClientSdk::UaClient::ConnectServiceType step);

@@ -1,0 +1,83 @@
+#pragma once
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+#include <uaclientsdk/sessionsecurityinfo.h>
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+/// Who could read a password on its way.
+enum class QlumPasswordDanger {
+    Nobody,
+    Anyone,     ///< it travels as clear text
+    FalseServer ///< it is encrypted with a certificate that nobody can check
+};
+
+struct QlumCredentials
+{
+    QString userName;
+    QString password;
+};
+
+/// A server's certificate that did not pass all checks; the bytes are those of security.
+struct QlumCertificateQuestion
+{
+    QString serverName; ///< by which the server calls itself
+    QString applicationUri;
+    QString url;
+    UaClientSdk::SessionSecurityInfo security;
+};
+
+struct QlumCertificateVerdict
+{
+    bool isAccepted = false;
+    bool isForOnce = false; ///< accepted although the checks still fail
+    QStringList findings;   ///< for the log
+};
+
+/// An error of a connect that the user may override.
+struct QlumConnectError
+{
+    QString status;
+    QString step;
+    QString details; ///< what the session has to say of it; may be empty
+};
+
+/// What a connect asks its user. One question at a time, each on the GUI thread, and none blocks: the answer
+/// comes by its callback, once, then or later. A question that went away unanswered counts as declined.
+class QlumConnectPrompts
+{
+public:
+    using Answered = std::function<void()>;
+    using Decided = std::function<void(bool)>;
+    using Named = std::function<void(const std::optional<QlumCredentials>&)>;
+    using Judged = std::function<void(const QlumCertificateVerdict&)>;
+
+    QlumConnectPrompts() = default;
+    virtual ~QlumConnectPrompts() = default;
+    QlumConnectPrompts(const QlumConnectPrompts&) = delete;
+    QlumConnectPrompts& operator=(const QlumConnectPrompts&) = delete;
+
+    /// Whether to try a security policy that the server does not offer.
+    virtual void askUnsupportedPolicy(Decided answer) = 0;
+    /// Tells that no endpoint has the URL, and that the certificate of another one is used.
+    virtual void tellFirstCertificate(Answered answer) = 0;
+    /// Whether to use a policy that is broken.
+    virtual void askWeakPolicy(const QString& server, Decided answer) = 0;
+    /// User name and password; nothing: the user thought better of it.
+    virtual void askPassword(const QString& server, const QString& userName, Named answer) = 0;
+    /// The same where somebody else may read the password.
+    virtual void askClearPassword(const QString& server, const QString& userName, QlumPasswordDanger danger,
+                                  Named answer) = 0;
+    virtual void askCertificate(const QlumCertificateQuestion& question, Judged answer) = 0;
+    /// Whether to go on in spite of an error.
+    virtual void askConnectError(const QlumConnectError& error, Decided answer) = 0;
+    /// Whether to trust a TLS certificate (DER) from now on; the trusted one has been stored then.
+    virtual void askTlsTrust(const QString& server, const UaByteString& certificate,
+                             const UaStatusCode& status, Decided answer) = 0;
+    /// Takes the open question back: its answer does not come any more.
+    virtual void withdraw() = 0;
+};

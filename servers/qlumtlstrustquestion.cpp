@@ -1,0 +1,67 @@
+#include <servers/qlumtlstrustquestion.h>
+
+#include <app/api/qlumtext.h>
+#include <uabase/values/uastatuscode.h>
+
+#include <utility>
+
+QlumTlsTrustQuestion::QlumTlsTrustQuestion(const QlumLog& log, QlumConnectPrompts& prompts, QObject* parent)
+    : QObject(parent), m_log(log), m_prompts(prompts)
+{
+    connect(this, &QlumTlsTrustQuestion::newUntrustedSSLCertificate, this,
+            &QlumTlsTrustQuestion::sltUntrustedSSLCertificate, Qt::QueuedConnection);
+}
+
+QlumTlsTrustQuestion::~QlumTlsTrustQuestion()
+{
+    if (m_isOpen)
+        m_prompts.withdraw();
+}
+
+void QlumTlsTrustQuestion::raise(unsigned int status, const QByteArray& certificate)
+{
+    if (m_permit.tryAcquire())
+        emit newUntrustedSSLCertificate(status, certificate);
+}
+
+void QlumTlsTrustQuestion::raise(const UaStatus& status, const UaByteString& certificate)
+{
+    raise(status.statusCode(),
+          QByteArray(reinterpret_cast<const char*>(certificate.data()), certificate.length()));
+}
+
+void QlumTlsTrustQuestion::setHeld(bool held)
+{
+    m_isHeld = held;
+    if (held || !m_waiting)
+        return;
+    const Failure failure = *std::exchange(m_waiting, std::nullopt);
+    emit newUntrustedSSLCertificate(failure.status, failure.certificate);
+}
+
+void QlumTlsTrustQuestion::sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate)
+{
+    if (m_isHeld)
+        m_waiting = Failure{status, certificate};
+    else
+        ask({status, certificate});
+}
+
+void QlumTlsTrustQuestion::ask(const Failure& failure)
+{
+    m_log.error(tr("The TLS certificate of server '%1' is not trusted: '%2'")
+                    .arg(m_serverName, qlumStatusText(failure.status)));
+    const UaByteString certificate(failure.certificate.size(),
+                                   reinterpret_cast<const OpcUa_Byte*>(failure.certificate.constData()));
+    m_isOpen = true;
+    m_prompts.askTlsTrust(m_serverName, certificate, UaStatusCode(failure.status),
+                          [this](bool isTrusted) { take(isTrusted); });
+}
+
+void QlumTlsTrustQuestion::take(bool isTrusted)
+{
+    m_isOpen = false;
+    m_permit.release();
+    if (isTrusted)
+        emit trusted();
+}

@@ -1,0 +1,108 @@
+// Answers what a connect asks, by a script, instead of a user with dialogs.
+#pragma once
+#include <certificates/qlumtlstrust.h>
+#include <servers/qlumconnectprompts.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+/// What is answered, and what was asked. Outlives the answers that read it.
+struct ConnectScript
+{
+    bool isUnsupportedPolicyIgnored = false;
+    bool isWeakPolicyAllowed = false;
+    std::optional<QlumCredentials> credentials; ///< nothing: cancelled
+    QlumCertificateVerdict verdict;
+    bool isErrorIgnored = false;
+    bool isTlsTrusted = false;
+    bool isSilent = false;              ///< questions stay open
+    std::function<void()> beforeAnswer; ///< whatever the user does instead of answering
+
+    QStringList asked; ///< names of the questions, in order
+    QStringList withdrawn;
+    QString serverName; ///< of the latest question that has one
+    QlumPasswordDanger danger = QlumPasswordDanger::Nobody;
+    QlumCertificateQuestion certificate;
+    QlumConnectError error;
+};
+
+class ConnectAnswers : public QlumConnectPrompts
+{
+public:
+    explicit ConnectAnswers(ConnectScript& script) : m_script(script) {}
+
+    void askUnsupportedPolicy(Decided answer) override
+    {
+        if (take("unsupported policy"))
+            answer(m_script.isUnsupportedPolicyIgnored);
+    }
+    void tellFirstCertificate(Answered answer) override
+    {
+        if (take("first certificate"))
+            answer();
+    }
+    void askWeakPolicy(const QString& server, Decided answer) override
+    {
+        m_script.serverName = server;
+        if (take("weak policy"))
+            answer(m_script.isWeakPolicyAllowed);
+    }
+    void askPassword(const QString& server, const QString&, Named answer) override
+    {
+        m_script.serverName = server;
+        m_script.danger = QlumPasswordDanger::Nobody;
+        if (take("password"))
+            answer(m_script.credentials);
+    }
+    void askClearPassword(const QString& server, const QString&, QlumPasswordDanger danger,
+                          Named answer) override
+    {
+        m_script.serverName = server;
+        m_script.danger = danger;
+        if (take("clear password"))
+            answer(m_script.credentials);
+    }
+    void askCertificate(const QlumCertificateQuestion& question, Judged answer) override
+    {
+        m_script.certificate = question;
+        if (take("certificate"))
+            answer(m_script.verdict);
+    }
+    void askConnectError(const QlumConnectError& error, Decided answer) override
+    {
+        m_script.error = error;
+        if (take("connect error"))
+            answer(m_script.isErrorIgnored);
+    }
+    void askTlsTrust(const QString& server, const UaByteString& certificate, const UaStatusCode&,
+                     Decided answer) override
+    {
+        m_script.serverName = server;
+        if (take("tls trust"))
+            answer(m_script.isTlsTrusted && qlumTrustTlsCertificate(certificate));
+    }
+    void withdraw() override
+    {
+        if (!m_script.asked.isEmpty())
+            m_script.withdrawn.append(m_script.asked.last());
+    }
+
+private:
+    /// Whether to answer. The user may have removed the server meanwhile, and these answers with it.
+    bool take(const char* question)
+    {
+        ConnectScript& script = m_script;
+        script.asked.append(QString::fromLatin1(question));
+        const bool isSilent = script.isSilent;
+        if (script.beforeAnswer)
+            script.beforeAnswer();
+        return !isSilent;
+    }
+
+    ConnectScript& m_script;
+};
