@@ -11,6 +11,7 @@
 #include <uabase/values/uastatus.h>
 
 #include <QAbstractItemModel>
+#include <QDeadlineTimer>
 #include <QMimeData>
 #include <QModelIndex>
 #include <QModelIndexList>
@@ -23,6 +24,7 @@
 
 #include <list>
 #include <memory>
+#include <vector>
 
 class QComboBox;
 class QTimer;
@@ -64,6 +66,8 @@ public:
     void serverModelChanged(const UaNodeId& affectedNode, unsigned char verb) override;
     bool nodeInfo(const QModelIndex& index, UaNodeId& nodeId, OpcUa_NodeClass& nodeClass,
                   UaNodeId& parentId) const override;
+    /// Browses upward from a node that is not in the tree, then downward; each takes its calls.
+    QModelIndex reveal(const UaNodeId& nodeId) override;
 
     /// Browses again and adds what is new; for an invalid index the root.
     void browseNodeIndex(const QModelIndex& index);
@@ -82,6 +86,11 @@ public slots:
 
 private:
     struct Task; ///< a node whose continuation points are being followed
+    struct Way
+    {
+        QlumAddressSpaceNode* start = nullptr; ///< in the tree
+        std::vector<UaNodeId> below;           ///< from one to the next
+    };
 
     [[nodiscard]] QlumAddressSpaceNode* nodeAt(const QModelIndex& index) const;
     [[nodiscard]] QlumAddressSpaceNode* nodeOrRoot(const QModelIndex& index) const;
@@ -102,6 +111,11 @@ private:
     void sortNode(QlumAddressSpaceNode* node);
     void removeChildren(QlumAddressSpaceNode* node);
     void refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id);
+
+    [[nodiscard]] Way wayTo(const UaNodeId& nodeId, const QDeadlineTimer& deadline) const;
+    [[nodiscard]] std::vector<UaNodeId> parentsOf(const UaNodeId& nodeId) const;
+    [[nodiscard]] QlumAddressSpaceNode* childOf(QlumAddressSpaceNode* node, const UaNodeId& id,
+                                                const QDeadlineTimer& deadline);
 
     void fillHighlightCombo(const QStringList& namespaces);
     void emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace, int newNamespace);
