@@ -1,13 +1,9 @@
 #include <app/api/qlumcalltimeout.h>
 
 #include <app/api/qlumapplicationinterface.h>
-
-#include <QString>
+#include <app/api/qlumsettings.h>
 
 OpcUa_UInt32 qlumCallTimeout(const QlumApplicationInterface* application)
 {
-    return application
-               ? application->settingsValue(QStringLiteral("General.CallTimeout"), qlumDefaultCallTimeout)
-                     .toUInt()
-               : qlumDefaultCallTimeout;
+    return QlumSettings::callTimeout.value(application);
 }

@@ -120,7 +120,6 @@ private:
     void fillHighlightCombo(const QStringList& namespaces);
     void emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace, int newNamespace);
     [[nodiscard]] QVariant decoration(const QlumAddressSpaceNode& node) const;
-    [[nodiscard]] QVariant setting(const char* key, const QVariant& defaultValue) const;
 
     QPointer<QlumServerNode> m_server;
     QPointer<QComboBox> m_highlightCombo;

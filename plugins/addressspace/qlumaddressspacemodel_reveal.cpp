@@ -1,5 +1,6 @@
 // Finding a node in the tree that nobody has opened yet: upward on the server, then downward in the tree.
 #include <app/api/qlumguithread.h>
+#include <app/api/qlumsettings.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
 #include <uawidgets/qlumwaitcursor.h>
 
@@ -40,7 +41,7 @@ QModelIndex QlumAddressSpaceModel::reveal(const UaNodeId& nodeId)
     qlumAssertGuiThread();
     if (!m_server || !m_services)
         return {};
-    const QDeadlineTimer deadline(setting("General.BrowseTimeout", 10000).toInt());
+    const QDeadlineTimer deadline(QlumSettings::browseTimeout.value());
     Way way = wayTo(nodeId, deadline);
     QlumAddressSpaceNode* node = way.start;
     for (std::size_t i = 0; node && i < way.below.size(); ++i)
@@ -83,7 +84,7 @@ std::vector<UaNodeId> QlumAddressSpaceModel::parentsOf(const UaNodeId& nodeId) c
 {
     const QlumWaitCursor wait;
     UaClientSdk::ServiceSettings settings;
-    settings.callTimeout = setting("General.BrowseTimeout", 10000).toUInt();
+    settings.callTimeout = QlumSettings::browseTimeout.value();
     UaClientSdk::BrowseContext context = browseContext(*m_root);
     context.browseDirection = OpcUa_BrowseDirection_Inverse;
     context.nodeClassMask = 0;

@@ -5,7 +5,9 @@
 #include <app/api/qlumdocksize.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlummetatypes.h>
+#include <app/api/qlumsettingsregistry.h>
 #include <plugins/attributes/qlumattributemodel.h>
+#include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributeview.h>
 #include <plugins/attributes/qlumcustomnodeiddialog.h>
 #include <plugins/attributes/qlumreadjob.h>
@@ -35,7 +37,6 @@
 
 namespace {
 const QLatin1String onOffKey("Act_OnOff_Checked");
-const QLatin1String maxAgeKey("AttributePlugin.MaxAge");
 } // namespace
 
 QlumAttributePlugin::QlumAttributePlugin() : QlumAttributePlugin(qlumApplicationServices()) {}
@@ -52,7 +53,7 @@ void QlumAttributePlugin::init(QlumApplicationInterface* app)
 {
     m_app = app;
     qlumRegisterMetaTypes();
-    app->setSettingsValue(maxAgeKey, app->settingsValue(maxAgeKey, 0.0));
+    registerSettings();
     m_pool = std::make_unique<QlumJobPool>(1);
     m_model = new QlumAttributeModel(*app, m_typeNames, this, m_services);
     connect(this, &QlumAttributePlugin::sigClear, m_model, &QlumAttributeModel::clear);
@@ -73,6 +74,21 @@ void QlumAttributePlugin::shutdown()
 QString QlumAttributePlugin::name()
 {
     return QStringLiteral("UA Attribute Plugin");
+}
+
+void QlumAttributePlugin::registerSettings()
+{
+    using QlumAttributeSettings::maxAge;
+    constexpr double hour = 3600000; // ms
+    qlumRegisterSettings(
+        {QStringLiteral("attributes"),
+         tr("Attri&butes"),
+         {QlumSettingRow::number(maxAge,
+                                 {tr("&Oldest value shown:"),
+                                  tr("A server may answer with a value that it read so long ago. With 0 it "
+                                     "reads the value anew, which may take longer.")},
+                                 0, hour, tr(" ms"))}});
+    maxAge.store(*m_app, maxAge.value(m_app)); // so that it is in the file for who edits that
 }
 
 // ---- widgets

@@ -84,6 +84,7 @@ private:
         friend bool operator==(const Node&, const Node&) = default;
     };
 
+    void registerSettings();
     void createActions();
     void createDock();
     QAction* createAction(const QString& name, const QString& icon, const QString& text, const QString& help);

@@ -4,6 +4,7 @@
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+#include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributetexts.h>
 #include <plugins/attributes/qlumtypenames.h>
 #include <uabase/values/uanodeid.h>
@@ -98,9 +99,7 @@ bool QlumReadJob::readNodeClass(QlumSessionServices& session)
 void QlumReadJob::readAttributes(QlumSessionServices& session)
 {
     UaClientSdk::ServiceSettings settings = serviceSettings();
-    const double maxAge = QlumApplicationInterface::instance()
-                              ->settingsValue(QStringLiteral("AttributePlugin.MaxAge"), 0.0)
-                              .toDouble();
+    const double maxAge = QlumAttributeSettings::maxAge.value();
     const QList<int> attributeIds = qlumAttributesOf(*m_nodeClass);
     UaDataValues values;
     const UaStatus status = session.read(settings, maxAge, OpcUa_TimestampsToReturn_Both,

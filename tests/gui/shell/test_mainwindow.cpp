@@ -33,6 +33,7 @@
 #include <QObject>
 #include <QPlainTextEdit>
 #include <QSettings>
+#include <QSpinBox>
 #include <QStackedWidget>
 #include <QString>
 #include <QStringList>
@@ -411,6 +412,26 @@ TEST_F(MainWindow, SettingsDialogStoresOnlyWhatWasChanged)
     EXPECT_EQ(settings.value(QStringLiteral("General.LogLevel")).toString(), QStringLiteral("ERROR"));
     changed.removeAll(QStringLiteral("General.LogLevel"));
     EXPECT_TRUE(changed.isEmpty()) << changed.join(QLatin1Char(' ')).toStdString();
+}
+
+TEST_F(MainWindow, SettingsOfToolsHaveTheirPageBehindThoseOfTheApplication)
+{
+    QStringList pages;
+    const DialogDriver driver([&pages](QDialog& dialog) {
+        const auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("settingsPages"));
+        for (int i = 0; i < tabs->count(); ++i)
+            pages.append(tabs->widget(i)->objectName());
+        auto* age = dialog.findChild<QSpinBox*>(QStringLiteral("AttributePlugin.MaxAge"));
+        EXPECT_EQ(age->accessibleName(), QStringLiteral("Oldest value shown"));
+        EXPECT_TRUE(age->whatsThis().startsWith(QLatin1String("<b>Oldest value shown</b><br>")));
+        age->setValue(250);
+        dialog.accept();
+    });
+    action(QlumMainActions::Configure)->trigger();
+    EXPECT_EQ(pages, (QStringList{"connections", "certificates", "addressSpace", "log", "trace", "updates",
+                                  "attributes"}));
+    EXPECT_EQ(window->settingsValue(QStringLiteral("AttributePlugin.MaxAge")), QVariant(250.0));
+    EXPECT_EQ(window->settingsValue(QStringLiteral("General.BrowseTimeout")), QVariant(10000u));
 }
 
 TEST_F(MainWindow, UpdateQuestionIsAskedOnce)
