@@ -1,5 +1,7 @@
 #include <uawidgets/qlumcopy.h>
 
+#include <app/api/qlumactiontable.h>
+
 #include <QAbstractItemView>
 #include <QAction>
 #include <QClipboard>
@@ -14,6 +16,15 @@
 #include <QString>
 
 namespace {
+constexpr QlumActionRow copyRows[] = {
+    {0, "copy", QT_TRANSLATE_NOOP("QlumCopy", "&Copy"), "copy.png", QKeySequence::Copy,
+     QT_TRANSLATE_NOOP("QlumCopy", "Copy the selected rows"),
+     QT_TRANSLATE_NOOP("QlumCopy", "<b>Copy</b><br>Puts the text of the selected rows on the clipboard, one "
+                                   "line for each row and a tab "
+                                   "between the columns."),
+     Qt::WidgetShortcut},
+};
+
 // Rows in the order of the view's model, not in that of the user's clicks.
 QString selectedText(const QAbstractItemView* view)
 {
@@ -36,14 +47,8 @@ QString selectedText(const QAbstractItemView* view)
 
 void qlumAddCopyActions(QAbstractItemView* view)
 {
-    auto* copy = new QAction(QIcon(QStringLiteral(":/images/copy.png")), QObject::tr("&Copy"), view);
-    copy->setObjectName(QStringLiteral("copy"));
-    copy->setShortcut(QKeySequence::Copy);
-    copy->setShortcutContext(Qt::WidgetShortcut);
-    copy->setToolTip(QObject::tr("Copy the selected rows"));
-    copy->setWhatsThis(
-        QObject::tr("<b>Copy</b><br>Puts the text of the selected rows on the clipboard, one line for "
-                    "each row and a tab between the columns."));
+    const QlumActionTable actions(copyRows, "QlumCopy", view);
+    QAction* copy = actions[0];
     QObject::connect(copy, &QAction::triggered, view,
                      [view] { QGuiApplication::clipboard()->setText(selectedText(view)); });
     view->addAction(copy);
