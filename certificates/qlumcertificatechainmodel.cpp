@@ -2,6 +2,7 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificateerror.h>
 #include <certificates/qlumseverityicon.h>
@@ -28,12 +29,6 @@ using UaClientSdk::SessionSecurityInfo;
 constexpr int maximumCertificates = 10; // of a chain
 constexpr int selfSignedServer = 18; // the crypto library's number; the trust list says all there is to say
 constexpr OpcUa_StatusCode codeBits = 0xFFFF0000u;
-
-bool isSwitchedOff(const char* key)
-{
-    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    return application && application->settingsValue(QLatin1String(key)).toBool();
-}
 } // namespace
 
 QlumCertificateChainModel::QlumCertificateChainModel(const QString& serverUrl, const QString& applicationUri,
@@ -196,13 +191,13 @@ bool QlumCertificateChainModel::isTakenAsResult(const UaStatusCode& status)
 {
     switch (status.code() & codeBits) {
     case OpcUa_BadCertificateTimeInvalid:
-        return !isSwitchedOff("General.DisableError.CertificateTimeInvalid");
+        return !QlumSettings::ignoreTime.value();
     case OpcUa_BadCertificateIssuerTimeInvalid:
-        return !isSwitchedOff("General.DisableError.CertificateIssuerTimeInvalid");
+        return !QlumSettings::ignoreIssuerTime.value();
     case OpcUa_BadCertificateRevocationUnknown:
-        return !isSwitchedOff("General.DisableError.CertificateRevocationUnknown");
+        return !QlumSettings::ignoreNoRevocation.value();
     case OpcUa_BadCertificateIssuerRevocationUnknown:
-        return !isSwitchedOff("General.DisableError.CertificateIssuerRevocationUnknown");
+        return !QlumSettings::ignoreNoIssuerRevocation.value();
     default:
         return true;
     }

@@ -1,8 +1,9 @@
 #include <certificates/qlumcertificatedialog.h>
 
+#include <app/api/qlumactiontable.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <certificates/qlumcertificateadvice.h>
 #include <certificates/qlumcertificatechainnode.h>
 #include <certificates/qlumcertificatedetailsmodel.h>
@@ -45,6 +46,24 @@
 #include <QWidget>
 
 namespace {
+enum DialogAction { SaveAs, CopyThumbprint };
+
+constexpr QlumActionRow dialogRows[] = {
+    {SaveAs, "saveAs", QT_TRANSLATE_NOOP("QlumCertificateDialog", "Save as..."), "", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumCertificateDialog", "Save the selected certificate to a file"),
+     QT_TRANSLATE_NOOP(
+         "QlumCertificateDialog",
+         "<b>Save as</b><br>Writes the selected certificate to a DER file. Under the proposed name it "
+         "becomes trusted.")},
+    {CopyThumbprint, "copyThumbprint", QT_TRANSLATE_NOOP("QlumCertificateDialog", "Copy Thumbprint"),
+     "copy.png", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumCertificateDialog", "Copy the thumbprint of the selected certificate"),
+     QT_TRANSLATE_NOOP(
+         "QlumCertificateDialog",
+         "<b>Copy Thumbprint</b><br>Puts the SHA-1 thumbprint on the clipboard, to compare it with the one "
+         "that the server's operator names.")},
+};
+
 QTreeView* makeTree(const char* objectName, const QString& accessibleName)
 {
     auto* view = new QTreeView;
@@ -209,19 +228,10 @@ void QlumCertificateDialog::createButtons(QVBoxLayout* layout)
 
 void QlumCertificateDialog::createActions()
 {
-    auto* save = new QAction(tr("Save as..."), this);
-    save->setObjectName(QStringLiteral("saveAs"));
-    save->setToolTip(tr("Save the selected certificate to a file"));
-    save->setWhatsThis(tr("<b>Save as</b><br>Writes the selected certificate to a DER file. Under the "
-                          "proposed name it becomes trusted."));
-    connect(save, &QAction::triggered, this, &QlumCertificateDialog::saveAs);
-    auto* copy = new QAction(QIcon(QStringLiteral(":/images/copy.png")), tr("Copy Thumbprint"), this);
-    copy->setObjectName(QStringLiteral("copyThumbprint"));
-    copy->setToolTip(tr("Copy the thumbprint of the selected certificate"));
-    copy->setWhatsThis(tr("<b>Copy Thumbprint</b><br>Puts the SHA-1 thumbprint on the clipboard, to compare "
-                          "it with the one that the server's operator names."));
-    connect(copy, &QAction::triggered, this, &QlumCertificateDialog::copyThumbprint);
-    m_chainView->addActions({save, copy});
+    const QlumActionTable actions(dialogRows, "QlumCertificateDialog", this);
+    connect(actions[SaveAs], &QAction::triggered, this, &QlumCertificateDialog::saveAs);
+    connect(actions[CopyThumbprint], &QAction::triggered, this, &QlumCertificateDialog::copyThumbprint);
+    m_chainView->addActions(actions.list({SaveAs, CopyThumbprint}));
     m_chainView->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
@@ -327,10 +337,9 @@ bool QlumCertificateDialog::write(const UaPkiCertificate& certificate, const QSt
     QStringList reasons;
     for (const UaString& reason : certificate.getErrors())
         reasons.append(toQString(reason));
-    QlumUaTrace::log(QlumLogLevel::Error,
-                     tr("The certificate could not be written to '%1': %2")
-                         .arg(path, qlumSingleLine(reasons.join(QLatin1String("; ")))),
-                     QStringLiteral("Tavelin"));
+    QlumLog(QStringLiteral("Tavelin"))
+        .error(tr("The certificate could not be written to '%1': %2")
+                   .arg(path, qlumSingleLine(reasons.join(QLatin1String("; ")))));
     return false;
 }
 

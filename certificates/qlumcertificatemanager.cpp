@@ -1,5 +1,6 @@
 #include <certificates/qlumcertificatemanager.h>
 
+#include <app/api/qlumactiontable.h>
 #include <app/api/qlumjobpool.h>
 #include <certificates/qlumcertificateentry.h>
 #include <certificates/qlumcertificatemodel.h>
@@ -20,7 +21,59 @@
 #include <QTabWidget>
 #include <QTableView>
 
+#define TEXT(text) QT_TRANSLATE_NOOP("QlumCertificateManager", text)
+
 namespace {
+enum ActionId {
+    Trust,
+    Reject,
+    Open,
+    Delete,
+    CopyThumbprint,
+    OpenList,
+    DeleteList,
+    Refresh,
+    CopyOwn,
+    CreateOwn,
+    OwnLocation
+};
+
+constexpr QlumActionRow actionRows[] = {
+    {Trust, "trust", TEXT("&Trust"), ":/uawidgets/images/on.png", qlumNoKey,
+     TEXT("Set the state of this certificate to Trusted"),
+     TEXT("<b>Trust</b><br>Moves a rejected certificate to the trusted ones.")},
+    {Reject, "reject", TEXT("&Reject"), ":/uawidgets/images/clearlog.png", qlumNoKey,
+     TEXT("Set the state of this certificate to Rejected"),
+     TEXT("<b>Reject</b><br>Moves a trusted certificate to the rejected ones. A server that uses it is asked "
+          "about again.")},
+    {Open, "open", TEXT("&Open..."), "", qlumNoKey, TEXT("Open Certificate in External Viewer"),
+     TEXT("<b>Open</b><br>Opens the certificate's file with the desktop's program for it.")},
+    {Delete, "delete", TEXT("&Delete"), "remove.png", QKeySequence::Delete, TEXT("Delete the certificate"),
+     TEXT("<b>Delete</b><br>Removes the certificate's file for good."), Qt::WidgetShortcut},
+    {CopyThumbprint, "copyThumbprint", TEXT("Copy T&humbprint"), "copy.png", QKeySequence::Copy,
+     TEXT("Copy the SHA-1 thumbprint to the clipboard"),
+     TEXT("<b>Copy Thumbprint</b><br>The number to compare with what the owner of the certificate tells."),
+     Qt::WidgetShortcut},
+    {OpenList, "openCrl", TEXT("&Open..."), "", qlumNoKey, TEXT("Open CRL in External Viewer"),
+     TEXT("<b>Open</b><br>Opens the list's file with the desktop's program for it.")},
+    {DeleteList, "deleteCrl", TEXT("&Delete"), "remove.png", QKeySequence::Delete, TEXT("Delete the CRL"),
+     TEXT("<b>Delete</b><br>Removes the list's file for good."), Qt::WidgetShortcut},
+    {Refresh, "refresh", TEXT("R&efresh"), "", QKeySequence::Refresh, TEXT("Read all stores again"),
+     TEXT("<b>Refresh</b><br>Shows what is in the folders now.")},
+    {CopyOwn, "copyOwn", TEXT("&Copy Application Certificate To..."), "", qlumNoKey,
+     TEXT("Save a copy of the application's own certificate"),
+     TEXT(
+         "<b>Copy Application Certificate To</b><br>Saves a copy of Tavelin's own certificate, which servers "
+         "are to be given so that they trust Tavelin. The private key stays here.")},
+    {CreateOwn, "createOwn", TEXT("Create &new Application Certificate..."), "", qlumNoKey,
+     TEXT("Replace the application's own certificate and its key"),
+     TEXT("<b>Create new Application Certificate</b><br>Makes a new certificate and key and replaces the old "
+          "ones. Servers must be told to trust the new one.")},
+    {OwnLocation, "ownLocation", TEXT("Open O&wn Certificate Location"), "", qlumNoKey,
+     TEXT("Open the folder of the application's own certificate"),
+     TEXT("<b>Open Own Certificate Location</b><br>Shows the folder of Tavelin's own certificate in the file "
+          "manager.")},
+};
 // Small stores are read within it, so that they do not flicker; longer is a delay that users notice.
 constexpr int readAtOnce = 100; // ms
 
@@ -120,8 +173,8 @@ void QlumCertificateManager::createPages()
         m_lists[place] =
             new QlumCrlPage(static_cast<QlumCRLModel::CRLStoreType>(store),
                             tr("%1 revocation lists").arg(storeTitle(store)), *lists[place], this);
-        addPage(m_certificates[place], {m_open, m_trust, m_reject, m_copyThumbprint, m_delete});
-        addPage(m_lists[place], {m_openList, m_deleteList});
+        addPage(m_certificates[place], m_actions.list({Open, Trust, Reject, CopyThumbprint, Delete}));
+        addPage(m_lists[place], m_actions.list({OpenList, DeleteList}));
     }
 }
 
@@ -172,105 +225,24 @@ void QlumCertificateManager::reloadPages(const QList<QlumStorePage*>& pages)
 
 // ---- actions and layout
 
-QAction* QlumCertificateManager::addAction(const ActionTexts& texts, void (QlumCertificateManager::*slot)())
-{
-    auto* action = new QAction(texts.text, this);
-    action->setObjectName(QLatin1String(texts.name));
-    action->setToolTip(texts.toolTip);
-    action->setWhatsThis(texts.whatsThis);
-    if (!texts.icon.isEmpty())
-        action->setIcon(QIcon(texts.icon));
-    connect(action, &QAction::triggered, this, slot);
-    return action;
-}
-
 void QlumCertificateManager::createActions()
 {
-    createRowActions();
-    createOwnActions();
-    m_delete->setShortcut(QKeySequence::Delete);
-    m_deleteList->setShortcut(QKeySequence::Delete);
-    m_copyThumbprint->setShortcut(QKeySequence::Copy);
-    for (QAction* action : {m_delete, m_deleteList, m_copyThumbprint})
-        action->setShortcutContext(Qt::WidgetShortcut);
-    m_refresh->setShortcut(QKeySequence::Refresh);
-    QWidget::addAction(m_refresh);
-}
-
-void QlumCertificateManager::createRowActions()
-{
-    using M = QlumCertificateManager;
-    m_trust = addAction({"trust", tr("&Trust"), tr("Set the state of this certificate to Trusted"),
-                         tr("<b>Trust</b><br>Moves a rejected certificate to the trusted ones."),
-                         QStringLiteral(":/uawidgets/images/on.png")},
-                        &M::sltTrust);
-    m_reject =
-        addAction({"reject", tr("&Reject"), tr("Set the state of this certificate to Rejected"),
-                   tr("<b>Reject</b><br>Moves a trusted certificate to the rejected ones. A server that "
-                      "uses it is asked about again."),
-                   QStringLiteral(":/uawidgets/images/clearlog.png")},
-                  &M::sltReject);
-    m_open = addAction({"open",
-                        tr("&Open..."),
-                        tr("Open Certificate in External Viewer"),
-                        tr("<b>Open</b><br>Opens the certificate's file with the desktop's program for it."),
-                        {}},
-                       &M::sltOpen);
-    m_delete = addAction({"delete", tr("&Delete"), tr("Delete the certificate"),
-                          tr("<b>Delete</b><br>Removes the certificate's file for good."),
-                          QStringLiteral(":/images/remove.png")},
-                         &M::sltDelete);
-    m_copyThumbprint = addAction(
-        {"copyThumbprint", tr("Copy T&humbprint"), tr("Copy the SHA-1 thumbprint to the clipboard"),
-         tr("<b>Copy Thumbprint</b><br>The number to compare with what the owner of the certificate "
-            "tells."),
-         QStringLiteral(":/images/copy.png")},
-        &M::sltCopyThumbprint);
-    m_openList = addAction({"openCrl",
-                            tr("&Open..."),
-                            tr("Open CRL in External Viewer"),
-                            tr("<b>Open</b><br>Opens the list's file with the desktop's program for it."),
-                            {}},
-                           &M::sltOpen);
-    m_deleteList = addAction({"deleteCrl", tr("&Delete"), tr("Delete the CRL"),
-                              tr("<b>Delete</b><br>Removes the list's file for good."),
-                              QStringLiteral(":/images/remove.png")},
-                             &M::sltDelete);
-}
-
-void QlumCertificateManager::createOwnActions()
-{
-    using M = QlumCertificateManager;
-    m_refresh = addAction({"refresh",
-                           tr("R&efresh"),
-                           tr("Read all stores again"),
-                           tr("<b>Refresh</b><br>Shows what is in the folders now."),
-                           {}},
-                          &M::sltReload);
-    m_copyOwn = addAction(
-        {"copyOwn",
-         tr("&Copy Application Certificate To..."),
-         tr("Save a copy of the application's own certificate"),
-         tr("<b>Copy Application Certificate To</b><br>Saves a copy of Tavelin's own certificate, "
-            "which servers are to be given so that they trust Tavelin. The private key stays here."),
-         {}},
-        &M::sltCopyApplicationCertificate);
-    m_createOwn =
-        addAction({"createOwn",
-                   tr("Create &new Application Certificate..."),
-                   tr("Replace the application's own certificate and its key"),
-                   tr("<b>Create new Application Certificate</b><br>Makes a new certificate and key "
-                      "and replaces the old ones. Servers must be told to trust the new one."),
-                   {}},
-                  &M::sltCreateApplicationCertificate);
-    m_ownLocation = addAction(
-        {"ownLocation",
-         tr("Open O&wn Certificate Location"),
-         tr("Open the folder of the application's own certificate"),
-         tr("<b>Open Own Certificate Location</b><br>Shows the folder of Tavelin's own certificate in "
-            "the file manager."),
-         {}},
-        &M::sltOpenOwnLocation);
+    m_actions = QlumActionTable(actionRows, "QlumCertificateManager", this);
+    const auto on = [this](int id, void (QlumCertificateManager::*slot)()) {
+        connect(m_actions[id], &QAction::triggered, this, slot);
+    };
+    on(Trust, &QlumCertificateManager::sltTrust);
+    on(Reject, &QlumCertificateManager::sltReject);
+    on(Open, &QlumCertificateManager::sltOpen);
+    on(Delete, &QlumCertificateManager::sltDelete);
+    on(CopyThumbprint, &QlumCertificateManager::sltCopyThumbprint);
+    on(OpenList, &QlumCertificateManager::sltOpen);
+    on(DeleteList, &QlumCertificateManager::sltDelete);
+    on(Refresh, &QlumCertificateManager::sltReload);
+    on(CopyOwn, &QlumCertificateManager::sltCopyApplicationCertificate);
+    on(CreateOwn, &QlumCertificateManager::sltCreateApplicationCertificate);
+    on(OwnLocation, &QlumCertificateManager::sltOpenOwnLocation);
+    QWidget::addAction(m_actions[Refresh]);
 }
 
 QPushButton* QlumCertificateManager::buttonFor(QAction* action)
@@ -300,11 +272,13 @@ QWidget* QlumCertificateManager::createTab(QTabWidget* stores, const QList<QActi
 
 void QlumCertificateManager::createLayout()
 {
-    m_kinds->addTab(createTab(m_certificateTabs, {m_trust, m_reject, m_open, m_delete, m_copyThumbprint}),
-                    tr("Certificates"));
-    m_kinds->addTab(createTab(m_listTabs, {m_openList, m_deleteList}), tr("Certificate Revocation Lists"));
+    m_kinds->addTab(
+        createTab(m_certificateTabs, m_actions.list({Trust, Reject, Open, Delete, CopyThumbprint})),
+        tr("Certificates"));
+    m_kinds->addTab(createTab(m_listTabs, m_actions.list({OpenList, DeleteList})),
+                    tr("Certificate Revocation Lists"));
     auto* buttons = new QHBoxLayout;
-    for (QAction* action : {m_refresh, m_copyOwn, m_createOwn, m_ownLocation})
+    for (QAction* action : m_actions.list({Refresh, CopyOwn, CreateOwn, OwnLocation}))
         buttons->addWidget(buttonFor(action));
     buttons->addStretch();
     auto* layout = new QVBoxLayout(this);
@@ -319,19 +293,19 @@ void QlumCertificateManager::sltUpdateActions()
     const QlumCertificateEntry* entry = page ? page->currentEntry() : nullptr;
     const bool trustedStore = page && page->model()->type() == QlumCertificateModel::Trusted;
     const bool own = entry && entry->state() == QlumCertificateEntry::Own;
-    m_trust->setEnabled(entry && trustedStore && entry->state() == QlumCertificateEntry::Rejected &&
-                        QDir(m_store.trustedCertificates).exists());
-    m_reject->setEnabled(entry && trustedStore && entry->state() == QlumCertificateEntry::InStore &&
-                         QDir(m_store.rejected).exists());
-    m_open->setEnabled(entry);
-    m_delete->setEnabled(entry && !own); // without it no secure connection is possible
-    m_copyThumbprint->setEnabled(entry);
+    m_actions[Trust]->setEnabled(entry && trustedStore && entry->state() == QlumCertificateEntry::Rejected &&
+                                 QDir(m_store.trustedCertificates).exists());
+    m_actions[Reject]->setEnabled(entry && trustedStore && entry->state() == QlumCertificateEntry::InStore &&
+                                  QDir(m_store.rejected).exists());
+    m_actions[Open]->setEnabled(entry);
+    m_actions[Delete]->setEnabled(entry && !own); // without it no secure connection is possible
+    m_actions[CopyThumbprint]->setEnabled(entry);
     const auto* lists = qobject_cast<QlumCrlPage*>(m_listTabs->currentWidget());
     const bool list = lists && lists->current().isValid();
-    m_openList->setEnabled(list);
-    m_deleteList->setEnabled(list);
+    m_actions[OpenList]->setEnabled(list);
+    m_actions[DeleteList]->setEnabled(list);
     const QString ownFolder = QFileInfo(m_store.ownCertificateFile).path();
-    m_copyOwn->setEnabled(QDir(ownFolder).exists());
-    m_createOwn->setEnabled(QDir(ownFolder).exists());
-    m_ownLocation->setEnabled(QDir(ownFolder).exists());
+    m_actions[CopyOwn]->setEnabled(QDir(ownFolder).exists());
+    m_actions[CreateOwn]->setEnabled(QDir(ownFolder).exists());
+    m_actions[OwnLocation]->setEnabled(QDir(ownFolder).exists());
 }

@@ -1,5 +1,6 @@
 // Lets the user look after the certificate store.
 #pragma once
+#include <app/api/qlumactiontable.h>
 #include <certificates/qlumcertificatestoreconfiguration.h>
 
 #include <QIcon>
@@ -61,20 +62,8 @@ private slots:
     void sltUpdateActions();
 
 private:
-    struct ActionTexts
-    {
-        const char* name;
-        QString text;
-        QString toolTip;
-        QString whatsThis;
-        QString icon;
-    };
-
-    QAction* addAction(const ActionTexts& texts, void (QlumCertificateManager::*slot)());
     QPushButton* buttonFor(QAction* action);
     void createActions();
-    void createRowActions();
-    void createOwnActions();
     [[nodiscard]] QWidget* createTab(QTabWidget* stores, const QList<QAction*>& actions);
     void createLayout();
     void createPages();
@@ -104,16 +93,6 @@ private:
     QTabWidget* m_listTabs;
     std::array<QlumCertificatePage*, 3> m_certificates{};
     std::array<QlumCrlPage*, 3> m_lists{};
-    QAction* m_trust = nullptr;
-    QAction* m_reject = nullptr;
-    QAction* m_open = nullptr;
-    QAction* m_delete = nullptr;
-    QAction* m_copyThumbprint = nullptr;
-    QAction* m_openList = nullptr;
-    QAction* m_deleteList = nullptr;
-    QAction* m_refresh = nullptr;
-    QAction* m_copyOwn = nullptr;
-    QAction* m_createOwn = nullptr;
-    QAction* m_ownLocation = nullptr;
+    QlumActionTable m_actions;
     std::unique_ptr<QlumJobPool> m_pool; ///< last: it ends before what its jobs report to
 };

@@ -1,8 +1,8 @@
 // What the buttons of the certificate manager do.
 #include <certificates/qlumcertificatemanager.h>
 
+#include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <certificates/qlumcertificateentry.h>
 #include <certificates/qlumcertificatemodel.h>
 #include <certificates/qlumnewcertificatedlg.h>
@@ -26,6 +26,11 @@
 #include <algorithm>
 
 namespace {
+QlumLog managerLog()
+{
+    return QlumLog(QStringLiteral("Certificates"));
+}
+
 const auto questionTitle = QStringLiteral("CertificateManager");
 
 // A name from a folder is text: it may look like markup.
@@ -87,7 +92,7 @@ void QlumCertificateManager::move(const QString& from, const QString& to, const 
     if (QlumStoreFiles::move(name, from, to)) {
         page->want(QDir(to).filePath(name));
     } else {
-        QlumUaTrace::log(QlumLogLevel::Error, failure.arg(name), QStringLiteral("Certificates"));
+        managerLog().error(failure.arg(name));
         tell(QMessageBox::Warning, questionTitle, failure.arg(name));
     }
     reloadPages({page});
@@ -192,7 +197,7 @@ void QlumCertificateManager::store(const QlumNewCertificateDlg& dialog)
         emit sigNewCertificateCreated();
         return;
     }
-    QlumUaTrace::log(QlumLogLevel::Error, error, QStringLiteral("Certificates"));
+    managerLog().error(error);
     tell(QMessageBox::Warning, tr("Could Not Create Certificate"),
          tr("The application certificate could not be created:") + QStringLiteral("\n%1").arg(error));
 }

@@ -1,8 +1,8 @@
 #include <certificates/qlumcertificaterefuseddialog.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <certificates/qlumthumbprint.h>
 #include <opcua/opcua_statuscodes.h>
 
@@ -176,8 +176,7 @@ void QlumCertificateRefusedDialog::exportCertificate()
     if (path.isEmpty())
         return;
     if (m_certificate.toDERFile(toUaString(path))) {
-        QlumUaTrace::log(QlumLogLevel::Info, tr("Tavelin's certificate was exported to '%1'.").arg(path),
-                         QStringLiteral("Tavelin"));
+        QlumLog(QStringLiteral("Tavelin")).info(tr("Tavelin's certificate was exported to '%1'.").arg(path));
         return;
     }
     QMessageBox::critical(this, tr("Export Certificate"), tr("The certificate could not be written."));

@@ -1,9 +1,9 @@
 #include <certificates/qlumcertificates.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumsplashscreen.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumnewcertificatedlg.h>
 #include <certificates/qlumowncertificate.h>
@@ -87,7 +87,7 @@ QlumCertificates::QlumCertificates(QlumSplashScreen* splash) : m_splash(splash)
 void QlumCertificates::log(int level, const QString& text)
 {
     if (QlumApplicationInterface::instance())
-        QlumUaTrace::log(level, text, QStringLiteral("Tavelin"));
+        QlumLog(QStringLiteral("Tavelin")).write(level, text);
     else
         m_messages.append({level, text});
 }

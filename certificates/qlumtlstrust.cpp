@@ -1,8 +1,8 @@
 #include <certificates/qlumtlstrust.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
-#include <app/api/qlumuatrace.h>
 #include <certificates/qlumcertificatedialog.h>
 #include <certificates/qlumcertificatestore.h>
 #include <uabase/system/uadir.h>
@@ -84,10 +84,9 @@ QString qlumStoreTlsCertificate(const QString& folder, const UaPkiCertificate& c
     QStringList reasons;
     for (const UaString& reason : certificate.getErrors())
         reasons.append(qlumSingleLine(toQString(reason)));
-    QlumUaTrace::log(QlumLogLevel::Error,
-                     Texts::tr("The TLS certificate could not be written to '%1': %2")
-                         .arg(folder, reasons.join(QLatin1String("; "))),
-                     QStringLiteral("Tavelin"));
+    QlumLog(QStringLiteral("Tavelin"))
+        .error(Texts::tr("The TLS certificate could not be written to '%1': %2")
+                   .arg(folder, reasons.join(QLatin1String("; "))));
     return {};
 }
 

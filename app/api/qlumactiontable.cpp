@@ -15,8 +15,10 @@ QAction* makeAction(const QlumActionRow& row, const char* context, QObject* pare
     auto* action = new QAction(text, parent);
     action->setObjectName(QLatin1String(row.name));
     if (*row.icon)
-        action->setIcon(QIcon(QStringLiteral(":/images/") + QLatin1String(row.icon)));
+        action->setIcon(
+            QIcon((*row.icon == ':' ? QString() : QStringLiteral(":/images/")) + QLatin1String(row.icon)));
     action->setShortcut(row.shortcut);
+    action->setShortcutContext(row.context);
     action->setToolTip(tip);
     action->setStatusTip(tip);
     action->setWhatsThis(QCoreApplication::translate(context, row.whatsThis));

@@ -13,13 +13,15 @@ class QObject;
 /// null.
 struct QlumActionRow
 {
-    int id;                             ///< by which QlumActionTable finds the action
-    const char* name;                   ///< object name
-    const char* text;                   ///< as in a menu, with its mnemonic
-    const char* icon;                   ///< file below :/images; empty for none
+    int id;           ///< by which QlumActionTable finds the action
+    const char* name; ///< object name
+    const char* text; ///< as in a menu, with its mnemonic
+    const char* icon; ///< file below :/images, or a path that begins with ':'; empty for none
     QKeySequence::StandardKey shortcut; ///< qlumNoKey for none
     const char* toolTip;                ///< of tool bar and status bar; empty: the text without its mnemonic
     const char* whatsThis;              ///< rich text that explains the action
+    Qt::ShortcutContext context =
+        Qt::WindowShortcut; ///< where the shortcut works; for a view's own: its widget
 };
 
 /// Stands in a row for no shortcut.

@@ -1,16 +1,14 @@
 #include <app/api/qlumcalltimeout.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 
 #include <QString>
 
 OpcUa_UInt32 qlumCallTimeout(const QlumApplicationInterface* application)
 {
-    return application
-               ? application->settingsValue(QStringLiteral("General.CallTimeout"), qlumDefaultCallTimeout)
-                     .toUInt()
-               : qlumDefaultCallTimeout;
+    return QlumSettings::callTimeout.value(application);
 }
 
 UaClientSdk::ServiceSettings qlumServiceSettings(const QString& purpose)

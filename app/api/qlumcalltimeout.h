@@ -5,9 +5,6 @@
 
 #include <QString>
 
-/// Default of the setting "General.CallTimeout", in milliseconds.
-inline constexpr OpcUa_UInt32 qlumDefaultCallTimeout = 10000;
-
 /// How long service calls made for the user may take, in milliseconds: the setting "General.CallTimeout" of
 /// the application; the default when it is not set or there is no application. Any thread.
 [[nodiscard]] OpcUa_UInt32

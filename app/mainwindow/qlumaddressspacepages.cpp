@@ -74,6 +74,12 @@ void QlumAddressSpacePages::showPage(unsigned int serverId)
         m_stack->setCurrentIndex(0);
 }
 
+bool QlumAddressSpacePages::reveal(unsigned int serverId, const UaNodeId& node)
+{
+    QlumAddressSpacePage* found = page(serverId);
+    return found && found->reveal(node);
+}
+
 void QlumAddressSpacePages::addAction(QAction* action)
 {
     if (m_actions.contains(action))

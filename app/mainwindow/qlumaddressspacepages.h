@@ -23,6 +23,9 @@ public:
     void removePage(unsigned int serverId);
     /// Shows the page of the server, the placeholder when it has none.
     void showPage(unsigned int serverId);
+    [[nodiscard]] bool hasPage(unsigned int serverId) const { return page(serverId) != nullptr; }
+    /// Selects the node in the server's page; false when there is no such page or node.
+    bool reveal(unsigned int serverId, const UaNodeId& node);
 
     /// Actions of the context menus of all pages, also of those to come.
     void addAction(QAction* action);

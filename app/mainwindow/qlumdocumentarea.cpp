@@ -48,6 +48,20 @@ QlumProjectNodeDocument* QlumDocumentArea::add(const QString& type, const QStrin
     return document;
 }
 
+QlumProjectNodeDocument* QlumDocumentArea::bringUp(const QString& type)
+{
+    QlumProjectNodeDocument* found = current();
+    if (found && found->documentType() == type)
+        return found;
+    for (QlumProjectNodeDocument* document : m_project->documents()) {
+        if (document->documentType() != type)
+            continue;
+        show(document);
+        return document;
+    }
+    return add(type, freeName(type));
+}
+
 void QlumDocumentArea::remove(QlumProjectNodeDocument* document)
 {
     QWidget* widget = document->widget();

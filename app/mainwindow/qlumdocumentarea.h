@@ -19,6 +19,9 @@ public:
 
     /// Opens a document as the front tab; null when no plugin knows the type.
     QlumProjectNodeDocument* add(const QString& type, const QString& name);
+    /// A document of the type, in front: the one that is there already, else another, else a new one; null
+    /// when no plugin knows the type.
+    QlumProjectNodeDocument* bringUp(const QString& type);
     void remove(QlumProjectNodeDocument* document);
     void clear();
     void show(const QlumProjectNodeDocument* document);

@@ -66,6 +66,7 @@ QlumTavelin::QlumTavelin(QlumTavelinServices services, QWidget* parent, Qt::Wind
     setupGui();
     setupConnections();
     setupHelp();
+    setupToolServices();
     setupPlugins();
     setupMenu();
     m_recentFiles->updateActions();

@@ -2,6 +2,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumtoolservices.h>
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/pluginloader/qlumpluginloader.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
@@ -123,6 +124,7 @@ private:
     void setupGui();
     void setupConnections();
     void setupHelp();
+    void setupToolServices();
     void setupPlugins();
     void setupMenu();
     void loadGuiState();
@@ -138,6 +140,8 @@ private:
 
     void connectCommands();
     void connectViews();
+    bool revealNode(unsigned int serverId, const UaNodeId& nodeId);
+    QWidget* bringUpDocument(const QString& type);
     void sltCurrentProjectNodeChanged();
     void sltDocumentAdd();
     void sltDocumentRemove();
@@ -149,6 +153,7 @@ private:
     void sltHelpReportBug();
     void sltTipOfTheDay();
 
+    QlumToolServices m_toolServices; ///< first: plugins and views use it as long as they are there
     QlumTavelinServices m_services;
     QlumPluginLoader m_loader;
     QString m_pluginPath;

@@ -225,6 +225,42 @@ void QlumTavelin::connectViews()
     });
 }
 
+// ---- what tools may have done
+
+void QlumTavelin::setupToolServices()
+{
+    m_toolServices.takeReveal(
+        m_pages,
+        [this](unsigned int serverId, const UaNodeId& nodeId) { return revealNode(serverId, nodeId); });
+    m_toolServices.takeDocuments(m_documents, [this](const QString& type) { return bringUpDocument(type); });
+    if (m_services.takeToolServices)
+        m_services.takeToolServices(m_toolServices, this);
+}
+
+bool QlumTavelin::revealNode(unsigned int serverId, const UaNodeId& nodeId)
+{
+    const QlumServerNode* server = findServer(serverId);
+    if (!server || !m_pages->hasPage(serverId))
+        return false;
+    // the server first: its selection shows the page and is not to take the node's selection back
+    m_projectView->setCurrentIndex(m_project->indexOf(server));
+    m_pages->showPage(serverId);
+    m_addressSpaceDock->show();
+    m_addressSpaceDock->raise();
+    return m_pages->reveal(serverId, nodeId);
+}
+
+QWidget* QlumTavelin::bringUpDocument(const QString& type)
+{
+    const QlumProjectNodeDocument* document = m_documents->bringUp(type);
+    if (!document)
+        return nullptr;
+    setModified(); // whatever is shown in it now
+    return document->widget();
+}
+
+// ---- commands
+
 void QlumTavelin::sltCurrentProjectNodeChanged()
 {
     const QlumProjectNode* node = m_project->nodeAt(m_projectView->currentIndex());

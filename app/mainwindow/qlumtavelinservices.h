@@ -6,10 +6,12 @@
 #include <functional>
 #include <memory>
 
+class QObject;
 class QSettings;
 class QWidget;
 class QlumAddressSpaceModel;
 class QlumServerNode;
+class QlumToolServices;
 class UaNodeId;
 
 /// What the main window has others do for it. An action whose service is missing stays disabled.
@@ -26,4 +28,6 @@ struct QlumTavelinServices
     std::function<QlumAddressSpaceModel*(QlumServerNode* server, const UaNodeId& startNode)>
         createSubTreeModel;
     std::function<void(QWidget* parent)> manageCertificates;
+    /// Registers what those below the window do for tools, under the given owner.
+    std::function<void(QlumToolServices& services, QObject* owner)> takeToolServices;
 };

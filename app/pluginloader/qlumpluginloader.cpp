@@ -4,6 +4,7 @@
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumplugininterface.h>
+#include <app/api/qlumtoolservices.h>
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -98,6 +99,9 @@ void QlumPluginLoader::unloadPlugins()
 {
     for (QObject* instance : qAsConst(m_plugins)) {
         if (auto* plugin = qobject_cast<QlumPluginInterface*>(instance)) {
+            // from now on nobody has anything done by it
+            if (QlumToolServices* services = QlumToolServices::instance())
+                services->removeTakers(instance);
             plugin->shutdown();
             delete plugin;
         }

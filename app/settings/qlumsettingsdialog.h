@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumsettingsregistry.h>
 #include <uawidgets/qlumbasewidget.h>
 
 #include <QString>
@@ -10,10 +11,12 @@
 #include <vector>
 
 class QFormLayout;
+class QLineEdit;
 class QTabWidget;
 class QlumSettingsModel;
 
-/// The settings that users change, on pages by subject. Nothing is stored before OK.
+/// The settings that users change, on the pages that the application and its tools have registered. Nothing
+/// is stored before OK.
 class QlumSettingsDialog : public QlumBaseWidget
 {
     Q_OBJECT
@@ -23,21 +26,17 @@ public:
     void accept() override;
 
 private:
-    void addConnectionPage();
-    void addCertificatePage();
-    void addBrowsePage();
-    void addLogPage();
-    void addTracePage();
-    void addUpdatePage();
+    using Row = QlumSettingRow;
 
-    QFormLayout* addPage(const QString& title, const QString& name);
-    void addFlag(QFormLayout* form, const char* key, const QString& label);
-    void addNumber(QFormLayout* form, const char* key, const QString& label, int minimum, int maximum,
-                   const QString& suffix = QString());
-    void addChoice(QFormLayout* form, const char* key, const QString& label, const QStringList& values);
-    void addText(QFormLayout* form, const char* key, const QString& label);
-    void addFile(QFormLayout* form, const char* key, const QString& label);
-    void prepare(QWidget* field, const char* key, const QString& label);
+    void addPage(const QlumSettingsPage& page);
+    void addRow(QFormLayout* form, const Row& row);
+    void addNote(QFormLayout* form, const Row& row);
+    void addFlag(QFormLayout* form, const Row& row);
+    void addNumber(QFormLayout* form, const Row& row);
+    void addChoice(QFormLayout* form, const Row& row);
+    void addText(QFormLayout* form, const Row& row);
+    void addFile(QFormLayout* form, const Row& row);
+    void addLineField(const QString& key, QLineEdit* edit);
     void sltRestoreDefaults();
 
     struct Field
@@ -48,7 +47,8 @@ private:
         QVariant initial;
     };
 
-    void addField(const char* key, std::function<QVariant()> get, std::function<void(const QVariant&)> set);
+    void addField(const QString& key, std::function<QVariant()> get,
+                  std::function<void(const QVariant&)> set);
 
     QlumSettingsModel* m_settings;
     QTabWidget* m_pages;

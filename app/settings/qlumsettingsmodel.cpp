@@ -1,6 +1,6 @@
 #include <app/settings/qlumsettingsmodel.h>
 
-#include <app/settings/qlumsettingsdefaults.h>
+#include <app/settings/qlumsettingspages.h>
 
 #include <QString>
 #include <QStringList>
@@ -9,8 +9,7 @@
 
 QlumSettingsModel::QlumSettingsModel(QObject* parent) : QObject(parent)
 {
-    for (const QlumSettingDefault& entry : qlumSettingsDefaults())
-        m_defaults.insert(entry.key, entry.value);
+    qlumAddApplicationSettings(m_registry);
     const QStringList keys = m_settings.childKeys();
     for (const QString& key : keys)
         if (key.contains(QLatin1Char('.')))
@@ -24,7 +23,7 @@ QVariant QlumSettingsModel::value(const QString& key, const QVariant& fallback) 
         const std::shared_lock lock(m_mutex);
         stored = m_stored.value(key);
     }
-    const QVariant standard = fallback.isValid() ? fallback : m_defaults.value(key);
+    const QVariant standard = fallback.isValid() ? fallback : m_registry.standard(key);
     if (!stored.isValid())
         return standard;
     // A file edited by hand must not turn a time-out into 0.
@@ -45,5 +44,5 @@ void QlumSettingsModel::setValue(const QString& key, const QVariant& value)
 
 QVariant QlumSettingsModel::defaultValue(const QString& key) const
 {
-    return m_defaults.value(key);
+    return m_registry.standard(key);
 }

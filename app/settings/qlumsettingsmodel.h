@@ -1,4 +1,6 @@
 #pragma once
+#include <app/api/qlumsettingsregistry.h>
+
 #include <QHash>
 #include <QObject>
 #include <QSettings>
@@ -20,15 +22,17 @@ public:
     /// valid, else the default; an invalid QVariant when there is none of them.
     [[nodiscard]] QVariant value(const QString& key, const QVariant& fallback = QVariant()) const;
     void setValue(const QString& key, const QVariant& value);
-    /// The default of a key of the application, invalid for others.
+    /// The default of a registered key, invalid for others.
     [[nodiscard]] QVariant defaultValue(const QString& key) const;
+    /// What is known of the settings; the application's own are in it.
+    [[nodiscard]] const QlumSettingsRegistry& registry() const { return m_registry; }
 
 signals:
     void valueChanged(const QString& key);
 
 private:
     QSettings m_settings;
-    QHash<QString, QVariant> m_defaults;
+    QlumSettingsRegistry m_registry;
     QHash<QString, QVariant>
         m_stored; ///< what the file holds, so that reading needs no file and little locking
     mutable std::shared_mutex m_mutex;

@@ -5,6 +5,7 @@
 #include <certificates/qlumcertificatemanagerdialog.h>
 #include <certificates/qlumcertificates.h>
 #include <certificates/qlumcertificatestoreconfiguration.h>
+#include <certificates/qlumcertificateviewer.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumprojectnodeserver.h>
@@ -75,5 +76,6 @@ QlumTavelinServices qlumServices()
         return new QlumAddressSpaceModel(server, &startNode);
     };
     services.manageCertificates = manageCertificates;
+    services.takeToolServices = qlumTakeCertificates;
     return services;
 }

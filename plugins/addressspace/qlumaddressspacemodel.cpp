@@ -268,11 +268,3 @@ void QlumAddressSpaceModel::emitNamespaceChanged(QlumAddressSpaceNode* node, int
         if (node->child(row)->hasChildren())
             emitNamespaceChanged(node->child(row), oldNamespace, newNamespace);
 }
-
-// ---- surroundings
-
-QVariant QlumAddressSpaceModel::setting(const char* key, const QVariant& defaultValue) const
-{
-    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    return application ? application->settingsValue(QLatin1String(key), defaultValue) : defaultValue;
-}

@@ -12,6 +12,7 @@
 #include <uawidgets/models/qlumtreemodel.h>
 
 #include <QAbstractItemModel>
+#include <QDeadlineTimer>
 #include <QMimeData>
 #include <QModelIndex>
 #include <QModelIndexList>
@@ -24,6 +25,7 @@
 
 #include <list>
 #include <memory>
+#include <vector>
 
 class QComboBox;
 class QTimer;
@@ -61,6 +63,8 @@ public:
     void serverModelChanged(const UaNodeId& affectedNode, unsigned char verb) override;
     bool nodeInfo(const QModelIndex& index, UaNodeId& nodeId, OpcUa_NodeClass& nodeClass,
                   UaNodeId& parentId) const override;
+    /// Browses upward from a node that is not in the tree, then downward; each takes its calls.
+    QModelIndex reveal(const UaNodeId& nodeId) override;
 
     /// Browses again and adds what is new; for an invalid index the root.
     void browseNodeIndex(const QModelIndex& index);
@@ -82,6 +86,11 @@ protected:
 
 private:
     struct Task; ///< a node whose continuation points are being followed
+    struct Way
+    {
+        QlumAddressSpaceNode* start = nullptr; ///< in the tree
+        std::vector<UaNodeId> below;           ///< from one to the next
+    };
 
     void connectHighlighting();
 
@@ -100,10 +109,14 @@ private:
     void removeChildren(QlumAddressSpaceNode* node);
     void refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id);
 
+    [[nodiscard]] Way wayTo(const UaNodeId& nodeId, const QDeadlineTimer& deadline) const;
+    [[nodiscard]] std::vector<UaNodeId> parentsOf(const UaNodeId& nodeId) const;
+    [[nodiscard]] QlumAddressSpaceNode* childOf(QlumAddressSpaceNode* node, const UaNodeId& id,
+                                                const QDeadlineTimer& deadline);
+
     void fillHighlightCombo(const QStringList& namespaces);
     void emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace, int newNamespace);
     [[nodiscard]] QVariant decoration(const QlumAddressSpaceNode& node) const;
-    [[nodiscard]] QVariant setting(const char* key, const QVariant& defaultValue) const;
 
     QPointer<QlumServerNode> m_server;
     QPointer<QComboBox> m_highlightCombo;

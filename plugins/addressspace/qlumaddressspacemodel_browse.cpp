@@ -1,6 +1,7 @@
 // Browsing: what the server is asked, and how the answers become rows.
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumguithread.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
 #include <uawidgets/qlumwaitcursor.h>
@@ -58,7 +59,7 @@ BrowseContext QlumAddressSpaceModel::browseContext(const QlumAddressSpaceNode& n
     BrowseContext context;
     context.referenceTypeId = UaNodeId(hierarchicalReferences);
     context.nodeClassMask = node.childNodeClassMask();
-    context.maxReferencesToReturn = setting("General.MaxReferencesToReturn", 100).toUInt();
+    context.maxReferencesToReturn = QlumSettings::maxReferences.value();
     return context;
 }
 
@@ -71,8 +72,8 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
         if (task.node == node)
             return; // under way
     Task task(node);
-    task.settings.callTimeout = setting("General.BrowseTimeout", 10000).toUInt();
-    task.budget = setting("General.MaxBrowseNextCalls", 1000).toInt();
+    task.settings.callTimeout = QlumSettings::browseTimeout.value();
+    task.budget = QlumSettings::maxBrowseNextCalls.value();
     UaReferenceDescriptions references;
     UaStatus status;
     {

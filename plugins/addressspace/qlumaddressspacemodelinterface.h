@@ -20,4 +20,7 @@ public:
     /// Node id, class and id of the parent (null for the root) behind an index; false for an invalid one.
     virtual bool nodeInfo(const QModelIndex& index, UaNodeId& nodeId, OpcUa_NodeClass& nodeClass,
                           UaNodeId& parentId) const = 0;
+    /// The index of a node, which is looked for on the server when the tree does not hold it yet; invalid
+    /// when no way leads to it or the time of a browse does not suffice.
+    virtual QModelIndex reveal(const UaNodeId& nodeId) = 0;
 };

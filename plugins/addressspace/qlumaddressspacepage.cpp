@@ -2,6 +2,7 @@
 
 #include <app/api/qlumservernode.h>
 #include <plugins/addressspace/qlumaddressspacemodelinterface.h>
+#include <uawidgets/qlumnodecommands.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
@@ -12,10 +13,13 @@
 #include <QItemSelectionModel>
 #include <QLayout>
 #include <QModelIndex>
+#include <QModelIndexList>
 #include <QString>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
+
+#include <utility>
 
 QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
                                            const QlumAddressSpaceModelFactory& factory, QAction* rebrowse,
@@ -38,6 +42,8 @@ QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
     connect(m_tree, &QTreeView::expanded, this, &QlumAddressSpacePage::sltExpanded);
     connect(m_tree, &QTreeView::collapsed, this, [this] { m_tree->resizeColumnToContents(0); });
     m_tree->expand(m_model->itemModel()->index(0, 0));
+    new QlumNodeCommands(
+        m_tree, [this] { return selectedNodes(); }, QlumNodeCommands::Reveal);
 }
 
 QLayout* QlumAddressSpacePage::makeBar(QAction* rebrowse)
@@ -98,6 +104,29 @@ void QlumAddressSpacePage::serverModelChanged(const UaNodeId& node, unsigned cha
 {
     if (m_model)
         m_model->serverModelChanged(node, verb);
+}
+
+bool QlumAddressSpacePage::reveal(const UaNodeId& node)
+{
+    const QModelIndex index = m_model ? m_model->reveal(node) : QModelIndex();
+    if (!index.isValid())
+        return false;
+    m_tree->setCurrentIndex(index);
+    m_tree->scrollTo(index);
+    m_tree->setFocus();
+    return true;
+}
+
+QlumToolNodes QlumAddressSpacePage::selectedNodes() const
+{
+    QlumToolNodes nodes;
+    const QModelIndexList selected = m_tree->selectionModel()->selectedIndexes();
+    for (const QModelIndex& index : selected) {
+        QlumToolNode node{m_serverId, {}, OpcUa_NodeClass_Unspecified, {}, index.data().toString()};
+        if (m_model->nodeInfo(index, node.nodeId, node.nodeClass, node.parentId))
+            nodes.push_back(std::move(node));
+    }
+    return nodes;
 }
 
 void QlumAddressSpacePage::sltCurrentChanged(const QModelIndex& current)

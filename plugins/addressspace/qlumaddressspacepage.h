@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uanodeid.h>
 
@@ -32,6 +33,10 @@ public:
     [[nodiscard]] QTreeView* tree() const { return m_tree; }
     void rebrowseCurrent();
     void serverModelChanged(const UaNodeId& node, unsigned char verb);
+    /// Selects a node, whether the tree holds it already or not; false when it cannot be found.
+    bool reveal(const UaNodeId& node);
+    /// The selected nodes, in the order of their selection.
+    [[nodiscard]] QlumToolNodes selectedNodes() const;
 
 signals:
     /// parentId is null for the root.

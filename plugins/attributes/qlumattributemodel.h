@@ -60,6 +60,12 @@ public:
     [[nodiscard]] UaStatusCode valueWithRow(const QModelIndex& index, const UaVariant& part,
                                             UaVariant& whole) const;
 
+signals:
+    /// A value that the user edited did not reach the server, for that reason.
+    void writeFailed(const QString& why);
+    /// The server has taken one.
+    void written();
+
 public slots:
     /// Shows what was read; takes the results.
     void setData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass, int count,
@@ -86,7 +92,7 @@ private:
 
     [[nodiscard]] bool stepsTo(const QlumAttributeNode& node, std::vector<QlumValueStep>& steps) const;
     [[nodiscard]] OpcUa_BuiltInType typeOf(const QlumTypedValue& shown, const QlumAttributeNode& node) const;
-    [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& whole) const;
+    [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& whole);
     bool write(const UaVariant& value);
     [[nodiscard]] QlumLog log() const;
 

@@ -56,7 +56,7 @@ OpcUa_BuiltInType QlumAttributeModel::typeOf(const QlumTypedValue& shown, const 
     return shown.value.type();
 }
 
-bool QlumAttributeModel::convertText(const QModelIndex& index, const QString& text, UaVariant& whole) const
+bool QlumAttributeModel::convertText(const QModelIndex& index, const QString& text, UaVariant& whole)
 {
     const QlumTypedValue shown = rowValue(index);
     const OpcUa_BuiltInType type = typeOf(shown, *nodeAt(index));
@@ -65,9 +65,12 @@ bool QlumAttributeModel::convertText(const QModelIndex& index, const QString& te
     const bool converted = type != OpcUaType_Null && shown.value.isScalar() &&
                            part.changeType(type, false).isNotBad() &&
                            valueWithRow(index, part, whole).isNotBad();
-    if (!converted)
-        log().error(
-            tr("Could not convert value to variant type %1").arg(m_application.builtinTypeName(type)));
+    if (!converted) {
+        const QString why =
+            tr("Could not convert value to variant type %1").arg(m_application.builtinTypeName(type));
+        log().error(why);
+        emit writeFailed(why);
+    }
     return converted;
 }
 
@@ -100,12 +103,17 @@ bool QlumAttributeModel::write(const UaVariant& value)
     }();
     if (!status.isGood() || results.length() != 1) {
         log().error(tr("Write failed [ret = %1].").arg(toQString(status.toString())));
+        emit writeFailed(toQString(status.toString()));
         return false;
     }
     const UaStatusCode result(results[0]);
     const QString text = result.isGood() ? tr("Write to node '%1' succeeded [ret = %2].")
                                          : tr("Write to node '%1' failed [ret = %2].");
     log().info(text.arg(toQString(m_nodeId.toFullString()), toQString(result.toString())));
+    if (result.isGood())
+        emit written();
+    else
+        emit writeFailed(toQString(result.toString()));
     UaNodeId nodeId = m_nodeId; // others may change ours while they hear of it
     m_application.selectionChanged(m_serverId, &nodeId, m_nodeClass);
     return result.isGood();

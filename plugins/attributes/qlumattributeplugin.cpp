@@ -5,11 +5,16 @@
 #include <app/api/qlumdocksize.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlummetatypes.h>
+#include <app/api/qlumsettingsregistry.h>
+#include <app/api/qlumtext.h>
 #include <plugins/attributes/qlumattributemodel.h>
+#include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributeview.h>
 #include <plugins/attributes/qlumcustomnodeiddialog.h>
 #include <plugins/attributes/qlumreadjob.h>
 #include <uabase/values/uanodeid.h>
+#include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumviewheading.h>
 
 #include <QAction>
 #include <QCoreApplication>
@@ -32,9 +37,30 @@
 #include <memory>
 #include <utility>
 
+#define TEXT(text) QT_TRANSLATE_NOOP("QlumAttributePlugin", text)
+
 namespace {
 const QLatin1String onOffKey("Act_OnOff_Checked");
-const QLatin1String maxAgeKey("AttributePlugin.MaxAge");
+const auto readTopic = QStringLiteral("read");
+const auto writeTopic = QStringLiteral("write");
+
+enum ActionId { OnOff, Refresh, ExpandAll, CollapseAll, CustomNodeId };
+
+constexpr QlumActionRow actionRows[] = {
+    {OnOff, "onOff", TEXT("On/Off"), "on.png", qlumNoKey,
+     TEXT("Read the attributes of every node that is selected"),
+     TEXT("<b>On/Off</b><br>Read the attributes of every node that is selected")},
+    {Refresh, "refresh", TEXT("Refresh"), "refresh.png", QKeySequence::Refresh,
+     TEXT("Read the attributes again"), TEXT("<b>Refresh</b><br>Read the attributes again"),
+     Qt::WidgetWithChildrenShortcut},
+    {ExpandAll, "expandAll", TEXT("Expand All"), "expandall.png", qlumNoKey, TEXT("Show all rows"),
+     TEXT("<b>Expand All</b><br>Show all rows")},
+    {CollapseAll, "collapseAll", TEXT("Collapse All"), "collapseall.png", qlumNoKey,
+     TEXT("Show the attributes only"), TEXT("<b>Collapse All</b><br>Show the attributes only")},
+    {CustomNodeId, "customNodeId", TEXT("Set Custom NodeId"), "addtab.png", qlumNoKey,
+     TEXT("Show the attributes of any node by its id"),
+     TEXT("<b>Set Custom NodeId</b><br>Show the attributes of any node by its id")},
+};
 } // namespace
 
 QlumAttributePlugin::QlumAttributePlugin() : QlumAttributePlugin(qlumApplicationServices()) {}
@@ -51,7 +77,7 @@ void QlumAttributePlugin::init(QlumApplicationInterface* app)
 {
     m_app = app;
     qlumRegisterMetaTypes();
-    app->setSettingsValue(maxAgeKey, app->settingsValue(maxAgeKey, 0.0));
+    registerSettings();
     m_pool = std::make_unique<QlumJobPool>(1);
     m_model = new QlumAttributeModel(*app, this, m_services);
     connect(this, &QlumAttributePlugin::sigClear, m_model, &QlumAttributeModel::clear);
@@ -73,37 +99,31 @@ QString QlumAttributePlugin::name()
     return QStringLiteral("UA Attribute Plugin");
 }
 
-// ---- widgets
-
-QAction* QlumAttributePlugin::createAction(const QString& name, const QString& icon, const QString& text,
-                                           const QString& help)
+void QlumAttributePlugin::registerSettings()
 {
-    auto* action = new QAction(QIcon(icon), text, this);
-    action->setObjectName(name);
-    action->setToolTip(help);
-    action->setWhatsThis(QStringLiteral("<b>%1</b><br>%2").arg(text, help));
-    return action;
+    using QlumAttributeSettings::maxAge;
+    constexpr double hour = 3600000; // ms
+    qlumRegisterSettings(
+        {QStringLiteral("attributes"),
+         tr("Attri&butes"),
+         {QlumSettingRow::number(maxAge,
+                                 {tr("&Oldest value shown:"),
+                                  tr("A server may answer with a value that it read so long ago. With 0 it "
+                                     "reads the value anew, which may take longer.")},
+                                 0, hour, tr(" ms"))}});
+    maxAge.store(*m_app, maxAge.value(m_app)); // so that it is in the file for who edits that
 }
+
+// ---- widgets
 
 void QlumAttributePlugin::createActions()
 {
-    m_onOff = createAction(QStringLiteral("onOff"), QStringLiteral(":/images/on.png"), tr("On/Off"),
-                           tr("Read the attributes of every node that is selected"));
-    m_onOff->setCheckable(true);
-    m_onOff->setChecked(true);
-    m_refresh = createAction(QStringLiteral("refresh"), QStringLiteral(":/images/refresh.png"), tr("Refresh"),
-                             tr("Read the attributes again"));
-    m_refresh->setShortcut(QKeySequence::Refresh);
-    m_refresh->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    m_expandAll = createAction(QStringLiteral("expandAll"), QStringLiteral(":/images/expandall.png"),
-                               tr("Expand All"), tr("Show all rows"));
-    m_collapseAll = createAction(QStringLiteral("collapseAll"), QStringLiteral(":/images/collapseall.png"),
-                                 tr("Collapse All"), tr("Show the attributes only"));
-    m_customNodeId = createAction(QStringLiteral("customNodeId"), QStringLiteral(":/images/addtab.png"),
-                                  tr("Set Custom NodeId"), tr("Show the attributes of any node by its id"));
-    connect(m_onOff, &QAction::toggled, this, &QlumAttributePlugin::sltOnOff);
-    connect(m_refresh, &QAction::triggered, this, &QlumAttributePlugin::sltRefresh);
-    connect(m_customNodeId, &QAction::triggered, this, &QlumAttributePlugin::sltSetCustomNodeId);
+    m_actions = QlumActionTable(actionRows, "QlumAttributePlugin", this);
+    m_actions[OnOff]->setCheckable(true);
+    m_actions[OnOff]->setChecked(true);
+    connect(m_actions[OnOff], &QAction::toggled, this, &QlumAttributePlugin::sltOnOff);
+    connect(m_actions[Refresh], &QAction::triggered, this, &QlumAttributePlugin::sltRefresh);
+    connect(m_actions[CustomNodeId], &QAction::triggered, this, &QlumAttributePlugin::sltSetCustomNodeId);
 }
 
 void QlumAttributePlugin::createDock()
@@ -116,20 +136,85 @@ void QlumAttributePlugin::createDock()
     auto* toolBar = new QToolBar(tr("Attributes"), page);
     toolBar->setObjectName(QStringLiteral("attributeToolBar"));
     toolBar->setIconSize(QSize(16, 16));
-    toolBar->addActions({m_onOff, m_refresh, m_expandAll, m_collapseAll, m_customNodeId});
+    toolBar->addActions(m_actions.list({OnOff, Refresh, ExpandAll, CollapseAll, CustomNodeId}));
+    m_heading = new QlumViewHeading(page);
+    m_messages = new QlumMessageBar(page);
     m_view = new QlumAttributeView(m_model, page);
-    connect(m_expandAll, &QAction::triggered, m_view, &QTreeView::expandAll);
-    connect(m_collapseAll, &QAction::triggered, m_view, &QTreeView::collapseAll);
+    connect(m_actions[ExpandAll], &QAction::triggered, m_view, &QTreeView::expandAll);
+    connect(m_actions[CollapseAll], &QAction::triggered, m_view, &QTreeView::collapseAll);
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(toolBar);
+    layout->addWidget(m_heading);
+    layout->addWidget(m_messages);
     layout->addWidget(m_view);
-    page->addAction(m_refresh); // so that its key works wherever the focus is in the dock
+    connect(
+        m_model, &QlumAttributeModel::modelReset, m_heading, [this] { sltShown(); });
+    connect(
+        m_model, &QlumAttributeModel::writeFailed, m_messages,
+        [this](const QString& why) { sltWriteFailed(why); });
+    connect(m_model, &QlumAttributeModel::written, m_messages, [this] { m_messages->dismiss(writeTopic); });
+    page->addAction(m_actions[Refresh]); // so that its key works wherever the focus is in the dock
     m_dock->setWidget(page);
     qlumSetInitialDockSize(m_dock, {430, 420});
     if (m_app->mainWindow())
         m_app->mainWindow()->addDockWidget(Qt::RightDockWidgetArea, m_dock);
+}
+
+// ---- heading and messages
+
+void QlumAttributePlugin::showHeading()
+{
+    const unsigned int serverId = m_model->serverId();
+    if (!m_heading)
+        return; // the window has gone
+    if (serverId == qlumNoServer) {
+        m_heading->clear();
+        return;
+    }
+    m_heading->setServer(m_app->serverName(serverId));
+    m_heading->setNode(toQString(m_model->nodeId().toXmlString()));
+    m_heading->setStatus(m_states.value(serverId, QlumConnectionStatus::Connected)); // it has answered
+}
+
+void QlumAttributePlugin::sltShown()
+{
+    const Node now{m_model->serverId(), m_model->nodeId()};
+    m_heading->touch();
+    showHeading();
+    m_messages->dismiss(readTopic);
+    if (std::exchange(m_shown, now) != now)
+        m_messages->dismiss(writeTopic); // a node that is read again after a failed write keeps its message
+}
+
+void QlumAttributePlugin::sltReadFailed(unsigned int serverId, const UaNodeId& nodeId, const QString& why)
+{
+    const Node node{serverId, nodeId};
+    if (!m_messages || (m_selected != node && m_custom != node))
+        return; // the user has gone on
+    m_messages->tell({QlumMessage::Error, readTopic,
+                      tr("The attributes of %1 could not be read.").arg(toQString(nodeId.toXmlString())),
+                      tr("%1: %2").arg(m_app->serverName(serverId), why), tr("Try &Again"),
+                      [this] { readAgain(); }});
+}
+
+void QlumAttributePlugin::sltWriteFailed(const QString& why)
+{
+    m_messages->tell({QlumMessage::Error,
+                      writeTopic,
+                      tr("The value of %1 was not written.").arg(toQString(m_model->nodeId().toXmlString())),
+                      tr("%1: %2").arg(m_app->serverName(m_model->serverId()), why),
+                      {},
+                      {}});
+}
+
+void QlumAttributePlugin::readAgain()
+{
+    if (m_custom.isNone())
+        sltRefresh();
+    else
+        read(m_custom, std::nullopt);
 }
 
 // ---- what is shown
@@ -140,7 +225,7 @@ void QlumAttributePlugin::selectionChanged(unsigned int serverId, UaNodeId* node
     m_selected = nodeId ? Node{serverId, *nodeId} : Node();
     m_nodeClass = nodeClass;
     m_custom = Node();
-    if (m_onOff->isChecked())
+    if (m_actions[OnOff]->isChecked())
         sltRefresh();
 }
 
@@ -155,7 +240,8 @@ void QlumAttributePlugin::sltRefresh()
 
 void QlumAttributePlugin::sltOnOff(bool on)
 {
-    m_onOff->setIcon(QIcon(on ? QStringLiteral(":/images/on.png") : QStringLiteral(":/images/off.png")));
+    m_actions[OnOff]->setIcon(
+        QIcon(on ? QStringLiteral(":/images/on.png") : QStringLiteral(":/images/off.png")));
     if (on)
         sltRefresh();
 }
@@ -198,14 +284,29 @@ void QlumAttributePlugin::read(const Node& node, std::optional<OpcUa_NodeClass> 
             m_model->setData(serverId, nodeId, read, count, attributeIds, values.detach());
         });
     };
+    const auto failed = [this, job](unsigned int serverId, const UaNodeId& nodeId, const QString& why) {
+        job->post([this, serverId, nodeId, why] { sltReadFailed(serverId, nodeId, why); });
+    };
+    connect(job, &QlumReadJob::failed, job, failed, Qt::DirectConnection);
     connect(job, &QlumReadJob::nodeClassRead, job, nodeClassRead, Qt::DirectConnection);
     connect(job, &QlumReadJob::newData, job, newData, Qt::DirectConnection);
     m_pool->add({tr("Reading attributes"), node.serverId}, std::move(made));
 }
 
+void QlumAttributePlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
+                                               const NamespaceMap&)
+{
+    m_states.insert(serverId, status);
+    if (serverId == m_model->serverId())
+        showHeading(); // its name may be another one, too
+}
+
 void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
 {
     m_pool->endServer(serverId); // also what reads a node that was left
+    m_states.remove(serverId);
+    if (m_messages && (m_selected.serverId == serverId || m_custom.serverId == serverId))
+        m_messages->dismiss();
     if (m_custom.serverId == serverId)
         m_custom = Node();
     if (m_selected.serverId == serverId)
@@ -219,7 +320,7 @@ void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
 void QlumAttributePlugin::dataTypesLoaded(unsigned int serverId)
 {
     const bool isShown = m_selected == Node{m_model->serverId(), m_model->nodeId()};
-    if (serverId == m_selected.serverId && isShown && m_custom.isNone() && m_onOff->isChecked() &&
+    if (serverId == m_selected.serverId && isShown && m_custom.isNone() && m_actions[OnOff]->isChecked() &&
         !m_view->isEditing())
         sltRefresh();
 }
@@ -228,10 +329,10 @@ void QlumAttributePlugin::dataTypesLoaded(unsigned int serverId)
 
 void QlumAttributePlugin::saveSettings(QSettings& settings)
 {
-    settings.setValue(onOffKey, m_onOff->isChecked());
+    settings.setValue(onOffKey, m_actions[OnOff]->isChecked());
 }
 
 void QlumAttributePlugin::loadSettings(QSettings& settings, const QMap<int, int>&)
 {
-    m_onOff->setChecked(settings.value(onOffKey, true).toBool());
+    m_actions[OnOff]->setChecked(settings.value(onOffKey, true).toBool());
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumactiontable.h>
 #include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumapplicationinterface.h>
@@ -6,7 +7,10 @@
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
 #include <uabase/values/uanodeid.h>
+#include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumviewheading.h>
 
+#include <QHash>
 #include <QMap>
 #include <QObject>
 #include <QPointer>
@@ -16,7 +20,6 @@
 #include <memory>
 #include <optional>
 
-class QAction;
 class QDockWidget;
 class QToolBar;
 class QlumAttributeModel;
@@ -67,6 +70,9 @@ public slots:
 private slots:
     void sltOnOff(bool on);
     void sltNodeClassRead(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass);
+    void sltShown();
+    void sltReadFailed(unsigned int serverId, const UaNodeId& nodeId, const QString& why);
+    void sltWriteFailed(const QString& why);
 
 private:
     /// A node and its server; none while there is no server.
@@ -79,9 +85,11 @@ private:
         friend bool operator==(const Node&, const Node&) = default;
     };
 
+    void registerSettings();
     void createActions();
     void createDock();
-    QAction* createAction(const QString& name, const QString& icon, const QString& text, const QString& help);
+    void showHeading();
+    void readAgain();
     void read(const Node& node, std::optional<OpcUa_NodeClass> nodeClass);
 
     const QlumSessionServicesProvider m_services;
@@ -89,12 +97,12 @@ private:
     std::unique_ptr<QlumJobPool> m_pool;
     QlumAttributeModel* m_model = nullptr;
     QlumAttributeView* m_view = nullptr;
+    QPointer<QlumViewHeading> m_heading; ///< in the dock, as is the next
+    QPointer<QlumMessageBar> m_messages;
     QPointer<QDockWidget> m_dock; ///< owned by the main window once it is docked
-    QAction* m_onOff = nullptr;
-    QAction* m_refresh = nullptr;
-    QAction* m_expandAll = nullptr;
-    QAction* m_collapseAll = nullptr;
-    QAction* m_customNodeId = nullptr;
+    QlumActionTable m_actions;
+    QHash<unsigned int, QlumConnectionStatus> m_states; ///< those that were told
+    Node m_shown;
     Node m_selected;
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified; ///< of the selected node
     Node m_custom; ///< chosen by its id, while its class is not known

@@ -1,5 +1,6 @@
 #include <plugins/attributes/qlumattributeview.h>
 
+#include <app/api/qlumactiontable.h>
 #include <app/api/qlumtext.h>
 #include <plugins/attributes/qlumattributedelegate.h>
 #include <plugins/attributes/qlumattributemodel.h>
@@ -26,6 +27,26 @@
 #include <vector>
 
 namespace {
+enum CopyId { CopyCell, CopyRow, CopyValue, CopyPath, CopyNodeId };
+
+constexpr QlumActionRow copyRows[] = {
+    {CopyCell, "copyCell", QT_TRANSLATE_NOOP("QlumAttributeView", "&Copy"), "copy.png", QKeySequence::Copy,
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the text of the cell"),
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the text of the cell"), Qt::WidgetShortcut},
+    {CopyRow, "copyRow", QT_TRANSLATE_NOOP("QlumAttributeView", "Copy &Row"), "", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the name and the value of the selected row"),
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the name and the value of the selected row")},
+    {CopyValue, "copyValue", QT_TRANSLATE_NOOP("QlumAttributeView", "Copy &Value"), "", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the whole value of the row"),
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the whole value of the row")},
+    {CopyPath, "copyPath", QT_TRANSLATE_NOOP("QlumAttributeView", "Copy &Path"), "", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the names that lead to the row"),
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the names that lead to the row")},
+    {CopyNodeId, "copyNodeId", QT_TRANSLATE_NOOP("QlumAttributeView", "Copy &Node Id"), "", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the id of the node that is shown"),
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the id of the node that is shown")},
+};
+
 constexpr int nameWidth = 190;
 const QLatin1Char separator('/');
 
@@ -68,34 +89,19 @@ QlumAttributeView::~QlumAttributeView() = default;
 
 // ---- copying
 
-QAction* QlumAttributeView::addCopyAction(const QString& name, const QString& text, const QString& toolTip,
-                                          void (QlumAttributeView::*slot)())
-{
-    auto* action = new QAction(text, this);
-    action->setObjectName(name);
-    action->setToolTip(toolTip);
-    action->setWhatsThis(toolTip);
-    connect(action, &QAction::triggered, this, slot);
-    addAction(action);
-    return action;
-}
-
 void QlumAttributeView::createActions()
 {
     setContextMenuPolicy(Qt::ActionsContextMenu);
-    QAction* copy = addCopyAction(QStringLiteral("copyCell"), tr("&Copy"), tr("Copy the text of the cell"),
-                                  &QlumAttributeView::sltCopyCell);
-    copy->setIcon(QIcon(QStringLiteral(":/images/copy.png")));
-    copy->setShortcut(QKeySequence::Copy);
-    copy->setShortcutContext(Qt::WidgetShortcut);
-    addCopyAction(QStringLiteral("copyRow"), tr("Copy &Row"),
-                  tr("Copy the name and the value of the selected row"), &QlumAttributeView::sltCopyRow);
-    addCopyAction(QStringLiteral("copyValue"), tr("Copy &Value"), tr("Copy the whole value of the row"),
-                  &QlumAttributeView::sltCopyValue);
-    addCopyAction(QStringLiteral("copyPath"), tr("Copy &Path"), tr("Copy the names that lead to the row"),
-                  &QlumAttributeView::sltCopyPath);
-    addCopyAction(QStringLiteral("copyNodeId"), tr("Copy &Node Id"),
-                  tr("Copy the id of the node that is shown"), &QlumAttributeView::sltCopyNodeId);
+    const QlumActionTable actions(copyRows, "QlumAttributeView", this);
+    const auto on = [this, &actions](CopyId id, void (QlumAttributeView::*slot)()) {
+        connect(actions[id], &QAction::triggered, this, slot);
+    };
+    on(CopyCell, &QlumAttributeView::sltCopyCell);
+    on(CopyRow, &QlumAttributeView::sltCopyRow);
+    on(CopyValue, &QlumAttributeView::sltCopyValue);
+    on(CopyPath, &QlumAttributeView::sltCopyPath);
+    on(CopyNodeId, &QlumAttributeView::sltCopyNodeId);
+    addActions(actions.list({CopyCell, CopyRow, CopyValue, CopyPath, CopyNodeId}));
 }
 
 void QlumAttributeView::sltCopyCell()

@@ -38,8 +38,6 @@ public slots:
 
 private:
     void createActions();
-    QAction* addCopyAction(const QString& name, const QString& text, const QString& toolTip,
-                           void (QlumAttributeView::*slot)());
     void saveState();
     void restoreState();
     void restoreBranch(const QModelIndex& parent, const QString& path);

@@ -4,6 +4,7 @@
 #include <app/api/qlumservertypes.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+#include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributetexts.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
@@ -59,6 +60,7 @@ void QlumReadJob::run()
     const std::shared_ptr<QlumSessionServices> session = m_services(m_serverId);
     if (!session || !QlumApplicationInterface::instance()) {
         m_log.error(tr("Session not valid."));
+        tellFailure(tr("There is no session with the server."));
         return;
     }
     if (!m_nodeClass) {
@@ -67,6 +69,12 @@ void QlumReadJob::run()
         emit nodeClassRead(m_serverId, m_nodeId, *m_nodeClass);
     }
     readAttributes(*session);
+}
+
+void QlumReadJob::tellFailure(const QString& why)
+{
+    if (!isCancelled())
+        emit failed(m_serverId, m_nodeId, why);
 }
 
 bool QlumReadJob::readNodeClass(QlumSessionServices& session)
@@ -80,6 +88,7 @@ bool QlumReadJob::readNodeClass(QlumSessionServices& session)
     if (!status.isGood() || values.length() != 1) {
         m_log.error(tr("Read NodeClass of node '%1' failed [ret = %2].")
                         .arg(toQString(m_nodeId.toFullString()), toQString(status.toString())));
+        tellFailure(toQString(status.toString()));
         return false;
     }
     m_nodeClass = static_cast<OpcUa_NodeClass>(UaVariant(values[0].Value).toInt32());
@@ -89,9 +98,7 @@ bool QlumReadJob::readNodeClass(QlumSessionServices& session)
 void QlumReadJob::readAttributes(QlumSessionServices& session)
 {
     UaClientSdk::ServiceSettings settings = serviceSettings();
-    const double maxAge = QlumApplicationInterface::instance()
-                              ->settingsValue(QStringLiteral("AttributePlugin.MaxAge"), 0.0)
-                              .toDouble();
+    const double maxAge = QlumAttributeSettings::maxAge.value();
     const QList<int> attributeIds = qlumAttributesOf(*m_nodeClass);
     UaDataValues values;
     const UaStatus status = session.read(settings, maxAge, OpcUa_TimestampsToReturn_Both,
@@ -100,6 +107,7 @@ void QlumReadJob::readAttributes(QlumSessionServices& session)
     const QString result = toQString(status.toString());
     if (!status.isGood()) {
         m_log.error(tr("Read attributes of node '%1' failed [ret = %2].").arg(node, result));
+        tellFailure(result);
         return;
     }
     m_log.info(tr("Read attributes of node '%1' succeeded [ret = %2].").arg(node, result));

@@ -31,7 +31,11 @@ signals:
     void newData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass, int count,
                  const QList<int>& attributeIds, OpcUa_DataValue* results);
 
+    /// Nothing could be read, for that reason; not sent once the job is cancelled.
+    void failed(unsigned int serverId, const UaNodeId& nodeId, const QString& why);
+
 private:
+    void tellFailure(const QString& why);
     bool readNodeClass(QlumSessionServices& session);
     void readAttributes(QlumSessionServices& session);
     void prepareType(QlumSessionServices& session, const UaVariant& value, const UaVariant& dataType) const;

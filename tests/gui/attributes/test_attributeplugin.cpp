@@ -11,6 +11,7 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/qlummessagebar.h>
 
 #include <QAction>
 #include <QClipboard>
@@ -18,13 +19,16 @@
 #include <QDialog>
 #include <QDockWidget>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QModelIndex>
+#include <QPushButton>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWidget>
 
 #include <atomic>
 #include <memory>
@@ -142,6 +146,65 @@ TEST_F(AttributePlugin, FailedReadsLeaveWhatIsShown)
     select(2);
     ASSERT_TRUE(QTest::qWaitFor([this] { return application.texts().contains("Session not valid."); }));
     services = kept;
+}
+
+TEST_F(AttributePlugin, FailedReadsAreToldInTheViewUntilOneSucceeds)
+{
+    auto* bar = plugin.dock()->findChild<QlumMessageBar*>("messageBar");
+    ASSERT_NE(bar, nullptr);
+    services->callStatus = OpcUa_BadTimeout;
+    select(2);
+    ASSERT_TRUE(QTest::qWaitFor([bar] { return !bar->isHidden(); }));
+    EXPECT_EQ(bar->findChild<QLabel*>("what")->text(), "The attributes of ns=2;i=2 could not be read.");
+    EXPECT_EQ(bar->findChild<QLabel*>("why")->text(), "Plc: BadTimeout");
+    services->callStatus = 0;
+    bar->findChild<QPushButton*>("help")->click();
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_TRUE(bar->isHidden());
+
+    services->callStatus = OpcUa_BadTimeout;
+    select(1);
+    ASSERT_TRUE(QTest::qWaitFor([bar] { return !bar->isHidden(); }));
+    plugin.sessionRemoved(5);
+    EXPECT_TRUE(bar->isHidden()) << "nothing can be tried again";
+}
+
+TEST_F(AttributePlugin, AFailedWriteIsToldAlthoughTheNodeIsReadAgain)
+{
+    auto* bar = plugin.dock()->findChild<QlumMessageBar*>("messageBar");
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    emit plugin.model()->writeFailed("BadUserAccessDenied");
+    EXPECT_EQ(bar->findChild<QLabel*>("why")->text(), "Plc: BadUserAccessDenied");
+    const int before = services->journal.size();
+    select(1);
+    ASSERT_TRUE(QTest::qWaitFor([this, before] { return services->journal.size() > before; }));
+    ASSERT_TRUE(QTest::qWaitFor([this] {
+        return application.texts().filter("Read attributes of node 'ns=2;i=1' succeeded").size() == 2;
+    }));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(bar->isHidden());
+    select(2);
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_TRUE(bar->isHidden()) << "it is about another node";
+}
+
+TEST_F(AttributePlugin, TheHeadingSaysWhatIsShownAndFollowsTheConnection)
+{
+    const auto* heading = plugin.dock()->findChild<QWidget*>("viewHeading");
+    const auto text = [heading](const char* name) { return heading->findChild<QLabel*>(name)->text(); };
+    EXPECT_EQ(text("server"), "");
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    EXPECT_EQ(text("server") + " " + text("node") + " " + text("status"), "Plc ns=2;i=1 connected");
+    plugin.sessionStatusChanged(5, QlumConnectionStatus::ConnectionError, {});
+    plugin.sessionStatusChanged(6, QlumConnectionStatus::Connected, {});
+    EXPECT_EQ(text("status"), "connection lost");
+    select(2);
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_EQ(text("status"), "connection lost") << "a late answer does not bring the connection back";
+    plugin.sessionRemoved(5);
+    EXPECT_EQ(text("server") + text("node") + text("status"), "");
 }
 
 TEST_F(AttributePlugin, ARemovedSessionLeavesNothing)

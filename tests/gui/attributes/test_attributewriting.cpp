@@ -1,3 +1,4 @@
+#include <plugins/attributes/qlumattributemodel.h>
 #include <tests/gui/attributes/attributefixture.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uastructuredefinition.h>
@@ -7,6 +8,7 @@
 #include <uabase/values/uavariant.h>
 
 #include <QModelIndex>
+#include <QSignalSpy>
 #include <QStringList>
 #include <QVariant>
 
@@ -53,6 +55,8 @@ TEST_F(AttributeWriting, AVariantIsWrittenAsItIs)
 
 TEST_F(AttributeWriting, FailuresAreToldAndNothingIsWrittenWithoutASession)
 {
+    const QSignalSpy failed(&model, &QlumAttributeModel::writeFailed);
+    const QSignalSpy written(&model, &QlumAttributeModel::written);
     showValue(UaVariant(1.0));
     services->writeResult = OpcUa_BadUserAccessDenied;
     EXPECT_FALSE(writeText(valueRow(), "2"));
@@ -60,6 +64,15 @@ TEST_F(AttributeWriting, FailuresAreToldAndNothingIsWrittenWithoutASession)
     services->callStatus = OpcUa_BadConnectionClosed;
     EXPECT_FALSE(writeText(valueRow(), "2"));
     EXPECT_EQ(application.texts().last(), "Write failed [ret = BadConnectionClosed].");
+    EXPECT_FALSE(writeText(valueRow(), "two"));
+    ASSERT_EQ(failed.count(), 3);
+    EXPECT_EQ(failed.at(0).at(0).toString(), "BadUserAccessDenied");
+    EXPECT_EQ(failed.at(1).at(0).toString(), "BadConnectionClosed");
+    EXPECT_EQ(failed.at(2).at(0).toString(), "Could not convert value to variant type Double");
+    services->callStatus = 0;
+    services->writeResult = 0;
+    EXPECT_TRUE(writeText(valueRow(), "2"));
+    EXPECT_EQ(written.count(), 1);
     services.reset();
     EXPECT_FALSE(writeText(valueRow(), "2"));
 }

@@ -2,6 +2,7 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdocksize.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumtoolservices.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumdocumentarea.h>
 #include <app/mainwindow/qlummainactions.h>
@@ -12,6 +13,7 @@
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <plugins/addressspace/qlumaddressspacemodelinterface.h>
+#include <plugins/addressspace/qlumaddressspacepage.h>
 #include <tests/gui/shell/fakeserver.h>
 #include <tests/support/dialogdriver.h>
 #include <uabase/system/uatrace.h>
@@ -31,6 +33,7 @@
 #include <QObject>
 #include <QPlainTextEdit>
 #include <QSettings>
+#include <QSpinBox>
 #include <QStackedWidget>
 #include <QString>
 #include <QStringList>
@@ -66,6 +69,7 @@ public:
         nodeClass = OpcUa_NodeClass_Object;
         return index.isValid();
     }
+    QModelIndex reveal(const UaNodeId& nodeId) override { return index(nodeId == UaNodeId(85) ? 1 : -1); }
     int rebrowsed = -1;
     unsigned char verbs = 0;
 };
@@ -241,6 +245,43 @@ TEST_F(MainWindow, EachServerHasItsPageAndPluginActionsReachAllOfThem)
     EXPECT_EQ(pages()->count(), 2);
 }
 
+TEST_F(MainWindow, ToolsRevealNodesAndOpenThemInTheDocumentInFront)
+{
+    QlumToolServices* tools = QlumToolServices::instance();
+    ASSERT_NE(tools, nullptr);
+    const FakeServer* first = addServer();
+    EXPECT_FALSE(tools->revealNode(first->serverId(), UaNodeId(85))) << "not connected";
+    action(QlumMainActions::ConnectServer)->trigger();
+    addServer();
+    action(QlumMainActions::ConnectServer)->trigger();
+    EXPECT_TRUE(tools->revealNode(first->serverId(), UaNodeId(85)));
+    const auto* shown = qobject_cast<QlumAddressSpacePage*>(pages()->currentWidget());
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(shown->serverId(), first->serverId());
+    EXPECT_EQ(shown->tree()->currentIndex().data().toString(), QStringLiteral("Leaf"));
+    EXPECT_EQ(window->projectModel()->nodeOf(
+                  window->findChild<QTreeView*>(QStringLiteral("projectTree"))->currentIndex()),
+              first);
+    EXPECT_FALSE(tools->revealNode(first->serverId(), UaNodeId(1234)));
+
+    QObject plugin;
+    QWidget* taker = nullptr;
+    tools->takeNodes(
+        &plugin, {QStringLiteral("Event View"), {}, [&taker](QWidget* document, auto) { taker = document; }});
+    const QlumToolNodes nodes{{first->serverId(), UaNodeId(85), OpcUa_NodeClass_Object, {}, {}}};
+    QTabWidget* tabs = window->centralTabWidget();
+    const int before = tabs->count();
+    ASSERT_TRUE(tools->openNodes(QStringLiteral("Event View"), nodes));
+    EXPECT_EQ(tabs->count(), before + 1);
+    QWidget* opened = taker;
+    EXPECT_EQ(tabs->currentWidget(), opened);
+    tabs->setCurrentIndex(0);
+    ASSERT_TRUE(tools->openNodes(QStringLiteral("Event View"), nodes));
+    EXPECT_EQ(tabs->count(), before + 1);
+    EXPECT_EQ(taker, opened);
+    EXPECT_EQ(tabs->currentWidget(), opened);
+}
+
 TEST_F(MainWindow, DocumentsAreTabsAndNodes)
 {
     QTabWidget* tabs = window->centralTabWidget();
@@ -371,6 +412,26 @@ TEST_F(MainWindow, SettingsDialogStoresOnlyWhatWasChanged)
     EXPECT_EQ(settings.value(QStringLiteral("General.LogLevel")).toString(), QStringLiteral("ERROR"));
     changed.removeAll(QStringLiteral("General.LogLevel"));
     EXPECT_TRUE(changed.isEmpty()) << changed.join(QLatin1Char(' ')).toStdString();
+}
+
+TEST_F(MainWindow, SettingsOfToolsHaveTheirPageBehindThoseOfTheApplication)
+{
+    QStringList pages;
+    const DialogDriver driver([&pages](QDialog& dialog) {
+        const auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("settingsPages"));
+        for (int i = 0; i < tabs->count(); ++i)
+            pages.append(tabs->widget(i)->objectName());
+        auto* age = dialog.findChild<QSpinBox*>(QStringLiteral("AttributePlugin.MaxAge"));
+        EXPECT_EQ(age->accessibleName(), QStringLiteral("Oldest value shown"));
+        EXPECT_TRUE(age->whatsThis().startsWith(QLatin1String("<b>Oldest value shown</b><br>")));
+        age->setValue(250);
+        dialog.accept();
+    });
+    action(QlumMainActions::Configure)->trigger();
+    EXPECT_EQ(pages, (QStringList{"connections", "certificates", "addressSpace", "log", "trace", "updates",
+                                  "attributes"}));
+    EXPECT_EQ(window->settingsValue(QStringLiteral("AttributePlugin.MaxAge")), QVariant(250.0));
+    EXPECT_EQ(window->settingsValue(QStringLiteral("General.BrowseTimeout")), QVariant(10000u));
 }
 
 TEST_F(MainWindow, UpdateQuestionIsAskedOnce)

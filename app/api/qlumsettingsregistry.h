@@ -1,0 +1,103 @@
+#pragma once
+#include <app/api/qlumsettings.h>
+
+#include <QHash>
+#include <QLatin1String>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <limits>
+#include <shared_mutex>
+#include <type_traits>
+#include <vector>
+
+/// What the user reads about a setting.
+struct QlumSettingText
+{
+    QString label;       ///< with its mnemonic and, before a field, its colon
+    QString explanation; ///< what it is good for, in a sentence or two
+};
+
+/// One setting as the registry knows it. What it is made from is a QlumSetting, so that key, type and default
+/// are not written again.
+struct QlumSettingRow
+{
+    enum Kind {
+        Unseen, ///< has a default, but no field
+        Note,   ///< no setting but a line of text; the key is its object name
+        Flag,
+        Number,
+        Choice, ///< one of several texts
+        Text,
+        File ///< the path of a file that is written
+    };
+
+    QString key;
+    QVariant standard; ///< default and type; invalid when what is not set shall stay so
+    Kind kind = Unseen;
+    QlumSettingText text;
+    double minimum = 0; ///< of a number, with maximum
+    double maximum = std::numeric_limits<int>::max();
+    QString unit;        ///< of a number, with the blank before it
+    QStringList choices; ///< as they are stored and shown
+
+    static QlumSettingRow unseen(const QString& key, const QVariant& standard);
+    static QlumSettingRow note(const QString& name, const QString& text);
+    static QlumSettingRow flag(const QlumSetting<bool>& setting, const QlumSettingText& text);
+    /// A flag that is neither yes nor no until the user has said so.
+    static QlumSettingRow openFlag(const QString& key, const QlumSettingText& text);
+    /// Whole numbers, whatever type they are stored in.
+    template <typename T>
+    requires std::is_arithmetic_v<T>
+    static QlumSettingRow number(const QlumSetting<T>& setting, const QlumSettingText& text, double minimum,
+                                 double maximum, const QString& unit = QString())
+    {
+        return {setting.key(), QVariant(setting.standard()), Number, text, minimum, maximum, unit, {}};
+    }
+    static QlumSettingRow choice(const QlumSetting<QString>& setting, const QlumSettingText& text,
+                                 const QStringList& choices);
+    static QlumSettingRow line(const QlumSetting<QString>& setting, const QlumSettingText& text);
+    static QlumSettingRow file(const QString& key, const QString& standard, const QlumSettingText& text);
+};
+
+/// A page of the settings dialog.
+struct QlumSettingsPage
+{
+    QString name;  ///< object name; a tool that adds to the page of another knows it by that
+    QString title; ///< with its mnemonic
+    std::vector<QlumSettingRow> rows;
+};
+
+/// All settings that the user can change, or that have a default, by page. The application registers its own;
+/// tools add theirs in init(), and the settings dialog is made from what is there when it opens.
+class QlumSettingsRegistry
+{
+public:
+    QlumSettingsRegistry();
+    ~QlumSettingsRegistry();
+    QlumSettingsRegistry(const QlumSettingsRegistry&) = delete;
+    QlumSettingsRegistry& operator=(const QlumSettingsRegistry&) = delete;
+
+    /// That of the running application, which was the first; null without one. GUI thread.
+    [[nodiscard]] static QlumSettingsRegistry* instance() noexcept;
+
+    /// Adds a page, or the rows to the end of the page of that name. A key that is there already keeps its
+    /// row, and the log says so. GUI thread.
+    void add(const QlumSettingsPage& page);
+    /// In the order of registration; pages without a field are among them. GUI thread.
+    [[nodiscard]] const std::vector<QlumSettingsPage>& pages() const { return m_pages; }
+    /// The default of a key, invalid for none. Any thread.
+    [[nodiscard]] QVariant standard(const QString& key) const;
+
+private:
+    bool takeKey(const QlumSettingRow& row);
+
+    std::vector<QlumSettingsPage> m_pages;
+    QHash<QString, QVariant> m_standards;
+    mutable std::shared_mutex m_mutex; ///< of the defaults
+};
+
+/// Adds a page of a tool to the application's registry; does nothing where there is none, as in tests.
+void qlumRegisterSettings(const QlumSettingsPage& page);

@@ -1,0 +1,184 @@
+#pragma once
+#include <app/api/qlumapplicationinterface.h>
+#include <opcua/opcua_types.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uavariant.h>
+#include <uaclientsdk/useridentitytoken.h>
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace UaClientSdk {
+class UaSession;
+}
+
+/// A node, where it is, and as much as its finder knows of it.
+struct QlumToolNode
+{
+    unsigned int serverId = qlumNoServer;
+    UaNodeId nodeId;
+    OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified; ///< Unspecified while it is not known
+    UaNodeId parentId; ///< the node below which it was found, null for none; of a method, its object
+    QString name;      ///< for the user; may be empty
+
+    friend bool operator==(const QlumToolNode&, const QlumToolNode&) = default;
+};
+using QlumToolNodes = std::vector<QlumToolNode>;
+
+/// Who the user of a session is; null has the user asked where that is needed.
+using QlumIdentity = std::shared_ptr<const UaClientSdk::UaUserIdentityToken>;
+
+/// How a session beside that of the project shall be secured.
+struct QlumSideEndpoint
+{
+    QString url; ///< empty: that of the project's connection
+    OpcUa_MessageSecurityMode mode = OpcUa_MessageSecurityMode_Invalid; ///< Invalid: that connection's
+    QString securityPolicy;                                             ///< URI; empty: that connection's
+};
+
+/// The session, which lives as long as somebody holds it, or null and the reason.
+using QlumSideSessionDone =
+    std::function<void(std::shared_ptr<UaClientSdk::UaSession> session, const UaStatus& status)>;
+
+/// Shows nodes in documents of one type.
+struct QlumNodeTaker
+{
+    QString documentType;                             ///< of QlumDocumentInterface::documentTypes()
+    std::function<bool(const QlumToolNode&)> accepts; ///< empty: every node
+    std::function<void(QWidget* document, std::span<const QlumToolNode> nodes)>
+        add; ///< gets only what it accepts
+};
+
+/// What tools do for each other without knowing each other: whoever can do a thing registers as its taker,
+/// whoever wants it done asks here. A call without a taker answers false and does nothing; with several
+/// takers the one that came last does it. A taker goes with its owner, as a rule the plugin, and when
+/// removeTakers() is called for it. GUI thread only. A call may run a nested event loop and remove takers.
+class QlumToolServices : public QObject
+{
+    Q_OBJECT
+public:
+    explicit QlumToolServices(QObject* parent = nullptr);
+    ~QlumToolServices() override;
+
+    /// Those of the running application; null before there is one and after it has gone.
+    [[nodiscard]] static QlumToolServices* instance() noexcept;
+
+    // ---- asking
+
+    /// Selects the node in the address space view. False when it cannot be found there.
+    bool revealNode(unsigned int serverId, const UaNodeId& nodeId);
+    /// The document types that take nodes, in the order of registration.
+    [[nodiscard]] QStringList documentTypes() const;
+    /// Those that accept at least one of the nodes.
+    [[nodiscard]] QStringList documentTypes(std::span<const QlumToolNode> nodes) const;
+    /// Gives the nodes to a document of that type, which is opened when there is none. False when the type
+    /// takes none of them, or no document can be opened.
+    bool openNodes(const QString& documentType, std::span<const QlumToolNode> nodes);
+    /// Offers the user to call a method of an object.
+    bool callMethod(unsigned int serverId, const UaNodeId& objectId, const UaNodeId& methodId);
+    /// Shows a certificate, or one with its chain behind it; it is not judged.
+    bool showCertificate(const UaByteString& der);
+    /// Shows a value in full. The data type is a node of the server, null when it is not known.
+    bool showValue(unsigned int serverId, const UaVariant& value, const UaNodeId& dataType);
+    /// Opens a session beside that of the project, asking about trust and password. On true the receiver is
+    /// told once how it ended, on this thread and perhaps before this returns, unless it goes before.
+    bool sideSession(unsigned int serverId, const QlumSideEndpoint& endpoint, const QlumIdentity& identity,
+                     QObject* receiver, const QlumSideSessionDone& done);
+    /// Connects the server of the project anew with another security mode and user.
+    bool reconnectWith(unsigned int serverId, OpcUa_MessageSecurityMode mode, const QlumIdentity& identity);
+
+    /// Whether somebody would take it.
+    [[nodiscard]] bool canReveal() const { return m_reveal.has(); }
+    [[nodiscard]] bool canCallMethod() const { return m_callMethod.has(); }
+    [[nodiscard]] bool canShowCertificate() const { return m_showCertificate.has(); }
+    [[nodiscard]] bool canShowValue() const { return m_showValue.has(); }
+    [[nodiscard]] bool canOpenSideSession() const { return m_sideSession.has(); }
+    [[nodiscard]] bool canReconnectWith() const { return m_reconnectWith.has(); }
+
+    // ---- taking
+
+    using Reveal = std::function<bool(unsigned int serverId, const UaNodeId& nodeId)>;
+    using CallMethod =
+        std::function<void(unsigned int serverId, const UaNodeId& objectId, const UaNodeId& methodId)>;
+    using ShowCertificate = std::function<void(const UaByteString& der)>;
+    using ShowValue =
+        std::function<void(unsigned int serverId, const UaVariant& value, const UaNodeId& dataType)>;
+    /// Calls done once, whatever happens.
+    using SideSession = std::function<void(unsigned int serverId, const QlumSideEndpoint& endpoint,
+                                           const QlumIdentity& identity, QlumSideSessionDone done)>;
+    /// False when it refuses.
+    using ReconnectWith = std::function<bool(unsigned int serverId, OpcUa_MessageSecurityMode mode,
+                                             const QlumIdentity& identity)>;
+    /// A document of the type to show more in: the one in front, else another, else a new one; null when
+    /// there is no such type.
+    using Documents = std::function<QWidget*(const QString& documentType)>;
+
+    void takeReveal(QObject* owner, Reveal taker) { take(m_reveal, owner, std::move(taker)); }
+    void takeNodes(QObject* owner, QlumNodeTaker taker) { take(m_nodes, owner, std::move(taker)); }
+    void takeCallMethod(QObject* owner, CallMethod taker) { take(m_callMethod, owner, std::move(taker)); }
+    void takeShowCertificate(QObject* owner, ShowCertificate taker)
+    {
+        take(m_showCertificate, owner, std::move(taker));
+    }
+    void takeShowValue(QObject* owner, ShowValue taker) { take(m_showValue, owner, std::move(taker)); }
+    void takeSideSession(QObject* owner, SideSession taker) { take(m_sideSession, owner, std::move(taker)); }
+    void takeReconnectWith(QObject* owner, ReconnectWith taker)
+    {
+        take(m_reconnectWith, owner, std::move(taker));
+    }
+    /// Of the application, which owns the documents.
+    void takeDocuments(QObject* owner, Documents taker) { take(m_documents, owner, std::move(taker)); }
+
+    /// Nothing is handed to the owner any more.
+    void removeTakers(QObject* owner);
+
+signals:
+    /// Another command may make sense now, or one no more.
+    void takersChanged();
+
+private:
+    template <typename Taker>
+    struct Takers
+    {
+        std::vector<std::pair<QObject*, Taker>> entries;
+
+        [[nodiscard]] bool has() const { return !entries.empty(); }
+        /// A copy, since whoever is called may go meanwhile. Only while there is one.
+        [[nodiscard]] Taker last() const { return entries.back().second; }
+        bool remove(const QObject* owner)
+        {
+            return std::erase_if(
+                       entries, [owner](const auto& entry) { return entry.first == owner; }) > 0;
+        }
+    };
+
+    template <typename Taker>
+    void take(Takers<Taker>& takers, QObject* owner, Taker taker)
+    {
+        takers.entries.emplace_back(owner, std::move(taker));
+        watch(owner);
+    }
+    void watch(QObject* owner);
+    [[nodiscard]] const QlumNodeTaker* nodeTaker(const QString& documentType) const;
+
+    Takers<Reveal> m_reveal;
+    Takers<QlumNodeTaker> m_nodes;
+    Takers<CallMethod> m_callMethod;
+    Takers<ShowCertificate> m_showCertificate;
+    Takers<ShowValue> m_showValue;
+    Takers<SideSession> m_sideSession;
+    Takers<ReconnectWith> m_reconnectWith;
+    Takers<Documents> m_documents;
+    QList<QObject*> m_owners;
+};

@@ -1,0 +1,118 @@
+// Finding a node in the tree that nobody has opened yet: upward on the server, then downward in the tree.
+#include <app/api/qlumguithread.h>
+#include <app/api/qlumsettings.h>
+#include <plugins/addressspace/qlumaddressspacemodel_p.h>
+#include <uawidgets/qlumwaitcursor.h>
+
+#include <QDeadlineTimer>
+
+#include <algorithm>
+#include <deque>
+#include <ranges>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace {
+constexpr std::size_t maximumAncestors = 1000; // a server may invent ever new ones
+constexpr int waySlice = 80;                   // ms
+
+using LoadedNodes =
+    std::unordered_set<QlumAddressSpaceNode*, QlumAddressSpaceNode::ById, QlumAddressSpaceNode::ById>;
+
+// Of several occurrences of a node the one that is nearest to the root.
+LoadedNodes loadedNodes(QlumAddressSpaceNode* root)
+{
+    LoadedNodes loaded;
+    std::deque<QlumAddressSpaceNode*> waiting{root};
+    while (!waiting.empty()) {
+        QlumAddressSpaceNode* node = waiting.front();
+        waiting.pop_front();
+        loaded.insert(node);
+        for (int row = 0; row < node->childCount(); ++row)
+            waiting.push_back(node->child(row));
+    }
+    return loaded;
+}
+} // namespace
+
+QModelIndex QlumAddressSpaceModel::reveal(const UaNodeId& nodeId)
+{
+    qlumAssertGuiThread();
+    if (!m_server || !m_services)
+        return {};
+    const QDeadlineTimer deadline(QlumSettings::browseTimeout.value());
+    Way way = wayTo(nodeId, deadline);
+    QlumAddressSpaceNode* node = way.start;
+    for (std::size_t i = 0; node && i < way.below.size(); ++i)
+        node = childOf(node, way.below[i], deadline);
+    return node && (node != m_root.get() || node->hasChildren()) ? indexOf(node) : QModelIndex();
+}
+
+// The nearest ancestor that is in the tree, and what leads from there to the node.
+QlumAddressSpaceModel::Way QlumAddressSpaceModel::wayTo(const UaNodeId& nodeId,
+                                                        const QDeadlineTimer& deadline) const
+{
+    struct Step
+    {
+        UaNodeId id;
+        std::size_t below; // the step that it was reached from
+    };
+    const LoadedNodes loaded = loadedNodes(m_root.get());
+    if (const auto found = loaded.find(nodeId); found != loaded.end())
+        return {*found, {}};
+    std::vector<Step> steps{{nodeId, 0}};
+    std::unordered_set<UaNodeId> seen{nodeId};
+    for (std::size_t i = 0; i < steps.size() && !deadline.hasExpired(); ++i) {
+        for (UaNodeId& parent : parentsOf(steps[i].id)) {
+            if (const auto found = loaded.find(parent); found != loaded.end()) {
+                Way way{*found, {}};
+                for (std::size_t step = i; step > 0; step = steps[step].below)
+                    way.below.push_back(steps[step].id);
+                way.below.push_back(nodeId);
+                return way;
+            }
+            if (steps.size() < maximumAncestors && seen.insert(parent).second)
+                steps.push_back({std::move(parent), i});
+        }
+    }
+    return {};
+}
+
+// None when the server does not tell; more than one answer holds are not asked for.
+std::vector<UaNodeId> QlumAddressSpaceModel::parentsOf(const UaNodeId& nodeId) const
+{
+    const QlumWaitCursor wait;
+    UaClientSdk::ServiceSettings settings;
+    settings.callTimeout = QlumSettings::browseTimeout.value();
+    UaClientSdk::BrowseContext context = browseContext(*m_root);
+    context.browseDirection = OpcUa_BrowseDirection_Inverse;
+    context.nodeClassMask = 0;
+    UaByteString continuationPoint;
+    UaReferenceDescriptions references;
+    std::vector<UaNodeId> parents;
+    if (m_services->browse(settings, nodeId, context, continuationPoint, references).isGood())
+        for (OpcUa_ReferenceDescription& reference : references)
+            parents.emplace_back().attach(&reference.NodeId.NodeId);
+    if (!continuationPoint.isEmpty() && m_services->isConnected()) {
+        UaClientSdk::ServiceSettings releasing = UaClientSdk::settingsOfRelease(settings);
+        // a server that does not take it forgets the point with the session
+        static_cast<void>(m_services->browseNext(releasing, true, continuationPoint, references));
+    }
+    return parents;
+}
+
+// Browses for it when it is not there yet; null when it is not among them in time.
+QlumAddressSpaceNode* QlumAddressSpaceModel::childOf(QlumAddressSpaceNode* node, const UaNodeId& id,
+                                                     const QDeadlineTimer& deadline)
+{
+    QlumAddressSpaceNode* child = node->findChild(id);
+    if (!child)
+        browseNode(node);
+    const auto isUnderWay = [this, node] {
+        return std::ranges::any_of(m_tasks, [node](const Task& task) { return task.node == node; });
+    };
+    while (!(child = node->findChild(id)) && isUnderWay() && !deadline.hasExpired())
+        runTasks(waySlice);
+    return child;
+}

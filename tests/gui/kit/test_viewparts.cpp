@@ -1,0 +1,134 @@
+#include <app/api/qlumconnectionstatus.h>
+#include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumviewheading.h>
+
+#include <QDate>
+#include <QDateTime>
+#include <QLabel>
+#include <QPushButton>
+#include <QString>
+#include <QStringList>
+#include <QTest>
+#include <QTime>
+#include <QTimer>
+#include <QToolButton>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+namespace {
+QString text(const QWidget& part, const char* name)
+{
+    return part.findChild<QLabel*>(QLatin1String(name))->text();
+}
+
+TEST(MessageBar, TellsServersTextsAsTextAndInBounds)
+{
+    QlumMessageBar bar;
+    EXPECT_TRUE(bar.isHidden());
+    bar.tell({QlumMessage::Warning, "t", "<b>Motor</b>\nstopped", QString(100000, 'x'), {}, {}});
+    EXPECT_EQ(text(bar, "severity"), "Warning");
+    EXPECT_EQ(text(bar, "what"), "<b>Motor</b> stopped");
+    EXPECT_EQ(bar.findChild<QLabel*>("what")->textFormat(), Qt::PlainText);
+    EXPECT_LT(text(bar, "why").size(), 1000);
+    EXPECT_TRUE(bar.accessibleName().startsWith("Warning: <b>Motor</b>"));
+    EXPECT_TRUE(bar.findChild<QPushButton*>("help")->isHidden());
+    bar.tell({QlumMessage::Error, "t", "Gone.", {}, {}, {}});
+    EXPECT_EQ(text(bar, "severity"), "Error");
+    EXPECT_TRUE(bar.findChild<QLabel*>("why")->isHidden()) << "no empty line";
+}
+
+TEST(MessageBar, TheButtonHelpsOnceAndMayHaveSomethingToTell)
+{
+    QlumMessageBar bar;
+    int helped = 0;
+    bar.tell({QlumMessage::Error, "read", "Failed.", {}, "Try Again", [&] {
+                  ++helped;
+                  bar.tell({QlumMessage::Error, "read", "Failed again.", {}, {}, {}});
+              }});
+    auto* button = bar.findChild<QPushButton*>("help");
+    EXPECT_EQ(button->text(), "Try Again");
+    button->click();
+    EXPECT_EQ(helped, 1);
+    EXPECT_FALSE(bar.isHidden());
+    EXPECT_EQ(text(bar, "what"), "Failed again.");
+    EXPECT_TRUE(button->isHidden());
+}
+
+TEST(MessageBar, ClosesByItsTopicByTheUserAndByKey)
+{
+    QlumMessageBar bar;
+    const auto tell = [&bar] { bar.tell({QlumMessage::Note, "write", "Failed.", {}, {}, {}}); };
+    tell();
+    bar.dismiss("read");
+    EXPECT_FALSE(bar.isHidden());
+    bar.dismiss("write");
+    EXPECT_TRUE(bar.isHidden());
+    tell();
+    bar.findChild<QToolButton*>("close")->click();
+    EXPECT_TRUE(bar.isHidden());
+    tell();
+    QTest::keyClick(&bar, Qt::Key_Escape);
+    EXPECT_TRUE(bar.isHidden());
+}
+
+class ViewHeading : public testing::Test
+{
+protected:
+    // What the strip says when it is looked at.
+    QString ageAfter(qint64 seconds)
+    {
+        now = now.addSecs(seconds);
+        heading.hide();
+        heading.show();
+        return text(heading, "age");
+    }
+
+    QDateTime now{QDate(2026, 3, 29), QTime(0, 30), Qt::UTC};
+    QlumViewHeading heading{nullptr, [this] { return now; }};
+};
+
+TEST_F(ViewHeading, TheAgeGrowsCoarserAndSurvivesAClockThatIsSetBack)
+{
+    EXPECT_EQ(ageAfter(5), "") << "nothing was received";
+    heading.touch();
+    EXPECT_EQ(ageAfter(1), "now");
+    EXPECT_EQ(ageAfter(58), "59 s ago");
+    EXPECT_EQ(ageAfter(1), "1 min ago");
+    EXPECT_EQ(ageAfter(3540), "1 h ago");
+    EXPECT_TRUE(ageAfter(24 * 3600).contains("26")) << "the date";
+    EXPECT_TRUE(ageAfter(-48 * 3600).contains("26"));
+    heading.clear();
+    EXPECT_EQ(ageAfter(1), "");
+}
+
+TEST_F(ViewHeading, FollowsOnceASecondAndOnlyWhileItIsSeen)
+{
+    heading.show();
+    heading.touch();
+    now = now.addSecs(30);
+    EXPECT_EQ(text(heading, "age"), "") << "a value costs no painting";
+    ASSERT_TRUE(QTest::qWaitFor([this] { return text(heading, "age") == "30 s ago"; }, 5000));
+    const auto* timer = heading.findChild<QTimer*>();
+    ASSERT_NE(timer, nullptr);
+    EXPECT_GE(timer->interval(), 1000);
+    heading.hide();
+    EXPECT_FALSE(timer->isActive());
+}
+
+TEST_F(ViewHeading, SaysTheStateByAWordAndNamesAsText)
+{
+    QStringList words;
+    for (const auto status : {QlumConnectionStatus::Disconnected, QlumConnectionStatus::Connecting,
+                              QlumConnectionStatus::Connected, QlumConnectionStatus::ConnectFailed,
+                              QlumConnectionStatus::ConnectionError}) {
+        heading.setStatus(status);
+        words.append(text(heading, "status"));
+    }
+    EXPECT_EQ(words.removeDuplicates(), 0);
+    EXPECT_FALSE(words.contains(QString()));
+    heading.setNode("<i>Speed</i>\n" + QString(5000, 'x'));
+    EXPECT_TRUE(text(heading, "node").startsWith("<i>Speed</i> x"));
+    EXPECT_LT(text(heading, "node").size(), 200);
+    EXPECT_EQ(heading.findChild<QLabel*>("node")->textFormat(), Qt::PlainText);
+}
+} // namespace

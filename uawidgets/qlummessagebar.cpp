@@ -1,0 +1,130 @@
+#include <uawidgets/qlummessagebar.h>
+
+#include <app/api/qlumdisplaytext.h>
+
+#include <QAccessible>
+#include <QAccessibleEvent>
+#include <QFont>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace {
+constexpr int maximumText = 500; // a server's reason may be a novel
+
+QLabel* makeLabel(const char* name, QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
+
+QString fit(const QString& text)
+{
+    return qlumCutText(qlumSingleLine(text), maximumText);
+}
+} // namespace
+
+QlumMessageBar::QlumMessageBar(QWidget* parent)
+    : QFrame(parent), m_icon(new QLabel(this)), m_severity(makeLabel("severity", this)),
+      m_what(makeLabel("what", this)), m_why(makeLabel("why", this)), m_button(new QPushButton(this)),
+      m_close(new QToolButton(this))
+{
+    setObjectName(QStringLiteral("messageBar"));
+    setFrameShape(QFrame::StyledPanel);
+    m_severity->setWordWrap(false);
+    QFont bold = m_severity->font();
+    bold.setBold(true);
+    m_severity->setFont(bold);
+    m_button->setObjectName(QStringLiteral("help"));
+    m_button->setAutoDefault(false);
+    m_close->setObjectName(QStringLiteral("close"));
+    m_close->setAccessibleName(tr("Close message"));
+    m_close->setToolTip(tr("Close this message"));
+    m_close->setWhatsThis(tr("<b>Close</b><br>Takes the message away. The log keeps it."));
+    m_close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
+    m_close->setAutoRaise(true);
+    connect(m_button, &QPushButton::clicked, this, &QlumMessageBar::sltHelp);
+    connect(m_close, &QToolButton::clicked, this, qOverload<>(&QlumMessageBar::dismiss));
+
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(0);
+    texts->addWidget(m_what);
+    texts->addWidget(m_why);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(6, 3, 3, 3);
+    row->addWidget(m_icon, 0, Qt::AlignTop);
+    row->addWidget(m_severity, 0, Qt::AlignTop);
+    row->addLayout(texts, 1);
+    row->addWidget(m_button);
+    row->addWidget(m_close, 0, Qt::AlignTop);
+    hide();
+}
+
+void QlumMessageBar::tell(const QlumMessage& message)
+{
+    m_message = message;
+    showSeverity(message.severity);
+    m_what->setText(fit(message.what));
+    m_why->setText(fit(message.why));
+    m_why->setVisible(!m_why->text().isEmpty());
+    m_button->setText(message.button);
+    m_button->setVisible(!message.button.isEmpty());
+    setAccessibleName(tr("%1: %2 %3").arg(m_severity->text(), m_what->text(), m_why->text()).trimmed());
+    show();
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void QlumMessageBar::showSeverity(QlumMessage::Severity severity)
+{
+    QStyle::StandardPixmap icon = QStyle::SP_MessageBoxCritical;
+    QString word = tr("Error");
+    if (severity == QlumMessage::Warning) {
+        icon = QStyle::SP_MessageBoxWarning;
+        word = tr("Warning");
+    } else if (severity == QlumMessage::Note) {
+        icon = QStyle::SP_MessageBoxInformation;
+        word = tr("Note");
+    }
+    const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+    m_icon->setPixmap(style()->standardIcon(icon, nullptr, this).pixmap(size, size));
+    m_severity->setText(word);
+}
+
+void QlumMessageBar::dismiss(const QString& topic)
+{
+    if (topic == m_message.topic)
+        dismiss();
+}
+
+void QlumMessageBar::dismiss()
+{
+    m_message = QlumMessage();
+    hide();
+}
+
+void QlumMessageBar::sltHelp()
+{
+    const std::function<void()> help = std::exchange(m_message.help, {});
+    dismiss(); // first: what helps may have something to tell in its turn
+    if (help)
+        help();
+}
+
+void QlumMessageBar::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape)
+        dismiss();
+    else
+        QFrame::keyPressEvent(event);
+}

@@ -1,0 +1,56 @@
+#pragma once
+#include <QFrame>
+#include <QKeyEvent>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+
+class QLabel;
+class QPushButton;
+class QToolButton;
+
+/// What a message bar says; plain texts, which may come from a server.
+struct QlumMessage
+{
+    enum Severity { Note, Warning, Error };
+
+    Severity severity = Error;
+    QString topic;              ///< what it is about, for QlumMessageBar::dismiss(); not shown
+    QString what;               ///< what failed
+    QString why;                ///< and why, or what to do; may be empty
+    QString button;             ///< text of the button that helps; empty for none
+    std::function<void()> help; ///< what that does; the bar is closed before
+};
+
+/// Tells inside a view what failed there, with a word and an icon for how bad it is and a button that helps.
+/// It holds nobody up, and the user closes it, by its button or with Escape. Hidden while there is nothing to
+/// say; a new message replaces the one that is there. GUI thread.
+class QlumMessageBar : public QFrame
+{
+    Q_OBJECT
+public:
+    explicit QlumMessageBar(QWidget* parent = nullptr);
+
+    /// Shows the message and has screen readers say it.
+    void tell(const QlumMessage& message);
+    /// The matter has settled itself: closes the bar when its message is about the topic.
+    void dismiss(const QString& topic);
+    /// Closes the bar.
+    void dismiss();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void showSeverity(QlumMessage::Severity severity);
+    void sltHelp();
+
+    QLabel* m_icon;
+    QLabel* m_severity;
+    QLabel* m_what;
+    QLabel* m_why;
+    QPushButton* m_button;
+    QToolButton* m_close;
+    QlumMessage m_message;
+};

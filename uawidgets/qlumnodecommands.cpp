@@ -1,0 +1,99 @@
+#include <uawidgets/qlumnodecommands.h>
+
+#include <QAbstractScrollArea>
+#include <QEvent>
+#include <QString>
+#include <QStringList>
+
+#include <utility>
+
+#define TEXT(text) QT_TRANSLATE_NOOP("QlumNodeCommands", text)
+
+namespace {
+enum Command { RevealNode, CallMethod };
+
+constexpr QlumActionRow actionRows[] = {
+    {RevealNode, "revealNode", TEXT("Show in Address &Space"), "", qlumNoKey, "",
+     TEXT("<b>Show in Address Space</b><br>Selects the node in the address space window.")},
+    {CallMethod, "callMethod", TEXT("&Call..."), "", qlumNoKey, TEXT("Call Method"),
+     TEXT("<b>Call</b><br>Asks for the arguments of the selected method and calls it.")},
+};
+
+// Of the method, when exactly one is selected and it is known whose it is.
+bool isMethodOfAnObject(const QlumToolNodes& nodes)
+{
+    return nodes.size() == 1 && nodes.front().nodeClass == OpcUa_NodeClass_Method &&
+           !nodes.front().parentId.isNull();
+}
+} // namespace
+
+QlumNodeCommands::QlumNodeCommands(QWidget* view, std::function<QlumToolNodes()> selected, Without without)
+    : QObject(view), m_view(view), m_selected(std::move(selected)), m_without(without),
+      m_actions(actionRows, "QlumNodeCommands", view)
+{
+    view->addActions(m_actions.list({RevealNode, CallMethod}));
+    connect(m_actions[RevealNode], &QAction::triggered, this, &QlumNodeCommands::reveal);
+    connect(m_actions[CallMethod], &QAction::triggered, this, &QlumNodeCommands::callMethod);
+    view->installEventFilter(this);
+    if (const auto* area = qobject_cast<QAbstractScrollArea*>(view))
+        area->viewport()->installEventFilter(this); // the mouse asks there, the key asks the view
+    if (const QlumToolServices* services = QlumToolServices::instance())
+        connect(services, &QlumToolServices::takersChanged, this, &QlumNodeCommands::makeOpenActions);
+    makeOpenActions();
+}
+
+bool QlumNodeCommands::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::ContextMenu)
+        update();
+    return QObject::eventFilter(watched, event);
+}
+
+void QlumNodeCommands::makeOpenActions()
+{
+    qDeleteAll(m_open);
+    m_open.clear();
+    const QlumToolServices* services = QlumToolServices::instance();
+    for (const QString& type : services ? services->documentTypes() : QStringList()) {
+        auto* action = new QAction(tr("Add to %1").arg(type), m_view);
+        action->setObjectName(QStringLiteral("openNodes.") + type);
+        action->setData(type);
+        action->setToolTip(tr("Show the selected nodes in a document of this type"));
+        action->setStatusTip(action->toolTip());
+        action->setWhatsThis(tr("<b>Add to %1</b><br>Shows the selected nodes in the document of this type "
+                                "that is in front, or in a new one.")
+                                 .arg(type));
+        connect(action, &QAction::triggered, this, [this, type] {
+            if (QlumToolServices* current = QlumToolServices::instance())
+                current->openNodes(type, m_selected());
+        });
+        m_view->insertAction(m_actions[CallMethod], action);
+        m_open.append(action);
+    }
+    update();
+}
+
+void QlumNodeCommands::update()
+{
+    const QlumToolServices* services = QlumToolServices::instance();
+    const QlumToolNodes nodes = services ? m_selected() : QlumToolNodes();
+    m_actions[RevealNode]->setVisible(m_without != Reveal && nodes.size() == 1 && services->canReveal());
+    m_actions[CallMethod]->setVisible(isMethodOfAnObject(nodes) && services->canCallMethod());
+    const QStringList types = services ? services->documentTypes(nodes) : QStringList();
+    for (QAction* action : qAsConst(m_open))
+        action->setVisible(types.contains(action->data().toString()));
+}
+
+void QlumNodeCommands::reveal()
+{
+    const QlumToolNodes nodes = m_selected();
+    if (QlumToolServices* services = QlumToolServices::instance(); services && nodes.size() == 1)
+        services->revealNode(nodes.front().serverId, nodes.front().nodeId);
+}
+
+void QlumNodeCommands::callMethod()
+{
+    const QlumToolNodes nodes = m_selected();
+    if (QlumToolServices* services = QlumToolServices::instance(); services && isMethodOfAnObject(nodes))
+        services->callMethod(nodes.front().serverId, nodes.front().parentId, nodes.front().nodeId);
+}

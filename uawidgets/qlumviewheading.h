@@ -1,0 +1,55 @@
+#pragma once
+#include <app/api/qlumconnectionstatus.h>
+
+#include <QDateTime>
+#include <QHideEvent>
+#include <QShowEvent>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+
+class QLabel;
+class QTimer;
+
+/// The strip above a view that says what the view shows: of which server and node, whether the connection
+/// stands, and how old the content is. It repaints when one of the first three changes; the age follows once
+/// a second while the strip can be seen, however often something new arrives. GUI thread.
+class QlumViewHeading : public QWidget
+{
+    Q_OBJECT
+public:
+    using Clock = std::function<QDateTime()>;
+
+    /// The clock is for tests.
+    explicit QlumViewHeading(QWidget* parent = nullptr, Clock clock = &QDateTime::currentDateTime);
+
+    /// Plain texts, as they come from the project and the server.
+    void setServer(const QString& name);
+    void setNode(const QString& name);
+    void setStatus(QlumConnectionStatus status);
+    /// What is shown was received now. Cheap: may be called for every value.
+    void touch() { m_received = m_clock(); }
+    /// There is nothing to be said; the strip stays where it is.
+    void clear();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void refreshAge();
+    [[nodiscard]] QString ageText(const QDateTime& now) const;
+
+    Clock m_clock;
+    QLabel* m_server;
+    QLabel* m_node;
+    QLabel* m_icon;
+    QLabel* m_status;
+    QLabel* m_age;
+    QDateTime m_received; ///< invalid while nothing was
+    QTimer* m_timer;      ///< runs while the strip is seen
+};
+
+/// The state of a connection in a word or two, for the user.
+[[nodiscard]] QString qlumConnectionText(QlumConnectionStatus status);
