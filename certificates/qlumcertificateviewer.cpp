@@ -6,7 +6,7 @@
 #include <certificates/qlumcertificatedetailsmodel.h>
 #include <certificates/qlumseverityicon.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
-#include <uawidgets/qlumcopy.h>
+#include <uawidgets/table/qlumcopy.h>
 
 #include <QAbstractItemView>
 #include <QDialog>

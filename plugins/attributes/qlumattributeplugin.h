@@ -47,6 +47,8 @@ public:
 
     void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
                           UaNodeId* typeDefinition) override;
+    void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
+                              const NamespaceMap& namespaceMap) override;
     void sessionRemoved(unsigned int serverId) override;
     void dataTypesLoaded(unsigned int serverId) override;
     void saveSettings(QSettings& settings) override;
