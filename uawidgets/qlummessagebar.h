@@ -13,9 +13,14 @@ class QToolButton;
 /// What a message bar says; plain texts, which may come from a server.
 struct QlumMessage
 {
-    enum Severity { Note, Warning, Error };
+    /// How bad it is.
+    enum Severity {
+        Note,    ///< good to know
+        Warning, ///< something may be wrong
+        Error    ///< something failed
+    };
 
-    Severity severity = Error;
+    Severity severity = Error;  ///< shown by a word and an icon
     QString topic;              ///< what it is about, for QlumMessageBar::dismiss(); not shown
     QString what;               ///< what failed
     QString why;                ///< and why, or what to do; may be empty
@@ -30,6 +35,7 @@ class QlumMessageBar : public QFrame
 {
     Q_OBJECT
 public:
+    /// Hidden.
     explicit QlumMessageBar(QWidget* parent = nullptr);
 
     /// Shows the message and has screen readers say it.
@@ -40,6 +46,7 @@ public:
     void dismiss();
 
 protected:
+    /// Escape closes the bar.
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

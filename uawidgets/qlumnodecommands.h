@@ -31,6 +31,7 @@ public:
     void update();
 
 protected:
+    /// Makes the commands follow the selection before a menu opens.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

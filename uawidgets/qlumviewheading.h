@@ -19,14 +19,17 @@ class QlumViewHeading : public QWidget
 {
     Q_OBJECT
 public:
+    /// Tells what time it is.
     using Clock = std::function<QDateTime()>;
 
     /// The clock is for tests.
     explicit QlumViewHeading(QWidget* parent = nullptr, Clock clock = &QDateTime::currentDateTime);
 
-    /// Plain texts, as they come from the project and the server.
+    /// A plain text, as it comes from the project.
     void setServer(const QString& name);
+    /// A plain text, as it comes from the server.
     void setNode(const QString& name);
+    /// Of the connection to that server.
     void setStatus(QlumConnectionStatus status);
     /// What is shown was received now. Cheap: may be called for every value.
     void touch() { m_received = m_clock(); }
@@ -34,7 +37,9 @@ public:
     void clear();
 
 protected:
+    /// Begins to follow the age.
     void showEvent(QShowEvent* event) override;
+    /// Ends it.
     void hideEvent(QHideEvent* event) override;
 
 private:

@@ -13,10 +13,13 @@ template <typename T>
 class QlumSetting
 {
 public:
+    /// How the default is written in a constant.
     using Standard = std::conditional_t<std::is_same_v<T, QString>, QLatin1String, T>;
 
+    /// The key must live as long as the program.
     constexpr QlumSetting(const char* key, Standard standard) : m_key(key), m_standard(standard) {}
 
+    /// Dotted, as it stands in the file.
     [[nodiscard]] QString key() const { return QLatin1String(m_key); }
     /// The default.
     [[nodiscard]] T standard() const { return m_standard; }
@@ -43,47 +46,79 @@ private:
 /// The settings of the application itself; tools have theirs beside their plugin. Times are milliseconds.
 namespace QlumSettings {
 // connections
+/// For a server to answer when a connection is made.
 inline constexpr QlumSetting<unsigned int> connectTimeout{"General.ConnectTimeout", 5000};
+/// How long a server keeps a session without a connection.
 inline constexpr QlumSetting<double> sessionTimeout{"General.SessionTimeout", 1200000.0};
+/// How long a server may hold a request for values back.
 inline constexpr QlumSetting<unsigned int> publishTimeout{"General.PublishTimeout", 60000};
+/// Of the keys of a connection.
 inline constexpr QlumSetting<unsigned int> secureChannelLifetime{"General.SecureChannelLifetime", 3600000};
+/// For calls on behalf of the user.
 inline constexpr QlumSetting<unsigned int> callTimeout{"General.CallTimeout", 10000};
+/// For calls on Tavelin's own account.
 inline constexpr QlumSetting<unsigned int> internalCallTimeout{"General.InternalServiceCallTimeout", 5000};
+/// Language of the texts of servers.
 inline constexpr QlumSetting<QString> localeId{"General.LocaleId", QLatin1String("en")};
+/// Whether a lost connection is restored.
 inline constexpr QlumSetting<bool> automaticReconnect{"General.AutomaticReconnect", true};
+/// Between two looks at the state of a server.
 inline constexpr QlumSetting<unsigned int> watchdogTime{"General.WatchdogTime", 5000};
+/// For one such look.
 inline constexpr QlumSetting<unsigned int> watchdogTimeout{"General.WatchdogTimeout", 5000};
+/// Most nodes in a call; 0 leaves it to the server.
 inline constexpr QlumSetting<unsigned int> maxOperations{"General.MaxOperationsPerServiceCall", 0};
+/// When type definitions are loaded: FirstUse, Manual, Connect or Reconnect.
 inline constexpr QlumSetting<QString> typeDictionaryMode{"General.TypeDictionaryMode",
                                                          QLatin1String("Reconnect")};
+/// Whether servers tell of changes of their address space.
 inline constexpr QlumSetting<bool> modelChangeEvents{"General.SubscribeForModelChangeEvents", true};
 // findings about server certificates that the user lets pass
+/// That they are expired or not yet valid.
 inline constexpr QlumSetting<bool> ignoreTime{"General.DisableError.CertificateTimeInvalid", false};
+/// That an issuer is expired or not yet valid.
 inline constexpr QlumSetting<bool> ignoreIssuerTime{"General.DisableError.CertificateIssuerTimeInvalid",
                                                     false};
+/// That there is no revocation list for them.
 inline constexpr QlumSetting<bool> ignoreNoRevocation{"General.DisableError.CertificateRevocationUnknown",
                                                       false};
+/// That there is none for an issuer.
 inline constexpr QlumSetting<bool> ignoreNoIssuerRevocation{
     "General.DisableError.CertificateIssuerRevocationUnknown", false};
 // address space
+/// For a server to list what is below a node.
 inline constexpr QlumSetting<unsigned int> browseTimeout{"General.BrowseTimeout", 10000};
+/// In an answer; 0 leaves it to the server.
 inline constexpr QlumSetting<unsigned int> maxReferences{"General.MaxReferencesToReturn", 100};
+/// For one node; -1 for no limit.
 inline constexpr QlumSetting<int> maxBrowseNextCalls{"General.MaxBrowseNextCalls", 1000};
 /// Asks the server about each object, so it is for the user to decide.
 inline constexpr QlumSetting<bool> retrieveIcons{"General.RetrieveIcons", false};
 // project
+/// How many projects the menu offers.
 inline constexpr QlumSetting<int> recentFiles{"General.NoOfRecentFiles", 5};
+/// Whether an unsaved project is given up without a question.
 inline constexpr QlumSetting<bool> suppressSaveOnExit{"General.SuppressSaveOnExit", false};
 // log and trace
+/// The least serious level that is shown.
 inline constexpr QlumSetting<QString> logLevel{"General.LogLevel", QLatin1String("ALL")};
+/// How many entries the log window keeps.
 inline constexpr QlumSetting<int> logMaxEntries{"General.LogMaxEntries", 10000};
+/// Whether entries have the date, too.
 inline constexpr QlumSetting<bool> logShowDate{"General.LogShowDateWithTimestamps", false};
+/// Whether Tavelin and the client layer write a trace.
 inline constexpr QlumSetting<bool> sdkTraceEnabled{"Trace.SDKTraceEnabled", false};
+/// How much they write.
 inline constexpr QlumSetting<QString> sdkTraceLevel{"Trace.SDKTraceLevel", QLatin1String("Info")};
+/// Whether the communication stack writes a trace.
 inline constexpr QlumSetting<bool> stackTraceEnabled{"Trace.StackTraceEnabled", false};
+/// How much it writes.
 inline constexpr QlumSetting<QString> stackTraceLevel{"Trace.StackTraceLevel", QLatin1String("INFO")};
+/// Lines in a trace file.
 inline constexpr QlumSetting<unsigned int> maxTraceEntries{"Trace.MaxTraceEntries", 100000};
+/// How many older trace files are kept.
 inline constexpr QlumSetting<unsigned int> traceBackupFiles{"Trace.NumBackupFiles", 5};
 // updates
+/// Days between two looks for a new version.
 inline constexpr QlumSetting<int> updateInterval{"AutomaticUpdate.UpdateInterval", 7};
 } // namespace QlumSettings

@@ -24,27 +24,31 @@ struct QlumSettingText
 /// are not written again.
 struct QlumSettingRow
 {
+    /// What field the setting has in the dialog.
     enum Kind {
         Unseen, ///< has a default, but no field
         Note,   ///< no setting but a line of text; the key is its object name
-        Flag,
-        Number,
+        Flag,   ///< yes or no
+        Number, ///< a whole number
         Choice, ///< one of several texts
-        Text,
-        File ///< the path of a file that is written
+        Text,   ///< a line of text
+        File    ///< the path of a file that is written
     };
 
-    QString key;
-    QVariant standard; ///< default and type; invalid when what is not set shall stay so
-    Kind kind = Unseen;
-    QlumSettingText text;
-    double minimum = 0; ///< of a number, with maximum
-    double maximum = std::numeric_limits<int>::max();
-    QString unit;        ///< of a number, with the blank before it
-    QStringList choices; ///< as they are stored and shown
+    QString key;          ///< dotted
+    QVariant standard;    ///< default and type; invalid when what is not set shall stay so
+    Kind kind = Unseen;   ///< which field it has
+    QlumSettingText text; ///< empty without a field
+    double minimum = 0;   ///< of a number, with maximum
+    double maximum = std::numeric_limits<int>::max(); ///< of a number
+    QString unit;                                     ///< of a number, with the blank before it
+    QStringList choices;                              ///< as they are stored and shown
 
+    /// A default without a field.
     static QlumSettingRow unseen(const QString& key, const QVariant& standard);
+    /// A line of text between the fields.
     static QlumSettingRow note(const QString& name, const QString& text);
+    /// A check box.
     static QlumSettingRow flag(const QlumSetting<bool>& setting, const QlumSettingText& text);
     /// A flag that is neither yes nor no until the user has said so.
     static QlumSettingRow openFlag(const QString& key, const QlumSettingText& text);
@@ -56,9 +60,12 @@ struct QlumSettingRow
     {
         return {setting.key(), QVariant(setting.standard()), Number, text, minimum, maximum, unit, {}};
     }
+    /// A choice among texts.
     static QlumSettingRow choice(const QlumSetting<QString>& setting, const QlumSettingText& text,
                                  const QStringList& choices);
+    /// A text of one line.
     static QlumSettingRow line(const QlumSetting<QString>& setting, const QlumSettingText& text);
+    /// The path of a file; its default is known when the program runs.
     static QlumSettingRow file(const QString& key, const QString& standard, const QlumSettingText& text);
 };
 
@@ -67,7 +74,7 @@ struct QlumSettingsPage
 {
     QString name;  ///< object name; a tool that adds to the page of another knows it by that
     QString title; ///< with its mnemonic
-    std::vector<QlumSettingRow> rows;
+    std::vector<QlumSettingRow> rows; ///< from top to bottom
 };
 
 /// All settings that the user can change, or that have a default, by page. The application registers its own;

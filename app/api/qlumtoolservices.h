@@ -26,12 +26,13 @@ class UaSession;
 /// A node, where it is, and as much as its finder knows of it.
 struct QlumToolNode
 {
-    unsigned int serverId = qlumNoServer;
-    UaNodeId nodeId;
+    unsigned int serverId = qlumNoServer;                    ///< that has it
+    UaNodeId nodeId;                                         ///< as the server knows it
     OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified; ///< Unspecified while it is not known
     UaNodeId parentId; ///< the node below which it was found, null for none; of a method, its object
     QString name;      ///< for the user; may be empty
 
+    /// Equal in everything that is known.
     friend bool operator==(const QlumToolNode&, const QlumToolNode&) = default;
 };
 using QlumToolNodes = std::vector<QlumToolNode>;
@@ -68,6 +69,7 @@ class QlumToolServices : public QObject
 {
     Q_OBJECT
 public:
+    /// Without takers; becomes the instance.
     explicit QlumToolServices(QObject* parent = nullptr);
     ~QlumToolServices() override;
 
@@ -100,18 +102,27 @@ public:
 
     /// Whether somebody would take it.
     [[nodiscard]] bool canReveal() const { return m_reveal.has(); }
+    /// Whether somebody would take it.
     [[nodiscard]] bool canCallMethod() const { return m_callMethod.has(); }
+    /// Whether somebody would take it.
     [[nodiscard]] bool canShowCertificate() const { return m_showCertificate.has(); }
+    /// Whether somebody would take it.
     [[nodiscard]] bool canShowValue() const { return m_showValue.has(); }
+    /// Whether somebody would take it.
     [[nodiscard]] bool canOpenSideSession() const { return m_sideSession.has(); }
+    /// Whether somebody would take it.
     [[nodiscard]] bool canReconnectWith() const { return m_reconnectWith.has(); }
 
     // ---- taking
 
+    /// True when the node was found and selected.
     using Reveal = std::function<bool(unsigned int serverId, const UaNodeId& nodeId)>;
+    /// Asks for the arguments and calls.
     using CallMethod =
         std::function<void(unsigned int serverId, const UaNodeId& objectId, const UaNodeId& methodId)>;
+    /// Shows the bytes, or that they are no certificate.
     using ShowCertificate = std::function<void(const UaByteString& der)>;
+    /// The data type may be null.
     using ShowValue =
         std::function<void(unsigned int serverId, const UaVariant& value, const UaNodeId& dataType)>;
     /// Calls done once, whatever happens.
@@ -124,15 +135,22 @@ public:
     /// there is no such type.
     using Documents = std::function<QWidget*(const QString& documentType)>;
 
+    /// Registers a taker of revealNode().
     void takeReveal(QObject* owner, Reveal taker) { take(m_reveal, owner, std::move(taker)); }
+    /// Registers a taker of openNodes(), for its type of document.
     void takeNodes(QObject* owner, QlumNodeTaker taker) { take(m_nodes, owner, std::move(taker)); }
+    /// Registers a taker of callMethod().
     void takeCallMethod(QObject* owner, CallMethod taker) { take(m_callMethod, owner, std::move(taker)); }
+    /// Registers a taker of showCertificate().
     void takeShowCertificate(QObject* owner, ShowCertificate taker)
     {
         take(m_showCertificate, owner, std::move(taker));
     }
+    /// Registers a taker of showValue().
     void takeShowValue(QObject* owner, ShowValue taker) { take(m_showValue, owner, std::move(taker)); }
+    /// Registers a taker of sideSession().
     void takeSideSession(QObject* owner, SideSession taker) { take(m_sideSession, owner, std::move(taker)); }
+    /// Registers a taker of reconnectWith().
     void takeReconnectWith(QObject* owner, ReconnectWith taker)
     {
         take(m_reconnectWith, owner, std::move(taker));

@@ -47,7 +47,7 @@ public:
 
     std::map<UaNodeId, std::vector<UaNodeId>> parents;
     bool hasMoreParents = false;
-    bool invents = false; ///< above each node is one that nobody has seen yet
+    bool invents = false; // above each node is one that nobody has seen yet
     OpcUa_UInt32 invented = 100000;
 };
 
