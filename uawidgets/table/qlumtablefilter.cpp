@@ -87,25 +87,47 @@ void QlumTableFilter::setSearchedColumns(const QVector<int>& columns)
 void QlumTableFilter::refilter()
 {
     qlumAssertGuiThread();
-    makeRanks(sortColumn());
+    rank(sortColumn());
     invalidate();
-    m_ranks.clear();
 }
 
 void QlumTableFilter::sort(int column, Qt::SortOrder order)
 {
     qlumAssertGuiThread();
-    makeRanks(column);
+    rank(column);
     QSortFilterProxyModel::sort(column, order);
-    m_ranks.clear();
 }
 
-// Each cell is asked for once, and not in each of the many comparisons.
-void QlumTableFilter::makeRanks(int column)
+// Connected before the base class is, so that it compares cells again when it places what has changed.
+void QlumTableFilter::setSourceModel(QAbstractItemModel* model)
 {
-    m_ranks.clear();
+    const auto forget = [this] { m_ranking.ranks.clear(); };
+    forget();
+    if (QAbstractItemModel* before = sourceModel())
+        before->disconnect(this);
+    connect(model, &QAbstractItemModel::dataChanged, this, forget);
+    connect(model, &QAbstractItemModel::rowsInserted, this, forget);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, forget);
+    connect(model, &QAbstractItemModel::rowsMoved, this, forget);
+    connect(model, &QAbstractItemModel::columnsInserted, this, forget);
+    connect(model, &QAbstractItemModel::columnsRemoved, this, forget);
+    connect(model, &QAbstractItemModel::columnsMoved, this, forget);
+    connect(model, &QAbstractItemModel::layoutChanged, this, forget);
+    connect(model, &QAbstractItemModel::modelReset, this, forget);
+    QSortFilterProxyModel::setSourceModel(model);
+}
+
+bool QlumTableFilter::isRanked(int column) const
+{
+    return !m_ranking.ranks.empty() && m_ranking.column == column && m_ranking.role == sortRole() &&
+           m_ranking.sensitivity == sortCaseSensitivity();
+}
+
+// Each cell is asked for once, not in each of the many comparisons, and not again while the user types.
+void QlumTableFilter::rank(int column)
+{
     const QAbstractItemModel* source = sourceModel();
-    if (!source || column < 0 || column >= source->columnCount())
+    if (!source || column < 0 || column >= source->columnCount() || isRanked(column))
         return;
     const int count = source->rowCount();
     std::vector<SortKey> keys;
@@ -118,12 +140,12 @@ void QlumTableFilter::makeRanks(int column)
         return isLess(keys[left], keys[right], sortCaseSensitivity());
     };
     std::sort(order.begin(), order.end(), less);
-    m_ranks.resize(keys.size());
-    int rank = 0;
+    m_ranking = {column, sortRole(), sortCaseSensitivity(), std::vector<int>(keys.size())};
+    int shared = 0;
     for (std::size_t place = 0; place < order.size(); ++place) {
         if (place > 0 && less(order[place - 1], order[place])) // equal ones keep the order of the source
-            ++rank;
-        m_ranks[order[place]] = rank;
+            ++shared;
+        m_ranking.ranks[order[place]] = shared;
     }
 }
 
@@ -153,7 +175,9 @@ bool QlumTableFilter::filterAcceptsRow(int row, const QModelIndex& parent) const
 
 bool QlumTableFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const
 {
-    if (!m_ranks.empty() && !left.parent().isValid())
-        return m_ranks[static_cast<std::size_t>(left.row())] < m_ranks[static_cast<std::size_t>(right.row())];
+    if (isRanked(left.column()) && !left.parent().isValid()) {
+        const std::vector<int>& ranks = m_ranking.ranks;
+        return ranks[static_cast<std::size_t>(left.row())] < ranks[static_cast<std::size_t>(right.row())];
+    }
     return isLess(keyOf(left.data(sortRole())), keyOf(right.data(sortRole())), sortCaseSensitivity());
 }

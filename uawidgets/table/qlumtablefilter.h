@@ -1,4 +1,5 @@
 #pragma once
+#include <QAbstractItemModel>
 #include <QModelIndex>
 #include <QObject>
 #include <QSortFilterProxyModel>
@@ -24,6 +25,8 @@ public:
     /// The columns that are searched; none: all.
     void setSearchedColumns(const QVector<int>& columns);
 
+    /// Not null.
+    void setSourceModel(QAbstractItemModel* model) override;
     /// A column of -1: the order of the source.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
@@ -39,9 +42,19 @@ protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 
 private:
-    void makeRanks(int column);
+    /// Places of the top rows in their order, as long as nothing about it changes; equal rows share one.
+    struct Ranking
+    {
+        int column = -1;
+        int role = 0;
+        Qt::CaseSensitivity sensitivity = Qt::CaseInsensitive;
+        std::vector<int> ranks;
+    };
+
+    [[nodiscard]] bool isRanked(int column) const;
+    void rank(int column);
 
     QStringMatcher m_matcher;
     QVector<int> m_columns;
-    std::vector<int> m_ranks; ///< of the top rows, only while all of them are being sorted
+    Ranking m_ranking;
 };
