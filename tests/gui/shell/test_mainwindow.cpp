@@ -259,7 +259,7 @@ TEST_F(MainWindow, ToolsRevealNodesAndOpenThemInTheDocumentInFront)
     ASSERT_NE(shown, nullptr);
     EXPECT_EQ(shown->serverId(), first->serverId());
     EXPECT_EQ(shown->tree()->currentIndex().data().toString(), QStringLiteral("Leaf"));
-    EXPECT_EQ(window->projectModel()->nodeOf(
+    EXPECT_EQ(window->projectModel()->nodeAt(
                   window->findChild<QTreeView*>(QStringLiteral("projectTree"))->currentIndex()),
               first);
     EXPECT_FALSE(tools->revealNode(first->serverId(), UaNodeId(1234)));
