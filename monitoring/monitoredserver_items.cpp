@@ -279,14 +279,16 @@ ItemGroup* MonitoredServerPrivate::groupForLocked(const SubscriptionWish& wish)
     for (auto& group : m_groups) {
         if (group && group->requested == wish)
             return group.get();
-        const bool isUnused =
-            !group || (group->items == 0 && group->subscription == nullptr && group.get() != m_current);
-        if (isUnused && unused == nullptr)
+        if (unused == nullptr && (!group || group->items == 0))
             unused = &group;
     }
     if (unused == nullptr)
         return nullptr;
-    *unused = std::make_unique<ItemGroup>(*this, static_cast<unsigned char>(unused - m_groups.data()), wish);
+    if (*unused)
+        (*unused)->reuse(wish);
+    else
+        *unused =
+            std::make_unique<ItemGroup>(*this, static_cast<unsigned char>(unused - m_groups.data()), wish);
     return unused->get();
 }
 

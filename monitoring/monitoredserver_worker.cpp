@@ -181,7 +181,7 @@ void MonitoredServerPrivate::createSubscription(ItemGroup& group)
         group.isVoid = portion.epoch != group.epoch; // made in a session that is gone
     } else if (isPassingFault(status.statusCode())) {
         restLocked(portion.link);
-    } else {
+    } else if (portion.epoch == group.epoch) { // else others wait for it now
         refuseGroupLocked(news, group, status.statusCode());
         group.toCreate.clear();
     }
