@@ -4,6 +4,21 @@
 
 namespace monitoring {
 
+void ItemGroup::reuse(const SubscriptionWish& wish)
+{
+    requested = wish;
+    revised = SubscriptionWish();
+    gaps = 0;
+    losses = 0;
+    lastHeard = OpcUa_DateTime{};
+    ++epoch;
+    isVoid = subscription != nullptr;
+    isUncertain = false;
+    toCreate.clear();
+    toModify.clear();
+    toDelete.clear();
+}
+
 void ItemGroup::subscriptionStatusChanged(OpcUa_UInt32, const UaStatus& status)
 {
     server.takeLoss(*this, status);

@@ -29,9 +29,13 @@ struct ItemGroup final : public UaClientSdk::UaSubscriptionCallback
                     UaDiagnosticInfos& diagnosticInfos) override;
     void newEvents(OpcUa_UInt32, UaEventFieldLists&) override {}
 
+    /// For items of other wishes when there is none in it any more; the worker may be about to delete its
+    /// subscription, or to make it, and finds out by the epoch.
+    void reuse(const SubscriptionWish& wish);
+
     MonitoredServerPrivate& server;
     const unsigned char index;
-    const SubscriptionWish requested;
+    SubscriptionWish requested;
     UaClientSdk::UaSubscription* subscription = nullptr;
     OpcUa_UInt32 subscriptionId = 0;
     SubscriptionWish revised;

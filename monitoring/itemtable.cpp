@@ -6,18 +6,16 @@ namespace monitoring {
 
 Item* ItemTable::add(ItemId& id)
 {
-    OpcUa_UInt32 place = m_used;
+    auto place = static_cast<OpcUa_UInt32>(m_list.size());
     if (!m_free.empty()) {
         place = m_free.back();
         m_free.pop_back();
-    } else if (m_used == placeMask) {
+    } else if (place == placeMask) {
         return nullptr;
     } else {
-        if (m_used % blockSize == 0)
-            m_blocks.push_back(std::make_unique<Block>());
-        ++m_used;
+        m_list.add();
     }
-    Item& item = at(place);
+    Item& item = m_list[place];
     item.phase = Phase::Waiting;
     id = idOf(place, item);
     return &item;

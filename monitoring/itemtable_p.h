@@ -1,6 +1,7 @@
 // The items of one server.
 #pragma once
 
+#include <monitoring/blocklist.h>
 #include <monitoring/sink.h>
 #include <monitoring/watch.h>
 #include <uabase/values/uanodeid.h>
@@ -8,7 +9,6 @@
 #include <uabase/values/uashared.h>
 #include <uabase/values/uastring.h>
 
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -46,17 +46,16 @@ struct Item
     OpcUa_UInt32 revisedQueueSize = 0;
     OpcUa_UInt32 overflows = 0;
     OpcUa_UInt32 gapsBefore = 0; ///< of its group, when it was added
-    OpcUa_UInt32 monitoredItemId = 0;
-    OpcUa_UInt32 attributeId = 0;
-    OpcUa_StatusCode status = OpcUa_Good;
+    OpcUa_UInt32 answer = 0;     ///< the server's id of a watched item, why for a refused one
     SinkMark mark;
     unsigned short generation = 0;
     unsigned short sink = 0;
     unsigned char group = noGroup;
     Phase phase = Phase::Free;
-    unsigned char mode = 0;      ///< that the server has
-    bool isModified : 1 = false; ///< waits for that
-    bool isHomeless : 1 = false; ///< its namespace is gone
+    unsigned char attributeId = 0; ///< the largest stands for all that are none
+    unsigned char mode : 2 = 0;    ///< that the server has
+    bool isModified : 1 = false;   ///< waits for that
+    bool isHomeless : 1 = false;   ///< its namespace is gone
 };
 
 /// An item's id is its place with a number that changes when the place is used again, so that a late word
@@ -71,34 +70,30 @@ public:
     [[nodiscard]] Item* find(ItemId id)
     {
         const OpcUa_UInt32 place = (id & placeMask) - 1u;
-        if (place >= m_used)
+        if (place >= m_list.size())
             return nullptr;
-        Item& item = at(place);
+        Item& item = m_list[place];
         return item.phase != Phase::Free && item.generation == id >> placeBits ? &item : nullptr;
     }
     template <typename Visit>
     void forEach(const Visit& visit)
     {
-        for (OpcUa_UInt32 place = 0; place < m_used; ++place)
-            if (Item& item = at(place); item.phase != Phase::Free)
+        for (OpcUa_UInt32 place = 0; place < m_list.size(); ++place)
+            if (Item& item = m_list[place]; item.phase != Phase::Free)
                 visit(idOf(place, item), item);
     }
 
 private:
     static constexpr unsigned int placeBits = 22;
     static constexpr OpcUa_UInt32 placeMask = (1u << placeBits) - 1u;
-    static constexpr OpcUa_UInt32 blockSize = 128; // blocks stay where they are, and little is left over
-    using Block = std::array<Item, blockSize>;
 
-    [[nodiscard]] Item& at(OpcUa_UInt32 place) { return (*m_blocks[place / blockSize])[place % blockSize]; }
     [[nodiscard]] static ItemId idOf(OpcUa_UInt32 place, const Item& item)
     {
         return static_cast<ItemId>(item.generation) << placeBits | (place + 1u);
     }
 
-    std::vector<std::unique_ptr<Block>> m_blocks;
+    BlockList<Item> m_list;
     std::vector<OpcUa_UInt32> m_free;
-    OpcUa_UInt32 m_used = 0;
 };
 
 } // namespace monitoring

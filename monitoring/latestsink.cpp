@@ -14,13 +14,13 @@ LatestSink::Batch LatestSink::take()
     bool someGone = false;
     {
         const HeldLock lock(m_mutex);
-        batch.values.swap(m_values);
+        batch.values = m_values.release();
         batch.changes = takeChangesLocked();
         someGone = std::exchange(m_someGone, false);
         ++m_round;
     }
     if (someGone)
-        std::erase_if(batch.values, [](const Value& value) { return value.isGone; });
+        batch.values.removeIf([](const Value& value) { return value.isGone; });
     return batch;
 }
 
@@ -39,8 +39,9 @@ void LatestSink::putLocked(const SinkItem& item, OpcUa_DataValue& value)
         return;
     }
     item.mark = {m_round, static_cast<OpcUa_UInt32>(m_values.size())};
-    m_values.emplace_back().key = item.key;
-    m_values.back().value.attach(&value);
+    Value& added = m_values.add();
+    added.key = item.key;
+    added.value.attach(&value);
 }
 
 void LatestSink::dropLocked(std::span<const SinkItem> items)
@@ -57,7 +58,7 @@ void LatestSink::dropLocked(std::span<const SinkItem> items)
 void LatestSink::clearLocked()
 {
     assertLocked(m_mutex);
-    m_values.clear();
+    m_values = {};
     ++m_round;
 }
 

@@ -1,10 +1,10 @@
 // Newest values only: for views, which show what is.
 #pragma once
 
+#include <monitoring/blocklist.h>
 #include <monitoring/sink.h>
 #include <uabase/values/uadatavalue.h>
 
-#include <deque>
 #include <span>
 #include <vector>
 
@@ -27,7 +27,7 @@ public:
     /// What came since the last time.
     struct Batch
     {
-        std::deque<Value> values;        ///< in the order in which their items first changed
+        BlockList<Value> values;         ///< in the order in which their items first changed
         std::vector<ItemChange> changes; ///< in any order
     };
     /// Never waits.
@@ -39,7 +39,7 @@ private:
     void clearLocked() override;
     [[nodiscard]] Value* findLocked(const SinkMark& mark);
 
-    std::deque<Value> m_values;
+    BlockList<Value> m_values;
     OpcUa_UInt32 m_round = 1; ///< marks of older ones are void
     bool m_someGone = false;
 };

@@ -3,6 +3,7 @@
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastatuscode.h>
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -36,10 +37,10 @@ namespace {
     return ItemState::Ended;
 }
 
-[[nodiscard]] ItemChange changeOf(const Item& item)
+[[nodiscard]] ItemChange changeOf(const Item& item, OpcUa_StatusCode status)
 {
-    return {item.key, stateOf(item.phase), UaStatusCode(item.status), item.revisedSamplingInterval,
-            item.revisedQueueSize};
+    const UaStatusCode why(item.phase == Phase::Refused ? item.answer : status);
+    return {item.key, stateOf(item.phase), why, item.revisedSamplingInterval, item.revisedQueueSize};
 }
 
 [[nodiscard]] OpcUa_UInt64 nextNumber()
@@ -65,8 +66,7 @@ MonitoredServerPrivate::~MonitoredServerPrivate()
     const Lock lock(m_mutex);
     m_items.forEach([&](ItemId id, Item& item) {
         item.phase = Phase::Leaving;
-        item.status = OpcUa_BadServerNotConnected;
-        tellLocked(news, id, item);
+        tellLocked(news, id, item, OpcUa_BadServerNotConnected);
     });
 }
 
@@ -89,7 +89,7 @@ std::vector<ItemId> MonitoredServerPrivate::add(const std::shared_ptr<Sink>& sin
         if (item == nullptr)
             continue;
         item->nodeId = wish.nodeId;
-        item->attributeId = wish.attributeId;
+        item->attributeId = static_cast<unsigned char>(std::min(wish.attributeId, 0xFFu));
         item->key = wish.key;
         item->settings = shared;
         item->sink = use;
@@ -174,7 +174,7 @@ std::optional<ItemInfo> MonitoredServerPrivate::info(ItemId id)
         info.wish.dataEncoding = item->part->dataEncoding;
     }
     info.requested = *item->settings;
-    info.now = changeOf(*item);
+    info.now = changeOf(*item, OpcUa_Good);
     info.count = item->count;
     info.overflows = item->overflows;
     const ItemGroup* const group = groupOf(*item);
@@ -256,10 +256,10 @@ void MonitoredServerPrivate::dropUnusedSinksLocked(News& news)
             news.unused.push_back(std::move(use.sink));
 }
 
-void MonitoredServerPrivate::tellLocked(News& news, ItemId id, Item& item)
+void MonitoredServerPrivate::tellLocked(News& news, ItemId id, Item& item, OpcUa_StatusCode status)
 {
     assertLocked(m_mutex);
-    news.filling.change(*m_sinks[item.sink].sink, sinkItemOf(id, item), changeOf(item));
+    news.filling.change(*m_sinks[item.sink].sink, sinkItemOf(id, item), changeOf(item, status));
 }
 
 void MonitoredServerPrivate::refuseLocked(News& news, ItemId id, Item& item, OpcUa_StatusCode status)
@@ -267,7 +267,7 @@ void MonitoredServerPrivate::refuseLocked(News& news, ItemId id, Item& item, Opc
     assertLocked(m_mutex);
     leaveGroupLocked(item);
     item.phase = Phase::Refused;
-    item.status = status;
+    item.answer = status;
     item.isModified = false;
     tellLocked(news, id, item);
 }
@@ -279,14 +279,16 @@ ItemGroup* MonitoredServerPrivate::groupForLocked(const SubscriptionWish& wish)
     for (auto& group : m_groups) {
         if (group && group->requested == wish)
             return group.get();
-        const bool isUnused =
-            !group || (group->items == 0 && group->subscription == nullptr && group.get() != m_current);
-        if (isUnused && unused == nullptr)
+        if (unused == nullptr && (!group || group->items == 0))
             unused = &group;
     }
     if (unused == nullptr)
         return nullptr;
-    *unused = std::make_unique<ItemGroup>(*this, static_cast<unsigned char>(unused - m_groups.data()), wish);
+    if (*unused)
+        (*unused)->reuse(wish);
+    else
+        *unused =
+            std::make_unique<ItemGroup>(*this, static_cast<unsigned char>(unused - m_groups.data()), wish);
     return unused->get();
 }
 
@@ -300,7 +302,7 @@ void MonitoredServerPrivate::enterGroupLocked(News& news, ItemId id, Item& item)
     item.gapsBefore -= group->gaps; // those that come from now on are left of their sum
     ++group->items;
     item.phase = Phase::Waiting;
-    item.status = OpcUa_Good;
+    item.answer = 0;
     group->toCreate.push_back(id);
 }
 
@@ -311,7 +313,7 @@ void MonitoredServerPrivate::leaveGroupLocked(Item& item)
         item.gapsBefore += group->gaps;
         --group->items;
         if (item.phase == Phase::Watched && !group->isVoid)
-            group->toDelete.push_back(item.monitoredItemId);
+            group->toDelete.push_back(item.answer);
     }
     item.group = noGroup;
 }
@@ -320,7 +322,7 @@ void MonitoredServerPrivate::waitAgainLocked(News& news, ItemId id, Item& item)
 {
     assertLocked(m_mutex);
     item.phase = Phase::Waiting;
-    item.status = OpcUa_Good;
+    item.answer = 0;
     item.isModified = false;
     groupOf(item)->toCreate.push_back(id);
     tellLocked(news, id, item);

@@ -87,7 +87,8 @@ private:
     {
         return item.group == noGroup ? nullptr : m_groups[item.group].get();
     }
-    void tellLocked(News& news, ItemId id, Item& item);
+    /// status: of a change that the server has not made.
+    void tellLocked(News& news, ItemId id, Item& item, OpcUa_StatusCode status = OpcUa_Good);
     void refuseLocked(News& news, ItemId id, Item& item, OpcUa_StatusCode status);
     void enterGroupLocked(News& news, ItemId id, Item& item);
     void leaveGroupLocked(Item& item);

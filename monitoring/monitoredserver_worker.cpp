@@ -34,6 +34,12 @@ constexpr std::chrono::milliseconds restTurn{200}; // the clock may be another t
     return size;
 }
 
+// In as many bits as an item has for it.
+[[nodiscard]] unsigned int modeOf(OpcUa_MonitoringMode mode)
+{
+    return static_cast<unsigned int>(mode) & 3u;
+}
+
 // Out of memory leaves a null value, which the server refuses.
 void fillParameters(const ItemSettings& settings, ItemId id, OpcUa_MonitoringParameters& parameters)
 {
@@ -175,7 +181,7 @@ void MonitoredServerPrivate::createSubscription(ItemGroup& group)
         group.isVoid = portion.epoch != group.epoch; // made in a session that is gone
     } else if (isPassingFault(status.statusCode())) {
         restLocked(portion.link);
-    } else {
+    } else if (portion.epoch == group.epoch) { // else others wait for it now
         refuseGroupLocked(news, group, status.statusCode());
         group.toCreate.clear();
     }
@@ -292,11 +298,10 @@ void MonitoredServerPrivate::applyCreatedLocked(News& news, ItemGroup& group, co
     if (OpcUa_IsBad(result.StatusCode))
         return refuseLocked(news, id, *item, result.StatusCode);
     item->phase = Phase::Watched;
-    item->status = result.StatusCode;
-    item->monitoredItemId = result.MonitoredItemId;
+    item->answer = result.MonitoredItemId;
     item->revisedSamplingInterval = result.RevisedSamplingInterval;
     item->revisedQueueSize = result.RevisedQueueSize;
-    item->mode = static_cast<unsigned char>(portion.settings[place]->mode);
+    item->mode = modeOf(portion.settings[place]->mode) & 3u;
     tellLocked(news, id, *item);
     if (item->settings.get() != portion.settings[place].get())
         applySettingsLocked(news, id, *item); // changed during the call
@@ -340,7 +345,7 @@ void MonitoredServerPrivate::modifyItems(ItemGroup& group)
         portion = takePortionLocked(group, group.toModify, limit);
         requests = UaMonitoredItemModifyRequests(static_cast<OpcUa_UInt32>(portion.ids.size()));
         for (OpcUa_UInt32 i = 0; i < requests.length(); ++i) {
-            requests[i].MonitoredItemId = m_items.find(portion.ids[i])->monitoredItemId;
+            requests[i].MonitoredItemId = m_items.find(portion.ids[i])->answer;
             fillParameters(*portion.settings[i], portion.ids[i], requests[i].RequestedParameters);
         }
     }
@@ -367,8 +372,9 @@ void MonitoredServerPrivate::applyModified(ItemGroup& group, const Portion& port
         Item* const item = m_items.find(portion.ids[i]);
         if (item == nullptr || item->phase != Phase::Watched || item->group != group.index)
             continue;
+        OpcUa_StatusCode result = status.isBad() ? status.statusCode() : OpcUa_BadUnknownResponse;
         if (i < results.length()) {
-            item->status = results[i].StatusCode;
+            result = results[i].StatusCode;
             if (OpcUa_IsNotBad(results[i].StatusCode)) {
                 item->revisedSamplingInterval = results[i].RevisedSamplingInterval;
                 item->revisedQueueSize = results[i].RevisedQueueSize;
@@ -376,10 +382,8 @@ void MonitoredServerPrivate::applyModified(ItemGroup& group, const Portion& port
         } else if (isPassing) {
             applySettingsLocked(news, portion.ids[i], *item); // no harm in doing it twice
             continue;
-        } else {
-            item->status = status.isBad() ? status.statusCode() : OpcUa_BadUnknownResponse;
         }
-        tellLocked(news, portion.ids[i], *item);
+        tellLocked(news, portion.ids[i], *item, result);
     }
     if (isPassing)
         restLocked(portion.link);
@@ -405,10 +409,9 @@ void MonitoredServerPrivate::setMode(ItemGroup& group, const Portion& portion, O
         for (std::size_t i = 0; i < portion.ids.size(); ++i) {
             const Item* const item = m_items.find(portion.ids[i]);
             if (item != nullptr && item->phase == Phase::Watched && item->group == group.index &&
-                !item->isModified && portion.settings[i]->mode == mode &&
-                item->mode != static_cast<unsigned char>(mode)) {
+                !item->isModified && portion.settings[i]->mode == mode && item->mode != modeOf(mode)) {
                 ids.push_back(portion.ids[i]);
-                theirs.push_back(item->monitoredItemId);
+                theirs.push_back(item->answer);
             }
         }
     }
@@ -430,11 +433,10 @@ void MonitoredServerPrivate::setMode(ItemGroup& group, const Portion& portion, O
             continue;
         const OpcUa_StatusCode result = i < results.length() ? results[i] : status.statusCode();
         if (OpcUa_IsNotBad(result))
-            item->mode = static_cast<unsigned char>(mode);
+            item->mode = modeOf(mode) & 3u;
         else if (isPassingFault(result))
             applySettingsLocked(news, ids[i], *item);
-        item->status = result;
-        tellLocked(news, ids[i], *item);
+        tellLocked(news, ids[i], *item, result);
     }
     if (status.isBad() && isPassingFault(status.statusCode()))
         restLocked(portion.link);

@@ -45,11 +45,11 @@ void Sink::tell()
 std::vector<ItemChange> Sink::takeChangesLocked()
 {
     assertLocked(m_mutex);
+    const auto taken = std::exchange(m_changes, {}); // its memory goes, too: changes are rare
     std::vector<ItemChange> changes;
-    changes.reserve(m_changes.size());
-    for (const auto& [origin, change] : m_changes)
+    changes.reserve(taken.size());
+    for (const auto& [origin, change] : taken)
         changes.push_back(change);
-    m_changes.clear();
     m_raised = false;
     return changes;
 }

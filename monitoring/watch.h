@@ -61,7 +61,7 @@ struct ItemChange
 {
     OpcUa_UInt64 key = 0;                 ///< the tool's
     ItemState state = ItemState::Waiting; ///< from now on
-    UaStatusCode status;                  ///< why it was refused; of a watched item, why a change of it was
+    UaStatusCode status; ///< why it was refused; of a watched item, why a change was not made, told once
     double revisedSamplingInterval = 0.0; ///< ms; as the server has it, for a watched item
     OpcUa_UInt32 revisedQueueSize = 0;    ///< the same
 };

@@ -55,7 +55,17 @@ OUTSIDE = (
     ),
     ("libxml2", re.compile(r"libxml/"), ("uabase",)),
 )
-ROOMS = ("stack", "uabase", "uaclientsdk", "monitoring", "app", "uawidgets", "certificates", "servers", "plugins")
+ROOMS = (
+    "stack",
+    "uabase",
+    "uaclientsdk",
+    "monitoring",
+    "app",
+    "uawidgets",
+    "certificates",
+    "servers",
+    "plugins",
+)
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(<([^>\n]+)>|"([^"\n]+)")', re.M)
 
 
