@@ -25,6 +25,7 @@ PARTS = {
     "uabase/uapkicpp": "uapkicpp",
     "uaclientsdk": "uaclientsdk",
     "app/api": "appapi",
+    "monitoring": "monitoring",
     "uawidgets": "uawidgets",
     "certificates": "certificates",
     "servers": "servers",
@@ -54,7 +55,17 @@ OUTSIDE = (
     ),
     ("libxml2", re.compile(r"libxml/"), ("uabase",)),
 )
-ROOMS = ("stack", "uabase", "uaclientsdk", "app", "uawidgets", "certificates", "servers", "plugins")
+ROOMS = (
+    "stack",
+    "uabase",
+    "uaclientsdk",
+    "monitoring",
+    "app",
+    "uawidgets",
+    "certificates",
+    "servers",
+    "plugins",
+)
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(<([^>\n]+)>|"([^"\n]+)")', re.M)
 
 

@@ -25,14 +25,14 @@ stage_sanitized() {
     run_tests dev
 }
 
-# ThreadSanitizer where threads of ours meet: the stack and the session layer.
+# ThreadSanitizer where threads of ours meet: the stack, the session layer and what watches items over it.
 stage_threads() {
     local targets
     configure tsan
-    mapfile -t targets < <(ninja -C build/tsan -t targets all | sed -n 's/^\(test_\(stack\|sdk\)_[a-z0-9_]*\): phony$/\1/p')
-    [ ${#targets[@]} -gt 0 ] || die "there are no tests of the stack and the session layer"
+    mapfile -t targets < <(ninja -C build/tsan -t targets all | sed -n 's/^\(test_\(stack_\|sdk_\|monitoring\)[a-z0-9_]*\): phony$/\1/p')
+    [ ${#targets[@]} -gt 0 ] || die "there are no tests with threads"
     build tsan "${targets[@]}"
-    run_tests tsan -R '^test_(stack|sdk)_' -L '^(unit|protocol)$'
+    run_tests tsan -R '^test_(stack_|sdk_|monitoring)' -L '^(unit|protocol)$'
 }
 
 run_tests() { # PRESET [CTEST OPTIONS]

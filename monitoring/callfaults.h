@@ -1,0 +1,12 @@
+// What a call that failed says about trying it again.
+#pragma once
+
+#include <opcua/opcua_statuscodes.h>
+
+namespace monitoring {
+
+/// Whether the same call may go well later, without anything being changed: the way to the server is at
+/// fault, or its session, or time. The call may have been carried out all the same.
+[[nodiscard]] bool isPassingFault(OpcUa_StatusCode status);
+
+} // namespace monitoring
