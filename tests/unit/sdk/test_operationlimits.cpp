@@ -253,6 +253,7 @@ TEST_F(OperationLimitsTest, WhatIsLearntBelongsToOneSessionOfTheServer)
     EXPECT_EQ(read(20), numbersOf(20));
     EXPECT_TRUE(refused.empty()) << "and its server is the same";
 
+    ASSERT_TRUE(passTurns()); // the time of the attempt counts from its end, after it was told
     stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
     stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
     passWatchdogTime();
