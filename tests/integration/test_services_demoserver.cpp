@@ -236,11 +236,21 @@ TEST_F(ServicesDemoServerTest, RawHistoryIsReadToItsEnd)
         read += results[0].values.length();
         context.continuationPoint = results[0].continuationPoint;
     } while (++calls < 20 && !context.continuationPoint.isEmpty());
-    EXPECT_NEAR(read, 600, 2);
-    EXPECT_GT(calls, 5);
+    EXPECT_GT(calls, 4);
+
+    // the same in one piece: how many there are is the server's own matter, who records when it has time
+    context.continuationPoint = UaByteString();
+    context.numValuesPerNode = 10000;
+    ASSERT_TRUE(
+        session.historyReadRawModified(settings, context, historyNode("History.Sine"), results, diagnostics)
+            .isGood());
+    EXPECT_TRUE(results[0].continuationPoint.isEmpty());
+    EXPECT_EQ(read, results[0].values.length());
+    EXPECT_GT(read, 400u);
 
     // one that is not read to its end is given back
     context.continuationPoint = UaByteString();
+    context.numValuesPerNode = 100;
     ASSERT_TRUE(
         session.historyReadRawModified(settings, context, historyNode("History.Sine"), results, diagnostics)
             .isGood());
