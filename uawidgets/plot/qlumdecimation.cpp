@@ -47,7 +47,7 @@ private:
         for (std::size_t index = first; index < last; ++index) {
             const QlumSample sample = m_store.at(index);
             if (sample.isBreak())
-                m_joined = false;
+                endRun(qlumPlotTime(sample.time));
             else
                 addPoint(sample);
             if (sample.isBad() && (marked & qlumHasBad) == 0)
@@ -74,7 +74,7 @@ private:
         const std::size_t firstBreak = m_store.findFirst(qlumHasBreak, first, last);
         const std::size_t lastBreak = m_store.findLast(qlumHasBreak, first, last);
         addRun(first, firstBreak, m_store.summary(first, firstBreak));
-        m_joined = false;
+        endRun(qlumPlotTime(m_store.timeAt(firstBreak)));
         addAlone(m_store.summary(firstBreak, lastBreak));
         addRun(lastBreak + 1, last, m_store.summary(lastBreak + 1, last));
     }
@@ -104,10 +104,19 @@ private:
         m_joined = false;
     }
 
+    void endRun(double time)
+    {
+        if (m_joined)
+            result.ends.back() = time;
+        m_joined = false;
+    }
+
     void addPoint(const QlumSample& sample)
     {
-        if (!m_joined)
+        if (!m_joined) {
             result.runs.push_back(result.points.size());
+            result.ends.push_back(std::nan(""));
+        }
         m_joined = true;
         result.points.emplace_back(qlumPlotTime(sample.time), sample.value);
     }

@@ -13,6 +13,9 @@ struct QlumDecimatedCurve
 {
     std::vector<QPointF> points;   ///< in the order of their times
     std::vector<std::size_t> runs; ///< where a run of joined points begins; between runs nothing may be drawn
+    /// For each run the x of the break that ended it, up to which its last value held; not a number without
+    /// one.
+    std::vector<double> ends;
     std::vector<QPointF> uncertain; ///< places to mark: the first uncertain value of a column
     std::vector<double> bad;        ///< x of places to mark: the first bad sample of a column
 };
