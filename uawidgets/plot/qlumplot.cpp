@@ -17,7 +17,6 @@
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QDateTime>
-#include <QEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFutureWatcherBase>
@@ -322,13 +321,6 @@ void QlumPlot::contextMenuEvent(QContextMenuEvent* event)
     menu.exec(event->globalPos());
 }
 
-void QlumPlot::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        m_cursors->applyColors();
-}
-
 // ---- cursors
 
 void QlumPlot::makeReadout()
@@ -341,6 +333,8 @@ void QlumPlot::makeReadout()
     m_readout->setColumnCount(5);
     m_readout->setHorizontalHeaderLabels({tr("Curve"), tr("Unit"), tr("A"), tr("B"), tr("B \u2212 A")});
     m_readout->verticalHeader()->hide();
+    m_readout->horizontalHeader()->setSectionResizeMode(
+        QHeaderView::ResizeToContents); // a row for each curve, no more
     m_readout->horizontalHeader()->setStretchLastSection(true);
     m_readout->setMaximumHeight(m_readout->fontMetrics().height() * 9);
     m_readout->hide();

@@ -20,7 +20,6 @@
 
 class QAction;
 class QContextMenuEvent;
-class QEvent;
 class QIODevice;
 class QTableWidget;
 class QlumPlotArea;
@@ -72,7 +71,6 @@ signals:
     void exportFailed(const QString& message);
 
 protected:
-    void changeEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:

@@ -70,6 +70,8 @@ QlumPlotArea::QlumPlotArea(QWidget* parent)
     setAutoReplot(false);
     setAutoDelete(false); // items are members
     enableAxis(yLeft, false);
+    setContentsMargins(0, fontMetrics().height(), fontMetrics().height(),
+                       0); // for halves of the outermost labels
     setAxisScale(yLeft, 0, 1);
     m_grid->attach(this);
     m_emptyLabel->attach(this);
@@ -315,6 +317,7 @@ void QlumPlotArea::applyColors()
     m_emptyLabel->setText(text);
     for (const auto& curve : m_curves)
         curve->setColors(colors);
+    emit colorsChanged();
 }
 
 void QlumPlotArea::changeEvent(QEvent* event)

@@ -78,6 +78,8 @@ signals:
     void viewChanged();
     /// The value axes have to be painted, in another place or width.
     void scalesChanged();
+    /// The palette is another; items of others take their colours from it.
+    void colorsChanged();
 
 protected:
     void changeEvent(QEvent* event) override;

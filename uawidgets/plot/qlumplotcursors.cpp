@@ -45,6 +45,7 @@ QlumPlotCursors::QlumPlotCursors(QlumPlotArea* area, QObject* parent) : QObject(
         m_lines[i]->setVisible(false);
         m_lines[i]->attach(area);
     }
+    connect(area, &QlumPlotArea::colorsChanged, this, &QlumPlotCursors::applyColors);
     applyColors();
 }
 

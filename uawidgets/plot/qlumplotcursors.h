@@ -44,14 +44,13 @@ public:
     [[nodiscard]] std::optional<int> cursorAt(int canvasX) const;
     /// Of the visible curves.
     [[nodiscard]] std::vector<QlumCursorReading> readings() const;
-    /// Colours of the palette of the moment.
-    void applyColors();
 
 signals:
     /// One was moved, or both were shown or hidden.
     void changed();
 
 private:
+    void applyColors();
     void place();
 
     QlumPlotArea* m_area;

@@ -38,6 +38,7 @@
 #include <QWidget>
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
+#include <qwt_legend_label.h>
 
 #include <algorithm>
 #include <cmath>
@@ -229,6 +230,22 @@ TEST_F(Plot, FollowsThePalette)
     EXPECT_GT(count(curve->color(), canvasRect()), 100);
     EXPECT_EQ(count(light, canvasRect()), 0);
     EXPECT_GT(count(QColor(24, 26, 30), canvasRect()), canvasRect().width() * canvasRect().height() / 2);
+}
+
+TEST_F(Plot, AClickInTheLegendHidesItsCurve)
+{
+    QlumPlotCurve* curve = plot.addCurve(QStringLiteral("x"), QString(), QlumCurveForm::Lines);
+    plot.addCurve(QStringLiteral("<b>y</b>"));
+    add(curve, spike(100, 50, 1));
+    const auto labels = plot.findChildren<QwtLegendLabel*>();
+    ASSERT_EQ(labels.size(), 2);
+    EXPECT_TRUE(labels[0]->isChecked());
+    EXPECT_GT(labels[1]->sizeHint().width(), labels[0]->sizeHint().width() + 30)
+        << "a server's text, not markup";
+    QTest::mouseClick(labels[0], Qt::LeftButton);
+    EXPECT_EQ(count(curve->color(), canvasRect()), 0);
+    QTest::mouseClick(labels[0], Qt::LeftButton);
+    EXPECT_GT(count(curve->color(), canvasRect()), 100);
 }
 
 TEST(PlotColors, StandOutFromTheirGround)
