@@ -9,6 +9,9 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -17,6 +20,8 @@ constexpr std::int64_t millisecondsTo1970 = 11'644'473'600'000; // from 1601
 constexpr double timeLimit =
     2.6e14; // milliseconds; dates end before, and differences of ticks do not overflow
 constexpr std::size_t samplesOfColumn = 4; // so many are drawn as they are
+constexpr int nearby = 4;                  // samples that are looked at before a search
+constexpr std::int64_t sameWidth = 500;    // columns that differ by less than such a part are the same
 
 // Rounded down, of times before 1601 too.
 std::int64_t columnOf(std::int64_t time, std::int64_t width)
@@ -30,12 +35,33 @@ class Decimation
 public:
     explicit Decimation(const QlumSampleStore& store) : m_store(store) {}
 
-    void addColumn(std::size_t first, std::size_t last)
+    void addSample(std::size_t index) { addSamples(index, index + 1); }
+
+    void addColumn(const QlumDecimationCache::Column& column)
     {
-        if (last - first <= samplesOfColumn)
-            addSamples(first, last);
+        if (column.last - column.first <= samplesOfColumn)
+            addSamples(column.first, column.last);
         else
-            addExtremes(first, last);
+            addExtremes(column.first, column.last, column.summary);
+    }
+
+    // Where a column ends: samples come evenly more often than not, so that its predecessor's length is a
+    // good guess.
+    [[nodiscard]] std::size_t endOfColumn(std::size_t first, std::size_t end, std::int64_t next)
+    {
+        std::size_t guess = std::min(first + m_samplesBefore, end);
+        int step = 0;
+        for (; step < nearby; ++step)
+            if (guess < end && m_store.timeAt(guess) < next)
+                ++guess;
+            else if (guess > first + 1 && m_store.timeAt(guess - 1) >= next)
+                --guess;
+            else
+                break;
+        if (step == nearby)
+            guess = std::min(m_store.lowerBound(next, first + 1), end);
+        m_samplesBefore = guess - first;
+        return guess;
     }
 
     QlumDecimatedCurve result;
@@ -58,9 +84,8 @@ private:
         }
     }
 
-    void addExtremes(std::size_t first, std::size_t last)
+    void addExtremes(std::size_t first, std::size_t last, const QlumSampleSummary& summary)
     {
-        const QlumSampleSummary summary = m_store.summary(first, last);
         if ((summary.traits & qlumHasUncertain) != 0) {
             const QlumSample sample = m_store.at(m_store.findFirst(qlumHasUncertain, first, last));
             result.uncertain.emplace_back(qlumPlotTime(sample.time), sample.value);
@@ -128,6 +153,7 @@ private:
 
     const QlumSampleStore& m_store;
     bool m_joined = false;
+    std::size_t m_samplesBefore = 1;
 };
 
 } // namespace
@@ -147,28 +173,44 @@ std::int64_t qlumSampleTime(double plotTime)
     return (whole + millisecondsTo1970) * ticksOfMillisecond + std::llround(rest);
 }
 
-QlumDecimatedCurve qlumDecimate(const QlumSampleStore& store, std::int64_t from, std::int64_t to, int columns)
+QlumDecimatedCurve qlumDecimate(const QlumSampleStore& store, std::int64_t from, std::int64_t to, int columns,
+                                QlumDecimationCache* cache)
 {
     Decimation decimation(store);
     from = std::max(from, qlumSampleTime(-timeLimit));
     to = std::min(to, qlumSampleTime(timeLimit));
     if (to <= from || columns <= 0 || store.isEmpty())
         return decimation.result;
-    const std::int64_t width = std::max<std::int64_t>(1, (to - from) / columns);
+    QlumDecimationCache now{store.revision(), std::max<std::int64_t>(1, (to - from) / columns), {}};
+    const bool hasKnown = cache != nullptr && cache->revision == now.revision &&
+                          std::abs(cache->width - now.width) <= cache->width / sameWidth;
+    now.width = hasKnown ? cache->width : now.width;
+
     std::size_t index = store.lowerBound(from);
-    const std::size_t end = store.lowerBound(to, index);
+    const std::size_t begin = index, end = store.lowerBound(to, index);
+    auto known = hasKnown ? cache->columns.cbegin() : now.columns.cend();
+    const auto knownEnd = hasKnown ? cache->columns.cend() : now.columns.cend();
     // a neighbour outside must not stand for what lies inside, so it is a column of its own
     if (index > 0)
-        decimation.addColumn(index - 1, index);
+        decimation.addSample(index - 1);
     while (index < end) {
-        const std::int64_t next = (columnOf(store.timeAt(index), width) + 1) * width;
-        // samples that are few need no search
-        const bool alone = index + 1 == end || store.timeAt(index + 1) >= next;
-        const std::size_t last = alone ? index + 1 : std::min(store.lowerBound(next, index + 1), end);
-        decimation.addColumn(index, last);
-        index = last;
+        QlumDecimationCache::Column column{columnOf(store.timeAt(index), now.width), index, end, {}};
+        known = std::find_if(known, knownEnd, [&](const auto& one) { return one.number >= column.number; });
+        if (known != knownEnd && known->first == index && known->last < end) {
+            column = *known;
+        } else {
+            column.last = decimation.endOfColumn(index, end, (column.number + 1) * now.width);
+            if (column.last - index > samplesOfColumn)
+                column.summary = store.summary(index, column.last);
+        }
+        decimation.addColumn(column);
+        index = column.last;
+        if (cache != nullptr && column.first > begin && column.last < end) // the outermost may be cut
+            now.columns.push_back(column);
     }
     if (end < store.size())
-        decimation.addColumn(end, end + 1);
+        decimation.addSample(end);
+    if (cache != nullptr)
+        *cache = std::move(now);
     return decimation.result;
 }

@@ -99,7 +99,7 @@ const QlumDecimatedCurve& QlumPlotCurve::decimated(const QwtScaleMap& xMap, cons
     const Key key{qlumSampleTime(xMap.s1()), qlumSampleTime(xMap.s2()),
                   std::max(1, static_cast<int>(std::ceil(canvas.width()))), m_samples.revision()};
     if (!(key == m_key)) {
-        m_decimated = qlumDecimate(m_samples, key.from, key.to, key.columns);
+        m_decimated = qlumDecimate(m_samples, key.from, key.to, key.columns, &m_cache);
         m_key = key;
     }
     return m_decimated;

@@ -83,4 +83,5 @@ private:
     QwtInterval m_range{0, 1};
     mutable Key m_key;
     mutable QlumDecimatedCurve m_decimated;
+    mutable QlumDecimationCache m_cache;
 };

@@ -174,6 +174,32 @@ TEST(Decimation, KeepsItsPointsWhileTheWindowMoves)
     EXPECT_EQ(sharedBefore, sharedAfter);
 }
 
+TEST(Decimation, ACacheChangesNothingButTheWork)
+{
+    for (unsigned seed = 0; seed < 10; ++seed) {
+        std::mt19937 random(seed);
+        QlumSampleStore store(25'000);
+        store.append(randomSamples(25'000, static_cast<int>(seed), random));
+        QlumDecimationCache cache;
+        Window window = randomWindow(store, random);
+        for (int frame = 0; frame < 40; ++frame) {
+            const std::int64_t length = window.to - window.from;
+            window.from += std::uniform_int_distribution<std::int64_t>(-length / 3, length / 2)(random);
+            window.to = window.from + length;
+            for (int i = 0; frame % 10 == 9 && i < 300;
+                 ++i) // makes the oldest go, so that all indexes change
+                store.append({store.timeAt(store.size() - 1) + 5000, std::sin(i), 0});
+            const QlumDecimatedCurve cached =
+                qlumDecimate(store, window.from, window.to, window.columns, &cache);
+            const QlumDecimatedCurve plain = qlumDecimate(store, window.from, window.to, window.columns);
+            ASSERT_EQ(cached.points, plain.points) << "seed " << seed << ", frame " << frame;
+            ASSERT_EQ(cached.runs, plain.runs);
+            ASSERT_EQ(cached.bad, plain.bad);
+            ASSERT_EQ(cached.uncertain, plain.uncertain);
+        }
+    }
+}
+
 TEST(Decimation, TimesComeBackFromMilliseconds)
 {
     EXPECT_EQ(qlumPlotTime(116'444'736'000'000'000), 0.0);
