@@ -39,6 +39,7 @@ class QlumBarPlot : public QwtPlot
 {
     Q_OBJECT
 public:
+    /// Empty at first.
     explicit QlumBarPlot(QWidget* parent = nullptr);
     ~QlumBarPlot() override;
 
@@ -52,6 +53,7 @@ public:
     [[nodiscard]] bool writeCsv(QIODevice* device) const;
 
 protected:
+    /// Colours follow the palette.
     void changeEvent(QEvent* event) override;
 
 private:

@@ -33,6 +33,7 @@ class QlumPlot : public QWidget
 {
     Q_OBJECT
 public:
+    /// Follows the newest samples, in local time, until told otherwise.
     explicit QlumPlot(QWidget* parent = nullptr);
     ~QlumPlot() override;
 
@@ -71,6 +72,7 @@ signals:
     void exportFailed(const QString& message);
 
 protected:
+    /// The commands of plotActions().
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:

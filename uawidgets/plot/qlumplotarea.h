@@ -30,6 +30,7 @@ class QlumPlotArea : public QwtPlot
 {
     Q_OBJECT
 public:
+    /// In local time, without curves.
     explicit QlumPlotArea(QWidget* parent = nullptr);
     ~QlumPlotArea() override;
 
@@ -65,7 +66,9 @@ public:
 
     /// Ranges anew and all painted; call after samples were added.
     void refresh();
+    /// Also tells that the value axes may have changed.
     void replot() override;
+    /// Also tells that the value axes may have to move.
     void updateLayout() override;
 
     /// Room that the value axes take; pixels.
@@ -82,7 +85,9 @@ signals:
     void colorsChanged();
 
 protected:
+    /// Colours follow the palette.
     void changeEvent(QEvent* event) override;
+    /// The time axis has as many labels as there is room for.
     void resizeEvent(QResizeEvent* event) override;
 
 private:

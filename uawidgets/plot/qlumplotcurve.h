@@ -55,9 +55,12 @@ public:
     /// First and last time; invalid without samples.
     [[nodiscard]] QwtInterval times() const;
 
+    /// One of our items.
     int rtti() const override { return Rtti_PlotUserItem; }
+    /// The maps are those of a plot whose vertical axis goes from 0 to 1.
     void draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap,
               const QRectF& canvas) const override;
+    /// A line in the curve's colour.
     QwtGraphic legendIcon(int index, const QSizeF& size) const override;
 
 private:

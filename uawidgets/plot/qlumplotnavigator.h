@@ -31,6 +31,7 @@ public:
     void goForward(); ///< does nothing without a view that was left by going back
     [[nodiscard]] const QlumPlotHistory& history() const { return m_history; } ///< what there is to go to
 
+    /// Takes the mouse's events of the canvas.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 signals:

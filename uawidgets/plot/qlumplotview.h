@@ -11,6 +11,7 @@ struct QlumPlotView
     /// Lowest and highest value of each axis; empty: what the curves need.
     std::vector<std::pair<double, double>> values;
 
+    /// Exactly the same.
     bool operator==(const QlumPlotView&) const = default;
 
     /// With times that exist, at least 10 ms apart.

@@ -38,8 +38,8 @@ enum QlumSampleTrait : unsigned {
 /// Extremes of a stretch of samples; those that are breaks do not count.
 struct QlumSampleSummary
 {
-    double minimum = std::numeric_limits<double>::infinity();
-    double maximum = -std::numeric_limits<double>::infinity();
+    double minimum = std::numeric_limits<double>::infinity();  ///< infinite without a value
+    double maximum = -std::numeric_limits<double>::infinity(); ///< infinite without a value
     std::size_t minimumAt = 0; ///< index of the first smallest; valid when there is a value
     std::size_t maximumAt = 0; ///< index of the first largest
     unsigned traits = 0;       ///< QlumSampleTrait, or-ed

@@ -30,9 +30,12 @@ struct QlumTimeTicks
 class QlumTimeScaleEngine : public QwtScaleEngine
 {
 public:
+    /// Round times are those of the zone.
     explicit QlumTimeScaleEngine(const QTimeZone& zone);
 
+    /// Only the step: the ends are times that were asked for.
     void autoScale(int maximumSteps, double& from, double& to, double& step) const override;
+    /// Major ticks; the step comes from their number.
     QwtScaleDiv divideScale(double from, double to, int maximumMajor, int maximumMinor,
                             double step = 0.0) const override;
 
@@ -44,8 +47,10 @@ private:
 class QlumTimeScaleDraw : public QwtScaleDraw
 {
 public:
+    /// Times are those of the zone.
     explicit QlumTimeScaleDraw(const QTimeZone& zone);
 
+    /// Plain text of one or two lines.
     [[nodiscard]] QwtText label(double time) const override;
 
 private:
