@@ -46,6 +46,7 @@
 #include <qwt_legend_data.h>
 #include <qwt_legend_label.h>
 #include <qwt_plot.h>
+#include <qwt_scale_map.h>
 
 #include <algorithm>
 #include <cmath>
@@ -87,7 +88,10 @@ protected:
     {
         QPainter painter(this);
         const QRectF canvas(m_area->canvas()->geometry());
-        m_area->drawValueScales(&painter, QRectF(width(), canvas.top(), canvas.width(), canvas.height()));
+        QwtScaleMap map = m_area->canvasMap(QwtPlot::yLeft);
+        map.setPaintInterval(map.p1() + canvas.top(), map.p2() + canvas.top());
+        m_area->drawValueScales(&painter, QRectF(width(), canvas.top(), canvas.width(), canvas.height()),
+                                map);
     }
 
 private:

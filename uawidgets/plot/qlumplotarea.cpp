@@ -351,14 +351,15 @@ double QlumPlotArea::valueScalesWidth() const
     return std::ceil(width);
 }
 
-void QlumPlotArea::drawValueScales(QPainter* painter, const QRectF& canvas)
+void QlumPlotArea::drawValueScales(QPainter* painter, const QRectF& canvas, const QwtScaleMap& verticalMap)
 {
+    const double top = verticalMap.transform(1), length = std::max(1.0, verticalMap.transform(0) - top);
     painter->save();
     painter->setFont(font());
     double right = canvas.left() - 1;
     for (const Axis& axis : m_axes) {
-        axis.scale->move(right, canvas.top());
-        axis.scale->setLength(std::max(1.0, canvas.height() - 1));
+        axis.scale->move(right, top);
+        axis.scale->setLength(length);
         axis.scale->draw(painter, palette());
         const double extent = axis.scale->extent(font()), height = QFontMetricsF(font()).height();
         if (!axis.unit.isEmpty()) {

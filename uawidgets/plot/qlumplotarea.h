@@ -23,6 +23,7 @@ class QResizeEvent;
 class QWidget;
 class QwtPlotGrid;
 class QwtPlotTextLabel;
+class QwtScaleMap;
 
 /// Curves with a time axis below. Value axes are one for each unit, beside each other; they are drawn by
 /// drawValueScales() to the left of the area, since Qwt has room for two. GUI thread.
@@ -73,8 +74,9 @@ public:
 
     /// Room that the value axes take; pixels.
     [[nodiscard]] double valueScalesWidth() const;
-    /// Draws the value axes so that they end at the left border of the canvas.
-    void drawValueScales(QPainter* painter, const QRectF& canvas);
+    /// Draws the value axes to the left of a canvas. The vertical map is the canvas's, which leaves a margin
+    /// free.
+    void drawValueScales(QPainter* painter, const QRectF& canvas, const QwtScaleMap& verticalMap);
 
 signals:
     /// Another part or other ranges are shown.

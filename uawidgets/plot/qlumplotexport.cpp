@@ -34,7 +34,7 @@ namespace {
 constexpr std::size_t linesAtATime = 1000;
 constexpr int screenResolution = 96;
 
-// Remembers where the canvas came to lie, for the value axes beside it.
+// Remembers where the canvas and its values came to lie, for the value axes beside it.
 class Renderer : public QwtPlotRenderer
 {
 public:
@@ -42,12 +42,15 @@ public:
                       const QwtScaleMap* maps) const override
     {
         m_canvas = canvas;
+        m_map = maps[QwtPlot::yLeft];
         QwtPlotRenderer::renderCanvas(plot, painter, canvas, maps);
     }
     [[nodiscard]] QRectF canvas() const { return m_canvas; }
+    [[nodiscard]] const QwtScaleMap& verticalMap() const { return m_map; }
 
 private:
     mutable QRectF m_canvas;
+    mutable QwtScaleMap m_map;
 };
 
 void paintPlot(QwtPlot* plot, QPainter* painter, const QSize& size)
@@ -57,9 +60,11 @@ void paintPlot(QwtPlot* plot, QPainter* painter, const QSize& size)
     const double scales = area != nullptr ? area->valueScalesWidth() : 0;
     Renderer renderer;
     renderer.setDiscardFlag(QwtPlotRenderer::DiscardBackground);
-    renderer.render(plot, painter, QRectF(scales, 0, size.width() - scales, size.height()));
+    const QRectF room =
+        QRectF({0, 0}, size).marginsRemoved(plot->contentsMargins()); // which Qwt leaves out here
+    renderer.render(plot, painter, room.adjusted(scales, 0, 0, 0));
     if (area != nullptr)
-        area->drawValueScales(painter, renderer.canvas());
+        area->drawValueScales(painter, renderer.canvas(), renderer.verticalMap());
     // rendering sets scales to the size of the picture
     plot->updateLayout();
     plot->replot();

@@ -219,6 +219,35 @@ TEST_F(Plot, EveryUnitHasItsAxisAndItsRange)
     EXPECT_EQ(plot.area()->units().size(), 2U) << "another curve has that unit";
 }
 
+TEST_F(Plot, AxesStandWhereTheirValuesAre)
+{
+    QlumPlotCurve* curve = plot.addCurve(QStringLiteral("x"), QString(), QlumCurveForm::Lines);
+    add(curve, {{startOfSamples, 5, 0}, {startOfSamples + 1000 * tick, 5, 0}});
+    QlumPlotView view = plot.area()->view();
+    view.values = {{0, 10}};
+    plot.area()->setView(view);
+    QCoreApplication::processEvents();
+    for (const QImage& image : {plot.grab().toImage(), qlumPlotImage(plot.area(), {700, 500})}) {
+        // the line is in the middle of the values; so is the middle of the axis, the longest dark column on
+        // the left
+        const int right = static_cast<int>(plot.area()->valueScalesWidth());
+        int line = -1, longest = 0, middle = -1;
+        for (int y = 0; y < image.height(); ++y)
+            if (line < 0 && image.pixelColor(image.width() / 2, y) == curve->color()) // below is the legend
+                line = y;
+        for (int x = right - 4; x < right; ++x)
+            for (int y = 0, run = 0; y < image.height(); ++y) {
+                run = image.pixelColor(x, y).lightness() < 128 ? run + 1 : 0;
+                if (run > longest) {
+                    longest = run;
+                    middle = y - run / 2;
+                }
+            }
+        ASSERT_GT(longest, 200);
+        EXPECT_NEAR(middle, line, 1.01);
+    }
+}
+
 TEST_F(Plot, FollowsThePalette)
 {
     QlumPlotCurve* curve = plot.addCurve(QStringLiteral("x"), QString(), QlumCurveForm::Lines);
