@@ -1,11 +1,11 @@
 #include <bench/bareplot.h>
 
 #include <QColor>
+#include <QCoreApplication>
 #include <QPen>
 #include <QPointF>
 #include <QVector>
 #include <qwt_plot.h>
-#include <qwt_plot_canvas.h>
 #include <qwt_plot_curve.h>
 #include <qwt_plot_grid.h>
 
@@ -41,5 +41,5 @@ void BarePlot::show(const std::vector<QVector<QPointF>>& points, double from, do
         d->curves[i]->setSamples(points[i]);
     d->plot.setAxisScale(QwtPlot::xBottom, from, to);
     d->plot.replot();
-    d->plot.canvas()->repaint();
+    QCoreApplication::processEvents(); // paints canvas and axes
 }
