@@ -13,8 +13,8 @@
 #include <condition_variable>
 #include <deque>
 #include <exception>
+#include <map>
 #include <mutex>
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -78,8 +78,9 @@ public:
         QMetaObject::invokeMethod(&receiver, std::move(function), Qt::QueuedConnection);
     }
 
-    QObject receiver;                      // of posts; what is on its way ends with it
-    std::set<QlumJobPool::Ticket> current; // not given up and not ended; own thread only
+    QObject receiver; // of posts; what is on its way ends with it
+    std::map<QlumJobPool::Ticket, unsigned int>
+        current; // and its server; not given up, its end not told yet; own thread only
     QlumJobPool::Ticket lastTicket = 0;
     mutable std::mutex mutex;
     std::condition_variable ended;
@@ -176,7 +177,7 @@ QlumJobPool::Ticket QlumJobPool::add(const QlumWork& work, std::unique_ptr<QlumJ
                 function();
         });
     };
-    d->current.insert(ticket);
+    d->current.emplace(ticket, work.serverId);
     if (!work.text.isEmpty())
         QlumRunningWork::instance().insert(progress);
     {
@@ -202,6 +203,8 @@ void QlumJobPool::cancelAll()
 
 void QlumJobPool::endServer(unsigned int serverId)
 {
+    std::erase_if(
+        d->current, [serverId](const auto& job) { return job.second == serverId; }); // as in giveUp
     const auto isOfServer = [serverId](const Entry& entry) { return entry.progress->serverId == serverId; };
     d->giveUp(isOfServer);
     std::unique_lock lock(d->mutex);

@@ -3,6 +3,7 @@
 #include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdatatypeeventinterface.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>

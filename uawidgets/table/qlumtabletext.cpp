@@ -2,6 +2,7 @@
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
+#include <QByteArrayList>
 #include <QChar>
 #include <QHeaderView>
 #include <QLocale>
@@ -52,17 +53,6 @@ bool isFormula(const QString& text)
     if (text.isEmpty() || !QStringLiteral("=+-@\t\r\n").contains(text.at(0)))
         return false;
     return !isNumber(text);
-}
-
-QString csvField(QString text)
-{
-    if (isFormula(text))
-        text.prepend(QLatin1Char('\''));
-    const bool needsQuotes = std::any_of(text.begin(), text.end(), [](QChar c) {
-        return c == QLatin1Char(',') || c == QLatin1Char('"') || c == QLatin1Char('\n') ||
-               c == QLatin1Char('\r');
-    });
-    return needsQuotes ? quoted(text) : text;
 }
 } // namespace
 
@@ -131,9 +121,20 @@ QString qlumTabbedText(const QAbstractItemView* view, const QModelIndexList& cel
     return lines.join(QLatin1Char('\n'));
 }
 
+QByteArray qlumCsvField(QString text)
+{
+    if (isFormula(text))
+        text.prepend(QLatin1Char('\''));
+    const bool needsQuotes = std::any_of(text.begin(), text.end(), [](QChar c) {
+        return c == QLatin1Char(',') || c == QLatin1Char('"') || c == QLatin1Char('\n') ||
+               c == QLatin1Char('\r');
+    });
+    return (needsQuotes ? quoted(text) : text).toUtf8();
+}
+
 QByteArray qlumCsvRecord(const QStringList& fields)
 {
-    QStringList escaped = fields;
-    std::transform(escaped.begin(), escaped.end(), escaped.begin(), csvField);
-    return escaped.join(QLatin1Char(',')).toUtf8() + "\r\n";
+    QByteArrayList escaped;
+    std::transform(fields.begin(), fields.end(), std::back_inserter(escaped), qlumCsvField);
+    return escaped.join(',') + "\r\n";
 }

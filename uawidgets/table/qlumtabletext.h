@@ -23,6 +23,8 @@ class QHeaderView;
 [[nodiscard]] QString qlumTabbedText(const QAbstractItemView* view, const QModelIndexList& cells,
                                      bool withTitles);
 
-/// A record of comma separated values with its line end, UTF-8. A text that a spreadsheet would take for a
-/// formula, which a server can have written, gets an apostrophe and so stays a text; numbers stay numbers.
+/// A field of a record of comma separated values, UTF-8. A text that a spreadsheet would take for a formula,
+/// which a server can have written, gets an apostrophe and so stays a text; numbers stay numbers.
+[[nodiscard]] QByteArray qlumCsvField(QString text);
+/// The fields with commas and a line end.
 [[nodiscard]] QByteArray qlumCsvRecord(const QStringList& fields);

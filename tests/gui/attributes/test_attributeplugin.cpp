@@ -1,3 +1,4 @@
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdatatypeeventinterface.h>
 #include <plugins/attributes/qlumattributeplugin.h>
 #include <plugins/attributes/qlumattributeview.h>
