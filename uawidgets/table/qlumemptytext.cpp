@@ -19,14 +19,15 @@ QlumEmptyText::QlumEmptyText(QAbstractItemView* view, const QString& text)
     m_label->setWordWrap(true);
     m_label->setAlignment(Qt::AlignCenter);
     m_label->setMargin(margin);
-    m_label->setForegroundRole(QPalette::PlaceholderText);
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents); // what is dropped is the view's
+    view->installEventFilter(this);
     view->viewport()->installEventFilter(this);
     const QAbstractItemModel* model = view->model();
     connect(model, &QAbstractItemModel::rowsInserted, this, &QlumEmptyText::update);
     connect(model, &QAbstractItemModel::rowsRemoved, this, &QlumEmptyText::update);
     connect(model, &QAbstractItemModel::modelReset, this, &QlumEmptyText::update);
     connect(model, &QAbstractItemModel::layoutChanged, this, &QlumEmptyText::update);
+    applyPalette();
     update();
 }
 
@@ -46,9 +47,20 @@ void QlumEmptyText::update()
     m_label->setVisible(model && model->rowCount(m_view->rootIndex()) == 0);
 }
 
+// As a foreground the role of placeholders draws nothing: Qt gives it a colour and no brush.
+void QlumEmptyText::applyPalette()
+{
+    QPalette palette = m_view->palette();
+    palette.setColor(QPalette::Text, palette.color(QPalette::PlaceholderText));
+    m_label->setForegroundRole(QPalette::Text);
+    m_label->setPalette(palette);
+}
+
 bool QlumEmptyText::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Resize)
+    if (event->type() == QEvent::Resize && watched != m_view)
         update();
+    if (event->type() == QEvent::PaletteChange && watched == m_view)
+        applyPalette();
     return QObject::eventFilter(watched, event);
 }

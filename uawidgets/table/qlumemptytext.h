@@ -19,11 +19,12 @@ public:
     void setText(const QString& text);
 
 protected:
-    /// Keeps the text in the middle.
+    /// Keeps the text in the middle, and to be read on every palette.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void update();
+    void applyPalette();
 
     QAbstractItemView* m_view;
     QLabel* m_label;

@@ -12,6 +12,7 @@
 #include <QColor>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QImage>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QMenu>
@@ -87,6 +88,19 @@ double contrast(const QColor& one, const QColor& other)
     const double a = luminance(one) + 0.05;
     const double b = luminance(other) + 0.05;
     return std::max(a, b) / std::min(a, b);
+}
+
+// How far the colours of a picture lie apart, 0 to 255.
+int contrast(const QImage& picture)
+{
+    int darkest = 255;
+    int lightest = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            darkest = std::min(darkest, qGray(picture.pixel(x, y)));
+            lightest = std::max(lightest, qGray(picture.pixel(x, y)));
+        }
+    return lightest - darkest;
 }
 } // namespace
 
@@ -166,6 +180,23 @@ TEST_F(Tables, ColumnsAreChosenAndKeptButOneStays)
     again.setModel(&model);
     qlumMakeTable(&again, {QString(), QString(), &state, "columns"});
     EXPECT_EQ(qlumShownColumns(&again).size(), 3) << "or there were no way back";
+}
+
+TEST_F(Tables, TheTextOfAnEmptyViewCanBeSeenOnEveryPalette)
+{
+    model.clear();
+    view.setModel(&model);
+    qlumMakeTable(&view, {"Drop nodes here.", QString(), nullptr, QString()});
+    view.resize(400, 300);
+    view.show();
+    constexpr int readable = 80;
+    EXPECT_GT(contrast(view.viewport()->grab().toImage()), readable);
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(35, 35, 35));
+    dark.setColor(QPalette::Text, Qt::white);
+    dark.setColor(QPalette::PlaceholderText, QColor(255, 255, 255, 128));
+    view.setPalette(dark);
+    EXPECT_GT(contrast(view.viewport()->grab().toImage()), readable);
 }
 
 TEST_F(Tables, AnEmptyViewSaysWhy)
