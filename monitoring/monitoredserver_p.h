@@ -28,10 +28,11 @@ public:
     using Lock = HeldLock;
 
     MonitoredServerPrivate();
-    ~MonitoredServerPrivate();
+    ~MonitoredServerPrivate() = default; ///< after close()
 
     void setSession(UaClientSdk::UaSession* session);
     void statusChanged(UaClientSdk::UaClient::ServerStatus status, const NamespaceMap& namespaces);
+    void close();
     std::vector<ItemId> add(const std::shared_ptr<Sink>& sink, const ItemSettings& settings,
                             std::span<const ItemWish> wishes);
     void modify(std::span<const ItemId> ids, const ItemSettings& settings);
@@ -97,6 +98,7 @@ private:
     void retryLocked(News& news, ItemId id, Item& item);
     void removeItemLocked(ItemId id, Item& item);
     void freeItemLocked(ItemId id, Item& item);
+    void endItemLocked(News& news, ItemId id, Item& item);
     void dropUnusedSinksLocked(News& news);
 
     // ---- connection
