@@ -346,6 +346,8 @@ void MonitoredServerPrivate::applySettingsLocked(News& news, ItemId id, Item& it
     if (group == nullptr || group->requested != item.settings->subscription) {
         leaveGroupLocked(item);
         enterGroupLocked(news, id, item);
+        if (item.phase == Phase::Waiting)
+            tellLocked(news, id, item);
     } else if (item.phase == Phase::Watched && !item.isModified) {
         item.isModified = true;
         group->toModify.push_back(id);

@@ -142,10 +142,11 @@ private:
     ItemTable m_items;
     std::array<std::unique_ptr<ItemGroup>, MonitoredServer::maximumSubscriptions> m_groups;
     std::vector<SinkUse> m_sinks;
-    const OpcUa_UInt64 m_number;                 ///< of no other server
-    UaClientSdk::UaSession* m_session = nullptr; ///< the same while the worker calls
-    ItemGroup* m_current = nullptr;              ///< that the worker calls for
-    OpcUa_UInt64 m_link = 0;                     ///< rises with each connection
+    const OpcUa_UInt64 m_number;                                 ///< of no other server
+    UaClientSdk::UaSession* m_session = nullptr;                 ///< the same while the worker calls
+    ItemGroup* m_current = nullptr;                              ///< that the worker calls for
+    OpcUa_UInt64 m_link = 0;                                     ///< rises with each connection
+    OpcUa_UInt32 m_portionLimit = MonitoredServer::maximumBatch; ///< falls when a call was too much
     OpcUa_UInt64 m_restUntil = 0;
     OpcUa_UInt64 m_restTime = 0;
     bool m_online = false;
