@@ -280,6 +280,8 @@ void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
     }
     if (result == Result::GivenUp || result == Result::Refused)
         m_monitoring->leaveSession();
+    else if (result == Result::Unchanged)
+        m_monitoring->retryRefused(); // perhaps as another user
     const bool connected = result == Result::Connected;
     QMetaObject::invokeMethod(
         this, [this, connected] { endFlow(connected); }, Qt::QueuedConnection);

@@ -24,6 +24,11 @@ void QlumServerMonitoring::leaveSession()
     m_server->setSession(nullptr);
 }
 
+void QlumServerMonitoring::retryRefused()
+{
+    m_server->retryRefused();
+}
+
 void QlumServerMonitoring::statusChanged(UaClientSdk::UaClient::ServerStatus status,
                                          const NamespaceMap& namespaces)
 {

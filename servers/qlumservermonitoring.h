@@ -25,6 +25,8 @@ public:
     void useSession();
     /// After a disconnect, whoever has asked for it.
     void leaveSession();
+    /// Another user may be allowed more.
+    void retryRefused();
     /// All that the session tells in between, in its order; the map with Connected.
     void statusChanged(UaClientSdk::UaClient::ServerStatus status, const NamespaceMap& namespaces);
 

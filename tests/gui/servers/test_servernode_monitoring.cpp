@@ -50,6 +50,7 @@ protected:
                 UaMonitoredItemCreateResults results(static_cast<OpcUa_UInt32>(asked->NoOfItemsToCreate));
                 const std::lock_guard lock(m_mutex);
                 for (OpcUa_UInt32 i = 0; i < results.length(); ++i) {
+                    results[i].StatusCode = refusal;
                     results[i].MonitoredItemId = i + 1;
                     const UaNodeId id(asked->ItemsToCreate[i].ItemToMonitor.NodeId);
                     m_created.push_back(id.toString().toStdString());
@@ -89,6 +90,7 @@ protected:
     }
 
     std::atomic<bool> hangs{false};
+    std::atomic<OpcUa_StatusCode> refusal{OpcUa_Good};
     std::shared_ptr<monitoring::LatestSink> sink =
         std::make_shared<monitoring::LatestSink>(monitoring::Sink::Ready());
     std::shared_ptr<monitoring::MonitoredServer> server;
@@ -136,6 +138,19 @@ TEST_F(MonitoredServerNode, ItemsAreCreatedAgainInASessionThatReplacesALostOne)
     })) << log().join('\n');
     const Nodes all = created();
     EXPECT_EQ(std::count(all.begin(), all.end(), "ns=3;i=1"), 1);
+}
+
+TEST_F(MonitoredServerNode, WhatOneUserIsRefusedIsTriedAgainForAnother)
+{
+    makeMonitored();
+    ASSERT_TRUE(node->connectServer());
+    refusal = OpcUa_BadUserAccessDenied;
+    const auto id = watch(1, 2);
+    ASSERT_TRUE(waitForState(id, ItemState::Refused));
+    EXPECT_EQ(server->info(id)->now.status, OpcUa_BadUserAccessDenied);
+    refusal = OpcUa_Good;
+    changeUser();
+    EXPECT_TRUE(waitForState(id, ItemState::Watched)) << log().join('\n');
 }
 
 TEST_F(MonitoredServerNode, ADisconnectDuringACallLeavesItemsForTheNextConnect)
