@@ -23,10 +23,10 @@ using monitoring::ItemSettings;
 using monitoring::ItemState;
 using UaClientSdk::UaClient;
 
-/// Node, sampling interval, mode.
+// Node, sampling interval, mode.
 using Kept = std::tuple<std::string, double, int>;
 
-/// What a server keeps, with calls that fail before they are carried out, or afterwards.
+// What a server keeps, with calls that fail before they are carried out, or afterwards.
 class FaultyServer
 {
 public:
@@ -41,19 +41,19 @@ public:
         on(stack, OpcUa_SetMonitoringModeRequest_EncodeableType, &FaultyServer::setMode);
         on(stack, OpcUa_DeleteMonitoredItemsRequest_EncodeableType, &FaultyServer::deleteItems);
     }
-    /// Takes everything from now on.
+    // Takes everything from now on.
     void heal()
     {
         const std::lock_guard lock(m_mutex);
         m_isFaulty = false;
     }
-    /// Starts again with nothing.
+    // Starts again with nothing.
     void forget()
     {
         const std::lock_guard lock(m_mutex);
         m_subscriptions.clear();
     }
-    /// What is in those subscriptions, by client handle.
+    // What is in those subscriptions, by client handle.
     std::multimap<ItemId, Kept> keptIn(const std::set<OpcUa_UInt32>& ids)
     {
         const std::lock_guard lock(m_mutex);
