@@ -31,7 +31,7 @@ public:
     /// Subscriptions of one server; items that would need one more are refused with
     /// BadTooManySubscriptions.
     static constexpr OpcUa_UInt32 maximumSubscriptions = 10;
-    /// Items in one call, where the server does not set a lower limit.
+    /// Items in one call, where the server does not set a lower limit and no call was too much for it.
     static constexpr OpcUa_UInt32 maximumBatch = 1000;
 
     MonitoredServer();
