@@ -21,7 +21,8 @@ enum class Phase : unsigned char {
     Creating, ///< a call is under way
     Leaving,  ///< the same, and it was removed in the meantime
     Watched,
-    Refused
+    Refused,
+    Ended
 };
 
 /// What few items have.

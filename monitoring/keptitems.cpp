@@ -57,7 +57,8 @@ UaStatus KeptItems::create(UaSubscription& subscription, ServiceSettings& settin
         entry.result = results[i];
         OpcUa_ExtensionObject_Initialize(&entry.result.FilterResult); // still the array's
     }
-    if (results.length() < entries.size() && isPassingFault(status.statusCode()))
+    if (results.length() < entries.size() &&
+        (isPassingFault(status.statusCode()) || isUnreadableAnswer(status.statusCode())))
         m_mustReplace = true;
     return status;
 }

@@ -7,7 +7,10 @@ namespace monitoring {
 
 MonitoredServer::MonitoredServer() : d(std::make_unique<MonitoredServerPrivate>()) {}
 
-MonitoredServer::~MonitoredServer() = default;
+MonitoredServer::~MonitoredServer()
+{
+    d->close();
+}
 
 void MonitoredServer::setSession(UaClientSdk::UaSession* session)
 {
@@ -18,6 +21,11 @@ void MonitoredServer::statusChanged(UaClientSdk::UaClient::ServerStatus status,
                                     const NamespaceMap& namespaces)
 {
     d->statusChanged(status, namespaces);
+}
+
+void MonitoredServer::close()
+{
+    d->close();
 }
 
 std::vector<ItemId> MonitoredServer::add(const std::shared_ptr<Sink>& sink, const ItemSettings& settings,

@@ -23,19 +23,19 @@ class MonitoredServerPrivate;
 /// and are created again in a session that replaces a lost one. What the server refuses is set apart with its
 /// reason, and told to the sink as every other change of an item's state is.
 ///
-/// Any thread. Nothing blocks but what says so.
+/// Any thread. Nothing blocks but what says so. Tools may keep it longer than its owner does: what is left of
+/// a removed server is harmless.
 class MonitoredServer
 {
 public:
     /// Subscriptions of one server; items that would need one more are refused with
     /// BadTooManySubscriptions.
     static constexpr OpcUa_UInt32 maximumSubscriptions = 10;
-    /// Items in one call, where the server does not set a lower limit.
+    /// Items in one call, where the server does not set a lower limit and no call was too much for it.
     static constexpr OpcUa_UInt32 maximumBatch = 1000;
 
     MonitoredServer();
-    /// The server is removed: its items end, which their sinks are told, after setSession(nullptr).
-    ~MonitoredServer();
+    ~MonitoredServer(); ///< after close()
     MonitoredServer(const MonitoredServer&) = delete;
     MonitoredServer& operator=(const MonitoredServer&) = delete;
 
@@ -48,6 +48,10 @@ public:
     /// What the session's callback is told, in the same order, and the new places of namespaces: with
     /// Connected, or before it. Never waits, so it may be called there.
     void statusChanged(UaClientSdk::UaClient::ServerStatus status, const NamespaceMap& namespaces = {});
+
+    /// The server is removed: setSession(nullptr), then its items end, and those that are added later end at
+    /// once. Blocks as setSession does.
+    void close();
 
     // ---- for tools
 

@@ -32,6 +32,7 @@ namespace {
         return ItemState::Waiting;
     case Phase::Free:
     case Phase::Leaving:
+    case Phase::Ended:
         break;
     }
     return ItemState::Ended;
@@ -53,8 +54,10 @@ namespace {
 
 MonitoredServerPrivate::MonitoredServerPrivate() : m_number(nextNumber()), m_worker([this] { run(); }) {}
 
-MonitoredServerPrivate::~MonitoredServerPrivate()
+void MonitoredServerPrivate::close()
 {
+    if (!m_worker.joinable())
+        return;
     setSession(nullptr);
     {
         const Lock lock(m_mutex);
@@ -65,9 +68,12 @@ MonitoredServerPrivate::~MonitoredServerPrivate()
     News news;
     const Lock lock(m_mutex);
     m_items.forEach([&](ItemId id, Item& item) {
-        item.phase = Phase::Leaving;
-        tellLocked(news, id, item, OpcUa_BadServerNotConnected);
+        if (item.phase == Phase::Leaving)
+            freeItemLocked(id, item);
+        else if (item.phase != Phase::Ended) // added since then
+            endItemLocked(news, id, item);
     });
+    dropUnusedSinksLocked(news);
 }
 
 // ---- asked by tools
@@ -96,7 +102,10 @@ std::vector<ItemId> MonitoredServerPrivate::add(const std::shared_ptr<Sink>& sin
         ++m_sinks[use].items;
         if (!wish.indexRange.isEmpty() || !wish.dataEncoding.isNull())
             item->part = std::make_unique<ItemPart>(ItemPart{wish.indexRange, wish.dataEncoding});
-        enterGroupLocked(news, id, *item);
+        if (m_end)
+            endItemLocked(news, id, *item);
+        else
+            enterGroupLocked(news, id, *item);
     }
     m_work.notify_all();
     return ids;
@@ -109,7 +118,7 @@ void MonitoredServerPrivate::modify(std::span<const ItemId> ids, const ItemSetti
     const Lock lock(m_mutex);
     for (const ItemId id : ids) {
         Item* const item = m_items.find(id);
-        if (item == nullptr || item->phase == Phase::Leaving)
+        if (item == nullptr || item->phase == Phase::Leaving || item->phase == Phase::Ended)
             continue;
         item->settings = shared;
         if (item->phase != Phase::Creating) // else when it is known what has become of it
@@ -337,6 +346,8 @@ void MonitoredServerPrivate::applySettingsLocked(News& news, ItemId id, Item& it
     if (group == nullptr || group->requested != item.settings->subscription) {
         leaveGroupLocked(item);
         enterGroupLocked(news, id, item);
+        if (item.phase == Phase::Waiting)
+            tellLocked(news, id, item);
     } else if (item.phase == Phase::Watched && !item.isModified) {
         item.isModified = true;
         group->toModify.push_back(id);
@@ -360,6 +371,15 @@ void MonitoredServerPrivate::removeItemLocked(ItemId id, Item& item)
         item.phase = Phase::Leaving; // the server may have it, so its id is waited for
     else if (item.phase != Phase::Leaving)
         freeItemLocked(id, item);
+}
+
+void MonitoredServerPrivate::endItemLocked(News& news, ItemId id, Item& item)
+{
+    assertLocked(m_mutex);
+    leaveGroupLocked(item);
+    item.phase = Phase::Ended;
+    item.isModified = false;
+    tellLocked(news, id, item, OpcUa_BadServerNotConnected);
 }
 
 void MonitoredServerPrivate::freeItemLocked(ItemId id, Item& item)

@@ -28,10 +28,11 @@ public:
     using Lock = HeldLock;
 
     MonitoredServerPrivate();
-    ~MonitoredServerPrivate();
+    ~MonitoredServerPrivate() = default; ///< after close()
 
     void setSession(UaClientSdk::UaSession* session);
     void statusChanged(UaClientSdk::UaClient::ServerStatus status, const NamespaceMap& namespaces);
+    void close();
     std::vector<ItemId> add(const std::shared_ptr<Sink>& sink, const ItemSettings& settings,
                             std::span<const ItemWish> wishes);
     void modify(std::span<const ItemId> ids, const ItemSettings& settings);
@@ -97,6 +98,7 @@ private:
     void retryLocked(News& news, ItemId id, Item& item);
     void removeItemLocked(ItemId id, Item& item);
     void freeItemLocked(ItemId id, Item& item);
+    void endItemLocked(News& news, ItemId id, Item& item);
     void dropUnusedSinksLocked(News& news);
 
     // ---- connection
@@ -140,10 +142,11 @@ private:
     ItemTable m_items;
     std::array<std::unique_ptr<ItemGroup>, MonitoredServer::maximumSubscriptions> m_groups;
     std::vector<SinkUse> m_sinks;
-    const OpcUa_UInt64 m_number;                 ///< of no other server
-    UaClientSdk::UaSession* m_session = nullptr; ///< the same while the worker calls
-    ItemGroup* m_current = nullptr;              ///< that the worker calls for
-    OpcUa_UInt64 m_link = 0;                     ///< rises with each connection
+    const OpcUa_UInt64 m_number;                                 ///< of no other server
+    UaClientSdk::UaSession* m_session = nullptr;                 ///< the same while the worker calls
+    ItemGroup* m_current = nullptr;                              ///< that the worker calls for
+    OpcUa_UInt64 m_link = 0;                                     ///< rises with each connection
+    OpcUa_UInt32 m_portionLimit = MonitoredServer::maximumBatch; ///< falls when a call was too much
     OpcUa_UInt64 m_restUntil = 0;
     OpcUa_UInt64 m_restTime = 0;
     bool m_online = false;

@@ -108,6 +108,7 @@ void MonitoredServerPrivate::voidGroupLocked(News& news, ItemGroup& group)
 void MonitoredServerPrivate::voidAllLocked(News& news)
 {
     assertLocked(m_mutex);
+    m_portionLimit = MonitoredServer::maximumBatch;
     for (const auto& group : m_groups)
         if (group) {
             group->losses = 0;

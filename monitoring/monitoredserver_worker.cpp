@@ -196,14 +196,17 @@ MonitoredServerPrivate::takePortionLocked(ItemGroup& group, std::vector<ItemId>&
     assertLocked(m_mutex);
     Portion portion = portionOfLocked(group);
     const bool modified = &list == &group.toModify;
+    const std::size_t enough = std::min(limit, m_portionLimit);
     std::vector<ItemId> left;
-    for (const ItemId id : list) {
+    auto next = list.begin();
+    for (; next != list.end() && portion.ids.size() < enough; ++next) {
+        const ItemId id = *next;
         Item* const item = m_items.find(id);
         if (item == nullptr || !isDue(*item, group, modified))
             continue;
         if (portion.ids.empty())
             portion.timestamps = item->settings->timestamps;
-        if (portion.ids.size() >= limit || portion.timestamps != item->settings->timestamps) {
+        if (portion.timestamps != item->settings->timestamps) {
             left.push_back(id);
             continue;
         }
@@ -213,6 +216,7 @@ MonitoredServerPrivate::takePortionLocked(ItemGroup& group, std::vector<ItemId>&
         if (!modified)
             item->phase = Phase::Creating; // so that it is not taken again when it is named twice
     }
+    left.insert(left.end(), next, list.end());
     list = std::move(left);
     return portion;
 }
@@ -313,6 +317,8 @@ void MonitoredServerPrivate::applyFaultLocked(News& news, ItemGroup& group, cons
     assertLocked(m_mutex);
     const bool isPassing = isPassingFault(status.statusCode());
     const bool isCurrent = portion.epoch == group.epoch;
+    const std::size_t count = portion.ids.size() - first;
+    const bool isShrunk = count > 1 && isTooMuchAtOnce(status.statusCode());
     const bool isLost = status.statusCode() == OpcUa_BadSubscriptionIdInvalid;
     for (std::size_t i = first; i < portion.ids.size(); ++i) {
         Item* const item = m_items.find(portion.ids[i]);
@@ -320,13 +326,15 @@ void MonitoredServerPrivate::applyFaultLocked(News& news, ItemGroup& group, cons
             freeItemLocked(portion.ids[i], *item);
         else if (item == nullptr || !isCurrent || item->phase != Phase::Creating)
             continue;
-        else if (isPassing || isLost)
+        else if (isPassing || isShrunk || isLost)
             waitAgainLocked(news, portion.ids[i], *item);
         else
             refuseLocked(news, portion.ids[i], *item, status.statusCode());
     }
-    if (isCurrent && isPassing)
+    if (isCurrent && (isPassing || isUnreadableAnswer(status.statusCode())))
         group.isUncertain = true; // the server may have them, and must not have them twice
+    if (isShrunk && portion.session == m_session)
+        m_portionLimit = static_cast<OpcUa_UInt32>(count / 2);
     if (isPassing)
         restLocked(portion.link);
     if (isCurrent && isLost)
@@ -461,12 +469,16 @@ void MonitoredServerPrivate::deleteItems(ItemGroup& group)
     UaStatusCodeArray results;
     UaDiagnosticInfos diagnostics;
     const UaStatus status = portion.subscription->deleteMonitoredItems(settings, ids, results, diagnostics);
-    if (status.isNotBad() || !isPassingFault(status.statusCode()))
+    if (status.isNotBad() || isUnreadableAnswer(status.statusCode()))
         return; // what the server has no more is as good as deleted
     const Lock lock(m_mutex);
-    if (portion.epoch == group.epoch)
+    const bool isPassing = isPassingFault(status.statusCode());
+    if (portion.epoch == group.epoch && isPassing)
         group.toDelete.insert(group.toDelete.end(), ids.begin(), ids.end()); // no harm in doing it twice
-    restLocked(portion.link);
+    else if (portion.epoch == group.epoch)
+        group.isUncertain = true; // they go with the subscription
+    if (isPassing)
+        restLocked(portion.link);
 }
 
 } // namespace monitoring

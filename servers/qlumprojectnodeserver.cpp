@@ -97,6 +97,7 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
           m_serverId, [services = qlumServicesOf(m_session)](unsigned int) { return services; })),
       m_services(
           std::make_unique<QlumServicesRegistration>(m_serverId, qlumServicesOf(m_session, m_typeCache))),
+      m_monitoring(std::make_unique<QlumServerMonitoring>(m_serverId, *m_session)),
       m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()), m_network(QlumNetworkWatch::shared()),
       m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
       m_flow(std::make_unique<QlumConnectFlow>(m_log, *m_session, *this, *m_prompts))
@@ -121,6 +122,7 @@ QlumProjectNodeServer::~QlumProjectNodeServer()
     m_services.reset();
     // A job may hold the session longer; it fails there, and nobody calls us any more.
     static_cast<void>(m_session->disconnect(UaClientSdk::ServiceSettings(), true));
+    m_monitoring.reset();
 }
 
 // ---- tree node
@@ -254,6 +256,7 @@ void QlumProjectNodeServer::beginConnect()
     ++m_connection;
     m_typeCache->clear();
     m_messages.clear(); // about the connection before
+    m_monitoring->useSession();
     m_flow->start(m_setting, qlumConnectInfo(m_serverId, m_setting.sessionName));
     setStatus(QlumConnectionStatus::Connecting);
 }
@@ -275,6 +278,10 @@ void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
         if (m_setting.storePassword)
             m_setting.password = entered->password;
     }
+    if (result == Result::GivenUp || result == Result::Refused)
+        m_monitoring->leaveSession();
+    else if (result == Result::Unchanged)
+        m_monitoring->retryRefused(); // perhaps as another user
     const bool connected = result == Result::Connected;
     QMetaObject::invokeMethod(
         this, [this, connected] { endFlow(connected); }, Qt::QueuedConnection);
@@ -309,6 +316,7 @@ void QlumProjectNodeServer::disconnectServer()
         status = m_session->disconnect(settings, true);
     }
     ++m_connection; // what the session's threads have said until now comes too late
+    m_monitoring->leaveSession();
     if (status.isGood())
         m_log.info(tr("Disconnect succeeded."));
     else
@@ -447,6 +455,7 @@ void QlumProjectNodeServer::applySessionStatus(UaClient::ServerStatus serverStat
     case UaClient::ServerShutdown:
         break;
     }
+    m_monitoring->statusChanged(serverStatus, namespaceMap);
     if (status != m_status)
         setStatus(status, namespaceMap);
 }

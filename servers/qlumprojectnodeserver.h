@@ -7,6 +7,7 @@
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumservermessages.h>
+#include <servers/qlumservermonitoring.h>
 #include <servers/qlumtlstrustquestion.h>
 #include <servers/qlumtypecache.h>
 #include <uabase/structures/uaenumdefinition.h>
@@ -119,6 +120,7 @@ private:
     const std::shared_ptr<UaClientSdk::UaSession> m_session;
     const std::shared_ptr<QlumTypeCache> m_typeCache;
     std::unique_ptr<QlumServicesRegistration> m_services;
+    std::unique_ptr<QlumServerMonitoring> m_monitoring;
     QStringList m_namespaces;
     bool m_retrieveIcons;
     bool m_isBusy = false;

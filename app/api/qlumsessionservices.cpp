@@ -1,5 +1,6 @@
 #include <app/api/qlumsessionservices.h>
 
+#include <app/api/qlumbyserver_p.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadiagnosticinfos.h>
@@ -7,9 +8,7 @@
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/uasession.h>
 
-#include <map>
 #include <memory>
-#include <mutex>
 #include <utility>
 
 namespace {
@@ -191,15 +190,9 @@ private:
     const std::shared_ptr<QlumServerTypes> m_types;
 };
 
-struct Registered
+QlumByServer<QlumSessionServices>& registeredServices()
 {
-    std::mutex mutex;
-    std::map<unsigned int, std::shared_ptr<QlumSessionServices>> services;
-};
-
-Registered& registered()
-{
-    static Registered all;
+    static QlumByServer<QlumSessionServices> all;
     return all;
 }
 } // namespace
@@ -214,24 +207,15 @@ QlumServicesRegistration::QlumServicesRegistration(unsigned int serverId,
                                                    std::shared_ptr<QlumSessionServices> services)
     : m_serverId(serverId)
 {
-    const std::lock_guard lock(registered().mutex);
-    registered().services[serverId] = std::move(services);
+    registeredServices().put(serverId, std::move(services));
 }
 
 QlumServicesRegistration::~QlumServicesRegistration()
 {
-    std::shared_ptr<QlumSessionServices>
-        last; // its session may take its time to end, and needs no lock for it
-    const std::lock_guard lock(registered().mutex);
-    if (auto entry = registered().services.extract(m_serverId))
-        last = std::move(entry.mapped());
+    registeredServices().remove(m_serverId);
 }
 
 QlumSessionServicesProvider qlumApplicationServices()
 {
-    return [](unsigned int serverId) -> std::shared_ptr<QlumSessionServices> {
-        const std::lock_guard lock(registered().mutex);
-        const auto found = registered().services.find(serverId);
-        return found == registered().services.end() ? nullptr : found->second;
-    };
+    return [](unsigned int serverId) { return registeredServices().find(serverId); };
 }

@@ -201,19 +201,29 @@ TEST_F(MonitoringTest, WhatIsRemovedOrChangedWhileItIsCreatedIsPutRightAfterward
     EXPECT_TRUE(waitUntil([&] { return server->info(ids[1])->now.revisedSamplingInterval == 80; }));
 }
 
-TEST_F(MonitoringTest, ItemsOfARemovedServerEnd)
+TEST_F(MonitoringTest, ItemsOfARemovedServerEndAndSoDoThoseThatComeTooLate)
 {
+    constexpr OpcUa_UInt32 count = 100;
     const Ids ids = add({1, 2});
     ASSERT_TRUE(waitForWatched(ids));
-    static_cast<void>(sink->take());
-    server.reset();
-    const std::vector<ItemChange> changes = sink->take().changes;
-    ASSERT_EQ(changes.size(), 2u);
-    for (const ItemChange& change : changes) {
-        EXPECT_EQ(change.state, ItemState::Ended);
-        EXPECT_EQ(change.status, OpcUa_BadServerNotConnected);
-    }
+    Ids late;
+    std::thread tool([&] {
+        for (OpcUa_UInt32 number = 3; number <= count; ++number)
+            late.push_back(add({number}).front());
+    });
+    server->close();
     EXPECT_THAT(deleted(), ElementsAre(1u));
+    tool.join();
+    server->modify(late, {});
+    server->retry(late);
+    std::set<OpcUa_UInt64> ended;
+    for (const ItemChange& change : sink->take().changes)
+        if (change.state == ItemState::Ended && change.status == OpcUa_BadServerNotConnected)
+            ended.insert(change.key);
+    EXPECT_EQ(ended.size(), count);
+    EXPECT_EQ(server->info(late.back())->now.state, ItemState::Ended);
+    server->remove(late);
+    EXPECT_FALSE(server->info(late.back()));
 }
 
 } // namespace

@@ -114,6 +114,28 @@ TEST_F(MonitoringFaults, ItemsOfACallWithoutAnAnswerAreNotInASubscriptionTwice)
     EXPECT_THAT(asked(), ElementsAre("create 1: ns=2;i=1", "create 2: ns=2;i=1 ns=2;i=2"));
 }
 
+TEST_F(MonitoringFaults, ItemsWhoseAnswerWasTooLargeComeInSmallerPortionsAndOnce)
+{
+    stack.failNext(OpcUa_CreateMonitoredItemsRequest_EncodeableType, {OpcUa_BadResponseTooLarge});
+    const Ids ids = add({1, 2, 3, 4, 5});
+    ASSERT_TRUE(waitForWatched(ids));
+    EXPECT_THAT(asked(), ElementsAre("create 2: ns=2;i=1 ns=2;i=2", "create 2: ns=2;i=3 ns=2;i=4",
+                                     "create 2: ns=2;i=5"));
+    EXPECT_THAT(deleted(), ElementsAre(1u));
+}
+
+TEST_F(MonitoringFaults, ItemsThatTheServerDoesNotDeleteGoWithTheirSubscription)
+{
+    const Ids ids = add({1, 2});
+    ASSERT_TRUE(waitForWatched(ids));
+    stack.failNext(OpcUa_DeleteMonitoredItemsRequest_EncodeableType, {OpcUa_BadServiceUnsupported});
+    server->remove(Ids{ids[0]});
+    ASSERT_TRUE(waitUntil([&] { return subscriptionId() == 2; }));
+    ASSERT_TRUE(waitForWatched({ids[1]}));
+    EXPECT_THAT(asked(), ElementsAre("create 1: ns=2;i=1 ns=2;i=2", "create 2: ns=2;i=2"));
+    EXPECT_THAT(deleted(), ElementsAre(1u));
+}
+
 TEST_F(MonitoringFaults, AServiceThatFailsForGoodRefusesItsItems)
 {
     stack.failNext(OpcUa_CreateMonitoredItemsRequest_EncodeableType, {OpcUa_BadServiceUnsupported});
