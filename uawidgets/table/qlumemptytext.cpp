@@ -38,6 +38,8 @@ void QlumEmptyText::setText(const QString& text)
 
 void QlumEmptyText::update()
 {
+    if (!m_label)
+        return; // the view is being destroyed, and its own model lets its rows go
     const QAbstractItemModel* model = m_view->model();
     const auto* proxy = qobject_cast<const QAbstractProxyModel*>(model);
     const bool isFiltered = proxy && proxy->sourceModel() && proxy->sourceModel()->rowCount() > 0;

@@ -1,10 +1,11 @@
 #pragma once
+#include <QLabel>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 class QAbstractItemView;
 class QEvent;
-class QLabel;
 
 /// A text in the middle of a view that has no rows: what to do to get some, or that a filter hides them all.
 /// Belongs to the view. GUI thread.
@@ -26,6 +27,6 @@ private:
     void update();
 
     QAbstractItemView* m_view;
-    QLabel* m_label;
+    QPointer<QLabel> m_label;
     QString m_text;
 };

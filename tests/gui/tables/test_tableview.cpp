@@ -24,6 +24,8 @@
 #include <QStringList>
 #include <QTableView>
 #include <QTreeView>
+#include <QTreeWidget>
+#include <QTreeWidgetItem>
 #include <QVector>
 #include <gtest/gtest.h>
 
@@ -173,6 +175,11 @@ TEST_F(Tables, AnEmptyViewSaysWhy)
     QlumTableFilter filter;
     filter.setSourceModel(&model);
     view.setModel(&filter);
+    {
+        QTreeWidget own; // a model that goes after the view's other parts
+        new QTreeWidgetItem(&own);
+        qlumMakeTable(&own, {"Nothing here.", QString(), nullptr, QString()});
+    }
     qlumMakeTable(&view, {"Drop <b>nodes</b> here.", QString(), nullptr, QString()});
     view.resize(400, 300);
     view.show();
