@@ -11,6 +11,8 @@
 #include <QByteArray>
 #include <QColor>
 #include <QEvent>
+#include <QFont>
+#include <QFontMetricsF>
 #include <QFrame>
 #include <QIODevice>
 #include <QLayout>
@@ -47,6 +49,7 @@
 namespace {
 
 constexpr double halfBar = 0.4; // of the distance of two bars, 1
+constexpr int edge = 6;         // around the numbers of the axes
 
 // Names of bars in the place of numbers.
 class NameScale : public QwtScaleDraw
@@ -61,6 +64,11 @@ public:
     {
         const auto place = static_cast<std::size_t>(std::lround(value));
         return QwtText(value >= 0 && place < m_names.size() ? m_names[place] : QString(), QwtText::PlainText);
+    }
+    /// Qwt's leaves no room for what hangs below the line, as numbers have nothing there.
+    [[nodiscard]] double extent(const QFont& font) const override
+    {
+        return QwtScaleDraw::extent(font) + QFontMetricsF(font).descent();
     }
 
 private:
@@ -160,9 +168,11 @@ QlumBarPlot::QlumBarPlot(QWidget* parent)
     ground->setFrameStyle(QFrame::NoFrame);
     ground->setAccessibleName(tr("Bars"));
     setCanvas(ground);
+    setContentsMargins(edge, edge, edge, edge);
     makeActions();
     m_grid->enableX(false);
     m_grid->attach(this);
+    m_boxes->setZ(m_grid->z() + 1);
     m_boxes->attach(this);
     m_emptyLabel->attach(this);
     setEmptyText(tr("No figures yet"), tr("Bars appear here as soon as something was measured."));
@@ -248,6 +258,8 @@ void QlumBarPlot::makeActions()
     auto* layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetNoConstraint);
     layout->setContentsMargins(0, 0, 0, 0);
+    m_messages->setAutoFillBackground(true);
+    m_messages->raise();
     layout->addWidget(m_messages);
     layout->addStretch();
     m_actions = qlumBarPlotActions(this);

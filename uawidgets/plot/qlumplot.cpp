@@ -65,6 +65,7 @@ constexpr int paintInterval = 50; // ms
 constexpr double panOfKey = 0.1;
 constexpr int cursorPixelsOfKey = 1;
 constexpr int significantDigits = 10;
+constexpr int readoutLines = 9;       // of text; more rows scroll
 constexpr double firstWidth = 60'000; // ms that are shown while samples begin to arrive
 
 // The value axes, beside the area.
@@ -342,7 +343,6 @@ void QlumPlot::makeReadout()
     m_readout->horizontalHeader()->setSectionResizeMode(
         QHeaderView::ResizeToContents); // a row for each curve, no more
     m_readout->horizontalHeader()->setStretchLastSection(true);
-    m_readout->setMaximumHeight(m_readout->fontMetrics().height() * 9);
     m_readout->hide();
     qlumAddCopyActions(m_readout);
 }
@@ -364,6 +364,9 @@ void QlumPlot::updateReadout()
         rows.push_back({reading.curve, reading.unit, numberText(reading.a), numberText(reading.b),
                         numberText(reading.difference())});
     m_readout->setRowCount(static_cast<int>(rows.size()));
+    const int height = m_readout->horizontalHeader()->sizeHint().height() +
+                       m_readout->verticalHeader()->length() + 2 * m_readout->frameWidth();
+    m_readout->setMaximumHeight(std::min(height, m_readout->fontMetrics().height() * readoutLines));
     for (int row = 0; row < m_readout->rowCount(); ++row)
         for (int column = 0; column < m_readout->columnCount(); ++column) {
             if (m_readout->item(row, column) == nullptr)

@@ -15,6 +15,7 @@
 #include <QSize>
 #include <QString>
 #include <QTemporaryDir>
+#include <QTest>
 #include <gtest/gtest.h>
 #include <qwt_scale_draw.h>
 #include <qwt_text.h>
@@ -113,6 +114,9 @@ TEST(BarPlot, IsExportedAndSaysWhatFailed)
     for (const char* path : {"/nowhere/bars.csv", "/nowhere/bars.svg", "bars.exe"}) {
         plot.exportTo(QString::fromLatin1(path));
         ASSERT_FALSE(bar->isHidden()) << path;
+        plot.show();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return bar->width() > 400; })) << "as wide as the plot";
+        EXPECT_TRUE(bar->isAncestorOf(plot.childAt(bar->geometry().center()))) << "in front of the bars";
         const QList<QLabel*> labels = bar->findChildren<QLabel*>();
         EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
             return label->text().contains(QString::fromLatin1(path));
