@@ -3,6 +3,7 @@
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAbstractProxyModel>
+#include <QColor>
 #include <QEvent>
 #include <QLabel>
 #include <QPalette>
@@ -19,7 +20,8 @@ QlumEmptyText::QlumEmptyText(QAbstractItemView* view, const QString& text)
     m_label->setWordWrap(true);
     m_label->setAlignment(Qt::AlignCenter);
     m_label->setMargin(margin);
-    m_label->setForegroundRole(QPalette::PlaceholderText);
+    m_label->setForegroundRole(QPalette::WindowText);
+    applyColor();
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents); // what is dropped is the view's
     view->viewport()->installEventFilter(this);
     const QAbstractItemModel* model = view->model();
@@ -28,6 +30,17 @@ QlumEmptyText::QlumEmptyText(QAbstractItemView* view, const QString& text)
     connect(model, &QAbstractItemModel::modelReset, this, &QlumEmptyText::update);
     connect(model, &QAbstractItemModel::layoutChanged, this, &QlumEmptyText::update);
     update();
+}
+
+// Paler than rows, and still to be read. A label in the role of placeholders paints nothing.
+void QlumEmptyText::applyColor()
+{
+    constexpr double strength = 0.65;
+    QPalette palette = m_view->palette();
+    QColor ink = palette.color(QPalette::Text);
+    ink.setAlphaF(strength);
+    palette.setColor(QPalette::WindowText, ink);
+    m_label->setPalette(palette);
 }
 
 void QlumEmptyText::setText(const QString& text)
@@ -52,5 +65,7 @@ bool QlumEmptyText::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::Resize)
         update();
+    else if (event->type() == QEvent::PaletteChange && m_label)
+        applyColor();
     return QObject::eventFilter(watched, event);
 }

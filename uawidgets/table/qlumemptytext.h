@@ -20,11 +20,12 @@ public:
     void setText(const QString& text);
 
 protected:
-    /// Keeps the text in the middle.
+    /// Keeps the text in the middle and in the colours of the view.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void update();
+    void applyColor();
 
     QAbstractItemView* m_view;
     QPointer<QLabel> m_label;

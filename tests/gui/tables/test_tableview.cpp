@@ -12,6 +12,7 @@
 #include <QColor>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QImage>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QMenu>
@@ -193,6 +194,20 @@ TEST_F(Tables, AnEmptyViewSaysWhy)
     filter.setText(QString());
     EXPECT_TRUE(text->isVisible());
     EXPECT_EQ(text->text(), "Drop <b>nodes</b> here.");
+    const auto paintedPixels = [&] {
+        const QImage image = view.viewport()->grab().toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                count += contrast(image.pixelColor(x, y), view.palette().color(QPalette::Base)) > 4.5 ? 1 : 0;
+        return count;
+    };
+    EXPECT_GT(paintedPixels(), 50);
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(35, 35, 35));
+    dark.setColor(QPalette::Text, Qt::white);
+    view.setPalette(dark);
+    EXPECT_GT(paintedPixels(), 50);
     EXPECT_EQ(text->textFormat(), Qt::PlainText);
     EXPECT_NE(text->text(), filtered);
     view.resize(300, 200);
