@@ -16,6 +16,7 @@
 #include <uabase/values/uastring.h>
 #include <uawidgets/qlumwaitcursor.h>
 #include <uawidgets/table/qlumcopy.h>
+#include <uawidgets/table/qlumtable.h>
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -178,7 +179,7 @@ void QlumCertificateDialog::createDetails()
     m_detailsView->setMinimumHeight(120);
     m_detailsView->setWhatsThis(tr("<b>Certificate details</b><br>What the selected certificate says. The "
                                    "tool tip of a coloured line tells what is wrong with it."));
-    qlumAddCopyActions(m_detailsView);
+    qlumMakeTable(m_detailsView, {QString(), tr("certificate"), nullptr, QString()});
     connect(m_detailsView, &QTreeView::activated, this, &QlumCertificateDialog::showWholeValue);
 
     m_findings = new QListWidget;
@@ -231,8 +232,9 @@ void QlumCertificateDialog::createActions()
     const QlumActionTable actions(dialogRows, "QlumCertificateDialog", this);
     connect(actions[SaveAs], &QAction::triggered, this, &QlumCertificateDialog::saveAs);
     connect(actions[CopyThumbprint], &QAction::triggered, this, &QlumCertificateDialog::copyThumbprint);
-    m_chainView->addActions(actions.list({SaveAs, CopyThumbprint}));
-    m_chainView->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_certificateActions = actions.list({SaveAs, CopyThumbprint});
+    m_chainView->addActions(m_certificateActions);
+    qlumMakeTable(m_chainView, {QString(), tr("certificate chain"), nullptr, QString()});
 }
 
 // ---- what is shown
@@ -304,7 +306,7 @@ void QlumCertificateDialog::updateButtons()
 {
     const QlumCertificateChainNode* selected = m_model->node(m_chainView->currentIndex());
     QPushButton* cancel = m_buttons->button(QDialogButtonBox::Cancel);
-    for (QAction* action : m_chainView->actions())
+    for (QAction* action : qAsConst(m_certificateActions))
         action->setEnabled(selected != nullptr);
     if (isTls()) {
         m_trust->setEnabled(selected != nullptr);

@@ -7,6 +7,8 @@
 #include <uabase/values/uastatuscode.h>
 #include <uawidgets/qlumbasewidget.h>
 
+#include <QAction>
+#include <QList>
 #include <QModelIndex>
 #include <QString>
 #include <QStringList>
@@ -75,6 +77,7 @@ private:
     QLabel* m_advice = nullptr;
     QLabel* m_thumbprint = nullptr;
     QTreeView* m_chainView = nullptr;
+    QList<QAction*> m_certificateActions; ///< for the selected certificate
     QListWidget* m_findings = nullptr;
     QTreeView* m_detailsView = nullptr;
     QCheckBox* m_acceptOnce = nullptr;

@@ -6,7 +6,7 @@
 #include <certificates/qlumcertificatedetailsmodel.h>
 #include <certificates/qlumseverityicon.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
-#include <uawidgets/table/qlumcopy.h>
+#include <uawidgets/table/qlumtable.h>
 
 #include <QAbstractItemView>
 #include <QDialog>
@@ -86,7 +86,7 @@ void QlumCertificateViewer::makeDetails()
     m_details->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_details->setTextElideMode(Qt::ElideMiddle);
     m_details->setModel(m_model);
-    qlumAddCopyActions(m_details);
+    qlumMakeTable(m_details, {QString(), tr("certificate"), nullptr, QString()});
     m_details->setVisible(!m_nodes.empty());
     m_list->setCurrentRow(0);
 }

@@ -20,8 +20,6 @@
 #include <QListWidget>
 #include <QListWidgetItem>
 #include <QMessageBox>
-#include <QMetaObject>
-#include <QObject>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QString>
@@ -30,7 +28,6 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <functional>
 #include <utility>
 
 namespace {
@@ -51,29 +48,6 @@ void fill(QListWidget* list, const UaStringArray& texts)
     for (const OpcUa_String& text : texts)
         list->addItem(toQString(UaString(text)));
 }
-
-// Makes key and certificate away from the GUI thread.
-class MakeJob : public QlumJob
-{
-public:
-    using Finish = std::function<void(const QlumMadeCertificate&)>;
-
-    MakeJob(const QlumOwnCertificate& values, QObject* receiver, Finish finish)
-        : m_values(values), m_receiver(receiver), m_finish(std::move(finish))
-    {
-    }
-    void run() override
-    {
-        const QlumMadeCertificate made = m_values.make([this] { return isCancelled(); });
-        QMetaObject::invokeMethod(
-            m_receiver, [finish = m_finish, made] { finish(made); }, Qt::QueuedConnection);
-    }
-
-private:
-    QlumOwnCertificate m_values;
-    QObject* m_receiver; // outlives the pool that this runs on
-    Finish m_finish;
-};
 
 void showStatus(QLabel* label, const QString& problem)
 {
@@ -287,15 +261,22 @@ void QlumNewCertificateDlg::accept()
     if (m_busy || !m_buttons->button(QDialogButtonBox::Ok)->isEnabled())
         return;
     setBusy(true);
-    const int run = ++m_run;
-    m_pool->addJob(std::make_unique<MakeJob>(
-        values(), this, [this, run](const QlumMadeCertificate& made) { finished(run, made); }));
+    m_pool->add(
+        {tr("Making a certificate")},
+        [this, wanted = values()](QlumJob& job) {
+            const QlumMadeCertificate made = wanted.make([&job] { return job.isCancelled(); });
+            if (!job.isCancelled())
+                job.post([this, made] { finished(made); });
+        },
+        [this](QlumWorkEnd end) {
+            if (end != QlumWorkEnd::Done)
+                setBusy(false);
+        });
 }
 
 void QlumNewCertificateDlg::reject()
 {
     if (m_busy) {
-        ++m_run;
         m_pool->cancelAll();
         setBusy(false);
     } else if (!m_noCancel) {
@@ -313,10 +294,8 @@ void QlumNewCertificateDlg::setBusy(bool busy)
     sltValidate();
 }
 
-void QlumNewCertificateDlg::finished(int run, const QlumMadeCertificate& made)
+void QlumNewCertificateDlg::finished(const QlumMadeCertificate& made)
 {
-    if (run != m_run)
-        return;
     setBusy(false);
     if (!made.error.isEmpty()) {
         QMessageBox box(QMessageBox::Warning, tr("Could Not Create Certificate"),

@@ -92,11 +92,10 @@ private:
     [[nodiscard]] QString applicationUri() const;
     void addUnique(QListWidget* list, const QString& text);
     void setBusy(bool busy);
-    void finished(int run, const QlumMadeCertificate& made);
+    void finished(const QlumMadeCertificate& made);
 
     bool m_noCancel;
     bool m_busy = false;
-    int m_run = 0; ///< of the making; the result of an older one is dropped
     std::array<NameField, FieldCount> m_fields;
     QLineEdit* m_uri = nullptr;
     AddressList m_addresses;

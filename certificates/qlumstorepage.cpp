@@ -1,5 +1,6 @@
 #include <certificates/qlumstorepage.h>
 
+#include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
@@ -25,6 +26,8 @@
 #include <QTableView>
 #include <QUrl>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace {
 QStringList localFiles(const QMimeData* data)
@@ -137,8 +140,19 @@ void QlumStorePage::reload(QlumJobPool& pool)
     if (const QString selected = currentFile(); !selected.isEmpty())
         m_wanted = selected;
     m_location->setEnabled(!m_folder.isEmpty() && QDir(m_folder).exists());
+    m_isCancelled = false;
     startReading(pool);
     updateCount();
+}
+
+void QlumStorePage::read(QlumJobPool& pool, std::unique_ptr<QlumJob> reader)
+{
+    pool.add(
+        {tr("Reading %1").arg(m_view->accessibleName())}, std::move(reader),
+        [this](QlumWorkEnd end) {
+            m_isCancelled = end == QlumWorkEnd::Cancelled;
+            updateCount();
+        });
 }
 
 void QlumStorePage::want(const QString& path)
@@ -174,6 +188,10 @@ void QlumStorePage::updateCount()
     const int all = m_model ? m_model->rowCount() : 0;
     const int shown = m_sorted->rowCount();
     const QLocale locale = QLocale::system();
+    if (m_isCancelled) {
+        m_count->setText(tr("%1 entries; reading was cancelled").arg(locale.toString(all)));
+        return;
+    }
     m_count->setText(all == 0 ? tr("Nothing here yet; drop files on the table to add them")
                      : shown == all
                          ? tr("%1 entries").arg(locale.toString(all))

@@ -7,9 +7,12 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <memory>
+
 class QAbstractItemModel;
 class QLabel;
 class QLineEdit;
+class QlumJob;
 class QlumJobPool;
 class QlumTableFilter;
 class QlumViewState;
@@ -55,6 +58,8 @@ protected:
     void setModel(QAbstractItemModel* model, int sortRole);
     /// Has the pool read the files into an inbox.
     virtual void startReading(QlumJobPool& pool) = 0;
+    /// Runs what reads the files, in sight of the user, who may cancel it.
+    void read(QlumJobPool& pool, std::unique_ptr<QlumJob> reader);
     /// Moves what is in the inbox to the model.
     virtual void takeEntries() = 0;
     /// Full path of a row of the model.
@@ -70,7 +75,8 @@ private:
     void select(const QString& path);
 
     QString m_folder;
-    QString m_wanted; ///< file that was selected before the table was read again
+    bool m_isCancelled = false; ///< not all files were read
+    QString m_wanted;           ///< file that was selected before the table was read again
     QAbstractItemModel* m_model = nullptr;
     QlumTableFilter* m_sorted;
     QLineEdit* m_filter;

@@ -145,7 +145,7 @@ void QlumCertificatePage::reloadCertificateModel(QlumCertificateModel* model, co
         QMetaObject::invokeMethod(
             this, [this] { takeRead(); }, Qt::QueuedConnection);
     };
-    pool.addJob(std::make_unique<QlumStoreReader<QlumCertificateEntry>>(std::move(sources), m_inbox, notify));
+    read(pool, std::make_unique<QlumStoreReader<QlumCertificateEntry>>(std::move(sources), m_inbox, notify));
 }
 
 void QlumCertificatePage::startReading(QlumJobPool& pool)
@@ -187,7 +187,7 @@ void QlumCrlPage::reloadCRLModel(QlumCRLModel* model, const QString& folder, Qlu
     const auto names = [folder] {
         return QlumStoreFiles::names(folder, QlumStoreFiles::Kind::RevocationLists);
     };
-    const auto read = [folder](const QString& name) -> std::optional<QlumCRLEntry> {
+    const auto readOne = [folder](const QString& name) -> std::optional<QlumCRLEntry> {
         const auto list = UaPkiRevocationList::fromFile(toUaString(QDir(folder).filePath(name)));
         return list.isNull() ? std::nullopt : std::optional(QlumCRLEntry(name, list));
     };
@@ -195,8 +195,8 @@ void QlumCrlPage::reloadCRLModel(QlumCRLModel* model, const QString& folder, Qlu
         QMetaObject::invokeMethod(
             this, [this] { takeRead(); }, Qt::QueuedConnection);
     };
-    pool.addJob(std::make_unique<QlumStoreReader<QlumCRLEntry>>(
-        std::vector<QlumStoreSource<QlumCRLEntry>>{{names, read}}, m_inbox, notify));
+    read(pool, std::make_unique<QlumStoreReader<QlumCRLEntry>>(
+                   std::vector<QlumStoreSource<QlumCRLEntry>>{{names, readOne}}, m_inbox, notify));
 }
 
 void QlumCrlPage::startReading(QlumJobPool& pool)

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QtGlobal>
 
 #include <functional>
 #include <memory>
@@ -58,14 +59,20 @@ public:
     {
         constexpr std::size_t portionSize = 250;
         std::vector<Entry> portion;
+        std::vector<QStringList> names;
+        qint64 total = 0;
         for (const QlumStoreSource<Entry>& source : m_sources)
-            for (const QString& name : source.names()) {
+            total += names.emplace_back(source.names()).size();
+        qint64 done = 0;
+        for (std::size_t i = 0; i < m_sources.size(); ++i)
+            for (const QString& name : qAsConst(names[i])) {
                 if (isCancelled())
-                    return;
-                if (std::optional<Entry> entry = source.read(name))
+                    return handOver(portion);
+                if (std::optional<Entry> entry = m_sources[i].read(name))
                     portion.push_back(std::move(*entry));
                 if (portion.size() >= portionSize)
                     handOver(portion);
+                setProgress(++done, total);
             }
         handOver(portion);
     }

@@ -1,7 +1,9 @@
 #include <servers/qlumendpointfetcher.h>
 
 #include <app/api/qlumjob.h>
+#include <app/api/qlumjobpool.h>
 #include <app/api/qlumtext.h>
+#include <opcua/opcua_statuscodes.h>
 #include <servers/qlumpkifolders.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
@@ -15,18 +17,6 @@
 #include <algorithm>
 #include <memory>
 #include <utility>
-
-namespace {
-class FetchJob final : public QlumJob
-{
-public:
-    explicit FetchJob(std::function<void()> work) : m_work(std::move(work)) {}
-    void run() override { m_work(); }
-
-private:
-    std::function<void()> m_work;
-};
-} // namespace
 
 QlumEndpointFetcher::QlumEndpointFetcher(QObject* parent)
     : QlumEndpointFetcher(
@@ -71,28 +61,30 @@ void QlumEndpointFetcher::fetch(const QString& url, int milliseconds)
 {
     m_busy = true;
     m_pool.cancelAll();
-    m_pool.addJob(std::make_unique<FetchJob>([this, url, milliseconds, request = ++m_request] {
-        QVector<QlumEndpoint> endpoints;
-        const unsigned int status = m_getter(url, milliseconds, endpoints);
-        // The pool is joined before this object goes, and its pending events go with it.
-        QMetaObject::invokeMethod(
-            this, [this, request, status, endpoints] { deliver(request, status, endpoints); },
-            Qt::QueuedConnection);
-    }));
+    m_pool.add(
+        {tr("Asking %1 for its endpoints").arg(url)},
+        [this, url, milliseconds](QlumJob& job) {
+            QVector<QlumEndpoint> endpoints;
+            const unsigned int status = m_getter(url, milliseconds, endpoints);
+            if (!job.isCancelled())
+                job.post([this, status, endpoints] { deliver(status, endpoints); });
+        },
+        [this](QlumWorkEnd end) {
+            if (m_busy) // else the answer was on its way already
+                deliver(end == QlumWorkEnd::Cancelled ? OpcUa_BadRequestCancelledByClient
+                                                      : OpcUa_BadInternalError,
+                        {});
+        });
 }
 
 void QlumEndpointFetcher::cancel()
 {
-    ++m_request;
     m_busy = false;
     m_pool.cancelAll();
 }
 
-void QlumEndpointFetcher::deliver(unsigned int request, unsigned int status,
-                                  const QVector<QlumEndpoint>& endpoints)
+void QlumEndpointFetcher::deliver(unsigned int status, const QVector<QlumEndpoint>& endpoints)
 {
-    if (request != m_request)
-        return;
     m_busy = false;
     emit finished(status, endpoints);
 }

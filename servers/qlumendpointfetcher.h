@@ -31,17 +31,17 @@ public:
     [[nodiscard]] bool isBusy() const { return m_busy; }
 
 signals:
-    /// The status of the call; the endpoints are empty when it is not Good. Not sent after cancel().
+    /// The status of the call; the endpoints are empty when it is not Good. BadRequestCancelledByClient when
+    /// the user gives it up in the list of running work. Not sent after cancel().
     void finished(unsigned int status, const QVector<QlumEndpoint>& endpoints);
     /// Before finished: the TLS certificate (DER) of an HTTPS server that nobody trusts yet.
     void untrustedCertificate(unsigned int status, const QByteArray& certificate);
 
 private:
     unsigned int getEndpoints(const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints);
-    void deliver(unsigned int request, unsigned int status, const QVector<QlumEndpoint>& endpoints);
+    void deliver(unsigned int status, const QVector<QlumEndpoint>& endpoints);
 
     const Getter m_getter;
-    unsigned int m_request = 0; ///< number of the latest; older answers are dropped
     bool m_busy = false;
     QlumJobPool m_pool{2}; ///< a new question need not wait for one that hangs. Last: joined first
 };

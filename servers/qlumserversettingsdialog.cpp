@@ -10,6 +10,7 @@
 #include <servers/qlumendpointmodel.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
+#include <uawidgets/table/qlumtable.h>
 
 #include <QByteArray>
 #include <QCheckBox>
@@ -171,6 +172,8 @@ QWidget* QlumServerSettingsDialog::createEndpointView()
     m_endpointView->header()->resizeSection(QlumEndpointModel::Policy, 190);
     m_endpointView->header()->resizeSection(QlumEndpointModel::Mode, 130);
     m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 300);
+    qlumMakeTable(m_endpointView,
+                  {tr("Enter an address and press Get Endpoints."), tr("endpoints"), nullptr, {}});
     connect(m_endpointView->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
         suggestDisplayName();
         sltUpdateControls();

@@ -48,8 +48,6 @@ public:
     Ticket add(const QlumWork& work, Function function, Ended ended = nullptr);
     /// The same for a job, which is deleted on a pool thread after run(), or here when it never ran.
     Ticket add(const QlumWork& work, std::unique_ptr<QlumJob> job, Ended ended = nullptr);
-    /// For work that nobody sees.
-    void addJob(std::unique_ptr<QlumJob> job) { add(QlumWork(), std::move(job)); }
 
     /// Gives one piece of work up: it is dropped or told to end, and nothing of it arrives any more.
     void giveUp(Ticket ticket);

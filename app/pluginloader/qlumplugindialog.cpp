@@ -3,6 +3,7 @@
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlumplugininterface.h>
+#include <uawidgets/table/qlumtable.h>
 
 #include <QDialog>
 #include <QDir>
@@ -41,6 +42,7 @@ QlumPluginDialog::QlumPluginDialog(const QString& pluginFolder, const QStringLis
     m_tree->setHeaderHidden(true);
     m_tree->setAlternatingRowColors(false);
     m_tree->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    qlumMakeTable(m_tree, {tr("No plugins were found."), tr("plugins"), nullptr, QString()});
 
     auto* ok = new QPushButton(tr("OK"), this);
     ok->setObjectName(QStringLiteral("ok"));

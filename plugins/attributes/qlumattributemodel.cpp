@@ -8,6 +8,7 @@
 #include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributetexts.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/table/qlumstatuslook.h>
@@ -104,6 +105,36 @@ QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node)
     if (node.isAbsent() || (node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid))
         return QlumStatusLevel::Inactive;
     return qlumStatusLevel(node.status());
+}
+
+// ---- nodes
+
+UaNodeId QlumAttributeModel::nodeIdIn(const QModelIndex& index) const
+{
+    QModelIndex row = index.siblingAtColumn(NameColumn);
+    while (row.isValid() && nodeAt(row)->step().kind == QlumValueStep::Detail)
+        row = row.parent();
+    if (!row.isValid())
+        return {};
+    if (!row.parent().isValid() && nodeAt(row)->name() == qlumAttributeName(OpcUa_Attributes_NodeId))
+        return m_nodeId;
+    if (!row.parent().isValid() && nodeAt(row)->name() == qlumAttributeName(OpcUa_Attributes_DataType))
+        return m_dataTypeId;
+    const UaVariant value = rowValue(row).value;
+    if (!value.isScalar())
+        return {};
+    if (value.type() == OpcUaType_NodeId)
+        return value.toNodeId();
+    const UaExpandedNodeId id = value.toExpandedNodeId();
+    return value.type() == OpcUaType_ExpandedNodeId && id.isLocal() ? id.nodeId() : UaNodeId();
+}
+
+QlumToolNode QlumAttributeModel::nodeIn(const QModelIndex& index) const
+{
+    QlumToolNode node{m_serverId, nodeIdIn(index), OpcUa_NodeClass_Unspecified, {}, {}};
+    if (node.nodeId == m_nodeId)
+        node.nodeClass = m_nodeClass;
+    return node;
 }
 
 // ---- building

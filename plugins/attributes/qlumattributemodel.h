@@ -4,6 +4,7 @@
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlummodelinterface.h>
 #include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtoolservices.h>
 #include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributerows.h>
 #include <uabase/values/uanodeid.h>
@@ -53,6 +54,9 @@ public:
     [[nodiscard]] unsigned int serverId() const { return m_serverId; }
     /// Null while no node is shown.
     [[nodiscard]] const UaNodeId& nodeId() const { return m_nodeId; }
+    /// The node that the row names, or is a detail of: the node itself, its data type, a node id in its
+    /// Value. With a null id for rows that name none of this server.
+    [[nodiscard]] QlumToolNode nodeIn(const QModelIndex& index) const;
     /// What the row shows, and what is known of its type; a null value for rows that are no part of the Value
     /// or only a detail of one.
     [[nodiscard]] QlumTypedValue rowValue(const QModelIndex& index) const;
@@ -78,6 +82,7 @@ protected:
 
 private:
     [[nodiscard]] QVariant text(const QlumAttributeNode& node, int column, int role) const;
+    [[nodiscard]] UaNodeId nodeIdIn(const QModelIndex& index) const;
     [[nodiscard]] static QlumStatusLevel levelOf(const QlumAttributeNode& node);
     void forget();
 

@@ -4,8 +4,9 @@
 #include <app/api/qlumtext.h>
 #include <plugins/attributes/qlumattributedelegate.h>
 #include <plugins/attributes/qlumattributemodel.h>
+#include <uawidgets/qlumnodecommands.h>
 #include <uawidgets/qlumviewstate.h>
-#include <uawidgets/table/qlumemptytext.h>
+#include <uawidgets/table/qlumtable.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
@@ -77,9 +78,13 @@ QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
     setTextElideMode(Qt::ElideRight);
     header()->resizeSection(QlumAttributeModel::NameColumn, nameWidth);
     m_state = std::make_unique<QlumViewState>(QStringLiteral("QlumAttributeView"), nullptr);
-    m_state->keep(header(), QStringLiteral("header"));
     createActions();
-    new QlumEmptyText(this, tr("Select a node in the address space window."));
+    qlumMakeTable(this, {tr("Select a node in the address space window."), tr("attributes"), m_state.get(),
+                         QStringLiteral("header"), true});
+    new QlumNodeCommands(this, [this] {
+        const QlumToolNode node = m_attributes->nodeIn(currentIndex());
+        return node.nodeId.isNull() ? QlumToolNodes() : QlumToolNodes{node};
+    });
     connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &QlumAttributeView::saveState);
     connect(model, &QAbstractItemModel::modelReset, this, &QlumAttributeView::restoreState);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &QlumAttributeView::fetchVisible);

@@ -34,11 +34,62 @@ public:
     void connectionStatusChanged(OpcUa_UInt32, UaClient::ServerStatus) override {}
 };
 
+const UaNodeId plant(1, 2);
+const UaNodeId speed(2, 2);
+const UaNodeId twice(3, 2);
+
+// What a session changes is there for its later calls.
+void changeTheWorld(UaSession& session)
+{
+    ServiceSettings settings;
+    UaDiagnosticInfos diagnostics;
+    UaHistoryReadValueIds histories(1);
+    ASSERT_TRUE(OpcUa_IsGood(speed.copyTo(&histories[0].NodeId)));
+    HistoryReadRawModifiedContext raw;
+    raw.startTime = UaDateTime::fromTime_t(1'600'000'000);
+    HistoryReadDataResults results;
+    UaUpdateDataDetailsArray update(1);
+    ASSERT_TRUE(OpcUa_IsGood(speed.copyTo(&update[0].NodeId)));
+    update[0].PerformInsertReplace = OpcUa_PerformUpdateType_Insert;
+    UaDataValues inserted(1);
+    inserted[0].SourceTimestamp = UaDateTime::fromTime_t(1'700'000'001).value();
+    inserted.detach(&update[0].NoOfUpdateValues, &update[0].UpdateValues);
+    UaHistoryUpdateResults updated;
+    ASSERT_TRUE(session.historyUpdateData(settings, update, updated, diagnostics).isGood());
+    ASSERT_EQ(updated[0].NoOfOperationResults, 1);
+    EXPECT_EQ(updated[0].OperationResults[0], OpcUa_GoodEntryInserted);
+    ASSERT_TRUE(session.historyReadRawModified(settings, raw, histories, results, diagnostics).isGood());
+    EXPECT_EQ(results.at(0).values.length(), 2u);
+
+    UaNodeIdArray registered;
+    UaNodeIdArray wanted(1);
+    ASSERT_TRUE(OpcUa_IsGood(speed.copyTo(&wanted[0])));
+    ASSERT_TRUE(session.registerNodes(settings, wanted, registered).isGood());
+    UaDeleteNodesItems doomed(1);
+    ASSERT_TRUE(OpcUa_IsGood(UaNodeId(registered[0]).copyTo(&doomed[0].NodeId)));
+    UaStatusCodeArray deleted;
+    ASSERT_TRUE(session.deleteNodes(settings, doomed, deleted, diagnostics).isGood());
+    EXPECT_EQ(deleted[0], OpcUa_Good);
+    UaReadValueIds nodes(1);
+    ASSERT_TRUE(OpcUa_IsGood(speed.copyTo(&nodes[0].NodeId)));
+    nodes[0].AttributeId = OpcUa_Attributes_Value;
+    UaDataValues values;
+    ASSERT_TRUE(
+        session.read(settings, 0, OpcUa_TimestampsToReturn_Both, nodes, values, diagnostics).isGood());
+    EXPECT_EQ(values[0].StatusCode, OpcUa_BadNodeIdUnknown);
+
+    UaNodeTypeDescriptions types(1);
+    ASSERT_TRUE(OpcUa_IsGood(UaNodeId(58).copyTo(&types[0].TypeDefinitionNode.NodeId)));
+    UaByteString point;
+    UaQueryDataSets found;
+    QueryFindings findings;
+    ASSERT_TRUE(session.queryFirst(settings, {}, types, found, point, findings).isGood());
+    ASSERT_EQ(found.length(), 1u);
+    EXPECT_EQ(UaNodeId(found[0].NodeId.NodeId), plant);
+}
+
 TEST(TableChannel, ASessionFindsTheWorldOfTheTable)
 {
-    const UaNodeId plant(1, 2);
-    const UaNodeId speed(2, 2);
-    const UaNodeId twice(3, 2);
     NodeTable table;
     table.object(plant, "Plant");
     table.variable(speed, "Speed", UaVariant(1.5), plant);
@@ -97,6 +148,7 @@ TEST(TableChannel, ASessionFindsTheWorldOfTheTable)
         ASSERT_TRUE(session.historyReadRawModified(settings, raw, histories, results, diagnostics).isGood());
         ASSERT_EQ(results.at(0).values.length(), 1u);
         EXPECT_EQ(UaDataValue(results[0].values[0]), past);
+        changeTheWorld(session);
     }
     UaPlatformLayer::cleanup();
 }

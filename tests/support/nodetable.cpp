@@ -180,10 +180,21 @@ void NodeTable::fail(Service service, const UaNodeId& id, OpcUa_StatusCode statu
     m_failures[{service, id}] = status;
 }
 
+const UaNodeId& NodeTable::actualId(const UaNodeId& id) const
+{
+    const auto registered = m_registered.find(id);
+    return registered == m_registered.end() ? id : registered->second;
+}
+
 const NodeTable::Node* NodeTable::find(const UaNodeId& id) const
 {
-    const auto found = m_nodes.find(id);
+    const auto found = m_nodes.find(actualId(id));
     return found == m_nodes.end() ? nullptr : &found->second;
+}
+
+NodeTable::Node* NodeTable::find(const UaNodeId& id)
+{
+    return const_cast<Node*>(std::as_const(*this).find(id));
 }
 
 UaVariant NodeTable::attributeOf(const Node& node, OpcUa_UInt32 attributeId)
@@ -194,7 +205,7 @@ UaVariant NodeTable::attributeOf(const Node& node, OpcUa_UInt32 attributeId)
 
 OpcUa_StatusCode NodeTable::statusOf(Service service, const UaNodeId& id) const
 {
-    if (const auto failure = m_failures.find({service, id}); failure != m_failures.end())
+    if (const auto failure = m_failures.find({service, actualId(id)}); failure != m_failures.end())
         return failure->second;
     return find(id) ? OpcUa_Good : OpcUa_BadNodeIdUnknown;
 }
@@ -223,8 +234,9 @@ OpcUa_StatusCode NodeTable::write(const OpcUa_WriteValue& value)
     const OpcUa_StatusCode status = statusOf(Write, id);
     if (OpcUa_IsBad(status))
         return status;
-    const auto found = m_nodes[id].attributes.find(value.AttributeId);
-    if (found == m_nodes[id].attributes.end())
+    Node& node = *find(id);
+    const auto found = node.attributes.find(value.AttributeId);
+    if (found == node.attributes.end())
         return OpcUa_BadAttributeIdInvalid;
     found->second = UaDataValue(value.Value);
     return OpcUa_Good;
@@ -264,6 +276,8 @@ void NodeTable::describe(const Reference& reference, OpcUa_ReferenceDescription&
     require(reference.type.copyTo(&description.ReferenceTypeId));
     description.IsForward = reference.isForward;
     require(reference.target.copyTo(&description.NodeId.NodeId));
+    if (!find(reference.target))
+        return; // it was deleted and left this behind
     const Node& target = *find(reference.target);
     const UaVariant name = attributeOf(target, OpcUa_Attributes_BrowseName);
     require(name.toQualifiedName().copyTo(&description.BrowseName));
@@ -323,7 +337,7 @@ void NodeTable::browseNext(const OpcUa_ByteString& point, bool release, OpcUa_Br
 int NodeTable::openContinuationPoints() const
 {
     const std::lock_guard lock(m_mutex);
-    return static_cast<int>(m_rests.size());
+    return static_cast<int>(m_rests.size() + m_queryRests.size());
 }
 
 const NodeTable::Reference* NodeTable::step(const Node& node, const OpcUa_RelativePathElement& element) const
@@ -333,29 +347,38 @@ const NodeTable::Reference* NodeTable::step(const Node& node, const OpcUa_Relati
         if (reference.isForward == (element.IsInverse != 0) ||
             !isOfType(reference.type, element.ReferenceTypeId, element.IncludeSubtypes))
             continue;
-        if (attributeOf(*find(reference.target), OpcUa_Attributes_BrowseName).toQualifiedName() == name)
+        const Node* target = find(reference.target);
+        if (target && attributeOf(*target, OpcUa_Attributes_BrowseName).toQualifiedName() == name)
             return &reference;
     }
     return nullptr;
 }
 
+std::optional<UaNodeId> NodeTable::follow(UaNodeId from, const OpcUa_RelativePath& path) const
+{
+    for (OpcUa_Int32 i = 0; i < path.NoOfElements; ++i) {
+        const Reference* reference = step(*find(from), path.Elements[i]);
+        if (!reference)
+            return std::nullopt;
+        from = reference->target;
+    }
+    return from;
+}
+
 void NodeTable::translate(const OpcUa_BrowsePath& path, OpcUa_BrowsePathResult& result) const
 {
     const std::lock_guard lock(m_mutex);
-    UaNodeId at(path.StartingNode);
-    result.StatusCode = statusOf(Translate, at);
+    const UaNodeId start(path.StartingNode);
+    result.StatusCode = statusOf(Translate, start);
     if (OpcUa_IsBad(result.StatusCode))
         return;
-    for (OpcUa_Int32 i = 0; i < path.RelativePath.NoOfElements; ++i) {
-        const Reference* reference = step(*find(at), path.RelativePath.Elements[i]);
-        if (!reference) {
-            result.StatusCode = OpcUa_BadNoMatch;
-            return;
-        }
-        at = reference->target;
+    const std::optional<UaNodeId> found = follow(start, path.RelativePath);
+    if (!found) {
+        result.StatusCode = OpcUa_BadNoMatch;
+        return;
     }
     UaBrowsePathTargets targets(1);
-    require(at.copyTo(&targets[0].TargetId.NodeId));
+    require(found->copyTo(&targets[0].TargetId.NodeId));
     targets[0].RemainingPathIndex = 0xFFFFFFFFu;
     targets.detach(&result.NoOfTargets, &result.Targets);
 }

@@ -76,6 +76,27 @@ bool positionOf(const OpcUa_ByteString& point, std::size_t& position)
 }
 } // namespace
 
+void NodeTable::modifiedHistory(const Node& node, const OpcUa_ReadRawModifiedDetails& details,
+                                OpcUa_HistoryReadResult& result)
+{
+    const std::vector<Modification> found =
+        between(node.modifications, details.StartTime, details.EndTime,
+                [](const Modification& modification) { return modification.was.sourceTimestamp().value(); });
+    UaDataValues values(static_cast<OpcUa_UInt32>(found.size()));
+    UaModificationInfos infos(values.length());
+    for (OpcUa_UInt32 i = 0; i < infos.length(); ++i) {
+        requireMemory(OpcUa_IsGood(found[i].was.copyTo(&values[i])));
+        infos[i].ModificationTime = found[i].time.value();
+        infos[i].UpdateType = found[i].type;
+        requireMemory(OpcUa_IsGood(UaString(found[i].user.c_str()).copyTo(&infos[i].UserName)));
+    }
+    if (values.isEmpty())
+        result.StatusCode = OpcUa_GoodNoData;
+    auto& data = makeBody<OpcUa_HistoryModifiedData>(OpcUa_HistoryModifiedData_EncodeableType, result);
+    values.detach(&data.NoOfDataValues, &data.DataValues);
+    infos.detach(&data.NoOfModificationInfos, &data.ModificationInfos);
+}
+
 void NodeTable::rawHistory(const Node& node, const OpcUa_ReadRawModifiedDetails& details,
                            const OpcUa_HistoryReadValueId& asked, OpcUa_HistoryReadResult& result)
 {
@@ -155,7 +176,11 @@ void NodeTable::historyRead(const OpcUa_EncodeableType& detailsType, const void*
         return;
     const Node& node = *find(id);
     if (&detailsType == &OpcUa_ReadRawModifiedDetails_EncodeableType) {
-        rawHistory(node, *static_cast<const OpcUa_ReadRawModifiedDetails*>(details), asked, result);
+        const auto& raw = *static_cast<const OpcUa_ReadRawModifiedDetails*>(details);
+        if (raw.IsReadModified)
+            modifiedHistory(node, raw, result);
+        else
+            rawHistory(node, raw, asked, result);
     } else if (&detailsType == &OpcUa_ReadAtTimeDetails_EncodeableType) {
         setData(atTimes(node, *static_cast<const OpcUa_ReadAtTimeDetails*>(details)), result);
     } else if (&detailsType == &OpcUa_ReadEventDetails_EncodeableType) {
@@ -168,98 +193,4 @@ void NodeTable::historyRead(const OpcUa_EncodeableType& detailsType, const void*
         else
             setData(copies(found->second), result);
     }
-}
-
-// ---- whole requests
-
-namespace {
-template <typename Result, typename Element, typename Answer>
-void answerAll(OpcUa_Int32 count, const Element* elements, OpcUa_Int32& resultCount, Result*& results,
-               Answer answer)
-{
-    UaArray<Result> made(static_cast<OpcUa_UInt32>(std::max(0, count)));
-    for (OpcUa_UInt32 i = 0; i < made.length(); ++i)
-        answer(i, elements[i], made[i]);
-    made.detach(&resultCount, &results);
-}
-} // namespace
-
-const OpcUa_EncodeableType* NodeTable::responseTypeOf(const OpcUa_EncodeableType& requestType)
-{
-    static const std::pair<const OpcUa_EncodeableType*, const OpcUa_EncodeableType*> pairs[] = {
-        {&OpcUa_ReadRequest_EncodeableType, &OpcUa_ReadResponse_EncodeableType},
-        {&OpcUa_WriteRequest_EncodeableType, &OpcUa_WriteResponse_EncodeableType},
-        {&OpcUa_BrowseRequest_EncodeableType, &OpcUa_BrowseResponse_EncodeableType},
-        {&OpcUa_BrowseNextRequest_EncodeableType, &OpcUa_BrowseNextResponse_EncodeableType},
-        {&OpcUa_TranslateBrowsePathsToNodeIdsRequest_EncodeableType,
-         &OpcUa_TranslateBrowsePathsToNodeIdsResponse_EncodeableType},
-        {&OpcUa_CallRequest_EncodeableType, &OpcUa_CallResponse_EncodeableType},
-        {&OpcUa_HistoryReadRequest_EncodeableType, &OpcUa_HistoryReadResponse_EncodeableType}};
-    const auto* found = std::find_if(std::begin(pairs), std::end(pairs),
-                                     [&](const auto& pair) { return pair.first == &requestType; });
-    return found == std::end(pairs) ? nullptr : found->second;
-}
-
-OpcUa_StatusCode NodeTable::answer(const OpcUa_EncodeableType& type, const void* request, void* response)
-{
-    if (&type == &OpcUa_ReadRequest_EncodeableType) {
-        const auto& asked = *static_cast<const OpcUa_ReadRequest*>(request);
-        auto& to = *static_cast<OpcUa_ReadResponse*>(response);
-        answerAll(asked.NoOfNodesToRead, asked.NodesToRead, to.NoOfResults, to.Results,
-                  [this](OpcUa_UInt32, const auto& item, OpcUa_DataValue& result) { read(item, result); });
-    } else if (&type == &OpcUa_WriteRequest_EncodeableType) {
-        const auto& asked = *static_cast<const OpcUa_WriteRequest*>(request);
-        auto& to = *static_cast<OpcUa_WriteResponse*>(response);
-        answerAll(asked.NoOfNodesToWrite, asked.NodesToWrite, to.NoOfResults, to.Results,
-                  [this](OpcUa_UInt32, const auto& item, auto& result) { result = write(item); });
-    } else if (&type == &OpcUa_BrowseRequest_EncodeableType) {
-        const auto& asked = *static_cast<const OpcUa_BrowseRequest*>(request);
-        auto& to = *static_cast<OpcUa_BrowseResponse*>(response);
-        answerAll(asked.NoOfNodesToBrowse, asked.NodesToBrowse, to.NoOfResults, to.Results,
-                  [&](OpcUa_UInt32, const auto& item, OpcUa_BrowseResult& result) {
-                      browse(item, asked.RequestedMaxReferencesPerNode, result);
-                  });
-    } else if (&type == &OpcUa_BrowseNextRequest_EncodeableType) {
-        const auto& asked = *static_cast<const OpcUa_BrowseNextRequest*>(request);
-        auto& to = *static_cast<OpcUa_BrowseNextResponse*>(response);
-        answerAll(asked.NoOfContinuationPoints, asked.ContinuationPoints, to.NoOfResults, to.Results,
-                  [&](OpcUa_UInt32, const auto& item, OpcUa_BrowseResult& result) {
-                      browseNext(item, asked.ReleaseContinuationPoints, result);
-                  });
-    } else {
-        return answerOther(type, request, response);
-    }
-    return OpcUa_Good;
-}
-
-OpcUa_StatusCode NodeTable::answerOther(const OpcUa_EncodeableType& type, const void* request, void* response)
-{
-    if (&type == &OpcUa_TranslateBrowsePathsToNodeIdsRequest_EncodeableType) {
-        const auto& asked = *static_cast<const OpcUa_TranslateBrowsePathsToNodeIdsRequest*>(request);
-        auto& to = *static_cast<OpcUa_TranslateBrowsePathsToNodeIdsResponse*>(response);
-        answerAll(asked.NoOfBrowsePaths, asked.BrowsePaths, to.NoOfResults, to.Results,
-                  [this](OpcUa_UInt32, const auto& item, OpcUa_BrowsePathResult& result) {
-                      translate(item, result);
-                  });
-    } else if (&type == &OpcUa_CallRequest_EncodeableType) {
-        const auto& asked = *static_cast<const OpcUa_CallRequest*>(request);
-        auto& to = *static_cast<OpcUa_CallResponse*>(response);
-        answerAll(
-            asked.NoOfMethodsToCall, asked.MethodsToCall, to.NoOfResults, to.Results,
-            [this](OpcUa_UInt32, const auto& item, OpcUa_CallMethodResult& result) { call(item, result); });
-    } else if (&type == &OpcUa_HistoryReadRequest_EncodeableType) {
-        const auto& asked = *static_cast<const OpcUa_HistoryReadRequest*>(request);
-        auto& to = *static_cast<OpcUa_HistoryReadResponse*>(response);
-        const auto& details = asked.HistoryReadDetails;
-        if (details.Encoding != OpcUa_ExtensionObjectEncoding_EncodeableObject)
-            return OpcUa_BadHistoryOperationInvalid;
-        answerAll(asked.NoOfNodesToRead, asked.NodesToRead, to.NoOfResults, to.Results,
-                  [&](OpcUa_UInt32 index, const auto& item, OpcUa_HistoryReadResult& result) {
-                      historyRead(*details.Body.EncodeableObject.Type, details.Body.EncodeableObject.Object,
-                                  index, item, asked.ReleaseContinuationPoints, result);
-                  });
-    } else {
-        return OpcUa_BadServiceUnsupported;
-    }
-    return OpcUa_Good;
 }

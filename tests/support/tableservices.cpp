@@ -94,11 +94,26 @@ UaStatus TableServices::begin(Service service, const Settings& settings)
             return UaStatus(OpcUa_BadConnectionClosed);
         rule = m_rules[service];
     }
-    if (rule.delay > 0 && !clock.wait(std::min<std::int64_t>(rule.delay, settings.callTimeout)))
-        return UaStatus(OpcUa_BadConnectionClosed);
-    if (rule.delay > settings.callTimeout)
-        return UaStatus(OpcUa_BadTimeout);
-    return UaStatus(rule.status);
+    const UaStatus waited = rule.delay > 0 ? waitFor(rule.delay, settings) : UaStatus();
+    return waited.isGood() ? UaStatus(rule.status) : waited;
+}
+
+UaStatus TableServices::waitFor(std::int64_t delay, const Settings& settings)
+{
+    std::list<Waiting>::iterator own;
+    {
+        const std::lock_guard lock(m_mutex);
+        own = m_waiting.emplace(m_waiting.end());
+        own->requestHandle = settings.requestHandle;
+    }
+    const bool isDone = clock.wait(std::min<std::int64_t>(delay, settings.callTimeout), &own->isCancelled);
+    const std::lock_guard lock(m_mutex);
+    const bool isCancelled = own->isCancelled;
+    m_waiting.erase(own);
+    if (!isDone)
+        return UaStatus(isCancelled && m_connected ? OpcUa_BadRequestCancelledByRequest
+                                                   : OpcUa_BadConnectionClosed);
+    return UaStatus(delay > settings.callTimeout ? OpcUa_BadTimeout : OpcUa_Good);
 }
 
 // ---- attributes and methods

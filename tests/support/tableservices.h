@@ -7,7 +7,9 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 
+#include <atomic>
 #include <cstdint>
+#include <list>
 #include <map>
 #include <mutex>
 #include <string>
@@ -52,6 +54,16 @@ public:
                             UaBrowseResults& results) override;
     UaStatus translateBrowsePathsToNodeIds(Settings& settings, const UaBrowsePaths& paths,
                                            UaBrowsePathResults& results) override;
+    UaStatus registerNodes(Settings& settings, const UaNodeIdArray& nodes,
+                           UaNodeIdArray& registeredNodes) override;
+    UaStatus unregisterNodes(Settings& settings, const UaNodeIdArray& nodes) override;
+    UaStatus addNodes(Settings& settings, const UaAddNodesItems& nodes, UaAddNodesResults& results) override;
+    UaStatus addReferences(Settings& settings, const UaAddReferencesItems& references,
+                           UaStatusCodeArray& results) override;
+    UaStatus deleteNodes(Settings& settings, const UaDeleteNodesItems& nodes,
+                         UaStatusCodeArray& results) override;
+    UaStatus deleteReferences(Settings& settings, const UaDeleteReferencesItems& references,
+                              UaStatusCodeArray& results) override;
     UaStatus historyReadRawModified(Settings& settings,
                                     const UaClientSdk::HistoryReadRawModifiedContext& context,
                                     const UaHistoryReadValueIds& nodes,
@@ -65,6 +77,23 @@ public:
     UaStatus historyReadEvent(Settings& settings, const UaClientSdk::HistoryReadEventContext& context,
                               const UaHistoryReadValueIds& nodes,
                               UaClientSdk::HistoryReadEventResults& results) override;
+    UaStatus historyUpdateData(Settings& settings, const UaUpdateDataDetailsArray& details,
+                               UaHistoryUpdateResults& results) override;
+    UaStatus historyUpdateEvents(Settings& settings, const UaUpdateEventDetailsArray& details,
+                                 UaHistoryUpdateResults& results) override;
+    UaStatus historyDeleteRawModified(Settings& settings, const UaDeleteRawModifiedDetailsArray& details,
+                                      UaHistoryUpdateResults& results) override;
+    UaStatus historyDeleteAtTime(Settings& settings, const UaDeleteAtTimeDetailsArray& details,
+                                 UaHistoryUpdateResults& results) override;
+    UaStatus historyDeleteEvents(Settings& settings, const UaDeleteEventDetailsArray& details,
+                                 UaHistoryUpdateResults& results) override;
+    UaStatus queryFirst(Settings& settings, const UaClientSdk::QueryContext& context,
+                        const UaNodeTypeDescriptions& nodeTypes, UaQueryDataSets& dataSets,
+                        UaByteString& continuationPoint, UaClientSdk::QueryFindings& findings) override;
+    UaStatus queryNext(Settings& settings, bool release, UaByteString& continuationPoint,
+                       UaQueryDataSets& dataSets) override;
+    /// Ends calls that wait for the clock and have that handle.
+    UaStatus cancel(Settings& settings, OpcUa_UInt32 requestHandle, OpcUa_UInt32& cancelCount) override;
 
 protected:
     /// What comes before each answer: counts the call and takes its time.
@@ -77,6 +106,18 @@ private:
         OpcUa_StatusCode status = OpcUa_Good;
         int calls = 0;
     };
+    struct Waiting
+    {
+        OpcUa_UInt32 requestHandle;
+        std::atomic<bool> isCancelled = false;
+    };
+
+    [[nodiscard]] UaStatus waitFor(std::int64_t delay, const Settings& settings);
+    template <typename Items, typename Results, typename Answer>
+    UaStatus answerCall(Service service, const Settings& settings, const Items& items, Results& results,
+                        Answer answer);
+    template <typename Details>
+    UaStatus updateHistory(const Settings& settings, const Details& details, UaHistoryUpdateResults& results);
 
     [[nodiscard]] UaStatus history(const Settings& settings, const UaClientSdk::HistoryReadContext& context,
                                    const OpcUa_EncodeableType& type, const void* details,
@@ -85,6 +126,7 @@ private:
 
     mutable std::mutex m_mutex;
     std::map<Service, Rule> m_rules;
+    std::list<Waiting> m_waiting; ///< calls under way
     std::string m_lastPurpose;
     bool m_connected = true;
 };

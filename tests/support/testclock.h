@@ -1,5 +1,6 @@
 // A clock that a test turns. Those who wait for a time of it wait for the test.
 #pragma once
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
@@ -32,17 +33,24 @@ public:
         m_interrupted = true;
         m_changed.notify_all();
     }
-    /// False when it was interrupted.
-    bool wait(std::int64_t milliseconds)
+    /// Those who wait look whether they are stopped.
+    void wake()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_changed.notify_all();
+    }
+    /// False when it was interrupted or stopped. The flag may be set by any thread, which wakes then.
+    bool wait(std::int64_t milliseconds, const std::atomic<bool>* stopped = nullptr)
     {
         std::unique_lock lock(m_mutex);
         const std::int64_t until = m_now + milliseconds;
         if (!m_held && !m_interrupted)
             m_now = until;
+        const auto isStopped = [&] { return m_interrupted || (stopped && *stopped); };
         ++m_waiting;
-        m_changed.wait(lock, [&] { return m_interrupted || m_now >= until; });
+        m_changed.wait(lock, [&] { return isStopped() || m_now >= until; });
         --m_waiting;
-        return !m_interrupted;
+        return !isStopped();
     }
     /// How many wait at the moment.
     [[nodiscard]] int waiting() const

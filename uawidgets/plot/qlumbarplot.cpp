@@ -1,20 +1,31 @@
 #include <uawidgets/plot/qlumbarplot.h>
 
+#include <app/api/qlumactiontable.h>
+#include <uawidgets/plot/qlumplotactions_p.h>
 #include <uawidgets/plot/qlumplotcolors.h>
+#include <uawidgets/plot/qlumplotexport.h>
+#include <uawidgets/qlummessagebar.h>
 #include <uawidgets/table/qlumtabletext.h>
 
+#include <QAction>
 #include <QByteArray>
 #include <QColor>
 #include <QEvent>
+#include <QFont>
+#include <QFontMetricsF>
 #include <QFrame>
 #include <QIODevice>
+#include <QLayout>
 #include <QList>
+#include <QMetaMethod>
 #include <QPainter>
 #include <QPalette>
 #include <QPen>
 #include <QPointF>
 #include <QRectF>
+#include <QSaveFile>
 #include <QString>
+#include <QVBoxLayout>
 #include <QWidget>
 #include <qwt_plot.h>
 #include <qwt_plot_canvas.h>
@@ -38,6 +49,7 @@
 namespace {
 
 constexpr double halfBar = 0.4; // of the distance of two bars, 1
+constexpr int edge = 6;         // around the numbers of the axes
 
 // Names of bars in the place of numbers.
 class NameScale : public QwtScaleDraw
@@ -52,6 +64,11 @@ public:
     {
         const auto place = static_cast<std::size_t>(std::lround(value));
         return QwtText(value >= 0 && place < m_names.size() ? m_names[place] : QString(), QwtText::PlainText);
+    }
+    /// Qwt's leaves no room for what hangs below the line, as numbers have nothing there.
+    [[nodiscard]] double extent(const QFont& font) const override
+    {
+        return QwtScaleDraw::extent(font) + QFontMetricsF(font).descent();
     }
 
 private:
@@ -141,8 +158,8 @@ std::vector<QlumHistogramBin> qlumHistogram(std::span<const double> values, int 
 }
 
 QlumBarPlot::QlumBarPlot(QWidget* parent)
-    : QwtPlot(parent), m_grid(std::make_unique<QwtPlotGrid>()), m_boxes(std::make_unique<Boxes>()),
-      m_emptyLabel(std::make_unique<QwtPlotTextLabel>())
+    : QwtPlot(parent), m_messages(new QlumMessageBar(this)), m_grid(std::make_unique<QwtPlotGrid>()),
+      m_boxes(std::make_unique<Boxes>()), m_emptyLabel(std::make_unique<QwtPlotTextLabel>())
 {
     setAutoDelete(false); // items are members
     setAccessibleName(tr("Bar chart"));
@@ -151,8 +168,11 @@ QlumBarPlot::QlumBarPlot(QWidget* parent)
     ground->setFrameStyle(QFrame::NoFrame);
     ground->setAccessibleName(tr("Bars"));
     setCanvas(ground);
+    setContentsMargins(edge, edge, edge, edge);
+    makeActions();
     m_grid->enableX(false);
     m_grid->attach(this);
+    m_boxes->setZ(m_grid->z() + 1);
     m_boxes->attach(this);
     m_emptyLabel->attach(this);
     setEmptyText(tr("No figures yet"), tr("Bars appear here as soon as something was measured."));
@@ -228,6 +248,58 @@ bool QlumBarPlot::writeCsv(QIODevice* device) const
         text.append(QByteArray::number(static_cast<qulonglong>(bin.count))).append("\r\n");
     }
     return device->write(text) == text.size();
+}
+
+// ---- export
+
+void QlumBarPlot::makeActions()
+{
+    // over the drawing, whose own parts Qwt lays out
+    auto* layout = new QVBoxLayout(this);
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_messages->setAutoFillBackground(true);
+    m_messages->raise();
+    layout->addWidget(m_messages);
+    layout->addStretch();
+    m_actions = qlumBarPlotActions(this);
+    connect(m_actions[QlumPlotAction::Export], &QAction::triggered, this, [this] {
+        const QString name = qlumAskForPlotFile(this, tr("Figures as text"));
+        if (!name.isEmpty())
+            exportTo(name);
+    });
+    addActions(plotActions());
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+QList<QAction*> QlumBarPlot::plotActions() const
+{
+    return m_actions.list({QlumPlotAction::Export});
+}
+
+QString QlumBarPlot::writeFile(const QString& fileName)
+{
+    if (qlumPlotFileOf(fileName) != QlumPlotFile::Csv)
+        return qlumWritePlotPicture(this, size(), fileName);
+    QSaveFile file(fileName);
+    const bool isWritten = file.open(QIODevice::WriteOnly) && writeCsv(&file) && file.commit();
+    return isWritten ? QString() : file.errorString();
+}
+
+void QlumBarPlot::exportTo(const QString& fileName)
+{
+    const bool isKnown = qlumPlotFileOf(fileName) != QlumPlotFile::Unknown;
+    const QString fault = isKnown ? writeFile(fileName) : QString();
+    if (isKnown && fault.isEmpty()) {
+        m_messages->dismiss();
+        emit exported(fileName);
+        return;
+    }
+    const QString message = qlumPlotFileFault(fileName, fault);
+    if (isSignalConnected(QMetaMethod::fromSignal(&QlumBarPlot::exportFailed)))
+        emit exportFailed(message);
+    else
+        m_messages->tell({QlumMessage::Error, {}, message, {}, {}, {}});
 }
 
 void QlumBarPlot::applyColors()

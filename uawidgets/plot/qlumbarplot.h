@@ -1,5 +1,8 @@
 // Figures of measurements as bars.
 #pragma once
+#include <app/api/qlumactiontable.h>
+
+#include <QList>
 #include <QString>
 #include <qwt_plot.h>
 
@@ -8,8 +11,10 @@
 #include <span>
 #include <vector>
 
+class QAction;
 class QEvent;
 class QIODevice;
+class QlumMessageBar;
 class QWidget;
 class QwtPlotGrid;
 class QwtPlotTextLabel;
@@ -33,8 +38,7 @@ struct QlumHistogramBin
 /// is not finite is left out. None for no values.
 [[nodiscard]] std::vector<QlumHistogramBin> qlumHistogram(std::span<const double> values, int bins);
 
-/// Shows bars with names or a histogram: whichever was set last. Its pictures are those of qlumPlotImage()
-/// and qlumWritePlotSvg(). GUI thread.
+/// Shows bars with names or a histogram: whichever was set last. GUI thread.
 class QlumBarPlot : public QwtPlot
 {
     Q_OBJECT
@@ -52,6 +56,18 @@ public:
     /// What is shown as CSV (RFC 4180), UTF-8. False when the device does not take it.
     [[nodiscard]] bool writeCsv(QIODevice* device) const;
 
+    /// The commands, for menus and tool bars of the tool; they are in the context menu as well.
+    [[nodiscard]] QList<QAction*> plotActions() const;
+    /// Writes a file in the form of its ending: png, svg or csv. What was there stays unless all was written.
+    void exportTo(const QString& fileName);
+
+signals:
+    /// A file was written.
+    void exported(const QString& fileName);
+    /// A file could not be written: what failed, as plain text. While nobody is connected, a message bar of
+    /// the plot's own says it.
+    void exportFailed(const QString& message);
+
 protected:
     /// Colours follow the palette.
     void changeEvent(QEvent* event) override;
@@ -61,7 +77,11 @@ private:
 
     void applyColors();
     void showBoxes();
+    void makeActions();
+    [[nodiscard]] QString writeFile(const QString& fileName);
 
+    QlumActionTable m_actions;
+    QlumMessageBar* m_messages;
     std::vector<QlumBar> m_bars;
     std::vector<QlumHistogramBin> m_bins;
     std::unique_ptr<QwtPlotGrid> m_grid;

@@ -12,22 +12,22 @@
 #include <uawidgets/plot/qlumplotnavigator.h>
 #include <uawidgets/plot/qlumplotview.h>
 #include <uawidgets/plot/qlumsamplestore.h>
+#include <uawidgets/qlummessagebar.h>
 #include <uawidgets/table/qlumcopy.h>
 
 #include <QAbstractItemView>
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QDateTime>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QFutureWatcherBase>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QIODevice>
-#include <QImage>
 #include <QList>
 #include <QLocale>
 #include <QMenu>
+#include <QMetaMethod>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPoint>
@@ -64,8 +64,8 @@ namespace A = QlumPlotAction;
 constexpr int paintInterval = 50; // ms
 constexpr double panOfKey = 0.1;
 constexpr int cursorPixelsOfKey = 1;
-constexpr double pictureScale = 2;
 constexpr int significantDigits = 10;
+constexpr int readoutLines = 9;       // of text; more rows scroll
 constexpr double firstWidth = 60'000; // ms that are shown while samples begin to arrive
 
 // The value axes, beside the area.
@@ -112,6 +112,7 @@ QlumPlot::QlumPlot(QWidget* parent) : QWidget(parent), m_area(new QlumPlotArea(t
     m_area->setAccessibleName(tr("Plot"));
     auto* scales = new ValueScales(m_area, this);
     m_scales = scales;
+    m_messages = new QlumMessageBar(this);
     m_cursors = new QlumPlotCursors(m_area, this);
     m_navigator = new QlumPlotNavigator(m_area, m_cursors, this);
     makeReadout();
@@ -127,11 +128,12 @@ QlumPlot::QlumPlot(QWidget* parent) : QWidget(parent), m_area(new QlumPlotArea(t
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_scales, 0, 0);
-    layout->addWidget(m_area, 0, 1);
-    layout->addWidget(m_readout, 1, 0, 1, 2);
+    layout->addWidget(m_messages, 0, 0, 1, 2);
+    layout->addWidget(m_scales, 1, 0);
+    layout->addWidget(m_area, 1, 1);
+    layout->addWidget(m_readout, 2, 0, 1, 2);
     layout->setColumnStretch(1, 1);
-    layout->setRowStretch(0, 1);
+    layout->setRowStretch(1, 1);
 
     m_flushTimer.setSingleShot(true);
     m_flushTimer.setInterval(paintInterval);
@@ -341,7 +343,6 @@ void QlumPlot::makeReadout()
     m_readout->horizontalHeader()->setSectionResizeMode(
         QHeaderView::ResizeToContents); // a row for each curve, no more
     m_readout->horizontalHeader()->setStretchLastSection(true);
-    m_readout->setMaximumHeight(m_readout->fontMetrics().height() * 9);
     m_readout->hide();
     qlumAddCopyActions(m_readout);
 }
@@ -363,6 +364,9 @@ void QlumPlot::updateReadout()
         rows.push_back({reading.curve, reading.unit, numberText(reading.a), numberText(reading.b),
                         numberText(reading.difference())});
     m_readout->setRowCount(static_cast<int>(rows.size()));
+    const int height = m_readout->horizontalHeader()->sizeHint().height() +
+                       m_readout->verticalHeader()->length() + 2 * m_readout->frameWidth();
+    m_readout->setMaximumHeight(std::min(height, m_readout->fontMetrics().height() * readoutLines));
     for (int row = 0; row < m_readout->rowCount(); ++row)
         for (int column = 0; column < m_readout->columnCount(); ++column) {
             if (m_readout->item(row, column) == nullptr)
@@ -384,33 +388,22 @@ void QlumPlot::moveCursor(int cursor, int pixels)
 
 void QlumPlot::askForExport()
 {
-    const QString name = QFileDialog::getSaveFileName(
-        this, tr("Export Plot"), QString(), tr("Picture (*.png);;Drawing (*.svg);;Samples as text (*.csv)"));
+    const QString name = qlumAskForPlotFile(this, tr("Samples as text"));
     if (!name.isEmpty())
         exportTo(name);
 }
 
 void QlumPlot::exportTo(const QString& fileName)
 {
-    const QString suffix = QFileInfo(fileName).suffix().toLower();
-    const bool isSvg = suffix == QLatin1String("svg");
-    if (suffix == QLatin1String("csv"))
-        exportSamples(fileName);
-    else if (isSvg || suffix == QLatin1String("png"))
-        exportPicture(fileName, isSvg);
-    else
-        emit exportFailed(tr("%1 was not written: a plot can be a .png, .svg or .csv file.").arg(fileName));
-}
-
-void QlumPlot::exportPicture(const QString& fileName, bool isSvg)
-{
-    QSaveFile file(fileName);
-    const auto write = [&] {
-        return isSvg ? qlumWritePlotSvg(m_area, size(), &file)
-                     : qlumPlotImage(m_area, size(), pictureScale).save(&file, "PNG");
-    };
-    const bool isWritten = file.open(QIODevice::WriteOnly) && write() && file.commit();
-    endExport(fileName, isWritten ? QString() : file.errorString());
+    switch (qlumPlotFileOf(fileName)) {
+    case QlumPlotFile::Csv:
+        return exportSamples(fileName);
+    case QlumPlotFile::Png:
+    case QlumPlotFile::Svg:
+        return endExport(fileName, qlumWritePlotPicture(m_area, size(), fileName));
+    case QlumPlotFile::Unknown:
+        failExport(qlumPlotFileFault(fileName, QString()));
+    }
 }
 
 void QlumPlot::exportSamples(const QString& fileName)
@@ -436,9 +429,16 @@ void QlumPlot::exportSamples(const QString& fileName)
 
 void QlumPlot::endExport(const QString& fileName, const QString& fault)
 {
-    if (fault.isEmpty())
-        emit exported(fileName);
+    if (!fault.isEmpty())
+        return failExport(qlumPlotFileFault(fileName, fault));
+    m_messages->dismiss();
+    emit exported(fileName);
+}
+
+void QlumPlot::failExport(const QString& message)
+{
+    if (isSignalConnected(QMetaMethod::fromSignal(&QlumPlot::exportFailed)))
+        emit exportFailed(message);
     else
-        emit exportFailed(
-            tr("%1 was not written: %2. Choose another folder, or make room.").arg(fileName, fault));
+        m_messages->tell({QlumMessage::Error, {}, message, {}, {}, {}});
 }

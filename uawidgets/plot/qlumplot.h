@@ -22,6 +22,7 @@
 class QAction;
 class QContextMenuEvent;
 class QTableWidget;
+class QlumMessageBar;
 class QlumPlotArea;
 class QlumPlotCursors;
 class QlumPlotNavigator;
@@ -70,7 +71,8 @@ public:
 signals:
     /// A file was written.
     void exported(const QString& fileName);
-    /// A file could not be written: what failed, as plain text, for the message bar of the view.
+    /// A file could not be written: what failed, as plain text. While nobody is connected, a message bar of
+    /// the plot's own says it.
     void exportFailed(const QString& message);
 
 protected:
@@ -87,11 +89,12 @@ private:
     void flush();
     void sortLate(QlumPlotCurve* curve);
     void askForExport();
-    void exportPicture(const QString& fileName, bool isSvg);
     void exportSamples(const QString& fileName);
     void endExport(const QString& fileName, const QString& fault);
+    void failExport(const QString& message);
 
     QlumPlotArea* m_area;
+    QlumMessageBar* m_messages;
     QWidget* m_scales;
     QTableWidget* m_readout;
     QlumPlotCursors* m_cursors;

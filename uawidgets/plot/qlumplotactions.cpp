@@ -53,6 +53,11 @@ constexpr QlumActionRow plotActionRows[] = {
     {A::Export, "plotExport", PLOT_TEXT("E&xport..."), "", qlumNoKey, PLOT_TEXT("Export Picture or Samples"),
      PLOT_TEXT("<b>Export</b><br>Writes a picture (PNG, SVG), or the samples of the visible curves (CSV).")},
 };
+
+constexpr QlumActionRow barPlotActionRows[] = {
+    {A::Export, "plotExport", PLOT_TEXT("E&xport..."), "", qlumNoKey, PLOT_TEXT("Export Picture or Figures"),
+     PLOT_TEXT("<b>Export</b><br>Writes a picture (PNG, SVG), or the figures (CSV).")},
+};
 #undef PLOT_TEXT
 
 constexpr std::pair<A::Id, int> plotShortcuts[] = {
@@ -78,4 +83,9 @@ QlumActionTable qlumPlotActions(QObject* parent)
     for (const int id : {A::Follow, A::Cursors, A::Utc})
         actions[id]->setCheckable(true);
     return actions;
+}
+
+QlumActionTable qlumBarPlotActions(QObject* parent)
+{
+    return QlumActionTable(barPlotActionRows, "QlumPlot", parent);
 }

@@ -26,3 +26,6 @@ enum Id {
 
 /// Those that have a place in menus have a row; parent is the plot.
 [[nodiscard]] QlumActionTable qlumPlotActions(QObject* parent);
+
+/// Export only, for plots of bars.
+[[nodiscard]] QlumActionTable qlumBarPlotActions(QObject* parent);

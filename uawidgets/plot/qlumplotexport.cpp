@@ -2,12 +2,15 @@
 
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastring.h>
+#include <uawidgets/plot/qlumplot.h>
 #include <uawidgets/plot/qlumplotarea.h>
 #include <uawidgets/plot/qlumplotcurve.h>
 #include <uawidgets/plot/qlumsamplestore.h>
 #include <uawidgets/table/qlumtabletext.h>
 
 #include <QByteArray>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QIODevice>
 #include <QImage>
 #include <QLatin1Char>
@@ -16,9 +19,11 @@
 #include <QPalette>
 #include <QRect>
 #include <QRectF>
+#include <QSaveFile>
 #include <QSize>
 #include <QString>
 #include <QSvgGenerator>
+#include <QWidget>
 #include <QtGlobal>
 #include <qwt_plot.h>
 #include <qwt_plot_renderer.h>
@@ -117,6 +122,43 @@ bool qlumWritePlotSvg(QwtPlot* plot, const QSize& size, QIODevice* device)
         return false;
     paintPlot(plot, &painter, size);
     return painter.end();
+}
+
+QlumPlotFile qlumPlotFileOf(const QString& fileName)
+{
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    if (suffix == QLatin1String("png"))
+        return QlumPlotFile::Png;
+    if (suffix == QLatin1String("svg"))
+        return QlumPlotFile::Svg;
+    return suffix == QLatin1String("csv") ? QlumPlotFile::Csv : QlumPlotFile::Unknown;
+}
+
+QString qlumWritePlotPicture(QwtPlot* plot, const QSize& size, const QString& fileName)
+{
+    constexpr double pictureScale = 2;
+    QSaveFile file(fileName);
+    const auto write = [&] {
+        return qlumPlotFileOf(fileName) == QlumPlotFile::Svg
+                   ? qlumWritePlotSvg(plot, size, &file)
+                   : qlumPlotImage(plot, size, pictureScale).save(&file, "PNG");
+    };
+    const bool isWritten = file.open(QIODevice::WriteOnly) && write() && file.commit();
+    return isWritten ? QString() : file.errorString();
+}
+
+QString qlumAskForPlotFile(QWidget* parent, const QString& csvText)
+{
+    return QFileDialog::getSaveFileName(
+        parent, QlumPlot::tr("Export Plot"), QString(),
+        QlumPlot::tr("Picture (*.png);;Drawing (*.svg);;%1 (*.csv)").arg(csvText));
+}
+
+QString qlumPlotFileFault(const QString& fileName, const QString& reason)
+{
+    if (reason.isEmpty())
+        return QlumPlot::tr("%1 was not written: a plot can be a .png, .svg or .csv file.").arg(fileName);
+    return QlumPlot::tr("%1 was not written: %2. Choose another folder, or make room.").arg(fileName, reason);
 }
 
 std::vector<QlumCurveSamples> qlumVisibleSamples(const QlumPlotArea& area)

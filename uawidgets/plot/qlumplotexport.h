@@ -12,6 +12,7 @@
 
 class QIODevice;
 class QlumPlotArea;
+class QWidget;
 class QwtPlot;
 
 /// A plot with its scales and legend as a picture; size in pixels, drawn larger by a factor for fine screens
@@ -20,6 +21,26 @@ class QwtPlot;
 
 /// The same as SVG; size in pixels of 1/96 inch. False when the device does not take it.
 [[nodiscard]] bool qlumWritePlotSvg(QwtPlot* plot, const QSize& size, QIODevice* device);
+
+/// What the ending of a file's name asks for.
+enum class QlumPlotFile {
+    Unknown, ///< nothing that a plot can be
+    Png,     ///< a picture
+    Svg,     ///< a drawing
+    Csv      ///< text
+};
+/// Of a name, whatever the case of its ending.
+[[nodiscard]] QlumPlotFile qlumPlotFileOf(const QString& fileName);
+
+/// Writes a plot of that size as PNG or SVG; the picture is drawn twice as large. What was there stays unless
+/// all was written. The reason when that failed, else empty. GUI thread.
+[[nodiscard]] QString qlumWritePlotPicture(QwtPlot* plot, const QSize& size, const QString& fileName);
+
+/// The user's choice of a file for a plot; empty for none. The text says what CSV holds: "Samples as text".
+[[nodiscard]] QString qlumAskForPlotFile(QWidget* parent, const QString& csvText);
+
+/// What the user reads of a file that was not written, for that reason; without one its ending is unknown.
+[[nodiscard]] QString qlumPlotFileFault(const QString& fileName, const QString& reason);
 
 /// What a curve gives to a file: a copy, so that samples may go on arriving.
 struct QlumCurveSamples

@@ -2,6 +2,8 @@
 
 #include <QDate>
 #include <QDateTime>
+#include <QFont>
+#include <QFontMetricsF>
 #include <QList>
 #include <QLocale>
 #include <QString>
@@ -192,4 +194,9 @@ QwtText QlumTimeScaleDraw::label(double time) const
     if (step < day && (place == 0 || place >= ticks.size() || !isSameDay(ticks[place - 1], time, m_zone)))
         text += QLatin1Char('\n') + locale.toString(dateTime(time, m_zone).date(), QLocale::ShortFormat);
     return QwtText(text, QwtText::PlainText);
+}
+
+double QlumTimeScaleDraw::extent(const QFont& font) const
+{
+    return QwtScaleDraw::extent(font) + QFontMetricsF(font).descent();
 }

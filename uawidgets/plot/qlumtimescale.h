@@ -1,5 +1,6 @@
 // The time axis of plots: round times of a zone, whatever its clocks do.
 #pragma once
+#include <QFont>
 #include <QLocale>
 #include <QString>
 #include <QTimeZone>
@@ -52,6 +53,8 @@ public:
 
     /// Plain text of one or two lines.
     [[nodiscard]] QwtText label(double time) const override;
+    /// With room for what hangs below the line of a date, which numbers have not.
+    [[nodiscard]] double extent(const QFont& font) const override;
 
 private:
     QTimeZone m_zone;

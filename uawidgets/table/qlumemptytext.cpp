@@ -3,6 +3,7 @@
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAbstractProxyModel>
+#include <QColor>
 #include <QEvent>
 #include <QLabel>
 #include <QPalette>
@@ -19,16 +20,27 @@ QlumEmptyText::QlumEmptyText(QAbstractItemView* view, const QString& text)
     m_label->setWordWrap(true);
     m_label->setAlignment(Qt::AlignCenter);
     m_label->setMargin(margin);
+    m_label->setForegroundRole(QPalette::WindowText);
+    applyColor();
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents); // what is dropped is the view's
-    view->installEventFilter(this);
     view->viewport()->installEventFilter(this);
     const QAbstractItemModel* model = view->model();
     connect(model, &QAbstractItemModel::rowsInserted, this, &QlumEmptyText::update);
     connect(model, &QAbstractItemModel::rowsRemoved, this, &QlumEmptyText::update);
     connect(model, &QAbstractItemModel::modelReset, this, &QlumEmptyText::update);
     connect(model, &QAbstractItemModel::layoutChanged, this, &QlumEmptyText::update);
-    applyPalette();
     update();
+}
+
+// Paler than rows, and still to be read. A label in the role of placeholders paints nothing.
+void QlumEmptyText::applyColor()
+{
+    constexpr double strength = 0.65;
+    QPalette palette = m_view->palette();
+    QColor ink = palette.color(QPalette::Text);
+    ink.setAlphaF(strength);
+    palette.setColor(QPalette::WindowText, ink);
+    m_label->setPalette(palette);
 }
 
 void QlumEmptyText::setText(const QString& text)
@@ -39,6 +51,8 @@ void QlumEmptyText::setText(const QString& text)
 
 void QlumEmptyText::update()
 {
+    if (!m_label)
+        return; // the view is being destroyed, and its own model lets its rows go
     const QAbstractItemModel* model = m_view->model();
     const auto* proxy = qobject_cast<const QAbstractProxyModel*>(model);
     const bool isFiltered = proxy && proxy->sourceModel() && proxy->sourceModel()->rowCount() > 0;
@@ -47,20 +61,11 @@ void QlumEmptyText::update()
     m_label->setVisible(model && model->rowCount(m_view->rootIndex()) == 0);
 }
 
-// As a foreground the role of placeholders draws nothing: Qt gives it a colour and no brush.
-void QlumEmptyText::applyPalette()
-{
-    QPalette palette = m_view->palette();
-    palette.setColor(QPalette::Text, palette.color(QPalette::PlaceholderText));
-    m_label->setForegroundRole(QPalette::Text);
-    m_label->setPalette(palette);
-}
-
 bool QlumEmptyText::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Resize && watched != m_view)
+    if (event->type() == QEvent::Resize)
         update();
-    if (event->type() == QEvent::PaletteChange && watched == m_view)
-        applyPalette();
+    else if (event->type() == QEvent::PaletteChange && m_label)
+        applyColor();
     return QObject::eventFilter(watched, event);
 }

@@ -1,10 +1,11 @@
 #pragma once
+#include <QLabel>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 class QAbstractItemView;
 class QEvent;
-class QLabel;
 
 /// A text in the middle of a view that has no rows: what to do to get some, or that a filter hides them all.
 /// Belongs to the view. GUI thread.
@@ -19,14 +20,14 @@ public:
     void setText(const QString& text);
 
 protected:
-    /// Keeps the text in the middle, and to be read on every palette.
+    /// Keeps the text in the middle and in the colours of the view.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void update();
-    void applyPalette();
+    void applyColor();
 
     QAbstractItemView* m_view;
-    QLabel* m_label;
+    QPointer<QLabel> m_label;
     QString m_text;
 };

@@ -49,12 +49,14 @@ void showFailure(QAbstractItemView* view, const QString& path, const QString& er
 
 void qlumMakeTable(QAbstractItemView* view, const QlumTableOptions& options)
 {
-    qlumAddCopyActions(view);
+    if (!options.copiesItself)
+        qlumAddCopyActions(view);
     QAction* action = QlumActionTable(exportRows, "QlumTable", view)[0];
     QObject::connect(action, &QAction::triggered, view,
                      [view, name = options.fileName] { qlumExportCsv(view, name); });
     view->addAction(action);
-    if (QHeaderView* header = qlumColumnHeader(view)) {
+    QHeaderView* header = qlumColumnHeader(view);
+    if (header && !header->isHidden()) {
         if (options.state)
             options.state->keep(header, options.stateKey);
         new QlumColumnChooser(view);

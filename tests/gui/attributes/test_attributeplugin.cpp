@@ -1,5 +1,6 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdatatypeeventinterface.h>
+#include <app/api/qlumtoolservices.h>
 #include <plugins/attributes/qlumattributeplugin.h>
 #include <plugins/attributes/qlumattributeview.h>
 #include <tests/gui/attributes/attributefixture.h>
@@ -15,7 +16,9 @@
 #include <uawidgets/qlummessagebar.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QDialog>
 #include <QDockWidget>
@@ -23,12 +26,15 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QModelIndex>
+#include <QObject>
+#include <QPoint>
 #include <QPushButton>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
 
 #include <atomic>
@@ -308,6 +314,51 @@ TEST_F(AttributePlugin, CopiesTheWholeTextAndKeepsWhatIsOpen)
     ASSERT_TRUE(waitFor(2));
     EXPECT_FALSE(view()->isExpanded(model.index(7, 0)));
     EXPECT_TRUE(view()->isExpanded(model.index(0, 0)));
+}
+
+TEST_F(AttributePlugin, RowsThatNameANodeHaveItsCommands)
+{
+    QlumToolServices tools;
+    QStringList revealed;
+    QObject owner;
+    tools.takeReveal(&owner, [&](unsigned int server, const UaNodeId& id) {
+        revealed.append(QString::number(server) + " " + toQString(id.toXmlString()));
+        return true;
+    });
+    services->attributes[{node(1), OpcUa_Attributes_DataType}] = UaVariant(UaNodeId(17));
+    services->attributes[{node(1), OpcUa_Attributes_Value}] = UaVariant(UaNodeId(8, 3));
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    auto& model = *plugin.model();
+    auto* reveal = view()->findChild<QAction*>("revealNode");
+    ASSERT_TRUE(reveal);
+    const auto revealAt = [&](const QModelIndex& index, QContextMenuEvent::Reason reason, QWidget* asked) {
+        view()->setCurrentIndex(index);
+        const QPoint place(1, 1);
+        QContextMenuEvent menu(reason, place, asked->mapToGlobal(place));
+        QTimer::singleShot(
+            0,
+            [] {
+                while (QWidget* popup = QApplication::activePopupWidget())
+                    popup->close();
+            });
+        QApplication::sendEvent(asked, &menu);
+        if (reveal->isVisible())
+            reveal->trigger();
+        return reveal->isVisible();
+    };
+    const auto row = [&](const char* name) {
+        return model.match(model.index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly).value(0);
+    };
+    EXPECT_TRUE(revealAt(row("NodeId"), QContextMenuEvent::Mouse, view()->viewport()));
+    const QModelIndex detail = model.index(1, 1, row("NodeId"));
+    EXPECT_TRUE(revealAt(detail, QContextMenuEvent::Keyboard, view()));
+    EXPECT_TRUE(revealAt(row("DataType"), QContextMenuEvent::Keyboard, view()));
+    EXPECT_TRUE(revealAt(model.index(0, 1, row("Value")), QContextMenuEvent::Mouse, view()->viewport()));
+    EXPECT_FALSE(revealAt(row("NodeClass"), QContextMenuEvent::Mouse, view()->viewport()));
+    EXPECT_EQ(revealed, (QStringList{"5 ns=2;i=1", "5 ns=2;i=1", "5 i=17", "5 ns=3;i=8"}));
+    EXPECT_EQ(model.nodeIn(row("NodeId")).nodeClass, OpcUa_NodeClass_Variable);
+    EXPECT_EQ(model.nodeIn(row("DataType")).nodeClass, OpcUa_NodeClass_Unspecified);
 }
 
 TEST_F(AttributePlugin, LoadedTypesDecodeWhatIsShownAndKeepItsPlace)

@@ -1,3 +1,6 @@
+#include <app/api/qlumjob.h>
+#include <app/api/qlumjobpool.h>
+#include <app/api/qlumrunningwork.h>
 #include <certificates/qlumcertificatemanager.h>
 #include <certificates/qlumcertificatemanagerdialog.h>
 #include <certificates/qlumcertificatemodel.h>
@@ -29,6 +32,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
@@ -45,6 +49,7 @@
 #include <QUrl>
 #include <QWidget>
 
+#include <future>
 #include <memory>
 
 namespace {
@@ -349,6 +354,25 @@ TEST_F(CertificateManager, TheApplicationCertificateIsCopied)
         QStringLiteral("Could Not Copy Certificate: The application certificate could not be copied to '%1'.")
             .arg(target));
     EXPECT_FALSE(QFile::exists(target));
+}
+
+TEST(StorePage, SaysThatTheUserHasCancelledItsReading)
+{
+    QlumCrlPage page(QlumCRLModel::Trusted, "Lists", QString());
+    std::promise<void> end;
+    QlumJobPool pool;
+    pool.add({}, [free = end.get_future().share()](QlumJob&) { free.wait(); }); // keeps the thread
+    page.reload(pool);
+    QlumRunningWork& work = QlumRunningWork::instance();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !work.rows().isEmpty(); }));
+    EXPECT_EQ(work.rows().first().text, "Reading Lists");
+    work.cancel(work.rows().first().number);
+    end.set_value();
+    const auto* count = page.findChild<QLabel*>(page.objectName() + "Count");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return count->text() == "0 entries; reading was cancelled"; }));
+    page.reload(pool);
+    EXPECT_FALSE(count->text().contains("cancelled"));
+    EXPECT_TRUE(pool.waitForDone(limit));
 }
 
 TEST_F(CertificateManager, FiveThousandFilesDoNotHoldUpTheWindow)

@@ -2,13 +2,20 @@
 #include <uawidgets/plot/qlumbarplot.h>
 #include <uawidgets/plot/qlumplotcolors.h>
 #include <uawidgets/plot/qlumplotexport.h>
+#include <uawidgets/qlummessagebar.h>
 
 #include <QBuffer>
 #include <QColor>
+#include <QFile>
 #include <QImage>
+#include <QLabel>
+#include <QList>
 #include <QPalette>
+#include <QSignalSpy>
 #include <QSize>
 #include <QString>
+#include <QTemporaryDir>
+#include <QTest>
 #include <gtest/gtest.h>
 #include <qwt_scale_draw.h>
 #include <qwt_text.h>
@@ -93,6 +100,43 @@ TEST(BarPlot, DrawsBarsAsHighAsTheirFigures)
     EXPECT_EQ(csv.data().toStdString(), "Name,Value\r\nread,10\r\n<i>write</i>,5\r\nnone,\r\n");
     plot.setBars({}, QString());
     EXPECT_EQ(count(plot, 0, 100), 0);
+}
+
+TEST(BarPlot, IsExportedAndSaysWhatFailed)
+{
+    QlumBarPlot plot;
+    plot.resize(600, 400);
+    plot.setBars({{QStringLiteral("read"), 2}}, QStringLiteral("ms"));
+    QSignalSpy exported(&plot, &QlumBarPlot::exported);
+    const QTemporaryDir folder;
+    const auto* bar = plot.findChild<QlumMessageBar*>();
+    ASSERT_TRUE(bar);
+    for (const char* path : {"/nowhere/bars.csv", "/nowhere/bars.svg", "bars.exe"}) {
+        plot.exportTo(QString::fromLatin1(path));
+        ASSERT_FALSE(bar->isHidden()) << path;
+        plot.show();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return bar->width() > 400; })) << "as wide as the plot";
+        EXPECT_TRUE(bar->isAncestorOf(plot.childAt(bar->geometry().center()))) << "in front of the bars";
+        const QList<QLabel*> labels = bar->findChildren<QLabel*>();
+        EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
+            return label->text().contains(QString::fromLatin1(path));
+        })) << path;
+    }
+    plot.exportTo(folder.filePath(QStringLiteral("bars.CSV")));
+    EXPECT_TRUE(bar->isHidden()) << "a success settles the failure before";
+    QFile csv(folder.filePath(QStringLiteral("bars.CSV")));
+    ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
+    EXPECT_EQ(csv.readAll().toStdString(), "Name,Value\r\nread,2\r\n");
+    plot.exportTo(folder.filePath(QStringLiteral("bars.png")));
+    EXPECT_EQ(QImage(folder.filePath(QStringLiteral("bars.png"))).size(), QSize(1200, 800));
+    EXPECT_EQ(exported.count(), 2);
+    ASSERT_EQ(plot.plotActions().size(), 1);
+    EXPECT_TRUE(plot.actions().contains(plot.plotActions().first()));
+
+    QSignalSpy failed(&plot, &QlumBarPlot::exportFailed);
+    plot.exportTo(QStringLiteral("/nowhere/bars.csv"));
+    EXPECT_EQ(failed.count(), 1);
+    EXPECT_TRUE(bar->isHidden()) << "the tool tells it";
 }
 
 TEST(BarPlot, DrawsHistogramsInThePaletteOfTheMoment)

@@ -10,6 +10,7 @@
 #include <uawidgets/plot/qlumplotnavigator.h>
 #include <uawidgets/plot/qlumplotview.h>
 #include <uawidgets/plot/qlumsamplestore.h>
+#include <uawidgets/qlummessagebar.h>
 
 #include <QAction>
 #include <QApplication>
@@ -465,6 +466,8 @@ TEST_F(Plot, ExportsSamplesAsCsv)
     const QTemporaryDir folder;
     const QString name = QDir(folder.path()).filePath(QStringLiteral("plot.csv"));
     QSignalSpy exported(&plot, &QlumPlot::exported);
+    plot.exportTo(QStringLiteral("plot.exe"));
+    EXPECT_FALSE(plot.findChild<QlumMessageBar*>()->isHidden()) << "nobody else tells it";
     QSignalSpy failed(&plot, &QlumPlot::exportFailed);
     plot.exportTo(name);
     ASSERT_TRUE(QTest::qWaitFor([&] { return exported.count() == 1; }));

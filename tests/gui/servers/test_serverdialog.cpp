@@ -1,3 +1,4 @@
+#include <app/api/qlumrunningwork.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
@@ -120,6 +121,26 @@ TEST_F(ServerDialog, CancelLeavesTheDialogUsable)
     released.notify_all();
     ASSERT_TRUE(fetch("opc.tcp://plc1"));
     EXPECT_EQ(find<QTreeView>("endpoints")->model()->rowCount(), 2);
+}
+
+TEST_F(ServerDialog, AQuestionCanBeGivenUpInTheListOfRunningWork)
+{
+    make();
+    held = true;
+    find<QLineEdit>("endpointUrl")->setText("opc.tcp://silent");
+    find<QPushButton>("getEndpoints")->click();
+    QlumRunningWork& work = QlumRunningWork::instance();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !work.rows().isEmpty(); }));
+    EXPECT_TRUE(work.rows().first().text.contains("opc.tcp://silent"));
+    work.cancel(work.rows().first().number);
+    {
+        const std::lock_guard lock(mutex);
+        held = false;
+    }
+    released.notify_all();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return find<QWidget>("fetchProgress")->isHidden(); }));
+    EXPECT_TRUE(find<QLabel>("message")->text().contains("BadRequestCancelledByClient"));
+    EXPECT_EQ(find<QTreeView>("endpoints")->model()->rowCount(), 0) << "the answer came too late";
 }
 
 TEST_F(ServerDialog, FailuresSayWhatAndWhere)

@@ -25,6 +25,8 @@
 #include <QStringList>
 #include <QTableView>
 #include <QTreeView>
+#include <QTreeWidget>
+#include <QTreeWidgetItem>
 #include <QVector>
 #include <gtest/gtest.h>
 
@@ -204,6 +206,11 @@ TEST_F(Tables, AnEmptyViewSaysWhy)
     QlumTableFilter filter;
     filter.setSourceModel(&model);
     view.setModel(&filter);
+    {
+        QTreeWidget own; // a model that goes after the view's other parts
+        new QTreeWidgetItem(&own);
+        qlumMakeTable(&own, {"Nothing here.", QString(), nullptr, QString()});
+    }
     qlumMakeTable(&view, {"Drop <b>nodes</b> here.", QString(), nullptr, QString()});
     view.resize(400, 300);
     view.show();
@@ -217,6 +224,20 @@ TEST_F(Tables, AnEmptyViewSaysWhy)
     filter.setText(QString());
     EXPECT_TRUE(text->isVisible());
     EXPECT_EQ(text->text(), "Drop <b>nodes</b> here.");
+    const auto paintedPixels = [&] {
+        const QImage image = view.viewport()->grab().toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                count += contrast(image.pixelColor(x, y), view.palette().color(QPalette::Base)) > 4.5 ? 1 : 0;
+        return count;
+    };
+    EXPECT_GT(paintedPixels(), 50);
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(35, 35, 35));
+    dark.setColor(QPalette::Text, Qt::white);
+    view.setPalette(dark);
+    EXPECT_GT(paintedPixels(), 50);
     EXPECT_EQ(text->textFormat(), Qt::PlainText);
     EXPECT_NE(text->text(), filtered);
     view.resize(300, 200);
