@@ -7,9 +7,11 @@
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumendpointchoice.h>
+#include <servers/qlumtlstrustquestion.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/servicesettings.h>
 
 #include <QDebug>
@@ -31,7 +33,9 @@ QlumConnectFlow::QlumConnectFlow(const QlumLog& log, UaClientSdk::UaSession& ses
 {
     connect(&m_fetcher, &QlumEndpointFetcher::finished, this, &QlumConnectFlow::takeEndpoints);
     connect(&m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
-            &QlumConnectFlow::untrustedCertificate);
+            [this](unsigned int status, const QByteArray& certificate) {
+                static_cast<void>(m_tlsTrap.take({status, certificate})); // takeEndpoints looks for it
+            });
     connect(&m_worker, &QlumConnectWorker::ended, this, &QlumConnectFlow::takeResult);
 }
 
@@ -83,6 +87,7 @@ void QlumConnectFlow::run()
 {
     switch (m_step) {
     case Step::Endpoints:
+        m_tlsTrap.set();
         return m_fetcher.fetch(m_setting.endpoint.url, static_cast<int>(m_info.connectTimeout));
     case Step::Endpoint:
         return chooseEndpoint();
@@ -138,6 +143,7 @@ void QlumConnectFlow::finish(Result result)
 {
     m_step = Step::Idle;
     ++m_turn;
+    static_cast<void>(m_tlsTrap.release());
     if (std::exchange(m_isAsking, false))
         m_prompts.withdraw();
     m_attempt = Attempt(); // with what is secret in it
@@ -176,12 +182,33 @@ void QlumConnectFlow::cancel()
 
 void QlumConnectFlow::takeEndpoints(unsigned int status, const QVector<QlumEndpoint>& endpoints)
 {
-    if (!OpcUa_IsGood(status)) {
-        m_log.error(tr("Could not connect to server: ") + qlumStatusText(status));
-        return giveUp();
-    }
+    const std::optional<QlumTlsFailure> failure = m_tlsTrap.release();
+    m_attempt.discovery = status;
     m_attempt.endpoints = endpoints;
-    enter(Step::Endpoint);
+    if (OpcUa_IsGood(status))
+        return enter(Step::Endpoint);
+    if (!failure)
+        return takeDiscoveryTrust(false);
+    askAboutTls(*failure, answer(&QlumConnectFlow::takeDiscoveryTrust));
+}
+
+void QlumConnectFlow::takeDiscoveryTrust(bool isTrusted)
+{
+    if (isTrusted)
+        return enter(Step::Endpoints);
+    m_log.error(tr("Could not connect to server: ") + qlumStatusText(m_attempt.discovery));
+    giveUp();
+}
+
+void QlumConnectFlow::askAboutTls(const QlumTlsFailure& failure, QlumConnectPrompts::Decided decided)
+{
+    QlumTlsTrustQuestion::log(m_log, m_setting.displayName, failure.status);
+    post([this, failure] { emit untrustedCertificate(failure.status, failure.certificate); });
+    const UaByteString certificate(failure.certificate.size(),
+                                   reinterpret_cast<const OpcUa_Byte*>(failure.certificate.constData()));
+    m_prompts.askTlsTrust(m_setting.displayName, certificate, UaStatusCode(failure.status),
+                          std::move(decided));
+    asking();
 }
 
 void QlumConnectFlow::chooseEndpoint()
@@ -383,10 +410,22 @@ void QlumConnectFlow::takeVerdict(const QlumCertificateVerdict& verdict)
 
 void QlumConnectFlow::connectSession()
 {
-    m_worker.run(
-        [this, url = toUaString(m_setting.endpoint.url), info = m_info, security = m_attempt.security] {
-            return m_session.connect(url, info, security, &m_callback);
-        });
+    m_worker.run([this, security = m_attempt.security] { return openSession(security); });
+}
+
+// While the user looks at a TLS certificate the channel that met it is closed, so no call's time runs out,
+// and his word is followed by another attempt.
+UaStatus QlumConnectFlow::openSession(const UaClientSdk::SessionSecurityInfo& security)
+{
+    const UaString url = toUaString(m_setting.endpoint.url);
+    UaStatus status;
+    std::optional<QlumTlsFailure> failure;
+    do {
+        m_tlsTrap.set();
+        status = m_session.connect(url, m_info, security, &m_callback);
+        failure = m_tlsTrap.release();
+    } while (status.isBad() && failure && isTrustedNow(*failure));
+    return status;
 }
 
 void QlumConnectFlow::changeUser()
@@ -438,28 +477,42 @@ bool QlumConnectFlow::connectError(UaClient::ConnectServiceType step, const UaSt
         m_log.error(tr("Error '%1' was returned during %2").arg(told.status, told.step));
         if (!told.details.isEmpty())
             m_log.error(told.details);
-        m_refusal = step != UaClient::CertificateValidation ? error.statusCode() : OpcUa_Good;
+        const bool isServers = step != UaClient::CertificateValidation && !m_tlsTrap.hasFailure();
+        m_refusal = isServers ? error.statusCode() : OpcUa_Good;
         return false;
     }
+    return askOnWorker([this, told](const QlumConnectPrompts::Decided& decided) {
+        m_prompts.askConnectError(told, decided);
+        asking();
+    });
+}
+
+bool QlumConnectFlow::isTrustedNow(const QlumTlsFailure& failure)
+{
+    return askOnWorker(
+        [this, failure](const QlumConnectPrompts::Decided& decided) { askAboutTls(failure, decided); });
+}
+
+bool QlumConnectFlow::askOnWorker(const std::function<void(QlumConnectPrompts::Decided)>& open)
+{
     // the server waits no longer than that for its new session to be used
     constexpr double longest = 24 * 3600 * 1000.0;
     const std::chrono::milliseconds limit(static_cast<int>(std::clamp(m_info.sessionTimeout, 1.0, longest)));
-    return m_worker.ask([this, told](const auto& question) { askAboutError(told, question); }, limit);
+    return m_worker.ask([this, open](const auto& question) { openForWorker(open, question); }, limit);
 }
 
-void QlumConnectFlow::askAboutError(const QlumConnectError& error,
+void QlumConnectFlow::openForWorker(const std::function<void(QlumConnectPrompts::Decided)>& open,
                                     const std::shared_ptr<QlumConnectWorker::Question>& question)
 {
     if (m_step != Step::Session)
         return;
-    m_prompts.askConnectError(error, [this, question, turn = m_turn](bool isIgnored) {
+    open([this, question, turn = m_turn](bool decided) {
         if (turn != m_turn)
             return;
-        post([this, question, isIgnored] {
+        post([this, question, decided] {
             m_isAsking = false;
-            m_worker.answer(*question, isIgnored);
+            m_worker.answer(*question, decided);
             emit stepChanged(m_step, false);
         });
     });
-    asking();
 }

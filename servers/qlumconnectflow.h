@@ -5,6 +5,7 @@
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointfetcher.h>
+#include <servers/qlumtlsfailure.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastatuscode.h>
 #include <uaclientsdk/sessionconnectinfo.h>
@@ -18,6 +19,7 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -53,7 +55,6 @@ public:
     QlumConnectFlow(const QlumLog& log, UaClientSdk::UaSession& session,
                     UaClientSdk::UaSessionCallback& callback, QlumConnectPrompts& prompts,
                     QObject* parent = nullptr);
-    /// Waits for a server that is asked for its endpoints, as long as the connect timeout.
     ~QlumConnectFlow() override;
 
     /// Begins a connect; the flow must be idle.
@@ -80,11 +81,14 @@ public:
     /// for his answer. True goes on.
     [[nodiscard]] bool connectError(UaClientSdk::UaClient::ConnectServiceType step, const UaStatus& error,
                                     bool clientSideError);
+    /// A TLS certificate that nobody trusts. False when it is not the connect under way that has failed with
+    /// it; that one asks the user then, and tries again when he trusts it. Any thread; does not wait.
+    [[nodiscard]] bool takeTlsFailure(const QlumTlsFailure& failure) { return m_tlsTrap.take(failure); }
 
 signals:
     /// A step begins, begins to wait for the user, or goes on after his answer.
     void stepChanged(QlumConnectFlow::Step step, bool isAsking);
-    /// A TLS certificate (DER) that nobody trusts ended the question for the endpoints.
+    /// The user is asked about a TLS certificate (DER) that nobody trusts.
     void untrustedCertificate(unsigned int status, const QByteArray& certificate);
     /// The flow is idle again.
     void finished(QlumConnectFlow::Result result);
@@ -92,6 +96,7 @@ signals:
 private:
     struct Attempt ///< what a connect has found out so far
     {
+        unsigned int discovery = 0; ///< status
         QVector<QlumEndpoint> endpoints;
         QlumEndpoint endpoint; ///< the chosen one, or the stored one when the user insists
         UaClientSdk::SessionSecurityInfo security;
@@ -109,6 +114,7 @@ private:
     void asking();
 
     void takeEndpoints(unsigned int status, const QVector<QlumEndpoint>& endpoints);
+    void takeDiscoveryTrust(bool isTrusted);
     void chooseEndpoint();
     void takeUnsupportedPolicy(bool isIgnored);
     void takeFirstCertificate();
@@ -126,7 +132,11 @@ private:
     void changeUser();
     void takeResult(const UaStatus& status);
     void takeConnectResult(const UaStatus& status);
-    void askAboutError(const QlumConnectError& error,
+    [[nodiscard]] UaStatus openSession(const UaClientSdk::SessionSecurityInfo& security);
+    [[nodiscard]] bool isTrustedNow(const QlumTlsFailure& failure);
+    void askAboutTls(const QlumTlsFailure& failure, QlumConnectPrompts::Decided decided);
+    [[nodiscard]] bool askOnWorker(const std::function<void(QlumConnectPrompts::Decided)>& open);
+    void openForWorker(const std::function<void(QlumConnectPrompts::Decided)>& open,
                        const std::shared_ptr<QlumConnectWorker::Question>& question);
 
     const QlumLog m_log;
@@ -144,6 +154,7 @@ private:
     std::optional<QlumCredentials> m_entered;
     QString m_weakPolicyAllowedFor;      ///< URI; the user's word holds until the program ends
     bool m_clearPasswordAllowed = false; ///< for the stored password
-    QlumEndpointFetcher m_fetcher;       ///< a cancelled question ends in the background
-    QlumConnectWorker m_worker;          ///< last: joined first
+    QlumTlsTrap m_tlsTrap;
+    QlumEndpointFetcher m_fetcher; ///< a cancelled question ends in the background
+    QlumConnectWorker m_worker;    ///< last: joined first
 };

@@ -1,6 +1,6 @@
 #include <servers/qlumconnectinfo.h>
 
-#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
 #include <servers/qlumconnectflow.h>
@@ -13,7 +13,6 @@
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QSysInfo>
-#include <QVariant>
 
 #include <memory>
 
@@ -38,12 +37,6 @@ UaClient::TypeDictionaryMode dictionaryMode(const QString& text)
     return UaClient::Reconnect;
 }
 
-QVariant connectSetting(const char* key)
-{
-    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    return application ? application->settingsValue(QLatin1String(key)) : QVariant();
-}
-
 UaByteString toUaByteString(const QByteArray& bytes)
 {
     return UaByteString(bytes.size(), reinterpret_cast<const OpcUa_Byte*>(bytes.constData()));
@@ -54,11 +47,11 @@ SessionConnectInfo qlumConnectInfo(unsigned int serverId, const QString& session
 {
     SessionConnectInfo info;
     info.clientConnectionId = serverId;
-    info.connectTimeout = connectSetting("General.ConnectTimeout").toUInt();
-    info.sessionTimeout = connectSetting("General.SessionTimeout").toDouble();
-    info.publishTimeout = connectSetting("General.PublishTimeout").toUInt();
-    info.secureChannelLifetime = connectSetting("General.SecureChannelLifetime").toUInt();
-    info.localeId = toUaString(connectSetting("General.LocaleId").toString());
+    info.connectTimeout = QlumSettings::connectTimeout.value();
+    info.sessionTimeout = QlumSettings::sessionTimeout.value();
+    info.publishTimeout = QlumSettings::publishTimeout.value();
+    info.secureChannelLifetime = QlumSettings::secureChannelLifetime.value();
+    info.localeId = toUaString(QlumSettings::localeId.value());
     const UaPkiCertificate& own = QlumCertificates::instance()->certificate();
     info.applicationUri =
         own.isNull() ? toUaString(QStringLiteral("urn:%1:Korvanda:Tavelin").arg(QSysInfo::machineHostName()))
@@ -66,12 +59,12 @@ SessionConnectInfo qlumConnectInfo(unsigned int serverId, const QString& session
     info.applicationName = toUaString(ConnectTexts::tr("Korvanda Tavelin"));
     info.productUri = toUaString(ConnectTexts::tr("urn:Korvanda:Tavelin"));
     info.sessionName = toUaString(sessionName);
-    info.automaticReconnect = connectSetting("General.AutomaticReconnect").toBool();
-    info.watchdogTime = connectSetting("General.WatchdogTime").toUInt();
-    info.watchdogTimeout = connectSetting("General.WatchdogTimeout").toUInt();
-    info.maxOperationsPerServiceCall = connectSetting("General.MaxOperationsPerServiceCall").toUInt();
-    info.typeDictionaryMode = dictionaryMode(connectSetting("General.TypeDictionaryMode").toString());
-    info.internalServiceCallTimeout = connectSetting("General.InternalServiceCallTimeout").toUInt();
+    info.automaticReconnect = QlumSettings::automaticReconnect.value();
+    info.watchdogTime = QlumSettings::watchdogTime.value();
+    info.watchdogTimeout = QlumSettings::watchdogTimeout.value();
+    info.maxOperationsPerServiceCall = QlumSettings::maxOperations.value();
+    info.typeDictionaryMode = dictionaryMode(QlumSettings::typeDictionaryMode.value());
+    info.internalServiceCallTimeout = QlumSettings::internalCallTimeout.value();
     return info;
 }
 

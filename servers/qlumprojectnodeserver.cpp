@@ -1,8 +1,8 @@
 #include <servers/qlumprojectnodeserver.h>
 
-#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificaterefuseddialog.h>
 #include <opcua/opcua_statuscodes.h>
@@ -11,7 +11,9 @@
 #include <servers/qlumconnectprogress.h>
 #include <servers/qlumnamespacemap.h>
 #include <servers/qlumnetworkwatch.h>
+#include <servers/qlumtlsfailure.h>
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
@@ -19,6 +21,7 @@
 #include <uawidgets/qlumwaitcursor.h>
 
 #include <QApplication>
+#include <QByteArray>
 #include <QEventLoop>
 #include <QIcon>
 #include <QMessageBox>
@@ -97,18 +100,16 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
           m_serverId, [services = qlumServicesOf(m_session)](unsigned int) { return services; })),
       m_services(
           std::make_unique<QlumServicesRegistration>(m_serverId, qlumServicesOf(m_session, m_typeCache))),
-      m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()), m_network(QlumNetworkWatch::shared()),
+      m_retrieveIcons(QlumSettings::retrieveIcons.value()), m_network(QlumNetworkWatch::shared()),
       m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
       m_flow(std::make_unique<QlumConnectFlow>(m_log, *m_session, *this, *m_prompts))
 {
     m_tlsQuestion.setServerName(displayName());
     connect(&m_tlsQuestion, &QlumTlsTrustQuestion::newUntrustedSSLCertificate, this,
             &QlumProjectNodeServer::newUntrustedSSLCertificate);
-    connect(&m_tlsQuestion, &QlumTlsTrustQuestion::trusted, this, &QlumProjectNodeServer::startConnect);
+    connect(&m_tlsQuestion, &QlumTlsTrustQuestion::trusted, this, &QlumServerNode::retryConnectServer);
     connect(m_flow.get(), &QlumConnectFlow::untrustedCertificate, this,
-            [this](unsigned int status, const QByteArray& certificate) {
-                m_tlsQuestion.raise(status, certificate);
-            });
+            &QlumProjectNodeServer::newUntrustedSSLCertificate);
     connect(m_flow.get(), &QlumConnectFlow::finished, this, &QlumProjectNodeServer::takeFlowResult);
     connect(m_network.get(), &QlumNetworkWatch::networkChanged, this,
             &QlumProjectNodeServer::sltNetworkChanged);
@@ -390,8 +391,11 @@ void QlumProjectNodeServer::showReconnectError(const UaStatusCode& status,
 bool QlumProjectNodeServer::sslCertificateValidationFailed(OpcUa_UInt32, const UaStatus& status,
                                                            const UaByteString& certificate)
 {
-    if (!m_closing)
-        m_tlsQuestion.raise(status, certificate);
+    const QlumTlsFailure failure{
+        status.statusCode(),
+        QByteArray(reinterpret_cast<const char*>(certificate.data()), certificate.length())};
+    if (!m_closing && !m_flow->takeTlsFailure(failure))
+        m_tlsQuestion.raise(failure);
     return false; // the user decides in his own time, and another attempt follows
 }
 
@@ -469,12 +473,4 @@ NamespaceMap QlumProjectNodeServer::updateNamespaces()
     m_log.info(tr("Namespace table changed, mapping old to new namespace indices"));
     m_namespaces = uris;
     return namespaceMap;
-}
-
-// ---- surroundings
-
-QVariant QlumProjectNodeServer::setting(const char* key) const
-{
-    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    return application ? application->settingsValue(QLatin1String(key)) : QVariant();
 }

@@ -111,7 +111,6 @@ private:
     void queueNews(News&& news);
     NamespaceMap updateNamespaces();
     [[nodiscard]] bool onOwnThread() const;
-    [[nodiscard]] QVariant setting(const char* key) const;
 
     const unsigned int m_serverId;
     const QlumLog m_log;

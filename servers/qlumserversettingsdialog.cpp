@@ -1,7 +1,7 @@
 #include <servers/qlumserversettingsdialog.h>
 
-#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumtlstrust.h>
 #include <opcua/opcua_statuscodes.h>
@@ -37,16 +37,6 @@
 #include <QWidget>
 
 namespace {
-constexpr int defaultTimeout = 5000; // ms
-
-int connectTimeout()
-{
-    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    return application
-               ? application->settingsValue(QStringLiteral("General.ConnectTimeout"), defaultTimeout).toInt()
-               : defaultTimeout;
-}
-
 bool isUsableUrl(const QString& text)
 {
     const QUrl url(text);
@@ -298,7 +288,7 @@ void QlumServerSettingsDialog::sltFetchEndpoints()
     }
     m_url->setText(completeUrl(m_url->text()));
     setMessage(tr("Asking the server for its endpoints..."));
-    m_fetcher->fetch(m_url->text(), connectTimeout());
+    m_fetcher->fetch(m_url->text(), static_cast<int>(QlumSettings::connectTimeout.value()));
     sltUpdateControls();
 }
 

@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QEvent>
 #include <QLabel>
 #include <QMetaObject>
@@ -56,6 +57,19 @@ protected:
             EXPECT_TRUE(all.append(qlumEndpointDescriptions({hidden})[0]));
             all.detach(&answer.NoOfServerEndpoints, &answer.ServerEndpoints);
         };
+    }
+    // A server of HTTPS whose certificate the session is the first to meet.
+    void distrustTls()
+    {
+        setting.endpoint.url = "https://plc:443";
+        FakeStack::instance().distrustTls({});
+        offerOne(setting.endpoint);
+        const auto discover = FakeStack::instance().handler(OpcUa_GetEndpointsRequest_EncodeableType);
+        FakeStack::instance().on(OpcUa_GetEndpointsRequest_EncodeableType,
+                                 [=](const void* request, void* response) {
+                                     FakeStack::instance().distrustTls("any");
+                                     return discover(request, response);
+                                 });
     }
     // Begins a connect and waits until it has come that far.
     void connectUntil(Step step, bool isAsking)
@@ -149,6 +163,32 @@ TEST_F(ConnectFlow, NoAnswerUntilTheServerForgetsTheSessionDeclines)
     EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
     EXPECT_EQ(script.withdrawn, QStringList{"connect error"});
     EXPECT_TRUE(log().last().startsWith("100 Connecting failed with error '")) << log().last();
+}
+
+TEST_F(ConnectFlow, ATlsCertificateWaitsForItsAnswerUntilTheConnectIsEnded)
+{
+    setting.endpoint.securityPolicyUri = OpcUa_SecurityPolicy_Basic256Sha256;
+    distrustTls();
+    script.isSilent = true;
+    connectUntil(Step::Session, true);
+    EXPECT_EQ(script.asked, QStringList{"tls trust"});
+    node->disconnectServer();
+    expectCancelled();
+
+    distrustTls();
+    connectUntil(Step::Session, true);
+    node.reset();
+    EXPECT_EQ(script.withdrawn, (QStringList{"tls trust", "tls trust"}));
+
+    distrustTls();
+    application.settings["General.SessionTimeout"] = 50.0;
+    make();
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
+    EXPECT_EQ(script.withdrawn.size(), 3);
+    EXPECT_EQ(log().last(), "100 Connecting failed with error 'BadCertificateUntrusted'");
+    EXPECT_EQ(application.window.findChild<QDialog*>("certificateRefused"), nullptr)
+        << "it is not our certificate that was refused";
 }
 
 TEST_F(ConnectFlow, ACancelThatComesTooLateEndsTheConnection)
