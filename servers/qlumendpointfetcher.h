@@ -1,6 +1,8 @@
 #pragma once
+#include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <servers/qlumendpoint.h>
+#include <uaclientsdk/uadiscovery.h>
 
 #include <QByteArray>
 #include <QObject>
@@ -8,14 +10,15 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
-/// Asks a server for its endpoints without blocking. One question at a time: a new one, like cancel(), drops
-/// the answer of the one before. Destruction waits for a call under way, at most its timeout.
+/// Asks a server for its endpoints without blocking. One question at a time: a new one, cancel() and the
+/// destructor end the one before, and do not wait for its server.
 class QlumEndpointFetcher : public QObject
 {
     Q_OBJECT
 public:
-    /// Blocks for at most so many milliseconds; called on a thread of the fetcher.
+    /// Blocks for at most so many milliseconds; called on a thread of the fetcher. Nothing ends it early.
     using Getter =
         std::function<unsigned int(const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints)>;
 
@@ -37,11 +40,13 @@ signals:
     void untrustedCertificate(unsigned int status, const QByteArray& certificate);
 
 private:
-    unsigned int getEndpoints(const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints);
-    void deliver(unsigned int request, unsigned int status, const QVector<QlumEndpoint>& endpoints);
+    [[nodiscard]] unsigned int getEndpoints(QlumJob& job, UaClientSdk::UaDiscovery& discovery,
+                                            const QString& url, int milliseconds,
+                                            QVector<QlumEndpoint>& endpoints);
+    void deliver(unsigned int status, const QVector<QlumEndpoint>& endpoints);
 
     const Getter m_getter;
-    unsigned int m_request = 0; ///< number of the latest; older answers are dropped
+    std::shared_ptr<UaClientSdk::UaDiscovery> m_discovery; ///< of the latest question
     bool m_busy = false;
-    QlumJobPool m_pool{2}; ///< a new question need not wait for one that hangs. Last: joined first
+    QlumJobPool m_pool; ///< last: joined first
 };

@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QLabel>
 #include <QMetaObject>
@@ -105,8 +106,18 @@ TEST_F(ConnectFlow, EndsWhileTheServerIsAskedForItsEndpoints)
     node->disconnectServer();
     expectCancelled();
     offer({{"opc.tcp://plc:4840", qlumPolicyNone()}});
-    EXPECT_TRUE(node->connectServer()) << "the question that still hangs holds nobody up";
-    static_cast<void>(FakeStack::instance().disconnect()); // ends it
+    EXPECT_TRUE(node->connectServer()) << "the question that was cancelled holds nobody up";
+}
+
+TEST_F(ConnectFlow, RemovalDoesNotWaitForAServerThatIsAskedForItsEndpoints)
+{
+    hangAt(OpcUa_GetEndpointsRequest_EncodeableType); // far longer than the test may take
+    connectUntil(Step::Endpoints, false);
+    ASSERT_TRUE(hangs(OpcUa_GetEndpointsRequest_EncodeableType));
+    QElapsedTimer timer;
+    timer.start();
+    node.reset();
+    EXPECT_LT(timer.elapsed(), 3000);
 }
 
 TEST_F(ConnectFlow, EndsWhileTheUserIsAsked)
