@@ -56,10 +56,15 @@ void QlumConnectFlow::stop()
 
 // ---- from step to step
 
-void QlumConnectFlow::start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info)
+void QlumConnectFlow::start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info,
+                            const QlumIdentity& identity)
 {
     m_setting = setting;
     m_info = info;
+    m_identity = identity;
+    if (identity)
+        qlumSetIdentity(m_setting, *identity);
+    m_outcome = OpcUa_BadRequestCancelledByClient;
     m_changesUser = false;
     m_refusal = UaStatusCode();
     m_entered.reset();
@@ -69,6 +74,7 @@ void QlumConnectFlow::start(const QlumDiscoverySetting& setting, const UaClientS
 void QlumConnectFlow::startUserChange(const QlumDiscoverySetting& setting)
 {
     m_setting = setting;
+    m_identity.reset();
     m_attempt.endpoint = setting.endpoint;
     m_changesUser = true;
     m_entered.reset();
@@ -146,6 +152,7 @@ void QlumConnectFlow::finish(Result result)
     static_cast<void>(m_tlsTrap.release());
     if (std::exchange(m_isAsking, false))
         m_prompts.withdraw();
+    m_identity.reset();
     m_attempt = Attempt(); // with what is secret in it
     m_setting.password.clear();
     emit finished(result);
@@ -196,6 +203,7 @@ void QlumConnectFlow::takeDiscoveryTrust(bool isTrusted)
 {
     if (isTrusted)
         return enter(Step::Endpoints);
+    m_outcome = m_attempt.discovery;
     m_log.error(tr("Could not connect to server: ") + qlumStatusText(m_attempt.discovery));
     giveUp();
 }
@@ -211,8 +219,22 @@ void QlumConnectFlow::askAboutTls(const QlumTlsFailure& failure, QlumConnectProm
     asking();
 }
 
+bool QlumConnectFlow::choosePolicy()
+{
+    QlumEndpoint& wanted = m_setting.endpoint;
+    if (wanted.securityPolicyUri.isEmpty())
+        wanted.securityPolicyUri = qlumBestPolicy(m_attempt.endpoints, wanted.url, wanted.securityMode);
+    return !wanted.securityPolicyUri.isEmpty();
+}
+
 void QlumConnectFlow::chooseEndpoint()
 {
+    if (!choosePolicy()) {
+        m_outcome = OpcUa_BadSecurityModeRejected;
+        m_log.error(tr("The server does not support the security mode '%1'.")
+                        .arg(qlumSecurityModeName(m_setting.endpoint.securityMode)));
+        return giveUp();
+    }
     const QlumEndpoint& wanted = m_setting.endpoint;
     const QVector<QlumEndpoint>& endpoints = m_attempt.endpoints;
     const QlumEndpointChoice choice =
@@ -297,7 +319,7 @@ void QlumConnectFlow::identifyByName()
     // a password that was given for a protected connection does not leave in the clear without a question
     const bool unprotected = qlumSendsUnprotectedPassword(m_attempt.endpoint);
     if (!m_changesUser && m_setting.storePassword && !m_setting.password.isEmpty() &&
-        (!unprotected || m_clearPasswordAllowed)) {
+        (!unprotected || (m_clearPasswordAllowed && !m_identity))) {
         m_attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
                                                        toUaString(m_setting.password));
         m_attempt.security.plainPasswordAccepted = unprotected;
@@ -319,21 +341,25 @@ void QlumConnectFlow::takeCredentials(const std::optional<QlumCredentials>& cred
 {
     if (!credentials)
         return giveUpByUser();
-    m_clearPasswordAllowed = qlumSendsUnprotectedPassword(m_attempt.endpoint);
-    m_entered =
-        QlumCredentials{credentials->userName, m_setting.storePassword ? credentials->password : QString()};
+    const bool unprotected = qlumSendsUnprotectedPassword(m_attempt.endpoint);
+    if (!m_identity) {
+        m_clearPasswordAllowed = unprotected;
+        m_entered = QlumCredentials{credentials->userName,
+                                    m_setting.storePassword ? credentials->password : QString()};
+    }
     m_attempt.security.setUserPasswordUserIdentity(toUaString(credentials->userName),
                                                    toUaString(credentials->password));
-    m_attempt.security.plainPasswordAccepted = m_clearPasswordAllowed; // the question has said so
+    m_attempt.security.plainPasswordAccepted = unprotected; // the question has said so
     userIsKnown();
 }
 
 void QlumConnectFlow::identifyByCertificate()
 {
-    if (loadUserCertificate())
-        userIsKnown();
-    else
-        giveUp();
+    if (m_identity)
+        m_attempt.security.setUserIdentity(m_identity);
+    else if (!loadUserCertificate())
+        return giveUp();
+    userIsKnown();
 }
 
 bool QlumConnectFlow::loadUserCertificate()
@@ -455,6 +481,7 @@ void QlumConnectFlow::takeResult(const UaStatus& status)
 
 void QlumConnectFlow::takeConnectResult(const UaStatus& status)
 {
+    m_outcome = status.statusCode();
     if (!status.isGood()) {
         m_log.error(tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
         return finish(Result::Refused);

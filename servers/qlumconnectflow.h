@@ -1,5 +1,6 @@
 #pragma once
 #include <app/api/qlumlog.h>
+#include <app/api/qlumtoolservices.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumconnectworker.h>
 #include <servers/qlumdiscoverysetting.h>
@@ -57,8 +58,10 @@ public:
                     QObject* parent = nullptr);
     ~QlumConnectFlow() override;
 
-    /// Begins a connect; the flow must be idle.
-    void start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info);
+    /// Begins a connect; the flow must be idle. The identity, unless it is null, stands before that of the
+    /// setting. A setting without a policy takes the best that the server offers for the mode.
+    void start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info,
+               const QlumIdentity& identity = nullptr);
     /// Begins a change of the user of the session; the flow must be idle.
     void startUserChange(const QlumDiscoverySetting& setting);
     /// Ends a connect in any step, at once or within a second; finished() tells when.
@@ -70,9 +73,13 @@ public:
     [[nodiscard]] bool isIdle() const { return m_step == Step::Idle; }
     /// Where the connect goes to.
     [[nodiscard]] QString url() const { return m_setting.endpoint.url; }
+    /// What the latest connect has asked for, with the policy that it has found.
+    [[nodiscard]] const QlumEndpoint& endpoint() const { return m_setting.endpoint; }
+    /// What the latest connect has come to; BadRequestCancelledByClient when it was given up.
+    [[nodiscard]] UaStatusCode outcome() const { return m_outcome; }
     /// The status with which the server has ended the latest connect; good when it has not.
     [[nodiscard]] UaStatusCode refusal() const { return m_refusal; }
-    /// What the user has entered this time; nothing when he was not asked.
+    /// What the user has entered this time for the setting; nothing when he was not asked.
     [[nodiscard]] const std::optional<QlumCredentials>& entered() const { return m_entered; }
 
     /// Whether the caller is the connect under way, and not for example a reconnect. Any thread.
@@ -115,6 +122,7 @@ private:
 
     void takeEndpoints(unsigned int status, const QVector<QlumEndpoint>& endpoints);
     void takeDiscoveryTrust(bool isTrusted);
+    [[nodiscard]] bool choosePolicy();
     void chooseEndpoint();
     void takeUnsupportedPolicy(bool isIgnored);
     void takeFirstCertificate();
@@ -145,12 +153,14 @@ private:
     QlumConnectPrompts& m_prompts;
     QlumDiscoverySetting m_setting;
     UaClientSdk::SessionConnectInfo m_info;
+    QlumIdentity m_identity; ///< null: that of the setting
     Attempt m_attempt;
     Step m_step = Step::Idle;
     unsigned int m_turn = 0; ///< rises with each step; what belongs to an older one is dropped
     bool m_isAsking = false;
     bool m_changesUser = false;
     UaStatusCode m_refusal;
+    UaStatusCode m_outcome;
     std::optional<QlumCredentials> m_entered;
     QString m_weakPolicyAllowedFor;      ///< URI; the user's word holds until the program ends
     bool m_clearPasswordAllowed = false; ///< for the stored password

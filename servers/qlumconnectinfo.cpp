@@ -9,12 +9,14 @@
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uabytestring.h>
+#include <uaclientsdk/useridentitytoken.h>
 
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QSysInfo>
 
 #include <memory>
+#include <span>
 
 namespace {
 using UaClientSdk::SessionConnectInfo;
@@ -96,6 +98,22 @@ bool qlumNeedsServerCertificate(const SessionSecurityInfo& security, const QlumD
     default:
         return security.isSecured();
     }
+}
+
+void qlumSetIdentity(QlumDiscoverySetting& setting, const UaClientSdk::UaUserIdentityToken& identity)
+{
+    setting.userTokenType = QlumDiscoverySetting::Anonymous;
+    if (identity.tokenType() == OpcUa_UserTokenType_Certificate)
+        setting.userTokenType = QlumDiscoverySetting::Certificate;
+    const auto* named = dynamic_cast<const UaClientSdk::UaUserNameIdentityToken*>(&identity);
+    if (!named)
+        return;
+    const std::span<const OpcUa_Byte> password = named->password().bytes();
+    setting.userTokenType = QlumDiscoverySetting::UserName;
+    setting.userName = toQString(named->userName());
+    setting.password =
+        QString::fromUtf8(reinterpret_cast<const char*>(password.data()), static_cast<int>(password.size()));
+    setting.storePassword = true;
 }
 
 QString qlumConnectStepName(UaClient::ConnectServiceType step)

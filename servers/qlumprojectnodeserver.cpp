@@ -9,6 +9,8 @@
 #include <servers/qlumconnectdialogs.h>
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumconnectprogress.h>
+#include <servers/qlumendpoint.h>
+#include <servers/qlumendpointchoice.h>
 #include <servers/qlumnamespacemap.h>
 #include <servers/qlumnetworkwatch.h>
 #include <servers/qlumtlsfailure.h>
@@ -237,25 +239,39 @@ bool QlumProjectNodeServer::startConnect()
     if (m_isBusy || m_tlsQuestion.isOpen() || m_status == QlumConnectionStatus::Connected ||
         m_status == QlumConnectionStatus::NewSessionCreated)
         return false;
-    const bool isLost = m_status == QlumConnectionStatus::ConnectionError;
-    if (isLost && reconnectNow())
+    if (m_status == QlumConnectionStatus::ConnectionError && reconnectNow())
         return false;
-    m_isBusy = true;
-    m_tlsQuestion.setHeld(true);
-    if (isLost) { // it would wait for nothing but this
-        QMetaObject::invokeMethod(this, &QlumProjectNodeServer::beginConnect, Qt::QueuedConnection);
-        disconnectServer();
-    } else
-        beginConnect();
+    begin(m_setting, nullptr);
     return true;
 }
 
-void QlumProjectNodeServer::beginConnect()
+bool QlumProjectNodeServer::reconnectWith(OpcUa_MessageSecurityMode mode, const QlumIdentity& identity)
+{
+    if (m_isBusy || m_tlsQuestion.isOpen())
+        return false;
+    QlumDiscoverySetting setting = m_setting;
+    qlumSetSecurity(setting.endpoint, mode, QString());
+    begin(setting, identity);
+    return true;
+}
+
+void QlumProjectNodeServer::begin(const QlumDiscoverySetting& setting, const QlumIdentity& identity)
+{
+    m_isBusy = true;
+    m_tlsQuestion.setHeld(true);
+    if (m_status == QlumConnectionStatus::Disconnected || m_status == QlumConnectionStatus::ConnectFailed)
+        return beginConnect(setting, identity);
+    QMetaObject::invokeMethod(
+        this, [this, setting, identity] { beginConnect(setting, identity); }, Qt::QueuedConnection);
+    disconnectServer();
+}
+
+void QlumProjectNodeServer::beginConnect(const QlumDiscoverySetting& setting, const QlumIdentity& identity)
 {
     ++m_connection;
     m_typeCache->clear();
     m_messages.clear(); // about the connection before
-    m_flow->start(m_setting, qlumConnectInfo(m_serverId, m_setting.sessionName));
+    m_flow->start(setting, qlumConnectInfo(m_serverId, setting.sessionName), identity);
     setStatus(QlumConnectionStatus::Connecting);
 }
 
@@ -265,7 +281,12 @@ void QlumProjectNodeServer::changeUser()
         return;
     m_isBusy = true;
     m_tlsQuestion.setHeld(true);
-    m_flow->startUserChange(m_setting);
+    QlumDiscoverySetting setting = m_setting;
+    if (const QlumEndpoint& used = m_flow->endpoint(); !used.url.isEmpty()) { // by a tool's wish, another one
+        setting.endpoint.securityMode = used.securityMode;
+        setting.endpoint.securityPolicyUri = used.securityPolicyUri;
+    }
+    m_flow->startUserChange(setting);
 }
 
 void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
