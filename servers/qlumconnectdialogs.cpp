@@ -22,6 +22,12 @@ QWidget* QlumConnectDialogs::parentWindow()
     return application ? static_cast<QWidget*>(application->mainWindow()) : nullptr;
 }
 
+QWidget* QlumConnectDialogs::window() const
+{
+    auto* widget = qobject_cast<QWidget*>(parent());
+    return widget ? widget : parentWindow();
+}
+
 // ---- one question at a time
 
 // The answer comes last: whoever gets it may ask the next question, or delete all this.
@@ -51,9 +57,9 @@ void QlumConnectDialogs::withdraw()
 
 QMessageBox* QlumConnectDialogs::makeWarning(const QString& title, const QString& text,
                                              QMessageBox::StandardButtons buttons,
-                                             QMessageBox::StandardButton defaultButton)
+                                             QMessageBox::StandardButton defaultButton) const
 {
-    auto* box = new QMessageBox(QMessageBox::Warning, title, text, buttons, parentWindow());
+    auto* box = new QMessageBox(QMessageBox::Warning, title, text, buttons, window());
     box->setTextFormat(Qt::PlainText);
     box->setDefaultButton(defaultButton);
     return box;
@@ -107,7 +113,7 @@ void QlumConnectDialogs::askPassword(const QString& server, const QString& userN
 void QlumConnectDialogs::askClearPassword(const QString& server, const QString& userName,
                                           QlumPasswordDanger danger, Named answer)
 {
-    auto* dialog = new QlumUserPasswordDlg(server, userName, parentWindow());
+    auto* dialog = new QlumUserPasswordDlg(server, userName, window());
     dialog->setObjectName(QStringLiteral("connectPassword"));
     if (danger == QlumPasswordDanger::Anyone)
         dialog->setWarning(tr("The password will be sent to the server without encryption."));
@@ -127,7 +133,7 @@ void QlumConnectDialogs::askCertificate(const QlumCertificateQuestion& question,
     // the dialog looks at the record as long as it lives
     const auto security = std::make_shared<UaClientSdk::SessionSecurityInfo>(question.security);
     auto* dialog = new QlumCertificateDialog(question.serverName, question.applicationUri, question.url,
-                                             security->serverCertificate, security.get(), parentWindow());
+                                             security->serverCertificate, security.get(), window());
     connect(
         dialog, &QObject::destroyed, [security] {});
     show(dialog, [dialog, answer](int result) {
@@ -157,7 +163,7 @@ void QlumConnectDialogs::askTlsTrust(const QString& server, const UaByteString& 
                                      const UaStatusCode& status, Decided answer)
 {
     show(
-        qlumTlsTrustDialog(server, certificate, status, parentWindow()).release(),
+        qlumTlsTrustDialog(server, certificate, status, window()).release(),
         [certificate, answer](int result) {
             answer(result == QDialog::Accepted && qlumTrustTlsCertificate(certificate));
         });

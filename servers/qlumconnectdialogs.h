@@ -18,6 +18,7 @@ class QlumConnectDialogs : public QObject, public QlumConnectPrompts
 {
     Q_OBJECT
 public:
+    /// Above the parent where that is a widget, else above the main window.
     using QObject::QObject;
     ~QlumConnectDialogs() override;
 
@@ -37,9 +38,10 @@ public:
     [[nodiscard]] static QWidget* parentWindow();
 
 private:
-    [[nodiscard]] static QMessageBox* makeWarning(const QString& title, const QString& text,
-                                                  QMessageBox::StandardButtons buttons,
-                                                  QMessageBox::StandardButton defaultButton);
+    [[nodiscard]] QWidget* window() const;
+    [[nodiscard]] QMessageBox* makeWarning(const QString& title, const QString& text,
+                                           QMessageBox::StandardButtons buttons,
+                                           QMessageBox::StandardButton defaultButton) const;
     void show(QDialog* dialog, std::function<void(int result)> answer);
 
     QPointer<QDialog> m_dialog;
