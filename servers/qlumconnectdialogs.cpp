@@ -1,6 +1,7 @@
 #include <servers/qlumconnectdialogs.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
 #include <certificates/qlumcertificatedialog.h>
 #include <certificates/qlumtlstrust.h>
 #include <uabase/values/uabytestring.h>
@@ -88,6 +89,19 @@ void QlumConnectDialogs::tellFirstCertificate(Answered answer)
         QMessageBox::Ok, QMessageBox::Ok);
     box->setObjectName(QStringLiteral("firstCertificate"));
     show(box, [answer](int) { answer(); });
+}
+
+void QlumConnectDialogs::askDialledHost(const QString& server, const QString& named, const QString& dialled,
+                                        Decided answer)
+{
+    QMessageBox* box =
+        makeWarning(tr("Host Not Found"),
+                    tr("Server '%1' says that it is at '%2', a host that cannot be found from here.\n"
+                       "Do you want to keep to '%3', where it has answered, now and in future?")
+                        .arg(server, qlumCutText(named), dialled),
+                    QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    box->setObjectName(QStringLiteral("dialledHost"));
+    show(box, [answer](int result) { answer(result == QMessageBox::Yes); });
 }
 
 void QlumConnectDialogs::askWeakPolicy(const QString& server, Decided answer)

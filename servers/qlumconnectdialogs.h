@@ -24,6 +24,8 @@ public:
 
     void askUnsupportedPolicy(Decided answer) override;
     void tellFirstCertificate(Answered answer) override;
+    void askDialledHost(const QString& server, const QString& named, const QString& dialled,
+                        Decided answer) override;
     void askWeakPolicy(const QString& server, Decided answer) override;
     void askPassword(const QString& server, const QString& userName, Named answer) override;
     void askClearPassword(const QString& server, const QString& userName, QlumPasswordDanger danger,

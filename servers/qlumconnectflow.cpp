@@ -15,7 +15,10 @@
 #include <uaclientsdk/servicesettings.h>
 
 #include <QDebug>
+#include <QHostInfo>
 #include <QMetaObject>
+#include <QTimer>
+#include <QUrl>
 
 #include <algorithm>
 #include <chrono>
@@ -68,6 +71,7 @@ void QlumConnectFlow::start(const QlumDiscoverySetting& setting, const UaClientS
     m_changesUser = false;
     m_refusal = UaStatusCode();
     m_entered.reset();
+    m_newlyIgnoredHost.clear();
     enter(Step::Endpoints);
 }
 
@@ -97,6 +101,8 @@ void QlumConnectFlow::run()
         return m_fetcher.fetch(m_setting.endpoint.url, static_cast<int>(m_info.connectTimeout));
     case Step::Endpoint:
         return chooseEndpoint();
+    case Step::Host:
+        return checkHost();
     case Step::Policy:
         return checkPolicy();
     case Step::User:
@@ -249,7 +255,7 @@ void QlumConnectFlow::chooseEndpoint()
     m_log.write(QlumLogLevel::Data,
                 tr("ApplicationUri: '%1'").arg(isFound ? m_attempt.endpoint.applicationUri : QString()));
     if (choice.match == QlumEndpointChoice::Exact)
-        return enter(Step::Policy);
+        return enter(Step::Host);
     if (isFound) {
         m_prompts.tellFirstCertificate(answer(&QlumConnectFlow::takeFirstCertificate));
         return asking();
@@ -263,7 +269,7 @@ void QlumConnectFlow::chooseEndpoint()
 
 void QlumConnectFlow::takeFirstCertificate()
 {
-    enter(Step::Policy);
+    enter(Step::Host);
 }
 
 void QlumConnectFlow::takeUnsupportedPolicy(bool isIgnored)
@@ -272,6 +278,42 @@ void QlumConnectFlow::takeUnsupportedPolicy(bool isIgnored)
         enter(Step::Policy);
     else
         giveUp();
+}
+
+// What is dialled is the URL of the settings in any case. A server that names a host nobody knows is perhaps
+// not the one that is meant; one that names a known host may do so by the name that it has at home.
+void QlumConnectFlow::checkHost()
+{
+    const QString host = QUrl(m_attempt.endpoint.url).host();
+    if (host.isEmpty() || host == QUrl(url()).host() || host == m_setting.ignoredHost)
+        return enter(Step::Policy);
+    m_isLookingUp = true;
+    const auto found = [this, turn = m_turn](bool isFound) {
+        if (turn == m_turn)
+            takeHost(isFound);
+    };
+    QHostInfo::lookupHost(
+        host, this, [found](const QHostInfo& info) { found(info.error() == QHostInfo::NoError); });
+    QTimer::singleShot(static_cast<int>(m_info.connectTimeout), this, [found] { found(false); });
+}
+
+void QlumConnectFlow::takeHost(bool isFound)
+{
+    if (!std::exchange(m_isLookingUp, false)) // it is answered, or has taken too long
+        return;
+    if (isFound)
+        return enter(Step::Policy);
+    m_prompts.askDialledHost(m_setting.displayName, QUrl(m_attempt.endpoint.url).host(), QUrl(url()).host(),
+                             answer(&QlumConnectFlow::takeDialledHost));
+    asking();
+}
+
+void QlumConnectFlow::takeDialledHost(bool isKept)
+{
+    if (!isKept)
+        return giveUpByUser();
+    m_newlyIgnoredHost = QUrl(m_attempt.endpoint.url).host();
+    enter(Step::Policy);
 }
 
 // Answers about its padding let an attacker find out what was encrypted, so it is used only where somebody

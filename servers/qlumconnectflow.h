@@ -36,6 +36,7 @@ public:
         Idle,
         Endpoints,   ///< the server is asked for them
         Endpoint,    ///< one is chosen
+        Host,        ///< it names a host that can be found, or the dialled one is kept to
         Policy,      ///< is it safe enough
         User,        ///< who is to log in
         Certificate, ///< the server's is judged
@@ -82,6 +83,9 @@ public:
     /// What the user has entered this time for the setting; nothing when he was not asked.
     [[nodiscard]] const std::optional<QlumCredentials>& entered() const { return m_entered; }
 
+    /// The host that the settings are to ignore from now on; empty for none.
+    [[nodiscard]] QString newlyIgnoredHost() const { return m_newlyIgnoredHost; }
+
     /// Whether the caller is the connect under way, and not for example a reconnect. Any thread.
     [[nodiscard]] bool isConnectThread() const { return m_worker.isOwnThread(); }
     /// What the connect under way came upon; on its thread, where an error that the user may override waits
@@ -126,6 +130,9 @@ private:
     void chooseEndpoint();
     void takeUnsupportedPolicy(bool isIgnored);
     void takeFirstCertificate();
+    void checkHost();
+    void takeHost(bool isFound);
+    void takeDialledHost(bool isKept);
     void checkPolicy();
     void takeWeakPolicy(bool isAllowed);
     void identifyUser();
@@ -162,6 +169,8 @@ private:
     UaStatusCode m_refusal;
     UaStatusCode m_outcome;
     std::optional<QlumCredentials> m_entered;
+    bool m_isLookingUp = false;
+    QString m_newlyIgnoredHost;
     QString m_weakPolicyAllowedFor;      ///< URI; the user's word holds until the program ends
     bool m_clearPasswordAllowed = false; ///< for the stored password
     QlumTlsTrap m_tlsTrap;

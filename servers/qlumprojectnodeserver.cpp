@@ -1,5 +1,6 @@
 #include <servers/qlumprojectnodeserver.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumsettings.h>
@@ -296,6 +297,11 @@ void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
         m_setting.userName = entered->userName;
         if (m_setting.storePassword)
             m_setting.password = entered->password;
+    }
+    if (!m_flow->newlyIgnoredHost().isEmpty() && m_setting.ignoredHost != m_flow->newlyIgnoredHost()) {
+        m_setting.ignoredHost = m_flow->newlyIgnoredHost();
+        if (QlumApplicationInterface* application = QlumApplicationInterface::instance())
+            application->setModified(); // for the project to keep it
     }
     const bool connected = result == Result::Connected;
     QMetaObject::invokeMethod(
