@@ -6,7 +6,7 @@
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointfetcher.h>
-#include <servers/qlumtlsfailure.h>
+#include <servers/qlumtlstrap.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastatuscode.h>
 #include <uaclientsdk/sessionconnectinfo.h>

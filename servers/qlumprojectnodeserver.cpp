@@ -14,7 +14,7 @@
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumnamespacemap.h>
 #include <servers/qlumnetworkwatch.h>
-#include <servers/qlumtlsfailure.h>
+#include <servers/qlumtlstrap.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/ualocalizedtext.h>

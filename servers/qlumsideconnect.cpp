@@ -9,7 +9,7 @@
 #include <servers/qlumconnectprogress.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumprojectnodeserver.h>
-#include <servers/qlumtlsfailure.h>
+#include <servers/qlumtlstrap.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/servicesettings.h>
@@ -23,7 +23,7 @@
 #include <mutex>
 #include <utility>
 
-/// The session and its callback, which lives as long. While it is being connected it has a flow.
+// The session and its callback, which lives as long. While it is being connected it has a flow.
 class QlumSideConnect::SideSession : public UaClientSdk::UaSessionCallback
 {
 public:

@@ -1,7 +1,7 @@
 #pragma once
 #include <app/api/qlumlog.h>
 #include <servers/qlumconnectprompts.h>
-#include <servers/qlumtlsfailure.h>
+#include <servers/qlumtlstrap.h>
 
 #include <QByteArray>
 #include <QObject>
