@@ -13,7 +13,6 @@
 #include <QCoreApplication>
 #include <QDialog>
 #include <QMessageBox>
-#include <QPointer>
 #include <QStringList>
 #include <QWidget>
 
@@ -105,13 +104,4 @@ bool qlumTrustTlsCertificate(const UaByteString& certificate)
     const UaPkiCertificate own = ownOf(certificate);
     return !own.isNull() &&
            !qlumStoreTlsCertificate(QlumCertificateStore::tlsIssuerCertificates(), own).isEmpty();
-}
-
-bool qlumAskTlsTrust(const QString& serverName, const UaByteString& certificate, const UaStatusCode& status,
-                     QWidget* parent)
-{
-    const QPointer<QDialog> dialog = qlumTlsTrustDialog(serverName, certificate, status, parent).release();
-    const bool accepted = dialog->exec() == QDialog::Accepted;
-    delete dialog;
-    return accepted && qlumTrustTlsCertificate(certificate);
 }

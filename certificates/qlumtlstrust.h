@@ -25,8 +25,3 @@ class UaPkiCertificate;
                                                           const UaStatusCode& status, QWidget* parent);
 /// Stores the certificate (DER) among those trusted; false, and the reason logged, when that failed.
 [[nodiscard]] bool qlumTrustTlsCertificate(const UaByteString& certificate);
-
-/// Lets the user judge a TLS certificate (DER) that failed with this status, and stores it when he trusts it.
-/// True when a new attempt may succeed. Opens dialogs; GUI thread.
-[[nodiscard]] bool qlumAskTlsTrust(const QString& serverName, const UaByteString& certificate,
-                                   const UaStatusCode& status, QWidget* parent);

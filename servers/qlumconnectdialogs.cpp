@@ -1,6 +1,7 @@
 #include <servers/qlumconnectdialogs.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
 #include <certificates/qlumcertificatedialog.h>
 #include <certificates/qlumtlstrust.h>
 #include <uabase/values/uabytestring.h>
@@ -20,6 +21,12 @@ QWidget* QlumConnectDialogs::parentWindow()
 {
     QlumApplicationInterface* application = QlumApplicationInterface::instance();
     return application ? static_cast<QWidget*>(application->mainWindow()) : nullptr;
+}
+
+QWidget* QlumConnectDialogs::window() const
+{
+    auto* widget = qobject_cast<QWidget*>(parent());
+    return widget ? widget : parentWindow();
 }
 
 // ---- one question at a time
@@ -51,9 +58,9 @@ void QlumConnectDialogs::withdraw()
 
 QMessageBox* QlumConnectDialogs::makeWarning(const QString& title, const QString& text,
                                              QMessageBox::StandardButtons buttons,
-                                             QMessageBox::StandardButton defaultButton)
+                                             QMessageBox::StandardButton defaultButton) const
 {
-    auto* box = new QMessageBox(QMessageBox::Warning, title, text, buttons, parentWindow());
+    auto* box = new QMessageBox(QMessageBox::Warning, title, text, buttons, window());
     box->setTextFormat(Qt::PlainText);
     box->setDefaultButton(defaultButton);
     return box;
@@ -84,6 +91,19 @@ void QlumConnectDialogs::tellFirstCertificate(Answered answer)
     show(box, [answer](int) { answer(); });
 }
 
+void QlumConnectDialogs::askDialledHost(const QString& server, const QString& named, const QString& dialled,
+                                        Decided answer)
+{
+    QMessageBox* box =
+        makeWarning(tr("Host Not Found"),
+                    tr("Server '%1' says that it is at '%2', a host that cannot be found from here.\n"
+                       "Do you want to keep to '%3', where it has answered, now and in future?")
+                        .arg(server, qlumCutText(named), dialled),
+                    QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    box->setObjectName(QStringLiteral("dialledHost"));
+    show(box, [answer](int result) { answer(result == QMessageBox::Yes); });
+}
+
 void QlumConnectDialogs::askWeakPolicy(const QString& server, Decided answer)
 {
     QMessageBox* box = makeWarning(
@@ -107,7 +127,7 @@ void QlumConnectDialogs::askPassword(const QString& server, const QString& userN
 void QlumConnectDialogs::askClearPassword(const QString& server, const QString& userName,
                                           QlumPasswordDanger danger, Named answer)
 {
-    auto* dialog = new QlumUserPasswordDlg(server, userName, parentWindow());
+    auto* dialog = new QlumUserPasswordDlg(server, userName, window());
     dialog->setObjectName(QStringLiteral("connectPassword"));
     if (danger == QlumPasswordDanger::Anyone)
         dialog->setWarning(tr("The password will be sent to the server without encryption."));
@@ -127,7 +147,7 @@ void QlumConnectDialogs::askCertificate(const QlumCertificateQuestion& question,
     // the dialog looks at the record as long as it lives
     const auto security = std::make_shared<UaClientSdk::SessionSecurityInfo>(question.security);
     auto* dialog = new QlumCertificateDialog(question.serverName, question.applicationUri, question.url,
-                                             security->serverCertificate, security.get(), parentWindow());
+                                             security->serverCertificate, security.get(), window());
     connect(
         dialog, &QObject::destroyed, [security] {});
     show(dialog, [dialog, answer](int result) {
@@ -157,7 +177,7 @@ void QlumConnectDialogs::askTlsTrust(const QString& server, const UaByteString& 
                                      const UaStatusCode& status, Decided answer)
 {
     show(
-        qlumTlsTrustDialog(server, certificate, status, parentWindow()).release(),
+        qlumTlsTrustDialog(server, certificate, status, window()).release(),
         [certificate, answer](int result) {
             answer(result == QDialog::Accepted && qlumTrustTlsCertificate(certificate));
         });

@@ -18,11 +18,14 @@ class QlumConnectDialogs : public QObject, public QlumConnectPrompts
 {
     Q_OBJECT
 public:
+    /// Above the parent where that is a widget, else above the main window.
     using QObject::QObject;
     ~QlumConnectDialogs() override;
 
     void askUnsupportedPolicy(Decided answer) override;
     void tellFirstCertificate(Answered answer) override;
+    void askDialledHost(const QString& server, const QString& named, const QString& dialled,
+                        Decided answer) override;
     void askWeakPolicy(const QString& server, Decided answer) override;
     void askPassword(const QString& server, const QString& userName, Named answer) override;
     void askClearPassword(const QString& server, const QString& userName, QlumPasswordDanger danger,
@@ -37,9 +40,10 @@ public:
     [[nodiscard]] static QWidget* parentWindow();
 
 private:
-    [[nodiscard]] static QMessageBox* makeWarning(const QString& title, const QString& text,
-                                                  QMessageBox::StandardButtons buttons,
-                                                  QMessageBox::StandardButton defaultButton);
+    [[nodiscard]] QWidget* window() const;
+    [[nodiscard]] QMessageBox* makeWarning(const QString& title, const QString& text,
+                                           QMessageBox::StandardButtons buttons,
+                                           QMessageBox::StandardButton defaultButton) const;
     void show(QDialog* dialog, std::function<void(int result)> answer);
 
     QPointer<QDialog> m_dialog;

@@ -7,13 +7,18 @@
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumendpointchoice.h>
+#include <servers/qlumtlstrustquestion.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/servicesettings.h>
 
 #include <QDebug>
+#include <QHostInfo>
 #include <QMetaObject>
+#include <QTimer>
+#include <QUrl>
 
 #include <algorithm>
 #include <chrono>
@@ -31,7 +36,9 @@ QlumConnectFlow::QlumConnectFlow(const QlumLog& log, UaClientSdk::UaSession& ses
 {
     connect(&m_fetcher, &QlumEndpointFetcher::finished, this, &QlumConnectFlow::takeEndpoints);
     connect(&m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
-            &QlumConnectFlow::untrustedCertificate);
+            [this](unsigned int status, const QByteArray& certificate) {
+                static_cast<void>(m_tlsTrap.take({status, certificate})); // takeEndpoints looks for it
+            });
     connect(&m_worker, &QlumConnectWorker::ended, this, &QlumConnectFlow::takeResult);
 }
 
@@ -52,19 +59,26 @@ void QlumConnectFlow::stop()
 
 // ---- from step to step
 
-void QlumConnectFlow::start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info)
+void QlumConnectFlow::start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info,
+                            const QlumIdentity& identity)
 {
     m_setting = setting;
     m_info = info;
+    m_identity = identity;
+    if (identity)
+        qlumSetIdentity(m_setting, *identity);
+    m_outcome = OpcUa_BadRequestCancelledByClient;
     m_changesUser = false;
     m_refusal = UaStatusCode();
     m_entered.reset();
+    m_newlyIgnoredHost.clear();
     enter(Step::Endpoints);
 }
 
 void QlumConnectFlow::startUserChange(const QlumDiscoverySetting& setting)
 {
     m_setting = setting;
+    m_identity.reset();
     m_attempt.endpoint = setting.endpoint;
     m_changesUser = true;
     m_entered.reset();
@@ -83,9 +97,12 @@ void QlumConnectFlow::run()
 {
     switch (m_step) {
     case Step::Endpoints:
+        m_tlsTrap.set();
         return m_fetcher.fetch(m_setting.endpoint.url, static_cast<int>(m_info.connectTimeout));
     case Step::Endpoint:
         return chooseEndpoint();
+    case Step::Host:
+        return checkHost();
     case Step::Policy:
         return checkPolicy();
     case Step::User:
@@ -138,8 +155,10 @@ void QlumConnectFlow::finish(Result result)
 {
     m_step = Step::Idle;
     ++m_turn;
+    static_cast<void>(m_tlsTrap.release());
     if (std::exchange(m_isAsking, false))
         m_prompts.withdraw();
+    m_identity.reset();
     m_attempt = Attempt(); // with what is secret in it
     m_setting.password.clear();
     emit finished(result);
@@ -176,16 +195,52 @@ void QlumConnectFlow::cancel()
 
 void QlumConnectFlow::takeEndpoints(unsigned int status, const QVector<QlumEndpoint>& endpoints)
 {
-    if (!OpcUa_IsGood(status)) {
-        m_log.error(tr("Could not connect to server: ") + qlumStatusText(status));
-        return giveUp();
-    }
+    const std::optional<QlumTlsFailure> failure = m_tlsTrap.release();
+    m_attempt.discovery = status;
     m_attempt.endpoints = endpoints;
-    enter(Step::Endpoint);
+    if (OpcUa_IsGood(status))
+        return enter(Step::Endpoint);
+    if (!failure)
+        return takeDiscoveryTrust(false);
+    askAboutTls(*failure, answer(&QlumConnectFlow::takeDiscoveryTrust));
+}
+
+void QlumConnectFlow::takeDiscoveryTrust(bool isTrusted)
+{
+    if (isTrusted)
+        return enter(Step::Endpoints);
+    m_outcome = m_attempt.discovery;
+    m_log.error(tr("Could not connect to server: ") + qlumStatusText(m_attempt.discovery));
+    giveUp();
+}
+
+void QlumConnectFlow::askAboutTls(const QlumTlsFailure& failure, QlumConnectPrompts::Decided decided)
+{
+    QlumTlsTrustQuestion::log(m_log, m_setting.displayName, failure.status);
+    post([this, failure] { emit untrustedCertificate(failure.status, failure.certificate); });
+    const UaByteString certificate(failure.certificate.size(),
+                                   reinterpret_cast<const OpcUa_Byte*>(failure.certificate.constData()));
+    m_prompts.askTlsTrust(m_setting.displayName, certificate, UaStatusCode(failure.status),
+                          std::move(decided));
+    asking();
+}
+
+bool QlumConnectFlow::choosePolicy()
+{
+    QlumEndpoint& wanted = m_setting.endpoint;
+    if (wanted.securityPolicyUri.isEmpty())
+        wanted.securityPolicyUri = qlumBestPolicy(m_attempt.endpoints, wanted.url, wanted.securityMode);
+    return !wanted.securityPolicyUri.isEmpty();
 }
 
 void QlumConnectFlow::chooseEndpoint()
 {
+    if (!choosePolicy()) {
+        m_outcome = OpcUa_BadSecurityModeRejected;
+        m_log.error(tr("The server does not support the security mode '%1'.")
+                        .arg(qlumSecurityModeName(m_setting.endpoint.securityMode)));
+        return giveUp();
+    }
     const QlumEndpoint& wanted = m_setting.endpoint;
     const QVector<QlumEndpoint>& endpoints = m_attempt.endpoints;
     const QlumEndpointChoice choice =
@@ -200,7 +255,7 @@ void QlumConnectFlow::chooseEndpoint()
     m_log.write(QlumLogLevel::Data,
                 tr("ApplicationUri: '%1'").arg(isFound ? m_attempt.endpoint.applicationUri : QString()));
     if (choice.match == QlumEndpointChoice::Exact)
-        return enter(Step::Policy);
+        return enter(Step::Host);
     if (isFound) {
         m_prompts.tellFirstCertificate(answer(&QlumConnectFlow::takeFirstCertificate));
         return asking();
@@ -214,7 +269,7 @@ void QlumConnectFlow::chooseEndpoint()
 
 void QlumConnectFlow::takeFirstCertificate()
 {
-    enter(Step::Policy);
+    enter(Step::Host);
 }
 
 void QlumConnectFlow::takeUnsupportedPolicy(bool isIgnored)
@@ -223,6 +278,42 @@ void QlumConnectFlow::takeUnsupportedPolicy(bool isIgnored)
         enter(Step::Policy);
     else
         giveUp();
+}
+
+// What is dialled is the URL of the settings in any case. A server that names a host nobody knows is perhaps
+// not the one that is meant; one that names a known host may do so by the name that it has at home.
+void QlumConnectFlow::checkHost()
+{
+    const QString host = QUrl(m_attempt.endpoint.url).host();
+    if (host.isEmpty() || host == QUrl(url()).host() || host == m_setting.ignoredHost)
+        return enter(Step::Policy);
+    m_isLookingUp = true;
+    const auto found = [this, turn = m_turn](bool isFound) {
+        if (turn == m_turn)
+            takeHost(isFound);
+    };
+    QHostInfo::lookupHost(
+        host, this, [found](const QHostInfo& info) { found(info.error() == QHostInfo::NoError); });
+    QTimer::singleShot(static_cast<int>(m_info.connectTimeout), this, [found] { found(false); });
+}
+
+void QlumConnectFlow::takeHost(bool isFound)
+{
+    if (!std::exchange(m_isLookingUp, false)) // it is answered, or has taken too long
+        return;
+    if (isFound)
+        return enter(Step::Policy);
+    m_prompts.askDialledHost(m_setting.displayName, QUrl(m_attempt.endpoint.url).host(), QUrl(url()).host(),
+                             answer(&QlumConnectFlow::takeDialledHost));
+    asking();
+}
+
+void QlumConnectFlow::takeDialledHost(bool isKept)
+{
+    if (!isKept)
+        return giveUpByUser();
+    m_newlyIgnoredHost = QUrl(m_attempt.endpoint.url).host();
+    enter(Step::Policy);
 }
 
 // Answers about its padding let an attacker find out what was encrypted, so it is used only where somebody
@@ -270,7 +361,7 @@ void QlumConnectFlow::identifyByName()
     // a password that was given for a protected connection does not leave in the clear without a question
     const bool unprotected = qlumSendsUnprotectedPassword(m_attempt.endpoint);
     if (!m_changesUser && m_setting.storePassword && !m_setting.password.isEmpty() &&
-        (!unprotected || m_clearPasswordAllowed)) {
+        (!unprotected || (m_clearPasswordAllowed && !m_identity))) {
         m_attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
                                                        toUaString(m_setting.password));
         m_attempt.security.plainPasswordAccepted = unprotected;
@@ -292,21 +383,25 @@ void QlumConnectFlow::takeCredentials(const std::optional<QlumCredentials>& cred
 {
     if (!credentials)
         return giveUpByUser();
-    m_clearPasswordAllowed = qlumSendsUnprotectedPassword(m_attempt.endpoint);
-    m_entered =
-        QlumCredentials{credentials->userName, m_setting.storePassword ? credentials->password : QString()};
+    const bool unprotected = qlumSendsUnprotectedPassword(m_attempt.endpoint);
+    if (!m_identity) {
+        m_clearPasswordAllowed = unprotected;
+        m_entered = QlumCredentials{credentials->userName,
+                                    m_setting.storePassword ? credentials->password : QString()};
+    }
     m_attempt.security.setUserPasswordUserIdentity(toUaString(credentials->userName),
                                                    toUaString(credentials->password));
-    m_attempt.security.plainPasswordAccepted = m_clearPasswordAllowed; // the question has said so
+    m_attempt.security.plainPasswordAccepted = unprotected; // the question has said so
     userIsKnown();
 }
 
 void QlumConnectFlow::identifyByCertificate()
 {
-    if (loadUserCertificate())
-        userIsKnown();
-    else
-        giveUp();
+    if (m_identity)
+        m_attempt.security.setUserIdentity(m_identity);
+    else if (!loadUserCertificate())
+        return giveUp();
+    userIsKnown();
 }
 
 bool QlumConnectFlow::loadUserCertificate()
@@ -383,10 +478,22 @@ void QlumConnectFlow::takeVerdict(const QlumCertificateVerdict& verdict)
 
 void QlumConnectFlow::connectSession()
 {
-    m_worker.run(
-        [this, url = toUaString(m_setting.endpoint.url), info = m_info, security = m_attempt.security] {
-            return m_session.connect(url, info, security, &m_callback);
-        });
+    m_worker.run([this, security = m_attempt.security] { return openSession(security); });
+}
+
+// While the user looks at a TLS certificate the channel that met it is closed, so no call's time runs out,
+// and his word is followed by another attempt.
+UaStatus QlumConnectFlow::openSession(const UaClientSdk::SessionSecurityInfo& security)
+{
+    const UaString url = toUaString(m_setting.endpoint.url);
+    UaStatus status;
+    std::optional<QlumTlsFailure> failure;
+    do {
+        m_tlsTrap.set();
+        status = m_session.connect(url, m_info, security, &m_callback);
+        failure = m_tlsTrap.release();
+    } while (status.isBad() && failure && isTrustedNow(*failure));
+    return status;
 }
 
 void QlumConnectFlow::changeUser()
@@ -416,6 +523,7 @@ void QlumConnectFlow::takeResult(const UaStatus& status)
 
 void QlumConnectFlow::takeConnectResult(const UaStatus& status)
 {
+    m_outcome = status.statusCode();
     if (!status.isGood()) {
         m_log.error(tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
         return finish(Result::Refused);
@@ -438,28 +546,42 @@ bool QlumConnectFlow::connectError(UaClient::ConnectServiceType step, const UaSt
         m_log.error(tr("Error '%1' was returned during %2").arg(told.status, told.step));
         if (!told.details.isEmpty())
             m_log.error(told.details);
-        m_refusal = step != UaClient::CertificateValidation ? error.statusCode() : OpcUa_Good;
+        const bool isServers = step != UaClient::CertificateValidation && !m_tlsTrap.hasFailure();
+        m_refusal = isServers ? error.statusCode() : OpcUa_Good;
         return false;
     }
+    return askOnWorker([this, told](const QlumConnectPrompts::Decided& decided) {
+        m_prompts.askConnectError(told, decided);
+        asking();
+    });
+}
+
+bool QlumConnectFlow::isTrustedNow(const QlumTlsFailure& failure)
+{
+    return askOnWorker(
+        [this, failure](const QlumConnectPrompts::Decided& decided) { askAboutTls(failure, decided); });
+}
+
+bool QlumConnectFlow::askOnWorker(const std::function<void(QlumConnectPrompts::Decided)>& open)
+{
     // the server waits no longer than that for its new session to be used
     constexpr double longest = 24 * 3600 * 1000.0;
     const std::chrono::milliseconds limit(static_cast<int>(std::clamp(m_info.sessionTimeout, 1.0, longest)));
-    return m_worker.ask([this, told](const auto& question) { askAboutError(told, question); }, limit);
+    return m_worker.ask([this, open](const auto& question) { openForWorker(open, question); }, limit);
 }
 
-void QlumConnectFlow::askAboutError(const QlumConnectError& error,
+void QlumConnectFlow::openForWorker(const std::function<void(QlumConnectPrompts::Decided)>& open,
                                     const std::shared_ptr<QlumConnectWorker::Question>& question)
 {
     if (m_step != Step::Session)
         return;
-    m_prompts.askConnectError(error, [this, question, turn = m_turn](bool isIgnored) {
+    open([this, question, turn = m_turn](bool decided) {
         if (turn != m_turn)
             return;
-        post([this, question, isIgnored] {
+        post([this, question, decided] {
             m_isAsking = false;
-            m_worker.answer(*question, isIgnored);
+            m_worker.answer(*question, decided);
             emit stepChanged(m_step, false);
         });
     });
-    asking();
 }

@@ -1,10 +1,12 @@
 #pragma once
 #include <app/api/qlumlog.h>
+#include <app/api/qlumtoolservices.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumconnectworker.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointfetcher.h>
+#include <servers/qlumtlstrap.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastatuscode.h>
 #include <uaclientsdk/sessionconnectinfo.h>
@@ -18,6 +20,7 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -33,6 +36,7 @@ public:
         Idle,
         Endpoints,   ///< the server is asked for them
         Endpoint,    ///< one is chosen
+        Host,        ///< it names a host that can be found, or the dialled one is kept to
         Policy,      ///< is it safe enough
         User,        ///< who is to log in
         Certificate, ///< the server's is judged
@@ -53,11 +57,12 @@ public:
     QlumConnectFlow(const QlumLog& log, UaClientSdk::UaSession& session,
                     UaClientSdk::UaSessionCallback& callback, QlumConnectPrompts& prompts,
                     QObject* parent = nullptr);
-    /// Waits for a server that is asked for its endpoints, as long as the connect timeout.
     ~QlumConnectFlow() override;
 
-    /// Begins a connect; the flow must be idle.
-    void start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info);
+    /// Begins a connect; the flow must be idle. The identity, unless it is null, stands before that of the
+    /// setting. A setting without a policy takes the best that the server offers for the mode.
+    void start(const QlumDiscoverySetting& setting, const UaClientSdk::SessionConnectInfo& info,
+               const QlumIdentity& identity = nullptr);
     /// Begins a change of the user of the session; the flow must be idle.
     void startUserChange(const QlumDiscoverySetting& setting);
     /// Ends a connect in any step, at once or within a second; finished() tells when.
@@ -69,10 +74,17 @@ public:
     [[nodiscard]] bool isIdle() const { return m_step == Step::Idle; }
     /// Where the connect goes to.
     [[nodiscard]] QString url() const { return m_setting.endpoint.url; }
+    /// What the latest connect has asked for, with the policy that it has found.
+    [[nodiscard]] const QlumEndpoint& endpoint() const { return m_setting.endpoint; }
+    /// What the latest connect has come to; BadRequestCancelledByClient when it was given up.
+    [[nodiscard]] UaStatusCode outcome() const { return m_outcome; }
     /// The status with which the server has ended the latest connect; good when it has not.
     [[nodiscard]] UaStatusCode refusal() const { return m_refusal; }
-    /// What the user has entered this time; nothing when he was not asked.
+    /// What the user has entered this time for the setting; nothing when he was not asked.
     [[nodiscard]] const std::optional<QlumCredentials>& entered() const { return m_entered; }
+
+    /// The host that the settings are to ignore from now on; empty for none.
+    [[nodiscard]] QString newlyIgnoredHost() const { return m_newlyIgnoredHost; }
 
     /// Whether the caller is the connect under way, and not for example a reconnect. Any thread.
     [[nodiscard]] bool isConnectThread() const { return m_worker.isOwnThread(); }
@@ -80,11 +92,14 @@ public:
     /// for his answer. True goes on.
     [[nodiscard]] bool connectError(UaClientSdk::UaClient::ConnectServiceType step, const UaStatus& error,
                                     bool clientSideError);
+    /// A TLS certificate that nobody trusts. False when it is not the connect under way that has failed with
+    /// it; that one asks the user then, and tries again when he trusts it. Any thread; does not wait.
+    [[nodiscard]] bool takeTlsFailure(const QlumTlsFailure& failure) { return m_tlsTrap.take(failure); }
 
 signals:
     /// A step begins, begins to wait for the user, or goes on after his answer.
     void stepChanged(QlumConnectFlow::Step step, bool isAsking);
-    /// A TLS certificate (DER) that nobody trusts ended the question for the endpoints.
+    /// The user is asked about a TLS certificate (DER) that nobody trusts.
     void untrustedCertificate(unsigned int status, const QByteArray& certificate);
     /// The flow is idle again.
     void finished(QlumConnectFlow::Result result);
@@ -92,6 +107,7 @@ signals:
 private:
     struct Attempt ///< what a connect has found out so far
     {
+        unsigned int discovery = 0; ///< status
         QVector<QlumEndpoint> endpoints;
         QlumEndpoint endpoint; ///< the chosen one, or the stored one when the user insists
         UaClientSdk::SessionSecurityInfo security;
@@ -109,9 +125,14 @@ private:
     void asking();
 
     void takeEndpoints(unsigned int status, const QVector<QlumEndpoint>& endpoints);
+    void takeDiscoveryTrust(bool isTrusted);
+    [[nodiscard]] bool choosePolicy();
     void chooseEndpoint();
     void takeUnsupportedPolicy(bool isIgnored);
     void takeFirstCertificate();
+    void checkHost();
+    void takeHost(bool isFound);
+    void takeDialledHost(bool isKept);
     void checkPolicy();
     void takeWeakPolicy(bool isAllowed);
     void identifyUser();
@@ -126,7 +147,11 @@ private:
     void changeUser();
     void takeResult(const UaStatus& status);
     void takeConnectResult(const UaStatus& status);
-    void askAboutError(const QlumConnectError& error,
+    [[nodiscard]] UaStatus openSession(const UaClientSdk::SessionSecurityInfo& security);
+    [[nodiscard]] bool isTrustedNow(const QlumTlsFailure& failure);
+    void askAboutTls(const QlumTlsFailure& failure, QlumConnectPrompts::Decided decided);
+    [[nodiscard]] bool askOnWorker(const std::function<void(QlumConnectPrompts::Decided)>& open);
+    void openForWorker(const std::function<void(QlumConnectPrompts::Decided)>& open,
                        const std::shared_ptr<QlumConnectWorker::Question>& question);
 
     const QlumLog m_log;
@@ -135,15 +160,20 @@ private:
     QlumConnectPrompts& m_prompts;
     QlumDiscoverySetting m_setting;
     UaClientSdk::SessionConnectInfo m_info;
+    QlumIdentity m_identity; ///< null: that of the setting
     Attempt m_attempt;
     Step m_step = Step::Idle;
     unsigned int m_turn = 0; ///< rises with each step; what belongs to an older one is dropped
     bool m_isAsking = false;
     bool m_changesUser = false;
     UaStatusCode m_refusal;
+    UaStatusCode m_outcome;
     std::optional<QlumCredentials> m_entered;
+    bool m_isLookingUp = false;
+    QString m_newlyIgnoredHost;
     QString m_weakPolicyAllowedFor;      ///< URI; the user's word holds until the program ends
     bool m_clearPasswordAllowed = false; ///< for the stored password
-    QlumEndpointFetcher m_fetcher;       ///< a cancelled question ends in the background
-    QlumConnectWorker m_worker;          ///< last: joined first
+    QlumTlsTrap m_tlsTrap;
+    QlumEndpointFetcher m_fetcher; ///< a cancelled question ends in the background
+    QlumConnectWorker m_worker;    ///< last: joined first
 };

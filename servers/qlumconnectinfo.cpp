@@ -1,6 +1,6 @@
 #include <servers/qlumconnectinfo.h>
 
-#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
 #include <servers/qlumconnectflow.h>
@@ -9,13 +9,14 @@
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uabytestring.h>
+#include <uaclientsdk/useridentitytoken.h>
 
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QSysInfo>
-#include <QVariant>
 
 #include <memory>
+#include <span>
 
 namespace {
 using UaClientSdk::SessionConnectInfo;
@@ -38,12 +39,6 @@ UaClient::TypeDictionaryMode dictionaryMode(const QString& text)
     return UaClient::Reconnect;
 }
 
-QVariant connectSetting(const char* key)
-{
-    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    return application ? application->settingsValue(QLatin1String(key)) : QVariant();
-}
-
 UaByteString toUaByteString(const QByteArray& bytes)
 {
     return UaByteString(bytes.size(), reinterpret_cast<const OpcUa_Byte*>(bytes.constData()));
@@ -54,11 +49,11 @@ SessionConnectInfo qlumConnectInfo(unsigned int serverId, const QString& session
 {
     SessionConnectInfo info;
     info.clientConnectionId = serverId;
-    info.connectTimeout = connectSetting("General.ConnectTimeout").toUInt();
-    info.sessionTimeout = connectSetting("General.SessionTimeout").toDouble();
-    info.publishTimeout = connectSetting("General.PublishTimeout").toUInt();
-    info.secureChannelLifetime = connectSetting("General.SecureChannelLifetime").toUInt();
-    info.localeId = toUaString(connectSetting("General.LocaleId").toString());
+    info.connectTimeout = QlumSettings::connectTimeout.value();
+    info.sessionTimeout = QlumSettings::sessionTimeout.value();
+    info.publishTimeout = QlumSettings::publishTimeout.value();
+    info.secureChannelLifetime = QlumSettings::secureChannelLifetime.value();
+    info.localeId = toUaString(QlumSettings::localeId.value());
     const UaPkiCertificate& own = QlumCertificates::instance()->certificate();
     info.applicationUri =
         own.isNull() ? toUaString(QStringLiteral("urn:%1:Korvanda:Tavelin").arg(QSysInfo::machineHostName()))
@@ -66,12 +61,12 @@ SessionConnectInfo qlumConnectInfo(unsigned int serverId, const QString& session
     info.applicationName = toUaString(ConnectTexts::tr("Korvanda Tavelin"));
     info.productUri = toUaString(ConnectTexts::tr("urn:Korvanda:Tavelin"));
     info.sessionName = toUaString(sessionName);
-    info.automaticReconnect = connectSetting("General.AutomaticReconnect").toBool();
-    info.watchdogTime = connectSetting("General.WatchdogTime").toUInt();
-    info.watchdogTimeout = connectSetting("General.WatchdogTimeout").toUInt();
-    info.maxOperationsPerServiceCall = connectSetting("General.MaxOperationsPerServiceCall").toUInt();
-    info.typeDictionaryMode = dictionaryMode(connectSetting("General.TypeDictionaryMode").toString());
-    info.internalServiceCallTimeout = connectSetting("General.InternalServiceCallTimeout").toUInt();
+    info.automaticReconnect = QlumSettings::automaticReconnect.value();
+    info.watchdogTime = QlumSettings::watchdogTime.value();
+    info.watchdogTimeout = QlumSettings::watchdogTimeout.value();
+    info.maxOperationsPerServiceCall = QlumSettings::maxOperations.value();
+    info.typeDictionaryMode = dictionaryMode(QlumSettings::typeDictionaryMode.value());
+    info.internalServiceCallTimeout = QlumSettings::internalCallTimeout.value();
     return info;
 }
 
@@ -103,6 +98,22 @@ bool qlumNeedsServerCertificate(const SessionSecurityInfo& security, const QlumD
     default:
         return security.isSecured();
     }
+}
+
+void qlumSetIdentity(QlumDiscoverySetting& setting, const UaClientSdk::UaUserIdentityToken& identity)
+{
+    setting.userTokenType = QlumDiscoverySetting::Anonymous;
+    if (identity.tokenType() == OpcUa_UserTokenType_Certificate)
+        setting.userTokenType = QlumDiscoverySetting::Certificate;
+    const auto* named = dynamic_cast<const UaClientSdk::UaUserNameIdentityToken*>(&identity);
+    if (!named)
+        return;
+    const std::span<const OpcUa_Byte> password = named->password().bytes();
+    setting.userTokenType = QlumDiscoverySetting::UserName;
+    setting.userName = toQString(named->userName());
+    setting.password =
+        QString::fromUtf8(reinterpret_cast<const char*>(password.data()), static_cast<int>(password.size()));
+    setting.storePassword = true;
 }
 
 QString qlumConnectStepName(UaClient::ConnectServiceType step)

@@ -4,6 +4,7 @@
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 #include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/useridentitytoken.h>
 
 #include <QString>
 #include <QVector>
@@ -21,5 +22,7 @@ void qlumFillConnectSecurity(UaClientSdk::SessionSecurityInfo& security, const Q
 [[nodiscard]] bool qlumNeedsServerCertificate(const UaClientSdk::SessionSecurityInfo& security,
                                               const QlumDiscoverySetting& setting,
                                               const QlumEndpoint& chosen);
+/// Has the settings name another user; a password that comes with it counts as one that is stored.
+void qlumSetIdentity(QlumDiscoverySetting& setting, const UaClientSdk::UaUserIdentityToken& identity);
 /// Name of a step of UaSession::connect, for the log.
 [[nodiscard]] QString qlumConnectStepName(UaClientSdk::UaClient::ConnectServiceType step);

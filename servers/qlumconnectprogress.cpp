@@ -67,7 +67,7 @@ void QlumConnectProgress::hide()
 bool QlumConnectProgress::isWaiting(QlumConnectFlow::Step step)
 {
     using Step = QlumConnectFlow::Step;
-    return step == Step::Endpoints || step == Step::Session || step == Step::UserChange;
+    return step == Step::Endpoints || step == Step::Host || step == Step::Session || step == Step::UserChange;
 }
 
 QString QlumConnectProgress::textOf(QlumConnectFlow::Step step)
@@ -78,6 +78,8 @@ QString QlumConnectProgress::textOf(QlumConnectFlow::Step step)
         return tr("Asking the server for its endpoints");
     case Step::Endpoint:
         return tr("Choosing an endpoint");
+    case Step::Host:
+        return tr("Looking for the server's host");
     case Step::Policy:
         return tr("Checking the security policy");
     case Step::User:

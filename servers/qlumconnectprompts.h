@@ -65,6 +65,9 @@ public:
     virtual void askUnsupportedPolicy(Decided answer) = 0;
     /// Tells that no endpoint has the URL, and that the certificate of another one is used.
     virtual void tellFirstCertificate(Answered answer) = 0;
+    /// Whether to keep to the host that was dialled, when the server names one that cannot be found.
+    virtual void askDialledHost(const QString& server, const QString& named, const QString& dialled,
+                                Decided answer) = 0;
     /// Whether to use a policy that is broken.
     virtual void askWeakPolicy(const QString& server, Decided answer) = 0;
     /// User name and password; nothing: the user thought better of it.

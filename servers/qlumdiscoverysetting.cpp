@@ -112,6 +112,7 @@ void QlumDiscoverySetting::storeSettings(QSettings& settings) const
     settings.setValue("StorePassword", storePassword);
     settings.setValue("CertificateFile", certificateFile);
     settings.setValue("PrivateKeyFile", privateKeyFile);
+    settings.setValue("IgnoredHost", ignoredHost);
 }
 
 QlumDiscoverySetting QlumDiscoverySetting::fromSetting(const QSettings& settings)
@@ -133,5 +134,6 @@ QlumDiscoverySetting QlumDiscoverySetting::fromSetting(const QSettings& settings
     setting.storePassword = settings.value("StorePassword").toBool();
     setting.certificateFile = textValue(settings, "CertificateFile");
     setting.privateKeyFile = textValue(settings, "PrivateKeyFile");
+    setting.ignoredHost = textValue(settings, "IgnoredHost");
     return setting;
 }

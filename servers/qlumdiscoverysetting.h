@@ -16,6 +16,7 @@ struct QlumDiscoverySetting
     int userTokenType = Anonymous;
     QString sessionName;
     QString discoveryHost; ///< where the endpoint was found
+    QString ignoredHost;   ///< of the endpoint, which cannot be found: the URL is dialled as it stands
     QString userName;
     bool storePassword = false; ///< keep the password while the program runs
     QString password;           ///< in memory only; never written

@@ -1,5 +1,7 @@
 #include <servers/qlumendpointchoice.h>
 
+#include <opcua/opcua_types.h>
+
 #include <QString>
 #include <QUrl>
 #include <QVector>
@@ -57,4 +59,27 @@ QlumEndpointChoice qlumChooseEndpoint(const QVector<QlumEndpoint>& endpoints, co
         }
     }
     return choice;
+}
+
+QString qlumBestPolicy(const QVector<QlumEndpoint>& endpoints, const QString& url, int securityMode)
+{
+    const QlumEndpoint* best = nullptr;
+    for (const QlumEndpoint& endpoint : endpoints)
+        if (endpoint.securityMode == securityMode && sameScheme(endpoint.url, url) &&
+            (!best || endpoint.securityLevel > best->securityLevel))
+            best = &endpoint;
+    return best ? best->securityPolicyUri : QString();
+}
+
+void qlumSetSecurity(QlumEndpoint& endpoint, int securityMode, const QString& securityPolicyUri)
+{
+    if (securityMode != 0)
+        endpoint.securityMode = securityMode;
+    const bool isNone = endpoint.securityMode == OpcUa_MessageSecurityMode_None;
+    if (!securityPolicyUri.isEmpty())
+        endpoint.securityPolicyUri = securityPolicyUri;
+    else if (isNone)
+        endpoint.securityPolicyUri = qlumPolicyNone();
+    else if (endpoint.securityPolicyUri == qlumPolicyNone())
+        endpoint.securityPolicyUri.clear();
 }

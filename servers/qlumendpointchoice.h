@@ -21,3 +21,10 @@ struct QlumEndpointChoice
 [[nodiscard]] QlumEndpointChoice qlumChooseEndpoint(const QVector<QlumEndpoint>& endpoints,
                                                     const QString& url, const QString& securityPolicyUri,
                                                     int securityMode);
+/// URI of the policy at the endpoint with that scheme and mode that the server thinks most of; empty for
+/// none.
+[[nodiscard]] QString qlumBestPolicy(const QVector<QlumEndpoint>& endpoints, const QString& url,
+                                     int securityMode);
+/// Asks for another security than the endpoint has. A mode of 0 keeps that; an empty policy keeps the
+/// endpoint's where that goes with the mode, else it becomes empty: the best for the mode.
+void qlumSetSecurity(QlumEndpoint& endpoint, int securityMode, const QString& securityPolicyUri);

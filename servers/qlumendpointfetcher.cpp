@@ -1,7 +1,5 @@
 #include <servers/qlumendpointfetcher.h>
 
-#include <app/api/qlumjob.h>
-#include <app/api/qlumjobpool.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumpkifolders.h>
@@ -10,7 +8,6 @@
 #include <uaclientsdk/uadiscovery.h>
 
 #include <QByteArray>
-#include <QMetaObject>
 #include <QString>
 #include <QVector>
 
@@ -18,38 +15,33 @@
 #include <memory>
 #include <utility>
 
-QlumEndpointFetcher::QlumEndpointFetcher(QObject* parent)
-    : QlumEndpointFetcher(
-          [this](const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints) {
-              return getEndpoints(url, milliseconds, endpoints);
-          },
-          parent)
-{
-}
+QlumEndpointFetcher::QlumEndpointFetcher(QObject* parent) : QlumEndpointFetcher(Getter(), parent) {}
 
 QlumEndpointFetcher::QlumEndpointFetcher(Getter getter, QObject* parent)
     : QObject(parent), m_getter(std::move(getter))
 {
 }
 
-QlumEndpointFetcher::~QlumEndpointFetcher() = default;
+QlumEndpointFetcher::~QlumEndpointFetcher()
+{
+    cancel();
+}
 
-unsigned int QlumEndpointFetcher::getEndpoints(const QString& url, int milliseconds,
+unsigned int QlumEndpointFetcher::getEndpoints(QlumJob& job, const QString& url, int milliseconds,
                                                QVector<QlumEndpoint>& endpoints)
 {
+    const auto discovery = std::make_shared<UaClientSdk::UaDiscovery>();
+    job.whenCancelled([discovery] { discovery->cancel(); });
     UaClientSdk::ServiceSettings settings;
     settings.callTimeout = static_cast<OpcUa_UInt32>(std::max(milliseconds, 1));
     UaEndpointDescriptions descriptions;
     UaClientSdk::ClientSecurityInfo security;
     qlumFillPkiFolders(security);
-    security.tlsCertificateRefused = [this](const UaStatus& status, const UaByteString& certificate) {
+    security.tlsCertificateRefused = [this, &job](const UaStatus& status, const UaByteString& certificate) {
         const QByteArray bytes(reinterpret_cast<const char*>(certificate.data()), certificate.length());
-        QMetaObject::invokeMethod(
-            this, [this, code = status.statusCode(), bytes] { emit untrustedCertificate(code, bytes); },
-            Qt::QueuedConnection);
+        job.post([this, code = status.statusCode(), bytes] { emit untrustedCertificate(code, bytes); });
     };
-    const UaStatus status =
-        UaClientSdk::UaDiscovery().getEndpoints(settings, toUaString(url), security, descriptions);
+    const UaStatus status = discovery->getEndpoints(settings, toUaString(url), security, descriptions);
     const auto count =
         std::min(descriptions.length(), static_cast<OpcUa_UInt32>(QlumEndpointLimits::endpoints));
     for (OpcUa_UInt32 i = 0; i < count; ++i)
@@ -59,13 +51,14 @@ unsigned int QlumEndpointFetcher::getEndpoints(const QString& url, int milliseco
 
 void QlumEndpointFetcher::fetch(const QString& url, int milliseconds)
 {
+    cancel();
     m_busy = true;
-    m_pool.cancelAll();
     m_pool.add(
         {tr("Asking %1 for its endpoints").arg(url)},
         [this, url, milliseconds](QlumJob& job) {
             QVector<QlumEndpoint> endpoints;
-            const unsigned int status = m_getter(url, milliseconds, endpoints);
+            const unsigned int status = m_getter ? m_getter(url, milliseconds, endpoints)
+                                                 : getEndpoints(job, url, milliseconds, endpoints);
             if (!job.isCancelled())
                 job.post([this, status, endpoints] { deliver(status, endpoints); });
         },

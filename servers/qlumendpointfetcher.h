@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <servers/qlumendpoint.h>
 
@@ -9,13 +10,13 @@
 
 #include <functional>
 
-/// Asks a server for its endpoints without blocking. One question at a time: a new one, like cancel(), drops
-/// the answer of the one before. Destruction waits for a call under way, at most its timeout.
+/// Asks a server for its endpoints without blocking. One question at a time: a new one, cancel() and the
+/// destructor end the one before, and do not wait for its server.
 class QlumEndpointFetcher : public QObject
 {
     Q_OBJECT
 public:
-    /// Blocks for at most so many milliseconds; called on a thread of the fetcher.
+    /// Blocks for at most so many milliseconds; called on a thread of the fetcher. Nothing ends it early.
     using Getter =
         std::function<unsigned int(const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints)>;
 
@@ -31,17 +32,18 @@ public:
     [[nodiscard]] bool isBusy() const { return m_busy; }
 
 signals:
-    /// The status of the call; the endpoints are empty when it is not Good. BadRequestCancelledByClient when
-    /// the user gives it up in the list of running work. Not sent after cancel().
+    /// The status of the call; the endpoints are empty when it is not Good. Not sent after cancel(), but when
+    /// the user cancels the running work.
     void finished(unsigned int status, const QVector<QlumEndpoint>& endpoints);
     /// Before finished: the TLS certificate (DER) of an HTTPS server that nobody trusts yet.
     void untrustedCertificate(unsigned int status, const QByteArray& certificate);
 
 private:
-    unsigned int getEndpoints(const QString& url, int milliseconds, QVector<QlumEndpoint>& endpoints);
+    [[nodiscard]] unsigned int getEndpoints(QlumJob& job, const QString& url, int milliseconds,
+                                            QVector<QlumEndpoint>& endpoints);
     void deliver(unsigned int status, const QVector<QlumEndpoint>& endpoints);
 
     const Getter m_getter;
     bool m_busy = false;
-    QlumJobPool m_pool{2}; ///< a new question need not wait for one that hangs. Last: joined first
+    QlumJobPool m_pool; ///< last: joined first
 };

@@ -3,15 +3,20 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificaterefuseddialog.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectdialogs.h>
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumconnectprogress.h>
+#include <servers/qlumendpoint.h>
+#include <servers/qlumendpointchoice.h>
 #include <servers/qlumnamespacemap.h>
 #include <servers/qlumnetworkwatch.h>
+#include <servers/qlumtlstrap.h>
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
@@ -19,6 +24,7 @@
 #include <uawidgets/qlumwaitcursor.h>
 
 #include <QApplication>
+#include <QByteArray>
 #include <QEventLoop>
 #include <QIcon>
 #include <QMessageBox>
@@ -98,18 +104,16 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
       m_services(
           std::make_unique<QlumServicesRegistration>(m_serverId, qlumServicesOf(m_session, m_typeCache))),
       m_monitoring(std::make_unique<QlumServerMonitoring>(m_serverId, *m_session)),
-      m_retrieveIcons(this->setting("General.RetrieveIcons").toBool()), m_network(QlumNetworkWatch::shared()),
+      m_retrieveIcons(QlumSettings::retrieveIcons.value()), m_network(QlumNetworkWatch::shared()),
       m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
       m_flow(std::make_unique<QlumConnectFlow>(m_log, *m_session, *this, *m_prompts))
 {
     m_tlsQuestion.setServerName(displayName());
     connect(&m_tlsQuestion, &QlumTlsTrustQuestion::newUntrustedSSLCertificate, this,
             &QlumProjectNodeServer::newUntrustedSSLCertificate);
-    connect(&m_tlsQuestion, &QlumTlsTrustQuestion::trusted, this, &QlumProjectNodeServer::startConnect);
+    connect(&m_tlsQuestion, &QlumTlsTrustQuestion::trusted, this, &QlumServerNode::retryConnectServer);
     connect(m_flow.get(), &QlumConnectFlow::untrustedCertificate, this,
-            [this](unsigned int status, const QByteArray& certificate) {
-                m_tlsQuestion.raise(status, certificate);
-            });
+            &QlumProjectNodeServer::newUntrustedSSLCertificate);
     connect(m_flow.get(), &QlumConnectFlow::finished, this, &QlumProjectNodeServer::takeFlowResult);
     connect(m_network.get(), &QlumNetworkWatch::networkChanged, this,
             &QlumProjectNodeServer::sltNetworkChanged);
@@ -238,26 +242,40 @@ bool QlumProjectNodeServer::startConnect()
     if (m_isBusy || m_tlsQuestion.isOpen() || m_status == QlumConnectionStatus::Connected ||
         m_status == QlumConnectionStatus::NewSessionCreated)
         return false;
-    const bool isLost = m_status == QlumConnectionStatus::ConnectionError;
-    if (isLost && reconnectNow())
+    if (m_status == QlumConnectionStatus::ConnectionError && reconnectNow())
         return false;
-    m_isBusy = true;
-    m_tlsQuestion.setHeld(true);
-    if (isLost) { // it would wait for nothing but this
-        QMetaObject::invokeMethod(this, &QlumProjectNodeServer::beginConnect, Qt::QueuedConnection);
-        disconnectServer();
-    } else
-        beginConnect();
+    begin(m_setting, nullptr);
     return true;
 }
 
-void QlumProjectNodeServer::beginConnect()
+bool QlumProjectNodeServer::reconnectWith(OpcUa_MessageSecurityMode mode, const QlumIdentity& identity)
+{
+    if (m_isBusy || m_tlsQuestion.isOpen())
+        return false;
+    QlumDiscoverySetting setting = m_setting;
+    qlumSetSecurity(setting.endpoint, mode, QString());
+    begin(setting, identity);
+    return true;
+}
+
+void QlumProjectNodeServer::begin(const QlumDiscoverySetting& setting, const QlumIdentity& identity)
+{
+    m_isBusy = true;
+    m_tlsQuestion.setHeld(true);
+    if (m_status == QlumConnectionStatus::Disconnected || m_status == QlumConnectionStatus::ConnectFailed)
+        return beginConnect(setting, identity);
+    QMetaObject::invokeMethod(
+        this, [this, setting, identity] { beginConnect(setting, identity); }, Qt::QueuedConnection);
+    disconnectServer();
+}
+
+void QlumProjectNodeServer::beginConnect(const QlumDiscoverySetting& setting, const QlumIdentity& identity)
 {
     ++m_connection;
     m_typeCache->clear();
     m_messages.clear(); // about the connection before
     m_monitoring->useSession();
-    m_flow->start(m_setting, qlumConnectInfo(m_serverId, m_setting.sessionName));
+    m_flow->start(setting, qlumConnectInfo(m_serverId, setting.sessionName), identity);
     setStatus(QlumConnectionStatus::Connecting);
 }
 
@@ -267,7 +285,12 @@ void QlumProjectNodeServer::changeUser()
         return;
     m_isBusy = true;
     m_tlsQuestion.setHeld(true);
-    m_flow->startUserChange(m_setting);
+    QlumDiscoverySetting setting = m_setting;
+    if (const QlumEndpoint& used = m_flow->endpoint(); !used.url.isEmpty()) { // by a tool's wish, another one
+        setting.endpoint.securityMode = used.securityMode;
+        setting.endpoint.securityPolicyUri = used.securityPolicyUri;
+    }
+    m_flow->startUserChange(setting);
 }
 
 void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
@@ -282,6 +305,11 @@ void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
         m_monitoring->leaveSession();
     else if (result == Result::Unchanged)
         m_monitoring->retryRefused(); // perhaps as another user
+    if (!m_flow->newlyIgnoredHost().isEmpty() && m_setting.ignoredHost != m_flow->newlyIgnoredHost()) {
+        m_setting.ignoredHost = m_flow->newlyIgnoredHost();
+        if (QlumApplicationInterface* application = QlumApplicationInterface::instance())
+            application->setModified(); // for the project to keep it
+    }
     const bool connected = result == Result::Connected;
     QMetaObject::invokeMethod(
         this, [this, connected] { endFlow(connected); }, Qt::QueuedConnection);
@@ -398,8 +426,11 @@ void QlumProjectNodeServer::showReconnectError(const UaStatusCode& status,
 bool QlumProjectNodeServer::sslCertificateValidationFailed(OpcUa_UInt32, const UaStatus& status,
                                                            const UaByteString& certificate)
 {
-    if (!m_closing)
-        m_tlsQuestion.raise(status, certificate);
+    const QlumTlsFailure failure{
+        status.statusCode(),
+        QByteArray(reinterpret_cast<const char*>(certificate.data()), certificate.length())};
+    if (!m_closing && !m_flow->takeTlsFailure(failure))
+        m_tlsQuestion.raise(failure);
     return false; // the user decides in his own time, and another attempt follows
 }
 
@@ -478,12 +509,4 @@ NamespaceMap QlumProjectNodeServer::updateNamespaces()
     m_log.info(tr("Namespace table changed, mapping old to new namespace indices"));
     m_namespaces = uris;
     return namespaceMap;
-}
-
-// ---- surroundings
-
-QVariant QlumProjectNodeServer::setting(const char* key) const
-{
-    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    return application ? application->settingsValue(QLatin1String(key)) : QVariant();
 }

@@ -3,6 +3,7 @@
 #include <app/api/qlumlog.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtoolservices.h>
 #include <servers/qlumconnectflow.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumdiscoverysetting.h>
@@ -60,6 +61,9 @@ public:
     /// While a lost connection is waited for it makes the next attempt to restore it at once, and answers
     /// false.
     bool startConnect() override;
+    /// Connects anew with another security mode (0: the same) and user (null: as the settings say), which
+    /// the settings do not keep. False while a connect or a change of the user is under way.
+    [[nodiscard]] bool reconnectWith(OpcUa_MessageSecurityMode mode, const QlumIdentity& identity);
     void disconnectServer() override;
     /// Begins it, and does not wait for what it comes to.
     void changeUser() override;
@@ -95,7 +99,8 @@ signals:
     void newUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
 
 private:
-    void beginConnect();
+    void begin(const QlumDiscoverySetting& setting, const QlumIdentity& identity);
+    void beginConnect(const QlumDiscoverySetting& setting, const QlumIdentity& identity);
     void takeFlowResult(QlumConnectFlow::Result result);
     void endFlow(bool connected);
     /// False when the session will not try by itself.
@@ -112,7 +117,6 @@ private:
     void queueNews(News&& news);
     NamespaceMap updateNamespaces();
     [[nodiscard]] bool onOwnThread() const;
-    [[nodiscard]] QVariant setting(const char* key) const;
 
     const unsigned int m_serverId;
     const QlumLog m_log;

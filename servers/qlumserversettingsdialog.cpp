@@ -1,10 +1,11 @@
 #include <servers/qlumserversettingsdialog.h>
 
-#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumlog.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
-#include <certificates/qlumtlstrust.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/qlumconnectdialogs.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumendpointmodel.h>
@@ -25,7 +26,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QModelIndex>
-#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSortFilterProxyModel>
@@ -38,16 +38,6 @@
 #include <QWidget>
 
 namespace {
-constexpr int defaultTimeout = 5000; // ms
-
-int connectTimeout()
-{
-    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
-    return application
-               ? application->settingsValue(QStringLiteral("General.ConnectTimeout"), defaultTimeout).toInt()
-               : defaultTimeout;
-}
-
 bool isUsableUrl(const QString& text)
 {
     const QUrl url(text);
@@ -95,6 +85,7 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
 QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& setting,
                                                    QlumEndpointFetcher* fetcher, QWidget* parent)
     : QlumBaseWidget(QStringLiteral("QlumServerSettingsDialog"), parent), m_setting(setting),
+      m_prompts(new QlumConnectDialogs(this)), m_tlsQuestion(QlumLog(tr("Server Settings")), *m_prompts),
       m_fetcher(fetcher ? fetcher : new QlumEndpointFetcher), m_endpoints(new QlumEndpointModel(this)),
       m_sorted(new QSortFilterProxyModel(this))
 {
@@ -109,6 +100,8 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
     connect(m_fetcher, &QlumEndpointFetcher::finished, this, &QlumServerSettingsDialog::sltEndpointsFetched);
     connect(m_fetcher, &QlumEndpointFetcher::untrustedCertificate, this,
             &QlumServerSettingsDialog::sltCertificateRefused);
+    connect(&m_tlsQuestion, &QlumTlsTrustQuestion::trusted, this,
+            &QlumServerSettingsDialog::sltCertificateTrusted);
     resize(740, 560);
     fill();
     sltUpdateControls();
@@ -301,7 +294,7 @@ void QlumServerSettingsDialog::sltFetchEndpoints()
     }
     m_url->setText(completeUrl(m_url->text()));
     setMessage(tr("Asking the server for its endpoints..."));
-    m_fetcher->fetch(m_url->text(), connectTimeout());
+    m_fetcher->fetch(m_url->text(), static_cast<int>(QlumSettings::connectTimeout.value()));
     sltUpdateControls();
 }
 
@@ -329,16 +322,13 @@ void QlumServerSettingsDialog::sltEndpointsFetched(unsigned int status,
 
 void QlumServerSettingsDialog::sltCertificateRefused(unsigned int status, const QByteArray& certificate)
 {
-    if (m_judging) // a certificate may have several faults
-        return;
-    const QPointer<QlumServerSettingsDialog> self(this);
-    m_judging = true;
-    const UaByteString der(certificate.size(), reinterpret_cast<const OpcUa_Byte*>(certificate.constData()));
-    const bool trusted = qlumAskTlsTrust(QUrl(m_url->text()).host(), der, UaStatusCode(status), this);
-    if (!self)
-        return;
-    m_judging = false;
-    if (trusted && !m_fetcher->isBusy())
+    m_tlsQuestion.setServerName(QUrl(m_url->text()).host());
+    m_tlsQuestion.raise({status, certificate});
+}
+
+void QlumServerSettingsDialog::sltCertificateTrusted()
+{
+    if (!m_fetcher->isBusy())
         sltFetchEndpoints();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
+#include <servers/qlumtlstrustquestion.h>
 #include <uawidgets/qlumbasewidget.h>
 
 #include <QByteArray>
@@ -17,6 +18,7 @@ class QProgressBar;
 class QPushButton;
 class QSortFilterProxyModel;
 class QTreeView;
+class QlumConnectDialogs;
 class QlumEndpointFetcher;
 class QlumEndpointModel;
 
@@ -44,6 +46,7 @@ private slots:
     void sltFetchEndpoints();
     void sltEndpointsFetched(unsigned int status, const QVector<QlumEndpoint>& endpoints);
     void sltCertificateRefused(unsigned int status, const QByteArray& certificate);
+    void sltCertificateTrusted();
     void sltUpdateControls();
 
 private:
@@ -62,6 +65,8 @@ private:
 
     QlumDiscoverySetting m_setting;
     QString m_suggestedName; ///< replaced when another endpoint is chosen, unless the user wrote a name
+    QlumConnectDialogs* m_prompts;
+    QlumTlsTrustQuestion m_tlsQuestion;
     QlumEndpointFetcher* m_fetcher;
     QlumEndpointModel* m_endpoints;
     QSortFilterProxyModel* m_sorted;
@@ -80,5 +85,4 @@ private:
     QLineEdit* m_certificateFile = nullptr;
     QLineEdit* m_privateKeyFile = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
-    bool m_judging = false; ///< a TLS certificate
 };

@@ -1,6 +1,7 @@
 #include <servers/qlumtlstrustquestion.h>
 
 #include <app/api/qlumtext.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 
 #include <utility>
@@ -18,16 +19,10 @@ QlumTlsTrustQuestion::~QlumTlsTrustQuestion()
         m_prompts.withdraw();
 }
 
-void QlumTlsTrustQuestion::raise(unsigned int status, const QByteArray& certificate)
+void QlumTlsTrustQuestion::raise(const QlumTlsFailure& failure)
 {
     if (m_permit.tryAcquire())
-        emit newUntrustedSSLCertificate(status, certificate);
-}
-
-void QlumTlsTrustQuestion::raise(const UaStatus& status, const UaByteString& certificate)
-{
-    raise(status.statusCode(),
-          QByteArray(reinterpret_cast<const char*>(certificate.data()), certificate.length()));
+        emit newUntrustedSSLCertificate(failure.status, failure.certificate);
 }
 
 void QlumTlsTrustQuestion::setHeld(bool held)
@@ -35,22 +30,27 @@ void QlumTlsTrustQuestion::setHeld(bool held)
     m_isHeld = held;
     if (held || !m_waiting)
         return;
-    const Failure failure = *std::exchange(m_waiting, std::nullopt);
+    const QlumTlsFailure failure = *std::exchange(m_waiting, std::nullopt);
     emit newUntrustedSSLCertificate(failure.status, failure.certificate);
 }
 
 void QlumTlsTrustQuestion::sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate)
 {
     if (m_isHeld)
-        m_waiting = Failure{status, certificate};
+        m_waiting = QlumTlsFailure{status, certificate};
     else
         ask({status, certificate});
 }
 
-void QlumTlsTrustQuestion::ask(const Failure& failure)
+void QlumTlsTrustQuestion::log(const QlumLog& log, const QString& serverName, unsigned int status)
 {
-    m_log.error(tr("The TLS certificate of server '%1' is not trusted: '%2'")
-                    .arg(m_serverName, qlumStatusText(failure.status)));
+    log.error(tr("The TLS certificate of server '%1' is not trusted: '%2'")
+                  .arg(serverName, qlumStatusText(status)));
+}
+
+void QlumTlsTrustQuestion::ask(const QlumTlsFailure& failure)
+{
+    log(m_log, m_serverName, failure.status);
     const UaByteString certificate(failure.certificate.size(),
                                    reinterpret_cast<const OpcUa_Byte*>(failure.certificate.constData()));
     m_isOpen = true;

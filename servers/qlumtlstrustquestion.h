@@ -1,8 +1,7 @@
 #pragma once
 #include <app/api/qlumlog.h>
 #include <servers/qlumconnectprompts.h>
-#include <uabase/values/uabytestring.h>
-#include <uabase/values/uastatus.h>
+#include <servers/qlumtlstrap.h>
 
 #include <QByteArray>
 #include <QObject>
@@ -22,13 +21,14 @@ public:
     QlumTlsTrustQuestion(const QlumLog& log, QlumConnectPrompts& prompts, QObject* parent = nullptr);
     ~QlumTlsTrustQuestion() override;
 
-    /// Any thread. The certificate is DER.
-    void raise(unsigned int status, const QByteArray& certificate);
-    void raise(const UaStatus& status, const UaByteString& certificate);
+    /// Any thread.
+    void raise(const QlumTlsFailure& failure);
 
     void setServerName(const QString& name) { m_serverName = name; }
     /// While a connect is under way the question waits: it is of use when the connect has failed.
     void setHeld(bool held);
+    /// The failure's entry in the log. Any thread.
+    static void log(const QlumLog& log, const QString& serverName, unsigned int status);
     /// Whether the user is being asked.
     [[nodiscard]] bool isOpen() const { return m_isOpen; }
 
@@ -39,21 +39,15 @@ signals:
     void trusted();
 
 private:
-    struct Failure
-    {
-        unsigned int status;
-        QByteArray certificate;
-    };
-
     void sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
-    void ask(const Failure& failure);
+    void ask(const QlumTlsFailure& failure);
     void take(bool isTrusted);
 
     const QlumLog m_log;
     QlumConnectPrompts& m_prompts;
     QString m_serverName;
     QSemaphore m_permit{1};
-    std::optional<Failure> m_waiting;
+    std::optional<QlumTlsFailure> m_waiting;
     bool m_isHeld = false;
     bool m_isOpen = false;
 };

@@ -8,8 +8,11 @@
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/channelconnectinfo.h>
+#include <uaclientsdk/discovery/discoverycalls.h>
 #include <uaclientsdk/discovery/uadiscovery_p.h>
 #include <uaclientsdk/generated/servicetraits.h>
+
+#include <functional>
 
 namespace UaClientSdk {
 
@@ -34,12 +37,12 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_St
 // One discovery service from connect to disconnect. fill(request) sets the service's own fields,
 // take(response) takes the results.
 template <typename Service, typename Fill, typename Take>
-UaStatus discover(ServiceSettings& settings, const UaString& url, const ClientSecurityInfo& security,
-                  const Fill& fill, const Take& take)
+UaStatus discover(DiscoveryCalls& calls, ServiceSettings& settings, const UaString& url,
+                  const ClientSecurityInfo& security, const Fill& fill, const Take& take)
 {
     TraceScope trace("UaDiscovery", Service::method);
     UaDiscoveryPrivate discovery;
-    UaStatus status = discovery.connect(url, security, settings.callTimeout, settings.auditEntryId);
+    UaStatus status = discovery.connect(calls, url, security, settings.callTimeout, settings.auditEntryId);
     if (status.isBad()) {
         UaTrace::tError("<-- UaDiscovery::%s [ret=0x%x] - connect to server failed", Service::method,
                         status.statusCode());
@@ -53,7 +56,8 @@ UaStatus discover(ServiceSettings& settings, const UaString& url, const ClientSe
     if constexpr (requires { request->EndpointUrl; })
         static_cast<void>(url.copyTo(&request->EndpointUrl)); // a null URL asks for any
     fill(*request);
-    status = UaStatus(callStack<Service>(discovery.channel(), *request, *response));
+    status =
+        discovery.call(calls, [&] { return callStack<Service>(discovery.channel(), *request, *response); });
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (!status.isBad())
         take(*response);
@@ -69,8 +73,9 @@ UaDiscoveryPrivate::~UaDiscoveryPrivate()
         static_cast<void>(disconnect()); // nobody is left to tell
 }
 
-UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityInfo& security,
-                                     OpcUa_UInt32 timeout, const UaString& reserved)
+UaStatus UaDiscoveryPrivate::connect(DiscoveryCalls& calls, const UaString& url,
+                                     const ClientSecurityInfo& security, OpcUa_UInt32 timeout,
+                                     const UaString& reserved)
 {
     if (m_channel) {
         UaTrace::tError("<-- UaDiscovery::connect [ret=OpcUa_BadInternalError] - Server already connected");
@@ -91,11 +96,23 @@ UaStatus UaDiscoveryPrivate::connect(const UaString& url, const ClientSecurityIn
         m_channel = nullptr;
         return UaStatus(status);
     }
-    const StackCall call("OpcUa_Channel_Connect");
-    status = call.done(OpcUa_Channel_Connect(m_channel, info.get(), nullptr));
+    {
+        const DiscoveryCalls::Scope scope(calls, [this] { OpcUa_Channel_CancelConnect(m_channel); });
+        const StackCall call("OpcUa_Channel_Connect");
+        status = call.done(scope.mayBegin() ? OpcUa_Channel_Connect(m_channel, info.get(), nullptr)
+                                            : OpcUa_BadRequestCancelledByClient);
+    }
     if (OpcUa_IsBad(status))
         OpcUa_Channel_Delete(&m_channel);
     return UaStatus(status);
+}
+
+UaStatus UaDiscoveryPrivate::call(DiscoveryCalls& calls, const std::function<OpcUa_StatusCode()>& service)
+{
+    const DiscoveryCalls::Scope scope(calls,
+                                      [this] { static_cast<void>(OpcUa_Channel_Disconnect(m_channel)); });
+    const OpcUa_StatusCode status = scope.mayBegin() ? service() : OpcUa_BadRequestCancelledByClient;
+    return UaStatus(OpcUa_IsBad(status) && calls.isCancelled() ? OpcUa_BadRequestCancelledByClient : status);
 }
 
 UaStatus UaDiscoveryPrivate::disconnect()
@@ -107,6 +124,15 @@ UaStatus UaDiscoveryPrivate::disconnect()
     const OpcUa_StatusCode status = OpcUa_Channel_Disconnect(m_channel);
     OpcUa_Channel_Delete(&m_channel);
     return UaStatus(status);
+}
+
+UaDiscovery::UaDiscovery() : d(std::make_unique<DiscoveryCalls>()) {}
+
+UaDiscovery::~UaDiscovery() = default;
+
+void UaDiscovery::cancel()
+{
+    d->cancel();
 }
 
 UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& discoveryUrl,
@@ -122,7 +148,7 @@ UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& dis
 {
     servers.clear();
     return discover<Services::FindServers>(
-        settings, discoveryUrl, security,
+        *d, settings, discoveryUrl, security,
         [&](OpcUa_FindServersRequest& request) {
             // a filter that there is no memory for is none: more answers than asked for
             static_cast<void>(localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds));
@@ -146,7 +172,7 @@ UaStatus UaDiscovery::getEndpoints(ServiceSettings& settings, const UaString& di
 {
     endpoints.clear();
     return discover<Services::GetEndpoints>(
-        settings, discoveryUrl, security,
+        *d, settings, discoveryUrl, security,
         [&](OpcUa_GetEndpointsRequest& request) {
             // a filter that there is no memory for is none: more answers than asked for
             static_cast<void>(localeIds.copyTo(&request.NoOfLocaleIds, &request.LocaleIds));
@@ -176,7 +202,7 @@ UaStatus UaDiscovery::findServersOnNetwork(ServiceSettings& settings, const UaSt
     servers.clear();
     lastCounterResetTime = UaDateTime();
     return discover<Services::FindServersOnNetwork>(
-        settings, discoveryUrl, security,
+        *d, settings, discoveryUrl, security,
         [&](OpcUa_FindServersOnNetworkRequest& request) {
             request.StartingRecordId = startingRecordId;
             request.MaxRecordsToReturn = maxRecordsToReturn;

@@ -8,17 +8,31 @@
 #include <uaclientsdk/clientsecurityinfo.h>
 #include <uaclientsdk/servicesettings.h>
 
+#include <memory>
+
 namespace UaClientSdk {
 
+class DiscoveryCalls;
 class SessionSecurityInfo;
 class UaSession;
 struct SessionConnectInfo;
 
-/// Stateless; one object may be used from several threads. The call timeout of the settings also limits the
-/// connect. Results are cleared first. BadInvalidArgument for an unknown scheme.
+/// One object may be used from several threads. The call timeout of the settings also limits the connect.
+/// Results are cleared first. BadInvalidArgument for an unknown scheme; BadRequestCancelledByClient after
+/// cancel().
 class UaDiscovery
 {
 public:
+    UaDiscovery();
+    ~UaDiscovery();
+    UaDiscovery(const UaDiscovery&) = delete;
+    UaDiscovery& operator=(const UaDiscovery&) = delete;
+
+    /// Ends the calls that are under way, whatever the servers do, and waits until they have returned; no
+    /// other begins any more. A directory that is asked on the caller's session ends with that. Any thread,
+    /// but not in tlsCertificateRefused.
+    void cancel();
+
     UaStatus findServers(ServiceSettings& settings, const UaString& discoveryUrl,
                          const ClientSecurityInfo& security, UaApplicationDescriptions& servers);
     UaStatus findServers(ServiceSettings& settings, const UaString& discoveryUrl,
@@ -61,6 +75,9 @@ public:
                             const UaString& applicationName, const UaString& applicationUri,
                             const UaString& productUri, const UaStringArray& serverCapabilities,
                             UaDateTime& lastCounterResetTime, UaServerOnNetworks& servers);
+
+private:
+    std::unique_ptr<DiscoveryCalls> d;
 };
 
 } // namespace UaClientSdk

@@ -24,6 +24,31 @@ void QlumJobProgress::setText(const QString& text)
     m_text = text;
 }
 
+void QlumJobProgress::cancel()
+{
+    std::function<void()> interrupt;
+    {
+        const std::lock_guard lock(m_mutex);
+        cancelled = true;
+        interrupt.swap(m_interrupt);
+    }
+    if (interrupt)
+        interrupt();
+}
+
+void QlumJobProgress::setInterrupt(std::function<void()> interrupt)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!cancelled) {
+            interrupt.swap(m_interrupt); // what was there ends without the lock
+            return;
+        }
+    }
+    if (interrupt)
+        interrupt();
+}
+
 QlumJob::QlumJob() : m_progress(std::make_shared<QlumJobProgress>()) {}
 
 QlumJob::~QlumJob() = default;

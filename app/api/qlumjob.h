@@ -23,10 +23,14 @@ public:
     [[nodiscard]] QString text() const;
     /// Says what is being done just now.
     void setText(const QString& text);
+    /// Asks the work to end.
+    void cancel();
+    /// What the first cancel() calls besides, at once when it came already; null for nothing more.
+    void setInterrupt(std::function<void()> interrupt);
 
     const quint64 number;                 ///< unique in the running program
     unsigned int serverId = qlumNoServer; ///< set before others know of it
-    std::atomic<bool> cancelled{false};   ///< asked to end
+    std::atomic<bool> cancelled{false};   ///< asked to end; set by cancel()
     std::atomic<bool> begun{false};       ///< no longer waiting for its turn
     std::atomic<bool> ended{false};       ///< run, or dropped
     std::atomic<qint64> done{0};          ///< in units of the job
@@ -35,6 +39,7 @@ public:
 private:
     mutable std::mutex m_mutex;
     QString m_text;
+    std::function<void()> m_interrupt;
 };
 
 /// A piece of work for a QlumJobPool. run() is on a pool thread, touches no widget and hands results over by
@@ -51,10 +56,13 @@ public:
     virtual void run() = 0;
 
     /// Asks the job to end early. Any thread.
-    void cancel() noexcept { m_progress->cancelled.store(true); }
+    void cancel() { m_progress->cancel(); }
     /// Whether the job was asked to end. Any thread.
     [[nodiscard]] bool isCancelled() const noexcept { return m_progress->cancelled.load(); }
 
+    /// For work that waits in one long call: what ends that call when the job is asked to end. Called once at
+    /// most, on any thread, until run() returns; it does not block, and holds what it needs.
+    void whenCancelled(std::function<void()> interrupt) { m_progress->setInterrupt(std::move(interrupt)); }
     /// How much is done, for the list of running work; a total of 0 is an unknown one.
     void setProgress(qint64 done, qint64 total);
     /// What is being done just now, as the user sees it.

@@ -101,6 +101,7 @@ void QlumJobPoolPrivate::runNext()
         running.push_back(entry);
     }
     const QlumWorkEnd end = runGuarded(*entry->job, *entry->progress);
+    entry->progress->setInterrupt(nullptr);
     entry->job.reset(); // with all that it holds, before anybody hears that it has ended
     finish(entry, end);
 }
@@ -121,7 +122,8 @@ template <typename Matches>
 void QlumJobPoolPrivate::giveUp(Matches matches)
 {
     std::vector<EntryPtr> dropped; // destroyed without the lock: they may hold anything
-    const std::lock_guard lock(mutex);
+    std::vector<EntryPtr> told;
+    std::unique_lock lock(mutex);
     const auto first = std::stable_partition(waiting.begin(), waiting.end(),
                                              [&](const EntryPtr& entry) { return !matches(*entry); });
     dropped.assign(first, waiting.end());
@@ -133,8 +135,11 @@ void QlumJobPoolPrivate::giveUp(Matches matches)
     for (const EntryPtr& entry : running)
         if (matches(*entry)) {
             current.erase(entry->ticket);
-            entry->progress->cancelled = true;
+            told.push_back(entry);
         }
+    lock.unlock();
+    for (const EntryPtr& entry : told)
+        entry->progress->cancel();
 }
 
 namespace {

@@ -85,12 +85,12 @@ void QlumRunningWork::cancel(quint64 number)
 {
     for (const Known& known : m_known)
         if (known.progress->number == number)
-            known.progress->cancelled = true;
+            known.progress->cancel();
 }
 
 void QlumRunningWork::cancelServer(unsigned int serverId)
 {
     for (const Known& known : m_known)
         if (known.progress->serverId == serverId)
-            known.progress->cancelled = true;
+            known.progress->cancel();
 }

@@ -234,7 +234,7 @@ void QlumTavelin::setupToolServices()
         [this](unsigned int serverId, const UaNodeId& nodeId) { return revealNode(serverId, nodeId); });
     m_toolServices.takeDocuments(m_documents, [this](const QString& type) { return bringUpDocument(type); });
     if (m_services.takeToolServices)
-        m_services.takeToolServices(m_toolServices, this);
+        m_services.takeToolServices(m_toolServices, this, [this](unsigned int id) { return findServer(id); });
 }
 
 bool QlumTavelin::revealNode(unsigned int serverId, const UaNodeId& nodeId)

@@ -28,6 +28,8 @@ struct QlumTavelinServices
     std::function<QlumAddressSpaceModel*(QlumServerNode* server, const UaNodeId& startNode)>
         createSubTreeModel;
     std::function<void(QWidget* parent)> manageCertificates;
+    /// The server of the project with that id; null for none.
+    using FindServer = std::function<QlumServerNode*(unsigned int serverId)>;
     /// Registers what those below the window do for tools, under the given owner.
-    std::function<void(QlumToolServices& services, QObject* owner)> takeToolServices;
+    std::function<void(QlumToolServices& services, QObject* owner, const FindServer& find)> takeToolServices;
 };

@@ -1,6 +1,7 @@
 #include <app/startup/qlumservices.h>
 
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumtoolservices.h>
 #include <certificates/qlumcertificatemanager.h>
 #include <certificates/qlumcertificatemanagerdialog.h>
 #include <certificates/qlumcertificates.h>
@@ -10,6 +11,7 @@
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumprojectnodeserver.h>
 #include <servers/qlumserversettingsdialog.h>
+#include <servers/qlumsideconnect.h>
 #include <uabase/values/uanodeid.h>
 
 #include <QComboBox>
@@ -61,6 +63,12 @@ void manageCertificates(QWidget* parent)
                      [] { QlumCertificates::instance()->reload(); });
     dialog.exec();
 }
+
+void takeToolServices(QlumToolServices& services, QObject* owner, const QlumTavelinServices::FindServer& find)
+{
+    qlumTakeCertificates(services, owner);
+    qlumTakeServers(services, owner, find);
+}
 } // namespace
 
 QlumTavelinServices qlumServices()
@@ -76,6 +84,6 @@ QlumTavelinServices qlumServices()
         return new QlumAddressSpaceModel(server, &startNode);
     };
     services.manageCertificates = manageCertificates;
-    services.takeToolServices = qlumTakeCertificates;
+    services.takeToolServices = takeToolServices;
     return services;
 }

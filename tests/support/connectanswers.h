@@ -15,6 +15,7 @@
 struct ConnectScript
 {
     bool isUnsupportedPolicyIgnored = false;
+    bool isDialledHostKept = false;
     bool isWeakPolicyAllowed = false;
     std::optional<QlumCredentials> credentials; ///< nothing: cancelled
     QlumCertificateVerdict verdict;
@@ -26,6 +27,7 @@ struct ConnectScript
     QStringList asked; ///< names of the questions, in order
     QStringList withdrawn;
     QString serverName; ///< of the latest question that has one
+    QStringList hosts;  ///< named by the server, and dialled
     QlumPasswordDanger danger = QlumPasswordDanger::Nobody;
     QlumCertificateQuestion certificate;
     QlumConnectError error;
@@ -45,6 +47,14 @@ public:
     {
         if (take("first certificate"))
             answer();
+    }
+    void askDialledHost(const QString& server, const QString& named, const QString& dialled,
+                        Decided answer) override
+    {
+        m_script.serverName = server;
+        m_script.hosts = QStringList{named, dialled};
+        if (take("dialled host"))
+            answer(m_script.isDialledHostKept);
     }
     void askWeakPolicy(const QString& server, Decided answer) override
     {

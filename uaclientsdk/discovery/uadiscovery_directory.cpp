@@ -9,6 +9,7 @@
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/calls/tracescope.h>
+#include <uaclientsdk/discovery/discoverycalls.h>
 #include <uaclientsdk/methodcall.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/uadiscovery.h>
@@ -161,7 +162,10 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, const UaString& 
     UaSession session;
     SessionConnectInfo once = connectInfo;
     once.retryInitialConnect = false; // an answer is wanted now or not at all
-    const UaStatus status = session.connect(url, once, securityInfo, &callback);
+    const DiscoveryCalls::Scope scope(
+        *d, [&session] { static_cast<void>(session.disconnect(ServiceSettings(), true)); });
+    const UaStatus status = scope.mayBegin() ? session.connect(url, once, securityInfo, &callback)
+                                             : UaStatus(OpcUa_BadRequestCancelledByClient);
     if (status.isBad()) {
         UaTrace::tError("<-- UaDiscovery::queryDirectory [ret=0x%x] - connect to server failed",
                         status.statusCode());

@@ -6,6 +6,9 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/clientsecurityinfo.h>
+#include <uaclientsdk/discovery/discoverycalls.h>
+
+#include <functional>
 
 namespace UaClientSdk {
 
@@ -18,8 +21,10 @@ public:
     UaDiscoveryPrivate(const UaDiscoveryPrivate&) = delete;
     UaDiscoveryPrivate& operator=(const UaDiscoveryPrivate&) = delete;
 
-    UaStatus connect(const UaString& url, const ClientSecurityInfo& security, OpcUa_UInt32 timeout,
-                     const UaString& reserved);
+    UaStatus connect(DiscoveryCalls& calls, const UaString& url, const ClientSecurityInfo& security,
+                     OpcUa_UInt32 timeout, const UaString& reserved);
+    /// Once connected.
+    UaStatus call(DiscoveryCalls& calls, const std::function<OpcUa_StatusCode()>& service);
     UaStatus disconnect();
     [[nodiscard]] OpcUa_Channel channel() const { return m_channel; }
 

@@ -94,6 +94,40 @@ TEST_F(JobPool, ResultsOfAnOlderRequestNeverArrive)
     EXPECT_EQ(arrived, (QStringList{"new", "kept"}));
 }
 
+TEST_F(JobPool, WorkThatWaitsInOneLongCallIsInterruptedInWhicheverWayItIsCancelled)
+{
+    const auto waitsForIts = [this](const QString& name) {
+        pool.add(
+            {name, 5},
+            [this](QlumJob& job) {
+                const auto call = std::make_shared<QSemaphore>();
+                job.whenCancelled([call] { call->release(); });
+                begun.release();
+                call->acquire();
+            },
+            [this, name](QlumWorkEnd) { ends.append(name); });
+        begun.acquire();
+    };
+    waitsForIts("by the user");
+    QlumRunningWork::instance().cancelServer(5);
+    settle();
+    EXPECT_EQ(ends, QStringList{"by the user"});
+    waitsForIts("by its owner");
+    pool.cancelAll();
+    settle();
+    waitsForIts("by its server");
+    pool.endServer(5);
+    EXPECT_EQ(pool.pending(), 0);
+    pool.add({"late", 5}, [&](QlumJob& job) {
+        job.cancel();
+        bool isCalled = false;
+        job.whenCancelled([&isCalled] { isCalled = true; });
+        job.post([this, isCalled] { arrived.append(isCalled ? "at once" : "never"); });
+    });
+    settle();
+    EXPECT_EQ(arrived, QStringList{"at once"});
+}
+
 TEST_F(JobPool, AnEndedServerHasNoWorkLeftAndOthersGoOn)
 {
     addGated("gone", 5);

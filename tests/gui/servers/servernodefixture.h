@@ -96,6 +96,8 @@ protected:
                              states.append(static_cast<int>(status));
                              lastMap = map;
                          });
+        QObject::connect(node.get(), &QlumServerNode::retryConnectServer, node.get(),
+                         &QlumServerNode::startConnect); // as the main window
     }
     void changeUser()
     {

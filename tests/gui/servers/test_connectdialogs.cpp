@@ -98,6 +98,10 @@ TEST_F(ConnectDialogs, BoxesSayWhatIsWrongAndOneButtonGoesOn)
          "support the configured security policy.\nPlease try another configuration or press 'Ignore' to "
          "force trying to connect.",
          QMessageBox::Ignore, QMessageBox::Ok},
+        {[this] { dialogs->askDialledHost("%2", "inner%3", "plc", decides()); },
+         "Host Not Found: Server '%2' says that it is at 'inner%3', a host that cannot be found from here.\n"
+         "Do you want to keep to 'plc', where it has answered, now and in future?",
+         QMessageBox::Yes, QMessageBox::No},
         {[this] { dialogs->askWeakPolicy("<b>Plc</b>", decides()); },
          "Unsafe Security Policy: The security policy 'Basic128Rsa15' of server '<b>Plc</b>' is broken: who "
          "records the traffic can find out what was encrypted. Use it only when the server offers nothing "

@@ -11,6 +11,8 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QDialog>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QLabel>
 #include <QMetaObject>
@@ -57,6 +59,19 @@ protected:
             all.detach(&answer.NoOfServerEndpoints, &answer.ServerEndpoints);
         };
     }
+    // A server of HTTPS whose certificate the session is the first to meet.
+    void distrustTls()
+    {
+        setting.endpoint.url = "https://plc:443";
+        FakeStack::instance().distrustTls({});
+        offerOne(setting.endpoint);
+        const auto discover = FakeStack::instance().handler(OpcUa_GetEndpointsRequest_EncodeableType);
+        FakeStack::instance().on(OpcUa_GetEndpointsRequest_EncodeableType,
+                                 [=](const void* request, void* response) {
+                                     FakeStack::instance().distrustTls("any");
+                                     return discover(request, response);
+                                 });
+    }
     // Begins a connect and waits until it has come that far.
     void connectUntil(Step step, bool isAsking)
     {
@@ -91,8 +106,18 @@ TEST_F(ConnectFlow, EndsWhileTheServerIsAskedForItsEndpoints)
     node->disconnectServer();
     expectCancelled();
     offer({{"opc.tcp://plc:4840", qlumPolicyNone()}});
-    EXPECT_TRUE(node->connectServer()) << "the question that still hangs holds nobody up";
-    static_cast<void>(FakeStack::instance().disconnect()); // ends it
+    EXPECT_TRUE(node->connectServer()) << "the question that was cancelled holds nobody up";
+}
+
+TEST_F(ConnectFlow, RemovalDoesNotWaitForAServerThatIsAskedForItsEndpoints)
+{
+    hangAt(OpcUa_GetEndpointsRequest_EncodeableType); // far longer than the test may take
+    connectUntil(Step::Endpoints, false);
+    ASSERT_TRUE(hangs(OpcUa_GetEndpointsRequest_EncodeableType));
+    QElapsedTimer timer;
+    timer.start();
+    node.reset();
+    EXPECT_LT(timer.elapsed(), 3000);
 }
 
 TEST_F(ConnectFlow, EndsWhileTheUserIsAsked)
@@ -149,6 +174,32 @@ TEST_F(ConnectFlow, NoAnswerUntilTheServerForgetsTheSessionDeclines)
     EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
     EXPECT_EQ(script.withdrawn, QStringList{"connect error"});
     EXPECT_TRUE(log().last().startsWith("100 Connecting failed with error '")) << log().last();
+}
+
+TEST_F(ConnectFlow, ATlsCertificateWaitsForItsAnswerUntilTheConnectIsEnded)
+{
+    setting.endpoint.securityPolicyUri = OpcUa_SecurityPolicy_Basic256Sha256;
+    distrustTls();
+    script.isSilent = true;
+    connectUntil(Step::Session, true);
+    EXPECT_EQ(script.asked, QStringList{"tls trust"});
+    node->disconnectServer();
+    expectCancelled();
+
+    distrustTls();
+    connectUntil(Step::Session, true);
+    node.reset();
+    EXPECT_EQ(script.withdrawn, (QStringList{"tls trust", "tls trust"}));
+
+    distrustTls();
+    application.settings["General.SessionTimeout"] = 50.0;
+    make();
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
+    EXPECT_EQ(script.withdrawn.size(), 3);
+    EXPECT_EQ(log().last(), "100 Connecting failed with error 'BadCertificateUntrusted'");
+    EXPECT_EQ(application.window.findChild<QDialog*>("certificateRefused"), nullptr)
+        << "it is not our certificate that was refused";
 }
 
 TEST_F(ConnectFlow, ACancelThatComesTooLateEndsTheConnection)

@@ -113,6 +113,7 @@ QlumDiscoverySetting fullSetting()
     setting.userTokenType = QlumDiscoverySetting::UserName;
     setting.sessionName = "session";
     setting.discoveryHost = "h";
+    setting.ignoredHost = "inner";
     setting.userName = "joe";
     setting.storePassword = true;
     setting.password = "top-secret";

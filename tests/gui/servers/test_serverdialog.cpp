@@ -1,4 +1,5 @@
 #include <app/api/qlumrunningwork.h>
+#include <certificates/qlumcertificatestore.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
@@ -6,12 +7,18 @@
 #include <servers/qlumserversettingsdialog.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/stubapplication.h>
+#include <tests/support/testcertificates.h>
 
+#include <QByteArray>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QString>
 #include <QTest>
@@ -54,7 +61,7 @@ protected:
     }
     void make(const QlumDiscoverySetting& setting = {})
     {
-        auto* fetcher = new QlumEndpointFetcher(
+        fetcher = new QlumEndpointFetcher(
             [this](const QString& url, int, QVector<QlumEndpoint>& endpoints) { return get(url, endpoints); },
             nullptr);
         dialog = std::make_unique<QlumServerSettingsDialog>(setting, fetcher, nullptr);
@@ -82,6 +89,7 @@ protected:
     QString asked;
     QVector<QlumEndpoint> answer = twoEndpoints();
     std::unique_ptr<QlumServerSettingsDialog> dialog;
+    QlumEndpointFetcher* fetcher = nullptr; // of the dialog
 };
 
 TEST_F(ServerDialog, AddsAServerWithTheChosenEndpoint)
@@ -152,6 +160,39 @@ TEST_F(ServerDialog, FailuresSayWhatAndWhere)
     EXPECT_TRUE(message.contains("opc.tcp://plc1") && message.contains("BadTimeout")) << message;
     EXPECT_EQ(find<QLabel>("message")->textFormat(), Qt::PlainText);
     EXPECT_FALSE(ok()->isEnabled());
+}
+
+TEST_F(ServerDialog, TrustInATlsCertificateAsksTheServerAgain)
+{
+    for (const QString& folder : QlumCertificateStore::folders())
+        QDir().mkpath(folder);
+    const QString trusted = QlumCertificateStore::tlsIssuerCertificates();
+    for (const QString& name : QDir(trusted).entryList(QDir::Files))
+        QFile::remove(trusted + '/' + name);
+    testcertificates::Recipe recipe;
+    recipe.pair = testcertificates::key(2048);
+    const testcertificates::Der der = testcertificates::make(recipe);
+    const QByteArray certificate(reinterpret_cast<const char*>(der.data()), static_cast<int>(der.size()));
+    const auto question = [this] {
+        auto* shown = dialog->findChild<QDialog*>();
+        return shown && shown->isVisible() ? shown : nullptr;
+    };
+    make();
+    status = OpcUa_BadCertificateUntrusted;
+    ASSERT_TRUE(fetch("https://plc1"));
+    for (int i = 0; i < 2; ++i) // it may have several faults
+        emit fetcher->untrustedCertificate(status, certificate);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return question() != nullptr; }));
+    status = OpcUa_Good;
+    auto* trust = question()->findChild<QPushButton*>("trust");
+    ASSERT_NE(trust, nullptr);
+    trust->click();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return find<QTreeView>("endpoints")->model()->rowCount() == 2; }));
+    emit fetcher->untrustedCertificate(OpcUa_BadCertificateUntrusted, certificate);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return question() != nullptr; }));
+    const QPointer<QDialog> open = question();
+    dialog.reset();
+    EXPECT_TRUE(open.isNull());
 }
 
 TEST_F(ServerDialog, ShowsStoredSettingsAndForgetsThePasswordOfAnotherUser)

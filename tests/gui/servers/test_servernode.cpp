@@ -163,4 +163,28 @@ TEST_F(ServerNode, MayBeRemovedWhileItAsks)
     EXPECT_EQ(node, nullptr);
     EXPECT_EQ(script.withdrawn, QStringList{"first certificate"});
 }
+TEST_F(ServerNode, HostThatCannotBeFoundIsAskedAboutUntilItIsIgnored)
+{
+    application.settings["General.ConnectTimeout"] = 300u; // a look-up may take longer than anybody waits
+    offer({{"opc.tcp://plc.invalid:4840", qlumPolicyNone()}});
+    make();
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked(), QStringList{"dialled host"});
+    EXPECT_EQ(script.hosts, (QStringList{"plc.invalid", "plc"}));
+    EXPECT_EQ(log().last(), "30 Aborting connection attempt");
+    EXPECT_EQ(node->discoverySetting(), setting);
+    script.isDialledHostKept = true;
+    EXPECT_TRUE(node->connectServer()) << log().join('\n');
+    EXPECT_EQ(asked(), QStringList{"dialled host"});
+    setting.ignoredHost = "plc.invalid";
+    EXPECT_EQ(node->discoverySetting(), setting) << "nothing else, least of all where to connect to";
+    node->disconnectServer();
+    EXPECT_TRUE(node->connectServer());
+    EXPECT_EQ(asked(), QStringList()) << "it is known now";
+    node->disconnectServer();
+    application.settings["General.ConnectTimeout"] = 5000u;
+    offer({{"opc.tcp://127.0.0.1:4840", qlumPolicyNone()}});
+    EXPECT_TRUE(node->connectServer());
+    EXPECT_EQ(asked(), QStringList()) << "another one that is found is nobody's business";
+}
 } // namespace

@@ -4,6 +4,7 @@
 #include <certificates/qlumcertificatestore.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
+#include <servers/qlumprojectnodeserver.h>
 #include <tests/gui/servers/servernodefixture.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/securedserver.h>
@@ -24,6 +25,7 @@
 #include <QLineEdit>
 #include <QList>
 #include <QMessageBox>
+#include <QObject>
 #include <QPushButton>
 #include <QString>
 #include <QStringList>
@@ -33,6 +35,7 @@
 #include <initializer_list>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -311,22 +314,45 @@ TEST_F(SecuredServerNode, OneTlsQuestionAtATimeAndAnotherAttemptWhenItIsTrusted)
     EXPECT_EQ(asked(), QStringList{"tls trust"});
 }
 
-TEST_F(SecuredServerNode, DiscoveryOverTlsAsksAboutTheCertificateToo)
+TEST_F(SecuredServerNode, TrustInATlsCertificateGoesOnWithTheConnect)
 {
     use("None");
     setting.endpoint.url = "https://plc:443";
     setting.endpoint.securityMode = OpcUa_MessageSecurityMode_None;
     setting.endpoint.serverCertificate.clear();
     offerOne(setting.endpoint);
-    FakeStack::instance().distrustTls(std::string(der.begin(), der.end()));
-    make();
+    const std::string certificate(der.begin(), der.end());
     script.beforeAnswer = [] { FakeStack::instance().distrustTls({}); }; // as the real one, once trusted
-    script.isTlsTrusted = true;
-    EXPECT_FALSE(node->connectServer());
-    EXPECT_EQ(log().last(), "100 Could not connect to server: BadCertificateUntrusted");
-    EXPECT_TRUE(QTest::qWaitFor([this] {
-        return node->connectionStatus() == QlumConnectionStatus::Connected;
-    })) << log().join('\n');
-    EXPECT_EQ(asked(), QStringList{"tls trust"});
+    for (const bool isDiscovered : {true, false}) {
+        make();
+        QStringList news;
+        QObject::connect(node.get(), &QlumProjectNodeServer::newUntrustedSSLCertificate,
+                         [&](unsigned int status) { news.append(qlumStatusText(status)); });
+        if (!isDiscovered) { // the session meets it first
+            FakeStack::instance().distrustTls({});
+            const auto discover = FakeStack::instance().handler(OpcUa_GetEndpointsRequest_EncodeableType);
+            FakeStack::instance().on(OpcUa_GetEndpointsRequest_EncodeableType,
+                                     [=, isOver = false](const void* request, void* response) mutable {
+                                         if (!std::exchange(isOver, true))
+                                             FakeStack::instance().distrustTls(certificate);
+                                         return discover(request, response);
+                                     });
+        } else
+            FakeStack::instance().distrustTls(certificate);
+        script.isTlsTrusted = true;
+        EXPECT_TRUE(node->connectServer()) << log().join('\n');
+        EXPECT_EQ(asked(), QStringList{"tls trust"});
+        EXPECT_EQ(script.serverName, "Plc");
+        EXPECT_EQ(news, QStringList{"BadCertificateUntrusted"});
+        EXPECT_EQ(states.last(), 2);
+        EXPECT_TRUE(log().contains(
+            "100 The TLS certificate of server 'Plc' is not trusted: 'BadCertificateUntrusted'"));
+        node->disconnectServer();
+        script.isTlsTrusted = false;
+        FakeStack::instance().distrustTls(certificate);
+        EXPECT_FALSE(node->connectServer());
+        EXPECT_EQ(asked(), QStringList{"tls trust"}) << "once, and not after the end";
+        EXPECT_EQ(log().last(), "100 Could not connect to server: BadCertificateUntrusted");
+    }
 }
 } // namespace

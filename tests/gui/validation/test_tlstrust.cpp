@@ -39,8 +39,9 @@ protected:
     static bool ask(const Der& der, const DialogDriver::Answer& answer, QStringList* seen = nullptr)
     {
         const DialogDriver driver(answer);
-        const bool trusted =
-            qlumAskTlsTrust("Web", bytes(der), UaStatusCode(OpcUa_BadCertificateUntrusted), nullptr);
+        const auto dialog =
+            qlumTlsTrustDialog("Web", bytes(der), UaStatusCode(OpcUa_BadCertificateUntrusted), nullptr);
+        const bool trusted = dialog->exec() == QDialog::Accepted && qlumTrustTlsCertificate(bytes(der));
         if (seen)
             *seen = driver.seen();
         return trusted;

@@ -11,8 +11,10 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <sstream>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -156,6 +158,40 @@ TEST_F(DiscoveryTest, DirectoryByUrlClosesWhatItOpened)
     stack.setConnectResult(OpcUa_BadTimeout);
     EXPECT_TRUE(discovery.queryDirectory(settings, url, 0, 10, reset, servers) == OpcUa_BadTimeout);
     EXPECT_TRUE(servers.isEmpty());
+}
+
+// Cancels a call from another thread, as soon as the stack has heard of it.
+TEST_F(DiscoveryTest, CancelEndsWhatAServerDoesNotAnswer)
+{
+    const UaString url("opc.tcp://silent:4840");
+    const auto hang = [this](const void*, void*) { return stack.hang(); };
+    stack.on(OpcUa_FindServersOnNetworkRequest_EncodeableType, hang);
+    stack.on(OpcUa_CreateSessionRequest_EncodeableType, hang);
+    const auto ask = [&](UaClientSdk::UaDiscovery& client, bool isDirectory) {
+        return isDirectory ? client.queryDirectory(settings, url, 0, 10, reset, servers)
+                           : client.findServersOnNetwork(settings, url, UaClientSdk::ClientSecurityInfo(), 0,
+                                                         0, reset, servers);
+    };
+    for (const bool isDirectory : {false, true}) {
+        for (const bool connects : {true, false}) {
+            stack.setConnectHangs(!connects);
+            UaClientSdk::UaDiscovery client;
+            const int before = stack.connects();
+            UaStatus status;
+            const auto begin = std::chrono::steady_clock::now();
+            std::thread caller([&] { status = ask(client, isDirectory); });
+            while (connects ? !stack.waitForHang() : stack.connects() == before)
+                std::this_thread::yield();
+            client.cancel();
+            caller.join();
+            EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+            EXPECT_TRUE(status.isBad());
+            if (!isDirectory)
+                EXPECT_TRUE(status == OpcUa_BadRequestCancelledByClient);
+            EXPECT_TRUE(ask(client, isDirectory) == OpcUa_BadRequestCancelledByClient) << "for good";
+            EXPECT_EQ(stack.connects(), before + 1);
+        }
+    }
 }
 
 } // namespace

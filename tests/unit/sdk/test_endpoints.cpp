@@ -1,10 +1,13 @@
 // Endpoint URLs, the choice of an endpoint and certificate chains.
 #include <opcua/opcua.h>
+#include <opcua/opcua_statuscodes.h>
+#include <uabase/system/uaplatformlayer.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkiidentity.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/endpointselector.h>
 #include <uaclientsdk/connection/endpointurl.h>
@@ -14,8 +17,15 @@
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
+#include <chrono>
+#include <netinet/in.h>
+#include <poll.h>
 #include <string>
 #include <string_view>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -126,6 +136,69 @@ TEST(Discovery, UnknownSchemeNeverReachesTheNetwork)
                   .statusCode(),
               0x80AB0000u);
     EXPECT_TRUE(endpoints.isEmpty());
+}
+
+// A port that takes connections and says nothing.
+class SilentPort
+{
+public:
+    SilentPort() : m_socket(socket(AF_INET, SOCK_STREAM, 0))
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof(address);
+        auto* any = reinterpret_cast<sockaddr*>(&address);
+        EXPECT_EQ(bind(m_socket, any, length), 0);
+        EXPECT_EQ(listen(m_socket, 1), 0);
+        EXPECT_EQ(getsockname(m_socket, any, &length), 0);
+        m_port = ntohs(address.sin_port);
+    }
+    ~SilentPort()
+    {
+        close(m_peer);
+        close(m_socket);
+    }
+    SilentPort(const SilentPort&) = delete;
+    SilentPort& operator=(const SilentPort&) = delete;
+    [[nodiscard]] std::string url() const { return "opc.tcp://127.0.0.1:" + std::to_string(m_port); }
+    /// Whether somebody connects within the limit.
+    [[nodiscard]] bool waitForPeer()
+    {
+        pollfd waiting{m_socket, POLLIN, 0};
+        if (poll(&waiting, 1, 10000) == 1)
+            m_peer = accept(m_socket, nullptr, nullptr);
+        return m_peer >= 0;
+    }
+
+private:
+    const int m_socket;
+    int m_peer = -1;
+    int m_port = 0;
+};
+
+TEST(Discovery, CancelDoesNotWaitForASilentServer)
+{
+    ASSERT_EQ(UaPlatformLayer::init(), 0);
+    {
+        SilentPort port;
+        UaDiscovery discovery;
+        ServiceSettings settings;
+        settings.callTimeout = 60000;
+        UaEndpointDescriptions endpoints;
+        UaStatus status;
+        std::thread caller([&] {
+            status = discovery.getEndpoints(settings, UaString(port.url().c_str()), ClientSecurityInfo(),
+                                            endpoints);
+        });
+        EXPECT_TRUE(port.waitForPeer());
+        const auto begin = std::chrono::steady_clock::now();
+        discovery.cancel();
+        caller.join();
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+        EXPECT_EQ(status.statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadRequestCancelledByClient));
+    }
+    UaPlatformLayer::cleanup();
 }
 
 } // namespace
