@@ -65,7 +65,7 @@ public:
         const auto place = static_cast<std::size_t>(std::lround(value));
         return QwtText(value >= 0 && place < m_names.size() ? m_names[place] : QString(), QwtText::PlainText);
     }
-    /// Qwt's leaves no room for what hangs below the line, as numbers have nothing there.
+    // Qwt's leaves no room for what hangs below the line, as numbers have nothing there.
     [[nodiscard]] double extent(const QFont& font) const override
     {
         return QwtScaleDraw::extent(font) + QFontMetricsF(font).descent();
