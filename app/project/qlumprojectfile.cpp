@@ -4,7 +4,7 @@
 #include <app/api/qlumdocumentwidgetinterface.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
-#include <app/project/qluminicheck.h>
+#include <app/ini/qluminicheck.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
 #include <uabase/system/uadir.h>

@@ -1,7 +1,7 @@
 #include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumdocumentwidgetinterface.h>
 #include <app/api/qlumservernode.h>
-#include <app/project/qluminicheck.h>
+#include <app/ini/qluminicheck.h>
 #include <app/project/qlumprojectfile.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
@@ -11,16 +11,23 @@
 
 #include <QAbstractItemModelTester>
 #include <QByteArray>
+#include <QChar>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QMap>
 #include <QModelIndex>
 #include <QObject>
+#include <QPoint>
+#include <QRect>
 #include <QSettings>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QVariant>
+#include <QVariantList>
+#include <QVariantMap>
 #include <QWidget>
 #include <gtest/gtest.h>
 
@@ -208,6 +215,42 @@ TEST_F(ProjectFile, ObjectsAndRubbishInAFileAreRefused)
               (QStringList{QString(), QStringLiteral("urn:one")}));
 }
 
+TEST_F(ProjectFile, ObjectsInDisguiseDoNotReachTheReader)
+{
+    write("; \"\n[Servers]\n1\\Name=@Variant(\\0)\n;\"\n2\\Name=\\z@Variant(\\0)\n"
+          "3\\Name=\\\r\n@Variant(\\0)\n\"4\\Na=me\"=@Variant(\\0)\n5\\Na\\=me=@DateTime(\\0)\n"
+          "6\\Name=@mill(@Variant(\\0))\n");
+    const QlumIniCheck check = qlumCheckIniFile(path);
+    EXPECT_EQ(check.refused.size(), 5) << check.refused.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(check.content, "[Servers]\n6\\Name=@@mill(@Variant(\\0))\n");
+}
+
+TEST_F(ProjectFile, WhatQSettingsWroteIsNotChanged)
+{
+    const QVariantMap values{
+        {QStringLiteral("text"), QString::fromUtf8("\"\xc3\xa4\" = \xe2\x82\xac"
+                                                   "1f; \\ 2,3\n\x01"
+                                                   "2")},
+        {QStringLiteral("a b/%c/\u20ac"),
+         QStringList{QString(), QStringLiteral(" x "), QStringLiteral("@,y")}},
+        {QStringLiteral("a b/bytes"), QByteArray("\0\1\xff"
+                                                 "ab",
+                                                 5)},
+        {QStringLiteral("a/rect"), QRect(1, 2, 3, 4)},
+        {QStringLiteral("General/mixed"), QVariantList{QPoint(1, 2), QStringLiteral("@"), QSize(3, 4)}},
+        {QStringLiteral("null"), QString(QChar(0))},
+        {QStringLiteral("nothing"), QVariant()}};
+    {
+        QSettings settings(path, QSettings::IniFormat);
+        for (auto value = values.begin(); value != values.end(); ++value)
+            settings.setValue(value.key(), value.value());
+    }
+    const QlumIniCheck check = qlumCheckIniFile(path);
+    EXPECT_TRUE(check.refused.isEmpty());
+    EXPECT_TRUE(check.unchanged) << check.content.toStdString();
+    EXPECT_GT(check.content.size(), 200);
+}
+
 TEST_F(ProjectFile, HugeFilesAndPipesAreRefused)
 {
     QFile file(path);
@@ -227,6 +270,11 @@ TEST_F(ProjectFile, HugeFilesAndPipesAreRefused)
     EXPECT_EQ(project.model.servers().size(), 1000);
     EXPECT_TRUE(application.texts().last().contains(QStringLiteral("1500")));
 
+    write("[a]\nmany=" + QByteArray(1500000, ',') + "\nx=" + QByteArray(900000, ',') +
+          "\nfew=1,2\ny=" + QByteArray(900000, ','));
+    const QlumIniCheck commas = qlumCheckIniFile(path);
+    EXPECT_EQ(commas.refused.size(), 2); // more elements than anybody stores
+    EXPECT_TRUE(commas.content.contains("few=1, 2"));
     EXPECT_FALSE(qlumCheckIniFile(QStringLiteral("/dev/zero")).readable);
     EXPECT_TRUE(qlumCheckIniFile(folder.filePath(QStringLiteral("none.uap"))).readable);
 }

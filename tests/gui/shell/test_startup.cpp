@@ -110,6 +110,20 @@ TEST_F(Home, DamagedSettingsAreCleanedAndKept)
     EXPECT_EQ(qlumCleanSettingsFile().size(), 2);
     EXPECT_EQ(read(QStringLiteral("tavelin.ini")), good);
     EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), bad);
+
+    write(QStringLiteral("tavelin.ini"), "a=@DateTime(\\0)\n"); // does not take the place of the first
+    EXPECT_FALSE(qlumCleanSettingsFile().isEmpty());
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), bad);
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad2")), "a=@DateTime(\\0)\n");
+}
+
+TEST_F(Home, SettingsEditedByHandAreWrittenAnewBeforeTheyAreRead)
+{
+    write(QStringLiteral("dotfiles.ini"), "; mine\n[General]\nGeneral.CallTimeout = 5\n");
+    ASSERT_TRUE(QFile::link(below(QStringLiteral("dotfiles.ini")), below(QStringLiteral("tavelin.ini"))));
+    EXPECT_TRUE(qlumCleanSettingsFile().isEmpty());
+    EXPECT_EQ(read(QStringLiteral("dotfiles.ini")), "[General]\nGeneral.CallTimeout=5\n");
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), "(none)");
 }
 
 TEST(TipWindow, ReadsTipsThatEndWithAnEmptyLine)
