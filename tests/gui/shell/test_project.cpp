@@ -8,7 +8,9 @@
 #include <tests/gui/shell/fakeserver.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/stubapplication.h>
+#include <uawidgets/qlumemptydocument.h>
 
+#include <QAbstractItemModel>
 #include <QAbstractItemModelTester>
 #include <QByteArray>
 #include <QChar>
@@ -21,6 +23,7 @@
 #include <QPoint>
 #include <QRect>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -140,7 +143,8 @@ TEST_F(ProjectFile, RoundTripMapsServerIds)
     EXPECT_FALSE(written.contains("test="));
 
     Project loaded;
-    const auto toConnect = loaded.file().load(path);
+    const QlumProjectReading reading = loaded.file().load(path);
+    const auto& toConnect = reading.toConnect;
     ASSERT_EQ(loaded.model.servers().size(), 2);
     EXPECT_TRUE(application.texts().isEmpty()) << application.texts().join(QLatin1Char('\n')).toStdString();
     auto* mill = static_cast<FakeServer*>(loaded.model.servers().at(0));
@@ -164,7 +168,7 @@ TEST_F(ProjectFile, OldDocumentTypeIsReadAndUnknownOneSkipped)
     write("[Documents]\nOld\\DocumentType=Data Access Classic View\nOld\\DocumentSettings\\Text=kept\n"
           "Odd\\DocumentType=Coffee View\n");
     Project project;
-    EXPECT_TRUE(project.file().load(path).isEmpty());
+    EXPECT_TRUE(project.file().load(path).toConnect.isEmpty());
     ASSERT_EQ(project.model.documents().size(), 1);
     EXPECT_EQ(project.model.documents().first()->documentType(), QStringLiteral("Data Access View"));
     EXPECT_EQ(project.sheet(0)->text, QStringLiteral("kept"));
@@ -206,13 +210,28 @@ TEST_F(ProjectFile, ObjectsAndRubbishInAFileAreRefused)
           "4\\Name=a, @DateTime(\\0\\0\\0\\x10)\n"
           "no entry at all\n[Documents]\nX\\DocumentType=@@Variant(\n");
     Project project;
-    project.file().load(path);
+    const QlumProjectReading reading = project.file().load(path);
+    EXPECT_TRUE(reading.error.isEmpty());
+    EXPECT_EQ(reading.leftOut.size(), 4);
+    EXPECT_EQ(reading.servers, 1);
     const QStringList log = application.texts();
     EXPECT_EQ(log.filter(QStringLiteral("neither text nor number")).size(), 3);
     EXPECT_EQ(log.filter(QStringLiteral("no entry at all")).size(), 1);
     ASSERT_EQ(project.model.servers().size(), 1);
     EXPECT_EQ(project.model.servers().first()->namespaceTable(),
               (QStringList{QString(), QStringLiteral("urn:one")}));
+}
+
+TEST_F(ProjectFile, RubbishIsNoProjectAndAnEmptyFileIs)
+{
+    write("\x7f"
+          "ELF\1\1\n\0\0rubbish\nof some lines");
+    Project project;
+    EXPECT_FALSE(project.file().load(path).error.isEmpty());
+    write("");
+    const QlumProjectReading empty = project.file().load(path);
+    EXPECT_TRUE(empty.error.isEmpty());
+    EXPECT_TRUE(empty.leftOut.isEmpty());
 }
 
 TEST_F(ProjectFile, ObjectsInDisguiseDoNotReachTheReader)
@@ -258,7 +277,7 @@ TEST_F(ProjectFile, HugeFilesAndPipesAreRefused)
     ASSERT_TRUE(file.resize(17 * 1024 * 1024));
     file.close();
     Project project;
-    EXPECT_TRUE(project.file().load(path).isEmpty());
+    EXPECT_TRUE(project.file().load(path).error.contains(QStringLiteral("larger than 16 MB")));
     ASSERT_EQ(application.texts().size(), 1);
     EXPECT_TRUE(application.texts().first().contains(QStringLiteral("larger than 16 MB")));
 
@@ -266,7 +285,7 @@ TEST_F(ProjectFile, HugeFilesAndPipesAreRefused)
     for (int i = 0; i < 1500; ++i)
         many += QByteArray::number(i) + "\\Name=s\n";
     write(many);
-    project.file().load(path);
+    EXPECT_EQ(project.file().load(path).leftOut.size(), 1);
     EXPECT_EQ(project.model.servers().size(), 1000);
     EXPECT_TRUE(application.texts().last().contains(QStringLiteral("1500")));
 
@@ -300,6 +319,47 @@ TEST(ProjectModel, HasItsSkeletonAndFollowsItsNodes)
     model.removeServer(server);
     EXPECT_EQ(model.findServer(id), nullptr);
     EXPECT_EQ(model.registry().name(id), QString());
+}
+
+TEST(ProjectModel, RenamedServerIsToldByEveryWay)
+{
+    Project project;
+    QlumProjectModel& model = project.model;
+    QlumServerNode* server = model.addServer(std::make_unique<FakeServer>(QStringLiteral("A")));
+    const QSignalSpy rows(&model, &QAbstractItemModel::dataChanged);
+    const QSignalSpy renamed(&model, &QlumProjectModel::serverRenamed);
+    const QSignalSpy states(&model, &QlumProjectModel::serverNodeChanged);
+    server->setDisplayName(QStringLiteral("B"));
+    server->setDisplayName(QStringLiteral("B"));
+    EXPECT_EQ(rows.size(), 1);
+    EXPECT_EQ(renamed.size(), 1);
+    EXPECT_EQ(states.size(), 0) << "tools would take it for a new session";
+    EXPECT_EQ(model.registry().name(server->serverId()), QStringLiteral("B"));
+}
+
+TEST(EmptyDocument, KeepsWhatTheProjectHoldsForTheToolThatIsMissing)
+{
+    const QTemporaryDir folder;
+    QSettings file(folder.filePath(QStringLiteral("a.uap")), QSettings::IniFormat);
+    const QVariantMap stored{
+        {QStringLiteral("Columns"), QStringList{QStringLiteral("a"), QStringLiteral("b")}},
+        {QStringLiteral("Items/1/ServerId"), 3},
+        {QStringLiteral("Items/1/Depth"), 3},
+        {QStringLiteral("Items/2/ServerId"), 99}};
+    for (auto entry = stored.begin(); entry != stored.end(); ++entry)
+        file.setValue(QStringLiteral("Old/") + entry.key(), entry.value());
+    QlumEmptyDocument document{QString(), QString()};
+    file.beginGroup(QStringLiteral("Old"));
+    document.loadSettings(file, {{3, 7}});
+    file.endGroup();
+    file.beginGroup(QStringLiteral("New"));
+    document.saveSettings(file);
+    QVariantMap kept;
+    for (const QString& key : file.allKeys())
+        kept.insert(key, file.value(key));
+    QVariantMap expected = stored;
+    expected[QStringLiteral("Items/1/ServerId")] = 7;
+    EXPECT_EQ(kept, expected);
 }
 
 TEST(ProjectModel, RenamingADocumentRefusesWhatAFileCouldNotKeep)
