@@ -4,6 +4,7 @@ include_guard()
 option(TAVELIN_SANITIZE_ADDRESS "build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(TAVELIN_SANITIZE_THREAD "build with ThreadSanitizer" OFF)
 option(TAVELIN_FUZZERS "build the libFuzzer targets (clang only)" OFF)
+set(TAVELIN_BUILD_TAG "" CACHE STRING "name of a build that is no release, for its window title and splash screen")
 
 add_library(tavelin_options INTERFACE)
 target_compile_options(tavelin_options INTERFACE -Wall -Wextra -Wshadow -Wconversion -Werror
@@ -32,6 +33,24 @@ set(TAVELIN_TEST_OPTIONS -O0 -U_FORTIFY_SOURCE)
 function(tavelin_compile_alone)
     set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
+
+# Tells a source the tag and the revision of a build that has a tag. Others get neither, and so each commit compiles no
+# more than it changed.
+set(TAVELIN_REVISION "")
+if(TAVELIN_BUILD_TAG)
+    execute_process(COMMAND git -C ${PROJECT_SOURCE_DIR} rev-parse HEAD OUTPUT_VARIABLE TAVELIN_REVISION
+        OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+    if(NOT TAVELIN_REVISION MATCHES "^[0-9a-f]+$")
+        message(FATAL_ERROR "a build with a tag needs its sources in a git repository, for their revision")
+    endif()
+endif()
+function(tavelin_tell_build)
+    if(TAVELIN_BUILD_TAG)
+        set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_DEFINITIONS
+            TAVELIN_BUILD_TAG="${TAVELIN_BUILD_TAG}" TAVELIN_REVISION="${TAVELIN_REVISION}")
+    endif()
+endfunction()
+
 if(CMAKE_UNITY_BUILD)
     # what stands in a source stands in an included file here, where g++ finds unnamed namespaces strange
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)

@@ -25,6 +25,7 @@ PARTS = {
     "uabase/uapkicpp": "uapkicpp",
     "uaclientsdk": "uaclientsdk",
     "app/api": "appapi",
+    "app/ini": "appini",
     "monitoring": "monitoring",
     "uawidgets": "uawidgets",
     "certificates": "certificates",

@@ -91,7 +91,13 @@ def is_above(path, room):
 
 def homeless(root, rooms):
     """Files of a part with rooms that are in none, other than parts of their own and generated headers."""
-    own = {Path("app/api"), Path("uabase/uapkicpp"), Path("app/main.cpp"), *map(Path, PUBLIC)}
+    own = {
+        Path("app/api"),
+        Path("app/ini"),
+        Path("uabase/uapkicpp"),
+        Path("app/main.cpp"),
+        *map(Path, PUBLIC),
+    }
     for path in project_files(
         root, *(f"{part}/*{end}" for part in rooms.parts for end in (".h", ".cpp", ".c"))
     ):

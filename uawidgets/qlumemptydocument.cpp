@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QString>
 #include <QVBoxLayout>
+#include <QVariant>
 
 QlumEmptyDocument::QlumEmptyDocument(const QString& headline, const QString& hint, QWidget* parent)
     : QWidget(parent)
@@ -27,4 +28,22 @@ QlumEmptyDocument::QlumEmptyDocument(const QString& headline, const QString& hin
     layout->addWidget(title);
     layout->addWidget(text);
     layout->addStretch(2);
+}
+
+void QlumEmptyDocument::saveSettings(QSettings& settings)
+{
+    for (auto kept = m_kept.cbegin(); kept != m_kept.cend(); ++kept)
+        settings.setValue(kept.key(), kept.value());
+}
+
+void QlumEmptyDocument::loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap)
+{
+    m_kept.clear();
+    for (const QString& key : settings.allKeys()) {
+        const QVariant value = settings.value(key);
+        bool isNumber = false;
+        const int id = value.toInt(&isNumber);
+        const bool isServer = isNumber && key.endsWith(QLatin1String("ServerId"));
+        m_kept.insert(key, isServer && serverIdMap.contains(id) ? QVariant(serverIdMap.value(id)) : value);
+    }
 }

@@ -4,9 +4,11 @@
 #include <QMap>
 #include <QSettings>
 #include <QString>
+#include <QVariantMap>
 #include <QWidget>
 
-/// A document or dock page that has nothing to show and says so, with what the user can do instead.
+/// A document or dock page that has nothing to show and says so, with what the user can do instead. What a
+/// project keeps of a document goes through it unchanged, but for the ids of servers.
 class QlumEmptyDocument : public QWidget, public QlumDocumentWidgetInterface
 {
     Q_OBJECT
@@ -15,6 +17,9 @@ public:
     /// Plain texts: what is missing, and what the user can do.
     explicit QlumEmptyDocument(const QString& headline, const QString& hint, QWidget* parent = nullptr);
 
-    void saveSettings(QSettings&) override {}
-    void loadSettings(QSettings&, const QMap<int, int>&) override {}
+    void saveSettings(QSettings& settings) override;
+    void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
+
+private:
+    QVariantMap m_kept; // by their keys in the document's group
 };

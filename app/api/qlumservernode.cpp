@@ -2,6 +2,14 @@
 
 #include <QString>
 
+void QlumServerNode::setDisplayName(const QString& name)
+{
+    if (name == displayName())
+        return;
+    QlumProjectNode::setDisplayName(name);
+    emit nameChanged();
+}
+
 bool QlumServerNode::startConnect()
 {
     emit connectEnded(connectServer());

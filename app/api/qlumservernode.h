@@ -21,8 +21,8 @@ class UaSession;
 }
 
 /// What the project tree, the project file and the main window need of a server. The node that really
-/// connects is QlumProjectNodeServer; tests have their own. A subclass announces each change of its name or
-/// state by serverNodeChanged, on the GUI thread.
+/// connects is QlumProjectNodeServer; tests have their own. A subclass announces each change of its state by
+/// serverNodeChanged, on the GUI thread.
 class QlumServerNode : public QlumProjectNode
 {
     Q_OBJECT
@@ -32,6 +32,8 @@ public:
     /// Server.
     [[nodiscard]] int type() const override { return Server; }
 
+    /// Tells a new name by nameChanged.
+    void setDisplayName(const QString& name) override;
     /// Number of the server; unique in the running program, never 0xFFFFFFFF.
     [[nodiscard]] virtual unsigned int serverId() const = 0;
     /// The state that was announced last.
@@ -78,7 +80,9 @@ public:
     virtual QIcon getIcon(const UaNodeId* nodeId) = 0;
 
 signals:
-    /// Name or state changed. The widget is null; the map is that of
+    /// The name that the user sees has changed, by whatever way.
+    void nameChanged();
+    /// The state changed. The widget is null; the map is that of
     /// QlumAppEventInterface::sessionStatusChanged().
     void serverNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
                            unsigned int serverId, const NamespaceMap& namespaceMap);

@@ -85,6 +85,7 @@ bool QlumTraceSettings::openTrace(int level) const
     const unsigned int backups = m_settings->value(QStringLiteral("Trace.NumBackupFiles")).toUInt();
     const QString name = m_settings->value(QStringLiteral("Trace.Filename")).toString();
     const UaString fileName = toUaString(QDir::fromNativeSeparators(name));
+    UaTrace::setProductVersion(toUaString(QCoreApplication::applicationVersion()));
     return UaTrace::changeTrace(traceLevel, entries, backups, fileName) == 0 ||
            UaTrace::initTrace(traceLevel, entries, backups, fileName,
                               toUaString(QCoreApplication::applicationName())) == 0;

@@ -78,7 +78,8 @@ constexpr QlumActionRow actionRows[] = {
     {A::SaveLog, "saveLog", TEXT("&Save Log"), "filesave.png", qlumNoKey, "",
      TEXT("<b>Save Log</b><br>Writes the entries of the log window to a text file.")},
     {A::Rebrowse, "rebrowse", TEXT("Rebrowse"), "rebrowse.png", QKeySequence::Refresh, "",
-     TEXT("<b>Rebrowse</b><br>Reads the nodes below the selected node from the server again.")},
+     TEXT("<b>Rebrowse</b><br>Reads the nodes below the selected node from the server again."),
+     Qt::WidgetShortcut}, // tools have a key of the same kind for what they show
 };
 } // namespace
 #undef TEXT

@@ -6,6 +6,7 @@
 #include <app/settings/qlumsettingsmodel.h>
 
 #include <QAction>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -33,10 +34,10 @@ QString makeBaseTitle()
     return QStringLiteral("Korvanda Tavelin - %1 - %2").arg(QStringLiteral(TAVELIN_REVISION), tag);
 }
 
-// The dialog of a desktop does not add the suffix by itself.
+// The dialog of a desktop does not add the suffix by itself; what follows a dot need not be one.
 QString withSuffix(const QString& fileName)
 {
-    return QFileInfo(fileName).suffix().isEmpty() ? fileName + projectSuffix : fileName;
+    return fileName.endsWith(projectSuffix, Qt::CaseInsensitive) ? fileName : fileName + projectSuffix;
 }
 } // namespace
 
@@ -88,29 +89,66 @@ void QlumProjectSession::setClean(bool hasProject)
 
 void QlumProjectSession::open(const QString& fileName)
 {
+    openFile(fileName, true);
+}
+
+void QlumProjectSession::openFile(const QString& fileName, bool addToRecentFiles)
+{
     m_hooks.clear();
-    setCurrentFile(fileName, true);
-    m_hooks.load(fileName);
-    setClean(true);
+    setCurrentFile(fileName, false);
+    setClean(true); // before, so that what is changed while the servers are connected counts
+    const QlumProjectReading reading = m_hooks.load(fileName);
+    if (!reading.error.isEmpty()) {
+        setCurrentFile({}, false); // or saving would replace what is there
+        setClean(false);
+        tellUnreadable(fileName, reading.error);
+        return;
+    }
+    if (addToRecentFiles)
+        m_recentFiles->add(fileName);
+    if (!reading.leftOut.isEmpty()) {
+        setModified();
+        tellLeftOut(fileName, reading);
+    }
+}
+
+void QlumProjectSession::tellUnreadable(const QString& fileName, const QString& why)
+{
+    QMessageBox box(QMessageBox::Warning, tr("Open Project"),
+                    tr("The project %1 could not be read.\n%2").arg(QDir::toNativeSeparators(fileName), why),
+                    QMessageBox::Ok, m_window);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+void QlumProjectSession::tellLeftOut(const QString& fileName, const QlumProjectReading& reading)
+{
+    QMessageBox box(
+        QMessageBox::Warning, tr("Open Project"),
+        tr("Not all of the project %1 could be read. Saving it would replace the file by what was "
+           "read: servers: %2, documents: %3.")
+            .arg(QDir::toNativeSeparators(fileName))
+            .arg(reading.servers)
+            .arg(reading.documents),
+        QMessageBox::Ok, m_window);
+    box.setTextFormat(Qt::PlainText);
+    box.setDetailedText(reading.leftOut.join(QLatin1Char('\n')));
+    box.exec();
 }
 
 void QlumProjectSession::parseArguments(const QStringList& arguments)
 {
     const QlumLog log(QStringLiteral("Tavelin"));
+    m_window->setWindowModified(false);
     if (arguments.size() > 1) {
         log.error(tr("Too many command line arguments, Tavelin project file expected!"));
     } else if (arguments.size() == 1) {
         const QString& path = arguments.first();
-        if (path.endsWith(projectSuffix) && QFile::exists(path)) {
-            m_hooks.clear();
-            setCurrentFile(path, false);
-            m_hooks.load(path);
-            setClean(true);
-        } else {
+        if (path.endsWith(projectSuffix) && QFile::exists(path))
+            openFile(path, false);
+        else
             log.error(tr("Invalid command line argument, project could not be loaded!"));
-        }
     }
-    m_window->setWindowModified(false);
 }
 
 QlumProjectSession::Unsaved QlumProjectSession::askForUnsaved()
@@ -164,9 +202,28 @@ bool QlumProjectSession::sltSave()
 
 bool QlumProjectSession::sltSaveAs()
 {
-    const QString fileName =
-        QFileDialog::getSaveFileName(m_window, tr("Save Project"), m_file, tr("UA Project File (*.uap)"));
-    return !fileName.isEmpty() && saveTo(withSuffix(fileName));
+    for (QString proposed = m_file;;) {
+        const QString chosen = QFileDialog::getSaveFileName(m_window, tr("Save Project"), proposed,
+                                                            tr("UA Project File (*.uap)"));
+        if (chosen.isEmpty())
+            return false;
+        const QString fileName = withSuffix(chosen);
+        // about the chosen name itself the dialog has asked
+        if (fileName == chosen || !QFileInfo::exists(fileName) || mayReplace(fileName))
+            return saveTo(fileName);
+        proposed = fileName;
+    }
+}
+
+bool QlumProjectSession::mayReplace(const QString& fileName)
+{
+    QMessageBox box(
+        QMessageBox::Warning, tr("Save Project"),
+        tr("%1 already exists.\nDo you want to replace it?").arg(QDir::toNativeSeparators(fileName)),
+        QMessageBox::Yes | QMessageBox::No, m_window);
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
 }
 
 bool QlumProjectSession::saveTo(const QString& fileName)

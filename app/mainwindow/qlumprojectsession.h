@@ -1,4 +1,6 @@
 #pragma once
+#include <app/project/qlumprojectfile.h>
+
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -19,7 +21,7 @@ public:
     struct Hooks
     {
         std::function<void()> clear;
-        std::function<void(const QString&)> load;
+        std::function<QlumProjectReading(const QString&)> load;
         std::function<bool(const QString&)> save;
     };
 
@@ -34,6 +36,8 @@ public:
     void parseArguments(const QStringList& arguments);
     /// Asks whether an unsaved project is to be saved; false when the window is to stay open.
     [[nodiscard]] bool mayClose();
+    /// Opens a file in place of the project, which is then the file's. When it cannot be read the project is
+    /// a new one, and when some of it was left out it is modified; both are told in a message.
     void open(const QString& fileName);
 
 public slots:
@@ -48,6 +52,10 @@ private:
 
     void showTitle();
     void setClean(bool hasProject);
+    void openFile(const QString& fileName, bool addToRecentFiles);
+    void tellUnreadable(const QString& fileName, const QString& why);
+    void tellLeftOut(const QString& fileName, const QlumProjectReading& reading);
+    [[nodiscard]] bool mayReplace(const QString& fileName);
     bool saveTo(const QString& fileName);
     [[nodiscard]] Unsaved askForUnsaved();
 

@@ -27,6 +27,7 @@
 #include <QByteArray>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QHeaderView>
 #include <QList>
 #include <QNetworkAccessManager>
@@ -167,7 +168,8 @@ void QlumTavelin::setupUpdateSettings()
     if (!settingsValue(checkForUpdatesKey).isNull())
         return;
     QlumUpdateDialog dialog(settingsValue(updateIntervalKey).toInt(), this);
-    dialog.exec();
+    if (dialog.exec() != QDialog::Accepted)
+        return; // no answer: asked again at the next start
     setSettingsValue(checkForUpdatesKey, dialog.checkForUpdates());
     setSettingsValue(updateIntervalKey, dialog.interval());
 }
@@ -195,14 +197,15 @@ bool QlumTavelin::saveProject(const QString& fileName)
     return makeProjectFile().save(fileName);
 }
 
-void QlumTavelin::loadProject(const QString& fileName)
+QlumProjectReading QlumTavelin::loadProject(const QString& fileName)
 {
     m_loading = true;
-    const QList<QPointer<QlumServerNode>> toConnect = makeProjectFile().load(fileName);
-    for (const QPointer<QlumServerNode>& server : toConnect)
+    QlumProjectReading reading = makeProjectFile().load(fileName);
+    m_loading = false; // a connect may ask the user, who may change something meanwhile
+    for (const QPointer<QlumServerNode>& server : reading.toConnect)
         if (server)
             m_servers->connectServer(server);
-    m_loading = false;
+    return reading;
 }
 
 void QlumTavelin::clearProject()

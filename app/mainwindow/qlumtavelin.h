@@ -5,6 +5,7 @@
 #include <app/api/qlumtoolservices.h>
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/pluginloader/qlumpluginloader.h>
+#include <app/project/qlumprojectfile.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/system/uatrace.h>
@@ -41,7 +42,6 @@ class QlumHelpViewer;
 class QlumLogModel;
 class QlumLogView;
 class QlumMainActions;
-class QlumProjectFile;
 class QlumProjectModel;
 class QlumProjectNodeDocument;
 class QlumProjectSession;
@@ -67,7 +67,8 @@ public:
     void parseArguments();
 
     bool saveProject(const QString& fileName);
-    void loadProject(const QString& fileName);
+    /// Adds what the file holds and begins to connect the servers that were connected.
+    QlumProjectReading loadProject(const QString& fileName);
     /// Removes all documents and servers.
     void clearProject();
     void updateTraceSettings();

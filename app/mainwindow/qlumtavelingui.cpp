@@ -161,7 +161,7 @@ void QlumTavelin::setupConnections()
         {this, m_actions, &m_services, m_project, m_projectView, m_pages, m_director.get()});
     m_session = new QlumProjectSession(this, m_actions, m_settings.get(), m_recentFiles,
                                        {[this] { clearProject(); },
-                                        [this](const QString& file) { loadProject(file); },
+                                        [this](const QString& file) { return loadProject(file); },
                                         [this](const QString& file) { return saveProject(file); }});
     m_updates = new QlumUpdateCheck(m_settings.get(), m_network.get(), this);
     connectCommands();
@@ -205,6 +205,7 @@ void QlumTavelin::connectViews()
     connect(m_project, &QAbstractItemModel::rowsInserted, m_projectView,
             [this](const QModelIndex& parent) { m_projectView->expand(parent); });
     connect(m_project, &QlumProjectModel::documentNodeChanged, this, &QlumTavelin::setModified);
+    connect(m_project, &QlumProjectModel::serverRenamed, this, &QlumTavelin::setModified);
     connect(
         m_project, &QlumProjectModel::serverModelChanged, this,
         [this](unsigned int serverId, const UaNodeId& node, OpcUa_Byte change) {

@@ -4,7 +4,7 @@
 #include <app/api/qlumdocumentwidgetinterface.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
-#include <app/project/qluminicheck.h>
+#include <app/ini/qluminicheck.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
 #include <uabase/system/uadir.h>
@@ -29,6 +29,7 @@ constexpr int maximumServers = 1000;
 constexpr int maximumDocuments = 1000;
 // Far above what servers have; an index that claims more would only size memory.
 constexpr int maximumNamespaces = 4096;
+constexpr int maximumLeftOut = 100;
 
 class Text
 {
@@ -70,18 +71,6 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
             Text::tr("Writing %1 failed: %2.")
                 .arg(QDir::toNativeSeparators(fileName), QString::fromStdString(error.message())));
     return !error;
-}
-
-QStringList bounded(QStringList groups, int maximum, const QString& what)
-{
-    if (groups.size() > maximum) {
-        projectLog().error(Text::tr("The project file holds %1 %2; only the first %3 were read.")
-                               .arg(groups.size())
-                               .arg(what)
-                               .arg(maximum));
-        groups = groups.mid(0, maximum);
-    }
-    return groups;
 }
 
 QStringList readNamespaces(QSettings& settings)
@@ -174,31 +163,51 @@ void QlumProjectFile::writeDocuments(QSettings& settings) const
     settings.endGroup();
 }
 
-QList<QPointer<QlumServerNode>> QlumProjectFile::load(const QString& fileName)
+QlumProjectReading QlumProjectFile::load(const QString& fileName)
 {
     m_serverIds.clear();
-    m_toConnect.clear();
+    m_reading = {};
     const QlumIniCheck check = qlumCheckIniFile(fileName);
-    for (const QString& line : check.refused)
-        projectLog().error(line);
     const QTemporaryDir folder;
     QFile copy(folder.filePath(QStringLiteral("project.uap")));
-    if (!check.readable || !copy.open(QIODevice::WriteOnly) ||
-        copy.write(check.content) != check.content.size()) {
-        projectLog().error(
-            Text::tr("The project %1 could not be read: %2")
-                .arg(QDir::toNativeSeparators(fileName), check.readable ? copy.errorString() : check.error));
-        return {};
+    if (!check.readable)
+        m_reading.error = check.error;
+    else if (check.content.isEmpty() && !check.refused.isEmpty())
+        m_reading.error = Text::tr("It is no project file.");
+    else if (!copy.open(QIODevice::WriteOnly) || copy.write(check.content) != check.content.size())
+        m_reading.error = copy.errorString();
+    if (!m_reading.error.isEmpty()) {
+        projectLog().error(Text::tr("The project %1 could not be read: %2")
+                               .arg(QDir::toNativeSeparators(fileName), m_reading.error));
+        return m_reading;
     }
     copy.close();
+    for (const QString& line : check.refused)
+        leaveOut(line);
     QSettings settings(copy.fileName(), QSettings::IniFormat);
     readServers(settings);
     readDocuments(settings);
     m_plugins->loadSettings(settings, m_serverIds);
-    if (settings.status() != QSettings::NoError)
-        projectLog().error(Text::tr("The project %1 is damaged; what could be read of it was loaded.")
-                               .arg(QDir::toNativeSeparators(fileName)));
-    return m_toConnect;
+    return m_reading;
+}
+
+void QlumProjectFile::leaveOut(const QString& text)
+{
+    projectLog().error(text);
+    if (m_reading.leftOut.size() < maximumLeftOut)
+        m_reading.leftOut.append(text);
+}
+
+QStringList QlumProjectFile::bounded(QStringList groups, int maximum, const QString& what)
+{
+    if (groups.size() > maximum) {
+        leaveOut(Text::tr("The project file holds %1 %2; only the first %3 were read.")
+                     .arg(groups.size())
+                     .arg(what)
+                     .arg(maximum));
+        groups = groups.mid(0, maximum);
+    }
+    return groups;
 }
 
 void QlumProjectFile::readServers(QSettings& settings)
@@ -217,14 +226,15 @@ void QlumProjectFile::readServer(QSettings& settings)
     const QString name = settings.value(QStringLiteral("Name")).toString();
     std::unique_ptr<QlumServerNode> made = m_hooks.createServer(name, settings);
     if (!made) {
-        projectLog().error(Text::tr("The server '%1' of the project could not be read.").arg(name));
+        leaveOut(Text::tr("The server '%1' of the project could not be read.").arg(name));
         return;
     }
+    ++m_reading.servers;
     QlumServerNode* server = m_model->addServer(std::move(made));
     if (m_hooks.serverAdded)
         m_hooks.serverAdded(server);
     if (settings.value(QStringLiteral("Connected")).toBool())
-        m_toConnect.append(server);
+        m_reading.toConnect.append(server);
     bool hasId = false;
     const int storedId = settings.value(QStringLiteral("ProjectServerId")).toInt(&hasId);
     if (hasId)
@@ -251,6 +261,7 @@ void QlumProjectFile::readDocument(QSettings& settings, const QString& name)
     const QlumProjectNodeDocument* document = m_hooks.createDocument(type, name);
     if (!document)
         return;
+    ++m_reading.documents;
     if (auto* content = qobject_cast<QlumDocumentWidgetInterface*>(document->widget())) {
         settings.beginGroup(QStringLiteral("DocumentSettings"));
         content->loadSettings(settings, m_serverIds);

@@ -5,6 +5,7 @@
 #include <QMap>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -25,6 +26,16 @@ struct QlumProjectFileHooks
     std::function<QlumProjectNodeDocument*(const QString& type, const QString& name)> createDocument;
 };
 
+/// What came of reading a project file.
+struct QlumProjectReading
+{
+    QString error;       ///< for the user: why nothing was read; empty when it was
+    QStringList leftOut; ///< for the user, a line each: what could not be read; at most 100 lines
+    int servers = 0;     ///< so many were read
+    int documents = 0;
+    QList<QPointer<QlumServerNode>> toConnect; ///< those that were connected when the file was written
+};
+
 /// Writes and reads project files.
 class QlumProjectFile
 {
@@ -33,14 +44,15 @@ public:
 
     /// Replaces the file in one step; on false it is as it was.
     [[nodiscard]] bool save(const QString& fileName) const;
-    /// Adds what the file holds to the model and gives the servers that were connected when it was written.
-    /// What cannot be read is told in the log.
-    QList<QPointer<QlumServerNode>> load(const QString& fileName);
+    /// Adds what the file holds to the model. What cannot be read is told in the log too.
+    QlumProjectReading load(const QString& fileName);
 
 private:
     void write(QSettings& settings) const;
     void writeServers(QSettings& settings) const;
     void writeDocuments(QSettings& settings) const;
+    QStringList bounded(QStringList groups, int maximum, const QString& what);
+    void leaveOut(const QString& text);
     void readServers(QSettings& settings);
     void readServer(QSettings& settings);
     void readDocuments(QSettings& settings);
@@ -50,5 +62,5 @@ private:
     QlumAppEventInterface* m_plugins;
     QlumProjectFileHooks m_hooks;
     QMap<int, int> m_serverIds;
-    QList<QPointer<QlumServerNode>> m_toConnect;
+    QlumProjectReading m_reading;
 };

@@ -31,6 +31,10 @@ QlumServerNode* QlumProjectModel::addServer(std::unique_ptr<QlumServerNode> serv
     connect(node, &QlumServerNode::serverNodeChanged, this,
             [this](QlumProjectNode* changed) { sltNodeChanged(changed); });
     connect(node, &QlumServerNode::serverNodeChanged, this, &QlumProjectModel::serverNodeChanged);
+    connect(node, &QlumServerNode::nameChanged, this, [this, node] {
+        sltNodeChanged(node);
+        emit serverRenamed(node->serverId());
+    });
     connect(node, &QlumServerNode::serverModelChanged, this, &QlumProjectModel::serverModelChanged);
     connect(node, &QlumServerNode::dataTypesLoaded, this, &QlumProjectModel::dataTypesLoaded);
     return node;

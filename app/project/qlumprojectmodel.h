@@ -62,6 +62,7 @@ signals:
     void documentNodeChanged(QlumProjectNode* node, QWidget* widget, const QString& name);
     void serverNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
                            unsigned int serverId, const NamespaceMap& namespaceMap);
+    void serverRenamed(unsigned int serverId);
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
     void dataTypesLoaded(unsigned int serverId);
 

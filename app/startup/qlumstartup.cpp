@@ -2,6 +2,7 @@
 
 #include <app/api/qlumlog.h>
 #include <app/api/qlumsplashscreen.h>
+#include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtipwindow.h>
@@ -9,6 +10,7 @@
 #include <app/startup/qlumservices.h>
 #include <app/startup/qlumsettingsfile.h>
 #include <certificates/qlumcertificates.h>
+#include <uabase/system/uadir.h>
 #include <uabase/system/uaplatformlayer.h>
 #include <uabase/system/uaxmldocument.h>
 
@@ -87,6 +89,8 @@ void QlumStartup::unloadResources()
 void QlumStartup::setIdentity()
 {
     QSettings::setDefaultFormat(QSettings::IniFormat);
+    // beside certificates and traces, whatever the environment names as the folder of settings
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, toQString(UaDir::applicationDataPath()));
     QCoreApplication::setOrganizationName(Text::tr("korvanda/tavelin/"));
     QCoreApplication::setApplicationName(Text::tr("tavelin"));
 }
@@ -124,6 +128,12 @@ int QlumStartup::run(int argc, char** argv)
     return runMainWindow(splash, settingsProblems);
 }
 
+int QlumStartup::runUntilClosed(const QWidget& window)
+{
+    // a window that was closed before, while a question was shown, ends no event loop any more
+    return window.isVisible() ? QApplication::exec() : 0;
+}
+
 int QlumStartup::startLayers(QlumSplashScreen& splash)
 {
     show(splash, QStringLiteral("Loading platform layer..."));
@@ -157,8 +167,9 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
     splash.timedClose(3);
     window->setupUpdateSettings();
     window->parseArguments();
-    showTip();
-    const int result = QApplication::exec();
+    if (window->isVisible())
+        showTip();
+    const int result = runUntilClosed(*window);
     QlumUaTrace::shutdown();
     window.reset();
     QlumCertificates::cleanup();

@@ -1,6 +1,7 @@
 #pragma once
 #include <QString>
 #include <QStringList>
+#include <QWidget>
 
 class QlumSplashScreen;
 
@@ -15,6 +16,9 @@ public:
 
     /// Settings identity; before any settings object is made.
     static void setIdentity();
+    /// Runs the event loop until the last window is closed; not at all when the window has been closed
+    /// before. Gives the exit code.
+    [[nodiscard]] static int runUntilClosed(const QWidget& window);
     static void loadResources();
     static void unloadResources();
     /// Text for the user when the platform layer does not start.

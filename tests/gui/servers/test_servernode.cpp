@@ -1,4 +1,5 @@
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumservernode.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <tests/gui/servers/servernodefixture.h>
 #include <tests/support/modeltext.h>
@@ -6,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QList>
+#include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QTimer>
@@ -126,6 +128,22 @@ TEST_F(ServerNode, ChangingTheUserAsksEvenWhenAPasswordIsStored)
     changeUser();
     EXPECT_EQ(log().last(), "100 ChangeUser failed with error 'BadUserAccessDenied'");
     EXPECT_EQ(states, (QList<int>{1, 2})) << "the connection is what it was";
+}
+
+TEST_F(ServerNode, NewNameIsToldWhetherFromPropertiesOrTheTree)
+{
+    make();
+    int told = 0;
+    QObject::connect(node.get(), &QlumServerNode::nameChanged, node.get(), [&told] { ++told; });
+    setting.displayName = "Kiln";
+    node->setDiscoverySetting(setting);
+    EXPECT_EQ(node->displayName(), "Kiln");
+    EXPECT_EQ(told, 1);
+    node->setDiscoverySetting(setting);
+    EXPECT_EQ(told, 1) << "any other change of Properties";
+    EXPECT_TRUE(node->setData(QStringLiteral(" Mill "), Qt::EditRole));
+    EXPECT_EQ(told, 2);
+    EXPECT_EQ(node->discoverySetting().displayName, "Mill");
 }
 
 TEST_F(ServerNode, MissingUserCertificateEndsTheConnect)

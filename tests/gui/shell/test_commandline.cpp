@@ -7,9 +7,14 @@
 #include <tests/support/stubapplication.h>
 
 #include <QAction>
+#include <QDialog>
 #include <QFile>
+#include <QLineEdit>
+#include <QList>
 #include <QMainWindow>
 #include <QMenu>
+#include <QMessageBox>
+#include <QMetaObject>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
@@ -42,10 +47,32 @@ protected:
                                &settings,
                                &recent,
                                {[this] { calls << QStringLiteral("clear"); },
-                                [this](const QString& file) { calls << QStringLiteral("load ") + file; },
+                                [this](const QString& file) {
+                                    calls << QStringLiteral("load ") + file;
+                                    if (changesWhileLoading)
+                                        session.setModified();
+                                    return reading;
+                                },
                                 [this](const QString& file) { return saves && !file.isEmpty(); }}};
     bool saves = true;
+    bool changesWhileLoading = false;
+    QlumProjectReading reading;
 };
+
+// Answers the dialog of files by these names, one after the other, and questions by these buttons.
+DialogDriver::Answer answerSaveAs(QStringList names, QList<QMessageBox::StandardButton> buttons)
+{
+    return [names, buttons](QDialog& dialog) mutable {
+        if (auto* box = qobject_cast<QMessageBox*>(&dialog)) {
+            box->button(buttons.isEmpty() ? QMessageBox::No : buttons.takeFirst())->click();
+        } else if (names.isEmpty()) {
+            dialog.reject();
+        } else {
+            dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(names.takeFirst());
+            QMetaObject::invokeMethod(&dialog, "accept");
+        }
+    };
+}
 } // namespace
 
 TEST_F(Session, ProjectOfTheCommandLineIsLoaded)
@@ -106,6 +133,56 @@ TEST_F(Session, FailedSaveIsShownAndKeepsTheMark)
     EXPECT_TRUE(session.sltSave());
     EXPECT_FALSE(window.isWindowModified());
     EXPECT_FALSE(actions[QlumMainActions::SaveProject]->isEnabled());
+}
+
+TEST_F(Session, SaveAsDoesNotReplaceAFileUnaskedThroughTheSuffixThatItAdds)
+{
+    make(QStringLiteral("plant.uap"));
+    {
+        const DialogDriver driver(
+            answerSaveAs({folder.filePath(QStringLiteral("plant")), folder.filePath(QStringLiteral("plant"))},
+                         {QMessageBox::No, QMessageBox::Yes}));
+        EXPECT_TRUE(session.sltSaveAs());
+        EXPECT_EQ(driver.seen().filter(QStringLiteral("already exists")).size(), 2);
+    }
+    EXPECT_EQ(session.currentFile(), folder.filePath(QStringLiteral("plant.uap")));
+    const DialogDriver driver(answerSaveAs({folder.filePath(QStringLiteral("plant.v2"))}, {}));
+    EXPECT_TRUE(session.sltSaveAs());
+    EXPECT_EQ(session.currentFile(), folder.filePath(QStringLiteral("plant.v2.uap")));
+    EXPECT_EQ(driver.seen().size(), 1);
+}
+
+TEST_F(Session, UnreadableFileDoesNotBecomeTheProject)
+{
+    const QString file = make(QStringLiteral("plant.uap"));
+    reading.error = QStringLiteral("It is <b>odd</b>.");
+    {
+        const DialogDriver driver;
+        session.open(file);
+        ASSERT_EQ(driver.seen().size(), 1);
+        EXPECT_TRUE(driver.seen().first().contains(QStringLiteral("could not be read.\nIt is <b>odd</b>.")));
+    }
+    EXPECT_TRUE(session.currentFile().isEmpty());
+    EXPECT_TRUE(window.windowTitle().endsWith(QStringLiteral(" - NewProject[*]")));
+    EXPECT_FALSE(actions[QlumMainActions::SaveProject]->isEnabled());
+    EXPECT_TRUE(recent.files().isEmpty());
+
+    reading.error.clear();
+    reading.leftOut = QStringList{QStringLiteral("Skipped 'x': it is no entry.")};
+    const DialogDriver driver;
+    session.parseArguments({file});
+    EXPECT_EQ(driver.seen().filter(QStringLiteral("Not all of the project")).size(), 1);
+    EXPECT_EQ(session.currentFile(), file);
+    EXPECT_TRUE(window.isWindowModified()) << "what is left out of it would be lost without a question";
+    EXPECT_TRUE(actions[QlumMainActions::SaveProject]->isEnabled());
+}
+
+TEST_F(Session, ChangesWhileAProjectIsConnectedAreMarked)
+{
+    changesWhileLoading = true;
+    session.open(make(QStringLiteral("plant.uap")));
+    EXPECT_TRUE(window.isWindowModified());
+    EXPECT_TRUE(actions[QlumMainActions::SaveProject]->isEnabled());
 }
 
 TEST_F(Session, RecentProjectsAreBoundedAndForgetMissingFiles)

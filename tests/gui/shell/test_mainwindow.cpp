@@ -24,14 +24,19 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QDockWidget>
 #include <QFile>
+#include <QKeySequence>
+#include <QList>
+#include <QMap>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QModelIndex>
 #include <QObject>
 #include <QPlainTextEdit>
+#include <QSet>
 #include <QSettings>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -73,6 +78,23 @@ public:
     int rebrowsed = -1;
     unsigned char verbs = 0;
 };
+
+// All whose shortcut works while the widget has the focus.
+QSet<QAction*> actionsReaching(const QWidget* focus)
+{
+    QSet<QAction*> result;
+    QList<QWidget*> owners = focus->window()->findChildren<QWidget*>();
+    owners.append(focus->window());
+    for (const QWidget* owner : owners)
+        for (QAction* one : owner->actions()) {
+            const Qt::ShortcutContext context = one->shortcutContext();
+            const bool below = context == Qt::WidgetWithChildrenShortcut && owner->isAncestorOf(focus);
+            if (owner == focus || below || context == Qt::WindowShortcut ||
+                context == Qt::ApplicationShortcut)
+                result.insert(one);
+        }
+    return result;
+}
 
 class MainWindow : public ::testing::Test
 {
@@ -325,6 +347,60 @@ TEST_F(MainWindow, ProjectIsSavedAndLoadedWithItsConnections)
     EXPECT_EQ(window->centralTabWidget()->count(), 1);
 }
 
+TEST_F(MainWindow, RenamedServerMarksTheProjectAndTheLogTakesTheName)
+{
+    FakeServer* server = addServer();
+    window->setWindowModified(false);
+    server->setDisplayName(QStringLiteral("Kiln"));
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_EQ(window->serverName(server->serverId()), QStringLiteral("Kiln"));
+    EXPECT_EQ(window->projectModel()->indexOf(server).data().toString(), QStringLiteral("Kiln"));
+}
+
+TEST_F(MainWindow, NoShortcutIsAmbiguousWhereverTheFocusIs)
+{
+    window->show();
+    addServer();
+    action(QlumMainActions::ConnectServer)->trigger();
+    addServer();
+    action(QlumMainActions::ConnectServer)->trigger();
+    for (const QString& type : {QStringLiteral("Event View"), QStringLiteral("History Trend View")})
+        window->documents()->add(type, type);
+    QStringList ambiguous;
+    QStringList refreshing;
+    for (QWidget* focus : window->findChildren<QWidget*>()) {
+        if (focus->focusPolicy() == Qt::NoFocus || focus->window() != window.get())
+            continue;
+        QMap<QKeySequence, QSet<QAction*>> keys;
+        for (QAction* one : actionsReaching(focus))
+            for (const QKeySequence& key : one->shortcuts())
+                keys[key].insert(one);
+        for (auto key = keys.cbegin(); key != keys.cend(); ++key)
+            if (key.value().size() > 1)
+                ambiguous.append(key.key().toString() + QStringLiteral(" in ") + focus->objectName());
+        for (const QAction* one : keys.value(QKeySequence(QKeySequence::Refresh)))
+            refreshing.append(one->objectName());
+    }
+    EXPECT_TRUE(ambiguous.isEmpty()) << ambiguous.join(QLatin1Char('\n')).toStdString();
+    EXPECT_TRUE(refreshing.contains(QStringLiteral("rebrowse")));
+    EXPECT_GE(QSet<QString>(refreshing.begin(), refreshing.end()).size(), 2);
+}
+
+TEST_F(MainWindow, UpdateQuestionLeftWithoutAnAnswerStoresNone)
+{
+    {
+        const DialogDriver driver; // as by Esc
+        window->setupUpdateSettings();
+        EXPECT_EQ(driver.seen().size(), 1);
+    }
+    EXPECT_TRUE(window->settingsValue(QStringLiteral("AutomaticUpdate.CheckForUpdates")).isNull());
+    {
+        const DialogDriver driver([](QDialog& dialog) { dialog.accept(); });
+        window->setupUpdateSettings();
+    }
+    EXPECT_TRUE(window->settingsValue(QStringLiteral("AutomaticUpdate.CheckForUpdates")).toBool());
+}
+
 TEST_F(MainWindow, ClosingAsksForAnUnsavedProject)
 {
     window->show();
@@ -376,6 +452,7 @@ TEST_F(MainWindow, ErrorsOfLowerLayersReachTheLogAndLevelsFilter)
 
 TEST_F(MainWindow, TraceFollowsItsSettings)
 {
+    QCoreApplication::setApplicationVersion(QStringLiteral("9.8.7"));
     QTemporaryDir folder;
     window->setSettingsValue(QStringLiteral("Trace.Filename"), folder.filePath(QStringLiteral("trace.log")));
     window->setSettingsValue(QStringLiteral("Trace.StackTraceEnabled"), true);
@@ -385,7 +462,9 @@ TEST_F(MainWindow, TraceFollowsItsSettings)
     window->setSettingsValue(QStringLiteral("Trace.SDKTraceLevel"), QStringLiteral("ProgramFlow"));
     window->updateTraceSettings();
     EXPECT_EQ(UaTrace::traceLevel(), UaTrace::ProgramFlow);
-    EXPECT_TRUE(QFile::exists(folder.filePath(QStringLiteral("trace.log"))));
+    QFile trace(folder.filePath(QStringLiteral("trace.log")));
+    ASSERT_TRUE(trace.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(trace.readAll().contains("** Product version: 9.8.7\n"));
     window->setSettingsValue(QStringLiteral("Trace.SDKTraceEnabled"), false);
     window->setSettingsValue(QStringLiteral("Trace.StackTraceEnabled"), false);
     window->updateTraceSettings();

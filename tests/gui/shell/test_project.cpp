@@ -1,26 +1,36 @@
 #include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumdocumentwidgetinterface.h>
 #include <app/api/qlumservernode.h>
-#include <app/project/qluminicheck.h>
+#include <app/ini/qluminicheck.h>
 #include <app/project/qlumprojectfile.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
 #include <tests/gui/shell/fakeserver.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/stubapplication.h>
+#include <uawidgets/qlumemptydocument.h>
 
+#include <QAbstractItemModel>
 #include <QAbstractItemModelTester>
 #include <QByteArray>
+#include <QChar>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QMap>
 #include <QModelIndex>
 #include <QObject>
+#include <QPoint>
+#include <QRect>
 #include <QSettings>
+#include <QSignalSpy>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QVariant>
+#include <QVariantList>
+#include <QVariantMap>
 #include <QWidget>
 #include <gtest/gtest.h>
 
@@ -133,7 +143,8 @@ TEST_F(ProjectFile, RoundTripMapsServerIds)
     EXPECT_FALSE(written.contains("test="));
 
     Project loaded;
-    const auto toConnect = loaded.file().load(path);
+    const QlumProjectReading reading = loaded.file().load(path);
+    const auto& toConnect = reading.toConnect;
     ASSERT_EQ(loaded.model.servers().size(), 2);
     EXPECT_TRUE(application.texts().isEmpty()) << application.texts().join(QLatin1Char('\n')).toStdString();
     auto* mill = static_cast<FakeServer*>(loaded.model.servers().at(0));
@@ -157,7 +168,7 @@ TEST_F(ProjectFile, OldDocumentTypeIsReadAndUnknownOneSkipped)
     write("[Documents]\nOld\\DocumentType=Data Access Classic View\nOld\\DocumentSettings\\Text=kept\n"
           "Odd\\DocumentType=Coffee View\n");
     Project project;
-    EXPECT_TRUE(project.file().load(path).isEmpty());
+    EXPECT_TRUE(project.file().load(path).toConnect.isEmpty());
     ASSERT_EQ(project.model.documents().size(), 1);
     EXPECT_EQ(project.model.documents().first()->documentType(), QStringLiteral("Data Access View"));
     EXPECT_EQ(project.sheet(0)->text, QStringLiteral("kept"));
@@ -199,13 +210,64 @@ TEST_F(ProjectFile, ObjectsAndRubbishInAFileAreRefused)
           "4\\Name=a, @DateTime(\\0\\0\\0\\x10)\n"
           "no entry at all\n[Documents]\nX\\DocumentType=@@Variant(\n");
     Project project;
-    project.file().load(path);
+    const QlumProjectReading reading = project.file().load(path);
+    EXPECT_TRUE(reading.error.isEmpty());
+    EXPECT_EQ(reading.leftOut.size(), 4);
+    EXPECT_EQ(reading.servers, 1);
     const QStringList log = application.texts();
     EXPECT_EQ(log.filter(QStringLiteral("neither text nor number")).size(), 3);
     EXPECT_EQ(log.filter(QStringLiteral("no entry at all")).size(), 1);
     ASSERT_EQ(project.model.servers().size(), 1);
     EXPECT_EQ(project.model.servers().first()->namespaceTable(),
               (QStringList{QString(), QStringLiteral("urn:one")}));
+}
+
+TEST_F(ProjectFile, RubbishIsNoProjectAndAnEmptyFileIs)
+{
+    write("\x7f"
+          "ELF\1\1\n\0\0rubbish\nof some lines");
+    Project project;
+    EXPECT_FALSE(project.file().load(path).error.isEmpty());
+    write("");
+    const QlumProjectReading empty = project.file().load(path);
+    EXPECT_TRUE(empty.error.isEmpty());
+    EXPECT_TRUE(empty.leftOut.isEmpty());
+}
+
+TEST_F(ProjectFile, ObjectsInDisguiseDoNotReachTheReader)
+{
+    write("; \"\n[Servers]\n1\\Name=@Variant(\\0)\n;\"\n2\\Name=\\z@Variant(\\0)\n"
+          "3\\Name=\\\r\n@Variant(\\0)\n\"4\\Na=me\"=@Variant(\\0)\n5\\Na\\=me=@DateTime(\\0)\n"
+          "6\\Name=@mill(@Variant(\\0))\n");
+    const QlumIniCheck check = qlumCheckIniFile(path);
+    EXPECT_EQ(check.refused.size(), 5) << check.refused.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(check.content, "[Servers]\n6\\Name=@@mill(@Variant(\\0))\n");
+}
+
+TEST_F(ProjectFile, WhatQSettingsWroteIsNotChanged)
+{
+    const QVariantMap values{
+        {QStringLiteral("text"), QString::fromUtf8("\"\xc3\xa4\" = \xe2\x82\xac"
+                                                   "1f; \\ 2,3\n\x01"
+                                                   "2")},
+        {QStringLiteral("a b/%c/\u20ac"),
+         QStringList{QString(), QStringLiteral(" x "), QStringLiteral("@,y")}},
+        {QStringLiteral("a b/bytes"), QByteArray("\0\1\xff"
+                                                 "ab",
+                                                 5)},
+        {QStringLiteral("a/rect"), QRect(1, 2, 3, 4)},
+        {QStringLiteral("General/mixed"), QVariantList{QPoint(1, 2), QStringLiteral("@"), QSize(3, 4)}},
+        {QStringLiteral("null"), QString(QChar(0))},
+        {QStringLiteral("nothing"), QVariant()}};
+    {
+        QSettings settings(path, QSettings::IniFormat);
+        for (auto value = values.begin(); value != values.end(); ++value)
+            settings.setValue(value.key(), value.value());
+    }
+    const QlumIniCheck check = qlumCheckIniFile(path);
+    EXPECT_TRUE(check.refused.isEmpty());
+    EXPECT_TRUE(check.unchanged) << check.content.toStdString();
+    EXPECT_GT(check.content.size(), 200);
 }
 
 TEST_F(ProjectFile, HugeFilesAndPipesAreRefused)
@@ -215,7 +277,7 @@ TEST_F(ProjectFile, HugeFilesAndPipesAreRefused)
     ASSERT_TRUE(file.resize(17 * 1024 * 1024));
     file.close();
     Project project;
-    EXPECT_TRUE(project.file().load(path).isEmpty());
+    EXPECT_TRUE(project.file().load(path).error.contains(QStringLiteral("larger than 16 MB")));
     ASSERT_EQ(application.texts().size(), 1);
     EXPECT_TRUE(application.texts().first().contains(QStringLiteral("larger than 16 MB")));
 
@@ -223,10 +285,15 @@ TEST_F(ProjectFile, HugeFilesAndPipesAreRefused)
     for (int i = 0; i < 1500; ++i)
         many += QByteArray::number(i) + "\\Name=s\n";
     write(many);
-    project.file().load(path);
+    EXPECT_EQ(project.file().load(path).leftOut.size(), 1);
     EXPECT_EQ(project.model.servers().size(), 1000);
     EXPECT_TRUE(application.texts().last().contains(QStringLiteral("1500")));
 
+    write("[a]\nmany=" + QByteArray(1500000, ',') + "\nx=" + QByteArray(900000, ',') +
+          "\nfew=1,2\ny=" + QByteArray(900000, ','));
+    const QlumIniCheck commas = qlumCheckIniFile(path);
+    EXPECT_EQ(commas.refused.size(), 2); // more elements than anybody stores
+    EXPECT_TRUE(commas.content.contains("few=1, 2"));
     EXPECT_FALSE(qlumCheckIniFile(QStringLiteral("/dev/zero")).readable);
     EXPECT_TRUE(qlumCheckIniFile(folder.filePath(QStringLiteral("none.uap"))).readable);
 }
@@ -252,6 +319,47 @@ TEST(ProjectModel, HasItsSkeletonAndFollowsItsNodes)
     model.removeServer(server);
     EXPECT_EQ(model.findServer(id), nullptr);
     EXPECT_EQ(model.registry().name(id), QString());
+}
+
+TEST(ProjectModel, RenamedServerIsToldByEveryWay)
+{
+    Project project;
+    QlumProjectModel& model = project.model;
+    QlumServerNode* server = model.addServer(std::make_unique<FakeServer>(QStringLiteral("A")));
+    const QSignalSpy rows(&model, &QAbstractItemModel::dataChanged);
+    const QSignalSpy renamed(&model, &QlumProjectModel::serverRenamed);
+    const QSignalSpy states(&model, &QlumProjectModel::serverNodeChanged);
+    server->setDisplayName(QStringLiteral("B"));
+    server->setDisplayName(QStringLiteral("B"));
+    EXPECT_EQ(rows.size(), 1);
+    EXPECT_EQ(renamed.size(), 1);
+    EXPECT_EQ(states.size(), 0) << "tools would take it for a new session";
+    EXPECT_EQ(model.registry().name(server->serverId()), QStringLiteral("B"));
+}
+
+TEST(EmptyDocument, KeepsWhatTheProjectHoldsForTheToolThatIsMissing)
+{
+    const QTemporaryDir folder;
+    QSettings file(folder.filePath(QStringLiteral("a.uap")), QSettings::IniFormat);
+    const QVariantMap stored{
+        {QStringLiteral("Columns"), QStringList{QStringLiteral("a"), QStringLiteral("b")}},
+        {QStringLiteral("Items/1/ServerId"), 3},
+        {QStringLiteral("Items/1/Depth"), 3},
+        {QStringLiteral("Items/2/ServerId"), 99}};
+    for (auto entry = stored.begin(); entry != stored.end(); ++entry)
+        file.setValue(QStringLiteral("Old/") + entry.key(), entry.value());
+    QlumEmptyDocument document{QString(), QString()};
+    file.beginGroup(QStringLiteral("Old"));
+    document.loadSettings(file, {{3, 7}});
+    file.endGroup();
+    file.beginGroup(QStringLiteral("New"));
+    document.saveSettings(file);
+    QVariantMap kept;
+    for (const QString& key : file.allKeys())
+        kept.insert(key, file.value(key));
+    QVariantMap expected = stored;
+    expected[QStringLiteral("Items/1/ServerId")] = 7;
+    EXPECT_EQ(kept, expected);
 }
 
 TEST(ProjectModel, RenamingADocumentRefusesWhatAFileCouldNotKeep)

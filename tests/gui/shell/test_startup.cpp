@@ -6,6 +6,7 @@
 #include <app/startup/qlumstartup.h>
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -17,7 +18,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QTimer>
 #include <QVariant>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 namespace {
@@ -110,6 +113,48 @@ TEST_F(Home, DamagedSettingsAreCleanedAndKept)
     EXPECT_EQ(qlumCleanSettingsFile().size(), 2);
     EXPECT_EQ(read(QStringLiteral("tavelin.ini")), good);
     EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), bad);
+
+    write(QStringLiteral("tavelin.ini"), "a=@DateTime(\\0)\n"); // does not take the place of the first
+    EXPECT_FALSE(qlumCleanSettingsFile().isEmpty());
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), bad);
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad2")), "a=@DateTime(\\0)\n");
+}
+
+TEST_F(Home, SettingsEditedByHandAreWrittenAnewBeforeTheyAreRead)
+{
+    write(QStringLiteral("dotfiles.ini"), "; mine\n[General]\nGeneral.CallTimeout = 5\n");
+    ASSERT_TRUE(QFile::link(below(QStringLiteral("dotfiles.ini")), below(QStringLiteral("tavelin.ini"))));
+    EXPECT_TRUE(qlumCleanSettingsFile().isEmpty());
+    EXPECT_EQ(read(QStringLiteral("dotfiles.ini")), "[General]\nGeneral.CallTimeout=5\n");
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini.bad")), "(none)");
+}
+
+TEST_F(Home, SettingsAreBesideTheCertificatesWhateverTheEnvironmentNames)
+{
+    const QTemporaryDir other;
+    qputenv("XDG_CONFIG_HOME", other.path().toLocal8Bit());
+    QlumStartup::setIdentity();
+    QSettings().setValue(QStringLiteral("a"), 1);
+    EXPECT_EQ(QSettings().fileName(), below(QStringLiteral("tavelin.ini")));
+    EXPECT_EQ(read(QStringLiteral("tavelin.ini")), "[General]\na=1\n");
+    qunsetenv("XDG_CONFIG_HOME");
+    TearDown();
+    QlumStartup::setIdentity(); // for the tests behind this one
+}
+
+TEST(Startup, AWindowClosedBeforeTheEventLoopLeavesNoProcess)
+{
+    QWidget window;
+    window.show();
+    QTimer::singleShot(0, &window, &QWidget::close);
+    EXPECT_EQ(QlumStartup::runUntilClosed(window), 0);
+    bool stuck = false;
+    QTimer::singleShot(2000, &window, [&stuck] {
+        stuck = true;
+        QCoreApplication::exit(1);
+    });
+    EXPECT_EQ(QlumStartup::runUntilClosed(window), 0);
+    EXPECT_FALSE(stuck);
 }
 
 TEST(TipWindow, ReadsTipsThatEndWithAnEmptyLine)
