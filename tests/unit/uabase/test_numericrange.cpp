@@ -66,6 +66,8 @@ TEST(NumericRange, ReadsPartsOfArraysMatricesAndTexts)
     EXPECT_EQ(read(numbers(6, {2, 3}), "0"), "BadIndexRangeInvalid");
     EXPECT_EQ(read(UaVariant("hello"), "1:3"), "ell");
     EXPECT_EQ(read(UaVariant("hello"), "0:4294967295"), "hello");
+    EXPECT_EQ(read(UaVariant("hello"), "4:9"), "o");
+    EXPECT_EQ(read(UaVariant("hello"), "5:9"), "BadIndexRangeNoData");
     EXPECT_EQ(read(UaVariant(1.5), "0"), "BadIndexRangeInvalid");
     UaVariant texts;
     const UaVariant words[] = {UaVariant("abc"), UaVariant("def")};
