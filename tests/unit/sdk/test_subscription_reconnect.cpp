@@ -89,11 +89,16 @@ TEST_F(SubscriptionReconnect, LinkThatBreaksWhileRepublishingStartsAgain)
     std::promise<void> asked;
     std::promise<void> go;
     std::atomic<int> calls{0};
+    std::atomic<int> published{0};
     answerRepublish([&](OpcUa_UInt32, OpcUa_UInt32 number, OpcUa_NotificationMessage& message) {
         if (calls++ == 0) {
             asked.set_value();
             go.get_future().wait();
             return static_cast<OpcUa_StatusCode>(OpcUa_BadConnectionClosed);
+        }
+        if (calls == 2) {
+            EXPECT_TRUE(passTurns());
+            EXPECT_EQ(publishCalls(), published) << "the old link's end lets nothing live in before this";
         }
         if (number > 1)
             return static_cast<OpcUa_StatusCode>(OpcUa_BadMessageNotAvailable);
@@ -104,6 +109,7 @@ TEST_F(SubscriptionReconnect, LinkThatBreaksWhileRepublishingStartsAgain)
     mendLink();
     asked.get_future().wait();
     breakLink();
+    published = publishCalls();
     mendLink();
     go.set_value();
     data(1, 2, {{7, 2}});
@@ -141,6 +147,44 @@ TEST_F(SubscriptionReconnect, NewSessionDropsThemAndSaysSoOnce)
     mendLink(true);
     EXPECT_TRUE(events.waitForCount(5));
     EXPECT_EQ(events.heard().back(), "33 status BadSubscriptionIdInvalid");
+}
+
+TEST_F(SubscriptionReconnect, AnswerToTheOldSessionIsNotGivenToTheNewOnesSubscriptionOfThatNumber)
+{
+    create(11);
+    ASSERT_TRUE(waitForPublishCalls(2));
+    std::promise<void> entered;
+    std::promise<void> leave;
+    events.during = [&](const std::string& text) {
+        if (text == "11 data 7=1") {
+            entered.set_value();
+            leave.get_future().wait();
+        }
+    };
+    data(1, 1, {{7, 1}});
+    entered.get_future().wait();
+    const int before = publishCalls();
+    std::promise<void> came;
+    answer([&](OpcUa_PublishResponse& response) { // waits behind the first
+        response.SubscriptionId = 1;
+        fillData(response.NotificationMessage, 2, {{7, 2}});
+        came.set_value();
+        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    });
+    came.get_future().wait();
+    breakLink();
+    mendLink(true);
+    nextId = 1;
+    create(33);
+    ASSERT_TRUE(waitForPublishCalls(before + 1));
+    leave.set_value();
+    ASSERT_TRUE(events.waitForLine("11 status BadSubscriptionIdInvalid"));
+    data(1, 1, {{7, 3}});
+    keepAlive(1, 2);
+    keepAlive(1, 2);
+    EXPECT_TRUE(events.waitFor(
+        {"11 data 7=1", "11 status BadSubscriptionIdInvalid", "33 data 7=3", "33 alive", "33 alive"}));
+    EXPECT_THAT(acknowledged(), testing::ElementsAre("1:1")) << "what the new session has got";
 }
 
 TEST_F(SubscriptionReconnect, RequestThatTheStackDoesNotTakeIsALostLink)
