@@ -148,7 +148,10 @@ TEST_F(TypeDictionaryTest, EveryStructureBeginsWithAByte)
         "<opc:StructuredType Name='Parts'><opc:Field Name='NoOfList' TypeName='opc:Byte'/>"
         "<opc:Field Name='List' TypeName='tns:Part' LengthField='NoOfList'/>"
         "<opc:Field Name='One' TypeName='tns:Part'/>"
-        "<opc:Field Name='Flag' TypeName='opc:Bit'/></opc:StructuredType>");
+        "<opc:Field Name='Flag' TypeName='opc:Bit'/></opc:StructuredType>"
+        "<opc:StructuredType Name='Half'><opc:Field Name='Head' TypeName='opc:Bit' Length='3'/>"
+        "<opc:Field Name='Middle' TypeName='opc:Bit' Length='7'/></opc:StructuredType>");
+    expectFields("Half", "0b02", {{"Head", "3"}, {"Middle", "65"}}); // a byte is too short for the second
     // tail 5, middle 65, head 3 -> 101 1000001 011; tail 2, middle 1, head 6 -> 010 0000001 110
     const UaByteString body = UaByteString::fromHex("02 0b16 0e08 0b16 01");
     UaGenericStructureValue parts;
