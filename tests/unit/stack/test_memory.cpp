@@ -80,6 +80,9 @@ TEST(TextPool, BlocksGoWithTheirLastPieceOnWhateverThread)
 
 // ---- messages whose texts share blocks
 
+// The tests of the decoder put another pool in the place of the stack's, and under the address sanitizer
+// every text is a block of its own: here are the short ways that depend on blocks.
+
 TEST(SharedTexts, MessagesComeOutAsTheyCameInWhateverTheirLimits)
 {
     constexpr OpcUa_UInt32 enough = 100; // for every text in these messages
