@@ -258,6 +258,7 @@ TEST(EncodingLifeCycle, FieldsFindRoomWhereverInTheBufferTheyBegin)
         ASSERT_EQ(OpcUa_String_Assign(text, longest.data(), 64), OpcUa_Good);
     for (size_t before = 0; before < 1200; ++before) {
         const std::string uri(before, 'u');
+        OpcUa_String_Clear(&unit.NamespaceUri);
         ASSERT_EQ(OpcUa_String_Assign(&unit.NamespaceUri, uri.data(), static_cast<OpcUa_Int32>(before)),
                   OpcUa_Good);
         Bytes bytes;
