@@ -47,6 +47,8 @@ public:
     [[nodiscard]] size_t size() const { return m_requests.size(); }
 
 private:
+    friend class EngineProbe; // for tests
+
     std::unordered_map<OpcUa_UInt32, PendingRequest> m_requests;
     TimePoint m_earliest = never;
     OpcUa_UInt32 m_lastId = 0;

@@ -96,6 +96,8 @@ struct ElementType
     static ElementType of(const OpcUa_EncodeableType& type) { return {OpcUa_FieldKind_Structure, &type}; }
 
     bool isStructure() const { return kind == OpcUa_FieldKind_Structure; }
+    /// Whether an element may hold others of its kind, so that its depth counts.
+    bool canNest() const { return isStructure() || kind >= OpcUaType_ExtensionObject; }
     bool isFixed() const { return !isStructure() && builtInLayouts[kind].fixed; }
     bool isFlat() const { return isStructure() ? structure->IsFlat != 0 : builtInLayouts[kind].fixed; }
     size_t size() const { return isStructure() ? structure->AllocationSize : builtInLayouts[kind].size; }

@@ -40,17 +40,12 @@ const OpcUa_EncodeableType* typeOf(const OpcUa_ExpandedNodeId& id)
     return findTypeByBinaryId(id.NodeId.Identifier.Numeric);
 }
 
-bool canNest(ElementType type)
-{
-    return type.isStructure() || type.kind >= OpcUaType_ExtensionObject;
-}
-
 } // namespace
 
 // Elements that stand one level deeper than what holds them.
 bool Reader::nested(ElementType type, size_t count, void*& data)
 {
-    if (!canNest(type))
+    if (!type.canNest())
         return elements(type, count, data);
     return enter() && leave(elements(type, count, data));
 }

@@ -163,11 +163,12 @@ void Writer::variant(const OpcUa_Variant& value)
     const void* const scalar = scalarOf(value);
     if (scalar == nullptr || value.Datatype == OpcUaType_Variant)
         return fail(OpcUa_BadEncodingError);
+    const ElementType type = ElementType::of(value.Datatype);
     fixed(value.Datatype);
-    if (value.Datatype < OpcUaType_ExtensionObject)
-        return element(ElementType::of(value.Datatype), scalar);
+    if (!type.canNest())
+        return element(type, scalar);
     if (enter()) {
-        element(ElementType::of(value.Datatype), scalar);
+        element(type, scalar);
         leave();
     }
 }
@@ -175,14 +176,16 @@ void Writer::variant(const OpcUa_Variant& value)
 void Writer::variantArray(const OpcUa_Variant& value)
 {
     const OpcUa_VariantArray& array = value.Value.Array;
+    const ElementType type = ElementType::of(value.Datatype);
     const bool matrix = value.ArrayType == OpcUa_VariantArrayType_Matrix;
-    if (!enter())
+    if (type.canNest() && !enter())
         return;
     fixed(static_cast<OpcUa_Byte>(value.Datatype | 0x80 | (matrix ? 0x40 : 0)));
-    elements(ElementType::of(value.Datatype), array.Data, array.Length);
+    elements(type, array.Data, array.Length);
     if (matrix)
         elements(ElementType::of(OpcUaType_Int32), array.Dimensions, array.NoOfDimensions);
-    leave();
+    if (type.canNest())
+        leave();
 }
 
 namespace {

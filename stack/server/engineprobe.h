@@ -20,6 +20,8 @@ public:
     }
     /// Goes on from here; a channel that lives for weeks gets to the wrap-around, a test does not.
     static void continueFrom(SequenceSender& sender, OpcUa_UInt32 number) { sender.m_next = number; }
+    /// As if the request with this id had been the last.
+    static void continueFrom(RequestTable& table, OpcUa_UInt32 id) { table.m_lastId = id; }
     /// Of messages that are not complete yet.
     [[nodiscard]] static size_t bufferedBytes(const MessageAssembler& assembler)
     {

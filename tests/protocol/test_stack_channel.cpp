@@ -148,6 +148,44 @@ TEST(StackChannel, KeepsToWhatThePeerTakes)
     EXPECT_EQ(pipe.statusOf(id), OpcUa_Good);
 }
 
+// The size of the largest frame of a stream.
+OpcUa_UInt32 largestFrame(const Bytes& stream)
+{
+    OpcUa_UInt32 largest = 0;
+    for (size_t at = 0; at + frameHeaderSize <= stream.size(); at += getUInt32(stream.data() + at + 4))
+        largest = std::max(largest, getUInt32(stream.data() + at + 4));
+    return largest;
+}
+
+TEST(StackChannel, BuffersOfTheTwoDirectionsAreNotMistakenForEachOther)
+{
+    struct Case
+    {
+        ChannelLimits client, server;
+        OpcUa_UInt32 requests, responses; // the largest frames of each
+    };
+    const ChannelLimits usual;
+    const ChannelLimits small{8192, 8192};
+    const ChannelLimits receivesLittle{8192, 65536};
+    const ChannelLimits sendsLittle{65536, 8192};
+    for (const Case& c : {Case{usual, receivesLittle, 8192, 65536}, Case{usual, sendsLittle, 65536, 8192},
+                          Case{receivesLittle, usual, 65536, 8192}, Case{sendsLittle, usual, 8192, 65536},
+                          Case{small, usual, 8192, 8192}, Case{receivesLittle, receivesLittle, 8192, 8192}}) {
+        ClientChannelConfig client;
+        client.limits = c.client;
+        ServerChannelConfig server;
+        server.limits = c.server;
+        MemoryPipe pipe(client, server);
+        pipe.open();
+        const OpcUa_UInt32 id = pipe.request(pattern(200'000));
+        EXPECT_EQ(largestFrame(pipe.client.output()), c.requests);
+        pipe.toServer(std::exchange(pipe.client.output(), {}));
+        EXPECT_EQ(largestFrame(pipe.server.output()), c.responses);
+        pipe.run();
+        EXPECT_EQ(pipe.statusOf(id), OpcUa_Good);
+    }
+}
+
 TEST(StackChannel, TellsThePeerWhatItTakesItself)
 {
     ClientChannelConfig small;
@@ -268,6 +306,24 @@ TEST(StackToken, IsRenewedAtThreeQuartersButNotMoreThanOnceASecond)
     }
 }
 
+TEST(StackToken, CanBeUsedUntilItsRenewalHoweverShortItsLife)
+{
+    for (const OpcUa_UInt32 lifetime : {0, 1, 1333}) {
+        MemoryPipe pipe({}, withLifetime(lifetime));
+        pipe.open();
+        const OpcUa_UInt32 id = pipe.request({1}, Milliseconds{100'000});
+        pipe.pass(Milliseconds{1000}); // and the renewal takes a while
+        pipe.now += Milliseconds{900};
+        const OpcUa_UInt32 during = pipe.request({2}, Milliseconds{100'000});
+        for (const OpcUa_UInt32 request : {id, during})
+            pipe.toClient(RawChunk{
+                MessageType::Message, ChunkType::Final, 1, 1, pipe.nextServerSequence(), request, {5}}
+                              .bytes());
+        EXPECT_EQ(pipe.statusOf(id), OpcUa_Good) << lifetime;
+        EXPECT_EQ(pipe.statusOf(during), OpcUa_Good) << lifetime;
+    }
+}
+
 TEST(StackToken, TrafficGoesOnThroughRenewal)
 {
     MemoryPipe pipe({}, withLifetime(60'000));
@@ -336,6 +392,44 @@ TEST(StackToken, SilentRenewalEndsTheChannelWithItsToken)
         EXPECT_EQ(pipe.clientClosed, OpcUa_BadTimeout) << lifetime;
         EXPECT_EQ(pipe.statusOf(id), OpcUa_BadTimeout);
     }
+}
+
+TEST(StackToken, RenewalIsNotWaitedForLongerThanAMinute)
+{
+    MemoryPipe pipe({}, withLifetime(3'600'000));
+    pipe.open();
+    pipe.pass(Milliseconds{2'700'000});
+    EXPECT_EQ(pipe.client.nextDeadline(), pipe.now + Milliseconds{60'000});
+    pipe.pass(Milliseconds{60'000});
+    EXPECT_EQ(pipe.clientClosed, OpcUa_BadTimeout);
+}
+
+TEST(StackToken, OneThatIsTooOldIsNotAcceptedWhateverHeldUpTheClock)
+{
+    for (const auto& [age, status] :
+         {std::pair(4'999, OpcUa_StatusCode{OpcUa_Good}), std::pair(5'000, OpcUa_BadSecurityChecksFailed)}) {
+        MemoryPipe pipe({}, withLifetime(4'000));
+        pipe.open();
+        const OpcUa_UInt32 id = pipe.request({1}, Milliseconds{100'000});
+        pipe.now += Milliseconds{age};
+        pipe.toClient(
+            RawChunk{MessageType::Message, ChunkType::Final, 1, 1, pipe.nextServerSequence(), id, {5}}
+                .bytes());
+        EXPECT_EQ(pipe.statusOf(id), status) << age;
+    }
+}
+
+TEST(StackToken, AnswerThatNamesItIsTakenOnce)
+{
+    MemoryPipe pipe;
+    pipe.open();
+    Bytes body;
+    Bytes out;
+    ASSERT_EQ(encodeOpenResponse({0, 0, 1, 7, 60'000, {}}, body), OpcUa_Good);
+    ASSERT_EQ(EngineProbe::conversation(pipe.server).writeOpen(out, 1, body), OpcUa_Good);
+    pipe.toClient(out);
+    EXPECT_EQ(pipe.renewed, 0);
+    EXPECT_EQ(pipe.clientClosed, OpcUa_BadSecurityChecksFailed);
 }
 
 TEST(StackToken, OneThatWasNotRenewedInTimeIsNotUsedAnyMore)

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace opcua::test {
@@ -150,6 +151,73 @@ TEST(StackMessageAssembler, BoundsAllUnfinishedMessagesTogether)
     EXPECT_EQ(id, 41u);
 }
 
+TEST(StackMessageAssembler, WhatIsOverDoesNotCountHoweverManyMessagesThereWere)
+{
+    using Outcome = MessageAssembler::Outcome;
+    using Ending = void (*)(MessageAssembler&, OpcUa_UInt32);
+    const std::pair<const char*, Ending> endings[] = {
+        {"complete",
+         [](MessageAssembler& assembler, OpcUa_UInt32 id) {
+             Bytes message;
+             EXPECT_EQ(assembler.add(id, true, pattern(100), message), Outcome::Complete);
+             EXPECT_EQ(message.size(), 1000u);
+         }},
+        {"dropped", [](MessageAssembler& assembler, OpcUa_UInt32 id) { assembler.drop(id); }},
+        {"given up, and skipped to its end",
+         [](MessageAssembler& assembler, OpcUa_UInt32 id) {
+             assembler.giveUp(id);
+             EXPECT_EQ(assembler.skip(id, false, 50), Outcome::Incomplete);
+             EXPECT_EQ(assembler.skip(id, true, 50), Outcome::Complete);
+         }},
+        {"given up, and aborted",
+         [](MessageAssembler& assembler, OpcUa_UInt32 id) {
+             assembler.giveUp(id);
+             assembler.drop(id);
+         }},
+        {"cleared", [](MessageAssembler& assembler, OpcUa_UInt32) { assembler.clear(); }},
+    };
+    for (const auto& [name, end] : endings) {
+        MessageAssembler assembler(1000, 4);
+        Bytes message;
+        for (OpcUa_UInt32 id = 1; id <= 50; ++id) { // four unfinished ones would be the most
+            ASSERT_EQ(assembler.add(id, false, pattern(500), message), Outcome::Incomplete) << name << id;
+            ASSERT_EQ(assembler.add(id, false, pattern(400), message), Outcome::Incomplete) << name << id;
+            end(assembler, id);
+            EXPECT_EQ(EngineProbe::bufferedBytes(assembler), 0u) << name;
+        }
+    }
+}
+
+TEST(StackMessageAssembler, WhatIsSkippedKeepsToTheLimitsOfItsMessageAndOfAll)
+{
+    using Outcome = MessageAssembler::Outcome;
+    Bytes message;
+    MessageAssembler assembler(1000, 4);
+    ASSERT_EQ(assembler.add(1, false, pattern(900), message), Outcome::Incomplete);
+    assembler.giveUp(1);
+    EXPECT_EQ(assembler.skip(1, true, 101), Outcome::TooLarge) << "what came before it was given up counts";
+    EXPECT_EQ(assembler.skip(1, true, 100), Outcome::Complete);
+    for (OpcUa_UInt32 id = 2; id < 6; ++id)
+        EXPECT_EQ(assembler.skip(id, false, 1000), Outcome::Incomplete);
+    EXPECT_EQ(assembler.skip(6, false, 1), Outcome::TooLarge);
+    EXPECT_EQ(assembler.skip(6, true, 1000), Outcome::Complete) << "needs no room";
+    EXPECT_EQ(assembler.add(7, false, pattern(1000), message), Outcome::Incomplete) << "is counted apart";
+}
+
+TEST(StackRequestTable, NumbersThatBeginAgainAreNeitherZeroNorInUse)
+{
+    RequestTable table;
+    for (const OpcUa_UInt32 id : {1u, 2u, 4u})
+        table.add(id, never);
+    EngineProbe::continueFrom(table, 0xFFFFFFFEu);
+    EXPECT_FALSE(table.wasReserved(0xFFFFFFFFu));
+    EXPECT_EQ(table.reserveId(), 0xFFFFFFFFu);
+    EXPECT_EQ(table.reserveId(), 3u);
+    EXPECT_EQ(table.reserveId(), 5u);
+    EXPECT_TRUE(table.wasReserved(0xFFFFFFF0u)) << "its answer may still be on its way";
+    EXPECT_FALSE(table.wasReserved(0));
+}
+
 TEST(StackRequestTable, GivesUpInTimeAndNeverSkipsADeadline)
 {
     RequestTable table;
@@ -157,6 +225,7 @@ TEST(StackRequestTable, GivesUpInTimeAndNeverSkipsADeadline)
     table.add(1, start + Milliseconds{500});
     table.add(2, start + Milliseconds{100});
     table.add(3, start + Milliseconds{900});
+    EXPECT_EQ(table.nextDeadline(), start + Milliseconds{100});
     EXPECT_TRUE(table.remove(2));
     EXPECT_FALSE(table.remove(2));
     EXPECT_LE(table.nextDeadline(), start + Milliseconds{500});
@@ -166,6 +235,16 @@ TEST(StackRequestTable, GivesUpInTimeAndNeverSkipsADeadline)
     EXPECT_EQ(table.nextDeadline(), start + Milliseconds{900});
     EXPECT_EQ(table.takeAll(), std::vector<OpcUa_UInt32>{3});
     EXPECT_EQ(table.nextDeadline(), never);
+    for (const bool rising : {true, false}) { // whatever order a table keeps them in
+        RequestTable many;
+        for (OpcUa_UInt32 id = 1; id <= 20; ++id)
+            many.add(id, start + Milliseconds{rising ? id : 21 - id});
+        for (OpcUa_UInt32 time = 1; time <= 20; ++time) {
+            EXPECT_EQ(many.nextDeadline(), start + Milliseconds{time});
+            EXPECT_EQ(many.takeExpired(start + Milliseconds{time}),
+                      std::vector<OpcUa_UInt32>{rising ? time : 21 - time});
+        }
+    }
 }
 
 } // namespace

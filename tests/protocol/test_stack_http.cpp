@@ -159,6 +159,22 @@ TEST(HttpAnswers, WhatCannotBeReadEndsTheConnectionAndNothingGrows)
     }
 }
 
+TEST(HttpAnswers, CountForThemselvesAloneHoweverManyOneConnectionCarries)
+{
+    const std::string body(maxBody - 1, 'x');
+    const std::string field = "Server: " + std::string(1000, 's') + "\r\n";
+    const std::string chunked = "HTTP/1.1 200 OK\r\n" + field +
+                                "Transfer-Encoding: chunked\r\n\r\n1869f\r\n" + body + "\r\n0\r\n\r\n";
+    Pipeline pipeline;
+    for (int n = 1; n <= 100; ++n) {
+        static_cast<void>(pipeline.send());
+        pipeline.receive(n % 2 == 0 ? chunked : answer(body, field));
+        ASSERT_EQ(pipeline.told.back(), std::to_string(n) + ':' + body);
+        pipeline.told.clear();
+    }
+    EXPECT_EQ(pipeline.engine.state(), HttpPipeline::State::Open);
+}
+
 TEST(HttpPipelines, WriteRequestsThatAServerUnderstands)
 {
     Pipeline pipeline;
@@ -221,6 +237,14 @@ TEST(HttpPipelines, EndWhenThePeerSaysSo)
     EXPECT_FALSE(idle.engine.load(start).full);
     static_cast<void>(idle.send());
     EXPECT_TRUE(idle.engine.load(start).full);
+    Pipeline changed; // the latest answer counts, with and without a word about it
+    for (int n = 0; n < 5; ++n)
+        static_cast<void>(changed.send());
+    changed.receive(answer("", "Keep-Alive: timeout=8, max=2\r\n"));
+    EXPECT_TRUE(changed.engine.load(start).full);
+    changed.receive(answer(""));
+    EXPECT_FALSE(changed.engine.load(start).full);
+    EXPECT_EQ(changed.engine.closeIdleAt(), never);
     const std::string left = "Keep-Alive: max=";
     idle.receive(answer("", left + "4\r\n") + answer("", left + "3\r\n") + answer("", left + "2\r\n") +
                  answer("", left + "1\r\n"));
@@ -249,6 +273,18 @@ TEST(HttpPipelines, TellAPublishFromARead)
     pipeline.receive(answer("") + answer(""));
     EXPECT_EQ(pipeline.engine.load(start + 2s).outstanding, 0u);
     EXPECT_FALSE(pipeline.engine.load(start + 2s).stalled);
+    EXPECT_EQ(pipeline.engine.load(start + 2s).slowest, HttpPace::Quick) << "what was answered is over";
+}
+
+TEST(HttpPipelines, ThatAnswerOneRequestAfterTheOtherAreNotStalled)
+{
+    Pipeline pipeline;
+    static_cast<void>(pipeline.send());
+    static_cast<void>(pipeline.send());
+    const std::string first = answer("");
+    pipeline.engine.receive(viewOf(first), start + 900ms);
+    EXPECT_FALSE(pipeline.engine.load(start + 1800ms).stalled);
+    EXPECT_TRUE(pipeline.engine.load(start + 2s).stalled);
 }
 
 TEST(HttpLanes, NoQuickRequestWaitsBehindASlowOne)

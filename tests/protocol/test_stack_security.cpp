@@ -68,6 +68,32 @@ TEST_P(StackSecurity, KeepsEveryChunkWithinTheBuffer)
     EXPECT_GT(largest, 65536u - 16);
 }
 
+TEST_P(StackSecurity, KeepsToBuffersOfAnySize)
+{
+    const Suite& suite = GetParam();
+    const Identity& client = identity(suite.clientBits, "client");
+    const Identity& server = identity(suite.serverBits, "server");
+    for (OpcUa_UInt32 size = 8192; size < 8192 + 16; size += 3) {
+        ServerChannelConfig config;
+        config.limits.receiveBufferSize = size;
+        config.limits.sendBufferSize = size + 1;
+        MemoryPipe pipe(SecurePipe::configOf(suite), config, policy(suite.uri, suite.mode, client, server),
+                        policy(suite.uri, suite.mode, server, client));
+        pipe.open();
+        const Bytes body = pattern(20'000);
+        const OpcUa_UInt32 id = pipe.request(body); // the server's reader refuses frames that are larger
+        pipe.toServer(std::exchange(pipe.client.output(), {}));
+        FrameReader reader(size + 1);
+        MutableByteView answer = pipe.server.output();
+        Frame frame;
+        while (reader.next(answer, frame) == FrameReader::Outcome::Frame)
+            EXPECT_GE(frame.bytes.size(), 3000u);
+        EXPECT_EQ(reader.fault(), OpcUa_Good) << size;
+        pipe.run();
+        EXPECT_EQ(pipe.responses[id], body) << size;
+    }
+}
+
 // Whatever byte of a chunk is wrong, the channel ends, and always in the same way.
 TEST_P(StackSecurity, EndsTheSameWayWhateverByteIsWrong)
 {

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 #include <future>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -319,6 +320,53 @@ TEST_F(StackTransport, SlowCallbackHoldsUpItsOwnChannelOnly)
     EXPECT_TRUE(left);
 }
 
+// Requests of which a few fill the buffers of a connection.
+class LongRequests
+{
+public:
+    explicit LongRequests(OpcUa_Channel channel, size_t length = 200'000) : m_channel(channel)
+    {
+        OpcUa_WriteRequest_Initialize(&m_request);
+        std::string text(length, 'x');
+        for (size_t n = 0; n < length; n += 1000)
+            text[n] = static_cast<char>('0' + n / 1000 % 37);
+        m_request.RequestHeader.TimeoutHint = 600'000;
+        EXPECT_EQ(OpcUa_String_Assign(&m_request.RequestHeader.AuditEntryId, text.data(),
+                                      static_cast<OpcUa_Int32>(text.size())),
+                  OpcUa_Good);
+    }
+    ~LongRequests() { OpcUa_WriteRequest_Clear(&m_request); }
+    LongRequests(const LongRequests&) = delete;
+    LongRequests& operator=(const LongRequests&) = delete;
+
+    OpcUa_StatusCode begin()
+    {
+        return OpcUa_ClientApi_BeginWrite(
+            m_channel, &m_request,
+            [](OpcUa_Channel, void*, const OpcUa_EncodeableType*, void* data, OpcUa_StatusCode status) {
+                static_cast<Mailbox<OpcUa_StatusCode>*>(data)->put(status);
+            },
+            &completed);
+    }
+    [[nodiscard]] Bytes body() const { return encoded(OpcUa_WriteRequest_EncodeableType, m_request); }
+    // As many as are accepted; answers how many they were.
+    size_t beginAll()
+    {
+        constexpr size_t tooMany = 1000;
+        size_t accepted = 0;
+        while (accepted < tooMany && OpcUa_IsGood(begin()))
+            ++accepted;
+        EXPECT_LT(accepted, tooMany);
+        return accepted;
+    }
+
+    Mailbox<OpcUa_StatusCode> completed;
+
+private:
+    OpcUa_Channel m_channel;
+    OpcUa_WriteRequest m_request{};
+};
+
 TEST_F(StackTransport, PeerThatStopsReadingHoldsNobodyUp)
 {
     LoopbackPeer peer([](PeerSocket& socket) {
@@ -326,35 +374,76 @@ TEST_F(StackTransport, PeerThatStopsReadingHoldsNobodyUp)
         server.serve(socket, 2); // hello and open
         socket.stayDeaf();
     });
-    Mailbox<OpcUa_StatusCode> completed;
-    Channel::Completed completion = [&](OpcUa_StatusCode result) { completed.put(result); };
     Channel channel;
     ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
-    OpcUa_WriteRequest request;
-    OpcUa_WriteRequest_Initialize(&request);
-    const Bytes text(200'000, 'x');
-    request.RequestHeader.TimeoutHint = 600'000;
-    ASSERT_EQ(OpcUa_String_Assign(&request.RequestHeader.AuditEntryId,
-                                  reinterpret_cast<const char*>(text.data()),
-                                  static_cast<OpcUa_Int32>(text.size())),
-              OpcUa_Good);
-    const auto begin = [&] {
-        return OpcUa_ClientApi_BeginWrite(
-            channel.handle(), &request,
-            [](OpcUa_Channel, void*, const OpcUa_EncodeableType*, void* data, OpcUa_StatusCode status) {
-                (*static_cast<Channel::Completed*>(data))(status);
-            },
-            &completion);
-    };
-    size_t accepted = 0;
-    while (accepted < 1000 && OpcUa_IsGood(begin()))
-        ++accepted;
-    EXPECT_LT(accepted, 1000u);
-    EXPECT_EQ(begin(), OpcUa_BadResourceUnavailable);
+    LongRequests requests(channel.handle());
+    const size_t accepted = requests.beginAll();
+    EXPECT_EQ(requests.begin(), OpcUa_BadResourceUnavailable);
     EXPECT_EQ(channel.call(200), OpcUa_BadTimeout);
     EXPECT_EQ(OpcUa_Channel_Disconnect(channel.handle()), OpcUa_Good);
-    EXPECT_EQ(completed.values().size(), accepted);
-    OpcUa_WriteRequest_Clear(&request);
+    EXPECT_EQ(requests.completed.values().size(), accepted);
+}
+
+TEST_F(StackTransport, LongRequestsArriveWholeInWhateverPiecesTheyAreSent)
+{
+    std::mutex mutex;
+    std::vector<Bytes> received;
+    LoopbackPeer peer(serving([&](ServerChannel& server, OpcUa_UInt32 id, const Bytes& body) {
+        const std::lock_guard lock(mutex);
+        received.push_back(body);
+        answerAtOnce(server, id, body);
+    }));
+    Channel channel;
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    LongRequests requests(channel.handle(), 14'000'000); // much more than what sockets take at once
+    for (size_t n = 1; n <= 3; ++n) {
+        ASSERT_EQ(requests.begin(), OpcUa_Good);
+        ASSERT_TRUE(requests.completed.waitForCount(n));
+        const std::lock_guard lock(mutex);
+        ASSERT_EQ(received.size(), n);
+        // the header's time and handle differ
+        const Bytes expected = requests.body();
+        ASSERT_EQ(received.back().size(), expected.size());
+        EXPECT_TRUE(std::equal(expected.begin() + 100, expected.end(), received.back().begin() + 100));
+    }
+}
+
+TEST_F(StackTransport, WhoWaitsForRoomGoesOnAsSoonAsThePeerReadsOn)
+{
+    std::promise<void> goOn;
+    LoopbackPeer peer([read = goOn.get_future().share()](PeerSocket& socket) {
+        PeerServer server(answerAtOnce);
+        server.serve(socket, 2);
+        read.wait_for(patience);
+        server.serve(socket);
+    });
+    Channel channel;
+    ASSERT_EQ(channel.connect(peer.url()), OpcUa_Good);
+    LongRequests requests(channel.handle());
+    const size_t accepted = requests.beginAll();
+    std::atomic<int> waiting = 0;
+    std::vector<std::future<OpcUa_StatusCode>> calls;
+    for (int n = 0; n < 4; ++n) {
+        calls.push_back(std::async(
+            std::launch::async,
+            [&] {
+                ++waiting;
+                return channel.call(600'000);
+            }));
+    }
+    while (waiting < 4)
+        std::this_thread::yield();
+    EXPECT_EQ(requests.begin(), OpcUa_BadResourceUnavailable) << "so there is no room for the others either";
+    goOn.set_value();
+    bool inTime = true;
+    for (auto& call : calls)
+        inTime = inTime && call.wait_for(patience) == std::future_status::ready;
+    EXPECT_TRUE(inTime);
+    if (!inTime)
+        EXPECT_EQ(OpcUa_Channel_Disconnect(channel.handle()), OpcUa_Good); // lets them go
+    for (auto& call : calls)
+        EXPECT_EQ(call.get(), OpcUa_Good);
+    EXPECT_TRUE(requests.completed.waitForCount(accepted));
 }
 
 TEST_F(StackTransport, ManyThreadsCallWhileTheChannelComesAndGoes)

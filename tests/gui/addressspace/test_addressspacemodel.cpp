@@ -295,6 +295,15 @@ TEST_F(BrowsedModel, NodesThatGoReleaseTheirContinuationPoints)
     EXPECT_EQ(releases(), 2) << "the model itself goes";
 }
 
+TEST_F(BrowsedModel, BrowseThatIsUnderWayIsNotBegunAgain)
+{
+    makeBrowsing();
+    model->browseNodeIndex(child(0));
+    EXPECT_EQ(services->journal.filter("browse").size(), 0);
+    model->rebrowseNodeIndex(root());
+    EXPECT_EQ(releases(), 2) << "one continuation point for each";
+}
+
 TEST_F(BrowsedModel, ThatGoesWithItsServerWaitsForNobody)
 {
     makeBrowsing();

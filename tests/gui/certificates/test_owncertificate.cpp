@@ -253,9 +253,11 @@ TEST_F(OwnCertificate, MissingAndForeignKeysAreNoticed)
         QStringLiteral("Private Key does not match Certificate: The private key does not match the "
                        "certificate's public key.\nDo you want to create a new certificate?");
     ASSERT_TRUE(key().toPEMFile(uaPath(keyFile())));
-    ASSERT_TRUE(QFile::setPermissions(keyFile(), QFile::ReadOwner | QFile::ReadOther));
+    const QFile::Permissions others = QFile::ReadGroup | QFile::ReadOther;
+    ASSERT_TRUE(QFile::setPermissions(keyFile(), QFile::ReadOwner | QFile::ReadGroup));
     EXPECT_EQ(start(QMessageBox::No), QStringList(otherTitle));
-    EXPECT_FALSE(QFile::permissions(keyFile()) & QFile::ReadOther) << "closed to others";
+    EXPECT_FALSE(QFile::permissions(keyFile()) & others) << "closed to the group";
+    ASSERT_TRUE(QFile::setPermissions(keyFile(), QFile::ReadOwner | QFile::ReadOther));
     EXPECT_EQ(QlumCertificates::instance()->keyPair().keySize(), 2048);
 
     {
@@ -265,6 +267,7 @@ TEST_F(OwnCertificate, MissingAndForeignKeysAreNoticed)
                                      "Private Key does not match Certificate: The private key does not "
                                      "match the certificate's public key.")));
     }
+    EXPECT_FALSE(QFile::permissions(keyFile()) & others) << "closed to all others";
     QlumCertificates::cleanup();
     EXPECT_EQ(start(QMessageBox::Yes), (QStringList{otherTitle, dialogTitle}));
     EXPECT_TRUE(pairFits());

@@ -70,6 +70,7 @@ TEST_F(ServerNode, UnreachableServerAndRefusedSession)
 TEST_F(ServerNode, UnsupportedPolicyAsksWhetherToTry)
 {
     offer({{"opc.tcp://plc:4840", "urn:other-policy"}});
+    setting.endpoint.serverCertificate = "what the project file has stored";
     make();
     EXPECT_FALSE(node->connectServer());
     EXPECT_EQ(asked(), QStringList{"unsupported policy"});
@@ -77,6 +78,8 @@ TEST_F(ServerNode, UnsupportedPolicyAsksWhetherToTry)
     EXPECT_TRUE(log().last().startsWith("100 The server does not support the configured security policy"));
     script.isUnsupportedPolicyIgnored = true;
     EXPECT_TRUE(node->connectServer());
+    EXPECT_FALSE(log().filter("The server returned no certificate").isEmpty())
+        << "a stored one is not taken for the server's";
 }
 
 TEST_F(ServerNode, AnotherPathIsUsedAfterAWarning)

@@ -8,6 +8,7 @@
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uaqualifiedname.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
@@ -19,7 +20,9 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace {
 UaByteString picture(const char* format, QColor color, int side = 2)
@@ -98,6 +101,40 @@ TEST_F(TypeCache, FailedReadsAreNotKept)
     cache.clear();
     EXPECT_EQ(cache.typeName(type), "");
     EXPECT_TRUE(application.texts().contains("DisplayName has bad statuscode: BadNotReadable"));
+}
+
+// Something happens to the session while it reads.
+class InterruptedServices : public ScriptedServices
+{
+public:
+    UaStatus read(UaClientSdk::ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestamps,
+                  const UaReadValueIds& nodes, UaDataValues& values) override
+    {
+        const UaStatus status = ScriptedServices::read(settings, maxAge, timestamps, nodes, values);
+        if (during)
+            std::exchange(during, nullptr)();
+        return status;
+    }
+
+    std::function<void()> during;
+};
+
+TEST_F(TypeCache, WhatWasReadForTheSessionBeforeIsNotKept)
+{
+    const auto interrupted = std::make_shared<InterruptedServices>();
+    services = interrupted;
+    const UaNodeId type(35);
+    const UaNodeId colors(3000, 2);
+    addType(type, OpcUa_NodeClass_ReferenceType, "Organizes");
+    interrupted->during = [this] { cache.clear(); };
+    EXPECT_EQ(cache.typeName(type), "Organizes") << "for who has asked before";
+    services->attributes[{type, OpcUa_Attributes_DisplayName}] = localized("HasComponent");
+    EXPECT_EQ(cache.typeName(type), "HasComponent");
+
+    interrupted->during = [this] { cache.clearDefinitions(); };
+    EXPECT_FALSE(cache.isEnum(&colors));
+    services->enums[colors] = UaEnumDefinition(UaString("Colors"), colors);
+    EXPECT_TRUE(cache.isEnum(&colors)) << "that there is none was found in the old definitions";
 }
 
 TEST_F(TypeCache, EnumerationsByTypeOrByVariableAndNoneIsKeptToo)

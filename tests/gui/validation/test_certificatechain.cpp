@@ -56,6 +56,23 @@ TEST_F(CertificateChain, SelfSignedIsUntrustedUntilItLiesInTheFolder)
               certificate(own));
 }
 
+TEST_F(CertificateChain, UpdateFindsWhatAFreshValidationWouldFind)
+{
+    Recipe recipe = flawless();
+    recipe.from = -7200;
+    recipe.to = -3600;
+    for (auto& [nid, value] : *recipe.extensions)
+        if (nid == NID_key_usage)
+            value = "critical,keyAgreement";
+    const Der flawed = testcertificates::make(recipe);
+    auto model = judge(bytes(flawed));
+    EXPECT_EQ(model->validationResult().code(), OpcUa_BadCertificateUntrusted);
+    trust(flawed);
+    model->update();
+    EXPECT_EQ(model->validationResult().code(), OpcUa_BadCertificateTimeInvalid);
+    EXPECT_EQ(resultOf(bytes(flawed)), OpcUa_BadCertificateTimeInvalid);
+}
+
 TEST_F(CertificateChain, RunsFromTheRootToTheServer)
 {
     const UaByteString sent = bytes({leaf(), sub(), root()});

@@ -217,6 +217,31 @@ TEST_F(CreateSessionTest, WhatWasOverriddenOnceIsNotAskedAgainByAReconnect)
     EXPECT_EQ(connectSecured().statusCode(), static_cast<OpcUa_StatusCode>(OpcUa_BadNonceInvalid));
 }
 
+TEST_F(CreateSessionTest, WhatWasOverriddenOfOneCertificateIsAskedAgainOfAnother)
+{
+    // the channel has another one, to which the server has no key
+    auto security = server().clientSecurity();
+    security.serverCertificate = SecuredServer::otherCertificate();
+    callback.overrides = true;
+    ASSERT_TRUE(session.connect(UaString("opc.tcp://localhost:4840"), info, security, &callback).isGood());
+    callback.overrides = false;
+    const auto logins = server().logins.size();
+    testcertificates::Recipe recipe;
+    recipe.name = "Server";
+    recipe.pair = testcertificates::key(2048, "server");
+    recipe.serial = 2;
+    server().certificate = SecuredServer::bytesOf(testcertificates::make(recipe));
+    stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
+    stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
+    passWatchdogTime();
+    ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ConnectionErrorApiReconnect}));
+    const int closed = stack.calls(OpcUa_CloseSessionRequest_EncodeableType);
+    passWatchdogTime();
+    ASSERT_TRUE(stack.waitForCalls(OpcUa_CloseSessionRequest_EncodeableType, closed + 1));
+    EXPECT_EQ(callback.errors().back(), "2 BadCertificateUseNotAllowed ours");
+    EXPECT_EQ(server().logins.size(), logins) << "nobody logs in there";
+}
+
 TEST(HostNames, CompareByWhatTheyMean)
 {
     UaPkiCertificateInfo certificate;

@@ -351,6 +351,31 @@ TEST_F(OperationLimitsTest, WhatMayHaveBeenDoneIsNotDoneAgain)
     }
 }
 
+TEST_F(OperationLimitsTest, SizeThatAnAnswerToTheOldSessionShowsIsNotTheNewOnes)
+{
+    UaStatusCodeArray results;
+    UaDiagnosticInfos diagnostics;
+    ASSERT_TRUE(connect().isGood());
+    const auto answer = RESULTS_FOR(Write, NodesToWrite);
+    stack.on(OpcUa_WriteRequest_EncodeableType, [&](const void* request, void* response) {
+        stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
+        stack.failNext(OpcUa_ReadRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
+        passWatchdogTime();
+        EXPECT_TRUE(callback.waitForCount(2));
+        passWatchdogTime();
+        EXPECT_TRUE(callback.waitForCount(4));
+        takeWrites(1000);
+        return answer(request, response);
+    });
+    stack.failNext(OpcUa_WriteRequest_EncodeableType, {tooMany}); // and then the half, in time
+    status = session.write(settings, UaWriteValues(20u), results, diagnostics);
+    EXPECT_EQ(status.statusCode(), OpcUa_StatusCode{OpcUa_BadConnectionClosed});
+    EXPECT_EQ(results.length(), 10u) << "what was written before";
+    forgetBlocks();
+    EXPECT_TRUE(session.write(settings, UaWriteValues(20u), results, diagnostics).isGood());
+    EXPECT_EQ(sent, BlockSizes{20});
+}
+
 // ---- each service and its own limit
 
 struct BoundService

@@ -1,5 +1,6 @@
 // The way back to a server: what is kept, what is told, and what is not tried.
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/uaclient.h>
@@ -7,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <chrono>
 #include <vector>
 
@@ -77,6 +79,50 @@ TEST_F(ReconnectTest, SessionThatNoLinkActivatesIsReplacedInTheEnd)
     EXPECT_TRUE(passWatchdogTimesUntil({UaClient::Connected, UaClient::ConnectionErrorApiReconnect,
                                         UaClient::NewSessionCreated, UaClient::Connected}));
     EXPECT_EQ(stack.calls(OpcUa_CreateSessionRequest_EncodeableType), 2);
+    ASSERT_TRUE(passTurns()); // the time of an attempt counts from its end
+    loseLink();
+    stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType,
+                   std::vector<OpcUa_StatusCode>(6, OpcUa_BadConnectionClosed));
+    EXPECT_TRUE(passWatchdogTimesUntil({UaClient::Connected, UaClient::ConnectionErrorApiReconnect,
+                                        UaClient::NewSessionCreated, UaClient::Connected,
+                                        UaClient::ConnectionErrorApiReconnect, UaClient::Connected}))
+        << "with as much patience for the new one";
+}
+
+TEST_F(ReconnectTest, EveryLossOfTheLinkFindsTheSamePatience)
+{
+    ASSERT_TRUE(connect().isGood());
+    std::vector<int> told{UaClient::Connected};
+    for (int loss = 0; loss < 3; ++loss) {
+        loseLink();
+        stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType,
+                       std::vector<OpcUa_StatusCode>(6, OpcUa_BadConnectionClosed));
+        told.insert(told.end(), {UaClient::ConnectionErrorApiReconnect, UaClient::Connected});
+        ASSERT_TRUE(passWatchdogTimesUntil(told)) << loss;
+        ASSERT_TRUE(passTurns());
+    }
+    EXPECT_EQ(stack.calls(OpcUa_CreateSessionRequest_EncodeableType), 1);
+}
+
+TEST_F(ReconnectTest, NewSessionIsAskedForWithoutTheOldOnesToken)
+{
+    const auto create = stack.handler(OpcUa_CreateSessionRequest_EncodeableType);
+    std::atomic<int> withToken{0};
+    stack.on(OpcUa_CreateSessionRequest_EncodeableType, [&](const void* request, void* response) {
+        const UaNodeId token(
+            static_cast<const OpcUa_CreateSessionRequest*>(request)->RequestHeader.AuthenticationToken);
+        withToken += token.isNull() ? 0 : 1;
+        const OpcUa_StatusCode status = create(request, response);
+        static_cast<OpcUa_CreateSessionResponse*>(response)->AuthenticationToken.Identifier.Numeric = 77;
+        return status;
+    });
+    ASSERT_TRUE(connect().isGood());
+    loseLink();
+    stack.failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadSessionIdInvalid});
+    ASSERT_TRUE(passWatchdogTimesUntil({UaClient::Connected, UaClient::ConnectionErrorApiReconnect,
+                                        UaClient::NewSessionCreated, UaClient::Connected}));
+    EXPECT_EQ(stack.calls(OpcUa_CreateSessionRequest_EncodeableType), 2);
+    EXPECT_EQ(withToken, 0);
 }
 
 // The event may come before the answer that it makes worthless.

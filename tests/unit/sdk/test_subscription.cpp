@@ -254,18 +254,54 @@ TEST_F(SubscriptionTest, StatusNotificationsThatEndASubscriptionAreTheLast)
             1, number, OpcUa_StatusChangeNotification_EncodeableType,
             [code](OpcUa_StatusChangeNotification& notification) { notification.Status = code; });
     };
+    UaSubscription* transferred = create(33);
+    notify<OpcUa_StatusChangeNotification>(2, 1, OpcUa_StatusChangeNotification_EncodeableType,
+                                           [](OpcUa_StatusChangeNotification& notification) {
+                                               notification.Status = OpcUa_GoodSubscriptionTransferred;
+                                           });
+    ASSERT_TRUE(events.waitFor({"33 status GoodSubscriptionTransferred"}));
+    EXPECT_FALSE(transferred->isValid()) << "it is somebody else's now";
     status(1, OpcUa_GoodOverload);
     data(1, 2, {});
     status(3, OpcUa_BadTimeout);
-    ASSERT_TRUE(events.waitFor({"11 status GoodOverload", "11 data", "11 status BadTimeout"}));
+    Lines told{"33 status GoodSubscriptionTransferred", "11 status GoodOverload", "11 data",
+               "11 status BadTimeout"};
+    ASSERT_TRUE(events.waitFor(told));
     data(1, 4, {}); // what was on its way is not told
     ServiceSettings settings;
     EXPECT_EQ(subscription->setPublishingMode(settings, false).statusCode(),
               static_cast<OpcUa_StatusCode>(OpcUa_BadSubscriptionIdInvalid));
     UaSubscription* next = create(22);
     ASSERT_TRUE(next);
-    keepAlive(2, 1);
-    EXPECT_TRUE(events.waitFor({"11 status GoodOverload", "11 data", "11 status BadTimeout", "22 alive"}));
+    keepAlive(3, 1);
+    told.emplace_back("22 alive");
+    EXPECT_TRUE(events.waitFor(told));
+}
+
+TEST_F(SubscriptionTest, PublishingModeChangesWhereTheServerSaysSo)
+{
+    UaSubscription* const refused = create(11);
+    UaSubscription* const changed = create(22);
+    OpcUa_StatusCode service = OpcUa_Good;
+    stack.on(OpcUa_SetPublishingModeRequest_EncodeableType, [&](const void*, void* data) {
+        auto& response = *static_cast<OpcUa_SetPublishingModeResponse*>(data);
+        UaStatusCodeArray results(2u);
+        results[0] = OpcUa_BadSubscriptionIdInvalid;
+        results.detach(&response.NoOfResults, &response.Results);
+        return service;
+    });
+    ServiceSettings settings;
+    UaUInt32Array ids(2u);
+    ids[0] = refused->subscriptionId();
+    ids[1] = changed->subscriptionId();
+    UaStatusCodeArray results;
+    UaDiagnosticInfos diagnostics;
+    ASSERT_TRUE(session.setPublishingMode(settings, false, ids, results, diagnostics).isGood());
+    EXPECT_TRUE(refused->publishingEnabled());
+    EXPECT_FALSE(changed->publishingEnabled());
+    service = OpcUa_BadTimeout;
+    EXPECT_TRUE(session.setPublishingMode(settings, true, ids, results, diagnostics).isBad());
+    EXPECT_FALSE(changed->publishingEnabled());
 }
 
 // ---- callbacks that do things

@@ -73,7 +73,99 @@ TEST_F(SubscriptionTest, CreationWhoseAnswerWasLostLeavesNothing)
     EXPECT_THAT(deleted(), ElementsAre(50));
 }
 
+TEST_F(SubscriptionTest, ManyThatNobodyWantsAreAllDeleted)
+{
+    create(11);
+    std::vector<OpcUa_UInt32> ids;
+    for (OpcUa_UInt32 id = 100; id < 110; ++id) {
+        ids.push_back(id);
+        keepAlive(id, 1);
+        ASSERT_TRUE(
+            stack.waitForCalls(OpcUa_DeleteSubscriptionsRequest_EncodeableType, static_cast<int>(ids.size())))
+            << id;
+    }
+    EXPECT_TRUE(waitUntil([&] { return deleted() == ids; }));
+}
+
+TEST_F(SubscriptionTest, OneThatIsBeingMadeIsNotTakenForUnwantedHoweverLongThatTakes)
+{
+    create(11);
+    ASSERT_TRUE(waitForPublishCalls(2));
+    const auto make = stack.handler(OpcUa_CreateSubscriptionRequest_EncodeableType);
+    stack.on(OpcUa_CreateSubscriptionRequest_EncodeableType, [&](const void* request, void* response) {
+        keepAlive(2, 1);
+        EXPECT_TRUE(waitForPublishCalls(3)) << "in the end the answer is passed over";
+        return make(request, response);
+    });
+    create(22);
+    keepAlive(2, 1);
+    EXPECT_TRUE(events.waitFor({"22 alive"}));
+    EXPECT_EQ(stack.calls(OpcUa_DeleteSubscriptionsRequest_EncodeableType), 0);
+}
+
+TEST_F(SubscriptionTest, NumberThatTheServerUsesAgainEndsTheOneThatHadIt)
+{
+    UaSubscription* const old = create(11);
+    nextId = 1;
+    UaSubscription* const fresh = create(22);
+    EXPECT_TRUE(events.waitFor({"11 status BadSubscriptionIdInvalid"}));
+    EXPECT_FALSE(old->isValid());
+    EXPECT_TRUE(fresh->isValid());
+    data(1, 1, {});
+    EXPECT_TRUE(events.waitFor({"11 status BadSubscriptionIdInvalid", "22 data"}));
+}
+
+TEST_F(SubscriptionTest, NothingIsAcknowledgedForOneThatIsDeleted)
+{
+    UaSubscription* deleted = create(11);
+    create(22);
+    ASSERT_TRUE(waitForPublishCalls(3));
+    events.during = [&](const std::string& text) {
+        if (text == "11 data")
+            EXPECT_TRUE(remove(deleted).isGood());
+    };
+    data(1, 1, {});
+    for (OpcUa_UInt32 number = 1; number <= 4; ++number)
+        data(2, number, {});
+    ASSERT_TRUE(events.waitForCount(5));
+    keepAlive(2, 5);
+    keepAlive(2, 5);
+    ASSERT_TRUE(events.waitForCount(7));
+    EXPECT_THAT(acknowledged(), testing::Not(testing::Contains("1:1")));
+    EXPECT_THAT(acknowledged(), testing::Contains("2:1"));
+}
+
 // ---- a link that fails
+
+TEST_F(SubscriptionReconnect, WhatANewSessionLeavesBehindIsDeletedWhateverTheOldOneDeleted)
+{
+    create(11);
+    UaSubscription* deleted = create(22);
+    ASSERT_TRUE(remove(deleted).isGood());
+    breakLink();
+    mendLink(true);
+    nextId = 1;
+    create(33);
+    keepAlive(2, 1);
+    EXPECT_TRUE(stack.waitForCalls(OpcUa_DeleteSubscriptionsRequest_EncodeableType, 2));
+}
+
+TEST_F(SubscriptionReconnect, SubscriptionOfASessionThatIsGoneIsNotHandedOut)
+{
+    const auto create = stack.handler(OpcUa_CreateSubscriptionRequest_EncodeableType);
+    stack.on(OpcUa_CreateSubscriptionRequest_EncodeableType, [&](const void* request, void* response) {
+        breakLink();
+        mendLink(true);
+        return create(request, response);
+    });
+    ServiceSettings settings;
+    UaSubscription* subscription = nullptr;
+    const UaStatus status = session.createSubscription(
+        settings, &events, 11, UaClientSdk::SubscriptionSettings(), true, &subscription);
+    EXPECT_EQ(status.statusCode(), OpcUa_StatusCode{OpcUa_BadConnectionClosed});
+    EXPECT_EQ(subscription, nullptr);
+    EXPECT_EQ(publishCalls(), 0);
+}
 
 TEST_F(SubscriptionTest, LinkThatTakesRequestsInVainIsAskedLessOftenAndChecked)
 {

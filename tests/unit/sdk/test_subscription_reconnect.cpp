@@ -63,6 +63,11 @@ TEST_F(SubscriptionReconnect, ServerThatRepublishesForEverIsBelievedForAThousand
     data(1, 1005, {});
     ASSERT_TRUE(events.waitForCount(1002));
     EXPECT_EQ(events.heard()[1000], "11 missing 1000-1005"); // what could not be had
+    breakLink();
+    const int then = publishCalls();
+    mendLink();
+    ASSERT_TRUE(waitForPublishCalls(then + 1));
+    EXPECT_EQ(stack.calls(OpcUa_RepublishRequest_EncodeableType), 2000) << "each time anew";
 }
 
 TEST_F(SubscriptionReconnect, RepublishedNotificationOfAnotherNumberIsNotTaken)
@@ -89,11 +94,16 @@ TEST_F(SubscriptionReconnect, LinkThatBreaksWhileRepublishingStartsAgain)
     std::promise<void> asked;
     std::promise<void> go;
     std::atomic<int> calls{0};
+    std::atomic<int> published{0};
     answerRepublish([&](OpcUa_UInt32, OpcUa_UInt32 number, OpcUa_NotificationMessage& message) {
         if (calls++ == 0) {
             asked.set_value();
             go.get_future().wait();
             return static_cast<OpcUa_StatusCode>(OpcUa_BadConnectionClosed);
+        }
+        if (calls == 2) {
+            EXPECT_TRUE(passTurns());
+            EXPECT_EQ(publishCalls(), published) << "the old link's end lets nothing live in before this";
         }
         if (number > 1)
             return static_cast<OpcUa_StatusCode>(OpcUa_BadMessageNotAvailable);
@@ -104,6 +114,7 @@ TEST_F(SubscriptionReconnect, LinkThatBreaksWhileRepublishingStartsAgain)
     mendLink();
     asked.get_future().wait();
     breakLink();
+    published = publishCalls();
     mendLink();
     go.set_value();
     data(1, 2, {{7, 2}});
@@ -141,6 +152,76 @@ TEST_F(SubscriptionReconnect, NewSessionDropsThemAndSaysSoOnce)
     mendLink(true);
     EXPECT_TRUE(events.waitForCount(5));
     EXPECT_EQ(events.heard().back(), "33 status BadSubscriptionIdInvalid");
+}
+
+// Answers that have come, but wait behind a callback while the link changes.
+class SubscriptionLateAnswers : public SubscriptionReconnect
+{
+protected:
+    void SetUp() override
+    {
+        SubscriptionReconnect::SetUp();
+        create(11);
+        ASSERT_TRUE(waitForPublishCalls(2));
+        events.during = [this](const std::string& text) {
+            if (text == "11 data 7=1") {
+                m_entered.set_value();
+                m_leave.get_future().wait();
+            }
+        };
+        data(1, 1, {{7, 1}});
+        m_entered.get_future().wait();
+    }
+    void answerLate(const Answer& how)
+    {
+        std::promise<void> came;
+        answer([&](OpcUa_PublishResponse& response) {
+            const OpcUa_StatusCode status = how(response);
+            came.set_value();
+            return status;
+        });
+        came.get_future().wait();
+    }
+    void leaveCallback() { m_leave.set_value(); }
+
+private:
+    std::promise<void> m_entered;
+    std::promise<void> m_leave;
+};
+
+TEST_F(SubscriptionLateAnswers, OfTheOldSessionAreNotGivenToTheNewOnesSubscriptionOfThatNumber)
+{
+    const int before = publishCalls();
+    answerLate([](OpcUa_PublishResponse& response) {
+        response.SubscriptionId = 1;
+        fillData(response.NotificationMessage, 2, {{7, 2}});
+        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    });
+    breakLink();
+    mendLink(true);
+    nextId = 1;
+    create(33);
+    ASSERT_TRUE(waitForPublishCalls(before + 2));
+    leaveCallback();
+    ASSERT_TRUE(events.waitForLine("11 status BadSubscriptionIdInvalid"));
+    ASSERT_TRUE(passTurns());
+    EXPECT_EQ(publishCalls(), before + 2) << "they are no answers to the new requests";
+    data(1, 1, {{7, 3}});
+    keepAlive(1, 2);
+    keepAlive(1, 2);
+    EXPECT_TRUE(events.waitFor(
+        {"11 data 7=1", "11 status BadSubscriptionIdInvalid", "33 data 7=3", "33 alive", "33 alive"}));
+    EXPECT_THAT(acknowledged(), testing::ElementsAre("1:1")) << "what the new session has got";
+}
+
+TEST_F(SubscriptionLateAnswers, ThatFailedWithTheOldLinkDoNotSlowDownTheNewOne)
+{
+    const int before = publishCalls();
+    answerLate([](OpcUa_PublishResponse&) { return OpcUa_BadCommunicationError; });
+    breakLink();
+    mendLink();
+    leaveCallback();
+    EXPECT_TRUE(waitForPublishCalls(before + 2));
 }
 
 TEST_F(SubscriptionReconnect, RequestThatTheStackDoesNotTakeIsALostLink)

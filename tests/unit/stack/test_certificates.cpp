@@ -169,6 +169,39 @@ TEST_F(StackCertificates, FollowsTheChainAndItsRevocationLists)
     EXPECT_EQ(verify(leaf), OpcUa_Good);
 }
 
+TEST_F(StackCertificates, EachLinkOfAChainIsJudgedByTheListOfItsOwnIssuer)
+{
+    Recipe middle = authority();
+    middle.name = "Middle";
+    middle.pair = certificates::key(2048, "middle");
+    middle.issuer = "Root";
+    middle.issuerPair = certificates::key(2048, "root");
+    middle.serial = 9;
+    Recipe recipe = issued();
+    recipe.issuer = "Middle";
+    recipe.issuerPair = middle.pair;
+    const Der leaf = certificates::make(recipe);
+    const auto listOfMiddle = [&](const std::vector<long>& serials) {
+        return certificates::makeRevocationList("Middle", middle.pair, serials);
+    };
+    put("trusted/root.der", certificates::make(authority()));
+    put("issuers/middle.der", certificates::make(middle));
+    put("trustedcrl/root.crl", list({5}));
+    EXPECT_EQ(verify(leaf), OpcUa_BadCertificateRevocationUnknown);
+    put("issuerscrl/middle.crl", listOfMiddle({9}));
+    EXPECT_EQ(verify(leaf), OpcUa_Good) << "neither number is its issuer's";
+    put("trustedcrl/root.crl", list({9}));
+    EXPECT_EQ(verify(leaf), OpcUa_BadCertificateIssuerRevoked);
+    put("issuerscrl/middle.crl", listOfMiddle({5}));
+    put("trustedcrl/root.crl", list({9}, "leaf")); // somebody else's word about the issuer
+    EXPECT_EQ(verify(leaf), OpcUa_BadCertificateRevoked) << "a genuine one about the certificate";
+    EXPECT_FALSE(found(OpcUa_BadCertificateIssuerRevoked, 1));
+    put("trustedcrl/root.crl", list({9}));
+    put("issuerscrl/middle.crl", certificates::makeRevocationList("Middle", recipe.pair, {5}));
+    EXPECT_EQ(verify(leaf), OpcUa_BadCertificateIssuerRevoked);
+    EXPECT_FALSE(found(OpcUa_BadCertificateRevoked, 0));
+}
+
 TEST_F(StackCertificates, TellsEveryFindingInTheOrderInWhichTheyDecide)
 {
     Recipe recipe = own();
@@ -197,6 +230,28 @@ TEST_F(StackCertificates, TellsEveryFindingInTheOrderInWhichTheyDecide)
     const Der early = certificates::make(future);
     put("trusted/future.der", early);
     EXPECT_EQ(verify(early), OpcUa_BadCertificateTimeInvalid);
+}
+
+TEST_F(StackCertificates, KeysKeepToBothBoundsOfThePolicy)
+{
+    struct Case
+    {
+        int bits;
+        const char* policy;
+        OpcUa_StatusCode status;
+    };
+    for (const Case& c :
+         {Case{1024, OpcUa_SecurityPolicy_Basic256, OpcUa_Good},
+          Case{1024, OpcUa_SecurityPolicy_Basic256Sha256, OpcUa_BadCertificatePolicyCheckFailed},
+          Case{2048, OpcUa_SecurityPolicy_Basic256, OpcUa_Good},
+          Case{3072, OpcUa_SecurityPolicy_Basic256, OpcUa_BadCertificatePolicyCheckFailed},
+          Case{3072, OpcUa_SecurityPolicy_Aes256Sha256RsaPss, OpcUa_Good}}) {
+        Recipe recipe = own();
+        recipe.pair = certificates::key(c.bits, "leaf");
+        const Der certificate = certificates::make(recipe);
+        put("trusted/server.der", certificate);
+        EXPECT_EQ(verify(certificate, OpcUa_Bad, c.policy), c.status) << c.bits << ' ' << c.policy;
+    }
 }
 
 TEST_F(StackCertificates, NeverLetsAForgeryPass)

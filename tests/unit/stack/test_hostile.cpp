@@ -124,6 +124,36 @@ TEST_F(HostileEncoding, LimitsOfTheCallerAreKept)
     EXPECT_EQ(toHex(out), "ca");
 }
 
+// What a caller's limits let in they let out again, and nothing that is larger.
+TEST_F(HostileEncoding, LimitsOfTheCallerAreTheSameForReadingAndForWriting)
+{
+    constexpr OpcUa_UInt32 enough = 300; // for everything in these messages
+    const Bytes fault = fromHex("01008d01") + Bytes(8 + 4 + 4 + 1, 0) + wire<OpcUa_Int32>(-1);
+    const Bytes text = wire<OpcUa_Int32>(10) + Bytes(10, 'x');
+    std::vector<ReferenceCase> references = referenceCases("messages.txt");
+    references.push_back({"ServiceFault", "body of XML", {}, fault + fromHex("000002") + text});
+    references.push_back(
+        {"ServiceFault", "value of XML", {}, fault + fromHex("01005502 01 0f000000 10") + text});
+    for (const ReferenceCase& reference : references) {
+        opcua::DecodedMessage message;
+        ASSERT_EQ(opcua::decodeMessage(reference.bytes, {}, message), OpcUa_Good);
+        for (const auto limit :
+             {&opcua::EncodingLimits::maxStringLength, &opcua::EncodingLimits::maxByteStringLength,
+              &opcua::EncodingLimits::maxArrayLength, &opcua::EncodingLimits::maxNestingLevel}) {
+            for (OpcUa_UInt32 value = 0; value <= enough; ++value) {
+                opcua::EncodingLimits limits;
+                limits.*limit = value;
+                Bytes out = fromHex("ca");
+                const OpcUa_StatusCode read = decodeMessage(reference.bytes, limits);
+                ASSERT_EQ(opcua::encodeMessage(*message.type, message.object, limits, out), read)
+                    << reference.type << ' ' << reference.name << ' ' << value;
+                EXPECT_EQ(out.size(), OpcUa_IsGood(read) ? 1 + reference.bytes.size() : 1);
+                ASSERT_TRUE(value < enough || OpcUa_IsGood(read));
+            }
+        }
+    }
+}
+
 TEST_F(HostileEncoding, NestingStopsAtOneHundred)
 {
     const Bytes leaf{OpcUaType_Byte, 7};

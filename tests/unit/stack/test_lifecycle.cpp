@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -244,6 +245,27 @@ TEST(EncodingLifeCycle, AttachedStructureIsWrittenWithItsLength)
     OpcUa_ByteString_Clear(&bytes);
     OpcUa_ExtensionObject_Clear(&object);
     EXPECT_EQ(countingmemory::liveBlocks(), before);
+}
+
+// The longest texts that are written without a look at the room for each.
+TEST(EncodingLifeCycle, FieldsFindRoomWhereverInTheBufferTheyBegin)
+{
+    OpcUa_EUInformation unit;
+    OpcUa_EncodeableObject_Initialize(&OpcUa_EUInformation_EncodeableType, &unit);
+    const std::string longest(64, 'x');
+    for (OpcUa_String* const text :
+         {&unit.DisplayName.Locale, &unit.DisplayName.Text, &unit.Description.Locale, &unit.Description.Text})
+        ASSERT_EQ(OpcUa_String_Assign(text, longest.data(), 64), OpcUa_Good);
+    for (size_t before = 0; before < 1200; ++before) {
+        const std::string uri(before, 'u');
+        OpcUa_String_Clear(&unit.NamespaceUri);
+        ASSERT_EQ(OpcUa_String_Assign(&unit.NamespaceUri, uri.data(), static_cast<OpcUa_Int32>(before)),
+                  OpcUa_Good);
+        Bytes bytes;
+        ASSERT_EQ(opcua::encodeMessage(OpcUa_EUInformation_EncodeableType, &unit, {}, bytes), OpcUa_Good);
+        EXPECT_EQ(bytes.size(), 4 + 4 + before + 4 + 2 * (1 + 2 * (4 + longest.size())));
+    }
+    OpcUa_EncodeableObject_Clear(&OpcUa_EUInformation_EncodeableType, &unit);
 }
 
 TEST(EncodingLifeCycle, WhatCannotBeWrittenIsRefused)

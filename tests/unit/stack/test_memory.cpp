@@ -1,6 +1,8 @@
 // Texts that share blocks, with the stack's own allocator.
 #include <opcua/opcua_platform.h>
+#include <opcua/opcua_types.h>
 #include <stack/encoding/textpool.h>
+#include <tests/unit/stack/encodingtest.h>
 
 #include <gtest/gtest.h>
 
@@ -74,6 +76,75 @@ TEST(TextPool, BlocksGoWithTheirLastPieceOnWhateverThread)
     }
     // all rounds together took thirty megabytes
     EXPECT_LT(mallinfo2().uordblks, before + 3'000'000);
+}
+
+// ---- messages whose texts share blocks
+
+// The tests of the decoder put another pool in the place of the stack's, and under the address sanitizer
+// every text is a block of its own: here are the short ways that depend on blocks.
+
+TEST(SharedTexts, MessagesComeOutAsTheyCameInWhateverTheirLimits)
+{
+    constexpr OpcUa_UInt32 enough = 100; // for every text in these messages
+    for (const ReferenceCase& reference : referenceCases("messages.txt")) {
+        for (OpcUa_UInt32 longest = 0; longest <= enough; ++longest) {
+            opcua::EncodingLimits limits;
+            limits.maxStringLength = longest;
+            opcua::DecodedMessage message;
+            const OpcUa_StatusCode status = opcua::decodeMessage(reference.bytes, limits, message);
+            if (OpcUa_IsBad(status)) {
+                ASSERT_EQ(status, OpcUa_BadEncodingLimitsExceeded) << reference.type << ' ' << longest;
+                ASSERT_LT(longest, enough);
+                continue;
+            }
+            Bytes again;
+            ASSERT_EQ(opcua::encodeMessage(*message.type, message.object, limits, again), OpcUa_Good)
+                << reference.type << ' ' << longest;
+            ASSERT_EQ(toHex(again), toHex(reference.bytes)) << reference.type;
+        }
+        for (size_t size = 0; size < reference.bytes.size(); ++size) {
+            opcua::DecodedMessage message;
+            ASSERT_EQ(opcua::decodeMessage({reference.bytes.data(), size}, {}, message),
+                      OpcUa_BadDecodingError)
+                << reference.type << ' ' << size;
+        }
+    }
+}
+
+// A unit whose name has a locale that lies in the block, and a text that does not: it is too long or cut.
+TEST(SharedTexts, FieldsThatEndOtherwiseThanTheyBeganLeaveNothingBehind)
+{
+    const auto unit = [](OpcUa_Int32 saidLength, size_t length) {
+        const Bytes body = wire<OpcUa_Int32>(3) + Bytes(3, 'u') + wire<OpcUa_Int32>(7) + fromHex("03") +
+                           wire<OpcUa_Int32>(2) + fromHex("6465") + wire(saidLength) + Bytes(length, 'x') +
+                           fromHex("00");
+        return Bytes{1, 0} +
+               wire(static_cast<OpcUa_UInt16>(OpcUa_EUInformation_EncodeableType.BinaryEncodingTypeId)) +
+               Bytes{1} + wire(static_cast<OpcUa_Int32>(body.size())) + body;
+    };
+    const Bytes whole = unit(2000, 2000);
+    const Bytes cut = unit(2000, 1900);
+    const size_t before = mallinfo2().uordblks;
+    for (int round = 0; round < 1000; ++round) {
+        Value value(OpcUaType_ExtensionObject);
+        ASSERT_EQ(value.decode(whole), OpcUa_Good);
+        const auto& content = value.as<OpcUa_ExtensionObject>().Body.EncodeableObject;
+        ASSERT_EQ(content.Type, &OpcUa_EUInformation_EncodeableType);
+        const auto& name = static_cast<OpcUa_EUInformation*>(content.Object)->DisplayName;
+        ASSERT_STREQ(name.Locale.Data, "de");
+        ASSERT_EQ(name.Text.Length, 2000);
+        Value other(OpcUaType_ExtensionObject);
+        ASSERT_EQ(other.decode(cut), OpcUa_Good);
+        ASSERT_EQ(other.as<OpcUa_ExtensionObject>().Encoding, OpcUa_ExtensionObjectEncoding_Binary);
+    }
+    EXPECT_LT(mallinfo2().uordblks, before + 1'000'000) << "each block that stays is four kilobytes";
+
+    const Bytes beyondItsBody = unit(100, 50);
+    Value value(OpcUaType_ExtensionObject);
+    size_t consumed = 0;
+    ASSERT_EQ(value.decode(beyondItsBody + Bytes(200, 'y'), &consumed), OpcUa_Good);
+    EXPECT_EQ(consumed, beyondItsBody.size());
+    EXPECT_EQ(value.as<OpcUa_ExtensionObject>().Encoding, OpcUa_ExtensionObjectEncoding_Binary);
 }
 
 TEST(TextPool, MemoryOfOneBlockEach)

@@ -1,5 +1,6 @@
 // Index ranges: their text, and the elements that they mean.
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uanumericrange.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
@@ -66,6 +67,8 @@ TEST(NumericRange, ReadsPartsOfArraysMatricesAndTexts)
     EXPECT_EQ(read(numbers(6, {2, 3}), "0"), "BadIndexRangeInvalid");
     EXPECT_EQ(read(UaVariant("hello"), "1:3"), "ell");
     EXPECT_EQ(read(UaVariant("hello"), "0:4294967295"), "hello");
+    EXPECT_EQ(read(UaVariant("hello"), "4:9"), "o");
+    EXPECT_EQ(read(UaVariant("hello"), "5:9"), "BadIndexRangeNoData");
     EXPECT_EQ(read(UaVariant(1.5), "0"), "BadIndexRangeInvalid");
     UaVariant texts;
     const UaVariant words[] = {UaVariant("abc"), UaVariant("def")};
@@ -87,7 +90,24 @@ TEST(NumericRange, WritesPartsOfTheSameShapeOnly)
     UaVariant text("hello");
     ASSERT_TRUE(range("0").write(text, UaVariant("J")).isGood());
     EXPECT_EQ(text, UaVariant("Jello"));
-    EXPECT_TRUE(range("4:5").write(text, UaVariant("xx")).isBad());
+    EXPECT_EQ(range("4:5").write(text, UaVariant("xx")).code(), OpcUa_StatusCode(OpcUa_BadIndexRangeNoData));
+    for (const char* other : {"x", "xxx"})
+        EXPECT_EQ(range("1:2").write(text, UaVariant(other)).code(),
+                  OpcUa_StatusCode(OpcUa_BadIndexRangeInvalid));
+    const UaByteString bytes(2, reinterpret_cast<const OpcUa_Byte*>("xx"));
+    for (const UaVariant& other : {UaVariant(bytes), UaVariant(1.0), numbers(2)})
+        EXPECT_EQ(range("1:2").write(text, other).code(), OpcUa_StatusCode(OpcUa_BadTypeMismatch));
+    EXPECT_EQ(text, UaVariant("Jello"));
+    UaVariant texts;
+    UaVariant letters;
+    const UaVariant words[] = {UaVariant("abc"), UaVariant("def"), UaVariant("g")};
+    ASSERT_TRUE(OpcUa_IsGood(texts.setArray(OpcUaType_String, words)));
+    const UaVariant parts[] = {UaVariant("X"), UaVariant("Y")};
+    ASSERT_TRUE(OpcUa_IsGood(letters.setArray(OpcUaType_String, parts)));
+    ASSERT_TRUE(range("0:1,1").write(texts, letters).isGood());
+    EXPECT_EQ(texts.toString(), UaString("{aXc|dYf|g}"));
+    EXPECT_TRUE(range("1:2,1").write(texts, letters).isBad());
+    EXPECT_EQ(texts.toString(), UaString("{aXc|dYf|g}")) << "all or nothing";
 }
 
 } // namespace

@@ -139,6 +139,41 @@ TEST_F(TypeDictionaryTest, BitsFillBytesFromTheLowestOn)
     expectFields("Bits", "1b10 3412", {{"On", "true"}, {"Level", "5"}, {"Wide", "257"}, {"After", "4660"}});
 }
 
+TEST_F(TypeDictionaryTest, EveryStructureBeginsWithAByte)
+{
+    define(
+        "<opc:StructuredType Name='Part'><opc:Field Name='Head' TypeName='opc:Bit' Length='3'/>"
+        "<opc:Field Name='Middle' TypeName='opc:Bit' Length='7'/><opc:Field Name='Tail' TypeName='opc:Bit' "
+        "Length='3'/></opc:StructuredType>"
+        "<opc:StructuredType Name='Parts'><opc:Field Name='NoOfList' TypeName='opc:Byte'/>"
+        "<opc:Field Name='List' TypeName='tns:Part' LengthField='NoOfList'/>"
+        "<opc:Field Name='One' TypeName='tns:Part'/>"
+        "<opc:Field Name='Flag' TypeName='opc:Bit'/></opc:StructuredType>"
+        "<opc:StructuredType Name='Half'><opc:Field Name='Head' TypeName='opc:Bit' Length='3'/>"
+        "<opc:Field Name='Middle' TypeName='opc:Bit' Length='7'/></opc:StructuredType>");
+    expectFields("Half", "0b02", {{"Head", "3"}, {"Middle", "65"}}); // a byte is too short for the second
+    // tail 5, middle 65, head 3 -> 101 1000001 011; tail 2, middle 1, head 6 -> 010 0000001 110
+    const UaByteString body = UaByteString::fromHex("02 0b16 0e08 0b16 01");
+    UaGenericStructureValue parts;
+    ASSERT_TRUE(parts.decode(body, structure("Parts"), &store).isGood());
+    const auto numbers = [&](int field, int element) {
+        const UaGenericStructureValue part = parts.structure(field, element, &store);
+        return std::vector<OpcUa_UInt32>{part.value(0).toUInt32(), part.value(1).toUInt32(),
+                                         part.value(2).toUInt32()};
+    };
+    const std::vector<OpcUa_UInt32> first{3, 65, 5};
+    EXPECT_EQ(numbers(0, 0), first);
+    EXPECT_EQ(numbers(0, 1), (std::vector<OpcUa_UInt32>{6, 1, 2}));
+    EXPECT_EQ(numbers(1, -1), first);
+    EXPECT_EQ(parts.value(2).toString(), UaString("true"));
+    UaExtensionObject object;
+    UaByteString again;
+    ASSERT_TRUE(parts.encode(object).isGood());
+    ASSERT_TRUE(OpcUa_IsGood(object.binaryBody(again)));
+    EXPECT_EQ(again.toHex(), body.toHex());
+    expectCutsFail(body, "Parts");
+}
+
 TEST_F(TypeDictionaryTest, ByteOrdersOfDocumentTypeAndField)
 {
     define("<opc:StructuredType Name='Big'><opc:Field Name='A' TypeName='opc:UInt32'/>"

@@ -2,6 +2,7 @@
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 #include <uabase/uapkicpp/uapkicertificateinfo.h>
+#include <uabase/uapkicpp/uapkicertificatestore.h>
 #include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkiidentity.h>
 #include <uabase/uapkicpp/uapkipublickey.h>
@@ -17,6 +18,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 using namespace PkiTest;
 using ::testing::ElementsAre;
@@ -328,6 +330,51 @@ TEST(UaPkiCertificate, FilesInBothFormsAndTheOtherWayRound)
     ASSERT_TRUE(request.toPEMFile(pem));
     EXPECT_EQ(texts(UaPkiCSR::fromFile(der).info().DNSNames), texts(info().DNSNames));
     EXPECT_EQ(UaPkiCSR::fromFile(pem).subject(), identity("x"));
+}
+
+TEST(UaPkiCertificateStore, IssuerThatWasRenewedTakesThePlaceOfTheExpiredOne)
+{
+    UaPkiCertificateInfo about;
+    about.validTime = -60;
+    const UaPkiCertificate expired(about, identity("Plant Authority"), authorityKey(), true);
+    const UaPkiCertificate renewed = authority();
+    ASSERT_FALSE(expired.isValid());
+    const UaPkiCertificate issued(info(), identity("device"), applicationKey().publicKey(), renewed,
+                                  authorityKey().privateKey());
+    const std::vector<std::vector<UaPkiCertificate>> orders{{expired, renewed}, {renewed, expired}};
+    for (const auto& order : orders) {
+        UaPkiCertificateStore store;
+        for (const UaPkiCertificate& one : order)
+            store.add(one);
+        EXPECT_EQ(store.issuerOf(issued), renewed);
+        EXPECT_TRUE(store.issuerOf(renewed).isNull()) << "has issued itself";
+    }
+    UaPkiCertificateStore outdated;
+    outdated.add(application()); // of another name
+    outdated.add(UaPkiCertificate());
+    EXPECT_TRUE(outdated.issuerOf(issued).isNull());
+    outdated.add(expired);
+    EXPECT_EQ(outdated.issuerOf(issued), expired) << "better than none";
+}
+
+TEST(UaPkiCertificateStore, FoldersAreReadByTheNamesOfTheirFiles)
+{
+    const TemporaryFolder folder;
+    const UaPkiCertificate issuer = authority();
+    const UaPkiCertificate issued(info(), identity("device"), applicationKey().publicKey(), issuer,
+                                  authorityKey().privateKey());
+    const UaByteArray der = issuer.toDER();
+    const std::string bytes(der.begin(), der.end());
+    TemporaryFolder::write(folder.file("issuer.txt"), bytes);
+    TemporaryFolder::write(folder.file("garbage.der"), "0123456789");
+    UaPkiCertificateStore store;
+    EXPECT_TRUE(store.addFolder(UaString(folder.file(""))).empty());
+    EXPECT_TRUE(store.issuerOf(issued).isNull());
+    TemporaryFolder::write(folder.file("issuer.CER"), bytes);
+    TemporaryFolder::write(folder.file("copy.der"), bytes);
+    ASSERT_TRUE(application().toDERFile(UaString(folder.file("own.der"))));
+    EXPECT_EQ(store.addFolder(UaString(folder.file(""))).size(), 2u) << "the copy has the same digest";
+    EXPECT_EQ(store.issuerOf(issued), issuer);
 }
 
 TEST(UaPkiCertificateCollection, ChainsAreSplit)
