@@ -162,7 +162,7 @@ public:
     SilentPort(const SilentPort&) = delete;
     SilentPort& operator=(const SilentPort&) = delete;
     [[nodiscard]] std::string url() const { return "opc.tcp://127.0.0.1:" + std::to_string(m_port); }
-    /// Whether somebody connects within the limit.
+    // Whether somebody connects within the limit.
     [[nodiscard]] bool waitForPeer()
     {
         pollfd waiting{m_socket, POLLIN, 0};
