@@ -20,6 +20,7 @@
 #include <app/project/qlumprojectfile.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
+#include <app/settings/qlumdiscoverysettings.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <uabase/system/uatrace.h>
 
@@ -54,6 +55,8 @@ QlumTavelin* g_instance = nullptr;
 QlumTavelin::QlumTavelin(QlumTavelinServices services, QWidget* parent, Qt::WindowFlags flags)
     : QMainWindow(parent, flags), m_services(std::move(services))
 {
+    QSettings settings;
+    QlumDiscoverySettings::convertOlder(settings); // before anybody reads them
     qlumRegisterMetaTypes();
     setObjectName(QStringLiteral("QlumTavelin"));
     g_instance = this;
