@@ -2,6 +2,7 @@
 #include <stack/capi/guard.h>
 #include <stack/capi/validation.h>
 #include <stack/core/secret.h>
+#include <stack/security/certificatefile.h>
 #include <stack/security/privatekey.h>
 #include <stack/security/rsaoperations.h>
 
@@ -216,6 +217,30 @@ size_t OpcUa_Certificate_GetFirstLength(const OpcUa_Byte* chain, size_t length)
 {
     const auto first = opcua::firstOfChain({chain, length});
     return first ? first->size() : 0;
+}
+
+OpcUa_Boolean OpcUa_CertificateFile_IsName(const char* name, OpcUa_CertificateNaming naming)
+{
+    const bool isOne =
+        name != nullptr && opcua::isCertificateName(name, naming == OpcUa_CertificateNaming_Dotted
+                                                              ? opcua::CertificateNaming::Dotted
+                                                              : opcua::CertificateNaming::Endings);
+    return isOne ? OpcUa_True : OpcUa_False;
+}
+
+OpcUa_StatusCode OpcUa_CertificateFile_Read(const OpcUa_Byte* content, size_t length,
+                                            OpcUa_CertificateFile_PfnTake take, void* context)
+{
+    if ((content == nullptr && length != 0) || take == nullptr)
+        return OpcUa_BadInvalidArgument;
+    return guarded([&]() -> OpcUa_StatusCode {
+        auto certificates = opcua::certificatesOfFile({content, length});
+        for (opcua::Bytes& der : certificates) {
+            const OpcUa_ByteString bytes{static_cast<OpcUa_Int32>(der.size()), der.data()};
+            take(&bytes, context);
+        }
+        return certificates.empty() ? OpcUa_BadDecodingError : OpcUa_Good;
+    });
 }
 
 OpcUa_StatusCode OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateChain,
