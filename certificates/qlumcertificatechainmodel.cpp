@@ -29,13 +29,26 @@ using UaClientSdk::SessionSecurityInfo;
 constexpr int maximumCertificates = 10; // of a chain
 constexpr int selfSignedServer = 18; // the crypto library's number; the trust list says all there is to say
 constexpr OpcUa_StatusCode codeBits = 0xFFFF0000u;
+
+QlumFindingTopic topicOf(const UaStatusCode& status)
+{
+    switch (status.code() & codeBits) {
+    case OpcUa_BadCertificateTimeInvalid:
+    case OpcUa_BadCertificateIssuerTimeInvalid:
+        return QlumFindingTopic::Time;
+    case OpcUa_BadCertificateHostNameInvalid:
+        return QlumFindingTopic::Host;
+    default:
+        return QlumFindingTopic::Other;
+    }
+}
 } // namespace
 
 QlumCertificateChainModel::QlumCertificateChainModel(const QString& serverUrl, const QString& applicationUri,
                                                      const UaByteString& certificate,
                                                      SessionSecurityInfo* security, QObject* parent)
     : QlumTreeModel({tr("Name"), tr("Trust Status")}, parent), m_certificate(certificate),
-      m_security(security), m_checks(applicationUri, serverUrl)
+      m_serverUrl(serverUrl), m_security(security), m_checks(applicationUri, serverUrl)
 {
 }
 
@@ -60,14 +73,19 @@ void QlumCertificateChainModel::validate()
     m_server = nullptr;
     m_root.reset();
     m_selfSignedSeen = false;
+    m_found.clear();
     if (m_security) {
         m_result = buildCertificateChain();
-        if (!m_result.isBad())
+        if (!m_result.isBad()) {
             verify();
+            checkHost();
+        }
     } else {
         m_result = m_givenResult;
         buildTlsNode();
     }
+    if (m_result.isBad())
+        m_found.push_back(m_result.code());
     m_severity = m_result.isBad() ? QlumCertificateError::Error : QlumCertificateError::None;
     for (const QlumCertificateChainNode* node = m_root.get(); node; node = node->child())
         m_severity = std::max(m_severity, node->severity());
@@ -166,6 +184,34 @@ void QlumCertificateChainModel::verify()
         m_result = verified;
 }
 
+// The session would ask, but only when the user has already been told that all is well.
+void QlumCertificateChainModel::checkHost()
+{
+    SessionSecurityInfo judged = *m_security;
+    judged.serverCertificate = m_certificate;
+    if (!m_security->isSecured() || judged.namesHostOf(toUaString(m_serverUrl)))
+        return;
+    addFinding(*m_server, tr("the certificate is not made for the host of the server's URL"),
+               OpcUa_BadCertificateHostNameInvalid);
+    m_found.push_back(OpcUa_BadCertificateHostNameInvalid);
+    if (!m_result.isBad())
+        m_result = OpcUa_BadCertificateHostNameInvalid;
+}
+
+void QlumCertificateChainModel::addFinding(QlumCertificateChainNode& node, const QString& text,
+                                           const UaStatusCode& status) const
+{
+    const QString finding = tr("%1 [%2]").arg(text, qlumStatusText(status.code()));
+    node.otherFindings()
+        .add(tr("Error"), finding)
+        .setFinding(finding, QlumCertificateError::Error, topicOf(status));
+}
+
+bool QlumCertificateChainModel::isFound(OpcUa_StatusCode status) const
+{
+    return std::find(m_found.begin(), m_found.end(), status) != m_found.end();
+}
+
 int QlumCertificateChainModel::verificationError(SessionSecurityInfo*, void* context, const UaByteString&,
                                                  unsigned int, unsigned int depth)
 {
@@ -177,12 +223,12 @@ int QlumCertificateChainModel::verificationError(SessionSecurityInfo*, void* con
         m_selfSignedSeen = m_selfSignedSeen || !m_result.isBad();
         return 1;
     }
-    if (QlumCertificateChainNode* node = nodeAtDepth(depth)) {
-        const QString finding =
-            tr("%1 [%2]").arg(qlumSingleLine(toQString(text)), qlumStatusText(status.code()));
-        node->otherFindings().add(tr("Error"), finding).setFinding(finding, QlumCertificateError::Error);
-    }
-    if (!m_result.isBad() && isTakenAsResult(status))
+    if (QlumCertificateChainNode* node = nodeAtDepth(depth))
+        addFinding(*node, qlumSingleLine(toQString(text)), status);
+    if (!isTakenAsResult(status))
+        return 1;
+    m_found.push_back(status.code());
+    if (!m_result.isBad())
         m_result = status;
     return 1;
 }
@@ -219,6 +265,15 @@ bool QlumCertificateChainModel::isServerCertificate(const QModelIndex& index) co
     return m_server && node(index) == m_server;
 }
 
+// A tick beside "Untrusted" would say the contrary.
+QVariant QlumCertificateChainModel::picture(const QlumCertificateChainNode& one) const
+{
+    if (one.trustStatus() != QlumCertificateChainNode::Untrusted ||
+        one.severity() != QlumCertificateError::None)
+        return qlumSeverityIcon(one.severity());
+    return m_result.isBad() ? qlumSeverityIcon(QlumCertificateError::Warning) : QVariant();
+}
+
 QVariant QlumCertificateChainModel::cell(const QlumCertificateChainNode& one, int column, int role) const
 {
     const bool isName = column == NameColumn;
@@ -226,7 +281,7 @@ QVariant QlumCertificateChainModel::cell(const QlumCertificateChainNode& one, in
     case Qt::DisplayRole:
         return isName ? one.displayName() : one.trustStatusText();
     case Qt::DecorationRole:
-        return isName ? qlumSeverityIcon(one.severity()) : QVariant();
+        return isName ? picture(one) : QVariant();
     case Qt::ToolTipRole:
         return isName ? qlumPlainToolTip(one.displayName()) : QVariant();
     case TrustStatusRole:

@@ -19,6 +19,7 @@ class QDialogButtonBox;
 class QLabel;
 class QListWidget;
 class QPushButton;
+class QResizeEvent;
 class QTreeView;
 class QVBoxLayout;
 class QlumCertificateDetailsModel;
@@ -43,6 +44,12 @@ public:
     /// All findings about the chain, each with the name of its certificate, for the log.
     [[nodiscard]] QStringList findings() const { return m_model->findings(); }
 
+    /// The user declines. A certificate that nobody trusts stays in the rejected folder.
+    void reject() override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QlumCertificateDialog(const QString& serverName, QlumCertificateChainModel* model,
                           UaClientSdk::SessionSecurityInfo* security, QWidget* parent);
@@ -58,8 +65,14 @@ private:
     void showResult();
     void showSelected();
     void showFindings(const QlumCertificateChainNode* node);
+    void fitFindings();
     void updateButtons();
     void trust();
+    void trust(const UaPkiCertificate& certificate);
+    void trustIssuer();
+    void importList();
+    /// Why it was not added; empty when it was.
+    [[nodiscard]] QString addList(const QString& path) const;
     void saveAs();
     void copyThumbprint() const;
     void showWholeValue(const QModelIndex& index);
@@ -82,5 +95,7 @@ private:
     QTreeView* m_detailsView = nullptr;
     QCheckBox* m_acceptOnce = nullptr;
     QPushButton* m_trust = nullptr;
+    QPushButton* m_trustIssuer = nullptr;
+    QPushButton* m_importList = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
 };

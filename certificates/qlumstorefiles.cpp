@@ -79,16 +79,11 @@ QlumStoreFiles::Added addCertificates(const UaPkiCertificateCollection& certific
     return result;
 }
 
-QlumStoreFiles::Added addList(const UaPkiRevocationList& list, QlumStoreFiles::Store store,
-                              const QlumCertificateStoreConfiguration& folders)
+const QString& listFolder(QlumStoreFiles::Store store, const QlumCertificateStoreConfiguration& folders)
 {
-    const QString& folder = store == QlumStoreFiles::Store::Trusted   ? folders.trustedRevocationLists
-                            : store == QlumStoreFiles::Store::Issuers ? folders.issuerRevocationLists
-                                                                      : folders.tlsIssuerRevocationLists;
-    const UaByteArray der = list.toDER();
-    const QByteArray bytes(reinterpret_cast<const char*>(der.rawData()), static_cast<int>(der.size()));
-    const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
-    return write(inFolder(folder, QString::fromLatin1(digest) + QStringLiteral(".crl")), der);
+    return store == QlumStoreFiles::Store::Trusted   ? folders.trustedRevocationLists
+           : store == QlumStoreFiles::Store::Issuers ? folders.issuerRevocationLists
+                                                     : folders.tlsIssuerRevocationLists;
 }
 } // namespace
 
@@ -140,6 +135,14 @@ QlumStoreFiles::Added QlumStoreFiles::add(const QString& path, Store store,
     if (const auto certificates = loadCertificates(path); certificates.size() > 0)
         return addCertificates(certificates, store, folders);
     if (const auto list = UaPkiRevocationList::fromFile(toUaString(path)); !list.isNull())
-        return addList(list, store, folders);
+        return addList(list, listFolder(store, folders));
     return Added::NotReadable;
+}
+
+QlumStoreFiles::Added QlumStoreFiles::addList(const UaPkiRevocationList& list, const QString& folder)
+{
+    const UaByteArray der = list.toDER();
+    const QByteArray bytes(reinterpret_cast<const char*>(der.rawData()), static_cast<int>(der.size()));
+    const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
+    return write(inFolder(folder, QString::fromLatin1(digest) + QStringLiteral(".crl")), der);
 }

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+class UaPkiRevocationList;
+
 /// Folders of others may hold anything: only regular files of at most 1 MB are read, never a pipe or a
 /// device.
 class QlumStoreFiles
@@ -35,4 +37,6 @@ public:
     /// digest, or for TLS issuers of its subject's hash.
     [[nodiscard]] static Added add(const QString& path, Store store,
                                    const QlumCertificateStoreConfiguration& folders);
+    /// Puts a revocation list into a folder.
+    [[nodiscard]] static Added addList(const UaPkiRevocationList& list, const QString& folder);
 };

@@ -2,14 +2,18 @@
 
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/channelconnectinfo.h>
+#include <uaclientsdk/connection/endpointurl.h>
+#include <uaclientsdk/connection/hostnames.h>
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 
 namespace UaClientSdk {
@@ -100,6 +104,13 @@ bool SessionSecurityInfo::mayBeOverridden(const UaStatusCode& finding)
         OpcUa_BadCertificateTimeInvalid, OpcUa_BadCertificateIssuerTimeInvalid,
         OpcUa_BadCertificateRevocationUnknown, OpcUa_BadCertificateIssuerRevocationUnknown};
     return std::find(overridable.begin(), overridable.end(), finding.code()) != overridable.end();
+}
+
+bool SessionSecurityInfo::namesHostOf(const UaString& url) const
+{
+    const std::string host = parseEndpointUrl(url.view()).host;
+    const UaPkiCertificate own = UaPkiCertificateCollection::fromDERChain(serverCertificate).certificate(0);
+    return !host.empty() && namesHost(own.info(), host);
 }
 
 void SessionSecurityInfo::getCurrentErrorInformationOpenSSL(void* context, UaStatusCode& status,

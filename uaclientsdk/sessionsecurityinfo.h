@@ -64,6 +64,9 @@ public:
     [[nodiscard]] UaStatus verifyServerCertificate(CertificateValidationCallback* callback);
     /// Whether a finding says nothing against the certificate itself, so that a callback may override it.
     [[nodiscard]] static bool mayBeOverridden(const UaStatusCode& finding);
+    /// Whether serverCertificate names the host of the URL. A secured session whose server's certificate does
+    /// not asks its application (connectError with BadCertificateHostNameInvalid).
+    [[nodiscard]] bool namesHostOf(const UaString& url) const;
     /// What the finding is that verificationError is told with context.
     static void getCurrentErrorInformationOpenSSL(void* context, UaStatusCode& status, int& openSslError,
                                                   UaString& errorText);

@@ -91,7 +91,16 @@ std::vector<UaByteString> certificatesOfFile(Bytes content)
 
 const EVP_MD* digestOf(UaPkiCertificate::SignatureAlgorithm algorithm)
 {
-    return algorithm == UaPkiCertificate::Sha256 ? EVP_sha256() : EVP_sha1();
+    switch (algorithm) {
+    case UaPkiCertificate::Sha256:
+        return EVP_sha256();
+    case UaPkiCertificate::Sha384:
+        return EVP_sha384();
+    case UaPkiCertificate::Sha512:
+        return EVP_sha512();
+    default:
+        return EVP_sha1();
+    }
 }
 
 UaDateTime dateTimeOf(const ASN1_TIME* time)
