@@ -54,6 +54,7 @@ protected:
         testcertificates::Recipe recipe;
         recipe.name = "Plc";
         recipe.pair = testcertificates::key(2048);
+        recipe.names = "URI:urn:localhost:test,DNS:plc";
         der = testcertificates::make(recipe);
         setting.endpoint.securityMode = OpcUa_MessageSecurityMode_SignAndEncrypt;
         setting.endpoint.applicationUri = "urn:localhost:test";
@@ -115,6 +116,8 @@ TEST_F(SecuredServerNode, TheBytesThatWereJudgedAreTheChannels)
 
 TEST_F(SecuredServerNode, ATrustedCertificateIsNotAskedAbout)
 {
+    setting.endpoint.applicationUri = "urn:other";
+    offerOne(setting.endpoint);
     make();
     script.beforeAnswer = [this] {
         QFile file(QlumCertificateStore::trustedCertificates() + "/plc.der");
@@ -126,10 +129,24 @@ TEST_F(SecuredServerNode, ATrustedCertificateIsNotAskedAbout)
     static_cast<void>(node->connectServer());
     EXPECT_FALSE(asked().contains("certificate"));
     EXPECT_EQ(channelCertificates().size(), 1u);
-    EXPECT_TRUE(
-        log().contains("50 Certificate of the server: Plc: The host of the server's URL ('plc') cannot be "
-                       "found in the list of IP addresses or DNS names"))
+    EXPECT_EQ(log().filter("50 Certificate of the server: Plc: The URI returned in the certificate").size(),
+              1)
         << log().join('\n');
+}
+
+TEST_F(SecuredServerNode, NobodyIsAskedTwiceAboutAWrongHost)
+{
+    SecuredServer server(FakeStack::instance(), OpcUa_SecurityPolicy_Basic256Sha256,
+                         OpcUa_MessageSecurityMode_SignAndEncrypt);
+    server.tokens = {{OpcUa_UserTokenType_Anonymous, nullptr}};
+    setting.endpoint.serverCertificate =
+        QByteArray(reinterpret_cast<const char*>(server.certificate.data()), server.certificate.length());
+    offerOne(setting.endpoint);
+    make();
+    script.verdict = {true, true, {}};
+    EXPECT_TRUE(node->connectServer()) << log().join('\n');
+    EXPECT_EQ(asked(), QStringList{"certificate"});
+    node.reset(); // it may still call the server
 }
 
 TEST_F(SecuredServerNode, AnUnsafePolicyIsOffUntilTheUserAllowsIt)
