@@ -239,6 +239,17 @@ TEST_F(StackCertificates, TellsEveryFindingInTheOrderInWhichTheyDecide)
     EXPECT_EQ(verify(early), OpcUa_BadCertificateTimeInvalid);
 }
 
+TEST_F(StackCertificates, NoFindingHidesBehindAnotherOfItsStatus)
+{
+    put("trusted/root.der", certificates::make(authority()));
+    put("trustedcrl/root.crl", list({6}, "leaf", -60)); // out of date, and of somebody else
+    EXPECT_EQ(verify(certificates::make(issued())), OpcUa_BadCertificateRevocationUnknown);
+    ASSERT_GE(m_findings.size(), 2u);
+    EXPECT_EQ(m_findings[1].status, OpcUa_BadCertificateRevocationUnknown);
+    EXPECT_EQ(m_findings[1].depth, m_findings[0].depth);
+    EXPECT_NE(m_findings[1].error, m_findings[0].error);
+}
+
 TEST_F(StackCertificates, NeverLetsAForgeryPass)
 {
     Der forged = certificates::make(own());
