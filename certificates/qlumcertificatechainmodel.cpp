@@ -5,6 +5,7 @@
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificateerror.h>
+#include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumseverityicon.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
@@ -59,6 +60,14 @@ QlumCertificateChainModel::QlumCertificateChainModel(const UaByteString& certifi
 {
 }
 
+QlumCertificateChainModel::QlumCertificateChainModel(const QString& serverUrl,
+                                                     const UaByteString& certificate,
+                                                     const UaStatusCode& status, QObject* parent)
+    : QlumTreeModel({tr("Name"), tr("Trust Status")}, parent), m_certificate(certificate),
+      m_serverUrl(serverUrl), m_security(nullptr), m_givenResult(status), m_checks(QString(), serverUrl)
+{
+}
+
 QlumCertificateChainModel::~QlumCertificateChainModel() = default;
 
 // ---- validation
@@ -83,6 +92,8 @@ void QlumCertificateChainModel::validate()
     } else {
         m_result = m_givenResult;
         buildTlsNode();
+        if (m_server && !m_serverUrl.isEmpty())
+            judgeTls();
     }
     if (m_result.isBad())
         m_found.push_back(m_result.code());
@@ -198,6 +209,18 @@ void QlumCertificateChainModel::checkHost()
         m_result = OpcUa_BadCertificateHostNameInvalid;
 }
 
+// The connection tells what it found one by one, and ends.
+void QlumCertificateChainModel::judgeTls()
+{
+    SessionSecurityInfo judged;
+    judged.initializePkiProviderHttps(toUaString(QlumCertificateStore::tlsIssuerCertificates()),
+                                      toUaString(QlumCertificateStore::tlsIssuerRevocationLists()));
+    judged.serverCertificate = m_certificate;
+    const UaStatus verified = judged.verifyTlsCertificate(toUaString(m_serverUrl), this);
+    if (verified.isBad())
+        m_found.push_back(verified.code());
+}
+
 void QlumCertificateChainModel::addFinding(QlumCertificateChainNode& node, const QString& text,
                                            const UaStatusCode& status) const
 {
@@ -225,7 +248,7 @@ int QlumCertificateChainModel::verificationError(SessionSecurityInfo*, void* con
     }
     if (QlumCertificateChainNode* node = nodeAtDepth(depth))
         addFinding(*node, qlumSingleLine(toQString(text)), status);
-    if (!isTakenAsResult(status))
+    if (m_security && !isTakenAsResult(status)) // TLS lets nothing pass by itself
         return 1;
     m_found.push_back(status.code());
     if (!m_result.isBad())

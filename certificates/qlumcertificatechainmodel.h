@@ -53,6 +53,9 @@ public:
     /// Of a TLS connection, which has judged the certificate already.
     QlumCertificateChainModel(const UaByteString& certificate, const UaStatusCode& status,
                               QObject* parent = nullptr);
+    /// The same, with all that is wrong with it at the server of the URL, by the folders of the application.
+    QlumCertificateChainModel(const QString& serverUrl, const UaByteString& certificate,
+                              const UaStatusCode& status, QObject* parent = nullptr);
     ~QlumCertificateChainModel() override;
 
     /// Reads the folders again and validates anew.
@@ -62,6 +65,8 @@ public:
     /// What is to be told first: the worst of all that stands against the chain; good when nothing does.
     [[nodiscard]] UaStatusCode headline() const { return qlumWorstCertificateStatus(m_found); }
     [[nodiscard]] bool isFound(OpcUa_StatusCode status) const;
+    /// The status of each thing that stands against the chain.
+    [[nodiscard]] const std::vector<OpcUa_StatusCode>& found() const { return m_found; }
     /// The worst that was found in the chain, an error when the result is bad.
     [[nodiscard]] QlumCertificateError validationError() const { return m_severity; }
     /// All findings, each with the name of its certificate, for the log.
@@ -101,6 +106,7 @@ private:
     NodePointer climb(NodePointer server, const UaPkiCertificateStore& store, const Lists& lists) const;
     void verify();
     void checkHost();
+    void judgeTls();
     void addFinding(QlumCertificateChainNode& node, const QString& text, const UaStatusCode& status) const;
     [[nodiscard]] QVariant picture(const QlumCertificateChainNode& one) const;
     [[nodiscard]] QlumCertificateChainNode* nodeAtDepth(unsigned int depth) const;

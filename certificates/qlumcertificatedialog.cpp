@@ -96,6 +96,17 @@ QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, const Ua
 {
 }
 
+QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, const QString& serverUrl,
+                                             const UaByteString& certificate, const UaStatusCode& status,
+                                             QWidget* parent)
+    : QlumCertificateDialog(serverName, new QlumCertificateChainModel(serverUrl, certificate, status),
+                            nullptr, parent)
+{
+    m_serverUrl = serverUrl;
+    m_overrule->setText(overruleText());
+    updateButtons();
+}
+
 QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, QlumCertificateChainModel* model,
                                              UaClientSdk::SessionSecurityInfo* security, QWidget* parent)
     : QlumBaseWidget(QStringLiteral("QlumCertificateDialog"), parent),
@@ -192,6 +203,16 @@ void QlumCertificateDialog::createButtons(QVBoxLayout* layout)
                                   "shown here and with no other. Nothing is stored."));
     m_acceptOnce->setVisible(!isTls());
     layout->addWidget(m_acceptOnce);
+
+    m_overrule = new QCheckBox;
+    m_overrule->setObjectName(QStringLiteral("overrule"));
+    m_overrule->setToolTip(tr("Holds for this server and this certificate only"));
+    m_overrule->setWhatsThis(
+        tr("<b>Use it all the same</b><br>Devices that are reached by an address, or whose "
+           "clock is wrong, often have such certificates. Compare the thumbprint first. "
+           "When the server shows another certificate, you are asked again."));
+    connect(m_overrule, &QCheckBox::toggled, this, &QlumCertificateDialog::updateButtons);
+    layout->addWidget(m_overrule);
 
     m_trust = new QPushButton(isTls() ? tr("Trust TLS Certificate") : tr("Trust Server Certificate"));
     m_trust->setObjectName(QStringLiteral("trust"));
@@ -343,8 +364,10 @@ void QlumCertificateDialog::updateButtons()
                               issuer->trustStatus() != QlumCertificateChainNode::Trusted);
     m_importList->setVisible(!isTls() && (m_model->isFound(OpcUa_BadCertificateRevocationUnknown) ||
                                           m_model->isFound(OpcUa_BadCertificateIssuerRevocationUnknown)));
+    m_overrule->setVisible(isOverrulable());
     if (isTls()) {
-        m_trust->setEnabled(selected != nullptr);
+        const bool isDecided = m_overrule->isChecked() || !hasOverrulable();
+        m_trust->setEnabled(selected && (m_serverUrl.isEmpty() || (isDecided && !isBlocked())));
         cancel->setDefault(true);
         return;
     }

@@ -39,6 +39,14 @@ public:
     QlumCertificateDialog(const QString& serverName, const UaByteString& certificate,
                           const UaStatusCode& status, QWidget* parent = nullptr);
 
+    /// The same, with every finding about the certificate at that URL. What may be overruled there has a box
+    /// of its own: with it ticked, Accepted also overrules that, for this server and this certificate.
+    QlumCertificateDialog(const QString& serverName, const QString& serverUrl,
+                          const UaByteString& certificate, const UaStatusCode& status,
+                          QWidget* parent = nullptr);
+
+    /// Of TLS: whether there is something to overrule, and nothing that would still stand.
+    [[nodiscard]] bool isOverrulable() const;
     [[nodiscard]] QlumCertificateError validationError() const { return m_model->validationError(); }
     [[nodiscard]] UaStatusCode validationResult() const { return m_model->validationResult(); }
     /// All findings about the chain, each with the name of its certificate, for the log.
@@ -46,6 +54,7 @@ public:
 
     /// The user declines. A certificate that nobody trusts stays in the rejected folder.
     void reject() override;
+    void accept() override;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -54,6 +63,9 @@ private:
     QlumCertificateDialog(const QString& serverName, QlumCertificateChainModel* model,
                           UaClientSdk::SessionSecurityInfo* security, QWidget* parent);
 
+    [[nodiscard]] bool isBlocked() const;
+    [[nodiscard]] bool hasOverrulable() const;
+    [[nodiscard]] QString overruleText() const;
     [[nodiscard]] bool isTls() const { return m_security == nullptr; }
     void createHeader(QVBoxLayout* layout);
     void createChain();
@@ -81,6 +93,7 @@ private:
     [[nodiscard]] static QString captionFor(bool tls, bool bad);
 
     const QString m_serverName;
+    QString m_serverUrl; ///< of TLS; empty: unknown
     QlumCertificateChainModel* m_model;
     UaClientSdk::SessionSecurityInfo* const m_security;
     QlumCertificateDetailsModel* m_details;
@@ -94,6 +107,7 @@ private:
     QListWidget* m_findings = nullptr;
     QTreeView* m_detailsView = nullptr;
     QCheckBox* m_acceptOnce = nullptr;
+    QCheckBox* m_overrule = nullptr;
     QPushButton* m_trust = nullptr;
     QPushButton* m_trustIssuer = nullptr;
     QPushButton* m_importList = nullptr;

@@ -9,6 +9,7 @@
 #include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumstorefiles.h>
 #include <certificates/qlumthumbprint.h>
+#include <certificates/qlumtlsoverrules.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
@@ -28,6 +29,8 @@
 #include <QString>
 #include <QStringList>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 QString filePath(const QString& folder, const UaPkiCertificate& certificate)
@@ -120,6 +123,47 @@ QString QlumCertificateDialog::addList(const QString& path) const
     return QlumStoreFiles::addList(list, folder) == QlumStoreFiles::Added::NotWritten
                ? tr("The list could not be written to '%1'.").arg(folder)
                : QString();
+}
+
+// ---- TLS
+
+bool QlumCertificateDialog::hasOverrulable() const
+{
+    const auto& found = m_model->found();
+    return isTls() && !m_serverUrl.isEmpty() && std::any_of(found.begin(), found.end(), qlumMayOverruleTls);
+}
+
+// Trust does away with some findings, an overrule with others; what is left ends every connection.
+bool QlumCertificateDialog::isBlocked() const
+{
+    const auto& found = m_model->found();
+    return std::any_of(found.begin(), found.end(), [](OpcUa_StatusCode status) {
+        return status != OpcUa_BadCertificateUntrusted && status != OpcUa_BadCertificateChainIncomplete &&
+               !qlumMayOverruleTls(status);
+    });
+}
+
+bool QlumCertificateDialog::isOverrulable() const
+{
+    return hasOverrulable() && !isBlocked();
+}
+
+QString QlumCertificateDialog::overruleText() const
+{
+    const bool isHost = m_model->isFound(OpcUa_BadCertificateHostNameInvalid);
+    const bool isTime = m_model->isFound(OpcUa_BadCertificateTimeInvalid) ||
+                        m_model->isFound(OpcUa_BadCertificateIssuerTimeInvalid);
+    return isHost && isTime ? tr("Use it for this server although it is of another host and not valid today")
+           : isHost         ? tr("Use it for this server although it is of another host")
+                            : tr("Use it for this server although it is not valid today");
+}
+
+void QlumCertificateDialog::accept()
+{
+    if (isOverrulable() && m_overrule->isChecked() &&
+        !qlumOverruleTls(m_serverUrl, m_model->serverCertificate(), m_model->found()))
+        return reject(); // the log tells why; the next attempt would only ask again
+    QlumBaseWidget::accept();
 }
 
 // Whoever finds out later that the server is the right one can trust it in the certificate manager.

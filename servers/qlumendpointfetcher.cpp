@@ -3,6 +3,7 @@
 #include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumtlsoverrules.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumpkifolders.h>
 #include <uabase/values/uabytestring.h>
@@ -42,11 +43,14 @@ unsigned int QlumEndpointFetcher::getEndpoints(const QString& url, int milliseco
     UaEndpointDescriptions descriptions;
     UaClientSdk::ClientSecurityInfo security;
     qlumFillPkiFolders(security);
-    security.tlsCertificateRefused = [this](const UaStatus& status, const UaByteString& certificate) {
+    security.tlsCertificateFinding = [this, url](const UaStatus& status, const UaByteString& certificate) {
+        if (qlumIsTlsOverruled(url, certificate, status.statusCode()))
+            return true;
         const QByteArray bytes(reinterpret_cast<const char*>(certificate.data()), certificate.length());
         QMetaObject::invokeMethod(
             this, [this, code = status.statusCode(), bytes] { emit untrustedCertificate(code, bytes); },
             Qt::QueuedConnection);
+        return false;
     };
     const UaStatus status =
         UaClientSdk::UaDiscovery().getEndpoints(settings, toUaString(url), security, descriptions);

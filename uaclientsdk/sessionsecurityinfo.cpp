@@ -98,6 +98,20 @@ UaStatus SessionSecurityInfo::verifyServerCertificate(CertificateValidationCallb
                                              securityPolicyUri.toUtf8(), tellFinding, &verification));
 }
 
+UaStatus SessionSecurityInfo::verifyTlsCertificate(const UaString& url,
+                                                   CertificateValidationCallback* callback)
+{
+    const OpcUa_PkiConfiguration configuration = pkiConfigurationOf(httpsPki());
+    Verification verification{*this, callback};
+    const auto tell = [](const OpcUa_CertificateValidation* finding, void* context) {
+        static_cast<void>(tellFinding(finding, context));
+        return finding->Status;
+    };
+    return UaStatus(OpcUa_Certificate_VerifyTls(serverCertificate.get(),
+                                                parseEndpointUrl(url.view()).host.c_str(), &configuration,
+                                                tell, &verification));
+}
+
 bool SessionSecurityInfo::mayBeOverridden(const UaStatusCode& finding)
 {
     constexpr std::array<OpcUa_StatusCode, 4> overridable = {

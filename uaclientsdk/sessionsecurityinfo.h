@@ -62,6 +62,9 @@ public:
     /// status of the first finding that stands: time and unknown revocation do not when the callback goes on.
     /// Reads the folders each time and may take a while.
     [[nodiscard]] UaStatus verifyServerCertificate(CertificateValidationCallback* callback);
+    /// The same for serverCertificate as that of a TLS server at the URL, by the folders of httpsPki(): every
+    /// finding is told, none is overridden.
+    [[nodiscard]] UaStatus verifyTlsCertificate(const UaString& url, CertificateValidationCallback* callback);
     /// Whether a finding says nothing against the certificate itself, so that a callback may override it.
     [[nodiscard]] static bool mayBeOverridden(const UaStatusCode& finding);
     /// Whether serverCertificate names the host of the URL. A secured session whose server's certificate does

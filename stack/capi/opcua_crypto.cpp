@@ -5,11 +5,13 @@
 #include <stack/security/certificatefile.h>
 #include <stack/security/privatekey.h>
 #include <stack/security/rsaoperations.h>
+#include <stack/transport/tlscertificate.h>
 
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 using opcua::ByteView;
 using opcua::guarded;
@@ -73,6 +75,18 @@ OpcUa_StatusCode withPrivateKey(OpcUa_CryptoProvider provider, const OpcUa_ByteS
     if (!keyFits(*provider->profile, EVP_PKEY_get_bits(key->key())))
         return OpcUa_BadCertificatePolicyCheckFailed;
     return operation(*provider->profile, key->key());
+}
+
+OpcUa_StatusCode judged(const std::vector<opcua::CertificateFinding>& findings,
+                        OpcUa_Certificate_PfnVerify callback, void* context)
+{
+    opcua::FindingJudge judge;
+    if (callback != nullptr)
+        judge = [&](const opcua::CertificateFinding& finding) {
+            const OpcUa_CertificateValidation details = opcua::validationOf(finding);
+            return callback(&details, context);
+        };
+    return opcua::judgeCertificate(findings, judge);
 }
 
 } // namespace
@@ -252,14 +266,22 @@ OpcUa_StatusCode OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateCha
     return guarded([&] {
         const auto* const profile =
             securityPolicyUri != nullptr ? opcua::findPolicyProfile(securityPolicyUri) : nullptr;
-        auto findings =
+        const auto findings =
             opcua::checkCertificate(opcua::viewOf(*certificateChain), opcua::foldersOf(pki), profile);
-        opcua::FindingJudge judge;
-        if (callback != nullptr)
-            judge = [&](const opcua::CertificateFinding& finding) {
-                const OpcUa_CertificateValidation details = opcua::validationOf(finding);
-                return callback(&details, context);
-            };
-        return opcua::judgeCertificate(findings, judge);
+        return judged(findings, callback, context);
+    });
+}
+
+OpcUa_StatusCode OpcUa_Certificate_VerifyTls(const OpcUa_ByteString* certificateChain, const char* host,
+                                             const OpcUa_PkiConfiguration* pki,
+                                             OpcUa_Certificate_PfnVerify callback, void* context)
+{
+    if (certificateChain == nullptr || host == nullptr)
+        return OpcUa_BadInvalidArgument;
+    return guarded([&] {
+        opcua::PkiFolders folders = opcua::foldersOf(pki);
+        folders.naming = opcua::CertificateNaming::Dotted;
+        return judged(opcua::checkTlsCertificate(opcua::viewOf(*certificateChain), host, folders), callback,
+                      context);
     });
 }

@@ -112,6 +112,12 @@ OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
 OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateChain, const OpcUa_PkiConfiguration* pki,
                          const char* securityPolicyUri, OpcUa_Certificate_PfnVerify callback, void* context);
 
+/// The same for the certificate of a TLS server, as a channel judges it: by the two folders of trusted ones,
+/// named as OpcUa_CertificateNaming_Dotted says, and by host, the name or address in the server's URL.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Certificate_VerifyTls(
+    const OpcUa_ByteString* certificateChain, const char* host, const OpcUa_PkiConfiguration* pki,
+    OpcUa_Certificate_PfnVerify callback, void* context);
+
 #ifdef __cplusplus
 }
 #endif
