@@ -153,11 +153,12 @@ void QlumConnectDialogs::askConnectError(const QlumConnectError& error, Decided 
     show(box, [answer](int result) { answer(result == QMessageBox::Ignore); });
 }
 
-void QlumConnectDialogs::askTlsTrust(const QString& server, const UaByteString& certificate,
-                                     const UaStatusCode& status, Decided answer)
+void QlumConnectDialogs::askTlsTrust(const QString& server, const QString& url,
+                                     const UaByteString& certificate, const UaStatusCode& status,
+                                     Decided answer)
 {
     show(
-        qlumTlsTrustDialog(server, certificate, status, parentWindow()).release(),
+        qlumTlsTrustDialog(server, url, certificate, status, parentWindow()).release(),
         [certificate, answer](int result) {
             answer(result == QDialog::Accepted && qlumTrustTlsCertificate(certificate));
         });

@@ -238,6 +238,7 @@ bool QlumProjectNodeServer::startConnect()
     if (m_isBusy || m_tlsQuestion.isOpen() || m_status == QlumConnectionStatus::Connected ||
         m_status == QlumConnectionStatus::NewSessionCreated)
         return false;
+    m_tlsQuestion.begin(m_setting.endpoint.url);
     const bool isLost = m_status == QlumConnectionStatus::ConnectionError;
     if (isLost && reconnectNow())
         return false;
@@ -398,6 +399,8 @@ void QlumProjectNodeServer::showReconnectError(const UaStatusCode& status,
 bool QlumProjectNodeServer::sslCertificateValidationFailed(OpcUa_UInt32, const UaStatus& status,
                                                            const UaByteString& certificate)
 {
+    if (m_tlsQuestion.isOverruled(status, certificate))
+        return true;
     if (!m_closing)
         m_tlsQuestion.raise(status, certificate);
     return false; // the user decides in his own time, and another attempt follows

@@ -334,7 +334,8 @@ void QlumServerSettingsDialog::sltCertificateRefused(unsigned int status, const 
     const QPointer<QlumServerSettingsDialog> self(this);
     m_judging = true;
     const UaByteString der(certificate.size(), reinterpret_cast<const OpcUa_Byte*>(certificate.constData()));
-    const bool trusted = qlumAskTlsTrust(QUrl(m_url->text()).host(), der, UaStatusCode(status), this);
+    const bool trusted =
+        qlumAskTlsTrust(QUrl(m_url->text()).host(), m_url->text(), der, UaStatusCode(status), this);
     if (!self)
         return;
     m_judging = false;

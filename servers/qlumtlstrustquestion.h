@@ -9,6 +9,7 @@
 #include <QSemaphore>
 #include <QString>
 
+#include <mutex>
 #include <optional>
 
 /// Whether to trust a TLS certificate that a connection has failed with. One question of a server at a time:
@@ -22,7 +23,11 @@ public:
     QlumTlsTrustQuestion(const QlumLog& log, QlumConnectPrompts& prompts, QObject* parent = nullptr);
     ~QlumTlsTrustQuestion() override;
 
-    /// Any thread. The certificate is DER.
+    /// Where the next failures come from. Begins anew: what the user has declined before is asked again.
+    void begin(const QString& url);
+    /// Any thread. Whether the user has overruled the finding about this server's certificate (DER).
+    [[nodiscard]] bool isOverruled(const UaStatus& finding, const UaByteString& certificate) const;
+    /// Any thread. The certificate is DER. Nobody is asked again about one that he has declined.
     void raise(unsigned int status, const QByteArray& certificate);
     void raise(const UaStatus& status, const UaByteString& certificate);
 
@@ -47,11 +52,14 @@ private:
 
     void sltUntrustedSSLCertificate(unsigned int status, const QByteArray& certificate);
     void ask(const Failure& failure);
-    void take(bool isTrusted);
+    void take(const QByteArray& certificate, bool isTrusted);
 
     const QlumLog m_log;
     QlumConnectPrompts& m_prompts;
     QString m_serverName;
+    QString m_url; ///< guarded by m_mutex
+    mutable std::mutex m_mutex;
+    QByteArray m_declined; ///< the certificate; every other one is asked about
     QSemaphore m_permit{1};
     std::optional<Failure> m_waiting;
     bool m_isHeld = false;

@@ -2,6 +2,7 @@
 // connect.
 #include <app/api/qlumconnectionstatus.h>
 #include <certificates/qlumcertificatestore.h>
+#include <certificates/qlumtlsoverrules.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
 #include <tests/gui/servers/servernodefixture.h>
@@ -326,6 +327,35 @@ TEST_F(SecuredServerNode, OneTlsQuestionAtATimeAndAnotherAttemptWhenItIsTrusted)
         node->sslCertificateValidationFailed(node->serverId(), UaStatus(OpcUa_BadCertificateUntrusted), tls));
     QCoreApplication::processEvents();
     EXPECT_EQ(asked(), QStringList{"tls trust"});
+}
+
+TEST_F(SecuredServerNode, ADeclinedTlsCertificateIsNotAskedAboutOnEachReconnect)
+{
+    use("None");
+    setting.endpoint.securityMode = OpcUa_MessageSecurityMode_None;
+    setting.endpoint.serverCertificate.clear();
+    offerOne(setting.endpoint);
+    make();
+    const auto fail = [this](const UaByteString& certificate) {
+        EXPECT_FALSE(node->sslCertificateValidationFailed(
+            node->serverId(), UaStatus(OpcUa_BadCertificateUntrusted), certificate));
+        QCoreApplication::processEvents();
+        return asked().size();
+    };
+    const UaByteString tls(static_cast<OpcUa_Int32>(der.size()), der.data());
+    EXPECT_EQ(fail(tls), 1);
+    EXPECT_EQ(fail(tls), 0);
+    EXPECT_EQ(fail(SecuredServer::otherCertificate()), 1) << "another one is another question";
+    EXPECT_EQ(fail(SecuredServer::otherCertificate()), 0);
+    EXPECT_TRUE(node->connectServer());
+    EXPECT_EQ(fail(tls), 1) << "the user has tried anew";
+
+    QDir().mkpath(QlumCertificateStore::tlsIssuerCertificates());
+    ASSERT_TRUE(qlumOverruleTls(setting.endpoint.url, tls, {OpcUa_BadCertificateHostNameInvalid}));
+    EXPECT_TRUE(node->sslCertificateValidationFailed(node->serverId(),
+                                                     UaStatus(OpcUa_BadCertificateHostNameInvalid), tls));
+    EXPECT_FALSE(node->sslCertificateValidationFailed(node->serverId(),
+                                                      UaStatus(OpcUa_BadCertificateTimeInvalid), tls));
 }
 
 TEST_F(SecuredServerNode, DiscoveryOverTlsAsksAboutTheCertificateToo)
