@@ -44,7 +44,7 @@ public:
         const std::string_view name(m_name);
         return name == PEM_STRING_X509 || name == PEM_STRING_X509_OLD || hasTrustSettings();
     }
-    /// Nothing when the block does not hold what it says.
+    // Nothing when the block does not hold what it says.
     [[nodiscard]] std::optional<Bytes> certificate() const
     {
         const ByteView content(m_content, static_cast<size_t>(m_length));
