@@ -4,6 +4,9 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+#include <array>
+
 namespace {
 class Texts
 {
@@ -56,6 +59,11 @@ public:
         case OpcUa_BadCertificateUseNotAllowed:
         case OpcUa_BadCertificateIssuerUseNotAllowed:
             return tr("The certificate was not made for this use. The server needs another one.");
+        case OpcUa_BadCertificateHostNameInvalid:
+            return tr(
+                "The certificate was made for other host names than the one of the server's URL: it may "
+                "belong to another server. Compare its thumbprint with the one that the server's "
+                "operator names, or connect by a name that the certificate holds.");
         case OpcUa_BadCertificateInvalid:
             return tr("The certificate is damaged or its signature is wrong. Do not use it before the "
                       "server's operator has explained it.");
@@ -69,6 +77,34 @@ public:
 
 constexpr OpcUa_StatusCode codeBits = 0xFFFF0000u;
 } // namespace
+
+UaStatusCode qlumWorstCertificateStatus(const std::vector<OpcUa_StatusCode>& found)
+{
+    constexpr std::array<OpcUa_StatusCode, 14> byWeight = {
+        OpcUa_BadDecodingError,
+        OpcUa_BadCertificateInvalid,
+        OpcUa_BadCertificateRevoked,
+        OpcUa_BadCertificateIssuerRevoked,
+        OpcUa_BadCertificateTimeInvalid,
+        OpcUa_BadCertificateIssuerTimeInvalid,
+        OpcUa_BadCertificatePolicyCheckFailed,
+        OpcUa_BadCertificateUseNotAllowed,
+        OpcUa_BadCertificateIssuerUseNotAllowed,
+        OpcUa_BadCertificateChainIncomplete,
+        OpcUa_BadCertificateUntrusted,
+        OpcUa_BadCertificateHostNameInvalid,
+        OpcUa_BadCertificateRevocationUnknown,
+        OpcUa_BadCertificateIssuerRevocationUnknown,
+    };
+    const auto weight = [&](OpcUa_StatusCode status) {
+        return std::find(byWeight.begin(), byWeight.end(), status & codeBits) - byWeight.begin();
+    };
+    const auto worst =
+        std::min_element(found.begin(), found.end(), [&](OpcUa_StatusCode left, OpcUa_StatusCode right) {
+            return weight(left) < weight(right);
+        });
+    return worst != found.end() ? *worst : OpcUa_StatusCode{OpcUa_Good};
+}
 
 QString qlumCertificateStatusDescription(const UaStatusCode& status)
 {

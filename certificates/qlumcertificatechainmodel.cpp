@@ -5,6 +5,7 @@
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificateerror.h>
+#include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumseverityicon.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
@@ -29,13 +30,26 @@ using UaClientSdk::SessionSecurityInfo;
 constexpr int maximumCertificates = 10; // of a chain
 constexpr int selfSignedServer = 18; // the crypto library's number; the trust list says all there is to say
 constexpr OpcUa_StatusCode codeBits = 0xFFFF0000u;
+
+QlumFindingTopic topicOf(const UaStatusCode& status)
+{
+    switch (status.code() & codeBits) {
+    case OpcUa_BadCertificateTimeInvalid:
+    case OpcUa_BadCertificateIssuerTimeInvalid:
+        return QlumFindingTopic::Time;
+    case OpcUa_BadCertificateHostNameInvalid:
+        return QlumFindingTopic::Host;
+    default:
+        return QlumFindingTopic::Other;
+    }
+}
 } // namespace
 
 QlumCertificateChainModel::QlumCertificateChainModel(const QString& serverUrl, const QString& applicationUri,
                                                      const UaByteString& certificate,
                                                      SessionSecurityInfo* security, QObject* parent)
     : QlumTreeModel({tr("Name"), tr("Trust Status")}, parent), m_certificate(certificate),
-      m_security(security), m_checks(applicationUri, serverUrl)
+      m_serverUrl(serverUrl), m_security(security), m_checks(applicationUri, serverUrl)
 {
 }
 
@@ -43,6 +57,14 @@ QlumCertificateChainModel::QlumCertificateChainModel(const UaByteString& certifi
                                                      const UaStatusCode& status, QObject* parent)
     : QlumTreeModel({tr("Name"), tr("Trust Status")}, parent), m_certificate(certificate),
       m_security(nullptr), m_givenResult(status), m_checks(QString(), QString())
+{
+}
+
+QlumCertificateChainModel::QlumCertificateChainModel(const QString& serverUrl,
+                                                     const UaByteString& certificate,
+                                                     const UaStatusCode& status, QObject* parent)
+    : QlumTreeModel({tr("Name"), tr("Trust Status")}, parent), m_certificate(certificate),
+      m_serverUrl(serverUrl), m_security(nullptr), m_givenResult(status), m_checks(QString(), serverUrl)
 {
 }
 
@@ -60,14 +82,21 @@ void QlumCertificateChainModel::validate()
     m_server = nullptr;
     m_root.reset();
     m_selfSignedSeen = false;
+    m_found.clear();
     if (m_security) {
         m_result = buildCertificateChain();
-        if (!m_result.isBad())
+        if (!m_result.isBad()) {
             verify();
+            checkHost();
+        }
     } else {
         m_result = m_givenResult;
         buildTlsNode();
+        if (m_server && !m_serverUrl.isEmpty())
+            judgeTls();
     }
+    if (m_result.isBad())
+        m_found.push_back(m_result.code());
     m_severity = m_result.isBad() ? QlumCertificateError::Error : QlumCertificateError::None;
     for (const QlumCertificateChainNode* node = m_root.get(); node; node = node->child())
         m_severity = std::max(m_severity, node->severity());
@@ -166,6 +195,46 @@ void QlumCertificateChainModel::verify()
         m_result = verified;
 }
 
+// The session would ask, but only when the user has already been told that all is well.
+void QlumCertificateChainModel::checkHost()
+{
+    SessionSecurityInfo judged = *m_security;
+    judged.serverCertificate = m_certificate;
+    if (!m_security->isSecured() || judged.namesHostOf(toUaString(m_serverUrl)))
+        return;
+    addFinding(*m_server, tr("the certificate is not made for the host of the server's URL"),
+               OpcUa_BadCertificateHostNameInvalid);
+    m_found.push_back(OpcUa_BadCertificateHostNameInvalid);
+    if (!m_result.isBad())
+        m_result = OpcUa_BadCertificateHostNameInvalid;
+}
+
+// The connection tells what it found one by one, and ends.
+void QlumCertificateChainModel::judgeTls()
+{
+    SessionSecurityInfo judged;
+    judged.initializePkiProviderHttps(toUaString(QlumCertificateStore::tlsIssuerCertificates()),
+                                      toUaString(QlumCertificateStore::tlsIssuerRevocationLists()));
+    judged.serverCertificate = m_certificate;
+    const UaStatus verified = judged.verifyTlsCertificate(toUaString(m_serverUrl), this);
+    if (verified.isBad())
+        m_found.push_back(verified.code());
+}
+
+void QlumCertificateChainModel::addFinding(QlumCertificateChainNode& node, const QString& text,
+                                           const UaStatusCode& status) const
+{
+    const QString finding = tr("%1 [%2]").arg(text, qlumStatusText(status.code()));
+    node.otherFindings()
+        .add(tr("Error"), finding)
+        .setFinding(finding, QlumCertificateError::Error, topicOf(status));
+}
+
+bool QlumCertificateChainModel::isFound(OpcUa_StatusCode status) const
+{
+    return std::find(m_found.begin(), m_found.end(), status) != m_found.end();
+}
+
 int QlumCertificateChainModel::verificationError(SessionSecurityInfo*, void* context, const UaByteString&,
                                                  unsigned int, unsigned int depth)
 {
@@ -177,12 +246,12 @@ int QlumCertificateChainModel::verificationError(SessionSecurityInfo*, void* con
         m_selfSignedSeen = m_selfSignedSeen || !m_result.isBad();
         return 1;
     }
-    if (QlumCertificateChainNode* node = nodeAtDepth(depth)) {
-        const QString finding =
-            tr("%1 [%2]").arg(qlumSingleLine(toQString(text)), qlumStatusText(status.code()));
-        node->otherFindings().add(tr("Error"), finding).setFinding(finding, QlumCertificateError::Error);
-    }
-    if (!m_result.isBad() && isTakenAsResult(status))
+    if (QlumCertificateChainNode* node = nodeAtDepth(depth))
+        addFinding(*node, qlumSingleLine(toQString(text)), status);
+    if (m_security && !isTakenAsResult(status)) // TLS lets nothing pass by itself
+        return 1;
+    m_found.push_back(status.code());
+    if (!m_result.isBad())
         m_result = status;
     return 1;
 }
@@ -219,6 +288,15 @@ bool QlumCertificateChainModel::isServerCertificate(const QModelIndex& index) co
     return m_server && node(index) == m_server;
 }
 
+// A tick beside "Untrusted" would say the contrary.
+QVariant QlumCertificateChainModel::picture(const QlumCertificateChainNode& one) const
+{
+    if (one.trustStatus() != QlumCertificateChainNode::Untrusted ||
+        one.severity() != QlumCertificateError::None)
+        return qlumSeverityIcon(one.severity());
+    return m_result.isBad() ? qlumSeverityIcon(QlumCertificateError::Warning) : QVariant();
+}
+
 QVariant QlumCertificateChainModel::cell(const QlumCertificateChainNode& one, int column, int role) const
 {
     const bool isName = column == NameColumn;
@@ -226,7 +304,7 @@ QVariant QlumCertificateChainModel::cell(const QlumCertificateChainNode& one, in
     case Qt::DisplayRole:
         return isName ? one.displayName() : one.trustStatusText();
     case Qt::DecorationRole:
-        return isName ? qlumSeverityIcon(one.severity()) : QVariant();
+        return isName ? picture(one) : QVariant();
     case Qt::ToolTipRole:
         return isName ? qlumPlainToolTip(one.displayName()) : QVariant();
     case TrustStatusRole:

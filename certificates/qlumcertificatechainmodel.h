@@ -1,4 +1,5 @@
 #pragma once
+#include <certificates/qlumcertificateadvice.h>
 #include <certificates/qlumcertificatechainnode.h>
 #include <certificates/qlumcertificatechecks.h>
 #include <certificates/qlumcertificateerror.h>
@@ -17,6 +18,7 @@
 
 #include <memory>
 #include <set>
+#include <vector>
 
 class UaPkiCertificateStore;
 
@@ -51,12 +53,20 @@ public:
     /// Of a TLS connection, which has judged the certificate already.
     QlumCertificateChainModel(const UaByteString& certificate, const UaStatusCode& status,
                               QObject* parent = nullptr);
+    /// The same, with all that is wrong with it at the server of the URL, by the folders of the application.
+    QlumCertificateChainModel(const QString& serverUrl, const UaByteString& certificate,
+                              const UaStatusCode& status, QObject* parent = nullptr);
     ~QlumCertificateChainModel() override;
 
     /// Reads the folders again and validates anew.
     void update();
-    /// Of the server's certificate: good, or the worst reason why not.
+    /// Of the server's certificate: good, or the reason why not that decides.
     [[nodiscard]] UaStatusCode validationResult() const { return m_result; }
+    /// What is to be told first: the worst of all that stands against the chain; good when nothing does.
+    [[nodiscard]] UaStatusCode headline() const { return qlumWorstCertificateStatus(m_found); }
+    [[nodiscard]] bool isFound(OpcUa_StatusCode status) const;
+    /// The status of each thing that stands against the chain.
+    [[nodiscard]] const std::vector<OpcUa_StatusCode>& found() const { return m_found; }
     /// The worst that was found in the chain, an error when the result is bad.
     [[nodiscard]] QlumCertificateError validationError() const { return m_severity; }
     /// All findings, each with the name of its certificate, for the log.
@@ -95,15 +105,21 @@ private:
     UaStatusCode buildCertificateChain();
     NodePointer climb(NodePointer server, const UaPkiCertificateStore& store, const Lists& lists) const;
     void verify();
+    void checkHost();
+    void judgeTls();
+    void addFinding(QlumCertificateChainNode& node, const QString& text, const UaStatusCode& status) const;
+    [[nodiscard]] QVariant picture(const QlumCertificateChainNode& one) const;
     [[nodiscard]] QlumCertificateChainNode* nodeAtDepth(unsigned int depth) const;
     [[nodiscard]] static bool isTakenAsResult(const UaStatusCode& status);
 
     const UaByteString m_certificate;
+    const QString m_serverUrl;
     UaClientSdk::SessionSecurityInfo* const m_security; // null for TLS
     const UaStatusCode m_givenResult;                   // for TLS
     const QlumCertificateChecks m_checks;
     UaStatusCode m_result;
-    bool m_selfSignedSeen = false; // passed over, but it stands before what was found later
+    std::vector<OpcUa_StatusCode> m_found; // what is not let pass by a setting
+    bool m_selfSignedSeen = false;         // passed over, but it stands before what was found later
     QlumCertificateError m_severity = QlumCertificateError::None;
     NodePointer m_root;
     QlumCertificateChainNode* m_server = nullptr;

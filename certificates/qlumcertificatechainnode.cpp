@@ -84,15 +84,18 @@ int QlumCertificateChainNode::indexOf(const QlumCertificateDetailsNode* node) co
 std::vector<QlumCertificateChainNode::Finding> QlumCertificateChainNode::findings() const
 {
     std::vector<Finding> result;
-    const auto known = [&result](const QString& text) {
-        return std::any_of(result.begin(), result.end(),
-                           [&text](const Finding& one) { return one.text == text; });
+    const auto known = [&result](const QlumCertificateDetailsNode& line) {
+        return std::any_of(result.begin(), result.end(), [&line](const Finding& one) {
+            return one.text == line.finding() ||
+                   (one.topic == line.topic() && one.severity > line.severity() &&
+                    line.topic() != QlumFindingTopic::Other);
+        });
     };
     for (const auto& group : m_details) {
         for (int i = 0; i < group->childCount(); ++i) {
             const QlumCertificateDetailsNode& line = *group->child(i);
-            if (!line.finding().isEmpty() && !known(line.finding()))
-                result.push_back({line.finding(), line.severity()});
+            if (!line.finding().isEmpty() && !known(line))
+                result.push_back({line.finding(), line.severity(), line.topic()});
         }
     }
     std::stable_sort(result.begin(), result.end(), [](const Finding& left, const Finding& right) {

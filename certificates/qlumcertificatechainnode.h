@@ -52,8 +52,10 @@ public:
     {
         QString text;
         QlumCertificateError severity;
+        QlumFindingTopic topic;
     };
-    /// All findings about this certificate, the worst first.
+    /// All findings about this certificate, the worst first. What the validation says is not said once more
+    /// in the words of the check of a line.
     [[nodiscard]] std::vector<Finding> findings() const;
 
 private:

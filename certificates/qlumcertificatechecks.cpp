@@ -100,9 +100,11 @@ void QlumCertificateChecks::addValidity(QlumCertificateChainNode& node) const
     QlumCertificateDetailsNode& begin = group.add(tr("Valid From"), qlumValidityTime(from));
     QlumCertificateDetailsNode& end = group.add(tr("Valid To"), qlumValidityTime(to));
     if (now < from)
-        begin.setFinding(tr("The certificate is not yet valid"), QlumCertificateError::Warning);
+        begin.setFinding(tr("The certificate is not yet valid"), QlumCertificateError::Warning,
+                         QlumFindingTopic::Time);
     if (to < now)
-        end.setFinding(tr("The certificate has expired"), QlumCertificateError::Warning);
+        end.setFinding(tr("The certificate has expired"), QlumCertificateError::Warning,
+                       QlumFindingTopic::Time);
 }
 
 void QlumCertificateChecks::addInfo(QlumCertificateChainNode& node) const
@@ -120,6 +122,8 @@ void QlumCertificateChecks::addSignature(QlumCertificateDetailsNode& group,
     const QString name = tr("Signature Algorithm");
     switch (certificate.signatureAlgorithm()) {
     case UaPkiCertificate::Sha256:
+    case UaPkiCertificate::Sha384:
+    case UaPkiCertificate::Sha512:
         group.add(name, line(certificate.signatureTypeString()));
         return;
     case UaPkiCertificate::Sha1:
@@ -181,8 +185,8 @@ void QlumCertificateChecks::addHosts(QlumCertificateDetailsNode& group,
     const QString text = tr("The host of the server's URL ('%1') cannot be found in the list of IP addresses "
                             "or DNS names")
                              .arg(qlumCutText(qlumSingleLine(m_host)));
-    addressLine.setFinding(text, QlumCertificateError::Warning);
-    nameLine.setFinding(text, QlumCertificateError::Warning);
+    addressLine.setFinding(text, QlumCertificateError::Warning, QlumFindingTopic::Host);
+    nameLine.setFinding(text, QlumCertificateError::Warning, QlumFindingTopic::Host);
 }
 
 void QlumCertificateChecks::addExtensions(QlumCertificateChainNode& node) const

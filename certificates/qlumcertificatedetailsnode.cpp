@@ -11,10 +11,12 @@ QlumCertificateDetailsNode::QlumCertificateDetailsNode(QlumCertificateChainNode&
 {
 }
 
-void QlumCertificateDetailsNode::setFinding(const QString& text, QlumCertificateError severity)
+void QlumCertificateDetailsNode::setFinding(const QString& text, QlumCertificateError severity,
+                                            QlumFindingTopic topic)
 {
     m_finding = m_finding.isEmpty() ? text : m_finding + QLatin1Char('\n') + text;
     m_severity = std::max(m_severity, severity);
+    m_topic = topic;
     m_chainNode.raiseSeverity(severity);
 }
 

@@ -8,6 +8,9 @@
 
 class QlumCertificateChainNode;
 
+/// What a finding is about, where a check of the lines and the validation of the chain come upon the same.
+enum class QlumFindingTopic { Other, Time, Host };
+
 /// One line about a certificate: a name and a value, or a group of such lines. Owned by its parent or, at the
 /// top, by the chain node.
 class QlumCertificateDetailsNode
@@ -27,9 +30,11 @@ public:
     /// What is wrong with it; empty when nothing is.
     [[nodiscard]] const QString& finding() const { return m_finding; }
     [[nodiscard]] QlumCertificateError severity() const { return m_severity; }
+    [[nodiscard]] QlumFindingTopic topic() const { return m_topic; }
 
     /// Also raises the severity of the certificate. Of several texts each has a line.
-    void setFinding(const QString& text, QlumCertificateError severity);
+    void setFinding(const QString& text, QlumCertificateError severity,
+                    QlumFindingTopic topic = QlumFindingTopic::Other);
     QlumCertificateDetailsNode& add(const QString& name, const QString& value);
 
     [[nodiscard]] int childCount() const { return static_cast<int>(m_children.size()); }
@@ -46,5 +51,6 @@ private:
     const QString m_value;
     QString m_finding;
     QlumCertificateError m_severity = QlumCertificateError::None;
+    QlumFindingTopic m_topic = QlumFindingTopic::Other;
     std::vector<std::unique_ptr<QlumCertificateDetailsNode>> m_children;
 };

@@ -2,7 +2,6 @@
 
 #include <app/api/qlumactiontable.h>
 #include <app/api/qlumdisplaytext.h>
-#include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificateadvice.h>
 #include <certificates/qlumcertificatechainnode.h>
@@ -10,7 +9,7 @@
 #include <certificates/qlumcertificateerror.h>
 #include <certificates/qlumseverityicon.h>
 #include <certificates/qlumthumbprint.h>
-#include <uabase/uapkicpp/uapkicertificate.h>
+#include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
@@ -21,23 +20,19 @@
 #include <QAbstractItemView>
 #include <QAction>
 #include <QCheckBox>
-#include <QClipboard>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QDir>
-#include <QFileDialog>
 #include <QGridLayout>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QListWidget>
 #include <QListWidgetItem>
-#include <QMessageBox>
 #include <QModelIndex>
-#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRect>
+#include <QResizeEvent>
 #include <QSize>
 #include <QSplitter>
 #include <QString>
@@ -84,11 +79,6 @@ QLabel* makeLabel(const char* objectName, Qt::TextFormat format)
     label->setWordWrap(true);
     return label;
 }
-
-QString filePath(const QString& folder, const UaPkiCertificate& certificate)
-{
-    return QStringLiteral("%1/%2.der").arg(folder, qlumThumbprint(certificate));
-}
 } // namespace
 
 QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, const QString& applicationUri,
@@ -104,6 +94,17 @@ QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, const Ua
                                              const UaStatusCode& status, QWidget* parent)
     : QlumCertificateDialog(serverName, new QlumCertificateChainModel(certificate, status), nullptr, parent)
 {
+}
+
+QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, const QString& serverUrl,
+                                             const UaByteString& certificate, const UaStatusCode& status,
+                                             QWidget* parent)
+    : QlumCertificateDialog(serverName, new QlumCertificateChainModel(serverUrl, certificate, status),
+                            nullptr, parent)
+{
+    m_serverUrl = serverUrl;
+    m_overrule->setText(overruleText());
+    updateButtons();
 }
 
 QlumCertificateDialog::QlumCertificateDialog(const QString& serverName, QlumCertificateChainModel* model,
@@ -203,6 +204,16 @@ void QlumCertificateDialog::createButtons(QVBoxLayout* layout)
     m_acceptOnce->setVisible(!isTls());
     layout->addWidget(m_acceptOnce);
 
+    m_overrule = new QCheckBox;
+    m_overrule->setObjectName(QStringLiteral("overrule"));
+    m_overrule->setToolTip(tr("Holds for this server and this certificate only"));
+    m_overrule->setWhatsThis(
+        tr("<b>Use it all the same</b><br>Devices that are reached by an address, or whose "
+           "clock is wrong, often have such certificates. Compare the thumbprint first. "
+           "When the server shows another certificate, you are asked again."));
+    connect(m_overrule, &QCheckBox::toggled, this, &QlumCertificateDialog::updateButtons);
+    layout->addWidget(m_overrule);
+
     m_trust = new QPushButton(isTls() ? tr("Trust TLS Certificate") : tr("Trust Server Certificate"));
     m_trust->setObjectName(QStringLiteral("trust"));
     m_trust->setIcon(QIcon(QStringLiteral(":/images/certificate.png")));
@@ -210,15 +221,30 @@ void QlumCertificateDialog::createButtons(QVBoxLayout* layout)
     m_trust->setWhatsThis(
         tr("<b>Trust</b><br>Copies the certificate into Tavelin's trust list, where the certificate manager "
            "shows it. Servers that use it or a certificate issued by it are then trusted."));
+    m_trustIssuer = new QPushButton(tr("Trust Issuer..."));
+    m_trustIssuer->setObjectName(QStringLiteral("trustIssuer"));
+    m_trustIssuer->setToolTip(tr("Trust all servers with a certificate of this issuer"));
+    m_trustIssuer->setWhatsThis(tr("<b>Trust Issuer</b><br>Copies the certificate of whoever issued the "
+                                   "server's one into Tavelin's trust list, after a question."));
+    m_importList = new QPushButton(tr("Import CRL..."));
+    m_importList->setObjectName(QStringLiteral("importCrl"));
+    m_importList->setToolTip(tr("Add a revocation list of the issuer to the certificate store"));
+    m_importList->setWhatsThis(
+        tr("<b>Import CRL</b><br>Reads a revocation list from a file, and keeps it when "
+           "an issuer of this certificate has signed it."));
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     m_buttons->setObjectName(QStringLiteral("buttons"));
     m_buttons->addButton(m_trust, isTls() ? QDialogButtonBox::AcceptRole : QDialogButtonBox::ActionRole);
+    m_buttons->addButton(m_trustIssuer, QDialogButtonBox::ActionRole);
+    m_buttons->addButton(m_importList, QDialogButtonBox::ActionRole);
+    connect(m_trustIssuer, &QPushButton::clicked, this, &QlumCertificateDialog::trustIssuer);
+    connect(m_importList, &QPushButton::clicked, this, &QlumCertificateDialog::importList);
     if (!isTls()) {
         QPushButton* go = m_buttons->addButton(QDialogButtonBox::Ok);
         go->setText(tr("Continue"));
         go->setObjectName(QStringLiteral("continue"));
         go->setToolTip(tr("Connect to the server"));
-        connect(m_trust, &QPushButton::clicked, this, &QlumCertificateDialog::trust);
+        connect(m_trust, &QPushButton::clicked, this, [this] { trust(); });
         connect(m_acceptOnce, &QCheckBox::toggled, this, &QlumCertificateDialog::updateButtons);
     }
     m_buttons->button(QDialogButtonBox::Cancel)->setToolTip(tr("Do not connect"));
@@ -264,11 +290,12 @@ void QlumCertificateDialog::showResult()
 {
     const UaStatusCode result = m_model->validationResult();
     m_caption->setText(captionFor(isTls(), result.isBad()).arg(m_serverName.toHtmlEscaped()));
+    const UaStatusCode headline = m_model->headline();
     m_result->setText(QStringLiteral("<b><font color=\"%1\">%2</font></b>")
                           .arg(result.isBad() ? QStringLiteral("#ff0000") : QStringLiteral("#00aa00"),
-                               qlumStatusText(result.code()).toHtmlEscaped()));
-    m_result->setToolTip(qlumCertificateStatusDescription(result));
-    m_advice->setText(qlumCertificateAdvice(result));
+                               qlumStatusText(headline.code()).toHtmlEscaped()));
+    m_result->setToolTip(qlumCertificateStatusDescription(headline));
+    m_advice->setText(qlumCertificateAdvice(headline));
     m_advice->setVisible(!m_advice->text().isEmpty());
     const int size = style()->pixelMetric(QStyle::PM_LargeIconSize);
     const QlumCertificateError severity = isTls() ? QlumCertificateError::Error : m_model->validationError();
@@ -290,16 +317,39 @@ void QlumCertificateDialog::showSelected()
 
 void QlumCertificateDialog::showFindings(const QlumCertificateChainNode* node)
 {
-    constexpr int maximumRows = 5;
     m_findings->clear();
     if (node)
         for (const QlumCertificateChainNode::Finding& finding : node->findings())
             m_findings->addItem(new QListWidgetItem(qlumSeverityIcon(finding.severity), finding.text));
     m_findings->setVisible(m_findings->count() > 0);
+    fitFindings();
+}
+
+// The list is as high as its texts, which wrap: how often is known when the width is.
+void QlumCertificateDialog::fitFindings()
+{
+    constexpr int maximumRows = 5;
+    constexpr int margin = 6;
+    const int icon = m_findings->iconSize().width() + 2 * margin;
+    const int width = m_findings->viewport()->width() - icon - margin;
     int height = 2 * m_findings->frameWidth();
-    for (int row = 0; row < m_findings->count() && row < maximumRows; ++row)
-        height += m_findings->sizeHintForRow(row);
+    for (int row = 0; row < m_findings->count(); ++row) {
+        QListWidgetItem* item = m_findings->item(row);
+        const QRect text = m_findings->fontMetrics().boundingRect(
+            QRect(0, 0, qMax(width, icon), QWIDGETSIZE_MAX), Qt::TextWordWrap, item->text());
+        const int needed = qMax(text.height() + margin, m_findings->iconSize().height() + margin);
+        item->setSizeHint(QSize(0, needed));
+        if (row < maximumRows)
+            height += needed;
+    }
     m_findings->setFixedHeight(height);
+}
+
+void QlumCertificateDialog::resizeEvent(QResizeEvent* event)
+{
+    QlumBaseWidget::resizeEvent(event);
+    layout()->activate(); // the list has its new width then
+    fitFindings();
 }
 
 void QlumCertificateDialog::updateButtons()
@@ -308,8 +358,16 @@ void QlumCertificateDialog::updateButtons()
     QPushButton* cancel = m_buttons->button(QDialogButtonBox::Cancel);
     for (QAction* action : qAsConst(m_certificateActions))
         action->setEnabled(selected != nullptr);
+    const QlumCertificateChainNode* server = m_model->node(m_model->serverCertificateIndex());
+    const QlumCertificateChainNode* issuer = server ? server->parent() : nullptr;
+    m_trustIssuer->setVisible(!isTls() && issuer && m_model->isFound(OpcUa_BadCertificateUntrusted) &&
+                              issuer->trustStatus() != QlumCertificateChainNode::Trusted);
+    m_importList->setVisible(!isTls() && (m_model->isFound(OpcUa_BadCertificateRevocationUnknown) ||
+                                          m_model->isFound(OpcUa_BadCertificateIssuerRevocationUnknown)));
+    m_overrule->setVisible(isOverrulable());
     if (isTls()) {
-        m_trust->setEnabled(selected != nullptr);
+        const bool isDecided = m_overrule->isChecked() || !hasOverrulable();
+        m_trust->setEnabled(selected && (m_serverUrl.isEmpty() || (isDecided && !isBlocked())));
         cancel->setDefault(true);
         return;
     }
@@ -322,79 +380,4 @@ void QlumCertificateDialog::updateButtons()
     QPushButton* go = m_buttons->button(QDialogButtonBox::Ok);
     go->setEnabled(!bad || m_acceptOnce->isChecked());
     (go->isEnabled() ? go : cancel)->setDefault(true);
-}
-
-// ---- what the user does
-
-UaPkiCertificate QlumCertificateDialog::selectedCertificate() const
-{
-    const QlumCertificateChainNode* node = m_model->node(m_chainView->currentIndex());
-    return node ? node->certificate() : UaPkiCertificate();
-}
-
-bool QlumCertificateDialog::write(const UaPkiCertificate& certificate, const QString& path)
-{
-    if (certificate.toDERFile(toUaString(path)))
-        return true;
-    QStringList reasons;
-    for (const UaString& reason : certificate.getErrors())
-        reasons.append(toQString(reason));
-    QlumLog(QStringLiteral("Tavelin"))
-        .error(tr("The certificate could not be written to '%1': %2")
-                   .arg(path, qlumSingleLine(reasons.join(QLatin1String("; ")))));
-    return false;
-}
-
-void QlumCertificateDialog::trust()
-{
-    const UaPkiCertificate certificate = selectedCertificate();
-    const QString path = filePath(toQString(m_security->pki().trustedCertificates), certificate);
-    const bool written = write(certificate, path);
-    update();
-    if (written)
-        return;
-    m_advice->setText(tr("The certificate could not be written to '%1'; the log tells why.").arg(path));
-    m_advice->show();
-}
-
-void QlumCertificateDialog::saveAs()
-{
-    const UaPkiCertificate certificate = selectedCertificate();
-    const QString folder =
-        isTls() ? QDir::homePath() : toQString(m_security->pki().trustedCertificates); // TLS trusts elsewhere
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save Certificate"),
-                                                      filePath(folder, certificate), QStringLiteral("*.der"));
-    if (path.isEmpty())
-        return;
-    if (!write(certificate, path))
-        QMessageBox::critical(this, tr("Save Certificate"), tr("The certificate could not be written."));
-    update();
-}
-
-void QlumCertificateDialog::copyThumbprint() const
-{
-    QGuiApplication::clipboard()->setText(qlumThumbprint(selectedCertificate()));
-}
-
-// A cell shows no more than fits.
-void QlumCertificateDialog::showWholeValue(const QModelIndex& index)
-{
-    const QModelIndex value = index.sibling(index.row(), QlumCertificateDetailsModel::ValueColumn);
-    const QString text = value.data(Qt::EditRole).toString();
-    if (text == value.data().toString())
-        return;
-    QlumBaseWidget dialog(QStringLiteral("QlumCertificateValue"), this);
-    dialog.setWindowTitle(
-        index.sibling(index.row(), QlumCertificateDetailsModel::NameColumn).data().toString());
-    auto* edit = new QPlainTextEdit(text, &dialog);
-    edit->setObjectName(QStringLiteral("value"));
-    edit->setAccessibleName(tr("Whole value"));
-    edit->setReadOnly(true);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
-    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    auto* layout = new QVBoxLayout(&dialog);
-    layout->addWidget(edit);
-    layout->addWidget(buttons);
-    dialog.resize(480, 400);
-    dialog.exec();
 }

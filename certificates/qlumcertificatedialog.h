@@ -19,6 +19,7 @@ class QDialogButtonBox;
 class QLabel;
 class QListWidget;
 class QPushButton;
+class QResizeEvent;
 class QTreeView;
 class QVBoxLayout;
 class QlumCertificateDetailsModel;
@@ -38,15 +39,33 @@ public:
     QlumCertificateDialog(const QString& serverName, const UaByteString& certificate,
                           const UaStatusCode& status, QWidget* parent = nullptr);
 
+    /// The same, with every finding about the certificate at that URL. What may be overruled there has a box
+    /// of its own: with it ticked, Accepted also overrules that, for this server and this certificate.
+    QlumCertificateDialog(const QString& serverName, const QString& serverUrl,
+                          const UaByteString& certificate, const UaStatusCode& status,
+                          QWidget* parent = nullptr);
+
+    /// Of TLS: whether there is something to overrule, and nothing that would still stand.
+    [[nodiscard]] bool isOverrulable() const;
     [[nodiscard]] QlumCertificateError validationError() const { return m_model->validationError(); }
     [[nodiscard]] UaStatusCode validationResult() const { return m_model->validationResult(); }
     /// All findings about the chain, each with the name of its certificate, for the log.
     [[nodiscard]] QStringList findings() const { return m_model->findings(); }
 
+    /// The user declines. A certificate that nobody trusts stays in the rejected folder.
+    void reject() override;
+    void accept() override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QlumCertificateDialog(const QString& serverName, QlumCertificateChainModel* model,
                           UaClientSdk::SessionSecurityInfo* security, QWidget* parent);
 
+    [[nodiscard]] bool isBlocked() const;
+    [[nodiscard]] bool hasOverrulable() const;
+    [[nodiscard]] QString overruleText() const;
     [[nodiscard]] bool isTls() const { return m_security == nullptr; }
     void createHeader(QVBoxLayout* layout);
     void createChain();
@@ -58,8 +77,14 @@ private:
     void showResult();
     void showSelected();
     void showFindings(const QlumCertificateChainNode* node);
+    void fitFindings();
     void updateButtons();
     void trust();
+    void trust(const UaPkiCertificate& certificate);
+    void trustIssuer();
+    void importList();
+    /// Why it was not added; empty when it was.
+    [[nodiscard]] QString addList(const QString& path) const;
     void saveAs();
     void copyThumbprint() const;
     void showWholeValue(const QModelIndex& index);
@@ -68,6 +93,7 @@ private:
     [[nodiscard]] static QString captionFor(bool tls, bool bad);
 
     const QString m_serverName;
+    QString m_serverUrl; ///< of TLS; empty: unknown
     QlumCertificateChainModel* m_model;
     UaClientSdk::SessionSecurityInfo* const m_security;
     QlumCertificateDetailsModel* m_details;
@@ -81,6 +107,9 @@ private:
     QListWidget* m_findings = nullptr;
     QTreeView* m_detailsView = nullptr;
     QCheckBox* m_acceptOnce = nullptr;
+    QCheckBox* m_overrule = nullptr;
     QPushButton* m_trust = nullptr;
+    QPushButton* m_trustIssuer = nullptr;
+    QPushButton* m_importList = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
 };

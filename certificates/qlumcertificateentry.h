@@ -40,6 +40,8 @@ public:
     QlumCertificateEntry(State state, const QString& fileName, const UaPkiCertificate& certificate);
 
     [[nodiscard]] State state() const { return m_state; }
+    /// False: nothing in the file counts as a certificate, or not all of it; there is none here then.
+    [[nodiscard]] bool isReadable() const { return !m_certificate.isNull(); }
     /// Without folder.
     [[nodiscard]] const QString& fileName() const { return m_fileName; }
     [[nodiscard]] const UaPkiCertificate& certificate() const { return m_certificate; }

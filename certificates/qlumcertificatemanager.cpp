@@ -293,13 +293,15 @@ void QlumCertificateManager::sltUpdateActions()
     const QlumCertificateEntry* entry = page ? page->currentEntry() : nullptr;
     const bool trustedStore = page && page->model()->type() == QlumCertificateModel::Trusted;
     const bool own = entry && entry->state() == QlumCertificateEntry::Own;
-    m_actions[Trust]->setEnabled(entry && trustedStore && entry->state() == QlumCertificateEntry::Rejected &&
+    const bool readable = entry && entry->isReadable();
+    m_actions[Trust]->setEnabled(readable && trustedStore &&
+                                 entry->state() == QlumCertificateEntry::Rejected &&
                                  QDir(m_store.trustedCertificates).exists());
     m_actions[Reject]->setEnabled(entry && trustedStore && entry->state() == QlumCertificateEntry::InStore &&
                                   QDir(m_store.rejected).exists());
     m_actions[Open]->setEnabled(entry);
     m_actions[Delete]->setEnabled(entry && !own); // without it no secure connection is possible
-    m_actions[CopyThumbprint]->setEnabled(entry);
+    m_actions[CopyThumbprint]->setEnabled(readable);
     const auto* lists = qobject_cast<QlumCrlPage*>(m_listTabs->currentWidget());
     const bool list = lists && lists->current().isValid();
     m_actions[OpenList]->setEnabled(list);

@@ -72,6 +72,13 @@ bool QlumCertificateManager::ask(const QString& title, const QString& text)
 
 void QlumCertificateManager::sltTrust()
 {
+    const QlumCertificatePage* page = m_certificates[QlumCertificateModel::Trusted];
+    const int count = page->countOfFile(page->currentFile());
+    if (count > 1 && !ask(tr("Trust Certificates"),
+                          tr("The file holds %1 certificates, which all become trusted.\nDo you want to "
+                             "trust all of them?")
+                              .arg(count)))
+        return;
     move(m_store.rejected, m_store.trustedCertificates,
          tr("Could not move certificate %1 to the trusted directory"));
 }
@@ -111,10 +118,12 @@ void QlumCertificateManager::sltDelete()
     if (path.isEmpty())
         return;
     const bool list = qobject_cast<QlumCrlPage*>(page) != nullptr;
-    const bool wanted =
-        list ? ask(tr("Delete CRL"), tr("Do you really want to delete the selected CRL?"))
-             : ask(tr("Delete Certificate"), tr("Do you really want to delete the selected certificate?"));
-    if (!wanted)
+    QString question = list ? tr("Do you really want to delete the selected CRL?")
+                            : tr("Do you really want to delete the selected certificate?");
+    const auto* certificates = qobject_cast<QlumCertificatePage*>(page);
+    if (const int count = certificates ? certificates->countOfFile(path) : 1; count > 1)
+        question += tr("\nIts file holds %1 certificates, which are all deleted.").arg(count);
+    if (!ask(list ? tr("Delete CRL") : tr("Delete Certificate"), question))
         return;
     if (UaDir::remove(toUaString(path))) {
         const QString failure = list ? tr("Could not delete CRL %1") : tr("Could not delete certificate %1");

@@ -32,7 +32,7 @@ QlumCertificateModel::QlumCertificateModel(CertStoreType type, const QIcon& icon
                       tr("DomainName"), tr("IP"), tr("Filename"), tr("Days Left"), tr("Key Size"),
                       tr("Signature"), tr("Thumbprint")},
                      parent),
-      m_type(type)
+      m_type(type), m_unreadable(QStringLiteral(":/images/error.png"))
 {
     for (std::size_t state = 0; state < m_icons.size(); ++state)
         for (std::size_t validity = 0; validity < m_icons[state].size(); ++validity)
@@ -69,6 +69,8 @@ QVariant QlumCertificateModel::cell(const QlumCertificateEntry& entry, int colum
 {
     if (role == ThumbprintRole)
         return entry.details().thumbprint;
+    if (role == Qt::ToolTipRole && column == Status && !entry.isReadable())
+        return tr("The file, or a part of it, is no certificate that can be read; that part is not trusted");
     if (role == Qt::TextAlignmentRole && (column == DaysLeft || column == KeySize))
         return int(Qt::AlignRight | Qt::AlignVCenter);
     return QlumStoreModel::cell(entry, column, role);
@@ -76,6 +78,8 @@ QVariant QlumCertificateModel::cell(const QlumCertificateEntry& entry, int colum
 
 QIcon QlumCertificateModel::icon(const QlumCertificateEntry& entry) const
 {
+    if (!entry.isReadable())
+        return m_unreadable;
     return m_icons[static_cast<std::size_t>(entry.state())][static_cast<std::size_t>(entry.validState())];
 }
 
@@ -100,6 +104,8 @@ QVariant QlumCertificateModel::validityText(QlumValidity validity) const
 
 QString QlumCertificateModel::statusText(const QlumCertificateEntry& entry) const
 {
+    if (!entry.isReadable())
+        return tr("Unreadable");
     if (m_type == Issuers)
         return tr("Known Issuer");
     if (m_type == TlsIssuers)
@@ -117,6 +123,8 @@ QString QlumCertificateModel::statusText(const QlumCertificateEntry& entry) cons
 QString QlumCertificateModel::text(const QlumCertificateEntry& entry, int column) const
 {
     const QlumCertificateEntry::Details& details = entry.details();
+    if (!entry.isReadable() && (column == DaysLeft || column == KeySize))
+        return {};
     switch (column) {
     case Status:
         return statusText(entry);

@@ -61,5 +61,6 @@ private:
     [[nodiscard]] QString statusText(const QlumCertificateEntry& entry) const;
 
     CertStoreType m_type;
+    QIcon m_unreadable;
     std::array<std::array<QIcon, 4>, 3> m_icons; ///< by state, then by validity
 };

@@ -119,9 +119,27 @@ void QlumNewCertificateDlg::setValues(const QlumOwnCertificate& values)
     set(Country, values.subject.country);
     fill(m_addresses.list, values.info.IPAddresses);
     fill(m_dnsNames.list, values.info.DNSNames);
-    m_keySize->setCurrentIndex(std::max(0, m_keySize->findData(values.keyBits)));
-    m_algorithm->setCurrentIndex(std::max(0, m_algorithm->findData(values.algorithm)));
+    selectKeySize(values.keyBits);
+    selectAlgorithm(values.algorithm);
     sltValidate();
+}
+
+// The size, or the next larger one: a key that is to follow another must not be weaker than that.
+void QlumNewCertificateDlg::selectKeySize(int bits)
+{
+    int index = 0;
+    while (index < m_keySize->count() && m_keySize->itemData(index).toInt() < bits)
+        ++index;
+    if (index == m_keySize->count())
+        m_keySize->addItem(tr("%1 bits").arg(bits), bits);
+    m_keySize->setCurrentIndex(index);
+}
+
+void QlumNewCertificateDlg::selectAlgorithm(UaPkiCertificate::SignatureAlgorithm algorithm)
+{
+    if (m_algorithm->findData(algorithm) < 0)
+        m_algorithm->addItem(algorithm == UaPkiCertificate::Sha384 ? tr("Sha384") : tr("Sha512"), algorithm);
+    m_algorithm->setCurrentIndex(m_algorithm->findData(algorithm));
 }
 
 // ---- rules

@@ -73,6 +73,8 @@ private:
         QPushButton* remove = nullptr;
     };
 
+    void selectKeySize(int bits);
+    void selectAlgorithm(UaPkiCertificate::SignatureAlgorithm algorithm);
     void createLayout(bool noCancel, bool canProtectKey);
     [[nodiscard]] QWidget* createSubjectGroup();
     [[nodiscard]] QWidget* createInformationGroup();

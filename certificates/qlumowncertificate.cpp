@@ -3,6 +3,8 @@
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificatestore.h>
 #include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/uapkicpp/uapkikey.h>
+#include <uabase/uapkicpp/uapkipublickey.h>
 #include <uabase/values/uastring.h>
 
 #include <QByteArray>
@@ -89,8 +91,9 @@ QlumOwnCertificate QlumOwnCertificate::renewed(const UaPkiCertificate& old, cons
         result.info.IPAddresses = oldInfo.IPAddresses;
         result.info.DNSNames = oldInfo.DNSNames;
     }
-    if (const int bits = old.publicKey().keySize(); bits >= 1024 && bits <= 4096)
-        result.keyBits = bits;
+    const UaPkiPublicKey key = old.publicKey();
+    if (key.keyType() == UaPkiKey::RSA && key.keySize() >= UaPkiRsaKeyPair::minimumBits)
+        result.keyBits = key.keySize();
     if (old.signatureAlgorithm() != UaPkiCertificate::UnknownSignatureAlgorithm)
         result.algorithm = old.signatureAlgorithm();
     return result;

@@ -3,7 +3,9 @@
 #include <app/api/qlumtext.h>
 #include <certificates/qlumthumbprint.h>
 #include <certificates/qlumtlstrust.h>
+#include <opcua/opcua_crypto.h>
 #include <uabase/system/uadir.h>
+#include <uabase/uapkicpp/uapkicertificatecollection.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 #include <uabase/values/uastring.h>
 
@@ -11,31 +13,18 @@
 #include <QCryptographicHash>
 #include <QDir>
 
-#include <algorithm>
 #include <vector>
 
 namespace {
 using Bytes = std::vector<unsigned char>;
 
-bool hasSuffix(const QString& name, const QStringList& suffixes)
+bool belongs(const UaString& name, QlumStoreFiles::Kind kind)
 {
-    return std::any_of(
-        suffixes.begin(), suffixes.end(),
-        [&name](const QString& suffix) { return name.endsWith(suffix, Qt::CaseInsensitive); });
-}
-
-bool belongs(const QString& name, QlumStoreFiles::Kind kind)
-{
-    static const QStringList certificates{QStringLiteral(".der"), QStringLiteral(".cer"),
-                                          QStringLiteral(".crt")};
-    switch (kind) {
-    case QlumStoreFiles::Kind::Certificates:
-        return hasSuffix(name, certificates);
-    case QlumStoreFiles::Kind::HashedCertificates:
-        return name.contains(QLatin1Char('.'));
-    default:
-        return hasSuffix(name, certificates) || name.endsWith(QLatin1String(".crl"), Qt::CaseInsensitive);
-    }
+    const auto naming = kind == QlumStoreFiles::Kind::HashedCertificates ? OpcUa_CertificateNaming_Dotted
+                                                                         : OpcUa_CertificateNaming_Endings;
+    return OpcUa_CertificateFile_IsName(name.toUtf8(), naming) != OpcUa_False ||
+           (kind == QlumStoreFiles::Kind::RevocationLists &&
+            toQString(name).endsWith(QLatin1String(".crl"), Qt::CaseInsensitive));
 }
 
 bool read(const QString& path, Bytes& bytes)
@@ -74,25 +63,36 @@ QlumStoreFiles::Added addCertificate(const UaPkiCertificate& certificate, QlumSt
     return write(inFolder(folder, qlumThumbprint(certificate) + QStringLiteral(".der")), certificate.toDER());
 }
 
-QlumStoreFiles::Added addList(const UaPkiRevocationList& list, QlumStoreFiles::Store store,
-                              const QlumCertificateStoreConfiguration& folders)
+// The first that cannot be written ends it: the next attempt finds the others there.
+QlumStoreFiles::Added addCertificates(const UaPkiCertificateCollection& certificates,
+                                      QlumStoreFiles::Store store,
+                                      const QlumCertificateStoreConfiguration& folders)
 {
-    const QString& folder = store == QlumStoreFiles::Store::Trusted   ? folders.trustedRevocationLists
-                            : store == QlumStoreFiles::Store::Issuers ? folders.issuerRevocationLists
-                                                                      : folders.tlsIssuerRevocationLists;
-    const UaByteArray der = list.toDER();
-    const QByteArray bytes(reinterpret_cast<const char*>(der.rawData()), static_cast<int>(der.size()));
-    const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
-    return write(inFolder(folder, QString::fromLatin1(digest) + QStringLiteral(".crl")), der);
+    auto result = QlumStoreFiles::Added::AlreadyThere;
+    for (int i = 0; i < certificates.size(); ++i) {
+        const auto added = addCertificate(certificates[i], store, folders);
+        if (added == QlumStoreFiles::Added::NotWritten)
+            return added;
+        if (added == QlumStoreFiles::Added::Yes)
+            result = added;
+    }
+    return result;
+}
+
+const QString& listFolder(QlumStoreFiles::Store store, const QlumCertificateStoreConfiguration& folders)
+{
+    return store == QlumStoreFiles::Store::Trusted   ? folders.trustedRevocationLists
+           : store == QlumStoreFiles::Store::Issuers ? folders.issuerRevocationLists
+                                                     : folders.tlsIssuerRevocationLists;
 }
 } // namespace
 
 QStringList QlumStoreFiles::names(const QString& folder, Kind kind)
 {
     QStringList result;
-    for (const UaString& name : UaDir::fileNames(toUaString(folder)))
-        if (const QString text = toQString(name); belongs(text, kind))
-            result.append(text);
+    for (const UaString& name : UaDir::fileNames(toUaString(folder), OPCUA_MAXIMUM_STORE_FILES))
+        if (belongs(name, kind))
+            result.append(toQString(name));
     return result;
 }
 
@@ -102,6 +102,11 @@ UaPkiCertificate QlumStoreFiles::loadCertificate(const QString& path)
     if (certificate.isNull())
         certificate = UaPkiCertificate::fromPEMFile(toUaString(path));
     return certificate;
+}
+
+UaPkiCertificateCollection QlumStoreFiles::loadCertificates(const QString& path)
+{
+    return UaPkiCertificateCollection::fromFile(toUaString(path));
 }
 
 bool QlumStoreFiles::move(const QString& name, const QString& from, const QString& to)
@@ -127,9 +132,17 @@ bool QlumStoreFiles::move(const QString& name, const QString& from, const QStrin
 QlumStoreFiles::Added QlumStoreFiles::add(const QString& path, Store store,
                                           const QlumCertificateStoreConfiguration& folders)
 {
-    if (const UaPkiCertificate certificate = loadCertificate(path); !certificate.isNull())
-        return addCertificate(certificate, store, folders);
+    if (const auto certificates = loadCertificates(path); certificates.size() > 0)
+        return addCertificates(certificates, store, folders);
     if (const auto list = UaPkiRevocationList::fromFile(toUaString(path)); !list.isNull())
-        return addList(list, store, folders);
+        return addList(list, listFolder(store, folders));
     return Added::NotReadable;
+}
+
+QlumStoreFiles::Added QlumStoreFiles::addList(const UaPkiRevocationList& list, const QString& folder)
+{
+    const UaByteArray der = list.toDER();
+    const QByteArray bytes(reinterpret_cast<const char*>(der.rawData()), static_cast<int>(der.size()));
+    const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
+    return write(inFolder(folder, QString::fromLatin1(digest) + QStringLiteral(".crl")), der);
 }

@@ -20,7 +20,6 @@
 
 #include <initializer_list>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -90,6 +89,15 @@ const QlumCertificateEntry* QlumCertificatePage::currentEntry() const
     return index.isValid() ? &m_model->entry(index) : nullptr;
 }
 
+int QlumCertificatePage::countOfFile(const QString& path) const
+{
+    int count = 0;
+    for (int row = 0; row < m_model->rowCount(); ++row)
+        if (fileOf(m_model->index(row, 0)) == path)
+            ++count;
+    return count;
+}
+
 QString QlumCertificatePage::fileOf(const QModelIndex& index) const
 {
     const QlumCertificateEntry& entry = m_model->entry(index);
@@ -111,12 +119,16 @@ QlumCertificatePage::Source QlumCertificatePage::folderSource(const QString& fol
     const auto kind = m_model->type() == QlumCertificateModel::TlsIssuers
                           ? QlumStoreFiles::Kind::HashedCertificates
                           : QlumStoreFiles::Kind::Certificates;
-    const auto read = [folder, state, own](const QString& name) -> std::optional<QlumCertificateEntry> {
-        const UaPkiCertificate found = QlumStoreFiles::loadCertificate(QDir(folder).filePath(name));
-        if (found.isNull())
-            return std::nullopt;
-        const bool isOwn = state == QlumCertificateEntry::InStore && !own.isNull() && found == own;
-        return QlumCertificateEntry(isOwn ? QlumCertificateEntry::Own : state, name, found);
+    const auto read = [folder, state, own](const QString& name) {
+        const auto found = QlumStoreFiles::loadCertificates(QDir(folder).filePath(name));
+        std::vector<QlumCertificateEntry> entries;
+        for (int i = 0; i < found.size(); ++i) {
+            const bool isOwn = state == QlumCertificateEntry::InStore && !own.isNull() && found[i] == own;
+            entries.emplace_back(isOwn ? QlumCertificateEntry::Own : state, name, found[i]);
+        }
+        if (found.hasErrors()) // what somebody has put there and trusts in vain must be seen
+            entries.emplace_back(state, name, UaPkiCertificate());
+        return entries;
     };
     return {[folder, kind] { return QlumStoreFiles::names(folder, kind); }, read};
 }
@@ -134,9 +146,10 @@ void QlumCertificatePage::reloadCertificateModel(QlumCertificateModel* model, co
         const QString file = QFileInfo(m_store.ownCertificateFile).fileName();
         sources.push_back({[file] { return QStringList{file}; },
                            [own](const QString& name) {
-                               return own.isNull() ? std::nullopt
-                                                   : std::optional(QlumCertificateEntry(
-                                                         QlumCertificateEntry::Own, name, own));
+                               std::vector<QlumCertificateEntry> entries;
+                               if (!own.isNull())
+                                   entries.emplace_back(QlumCertificateEntry::Own, name, own);
+                               return entries;
                            }});
     } else {
         sources.push_back(folderSource(folder, QlumCertificateEntry::InStore, UaPkiCertificate()));
@@ -187,9 +200,9 @@ void QlumCrlPage::reloadCRLModel(QlumCRLModel* model, const QString& folder, Qlu
     const auto names = [folder] {
         return QlumStoreFiles::names(folder, QlumStoreFiles::Kind::RevocationLists);
     };
-    const auto readOne = [folder](const QString& name) -> std::optional<QlumCRLEntry> {
+    const auto readOne = [folder](const QString& name) {
         const auto list = UaPkiRevocationList::fromFile(toUaString(QDir(folder).filePath(name)));
-        return list.isNull() ? std::nullopt : std::optional(QlumCRLEntry(name, list));
+        return list.isNull() ? std::vector<QlumCRLEntry>() : std::vector{QlumCRLEntry(name, list)};
     };
     const auto notify = [this] {
         QMetaObject::invokeMethod(

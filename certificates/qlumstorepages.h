@@ -30,6 +30,8 @@ public:
     [[nodiscard]] QlumCertificateModel* model() const { return m_model; }
     /// Null when no row is current.
     [[nodiscard]] const QlumCertificateEntry* currentEntry() const;
+    /// How many rows show something of that file.
+    [[nodiscard]] int countOfFile(const QString& path) const;
 
 protected:
     void startReading(QlumJobPool& pool) override;

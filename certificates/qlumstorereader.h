@@ -9,7 +9,6 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -36,12 +35,12 @@ private:
     std::vector<Entry> m_entries;
 };
 
-/// One folder, and how an entry is made of a file in it; files that give none are left out.
+/// One folder, and how entries are made of a file in it.
 template <typename Entry>
 struct QlumStoreSource
 {
     std::function<QStringList()> names;
-    std::function<std::optional<Entry>(const QString& name)> read;
+    std::function<std::vector<Entry>(const QString& name)> read;
 };
 
 /// Fills the inbox in portions and tells of each; notify is called on the pool's thread.
@@ -68,8 +67,8 @@ public:
             for (const QString& name : qAsConst(names[i])) {
                 if (isCancelled())
                     return handOver(portion);
-                if (std::optional<Entry> entry = m_sources[i].read(name))
-                    portion.push_back(std::move(*entry));
+                for (Entry& entry : m_sources[i].read(name))
+                    portion.push_back(std::move(entry));
                 if (portion.size() >= portionSize)
                     handOver(portion);
                 setProgress(++done, total);

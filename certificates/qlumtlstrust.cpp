@@ -37,9 +37,11 @@ UaPkiCertificate ownOf(const UaByteString& chain)
 
 bool holds(const QString& path, const UaPkiCertificate& certificate)
 {
-    const UaString file = toUaString(path);
-    return UaPkiCertificate::fromPEMFile(file) == certificate ||
-           UaPkiCertificate::fromDERFile(file) == certificate;
+    const auto found = UaPkiCertificateCollection::fromFile(toUaString(path));
+    for (int i = 0; i < found.size(); ++i)
+        if (found[i] == certificate)
+            return true;
+    return false;
 }
 
 std::unique_ptr<QDialog> makeAlreadyTrusted(const QString& serverName, const QString& path, QWidget* parent)
@@ -92,16 +94,25 @@ QString qlumStoreTlsCertificate(const QString& folder, const UaPkiCertificate& c
 std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName, const UaByteString& certificate,
                                             const UaStatusCode& status, QWidget* parent)
 {
+    return qlumTlsTrustDialog(serverName, QString(), certificate, status, parent);
+}
+
+std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName, const QString& serverUrl,
+                                            const UaByteString& certificate, const UaStatusCode& status,
+                                            QWidget* parent)
+{
     const QString path =
         qlumFindTlsCertificate(QlumCertificateStore::tlsIssuerCertificates(), ownOf(certificate));
-    if (!path.isEmpty())
-        return makeAlreadyTrusted(qlumCutText(qlumSingleLine(serverName)), path, parent);
-    return std::make_unique<QlumCertificateDialog>(serverName, certificate, status, parent);
+    auto dialog = std::make_unique<QlumCertificateDialog>(serverName, serverUrl, certificate, status, parent);
+    if (path.isEmpty() || dialog->isOverrulable())
+        return dialog;
+    return makeAlreadyTrusted(qlumCutText(qlumSingleLine(serverName)), path, parent);
 }
 
 bool qlumTrustTlsCertificate(const UaByteString& certificate)
 {
+    const QString folder = QlumCertificateStore::tlsIssuerCertificates();
     const UaPkiCertificate own = ownOf(certificate);
-    return !own.isNull() &&
-           !qlumStoreTlsCertificate(QlumCertificateStore::tlsIssuerCertificates(), own).isEmpty();
+    return !own.isNull() && (!qlumFindTlsCertificate(folder, own).isEmpty() ||
+                             !qlumStoreTlsCertificate(folder, own).isEmpty());
 }

@@ -23,5 +23,11 @@ class UaPkiCertificate;
 [[nodiscard]] std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName,
                                                           const UaByteString& certificate,
                                                           const UaStatusCode& status, QWidget* parent);
-/// Stores the certificate (DER) among those trusted; false, and the reason logged, when that failed.
+/// The same with every finding about the certificate at the server's URL. A trusted one that fails by what
+/// the user may overrule for this server is shown, so that he can.
+[[nodiscard]] std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName, const QString& serverUrl,
+                                                          const UaByteString& certificate,
+                                                          const UaStatusCode& status, QWidget* parent);
+/// Stores the certificate (DER) among those trusted, unless it is there already; false, and the reason
+/// logged, when that failed.
 [[nodiscard]] bool qlumTrustTlsCertificate(const UaByteString& certificate);

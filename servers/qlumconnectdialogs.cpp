@@ -173,11 +173,12 @@ void QlumConnectDialogs::askConnectError(const QlumConnectError& error, Decided 
     show(box, [answer](int result) { answer(result == QMessageBox::Ignore); });
 }
 
-void QlumConnectDialogs::askTlsTrust(const QString& server, const UaByteString& certificate,
-                                     const UaStatusCode& status, Decided answer)
+void QlumConnectDialogs::askTlsTrust(const QString& server, const QString& url,
+                                     const UaByteString& certificate, const UaStatusCode& status,
+                                     Decided answer)
 {
     show(
-        qlumTlsTrustDialog(server, certificate, status, window()).release(),
+        qlumTlsTrustDialog(server, url, certificate, status, window()).release(),
         [certificate, answer](int result) {
             answer(result == QDialog::Accepted && qlumTrustTlsCertificate(certificate));
         });

@@ -32,8 +32,8 @@ public:
                           Named answer) override;
     void askCertificate(const QlumCertificateQuestion& question, Judged answer) override;
     void askConnectError(const QlumConnectError& error, Decided answer) override;
-    void askTlsTrust(const QString& server, const UaByteString& certificate, const UaStatusCode& status,
-                     Decided answer) override;
+    void askTlsTrust(const QString& server, const QString& url, const UaByteString& certificate,
+                     const UaStatusCode& status, Decided answer) override;
     void withdraw() override;
 
     /// Above which all dialogs of servers are shown; null while there is none.

@@ -220,8 +220,8 @@ void QlumConnectFlow::askAboutTls(const QlumTlsFailure& failure, QlumConnectProm
     post([this, failure] { emit untrustedCertificate(failure.status, failure.certificate); });
     const UaByteString certificate(failure.certificate.size(),
                                    reinterpret_cast<const OpcUa_Byte*>(failure.certificate.constData()));
-    m_prompts.askTlsTrust(m_setting.displayName, certificate, UaStatusCode(failure.status),
-                          std::move(decided));
+    m_prompts.askTlsTrust(m_setting.displayName, m_setting.endpoint.url, certificate,
+                          UaStatusCode(failure.status), std::move(decided));
     asking();
 }
 
@@ -453,6 +453,7 @@ void QlumConnectFlow::judgeCertificate()
     chain.update();
     if (chain.validationError() != QlumCertificateError::Error)
         return takeVerdict({true, chain.validationResult().isBad(), chain.findings()});
+    m_attempt.isHostJudged = chain.isFound(OpcUa_BadCertificateHostNameInvalid);
     const QString& name = m_attempt.endpoint.applicationName;
     m_prompts.askCertificate({name.isEmpty() ? m_setting.displayName : name,
                               m_attempt.endpoint.applicationUri, wanted.url, security},
@@ -540,6 +541,8 @@ bool QlumConnectFlow::connectError(UaClient::ConnectServiceType step, const UaSt
 {
     if (m_worker.isCancelled()) // whatever it is, it follows from that
         return false;
+    if (clientSideError && m_attempt.isHostJudged && error.code() == OpcUa_BadCertificateHostNameInvalid)
+        return true;
     const QlumConnectError told{toQString(error.toString()), qlumConnectStepName(step),
                                 toQString(error.diagnosticText())};
     if (!clientSideError) {

@@ -78,8 +78,9 @@ public:
     virtual void askCertificate(const QlumCertificateQuestion& question, Judged answer) = 0;
     /// Whether to go on in spite of an error.
     virtual void askConnectError(const QlumConnectError& error, Decided answer) = 0;
-    /// Whether to trust a TLS certificate (DER) from now on; the trusted one has been stored then.
-    virtual void askTlsTrust(const QString& server, const UaByteString& certificate,
+    /// Whether to trust a TLS certificate (DER) from now on; the trusted one has been stored then, and what
+    /// the user has overruled about it at that URL.
+    virtual void askTlsTrust(const QString& server, const QString& url, const UaByteString& certificate,
                              const UaStatusCode& status, Decided answer) = 0;
     /// Takes the open question back: its answer does not come any more.
     virtual void withdraw() = 0;

@@ -1,6 +1,7 @@
 #include <servers/qlumendpointfetcher.h>
 
 #include <app/api/qlumtext.h>
+#include <certificates/qlumtlsoverrules.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumpkifolders.h>
 #include <uabase/values/uabytestring.h>
@@ -37,9 +38,13 @@ unsigned int QlumEndpointFetcher::getEndpoints(QlumJob& job, const QString& url,
     UaEndpointDescriptions descriptions;
     UaClientSdk::ClientSecurityInfo security;
     qlumFillPkiFolders(security);
-    security.tlsCertificateRefused = [this, &job](const UaStatus& status, const UaByteString& certificate) {
+    security.tlsCertificateFinding = [this, &job, url](const UaStatus& status,
+                                                       const UaByteString& certificate) {
+        if (qlumIsTlsOverruled(url, certificate, status.statusCode()))
+            return true;
         const QByteArray bytes(reinterpret_cast<const char*>(certificate.data()), certificate.length());
         job.post([this, code = status.statusCode(), bytes] { emit untrustedCertificate(code, bytes); });
+        return false;
     };
     const UaStatus status = discovery->getEndpoints(settings, toUaString(url), security, descriptions);
     const auto count =

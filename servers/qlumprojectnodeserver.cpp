@@ -242,6 +242,7 @@ bool QlumProjectNodeServer::startConnect()
     if (m_isBusy || m_tlsQuestion.isOpen() || m_status == QlumConnectionStatus::Connected ||
         m_status == QlumConnectionStatus::NewSessionCreated)
         return false;
+    m_tlsQuestion.begin(m_setting.endpoint.url);
     if (m_status == QlumConnectionStatus::ConnectionError && reconnectNow())
         return false;
     begin(m_setting, nullptr);
@@ -252,6 +253,7 @@ bool QlumProjectNodeServer::reconnectWith(OpcUa_MessageSecurityMode mode, const 
 {
     if (m_isBusy || m_tlsQuestion.isOpen())
         return false;
+    m_tlsQuestion.begin(m_setting.endpoint.url);
     QlumDiscoverySetting setting = m_setting;
     qlumSetSecurity(setting.endpoint, mode, QString());
     begin(setting, identity);
@@ -426,6 +428,8 @@ void QlumProjectNodeServer::showReconnectError(const UaStatusCode& status,
 bool QlumProjectNodeServer::sslCertificateValidationFailed(OpcUa_UInt32, const UaStatus& status,
                                                            const UaByteString& certificate)
 {
+    if (m_tlsQuestion.isOverruled(status, certificate))
+        return true;
     const QlumTlsFailure failure{
         status.statusCode(),
         QByteArray(reinterpret_cast<const char*>(certificate.data()), certificate.length())};

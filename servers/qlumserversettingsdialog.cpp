@@ -294,6 +294,7 @@ void QlumServerSettingsDialog::sltFetchEndpoints()
     }
     m_url->setText(completeUrl(m_url->text()));
     setMessage(tr("Asking the server for its endpoints..."));
+    m_tlsQuestion.begin(m_url->text());
     m_fetcher->fetch(m_url->text(), static_cast<int>(QlumSettings::connectTimeout.value()));
     sltUpdateControls();
 }

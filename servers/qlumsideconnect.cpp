@@ -3,6 +3,7 @@
 #include <app/api/qlumlog.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumtext.h>
+#include <certificates/qlumtlsoverrules.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectdialogs.h>
 #include <servers/qlumconnectinfo.h>
@@ -18,6 +19,7 @@
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <QByteArray>
+#include <QString>
 
 #include <memory>
 #include <mutex>
@@ -27,7 +29,7 @@
 class QlumSideConnect::SideSession : public UaClientSdk::UaSessionCallback
 {
 public:
-    SideSession() = default;
+    explicit SideSession(QString url) : m_url(std::move(url)) {}
     ~SideSession() override
     {
         static_cast<void>(session.disconnect(UaClientSdk::ServiceSettings(), true)); // nobody is left to tell
@@ -55,6 +57,8 @@ public:
     bool sslCertificateValidationFailed(OpcUa_UInt32, const UaStatus& status,
                                         const UaByteString& certificate) override
     {
+        if (qlumIsTlsOverruled(m_url, certificate, status.statusCode()))
+            return true;
         const QByteArray bytes(reinterpret_cast<const char*>(certificate.data()), certificate.length());
         const std::lock_guard lock(m_mutex);
         if (m_flow)
@@ -65,6 +69,7 @@ public:
     UaClientSdk::UaSession session;
 
 private:
+    const QString m_url;
     std::mutex m_mutex;
     QlumConnectFlow* m_flow = nullptr;
 };
@@ -72,7 +77,8 @@ private:
 QlumSideConnect::QlumSideConnect(unsigned int serverId, const QlumDiscoverySetting& setting,
                                  const QlumIdentity& identity, std::unique_ptr<QlumConnectPrompts> prompts,
                                  QlumSideSessionDone done, QObject* parent)
-    : QObject(parent), m_done(std::move(done)), m_session(std::make_shared<SideSession>()),
+    : QObject(parent), m_done(std::move(done)),
+      m_session(std::make_shared<SideSession>(setting.endpoint.url)),
       m_prompts(prompts ? std::move(prompts) : std::make_unique<QlumConnectDialogs>()),
       m_flow(std::make_unique<QlumConnectFlow>(QlumLog(tr("Server Node"), serverId), m_session->session,
                                                *m_session, *m_prompts))

@@ -1,7 +1,9 @@
 #include <servers/qlumtlstrustquestion.h>
 
 #include <app/api/qlumtext.h>
+#include <certificates/qlumtlsoverrules.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uastatuscode.h>
 
 #include <utility>
@@ -17,6 +19,22 @@ QlumTlsTrustQuestion::~QlumTlsTrustQuestion()
 {
     if (m_isOpen)
         m_prompts.withdraw();
+}
+
+void QlumTlsTrustQuestion::begin(const QString& url)
+{
+    m_declined.clear();
+    const std::lock_guard lock(m_mutex);
+    m_url = url;
+}
+
+bool QlumTlsTrustQuestion::isOverruled(const UaStatus& finding, const UaByteString& certificate) const
+{
+    const QString url = [this] {
+        const std::lock_guard lock(m_mutex);
+        return m_url;
+    }();
+    return qlumIsTlsOverruled(url, certificate, finding.statusCode());
 }
 
 void QlumTlsTrustQuestion::raise(const QlumTlsFailure& failure)
@@ -50,16 +68,21 @@ void QlumTlsTrustQuestion::log(const QlumLog& log, const QString& serverName, un
 
 void QlumTlsTrustQuestion::ask(const QlumTlsFailure& failure)
 {
+    if (failure.certificate == m_declined) {
+        m_permit.release();
+        return;
+    }
     log(m_log, m_serverName, failure.status);
     const UaByteString certificate(failure.certificate.size(),
                                    reinterpret_cast<const OpcUa_Byte*>(failure.certificate.constData()));
     m_isOpen = true;
-    m_prompts.askTlsTrust(m_serverName, certificate, UaStatusCode(failure.status),
-                          [this](bool isTrusted) { take(isTrusted); });
+    m_prompts.askTlsTrust(m_serverName, m_url, certificate, UaStatusCode(failure.status),
+                          [this, der = failure.certificate](bool isTrusted) { take(der, isTrusted); });
 }
 
-void QlumTlsTrustQuestion::take(bool isTrusted)
+void QlumTlsTrustQuestion::take(const QByteArray& certificate, bool isTrusted)
 {
+    m_declined = isTrusted ? QByteArray() : certificate;
     m_isOpen = false;
     m_permit.release();
     if (isTrusted)

@@ -24,9 +24,9 @@ class ClientSecurityInfo
 public:
     UaByteString clientCertificate; ///< DER
     UaByteString clientPrivateKey;  ///< DER
-    /// Told of each TLS certificate that a discovery call finds and the HTTPS folders do not trust; the call
-    /// ends with that status. Runs on a thread of the stack.
-    std::function<void(const UaStatus&, const UaByteString&)> tlsCertificateRefused;
+    /// Asked about each thing that a discovery call finds wrong with a TLS certificate: true goes on in spite
+    /// of it, else the call ends with that status. Runs on a thread of the stack.
+    std::function<bool(const UaStatus&, const UaByteString&)> tlsCertificateFinding;
 
     void initializePkiProviderOpenSSL(const UaString& trustedRevocationLists,
                                       const UaString& trustedCertificates,

@@ -2,14 +2,18 @@
 
 #include <opcua/opcua_crypto.h>
 #include <opcua/opcua_statuscodes.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkicertificatecollection.h>
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/channelconnectinfo.h>
+#include <uaclientsdk/connection/endpointurl.h>
+#include <uaclientsdk/connection/hostnames.h>
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 
 namespace UaClientSdk {
@@ -94,12 +98,33 @@ UaStatus SessionSecurityInfo::verifyServerCertificate(CertificateValidationCallb
                                              securityPolicyUri.toUtf8(), tellFinding, &verification));
 }
 
+UaStatus SessionSecurityInfo::verifyTlsCertificate(const UaString& url,
+                                                   CertificateValidationCallback* callback)
+{
+    const OpcUa_PkiConfiguration configuration = pkiConfigurationOf(httpsPki());
+    Verification verification{*this, callback};
+    const auto tell = [](const OpcUa_CertificateValidation* finding, void* context) {
+        static_cast<void>(tellFinding(finding, context));
+        return finding->Status;
+    };
+    return UaStatus(OpcUa_Certificate_VerifyTls(serverCertificate.get(),
+                                                parseEndpointUrl(url.view()).host.c_str(), &configuration,
+                                                tell, &verification));
+}
+
 bool SessionSecurityInfo::mayBeOverridden(const UaStatusCode& finding)
 {
     constexpr std::array<OpcUa_StatusCode, 4> overridable = {
         OpcUa_BadCertificateTimeInvalid, OpcUa_BadCertificateIssuerTimeInvalid,
         OpcUa_BadCertificateRevocationUnknown, OpcUa_BadCertificateIssuerRevocationUnknown};
     return std::find(overridable.begin(), overridable.end(), finding.code()) != overridable.end();
+}
+
+bool SessionSecurityInfo::namesHostOf(const UaString& url) const
+{
+    const std::string host = parseEndpointUrl(url.view()).host;
+    const UaPkiCertificate own = UaPkiCertificateCollection::fromDERChain(serverCertificate).certificate(0);
+    return !host.empty() && namesHost(own.info(), host);
 }
 
 void SessionSecurityInfo::getCurrentErrorInformationOpenSSL(void* context, UaStatusCode& status,

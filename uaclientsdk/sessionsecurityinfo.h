@@ -62,8 +62,14 @@ public:
     /// status of the first finding that stands: time and unknown revocation do not when the callback goes on.
     /// Reads the folders each time and may take a while.
     [[nodiscard]] UaStatus verifyServerCertificate(CertificateValidationCallback* callback);
+    /// The same for serverCertificate as that of a TLS server at the URL, by the folders of httpsPki(): every
+    /// finding is told, none is overridden.
+    [[nodiscard]] UaStatus verifyTlsCertificate(const UaString& url, CertificateValidationCallback* callback);
     /// Whether a finding says nothing against the certificate itself, so that a callback may override it.
     [[nodiscard]] static bool mayBeOverridden(const UaStatusCode& finding);
+    /// Whether serverCertificate names the host of the URL. A secured session whose server's certificate does
+    /// not asks its application (connectError with BadCertificateHostNameInvalid).
+    [[nodiscard]] bool namesHostOf(const UaString& url) const;
     /// What the finding is that verificationError is told with context.
     static void getCurrentErrorInformationOpenSSL(void* context, UaStatusCode& status, int& openSslError,
                                                   UaString& errorText);

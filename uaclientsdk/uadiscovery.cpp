@@ -25,13 +25,13 @@ OpcUa_StatusCode channelEvent(OpcUa_Channel, OpcUa_Channel_Event event, OpcUa_St
 {
     if (event != OpcUa_Channel_Event_VerifyCertificate)
         return OpcUa_Good;
-    // a call that is over in a moment cannot wait for a user: what the lists do not trust stays refused
+    // a call that is over in a moment cannot wait for a user, who may have decided before though
     const auto& security = *static_cast<const ClientSecurityInfo*>(context);
-    if (security.tlsCertificateRefused && details) {
-        const auto& finding = *static_cast<const OpcUa_CertificateValidation*>(details);
-        security.tlsCertificateRefused(UaStatus(status), UaByteString(finding.Certificate));
-    }
-    return status;
+    if (!security.tlsCertificateFinding || !details)
+        return status;
+    const auto& finding = *static_cast<const OpcUa_CertificateValidation*>(details);
+    const bool goesOn = security.tlsCertificateFinding(UaStatus(status), UaByteString(finding.Certificate));
+    return goesOn ? static_cast<OpcUa_StatusCode>(OpcUa_Good) : status;
 }
 
 // One discovery service from connect to disconnect. fill(request) sets the service's own fields,

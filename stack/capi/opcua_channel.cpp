@@ -131,8 +131,8 @@ OpcUa_StatusCode OpcUa_Channel_Connect(OpcUa_Channel channel, const OpcUa_Channe
             return OpcUa_BadNotSupported;
         opcua::ConnectParameters parameters = parametersOf(channel, *info);
         parameters.profile = *profile;
-        if (parameters.pki)
-            parameters.pki->hashedNames = *profile == opcua::TransportProfile::Https;
+        if (parameters.pki && *profile == opcua::TransportProfile::Https)
+            parameters.pki->naming = opcua::CertificateNaming::Dotted;
         OpcUa_UInt32 lifetime = 0;
         const OpcUa_StatusCode status = channel->channel->connect(parameters, lifetime);
         if (revisedLifetime != nullptr)

@@ -2,13 +2,16 @@
 #include <stack/capi/guard.h>
 #include <stack/capi/validation.h>
 #include <stack/core/secret.h>
+#include <stack/security/certificatefile.h>
 #include <stack/security/privatekey.h>
 #include <stack/security/rsaoperations.h>
+#include <stack/transport/tlscertificate.h>
 
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 using opcua::ByteView;
 using opcua::guarded;
@@ -72,6 +75,18 @@ OpcUa_StatusCode withPrivateKey(OpcUa_CryptoProvider provider, const OpcUa_ByteS
     if (!keyFits(*provider->profile, EVP_PKEY_get_bits(key->key())))
         return OpcUa_BadCertificatePolicyCheckFailed;
     return operation(*provider->profile, key->key());
+}
+
+OpcUa_StatusCode judged(const std::vector<opcua::CertificateFinding>& findings,
+                        OpcUa_Certificate_PfnVerify callback, void* context)
+{
+    opcua::FindingJudge judge;
+    if (callback != nullptr)
+        judge = [&](const opcua::CertificateFinding& finding) {
+            const OpcUa_CertificateValidation details = opcua::validationOf(finding);
+            return callback(&details, context);
+        };
+    return opcua::judgeCertificate(findings, judge);
 }
 
 } // namespace
@@ -218,6 +233,30 @@ size_t OpcUa_Certificate_GetFirstLength(const OpcUa_Byte* chain, size_t length)
     return first ? first->size() : 0;
 }
 
+OpcUa_Boolean OpcUa_CertificateFile_IsName(const char* name, OpcUa_CertificateNaming naming)
+{
+    const bool isOne =
+        name != nullptr && opcua::isCertificateName(name, naming == OpcUa_CertificateNaming_Dotted
+                                                              ? opcua::CertificateNaming::Dotted
+                                                              : opcua::CertificateNaming::Endings);
+    return isOne ? OpcUa_True : OpcUa_False;
+}
+
+OpcUa_StatusCode OpcUa_CertificateFile_Read(const OpcUa_Byte* content, size_t length,
+                                            OpcUa_CertificateFile_PfnTake take, void* context)
+{
+    if ((content == nullptr && length != 0) || take == nullptr)
+        return OpcUa_BadInvalidArgument;
+    return guarded([&]() -> OpcUa_StatusCode {
+        auto certificates = opcua::certificatesOfFile({content, length});
+        for (opcua::Bytes& der : certificates) {
+            const OpcUa_ByteString bytes{static_cast<OpcUa_Int32>(der.size()), der.data()};
+            take(&bytes, context);
+        }
+        return certificates.empty() ? OpcUa_BadDecodingError : OpcUa_Good;
+    });
+}
+
 OpcUa_StatusCode OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateChain,
                                           const OpcUa_PkiConfiguration* pki, const char* securityPolicyUri,
                                           OpcUa_Certificate_PfnVerify callback, void* context)
@@ -227,14 +266,22 @@ OpcUa_StatusCode OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateCha
     return guarded([&] {
         const auto* const profile =
             securityPolicyUri != nullptr ? opcua::findPolicyProfile(securityPolicyUri) : nullptr;
-        auto findings =
+        const auto findings =
             opcua::checkCertificate(opcua::viewOf(*certificateChain), opcua::foldersOf(pki), profile);
-        opcua::FindingJudge judge;
-        if (callback != nullptr)
-            judge = [&](const opcua::CertificateFinding& finding) {
-                const OpcUa_CertificateValidation details = opcua::validationOf(finding);
-                return callback(&details, context);
-            };
-        return opcua::judgeCertificate(findings, judge);
+        return judged(findings, callback, context);
+    });
+}
+
+OpcUa_StatusCode OpcUa_Certificate_VerifyTls(const OpcUa_ByteString* certificateChain, const char* host,
+                                             const OpcUa_PkiConfiguration* pki,
+                                             OpcUa_Certificate_PfnVerify callback, void* context)
+{
+    if (certificateChain == nullptr || host == nullptr)
+        return OpcUa_BadInvalidArgument;
+    return guarded([&] {
+        opcua::PkiFolders folders = opcua::foldersOf(pki);
+        folders.naming = opcua::CertificateNaming::Dotted;
+        return judged(opcua::checkTlsCertificate(opcua::viewOf(*certificateChain), host, folders), callback,
+                      context);
     });
 }

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <utility>
+#include <tuple>
 
 namespace opcua {
 
@@ -88,10 +88,12 @@ void putInOrder(std::vector<CertificateFinding>& findings)
     std::stable_sort(
         findings.begin(), findings.end(),
         [](const auto& left, const auto& right) {
-            return std::pair(rank(left), left.depth) < std::pair(rank(right), right.depth);
+            return std::tuple(rank(left), left.depth, left.providerError) <
+                   std::tuple(rank(right), right.depth, right.providerError);
         });
     const auto same = [](const auto& left, const auto& right) {
-        return left.status == right.status && left.depth == right.depth;
+        return left.status == right.status && left.depth == right.depth &&
+               left.providerError == right.providerError;
     };
     findings.erase(std::unique(findings.begin(), findings.end(), same), findings.end());
 }

@@ -22,7 +22,7 @@ struct CertificateFinding
 [[nodiscard]] bool mayBeOverridden(OpcUa_StatusCode status);
 
 /// In the order in which they decide, OPC 10000-4, 6.1.3: structure, chain, signature, policy, trust, time,
-/// usage, revocation. One of a kind for each certificate.
+/// usage, revocation. Each once, also where several of a certificate have one status.
 void putInOrder(std::vector<CertificateFinding>& findings);
 
 } // namespace opcua

@@ -3,13 +3,9 @@
 #include <openssl/err.h>
 #include <openssl/pem.h>
 
-#include <algorithm>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
-#include <optional>
-#include <string_view>
-#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -19,7 +15,7 @@ namespace opcua {
 namespace {
 
 constexpr off_t maxFileSize = 1024 * 1024;
-constexpr size_t maxFiles = 20'000;
+constexpr size_t maxFiles = OPCUA_MAXIMUM_STORE_FILES;
 
 using FolderHandle = std::unique_ptr<DIR, Freer<closedir>>;
 using MemoryHandle = std::unique_ptr<BIO, Freer<BIO_free>>;
@@ -77,55 +73,23 @@ void readFolder(const std::string& path, Take take)
     }
 }
 
-bool isCertificateName(std::string_view name)
-{
-    const auto dot = name.rfind('.');
-    const std::string extension(dot == std::string_view::npos ? "" : name.substr(dot));
-    return strcasecmp(extension.c_str(), ".der") == 0 || strcasecmp(extension.c_str(), ".cer") == 0;
-}
-
-bool isHashedName(std::string_view name)
-{
-    constexpr std::string_view hexDigits = "0123456789abcdefABCDEF";
-    constexpr size_t hashLength = 8;
-    return name.size() > hashLength + 1 && name.find_first_not_of(hexDigits) == hashLength &&
-           name[hashLength] == '.' &&
-           name.find_first_not_of("0123456789", hashLength + 1) == std::string_view::npos;
-}
-
 // A file that wants a password must not ask for it on the terminal.
 int noPassword(char*, int, int, void*)
 {
     return 0;
 }
 
-// Of the first certificate in it.
-Bytes derOfPem(const Bytes& bytes)
-{
-    const MemoryHandle memory(BIO_new_mem_buf(bytes.data(), static_cast<int>(bytes.size())));
-    const X509Handle certificate(memory ? PEM_read_bio_X509(memory.get(), nullptr, noPassword, nullptr)
-                                        : nullptr);
-    const int size = certificate ? i2d_X509(certificate.get(), nullptr) : 0;
-    Bytes der(static_cast<size_t>(std::max(size, 0)));
-    unsigned char* at = der.data();
-    if (size > 0)
-        i2d_X509(certificate.get(), &at);
-    return der;
-}
-
-void readCertificates(const std::string& path, bool hashed, std::vector<StoredCertificate>& certificates)
+void readCertificates(const std::string& path, CertificateNaming naming,
+                      std::vector<StoredCertificate>& certificates)
 {
     readFolder(
         path,
         [&](int folder, const char* name) {
-            if (!(hashed ? isHashedName(name) : isCertificateName(name)))
+            if (!isCertificateName(name, naming))
                 return;
-            const Bytes bytes = File(folder, name).content();
-            const Bytes der = hashed ? derOfPem(bytes) : bytes;
-            const auto first = firstOfChain(der);
-            const auto subject = first ? subjectHashOf(*first) : std::nullopt;
-            if (subject)
-                certificates.push_back({Bytes(first->begin(), first->end()), *subject});
+            for (Bytes& der : certificatesOfFile(File(folder, name).content()))
+                if (const auto subject = subjectHashOf(der))
+                    certificates.push_back({std::move(der), *subject});
         });
 }
 
@@ -156,8 +120,8 @@ void readRevocationLists(const std::string& path, std::vector<CrlHandle>& lists)
 PkiContents readPkiFolders(const PkiFolders& folders)
 {
     PkiContents contents;
-    readCertificates(folders.trustedCertificates, folders.hashedNames, contents.trusted);
-    readCertificates(folders.issuerCertificates, folders.hashedNames, contents.issuers);
+    readCertificates(folders.trustedCertificates, folders.naming, contents.trusted);
+    readCertificates(folders.issuerCertificates, folders.naming, contents.issuers);
     readRevocationLists(folders.trustedRevocationLists, contents.revocationLists);
     readRevocationLists(folders.issuerRevocationLists, contents.revocationLists);
     ERR_clear_error();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stack/security/certificate.h>
+#include <stack/security/certificatefile.h>
 
 #include <string>
 #include <vector>
@@ -15,8 +16,7 @@ struct PkiFolders
     std::string trustedRevocationLists;
     std::string issuerCertificates;
     std::string issuerRevocationLists;
-    /// The certificates' names are those of hashed directories, "%08x.%d", and their content PEM.
-    bool hashedNames = false;
+    CertificateNaming naming = CertificateNaming::Endings;
 };
 
 /// One certificate as its file holds it. It is not decoded before somebody needs it: there may be thousands.
@@ -33,9 +33,8 @@ struct PkiContents
     std::vector<CrlHandle> revocationLists; ///< of both kinds of issuers
 };
 
-/// Takes regular files of up to 1 MB only and never waits for one. Certificates are "*.der" and "*.cer" in
-/// DER, or as hashedNames says; revocation lists files of any name in DER or PEM; what does not decode is
-/// passed over.
+/// Takes regular files of up to 1 MB only and never waits for one. Certificates are what certificatefile.h
+/// says, revocation lists files of any name in DER or PEM; what does not decode is passed over.
 [[nodiscard]] PkiContents readPkiFolders(const PkiFolders& folders);
 
 } // namespace opcua

@@ -89,8 +89,8 @@ public:
         if (take("connect error"))
             answer(m_script.isErrorIgnored);
     }
-    void askTlsTrust(const QString& server, const UaByteString& certificate, const UaStatusCode&,
-                     Decided answer) override
+    void askTlsTrust(const QString& server, const QString&, const UaByteString& certificate,
+                     const UaStatusCode&, Decided answer) override
     {
         m_script.serverName = server;
         if (take("tls trust"))

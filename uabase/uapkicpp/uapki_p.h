@@ -141,6 +141,10 @@ int noPassword(char* buffer, int size, int writing, void* userData);
 [[nodiscard]] bool writeFile(const UaString& path, const UaByteArray& bytes, unsigned int mode,
                              const UaPkiErrors& errors);
 
+/// The certificates of a file as the stack takes them, each as DER, not decoded; empty when the file does not
+/// count as one of certificates.
+[[nodiscard]] std::vector<UaByteString> certificatesOfFile(Bytes content);
+
 /// The first object of its kind in PEM form, which the caller owns; null when there is none.
 template <typename T>
 [[nodiscard]] T* readPem(Bytes bytes, T* (*reader)(BIO*, T**, pem_password_cb*, void*))

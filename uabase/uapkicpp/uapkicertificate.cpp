@@ -195,7 +195,18 @@ UaPkiCertificate::SignatureAlgorithm UaPkiCertificate::signatureAlgorithm() cons
     int digest = NID_undef;
     if (isNull() || X509_get_signature_info(m_certificate.get(), &digest, nullptr, nullptr, nullptr) != 1)
         return UnknownSignatureAlgorithm;
-    return digest == NID_sha1 ? Sha1 : digest == NID_sha256 ? Sha256 : UnknownSignatureAlgorithm;
+    switch (digest) {
+    case NID_sha1:
+        return Sha1;
+    case NID_sha256:
+        return Sha256;
+    case NID_sha384:
+        return Sha384;
+    case NID_sha512:
+        return Sha512;
+    default:
+        return UnknownSignatureAlgorithm;
+    }
 }
 
 UaString UaPkiCertificate::signatureTypeString() const

@@ -22,7 +22,7 @@ struct x509_st;
 class UaPkiCertificate : public UaPkiErrors
 {
 public:
-    enum SignatureAlgorithm { UnknownSignatureAlgorithm = -1, Sha1 = 0, Sha256 = 1 };
+    enum SignatureAlgorithm { UnknownSignatureAlgorithm = -1, Sha1 = 0, Sha256 = 1, Sha384 = 2, Sha512 = 3 };
     /// By the crypto library's number; any other of its numbers may be cast to it.
     enum Extension : int {
         NetscapeComment = 78,

@@ -3,10 +3,12 @@
 #include <opcua/opcua_crypto.h>
 #include <uabase/uapkicpp/uapki_p.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
 
 #include <cassert>
 #include <cstddef>
 #include <span>
+#include <vector>
 
 UaPkiCertificateCollection UaPkiCertificateCollection::fromDERChain(const UaByteString& bytes)
 {
@@ -28,6 +30,23 @@ UaPkiCertificateCollection UaPkiCertificateCollection::fromDERChain(const UaByte
         rest = rest.subspan(part.size());
     }
     return chain;
+}
+
+UaPkiCertificateCollection UaPkiCertificateCollection::fromFile(const UaString& path)
+{
+    UaPkiCertificateCollection found;
+    std::vector<unsigned char> content;
+    if (!UaPki::readFile(path, content, found))
+        return found;
+    const auto parts = UaPki::certificatesOfFile(content);
+    if (parts.empty())
+        found.addError("File " + path.toStdString() + " holds no certificates, or something else with them");
+    for (const UaByteString& part : parts) {
+        const UaPkiCertificate certificate = UaPkiCertificate::fromDER(part);
+        if (!found.addCertificate(certificate))
+            found.addErrors(certificate.getErrors());
+    }
+    return found;
 }
 
 bool UaPkiCertificateCollection::addCertificate(const UaPkiCertificate& certificate)

@@ -4,6 +4,7 @@
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
 
 #include <vector>
 
@@ -17,6 +18,11 @@ public:
     /// first that does not decode or is one too many: those before it are in the result, which has an error
     /// then.
     [[nodiscard]] static UaPkiCertificateCollection fromDERChain(const UaByteString& bytes);
+
+    /// Those of a file in DER or PEM form, as the check of a server's certificate reads the files of a store:
+    /// all of the file, or none when anything in it is damaged or left over. It has an error when there is
+    /// none, and for each that does not decode, which is left out. Regular files of up to 1 MB only.
+    [[nodiscard]] static UaPkiCertificateCollection fromFile(const UaString& path);
 
     /// False, and not added, for a null certificate.
     [[nodiscard]] bool addCertificate(const UaPkiCertificate& certificate);

@@ -1,5 +1,6 @@
 #include <uabase/uapkicpp/uapkicertificatestore.h>
 
+#include <opcua/opcua_crypto.h>
 #include <uabase/system/uadir.h>
 #include <uabase/uapkicpp/uapki_p.h>
 #include <uabase/values/uabytestring.h>
@@ -7,19 +8,9 @@
 
 #include <array>
 #include <optional>
-#include <string>
-#include <string_view>
-#include <strings.h>
 #include <vector>
 
 namespace {
-
-bool isCertificateName(std::string_view name)
-{
-    const std::size_t dot = name.rfind('.');
-    const std::string ending(dot == std::string_view::npos ? std::string_view() : name.substr(dot));
-    return ::strcasecmp(ending.c_str(), ".der") == 0 || ::strcasecmp(ending.c_str(), ".cer") == 0;
-}
 
 // Into the next element of a DER structure, or behind it. False on a fault.
 bool step(UaPki::Bytes& rest, bool enter)
@@ -77,13 +68,15 @@ std::set<UaByteString> UaPkiCertificateStore::addFolder(const UaString& folder)
 {
     std::set<UaByteString> digests;
     std::vector<unsigned char> bytes;
-    for (const UaString& name : UaDir::fileNames(folder)) {
-        if (!isCertificateName(name.view()) ||
+    for (const UaString& name : UaDir::fileNames(folder, OPCUA_MAXIMUM_STORE_FILES)) {
+        if (OpcUa_CertificateFile_IsName(name.toUtf8(), OpcUa_CertificateNaming_Endings) == OpcUa_False ||
             uaReadFile(folder + UaString("/") + name, UaPkiCertificate::maximumBytes, bytes))
             continue;
-        if (const auto subject = subjectHashOf(bytes)) {
-            digests.insert(digestOf(bytes));
-            m_bySubject.emplace(*subject, UaByteString(UaPki::Bytes(bytes)));
+        for (const UaByteString& der : UaPki::certificatesOfFile(bytes)) {
+            if (const auto subject = subjectHashOf(der.bytes())) {
+                digests.insert(digestOf(der.bytes()));
+                m_bySubject.emplace(*subject, der);
+            }
         }
     }
     ERR_clear_error();

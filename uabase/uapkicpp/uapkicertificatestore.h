@@ -13,8 +13,9 @@ class UaPkiCertificateStore
 public:
     /// Null certificates are not added.
     void add(const UaPkiCertificate& certificate);
-    /// Adds what the files "*.der" and "*.cer" of a folder hold in DER form and returns the SHA-1 digests of
-    /// the files. What is no regular file, larger than 1 MB or no certificate by its outline is passed over.
+    /// Adds what the files of certificates in a folder hold, as the check of a server's certificate reads
+    /// them, and returns the SHA-1 digests of the certificates. What is no regular file, larger than 1 MB or
+    /// no certificate by its outline is passed over.
     std::set<UaByteString> addFolder(const UaString& folder);
 
     /// The certificate that has issued this one, by names, key identifiers and usage; the signature is not

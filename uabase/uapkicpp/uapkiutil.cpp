@@ -5,6 +5,7 @@
 #include <uabase/uapkicpp/uapki_p.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastring.h>
 
@@ -77,9 +78,29 @@ bool writeFile(const UaString& path, const UaByteArray& bytes, unsigned int mode
     return true;
 }
 
+std::vector<UaByteString> certificatesOfFile(Bytes content)
+{
+    std::vector<UaByteString> certificates;
+    const auto take = [](const OpcUa_ByteString* der, void* context) {
+        static_cast<std::vector<UaByteString>*>(context)->emplace_back(der->Length, der->Data);
+    };
+    if (OpcUa_IsBad(OpcUa_CertificateFile_Read(content.data(), content.size(), take, &certificates)))
+        certificates.clear();
+    return certificates;
+}
+
 const EVP_MD* digestOf(UaPkiCertificate::SignatureAlgorithm algorithm)
 {
-    return algorithm == UaPkiCertificate::Sha256 ? EVP_sha256() : EVP_sha1();
+    switch (algorithm) {
+    case UaPkiCertificate::Sha256:
+        return EVP_sha256();
+    case UaPkiCertificate::Sha384:
+        return EVP_sha384();
+    case UaPkiCertificate::Sha512:
+        return EVP_sha512();
+    default:
+        return EVP_sha1();
+    }
 }
 
 UaDateTime dateTimeOf(const ASN1_TIME* time)

@@ -14,6 +14,8 @@ extern "C" {
 /// Bytes of one certificate, and certificates of a chain; more are refused wherever they come from.
 #define OPCUA_MAXIMUM_CERTIFICATE_LENGTH 1048576
 #define OPCUA_MAXIMUM_CERTIFICATE_CHAIN 10
+/// Entries of one folder of a store; what lies behind them is not looked at.
+#define OPCUA_MAXIMUM_STORE_FILES 20000
 
 /// One security policy's algorithms. Holds no key, never changes; any thread may use it.
 typedef struct OpcUa_CryptoProviderImpl* OpcUa_CryptoProvider;
@@ -74,6 +76,27 @@ OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_CryptoProvider_GenerateNonce
 /// one that is cut short. What is in the certificate is not looked at. chain may be null when length is 0.
 OPCUA_EXPORT size_t OpcUa_Certificate_GetFirstLength(const OpcUa_Byte* chain, size_t length);
 
+/// How a folder names the certificates in it.
+typedef enum OpcUa_CertificateNaming {
+    OpcUa_CertificateNaming_Endings = 0, ///< "*.der", "*.cer" and "*.crt", in any case
+    OpcUa_CertificateNaming_Dotted = 1   ///< any name with a dot: the folders for TLS
+} OpcUa_CertificateNaming;
+
+/// Whether a file of that name (without its folder) is one of certificates; never when it is not UTF-8.
+OPCUA_EXPORT OpcUa_Boolean OpcUa_CertificateFile_IsName(const char* name, OpcUa_CertificateNaming naming);
+
+/// One certificate of a file, DER; valid during the call.
+typedef void (*OpcUa_CertificateFile_PfnTake)(const OpcUa_ByteString* certificate, void* context);
+
+/// Takes a file of certificates apart, in its order, as the checks do that read the folders of a store: DER
+/// one behind the other, or blocks of PEM. take runs on the calling thread and must not throw. What is in a
+/// certificate is not looked at. Good; BadDecodingError, and nothing taken, when the file holds none or when
+/// anything in it is cut short, damaged or left over; BadInvalidArgument; BadOutOfMemory.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_CertificateFile_Read(const OpcUa_Byte* content,
+                                                                         size_t length,
+                                                                         OpcUa_CertificateFile_PfnTake take,
+                                                                         void* context);
+
 /// One finding of a check; validation is valid during the call. Good goes on in spite of it, anything else
 /// makes the finding's status the result. A certificate that is malformed or wrongly signed stays refused
 /// whatever the answer.
@@ -88,6 +111,12 @@ typedef OpcUa_StatusCode (*OpcUa_Certificate_PfnVerify)(const OpcUa_CertificateV
 OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode
 OpcUa_Certificate_Verify(const OpcUa_ByteString* certificateChain, const OpcUa_PkiConfiguration* pki,
                          const char* securityPolicyUri, OpcUa_Certificate_PfnVerify callback, void* context);
+
+/// The same for the certificate of a TLS server, as a channel judges it: by the two folders of trusted ones,
+/// named as OpcUa_CertificateNaming_Dotted says, and by host, the name or address in the server's URL.
+OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_Certificate_VerifyTls(
+    const OpcUa_ByteString* certificateChain, const char* host, const OpcUa_PkiConfiguration* pki,
+    OpcUa_Certificate_PfnVerify callback, void* context);
 
 #ifdef __cplusplus
 }

@@ -12,6 +12,7 @@
 #include <certificates/qlumthumbprint.h>
 #include <tests/gui/certificates/storefixture.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificatestore.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uastring.h>
@@ -177,7 +178,10 @@ TEST_F(CertificateManager, TrustRejectAndDelete)
         EXPECT_EQ(driver.seen(),
                   QStringList(QStringLiteral("CertificateManager: Could not move certificate x.der to "
                                              "the trusted directory")));
-        EXPECT_EQ(rows(), QStringLiteral("Untrusted x|Untrusted y"));
+        EXPECT_EQ(rows(), QStringLiteral("Unreadable |Untrusted x|Untrusted y"));
+        ASSERT_TRUE(QFile::remove(store.trustedCertificates + QStringLiteral("x.der")));
+        action("refresh")->trigger();
+        select(QStringLiteral("x"));
     }
     {
         const DialogDriver driver(DialogDriver::press(QMessageBox::No));
@@ -198,6 +202,41 @@ TEST_F(CertificateManager, TrustRejectAndDelete)
     action("delete")->trigger();
     EXPECT_EQ(driver.seen().last(), QStringLiteral("CertificateManager: Could not delete certificate y.der"));
     EXPECT_EQ(rows(), QString());
+}
+
+TEST_F(CertificateManager, WhatIsTrustedWithoutBeingListedOrListedWithoutBeingTrusted)
+{
+    const auto pem = [this](const QString& name) {
+        const QString path = home.filePath(QStringLiteral("one.pem"));
+        EXPECT_TRUE(certificate(name).toPEMFile(uaPath(path)));
+        return read(path);
+    };
+    const auto der = [this](const QString& name) {
+        const UaByteArray bytes = certificate(name).toDER();
+        return QByteArray(reinterpret_cast<const char*>(bytes.rawData()), static_cast<int>(bytes.size()));
+    };
+    write(store.trustedCertificates + QStringLiteral("1.crt"), pem(QStringLiteral("text")));
+    write(store.trustedCertificates + QStringLiteral("2.der"),
+          der(QStringLiteral("a")) + der(QStringLiteral("b")));
+    write(store.trustedCertificates + QStringLiteral("3.der"), der(QStringLiteral("longer")) + '\n');
+    write(store.rejected + QStringLiteral("4.cer"), pem(QStringLiteral("c")) + pem(QStringLiteral("d")));
+    write(store.tlsIssuerCertificates + QStringLiteral("plc.pem"), der(QStringLiteral("web")));
+    open();
+    EXPECT_EQ(rows(), QStringLiteral("Trusted text|Trusted a|Trusted b|Unreadable |Untrusted c|Untrusted d"));
+    EXPECT_EQ(rows(2), QStringLiteral("Trusted web"));
+    UaPkiCertificateStore chainDialog;
+    EXPECT_EQ(chainDialog.addFolder(uaPath(store.trustedCertificates)).size(), 3u);
+    select(QString());
+    EXPECT_EQ(enabled(), QStringLiteral("reject open delete")) << "there is nothing to trust in it";
+
+    select(QStringLiteral("d"));
+    {
+        const DialogDriver driver(DialogDriver::press(QMessageBox::No));
+        action("trust")->trigger();
+        ASSERT_EQ(driver.seen().size(), 1);
+        EXPECT_TRUE(driver.seen().first().contains(QStringLiteral("2 certificates")));
+    }
+    EXPECT_TRUE(rows().endsWith(QStringLiteral("Untrusted c|Untrusted d"))) << "one click trusts one";
 }
 
 TEST_F(CertificateManager, RevocationLists)

@@ -63,6 +63,21 @@ protected:
     std::unique_ptr<QlumNewCertificateDlg> dialog;
 };
 
+TEST_F(NewCertificateDlg, NoRenewalWeakensTheKeyOrItsSignature)
+{
+    const QlumOwnCertificate initial = StoreTest::values();
+    const UaPkiCertificate old(initial.info, initial.subject, UaPkiRsaKeyPair(1536), false,
+                               UaPkiCertificate::Sha512);
+    QlumOwnCertificate renewed = QlumOwnCertificate::renewed(old, initial);
+    for (const auto& [bits, offered] : {std::pair(renewed.keyBits, 2048), std::pair(1024, 1024),
+                                        std::pair(3000, 3072), std::pair(6144, 6144)}) {
+        renewed.keyBits = bits;
+        dialog->setValues(renewed);
+        EXPECT_EQ(dialog->values().keyBits, offered) << bits;
+        EXPECT_EQ(dialog->values().algorithm, UaPkiCertificate::Sha512);
+    }
+}
+
 TEST_F(NewCertificateDlg, OkWaitsForEveryRule)
 {
     EXPECT_FALSE(mayAccept()) << "the country is missing";

@@ -188,15 +188,18 @@ TEST_F(ConnectDialogs, CertificateIsAcceptedOnceOrNotAtAll)
 TEST_F(ConnectDialogs, TrustedTlsCertificateIsStoredAndToldOfWhenItFailsAgain)
 {
     const QDir folder(QlumCertificateStore::tlsIssuerCertificates());
-    dialogs->askTlsTrust("Plc", certificate, UaStatusCode(OpcUa_BadCertificateUntrusted), decides());
+    dialogs->askTlsTrust("Plc", QString(), certificate, UaStatusCode(OpcUa_BadCertificateUntrusted),
+                         decides());
     open()->reject();
     EXPECT_EQ(decided, false);
     EXPECT_TRUE(folder.isEmpty());
-    dialogs->askTlsTrust("Plc", certificate, UaStatusCode(OpcUa_BadCertificateUntrusted), decides());
+    dialogs->askTlsTrust("Plc", QString(), certificate, UaStatusCode(OpcUa_BadCertificateUntrusted),
+                         decides());
     click({"trust"});
     EXPECT_EQ(decided, true);
     EXPECT_EQ(folder.entryList(QDir::Files).size(), 1);
-    dialogs->askTlsTrust("Plc", certificate, UaStatusCode(OpcUa_BadCertificateUntrusted), decides());
+    dialogs->askTlsTrust("Plc", QString(), certificate, UaStatusCode(OpcUa_BadCertificateUntrusted),
+                         decides());
     EXPECT_TRUE(words().startsWith("TLS Certificate Already Trusted: ")) << words();
     press(QMessageBox::Ok);
     EXPECT_EQ(decided, false) << "another attempt would fail alike";

@@ -2,6 +2,7 @@
 // connect.
 #include <app/api/qlumconnectionstatus.h>
 #include <certificates/qlumcertificatestore.h>
+#include <certificates/qlumtlsoverrules.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumprojectnodeserver.h>
@@ -57,6 +58,7 @@ protected:
         testcertificates::Recipe recipe;
         recipe.name = "Plc";
         recipe.pair = testcertificates::key(2048);
+        recipe.names = "URI:urn:localhost:test,DNS:plc";
         der = testcertificates::make(recipe);
         setting.endpoint.securityMode = OpcUa_MessageSecurityMode_SignAndEncrypt;
         setting.endpoint.applicationUri = "urn:localhost:test";
@@ -118,6 +120,8 @@ TEST_F(SecuredServerNode, TheBytesThatWereJudgedAreTheChannels)
 
 TEST_F(SecuredServerNode, ATrustedCertificateIsNotAskedAbout)
 {
+    setting.endpoint.applicationUri = "urn:other";
+    offerOne(setting.endpoint);
     make();
     script.beforeAnswer = [this] {
         QFile file(QlumCertificateStore::trustedCertificates() + "/plc.der");
@@ -129,10 +133,24 @@ TEST_F(SecuredServerNode, ATrustedCertificateIsNotAskedAbout)
     static_cast<void>(node->connectServer());
     EXPECT_FALSE(asked().contains("certificate"));
     EXPECT_EQ(channelCertificates().size(), 1u);
-    EXPECT_TRUE(
-        log().contains("50 Certificate of the server: Plc: The host of the server's URL ('plc') cannot be "
-                       "found in the list of IP addresses or DNS names"))
+    EXPECT_EQ(log().filter("50 Certificate of the server: Plc: The URI returned in the certificate").size(),
+              1)
         << log().join('\n');
+}
+
+TEST_F(SecuredServerNode, NobodyIsAskedTwiceAboutAWrongHost)
+{
+    SecuredServer server(FakeStack::instance(), OpcUa_SecurityPolicy_Basic256Sha256,
+                         OpcUa_MessageSecurityMode_SignAndEncrypt);
+    server.tokens = {{OpcUa_UserTokenType_Anonymous, nullptr}};
+    setting.endpoint.serverCertificate =
+        QByteArray(reinterpret_cast<const char*>(server.certificate.data()), server.certificate.length());
+    offerOne(setting.endpoint);
+    make();
+    script.verdict = {true, true, {}};
+    EXPECT_TRUE(node->connectServer()) << log().join('\n');
+    EXPECT_EQ(asked(), QStringList{"certificate"});
+    node.reset(); // it may still call the server
 }
 
 TEST_F(SecuredServerNode, AnUnsafePolicyIsOffUntilTheUserAllowsIt)
@@ -312,6 +330,35 @@ TEST_F(SecuredServerNode, OneTlsQuestionAtATimeAndAnotherAttemptWhenItIsTrusted)
         node->sslCertificateValidationFailed(node->serverId(), UaStatus(OpcUa_BadCertificateUntrusted), tls));
     QCoreApplication::processEvents();
     EXPECT_EQ(asked(), QStringList{"tls trust"});
+}
+
+TEST_F(SecuredServerNode, ADeclinedTlsCertificateIsNotAskedAboutOnEachReconnect)
+{
+    use("None");
+    setting.endpoint.securityMode = OpcUa_MessageSecurityMode_None;
+    setting.endpoint.serverCertificate.clear();
+    offerOne(setting.endpoint);
+    make();
+    const auto fail = [this](const UaByteString& certificate) {
+        EXPECT_FALSE(node->sslCertificateValidationFailed(
+            node->serverId(), UaStatus(OpcUa_BadCertificateUntrusted), certificate));
+        QCoreApplication::processEvents();
+        return asked().size();
+    };
+    const UaByteString tls(static_cast<OpcUa_Int32>(der.size()), der.data());
+    EXPECT_EQ(fail(tls), 1);
+    EXPECT_EQ(fail(tls), 0);
+    EXPECT_EQ(fail(SecuredServer::otherCertificate()), 1) << "another one is another question";
+    EXPECT_EQ(fail(SecuredServer::otherCertificate()), 0);
+    EXPECT_TRUE(node->connectServer());
+    EXPECT_EQ(fail(tls), 1) << "the user has tried anew";
+
+    QDir().mkpath(QlumCertificateStore::tlsIssuerCertificates());
+    ASSERT_TRUE(qlumOverruleTls(setting.endpoint.url, tls, {OpcUa_BadCertificateHostNameInvalid}));
+    EXPECT_TRUE(node->sslCertificateValidationFailed(node->serverId(),
+                                                     UaStatus(OpcUa_BadCertificateHostNameInvalid), tls));
+    EXPECT_FALSE(node->sslCertificateValidationFailed(node->serverId(),
+                                                      UaStatus(OpcUa_BadCertificateTimeInvalid), tls));
 }
 
 TEST_F(SecuredServerNode, TrustInATlsCertificateGoesOnWithTheConnect)

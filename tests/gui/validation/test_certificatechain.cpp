@@ -23,9 +23,22 @@ namespace {
 class CertificateChain : public ValidationFixture
 {
 protected:
-    static Der root() { return testcertificates::make(authority("Root")); }
-    static Der sub() { return testcertificates::make(authority("Sub", "Root")); }
-    static Der leaf() { return testcertificates::make(issuedBy("Sub")); }
+    // Made once: a second later they would be others.
+    static Der root()
+    {
+        static const Der made = testcertificates::make(authority("Root"));
+        return made;
+    }
+    static Der sub()
+    {
+        static const Der made = testcertificates::make(authority("Sub", "Root"));
+        return made;
+    }
+    static Der leaf()
+    {
+        static const Der made = testcertificates::make(issuedBy("Sub"));
+        return made;
+    }
     // Revocation lists of both authorities, so that nothing is unknown.
     void putLists(const std::vector<long>& revokedBySub = {}) const
     {

@@ -77,7 +77,11 @@ TEST_F(CertificateChecks, TimesKeysAndAlgorithms)
     recipe.digest = EVP_sha1();
     EXPECT_EQ(findings(recipe),
               QStringList("Info/Signature Algorithm [1]: Weak SignatureAlgorithm, SHA256 recommended"));
-    recipe.digest = EVP_sha384();
+    for (const EVP_MD* strong : {EVP_sha384(), EVP_sha512()}) {
+        recipe.digest = strong;
+        EXPECT_EQ(findings(recipe), QStringList());
+    }
+    recipe.digest = EVP_sha3_256();
     EXPECT_EQ(findings(recipe), QStringList("Info/Signature Algorithm [2]: Unknown signature algorithm"));
     recipe = flawless();
     recipe.pair = testcertificates::key(1024);
@@ -202,7 +206,7 @@ TEST_F(CertificateChecks, ForeignTextsStayTextAndFitOnALine)
 TEST_F(CertificateChecks, LinesWithFindingsAreColouredAndExplained)
 {
     Recipe recipe = with(NID_key_usage, "");
-    recipe.digest = EVP_sha384();
+    recipe.digest = EVP_sha3_256();
     const auto node = check(testcertificates::make(recipe));
     QlumCertificateDetailsModel model;
     model.setNode(node.get());

@@ -1,8 +1,11 @@
 #include <certificates/qlumcertificatedialog.h>
 #include <certificates/qlumcertificateerror.h>
+#include <certificates/qlumcertificatestore.h>
+#include <certificates/qlumseverityicon.h>
 #include <opcua/opcua_statuscodes.h>
 #include <tests/gui/validation/validationfixture.h>
 #include <tests/support/dialogdriver.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
@@ -12,12 +15,17 @@
 #include <QClipboard>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QString>
 #include <QStringList>
 #include <QTreeView>
@@ -110,12 +118,12 @@ TEST_F(CertificateDialog, TrustedButExpiredCanOnlyBeAcceptedOnce)
     EXPECT_FALSE(trustButton()->isEnabled());
     EXPECT_TRUE(once()->isEnabled());
     auto* findings = find<QListWidget>("findings");
-    ASSERT_EQ(findings->count(), 2);
+    ASSERT_EQ(findings->count(), 1) << "in two ways of saying it";
     EXPECT_EQ(findings->item(0)->text(), "certificate has expired [BadCertificateTimeInvalid]");
     application.settings["General.DisableError.CertificateTimeInvalid"] = true;
     open(bytes(der));
     EXPECT_TRUE(go()->isEnabled());
-    EXPECT_EQ(find<QListWidget>("findings")->count(), 2) << "what the settings let pass is still shown";
+    EXPECT_EQ(find<QListWidget>("findings")->count(), 1) << "what the settings let pass is still shown";
     EXPECT_EQ(dialog->validationError(), QlumCertificateError::Error);
 }
 
@@ -211,6 +219,130 @@ TEST_F(CertificateDialog, TlsFormTrustsOrCancels)
     trustButton()->click();
     EXPECT_EQ(dialog->result(), QDialog::Accepted);
     EXPECT_TRUE(std::filesystem::is_empty(store.file("trusted"))) << "who shows it stores it";
+}
+
+TEST_F(CertificateDialog, NoHeadlineAdvisesToTrustWhatIsWithdrawnOrExpired)
+{
+    const auto headline = [this](const UaByteString& sent) {
+        open(sent);
+        EXPECT_FALSE(text("advice").contains("trust it")) << text("advice").toStdString();
+        return find<QLabel>("result")->toolTip();
+    };
+    Recipe expired = flawless();
+    expired.to = -60;
+    EXPECT_EQ(headline(bytes(testcertificates::make(expired))),
+              "The Certificate has expired or is not yet valid");
+    put("issuers_crl", "root.crl", testcertificates::makeRevocationList("Root", key("Root"), {1}));
+    EXPECT_EQ(headline(bytes(
+                  {testcertificates::make(issuedBy("Root")), testcertificates::make(authority("Root"))})),
+              "The Certificate has been revoked");
+    EXPECT_EQ(dialog->validationResult().code(), OpcUa_BadCertificateUntrusted);
+}
+
+TEST_F(CertificateDialog, AnotherHostsCertificateIsNotCalledGood)
+{
+    Recipe recipe = flawless();
+    recipe.extensions->back().second = "URI:urn:plc,DNS:other.example";
+    const Der own = testcertificates::make(recipe);
+    open(bytes(own));
+    trustButton()->click();
+    EXPECT_EQ(text("result"), "<b><font color=\"#ff0000\">BadCertificateHostNameInvalid</font></b>");
+    EXPECT_TRUE(text("advice").contains("other host names"));
+    EXPECT_EQ(find<QListWidget>("findings")->count(), 1);
+    EXPECT_FALSE(go()->isEnabled());
+    once()->click();
+    EXPECT_TRUE(go()->isEnabled());
+    security.securityPolicyUri = "http://opcfoundation.org/UA/SecurityPolicy#None";
+    open(bytes(own));
+    EXPECT_NE(text("result").indexOf("Good"), -1) << "the session will not ask either";
+}
+
+TEST_F(CertificateDialog, NoTickStandsBesideUntrusted)
+{
+    const auto shown = [this] {
+        return chain()->currentIndex().data(Qt::DecorationRole).value<QIcon>().pixmap(16).toImage();
+    };
+    open(bytes(testcertificates::make(flawless())));
+    EXPECT_EQ(shown(), qlumSeverityIcon(QlumCertificateError::Warning).pixmap(16).toImage());
+    trustButton()->click();
+    EXPECT_EQ(shown(), qlumSeverityIcon(QlumCertificateError::None).pixmap(16).toImage());
+}
+
+TEST_F(CertificateDialog, NoFindingIsCutAtTheFirstOfItsLines)
+{
+    Recipe recipe = flawless();
+    recipe.extensions->back().second =
+        "DNS:plc.example,URI:urn:a-rather-long-name-of-a-computer-in-a-plant:Maker:ProductWithAName";
+    recipe.extensions->erase(recipe.extensions->begin() + 2); // no key identifier: another long one
+    open(bytes(testcertificates::make(recipe)));
+    auto* findings = find<QListWidget>("findings");
+    ASSERT_EQ(findings->count(), 2);
+    for (const int width : {1000, 420}) {
+        dialog->resize(width, 700);
+        EXPECT_LE(findings->visualItemRect(findings->item(1)).bottom(), findings->viewport()->height());
+        EXPECT_EQ(findings->verticalScrollBar()->maximum(), 0) << width;
+    }
+    EXPECT_GE(findings->visualItemRect(findings->item(0)).height(), 2 * findings->fontMetrics().height());
+}
+
+TEST_F(CertificateDialog, AnIssuerAndItsListNeedNoDetour)
+{
+    const Der root = testcertificates::make(authority("Root"));
+    open(bytes({testcertificates::make(issuedBy("Root")), root}));
+    auto* issuer = find<QPushButton>("trustIssuer");
+    ASSERT_TRUE(issuer->isVisible());
+    {
+        const DialogDriver driver(DialogDriver::press(QMessageBox::No));
+        issuer->click();
+        EXPECT_TRUE(driver.seen().value(0).contains(qlumThumbprint(certificate(root))));
+        EXPECT_TRUE(std::filesystem::is_empty(store.file("trusted")));
+    }
+    {
+        const DialogDriver driver(DialogDriver::press(QMessageBox::Yes));
+        issuer->click();
+    }
+    EXPECT_EQ(dialog->validationResult().code(), OpcUa_BadCertificateRevocationUnknown);
+    EXPECT_FALSE(issuer->isVisible());
+
+    QPushButton* import = find<QPushButton>("importCrl");
+    ASSERT_TRUE(import->isVisible());
+    const auto importList = [&](const char* signer) {
+        const Der list = testcertificates::makeRevocationList("Root", key(signer), {});
+        TemporaryFolder::write(store.file("list.crl"), std::string(list.begin(), list.end()));
+        const DialogDriver driver([this](QDialog& one) {
+            if (auto* files = qobject_cast<QFileDialog*>(&one)) {
+                files->selectFile(QString::fromStdString(store.file("list.crl")));
+                static_cast<QDialog*>(files)->done(QDialog::Accepted);
+            } else {
+                one.reject();
+            }
+        });
+        import->click();
+        return driver.seen().size();
+    };
+    EXPECT_EQ(importList("other"), 2) << "a list that somebody else has made is refused";
+    EXPECT_EQ(dialog->validationResult().code(), OpcUa_BadCertificateRevocationUnknown);
+    EXPECT_EQ(importList("Root"), 1);
+    EXPECT_EQ(dialog->validationResult().code(), OpcUa_Good);
+    EXPECT_FALSE(import->isVisible());
+}
+
+TEST_F(CertificateDialog, WhoeverCancelsFindsTheCertificateAmongTheRejected)
+{
+    const QString folder = QlumCertificateStore::rejected();
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const Der own = testcertificates::make(flawless());
+    open(bytes(own));
+    find<QDialogButtonBox>("buttons")->button(QDialogButtonBox::Cancel)->click();
+    const QString file = folder + '/' + qlumThumbprint(certificate(own)) + ".der";
+    EXPECT_EQ(UaPkiCertificate::fromDERFile(toUaString(file)), certificate(own));
+    ASSERT_TRUE(QFile::remove(file));
+    trust(own);
+    open(bytes(own));
+    dialog->reject();
+    open(bytes(testcertificates::make(flawless("Other"))));
+    dialog.reset(); // taken back by the program
+    EXPECT_TRUE(QDir(folder).isEmpty());
 }
 
 TEST_F(CertificateDialog, FindingsOfTheWholeChainForTheLog)

@@ -1,4 +1,5 @@
 #include <certificates/qlumcertificatestore.h>
+#include <certificates/qlumtlsoverrules.h>
 #include <certificates/qlumtlstrust.h>
 #include <opcua/opcua_statuscodes.h>
 #include <tests/gui/validation/validationfixture.h>
@@ -7,10 +8,12 @@
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QListWidget>
 #include <QPushButton>
 #include <QString>
 #include <QStringList>
@@ -27,6 +30,7 @@ protected:
     {
         QDir(folder).removeRecursively();
         QDir().mkpath(folder);
+        QFile::remove(QFileInfo(folder).path() + "/overruled");
     }
     // By the name that OpenSSL itself looks for.
     QString path(const Der& der, int number) const
@@ -88,6 +92,60 @@ TEST_F(TlsTrust, ATrustedOneIsNotAskedAboutAgain)
         "for this error.\n\nThe certificate location is: " +
             path(own, 0));
     EXPECT_FALSE(QFileInfo::exists(path(own, 1)));
+}
+
+TEST_F(TlsTrust, NoTrustedDeviceStaysLockedOutForItsHostOrItsClock)
+{
+    const QString url = "https://192.0.2.99:4843/ua";
+    Recipe recipe = flawless();
+    recipe.to = -60;
+    const Der own = testcertificates::make(recipe);
+    const auto status = [&](const Der& der, OpcUa_StatusCode finding) {
+        return qlumIsTlsOverruled("https://192.0.2.99:4843", bytes(der), finding);
+    };
+    const auto askAtUrl = [&](const DialogDriver::Answer& answer) {
+        const DialogDriver driver(answer);
+        return qlumAskTlsTrust("Web", url, bytes(own), UaStatusCode(OpcUa_BadCertificateUntrusted), nullptr);
+    };
+    QStringList shown;
+    EXPECT_FALSE(askAtUrl([&](QDialog& dialog) {
+        auto* findings = dialog.findChild<QListWidget*>("findings");
+        for (int row = 0; row < findings->count(); ++row)
+            shown.append(findings->item(row)->text());
+        EXPECT_FALSE(dialog.findChild<QPushButton*>("trust")->isEnabled()) << "not by trust alone";
+        dialog.reject();
+    }));
+    EXPECT_EQ(shown.filter("BadCertificateTimeInvalid").size(), 1) << shown.join('\n').toStdString();
+    EXPECT_EQ(shown.filter("BadCertificateHostNameInvalid").size(), 1) << shown.join('\n').toStdString();
+    EXPECT_FALSE(status(own, OpcUa_BadCertificateHostNameInvalid));
+    const auto overrule = [](QDialog& dialog) {
+        if (auto* box = dialog.findChild<QCheckBox*>("overrule"); box && box->isVisible())
+            box->setChecked(true);
+        accept(dialog);
+    };
+    EXPECT_TRUE(askAtUrl(overrule));
+    EXPECT_TRUE(status(own, OpcUa_BadCertificateHostNameInvalid));
+    EXPECT_TRUE(status(own, OpcUa_BadCertificateTimeInvalid));
+    EXPECT_FALSE(status(own, OpcUa_BadCertificateUntrusted)) << "that is what the trust list is for";
+    EXPECT_FALSE(status(testcertificates::make(flawless()), OpcUa_BadCertificateHostNameInvalid))
+        << "another certificate of the server is asked about anew";
+    EXPECT_FALSE(qlumIsTlsOverruled("https://192.0.2.99:4844", bytes(own), OpcUa_BadCertificateTimeInvalid));
+    EXPECT_TRUE(askAtUrl(overrule)) << "a trusted one can still be overruled";
+    EXPECT_FALSE(QFileInfo::exists(path(own, 1))) << "and is not stored twice";
+}
+
+TEST_F(TlsTrust, NobodyOverrulesAWeakKey)
+{
+    Recipe recipe = flawless();
+    recipe.pair = testcertificates::key(1024);
+    const DialogDriver driver([](QDialog& dialog) {
+        EXPECT_FALSE(dialog.findChild<QCheckBox*>("overrule")->isVisible());
+        EXPECT_FALSE(dialog.findChild<QPushButton*>("trust")->isEnabled());
+        dialog.reject();
+    });
+    EXPECT_FALSE(qlumAskTlsTrust("Web", "https://192.0.2.99", bytes(testcertificates::make(recipe)),
+                                 UaStatusCode(OpcUa_BadCertificatePolicyCheckFailed), nullptr));
+    EXPECT_EQ(driver.seen().size(), 1);
 }
 
 TEST_F(TlsTrust, WhatCannotBeStoredIsNotTrusted)

@@ -77,6 +77,7 @@ protected:
         recipe.issuer = issuer;
         recipe.issuerPair = key(issuer);
         recipe.extensions.reset();
+        recipe.names = "URI:urn:plc,DNS:plc.example";
         return recipe;
     }
 

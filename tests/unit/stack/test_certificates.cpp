@@ -143,6 +143,46 @@ TEST_F(StackCertificates, TrustsWhatLiesInTheFolder)
     EXPECT_EQ(verify(certificates::make(own("Impostor"))), OpcUa_BadCertificateUntrusted);
 }
 
+TEST_F(StackCertificates, NoFileIsTrustedByItsFirstPartNorOverlookedForItsForm)
+{
+    const Der certificate = certificates::make(own());
+    const Der other = certificates::make(own("Other"));
+    const auto text = [](const std::string& pem) { return Der(pem.begin(), pem.end()); };
+    const std::string block = certificates::pem("CERTIFICATE", certificate);
+    const std::string otherBlock = certificates::pem("CERTIFICATE", other);
+    const Der key = certificates::privateDer(certificates::key(2048, "leaf"));
+    const Der longer = joined({certificate, Der(1, 0)});
+    struct Case
+    {
+        const char* name;
+        Der content;
+        bool isTrusted;
+    };
+    const std::vector<Case> cases = {
+        {"a.der", joined({other, certificate}), true},
+        {"a.Crt", certificate, true},
+        {"a.cer", text("subject=Server\n" + otherBlock + block), true},
+        {"a.der", text(certificates::pem("RSA PRIVATE KEY", key) + block), true},
+        {"a.crt", text(certificates::pem("TRUSTED CERTIFICATE", longer)), true},
+        {"a.pem", text(block), false},
+        {"\xE4.der", certificate, false},
+        {"a.der", longer, false},
+        {"a.der", joined({certificate, Der(other.begin(), other.end() - 1)}), false},
+        {"a.cer", text(certificates::pem("CERTIFICATE", longer)), false},
+        {"a.cer", text(block + otherBlock.substr(0, otherBlock.size() / 2)), false},
+        {"a.cer", text(certificates::pem("CERTIFICATE REQUEST", certificate)), false},
+    };
+    for (const auto& [name, content, isTrusted] : cases) {
+        clear();
+        put(std::string("trusted/") + name, content);
+        EXPECT_EQ(verify(certificate), isTrusted ? OpcUa_Good : OpcUa_BadCertificateUntrusted)
+            << name << ' ' << content.size();
+    }
+    const auto ignore = [](const OpcUa_ByteString*, void*) {};
+    EXPECT_EQ(OpcUa_CertificateFile_Read(nullptr, 0, ignore, nullptr), OpcUa_BadDecodingError);
+    EXPECT_EQ(OpcUa_CertificateFile_Read(nullptr, 1, ignore, nullptr), OpcUa_BadInvalidArgument);
+}
+
 TEST_F(StackCertificates, FollowsTheChainAndItsRevocationLists)
 {
     const Der root = certificates::make(authority());
@@ -252,6 +292,17 @@ TEST_F(StackCertificates, KeysKeepToBothBoundsOfThePolicy)
         put("trusted/server.der", certificate);
         EXPECT_EQ(verify(certificate, OpcUa_Bad, c.policy), c.status) << c.bits << ' ' << c.policy;
     }
+}
+
+TEST_F(StackCertificates, NoFindingHidesBehindAnotherOfItsStatus)
+{
+    put("trusted/root.der", certificates::make(authority()));
+    put("trustedcrl/root.crl", list({6}, "leaf", -60)); // out of date, and of somebody else
+    EXPECT_EQ(verify(certificates::make(issued())), OpcUa_BadCertificateRevocationUnknown);
+    ASSERT_GE(m_findings.size(), 2u);
+    EXPECT_EQ(m_findings[1].status, OpcUa_BadCertificateRevocationUnknown);
+    EXPECT_EQ(m_findings[1].depth, m_findings[0].depth);
+    EXPECT_NE(m_findings[1].error, m_findings[0].error);
 }
 
 TEST_F(StackCertificates, NeverLetsAForgeryPass)
