@@ -4,9 +4,12 @@
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
+#include <servers/qlumcertificatewatch.h>
+#include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectflow.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumdiscoverysetting.h>
+#include <servers/qlummodelevents.h>
 #include <servers/qlumservermessages.h>
 #include <servers/qlumservermonitoring.h>
 #include <servers/qlumtlstrustquestion.h>
@@ -30,6 +33,7 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 class QlumNetworkWatch;
 
@@ -51,6 +55,7 @@ public:
     [[nodiscard]] Qt::ItemFlags flags() const override;
     bool setData(const QVariant& value, int role) override;
     [[nodiscard]] QIcon icon() const override;
+    void applySettings() override;
     void setDisplayName(const QString& name) override;
 
     [[nodiscard]] unsigned int serverId() const override { return m_serverId; }
@@ -61,6 +66,7 @@ public:
     /// While a lost connection is waited for it makes the next attempt to restore it at once, and answers
     /// false.
     bool startConnect() override;
+    bool startConnectByUser() override;
     /// Connects anew with another security mode (0: the same) and user (null: as the settings say), which
     /// the settings do not keep. False while a connect or a change of the user is under way.
     [[nodiscard]] bool reconnectWith(OpcUa_MessageSecurityMode mode, const QlumIdentity& identity);
@@ -102,7 +108,13 @@ private:
     void begin(const QlumDiscoverySetting& setting, const QlumIdentity& identity);
     void beginConnect(const QlumDiscoverySetting& setting, const QlumIdentity& identity);
     void takeFlowResult(QlumConnectFlow::Result result);
+    void takeEntered(bool isUserChange);
+    void takeTrust();
+    static void keepInProject();
     void endFlow(bool connected);
+    void tellFailure();
+    void stopTelling();
+    void sltCertificateChanged();
     /// False when the session will not try by itself.
     [[nodiscard]] bool reconnectNow();
     void sltNetworkChanged();
@@ -125,9 +137,14 @@ private:
     const std::shared_ptr<QlumTypeCache> m_typeCache;
     std::unique_ptr<QlumServicesRegistration> m_services;
     std::unique_ptr<QlumServerMonitoring> m_monitoring;
+    std::unique_ptr<QlumModelEvents> m_modelEvents;
     QStringList m_namespaces;
     bool m_retrieveIcons;
     bool m_isBusy = false;
+    bool m_isUsers = false;      ///< the work under way was commanded by the user, who is told how it ends
+    bool m_isUserChange = false; ///< what has ended last, rather than a connect
+    bool m_isTelling = false;
+    std::optional<QlumConnectFailure> m_failure;
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
     const std::shared_ptr<QlumNetworkWatch> m_network;
     std::atomic<bool> m_closing{false};
@@ -135,5 +152,6 @@ private:
     const std::unique_ptr<QlumConnectPrompts> m_prompts;
     QlumServerMessages m_messages;
     QlumTlsTrustQuestion m_tlsQuestion;
+    QlumCertificateWatch m_certificateWatch;
     std::unique_ptr<QlumConnectFlow> m_flow;
 };

@@ -9,16 +9,15 @@
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumendpointmodel.h>
+#include <servers/qlumidentitywidget.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uawidgets/table/qlumtable.h>
 
 #include <QByteArray>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -31,7 +30,6 @@
 #include <QSortFilterProxyModel>
 #include <QString>
 #include <QSysInfo>
-#include <QToolButton>
 #include <QTreeView>
 #include <QUrl>
 #include <QVector>
@@ -193,65 +191,15 @@ QWidget* QlumServerSettingsDialog::createIdentityGroup()
 {
     auto* group = new QGroupBox(tr("User"));
     auto* layout = new QVBoxLayout(group);
-    auto* form = new QFormLayout;
-    m_tokenType = new QComboBox;
-    m_tokenType->setObjectName(QStringLiteral("userTokenType"));
-    m_tokenType->setAccessibleName(tr("User identity"));
-    m_tokenType->addItem(tr("Anonymous"), QlumDiscoverySetting::Anonymous);
-    m_tokenType->addItem(tr("User name and password"), QlumDiscoverySetting::UserName);
-    m_tokenType->addItem(tr("Certificate"), QlumDiscoverySetting::Certificate);
-    form->addRow(tr("&Identity:"), m_tokenType);
-    layout->addLayout(form);
-
-    m_userNamePage = new QWidget;
-    auto* userForm = new QFormLayout(m_userNamePage);
-    userForm->setContentsMargins(0, 0, 0, 0);
-    m_userName = lineEdit("userName", tr("User name"));
+    m_identity = new QlumIdentityWidget;
     m_storePassword = new QCheckBox(tr("&Remember the password until the program ends"));
     m_storePassword->setObjectName(QStringLiteral("storePassword"));
     m_storePassword->setWhatsThis(
         tr("<b>Remember the password</b><br>The password is asked for once. It is never "
            "written to a file."));
-    userForm->addRow(tr("User n&ame:"), m_userName);
-    userForm->addRow(m_storePassword);
-    layout->addWidget(m_userNamePage);
-
-    m_certificatePage = new QWidget;
-    auto* fileForm = new QFormLayout(m_certificatePage);
-    fileForm->setContentsMargins(0, 0, 0, 0);
-    QWidget* certificateRow = createFileRow(m_certificateFile, tr("Certificate file"),
-                                            tr("Certificates (*.der *.cer);;All files (*)"));
-    QWidget* keyRow =
-        createFileRow(m_privateKeyFile, tr("Private key file"), tr("Keys (*.pem);;All files (*)"));
-    fileForm->addRow(tr("&Certificate:"), certificateRow);
-    fileForm->addRow(tr("&Private key:"), keyRow);
-    layout->addWidget(m_certificatePage);
-    connect(m_tokenType, qOverload<int>(&QComboBox::currentIndexChanged), this,
-            &QlumServerSettingsDialog::sltUpdateControls);
+    m_identity->addUserRow(m_storePassword);
+    layout->addWidget(m_identity);
     return group;
-}
-
-QWidget* QlumServerSettingsDialog::createFileRow(QLineEdit*& edit, const QString& name, const QString& filter)
-{
-    auto* row = new QWidget;
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    edit = lineEdit("", name);
-    edit->setObjectName(name);
-    auto* browse = new QToolButton;
-    browse->setObjectName(name + QLatin1String(" browse"));
-    browse->setAccessibleName(tr("Choose %1").arg(name));
-    browse->setToolTip(tr("Choose a file"));
-    browse->setText(QStringLiteral("..."));
-    layout->addWidget(edit, 1);
-    layout->addWidget(browse);
-    row->setFocusProxy(edit);
-    connect(browse, &QToolButton::clicked, this, [this, edit, name, filter] {
-        const QString file = QFileDialog::getOpenFileName(this, name, edit->text(), filter);
-        if (!file.isEmpty())
-            edit->setText(file);
-    });
-    return row;
 }
 
 void QlumServerSettingsDialog::createButtons()
@@ -271,11 +219,9 @@ void QlumServerSettingsDialog::fill()
     m_sessionName->setText(m_setting.sessionName.isEmpty()
                                ? QStringLiteral("urn:%1:Korvanda:Tavelin").arg(QSysInfo::machineHostName())
                                : m_setting.sessionName);
-    m_tokenType->setCurrentIndex(m_tokenType->findData(m_setting.userTokenType));
-    m_userName->setText(m_setting.userName);
+    m_identity->setChoice({m_setting.userTokenType, m_setting.userName, QString(), m_setting.certificateFile,
+                           m_setting.privateKeyFile});
     m_storePassword->setChecked(m_setting.storePassword);
-    m_certificateFile->setText(m_setting.certificateFile);
-    m_privateKeyFile->setText(m_setting.privateKeyFile);
     if (m_setting.endpoint.url.isEmpty()) {
         setMessage(tr("Enter the URL of a server and press Get Endpoints."));
         return;
@@ -363,11 +309,8 @@ void QlumServerSettingsDialog::sltUpdateControls()
     m_fetch->setEnabled(busy || isUsableUrl(completeUrl(m_url->text())));
     m_progress->setVisible(busy);
     m_url->setReadOnly(busy);
-    if (!m_tokenType || !m_buttons)
+    if (!m_buttons)
         return; // still being built
-    const int type = m_tokenType->currentData().toInt();
-    m_userNamePage->setVisible(type == QlumDiscoverySetting::UserName);
-    m_certificatePage->setVisible(type == QlumDiscoverySetting::Certificate);
     m_buttons->button(QDialogButtonBox::Ok)
         ->setEnabled(!busy && currentRow() >= 0 && !m_displayName->text().trimmed().isEmpty());
 }
@@ -392,12 +335,14 @@ QlumDiscoverySetting QlumServerSettingsDialog::discoverySetting() const
     setting.discoveryHost = QUrl(completeUrl(m_url->text())).host();
     setting.displayName = m_displayName->text().trimmed();
     setting.sessionName = m_sessionName->text().trimmed();
-    setting.userTokenType = m_tokenType->currentData().toInt();
-    if (setting.userName != m_userName->text() || !m_storePassword->isChecked())
-        setting.password.clear(); // that of another user
-    setting.userName = m_userName->text();
+    const QlumUserChoice user = m_identity->choice();
+    setting.userTokenType = user.tokenType;
+    setting.userName = user.userName;
+    setting.certificateFile = user.certificateFile;
+    setting.privateKeyFile = user.privateKeyFile;
     setting.storePassword = m_storePassword->isChecked();
-    setting.certificateFile = m_certificateFile->text();
-    setting.privateKeyFile = m_privateKeyFile->text();
+    if (!setting.storePassword)
+        setting.password.clear();
+    setting.forgetWhatBelongsTo(m_setting);
     return setting;
 }

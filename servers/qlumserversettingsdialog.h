@@ -10,7 +10,6 @@
 #include <QWidget>
 
 class QCheckBox;
-class QComboBox;
 class QDialogButtonBox;
 class QLabel;
 class QLineEdit;
@@ -21,6 +20,7 @@ class QTreeView;
 class QlumConnectDialogs;
 class QlumEndpointFetcher;
 class QlumEndpointModel;
+class QlumIdentityWidget;
 
 /// Adds a server or changes its connection settings: asks the server for its endpoints without blocking, and
 /// lets the user choose one and who to be there.
@@ -54,7 +54,6 @@ private:
     QWidget* createEndpointView();
     QWidget* createSessionGroup();
     QWidget* createIdentityGroup();
-    QWidget* createFileRow(QLineEdit*& edit, const QString& name, const QString& filter);
     void createButtons();
     void fill();
     void suggestDisplayName();
@@ -77,12 +76,7 @@ private:
     QTreeView* m_endpointView = nullptr;
     QLineEdit* m_displayName = nullptr;
     QLineEdit* m_sessionName = nullptr;
-    QComboBox* m_tokenType = nullptr;
-    QWidget* m_userNamePage = nullptr;
-    QLineEdit* m_userName = nullptr;
+    QlumIdentityWidget* m_identity = nullptr;
     QCheckBox* m_storePassword = nullptr;
-    QWidget* m_certificatePage = nullptr;
-    QLineEdit* m_certificateFile = nullptr;
-    QLineEdit* m_privateKeyFile = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
 };

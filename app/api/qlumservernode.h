@@ -45,6 +45,8 @@ public:
     /// Begins the same without waiting for it; connectEnded() tells what it came to. False when there is
     /// nothing to begin. One that cannot but wait has ended when this returns.
     virtual bool startConnect();
+    /// The same at the user's own command: he is told when it fails, and may try again.
+    virtual bool startConnectByUser() { return startConnect(); }
     /// Closes the session; cancels a connect under way.
     virtual void disconnectServer() = 0;
     /// Asks for another user and continues the session as that one.
@@ -76,6 +78,9 @@ public:
     virtual bool hasIcon(const UaNodeId* nodeId) = 0;
     /// Answers QlumApplicationInterface::getIcon() for this server.
     virtual QIcon getIcon(const UaNodeId* nodeId) = 0;
+
+    /// The user has changed settings of the application.
+    virtual void applySettings() {}
 
 signals:
     /// Name or state changed. The widget is null; the map is that of
