@@ -7,6 +7,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectdialogs.h>
 #include <servers/qlumendpoint.h>
+#include <servers/qlumendpointchoice.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumendpointmodel.h>
 #include <servers/qlumidentitywidget.h>
@@ -18,15 +19,23 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QEvent>
 #include <QFormLayout>
+#include <QFrame>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMetaObject>
 #include <QModelIndex>
+#include <QObject>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSize>
 #include <QSortFilterProxyModel>
 #include <QString>
 #include <QSysInfo>
@@ -36,35 +45,6 @@
 #include <QWidget>
 
 namespace {
-bool isUsableUrl(const QString& text)
-{
-    const QUrl url(text);
-    const QString scheme = url.scheme();
-    return url.isValid() && !url.host().isEmpty() &&
-           (scheme == QLatin1String("opc.tcp") || scheme == QLatin1String("https") ||
-            scheme == QLatin1String("http"));
-}
-
-// What the user means: "server", "server:4841" and "opc.tcp://server" are all addresses.
-QString completeUrl(const QString& text)
-{
-    const QString trimmed = text.trimmed();
-    return trimmed.isEmpty() || trimmed.contains(QLatin1String("://"))
-               ? trimmed
-               : QLatin1String("opc.tcp://") + trimmed;
-}
-
-// The server may call itself by a name that is unknown here; the address that it was asked under works.
-QString reachableUrl(const QString& endpointUrl, const QString& askedUrl)
-{
-    QUrl url(endpointUrl);
-    const QUrl asked(askedUrl);
-    if (!url.isValid() || asked.host().isEmpty() || url.scheme() != asked.scheme())
-        return endpointUrl;
-    url.setHost(asked.host());
-    return url.toString();
-}
-
 QLineEdit* lineEdit(const char* objectName, const QString& accessibleName)
 {
     auto* edit = new QLineEdit;
@@ -89,10 +69,17 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
 {
     m_fetcher->setParent(this);
     setWindowTitle(setting.endpoint.url.isEmpty() ? tr("Add Server") : tr("Server Settings"));
+    auto* content = new QWidget;
+    auto* groups = new QVBoxLayout(content);
+    groups->addWidget(createEndpointGroup(), 1);
+    groups->addWidget(createSessionGroup());
+    groups->addWidget(createIdentityGroup());
+    auto* scroll = new QScrollArea; // small screens and large letters
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(content);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(createEndpointGroup(), 1);
-    layout->addWidget(createSessionGroup());
-    layout->addWidget(createIdentityGroup());
+    layout->addWidget(scroll, 1);
     createButtons();
     layout->addWidget(m_buttons);
     connect(m_fetcher, &QlumEndpointFetcher::finished, this, &QlumServerSettingsDialog::sltEndpointsFetched);
@@ -100,7 +87,8 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
             &QlumServerSettingsDialog::sltCertificateRefused);
     connect(&m_tlsQuestion, &QlumTlsTrustQuestion::trusted, this,
             &QlumServerSettingsDialog::sltCertificateTrusted);
-    resize(740, 560);
+    const QSize room = QGuiApplication::primaryScreen()->availableSize() * 9 / 10;
+    resize(QSize(740, 560).boundedTo(room));
     fill();
     sltUpdateControls();
 }
@@ -128,6 +116,10 @@ QWidget* QlumServerSettingsDialog::createEndpointGroup()
     row->addWidget(m_url, 1);
     row->addWidget(m_fetch);
     layout->addLayout(row);
+    m_urlHint = new QLabel(tr("A URL begins with opc.tcp:// or https:// and names a host."));
+    m_urlHint->setObjectName(QStringLiteral("urlHint"));
+    m_urlHint->hide();
+    layout->addWidget(m_urlHint);
     layout->addWidget(createEndpointView(), 1);
     m_progress = new QProgressBar;
     m_progress->setObjectName(QStringLiteral("fetchProgress"));
@@ -162,7 +154,9 @@ QWidget* QlumServerSettingsDialog::createEndpointView()
     m_endpointView->sortByColumn(QlumEndpointModel::Level, Qt::DescendingOrder);
     m_endpointView->header()->resizeSection(QlumEndpointModel::Policy, 190);
     m_endpointView->header()->resizeSection(QlumEndpointModel::Mode, 130);
-    m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 300);
+    m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 260);
+    m_endpointView->setMinimumHeight(fontMetrics().height() * 5);
+    m_endpointView->viewport()->installEventFilter(this);
     qlumMakeTable(m_endpointView,
                   {tr("Enter an address and press Get Endpoints."), tr("endpoints"), nullptr, {}});
     connect(m_endpointView->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
@@ -238,9 +232,10 @@ void QlumServerSettingsDialog::sltFetchEndpoints()
         sltUpdateControls();
         return;
     }
-    m_url->setText(completeUrl(m_url->text()));
+    m_url->setText(qlumCompleteUrl(m_url->text()));
     setMessage(tr("Asking the server for its endpoints..."));
-    m_fetcher->fetch(m_url->text(), static_cast<int>(QlumSettings::connectTimeout.value()));
+    m_askedUrl = m_url->text();
+    m_fetcher->fetch(m_askedUrl, static_cast<int>(QlumSettings::connectTimeout.value()));
     sltUpdateControls();
 }
 
@@ -248,6 +243,7 @@ void QlumServerSettingsDialog::sltEndpointsFetched(unsigned int status,
                                                    const QVector<QlumEndpoint>& endpoints)
 {
     if (!OpcUa_IsGood(status)) {
+        clearEndpoints();
         setMessage(
             tr("The endpoints of '%1' could not be read: %2. Check the URL, the network and whether the "
                "server runs.")
@@ -258,12 +254,32 @@ void QlumServerSettingsDialog::sltEndpointsFetched(unsigned int status,
     m_endpoints->setEndpoints(endpoints);
     const QlumEndpoint& wanted = m_setting.endpoint;
     int row = m_endpoints->rowOf(wanted.url, wanted.securityPolicyUri, wanted.securityMode);
-    if (row < 0 && !endpoints.isEmpty())
-        row = m_sorted->mapToSource(m_sorted->index(0, 0)).row();
+    if (row < 0)
+        row = qlumPreferredEndpoint(endpoints, m_askedUrl);
     selectEndpoint(row);
     setMessage(endpoints.isEmpty() ? tr("The server offers no endpoint.")
+               : row < 0           ? tr("The server offers no endpoint that is supported here.")
                                    : tr("The server offers %n endpoint(s).", nullptr, endpoints.size()));
     sltUpdateControls();
+}
+
+// Those of another server, or of another time, would be taken for this one's.
+void QlumServerSettingsDialog::clearEndpoints()
+{
+    const bool isStored = !m_askedUrl.isEmpty() && m_askedUrl == m_setting.endpoint.url;
+    m_askedUrl.clear();
+    m_endpoints->setEndpoints(isStored ? QVector<QlumEndpoint>{m_setting.endpoint} : QVector<QlumEndpoint>());
+    if (isStored)
+        selectEndpoint(0);
+}
+
+bool QlumServerSettingsDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Resize && m_endpointView->currentIndex().isValid())
+        QMetaObject::invokeMethod(
+            m_endpointView, [view = m_endpointView] { view->scrollTo(view->currentIndex()); },
+            Qt::QueuedConnection);
+    return QlumBaseWidget::eventFilter(watched, event);
 }
 
 void QlumServerSettingsDialog::sltCertificateRefused(unsigned int status, const QByteArray& certificate)
@@ -306,13 +322,16 @@ void QlumServerSettingsDialog::sltUpdateControls()
 {
     const bool busy = m_fetcher->isBusy();
     m_fetch->setText(busy ? tr("C&ancel") : tr("&Get Endpoints"));
-    m_fetch->setEnabled(busy || isUsableUrl(completeUrl(m_url->text())));
+    const QString url = qlumCompleteUrl(m_url->text());
+    const bool isUsable = qlumIsUsableUrl(url);
+    m_fetch->setEnabled(busy || isUsable);
+    m_urlHint->setVisible(!isUsable && url.contains(QLatin1String("://")));
     m_progress->setVisible(busy);
     m_url->setReadOnly(busy);
     if (!m_buttons)
         return; // still being built
     m_buttons->button(QDialogButtonBox::Ok)
-        ->setEnabled(!busy && currentRow() >= 0 && !m_displayName->text().trimmed().isEmpty());
+        ->setEnabled(!busy && isUsable && currentRow() >= 0 && !m_displayName->text().trimmed().isEmpty());
 }
 
 void QlumServerSettingsDialog::setMessage(const QString& text)
@@ -331,8 +350,11 @@ QlumDiscoverySetting QlumServerSettingsDialog::discoverySetting() const
     QlumDiscoverySetting setting = m_setting;
     if (const int row = currentRow(); row >= 0)
         setting.endpoint = m_endpoints->rowAt(row);
-    setting.endpoint.url = reachableUrl(setting.endpoint.url, completeUrl(m_url->text()));
-    setting.discoveryHost = QUrl(completeUrl(m_url->text())).host();
+    const QString typed = qlumCompleteUrl(m_url->text());
+    const auto& rows = m_endpoints->rows();
+    setting.endpoint.url =
+        typed == m_askedUrl ? qlumDialledUrl({rows.begin(), rows.end()}, setting.endpoint.url, typed) : typed;
+    setting.discoveryHost = QUrl(qlumCompleteUrl(m_url->text())).host();
     setting.displayName = m_displayName->text().trimmed();
     setting.sessionName = m_sessionName->text().trimmed();
     const QlumUserChoice user = m_identity->choice();

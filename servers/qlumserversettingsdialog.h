@@ -5,6 +5,8 @@
 #include <uawidgets/qlumbasewidget.h>
 
 #include <QByteArray>
+#include <QEvent>
+#include <QObject>
 #include <QString>
 #include <QVector>
 #include <QWidget>
@@ -39,6 +41,9 @@ public:
     /// What the dialog holds now; meaningful after it was accepted.
     [[nodiscard]] QlumDiscoverySetting discoverySetting() const;
 
+    /// Keeps the chosen endpoint in sight when the list changes its size.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 public slots:
     void accept() override;
 
@@ -56,6 +61,7 @@ private:
     QWidget* createIdentityGroup();
     void createButtons();
     void fill();
+    void clearEndpoints();
     void suggestDisplayName();
     void selectEndpoint(int row);
     /// The chosen row of the model; -1 when none is.
@@ -63,6 +69,7 @@ private:
     void setMessage(const QString& text);
 
     QlumDiscoverySetting m_setting;
+    QString m_askedUrl;      ///< from which the listed endpoints are; empty when they are the stored one
     QString m_suggestedName; ///< replaced when another endpoint is chosen, unless the user wrote a name
     QlumConnectDialogs* m_prompts;
     QlumTlsTrustQuestion m_tlsQuestion;
@@ -70,6 +77,7 @@ private:
     QlumEndpointModel* m_endpoints;
     QSortFilterProxyModel* m_sorted;
     QLineEdit* m_url = nullptr;
+    QLabel* m_urlHint = nullptr;
     QPushButton* m_fetch = nullptr;
     QProgressBar* m_progress = nullptr;
     QLabel* m_message = nullptr;
