@@ -90,6 +90,7 @@ void QlumConnectFlow::startUserChange(const QlumDiscoverySetting& setting)
     allowOnlyFor(setting);
     m_changesUser = true;
     m_outcome = OpcUa_BadRequestCancelledByClient;
+    m_refusal = UaStatusCode();
     m_entered.reset();
     m_failure.reset();
     m_keepsEntered = setting.userTokenType == QlumDiscoverySetting::UserName;

@@ -197,8 +197,7 @@ private:
     QByteArray m_usedCertificate;
     bool m_isCertificateTrusted = false;
     bool m_isCertificateDecided = false;
-    // the user's word holds until the program ends, or something else is connected
-    QStringList m_allowedFor; ///< URL, mode, policy and user
+    QStringList m_allowedFor; ///< URL, mode, policy and user; the user's word holds for nothing else
     bool m_weakPolicyAllowed = false;
     bool m_clearPasswordAllowed = false; ///< for the stored password
     bool m_keepsEntered = false;         ///< what is entered is for the setting
@@ -221,7 +220,7 @@ void QlumConnectFlow::post(Work work)
         Qt::QueuedConnection);
 }
 
-// Prompts may answer at once; what follows from an answer comes by the event loop all the same.
+/// Prompts may answer at once; what follows from an answer comes by the event loop all the same.
 template <typename... Arguments>
 auto QlumConnectFlow::answer(void (QlumConnectFlow::*taken)(Arguments...))
 {

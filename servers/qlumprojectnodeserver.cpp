@@ -105,8 +105,8 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
           std::make_unique<QlumServicesRegistration>(m_serverId, qlumServicesOf(m_session, m_typeCache))),
       m_monitoring(std::make_unique<QlumServerMonitoring>(m_serverId, *m_session)),
       m_modelEvents(std::make_unique<QlumModelEvents>(m_serverId, *m_session)),
-      m_retrieveIcons(QlumSettings::retrieveIcons.value()), m_network(QlumNetworkWatch::shared()),
-      m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
+      m_icons(m_serverId, m_typeCache, QlumSettings::retrieveIcons.value()),
+      m_network(QlumNetworkWatch::shared()), m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
       m_flow(std::make_unique<QlumConnectFlow>(m_log, *m_session, *this, *m_prompts))
 {
     m_tlsQuestion.setServerName(displayName());
@@ -120,6 +120,7 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
             [this](const UaNodeId& changed, OpcUa_Byte verbs) {
                 emit serverModelChanged(m_serverId, changed, verbs);
             });
+    connect(&m_icons, &QlumIconLoader::loaded, this, &QlumServerNode::iconsLoaded);
     connect(&m_certificateWatch, &QlumCertificateWatch::changed, this,
             &QlumProjectNodeServer::sltCertificateChanged);
     connect(m_network.get(), &QlumNetworkWatch::networkChanged, this,
@@ -171,9 +172,17 @@ QIcon QlumProjectNodeServer::icon() const
     return QIcon(QStringLiteral(":/images/serverconnect.png"));
 }
 
+QString QlumProjectNodeServer::toolTip() const
+{
+    QString text = displayName() + QLatin1Char('\n') + m_setting.endpoint.url;
+    if (!m_reason.isEmpty())
+        text += QLatin1Char('\n') + m_reason;
+    return text;
+}
+
 void QlumProjectNodeServer::applySettings()
 {
-    m_retrieveIcons = QlumSettings::retrieveIcons.value();
+    m_icons.setWanted(QlumSettings::retrieveIcons.value());
     m_modelEvents->applySetting();
 }
 
@@ -198,9 +207,12 @@ void QlumProjectNodeServer::storeSettings(QSettings& settings) const
 
 // ---- types
 
-QString QlumProjectNodeServer::typeName(const UaNodeId* typeId, bool useInverseName)
+QString QlumProjectNodeServer::typeName(const UaNodeId* typeId, bool withNamespace)
 {
-    return typeId ? m_typeCache->typeName(*typeId, useInverseName) : QString();
+    const QString name = typeId ? m_typeCache->typeName(*typeId) : QString();
+    return withNamespace && !name.isEmpty() && typeId->namespaceIndex() != 0
+               ? QStringLiteral("%1:%2").arg(QString::number(typeId->namespaceIndex()), name)
+               : name;
 }
 
 unsigned int QlumProjectNodeServer::readDataTypeId(const UaNodeId* nodeId, UaNodeId* dataType, int* valueRank,
@@ -225,12 +237,12 @@ UaEnumDefinition QlumProjectNodeServer::getEnumDefinition(const UaNodeId* dataTy
 
 bool QlumProjectNodeServer::hasIcon(const UaNodeId* nodeId)
 {
-    return m_retrieveIcons && m_typeCache->hasIcon(nodeId);
+    return !getIcon(nodeId).isNull();
 }
 
 QIcon QlumProjectNodeServer::getIcon(const UaNodeId* nodeId)
 {
-    return m_retrieveIcons ? QIcon(m_typeCache->getIcon(nodeId)) : QIcon();
+    return nodeId && qlumIsConnected(m_status) ? m_icons.icon(*nodeId) : QIcon();
 }
 
 // ---- session callbacks
@@ -285,7 +297,10 @@ void QlumProjectNodeServer::showReconnectError(const UaStatusCode& status,
     if (serviceType == UaClient::ActivateSession && qlumIsLoginRefused(status)) {
         m_setting.password.clear(); // the server has another one now
         m_failure = qlumConnectFailure(status);
-        tellFailure();
+        m_reason = m_failure->reason;
+        m_isUserChange = false;
+        if (!m_isBusy && !m_isTelling && !m_tlsQuestion.isOpen())
+            tellFailure();
     } else if (serviceType == UaClient::OpenSecureChannel &&
                m_status == QlumConnectionStatus::ConnectionError) {
         QlumEndpoint endpoint = m_flow->endpoint();
@@ -351,15 +366,18 @@ void QlumProjectNodeServer::applySessionStatus(UaClient::ServerStatus serverStat
         break;
     case UaClient::Connected:
         status = QlumConnectionStatus::Connected;
+        m_reason.clear();
         namespaceMap = updateNamespaces();
         break;
     case UaClient::NewSessionCreated:
         status = QlumConnectionStatus::NewSessionCreated;
         m_typeCache->clear(); // ids and definitions may be others now
+        m_icons.clear();
         break;
     case UaClient::ConnectionWarningWatchdogTimeout:
     case UaClient::ConnectionErrorApiReconnect:
     case UaClient::ServerShutdown:
+        m_reason = tr("The connection is lost.");
         break;
     }
     m_monitoring->statusChanged(serverStatus, namespaceMap);

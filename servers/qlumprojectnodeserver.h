@@ -9,6 +9,7 @@
 #include <servers/qlumconnectflow.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumiconloader.h>
 #include <servers/qlummodelevents.h>
 #include <servers/qlumservermessages.h>
 #include <servers/qlumservermonitoring.h>
@@ -55,6 +56,8 @@ public:
     [[nodiscard]] Qt::ItemFlags flags() const override;
     bool setData(const QVariant& value, int role) override;
     [[nodiscard]] QIcon icon() const override;
+    /// Name, URL, and why it is not connected.
+    [[nodiscard]] QString toolTip() const override;
     void applySettings() override;
     void setDisplayName(const QString& name) override;
 
@@ -81,8 +84,7 @@ public:
     [[nodiscard]] QStringList namespaceTable() const override { return m_namespaces; }
     void setNamespaceTable(const QStringList& uris) override { m_namespaces = uris; }
 
-    /// The flag asks for the inverse name of a reference type.
-    QString typeName(const UaNodeId* typeId, bool useInverseName) override;
+    QString typeName(const UaNodeId* typeId, bool withNamespace) override;
     unsigned int readDataTypeId(const UaNodeId* nodeId, UaNodeId* dataType, int* valueRank,
                                 UaUInt32Array* arrayDimensions, QString* typeName,
                                 UaLocalizedText* displayName) override;
@@ -139,11 +141,12 @@ private:
     std::unique_ptr<QlumServerMonitoring> m_monitoring;
     std::unique_ptr<QlumModelEvents> m_modelEvents;
     QStringList m_namespaces;
-    bool m_retrieveIcons;
+    QlumIconLoader m_icons;
     bool m_isBusy = false;
     bool m_isUsers = false;      ///< the work under way was commanded by the user, who is told how it ends
     bool m_isUserChange = false; ///< what has ended last, rather than a connect
     bool m_isTelling = false;
+    QString m_reason; ///< for the present state
     std::optional<QlumConnectFailure> m_failure;
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
     const std::shared_ptr<QlumNetworkWatch> m_network;

@@ -73,6 +73,7 @@ void QlumProjectNodeServer::begin(const QlumDiscoverySetting& setting, const Qlu
 {
     m_isBusy = true;
     m_isUsers = false;
+    m_reason.clear();
     stopTelling();
     m_certificateWatch.stop();
     m_tlsQuestion.setHeld(true);
@@ -87,6 +88,7 @@ void QlumProjectNodeServer::beginConnect(const QlumDiscoverySetting& setting, co
 {
     ++m_connection;
     m_typeCache->clear();
+    m_icons.clear();
     m_messages.clear(); // about the connection before
     m_monitoring->useSession();
     m_flow->start(setting, qlumConnectInfo(m_serverId, setting.sessionName), identity);
@@ -114,6 +116,8 @@ void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
     using Result = QlumConnectFlow::Result;
     takeEntered(result == Result::Unchanged);
     m_failure = m_flow->failure();
+    if (m_failure && result != Result::Unchanged)
+        m_reason = m_failure->reason;
     m_isUserChange = result == Result::Unchanged;
     if (result == Result::GivenUp || result == Result::Refused)
         m_monitoring->leaveSession();
@@ -220,6 +224,7 @@ void QlumProjectNodeServer::sltCertificateChanged()
     qlumSetSecurity(setting.endpoint, m_flow->endpoint().securityMode, m_flow->endpoint().securityPolicyUri);
     begin(setting, nullptr);
     m_isUsers = true;
+    m_reason = tr("The server presents another certificate than before.");
 }
 
 void QlumProjectNodeServer::disconnectServer()

@@ -74,7 +74,8 @@ public:
     virtual bool isEnum(const UaNodeId* dataType) = 0;
     /// Answers QlumApplicationInterface::getEnumDefinition() for this server.
     virtual UaEnumDefinition getEnumDefinition(const UaNodeId* dataType) = 0;
-    /// Answers QlumApplicationInterface::hasIcon() for this server.
+    /// Answers QlumApplicationInterface::hasIcon() for this server. Icons come in the background: one that is
+    /// not there yet is asked for, and iconsLoaded() tells when it is.
     virtual bool hasIcon(const UaNodeId* nodeId) = 0;
     /// Answers QlumApplicationInterface::getIcon() for this server.
     virtual QIcon getIcon(const UaNodeId* nodeId) = 0;
@@ -91,6 +92,8 @@ signals:
     void connectEnded(bool connected);
     /// The server told that its address space changed at a node; change is the mask of model change verbs.
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
+    /// Icons of nodes can be shown, or are no longer to be shown.
+    void iconsLoaded();
     /// The definitions of the server's data types have been loaded, or loaded anew.
     void dataTypesLoaded(unsigned int serverId);
     /// The server asks to be connected again, after the user trusted its certificate.

@@ -29,7 +29,7 @@ namespace {
 class ModelEvents : public ServerNode
 {
 protected:
-    using Changes = std::vector<std::pair<OpcUa_UInt32, OpcUa_Byte>>; ///< node, verbs
+    using Changes = std::vector<std::pair<OpcUa_UInt32, OpcUa_Byte>>; // node, verbs
 
     ModelEvents()
     {
@@ -80,7 +80,7 @@ protected:
                          });
         ASSERT_TRUE(node->connectServer()) << log().join('\n');
     }
-    /// An event with these changes.
+    // An event with these changes.
     void tell(const Changes& changes)
     {
         {
@@ -91,7 +91,7 @@ protected:
         FakeStack::instance().releaseAnswers(OpcUa_PublishRequest_EncodeableType, 1);
         EXPECT_TRUE(QTest::qWaitFor([&] { return m_published > before; }));
     }
-    /// The subscription has ended on the server.
+    // The subscription has ended on the server.
     void endSubscription()
     {
         {

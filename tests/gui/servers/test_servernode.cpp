@@ -115,7 +115,11 @@ TEST_F(ServerNode, FailureOfACommandedConnectWasInTheLogAlone)
     EXPECT_FALSE(node->connectServer());
     EXPECT_EQ(asked(), QStringList()) << "nobody has commanded it";
     const auto finish = [this] { ASSERT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); })); };
-    script.beforeAnswer = [] { FakeStack::instance().setConnectResult(OpcUa_Good); };
+    QString failed;
+    script.beforeAnswer = [&] {
+        failed = node->toolTip();
+        FakeStack::instance().setConnectResult(OpcUa_Good);
+    };
     script.isTriedAgain = true;
     ASSERT_TRUE(node->startConnectByUser());
     finish();
@@ -123,6 +127,7 @@ TEST_F(ServerNode, FailureOfACommandedConnectWasInTheLogAlone)
     EXPECT_EQ(script.serverName, "Plc");
     EXPECT_TRUE(script.failure.reason.contains("BadConnectionRejected")) << script.failure.reason;
     EXPECT_FALSE(script.failure.advice.isEmpty());
+    EXPECT_TRUE(failed.endsWith(script.failure.reason)) << "the tree says so: " << failed;
     EXPECT_TRUE(QTest::qWaitFor([this] {
         return node->connectionStatus() == QlumConnectionStatus::Connected;
     })) << "tried again";

@@ -281,6 +281,7 @@ TEST_F(SecuredServerNode, ChangedCertificateWasFailedWithForEverByTheReconnect)
     EXPECT_EQ(log().filter("Reconnecting waits for the user").size(), 1);
     EXPECT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }));
     EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::Disconnected) << "the user has declined it";
+    EXPECT_TRUE(node->toolTip().endsWith("another certificate than before.")) << "the tree says why";
 }
 
 TEST_F(SecuredServerNode, ErrorsOfAReconnectAreShownWithoutHoldingItUp)
