@@ -20,6 +20,8 @@
 #include <QWidget>
 
 namespace {
+constexpr int half = 20; // of a thumbprint: two in one line are too wide for a small screen
+
 QStringList shown(const UaByteString& der)
 {
     const QlumCertificateEntry entry(QlumCertificateEntry::InStore, QString(),
@@ -28,10 +30,16 @@ QStringList shown(const UaByteString& der)
     const auto day = [](const UaDateTime& time) {
         return QLocale().toString(qlumDateTime(time), QLocale::ShortFormat);
     };
-    return {
-        details.name,      details.organization,   details.applicationUri, details.domainNames,
-        details.addresses, day(details.validFrom), day(details.validTo),   QString::number(details.keySize),
-        details.signature, details.thumbprint};
+    return {details.name,
+            details.organization,
+            details.applicationUri,
+            details.domainNames,
+            details.addresses,
+            day(details.validFrom),
+            day(details.validTo),
+            QString::number(details.keySize),
+            details.signature,
+            details.thumbprint.left(half) + QLatin1Char('\n') + details.thumbprint.mid(half)};
 }
 
 QLabel* cell(const QString& text, bool isBold)
@@ -82,7 +90,7 @@ QlumChangedCertificateDialog::QlumChangedCertificateDialog(const QlumCertificate
         QLabel* right = cell(now.at(i), differs);
         left->setObjectName(QStringLiteral("before%1").arg(i));
         right->setObjectName(QStringLiteral("now%1").arg(i));
-        grid->addWidget(cell(names.at(i), false), i + 1, 0);
+        grid->addWidget(new QLabel(names.at(i)), i + 1, 0);
         grid->addWidget(left, i + 1, 1);
         grid->addWidget(right, i + 1, 2);
     }
@@ -101,5 +109,5 @@ QlumChangedCertificateDialog::QlumChangedCertificateDialog(const QlumCertificate
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
-    resize(700, 420);
+    resize(700, 480);
 }

@@ -80,6 +80,8 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
     scroll->setWidget(content);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(scroll, 1);
+    layout->addWidget(m_progress);
+    layout->addWidget(m_message); // whose lines would keep the list from giving way
     createButtons();
     layout->addWidget(m_buttons);
     connect(m_fetcher, &QlumEndpointFetcher::finished, this, &QlumServerSettingsDialog::sltEndpointsFetched);
@@ -125,12 +127,10 @@ QWidget* QlumServerSettingsDialog::createEndpointGroup()
     m_progress->setObjectName(QStringLiteral("fetchProgress"));
     m_progress->setRange(0, 0);
     m_progress->hide();
-    layout->addWidget(m_progress);
     m_message = new QLabel;
     m_message->setObjectName(QStringLiteral("message"));
     m_message->setTextFormat(Qt::PlainText);
     m_message->setWordWrap(true);
-    layout->addWidget(m_message);
     connect(m_url, &QLineEdit::textChanged, this, &QlumServerSettingsDialog::sltUpdateControls);
     connect(m_url, &QLineEdit::returnPressed, m_fetch, &QPushButton::click);
     connect(m_fetch, &QPushButton::clicked, this, &QlumServerSettingsDialog::sltFetchEndpoints);
@@ -152,9 +152,9 @@ QWidget* QlumServerSettingsDialog::createEndpointView()
     m_endpointView->setUniformRowHeights(true);
     m_endpointView->setSortingEnabled(true);
     m_endpointView->sortByColumn(QlumEndpointModel::Level, Qt::DescendingOrder);
-    m_endpointView->header()->resizeSection(QlumEndpointModel::Policy, 190);
+    m_endpointView->header()->resizeSection(QlumEndpointModel::Policy, 230);
     m_endpointView->header()->resizeSection(QlumEndpointModel::Mode, 130);
-    m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 260);
+    m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 220);
     m_endpointView->setMinimumHeight(fontMetrics().height() * 5);
     m_endpointView->viewport()->installEventFilter(this);
     qlumMakeTable(m_endpointView,

@@ -206,6 +206,9 @@ TEST_F(ConnectDialogs, ChangedCertificateStandsBesideTheOneOfBefore)
     const auto text = [this](const char* name) { return open()->findChild<QLabel*>(name)->text(); };
     dialogs->askChangedCertificate(change, decides());
     EXPECT_EQ(text("before0") + " | " + text("now0"), "Plc | False Plc");
+    EXPECT_LE(open()->width(), 900) << "small screens";
+    for (const QLabel* label : open()->findChildren<QLabel*>())
+        EXPECT_LE(label->minimumSizeHint().height(), label->height()) << "cut: " << label->text();
     EXPECT_NE(text("before9"), text("now9")) << "thumbprints";
     EXPECT_TRUE(open()->findChild<QLabel*>("now0")->font().bold());
     EXPECT_FALSE(open()->findChild<QLabel*>("now8")->font().bold()) << "the same algorithm";
