@@ -4,9 +4,14 @@
 #include <app/api/qlumdisplaytext.h>
 #include <certificates/qlumcertificatedialog.h>
 #include <certificates/qlumtlstrust.h>
+#include <servers/qlumchangedcertificatedialog.h>
+#include <servers/qlumconnectfailure.h>
+#include <servers/qlumidentitydialog.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uawidgets/qlumuserpassworddlg.h>
+
+#include <QPushButton>
 
 #include <memory>
 #include <optional>
@@ -119,24 +124,47 @@ void QlumConnectDialogs::askWeakPolicy(const QString& server, Decided answer)
 
 // ---- who
 
-void QlumConnectDialogs::askPassword(const QString& server, const QString& userName, Named answer)
+namespace {
+QString passwordWarning(const QlumPasswordQuestion& question)
 {
-    askClearPassword(server, userName, QlumPasswordDanger::Nobody, std::move(answer));
+    if (question.danger == QlumPasswordDanger::Anyone)
+        return QlumConnectDialogs::tr("The password leaves this computer in clear text, for host '%1': "
+                                      "everybody on the way can read it.")
+            .arg(qlumCutText(question.host));
+    if (question.danger == QlumPasswordDanger::FalseServer)
+        return QlumConnectDialogs::tr("The certificate of host '%1' cannot be checked: whoever answers in "
+                                      "its place can read the password.")
+            .arg(qlumCutText(question.host));
+    return {};
+}
+} // namespace
+
+void QlumConnectDialogs::askPassword(const QlumPasswordQuestion& question, Named answer)
+{
+    askClearPassword(question, std::move(answer));
 }
 
-void QlumConnectDialogs::askClearPassword(const QString& server, const QString& userName,
-                                          QlumPasswordDanger danger, Named answer)
+void QlumConnectDialogs::askClearPassword(const QlumPasswordQuestion& question, Named answer)
 {
-    auto* dialog = new QlumUserPasswordDlg(server, userName, window());
+    auto* dialog = new QlumUserPasswordDlg(question.server, question.userName, window());
     dialog->setObjectName(QStringLiteral("connectPassword"));
-    if (danger == QlumPasswordDanger::Anyone)
-        dialog->setWarning(tr("The password will be sent to the server without encryption."));
-    else if (danger == QlumPasswordDanger::FalseServer)
-        dialog->setWarning(tr("The server's certificate cannot be checked: whoever answers in its place can "
-                              "read the password."));
+    dialog->setWarning(passwordWarning(question));
     show(dialog, [dialog, answer](int result) {
         if (result == QDialog::Accepted)
             answer(QlumCredentials{dialog->userName(), dialog->password()});
+        else
+            answer(std::nullopt);
+    });
+}
+
+void QlumConnectDialogs::askUser(const QlumPasswordQuestion& question, const QlumUserChoice& proposal,
+                                 Chosen answer)
+{
+    auto* dialog = new QlumIdentityDialog(question.server, proposal, passwordWarning(question), window());
+    dialog->setObjectName(QStringLiteral("changeUser"));
+    show(dialog, [dialog, answer](int result) {
+        if (result == QDialog::Accepted)
+            answer(dialog->choice());
         else
             answer(std::nullopt);
     });
@@ -173,6 +201,13 @@ void QlumConnectDialogs::askConnectError(const QlumConnectError& error, Decided 
     show(box, [answer](int result) { answer(result == QMessageBox::Ignore); });
 }
 
+void QlumConnectDialogs::askChangedCertificate(const QlumCertificateChange& change, Decided answer)
+{
+    auto* dialog = new QlumChangedCertificateDialog(change, window());
+    dialog->setObjectName(QStringLiteral("changedCertificate"));
+    show(dialog, [answer](int result) { answer(result == QDialog::Accepted); });
+}
+
 void QlumConnectDialogs::askTlsTrust(const QString& server, const QString& url,
                                      const UaByteString& certificate, const UaStatusCode& status,
                                      Decided answer)
@@ -182,4 +217,33 @@ void QlumConnectDialogs::askTlsTrust(const QString& server, const QString& url,
         [certificate, answer](int result) {
             answer(result == QDialog::Accepted && qlumTrustTlsCertificate(certificate));
         });
+}
+
+// ---- afterwards
+
+void QlumConnectDialogs::showFailure(const QString& title, const QString& text, const QString& advice,
+                                     Decided answer)
+{
+    QMessageBox* box = makeWarning(title, text, QMessageBox::Retry | QMessageBox::Close, QMessageBox::Retry);
+    box->setObjectName(QStringLiteral("connectFailure"));
+    box->setInformativeText(advice);
+    box->button(QMessageBox::Retry)->setText(tr("&Try Again"));
+    show(box, [answer](int result) { answer(result == QMessageBox::Retry); });
+}
+
+void QlumConnectDialogs::tellFailure(const QString& server, const QString& url,
+                                     const QlumConnectFailure& failure, Decided answer)
+{
+    showFailure(tr("Connecting Failed"),
+                tr("Server '%1' at %2 was not connected.\n%3").arg(server, qlumCutText(url), failure.reason),
+                failure.advice, std::move(answer));
+}
+
+void QlumConnectDialogs::tellUserRefused(const QString& server, const QlumConnectFailure& failure,
+                                         Decided answer)
+{
+    showFailure(
+        tr("Changing the User Failed"),
+        tr("The session with server '%1' goes on with the user that it had.\n%2").arg(server, failure.reason),
+        failure.advice, std::move(answer));
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectprompts.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
@@ -27,13 +28,18 @@ public:
     void askDialledHost(const QString& server, const QString& named, const QString& dialled,
                         Decided answer) override;
     void askWeakPolicy(const QString& server, Decided answer) override;
-    void askPassword(const QString& server, const QString& userName, Named answer) override;
-    void askClearPassword(const QString& server, const QString& userName, QlumPasswordDanger danger,
-                          Named answer) override;
+    void askPassword(const QlumPasswordQuestion& question, Named answer) override;
+    void askClearPassword(const QlumPasswordQuestion& question, Named answer) override;
+    void askUser(const QlumPasswordQuestion& question, const QlumUserChoice& proposal,
+                 Chosen answer) override;
+    void askChangedCertificate(const QlumCertificateChange& change, Decided answer) override;
     void askCertificate(const QlumCertificateQuestion& question, Judged answer) override;
     void askConnectError(const QlumConnectError& error, Decided answer) override;
     void askTlsTrust(const QString& server, const QString& url, const UaByteString& certificate,
                      const UaStatusCode& status, Decided answer) override;
+    void tellFailure(const QString& server, const QString& url, const QlumConnectFailure& failure,
+                     Decided answer) override;
+    void tellUserRefused(const QString& server, const QlumConnectFailure& failure, Decided answer) override;
     void withdraw() override;
 
     /// Above which all dialogs of servers are shown; null while there is none.
@@ -44,6 +50,7 @@ private:
     [[nodiscard]] QMessageBox* makeWarning(const QString& title, const QString& text,
                                            QMessageBox::StandardButtons buttons,
                                            QMessageBox::StandardButton defaultButton) const;
+    void showFailure(const QString& title, const QString& text, const QString& advice, Decided answer);
     void show(QDialog* dialog, std::function<void(int result)> answer);
 
     QPointer<QDialog> m_dialog;

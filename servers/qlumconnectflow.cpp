@@ -5,6 +5,7 @@
 #include <certificates/qlumcertificatechainmodel.h>
 #include <certificates/qlumcertificateerror.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/qlumcertificatewatch.h>
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumtlstrustquestion.h>
@@ -71,7 +72,13 @@ void QlumConnectFlow::start(const QlumDiscoverySetting& setting, const UaClientS
     m_changesUser = false;
     m_refusal = UaStatusCode();
     m_entered.reset();
+    m_failure.reset();
+    m_isDeclined = false;
+    m_keepsEntered = !identity;
     m_newlyIgnoredHost.clear();
+    m_usedCertificate.clear();
+    m_isCertificateTrusted = m_isCertificateDecided = false;
+    allowOnlyFor(m_setting);
     enter(Step::Endpoints);
 }
 
@@ -80,9 +87,26 @@ void QlumConnectFlow::startUserChange(const QlumDiscoverySetting& setting)
     m_setting = setting;
     m_identity.reset();
     m_attempt.endpoint = setting.endpoint;
+    allowOnlyFor(setting);
     m_changesUser = true;
+    m_outcome = OpcUa_BadRequestCancelledByClient;
+    m_refusal = UaStatusCode();
     m_entered.reset();
+    m_failure.reset();
+    m_keepsEntered = setting.userTokenType == QlumDiscoverySetting::UserName;
     enter(Step::User);
+}
+
+// What the user has agreed to holds for no other server, security or user.
+void QlumConnectFlow::allowOnlyFor(const QlumDiscoverySetting& setting)
+{
+    const QlumEndpoint& endpoint = setting.endpoint;
+    const QStringList wanted{endpoint.url, QString::number(endpoint.securityMode), endpoint.securityPolicyUri,
+                             setting.userName};
+    if (wanted == m_allowedFor)
+        return;
+    m_allowedFor = wanted;
+    m_weakPolicyAllowed = m_clearPasswordAllowed = false;
 }
 
 void QlumConnectFlow::enter(Step step)
@@ -119,32 +143,6 @@ void QlumConnectFlow::run()
     }
 }
 
-template <typename Work>
-void QlumConnectFlow::post(Work work)
-{
-    QMetaObject::invokeMethod(
-        this,
-        [this, turn = m_turn, work = std::move(work)] {
-            if (turn == m_turn)
-                work();
-        },
-        Qt::QueuedConnection);
-}
-
-// Prompts may answer at once; what follows from an answer comes by the event loop all the same.
-template <typename... Arguments>
-auto QlumConnectFlow::answer(void (QlumConnectFlow::*taken)(Arguments...))
-{
-    return [this, taken, turn = m_turn](const std::decay_t<Arguments>&... values) {
-        if (turn != m_turn)
-            return;
-        post([this, taken, values...] {
-            m_isAsking = false;
-            (this->*taken)(values...);
-        });
-    };
-}
-
 void QlumConnectFlow::asking()
 {
     m_isAsking = true;
@@ -176,6 +174,12 @@ void QlumConnectFlow::giveUpByUser()
     giveUp();
 }
 
+void QlumConnectFlow::fail(const QlumConnectFailure& failure)
+{
+    m_failure = failure;
+    giveUp();
+}
+
 void QlumConnectFlow::cancel()
 {
     if (m_step == Step::Idle || m_step == Step::Ending || m_step == Step::UserChange)
@@ -200,8 +204,10 @@ void QlumConnectFlow::takeEndpoints(unsigned int status, const QVector<QlumEndpo
     m_attempt.endpoints = endpoints;
     if (OpcUa_IsGood(status))
         return enter(Step::Endpoint);
-    if (!failure)
+    if (!failure) {
+        m_failure = qlumConnectFailure(status);
         return takeDiscoveryTrust(false);
+    }
     askAboutTls(*failure, answer(&QlumConnectFlow::takeDiscoveryTrust));
 }
 
@@ -218,9 +224,8 @@ void QlumConnectFlow::askAboutTls(const QlumTlsFailure& failure, QlumConnectProm
 {
     QlumTlsTrustQuestion::log(m_log, m_setting.displayName, failure.status);
     post([this, failure] { emit untrustedCertificate(failure.status, failure.certificate); });
-    const UaByteString certificate(failure.certificate.size(),
-                                   reinterpret_cast<const OpcUa_Byte*>(failure.certificate.constData()));
-    m_prompts.askTlsTrust(m_setting.displayName, m_setting.endpoint.url, certificate,
+    m_prompts.askTlsTrust(m_setting.displayName, m_setting.endpoint.url,
+                          qlumToUaByteString(failure.certificate),
                           UaStatusCode(failure.status), std::move(decided));
     asking();
 }
@@ -239,7 +244,7 @@ void QlumConnectFlow::chooseEndpoint()
         m_outcome = OpcUa_BadSecurityModeRejected;
         m_log.error(tr("The server does not support the security mode '%1'.")
                         .arg(qlumSecurityModeName(m_setting.endpoint.securityMode)));
-        return giveUp();
+        return fail(qlumConnectFailure(m_outcome));
     }
     const QlumEndpoint& wanted = m_setting.endpoint;
     const QVector<QlumEndpoint>& endpoints = m_attempt.endpoints;
@@ -321,7 +326,7 @@ void QlumConnectFlow::takeDialledHost(bool isKept)
 void QlumConnectFlow::checkPolicy()
 {
     const QString& policy = m_setting.endpoint.securityPolicyUri;
-    if (qlumPolicyName(policy) != QLatin1String("Basic128Rsa15") || m_weakPolicyAllowedFor == policy)
+    if (qlumPolicyName(policy) != QLatin1String("Basic128Rsa15") || m_weakPolicyAllowed)
         return enter(Step::User);
     m_prompts.askWeakPolicy(m_setting.displayName, answer(&QlumConnectFlow::takeWeakPolicy));
     asking();
@@ -332,99 +337,8 @@ void QlumConnectFlow::takeWeakPolicy(bool isAllowed)
     if (!isAllowed)
         return giveUpByUser();
     m_log.write(QlumLogLevel::Warning, tr("The unsafe security policy 'Basic128Rsa15' is used."));
-    m_weakPolicyAllowedFor = m_setting.endpoint.securityPolicyUri;
+    m_weakPolicyAllowed = true;
     enter(Step::User);
-}
-
-// ---- who the user is
-
-void QlumConnectFlow::identifyUser()
-{
-    const QString told =
-        m_changesUser ? tr("ChangeUser with UserTokenType: %1") : tr("Used UserTokenType: %1");
-    switch (m_setting.userTokenType) {
-    case QlumDiscoverySetting::UserName:
-        m_log.info(told.arg(QLatin1String("UserName")));
-        return identifyByName();
-    case QlumDiscoverySetting::Certificate:
-        m_log.info(told.arg(QLatin1String("Certificate")));
-        return identifyByCertificate();
-    default:
-        m_log.info(told.arg(QLatin1String("Anonymous")));
-        m_attempt.security.setAnonymousUserIdentity();
-        return userIsKnown();
-    }
-}
-
-void QlumConnectFlow::identifyByName()
-{
-    // a password that was given for a protected connection does not leave in the clear without a question
-    const bool unprotected = qlumSendsUnprotectedPassword(m_attempt.endpoint);
-    if (!m_changesUser && m_setting.storePassword && !m_setting.password.isEmpty() &&
-        (!unprotected || (m_clearPasswordAllowed && !m_identity))) {
-        m_attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
-                                                       toUaString(m_setting.password));
-        m_attempt.security.plainPasswordAccepted = unprotected;
-        return userIsKnown();
-    }
-    const auto named = answer(&QlumConnectFlow::takeCredentials);
-    if (unprotected)
-        m_prompts.askClearPassword(m_setting.displayName, m_setting.userName,
-                                   qlumSendsClearPassword(m_attempt.endpoint)
-                                       ? QlumPasswordDanger::Anyone
-                                       : QlumPasswordDanger::FalseServer,
-                                   named);
-    else
-        m_prompts.askPassword(m_setting.displayName, m_setting.userName, named);
-    asking();
-}
-
-void QlumConnectFlow::takeCredentials(const std::optional<QlumCredentials>& credentials)
-{
-    if (!credentials)
-        return giveUpByUser();
-    const bool unprotected = qlumSendsUnprotectedPassword(m_attempt.endpoint);
-    if (!m_identity) {
-        m_clearPasswordAllowed = unprotected;
-        m_entered = QlumCredentials{credentials->userName,
-                                    m_setting.storePassword ? credentials->password : QString()};
-    }
-    m_attempt.security.setUserPasswordUserIdentity(toUaString(credentials->userName),
-                                                   toUaString(credentials->password));
-    m_attempt.security.plainPasswordAccepted = unprotected; // the question has said so
-    userIsKnown();
-}
-
-void QlumConnectFlow::identifyByCertificate()
-{
-    if (m_identity)
-        m_attempt.security.setUserIdentity(m_identity);
-    else if (!loadUserCertificate())
-        return giveUp();
-    userIsKnown();
-}
-
-bool QlumConnectFlow::loadUserCertificate()
-{
-    const UaPkiCertificate certificate = UaPkiCertificate::fromDERFile(toUaString(m_setting.certificateFile));
-    if (certificate.isNull()) {
-        m_log.info(tr("Could not load certificate for X509 user token from file '%1'")
-                       .arg(m_setting.certificateFile));
-        return false;
-    }
-    const UaPkiRsaKeyPair key = UaPkiRsaKeyPair::fromPEMFile(toUaString(m_setting.privateKeyFile));
-    if (key.isNull() || key.isMissingParameters()) {
-        m_log.info(tr("Could not load private key for X509 user token from file '%1'")
-                       .arg(m_setting.privateKeyFile));
-        return false;
-    }
-    m_attempt.security.setCertificateUserIdentity(certificate.toByteStringDER(), UaByteString(key.toDER()));
-    return true;
-}
-
-void QlumConnectFlow::userIsKnown()
-{
-    enter(m_changesUser ? Step::UserChange : Step::Certificate);
 }
 
 // ---- who the server is
@@ -436,7 +350,7 @@ void QlumConnectFlow::judgeCertificate()
     qDebug().noquote() << tr("Try connect using SecurityPolicy '%1', MessageSecurityMode '%2'")
                               .arg(wanted.securityPolicyUri, qlumSecurityModeName(wanted.securityMode));
     qlumFillConnectSecurity(security, wanted, m_attempt.endpoint, m_attempt.endpoints);
-    security.basic128Rsa15Accepted = m_weakPolicyAllowedFor == wanted.securityPolicyUri;
+    security.basic128Rsa15Accepted = m_weakPolicyAllowed;
     if (security.serverCertificate.isEmpty()) {
         m_log.write(QlumLogLevel::Warning,
                     tr("The server returned no certificate, all certificate checks will be skipped."));
@@ -448,17 +362,43 @@ void QlumConnectFlow::judgeCertificate()
         security.serverCertificate.clear(); // the session takes one that it is given as judged
         return enter(Step::Session);
     }
-    QlumCertificateChainModel chain(wanted.url, m_attempt.endpoint.applicationUri, security.serverCertificate,
-                                    &security);
+    judgeChain();
+}
+
+void QlumConnectFlow::judgeChain()
+{
+    const QlumEndpoint& chosen = m_attempt.endpoint;
+    UaClientSdk::SessionSecurityInfo& security = m_attempt.security;
+    QlumCertificateChainModel chain(url(), chosen.applicationUri, security.serverCertificate, &security);
     chain.update();
-    if (chain.validationError() != QlumCertificateError::Error)
+    const bool isTrusted = chain.validationError() != QlumCertificateError::Error;
+    const QByteArray now = qlumFirstCertificate(chosen.serverCertificate);
+    const QByteArray& before = m_setting.trustedCertificate;
+    if (!before.isEmpty() && before != now && !m_attempt.isChangeAccepted) {
+        m_log.write(QlumLogLevel::Warning,
+                    tr("The server's certificate is not the one that was trusted for it."));
+        m_prompts.askChangedCertificate(
+            {m_setting.displayName, url(), qlumToUaByteString(before), qlumToUaByteString(now), isTrusted},
+            answer(&QlumConnectFlow::takeChange));
+        return asking();
+    }
+    if (isTrusted)
         return takeVerdict({true, chain.validationResult().isBad(), chain.findings()});
     m_attempt.isHostJudged = chain.isFound(OpcUa_BadCertificateHostNameInvalid);
-    const QString& name = m_attempt.endpoint.applicationName;
-    m_prompts.askCertificate({name.isEmpty() ? m_setting.displayName : name,
-                              m_attempt.endpoint.applicationUri, wanted.url, security},
-                             answer(&QlumConnectFlow::takeVerdict));
+    m_isCertificateDecided = true;
+    const QString& name = chosen.applicationName;
+    m_prompts.askCertificate(
+        {name.isEmpty() ? m_setting.displayName : name, chosen.applicationUri, url(), security},
+        answer(&QlumConnectFlow::takeVerdict));
     asking();
+}
+
+void QlumConnectFlow::takeChange(bool isAccepted)
+{
+    if (!isAccepted)
+        return takeVerdict({});
+    m_attempt.isChangeAccepted = m_isCertificateDecided = true;
+    judgeChain();
 }
 
 void QlumConnectFlow::takeVerdict(const QlumCertificateVerdict& verdict)
@@ -472,6 +412,8 @@ void QlumConnectFlow::takeVerdict(const QlumCertificateVerdict& verdict)
     if (verdict.isForOnce)
         m_log.write(QlumLogLevel::Warning,
                     tr("The user has accepted the server's certificate for this session."));
+    m_usedCertificate = qlumFirstCertificate(m_attempt.endpoint.serverCertificate);
+    m_isCertificateTrusted = !verdict.isForOnce;
     enter(Step::Session);
 }
 
@@ -511,11 +453,13 @@ void QlumConnectFlow::takeResult(const UaStatus& status)
     if (m_step == Step::Session)
         return takeConnectResult(status);
     if (m_step == Step::UserChange) {
-        if (status.isGood())
+        m_outcome = status.statusCode();
+        if (status.isGood()) {
             m_log.info(tr("ChangeUser succeeded."));
-        else
-            m_log.error(tr("ChangeUser failed with error '%1'").arg(toQString(status.toString())));
-        return giveUp();
+            return giveUp();
+        }
+        m_log.error(tr("ChangeUser failed with error '%1'").arg(toQString(status.toString())));
+        return fail(qlumConnectFailure(m_outcome));
     }
     if (!m_session.isConnected())
         return giveUpByUser();
@@ -527,6 +471,8 @@ void QlumConnectFlow::takeConnectResult(const UaStatus& status)
     m_outcome = status.statusCode();
     if (!status.isGood()) {
         m_log.error(tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
+        if (!m_isDeclined)
+            m_failure = qlumConnectFailure(m_refusal.isBad() ? m_refusal : m_outcome);
         return finish(Result::Refused);
     }
     m_log.info(tr("Successfully connected UA server."));
@@ -553,6 +499,9 @@ bool QlumConnectFlow::connectError(UaClient::ConnectServiceType step, const UaSt
         m_refusal = isServers ? error.statusCode() : OpcUa_Good;
         return false;
     }
+    if (m_changesUser && error == OpcUa_BadSecurityModeInsufficient &&
+        m_attempt.security.plainPasswordAccepted)
+        return true; // the question for the user has said so
     return askOnWorker([this, told](const QlumConnectPrompts::Decided& decided) {
         m_prompts.askConnectError(told, decided);
         asking();
@@ -576,13 +525,14 @@ bool QlumConnectFlow::askOnWorker(const std::function<void(QlumConnectPrompts::D
 void QlumConnectFlow::openForWorker(const std::function<void(QlumConnectPrompts::Decided)>& open,
                                     const std::shared_ptr<QlumConnectWorker::Question>& question)
 {
-    if (m_step != Step::Session)
-        return;
+    if (m_step != Step::Session && m_step != Step::UserChange)
+        return m_worker.answer(*question, false);
     open([this, question, turn = m_turn](bool decided) {
         if (turn != m_turn)
             return;
         post([this, question, decided] {
             m_isAsking = false;
+            m_isDeclined = m_isDeclined || !decided;
             m_worker.answer(*question, decided);
             emit stepChanged(m_step, false);
         });

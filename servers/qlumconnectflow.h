@@ -1,6 +1,7 @@
 #pragma once
 #include <app/api/qlumlog.h>
 #include <app/api/qlumtoolservices.h>
+#include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumconnectworker.h>
 #include <servers/qlumdiscoverysetting.h>
@@ -16,13 +17,17 @@
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <QByteArray>
+#include <QMetaObject>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <functional>
 #include <memory>
 #include <optional>
+#include <type_traits>
+#include <utility>
 
 /// The steps of a connect, from the settings of a server to its session, and those of a change of the user.
 /// Nothing here blocks: what a server must answer is waited for in the background, what the user must answer
@@ -76,12 +81,21 @@ public:
     [[nodiscard]] QString url() const { return m_setting.endpoint.url; }
     /// What the latest connect has asked for, with the policy that it has found.
     [[nodiscard]] const QlumEndpoint& endpoint() const { return m_setting.endpoint; }
-    /// What the latest connect has come to; BadRequestCancelledByClient when it was given up.
+    /// What the latest connect or change of the user has come to; BadRequestCancelledByClient when it was
+    /// given up.
     [[nodiscard]] UaStatusCode outcome() const { return m_outcome; }
     /// The status with which the server has ended the latest connect; good when it has not.
     [[nodiscard]] UaStatusCode refusal() const { return m_refusal; }
+    /// Why it has failed, for the user; nothing when it has not, or when it was he who ended it.
+    [[nodiscard]] const std::optional<QlumConnectFailure>& failure() const { return m_failure; }
     /// What the user has entered this time for the setting; nothing when he was not asked.
     [[nodiscard]] const std::optional<QlumCredentials>& entered() const { return m_entered; }
+
+    /// The server's certificate (DER) that the latest connect uses; empty when nobody has judged it.
+    [[nodiscard]] const QByteArray& usedCertificate() const { return m_usedCertificate; }
+    /// Whether it is trusted, and not only for once; and whether the user was asked about it.
+    [[nodiscard]] bool isCertificateTrusted() const { return m_isCertificateTrusted; }
+    [[nodiscard]] bool isCertificateDecided() const { return m_isCertificateDecided; }
 
     /// The host that the settings are to ignore from now on; empty for none.
     [[nodiscard]] QString newlyIgnoredHost() const { return m_newlyIgnoredHost; }
@@ -112,13 +126,16 @@ private:
         QlumEndpoint endpoint; ///< the chosen one, or the stored one when the user insists
         UaClientSdk::SessionSecurityInfo security;
         bool isHostJudged = false; ///< the user knows that the certificate is of another host
+        bool isChangeAccepted = false; ///< of the server's certificate
     };
 
+    void allowOnlyFor(const QlumDiscoverySetting& setting);
     void enter(Step step);
     void run();
     void finish(Result result);
     void giveUp();
     void giveUpByUser();
+    void fail(const QlumConnectFailure& failure);
     template <typename Work>
     void post(Work work);
     template <typename... Arguments>
@@ -137,12 +154,18 @@ private:
     void checkPolicy();
     void takeWeakPolicy(bool isAllowed);
     void identifyUser();
+    void identify(const QString& told);
+    void takeUser(const std::optional<QlumUserChoice>& choice);
     void identifyByName();
+    [[nodiscard]] bool isStoredPasswordUsed() const;
+    [[nodiscard]] QlumPasswordQuestion passwordQuestion() const;
     void takeCredentials(const std::optional<QlumCredentials>& credentials);
     void identifyByCertificate();
     [[nodiscard]] bool loadUserCertificate();
     void userIsKnown();
     void judgeCertificate();
+    void judgeChain();
+    void takeChange(bool isAccepted);
     void takeVerdict(const QlumCertificateVerdict& verdict);
     void connectSession();
     void changeUser();
@@ -172,9 +195,42 @@ private:
     std::optional<QlumCredentials> m_entered;
     bool m_isLookingUp = false;
     QString m_newlyIgnoredHost;
-    QString m_weakPolicyAllowedFor;      ///< URI; the user's word holds until the program ends
+    QByteArray m_usedCertificate;
+    bool m_isCertificateTrusted = false;
+    bool m_isCertificateDecided = false;
+    QStringList m_allowedFor; ///< URL, mode, policy and user; the user's word holds for nothing else
+    bool m_weakPolicyAllowed = false;
     bool m_clearPasswordAllowed = false; ///< for the stored password
+    bool m_keepsEntered = false;         ///< what is entered is for the setting
+    bool m_isDeclined = false;           ///< by the user, who knows why it fails
+    std::optional<QlumConnectFailure> m_failure;
     QlumTlsTrap m_tlsTrap;
     QlumEndpointFetcher m_fetcher; ///< a cancelled question ends in the background
     QlumConnectWorker m_worker;    ///< last: joined first
 };
+
+template <typename Work>
+void QlumConnectFlow::post(Work work)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, turn = m_turn, work = std::move(work)] {
+            if (turn == m_turn)
+                work();
+        },
+        Qt::QueuedConnection);
+}
+
+/// Prompts may answer at once; what follows from an answer comes by the event loop all the same.
+template <typename... Arguments>
+auto QlumConnectFlow::answer(void (QlumConnectFlow::*taken)(Arguments...))
+{
+    return [this, taken, turn = m_turn](const std::decay_t<Arguments>&... values) {
+        if (turn != m_turn)
+            return;
+        post([this, taken, values...] {
+            m_isAsking = false;
+            (this->*taken)(values...);
+        });
+    };
+}

@@ -38,12 +38,12 @@ UaClient::TypeDictionaryMode dictionaryMode(const QString& text)
         return UaClient::Connect;
     return UaClient::Reconnect;
 }
+} // namespace
 
-UaByteString toUaByteString(const QByteArray& bytes)
+UaByteString qlumToUaByteString(const QByteArray& bytes)
 {
     return UaByteString(bytes.size(), reinterpret_cast<const OpcUa_Byte*>(bytes.constData()));
 }
-} // namespace
 
 SessionConnectInfo qlumConnectInfo(unsigned int serverId, const QString& sessionName)
 {
@@ -75,7 +75,7 @@ void qlumFillConnectSecurity(SessionSecurityInfo& security, const QlumEndpoint& 
 {
     security.securityPolicyUri = toUaString(wanted.securityPolicyUri);
     security.messageSecurityMode = static_cast<OpcUa_MessageSecurityMode>(wanted.securityMode);
-    security.serverCertificate = toUaByteString(chosen.serverCertificate);
+    security.serverCertificate = qlumToUaByteString(chosen.serverCertificate);
     security.discoveredEndpoints =
         std::make_shared<const UaEndpointDescriptions>(qlumEndpointDescriptions(discovered));
     security.verifyServerCertificateOnConnect = false; // the user judges it

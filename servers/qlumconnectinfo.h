@@ -1,11 +1,13 @@
 // What a session is told when it connects: from the settings of the program and of one server.
 #pragma once
 #include <servers/qlumendpoint.h>
+#include <uabase/values/uabytestring.h>
 #include <uaclientsdk/sessionconnectinfo.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 #include <uaclientsdk/uaclient.h>
 #include <uaclientsdk/useridentitytoken.h>
 
+#include <QByteArray>
 #include <QString>
 #include <QVector>
 
@@ -24,5 +26,7 @@ void qlumFillConnectSecurity(UaClientSdk::SessionSecurityInfo& security, const Q
                                               const QlumEndpoint& chosen);
 /// Has the settings name another user; a password that comes with it counts as one that is stored.
 void qlumSetIdentity(QlumDiscoverySetting& setting, const UaClientSdk::UaUserIdentityToken& identity);
+/// A copy of the bytes.
+[[nodiscard]] UaByteString qlumToUaByteString(const QByteArray& bytes);
 /// Name of a step of UaSession::connect, for the log.
 [[nodiscard]] QString qlumConnectStepName(UaClientSdk::UaClient::ConnectServiceType step);

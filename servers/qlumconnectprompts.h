@@ -1,4 +1,5 @@
 #pragma once
+#include <servers/qlumconnectfailure.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
@@ -20,6 +21,35 @@ struct QlumCredentials
 {
     QString userName;
     QString password;
+};
+
+/// For whom a password is asked, and where it goes.
+struct QlumPasswordQuestion
+{
+    QString server; ///< as the user calls it
+    QString userName;
+    QString host; ///< that receives the password
+    QlumPasswordDanger danger = QlumPasswordDanger::Nobody;
+};
+
+/// Who is to use a session: a QlumDiscoverySetting::UserTokenType and what belongs to it.
+struct QlumUserChoice
+{
+    int tokenType = 0;
+    QString userName;
+    QString password;
+    QString certificateFile;
+    QString privateKeyFile;
+};
+
+/// A server whose certificate (DER) is not the one that the user has trusted for it.
+struct QlumCertificateChange
+{
+    QString server;
+    QString url;
+    UaByteString before;
+    UaByteString now;
+    bool isTrusted = false; ///< the new one passes all checks
 };
 
 /// A server's certificate that did not pass all checks; the bytes are those of security.
@@ -54,6 +84,7 @@ public:
     using Answered = std::function<void()>;
     using Decided = std::function<void(bool)>;
     using Named = std::function<void(const std::optional<QlumCredentials>&)>;
+    using Chosen = std::function<void(const std::optional<QlumUserChoice>&)>;
     using Judged = std::function<void(const QlumCertificateVerdict&)>;
 
     QlumConnectPrompts() = default;
@@ -71,10 +102,14 @@ public:
     /// Whether to use a policy that is broken.
     virtual void askWeakPolicy(const QString& server, Decided answer) = 0;
     /// User name and password; nothing: the user thought better of it.
-    virtual void askPassword(const QString& server, const QString& userName, Named answer) = 0;
+    virtual void askPassword(const QlumPasswordQuestion& question, Named answer) = 0;
     /// The same where somebody else may read the password.
-    virtual void askClearPassword(const QString& server, const QString& userName, QlumPasswordDanger danger,
-                                  Named answer) = 0;
+    virtual void askClearPassword(const QlumPasswordQuestion& question, Named answer) = 0;
+    /// As whom to go on, with a proposal; nothing: as before. The danger is that of a password.
+    virtual void askUser(const QlumPasswordQuestion& question, const QlumUserChoice& proposal,
+                         Chosen answer) = 0;
+    /// Whether to go on with the new certificate, which is judged then where it is not trusted.
+    virtual void askChangedCertificate(const QlumCertificateChange& change, Decided answer) = 0;
     virtual void askCertificate(const QlumCertificateQuestion& question, Judged answer) = 0;
     /// Whether to go on in spite of an error.
     virtual void askConnectError(const QlumConnectError& error, Decided answer) = 0;
@@ -82,6 +117,12 @@ public:
     /// the user has overruled about it at that URL.
     virtual void askTlsTrust(const QString& server, const QString& url, const UaByteString& certificate,
                              const UaStatusCode& status, Decided answer) = 0;
+    /// Tells that a connect has failed; whether to try again.
+    virtual void tellFailure(const QString& server, const QString& url, const QlumConnectFailure& failure,
+                             Decided answer) = 0;
+    /// The same of a change of the user, after which the session is what it was.
+    virtual void tellUserRefused(const QString& server, const QlumConnectFailure& failure,
+                                 Decided answer) = 0;
     /// Takes the open question back: its answer does not come any more.
     virtual void withdraw() = 0;
 };

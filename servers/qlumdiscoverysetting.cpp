@@ -94,6 +94,19 @@ void readTokens(const QSettings& settings, QVector<QlumUserTokenPolicy>& tokens)
 }
 } // namespace
 
+void QlumDiscoverySetting::forgetWhatBelongsTo(const QlumDiscoverySetting& before)
+{
+    const QlumEndpoint& old = before.endpoint;
+    const bool isSameServer = endpoint.url == old.url;
+    const bool isSameUser = userName == before.userName && userTokenType == before.userTokenType;
+    const bool isSameSecurity =
+        endpoint.securityPolicyUri == old.securityPolicyUri && endpoint.securityMode == old.securityMode;
+    if (password == before.password && !(isSameServer && isSameSecurity && isSameUser))
+        password.clear();
+    if (!isSameServer)
+        trustedCertificate.clear();
+}
+
 void QlumDiscoverySetting::storeSettings(QSettings& settings) const
 {
     settings.setValue("ServerUrl", endpoint.url);
@@ -113,6 +126,7 @@ void QlumDiscoverySetting::storeSettings(QSettings& settings) const
     settings.setValue("CertificateFile", certificateFile);
     settings.setValue("PrivateKeyFile", privateKeyFile);
     settings.setValue("IgnoredHost", ignoredHost);
+    settings.setValue("TrustedCertificate", QString::fromLatin1(trustedCertificate.toBase64()));
 }
 
 QlumDiscoverySetting QlumDiscoverySetting::fromSetting(const QSettings& settings)
@@ -135,5 +149,6 @@ QlumDiscoverySetting QlumDiscoverySetting::fromSetting(const QSettings& settings
     setting.certificateFile = textValue(settings, "CertificateFile");
     setting.privateKeyFile = textValue(settings, "PrivateKeyFile");
     setting.ignoredHost = textValue(settings, "IgnoredHost");
+    setting.trustedCertificate = certificateValue(settings, "TrustedCertificate");
     return setting;
 }

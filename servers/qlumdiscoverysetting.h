@@ -1,6 +1,7 @@
 #pragma once
 #include <servers/qlumendpoint.h>
 
+#include <QByteArray>
 #include <QString>
 
 class QSettings;
@@ -18,11 +19,15 @@ struct QlumDiscoverySetting
     QString discoveryHost; ///< where the endpoint was found
     QString ignoredHost;   ///< of the endpoint, which cannot be found: the URL is dialled as it stands
     QString userName;
-    bool storePassword = false; ///< keep the password while the program runs
-    QString password;           ///< in memory only; never written
-    QString certificateFile;    ///< DER, of the user
-    QString privateKeyFile;     ///< PEM, of the user
+    bool storePassword = false;    ///< keep the password while the program runs
+    QString password;              ///< in memory only; never written
+    QString certificateFile;       ///< DER, of the user
+    QString privateKeyFile;        ///< PEM, of the user
+    QByteArray trustedCertificate; ///< DER, that of the server which it was last connected with as trusted
 
+    /// What was given or decided for another server, policy or user is forgotten: the password that the
+    /// settings before had, and the certificate.
+    void forgetWhatBelongsTo(const QlumDiscoverySetting& before);
     /// Writes everything but the password into the open group.
     void storeSettings(QSettings& settings) const;
     /// Reads the open group. Whatever the file holds, counts and lengths stay within QlumEndpointLimits, and

@@ -2,6 +2,8 @@
 
 #include <opcua/opcua_endpointurl.h>
 #include <opcua/opcua_types.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/connection/endpointselector.h>
 
 #include <algorithm>
 
@@ -135,10 +137,13 @@ QString qlumPolicyNone()
 
 QString qlumPasswordPolicy(const QlumEndpoint& endpoint)
 {
-    for (const QlumUserTokenPolicy& token : endpoint.userTokens)
-        if (token.tokenType == OpcUa_UserTokenType_UserName)
-            return token.securityPolicyUri.isEmpty() ? endpoint.securityPolicyUri : token.securityPolicyUri;
-    return endpoint.securityPolicyUri;
+    const UaEndpointDescriptions description = qlumEndpointDescriptions({endpoint});
+    const OpcUa_UserTokenPolicy* used = nullptr; // by the session
+    if (description.length() == 1)
+        used = UaClientSdk::selectUserTokenPolicy(description[0], OpcUa_UserTokenType_UserName,
+                                                  UaString(description[0].SecurityPolicyUri));
+    const QString own = used ? text(used->SecurityPolicyUri) : QString();
+    return own.isEmpty() ? endpoint.securityPolicyUri : own;
 }
 
 bool qlumSendsClearPassword(const QlumEndpoint& endpoint)

@@ -1,14 +1,25 @@
 #include <servers/qlumendpointchoice.h>
 
 #include <opcua/opcua_types.h>
+#include <uaclientsdk/connection/endpointselector.h>
 
+#include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
 #include <QUrl>
 #include <QVector>
 
+#include <algorithm>
 #include <array>
+#include <string_view>
+#include <tuple>
 
 namespace {
+struct ChoiceTexts
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumEndpointChoice)
+};
+
 constexpr int defaultPort = 4840;
 
 bool sameScheme(const QString& left, const QString& right)
@@ -82,4 +93,78 @@ void qlumSetSecurity(QlumEndpoint& endpoint, int securityMode, const QString& se
         endpoint.securityPolicyUri = qlumPolicyNone();
     else if (endpoint.securityPolicyUri == qlumPolicyNone())
         endpoint.securityPolicyUri.clear();
+}
+
+// ---- what the user types, and what is dialled
+
+QString qlumCompleteUrl(const QString& text)
+{
+    const QString trimmed = text.trimmed();
+    const int scheme = trimmed.indexOf(QLatin1String("://"));
+    if (trimmed.isEmpty() || scheme == 0)
+        return trimmed;
+    return scheme < 0 ? QLatin1String("opc.tcp://") + trimmed
+                      : trimmed.left(scheme).toLower() + trimmed.mid(scheme);
+}
+
+bool qlumIsUsableUrl(const QString& url)
+{
+    const QUrl parsed(url);
+    const QString scheme = parsed.scheme();
+    return parsed.isValid() && !parsed.host().isEmpty() &&
+           (scheme == QLatin1String("opc.tcp") || scheme == QLatin1String("https"));
+}
+
+QString qlumDialledUrl(const QVector<QlumEndpoint>& endpoints, const QString& chosenUrl,
+                       const QString& askedUrl)
+{
+    QUrl url(chosenUrl);
+    const QUrl asked(askedUrl);
+    if (!url.isValid() || asked.host().isEmpty() || !sameScheme(chosenUrl, askedUrl))
+        return chosenUrl;
+    const auto isNamed = [&](auto sameAsAsked) {
+        return std::any_of(endpoints.begin(), endpoints.end(), [&](const QlumEndpoint& endpoint) {
+            return sameScheme(endpoint.url, askedUrl) && sameAsAsked(QUrl(endpoint.url));
+        });
+    };
+    url.setHost(asked.host());
+    if (!isNamed([&](const QUrl& named) { return named.port(defaultPort) == asked.port(defaultPort); }))
+        url.setPort(asked.port());
+    const QString path = pathOf(asked);
+    if (!path.isEmpty() && !path.endsWith(QLatin1String("/discovery")) &&
+        !isNamed([&](const QUrl& named) { return pathOf(named) == path; }))
+        url.setPath(path);
+    return url.toString();
+}
+
+int qlumPreferredEndpoint(const QVector<QlumEndpoint>& endpoints, const QString& askedUrl)
+{
+    const QUrl asked(askedUrl);
+    const auto rank = [&](const QlumEndpoint& endpoint) {
+        const QUrl url(endpoint.url);
+        return std::make_tuple(qlumWhyUnsupported(endpoint).isEmpty(), sameScheme(endpoint.url, askedUrl),
+                               url.host().compare(asked.host(), Qt::CaseInsensitive) == 0,
+                               url.port(defaultPort) == asked.port(defaultPort), endpoint.securityLevel,
+                               endpoint.securityMode);
+    };
+    const auto best = std::max_element(
+        endpoints.begin(), endpoints.end(),
+        [&](const QlumEndpoint& left, const QlumEndpoint& right) { return rank(left) < rank(right); });
+    if (best == endpoints.end() || !qlumWhyUnsupported(*best).isEmpty())
+        return -1;
+    return static_cast<int>(best - endpoints.begin());
+}
+
+QString qlumWhyUnsupported(const QlumEndpoint& endpoint)
+{
+    const QByteArray policy = endpoint.securityPolicyUri.toUtf8();
+    if (!qlumIsUsableUrl(endpoint.url))
+        return ChoiceTexts::tr("This transport is not supported.");
+    if (endpoint.securityMode == 0)
+        return ChoiceTexts::tr("The security mode is not known.");
+    if (UaClientSdk::securityPolicyRank(
+            std::string_view(policy.constData(), static_cast<std::size_t>(policy.size()))) == 0)
+        return ChoiceTexts::tr("The security policy '%1' is not supported.")
+            .arg(qlumPolicyName(endpoint.securityPolicyUri));
+    return {};
 }

@@ -28,3 +28,19 @@ struct QlumEndpointChoice
 /// Asks for another security than the endpoint has. A mode of 0 keeps that; an empty policy keeps the
 /// endpoint's where that goes with the mode, else it becomes empty: the best for the mode.
 void qlumSetSecurity(QlumEndpoint& endpoint, int securityMode, const QString& securityPolicyUri);
+
+/// What the user means: "server", "server:4841" and "opc.tcp://server" are all addresses; the scheme in lower
+/// case.
+[[nodiscard]] QString qlumCompleteUrl(const QString& text);
+/// Whether it can be dialled: a host, over TCP or HTTPS.
+[[nodiscard]] bool qlumIsUsableUrl(const QString& url);
+/// Where to reach an endpoint that was listed under the asked URL. The server may call itself by a name that
+/// nobody knows here, and by a port or path that are others outside of its network: what none of the
+/// endpoints has of the asked URL stands for what they have.
+[[nodiscard]] QString qlumDialledUrl(const QVector<QlumEndpoint>& endpoints, const QString& chosenUrl,
+                                     const QString& askedUrl);
+/// The one to propose: at the asked scheme, host and port, then of the best level, then with the stronger
+/// mode; -1 when none can be used.
+[[nodiscard]] int qlumPreferredEndpoint(const QVector<QlumEndpoint>& endpoints, const QString& askedUrl);
+/// Why this program cannot connect to it, for the user; empty when it can.
+[[nodiscard]] QString qlumWhyUnsupported(const QlumEndpoint& endpoint);

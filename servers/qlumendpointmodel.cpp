@@ -2,6 +2,7 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <opcua/opcua_endpointurl.h>
+#include <servers/qlumendpointchoice.h>
 
 #include <QString>
 #include <QUrl>
@@ -33,6 +34,14 @@ int QlumEndpointModel::rowOf(const QString& url, const QString& securityPolicyUr
     return found == rows().end() ? -1 : static_cast<int>(found - rows().begin());
 }
 
+Qt::ItemFlags QlumEndpointModel::flags(const QModelIndex& index) const
+{
+    const Qt::ItemFlags usual = QlumTableModel::flags(index);
+    return index.isValid() && !qlumWhyUnsupported(rowAt(index.row())).isEmpty()
+               ? usual & ~(Qt::ItemIsEnabled | Qt::ItemIsSelectable)
+               : usual;
+}
+
 QVariant QlumEndpointModel::cell(const QlumEndpoint& endpoint, int column, int role) const
 {
     switch (role) {
@@ -53,7 +62,9 @@ QString QlumEndpointModel::text(const QlumEndpoint& endpoint, int column)
 {
     switch (column) {
     case Policy:
-        return qlumPolicyName(endpoint.securityPolicyUri);
+        return qlumWhyUnsupported(endpoint).isEmpty()
+                   ? qlumPolicyName(endpoint.securityPolicyUri)
+                   : tr("%1 (not supported)").arg(qlumPolicyName(endpoint.securityPolicyUri));
     case Mode:
         return qlumSecurityModeName(endpoint.securityMode);
     case Url:
@@ -67,7 +78,9 @@ QString QlumEndpointModel::text(const QlumEndpoint& endpoint, int column)
 
 QString QlumEndpointModel::toolTip(const QlumEndpoint& endpoint)
 {
-    return tr("%1\n%2\nApplication: %3\nApplication URI: %4")
-        .arg(qlumCutText(endpoint.url), qlumCutText(endpoint.securityPolicyUri),
-             qlumCutText(endpoint.applicationName), qlumCutText(endpoint.applicationUri));
+    const QString reason = qlumWhyUnsupported(endpoint);
+    const QString first = reason.isEmpty() ? QString() : reason + QLatin1Char('\n');
+    return first + tr("%1\n%2\nApplication: %3\nApplication URI: %4")
+                       .arg(qlumCutText(endpoint.url), qlumCutText(endpoint.securityPolicyUri),
+                            qlumCutText(endpoint.applicationName), qlumCutText(endpoint.applicationUri));
 }

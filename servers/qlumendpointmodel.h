@@ -2,6 +2,7 @@
 #include <servers/qlumendpoint.h>
 #include <uawidgets/models/qlumtablemodel.h>
 
+#include <QModelIndex>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -21,6 +22,9 @@ public:
     void setEndpoints(const QVector<QlumEndpoint>& endpoints) { reset({endpoints.begin(), endpoints.end()}); }
     /// Host names are not compared; -1 when none has all three.
     [[nodiscard]] int rowOf(const QString& url, const QString& securityPolicyUri, int securityMode) const;
+
+    /// Endpoints that cannot be used are shown, and cannot be chosen.
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 protected:
     [[nodiscard]] QVariant cell(const QlumEndpoint& endpoint, int column, int role) const override;

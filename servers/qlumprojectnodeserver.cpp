@@ -104,8 +104,9 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
       m_services(
           std::make_unique<QlumServicesRegistration>(m_serverId, qlumServicesOf(m_session, m_typeCache))),
       m_monitoring(std::make_unique<QlumServerMonitoring>(m_serverId, *m_session)),
-      m_retrieveIcons(QlumSettings::retrieveIcons.value()), m_network(QlumNetworkWatch::shared()),
-      m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
+      m_modelEvents(std::make_unique<QlumModelEvents>(m_serverId, *m_session)),
+      m_icons(m_serverId, m_typeCache, QlumSettings::retrieveIcons.value()),
+      m_network(QlumNetworkWatch::shared()), m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
       m_flow(std::make_unique<QlumConnectFlow>(m_log, *m_session, *this, *m_prompts))
 {
     m_tlsQuestion.setServerName(displayName());
@@ -115,6 +116,13 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
     connect(m_flow.get(), &QlumConnectFlow::untrustedCertificate, this,
             &QlumProjectNodeServer::newUntrustedSSLCertificate);
     connect(m_flow.get(), &QlumConnectFlow::finished, this, &QlumProjectNodeServer::takeFlowResult);
+    connect(m_modelEvents.get(), &QlumModelEvents::modelChanged, this,
+            [this](const UaNodeId& changed, OpcUa_Byte verbs) {
+                emit serverModelChanged(m_serverId, changed, verbs);
+            });
+    connect(&m_icons, &QlumIconLoader::loaded, this, &QlumServerNode::iconsLoaded);
+    connect(&m_certificateWatch, &QlumCertificateWatch::changed, this,
+            &QlumProjectNodeServer::sltCertificateChanged);
     connect(m_network.get(), &QlumNetworkWatch::networkChanged, this,
             &QlumProjectNodeServer::sltNetworkChanged);
 }
@@ -126,6 +134,7 @@ QlumProjectNodeServer::~QlumProjectNodeServer()
     m_services.reset();
     // A job may hold the session longer; it fails there, and nobody calls us any more.
     static_cast<void>(m_session->disconnect(UaClientSdk::ServiceSettings(), true));
+    m_modelEvents.reset();
     m_monitoring.reset();
 }
 
@@ -163,6 +172,20 @@ QIcon QlumProjectNodeServer::icon() const
     return QIcon(QStringLiteral(":/images/serverconnect.png"));
 }
 
+QString QlumProjectNodeServer::toolTip() const
+{
+    QString text = displayName() + QLatin1Char('\n') + m_setting.endpoint.url;
+    if (!m_reason.isEmpty())
+        text += QLatin1Char('\n') + m_reason;
+    return text;
+}
+
+void QlumProjectNodeServer::applySettings()
+{
+    m_icons.setWanted(QlumSettings::retrieveIcons.value());
+    m_modelEvents->applySetting();
+}
+
 void QlumProjectNodeServer::setDisplayName(const QString& name)
 {
     QlumServerNode::setDisplayName(name);
@@ -172,7 +195,8 @@ void QlumProjectNodeServer::setDisplayName(const QString& name)
 
 void QlumProjectNodeServer::setDiscoverySetting(const QlumDiscoverySetting& setting)
 {
-    m_setting = setting;
+    const QlumDiscoverySetting before = std::exchange(m_setting, setting);
+    m_setting.forgetWhatBelongsTo(before);
     setDisplayName(setting.displayName);
 }
 
@@ -183,9 +207,12 @@ void QlumProjectNodeServer::storeSettings(QSettings& settings) const
 
 // ---- types
 
-QString QlumProjectNodeServer::typeName(const UaNodeId* typeId, bool useInverseName)
+QString QlumProjectNodeServer::typeName(const UaNodeId* typeId, bool withNamespace)
 {
-    return typeId ? m_typeCache->typeName(*typeId, useInverseName) : QString();
+    const QString name = typeId ? m_typeCache->typeName(*typeId) : QString();
+    return withNamespace && !name.isEmpty() && typeId->namespaceIndex() != 0
+               ? QStringLiteral("%1:%2").arg(QString::number(typeId->namespaceIndex()), name)
+               : name;
 }
 
 unsigned int QlumProjectNodeServer::readDataTypeId(const UaNodeId* nodeId, UaNodeId* dataType, int* valueRank,
@@ -210,163 +237,12 @@ UaEnumDefinition QlumProjectNodeServer::getEnumDefinition(const UaNodeId* dataTy
 
 bool QlumProjectNodeServer::hasIcon(const UaNodeId* nodeId)
 {
-    return m_retrieveIcons && m_typeCache->hasIcon(nodeId);
+    return !getIcon(nodeId).isNull();
 }
 
 QIcon QlumProjectNodeServer::getIcon(const UaNodeId* nodeId)
 {
-    return m_retrieveIcons ? QIcon(m_typeCache->getIcon(nodeId)) : QIcon();
-}
-
-// ---- connecting
-
-bool QlumProjectNodeServer::connectServer()
-{
-    QEventLoop loop;
-    bool connected = false;
-    bool hasEnded = false;
-    const auto end = [&](bool result) {
-        connected = result;
-        hasEnded = true;
-        loop.quit();
-    };
-    connect(this, &QlumServerNode::connectEnded, &loop, end);
-    connect(this, &QObject::destroyed, &loop, [end] { end(false); });
-    if (startConnect() && !hasEnded)
-        loop.exec(); // from here on this node may be gone
-    return connected;
-}
-
-bool QlumProjectNodeServer::startConnect()
-{
-    if (m_isBusy || m_tlsQuestion.isOpen() || m_status == QlumConnectionStatus::Connected ||
-        m_status == QlumConnectionStatus::NewSessionCreated)
-        return false;
-    m_tlsQuestion.begin(m_setting.endpoint.url);
-    if (m_status == QlumConnectionStatus::ConnectionError && reconnectNow())
-        return false;
-    begin(m_setting, nullptr);
-    return true;
-}
-
-bool QlumProjectNodeServer::reconnectWith(OpcUa_MessageSecurityMode mode, const QlumIdentity& identity)
-{
-    if (m_isBusy || m_tlsQuestion.isOpen())
-        return false;
-    m_tlsQuestion.begin(m_setting.endpoint.url);
-    QlumDiscoverySetting setting = m_setting;
-    qlumSetSecurity(setting.endpoint, mode, QString());
-    begin(setting, identity);
-    return true;
-}
-
-void QlumProjectNodeServer::begin(const QlumDiscoverySetting& setting, const QlumIdentity& identity)
-{
-    m_isBusy = true;
-    m_tlsQuestion.setHeld(true);
-    if (m_status == QlumConnectionStatus::Disconnected || m_status == QlumConnectionStatus::ConnectFailed)
-        return beginConnect(setting, identity);
-    QMetaObject::invokeMethod(
-        this, [this, setting, identity] { beginConnect(setting, identity); }, Qt::QueuedConnection);
-    disconnectServer();
-}
-
-void QlumProjectNodeServer::beginConnect(const QlumDiscoverySetting& setting, const QlumIdentity& identity)
-{
-    ++m_connection;
-    m_typeCache->clear();
-    m_messages.clear(); // about the connection before
-    m_monitoring->useSession();
-    m_flow->start(setting, qlumConnectInfo(m_serverId, setting.sessionName), identity);
-    setStatus(QlumConnectionStatus::Connecting);
-}
-
-void QlumProjectNodeServer::changeUser()
-{
-    if (m_isBusy || m_tlsQuestion.isOpen())
-        return;
-    m_isBusy = true;
-    m_tlsQuestion.setHeld(true);
-    QlumDiscoverySetting setting = m_setting;
-    if (const QlumEndpoint& used = m_flow->endpoint(); !used.url.isEmpty()) { // by a tool's wish, another one
-        setting.endpoint.securityMode = used.securityMode;
-        setting.endpoint.securityPolicyUri = used.securityPolicyUri;
-    }
-    m_flow->startUserChange(setting);
-}
-
-void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
-{
-    using Result = QlumConnectFlow::Result;
-    if (const std::optional<QlumCredentials>& entered = m_flow->entered()) {
-        m_setting.userName = entered->userName;
-        if (m_setting.storePassword)
-            m_setting.password = entered->password;
-    }
-    if (result == Result::GivenUp || result == Result::Refused)
-        m_monitoring->leaveSession();
-    else if (result == Result::Unchanged)
-        m_monitoring->retryRefused(); // perhaps as another user
-    if (!m_flow->newlyIgnoredHost().isEmpty() && m_setting.ignoredHost != m_flow->newlyIgnoredHost()) {
-        m_setting.ignoredHost = m_flow->newlyIgnoredHost();
-        if (QlumApplicationInterface* application = QlumApplicationInterface::instance())
-            application->setModified(); // for the project to keep it
-    }
-    const bool connected = result == Result::Connected;
-    QMetaObject::invokeMethod(
-        this, [this, connected] { endFlow(connected); }, Qt::QueuedConnection);
-    if (result == Result::GivenUp && m_status != QlumConnectionStatus::Disconnected)
-        setStatus(QlumConnectionStatus::Disconnected);
-    else if (result == Result::Refused) {
-        if (isOwnCertificateRefused(m_flow->refusal()))
-            m_messages.tellCertificateRefused(displayName(), m_flow->refusal());
-        setStatus(QlumConnectionStatus::ConnectFailed);
-    }
-}
-
-// By the event loop, so that nothing follows but the signal.
-void QlumProjectNodeServer::endFlow(bool connected)
-{
-    m_isBusy = false;
-    m_tlsQuestion.setHeld(false);
-    emit connectEnded(connected && m_status != QlumConnectionStatus::Disconnected);
-}
-
-void QlumProjectNodeServer::disconnectServer()
-{
-    if (!m_flow->isIdle() && m_flow->step() != QlumConnectFlow::Step::UserChange) {
-        m_flow->cancel();
-        return;
-    }
-    ServiceSettings settings;
-    settings.callTimeout = qlumCallTimeout();
-    UaStatus status;
-    {
-        const QlumWaitCursor wait;
-        status = m_session->disconnect(settings, true);
-    }
-    ++m_connection; // what the session's threads have said until now comes too late
-    m_monitoring->leaveSession();
-    if (status.isGood())
-        m_log.info(tr("Disconnect succeeded."));
-    else
-        m_log.error(tr("Disconnecting failed with error '%1'").arg(toQString(status.toString())));
-    if (m_status != QlumConnectionStatus::Disconnected)
-        setStatus(QlumConnectionStatus::Disconnected);
-}
-
-bool QlumProjectNodeServer::reconnectNow()
-{
-    const bool isComing = m_session->reconnectNow();
-    if (isComing)
-        m_log.info(tr("Reconnecting to server '%1' now").arg(displayName()));
-    return isComing;
-}
-
-void QlumProjectNodeServer::sltNetworkChanged()
-{
-    if (m_status == QlumConnectionStatus::ConnectionError && reconnectNow())
-        m_log.info(tr("The network has changed."));
+    return nodeId && qlumIsConnected(m_status) ? m_icons.icon(*nodeId) : QIcon();
 }
 
 // ---- session callbacks
@@ -418,6 +294,19 @@ bool QlumProjectNodeServer::isOwnCertificateRefused(const UaStatusCode& status) 
 void QlumProjectNodeServer::showReconnectError(const UaStatusCode& status,
                                                UaClient::ConnectServiceType serviceType, bool clientSideError)
 {
+    if (serviceType == UaClient::ActivateSession && qlumIsLoginRefused(status)) {
+        m_setting.password.clear(); // the server has another one now
+        m_failure = qlumConnectFailure(status);
+        m_reason = m_failure->reason;
+        m_isUserChange = false;
+        if (!m_isBusy && !m_isTelling && !m_tlsQuestion.isOpen())
+            tellFailure();
+    } else if (serviceType == UaClient::OpenSecureChannel &&
+               m_status == QlumConnectionStatus::ConnectionError) {
+        QlumEndpoint endpoint = m_flow->endpoint();
+        endpoint.serverCertificate = m_flow->usedCertificate();
+        m_certificateWatch.channelFailed(status, endpoint);
+    }
     if (clientSideError)
         m_messages.tellReconnectError(displayName(),
                                       {qlumStatusText(status.code()), qlumConnectStepName(serviceType), {}});
@@ -479,18 +368,25 @@ void QlumProjectNodeServer::applySessionStatus(UaClient::ServerStatus serverStat
         break;
     case UaClient::Connected:
         status = QlumConnectionStatus::Connected;
+        m_reason.clear();
         namespaceMap = updateNamespaces();
         break;
     case UaClient::NewSessionCreated:
         status = QlumConnectionStatus::NewSessionCreated;
         m_typeCache->clear(); // ids and definitions may be others now
+        m_icons.clear();
         break;
     case UaClient::ConnectionWarningWatchdogTimeout:
     case UaClient::ConnectionErrorApiReconnect:
     case UaClient::ServerShutdown:
+        m_reason = tr("The connection is lost.");
         break;
     }
     m_monitoring->statusChanged(serverStatus, namespaceMap);
+    if (serverStatus == UaClient::NewSessionCreated)
+        m_modelEvents->sessionReplaced();
+    else if (serverStatus == UaClient::Connected)
+        m_modelEvents->connected();
     if (status != m_status)
         setStatus(status, namespaceMap);
 }
@@ -498,6 +394,8 @@ void QlumProjectNodeServer::applySessionStatus(UaClient::ServerStatus serverStat
 void QlumProjectNodeServer::setStatus(QlumConnectionStatus status, const NamespaceMap& namespaceMap)
 {
     m_status = status;
+    if (status == QlumConnectionStatus::Disconnected || status == QlumConnectionStatus::ConnectFailed)
+        m_modelEvents->disconnected();
     emit serverNodeChanged(this, nullptr, m_status, m_serverId, namespaceMap);
 }
 

@@ -4,9 +4,13 @@
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
+#include <servers/qlumcertificatewatch.h>
+#include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectflow.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumiconloader.h>
+#include <servers/qlummodelevents.h>
 #include <servers/qlumservermessages.h>
 #include <servers/qlumservermonitoring.h>
 #include <servers/qlumtlstrustquestion.h>
@@ -30,6 +34,7 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 class QlumNetworkWatch;
 
@@ -51,6 +56,9 @@ public:
     [[nodiscard]] Qt::ItemFlags flags() const override;
     bool setData(const QVariant& value, int role) override;
     [[nodiscard]] QIcon icon() const override;
+    /// Name, URL, and why it is not connected.
+    [[nodiscard]] QString toolTip() const override;
+    void applySettings() override;
     void setDisplayName(const QString& name) override;
 
     [[nodiscard]] unsigned int serverId() const override { return m_serverId; }
@@ -61,6 +69,7 @@ public:
     /// While a lost connection is waited for it makes the next attempt to restore it at once, and answers
     /// false.
     bool startConnect() override;
+    bool startConnectByUser() override;
     /// Connects anew with another security mode (0: the same) and user (null: as the settings say), which
     /// the settings do not keep. False while a connect or a change of the user is under way.
     [[nodiscard]] bool reconnectWith(OpcUa_MessageSecurityMode mode, const QlumIdentity& identity);
@@ -75,8 +84,7 @@ public:
     [[nodiscard]] QStringList namespaceTable() const override { return m_namespaces; }
     void setNamespaceTable(const QStringList& uris) override { m_namespaces = uris; }
 
-    /// The flag asks for the inverse name of a reference type.
-    QString typeName(const UaNodeId* typeId, bool useInverseName) override;
+    QString typeName(const UaNodeId* typeId, bool withNamespace) override;
     unsigned int readDataTypeId(const UaNodeId* nodeId, UaNodeId* dataType, int* valueRank,
                                 UaUInt32Array* arrayDimensions, QString* typeName,
                                 UaLocalizedText* displayName) override;
@@ -102,7 +110,13 @@ private:
     void begin(const QlumDiscoverySetting& setting, const QlumIdentity& identity);
     void beginConnect(const QlumDiscoverySetting& setting, const QlumIdentity& identity);
     void takeFlowResult(QlumConnectFlow::Result result);
+    void takeEntered(bool isUserChange);
+    void takeTrust();
+    static void keepInProject();
     void endFlow(bool connected);
+    void tellFailure();
+    void stopTelling();
+    void sltCertificateChanged();
     /// False when the session will not try by itself.
     [[nodiscard]] bool reconnectNow();
     void sltNetworkChanged();
@@ -125,9 +139,15 @@ private:
     const std::shared_ptr<QlumTypeCache> m_typeCache;
     std::unique_ptr<QlumServicesRegistration> m_services;
     std::unique_ptr<QlumServerMonitoring> m_monitoring;
+    std::unique_ptr<QlumModelEvents> m_modelEvents;
     QStringList m_namespaces;
-    bool m_retrieveIcons;
+    QlumIconLoader m_icons;
     bool m_isBusy = false;
+    bool m_isUsers = false;      ///< the work under way was commanded by the user, who is told how it ends
+    bool m_isUserChange = false; ///< what has ended last, rather than a connect
+    bool m_isTelling = false;
+    QString m_reason; ///< for the present state
+    std::optional<QlumConnectFailure> m_failure;
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;
     const std::shared_ptr<QlumNetworkWatch> m_network;
     std::atomic<bool> m_closing{false};
@@ -135,5 +155,6 @@ private:
     const std::unique_ptr<QlumConnectPrompts> m_prompts;
     QlumServerMessages m_messages;
     QlumTlsTrustQuestion m_tlsQuestion;
+    QlumCertificateWatch m_certificateWatch;
     std::unique_ptr<QlumConnectFlow> m_flow;
 };

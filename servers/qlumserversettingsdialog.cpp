@@ -7,66 +7,44 @@
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectdialogs.h>
 #include <servers/qlumendpoint.h>
+#include <servers/qlumendpointchoice.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumendpointmodel.h>
+#include <servers/qlumidentitywidget.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
 #include <uawidgets/table/qlumtable.h>
 
 #include <QByteArray>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileDialog>
+#include <QEvent>
 #include <QFormLayout>
+#include <QFrame>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMetaObject>
 #include <QModelIndex>
+#include <QObject>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSize>
 #include <QSortFilterProxyModel>
 #include <QString>
 #include <QSysInfo>
-#include <QToolButton>
 #include <QTreeView>
 #include <QUrl>
 #include <QVector>
 #include <QWidget>
 
 namespace {
-bool isUsableUrl(const QString& text)
-{
-    const QUrl url(text);
-    const QString scheme = url.scheme();
-    return url.isValid() && !url.host().isEmpty() &&
-           (scheme == QLatin1String("opc.tcp") || scheme == QLatin1String("https") ||
-            scheme == QLatin1String("http"));
-}
-
-// What the user means: "server", "server:4841" and "opc.tcp://server" are all addresses.
-QString completeUrl(const QString& text)
-{
-    const QString trimmed = text.trimmed();
-    return trimmed.isEmpty() || trimmed.contains(QLatin1String("://"))
-               ? trimmed
-               : QLatin1String("opc.tcp://") + trimmed;
-}
-
-// The server may call itself by a name that is unknown here; the address that it was asked under works.
-QString reachableUrl(const QString& endpointUrl, const QString& askedUrl)
-{
-    QUrl url(endpointUrl);
-    const QUrl asked(askedUrl);
-    if (!url.isValid() || asked.host().isEmpty() || url.scheme() != asked.scheme())
-        return endpointUrl;
-    url.setHost(asked.host());
-    return url.toString();
-}
-
 QLineEdit* lineEdit(const char* objectName, const QString& accessibleName)
 {
     auto* edit = new QLineEdit;
@@ -91,10 +69,19 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
 {
     m_fetcher->setParent(this);
     setWindowTitle(setting.endpoint.url.isEmpty() ? tr("Add Server") : tr("Server Settings"));
+    auto* content = new QWidget;
+    auto* groups = new QVBoxLayout(content);
+    groups->addWidget(createEndpointGroup(), 1);
+    groups->addWidget(createSessionGroup());
+    groups->addWidget(createIdentityGroup());
+    auto* scroll = new QScrollArea; // small screens and large letters
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(content);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(createEndpointGroup(), 1);
-    layout->addWidget(createSessionGroup());
-    layout->addWidget(createIdentityGroup());
+    layout->addWidget(scroll, 1);
+    layout->addWidget(m_progress);
+    layout->addWidget(m_message); // whose lines would keep the list from giving way
     createButtons();
     layout->addWidget(m_buttons);
     connect(m_fetcher, &QlumEndpointFetcher::finished, this, &QlumServerSettingsDialog::sltEndpointsFetched);
@@ -102,7 +89,8 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
             &QlumServerSettingsDialog::sltCertificateRefused);
     connect(&m_tlsQuestion, &QlumTlsTrustQuestion::trusted, this,
             &QlumServerSettingsDialog::sltCertificateTrusted);
-    resize(740, 560);
+    const QSize room = QGuiApplication::primaryScreen()->availableSize() * 9 / 10;
+    resize(QSize(740, 560).boundedTo(room));
     fill();
     sltUpdateControls();
 }
@@ -130,17 +118,19 @@ QWidget* QlumServerSettingsDialog::createEndpointGroup()
     row->addWidget(m_url, 1);
     row->addWidget(m_fetch);
     layout->addLayout(row);
+    m_urlHint = new QLabel(tr("A URL begins with opc.tcp:// or https:// and names a host."));
+    m_urlHint->setObjectName(QStringLiteral("urlHint"));
+    m_urlHint->hide();
+    layout->addWidget(m_urlHint);
     layout->addWidget(createEndpointView(), 1);
     m_progress = new QProgressBar;
     m_progress->setObjectName(QStringLiteral("fetchProgress"));
     m_progress->setRange(0, 0);
     m_progress->hide();
-    layout->addWidget(m_progress);
     m_message = new QLabel;
     m_message->setObjectName(QStringLiteral("message"));
     m_message->setTextFormat(Qt::PlainText);
     m_message->setWordWrap(true);
-    layout->addWidget(m_message);
     connect(m_url, &QLineEdit::textChanged, this, &QlumServerSettingsDialog::sltUpdateControls);
     connect(m_url, &QLineEdit::returnPressed, m_fetch, &QPushButton::click);
     connect(m_fetch, &QPushButton::clicked, this, &QlumServerSettingsDialog::sltFetchEndpoints);
@@ -162,9 +152,11 @@ QWidget* QlumServerSettingsDialog::createEndpointView()
     m_endpointView->setUniformRowHeights(true);
     m_endpointView->setSortingEnabled(true);
     m_endpointView->sortByColumn(QlumEndpointModel::Level, Qt::DescendingOrder);
-    m_endpointView->header()->resizeSection(QlumEndpointModel::Policy, 190);
+    m_endpointView->header()->resizeSection(QlumEndpointModel::Policy, 230);
     m_endpointView->header()->resizeSection(QlumEndpointModel::Mode, 130);
-    m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 300);
+    m_endpointView->header()->resizeSection(QlumEndpointModel::Url, 220);
+    m_endpointView->setMinimumHeight(fontMetrics().height() * 5);
+    m_endpointView->viewport()->installEventFilter(this);
     qlumMakeTable(m_endpointView,
                   {tr("Enter an address and press Get Endpoints."), tr("endpoints"), nullptr, {}});
     connect(m_endpointView->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
@@ -193,65 +185,15 @@ QWidget* QlumServerSettingsDialog::createIdentityGroup()
 {
     auto* group = new QGroupBox(tr("User"));
     auto* layout = new QVBoxLayout(group);
-    auto* form = new QFormLayout;
-    m_tokenType = new QComboBox;
-    m_tokenType->setObjectName(QStringLiteral("userTokenType"));
-    m_tokenType->setAccessibleName(tr("User identity"));
-    m_tokenType->addItem(tr("Anonymous"), QlumDiscoverySetting::Anonymous);
-    m_tokenType->addItem(tr("User name and password"), QlumDiscoverySetting::UserName);
-    m_tokenType->addItem(tr("Certificate"), QlumDiscoverySetting::Certificate);
-    form->addRow(tr("&Identity:"), m_tokenType);
-    layout->addLayout(form);
-
-    m_userNamePage = new QWidget;
-    auto* userForm = new QFormLayout(m_userNamePage);
-    userForm->setContentsMargins(0, 0, 0, 0);
-    m_userName = lineEdit("userName", tr("User name"));
+    m_identity = new QlumIdentityWidget;
     m_storePassword = new QCheckBox(tr("&Remember the password until the program ends"));
     m_storePassword->setObjectName(QStringLiteral("storePassword"));
     m_storePassword->setWhatsThis(
         tr("<b>Remember the password</b><br>The password is asked for once. It is never "
            "written to a file."));
-    userForm->addRow(tr("User n&ame:"), m_userName);
-    userForm->addRow(m_storePassword);
-    layout->addWidget(m_userNamePage);
-
-    m_certificatePage = new QWidget;
-    auto* fileForm = new QFormLayout(m_certificatePage);
-    fileForm->setContentsMargins(0, 0, 0, 0);
-    QWidget* certificateRow = createFileRow(m_certificateFile, tr("Certificate file"),
-                                            tr("Certificates (*.der *.cer);;All files (*)"));
-    QWidget* keyRow =
-        createFileRow(m_privateKeyFile, tr("Private key file"), tr("Keys (*.pem);;All files (*)"));
-    fileForm->addRow(tr("&Certificate:"), certificateRow);
-    fileForm->addRow(tr("&Private key:"), keyRow);
-    layout->addWidget(m_certificatePage);
-    connect(m_tokenType, qOverload<int>(&QComboBox::currentIndexChanged), this,
-            &QlumServerSettingsDialog::sltUpdateControls);
+    m_identity->addUserRow(m_storePassword);
+    layout->addWidget(m_identity);
     return group;
-}
-
-QWidget* QlumServerSettingsDialog::createFileRow(QLineEdit*& edit, const QString& name, const QString& filter)
-{
-    auto* row = new QWidget;
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    edit = lineEdit("", name);
-    edit->setObjectName(name);
-    auto* browse = new QToolButton;
-    browse->setObjectName(name + QLatin1String(" browse"));
-    browse->setAccessibleName(tr("Choose %1").arg(name));
-    browse->setToolTip(tr("Choose a file"));
-    browse->setText(QStringLiteral("..."));
-    layout->addWidget(edit, 1);
-    layout->addWidget(browse);
-    row->setFocusProxy(edit);
-    connect(browse, &QToolButton::clicked, this, [this, edit, name, filter] {
-        const QString file = QFileDialog::getOpenFileName(this, name, edit->text(), filter);
-        if (!file.isEmpty())
-            edit->setText(file);
-    });
-    return row;
 }
 
 void QlumServerSettingsDialog::createButtons()
@@ -271,11 +213,9 @@ void QlumServerSettingsDialog::fill()
     m_sessionName->setText(m_setting.sessionName.isEmpty()
                                ? QStringLiteral("urn:%1:Korvanda:Tavelin").arg(QSysInfo::machineHostName())
                                : m_setting.sessionName);
-    m_tokenType->setCurrentIndex(m_tokenType->findData(m_setting.userTokenType));
-    m_userName->setText(m_setting.userName);
+    m_identity->setChoice({m_setting.userTokenType, m_setting.userName, QString(), m_setting.certificateFile,
+                           m_setting.privateKeyFile});
     m_storePassword->setChecked(m_setting.storePassword);
-    m_certificateFile->setText(m_setting.certificateFile);
-    m_privateKeyFile->setText(m_setting.privateKeyFile);
     if (m_setting.endpoint.url.isEmpty()) {
         setMessage(tr("Enter the URL of a server and press Get Endpoints."));
         return;
@@ -292,10 +232,11 @@ void QlumServerSettingsDialog::sltFetchEndpoints()
         sltUpdateControls();
         return;
     }
-    m_url->setText(completeUrl(m_url->text()));
+    m_url->setText(qlumCompleteUrl(m_url->text()));
     setMessage(tr("Asking the server for its endpoints..."));
-    m_tlsQuestion.begin(m_url->text());
-    m_fetcher->fetch(m_url->text(), static_cast<int>(QlumSettings::connectTimeout.value()));
+    m_askedUrl = m_url->text();
+    m_tlsQuestion.begin(m_askedUrl);
+    m_fetcher->fetch(m_askedUrl, static_cast<int>(QlumSettings::connectTimeout.value()));
     sltUpdateControls();
 }
 
@@ -303,6 +244,7 @@ void QlumServerSettingsDialog::sltEndpointsFetched(unsigned int status,
                                                    const QVector<QlumEndpoint>& endpoints)
 {
     if (!OpcUa_IsGood(status)) {
+        clearEndpoints();
         setMessage(
             tr("The endpoints of '%1' could not be read: %2. Check the URL, the network and whether the "
                "server runs.")
@@ -313,12 +255,32 @@ void QlumServerSettingsDialog::sltEndpointsFetched(unsigned int status,
     m_endpoints->setEndpoints(endpoints);
     const QlumEndpoint& wanted = m_setting.endpoint;
     int row = m_endpoints->rowOf(wanted.url, wanted.securityPolicyUri, wanted.securityMode);
-    if (row < 0 && !endpoints.isEmpty())
-        row = m_sorted->mapToSource(m_sorted->index(0, 0)).row();
+    if (row < 0)
+        row = qlumPreferredEndpoint(endpoints, m_askedUrl);
     selectEndpoint(row);
     setMessage(endpoints.isEmpty() ? tr("The server offers no endpoint.")
+               : row < 0           ? tr("The server offers no endpoint that is supported here.")
                                    : tr("The server offers %n endpoint(s).", nullptr, endpoints.size()));
     sltUpdateControls();
+}
+
+// Those of another server, or of another time, would be taken for this one's.
+void QlumServerSettingsDialog::clearEndpoints()
+{
+    const bool isStored = !m_askedUrl.isEmpty() && m_askedUrl == m_setting.endpoint.url;
+    m_askedUrl.clear();
+    m_endpoints->setEndpoints(isStored ? QVector<QlumEndpoint>{m_setting.endpoint} : QVector<QlumEndpoint>());
+    if (isStored)
+        selectEndpoint(0);
+}
+
+bool QlumServerSettingsDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Resize && m_endpointView->currentIndex().isValid())
+        QMetaObject::invokeMethod(
+            m_endpointView, [view = m_endpointView] { view->scrollTo(view->currentIndex()); },
+            Qt::QueuedConnection);
+    return QlumBaseWidget::eventFilter(watched, event);
 }
 
 void QlumServerSettingsDialog::sltCertificateRefused(unsigned int status, const QByteArray& certificate)
@@ -361,16 +323,16 @@ void QlumServerSettingsDialog::sltUpdateControls()
 {
     const bool busy = m_fetcher->isBusy();
     m_fetch->setText(busy ? tr("C&ancel") : tr("&Get Endpoints"));
-    m_fetch->setEnabled(busy || isUsableUrl(completeUrl(m_url->text())));
+    const QString url = qlumCompleteUrl(m_url->text());
+    const bool isUsable = qlumIsUsableUrl(url);
+    m_fetch->setEnabled(busy || isUsable);
+    m_urlHint->setVisible(!isUsable && url.contains(QLatin1String("://")));
     m_progress->setVisible(busy);
     m_url->setReadOnly(busy);
-    if (!m_tokenType || !m_buttons)
+    if (!m_buttons)
         return; // still being built
-    const int type = m_tokenType->currentData().toInt();
-    m_userNamePage->setVisible(type == QlumDiscoverySetting::UserName);
-    m_certificatePage->setVisible(type == QlumDiscoverySetting::Certificate);
     m_buttons->button(QDialogButtonBox::Ok)
-        ->setEnabled(!busy && currentRow() >= 0 && !m_displayName->text().trimmed().isEmpty());
+        ->setEnabled(!busy && isUsable && currentRow() >= 0 && !m_displayName->text().trimmed().isEmpty());
 }
 
 void QlumServerSettingsDialog::setMessage(const QString& text)
@@ -389,16 +351,21 @@ QlumDiscoverySetting QlumServerSettingsDialog::discoverySetting() const
     QlumDiscoverySetting setting = m_setting;
     if (const int row = currentRow(); row >= 0)
         setting.endpoint = m_endpoints->rowAt(row);
-    setting.endpoint.url = reachableUrl(setting.endpoint.url, completeUrl(m_url->text()));
-    setting.discoveryHost = QUrl(completeUrl(m_url->text())).host();
+    const QString typed = qlumCompleteUrl(m_url->text());
+    const auto& rows = m_endpoints->rows();
+    setting.endpoint.url =
+        typed == m_askedUrl ? qlumDialledUrl({rows.begin(), rows.end()}, setting.endpoint.url, typed) : typed;
+    setting.discoveryHost = QUrl(qlumCompleteUrl(m_url->text())).host();
     setting.displayName = m_displayName->text().trimmed();
     setting.sessionName = m_sessionName->text().trimmed();
-    setting.userTokenType = m_tokenType->currentData().toInt();
-    if (setting.userName != m_userName->text() || !m_storePassword->isChecked())
-        setting.password.clear(); // that of another user
-    setting.userName = m_userName->text();
+    const QlumUserChoice user = m_identity->choice();
+    setting.userTokenType = user.tokenType;
+    setting.userName = user.userName;
+    setting.certificateFile = user.certificateFile;
+    setting.privateKeyFile = user.privateKeyFile;
     setting.storePassword = m_storePassword->isChecked();
-    setting.certificateFile = m_certificateFile->text();
-    setting.privateKeyFile = m_privateKeyFile->text();
+    if (!setting.storePassword)
+        setting.password.clear();
+    setting.forgetWhatBelongsTo(m_setting);
     return setting;
 }

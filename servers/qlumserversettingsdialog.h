@@ -5,12 +5,13 @@
 #include <uawidgets/qlumbasewidget.h>
 
 #include <QByteArray>
+#include <QEvent>
+#include <QObject>
 #include <QString>
 #include <QVector>
 #include <QWidget>
 
 class QCheckBox;
-class QComboBox;
 class QDialogButtonBox;
 class QLabel;
 class QLineEdit;
@@ -21,6 +22,7 @@ class QTreeView;
 class QlumConnectDialogs;
 class QlumEndpointFetcher;
 class QlumEndpointModel;
+class QlumIdentityWidget;
 
 /// Adds a server or changes its connection settings: asks the server for its endpoints without blocking, and
 /// lets the user choose one and who to be there.
@@ -39,6 +41,9 @@ public:
     /// What the dialog holds now; meaningful after it was accepted.
     [[nodiscard]] QlumDiscoverySetting discoverySetting() const;
 
+    /// Keeps the chosen endpoint in sight when the list changes its size.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 public slots:
     void accept() override;
 
@@ -54,9 +59,9 @@ private:
     QWidget* createEndpointView();
     QWidget* createSessionGroup();
     QWidget* createIdentityGroup();
-    QWidget* createFileRow(QLineEdit*& edit, const QString& name, const QString& filter);
     void createButtons();
     void fill();
+    void clearEndpoints();
     void suggestDisplayName();
     void selectEndpoint(int row);
     /// The chosen row of the model; -1 when none is.
@@ -64,6 +69,7 @@ private:
     void setMessage(const QString& text);
 
     QlumDiscoverySetting m_setting;
+    QString m_askedUrl;      ///< from which the listed endpoints are; empty when they are the stored one
     QString m_suggestedName; ///< replaced when another endpoint is chosen, unless the user wrote a name
     QlumConnectDialogs* m_prompts;
     QlumTlsTrustQuestion m_tlsQuestion;
@@ -71,18 +77,14 @@ private:
     QlumEndpointModel* m_endpoints;
     QSortFilterProxyModel* m_sorted;
     QLineEdit* m_url = nullptr;
+    QLabel* m_urlHint = nullptr;
     QPushButton* m_fetch = nullptr;
     QProgressBar* m_progress = nullptr;
     QLabel* m_message = nullptr;
     QTreeView* m_endpointView = nullptr;
     QLineEdit* m_displayName = nullptr;
     QLineEdit* m_sessionName = nullptr;
-    QComboBox* m_tokenType = nullptr;
-    QWidget* m_userNamePage = nullptr;
-    QLineEdit* m_userName = nullptr;
+    QlumIdentityWidget* m_identity = nullptr;
     QCheckBox* m_storePassword = nullptr;
-    QWidget* m_certificatePage = nullptr;
-    QLineEdit* m_certificateFile = nullptr;
-    QLineEdit* m_privateKeyFile = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
 };

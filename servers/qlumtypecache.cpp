@@ -93,7 +93,7 @@ QlumTypeCache::InfoPtr QlumTypeCache::typeInfo(const UaNodeId& id)
 
 QlumTypeCache::InfoPtr QlumTypeCache::fetchTypeInfo(const UaNodeId& id)
 {
-    const auto session = services();
+    const auto session = connectedServices();
     if (!session)
         return nullptr;
     const unsigned int generation = currentGeneration();

@@ -8,6 +8,7 @@
 #include <uabase/values/uastatus.h>
 
 #include <QCoreApplication>
+#include <QImage>
 #include <QPixmap>
 #include <QString>
 
@@ -31,7 +32,7 @@ struct QlumTypeInfo
 };
 
 /// Names, enumerations and icons of one server's types, read on the first question and kept until clear().
-/// Views on the GUI thread and jobs may share one cache; the icon functions belong on the GUI thread. A
+/// Views on the GUI thread and jobs may share one cache; hasIcon() and getIcon() belong on the GUI thread. A
 /// question may block for a few service calls. Failures are logged and answered by an empty value.
 class QlumTypeCache : public QlumServerTypes
 {
@@ -51,6 +52,8 @@ public:
     /// The icon that the server offers for the node or for its type; false and null without a connection.
     [[nodiscard]] bool hasIcon(const UaNodeId* id);
     [[nodiscard]] QPixmap getIcon(const UaNodeId* id);
+    /// The same on any thread.
+    [[nodiscard]] QImage readIcon(const UaNodeId& id);
     [[nodiscard]] UaStatus readDataTypeId(const UaNodeId& id, UaNodeId* dataType, int* valueRank,
                                           UaUInt32Array* arrayDimensions, QString* typeName,
                                           UaLocalizedText* displayName) override;
@@ -73,17 +76,17 @@ private:
                   UaDataValues& values) const;
     [[nodiscard]] unsigned int currentGeneration() const;
     [[nodiscard]] UaClientSdk::ServiceSettings serviceSettings() const;
-    QPixmap icon(const UaNodeId& id, int depth);
-    QPixmap fetchIcon(QlumSessionServices& session, const UaNodeId& id, int depth);
-    QPixmap readIconHelper(QlumSessionServices& session, const UaNodeId& id);
+    QImage icon(const UaNodeId& id, int depth);
+    QImage fetchIcon(QlumSessionServices& session, const UaNodeId& id, int depth);
+    QImage readIconHelper(QlumSessionServices& session, const UaNodeId& id);
     UaNodeId iconProperty(QlumSessionServices& session, const UaNodeId& id);
-    QPixmap readImage(QlumSessionServices& session, const UaNodeId& property);
+    QImage readImage(QlumSessionServices& session, const UaNodeId& property);
     UaNodeId typeDefinition(QlumSessionServices& session, const UaNodeId& id);
     void logBadStatus(const UaDataValues& values, OpcUa_UInt32 index, const QString& text) const;
 
     std::map<UaNodeId, InfoPtr> m_typeInfos;
     std::map<UaNodeId, UaEnumDefinition> m_enumDefinitions;
-    std::map<UaNodeId, QPixmap> m_icons;
+    std::map<UaNodeId, QImage> m_icons;
     std::shared_ptr<QlumSessionServices> m_services;
     const unsigned int m_serverId;
     const QlumLog m_log;

@@ -4,6 +4,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+#include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastatuscode.h>
@@ -12,7 +13,9 @@
 
 #include <QBuffer>
 #include <QByteArray>
+#include <QImage>
 #include <QImageReader>
+#include <QPixmap>
 #include <QSize>
 
 #include <array>
@@ -45,7 +48,7 @@ const char* imageFormat(const UaNodeId& dataType)
     }
 }
 
-QPixmap loadImage(const UaByteString& bytes, const char* format)
+QImage loadImage(const UaByteString& bytes, const char* format)
 {
     if (bytes.isEmpty() || bytes.length() > maximumIconBytes)
         return {};
@@ -55,7 +58,7 @@ QPixmap loadImage(const UaByteString& bytes, const char* format)
     const QSize size = reader.size();
     if (size.width() > maximumIconSide || size.height() > maximumIconSide)
         return {};
-    return QPixmap::fromImage(reader.read());
+    return reader.read();
 }
 } // namespace
 
@@ -66,10 +69,15 @@ bool QlumTypeCache::hasIcon(const UaNodeId* id)
 
 QPixmap QlumTypeCache::getIcon(const UaNodeId* id)
 {
-    return id && connectedServices() ? icon(*id, 0) : QPixmap();
+    return id ? QPixmap::fromImage(readIcon(*id)) : QPixmap();
 }
 
-QPixmap QlumTypeCache::icon(const UaNodeId& id, int depth)
+QImage QlumTypeCache::readIcon(const UaNodeId& id)
+{
+    return connectedServices() ? icon(id, 0) : QImage();
+}
+
+QImage QlumTypeCache::icon(const UaNodeId& id, int depth)
 {
     {
         const std::lock_guard lock(m_mutex);
@@ -80,20 +88,20 @@ QPixmap QlumTypeCache::icon(const UaNodeId& id, int depth)
     if (!session || depth > maximumTypeSteps)
         return {};
     const unsigned int generation = currentGeneration();
-    const QPixmap pixmap = fetchIcon(*session, id, depth);
+    const QImage pixmap = fetchIcon(*session, id, depth);
     const std::lock_guard lock(m_mutex);
     if (generation == m_generation)
         m_icons[id] = pixmap;
     return pixmap;
 }
 
-QPixmap QlumTypeCache::fetchIcon(QlumSessionServices& session, const UaNodeId& id, int depth)
+QImage QlumTypeCache::fetchIcon(QlumSessionServices& session, const UaNodeId& id, int depth)
 {
-    const QPixmap own = readIconHelper(session, id);
+    const QImage own = readIconHelper(session, id);
     if (!own.isNull())
         return own;
     const UaNodeId type = typeDefinition(session, id);
-    return type.isNull() ? QPixmap() : icon(type, depth + 1);
+    return type.isNull() ? QImage() : icon(type, depth + 1);
 }
 
 UaNodeId QlumTypeCache::typeDefinition(QlumSessionServices& session, const UaNodeId& id)
@@ -120,10 +128,10 @@ UaNodeId QlumTypeCache::typeDefinition(QlumSessionServices& session, const UaNod
     return references.length() == 1 ? UaNodeId(references[0].NodeId.NodeId) : UaNodeId();
 }
 
-QPixmap QlumTypeCache::readIconHelper(QlumSessionServices& session, const UaNodeId& id)
+QImage QlumTypeCache::readIconHelper(QlumSessionServices& session, const UaNodeId& id)
 {
     const UaNodeId property = iconProperty(session, id);
-    return property.isNull() ? QPixmap() : readImage(session, property);
+    return property.isNull() ? QImage() : readImage(session, property);
 }
 
 UaNodeId QlumTypeCache::iconProperty(QlumSessionServices& session, const UaNodeId& id)
@@ -142,7 +150,9 @@ UaNodeId QlumTypeCache::iconProperty(QlumSessionServices& session, const UaNodeI
     if (!status.isGood() || results.length() != 1) {
         m_log.error(tr("Translate failed with error %1").arg(toQString(status.toString())));
     } else if (!OpcUa_IsGood(results[0].StatusCode)) {
-        m_log.error(tr("Translate returned error %1 for BrowsePath 'Icon' on NodeId %2")
+        const bool isNone = results[0].StatusCode == OpcUa_BadNoMatch; // as most nodes have
+        m_log.write(isNone ? QlumLogLevel::Data : QlumLogLevel::Error,
+                    tr("Translate returned error %1 for BrowsePath 'Icon' on NodeId %2")
                         .arg(toQString(UaStatusCode(results[0].StatusCode).toString()), idText));
     } else if (results[0].NoOfTargets < 1) {
         m_log.write(QlumLogLevel::Error,
@@ -153,7 +163,7 @@ UaNodeId QlumTypeCache::iconProperty(QlumSessionServices& session, const UaNodeI
     return {};
 }
 
-QPixmap QlumTypeCache::readImage(QlumSessionServices& session, const UaNodeId& property)
+QImage QlumTypeCache::readImage(QlumSessionServices& session, const UaNodeId& property)
 {
     static constexpr std::array<OpcUa_UInt32, 2> attributes{OpcUa_Attributes_DataType,
                                                             OpcUa_Attributes_Value};
@@ -183,5 +193,5 @@ QPixmap QlumTypeCache::readImage(QlumSessionServices& session, const UaNodeId& p
         return {};
     }
     const char* format = imageFormat(typeId);
-    return format ? loadImage(image.toByteString(), format) : QPixmap();
+    return format ? loadImage(image.toByteString(), format) : QImage();
 }

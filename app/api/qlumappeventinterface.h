@@ -16,9 +16,10 @@ public:
 
     /// Another server was selected in the project tree.
     virtual void serverSelectionChanged(unsigned int serverId) = 0;
-    /// Another node was selected in the address space view. The last argument may be null.
+    /// Another node was selected in the address space view. Its parent there is null for the root, and for a
+    /// node that was not selected in the tree.
     virtual void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
-                                  UaNodeId* typeDefinition) = 0;
+                                  UaNodeId* parentId) = 0;
     /// A connection changed its state. The map translates namespace indexes known so far to the current ones;
     /// empty when they did not change.
     virtual void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,

@@ -70,7 +70,8 @@ public:
     virtual unsigned int readDataTypeId(unsigned int serverId, const UaNodeId* nodeId, UaNodeId* dataType,
                                         int* valueRank, UaUInt32Array* arrayDimensions, QString* typeName,
                                         UaLocalizedText* displayName) = 0;
-    /// Display name of a type, or with true the inverse name of a reference type; empty when unreadable.
+    /// Display name of a type, with true its namespace index and a colon before it, where that is not 0;
+    /// empty when unreadable. Inverse names of reference types: QlumServerTypes::typeName().
     virtual QString typeName(unsigned int serverId, const UaNodeId* dataType, bool withNamespace) = 0;
     /// Whether the data type is an enumeration.
     virtual bool isEnum(unsigned int serverId, const UaNodeId* dataType) = 0;

@@ -30,6 +30,8 @@ public:
     virtual bool setData(const QVariant& value, int role);
     /// Icon in the project tree.
     [[nodiscard]] virtual QIcon icon() const;
+    /// What the project tree says of the node beside its name; plain text.
+    [[nodiscard]] virtual QString toolTip() const { return m_displayName; }
     /// Changes the name that the user sees.
     virtual void setDisplayName(const QString& name);
 

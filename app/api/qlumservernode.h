@@ -47,6 +47,8 @@ public:
     /// Begins the same without waiting for it; connectEnded() tells what it came to. False when there is
     /// nothing to begin. One that cannot but wait has ended when this returns.
     virtual bool startConnect();
+    /// The same at the user's own command: he is told when it fails, and may try again.
+    virtual bool startConnectByUser() { return startConnect(); }
     /// Closes the session; cancels a connect under way.
     virtual void disconnectServer() = 0;
     /// Asks for another user and continues the session as that one.
@@ -74,10 +76,14 @@ public:
     virtual bool isEnum(const UaNodeId* dataType) = 0;
     /// Answers QlumApplicationInterface::getEnumDefinition() for this server.
     virtual UaEnumDefinition getEnumDefinition(const UaNodeId* dataType) = 0;
-    /// Answers QlumApplicationInterface::hasIcon() for this server.
+    /// Answers QlumApplicationInterface::hasIcon() for this server. Icons come in the background: one that is
+    /// not there yet is asked for, and iconsLoaded() tells when it is.
     virtual bool hasIcon(const UaNodeId* nodeId) = 0;
     /// Answers QlumApplicationInterface::getIcon() for this server.
     virtual QIcon getIcon(const UaNodeId* nodeId) = 0;
+
+    /// The user has changed settings of the application.
+    virtual void applySettings() {}
 
 signals:
     /// The name that the user sees has changed, by whatever way.
@@ -90,6 +96,8 @@ signals:
     void connectEnded(bool connected);
     /// The server told that its address space changed at a node; change is the mask of model change verbs.
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
+    /// Icons of nodes can be shown, or are no longer to be shown.
+    void iconsLoaded();
     /// The definitions of the server's data types have been loaded, or loaded anew.
     void dataTypesLoaded(unsigned int serverId);
     /// The server asks to be connected again, after the user trusted its certificate.

@@ -51,6 +51,7 @@ void QlumAddressSpacePages::createAddressSpace(QlumServerNode* server)
     auto* made = new QlumAddressSpacePage(server, m_factory, m_rebrowse, m_stack);
     made->tree()->addActions(m_actions);
     connect(made, &QlumAddressSpacePage::nodeSelected, this, &QlumAddressSpacePages::nodeSelected);
+    connect(server, &QlumServerNode::iconsLoaded, made->tree()->viewport(), qOverload<>(&QWidget::update));
     m_stack->addWidget(made);
     m_stack->setCurrentWidget(made);
 }

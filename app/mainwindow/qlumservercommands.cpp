@@ -43,7 +43,7 @@ QlumServerNode* QlumServerCommands::selected() const
 void QlumServerCommands::serverAdded(QlumServerNode* server)
 {
     connect(
-        server, &QlumServerNode::retryConnectServer, this, [this, server] { connectServer(server); });
+        server, &QlumServerNode::retryConnectServer, this, [this, server] { connectServer(server, true); });
     connect(server, &QlumServerNode::connectEnded, this,
             [this, server](bool connected) { connectEnded(server, connected); });
     m_parts.projectView->setCurrentIndex(m_parts.project->indexOf(server));
@@ -83,16 +83,16 @@ void QlumServerCommands::removeServer(QlumServerNode* server)
 void QlumServerCommands::sltServerConnect()
 {
     if (QlumServerNode* server = selected())
-        connectServer(server);
+        connectServer(server, true);
 }
 
-void QlumServerCommands::connectServer(QlumServerNode* server)
+void QlumServerCommands::connectServer(QlumServerNode* server, bool isUsers)
 {
     const unsigned int id = server->serverId();
     if (m_connecting.contains(id))
         return;
     m_connecting.append(id);
-    if (!server->startConnect())
+    if (!(isUsers ? server->startConnectByUser() : server->startConnect()))
         m_connecting.removeAll(id);
     updateActions();
 }

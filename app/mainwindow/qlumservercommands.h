@@ -36,8 +36,9 @@ public:
 
     /// Shows the server in the tree and listens to it.
     void serverAdded(QlumServerNode* server);
-    /// Begins it; its page is made when it has ended well.
-    void connectServer(QlumServerNode* server);
+    /// Begins it; its page is made when it has ended well. When the user has commanded this very connect he
+    /// is told if it fails.
+    void connectServer(QlumServerNode* server, bool isUsers = false);
     /// Disconnects the server, tells the plugins, then deletes it.
     void removeServer(QlumServerNode* server);
     /// Of the project tree; null when no server is selected.

@@ -313,6 +313,8 @@ void QlumTavelin::sltConfigure()
     loadTavelinSettings();
     m_recentFiles->updateActions();
     updateTraceSettings();
+    for (QlumServerNode* server : m_project->servers())
+        server->applySettings();
 }
 
 void QlumTavelin::sltSaveLog()

@@ -46,10 +46,10 @@ void QlumDirector::serverSelectionChanged(unsigned int serverId)
 }
 
 void QlumDirector::selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
-                                    UaNodeId* typeDefinition)
+                                    UaNodeId* parentId)
 {
     forEach<QlumAppEventInterface>([&](QlumAppEventInterface& plugin) {
-        plugin.selectionChanged(serverId, nodeId, nodeClass, typeDefinition);
+        plugin.selectionChanged(serverId, nodeId, nodeClass, parentId);
     });
 }
 

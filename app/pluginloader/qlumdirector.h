@@ -18,7 +18,7 @@ public:
 
     void serverSelectionChanged(unsigned int serverId) override;
     void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
-                          UaNodeId* typeDefinition) override;
+                          UaNodeId* parentId) override;
     void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                               const NamespaceMap& namespaceMap) override;
     void sessionRemoved(unsigned int serverId) override;

@@ -135,7 +135,7 @@ QVariant QlumProjectModel::cell(const QlumProjectNode& node, int, int role) cons
     case Qt::DecorationRole:
         return node.icon();
     case Qt::ToolTipRole:
-        return qlumPlainToolTip(node.displayName());
+        return qlumPlainToolTip(node.toolTip());
     default:
         return {};
     }

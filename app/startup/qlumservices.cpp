@@ -81,7 +81,12 @@ QlumTavelinServices qlumServices()
         return new QlumAddressSpaceModel(server, highlight, parent);
     };
     services.createSubTreeModel = [](QlumServerNode* server, const UaNodeId& startNode) {
-        return new QlumAddressSpaceModel(server, &startNode);
+        auto* model = new QlumAddressSpaceModel(server, &startNode);
+        QObject::connect(server, &QlumServerNode::serverModelChanged, model,
+                         [model](unsigned int, const UaNodeId& changed, OpcUa_Byte verbs) {
+                             model->serverModelChanged(changed, verbs);
+                         });
+        return model;
     };
     services.manageCertificates = manageCertificates;
     services.takeToolServices = takeToolServices;

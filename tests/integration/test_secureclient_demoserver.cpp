@@ -138,6 +138,28 @@ TEST_F(SecureClient, RefusedAcceptedOnceAndTrusted)
     EXPECT_FALSE(isAsked);
 }
 
+TEST_F(SecureClient, AnAnonymousSessionGoesOnAsAUserAndHearsOfModelChanges)
+{
+    EXPECT_FALSE(connect(Word::No));
+    ASSERT_TRUE(connect(Word::Trust)) << log();
+    EXPECT_FALSE(node->discoverySetting().trustedCertificate.isEmpty());
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        return application.texts().contains("Registered for ModelChangeEvents");
+    })) << log();
+    const auto change = [this](const char* password) {
+        script.user = QlumUserChoice{QlumDiscoverySetting::UserName, "demo", password, "", ""};
+        node->changeUser();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }));
+    };
+    change("wrong");
+    EXPECT_EQ(script.asked.last(), "user refused");
+    EXPECT_FALSE(script.failure.reason.isEmpty());
+    EXPECT_TRUE(answers()) << "as before";
+    change("demo");
+    EXPECT_TRUE(application.texts().contains("ChangeUser succeeded.")) << log();
+    EXPECT_TRUE(answers());
+}
+
 TEST_F(SecureClient, EveryPolicyAndMode)
 {
     for (const char* policy : {"Basic256Sha256", "Aes128_Sha256_RsaOaep", "Aes256_Sha256_RsaPss"}) {

@@ -1,6 +1,7 @@
 // Answers what a connect asks, by a script, instead of a user with dialogs.
 #pragma once
 #include <certificates/qlumtlstrust.h>
+#include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectprompts.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
@@ -10,6 +11,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 /// What is answered, and what was asked. Outlives the answers that read it.
 struct ConnectScript
@@ -18,6 +20,9 @@ struct ConnectScript
     bool isDialledHostKept = false;
     bool isWeakPolicyAllowed = false;
     std::optional<QlumCredentials> credentials; ///< nothing: cancelled
+    std::optional<QlumUserChoice> user;         ///< the same
+    bool isChangeAccepted = false;
+    bool isTriedAgain = false; ///< once
     QlumCertificateVerdict verdict;
     bool isErrorIgnored = false;
     bool isTlsTrusted = false;
@@ -31,6 +36,9 @@ struct ConnectScript
     QlumPasswordDanger danger = QlumPasswordDanger::Nobody;
     QlumCertificateQuestion certificate;
     QlumConnectError error;
+    QlumUserChoice proposal;
+    QlumCertificateChange change;
+    QlumConnectFailure failure;
 };
 
 class ConnectAnswers : public QlumConnectPrompts
@@ -62,20 +70,27 @@ public:
         if (take("weak policy"))
             answer(m_script.isWeakPolicyAllowed);
     }
-    void askPassword(const QString& server, const QString&, Named answer) override
+    void askPassword(const QlumPasswordQuestion& question, Named answer) override
     {
-        m_script.serverName = server;
-        m_script.danger = QlumPasswordDanger::Nobody;
-        if (take("password"))
-            answer(m_script.credentials);
+        takePassword("password", question, answer);
     }
-    void askClearPassword(const QString& server, const QString&, QlumPasswordDanger danger,
-                          Named answer) override
+    void askClearPassword(const QlumPasswordQuestion& question, Named answer) override
     {
-        m_script.serverName = server;
-        m_script.danger = danger;
-        if (take("clear password"))
-            answer(m_script.credentials);
+        takePassword("clear password", question, answer);
+    }
+    void askUser(const QlumPasswordQuestion& question, const QlumUserChoice& proposal, Chosen answer) override
+    {
+        m_script.serverName = question.server;
+        m_script.danger = question.danger;
+        m_script.proposal = proposal;
+        if (take("user"))
+            answer(m_script.user);
+    }
+    void askChangedCertificate(const QlumCertificateChange& change, Decided answer) override
+    {
+        m_script.change = change;
+        if (take("changed certificate"))
+            answer(m_script.isChangeAccepted);
     }
     void askCertificate(const QlumCertificateQuestion& question, Judged answer) override
     {
@@ -96,6 +111,15 @@ public:
         if (take("tls trust"))
             answer(m_script.isTlsTrusted && qlumTrustTlsCertificate(certificate));
     }
+    void tellFailure(const QString& server, const QString&, const QlumConnectFailure& failure,
+                     Decided answer) override
+    {
+        takeFailure("failure", server, failure, answer);
+    }
+    void tellUserRefused(const QString& server, const QlumConnectFailure& failure, Decided answer) override
+    {
+        takeFailure("user refused", server, failure, answer);
+    }
     void withdraw() override
     {
         if (!m_script.asked.isEmpty())
@@ -103,6 +127,22 @@ public:
     }
 
 private:
+    void takePassword(const char* name, const QlumPasswordQuestion& question, const Named& answer)
+    {
+        m_script.serverName = question.server;
+        m_script.hosts = QStringList{question.host};
+        m_script.danger = question.danger;
+        if (take(name))
+            answer(m_script.credentials);
+    }
+    void takeFailure(const char* name, const QString& server, const QlumConnectFailure& failure,
+                     const Decided& answer)
+    {
+        m_script.serverName = server;
+        m_script.failure = failure;
+        if (take(name))
+            answer(std::exchange(m_script.isTriedAgain, false));
+    }
     /// Whether to answer. The user may have removed the server meanwhile, and these answers with it.
     bool take(const char* question)
     {

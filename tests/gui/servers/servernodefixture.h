@@ -46,6 +46,7 @@ protected:
         application.settings["General.WatchdogTime"] = 5000u;
         application.settings["General.WatchdogTimeout"] = 5000u;
         application.settings["General.TypeDictionaryMode"] = "Manual";
+        application.settings["General.SubscribeForModelChangeEvents"] = false;
         setting.endpoint.url = "opc.tcp://plc:4840";
         setting.endpoint.securityPolicyUri = qlumPolicyNone();
         setting.displayName = "Plc";

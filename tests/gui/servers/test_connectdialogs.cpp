@@ -2,6 +2,7 @@
 #include <certificates/qlumcertificatestore.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectdialogs.h>
+#include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumpkifolders.h>
 #include <tests/support/modeltext.h>
@@ -11,6 +12,7 @@
 #include <uabase/values/uastatuscode.h>
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
@@ -148,7 +150,7 @@ TEST_F(ConnectDialogs, PasswordIsAskedForWithAWarningWhereOthersCanReadIt)
         const auto* label = open()->findChild<QLabel*>("warning");
         return label->isVisible() ? label->text() : QString();
     };
-    dialogs->askPassword("Plc", "joe", take);
+    dialogs->askPassword({"Plc", "joe", "plc1", QlumPasswordDanger::Nobody}, take);
     EXPECT_EQ(open()->windowTitle(), "Plc");
     EXPECT_EQ(open()->findChild<QLineEdit*>("userName")->text(), "joe");
     EXPECT_EQ(warning(), "");
@@ -156,12 +158,65 @@ TEST_F(ConnectDialogs, PasswordIsAskedForWithAWarningWhereOthersCanReadIt)
     open()->accept();
     ASSERT_TRUE(given.has_value());
     EXPECT_EQ(given->userName + '/' + given->password, "joe/secret");
-    dialogs->askClearPassword("Plc", "joe", QlumPasswordDanger::Anyone, take);
-    EXPECT_EQ(warning(), "The password will be sent to the server without encryption.");
+    dialogs->askClearPassword({"Plc", "joe", "plc%1", QlumPasswordDanger::Anyone}, take);
+    EXPECT_EQ(warning(),
+              "The password leaves this computer in clear text, for host 'plc%1': everybody on the "
+              "way can read it.");
     open()->reject();
     EXPECT_FALSE(given.has_value());
-    dialogs->askClearPassword("Plc", "joe", QlumPasswordDanger::FalseServer, take);
-    EXPECT_TRUE(warning().contains("certificate cannot be checked"));
+    dialogs->askClearPassword({"Plc", "joe", "plc1", QlumPasswordDanger::FalseServer}, take);
+    EXPECT_TRUE(warning().contains("certificate of host 'plc1' cannot be checked")) << warning();
+}
+
+TEST_F(ConnectDialogs, UserIsChosenAmongAllKindsOfIdentity)
+{
+    std::optional<QlumUserChoice> chosen;
+    const auto take = [&](const std::optional<QlumUserChoice>& choice) { chosen = choice; };
+    QlumUserChoice proposal;
+    proposal.certificateFile = "/me.der";
+    dialogs->askUser({"Plc", "", "plc1", QlumPasswordDanger::Anyone}, proposal, take);
+    auto* kind = open()->findChild<QComboBox*>("userTokenType");
+    EXPECT_EQ(kind->currentText(), "Anonymous");
+    EXPECT_FALSE(open()->findChild<QLabel*>("warning")->isVisible()) << "no password leaves";
+    kind->setCurrentIndex(kind->findText("Certificate"));
+    EXPECT_EQ(open()->findChild<QLineEdit*>("Certificate file")->text(), "/me.der");
+    kind->setCurrentIndex(kind->findText("User name and password"));
+    EXPECT_TRUE(open()->findChild<QLabel*>("warning")->text().contains("clear text, for host 'plc1'"));
+    EXPECT_TRUE(open()->findChild<QLabel*>("warning")->isVisible());
+    open()->findChild<QLineEdit*>("userName")->setText("operator");
+    open()->findChild<QLineEdit*>("password")->setText("secret");
+    open()->accept();
+    ASSERT_TRUE(chosen.has_value());
+    EXPECT_EQ(chosen->userName + '/' + chosen->password, "operator/secret");
+    EXPECT_EQ(chosen->tokenType, 1);
+    dialogs->askUser({"Plc", "", "plc1", QlumPasswordDanger::Nobody}, proposal, take);
+    EXPECT_EQ(open()->findChild<QLabel*>("warning"), nullptr);
+    open()->reject();
+    EXPECT_FALSE(chosen.has_value());
+}
+
+TEST_F(ConnectDialogs, ChangedCertificateStandsBesideTheOneOfBefore)
+{
+    testcertificates::Recipe recipe;
+    recipe.name = "False Plc";
+    recipe.pair = testcertificates::key(2048);
+    const testcertificates::Der other = testcertificates::make(recipe);
+    QlumCertificateChange change{"Plc", "opc.tcp://plc:4840", certificate,
+                                 UaByteString(static_cast<OpcUa_Int32>(other.size()), other.data()), false};
+    const auto text = [this](const char* name) { return open()->findChild<QLabel*>(name)->text(); };
+    dialogs->askChangedCertificate(change, decides());
+    EXPECT_EQ(text("before0") + " | " + text("now0"), "Plc | False Plc");
+    EXPECT_LE(open()->width(), 900) << "small screens";
+    for (const QLabel* label : open()->findChildren<QLabel*>())
+        EXPECT_LE(label->minimumSizeHint().height(), label->height()) << "cut: " << label->text();
+    EXPECT_NE(text("before9"), text("now9")) << "thumbprints";
+    EXPECT_TRUE(open()->findChild<QLabel*>("now0")->font().bold());
+    EXPECT_FALSE(open()->findChild<QLabel*>("now8")->font().bold()) << "the same algorithm";
+    open()->reject();
+    EXPECT_EQ(decided, false);
+    dialogs->askChangedCertificate(change, decides());
+    click({"useNew"});
+    EXPECT_EQ(decided, true);
 }
 
 TEST_F(ConnectDialogs, CertificateIsAcceptedOnceOrNotAtAll)
@@ -203,6 +258,27 @@ TEST_F(ConnectDialogs, TrustedTlsCertificateIsStoredAndToldOfWhenItFailsAgain)
     EXPECT_TRUE(words().startsWith("TLS Certificate Already Trusted: ")) << words();
     press(QMessageBox::Ok);
     EXPECT_EQ(decided, false) << "another attempt would fail alike";
+}
+
+TEST_F(ConnectDialogs, FailuresSayWhyAndWhatToDoAndOfferAnotherAttempt)
+{
+    const QlumConnectFailure failure{"It is so (BadX).", "Do that."};
+    dialogs->tellFailure("Plc", "opc.tcp://plc%2", failure, decides());
+    EXPECT_EQ(words(), "Connecting Failed: Server 'Plc' at opc.tcp://plc%2 was not connected.\nIt is so "
+                       "(BadX). (Do that.)");
+    press(QMessageBox::Retry);
+    EXPECT_EQ(decided, true);
+    dialogs->tellUserRefused("Plc", failure, decides());
+    EXPECT_TRUE(words().startsWith("Changing the User Failed: ")) << words();
+    press(QMessageBox::Close);
+    EXPECT_EQ(decided, false);
+
+    const QlumConnectFailure refused = qlumConnectFailure(OpcUa_BadUserAccessDenied);
+    EXPECT_EQ(refused.reason, "The server does not let this user in (BadUserAccessDenied).");
+    const QlumConnectFailure unknown = qlumConnectFailure(OpcUa_BadDeviceFailure);
+    EXPECT_TRUE(unknown.reason.contains("BadDeviceFailure")) << unknown.reason;
+    EXPECT_FALSE(unknown.advice.isEmpty());
+    EXPECT_NE(unknown.advice, refused.advice);
 }
 
 TEST_F(ConnectDialogs, WithdrawnQuestionsCloseAndAreNotAnswered)

@@ -224,6 +224,7 @@ TEST_F(ConnectFlow, ChangeOfTheUserIsNoConnectToCancel)
     make();
     ASSERT_TRUE(node->connectServer());
     hangAt(OpcUa_ActivateSessionRequest_EncodeableType);
+    script.user = QlumUserChoice();
     node->changeUser();
     ASSERT_TRUE(QTest::qWaitFor([this] { return node->connectFlow().step() == Step::UserChange; }));
     ASSERT_TRUE(QTest::qWaitFor(

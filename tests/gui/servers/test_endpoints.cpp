@@ -93,6 +93,77 @@ TEST(EndpointPassword, TravelsInTheClearUnlessItOrTheConnectionIsEncrypted)
     EXPECT_FALSE(qlumSendsClearPassword(endpoint("opc.tcp://h", basic, 2)));
 }
 
+TEST(EndpointPassword, FirstOfSeveralTokensWasTakenForTheOneThatIsUsed)
+{
+    QlumEndpoint server = endpoint("opc.tcp://h", noPolicy, 1);
+    server.userTokens = {{"0", OpcUa_UserTokenType_UserName, "", "", noPolicy},
+                         {"1", OpcUa_UserTokenType_UserName, "", "", basic}};
+    EXPECT_EQ(qlumPasswordPolicy(server), basic);
+    EXPECT_FALSE(qlumSendsClearPassword(server));
+    server.userTokens[1].securityPolicyUri = "urn:nobody-knows";
+    EXPECT_TRUE(qlumSendsClearPassword(server)) << "it cannot be used";
+}
+
+TEST(EndpointUrl, PortAndPathOfTheTypedUrlWereThrownAway)
+{
+    const struct
+    {
+        QStringList named;
+        QString chosen;
+        QString asked;
+        QString dialled;
+    } cases[] = {
+        {{"opc.tcp://inner:4840/ua"},
+         "opc.tcp://inner:4840/ua",
+         "opc.tcp://plc:4840",
+         "opc.tcp://plc:4840/ua"},
+        {{"opc.tcp://inner:4840"},
+         "opc.tcp://inner:4840",
+         "opc.tcp://gateway:14840",
+         "opc.tcp://gateway:14840"},
+        {{"opc.tcp://inner:4840"}, "opc.tcp://inner:4840", "opc.tcp://plc/line1", "opc.tcp://plc:4840/line1"},
+        {{"opc.tcp://i:4840", "opc.tcp://i:4841"},
+         "opc.tcp://i:4841",
+         "opc.tcp://h:4840",
+         "opc.tcp://h:4841"},
+        {{"https://i:443/ua"}, "https://i:443/ua", "https://h:443/ua/discovery", "https://h:443/ua"},
+        {{"https://i:443"}, "https://i:443", "opc.tcp://h:4840", "https://i:443"},
+    };
+    for (const auto& test : cases) {
+        QVector<QlumEndpoint> endpoints;
+        for (const QString& url : test.named)
+            endpoints.append(endpoint(url, noPolicy, 1));
+        EXPECT_EQ(qlumDialledUrl(endpoints, test.chosen, test.asked).toStdString(),
+                  test.dialled.toStdString());
+    }
+    EXPECT_EQ(qlumCompleteUrl(" OPC.TCP://Plc:4840/Ua "), "opc.tcp://Plc:4840/Ua");
+    EXPECT_EQ(qlumCompleteUrl("plc:4841"), "opc.tcp://plc:4841");
+    EXPECT_TRUE(qlumIsUsableUrl("https://plc") && qlumIsUsableUrl("opc.tcp://plc"));
+    EXPECT_FALSE(qlumIsUsableUrl("http://plc") || qlumIsUsableUrl("opc.tcp://"));
+}
+
+TEST(EndpointChoice, HighestLevelWasPreferredToWhatWasTyped)
+{
+    const auto level = [](QlumEndpoint one, int given) {
+        one.securityLevel = given;
+        return one;
+    };
+    const QVector<QlumEndpoint> endpoints{level(endpoint("opc.tcp://h:4840", basic, 3), 200),
+                                          level(endpoint("https://other:4843", basic, 3), 90),
+                                          level(endpoint("https://h:4844", basic, 3), 50),
+                                          level(endpoint("https://h:4843", basic, 2), 30),
+                                          level(endpoint("https://h:4843", basic, 3), 30),
+                                          level(endpoint("https://h:4843", noPolicy, 1), 1),
+                                          level(endpoint("https://h:4843", "urn:curve#ECC", 3), 255)};
+    EXPECT_EQ(qlumPreferredEndpoint(endpoints, "https://h:4843"), 4);
+    EXPECT_EQ(qlumPreferredEndpoint(endpoints, "https://h:1"), 2);
+    EXPECT_EQ(qlumPreferredEndpoint(endpoints, "opc.tcp://elsewhere"), 0);
+    EXPECT_EQ(qlumPreferredEndpoint({endpoints.last()}, "https://h:4843"), -1);
+    EXPECT_TRUE(qlumWhyUnsupported(endpoints.last()).contains("'ECC'"));
+    EXPECT_FALSE(qlumWhyUnsupported(endpoint("http://h", noPolicy, 1)).isEmpty());
+    EXPECT_TRUE(qlumWhyUnsupported(endpoints.first()).isEmpty());
+}
+
 QlumDiscoverySetting fullSetting()
 {
     QlumDiscoverySetting setting;
@@ -119,6 +190,7 @@ QlumDiscoverySetting fullSetting()
     setting.password = "top-secret";
     setting.certificateFile = "/c.der";
     setting.privateKeyFile = "/k.pem";
+    setting.trustedCertificate = QByteArray("\x30\x00\x01", 3);
     return setting;
 }
 

@@ -18,6 +18,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QModelIndex>
 #include <QPointer>
 #include <QPushButton>
 #include <QString>
@@ -162,6 +163,77 @@ TEST_F(ServerDialog, FailuresSayWhatAndWhere)
     EXPECT_FALSE(ok()->isEnabled());
 }
 
+TEST_F(ServerDialog, FailedLookUpLeftTheEndpointsOfTheServerBefore)
+{
+    make();
+    ASSERT_TRUE(fetch("opc.tcp://plc1:4840"));
+    ASSERT_TRUE(ok()->isEnabled());
+    status = OpcUa_BadTimeout;
+    ASSERT_TRUE(fetch("opc.tcp://plc2:4840"));
+    EXPECT_EQ(table(), "");
+    EXPECT_FALSE(ok()->isEnabled());
+
+    QlumDiscoverySetting stored;
+    stored.endpoint = twoEndpoints().at(1);
+    stored.displayName = "Mine";
+    make(stored);
+    ASSERT_TRUE(fetch(stored.endpoint.url));
+    EXPECT_TRUE(ok()->isEnabled()) << "a server that is off can be renamed";
+}
+
+TEST_F(ServerDialog, UrlThatWasTypedInThePropertiesWasLost)
+{
+    QlumDiscoverySetting stored;
+    stored.endpoint = twoEndpoints().at(1);
+    stored.displayName = "Mine";
+    make(stored);
+    find<QLineEdit>("endpointUrl")->setText("OPC.TCP://plc:4841/other");
+    EXPECT_EQ(dialog->discoverySetting().endpoint.url, "opc.tcp://plc:4841/other");
+    EXPECT_EQ(dialog->discoverySetting().endpoint.securityMode, 3);
+    ASSERT_TRUE(fetch("opc.tcp://gateway:14840"));
+    EXPECT_EQ(dialog->discoverySetting().endpoint.url, "opc.tcp://gateway:14840/ua");
+    find<QLineEdit>("endpointUrl")->setText("http://plc:80");
+    EXPECT_FALSE(ok()->isEnabled());
+    EXPECT_FALSE(find<QPushButton>("getEndpoints")->isEnabled());
+    EXPECT_TRUE(find<QLabel>("urlHint")->isVisible());
+}
+
+TEST_F(ServerDialog, EndpointsThatCannotBeUsedWereOfferedLikeAllOthers)
+{
+    answer[1].securityPolicyUri = "http://opcfoundation.org/UA/SecurityPolicy#ECC_nistP256";
+    make();
+    ASSERT_TRUE(fetch("plc1:4840"));
+    auto* view = find<QTreeView>("endpoints");
+    const QModelIndex curve = view->model()->index(0, 0);
+    EXPECT_EQ(curve.data().toString(), "ECC_nistP256 (not supported)");
+    EXPECT_TRUE(curve.data(Qt::ToolTipRole).toString().contains("'ECC_nistP256' is not supported"));
+    EXPECT_FALSE(curve.flags() & Qt::ItemIsEnabled);
+    EXPECT_EQ(view->currentIndex().row(), 1);
+    answer.removeFirst();
+    ASSERT_TRUE(fetch("plc1:4840"));
+    EXPECT_FALSE(ok()->isEnabled());
+}
+
+TEST_F(ServerDialog, ButtonsAndChosenRowLayOutOfReachInASmallWindow)
+{
+    while (answer.size() < 30)
+        answer.append(answer.first());
+    make();
+    ASSERT_TRUE(fetch("plc1:4840"));
+    auto* view = find<QTreeView>("endpoints");
+    view->setCurrentIndex(view->model()->index(20, 0));
+    dialog->resize(500, 380);
+    auto* kind = find<QComboBox>("userTokenType");
+    kind->setCurrentIndex(kind->findText("Certificate"));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return view->viewport()->rect().contains(view->visualRect(view->currentIndex()).center()); }));
+    EXPECT_LE(dialog->height(), 400);
+    dialog->resize(740, 560);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return kind->visibleRegion().boundingRect() == kind->rect(); }))
+        << "the list gives way first";
+    EXPECT_TRUE(dialog->rect().contains(ok()->mapTo(dialog.get(), ok()->rect().center())));
+}
+
 TEST_F(ServerDialog, TrustInATlsCertificateAsksTheServerAgain)
 {
     for (const QString& folder : QlumCertificateStore::folders())
@@ -212,6 +284,9 @@ TEST_F(ServerDialog, ShowsStoredSettingsAndForgetsThePasswordOfAnotherUser)
     EXPECT_EQ(dialog->discoverySetting().endpoint.securityMode, 3) << "the stored choice stays chosen";
     EXPECT_EQ(dialog->discoverySetting().displayName, "Mine");
     EXPECT_EQ(dialog->discoverySetting().password, "secret");
+    find<QLineEdit>("endpointUrl")->setText("opc.tcp://elsewhere:4840");
+    EXPECT_TRUE(dialog->discoverySetting().password.isEmpty()) << "it was given for another server";
+    find<QLineEdit>("endpointUrl")->setText("opc.tcp://inner-name:4840/ua");
     find<QLineEdit>("userName")->setText("jane");
     EXPECT_TRUE(dialog->discoverySetting().password.isEmpty());
     auto* type = find<QComboBox>("userTokenType");

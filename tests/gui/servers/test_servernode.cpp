@@ -10,8 +10,11 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTest>
 #include <QTimer>
 
+#include <functional>
+#include <initializer_list>
 #include <thread>
 
 namespace {
@@ -110,27 +113,47 @@ TEST_F(ServerNode, PasswordIsAskedForAndKeptOnlyWhenWanted)
         EXPECT_FALSE(line.contains("secret")) << line;
 }
 
-TEST_F(ServerNode, ChangingTheUserAsksEvenWhenAPasswordIsStored)
+TEST_F(ServerNode, FailureOfACommandedConnectWasInTheLogAlone)
 {
     make();
-    ASSERT_TRUE(node->connectServer()) << log().join('\n');
-    setting.userTokenType = QlumDiscoverySetting::UserName;
-    setting.userName = "joe";
-    setting.storePassword = true;
-    setting.password = "secret";
-    node->setDiscoverySetting(setting);
-    changeUser();
-    EXPECT_EQ(asked(), QStringList{"clear password"});
-    EXPECT_TRUE(log().contains("30 ChangeUser with UserTokenType: UserName"));
-    EXPECT_EQ(log().last(), "30 Aborting changing user of current session");
-    setting.userTokenType = QlumDiscoverySetting::Anonymous;
-    node->setDiscoverySetting(setting);
-    changeUser();
-    EXPECT_EQ(log().last(), "30 ChangeUser succeeded.");
-    FakeStack::instance().failNext(OpcUa_ActivateSessionRequest_EncodeableType, {OpcUa_BadUserAccessDenied});
-    changeUser();
-    EXPECT_EQ(log().last(), "100 ChangeUser failed with error 'BadUserAccessDenied'");
-    EXPECT_EQ(states, (QList<int>{1, 2})) << "the connection is what it was";
+    FakeStack::instance().setConnectResult(OpcUa_BadConnectionRejected);
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked(), QStringList()) << "nobody has commanded it";
+    const auto finish = [this] { ASSERT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); })); };
+    QString failed;
+    script.beforeAnswer = [&] {
+        failed = node->toolTip();
+        FakeStack::instance().setConnectResult(OpcUa_Good);
+    };
+    script.isTriedAgain = true;
+    ASSERT_TRUE(node->startConnectByUser());
+    finish();
+    EXPECT_EQ(asked(), QStringList{"failure"});
+    EXPECT_EQ(script.serverName, "Plc");
+    EXPECT_TRUE(script.failure.reason.contains("BadConnectionRejected")) << script.failure.reason;
+    EXPECT_FALSE(script.failure.advice.isEmpty());
+    EXPECT_TRUE(failed.endsWith(script.failure.reason)) << "the tree says so: " << failed;
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        return node->connectionStatus() == QlumConnectionStatus::Connected;
+    })) << "tried again";
+    finish();
+    node->disconnectServer();
+
+    script.isSilent = true; // the box is still there when a tool connects the server
+    FakeStack::instance().failNext(OpcUa_CreateSessionRequest_EncodeableType, {OpcUa_BadTooManySessions});
+    ASSERT_TRUE(node->startConnectByUser());
+    finish();
+    EXPECT_EQ(script.asked.last(), "failure");
+    EXPECT_TRUE(node->connectServer());
+    EXPECT_EQ(script.withdrawn.last(), "failure");
+    node->disconnectServer();
+
+    offer({{"opc.tcp://plc:4840", "urn:other-policy"}});
+    script.isSilent = false;
+    asked();
+    ASSERT_TRUE(node->startConnectByUser());
+    finish();
+    EXPECT_EQ(asked(), QStringList{"unsupported policy"}) << "who ends it himself knows";
 }
 
 TEST_F(ServerNode, NewNameIsToldWhetherFromPropertiesOrTheTree)
@@ -165,11 +188,11 @@ TEST_F(ServerNode, ErrorsOfAReconnectAskNothing)
     script.isErrorIgnored = true;
     bool answer = true;
     std::thread([&] {
-        answer = node->connectError(node->serverId(), UaClient::ActivateSession,
-                                    OpcUa_BadIdentityTokenRejected, true);
+        answer =
+            node->connectError(node->serverId(), UaClient::CreateSession, OpcUa_BadTooManySessions, true);
     }).join();
     EXPECT_FALSE(answer);
-    EXPECT_EQ(log().last(), "100 Error 'BadIdentityTokenRejected' was returned during ActivateSession");
+    EXPECT_EQ(log().last(), "100 Error 'BadTooManySessions' was returned during CreateSession");
     QCoreApplication::processEvents();
     EXPECT_EQ(asked(), QStringList());
 }

@@ -3,6 +3,7 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <certificates/qlumcertificatestore.h>
 #include <certificates/qlumtlsoverrules.h>
+#include <servers/qlumconnectinfo.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumprojectnodeserver.h>
@@ -77,6 +78,20 @@ protected:
         setting.endpoint.userTokens = tokens;
         use("None");
     }
+    static QByteArray anotherCertificate()
+    {
+        testcertificates::Recipe recipe;
+        recipe.name = "Another";
+        recipe.pair = testcertificates::key(2048);
+        const testcertificates::Der made = testcertificates::make(recipe);
+        return QByteArray(reinterpret_cast<const char*>(made.data()), static_cast<int>(made.size()));
+    }
+    static void trustNow(const QByteArray& certificate)
+    {
+        QFile file(QlumCertificateStore::trustedCertificates() + "/plc.der");
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(certificate);
+    }
     template <typename Widget>
     Widget* shown(const char* name) const
     {
@@ -123,11 +138,7 @@ TEST_F(SecuredServerNode, ATrustedCertificateIsNotAskedAbout)
     setting.endpoint.applicationUri = "urn:other";
     offerOne(setting.endpoint);
     make();
-    script.beforeAnswer = [this] {
-        QFile file(QlumCertificateStore::trustedCertificates() + "/plc.der");
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(setting.endpoint.serverCertificate);
-    };
+    script.beforeAnswer = [this] { trustNow(setting.endpoint.serverCertificate); };
     EXPECT_FALSE(node->connectServer()) << "trusted, then cancelled";
     EXPECT_EQ(asked(), QStringList{"certificate"});
     static_cast<void>(node->connectServer());
@@ -171,6 +182,20 @@ TEST_F(SecuredServerNode, AnUnsafePolicyIsOffUntilTheUserAllowsIt)
         << "the channel knows of the user's word";
 }
 
+TEST_F(SecuredServerNode, ConsentToAnUnsafePolicyWentWithTheNodeToAnotherServer)
+{
+    use("Basic128Rsa15");
+    make();
+    script.isWeakPolicyAllowed = true;
+    static_cast<void>(node->connectServer());
+    EXPECT_EQ(asked().first(), "weak policy");
+    setting.endpoint.url = "opc.tcp://elsewhere:4840";
+    offerOne(setting.endpoint);
+    node->setDiscoverySetting(setting);
+    static_cast<void>(node->connectServer());
+    EXPECT_EQ(asked().first(), "weak policy");
+}
+
 TEST_F(SecuredServerNode, SaysThatTheServerRefusedTheClientsCertificate)
 {
     make();
@@ -190,6 +215,91 @@ TEST_F(SecuredServerNode, SaysThatTheServerRefusedTheClientsCertificate)
               "The server 'Plc' ended the connection with 'BadCertificateUntrusted'.");
     node.reset();
     EXPECT_EQ(shown<QDialog>("certificateRefused"), nullptr);
+}
+
+TEST_F(SecuredServerNode, ChangedCertificateWasAskedAboutLikeAnyUnknownOne)
+{
+    make();
+    script.verdict.isAccepted = true;
+    static_cast<void>(node->connectServer());
+    EXPECT_EQ(asked().filter("certificate"), QStringList{"certificate"});
+    const QByteArray before = setting.endpoint.serverCertificate;
+    QlumDiscoverySetting trusting = node->discoverySetting();
+    trusting.trustedCertificate = before; // as after a connect that has succeeded
+    node->setDiscoverySetting(trusting);
+    static_cast<void>(node->connectServer());
+    EXPECT_EQ(asked().filter("certificate"), QStringList{"certificate"}) << "it is the same";
+
+    const QByteArray now = anotherCertificate();
+    trusting.endpoint.serverCertificate = now;
+    offerOne(trusting.endpoint);
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked().filter("certificate"), QStringList{"changed certificate"});
+    EXPECT_EQ(log().last(), "100 Connecting cancelled by user.");
+    EXPECT_FALSE(script.change.isTrusted);
+    EXPECT_EQ(script.change.before, qlumToUaByteString(before));
+    EXPECT_EQ(script.change.now, qlumToUaByteString(now));
+    script.isChangeAccepted = true;
+    static_cast<void>(node->connectServer());
+    EXPECT_EQ(asked().filter("certificate"), (QStringList{"changed certificate", "certificate"}));
+
+    trustNow(now);
+    static_cast<void>(node->connectServer());
+    EXPECT_EQ(asked().filter("certificate"), QStringList{"changed certificate"})
+        << "one question for one that is trusted itself";
+    EXPECT_TRUE(script.change.isTrusted);
+    trusting.endpoint.url = "opc.tcp://elsewhere:4840";
+    node->setDiscoverySetting(trusting);
+    EXPECT_TRUE(node->discoverySetting().trustedCertificate.isEmpty()) << "it was another server's";
+}
+
+TEST_F(SecuredServerNode, ChangedCertificateWasFailedWithForEverByTheReconnect)
+{
+    application.settings["General.AutomaticReconnect"] = true;
+    application.settings["General.WatchdogTime"] = 600000u;
+    SecuredServer server(FakeStack::instance(), OpcUa_SecurityPolicy_Basic256Sha256,
+                         OpcUa_MessageSecurityMode_SignAndEncrypt);
+    const UaByteString& own = server.certificate;
+    setting.endpoint.url = "opc.tcp://localhost:4840"; // as it says
+    setting.endpoint.serverCertificate = QByteArray(reinterpret_cast<const char*>(own.data()), own.length());
+    offerOne(setting.endpoint);
+    make();
+    script.verdict.isAccepted = true;
+    script.isErrorIgnored = true; // discovery says more than the session
+    ASSERT_TRUE(node->connectServer()) << log().join('\n') << script.error.details;
+    EXPECT_EQ(asked().filter("certificate"), QStringList{"certificate"});
+    EXPECT_EQ(node->discoverySetting().trustedCertificate, setting.endpoint.serverCertificate);
+    const auto fail = [this](OpcUa_StatusCode status) {
+        std::thread([&] {
+            static_cast<void>(
+                node->connectError(node->serverId(), UaClient::OpenSecureChannel, status, false));
+        }).join();
+    };
+    FakeStack::instance().setConnectResult(OpcUa_BadTcpInternalError);
+    FakeStack::instance().loseLink();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [this] { return node->connectionStatus() == QlumConnectionStatus::ConnectionError; }));
+    FakeStack::instance().setConnectResult(OpcUa_Good);
+    const int asked1 = FakeStack::instance().calls(OpcUa_GetEndpointsRequest_EncodeableType);
+    fail(OpcUa_BadTcpInternalError);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return FakeStack::instance().calls(OpcUa_GetEndpointsRequest_EncodeableType) > asked1; }));
+    fail(OpcUa_BadConnectionRejected);
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectionError) << "it has the same one";
+
+    const QByteArray now = anotherCertificate();
+    QlumEndpoint changed = setting.endpoint;
+    changed.serverCertificate = now;
+    offerOne(changed);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        fail(OpcUa_BadTcpInternalError); // each attempt
+        return script.asked.contains("changed certificate");
+    }));
+    EXPECT_EQ(script.change.now, qlumToUaByteString(now));
+    EXPECT_EQ(log().filter("Reconnecting waits for the user").size(), 1);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }));
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::Disconnected) << "the user has declined it";
+    EXPECT_TRUE(node->toolTip().endsWith("another certificate than before.")) << "the tree says why";
 }
 
 TEST_F(SecuredServerNode, ErrorsOfAReconnectAreShownWithoutHoldingItUp)
@@ -253,6 +363,7 @@ TEST_F(SecuredServerNode, PasswordForWhomNobodyHasCheckedIsAskedForInWordsThatSa
     node->disconnectServer();
 
     // one that discovery shows is judged before anything is encrypted with it
+    setting.endpoint.url = "opc.tcp://localhost:4840"; // as it says
     setting.endpoint.serverCertificate =
         QByteArray(reinterpret_cast<const char*>(der.data()), static_cast<int>(der.size()));
     offerOne(setting.endpoint);

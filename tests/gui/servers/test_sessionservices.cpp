@@ -3,9 +3,11 @@
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <tests/gui/servers/servernodefixture.h>
+#include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/servicewatch.h>
 #include <uaclientsdk/uasession.h>
@@ -52,6 +54,33 @@ TEST_F(ServerNode, ItsServicesAreKnownByItsIdAndNameTheirPurpose)
     const UaNodeId type(7);
     const QString name = node->typeName(&type, false);
     EXPECT_EQ(services->types()->knownTypeName(type), name) << "there is one cache for all";
+}
+
+TEST_F(ServerNode, NameWithNamespaceWasTheInverseName)
+{
+    make();
+    FakeStack::instance().on(OpcUa_ReadRequest_EncodeableType, [](const void* request, void* response) {
+        const auto& asked = *static_cast<const OpcUa_ReadRequest*>(request);
+        UaDataValues values(static_cast<OpcUa_UInt32>(asked.NoOfNodesToRead));
+        for (OpcUa_UInt32 i = 0; i < values.length(); ++i) {
+            UaVariant value(UaLocalizedText(UaString("en"), UaString("Contains")));
+            if (asked.NodesToRead[i].AttributeId == OpcUa_Attributes_InverseName)
+                value = UaVariant(UaLocalizedText(UaString("en"), UaString("IsContainedIn")));
+            else if (asked.NodesToRead[i].AttributeId == OpcUa_Attributes_NodeClass)
+                value = UaVariant(static_cast<OpcUa_Int32>(OpcUa_NodeClass_ReferenceType));
+            EXPECT_TRUE(OpcUa_IsGood(value.copyTo(&values[i].Value)));
+        }
+        auto& answer = *static_cast<OpcUa_ReadResponse*>(response);
+        values.detach(&answer.NoOfResults, &answer.Results);
+        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    });
+    ASSERT_TRUE(node->connectServer());
+    const UaNodeId own(7, 2);
+    const UaNodeId standard(8);
+    EXPECT_EQ(node->typeName(&own, false), "Contains");
+    EXPECT_EQ(node->typeName(&own, true), "2:Contains");
+    EXPECT_EQ(node->typeName(&standard, true), "Contains");
+    EXPECT_EQ(qlumApplicationServices()(node->serverId())->types()->typeName(own, true), "IsContainedIn");
 }
 
 TEST_F(ServerNode, WhoeverHoldsItsServicesOutlivesItsRemoval)

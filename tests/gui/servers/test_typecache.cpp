@@ -1,4 +1,5 @@
 #include <opcua/opcua_attributes.h>
+#include <servers/qlumiconloader.h>
 #include <servers/qlumtypecache.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/scriptedservices.h>
@@ -16,8 +17,10 @@
 #include <QByteArray>
 #include <QColor>
 #include <QImage>
+#include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTest>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -137,6 +140,19 @@ TEST_F(TypeCache, WhatWasReadForTheSessionBeforeIsNotKept)
     EXPECT_TRUE(cache.isEnum(&colors)) << "that there is none was found in the old definitions";
 }
 
+TEST_F(TypeCache, NamesWereAskedOfServersThatAreNotConnected)
+{
+    const UaNodeId type(35);
+    addType(type, OpcUa_NodeClass_ReferenceType, "Organizes");
+    services->connected = false;
+    EXPECT_EQ(cache.typeName(type), "");
+    EXPECT_FALSE(cache.readTypeInfo(type));
+    EXPECT_EQ(services->journal, QStringList());
+    EXPECT_TRUE(application.entries().empty());
+    services->connected = true;
+    EXPECT_EQ(cache.typeName(type), "Organizes");
+}
+
 TEST_F(TypeCache, EnumerationsByTypeOrByVariableAndNoneIsKeptToo)
 {
     const UaNodeId colors(3000, 2);
@@ -201,9 +217,36 @@ TEST_F(TypeCache, NoIconIsKeptAndOddPicturesAreNone)
     services->browses[loop] = {{{{"t", loop}}}};
     for (const UaNodeId& id : {plain, image, huge, loop})
         EXPECT_FALSE(cache.hasIcon(&id));
+    for (const StubApplication::Entry& entry : application.entries())
+        EXPECT_LT(entry.level, 100) << "most nodes have none: " << entry.text.toStdString();
     const int calls = services->journal.size();
     EXPECT_FALSE(cache.hasIcon(&plain));
     EXPECT_EQ(services->journal.size(), calls);
+}
+
+TEST_F(TypeCache, IconsWereReadWhileTheTreeWasPainted)
+{
+    const UaNodeId own(1, 2);
+    const UaNodeId plain(2, 2);
+    addIcon(own, UaNodeId(11, 2), 2003, picture("PNG", Qt::red));
+    const std::shared_ptr<QlumTypeCache> shared(&cache, [](QlumTypeCache*) {});
+    QlumIconLoader loader(5, shared, true);
+    int news = 0;
+    QObject::connect(&loader, &QlumIconLoader::loaded, &loader, [&news] { ++news; });
+    EXPECT_TRUE(loader.icon(own).isNull()) << "it is asked for";
+    EXPECT_TRUE(loader.icon(plain).isNull());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return news == 1; }));
+    EXPECT_EQ(loader.icon(own).pixmap(2, 2).toImage().pixelColor(0, 0), QColor(Qt::red));
+    EXPECT_TRUE(loader.icon(plain).isNull());
+    loader.setWanted(false);
+    EXPECT_EQ(news, 2) << "the setting applies at once";
+    EXPECT_TRUE(loader.icon(own).isNull());
+    const int calls = services->journal.size();
+    loader.setWanted(true);
+    EXPECT_TRUE(loader.icon(own).isNull());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return news == 4; }));
+    EXPECT_FALSE(loader.icon(own).isNull());
+    EXPECT_EQ(services->journal.size(), calls) << "what is known of the server stays known";
 }
 
 TEST_F(TypeCache, DataTypeOfAVariable)

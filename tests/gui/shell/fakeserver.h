@@ -31,6 +31,11 @@ public:
         announce(refuses ? QlumConnectionStatus::ConnectFailed : QlumConnectionStatus::Connected);
         return !refuses;
     }
+    bool startConnectByUser() override
+    {
+        ++userConnects;
+        return startConnect();
+    }
     void disconnectServer() override { announce(QlumConnectionStatus::Disconnected); }
     void changeUser() override {}
     void storeSettings(QSettings& settings) const override
@@ -58,6 +63,7 @@ public:
     [[nodiscard]] QString url() const { return m_url; }
 
     int connects = 0;
+    int userConnects = 0;
     bool refuses = false;
     bool hastens = false; ///< a reconnect of its own instead of connecting
 

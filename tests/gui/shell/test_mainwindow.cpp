@@ -237,6 +237,20 @@ TEST_F(MainWindow, ServerActionsFollowTheStateOfTheServer)
     EXPECT_FALSE(action(A::RemoveServer)->isEnabled());
 }
 
+TEST_F(MainWindow, ServerConnectedAfterTrustInItsCertificateHadNoAddressSpace)
+{
+    FakeServer* server = addServer();
+    server->refuses = true;
+    action(QlumMainActions::ConnectServer)->trigger();
+    EXPECT_EQ(pages()->count(), 1);
+    server->refuses = false;
+    emit server->retryConnectServer();
+    EXPECT_EQ(server->connectionStatus(), QlumConnectionStatus::Connected);
+    EXPECT_EQ(pages()->count(), 2);
+    EXPECT_EQ(pages()->currentIndex(), 1);
+    EXPECT_EQ(server->userConnects, 2) << "both at the user's command";
+}
+
 TEST_F(MainWindow, EachServerHasItsPageAndPluginActionsReachAllOfThem)
 {
     auto* pluginAction = new QAction(QStringLiteral("Call..."), window.get());

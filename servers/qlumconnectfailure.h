@@ -1,0 +1,16 @@
+#pragma once
+#include <uabase/values/uastatuscode.h>
+
+#include <QString>
+
+/// Why a connect, or a change of its user, has come to nothing, in words.
+struct QlumConnectFailure
+{
+    QString reason; ///< names the status
+    QString advice; ///< what the user can do about it
+};
+
+/// For the status with which it has ended.
+[[nodiscard]] QlumConnectFailure qlumConnectFailure(const UaStatusCode& status);
+/// Whether the server does not take the user: another password, or another user, may help.
+[[nodiscard]] bool qlumIsLoginRefused(const UaStatusCode& status);
