@@ -65,7 +65,7 @@ Qt::ItemFlags QlumAttributeModel::flags(const QModelIndex& index) const
     if (!index.isValid())
         return Qt::NoItemFlags;
     Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-    if (index.column() == ValueColumn && nodeAt(index)->isWritable())
+    if (index.column() == ValueColumn && nodeAt(index)->isWritable() && m_standing == Standing::Current)
         flags |= Qt::ItemIsEditable;
     return flags;
 }
@@ -99,10 +99,11 @@ QVariant QlumAttributeModel::text(const QlumAttributeNode& node, int column, int
     return role == Qt::ToolTipRole ? qlumPlainToolTip(cut) : qlumSingleLine(cut);
 }
 
-// What only some nodes have is not missing where it is not.
-QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node)
+// What only some nodes have is not missing where it is not; what is out of date says nothing.
+QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node) const
 {
-    if (node.isAbsent() || (node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid))
+    if (m_standing != Standing::Current || node.isAbsent() ||
+        (node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid))
         return QlumStatusLevel::Inactive;
     return qlumStatusLevel(node.status());
 }
@@ -111,6 +112,8 @@ QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node)
 
 UaNodeId QlumAttributeModel::nodeIdIn(const QModelIndex& index) const
 {
+    if (m_standing == Standing::Left)
+        return {};
     QModelIndex row = index.siblingAtColumn(NameColumn);
     while (row.isValid() && nodeAt(row)->step().kind == QlumValueStep::Detail)
         row = row.parent();
@@ -146,6 +149,7 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
     values.attach(count, results);
     reset([&] {
         forget();
+        m_standing = Standing::Current;
         m_serverId = serverId;
         m_nodeId = nodeId;
         m_nodeClass = nodeClass;
@@ -158,6 +162,15 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
 void QlumAttributeModel::clear()
 {
     reset([this] { forget(); });
+}
+
+void QlumAttributeModel::setStanding(Standing standing)
+{
+    if (std::exchange(m_standing, standing) == standing)
+        return;
+    if (const int rows = rowCount(); rows > 0)
+        emit dataChanged(index(0, NameColumn), index(rows - 1, ValueColumn));
+    emit standingChanged();
 }
 
 void QlumAttributeModel::forget()

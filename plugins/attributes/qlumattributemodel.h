@@ -30,6 +30,12 @@ class QlumAttributeModel : public QlumTreeModel<QlumAttributeNode>, public QlumM
     Q_OBJECT
 public:
     enum Column { NameColumn, ValueColumn, ColumnCount };
+    /// How far the rows can be relied on.
+    enum class Standing {
+        Current,  ///< as last read; values can be written
+        Outdated, ///< of the selected node, but its server cannot be asked, or has not answered
+        Left      ///< of a node that is no longer selected; the next one is being read
+    };
     enum Role {
         ValueRole = Qt::UserRole,          ///< UaVariant: the whole Value of a writable row
         DictionaryRole = Qt::UserRole + 2, ///< UaDataTypeDictionary*
@@ -50,12 +56,16 @@ public:
     /// as it is. Writes at once, under a wait cursor; true when the server took it.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
+    /// What is not Current is grey and cannot be written. A result that is shown is Current.
+    void setStanding(Standing standing);
+    [[nodiscard]] Standing standing() const { return m_standing; }
+
     /// qlumNoServer while no node is shown.
     [[nodiscard]] unsigned int serverId() const { return m_serverId; }
     /// Null while no node is shown.
     [[nodiscard]] const UaNodeId& nodeId() const { return m_nodeId; }
     /// The node that the row names, or is a detail of: the node itself, its data type, a node id in its
-    /// Value. With a null id for rows that name none of this server.
+    /// Value. With a null id for rows that name none of this server, and for those of a node that was left.
     [[nodiscard]] QlumToolNode nodeIn(const QModelIndex& index) const;
     /// What the row shows, and what is known of its type; a null value for rows that are no part of the Value
     /// or only a detail of one.
@@ -65,6 +75,8 @@ public:
                                             UaVariant& whole) const;
 
 signals:
+    /// Rows became reliable, or ceased to be.
+    void standingChanged();
     /// A value that the user edited did not reach the server, for that reason.
     void writeFailed(const QString& why);
     /// The server has taken one.
@@ -83,7 +95,7 @@ protected:
 private:
     [[nodiscard]] QVariant text(const QlumAttributeNode& node, int column, int role) const;
     [[nodiscard]] UaNodeId nodeIdIn(const QModelIndex& index) const;
-    [[nodiscard]] static QlumStatusLevel levelOf(const QlumAttributeNode& node);
+    [[nodiscard]] QlumStatusLevel levelOf(const QlumAttributeNode& node) const;
     void forget();
 
     void build(const QList<int>& attributeIds, UaDataValues& results);
@@ -106,6 +118,7 @@ private:
     QlumAttributeRows m_rows;
     std::unique_ptr<QlumAttributeNode> m_root;
     QlumAttributeNode* m_valueRow = nullptr; ///< carries the Value
+    Standing m_standing = Standing::Current;
     unsigned int m_serverId = qlumNoServer;
     UaNodeId m_nodeId;
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified;

@@ -80,7 +80,7 @@ bool QlumAttributeModel::setData(const QModelIndex& index, const QVariant& value
     if (!index.isValid() || index.column() != ValueColumn || !nodeAt(index)->isWritable() ||
         (role != Qt::EditRole && role != ValueRole))
         return false;
-    if (!m_services(m_serverId))
+    if (m_standing != Standing::Current || !m_services(m_serverId))
         return false;
     if (role == ValueRole)
         return write(value.value<UaVariant>());

@@ -6,8 +6,10 @@
 #include <plugins/attributes/qlumattributemodel.h>
 #include <uawidgets/qlumnodecommands.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/table/qlumemptytext.h>
 #include <uawidgets/table/qlumtable.h>
 
+#include <QAbstractItemDelegate>
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
@@ -79,18 +81,40 @@ QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
     header()->resizeSection(QlumAttributeModel::NameColumn, nameWidth);
     m_state = std::make_unique<QlumViewState>(QStringLiteral("QlumAttributeView"), nullptr);
     createActions();
-    qlumMakeTable(this, {tr("Select a node in the address space window."), tr("attributes"), m_state.get(),
-                         QStringLiteral("header"), true});
+    qlumMakeTable(this, {{}, tr("attributes"), m_state.get(), QStringLiteral("header"), true});
+    m_empty = new QlumEmptyText(this, tr("Select a node in the address space window."));
     new QlumNodeCommands(this, [this] {
         const QlumToolNode node = m_attributes->nodeIn(currentIndex());
         return node.nodeId.isNull() ? QlumToolNodes() : QlumToolNodes{node};
     });
     connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &QlumAttributeView::saveState);
     connect(model, &QAbstractItemModel::modelReset, this, &QlumAttributeView::restoreState);
+    connect(model, &QlumAttributeModel::standingChanged, this, &QlumAttributeView::leaveEditor);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &QlumAttributeView::fetchVisible);
 }
 
 QlumAttributeView::~QlumAttributeView() = default;
+
+void QlumAttributeView::setEmptyText(const QString& text)
+{
+    m_empty->setText(text);
+}
+
+bool QlumAttributeView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event)
+{
+    const bool begun = QTreeView::edit(index, trigger, event);
+    if (begun)
+        m_edited = index;
+    return begun;
+}
+
+// What is typed for one node must not be written to another. One that is only cut off for a while keeps it.
+void QlumAttributeView::leaveEditor()
+{
+    QWidget* editor = isEditing() ? indexWidget(m_edited) : nullptr;
+    if (editor && m_attributes->standing() == QlumAttributeModel::Standing::Left)
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
 
 // ---- copying
 
@@ -137,7 +161,8 @@ void QlumAttributeView::sltCopyPath()
 
 void QlumAttributeView::sltCopyNodeId()
 {
-    copyText(toQString(m_attributes->nodeId().toXmlString()));
+    if (m_attributes->standing() != QlumAttributeModel::Standing::Left)
+        copyText(toQString(m_attributes->nodeId().toXmlString()));
 }
 
 QString QlumAttributeView::pathOf(const QModelIndex& index) const

@@ -1,6 +1,8 @@
 #pragma once
 #include <QAction>
+#include <QEvent>
 #include <QModelIndex>
+#include <QPersistentModelIndex>
 #include <QSet>
 #include <QString>
 #include <QTreeView>
@@ -9,6 +11,7 @@
 #include <memory>
 
 class QlumAttributeModel;
+class QlumEmptyText;
 class QlumViewState;
 
 /// The tree of attributes: copies, keeps what the user opened from one node to the next, and lets long arrays
@@ -21,8 +24,12 @@ public:
     explicit QlumAttributeView(QlumAttributeModel* model, QWidget* parent = nullptr);
     ~QlumAttributeView() override;
 
+    /// What is said while there are no rows; plain.
+    void setEmptyText(const QString& text);
     /// Whether the user is changing a value, which showing the node anew would interrupt.
     [[nodiscard]] bool isEditing() const { return state() == EditingState; }
+
+    using QTreeView::edit;
 
 public slots:
     /// To the clipboard, of the current row: the cell, in full.
@@ -36,17 +43,24 @@ public slots:
     /// The id of the node that is shown.
     void sltCopyNodeId();
 
+protected:
+    /// Remembers what is being edited.
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+
 private:
     void createActions();
     void saveState();
     void restoreState();
     void restoreBranch(const QModelIndex& parent, const QString& path);
+    void leaveEditor();
     void fetchVisible();
     [[nodiscard]] QString pathOf(const QModelIndex& index) const;
 
     QlumAttributeModel* m_attributes;
+    QlumEmptyText* m_empty = nullptr;
     std::unique_ptr<QlumViewState> m_state;
     QSet<QString> m_expanded; ///< paths of names
     QString m_current;
+    QPersistentModelIndex m_edited;
     int m_scrollPosition = 0;
 };
