@@ -6,6 +6,7 @@
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/attributes/qlumattributenode.h>
+#include <plugins/attributes/qlumattributeresults.h>
 #include <plugins/attributes/qlumattributetexts.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uaexpandednodeid.h>
@@ -65,7 +66,7 @@ Qt::ItemFlags QlumAttributeModel::flags(const QModelIndex& index) const
     if (!index.isValid())
         return Qt::NoItemFlags;
     Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-    if (index.column() == ValueColumn && nodeAt(index)->isWritable() && m_standing == Standing::Current)
+    if (index.column() == ValueColumn && nodeAt(index)->isWritable() && lock(index).isEmpty())
         flags |= Qt::ItemIsEditable;
     return flags;
 }
@@ -79,6 +80,8 @@ QVariant QlumAttributeModel::cell(const QlumAttributeNode& node, int column, int
         return text(node, column, role);
     case Qt::ForegroundRole:
         return qlumStatusCell(levelOf(node), role);
+    case FaultRole:
+        return column == ValueColumn ? faultOf(node) : QVariant();
     case ValueRole:
         return node.isWritable() ? QVariant::fromValue(m_value) : QVariant();
     case DictionaryRole:
@@ -96,7 +99,10 @@ QVariant QlumAttributeModel::text(const QlumAttributeNode& node, int column, int
         return column == ValueColumn ? node.value() : QVariant();
     const QString shown = column == NameColumn ? node.name() : node.value();
     const QString cut = qlumCutText(shown, cutLength);
-    return role == Qt::ToolTipRole ? qlumPlainToolTip(cut) : qlumSingleLine(cut);
+    if (role != Qt::ToolTipRole)
+        return qlumSingleLine(cut);
+    const QString more = column == ValueColumn ? remarkOn(node) : QString();
+    return qlumPlainToolTip(more.isEmpty() ? cut : cut + QLatin1Char('\n') + more);
 }
 
 // What only some nodes have is not missing where it is not; what is out of date says nothing.
@@ -148,6 +154,8 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
     UaDataValues values;
     values.attach(count, results);
     reset([&] {
+        if (serverId != m_serverId || nodeId != m_nodeId)
+            m_fault.clear();
         forget();
         m_standing = Standing::Current;
         m_serverId = serverId;
@@ -161,7 +169,10 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
 
 void QlumAttributeModel::clear()
 {
-    reset([this] { forget(); });
+    reset([this] {
+        m_fault.clear();
+        forget();
+    });
 }
 
 void QlumAttributeModel::setStanding(Standing standing)
@@ -179,6 +190,7 @@ void QlumAttributeModel::forget()
     m_valueRow = nullptr;
     m_value.clear();
     m_dataTypeId.clear();
+    m_lock.clear();
     m_nodeId.clear();
     m_serverId = qlumNoServer;
     m_rows.setServer(qlumNoServer, nullptr);
@@ -188,6 +200,7 @@ void QlumAttributeModel::forget()
 void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& results)
 {
     takeDataType(attributeIds, results);
+    takeLock(attributeIds, results);
     const int count = std::min(attributeIds.size(), static_cast<int>(results.length()));
     for (int i = 0; i < count; ++i) {
         const int id = attributeIds.at(i);
@@ -202,12 +215,31 @@ void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& res
 
 void QlumAttributeModel::takeDataType(const QList<int>& attributeIds, const UaDataValues& results)
 {
-    const int position = attributeIds.indexOf(OpcUa_Attributes_DataType);
-    if (position < 0 || position >= static_cast<int>(results.length()))
-        return;
-    const UaVariant value(results[static_cast<OpcUa_UInt32>(position)].Value);
+    const UaVariant value = qlumResultOf(OpcUa_Attributes_DataType, attributeIds, results);
     if (value.type() == OpcUaType_NodeId && value.isScalar())
         m_dataTypeId = value.toNodeId();
+}
+
+// What the node says of writing; a node that says nothing may be tried.
+void QlumAttributeModel::takeLock(const QList<int>& attributeIds, const UaDataValues& results)
+{
+    const UaVariant access = qlumResultOf(OpcUa_Attributes_UserAccessLevel, attributeIds, results);
+    const UaVariant everybodys = qlumResultOf(OpcUa_Attributes_AccessLevel, attributeIds, results);
+    const UaVariant mask = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results);
+    const auto lacksWrite = [](const UaVariant& level) {
+        return level.type() == OpcUaType_Byte && level.isScalar() &&
+               !(level.toByte() & OpcUa_AccessLevelType_CurrentWrite);
+    };
+    if (m_nodeClass == OpcUa_NodeClass_VariableType) {
+        if (mask.type() == OpcUaType_UInt32 &&
+            !(mask.toUInt32() & OpcUa_AttributeWriteMask_ValueForVariableType))
+            m_lock = tr("The user who is logged in may not write it: UserWriteMask has no "
+                        "ValueForVariableType.");
+    } else if (lacksWrite(everybodys)) {
+        m_lock = tr("Nobody may write it: AccessLevel has no CurrentWrite.");
+    } else if (lacksWrite(access)) {
+        m_lock = tr("The user who is logged in may not write it: UserAccessLevel has no CurrentWrite.");
+    }
 }
 
 QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataValue& result)

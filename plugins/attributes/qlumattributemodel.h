@@ -39,7 +39,8 @@ public:
     enum Role {
         ValueRole = Qt::UserRole,          ///< UaVariant: the whole Value of a writable row
         DictionaryRole = Qt::UserRole + 2, ///< UaDataTypeDictionary*
-        DataTypeRole = Qt::UserRole + 4    ///< UaNodeId: of the Value
+        DataTypeRole = Qt::UserRole + 4,   ///< UaNodeId: of the Value
+        FaultRole = Qt::UserRole + 5       ///< QString: why the row's value was not written; null for none
     };
 
     /// Shows data types with those of the names that are known when a node is shown.
@@ -70,6 +71,12 @@ public:
     /// What the row shows, and what is known of its type; a null value for rows that are no part of the Value
     /// or only a detail of one.
     [[nodiscard]] QlumTypedValue rowValue(const QModelIndex& index) const;
+    /// Of what the row has a place for: of its value, or of the one that an empty Value should get. Null
+    /// where that is not known.
+    [[nodiscard]] OpcUa_BuiltInType rowType(const QModelIndex& index) const;
+    /// Why the row's value cannot be edited now, in words; empty when it can, and for rows that have no
+    /// value.
+    [[nodiscard]] QString lock(const QModelIndex& index) const;
     /// The whole Value with the row's part replaced.
     [[nodiscard]] UaStatusCode valueWithRow(const QModelIndex& index, const UaVariant& part,
                                             UaVariant& whole) const;
@@ -77,7 +84,7 @@ public:
 signals:
     /// Rows became reliable, or ceased to be.
     void standingChanged();
-    /// A value that the user edited did not reach the server, for that reason.
+    /// A value that the user edited did not get into the node, for that reason in words.
     void writeFailed(const QString& why);
     /// The server has taken one.
     void written();
@@ -108,9 +115,12 @@ private:
     [[nodiscard]] QlumTypeHint valueHint() const;
 
     [[nodiscard]] bool stepsTo(const QlumAttributeNode& node, std::vector<QlumValueStep>& steps) const;
-    [[nodiscard]] OpcUa_BuiltInType typeOf(const QlumTypedValue& shown, const QlumAttributeNode& node) const;
     [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& whole);
-    bool write(const UaVariant& value);
+    bool write(const QModelIndex& index, const UaVariant& value);
+    bool writeRefused(const QModelIndex& index, OpcUa_StatusCode code);
+    void takeLock(const QList<int>& attributeIds, const UaDataValues& results);
+    [[nodiscard]] QString faultOf(const QlumAttributeNode& node) const;
+    [[nodiscard]] QString remarkOn(const QlumAttributeNode& node) const;
     [[nodiscard]] QlumLog log() const;
 
     QlumApplicationInterface& m_application;
@@ -124,5 +134,8 @@ private:
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified;
     UaVariant m_value;
     UaNodeId m_dataTypeId;
+    QString m_lock;                                 ///< why the Value may not be written
+    QString m_fault;                                ///< of the last write; stays when the node is read again
+    std::vector<QlumValueStep> m_faultSteps;        ///< to what was to be written
     std::shared_ptr<QlumSessionServices> m_session; ///< whose dictionary and names the rows use
 };

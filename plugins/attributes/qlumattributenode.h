@@ -21,6 +21,8 @@ struct QlumValueStep
     };
     Kind kind = None;
     int index = 0; ///< of the element or the field
+
+    friend bool operator==(const QlumValueStep&, const QlumValueStep&) = default;
 };
 
 /// Makes the rows of an array when they are wanted.

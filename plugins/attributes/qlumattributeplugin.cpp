@@ -100,6 +100,7 @@ QString QlumAttributePlugin::name()
 
 void QlumAttributePlugin::registerSettings()
 {
+    using QlumAttributeSettings::editLocked;
     using QlumAttributeSettings::maxAge;
     constexpr double hour = 3600000; // ms
     qlumRegisterSettings(
@@ -109,7 +110,11 @@ void QlumAttributePlugin::registerSettings()
                                  {tr("&Oldest value shown:"),
                                   tr("A server may answer with a value that it read so long ago. With 0 it "
                                      "reads the value anew, which may take longer.")},
-                                 0, hour, tr(" ms"))}});
+                                 0, hour, tr(" ms")),
+          QlumSettingRow::flag(editLocked,
+                               {tr("&Edit values that may not be written"),
+                                tr("Values that a node says may not be written can be edited all the same. "
+                                   "The server then decides, and its answer is shown.")})}});
     maxAge.store(*m_app, maxAge.value(m_app)); // so that it is in the file for who edits that
 }
 
@@ -151,6 +156,9 @@ void QlumAttributePlugin::createDock()
     connect(
         m_model, &QlumAttributeModel::writeFailed, m_messages,
         [this](const QString& why) { sltWriteFailed(why); });
+    connect(
+        m_view, &QlumAttributeView::editRefused, m_messages,
+        [this](const QString& why) { sltEditRefused(why); });
     connect(m_model, &QlumAttributeModel::written, m_messages, [this] { m_messages->dismiss(writeTopic); });
     page->addAction(m_actions[Refresh]); // so that its key works wherever the focus is in the dock
     m_dock->setWidget(page);
@@ -167,6 +175,17 @@ void QlumAttributePlugin::sltWriteFailed(const QString& why)
                       tr("%1: %2").arg(m_app->serverName(m_model->serverId()), why),
                       {},
                       {}});
+}
+
+void QlumAttributePlugin::sltEditRefused(const QString& why)
+{
+    m_messages->tell(
+        {QlumMessage::Note,
+         writeTopic,
+         tr("The value of %1 cannot be changed so.").arg(toQString(m_model->nodeId().toXmlString())),
+         why,
+         {},
+         {}});
 }
 
 // ---- project

@@ -77,6 +77,7 @@ private slots:
     void sltOnOff(bool on);
     void sltNodeClassRead(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass);
     void sltWriteFailed(const QString& why);
+    void sltEditRefused(const QString& why);
 
 private:
     /// A node and its server; none while there is no server.

@@ -2,7 +2,9 @@
 
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+#include <opcua/opcua_statuscodes.h>
 
+#include <QCoreApplication>
 #include <QList>
 #include <QStringList>
 
@@ -26,6 +28,36 @@ constexpr std::array<Bit, 7> accessLevel{{{1, "CurrentRead"},
                                           {32, "StatusWrite"},
                                           {64, "TimestampWrite"}}};
 constexpr unsigned int semanticChange = 16; // says nothing of what the user may do
+
+struct Reason
+{
+    OpcUa_StatusCode code;
+    const char* words;
+};
+
+#define WORDS(text) QT_TRANSLATE_NOOP("QlumWriteFailure", text)
+constexpr Reason writeReasons[] = {
+    {OpcUa_BadNotWritable, WORDS("nobody may write this value")},
+    {OpcUa_BadUserAccessDenied, WORDS("the user who is logged in may not write it")},
+    {OpcUa_BadSecurityModeInsufficient, WORDS("the connection is not secure enough for it")},
+    {OpcUa_BadWriteNotSupported, WORDS("the server cannot write a value of this kind")},
+    {OpcUa_BadTypeMismatch, WORDS("the node takes values of another type or shape")},
+    {OpcUa_BadOutOfRange, WORDS("the value is outside of what the node takes")},
+    {OpcUa_BadNodeIdUnknown, WORDS("the server does not have the node any more")},
+    {OpcUa_BadAttributeIdInvalid, WORDS("the node has no value")},
+    {OpcUa_BadLocked, WORDS("somebody else has locked it")},
+    {OpcUa_BadInvalidState, WORDS("it cannot be written in the present state")},
+    {OpcUa_BadOutOfService, WORDS("its source is out of service")},
+    {OpcUa_BadDeviceFailure, WORDS("the device behind the server has failed")},
+    {OpcUa_BadNoCommunication, WORDS("the server does not reach the device")},
+    {OpcUa_BadNotConnected, WORDS("the server does not reach the device")},
+    {OpcUa_BadTimeout, WORDS("no answer in time; it may have been written all the same")},
+    {OpcUa_BadRequestTimeout, WORDS("no answer in time; it may have been written all the same")},
+    {OpcUa_BadConnectionClosed, WORDS("the connection was closed")},
+    {OpcUa_BadServerNotConnected, WORDS("the server is not connected")},
+    {OpcUa_BadCommunicationError, WORDS("the connection is disturbed")},
+};
+#undef WORDS
 
 QString bitNames(unsigned int mask, std::span<const Bit> bits)
 {
@@ -131,6 +163,15 @@ QString qlumAccessLevelText(OpcUa_Byte mask)
 QString qlumUserAccessLevelText(OpcUa_Byte mask)
 {
     return bitNames(mask & ~semanticChange, accessLevel);
+}
+
+QString qlumWriteFailureText(OpcUa_StatusCode code)
+{
+    for (const Reason& reason : writeReasons)
+        if (reason.code == code)
+            return QStringLiteral("%1: %2").arg(
+                qlumStatusText(code), QCoreApplication::translate("QlumWriteFailure", reason.words));
+    return qlumStatusText(code);
 }
 
 QString qlumStatusCodeText(OpcUa_StatusCode code)

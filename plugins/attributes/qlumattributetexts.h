@@ -19,5 +19,7 @@
 [[nodiscard]] QString qlumAccessLevelText(OpcUa_Byte mask);
 /// The same, without SemanticChange.
 [[nodiscard]] QString qlumUserAccessLevelText(OpcUa_Byte mask);
+/// "BadTimeout: ..." with what that means for a write, where we know more than the name says.
+[[nodiscard]] QString qlumWriteFailureText(OpcUa_StatusCode code);
 /// "BadTimeout (0x800A0000)"
 [[nodiscard]] QString qlumStatusCodeText(OpcUa_StatusCode code);

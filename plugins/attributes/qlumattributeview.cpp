@@ -67,12 +67,14 @@ void copyText(const QString& text)
 } // namespace
 
 QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
-    : QTreeView(parent), m_attributes(model), m_expanded{QStringLiteral("Value")}
+    : QTreeView(parent), m_attributes(model),
+      m_delegate(new QlumAttributeDelegate(*model, this)), m_expanded{QStringLiteral("Value")}
 {
     setObjectName(QStringLiteral("attributeView"));
     setAccessibleName(tr("Attributes"));
     setModel(model);
-    setItemDelegate(new QlumAttributeDelegate(this));
+    setItemDelegate(m_delegate);
+    connect(m_delegate, &QlumAttributeDelegate::refused, this, &QlumAttributeView::editRefused);
     setUniformRowHeights(true);
     setAlternatingRowColors(true);
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -103,9 +105,29 @@ void QlumAttributeView::setEmptyText(const QString& text)
 bool QlumAttributeView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event)
 {
     const bool begun = QTreeView::edit(index, trigger, event);
-    if (begun)
+    if (begun && isEditing()) // it also says yes to rows without an editor
         m_edited = index;
+    else if (trigger == DoubleClicked || trigger == EditKeyPressed)
+        if (const QString why = whyNotEditable(index); !why.isEmpty())
+            emit editRefused(why);
     return begun;
+}
+
+// A double click opens what has rows below, and asks for nothing else.
+QString QlumAttributeView::whyNotEditable(const QModelIndex& index) const
+{
+    const bool isValue = index.column() == QlumAttributeModel::ValueColumn &&
+                         m_attributes->nodeAt(index)->isWritable() && state() != EditingState;
+    if (!isValue || m_attributes->hasChildren(index.siblingAtColumn(0)))
+        return {};
+    const QString lock = m_attributes->lock(index);
+    return lock.isEmpty() ? m_delegate->whyNoEditor(index) : lock;
+}
+
+void QlumAttributeView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    if (hint == QAbstractItemDelegate::RevertModelCache || m_delegate->fault(editor).isEmpty())
+        QTreeView::closeEditor(editor, hint);
 }
 
 // What is typed for one node must not be written to another. One that is only cut off for a while keeps it.
@@ -113,7 +135,7 @@ void QlumAttributeView::leaveEditor()
 {
     QWidget* editor = isEditing() ? indexWidget(m_edited) : nullptr;
     if (editor && m_attributes->standing() == QlumAttributeModel::Standing::Left)
-        closeEditor(editor, QAbstractItemDelegate::NoHint);
+        closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
 }
 
 // ---- copying

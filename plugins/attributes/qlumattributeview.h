@@ -1,4 +1,5 @@
 #pragma once
+#include <QAbstractItemDelegate>
 #include <QAction>
 #include <QEvent>
 #include <QModelIndex>
@@ -10,6 +11,7 @@
 
 #include <memory>
 
+class QlumAttributeDelegate;
 class QlumAttributeModel;
 class QlumEmptyText;
 class QlumViewState;
@@ -31,6 +33,10 @@ public:
 
     using QTreeView::edit;
 
+signals:
+    /// The user wants to change a value and cannot, for that reason.
+    void editRefused(const QString& why);
+
 public slots:
     /// To the clipboard, of the current row: the cell, in full.
     void sltCopyCell();
@@ -44,19 +50,23 @@ public slots:
     void sltCopyNodeId();
 
 protected:
-    /// Remembers what is being edited.
+    /// Says why when it does not begin.
     bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+    /// Not one that holds no value, whatever the user does next; Escape closes it.
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 
 private:
     void createActions();
     void saveState();
     void restoreState();
     void restoreBranch(const QModelIndex& parent, const QString& path);
+    [[nodiscard]] QString whyNotEditable(const QModelIndex& index) const;
     void leaveEditor();
     void fetchVisible();
     [[nodiscard]] QString pathOf(const QModelIndex& index) const;
 
     QlumAttributeModel* m_attributes;
+    QlumAttributeDelegate* m_delegate;
     QlumEmptyText* m_empty = nullptr;
     std::unique_ptr<QlumViewState> m_state;
     QSet<QString> m_expanded; ///< paths of names

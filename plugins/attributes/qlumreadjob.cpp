@@ -4,6 +4,7 @@
 #include <app/api/qlumservertypes.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+#include <plugins/attributes/qlumattributeresults.h>
 #include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributetexts.h>
 #include <uabase/values/uanodeid.h>
@@ -34,15 +35,6 @@ UaReadValueIds nodesToRead(const UaNodeId& nodeId, const QList<int>& attributeId
         nodes[i].AttributeId = static_cast<OpcUa_UInt32>(attributeIds.at(static_cast<int>(i)));
     }
     return nodes;
-}
-
-// The result for one of the attributes; a null value when it was not read.
-UaVariant resultFor(int attributeId, const QList<int>& attributeIds, const UaDataValues& values)
-{
-    const int position = attributeIds.indexOf(attributeId);
-    return position >= 0 && position < static_cast<int>(values.length())
-               ? UaVariant(values[static_cast<OpcUa_UInt32>(position)].Value)
-               : UaVariant();
 }
 } // namespace
 
@@ -111,8 +103,8 @@ void QlumReadJob::readAttributes(QlumSessionServices& session)
         return;
     }
     m_log.info(tr("Read attributes of node '%1' succeeded [ret = %2].").arg(node, result));
-    prepareType(session, resultFor(OpcUa_Attributes_Value, attributeIds, values),
-                resultFor(OpcUa_Attributes_DataType, attributeIds, values));
+    prepareType(session, qlumResultOf(OpcUa_Attributes_Value, attributeIds, values),
+                qlumResultOf(OpcUa_Attributes_DataType, attributeIds, values));
     if (isCancelled())
         return;
     const int count = static_cast<int>(values.length());
