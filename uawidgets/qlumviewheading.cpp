@@ -138,7 +138,9 @@ void QlumViewHeading::hideEvent(QHideEvent* event)
 void QlumViewHeading::refreshAge()
 {
     m_age->setText(ageText(m_clock()));
-    m_age->setToolTip(m_received.isValid() ? QLocale::system().toString(m_received, qlumDateTimeFormat())
+    m_age->setToolTip(m_received.isValid() ? QStringLiteral("%1 %2").arg(
+                                                 QLocale::system().toString(m_received, qlumDateTimeFormat()),
+                                                 m_received.timeZoneAbbreviation())
                                            : QString());
 }
 

@@ -98,11 +98,26 @@ QVariant QlumAttributeModel::text(const QlumAttributeNode& node, int column, int
     if (role == Qt::EditRole)
         return column == ValueColumn ? node.value() : QVariant();
     const QString shown = column == NameColumn ? node.name() : node.value();
-    const QString cut = qlumCutText(shown, cutLength);
+    const QString cut = qlumCutText(column == ValueColumn ? withRemark(node) : shown, cutLength);
     if (role != Qt::ToolTipRole)
         return qlumSingleLine(cut);
     const QString more = column == ValueColumn ? remarkOn(node) : QString();
     return qlumPlainToolTip(more.isEmpty() ? cut : cut + QLatin1Char('\n') + more);
+}
+
+// What can be copied is the value alone; what is seen tells apart what looks the same.
+QString QlumAttributeModel::withRemark(const QlumAttributeNode& node)
+{
+    QString remark;
+    if (node.isAbsent())
+        remark = tr("(absent)");
+    else if (node.remark() == QlumAttributeNode::Null)
+        remark = tr("(null)");
+    else if (node.remark() == QlumAttributeNode::Empty)
+        remark = tr("(empty)");
+    if (remark.isEmpty() || node.value().isEmpty())
+        return node.value() + remark;
+    return node.value() + QLatin1Char(' ') + remark;
 }
 
 // What only some nodes have is not missing where it is not; what is out of date says nothing.
@@ -261,6 +276,44 @@ QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataV
         return addDataType(value);
     default:
         return m_rows.addVariant(*m_root, name, value, QlumTypeHint());
+    }
+}
+
+void QlumAttributeModel::addDetails(unsigned int serverId, const UaNodeId& nodeId,
+                                    const QlumAttributeDetails& details)
+{
+    if (serverId != m_serverId || nodeId != m_nodeId)
+        return;
+    insertChildren(*m_root, m_root->childCount(), static_cast<int>(details.attributes.size()), [&] {
+        for (const auto& [id, result] : details.attributes)
+            addDetail(id, result);
+    });
+    if (!m_valueRow)
+        return;
+    QlumAttributeNode& top = *m_valueRow->parent();
+    const QList<QlumDetail> more =
+        qlumValueDetails({m_value, valueHint()}, details.properties, m_rows.dictionary());
+    insertChildren(top, top.childCount(), more.size(), [&] {
+        for (const QlumDetail& detail : more)
+            top.append(detail.name, detail.text, {QlumValueStep::Detail, 0}).setStatus(OpcUa_Good);
+    });
+}
+
+void QlumAttributeModel::addDetail(int attributeId, const UaDataValue& result)
+{
+    const QString name = qlumAttributeName(attributeId);
+    const OpcUa_StatusCode status = result.statusCode().code();
+    const UaVariant value = result.value();
+    if (OpcUa_IsBad(status)) {
+        m_root->append(name, qlumStatusCodeText(status)).setStatus(status);
+    } else if (attributeId == OpcUa_Attributes_AccessRestrictions && value.type() == OpcUaType_UInt16) {
+        m_root->append(name, qlumAccessRestrictionsText(value.toUInt16()));
+    } else if (attributeId == OpcUa_Attributes_AccessLevelEx && value.type() == OpcUaType_UInt32) {
+        m_root->append(name, qlumAccessLevelExText(value.toUInt32()));
+    } else {
+        QlumAttributeNode& row = m_rows.addVariant(*m_root, name, value, QlumTypeHint());
+        if (!value.isNull() && !value.isScalar() && value.elementCount() > 0)
+            row.setValue(qlumTypeText(value, QlumTypeHint(), m_rows.dictionary()));
     }
 }
 

@@ -5,8 +5,10 @@
 #include <app/api/qlummodelinterface.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
+#include <plugins/attributes/qlumattributedetails.h>
 #include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributerows.h>
+#include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
@@ -93,6 +95,8 @@ public slots:
     /// Shows what was read; takes the results.
     void setData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass, int count,
                  const QList<int>& attributeIds, OpcUa_DataValue* results);
+    /// Shows more of the node behind what is there; nothing when another one is shown by now.
+    void addDetails(unsigned int serverId, const UaNodeId& nodeId, const QlumAttributeDetails& details);
     /// Shows nothing.
     void clear();
 
@@ -101,6 +105,7 @@ protected:
 
 private:
     [[nodiscard]] QVariant text(const QlumAttributeNode& node, int column, int role) const;
+    [[nodiscard]] static QString withRemark(const QlumAttributeNode& node);
     [[nodiscard]] UaNodeId nodeIdIn(const QModelIndex& index) const;
     [[nodiscard]] QlumStatusLevel levelOf(const QlumAttributeNode& node) const;
     void forget();
@@ -112,6 +117,7 @@ private:
     QlumAttributeNode& addCode(int attributeId, const UaVariant& value);
     QlumAttributeNode& addDataType(const UaVariant& value);
     QlumAttributeNode& addMistyped(int attributeId, const char* expected, const UaVariant& value);
+    void addDetail(int attributeId, const UaDataValue& result);
     [[nodiscard]] QlumTypeHint valueHint() const;
 
     [[nodiscard]] bool stepsTo(const QlumAttributeNode& node, std::vector<QlumValueStep>& steps) const;

@@ -5,6 +5,7 @@
 #include <app/api/qlumtext.h>
 #include <monitoring/namespaces.h>
 #include <plugins/attributes/qlumattributeactions.h>
+#include <plugins/attributes/qlumattributedetails.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <plugins/attributes/qlumattributeview.h>
 #include <plugins/attributes/qlumcustomnodeiddialog.h>
@@ -240,11 +241,16 @@ void QlumAttributePlugin::read(const Node& node, std::optional<OpcUa_NodeClass> 
             takeResult(node, read, attributeIds, values);
         });
     };
+    const auto detailsRead = [this, job](unsigned int serverId, const UaNodeId& nodeId,
+                                         const QlumAttributeDetails& details) {
+        job->post([this, serverId, nodeId, details] { m_model->addDetails(serverId, nodeId, details); });
+    };
     const auto failed = [this, job, node](unsigned int, const UaNodeId&, const QString& why) {
         job->post([this, node, why] { readFailed(node, why); });
     };
     connect(job, &QlumReadJob::failed, job, failed, Qt::DirectConnection);
     connect(job, &QlumReadJob::nodeClassRead, job, nodeClassRead, Qt::DirectConnection);
+    connect(job, &QlumReadJob::detailsRead, job, detailsRead, Qt::DirectConnection);
     connect(job, &QlumReadJob::newData, job, newData, Qt::DirectConnection);
     m_pool->add({tr("Reading attributes"), node.serverId}, std::move(made),
                 [this, node](QlumWorkEnd end) { readEnded(node, end); });

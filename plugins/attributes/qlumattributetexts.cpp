@@ -27,6 +27,16 @@ constexpr std::array<Bit, 7> accessLevel{{{1, "CurrentRead"},
                                           {16, "SemanticChange"},
                                           {32, "StatusWrite"},
                                           {64, "TimestampWrite"}}};
+constexpr std::array<Bit, 6> accessLevelEx{{{256, "NonatomicRead"},
+                                            {512, "NonatomicWrite"},
+                                            {1024, "WriteFullArrayOnly"},
+                                            {2048, "NoSubDataTypes"},
+                                            {4096, "NonVolatile"},
+                                            {8192, "Constant"}}};
+constexpr std::array<Bit, 4> accessRestrictions{{{1, "SigningRequired"},
+                                                 {2, "EncryptionRequired"},
+                                                 {4, "SessionRequired"},
+                                                 {8, "ApplyRestrictionsToBrowse"}}};
 constexpr unsigned int semanticChange = 16; // says nothing of what the user may do
 
 struct Reason
@@ -106,6 +116,17 @@ QList<int> qlumAttributesOf(OpcUa_NodeClass nodeClass)
     }
 }
 
+QList<int> qlumFurtherAttributesOf(OpcUa_NodeClass nodeClass)
+{
+    QList<int> ids{OpcUa_Attributes_RolePermissions, OpcUa_Attributes_UserRolePermissions,
+                   OpcUa_Attributes_AccessRestrictions};
+    if (nodeClass == OpcUa_NodeClass_DataType)
+        ids.prepend(OpcUa_Attributes_DataTypeDefinition);
+    if (nodeClass == OpcUa_NodeClass_Variable)
+        ids.append(OpcUa_Attributes_AccessLevelEx);
+    return ids;
+}
+
 bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass)
 {
     switch (attributeId) {
@@ -158,6 +179,21 @@ QString qlumEventNotifierText(OpcUa_Byte mask)
 QString qlumAccessLevelText(OpcUa_Byte mask)
 {
     return bitNames(mask, accessLevel);
+}
+
+QString qlumAccessLevelExText(OpcUa_UInt32 mask)
+{
+    constexpr OpcUa_UInt32 shortMask = 0xFF;
+    const QString more = bitNames(mask & ~shortMask, accessLevelEx);
+    const QString first = bitNames(mask & shortMask, accessLevel);
+    if (!(mask & ~shortMask))
+        return first;
+    return mask & shortMask ? first + QStringLiteral(", ") + more : more;
+}
+
+QString qlumAccessRestrictionsText(OpcUa_UInt16 mask)
+{
+    return bitNames(mask, accessRestrictions);
 }
 
 QString qlumUserAccessLevelText(OpcUa_Byte mask)
