@@ -63,7 +63,7 @@ QString rangeText(const UaVariant& range)
                                       qlumEditText(fields.value(UaString("High"))));
 }
 
-/// A number and what it is called.
+// A number and what it is called.
 struct NamedNumber
 {
     OpcUa_Int64 number;

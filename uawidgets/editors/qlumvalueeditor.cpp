@@ -32,7 +32,7 @@ public:
 
     [[nodiscard]] virtual bool read(UaVariant& value) const = 0;
     [[nodiscard]] virtual QString fault() const { return {}; }
-    /// Null for a value that is still to be given.
+    // Null for a value that is still to be given.
     [[nodiscard]] const UaVariant& initial() const { return m_initial; }
     [[nodiscard]] OpcUa_BuiltInType type() const { return m_type; }
 

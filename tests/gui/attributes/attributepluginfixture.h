@@ -19,7 +19,7 @@
 #include <string>
 #include <thread>
 
-// Keeps what is asked besides the attributes of every node apart, and knows properties by their names.
+/// Keeps what is asked besides the attributes of every node apart, and knows properties by their names.
 class AttributeServices : public ScriptedServices
 {
 public:
@@ -59,7 +59,7 @@ public:
     std::map<std::string, UaNodeId> properties; ///< of every node
 };
 
-// Answers a read when it may go on, and takes its time even then.
+/// Answers a read when it may go on, and takes its time even then.
 class SlowServices : public AttributeServices
 {
 public:

@@ -50,7 +50,7 @@ protected:
         services->properties[property] = id;
         services->attributes[{id, OpcUa_Attributes_Value}] = value;
     }
-    /// The rows behind those of every node, once there are so many; "Name: text".
+    // The rows behind those of every node, once there are so many; "Name: text".
     QStringList rowsFrom(const QModelIndex& parent, int first, int count)
     {
         const auto& model = *plugin.model();

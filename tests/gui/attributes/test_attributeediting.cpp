@@ -45,14 +45,14 @@ protected:
         }));
     }
     QModelIndex value() const { return plugin.model()->index(0, 1, plugin.model()->index(7, 0)); }
-    /// As the user does it; null when no editor opens.
+    // As the user does it; null when no editor opens.
     QLineEdit* beginEditing(const QModelIndex& index)
     {
         view()->setCurrentIndex(index);
         QTest::keyClick(view(), Qt::Key_F2);
         return view()->isEditing() ? view()->findChild<QLineEdit*>("valueEditor") : nullptr;
     }
-    /// What the pane tells; empty when nothing.
+    // What the pane tells; empty when nothing.
     QString told() const
     {
         const auto* bar = plugin.dock()->findChild<QlumMessageBar*>("messageBar");

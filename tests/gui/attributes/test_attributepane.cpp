@@ -58,7 +58,7 @@ protected:
     {
         return QTest::qWaitFor([this, count] { return services->journal.size() >= count; });
     }
-    /// From now on reads are answered when the test says so.
+    // From now on reads are answered when the test says so.
     std::shared_ptr<SlowServices> slowDown()
     {
         auto slow = std::make_shared<SlowServices>();
