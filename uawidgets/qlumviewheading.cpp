@@ -112,6 +112,12 @@ void QlumViewHeading::setStatus(QlumConnectionStatus status)
     m_status->setText(qlumConnectionText(status));
 }
 
+void QlumViewHeading::forget()
+{
+    m_received = QDateTime();
+    refreshAge();
+}
+
 void QlumViewHeading::clear()
 {
     m_received = QDateTime();

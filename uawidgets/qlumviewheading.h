@@ -36,6 +36,8 @@ public:
     void setStatus(QlumConnectionStatus status);
     /// What is shown was received now. Cheap: may be called for every value.
     void touch() { m_received = m_clock(); }
+    /// What was received is shown no longer, so it has no age.
+    void forget();
     /// There is nothing to be said; the strip stays where it is.
     void clear();
 

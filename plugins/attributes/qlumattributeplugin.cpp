@@ -182,7 +182,7 @@ void QlumAttributePlugin::sltEditRefused(const QString& why)
     m_messages->tell(
         {QlumMessage::Note,
          writeTopic,
-         tr("The value of %1 cannot be changed so.").arg(toQString(m_model->nodeId().toXmlString())),
+         tr("The value of %1 cannot be changed here.").arg(toQString(m_model->nodeId().toXmlString())),
          why,
          {},
          {}});

@@ -94,6 +94,8 @@ void QlumAttributePlugin::showHeading(const Node& node)
     m_heading->setServer(m_app->serverName(node.serverId));
     m_heading->setNode(node.nodeId.isNull() ? QString() : textOf(node.nodeId));
     m_heading->setStatus(statusOf(node.serverId));
+    if (shown().isNone())
+        m_heading->forget();
     if (m_isReading)
         m_heading->setActivity(tr("reading..."));
     else if (!m_actions[OnOff]->isChecked() && !m_selected.isNone())

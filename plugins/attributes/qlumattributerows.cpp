@@ -148,9 +148,11 @@ QString QlumAttributeRows::timestampText(OpcUa_DateTime value) const
 {
     const QDateTime time = m_application.dateTimeFromUaDateTime(&value);
     const QString local = QLocale::system().toString(time, m_dateTimeFormat);
-    // the zone, and the form in which times are edited
-    return time.isValid() ? QStringLiteral("%1 (%2)").arg(local, toQString(UaDateTime(value).toString()))
-                          : local;
+    if (!time.isValid())
+        return local;
+    // whose hours they are, and the form in which times are edited
+    return QStringLiteral("%1 %2 (%3)")
+        .arg(local, time.timeZoneAbbreviation(), toQString(UaDateTime(value).toString()));
 }
 
 QlumAttributeNode& QlumAttributeRows::addDataValue(QlumAttributeNode& parent, const QString& name,
