@@ -158,7 +158,10 @@ void QlumAttributePlugin::createDock()
         [this](const QString& why) { sltWriteFailed(why); });
     connect(
         m_view, &QlumAttributeView::editRefused, m_messages,
-        [this](const QString& why) { sltEditRefused(why); });
+        [this](const QString& why) { tellNote(tr("The value of %1 cannot be changed here."), why); });
+    connect(
+        m_view, &QlumAttributeView::entryRefused, m_messages,
+        [this](const QString& why) { tellNote(tr("What was entered for %1 was not written."), why); });
     connect(m_model, &QlumAttributeModel::written, m_messages, [this] { m_messages->dismiss(writeTopic); });
     page->addAction(m_actions[Refresh]); // so that its key works wherever the focus is in the dock
     m_dock->setWidget(page);
@@ -177,15 +180,10 @@ void QlumAttributePlugin::sltWriteFailed(const QString& why)
                       {}});
 }
 
-void QlumAttributePlugin::sltEditRefused(const QString& why)
+void QlumAttributePlugin::tellNote(const QString& what, const QString& why)
 {
-    m_messages->tell(
-        {QlumMessage::Note,
-         writeTopic,
-         tr("The value of %1 cannot be changed here.").arg(toQString(m_model->nodeId().toXmlString())),
-         why,
-         {},
-         {}});
+    const QString node = toQString(m_model->nodeId().toXmlString());
+    m_messages->tell({QlumMessage::Note, writeTopic, what.arg(node), why, {}, {}});
 }
 
 // ---- project

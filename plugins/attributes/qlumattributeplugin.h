@@ -77,7 +77,6 @@ private slots:
     void sltOnOff(bool on);
     void sltNodeClassRead(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass);
     void sltWriteFailed(const QString& why);
-    void sltEditRefused(const QString& why);
 
 private:
     /// A node and its server; none while there is no server.
@@ -100,6 +99,7 @@ private:
     void registerSettings();
     void createActions();
     void createDock();
+    void tellNote(const QString& what, const QString& why);
 
     [[nodiscard]] QlumConnectionStatus statusOf(unsigned int serverId) const;
     [[nodiscard]] bool isUp(unsigned int serverId) const;

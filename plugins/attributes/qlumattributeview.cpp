@@ -74,7 +74,7 @@ QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
     setAccessibleName(tr("Attributes"));
     setModel(model);
     setItemDelegate(m_delegate);
-    connect(m_delegate, &QlumAttributeDelegate::refused, this, &QlumAttributeView::editRefused);
+    connect(m_delegate, &QlumAttributeDelegate::refused, this, &QlumAttributeView::entryRefused);
     setUniformRowHeights(true);
     setAlternatingRowColors(true);
     setSelectionBehavior(QAbstractItemView::SelectRows);

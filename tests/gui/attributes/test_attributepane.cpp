@@ -6,6 +6,7 @@
 #include <plugins/attributes/qlumattributeview.h>
 #include <tests/gui/attributes/attributepluginfixture.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/qlummessagebar.h>
 
@@ -26,6 +27,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -220,6 +222,23 @@ TEST_F(AttributePane, AReadThatTheUserEndsDoesNotSayReadingForEver)
     EXPECT_EQ(emptyText(), "The attributes of ns=2;i=1 are being read...");
     QlumRunningWork::instance().cancelServer(5);
     slow->mayGoOn = true;
+    ASSERT_TRUE(QTest::qWaitFor([this] { return heading("activity").isEmpty(); }));
+    EXPECT_EQ(emptyText(), "The attributes of ns=2;i=1 could not be read.");
+}
+
+TEST_F(AttributePane, AReadThatThrowsEndsNeitherTheProcessNorInReading)
+{
+    class Throwing : public AttributeServices
+    {
+    public:
+        UaStatus read(UaClientSdk::ServiceSettings&, double, OpcUa_TimestampsToReturn, const UaReadValueIds&,
+                      UaDataValues&) override
+        {
+            throw std::runtime_error("no memory");
+        }
+    };
+    services = std::make_shared<Throwing>();
+    select(1);
     ASSERT_TRUE(QTest::qWaitFor([this] { return heading("activity").isEmpty(); }));
     EXPECT_EQ(emptyText(), "The attributes of ns=2;i=1 could not be read.");
 }
