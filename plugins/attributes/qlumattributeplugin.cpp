@@ -157,6 +157,8 @@ void QlumAttributePlugin::createDock()
         m_model, &QlumAttributeModel::writeFailed, m_messages,
         [this](const QString& why) { sltWriteFailed(why); });
     connect(
+        m_view, &QlumAttributeView::editingEnded, m_messages, [this] { readWhatIsDue(); });
+    connect(
         m_view, &QlumAttributeView::editRefused, m_messages,
         [this](const QString& why) { tellNote(tr("The value of %1 cannot be changed here."), why); });
     connect(

@@ -120,6 +120,8 @@ private:
     void readFailed(const Node& node, const QString& why);
     void readEnded(const Node& node, QlumWorkEnd end);
     void stopReading();
+    void readOnReturn();
+    void readWhatIsDue();
     void follow(unsigned int serverId, const NamespaceMap& namespaceMap);
     void forgetServer(unsigned int serverId);
 
@@ -139,6 +141,7 @@ private:
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified; ///< of the selected node
     bool m_isReading = false;
     bool m_isOutdated = false; ///< what is shown was not read since its server came back
+    bool m_isDue = false;      ///< to be read when the user has ended editing
     QString m_failure;         ///< why nothing is shown
     Node m_custom;             ///< chosen by its id, while its class is not known
 };

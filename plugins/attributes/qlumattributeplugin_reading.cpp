@@ -209,6 +209,7 @@ void QlumAttributePlugin::readAgain()
 // is only interrupted may answer.
 void QlumAttributePlugin::readSelected()
 {
+    m_isDue = false;
     const QlumConnectionStatus status = statusOf(m_selected.serverId);
     if (!m_selected.isNone() &&
         (status == QlumConnectionStatus::Connected || status == QlumConnectionStatus::ConnectionError)) {
@@ -314,12 +315,29 @@ void QlumAttributePlugin::sessionStatusChanged(unsigned int serverId, QlumConnec
         stopReading(); // by ids of the session that has gone
     follow(serverId, namespaceMap);
     const bool isBack = isUp(serverId) && (!wasUp || !namespaceMap.isEmpty());
-    if (isSelected && isBack && !m_selected.isNone() && m_actions[OnOff]->isChecked()) {
-        stopReading();
-        readSelected();
-    } else {
+    if (isSelected && isBack && !m_selected.isNone() && m_actions[OnOff]->isChecked())
+        readOnReturn();
+    else
         showState(); // the server's name may be another one, too
+}
+
+// What the user is typing outlives a short interruption; the rows are made anew when he has done.
+void QlumAttributePlugin::readOnReturn()
+{
+    m_isDue = m_heading && m_view->isEditing() && shown() == m_selected; // the window may have gone
+    if (m_isDue) {
+        m_isOutdated = false;
+        showState();
+        return;
     }
+    stopReading();
+    readSelected();
+}
+
+void QlumAttributePlugin::readWhatIsDue()
+{
+    if (std::exchange(m_isDue, false))
+        sltRefresh();
 }
 
 // The rows hold ids of the old table, which are other nodes now.
@@ -369,6 +387,6 @@ void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
 void QlumAttributePlugin::dataTypesLoaded(unsigned int serverId)
 {
     if (serverId == m_selected.serverId && m_selected == shown() && m_custom.isNone() &&
-        m_actions[OnOff]->isChecked() && !m_view->isEditing())
+        m_actions[OnOff]->isChecked() && m_heading && !m_view->isEditing())
         sltRefresh();
 }

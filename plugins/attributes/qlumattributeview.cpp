@@ -126,8 +126,10 @@ QString QlumAttributeView::whyNotEditable(const QModelIndex& index) const
 
 void QlumAttributeView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint)
 {
-    if (hint == QAbstractItemDelegate::RevertModelCache || m_delegate->fault(editor).isEmpty())
-        QTreeView::closeEditor(editor, hint);
+    if (hint != QAbstractItemDelegate::RevertModelCache && !m_delegate->fault(editor).isEmpty())
+        return;
+    QTreeView::closeEditor(editor, hint);
+    emit editingEnded();
 }
 
 // What is typed for one node must not be written to another. One that is only cut off for a while keeps it.

@@ -36,6 +36,8 @@ public:
 signals:
     /// The user wants to change a value and cannot, for that reason.
     void editRefused(const QString& why);
+    /// The user has ended changing a value, or given it up.
+    void editingEnded();
     /// What the user has entered is not taken, for that reason; its editor is still open.
     void entryRefused(const QString& why);
 

@@ -99,6 +99,13 @@ TEST_F(AttributeEditing, WhatIsTypedIsNotLostWhileTheServerIsAway)
     EXPECT_EQ(told(), "The server cannot be asked at the moment.");
     EXPECT_TRUE(view()->isEditing());
     EXPECT_TRUE(services->written.empty());
+    plugin.sessionStatusChanged(5, QlumConnectionStatus::Connected, {});
+    ASSERT_TRUE(view()->isEditing()) << "it is back";
+    const int reads = services->journal.filter("read").size();
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !services->written.empty(); }));
+    EXPECT_EQ(services->written.front(), UaVariant(OpcUa_Int16{8}));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return services->journal.filter("read").size() > reads; }));
 }
 
 TEST_F(AttributeEditing, ARefusedWriteIsSeenAtTheRowAlsoAfterTheNodeWasReadAgain)
