@@ -61,9 +61,9 @@ QString qlumConnectionText(QlumConnectionStatus status)
 
 QlumViewHeading::QlumViewHeading(QWidget* parent, Clock clock)
     : QWidget(parent), m_clock(std::move(clock)), m_server(makeLabel("server", tr("Server"), this)),
-      m_node(makeLabel("node", tr("Node"), this)), m_icon(new QLabel(this)),
-      m_status(makeLabel("status", tr("Connection"), this)), m_age(makeLabel("age", tr("Received"), this)),
-      m_timer(new QTimer(this))
+      m_node(makeLabel("node", tr("Node"), this)), m_activity(makeLabel("activity", tr("Activity"), this)),
+      m_icon(new QLabel(this)), m_status(makeLabel("status", tr("Connection"), this)),
+      m_age(makeLabel("age", tr("Received"), this)), m_timer(new QTimer(this))
 {
     setObjectName(QStringLiteral("viewHeading"));
     setWhatsThis(tr("<b>What is shown</b><br>The server and the node, whether the connection stands, and how "
@@ -78,6 +78,7 @@ QlumViewHeading::QlumViewHeading(QWidget* parent, Clock clock)
     row->setContentsMargins(4, 2, 4, 2);
     row->addWidget(m_server);
     row->addWidget(m_node, 1);
+    row->addWidget(m_activity);
     row->addWidget(m_icon);
     row->addWidget(m_status);
     row->addWidget(m_age);
@@ -93,6 +94,13 @@ void QlumViewHeading::setNode(const QString& name)
     showName(m_node, name);
 }
 
+void QlumViewHeading::setActivity(const QString& activity)
+{
+    m_activity->setText(activity);
+    m_activity->setVisible(!activity.isEmpty());
+    m_age->setVisible(activity.isEmpty());
+}
+
 void QlumViewHeading::setStatus(QlumConnectionStatus status)
 {
     const bool stands =
@@ -104,10 +112,16 @@ void QlumViewHeading::setStatus(QlumConnectionStatus status)
     m_status->setText(qlumConnectionText(status));
 }
 
+void QlumViewHeading::forget()
+{
+    m_received = QDateTime();
+    refreshAge();
+}
+
 void QlumViewHeading::clear()
 {
     m_received = QDateTime();
-    for (QLabel* label : {m_server, m_node, m_status, m_age})
+    for (QLabel* label : {m_server, m_node, m_activity, m_status, m_age})
         label->clear();
     m_icon->hide();
 }
@@ -130,7 +144,9 @@ void QlumViewHeading::hideEvent(QHideEvent* event)
 void QlumViewHeading::refreshAge()
 {
     m_age->setText(ageText(m_clock()));
-    m_age->setToolTip(m_received.isValid() ? QLocale::system().toString(m_received, qlumDateTimeFormat())
+    m_age->setToolTip(m_received.isValid() ? QStringLiteral("%1 %2").arg(
+                                                 QLocale::system().toString(m_received, qlumDateTimeFormat()),
+                                                 m_received.timeZoneAbbreviation())
                                            : QString());
 }
 

@@ -12,9 +12,9 @@
 class QLabel;
 class QTimer;
 
-/// The strip above a view that says what the view shows: of which server and node, whether the connection
-/// stands, and how old the content is. It repaints when one of the first three changes; the age follows once
-/// a second while the strip can be seen, however often something new arrives. GUI thread.
+/// The strip above a view that says what the view shows: of which server and node, what is being done about
+/// it, whether the connection stands, and how old the content is. It repaints when one of these changes; the
+/// age follows once a second while the strip can be seen, however often something new arrives. GUI thread.
 class QlumViewHeading : public QWidget
 {
     Q_OBJECT
@@ -29,10 +29,15 @@ public:
     void setServer(const QString& name);
     /// A plain text, as it comes from the server.
     void setNode(const QString& name);
+    /// "reading..."; empty when nothing is being done. Until then no age is shown: it would be that of what
+    /// was there before.
+    void setActivity(const QString& activity);
     /// Of the connection to that server.
     void setStatus(QlumConnectionStatus status);
     /// What is shown was received now. Cheap: may be called for every value.
     void touch() { m_received = m_clock(); }
+    /// What was received is shown no longer, so it has no age.
+    void forget();
     /// There is nothing to be said; the strip stays where it is.
     void clear();
 
@@ -49,6 +54,7 @@ private:
     Clock m_clock;
     QLabel* m_server;
     QLabel* m_node;
+    QLabel* m_activity;
     QLabel* m_icon;
     QLabel* m_status;
     QLabel* m_age;

@@ -1,41 +1,36 @@
 #include <plugins/attributes/qlumattributedelegate.h>
 
+#include <app/api/qlumtext.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvalueeditor.h>
+#include <uawidgets/editors/qlumvaluetext.h>
+#include <uawidgets/table/qlumstatuslook.h>
 
 #include <QAbstractItemModel>
-#include <QLineEdit>
 #include <QModelIndex>
+#include <QPalette>
+#include <QSize>
 #include <QString>
 #include <QStyleOptionViewItem>
 #include <QVariant>
 #include <QWidget>
 
-namespace {
-// A node without a value has nothing that tells which editor fits; its data type decides when the text is
-// written.
-bool hasNoValueYet(const QModelIndex& index)
+QlumAttributeDelegate::QlumAttributeDelegate(const QlumAttributeModel& model, QObject* parent)
+    : QlumValueDelegate(parent), m_model(model)
 {
-    return index.data(QlumAttributeModel::ValueRole).value<UaVariant>().isNull();
 }
-} // namespace
 
+// ---- editing
+
+// A node without a value has nothing that tells which editor fits; its data type does.
 QWidget* QlumAttributeDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                              const QModelIndex& index) const
 {
-    const auto* model = qobject_cast<const QlumAttributeModel*>(index.model());
-    if (!model)
-        return nullptr;
-    if (hasNoValueYet(index)) {
-        auto* editor = new QLineEdit(parent);
-        editor->setObjectName(QStringLiteral("valueEditor"));
-        editor->setAccessibleName(tr("Value"));
-        return editor;
-    }
-    const QlumTypedValue shown = model->rowValue(index);
-    return shown.value.isNull() ? nullptr
-                                : qlumCreateValueEditor(shown.value, shown.hint.enumDefinition, parent);
+    const QlumTypedValue shown = m_model.rowValue(index);
+    return shown.value.isNull()
+               ? qlumCreateValueEditor(m_model.rowType(index), shown.hint.enumDefinition, parent)
+               : qlumCreateValueEditor(shown.value, shown.hint.enumDefinition, parent);
 }
 
 void QlumAttributeDelegate::setEditorData(QWidget*, const QModelIndex&) const
@@ -46,17 +41,48 @@ void QlumAttributeDelegate::setEditorData(QWidget*, const QModelIndex&) const
 void QlumAttributeDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
                                          const QModelIndex& index) const
 {
-    auto* attributes = qobject_cast<QlumAttributeModel*>(model);
-    if (!attributes)
-        return;
-    if (hasNoValueYet(index)) {
-        const auto* line = qobject_cast<QLineEdit*>(editor);
-        if (line && !line->text().isEmpty())
-            model->setData(index, line->text(), Qt::EditRole);
-        return;
-    }
     UaVariant part;
     UaVariant whole;
-    if (qlumValueFromEditor(editor, part) && attributes->valueWithRow(index, part, whole).isNotBad())
+    if (qlumValueFromEditor(editor, part) && m_model.valueWithRow(index, part, whole).isNotBad())
         model->setData(index, QVariant::fromValue(whole), QlumAttributeModel::ValueRole);
+}
+
+QString QlumAttributeDelegate::fault(const QWidget* editor) const
+{
+    const QString why = QlumValueDelegate::fault(editor);
+    UaVariant ignored;
+    if (!why.isEmpty() || m_model.standing() == QlumAttributeModel::Standing::Current ||
+        !qlumValueFromEditor(editor, ignored))
+        return why;
+    return tr("The server cannot be asked at the moment.");
+}
+
+QString QlumAttributeDelegate::whyNoEditor(const QModelIndex& index) const
+{
+    const UaVariant value = m_model.rowValue(index).value;
+    const OpcUa_BuiltInType type = m_model.rowType(index);
+    if (type == OpcUaType_Null)
+        return tr("It is empty, and its data type is not known here.");
+    if (!value.isNull() && !value.isScalar())
+        return tr("An array is changed by its elements.");
+    if (type == OpcUaType_ExtensionObject)
+        return tr("A structure is changed by its fields.");
+    if (!qlumIsTextEditable(type))
+        return tr("There is no editor for values of type %1.").arg(qlumBuiltinTypeName(type));
+    return qlumHasLineBreaks(value) ? tr("A text of several lines would lose its line breaks.") : QString();
+}
+
+// ---- how it looks
+
+void QlumAttributeDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
+{
+    QlumValueDelegate::initStyleOption(option, index);
+    const QString fault = index.data(QlumAttributeModel::FaultRole).toString();
+    if (fault.isEmpty())
+        return;
+    option->features |= QStyleOptionViewItem::HasDecoration;
+    option->icon = qlumStatusIcon(QlumStatusLevel::Bad);
+    option->decorationSize = option->decorationSize.isValid() ? option->decorationSize : QSize(16, 16);
+    option->text = tr("%1 (not written: %2)").arg(option->text, fault);
+    option->palette.setColor(QPalette::Text, qlumStatusColor(QlumStatusLevel::Bad, option->palette));
 }

@@ -1,19 +1,35 @@
 #pragma once
+#include <uawidgets/editors/qlumvaluedelegate.h>
+
 #include <QAbstractItemModel>
 #include <QModelIndex>
+#include <QObject>
+#include <QString>
 #include <QStyleOptionViewItem>
-#include <QStyledItemDelegate>
 #include <QWidget>
 
-/// Edits the values of the attribute view in place, each with the editor of its type.
-class QlumAttributeDelegate : public QStyledItemDelegate
+class QlumAttributeModel;
+
+/// Edits values in the cells of the attribute view, and shows at them why one was not written.
+class QlumAttributeDelegate : public QlumValueDelegate
 {
     Q_OBJECT
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    /// The model must outlive it.
+    explicit QlumAttributeDelegate(const QlumAttributeModel& model, QObject* parent = nullptr);
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+    /// Also while the node cannot be written, when something was changed.
+    [[nodiscard]] QString fault(const QWidget* editor) const override;
+    /// Why the row's value has no editor here, in words; empty when it has one.
+    [[nodiscard]] QString whyNoEditor(const QModelIndex& index) const;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+private:
+    const QlumAttributeModel& m_model;
 };

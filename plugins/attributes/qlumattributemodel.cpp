@@ -6,6 +6,7 @@
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/attributes/qlumattributenode.h>
+#include <plugins/attributes/qlumattributeresults.h>
 #include <plugins/attributes/qlumattributetexts.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uaexpandednodeid.h>
@@ -65,7 +66,7 @@ Qt::ItemFlags QlumAttributeModel::flags(const QModelIndex& index) const
     if (!index.isValid())
         return Qt::NoItemFlags;
     Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-    if (index.column() == ValueColumn && nodeAt(index)->isWritable())
+    if (index.column() == ValueColumn && nodeAt(index)->isWritable() && lock(index).isEmpty())
         flags |= Qt::ItemIsEditable;
     return flags;
 }
@@ -79,6 +80,8 @@ QVariant QlumAttributeModel::cell(const QlumAttributeNode& node, int column, int
         return text(node, column, role);
     case Qt::ForegroundRole:
         return qlumStatusCell(levelOf(node), role);
+    case FaultRole:
+        return column == ValueColumn ? faultOf(node) : QVariant();
     case ValueRole:
         return node.isWritable() ? QVariant::fromValue(m_value) : QVariant();
     case DictionaryRole:
@@ -95,14 +98,33 @@ QVariant QlumAttributeModel::text(const QlumAttributeNode& node, int column, int
     if (role == Qt::EditRole)
         return column == ValueColumn ? node.value() : QVariant();
     const QString shown = column == NameColumn ? node.name() : node.value();
-    const QString cut = qlumCutText(shown, cutLength);
-    return role == Qt::ToolTipRole ? qlumPlainToolTip(cut) : qlumSingleLine(cut);
+    const QString cut = qlumCutText(column == ValueColumn ? withRemark(node) : shown, cutLength);
+    if (role != Qt::ToolTipRole)
+        return qlumSingleLine(cut);
+    const QString more = column == ValueColumn ? remarkOn(node) : QString();
+    return qlumPlainToolTip(more.isEmpty() ? cut : cut + QLatin1Char('\n') + more);
 }
 
-// What only some nodes have is not missing where it is not.
-QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node)
+// What can be copied is the value alone; what is seen tells apart what looks the same.
+QString QlumAttributeModel::withRemark(const QlumAttributeNode& node)
 {
-    if (node.isAbsent() || (node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid))
+    QString remark;
+    if (node.isAbsent())
+        remark = tr("(absent)");
+    else if (node.remark() == QlumAttributeNode::Null)
+        remark = tr("(null)");
+    else if (node.remark() == QlumAttributeNode::Empty)
+        remark = tr("(empty)");
+    if (remark.isEmpty() || node.value().isEmpty())
+        return node.value() + remark;
+    return node.value() + QLatin1Char(' ') + remark;
+}
+
+// What only some nodes have is not missing where it is not; what is out of date says nothing.
+QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node) const
+{
+    if (m_standing != Standing::Current || node.isAbsent() ||
+        (node.isOptional() && node.status() == OpcUa_BadAttributeIdInvalid))
         return QlumStatusLevel::Inactive;
     return qlumStatusLevel(node.status());
 }
@@ -111,6 +133,8 @@ QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node)
 
 UaNodeId QlumAttributeModel::nodeIdIn(const QModelIndex& index) const
 {
+    if (m_standing == Standing::Left)
+        return {};
     QModelIndex row = index.siblingAtColumn(NameColumn);
     while (row.isValid() && nodeAt(row)->step().kind == QlumValueStep::Detail)
         row = row.parent();
@@ -145,7 +169,10 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
     UaDataValues values;
     values.attach(count, results);
     reset([&] {
+        if (serverId != m_serverId || nodeId != m_nodeId)
+            m_fault.clear();
         forget();
+        m_standing = Standing::Current;
         m_serverId = serverId;
         m_nodeId = nodeId;
         m_nodeClass = nodeClass;
@@ -157,7 +184,19 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
 
 void QlumAttributeModel::clear()
 {
-    reset([this] { forget(); });
+    reset([this] {
+        m_fault.clear();
+        forget();
+    });
+}
+
+void QlumAttributeModel::setStanding(Standing standing)
+{
+    if (std::exchange(m_standing, standing) == standing)
+        return;
+    if (const int rows = rowCount(); rows > 0)
+        emit dataChanged(index(0, NameColumn), index(rows - 1, ValueColumn));
+    emit standingChanged();
 }
 
 void QlumAttributeModel::forget()
@@ -166,6 +205,7 @@ void QlumAttributeModel::forget()
     m_valueRow = nullptr;
     m_value.clear();
     m_dataTypeId.clear();
+    m_lock.clear();
     m_nodeId.clear();
     m_serverId = qlumNoServer;
     m_rows.setServer(qlumNoServer, nullptr);
@@ -175,6 +215,7 @@ void QlumAttributeModel::forget()
 void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& results)
 {
     takeDataType(attributeIds, results);
+    takeLock(attributeIds, results);
     const int count = std::min(attributeIds.size(), static_cast<int>(results.length()));
     for (int i = 0; i < count; ++i) {
         const int id = attributeIds.at(i);
@@ -189,12 +230,31 @@ void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& res
 
 void QlumAttributeModel::takeDataType(const QList<int>& attributeIds, const UaDataValues& results)
 {
-    const int position = attributeIds.indexOf(OpcUa_Attributes_DataType);
-    if (position < 0 || position >= static_cast<int>(results.length()))
-        return;
-    const UaVariant value(results[static_cast<OpcUa_UInt32>(position)].Value);
+    const UaVariant value = qlumResultOf(OpcUa_Attributes_DataType, attributeIds, results);
     if (value.type() == OpcUaType_NodeId && value.isScalar())
         m_dataTypeId = value.toNodeId();
+}
+
+// What the node says of writing; a node that says nothing may be tried.
+void QlumAttributeModel::takeLock(const QList<int>& attributeIds, const UaDataValues& results)
+{
+    const UaVariant access = qlumResultOf(OpcUa_Attributes_UserAccessLevel, attributeIds, results);
+    const UaVariant everybodys = qlumResultOf(OpcUa_Attributes_AccessLevel, attributeIds, results);
+    const UaVariant mask = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results);
+    const auto lacksWrite = [](const UaVariant& level) {
+        return level.type() == OpcUaType_Byte && level.isScalar() &&
+               !(level.toByte() & OpcUa_AccessLevelType_CurrentWrite);
+    };
+    if (m_nodeClass == OpcUa_NodeClass_VariableType) {
+        if (mask.type() == OpcUaType_UInt32 &&
+            !(mask.toUInt32() & OpcUa_AttributeWriteMask_ValueForVariableType))
+            m_lock = tr("The user who is logged in may not write it: UserWriteMask has no "
+                        "ValueForVariableType.");
+    } else if (lacksWrite(everybodys)) {
+        m_lock = tr("Nobody may write it: AccessLevel has no CurrentWrite.");
+    } else if (lacksWrite(access)) {
+        m_lock = tr("The user who is logged in may not write it: UserAccessLevel has no CurrentWrite.");
+    }
 }
 
 QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataValue& result)
@@ -216,6 +276,44 @@ QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataV
         return addDataType(value);
     default:
         return m_rows.addVariant(*m_root, name, value, QlumTypeHint());
+    }
+}
+
+void QlumAttributeModel::addDetails(unsigned int serverId, const UaNodeId& nodeId,
+                                    const QlumAttributeDetails& details)
+{
+    if (serverId != m_serverId || nodeId != m_nodeId)
+        return;
+    insertChildren(*m_root, m_root->childCount(), static_cast<int>(details.attributes.size()), [&] {
+        for (const auto& [id, result] : details.attributes)
+            addDetail(id, result);
+    });
+    if (!m_valueRow)
+        return;
+    QlumAttributeNode& top = *m_valueRow->parent();
+    const QList<QlumDetail> more =
+        qlumValueDetails({m_value, valueHint()}, details.properties, m_rows.dictionary());
+    insertChildren(top, top.childCount(), more.size(), [&] {
+        for (const QlumDetail& detail : more)
+            top.append(detail.name, detail.text, {QlumValueStep::Detail, 0}).setStatus(OpcUa_Good);
+    });
+}
+
+void QlumAttributeModel::addDetail(int attributeId, const UaDataValue& result)
+{
+    const QString name = qlumAttributeName(attributeId);
+    const OpcUa_StatusCode status = result.statusCode().code();
+    const UaVariant value = result.value();
+    if (OpcUa_IsBad(status)) {
+        m_root->append(name, qlumStatusCodeText(status)).setStatus(status);
+    } else if (attributeId == OpcUa_Attributes_AccessRestrictions && value.type() == OpcUaType_UInt16) {
+        m_root->append(name, qlumAccessRestrictionsText(value.toUInt16()));
+    } else if (attributeId == OpcUa_Attributes_AccessLevelEx && value.type() == OpcUaType_UInt32) {
+        m_root->append(name, qlumAccessLevelExText(value.toUInt32()));
+    } else {
+        QlumAttributeNode& row = m_rows.addVariant(*m_root, name, value, QlumTypeHint());
+        if (!value.isNull() && !value.isScalar() && value.elementCount() > 0)
+            row.setValue(qlumTypeText(value, QlumTypeHint(), m_rows.dictionary()));
     }
 }
 

@@ -7,6 +7,8 @@
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
+#include <plugins/attributes/qlumattributesettings.h>
+#include <plugins/attributes/qlumattributetexts.h>
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/values/uastatus.h>
 #include <uawidgets/qlumwaitcursor.h>
@@ -49,20 +51,49 @@ UaStatusCode QlumAttributeModel::valueWithRow(const QModelIndex& index, const Ua
 }
 
 // An empty Value has no type; the node says which one it should have.
-OpcUa_BuiltInType QlumAttributeModel::typeOf(const QlumTypedValue& shown, const QlumAttributeNode& node) const
+OpcUa_BuiltInType QlumAttributeModel::rowType(const QModelIndex& index) const
 {
-    if (shown.value.isNull() && &node == m_valueRow)
+    const UaVariant shown = rowValue(index).value;
+    if (shown.isNull() && index.isValid() && nodeAt(index) == m_valueRow)
         return uaNamespaceZeroBuiltInType(m_dataTypeId);
-    return shown.value.type();
+    return shown.type();
 }
+
+// ---- whether it can be done
+
+QString QlumAttributeModel::lock(const QModelIndex& index) const
+{
+    if (!index.isValid() || !nodeAt(index)->isWritable())
+        return {};
+    if (m_standing == Standing::Outdated)
+        return tr("What is shown is not up to date: its server could not be asked.");
+    if (m_standing == Standing::Left)
+        return tr("Another node is being read.");
+    return m_lock.isEmpty() || QlumAttributeSettings::editLocked.value(&m_application) ? QString() : m_lock;
+}
+
+QString QlumAttributeModel::faultOf(const QlumAttributeNode& node) const
+{
+    std::vector<QlumValueStep> steps;
+    const bool isFaulty = !m_fault.isEmpty() && m_valueRow && stepsTo(node, steps) && steps == m_faultSteps;
+    return isFaulty ? m_fault : QString();
+}
+
+QString QlumAttributeModel::remarkOn(const QlumAttributeNode& node) const
+{
+    if (const QString fault = faultOf(node); !fault.isEmpty())
+        return fault;
+    return node.isWritable() ? m_lock : QString();
+}
+
+// ---- doing it
 
 bool QlumAttributeModel::convertText(const QModelIndex& index, const QString& text, UaVariant& whole)
 {
-    const QlumTypedValue shown = rowValue(index);
-    const OpcUa_BuiltInType type = typeOf(shown, *nodeAt(index));
+    const OpcUa_BuiltInType type = rowType(index);
     UaVariant part(toUaString(text));
     // A text is one value: in the place of an array it would destroy all the others.
-    const bool converted = type != OpcUaType_Null && shown.value.isScalar() &&
+    const bool converted = type != OpcUaType_Null && rowValue(index).value.isScalar() &&
                            part.changeType(type, false).isNotBad() &&
                            valueWithRow(index, part, whole).isNotBad();
     if (!converted) {
@@ -80,15 +111,15 @@ bool QlumAttributeModel::setData(const QModelIndex& index, const QVariant& value
     if (!index.isValid() || index.column() != ValueColumn || !nodeAt(index)->isWritable() ||
         (role != Qt::EditRole && role != ValueRole))
         return false;
-    if (!m_services(m_serverId))
+    if (m_standing != Standing::Current || !m_services(m_serverId))
         return false;
     if (role == ValueRole)
-        return write(value.value<UaVariant>());
+        return write(index, value.value<UaVariant>());
     UaVariant whole;
-    return convertText(index, value.toString(), whole) && write(whole);
+    return convertText(index, value.toString(), whole) && write(index, whole);
 }
 
-bool QlumAttributeModel::write(const UaVariant& value)
+bool QlumAttributeModel::write(const QModelIndex& index, const UaVariant& value)
 {
     const std::shared_ptr<QlumSessionServices> session = m_services(m_serverId);
     UaWriteValues nodes(1);
@@ -103,20 +134,31 @@ bool QlumAttributeModel::write(const UaVariant& value)
     }();
     if (!status.isGood() || results.length() != 1) {
         log().error(tr("Write failed [ret = %1].").arg(toQString(status.toString())));
-        emit writeFailed(toQString(status.toString()));
-        return false;
+        return writeRefused(index, status.code());
     }
     const UaStatusCode result(results[0]);
     const QString text = result.isGood() ? tr("Write to node '%1' succeeded [ret = %2].")
                                          : tr("Write to node '%1' failed [ret = %2].");
     log().info(text.arg(toQString(m_nodeId.toFullString()), toQString(result.toString())));
-    if (result.isGood())
+    if (result.isGood()) {
+        m_fault.clear();
         emit written();
-    else
-        emit writeFailed(toQString(result.toString()));
+    } else {
+        writeRefused(index, result.code());
+    }
     UaNodeId nodeId = m_nodeId; // others may change ours while they hear of it
     m_application.selectionChanged(m_serverId, &nodeId, m_nodeClass);
     return result.isGood();
+}
+
+bool QlumAttributeModel::writeRefused(const QModelIndex& index, OpcUa_StatusCode code)
+{
+    m_fault = qlumWriteFailureText(code);
+    if (!stepsTo(*nodeAt(index), m_faultSteps))
+        m_faultSteps.clear(); // the whole Value, then
+    emit dataChanged(index, index);
+    emit writeFailed(m_fault);
+    return false;
 }
 
 QlumLog QlumAttributeModel::log() const

@@ -21,6 +21,8 @@ struct QlumValueStep
     };
     Kind kind = None;
     int index = 0; ///< of the element or the field
+
+    friend bool operator==(const QlumValueStep&, const QlumValueStep&) = default;
 };
 
 /// Makes the rows of an array when they are wanted.
@@ -71,6 +73,15 @@ public:
     [[nodiscard]] bool isAbsent() const { return m_absent; }
     void setAbsent(bool absent) { m_absent = absent; }
 
+    /// What the text alone does not tell.
+    enum Remark : unsigned char {
+        NoRemark,
+        Null, ///< there is no value
+        Empty ///< there is one, of length 0
+    };
+    [[nodiscard]] Remark remark() const { return m_remark; }
+    void setRemark(Remark remark) { m_remark = remark; }
+
     /// Children that are made later, by fetchMore().
     void setSource(std::unique_ptr<QlumRowSource> source) { m_source = std::move(source); }
     /// How many children have not been made yet.
@@ -85,6 +96,7 @@ private:
     QString m_value;
     OpcUa_StatusCode m_status = 0;
     QlumValueStep m_step;
+    Remark m_remark = NoRemark;
     bool m_optional : 1 = false;
     bool m_writable : 1 = false;
     bool m_absent : 1 = false;

@@ -7,6 +7,7 @@
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumsettingsregistry.h>
 #include <app/api/qlumtext.h>
+#include <plugins/attributes/qlumattributeactions.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributeview.h>
@@ -37,14 +38,12 @@
 #include <memory>
 #include <utility>
 
+using namespace QlumAttributeNames;
+
 #define TEXT(text) QT_TRANSLATE_NOOP("QlumAttributePlugin", text)
 
 namespace {
 const QLatin1String onOffKey("Act_OnOff_Checked");
-const auto readTopic = QStringLiteral("read");
-const auto writeTopic = QStringLiteral("write");
-
-enum ActionId { OnOff, Refresh, ExpandAll, CollapseAll, CustomNodeId };
 
 constexpr QlumActionRow actionRows[] = {
     {OnOff, "onOff", TEXT("On/Off"), "on.png", qlumNoKey,
@@ -101,6 +100,7 @@ QString QlumAttributePlugin::name()
 
 void QlumAttributePlugin::registerSettings()
 {
+    using QlumAttributeSettings::editLocked;
     using QlumAttributeSettings::maxAge;
     constexpr double hour = 3600000; // ms
     qlumRegisterSettings(
@@ -110,7 +110,11 @@ void QlumAttributePlugin::registerSettings()
                                  {tr("&Oldest value shown:"),
                                   tr("A server may answer with a value that it read so long ago. With 0 it "
                                      "reads the value anew, which may take longer.")},
-                                 0, hour, tr(" ms"))}});
+                                 0, hour, tr(" ms")),
+          QlumSettingRow::flag(editLocked,
+                               {tr("&Edit values that may not be written"),
+                                tr("Values that a node says may not be written can be edited all the same. "
+                                   "The server then decides, and its answer is shown.")})}});
     maxAge.store(*m_app, maxAge.value(m_app)); // so that it is in the file for who edits that
 }
 
@@ -150,53 +154,22 @@ void QlumAttributePlugin::createDock()
     layout->addWidget(m_messages);
     layout->addWidget(m_view);
     connect(
-        m_model, &QlumAttributeModel::modelReset, m_heading, [this] { sltShown(); });
-    connect(
         m_model, &QlumAttributeModel::writeFailed, m_messages,
         [this](const QString& why) { sltWriteFailed(why); });
+    connect(
+        m_view, &QlumAttributeView::editingEnded, m_messages, [this] { readWhatIsDue(); });
+    connect(
+        m_view, &QlumAttributeView::editRefused, m_messages,
+        [this](const QString& why) { tellNote(tr("The value of %1 cannot be changed here."), why); });
+    connect(
+        m_view, &QlumAttributeView::entryRefused, m_messages,
+        [this](const QString& why) { tellNote(tr("What was entered for %1 was not written."), why); });
     connect(m_model, &QlumAttributeModel::written, m_messages, [this] { m_messages->dismiss(writeTopic); });
     page->addAction(m_actions[Refresh]); // so that its key works wherever the focus is in the dock
     m_dock->setWidget(page);
     qlumSetInitialDockSize(m_dock, {430, 420});
     if (m_app->mainWindow())
         m_app->mainWindow()->addDockWidget(Qt::RightDockWidgetArea, m_dock);
-}
-
-// ---- heading and messages
-
-void QlumAttributePlugin::showHeading()
-{
-    const unsigned int serverId = m_model->serverId();
-    if (!m_heading)
-        return; // the window has gone
-    if (serverId == qlumNoServer) {
-        m_heading->clear();
-        return;
-    }
-    m_heading->setServer(m_app->serverName(serverId));
-    m_heading->setNode(toQString(m_model->nodeId().toXmlString()));
-    m_heading->setStatus(m_states.value(serverId, QlumConnectionStatus::Connected)); // it has answered
-}
-
-void QlumAttributePlugin::sltShown()
-{
-    const Node now{m_model->serverId(), m_model->nodeId()};
-    m_heading->touch();
-    showHeading();
-    m_messages->dismiss(readTopic);
-    if (std::exchange(m_shown, now) != now)
-        m_messages->dismiss(writeTopic); // a node that is read again after a failed write keeps its message
-}
-
-void QlumAttributePlugin::sltReadFailed(unsigned int serverId, const UaNodeId& nodeId, const QString& why)
-{
-    const Node node{serverId, nodeId};
-    if (!m_messages || (m_selected != node && m_custom != node))
-        return; // the user has gone on
-    m_messages->tell({QlumMessage::Error, readTopic,
-                      tr("The attributes of %1 could not be read.").arg(toQString(nodeId.toXmlString())),
-                      tr("%1: %2").arg(m_app->serverName(serverId), why), tr("Try &Again"),
-                      [this] { readAgain(); }});
 }
 
 void QlumAttributePlugin::sltWriteFailed(const QString& why)
@@ -209,120 +182,10 @@ void QlumAttributePlugin::sltWriteFailed(const QString& why)
                       {}});
 }
 
-void QlumAttributePlugin::readAgain()
+void QlumAttributePlugin::tellNote(const QString& what, const QString& why)
 {
-    if (m_custom.isNone())
-        sltRefresh();
-    else
-        read(m_custom, std::nullopt);
-}
-
-// ---- what is shown
-
-void QlumAttributePlugin::selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
-                                           UaNodeId*)
-{
-    m_selected = nodeId ? Node{serverId, *nodeId} : Node();
-    m_nodeClass = nodeClass;
-    m_custom = Node();
-    if (m_actions[OnOff]->isChecked())
-        sltRefresh();
-}
-
-void QlumAttributePlugin::sltRefresh()
-{
-    if (m_selected.isNone())
-        return;
-    m_custom = Node();
-    m_pool->cancelAll(); // nobody waits for nodes that were left meanwhile
-    read(m_selected, m_nodeClass);
-}
-
-void QlumAttributePlugin::sltOnOff(bool on)
-{
-    m_actions[OnOff]->setIcon(
-        QIcon(on ? QStringLiteral(":/images/on.png") : QStringLiteral(":/images/off.png")));
-    if (on)
-        sltRefresh();
-}
-
-void QlumAttributePlugin::sltSetCustomNodeId()
-{
-    QPointer<QlumCustomNodeIdDialog> dialog =
-        new QlumCustomNodeIdDialog(*m_app, m_selected.serverId, m_app->mainWindow());
-    const bool accepted = dialog->exec() == QDialog::Accepted;
-    const Node chosen = dialog ? Node{dialog->serverId(), dialog->nodeId()} : Node();
-    delete dialog;
-    if (!accepted || chosen.isNone())
-        return;
-    m_custom = chosen;
-    read(chosen, std::nullopt);
-}
-
-void QlumAttributePlugin::sltNodeClassRead(unsigned int serverId, const UaNodeId& nodeId,
-                                           OpcUa_NodeClass nodeClass)
-{
-    if (m_custom != Node{serverId, nodeId})
-        return; // the user has gone on
-    m_selected = std::exchange(m_custom, Node());
-    m_nodeClass = nodeClass;
-}
-
-void QlumAttributePlugin::read(const Node& node, std::optional<OpcUa_NodeClass> nodeClass)
-{
-    auto made = std::make_unique<QlumReadJob>(node.serverId, node.nodeId, nodeClass, m_services);
-    QlumReadJob* job = made.get();
-    const auto nodeClassRead = [this, job](unsigned int serverId, const UaNodeId& nodeId,
-                                           OpcUa_NodeClass read) {
-        job->post([this, serverId, nodeId, read] { sltNodeClassRead(serverId, nodeId, read); });
-    };
-    const auto newData = [this, job](unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass read,
-                                     int count, const QList<int>& attributeIds, OpcUa_DataValue* results) {
-        UaDataValues values;
-        values.attach(count, results); // freed when nobody waits for them any more
-        job->post([=, this, values = std::move(values)]() mutable {
-            m_model->setData(serverId, nodeId, read, count, attributeIds, values.detach());
-        });
-    };
-    const auto failed = [this, job](unsigned int serverId, const UaNodeId& nodeId, const QString& why) {
-        job->post([this, serverId, nodeId, why] { sltReadFailed(serverId, nodeId, why); });
-    };
-    connect(job, &QlumReadJob::failed, job, failed, Qt::DirectConnection);
-    connect(job, &QlumReadJob::nodeClassRead, job, nodeClassRead, Qt::DirectConnection);
-    connect(job, &QlumReadJob::newData, job, newData, Qt::DirectConnection);
-    m_pool->add({tr("Reading attributes"), node.serverId}, std::move(made));
-}
-
-void QlumAttributePlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
-                                               const NamespaceMap&)
-{
-    m_states.insert(serverId, status);
-    if (serverId == m_model->serverId())
-        showHeading(); // its name may be another one, too
-}
-
-void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
-{
-    m_pool->endServer(serverId); // also what reads a node that was left
-    m_states.remove(serverId);
-    if (m_messages && (m_selected.serverId == serverId || m_custom.serverId == serverId))
-        m_messages->dismiss();
-    if (m_custom.serverId == serverId)
-        m_custom = Node();
-    if (m_selected.serverId == serverId)
-        m_selected = Node();
-    if (m_model->serverId() == serverId)
-        emit sigClear();
-}
-
-// The view keeps what is open and selected. A node that is just being read needs no second read: rows are
-// made by the definitions of that moment.
-void QlumAttributePlugin::dataTypesLoaded(unsigned int serverId)
-{
-    const bool isShown = m_selected == Node{m_model->serverId(), m_model->nodeId()};
-    if (serverId == m_selected.serverId && isShown && m_custom.isNone() && m_actions[OnOff]->isChecked() &&
-        !m_view->isEditing())
-        sltRefresh();
+    const QString node = toQString(m_model->nodeId().toXmlString());
+    m_messages->tell({QlumMessage::Note, writeTopic, what.arg(node), why, {}, {}});
 }
 
 // ---- project

@@ -5,13 +5,17 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdatatypeeventinterface.h>
+#include <app/api/qlumjobpool.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
+#include <plugins/attributes/qlumattributemodel.h>
+#include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumviewheading.h>
 
 #include <QHash>
+#include <QList>
 #include <QMap>
 #include <QObject>
 #include <QPointer>
@@ -23,9 +27,7 @@
 
 class QDockWidget;
 class QToolBar;
-class QlumAttributeModel;
 class QlumAttributeView;
-class QlumJobPool;
 
 /// Shows and edits the attributes of the selected node in a dock window.
 class QlumAttributePlugin : public QObject,
@@ -48,6 +50,7 @@ public:
 
     void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
                           UaNodeId* typeDefinition) override;
+    void serverSelectionChanged(unsigned int serverId) override;
     void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                               const NamespaceMap& namespaceMap) override;
     void sessionRemoved(unsigned int serverId) override;
@@ -73,8 +76,6 @@ public slots:
 private slots:
     void sltOnOff(bool on);
     void sltNodeClassRead(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass);
-    void sltShown();
-    void sltReadFailed(unsigned int serverId, const UaNodeId& nodeId, const QString& why);
     void sltWriteFailed(const QString& why);
 
 private:
@@ -88,12 +89,41 @@ private:
         friend bool operator==(const Node&, const Node&) = default;
     };
 
+    /// A node of a server, and its class.
+    struct Choice
+    {
+        UaNodeId nodeId;
+        OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified;
+    };
+
     void registerSettings();
     void createActions();
     void createDock();
-    void showHeading();
+    void tellNote(const QString& what, const QString& why);
+
+    [[nodiscard]] QlumConnectionStatus statusOf(unsigned int serverId) const;
+    [[nodiscard]] bool isUp(unsigned int serverId) const;
+    [[nodiscard]] Node shown() const;
+    [[nodiscard]] Node named() const;
+    void choose(const Node& node, OpcUa_NodeClass nodeClass);
+    void showState();
+    void showHeading(const Node& node);
+    void dismiss(const QString& topic);
+    [[nodiscard]] QlumAttributeModel::Standing standing(const Node& node) const;
+    [[nodiscard]] QString emptyText() const;
+
     void readAgain();
+    void readSelected();
     void read(const Node& node, std::optional<OpcUa_NodeClass> nodeClass);
+    void takeResult(const Node& node, OpcUa_NodeClass nodeClass, const QList<int>& attributeIds,
+                    UaDataValues& results);
+    void readFailed(const Node& node, const QString& why);
+    void readEnded(const Node& node, QlumWorkEnd end);
+    void stopReading();
+    void readOnReturn();
+    void readWhatIsDue();
+    void follow(unsigned int serverId, const NamespaceMap& namespaceMap);
+    void forgetServer(unsigned int serverId);
 
     const QlumSessionServicesProvider m_services;
     QlumApplicationInterface* m_app = nullptr;
@@ -105,8 +135,13 @@ private:
     QPointer<QDockWidget> m_dock; ///< owned by the main window once it is docked
     QlumActionTable m_actions;
     QHash<unsigned int, QlumConnectionStatus> m_states; ///< those that were told
-    Node m_shown;
-    Node m_selected;
+    QHash<unsigned int, Choice> m_choices;              ///< the node last selected on each server
+    Node m_selected;                                    ///< with a server alone when none of its nodes is
+    Node m_named;                                       ///< by the heading
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified; ///< of the selected node
-    Node m_custom; ///< chosen by its id, while its class is not known
+    bool m_isReading = false;
+    bool m_isOutdated = false; ///< what is shown was not read since its server came back
+    bool m_isDue = false;      ///< to be read when the user has ended editing
+    QString m_failure;         ///< why nothing is shown
+    Node m_custom;             ///< chosen by its id, while its class is not known
 };

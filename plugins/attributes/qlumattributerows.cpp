@@ -6,9 +6,12 @@
 #include <plugins/attributes/qlumattributetexts.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uanamespacezero.h>
 #include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uadiagnosticinfo.h>
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
@@ -60,6 +63,30 @@ QString identifierTypeText(OpcUa_IdentifierType type)
     return QString::number(type);
 }
 
+QlumAttributeNode::Remark remarkOn(bool isNull, bool isEmpty)
+{
+    if (isNull)
+        return QlumAttributeNode::Null;
+    return isEmpty ? QlumAttributeNode::Empty : QlumAttributeNode::NoRemark;
+}
+
+QlumAttributeNode::Remark remarkOn(const UaVariant& value)
+{
+    switch (value.type()) {
+    case OpcUaType_String: {
+        const UaString text(value.get()->Value.String); // a converted one is never null
+        return remarkOn(text.isNull(), text.isEmpty());
+    }
+    case OpcUaType_ByteString:
+        return remarkOn(value.toByteString().isNull(), value.toByteString().length() == 0);
+    case OpcUaType_XmlElement:
+        return remarkOn(value.toXmlElement().isNull(), value.toXmlElement().length() == 0);
+    case OpcUaType_DateTime:
+        return remarkOn(value.toDateTime().isNull(), false);
+    default:
+        return QlumAttributeNode::NoRemark;
+    }
+}
 } // namespace
 
 // The elements of an array or matrix.
@@ -119,7 +146,13 @@ QString QlumAttributeRows::typeName(OpcUa_BuiltInType type) const
 
 QString QlumAttributeRows::timestampText(OpcUa_DateTime value) const
 {
-    return QLocale::system().toString(m_application.dateTimeFromUaDateTime(&value), m_dateTimeFormat);
+    const QDateTime time = m_application.dateTimeFromUaDateTime(&value);
+    const QString local = QLocale::system().toString(time, m_dateTimeFormat);
+    if (!time.isValid())
+        return local;
+    // whose hours they are, and the form in which times are edited
+    return QStringLiteral("%1 %2 (%3)")
+        .arg(local, time.timeZoneAbbreviation(), toQString(UaDateTime(value).toString()));
 }
 
 QlumAttributeNode& QlumAttributeRows::addDataValue(QlumAttributeNode& parent, const QString& name,
@@ -172,9 +205,38 @@ QlumAttributeNode& QlumAttributeRows::addScalar(QlumAttributeNode& parent, const
     case OpcUaType_DataValue:
         return addDataValue(parent, name, value.toDataValue(), hint,
                             step.kind == QlumValueStep::None ? detail : step);
-    default:
-        return parent.append(name, scalarText(value, hint), step);
+    case OpcUaType_DiagnosticInfo:
+        return addDiagnosticInfo(parent, name, value.toDiagnosticInfo(), step);
+    default: {
+        QlumAttributeNode& row = parent.append(name, scalarText(value, hint), step);
+        row.setRemark(remarkOn(value));
+        return row;
     }
+    }
+}
+
+QlumAttributeNode& QlumAttributeRows::addDiagnosticInfo(QlumAttributeNode& parent, const QString& name,
+                                                        const UaDiagnosticInfo& info, QlumValueStep step)
+{
+    if (info.isNull())
+        return parent.append(name, tr("Null"), step);
+    QlumAttributeNode& row = parent.append(name, toQString(info.additionalInfo()), step);
+    const auto addIndex = [&row](const QString& what, OpcUa_Int32 index) {
+        if (index >= 0)
+            row.append(what, QString::number(index), detail);
+    };
+    addIndex(QStringLiteral("SymbolicId"), info.symbolicId());
+    addIndex(QStringLiteral("NamespaceUri"), info.namespaceUri());
+    addIndex(QStringLiteral("Locale"), info.locale());
+    addIndex(QStringLiteral("LocalizedText"), info.localizedText());
+    if (!info.additionalInfo().isNull())
+        row.append(QStringLiteral("AdditionalInfo"), toQString(info.additionalInfo()), detail);
+    if (info.innerStatusCode().code() != OpcUa_Good)
+        row.append(QStringLiteral("InnerStatusCode"), qlumStatusCodeText(info.innerStatusCode().code()),
+                   detail);
+    if (info.hasInner() && depthOf(row) <= maximumDepth)
+        addDiagnosticInfo(row, QStringLiteral("InnerDiagnosticInfo"), info.inner(), detail);
+    return row;
 }
 
 QlumAttributeNode& QlumAttributeRows::addNodeId(QlumAttributeNode& parent, const QString& name,
@@ -201,9 +263,11 @@ QString QlumAttributeRows::optionSetText(const UaVariant& value, const QlumTypeH
 {
     const bool isBits = value.type() == OpcUaType_Byte || value.type() == OpcUaType_UInt16 ||
                         value.type() == OpcUaType_UInt32 || value.type() == OpcUaType_UInt64;
-    if (!isBits || !m_dictionary || hint.dataTypeId.isNull())
+    if (!isBits || hint.dataTypeId.isNull())
         return QString();
-    const UaOptionSetDefinition definition = m_dictionary->optionSetDefinition(hint.dataTypeId);
+    UaOptionSetDefinition definition = uaNamespaceZeroOptionSet(hint.dataTypeId);
+    if (definition.isNull() && m_dictionary)
+        definition = m_dictionary->optionSetDefinition(hint.dataTypeId);
     const QString names = definition.isNull() ? QString() : toQString(definition.toString(value.toUInt64()));
     return names.isEmpty() ? QString() : QStringLiteral("%1 (%2)").arg(names).arg(value.toUInt64());
 }
@@ -245,8 +309,6 @@ QString QlumAttributeRows::scalarText(const UaVariant& value, const QlumTypeHint
         const UaLocalizedText text = value.toLocalizedText();
         return quoted(text.locale()) + QLatin1String(", ") + quoted(text.text());
     }
-    case OpcUaType_DiagnosticInfo:
-        return tr("not yet implemented");
     default:
         return toQString(value.toString());
     }

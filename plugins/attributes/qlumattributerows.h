@@ -6,6 +6,7 @@
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadiagnosticinfo.h>
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uanodeid.h>
@@ -45,6 +46,9 @@ public:
     /// As is the node id in it.
     QlumAttributeNode& addExpandedNodeId(QlumAttributeNode& parent, const QString& name,
                                          const UaExpandedNodeId& nodeId, QlumValueStep step = {});
+    /// With a row for each part that is there.
+    QlumAttributeNode& addDiagnosticInfo(QlumAttributeNode& parent, const QString& name,
+                                         const UaDiagnosticInfo& info, QlumValueStep step = {});
     /// With its fields when somebody has a definition of the structure, else as bytes.
     QlumAttributeNode& addExtensionObject(QlumAttributeNode& parent, const QString& name,
                                           const UaExtensionObject& object, const QlumTypeHint& hint,

@@ -2,7 +2,9 @@
 
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+#include <opcua/opcua_statuscodes.h>
 
+#include <QCoreApplication>
 #include <QList>
 #include <QStringList>
 
@@ -25,7 +27,47 @@ constexpr std::array<Bit, 7> accessLevel{{{1, "CurrentRead"},
                                           {16, "SemanticChange"},
                                           {32, "StatusWrite"},
                                           {64, "TimestampWrite"}}};
+constexpr std::array<Bit, 6> accessLevelEx{{{256, "NonatomicRead"},
+                                            {512, "NonatomicWrite"},
+                                            {1024, "WriteFullArrayOnly"},
+                                            {2048, "NoSubDataTypes"},
+                                            {4096, "NonVolatile"},
+                                            {8192, "Constant"}}};
+constexpr std::array<Bit, 4> accessRestrictions{{{1, "SigningRequired"},
+                                                 {2, "EncryptionRequired"},
+                                                 {4, "SessionRequired"},
+                                                 {8, "ApplyRestrictionsToBrowse"}}};
 constexpr unsigned int semanticChange = 16; // says nothing of what the user may do
+
+struct Reason
+{
+    OpcUa_StatusCode code;
+    const char* words;
+};
+
+#define WORDS(text) QT_TRANSLATE_NOOP("QlumWriteFailure", text)
+constexpr Reason writeReasons[] = {
+    {OpcUa_BadNotWritable, WORDS("nobody may write this value")},
+    {OpcUa_BadUserAccessDenied, WORDS("the user who is logged in may not write it")},
+    {OpcUa_BadSecurityModeInsufficient, WORDS("the connection is not secure enough for it")},
+    {OpcUa_BadWriteNotSupported, WORDS("the server cannot write a value of this kind")},
+    {OpcUa_BadTypeMismatch, WORDS("the node takes values of another type or shape")},
+    {OpcUa_BadOutOfRange, WORDS("the value is outside of what the node takes")},
+    {OpcUa_BadNodeIdUnknown, WORDS("the server does not have the node any more")},
+    {OpcUa_BadAttributeIdInvalid, WORDS("the node has no value")},
+    {OpcUa_BadLocked, WORDS("somebody else has locked it")},
+    {OpcUa_BadInvalidState, WORDS("it cannot be written in the present state")},
+    {OpcUa_BadOutOfService, WORDS("its source is out of service")},
+    {OpcUa_BadDeviceFailure, WORDS("the device behind the server has failed")},
+    {OpcUa_BadNoCommunication, WORDS("the server does not reach the device")},
+    {OpcUa_BadNotConnected, WORDS("the server does not reach the device")},
+    {OpcUa_BadTimeout, WORDS("no answer in time; it may have been written all the same")},
+    {OpcUa_BadRequestTimeout, WORDS("no answer in time; it may have been written all the same")},
+    {OpcUa_BadConnectionClosed, WORDS("the connection was closed")},
+    {OpcUa_BadServerNotConnected, WORDS("the server is not connected")},
+    {OpcUa_BadCommunicationError, WORDS("the connection is disturbed")},
+};
+#undef WORDS
 
 QString bitNames(unsigned int mask, std::span<const Bit> bits)
 {
@@ -72,6 +114,17 @@ QList<int> qlumAttributesOf(OpcUa_NodeClass nodeClass)
     default:
         return ids;
     }
+}
+
+QList<int> qlumFurtherAttributesOf(OpcUa_NodeClass nodeClass)
+{
+    QList<int> ids{OpcUa_Attributes_RolePermissions, OpcUa_Attributes_UserRolePermissions,
+                   OpcUa_Attributes_AccessRestrictions};
+    if (nodeClass == OpcUa_NodeClass_DataType)
+        ids.prepend(OpcUa_Attributes_DataTypeDefinition);
+    if (nodeClass == OpcUa_NodeClass_Variable)
+        ids.append(OpcUa_Attributes_AccessLevelEx);
+    return ids;
 }
 
 bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass)
@@ -128,9 +181,33 @@ QString qlumAccessLevelText(OpcUa_Byte mask)
     return bitNames(mask, accessLevel);
 }
 
+QString qlumAccessLevelExText(OpcUa_UInt32 mask)
+{
+    constexpr OpcUa_UInt32 shortMask = 0xFF;
+    const QString more = bitNames(mask & ~shortMask, accessLevelEx);
+    const QString first = bitNames(mask & shortMask, accessLevel);
+    if (!(mask & ~shortMask))
+        return first;
+    return mask & shortMask ? first + QStringLiteral(", ") + more : more;
+}
+
+QString qlumAccessRestrictionsText(OpcUa_UInt16 mask)
+{
+    return bitNames(mask, accessRestrictions);
+}
+
 QString qlumUserAccessLevelText(OpcUa_Byte mask)
 {
     return bitNames(mask & ~semanticChange, accessLevel);
+}
+
+QString qlumWriteFailureText(OpcUa_StatusCode code)
+{
+    for (const Reason& reason : writeReasons)
+        if (reason.code == code)
+            return QStringLiteral("%1: %2").arg(
+                qlumStatusText(code), QCoreApplication::translate("QlumWriteFailure", reason.words));
+    return qlumStatusText(code);
 }
 
 QString qlumStatusCodeText(OpcUa_StatusCode code)

@@ -9,6 +9,8 @@
 [[nodiscard]] QString qlumAttributeName(int attributeId);
 /// The attributes that a node of the class is read for, in order.
 [[nodiscard]] QList<int> qlumAttributesOf(OpcUa_NodeClass nodeClass);
+/// Those that only some servers have, read after them.
+[[nodiscard]] QList<int> qlumFurtherAttributesOf(OpcUa_NodeClass nodeClass);
 /// Whether nodes of the class may lack the attribute.
 [[nodiscard]] bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass);
 /// "Variable"; "Invalid NodeClass" for a number that is none.
@@ -19,5 +21,11 @@
 [[nodiscard]] QString qlumAccessLevelText(OpcUa_Byte mask);
 /// The same, without SemanticChange.
 [[nodiscard]] QString qlumUserAccessLevelText(OpcUa_Byte mask);
+/// As qlumAccessLevelText, with the bits that the longer mask has besides.
+[[nodiscard]] QString qlumAccessLevelExText(OpcUa_UInt32 mask);
+/// The names of the bits, "None" when none is set.
+[[nodiscard]] QString qlumAccessRestrictionsText(OpcUa_UInt16 mask);
+/// "BadTimeout: ..." with what that means for a write, where we know more than the name says.
+[[nodiscard]] QString qlumWriteFailureText(OpcUa_StatusCode code);
 /// "BadTimeout (0x800A0000)"
 [[nodiscard]] QString qlumStatusCodeText(OpcUa_StatusCode code);

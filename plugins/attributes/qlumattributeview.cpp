@@ -6,8 +6,10 @@
 #include <plugins/attributes/qlumattributemodel.h>
 #include <uawidgets/qlumnodecommands.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/table/qlumemptytext.h>
 #include <uawidgets/table/qlumtable.h>
 
+#include <QAbstractItemDelegate>
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
@@ -65,12 +67,14 @@ void copyText(const QString& text)
 } // namespace
 
 QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
-    : QTreeView(parent), m_attributes(model), m_expanded{QStringLiteral("Value")}
+    : QTreeView(parent), m_attributes(model),
+      m_delegate(new QlumAttributeDelegate(*model, this)), m_expanded{QStringLiteral("Value")}
 {
     setObjectName(QStringLiteral("attributeView"));
     setAccessibleName(tr("Attributes"));
     setModel(model);
-    setItemDelegate(new QlumAttributeDelegate(this));
+    setItemDelegate(m_delegate);
+    connect(m_delegate, &QlumAttributeDelegate::refused, this, &QlumAttributeView::entryRefused);
     setUniformRowHeights(true);
     setAlternatingRowColors(true);
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -79,18 +83,62 @@ QlumAttributeView::QlumAttributeView(QlumAttributeModel* model, QWidget* parent)
     header()->resizeSection(QlumAttributeModel::NameColumn, nameWidth);
     m_state = std::make_unique<QlumViewState>(QStringLiteral("QlumAttributeView"), nullptr);
     createActions();
-    qlumMakeTable(this, {tr("Select a node in the address space window."), tr("attributes"), m_state.get(),
-                         QStringLiteral("header"), true});
+    qlumMakeTable(this, {{}, tr("attributes"), m_state.get(), QStringLiteral("header"), true});
+    m_empty = new QlumEmptyText(this, tr("Select a node in the address space window."));
     new QlumNodeCommands(this, [this] {
         const QlumToolNode node = m_attributes->nodeIn(currentIndex());
         return node.nodeId.isNull() ? QlumToolNodes() : QlumToolNodes{node};
     });
     connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &QlumAttributeView::saveState);
     connect(model, &QAbstractItemModel::modelReset, this, &QlumAttributeView::restoreState);
+    connect(model, &QlumAttributeModel::standingChanged, this, &QlumAttributeView::leaveEditor);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &QlumAttributeView::fetchVisible);
 }
 
 QlumAttributeView::~QlumAttributeView() = default;
+
+void QlumAttributeView::setEmptyText(const QString& text)
+{
+    m_empty->setText(text);
+}
+
+bool QlumAttributeView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event)
+{
+    const bool begun = QTreeView::edit(index, trigger, event);
+    if (begun && isEditing()) // it also says yes to rows without an editor
+        m_edited = index;
+    else if (trigger == DoubleClicked || trigger == EditKeyPressed)
+        if (const QString why = whyNotEditable(index); !why.isEmpty())
+            emit editRefused(why);
+    return begun;
+}
+
+// A double click opens what has rows below, and asks for nothing else.
+QString QlumAttributeView::whyNotEditable(const QModelIndex& index) const
+{
+    const bool isValue = index.column() == QlumAttributeModel::ValueColumn &&
+                         m_attributes->nodeAt(index)->isWritable() && state() != EditingState;
+    if (!isValue || m_attributes->hasChildren(index.siblingAtColumn(0)))
+        return {};
+    const QString lock = m_attributes->lock(index);
+    return lock.isEmpty() ? m_delegate->whyNoEditor(index) : lock;
+}
+
+void QlumAttributeView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    if (hint != QAbstractItemDelegate::RevertModelCache && !m_delegate->fault(editor).isEmpty())
+        return;
+    QTreeView::closeEditor(editor, hint);
+    emit editingEnded();
+}
+
+// What is typed for one node must not be written to another. One that is only cut off for a while keeps it.
+void QlumAttributeView::leaveEditor()
+{
+    QWidget* editor = isEditing() ? indexWidget(m_edited) : nullptr;
+    if (editor && m_attributes->standing() == QlumAttributeModel::Standing::Left)
+        closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
+}
 
 // ---- copying
 
@@ -137,7 +185,8 @@ void QlumAttributeView::sltCopyPath()
 
 void QlumAttributeView::sltCopyNodeId()
 {
-    copyText(toQString(m_attributes->nodeId().toXmlString()));
+    if (m_attributes->standing() != QlumAttributeModel::Standing::Left)
+        copyText(toQString(m_attributes->nodeId().toXmlString()));
 }
 
 QString QlumAttributeView::pathOf(const QModelIndex& index) const

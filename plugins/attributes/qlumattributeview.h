@@ -1,6 +1,9 @@
 #pragma once
+#include <QAbstractItemDelegate>
 #include <QAction>
+#include <QEvent>
 #include <QModelIndex>
+#include <QPersistentModelIndex>
 #include <QSet>
 #include <QString>
 #include <QTreeView>
@@ -8,7 +11,9 @@
 
 #include <memory>
 
+class QlumAttributeDelegate;
 class QlumAttributeModel;
+class QlumEmptyText;
 class QlumViewState;
 
 /// The tree of attributes: copies, keeps what the user opened from one node to the next, and lets long arrays
@@ -21,8 +26,20 @@ public:
     explicit QlumAttributeView(QlumAttributeModel* model, QWidget* parent = nullptr);
     ~QlumAttributeView() override;
 
+    /// What is said while there are no rows; plain.
+    void setEmptyText(const QString& text);
     /// Whether the user is changing a value, which showing the node anew would interrupt.
     [[nodiscard]] bool isEditing() const { return state() == EditingState; }
+
+    using QTreeView::edit;
+
+signals:
+    /// The user wants to change a value and cannot, for that reason.
+    void editRefused(const QString& why);
+    /// The user has ended changing a value, or given it up.
+    void editingEnded();
+    /// What the user has entered is not taken, for that reason; its editor is still open.
+    void entryRefused(const QString& why);
 
 public slots:
     /// To the clipboard, of the current row: the cell, in full.
@@ -36,17 +53,28 @@ public slots:
     /// The id of the node that is shown.
     void sltCopyNodeId();
 
+protected:
+    /// Says why when it does not begin.
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+    /// Not one that holds no value, whatever the user does next; Escape closes it.
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+
 private:
     void createActions();
     void saveState();
     void restoreState();
     void restoreBranch(const QModelIndex& parent, const QString& path);
+    [[nodiscard]] QString whyNotEditable(const QModelIndex& index) const;
+    void leaveEditor();
     void fetchVisible();
     [[nodiscard]] QString pathOf(const QModelIndex& index) const;
 
     QlumAttributeModel* m_attributes;
+    QlumAttributeDelegate* m_delegate;
+    QlumEmptyText* m_empty = nullptr;
     std::unique_ptr<QlumViewState> m_state;
     QSet<QString> m_expanded; ///< paths of names
     QString m_current;
+    QPersistentModelIndex m_edited;
     int m_scrollPosition = 0;
 };

@@ -4,17 +4,25 @@
 #include <app/api/qlumservertypes.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+#include <opcua/opcua_identifiers.h>
+#include <opcua/opcua_statuscodes.h>
+#include <plugins/attributes/qlumattributeresults.h>
 #include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributetexts.h>
+#include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
 #include <QString>
 
 #include <algorithm>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 constexpr OpcUa_UInt32 preparedElements = 16; // of an array of structures; mostly they are of one type
@@ -36,13 +44,18 @@ UaReadValueIds nodesToRead(const UaNodeId& nodeId, const QList<int>& attributeId
     return nodes;
 }
 
-// The result for one of the attributes; a null value when it was not read.
-UaVariant resultFor(int attributeId, const QList<int>& attributeIds, const UaDataValues& values)
+UaBrowsePaths pathsToProperties(const UaNodeId& nodeId)
 {
-    const int position = attributeIds.indexOf(attributeId);
-    return position >= 0 && position < static_cast<int>(values.length())
-               ? UaVariant(values[static_cast<OpcUa_UInt32>(position)].Value)
-               : UaVariant();
+    const std::vector<std::string>& names = qlumDescribingProperties();
+    UaBrowsePaths paths(static_cast<OpcUa_UInt32>(names.size()));
+    for (OpcUa_UInt32 i = 0; i < paths.length(); ++i) {
+        UaRelativePathElements elements(1);
+        static_cast<void>(nodeId.copyTo(&paths[i].StartingNode));
+        static_cast<void>(UaNodeId(OpcUaId_HasProperty).copyTo(&elements[0].ReferenceTypeId));
+        static_cast<void>(UaQualifiedName(UaString(names[i].c_str()), 0).copyTo(&elements[0].TargetName));
+        elements.detach(&paths[i].RelativePath.NoOfElements, &paths[i].RelativePath.Elements);
+    }
+    return paths;
 }
 } // namespace
 
@@ -111,13 +124,67 @@ void QlumReadJob::readAttributes(QlumSessionServices& session)
         return;
     }
     m_log.info(tr("Read attributes of node '%1' succeeded [ret = %2].").arg(node, result));
-    prepareType(session, resultFor(OpcUa_Attributes_Value, attributeIds, values),
-                resultFor(OpcUa_Attributes_DataType, attributeIds, values));
+    prepareType(session, qlumResultOf(OpcUa_Attributes_Value, attributeIds, values),
+                qlumResultOf(OpcUa_Attributes_DataType, attributeIds, values));
     if (isCancelled())
         return;
     const int count = static_cast<int>(values.length());
     emit newData(m_serverId, m_nodeId, *m_nodeClass, count, attributeIds, values.detach());
+    if (!isCancelled())
+        readDetails(session);
 }
+
+// ---- what only some nodes have
+
+void QlumReadJob::readDetails(QlumSessionServices& session)
+{
+    UaClientSdk::ServiceSettings settings = serviceSettings();
+    const QList<int> attributeIds = qlumFurtherAttributesOf(*m_nodeClass);
+    UaDataValues values;
+    QlumAttributeDetails details;
+    const UaStatus status = session.read(settings, 0, OpcUa_TimestampsToReturn_Neither,
+                                         nodesToRead(m_nodeId, attributeIds), values);
+    for (OpcUa_UInt32 i = 0; status.isGood() && i < values.length(); ++i)
+        if (values[i].StatusCode != OpcUa_BadAttributeIdInvalid)
+            details.attributes.emplace_back(attributeIds.at(static_cast<int>(i)), UaDataValue(values[i]));
+    if (*m_nodeClass == OpcUa_NodeClass_Variable && !isCancelled())
+        readProperties(session, details);
+    if (!isCancelled())
+        emit detailsRead(m_serverId, m_nodeId, details);
+}
+
+void QlumReadJob::readProperties(QlumSessionServices& session, QlumAttributeDetails& details) const
+{
+    UaClientSdk::ServiceSettings settings = serviceSettings();
+    UaBrowsePathResults targets;
+    const UaBrowsePaths paths = pathsToProperties(m_nodeId);
+    if (!session.translateBrowsePathsToNodeIds(settings, paths, targets).isGood() ||
+        targets.length() != paths.length())
+        return;
+    std::vector<std::string> names;
+    std::vector<UaNodeId> ids;
+    for (OpcUa_UInt32 i = 0; i < targets.length(); ++i) {
+        if (!OpcUa_IsGood(targets[i].StatusCode) || targets[i].NoOfTargets < 1)
+            continue;
+        names.push_back(qlumDescribingProperties()[i]);
+        ids.emplace_back(targets[i].Targets[0].TargetId.NodeId);
+    }
+    if (ids.empty() || isCancelled())
+        return;
+    UaReadValueIds nodes(static_cast<OpcUa_UInt32>(ids.size()));
+    for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
+        static_cast<void>(ids[i].copyTo(&nodes[i].NodeId));
+        nodes[i].AttributeId = OpcUa_Attributes_Value;
+    }
+    UaDataValues values;
+    if (!session.read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values).isGood())
+        return;
+    for (OpcUa_UInt32 i = 0; i < values.length() && i < nodes.length(); ++i)
+        if (!OpcUa_IsBad(values[i].StatusCode))
+            details.properties.emplace(names[i], UaVariant(values[i].Value));
+}
+
+// ---- types
 
 // What has to be read from the server for the types is read here, where nobody waits for the window.
 void QlumReadJob::prepareType(QlumSessionServices& session, const UaVariant& value,

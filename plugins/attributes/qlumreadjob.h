@@ -3,6 +3,7 @@
 #include <app/api/qlumlog.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumsessionservices.h>
+#include <plugins/attributes/qlumattributedetails.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 
@@ -12,7 +13,8 @@
 
 #include <optional>
 
-/// Reads all attributes of a node on a pool thread. What fails is logged, and no signal sent.
+/// Reads all attributes of a node on a pool thread, and then what the server has besides. What fails is
+/// logged.
 class QlumReadJob : public QObject, public QlumJob
 {
     Q_OBJECT
@@ -31,6 +33,9 @@ signals:
     void newData(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass, int count,
                  const QList<int>& attributeIds, OpcUa_DataValue* results);
 
+    /// Sent after newData when the server has more to say.
+    void detailsRead(unsigned int serverId, const UaNodeId& nodeId, const QlumAttributeDetails& details);
+
     /// Nothing could be read, for that reason; not sent once the job is cancelled.
     void failed(unsigned int serverId, const UaNodeId& nodeId, const QString& why);
 
@@ -38,6 +43,8 @@ private:
     void tellFailure(const QString& why);
     bool readNodeClass(QlumSessionServices& session);
     void readAttributes(QlumSessionServices& session);
+    void readDetails(QlumSessionServices& session);
+    void readProperties(QlumSessionServices& session, QlumAttributeDetails& details) const;
     void prepareType(QlumSessionServices& session, const UaVariant& value, const UaVariant& dataType) const;
     void prepareEncodings(QlumSessionServices& session, const UaVariant& value) const;
 

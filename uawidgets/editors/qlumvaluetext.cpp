@@ -189,6 +189,12 @@ bool qlumIsTextEditable(OpcUa_BuiltInType type)
     return type >= OpcUaType_Boolean && type <= OpcUaType_LocalizedText;
 }
 
+bool qlumHasLineBreaks(const UaVariant& value)
+{
+    const QString text = qlumEditText(value);
+    return text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r'));
+}
+
 QString qlumEditText(const UaVariant& value)
 {
     switch (value.type()) {

@@ -7,6 +7,8 @@
 
 /// Whether values of the type can be edited as one line of text.
 [[nodiscard]] bool qlumIsTextEditable(OpcUa_BuiltInType type);
+/// Whether the value's text has line breaks, which one line of text would lose.
+[[nodiscard]] bool qlumHasLineBreaks(const UaVariant& value);
 /// The text of a scalar; reading it back gives the same value. Floating point numbers have as many digits as
 /// that needs.
 [[nodiscard]] QString qlumEditText(const UaVariant& value);

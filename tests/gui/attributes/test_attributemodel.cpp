@@ -31,6 +31,7 @@
 #include <QTime>
 
 #include <limits>
+#include <span>
 #include <string>
 
 namespace {
@@ -149,7 +150,7 @@ TEST_F(AttributeModel, ValueWithItsTimes)
                                 "  StatusCode | UncertainInitialValue (0x40920000)\n"
                                 "  SourceTimestamp | " +
                                     time.toStdString() +
-                                    "\n"
+                                    " UTC (2026-11-21T10:15:30.123Z)\n"
                                     "  SourcePicoseconds | 7\n"
                                     "  ServerTimestamp\n"
                                     "  ServerPicoseconds | 0\n");
@@ -180,7 +181,11 @@ TEST_F(AttributeModel, ScalarsOfEveryType)
         {UaVariant(UaGuid::fromString("72962b91-fa75-4ae6-8d28-b404dc7daf63")),
          "72962b91-fa75-4ae6-8d28-b404dc7daf63"},
         {UaVariant(UaByteString(2, bytes)), "len=2, 0x0aff"},
-        {UaVariant(UaByteString()), "len=0, 0x"},
+        {UaVariant(UaByteString()), "len=0, 0x (null)"},
+        {UaVariant(UaByteString(std::span<const OpcUa_Byte>())), "len=0, 0x (empty)"},
+        {UaVariant(UaString()), "(null)"},
+        {UaVariant(""), "(empty)"},
+        {UaVariant(UaDateTime()), "1601-01-01T00:00:00.000Z (null)"},
         {xml, "<a>"},
         {UaVariant(UaStatusCode(OpcUa_BadTimeout)), "BadTimeout (0x800A0000)"},
         {UaVariant(UaLocalizedText()), "\"\", \"\""},
@@ -192,7 +197,17 @@ TEST_F(AttributeModel, ScalarsOfEveryType)
     UaVariant diagnostic;
     diagnostic.setDiagnosticInfo(UaDiagnosticInfo());
     showValue(diagnostic);
-    EXPECT_EQ(valueText(), "not yet implemented\n");
+    EXPECT_EQ(valueText(), "Null\n");
+    OpcUa_DiagnosticInfo info;
+    OpcUa_DiagnosticInfo_Initialize(&info);
+    info.SymbolicId = 3;
+    EXPECT_TRUE(OpcUa_IsGood(UaString("pump 2").copyTo(&info.AdditionalInfo)));
+    info.InnerStatusCode = OpcUa_BadTimeout;
+    diagnostic.setDiagnosticInfo(UaDiagnosticInfo(info));
+    OpcUa_DiagnosticInfo_Clear(&info);
+    showValue(diagnostic);
+    EXPECT_EQ(valueText(), "pump 2\nSymbolicId | 3\nAdditionalInfo | pump 2\n"
+                           "InnerStatusCode | BadTimeout (0x800A0000)\n");
     showValue(UaVariant(UaExpandedNodeId(UaNodeId(4), UaString("urn:x"), 1)));
     EXPECT_EQ(valueText(), "svr=1;nsu=urn:x;i=4\n"
                            "NodeId | i=4\n"
@@ -303,7 +318,7 @@ TEST_F(AttributeModel, OptionalFieldsAndUnions)
     UaExtensionObject object;
     ASSERT_TRUE(fields.encode(object).isGood());
     showValue(UaVariant(object));
-    EXPECT_EQ(valueText(), "Opt\nmust | 0\nmay\ncolor | Red (1)\n");
+    EXPECT_EQ(valueText(), "Opt\nmust | 0\nmay | (absent)\ncolor | Red (1)\n");
     EXPECT_LT(below(valueRow(), 1).data(Qt::ForegroundRole).value<QColor>().alpha(), 200);
 
     UaStructureDefinition either(UaString("Either"), UaNodeId(4, 2), UaNodeId(5, 2));

@@ -3,7 +3,7 @@
 #include <app/api/qlumtoolservices.h>
 #include <plugins/attributes/qlumattributeplugin.h>
 #include <plugins/attributes/qlumattributeview.h>
-#include <tests/gui/attributes/attributefixture.h>
+#include <tests/gui/attributes/attributepluginfixture.h>
 #include <tests/support/dialogdriver.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uastructuredefinition.h>
@@ -44,63 +44,6 @@
 #include <utility>
 
 namespace {
-// Answers a read when it may go on, and takes its time even then.
-class SlowServices : public ScriptedServices
-{
-public:
-    UaStatus read(UaClientSdk::ServiceSettings& settings, double maxAge, OpcUa_TimestampsToReturn timestamps,
-                  const UaReadValueIds& nodes, UaDataValues& values) override
-    {
-        entered = true;
-        while (!mayGoOn)
-            std::this_thread::yield();
-        for (int i = 0; i < 10000; ++i)
-            std::this_thread::yield();
-        const UaStatus status = ScriptedServices::read(settings, maxAge, timestamps, nodes, values);
-        left = true;
-        return status;
-    }
-
-    std::atomic<bool> entered{false};
-    std::atomic<bool> mayGoOn{false};
-    std::atomic<bool> left{false};
-};
-
-class AttributePlugin : public testing::Test
-{
-protected:
-    AttributePlugin() : plugin([this](unsigned int) { return services; })
-    {
-        plugin.init(&application);
-        for (OpcUa_UInt32 id : {1u, 2u})
-            addVariable(node(id), "value " + std::to_string(id));
-    }
-    ~AttributePlugin() override { plugin.shutdown(); }
-
-    static UaNodeId node(OpcUa_UInt32 id) { return UaNodeId(id, 2); }
-    void addVariable(const UaNodeId& id, const std::string& value)
-    {
-        services->attributes[{id, OpcUa_Attributes_NodeId}] = UaVariant(id);
-        services->attributes[{id, OpcUa_Attributes_NodeClass}] = UaVariant(OpcUa_Int32{2});
-        services->attributes[{id, OpcUa_Attributes_Value}] = UaVariant(value.c_str());
-    }
-    void select(OpcUa_UInt32 id)
-    {
-        UaNodeId nodeId = node(id);
-        plugin.selectionChanged(5, &nodeId, OpcUa_NodeClass_Variable, nullptr);
-    }
-    bool waitFor(OpcUa_UInt32 id)
-    {
-        return QTest::qWaitFor([this, id] { return plugin.model()->nodeId() == node(id); });
-    }
-    QAction* action(const char* name) { return plugin.findChild<QAction*>(name); }
-    QlumAttributeView* view() { return plugin.dock()->findChild<QlumAttributeView*>("attributeView"); }
-
-    AttributeApplication application;
-    std::shared_ptr<ScriptedServices> services = std::make_shared<ScriptedServices>();
-    QlumAttributePlugin plugin;
-};
-
 TEST_F(AttributePlugin, ShowsTheSelectedNodeWhileOn)
 {
     EXPECT_EQ(plugin.name(), "UA Attribute Plugin");
@@ -136,23 +79,6 @@ TEST_F(AttributePlugin, TypesAreNamedWithoutHoldingUpTheWindow)
     select(1);
     ASSERT_TRUE(waitFor(1));
     EXPECT_EQ(services->journal.last(), "read i=11") << "another server may answer now";
-}
-
-TEST_F(AttributePlugin, FailedReadsLeaveWhatIsShown)
-{
-    select(1);
-    ASSERT_TRUE(waitFor(1));
-    services->callStatus = OpcUa_BadTimeout;
-    select(2);
-    ASSERT_TRUE(QTest::qWaitFor([this] {
-        return application.texts().contains("Read attributes of node 'ns=2;i=2' failed [ret = BadTimeout].");
-    }));
-    QCoreApplication::processEvents();
-    EXPECT_EQ(plugin.model()->nodeId(), node(1));
-    const auto kept = std::move(services);
-    select(2);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return application.texts().contains("Session not valid."); }));
-    services = kept;
 }
 
 TEST_F(AttributePlugin, FailedReadsAreToldInTheViewUntilOneSucceeds)

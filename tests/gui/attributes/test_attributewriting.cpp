@@ -66,8 +66,9 @@ TEST_F(AttributeWriting, FailuresAreToldAndNothingIsWrittenWithoutASession)
     EXPECT_EQ(application.texts().last(), "Write failed [ret = BadConnectionClosed].");
     EXPECT_FALSE(writeText(valueRow(), "two"));
     ASSERT_EQ(failed.count(), 3);
-    EXPECT_EQ(failed.at(0).at(0).toString(), "BadUserAccessDenied");
-    EXPECT_EQ(failed.at(1).at(0).toString(), "BadConnectionClosed");
+    EXPECT_EQ(failed.at(0).at(0).toString(),
+              "BadUserAccessDenied: the user who is logged in may not write it");
+    EXPECT_EQ(failed.at(1).at(0).toString(), "BadConnectionClosed: the connection was closed");
     EXPECT_EQ(failed.at(2).at(0).toString(), "Could not convert value to variant type Double");
     services->callStatus = 0;
     services->writeResult = 0;

@@ -17,14 +17,18 @@
 #include <uawidgets/editors/qlumvaluetext.h>
 
 #include <QComboBox>
+#include <QDate>
+#include <QDateTime>
 #include <QDateTimeEdit>
 #include <QLineEdit>
+#include <QTime>
 #include <QWidget>
 #include <gtest/gtest.h>
 
 #include <initializer_list>
 #include <limits>
 #include <span>
+#include <utility>
 
 namespace {
 UaByteString bytes(std::initializer_list<OpcUa_Byte> list)
@@ -138,6 +142,53 @@ TEST(ValueEditor, ChoosesByTypeAndTellsOnlyChanges)
     time->setDateTime(time->dateTime().addMSecs(1));
     ASSERT_TRUE(qlumValueFromEditor(time, result));
     EXPECT_EQ(result, UaVariant(UaDateTime::fromString("2026-11-21T10:15:30.124Z")));
+}
+
+TEST(ValueEditor, ATimeThatIsNotSetIsNotReplacedByThePresentOne)
+{
+    QWidget window;
+    UaVariant result;
+    auto* time = qobject_cast<QDateTimeEdit*>(qlumCreateValueEditor(UaVariant(UaDateTime()), {}, &window));
+    ASSERT_NE(time, nullptr);
+    EXPECT_FALSE(qlumValueFromEditor(time, result)) << "opened and left";
+    time->setDateTime(QDateTime(QDate(2024, 1, 31), QTime(12, 34, 56, 789), Qt::UTC));
+    ASSERT_TRUE(qlumValueFromEditor(time, result));
+    EXPECT_EQ(result, UaVariant(UaDateTime::fromString("2024-01-31T12:34:56.789Z")));
+}
+
+TEST(ValueEditor, ATimeIsEditedInTheFormInWhichItIsShown)
+{
+    QWidget window;
+    const UaVariant value(UaDateTime::fromString("2024-01-31T12:34:56.789Z"));
+    auto* time = qobject_cast<QDateTimeEdit*>(qlumCreateValueEditor(value, {}, &window));
+    ASSERT_NE(time, nullptr);
+    EXPECT_EQ(time->text(), "2024-01-31T12:34:56.789Z");
+}
+
+TEST(ValueEditor, AValueStillToBeGivenIsNoneUntilTheUserEntersOne)
+{
+    QWidget window;
+    UaVariant result;
+    UaEnumDefinition colors(UaString("Colors"), UaNodeId(3000, 2));
+    colors.addValue(1, UaString("Red"));
+    for (const auto& [type, definition] :
+         {std::pair{OpcUaType_Boolean, UaEnumDefinition()}, std::pair{OpcUaType_Int32, colors},
+          std::pair{OpcUaType_Double, UaEnumDefinition()},
+          std::pair{OpcUaType_DateTime, UaEnumDefinition()}}) {
+        const QWidget* editor = qlumCreateValueEditor(type, definition, &window);
+        ASSERT_NE(editor, nullptr) << type;
+        EXPECT_FALSE(qlumValueFromEditor(editor, result)) << type;
+        EXPECT_EQ(qlumEditorFault(editor), "") << type;
+    }
+    auto* number = qobject_cast<QLineEdit*>(qlumCreateValueEditor(OpcUaType_Int16, {}, &window));
+    ASSERT_NE(number, nullptr);
+    number->setText("40000");
+    EXPECT_EQ(qlumEditorFault(number), "'40000' is no Int16. It takes: -32768 to 32767");
+    number->setText("4");
+    EXPECT_EQ(qlumEditorFault(number), "");
+    ASSERT_TRUE(qlumValueFromEditor(number, result));
+    EXPECT_EQ(result, UaVariant(OpcUa_Int16{4}));
+    EXPECT_EQ(qlumCreateValueEditor(OpcUaType_Null, {}, &window), nullptr);
 }
 
 TEST(ValueEditor, NoneWhereALineWouldLoseSomething)

@@ -1,0 +1,170 @@
+#include <plugins/attributes/qlumattributedetails.h>
+
+#include <app/api/qlumtext.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uaarray.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uastring.h>
+#include <uawidgets/editors/qlumvaluetext.h>
+
+#include <QCoreApplication>
+#include <QStringList>
+
+namespace {
+constexpr OpcUa_UInt32 maximumTexts = 100; // of an enumeration, in one row
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("QlumAttributeDetails", text);
+}
+
+// The fields of a structure that everybody knows; null when the value is another one.
+UaGenericStructureValue fieldsOf(const UaVariant& value, const char* structure)
+{
+    const UaExtensionObject object = value.toExtensionObject();
+    const UaStructureDefinition definition = qlumStructureDefinition(object, {}, nullptr);
+    UaGenericStructureValue fields;
+    if (value.type() != OpcUaType_ExtensionObject || definition.name() != UaString(structure) ||
+        fields.decode(object, definition).isBad())
+        return {};
+    return fields;
+}
+
+QString localized(const UaVariant& value)
+{
+    return value.type() == OpcUaType_LocalizedText ? toQString(value.toLocalizedText().text()) : QString();
+}
+
+UaVariant find(const std::map<std::string, UaVariant>& properties, const char* name)
+{
+    const auto found = properties.find(name);
+    return found == properties.end() ? UaVariant() : found->second;
+}
+
+QString unitText(const UaVariant& unit)
+{
+    const UaGenericStructureValue fields = fieldsOf(unit, "EUInformation");
+    if (fields.isNull())
+        return {};
+    const QString name = localized(fields.value(UaString("DisplayName")));
+    const QString description = localized(fields.value(UaString("Description")));
+    return description.isEmpty() || description == name ? name
+                                                        : QStringLiteral("%1 (%2)").arg(name, description);
+}
+
+QString rangeText(const UaVariant& range)
+{
+    const UaGenericStructureValue fields = fieldsOf(range, "Range");
+    return fields.isNull() ? QString()
+                           : tr("%1 to %2")
+                                 .arg(qlumEditText(fields.value(UaString("Low"))),
+                                      qlumEditText(fields.value(UaString("High"))));
+}
+
+// A number and what it is called.
+struct NamedNumber
+{
+    OpcUa_Int64 number;
+    QString text;
+};
+
+std::vector<NamedNumber> namedNumbers(const std::map<std::string, UaVariant>& properties)
+{
+    std::vector<NamedNumber> named;
+    const UaVariant strings = find(properties, "EnumStrings");
+    for (OpcUa_UInt32 i = 0; !strings.isScalar() && i < strings.elementCount() && i < maximumTexts; ++i)
+        named.push_back({i, localized(strings.at(i))});
+    const UaVariant values = find(properties, "EnumValues");
+    for (OpcUa_UInt32 i = 0; !values.isScalar() && i < values.elementCount() && i < maximumTexts; ++i)
+        if (const UaGenericStructureValue fields = fieldsOf(values.at(i), "EnumValueType"); !fields.isNull())
+            named.push_back({fields.value(UaString("Value")).toInt64(),
+                             localized(fields.value(UaString("DisplayName")))});
+    return named;
+}
+
+bool isWholeNumber(const UaVariant& value)
+{
+    return value.isScalar() && value.type() >= OpcUaType_SByte && value.type() <= OpcUaType_UInt64;
+}
+
+void addTexts(QList<QlumDetail>& details, const UaVariant& value,
+              const std::map<std::string, UaVariant>& properties)
+{
+    QStringList all;
+    QString present;
+    for (const NamedNumber& named : namedNumbers(properties)) {
+        all.append(QStringLiteral("%1 = %2").arg(QString::number(named.number), named.text));
+        if (isWholeNumber(value) && value.toInt64() == named.number)
+            present = named.text;
+    }
+    for (const bool state : {false, true}) {
+        const QString text = localized(find(properties, state ? "TrueState" : "FalseState"));
+        if (text.isEmpty())
+            continue;
+        all.append(
+            QStringLiteral("%1 = %2").arg(state ? QStringLiteral("true") : QStringLiteral("false"), text));
+        if (value.type() == OpcUaType_Boolean && value.isScalar() && value.toBool() == state)
+            present = text;
+    }
+    if (!present.isEmpty())
+        details.append({tr("Meaning"), present});
+    if (!all.isEmpty())
+        details.append({tr("Texts"), all.join(QLatin1String(", "))});
+}
+
+// What the elements are called; structures by their names.
+QString elementName(const UaVariant& value, const QlumTypeHint& hint, UaDataTypeDictionary* dictionary)
+{
+    const bool hasElement = value.isScalar() || value.elementCount() > 0;
+    if (value.type() == OpcUaType_ExtensionObject && hasElement) {
+        const UaVariant element = value.isScalar() ? value : value.at(0);
+        const UaStructureDefinition definition =
+            qlumStructureDefinition(element.toExtensionObject(), hint, dictionary);
+        if (!definition.isNull())
+            return toQString(definition.name());
+    }
+    return qlumBuiltinTypeName(value.type());
+}
+} // namespace
+
+const std::vector<std::string>& qlumDescribingProperties()
+{
+    static const std::vector<std::string> names{"EngineeringUnits", "EURange",    "InstrumentRange",
+                                                "EnumStrings",      "EnumValues", "FalseState",
+                                                "TrueState"};
+    return names;
+}
+
+QString qlumTypeText(const UaVariant& value, const QlumTypeHint& hint, UaDataTypeDictionary* dictionary)
+{
+    if (value.isNull())
+        return {};
+    const QString name = elementName(value, hint, dictionary);
+    if (value.isScalar())
+        return name;
+    if (!value.isMatrix())
+        return tr("%1 Array[%2]").arg(name, QString::number(value.elementCount()));
+    QString shape;
+    for (const OpcUa_Int32 length : value.dimensions())
+        shape += QStringLiteral("[%1]").arg(length);
+    return tr("%1 Matrix %2").arg(name, shape);
+}
+
+QList<QlumDetail> qlumValueDetails(const QlumTypedValue& value,
+                                   const std::map<std::string, UaVariant>& properties,
+                                   UaDataTypeDictionary* dictionary)
+{
+    QList<QlumDetail> details;
+    const auto add = [&details](const QString& name, const QString& text) {
+        if (!text.isEmpty())
+            details.append({name, text});
+    };
+    add(tr("Type"), qlumTypeText(value.value, value.hint, dictionary));
+    add(tr("Unit"), unitText(find(properties, "EngineeringUnits")));
+    add(tr("Range"), rangeText(find(properties, "EURange")));
+    add(tr("Instrument Range"), rangeText(find(properties, "InstrumentRange")));
+    addTexts(details, value.value, properties);
+    return details;
+}
