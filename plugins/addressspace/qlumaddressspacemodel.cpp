@@ -22,8 +22,10 @@
 #include <QVariant>
 #include <QWidget>
 
+#include <iterator>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace {
 constexpr OpcUa_UInt32 rootFolder = 84;
@@ -41,12 +43,9 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* 
                                                     OpcUa_NodeClass_Object)),
       m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
 {
-    setRoot(m_root.get(), Root::Shown);
-    m_timer->setSingleShot(true);
-    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
     if (m_highlightCombo)
         connectHighlighting();
-    browseNode(m_root.get());
+    start();
 }
 
 QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNodeId* startNode,
@@ -57,9 +56,18 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNod
                                                     UaNodeId(), OpcUa_NodeClass_Unspecified)),
       m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
 {
+    start();
+}
+
+void QlumAddressSpaceModel::start()
+{
     setRoot(m_root.get(), Root::Shown);
     m_timer->setSingleShot(true);
-    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
+    connect(
+        m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
+    connect(m_server, &QlumServerNode::serverNodeChanged, this,
+            [this](QlumProjectNode*, QWidget*, QlumConnectionStatus, unsigned int,
+                   const NamespaceMap& namespaces) { followNamespaces(namespaces); });
     browseNode(m_root.get());
 }
 
@@ -267,4 +275,46 @@ void QlumAddressSpaceModel::emitNamespaceChanged(QlumAddressSpaceNode* node, int
     for (int row = 0; row < node->childCount(); ++row)
         if (node->child(row)->hasChildren())
             emitNamespaceChanged(node->child(row), oldNamespace, newNamespace);
+}
+
+// ---- a server that has moved its namespaces
+
+// What is known of the server stays; only the numbers of its namespaces are others, and one of the old
+// numbers may now mean somebody else's node.
+void QlumAddressSpaceModel::followNamespaces(const NamespaceMap& namespaces)
+{
+    qlumAssertGuiThread();
+    if (namespaces.isEmpty())
+        return;
+    m_root->translateIds(namespaces);
+    if (m_root->nodeId().isNull())
+        removeChildren(m_root.get());
+    else
+        tellChanged(*m_root);
+    followNamespaces(m_root.get(), namespaces);
+    if (m_observer.idsChanged)
+        m_observer.idsChanged();
+}
+
+void QlumAddressSpaceModel::followNamespaces(QlumAddressSpaceNode* node, const NamespaceMap& namespaces)
+{
+    // all ids before any row goes: views choose a neighbour and ask it who it is
+    const std::vector<int> lost = node->translateChildren(namespaces);
+    for (auto last = lost.rbegin(); last != lost.rend();) {
+        auto first = last;
+        while (std::next(first) != lost.rend() && *std::next(first) == *first - 1)
+            ++first;
+        for (int row = *first; row <= *last; ++row)
+            dropTasks(node->child(row));
+        removeNodes(*node, *first, *last - *first + 1);
+        last = std::next(first);
+    }
+    if (!node->hasChildren()) {
+        if (!lost.empty())
+            node->setBrowsed(false); // something else may be there
+        return;
+    }
+    emit dataChanged(indexOf(node->child(0)), indexOf(node->child(node->childCount() - 1)));
+    for (int row = 0; row < node->childCount(); ++row)
+        followNamespaces(node->child(row), namespaces);
 }

@@ -25,6 +25,7 @@
 
 #include <list>
 #include <memory>
+#include <utility>
 #include <vector>
 
 class QComboBox;
@@ -65,6 +66,7 @@ public:
                   UaNodeId& parentId) const override;
     /// Browses upward from a node that is not in the tree, then downward; each takes its calls.
     QModelIndex reveal(const UaNodeId& nodeId) override;
+    void setObserver(Observer observer) override { m_observer = std::move(observer); }
 
     /// Browses again and adds what is new; for an invalid index the root.
     void browseNodeIndex(const QModelIndex& index);
@@ -92,6 +94,7 @@ private:
         std::vector<UaNodeId> below;           ///< from one to the next
     };
 
+    void start();
     void connectHighlighting();
 
     void browseNode(QlumAddressSpaceNode* node);
@@ -114,6 +117,8 @@ private:
     [[nodiscard]] QlumAddressSpaceNode* childOf(QlumAddressSpaceNode* node, const UaNodeId& id,
                                                 const QDeadlineTimer& deadline);
 
+    void followNamespaces(const NamespaceMap& namespaces);
+    void followNamespaces(QlumAddressSpaceNode* node, const NamespaceMap& namespaces);
     void fillHighlightCombo(const QStringList& namespaces);
     void emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace, int newNamespace);
     [[nodiscard]] QVariant decoration(const QlumAddressSpaceNode& node) const;
@@ -127,4 +132,5 @@ private:
     int m_highlightedNamespace = -1;
     std::list<Task> m_tasks;
     QTimer* m_timer; ///< runs the next slice of the tasks
+    Observer m_observer;
 };

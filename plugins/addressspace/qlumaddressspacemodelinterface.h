@@ -1,6 +1,8 @@
 #pragma once
 #include <opcua/opcua_types.h>
 
+#include <functional>
+
 class QAbstractItemModel;
 class QModelIndex;
 class UaNodeId;
@@ -10,6 +12,13 @@ class QlumAddressSpaceModelInterface
 {
 public:
     virtual ~QlumAddressSpaceModelInterface() = default;
+
+    /// What a page wants to hear of; each may be empty.
+    struct Observer
+    {
+        /// Nodes have other ids now, or are gone, since the server numbers its namespaces in another way.
+        std::function<void()> idsChanged;
+    };
 
     /// The model itself.
     virtual QAbstractItemModel* itemModel() = 0;
@@ -23,4 +32,6 @@ public:
     /// The index of a node, which is looked for on the server when the tree does not hold it yet; invalid
     /// when no way leads to it or the time of a browse does not suffice.
     virtual QModelIndex reveal(const UaNodeId& nodeId) = 0;
+    /// From now on the observer hears of what happens.
+    virtual void setObserver(Observer) {}
 };

@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumconnectionstatus.h>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/models/qlumtreenode.h>
@@ -8,6 +9,7 @@
 
 #include <memory>
 #include <unordered_set>
+#include <vector>
 
 /// One node of the address space tree; owns its children.
 class QlumAddressSpaceNode : public QlumTreeNode<QlumAddressSpaceNode>
@@ -33,7 +35,7 @@ public:
     /// Children were fetched, or never will be.
     [[nodiscard]] bool isBrowsed() const { return m_browsed; }
     void setBrowsed(bool browsed) { m_browsed = browsed; }
-    [[nodiscard]] bool hasChildren() const { return m_hasChildren; }
+    [[nodiscard]] bool hasChildren() const { return childCount() > 0; }
 
     /// Null when the node has no such child.
     [[nodiscard]] QlumAddressSpaceNode* findChild(const UaNodeId& nodeId) const;
@@ -42,6 +44,10 @@ public:
     void reserveChildren(int count);
     /// Deletes them and makes the node unbrowsed.
     void clearChildren();
+    /// Gives the node's own ids other namespace indexes; ids whose namespace is not in the map become null.
+    void translateIds(const NamespaceMap& namespaces);
+    /// The same for all children; answers the rows of those that are lost by it, in ascending order.
+    std::vector<int> translateChildren(const NamespaceMap& namespaces);
 
     /// Hash and equality of nodes by their node id, so that sets find them without keeping the id twice.
     struct ById
@@ -75,6 +81,5 @@ private:
     OpcUa_UInt32 m_nodeClass;
     OpcUa_UInt32 m_childNodeClassMask = 0;
     bool m_browsed : 1 = false;
-    bool m_hasChildren : 1 = false;
     std::unique_ptr<ChildMap> m_childMap; ///< most nodes are leaves
 };

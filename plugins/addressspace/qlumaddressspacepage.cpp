@@ -14,6 +14,7 @@
 #include <QLayout>
 #include <QModelIndex>
 #include <QModelIndexList>
+#include <QShowEvent>
 #include <QString>
 #include <QToolButton>
 #include <QTreeView>
@@ -39,6 +40,7 @@ QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
     m_tree->setModel(m_model->itemModel());
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &QlumAddressSpacePage::sltCurrentChanged);
+    m_model->setObserver({[this] { followIds(); }});
     connect(m_tree, &QTreeView::expanded, this, &QlumAddressSpacePage::sltExpanded);
     connect(m_tree, &QTreeView::collapsed, this, [this] { m_tree->resizeColumnToContents(0); });
     m_tree->expand(m_model->itemModel()->index(0, 0));
@@ -136,7 +138,30 @@ void QlumAddressSpacePage::sltCurrentChanged(const QModelIndex& current)
     OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified;
     if (!m_model->nodeInfo(current, nodeId, nodeClass, parentId))
         return;
+    m_announced = nodeId;
     emit nodeSelected(m_serverId, &nodeId, nodeClass, parentId.isNull() ? nullptr : &parentId);
+}
+
+void QlumAddressSpacePage::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    followIds();
+}
+
+// Tools show the selected node by its old id until they hear the new one. Those of a page that is not in
+// front show a node of another.
+void QlumAddressSpacePage::followIds()
+{
+    if (m_announced.isNull() || !isVisibleTo(parentWidget()))
+        return;
+    const QModelIndex current = m_tree->currentIndex();
+    UaNodeId nodeId;
+    UaNodeId parentId;
+    OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified;
+    if (!current.isValid()) // it is gone with all that was near it
+        m_tree->setCurrentIndex(m_tree->model()->index(0, 0));
+    else if (m_model->nodeInfo(current, nodeId, nodeClass, parentId) && nodeId != m_announced)
+        sltCurrentChanged(current);
 }
 
 void QlumAddressSpacePage::sltExpanded(const QModelIndex& index)

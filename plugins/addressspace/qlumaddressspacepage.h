@@ -8,6 +8,7 @@
 #include <QModelIndex>
 #include <QObject>
 #include <QPointer>
+#include <QShowEvent>
 #include <QWidget>
 
 #include <functional>
@@ -42,14 +43,20 @@ signals:
     /// parentId is null for the root.
     void nodeSelected(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass, UaNodeId* parentId);
 
+protected:
+    /// Tells what changed while another server's page was in front.
+    void showEvent(QShowEvent* event) override;
+
 private:
     QLayout* makeBar(QAction* rebrowse);
     void setupTree();
     void sltCurrentChanged(const QModelIndex& current);
+    void followIds();
     void sltExpanded(const QModelIndex& index);
 
     unsigned int m_serverId;
     QTreeView* m_tree;
     QComboBox* m_highlight;
     QlumAddressSpaceModelInterface* m_model = nullptr; ///< child of the tree
+    UaNodeId m_announced;                              ///< by nodeSelected
 };
