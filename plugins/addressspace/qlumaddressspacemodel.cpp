@@ -15,6 +15,7 @@
 #include <QModelIndex>
 #include <QModelIndexList>
 #include <QObject>
+#include <QPersistentModelIndex>
 #include <QSignalBlocker>
 #include <QString>
 #include <QStringList>
@@ -41,7 +42,8 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* 
       m_services(services ? std::move(services) : qlumApplicationServices()(server->serverId())),
       m_root(std::make_unique<QlumAddressSpaceNode>(tr("Root"), UaNodeId(rootFolder), UaNodeId(folderType),
                                                     OpcUa_NodeClass_Object)),
-      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
+      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId),
+      m_caller(m_services, m_serverId), m_timer(new QTimer(this))
 {
     if (m_highlightCombo)
         connectHighlighting();
@@ -54,7 +56,8 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNod
       m_services(services ? std::move(services) : qlumApplicationServices()(server->serverId())),
       m_root(std::make_unique<QlumAddressSpaceNode>(server->typeName(startNode, false), *startNode,
                                                     UaNodeId(), OpcUa_NodeClass_Unspecified)),
-      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
+      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId),
+      m_caller(m_services, m_serverId), m_timer(new QTimer(this))
 {
     start();
 }
@@ -64,7 +67,11 @@ void QlumAddressSpaceModel::start()
     setRoot(m_root.get(), Root::Shown);
     m_timer->setSingleShot(true);
     connect(
-        m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
+        m_timer, &QTimer::timeout, this,
+        [this] {
+            if (!putOff([this] { m_timer->start(0); }))
+                runTasks(nextSlice);
+        });
     connect(m_server, &QlumServerNode::serverNodeChanged, this,
             [this](QlumProjectNode*, QWidget*, QlumConnectionStatus, unsigned int,
                    const NamespaceMap& namespaces) { followNamespaces(namespaces); });
@@ -100,7 +107,7 @@ bool QlumAddressSpaceModel::canFetchMore(const QModelIndex& index) const
 
 void QlumAddressSpaceModel::fetchMore(const QModelIndex& index)
 {
-    if (canFetchMore(index))
+    if (canFetchMore(index) && nodeAt(index) != m_inVain)
         browseNode(nodeAt(index));
 }
 
@@ -173,6 +180,11 @@ void QlumAddressSpaceModel::browseNodeIndex(const QModelIndex& index)
 void QlumAddressSpaceModel::rebrowseNodeIndex(const QModelIndex& index)
 {
     qlumAssertGuiThread();
+    if (putOff([this, kept = QPersistentModelIndex(index), isRoot = !index.isValid()] {
+            if (isRoot || kept.isValid())
+                rebrowseNodeIndex(kept);
+        }))
+        return;
     QlumAddressSpaceNode* node = nodeOrRoot(index);
     removeChildren(node);
     browseNode(node);
@@ -184,6 +196,8 @@ void QlumAddressSpaceModel::serverModelChanged(const UaNodeId& affectedNode, uns
     if ((verb & (referenceAdded | referenceDeleted)) == 0)
         return;
     const UaNodeId id = affectedNode; // might lie in a node that goes
+    if (putOff([this, id, verb] { serverModelChanged(id, verb); }))
+        return;
     if (m_root->nodeId() == id)
         rebrowseNodeIndex(QModelIndex());
     else
@@ -200,6 +214,12 @@ bool QlumAddressSpaceModel::nodeInfo(const QModelIndex& index, UaNodeId& nodeId,
     nodeClass = static_cast<OpcUa_NodeClass>(node->nodeClass());
     parentId = node->parent() ? node->parent()->nodeId() : UaNodeId();
     return true;
+}
+
+void QlumAddressSpaceModel::setObserver(Observer observer)
+{
+    m_observer = std::move(observer);
+    m_caller.setObserver(m_observer.waiting);
 }
 
 // ---- highlighting
@@ -284,7 +304,7 @@ void QlumAddressSpaceModel::emitNamespaceChanged(QlumAddressSpaceNode* node, int
 void QlumAddressSpaceModel::followNamespaces(const NamespaceMap& namespaces)
 {
     qlumAssertGuiThread();
-    if (namespaces.isEmpty())
+    if (namespaces.isEmpty() || putOff([this, namespaces] { followNamespaces(namespaces); }))
         return;
     m_root->translateIds(namespaces);
     if (m_root->nodeId().isNull())

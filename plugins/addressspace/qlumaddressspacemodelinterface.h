@@ -18,6 +18,11 @@ public:
     {
         /// Nodes have other ids now, or are gone, since the server numbers its namespaces in another way.
         std::function<void()> idsChanged;
+        /// The server lets the user wait (true), in an event loop of its own, or no longer. Meanwhile
+        /// neither the model may be deleted nor its view lay out anew.
+        std::function<void(bool waiting)> waiting;
+        /// The user waited for the children of a node in vain: a view must not go on asking for them.
+        std::function<void(const QModelIndex& index)> waitedInVain;
     };
 
     /// The model itself.

@@ -40,7 +40,8 @@ QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
     m_tree->setModel(m_model->itemModel());
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &QlumAddressSpacePage::sltCurrentChanged);
-    m_model->setObserver({[this] { followIds(); }});
+    m_model->setObserver({[this] { followIds(); }, [this](bool waiting) { setWaiting(waiting); },
+                          [this](const QModelIndex& index) { m_tree->collapse(index); }});
     connect(m_tree, &QTreeView::expanded, this, &QlumAddressSpacePage::sltExpanded);
     connect(m_tree, &QTreeView::collapsed, this, [this] { m_tree->resizeColumnToContents(0); });
     m_tree->expand(m_model->itemModel()->index(0, 0));
@@ -89,6 +90,24 @@ void QlumAddressSpacePage::setupTree()
     m_tree->setUniformRowHeights(true);
     m_tree->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_tree->header()->setStretchLastSection(false);
+}
+
+void QlumAddressSpacePage::retire()
+{
+    m_retired = true;
+    if (m_waiting)
+        hide();
+    else
+        delete this;
+}
+
+// The view that is waiting for rows is in the middle of laying them out: it must not do so anew, nor paint.
+void QlumAddressSpacePage::setWaiting(bool waiting)
+{
+    m_waiting = waiting;
+    m_tree->setUpdatesEnabled(!waiting);
+    if (m_retired && !waiting)
+        deleteLater(); // the model has more to do before it can go
 }
 
 void QlumAddressSpacePage::rebrowseCurrent()

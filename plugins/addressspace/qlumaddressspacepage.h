@@ -32,6 +32,8 @@ public:
 
     [[nodiscard]] unsigned int serverId() const { return m_serverId; }
     [[nodiscard]] QTreeView* tree() const { return m_tree; }
+    /// Deletes the page, at once or as soon as nobody waits for an answer that belongs into it.
+    void retire();
     void rebrowseCurrent();
     void serverModelChanged(const UaNodeId& node, unsigned char verb);
     /// Selects a node, whether the tree holds it already or not; false when it cannot be found.
@@ -52,6 +54,7 @@ private:
     void setupTree();
     void sltCurrentChanged(const QModelIndex& current);
     void followIds();
+    void setWaiting(bool waiting);
     void sltExpanded(const QModelIndex& index);
 
     unsigned int m_serverId;
@@ -59,4 +62,6 @@ private:
     QComboBox* m_highlight;
     QlumAddressSpaceModelInterface* m_model = nullptr; ///< child of the tree
     UaNodeId m_announced;                              ///< by nodeSelected
+    bool m_waiting = false;                            ///< for the server, in an event loop of the model
+    bool m_retired = false;
 };
