@@ -7,6 +7,7 @@
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtipwindow.h>
 #include <app/startup/qlumfolders.h>
+#include <app/startup/qlumqtmessages.h>
 #include <app/startup/qlumservices.h>
 #include <app/startup/qlumsettingsfile.h>
 #include <certificates/qlumcertificates.h>
@@ -104,6 +105,7 @@ QString QlumStartup::platformErrorText(int error)
 int QlumStartup::run(int argc, char** argv)
 {
     ignoreBrokenPipes();
+    qlumTraceQtMessages();
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
