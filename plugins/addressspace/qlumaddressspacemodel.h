@@ -13,6 +13,7 @@
 #include <uawidgets/models/qlumtreemodel.h>
 
 #include <QAbstractItemModel>
+#include <QCollator>
 #include <QDeadlineTimer>
 #include <QMimeData>
 #include <QModelIndex>
@@ -69,6 +70,7 @@ public:
                   UaNodeId& parentId) const override;
     /// Browses upward from a node that is not in the tree, then downward; each takes its calls.
     QModelIndex reveal(const UaNodeId& nodeId) override;
+    void setReadingOrder(bool on) override;
     void setObserver(Observer observer) override;
 
     /// Browses again and adds what is new; for an invalid index the root.
@@ -114,7 +116,9 @@ private:
     bool release(Task& task);
     void dropTasks(const QlumAddressSpaceNode* node);
     int addNodes(QlumAddressSpaceNode* parent, UaReferenceDescriptions& references);
+    void sortChildren(QlumAddressSpaceNode* node) const;
     void sortNode(QlumAddressSpaceNode* node);
+    void sortAll(QlumAddressSpaceNode* node);
     void removeChildren(QlumAddressSpaceNode* node);
     void refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id);
 
@@ -136,6 +140,7 @@ private:
     unsigned int m_serverId;
     QlumLog m_log;
     int m_highlightedNamespace = -1;
+    std::unique_ptr<QCollator> m_collator; ///< null for the order of code units
     QlumBrowseCaller m_caller;
     bool m_wasCancelled = false; ///< the last call, by the user
     std::vector<std::function<void()>> m_putOff;

@@ -7,6 +7,7 @@
 #include <uawidgets/qlumwaitcursor.h>
 
 #include <QElapsedTimer>
+#include <QLocale>
 #include <QPersistentModelIndex>
 #include <QTimer>
 
@@ -278,10 +279,42 @@ int QlumAddressSpaceModel::addNodes(QlumAddressSpaceNode* parent, UaReferenceDes
     return count;
 }
 
+void QlumAddressSpaceModel::sortChildren(QlumAddressSpaceNode* node) const
+{
+    if (m_collator)
+        node->sortChildren(*m_collator);
+    else
+        node->sortChildren();
+}
+
 void QlumAddressSpaceModel::sortNode(QlumAddressSpaceNode* node)
 {
     const QlumWaitCursor wait;
-    rearrange([node] { node->sortChildren(); });
+    rearrange([this, node] { sortChildren(node); });
+}
+
+void QlumAddressSpaceModel::setReadingOrder(bool on)
+{
+    qlumAssertGuiThread();
+    if (on == static_cast<bool>(m_collator) || putOff([this, on] { setReadingOrder(on); }))
+        return;
+    m_collator.reset();
+    if (on) {
+        // without a language there is no alphabet either, and digits would stay letters
+        const QLocale locale = QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale();
+        m_collator = std::make_unique<QCollator>(locale);
+        m_collator->setNumericMode(true);
+        m_collator->setCaseSensitivity(Qt::CaseInsensitive);
+    }
+    const QlumWaitCursor wait;
+    rearrange([this] { sortAll(m_root.get()); });
+}
+
+void QlumAddressSpaceModel::sortAll(QlumAddressSpaceNode* node)
+{
+    sortChildren(node);
+    for (int row = 0; row < node->childCount(); ++row)
+        sortAll(node->child(row));
 }
 
 void QlumAddressSpaceModel::removeChildren(QlumAddressSpaceNode* node)

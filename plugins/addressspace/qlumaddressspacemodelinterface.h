@@ -37,6 +37,9 @@ public:
     /// The index of a node, which is looked for on the server when the tree does not hold it yet; invalid
     /// when no way leads to it or the time of a browse does not suffice.
     virtual QModelIndex reveal(const UaNodeId& nodeId) = 0;
+    /// Orders the nodes by their names as people read them: by the language's alphabet, capitals beside small
+    /// letters, digits as numbers; else, as at first, by code units.
+    virtual void setReadingOrder(bool) {}
     /// From now on the observer hears of what happens.
     virtual void setObserver(Observer) {}
 };

@@ -81,6 +81,13 @@ void QlumAddressSpaceNode::sortChildren()
         [](const auto& left, const auto& right) { return left.m_name < right.m_name; });
 }
 
+void QlumAddressSpaceNode::sortChildren(const QCollator& collator)
+{
+    QlumTreeNode::sortChildren([&collator](const auto& left, const auto& right) {
+        return collator.compare(left.m_name, right.m_name) < 0;
+    });
+}
+
 QlumAddressSpaceNode* QlumAddressSpaceNode::findChild(const UaNodeId& nodeId) const
 {
     if (!m_childMap)

@@ -4,6 +4,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/models/qlumtreenode.h>
 
+#include <QCollator>
 #include <QIcon>
 #include <QString>
 
@@ -24,6 +25,8 @@ public:
     [[nodiscard]] virtual int type() const { return 0; }
     /// By name, in the order of UTF-16 code units.
     virtual void sortChildren();
+    /// By name, in the order of the collator.
+    void sortChildren(const QCollator& collator);
 
     [[nodiscard]] const QString& name() const { return m_name; }
     [[nodiscard]] const UaNodeId& nodeId() const { return m_nodeId; }

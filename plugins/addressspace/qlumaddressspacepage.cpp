@@ -1,13 +1,18 @@
 #include <plugins/addressspace/qlumaddressspacepage.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodelinterface.h>
+#include <plugins/addressspace/qlumaddressspacesettings.h>
 #include <uawidgets/qlumnodecommands.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
+#include <QClipboard>
 #include <QComboBox>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -16,11 +21,39 @@
 #include <QModelIndexList>
 #include <QShowEvent>
 #include <QString>
+#include <QStringList>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 #include <utility>
+
+#define TEXT(text) QT_TRANSLATE_NOOP("QlumAddressSpacePage", text)
+
+namespace {
+enum TreeAction { CopyNodeId, CopyName, CopyPath, ReadingOrder };
+
+constexpr QlumActionRow actionRows[] = {
+    {CopyNodeId, "copyNodeId", TEXT("Copy Node &Id"), "", qlumNoKey, "",
+     TEXT("<b>Copy Node Id</b><br>Copies the node ids of the selected nodes.")},
+    {CopyName, "copyName", TEXT("Copy &Name"), "", qlumNoKey, "",
+     TEXT("<b>Copy Name</b><br>Copies the names of the selected nodes.")},
+    {CopyPath, "copyPath", TEXT("Copy &Path"), "", qlumNoKey, "",
+     TEXT("<b>Copy Path</b><br>Copies the names from the root to each of the selected nodes.")},
+    {ReadingOrder, "readingOrder", TEXT("Sort as People &Read"), "", qlumNoKey, "",
+     TEXT("<b>Sort as People Read</b><br>Sorts names by the alphabet, capitals beside small letters and "
+          "digits as numbers, instead of by the codes of their letters.")},
+};
+
+QString pathOf(QModelIndex index)
+{
+    QStringList names;
+    for (; index.isValid(); index = index.parent())
+        names.prepend(index.data().toString());
+    return names.join(QLatin1Char('/'));
+}
+} // namespace
+#undef TEXT
 
 QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
                                            const QlumAddressSpaceModelFactory& factory, QAction* rebrowse,
@@ -45,6 +78,7 @@ QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
     connect(m_tree, &QTreeView::expanded, this, &QlumAddressSpacePage::sltExpanded);
     connect(m_tree, &QTreeView::collapsed, this, [this] { m_tree->resizeColumnToContents(0); });
     m_tree->expand(m_model->itemModel()->index(0, 0));
+    makeActions();
     new QlumNodeCommands(
         m_tree, [this] { return selectedNodes(); }, QlumNodeCommands::Reveal);
 }
@@ -90,6 +124,48 @@ void QlumAddressSpacePage::setupTree()
     m_tree->setUniformRowHeights(true);
     m_tree->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_tree->header()->setStretchLastSection(false);
+}
+
+void QlumAddressSpacePage::makeActions()
+{
+    m_actions = QlumActionTable(actionRows, "QlumAddressSpacePage", m_tree);
+    connect(
+        m_actions[CopyNodeId], &QAction::triggered, this,
+        [this] {
+            copy([this](const QModelIndex& index) {
+                UaNodeId nodeId;
+                UaNodeId parentId;
+                OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified;
+                m_model->nodeInfo(index, nodeId, nodeClass, parentId);
+                return toQString(nodeId.toXmlString());
+            });
+        });
+    connect(
+        m_actions[CopyName], &QAction::triggered, this,
+        [this] { copy([](const QModelIndex& index) { return index.data().toString(); }); });
+    connect(m_actions[CopyPath], &QAction::triggered, this, [this] { copy(pathOf); });
+    m_actions[ReadingOrder]->setCheckable(true);
+    connect(m_actions[ReadingOrder], &QAction::toggled, this, &QlumAddressSpacePage::setReadingOrder);
+    m_actions[ReadingOrder]->setChecked(QlumAddressSpaceSettings::readingOrder.value());
+    m_tree->addActions(m_actions.list({CopyNodeId, CopyName, CopyPath, ReadingOrder}));
+}
+
+// One line for each selected node.
+void QlumAddressSpacePage::copy(const std::function<QString(const QModelIndex&)>& text) const
+{
+    QStringList lines;
+    for (const QModelIndex& index : m_tree->selectionModel()->selectedIndexes())
+        lines.append(text(index));
+    if (!lines.isEmpty())
+        QGuiApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+}
+
+void QlumAddressSpacePage::setReadingOrder(bool on)
+{
+    m_model->setReadingOrder(on);
+    if (auto* application = QlumApplicationInterface::instance();
+        application && QlumAddressSpaceSettings::readingOrder.value() != on)
+        QlumAddressSpaceSettings::readingOrder.store(*application, on);
 }
 
 void QlumAddressSpacePage::retire()
@@ -165,6 +241,8 @@ void QlumAddressSpacePage::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
     followIds();
+    if (m_model) // the switch of another page may have been used
+        m_actions[ReadingOrder]->setChecked(QlumAddressSpaceSettings::readingOrder.value());
 }
 
 // Tools show the selected node by its old id until they hear the new one. Those of a page that is not in

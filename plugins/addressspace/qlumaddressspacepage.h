@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumactiontable.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uanodeid.h>
@@ -9,6 +10,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QShowEvent>
+#include <QString>
 #include <QWidget>
 
 #include <functional>
@@ -52,6 +54,9 @@ protected:
 private:
     QLayout* makeBar(QAction* rebrowse);
     void setupTree();
+    void makeActions();
+    void copy(const std::function<QString(const QModelIndex&)>& text) const;
+    void setReadingOrder(bool on);
     void sltCurrentChanged(const QModelIndex& current);
     void followIds();
     void setWaiting(bool waiting);
@@ -60,6 +65,7 @@ private:
     unsigned int m_serverId;
     QTreeView* m_tree;
     QComboBox* m_highlight;
+    QlumActionTable m_actions;                         ///< of the tree
     QlumAddressSpaceModelInterface* m_model = nullptr; ///< child of the tree
     UaNodeId m_announced;                              ///< by nodeSelected
     bool m_waiting = false;                            ///< for the server, in an event loop of the model
