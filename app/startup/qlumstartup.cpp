@@ -59,10 +59,13 @@ void show(QlumSplashScreen& splash, const QString& text)
     splash.showMessage(text, Qt::AlignLeft, Qt::white);
 }
 
-void showTip()
+void showTip(QlumSplashScreen& splash, const QWidget& window)
 {
     QlumTipWindow tips;
-    if (tips.showAtStart() && tips.fileRead())
+    if (!tips.showAtStart() || !tips.fileRead())
+        return;
+    splash.waitUntilGone(); // it stays on top
+    if (window.isVisible())
         tips.exec();
 }
 } // namespace
@@ -167,10 +170,13 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
     window->show();
     show(splash, QString());
     splash.timedClose(3);
-    window->setupUpdateSettings();
+    if (!window->hasUpdateSettings())
+        splash.waitUntilGone();
+    if (window->isVisible())
+        window->setupUpdateSettings();
     window->parseArguments();
     if (window->isVisible())
-        showTip();
+        showTip(splash, *window);
     const int result = runUntilClosed(*window);
     QlumUaTrace::shutdown();
     window.reset();
