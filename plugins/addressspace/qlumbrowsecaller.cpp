@@ -32,6 +32,12 @@ bool release(QlumSessionServices& services, const UaClientSdk::ServiceSettings& 
 } // namespace
 
 namespace {
+struct AtEnd
+{
+    ~AtEnd() { tell(); }
+    std::function<void()> tell; ///< also when the call throws
+};
+
 // A call that failed brings none back, but the server may still keep the one that was sent.
 UaByteString pointLeft(const QlumBrowseCaller::Answer& answer, const UaByteString& sent)
 {
@@ -122,11 +128,7 @@ std::optional<QlumBrowseCaller::Answer> QlumBrowseCaller::run(Function function,
     const QlumJobPool::Ticket ticket =
         m_pool.add({QString(), m_serverId}, [call, services = m_services, function = std::move(function),
                                              settings, point](QlumJob& job) {
-            const struct AtEnd
-            {
-                ~AtEnd() { finish(); }
-                std::function<void()> finish;
-            } atEnd{[&] {
+            const AtEnd atEnd{[&] {
                 if (!call->finish())
                     release(*services, settings, pointLeft(call->answer, point));
                 job.post([call] {
