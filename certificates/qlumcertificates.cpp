@@ -151,19 +151,20 @@ void QlumCertificates::tellWhy(int state)
 QlumCertificates::Outcome QlumCertificates::create(int state)
 {
     tellWhy(state);
-    // who said Yes to a new certificate may think better of it: there is one to go on with
-    const bool needed = state == NoCertificate || state == UriNotCompliant;
     const SplashPause pause(m_splash);
     QlumNewCertificateDlg dialog(QStringLiteral("Tavelin@%1").arg(qlumHostName()), QStringLiteral("Korvanda"),
-                                 needed);
+                                 false);
     if (state != NoCertificate)
         dialog.setValues(QlumOwnCertificate::renewed(
             QlumStoreFiles::loadCertificate(QlumCertificateStore::ownCertificateFile()), dialog.values()));
     if (dialog.exec() == QDialog::Accepted)
         return store(dialog);
-    if (!needed)
+    // who said Yes to a new certificate may think better of it: there is one to go on with
+    if (state != NoCertificate)
         return Outcome::Kept;
-    m_failure = NoCertificate; // without Cancel, only the end of the program closes it
+    log(QlumLogLevel::Warning,
+        tr("Tavelin has no certificate of its own: only servers without security can be "
+           "connected. The next start asks for one again."));
     return Outcome::Finished;
 }
 

@@ -9,6 +9,7 @@
 
 #include <QByteArray>
 #include <QCoreApplication>
+#include <QLocale>
 #include <QStringList>
 
 #include <unistd.h>
@@ -34,6 +35,13 @@ QString joinedErrors(const UaPkiErrors& object)
     for (const UaString& error : object.getErrors())
         texts.append(toQString(error));
     return texts.join(QStringLiteral("; "));
+}
+
+// Two letters, or none where the user has set no country.
+QString countryOf(const QLocale& locale)
+{
+    const QString country = locale.name().section(QLatin1Char('_'), 1, 1);
+    return country.size() == 2 ? country : QString();
 }
 } // namespace
 
@@ -72,6 +80,7 @@ QlumOwnCertificate QlumOwnCertificate::initial(const QString& commonName, const 
     QlumOwnCertificate result;
     result.subject.commonName = toUaString(commonName);
     result.subject.organization = toUaString(organization);
+    result.subject.country = toUaString(countryOf(QLocale()));
     result.info.URI = toUaString(qlumApplicationUri(organization, commonName));
     result.info.DNSNames = single(qlumHostName());
     result.info.validTime = fiveYears;

@@ -29,7 +29,16 @@ QlumUserPasswordDlg::QlumUserPasswordDlg(const QString& serverName, const QStrin
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
+    // the title alone is cut where it is longer than the window
+    auto* purpose = new QLabel(
+        tr("The server '%1' wants to know who you are before it opens a session.").arg(serverName), this);
+    purpose->setObjectName(QStringLiteral("purpose"));
+    purpose->setTextFormat(Qt::PlainText);
+    purpose->setWordWrap(true);
+    purpose->setMinimumWidth(fontMetrics().averageCharWidth() * 45);
+
     auto* layout = new QFormLayout(this);
+    layout->addRow(purpose);
     layout->addRow(m_warning);
     layout->addRow(tr("&User name:"), m_userName);
     layout->addRow(tr("&Password:"), m_password);

@@ -1,6 +1,7 @@
 #include <app/api/qlumsplashscreen.h>
 
 #include <QColor>
+#include <QEventLoop>
 #include <QFont>
 #include <QPainter>
 #include <QPixmap>
@@ -62,6 +63,20 @@ QString QlumSplashScreen::message()
 void QlumSplashScreen::timedClose(int seconds)
 {
     QTimer::singleShot(seconds * 1000, this, &QWidget::close);
+}
+
+void QlumSplashScreen::waitUntilGone()
+{
+    QEventLoop loop;
+    connect(this, &QlumSplashScreen::gone, &loop, &QEventLoop::quit);
+    if (isVisible())
+        loop.exec();
+}
+
+void QlumSplashScreen::hideEvent(QHideEvent* event)
+{
+    QSplashScreen::hideEvent(event);
+    emit gone();
 }
 
 void QlumSplashScreen::drawContents(QPainter* painter)

@@ -1,5 +1,6 @@
 #pragma once
 #include <QColor>
+#include <QHideEvent>
 #include <QPainter>
 #include <QPixmap>
 #include <QSplashScreen>
@@ -20,8 +21,17 @@ public:
     [[nodiscard]] static QString message();
     /// Closes the splash screen after so many seconds.
     void timedClose(int seconds);
+    /// Returns when the splash screen is no longer in the way: closed, or sent away by a click. Runs an event
+    /// loop meanwhile.
+    void waitUntilGone();
+
+signals:
+    /// It is no longer shown.
+    void gone();
 
 protected:
+    /// Tells of it.
+    void hideEvent(QHideEvent* event) override;
     /// The shared message, and in a build with a tag the tag across the picture.
     void drawContents(QPainter* painter) override;
 };

@@ -16,6 +16,7 @@
 #include <QTextStream>
 #include <QVariant>
 
+#include <cstddef>
 #include <utility>
 
 namespace {
@@ -95,13 +96,39 @@ void QlumLogModel::flush()
     if (const int dropped = m_dropped.exchange(0); dropped > 0)
         gather({QDateTime::currentDateTime(), QlumLogLevel::Warning, tr("Log"), QString(),
                 tr("%1 log entries came too fast and were dropped.").arg(dropped)});
+    const std::size_t all = rows().size() + gatheredCount();
     QlumTableModel::flush();
+    if (all > rows().size())
+        tellFirst();
+}
+
+void QlumLogModel::setMaxEntries(int count)
+{
+    setMaximumRows(count);
+    tellFirst();
+}
+
+// The row that comes first now may have been the repetition of one that has gone.
+void QlumLogModel::tellFirst()
+{
+    if (rowCount() > 0)
+        emit dataChanged(index(0, 0), index(0, ColumnCount - 1));
 }
 
 void QlumLogModel::setShowDate(bool show)
 {
     m_timeFormat = show ? qlumDateTimeFormat() : qlumTimeFormat();
     tellColumnChanged(Timestamp, {Qt::DisplayRole});
+}
+
+bool QlumLogModel::isRepeated(int row) const
+{
+    if (row <= 0)
+        return false;
+    const QlumLogEntry& one = rowAt(row);
+    const QlumLogEntry& before = rowAt(row - 1);
+    return one.level == before.level && one.message == before.message && one.source == before.source &&
+           one.server == before.server;
 }
 
 void QlumLogModel::clear()

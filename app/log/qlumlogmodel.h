@@ -28,8 +28,10 @@ public:
     void addLog(std::unique_ptr<QlumLogEntry> entry);
 
     /// The maximum number of entries kept, never below 1; the oldest are dropped first.
-    void setMaxEntries(int count) { setMaximumRows(count); }
+    void setMaxEntries(int count);
     void setShowDate(bool show);
+    /// Whether the row says the same as the one before it, but for the time.
+    [[nodiscard]] bool isRepeated(int row) const;
     void clear();
     /// One line for each entry: time, source, server, message.
     void save(QTextStream& stream);
@@ -49,6 +51,8 @@ protected:
     void flush() override;
 
 private:
+    void tellFirst();
+
     std::atomic<int> m_underWay{0};
     std::atomic<int> m_dropped{0};
     QString m_timeFormat;

@@ -45,9 +45,9 @@ QlumLogView::QlumLogView(QlumLogModel* model, const QList<QAction*>& actions, QW
     layout->addWidget(makeToolBar(actions));
     layout->addWidget(m_view);
 
-    connect(m_filter, &QAbstractItemModel::rowsAboutToBeInserted, this,
-            &QlumLogView::sltRowsAboutToBeInserted);
-    connect(m_filter, &QAbstractItemModel::rowsInserted, this, &QlumLogView::sltRowsInserted);
+    const QScrollBar* bar = m_view->verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this, &QlumLogView::sltScrolled);
+    connect(bar, &QScrollBar::rangeChanged, this, &QlumLogView::sltScrollRangeChanged);
     connect(m_level, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &QlumLogView::sltFilterChanged);
     connect(m_text, &QLineEdit::textChanged, this, &QlumLogView::sltFilterChanged);
@@ -91,14 +91,14 @@ void QlumLogView::sltFilterChanged()
 }
 
 // New entries are followed unless the user has scrolled up to read older ones.
-void QlumLogView::sltRowsAboutToBeInserted()
+void QlumLogView::sltScrolled(int value)
 {
-    const QScrollBar* bar = m_view->verticalScrollBar();
-    m_follow = bar->value() >= bar->maximum();
+    m_follow = value >= m_view->verticalScrollBar()->maximum();
 }
 
-void QlumLogView::sltRowsInserted()
+// There are more rows, or room for fewer of them.
+void QlumLogView::sltScrollRangeChanged(int, int maximum)
 {
     if (m_follow)
-        m_view->scrollToBottom();
+        m_view->verticalScrollBar()->setValue(maximum);
 }

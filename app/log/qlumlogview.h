@@ -23,8 +23,8 @@ public:
 
 private slots:
     void sltFilterChanged();
-    void sltRowsAboutToBeInserted();
-    void sltRowsInserted();
+    void sltScrolled(int value);
+    void sltScrollRangeChanged(int minimum, int maximum);
 
 private:
     QToolBar* makeToolBar(const QList<QAction*>& actions);
@@ -33,5 +33,5 @@ private:
     QComboBox* m_level;
     QLineEdit* m_text;
     QlumLogFilter* m_filter;
-    bool m_follow = true;
+    bool m_follow = true; ///< new entries are shown as they come
 };

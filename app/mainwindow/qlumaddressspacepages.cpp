@@ -1,10 +1,12 @@
 #include <app/mainwindow/qlumaddressspacepages.h>
 
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumservernode.h>
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumemptydocument.h>
 
 #include <QAction>
+#include <QPointer>
 #include <QStackedWidget>
 #include <QString>
 #include <QTreeView>
@@ -47,8 +49,15 @@ QlumAddressSpacePage* QlumAddressSpacePages::page(unsigned int serverId) const
 
 void QlumAddressSpacePages::createAddressSpace(QlumServerNode* server)
 {
-    removePage(server->serverId());
+    const unsigned int id = server->serverId();
+    const QPointer<QlumServerNode> stillThere = server;
+    removePage(id);
     auto* made = new QlumAddressSpacePage(server, m_factory, m_rebrowse, m_stack);
+    removePage(id); // while the user waited for the root there may have come another
+    if (!stillThere || server->connectionStatus() == QlumConnectionStatus::Disconnected) {
+        delete made;
+        return;
+    }
     made->tree()->addActions(m_actions);
     connect(made, &QlumAddressSpacePage::nodeSelected, this, &QlumAddressSpacePages::nodeSelected);
     connect(server, &QlumServerNode::iconsLoaded, made->tree()->viewport(), qOverload<>(&QWidget::update));
@@ -64,7 +73,7 @@ void QlumAddressSpacePages::removePage(unsigned int serverId)
     if (m_stack->currentWidget() == old)
         m_stack->setCurrentIndex(0);
     m_stack->removeWidget(old);
-    delete old;
+    old->retire();
 }
 
 void QlumAddressSpacePages::showPage(unsigned int serverId)

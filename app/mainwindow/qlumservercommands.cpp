@@ -9,7 +9,10 @@
 #include <app/pluginloader/qlumdirector.h>
 #include <app/project/qlumprojectmodel.h>
 
+#include <QAbstractButton>
 #include <QAction>
+#include <QMessageBox>
+#include <QPointer>
 #include <QTreeView>
 #include <QWidget>
 
@@ -60,10 +63,29 @@ void QlumServerCommands::sltServerAdd()
 
 void QlumServerCommands::sltServerRemove()
 {
-    if (QlumServerNode* server = selected()) {
-        removeServer(server);
+    QlumServerNode* server = selected();
+    if (!server)
+        return;
+    const auto remove = [this, kept = QPointer<QlumServerNode>(server)] {
+        if (!kept)
+            return;
+        removeServer(kept);
         emit modified();
+    };
+    if (!qlumIsConnected(server->connectionStatus())) {
+        remove();
+        return;
     }
+    auto* box = new QMessageBox(
+        QMessageBox::Question, tr("Remove Server"),
+        tr("'%1' is connected. Disconnect it and remove it from the project?").arg(server->displayName()),
+        QMessageBox::Yes | QMessageBox::Cancel, m_parts.window);
+    box->setObjectName(QStringLiteral("removeServer"));
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(QMessageBox::Cancel);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box->button(QMessageBox::Yes), &QAbstractButton::clicked, this, remove);
+    box->open();
 }
 
 void QlumServerCommands::removeServer(QlumServerNode* server)

@@ -166,9 +166,14 @@ void QlumTavelin::saveGuiState(const QByteArray& windowState)
     settings.setValue(logViewKey, m_logView->header()->saveState());
 }
 
+bool QlumTavelin::hasUpdateSettings()
+{
+    return !settingsValue(checkForUpdatesKey).isNull();
+}
+
 void QlumTavelin::setupUpdateSettings()
 {
-    if (!settingsValue(checkForUpdatesKey).isNull())
+    if (hasUpdateSettings())
         return;
     QlumUpdateDialog dialog(settingsValue(updateIntervalKey).toInt(), this);
     if (dialog.exec() != QDialog::Accepted)

@@ -61,6 +61,8 @@ public:
 
     [[nodiscard]] static QlumTavelin* instance() noexcept;
 
+    /// Whether the user has said how to look for updates.
+    [[nodiscard]] bool hasUpdateSettings();
     /// Asks once whether to look for updates.
     void setupUpdateSettings();
     /// Opens the project named on the command line.

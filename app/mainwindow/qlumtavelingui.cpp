@@ -13,6 +13,7 @@
 #include <app/mainwindow/qlumhelpviewer.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumprojectsession.h>
+#include <app/mainwindow/qlumprojectview.h>
 #include <app/mainwindow/qlumrecentfiles.h>
 #include <app/mainwindow/qlumservercommands.h>
 #include <app/mainwindow/qlumtavelin.h>
@@ -100,16 +101,7 @@ QDockWidget* QlumTavelin::makeDock(const QString& title, const QString& name, co
 void QlumTavelin::makeDocks()
 {
     using A = QlumMainActions;
-    m_projectView = new QTreeView(this);
-    m_projectView->setObjectName(QStringLiteral("projectTree"));
-    m_projectView->setAccessibleName(tr("Project"));
-    m_projectView->setHeaderHidden(true);
-    m_projectView->setModel(m_project);
-    m_projectView->expandAll();
-    m_projectView->setContextMenuPolicy(Qt::ActionsContextMenu);
-    m_projectView->addActions(
-        m_actions->list({A::AddServer, A::RemoveServer, A::ConnectServer, A::DisconnectServer,
-                         A::ServerProperties, A::ChangeUser, A::AddDocument, A::RemoveDocument}));
+    m_projectView = new QlumProjectView(m_actions, m_project, this);
     makeDock(tr("Project"), QStringLiteral("Project Dock Widget"),
              tr("<b>Project</b><br>In this window you can manage multiple server connections and documents."),
              m_projectView, Qt::LeftDockWidgetArea, {300, 200});
@@ -132,6 +124,10 @@ void QlumTavelin::makeDocks()
 void QlumTavelin::arrangeDocks()
 {
     const QList<QDockWidget*> all = findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    // a window that was made narrow and wide again has docks that can still be read
+    for (QDockWidget* dock : all)
+        if (const int width = qlumInitialDockSize(dock).width(); width > 0)
+            dock->setMinimumWidth(width / 2);
     const auto resize = [this, &all](Qt::DockWidgetArea area, Qt::Orientation orientation) {
         QList<QDockWidget*> docks;
         QList<int> sizes;

@@ -7,6 +7,7 @@
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtipwindow.h>
 #include <app/startup/qlumfolders.h>
+#include <app/startup/qlumqtmessages.h>
 #include <app/startup/qlumservices.h>
 #include <app/startup/qlumsettingsfile.h>
 #include <certificates/qlumcertificates.h>
@@ -58,10 +59,13 @@ void show(QlumSplashScreen& splash, const QString& text)
     splash.showMessage(text, Qt::AlignLeft, Qt::white);
 }
 
-void showTip()
+void showTip(QlumSplashScreen& splash, const QWidget& window)
 {
     QlumTipWindow tips;
-    if (tips.showAtStart() && tips.fileRead())
+    if (!tips.showAtStart() || !tips.fileRead())
+        return;
+    splash.waitUntilGone(); // it stays on top
+    if (window.isVisible())
         tips.exec();
 }
 } // namespace
@@ -104,6 +108,7 @@ QString QlumStartup::platformErrorText(int error)
 int QlumStartup::run(int argc, char** argv)
 {
     ignoreBrokenPipes();
+    qlumTraceQtMessages();
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
@@ -165,10 +170,13 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
     window->show();
     show(splash, QString());
     splash.timedClose(3);
-    window->setupUpdateSettings();
+    if (!window->hasUpdateSettings())
+        splash.waitUntilGone();
+    if (window->isVisible())
+        window->setupUpdateSettings();
     window->parseArguments();
     if (window->isVisible())
-        showTip();
+        showTip(splash, *window);
     const int result = runUntilClosed(*window);
     QlumUaTrace::shutdown();
     window.reset();

@@ -15,6 +15,7 @@
 #include <QModelIndex>
 #include <QModelIndexList>
 #include <QObject>
+#include <QPersistentModelIndex>
 #include <QSignalBlocker>
 #include <QString>
 #include <QStringList>
@@ -22,8 +23,10 @@
 #include <QVariant>
 #include <QWidget>
 
+#include <iterator>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace {
 constexpr OpcUa_UInt32 rootFolder = 84;
@@ -39,14 +42,12 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, QComboBox* 
       m_services(services ? std::move(services) : qlumApplicationServices()(server->serverId())),
       m_root(std::make_unique<QlumAddressSpaceNode>(tr("Root"), UaNodeId(rootFolder), UaNodeId(folderType),
                                                     OpcUa_NodeClass_Object)),
-      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
+      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId),
+      m_caller(m_services, m_serverId), m_timer(new QTimer(this))
 {
-    setRoot(m_root.get(), Root::Shown);
-    m_timer->setSingleShot(true);
-    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
     if (m_highlightCombo)
         connectHighlighting();
-    browseNode(m_root.get());
+    start();
 }
 
 QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNodeId* startNode,
@@ -55,11 +56,25 @@ QlumAddressSpaceModel::QlumAddressSpaceModel(QlumServerNode* server, const UaNod
       m_services(services ? std::move(services) : qlumApplicationServices()(server->serverId())),
       m_root(std::make_unique<QlumAddressSpaceNode>(server->typeName(startNode, false), *startNode,
                                                     UaNodeId(), OpcUa_NodeClass_Unspecified)),
-      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId), m_timer(new QTimer(this))
+      m_serverId(server->serverId()), m_log(tr("AddressSpaceModel"), m_serverId),
+      m_caller(m_services, m_serverId), m_timer(new QTimer(this))
+{
+    start();
+}
+
+void QlumAddressSpaceModel::start()
 {
     setRoot(m_root.get(), Root::Shown);
     m_timer->setSingleShot(true);
-    connect(m_timer, &QTimer::timeout, this, [this] { runTasks(nextSlice); });
+    connect(
+        m_timer, &QTimer::timeout, this,
+        [this] {
+            if (!putOff([this] { m_timer->start(0); }))
+                runTasks(nextSlice);
+        });
+    connect(m_server, &QlumServerNode::serverNodeChanged, this,
+            [this](QlumProjectNode*, QWidget*, QlumConnectionStatus, unsigned int,
+                   const NamespaceMap& namespaces) { followNamespaces(namespaces); });
     browseNode(m_root.get());
 }
 
@@ -92,7 +107,7 @@ bool QlumAddressSpaceModel::canFetchMore(const QModelIndex& index) const
 
 void QlumAddressSpaceModel::fetchMore(const QModelIndex& index)
 {
-    if (canFetchMore(index))
+    if (canFetchMore(index) && nodeAt(index) != m_inVain)
         browseNode(nodeAt(index));
 }
 
@@ -165,6 +180,11 @@ void QlumAddressSpaceModel::browseNodeIndex(const QModelIndex& index)
 void QlumAddressSpaceModel::rebrowseNodeIndex(const QModelIndex& index)
 {
     qlumAssertGuiThread();
+    if (putOff([this, kept = QPersistentModelIndex(index), isRoot = !index.isValid()] {
+            if (isRoot || kept.isValid())
+                rebrowseNodeIndex(kept);
+        }))
+        return;
     QlumAddressSpaceNode* node = nodeOrRoot(index);
     removeChildren(node);
     browseNode(node);
@@ -176,6 +196,8 @@ void QlumAddressSpaceModel::serverModelChanged(const UaNodeId& affectedNode, uns
     if ((verb & (referenceAdded | referenceDeleted)) == 0)
         return;
     const UaNodeId id = affectedNode; // might lie in a node that goes
+    if (putOff([this, id, verb] { serverModelChanged(id, verb); }))
+        return;
     if (m_root->nodeId() == id)
         rebrowseNodeIndex(QModelIndex());
     else
@@ -192,6 +214,12 @@ bool QlumAddressSpaceModel::nodeInfo(const QModelIndex& index, UaNodeId& nodeId,
     nodeClass = static_cast<OpcUa_NodeClass>(node->nodeClass());
     parentId = node->parent() ? node->parent()->nodeId() : UaNodeId();
     return true;
+}
+
+void QlumAddressSpaceModel::setObserver(Observer observer)
+{
+    m_observer = std::move(observer);
+    m_caller.setObserver(m_observer.waiting);
 }
 
 // ---- highlighting
@@ -267,4 +295,46 @@ void QlumAddressSpaceModel::emitNamespaceChanged(QlumAddressSpaceNode* node, int
     for (int row = 0; row < node->childCount(); ++row)
         if (node->child(row)->hasChildren())
             emitNamespaceChanged(node->child(row), oldNamespace, newNamespace);
+}
+
+// ---- a server that has moved its namespaces
+
+// What is known of the server stays; only the numbers of its namespaces are others, and one of the old
+// numbers may now mean somebody else's node.
+void QlumAddressSpaceModel::followNamespaces(const NamespaceMap& namespaces)
+{
+    qlumAssertGuiThread();
+    if (namespaces.isEmpty() || putOff([this, namespaces] { followNamespaces(namespaces); }))
+        return;
+    m_root->translateIds(namespaces);
+    if (m_root->nodeId().isNull())
+        removeChildren(m_root.get());
+    else
+        tellChanged(*m_root);
+    followNamespaces(m_root.get(), namespaces);
+    if (m_observer.idsChanged)
+        m_observer.idsChanged();
+}
+
+void QlumAddressSpaceModel::followNamespaces(QlumAddressSpaceNode* node, const NamespaceMap& namespaces)
+{
+    // all ids before any row goes: views choose a neighbour and ask it who it is
+    const std::vector<int> lost = node->translateChildren(namespaces);
+    for (auto last = lost.rbegin(); last != lost.rend();) {
+        auto first = last;
+        while (std::next(first) != lost.rend() && *std::next(first) == *first - 1)
+            ++first;
+        for (int row = *first; row <= *last; ++row)
+            dropTasks(node->child(row));
+        removeNodes(*node, *first, *last - *first + 1);
+        last = std::next(first);
+    }
+    if (!node->hasChildren()) {
+        if (!lost.empty())
+            node->setBrowsed(false); // something else may be there
+        return;
+    }
+    emit dataChanged(indexOf(node->child(0)), indexOf(node->child(node->childCount() - 1)));
+    for (int row = 0; row < node->childCount(); ++row)
+        followNamespaces(node->child(row), namespaces);
 }

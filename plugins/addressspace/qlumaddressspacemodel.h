@@ -6,12 +6,14 @@
 #include <app/api/qlumsessionservices.h>
 #include <plugins/addressspace/qlumaddressspacemodelinterface.h>
 #include <plugins/addressspace/qlumaddressspacenode.h>
+#include <plugins/addressspace/qlumbrowsecaller.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uawidgets/models/qlumtreemodel.h>
 
 #include <QAbstractItemModel>
+#include <QCollator>
 #include <QDeadlineTimer>
 #include <QMimeData>
 #include <QModelIndex>
@@ -23,6 +25,7 @@
 #include <QVariant>
 #include <QWidget>
 
+#include <functional>
 #include <list>
 #include <memory>
 #include <vector>
@@ -30,9 +33,11 @@
 class QComboBox;
 class QTimer;
 
-/// The address space below one node of a server as a lazily browsed tree. Each service call blocks the GUI
-/// thread under a wait cursor; a node that needs many calls is browsed in slices between which the event loop
-/// runs, shows its progress and can be cancelled. The root row is hidden until it has children.
+/// The address space below one node of a server as a lazily browsed tree. Each service call blocks its caller
+/// under a wait cursor; one that takes long shows that it does and can be cancelled, and what else is asked
+/// of the model meanwhile is done afterwards. A node that needs many calls is browsed in slices between which
+/// the event loop runs, shows its progress and can be cancelled. The root row is hidden until it has
+/// children.
 class QlumAddressSpaceModel : public QlumTreeModel<QlumAddressSpaceNode>,
                               public QlumAddressSpaceModelInterface
 {
@@ -65,6 +70,8 @@ public:
                   UaNodeId& parentId) const override;
     /// Browses upward from a node that is not in the tree, then downward; each takes its calls.
     QModelIndex reveal(const UaNodeId& nodeId) override;
+    void setReadingOrder(bool on) override;
+    void setObserver(Observer observer) override;
 
     /// Browses again and adds what is new; for an invalid index the root.
     void browseNodeIndex(const QModelIndex& index);
@@ -92,8 +99,12 @@ private:
         std::vector<UaNodeId> below;           ///< from one to the next
     };
 
+    void start();
     void connectHighlighting();
 
+    [[nodiscard]] bool putOff(std::function<void()> action);
+    void callEnded(bool answered);
+    void stopAskingFor(QlumAddressSpaceNode* node);
     void browseNode(QlumAddressSpaceNode* node);
     [[nodiscard]] UaClientSdk::BrowseContext browseContext(const QlumAddressSpaceNode& node) const;
     void runTasks(int milliseconds);
@@ -105,15 +116,19 @@ private:
     bool release(Task& task);
     void dropTasks(const QlumAddressSpaceNode* node);
     int addNodes(QlumAddressSpaceNode* parent, UaReferenceDescriptions& references);
+    void sortChildren(QlumAddressSpaceNode* node) const;
     void sortNode(QlumAddressSpaceNode* node);
+    void sortAll(QlumAddressSpaceNode* node);
     void removeChildren(QlumAddressSpaceNode* node);
     void refreshNodeId(QlumAddressSpaceNode* node, const UaNodeId& id);
 
-    [[nodiscard]] Way wayTo(const UaNodeId& nodeId, const QDeadlineTimer& deadline) const;
-    [[nodiscard]] std::vector<UaNodeId> parentsOf(const UaNodeId& nodeId) const;
+    [[nodiscard]] Way wayTo(const UaNodeId& nodeId, const QDeadlineTimer& deadline);
+    [[nodiscard]] std::vector<UaNodeId> parentsOf(const UaNodeId& nodeId);
     [[nodiscard]] QlumAddressSpaceNode* childOf(QlumAddressSpaceNode* node, const UaNodeId& id,
                                                 const QDeadlineTimer& deadline);
 
+    void followNamespaces(const NamespaceMap& namespaces);
+    void followNamespaces(QlumAddressSpaceNode* node, const NamespaceMap& namespaces);
     void fillHighlightCombo(const QStringList& namespaces);
     void emitNamespaceChanged(QlumAddressSpaceNode* node, int oldNamespace, int newNamespace);
     [[nodiscard]] QVariant decoration(const QlumAddressSpaceNode& node) const;
@@ -125,6 +140,12 @@ private:
     unsigned int m_serverId;
     QlumLog m_log;
     int m_highlightedNamespace = -1;
+    std::unique_ptr<QCollator> m_collator; ///< null for the order of code units
+    QlumBrowseCaller m_caller;
+    bool m_wasCancelled = false; ///< the last call, by the user
+    std::vector<std::function<void()>> m_putOff;
+    QlumAddressSpaceNode* m_inVain = nullptr; ///< waited for, until the event loop runs again
     std::list<Task> m_tasks;
     QTimer* m_timer; ///< runs the next slice of the tasks
+    Observer m_observer;
 };

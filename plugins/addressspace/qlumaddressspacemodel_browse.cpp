@@ -7,6 +7,8 @@
 #include <uawidgets/qlumwaitcursor.h>
 
 #include <QElapsedTimer>
+#include <QLocale>
+#include <QPersistentModelIndex>
 #include <QTimer>
 
 #include <algorithm>
@@ -71,28 +73,68 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
     for (const Task& task : m_tasks)
         if (task.node == node)
             return; // under way
+    if (putOff([this, kept = QPersistentModelIndex(indexOf(node))] {
+            if (kept.isValid() && !nodeAt(kept)->isBrowsed())
+                browseNode(nodeAt(kept));
+        }))
+        return;
     Task task(node);
     task.settings.callTimeout = QlumSettings::browseTimeout.value();
     task.budget = QlumSettings::maxBrowseNextCalls.value();
-    UaReferenceDescriptions references;
-    UaStatus status;
-    {
-        const QlumWaitCursor wait;
-        status = m_services->browse(task.settings, node->nodeId(), browseContext(*node),
-                                    task.continuationPoint, references);
+    auto answer = m_caller.browse(task.settings, node->nodeId(), browseContext(*node), node->name());
+    callEnded(answer.has_value());
+    if (m_caller.hasWaited() && (!answer || !answer->status.isGood()))
+        stopAskingFor(node);
+    if (!answer) {
+        m_log.info(tr("Browsing was cancelled by user."));
+        return;
     }
-    if (!status.isGood()) {
-        m_log.writeStatus(QlumLogLevel::Info, tr("Browse failed with error '%1'."), status.statusCode());
+    task.continuationPoint = std::move(answer->continuationPoint);
+    if (!answer->status.isGood()) {
+        m_log.writeStatus(QlumLogLevel::Info, tr("Browse failed with error '%1'."),
+                          answer->status.statusCode());
         if (!task.continuationPoint.isEmpty())
             release(task);
         return;
     }
     m_log.info(tr("Browse succeeded."));
     node->setBrowsed(true);
-    task.pages.take(references.length(), task.continuationPoint);
-    addNodes(node, references);
+    task.pages.take(answer->references.length(), task.continuationPoint);
+    addNodes(node, answer->references);
     m_tasks.push_front(std::move(task)); // the node that the user opened last comes first
     runTasks(firstSlice);
+}
+
+// While the user waits for an answer nothing changes what it belongs to.
+bool QlumAddressSpaceModel::putOff(std::function<void()> action)
+{
+    if (!m_caller.isWaiting())
+        return false;
+    m_putOff.push_back(std::move(action));
+    return true;
+}
+
+// Not at once: whoever called has not taken the answer yet.
+void QlumAddressSpaceModel::callEnded(bool answered)
+{
+    m_wasCancelled = !answered;
+    if (!m_putOff.empty())
+        QTimer::singleShot(0, this, [this] {
+            for (const auto& action : std::exchange(m_putOff, {}))
+                action();
+        });
+}
+
+// A view that expands a node asks for its children until it has them, and at every layout after that: the
+// user would wait again at once.
+void QlumAddressSpaceModel::stopAskingFor(QlumAddressSpaceNode* node)
+{
+    m_inVain = node;
+    QTimer::singleShot(0, this, [this, kept = QPersistentModelIndex(indexOf(node))] {
+        if (kept.isValid() && m_observer.waitedInVain)
+            m_observer.waitedInVain(kept);
+        m_inVain = nullptr;
+    });
 }
 
 void QlumAddressSpaceModel::runTasks(int milliseconds)
@@ -129,17 +171,20 @@ bool QlumAddressSpaceModel::runTask(Task& task, int milliseconds)
 bool QlumAddressSpaceModel::browseNext(Task& task)
 {
     const UaByteString point = task.continuationPoint;
-    UaReferenceDescriptions references;
-    UaStatus status;
-    {
-        const QlumWaitCursor wait;
-        status = m_services->browseNext(task.settings, false, task.continuationPoint, references);
+    auto answer = m_caller.browseNext(task.settings, point, task.node->name());
+    callEnded(answer.has_value());
+    if (!answer) {
+        m_log.info(tr("Browsing was cancelled by user."));
+        task.continuationPoint = UaByteString(); // given back when the answer comes
+        return false;
     }
+    task.continuationPoint = std::move(answer->continuationPoint);
+    const UaStatus& status = answer->status;
     if (status.isGood()) {
         m_log.info(tr("BrowseNext succeeded."));
         task.failures = 0;
-        task.pages.take(references.length(), task.continuationPoint);
-        task.barren = addNodes(task.node, references) > 0 ? 0 : task.barren + 1;
+        task.pages.take(answer->references.length(), task.continuationPoint);
+        task.barren = addNodes(task.node, answer->references) > 0 ? 0 : task.barren + 1;
     } else {
         m_log.writeStatus(QlumLogLevel::Info, tr("Browse failed with error '%1'."), status.statusCode());
         takeFailure(task, point, status);
@@ -189,12 +234,7 @@ void QlumAddressSpaceModel::finish(Task& task)
 // session.
 bool QlumAddressSpaceModel::release(Task& task)
 {
-    if (!m_server || !m_services->isConnected())
-        return false;
-    const QlumWaitCursor wait;
-    ServiceSettings settings = UaClientSdk::settingsOfRelease(task.settings);
-    UaReferenceDescriptions references;
-    return !m_services->browseNext(settings, true, task.continuationPoint, references).isBad();
+    return m_server && m_caller.giveBack(task.settings, task.continuationPoint);
 }
 
 // Called before nodes go: nothing may come back to them.
@@ -239,10 +279,42 @@ int QlumAddressSpaceModel::addNodes(QlumAddressSpaceNode* parent, UaReferenceDes
     return count;
 }
 
+void QlumAddressSpaceModel::sortChildren(QlumAddressSpaceNode* node) const
+{
+    if (m_collator)
+        node->sortChildren(*m_collator);
+    else
+        node->sortChildren();
+}
+
 void QlumAddressSpaceModel::sortNode(QlumAddressSpaceNode* node)
 {
     const QlumWaitCursor wait;
-    rearrange([node] { node->sortChildren(); });
+    rearrange([this, node] { sortChildren(node); });
+}
+
+void QlumAddressSpaceModel::setReadingOrder(bool on)
+{
+    qlumAssertGuiThread();
+    if (on == static_cast<bool>(m_collator) || putOff([this, on] { setReadingOrder(on); }))
+        return;
+    m_collator.reset();
+    if (on) {
+        // without a language there is no alphabet either, and digits would stay letters
+        const QLocale locale = QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale();
+        m_collator = std::make_unique<QCollator>(locale);
+        m_collator->setNumericMode(true);
+        m_collator->setCaseSensitivity(Qt::CaseInsensitive);
+    }
+    const QlumWaitCursor wait;
+    rearrange([this] { sortAll(m_root.get()); });
+}
+
+void QlumAddressSpaceModel::sortAll(QlumAddressSpaceNode* node)
+{
+    sortChildren(node);
+    for (int row = 0; row < node->childCount(); ++row)
+        sortAll(node->child(row));
 }
 
 void QlumAddressSpaceModel::removeChildren(QlumAddressSpaceNode* node)

@@ -1,6 +1,7 @@
 // Finding a node in the tree that nobody has opened yet: upward on the server, then downward in the tree.
 #include <app/api/qlumguithread.h>
 #include <app/api/qlumsettings.h>
+#include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodel_p.h>
 #include <uawidgets/qlumwaitcursor.h>
 
@@ -39,7 +40,7 @@ LoadedNodes loadedNodes(QlumAddressSpaceNode* root)
 QModelIndex QlumAddressSpaceModel::reveal(const UaNodeId& nodeId)
 {
     qlumAssertGuiThread();
-    if (!m_server || !m_services)
+    if (!m_server || !m_services || m_caller.isWaiting())
         return {};
     const QDeadlineTimer deadline(QlumSettings::browseTimeout.value());
     Way way = wayTo(nodeId, deadline);
@@ -51,7 +52,7 @@ QModelIndex QlumAddressSpaceModel::reveal(const UaNodeId& nodeId)
 
 // The nearest ancestor that is in the tree, and what leads from there to the node.
 QlumAddressSpaceModel::Way QlumAddressSpaceModel::wayTo(const UaNodeId& nodeId,
-                                                        const QDeadlineTimer& deadline) const
+                                                        const QDeadlineTimer& deadline)
 {
     struct Step
     {
@@ -63,7 +64,8 @@ QlumAddressSpaceModel::Way QlumAddressSpaceModel::wayTo(const UaNodeId& nodeId,
         return {*found, {}};
     std::vector<Step> steps{{nodeId, 0}};
     std::unordered_set<UaNodeId> seen{nodeId};
-    for (std::size_t i = 0; i < steps.size() && !deadline.hasExpired(); ++i) {
+    m_wasCancelled = false;
+    for (std::size_t i = 0; i < steps.size() && !deadline.hasExpired() && !m_wasCancelled; ++i) {
         for (UaNodeId& parent : parentsOf(steps[i].id)) {
             if (const auto found = loaded.find(parent); found != loaded.end()) {
                 Way way{*found, {}};
@@ -80,25 +82,22 @@ QlumAddressSpaceModel::Way QlumAddressSpaceModel::wayTo(const UaNodeId& nodeId,
 }
 
 // None when the server does not tell; more than one answer holds are not asked for.
-std::vector<UaNodeId> QlumAddressSpaceModel::parentsOf(const UaNodeId& nodeId) const
+std::vector<UaNodeId> QlumAddressSpaceModel::parentsOf(const UaNodeId& nodeId)
 {
-    const QlumWaitCursor wait;
     UaClientSdk::ServiceSettings settings;
     settings.callTimeout = QlumSettings::browseTimeout.value();
     UaClientSdk::BrowseContext context = browseContext(*m_root);
     context.browseDirection = OpcUa_BrowseDirection_Inverse;
     context.nodeClassMask = 0;
-    UaByteString continuationPoint;
-    UaReferenceDescriptions references;
+    auto answer = m_caller.browse(settings, nodeId, context, toQString(nodeId.toXmlString()));
+    callEnded(answer.has_value());
     std::vector<UaNodeId> parents;
-    if (m_services->browse(settings, nodeId, context, continuationPoint, references).isGood())
-        for (OpcUa_ReferenceDescription& reference : references)
+    if (!answer)
+        return parents;
+    if (answer->status.isGood())
+        for (OpcUa_ReferenceDescription& reference : answer->references)
             parents.emplace_back().attach(&reference.NodeId.NodeId);
-    if (!continuationPoint.isEmpty() && m_services->isConnected()) {
-        UaClientSdk::ServiceSettings releasing = UaClientSdk::settingsOfRelease(settings);
-        // a server that does not take it forgets the point with the session
-        static_cast<void>(m_services->browseNext(releasing, true, continuationPoint, references));
-    }
+    m_caller.giveBack(settings, answer->continuationPoint);
     return parents;
 }
 
@@ -107,7 +106,7 @@ QlumAddressSpaceNode* QlumAddressSpaceModel::childOf(QlumAddressSpaceNode* node,
                                                      const QDeadlineTimer& deadline)
 {
     QlumAddressSpaceNode* child = node->findChild(id);
-    if (!child)
+    if (!child && !m_wasCancelled)
         browseNode(node);
     const auto isUnderWay = [this, node] {
         return std::ranges::any_of(m_tasks, [node](const Task& task) { return task.node == node; });

@@ -1,6 +1,8 @@
 #pragma once
 #include <opcua/opcua_types.h>
 
+#include <functional>
+
 class QAbstractItemModel;
 class QModelIndex;
 class UaNodeId;
@@ -10,6 +12,18 @@ class QlumAddressSpaceModelInterface
 {
 public:
     virtual ~QlumAddressSpaceModelInterface() = default;
+
+    /// What a page wants to hear of; each may be empty.
+    struct Observer
+    {
+        /// Nodes have other ids now, or are gone, since the server numbers its namespaces in another way.
+        std::function<void()> idsChanged;
+        /// The server lets the user wait (true), in an event loop of its own, or no longer. Meanwhile
+        /// neither the model may be deleted nor its view lay out anew.
+        std::function<void(bool waiting)> waiting;
+        /// The user waited for the children of a node in vain: a view must not go on asking for them.
+        std::function<void(const QModelIndex& index)> waitedInVain;
+    };
 
     /// The model itself.
     virtual QAbstractItemModel* itemModel() = 0;
@@ -23,4 +37,9 @@ public:
     /// The index of a node, which is looked for on the server when the tree does not hold it yet; invalid
     /// when no way leads to it or the time of a browse does not suffice.
     virtual QModelIndex reveal(const UaNodeId& nodeId) = 0;
+    /// Orders the nodes by their names as people read them: by the language's alphabet, capitals beside small
+    /// letters, digits as numbers; else, as at first, by code units.
+    virtual void setReadingOrder(bool) {}
+    /// From now on the observer hears of what happens.
+    virtual void setObserver(Observer) {}
 };

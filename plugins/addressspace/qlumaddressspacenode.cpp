@@ -9,6 +9,15 @@ namespace {
 constexpr OpcUa_UInt32 folderType = 61;
 constexpr OpcUa_UInt32 propertyType = 68;
 
+void translate(UaNodeId& id, const NamespaceMap& namespaces)
+{
+    const auto found = namespaces.constFind(id.namespaceIndex());
+    if (found == namespaces.constEnd())
+        id = UaNodeId();
+    else if (*found != id.namespaceIndex())
+        id.setNamespaceIndex(*found);
+}
+
 QHash<const char*, QIcon>& iconCache()
 {
     static QHash<const char*, QIcon> cache;
@@ -72,6 +81,13 @@ void QlumAddressSpaceNode::sortChildren()
         [](const auto& left, const auto& right) { return left.m_name < right.m_name; });
 }
 
+void QlumAddressSpaceNode::sortChildren(const QCollator& collator)
+{
+    QlumTreeNode::sortChildren([&collator](const auto& left, const auto& right) {
+        return collator.compare(left.m_name, right.m_name) < 0;
+    });
+}
+
 QlumAddressSpaceNode* QlumAddressSpaceNode::findChild(const UaNodeId& nodeId) const
 {
     if (!m_childMap)
@@ -86,7 +102,6 @@ void QlumAddressSpaceNode::appendChild(std::unique_ptr<QlumAddressSpaceNode> chi
         m_childMap = std::make_unique<ChildMap>();
     m_childMap->insert(child.get());
     QlumTreeNode::appendChild(std::move(child));
-    m_hasChildren = true;
 }
 
 void QlumAddressSpaceNode::reserveChildren(int count)
@@ -104,5 +119,24 @@ void QlumAddressSpaceNode::clearChildren()
     m_childMap.reset();
     QlumTreeNode::clearChildren();
     m_browsed = false;
-    m_hasChildren = false;
+}
+
+void QlumAddressSpaceNode::translateIds(const NamespaceMap& namespaces)
+{
+    translate(m_nodeId, namespaces);
+    translate(m_typeDefinition, namespaces);
+}
+
+std::vector<int> QlumAddressSpaceNode::translateChildren(const NamespaceMap& namespaces)
+{
+    std::vector<int> lost;
+    if (!m_childMap)
+        return lost;
+    m_childMap->clear(); // before the ids change by which it finds them
+    for (const auto& child : children()) {
+        child->translateIds(namespaces);
+        if (child->nodeId().isNull() || !m_childMap->insert(child.get()).second)
+            lost.push_back(child->row());
+    }
+    return lost;
 }

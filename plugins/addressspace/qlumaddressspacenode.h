@@ -1,13 +1,16 @@
 #pragma once
+#include <app/api/qlumconnectionstatus.h>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/models/qlumtreenode.h>
 
+#include <QCollator>
 #include <QIcon>
 #include <QString>
 
 #include <memory>
 #include <unordered_set>
+#include <vector>
 
 /// One node of the address space tree; owns its children.
 class QlumAddressSpaceNode : public QlumTreeNode<QlumAddressSpaceNode>
@@ -22,6 +25,8 @@ public:
     [[nodiscard]] virtual int type() const { return 0; }
     /// By name, in the order of UTF-16 code units.
     virtual void sortChildren();
+    /// By name, in the order of the collator.
+    void sortChildren(const QCollator& collator);
 
     [[nodiscard]] const QString& name() const { return m_name; }
     [[nodiscard]] const UaNodeId& nodeId() const { return m_nodeId; }
@@ -33,7 +38,7 @@ public:
     /// Children were fetched, or never will be.
     [[nodiscard]] bool isBrowsed() const { return m_browsed; }
     void setBrowsed(bool browsed) { m_browsed = browsed; }
-    [[nodiscard]] bool hasChildren() const { return m_hasChildren; }
+    [[nodiscard]] bool hasChildren() const { return childCount() > 0; }
 
     /// Null when the node has no such child.
     [[nodiscard]] QlumAddressSpaceNode* findChild(const UaNodeId& nodeId) const;
@@ -42,6 +47,10 @@ public:
     void reserveChildren(int count);
     /// Deletes them and makes the node unbrowsed.
     void clearChildren();
+    /// Gives the node's own ids other namespace indexes; ids whose namespace is not in the map become null.
+    void translateIds(const NamespaceMap& namespaces);
+    /// The same for all children; answers the rows of those that are lost by it, in ascending order.
+    std::vector<int> translateChildren(const NamespaceMap& namespaces);
 
     /// Hash and equality of nodes by their node id, so that sets find them without keeping the id twice.
     struct ById
@@ -75,6 +84,5 @@ private:
     OpcUa_UInt32 m_nodeClass;
     OpcUa_UInt32 m_childNodeClassMask = 0;
     bool m_browsed : 1 = false;
-    bool m_hasChildren : 1 = false;
     std::unique_ptr<ChildMap> m_childMap; ///< most nodes are leaves
 };

@@ -1,25 +1,59 @@
 #include <plugins/addressspace/qlumaddressspacepage.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodelinterface.h>
+#include <plugins/addressspace/qlumaddressspacesettings.h>
 #include <uawidgets/qlumnodecommands.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
+#include <QClipboard>
 #include <QComboBox>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLayout>
 #include <QModelIndex>
 #include <QModelIndexList>
+#include <QShowEvent>
 #include <QString>
+#include <QStringList>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 #include <utility>
+
+#define TEXT(text) QT_TRANSLATE_NOOP("QlumAddressSpacePage", text)
+
+namespace {
+enum TreeAction { CopyNodeId, CopyName, CopyPath, ReadingOrder };
+
+constexpr QlumActionRow actionRows[] = {
+    {CopyNodeId, "copyNodeId", TEXT("Copy Node &Id"), "", qlumNoKey, "",
+     TEXT("<b>Copy Node Id</b><br>Copies the node ids of the selected nodes.")},
+    {CopyName, "copyName", TEXT("Copy &Name"), "", qlumNoKey, "",
+     TEXT("<b>Copy Name</b><br>Copies the names of the selected nodes.")},
+    {CopyPath, "copyPath", TEXT("Copy &Path"), "", qlumNoKey, "",
+     TEXT("<b>Copy Path</b><br>Copies the names from the root to each of the selected nodes.")},
+    {ReadingOrder, "readingOrder", TEXT("Sort as People &Read"), "", qlumNoKey, "",
+     TEXT("<b>Sort as People Read</b><br>Sorts names by the alphabet, capitals beside small letters and "
+          "digits as numbers, instead of by the codes of their letters.")},
+};
+
+QString pathOf(QModelIndex index)
+{
+    QStringList names;
+    for (; index.isValid(); index = index.parent())
+        names.prepend(index.data().toString());
+    return names.join(QLatin1Char('/'));
+}
+} // namespace
+#undef TEXT
 
 QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
                                            const QlumAddressSpaceModelFactory& factory, QAction* rebrowse,
@@ -39,9 +73,12 @@ QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
     m_tree->setModel(m_model->itemModel());
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &QlumAddressSpacePage::sltCurrentChanged);
+    m_model->setObserver({[this] { followIds(); }, [this](bool waiting) { setWaiting(waiting); },
+                          [this](const QModelIndex& index) { m_tree->collapse(index); }});
     connect(m_tree, &QTreeView::expanded, this, &QlumAddressSpacePage::sltExpanded);
     connect(m_tree, &QTreeView::collapsed, this, [this] { m_tree->resizeColumnToContents(0); });
     m_tree->expand(m_model->itemModel()->index(0, 0));
+    makeActions();
     new QlumNodeCommands(
         m_tree, [this] { return selectedNodes(); }, QlumNodeCommands::Reveal);
 }
@@ -87,6 +124,66 @@ void QlumAddressSpacePage::setupTree()
     m_tree->setUniformRowHeights(true);
     m_tree->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_tree->header()->setStretchLastSection(false);
+}
+
+void QlumAddressSpacePage::makeActions()
+{
+    m_actions = QlumActionTable(actionRows, "QlumAddressSpacePage", m_tree);
+    connect(
+        m_actions[CopyNodeId], &QAction::triggered, this,
+        [this] {
+            copy([this](const QModelIndex& index) {
+                UaNodeId nodeId;
+                UaNodeId parentId;
+                OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified;
+                m_model->nodeInfo(index, nodeId, nodeClass, parentId);
+                return toQString(nodeId.toXmlString());
+            });
+        });
+    connect(
+        m_actions[CopyName], &QAction::triggered, this,
+        [this] { copy([](const QModelIndex& index) { return index.data().toString(); }); });
+    connect(m_actions[CopyPath], &QAction::triggered, this, [this] { copy(pathOf); });
+    m_actions[ReadingOrder]->setCheckable(true);
+    connect(m_actions[ReadingOrder], &QAction::toggled, this, &QlumAddressSpacePage::setReadingOrder);
+    m_actions[ReadingOrder]->setChecked(QlumAddressSpaceSettings::readingOrder.value());
+    m_tree->addActions(m_actions.list({CopyNodeId, CopyName, CopyPath, ReadingOrder}));
+}
+
+// One line for each selected node.
+void QlumAddressSpacePage::copy(const std::function<QString(const QModelIndex&)>& text) const
+{
+    QStringList lines;
+    for (const QModelIndex& index : m_tree->selectionModel()->selectedIndexes())
+        lines.append(text(index));
+    if (!lines.isEmpty())
+        QGuiApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+}
+
+void QlumAddressSpacePage::setReadingOrder(bool on)
+{
+    m_model->setReadingOrder(on);
+    if (auto* application = QlumApplicationInterface::instance();
+        application && QlumAddressSpaceSettings::readingOrder.value() != on)
+        QlumAddressSpaceSettings::readingOrder.store(*application, on);
+}
+
+void QlumAddressSpacePage::retire()
+{
+    m_retired = true;
+    if (m_waiting)
+        hide();
+    else
+        delete this;
+}
+
+// The view that is waiting for rows is in the middle of laying them out: it must not do so anew, nor paint.
+void QlumAddressSpacePage::setWaiting(bool waiting)
+{
+    m_waiting = waiting;
+    m_tree->setUpdatesEnabled(!waiting);
+    if (m_retired && !waiting)
+        deleteLater(); // the model has more to do before it can go
 }
 
 void QlumAddressSpacePage::rebrowseCurrent()
@@ -136,7 +233,32 @@ void QlumAddressSpacePage::sltCurrentChanged(const QModelIndex& current)
     OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified;
     if (!m_model->nodeInfo(current, nodeId, nodeClass, parentId))
         return;
+    m_announced = nodeId;
     emit nodeSelected(m_serverId, &nodeId, nodeClass, parentId.isNull() ? nullptr : &parentId);
+}
+
+void QlumAddressSpacePage::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    followIds();
+    if (m_model) // the switch of another page may have been used
+        m_actions[ReadingOrder]->setChecked(QlumAddressSpaceSettings::readingOrder.value());
+}
+
+// Tools show the selected node by its old id until they hear the new one. Those of a page that is not in
+// front show a node of another.
+void QlumAddressSpacePage::followIds()
+{
+    if (m_announced.isNull() || !isVisibleTo(parentWidget()))
+        return;
+    const QModelIndex current = m_tree->currentIndex();
+    UaNodeId nodeId;
+    UaNodeId parentId;
+    OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified;
+    if (!current.isValid()) // it is gone with all that was near it
+        m_tree->setCurrentIndex(m_tree->model()->index(0, 0));
+    else if (m_model->nodeInfo(current, nodeId, nodeClass, parentId) && nodeId != m_announced)
+        sltCurrentChanged(current);
 }
 
 void QlumAddressSpacePage::sltExpanded(const QModelIndex& index)

@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumactiontable.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_types.h>
 #include <uabase/values/uanodeid.h>
@@ -8,6 +9,8 @@
 #include <QModelIndex>
 #include <QObject>
 #include <QPointer>
+#include <QShowEvent>
+#include <QString>
 #include <QWidget>
 
 #include <functional>
@@ -31,6 +34,8 @@ public:
 
     [[nodiscard]] unsigned int serverId() const { return m_serverId; }
     [[nodiscard]] QTreeView* tree() const { return m_tree; }
+    /// Deletes the page, at once or as soon as nobody waits for an answer that belongs into it.
+    void retire();
     void rebrowseCurrent();
     void serverModelChanged(const UaNodeId& node, unsigned char verb);
     /// Selects a node, whether the tree holds it already or not; false when it cannot be found.
@@ -42,14 +47,27 @@ signals:
     /// parentId is null for the root.
     void nodeSelected(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass, UaNodeId* parentId);
 
+protected:
+    /// Tells what changed while another server's page was in front.
+    void showEvent(QShowEvent* event) override;
+
 private:
     QLayout* makeBar(QAction* rebrowse);
     void setupTree();
+    void makeActions();
+    void copy(const std::function<QString(const QModelIndex&)>& text) const;
+    void setReadingOrder(bool on);
     void sltCurrentChanged(const QModelIndex& current);
+    void followIds();
+    void setWaiting(bool waiting);
     void sltExpanded(const QModelIndex& index);
 
     unsigned int m_serverId;
     QTreeView* m_tree;
     QComboBox* m_highlight;
+    QlumActionTable m_actions;                         ///< of the tree
     QlumAddressSpaceModelInterface* m_model = nullptr; ///< child of the tree
+    UaNodeId m_announced;                              ///< by nodeSelected
+    bool m_waiting = false;                            ///< for the server, in an event loop of the model
+    bool m_retired = false;
 };

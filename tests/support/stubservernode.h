@@ -43,10 +43,10 @@ public:
         return QIcon(pixmap);
     }
 
-    void announce(QlumConnectionStatus newStatus)
+    void announce(QlumConnectionStatus newStatus, const NamespaceMap& namespaceMap = NamespaceMap())
     {
         status = newStatus;
-        emit serverNodeChanged(this, nullptr, newStatus, serverId(), NamespaceMap());
+        emit serverNodeChanged(this, nullptr, newStatus, serverId(), namespaceMap);
     }
 
     QlumConnectionStatus status = QlumConnectionStatus::Connected;

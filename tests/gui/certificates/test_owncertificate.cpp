@@ -18,6 +18,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QString>
@@ -79,7 +80,6 @@ TEST_F(OwnCertificate, FirstStartWelcomesAndMakesThePair)
     splash.show();
     QStringList values;
     bool splashSeen = false;
-    bool mayClose = true;
     {
         const DialogDriver driver([&](QDialog& dialog) {
             splashSeen = splashSeen || splash.isVisible();
@@ -89,10 +89,6 @@ TEST_F(OwnCertificate, FirstStartWelcomesAndMakesThePair)
             values = QStringList{dialog.findChild<QLineEdit*>(QStringLiteral("commonName"))->text(),
                                  dialog.findChild<QLineEdit*>(QStringLiteral("organization"))->text(),
                                  dialog.findChild<QLineEdit*>(QStringLiteral("applicationUri"))->text()};
-            if (std::exchange(mayClose, false)) {
-                dialog.reject();
-                mayClose = !dialog.isVisible();
-            }
             complete(dialog);
         });
         EXPECT_EQ(QlumCertificates::instance(&splash)->failure(), 0);
@@ -105,7 +101,6 @@ TEST_F(OwnCertificate, FirstStartWelcomesAndMakesThePair)
     }
     EXPECT_FALSE(splashSeen);
     EXPECT_TRUE(splash.isVisible());
-    EXPECT_FALSE(mayClose) << "there is nothing to go on with";
     const QString host = qlumHostName();
     EXPECT_EQ(values, (QStringList{QStringLiteral("Tavelin@") + host, QStringLiteral("Korvanda"),
                                    QStringLiteral("urn:%1:Korvanda:Tavelin@%1").arg(host)}));
@@ -149,6 +144,29 @@ TEST_F(OwnCertificate, AsksFromThirteenDaysOn)
     EXPECT_EQ(QlumCertificates::instance()->certificate().commonName(), UaString("Test"))
         << "filled from the old";
     EXPECT_TRUE(pairFits());
+}
+
+TEST_F(OwnCertificate, WhoCancelsAtTheFirstStartIsNotLockedOut)
+{
+    const DialogDriver driver([](QDialog& dialog) {
+        qobject_cast<QMessageBox*>(&dialog) ? press(dialog, QMessageBox::Ok) : dialog.reject();
+    });
+    EXPECT_EQ(QlumCertificates::instance()->failure(), 0);
+    EXPECT_EQ(driver.seen().size(), 2) << "not asked again and again";
+    EXPECT_TRUE(QlumCertificates::instance()->certificate().isNull());
+    EXPECT_FALSE(QFile::exists(certificateFile()));
+}
+
+TEST_F(OwnCertificate, TheCountryIsThatOfTheUser)
+{
+    const QLocale before;
+    const auto country = [](const QLocale& locale) {
+        QLocale::setDefault(locale);
+        return QlumOwnCertificate::initial(QStringLiteral("a"), QStringLiteral("b")).subject.country;
+    };
+    EXPECT_EQ(country(QLocale(QStringLiteral("de_AT"))), UaString("AT"));
+    EXPECT_TRUE(country(QLocale::c()).isEmpty());
+    QLocale::setDefault(before);
 }
 
 TEST_F(OwnCertificate, WhoThinksBetterOfARenewalKeepsThePair)

@@ -278,6 +278,11 @@ TEST_F(MainWindow, EachServerHasItsPageAndPluginActionsReachAllOfThem)
     view->setCurrentIndex(window->projectModel()->indexOf(first));
     EXPECT_EQ(pages()->currentWidget()->findChild<QTreeView*>(), trees.at(0));
     action(QlumMainActions::RemoveServer)->trigger();
+    EXPECT_EQ(pages()->count(), 3) << "a connected server is not taken away without a question";
+    auto* question = window->findChild<QMessageBox*>(QStringLiteral("removeServer"));
+    ASSERT_NE(question, nullptr);
+    EXPECT_TRUE(question->text().contains(first->displayName()));
+    question->button(QMessageBox::Yes)->click();
     EXPECT_EQ(pages()->count(), 2);
 }
 

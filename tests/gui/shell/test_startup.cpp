@@ -17,6 +17,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTextStream>
 #include <QTimer>
 #include <QVariant>
@@ -224,6 +225,22 @@ TEST(SplashScreen, PaintsItsTextWithoutTheEventLoop)
     EXPECT_EQ(before.copy(0, 0, 300, 20), after.copy(0, 0, 300, 20));
     EXPECT_EQ(before.copy(0, 0, 5, 100), after.copy(0, 0, 5, 100));
     EXPECT_EQ(QlumSplashScreen::message(), QStringLiteral("Loading..."));
+}
+
+TEST(SplashScreen, WhoAsksTheUserSomethingWaitsUntilItIsGone)
+{
+    const auto isGoneAfter = [](auto sendAway) {
+        QlumSplashScreen splash(QPixmap(300, 100));
+        splash.show();
+        QTimer::singleShot(
+            0, &splash, [&] { sendAway(splash); });
+        splash.waitUntilGone();
+        return !splash.isVisible();
+    };
+    EXPECT_TRUE(isGoneAfter([](QlumSplashScreen& splash) { splash.timedClose(0); }));
+    EXPECT_TRUE(isGoneAfter([](QlumSplashScreen& splash) { QTest::mouseClick(&splash, Qt::LeftButton); }));
+    QlumSplashScreen hidden(QPixmap(300, 100));
+    hidden.waitUntilGone(); // nothing would end it
 }
 
 TEST(Settings, DefaultsHaveTheirTypesAndStoredValuesComeBack)
