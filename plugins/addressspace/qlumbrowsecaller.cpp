@@ -35,7 +35,7 @@ namespace {
 struct AtEnd
 {
     ~AtEnd() { tell(); }
-    std::function<void()> tell; ///< also when the call throws
+    std::function<void()> tell; // also when the call throws
 };
 
 // A call that failed brings none back, but the server may still keep the one that was sent.
