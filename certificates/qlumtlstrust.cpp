@@ -91,12 +91,6 @@ QString qlumStoreTlsCertificate(const QString& folder, const UaPkiCertificate& c
     return {};
 }
 
-std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName, const UaByteString& certificate,
-                                            const UaStatusCode& status, QWidget* parent)
-{
-    return qlumTlsTrustDialog(serverName, QString(), certificate, status, parent);
-}
-
 std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName, const QString& serverUrl,
                                             const UaByteString& certificate, const UaStatusCode& status,
                                             QWidget* parent)

@@ -20,10 +20,7 @@ class UaPkiCertificate;
 
 /// By which the user judges a TLS certificate (DER) that failed with this status, or is told that he trusts
 /// it already; to be shown. QDialog::Accepted: he trusts it, and qlumTrustTlsCertificate() is to keep that.
-[[nodiscard]] std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName,
-                                                          const UaByteString& certificate,
-                                                          const UaStatusCode& status, QWidget* parent);
-/// The same with every finding about the certificate at the server's URL. A trusted one that fails by what
+/// Shows every finding about the certificate at the server's URL. A trusted one that fails by what
 /// the user may overrule for this server is shown, so that he can.
 [[nodiscard]] std::unique_ptr<QDialog> qlumTlsTrustDialog(const QString& serverName, const QString& serverUrl,
                                                           const UaByteString& certificate,

@@ -225,8 +225,8 @@ void QlumConnectFlow::askAboutTls(const QlumTlsFailure& failure, QlumConnectProm
     QlumTlsTrustQuestion::log(m_log, m_setting.displayName, failure.status);
     post([this, failure] { emit untrustedCertificate(failure.status, failure.certificate); });
     m_prompts.askTlsTrust(m_setting.displayName, m_setting.endpoint.url,
-                          qlumToUaByteString(failure.certificate),
-                          UaStatusCode(failure.status), std::move(decided));
+                          qlumToUaByteString(failure.certificate), UaStatusCode(failure.status),
+                          std::move(decided));
     asking();
 }
 

@@ -125,7 +125,7 @@ private:
         QVector<QlumEndpoint> endpoints;
         QlumEndpoint endpoint; ///< the chosen one, or the stored one when the user insists
         UaClientSdk::SessionSecurityInfo security;
-        bool isHostJudged = false; ///< the user knows that the certificate is of another host
+        bool isHostJudged = false;     ///< the user knows that the certificate is of another host
         bool isChangeAccepted = false; ///< of the server's certificate
     };
 

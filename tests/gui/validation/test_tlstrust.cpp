@@ -40,12 +40,15 @@ protected:
             d2i_X509(nullptr, &at, static_cast<long>(der.size())), X509_free);
         return folder + QString::asprintf("/%08lx.%d", X509_subject_name_hash(one.get()), number);
     }
+    static bool askAt(const QString& url, const Der& der, OpcUa_StatusCode status)
+    {
+        const auto dialog = qlumTlsTrustDialog("Web", url, bytes(der), UaStatusCode(status), nullptr);
+        return dialog->exec() == QDialog::Accepted && qlumTrustTlsCertificate(bytes(der));
+    }
     static bool ask(const Der& der, const DialogDriver::Answer& answer, QStringList* seen = nullptr)
     {
         const DialogDriver driver(answer);
-        const auto dialog =
-            qlumTlsTrustDialog("Web", bytes(der), UaStatusCode(OpcUa_BadCertificateUntrusted), nullptr);
-        const bool trusted = dialog->exec() == QDialog::Accepted && qlumTrustTlsCertificate(bytes(der));
+        const bool trusted = askAt(QString(), der, OpcUa_BadCertificateUntrusted);
         if (seen)
             *seen = driver.seen();
         return trusted;
@@ -105,7 +108,7 @@ TEST_F(TlsTrust, NoTrustedDeviceStaysLockedOutForItsHostOrItsClock)
     };
     const auto askAtUrl = [&](const DialogDriver::Answer& answer) {
         const DialogDriver driver(answer);
-        return qlumAskTlsTrust("Web", url, bytes(own), UaStatusCode(OpcUa_BadCertificateUntrusted), nullptr);
+        return askAt(url, own, OpcUa_BadCertificateUntrusted);
     };
     QStringList shown;
     EXPECT_FALSE(askAtUrl([&](QDialog& dialog) {
@@ -143,8 +146,8 @@ TEST_F(TlsTrust, NobodyOverrulesAWeakKey)
         EXPECT_FALSE(dialog.findChild<QPushButton*>("trust")->isEnabled());
         dialog.reject();
     });
-    EXPECT_FALSE(qlumAskTlsTrust("Web", "https://192.0.2.99", bytes(testcertificates::make(recipe)),
-                                 UaStatusCode(OpcUa_BadCertificatePolicyCheckFailed), nullptr));
+    EXPECT_FALSE(
+        askAt("https://192.0.2.99", testcertificates::make(recipe), OpcUa_BadCertificatePolicyCheckFailed));
     EXPECT_EQ(driver.seen().size(), 1);
 }
 
