@@ -5,12 +5,14 @@
 #include <monitoring/monitoredserver.h>
 #include <opcua/opcua_statuscodes.h>
 #include <tests/integration/clientondemoserver.h>
+#include <tests/support/dialogdriver.h>
 #include <tests/support/owndemoserver.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 
 #include <QAction>
+#include <QMessageBox>
 #include <QString>
 #include <QTest>
 
@@ -132,8 +134,11 @@ TEST_F(WatchingOnDemoServer, ValuesComeUntilTheUserDisconnectsAndAfterHeConnects
     EXPECT_GT(server->info(ramp)->count, before);
     EXPECT_TRUE(waitForChange(3, ItemState::Refused)) << "tried again, and no better";
 
-    command("removeServer");
-    EXPECT_EQ(qlumApplicationMonitoring()(serverId), nullptr);
+    {
+        const DialogDriver driver(DialogDriver::press(QMessageBox::Yes));
+        command("removeServer");
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !qlumApplicationMonitoring()(serverId); }, limit));
+    }
     EXPECT_TRUE(waitForChange(2, ItemState::Ended));
     EXPECT_TRUE(waitForChange(3, ItemState::Ended));
     server->remove({&missing, 1});

@@ -243,6 +243,7 @@ TEST_F(ServerDialog, TrustInATlsCertificateAsksTheServerAgain)
         QFile::remove(trusted + '/' + name);
     testcertificates::Recipe recipe;
     recipe.pair = testcertificates::key(2048);
+    recipe.names = "URI:urn:localhost:test,DNS:plc1";
     const testcertificates::Der der = testcertificates::make(recipe);
     const QByteArray certificate(reinterpret_cast<const char*>(der.data()), static_cast<int>(der.size()));
     const auto question = [this] {
