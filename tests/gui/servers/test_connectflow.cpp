@@ -164,8 +164,8 @@ TEST_F(ConnectFlow, RemovalDeclinesAnErrorThatWaitsForItsAnswer)
     EXPECT_TRUE(server.logins.empty());
 }
 
-// Otherwise the box would vanish under the user's hand, or take an Ignore that nobody hears.
-TEST_F(ConnectFlow, AnErrorWhoseConnectionHasGoneOffersAnotherConnectThatAsksAgain)
+// The box vanished at the end of the time; an Ignore before that ended in a session that was forgotten.
+TEST_F(ConnectFlow, AnErrorWhoseConnectionHadGoneTookAnIgnoreThatNobodyHeard)
 {
     application.settings["General.SessionTimeout"] = 50.0;
     hideSecurity();
