@@ -201,6 +201,19 @@ void QlumConnectDialogs::askConnectError(const QlumConnectError& error, Decided 
     show(box, [answer](int result) { answer(result == QMessageBox::Ignore); });
 }
 
+void QlumConnectDialogs::askConnectAnew(const QlumConnectError& error, Decided answer)
+{
+    QMessageBox* box =
+        makeWarning(tr("Connect Error"),
+                    tr("Error '%1' was returned during %2.\nThe server did not wait any longer.")
+                        .arg(error.status, error.step),
+                    QMessageBox::Retry | QMessageBox::Close, QMessageBox::Close);
+    box->setObjectName(QStringLiteral("connectAnew"));
+    box->setInformativeText(tr("Connect anew to be asked about the error again."));
+    box->button(QMessageBox::Retry)->setText(tr("Connect &Anew"));
+    show(box, [answer](int result) { answer(result == QMessageBox::Retry); });
+}
+
 void QlumConnectDialogs::askChangedCertificate(const QlumCertificateChange& change, Decided answer)
 {
     auto* dialog = new QlumChangedCertificateDialog(change, window());

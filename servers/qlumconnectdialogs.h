@@ -35,6 +35,7 @@ public:
     void askChangedCertificate(const QlumCertificateChange& change, Decided answer) override;
     void askCertificate(const QlumCertificateQuestion& question, Judged answer) override;
     void askConnectError(const QlumConnectError& error, Decided answer) override;
+    void askConnectAnew(const QlumConnectError& error, Decided answer) override;
     void askTlsTrust(const QString& server, const QString& url, const UaByteString& certificate,
                      const UaStatusCode& status, Decided answer) override;
     void tellFailure(const QString& server, const QString& url, const QlumConnectFailure& failure,

@@ -68,13 +68,19 @@ void QlumConnectFlow::start(const QlumDiscoverySetting& setting, const UaClientS
     m_identity = identity;
     if (identity)
         qlumSetIdentity(m_setting, *identity);
+    begin();
+}
+
+void QlumConnectFlow::begin()
+{
     m_outcome = OpcUa_BadRequestCancelledByClient;
     m_changesUser = false;
     m_refusal = UaStatusCode();
     m_entered.reset();
     m_failure.reset();
+    m_error.reset();
     m_isDeclined = false;
-    m_keepsEntered = !identity;
+    m_keepsEntered = !m_identity;
     m_newlyIgnoredHost.clear();
     m_usedCertificate.clear();
     m_isCertificateTrusted = m_isCertificateDecided = false;
@@ -86,6 +92,7 @@ void QlumConnectFlow::startUserChange(const QlumDiscoverySetting& setting)
 {
     m_setting = setting;
     m_identity.reset();
+    m_error.reset();
     m_attempt.endpoint = setting.endpoint;
     allowOnlyFor(setting);
     m_changesUser = true;
@@ -185,8 +192,10 @@ void QlumConnectFlow::cancel()
     if (m_step == Step::Idle || m_step == Step::Ending || m_step == Step::UserChange)
         return;
     m_fetcher.cancel();
-    if (!m_worker.isRunning())
+    if (!m_worker.isRunning()) {
+        m_outcome = OpcUa_BadRequestCancelledByClient;
         return giveUpByUser();
+    }
     m_step = Step::Ending;
     ++m_turn;
     if (std::exchange(m_isAsking, false))
@@ -471,6 +480,11 @@ void QlumConnectFlow::takeConnectResult(const UaStatus& status)
     m_outcome = status.statusCode();
     if (!status.isGood()) {
         m_log.error(tr("Connecting failed with error '%1'").arg(toQString(status.toString())));
+        if (isTooLate()) {
+            ++m_turn; // the answer to the error has nowhere to go
+            m_prompts.askConnectAnew(*m_error, answer(&QlumConnectFlow::takeAnew));
+            return asking();
+        }
         if (!m_isDeclined)
             m_failure = qlumConnectFailure(m_refusal.isBad() ? m_refusal : m_outcome);
         return finish(Result::Refused);
@@ -480,6 +494,31 @@ void QlumConnectFlow::takeConnectResult(const UaStatus& status)
                    .arg(QString::number(m_session.revisedSessionTimeout(), 'g', 12),
                         QString::number(m_session.revisedSecureChannelLifetime())));
     finish(Result::Connected);
+}
+
+// The user would have gone on, or may still want to, but what he was asked about is there no longer.
+bool QlumConnectFlow::isTooLate() const
+{
+    if (!m_error || m_isDeclined)
+        return false;
+    switch (m_outcome.code()) {
+    case OpcUa_BadConnectionClosed:
+    case OpcUa_BadSecureChannelClosed:
+    case OpcUa_BadSecureChannelIdInvalid:
+    case OpcUa_BadSessionIdInvalid:
+    case OpcUa_BadSessionClosed:
+        return true;
+    default:
+        return m_worker.hasExpired();
+    }
+}
+
+void QlumConnectFlow::takeAnew(bool isWanted)
+{
+    if (!isWanted)
+        return finish(Result::Refused);
+    m_attempt = Attempt();
+    begin();
 }
 
 bool QlumConnectFlow::connectError(UaClient::ConnectServiceType step, const UaStatus& error,
@@ -503,6 +542,7 @@ bool QlumConnectFlow::connectError(UaClient::ConnectServiceType step, const UaSt
         m_attempt.security.plainPasswordAccepted)
         return true; // the question for the user has said so
     return askOnWorker([this, told](const QlumConnectPrompts::Decided& decided) {
+        m_error = told;
         m_prompts.askConnectError(told, decided);
         asking();
     });

@@ -129,6 +129,7 @@ private:
         bool isChangeAccepted = false; ///< of the server's certificate
     };
 
+    void begin();
     void allowOnlyFor(const QlumDiscoverySetting& setting);
     void enter(Step step);
     void run();
@@ -171,6 +172,8 @@ private:
     void changeUser();
     void takeResult(const UaStatus& status);
     void takeConnectResult(const UaStatus& status);
+    [[nodiscard]] bool isTooLate() const;
+    void takeAnew(bool isWanted);
     [[nodiscard]] UaStatus openSession(const UaClientSdk::SessionSecurityInfo& security);
     [[nodiscard]] bool isTrustedNow(const QlumTlsFailure& failure);
     void askAboutTls(const QlumTlsFailure& failure, QlumConnectPrompts::Decided decided);
@@ -192,6 +195,7 @@ private:
     bool m_changesUser = false;
     UaStatusCode m_refusal;
     UaStatusCode m_outcome;
+    std::optional<QlumConnectError> m_error; ///< the latest that the user was asked about
     std::optional<QlumCredentials> m_entered;
     bool m_isLookingUp = false;
     QString m_newlyIgnoredHost;

@@ -113,6 +113,9 @@ public:
     virtual void askCertificate(const QlumCertificateQuestion& question, Judged answer) = 0;
     /// Whether to go on in spite of an error.
     virtual void askConnectError(const QlumConnectError& error, Decided answer) = 0;
+    /// In the place of that question, when its connection has gone before the user's word was of use: whether
+    /// to connect anew.
+    virtual void askConnectAnew(const QlumConnectError& error, Decided answer) = 0;
     /// Whether to trust a TLS certificate (DER) from now on; the trusted one has been stored then, and what
     /// the user has overruled about it at that URL.
     virtual void askTlsTrust(const QString& server, const QString& url, const UaByteString& certificate,

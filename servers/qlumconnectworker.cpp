@@ -34,7 +34,7 @@ void QlumConnectWorker::stop()
 void QlumConnectWorker::run(Call call)
 {
     ++m_call;
-    m_isCancelled = false;
+    m_isCancelled = m_hasExpired = false;
     m_hasReturned = false;
     m_thread = std::thread([this, call = std::move(call)] { work(call); });
 }
@@ -93,7 +93,8 @@ bool QlumConnectWorker::ask(const std::function<void(std::shared_ptr<Question>)>
     QMetaObject::invokeMethod(
         this, [open, question] { open(question); }, Qt::QueuedConnection);
     std::unique_lock lock(m_mutex);
-    m_changed.wait_for(lock, limit, [&] { return m_isCancelled || question->answer.has_value(); });
+    if (!m_changed.wait_for(lock, limit, [&] { return m_isCancelled || question->answer.has_value(); }))
+        m_hasExpired = true;
     return !m_isCancelled && question->answer.value_or(false);
 }
 

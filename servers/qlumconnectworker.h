@@ -44,6 +44,8 @@ public:
     /// or the end of the time, which both decline.
     [[nodiscard]] bool ask(const std::function<void(std::shared_ptr<Question>)>& open,
                            std::chrono::milliseconds limit);
+    /// Whether a question of the latest call was not answered in time. Any thread.
+    [[nodiscard]] bool hasExpired() const { return m_hasExpired; }
     void answer(Question& question, bool answer);
 
 signals:
@@ -59,6 +61,7 @@ private:
     std::atomic<std::thread::id> m_threadId;
     std::atomic<unsigned int> m_call{0}; ///< number of the latest
     std::atomic<bool> m_isCancelled{false};
+    std::atomic<bool> m_hasExpired{false};
     std::mutex m_mutex; ///< guards what follows, but for m_thread
     std::condition_variable m_changed;
     bool m_hasReturned = true;

@@ -186,6 +186,8 @@ void QlumAddressSpaceModel::rebrowseNodeIndex(const QModelIndex& index)
         }))
         return;
     QlumAddressSpaceNode* node = nodeOrRoot(index);
+    if (refuse(*node)) // before what is known of it goes
+        return;
     removeChildren(node);
     browseNode(node);
 }

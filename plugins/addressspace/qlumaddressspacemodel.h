@@ -37,7 +37,8 @@ class QTimer;
 /// under a wait cursor; one that takes long shows that it does and can be cancelled, and what else is asked
 /// of the model meanwhile is done afterwards. A node that needs many calls is browsed in slices between which
 /// the event loop runs, shows its progress and can be cancelled. The root row is hidden until it has
-/// children.
+/// children. While the connection is lost nothing is asked for: the tree stays, and what would need the
+/// server is refused in the log.
 class QlumAddressSpaceModel : public QlumTreeModel<QlumAddressSpaceNode>,
                               public QlumAddressSpaceModelInterface
 {
@@ -106,6 +107,7 @@ private:
     void callEnded(bool answered);
     void stopAskingFor(QlumAddressSpaceNode* node);
     void browseNode(QlumAddressSpaceNode* node);
+    [[nodiscard]] bool refuse(const QlumAddressSpaceNode& node) const;
     [[nodiscard]] UaClientSdk::BrowseContext browseContext(const QlumAddressSpaceNode& node) const;
     void runTasks(int milliseconds);
     [[nodiscard]] bool runTask(Task& task, int milliseconds);

@@ -78,6 +78,8 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
                 browseNode(nodeAt(kept));
         }))
         return;
+    if (refuse(*node))
+        return stopAskingFor(node);
     Task task(node);
     task.settings.callTimeout = QlumSettings::browseTimeout.value();
     task.budget = QlumSettings::maxBrowseNextCalls.value();
@@ -103,6 +105,16 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
     addNodes(node, answer->references);
     m_tasks.push_front(std::move(task)); // the node that the user opened last comes first
     runTasks(firstSlice);
+}
+
+// A call on a connection that is lost waits for its whole time and fails; the user is told at once instead.
+bool QlumAddressSpaceModel::refuse(const QlumAddressSpaceNode& node) const
+{
+    if (!m_server || m_server->connectionStatus() != QlumConnectionStatus::ConnectionError)
+        return false;
+    m_log.write(QlumLogLevel::Warning, tr("'%1' is not browsed: the connection to the server is lost.")
+                                           .arg(qlumCutText(qlumSingleLine(node.name()))));
+    return true;
 }
 
 // While the user waits for an answer nothing changes what it belongs to.

@@ -62,6 +62,8 @@ QlumAddressSpaceModel::Way QlumAddressSpaceModel::wayTo(const UaNodeId& nodeId,
     const LoadedNodes loaded = loadedNodes(m_root.get());
     if (const auto found = loaded.find(nodeId); found != loaded.end())
         return {*found, {}};
+    if (refuse(*m_root))
+        return {};
     std::vector<Step> steps{{nodeId, 0}};
     std::unordered_set<UaNodeId> seen{nodeId};
     m_wasCancelled = false;

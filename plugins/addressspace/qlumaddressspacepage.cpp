@@ -1,6 +1,8 @@
 #include <plugins/addressspace/qlumaddressspacepage.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodelinterface.h>
@@ -16,12 +18,16 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QLabel>
 #include <QLayout>
+#include <QLocale>
 #include <QModelIndex>
 #include <QModelIndexList>
+#include <QPalette>
 #include <QShowEvent>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -58,15 +64,23 @@ QString pathOf(QModelIndex index)
 QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
                                            const QlumAddressSpaceModelFactory& factory, QAction* rebrowse,
                                            QWidget* parent)
-    : QWidget(parent), m_serverId(server->serverId()), m_tree(new QTreeView(this)),
-      m_highlight(new QComboBox(this))
+    : QWidget(parent), m_server(server), m_serverId(server->serverId()), m_tree(new QTreeView(this)),
+      m_highlight(new QComboBox(this)), m_lost(new QLabel(this))
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addLayout(makeBar(rebrowse));
+    layout->addWidget(m_lost);
     layout->addWidget(m_tree);
     setupTree();
+    m_lost->setObjectName(QStringLiteral("connectionLost"));
+    m_lost->setTextFormat(Qt::PlainText);
+    m_lost->setWordWrap(true);
+    m_lost->setMargin(4);
+    m_lost->hide();
+    connect(server, &QlumServerNode::serverNodeChanged, this, &QlumAddressSpacePage::followConnection);
+    followConnection();
     m_model = factory ? factory(server, m_highlight, m_tree) : nullptr;
     if (!m_model)
         return;
@@ -184,6 +198,35 @@ void QlumAddressSpacePage::setWaiting(bool waiting)
     m_tree->setUpdatesEnabled(!waiting);
     if (m_retired && !waiting)
         deleteLater(); // the model has more to do before it can go
+    else if (!waiting)
+        QTimer::singleShot(0, this, &QlumAddressSpacePage::showConnection);
+}
+
+void QlumAddressSpacePage::followConnection()
+{
+    if (!m_server || m_server->connectionStatus() != QlumConnectionStatus::ConnectionError)
+        m_lostSince = QDateTime();
+    else if (!m_lostSince.isValid())
+        m_lostSince = QDateTime::currentDateTime();
+    showConnection();
+}
+
+// The line moves the tree, which must stay as it is while it waits for rows.
+void QlumAddressSpacePage::showConnection()
+{
+    const bool isLost = m_lostSince.isValid();
+    if (m_waiting || isLost != m_lost->isHidden())
+        return;
+    if (isLost)
+        m_lost->setText(
+            tr("Server '%1': connection lost since %2. What was browsed before can still be read; "
+               "nothing more can be opened until the connection is back.")
+                .arg(qlumCutText(qlumSingleLine(m_server->displayName())),
+                     QLocale::system().toString(m_lostSince, qlumDateTimeFormat())));
+    m_lost->setVisible(isLost);
+    QPalette grey = m_tree->palette();
+    grey.setColor(QPalette::Text, grey.color(QPalette::Disabled, QPalette::Text));
+    m_tree->setPalette(isLost ? grey : QPalette());
 }
 
 void QlumAddressSpacePage::rebrowseCurrent()

@@ -5,6 +5,7 @@
 #include <uabase/values/uanodeid.h>
 
 #include <QAction>
+#include <QDateTime>
 #include <QLayout>
 #include <QModelIndex>
 #include <QObject>
@@ -16,6 +17,7 @@
 #include <functional>
 
 class QComboBox;
+class QLabel;
 class QTreeView;
 class QlumAddressSpaceModelInterface;
 class QlumServerNode;
@@ -24,7 +26,8 @@ class QlumServerNode;
 using QlumAddressSpaceModelFactory = std::function<QlumAddressSpaceModelInterface*(
     QlumServerNode* server, QComboBox* highlight, QObject* parent)>;
 
-/// One server's address space as a tree, with the means to browse again and to highlight a namespace.
+/// One server's address space as a tree, with the means to browse again and to highlight a namespace. While
+/// the connection is lost the tree is grey, and a line above it says so and since when.
 class QlumAddressSpacePage : public QWidget
 {
     Q_OBJECT
@@ -61,10 +64,15 @@ private:
     void followIds();
     void setWaiting(bool waiting);
     void sltExpanded(const QModelIndex& index);
+    void followConnection();
+    void showConnection();
 
+    QPointer<QlumServerNode> m_server;
     unsigned int m_serverId;
     QTreeView* m_tree;
     QComboBox* m_highlight;
+    QLabel* m_lost;                                    ///< hidden while the connection stands
+    QDateTime m_lostSince;                             ///< invalid while it stands
     QlumActionTable m_actions;                         ///< of the tree
     QlumAddressSpaceModelInterface* m_model = nullptr; ///< child of the tree
     UaNodeId m_announced;                              ///< by nodeSelected

@@ -25,8 +25,10 @@ struct ConnectScript
     bool isTriedAgain = false; ///< once
     QlumCertificateVerdict verdict;
     bool isErrorIgnored = false;
+    bool isConnectedAnew = false; ///< once
     bool isTlsTrusted = false;
     bool isSilent = false;              ///< questions stay open
+    QString silentAt;                   ///< the question of that name does, once
     std::function<void()> beforeAnswer; ///< whatever the user does instead of answering
 
     QStringList asked; ///< names of the questions, in order
@@ -104,6 +106,12 @@ public:
         if (take("connect error"))
             answer(m_script.isErrorIgnored);
     }
+    void askConnectAnew(const QlumConnectError& error, Decided answer) override
+    {
+        m_script.error = error;
+        if (take("connect anew"))
+            answer(std::exchange(m_script.isConnectedAnew, false));
+    }
     void askTlsTrust(const QString& server, const QString&, const UaByteString& certificate,
                      const UaStatusCode&, Decided answer) override
     {
@@ -148,7 +156,9 @@ private:
     {
         ConnectScript& script = m_script;
         script.asked.append(QString::fromLatin1(question));
-        const bool isSilent = script.isSilent;
+        const bool isSilent = script.isSilent || script.silentAt == QLatin1String(question);
+        if (isSilent)
+            script.silentAt.clear();
         if (script.beforeAnswer)
             script.beforeAnswer();
         return !isSilent;

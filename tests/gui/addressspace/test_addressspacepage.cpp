@@ -1,3 +1,4 @@
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumservernode.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <plugins/addressspace/qlumaddressspacepage.h>
@@ -10,13 +11,18 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QColor>
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QItemSelectionModel>
+#include <QLabel>
 #include <QModelIndex>
 #include <QObject>
+#include <QPalette>
 #include <QPersistentModelIndex>
 #include <QString>
+#include <QStringList>
+#include <QTest>
 #include <QTreeView>
 #include <gtest/gtest.h>
 
@@ -92,5 +98,40 @@ TEST_F(AddressSpacePage, IdNameAndPathCanBeTakenAlong)
     EXPECT_EQ(copied("copyPath"), "Root/Beta");
     page->tree()->selectionModel()->select(model->index(0, 0, root), QItemSelectionModel::Select);
     EXPECT_EQ(copied("copyNodeId"), "ns=2;s=b\nns=1;i=1");
+}
+
+TEST_F(AddressSpacePage, StaysReadableButAsksForNothingWhileTheConnectionIsLost)
+{
+    const QModelIndex root = model->index(0, 0);
+    const QModelIndex alpha = model->index(0, 0, root);
+    const auto before = modelText(*model);
+    const auto* line = page->findChild<QLabel*>("connectionLost");
+    const auto color = [this] { return page->tree()->palette().color(QPalette::Active, QPalette::Text); };
+    const QColor usual = color();
+    EXPECT_FALSE(line->isVisible());
+    services->journal.clear();
+    server.announce(QlumConnectionStatus::ConnectionError);
+    EXPECT_TRUE(line->isVisible());
+    EXPECT_TRUE(line->text().startsWith("Server 'stub': connection lost since ")) << line->text();
+    EXPECT_NE(color(), usual);
+    EXPECT_TRUE(page->tree()->isEnabled()) << "it is to be read";
+
+    page->tree()->expand(alpha);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !page->tree()->isExpanded(alpha); }));
+    model->rebrowseNodeIndex(root);
+    EXPECT_FALSE(page->reveal(UaNodeId(77, 1)));
+    EXPECT_EQ(modelText(*model), before);
+    EXPECT_EQ(services->journal, QStringList()) << "each call would wait in vain";
+    EXPECT_EQ(application.entries().back().text,
+              "'Root' is not browsed: the connection to the server is lost.");
+    const QString since = line->text();
+    server.announce(QlumConnectionStatus::ConnectionError);
+    EXPECT_EQ(line->text(), since);
+
+    server.announce(QlumConnectionStatus::Connected);
+    EXPECT_FALSE(line->isVisible());
+    EXPECT_EQ(color(), usual);
+    page->tree()->expand(alpha);
+    EXPECT_EQ(model->rowCount(alpha), 2);
 }
 } // namespace

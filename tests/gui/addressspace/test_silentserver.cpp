@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QEvent>
+#include <QLabel>
 #include <QModelIndex>
 #include <QObject>
 #include <QPointer>
@@ -158,6 +159,17 @@ TEST_F(SilentServer, DoesNotFreezeTheWindowAndTheUserCanGiveUp)
         << "nobody continues from what came too late";
     model->fetchMore(row(0));
     EXPECT_EQ(modelText(*model), "Root\n  a\n    a1\n    a2\n  b\n");
+}
+
+TEST_F(SilentServer, LosesItsConnectionWithoutMovingTheTreeThatWaits)
+{
+    const auto* line = page->findChild<QLabel*>("connectionLost");
+    expandSilently([&](QProgressDialog& dialog) {
+        server.announce(QlumConnectionStatus::ConnectionError);
+        EXPECT_FALSE(line->isVisible());
+        dialog.findChild<QPushButton*>()->click();
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return line->isVisible(); }));
 }
 
 TEST_F(SilentServer, FindsTheTreeAsItWasAndWhatCameMeanwhileIsDoneAfterwards)

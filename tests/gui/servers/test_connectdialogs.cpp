@@ -114,7 +114,15 @@ TEST_F(ConnectDialogs, BoxesSayWhatIsWrongAndOneButtonGoesOn)
          },
          "Connect Error: Error 'BadX' was returned during CreateSession, press 'Ignore' to suppress the "
          "error and continue connecting. (because of %1)",
-         QMessageBox::Ignore, QMessageBox::Abort}};
+         QMessageBox::Ignore, QMessageBox::Abort},
+        {[this] {
+             dialogs->askConnectError({"BadX", "CreateSession", {}}, decides());
+             dialogs->askConnectAnew({"BadX", "CreateSession", {}}, decides());
+         },
+         "Connect Error: Error 'BadX' was returned during CreateSession.\nThe server did not wait any "
+         "longer. "
+         "(Connect anew to be asked about the error again.)",
+         QMessageBox::Retry, QMessageBox::Close}};
     for (const auto& test : cases) {
         for (const bool goesOn : {true, false}) {
             decided.reset();

@@ -164,16 +164,47 @@ TEST_F(ConnectFlow, RemovalDeclinesAnErrorThatWaitsForItsAnswer)
     EXPECT_TRUE(server.logins.empty());
 }
 
-TEST_F(ConnectFlow, NoAnswerUntilTheServerForgetsTheSessionDeclines)
+// The box vanished at the end of the time; an Ignore before that ended in a session that was forgotten.
+TEST_F(ConnectFlow, AnErrorWhoseConnectionHadGoneTookAnIgnoreThatNobodyHeard)
 {
     application.settings["General.SessionTimeout"] = 50.0;
     hideSecurity();
-    script.isSilent = true;
+    make();
+    script.silentAt = "connect error";
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked(), (QStringList{"connect error", "connect anew"}));
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
+    EXPECT_TRUE(log().last().startsWith("100 Connecting failed with error '")) << log().last();
+
+    application.settings["General.SessionTimeout"] = 1200000.0;
+    script.isErrorIgnored = script.isConnectedAnew = true;
+    server.activateResult = OpcUa_BadSessionIdInvalid; // Ignore comes after the server has forgotten
+    script.beforeAnswer = [this] {
+        if (script.asked.last() == "connect anew")
+            server.activateResult = OpcUa_Good;
+    };
+    EXPECT_TRUE(node->connectServer()) << log().join('\n');
+    EXPECT_EQ(asked(), (QStringList{"connect error", "connect anew", "connect error"}))
+        << "the word of before holds for no other session";
+}
+
+TEST_F(ConnectFlow, NoOtherConnectIsOfferedWhereTheUserHasDeclinedOrEndsIt)
+{
+    hideSecurity();
     make();
     EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked(), QStringList{"connect error"});
     EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
-    EXPECT_EQ(script.withdrawn, QStringList{"connect error"});
-    EXPECT_TRUE(log().last().startsWith("100 Connecting failed with error '")) << log().last();
+
+    application.settings["General.SessionTimeout"] = 50.0;
+    script.isSilent = true;
+    ASSERT_TRUE(node->startConnect());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return script.asked.contains("connect anew"); }));
+    node->disconnectServer();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }));
+    EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::Disconnected);
+    EXPECT_EQ(node->connectFlow().outcome(), OpcUa_BadRequestCancelledByClient);
+    EXPECT_EQ(script.withdrawn.last(), "connect anew");
 }
 
 TEST_F(ConnectFlow, ATlsCertificateWaitsForItsAnswerUntilTheConnectIsEnded)
