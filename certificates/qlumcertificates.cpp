@@ -323,9 +323,7 @@ int QlumCertificates::passwordCallback(char* buffer, int size, int, void* userDa
     QlumPasswordDlg dialog(QApplication::activeWindow());
     if (dialog.exec() != QDialog::Accepted)
         return 0;
-    QString text = dialog.takePassword();
-    QByteArray password = text.toLocal8Bit();
-    text.fill(QChar());
+    QByteArray password = dialog.takePassword().text().toLocal8Bit();
     const int length = std::min(static_cast<int>(password.size()), size);
     std::memcpy(buffer, password.constData(), static_cast<std::size_t>(length));
     ::explicit_bzero(password.data(), static_cast<std::size_t>(password.size()));

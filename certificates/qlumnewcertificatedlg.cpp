@@ -77,7 +77,13 @@ QlumNewCertificateDlg::QlumNewCertificateDlg(const QString& commonName, const QS
 
 QlumNewCertificateDlg::~QlumNewCertificateDlg()
 {
-    m_password.fill(QChar());
+    static_cast<void>(takePasswords()); // which wipes them
+}
+
+QlumSecretText QlumNewCertificateDlg::takePasswords()
+{
+    static_cast<void>(qlumTakePassword(*m_repetition));
+    return qlumTakePassword(*m_passwordEdit);
 }
 
 // ---- values
@@ -326,8 +332,7 @@ void QlumNewCertificateDlg::finished(const QlumMadeCertificate& made)
     }
     m_keyPair = made.keyPair;
     m_certificate = made.certificate;
-    m_password = m_protect->isChecked() ? m_passwordEdit->text() : QString();
-    m_passwordEdit->clear();
-    m_repetition->clear();
+    const QlumSecretText entered = takePasswords();
+    m_password = m_protect->isChecked() ? entered : QlumSecretText();
     QDialog::accept();
 }

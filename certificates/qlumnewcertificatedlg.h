@@ -1,5 +1,6 @@
 // Asks for what goes into the application's own certificate, and makes it.
 #pragma once
+#include <app/api/qlumsecret.h>
 #include <certificates/qlumowncertificate.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
@@ -42,7 +43,7 @@ public:
     [[nodiscard]] const UaPkiCertificate& certificate() const { return m_certificate; }
     [[nodiscard]] const UaPkiRsaKeyPair& keyPair() const { return m_keyPair; }
     /// Empty when the key is not to be protected. Wiped with the dialog.
-    [[nodiscard]] const QString& password() const { return m_password; }
+    [[nodiscard]] const QString& password() const { return m_password.text(); }
 
     /// As "Add DNS Name" and "Add IP Address" accept them; addresses without brackets and zone.
     [[nodiscard]] static bool isDnsName(const QString& text);
@@ -90,6 +91,7 @@ private:
 
     [[nodiscard]] QString problemOf(Field field) const;
     [[nodiscard]] QString passwordProblem() const;
+    [[nodiscard]] QlumSecretText takePasswords();
     [[nodiscard]] QString firstProblem();
     [[nodiscard]] QString applicationUri() const;
     void addUnique(QListWidget* list, const QString& text);
@@ -116,7 +118,7 @@ private:
     QLabel* m_progressText = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
 
-    QString m_password;
+    QlumSecretText m_password;
     UaPkiCertificate m_certificate;
     UaPkiRsaKeyPair m_keyPair;
     std::unique_ptr<QlumJobPool> m_pool; ///< last: it ends before what its job reports to

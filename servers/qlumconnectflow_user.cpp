@@ -1,6 +1,7 @@
 // Who is to log in, at a connect or in the place of somebody else.
 #include <servers/qlumconnectflow.h>
 
+#include <app/api/qlumsecret.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectfailure.h>
@@ -20,8 +21,8 @@ void QlumConnectFlow::identifyUser()
     if (!m_changesUser)
         return identify(tr("Used UserTokenType: %1"));
     m_prompts.askUser(passwordQuestion(),
-                      {m_setting.userTokenType, m_setting.userName, QString(), m_setting.certificateFile,
-                       m_setting.privateKeyFile},
+                      {m_setting.userTokenType, m_setting.userName, QlumSecretText(),
+                       m_setting.certificateFile, m_setting.privateKeyFile},
                       answer(&QlumConnectFlow::takeUser));
     asking();
 }
@@ -78,7 +79,7 @@ void QlumConnectFlow::identifyByName()
 {
     if (isStoredPasswordUsed()) {
         m_attempt.security.setUserPasswordUserIdentity(toUaString(m_setting.userName),
-                                                       toUaString(m_setting.password));
+                                                       qlumToSecretBytes(m_setting.password));
         m_attempt.security.plainPasswordAccepted = qlumSendsUnprotectedPassword(m_attempt.endpoint);
         return userIsKnown();
     }
@@ -100,10 +101,10 @@ void QlumConnectFlow::takeCredentials(const std::optional<QlumCredentials>& cred
         m_allowedFor.last() = credentials->userName;
         m_clearPasswordAllowed = unprotected;
         m_entered = QlumCredentials{credentials->userName,
-                                    m_setting.storePassword ? credentials->password : QString()};
+                                    m_setting.storePassword ? credentials->password : QlumSecretText()};
     }
     m_attempt.security.setUserPasswordUserIdentity(toUaString(credentials->userName),
-                                                   toUaString(credentials->password));
+                                                   qlumToSecretBytes(credentials->password));
     m_attempt.security.plainPasswordAccepted = unprotected; // the question has said so
     userIsKnown();
 }
@@ -132,7 +133,8 @@ bool QlumConnectFlow::loadUserCertificate()
                        .arg(m_setting.privateKeyFile));
         return false;
     }
-    m_attempt.security.setCertificateUserIdentity(certificate.toByteStringDER(), UaByteString(key.toDER()));
+    m_attempt.security.setCertificateUserIdentity(certificate.toByteStringDER(),
+                                                  UaClientSdk::SecretBytes(key.toDER()));
     return true;
 }
 

@@ -82,7 +82,7 @@ void qlumFillConnectSecurity(SessionSecurityInfo& security, const QlumEndpoint& 
     const QlumCertificates& own = *QlumCertificates::instance();
     if (!own.certificate().isNull()) {
         security.clientCertificate = own.certificate().toByteStringDER();
-        security.clientPrivateKey = UaByteString(own.keyPair().toDER());
+        security.clientPrivateKey = std::make_shared<const UaClientSdk::SecretBytes>(own.keyPair().toDER());
     }
     qlumFillPkiFolders(security);
 }

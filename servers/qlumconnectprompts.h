@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumsecret.h>
 #include <servers/qlumconnectfailure.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
@@ -20,7 +21,7 @@ enum class QlumPasswordDanger {
 struct QlumCredentials
 {
     QString userName;
-    QString password;
+    QlumSecretText password;
 };
 
 /// For whom a password is asked, and where it goes.
@@ -37,7 +38,7 @@ struct QlumUserChoice
 {
     int tokenType = 0;
     QString userName;
-    QString password;
+    QlumSecretText password;
     QString certificateFile;
     QString privateKeyFile;
 };

@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumsecret.h>
 #include <servers/qlumendpoint.h>
 
 #include <QByteArray>
@@ -20,7 +21,7 @@ struct QlumDiscoverySetting
     QString ignoredHost;   ///< of the endpoint, which cannot be found: the URL is dialled as it stands
     QString userName;
     bool storePassword = false;    ///< keep the password while the program runs
-    QString password;              ///< in memory only; never written
+    QlumSecretText password;       ///< in memory only; never written
     QString certificateFile;       ///< DER, of the user
     QString privateKeyFile;        ///< PEM, of the user
     QByteArray trustedCertificate; ///< DER, that of the server which it was last connected with as trusted

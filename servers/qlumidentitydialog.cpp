@@ -1,5 +1,6 @@
 #include <servers/qlumidentitydialog.h>
 
+#include <app/api/qlumsecret.h>
 #include <servers/qlumidentitywidget.h>
 
 #include <QDialog>
@@ -40,6 +41,11 @@ QlumIdentityDialog::QlumIdentityDialog(const QString& server, const QlumUserChoi
     layout->addWidget(m_identity);
     layout->addStretch();
     layout->addWidget(buttons);
+}
+
+QlumIdentityDialog::~QlumIdentityDialog()
+{
+    static_cast<void>(qlumTakePassword(*m_password)); // which wipes it
 }
 
 QlumUserChoice QlumIdentityDialog::choice() const

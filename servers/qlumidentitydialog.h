@@ -17,7 +17,9 @@ public:
     QlumIdentityDialog(const QString& server, const QlumUserChoice& proposal, const QString& warning,
                        QWidget* parent = nullptr);
 
-    /// What the dialog holds; whoever takes it wipes the password.
+    ~QlumIdentityDialog() override;
+
+    /// What the dialog holds; the password stays in its field until the dialog goes.
     [[nodiscard]] QlumUserChoice choice() const;
 
 private:

@@ -4,8 +4,10 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/secretbytes.h>
 
 #include <functional>
+#include <memory>
 
 namespace UaClientSdk {
 
@@ -23,7 +25,8 @@ class ClientSecurityInfo
 {
 public:
     UaByteString clientCertificate; ///< DER
-    UaByteString clientPrivateKey;  ///< DER
+    /// DER; null: none. Shared, because copies of the record must not multiply it.
+    std::shared_ptr<const SecretBytes> clientPrivateKey;
     /// Asked about each thing that a discovery call finds wrong with a TLS certificate: true goes on in spite
     /// of it, else the call ends with that status. Runs on a thread of the stack.
     std::function<bool(const UaStatus&, const UaByteString&)> tlsCertificateFinding;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <opcua/opcua_types.h>
+#include <uabase/values/uabytestring.h>
 
+#include <memory>
 #include <span>
 #include <string.h>
 #include <string_view>
@@ -17,6 +19,12 @@ public:
     SecretBytes() = default;
     explicit SecretBytes(std::span<const OpcUa_Byte> bytes) : m_bytes(bytes.begin(), bytes.end()) {}
     explicit SecretBytes(std::string_view text) : m_bytes(text.begin(), text.end()) {}
+    /// Overwrites the array, which nobody needs any more.
+    explicit SecretBytes(UaByteArray&& bytes) : SecretBytes(std::span<const OpcUa_Byte>(bytes.span()))
+    {
+        if (!bytes.isEmpty())
+            explicit_bzero(bytes.rawData(), bytes.span().size());
+    }
     ~SecretBytes() { wipe(m_bytes); }
     SecretBytes(const SecretBytes&) = delete;
     SecretBytes& operator=(const SecretBytes&) = delete;
@@ -32,6 +40,12 @@ public:
     [[nodiscard]] OpcUa_ByteString view() const
     {
         return {static_cast<OpcUa_Int32>(m_bytes.size()), const_cast<OpcUa_Byte*>(m_bytes.data())};
+    }
+
+    /// The same of one that may be missing, which is a null string then.
+    [[nodiscard]] static OpcUa_ByteString viewOf(const std::shared_ptr<const SecretBytes>& secret)
+    {
+        return secret ? secret->view() : OpcUa_ByteString{-1, nullptr};
     }
 
     /// Overwrites what the stack is about to free.

@@ -70,6 +70,17 @@ void SessionSecurityInfo::setCertificateUserIdentity(const UaByteString& certifi
     m_userIdentity = std::make_shared<UaCertificateIdentityToken>(certificate, privateKey);
 }
 
+void SessionSecurityInfo::setUserPasswordUserIdentity(const UaString& user, const SecretBytes& password)
+{
+    m_userIdentity = std::make_shared<UaUserNameIdentityToken>(user, password);
+}
+
+void SessionSecurityInfo::setCertificateUserIdentity(const UaByteString& certificate,
+                                                     const SecretBytes& privateKey)
+{
+    m_userIdentity = std::make_shared<UaCertificateIdentityToken>(certificate, privateKey);
+}
+
 void SessionSecurityInfo::setUserIdentity(std::shared_ptr<const UaUserIdentityToken> identity)
 {
     m_userIdentity = std::move(identity);

@@ -45,6 +45,9 @@ public:
     void setAnonymousUserIdentity();
     void setUserPasswordUserIdentity(const UaString& user, const UaString& password);
     void setCertificateUserIdentity(const UaByteString& certificate, const UaByteString& privateKey);
+    /// The same without a copy of the secret that nobody overwrites.
+    void setUserPasswordUserIdentity(const UaString& user, const SecretBytes& password);
+    void setCertificateUserIdentity(const UaByteString& certificate, const SecretBytes& privateKey);
     void setUserIdentity(std::shared_ptr<const UaUserIdentityToken> identity); ///< null: anonymous
     /// Never null; shared because copies of the record must not multiply secrets.
     [[nodiscard]] std::shared_ptr<const UaUserIdentityToken> userIdentityToken() const

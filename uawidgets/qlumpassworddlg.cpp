@@ -27,9 +27,12 @@ QlumPasswordDlg::QlumPasswordDlg(QWidget* parent)
     layout->addRow(buttons);
 }
 
-QString QlumPasswordDlg::takePassword()
+QlumPasswordDlg::~QlumPasswordDlg()
 {
-    QString text = m_password->text();
-    m_password->clear();
-    return text;
+    static_cast<void>(takePassword()); // which wipes it
+}
+
+QlumSecretText QlumPasswordDlg::takePassword()
+{
+    return qlumTakePassword(*m_password);
 }

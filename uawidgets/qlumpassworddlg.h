@@ -1,7 +1,7 @@
 #pragma once
+#include <app/api/qlumsecret.h>
 #include <uawidgets/qlumbasewidget.h>
 
-#include <QString>
 #include <QWidget>
 
 class QLineEdit;
@@ -13,9 +13,10 @@ class QlumPasswordDlg : public QlumBaseWidget
 public:
     /// With an empty field.
     explicit QlumPasswordDlg(QWidget* parent = nullptr);
+    ~QlumPasswordDlg() override;
 
-    /// What the field holds, which is empty afterwards; whoever takes it wipes it.
-    [[nodiscard]] QString takePassword();
+    /// What the field holds, which is empty afterwards.
+    [[nodiscard]] QlumSecretText takePassword();
 
 private:
     QLineEdit* m_password;

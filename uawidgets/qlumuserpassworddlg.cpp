@@ -46,12 +46,17 @@ QlumUserPasswordDlg::QlumUserPasswordDlg(const QString& serverName, const QStrin
     (userName.isEmpty() ? m_userName : m_password)->setFocus();
 }
 
+QlumUserPasswordDlg::~QlumUserPasswordDlg()
+{
+    static_cast<void>(qlumTakePassword(*m_password)); // which wipes it
+}
+
 QString QlumUserPasswordDlg::userName() const
 {
     return m_userName->text();
 }
 
-QString QlumUserPasswordDlg::password() const
+QlumSecretText QlumUserPasswordDlg::password() const
 {
     return m_password->text();
 }

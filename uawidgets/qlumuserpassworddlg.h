@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumsecret.h>
 #include <uawidgets/qlumbasewidget.h>
 
 #include <QString>
@@ -15,11 +16,12 @@ public:
     /// The user name is proposed; with one the password is asked for first.
     explicit QlumUserPasswordDlg(const QString& serverName, const QString& userName = QString(),
                                  QWidget* parent = nullptr);
+    ~QlumUserPasswordDlg() override;
 
     /// What the field holds; meaningful after the dialog was accepted.
     [[nodiscard]] QString userName() const;
-    /// What the field holds; whoever takes it wipes it.
-    [[nodiscard]] QString password() const;
+    /// What the field holds, until the dialog goes.
+    [[nodiscard]] QlumSecretText password() const;
 
     /// Shows a warning above the fields, for example that the password would leave unencrypted. Plain text.
     void setWarning(const QString& text);

@@ -119,7 +119,8 @@ protected:
         recipe.pair = testcertificates::key(2048);
         SessionSecurityInfo security;
         security.clientCertificate = bytesOf(testcertificates::make(recipe));
-        security.clientPrivateKey = bytesOf(testcertificates::privateDer(recipe.pair));
+        security.clientPrivateKey =
+            std::make_shared<const UaClientSdk::SecretBytes>(testcertificates::privateDer(recipe.pair));
         security.securityPolicyUri = UaString(endpoint.SecurityPolicyUri);
         security.messageSecurityMode = endpoint.SecurityMode;
         security.serverCertificate = UaByteString(endpoint.ServerCertificate);

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 
 namespace soak {
 
@@ -30,9 +31,8 @@ bool makeOwnPair(UaClientSdk::SessionSecurityInfo& security)
     static_cast<void>(UaString("localhost").copyTo(&info.DNSNames[0]));
     info.validTime = 86400;
     const UaPkiCertificate certificate(info, subject, pair, false, UaPkiCertificate::Sha256);
-    const UaByteArray key = pair.toDER();
     security.clientCertificate = certificate.toByteStringDER();
-    security.clientPrivateKey = UaByteString(static_cast<OpcUa_Int32>(key.length()), key.begin());
+    security.clientPrivateKey = std::make_shared<const UaClientSdk::SecretBytes>(pair.toDER());
     return security.clientCertificate.length() > 0;
 }
 

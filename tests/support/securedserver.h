@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -74,7 +75,8 @@ public:
         if (info.isSecured())
             info.serverCertificate = certificate;
         info.clientCertificate = bytesOf(testcertificates::make(recipe));
-        info.clientPrivateKey = bytesOf(testcertificates::privateDer(recipe.pair));
+        info.clientPrivateKey =
+            std::make_shared<const UaClientSdk::SecretBytes>(testcertificates::privateDer(recipe.pair));
         return info;
     }
 

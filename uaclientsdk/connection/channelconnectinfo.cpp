@@ -11,12 +11,13 @@ OpcUa_PkiConfiguration pkiConfigurationOf(const PkiFolders& folders)
 }
 
 ChannelConnectInfo::ChannelConnectInfo(const UaString& url, const ClientSecurityInfo& security)
-    : m_pki(pkiConfigurationOf(isHttpsUrl(url.view()) ? security.httpsPki() : security.pki()))
+    : m_pki(pkiConfigurationOf(isHttpsUrl(url.view()) ? security.httpsPki() : security.pki())),
+      m_privateKey(SecretBytes::viewOf(security.clientPrivateKey))
 {
     m_info.Url = url.toUtf8();
     m_info.TransportProfileUri = transportProfileOf(url.view());
     m_info.ClientCertificate = security.clientCertificate.get();
-    m_info.ClientPrivateKey = security.clientPrivateKey.get();
+    m_info.ClientPrivateKey = &m_privateKey;
     m_info.PkiConfiguration = &m_pki;
 }
 

@@ -26,6 +26,7 @@ public:
 
 private:
     OpcUa_PkiConfiguration m_pki;
+    OpcUa_ByteString m_privateKey;
     OpcUa_ChannelConnectInfo m_info{};
 };
 

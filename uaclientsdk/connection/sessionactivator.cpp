@@ -288,7 +288,7 @@ IdentityProtection SessionActivator::protection() const
 UaStatus SessionActivator::signRequest(OpcUa_ActivateSessionRequest& request)
 {
     UaString policy;
-    UaByteString key;
+    std::shared_ptr<const SecretBytes> key; // held while it is used
     UaByteString certificate;
     UaByteString nonce;
     {
@@ -299,9 +299,9 @@ UaStatus SessionActivator::signRequest(OpcUa_ActivateSessionRequest& request)
         nonce = m_context.serverNonce;
     }
     const CryptoProvider provider(policy);
-    return provider.status().isGood()
-               ? signForServer(provider, *key.get(), certificate, nonce, request.ClientSignature)
-               : provider.status();
+    return provider.status().isGood() ? signForServer(provider, SecretBytes::viewOf(key), certificate, nonce,
+                                                      request.ClientSignature)
+                                      : provider.status();
 }
 
 UaStatus SessionActivator::acceptNewNonce(const OpcUa_ByteString& nonce, bool matters)

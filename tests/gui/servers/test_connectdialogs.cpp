@@ -165,7 +165,7 @@ TEST_F(ConnectDialogs, PasswordIsAskedForWithAWarningWhereOthersCanReadIt)
     open()->findChild<QLineEdit*>("password")->setText("secret");
     open()->accept();
     ASSERT_TRUE(given.has_value());
-    EXPECT_EQ(given->userName + '/' + given->password, "joe/secret");
+    EXPECT_EQ(given->userName + '/' + given->password.text(), "joe/secret");
     dialogs->askClearPassword({"Plc", "joe", "plc%1", QlumPasswordDanger::Anyone}, take);
     EXPECT_EQ(warning(),
               "The password leaves this computer in clear text, for host 'plc%1': everybody on the "
@@ -195,7 +195,7 @@ TEST_F(ConnectDialogs, UserIsChosenAmongAllKindsOfIdentity)
     open()->findChild<QLineEdit*>("password")->setText("secret");
     open()->accept();
     ASSERT_TRUE(chosen.has_value());
-    EXPECT_EQ(chosen->userName + '/' + chosen->password, "operator/secret");
+    EXPECT_EQ(chosen->userName + '/' + chosen->password.text(), "operator/secret");
     EXPECT_EQ(chosen->tokenType, 1);
     dialogs->askUser({"Plc", "", "plc1", QlumPasswordDanger::Nobody}, proposal, take);
     EXPECT_EQ(open()->findChild<QLabel*>("warning"), nullptr);
