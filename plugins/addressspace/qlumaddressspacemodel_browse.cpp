@@ -1,5 +1,6 @@
 // Browsing: what the server is asked, and how the answers become rows.
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumguithread.h>
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
