@@ -69,7 +69,7 @@ public:
         entered = true;
         while (!mayGoOn)
             std::this_thread::yield();
-        for (int i = 0; i < 10000; ++i)
+        for (int i = 0; i < 100; ++i) // each may cost a slice of a busy machine
             std::this_thread::yield();
         const UaStatus status = AttributeServices::read(settings, maxAge, timestamps, nodes, values);
         left = true;
