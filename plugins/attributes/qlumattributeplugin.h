@@ -123,7 +123,6 @@ private:
     void readOnReturn();
     void readWhatIsDue();
     void follow(unsigned int serverId, const NamespaceMap& namespaceMap);
-    void forgetServer(unsigned int serverId);
 
     const QlumSessionServicesProvider m_services;
     QlumApplicationInterface* m_app = nullptr;

@@ -1,5 +1,6 @@
 #include <plugins/attributes/qlumattributetexts.h>
 
+#include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
@@ -8,6 +9,7 @@
 #include <QList>
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -46,14 +48,12 @@ struct Reason
 };
 
 #define WORDS(text) QT_TRANSLATE_NOOP("QlumWriteFailure", text)
+// What a status means for a write in particular; what it means at all stands elsewhere.
 constexpr Reason writeReasons[] = {
     {OpcUa_BadNotWritable, WORDS("nobody may write this value")},
     {OpcUa_BadUserAccessDenied, WORDS("the user who is logged in may not write it")},
     {OpcUa_BadSecurityModeInsufficient, WORDS("the connection is not secure enough for it")},
     {OpcUa_BadWriteNotSupported, WORDS("the server cannot write a value of this kind")},
-    {OpcUa_BadTypeMismatch, WORDS("the node takes values of another type or shape")},
-    {OpcUa_BadOutOfRange, WORDS("the value is outside of what the node takes")},
-    {OpcUa_BadNodeIdUnknown, WORDS("the server does not have the node any more")},
     {OpcUa_BadAttributeIdInvalid, WORDS("the node has no value")},
     {OpcUa_BadLocked, WORDS("somebody else has locked it")},
     {OpcUa_BadInvalidState, WORDS("it cannot be written in the present state")},
@@ -63,9 +63,6 @@ constexpr Reason writeReasons[] = {
     {OpcUa_BadNotConnected, WORDS("the server does not reach the device")},
     {OpcUa_BadTimeout, WORDS("no answer in time; it may have been written all the same")},
     {OpcUa_BadRequestTimeout, WORDS("no answer in time; it may have been written all the same")},
-    {OpcUa_BadConnectionClosed, WORDS("the connection was closed")},
-    {OpcUa_BadServerNotConnected, WORDS("the server is not connected")},
-    {OpcUa_BadCommunicationError, WORDS("the connection is disturbed")},
 };
 #undef WORDS
 
@@ -203,11 +200,13 @@ QString qlumUserAccessLevelText(OpcUa_Byte mask)
 
 QString qlumWriteFailureText(OpcUa_StatusCode code)
 {
-    for (const Reason& reason : writeReasons)
-        if (reason.code == code)
-            return QStringLiteral("%1: %2").arg(
-                qlumStatusText(code), QCoreApplication::translate("QlumWriteFailure", reason.words));
-    return qlumStatusText(code);
+    const QString name = qlumStatusText(code);
+    const auto* const found = std::find_if(std::begin(writeReasons), std::end(writeReasons),
+                                           [code](const Reason& reason) { return reason.code == code; });
+    const QString words = found != std::end(writeReasons)
+                              ? QCoreApplication::translate("QlumWriteFailure", found->words)
+                              : qlumStatusWords(name);
+    return words.isEmpty() ? name : QStringLiteral("%1: %2").arg(name, words);
 }
 
 QString qlumStatusCodeText(OpcUa_StatusCode code)

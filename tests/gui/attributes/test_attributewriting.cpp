@@ -68,7 +68,8 @@ TEST_F(AttributeWriting, FailuresAreToldAndNothingIsWrittenWithoutASession)
     ASSERT_EQ(failed.count(), 3);
     EXPECT_EQ(failed.at(0).at(0).toString(),
               "BadUserAccessDenied: the user who is logged in may not write it");
-    EXPECT_EQ(failed.at(1).at(0).toString(), "BadConnectionClosed: the connection was closed");
+    EXPECT_EQ(failed.at(1).at(0).toString(),
+              "BadConnectionClosed: the connection was closed while the call was under way");
     EXPECT_EQ(failed.at(2).at(0).toString(), "Could not convert value to variant type Double");
     services->callStatus = 0;
     services->writeResult = 0;
