@@ -1,0 +1,47 @@
+#pragma once
+#include <opcua/opcua_types.h>
+#include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/values/uanodeid.h>
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QWidget;
+class QlumSettingsCBInterface;
+
+/// Lower and upper end, both within.
+struct QlumValueRange
+{
+    double low = 0;
+    double high = 0;
+};
+
+/// What is known of the place whose value is edited. Editors know no session: whatever of this is not at hand
+/// stays empty, and the editor then offers less. Every question that it holds answers at once, on the GUI
+/// thread; the answers are copied, so a context may outlive its server.
+struct QlumValueContext
+{
+    UaNodeId dataType;                                ///< as declared; null when it is not known
+    OpcUa_BuiltInType builtInType = OpcUaType_Null;   ///< what the data type is sent as; Null: any
+    OpcUa_Int32 valueRank = -2;                       ///< OPC 10000-3, 5.6.2; -2: any
+    std::vector<OpcUa_UInt32> arrayDimensions;        ///< 0 for a length that varies; empty: not declared
+    std::shared_ptr<UaDataTypeDictionary> dictionary; ///< definitions that are at hand; may be null
+    std::optional<QlumValueRange> euRange;            ///< values outside are remarked, not refused
+    std::optional<QlumValueRange> instrumentRange;    ///< the same
+    QString unit;                                     ///< shown behind numbers
+    std::optional<OpcUa_UInt32> maxStringLength;      ///< bytes; of strings and byte strings
+    QString accessFault; ///< why the value cannot be written, in words; empty when it can
+
+    /// Name of a data type that somebody has read already; empty when nobody has.
+    std::function<QString(const UaNodeId& dataType)> typeName;
+    /// What can be given where an abstract type is declared.
+    std::function<std::vector<UaNodeId>(const UaNodeId& dataType)> concreteTypes;
+    /// Has the user choose a node of the server, null when he gave up. Runs a nested event loop.
+    std::function<UaNodeId(QWidget* parent, const UaNodeId& start)> browseNode;
+    /// Where editors keep settings of their own, offered by the dialog around them; may be null.
+    QlumSettingsCBInterface* settings = nullptr;
+};

@@ -1,0 +1,32 @@
+#pragma once
+#include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluecontext.h>
+#include <uawidgets/editors/qlumvaluepage.h>
+
+#include <QString>
+#include <QWidget>
+
+/// Edits a value of any type: it shows the page that suits the value and its declared type. For dialogs,
+/// where there is room; the cell of a table takes qlumCreateValueEditor(). GUI thread.
+class QlumValueWidget : public QlumValuePage
+{
+    Q_OBJECT
+public:
+    /// Empty until setValue().
+    explicit QlumValueWidget(QlumValueContext context, QWidget* parent = nullptr);
+
+    /// A null value gives an editor for the declared type that holds none yet.
+    void setValue(const UaVariant& value) override;
+    [[nodiscard]] bool value(UaVariant& value) const override;
+    [[nodiscard]] bool isModified() const override;
+    [[nodiscard]] QString fault() const override;
+    [[nodiscard]] QString remark() const override;
+    void setReadOnly(bool readOnly) override;
+    /// What was given at construction.
+    [[nodiscard]] const QlumValueContext& context() const { return m_context; }
+
+private:
+    const QlumValueContext m_context;
+    QlumValuePage* m_page = nullptr;
+    bool m_readOnly = false;
+};
