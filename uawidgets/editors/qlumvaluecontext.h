@@ -16,8 +16,8 @@ class QlumSettingsCBInterface;
 /// Lower and upper end, both within.
 struct QlumValueRange
 {
-    double low = 0;
-    double high = 0;
+    double low = 0;  ///< lower end
+    double high = 0; ///< upper end
 };
 
 /// What is known of the place whose value is edited. Editors know no session: whatever of this is not at hand
