@@ -11,6 +11,7 @@
 #include <uabase/values/uastatuscode.h>
 #include <uawidgets/qlumuserpassworddlg.h>
 
+#include <QAbstractButton>
 #include <QPushButton>
 
 #include <memory>
@@ -234,29 +235,43 @@ void QlumConnectDialogs::askTlsTrust(const QString& server, const QString& url,
 
 // ---- afterwards
 
-void QlumConnectDialogs::showFailure(const QString& title, const QString& text, const QString& advice,
-                                     Decided answer)
+QMessageBox* QlumConnectDialogs::makeFailure(const QString& title, const QString& text,
+                                             const QString& advice) const
 {
     QMessageBox* box = makeWarning(title, text, QMessageBox::Retry | QMessageBox::Close, QMessageBox::Retry);
     box->setObjectName(QStringLiteral("connectFailure"));
     box->setInformativeText(advice);
     box->button(QMessageBox::Retry)->setText(tr("&Try Again"));
-    show(box, [answer](int result) { answer(result == QMessageBox::Retry); });
+    return box;
+}
+
+void QlumConnectDialogs::showFailure(QMessageBox* box, Decided answer)
+{
+    show(
+        box, [answer](int result) { answer(result == QMessageBox::Retry); });
 }
 
 void QlumConnectDialogs::tellFailure(const QString& server, const QString& url,
                                      const QlumConnectFailure& failure, Decided answer)
 {
-    showFailure(tr("Connecting Failed"),
-                tr("Server '%1' at %2 was not connected.\n%3").arg(server, qlumCutText(url), failure.reason),
-                failure.advice, std::move(answer));
+    QMessageBox* box = makeFailure(
+        tr("Connecting Failed"),
+        tr("Server '%1' at %2 was not connected.\n%3").arg(server, qlumCutText(url), failure.reason),
+        failure.advice);
+    QPushButton* diagnose = box->addButton(tr("&Diagnose..."), QMessageBox::ActionRole);
+    diagnose->setObjectName(QStringLiteral("diagnose"));
+    diagnose->setToolTip(tr("Try the connection step by step, to see where it stops"));
+    connect(diagnose, &QAbstractButton::clicked, this, &QlumConnectDialogs::diagnoseWanted,
+            Qt::QueuedConnection); // when the box is gone
+    showFailure(box, std::move(answer));
 }
 
 void QlumConnectDialogs::tellUserRefused(const QString& server, const QlumConnectFailure& failure,
                                          Decided answer)
 {
-    showFailure(
-        tr("Changing the User Failed"),
-        tr("The session with server '%1' goes on with the user that it had.\n%2").arg(server, failure.reason),
-        failure.advice, std::move(answer));
+    showFailure(makeFailure(tr("Changing the User Failed"),
+                            tr("The session with server '%1' goes on with the user that it had.\n%2")
+                                .arg(server, failure.reason),
+                            failure.advice),
+                std::move(answer));
 }

@@ -46,12 +46,18 @@ public:
     /// Above which all dialogs of servers are shown; null while there is none.
     [[nodiscard]] static QWidget* parentWindow();
 
+signals:
+    /// The user who is told of a failure wants to know where it comes from.
+    void diagnoseWanted();
+
 private:
     [[nodiscard]] QWidget* window() const;
     [[nodiscard]] QMessageBox* makeWarning(const QString& title, const QString& text,
                                            QMessageBox::StandardButtons buttons,
                                            QMessageBox::StandardButton defaultButton) const;
-    void showFailure(const QString& title, const QString& text, const QString& advice, Decided answer);
+    [[nodiscard]] QMessageBox* makeFailure(const QString& title, const QString& text,
+                                           const QString& advice) const;
+    void showFailure(QMessageBox* box, Decided answer);
     void show(QDialog* dialog, std::function<void(int result)> answer);
 
     QPointer<QDialog> m_dialog;

@@ -5,10 +5,9 @@
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectfailure.h>
+#include <servers/qlumconnectinfo.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumendpoint.h>
-#include <uabase/uapkicpp/uapkicertificate.h>
-#include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uabytestring.h>
 
 #include <QString>
@@ -121,21 +120,12 @@ void QlumConnectFlow::identifyByCertificate()
 
 bool QlumConnectFlow::loadUserCertificate()
 {
-    const UaPkiCertificate certificate = UaPkiCertificate::fromDERFile(toUaString(m_setting.certificateFile));
-    if (certificate.isNull()) {
-        m_log.info(tr("Could not load certificate for X509 user token from file '%1'")
-                       .arg(m_setting.certificateFile));
-        return false;
-    }
-    const UaPkiRsaKeyPair key = UaPkiRsaKeyPair::fromPEMFile(toUaString(m_setting.privateKeyFile));
-    if (key.isNull() || key.isMissingParameters()) {
-        m_log.info(tr("Could not load private key for X509 user token from file '%1'")
-                       .arg(m_setting.privateKeyFile));
-        return false;
-    }
-    m_attempt.security.setCertificateUserIdentity(certificate.toByteStringDER(),
-                                                  UaClientSdk::SecretBytes(key.toDER()));
-    return true;
+    const QString unread = qlumSetUserCertificate(
+        m_attempt.security,
+        {m_setting.userTokenType, {}, {}, m_setting.certificateFile, m_setting.privateKeyFile});
+    if (!unread.isEmpty())
+        m_log.info(unread);
+    return unread.isEmpty();
 }
 
 void QlumConnectFlow::userIsKnown()

@@ -4,6 +4,7 @@
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
 #include <servers/qlumconnectflow.h>
+#include <servers/qlumconnectprompts.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumpkifolders.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
@@ -114,6 +115,20 @@ void qlumSetIdentity(QlumDiscoverySetting& setting, const UaClientSdk::UaUserIde
     setting.password =
         QString::fromUtf8(reinterpret_cast<const char*>(password.data()), static_cast<int>(password.size()));
     setting.storePassword = true;
+}
+
+QString qlumSetUserCertificate(SessionSecurityInfo& security, const QlumUserChoice& user)
+{
+    const UaPkiCertificate certificate = UaPkiCertificate::fromDERFile(toUaString(user.certificateFile));
+    if (certificate.isNull())
+        return ConnectTexts::tr("Could not load certificate for X509 user token from file '%1'")
+            .arg(user.certificateFile);
+    const UaPkiRsaKeyPair key = UaPkiRsaKeyPair::fromPEMFile(toUaString(user.privateKeyFile));
+    if (key.isNull() || key.isMissingParameters())
+        return ConnectTexts::tr("Could not load private key for X509 user token from file '%1'")
+            .arg(user.privateKeyFile);
+    security.setCertificateUserIdentity(certificate.toByteStringDER(), UaClientSdk::SecretBytes(key.toDER()));
+    return {};
 }
 
 QString qlumConnectStepName(UaClient::ConnectServiceType step)

@@ -12,6 +12,7 @@
 #include <QVector>
 
 struct QlumDiscoverySetting;
+struct QlumUserChoice;
 
 /// As the program is set up; the rest are the session's own defaults.
 [[nodiscard]] UaClientSdk::SessionConnectInfo qlumConnectInfo(unsigned int serverId,
@@ -26,6 +27,10 @@ void qlumFillConnectSecurity(UaClientSdk::SessionSecurityInfo& security, const Q
                                               const QlumEndpoint& chosen);
 /// Has the settings name another user; a password that comes with it counts as one that is stored.
 void qlumSetIdentity(QlumDiscoverySetting& setting, const UaClientSdk::UaUserIdentityToken& identity);
+/// Reads the files of a user who logs in by a certificate. Empty on success, else what cannot be read, for
+/// the log.
+[[nodiscard]] QString qlumSetUserCertificate(UaClientSdk::SessionSecurityInfo& security,
+                                             const QlumUserChoice& user);
 /// A copy of the bytes.
 [[nodiscard]] UaByteString qlumToUaByteString(const QByteArray& bytes);
 /// Name of a step of UaSession::connect, for the log.

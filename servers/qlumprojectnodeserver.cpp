@@ -8,6 +8,7 @@
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificaterefuseddialog.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/doctor/qlumdoctordialog.h>
 #include <servers/qlumconnectdialogs.h>
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumconnectprogress.h>
@@ -95,6 +96,8 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
     : QlumProjectNodeServer(setting, std::make_unique<QlumConnectDialogs>())
 {
     new QlumConnectProgress(*m_flow, m_flow.get());
+    connect(static_cast<QlumConnectDialogs*>(m_prompts.get()), &QlumConnectDialogs::diagnoseWanted, this,
+            [this] { qlumDiagnose(*this, QlumConnectDialogs::parentWindow()); });
 }
 
 QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting,

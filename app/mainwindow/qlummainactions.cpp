@@ -46,6 +46,11 @@ constexpr QlumActionRow actionRows[] = {
      TEXT("<b>Server Properties</b><br>Shows and changes the connection settings of the selected server.")},
     {A::ChangeUser, "changeUser", TEXT("Change &User..."), "user.png", qlumNoKey, TEXT("Change User..."),
      TEXT("<b>Change User</b><br>Continues the session with the selected server as another user.")},
+    {A::DiagnoseServer, "diagnoseServer", TEXT("Dia&gnose Connection..."), "info.png", qlumNoKey,
+     TEXT("Diagnose Connection..."),
+     TEXT(
+         "<b>Diagnose Connection</b><br>Tries the connection to the selected server step by step, says where "
+         "it stops and on whose side, and offers what helps.")},
     {A::AddDocument, "addDocument", TEXT("&Add..."), "documentadd.png", qlumNoKey, TEXT("Add Document"),
      TEXT("<b>Add Document</b><br>Opens a view, for example one that watches values or one that shows "
           "events.")},
@@ -88,7 +93,7 @@ QlumMainActions::QlumMainActions(QMainWindow* window)
     : QObject(window), m_window(window), m_actions(actionRows, "QlumMainActions", window)
 {
     for (QAction* action : list({SaveProject, SaveProjectAs, RemoveServer, ConnectServer, DisconnectServer,
-                                 ServerProperties, ChangeUser, RemoveDocument, CloseTab}))
+                                 ServerProperties, ChangeUser, DiagnoseServer, RemoveDocument, CloseTab}))
         action->setEnabled(false);
     m_actions[Quit]->setMenuRole(QAction::QuitRole);
     m_actions[About]->setMenuRole(QAction::AboutRole);
@@ -134,7 +139,8 @@ void QlumMainActions::makeMenus(QMenu* viewMenu, QMenu* recentProjects)
     viewMenu->setObjectName(QStringLiteral("viewMenu"));
     m_window->menuBar()->addMenu(viewMenu);
     addMenu(tr("&Server"), QStringLiteral("serverMenu"),
-            list({AddServer, RemoveServer, ConnectServer, DisconnectServer, ServerProperties, ChangeUser}));
+            list({AddServer, RemoveServer, ConnectServer, DisconnectServer, ServerProperties, ChangeUser,
+                  DiagnoseServer}));
     addMenu(tr("&Document"), QStringLiteral("documentMenu"), list({AddDocument, RemoveDocument}));
     QList<QAction*> settings = list({Plugins, Configure});
     settings << nullptr << (*this)[Certificates];

@@ -29,6 +29,7 @@ public:
         DisconnectServer,
         ServerProperties,
         ChangeUser,
+        DiagnoseServer,
         AddDocument,
         RemoveDocument,
         CloseTab,

@@ -98,6 +98,7 @@ void QlumProjectView::fillMenu(QMenu* menu)
             offer(menu, (*m_actions)[A::DisconnectServer], tr("&Disconnect Server"));
             offer(menu, (*m_actions)[A::ServerProperties], tr("Server &Properties..."));
             offer(menu, (*m_actions)[A::ChangeUser], tr("Change &User..."));
+            offer(menu, (*m_actions)[A::DiagnoseServer], tr("Dia&gnose Connection..."));
         }
         QAction* rename = menu->addAction(tr("Re&name"));
         rename->setObjectName(QStringLiteral("rename"));

@@ -33,6 +33,7 @@ QlumServerCommands::QlumServerCommands(const Parts& parts)
     on(A::DisconnectServer, &QlumServerCommands::sltServerDisconnect);
     on(A::ServerProperties, &QlumServerCommands::sltServerProperties);
     on(A::ChangeUser, &QlumServerCommands::sltServerChangeUser);
+    on(A::DiagnoseServer, &QlumServerCommands::sltServerDiagnose);
     connect(m_parts.project, &QlumProjectModel::serverNodeChanged, this,
             &QlumServerCommands::sltServerNodeChanged);
     updateActions();
@@ -150,6 +151,12 @@ void QlumServerCommands::sltServerChangeUser()
         server->changeUser();
 }
 
+void QlumServerCommands::sltServerDiagnose()
+{
+    if (QlumServerNode* server = selected())
+        m_parts.services->diagnoseServer(server, m_parts.window);
+}
+
 void QlumServerCommands::updateActions()
 {
     using A = QlumMainActions;
@@ -167,6 +174,7 @@ void QlumServerCommands::updateActions()
     (*m_parts.actions)[A::ConnectServer]->setToolTip(lost ? tr("Reconnect Server Now") : m_connectTip);
     enable(A::DisconnectServer, server && (busy || !open));
     enable(A::ServerProperties, server && !busy && m_parts.services->editServer);
+    enable(A::DiagnoseServer, server && m_parts.services->diagnoseServer);
     enable(A::ChangeUser, server && !busy && !open && status != QlumConnectionStatus::Connecting);
 }
 

@@ -51,6 +51,7 @@ public slots:
     void sltServerDisconnect();
     void sltServerProperties();
     void sltServerChangeUser();
+    void sltServerDiagnose();
     /// Enables the actions that make sense for the selected server.
     void updateActions();
 

@@ -23,6 +23,8 @@ struct QlumTavelinServices
     std::function<std::unique_ptr<QlumServerNode>(QWidget* parent)> askForServer;
     /// Shows the settings of a server; true when they were changed.
     std::function<bool(QlumServerNode* server, QWidget* parent)> editServer;
+    /// Tries the connection to a server step by step and shows where it stops.
+    std::function<void(QlumServerNode* server, QWidget* parent)> diagnoseServer;
     QlumAddressSpaceModelFactory createPageModel;
     /// A model of the nodes below a start node, owned by the caller.
     std::function<QlumAddressSpaceModel*(QlumServerNode* server, const UaNodeId& startNode)>

@@ -8,6 +8,7 @@
 #include <certificates/qlumcertificatestoreconfiguration.h>
 #include <certificates/qlumcertificateviewer.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
+#include <servers/doctor/qlumdoctordialog.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumprojectnodeserver.h>
 #include <servers/qlumserversettingsdialog.h>
@@ -77,6 +78,10 @@ QlumTavelinServices qlumServices()
     services.createServer = createServer;
     services.askForServer = askForServer;
     services.editServer = editServer;
+    services.diagnoseServer = [](QlumServerNode* server, QWidget* parent) {
+        if (auto* node = qobject_cast<QlumProjectNodeServer*>(server))
+            qlumDiagnose(*node, parent);
+    };
     services.createPageModel = [](QlumServerNode* server, QComboBox* highlight, QObject* parent) {
         return new QlumAddressSpaceModel(server, highlight, parent);
     };

@@ -11,6 +11,7 @@
 #include <opcua/opcua_endpointurl.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_platform.h>
+#include <opcua/opcua_probe.h>
 #include <opcua/opcua_statuscodes.h>
 #include <opcua/opcua_types.h>
 
