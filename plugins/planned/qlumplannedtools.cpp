@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 10> tools{{
+constexpr std::array<QlumPlannedTool, 9> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -40,7 +40,6 @@ constexpr std::array<QlumPlannedTool, 10> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Event View</b><br>Receives the events and alarms of one or more servers and "
                        "acknowledges them.")},
-    {QlumPlannedTool::Bare, "QlumMethodPlugin", "UA Method Plugin"},
     {QlumPlannedTool::Document, "QlumPerformancePlugin", "UA Performance Plugin", "Performance View",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The performance view is not part of this version."),
      QT_TRANSLATE_NOOP(
@@ -117,7 +116,6 @@ QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDaPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumHistoryPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumEventPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumMethodPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumServerDiagnosticPlugin)
