@@ -12,6 +12,8 @@
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluefacts.h>
+#include <uawidgets/qlumnodelook.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
 #include <QList>
@@ -22,6 +24,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -238,23 +241,19 @@ void QlumAttributeModel::takeDataType(const QList<int>& attributeIds, const UaDa
 // What the node says of writing; a node that says nothing may be tried.
 void QlumAttributeModel::takeLock(const QList<int>& attributeIds, const UaDataValues& results)
 {
-    const UaVariant access = qlumResultOf(OpcUa_Attributes_UserAccessLevel, attributeIds, results);
-    const UaVariant everybodys = qlumResultOf(OpcUa_Attributes_AccessLevel, attributeIds, results);
-    const UaVariant mask = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results);
-    const auto lacksWrite = [](const UaVariant& level) {
-        return level.type() == OpcUaType_Byte && level.isScalar() &&
-               !(level.toByte() & OpcUa_AccessLevelType_CurrentWrite);
+    const auto levelOf = [&](int attributeId) {
+        const UaVariant level = qlumResultOf(attributeId, attributeIds, results);
+        return level.type() == OpcUaType_Byte && level.isScalar() ? std::optional(level.toByte())
+                                                                  : std::nullopt;
     };
-    if (m_nodeClass == OpcUa_NodeClass_VariableType) {
-        if (mask.type() == OpcUaType_UInt32 &&
-            !(mask.toUInt32() & OpcUa_AttributeWriteMask_ValueForVariableType))
-            m_lock = tr("The user who is logged in may not write it: UserWriteMask has no "
-                        "ValueForVariableType.");
-    } else if (lacksWrite(everybodys)) {
-        m_lock = tr("Nobody may write it: AccessLevel has no CurrentWrite.");
-    } else if (lacksWrite(access)) {
-        m_lock = tr("The user who is logged in may not write it: UserAccessLevel has no CurrentWrite.");
-    }
+    const UaVariant mask = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results);
+    if (m_nodeClass != OpcUa_NodeClass_VariableType)
+        m_lock =
+            qlumAccessFault(levelOf(OpcUa_Attributes_AccessLevel), levelOf(OpcUa_Attributes_UserAccessLevel));
+    else if (mask.type() == OpcUaType_UInt32 &&
+             !(mask.toUInt32() & OpcUa_AttributeWriteMask_ValueForVariableType))
+        m_lock = tr("The user who is logged in may not write it: UserWriteMask has no "
+                    "ValueForVariableType.");
 }
 
 QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataValue& result)

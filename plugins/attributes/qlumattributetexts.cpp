@@ -144,30 +144,6 @@ bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass)
     }
 }
 
-QString qlumNodeClassText(OpcUa_Int32 nodeClass)
-{
-    switch (nodeClass) {
-    case OpcUa_NodeClass_Object:
-        return QStringLiteral("Object");
-    case OpcUa_NodeClass_Variable:
-        return QStringLiteral("Variable");
-    case OpcUa_NodeClass_Method:
-        return QStringLiteral("Method");
-    case OpcUa_NodeClass_ObjectType:
-        return QStringLiteral("ObjectType");
-    case OpcUa_NodeClass_VariableType:
-        return QStringLiteral("VariableType");
-    case OpcUa_NodeClass_ReferenceType:
-        return QStringLiteral("ReferenceType");
-    case OpcUa_NodeClass_DataType:
-        return QStringLiteral("DataType");
-    case OpcUa_NodeClass_View:
-        return QStringLiteral("View");
-    default:
-        return QStringLiteral("Invalid NodeClass");
-    }
-}
-
 QString qlumEventNotifierText(OpcUa_Byte mask)
 {
     return bitNames(mask, eventNotifier);

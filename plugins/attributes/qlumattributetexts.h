@@ -13,8 +13,6 @@
 [[nodiscard]] QList<int> qlumFurtherAttributesOf(OpcUa_NodeClass nodeClass);
 /// Whether nodes of the class may lack the attribute.
 [[nodiscard]] bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass);
-/// "Variable"; "Invalid NodeClass" for a number that is none.
-[[nodiscard]] QString qlumNodeClassText(OpcUa_Int32 nodeClass);
 /// The names of the bits, "None" when none is set.
 [[nodiscard]] QString qlumEventNotifierText(OpcUa_Byte mask);
 /// The same.
