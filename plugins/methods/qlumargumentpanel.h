@@ -56,6 +56,7 @@ private:
     struct Row
     {
         QlumMethodArgument argument;
+        UaVariant given; ///< for an editor that holds nothing by itself
         QWidget* box = nullptr;
         QlumValueWidget* editor = nullptr;
         QLabel* note = nullptr;

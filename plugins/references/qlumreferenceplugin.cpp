@@ -106,7 +106,7 @@ void QlumReferencePlugin::createDock()
             read();
     });
     m_dock->setWidget(page);
-    qlumSetInitialDockSize(m_dock, {0, 140}); // below another one
+    qlumSetInitialDockSize(m_dock, {0, 220}); // below another one
     if (m_app->mainWindow())
         m_app->mainWindow()->addDockWidget(Qt::RightDockWidgetArea, m_dock);
 }
