@@ -4,6 +4,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumguithread.h>
+#include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
@@ -222,8 +223,9 @@ bool QlumAttributeModel::finish(const Placed& placed, const QlumWriteOutcome& ou
 {
     const OpcUa_StatusCode code = outcome.service.isGood() ? outcome.result.code() : outcome.service.code();
     if (!outcome.service.isGood()) {
-        log().error(tr("Write failed [ret = %1].").arg(toQString(outcome.service.toString())));
-        return writeRefused(placed.place, qlumWriteFailureText(code), index);
+        log().error(tr("Write failed [ret = %1].").arg(qlumResultText(outcome.service)));
+        const QString notSent = qlumNotSentText(outcome.service);
+        return writeRefused(placed.place, notSent.isEmpty() ? qlumWriteFailureText(code) : notSent, index);
     }
     const QString text = outcome.isGood() ? tr("Write to node '%1' succeeded [ret = %2].")
                                           : tr("Write to node '%1' failed [ret = %2].");

@@ -66,6 +66,8 @@ QString qlumOutcomeText(const QlumMethodCall& call)
 {
     if (call.end == QlumMethodCall::GivenUp)
         return Words::tr("The call was given up here. The method may still run on the server.");
+    if (const QString notSent = qlumNotSentText(call.service); !notSent.isEmpty())
+        return Words::tr("The method was not called. %1.").arg(notSent);
     if (call.service.isBad()) {
         const QString text =
             Words::tr("The call did not succeed: %1.").arg(qlumStatusWithName(call.service.code()));
