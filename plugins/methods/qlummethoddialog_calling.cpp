@@ -134,7 +134,7 @@ void QlumMethodDialog::begin(QlumMethodCall call)
 void QlumMethodDialog::tellElapsed()
 {
     showIcon(*m_outcomeIcon, QlumStatusLevel::Inactive);
-    m_outcome->setText(tr("The method is running for %1...").arg(qlumDurationText(m_elapsed.elapsed())));
+    m_outcome->setText(tr("The method has been running for %1...").arg(qlumDurationText(m_elapsed.elapsed())));
 }
 
 void QlumMethodDialog::ended(QlumMethodCall call)
