@@ -113,9 +113,9 @@ QString QlumArgumentPanel::fault(int argument) const
     return row(argument).editor->fault();
 }
 
-QString QlumArgumentPanel::remark(int argument) const
+QString QlumArgumentPanel::refusal(int argument) const
 {
-    return row(argument).editor->remark();
+    return row(argument).editor->refusal();
 }
 
 const QlumMethodArgument& QlumArgumentPanel::argument(int argument) const
