@@ -11,6 +11,8 @@
 [[nodiscard]] QList<int> qlumAttributesOf(OpcUa_NodeClass nodeClass);
 /// Those that only some servers have, read after them.
 [[nodiscard]] QList<int> qlumFurtherAttributesOf(OpcUa_NodeClass nodeClass);
+/// The bit of WriteMask and UserWriteMask that stands for the attribute; 0 for those that have none.
+[[nodiscard]] OpcUa_UInt32 qlumWriteMaskBit(int attributeId);
 /// Whether nodes of the class may lack the attribute.
 [[nodiscard]] bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass);
 /// The names of the bits, "None" when none is set.

@@ -68,6 +68,7 @@ void QlumArgumentPanel::appendRow(const QlumMethodArgument& argument, const UaVa
 {
     Row row;
     row.argument = argument;
+    row.given = value;
     row.box = new QWidget(this);
     const QString name = qlumCutText(qlumSingleLine(argument.name));
     auto* title = plainLabel(
@@ -112,9 +113,9 @@ QString QlumArgumentPanel::fault(int argument) const
     return row(argument).editor->fault();
 }
 
-QString QlumArgumentPanel::remark(int argument) const
+QString QlumArgumentPanel::refusal(int argument) const
 {
-    return row(argument).editor->remark();
+    return row(argument).editor->refusal();
 }
 
 const QlumMethodArgument& QlumArgumentPanel::argument(int argument) const
@@ -124,8 +125,11 @@ const QlumMethodArgument& QlumArgumentPanel::argument(int argument) const
 
 UaVariant QlumArgumentPanel::value(int argument) const
 {
+    const Row& own = row(argument);
     UaVariant value;
-    return row(argument).editor->value(value) ? value : UaVariant();
+    if (own.editor->value(value))
+        return value;
+    return own.editor->isModified() ? UaVariant() : own.given;
 }
 
 std::vector<UaVariant> QlumArgumentPanel::values() const
@@ -138,6 +142,7 @@ std::vector<UaVariant> QlumArgumentPanel::values() const
 
 void QlumArgumentPanel::setValue(int argument, const UaVariant& value)
 {
+    m_rows.at(static_cast<std::size_t>(argument)).given = value;
     row(argument).editor->setValue(value);
 }
 

@@ -31,8 +31,8 @@ public:
 
     /// Why the argument cannot be sent, in words; empty when it can.
     [[nodiscard]] QString fault(int argument) const;
-    /// What is unusual about it; empty for nothing.
-    [[nodiscard]] QString remark(int argument) const;
+    /// Why the server will refuse it by its own data; empty for nothing.
+    [[nodiscard]] QString refusal(int argument) const;
     /// What was declared of it.
     [[nodiscard]] const QlumMethodArgument& argument(int argument) const;
     /// What its editor holds; null where it holds nothing.
@@ -56,6 +56,7 @@ private:
     struct Row
     {
         QlumMethodArgument argument;
+        UaVariant given; ///< for an editor that holds nothing by itself
         QWidget* box = nullptr;
         QlumValueWidget* editor = nullptr;
         QLabel* note = nullptr;

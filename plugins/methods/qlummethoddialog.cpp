@@ -214,7 +214,7 @@ QWidget* QlumMethodDialog::makeCalls()
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_table->setModel(m_calls);
-    m_table->header()->resizeSection(QlumMethodCallModel::TimeColumn, fontMetrics().averageCharWidth() * 26);
+    m_table->header()->resizeSection(QlumMethodCallModel::TimeColumn, fontMetrics().averageCharWidth() * 30);
     auto* use = new QAction(tr("&Show This Call Again"), m_table);
     use->setObjectName(QStringLiteral("useInputs"));
     use->setToolTip(tr("Take the inputs of this call over, and show what it returned"));
@@ -325,6 +325,10 @@ void QlumMethodDialog::takeInfo(const UaStatus& status, const QlumMethodInfo& in
     m_info = info;
     showInfo();
     showState();
+    if (m_inputs->count() > 0)
+        m_inputs->focusArgument(0);
+    else
+        m_callButton->setFocus();
 }
 
 void QlumMethodDialog::loseMethod(const QString& why)

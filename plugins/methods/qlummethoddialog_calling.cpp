@@ -54,15 +54,15 @@ UaNodeId QlumMethodDialog::chosenObject() const
     return m_info.isOfType && index >= 0 ? m_info.owners.at(static_cast<std::size_t>(index)).id : m_objectId;
 }
 
-// What cannot be sent is told with its place; what is merely unusual is told once and then sent.
+// What cannot be sent is told with its place; what the server will refuse by its own data is told once and
+// then sent.
 bool QlumMethodDialog::isReadyToSend()
 {
-    QStringList remarks;
+    QStringList refusals;
     for (int i = 0; i < m_inputs->count(); ++i) {
         const QString name = m_inputs->argument(i).name;
-        const QString fault = m_inputs->fault(i);
-        m_inputs->setNote(i, fault.isEmpty() ? m_inputs->remark(i) : fault);
-        if (!fault.isEmpty()) {
+        if (const QString fault = m_inputs->fault(i); !fault.isEmpty()) {
+            m_inputs->setNote(i, fault);
             m_inputs->focusArgument(i);
             m_messages->tell({QlumMessage::Error,
                               callTopic,
@@ -72,14 +72,14 @@ bool QlumMethodDialog::isReadyToSend()
                               {}});
             return false;
         }
-        if (const QString remark = m_inputs->remark(i); !remark.isEmpty())
-            remarks.append(tr("%1: %2").arg(name, remark));
+        if (const QString refusal = m_inputs->refusal(i); !refusal.isEmpty())
+            refusals.append(tr("%1: %2").arg(name, refusal));
     }
-    if (!remarks.isEmpty() && !std::exchange(m_mayRepeat, true)) {
+    if (!refusals.isEmpty() && !std::exchange(m_mayRepeat, true)) {
         m_messages->tell({QlumMessage::Warning,
                           callTopic,
                           tr("The method was not called yet. Press Call again to call it all the same."),
-                          remarks.join(QLatin1Char('\n')),
+                          refusals.join(QLatin1Char('\n')),
                           {},
                           {}});
         return false;
@@ -134,7 +134,8 @@ void QlumMethodDialog::begin(QlumMethodCall call)
 void QlumMethodDialog::tellElapsed()
 {
     showIcon(*m_outcomeIcon, QlumStatusLevel::Inactive);
-    m_outcome->setText(tr("The method is running for %1...").arg(qlumDurationText(m_elapsed.elapsed())));
+    m_outcome->setText(
+        tr("The method has been running for %1...").arg(qlumDurationText(m_elapsed.elapsed())));
 }
 
 void QlumMethodDialog::ended(QlumMethodCall call)

@@ -21,6 +21,27 @@ bool mayHaveRun(OpcUa_StatusCode status)
            status == OpcUa_BadRequestTimeout;
 }
 
+// What a status means for a call in particular.
+QString callWords(OpcUa_StatusCode status)
+{
+    switch (status) {
+    case OpcUa_BadTypeMismatch:
+        return Words::tr("an argument has another type than the method expects");
+    case OpcUa_BadOutOfRange:
+        return Words::tr("an argument is outside what the method allows");
+    case OpcUa_BadInvalidState:
+        return Words::tr("the method cannot be called in the present state");
+    case OpcUa_BadNotExecutable:
+        return Words::tr("the method cannot be executed");
+    case OpcUa_BadTooManyArguments:
+        return Words::tr("the method was called with too many arguments");
+    case OpcUa_BadUserAccessDenied:
+        return Words::tr("the user who is logged in may not call it");
+    default:
+        return {};
+    }
+}
+
 QString countText(const QlumMethodCall& call)
 {
     return Words::tr("%n argument(s) were sent. The server wants another number than its description says: "
@@ -37,13 +58,16 @@ bool qlumIsDone(const QlumMethodCall& call)
 QString qlumStatusWithName(OpcUa_StatusCode status)
 {
     const QString name = qlumStatusText(status);
-    return Words::tr("%1 (%2)").arg(qlumStatusWords(name), name);
+    const QString words = callWords(status);
+    return Words::tr("%1 (%2)").arg(words.isEmpty() ? qlumStatusWords(name) : words, name);
 }
 
 QString qlumOutcomeText(const QlumMethodCall& call)
 {
     if (call.end == QlumMethodCall::GivenUp)
         return Words::tr("The call was given up here. The method may still run on the server.");
+    if (const QString notSent = qlumNotSentText(call.service); !notSent.isEmpty())
+        return Words::tr("The method was not called. %1.").arg(notSent);
     if (call.service.isBad()) {
         const QString text =
             Words::tr("The call did not succeed: %1.").arg(qlumStatusWithName(call.service.code()));

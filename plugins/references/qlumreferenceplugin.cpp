@@ -106,7 +106,7 @@ void QlumReferencePlugin::createDock()
             read();
     });
     m_dock->setWidget(page);
-    qlumSetInitialDockSize(m_dock, {0, 140}); // below another one
+    qlumSetInitialDockSize(m_dock, {0, 220}); // below another one
     if (m_app->mainWindow())
         m_app->mainWindow()->addDockWidget(Qt::RightDockWidgetArea, m_dock);
 }
@@ -303,11 +303,10 @@ void QlumReferencePlugin::take(const QlumReferenceQuery& query, bool goOn, const
         m_model->setReferences(std::move(references));
     m_heading->touch();
     if (status.isBad()) {
-        const QString name = toQString(status.toString());
         QlumLog(tr("Reference Plugin"), query.serverId)
             .error(tr("Browse of node '%1' failed [ret = %2].")
-                       .arg(toQString(query.nodeId.toFullString()), name));
-        readFailed(query, goOn, tr("%1 (%2)").arg(qlumStatusWords(name), name));
+                       .arg(toQString(query.nodeId.toFullString()), qlumResultText(status)));
+        readFailed(query, goOn, qlumResultInWords(status));
         return;
     }
     m_messages->dismiss(readTopic);

@@ -109,7 +109,7 @@ QLayout* QlumReferenceView::makeBar(QAction* refresh)
                                tr("<b>Reference Type</b><br>Shows references of this type only."),
                                {}});
     m_type->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_type->setMinimumContentsLength(18);
+    m_type->setMinimumContentsLength(14);
     for (const Common& common : commonTypes)
         addType(tr(common.name), common.id == 0 ? UaNodeId() : UaNodeId(common.id));
     m_subtypes->setText(tr("&Subtypes"));
@@ -124,6 +124,7 @@ QLayout* QlumReferenceView::makeBar(QAction* refresh)
                                tr("Show references that hold this text")});
     m_text->setPlaceholderText(tr("Filter"));
     m_text->setClearButtonEnabled(true);
+    m_text->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
     auto* bar = new QHBoxLayout;
     bar->setContentsMargins(0, 0, 0, 0);
     for (QWidget* widget : {static_cast<QWidget*>(button), static_cast<QWidget*>(m_direction),

@@ -173,8 +173,13 @@ QString QlumBytesPage::fault() const
     return m_null->isChecked() ? QString() : m_bytes->fault();
 }
 
-// The whole need not be put together for its length to be known.
 QString QlumBytesPage::remark() const
+{
+    return refusal();
+}
+
+// The whole need not be put together for its length to be known.
+QString QlumBytesPage::refusal() const
 {
     if (m_null->isChecked() || m_type == OpcUaType_XmlElement)
         return {};

@@ -179,6 +179,8 @@ OpcUa_BuiltInType QlumContextReader::builtInType(const UaNodeId& dataType)
     OpcUa_BuiltInType type = uaNamespaceZeroBuiltInType(dataType);
     if (type == OpcUaType_Null && !m_definitions->structureDefinition(dataType).isNull())
         return OpcUaType_ExtensionObject;
+    if (type == OpcUaType_Null)
+        type = m_definitions->optionSetDefinition(dataType).builtInType();
     if (type == OpcUaType_Null && !m_definitions->enumDefinition(dataType).isNull())
         return OpcUaType_Int32;
     if (QlumServerTypes* types = m_session->types(); type == OpcUaType_Null && types && !dataType.isNull())

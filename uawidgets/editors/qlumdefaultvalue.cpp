@@ -43,9 +43,11 @@ UaVariant defaultStructure(const QlumValueContext& context)
 
 UaVariant defaultNumber(const QlumValueContext& context)
 {
+    const bool isOptionSet =
+        context.dictionary && !context.dictionary->optionSetDefinition(context.dataType).isNull();
     const UaEnumDefinition names = context.dictionary ? context.dictionary->enumDefinition(context.dataType)
                                                       : uaNamespaceZeroEnum(context.dataType);
-    UaVariant value(names.valueCount() > 0 ? names.valueAt(0).value : OpcUa_Int64{0});
+    UaVariant value(names.valueCount() > 0 && !isOptionSet ? names.valueAt(0).value : OpcUa_Int64{0});
     return value.changeType(context.builtInType, false).isNotBad() ? value : UaVariant();
 }
 

@@ -130,12 +130,23 @@ QString QlumJsonPage::fault() const
     return m_fault;
 }
 
-QString QlumJsonPage::remark() const
+// Of long texts the dialog asks when the value is sent.
+QlumValueCheck QlumJsonPage::check() const
 {
     UaVariant entered;
     return m_text->isModified() && m_text->size() <= quicklyRead && value(entered)
-               ? qlumCheckValue(entered, m_context).text()
-               : QString();
+               ? qlumCheckValue(entered, m_context)
+               : QlumValueCheck();
+}
+
+QString QlumJsonPage::remark() const
+{
+    return check().text();
+}
+
+QString QlumJsonPage::refusal() const
+{
+    return check().refused;
 }
 
 void QlumJsonPage::setReadOnly(bool readOnly)

@@ -1,5 +1,6 @@
 #pragma once
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluechecks.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/editors/qlumvaluepage.h>
 
@@ -26,11 +27,13 @@ public:
     /// Reads the whole text when it was changed since.
     [[nodiscard]] QString fault() const override;
     [[nodiscard]] QString remark() const override;
+    [[nodiscard]] QString refusal() const override;
     void setReadOnly(bool readOnly) override;
 
 private:
     void makeButtons();
     void read() const;
+    [[nodiscard]] QlumValueCheck check() const;
     void copy();
     void paste();
 

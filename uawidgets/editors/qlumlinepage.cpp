@@ -89,6 +89,11 @@ QString QlumLinePage::remark() const
     return m_editor ? qlumEditorCheck(m_editor).text() : QString();
 }
 
+QString QlumLinePage::refusal() const
+{
+    return m_editor ? qlumEditorCheck(m_editor).refused : QString();
+}
+
 void QlumLinePage::setReadOnly(bool readOnly)
 {
     if (m_editor)
@@ -141,6 +146,8 @@ void QlumLinePage::showHint()
     if (type == OpcUaType_StatusCode && value(now))
         m_hint->setText(toQString(now.toStatusCode().toHexString()) + QLatin1String(": ") +
                         qlumStatusWords(qlumStatusText(now.toStatusCode().code())));
+    else if (qlumEnumDefinition(m_context).valueCount() > 0 && qlumMayBeEnumeration(type))
+        m_hint->setText(tr("A name, or a number: %1").arg(qlumEditHint(type)));
     else
         m_hint->setText(type == OpcUaType_StatusCode ? QString() : qlumEditHint(type));
 }

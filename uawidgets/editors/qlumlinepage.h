@@ -24,6 +24,7 @@ public:
     [[nodiscard]] bool isModified() const override { return m_isModified; }
     [[nodiscard]] QString fault() const override;
     [[nodiscard]] QString remark() const override;
+    [[nodiscard]] QString refusal() const override;
     void setReadOnly(bool readOnly) override;
 
 private:

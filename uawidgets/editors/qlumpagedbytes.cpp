@@ -13,7 +13,6 @@
 #include <QLocale>
 #include <QPlainTextEdit>
 #include <QString>
-#include <QStyle>
 #include <QTextCursor>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -90,12 +89,11 @@ bool readBase64(const QString& text, QByteArray& bytes)
     return true;
 }
 
-QToolButton* makeButton(QWidget* parent, QStyle::StandardPixmap picture, const char* name,
-                        const QString& text)
+QToolButton* makeButton(QWidget* parent, ushort sign, const char* name, const QString& text)
 {
     auto* button = new QToolButton(parent);
     button->setObjectName(QLatin1String(name));
-    button->setIcon(parent->style()->standardIcon(picture, nullptr, parent));
+    button->setText(QString(QChar(sign))); // a picture would have to suit every palette
     button->setToolTip(text);
     button->setAccessibleName(text);
     button->setAutoRaise(true);
@@ -128,8 +126,8 @@ void QlumPagedBytes::makeRow()
     m_row = new QWidget(this);
     auto* layout = new QHBoxLayout(m_row);
     layout->setContentsMargins(0, 0, 0, 0);
-    const auto add = [&](QStyle::StandardPixmap picture, const char* name, const QString& text, auto turn) {
-        QToolButton* button = makeButton(m_row, picture, name, text);
+    const auto add = [&](ushort sign, const char* name, const QString& text, auto turn) {
+        QToolButton* button = makeButton(m_row, sign, name, text);
         connect(
             button, &QToolButton::clicked, this,
             [this, turn] {
@@ -139,21 +137,19 @@ void QlumPagedBytes::makeRow()
         layout->addWidget(button);
     };
     add(
-        QStyle::SP_MediaSkipBackward, "firstPage", tr("First page"), [] { return 0; });
-    add(QStyle::SP_MediaSeekBackward, "previousPage", tr("Previous page"),
-        [this] { return pageBefore(m_start); });
+        0x00AB, "firstPage", tr("First page"), [] { return 0; });
+    add(0x2039, "previousPage", tr("Previous page"), [this] { return pageBefore(m_start); });
     m_where = new QLabel(m_row);
     m_where->setObjectName(QStringLiteral("where"));
     m_where->setTextFormat(Qt::PlainText);
     layout->addWidget(m_where);
     add(
-        QStyle::SP_MediaSeekForward, "nextPage", tr("Next page"),
+        0x203A, "nextPage", tr("Next page"),
         [this] {
             const int next = m_start + m_length;
             return next < m_bytes.size() ? next : m_start;
         });
-    add(QStyle::SP_MediaSkipForward, "lastPage", tr("Last page"),
-        [this] { return pageBefore(m_bytes.size()); });
+    add(0x00BB, "lastPage", tr("Last page"), [this] { return pageBefore(m_bytes.size()); });
     layout->addStretch(1);
     auto* label = new QLabel(tr("&Go to byte:"), m_row);
     m_goTo = new QLineEdit(m_row);
@@ -294,7 +290,7 @@ void QlumPagedBytes::showFrom(int start)
 bool QlumPagedBytes::leavePage()
 {
     if (!m_fault.isEmpty()) {
-        showState();
+        say(m_fault);
         return false;
     }
     if (m_isPageEdited)
@@ -319,11 +315,14 @@ void QlumPagedBytes::showState()
     m_where->setText(
         tr("Bytes %1 to %2 of %3")
             .arg(locale.toString(m_start), locale.toString(m_start + m_pageSize), locale.toString(size())));
-    const QString note = !m_fault.isEmpty() ? m_fault
-                         : m_isLossy && !m_isReadOnly
-                             ? tr("These bytes cannot be edited as text: they are no UTF-8, or their line "
-                                  "ends differ.")
-                             : QString();
+    const bool isUneditable = m_isLossy && !m_isReadOnly;
+    say(isUneditable
+            ? tr("These bytes cannot be edited as text: they are no UTF-8, or their line ends differ.")
+            : QString());
+}
+
+void QlumPagedBytes::say(const QString& note)
+{
     m_note->setText(note);
     m_note->setVisible(!note.isEmpty());
 }
@@ -370,9 +369,8 @@ void QlumPagedBytes::sltPasted(const QString& text)
     plain.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     if (!read(page.left(cursor.selectionStart()), before) || !read(plain, inserted) ||
         !read(page.mid(cursor.selectionEnd()), after)) {
-        m_note->setText(m_form == Form::Base64 ? tr("What you pasted is no Base64.")
-                                               : tr("What you pasted are no pairs of hexadecimal digits."));
-        m_note->show();
+        say(m_form == Form::Base64 ? tr("What you pasted is no Base64.")
+                                   : tr("What you pasted are no pairs of hexadecimal digits."));
         return;
     }
     m_bytes.replace(m_start, m_length, before + inserted + after);

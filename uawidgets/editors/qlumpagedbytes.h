@@ -50,6 +50,7 @@ private:
     void showFrom(int start);
     bool leavePage();
     void showState();
+    void say(const QString& note);
     void sltTextChanged();
     void sltPasted(const QString& text);
     void goTo();

@@ -87,6 +87,11 @@ QString QlumScalarPage::remark() const
     return m_page ? m_page->remark() : QString();
 }
 
+QString QlumScalarPage::refusal() const
+{
+    return m_page ? m_page->refusal() : QString();
+}
+
 void QlumScalarPage::setReadOnly(bool readOnly)
 {
     m_isReadOnly = readOnly;

@@ -22,6 +22,7 @@ public:
     [[nodiscard]] bool isModified() const override;
     [[nodiscard]] QString fault() const override;
     [[nodiscard]] QString remark() const override;
+    [[nodiscard]] QString refusal() const override;
     void setReadOnly(bool readOnly) override;
 
 private:

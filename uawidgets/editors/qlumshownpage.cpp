@@ -93,7 +93,9 @@ void QlumShownPage::setValue(const UaVariant& value)
     m_value = value;
     m_content->setVisible(!value.isNull());
     if (value.isNull()) {
-        m_reason->setText(tr("There is no value. It can be given as JSON text."));
+        m_reason->setText(m_context.builtInType == OpcUaType_Null
+                              ? tr("There is no value yet: choose its type, or give it as JSON text.")
+                              : tr("There is no value yet. It can be given as JSON text."));
         return;
     }
     if (value.isScalar() && value.type() == OpcUaType_ExtensionObject)

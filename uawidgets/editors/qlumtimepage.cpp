@@ -51,6 +51,8 @@ QlumTimePage::QlumTimePage(const QlumValueContext& context, QWidget* parent)
 {
     m_time->setCalendarPopup(true);
     m_time->setSpecialValueText(tr("not set"));
+    const QString widest = QStringLiteral("0000-00-00T00:00:00.000Z000"); // and the button
+    m_time->setMinimumWidth(m_time->fontMetrics().horizontalAdvance(widest));
     qlumDescribeField(m_time, {QStringLiteral("time"), tr("Date and time"), QString(),
                                tr("Year, month, day, hour, minute, second and millisecond")});
     m_fine->setRange(0, ticksPerMillisecond - 1);

@@ -57,6 +57,14 @@ QString qlumDeclaredTypeName(const QlumValueContext& context)
         context.typeName && !context.dataType.isNull() ? context.typeName(context.dataType) : QString();
     if (!name.isEmpty())
         return name;
+    if (context.dataType.isNumeric(OpcUaType_Variant))
+        return QStringLiteral("BaseDataType");
+    if (context.dataType.isNumeric(numberId))
+        return QStringLiteral("Number");
+    if (context.dataType.isNumeric(integerId))
+        return QStringLiteral("Integer");
+    if (context.dataType.isNumeric(unsignedIntegerId))
+        return QStringLiteral("UInteger");
     const bool isBuiltIn = context.dataType.isNull() || context.dataType.isNumeric(context.builtInType);
     if (!isBuiltIn)
         return toQString(context.dataType.toXmlString());

@@ -46,7 +46,9 @@ void addRange(QStringList& parts, const QString& name, const std::optional<QlumV
 // What the server has declared of the place, on a line.
 QString declaredText(const QlumValueContext& context)
 {
-    QStringList parts{qlumDeclaredTypeName(context), qlumRankText(context)};
+    QStringList parts{qlumDeclaredTypeName(context)};
+    if (context.valueRank != -1) // a scalar is the usual thing
+        parts << qlumRankText(context);
     addRange(parts, QlumValueDialog::tr("EURange"), context.euRange, context.unit);
     addRange(parts, QlumValueDialog::tr("InstrumentRange"), context.instrumentRange, context.unit);
     if (context.maxStringLength.value_or(0) > 0)
@@ -88,7 +90,7 @@ QlumValueDialog::QlumValueDialog(QlumValueContext context, QWidget* parent, cons
     layout->addWidget(m_tabs, 1);
     layout->addLayout(said);
     layout->addWidget(m_buttons);
-    resize(560, 360);
+    resize(700, 440);
     say({}, false);
 }
 
@@ -205,12 +207,14 @@ void QlumValueDialog::showState()
     if (QPushButton* send = m_buttons->button(QDialogButtonBox::Ok))
         send->setText(m_isWarned ? tr("&Send Anyway") : tr("OK"));
     const QString wrong = page()->fault();
-    say(!wrong.isEmpty() ? wrong : m_isReadOnly ? QString() : page()->remark(), !wrong.isEmpty());
+    if (!wrong.isEmpty() || m_isReadOnly)
+        return say(wrong, true);
+    say(page()->remark(), !page()->refusal().isEmpty());
 }
 
-void QlumValueDialog::say(const QString& text, bool isFault)
+void QlumValueDialog::say(const QString& text, bool isWarning)
 {
-    const auto picture = isFault ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
+    const auto picture = isWarning ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
     m_icon->setVisible(!text.isEmpty());
     m_icon->setPixmap(style()->standardIcon(picture, nullptr, this).pixmap(size, size));

@@ -62,7 +62,7 @@ private:
     void turnTo(int index);
     void sltEdited();
     void showState();
-    void say(const QString& text, bool isFault);
+    void say(const QString& text, bool isWarning);
     [[nodiscard]] bool isConfirmed(const UaVariant& value);
 
     QlumValueContext m_context;

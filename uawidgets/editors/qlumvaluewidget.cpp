@@ -136,8 +136,17 @@ QString QlumValueWidget::remark() const
 {
     if (!m_page)
         return {};
-    QlumValueCheck both{m_placeRemark, m_page->remark()};
-    return both.text();
+    QlumValueCheck all{m_placeRemark, {}};
+    all.add({{}, m_page->remark()});
+    return all.text();
+}
+
+QString QlumValueWidget::refusal() const
+{
+    QlumValueCheck all{m_placeRemark, {}};
+    if (m_page)
+        all.add({m_page->refusal(), {}});
+    return all.refused;
 }
 
 void QlumValueWidget::setReadOnly(bool readOnly)

@@ -25,6 +25,7 @@ public:
     [[nodiscard]] bool isModified() const override;
     [[nodiscard]] QString fault() const override;
     [[nodiscard]] QString remark() const override;
+    [[nodiscard]] QString refusal() const override;
     void setReadOnly(bool readOnly) override;
     /// What was given at construction.
     [[nodiscard]] const QlumValueContext& context() const { return m_context; }
