@@ -12,6 +12,7 @@
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumshowntext.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
 #include <QList>
