@@ -13,6 +13,7 @@
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumshowntext.h>
 #include <uawidgets/editors/qlumvaluefacts.h>
 #include <uawidgets/qlumnodelook.h>
 #include <uawidgets/table/qlumstatuslook.h>

@@ -18,7 +18,7 @@
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
-#include <uawidgets/editors/qlumvaluetext.h>
+#include <uawidgets/editors/qlumshowntext.h>
 
 #include <QDateTime>
 #include <QLocale>
@@ -36,16 +36,6 @@ int depthOf(const QlumAttributeNode& row)
     for (const QlumAttributeNode* parent = row.parent(); parent; parent = parent->parent())
         ++depth;
     return depth;
-}
-
-QString quoted(const UaString& text)
-{
-    return QLatin1Char('"') + toQString(text) + QLatin1Char('"');
-}
-
-QString bytesText(const UaByteString& bytes)
-{
-    return QStringLiteral("len=%1, 0x%2").arg(QString::number(bytes.length()), toQString(bytes.toHex()));
 }
 
 QString identifierTypeText(OpcUa_IdentifierType type)
@@ -101,27 +91,12 @@ public:
     int count() const override { return static_cast<int>(m_array.elementCount()); }
     void appendRow(QlumAttributeNode& parent, int index) override
     {
-        m_rows.addVariant(parent, nameOf(index), m_array.at(static_cast<OpcUa_UInt32>(index)), m_hint,
+        m_rows.addVariant(parent, qlumElementName(index, m_dimensions),
+                          m_array.at(static_cast<OpcUa_UInt32>(index)), m_hint,
                           {QlumValueStep::Element, index});
     }
 
 private:
-    // "[7]", in a matrix "[1,3]"
-    QString nameOf(int index) const
-    {
-        if (!m_array.isMatrix())
-            return QStringLiteral("[%1]").arg(index);
-        QString position;
-        int rest = index;
-        for (OpcUa_UInt32 i = m_dimensions.length(); i > 0; --i) {
-            const int length = std::max(m_dimensions[i - 1], 1);
-            position.prepend(QString::number(rest % length) +
-                             (position.isEmpty() ? QString() : QStringLiteral(",")));
-            rest /= length;
-        }
-        return QLatin1Char('[') + position + QLatin1Char(']');
-    }
-
     QlumAttributeRows& m_rows;
     const UaVariant m_array;
     const QlumTypeHint m_hint;
@@ -259,57 +234,7 @@ QlumAttributeNode& QlumAttributeRows::addExpandedNodeId(QlumAttributeNode& paren
     return row;
 }
 
-QString QlumAttributeRows::optionSetText(const UaVariant& value, const QlumTypeHint& hint) const
-{
-    const bool isBits = value.type() == OpcUaType_Byte || value.type() == OpcUaType_UInt16 ||
-                        value.type() == OpcUaType_UInt32 || value.type() == OpcUaType_UInt64;
-    if (!isBits || hint.dataTypeId.isNull())
-        return QString();
-    UaOptionSetDefinition definition = uaNamespaceZeroOptionSet(hint.dataTypeId);
-    if (definition.isNull() && m_dictionary)
-        definition = m_dictionary->optionSetDefinition(hint.dataTypeId);
-    const QString names = definition.isNull() ? QString() : toQString(definition.toString(value.toUInt64()));
-    return names.isEmpty() ? QString() : QStringLiteral("%1 (%2)").arg(names).arg(value.toUInt64());
-}
-
 QString QlumAttributeRows::scalarText(const UaVariant& value, const QlumTypeHint& hint) const
 {
-    if (!hint.enumDefinition.isNull() && qlumMayBeEnumeration(value.type()))
-        return qlumEnumerationText(value.toInt64(), hint.enumDefinition);
-    if (const QString bits = optionSetText(value, hint); !bits.isEmpty())
-        return bits;
-    switch (value.type()) {
-    case OpcUaType_Boolean:
-        return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
-    case OpcUaType_SByte:
-        return QString::number(value.toSByte());
-    case OpcUaType_Byte:
-        return QString::number(value.toByte());
-    case OpcUaType_Float:
-        return qlumFloatText(value.toFloat());
-    case OpcUaType_Double:
-        return QLocale::c().toString(value.toDouble(), 'g', QLocale::FloatingPointShortest);
-    case OpcUaType_DateTime:
-        return toQString(value.toDateTime().toString());
-    case OpcUaType_Guid:
-        return toQString(value.toGuid().toString());
-    case OpcUaType_ByteString:
-        return bytesText(value.toByteString());
-    case OpcUaType_XmlElement: {
-        const UaByteString xml = value.toXmlElement();
-        return QString::fromUtf8(xml.view().data(), xml.length());
-    }
-    case OpcUaType_StatusCode:
-        return qlumStatusCodeText(value.toStatusCode().code());
-    case OpcUaType_QualifiedName: {
-        const UaQualifiedName name = value.toQualifiedName();
-        return QString::number(name.namespaceIndex()) + QLatin1String(", ") + quoted(name.name());
-    }
-    case OpcUaType_LocalizedText: {
-        const UaLocalizedText text = value.toLocalizedText();
-        return quoted(text.locale()) + QLatin1String(", ") + quoted(text.text());
-    }
-    default:
-        return toQString(value.toString());
-    }
+    return qlumShownText(value, hint, m_dictionary);
 }

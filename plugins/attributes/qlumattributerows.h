@@ -53,8 +53,6 @@ public:
     QlumAttributeNode& addExtensionObject(QlumAttributeNode& parent, const QString& name,
                                           const UaExtensionObject& object, const QlumTypeHint& hint,
                                           QlumValueStep step = {});
-    /// "Bit1 | Bit2 (3)"; empty for what is no option set.
-    [[nodiscard]] QString optionSetText(const UaVariant& value, const QlumTypeHint& hint) const;
     /// The text of a scalar that has no rows of its own.
     [[nodiscard]] QString scalarText(const UaVariant& value, const QlumTypeHint& hint) const;
 

@@ -226,9 +226,3 @@ QString qlumWriteFailureText(OpcUa_StatusCode code)
                               : qlumStatusWords(name);
     return words.isEmpty() ? name : QStringLiteral("%1: %2").arg(name, words);
 }
-
-QString qlumStatusCodeText(OpcUa_StatusCode code)
-{
-    return QStringLiteral("%1 (0x%2)")
-        .arg(qlumStatusText(code), QString::number(code, 16).toUpper().rightJustified(8, QLatin1Char('0')));
-}

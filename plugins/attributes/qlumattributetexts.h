@@ -27,5 +27,3 @@
 [[nodiscard]] QString qlumAccessRestrictionsText(OpcUa_UInt16 mask);
 /// "BadTimeout: ..." with what that means for a write, where we know more than the name says.
 [[nodiscard]] QString qlumWriteFailureText(OpcUa_StatusCode code);
-/// "BadTimeout (0x800A0000)"
-[[nodiscard]] QString qlumStatusCodeText(OpcUa_StatusCode code);

@@ -110,36 +110,6 @@ UaStatusCode putBack(QlumTypedValue& whole, QlumValueStep step, const UaVariant&
 }
 } // namespace
 
-UaStructureDefinition qlumStructureDefinition(const UaExtensionObject& object, const QlumTypeHint& hint,
-                                              UaDataTypeDictionary* dictionary)
-{
-    for (const UaNodeId& id : {object.encodingId(), hint.dataTypeId}) {
-        if (id.isNull())
-            continue;
-        UaStructureDefinition definition = uaNamespaceZeroStructure(id);
-        if (definition.isNull() && dictionary)
-            definition = dictionary->structureDefinition(id);
-        if (!definition.isNull())
-            return definition;
-    }
-    return {};
-}
-
-UaEnumDefinition qlumEnumDefinition(const UaNodeId& dataTypeId, UaDataTypeDictionary* dictionary)
-{
-    const UaEnumDefinition known = uaNamespaceZeroEnum(dataTypeId);
-    return known.isNull() && dictionary ? dictionary->enumDefinition(dataTypeId) : known;
-}
-
-QlumTypeHint qlumFieldHint(const UaStructureField& field, UaDataTypeDictionary* dictionary)
-{
-    QlumTypeHint hint{field.dataTypeId(), field.enumDefinition()};
-    if (!hint.enumDefinition.isNull() || hint.dataTypeId.isNull() || field.builtInType() != OpcUaType_Int32)
-        return hint;
-    hint.enumDefinition = qlumEnumDefinition(hint.dataTypeId, dictionary);
-    return hint;
-}
-
 QlumTypedValue qlumPartOf(const QlumTypedValue& whole, std::span<const QlumValueStep> steps,
                           UaDataTypeDictionary* dictionary)
 {

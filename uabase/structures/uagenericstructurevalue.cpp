@@ -36,18 +36,20 @@ UaStructureDefinition completed(const UaStructureDefinition& definition, UaDataT
     return complete;
 }
 
-UaVariant defaultValue(const UaStructureField& field, UaDataTypeDictionary* dictionary)
+} // namespace
+
+UaVariant uaNullFieldValue(const UaStructureField& field, UaDataTypeDictionary* dictionary)
 {
     if (field.valueRank() >= 0)
         return uabase::nullArray(field.builtInType());
-    const UaStructureDefinition nested = field.structureDefinition();
+    if (!field.isNestedStructure())
+        return uabase::nullScalar(field.builtInType());
+    const UaStructureDefinition nested = uabase::findDefinition(field, dictionary);
     uabase::StructureWriter writer(dictionary);
-    if (field.isNestedStructure() && !nested.isNull() && OpcUa_IsGood(writer.writeDefaults(nested)))
+    if (!nested.isNull() && OpcUa_IsGood(writer.writeDefaults(nested)))
         return UaVariant(UaExtensionObject(UaExpandedNodeId(uabase::bodyTypeId(nested)), writer.bytes()));
     return uabase::nullScalar(field.builtInType());
 }
-
-} // namespace
 
 UaGenericStructureValue::UaGenericStructureValue() noexcept = default;
 UaGenericStructureValue::UaGenericStructureValue(const UaGenericStructureValue&) noexcept = default;
@@ -64,7 +66,8 @@ UaGenericStructureValue::UaGenericStructureValue(const UaStructureDefinition& de
     content.definition = completed(definition, dictionary);
     for (int i = 0; i < definition.fieldCount(); ++i) {
         const UaStructureField field = content.definition.field(i);
-        content.fields.values.push_back(field.isOptional() ? UaVariant() : defaultValue(field, dictionary));
+        content.fields.values.push_back(field.isOptional() ? UaVariant()
+                                                           : uaNullFieldValue(field, dictionary));
         content.fields.present.push_back(!field.isOptional());
     }
 }

@@ -11,6 +11,10 @@
 
 class UaGenericStructureValuePrivate;
 
+/// The value that a field has before somebody gives it one: 0, empty, no elements, a structure of such
+/// values, a union without a field. Null for an unknown type. The dictionary may be null.
+[[nodiscard]] UaVariant uaNullFieldValue(const UaStructureField& field, UaDataTypeDictionary* dictionary);
+
 /// Fields hold variants: a nested structure is an ExtensionObject with its body, an enumeration an Int32, an
 /// array or matrix an array or matrix. Copies share the values; one object belongs to one thread.
 class UaGenericStructureValue

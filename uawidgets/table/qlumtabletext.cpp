@@ -31,12 +31,41 @@ QString quoted(QString text)
     return QLatin1Char('"') + text.replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
 }
 
-QString spreadsheetCell(const QString& text)
+bool hasBreaks(const QString& text)
 {
-    const bool breaks = std::any_of(text.begin(), text.end(), [](QChar c) {
-        return c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r');
-    });
-    return breaks ? quoted(text) : text;
+    return std::any_of(
+        text.begin(), text.end(),
+        [](QChar c) { return c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r'); });
+}
+
+// Where a quoted cell that begins there ends, behind its closing quote; -1 when it is none: only cells with
+// breaks are quoted, in others quotes are what the user wrote.
+int endOfQuoted(const QString& text, int begin)
+{
+    int end = begin + 1;
+    for (;; end += 2) {
+        end = text.indexOf(QLatin1Char('"'), end);
+        if (end < 0)
+            return -1;
+        if (end + 1 == text.size() || text.at(end + 1) != QLatin1Char('"'))
+            break;
+    }
+    const bool endsCell = end + 1 == text.size() || hasBreaks(text.mid(end + 1, 1));
+    return endsCell && hasBreaks(text.mid(begin, end - begin)) ? end + 1 : -1;
+}
+
+int endOfPlain(const QString& text, int begin)
+{
+    int end = begin;
+    while (end < text.size() && text.at(end) != QLatin1Char('\t') && text.at(end) != QLatin1Char('\n') &&
+           text.at(end) != QLatin1Char('\r'))
+        ++end;
+    return end;
+}
+
+QString unquoted(const QString& cell)
+{
+    return cell.mid(1, cell.size() - 2).replace(QLatin1String("\"\""), QLatin1String("\""));
 }
 
 bool isNumber(const QString& text)
@@ -105,7 +134,7 @@ QString qlumTabbedText(const QAbstractItemView* view, const QModelIndexList& cel
     const QSet<QModelIndex> wanted(cells.begin(), cells.end());
     QStringList lines;
     const auto addLine = [&lines](QStringList texts) {
-        std::transform(texts.begin(), texts.end(), texts.begin(), spreadsheetCell);
+        std::transform(texts.begin(), texts.end(), texts.begin(), qlumTabbedCell);
         lines.append(texts.join(QLatin1Char('\t')));
     };
     if (withTitles && view->model())
@@ -119,6 +148,31 @@ QString qlumTabbedText(const QAbstractItemView* view, const QModelIndexList& cel
         addLine(texts);
     }
     return lines.join(QLatin1Char('\n'));
+}
+
+QString qlumTabbedCell(const QString& text)
+{
+    return hasBreaks(text) ? quoted(text) : text;
+}
+
+QVector<QStringList> qlumTabbedRows(const QString& text)
+{
+    QVector<QStringList> rows;
+    int begin = 0;
+    bool isNewRow = true;
+    while (begin < text.size() || !isNewRow) {
+        if (isNewRow)
+            rows.append(QStringList());
+        const bool mayBeQuoted = begin < text.size() && text.at(begin) == QLatin1Char('"');
+        const int quotedEnd = mayBeQuoted ? endOfQuoted(text, begin) : -1;
+        const int end = quotedEnd < 0 ? endOfPlain(text, begin) : quotedEnd;
+        const QString cell = text.mid(begin, end - begin);
+        rows.last().append(quotedEnd < 0 ? cell : unquoted(cell));
+        isNewRow = end >= text.size() || text.at(end) != QLatin1Char('\t');
+        const bool isPair = text.mid(end, 2) == QLatin1String("\r\n");
+        begin = end + (isPair ? 2 : 1);
+    }
+    return rows;
 }
 
 QByteArray qlumCsvField(QString text)

@@ -23,6 +23,12 @@ class QHeaderView;
 [[nodiscard]] QString qlumTabbedText(const QAbstractItemView* view, const QModelIndexList& cells,
                                      bool withTitles);
 
+/// A cell as spreadsheets put it on the clipboard, quoted when it has tabs or line breaks.
+[[nodiscard]] QString qlumTabbedCell(const QString& text);
+/// The reverse for a whole clipboard: the cells of each line. Line ends of any kind; one at the end begins no
+/// further line.
+[[nodiscard]] QVector<QStringList> qlumTabbedRows(const QString& text);
+
 /// A field of a record of comma separated values, UTF-8. A text that a spreadsheet would take for a formula,
 /// which a server can have written, gets an apostrophe and so stays a text; numbers stay numbers.
 [[nodiscard]] QByteArray qlumCsvField(QString text);

@@ -1,0 +1,18 @@
+// What arrays and matrices show of an element.
+#pragma once
+#include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumelementlist.h>
+#include <uawidgets/editors/qlumvaluecontext.h>
+
+#include <QString>
+#include <QVariant>
+
+/// The roles that cells of arrays and matrices share: texts, alignment, value, dictionary, data type.
+[[nodiscard]] QVariant qlumElementCell(const QlumElementList& elements, int index,
+                                       const QlumValueContext& context, int role);
+/// Whether a cell can edit it; others are opened.
+[[nodiscard]] bool qlumIsElementEditable(const QlumElementList& elements, int index);
+/// A value from a text in place of the one that is there, for an array of the type: an array of variants
+/// keeps the type of each. False, and value unchanged, when it is none.
+[[nodiscard]] bool qlumReadElement(const QString& text, OpcUa_BuiltInType arrayType,
+                                   const QlumValueContext& context, UaVariant& value);
