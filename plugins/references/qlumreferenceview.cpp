@@ -16,6 +16,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -109,7 +110,7 @@ QLayout* QlumReferenceView::makeBar(QAction* refresh)
                                tr("<b>Reference Type</b><br>Shows references of this type only."),
                                {}});
     m_type->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_type->setMinimumContentsLength(14);
+    m_type->setMinimumContentsLength(10);
     for (const Common& common : commonTypes)
         addType(tr(common.name), common.id == 0 ? UaNodeId() : UaNodeId(common.id));
     m_subtypes->setText(tr("&Subtypes"));
@@ -125,13 +126,16 @@ QLayout* QlumReferenceView::makeBar(QAction* refresh)
     m_text->setPlaceholderText(tr("Filter"));
     m_text->setClearButtonEnabled(true);
     m_text->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
-    auto* bar = new QHBoxLayout;
-    bar->setContentsMargins(0, 0, 0, 0);
-    for (QWidget* widget : {static_cast<QWidget*>(button), static_cast<QWidget*>(m_direction),
-                            static_cast<QWidget*>(m_type), static_cast<QWidget*>(m_subtypes)})
-        bar->addWidget(widget);
-    bar->addWidget(m_text, 1);
-    return bar;
+    // two rows, since a pane beside others is narrow
+    auto* rows = new QGridLayout;
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->addWidget(button, 0, 0);
+    rows->addWidget(m_direction, 0, 1);
+    rows->addWidget(m_type, 0, 2);
+    rows->addWidget(m_subtypes, 1, 1);
+    rows->addWidget(m_text, 1, 2);
+    rows->setColumnStretch(2, 1);
+    return rows;
 }
 
 QWidget* QlumReferenceView::makeMoreBar()
