@@ -41,7 +41,7 @@ protected:
         table.object(plant, "Plant");
         table.variable(UaNodeId(2, 2), "Speed", UaVariant(1.5), plant);
         services->setTypeName(UaNodeId(OpcUaId_Organizes), "Organizes");
-        services->setTypeName(UaNodeId(OpcUaId_FolderType), "FolderType");
+        services->setTypeName(UaNodeId(OpcUaId_HasComponent), "HasComponent");
         plugin.init(&application);
         application.window.show();
     }
@@ -95,7 +95,7 @@ TEST_F(References, AreShownInTheDirectionAndOfTheTypeThatIsChosen)
     direction->setCurrentIndex(direction->findData(OpcUa_BrowseDirection_Forward));
     auto* type = widget<QComboBox>("referenceType");
     type->setCurrentIndex(type->findData("i=33"));
-    EXPECT_TRUE(waitForOnly("Organizes|Forward|Speed|Variable|ns=2;i=2|i=63|2:Speed|")) << row(0);
+    EXPECT_TRUE(waitForOnly("HasComponent|Forward|Speed|Variable|ns=2;i=2|i=63|2:Speed|")) << row(0);
 }
 
 // A server has few of them for a session, and forgets none by itself.
