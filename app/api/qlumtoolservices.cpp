@@ -52,6 +52,7 @@ void QlumToolServices::removeTakers(QObject* owner)
     if (!m_owners.removeOne(owner))
         return;
     disconnect(owner, &QObject::destroyed, this, &QlumToolServices::removeTakers);
+    m_chooseNode.remove(owner);
     m_reveal.remove(owner);
     m_nodes.remove(owner);
     m_callMethod.remove(owner);
@@ -72,6 +73,12 @@ const QlumNodeTaker* QlumToolServices::nodeTaker(const QString& documentType) co
 }
 
 // ---- calls
+
+UaNodeId QlumToolServices::chooseNode(QWidget* parent, unsigned int serverId, const UaNodeId& start)
+{
+    qlumAssertGuiThread();
+    return canChooseNode() ? m_chooseNode.last()(parent, serverId, start) : UaNodeId();
+}
 
 bool QlumToolServices::revealNode(unsigned int serverId, const UaNodeId& nodeId)
 {

@@ -100,6 +100,12 @@ public:
     /// Connects the server of the project anew with another security mode and user.
     bool reconnectWith(unsigned int serverId, OpcUa_MessageSecurityMode mode, const QlumIdentity& identity);
 
+    /// Has the user choose a node of a server in a window above the parent, start being the one chosen so
+    /// far. Null when he gave up, and without a taker. Runs a nested event loop.
+    [[nodiscard]] UaNodeId chooseNode(QWidget* parent, unsigned int serverId, const UaNodeId& start);
+
+    /// Whether somebody would take it.
+    [[nodiscard]] bool canChooseNode() const { return m_chooseNode.has(); }
     /// Whether somebody would take it.
     [[nodiscard]] bool canReveal() const { return m_reveal.has(); }
     /// Whether somebody would take it.
@@ -115,6 +121,8 @@ public:
 
     // ---- taking
 
+    /// The node, or null when the user gave up.
+    using ChooseNode = std::function<UaNodeId(QWidget* parent, unsigned int serverId, const UaNodeId& start)>;
     /// True when the node was found and selected.
     using Reveal = std::function<bool(unsigned int serverId, const UaNodeId& nodeId)>;
     /// Asks for the arguments and calls.
@@ -135,6 +143,8 @@ public:
     /// there is no such type.
     using Documents = std::function<QWidget*(const QString& documentType)>;
 
+    /// Registers a taker of chooseNode().
+    void takeChooseNode(QObject* owner, ChooseNode taker) { take(m_chooseNode, owner, std::move(taker)); }
     /// Registers a taker of revealNode().
     void takeReveal(QObject* owner, Reveal taker) { take(m_reveal, owner, std::move(taker)); }
     /// Registers a taker of openNodes(), for its type of document.
@@ -190,6 +200,7 @@ private:
     void watch(QObject* owner);
     [[nodiscard]] const QlumNodeTaker* nodeTaker(const QString& documentType) const;
 
+    Takers<ChooseNode> m_chooseNode;
     Takers<Reveal> m_reveal;
     Takers<QlumNodeTaker> m_nodes;
     Takers<CallMethod> m_callMethod;

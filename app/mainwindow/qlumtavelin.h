@@ -143,6 +143,7 @@ private:
 
     void connectCommands();
     void connectViews();
+    UaNodeId chooseNode(QWidget* parent, unsigned int serverId, const UaNodeId& start);
     bool revealNode(unsigned int serverId, const UaNodeId& nodeId);
     QWidget* bringUpDocument(const QString& type);
     void sltCurrentProjectNodeChanged();

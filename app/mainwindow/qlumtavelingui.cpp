@@ -26,6 +26,9 @@
 #include <app/project/qlumprojectnodedocument.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <opcua/opcua_identifiers.h>
+#include <plugins/addressspace/qlumaddressspacemodel.h>
+#include <plugins/addressspace/qlumnodechooser.h>
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumemptydocument.h>
 
@@ -39,6 +42,7 @@
 #include <QList>
 #include <QMainWindow>
 #include <QModelIndex>
+#include <QPointer>
 #include <QSaveFile>
 #include <QSize>
 #include <QStackedWidget>
@@ -51,6 +55,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <utility>
 
 void QlumTavelin::setupGui()
 {
@@ -229,9 +234,27 @@ void QlumTavelin::setupToolServices()
     m_toolServices.takeReveal(
         m_pages,
         [this](unsigned int serverId, const UaNodeId& nodeId) { return revealNode(serverId, nodeId); });
+    m_toolServices.takeChooseNode(
+        m_pages, [this](QWidget* parent, unsigned int serverId,
+                        const UaNodeId& start) { return chooseNode(parent, serverId, start); });
     m_toolServices.takeDocuments(m_documents, [this](const QString& type) { return bringUpDocument(type); });
     if (m_services.takeToolServices)
         m_services.takeToolServices(m_toolServices, this, [this](unsigned int id) { return findServer(id); });
+}
+
+UaNodeId QlumTavelin::chooseNode(QWidget* parent, unsigned int serverId, const UaNodeId& start)
+{
+    const UaNodeId root(OpcUaId_RootFolder);
+    std::unique_ptr<QlumAddressSpaceModel> model(createAddressSpaceModel(serverId, &root));
+    if (!model)
+        return {};
+    const QPointer<QlumNodeChooser> dialog =
+        new QlumNodeChooser(std::move(model), serverName(serverId), parent);
+    dialog->select(start);
+    const bool isChosen = dialog && dialog->exec() == QDialog::Accepted; // browsing runs event loops, too
+    const UaNodeId chosen = isChosen && dialog ? dialog->nodeId() : UaNodeId();
+    delete dialog;
+    return chosen;
 }
 
 bool QlumTavelin::revealNode(unsigned int serverId, const UaNodeId& nodeId)

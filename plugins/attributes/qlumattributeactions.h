@@ -4,9 +4,24 @@
 
 namespace QlumAttributeNames {
 /// The commands of the dock.
-enum ActionId { OnOff, Refresh, ExpandAll, CollapseAll, CustomNodeId };
+enum ActionId {
+    OnOff,
+    Refresh,
+    ExpandAll,
+    CollapseAll,
+    CustomNodeId,
+    Back,
+    Forward,
+    Live,
+    UndoWrite,
+    EditInWindow,
+    CopyUriNodeId,
+    CopyBrowsePath
+};
 
 /// What the messages of the dock are about.
 inline const QString readTopic = QStringLiteral("read");
 inline const QString writeTopic = QStringLiteral("write");
+inline const QString liveTopic = QStringLiteral("live");
+inline const QString pathTopic = QStringLiteral("path");
 } // namespace QlumAttributeNames

@@ -57,21 +57,6 @@ QString QlumAttributeDelegate::fault(const QWidget* editor) const
     return tr("The server cannot be asked at the moment.");
 }
 
-QString QlumAttributeDelegate::whyNoEditor(const QModelIndex& index) const
-{
-    const UaVariant value = m_model.rowValue(index).value;
-    const OpcUa_BuiltInType type = m_model.rowType(index);
-    if (type == OpcUaType_Null)
-        return tr("It is empty, and its data type is not known here.");
-    if (!value.isNull() && !value.isScalar())
-        return tr("An array is changed by its elements.");
-    if (type == OpcUaType_ExtensionObject)
-        return tr("A structure is changed by its fields.");
-    if (!qlumIsTextEditable(type))
-        return tr("There is no editor for values of type %1.").arg(qlumBuiltinTypeName(type));
-    return qlumHasLineBreaks(value) ? tr("A text of several lines would lose its line breaks.") : QString();
-}
-
 // ---- how it looks
 
 void QlumAttributeDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const

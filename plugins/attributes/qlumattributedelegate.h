@@ -24,8 +24,6 @@ public:
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
     /// Also while the node cannot be written, when something was changed.
     [[nodiscard]] QString fault(const QWidget* editor) const override;
-    /// Why the row's value has no editor here, in words; empty when it has one.
-    [[nodiscard]] QString whyNoEditor(const QModelIndex& index) const;
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;

@@ -121,9 +121,9 @@ QString elementName(const UaVariant& value, const QlumTypeHint& hint, UaDataType
 
 const std::vector<std::string>& qlumDescribingProperties()
 {
-    static const std::vector<std::string> names{"EngineeringUnits", "EURange",    "InstrumentRange",
-                                                "EnumStrings",      "EnumValues", "FalseState",
-                                                "TrueState"};
+    static const std::vector<std::string> names{"EngineeringUnits", "EURange",         "InstrumentRange",
+                                                "EnumStrings",      "EnumValues",      "FalseState",
+                                                "TrueState",        "MaxStringLength", "MaxByteStringLength"};
     return names;
 }
 

@@ -4,6 +4,7 @@
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluecontext.h>
 
 #include <QList>
 #include <QString>
@@ -18,6 +19,7 @@ struct QlumAttributeDetails
 {
     std::vector<std::pair<int, UaDataValue>> attributes; ///< by id; none that the node lacks
     std::map<std::string, UaVariant> properties;         ///< by name, of those that describe the Value
+    QlumValueContext context; ///< for editors of the Value; of variables and their types only
 };
 
 /// One row: a name and a text.

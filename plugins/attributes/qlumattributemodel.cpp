@@ -219,6 +219,7 @@ void QlumAttributeModel::forget()
     m_valueRow = nullptr;
     m_value.clear();
     m_attributes.clear();
+    m_context = QlumValueContext();
     m_dataTypeId.clear();
     m_lock.clear();
     m_nodeId.clear();
@@ -308,6 +309,7 @@ void QlumAttributeModel::addDetails(unsigned int serverId, const UaNodeId& nodeI
         for (const auto& [id, result] : details.attributes)
             addDetail(id, result);
     });
+    m_context = details.context;
     if (!m_valueRow)
         return;
     QlumAttributeNode& top = *m_valueRow->parent();
@@ -381,16 +383,37 @@ QlumAttributeNode& QlumAttributeModel::addMistyped(int attributeId, const char* 
 
 QlumAttributeNode& QlumAttributeModel::addValue(OpcUa_DataValue& result)
 {
-    const OpcUa_StatusCode status = result.StatusCode;
     UaDataValue value;
     value.attach(&result);
+    return addValueRow(value);
+}
+
+QlumAttributeNode& QlumAttributeModel::addValueRow(const UaDataValue& value)
+{
     m_value = value.value();
     QlumAttributeNode& row =
         m_rows.addDataValue(*m_root, qlumAttributeName(OpcUa_Attributes_Value), value, valueHint());
-    row.setStatus(status);
+    row.setStatus(value.statusCode().code());
     m_valueRow = row.child(0);
     m_valueRow->setWritable(true);
     return row;
+}
+
+// What describes the Value stays below it.
+void QlumAttributeModel::showValue(unsigned int serverId, const UaNodeId& nodeId, const UaDataValue& value)
+{
+    if (serverId != m_serverId || nodeId != m_nodeId || !m_valueRow)
+        return;
+    reset([&] {
+        QlumAttributeNode& before = *m_valueRow->parent();
+        QlumAttributeNode& row = addValueRow(value);
+        row.setOptional(before.isOptional());
+        const int own = std::min(row.childCount(), before.childCount());
+        row.insertChildren(own, before.takeChildren(own, before.childCount() - own));
+        const int place = before.row();
+        m_root->takeChildren(place, 1);
+        m_root->insertChildren(place, m_root->takeChildren(m_root->childCount() - 1, 1));
+    });
 }
 
 QlumTypeHint QlumAttributeModel::valueHint() const

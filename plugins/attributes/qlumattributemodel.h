@@ -13,6 +13,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/models/qlumtreemodel.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
@@ -22,6 +23,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -92,6 +94,13 @@ public:
     [[nodiscard]] bool canUndo() const { return !m_undo.empty(); }
     /// Writes what was there before the last write that succeeded; true when the server took it.
     bool undo();
+    /// Shows a newer Value in the place of the one that is there; nothing when another node is shown.
+    void showValue(unsigned int serverId, const UaNodeId& nodeId, const UaDataValue& value);
+    /// What an editor has to know of the row's value; without definitions until the details are there.
+    [[nodiscard]] QlumValueContext editContext(const QModelIndex& index) const;
+    /// What the row's value is part of, to be written when the rows may be others. It answers why that was
+    /// not done, in words; empty when it was. Empty itself for rows that have none.
+    [[nodiscard]] std::function<QString(const UaVariant& part)> partWriter(const QModelIndex& index);
     /// What was read of an attribute; null for those that were not, or badly.
     [[nodiscard]] UaVariant attribute(int attributeId) const;
 
@@ -159,6 +168,7 @@ private:
     [[nodiscard]] QlumWriteOutcome send(QlumAttributeWriter& writer, const Placed& placed) const;
     [[nodiscard]] QlumWriteOutcome sendWhole(QlumAttributeWriter& writer, const Placed& placed,
                                              bool isElement) const;
+    [[nodiscard]] QString sentText(const Placed& placed, OpcUa_StatusCode code) const;
     bool finish(const Placed& placed, const QlumWriteOutcome& outcome, const QModelIndex& index);
     bool writeRefused(const Place& place, const QString& why, const QModelIndex& index);
     void compareWithWritten();
@@ -166,6 +176,8 @@ private:
     void takeLock(const QList<int>& attributeIds, const UaDataValues& results);
     [[nodiscard]] QString faultOf(const QlumAttributeNode& node) const;
     [[nodiscard]] QString remarkOn(const QlumAttributeNode& node) const;
+    [[nodiscard]] QString writePart(unsigned int serverId, const UaNodeId& nodeId, const Placed& placed);
+    QlumAttributeNode& addValueRow(const UaDataValue& value);
     [[nodiscard]] QlumLog log() const;
 
     QlumApplicationInterface& m_application;
@@ -179,6 +191,7 @@ private:
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified;
     UaVariant m_value;
     UaNodeId m_dataTypeId;
+    QlumValueContext m_context;                     ///< of the Value, once its details were read
     QString m_lock;                                 ///< why the Value may not be written
     QString m_fault;                                ///< of the last write; stays when the node is read again
     Place m_faultPlace;                             ///< what was to be written then

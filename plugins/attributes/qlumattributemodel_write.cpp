@@ -15,6 +15,8 @@
 #include <uabase/values/uastring.h>
 #include <uawidgets/qlumwaitcursor.h>
 
+#include <QPointer>
+
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -80,6 +82,34 @@ OpcUa_BuiltInType QlumAttributeModel::rowType(const QModelIndex& index) const
     if (shown.isNull() && index.isValid() && nodeAt(index) == m_valueRow)
         return uaNamespaceZeroBuiltInType(m_dataTypeId);
     return shown.type();
+}
+
+// A part is declared by its own type; ranges are those of the whole Value, if that is a number.
+QlumValueContext QlumAttributeModel::editContext(const QModelIndex& index) const
+{
+    Place place;
+    QlumValueContext context = m_context;
+    if (!index.isValid() || !placeOf(*nodeAt(index), place))
+        return context;
+    const bool isValue = place.attributeId == OpcUa_Attributes_Value;
+    if (isValue && place.steps.empty() && !context.dataType.isNull())
+        return context;
+    const QlumTypedValue part = valueAt(place);
+    context.dataType = part.hint.dataTypeId;
+    context.builtInType = rowType(index);
+    context.valueRank =
+        part.value.isScalar() ? -1 : static_cast<OpcUa_Int32>(part.value.dimensions().length());
+    context.arrayDimensions.clear();
+    context.maxStringLength.reset();
+    const bool isElement = place.steps.size() == 1 && place.steps.front().kind == QlumValueStep::Element;
+    if (!isValue || !isElement) {
+        context.euRange.reset();
+        context.instrumentRange.reset();
+        context.unit.clear();
+    }
+    if (!isValue)
+        context.accessFault.clear();
+    return context;
 }
 
 // ---- whether it can be done
@@ -151,6 +181,26 @@ bool QlumAttributeModel::setData(const QModelIndex& index, const QVariant& value
     return write(placed, false, index);
 }
 
+std::function<QString(const UaVariant& part)> QlumAttributeModel::partWriter(const QModelIndex& index)
+{
+    Place place;
+    if (!index.isValid() || !placeOf(*nodeAt(index), place))
+        return {};
+    return [self = QPointer(this), serverId = m_serverId, nodeId = m_nodeId, place](const UaVariant& part) {
+        return self ? self->writePart(serverId, nodeId, {place, part}) : tr("The window has been closed.");
+    };
+}
+
+QString QlumAttributeModel::writePart(unsigned int serverId, const UaNodeId& nodeId, const Placed& placed)
+{
+    if (serverId != m_serverId || nodeId != m_nodeId)
+        return tr("Another node is shown by now, or its server was removed. Select %1 again to write it.")
+            .arg(toQString(nodeId.toXmlString()));
+    if (m_standing != Standing::Current || !m_services(m_serverId))
+        return tr("The server cannot be asked at the moment.");
+    return write(placed, false, {}) ? QString() : m_fault;
+}
+
 bool QlumAttributeModel::undo()
 {
     if (m_undo.empty() || m_standing != Standing::Current || !m_services(m_serverId))
@@ -218,6 +268,21 @@ QlumWriteOutcome QlumAttributeModel::sendWhole(QlumAttributeWriter& writer, cons
     return outcome;
 }
 
+// Where the server does not like the value itself: what it was, and what is declared.
+QString QlumAttributeModel::sentText(const Placed& placed, OpcUa_StatusCode code) const
+{
+    constexpr int longest = 60;
+    if (code != OpcUa_BadTypeMismatch && code != OpcUa_BadOutOfRange)
+        return {};
+    const QlumTypedValue shown = valueAt(placed.place);
+    const QString sent = tr(" Sent was %1 (%2).")
+                             .arg(qlumCutText(toQString(placed.value.toString()), longest),
+                                  qlumTypeText(placed.value, shown.hint, m_rows.dictionary()));
+    const bool isWhole = placed.place.attributeId == OpcUa_Attributes_Value && placed.place.steps.empty();
+    const QString declared = isWhole ? qlumDeclaredTypeName(m_context) : QString();
+    return declared.isEmpty() ? sent : sent + tr(" The node declares %1.").arg(declared);
+}
+
 bool QlumAttributeModel::finish(const Placed& placed, const QlumWriteOutcome& outcome,
                                 const QModelIndex& index)
 {
@@ -237,7 +302,7 @@ bool QlumAttributeModel::finish(const Placed& placed, const QlumWriteOutcome& ou
                "write again"),
             index);
     } else if (!outcome.isGood()) {
-        writeRefused(placed.place, qlumWriteFailureText(code), index);
+        writeRefused(placed.place, qlumWriteFailureText(code) + sentText(placed, code), index);
     } else {
         m_fault.clear();
         m_expected = placed;

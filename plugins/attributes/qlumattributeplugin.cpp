@@ -18,6 +18,7 @@
 #include <uawidgets/qlumviewheading.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDialog>
 #include <QDockWidget>
@@ -30,6 +31,7 @@
 #include <QSettings>
 #include <QSize>
 #include <QString>
+#include <QStyle>
 #include <QToolBar>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -59,6 +61,30 @@ constexpr QlumActionRow actionRows[] = {
     {CustomNodeId, "customNodeId", TEXT("Set Custom NodeId"), "addtab.png", qlumNoKey,
      TEXT("Show the attributes of any node by its id"),
      TEXT("<b>Set Custom NodeId</b><br>Show the attributes of any node by its id")},
+    {Back, "back", TEXT("&Back"), "", QKeySequence::Back, TEXT("Show the node that was shown before"),
+     TEXT("<b>Back</b><br>Shows the node that was shown before."), Qt::WidgetWithChildrenShortcut},
+    {Forward, "forward", TEXT("&Forward"), "", QKeySequence::Forward, TEXT("Show the next node again"),
+     TEXT("<b>Forward</b><br>Shows the node again from which Back has led."), Qt::WidgetWithChildrenShortcut},
+    {Live, "watchValue", TEXT("&Watch Value"), "", qlumNoKey, TEXT("Show the Value as it changes"),
+     TEXT("<b>Watch Value</b><br>Shows the Value of the node as it changes on the server, by a subscription. "
+          "Off: it is the one that was last read.")},
+    {UndoWrite, "undoWrite", TEXT("&Undo Write"), "", QKeySequence::Undo,
+     TEXT("Write what was there before the last write"),
+     TEXT("<b>Undo Write</b><br>Writes the value that was there before the last write, as long as the same "
+          "node "
+          "is shown."),
+     Qt::WidgetWithChildrenShortcut},
+    {EditInWindow, "editInWindow", TEXT("&Edit in Window..."), "edit.png", qlumNoKey,
+     TEXT("Edit the value of the row in a window of its own"),
+     TEXT("<b>Edit in Window</b><br>Edits the value of the row where there is room for it: arrays, "
+          "structures, "
+          "long texts.")},
+    {CopyUriNodeId, "copyUriNodeId", TEXT("Copy Node Id with Namespace &URI"), "", qlumNoKey, "",
+     TEXT("<b>Copy Node Id with Namespace URI</b><br>Copies the id of the node in the form that stays the "
+          "same "
+          "when the server numbers its namespaces in another way.")},
+    {CopyBrowsePath, "copyBrowsePath", TEXT("Copy B&rowse Path"), "", qlumNoKey, "",
+     TEXT("<b>Copy Browse Path</b><br>Copies the browse names from the root to the node.")},
 };
 } // namespace
 
@@ -79,6 +105,13 @@ void QlumAttributePlugin::init(QlumApplicationInterface* app)
     registerSettings();
     m_pool = std::make_unique<QlumJobPool>(1);
     m_model = new QlumAttributeModel(*app, this, m_services);
+    m_live = std::make_unique<QlumLiveValue>();
+    connect(m_live.get(), &QlumLiveValue::arrived, this, &QlumAttributePlugin::sltShowLive);
+    connect(m_live.get(), &QlumLiveValue::refused, this, [this](const QString& why) {
+        if (m_messages)
+            m_messages->tell(
+                {QlumMessage::Error, liveTopic, tr("The value cannot be watched."), why, {}, {}});
+    });
     connect(this, &QlumAttributePlugin::sigClear, m_model, &QlumAttributeModel::clear);
     createActions();
     createDock();
@@ -86,6 +119,7 @@ void QlumAttributePlugin::init(QlumApplicationInterface* app)
 
 void QlumAttributePlugin::shutdown()
 {
+    m_live.reset();
     m_pool.reset();
     delete m_dock;
     delete m_model;
@@ -128,6 +162,23 @@ void QlumAttributePlugin::createActions()
     connect(m_actions[OnOff], &QAction::toggled, this, &QlumAttributePlugin::sltOnOff);
     connect(m_actions[Refresh], &QAction::triggered, this, &QlumAttributePlugin::sltRefresh);
     connect(m_actions[CustomNodeId], &QAction::triggered, this, &QlumAttributePlugin::sltSetCustomNodeId);
+    m_actions[Live]->setCheckable(true);
+    connect(m_actions[Live], &QAction::toggled, this, &QlumAttributePlugin::sltLive);
+    const std::pair<int, void (QlumAttributePlugin::*)()> commands[] = {
+        {Back, &QlumAttributePlugin::sltBack},
+        {Forward, &QlumAttributePlugin::sltForward},
+        {UndoWrite, &QlumAttributePlugin::sltUndoWrite},
+        {EditInWindow, &QlumAttributePlugin::sltEditInWindow},
+        {CopyUriNodeId, &QlumAttributePlugin::sltCopyUriNodeId},
+        {CopyBrowsePath, &QlumAttributePlugin::sltCopyBrowsePath}};
+    for (const auto& [id, slot] : commands)
+        connect(m_actions[id], &QAction::triggered, this, slot);
+    const QStyle* style = QApplication::style();
+    m_actions[Back]->setIcon(style->standardIcon(QStyle::SP_ArrowBack));
+    m_actions[Forward]->setIcon(style->standardIcon(QStyle::SP_ArrowForward));
+    m_actions[Live]->setIcon(style->standardIcon(QStyle::SP_MediaPlay));
+    connect(m_model, &QlumAttributeModel::undoChanged, this, &QlumAttributePlugin::showCommands);
+    showCommands();
 }
 
 void QlumAttributePlugin::createDock()
@@ -140,10 +191,13 @@ void QlumAttributePlugin::createDock()
     auto* toolBar = new QToolBar(tr("Attributes"), page);
     toolBar->setObjectName(QStringLiteral("attributeToolBar"));
     toolBar->setIconSize(QSize(16, 16));
-    toolBar->addActions(m_actions.list({OnOff, Refresh, ExpandAll, CollapseAll, CustomNodeId}));
+    toolBar->addActions(
+        m_actions.list({OnOff, Refresh, ExpandAll, CollapseAll, CustomNodeId, Back, Forward, Live}));
     m_heading = new QlumViewHeading(page);
     m_messages = new QlumMessageBar(page);
     m_view = new QlumAttributeView(m_model, page);
+    m_view->addActions(m_actions.list({CopyUriNodeId, CopyBrowsePath, EditInWindow, UndoWrite}));
+    connect(m_view, &QlumAttributeView::windowWanted, this, &QlumAttributePlugin::editInWindow);
     connect(m_actions[ExpandAll], &QAction::triggered, m_view, &QTreeView::expandAll);
     connect(m_actions[CollapseAll], &QAction::triggered, m_view, &QTreeView::collapseAll);
     auto* layout = new QVBoxLayout(page);
@@ -164,8 +218,12 @@ void QlumAttributePlugin::createDock()
     connect(
         m_view, &QlumAttributeView::entryRefused, m_messages,
         [this](const QString& why) { tellNote(tr("What was entered for %1 was not written."), why); });
-    connect(m_model, &QlumAttributeModel::written, m_messages, [this] { m_messages->dismiss(writeTopic); });
-    page->addAction(m_actions[Refresh]); // so that its key works wherever the focus is in the dock
+    connect(
+        m_model, &QlumAttributeModel::written, m_messages, [this] { m_messages->dismiss(writeTopic); });
+    connect(m_model, &QlumAttributeModel::remarked, m_messages,
+            [this](const QString& what) { tellNote(tr("About the value of %1:"), what); });
+    // so that their keys work wherever the focus is in the dock
+    page->addActions(m_actions.list({Refresh, Back, Forward, UndoWrite}));
     m_dock->setWidget(page);
     qlumSetInitialDockSize(m_dock, {430, 420});
     if (m_app->mainWindow())

@@ -9,6 +9,8 @@
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
 #include <plugins/attributes/qlumattributemodel.h>
+#include <plugins/attributes/qlumlivevalue.h>
+#include <plugins/attributes/qlumvisitednodes.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlummessagebar.h>
@@ -28,6 +30,7 @@
 class QDockWidget;
 class QToolBar;
 class QlumAttributeView;
+class QModelIndex;
 
 /// Shows and edits the attributes of the selected node in a dock window.
 class QlumAttributePlugin : public QObject,
@@ -73,8 +76,21 @@ public slots:
     /// Asks the user for a node and shows it; it counts as selected as soon as the server knows it.
     void sltSetCustomNodeId();
 
+    /// Shows the node that was shown before.
+    void sltBack();
+    /// Undoes sltBack().
+    void sltForward();
+    /// Writes what was there before the last write.
+    void sltUndoWrite();
+    /// Edits the current row's value in a window of its own.
+    void sltEditInWindow();
+
 private slots:
     void sltOnOff(bool on);
+    void sltLive(bool on);
+    void sltCopyUriNodeId();
+    void sltCopyBrowsePath();
+    void sltShowLive(const UaDataValue& value);
     void sltNodeClassRead(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass);
     void sltWriteFailed(const QString& why);
 
@@ -123,6 +139,10 @@ private:
     void readOnReturn();
     void readWhatIsDue();
     void follow(unsigned int serverId, const NamespaceMap& namespaceMap);
+    void visit(const QlumVisitedNode& node);
+    void watchShown();
+    void showCommands();
+    void editInWindow(const QModelIndex& index);
 
     const QlumSessionServicesProvider m_services;
     QlumApplicationInterface* m_app = nullptr;
@@ -133,6 +153,8 @@ private:
     QPointer<QlumMessageBar> m_messages;
     QPointer<QDockWidget> m_dock; ///< owned by the main window once it is docked
     QlumActionTable m_actions;
+    QlumVisitedNodes m_visited;
+    std::unique_ptr<QlumLiveValue> m_live;
     QHash<unsigned int, QlumConnectionStatus> m_states; ///< those that were told
     QHash<unsigned int, Choice> m_choices;              ///< the node last selected on each server
     Node m_selected;                                    ///< with a server alone when none of its nodes is

@@ -77,6 +77,7 @@ void QlumAttributePlugin::showState()
     m_model->setStanding(standing(node));
     m_view->setEmptyText(emptyText());
     showHeading(node);
+    watchShown();
 }
 
 void QlumAttributePlugin::dismiss(const QString& topic)
@@ -126,8 +127,10 @@ void QlumAttributePlugin::choose(const Node& node, OpcUa_NodeClass nodeClass)
     m_nodeClass = nodeClass;
     m_custom = Node();
     m_failure.clear();
-    if (!node.isNone())
+    if (!node.isNone()) {
         m_choices.insert(node.serverId, {node.nodeId, nodeClass});
+        visit({node.serverId, node.nodeId, nodeClass});
+    }
     stopReading(); // nobody waits for the node that was left
     dismiss(readTopic);
     if (m_actions[OnOff]->isChecked())
@@ -173,6 +176,7 @@ void QlumAttributePlugin::sltNodeClassRead(unsigned int serverId, const UaNodeId
     m_nodeClass = nodeClass;
     m_failure.clear();
     m_choices.insert(serverId, {nodeId, nodeClass});
+    visit({serverId, nodeId, nodeClass});
     m_isReading = true; // the same job goes on with its attributes
     dismiss(readTopic);
     showState();
@@ -349,6 +353,8 @@ void QlumAttributePlugin::follow(unsigned int serverId, const NamespaceMap& name
     if (const auto choice = m_choices.find(serverId);
         choice != m_choices.end() && !monitoring::remapNodeId(choice->nodeId, map))
         m_choices.erase(choice);
+    m_visited.forgetServer(serverId);
+    showCommands();
     if (m_custom.serverId == serverId)
         m_custom = Node();
     if (m_selected.serverId == serverId) {
@@ -368,6 +374,8 @@ void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
     m_pool->endServer(serverId); // also what reads a node that was left
     m_states.remove(serverId);
     m_choices.remove(serverId);
+    m_visited.forgetServer(serverId);
+    showCommands();
     if (m_messages && (m_selected.serverId == serverId || m_custom.serverId == serverId))
         m_messages->dismiss();
     if (m_custom.serverId == serverId)

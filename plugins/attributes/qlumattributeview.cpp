@@ -2,6 +2,7 @@
 
 #include <app/api/qlumactiontable.h>
 #include <app/api/qlumtext.h>
+#include <plugins/attributes/qlumattributecopy.h>
 #include <plugins/attributes/qlumattributedelegate.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <uawidgets/qlumnodecommands.h>
@@ -30,7 +31,17 @@
 #include <vector>
 
 namespace {
-enum CopyId { CopyCell, CopyRow, CopyValue, CopyPath, CopyNodeId };
+enum CopyId {
+    CopyCell,
+    CopyRow,
+    CopyValue,
+    CopyPath,
+    CopyNodeId,
+    CopyJson,
+    CopyAllText,
+    CopyAllCsv,
+    CopyAllJson
+};
 
 constexpr QlumActionRow copyRows[] = {
     {CopyCell, "copyCell", QT_TRANSLATE_NOOP("QlumAttributeView", "&Copy"), "copy.png", QKeySequence::Copy,
@@ -48,6 +59,18 @@ constexpr QlumActionRow copyRows[] = {
     {CopyNodeId, "copyNodeId", QT_TRANSLATE_NOOP("QlumAttributeView", "Copy &Node Id"), "", qlumNoKey,
      QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the id of the node that is shown"),
      QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the id of the node that is shown")},
+    {CopyJson, "copyJson", QT_TRANSLATE_NOOP("QlumAttributeView", "Copy Value as &JSON"), "", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the value of the row in a form that can be read back"),
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy the value of the row in a form that can be read back")},
+    {CopyAllText, "copyAllText", QT_TRANSLATE_NOOP("QlumAttributeView", "Copy &All as Text"), "", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy all rows, indented"),
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy all rows, indented")},
+    {CopyAllCsv, "copyAllCsv", QT_TRANSLATE_NOOP("QlumAttributeView", "Copy All as &CSV"), "", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy all rows as comma separated values"),
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy all rows as comma separated values")},
+    {CopyAllJson, "copyAllJson", QT_TRANSLATE_NOOP("QlumAttributeView", "Copy All as J&SON"), "", qlumNoKey,
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy all attributes in a form that can be read back"),
+     QT_TRANSLATE_NOOP("QlumAttributeView", "Copy all attributes in a form that can be read back")},
 };
 
 constexpr int nameWidth = 190;
@@ -108,20 +131,24 @@ bool QlumAttributeView::edit(const QModelIndex& index, EditTrigger trigger, QEve
     if (begun && isEditing()) // it also says yes to rows without an editor
         m_edited = index;
     else if (trigger == DoubleClicked || trigger == EditKeyPressed)
-        if (const QString why = whyNotEditable(index); !why.isEmpty())
-            emit editRefused(why);
+        editElsewhere(index, trigger);
     return begun;
 }
 
-// A double click opens what has rows below, and asks for nothing else.
-QString QlumAttributeView::whyNotEditable(const QModelIndex& index) const
+// What has no editor in a cell gets one in a window: by a double click only where that opens no rows.
+void QlumAttributeView::editElsewhere(const QModelIndex& index, EditTrigger trigger)
 {
-    const bool isValue = index.column() == QlumAttributeModel::ValueColumn &&
-                         m_attributes->nodeAt(index)->isWritable() && state() != EditingState;
-    if (!isValue || m_attributes->hasChildren(index.siblingAtColumn(0)))
-        return {};
-    const QString lock = m_attributes->lock(index);
-    return lock.isEmpty() ? m_delegate->whyNoEditor(index) : lock;
+    const bool isPart = index.column() == QlumAttributeModel::ValueColumn && state() != EditingState &&
+                        m_attributes->nodeAt(index)->isWritable();
+    const bool opens = m_attributes->hasChildren(index.siblingAtColumn(0));
+    if (!isPart || (opens && trigger == DoubleClicked))
+        return;
+    if (const QString lock = m_attributes->lock(index); !lock.isEmpty())
+        emit editRefused(lock);
+    else if (m_attributes->partWriter(index))
+        emit windowWanted(index);
+    else
+        emit editRefused(tr("It is a part of the row above, and changes with it."));
 }
 
 void QlumAttributeView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint)
@@ -154,7 +181,12 @@ void QlumAttributeView::createActions()
     on(CopyValue, &QlumAttributeView::sltCopyValue);
     on(CopyPath, &QlumAttributeView::sltCopyPath);
     on(CopyNodeId, &QlumAttributeView::sltCopyNodeId);
-    addActions(actions.list({CopyCell, CopyRow, CopyValue, CopyPath, CopyNodeId}));
+    on(CopyJson, &QlumAttributeView::sltCopyJson);
+    on(CopyAllText, &QlumAttributeView::sltCopyAllText);
+    on(CopyAllCsv, &QlumAttributeView::sltCopyAllCsv);
+    on(CopyAllJson, &QlumAttributeView::sltCopyAllJson);
+    addActions(actions.list({CopyCell, CopyRow, CopyValue, CopyJson, CopyAllText, CopyAllCsv, CopyAllJson,
+                             CopyPath, CopyNodeId}));
 }
 
 void QlumAttributeView::sltCopyCell()
@@ -187,6 +219,27 @@ void QlumAttributeView::sltCopyNodeId()
 {
     if (m_attributes->standing() != QlumAttributeModel::Standing::Left)
         copyText(toQString(m_attributes->nodeId().toXmlString()));
+}
+
+void QlumAttributeView::sltCopyJson()
+{
+    if (currentIndex().isValid())
+        copyText(qlumRowAsJson(*m_attributes, currentIndex()));
+}
+
+void QlumAttributeView::sltCopyAllText()
+{
+    copyText(qlumAllAsText(*m_attributes));
+}
+
+void QlumAttributeView::sltCopyAllCsv()
+{
+    copyText(qlumAllAsCsv(*m_attributes));
+}
+
+void QlumAttributeView::sltCopyAllJson()
+{
+    copyText(qlumAllAsJson(*m_attributes));
 }
 
 QString QlumAttributeView::pathOf(const QModelIndex& index) const

@@ -32,10 +32,14 @@ public:
     [[nodiscard]] bool isEditing() const { return state() == EditingState; }
 
     using QTreeView::edit;
+    /// The names from the attribute down to the row.
+    [[nodiscard]] QString pathOf(const QModelIndex& index) const;
 
 signals:
     /// The user wants to change a value and cannot, for that reason.
     void editRefused(const QString& why);
+    /// The user wants to change a value that no cell has room for.
+    void windowWanted(const QModelIndex& index);
     /// The user has ended changing a value, or given it up.
     void editingEnded();
     /// What the user has entered is not taken, for that reason; its editor is still open.
@@ -52,6 +56,14 @@ public slots:
     void sltCopyPath();
     /// The id of the node that is shown.
     void sltCopyNodeId();
+    /// The value of the row, in the form by which it can be read back.
+    void sltCopyJson();
+    /// All rows that are there.
+    void sltCopyAllText();
+    /// The same, comma separated.
+    void sltCopyAllCsv();
+    /// All attributes.
+    void sltCopyAllJson();
 
 protected:
     /// Says why when it does not begin.
@@ -64,10 +76,9 @@ private:
     void saveState();
     void restoreState();
     void restoreBranch(const QModelIndex& parent, const QString& path);
-    [[nodiscard]] QString whyNotEditable(const QModelIndex& index) const;
+    void editElsewhere(const QModelIndex& index, EditTrigger trigger);
     void leaveEditor();
     void fetchVisible();
-    [[nodiscard]] QString pathOf(const QModelIndex& index) const;
 
     QlumAttributeModel* m_attributes;
     QlumAttributeDelegate* m_delegate;

@@ -15,6 +15,7 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumcontextreader.h>
 
 #include <QString>
 
@@ -81,7 +82,7 @@ void QlumReadJob::run()
             return;
         emit nodeClassRead(m_serverId, m_nodeId, *m_nodeClass);
     }
-    readAttributes(*session);
+    readAttributes(session);
 }
 
 void QlumReadJob::tellFailure(const QString& why)
@@ -108,14 +109,14 @@ bool QlumReadJob::readNodeClass(QlumSessionServices& session)
     return true;
 }
 
-void QlumReadJob::readAttributes(QlumSessionServices& session)
+void QlumReadJob::readAttributes(const std::shared_ptr<QlumSessionServices>& session)
 {
     UaClientSdk::ServiceSettings settings = serviceSettings();
     const double maxAge = QlumAttributeSettings::maxAge.value();
     const QList<int> attributeIds = qlumAttributesOf(*m_nodeClass);
     UaDataValues values;
-    const UaStatus status = session.read(settings, maxAge, OpcUa_TimestampsToReturn_Both,
-                                         nodesToRead(m_nodeId, attributeIds), values);
+    const UaStatus status = session->read(settings, maxAge, OpcUa_TimestampsToReturn_Both,
+                                          nodesToRead(m_nodeId, attributeIds), values);
     const QString node = toQString(m_nodeId.toFullString());
     const QString result = toQString(status.toString());
     if (!status.isGood()) {
@@ -124,7 +125,8 @@ void QlumReadJob::readAttributes(QlumSessionServices& session)
         return;
     }
     m_log.info(tr("Read attributes of node '%1' succeeded [ret = %2].").arg(node, result));
-    prepareType(session, qlumResultOf(OpcUa_Attributes_Value, attributeIds, values),
+    takeFacts(attributeIds, values);
+    prepareType(*session, qlumResultOf(OpcUa_Attributes_Value, attributeIds, values),
                 qlumResultOf(OpcUa_Attributes_DataType, attributeIds, values));
     if (isCancelled())
         return;
@@ -134,21 +136,44 @@ void QlumReadJob::readAttributes(QlumSessionServices& session)
         readDetails(session);
 }
 
+void QlumReadJob::takeFacts(const QList<int>& attributeIds, const UaDataValues& values)
+{
+    const auto result = [&](int attributeId) { return qlumResultOf(attributeId, attributeIds, values); };
+    const auto level = [&](int attributeId) {
+        const UaVariant value = result(attributeId);
+        return value.type() == OpcUaType_Byte && value.isScalar() ? std::optional(value.toByte())
+                                                                  : std::nullopt;
+    };
+    m_value = result(OpcUa_Attributes_Value);
+    m_facts.dataType = result(OpcUa_Attributes_DataType).toNodeId();
+    if (const UaVariant rank = result(OpcUa_Attributes_ValueRank); rank.type() == OpcUaType_Int32)
+        m_facts.valueRank = rank.toInt32();
+    static_cast<void>(result(OpcUa_Attributes_ArrayDimensions).toUInt32Array(m_facts.arrayDimensions));
+    m_facts.accessLevel = level(OpcUa_Attributes_AccessLevel);
+    m_facts.userAccessLevel = level(OpcUa_Attributes_UserAccessLevel);
+}
+
 // ---- what only some nodes have
 
-void QlumReadJob::readDetails(QlumSessionServices& session)
+void QlumReadJob::readDetails(const std::shared_ptr<QlumSessionServices>& session)
 {
     UaClientSdk::ServiceSettings settings = serviceSettings();
     const QList<int> attributeIds = qlumFurtherAttributesOf(*m_nodeClass);
     UaDataValues values;
     QlumAttributeDetails details;
-    const UaStatus status = session.read(settings, 0, OpcUa_TimestampsToReturn_Neither,
-                                         nodesToRead(m_nodeId, attributeIds), values);
+    const UaStatus status = session->read(settings, 0, OpcUa_TimestampsToReturn_Neither,
+                                          nodesToRead(m_nodeId, attributeIds), values);
     for (OpcUa_UInt32 i = 0; status.isGood() && i < values.length(); ++i)
         if (values[i].StatusCode != OpcUa_BadAttributeIdInvalid)
             details.attributes.emplace_back(attributeIds.at(static_cast<int>(i)), UaDataValue(values[i]));
     if (*m_nodeClass == OpcUa_NodeClass_Variable && !isCancelled())
-        readProperties(session, details);
+        readProperties(*session, details);
+    if (!m_facts.dataType.isNull() && !isCancelled()) {
+        m_facts.properties = details.properties;
+        QlumContextReader reader(session, settings);
+        details.context = reader.of(m_facts);
+        reader.learn(m_value);
+    }
     if (!isCancelled())
         emit detailsRead(m_serverId, m_nodeId, details);
 }

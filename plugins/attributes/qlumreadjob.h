@@ -6,11 +6,13 @@
 #include <plugins/attributes/qlumattributedetails.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluefacts.h>
 
 #include <QList>
 #include <QObject>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 /// Reads all attributes of a node on a pool thread, and then what the server has besides. What fails is
@@ -42,8 +44,9 @@ signals:
 private:
     void tellFailure(const QString& why);
     bool readNodeClass(QlumSessionServices& session);
-    void readAttributes(QlumSessionServices& session);
-    void readDetails(QlumSessionServices& session);
+    void readAttributes(const std::shared_ptr<QlumSessionServices>& session);
+    void takeFacts(const QList<int>& attributeIds, const UaDataValues& values);
+    void readDetails(const std::shared_ptr<QlumSessionServices>& session);
     void readProperties(QlumSessionServices& session, QlumAttributeDetails& details) const;
     void prepareType(QlumSessionServices& session, const UaVariant& value, const UaVariant& dataType) const;
     void prepareEncodings(QlumSessionServices& session, const UaVariant& value) const;
@@ -53,4 +56,6 @@ private:
     const UaNodeId m_nodeId;
     std::optional<OpcUa_NodeClass> m_nodeClass;
     const QlumSessionServicesProvider m_services;
+    QlumValueFacts m_facts; ///< of the Value
+    UaVariant m_value;
 };

@@ -13,6 +13,7 @@
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumcontextreader.h>
 #include <uawidgets/editors/qlumdefaultvalue.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlummessagebar.h>
@@ -403,6 +404,7 @@ std::vector<UaVariant> QlumMethodDialog::rememberedValues()
     std::vector<UaVariant> values;
     for (QlumMethodArgument& argument : m_info.inputs) {
         argument.context.settings = this;
+        argument.context.browseNode = qlumNodeChoice(m_serverId);
         const QByteArray text =
             loadSetting(store, inputKey(static_cast<int>(values.size()))).toString().toUtf8();
         UaVariant value;

@@ -169,8 +169,12 @@ void QlumMethodDialog::showOutcome(const QlumMethodCall& call)
              tr("%1 came, %2 were declared.").arg(call.outputs.size()).arg(m_info.outputs.size()),
              {},
              {}});
-    for (int i = 0; i < m_inputs->count(); ++i)
-        m_inputs->setNote(i, qlumInputFault(call, static_cast<std::size_t>(i)));
+    for (int i = m_inputs->count() - 1; i >= 0; --i) {
+        const QString fault = qlumInputFault(call, static_cast<std::size_t>(i));
+        m_inputs->setNote(i, fault);
+        if (!fault.isEmpty())
+            m_inputs->focusArgument(i); // the first one in the end
+    }
 }
 
 void QlumMethodDialog::callFailed(const QString& why)

@@ -1,6 +1,7 @@
 #include <uawidgets/editors/qlumcontextreader.h>
 
 #include <app/api/qlumservertypes.h>
+#include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
@@ -12,6 +13,7 @@
 #include <uabase/values/uastring.h>
 
 #include <QString>
+#include <QWidget>
 
 #include <algorithm>
 #include <array>
@@ -83,6 +85,17 @@ void take(OpcUa_UInt32 attributeId, const UaVariant& value, QlumValueFacts& fact
     }
 }
 } // namespace
+
+std::function<UaNodeId(QWidget* parent, const UaNodeId& start)> qlumNodeChoice(unsigned int serverId)
+{
+    const QlumToolServices* services = QlumToolServices::instance();
+    if (!services || !services->canChooseNode())
+        return {};
+    return [serverId](QWidget* parent, const UaNodeId& start) {
+        QlumToolServices* current = QlumToolServices::instance();
+        return current ? current->chooseNode(parent, serverId, start) : UaNodeId();
+    };
+}
 
 QlumContextReader::QlumContextReader(std::shared_ptr<QlumSessionServices> session,
                                      const QlumSessionServices::Settings& settings)

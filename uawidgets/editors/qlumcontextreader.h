@@ -9,11 +9,19 @@
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/editors/qlumvaluefacts.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
 #include <span>
 #include <vector>
+
+class QWidget;
+
+/// Has the user choose a node of the server, for QlumValueContext::browseNode; empty when nobody offers that.
+/// GUI thread.
+[[nodiscard]] std::function<UaNodeId(QWidget* parent, const UaNodeId& start)>
+qlumNodeChoice(unsigned int serverId);
 
 /// Makes the contexts of values out of what a server says of them, in a job: the contexts ask nothing of the
 /// server any more. What is known of its types costs no call; the first question about a type may cost a few.

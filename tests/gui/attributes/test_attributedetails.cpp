@@ -5,6 +5,7 @@
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uadatavalue.h>
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
@@ -101,10 +102,15 @@ TEST_F(AttributeDetails, ANumberIsNotShownWithoutItsUnitAndRange)
     describe("InstrumentRange", UaVariant("no range")); // of a server that has it wrong
     select(1);
     ASSERT_TRUE(waitFor(1));
-    EXPECT_EQ(rowsFrom(value(), 6, 3), (QStringList{"Type: Double",
-                                                    "Unit: \u00B0"
-                                                    "C (degree Celsius)",
-                                                    "Range: -10 to 120.5"}));
+    const QStringList details{"Type: Double",
+                              "Unit: \u00B0"
+                              "C (degree Celsius)",
+                              "Range: -10 to 120.5"};
+    EXPECT_EQ(rowsFrom(value(), 6, 3), details);
+    plugin.model()->showValue(5, node(1), UaDataValue(UaVariant(22.5))); // that was watched
+    EXPECT_EQ(value().data().toString(), "Value");
+    EXPECT_EQ(rowsFrom(value(), 0, 1).first(), "Value: 22.5");
+    EXPECT_EQ(rowsFrom(value(), 6, 3), details);
 }
 
 TEST_F(AttributeDetails, AStateIsNotShownWithoutItsText)

@@ -23,6 +23,8 @@
 #include <QDialog>
 #include <QDockWidget>
 #include <QGuiApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QModelIndex>
@@ -234,12 +236,35 @@ TEST_F(AttributePlugin, CopiesTheWholeTextAndKeepsWhatIsOpen)
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "Value/Value");
     view()->sltCopyNodeId();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "ns=2;i=1");
+    view()->sltCopyAllCsv();
+    EXPECT_TRUE(
+        QGuiApplication::clipboard()->text().contains("\r\nValue/Value," + QString(300, 'x') + "\r\n"));
+    view()->sltCopyAllJson();
+    const QJsonObject all = QJsonDocument::fromJson(QGuiApplication::clipboard()->text().toUtf8()).object();
+    EXPECT_EQ(all["Value"].toObject()["Body"].toString(), QString(300, 'x'));
+    EXPECT_TRUE(all.contains("WriteMask"));
     view()->collapse(top);
     view()->expand(model.index(0, 0)); // NodeId
     select(2);
     ASSERT_TRUE(waitFor(2));
     EXPECT_FALSE(view()->isExpanded(model.index(7, 0)));
     EXPECT_TRUE(view()->isExpanded(model.index(0, 0)));
+}
+
+TEST_F(AttributePlugin, GoesBackToTheNodesThatWereVisited)
+{
+    EXPECT_FALSE(action("back")->isEnabled());
+    for (const OpcUa_UInt32 id : {1u, 2u}) {
+        select(id);
+        ASSERT_TRUE(waitFor(id));
+    }
+    action("back")->trigger();
+    EXPECT_EQ(application.selections.last(), "5 ns=2;i=1");
+    select(1); // as the application tells all tools
+    EXPECT_FALSE(action("back")->isEnabled());
+    EXPECT_TRUE(action("forward")->isEnabled());
+    plugin.sessionRemoved(5);
+    EXPECT_FALSE(action("forward")->isEnabled());
 }
 
 TEST_F(AttributePlugin, RowsThatNameANodeHaveItsCommands)

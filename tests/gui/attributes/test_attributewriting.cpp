@@ -11,6 +11,7 @@
 
 #include <QModelIndex>
 #include <QSignalSpy>
+#include <QString>
 #include <QStringList>
 #include <QVariant>
 
@@ -144,6 +145,25 @@ TEST_F(AttributeWriting, WhatCameBackDifferentIsToldAndUndoneUntilTheNodeChanges
     EXPECT_TRUE(model.canUndo());
     model.clear();
     EXPECT_FALSE(model.canUndo());
+}
+
+// A window in which a value is edited may be open for longer than its node is shown.
+TEST_F(AttributeWriting, FromAWindowReachesTheSameNodeOrNone)
+{
+    showValue(numbersFrom(1));
+    const auto writer = model.partWriter(below(fetched(valueRow()), 2));
+    ASSERT_TRUE(writer);
+    showValue(numbersFrom(1));
+    EXPECT_EQ(writer(UaVariant(OpcUa_Int32{5})), QString());
+    EXPECT_EQ(services->writtenTo.last(), "13 2");
+    services->writeResult = OpcUa_BadOutOfRange;
+    services->rangeResult = OpcUa_BadOutOfRange;
+    EXPECT_TRUE(writer(UaVariant(OpcUa_Int32{5})).contains("BadOutOfRange"));
+    model.setStanding(QlumAttributeModel::Standing::Outdated);
+    EXPECT_EQ(writer(UaVariant(OpcUa_Int32{5})), "The server cannot be asked at the moment.");
+    model.clear();
+    EXPECT_TRUE(writer(UaVariant(OpcUa_Int32{5})).startsWith("Another node is shown by now"));
+    EXPECT_EQ(services->written.size(), 1u);
 }
 
 TEST_F(AttributeWriting, OtherAttributesAreWrittenAsTheirMaskAllows)

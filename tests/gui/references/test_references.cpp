@@ -42,7 +42,6 @@ protected:
         table.variable(UaNodeId(2, 2), "Speed", UaVariant(1.5), plant);
         services->setTypeName(UaNodeId(OpcUaId_Organizes), "Organizes");
         services->setTypeName(UaNodeId(OpcUaId_HasComponent), "HasComponent");
-        services->setTypeName(UaNodeId(OpcUaId_FolderType), "FolderType");
         plugin.init(&application);
         application.window.show();
     }

@@ -1,0 +1,115 @@
+// References and methods of a server that is not ours, in the windows of the whole client.
+#include <app/api/qlumtoolservices.h>
+#include <plugins/methods/qlumargumentpanel.h>
+#include <plugins/methods/qlummethoddialog.h>
+#include <tests/integration/clientondemoserver.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QString>
+#include <QTest>
+#include <QTreeView>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+UaNodeId demo(const char* id)
+{
+    return UaNodeId(UaString(id), 2);
+}
+
+class ToolsOnDemoServer : public ClientOnDemoServer
+{
+protected:
+    void open(const char* object, const char* method)
+    {
+        delete dialog;
+        ASSERT_TRUE(QlumToolServices::instance()->callMethod(serverId, demo(object), demo(method)));
+        dialog = window->findChild<QlumMethodDialog*>();
+        ASSERT_TRUE(dialog);
+        ASSERT_TRUE(waitUntilReady()) << logText();
+    }
+    bool waitUntilReady()
+    {
+        return QTest::qWaitFor([this] { return callButton()->isEnabled(); }, limit);
+    }
+    QPushButton* callButton() { return dialog->findChild<QPushButton*>("callMethodNow"); }
+    QlumArgumentPanel& inputs() { return *dialog->findChild<QlumArgumentPanel*>("methodInputs"); }
+    QlumArgumentPanel& outputs() { return *dialog->findChild<QlumArgumentPanel*>("methodOutputs"); }
+    std::string call()
+    {
+        callButton()->click();
+        EXPECT_TRUE(waitUntilReady());
+        return dialog->findChild<QLabel*>("methodOutcome")->text().toStdString();
+    }
+
+    QPointer<QlumMethodDialog> dialog;
+};
+
+TEST_F(ToolsOnDemoServer, ShowsTheReferencesOfTheSelectedNode)
+{
+    openDemoProject();
+    select({"Root", "Objects", "Demo", "Methods"});
+    const auto isShown = [this] {
+        QTreeView* view = tree("References");
+        for (int row = 0; view && row < view->model()->rowCount(); ++row)
+            if (view->model()->index(row, 2).data() == "Mixed")
+                return view->model()->index(row, 0).data() == "HasComponent";
+        return false;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isShown, limit)) << logText();
+}
+
+TEST_F(ToolsOnDemoServer, CallsAMethodWithStructuredArguments)
+{
+    openDemoProject();
+    open("Methods", "Methods.Mixed");
+    ASSERT_EQ(inputs().count(), 4);
+    UaVariant values;
+    EXPECT_TRUE(
+        OpcUa_IsGood(values.setArray(OpcUaType_Double, std::vector{UaVariant(1.5), UaVariant(-2.0)})));
+    inputs().setValue(1, UaVariant(OpcUa_Int32{2}));
+    inputs().setValue(2, UaVariant(OpcUa_UInt32{5}));
+    inputs().setValue(3, values);
+    const std::vector<UaVariant> sent = inputs().values();
+    EXPECT_EQ(sent[0].type(), OpcUaType_ExtensionObject) << "of the declared type, from the beginning";
+    EXPECT_TRUE(call().starts_with("Called. ")) << logText();
+    EXPECT_EQ(outputs().values(), sent);
+}
+
+TEST_F(ToolsOnDemoServer, CallsAMethodWhosePropertiesAreWrong)
+{
+    openDemoProject();
+    open("Methods", "Methods.TooFew");
+    EXPECT_NE(call().find("BadArgumentsMissing"), std::string::npos);
+    dialog->findChild<QPushButton*>("addArgument")->click();
+    inputs().setValue(0, UaVariant(1.5));
+    inputs().setValue(1, UaVariant(2.0));
+    EXPECT_TRUE(call().starts_with("Called. "));
+    EXPECT_EQ(outputs().value(0), UaVariant(3.5));
+    open("Methods", "Methods.UnknownType");
+    ASSERT_EQ(inputs().count(), 2);
+    inputs().setValue(1, UaVariant(2.0));
+    EXPECT_TRUE(call().starts_with("Called. "));
+}
+
+TEST_F(ToolsOnDemoServer, CallsAMethodOfATypeOnOneOfItsObjects)
+{
+    openDemoProject();
+    open("PumpType", "PumpType.Prime");
+    auto* owner = dialog->findChild<QComboBox*>("methodObject");
+    ASSERT_EQ(owner->count(), 2);
+    owner->setCurrentIndex(1);
+    const QString chosen = owner->currentText();
+    EXPECT_TRUE(call().starts_with("Called. "));
+    const QString pump = QString::fromStdString(outputs().value(0).toString().toStdString());
+    EXPECT_TRUE(chosen.startsWith(pump + " ")) << chosen.toStdString();
+}
+} // namespace
