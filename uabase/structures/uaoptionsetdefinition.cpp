@@ -66,6 +66,16 @@ UaEnumValue UaOptionSetDefinition::bitAt(int index) const noexcept
     return d ? d->bits.valueAt(index) : UaEnumValue();
 }
 
+int UaOptionSetDefinition::bitCount() const noexcept
+{
+    return d ? d->bits.valueCount() : 0;
+}
+
+bool UaOptionSetDefinition::bitOf(const UaString& name, OpcUa_Int64& bit) const noexcept
+{
+    return d && d->bits.valueOf(name, bit);
+}
+
 UaString UaOptionSetDefinition::bitName(OpcUa_Int64 bit) const noexcept
 {
     return d ? d->bits.valueName(bit) : UaString();

@@ -31,6 +31,9 @@ public:
     void addBit(OpcUa_Int64 bit, const UaString& name);
 
     UaEnumValue bitAt(int index) const noexcept; ///< in order of definition; a null one when out of range
+    int bitCount() const noexcept;
+    /// The bit of a name; false when there is none.
+    [[nodiscard]] bool bitOf(const UaString& name, OpcUa_Int64& bit) const noexcept;
     [[nodiscard]] UaString bitName(OpcUa_Int64 bit) const noexcept; ///< null string when unknown
     /// Names of the set bits joined by separator; a set bit without a name is written as its number.
     [[nodiscard]] UaString toString(OpcUa_UInt64 value, std::string_view separator = " | ") const;

@@ -1,84 +1,100 @@
 #include <uawidgets/editors/qlumscalarpage.h>
 
-#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uagenericoptionsetvalue.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumbytespage.h>
+#include <uawidgets/editors/qlumlinepage.h>
+#include <uawidgets/editors/qlumlocalizedtextpage.h>
+#include <uawidgets/editors/qlumoptionsetpage.h>
+#include <uawidgets/editors/qlumshownpage.h>
+#include <uawidgets/editors/qlumtimepage.h>
 #include <uawidgets/editors/qlumvalueeditor.h>
 
-#include <QComboBox>
-#include <QDateTimeEdit>
-#include <QHBoxLayout>
-#include <QLineEdit>
 #include <QString>
+#include <QVBoxLayout>
 #include <QWidget>
 
 namespace {
-UaEnumDefinition enumDefinitionOf(const QlumValueContext& context)
+// A definition that does not fit what is sent is no help.
+bool isOptionSet(const UaVariant& value, OpcUa_BuiltInType type, const UaOptionSetDefinition& definition)
 {
-    return context.dictionary && !context.dataType.isNull()
-               ? context.dictionary->enumDefinition(context.dataType)
-               : UaEnumDefinition();
+    if (definition.isNull() || definition.builtInType() != type)
+        return false;
+    UaGenericOptionSetValue decoded;
+    return value.isNull() || decoded.decode(value, definition).isGood();
 }
 } // namespace
 
 QlumScalarPage::QlumScalarPage(const QlumValueContext& context, QWidget* parent)
     : QlumValuePage(parent), m_context(context)
 {
-    auto* layout = new QHBoxLayout(this);
+    auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+}
+
+QlumValuePage* QlumScalarPage::makePage(const UaVariant& value)
+{
+    const OpcUa_BuiltInType type = value.isNull() ? m_context.builtInType : value.type();
+    const UaOptionSetDefinition optionSet = qlumOptionSetDefinition(m_context);
+    if (isOptionSet(value, type, optionSet))
+        return new QlumOptionSetPage(m_context, optionSet, this);
+    switch (type) {
+    case OpcUaType_String:
+    case OpcUaType_ByteString:
+    case OpcUaType_XmlElement:
+        return new QlumBytesPage(m_context, type, this);
+    case OpcUaType_DateTime:
+        return new QlumTimePage(m_context, this);
+    case OpcUaType_LocalizedText:
+        return new QlumLocalizedTextPage(this);
+    default:
+        break;
+    }
+    if (qlumWhyNoValueEditor(value, m_context).isEmpty())
+        return new QlumLinePage(m_context, this);
+    return new QlumShownPage(m_context, this);
 }
 
 void QlumScalarPage::setValue(const UaVariant& value)
 {
-    delete m_editor;
-    m_shown = value;
-    m_modified = false;
-    const UaEnumDefinition definition = enumDefinitionOf(m_context);
-    m_editor = value.isNull() ? qlumCreateValueEditor(m_context.builtInType, definition, this)
-                              : qlumCreateValueEditor(value, definition, this);
-    if (!m_editor)
-        return;
-    layout()->addWidget(m_editor);
-    setFocusProxy(m_editor);
-    setReadOnly(m_readOnly);
-    const auto changed = [this] {
-        m_modified = true;
-        emit edited();
-    };
-    if (auto* line = qobject_cast<QLineEdit*>(m_editor))
-        connect(line, &QLineEdit::textEdited, this, changed);
-    else if (auto* box = qobject_cast<QComboBox*>(m_editor))
-        connect(box, &QComboBox::currentTextChanged, this, changed);
-    else if (auto* time = qobject_cast<QDateTimeEdit*>(m_editor))
-        connect(time, &QDateTimeEdit::dateTimeChanged, this, changed);
+    delete m_page;
+    m_page = makePage(value);
+    layout()->addWidget(m_page);
+    setFocusProxy(m_page);
+    m_page->setValue(value);
+    m_page->setReadOnly(m_isReadOnly);
+    connect(m_page, &QlumValuePage::edited, this, &QlumValuePage::edited);
 }
 
 bool QlumScalarPage::value(UaVariant& value) const
 {
-    if (!m_editor || !fault().isEmpty())
-        return false;
-    UaVariant entered;
-    const bool changed = qlumValueFromEditor(m_editor, entered);
-    if (!changed && m_shown.isNull())
-        return false;
-    value = changed ? entered : m_shown;
-    return true;
+    return m_page && m_page->value(value);
 }
 
 bool QlumScalarPage::isModified() const
 {
-    return m_modified;
+    return m_page && m_page->isModified();
 }
 
 QString QlumScalarPage::fault() const
 {
-    return m_editor ? qlumEditorFault(m_editor) : QString();
+    return m_page ? m_page->fault() : QString();
+}
+
+QString QlumScalarPage::remark() const
+{
+    return m_page ? m_page->remark() : QString();
+}
+
+QString QlumScalarPage::refusal() const
+{
+    return m_page ? m_page->refusal() : QString();
 }
 
 void QlumScalarPage::setReadOnly(bool readOnly)
 {
-    m_readOnly = readOnly;
-    if (auto* line = qobject_cast<QLineEdit*>(m_editor))
-        line->setReadOnly(readOnly);
-    else if (m_editor)
-        m_editor->setEnabled(!readOnly);
+    m_isReadOnly = readOnly;
+    if (m_page)
+        m_page->setReadOnly(readOnly);
 }

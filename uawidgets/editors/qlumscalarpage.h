@@ -6,7 +6,9 @@
 #include <QString>
 #include <QWidget>
 
-/// Edits one scalar value of a built-in type, with room to say what is wrong with it. GUI thread.
+/// Edits one scalar value of a built-in type, with room to say what is wrong with it: texts and bytes of any
+/// length, times down to 100 ns, the bits of an option set; what fits a line on the line that a cell has,
+/// too. What has no editor is shown. GUI thread.
 class QlumScalarPage : public QlumValuePage
 {
     Q_OBJECT
@@ -19,12 +21,14 @@ public:
     [[nodiscard]] bool value(UaVariant& value) const override;
     [[nodiscard]] bool isModified() const override;
     [[nodiscard]] QString fault() const override;
+    [[nodiscard]] QString remark() const override;
+    [[nodiscard]] QString refusal() const override;
     void setReadOnly(bool readOnly) override;
 
 private:
+    [[nodiscard]] QlumValuePage* makePage(const UaVariant& value);
+
     const QlumValueContext m_context;
-    UaVariant m_shown;
-    QWidget* m_editor = nullptr;
-    bool m_modified = false;
-    bool m_readOnly = false;
+    QlumValuePage* m_page = nullptr;
+    bool m_isReadOnly = false;
 };

@@ -1,9 +1,12 @@
 #pragma once
 #include <opcua/opcua_types.h>
 #include <uabase/structures/uadatatypedictionary.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/values/uanodeid.h>
 
 #include <QString>
+#include <QVariant>
 
 #include <functional>
 #include <memory>
@@ -45,3 +48,20 @@ struct QlumValueContext
     /// Where editors keep settings of their own, offered by the dialog around them; may be null.
     QlumSettingsCBInterface* settings = nullptr;
 };
+
+/// Null when the declared type is no enumeration that is known.
+[[nodiscard]] UaEnumDefinition qlumEnumDefinition(const QlumValueContext& context);
+/// The same for option sets, those of the structured form among them.
+[[nodiscard]] UaOptionSetDefinition qlumOptionSetDefinition(const QlumValueContext& context);
+/// The built-in types that a value may have: one where the declared type has one, several for an abstract
+/// type of numbers, all that a variant can hold where anything may be given or nothing is known.
+[[nodiscard]] std::vector<OpcUa_BuiltInType> qlumAllowedTypes(const QlumValueContext& context);
+/// The declared type for the user: its name where that is known, else its node id, else the built-in type's
+/// name; empty when nothing is declared.
+[[nodiscard]] QString qlumDeclaredTypeName(const QlumValueContext& context);
+
+/// What an editor keeps from one use to the next, by the dialog around it; standard without one.
+[[nodiscard]] QVariant qlumEditorSetting(const QlumValueContext& context, const QString& key,
+                                         const QVariant& standard);
+/// Keeps it, where there is somebody who does.
+void qlumKeepEditorSetting(const QlumValueContext& context, const QString& key, const QVariant& value);

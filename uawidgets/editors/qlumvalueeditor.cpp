@@ -1,228 +1,157 @@
 #include <uawidgets/editors/qlumvalueeditor.h>
 
-#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
-#include <uabase/values/uadatetime.h>
+#include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumcelleditors_p.h>
 #include <uawidgets/editors/qlumvaluetext.h>
 
-#include <QAction>
-#include <QComboBox>
-#include <QDate>
-#include <QDateTime>
-#include <QDateTimeEdit>
-#include <QIcon>
-#include <QLineEdit>
 #include <QObject>
 #include <QString>
-#include <QStyle>
-#include <QTime>
-#include <QValidator>
-#include <QVariant>
 #include <QWidget>
 
 namespace {
-// Each editor knows the value that it started with.
-class ValueEditor
+// What a line lays out and checks within a keystroke.
+constexpr int longestText = 4096;
+
+int bytesOf(const OpcUa_String& text)
 {
-public:
-    ValueEditor(const UaVariant& value, OpcUa_BuiltInType type) : m_initial(value), m_type(type) {}
-    virtual ~ValueEditor() = default;
-    ValueEditor(const ValueEditor&) = delete;
-    ValueEditor& operator=(const ValueEditor&) = delete;
+    return text.Length;
+}
 
-    [[nodiscard]] virtual bool read(UaVariant& value) const = 0;
-    [[nodiscard]] virtual QString fault() const { return {}; }
-    // Null for a value that is still to be given.
-    [[nodiscard]] const UaVariant& initial() const { return m_initial; }
-    [[nodiscard]] OpcUa_BuiltInType type() const { return m_type; }
-
-private:
-    const UaVariant m_initial;
-    const OpcUa_BuiltInType m_type;
-};
-
-class BoolEditor final : public QComboBox, public ValueEditor
+// Without making the text, which may be as long as a message.
+bool isTooLong(const UaVariant& value)
 {
-public:
-    BoolEditor(const UaVariant& value, QWidget* parent)
-        : QComboBox(parent), ValueEditor(value, OpcUaType_Boolean)
-    {
-        addItem(QStringLiteral("false"), false);
-        addItem(QStringLiteral("true"), true);
-        setCurrentIndex(value.isNull() ? -1 : value.toBool() ? 1 : 0);
+    const auto& content = value.get()->Value;
+    switch (value.type()) {
+    case OpcUaType_String:
+        return bytesOf(content.String) > longestText;
+    case OpcUaType_ByteString:
+    case OpcUaType_XmlElement:
+        return content.ByteString.Length > longestText / 2;
+    default:
+        return qlumEditText(value).size() > longestText;
     }
-    bool read(UaVariant& value) const override
-    {
-        value.setBool(currentData().toBool());
-        return currentIndex() >= 0;
-    }
-};
+}
 
-class EnumEditor final : public QComboBox, public ValueEditor
+QlumCellValue cellOf(const UaVariant& value, const QlumValueContext& context)
 {
-public:
-    EnumEditor(const UaVariant& value, OpcUa_BuiltInType type, const UaEnumDefinition& definition,
-               QWidget* parent)
-        : QComboBox(parent), ValueEditor(value, type)
-    {
-        const OpcUa_Int64 current = value.toInt64();
-        for (int i = 0; i < definition.valueCount(); ++i)
-            add(definition.valueAt(i).value, definition);
-        if (!value.isNull() && !definition.hasValue(current))
-            add(current, definition);
-        setCurrentIndex(value.isNull() ? -1 : findData(QVariant::fromValue<qlonglong>(current)));
-    }
-    bool read(UaVariant& value) const override
-    {
-        UaVariant chosen(static_cast<OpcUa_Int64>(currentData().toLongLong()));
-        if (currentIndex() < 0 || chosen.changeType(type(), false).isBad())
-            return false;
-        value = chosen;
-        return true;
-    }
+    const OpcUa_BuiltInType type = value.isNull() ? context.builtInType : value.type();
+    return {value, type, context, qlumEnumDefinition(context), qlumOptionSetDefinition(context)};
+}
 
-private:
-    void add(OpcUa_Int64 number, const UaEnumDefinition& definition)
-    {
-        addItem(qlumEnumerationText(number, definition), QVariant::fromValue<qlonglong>(number));
-    }
-};
-
-class DateTimeEditor final : public QDateTimeEdit, public ValueEditor
-{
-public:
-    DateTimeEditor(const UaVariant& value, QWidget* parent)
-        : QDateTimeEdit(parent), ValueEditor(value, OpcUaType_DateTime)
-    {
-        setTimeSpec(Qt::UTC); // as the value is shown
-        setDisplayFormat(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz'Z'"));
-        setMinimumDateTime(QDateTime(QDate(1601, 1, 1), QTime(0, 0), Qt::UTC));
-        setMaximumDateTime(QDateTime(QDate(9999, 12, 31), QTime(23, 59, 59, 999), Qt::UTC));
-        setCalendarPopup(true);
-        const QDateTime initialTime = qlumDateTime(value.toDateTime().value());
-        setDateTime(initialTime.isValid() ? initialTime.toUTC() : QDateTime::currentDateTimeUtc());
-        m_shown = dateTime();
-    }
-    bool read(UaVariant& value) const override
-    {
-        if (dateTime() == m_shown)
-            return false; // the value may be finer than what is shown, or none at all
-        value.setDateTime(UaDateTime(qlumUaDateTime(dateTime())));
-        return true;
-    }
-
-private:
-    QDateTime m_shown;
-};
-
-class TypeValidator final : public QValidator
-{
-public:
-    TypeValidator(OpcUa_BuiltInType type, QObject* parent) : QValidator(parent), m_type(type) {}
-    State validate(QString& text, int&) const override
-    {
-        UaVariant ignored;
-        return qlumFromEditText(text, m_type, ignored) ? Acceptable : Intermediate;
-    }
-
-private:
-    const OpcUa_BuiltInType m_type;
-};
-
-class LineEditor final : public QLineEdit, public ValueEditor
-{
-public:
-    LineEditor(const UaVariant& value, OpcUa_BuiltInType type, QWidget* parent)
-        : QLineEdit(parent), ValueEditor(value, type)
-    {
-        setMaxLength(16 * 1024 * 1024);
-        setText(value.isNull() ? QString() : qlumEditText(value));
-        setValidator(new TypeValidator(type, this));
-        m_shown = text(); // a line cannot hold every character
-        const QIcon icon = style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this);
-        m_warning = addAction(icon, QLineEdit::TrailingPosition);
-        m_warning->setObjectName(QStringLiteral("valueFault"));
-        connect(this, &QLineEdit::textChanged, this, [this] { showFault(); });
-        showFault();
-    }
-    bool read(UaVariant& value) const override
-    {
-        UaVariant entered = initial();
-        if (text() == m_shown || !qlumFromEditText(text(), type(), entered))
-            return false;
-        value = entered;
-        return true;
-    }
-    QString fault() const override
-    {
-        if (text() == m_shown || hasAcceptableInput())
-            return {};
-        const QString hint = qlumEditHint(type());
-        const QString what =
-            QObject::tr("'%1' is no %2.").arg(qlumCutText(text(), 40), qlumBuiltinTypeName(type()));
-        return hint.isEmpty() ? what : QObject::tr("%1 It takes: %2").arg(what, hint);
-    }
-
-private:
-    void showFault()
-    {
-        const QString why = fault();
-        m_warning->setVisible(!why.isEmpty());
-        m_warning->setToolTip(qlumPlainToolTip(why));
-        setToolTip(why.isEmpty() ? qlumEditHint(type()) : qlumPlainToolTip(why));
-        setAccessibleDescription(why);
-    }
-
-    QAction* m_warning = nullptr;
-    QString m_shown;
-};
-
-QWidget* makeEditor(const UaVariant& value, OpcUa_BuiltInType type, const UaEnumDefinition& definition,
-                    QWidget* parent)
+QWidget* makeEditor(const QlumCellValue& cell, QWidget* parent)
 {
     QWidget* editor = nullptr;
-    if (type == OpcUaType_Boolean)
-        editor = new BoolEditor(value, parent);
-    else if (!definition.isNull() && qlumMayBeEnumeration(type))
-        editor = new EnumEditor(value, type, definition, parent);
-    else if (type == OpcUaType_DateTime)
-        editor = new DateTimeEditor(value, parent);
+    if (cell.type == OpcUaType_Boolean)
+        editor = new QlumBoolCell(cell, parent);
+    else if (cell.type == OpcUaType_StatusCode ||
+             (cell.enumeration.valueCount() > 0 && qlumMayBeEnumeration(cell.type)))
+        editor = new QlumNamesCell(cell, parent);
+    else if (cell.type == OpcUaType_DateTime)
+        editor = new QlumTimeCell(cell, parent);
     else
-        editor = new LineEditor(value, type, parent);
+        editor = new QlumLineCell(cell, parent);
     editor->setObjectName(QStringLiteral("valueEditor"));
     editor->setAccessibleName(QObject::tr("Value"));
     return editor;
 }
+
+const QlumCellEditor* cellEditor(const QWidget* editor)
+{
+    return dynamic_cast<const QlumCellEditor*>(editor);
+}
+
+QlumCellEditor* cellEditor(QWidget* editor)
+{
+    return dynamic_cast<QlumCellEditor*>(editor);
+}
+
+QWidget* create(const QlumCellValue& cell, QWidget* parent)
+{
+    return qlumWhyNoValueEditor(cell.value, cell.context).isEmpty() ? makeEditor(cell, parent) : nullptr;
+}
 } // namespace
+
+QWidget* qlumCreateValueEditor(const UaVariant& value, const QlumValueContext& context, QWidget* parent)
+{
+    return create(cellOf(value, context), parent);
+}
 
 QWidget* qlumCreateValueEditor(const UaVariant& value, const UaEnumDefinition& enumDefinition,
                                QWidget* parent)
 {
-    if (!value.isScalar() || !qlumIsTextEditable(value.type()))
-        return nullptr;
-    if (qlumHasLineBreaks(value))
-        return nullptr; // a line would lose them
-    return makeEditor(value, value.type(), enumDefinition, parent);
+    QlumCellValue cell{value, value.type(), {}, enumDefinition, {}};
+    cell.context.builtInType = value.type();
+    return create(cell, parent);
 }
 
 QWidget* qlumCreateValueEditor(OpcUa_BuiltInType type, const UaEnumDefinition& enumDefinition,
                                QWidget* parent)
 {
-    return qlumIsTextEditable(type) ? makeEditor(UaVariant(), type, enumDefinition, parent) : nullptr;
+    QlumCellValue cell{{}, type, {}, enumDefinition, {}};
+    cell.context.builtInType = type;
+    return create(cell, parent);
+}
+
+QString qlumWhyNoValueEditor(const UaVariant& value, const QlumValueContext& context)
+{
+    const OpcUa_BuiltInType type = value.isNull() ? context.builtInType : value.type();
+    if (type == OpcUaType_Null)
+        return QObject::tr("It is empty, and its data type is not known here.");
+    if (!value.isNull() && !value.isScalar())
+        return QObject::tr("An array is changed by its elements.");
+    if (type == OpcUaType_ExtensionObject)
+        return QObject::tr("A structure is changed by its fields.");
+    if (!qlumIsTextEditable(type))
+        return QObject::tr("There is no editor for values of type %1.").arg(qlumBuiltinTypeName(type));
+    if (isTooLong(value))
+        return QObject::tr("It is too long for a line.");
+    return qlumHasLineBreaks(value) ? QObject::tr("A text of several lines would lose its line breaks.")
+                                    : QString();
 }
 
 QString qlumEditorFault(const QWidget* editor)
 {
-    const auto* valueEditor = dynamic_cast<const ValueEditor*>(editor);
-    return valueEditor ? valueEditor->fault() : QString();
+    const QlumCellEditor* cell = cellEditor(editor);
+    return cell ? cell->fault() : QString();
+}
+
+QlumValueCheck qlumEditorCheck(const QWidget* editor)
+{
+    const QlumCellEditor* cell = cellEditor(editor);
+    return cell ? cell->check() : QlumValueCheck();
 }
 
 bool qlumValueFromEditor(const QWidget* editor, UaVariant& value)
 {
-    const auto* valueEditor = dynamic_cast<const ValueEditor*>(editor);
-    UaVariant entered;
-    if (!valueEditor || !valueEditor->read(entered) || entered == valueEditor->initial())
+    const QlumCellEditor* cell = cellEditor(editor);
+    return cell && cell->readChange(value);
+}
+
+void qlumOnEdited(QWidget* editor, QObject* receiver, const std::function<void()>& edited)
+{
+    if (QlumCellEditor* cell = cellEditor(editor))
+        cell->onEdited(receiver, edited);
+}
+
+bool qlumSetEditorValue(QWidget* editor, const UaVariant& value)
+{
+    QlumCellEditor* cell = cellEditor(editor);
+    if (!cell || cell->cell().type != value.type())
         return false;
-    value = entered;
+    cell->enter(value);
     return true;
+}
+
+void qlumSetEditorBase(QWidget* editor, QlumNumberBase base)
+{
+    if (QlumCellEditor* cell = cellEditor(editor))
+        cell->setBase(base);
+}
+
+void qlumSetEditorReadOnly(QWidget* editor, bool readOnly)
+{
+    if (QlumCellEditor* cell = cellEditor(editor))
+        cell->setReadOnly(readOnly);
 }

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] virtual QString fault() const = 0;
     /// What the server will refuse or what is unusual about the value, in words: it can be sent all the same.
     [[nodiscard]] virtual QString remark() const { return {}; }
+    /// What of the remark makes the server refuse the value by its own data; it is sent after a second Enter.
+    [[nodiscard]] virtual QString refusal() const { return {}; }
     /// A page that cannot be edited still copies, selects and opens.
     virtual void setReadOnly(bool readOnly) = 0;
 

@@ -14,6 +14,7 @@
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QLocale>
+#include <QStringList>
 
 #include <array>
 #include <charconv>
@@ -23,95 +24,10 @@
 #include <string_view>
 
 namespace {
-QString tr(const char* text)
+class ValueTexts
 {
-    return QCoreApplication::translate("QlumValueText", text);
-}
-
-template <typename T>
-bool fits(qlonglong number)
-{
-    return number >= std::numeric_limits<T>::min() && number <= std::numeric_limits<T>::max();
-}
-
-// Decimal, or hexadecimal with 0x.
-template <typename T, typename Setter>
-bool readSigned(const QString& text, Setter set)
-{
-    bool ok = false;
-    const qlonglong number = text.trimmed().toLongLong(&ok, 0);
-    if (!ok || !fits<T>(number))
-        return false;
-    set(static_cast<T>(number));
-    return true;
-}
-
-template <typename T, typename Setter>
-bool readUnsigned(const QString& text, Setter set)
-{
-    bool ok = false;
-    const QString trimmed = text.trimmed();
-    const qulonglong number = trimmed.toULongLong(&ok, trimmed.startsWith(QLatin1String("0x")) ? 16 : 10);
-    if (!ok || number > std::numeric_limits<T>::max())
-        return false;
-    set(static_cast<T>(number));
-    return true;
-}
-
-// With a point, or as the user's locale writes it.
-bool readDouble(const QString& text, double& number)
-{
-    const QString trimmed = text.trimmed();
-    bool ok = false;
-    number = QLocale::c().toDouble(trimmed, &ok);
-    if (!ok)
-        number = QLocale().toDouble(trimmed, &ok);
-    return ok;
-}
-
-bool readFloating(const QString& text, OpcUa_BuiltInType type, UaVariant& value)
-{
-    double number = 0;
-    if (!readDouble(text, number))
-        return false;
-    if (type == OpcUaType_Double) {
-        value.setDouble(number);
-        return true;
-    }
-    // Up to here a number still rounds to the largest float, whose own shortest text lies above it.
-    constexpr double limit = 0x1.ffffffp127;
-    if (std::isfinite(number) && std::abs(number) >= limit)
-        return false;
-    value.setFloat(static_cast<float>(number));
-    return true;
-}
-
-bool readInteger(const QString& text, OpcUa_BuiltInType type, UaVariant& value)
-{
-    switch (type) {
-    case OpcUaType_SByte:
-        return readSigned<OpcUa_SByte>(text, [&](auto number) { value.setSByte(number); });
-    case OpcUaType_Byte:
-        return readUnsigned<OpcUa_Byte>(text, [&](auto number) { value.setByte(number); });
-    case OpcUaType_Int16:
-        return readSigned<OpcUa_Int16>(text, [&](auto number) { value.setInt16(number); });
-    case OpcUaType_UInt16:
-        return readUnsigned<OpcUa_UInt16>(text, [&](auto number) { value.setUInt16(number); });
-    case OpcUaType_Int32:
-        return readSigned<OpcUa_Int32>(text, [&](auto number) { value.setInt32(number); });
-    case OpcUaType_UInt32:
-        return readUnsigned<OpcUa_UInt32>(text, [&](auto number) { value.setUInt32(number); });
-    case OpcUaType_Int64:
-        return readSigned<OpcUa_Int64>(text, [&](auto number) { value.setInt64(number); });
-    case OpcUaType_UInt64:
-        return readUnsigned<OpcUa_UInt64>(text, [&](auto number) { value.setUInt64(number); });
-    case OpcUaType_StatusCode:
-        return readUnsigned<OpcUa_UInt32>(text,
-                                          [&](auto number) { value.setStatusCode(UaStatusCode(number)); });
-    default:
-        return false;
-    }
-}
+    Q_DECLARE_TR_FUNCTIONS(QlumValueText)
+};
 
 bool readBool(const QString& text, UaVariant& value)
 {
@@ -120,6 +36,15 @@ bool readBool(const QString& text, UaVariant& value)
     if (!isTrue && word != QLatin1String("false") && word != QLatin1String("0"))
         return false;
     value.setBool(isTrue);
+    return true;
+}
+
+bool readStatusCode(const QString& text, UaVariant& value)
+{
+    const auto code = qlumStatusCodeNames().constFind(text.trimmed().toLower());
+    if (code == qlumStatusCodeNames().constEnd())
+        return qlumFromNumberText(text, OpcUaType_StatusCode, value);
+    value.setStatusCode(UaStatusCode(*code));
     return true;
 }
 
@@ -169,20 +94,7 @@ bool readNamed(const QString& text, OpcUa_BuiltInType type, UaVariant& value)
         return true;
     }
 }
-
-template <typename T>
-QString range()
-{
-    return tr("%1 to %2").arg(std::numeric_limits<T>::min()).arg(std::numeric_limits<T>::max());
-}
 } // namespace
-
-QString qlumFloatText(float number)
-{
-    std::array<char, 32> text;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    return QString::fromLatin1(text.data(), static_cast<int>(end - text.data()));
-}
 
 bool qlumIsTextEditable(OpcUa_BuiltInType type)
 {
@@ -201,7 +113,7 @@ QString qlumEditText(const UaVariant& value)
     case OpcUaType_Float:
         return qlumFloatText(value.toFloat());
     case OpcUaType_Double:
-        return QLocale::c().toString(value.toDouble(), 'g', QLocale::FloatingPointShortest);
+        return qlumDoubleText(value.toDouble());
     case OpcUaType_Byte:
         return QString::number(value.toByte());
     case OpcUaType_SByte:
@@ -221,7 +133,7 @@ QString qlumEditText(const UaVariant& value)
     case OpcUaType_LocalizedText:
         return toQString(value.toLocalizedText().text());
     case OpcUaType_StatusCode:
-        return toQString(value.toStatusCode().toHexString());
+        return qlumStatusEditText(value.toStatusCode());
     default:
         return toQString(value.toString());
     }
@@ -233,10 +145,10 @@ bool qlumFromEditText(const QString& text, OpcUa_BuiltInType type, UaVariant& va
     bool ok = false;
     if (type == OpcUaType_Boolean)
         ok = readBool(text, read);
-    else if ((type >= OpcUaType_SByte && type <= OpcUaType_UInt64) || type == OpcUaType_StatusCode)
-        ok = readInteger(text, type, read);
-    else if (type == OpcUaType_Float || type == OpcUaType_Double)
-        ok = readFloating(text, type, read);
+    else if (qlumIsNumber(type))
+        ok = qlumFromNumberText(text, type, read);
+    else if (type == OpcUaType_StatusCode)
+        ok = readStatusCode(text, read);
     else if (type == OpcUaType_ByteString)
         ok = readBytes(text, read);
     else if (qlumIsTextEditable(type))
@@ -249,36 +161,20 @@ bool qlumFromEditText(const QString& text, OpcUa_BuiltInType type, UaVariant& va
 QString qlumEditHint(OpcUa_BuiltInType type)
 {
     switch (type) {
-    case OpcUaType_SByte:
-        return range<OpcUa_SByte>();
-    case OpcUaType_Byte:
-        return range<OpcUa_Byte>();
-    case OpcUaType_Int16:
-        return range<OpcUa_Int16>();
-    case OpcUaType_UInt16:
-        return range<OpcUa_UInt16>();
-    case OpcUaType_Int32:
-        return range<OpcUa_Int32>();
-    case OpcUaType_UInt32:
-        return range<OpcUa_UInt32>();
-    case OpcUaType_Int64:
-        return range<OpcUa_Int64>();
-    case OpcUaType_UInt64:
-        return range<OpcUa_UInt64>();
     case OpcUaType_Guid:
         return QStringLiteral("72962b91-fa75-4ae6-8d28-b404dc7daf63");
     case OpcUaType_ByteString:
-        return tr("hexadecimal bytes: 0x00ff");
+        return ValueTexts::tr("hexadecimal bytes: 0x00ff");
     case OpcUaType_NodeId:
         return QStringLiteral("i=84, ns=2;s=text, ns=3;g=..., ns=4;b=...");
     case OpcUaType_ExpandedNodeId:
         return QStringLiteral("svr=1;nsu=http://...;s=text");
     case OpcUaType_QualifiedName:
-        return tr("namespace index and name: 2:name");
+        return ValueTexts::tr("namespace index and name: 2:name");
     case OpcUaType_StatusCode:
-        return tr("number of the code: 0x80340000");
+        return ValueTexts::tr("name or number of the code: BadNotWritable, 0x803b0000");
     default:
-        return {};
+        return qlumNumberRangeText(type);
     }
 }
 
@@ -293,4 +189,84 @@ QString qlumEnumerationText(OpcUa_Int64 number, const UaEnumDefinition& definiti
     const QString name = toQString(definition.valueName(number));
     const QString digits = QString::number(number);
     return name.isEmpty() ? digits : QStringLiteral("%1 (%2)").arg(name, digits);
+}
+
+bool qlumFromEnumerationText(const QString& text, const UaEnumDefinition& definition, OpcUa_Int64& number)
+{
+    const QString trimmed = text.trimmed();
+    if (definition.valueOf(toUaString(trimmed), number))
+        return true;
+    UaVariant read;
+    if (qlumFromNumberText(trimmed, OpcUaType_Int64, read)) {
+        number = read.toInt64();
+        return true;
+    }
+    // "Running (1)", whose name may itself have parentheses
+    const int open = trimmed.lastIndexOf(QLatin1Char('('));
+    if (open < 1 || !trimmed.endsWith(QLatin1Char(')')))
+        return false;
+    const QString digits = trimmed.mid(open + 1, trimmed.size() - open - 2);
+    if (!qlumFromNumberText(digits, OpcUaType_Int64, read) ||
+        qlumEnumerationText(read.toInt64(), definition) != trimmed)
+        return false;
+    number = read.toInt64();
+    return true;
+}
+
+QString qlumOptionSetText(OpcUa_UInt64 number, const UaOptionSetDefinition& definition)
+{
+    QStringList parts;
+    OpcUa_UInt64 rest = 0;
+    for (int bit = 0; bit < 64; ++bit) {
+        const OpcUa_UInt64 mask = OpcUa_UInt64{1} << bit;
+        if (!(number & mask))
+            continue;
+        const QString name = toQString(definition.bitName(bit));
+        OpcUa_UInt64 read = 0;
+        if (!name.isEmpty() && qlumFromOptionSetText(name, definition, read) && read == mask)
+            parts.append(name);
+        else
+            rest |= mask; // without a name, or with one that says something else
+    }
+    if (rest != 0 || parts.isEmpty())
+        parts.append(QLatin1String("0x") + QString::number(rest, 16));
+    return parts.join(QStringLiteral(" | "));
+}
+
+bool qlumFromOptionSetText(const QString& text, const UaOptionSetDefinition& definition, OpcUa_UInt64& number)
+{
+    OpcUa_UInt64 bits = 0;
+    for (const QString& part : text.split(QLatin1Char('|'))) {
+        const QString trimmed = part.trimmed();
+        UaVariant read;
+        OpcUa_Int64 bit = 0;
+        if (qlumFromNumberText(trimmed, OpcUaType_UInt64, read))
+            bits |= read.toUInt64();
+        else if (definition.bitOf(toUaString(trimmed), bit) && bit >= 0 && bit < 64)
+            bits |= OpcUa_UInt64{1} << bit;
+        else
+            return false;
+    }
+    number = bits;
+    return true;
+}
+
+QString qlumStatusEditText(UaStatusCode code)
+{
+    const QString name = toQString(code.toString());
+    const auto known = qlumStatusCodeNames().constFind(name.toLower());
+    return known != qlumStatusCodeNames().constEnd() && *known == code.code() ? name
+                                                                              : toQString(code.toHexString());
+}
+
+const QMap<QString, OpcUa_StatusCode>& qlumStatusCodeNames()
+{
+    static const QMap<QString, OpcUa_StatusCode> names = [] {
+        QMap<QString, OpcUa_StatusCode> found;
+        for (OpcUa_UInt32 code = 0; code <= 0xFFFF; ++code)
+            if (const char* name = OpcUa_StatusCode_Name(code << 16))
+                found.insert(QString::fromLatin1(name).toLower(), code << 16);
+        return found;
+    }();
+    return names;
 }

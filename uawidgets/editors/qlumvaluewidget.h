@@ -6,8 +6,12 @@
 #include <QString>
 #include <QWidget>
 
-/// Edits a value of any type: it shows the page that suits the value and its declared type. For dialogs,
-/// where there is room; the cell of a table takes qlumCreateValueEditor(). GUI thread.
+class QCheckBox;
+class QComboBox;
+
+/// Edits a value of any type: it shows the page that suits the value and its declared type, and lets the user
+/// choose the type where several will do. For dialogs, where there is room; the cell of a table takes
+/// qlumCreateValueEditor(). GUI thread.
 class QlumValueWidget : public QlumValuePage
 {
     Q_OBJECT
@@ -21,12 +25,23 @@ public:
     [[nodiscard]] bool isModified() const override;
     [[nodiscard]] QString fault() const override;
     [[nodiscard]] QString remark() const override;
+    [[nodiscard]] QString refusal() const override;
     void setReadOnly(bool readOnly) override;
     /// What was given at construction.
     [[nodiscard]] const QlumValueContext& context() const { return m_context; }
 
 private:
+    void makeTypeRow();
+    void showPage(const UaVariant& value, OpcUa_BuiltInType type, bool isArray);
+    void showType(OpcUa_BuiltInType type, bool isArray);
+    void sltTypeChosen();
+
     const QlumValueContext m_context;
+    QWidget* m_typeRow = nullptr; ///< where several types will do
+    QComboBox* m_type = nullptr;
+    QCheckBox* m_array = nullptr;
     QlumValuePage* m_page = nullptr;
-    bool m_readOnly = false;
+    QString m_placeRemark; ///< about the place, and the shape of a scalar
+    bool m_isRetyped = false;
+    bool m_isReadOnly = false;
 };
