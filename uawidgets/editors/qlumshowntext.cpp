@@ -7,6 +7,7 @@
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastring.h>
+#include <uawidgets/editors/qlumnumbertext.h>
 #include <uawidgets/editors/qlumvaluetext.h>
 
 #include <QLocale>
