@@ -126,6 +126,8 @@ void QlumDiscoverySetting::storeSettings(QSettings& settings) const
     settings.setValue("CertificateFile", certificateFile);
     settings.setValue("PrivateKeyFile", privateKeyFile);
     settings.setValue("IgnoredHost", ignoredHost);
+    settings.setValue("DialledHost", dialledHost);
+    session.store(settings);
     settings.setValue("TrustedCertificate", QString::fromLatin1(trustedCertificate.toBase64()));
 }
 
@@ -149,6 +151,8 @@ QlumDiscoverySetting QlumDiscoverySetting::fromSetting(const QSettings& settings
     setting.certificateFile = textValue(settings, "CertificateFile");
     setting.privateKeyFile = textValue(settings, "PrivateKeyFile");
     setting.ignoredHost = textValue(settings, "IgnoredHost");
+    setting.dialledHost = textValue(settings, "DialledHost");
+    setting.session = QlumSessionOptions::fromSettings(settings);
     setting.trustedCertificate = certificateValue(settings, "TrustedCertificate");
     return setting;
 }
