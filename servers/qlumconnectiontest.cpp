@@ -3,6 +3,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumjob.h>
+#include <app/api/qlumserverrole.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
@@ -10,6 +11,7 @@
 #include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectprogress.h>
 #include <servers/qlumendpoint.h>
+#include <servers/qlumserviceguard.h>
 #include <servers/qlumsideconnect.h>
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uadatavalue.h>
@@ -24,6 +26,7 @@
 #include <QStringList>
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -127,7 +130,8 @@ void QlumConnectionTest::start(const QlumDiscoverySetting& setting)
     m_ignoredHost.clear();
     m_timer.start();
     m_connect = new QlumSideConnect(
-        qlumNoServer, setting, nullptr, m_makePrompts(),
+        std::make_shared<QlumGuardedServer>(qlumNoServer, QlumServerRole::Look), setting, nullptr,
+        m_makePrompts(),
         [this](const std::shared_ptr<UaSession>& session, const UaStatus& status) {
             takeSession(session, status);
         },

@@ -290,8 +290,12 @@ bool QlumServerPage::isBusy() const
 
 QlumEndpoint QlumServerPage::endpoint() const
 {
-    const int row = currentRow();
-    return row >= 0 ? m_endpoints->rowAt(row) : m_stored;
+    if (const int row = currentRow(); row >= 0)
+        return m_endpoints->rowAt(row);
+    QlumEndpoint endpoint = m_stored;
+    if (endpoint.url.isEmpty())
+        endpoint.url = url();
+    return endpoint;
 }
 
 QString QlumServerPage::dialledUrl() const

@@ -45,7 +45,7 @@ public:
     [[nodiscard]] bool isUrlUsable() const;
     [[nodiscard]] bool isBusy() const;
     [[nodiscard]] bool hasEndpoint() const { return currentRow() >= 0; }
-    /// The chosen one as the server names it; the stored one when none is.
+    /// The chosen one as the server names it; when none is, the stored one, else nothing but the address.
     [[nodiscard]] QlumEndpoint endpoint() const;
     /// Where it is reached, by what the user has entered.
     [[nodiscard]] QString dialledUrl() const;

@@ -13,6 +13,7 @@
 #include <servers/qlumsessionpage.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumrolebox.h>
 
 #include <QCheckBox>
 #include <QDialog>
@@ -108,6 +109,12 @@ QWidget* QlumServerSettingsDialog::createServerPage(QlumEndpointFetcher* fetcher
     qlumAddRow(m_general, m_displayName,
                {QStringLiteral("displayName"), tr("&Display name:"), QString(),
                 tr("Name of the server in the project window")});
+    m_role = new QlumRoleBox;
+    qlumAddRow(m_general, m_role,
+               {QStringLiteral("role"), tr("&Role:"),
+                tr("<b>Role</b><br>What may be sent to the server. Look: only what changes nothing. Operate: "
+                   "writing values and calling methods, too. Commission: everything."),
+                tr("What may be sent to the server")});
     layout->addLayout(m_general);
     connect(m_displayName, &QLineEdit::textChanged, this, &QlumServerSettingsDialog::sltUpdateControls);
     return page;
@@ -148,6 +155,7 @@ void QlumServerSettingsDialog::fill()
 {
     m_displayName->setText(m_setting.displayName);
     m_session->setSession(m_setting.sessionName, m_setting.session);
+    m_role->setRole(m_setting.role);
     m_identity->setChoice({m_setting.userTokenType, m_setting.userName, QString(), m_setting.certificateFile,
                            m_setting.privateKeyFile});
     m_storePassword->setChecked(m_setting.storePassword);
@@ -218,6 +226,7 @@ QlumDiscoverySetting QlumServerSettingsDialog::discoverySetting() const
     setting.displayName = m_displayName->text().trimmed();
     setting.sessionName = m_session->sessionName();
     setting.session = m_session->options();
+    setting.role = m_role->role();
     const QlumUserChoice user = m_identity->choice();
     setting.userTokenType = user.tokenType;
     setting.userName = user.userName;

@@ -18,6 +18,7 @@ class QlumConnectionTest;
 class QlumEndpointFetcher;
 class QlumIdentityWidget;
 class QlumMessageBar;
+class QlumRoleBox;
 class QlumServerPage;
 class QlumSessionPage;
 
@@ -67,6 +68,7 @@ private:
     QlumServerPage* m_server = nullptr;
     QFormLayout* m_general = nullptr;
     QLineEdit* m_displayName = nullptr;
+    QlumRoleBox* m_role = nullptr;
     QlumAdvancedPage* m_advanced = nullptr;
     QlumIdentityWidget* m_identity = nullptr;
     QCheckBox* m_storePassword = nullptr;

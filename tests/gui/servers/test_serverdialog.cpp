@@ -421,6 +421,7 @@ TEST_F(ServerDialog, SessionFollowsTheSettingsOfTheProgramButWhereItHasItsOwn)
     stored.displayName = "Mine";
     stored.sessionName = "mine";
     stored.discoveryHost = "inner-name";
+    stored.userTokenType = QlumDiscoverySetting::UserName;
     stored.session.watchdogTime = 1500;
     stored.session.localeIds = QStringList{"de", "en"};
     make(stored);

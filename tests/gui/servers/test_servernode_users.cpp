@@ -72,6 +72,7 @@ TEST_F(ServerNodeUsers, ChangeOfTheUserAskedNothingOfAnAnonymousSession)
     const UaByteString& der = server.certificate;
     file.write(reinterpret_cast<const char*>(der.data()), der.length());
     file.close();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }));
     script.user = QlumUserChoice{QlumDiscoverySetting::Certificate, "", "", file.fileName(), "/nowhere.pem"};
     changeUser();
     EXPECT_TRUE(log().contains("30 ChangeUser with UserTokenType: Certificate"));
