@@ -1,5 +1,6 @@
 #include <servers/qlumserverpage.h>
 
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumstatuswords.h>
@@ -200,7 +201,18 @@ void QlumServerPage::sltEndpointsFetched(unsigned int status, const QVector<Qlum
                endpoints.isEmpty() ? tr("The server offers no endpoint.")
                : row < 0           ? tr("The server offers no endpoint that is supported here.")
                                    : tr("The server offers %n endpoint(s).", nullptr, endpoints.size()));
+    addHostNote();
     sltUpdateControls();
+}
+
+void QlumServerPage::addHostNote()
+{
+    const QString named = qlumAuthority(QUrl(endpoint().url));
+    const QString dialled = qlumAuthority(QUrl(dialledUrl()));
+    if (hasEndpoint() && named != dialled)
+        setMessage(m_message->text() + QLatin1Char(' ') +
+                   tr("It names the host %1; %2, where it has answered, is dialled: see the page Advanced.")
+                       .arg(qlumCutText(named), qlumCutText(dialled)));
 }
 
 // Those of another server, or of another time, would be taken for this one's.

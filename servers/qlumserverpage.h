@@ -69,6 +69,8 @@ private slots:
 private:
     [[nodiscard]] QBoxLayout* createUrlRow();
     void createEndpointView();
+    /// Says so where the server names another host than the one that has answered.
+    void addHostNote();
     void clearEndpoints();
     void selectEndpoint(int row);
     /// The chosen row of the model; -1 when none is.

@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QList>
+#include <QMessageLogContext>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -22,10 +23,21 @@
 namespace {
 using UaClientSdk::UaClient;
 
+QStringList g_debugTexts;
+
+void takeDebug(QtMsgType, const QMessageLogContext&, const QString& text)
+{
+    g_debugTexts.append(text);
+}
+
 TEST_F(ServerNode, ConnectsAnonymouslyAndDisconnects)
 {
     make();
-    ASSERT_TRUE(node->connectServer()) << log().join('\n');
+    g_debugTexts.clear();
+    const QtMessageHandler before = qInstallMessageHandler(takeDebug);
+    const bool isConnected = node->connectServer();
+    qInstallMessageHandler(before);
+    ASSERT_TRUE(isConnected) << log().join('\n');
     EXPECT_EQ(states, (QList<int>{1, 2}));
     EXPECT_EQ(log().join('\n'),
               "10 Endpoint: 'opc.tcp://plc:4840'\n"
@@ -37,6 +49,10 @@ TEST_F(ServerNode, ConnectsAnonymouslyAndDisconnects)
               "30 Namespace table changed, mapping old to new namespace indices\n"
               "30 Successfully connected UA server.\n"
               "30 Revised values: SessionTimeout=1200000, SecureChannelLifetime=3600000");
+    EXPECT_TRUE(
+        g_debugTexts.contains("Try connect using SecurityPolicy "
+                              "'http://opcfoundation.org/UA/SecurityPolicy#None', MessageSecurityMode "
+                              "'None'"));
     EXPECT_EQ(node->namespaceTable(), (QStringList{"http://opcfoundation.org/UA/", "urn:server"}));
     EXPECT_FALSE(node->connectServer()) << "it is connected";
     node->disconnectServer();
