@@ -231,13 +231,13 @@ void QlumAdvancedPage::showHost()
 // By the name of the slot: the other forms leak what they hold when the page has gone before the answer.
 void QlumAdvancedPage::lookUp(const QString& host)
 {
-    QHostInfo::lookupHost(host, this, SLOT(sltHostFound(QHostInfo)));
+    m_lookUp = QHostInfo::lookupHost(host, this, SLOT(sltHostFound(QHostInfo)));
 }
 
 // An answer may come when another endpoint is shown.
 void QlumAdvancedPage::sltHostFound(const QHostInfo& info)
 {
-    if (info.hostName() != m_looked)
+    if (info.lookupId() != m_lookUp)
         return;
     const QString shown = qlumCutText(m_looked);
     m_hostText->setText(

@@ -53,6 +53,7 @@ private:
     QlumEndpoint m_named;
     QString m_dialledUrl; ///< of the endpoint that was chosen
     QString m_looked;     ///< the host that was looked up last
+    int m_lookUp = 0;     ///< its number
     QGroupBox* m_byHand;
     QLineEdit* m_url;
     QComboBox* m_policy;

@@ -127,20 +127,28 @@ void QlumConnectionTest::start(const QlumDiscoverySetting& setting)
         return;
     m_isRunning = true;
     m_setting = setting;
+    m_setting.session.typeDictionaryMode = QStringLiteral("Manual"); // nobody reads structures here
     m_ignoredHost.clear();
+    m_answering = 0;
     m_timer.start();
     m_connect = new QlumSideConnect(
-        std::make_shared<QlumGuardedServer>(qlumNoServer, QlumServerRole::Look), setting, nullptr,
+        std::make_shared<QlumGuardedServer>(qlumNoServer, QlumServerRole::Look), m_setting, nullptr,
         m_makePrompts(),
         [this](const std::shared_ptr<UaSession>& session, const UaStatus& status) {
             takeSession(session, status);
         },
         this);
-    connect(&m_connect->flow(), &QlumConnectFlow::stepChanged, this,
-            [this](QlumConnectFlow::Step step, bool isAsking) {
-                emit stepChanged(isAsking ? tr("Waiting for your answer")
-                                          : QlumConnectProgress::textOf(step));
-            });
+    connect(&m_connect->flow(), &QlumConnectFlow::stepChanged, this, &QlumConnectionTest::takeStep);
+}
+
+// The user's time is not the server's.
+void QlumConnectionTest::takeStep(QlumConnectFlow::Step step, bool isAsking)
+{
+    if (isAsking)
+        m_askedAt = m_timer.elapsed();
+    else if (const qint64 asked = std::exchange(m_askedAt, -1); asked >= 0)
+        m_answering += m_timer.elapsed() - asked;
+    emit stepChanged(isAsking ? tr("Waiting for your answer") : QlumConnectProgress::textOf(step));
 }
 
 void QlumConnectionTest::cancel()
@@ -171,7 +179,7 @@ void QlumConnectionTest::takeSession(const std::shared_ptr<UaSession>& session, 
 void QlumConnectionTest::lookAt(std::shared_ptr<UaSession> session)
 {
     emit stepChanged(tr("Looking at the server's state"));
-    const qint64 needed = m_timer.elapsed();
+    const qint64 needed = m_timer.elapsed() - m_answering;
     m_pool.add(
         {tr("Testing the connection to %1").arg(qlumCutText(m_setting.endpoint.url))},
         [this, held = std::move(session), needed](QlumJob& job) mutable {

@@ -44,6 +44,7 @@ signals:
     void finished(bool isGood, const QString& what, const QString& why);
 
 private:
+    void takeStep(QlumConnectFlow::Step step, bool isAsking);
     void takeSession(const std::shared_ptr<UaClientSdk::UaSession>& session, const UaStatus& status);
     void lookAt(std::shared_ptr<UaClientSdk::UaSession> session);
     void finish(bool isGood, const QString& what, const QString& why);
@@ -52,6 +53,8 @@ private:
     QlumDiscoverySetting m_setting;
     QPointer<QlumSideConnect> m_connect;
     QElapsedTimer m_timer;
+    qint64 m_askedAt = -1;  ///< by the timer; the user is being asked since then
+    qint64 m_answering = 0; ///< ms that the user has taken
     QString m_ignoredHost;
     bool m_isRunning = false;
     QlumJobPool m_pool; ///< last: joined first

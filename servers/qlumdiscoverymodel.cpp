@@ -1,9 +1,8 @@
 #include <servers/qlumdiscoverymodel.h>
 
 #include <app/api/qlumdisplaytext.h>
-#include <app/api/qlumstatuswords.h>
-#include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/qlumconnectfailure.h>
 #include <servers/qlumendpointchoice.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
@@ -183,10 +182,8 @@ void QlumDiscoveryModel::take(QlumDiscoveryLookup::Ticket ticket, const QlumDisc
 
 QString QlumDiscoveryModel::outcomeOf(const QlumDiscoveryAnswer& answer)
 {
-    if (OpcUa_IsBad(answer.status)) {
-        const QString name = qlumStatusText(answer.status);
-        return tr("Failed: %1 (%2)").arg(qlumStatusWords(name), name);
-    }
+    if (OpcUa_IsBad(answer.status))
+        return qlumFailureReason(answer.status);
     if (answer.told == 0)
         return tr("It knows no servers.");
     const QLocale locale;

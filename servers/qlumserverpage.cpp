@@ -3,10 +3,10 @@
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumsettings.h>
-#include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/qlumconnectdialogs.h>
+#include <servers/qlumconnectfailure.h>
 #include <servers/qlumdiscoveryview.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumendpointfetcher.h>
@@ -183,12 +183,11 @@ void QlumServerPage::sltEndpointsFetched(unsigned int status, const QVector<Qlum
 {
     if (!OpcUa_IsGood(status)) {
         clearEndpoints();
-        const QString name = qlumStatusText(status);
-        m_discovery->setOutcome(m_url->text(), false, tr("Failed: %1 (%2)").arg(qlumStatusWords(name), name));
+        m_discovery->setOutcome(m_url->text(), false, qlumFailureReason(status));
         setMessage(
             tr("The endpoints of '%1' could not be read: %2. Check the URL, the network and whether the "
                "server runs.")
-                .arg(m_url->text(), name));
+                .arg(m_url->text(), qlumStatusText(status)));
         sltUpdateControls();
         return;
     }

@@ -177,6 +177,8 @@ void QlumServerSettingsDialog::takeEndpoint()
         m_advanced->setEndpoint(endpoint, dialled);
         m_identity->setOffered(endpoint.userTokens);
         suggestDisplayName();
+        if (!m_test->isRunning())
+            m_message->dismiss(); // it was about another one
     }
     sltUpdateControls();
 }

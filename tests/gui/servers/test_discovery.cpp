@@ -110,7 +110,7 @@ TEST_F(DiscoveryView, DeadAddressesByTheHundredHoldNobodyUp)
     EXPECT_LE(most, QlumDiscoveryLimits::lookUps);
     release();
     EXPECT_TRUE(QTest::qWaitFor([this] { return isStopped(); }));
-    EXPECT_EQ(countOf("Failed: the server did not answer in time (BadTimeout)"), 5);
+    EXPECT_EQ(countOf("The server did not answer in time (BadTimeout)."), 5);
 }
 
 TEST_F(DiscoveryView, StopAndLeavingEndWhatIsUnderWay)
