@@ -1,5 +1,6 @@
 #include <servers/qlumconnectfailure.h>
 
+#include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uastatuscode.h>
@@ -91,6 +92,17 @@ QlumConnectFailure qlumConnectFailure(const UaStatusCode& status)
     return {QStringLiteral("%1 (%2).").arg(words, qlumStatusText(status.code())),
             isKnown ? FailureTexts::tr(found->advice)
                     : FailureTexts::tr("The log window says in which step it has failed.")};
+}
+
+QString qlumFailureReason(const UaStatusCode& status)
+{
+    const bool isKnown = std::any_of(explained.begin(), explained.end(),
+                                     [&](const Explained& row) { return row.status == status.code(); });
+    if (isKnown)
+        return qlumConnectFailure(status).reason;
+    const QString name = qlumStatusText(status.code());
+    const QString words = qlumStatusWords(name);
+    return QStringLiteral("%1 (%2).").arg(words.left(1).toUpper() + words.mid(1), name);
 }
 
 bool qlumIsLoginRefused(const UaStatusCode& status)

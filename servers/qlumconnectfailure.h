@@ -12,5 +12,7 @@ struct QlumConnectFailure
 
 /// For the status with which it has ended.
 [[nodiscard]] QlumConnectFailure qlumConnectFailure(const UaStatusCode& status);
+/// The reason alone, also for what a question without a session may end with.
+[[nodiscard]] QString qlumFailureReason(const UaStatusCode& status);
 /// Whether the server does not take the user: another password, or another user, may help.
 [[nodiscard]] bool qlumIsLoginRefused(const UaStatusCode& status);

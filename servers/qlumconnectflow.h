@@ -99,6 +99,9 @@ public:
 
     /// The host that the settings are to ignore from now on; empty for none.
     [[nodiscard]] QString newlyIgnoredHost() const { return m_newlyIgnoredHost; }
+    /// Host and port that the latest connect has dialled where the server names others; empty when it names
+    /// them.
+    [[nodiscard]] QString dialledHost() const { return m_dialledHost; }
 
     /// Whether the caller is the connect under way, and not for example a reconnect. Any thread.
     [[nodiscard]] bool isConnectThread() const { return m_worker.isOwnThread(); }
@@ -199,6 +202,7 @@ private:
     std::optional<QlumCredentials> m_entered;
     bool m_isLookingUp = false;
     QString m_newlyIgnoredHost;
+    QString m_dialledHost;
     QByteArray m_usedCertificate;
     bool m_isCertificateTrusted = false;
     bool m_isCertificateDecided = false;

@@ -7,6 +7,7 @@
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumpkifolders.h>
+#include <servers/qlumsessionoptions.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uabytestring.h>
@@ -68,6 +69,16 @@ SessionConnectInfo qlumConnectInfo(unsigned int serverId, const QString& session
     info.maxOperationsPerServiceCall = QlumSettings::maxOperations.value();
     info.typeDictionaryMode = dictionaryMode(QlumSettings::typeDictionaryMode.value());
     info.internalServiceCallTimeout = QlumSettings::internalCallTimeout.value();
+    return info;
+}
+
+SessionConnectInfo qlumConnectInfo(unsigned int serverId, const QlumDiscoverySetting& setting)
+{
+    SessionConnectInfo info = qlumConnectInfo(serverId, setting.sessionName);
+    const QlumSessionOptions& options = setting.session;
+    options.applyTo(info);
+    if (!options.typeDictionaryMode.isEmpty())
+        info.typeDictionaryMode = dictionaryMode(options.typeDictionaryMode);
     return info;
 }
 

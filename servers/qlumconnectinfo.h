@@ -17,6 +17,9 @@ struct QlumUserChoice;
 /// As the program is set up; the rest are the session's own defaults.
 [[nodiscard]] UaClientSdk::SessionConnectInfo qlumConnectInfo(unsigned int serverId,
                                                               const QString& sessionName);
+/// The same with what the server's settings have instead.
+[[nodiscard]] UaClientSdk::SessionConnectInfo qlumConnectInfo(unsigned int serverId,
+                                                              const QlumDiscoverySetting& setting);
 /// All but the user: what the server's settings ask for, the certificate of the endpoint that was chosen
 /// among those discovered, the program's own one and the trust folders.
 void qlumFillConnectSecurity(UaClientSdk::SessionSecurityInfo& security, const QlumEndpoint& wanted,

@@ -21,12 +21,14 @@ public:
     explicit QlumConnectProgress(QlumConnectFlow& flow, QObject* parent = nullptr);
     ~QlumConnectProgress() override;
 
+    /// What is done in a step, for the user.
+    [[nodiscard]] static QString textOf(QlumConnectFlow::Step step);
+
 private:
     void show(QlumConnectFlow::Step step, bool isAsking);
     void hide();
     void makeDialog();
     [[nodiscard]] static bool isWaiting(QlumConnectFlow::Step step);
-    [[nodiscard]] static QString textOf(QlumConnectFlow::Step step);
 
     QlumConnectFlow& m_flow;
     std::optional<QlumWaitCursor> m_waitCursor;

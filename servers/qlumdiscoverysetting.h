@@ -2,6 +2,7 @@
 #include <app/api/qlumsecret.h>
 #include <app/api/qlumserverrole.h>
 #include <servers/qlumendpoint.h>
+#include <servers/qlumsessionoptions.h>
 
 #include <QByteArray>
 #include <QString>
@@ -18,8 +19,10 @@ struct QlumDiscoverySetting
     QString displayName;
     int userTokenType = Anonymous;
     QString sessionName;
-    QString discoveryHost; ///< where the endpoint was found
-    QString ignoredHost;   ///< of the endpoint, which cannot be found: the URL is dialled as it stands
+    QlumSessionOptions session; ///< where this server has others than all
+    QString discoveryHost;      ///< where the endpoint was found
+    QString ignoredHost;        ///< of the endpoint, which cannot be found: the URL is dialled as it stands
+    QString dialledHost;        ///< host and port of the URL where the server names others; else empty
     QString userName;
     bool storePassword = false;                   ///< keep the password while the program runs
     QlumSecretText password;                      ///< in memory only; never written

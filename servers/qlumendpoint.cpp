@@ -5,6 +5,10 @@
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/connection/endpointselector.h>
 
+#include <QCoreApplication>
+#include <QString>
+#include <QStringList>
+
 #include <algorithm>
 
 namespace {
@@ -63,6 +67,27 @@ void copyTokens(const QVector<QlumUserTokenPolicy>& tokens, OpcUa_EndpointDescri
         copyText(token.securityPolicyUri, policies[i].SecurityPolicyUri);
     }
     policies.detach(&description.NoOfUserIdentityTokens, &description.UserIdentityTokens);
+}
+
+struct EndpointTexts
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumEndpoint)
+};
+
+QString tokenName(int tokenType)
+{
+    switch (tokenType) {
+    case OpcUa_UserTokenType_Anonymous:
+        return EndpointTexts::tr("Anonymous");
+    case OpcUa_UserTokenType_UserName:
+        return EndpointTexts::tr("User name");
+    case OpcUa_UserTokenType_Certificate:
+        return EndpointTexts::tr("Certificate");
+    case OpcUa_UserTokenType_IssuedToken:
+        return EndpointTexts::tr("Issued token");
+    default:
+        return EndpointTexts::tr("Unknown (%1)").arg(tokenType);
+    }
 }
 
 bool encryptsEverything(const QlumEndpoint& endpoint)
@@ -128,6 +153,43 @@ QString qlumSecurityModeName(int securityMode)
     default:
         return QStringLiteral("Invalid");
     }
+}
+
+QlumEndpointProtection qlumEndpointProtection(const QlumEndpoint& endpoint)
+{
+    const bool isTls = qlumSchemeOf(endpoint.url) == QLatin1String("https");
+    const QString policy = qlumPolicyName(endpoint.securityPolicyUri);
+    if (policy == QLatin1String("Basic128Rsa15") || policy == QLatin1String("Basic256"))
+        return QlumEndpointProtection::Deprecated;
+    if (encryptsEverything(endpoint))
+        return QlumEndpointProtection::Full;
+    if (endpoint.securityPolicyUri == qlumPolicyNone() ||
+        endpoint.securityMode == OpcUa_MessageSecurityMode_None)
+        return isTls ? QlumEndpointProtection::Full : QlumEndpointProtection::None;
+    return QlumEndpointProtection::SignedOnly;
+}
+
+QString qlumTransportName(const QlumEndpoint& endpoint)
+{
+    const QString profile = endpoint.transportProfileUri.section(QLatin1Char('/'), -1);
+    const QLatin1String scheme = qlumSchemeOf(endpoint.url);
+    if (profile == QLatin1String("uatcp-uasc-uabinary") ||
+        (profile.isEmpty() && scheme == QLatin1String("opc.tcp")))
+        return QStringLiteral("TCP");
+    if (profile == QLatin1String("https-uabinary") || (profile.isEmpty() && scheme == QLatin1String("https")))
+        return QStringLiteral("HTTPS");
+    return profile.isEmpty() ? endpoint.url.section(QLatin1Char(':'), 0, 0) : profile;
+}
+
+QString qlumTokenNames(const QlumEndpoint& endpoint)
+{
+    QStringList names;
+    for (const QlumUserTokenPolicy& token : endpoint.userTokens) {
+        const QString name = tokenName(token.tokenType);
+        if (!names.contains(name))
+            names.append(name);
+    }
+    return names.join(QLatin1String(", "));
 }
 
 QString qlumPolicyNone()

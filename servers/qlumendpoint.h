@@ -63,6 +63,18 @@ inline constexpr int certificateSize = 256 * 1024;
 [[nodiscard]] QString qlumPolicyName(const QString& securityPolicyUri);
 /// "None", "Sign", "SignAndEncrypt"; "Invalid" otherwise.
 [[nodiscard]] QString qlumSecurityModeName(int securityMode);
+/// What its messages are protected against, and how well.
+enum class QlumEndpointProtection {
+    None,
+    Deprecated, ///< by algorithms that are no longer thought safe
+    SignedOnly, ///< who records them can read them
+    Full
+};
+[[nodiscard]] QlumEndpointProtection qlumEndpointProtection(const QlumEndpoint& endpoint);
+/// "TCP", "HTTPS"..., by the profile, else by the URL; for the user.
+[[nodiscard]] QString qlumTransportName(const QlumEndpoint& endpoint);
+/// "Anonymous, User name": the kinds of users that it takes, each once; for the user.
+[[nodiscard]] QString qlumTokenNames(const QlumEndpoint& endpoint);
 /// The URI of the policy that secures nothing.
 [[nodiscard]] QString qlumPolicyNone();
 /// URI of the policy by which a password would be encrypted at that endpoint; None when it would not be.

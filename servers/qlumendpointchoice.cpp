@@ -38,6 +38,11 @@ QString pathOf(const QUrl& url)
     return path == QLatin1String("/") ? QString() : path;
 }
 
+QUrl urlOfAuthority(const QString& text)
+{
+    return QUrl(QLatin1String("opc.tcp://") + text.trimmed());
+}
+
 bool isExact(const QUrl& endpoint, const QUrl& wanted)
 {
     if (!endpoint.isValid() || !wanted.isValid())
@@ -135,6 +140,34 @@ QString qlumDialledUrl(const QVector<QlumEndpoint>& endpoints, const QString& ch
         !isNamed([&](const QUrl& named) { return pathOf(named) == path; }))
         url.setPath(path);
     return url.toString();
+}
+
+QString qlumAuthority(const QUrl& url)
+{
+    if (url.host().isEmpty())
+        return {};
+    const bool isAddress = url.host().contains(QLatin1Char(':')); // of the longer kind
+    return QStringLiteral("%1:%2")
+        .arg(isAddress ? QLatin1Char('[') + url.host() + QLatin1Char(']') : url.host())
+        .arg(url.port(defaultPort));
+}
+
+bool qlumIsAuthority(const QString& text)
+{
+    const QUrl url = urlOfAuthority(text);
+    return url.isValid() && !url.host().isEmpty() && url.userInfo().isEmpty() && pathOf(url).isEmpty() &&
+           !url.hasQuery() && !url.hasFragment();
+}
+
+QString qlumUrlAtHost(const QString& url, const QString& authority)
+{
+    QUrl changed(url);
+    const QUrl wanted = urlOfAuthority(authority);
+    if (!changed.isValid() || !qlumIsAuthority(authority) || qlumAuthority(changed) == qlumAuthority(wanted))
+        return url;
+    changed.setHost(wanted.host());
+    changed.setPort(wanted.port(changed.port()));
+    return changed.toString();
 }
 
 int qlumPreferredEndpoint(const QVector<QlumEndpoint>& endpoints, const QString& askedUrl)

@@ -2,6 +2,7 @@
 #include <servers/qlumendpoint.h>
 
 #include <QString>
+#include <QUrl>
 #include <QVector>
 
 /// Which of a server's endpoints a connection will use.
@@ -39,6 +40,12 @@ void qlumSetSecurity(QlumEndpoint& endpoint, int securityMode, const QString& se
 /// endpoints has of the asked URL stands for what they have.
 [[nodiscard]] QString qlumDialledUrl(const QVector<QlumEndpoint>& endpoints, const QString& chosenUrl,
                                      const QString& askedUrl);
+/// "plc:4840": host and port, the default port where the URL has none; empty for one without a host.
+[[nodiscard]] QString qlumAuthority(const QUrl& url);
+/// Whether the text is such a host, the port being optional.
+[[nodiscard]] bool qlumIsAuthority(const QString& text);
+/// The URL with that host and port instead of its own; unchanged when the text is none.
+[[nodiscard]] QString qlumUrlAtHost(const QString& url, const QString& authority);
 /// The one to propose: at the asked scheme, host and port, then of the best level, then with the stronger
 /// mode; -1 when none can be used.
 [[nodiscard]] int qlumPreferredEndpoint(const QVector<QlumEndpoint>& endpoints, const QString& askedUrl);

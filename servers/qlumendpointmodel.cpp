@@ -3,8 +3,10 @@
 #include <app/api/qlumdisplaytext.h>
 #include <opcua/opcua_endpointurl.h>
 #include <servers/qlumendpointchoice.h>
+#include <uawidgets/table/qlumstatuslook.h>
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <QVariant>
 
@@ -20,8 +22,16 @@ QString withoutHost(const QString& text)
 } // namespace
 
 QlumEndpointModel::QlumEndpointModel(QObject* parent)
-    : QlumTableModel({tr("Security Policy"), tr("Security Mode"), tr("Endpoint URL"), tr("Level")}, parent)
+    : QlumTableModel({tr("Security Policy"), tr("Security Mode"), tr("Level"), tr("Transport"),
+                      tr("User Tokens"), tr("Remarks"), tr("Endpoint URL")},
+                     parent)
 {
+}
+
+void QlumEndpointModel::setEndpoints(const QVector<QlumEndpoint>& endpoints, int proposed)
+{
+    m_proposed = proposed;
+    reset({endpoints.begin(), endpoints.end()});
 }
 
 int QlumEndpointModel::rowOf(const QString& url, const QString& securityPolicyUri, int securityMode) const
@@ -54,11 +64,23 @@ QVariant QlumEndpointModel::cell(const QlumEndpoint& endpoint, int column, int r
             return endpoint.securityLevel;
         return column == Mode ? QVariant(endpoint.securityMode) : QVariant(text(endpoint, column));
     default:
-        return {};
+        break;
     }
+    if (column != Remark || !qlumWhyUnsupported(endpoint).isEmpty())
+        return {};
+    switch (qlumEndpointProtection(endpoint)) {
+    case QlumEndpointProtection::None:
+        return qlumStatusCell(QlumStatusLevel::Bad, role);
+    case QlumEndpointProtection::Deprecated:
+    case QlumEndpointProtection::SignedOnly:
+        return qlumStatusCell(QlumStatusLevel::Uncertain, role);
+    case QlumEndpointProtection::Full:
+        break;
+    }
+    return {};
 }
 
-QString QlumEndpointModel::text(const QlumEndpoint& endpoint, int column)
+QString QlumEndpointModel::text(const QlumEndpoint& endpoint, int column) const
 {
     switch (column) {
     case Policy:
@@ -67,13 +89,42 @@ QString QlumEndpointModel::text(const QlumEndpoint& endpoint, int column)
                    : tr("%1 (not supported)").arg(qlumPolicyName(endpoint.securityPolicyUri));
     case Mode:
         return qlumSecurityModeName(endpoint.securityMode);
-    case Url:
-        return endpoint.url;
     case Level:
         return QString::number(endpoint.securityLevel);
+    case Transport:
+        return qlumTransportName(endpoint);
+    case Users:
+        return qlumTokenNames(endpoint);
+    case Remark:
+        return remark(endpoint);
+    case Url:
+        return endpoint.url;
     default:
         return {};
     }
+}
+
+QString QlumEndpointModel::remark(const QlumEndpoint& endpoint) const
+{
+    QStringList said;
+    if (m_proposed >= 0 && m_proposed < rowCount() && &rowAt(m_proposed) == &endpoint)
+        said.append(tr("Proposed"));
+    if (const QString reason = qlumWhyUnsupported(endpoint); !reason.isEmpty())
+        return reason;
+    switch (qlumEndpointProtection(endpoint)) {
+    case QlumEndpointProtection::None:
+        said.append(tr("Not secured"));
+        break;
+    case QlumEndpointProtection::Deprecated:
+        said.append(tr("Deprecated policy"));
+        break;
+    case QlumEndpointProtection::SignedOnly:
+        said.append(tr("Not encrypted"));
+        break;
+    case QlumEndpointProtection::Full:
+        break;
+    }
+    return said.join(QLatin1String(", "));
 }
 
 QString QlumEndpointModel::toolTip(const QlumEndpoint& endpoint)

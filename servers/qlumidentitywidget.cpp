@@ -7,14 +7,18 @@
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
+#include <QSignalBlocker>
 #include <QString>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include <algorithm>
+
 QlumIdentityWidget::QlumIdentityWidget(QWidget* parent)
-    : QWidget(parent), m_kind(new QComboBox), m_userPage(new QWidget),
+    : QWidget(parent), m_kind(new QComboBox), m_hint(new QLabel), m_userPage(new QWidget),
       m_userForm(new QFormLayout(m_userPage)), m_userName(new QLineEdit)
 {
     auto* layout = new QVBoxLayout(this);
@@ -22,11 +26,14 @@ QlumIdentityWidget::QlumIdentityWidget(QWidget* parent)
     auto* form = new QFormLayout;
     m_kind->setObjectName(QStringLiteral("userTokenType"));
     m_kind->setAccessibleName(tr("User identity"));
-    m_kind->addItem(tr("Anonymous"), QlumDiscoverySetting::Anonymous);
-    m_kind->addItem(tr("User name and password"), QlumDiscoverySetting::UserName);
-    m_kind->addItem(tr("Certificate"), QlumDiscoverySetting::Certificate);
+    fillKinds(
+        {QlumDiscoverySetting::Anonymous, QlumDiscoverySetting::UserName, QlumDiscoverySetting::Certificate});
     form->addRow(tr("&Identity:"), m_kind);
     layout->addLayout(form);
+    m_hint->setObjectName(QStringLiteral("identityHint"));
+    m_hint->setWordWrap(true);
+    m_hint->hide();
+    layout->addWidget(m_hint);
     m_userForm->setContentsMargins(0, 0, 0, 0);
     m_userName->setObjectName(QStringLiteral("userName"));
     m_userName->setAccessibleName(tr("User name"));
@@ -35,7 +42,11 @@ QlumIdentityWidget::QlumIdentityWidget(QWidget* parent)
     layout->addWidget(m_userPage);
     m_certificatePage = createCertificatePage();
     layout->addWidget(m_certificatePage);
-    connect(m_kind, qOverload<int>(&QComboBox::currentIndexChanged), this, &QlumIdentityWidget::showPage);
+    connect(m_kind, qOverload<int>(&QComboBox::currentIndexChanged), this, [this] {
+        m_wanted = m_kind->currentData().toInt();
+        m_hint->hide();
+        showPage();
+    });
     showPage();
 }
 
@@ -96,9 +107,42 @@ void QlumIdentityWidget::addUserRow(QWidget* field)
     m_userForm->addRow(field);
 }
 
+void QlumIdentityWidget::fillKinds(const QVector<int>& kinds)
+{
+    const QString names[] = {tr("Anonymous"), tr("User name and password"), tr("Certificate")};
+    const QSignalBlocker blocker(m_kind);
+    m_kind->clear();
+    for (const int kind : kinds)
+        m_kind->addItem(names[kind], kind);
+}
+
+void QlumIdentityWidget::setOffered(const QVector<QlumUserTokenPolicy>& tokens)
+{
+    QVector<int> kinds;
+    for (const int kind :
+         {QlumDiscoverySetting::Anonymous, QlumDiscoverySetting::UserName, QlumDiscoverySetting::Certificate})
+        if (tokens.isEmpty() ||
+            std::any_of(tokens.begin(), tokens.end(),
+                        [kind](const QlumUserTokenPolicy& token) { return token.tokenType == kind; }))
+            kinds.append(kind);
+    const bool isNone = kinds.isEmpty();
+    m_hint->setText(isNone ? tr("The endpoint takes only kinds of users that are not supported here.")
+                           : tr("The endpoint does not take the kind of user that was chosen before."));
+    m_hint->setVisible(!kinds.contains(m_wanted));
+    if (isNone)
+        kinds.append(m_wanted); // the server will say so itself
+    fillKinds(kinds);
+    {
+        const QSignalBlocker blocker(m_kind);
+        m_kind->setCurrentIndex(std::max(m_kind->findData(m_wanted), 0));
+    }
+    showPage();
+}
+
 void QlumIdentityWidget::setChoice(const QlumUserChoice& choice)
 {
-    m_kind->setCurrentIndex(m_kind->findData(choice.tokenType));
+    m_wanted = choice.tokenType;
+    m_kind->setCurrentIndex(std::max(m_kind->findData(choice.tokenType), 0));
     m_userName->setText(choice.userName);
     m_certificateFile->setText(choice.certificateFile);
     m_privateKeyFile->setText(choice.privateKeyFile);

@@ -3,6 +3,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumserverrole.h>
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
@@ -184,9 +185,20 @@ QString QlumProjectNodeServer::toolTip() const
 {
     QString text = displayName() + QLatin1Char('\n') + m_setting.endpoint.url;
     text += QLatin1Char('\n') + tr("%1: %2").arg(qlumRoleName(role()), qlumRoleExplanation(role()));
+    if (!m_setting.dialledHost.isEmpty())
+        text += QLatin1Char('\n') + dialledText();
     if (!m_reason.isEmpty())
         text += QLatin1Char('\n') + m_reason;
     return text;
+}
+
+QString QlumProjectNodeServer::dialledText() const
+{
+    const QString& named = m_setting.ignoredHost;
+    return named.isEmpty()
+               ? tr("Dialled at %1, which is not the host that the server names.").arg(m_setting.dialledHost)
+               : tr("Dialled at %1. The server names the host '%2', which cannot be found from here.")
+                     .arg(m_setting.dialledHost, qlumCutText(named));
 }
 
 void QlumProjectNodeServer::applySettings()

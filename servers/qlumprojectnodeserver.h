@@ -119,6 +119,7 @@ private:
     void takeEntered(bool isUserChange);
     void takeTrust();
     static void keepInProject();
+    [[nodiscard]] QString dialledText() const;
     void endFlow(bool connected);
     void tellFailure();
     void stopTelling();

@@ -93,7 +93,7 @@ void QlumProjectNodeServer::beginConnect(const QlumDiscoverySetting& setting, co
     m_icons.clear();
     m_messages.clear(); // about the connection before
     m_monitoring->useSession();
-    m_flow->start(setting, qlumConnectInfo(m_serverId, setting.sessionName), identity);
+    m_flow->start(setting, qlumConnectInfo(m_serverId, setting), identity);
     setStatus(QlumConnectionStatus::Connecting);
 }
 
@@ -125,8 +125,10 @@ void QlumProjectNodeServer::takeFlowResult(QlumConnectFlow::Result result)
         m_monitoring->leaveSession();
     else if (result == Result::Unchanged)
         m_monitoring->retryRefused(); // perhaps as another user
-    else
+    else {
         takeTrust();
+        m_setting.dialledHost = m_flow->dialledHost();
+    }
     if (!m_flow->newlyIgnoredHost().isEmpty() && m_setting.ignoredHost != m_flow->newlyIgnoredHost()) {
         m_setting.ignoredHost = m_flow->newlyIgnoredHost();
         keepInProject();

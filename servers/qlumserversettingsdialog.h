@@ -1,32 +1,30 @@
 #pragma once
+#include <servers/qlumdiscoverylookup.h>
 #include <servers/qlumdiscoverysetting.h>
-#include <servers/qlumendpoint.h>
-#include <servers/qlumtlstrustquestion.h>
 #include <uawidgets/qlumbasewidget.h>
 
-#include <QByteArray>
-#include <QEvent>
-#include <QObject>
 #include <QString>
-#include <QVector>
 #include <QWidget>
 
 class QCheckBox;
 class QDialogButtonBox;
-class QLabel;
+class QFormLayout;
 class QLineEdit;
-class QProgressBar;
 class QPushButton;
-class QSortFilterProxyModel;
-class QTreeView;
+class QTabWidget;
+class QlumAdvancedPage;
 class QlumConnectDialogs;
+class QlumConnectionTest;
 class QlumEndpointFetcher;
-class QlumEndpointModel;
 class QlumIdentityWidget;
+class QlumMessageBar;
 class QlumRoleBox;
+class QlumServerPage;
+class QlumSessionPage;
 
-/// Adds a server or changes its connection settings: asks the server for its endpoints without blocking, and
-/// lets the user choose one and who to be there.
+/// Adds a server or changes its connection settings: finds it and its endpoints without blocking, and lets
+/// the user choose one, who to be there and what to ask for. The settings can be tried before they are
+/// accepted.
 class QlumServerSettingsDialog : public QlumBaseWidget
 {
     Q_OBJECT
@@ -34,59 +32,48 @@ public:
     /// "Add Server" for settings without a URL, else "Server Settings".
     explicit QlumServerSettingsDialog(const QlumDiscoverySetting& setting = QlumDiscoverySetting(),
                                       QWidget* parent = nullptr);
-    /// With a fetcher of one's own, which the dialog takes.
+    /// With a fetcher of one's own, which the dialog takes, and with one's own answers about other servers.
     QlumServerSettingsDialog(const QlumDiscoverySetting& setting, QlumEndpointFetcher* fetcher,
-                             QWidget* parent);
+                             QlumDiscoveryLookup::Asker asker, QWidget* parent);
     ~QlumServerSettingsDialog() override;
 
     /// What the dialog holds now; meaningful after it was accepted.
     [[nodiscard]] QlumDiscoverySetting discoverySetting() const;
 
-    /// Keeps the chosen endpoint in sight when the list changes its size.
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 public slots:
+    /// Does nothing while the settings are incomplete.
     void accept() override;
 
 private slots:
-    void sltFetchEndpoints();
-    void sltEndpointsFetched(unsigned int status, const QVector<QlumEndpoint>& endpoints);
-    void sltCertificateRefused(unsigned int status, const QByteArray& certificate);
-    void sltCertificateTrusted();
+    void sltTest();
+    void sltTested(bool isGood, const QString& what, const QString& why);
     void sltUpdateControls();
 
 private:
-    QWidget* createEndpointGroup();
-    QWidget* createEndpointView();
-    QWidget* createSessionGroup();
-    QWidget* createIdentityGroup();
+    QWidget* createServerPage(QlumEndpointFetcher* fetcher, QlumDiscoveryLookup::Asker asker);
+    QWidget* createIdentityPage();
+    void addPage(QWidget* page, const QString& title);
     void createButtons();
     void fill();
-    void clearEndpoints();
+    void takeEndpoint();
     void suggestDisplayName();
-    void selectEndpoint(int row);
-    /// The chosen row of the model; -1 when none is.
-    [[nodiscard]] int currentRow() const;
-    void setMessage(const QString& text);
+    [[nodiscard]] bool isComplete() const;
 
     QlumDiscoverySetting m_setting;
-    QString m_askedUrl;      ///< from which the listed endpoints are; empty when they are the stored one
     QString m_suggestedName; ///< replaced when another endpoint is chosen, unless the user wrote a name
+    QString m_shownEndpoint; ///< the pages show it
+    QlumConnectionTest* m_test;
     QlumConnectDialogs* m_prompts;
-    QlumTlsTrustQuestion m_tlsQuestion;
-    QlumEndpointFetcher* m_fetcher;
-    QlumEndpointModel* m_endpoints;
-    QSortFilterProxyModel* m_sorted;
-    QLineEdit* m_url = nullptr;
-    QLabel* m_urlHint = nullptr;
-    QPushButton* m_fetch = nullptr;
-    QProgressBar* m_progress = nullptr;
-    QLabel* m_message = nullptr;
-    QTreeView* m_endpointView = nullptr;
+    QTabWidget* m_pages;
+    QlumServerPage* m_server = nullptr;
+    QFormLayout* m_general = nullptr;
     QLineEdit* m_displayName = nullptr;
-    QLineEdit* m_sessionName = nullptr;
     QlumRoleBox* m_role = nullptr;
+    QlumAdvancedPage* m_advanced = nullptr;
     QlumIdentityWidget* m_identity = nullptr;
     QCheckBox* m_storePassword = nullptr;
+    QlumSessionPage* m_session = nullptr;
+    QlumMessageBar* m_message;
+    QPushButton* m_testButton = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
 };

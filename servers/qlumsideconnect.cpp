@@ -80,17 +80,17 @@ QlumSideConnect::QlumSideConnect(const std::shared_ptr<QlumGuardedServer>& serve
                                  std::unique_ptr<QlumConnectPrompts> prompts, QlumSideSessionDone done,
                                  QObject* parent)
     : QObject(parent), m_done(std::move(done)),
-      m_session(std::make_shared<SideSession>(setting.endpoint.url)),
+      m_session(std::make_shared<SideSession>(setting.endpoint.url)), m_isShown(!prompts),
       m_prompts(prompts ? std::move(prompts) : std::make_unique<QlumConnectDialogs>()),
       m_flow(std::make_unique<QlumConnectFlow>(QlumLog(tr("Server Node"), server->serverId()),
                                                m_session->session, *m_session, *m_prompts))
 {
-    if (dynamic_cast<QlumConnectDialogs*>(m_prompts.get()))
+    if (m_isShown)
         new QlumConnectProgress(*m_flow, m_flow.get());
     m_session->setFlow(m_flow.get());
     connect(m_flow.get(), &QlumConnectFlow::finished, this, &QlumSideConnect::take);
     m_session->session.setServiceGuard(std::make_shared<QlumServiceGuard>(server));
-    m_flow->start(setting, qlumConnectInfo(server->serverId(), setting.sessionName), identity);
+    m_flow->start(setting, qlumConnectInfo(server->serverId(), setting), identity);
 }
 
 QlumSideConnect::~QlumSideConnect()

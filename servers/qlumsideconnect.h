@@ -22,11 +22,14 @@ class QlumSideConnect : public QObject
 public:
     /// Begins it; the session is guarded as that of the project's server. done is called once, at the latest
     /// when this goes; the attempt deletes itself when it has ended. A null identity: as the settings say.
-    /// Without prompts the user is asked in dialogs.
+    /// Without prompts the user is asked in dialogs, and sees how far it is.
     QlumSideConnect(const std::shared_ptr<QlumGuardedServer>& server, const QlumDiscoverySetting& setting,
                     const QlumIdentity& identity, std::unique_ptr<QlumConnectPrompts> prompts,
                     QlumSideSessionDone done, QObject* parent);
     ~QlumSideConnect() override;
+
+    /// The steps of the attempt; still there when done is called.
+    [[nodiscard]] QlumConnectFlow& flow() { return *m_flow; }
 
 private:
     class SideSession;
@@ -36,6 +39,7 @@ private:
 
     QlumSideSessionDone m_done;
     std::shared_ptr<SideSession> m_session;
+    const bool m_isShown; ///< by a progress of its own
     const std::unique_ptr<QlumConnectPrompts> m_prompts;
     std::unique_ptr<QlumConnectFlow> m_flow;
 };

@@ -26,6 +26,9 @@ struct SessionConnectInfo
     bool automaticReconnect = true;
     bool retryInitialConnect = false;
     UaStringArray alternativeEndpointUrls; ///< tried in order when the main URL does not open
+    /// The endpoint's URL as the server names it, which it is told first when a session is created; when it
+    /// does not take that, and when this is empty, it is told the URL that is dialled.
+    UaString endpointUrl;
     UaString serverUri;
     OpcUa_UInt32 watchdogTimeout = 5000;          ///< of one connection check
     OpcUa_UInt32 maxOperationsPerServiceCall = 0; ///< 0: the platform's maximum array length

@@ -20,8 +20,8 @@
 #include <app/project/qlumprojectfile.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
-#include <app/settings/qlumdiscoverysettings.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <servers/qlumdiscoverysettings.h>
 #include <uabase/system/uatrace.h>
 
 #include <QAction>

@@ -40,6 +40,15 @@ bool isRefusal(const UaStatus& status)
     return std::find(refusals.begin(), refusals.end(), status.statusCode()) != refusals.end();
 }
 
+// What servers answer who do not know themselves by a URL.
+bool isUrlRefused(const UaStatus& status)
+{
+    constexpr std::array<OpcUa_StatusCode, 5> refusals = {
+        OpcUa_BadTcpEndpointUrlInvalid, OpcUa_BadServerUriInvalid, OpcUa_BadServerNameMissing,
+        OpcUa_BadInvalidArgument, OpcUa_BadNotFound};
+    return std::find(refusals.begin(), refusals.end(), status.statusCode()) != refusals.end();
+}
+
 ServiceSettings withTimeout(OpcUa_UInt32 milliseconds)
 {
     ServiceSettings settings;
@@ -65,9 +74,17 @@ UaStatus SessionActivator::sendCreateSession()
     UaStatus result(OpcUa_CryptoProvider_GenerateNonce(minimumNonceLength, &request->ClientNonce));
     if (result.isBad())
         return result;
-    ServiceSettings settings = fillCreateSession(*request);
-    result = callThroughGate<Services::CreateSession>(m_context, {CallKind::Identity}, settings, *request,
-                                                      *response);
+    const ServiceSettings settings = fillCreateSession(*request);
+    const auto call = [&] {
+        ServiceSettings once = settings;
+        return callThroughGate<Services::CreateSession>(m_context, {CallKind::Identity}, once, *request,
+                                                        *response);
+    };
+    result = call();
+    if (isUrlRefused(result) && nameDialledUrl(*request)) {
+        response.reset();
+        result = call();
+    }
     if (result.isBad()) {
         m_context.reportConnectError(UaClient::CreateSession, result, false);
         return result;
@@ -89,12 +106,27 @@ ServiceSettings SessionActivator::fillCreateSession(OpcUa_CreateSessionRequest& 
     static_cast<void>(info.applicationName.copyTo(&request.ClientDescription.ApplicationName.Text));
     request.ClientDescription.ApplicationType = static_cast<OpcUa_ApplicationType>(info.applicationType);
     static_cast<void>(info.serverUri.copyTo(&request.ServerUri));
-    static_cast<void>(m_context.currentEndpointUrl.copyTo(&request.EndpointUrl));
+    const bool isMain = m_context.currentEndpointUrl == m_context.url;
+    const UaString& named =
+        info.endpointUrl.isEmpty() || !isMain ? m_context.currentEndpointUrl : info.endpointUrl;
+    static_cast<void>(named.copyTo(&request.EndpointUrl));
     static_cast<void>(info.sessionName.copyTo(&request.SessionName));
     static_cast<void>(m_context.securityInfo.clientCertificate.copyTo(&request.ClientCertificate));
     request.RequestedSessionTimeout = std::max(info.sessionTimeout, minimumSessionTimeout);
     request.MaxResponseMessageSize = limits.MaxMessageSize;
     return withTimeout(info.connectTimeout);
+}
+
+// A server behind a gateway may know itself by the name that it was dialled by only. It is not asked by the
+// other one again.
+bool SessionActivator::nameDialledUrl(OpcUa_CreateSessionRequest& request)
+{
+    SessionLock lock(m_context.mutex);
+    if (UaString(request.EndpointUrl) == m_context.currentEndpointUrl)
+        return false;
+    m_context.connectInfo.endpointUrl = UaString();
+    OpcUa_String_Clear(&request.EndpointUrl);
+    return OpcUa_IsGood(m_context.currentEndpointUrl.copyTo(&request.EndpointUrl));
 }
 
 UaStatus SessionActivator::acceptCreateSession(OpcUa_CreateSessionResponse& response,

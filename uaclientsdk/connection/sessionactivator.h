@@ -34,6 +34,8 @@ private:
 
     UaStatus sendCreateSession();
     [[nodiscard]] ServiceSettings fillCreateSession(OpcUa_CreateSessionRequest& request);
+    /// False when the request names the URL that is dialled already.
+    [[nodiscard]] bool nameDialledUrl(OpcUa_CreateSessionRequest& request);
     UaStatus acceptCreateSession(OpcUa_CreateSessionResponse& response, const UaByteString& clientNonce);
     void warnAboutServerTime(OpcUa_DateTime serverTime) const;
 

@@ -3,6 +3,7 @@
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumnamespacemap.h>
+#include <servers/qlumsessionoptions.h>
 #include <tests/support/modeltext.h>
 
 #include <QByteArray>
@@ -185,6 +186,11 @@ QlumDiscoverySetting fullSetting()
     setting.sessionName = "session";
     setting.discoveryHost = "h";
     setting.ignoredHost = "inner";
+    setting.dialledHost = "h:4840";
+    setting.session.maxOperations = 0;
+    setting.session.automaticReconnect = false;
+    setting.session.typeDictionaryMode = "Manual";
+    setting.session.localeIds = QStringList{"de-CH", "en"};
     setting.userName = "joe";
     setting.storePassword = true;
     setting.password = "top-secret";
@@ -230,6 +236,9 @@ TEST(DiscoverySetting, HostileFilesStayWithinBounds)
     settings.setValue("UserTokenType", 99);
     settings.setValue("SecurityLevel", 4711);
     settings.setValue("ServerCertificate", QString(4000000, 'A'));
+    settings.setValue("Session.WatchdogTime", 1);
+    settings.setValue("Session.TypeDictionaryMode", "Never");
+    settings.setValue("Session.LocaleIds", QString(4000000, 'l'));
     const QlumDiscoverySetting setting = QlumDiscoverySetting::fromSetting(settings);
     EXPECT_EQ(setting.endpoint.url.size(), QlumEndpointLimits::textLength);
     EXPECT_TRUE(setting.endpoint.discoveryUrls.isEmpty());
@@ -238,6 +247,7 @@ TEST(DiscoverySetting, HostileFilesStayWithinBounds)
     EXPECT_EQ(setting.userTokenType, QlumDiscoverySetting::Anonymous);
     EXPECT_EQ(setting.endpoint.securityLevel, 0);
     EXPECT_TRUE(setting.endpoint.serverCertificate.isEmpty());
+    EXPECT_TRUE(setting.session == QlumSessionOptions()) << "as the settings of the program say";
     settings.setValue("NoOfUserIdentityTokens", 100);
     EXPECT_EQ(QlumDiscoverySetting::fromSetting(settings).endpoint.userTokens.size(), 100);
     EXPECT_EQ(QlumDiscoverySetting::fromSetting(settings).endpoint.userTokens.first().tokenType, 0);

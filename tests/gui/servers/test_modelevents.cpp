@@ -284,5 +284,13 @@ TEST_F(ModelEvents, RefusedItemLeavesNoSubscriptionBehind)
         return told().last() == "100 Register for ModelChangeEvents failed: createSubscription returned "
                                 "BadTooManySubscriptions";
     })) << told().join('\n');
+    node->disconnectServer();
+    FakeStack::instance().failNext(OpcUa_DeleteSubscriptionsRequest_EncodeableType,
+                                   {OpcUa_BadUserAccessDenied});
+    ASSERT_TRUE(node->connectServer());
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        return told().last() == "100 Register for ModelChangeEvents failed: deleteSubscription returned "
+                                "BadUserAccessDenied";
+    })) << told().join('\n');
 }
 } // namespace

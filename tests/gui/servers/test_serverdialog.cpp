@@ -1,13 +1,20 @@
+#include <app/api/qlumjob.h>
 #include <app/api/qlumrunningwork.h>
+#include <app/api/qlumtext.h>
 #include <certificates/qlumcertificatestore.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/qlumconnectinfo.h>
+#include <servers/qlumdiscoverylookup.h>
 #include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumdiscoverysettings.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointfetcher.h>
 #include <servers/qlumserversettingsdialog.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/stubapplication.h>
 #include <tests/support/testcertificates.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/sessionconnectinfo.h>
 
 #include <QByteArray>
 #include <QCheckBox>
@@ -16,12 +23,16 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QModelIndex>
 #include <QPointer>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QString>
+#include <QStringList>
+#include <QTabWidget>
 #include <QTest>
 #include <QTreeView>
 #include <QVector>
@@ -41,10 +52,12 @@ QVector<QlumEndpoint> twoEndpoints()
     none.securityPolicyUri = qlumPolicyNone();
     none.applicationName = "Boiler";
     none.securityLevel = 1;
+    none.userTokens = {{"a", 0, "", "", ""}, {"u", 1, "", "", ""}, {"v", 1, "", "", ""}};
     QlumEndpoint secure = none;
     secure.securityPolicyUri = "http://opcfoundation.org/UA/SecurityPolicy#Basic256Sha256";
     secure.securityMode = 3;
     secure.securityLevel = 100;
+    secure.userTokens = {{"u", 1, "", "", ""}, {"c", 2, "", "", ""}};
     return {none, secure};
 }
 
@@ -65,7 +78,7 @@ protected:
         fetcher = new QlumEndpointFetcher(
             [this](const QString& url, int, QVector<QlumEndpoint>& endpoints) { return get(url, endpoints); },
             nullptr);
-        dialog = std::make_unique<QlumServerSettingsDialog>(setting, fetcher, nullptr);
+        dialog = std::make_unique<QlumServerSettingsDialog>(setting, fetcher, asker, nullptr);
         dialog->show();
     }
     template <typename T>
@@ -91,6 +104,12 @@ protected:
     QVector<QlumEndpoint> answer = twoEndpoints();
     std::unique_ptr<QlumServerSettingsDialog> dialog;
     QlumEndpointFetcher* fetcher = nullptr; // of the dialog
+    const QlumDiscoveryLookup::Asker asker = [](QlumJob&, QlumDiscoveryQuestion, const QString&, int) {
+        QlumDiscoveryAnswer told;
+        told.servers.append({"Boiler", "opc.tcp://plc1:4840", "urn:boiler"});
+        told.told = 1;
+        return told;
+    };
 };
 
 TEST_F(ServerDialog, AddsAServerWithTheChosenEndpoint)
@@ -100,8 +119,11 @@ TEST_F(ServerDialog, AddsAServerWithTheChosenEndpoint)
     EXPECT_FALSE(find<QPushButton>("getEndpoints")->isEnabled());
     ASSERT_TRUE(fetch("plc1:4840"));
     EXPECT_EQ(asked, "opc.tcp://plc1:4840");
-    EXPECT_EQ(table(), "Basic256Sha256 | SignAndEncrypt | opc.tcp://inner-name:4840/ua | 100\n"
-                       "None | None | opc.tcp://inner-name:4840/ua | 1\n");
+    EXPECT_EQ(table(),
+              "Basic256Sha256 | SignAndEncrypt | 100 | TCP | User name, Certificate | Proposed | "
+              "opc.tcp://inner-name:4840/ua\n"
+              "None | None | 1 | TCP | Anonymous, User name | Not secured | opc.tcp://inner-name:4840/ua\n");
+    EXPECT_EQ(find<QTreeView>("endpoints")->currentIndex().row(), 0) << "the proposed one";
     auto* view = find<QTreeView>("endpoints");
     view->setCurrentIndex(view->model()->index(1, 0));
     ASSERT_TRUE(ok()->isEnabled());
@@ -223,14 +245,9 @@ TEST_F(ServerDialog, ButtonsAndChosenRowLayOutOfReachInASmallWindow)
     auto* view = find<QTreeView>("endpoints");
     view->setCurrentIndex(view->model()->index(20, 0));
     dialog->resize(500, 380);
-    auto* kind = find<QComboBox>("userTokenType");
-    kind->setCurrentIndex(kind->findText("Certificate"));
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return view->viewport()->rect().contains(view->visualRect(view->currentIndex()).center()); }));
     EXPECT_LE(dialog->height(), 400);
-    dialog->resize(740, 560);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return kind->visibleRegion().boundingRect() == kind->rect(); }))
-        << "the list gives way first";
     EXPECT_TRUE(dialog->rect().contains(ok()->mapTo(dialog.get(), ok()->rect().center())));
 }
 
@@ -278,6 +295,7 @@ TEST_F(ServerDialog, ShowsStoredSettingsAndForgetsThePasswordOfAnotherUser)
     stored.password = "secret";
     stored.storePassword = true;
     make(stored);
+    find<QTabWidget>("pages")->setCurrentIndex(2);
     EXPECT_TRUE(find<QWidget>("userName")->isVisible());
     EXPECT_FALSE(find<QWidget>("Certificate file")->isVisible());
     EXPECT_TRUE(ok()->isEnabled());
@@ -293,5 +311,132 @@ TEST_F(ServerDialog, ShowsStoredSettingsAndForgetsThePasswordOfAnotherUser)
     auto* type = find<QComboBox>("userTokenType");
     type->setCurrentIndex(type->findData(QlumDiscoverySetting::Certificate));
     EXPECT_TRUE(find<QWidget>("Certificate file")->isVisible());
+}
+
+TEST_F(ServerDialog, PressedServerOfTheTreeIsAskedAndItsRowSaysHowThatEnded)
+{
+    make();
+    auto* tree = find<QTreeView>("discovery");
+    tree->expand(tree->model()->index(0, 0));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return tree->model()->rowCount(tree->model()->index(0, 0)) == 1; }));
+    const QModelIndex boiler = tree->model()->index(0, 0, tree->model()->index(0, 0));
+    const auto press = [&] {
+        tree->setCurrentIndex(boiler);
+        emit tree->clicked(boiler);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return find<QWidget>("fetchProgress")->isHidden(); }));
+    };
+    status = OpcUa_BadConnectionRejected;
+    press();
+    EXPECT_TRUE(boiler.siblingAtColumn(2).data().toString().contains("BadConnectionRejected"));
+    EXPECT_FALSE(ok()->isEnabled());
+    status = OpcUa_Good;
+    press();
+    EXPECT_EQ(asked, "opc.tcp://plc1:4840");
+    EXPECT_EQ(boiler.siblingAtColumn(2).data().toString(), "The server offers 2 endpoint(s).");
+    EXPECT_TRUE(ok()->isEnabled());
+    dialog->accept();
+    EXPECT_EQ(application.settings[QlumDiscoverySettings::recentUrls].toStringList(),
+              QStringList{"opc.tcp://plc1:4840/ua"});
+}
+
+TEST_F(ServerDialog, HostThatTheServerNamesIsDialledOnlyWhenTheUserSaysSo)
+{
+    make();
+    ASSERT_TRUE(fetch("gateway:14840"));
+    EXPECT_TRUE(find<QCheckBox>("dialsHost")->isChecked());
+    QlumDiscoverySetting setting = dialog->discoverySetting();
+    EXPECT_EQ(setting.endpoint.url, "opc.tcp://gateway:14840/ua");
+    EXPECT_EQ(setting.dialledHost, "gateway:14840");
+    EXPECT_EQ(setting.endpoint.securityPolicyUri, answer[1].securityPolicyUri)
+        << "the answer's, as its tokens";
+    EXPECT_EQ(setting.endpoint.userTokens, answer[1].userTokens);
+    find<QLineEdit>("dialledHost")->setText("joe@elsewhere");
+    EXPECT_FALSE(ok()->isEnabled());
+    find<QLineEdit>("dialledHost")->setText("backup");
+    EXPECT_EQ(dialog->discoverySetting().endpoint.url, "opc.tcp://backup:4840/ua");
+    find<QCheckBox>("dialsHost")->setChecked(false);
+    setting = dialog->discoverySetting();
+    EXPECT_EQ(setting.endpoint.url, "opc.tcp://inner-name:4840/ua");
+    EXPECT_TRUE(setting.dialledHost.isEmpty());
+}
+
+TEST_F(ServerDialog, RememberedHostStaysUntilAnotherServerIsAsked)
+{
+    QlumDiscoverySetting stored;
+    stored.endpoint = twoEndpoints().at(1);
+    stored.endpoint.url = "opc.tcp://gateway:14840/ua";
+    stored.displayName = "Mine";
+    stored.dialledHost = "gateway:14840";
+    stored.sessionName = "mine";
+    make(stored);
+    EXPECT_EQ(dialog->discoverySetting().endpoint, stored.endpoint);
+    EXPECT_EQ(dialog->discoverySetting().dialledHost, "gateway:14840");
+    ASSERT_TRUE(fetch("opc.tcp://inner-name:4840"));
+    EXPECT_TRUE(dialog->discoverySetting().dialledHost.isEmpty());
+}
+
+TEST_F(ServerDialog, EndpointSetByHandNeedsNoAnswerOfTheServer)
+{
+    make();
+    find<QLineEdit>("displayName")->setText("Old PLC");
+    auto* byHand = find<QGroupBox>("byHand");
+    byHand->setChecked(true);
+    EXPECT_FALSE(ok()->isEnabled());
+    find<QLineEdit>("handUrl")->setText("plc7:4841/ua");
+    auto* policy = find<QComboBox>("handPolicy");
+    policy->setCurrentIndex(policy->findText("Basic256 (deprecated)"));
+    EXPECT_EQ(find<QComboBox>("handMode")->currentText(), "SignAndEncrypt")
+        << "None with a policy means nothing";
+    ASSERT_TRUE(ok()->isEnabled());
+    const QlumDiscoverySetting setting = dialog->discoverySetting();
+    EXPECT_EQ(setting.endpoint.url, "opc.tcp://plc7:4841/ua");
+    EXPECT_EQ(setting.endpoint.securityPolicyUri, "http://opcfoundation.org/UA/SecurityPolicy#Basic256");
+    EXPECT_EQ(setting.endpoint.securityMode, 3);
+    policy->setCurrentIndex(policy->findText("None"));
+    EXPECT_EQ(dialog->discoverySetting().endpoint.securityMode, 1);
+}
+
+TEST_F(ServerDialog, OnlyUsersThatTheEndpointTakesAreOffered)
+{
+    make();
+    ASSERT_TRUE(fetch("plc1:4840"));
+    auto* kind = find<QComboBox>("userTokenType");
+    const auto kinds = [&] {
+        return QString::fromStdString(modelText(*kind->model())).split('\n', Qt::SkipEmptyParts);
+    };
+    EXPECT_EQ(kinds(), (QStringList{"User name and password", "Certificate"}));
+    EXPECT_FALSE(find<QLabel>("identityHint")->isHidden()) << "it would have been Anonymous";
+    auto* view = find<QTreeView>("endpoints");
+    view->setCurrentIndex(view->model()->index(1, 0));
+    EXPECT_EQ(kinds(), (QStringList{"Anonymous", "User name and password"}));
+    EXPECT_EQ(kind->currentText(), "Anonymous") << "which was wanted all the time";
+    EXPECT_TRUE(find<QLabel>("identityHint")->isHidden());
+}
+
+TEST_F(ServerDialog, SessionFollowsTheSettingsOfTheProgramButWhereItHasItsOwn)
+{
+    application.settings["General.SessionTimeout"] = 60000.0;
+    QlumDiscoverySetting stored;
+    stored.endpoint = twoEndpoints().at(1);
+    stored.displayName = "Mine";
+    stored.sessionName = "mine";
+    stored.discoveryHost = "inner-name";
+    stored.userTokenType = QlumDiscoverySetting::UserName;
+    stored.session.watchdogTime = 1500;
+    stored.session.localeIds = QStringList{"de", "en"};
+    make(stored);
+    EXPECT_EQ(find<QSpinBox>("Session_SessionTimeout")->value(), 60000);
+    EXPECT_EQ(dialog->discoverySetting(), stored) << "nothing was touched";
+    find<QCheckBox>("Session_SessionTimeout_own")->setChecked(true);
+    find<QSpinBox>("Session_SessionTimeout")->setValue(90000);
+    find<QCheckBox>("Session_WatchdogTime_own")->setChecked(false);
+    find<QLineEdit>("Session_LocaleIds")->setText(" fr ,, fr, de-CH");
+    const QlumDiscoverySetting setting = dialog->discoverySetting();
+    const UaClientSdk::SessionConnectInfo info = qlumConnectInfo(1, setting);
+    EXPECT_EQ(info.sessionTimeout, 90000.0);
+    EXPECT_EQ(info.watchdogTime, 5000u);
+    EXPECT_EQ(toQString(info.localeId), "fr");
+    ASSERT_EQ(info.additionalLocaleIds.length(), 1u);
+    EXPECT_EQ(toQString(UaString(info.additionalLocaleIds[0])), "de-CH");
 }
 } // namespace

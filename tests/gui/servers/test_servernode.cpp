@@ -3,10 +3,12 @@
 #include <servers/qlumdiscoverysetting.h>
 #include <tests/gui/servers/servernodefixture.h>
 #include <tests/support/modeltext.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <QCoreApplication>
 #include <QList>
+#include <QMessageLogContext>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -15,15 +17,27 @@
 
 #include <functional>
 #include <initializer_list>
+#include <string_view>
 #include <thread>
 
 namespace {
 using UaClientSdk::UaClient;
 
+QStringList g_debugTexts;
+
+void takeDebug(QtMsgType, const QMessageLogContext&, const QString& text)
+{
+    g_debugTexts.append(text);
+}
+
 TEST_F(ServerNode, ConnectsAnonymouslyAndDisconnects)
 {
     make();
-    ASSERT_TRUE(node->connectServer()) << log().join('\n');
+    g_debugTexts.clear();
+    const QtMessageHandler before = qInstallMessageHandler(takeDebug);
+    const bool isConnected = node->connectServer();
+    qInstallMessageHandler(before);
+    ASSERT_TRUE(isConnected) << log().join('\n');
     EXPECT_EQ(states, (QList<int>{1, 2}));
     EXPECT_EQ(log().join('\n'),
               "10 Endpoint: 'opc.tcp://plc:4840'\n"
@@ -35,6 +49,10 @@ TEST_F(ServerNode, ConnectsAnonymouslyAndDisconnects)
               "30 Namespace table changed, mapping old to new namespace indices\n"
               "30 Successfully connected UA server.\n"
               "30 Revised values: SessionTimeout=1200000, SecureChannelLifetime=3600000");
+    EXPECT_TRUE(
+        g_debugTexts.contains("Try connect using SecurityPolicy "
+                              "'http://opcfoundation.org/UA/SecurityPolicy#None', MessageSecurityMode "
+                              "'None'"));
     EXPECT_EQ(node->namespaceTable(), (QStringList{"http://opcfoundation.org/UA/", "urn:server"}));
     EXPECT_FALSE(node->connectServer()) << "it is connected";
     node->disconnectServer();
@@ -68,6 +86,10 @@ TEST_F(ServerNode, UnreachableServerAndRefusedSession)
     EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::ConnectFailed);
     EXPECT_EQ(states.last(), 3);
     EXPECT_TRUE(log().last().startsWith("100 Connecting failed with error '")) << log().last();
+    ASSERT_TRUE(node->connectServer());
+    FakeStack::instance().failNext(OpcUa_CloseSessionRequest_EncodeableType, {OpcUa_BadTimeout});
+    node->disconnectServer();
+    EXPECT_EQ(log().last(), "100 Disconnecting failed with error 'BadTimeout'");
 }
 
 TEST_F(ServerNode, UnsupportedPolicyAsksWhetherToTry)
@@ -108,6 +130,7 @@ TEST_F(ServerNode, PasswordIsAskedForAndKeptOnlyWhenWanted)
     script.credentials = QlumCredentials{"jane", "secret"};
     static_cast<void>(node->connectServer());
     EXPECT_EQ(node->discoverySetting().userName, "jane");
+    EXPECT_TRUE(log().contains("30 Used UserTokenType: UserName"));
     EXPECT_TRUE(node->discoverySetting().password.isEmpty());
     for (const QString& line : application.texts())
         EXPECT_FALSE(line.contains("secret")) << line;
@@ -179,6 +202,7 @@ TEST_F(ServerNode, MissingUserCertificateEndsTheConnect)
     make();
     EXPECT_FALSE(node->connectServer());
     EXPECT_EQ(log().last(), "30 Could not load certificate for X509 user token from file '/nowhere.der'");
+    EXPECT_TRUE(log().contains("30 Used UserTokenType: Certificate"));
     EXPECT_EQ(states, (QList<int>{1, 0}));
 }
 
@@ -221,7 +245,9 @@ TEST_F(ServerNode, HostThatCannotBeFoundIsAskedAboutUntilItIsIgnored)
     EXPECT_TRUE(node->connectServer()) << log().join('\n');
     EXPECT_EQ(asked(), QStringList{"dialled host"});
     setting.ignoredHost = "plc.invalid";
+    setting.dialledHost = "plc:4840";
     EXPECT_EQ(node->discoverySetting(), setting) << "nothing else, least of all where to connect to";
+    EXPECT_TRUE(node->toolTip().contains("Dialled at plc:4840. The server names the host 'plc.invalid'"));
     node->disconnectServer();
     EXPECT_TRUE(node->connectServer());
     EXPECT_EQ(asked(), QStringList()) << "it is known now";
@@ -230,5 +256,30 @@ TEST_F(ServerNode, HostThatCannotBeFoundIsAskedAboutUntilItIsIgnored)
     offer({{"opc.tcp://127.0.0.1:4840", qlumPolicyNone()}});
     EXPECT_TRUE(node->connectServer());
     EXPECT_EQ(asked(), QStringList()) << "another one that is found is nobody's business";
+    node->disconnectServer();
+    offer({{"opc.tcp://plc:4840", qlumPolicyNone()}});
+    EXPECT_TRUE(node->connectServer());
+    EXPECT_TRUE(node->discoverySetting().dialledHost.isEmpty()) << "the server has come to name it";
+}
+
+TEST_F(ServerNode, SessionIsAskedForByTheNameOfTheServerAndThenByTheDialledOne)
+{
+    QStringList told;
+    const auto create = FakeStack::instance().handler(OpcUa_CreateSessionRequest_EncodeableType);
+    FakeStack::instance().on(
+        OpcUa_CreateSessionRequest_EncodeableType, [&told, create](const void* request, void* response) {
+            const UaString url(static_cast<const OpcUa_CreateSessionRequest*>(request)->EndpointUrl);
+            told.append(toQString(url));
+            return url.view().find("127.0.0.1") != std::string_view::npos
+                       ? static_cast<OpcUa_StatusCode>(OpcUa_BadTcpEndpointUrlInvalid)
+                       : create(request, response);
+        });
+    offer({{"opc.tcp://127.0.0.1:4841/ua", qlumPolicyNone()}}); // behind a gateway
+    make();
+    EXPECT_TRUE(node->connectServer()) << log().join('\n');
+    EXPECT_EQ(told, (QStringList{"opc.tcp://127.0.0.1:4841/ua", "opc.tcp://plc:4840"}));
+    EXPECT_EQ(node->discoverySetting().dialledHost, "plc:4840");
+    EXPECT_EQ(node->discoverySetting().endpoint.url, "opc.tcp://plc:4840") << "what is dialled stays";
+    EXPECT_TRUE(log().filter("was returned during").isEmpty()) << log().join('\n');
 }
 } // namespace

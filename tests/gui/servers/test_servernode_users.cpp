@@ -7,13 +7,16 @@
 #include <servers/qlumprojectnodeserver.h>
 #include <tests/gui/servers/servernodefixture.h>
 #include <tests/support/securedserver.h>
+#include <uabase/values/uabytestring.h>
 #include <uaclientsdk/uaclient.h>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
@@ -61,6 +64,19 @@ TEST_F(ServerNodeUsers, ChangeOfTheUserAskedNothingOfAnAnonymousSession)
     EXPECT_TRUE(QTest::qWaitFor([this] { return log().last() == "30 ChangeUser succeeded."; }));
     EXPECT_EQ(asked(), (QStringList{"user", "user refused", "user"}));
     EXPECT_TRUE(script.failure.reason.contains("BadUserAccessDenied")) << script.failure.reason;
+    EXPECT_TRUE(log().contains("30 ChangeUser with UserTokenType: Anonymous"));
+
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("user.der"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const UaByteString& der = server.certificate;
+    file.write(reinterpret_cast<const char*>(der.data()), der.length());
+    file.close();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }));
+    script.user = QlumUserChoice{QlumDiscoverySetting::Certificate, "", "", file.fileName(), "/nowhere.pem"};
+    changeUser();
+    EXPECT_TRUE(log().contains("30 ChangeUser with UserTokenType: Certificate"));
+    EXPECT_EQ(log().last(), "30 Could not load private key for X509 user token from file '/nowhere.pem'");
     EXPECT_EQ(states, (QList<int>{1, 2})) << "the connection is what it was";
 }
 

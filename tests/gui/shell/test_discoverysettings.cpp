@@ -1,4 +1,4 @@
-#include <app/settings/qlumdiscoverysettings.h>
+#include <servers/qlumdiscoverysettings.h>
 
 #include <QSettings>
 #include <QString>

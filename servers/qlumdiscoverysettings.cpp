@@ -1,5 +1,6 @@
-#include <app/settings/qlumdiscoverysettings.h>
+#include <servers/qlumdiscoverysettings.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <opcua/opcua_endpointurl.h>
 #include <opcua/opcua_statuscodes.h>
 
@@ -29,6 +30,38 @@ QStringList QlumDiscoverySettings::keepable(const QStringList& urls)
         if (kept.size() < maximumUrls && !kept.contains(url) && isOfAServer(url))
             kept.append(url);
     return kept;
+}
+
+QStringList QlumDiscoverySettings::urls(const char* key)
+{
+    const QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    if (!application)
+        return {};
+    // a file that was written by hand may hold anything
+    return keepable(application->settingsValue(QLatin1String(key), QStringList()).toStringList());
+}
+
+bool QlumDiscoverySettings::remember(const char* key, const QString& url)
+{
+    QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    if (!application || keepable({url}).isEmpty())
+        return false;
+    QStringList kept = urls(key);
+    if (QLatin1String(key) == QLatin1String(recentUrls)) {
+        kept.removeAll(url);
+        kept.prepend(url);
+    } else if (!kept.contains(url)) {
+        kept.append(url);
+    }
+    application->setSettingsValue(QLatin1String(key), keepable(kept));
+    return keepable(kept).contains(url);
+}
+
+void QlumDiscoverySettings::forget(const char* key, const QString& url)
+{
+    QStringList kept = urls(key);
+    if (kept.removeAll(url) > 0)
+        QlumApplicationInterface::instance()->setSettingsValue(QLatin1String(key), kept);
 }
 
 void QlumDiscoverySettings::convertOlder(QSettings& settings)
