@@ -46,6 +46,8 @@ constexpr QlumActionRow actionRows[] = {
      TEXT("<b>Server Properties</b><br>Shows and changes the connection settings of the selected server.")},
     {A::ChangeUser, "changeUser", TEXT("Change &User..."), "user.png", qlumNoKey, TEXT("Change User..."),
      TEXT("<b>Change User</b><br>Continues the session with the selected server as another user.")},
+    {A::Journal, "journal", TEXT("&Journal..."), "", qlumNoKey, TEXT("Journal..."),
+     TEXT("<b>Journal</b><br>Shows what was changed on servers, when, by whom, and what it came to.")},
     {A::AddDocument, "addDocument", TEXT("&Add..."), "documentadd.png", qlumNoKey, TEXT("Add Document"),
      TEXT("<b>Add Document</b><br>Opens a view, for example one that watches values or one that shows "
           "events.")},
@@ -133,8 +135,10 @@ void QlumMainActions::makeMenus(QMenu* viewMenu, QMenu* recentProjects)
     viewMenu->setTitle(tr("View"));
     viewMenu->setObjectName(QStringLiteral("viewMenu"));
     m_window->menuBar()->addMenu(viewMenu);
-    addMenu(tr("&Server"), QStringLiteral("serverMenu"),
-            list({AddServer, RemoveServer, ConnectServer, DisconnectServer, ServerProperties, ChangeUser}));
+    QList<QAction*> server =
+        list({AddServer, RemoveServer, ConnectServer, DisconnectServer, ServerProperties, ChangeUser});
+    server << nullptr << (*this)[Journal];
+    addMenu(tr("&Server"), QStringLiteral("serverMenu"), server);
     addMenu(tr("&Document"), QStringLiteral("documentMenu"), list({AddDocument, RemoveDocument}));
     QList<QAction*> settings = list({Plugins, Configure});
     settings << nullptr << (*this)[Certificates];

@@ -29,6 +29,7 @@ public:
         DisconnectServer,
         ServerProperties,
         ChangeUser,
+        Journal,
         AddDocument,
         RemoveDocument,
         CloseTab,

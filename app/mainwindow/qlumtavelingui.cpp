@@ -1,9 +1,11 @@
 // The main window's widgets and what their signals do.
 #include <app/api/qlumdocksize.h>
+#include <app/api/qlumjournal.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumrunningwork.h>
 #include <app/api/qlumservernode.h>
+#include <app/journal/qlumjournalwindow.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/log/qlumlogview.h>
 #include <app/mainwindow/qlumaboutdialog.h>
@@ -15,6 +17,7 @@
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumprojectview.h>
 #include <app/mainwindow/qlumrecentfiles.h>
+#include <app/mainwindow/qlumrolemarks.h>
 #include <app/mainwindow/qlumservercommands.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtipwindow.h>
@@ -63,6 +66,7 @@ void QlumTavelin::setupGui()
     m_actions->makeToolBars();
     statusBar()->setObjectName(QStringLiteral("statusBar"));
     statusBar()->addPermanentWidget(new QlumWorkIndicator(QlumRunningWork::instance(), statusBar()));
+    m_roleMarks = new QlumRoleMarks(this, m_tabs, m_project);
 }
 
 QWidget* QlumTavelin::makeCentralWidget()
@@ -185,8 +189,8 @@ void QlumTavelin::connectCommands()
     on(A::TipOfTheDay, &QlumTavelin::sltTipOfTheDay);
     on(A::ReportBug, &QlumTavelin::sltHelpReportBug);
     on(A::CheckUpdates, &QlumTavelin::sltHelpCheckUpdates);
-    on(
-        A::About, [this] { QlumAboutDialog(this).exec(); });
+    on(A::About, [this] { QlumAboutDialog(this).exec(); });
+    on(A::Journal, &QlumTavelin::showJournal);
     on(A::ClearLog, [this] { m_logModel->clear(); });
     on(A::SaveLog, &QlumTavelin::sltSaveLog);
     on(A::Rebrowse, [this] { m_pages->rebrowseCurrent(); });
@@ -202,6 +206,7 @@ void QlumTavelin::connectViews()
             [this](const QModelIndex& parent) { m_projectView->expand(parent); });
     connect(m_project, &QlumProjectModel::documentNodeChanged, this, &QlumTavelin::setModified);
     connect(m_project, &QlumProjectModel::serverRenamed, this, &QlumTavelin::setModified);
+    connect(m_project, &QlumProjectModel::serverRoleChanged, this, &QlumTavelin::setModified);
     connect(
         m_project, &QlumProjectModel::serverModelChanged, this,
         [this](unsigned int serverId, const UaNodeId& node, OpcUa_Byte change) {
@@ -269,6 +274,7 @@ void QlumTavelin::sltCurrentProjectNodeChanged()
     const auto* server = qobject_cast<const QlumServerNode*>(node);
     if (!server)
         return;
+    m_roleMarks->setServer(server);
     m_pages->showPage(server->serverId());
     m_director->serverSelectionChanged(server->serverId());
 }
@@ -331,6 +337,16 @@ void QlumTavelin::sltSaveLog()
     if (!saved)
         QlumLog(QStringLiteral("General"))
             .error(tr("Open file %1 for writing returned %2").arg(fileName, file.errorString()));
+}
+
+void QlumTavelin::showJournal()
+{
+    auto* shown = findChild<QlumJournalWindow*>();
+    if (!shown)
+        shown = new QlumJournalWindow(QlumJournal::ofApplication(), this);
+    shown->show();
+    shown->raise();
+    shown->activateWindow();
 }
 
 void QlumTavelin::sltHelpCheckUpdates()

@@ -2,6 +2,7 @@
 #include <plugins/attributes/qlumattributemodel.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumcallnote.h>
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumguithread.h>
 #include <app/api/qlumstatuswords.h>
@@ -128,6 +129,7 @@ bool QlumAttributeModel::write(const QModelIndex& index, const UaVariant& value)
     if (OpcUa_IsBad(m_nodeId.copyTo(&nodes[0].NodeId)) || OpcUa_IsBad(value.copyTo(&nodes[0].Value.Value)))
         return false; // out of memory; a null value must not be written instead
     UaClientSdk::ServiceSettings settings = qlumServiceSettings(tr("Writing an attribute"));
+    qlumTellShown(settings, {{m_nodeId, OpcUa_Attributes_Value, m_value, QString()}});
     UaStatusCodeArray results;
     const UaStatus status = [&] {
         const QlumWaitCursor wait;
