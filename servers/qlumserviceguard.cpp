@@ -2,10 +2,12 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumlog.h>
+#include <app/api/qlumservicerecorder.h>
 #include <app/api/qlumstatuswords.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_types.h>
 #include <servers/qlumjournalentries.h>
+#include <uaclientsdk/uasession.h>
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -155,4 +157,11 @@ std::vector<QlumJournalEntry> QlumServiceGuard::entriesOf(const ServiceCall& cal
         entry.user = m_user->get();
     }
     return entries;
+}
+
+void qlumWatchSession(UaClientSdk::UaSession& session, const std::shared_ptr<QlumGuardedServer>& server)
+{
+    session.setServiceGuard(std::make_shared<QlumServiceGuard>(server));
+    session.setServiceObserver(QlumServiceRecorder::ofApplication()->observerOf(
+        server->serverId(), [server] { return server->name(); }));
 }

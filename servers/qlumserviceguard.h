@@ -13,6 +13,10 @@
 #include <mutex>
 #include <vector>
 
+namespace UaClientSdk {
+class UaSession;
+}
+
 /// What the guards of all sessions with one server share. Any thread.
 class QlumGuardedServer
 {
@@ -68,3 +72,6 @@ private:
     const std::shared_ptr<QlumSessionUser> m_user;
     const std::shared_ptr<UaClientSdk::ServiceObserver> m_subscriptionWitness;
 };
+
+/// Gives a session with the server its guard, and an observer for whoever wants to see its calls.
+void qlumWatchSession(UaClientSdk::UaSession& session, const std::shared_ptr<QlumGuardedServer>& server);

@@ -5,6 +5,7 @@
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumrunningwork.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumservicerecorder.h>
 #include <app/journal/qlumjournalwindow.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/log/qlumlogview.h>
@@ -27,6 +28,7 @@
 #include <app/pluginloader/qlumplugindialog.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
+#include <app/services/qlumservicesview.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <uabase/values/uanodeid.h>
@@ -118,10 +120,17 @@ void QlumTavelin::makeDocks()
                                   m_pages->widget(), Qt::LeftDockWidgetArea, {0, 400});
 
     m_logView = new QlumLogView(m_logModel, m_actions->list({A::ClearLog, A::SaveLog}), this);
-    makeDock(
+    QDockWidget* log = makeDock(
         tr("Log"), QStringLiteral("Log Dock Widget"),
         tr("<b>Log</b><br>This window shows what Tavelin did and what went wrong, the newest entry last."),
         m_logView, Qt::BottomDockWidgetArea, {0, 180});
+    QDockWidget* services = makeDock(
+        tr("Services"), QStringLiteral("Services Dock Widget"),
+        tr("<b>Services</b><br>This window shows the service calls of all sessions, while that is "
+           "switched on: how long they took, how large they were and what was in them."),
+        new QlumServicesView(QlumServiceRecorder::ofApplication(), this), Qt::BottomDockWidgetArea, {0, 180});
+    tabifyDockWidget(log, services);
+    services->hide(); // until somebody wants it
 }
 
 // How the window looks until the user arranges it: what the docks say of themselves, area by area.
