@@ -3,6 +3,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasubscription.h>
 
@@ -34,6 +35,7 @@ void MonitoredServerPrivate::setSession(UaClientSdk::UaSession* session)
                 old.push_back(group->subscription);
     }
     UaClientSdk::ServiceSettings settings;
+    settings.purpose = UaString("Watching values");
     for (UaClientSdk::UaSubscription* subscription : old)
         static_cast<void>(former->deleteSubscription(settings, &subscription)); // it goes with the session
     const Lock lock(m_mutex);

@@ -4,6 +4,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasubscription.h>
 
@@ -146,6 +147,7 @@ void MonitoredServerPrivate::deleteSubscription(ItemGroup& group)
         group.isVoid = false;
     }
     ServiceSettings settings;
+    settings.purpose = UaString("Watching values");
     // what the server keeps against our will, the session deletes when it shows up
     static_cast<void>(portion.session->deleteSubscription(settings, &portion.subscription));
 }
@@ -162,6 +164,7 @@ void MonitoredServerPrivate::createSubscription(ItemGroup& group)
         wanted.priority = group.requested.priority;
     }
     ServiceSettings settings;
+    settings.purpose = UaString("Watching values");
     UaClientSdk::UaSubscription* subscription = nullptr;
     const UaStatus status =
         portion.session->createSubscription(settings, &group, group.index + 1u, wanted, true, &subscription);
@@ -259,6 +262,7 @@ void MonitoredServerPrivate::createItems(ItemGroup& group)
     if (portion.ids.empty())
         return;
     ServiceSettings settings;
+    settings.purpose = UaString("Watching values");
     UaMonitoredItemCreateResults results;
     UaDiagnosticInfos diagnostics;
     const UaStatus status = portion.subscription->createMonitoredItems(settings, portion.timestamps, requests,
@@ -360,6 +364,7 @@ void MonitoredServerPrivate::modifyItems(ItemGroup& group)
     if (portion.ids.empty())
         return;
     ServiceSettings settings;
+    settings.purpose = UaString("Watching values");
     UaMonitoredItemModifyResults results;
     UaDiagnosticInfos diagnostics;
     const UaStatus status = portion.subscription->modifyMonitoredItems(settings, portion.timestamps, requests,
@@ -426,6 +431,7 @@ void MonitoredServerPrivate::setMode(ItemGroup& group, const Portion& portion, O
     if (ids.empty())
         return;
     ServiceSettings settings;
+    settings.purpose = UaString("Watching values");
     UaStatusCodeArray results;
     UaDiagnosticInfos diagnostics;
     const UaUInt32Array serverIds(static_cast<OpcUa_Int32>(theirs.size()), theirs.data());
@@ -466,6 +472,7 @@ void MonitoredServerPrivate::deleteItems(ItemGroup& group)
     if (ids.isEmpty() || portion.subscription == nullptr)
         return;
     ServiceSettings settings;
+    settings.purpose = UaString("Watching values");
     UaStatusCodeArray results;
     UaDiagnosticInfos diagnostics;
     const UaStatus status = portion.subscription->deleteMonitoredItems(settings, ids, results, diagnostics);

@@ -122,8 +122,7 @@ void QlumModelEvents::synchronise()
 
 void QlumModelEvents::subscribe()
 {
-    ServiceSettings settings;
-    settings.callTimeout = qlumCallTimeout();
+    ServiceSettings settings = qlumServiceSettings(tr("Changes of the address space"));
     UaClientSdk::SubscriptionSettings wanted;
     wanted.publishingInterval = publishingInterval;
     wanted.lifetimeCount = 1200;
@@ -147,8 +146,7 @@ void QlumModelEvents::subscribe()
 
 UaStatus QlumModelEvents::createItem()
 {
-    ServiceSettings settings;
-    settings.callTimeout = qlumCallTimeout();
+    ServiceSettings settings = qlumServiceSettings(tr("Changes of the address space"));
     UaMonitoredItemCreateResults results;
     UaDiagnosticInfos diagnosticInfos;
     const UaStatus status = m_subscription->createMonitoredItems(settings, OpcUa_TimestampsToReturn_Neither,
@@ -169,8 +167,7 @@ void QlumModelEvents::unsubscribe(bool isTold)
 {
     if (!m_subscription)
         return;
-    ServiceSettings settings;
-    settings.callTimeout = qlumCallTimeout();
+    ServiceSettings settings = qlumServiceSettings(tr("Changes of the address space"));
     const UaStatus status = m_session.deleteSubscription(settings, &m_subscription);
     m_subscription = nullptr;
     if (isTold)

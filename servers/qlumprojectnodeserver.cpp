@@ -117,7 +117,7 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
       m_flow(std::make_unique<QlumConnectFlow>(m_log, *m_session, *this, *m_prompts))
 {
     m_guarded->setName(displayName());
-    m_session->setServiceGuard(std::make_shared<QlumServiceGuard>(m_guarded));
+    qlumWatchSession(*m_session, m_guarded);
     m_tlsQuestion.setServerName(displayName());
     connect(&m_tlsQuestion, &QlumTlsTrustQuestion::newUntrustedSSLCertificate, this,
             &QlumProjectNodeServer::newUntrustedSSLCertificate);

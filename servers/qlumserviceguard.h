@@ -1,5 +1,6 @@
 // What may be sent to a server, by the role that the user has given it.
 #pragma once
+#include <app/api/qlumjournal.h>
 #include <app/api/qlumserverrole.h>
 #include <app/api/qlumserviceneed.h>
 #include <uabase/values/uastatus.h>
@@ -10,6 +11,11 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <vector>
+
+namespace UaClientSdk {
+class UaSession;
+}
 
 /// What the guards of all sessions with one server share. Any thread.
 class QlumGuardedServer
@@ -34,18 +40,38 @@ private:
     QlumOwnSubscriptions m_ownSubscriptions;
 };
 
+/// As whom a session is logged in. Any thread.
+class QlumSessionUser
+{
+public:
+    [[nodiscard]] QString get() const;
+    void set(const QString& user);
+
+private:
+    mutable std::mutex m_mutex;
+    QString m_user;
+};
+
 /// The guard of one session: what its server's role does not allow ends with qlumRefusal(), and the log says
-/// so. It sees which subscriptions the session makes. Any thread.
+/// so. What changes something goes into the journal, sent or not. Any thread.
 class QlumServiceGuard final : public UaClientSdk::ServiceGuard
 {
 public:
-    explicit QlumServiceGuard(std::shared_ptr<QlumGuardedServer> server);
+    explicit QlumServiceGuard(std::shared_ptr<QlumGuardedServer> server,
+                              std::shared_ptr<QlumJournal> journal = QlumJournal::ofApplication());
     ~QlumServiceGuard() override;
 
     UaStatus mayCall(const UaClientSdk::ServiceCall& call) override;
     std::shared_ptr<UaClientSdk::ServiceObserver> witness(const UaClientSdk::ServiceCall& call) override;
 
 private:
+    [[nodiscard]] std::vector<QlumJournalEntry> entriesOf(const UaClientSdk::ServiceCall& call) const;
+
     const std::shared_ptr<QlumGuardedServer> m_server;
+    const std::shared_ptr<QlumJournal> m_journal;
+    const std::shared_ptr<QlumSessionUser> m_user;
     const std::shared_ptr<UaClientSdk::ServiceObserver> m_subscriptionWitness;
 };
+
+/// Gives a session with the server its guard, and an observer for whoever wants to see its calls.
+void qlumWatchSession(UaClientSdk::UaSession& session, const std::shared_ptr<QlumGuardedServer>& server);

@@ -89,7 +89,7 @@ QlumSideConnect::QlumSideConnect(const std::shared_ptr<QlumGuardedServer>& serve
         new QlumConnectProgress(*m_flow, m_flow.get());
     m_session->setFlow(m_flow.get());
     connect(m_flow.get(), &QlumConnectFlow::finished, this, &QlumSideConnect::take);
-    m_session->session.setServiceGuard(std::make_shared<QlumServiceGuard>(server));
+    qlumWatchSession(m_session->session, server);
     m_flow->start(setting, qlumConnectInfo(server->serverId(), setting), identity);
 }
 

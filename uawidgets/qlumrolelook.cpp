@@ -57,6 +57,17 @@ QSize qlumRoleBadgeSize(QlumServerRole role, const QFont& font)
     return {metrics.horizontalAdvance(qlumRoleName(role)) + 2 * margin, metrics.height() + 2};
 }
 
+QPixmap qlumRoleBadge(QlumServerRole role, const QFont& font, qreal devicePixelRatio)
+{
+    const QSize size = qlumRoleBadgeSize(role, font);
+    QPixmap badge(size * devicePixelRatio);
+    badge.setDevicePixelRatio(devicePixelRatio);
+    badge.fill(Qt::transparent);
+    QPainter painter(&badge);
+    qlumPaintRoleBadge(painter, QRect(QPoint(), size), role, font);
+    return badge;
+}
+
 void qlumPaintRoleBadge(QPainter& painter, const QRect& place, QlumServerRole role, const QFont& font)
 {
     const QSize size = qlumRoleBadgeSize(role, font);

@@ -5,7 +5,7 @@
 #include <QColor>
 #include <QIcon>
 #include <QPainter>
-#include <QPalette>
+#include <QPixmap>
 #include <QRect>
 #include <QSize>
 
@@ -17,5 +17,7 @@ class QFont;
 [[nodiscard]] QIcon qlumRoleIcon(QlumServerRole role);
 /// The room that the word takes on its coloured ground.
 [[nodiscard]] QSize qlumRoleBadgeSize(QlumServerRole role, const QFont& font);
+/// A picture of the word on its ground, as sharp as the screen is.
+[[nodiscard]] QPixmap qlumRoleBadge(QlumServerRole role, const QFont& font, qreal devicePixelRatio);
 /// Paints the word on its ground, in the middle of the rectangle's height at its right end.
 void qlumPaintRoleBadge(QPainter& painter, const QRect& place, QlumServerRole role, const QFont& font);

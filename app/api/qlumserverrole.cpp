@@ -11,14 +11,14 @@
 #define TEXT(text) QT_TRANSLATE_NOOP("QlumServerRole", text)
 
 namespace {
-struct Role
+struct RoleRow
 {
     QlumServerRole role;
     const char* name;
     const char* explanation;
 };
 
-constexpr Role roles[] = {
+constexpr RoleRow roles[] = {
     {QlumServerRole::Look, TEXT("Look"),
      TEXT("Only what changes nothing is sent: reading, browsing, watching values and events.")},
     {QlumServerRole::Operate, TEXT("Operate"),
@@ -29,7 +29,7 @@ constexpr Role roles[] = {
           "configuration.")},
 };
 
-const Role& rowOf(QlumServerRole role)
+const RoleRow& rowOf(QlumServerRole role)
 {
     return roles[static_cast<std::size_t>(role)];
 }
@@ -46,7 +46,7 @@ QString qlumRoleKey(QlumServerRole role)
 
 std::optional<QlumServerRole> qlumRoleFromKey(const QString& key)
 {
-    for (const Role& row : roles)
+    for (const RoleRow& row : roles)
         if (key == QLatin1String(row.name))
             return row.role;
     return std::nullopt;

@@ -287,6 +287,13 @@ bool QlumOwnSubscriptions::contains(OpcUa_UInt32 id) const
     return m_ids.contains(id);
 }
 
+QString qlumServiceName(const OpcUa_EncodeableType& requestType)
+{
+    QString name = QLatin1String(requestType.TypeName);
+    name.chop(static_cast<int>(sizeof "Request") - 1);
+    return name;
+}
+
 std::optional<QlumServiceRule> qlumServiceRule(const OpcUa_EncodeableType& requestType)
 {
     const auto found = std::ranges::lower_bound(services, requestType.TypeId, {}, &ServiceRow::requestType);

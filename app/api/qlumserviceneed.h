@@ -13,14 +13,18 @@
 /// server has them under ids of its own. A purpose begins with one of these, and a colon and words for the
 /// user may follow: qlumServiceSettings(qlumPurpose(QlumPurpose::trustList, tr("Adding a certificate"))).
 namespace QlumPurpose {
-// need Commission
-inline constexpr char serverConfiguration[] = "ServerConfiguration"; ///< certificates and keys of the server
-inline constexpr char trustList[] = "TrustList";                     ///< whom the server trusts
-inline constexpr char serverState[] = "ServerState";                 ///< shutting down, starting again
-inline constexpr char fileWriting[] = "FileWriting"; ///< opening for writing, writing, making, removing
-// Look is enough
-inline constexpr char fileReading[] = "FileReading"; ///< opening for reading, reading, closing
-inline constexpr char refreshing[] = "Refreshing";   ///< having conditions or values told again
+/// Certificates and keys of the server. Needs Commission, as those down to fileWriting do.
+inline constexpr char serverConfiguration[] = "ServerConfiguration";
+/// Whom the server trusts.
+inline constexpr char trustList[] = "TrustList";
+/// Shutting down, starting again.
+inline constexpr char serverState[] = "ServerState";
+/// Opening files for writing, writing, making and removing them.
+inline constexpr char fileWriting[] = "FileWriting";
+/// Opening files for reading, reading and closing them. Look is enough, as it is for refreshing.
+inline constexpr char fileReading[] = "FileReading";
+/// Having conditions or values told again.
+inline constexpr char refreshing[] = "Refreshing";
 } // namespace QlumPurpose
 
 /// A purpose of one of those kinds, with words for the user.
@@ -33,7 +37,9 @@ inline constexpr char refreshing[] = "Refreshing";   ///< having conditions or v
 class QlumOwnSubscriptions
 {
 public:
+    /// The server has made it for one of the sessions.
     void add(OpcUa_UInt32 id);
+    /// Whether it was added. Ids of other sessions were not.
     [[nodiscard]] bool contains(OpcUa_UInt32 id) const;
 
 private:
@@ -50,6 +56,8 @@ enum class QlumServiceRule {
     BySubscription ///< Look for subscriptions of one's own
 };
 
+/// "Write" of a "WriteRequest".
+[[nodiscard]] QString qlumServiceName(const OpcUa_EncodeableType& requestType);
 /// The rule for a service, by the type of its request; nothing for one that nobody has decided about.
 [[nodiscard]] std::optional<QlumServiceRule> qlumServiceRule(const OpcUa_EncodeableType& requestType);
 /// The need of a method of namespace 0 by its id, with the first of its arguments where that matters; nothing

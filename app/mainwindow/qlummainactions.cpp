@@ -51,6 +51,8 @@ constexpr QlumActionRow actionRows[] = {
      TEXT(
          "<b>Diagnose Connection</b><br>Tries the connection to the selected server step by step, says where "
          "it stops and on whose side, and offers what helps.")},
+    {A::Journal, "journal", TEXT("&Journal..."), "", qlumNoKey, TEXT("Journal..."),
+     TEXT("<b>Journal</b><br>Shows what was changed on servers, when, by whom, and what it came to.")},
     {A::AddDocument, "addDocument", TEXT("&Add..."), "documentadd.png", qlumNoKey, TEXT("Add Document"),
      TEXT("<b>Add Document</b><br>Opens a view, for example one that watches values or one that shows "
           "events.")},
@@ -138,9 +140,10 @@ void QlumMainActions::makeMenus(QMenu* viewMenu, QMenu* recentProjects)
     viewMenu->setTitle(tr("View"));
     viewMenu->setObjectName(QStringLiteral("viewMenu"));
     m_window->menuBar()->addMenu(viewMenu);
-    addMenu(tr("&Server"), QStringLiteral("serverMenu"),
-            list({AddServer, RemoveServer, ConnectServer, DisconnectServer, ServerProperties, ChangeUser,
-                  DiagnoseServer}));
+    QList<QAction*> server = list({AddServer, RemoveServer, ConnectServer, DisconnectServer, ServerProperties,
+                                   ChangeUser, DiagnoseServer});
+    server << nullptr << (*this)[Journal];
+    addMenu(tr("&Server"), QStringLiteral("serverMenu"), server);
     addMenu(tr("&Document"), QStringLiteral("documentMenu"), list({AddDocument, RemoveDocument}));
     QList<QAction*> settings = list({Plugins, Configure});
     settings << nullptr << (*this)[Certificates];

@@ -30,6 +30,7 @@ public:
         ServerProperties,
         ChangeUser,
         DiagnoseServer,
+        Journal,
         AddDocument,
         RemoveDocument,
         CloseTab,

@@ -1,8 +1,11 @@
 #include <app/mainwindow/qlumprojectview.h>
 
 #include <app/api/qlumprojectnode.h>
+#include <app/api/qlumservernode.h>
+#include <app/api/qlumserverrole.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/project/qlumprojectmodel.h>
+#include <uawidgets/qlumrolelook.h>
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -20,13 +23,41 @@
 #include <QStyle>
 #include <QStyleOptionViewItem>
 #include <QStyledItemDelegate>
+#include <QVariant>
+
+#include <optional>
 
 namespace {
-// Grey and green plugs drown in the colour of a selection: there they stand on the colour of the others.
-class LiftedIcons : public QStyledItemDelegate
+constexpr int badgeGap = 6;
+
+// Grey and green plugs drown in the colour of a selection: there they stand on the colour of the others. The
+// role of a server stands behind its name.
+class ProjectDelegate : public QStyledItemDelegate
 {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        const std::optional<QlumServerRole> role = roleOf(index);
+        if (!role)
+            return QStyledItemDelegate::paint(painter, option, index);
+        const QStyle* style = option.widget->style();
+        QStyleOptionViewItem ground = option;
+        initStyleOption(&ground, index);
+        style->drawPrimitive(QStyle::PE_PanelItemViewItem, &ground, painter, option.widget);
+        QStyleOptionViewItem named = option; // the name is cut before the role is
+        named.rect.setRight(option.rect.right() - qlumRoleBadgeSize(*role, option.font).width() - badgeGap);
+        QStyledItemDelegate::paint(painter, named, index);
+        qlumPaintRoleBadge(*painter, option.rect.adjusted(0, 0, -2, 0), *role, option.font);
+    }
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        QSize size = QStyledItemDelegate::sizeHint(option, index);
+        if (const std::optional<QlumServerRole> role = roleOf(index))
+            size.rwidth() += qlumRoleBadgeSize(*role, option.font).width() + badgeGap;
+        return size;
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
@@ -49,6 +80,13 @@ protected:
         option->icon.addPixmap(lifted, QIcon::Normal);
         option->icon.addPixmap(lifted, QIcon::Selected);
     }
+
+private:
+    static std::optional<QlumServerRole> roleOf(const QModelIndex& index)
+    {
+        const QVariant role = index.data(QlumProjectModel::serverRole);
+        return role.isValid() ? std::optional(static_cast<QlumServerRole>(role.toInt())) : std::nullopt;
+    }
 };
 } // namespace
 
@@ -58,7 +96,7 @@ QlumProjectView::QlumProjectView(const QlumMainActions* actions, QlumProjectMode
     setObjectName(QStringLiteral("projectTree"));
     setAccessibleName(tr("Project"));
     setHeaderHidden(true);
-    setItemDelegate(new LiftedIcons(this));
+    setItemDelegate(new ProjectDelegate(this));
     setEditTriggers(QAbstractItemView::EditKeyPressed);
     setModel(project);
     expandAll();
@@ -99,6 +137,7 @@ void QlumProjectView::fillMenu(QMenu* menu)
             offer(menu, (*m_actions)[A::ServerProperties], tr("Server &Properties..."));
             offer(menu, (*m_actions)[A::ChangeUser], tr("Change &User..."));
             offer(menu, (*m_actions)[A::DiagnoseServer], tr("Dia&gnose Connection..."));
+            addRoles(menu);
         }
         QAction* rename = menu->addAction(tr("Re&name"));
         rename->setObjectName(QStringLiteral("rename"));
@@ -121,4 +160,21 @@ void QlumProjectView::offer(QMenu* menu, QAction* action, const QString& text)
     offered->setEnabled(action->isEnabled());
     offered->setWhatsThis(action->whatsThis());
     connect(offered, &QAction::triggered, action, &QAction::trigger);
+}
+
+void QlumProjectView::addRoles(QMenu* menu)
+{
+    auto* server = qobject_cast<QlumServerNode*>(m_project->nodeAt(currentIndex()));
+    QMenu* roles = menu->addMenu(tr("R&ole"));
+    roles->menuAction()->setObjectName(QStringLiteral("role"));
+    roles->setToolTipsVisible(true);
+    for (const QlumServerRole role :
+         {QlumServerRole::Look, QlumServerRole::Operate, QlumServerRole::Commission}) {
+        QAction* choice = roles->addAction(qlumRoleName(role));
+        choice->setObjectName(QStringLiteral("role") + qlumRoleKey(role));
+        choice->setToolTip(qlumRoleExplanation(role));
+        choice->setCheckable(true);
+        choice->setChecked(server->role() == role);
+        connect(choice, &QAction::triggered, server, [server, role] { server->setRole(role); });
+    }
 }

@@ -22,6 +22,7 @@ protected:
 
 private:
     void fillMenu(QMenu* menu);
+    void addRoles(QMenu* menu);
     void offer(QMenu* menu, QAction* action, const QString& text);
     void connectCurrent();
 

@@ -46,6 +46,7 @@ class QlumProjectModel;
 class QlumProjectNodeDocument;
 class QlumProjectSession;
 class QlumRecentFiles;
+class QlumRoleMarks;
 class QlumServerCommands;
 class QlumSettingsModel;
 class QlumUpdateCheck;
@@ -153,6 +154,7 @@ private:
     void sltCurrentDocumentChanged(QlumProjectNodeDocument* document);
     void sltConfigure();
     void sltSaveLog();
+    void showJournal();
     void sltHelpCheckUpdates();
     void sltHelpReportBug();
     void sltTipOfTheDay();
@@ -180,6 +182,7 @@ private:
     QlumDocumentArea* m_documents = nullptr;
     QlumServerCommands* m_servers = nullptr;
     QlumRecentFiles* m_recentFiles = nullptr;
+    QlumRoleMarks* m_roleMarks = nullptr;
     QlumProjectSession* m_session = nullptr;
     QlumUpdateCheck* m_updates = nullptr;
     QlumHelpViewer* m_help = nullptr;

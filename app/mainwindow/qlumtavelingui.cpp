@@ -1,9 +1,12 @@
 // The main window's widgets and what their signals do.
 #include <app/api/qlumdocksize.h>
+#include <app/api/qlumjournal.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumrunningwork.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumservicerecorder.h>
+#include <app/journal/qlumjournalwindow.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/log/qlumlogview.h>
 #include <app/mainwindow/qlumaboutdialog.h>
@@ -15,6 +18,7 @@
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumprojectview.h>
 #include <app/mainwindow/qlumrecentfiles.h>
+#include <app/mainwindow/qlumrolemarks.h>
 #include <app/mainwindow/qlumservercommands.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtipwindow.h>
@@ -24,6 +28,7 @@
 #include <app/pluginloader/qlumplugindialog.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
+#include <app/services/qlumservicesview.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <opcua/opcua_identifiers.h>
@@ -68,6 +73,7 @@ void QlumTavelin::setupGui()
     m_actions->makeToolBars();
     statusBar()->setObjectName(QStringLiteral("statusBar"));
     statusBar()->addPermanentWidget(new QlumWorkIndicator(QlumRunningWork::instance(), statusBar()));
+    m_roleMarks = new QlumRoleMarks(this, m_tabs, m_project);
 }
 
 QWidget* QlumTavelin::makeCentralWidget()
@@ -119,10 +125,17 @@ void QlumTavelin::makeDocks()
                                   m_pages->widget(), Qt::LeftDockWidgetArea, {0, 400});
 
     m_logView = new QlumLogView(m_logModel, m_actions->list({A::ClearLog, A::SaveLog}), this);
-    makeDock(
+    QDockWidget* log = makeDock(
         tr("Log"), QStringLiteral("Log Dock Widget"),
         tr("<b>Log</b><br>This window shows what Tavelin did and what went wrong, the newest entry last."),
         m_logView, Qt::BottomDockWidgetArea, {0, 180});
+    QDockWidget* services = makeDock(
+        tr("Services"), QStringLiteral("Services Dock Widget"),
+        tr("<b>Services</b><br>This window shows the service calls of all sessions, while that is "
+           "switched on: how long they took, how large they were and what was in them."),
+        new QlumServicesView(QlumServiceRecorder::ofApplication(), this), Qt::BottomDockWidgetArea, {0, 180});
+    tabifyDockWidget(log, services);
+    services->hide(); // until somebody wants it
 }
 
 // How the window looks until the user arranges it: what the docks say of themselves, area by area.
@@ -190,8 +203,8 @@ void QlumTavelin::connectCommands()
     on(A::TipOfTheDay, &QlumTavelin::sltTipOfTheDay);
     on(A::ReportBug, &QlumTavelin::sltHelpReportBug);
     on(A::CheckUpdates, &QlumTavelin::sltHelpCheckUpdates);
-    on(
-        A::About, [this] { QlumAboutDialog(this).exec(); });
+    on(A::About, [this] { QlumAboutDialog(this).exec(); });
+    on(A::Journal, &QlumTavelin::showJournal);
     on(A::ClearLog, [this] { m_logModel->clear(); });
     on(A::SaveLog, &QlumTavelin::sltSaveLog);
     on(A::Rebrowse, [this] { m_pages->rebrowseCurrent(); });
@@ -207,6 +220,7 @@ void QlumTavelin::connectViews()
             [this](const QModelIndex& parent) { m_projectView->expand(parent); });
     connect(m_project, &QlumProjectModel::documentNodeChanged, this, &QlumTavelin::setModified);
     connect(m_project, &QlumProjectModel::serverRenamed, this, &QlumTavelin::setModified);
+    connect(m_project, &QlumProjectModel::serverRoleChanged, this, &QlumTavelin::setModified);
     connect(
         m_project, &QlumProjectModel::serverModelChanged, this,
         [this](unsigned int serverId, const UaNodeId& node, OpcUa_Byte change) {
@@ -292,6 +306,7 @@ void QlumTavelin::sltCurrentProjectNodeChanged()
     const auto* server = qobject_cast<const QlumServerNode*>(node);
     if (!server)
         return;
+    m_roleMarks->setServer(server);
     m_pages->showPage(server->serverId());
     m_director->serverSelectionChanged(server->serverId());
 }
@@ -354,6 +369,16 @@ void QlumTavelin::sltSaveLog()
     if (!saved)
         QlumLog(QStringLiteral("General"))
             .error(tr("Open file %1 for writing returned %2").arg(fileName, file.errorString()));
+}
+
+void QlumTavelin::showJournal()
+{
+    auto* shown = findChild<QlumJournalWindow*>();
+    if (!shown)
+        shown = new QlumJournalWindow(QlumJournal::ofApplication(), this);
+    shown->show();
+    shown->raise();
+    shown->activateWindow();
 }
 
 void QlumTavelin::sltHelpCheckUpdates()

@@ -4,6 +4,7 @@
 #include <app/api/qlumguithread.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumserverrole.h>
 #include <app/project/qlumprojectnodedocument.h>
 
 #include <QList>
@@ -34,6 +35,10 @@ QlumServerNode* QlumProjectModel::addServer(std::unique_ptr<QlumServerNode> serv
     connect(node, &QlumServerNode::nameChanged, this, [this, node] {
         sltNodeChanged(node);
         emit serverRenamed(node->serverId());
+    });
+    connect(node, &QlumServerNode::roleChanged, this, [this, node] {
+        sltNodeChanged(node);
+        emit serverRoleChanged(node->serverId());
     });
     connect(node, &QlumServerNode::serverModelChanged, this, &QlumProjectModel::serverModelChanged);
     connect(node, &QlumServerNode::dataTypesLoaded, this, &QlumProjectModel::dataTypesLoaded);
@@ -126,6 +131,18 @@ QList<QlumProjectNodeDocument*> QlumProjectModel::documents() const
     return result;
 }
 
+namespace {
+QVariant roleCell(const QlumProjectNode& node, int role)
+{
+    const auto* server = qobject_cast<const QlumServerNode*>(&node);
+    if (!server)
+        return {};
+    if (role == QlumProjectModel::serverRole)
+        return static_cast<int>(server->role());
+    return QlumProjectModel::tr("Set to %1").arg(qlumRoleName(server->role()));
+}
+} // namespace
+
 QVariant QlumProjectModel::cell(const QlumProjectNode& node, int, int role) const
 {
     switch (role) {
@@ -136,6 +153,9 @@ QVariant QlumProjectModel::cell(const QlumProjectNode& node, int, int role) cons
         return node.icon();
     case Qt::ToolTipRole:
         return qlumPlainToolTip(node.toolTip());
+    case Qt::AccessibleDescriptionRole:
+    case serverRole:
+        return roleCell(node, role);
     default:
         return {};
     }

@@ -34,6 +34,9 @@ class QlumProjectModel : public QlumTreeModel<QlumProjectNode>, public QlumStora
 {
     Q_OBJECT
 public:
+    /// What a server is set to, as a number of QlumServerRole; invalid for other nodes.
+    static constexpr int serverRole = Qt::UserRole + 1;
+
     explicit QlumProjectModel(QObject* parent = nullptr);
     ~QlumProjectModel() override;
 
@@ -63,6 +66,7 @@ signals:
     void serverNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,
                            unsigned int serverId, const NamespaceMap& namespaceMap);
     void serverRenamed(unsigned int serverId);
+    void serverRoleChanged(unsigned int serverId);
     void serverModelChanged(unsigned int serverId, const UaNodeId& nodeId, OpcUa_Byte change);
     void dataTypesLoaded(unsigned int serverId);
 

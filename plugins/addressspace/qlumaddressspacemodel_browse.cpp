@@ -83,6 +83,7 @@ void QlumAddressSpaceModel::browseNode(QlumAddressSpaceNode* node)
         return stopAskingFor(node);
     Task task(node);
     task.settings.callTimeout = QlumSettings::browseTimeout.value();
+    task.settings.purpose = toUaString(tr("Browsing"));
     task.budget = QlumSettings::maxBrowseNextCalls.value();
     auto answer = m_caller.browse(task.settings, node->nodeId(), browseContext(*node), node->name());
     callEnded(answer.has_value());

@@ -88,6 +88,7 @@ std::vector<UaNodeId> QlumAddressSpaceModel::parentsOf(const UaNodeId& nodeId)
 {
     UaClientSdk::ServiceSettings settings;
     settings.callTimeout = QlumSettings::browseTimeout.value();
+    settings.purpose = toUaString(tr("Showing a node in the address space"));
     UaClientSdk::BrowseContext context = browseContext(*m_root);
     context.browseDirection = OpcUa_BrowseDirection_Inverse;
     context.nodeClassMask = 0;

@@ -235,13 +235,14 @@ QlumWriteOutcome QlumAttributeModel::send(QlumAttributeWriter& writer, const Pla
 {
     const std::vector<QlumValueStep>& steps = placed.place.steps;
     if (placed.place.attributeId != OpcUa_Attributes_Value || steps.empty())
-        return writer.write(placed.place.attributeId, placed.value);
+        return writer.write(placed.place.attributeId, placed.value, valueAt(placed.place).value);
     const bool isElement = steps.size() == 1 && steps.front().kind == QlumValueStep::Element;
     UaVariant sent;
     const UaString range =
         isElement ? qlumElementRange(m_value, steps.front().index, placed.value, sent) : UaString();
     if (!range.isEmpty())
-        if (const QlumWriteOutcome outcome = writer.write(OpcUa_Attributes_Value, sent, range);
+        if (const QlumWriteOutcome outcome =
+                writer.write(OpcUa_Attributes_Value, sent, valueAt(placed.place).value, range);
             !qlumRefusesRanges(outcome))
             return outcome;
     return sendWhole(writer, placed, isElement);
@@ -263,7 +264,7 @@ QlumWriteOutcome QlumAttributeModel::sendWhole(QlumAttributeWriter& writer, cons
     outcome.result = qlumReplacePart(whole, placed.place.steps, placed.value, m_rows.dictionary());
     if (outcome.result.isBad())
         return outcome;
-    outcome = writer.write(OpcUa_Attributes_Value, whole.value);
+    outcome = writer.write(OpcUa_Attributes_Value, whole.value, m_value);
     outcome.isWhole = isElement;
     return outcome;
 }

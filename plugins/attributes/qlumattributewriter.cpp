@@ -1,5 +1,6 @@
 #include <plugins/attributes/qlumattributewriter.h>
 
+#include <app/api/qlumcallnote.h>
 #include <app/api/qlumcalltimeout.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
@@ -15,7 +16,7 @@ QlumAttributeWriter::QlumAttributeWriter(QlumSessionServices& session, const UaN
 {
 }
 
-QlumWriteOutcome QlumAttributeWriter::write(int attributeId, const UaVariant& value,
+QlumWriteOutcome QlumAttributeWriter::write(int attributeId, const UaVariant& value, const UaVariant& shown,
                                             const UaString& indexRange)
 {
     QlumWriteOutcome outcome;
@@ -27,6 +28,7 @@ QlumWriteOutcome QlumAttributeWriter::write(int attributeId, const UaVariant& va
         return outcome;
     }
     UaClientSdk::ServiceSettings settings = qlumServiceSettings(m_purpose);
+    qlumTellShown(settings, {{m_nodeId, static_cast<OpcUa_UInt32>(attributeId), shown, QString()}});
     UaStatusCodeArray results;
     outcome.service = m_session.write(settings, nodes, results);
     if (outcome.service.isGood() && results.length() != 1)

@@ -27,8 +27,8 @@ public:
     /// The purpose is what is written, for the user.
     QlumAttributeWriter(QlumSessionServices& session, const UaNodeId& nodeId, const QString& purpose);
 
-    /// Writes an attribute, or the part of it that an index range means.
-    [[nodiscard]] QlumWriteOutcome write(int attributeId, const UaVariant& value,
+    /// Writes an attribute, or the part of it that an index range means; shown is what the user saw there.
+    [[nodiscard]] QlumWriteOutcome write(int attributeId, const UaVariant& value, const UaVariant& shown,
                                          const UaString& indexRange = UaString());
     /// Reads the Value as it is now. Bad with the reason, and value unchanged, when it cannot be read.
     [[nodiscard]] UaStatusCode readValue(UaVariant& value);

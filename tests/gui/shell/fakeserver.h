@@ -2,6 +2,7 @@
 #pragma once
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumserverrole.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
@@ -23,6 +24,12 @@ public:
     unsigned int serverId() const override { return m_id; }
     QlumConnectionStatus connectionStatus() const override { return m_status; }
     UaClientSdk::UaSession* session() const override { return nullptr; }
+    QlumServerRole role() const override { return m_role; }
+    void setRole(QlumServerRole role) override
+    {
+        m_role = role;
+        emit roleChanged();
+    }
     bool connectServer() override
     {
         ++connects;
@@ -70,6 +77,7 @@ public:
 private:
     static inline unsigned int s_next = 100;
     unsigned int m_id = s_next++;
+    QlumServerRole m_role = QlumServerRole::Operate;
     QString m_url;
     QStringList m_namespaces;
     QlumConnectionStatus m_status = QlumConnectionStatus::Disconnected;

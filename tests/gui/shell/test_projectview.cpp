@@ -1,5 +1,7 @@
+#include <app/api/qlumdocumentservers.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumserverrole.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtavelinservices.h>
@@ -9,10 +11,12 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QColor>
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QDockWidget>
 #include <QKeySequence>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPoint>
@@ -20,6 +24,8 @@
 #include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 #include <QTreeView>
 #include <QWidget>
@@ -71,7 +77,7 @@ TEST_F(ProjectView, TheProjectsContextMenuOffersWhatBelongsToTheNodeEachByAKeyOf
         return result.join(QLatin1Char(' '));
     };
     EXPECT_EQ(names(server), QStringLiteral("connectServer disconnectServer serverProperties changeUser "
-                                            "diagnoseServer rename removeServer addServer addDocument"));
+                                            "diagnoseServer role rename removeServer addServer addDocument"));
     EXPECT_EQ(names(window->projectModel()->documents().first()),
               QStringLiteral("rename removeDocument addServer addDocument"));
     EXPECT_EQ(names(nullptr), QStringLiteral("addServer addDocument"));
@@ -98,4 +104,25 @@ TEST_F(ProjectView, AWindowThatWasNarrowLeavesTheDocksWideEnough)
     window->resize(1200, 800);
     QCoreApplication::processEvents();
     EXPECT_GE(dock->width(), 200);
+}
+
+TEST_F(ProjectView, TheRoleOfAServerIsSeenOnItsFrameAndOnTheTabsThatWorkOnIt)
+{
+    window->show();
+    view->setCurrentIndex(window->projectModel()->indexOf(server));
+    const auto* word = window->findChild<QLabel*>(QStringLiteral("roleWord"));
+    ASSERT_NE(word, nullptr);
+    EXPECT_EQ(word->text().trimmed(), QStringLiteral("Mill: Operate"));
+    const QColor operate = window->grab().toImage().pixelColor(1, 100);
+    server->setRole(QlumServerRole::Commission);
+    EXPECT_EQ(word->text().trimmed(), QStringLiteral("Mill: Commission"));
+    EXPECT_NE(window->grab().toImage().pixelColor(1, 100), operate);
+    QTabWidget* tabs = window->centralTabWidget();
+    EXPECT_EQ(tabs->tabBar()->findChild<QLabel*>(QStringLiteral("roleMark")), nullptr);
+    qlumSetDocumentServers(tabs->widget(0), {server->serverId()});
+    const auto* mark = tabs->tabBar()->findChild<QLabel*>(QStringLiteral("roleMark"));
+    ASSERT_NE(mark, nullptr);
+    EXPECT_EQ(mark->accessibleName(), QStringLiteral("May send: Commission"));
+    window->projectModel()->removeServer(server);
+    EXPECT_TRUE(word->isHidden());
 }

@@ -139,6 +139,42 @@ TEST_F(ServiceWatchTest, AsynchronousCallsEndOnceHoweverTheyEnd)
     EXPECT_EQ(witness->open(), 0u);
 }
 
+// Wants to know of writes only.
+class Clerk : public Sentry
+{
+public:
+    std::shared_ptr<UaClientSdk::ServiceObserver> witness(const ServiceCall& call) override
+    {
+        return call.type.TypeName == std::string("WriteRequest") ? written : nullptr;
+    }
+    const std::shared_ptr<Witness> written = std::make_shared<Witness>();
+};
+
+class Dozer : public Witness
+{
+public:
+    using Witness::setLooking;
+};
+
+TEST_F(ServiceWatchTest, AWitnessHearsOfItsCallsAndAnObserverThatDoesNotLookOfNone)
+{
+    ASSERT_TRUE(connect().isGood());
+    const auto clerk = std::make_shared<Clerk>();
+    const auto dozer = std::make_shared<Dozer>();
+    session.setServiceGuard(clerk);
+    session.setServiceObserver(dozer);
+    takeWrites();
+    dozer->setLooking(false);
+    EXPECT_TRUE(write("allowed").isGood());
+    EXPECT_TRUE(write("").isBad());
+    EXPECT_THAT(clerk->written->ended(), testing::ElementsAre("WriteRequest allowed Good answered"));
+    EXPECT_TRUE(dozer->ended().empty());
+    dozer->setLooking(true);
+    EXPECT_TRUE(write("allowed").isGood());
+    EXPECT_EQ(dozer->ended(), std::vector<std::string>{"WriteRequest allowed Good answered"});
+    EXPECT_EQ(clerk->written->ended().size(), 2u);
+}
+
 TEST_F(ServiceWatchTest, WhatTheGuardRefusesIsNotSent)
 {
     ASSERT_TRUE(connect().isGood());
