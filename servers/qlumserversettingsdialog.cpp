@@ -5,6 +5,7 @@
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/passwords/qlumpasswordkeeper.h>
 #include <servers/qlumconnectdialogs.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointchoice.h>
@@ -186,11 +187,9 @@ QWidget* QlumServerSettingsDialog::createIdentityGroup()
     auto* group = new QGroupBox(tr("User"));
     auto* layout = new QVBoxLayout(group);
     m_identity = new QlumIdentityWidget;
-    m_storePassword = new QCheckBox(tr("&Remember the password until the program ends"));
+    m_storePassword = new QCheckBox(QlumPasswordKeeper::rememberText());
     m_storePassword->setObjectName(QStringLiteral("storePassword"));
-    m_storePassword->setWhatsThis(
-        tr("<b>Remember the password</b><br>The password is asked for once. It is never "
-           "written to a file."));
+    m_storePassword->setWhatsThis(QlumPasswordKeeper::rememberHelp());
     m_identity->addUserRow(m_storePassword);
     layout->addWidget(m_identity);
     return group;
