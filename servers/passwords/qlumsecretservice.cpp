@@ -71,7 +71,7 @@ public:
     [[nodiscard]] GCancellable* cancellable() const { return m_cancellable.get(); }
     [[nodiscard]] GError** error() { return &m_error; }
     [[nodiscard]] bool hasFailed() const { return m_error != nullptr; }
-    /// Of a failed one.
+    // Of a failed one.
     [[nodiscard]] Answer failure(Answer::State otherwise, const std::stop_token& stop) const
     {
         if (stop.stop_requested())
@@ -95,7 +95,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable_any m_ended;
     std::stop_callback<std::function<void()>> m_onStop;
-    std::jthread m_watch; ///< last: joined first
+    std::jthread m_watch; //< last: joined first
 };
 
 const SecretSchema& schema()
