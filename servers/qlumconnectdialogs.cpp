@@ -128,6 +128,8 @@ void QlumConnectDialogs::askWeakPolicy(const QString& server, Decided answer)
 namespace {
 QString passwordWarning(const QlumPasswordQuestion& question)
 {
+    if (question.danger == QlumPasswordDanger::Nobody)
+        return question.problem;
     if (question.danger == QlumPasswordDanger::Anyone)
         return QlumConnectDialogs::tr("The password leaves this computer in clear text, for host '%1': "
                                       "everybody on the way can read it.")

@@ -52,6 +52,7 @@ void QlumConnectFlow::stop()
 {
     m_step = Step::Idle;
     ++m_turn;
+    leaveLookUp();
     if (std::exchange(m_isAsking, false))
         m_prompts.withdraw();
     m_fetcher.cancel();
@@ -80,6 +81,8 @@ void QlumConnectFlow::begin()
     m_failure.reset();
     m_error.reset();
     m_isDeclined = false;
+    m_isPasswordLookedUp = m_isPasswordFound = false;
+    m_passwordProblem.clear();
     m_keepsEntered = !m_identity;
     m_newlyIgnoredHost.clear();
     m_dialledHost.clear();
@@ -101,6 +104,9 @@ void QlumConnectFlow::startUserChange(const QlumDiscoverySetting& setting)
     m_refusal = UaStatusCode();
     m_entered.reset();
     m_failure.reset();
+    m_isPasswordLookedUp = true; // whoever changes the user enters one
+    m_isPasswordFound = false;
+    m_passwordProblem.clear();
     m_keepsEntered = setting.userTokenType == QlumDiscoverySetting::UserName;
     enter(Step::User);
 }
@@ -161,6 +167,7 @@ void QlumConnectFlow::finish(Result result)
 {
     m_step = Step::Idle;
     ++m_turn;
+    leaveLookUp();
     static_cast<void>(m_tlsTrap.release());
     if (std::exchange(m_isAsking, false))
         m_prompts.withdraw();

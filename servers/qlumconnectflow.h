@@ -1,6 +1,8 @@
 #pragma once
 #include <app/api/qlumlog.h>
 #include <app/api/qlumtoolservices.h>
+#include <servers/passwords/qlumkeyring.h>
+#include <servers/passwords/qlumpasswordkeeper.h>
 #include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumconnectworker.h>
@@ -91,6 +93,11 @@ public:
     /// What the user has entered this time for the setting; nothing when he was not asked.
     [[nodiscard]] const std::optional<QlumCredentials>& entered() const { return m_entered; }
 
+    /// Whose password the latest connect has asked for or found, where it is kept for longer.
+    [[nodiscard]] const QlumKeyringKey& passwordKey() const { return m_passwordKey; }
+    /// Whether it was there already.
+    [[nodiscard]] bool isPasswordFound() const { return m_isPasswordFound; }
+
     /// The server's certificate (DER) that the latest connect uses; empty when nobody has judged it.
     [[nodiscard]] const QByteArray& usedCertificate() const { return m_usedCertificate; }
     /// Whether it is trusted, and not only for once; and whether the user was asked about it.
@@ -161,6 +168,9 @@ private:
     void identify(const QString& told);
     void takeUser(const std::optional<QlumUserChoice>& choice);
     void identifyByName();
+    [[nodiscard]] bool lookUpPassword();
+    void takeLookedUp(const QlumSecretText& password, const QString& problem);
+    void leaveLookUp();
     [[nodiscard]] bool isStoredPasswordUsed() const;
     [[nodiscard]] QlumPasswordQuestion passwordQuestion() const;
     void takeCredentials(const std::optional<QlumCredentials>& credentials);
@@ -201,6 +211,11 @@ private:
     std::optional<QlumConnectError> m_error; ///< the latest that the user was asked about
     std::optional<QlumCredentials> m_entered;
     bool m_isLookingUp = false;
+    QlumKeyringKey m_passwordKey;
+    QlumPasswordKeeper::Ticket m_passwordLookUp = 0; ///< under way; 0: none
+    bool m_isPasswordLookedUp = false;
+    bool m_isPasswordFound = false;
+    QString m_passwordProblem;
     QString m_newlyIgnoredHost;
     QString m_dialledHost;
     QByteArray m_usedCertificate;

@@ -4,6 +4,7 @@
 #include <app/api/qlumsecret.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/passwords/qlumpasswordkeeper.h>
 #include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumconnectprompts.h>
@@ -14,6 +15,7 @@
 #include <QUrl>
 
 #include <optional>
+#include <utility>
 
 void QlumConnectFlow::identifyUser()
 {
@@ -71,7 +73,40 @@ QlumPasswordQuestion QlumConnectFlow::passwordQuestion() const
         danger = QlumPasswordDanger::Anyone;
     else if (qlumSendsUnprotectedPassword(m_attempt.endpoint))
         danger = QlumPasswordDanger::FalseServer;
-    return {m_setting.displayName, m_setting.userName, QUrl(url()).host(), danger};
+    return {m_setting.displayName, m_setting.userName, QUrl(url()).host(), danger, m_passwordProblem};
+}
+
+// In the background, for the service may be slow, hang, or ask the user itself. The connect goes on by asking
+// when it has none.
+bool QlumConnectFlow::lookUpPassword()
+{
+    m_passwordKey = qlumPasswordKey(m_setting, m_attempt.endpoint.applicationUri);
+    QlumPasswordKeeper* keeper = QlumPasswordKeeper::instance();
+    const bool isWanted = keeper && m_setting.storePassword && m_setting.password.isEmpty() && !m_identity &&
+                          !qlumSendsUnprotectedPassword(m_attempt.endpoint);
+    if (std::exchange(m_isPasswordLookedUp, true) || !isWanted)
+        return false;
+    m_passwordLookUp = keeper->find(m_passwordKey, answer(&QlumConnectFlow::takeLookedUp));
+    return true;
+}
+
+void QlumConnectFlow::takeLookedUp(const QlumSecretText& password, const QString& problem)
+{
+    if (std::exchange(m_passwordLookUp, 0) == 0) // it has answered before it was cancelled
+        return;
+    m_passwordProblem = problem;
+    m_isPasswordFound = !password.isEmpty();
+    m_setting.password = password;
+    if (m_isPasswordFound)
+        m_entered = QlumCredentials{m_setting.userName, password};
+    identifyByName();
+}
+
+void QlumConnectFlow::leaveLookUp()
+{
+    const QlumPasswordKeeper::Ticket ticket = std::exchange(m_passwordLookUp, 0);
+    if (QlumPasswordKeeper* keeper = QlumPasswordKeeper::instance(); keeper && ticket != 0)
+        keeper->giveUp(ticket);
 }
 
 void QlumConnectFlow::identifyByName()
@@ -82,6 +117,8 @@ void QlumConnectFlow::identifyByName()
         m_attempt.security.plainPasswordAccepted = qlumSendsUnprotectedPassword(m_attempt.endpoint);
         return userIsKnown();
     }
+    if (lookUpPassword())
+        return;
     const auto named = answer(&QlumConnectFlow::takeCredentials);
     const QlumPasswordQuestion question = passwordQuestion();
     if (question.danger == QlumPasswordDanger::Nobody)
@@ -96,6 +133,8 @@ void QlumConnectFlow::takeCredentials(const std::optional<QlumCredentials>& cred
     if (!credentials)
         return giveUpByUser();
     const bool unprotected = qlumSendsUnprotectedPassword(m_attempt.endpoint);
+    m_passwordKey = qlumPasswordKey(m_setting, m_attempt.endpoint.applicationUri);
+    m_passwordKey.user = credentials->userName.toStdString();
     if (m_keepsEntered) {
         m_allowedFor.last() = credentials->userName;
         m_clearPasswordAllowed = unprotected;

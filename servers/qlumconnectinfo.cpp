@@ -142,6 +142,17 @@ QString qlumSetUserCertificate(SessionSecurityInfo& security, const QlumUserChoi
     return {};
 }
 
+QlumKeyringKey qlumPasswordKey(const QlumDiscoverySetting& setting, const QString& serverUri)
+{
+    const QlumEndpoint& endpoint = setting.endpoint;
+    return {serverUri.toStdString(),
+            QStringLiteral("%1 %2 %3")
+                .arg(endpoint.url, qlumPolicyName(endpoint.securityPolicyUri),
+                     qlumSecurityModeName(endpoint.securityMode))
+                .toStdString(),
+            setting.userName.toStdString()};
+}
+
 QString qlumConnectStepName(UaClient::ConnectServiceType step)
 {
     switch (step) {

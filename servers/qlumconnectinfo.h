@@ -1,5 +1,6 @@
 // What a session is told when it connects: from the settings of the program and of one server.
 #pragma once
+#include <servers/passwords/qlumkeyring.h>
 #include <servers/qlumendpoint.h>
 #include <uabase/values/uabytestring.h>
 #include <uaclientsdk/sessionconnectinfo.h>
@@ -34,6 +35,8 @@ void qlumSetIdentity(QlumDiscoverySetting& setting, const UaClientSdk::UaUserIde
 /// the log.
 [[nodiscard]] QString qlumSetUserCertificate(UaClientSdk::SessionSecurityInfo& security,
                                              const QlumUserChoice& user);
+/// Whose password the settings ask for, at a server that calls itself so; an empty URI stands for any.
+[[nodiscard]] QlumKeyringKey qlumPasswordKey(const QlumDiscoverySetting& setting, const QString& serverUri);
 /// A copy of the bytes.
 [[nodiscard]] UaByteString qlumToUaByteString(const QByteArray& bytes);
 /// Name of a step of UaSession::connect, for the log.

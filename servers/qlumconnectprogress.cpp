@@ -67,7 +67,8 @@ void QlumConnectProgress::hide()
 bool QlumConnectProgress::isWaiting(QlumConnectFlow::Step step)
 {
     using Step = QlumConnectFlow::Step;
-    return step == Step::Endpoints || step == Step::Host || step == Step::Session || step == Step::UserChange;
+    return step == Step::Endpoints || step == Step::Host || step == Step::User || step == Step::Session ||
+           step == Step::UserChange;
 }
 
 QString QlumConnectProgress::textOf(QlumConnectFlow::Step step)

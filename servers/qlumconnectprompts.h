@@ -31,6 +31,7 @@ struct QlumPasswordQuestion
     QString userName;
     QString host; ///< that receives the password
     QlumPasswordDanger danger = QlumPasswordDanger::Nobody;
+    QString problem{}; ///< why a password that was remembered is not at hand; may be empty
 };
 
 /// Who is to use a session: a QlumDiscoverySetting::UserTokenType and what belongs to it.

@@ -94,16 +94,19 @@ void readTokens(const QSettings& settings, QVector<QlumUserTokenPolicy>& tokens)
 }
 } // namespace
 
+bool QlumDiscoverySetting::isSameLogIn(const QlumDiscoverySetting& other) const
+{
+    return endpoint.url == other.endpoint.url && userName == other.userName &&
+           userTokenType == other.userTokenType &&
+           endpoint.securityPolicyUri == other.endpoint.securityPolicyUri &&
+           endpoint.securityMode == other.endpoint.securityMode;
+}
+
 void QlumDiscoverySetting::forgetWhatBelongsTo(const QlumDiscoverySetting& before)
 {
-    const QlumEndpoint& old = before.endpoint;
-    const bool isSameServer = endpoint.url == old.url;
-    const bool isSameUser = userName == before.userName && userTokenType == before.userTokenType;
-    const bool isSameSecurity =
-        endpoint.securityPolicyUri == old.securityPolicyUri && endpoint.securityMode == old.securityMode;
-    if (password == before.password && !(isSameServer && isSameSecurity && isSameUser))
+    if (password == before.password && !isSameLogIn(before))
         password.clear();
-    if (!isSameServer)
+    if (endpoint.url != before.endpoint.url)
         trustedCertificate.clear();
 }
 

@@ -31,6 +31,8 @@ struct QlumDiscoverySetting
     QlumServerRole role = qlumRoleOfNewServers(); ///< what may be sent
     QByteArray trustedCertificate; ///< DER, that of the server which it was last connected with as trusted
 
+    /// Whether a password that was given for one is one for the other: server, security and user.
+    [[nodiscard]] bool isSameLogIn(const QlumDiscoverySetting& other) const;
     /// What was given or decided for another server, policy or user is forgotten: the password that the
     /// settings before had, and the certificate.
     void forgetWhatBelongsTo(const QlumDiscoverySetting& before);

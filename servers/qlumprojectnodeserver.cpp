@@ -229,6 +229,11 @@ void QlumProjectNodeServer::setDiscoverySetting(const QlumDiscoverySetting& sett
     setRole(setting.role);
     const QlumDiscoverySetting before = std::exchange(m_setting, setting);
     m_setting.forgetWhatBelongsTo(before);
+    if (!m_setting.isSameLogIn(before) || !m_setting.storePassword) {
+        const QlumSecretText entered = m_setting.password; // for the settings of now
+        forgetPassword(before);
+        m_setting.password = entered;
+    }
     setDisplayName(setting.displayName);
 }
 
@@ -327,7 +332,7 @@ void QlumProjectNodeServer::showReconnectError(const UaStatusCode& status,
                                                UaClient::ConnectServiceType serviceType, bool clientSideError)
 {
     if (serviceType == UaClient::ActivateSession && qlumIsLoginRefused(status)) {
-        m_setting.password.clear(); // the server has another one now
+        forgetPassword(m_setting); // the server has another one now
         m_failure = qlumConnectFailure(status);
         m_reason = m_failure->reason;
         m_isUserChange = false;

@@ -87,6 +87,7 @@ public:
     /// The steps of connects, for those who want to follow or cancel them.
     [[nodiscard]] QlumConnectFlow& connectFlow() { return *m_flow; }
     void storeSettings(QSettings& settings) const override;
+    void forgetSecrets() override;
     [[nodiscard]] QStringList namespaceTable() const override { return m_namespaces; }
     void setNamespaceTable(const QStringList& uris) override { m_namespaces = uris; }
 
@@ -118,6 +119,7 @@ private:
     void takeFlowResult(QlumConnectFlow::Result result);
     void takeEntered(bool isUserChange);
     void takeTrust();
+    void forgetPassword(const QlumDiscoverySetting& setting);
     static void keepInProject();
     [[nodiscard]] QString dialledText() const;
     void endFlow(bool connected);

@@ -5,6 +5,7 @@
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificaterefuseddialog.h>
+#include <servers/passwords/qlumpasswordkeeper.h>
 #include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumendpoint.h>
@@ -152,13 +153,32 @@ void QlumProjectNodeServer::takeEntered(bool isUserChange)
 {
     const bool isRefused = qlumIsLoginRefused(m_flow->refusal()) || qlumIsLoginRefused(m_flow->outcome());
     if (isRefused && !isUserChange)
-        m_setting.password.clear();
+        forgetPassword(m_setting);
     const std::optional<QlumCredentials>& entered = m_flow->entered();
     if (!entered || (isUserChange && m_flow->outcome().isBad()))
         return;
+    if (entered->userName != m_setting.userName)
+        forgetPassword(m_setting);
+    if (QlumPasswordKeeper* keeper = QlumPasswordKeeper::instance();
+        keeper && m_setting.storePassword && m_flow->outcome().isGood() && !m_flow->isPasswordFound() &&
+        !entered->password.isEmpty())
+        keeper->keep(m_flow->passwordKey(), entered->password, displayName());
     m_setting.userName = entered->userName;
     if (m_setting.storePassword && !isRefused)
         m_setting.password = entered->password;
+}
+
+// Here, and where it outlives the program.
+void QlumProjectNodeServer::forgetPassword(const QlumDiscoverySetting& setting)
+{
+    if (QlumPasswordKeeper* keeper = QlumPasswordKeeper::instance(); keeper && setting.storePassword)
+        keeper->forget(qlumPasswordKey(setting, {}));
+    m_setting.password.clear();
+}
+
+void QlumProjectNodeServer::forgetSecrets()
+{
+    forgetPassword(m_setting);
 }
 
 void QlumProjectNodeServer::takeTrust()

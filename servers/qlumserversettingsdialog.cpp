@@ -1,6 +1,7 @@
 #include <servers/qlumserversettingsdialog.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <servers/passwords/qlumpasswordkeeper.h>
 #include <servers/qlumadvancedpage.h>
 #include <servers/qlumconnectdialogs.h>
 #include <servers/qlumconnectiontest.h>
@@ -125,11 +126,9 @@ QWidget* QlumServerSettingsDialog::createIdentityPage()
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     m_identity = new QlumIdentityWidget;
-    m_storePassword = new QCheckBox(tr("&Remember the password until the program ends"));
+    m_storePassword = new QCheckBox(QlumPasswordKeeper::rememberText());
     m_storePassword->setObjectName(QStringLiteral("storePassword"));
-    m_storePassword->setWhatsThis(
-        tr("<b>Remember the password</b><br>The password is asked for once. It is never "
-           "written to a file."));
+    m_storePassword->setWhatsThis(QlumPasswordKeeper::rememberHelp());
     m_identity->addUserRow(m_storePassword);
     layout->addWidget(m_identity);
     layout->addStretch();

@@ -63,6 +63,9 @@ public:
     /// Writes the connection settings into the open group. Never a password.
     virtual void storeSettings(QSettings& settings) const = 0;
 
+    /// The user removes the server: what outlives the program for it alone goes, passwords above all.
+    virtual void forgetSecrets() {}
+
     /// Namespace URIs by index, as the server last had them or the project stored them.
     [[nodiscard]] virtual QStringList namespaceTable() const = 0;
     /// Restores the table that the project stored.

@@ -70,6 +70,7 @@ void QlumServerCommands::sltServerRemove()
     const auto remove = [this, kept = QPointer<QlumServerNode>(server)] {
         if (!kept)
             return;
+        kept->forgetSecrets();
         removeServer(kept);
         emit modified();
     };

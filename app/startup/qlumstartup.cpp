@@ -11,6 +11,8 @@
 #include <app/startup/qlumservices.h>
 #include <app/startup/qlumsettingsfile.h>
 #include <certificates/qlumcertificates.h>
+#include <servers/passwords/qlumpasswordkeeper.h>
+#include <servers/passwords/qlumsecretservice.h>
 #include <uabase/system/uadir.h>
 #include <uabase/system/uaplatformlayer.h>
 #include <uabase/system/uaxmldocument.h>
@@ -161,6 +163,7 @@ int QlumStartup::startLayers(QlumSplashScreen& splash)
 int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& settingsProblems)
 {
     show(splash, Text::tr("Loading main application..."));
+    const QlumPasswordKeeper passwords(std::make_unique<QlumSecretService>()); // outlives what uses it
     auto window = std::make_unique<QlumTavelin>(qlumServices());
     const QlumLog log(QStringLiteral("Tavelin"));
     for (const auto& [level, text] : QlumCertificates::instance()->takeMessages())

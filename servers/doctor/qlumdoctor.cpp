@@ -8,6 +8,7 @@
 #include <certificates/qlumcertificates.h>
 #include <opcua/opcua_statuscodes.h>
 #include <servers/doctor/qlumdoctorwords.h>
+#include <servers/passwords/qlumpasswordkeeper.h>
 #include <servers/qlumcertificatewatch.h>
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumendpoint.h>
@@ -19,6 +20,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QPointer>
 #include <QUrl>
 
 #include <utility>
@@ -52,6 +54,7 @@ QlumDoctor::QlumDoctor(unsigned int serverId, const QlumDiscoverySetting& settin
 QlumDoctor::~QlumDoctor()
 {
     m_prompts->withdraw();
+    leaveLookUp();
     m_pool.cancelAll();
     m_worker.stop();
     static_cast<void>(m_session.disconnect(UaClientSdk::ServiceSettings(), true)); // while the watch lives
@@ -90,6 +93,7 @@ void QlumDoctor::cancel()
 {
     if (!m_isRunning)
         return;
+    leaveLookUp();
     m_pool.cancelAll();
     if (m_worker.isRunning())
         return m_worker.cancel(); // takeEntry follows
@@ -161,7 +165,7 @@ void QlumDoctor::checkServerCertificate()
     changed(rung);
     if (rung.state == QlumRung::Failed)
         return end();
-    enter();
+    lookUpPassword();
 }
 
 QlumRung QlumDoctor::judgeChain()
@@ -193,6 +197,30 @@ QlumRung QlumDoctor::judgeChain()
 }
 
 // ---- into the server
+
+void QlumDoctor::lookUpPassword()
+{
+    QlumPasswordKeeper* keeper = QlumPasswordKeeper::instance();
+    const bool isWanted = keeper && !m_user && m_setting.userTokenType == QlumDiscoverySetting::UserName &&
+                          m_setting.storePassword && m_setting.password.isEmpty();
+    if (!isWanted)
+        return enter();
+    const QlumKeyringKey key = qlumPasswordKey(m_setting, m_diagnosis.chosen.applicationUri);
+    m_lookUp = keeper->find(
+        key, [this, kept = QPointer<QlumDoctor>(this)](const QlumSecretText& password, const QString&) {
+            if (!kept || std::exchange(m_lookUp, 0) == 0)
+                return;
+            m_setting.password = password;
+            enter();
+        });
+}
+
+void QlumDoctor::leaveLookUp()
+{
+    const QlumPasswordKeeper::Ticket ticket = std::exchange(m_lookUp, 0);
+    if (QlumPasswordKeeper* keeper = QlumPasswordKeeper::instance(); keeper && ticket != 0)
+        keeper->giveUp(ticket);
+}
 
 void QlumDoctor::enter()
 {
@@ -361,8 +389,10 @@ void QlumDoctor::trustServer()
 
 QlumPasswordQuestion QlumDoctor::passwordQuestion() const
 {
-    QlumPasswordQuestion question{m_setting.displayName, m_setting.userName,
-                                  QUrl(m_setting.endpoint.url).host()};
+    QlumPasswordQuestion question;
+    question.server = m_setting.displayName;
+    question.userName = m_setting.userName;
+    question.host = QUrl(m_setting.endpoint.url).host();
     if (qlumSendsClearPassword(m_diagnosis.chosen))
         question.danger = QlumPasswordDanger::Anyone;
     else if (qlumSendsUnprotectedPassword(m_diagnosis.chosen))

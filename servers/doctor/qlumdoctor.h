@@ -4,6 +4,7 @@
 #include <servers/doctor/qlumdiagnosis.h>
 #include <servers/doctor/qlumentrywatch.h>
 #include <servers/doctor/qlumreachjob.h>
+#include <servers/passwords/qlumpasswordkeeper.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumconnectworker.h>
 #include <servers/qlumdiscoverysetting.h>
@@ -70,6 +71,8 @@ private:
     void takeReached(const QlumReached& reached);
     void checkServerCertificate();
     [[nodiscard]] QlumRung judgeChain();
+    void lookUpPassword();
+    void leaveLookUp();
     void enter();
     [[nodiscard]] LogIn identify();
     void takeEntry(const UaStatus& status);
@@ -91,6 +94,7 @@ private:
     UaClientSdk::SessionSecurityInfo m_security;
     LogIn m_logIn = LogIn::Possible;
     bool m_isHostJudged = false;
+    QlumPasswordKeeper::Ticket m_lookUp = 0; ///< under way; 0: none
     bool m_isRunning = false;
     bool m_isEntering = false; ///< the session is being opened, and not closed again
     std::shared_ptr<QlumEntryWatch> m_watch;

@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <utility>
 
@@ -37,45 +38,59 @@ int portOf(const QString& url)
 }
 } // namespace
 
-// What a cancel ends. The handles are changed by the job alone; a cancel finds those of the moment.
+// What a cancel ends, on whatever thread. Nothing that it looks at goes while it does.
 class QlumReachJob::Lines
 {
 public:
     Lines() = default;
-    ~Lines()
-    {
-        OpcUa_Probe_Delete(&m_probe);
-        OpcUa_Channel_Delete(&m_channel);
-    }
+    ~Lines() { close(); }
     Lines(const Lines&) = delete;
     Lines& operator=(const Lines&) = delete;
 
     OpcUa_StatusCode open(const QByteArray& url)
     {
-        const std::lock_guard lock(m_mutex);
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_ending == 0; });
+        if (m_isCancelled)
+            return OpcUa_BadRequestCancelledByClient;
         OpcUa_Probe_Delete(&m_probe);
         const OpcUa_StatusCode status = OpcUa_Probe_Create(url.constData(), &m_probe);
-        if (m_isCancelled)
-            OpcUa_Probe_Cancel(m_probe);
         return OpcUa_IsGood(status) && !m_channel ? OpcUa_Channel_Create(&m_channel) : status;
     }
     void cancel()
     {
-        OpcUa_Channel channel = nullptr;
-        {
-            const std::lock_guard lock(m_mutex);
-            m_isCancelled = true;
-            OpcUa_Probe_Cancel(m_probe);
-            channel = m_channel;
-        }
+        std::unique_lock lock(m_mutex);
+        m_isCancelled = true;
+        ++m_ending;
+        const OpcUa_Probe probe = m_probe;
+        const OpcUa_Channel channel = m_channel;
+        lock.unlock();
+        OpcUa_Probe_Cancel(probe);
         static_cast<void>(OpcUa_Channel_Disconnect(channel)); // good or not, nobody waits for it
+        lock.lock();
+        --m_ending;
+        m_changed.notify_all();
     }
-    // Used by the job only, after open().
+    // No callback of the channel runs afterwards.
+    void close()
+    {
+        std::unique_lock lock(m_mutex);
+        m_isCancelled = true;
+        m_changed.wait(lock, [this] { return m_ending == 0; });
+        OpcUa_Channel channel = std::exchange(m_channel, nullptr);
+        OpcUa_Probe probe = std::exchange(m_probe, nullptr);
+        lock.unlock();
+        OpcUa_Channel_Delete(&channel);
+        OpcUa_Probe_Delete(&probe);
+    }
+    // For the job, which alone opens and closes.
     [[nodiscard]] OpcUa_Probe probe() const { return m_probe; }
     [[nodiscard]] OpcUa_Channel channel() const { return m_channel; }
 
 private:
     std::mutex m_mutex;
+    std::condition_variable m_changed;
+    int m_ending = 0; // how many threads look at the handles
     bool m_isCancelled = false;
     OpcUa_Probe m_probe = nullptr;
     OpcUa_Channel m_channel = nullptr;
@@ -103,7 +118,7 @@ void QlumReachJob::run()
         if (isCancelled() || !climb(step, function))
             break;
     }
-    static_cast<void>(OpcUa_Channel_Disconnect(m_lines->channel()));
+    m_lines->close();
     post([done = m_done, reached = m_reached] { done(reached); });
 }
 
@@ -195,6 +210,7 @@ OpcUa_StatusCode QlumReachJob::judgeTls(OpcUa_StatusCode status, const OpcUa_Byt
     const UaByteString bytes(certificate);
     if (qlumIsTlsOverruled(m_question.wanted.url, bytes, status))
         return OpcUa_Good;
+    const std::lock_guard lock(m_tlsMutex);
     m_reached.tlsCertificate = bytes;
     m_reached.tlsStatus = status;
     return status;
@@ -221,6 +237,7 @@ void QlumReachJob::openChannel(QlumRung& rung)
         return static_cast<QlumReachJob*>(context)->judgeTls(validation.Status, validation.Certificate);
     };
     const OpcUa_StatusCode status = OpcUa_Channel_Connect(m_lines->channel(), &info, nullptr);
+    const std::lock_guard lock(m_tlsMutex); // one whose time was over may still be judged
     if (OpcUa_IsBad(status) && !m_reached.tlsCertificate.isEmpty()) {
         qlumExplainTls(rung, m_reached.tlsStatus);
         rung.evidence += qlumCertificateWords(m_reached.tlsCertificate);

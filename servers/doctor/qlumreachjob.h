@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 
 /// What a way to a server has brought.
@@ -68,5 +69,6 @@ private:
     const Told m_told;
     const Done m_done;
     const std::shared_ptr<Lines> m_lines;
+    std::mutex m_tlsMutex; ///< for what is found out of TLS
     QlumReached m_reached;
 };

@@ -12,6 +12,7 @@
 #include <servers/qlumendpoint.h>
 #include <tests/support/connectanswers.h>
 #include <tests/support/demoserverinfo.h>
+#include <tests/support/httpsfront.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/owncertificate.h>
 #include <tests/support/owndemoserver.h>
@@ -32,6 +33,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QString>
+#include <QStringList>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
@@ -229,6 +231,22 @@ TEST_F(Doctor, AnUnsecuredConnectionNeedsNoCertificate)
     EXPECT_EQ(diagnose(), "passed") << report();
     EXPECT_EQ(rung(QlumRung::ServerCertificate).state, QlumRung::Skipped);
     EXPECT_EQ(rung(QlumRung::User).state, QlumRung::Passed);
+}
+
+TEST_F(Doctor, TlsThatNobodyTrustsStopsBeforeTheEndpoints)
+{
+    const HttpsFront front(TAVELIN_TESTSUPPORT "/../..");
+    ASSERT_FALSE(front.url().empty()) << front.log();
+    setting.endpoint.url = QString::fromStdString(front.url());
+    use("None", OpcUa_MessageSecurityMode_None);
+    EXPECT_EQ(diagnose(), "Secure channel, this computer") << report();
+    EXPECT_EQ(rung(QlumRung::Hello).state, QlumRung::Skipped);
+    ASSERT_EQ(fix(), QlumRung::TrustServer);
+    script.isTlsTrusted = true;
+    doctor->trustServer();
+    ASSERT_TRUE(isOver());
+    EXPECT_EQ(script.asked, QStringList{"tls trust"});
+    EXPECT_EQ(outcome(), "passed") << report();
 }
 
 TEST_F(Doctor, AnEndpointThatIsOfferedTakesThePlaceOfOneThatIsNot)

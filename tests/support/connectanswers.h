@@ -36,6 +36,7 @@ struct ConnectScript
     QString serverName; ///< of the latest question that has one
     QStringList hosts;  ///< named by the server, and dialled
     QlumPasswordDanger danger = QlumPasswordDanger::Nobody;
+    QString problem; ///< of the place where passwords are remembered
     QlumCertificateQuestion certificate;
     QlumConnectError error;
     QlumUserChoice proposal;
@@ -140,6 +141,7 @@ private:
         m_script.serverName = question.server;
         m_script.hosts = QStringList{question.host};
         m_script.danger = question.danger;
+        m_script.problem = question.problem;
         if (take(name))
             answer(m_script.credentials);
     }

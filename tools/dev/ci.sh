@@ -38,7 +38,7 @@ stage_threads() {
 run_tests() { # PRESET [CTEST OPTIONS]
     local preset=$1
     shift
-    ctest --preset "$preset" "$@" 2>&1 | tee "$LOGS/ctest-$preset.log"
+    TAVELIN_EVERY_TEST=1 ctest --preset "$preset" "$@" 2>&1 | tee "$LOGS/ctest-$preset.log"
 }
 
 # The runs' own closing lines: "98% tests passed, 1 tests failed out of 50".

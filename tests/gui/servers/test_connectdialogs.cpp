@@ -19,6 +19,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QObject>
+#include <QPushButton>
 #include <QString>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -276,6 +278,12 @@ TEST_F(ConnectDialogs, FailuresSayWhyAndWhatToDoAndOfferAnotherAttempt)
                        "(BadX). (Do that.)");
     press(QMessageBox::Retry);
     EXPECT_EQ(decided, true);
+    dialogs->tellFailure("Plc", "opc.tcp://plc", failure, decides());
+    bool isDiagnosed = false;
+    QObject::connect(dialogs.get(), &QlumConnectDialogs::diagnoseWanted, [&] { isDiagnosed = !open(); });
+    open()->findChild<QPushButton*>("diagnose")->click();
+    EXPECT_EQ(decided, false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isDiagnosed; }));
     dialogs->tellUserRefused("Plc", failure, decides());
     EXPECT_TRUE(words().startsWith("Changing the User Failed: ")) << words();
     press(QMessageBox::Close);

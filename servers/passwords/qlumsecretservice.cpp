@@ -1,0 +1,266 @@
+#include <servers/passwords/qlumsecretservice.h>
+
+#include <stop_token>
+#include <string>
+
+// the precompiled headers bring Qt, whose keyword is the name of a member there. Items go by their paths: an
+// object for each of them, made on a thread that ends, would never be freed whole
+#define SECRET_WITH_UNSTABLE 1
+#pragma push_macro("signals")
+#undef signals
+#include <libsecret/secret.h>
+#pragma pop_macro("signals")
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <thread>
+
+namespace {
+using Answer = QlumKeyringAnswer;
+using namespace std::chrono_literals;
+
+constexpr auto serviceLimit = 5s; // for a service that does not ask the user
+constexpr auto promptLimit = 120s;
+
+struct Unref
+{
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+template <typename T>
+using Object = std::unique_ptr<T, Unref>;
+
+struct FreeValue
+{
+    void operator()(SecretValue* value) const { secret_value_unref(value); }
+};
+struct FreeTable
+{
+    void operator()(GHashTable* table) const { g_hash_table_unref(table); }
+};
+struct FreePaths
+{
+    void operator()(char** paths) const { g_strfreev(paths); }
+};
+using Value = std::unique_ptr<SecretValue, FreeValue>;
+using Table = std::unique_ptr<GHashTable, FreeTable>;
+using Paths = std::unique_ptr<char*, FreePaths>;
+
+const char* firstOf(const Paths& paths)
+{
+    return paths ? *paths : nullptr;
+}
+
+// One exchange with the service: ends by itself, by its time or by a stop.
+class Exchange
+{
+public:
+    Exchange(std::chrono::seconds limit, const std::stop_token& stop)
+        : m_cancellable(g_cancellable_new()),
+          m_onStop(stop, [this] { g_cancellable_cancel(m_cancellable.get()); }),
+          m_watch([this, limit](const std::stop_token& ended) { watch(limit, ended); })
+    {
+    }
+    ~Exchange() { g_clear_error(&m_error); }
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
+
+    [[nodiscard]] GCancellable* cancellable() const { return m_cancellable.get(); }
+    [[nodiscard]] GError** error() { return &m_error; }
+    [[nodiscard]] bool hasFailed() const { return m_error != nullptr; }
+    // Of a failed one.
+    [[nodiscard]] Answer failure(Answer::State otherwise, const std::stop_token& stop) const
+    {
+        if (stop.stop_requested())
+            return {Answer::Cancelled, {}};
+        if (g_error_matches(m_error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED))
+            return {Answer::Locked, m_error->message};
+        return {otherwise,
+                g_cancellable_is_cancelled(m_cancellable.get()) ? "no answer in time" : m_error->message};
+    }
+
+private:
+    void watch(std::chrono::seconds limit, const std::stop_token& ended)
+    {
+        std::unique_lock lock(m_mutex);
+        if (!m_ended.wait_for(lock, ended, limit, [] { return false; }) && !ended.stop_requested())
+            g_cancellable_cancel(m_cancellable.get());
+    }
+
+    const Object<GCancellable> m_cancellable;
+    GError* m_error = nullptr;
+    std::mutex m_mutex;
+    std::condition_variable_any m_ended;
+    std::stop_callback<std::function<void()>> m_onStop;
+    std::jthread m_watch; //< last: joined first
+};
+
+const SecretSchema& schema()
+{
+    static const SecretSchema schema{"com.korvanda.tavelin.Password",
+                                     SECRET_SCHEMA_NONE,
+                                     {{"server", SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {"endpoint", SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {"user", SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
+                                     0,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr};
+    return schema;
+}
+
+Table attributesOf(const QlumKeyringKey& key)
+{
+    Table table(g_hash_table_new_full(g_str_hash, g_str_equal, nullptr, g_free));
+    const auto add = [&table](const char* name, const std::string& value) {
+        g_hash_table_insert(table.get(), const_cast<char*>(name), g_strdup(value.c_str()));
+    };
+    if (!key.serverUri.empty())
+        add("server", key.serverUri);
+    add("endpoint", key.endpoint);
+    add("user", key.user);
+    return table;
+}
+
+// Null, and the answer, when there is none.
+Object<SecretService> open(const std::stop_token& stop, Answer& answer)
+{
+    Exchange exchange(serviceLimit, stop);
+    // else the program would be ended with its session bus
+    const Object<GDBusConnection> bus(
+        g_bus_get_sync(G_BUS_TYPE_SESSION, exchange.cancellable(), exchange.error()));
+    if (!bus) {
+        answer = exchange.failure(Answer::Absent, stop);
+        return nullptr;
+    }
+    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+    Object<SecretService> service(
+        secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, exchange.cancellable(), exchange.error()));
+    if (!service)
+        answer = exchange.failure(Answer::Absent, stop);
+    return service;
+}
+
+// With the service that is there; once more when it was another one that the library remembers.
+template <typename Call>
+Answer ask(const std::stop_token& stop, Call call)
+{
+    Answer answer;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        answer = {};
+        const Object<SecretService> service = open(stop, answer);
+        if (service)
+            answer = call(service.get());
+        if (answer.state != Answer::Failed && answer.state != Answer::Absent)
+            break;
+        secret_service_disconnect();
+    }
+    return answer;
+}
+
+Answer unlock(SecretService* service, const char* path, const std::stop_token& stop)
+{
+    Exchange exchange(promptLimit, stop);
+    const char* wanted[] = {path, nullptr};
+    char** unlocked = nullptr;
+    secret_service_unlock_dbus_paths_sync(service, wanted, exchange.cancellable(), &unlocked,
+                                          exchange.error());
+    const Paths done(unlocked);
+    if (exchange.hasFailed())
+        return exchange.failure(Answer::Locked, stop);
+    return {firstOf(done) ? Answer::Done : Answer::Locked, {}};
+}
+
+Answer load(SecretService* service, const char* path, UaClientSdk::SecretBytes& password,
+            const std::stop_token& stop)
+{
+    Exchange exchange(serviceLimit, stop);
+    const Value value(secret_service_get_secret_for_dbus_path_sync(service, path, exchange.cancellable(),
+                                                                   exchange.error()));
+    if (exchange.hasFailed())
+        return exchange.failure(Answer::Failed, stop);
+    if (!value)
+        return {Answer::Missing, {}};
+    gsize length = 0;
+    const auto* text = reinterpret_cast<const OpcUa_Byte*>(secret_value_get(value.get(), &length));
+    password.reserve(length);
+    password.append(std::span<const OpcUa_Byte>(text, length));
+    return {};
+}
+} // namespace
+
+QlumKeyringAnswer QlumSecretService::check(const std::stop_token& stop)
+{
+    return ask(
+        stop, [](SecretService*) { return Answer(); });
+}
+
+QlumKeyringAnswer QlumSecretService::find(const QlumKeyringKey& key, UaClientSdk::SecretBytes& password,
+                                          const std::stop_token& stop)
+{
+    return ask(
+        stop,
+        [&](SecretService* service) -> Answer {
+            Exchange exchange(serviceLimit, stop);
+            const Table attributes = attributesOf(key);
+            char** free = nullptr;
+            char** locked = nullptr;
+            secret_service_search_for_dbus_paths_sync(service, &schema(), attributes.get(),
+                                                      exchange.cancellable(), &free, &locked,
+                                                      exchange.error());
+            const Paths readable(free);
+            const Paths closed(locked);
+            if (exchange.hasFailed())
+                return exchange.failure(Answer::Failed, stop);
+            if (const char* path = firstOf(readable))
+                return load(service, path, password, stop);
+            const char* path = firstOf(closed);
+            if (!path)
+                return {Answer::Missing, {}};
+            const Answer unlocked = unlock(service, path, stop);
+            return unlocked.state == Answer::Done ? load(service, path, password, stop) : unlocked;
+        });
+}
+
+QlumKeyringAnswer QlumSecretService::keep(const QlumKeyringKey& key, const UaClientSdk::SecretBytes& password,
+                                          const std::string& label, const std::stop_token& stop)
+{
+    return ask(
+        stop,
+        [&](SecretService* service) -> Answer {
+            Exchange exchange(promptLimit, stop); // it may ask to unlock, or for a first keyring
+            const Table attributes = attributesOf(key);
+            const std::span<const OpcUa_Byte> bytes = password.bytes();
+            const Value value(secret_value_new(reinterpret_cast<const char*>(bytes.data()),
+                                               static_cast<gssize>(bytes.size()), "text/plain"));
+            const bool isKept = secret_service_store_sync(
+                service, &schema(), attributes.get(), SECRET_COLLECTION_DEFAULT, label.c_str(), value.get(),
+                exchange.cancellable(), exchange.error());
+            if (exchange.hasFailed())
+                return exchange.failure(Answer::Failed, stop);
+            return {isKept ? Answer::Done : Answer::Locked, {}}; // the prompt was dismissed
+        });
+}
+
+QlumKeyringAnswer QlumSecretService::forget(const QlumKeyringKey& key, const std::stop_token& stop)
+{
+    return ask(
+        stop,
+        [&](SecretService* service) -> Answer {
+            Exchange exchange(promptLimit, stop);
+            const Table attributes = attributesOf(key);
+            const bool isForgotten = secret_service_clear_sync(service, &schema(), attributes.get(),
+                                                               exchange.cancellable(), exchange.error());
+            if (exchange.hasFailed())
+                return exchange.failure(Answer::Failed, stop);
+            return {isForgotten ? Answer::Done : Answer::Missing, {}};
+        });
+}
