@@ -269,6 +269,32 @@ async function historyReachesBack({ session }) {
   }
 }
 
+/** What was before somebody changed it, with who and when; and values of times that lie between two. */
+async function historyKnowsChangesAndTimes({ session }) {
+  const nodesToRead = [new ua.HistoryReadValueId({ nodeId: demo("History.Sine") })];
+  const ask = async (historyReadDetails) => {
+    const request = new ua.HistoryReadRequest({
+      historyReadDetails,
+      nodesToRead,
+      timestampsToReturn: ua.TimestampsToReturn.Both,
+    });
+    return (await session.historyRead(request)).results[0];
+  };
+  const end = new Date();
+  const range = { isReadModified: true, startTime: new Date(end.getTime() - 3_500_000), endTime: end };
+  const modified = await ask(new ua.ReadRawModifiedDetails({ ...range, numValuesPerNode: 100 }));
+  assert.ok(modified.historyData.dataValues.length >= 5);
+  assert.equal(modified.historyData.modificationInfos[0].userName, "operator");
+  const refused = await ask(new ua.ReadRawModifiedDetails({ ...range, returnBounds: true }));
+  assert.equal(refused.statusCode, StatusCodes.BadInvalidArgument);
+  const reqTimes = [new Date(end.getTime() - 60_500), new Date(0)];
+  const atTimes = await ask(new ua.ReadAtTimeDetails({ reqTimes }));
+  assert.deepEqual(
+    atTimes.historyData.dataValues.map((one) => one.statusCode),
+    [StatusCodes.Good, StatusCodes.BadNoData],
+  );
+}
+
 async function eventsFire({ session }) {
   const filter = ua.constructEventFilter(["Message", "Severity", "SourceName"]);
   const seen = await collect(session, serverEvents(filter), (all) => all.length >= 2);
@@ -437,6 +463,7 @@ const checks = [
   methodsAnswer,
   valuesChange,
   historyReachesBack,
+  historyKnowsChangesAndTimes,
   eventsFire,
   alarmsAcknowledge,
   conditionsRefresh,

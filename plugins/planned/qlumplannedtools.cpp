@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 9> tools{{
+constexpr std::array<QlumPlannedTool, 8> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -30,11 +30,6 @@ constexpr std::array<QlumPlannedTool, 9> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Data Access View</b><br>Watches the values of variables of one or more servers "
                        "and writes them.")},
-    {QlumPlannedTool::Document, "QlumHistoryPlugin", "UA History Plugin", "History Trend View",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The history trend view is not part of this version."),
-     QT_TRANSLATE_NOOP(
-         "QlumPlannedPlugin",
-         "<b>History Trend View</b><br>Reads the history of variables and plots it over time.")},
     {QlumPlannedTool::Document, "QlumEventPlugin", "UA Events Plugin", "Event View",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The event view is not part of this version."),
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
@@ -114,7 +109,6 @@ QStaticPlugin exported()
 
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDaPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumHistoryPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumEventPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)

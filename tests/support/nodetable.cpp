@@ -17,6 +17,7 @@ const UaNodeId organizes(35);
 const UaNodeId hasProperty(46);
 const UaNodeId hasComponent(47);
 const UaNodeId hierarchical(33);
+const UaNodeId hasHistoricalConfiguration(56);
 
 // A table that has no memory is of no use to anybody.
 void require(bool done)
@@ -35,7 +36,8 @@ bool isOfType(const UaNodeId& type, const OpcUa_NodeId& wanted, bool withSubtype
     const UaNodeId id(wanted);
     return id.isNull() || id == type ||
            (withSubtypes && (id == UaNodeId(31) || id == hierarchical) &&
-            (type == organizes || type == hasProperty || type == hasComponent));
+            (type == organizes || type == hasProperty || type == hasComponent ||
+             type == hasHistoricalConfiguration));
 }
 
 UaByteString bytesOf(const std::string& text)

@@ -4,6 +4,7 @@
 #include <QPalette>
 #include <QRgb>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -30,6 +31,21 @@ QlumPlotColors::QlumPlotColors(const QPalette& palette)
 {
     uncertain = m_isDark ? QColor(0xff, 0xc8, 0x3d) : QColor(0x9a, 0x64, 0x00);
     bad = m_isDark ? QColor(0xff, 0x7b, 0x72) : QColor(0xb4, 0x1f, 0x1f);
+}
+
+QColor QlumPlotColors::adapted(const QColor& color) const
+{
+    for (const auto& colors : {onLight, onDark}) {
+        const auto found = std::find(colors.begin(), colors.end(), color.rgb());
+        if (found != colors.end())
+            return curve(static_cast<int>(found - colors.begin()));
+    }
+    return color;
+}
+
+int QlumPlotColors::curveCount()
+{
+    return static_cast<int>(onLight.size());
 }
 
 QColor QlumPlotColors::curve(int number) const

@@ -13,6 +13,11 @@ struct QlumPlotColors
     /// ground.
     [[nodiscard]] QColor curve(int number) const;
 
+    /// One of the colours of curves as it looks on this ground, whichever it was chosen on; others stay.
+    [[nodiscard]] QColor adapted(const QColor& color) const;
+    /// How many numbers have a colour of their own.
+    [[nodiscard]] static int curveCount();
+
     QColor ground;    ///< behind curves
     QColor text;      ///< of scales and titles
     QColor grid;      ///< fainter than any curve

@@ -4,6 +4,7 @@
 #include <uawidgets/plot/qlumplotcolors.h>
 #include <uawidgets/plot/qlumsamplestore.h>
 
+#include <QLocale>
 #include <QPainter>
 #include <QPalette>
 #include <QPen>
@@ -31,6 +32,7 @@ namespace {
 constexpr double markSize = 3;
 constexpr double markDistance = 2 * markSize + 1; // closer marks say nothing more
 constexpr double aboveGrid = 20;
+constexpr int digitsOfValue = 10;
 
 // From a value to its place. The vertical map of a plot goes from 0 to 1, over the range of each curve.
 struct Line
@@ -65,7 +67,39 @@ void QlumPlotCurve::setColors(const QlumPlotColors& colors)
     legendChanged();
 }
 
+void QlumPlotCurve::setOwnColor(const QColor& color)
+{
+    m_ownColor = color;
+    legendChanged();
+    itemChanged();
+}
+
+QColor QlumPlotCurve::color() const
+{
+    return m_ownColor.isValid() ? m_colors.adapted(m_ownColor) : m_colors.curve(m_number);
+}
+
+void QlumPlotCurve::setWidth(int width)
+{
+    m_width = std::max(1, width);
+    itemChanged();
+}
+
+void QlumPlotCurve::setForm(QlumCurveForm form)
+{
+    m_form = form;
+    itemChanged();
+}
+
 // ---- values
+
+QString QlumPlotCurve::valueText(double value) const
+{
+    const QString number = QLocale().toString(value, 'g', digitsOfValue);
+    const auto name = m_valueNames.constFind(std::llround(value));
+    const bool isNamed = name != m_valueNames.constEnd() && std::floor(value) == value;
+    return isNamed ? QStringLiteral("%1 (%2)").arg(*name, number) : number;
+}
 
 std::optional<double> QlumPlotCurve::valueAt(double time) const
 {
@@ -117,7 +151,7 @@ void QlumPlotCurve::draw(QPainter* painter, const QwtScaleMap& xMap, const QwtSc
     };
 
     painter->save();
-    painter->setPen(QPen(color(), 0));
+    painter->setPen(QPen(color(), m_width == 1 ? 0 : m_width));
     QPolygonF points;
     for (std::size_t run = 0; run < curve.runs.size(); ++run) {
         const std::size_t end = run + 1 < curve.runs.size() ? curve.runs[run + 1] : curve.points.size();

@@ -5,6 +5,7 @@
 #include <uawidgets/plot/qlumsamplestore.h>
 
 #include <QColor>
+#include <QMap>
 #include <QPolygonF>
 #include <QString>
 #include <qwt_graphic.h>
@@ -43,9 +44,23 @@ public:
     [[nodiscard]] int number() const { return m_number; } ///< as set
     /// Colours for the palette of the moment.
     void setColors(const QlumPlotColors& colors);
-    [[nodiscard]] QColor color() const { return m_colors.curve(m_number); } ///< of the line
+    /// A colour chosen for the curve; one of those that curves have by number follows the ground. Invalid:
+    /// that of its number.
+    void setOwnColor(const QColor& color);
+    [[nodiscard]] QColor color() const; ///< of the line, on the ground of the moment
+    /// Of the line, in pixels.
+    void setWidth(int width);
+    [[nodiscard]] int width() const { return m_width; } ///< as set; 1 at first
+    /// Replaces that of the construction.
+    void setForm(QlumCurveForm form);
+    [[nodiscard]] QlumCurveForm form() const { return m_form; } ///< as set
+    /// Words for values, as for states: what the readings of the curve say besides the number.
+    void setValueNames(const QMap<qint64, QString>& names) { m_valueNames = names; }
+    /// "Open (1)" for a value that has a name; else the number.
+    [[nodiscard]] QString valueText(double value) const;
     /// The values at the bottom and the top of the plot.
     void setRange(const QwtInterval& range) { m_range = range; }
+    [[nodiscard]] const QwtInterval& range() const { return m_range; } ///< as set
 
     /// The last sample at or before a time in milliseconds since 1970; none when it is a break or there is
     /// none.
@@ -82,6 +97,9 @@ private:
     QlumCurveForm m_form;
     QlumSampleStore m_samples;
     int m_number = 0;
+    int m_width = 1;
+    QColor m_ownColor;
+    QMap<qint64, QString> m_valueNames;
     QlumPlotColors m_colors;
     QwtInterval m_range{0, 1};
     mutable Key m_key;

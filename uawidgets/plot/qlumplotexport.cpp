@@ -86,6 +86,8 @@ const char* qualityOf(const QlumSample& sample)
 QByteArray csvLine(const QlumSample& sample, const QByteArray& nameAndUnit)
 {
     const UaString time = UaDateTime(sample.time).toFullString();
+    const UaString serverTime =
+        sample.serverTime == 0 ? UaString() : UaDateTime(sample.serverTime).toFullString();
     std::array<char, 32> number{};
     char* end = number.data();
     if (std::isfinite(sample.value))
@@ -93,7 +95,8 @@ QByteArray csvLine(const QlumSample& sample, const QByteArray& nameAndUnit)
     QByteArray line(time.toUtf8());
     line.append(',').append(nameAndUnit).append(number.data(), static_cast<int>(end - number.data()));
     line.append(',').append(qualityOf(sample)).append(",0x");
-    line.append(QByteArray::number(sample.status, 16).rightJustified(8, '0')).append("\r\n");
+    line.append(QByteArray::number(sample.status, 16).rightJustified(8, '0'));
+    line.append(',').append(serverTime.toUtf8()).append("\r\n");
     return line;
 }
 
@@ -173,7 +176,7 @@ std::vector<QlumCurveSamples> qlumVisibleSamples(const QlumPlotArea& area)
 bool qlumWritePlotCsv(const std::vector<QlumCurveSamples>& curves, QIODevice* device,
                       const std::function<bool(std::size_t lines)>& goesOn)
 {
-    QByteArray part("Time,Name,Unit,Value,Quality,Status\r\n");
+    QByteArray part("Time,Name,Unit,Value,Quality,Status,Server Time\r\n");
     std::size_t lines = 0;
     for (const QlumCurveSamples& curve : curves) {
         const QByteArray nameAndUnit = qlumCsvField(curve.name) + ',' + qlumCsvField(curve.unit) + ',';

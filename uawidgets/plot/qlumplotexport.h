@@ -54,8 +54,8 @@ struct QlumCurveSamples
 [[nodiscard]] std::vector<QlumCurveSamples> qlumVisibleSamples(const QlumPlotArea& area);
 
 /// Samples as CSV (RFC 4180), UTF-8, a line each: time (UTC, up to 100 ns), name, unit, value, quality,
-/// status. A name that begins like a formula stays text: an apostrophe goes before it. Every thousand lines
-/// the function is told how many are written; it returns false to end there. False when that, or the device,
-/// failed. Any thread.
+/// status, time of the server. A name that begins like a formula stays text: an apostrophe goes before it.
+/// Every thousand lines the function is told how many are written; it returns false to end there. False when
+/// that, or the device, failed. Any thread.
 [[nodiscard]] bool qlumWritePlotCsv(const std::vector<QlumCurveSamples>& curves, QIODevice* device,
                                     const std::function<bool(std::size_t lines)>& goesOn);

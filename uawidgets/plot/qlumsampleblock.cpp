@@ -29,7 +29,8 @@ void QlumSampleBlock::append(const QlumSample& sample)
     const unsigned found = traitsOf(sample);
     m_times.push_back(sample.time);
     m_values.push_back(sample.value);
-    m_statuses.push_back(sample.status);
+    appendStatus(sample.status);
+    appendDelay(sample.serverTime == 0 ? noDelay : sample.serverTime - sample.time);
     for (std::size_t level = 0; level < levels; ++level) {
         std::vector<Node>& nodes = m_nodes[level];
         const std::size_t number = offset >> (levelBits * (level + 1));
@@ -46,6 +47,42 @@ void QlumSampleBlock::append(const QlumSample& sample)
             node.maximumAt = static_cast<std::uint16_t>(offset);
         }
     }
+}
+
+// Most blocks have one status only.
+void QlumSampleBlock::appendStatus(std::uint32_t status)
+{
+    if (size() == 1)
+        m_status = status;
+    else if (m_statuses.empty() && status != m_status)
+        m_statuses.assign(size() - 1, m_status);
+    if (!m_statuses.empty())
+        m_statuses.push_back(status);
+}
+
+void QlumSampleBlock::appendDelay(std::int64_t delay)
+{
+    const std::size_t before = size() - 1;
+    if (before == 0)
+        m_delay = delay;
+    if (m_delays.empty() && m_wideDelays.empty()) {
+        if (delay == m_delay)
+            return;
+        if (isNarrow(m_delay))
+            m_delays.assign(before, narrow(m_delay));
+        else
+            m_wideDelays.assign(before, m_delay);
+    }
+    if (m_wideDelays.empty() && !isNarrow(delay)) {
+        m_wideDelays.reserve(capacity);
+        for (const std::int32_t one : m_delays)
+            m_wideDelays.push_back(widened(one));
+        m_delays = {};
+    }
+    if (m_wideDelays.empty())
+        m_delays.push_back(narrow(delay));
+    else
+        m_wideDelays.push_back(delay);
 }
 
 void QlumSampleBlock::addNode(const Node& node, std::size_t base, QlumSampleSummary& summary) const

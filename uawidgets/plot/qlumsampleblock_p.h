@@ -22,7 +22,9 @@ public:
     [[nodiscard]] std::int64_t lastTime() const { return m_times.back(); }
     [[nodiscard]] QlumSample at(std::size_t offset) const
     {
-        return {m_times[offset], m_values[offset], m_statuses[offset]};
+        const std::int64_t delay = delayAt(offset);
+        return {m_times[offset], m_values[offset], statusAt(offset),
+                delay == noDelay ? 0 : m_times[offset] + delay};
     }
 
     void append(const QlumSample& sample);
@@ -50,12 +52,45 @@ private:
         std::uint16_t traits = 0;
     };
 
+    [[nodiscard]] std::uint32_t statusAt(std::size_t offset) const
+    {
+        return m_statuses.empty() ? m_status : m_statuses[offset];
+    }
+    // Samples without a time of the server.
+    static constexpr std::int64_t noDelay = std::numeric_limits<std::int64_t>::min();
+    static constexpr std::int32_t noNarrowDelay = std::numeric_limits<std::int32_t>::min();
+
+    [[nodiscard]] static bool isNarrow(std::int64_t delay)
+    {
+        return delay == noDelay || (delay > noNarrowDelay && static_cast<std::int32_t>(delay) == delay);
+    }
+    [[nodiscard]] static std::int32_t narrow(std::int64_t delay)
+    {
+        return delay == noDelay ? noNarrowDelay : static_cast<std::int32_t>(delay);
+    }
+    [[nodiscard]] static std::int64_t widened(std::int32_t delay)
+    {
+        return delay == noNarrowDelay ? noDelay : delay;
+    }
+    [[nodiscard]] std::int64_t delayAt(std::size_t offset) const
+    {
+        if (!m_wideDelays.empty())
+            return m_wideDelays[offset];
+        return m_delays.empty() ? m_delay : widened(m_delays[offset]);
+    }
+    void appendStatus(std::uint32_t status);
+    void appendDelay(std::int64_t delay);
+
     [[nodiscard]] static std::size_t span(std::size_t level) { return std::size_t{1} << (levelBits * level); }
     [[nodiscard]] unsigned traits(std::size_t level, std::size_t offset) const;
     void addNode(const Node& node, std::size_t base, QlumSampleSummary& summary) const;
 
     std::vector<std::int64_t> m_times;
     std::vector<double> m_values;
+    std::uint32_t m_status = 0; // of all, as long as none differs
     std::vector<std::uint32_t> m_statuses;
+    std::int64_t m_delay = 0;                      // of all, as long as none differs
+    std::vector<std::int32_t> m_delays;            // as long as all fit
+    std::vector<std::int64_t> m_wideDelays;        // when one does not
     std::array<std::vector<Node>, levels> m_nodes; // of 16, 256 and 4,096 samples
 };

@@ -18,6 +18,7 @@ struct QlumSample
     std::int64_t time = 0;    ///< 100 ns since 1601, UTC, as in UaDateTime
     double value = 0;         ///< what is not finite stands for no value: a curve ends there and begins anew
     std::uint32_t status = 0; ///< status code of OPC UA
+    std::int64_t serverTime = 0; ///< as time, when the server had it; 0 where nobody said
 
     /// Whether a curve must not be drawn through it.
     [[nodiscard]] bool isBreak() const noexcept;
@@ -48,8 +49,9 @@ struct QlumSampleSummary
     [[nodiscard]] bool hasValue() const noexcept { return (traits & qlumHasValue) != 0; }
 };
 
-/// Samples in the order of their times, at most as many as its capacity: the oldest make room. Takes 20 bytes
-/// a sample and 2 for a pyramid of extremes, which is kept while samples arrive.
+/// Samples in the order of their times, at most as many as its capacity: the oldest make room. Takes 16 bytes
+/// a sample and 2 for a pyramid of extremes, which is kept while samples arrive; 4 more where statuses
+/// differ, and up to 8 where times of the server do not follow those of the samples.
 ///
 /// A sample that is older than its predecessor waits until it is sorted in: give a copy to another thread,
 /// call sorted() there and adopt() the result. Copies share what is complete, so they are cheap. One store is

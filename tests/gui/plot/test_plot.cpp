@@ -461,7 +461,7 @@ TEST_F(Plot, ExportsSamplesAsCsv)
     QlumPlotCurve* curve = plot.addCurve(QStringLiteral("=1+1, \"x\""), QStringLiteral("\u00b0C"));
     plot.addCurve(QStringLiteral("hidden"))->setVisible(false);
     add(curve, {{startOfSamples + 1, 0.1, 0},
-                {startOfSamples + tick, 1e300, uncertainStatus},
+                {startOfSamples + tick, 1e300, uncertainStatus, startOfSamples + tick / 2},
                 {startOfSamples + 2 * tick, NAN, badStatus}});
     const QTemporaryDir folder;
     const QString name = QDir(folder.path()).filePath(QStringLiteral("plot.csv"));
@@ -475,10 +475,11 @@ TEST_F(Plot, ExportsSamplesAsCsv)
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(file.readAll());
     EXPECT_EQ(text.toStdString(),
-              "Time,Name,Unit,Value,Quality,Status\r\n"
-              "2025-08-18T14:13:20.0000001Z,\"'=1+1, \"\"x\"\"\",\u00b0C,0.1,Good,0x00000000\r\n"
-              "2025-08-18T14:13:20.001Z,\"'=1+1, \"\"x\"\"\",\u00b0C,1e+300,Uncertain,0x40000000\r\n"
-              "2025-08-18T14:13:20.002Z,\"'=1+1, \"\"x\"\"\",\u00b0C,,Bad,0x80000000\r\n");
+              "Time,Name,Unit,Value,Quality,Status,Server Time\r\n"
+              "2025-08-18T14:13:20.0000001Z,\"'=1+1, \"\"x\"\"\",\u00b0C,0.1,Good,0x00000000,\r\n"
+              "2025-08-18T14:13:20.001Z,\"'=1+1, "
+              "\"\"x\"\"\",\u00b0C,1e+300,Uncertain,0x40000000,2025-08-18T14:13:20.0005Z\r\n"
+              "2025-08-18T14:13:20.002Z,\"'=1+1, \"\"x\"\"\",\u00b0C,,Bad,0x80000000,\r\n");
     for (const char* path : {"/nowhere/plot.csv", "/nowhere/plot.png", "plot.exe"}) {
         failed.clear();
         plot.exportTo(QString::fromLatin1(path));

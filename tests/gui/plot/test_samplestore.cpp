@@ -71,6 +71,32 @@ TEST(SampleStore, KnowsTheExtremesOfEveryStretch)
     }
 }
 
+TEST(SampleStore, KeepsStatusesAndTimesOfTheServerHoweverTheyChange)
+{
+    std::mt19937 random(9);
+    std::vector<QlumSample> samples;
+    for (std::int64_t i = 0; i < 30'000; ++i) {
+        QlumSample sample{1'000'000'000'000 + i * 10'000, 1.0, 0};
+        const std::int64_t block = i / 4096; // each in another way
+        if (block == 1 || block == 5)
+            sample.status = random() % 100 == 0 ? 0x40000000U : 0;
+        if (block >= 2 && block != 6)
+            sample.serverTime =
+                sample.time + (block == 3 ? 777 : static_cast<std::int64_t>(random() % 100'000));
+        if (block == 4 && random() % 50 == 0)
+            sample.serverTime = 0;
+        if (block >= 5 && random() % 50 == 0)
+            sample.serverTime = 9'000'000'000'000;
+        samples.push_back(sample);
+    }
+    QlumSampleStore store;
+    store.append(samples);
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        ASSERT_EQ(store.at(i).status, samples[i].status) << i;
+        ASSERT_EQ(store.at(i).serverTime, samples[i].serverTime) << i;
+    }
+}
+
 TEST(SampleStore, FindsTimesAsASearchThroughAllDoes)
 {
     std::mt19937 random(2);

@@ -1,0 +1,53 @@
+#pragma once
+#include <app/api/qlumappeventadapter.h>
+#include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlumplugininterface.h>
+#include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtoolservices.h>
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+class QlumApplicationInterface;
+class QlumTrendViewDocument;
+class QWidget;
+
+/// Shows the history of variables in documents.
+class QlumHistoryPlugin : public QObject,
+                          public QlumPluginInterface,
+                          public QlumDocumentInterface,
+                          public QlumAppEventAdapter
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QlumPluginInterface_iid)
+    Q_INTERFACES(QlumPluginInterface QlumDocumentInterface QlumAppEventInterface)
+public:
+    QlumHistoryPlugin();
+    /// With services other than those of the application's sessions.
+    explicit QlumHistoryPlugin(QlumSessionServicesProvider services);
+
+    void init(QlumApplicationInterface* app) override;
+    void shutdown() override;
+    QString name() override;
+
+    QStringList documentTypes() override;
+    QWidget* createDocument(const QString& type) override;
+    QString description(const QString& type) override;
+
+    void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
+                              const NamespaceMap& namespaceMap) override;
+    void sessionRemoved(unsigned int serverId) override;
+
+private:
+    void registerSettings();
+    [[nodiscard]] QList<QlumTrendViewDocument*> documents() const;
+
+    const QlumSessionServicesProvider m_services;
+    QlumApplicationInterface* m_app = nullptr;
+    QList<QPointer<QlumTrendViewDocument>> m_documents; ///< of those that were made; they belong to others
+};
