@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 11> tools{{
+constexpr std::array<QlumPlannedTool, 10> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -43,11 +43,6 @@ constexpr std::array<QlumPlannedTool, 11> tools{{
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
          "<b>History Trend View</b><br>Reads the history of variables and plots it over time.")},
-    {QlumPlannedTool::Document, "QlumEventPlugin", "UA Events Plugin", "Event View",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The event view is not part of this version."),
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "<b>Event View</b><br>Receives the events and alarms of one or more servers and "
-                       "acknowledges them.")},
     {QlumPlannedTool::Bare, "QlumMethodPlugin", "UA Method Plugin"},
     {QlumPlannedTool::Document, "QlumPerformancePlugin", "UA Performance Plugin", "Performance View",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The performance view is not part of this version."),
@@ -125,7 +120,6 @@ QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumReferencePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDaPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumHistoryPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumEventPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumMethodPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)

@@ -526,8 +526,8 @@ TEST_F(MainWindow, SettingsOfToolsHaveTheirPageBehindThoseOfTheApplication)
         dialog.accept();
     });
     action(QlumMainActions::Configure)->trigger();
-    EXPECT_EQ(pages, (QStringList{"connections", "certificates", "addressSpace", "log", "trace", "updates",
-                                  "attributes"}));
+    EXPECT_EQ(pages.mid(0, 7), (QStringList{"connections", "certificates", "addressSpace", "log", "trace",
+                                            "updates", "attributes"}));
     EXPECT_EQ(window->settingsValue(QStringLiteral("AttributePlugin.MaxAge")), QVariant(250.0));
     EXPECT_EQ(window->settingsValue(QStringLiteral("General.BrowseTimeout")), QVariant(10000u));
 }
