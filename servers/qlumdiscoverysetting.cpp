@@ -126,6 +126,7 @@ void QlumDiscoverySetting::storeSettings(QSettings& settings) const
     settings.setValue("CertificateFile", certificateFile);
     settings.setValue("PrivateKeyFile", privateKeyFile);
     settings.setValue("IgnoredHost", ignoredHost);
+    settings.setValue("Role", qlumRoleKey(role));
     settings.setValue("TrustedCertificate", QString::fromLatin1(trustedCertificate.toBase64()));
 }
 
@@ -149,6 +150,8 @@ QlumDiscoverySetting QlumDiscoverySetting::fromSetting(const QSettings& settings
     setting.certificateFile = textValue(settings, "CertificateFile");
     setting.privateKeyFile = textValue(settings, "PrivateKeyFile");
     setting.ignoredHost = textValue(settings, "IgnoredHost");
+    if (settings.contains("Role")) // by whom it was written, nobody knows
+        setting.role = qlumRoleFromKey(settings.value("Role").toString()).value_or(QlumServerRole::Look);
     setting.trustedCertificate = certificateValue(settings, "TrustedCertificate");
     return setting;
 }

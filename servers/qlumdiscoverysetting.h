@@ -1,5 +1,6 @@
 #pragma once
 #include <app/api/qlumsecret.h>
+#include <app/api/qlumserverrole.h>
 #include <servers/qlumendpoint.h>
 
 #include <QByteArray>
@@ -20,10 +21,11 @@ struct QlumDiscoverySetting
     QString discoveryHost; ///< where the endpoint was found
     QString ignoredHost;   ///< of the endpoint, which cannot be found: the URL is dialled as it stands
     QString userName;
-    bool storePassword = false;    ///< keep the password while the program runs
-    QlumSecretText password;       ///< in memory only; never written
-    QString certificateFile;       ///< DER, of the user
-    QString privateKeyFile;        ///< PEM, of the user
+    bool storePassword = false;                   ///< keep the password while the program runs
+    QlumSecretText password;                      ///< in memory only; never written
+    QString certificateFile;                      ///< DER, of the user
+    QString privateKeyFile;                       ///< PEM, of the user
+    QlumServerRole role = qlumRoleOfNewServers(); ///< what may be sent
     QByteArray trustedCertificate; ///< DER, that of the server which it was last connected with as trusted
 
     /// What was given or decided for another server, policy or user is forgotten: the password that the

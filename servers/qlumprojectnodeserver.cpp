@@ -3,6 +3,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumserverrole.h>
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificaterefuseddialog.h>
@@ -14,6 +15,7 @@
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumnamespacemap.h>
 #include <servers/qlumnetworkwatch.h>
+#include <servers/qlumserviceguard.h>
 #include <servers/qlumtlstrap.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/uabytestring.h>
@@ -98,7 +100,8 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
 QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting,
                                              std::unique_ptr<QlumConnectPrompts> prompts)
     : QlumServerNode(setting.displayName), m_serverId(nextServerId()), m_log(tr("Server Node"), m_serverId),
-      m_setting(setting), m_session(std::make_shared<UaClientSdk::UaSession>()),
+      m_setting(setting), m_guarded(std::make_shared<QlumGuardedServer>(m_serverId, setting.role)),
+      m_session(std::make_shared<UaClientSdk::UaSession>()),
       m_typeCache(std::make_shared<QlumTypeCache>(
           m_serverId, [services = qlumServicesOf(m_session)](unsigned int) { return services; })),
       m_services(
@@ -109,6 +112,8 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
       m_network(QlumNetworkWatch::shared()), m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
       m_flow(std::make_unique<QlumConnectFlow>(m_log, *m_session, *this, *m_prompts))
 {
+    m_guarded->setName(displayName());
+    m_session->setServiceGuard(std::make_shared<QlumServiceGuard>(m_guarded));
     m_tlsQuestion.setServerName(displayName());
     connect(&m_tlsQuestion, &QlumTlsTrustQuestion::newUntrustedSSLCertificate, this,
             &QlumProjectNodeServer::newUntrustedSSLCertificate);
@@ -175,6 +180,7 @@ QIcon QlumProjectNodeServer::icon() const
 QString QlumProjectNodeServer::toolTip() const
 {
     QString text = displayName() + QLatin1Char('\n') + m_setting.endpoint.url;
+    text += QLatin1Char('\n') + tr("%1: %2").arg(qlumRoleName(role()), qlumRoleExplanation(role()));
     if (!m_reason.isEmpty())
         text += QLatin1Char('\n') + m_reason;
     return text;
@@ -190,11 +196,22 @@ void QlumProjectNodeServer::setDisplayName(const QString& name)
 {
     QlumServerNode::setDisplayName(name);
     m_setting.displayName = name;
+    m_guarded->setName(name);
     m_tlsQuestion.setServerName(name);
+}
+
+void QlumProjectNodeServer::setRole(QlumServerRole role)
+{
+    m_guarded->setRole(role);
+    if (std::exchange(m_setting.role, role) == role)
+        return;
+    m_log.info(tr("Server '%1' is set to %2 now.").arg(displayName(), qlumRoleName(role)));
+    emit roleChanged();
 }
 
 void QlumProjectNodeServer::setDiscoverySetting(const QlumDiscoverySetting& setting)
 {
+    setRole(setting.role);
     const QlumDiscoverySetting before = std::exchange(m_setting, setting);
     m_setting.forgetWhatBelongsTo(before);
     setDisplayName(setting.displayName);

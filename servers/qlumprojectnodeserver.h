@@ -2,6 +2,7 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumserverrole.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
 #include <servers/qlumcertificatewatch.h>
@@ -36,6 +37,7 @@
 #include <memory>
 #include <optional>
 
+class QlumGuardedServer;
 class QlumNetworkWatch;
 
 /// The project node of one server: owns its session and type cache, connects it with what the user
@@ -64,6 +66,10 @@ public:
     [[nodiscard]] unsigned int serverId() const override { return m_serverId; }
     [[nodiscard]] QlumConnectionStatus connectionStatus() const override { return m_status; }
     [[nodiscard]] UaClientSdk::UaSession* session() const override { return m_session.get(); }
+    [[nodiscard]] QlumServerRole role() const override { return m_setting.role; }
+    void setRole(QlumServerRole role) override;
+    /// What guards every session with this server has to look at.
+    [[nodiscard]] const std::shared_ptr<QlumGuardedServer>& guarded() const { return m_guarded; }
     /// startConnect(), and a nested event loop until it has ended.
     bool connectServer() override;
     /// While a lost connection is waited for it makes the next attempt to restore it at once, and answers
@@ -135,6 +141,7 @@ private:
     const unsigned int m_serverId;
     const QlumLog m_log;
     QlumDiscoverySetting m_setting;
+    const std::shared_ptr<QlumGuardedServer> m_guarded;
     const std::shared_ptr<UaClientSdk::UaSession> m_session;
     const std::shared_ptr<QlumTypeCache> m_typeCache;
     std::unique_ptr<QlumServicesRegistration> m_services;

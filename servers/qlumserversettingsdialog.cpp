@@ -13,6 +13,8 @@
 #include <servers/qlumidentitywidget.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatuscode.h>
+#include <uawidgets/qlumformrow.h>
+#include <uawidgets/qlumrolebox.h>
 #include <uawidgets/table/qlumtable.h>
 
 #include <QByteArray>
@@ -177,6 +179,12 @@ QWidget* QlumServerSettingsDialog::createSessionGroup()
     m_sessionName->setToolTip(tr("Name under which the server lists this session"));
     layout->addRow(tr("&Display name:"), m_displayName);
     layout->addRow(tr("Session &name:"), m_sessionName);
+    m_role = new QlumRoleBox;
+    qlumAddRow(layout, m_role,
+               {QStringLiteral("role"), tr("&Role:"),
+                tr("<b>Role</b><br>What may be sent to the server. Look: only what changes nothing. Operate: "
+                   "writing values and calling methods, too. Commission: everything."),
+                tr("What may be sent to the server")});
     connect(m_displayName, &QLineEdit::textChanged, this, &QlumServerSettingsDialog::sltUpdateControls);
     return group;
 }
@@ -213,6 +221,7 @@ void QlumServerSettingsDialog::fill()
     m_sessionName->setText(m_setting.sessionName.isEmpty()
                                ? QStringLiteral("urn:%1:Korvanda:Tavelin").arg(QSysInfo::machineHostName())
                                : m_setting.sessionName);
+    m_role->setRole(m_setting.role);
     m_identity->setChoice({m_setting.userTokenType, m_setting.userName, QString(), m_setting.certificateFile,
                            m_setting.privateKeyFile});
     m_storePassword->setChecked(m_setting.storePassword);
@@ -358,6 +367,7 @@ QlumDiscoverySetting QlumServerSettingsDialog::discoverySetting() const
     setting.discoveryHost = QUrl(qlumCompleteUrl(m_url->text())).host();
     setting.displayName = m_displayName->text().trimmed();
     setting.sessionName = m_sessionName->text().trimmed();
+    setting.role = m_role->role();
     const QlumUserChoice user = m_identity->choice();
     setting.userTokenType = user.tokenType;
     setting.userName = user.userName;

@@ -23,6 +23,7 @@ class QlumConnectDialogs;
 class QlumEndpointFetcher;
 class QlumEndpointModel;
 class QlumIdentityWidget;
+class QlumRoleBox;
 
 /// Adds a server or changes its connection settings: asks the server for its endpoints without blocking, and
 /// lets the user choose one and who to be there.
@@ -84,6 +85,7 @@ private:
     QTreeView* m_endpointView = nullptr;
     QLineEdit* m_displayName = nullptr;
     QLineEdit* m_sessionName = nullptr;
+    QlumRoleBox* m_role = nullptr;
     QlumIdentityWidget* m_identity = nullptr;
     QCheckBox* m_storePassword = nullptr;
     QDialogButtonBox* m_buttons = nullptr;

@@ -10,6 +10,7 @@
 #include <servers/qlumconnectprogress.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumprojectnodeserver.h>
+#include <servers/qlumserviceguard.h>
 #include <servers/qlumtlstrap.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
@@ -74,20 +75,22 @@ private:
     QlumConnectFlow* m_flow = nullptr;
 };
 
-QlumSideConnect::QlumSideConnect(unsigned int serverId, const QlumDiscoverySetting& setting,
-                                 const QlumIdentity& identity, std::unique_ptr<QlumConnectPrompts> prompts,
-                                 QlumSideSessionDone done, QObject* parent)
+QlumSideConnect::QlumSideConnect(const std::shared_ptr<QlumGuardedServer>& server,
+                                 const QlumDiscoverySetting& setting, const QlumIdentity& identity,
+                                 std::unique_ptr<QlumConnectPrompts> prompts, QlumSideSessionDone done,
+                                 QObject* parent)
     : QObject(parent), m_done(std::move(done)),
       m_session(std::make_shared<SideSession>(setting.endpoint.url)),
       m_prompts(prompts ? std::move(prompts) : std::make_unique<QlumConnectDialogs>()),
-      m_flow(std::make_unique<QlumConnectFlow>(QlumLog(tr("Server Node"), serverId), m_session->session,
-                                               *m_session, *m_prompts))
+      m_flow(std::make_unique<QlumConnectFlow>(QlumLog(tr("Server Node"), server->serverId()),
+                                               m_session->session, *m_session, *m_prompts))
 {
     if (dynamic_cast<QlumConnectDialogs*>(m_prompts.get()))
         new QlumConnectProgress(*m_flow, m_flow.get());
     m_session->setFlow(m_flow.get());
     connect(m_flow.get(), &QlumConnectFlow::finished, this, &QlumSideConnect::take);
-    m_flow->start(setting, qlumConnectInfo(serverId, setting.sessionName), identity);
+    m_session->session.setServiceGuard(std::make_shared<QlumServiceGuard>(server));
+    m_flow->start(setting, qlumConnectInfo(server->serverId(), setting.sessionName), identity);
 }
 
 QlumSideConnect::~QlumSideConnect()
@@ -132,7 +135,7 @@ void qlumTakeServers(QlumToolServices& services, QObject* owner, const QlumFindS
                 setting.password.clear(); // it was given for the other server
             }
             qlumSetSecurity(setting.endpoint, endpoint.mode, endpoint.securityPolicy);
-            new QlumSideConnect(serverId, setting, identity, makePrompts ? makePrompts() : nullptr,
+            new QlumSideConnect(node->guarded(), setting, identity, makePrompts ? makePrompts() : nullptr,
                                 std::move(done), node);
         });
     services.takeReconnectWith(

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 
+class QlumGuardedServer;
 class QlumServerNode;
 
 /// One attempt to open a session beside that of the project. The session belongs to whoever is told of it,
@@ -19,10 +20,12 @@ class QlumSideConnect : public QObject
 {
     Q_OBJECT
 public:
-    /// Begins it. done is called once, at the latest when this goes; the attempt deletes itself when it has
-    /// ended. A null identity: as the settings say. Without prompts the user is asked in dialogs.
-    QlumSideConnect(unsigned int serverId, const QlumDiscoverySetting& setting, const QlumIdentity& identity,
-                    std::unique_ptr<QlumConnectPrompts> prompts, QlumSideSessionDone done, QObject* parent);
+    /// Begins it; the session is guarded as that of the project's server. done is called once, at the latest
+    /// when this goes; the attempt deletes itself when it has ended. A null identity: as the settings say.
+    /// Without prompts the user is asked in dialogs.
+    QlumSideConnect(const std::shared_ptr<QlumGuardedServer>& server, const QlumDiscoverySetting& setting,
+                    const QlumIdentity& identity, std::unique_ptr<QlumConnectPrompts> prompts,
+                    QlumSideSessionDone done, QObject* parent);
     ~QlumSideConnect() override;
 
 private:

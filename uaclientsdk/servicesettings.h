@@ -5,7 +5,16 @@
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastring.h>
 
+#include <memory>
+
 namespace UaClientSdk {
+
+/// What a caller has to say to guard and observer of the session beyond the purpose; they know of which kind
+/// it is. Never changed once it is in the settings: any thread may look at it.
+struct ServiceNote
+{
+    virtual ~ServiceNote() = default;
+};
 
 /// Plain record; not thread-safe, one for each call. responseTime is filled by synchronous calls.
 struct ServiceSettings
@@ -15,7 +24,8 @@ struct ServiceSettings
     UaString auditEntryId;              ///< sent only when not empty
     UaStringArray localeIds;
     UaString purpose; ///< what the call is for, as guard and observer of the session see it; never sent
-    OpcUa_UInt32 requestHandle = 0; ///< 0: the session counts
+    std::shared_ptr<const ServiceNote> note; ///< for guard and observer, too; never sent
+    OpcUa_UInt32 requestHandle = 0;          ///< 0: the session counts
     UaDateTime requestTime;
     UaDateTime responseTime;
 };

@@ -1,6 +1,7 @@
 #pragma once
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumprojectnode.h>
+#include <app/api/qlumserverrole.h>
 #include <opcua/opcua_platform.h>
 #include <uabase/values/uaarrays.h>
 
@@ -40,6 +41,11 @@ public:
     [[nodiscard]] virtual QlumConnectionStatus connectionStatus() const = 0;
     /// The session, owned by the node; the pointer stays the same for the node's life.
     [[nodiscard]] virtual UaClientSdk::UaSession* session() const = 0;
+
+    /// What may be done on the server; enforced by whoever owns the session.
+    [[nodiscard]] virtual QlumServerRole role() const { return QlumServerRole::Operate; }
+    /// Holds for every call that begins afterwards; announced by roleChanged().
+    virtual void setRole(QlumServerRole) {}
 
     /// Connects, asking the user for what is missing; true when connected. May run a nested event loop. While
     /// a lost connection is being restored it only hastens that, and answers false.
@@ -88,6 +94,8 @@ public:
 signals:
     /// The name that the user sees has changed, by whatever way.
     void nameChanged();
+    /// The role is another one now, by whatever way.
+    void roleChanged();
     /// The state changed. The widget is null; the map is that of
     /// QlumAppEventInterface::sessionStatusChanged().
     void serverNodeChanged(QlumProjectNode* node, QWidget* widget, QlumConnectionStatus status,

@@ -73,6 +73,8 @@ inline constexpr QlumSetting<QString> typeDictionaryMode{"General.TypeDictionary
                                                          QLatin1String("Reconnect")};
 /// Whether servers tell of changes of their address space.
 inline constexpr QlumSetting<bool> modelChangeEvents{"General.SubscribeForModelChangeEvents", true};
+/// What may be done on servers that are new in a project: Look, Operate or Commission.
+inline constexpr QlumSetting<QString> newServerRole{"General.NewServerRole", QLatin1String("Operate")};
 // findings about server certificates that the user lets pass
 /// That they are expired or not yet valid.
 inline constexpr QlumSetting<bool> ignoreTime{"General.DisableError.CertificateTimeInvalid", false};

@@ -1,11 +1,16 @@
 #include <app/api/qlumstatuswords.h>
 
+#include <app/api/qlumserverrole.h>
+#include <app/api/qlumtext.h>
+
 #include <QCoreApplication>
 #include <QHash>
 #include <QLatin1Char>
 #include <QLatin1String>
 #include <QRegularExpression>
 #include <QStringList>
+
+#include <optional>
 
 #define WORDS(text) QT_TRANSLATE_NOOP("QlumStatusWords", text)
 
@@ -86,4 +91,28 @@ QString qlumStatusWords(const QString& name)
     }();
     const char* words = table.value(name);
     return words ? QCoreApplication::translate("QlumStatusWords", words) : splitName(name);
+}
+
+QString qlumNotSentText(const UaStatus& status)
+{
+    const std::optional<QlumServerRole> role = qlumRefusingRole(status);
+    return role ? QCoreApplication::translate("QlumStatusWords", "Not sent: this server is set to %1")
+                      .arg(qlumRoleName(*role))
+                : QString();
+}
+
+QString qlumResultText(const UaStatus& status)
+{
+    const QString notSent = qlumNotSentText(status);
+    return notSent.isEmpty() ? toQString(status.toString()) : notSent;
+}
+
+QString qlumResultInWords(const UaStatus& status)
+{
+    const QString notSent = qlumNotSentText(status);
+    if (!notSent.isEmpty())
+        return notSent;
+    const QString name = toQString(status.toString());
+    const QString words = status.isGood() ? QString() : qlumStatusWords(name);
+    return words.isEmpty() ? name : QStringLiteral("%1: %2").arg(name, words);
 }

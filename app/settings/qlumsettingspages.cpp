@@ -76,6 +76,12 @@ QlumSettingsPage Pages::connections()
                         {tr("&Most operations in a call (0: server decides):"),
                          tr("Requests for more nodes than this are split into several calls.")},
                         0, noMaximum),
+            Row::choice(S::newServerRole,
+                        {tr("R&ole of new servers:"),
+                         tr("What may be sent to a server that is new in a project. Look: only what changes "
+                            "nothing. Operate: writing values and calling methods, too. Commission: "
+                            "everything.")},
+                        {QStringLiteral("Look"), QStringLiteral("Operate"), QStringLiteral("Commission")}),
             Row::choice(S::typeDictionaryMode,
                         {tr("Load type &dictionaries:"), tr("When the definitions of a server's own data "
                                                             "types are read.")},

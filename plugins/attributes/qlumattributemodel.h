@@ -10,6 +10,7 @@
 #include <plugins/attributes/qlumattributerows.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/models/qlumtreemodel.h>
@@ -123,7 +124,7 @@ private:
     [[nodiscard]] bool stepsTo(const QlumAttributeNode& node, std::vector<QlumValueStep>& steps) const;
     [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& whole);
     bool write(const QModelIndex& index, const UaVariant& value);
-    bool writeRefused(const QModelIndex& index, OpcUa_StatusCode code);
+    bool writeRefused(const QModelIndex& index, const UaStatus& status);
     void takeLock(const QList<int>& attributeIds, const UaDataValues& results);
     [[nodiscard]] QString faultOf(const QlumAttributeNode& node) const;
     [[nodiscard]] QString remarkOn(const QlumAttributeNode& node) const;

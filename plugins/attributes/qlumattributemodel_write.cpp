@@ -4,6 +4,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumguithread.h>
+#include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
@@ -133,8 +134,8 @@ bool QlumAttributeModel::write(const QModelIndex& index, const UaVariant& value)
         return session->write(settings, nodes, results);
     }();
     if (!status.isGood() || results.length() != 1) {
-        log().error(tr("Write failed [ret = %1].").arg(toQString(status.toString())));
-        return writeRefused(index, status.code());
+        log().error(tr("Write failed [ret = %1].").arg(qlumResultText(status)));
+        return writeRefused(index, status);
     }
     const UaStatusCode result(results[0]);
     const QString text = result.isGood() ? tr("Write to node '%1' succeeded [ret = %2].")
@@ -144,16 +145,18 @@ bool QlumAttributeModel::write(const QModelIndex& index, const UaVariant& value)
         m_fault.clear();
         emit written();
     } else {
-        writeRefused(index, result.code());
+        writeRefused(index, result);
     }
     UaNodeId nodeId = m_nodeId; // others may change ours while they hear of it
     m_application.selectionChanged(m_serverId, &nodeId, m_nodeClass);
     return result.isGood();
 }
 
-bool QlumAttributeModel::writeRefused(const QModelIndex& index, OpcUa_StatusCode code)
+bool QlumAttributeModel::writeRefused(const QModelIndex& index, const UaStatus& status)
 {
-    m_fault = qlumWriteFailureText(code);
+    m_fault = qlumNotSentText(status);
+    if (m_fault.isEmpty())
+        m_fault = qlumWriteFailureText(status.code());
     if (!stepsTo(*nodeAt(index), m_faultSteps))
         m_faultSteps.clear(); // the whole Value, then
     emit dataChanged(index, index);

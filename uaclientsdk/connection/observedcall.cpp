@@ -17,18 +17,22 @@ OpcUa_UInt64 monotonicNow()
 
 } // namespace
 
-ObservedCall::ObservedCall(std::shared_ptr<ServiceObserver> observer, OpcUa_UInt64 number,
-                           const ServiceCall& call)
-    : m_observer(std::move(observer)), m_number(number), m_passed(monotonicNow())
+ObservedCall::ObservedCall(Observers observers, OpcUa_UInt64 number, const ServiceCall& call)
+    : m_observers(std::move(observers)), m_number(number), m_passed(monotonicNow())
 {
-    m_observer->serviceBegun(m_number, call);
+    for (const auto& observer : m_observers)
+        if (observer)
+            observer->serviceBegun(m_number, call);
     OpcUa_Channel_MeasureNextCall(&m_measure);
 }
 
 void ObservedCall::end(OpcUa_StatusCode status, const OpcUa_EncodeableType* type, const void* response)
 {
     OpcUa_Channel_MeasureNextCall(nullptr); // should the stack never have been called
-    m_observer->serviceEnded(m_number, {UaStatus(status), type, response, m_begun, m_passed, m_measure});
+    const ServiceOutcome outcome{UaStatus(status), type, response, m_begun, m_passed, m_measure};
+    for (const auto& observer : m_observers)
+        if (observer)
+            observer->serviceEnded(m_number, outcome);
 }
 
 } // namespace UaClientSdk

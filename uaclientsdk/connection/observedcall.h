@@ -5,6 +5,7 @@
 #include <uabase/values/uadatetime.h>
 #include <uaclientsdk/servicewatch.h>
 
+#include <array>
 #include <memory>
 #include <utility>
 
@@ -14,13 +15,16 @@ namespace UaClientSdk {
 class ObservedCall
 {
 public:
+    /// Who looks at a call: the session's observer and the witness of its guard; null for nobody.
+    using Observers = std::array<std::shared_ptr<ServiceObserver>, 2>;
+
     /// Tells of the begin, and has the next call of this thread measured.
-    ObservedCall(std::shared_ptr<ServiceObserver> observer, OpcUa_UInt64 number, const ServiceCall& call);
+    ObservedCall(Observers observers, OpcUa_UInt64 number, const ServiceCall& call);
     /// The answer is here, or the call has failed: tells of the end. type and response may be null.
     void end(OpcUa_StatusCode status, const OpcUa_EncodeableType* type, const void* response);
 
 private:
-    const std::shared_ptr<ServiceObserver> m_observer;
+    const Observers m_observers;
     const OpcUa_UInt64 m_number;
     const UaDateTime m_begun = UaDateTime::now();
     const OpcUa_UInt64 m_passed;

@@ -97,11 +97,12 @@ void SessionContext::fillRequestHeaderLocked(const ServiceSettings& settings, Op
     fillRequestHeader(settings, handle, header);
 }
 
-const ServiceWatch& SessionContext::nextWatchLocked()
+ServiceWatch SessionContext::nextWatchLocked()
 {
     mutex.assertLocked();
     ++watch.number;
-    return watch;
+    const bool isLooking = watch.observer && watch.observer->isLooking();
+    return {watch.guard, isLooking ? watch.observer : nullptr, watch.number};
 }
 
 void SessionContext::setWatchdogTimeLocked(OpcUa_UInt32 milliseconds)

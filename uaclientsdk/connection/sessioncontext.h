@@ -86,7 +86,8 @@ struct SessionContext
     [[nodiscard]] OpcUa_UInt32 connectionId() const { return connectInfo.clientConnectionId; }
     /// Fills an initialised header; the caller clears it.
     void fillRequestHeaderLocked(const ServiceSettings& settings, OpcUa_RequestHeader& header);
-    [[nodiscard]] const ServiceWatch& nextWatchLocked();
+    /// Without the observer while it does not want to look.
+    [[nodiscard]] ServiceWatch nextWatchLocked();
     void setWatchdogTimeLocked(OpcUa_UInt32 milliseconds);
     /// The stack says so, or a call has shown it; the session thread tells the application. Any thread.
     void linkLost();

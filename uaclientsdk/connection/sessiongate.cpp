@@ -63,10 +63,14 @@ UaStatus passGate(SessionContext& context, const GateRequest& wanted, ServiceSet
     context.mutex.assertUnlocked();
     if (!watch.guard && !watch.observer)
         return UaStatus();
-    const ServiceCall call{type, request, settings.purpose};
+    const ServiceCall call{type, request, settings.purpose, settings.note.get()};
     const UaStatus allowed = watch.guard ? watch.guard->mayCall(call) : UaStatus();
-    if (!allowed.isBad() && watch.observer)
-        observed = std::make_unique<ObservedCall>(std::move(watch.observer), watch.number, call);
+    if (allowed.isBad())
+        return allowed;
+    auto witness = watch.guard ? watch.guard->witness(call) : nullptr;
+    if (watch.observer || witness)
+        observed = std::make_unique<ObservedCall>(
+            ObservedCall::Observers{std::move(watch.observer), std::move(witness)}, watch.number, call);
     return allowed;
 }
 

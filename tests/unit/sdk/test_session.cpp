@@ -123,8 +123,8 @@ TEST_F(SessionTest, ServerThatShutsDownEndsTheSession)
     passWatchdogTime();
     ASSERT_TRUE(callback.waitFor({UaClient::Connected, UaClient::ServerShutdown}));
     EXPECT_EQ(session.serverState(), OpcUa_ServerState_Shutdown);
+    EXPECT_TRUE(waitUntil([this] { return stack.calls(OpcUa_CloseSessionRequest_EncodeableType) == 1; }));
     EXPECT_TRUE(disconnect().isGood());
-    EXPECT_EQ(stack.calls(OpcUa_CloseSessionRequest_EncodeableType), 1);
 }
 
 TEST_F(SessionTest, WithoutAutomaticReconnectTheFirstErrorClosesTheSession)
