@@ -286,7 +286,10 @@ async function dialogAsksAndTakesAnAnswer({ session }) {
     return (await session.call({ objectId, methodId, inputArguments })).statusCode;
   };
   const respond = (value) => call(demo("Plant.Dialog"), "i=9069", value);
-  const filter = ua.constructEventFilter(["DialogState.Id", "LastResponse"], [ua.ofType("DialogConditionType")]);
+  const filter = ua.constructEventFilter(
+    ["DialogState.Id", "LastResponse"],
+    [ua.ofType("DialogConditionType")],
+  );
   const seen = await collect(
     session,
     serverEvents(filter),

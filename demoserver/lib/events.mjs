@@ -7,8 +7,12 @@ import { DataType, StatusCodes, ua } from "./ua.mjs";
 
 const require = createRequire(import.meta.url);
 const { extractEventFields } = require("node-opcua-service-filter");
-const { HistoryEvent, HistoryEventFieldList, HistoryReadResult, ReadEventDetails } =
-  require("node-opcua-types");
+const {
+  HistoryEvent,
+  HistoryEventFieldList,
+  HistoryReadResult,
+  ReadEventDetails,
+} = require("node-opcua-types");
 
 export const eventTypeCount = 500;
 const eventsKept = 2000;

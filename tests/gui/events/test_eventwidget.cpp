@@ -10,6 +10,7 @@
 #include <tests/support/dialogdriver.h>
 #include <tests/support/temporaryfolder.h>
 #include <uabase/values/uaarray.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
