@@ -282,6 +282,8 @@ void QlumMonitoredItemModel::load(QSettings& settings, const QMap<int, int>& ser
             continue; // of a server that is not in the project any more
         node.serverId = static_cast<unsigned int>(id.value());
         node.name = qlumSingleLine(settings.value(nameKey).toString());
+        if (!settings.contains(clausesKey)) // written by hand
+            node.selectClauses = qlumStandardClauses();
         for (const QString& line : settings.value(clausesKey).toStringList())
             if (QlumSelectClause clause; qlumReadClause(line, clause))
                 node.selectClauses.push_back(clause);
