@@ -325,6 +325,59 @@ async function alarmsAcknowledge({ session }) {
   assert.equal((await read(session, door)).value.value, true);
 }
 
+/** The condition asks when it is told to, and takes one of its answers once. */
+async function dialogAsksAndTakesAnAnswer({ session }) {
+  const call = async (objectId, methodId, ...values) => {
+    const inputArguments = values.map((value) => scalar(DataType.Int32, value));
+    return (await session.call({ objectId, methodId, inputArguments })).statusCode;
+  };
+  const respond = (value) => call(demo("Plant.Dialog"), "i=9069", value);
+  const filter = ua.constructEventFilter(
+    ["DialogState.Id", "LastResponse"],
+    [ua.ofType("DialogConditionType")],
+  );
+  const seen = await collect(
+    session,
+    serverEvents(filter),
+    (all) => all.length >= 2,
+    async () => {
+      assert.equal(await call(demo("Plant"), demo("Plant.Ask")), StatusCodes.Good);
+      assert.equal(await respond(3), StatusCodes.BadDialogResponseInvalid);
+      assert.equal(await respond(1), StatusCodes.Good);
+      assert.equal(await respond(1), StatusCodes.BadDialogNotActive);
+    },
+  );
+  assert.deepEqual(
+    seen.slice(0, 2).map((fields) => fields.map(({ value }) => value)),
+    [
+      [true, -1],
+      [false, 1],
+    ],
+  );
+}
+
+/** An hour of events before the start, page by page. */
+async function eventsAreKept({ session }) {
+  const read = (continuationPoint) =>
+    session.historyRead(
+      new ua.HistoryReadRequest({
+        historyReadDetails: new ua.ReadEventDetails({
+          numValuesPerNode: 200,
+          startTime: new Date(Date.now() - 2 * 3600_000),
+          endTime: new Date(),
+          filter: ua.constructEventFilter(["Time", "2:BatchNumber"]),
+        }),
+        nodesToRead: [{ nodeId: demo("Plant"), continuationPoint }],
+        timestampsToReturn: ua.TimestampsToReturn.Both,
+      }),
+    );
+  const first = (await read()).results[0];
+  assert.equal(first.statusCode, StatusCodes.Good);
+  assert.equal(first.historyData.events.length, 200);
+  const second = (await read(first.continuationPoint)).results[0];
+  assert.ok(second.historyData.events.length > 100);
+}
+
 /** A client that comes late asks for the conditions that still matter. */
 async function conditionsRefresh({ session }) {
   for (const heat of [50, 95]) await write(session, demo("Plant.Heat"), scalar(DataType.Double, heat));
@@ -466,6 +519,8 @@ const checks = [
   historyKnowsChangesAndTimes,
   eventsFire,
   alarmsAcknowledge,
+  dialogAsksAndTakesAnAnswer,
+  eventsAreKept,
   conditionsRefresh,
   shapesAreThere,
   modelChangesAreTold,

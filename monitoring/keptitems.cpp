@@ -3,6 +3,7 @@
 #include <monitoring/callfaults.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace monitoring {
 
@@ -55,11 +56,58 @@ UaStatus KeptItems::create(UaSubscription& subscription, ServiceSettings& settin
         entry.isRefused = OpcUa_IsBad(results[i].StatusCode);
         entry.isCreated = !entry.isRefused;
         entry.result = results[i];
+        entry.filterResult = UaExtensionObject(results[i].FilterResult);
         OpcUa_ExtensionObject_Initialize(&entry.result.FilterResult); // still the array's
     }
     if (results.length() < entries.size() &&
         (isPassingFault(status.statusCode()) || isUnreadableAnswer(status.statusCode())))
         m_mustReplace = true;
+    return status;
+}
+
+UaStatus KeptItems::modify(UaSubscription& subscription, ServiceSettings& settings,
+                           OpcUa_TimestampsToReturn timestamps, const std::vector<Change>& changes,
+                           std::vector<OpcUa_StatusCode>& statuses)
+{
+    UaMonitoredItemModifyRequests requests;
+    std::vector<std::size_t> places;
+    statuses.assign(changes.size(), OpcUa_Good);
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        if (!created(changes[i].clientHandle)) {
+            m_entries.erase(changes[i].clientHandle);
+            add(changes[i].request[0]);
+            continue;
+        }
+        UaMonitoredItemModifyRequests one(1u);
+        one[0].MonitoredItemId = monitoredItemId(changes[i].clientHandle);
+        UaMonitoredItemCreateRequests copy(changes[i].request);
+        std::swap(one[0].RequestedParameters, copy[0].RequestedParameters);
+        if (!requests.appendMoved(std::move(one)))
+            return UaStatus(OpcUa_BadOutOfMemory);
+        places.push_back(i);
+    }
+    if (places.empty())
+        return UaStatus();
+    UaMonitoredItemModifyResults results;
+    UaDiagnosticInfos diagnostics;
+    const UaStatus status =
+        subscription.modifyMonitoredItems(settings, timestamps, requests, results, diagnostics);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const bool isAnswered = i < results.length();
+        OpcUa_StatusCode& itemStatus = statuses[places[i]];
+        itemStatus = isAnswered ? results[static_cast<OpcUa_UInt32>(i)].StatusCode : status.statusCode();
+        Entry& entry = m_entries[changes[places[i]].clientHandle];
+        if (isAnswered)
+            entry.filterResult = UaExtensionObject(results[static_cast<OpcUa_UInt32>(i)].FilterResult);
+        if (OpcUa_IsBad(itemStatus))
+            continue;
+        entry.request = changes[places[i]].request;
+        entry.result.RevisedQueueSize = results[static_cast<OpcUa_UInt32>(i)].RevisedQueueSize;
+        entry.result.RevisedSamplingInterval = results[static_cast<OpcUa_UInt32>(i)].RevisedSamplingInterval;
+        auto node = m_entries.extract(changes[places[i]].clientHandle);
+        node.key() = changes[places[i]].request[0].RequestedParameters.ClientHandle;
+        m_entries.insert(std::move(node));
+    }
     return status;
 }
 
@@ -116,6 +164,12 @@ const OpcUa_MonitoredItemCreateResult* KeptItems::result(OpcUa_UInt32 clientHand
 {
     const Entry* const entry = created(clientHandle);
     return entry != nullptr ? &entry->result : nullptr;
+}
+
+UaExtensionObject KeptItems::filterResult(OpcUa_UInt32 clientHandle) const
+{
+    const auto found = m_entries.find(clientHandle);
+    return found != m_entries.end() ? found->second.filterResult : UaExtensionObject();
 }
 
 } // namespace monitoring

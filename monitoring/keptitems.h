@@ -5,6 +5,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/uasubscription.h>
@@ -28,6 +29,13 @@ public:
         OpcUa_StatusCode status = OpcUa_Good; ///< why
     };
 
+    /// Another request in the place of an item's own.
+    struct Change
+    {
+        OpcUa_UInt32 clientHandle = 0;         ///< the item's up to now
+        UaMonitoredItemCreateRequests request; ///< one
+    };
+
     /// Copies it; one with the same client handle is replaced, and left at the server.
     void add(const OpcUa_MonitoredItemCreateRequest& request);
     /// Forgets them, and deletes at the server those that it has. subscription: may be null for none.
@@ -38,6 +46,13 @@ public:
     /// an answer, the server may have items that nobody knows: then mustReplace() is true.
     UaStatus create(UaClientSdk::UaSubscription& subscription, UaClientSdk::ServiceSettings& settings,
                     OpcUa_TimestampsToReturn timestamps);
+    /// Asks for other parameters, of items that the server has. Each request is as in add() but has a client
+    /// handle of its own, under which the item goes from then on, so that notifications tell which parameters
+    /// they were made by. Items that the server does not have are added so. status is that of the service;
+    /// statuses, one for each change, are those of the items, which stay as they are where that is bad.
+    UaStatus modify(UaClientSdk::UaSubscription& subscription, UaClientSdk::ServiceSettings& settings,
+                    OpcUa_TimestampsToReturn timestamps, const std::vector<Change>& changes,
+                    std::vector<OpcUa_StatusCode>& statuses);
     /// Whether the subscription should be deleted and made again, or items may be in it twice.
     [[nodiscard]] bool mustReplace() const { return m_mustReplace; }
 
@@ -57,12 +72,16 @@ public:
     /// What the server said when it created the item, without the result of its filter; null while it has
     /// not.
     [[nodiscard]] const OpcUa_MonitoredItemCreateResult* result(OpcUa_UInt32 clientHandle) const;
+    /// What the server said of the item's filter when it created or refused the item or changed it; null when
+    /// it said nothing.
+    [[nodiscard]] UaExtensionObject filterResult(OpcUa_UInt32 clientHandle) const;
 
 private:
     struct Entry
     {
         UaMonitoredItemCreateRequests request; ///< one
         OpcUa_MonitoredItemCreateResult result{};
+        UaExtensionObject filterResult;
         bool isCreated = false;
         bool isRefused = false;
         bool isHomeless = false;

@@ -1,6 +1,7 @@
 // Object Plant: an event source that fires every two seconds, and alarms to acknowledge and confirm.
 
 import { scalar } from "./builder.mjs";
+import { addDialog, addEventHistory, addManyEventTypes } from "./events.mjs";
 import { DataType, ua } from "./ua.mjs";
 
 const optionals = ["ConfirmedState", "Confirm", "AddComment"];
@@ -11,7 +12,7 @@ function addPlant(b) {
     browseName: "Plant",
     organizedBy: b.root,
     notifierOf: b.space.rootFolder.objects.server,
-    eventNotifier: 1,
+    eventNotifier: 1 + 4, // events, and the history of them
   });
   return plant;
 }
@@ -24,14 +25,17 @@ function addEvents(b, plant) {
     propertyOf: type,
     modellingRule: "Mandatory",
   });
+  const dataOf = (batch) => ({
+    message: scalar(DataType.LocalizedText, { locale: "en", text: `Batch ${batch} finished` }),
+    severity: scalar(DataType.UInt16, 100 + (batch % 10) * 100),
+    batchNumber: scalar(DataType.UInt32, batch),
+  });
+  addEventHistory(b, plant, type, dataOf);
+  addManyEventTypes(b, type);
   let batch = 0;
   b.every(2000, () => {
     batch += 1;
-    plant.raiseEvent(type, {
-      message: scalar(DataType.LocalizedText, { locale: "en", text: `Batch ${batch} finished` }),
-      severity: scalar(DataType.UInt16, 100 + (batch % 10) * 100),
-      batchNumber: scalar(DataType.UInt32, batch),
-    });
+    plant.raiseEvent(type, dataOf(batch));
   });
 }
 
@@ -91,5 +95,6 @@ export function addAlarmsAndEvents(b) {
   b.space.installAlarmsAndConditionsService();
   const plant = addPlant(b);
   addEvents(b, plant);
+  addDialog(b, plant);
   addSwing(b, plant, addAlarms(b, plant));
 }

@@ -2,6 +2,7 @@
 // of the name in its row, and deletes the row, the line of its export at the end, and its pictures from
 // CMakeLists.txt; the list of built-in plugins stays as it is. A row that is left behind ends in a symbol
 // defined twice.
+#include <plugins/events/qlumeventplugin.h>
 #include <plugins/planned/qlumplannedplugin.h>
 
 #include <QObject>

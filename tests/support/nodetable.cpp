@@ -14,6 +14,7 @@
 
 namespace {
 const UaNodeId organizes(35);
+const UaNodeId hasSubtype(45);
 const UaNodeId hasProperty(46);
 const UaNodeId hasComponent(47);
 const UaNodeId hierarchical(33);
@@ -36,7 +37,7 @@ bool isOfType(const UaNodeId& type, const OpcUa_NodeId& wanted, bool withSubtype
     const UaNodeId id(wanted);
     return id.isNull() || id == type ||
            (withSubtypes && (id == UaNodeId(31) || id == hierarchical) &&
-            (type == organizes || type == hasProperty || type == hasComponent ||
+            (type == organizes || type == hasProperty || type == hasComponent || type == hasSubtype ||
              type == hasHistoricalConfiguration));
 }
 

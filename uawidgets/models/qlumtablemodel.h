@@ -131,6 +131,22 @@ protected:
         emit dataChanged(index(row, 0), index(row, titleCount() - 1), roles);
     }
 
+    /// Offers every row to the function, which changes some and is true for these; told in one step.
+    template <typename Change>
+    void changeRows(Change&& apply)
+    {
+        qlumAssertGuiThread();
+        int first = -1;
+        int last = -1;
+        for (int row = 0; row < rowCount(); ++row)
+            if (apply(m_rows[static_cast<std::size_t>(row)])) {
+                first = first < 0 ? row : first;
+                last = row;
+            }
+        if (first >= 0)
+            emit dataChanged(index(first, 0), index(last, titleCount() - 1));
+    }
+
     /// A column of every row looks different now.
     void tellColumnChanged(int column, const QVector<int>& roles = {})
     {

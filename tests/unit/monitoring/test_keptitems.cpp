@@ -72,6 +72,34 @@ TEST_F(KeptItemsTest, ComeBackInANewSessionUnderTheirNewNames)
     EXPECT_EQ(asked().back(), "delete: " + std::to_string(id));
 }
 
+TEST_F(KeptItemsTest, GoByTheHandleOfTheirLatestRequest)
+{
+    UaClientSdk::UaSubscription* subscription = create(1);
+    kept.add(request(1)[0]);
+    ASSERT_TRUE(createAll(subscription).isGood());
+    const OpcUa_UInt32 id = kept.monitoredItemId(1);
+    const auto change = [](OpcUa_UInt32 from, OpcUa_UInt32 to) {
+        KeptItems::Change one{from, request(1)};
+        one.request[0].RequestedParameters.ClientHandle = to;
+        one.request[0].RequestedParameters.SamplingInterval = 7;
+        return one;
+    };
+    std::vector<OpcUa_StatusCode> statuses;
+    ASSERT_TRUE(kept.modify(*subscription, settings, OpcUa_TimestampsToReturn_Both, {change(1, 5)}, statuses)
+                    .isGood());
+    EXPECT_EQ(kept.monitoredItemId(5), id);
+    EXPECT_EQ(kept.monitoredItemId(1), 0u);
+    stack.failNext(OpcUa_ModifyMonitoredItemsRequest_EncodeableType, {OpcUa_BadTooManyOperations});
+    EXPECT_TRUE(kept.modify(*subscription, settings, OpcUa_TimestampsToReturn_Both, {change(5, 6)}, statuses)
+                    .isBad());
+    EXPECT_THAT(statuses, ElementsAre(OpcUa_BadTooManyOperations));
+    EXPECT_EQ(kept.monitoredItemId(5), id); // as before
+    ASSERT_TRUE(kept.modify(*subscription, settings, OpcUa_TimestampsToReturn_Both, {change(8, 9)}, statuses)
+                    .isGood());
+    ASSERT_TRUE(createAll(subscription).isGood()); // what was not there is created
+    EXPECT_NE(kept.monitoredItemId(9), 0u);
+}
+
 TEST_F(KeptItemsTest, ACallWithoutAnAnswerAsksForAnotherSubscription)
 {
     UaClientSdk::UaSubscription* subscription = create(1);

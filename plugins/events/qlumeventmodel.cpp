@@ -1,0 +1,176 @@
+#include <plugins/events/qlumeventmodel.h>
+
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumtext.h>
+#include <opcua/opcua_identifiers.h>
+#include <plugins/events/qlumeventsettings.h>
+#include <uabase/values/uanodeid.h>
+#include <uawidgets/table/qlumstatuslook.h>
+
+#include <QCoreApplication>
+#include <QLocale>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+constexpr int toolTipLength = 1000;
+// the thirds of the standard's range
+constexpr int mediumSeverity = 334;
+constexpr int highSeverity = 667;
+} // namespace
+
+QString qlumSeverityWord(int severity)
+{
+    if (severity <= 0)
+        return QCoreApplication::translate("QlumEventModel", "Unknown");
+    if (severity < mediumSeverity)
+        return QCoreApplication::translate("QlumEventModel", "Low");
+    return severity < highSeverity ? QCoreApplication::translate("QlumEventModel", "Medium")
+                                   : QCoreApplication::translate("QlumEventModel", "High");
+}
+
+bool qlumIsHighSeverity(int severity)
+{
+    return severity >= highSeverity;
+}
+
+QVariant qlumSeverityCell(int severity, int role)
+{
+    if (role == Qt::AccessibleDescriptionRole)
+        return qlumSeverityWord(severity);
+    if (severity <= 0)
+        return qlumStatusCell(QlumStatusLevel::Inactive, role);
+    if (severity < mediumSeverity)
+        return qlumStatusCell(QlumStatusLevel::Good, role);
+    return qlumStatusCell(severity < highSeverity ? QlumStatusLevel::Uncertain : QlumStatusLevel::Bad, role);
+}
+
+QlumEventModel::QlumEventModel(QlumApplicationInterface& application, QlumEventTypes& types, QObject* parent)
+    : QlumTableModel(
+          {tr("EventType"), tr("Message"), tr("SourceName"), tr("Time"), tr("Severity"), tr("Server/Object")},
+          parent),
+      m_application(application), m_types(types), m_timeFormat(qlumEventTimeFormat()),
+      m_maximum(std::max(1, QlumEventSettings::maxLogEntries.value()))
+{
+    setMaximumRows(m_maximum);
+    connect(&m_types, &QlumEventTypes::namesRead, this,
+            [this] { tellColumnChanged(EventType, {Qt::DisplayRole}); });
+}
+
+// ---- rows
+
+// What a server sends between the begin and the end of a refresh is nothing new.
+void QlumEventModel::sltNewEvents(const QlumEvents& events)
+{
+    for (const QlumEvent& event : events) {
+        const UaNodeId type = event.eventType();
+        if (type.isNumeric(OpcUaId_RefreshStartEventType))
+            m_refreshing.insert(event.serverId);
+        const bool isRefreshed =
+            m_refreshing.contains(event.serverId) && !event.conditionId().isNull() && !event.isRefreshEvent();
+        if (type.isNumeric(OpcUaId_RefreshEndEventType))
+            m_refreshing.remove(event.serverId);
+        QlumEvent row = event;
+        row.isRefreshed = isRefreshed;
+        ++m_count;
+        if (!m_isPaused)
+            gather(std::move(row));
+        else
+            m_waiting.push_back(std::move(row));
+    }
+    while (m_waiting.size() > static_cast<std::size_t>(m_maximum))
+        m_waiting.pop_front();
+    emit countChanged();
+}
+
+void QlumEventModel::setPaused(bool isPaused)
+{
+    m_isPaused = isPaused;
+    if (!isPaused)
+        for (QlumEvent& event : std::exchange(m_waiting, {}))
+            gather(std::move(event));
+    flush();
+    emit countChanged();
+}
+
+void QlumEventModel::clear()
+{
+    m_waiting.clear();
+    m_count = 0;
+    m_timeFormat = qlumEventTimeFormat();
+    reset();
+    emit countChanged();
+}
+
+// ---- columns
+
+void QlumEventModel::setExtraFields(const QStringList& fields)
+{
+    if (fields == m_extraFields)
+        return;
+    beginResetModel();
+    m_extraFields = fields;
+    endResetModel();
+}
+
+int QlumEventModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount + m_extraFields.size();
+}
+
+QVariant QlumEventModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    const int extra = section - ColumnCount;
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && extra >= 0 &&
+        extra < m_extraFields.size())
+        return m_extraFields.at(extra);
+    return QlumTableModel::headerData(section, orientation, role);
+}
+
+QVariant QlumEventModel::display(const QlumEvent& event, int column) const
+{
+    switch (column) {
+    case EventType: {
+        const QString name = m_types.typeName(event.serverId, event.eventType());
+        return event.isRefreshed ? tr("%1 (refresh)").arg(name) : name;
+    }
+    case Message:
+        return event.text(QlumField::Message);
+    case SourceName:
+        return event.text(QlumField::SourceName);
+    case Time: {
+        const QDateTime time = event.time();
+        return time.isValid() ? QLocale::system().toString(time, m_timeFormat) : QString();
+    }
+    case Severity:
+        return event.severity() > 0 ? QVariant(event.severity()) : QVariant(event.text(QlumField::Severity));
+    case ServerObject:
+        return tr("%1/%2").arg(m_application.serverName(event.serverId), event.notifier);
+    default:
+        return event.text(m_extraFields.value(column - ColumnCount));
+    }
+}
+
+QVariant QlumEventModel::cell(const QlumEvent& event, int column, int role) const
+{
+    const bool isOverflow =
+        column == EventType && event.eventType().isNumeric(OpcUaId_EventQueueOverflowEventType);
+    if (role == Qt::DisplayRole)
+        return isOverflow ? tr("EventQueueOverflowEventType: events were lost") : display(event, column);
+    if (role == severityRole)
+        return event.severity();
+    if (role == typeRole)
+        return m_types.typeName(event.serverId, event.eventType());
+    if (role == refreshedRole)
+        return event.isRefreshed;
+    if (role == sortRole)
+        return column == Time ? QVariant(event.time()) : display(event, column);
+    if (role == Qt::ToolTipRole)
+        return qlumPlainToolTip(qlumCutText(cell(event, column, Qt::DisplayRole).toString(), toolTipLength));
+    if (isOverflow)
+        return qlumStatusCell(QlumStatusLevel::Bad, role);
+    if (column == Severity)
+        return qlumSeverityCell(event.severity(), role);
+    return {};
+}

@@ -1,0 +1,123 @@
+// Events and alarms of the demo server in the whole client.
+#include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtext.h>
+#include <app/api/qlumtoolservices.h>
+#include <opcua/opcua_attributes.h>
+#include <opcua/opcua_statuscodes.h>
+#include <plugins/events/qlumeventwidget.h>
+#include <tests/integration/clientondemoserver.h>
+#include <tests/support/dialogdriver.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+
+#include <QDateTime>
+#include <QDialog>
+#include <QInputDialog>
+#include <QModelIndex>
+#include <QString>
+#include <QTest>
+#include <QTreeView>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+UaNodeId named(const char* name)
+{
+    return UaNodeId(UaString(name), 2);
+}
+
+class EventsOnDemoServer : public ClientOnDemoServer
+{
+protected:
+    void open()
+    {
+        ASSERT_NO_FATAL_FAILURE(openDemoProject());
+        services = qlumApplicationServices()(serverId);
+        ASSERT_NE(services, nullptr);
+        const QlumToolNodes nodes{{serverId, UaNodeId(2253), OpcUa_NodeClass_Object, {}, "Server"},
+                                  {serverId, named("Plant"), OpcUa_NodeClass_Object, {}, "Plant"}};
+        ASSERT_TRUE(QlumToolServices::instance()->openNodes(QStringLiteral("Event View"), nodes));
+        view = window->findChild<QlumEventWidget*>();
+        ASSERT_NE(view, nullptr);
+    }
+    void write(const char* name, const UaVariant& value)
+    {
+        UaWriteValues values(1u);
+        ASSERT_TRUE(OpcUa_IsGood(named(name).copyTo(&values[0].NodeId)));
+        values[0].AttributeId = OpcUa_Attributes_Value;
+        ASSERT_TRUE(OpcUa_IsGood(value.copyTo(&values[0].Value.Value)));
+        UaStatusCodeArray results;
+        UaClientSdk::ServiceSettings settings;
+        ASSERT_TRUE(services->write(settings, values, results).isGood());
+        ASSERT_EQ(results[0], OpcUa_Good) << name;
+    }
+    int rowOf(const QString& condition) const
+    {
+        for (int row = 0; row < view->alarms()->rowCount(); ++row)
+            if (view->alarms()->rowAt(row).text(QlumField::ConditionName) == condition)
+                return row;
+        return -1;
+    }
+    bool waitFor(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, limit); }
+
+    std::shared_ptr<QlumSessionServices> services;
+    QlumEventWidget* view = nullptr;
+};
+
+TEST_F(EventsOnDemoServer, AreListedAcknowledgedAnsweredAndFoundInThePast)
+{
+    ASSERT_NO_FATAL_FAILURE(open());
+    ASSERT_TRUE(waitFor([this] { return view->log()->count() >= 2; })) << logText();
+    // the fields of 500 types of its own among them
+    ASSERT_TRUE(waitFor([this] {
+        view->findChild<QTreeView*>(QStringLiteral("monitoredItems"))
+            ->setCurrentIndex(view->items()->index(0, 0));
+        return view->fields()->rowCount() == 3;
+    })) << logText();
+
+    write("Plant.Automatic", UaVariant(false));
+    write("Plant.Level", UaVariant(50.0));
+    write("Plant.Level", UaVariant(95.0));
+    ASSERT_TRUE(waitFor([this] {
+        const int row = rowOf("LevelAlarm");
+        return row >= 0 && view->alarms()->rowAt(row).is(QlumField::AckedId, false);
+    })) << logText();
+    const QModelIndex row = view->alarms()->index(rowOf("LevelAlarm"), 0);
+    EXPECT_EQ(view->alarms()->conditionNodeId(row.row()), named("Plant.LevelAlarm"));
+    QTreeView* const list = view->alarmView();
+    for (int shown = 0; shown < list->model()->rowCount(); ++shown)
+        if (list->model()->index(shown, 0).data() == "LevelAlarm")
+            list->setCurrentIndex(list->model()->index(shown, 0));
+    {
+        DialogDriver driver([](QDialog& dialog) {
+            if (auto* const input = qobject_cast<QInputDialog*>(&dialog))
+                input->setTextValue("seen");
+            dialog.accept();
+        });
+        view->sltAcknowledge();
+    }
+    ASSERT_TRUE(waitFor([this] {
+        const int now = rowOf("LevelAlarm");
+        return now >= 0 && view->alarms()->rowAt(now).is(QlumField::AckedId, true);
+    })) << logText();
+
+    UaClientSdk::ServiceSettings settings;
+    UaClientSdk::CallOut out;
+    ASSERT_TRUE(services->call(settings, {named("Plant"), named("Plant.Ask"), {}}, out).isGood());
+    ASSERT_TRUE(out.callResult.isGood());
+    ASSERT_TRUE(waitFor([this] { return !view->openDialogs().isEmpty(); })) << logText();
+    view->openDialogs().first()->setDefaultResponse(1);
+    view->openDialogs().first()->sltRespond();
+    ASSERT_TRUE(waitFor([this] { return view->openDialogs().isEmpty(); })) << logText();
+    EXPECT_TRUE(logText().find("Call succeeded") != std::string::npos) << logText();
+
+    const QDateTime now = QDateTime::currentDateTime();
+    view->items()->readEventHistory(now.addSecs(-7200), now);
+    EXPECT_TRUE(waitFor([this] { return view->history()->count() > 300; })) << logText();
+    write("Plant.Automatic", UaVariant(true));
+}
+} // namespace
