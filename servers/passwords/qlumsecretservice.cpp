@@ -214,7 +214,7 @@ QlumKeyringAnswer QlumSecretService::find(const QlumKeyringKey& key, UaClientSdk
             char** readablePaths = nullptr;
             char** closedPaths = nullptr;
             secret_service_search_for_dbus_paths_sync(service, &schema(), attributes.get(),
-                                                      exchange.cancellable(), &free, &locked,
+                                                      exchange.cancellable(), &readablePaths, &closedPaths,
                                                       exchange.error());
             const Paths readable(readablePaths);
             const Paths closed(closedPaths);
