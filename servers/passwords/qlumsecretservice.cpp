@@ -96,7 +96,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable_any m_ended;
     std::stop_callback<std::function<void()>> m_onStop;
-    std::jthread m_watch; //< last: joined first
+    std::jthread m_watch; // last: joined first
 };
 
 const SecretSchema& schema()
@@ -212,13 +212,13 @@ QlumKeyringAnswer QlumSecretService::find(const QlumKeyringKey& key, UaClientSdk
         [&](SecretService* service) -> Answer {
             Exchange exchange(serviceLimit, stop);
             const Table attributes = attributesOf(key);
-            char** free = nullptr;
-            char** locked = nullptr;
+            char** readablePaths = nullptr;
+            char** closedPaths = nullptr;
             secret_service_search_for_dbus_paths_sync(service, &schema(), attributes.get(),
-                                                      exchange.cancellable(), &free, &locked,
+                                                      exchange.cancellable(), &readablePaths, &closedPaths,
                                                       exchange.error());
-            const Paths readable(free);
-            const Paths closed(locked);
+            const Paths readable(readablePaths);
+            const Paths closed(closedPaths);
             if (exchange.hasFailed())
                 return exchange.failure(Answer::Failed, stop);
             if (const char* path = firstOf(readable))
