@@ -31,6 +31,7 @@
 #include <QByteArray>
 #include <QEventLoop>
 #include <QIcon>
+#include <QLocale>
 #include <QMessageBox>
 #include <QMetaObject>
 #include <QObject>
@@ -42,6 +43,7 @@
 #include <QString>
 #include <QStringList>
 #include <QThread>
+#include <QTime>
 #include <QVariant>
 
 #include <memory>
@@ -116,6 +118,9 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
       m_network(QlumNetworkWatch::shared()), m_prompts(std::move(prompts)), m_tlsQuestion(m_log, *m_prompts),
       m_flow(std::make_unique<QlumConnectFlow>(m_log, *m_session, *this, *m_prompts))
 {
+    m_roleTimer.setSingleShot(true);
+    connect(&m_roleTimer, &QTimer::timeout, this,
+            [this] { setRole(m_roleAfterwards.value_or(QlumServerRole::Look)); });
     m_guarded->setName(displayName());
     qlumWatchSession(*m_session, m_guarded);
     m_tlsQuestion.setServerName(displayName());
@@ -185,6 +190,13 @@ QString QlumProjectNodeServer::toolTip() const
 {
     QString text = displayName() + QLatin1Char('\n') + m_setting.endpoint.url;
     text += QLatin1Char('\n') + tr("%1: %2").arg(qlumRoleName(role()), qlumRoleExplanation(role()));
+    if (m_roleAfterwards)
+        text +=
+            QLatin1Char(' ') +
+            tr("%1 again at %2.")
+                .arg(qlumRoleName(*m_roleAfterwards),
+                     QLocale::system().toString(QTime::currentTime().addMSecs(m_roleTimer.remainingTime()),
+                                                QLocale::ShortFormat));
     if (!m_setting.dialledHost.isEmpty())
         text += QLatin1Char('\n') + dialledText();
     if (!m_reason.isEmpty())
@@ -217,16 +229,30 @@ void QlumProjectNodeServer::setDisplayName(const QString& name)
 
 void QlumProjectNodeServer::setRole(QlumServerRole role)
 {
+    m_roleTimer.stop();
+    m_roleAfterwards.reset();
+    applyRole(role);
+}
+
+void QlumProjectNodeServer::setRoleFor(QlumServerRole role, int milliseconds)
+{
+    m_roleAfterwards = m_roleAfterwards.value_or(m_setting.role);
+    m_roleTimer.start(milliseconds);
+    applyRole(role);
+}
+
+void QlumProjectNodeServer::applyRole(QlumServerRole role)
+{
     m_guarded->setRole(role);
-    if (std::exchange(m_setting.role, role) == role)
-        return;
-    m_log.info(tr("Server '%1' is set to %2 now.").arg(displayName(), qlumRoleName(role)));
-    emit roleChanged();
+    if (std::exchange(m_setting.role, role) != role)
+        m_log.info(tr("Server '%1' is set to %2 now.").arg(displayName(), qlumRoleName(role)));
+    emit roleChanged(); // or the time that it holds for
 }
 
 void QlumProjectNodeServer::setDiscoverySetting(const QlumDiscoverySetting& setting)
 {
-    setRole(setting.role);
+    if (setting.role != m_setting.role)
+        setRole(setting.role);
     const QlumDiscoverySetting before = std::exchange(m_setting, setting);
     m_setting.forgetWhatBelongsTo(before);
     if (!m_setting.isSameLogIn(before) || !m_setting.storePassword) {
@@ -239,7 +265,9 @@ void QlumProjectNodeServer::setDiscoverySetting(const QlumDiscoverySetting& sett
 
 void QlumProjectNodeServer::storeSettings(QSettings& settings) const
 {
-    m_setting.storeSettings(settings);
+    QlumDiscoverySetting kept = m_setting;
+    kept.role = m_roleAfterwards.value_or(m_setting.role);
+    kept.storeSettings(settings);
 }
 
 // ---- types

@@ -31,6 +31,7 @@
 #include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <QVariant>
 
 #include <atomic>
@@ -68,6 +69,7 @@ public:
     [[nodiscard]] UaClientSdk::UaSession* session() const override { return m_session.get(); }
     [[nodiscard]] QlumServerRole role() const override { return m_setting.role; }
     void setRole(QlumServerRole role) override;
+    void setRoleFor(QlumServerRole role, int milliseconds) override;
     /// What guards every session with this server has to look at.
     [[nodiscard]] const std::shared_ptr<QlumGuardedServer>& guarded() const { return m_guarded; }
     /// startConnect(), and a nested event loop until it has ended.
@@ -133,6 +135,7 @@ private:
     void showReconnectError(const UaStatusCode& status, UaClientSdk::UaClient::ConnectServiceType serviceType,
                             bool clientSideError);
 
+    void applyRole(QlumServerRole role);
     void setStatus(QlumConnectionStatus status, const NamespaceMap& namespaceMap = NamespaceMap());
     void applySessionStatus(UaClientSdk::UaClient::ServerStatus serverStatus);
     void applyDataTypes(const UaStatus& result);
@@ -145,6 +148,8 @@ private:
     const QlumLog m_log;
     QlumDiscoverySetting m_setting;
     const std::shared_ptr<QlumGuardedServer> m_guarded;
+    std::optional<QlumServerRole> m_roleAfterwards; ///< while another one holds for a time
+    QTimer m_roleTimer;
     const std::shared_ptr<UaClientSdk::UaSession> m_session;
     const std::shared_ptr<QlumTypeCache> m_typeCache;
     std::unique_ptr<QlumServicesRegistration> m_services;

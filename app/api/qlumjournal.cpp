@@ -98,19 +98,25 @@ QList<QDate> QlumJournal::days() const
 
 void QlumJournal::append(const std::vector<QlumJournalEntry>& entries)
 {
+    QString fault;
     {
         const std::lock_guard lock(m_mutex);
         bool isWritten = true;
         for (const QlumJournalEntry& entry : entries)
             isWritten = isWritten && openFor(entry.time.date()) && m_file.write(lineOf(entry)) > 0;
         isWritten = m_file.isOpen() && m_file.flush() && isWritten;
-        if (!isWritten && m_file.isOpen() && m_file.size() >= maximumSize)
-            fail(tr("the file of the day is full."));
-        else if (!isWritten)
-            fail(m_file.errorString());
-        if (!isWritten)
+        if (!isWritten) {
+            const bool isFull = m_file.isOpen() && m_file.size() >= maximumSize;
+            fault = isFull                     ? tr("the file of the day is full")
+                    : !QDir(m_folder).exists() ? tr("the folder cannot be made")
+                                               : m_file.errorString();
             m_file.close(); // the next entry tries it anew
+        }
     }
+    if (!fault.isEmpty() && !m_hasFailed.exchange(true))
+        QlumLog(tr("Journal"))
+            .error(tr("What is changed on servers cannot be written to %1: %2.")
+                       .arg(QDir::toNativeSeparators(m_folder), fault));
     emit appended(entries);
 }
 
@@ -138,14 +144,6 @@ void QlumJournal::removeOld(const QDate& today) const
     for (const QDate& day : days())
         if (day.daysTo(today) >= keptDays)
             QFile::remove(fileOf(day));
-}
-
-void QlumJournal::fail(const QString& why)
-{
-    if (!m_hasFailed.exchange(true))
-        QlumLog(tr("Journal"))
-            .error(tr("What is changed on servers cannot be written to %1: %2")
-                       .arg(QDir::toNativeSeparators(m_folder), why));
 }
 
 QlumJournalReading QlumJournal::read(const QDate& day, const std::function<bool()>& isCancelled) const

@@ -76,7 +76,6 @@ signals:
 private:
     [[nodiscard]] bool openFor(const QDate& day); ///< under the mutex
     void removeOld(const QDate& today) const;
-    void fail(const QString& why);
 
     const QString m_folder;
     std::mutex m_mutex;

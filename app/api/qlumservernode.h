@@ -46,6 +46,8 @@ public:
     [[nodiscard]] virtual QlumServerRole role() const { return QlumServerRole::Operate; }
     /// Holds for every call that begins afterwards; announced by roleChanged().
     virtual void setRole(QlumServerRole) {}
+    /// The same for a time only: then the role of before is there again, and that is what the project keeps.
+    virtual void setRoleFor(QlumServerRole role, int) { setRole(role); }
 
     /// Connects, asking the user for what is missing; true when connected. May run a nested event loop. While
     /// a lost connection is being restored it only hastens that, and answers false.

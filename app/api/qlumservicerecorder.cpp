@@ -80,7 +80,6 @@ public:
         if (!recorder)
             return;
         QlumServiceRecord record;
-        record.number = recorder->m_next.fetch_add(1);
         record.serverId = m_serverId;
         record.server = m_serverName();
         record.service = qlumServiceName(call.type);
@@ -173,11 +172,13 @@ void QlumServiceRecorder::setOn(bool isOn)
     emit switched(isOn);
 }
 
-void QlumServiceRecorder::add(const QlumServiceRecord& record)
+void QlumServiceRecorder::add(QlumServiceRecord& record)
 {
     bool isFirst = false;
     {
         const std::lock_guard lock(m_mutex);
+        if (record.number == 0) // so that they come in the order of their numbers
+            record.number = m_next++;
         isFirst = m_waiting.empty();
         if (m_waiting.size() >= maximumWaiting) {
             m_waiting.erase(m_waiting.begin(), m_waiting.begin() + maximumWaiting / 2);

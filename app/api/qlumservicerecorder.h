@@ -107,10 +107,11 @@ signals:
 private:
     class Tap;
 
-    void add(const QlumServiceRecord& record);
+    /// One without a number gets the next.
+    void add(QlumServiceRecord& record);
 
     std::atomic<bool> m_isOn{false};
-    std::atomic<quint64> m_next{1};
+    quint64 m_next = 1;
     std::atomic<int> m_dropped{0};
     std::mutex m_mutex;
     std::vector<QlumServiceRecord> m_waiting;

@@ -26,6 +26,7 @@
 #include <QVariant>
 
 #include <optional>
+#include <utility>
 
 namespace {
 constexpr int badgeGap = 6;
@@ -176,5 +177,16 @@ void QlumProjectView::addRoles(QMenu* menu)
         choice->setCheckable(true);
         choice->setChecked(server->role() == role);
         connect(choice, &QAction::triggered, server, [server, role] { server->setRole(role); });
+    }
+    roles->addSeparator();
+    const QString forSomeTime = tr("%1 for %2");
+    for (const auto& [text, minutes] :
+         {std::pair(tr("15 Minutes"), 15), {tr("an Hour"), 60}, {tr("8 Hours"), 480}}) {
+        QAction* choice = roles->addAction(forSomeTime.arg(qlumRoleName(QlumServerRole::Commission), text));
+        choice->setObjectName(QStringLiteral("roleCommissionFor%1").arg(minutes));
+        choice->setToolTip(tr("Then it is what it was before"));
+        connect(choice, &QAction::triggered, server, [server, milliseconds = minutes * 60 * 1000] {
+            server->setRoleFor(QlumServerRole::Commission, milliseconds);
+        });
     }
 }

@@ -46,6 +46,8 @@ void QlumServicesModel::take(std::vector<QlumServiceRecord> records)
         else
             m_begun.push_back(std::move(record));
     const int before = rowCount() + static_cast<int>(m_begun.size());
+    for (int row = 0; row < std::min(before - maximumRows, rowCount()); ++row)
+        m_bytes -= bytesOf(rowAt(row)); // they make way
     append(std::exchange(m_begun, {}));
     m_forgotten = std::max(0, m_forgotten - (before - rowCount()));
     forgetOldMessages();

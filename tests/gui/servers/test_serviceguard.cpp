@@ -301,4 +301,18 @@ TEST_F(GuardedServer, RoleIsKeptInTheProjectAndAnUnknownOneIsTheLeast)
     file.setValue("Role", "Administrate");
     EXPECT_EQ(QlumDiscoverySetting::fromSetting(file).role, Role::Look);
 }
+
+TEST_F(GuardedServer, CommissionForATimeEndsByItselfAndIsNotKept)
+{
+    make();
+    node->setRoleFor(Role::Commission, 3600 * 1000);
+    EXPECT_EQ(node->guarded()->role(), Role::Commission);
+    EXPECT_TRUE(node->toolTip().contains("Operate again at"));
+    QTemporaryDir folder;
+    QSettings file(folder.filePath("project.ini"), QSettings::IniFormat);
+    node->storeSettings(file);
+    EXPECT_EQ(QlumDiscoverySetting::fromSetting(file).role, Role::Operate);
+    node->setRoleFor(Role::Commission, 1);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return node->guarded()->role() == Role::Operate; }));
+}
 } // namespace
