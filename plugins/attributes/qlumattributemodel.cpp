@@ -169,8 +169,11 @@ UaNodeId QlumAttributeModel::nodeIdIn(const QModelIndex& index) const
 QlumToolNode QlumAttributeModel::nodeIn(const QModelIndex& index) const
 {
     QlumToolNode node{m_serverId, nodeIdIn(index), OpcUa_NodeClass_Unspecified, {}, {}};
-    if (node.nodeId == m_nodeId)
+    if (node.nodeId == m_nodeId) {
         node.nodeClass = m_nodeClass;
+        if (m_found.serverId == m_serverId && m_found.nodeId == m_nodeId)
+            node.parentId = m_found.parentId;
+    }
     return node;
 }
 

@@ -78,6 +78,11 @@ public:
     /// The node that the row names, or is a detail of: the node itself, its data type, a node id in its
     /// Value. With a null id for rows that name none of this server, and for those of a node that was left.
     [[nodiscard]] QlumToolNode nodeIn(const QModelIndex& index) const;
+    /// Below which node one was found that is shown, or will be. Methods are called on it.
+    void setFoundBelow(unsigned int serverId, const UaNodeId& nodeId, const UaNodeId& parentId)
+    {
+        m_found = {serverId, nodeId, OpcUa_NodeClass_Method, parentId, {}};
+    }
     /// What the row shows, and what is known of its type; a null value for rows that are no part of the Value
     /// or only a detail of one.
     [[nodiscard]] QlumTypedValue rowValue(const QModelIndex& index) const;
@@ -189,6 +194,7 @@ private:
     unsigned int m_serverId = qlumNoServer;
     UaNodeId m_nodeId;
     OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified;
+    QlumToolNode m_found; ///< the last one of which it is known where it is
     UaVariant m_value;
     UaNodeId m_dataTypeId;
     QlumValueContext m_context;                     ///< of the Value, once its details were read

@@ -52,7 +52,7 @@ public:
     QString name() override;
 
     void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
-                          UaNodeId* typeDefinition) override;
+                          UaNodeId* parentId) override;
     void serverSelectionChanged(unsigned int serverId) override;
     void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                               const NamespaceMap& namespaceMap) override;

@@ -140,8 +140,10 @@ void QlumAttributePlugin::choose(const Node& node, OpcUa_NodeClass nodeClass)
 }
 
 void QlumAttributePlugin::selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass,
-                                           UaNodeId*)
+                                           UaNodeId* parentId)
 {
+    if (nodeId && parentId)
+        m_model->setFoundBelow(serverId, *nodeId, *parentId);
     choose(nodeId ? Node{serverId, *nodeId} : Node(), nodeClass);
 }
 
@@ -354,6 +356,7 @@ void QlumAttributePlugin::follow(unsigned int serverId, const NamespaceMap& name
         choice != m_choices.end() && !monitoring::remapNodeId(choice->nodeId, map))
         m_choices.erase(choice);
     m_visited.forgetServer(serverId);
+    m_model->setFoundBelow(qlumNoServer, {}, {});
     showCommands();
     if (m_custom.serverId == serverId)
         m_custom = Node();

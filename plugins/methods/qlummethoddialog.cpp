@@ -4,6 +4,7 @@
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumtext.h>
+#include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/methods/qlumargumentpanel.h>
 #include <plugins/methods/qlummethodcallmodel.h>
@@ -28,6 +29,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSpinBox>
@@ -43,6 +45,13 @@ constexpr int longestTimeout = 24 * 60 * 60; // seconds
 constexpr int second = 1000;                 // ms
 const QString timeoutKey = QStringLiteral("Timeout");
 const QString methodTopic = QStringLiteral("method");
+
+QString ownerText(const QlumMethodOwner& owner)
+{
+    const QString id = toQString(owner.id.toXmlString());
+    return owner.name.isEmpty() ? id
+                                : QStringLiteral("%1 (%2)").arg(qlumCutText(qlumSingleLine(owner.name)), id);
+}
 
 QString inputKey(int input)
 {
@@ -147,6 +156,14 @@ QLayout* QlumMethodDialog::makeTop()
     row->setContentsMargins(0, 0, 0, 0);
     row->addWidget(label);
     row->addWidget(m_owner, 1);
+    m_chooseOwner = new QPushButton(tr("C&hoose..."), m_ownerRow);
+    m_chooseOwner->setObjectName(QStringLiteral("chooseObject"));
+    m_chooseOwner->setAutoDefault(false);
+    m_chooseOwner->setToolTip(tr("Choose the object in the address space"));
+    m_chooseOwner->setWhatsThis(tr("<b>Choose</b><br>Not every server tells which objects of a type it has. "
+                                   "This chooses one in the address space."));
+    connect(m_chooseOwner, &QPushButton::clicked, this, &QlumMethodDialog::sltChooseOwner);
+    row->addWidget(m_chooseOwner);
     m_ownerRow->hide();
     auto* layout = new QVBoxLayout;
     for (QWidget* widget : {static_cast<QWidget*>(m_heading), static_cast<QWidget*>(m_messages),
@@ -285,6 +302,8 @@ void QlumMethodDialog::showState()
     m_callButton->setText(m_calls->rowCount() > 0 ? tr("&Call Again") : tr("&Call"));
     m_cancelButton->setEnabled(isCalling);
     m_inputs->setEnabled(m_isKnown && !isCalling);
+    m_chooseOwner->setEnabled(!isCalling && m_serverId != qlumNoServer && QlumToolServices::instance() &&
+                              QlumToolServices::instance()->canChooseNode());
     m_addArgument->setEnabled(m_isKnown && !isCalling);
     m_removeArgument->setEnabled(m_isKnown && !isCalling && m_inputs->count() > 0);
 }
@@ -364,8 +383,8 @@ void QlumMethodDialog::showInfo()
                           m_info.argumentsFault, tr("Try &Again"), [this] { sltReload(); }});
     else if (m_info.isOfType && m_info.owners.empty())
         m_messages->tell({QlumMessage::Warning, methodTopic, tr("The method cannot be called."),
-                          tr("It belongs to a type of which the server has no object."), tr("Try &Again"),
-                          [this] { sltReload(); }});
+                          tr("It belongs to a type, and the server does not tell its objects. Choose one."),
+                          tr("Try &Again"), [this] { sltReload(); }});
     else if (!m_info.isExecutable)
         m_messages->tell({QlumMessage::Note,
                           methodTopic,
@@ -373,6 +392,21 @@ void QlumMethodDialog::showInfo()
                           tr("It can be called all the same; the server then decides."),
                           {},
                           {}});
+}
+
+void QlumMethodDialog::sltChooseOwner()
+{
+    const QPointer<QlumMethodDialog> self(this);
+    const UaNodeId chosen = QlumToolServices::instance()
+                                ? QlumToolServices::instance()->chooseNode(this, m_serverId, UaNodeId())
+                                : UaNodeId();
+    if (!self || chosen.isNull() || !m_info.isOfType)
+        return; // choosing has an event loop of its own
+    m_info.owners.push_back({chosen, {}});
+    m_owner->addItem(ownerText(m_info.owners.back()));
+    m_owner->setCurrentIndex(m_owner->count() - 1);
+    m_messages->dismiss(methodTopic);
+    showState();
 }
 
 // ---- what is remembered

@@ -99,6 +99,7 @@ private:
     void sendCancel(OpcUa_UInt32 requestHandle);
     void showOutcome(const QlumMethodCall& call);
     void sltUseInputs();
+    void sltChooseOwner();
     void sltAddArgument();
     void tellElapsed();
     [[nodiscard]] bool canCall() const;
@@ -124,6 +125,7 @@ private:
     QLabel* m_description = nullptr;
     QWidget* m_ownerRow = nullptr;
     QComboBox* m_owner = nullptr;
+    QPushButton* m_chooseOwner = nullptr;
     QlumArgumentPanel* m_inputs = nullptr;
     QlumArgumentPanel* m_outputs = nullptr;
     QLabel* m_outcomeIcon = nullptr;

@@ -16,7 +16,6 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QGridLayout>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -27,10 +26,13 @@
 #include <QModelIndex>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QSizePolicy>
 #include <QStringList>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
+
+#include <utility>
 
 #define TEXT(text) QT_TRANSLATE_NOOP("QlumReferenceView", text)
 
@@ -109,8 +111,6 @@ QLayout* QlumReferenceView::makeBar(QAction* refresh)
                                tr("Reference type"),
                                tr("<b>Reference Type</b><br>Shows references of this type only."),
                                {}});
-    m_type->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_type->setMinimumContentsLength(10);
     for (const Common& common : commonTypes)
         addType(tr(common.name), common.id == 0 ? UaNodeId() : UaNodeId(common.id));
     m_subtypes->setText(tr("&Subtypes"));
@@ -125,17 +125,19 @@ QLayout* QlumReferenceView::makeBar(QAction* refresh)
                                tr("Show references that hold this text")});
     m_text->setPlaceholderText(tr("Filter"));
     m_text->setClearButtonEnabled(true);
-    m_text->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
-    // two rows, since a pane beside others is narrow
-    auto* rows = new QGridLayout;
-    rows->setContentsMargins(0, 0, 0, 0);
-    rows->addWidget(button, 0, 0);
-    rows->addWidget(m_direction, 0, 1);
-    rows->addWidget(m_type, 0, 2);
-    rows->addWidget(m_subtypes, 1, 1);
-    rows->addWidget(m_text, 1, 2);
-    rows->setColumnStretch(2, 1);
-    return rows;
+    auto* bar = new QHBoxLayout;
+    bar->setContentsMargins(0, 0, 0, 0);
+    bar->addWidget(button);
+    // a narrow dock must not be widened by its longest texts
+    constexpr int leastCharacters = 8;
+    for (const auto& [widget, stretch] :
+         std::initializer_list<std::pair<QWidget*, int>>{{m_direction, 3}, {m_type, 4}, {m_text, 2}}) {
+        widget->setSizePolicy(QSizePolicy::Ignored, widget->sizePolicy().verticalPolicy());
+        widget->setMinimumWidth(fontMetrics().averageCharWidth() * leastCharacters);
+        bar->addWidget(widget, stretch);
+    }
+    bar->insertWidget(3, m_subtypes);
+    return bar;
 }
 
 QWidget* QlumReferenceView::makeMoreBar()

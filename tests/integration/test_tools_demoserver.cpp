@@ -1,5 +1,6 @@
 // References and methods of a server that is not ours, in the windows of the whole client.
 #include <app/api/qlumtoolservices.h>
+#include <plugins/addressspace/qlumnodechooser.h>
 #include <plugins/methods/qlumargumentpanel.h>
 #include <plugins/methods/qlummethoddialog.h>
 #include <tests/integration/clientondemoserver.h>
@@ -7,13 +8,16 @@
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
-#include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
+#include <QObject>
 #include <QPointer>
 #include <QPushButton>
 #include <QString>
 #include <QTest>
+#include <QTimer>
 #include <QTreeView>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -100,16 +104,38 @@ TEST_F(ToolsOnDemoServer, CallsAMethodWhosePropertiesAreWrong)
     EXPECT_TRUE(call().starts_with("Called. "));
 }
 
-TEST_F(ToolsOnDemoServer, CallsAMethodOfATypeOnOneOfItsObjects)
+// The server does not tell which objects a type has.
+TEST_F(ToolsOnDemoServer, CallsAMethodOfATypeOnAnObjectThatIsChosen)
 {
     openDemoProject();
-    open("PumpType", "PumpType.Prime");
-    auto* owner = dialog->findChild<QComboBox*>("methodObject");
-    ASSERT_EQ(owner->count(), 2);
-    owner->setCurrentIndex(1);
-    const QString chosen = owner->currentText();
+    ASSERT_TRUE(QlumToolServices::instance()->callMethod(serverId, demo("PumpType"), demo("PumpType.Prime")));
+    dialog = window->findChild<QlumMethodDialog*>();
+    auto* choose = dialog->findChild<QPushButton*>("chooseObject");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return choose->isVisible(); }, limit)) << logText();
+    EXPECT_FALSE(callButton()->isEnabled());
+    QObject owner;
+    QlumToolServices::instance()->takeChooseNode(
+        &owner, [](QWidget*, unsigned int, const UaNodeId&) { return demo("Icon.MarkedPump"); });
+    choose->click();
     EXPECT_TRUE(call().starts_with("Called. "));
-    const QString pump = QString::fromStdString(outputs().value(0).toString().toStdString());
-    EXPECT_TRUE(chosen.startsWith(pump + " ")) << chosen.toStdString();
+    EXPECT_EQ(outputs().value(0), UaVariant("MarkedPump"));
+}
+
+// As editors of node ids have it.
+TEST_F(ToolsOnDemoServer, LetsTheUserChooseANodeInATree)
+{
+    openDemoProject();
+    QTimer look; // the dialog waits for it in its event loop
+    QElapsedTimer since;
+    since.start();
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        auto* chooser = window->findChild<QlumNodeChooser*>();
+        if (chooser && chooser->isVisible() &&
+            (chooser->nodeId() == demo("Methods") || since.hasExpired(limit)))
+            chooser->accept();
+    });
+    look.start(10);
+    EXPECT_EQ(QlumToolServices::instance()->chooseNode(window.get(), serverId, demo("Methods")),
+              demo("Methods"));
 }
 } // namespace
