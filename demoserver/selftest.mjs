@@ -217,6 +217,26 @@ async function methodsAnswer({ session }) {
   assert.equal((await call("Add", [double(1)])).statusCode, StatusCodes.BadArgumentsMissing);
   const points = (await read(session, structured("PointArray"))).value;
   assert.equal((await call("EchoStructures", [points])).outputArguments[0].value[2].x, 5);
+  const mixed = [
+    (await read(session, structured("Point"))).value,
+    { dataType: DataType.Int32, value: 2 },
+    { dataType: DataType.UInt32, value: 5 },
+    { dataType: DataType.Double, arrayType: ua.VariantArrayType.Array, value: new Float64Array([1, 2]) },
+  ];
+  assert.equal((await call("Mixed", mixed)).outputArguments.length, 4);
+  assert.equal(
+    (await call("SlowFor", [{ dataType: DataType.UInt32, value: 1 }])).outputArguments[0].value,
+    1,
+  );
+  const described = (name) => session.getArgumentDefinition(demo(`Methods.${name}`));
+  assert.equal((await described("TooFew")).inputArguments.length, 1);
+  assert.equal((await call("TooFew", [double(1)])).statusCode, StatusCodes.BadArgumentsMissing);
+  assert.equal((await call("TooFew", [double(1), double(2)])).outputArguments[0].value, 3);
+  const many = [double(1), double(2), double(3)];
+  assert.equal((await call("TooMany", many)).statusCode, StatusCodes.BadTooManyArguments);
+  assert.equal((await described("UnknownType")).inputArguments[1].dataType.value, 9999);
+  const primed = await session.call({ objectId: demo("Icon.PlainPump"), methodId: demo("PumpType.Prime") });
+  assert.equal(primed.outputArguments?.[0]?.value, "PlainPump", `${primed.statusCode}`);
   const started = Date.now();
   assert.equal((await call("Slow")).statusCode, StatusCodes.Good);
   assert.ok(Date.now() - started > 2900);

@@ -253,6 +253,8 @@ void QlumTypeCache::clear()
     ++m_generation;
     m_typeInfos.clear();
     m_enumDefinitions.clear();
+    m_builtInTypes.clear();
+    m_concreteTypes.clear();
     m_icons.clear();
 }
 
@@ -261,6 +263,8 @@ void QlumTypeCache::clearDefinitions()
     const std::lock_guard lock(m_mutex);
     ++m_generation;
     m_enumDefinitions.clear();
+    m_builtInTypes.clear();
+    m_concreteTypes.clear();
 }
 
 std::shared_ptr<QlumSessionServices> QlumTypeCache::services()

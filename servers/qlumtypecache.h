@@ -17,6 +17,7 @@
 #include <mutex>
 #include <optional>
 #include <span>
+#include <vector>
 
 /// What is known of one type node.
 struct QlumTypeInfo
@@ -49,6 +50,8 @@ public:
     bool readTypeInfo(const UaNodeId& id);
     [[nodiscard]] UaEnumDefinition getEnumDefinition(const UaNodeId* dataTypeId) override;
     [[nodiscard]] bool isEnum(const UaNodeId* dataTypeId) override;
+    [[nodiscard]] OpcUa_BuiltInType builtInType(const UaNodeId& dataTypeId) override;
+    [[nodiscard]] std::vector<UaNodeId> concreteTypes(const UaNodeId& dataTypeId) override;
     /// The icon that the server offers for the node or for its type; false and null without a connection.
     [[nodiscard]] bool hasIcon(const UaNodeId* id);
     [[nodiscard]] QPixmap getIcon(const UaNodeId* id);
@@ -76,6 +79,10 @@ private:
                   UaDataValues& values) const;
     [[nodiscard]] unsigned int currentGeneration() const;
     [[nodiscard]] UaClientSdk::ServiceSettings serviceSettings() const;
+    UaNodeId superType(QlumSessionServices& session, const UaNodeId& dataTypeId) const;
+    std::vector<UaNodeId> fetchConcreteTypes(QlumSessionServices& session, const UaNodeId& dataTypeId);
+    std::vector<UaNodeId> subtypes(QlumSessionServices& session, std::span<const UaNodeId> types);
+    std::vector<UaNodeId> withoutAbstract(QlumSessionServices& session, const std::vector<UaNodeId>& types);
     QImage icon(const UaNodeId& id, int depth);
     QImage fetchIcon(QlumSessionServices& session, const UaNodeId& id, int depth);
     QImage readIconHelper(QlumSessionServices& session, const UaNodeId& id);
@@ -86,6 +93,8 @@ private:
 
     std::map<UaNodeId, InfoPtr> m_typeInfos;
     std::map<UaNodeId, UaEnumDefinition> m_enumDefinitions;
+    std::map<UaNodeId, OpcUa_BuiltInType> m_builtInTypes;
+    std::map<UaNodeId, std::vector<UaNodeId>> m_concreteTypes;
     std::map<UaNodeId, QImage> m_icons;
     std::shared_ptr<QlumSessionServices> m_services;
     const unsigned int m_serverId;

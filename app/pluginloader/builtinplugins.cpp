@@ -1,6 +1,8 @@
 // The tools that are part of the program. The order of these lines is the order of loading, of event delivery
 // and of the groups in project files. A tool that is not written yet is a row in plugins/planned.
 #include <plugins/attributes/qlumattributeplugin.h>
+#include <plugins/methods/qlummethodplugin.h>
+#include <plugins/references/qlumreferenceplugin.h>
 
 #include <QtPlugin>
 

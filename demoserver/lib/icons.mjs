@@ -2,8 +2,9 @@
 // holds none.
 
 import { scalar } from "./builder.mjs";
+import { bind } from "./methods.mjs";
 import { drawPng } from "./png.mjs";
-import { DataType } from "./ua.mjs";
+import { DataType, StatusCodes } from "./ua.mjs";
 
 const clear = [0, 0, 0, 0];
 
@@ -32,9 +33,27 @@ export function addIcons(b) {
     componentOf: pump,
     modellingRule: "Mandatory",
   });
+  // stays with the type: its objects have no such child, and it is called on them all the same
+  bind(
+    b.demo.addMethod(pump, {
+      nodeId: "s=PumpType.Prime",
+      browseName: "Prime",
+      outputArguments: [{ name: "Pump", dataType: DataType.String, valueRank: -1 }],
+    }),
+    (_inputs, object) => ({
+      statusCode: StatusCodes.Good,
+      outputArguments: [{ dataType: DataType.String, value: object.browseName.name }],
+    }),
+  );
 
-  pump.instantiate({ nodeId: "s=Icon.PlainPump", browseName: "PlainPump", organizedBy: folder });
+  pump.instantiate({
+    nodeId: "s=Icon.PlainPump",
+    browseName: "PlainPump",
+    organizedBy: folder,
+    namespace: b.demo,
+  });
   const marked = pump.instantiate({
+    namespace: b.demo,
     nodeId: "s=Icon.MarkedPump",
     browseName: "MarkedPump",
     organizedBy: folder,

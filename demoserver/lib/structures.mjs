@@ -14,6 +14,11 @@ export class Structures {
     this.#index = b.structures.index;
   }
 
+  /** No data type has it. */
+  unknownTypeId() {
+    return ua.coerceNodeId(`ns=${this.#index};i=9999`);
+  }
+
   typeId(name) {
     return ua.coerceNodeId(`ns=${this.#index};i=${typeIds[name]}`);
   }

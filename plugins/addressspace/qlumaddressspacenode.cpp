@@ -1,14 +1,10 @@
 #include <plugins/addressspace/qlumaddressspacenode.h>
 
-#include <QCoreApplication>
-#include <QHash>
+#include <uawidgets/qlumnodelook.h>
 
 #include <utility>
 
 namespace {
-constexpr OpcUa_UInt32 folderType = 61;
-constexpr OpcUa_UInt32 propertyType = 68;
-
 void translate(UaNodeId& id, const NamespaceMap& namespaces)
 {
     const auto found = namespaces.constFind(id.namespaceIndex());
@@ -16,26 +12,6 @@ void translate(UaNodeId& id, const NamespaceMap& namespaces)
         id = UaNodeId();
     else if (*found != id.namespaceIndex())
         id.setNamespaceIndex(*found);
-}
-
-QHash<const char*, QIcon>& iconCache()
-{
-    static QHash<const char*, QIcon> cache;
-    static const bool clearedAtExit = [] {
-        qAddPostRoutine([] { iconCache().clear(); }); // icons must not outlive the application
-        return true;
-    }();
-    Q_UNUSED(clearedAtExit)
-    return cache;
-}
-
-// path is a literal: its address is the key
-QIcon sharedIcon(const char* path)
-{
-    QIcon& icon = iconCache()[path];
-    if (icon.isNull())
-        icon = QIcon(QLatin1String(path));
-    return icon;
 }
 } // namespace
 
@@ -49,30 +25,7 @@ QlumAddressSpaceNode::~QlumAddressSpaceNode() = default;
 
 QIcon QlumAddressSpaceNode::icon() const
 {
-    switch (m_nodeClass) {
-    case OpcUa_NodeClass_Unspecified:
-        return sharedIcon(":/images/clearlog.png");
-    case OpcUa_NodeClass_Object:
-        return sharedIcon(m_typeDefinition.isNumeric(folderType) ? ":/images/treefolder.png"
-                                                                 : ":/images/object.png");
-    case OpcUa_NodeClass_Variable:
-        return sharedIcon(m_typeDefinition.isNumeric(propertyType) ? ":/images/property.png"
-                                                                   : ":/images/variable.png");
-    case OpcUa_NodeClass_Method:
-        return sharedIcon(":/images/method.png");
-    case OpcUa_NodeClass_ObjectType:
-        return sharedIcon(":/images/objecttype.png");
-    case OpcUa_NodeClass_VariableType:
-        return sharedIcon(":/images/variabletype.png");
-    case OpcUa_NodeClass_ReferenceType:
-        return sharedIcon(":/images/reftype.png");
-    case OpcUa_NodeClass_DataType:
-        return sharedIcon(":/images/datatype.png");
-    case OpcUa_NodeClass_View:
-        return sharedIcon(":/images/view.png");
-    default:
-        return {};
-    }
+    return qlumNodeIcon(m_nodeClass, m_typeDefinition);
 }
 
 void QlumAddressSpaceNode::sortChildren()

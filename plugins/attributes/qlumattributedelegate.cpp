@@ -44,7 +44,7 @@ void QlumAttributeDelegate::setModelData(QWidget* editor, QAbstractItemModel* mo
     UaVariant part;
     UaVariant whole;
     if (qlumValueFromEditor(editor, part) && m_model.valueWithRow(index, part, whole).isNotBad())
-        model->setData(index, QVariant::fromValue(whole), QlumAttributeModel::ValueRole);
+        model->setData(index, QVariant::fromValue(part), QlumAttributeModel::PartRole);
 }
 
 QString QlumAttributeDelegate::fault(const QWidget* editor) const

@@ -7,6 +7,7 @@
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uastring.h>
+#include <uawidgets/editors/qlumvaluefacts.h>
 #include <uawidgets/editors/qlumvaluetext.h>
 
 #include <QCoreApplication>
@@ -18,18 +19,6 @@ constexpr OpcUa_UInt32 maximumTexts = 100; // of an enumeration, in one row
 QString tr(const char* text)
 {
     return QCoreApplication::translate("QlumAttributeDetails", text);
-}
-
-// The fields of a structure that everybody knows; null when the value is another one.
-UaGenericStructureValue fieldsOf(const UaVariant& value, const char* structure)
-{
-    const UaExtensionObject object = value.toExtensionObject();
-    const UaStructureDefinition definition = qlumStructureDefinition(object, {}, nullptr);
-    UaGenericStructureValue fields;
-    if (value.type() != OpcUaType_ExtensionObject || definition.name() != UaString(structure) ||
-        fields.decode(object, definition).isBad())
-        return {};
-    return fields;
 }
 
 QString localized(const UaVariant& value)
@@ -45,7 +34,7 @@ UaVariant find(const std::map<std::string, UaVariant>& properties, const char* n
 
 QString unitText(const UaVariant& unit)
 {
-    const UaGenericStructureValue fields = fieldsOf(unit, "EUInformation");
+    const UaGenericStructureValue fields = qlumStandardFields(unit, "EUInformation");
     if (fields.isNull())
         return {};
     const QString name = localized(fields.value(UaString("DisplayName")));
@@ -56,7 +45,7 @@ QString unitText(const UaVariant& unit)
 
 QString rangeText(const UaVariant& range)
 {
-    const UaGenericStructureValue fields = fieldsOf(range, "Range");
+    const UaGenericStructureValue fields = qlumStandardFields(range, "Range");
     return fields.isNull() ? QString()
                            : tr("%1 to %2")
                                  .arg(qlumEditText(fields.value(UaString("Low"))),
@@ -78,7 +67,8 @@ std::vector<NamedNumber> namedNumbers(const std::map<std::string, UaVariant>& pr
         named.push_back({i, localized(strings.at(i))});
     const UaVariant values = find(properties, "EnumValues");
     for (OpcUa_UInt32 i = 0; !values.isScalar() && i < values.elementCount() && i < maximumTexts; ++i)
-        if (const UaGenericStructureValue fields = fieldsOf(values.at(i), "EnumValueType"); !fields.isNull())
+        if (const UaGenericStructureValue fields = qlumStandardFields(values.at(i), "EnumValueType");
+            !fields.isNull())
             named.push_back({fields.value(UaString("Value")).toInt64(),
                              localized(fields.value(UaString("DisplayName")))});
     return named;

@@ -7,11 +7,14 @@
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributeresults.h>
+#include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributetexts.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluefacts.h>
+#include <uawidgets/qlumnodelook.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
 #include <QList>
@@ -22,6 +25,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -83,7 +87,9 @@ QVariant QlumAttributeModel::cell(const QlumAttributeNode& node, int column, int
     case FaultRole:
         return column == ValueColumn ? faultOf(node) : QVariant();
     case ValueRole:
-        return node.isWritable() ? QVariant::fromValue(m_value) : QVariant();
+        return node.isWritable()
+                   ? QVariant::fromValue(node.attributeId() == 0 ? m_value : attribute(node.attributeId()))
+                   : QVariant();
     case DictionaryRole:
         return QVariant::fromValue(m_rows.dictionary());
     case DataTypeRole:
@@ -131,6 +137,12 @@ QlumStatusLevel QlumAttributeModel::levelOf(const QlumAttributeNode& node) const
 
 // ---- nodes
 
+UaVariant QlumAttributeModel::attribute(int attributeId) const
+{
+    const auto found = m_attributes.find(attributeId);
+    return found == m_attributes.end() ? UaVariant() : found->second;
+}
+
 UaNodeId QlumAttributeModel::nodeIdIn(const QModelIndex& index) const
 {
     if (m_standing == Standing::Left)
@@ -170,7 +182,7 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
     values.attach(count, results);
     reset([&] {
         if (serverId != m_serverId || nodeId != m_nodeId)
-            m_fault.clear();
+            forgetWrites();
         forget();
         m_standing = Standing::Current;
         m_serverId = serverId;
@@ -180,12 +192,13 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
         m_rows.setServer(serverId, m_session ? m_session->dataTypeDictionary() : nullptr);
         build(attributeIds, values);
     });
+    compareWithWritten();
 }
 
 void QlumAttributeModel::clear()
 {
     reset([this] {
-        m_fault.clear();
+        forgetWrites();
         forget();
     });
 }
@@ -204,6 +217,7 @@ void QlumAttributeModel::forget()
     m_root->clearChildren();
     m_valueRow = nullptr;
     m_value.clear();
+    m_attributes.clear();
     m_dataTypeId.clear();
     m_lock.clear();
     m_nodeId.clear();
@@ -216,6 +230,8 @@ void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& res
 {
     takeDataType(attributeIds, results);
     takeLock(attributeIds, results);
+    const OpcUa_UInt32 mask = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results).toUInt32();
+    const bool isAnyEdited = QlumAttributeSettings::editLocked.value(&m_application);
     const int count = std::min(attributeIds.size(), static_cast<int>(results.length()));
     for (int i = 0; i < count; ++i) {
         const int id = attributeIds.at(i);
@@ -225,6 +241,12 @@ void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& res
         if (row.status() == 0) // a row may have found a fault of its own
             row.setStatus(status);
         row.setOptional(qlumIsOptionalAttribute(id, m_nodeClass));
+        if (id == OpcUa_Attributes_Value)
+            continue;
+        row.setAttributeId(id);
+        const OpcUa_UInt32 bit = qlumWriteMaskBit(id);
+        if (m_attributes.contains(id) && bit != 0 && ((mask & bit) != 0 || isAnyEdited))
+            row.setWritable(true);
     }
 }
 
@@ -238,23 +260,19 @@ void QlumAttributeModel::takeDataType(const QList<int>& attributeIds, const UaDa
 // What the node says of writing; a node that says nothing may be tried.
 void QlumAttributeModel::takeLock(const QList<int>& attributeIds, const UaDataValues& results)
 {
-    const UaVariant access = qlumResultOf(OpcUa_Attributes_UserAccessLevel, attributeIds, results);
-    const UaVariant everybodys = qlumResultOf(OpcUa_Attributes_AccessLevel, attributeIds, results);
-    const UaVariant mask = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results);
-    const auto lacksWrite = [](const UaVariant& level) {
-        return level.type() == OpcUaType_Byte && level.isScalar() &&
-               !(level.toByte() & OpcUa_AccessLevelType_CurrentWrite);
+    const auto levelOf = [&](int attributeId) {
+        const UaVariant level = qlumResultOf(attributeId, attributeIds, results);
+        return level.type() == OpcUaType_Byte && level.isScalar() ? std::optional(level.toByte())
+                                                                  : std::nullopt;
     };
-    if (m_nodeClass == OpcUa_NodeClass_VariableType) {
-        if (mask.type() == OpcUaType_UInt32 &&
-            !(mask.toUInt32() & OpcUa_AttributeWriteMask_ValueForVariableType))
-            m_lock = tr("The user who is logged in may not write it: UserWriteMask has no "
-                        "ValueForVariableType.");
-    } else if (lacksWrite(everybodys)) {
-        m_lock = tr("Nobody may write it: AccessLevel has no CurrentWrite.");
-    } else if (lacksWrite(access)) {
-        m_lock = tr("The user who is logged in may not write it: UserAccessLevel has no CurrentWrite.");
-    }
+    const UaVariant mask = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results);
+    if (m_nodeClass != OpcUa_NodeClass_VariableType)
+        m_lock =
+            qlumAccessFault(levelOf(OpcUa_Attributes_AccessLevel), levelOf(OpcUa_Attributes_UserAccessLevel));
+    else if (mask.type() == OpcUaType_UInt32 &&
+             !(mask.toUInt32() & OpcUa_AttributeWriteMask_ValueForVariableType))
+        m_lock = tr("The user who is logged in may not write it: UserWriteMask has no "
+                    "ValueForVariableType.");
 }
 
 QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataValue& result)
@@ -266,6 +284,7 @@ QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataV
         return m_root->append(name, qlumStatusCodeText(result.StatusCode));
     UaVariant value;
     value.attach(&result.Value);
+    m_attributes[attributeId] = value;
     switch (attributeId) {
     case OpcUa_Attributes_NodeClass:
     case OpcUa_Attributes_EventNotifier:

@@ -8,9 +8,9 @@
 #include <plugins/attributes/qlumattributedetails.h>
 #include <plugins/attributes/qlumattributenode.h>
 #include <plugins/attributes/qlumattributerows.h>
+#include <plugins/attributes/qlumattributewriter.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
-#include <uabase/values/uastatus.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/models/qlumtreemodel.h>
@@ -22,7 +22,9 @@
 #include <QString>
 #include <QVariant>
 
+#include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QlumApplicationInterface;
@@ -43,7 +45,8 @@ public:
         ValueRole = Qt::UserRole,          ///< UaVariant: the whole Value of a writable row
         DictionaryRole = Qt::UserRole + 2, ///< UaDataTypeDictionary*
         DataTypeRole = Qt::UserRole + 4,   ///< UaNodeId: of the Value
-        FaultRole = Qt::UserRole + 5       ///< QString: why the row's value was not written; null for none
+        FaultRole = Qt::UserRole + 5,      ///< QString: why the row's value was not written; null for none
+        PartRole = Qt::UserRole + 6        ///< UaVariant, to be set only: the new value of the row's own part
     };
 
     /// Shows data types with those of the names that are known when a node is shown.
@@ -57,7 +60,9 @@ public:
     void fetchMore(const QModelIndex& parent) override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     /// Edit role: a text, converted to the type of what the row shows. ValueRole: a UaVariant, the new Value
-    /// as it is. Writes at once, under a wait cursor; true when the server took it.
+    /// as it is. PartRole: a UaVariant in the place of what the row shows. Writes at once, under a wait
+    /// cursor; true when the server took it. Elements of an array are written alone where the server takes
+    /// that, fields of a structure with the whole Value, unless it has changed since it was shown.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
     /// What is not Current is grey and cannot be written. A result that is shown is Current.
@@ -80,9 +85,15 @@ public:
     /// Why the row's value cannot be edited now, in words; empty when it can, and for rows that have no
     /// value.
     [[nodiscard]] QString lock(const QModelIndex& index) const;
-    /// The whole Value with the row's part replaced.
+    /// The whole Value with the row's part replaced; of another attribute the part is the whole.
     [[nodiscard]] UaStatusCode valueWithRow(const QModelIndex& index, const UaVariant& part,
                                             UaVariant& whole) const;
+    /// Whether something was written that undo() can take back.
+    [[nodiscard]] bool canUndo() const { return !m_undo.empty(); }
+    /// Writes what was there before the last write that succeeded; true when the server took it.
+    bool undo();
+    /// What was read of an attribute; null for those that were not, or badly.
+    [[nodiscard]] UaVariant attribute(int attributeId) const;
 
 signals:
     /// Rows became reliable, or ceased to be.
@@ -91,6 +102,10 @@ signals:
     void writeFailed(const QString& why);
     /// The server has taken one.
     void written();
+    /// One was written, but not quite as the user may think, for that reason in words.
+    void remarked(const QString& what);
+    /// canUndo() says something else now.
+    void undoChanged();
 
 public slots:
     /// Shows what was read; takes the results.
@@ -121,10 +136,33 @@ private:
     void addDetail(int attributeId, const UaDataValue& result);
     [[nodiscard]] QlumTypeHint valueHint() const;
 
+    /// What can be written: an attribute or, of the Value, a part of it.
+    struct Place
+    {
+        int attributeId = 0;
+        std::vector<QlumValueStep> steps;
+
+        friend bool operator==(const Place&, const Place&) = default;
+    };
+    /// What was at a place, or is to be there.
+    struct Placed
+    {
+        Place place;
+        UaVariant value;
+    };
+
     [[nodiscard]] bool stepsTo(const QlumAttributeNode& node, std::vector<QlumValueStep>& steps) const;
-    [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& whole);
-    bool write(const QModelIndex& index, const UaVariant& value);
-    bool writeRefused(const QModelIndex& index, const UaStatus& status);
+    [[nodiscard]] bool placeOf(const QlumAttributeNode& node, Place& place) const;
+    [[nodiscard]] QlumTypedValue valueAt(const Place& place) const;
+    [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& part);
+    bool write(const Placed& placed, bool isUndo, const QModelIndex& index);
+    [[nodiscard]] QlumWriteOutcome send(QlumAttributeWriter& writer, const Placed& placed) const;
+    [[nodiscard]] QlumWriteOutcome sendWhole(QlumAttributeWriter& writer, const Placed& placed,
+                                             bool isElement) const;
+    bool finish(const Placed& placed, const QlumWriteOutcome& outcome, const QModelIndex& index);
+    bool writeRefused(const Place& place, const QString& why, const QModelIndex& index);
+    void compareWithWritten();
+    void forgetWrites();
     void takeLock(const QList<int>& attributeIds, const UaDataValues& results);
     [[nodiscard]] QString faultOf(const QlumAttributeNode& node) const;
     [[nodiscard]] QString remarkOn(const QlumAttributeNode& node) const;
@@ -143,6 +181,9 @@ private:
     UaNodeId m_dataTypeId;
     QString m_lock;                                 ///< why the Value may not be written
     QString m_fault;                                ///< of the last write; stays when the node is read again
-    std::vector<QlumValueStep> m_faultSteps;        ///< to what was to be written
+    Place m_faultPlace;                             ///< what was to be written then
+    std::map<int, UaVariant> m_attributes;          ///< those besides the Value that were read well
+    std::vector<Placed> m_undo;                     ///< what was there before each write; the last one first
+    std::optional<Placed> m_expected;               ///< was written and not read again yet
     std::shared_ptr<QlumSessionServices> m_session; ///< whose dictionary and names the rows use
 };

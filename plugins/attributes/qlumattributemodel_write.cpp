@@ -2,7 +2,7 @@
 #include <plugins/attributes/qlumattributemodel.h>
 
 #include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumcalltimeout.h>
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumguithread.h>
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
@@ -12,9 +12,13 @@
 #include <plugins/attributes/qlumattributetexts.h>
 #include <uabase/structures/uanamespacezero.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uawidgets/qlumwaitcursor.h>
 
 #include <algorithm>
+#include <memory>
+#include <optional>
+#include <utility>
 
 // The way from the Value to the row; false when the row is no part of it that could be replaced.
 bool QlumAttributeModel::stepsTo(const QlumAttributeNode& node, std::vector<QlumValueStep>& steps) const
@@ -30,22 +34,40 @@ bool QlumAttributeModel::stepsTo(const QlumAttributeNode& node, std::vector<Qlum
     return current != nullptr;
 }
 
+bool QlumAttributeModel::placeOf(const QlumAttributeNode& node, Place& place) const
+{
+    place = {node.attributeId(), {}};
+    if (node.attributeId() != 0)
+        return m_attributes.contains(node.attributeId());
+    place.attributeId = OpcUa_Attributes_Value;
+    return m_valueRow && stepsTo(node, place.steps);
+}
+
+QlumTypedValue QlumAttributeModel::valueAt(const Place& place) const
+{
+    if (place.attributeId != OpcUa_Attributes_Value)
+        return {attribute(place.attributeId), {}};
+    return qlumPartOf({m_value, valueHint()}, place.steps, m_rows.dictionary());
+}
+
 QlumTypedValue QlumAttributeModel::rowValue(const QModelIndex& index) const
 {
-    std::vector<QlumValueStep> steps;
-    if (!index.isValid() || !m_valueRow || !stepsTo(*nodeAt(index), steps))
-        return {};
-    return qlumPartOf({m_value, valueHint()}, steps, m_rows.dictionary());
+    Place place;
+    return index.isValid() && placeOf(*nodeAt(index), place) ? valueAt(place) : QlumTypedValue();
 }
 
 UaStatusCode QlumAttributeModel::valueWithRow(const QModelIndex& index, const UaVariant& part,
                                               UaVariant& whole) const
 {
-    std::vector<QlumValueStep> steps;
-    if (!index.isValid() || !m_valueRow || !stepsTo(*nodeAt(index), steps))
+    Place place;
+    if (!index.isValid() || !placeOf(*nodeAt(index), place))
         return OpcUa_BadNotWritable;
+    if (place.attributeId != OpcUa_Attributes_Value) {
+        whole = part;
+        return {};
+    }
     QlumTypedValue value{m_value, valueHint()};
-    const UaStatusCode status = qlumReplacePart(value, steps, part, m_rows.dictionary());
+    const UaStatusCode status = qlumReplacePart(value, place.steps, part, m_rows.dictionary());
     if (status.isNotBad())
         whole = value.value;
     return status;
@@ -70,13 +92,15 @@ QString QlumAttributeModel::lock(const QModelIndex& index) const
         return tr("What is shown is not up to date: its server could not be asked.");
     if (m_standing == Standing::Left)
         return tr("Another node is being read.");
+    if (nodeAt(index)->attributeId() != 0)
+        return {}; // only those that may be written can be edited
     return m_lock.isEmpty() || QlumAttributeSettings::editLocked.value(&m_application) ? QString() : m_lock;
 }
 
 QString QlumAttributeModel::faultOf(const QlumAttributeNode& node) const
 {
-    std::vector<QlumValueStep> steps;
-    const bool isFaulty = !m_fault.isEmpty() && m_valueRow && stepsTo(node, steps) && steps == m_faultSteps;
+    Place place;
+    const bool isFaulty = !m_fault.isEmpty() && placeOf(node, place) && place == m_faultPlace;
     return isFaulty ? m_fault : QString();
 }
 
@@ -84,15 +108,16 @@ QString QlumAttributeModel::remarkOn(const QlumAttributeNode& node) const
 {
     if (const QString fault = faultOf(node); !fault.isEmpty())
         return fault;
-    return node.isWritable() ? m_lock : QString();
+    return node.isWritable() && node.attributeId() == 0 ? m_lock : QString();
 }
 
 // ---- doing it
 
-bool QlumAttributeModel::convertText(const QModelIndex& index, const QString& text, UaVariant& whole)
+bool QlumAttributeModel::convertText(const QModelIndex& index, const QString& text, UaVariant& part)
 {
     const OpcUa_BuiltInType type = rowType(index);
-    UaVariant part(toUaString(text));
+    part = UaVariant(toUaString(text));
+    UaVariant whole;
     // A text is one value: in the place of an array it would destroy all the others.
     const bool converted = type != OpcUaType_Null && rowValue(index).value.isScalar() &&
                            part.changeType(type, false).isNotBad() &&
@@ -110,58 +135,158 @@ bool QlumAttributeModel::setData(const QModelIndex& index, const QVariant& value
 {
     qlumAssertGuiThread();
     if (!index.isValid() || index.column() != ValueColumn || !nodeAt(index)->isWritable() ||
-        (role != Qt::EditRole && role != ValueRole))
+        (role != Qt::EditRole && role != ValueRole && role != PartRole))
         return false;
-    if (m_standing != Standing::Current || !m_services(m_serverId))
+    Placed placed;
+    if (m_standing != Standing::Current || !m_services(m_serverId) || !placeOf(*nodeAt(index), placed.place))
         return false;
+    if (role == Qt::EditRole) {
+        if (!convertText(index, value.toString(), placed.value))
+            return false;
+    } else {
+        placed.value = value.value<UaVariant>();
+    }
     if (role == ValueRole)
-        return write(index, value.value<UaVariant>());
-    UaVariant whole;
-    return convertText(index, value.toString(), whole) && write(index, whole);
+        placed.place.steps.clear();
+    return write(placed, false, index);
 }
 
-bool QlumAttributeModel::write(const QModelIndex& index, const UaVariant& value)
+bool QlumAttributeModel::undo()
+{
+    if (m_undo.empty() || m_standing != Standing::Current || !m_services(m_serverId))
+        return false;
+    const Placed before = m_undo.back();
+    if (!write(before, true, {}))
+        return false;
+    m_undo.pop_back();
+    emit undoChanged();
+    return true;
+}
+
+bool QlumAttributeModel::write(const Placed& placed, bool isUndo, const QModelIndex& index)
 {
     const std::shared_ptr<QlumSessionServices> session = m_services(m_serverId);
-    UaWriteValues nodes(1);
-    nodes[0].AttributeId = OpcUa_Attributes_Value;
-    if (OpcUa_IsBad(m_nodeId.copyTo(&nodes[0].NodeId)) || OpcUa_IsBad(value.copyTo(&nodes[0].Value.Value)))
-        return false; // out of memory; a null value must not be written instead
-    UaClientSdk::ServiceSettings settings = qlumServiceSettings(tr("Writing an attribute"));
-    UaStatusCodeArray results;
-    const UaStatus status = [&] {
+    const QString name = qlumAttributeName(placed.place.attributeId);
+    QlumAttributeWriter writer(*session, m_nodeId,
+                               tr("Write %1 of %2").arg(name, toQString(m_nodeId.toXmlString())));
+    const UaVariant before = valueAt(placed.place).value;
+    const QlumWriteOutcome outcome = [&] {
         const QlumWaitCursor wait;
-        return session->write(settings, nodes, results);
+        return send(writer, placed);
     }();
-    if (!status.isGood() || results.length() != 1) {
-        log().error(tr("Write failed [ret = %1].").arg(qlumResultText(status)));
-        return writeRefused(index, status);
+    if (outcome.isGood() && !isUndo && before != placed.value) {
+        m_undo.push_back({placed.place, before});
+        emit undoChanged();
     }
-    const UaStatusCode result(results[0]);
-    const QString text = result.isGood() ? tr("Write to node '%1' succeeded [ret = %2].")
-                                         : tr("Write to node '%1' failed [ret = %2].");
-    log().info(text.arg(toQString(m_nodeId.toFullString()), toQString(result.toString())));
-    if (result.isGood()) {
-        m_fault.clear();
-        emit written();
+    return finish(placed, outcome, index);
+}
+
+QlumWriteOutcome QlumAttributeModel::send(QlumAttributeWriter& writer, const Placed& placed) const
+{
+    const std::vector<QlumValueStep>& steps = placed.place.steps;
+    if (placed.place.attributeId != OpcUa_Attributes_Value || steps.empty())
+        return writer.write(placed.place.attributeId, placed.value);
+    const bool isElement = steps.size() == 1 && steps.front().kind == QlumValueStep::Element;
+    UaVariant sent;
+    const UaString range =
+        isElement ? qlumElementRange(m_value, steps.front().index, placed.value, sent) : UaString();
+    if (!range.isEmpty())
+        if (const QlumWriteOutcome outcome = writer.write(OpcUa_Attributes_Value, sent, range);
+            !qlumRefusesRanges(outcome))
+            return outcome;
+    return sendWhole(writer, placed, isElement);
+}
+
+// The other parts are what the server has now. An element of an array says nothing about its neighbours; the
+// fields of a structure may belong together.
+QlumWriteOutcome QlumAttributeModel::sendWhole(QlumAttributeWriter& writer, const Placed& placed,
+                                               bool isElement) const
+{
+    QlumWriteOutcome outcome;
+    QlumTypedValue whole{{}, valueHint()};
+    outcome.result = writer.readValue(whole.value);
+    if (outcome.result.isBad())
+        return outcome;
+    outcome.hasChanged = !isElement && whole.value != m_value;
+    if (outcome.hasChanged)
+        return outcome;
+    outcome.result = qlumReplacePart(whole, placed.place.steps, placed.value, m_rows.dictionary());
+    if (outcome.result.isBad())
+        return outcome;
+    outcome = writer.write(OpcUa_Attributes_Value, whole.value);
+    outcome.isWhole = isElement;
+    return outcome;
+}
+
+bool QlumAttributeModel::finish(const Placed& placed, const QlumWriteOutcome& outcome,
+                                const QModelIndex& index)
+{
+    const OpcUa_StatusCode code = outcome.service.isGood() ? outcome.result.code() : outcome.service.code();
+    if (!outcome.service.isGood()) {
+        log().error(tr("Write failed [ret = %1].").arg(qlumResultText(outcome.service)));
+        const QString notSent = qlumNotSentText(outcome.service);
+        return writeRefused(placed.place, notSent.isEmpty() ? qlumWriteFailureText(code) : notSent, index);
+    }
+    const QString text = outcome.isGood() ? tr("Write to node '%1' succeeded [ret = %2].")
+                                          : tr("Write to node '%1' failed [ret = %2].");
+    log().info(text.arg(toQString(m_nodeId.toFullString()), toQString(outcome.result.toString())));
+    if (outcome.hasChanged) {
+        writeRefused(
+            placed.place,
+            tr("it has changed on the server since it was shown, and is read again; look at it, then "
+               "write again"),
+            index);
+    } else if (!outcome.isGood()) {
+        writeRefused(placed.place, qlumWriteFailureText(code), index);
     } else {
-        writeRefused(index, result);
+        m_fault.clear();
+        m_expected = placed;
+        emit written();
+        if (outcome.isWhole)
+            emit remarked(
+                tr("The server does not take single elements. The whole array was written, with its "
+                   "other elements as they were on the server."));
     }
     UaNodeId nodeId = m_nodeId; // others may change ours while they hear of it
     m_application.selectionChanged(m_serverId, &nodeId, m_nodeClass);
-    return result.isGood();
+    return outcome.isGood();
 }
 
-bool QlumAttributeModel::writeRefused(const QModelIndex& index, const UaStatus& status)
+bool QlumAttributeModel::writeRefused(const Place& place, const QString& why, const QModelIndex& index)
 {
-    m_fault = qlumNotSentText(status);
-    if (m_fault.isEmpty())
-        m_fault = qlumWriteFailureText(status.code());
-    if (!stepsTo(*nodeAt(index), m_faultSteps))
-        m_faultSteps.clear(); // the whole Value, then
-    emit dataChanged(index, index);
+    m_fault = why;
+    m_faultPlace = place;
+    if (index.isValid())
+        emit dataChanged(index, index);
     emit writeFailed(m_fault);
     return false;
+}
+
+// ---- afterwards
+
+// The server may have rounded it or cut it, or something else has written meanwhile.
+void QlumAttributeModel::compareWithWritten()
+{
+    const std::optional<Placed> expected = std::exchange(m_expected, std::nullopt);
+    if (!expected || expected->value.isNull())
+        return;
+    const UaVariant shown = valueAt(expected->place).value;
+    if (shown.isNull() || shown == expected->value)
+        return; // what may be written need not be readable
+    constexpr int longest = 60;
+    emit remarked(tr("%1 was written, and the server has taken it, but %2 was read back.")
+                      .arg(qlumCutText(toQString(expected->value.toString()), longest),
+                           qlumCutText(toQString(shown.toString()), longest)));
+}
+
+void QlumAttributeModel::forgetWrites()
+{
+    m_fault.clear();
+    m_expected.reset();
+    if (!m_undo.empty()) {
+        m_undo.clear();
+        emit undoChanged();
+    }
 }
 
 QlumLog QlumAttributeModel::log() const

@@ -58,6 +58,10 @@ public:
     /// From the value of the parent to that of this row.
     [[nodiscard]] QlumValueStep step() const { return m_step; }
 
+    /// The attribute that the row shows as a whole; 0 for rows below one.
+    [[nodiscard]] int attributeId() const { return m_attributeId; }
+    void setAttributeId(int attributeId) { m_attributeId = attributeId; }
+
     /// Drives the colour.
     [[nodiscard]] OpcUa_StatusCode status() const { return m_status; }
     /// Of the row and of all below it.
@@ -96,6 +100,7 @@ private:
     QString m_value;
     OpcUa_StatusCode m_status = 0;
     QlumValueStep m_step;
+    int m_attributeId = 0;
     Remark m_remark = NoRemark;
     bool m_optional : 1 = false;
     bool m_writable : 1 = false;

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <span>
 
 namespace {
@@ -41,6 +42,37 @@ constexpr std::array<Bit, 4> accessRestrictions{{{1, "SigningRequired"},
                                                  {8, "ApplyRestrictionsToBrowse"}}};
 constexpr unsigned int semanticChange = 16; // says nothing of what the user may do
 
+struct MaskBit
+{
+    int attributeId;
+    OpcUa_UInt32 mask;
+};
+
+// NodeId and NodeClass have bits, too, but who changes them makes another node of it.
+constexpr MaskBit writeMaskBits[] = {
+    {OpcUa_Attributes_AccessLevel, OpcUa_AttributeWriteMask_AccessLevel},
+    {OpcUa_Attributes_ArrayDimensions, OpcUa_AttributeWriteMask_ArrayDimensions},
+    {OpcUa_Attributes_BrowseName, OpcUa_AttributeWriteMask_BrowseName},
+    {OpcUa_Attributes_ContainsNoLoops, OpcUa_AttributeWriteMask_ContainsNoLoops},
+    {OpcUa_Attributes_DataType, OpcUa_AttributeWriteMask_DataType},
+    {OpcUa_Attributes_Description, OpcUa_AttributeWriteMask_Description},
+    {OpcUa_Attributes_DisplayName, OpcUa_AttributeWriteMask_DisplayName},
+    {OpcUa_Attributes_EventNotifier, OpcUa_AttributeWriteMask_EventNotifier},
+    {OpcUa_Attributes_Executable, OpcUa_AttributeWriteMask_Executable},
+    {OpcUa_Attributes_Historizing, OpcUa_AttributeWriteMask_Historizing},
+    {OpcUa_Attributes_InverseName, OpcUa_AttributeWriteMask_InverseName},
+    {OpcUa_Attributes_IsAbstract, OpcUa_AttributeWriteMask_IsAbstract},
+    {OpcUa_Attributes_MinimumSamplingInterval, OpcUa_AttributeWriteMask_MinimumSamplingInterval},
+    {OpcUa_Attributes_Symmetric, OpcUa_AttributeWriteMask_Symmetric},
+    {OpcUa_Attributes_UserAccessLevel, OpcUa_AttributeWriteMask_UserAccessLevel},
+    {OpcUa_Attributes_UserExecutable, OpcUa_AttributeWriteMask_UserExecutable},
+    {OpcUa_Attributes_UserWriteMask, OpcUa_AttributeWriteMask_UserWriteMask},
+    {OpcUa_Attributes_ValueRank, OpcUa_AttributeWriteMask_ValueRank},
+    {OpcUa_Attributes_WriteMask, OpcUa_AttributeWriteMask_WriteMask},
+    {OpcUa_Attributes_AccessRestrictions, OpcUa_AttributeWriteMask_AccessRestrictions},
+    {OpcUa_Attributes_AccessLevelEx, OpcUa_AttributeWriteMask_AccessLevelEx},
+};
+
 struct Reason
 {
     OpcUa_StatusCode code;
@@ -54,7 +86,9 @@ constexpr Reason writeReasons[] = {
     {OpcUa_BadUserAccessDenied, WORDS("the user who is logged in may not write it")},
     {OpcUa_BadSecurityModeInsufficient, WORDS("the connection is not secure enough for it")},
     {OpcUa_BadWriteNotSupported, WORDS("the server cannot write a value of this kind")},
-    {OpcUa_BadAttributeIdInvalid, WORDS("the node has no value")},
+    {OpcUa_BadAttributeIdInvalid, WORDS("the node has no such attribute")},
+    {OpcUa_BadTypeMismatch, WORDS("the server expects a value of another type or shape")},
+    {OpcUa_BadIndexRangeNoData, WORDS("the array has become shorter")},
     {OpcUa_BadLocked, WORDS("somebody else has locked it")},
     {OpcUa_BadInvalidState, WORDS("it cannot be written in the present state")},
     {OpcUa_BadOutOfService, WORDS("its source is out of service")},
@@ -124,6 +158,14 @@ QList<int> qlumFurtherAttributesOf(OpcUa_NodeClass nodeClass)
     return ids;
 }
 
+OpcUa_UInt32 qlumWriteMaskBit(int attributeId)
+{
+    const auto* found =
+        std::find_if(std::begin(writeMaskBits), std::end(writeMaskBits),
+                     [attributeId](const MaskBit& bit) { return bit.attributeId == attributeId; });
+    return found == std::end(writeMaskBits) ? 0 : found->mask;
+}
+
 bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass)
 {
     switch (attributeId) {
@@ -141,30 +183,6 @@ bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass)
         return nodeClass == OpcUa_NodeClass_ReferenceType;
     default:
         return false;
-    }
-}
-
-QString qlumNodeClassText(OpcUa_Int32 nodeClass)
-{
-    switch (nodeClass) {
-    case OpcUa_NodeClass_Object:
-        return QStringLiteral("Object");
-    case OpcUa_NodeClass_Variable:
-        return QStringLiteral("Variable");
-    case OpcUa_NodeClass_Method:
-        return QStringLiteral("Method");
-    case OpcUa_NodeClass_ObjectType:
-        return QStringLiteral("ObjectType");
-    case OpcUa_NodeClass_VariableType:
-        return QStringLiteral("VariableType");
-    case OpcUa_NodeClass_ReferenceType:
-        return QStringLiteral("ReferenceType");
-    case OpcUa_NodeClass_DataType:
-        return QStringLiteral("DataType");
-    case OpcUa_NodeClass_View:
-        return QStringLiteral("View");
-    default:
-        return QStringLiteral("Invalid NodeClass");
     }
 }
 

@@ -11,10 +11,10 @@
 [[nodiscard]] QList<int> qlumAttributesOf(OpcUa_NodeClass nodeClass);
 /// Those that only some servers have, read after them.
 [[nodiscard]] QList<int> qlumFurtherAttributesOf(OpcUa_NodeClass nodeClass);
+/// The bit of WriteMask and UserWriteMask that stands for the attribute; 0 for those that have none.
+[[nodiscard]] OpcUa_UInt32 qlumWriteMaskBit(int attributeId);
 /// Whether nodes of the class may lack the attribute.
 [[nodiscard]] bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass);
-/// "Variable"; "Invalid NodeClass" for a number that is none.
-[[nodiscard]] QString qlumNodeClassText(OpcUa_Int32 nodeClass);
 /// The names of the bits, "None" when none is set.
 [[nodiscard]] QString qlumEventNotifierText(OpcUa_Byte mask);
 /// The same.

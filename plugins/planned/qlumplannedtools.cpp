@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 11> tools{{
+constexpr std::array<QlumPlannedTool, 9> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -23,14 +23,6 @@ constexpr std::array<QlumPlannedTool, 11> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Devices View</b><br>Shows the devices of a server with their parameters, methods "
                        "and identification, and configures them.")},
-    {QlumPlannedTool::Dock, "QlumReferencePlugin", "UA Reference Plugin",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "References"),
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "The reference view is not part of this version. Hierarchical references can be "
-                       "followed in the address space."),
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "<b>References</b><br>This window shows the references of the node that is selected "
-                       "in the address space window.")},
     {QlumPlannedTool::Document, "QlumDaPlugin", "Data Access Plugin", "Data Access View",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "The data access view is not part of this version. Single values can be read in the "
@@ -48,7 +40,6 @@ constexpr std::array<QlumPlannedTool, 11> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Event View</b><br>Receives the events and alarms of one or more servers and "
                        "acknowledges them.")},
-    {QlumPlannedTool::Bare, "QlumMethodPlugin", "UA Method Plugin"},
     {QlumPlannedTool::Document, "QlumPerformancePlugin", "UA Performance Plugin", "Performance View",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The performance view is not part of this version."),
      QT_TRANSLATE_NOOP(
@@ -122,11 +113,9 @@ QStaticPlugin exported()
     }
 
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumReferencePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDaPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumHistoryPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumEventPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumMethodPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumServerDiagnosticPlugin)

@@ -59,7 +59,9 @@ public:
     std::map<UaNodeId, UaNodeId> icons; ///< node -> its property "Icon"
     std::vector<UaVariant> written;
     OpcUa_StatusCode callStatus = 0; ///< of read, write and translate
+    QStringList writtenTo;           ///< attribute and index range
     OpcUa_StatusCode writeResult = 0;
+    OpcUa_StatusCode rangeResult = 0; ///< of writes with an index range
     bool connected = true;
     QStringList journal;
 
@@ -120,9 +122,13 @@ public:
         if (callStatus != 0)
             return UaStatus(callStatus);
         journal.append("write " + toQString(UaNodeId(nodes[0].NodeId).toXmlString()));
-        written.emplace_back(nodes[0].Value.Value);
+        const UaString range(nodes[0].IndexRange);
         EXPECT_TRUE(results.create(1));
-        results[0] = writeResult;
+        results[0] = range.isEmpty() ? writeResult : rangeResult;
+        if (!range.isEmpty() && rangeResult != 0)
+            return {};
+        written.emplace_back(nodes[0].Value.Value);
+        writtenTo.append(QStringLiteral("%1 %2").arg(nodes[0].AttributeId).arg(toQString(range)).trimmed());
         return {};
     }
     UaStatus translateBrowsePathsToNodeIds(UaClientSdk::ServiceSettings&, const UaBrowsePaths& paths,

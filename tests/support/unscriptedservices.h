@@ -7,6 +7,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uanamespacezero.h>
 #include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uabytestring.h>
@@ -23,6 +24,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 class UnscriptedServices : public QlumSessionServices, public UaDataTypeDictionary, private QlumServerTypes
 {
@@ -190,6 +192,8 @@ private:
     }
     UaEnumDefinition getEnumDefinition(const UaNodeId* id) override { return enumDefinition(*id); }
     bool isEnum(const UaNodeId* id) override { return !enumDefinition(*id).isNull(); }
+    OpcUa_BuiltInType builtInType(const UaNodeId& id) override { return uaNamespaceZeroBuiltInType(id); }
+    std::vector<UaNodeId> concreteTypes(const UaNodeId& id) override { return {id}; }
     UaStatus readDataTypeId(const UaNodeId&, UaNodeId*, int*, UaUInt32Array*, QString*,
                             UaLocalizedText*) override
     {

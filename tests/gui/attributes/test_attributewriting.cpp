@@ -2,7 +2,9 @@
 #include <tests/gui/attributes/attributefixture.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uastructuredefinition.h>
+#include <uabase/values/uadatavalue.h>
 #include <uabase/values/uaextensionobject.h>
+#include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
@@ -11,6 +13,8 @@
 #include <QSignalSpy>
 #include <QStringList>
 #include <QVariant>
+
+#include <vector>
 
 namespace {
 class AttributeWriting : public AttributeFixture
@@ -21,6 +25,24 @@ protected:
         return model.setData(index, text, Qt::EditRole);
     }
     const UaVariant& last() const { return services->written.back(); }
+    static UaVariant numbersFrom(OpcUa_Int32 first)
+    {
+        UaInt32Array numbers(3);
+        for (OpcUa_UInt32 i = 0; i < numbers.length(); ++i)
+            numbers[i] = first + static_cast<OpcUa_Int32>(i);
+        UaVariant value;
+        value.setInt32Array(numbers);
+        return value;
+    }
+    static UaVariant matrix(OpcUa_Int32 rows, OpcUa_Int32 columns)
+    {
+        const std::vector<UaVariant> zeros(static_cast<std::size_t>(rows * columns), UaVariant(0.0));
+        const OpcUa_Int32 dimensions[] = {rows, columns};
+        UaVariant value;
+        EXPECT_TRUE(OpcUa_IsGood(value.setArray(OpcUaType_Double, zeros)));
+        EXPECT_TRUE(OpcUa_IsGood(value.setDimensions(dimensions)));
+        return value;
+    }
 };
 
 TEST_F(AttributeWriting, TextsBecomeTheTypeOfTheValue)
@@ -81,17 +103,66 @@ TEST_F(AttributeWriting, FailuresAreToldAndNothingIsWrittenWithoutASession)
 
 TEST_F(AttributeWriting, OneElementOfAnArray)
 {
-    UaInt32Array numbers(3);
-    numbers[0] = 1;
-    numbers[2] = 3;
     UaVariant value;
-    value.setInt32Array(numbers);
-    showValue(value);
+    showValue(numbersFrom(1));
     EXPECT_FALSE(writeText(valueRow(), "5")) << "one number must not replace three";
     ASSERT_TRUE(writeText(below(fetched(valueRow()), 1), "2"));
-    numbers[1] = 2;
-    value.setInt32Array(numbers);
-    EXPECT_EQ(last(), value);
+    EXPECT_EQ(last().elementCount(), 1u);
+    EXPECT_EQ(last().at(0), UaVariant(OpcUa_Int32{2}));
+    EXPECT_EQ(services->writtenTo.last(), "13 1");
+    EXPECT_EQ(qlumElementRange(matrix(2, 3), 4, UaVariant(1.0), value), UaString("1,1"));
+    EXPECT_TRUE(value.isMatrix()) << "of one element";
+}
+
+// With its other elements as they are now, not as they were shown.
+TEST_F(AttributeWriting, OneElementOfAnArrayThatIsTakenAsAWholeOnly)
+{
+    showValue(numbersFrom(1));
+    services->attributes[{UaNodeId(7, 2), OpcUa_Attributes_Value}] = numbersFrom(11);
+    services->rangeResult = OpcUa_BadWriteNotSupported;
+    const QSignalSpy remarked(&model, &QlumAttributeModel::remarked);
+    ASSERT_TRUE(writeText(below(fetched(valueRow()), 1), "2"));
+    EXPECT_EQ(last().at(0), UaVariant(OpcUa_Int32{11}));
+    EXPECT_EQ(last().at(1), UaVariant(OpcUa_Int32{2}));
+    EXPECT_EQ(remarked.count(), 1);
+}
+
+TEST_F(AttributeWriting, WhatCameBackDifferentIsToldAndUndoneUntilTheNodeChanges)
+{
+    const QSignalSpy remarked(&model, &QlumAttributeModel::remarked);
+    showValue(UaVariant(1.0));
+    ASSERT_TRUE(writeText(valueRow(), "2.25"));
+    showValue(UaVariant(2.0));
+    ASSERT_EQ(remarked.count(), 1);
+    EXPECT_EQ(remarked.at(0).at(0).toString(),
+              "2.25 was written, and the server has taken it, but 2 was read "
+              "back.");
+    ASSERT_TRUE(model.undo());
+    EXPECT_EQ(last(), UaVariant(1.0));
+    EXPECT_FALSE(model.canUndo());
+    ASSERT_TRUE(writeText(valueRow(), "3"));
+    EXPECT_TRUE(model.canUndo());
+    model.clear();
+    EXPECT_FALSE(model.canUndo());
+}
+
+TEST_F(AttributeWriting, OtherAttributesAreWrittenAsTheirMaskAllows)
+{
+    show(OpcUa_NodeClass_Object,
+         {{OpcUa_Attributes_DisplayName, UaDataValue(UaVariant(UaLocalizedText("en", "Pump")))},
+          {OpcUa_Attributes_Description, UaDataValue(UaVariant(UaLocalizedText("en", "old")))},
+          {OpcUa_Attributes_EventNotifier, UaDataValue(UaVariant(OpcUa_Byte{0}))},
+          {OpcUa_Attributes_UserWriteMask,
+           UaDataValue(UaVariant(OpcUa_UInt32{OpcUa_AttributeWriteMask_Description |
+                                              OpcUa_AttributeWriteMask_EventNotifier}))}});
+    EXPECT_FALSE(model.flags(model.index(0, 1)) & Qt::ItemIsEditable);
+    ASSERT_TRUE(model.setData(model.index(1, 1), QVariant::fromValue(UaVariant(UaLocalizedText("en", "new"))),
+                              QlumAttributeModel::PartRole));
+    EXPECT_EQ(services->writtenTo.last(), "5");
+    EXPECT_EQ(last(), UaVariant(UaLocalizedText("en", "new")));
+    ASSERT_TRUE(writeText(model.index(2, 1), "1"));
+    EXPECT_EQ(services->writtenTo.last(), "12");
+    EXPECT_EQ(last(), UaVariant(OpcUa_Byte{1}));
 }
 
 TEST_F(AttributeWriting, OneFieldOfAStructureInAnArray)
@@ -110,6 +181,12 @@ TEST_F(AttributeWriting, OneFieldOfAStructureInAnArray)
     value.setExtensionObjectArray(points);
     showValue(value);
     const QModelIndex second = below(fetched(valueRow()), 1);
+    const QSignalSpy failed(&model, &QlumAttributeModel::writeFailed);
+    services->attributes[{UaNodeId(7, 2), OpcUa_Attributes_Value}] = numbersFrom(1);
+    EXPECT_FALSE(writeText(below(second, 0), "4.5")) << "somebody else has changed it";
+    EXPECT_EQ(failed.count(), 1);
+    EXPECT_TRUE(services->written.empty());
+    services->attributes[{UaNodeId(7, 2), OpcUa_Attributes_Value}] = value;
     ASSERT_TRUE(writeText(below(second, 0), "4.5"));
     UaGenericStructureValue written;
     ASSERT_TRUE(written.decode(last().at(1).toExtensionObject(), point).isGood());
