@@ -32,8 +32,8 @@ namespace {
 const int rounds = repetitions(41);
 constexpr std::size_t large = 16 * 1024 * 1024;
 constexpr int page = 16384;
-// 2 ms each, where a key in the bare field took 0.48 ms
-constexpr double limit = 4.2;
+// 2 ms each, where a key in the bare field took 0.63 ms
+constexpr double limit = 3.2;
 
 // A pair of keys, so that hexadecimal digits stay pairs; ms for one of them, with what it has repainted.
 double key(QWidget* field, Qt::Key code, const QString& text)

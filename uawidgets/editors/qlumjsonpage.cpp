@@ -158,7 +158,7 @@ QString QlumJsonPage::refusal() const
 void QlumJsonPage::setReadOnly(bool readOnly)
 {
     m_text->setReadOnly(readOnly);
-    m_paste->setEnabled(!readOnly);
+    m_paste->setVisible(!readOnly);
 }
 
 void QlumJsonPage::copy()

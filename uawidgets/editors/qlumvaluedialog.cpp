@@ -246,6 +246,8 @@ void QlumValueDialog::accept()
 {
     UaVariant entered;
     const QString wrong = page()->fault();
+    if (m_isReadOnly || !m_buttons->isEnabled())
+        return;
     if (!wrong.isEmpty())
         return say(wrong, true);
     if (!page()->value(entered)) {
@@ -256,8 +258,15 @@ void QlumValueDialog::accept()
         return;
     const QPointer<QlumValueDialog> alive(this);
     const Taker taker = m_taker;
+    m_buttons->setEnabled(false); // it is sent once, however long that takes
+    bool isClosed = false;        // by the user, who did not want to wait
+    const auto closing = connect(this, &QDialog::finished, this, [&isClosed] { isClosed = true; });
     const QString refusal = taker ? taker(entered) : QString();
     if (!alive)
+        return;
+    disconnect(closing);
+    m_buttons->setEnabled(true);
+    if (isClosed)
         return;
     if (refusal.isEmpty())
         return QlumBaseWidget::accept();

@@ -157,6 +157,11 @@ TEST(BytesPage, TellsNullFromEmptyAndChecksTheLengthOfTheWhole)
     ASSERT_TRUE(page.value(value));
     EXPECT_EQ(value, UaVariant(""));
     EXPECT_TRUE(page.isModified());
+    page.setValue(UaVariant());
+    EXPECT_FALSE(page.value(value)) << "one that is still to be given";
+    QTest::keyClicks(page.findChild<QPlainTextEdit*>("text"), "z");
+    ASSERT_TRUE(page.value(value));
+    EXPECT_EQ(value, UaVariant("z"));
     const std::string text(100000, 'x');
     page.setValue(UaVariant(UaString(text.c_str())));
     EXPECT_FALSE(page.isModified());
