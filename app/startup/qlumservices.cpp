@@ -14,6 +14,7 @@
 #include <servers/qlumserversettingsdialog.h>
 #include <servers/qlumsideconnect.h>
 #include <uabase/values/uanodeid.h>
+#include <uawidgets/editors/qlumvalueviewer.h>
 
 #include <QComboBox>
 #include <QDialog>
@@ -69,6 +70,7 @@ void takeToolServices(QlumToolServices& services, QObject* owner, const QlumTave
 {
     qlumTakeCertificates(services, owner);
     qlumTakeServers(services, owner, find);
+    qlumTakeValues(services, owner);
 }
 } // namespace
 

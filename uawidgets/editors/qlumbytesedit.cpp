@@ -123,7 +123,7 @@ void QlumBytesEdit::changeEvent(QEvent* event)
 void QlumBytesEdit::placeMargins()
 {
     const int digit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
-    const int left = m_isHexadecimal ? digit * (offsetDigits + 1) : 0;
+    const int left = m_isHexadecimal ? digit * (offsetDigits + 2) : 0;
     const int right = m_isHexadecimal ? digit * (lineBytes + 1) : 0;
     setViewportMargins(left, 0, right, 0);
     m_offsets->setVisible(m_isHexadecimal);

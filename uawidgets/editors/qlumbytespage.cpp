@@ -147,7 +147,8 @@ void QlumBytesPage::setForm(int index)
 void QlumBytesPage::setValue(const UaVariant& value)
 {
     const QSignalBlocker quiet(m_null);
-    m_wasNull = isNullContent(value);
+    m_hasValue = !value.isNull();
+    m_wasNull = m_hasValue && isNullContent(value); // one that is still to be given is typed at once
     m_null->setChecked(m_wasNull);
     const std::string_view content = contentOf(value);
     m_bytes->setBytes(QByteArray(content.data(), static_cast<int>(content.size())));
@@ -157,6 +158,8 @@ void QlumBytesPage::setValue(const UaVariant& value)
 bool QlumBytesPage::value(UaVariant& value) const
 {
     QByteArray bytes;
+    if (!m_hasValue && !isModified())
+        return false;
     if (!m_null->isChecked() && !m_bytes->bytes(bytes))
         return false;
     value = variantOf(m_type, bytes, m_null->isChecked());
@@ -191,7 +194,7 @@ void QlumBytesPage::setReadOnly(bool readOnly)
     m_isReadOnly = readOnly;
     m_bytes->setReadOnly(readOnly);
     m_null->setEnabled(!readOnly);
-    m_load->setEnabled(!readOnly);
+    m_load->setVisible(!readOnly);
     showState();
 }
 

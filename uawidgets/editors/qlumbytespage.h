@@ -47,7 +47,8 @@ private:
     QPushButton* m_load = nullptr;
     QPushButton* m_save = nullptr;
     QLabel* m_length;
-    QLabel* m_problem; ///< with a file
+    QLabel* m_problem;       ///< with a file
+    bool m_hasValue = false; ///< to begin with
     bool m_wasNull = false;
     bool m_isReadOnly = false;
 };

@@ -389,7 +389,7 @@ void QlumLineCell::addBrowse()
             cell().type == OpcUaType_NodeId ? entered.toNodeId() : entered.toExpandedNodeId().nodeId();
         const QPointer<QlumLineCell> alive(this); // the choice takes its time, and the cell may go
         const auto browse = cell().context.browseNode;
-        const UaNodeId chosen = browse(window(), start);
+        const UaNodeId chosen = browse(this, start); // as its parent, or the cell is closed meanwhile
         if (!alive || chosen.isNull())
             return;
         setText(cell().type == OpcUaType_NodeId ? toQString(chosen.toXmlString())

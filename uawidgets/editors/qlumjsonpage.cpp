@@ -25,7 +25,8 @@
 #include <string_view>
 
 namespace {
-constexpr int quicklyRead = 8192; // bytes that are checked with each key
+constexpr int quicklyRead = 8192;        // bytes that are checked with each key
+constexpr int readInAPause = 512 * 1024; // larger ones are checked when they are sent
 constexpr int pauseMilliseconds = 500;
 } // namespace
 
@@ -49,10 +50,13 @@ QlumJsonPage::QlumJsonPage(const QlumValueContext& context, QWidget* parent)
     connect(m_pause, &QTimer::timeout, this, &QlumValuePage::edited);
     connect(m_text, &QlumPagedBytes::edited, this, [this] {
         m_isRead = false;
-        if (m_text->size() > quicklyRead)
-            m_pause->start();
-        else
+        const bool isLarge = m_text->size() > readInAPause;
+        if (isLarge)
+            m_hint->setText(tr("So long a text is checked when it is sent."));
+        if (isLarge || m_text->size() <= quicklyRead)
             emit edited();
+        else
+            m_pause->start();
     });
 }
 
@@ -113,7 +117,8 @@ void QlumJsonPage::read() const
 
 bool QlumJsonPage::value(UaVariant& value) const
 {
-    if (!fault().isEmpty())
+    read();
+    if (!m_fault.isEmpty())
         return false;
     value = m_text->isModified() ? m_read : m_shown;
     return true;
@@ -126,8 +131,9 @@ bool QlumJsonPage::isModified() const
 
 QString QlumJsonPage::fault() const
 {
-    read();
-    return m_fault;
+    if (m_isRead || m_text->size() <= readInAPause)
+        read();
+    return m_isRead ? m_fault : m_text->fault();
 }
 
 // Of long texts the dialog asks when the value is sent.
@@ -152,7 +158,7 @@ QString QlumJsonPage::refusal() const
 void QlumJsonPage::setReadOnly(bool readOnly)
 {
     m_text->setReadOnly(readOnly);
-    m_paste->setEnabled(!readOnly);
+    m_paste->setVisible(!readOnly);
 }
 
 void QlumJsonPage::copy()

@@ -13,7 +13,8 @@ class QPushButton;
 class QTimer;
 class QlumPagedBytes;
 
-/// Edits any value as JSON text. Long texts are checked when the user pauses, not with each key. GUI thread.
+/// Edits any value as JSON text. Long texts are checked when the user pauses, or when the value
+/// is asked for. GUI thread.
 class QlumJsonPage : public QlumValuePage
 {
     Q_OBJECT
@@ -24,7 +25,7 @@ public:
     void setValue(const UaVariant& value) override;
     [[nodiscard]] bool value(UaVariant& value) const override;
     [[nodiscard]] bool isModified() const override;
-    /// Reads the whole text when it was changed since.
+    /// Of a text that is longer than half a megabyte not before value() was asked for.
     [[nodiscard]] QString fault() const override;
     [[nodiscard]] QString remark() const override;
     [[nodiscard]] QString refusal() const override;

@@ -99,7 +99,7 @@ void QlumLinePage::setReadOnly(bool readOnly)
     if (m_editor)
         qlumSetEditorReadOnly(m_editor, readOnly);
     if (auto* button = findChild<QPushButton*>(QStringLiteral("newGuid")))
-        button->setEnabled(!readOnly);
+        button->setVisible(!readOnly);
 }
 
 void QlumLinePage::addBases(QHBoxLayout* row)

@@ -56,6 +56,8 @@ void QlumLocalizedTextPage::setValue(const UaVariant& value)
 bool QlumLocalizedTextPage::value(UaVariant& value) const
 {
     QByteArray bytes;
+    if (m_shown.isNull() && !isModified())
+        return false;
     if (!m_text->bytes(bytes))
         return false;
     const UaLocalizedText before = m_shown.toLocalizedText();

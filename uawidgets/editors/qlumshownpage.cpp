@@ -1,12 +1,16 @@
 #include <uawidgets/editors/qlumshownpage.h>
 
+#include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/structures/uagenericunionvalue.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uadiagnosticinfo.h>
 #include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumpagedbytes.h>
 #include <uawidgets/editors/qlumvaluetext.h>
@@ -94,14 +98,14 @@ void QlumShownPage::setValue(const UaVariant& value)
     m_content->setVisible(!value.isNull());
     if (value.isNull()) {
         m_reason->setText(m_context.builtInType == OpcUaType_Null
-                              ? tr("There is no value yet: choose its type, or give it as JSON text.")
-                              : tr("There is no value yet. It can be given as JSON text."));
+                              ? tr("There is no value yet: choose its type.")
+                              : tr("There is no value yet. One can be given as JSON text only."));
         return;
     }
     if (value.isScalar() && value.type() == OpcUaType_ExtensionObject)
         return showBody(value);
     const QString parts = qlumPartsText(value);
-    m_reason->setText(tr("It is only shown here; as JSON text it can be edited."));
+    m_reason->setText(tr("It is only shown here. Its JSON text can be edited."));
     static_cast<void>(m_content->setForm(QlumPagedBytes::Form::Text));
     m_content->setBytes(parts.isEmpty() ? toQString(value.toString()).toUtf8() : parts.toUtf8());
 }
@@ -135,9 +139,20 @@ QString QlumShownPage::whyNoFields(const UaVariant& value) const
     const QString id = toQString(object.typeId().toString());
     if (object.encoding() == OpcUa_ExtensionObjectEncoding_Xml)
         return tr("Its body is XML, of the type with the encoding %1.").arg(id);
-    if (!m_context.dictionary || m_context.dictionary->structureDefinition(object.encodingId()).isNull())
+    const UaStructureDefinition definition =
+        m_context.dictionary ? m_context.dictionary->structureDefinition(object.encodingId())
+                             : UaStructureDefinition();
+    if (definition.isNull())
         return tr("The fields are not known: the server gave no definition for the encoding %1. These are "
                   "its bytes.")
             .arg(id);
-    return tr("The bytes do not match the definition that the server gave for the encoding %1.").arg(id);
+    UaGenericStructureValue fields;
+    UaGenericUnionValue field;
+    const UaStatusCode status = definition.isUnion()
+                                    ? field.decode(object, definition, m_context.dictionary.get())
+                                    : fields.decode(object, definition, m_context.dictionary.get());
+    return status.isGood()
+               ? tr("It is only shown here: these are its bytes. Its JSON text can be edited.")
+               : tr("The bytes do not match the definition that the server gave for the encoding %1: %2.")
+                     .arg(id, qlumStatusWords(qlumStatusText(status.code())));
 }

@@ -132,8 +132,8 @@ void QlumTimePage::setReadOnly(bool readOnly)
 {
     m_time->setReadOnly(readOnly);
     m_fine->setReadOnly(readOnly);
-    m_now->setEnabled(!readOnly);
-    m_none->setEnabled(!readOnly);
+    m_now->setVisible(!readOnly);
+    m_none->setVisible(!readOnly);
 }
 
 void QlumTimePage::showFields()

@@ -72,6 +72,7 @@ QlumValueDialog::QlumValueDialog(QlumValueContext context, QWidget* parent, cons
     }
     m_heading->setObjectName(QStringLiteral("heading"));
     m_heading->hide();
+    m_icon->hide();
     m_declared->setObjectName(QStringLiteral("declared"));
     m_declared->setText(declaredText(m_context));
     m_declared->setVisible(!m_declared->text().isEmpty());
@@ -180,6 +181,7 @@ void QlumValueDialog::turnTo(int index)
     if (index == m_shown)
         return;
     UaVariant now;
+    static_cast<void>(page()->value(now));
     const QString wrong = page()->fault();
     if (!wrong.isEmpty()) { // it is put right where it is wrong
         const QSignalBlocker quiet(m_tabs);
@@ -187,7 +189,6 @@ void QlumValueDialog::turnTo(int index)
         say(wrong, true);
         return;
     }
-    static_cast<void>(page()->value(now));
     m_isCarried = isModified();
     m_shown = index;
     page()->setValue(now);
@@ -214,12 +215,13 @@ void QlumValueDialog::showState()
 
 void QlumValueDialog::say(const QString& text, bool isWarning)
 {
+    if (m_state->text() == text && m_isWarning == isWarning)
+        return; // with most keys
+    m_isWarning = isWarning;
     const auto picture = isWarning ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
     m_icon->setVisible(!text.isEmpty());
     m_icon->setPixmap(style()->standardIcon(picture, nullptr, this).pixmap(size, size));
-    if (m_state->text() == text)
-        return;
     m_state->setText(text);
     QAccessibleEvent alert(m_state, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
@@ -244,16 +246,27 @@ void QlumValueDialog::accept()
 {
     UaVariant entered;
     const QString wrong = page()->fault();
+    if (m_isReadOnly || !m_buttons->isEnabled())
+        return;
     if (!wrong.isEmpty())
         return say(wrong, true);
-    if (!page()->value(entered))
-        return say(tr("There is no value yet."), true);
+    if (!page()->value(entered)) {
+        const QString late = page()->fault(); // of a text that was too long to be checked before
+        return say(late.isEmpty() ? tr("There is no value yet.") : late, true);
+    }
     if (!isConfirmed(entered))
         return;
     const QPointer<QlumValueDialog> alive(this);
     const Taker taker = m_taker;
+    m_buttons->setEnabled(false); // it is sent once, however long that takes
+    bool isClosed = false;        // by the user, who did not want to wait
+    const auto closing = connect(this, &QDialog::finished, this, [&isClosed] { isClosed = true; });
     const QString refusal = taker ? taker(entered) : QString();
     if (!alive)
+        return;
+    disconnect(closing);
+    m_buttons->setEnabled(true);
+    if (isClosed)
         return;
     if (refusal.isEmpty())
         return QlumBaseWidget::accept();

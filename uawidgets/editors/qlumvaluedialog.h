@@ -78,6 +78,7 @@ private:
     UaVariant m_warned;       ///< what the user has been warned of
     bool m_isWarned = false;  ///< and has not changed since
     bool m_isCarried = false; ///< a page shows what was changed in the other
+    bool m_isWarning = false; ///< what is said
     bool m_isReadOnly = false;
     int m_shown = 0; ///< page
 };

@@ -118,6 +118,8 @@ QString qlumEditText(const UaVariant& value)
         return QString::number(value.toByte());
     case OpcUaType_SByte:
         return QString::number(value.toSByte());
+    case OpcUaType_DateTime:
+        return toQString(value.toDateTime().toFullString());
     case OpcUaType_ByteString:
         return QLatin1String("0x") + toQString(value.toByteString().toHex());
     case OpcUaType_XmlElement: {

@@ -50,7 +50,7 @@ struct Sample
     QString name;
     QlumValueContext context;
     UaVariant filled;
-    QString wrong; ///< typed into the editor's text; empty for what cannot be wrong
+    QString wrong; // typed into the editor's text; empty for what cannot be wrong
 };
 
 QlumValueContext place(OpcUa_BuiltInType type)

@@ -1,20 +1,29 @@
 // The dialog for whole values: what it says, when it sends, its two pages.
+#include <app/api/qlumtoolservices.h>
 #include <tests/support/modeltext.h>
+#include <tests/support/tableservices.h>
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumpagedbytes.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/editors/qlumvaluedialog.h>
+#include <uawidgets/editors/qlumvalueviewer.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QObject>
 #include <QPlainTextEdit>
 #include <QString>
 #include <QTabWidget>
 #include <QTest>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -148,5 +157,43 @@ TEST_F(ValueDialog, ItsEditorsRememberHowTheyWereSet)
     EXPECT_FALSE(dialog->isModified());
     open(UaVariant(OpcUa_UInt64{0xFFFFFFFFFFFFFFFFu}));
     EXPECT_EQ(line()->text(), "0xffffffffffffffff");
+}
+// ---- values that other tools want to be seen
+
+QlumValueDialog* viewer()
+{
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (auto* dialog = qobject_cast<QlumValueDialog*>(window))
+            return dialog;
+    return nullptr;
+}
+
+TEST(ValueViewer, ShowsAValueWithWhatItsServerSaysOfTheType)
+{
+    auto server = std::make_shared<TableServices>();
+    UaEnumDefinition states(UaString("State"), UaNodeId(3000, 2));
+    states.addValue(1, UaString("Running"));
+    server->enums[UaNodeId(3000, 2)] = states;
+    bool isThere = true;
+    QlumToolServices tools;
+    auto owner = std::make_unique<QObject>();
+    qlumTakeValues(tools, owner.get(),
+                   [&](unsigned int) { return isThere ? server : std::shared_ptr<TableServices>(); });
+    ASSERT_TRUE(tools.showValue(1, UaVariant(OpcUa_Int32{1}), UaNodeId(3000, 2)));
+    ASSERT_TRUE(QTest::qWaitFor([] { return viewer() != nullptr; }));
+    auto* names = viewer()->findChild<QComboBox*>("valueEditor");
+    ASSERT_NE(names, nullptr);
+    EXPECT_EQ(names->currentText(), "Running (1)");
+    EXPECT_FALSE(names->isEnabled());
+    delete viewer();
+    isThere = false;
+    ASSERT_TRUE(tools.showValue(1, UaVariant(OpcUa_Int32{1}), UaNodeId(3000, 2)));
+    ASSERT_NE(viewer(), nullptr) << "without a server there is nothing to wait for";
+    delete viewer();
+    isThere = true;
+    ASSERT_TRUE(tools.showValue(1, UaVariant(OpcUa_Int32{1}), UaNodeId(3000, 2)));
+    owner.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(viewer(), nullptr) << "nobody shows what was asked for before the end";
 }
 } // namespace
