@@ -5,8 +5,7 @@
 
 // the precompiled headers bring Qt, whose keyword is the name of a member there. Items go by their paths: an
 // object for each of them, made on a thread that ends, would never be freed whole
-#define SECRET_WITH_UNSTABLE 1
-#define SECRET_API_SUBJECT_TO_CHANGE
+#define SECRET_API_SUBJECT_TO_CHANGE 1
 #pragma push_macro("signals")
 #undef signals
 #include <libsecret/secret.h>
