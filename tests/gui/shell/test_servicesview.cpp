@@ -101,7 +101,6 @@ TEST_F(ServicesView, ShowsCallsAsTheyBeginAndEndInWhateverOrder)
     EXPECT_EQ(shown({4}), QStringList{"Good"});
     duration->setValue(600000);
     EXPECT_EQ(shown({4}), QStringList());
-}).size(), 0) << "since the system started is longer than ten minutes";
 }
 
 TEST_F(ServicesView, OffItWantsNothingAndForgetsNothing)
