@@ -9,7 +9,7 @@
 #include <QPalette>
 
 namespace {
-constexpr int margin = 12;
+constexpr int textMargin = 12;
 }
 
 QlumEmptyText::QlumEmptyText(QAbstractItemView* view, const QString& text)
@@ -19,7 +19,7 @@ QlumEmptyText::QlumEmptyText(QAbstractItemView* view, const QString& text)
     m_label->setTextFormat(Qt::PlainText);
     m_label->setWordWrap(true);
     m_label->setAlignment(Qt::AlignCenter);
-    m_label->setMargin(margin);
+    m_label->setMargin(textMargin);
     m_label->setForegroundRole(QPalette::WindowText);
     applyColor();
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents); // what is dropped is the view's
