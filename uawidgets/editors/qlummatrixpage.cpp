@@ -155,7 +155,7 @@ void QlumMatrixPage::makeSlices()
         box->setAccessibleName(tr("Dimension %1").arg(i + 1));
         box->setToolTip(tr("The index in this dimension of what the grid shows"));
         box->setRange(0, std::max(0, lengths[i] - 1));
-        box->setSuffix(tr(" of %1").arg(lengths[i]));
+        box->setSuffix(tr(" (0 to %1)").arg(box->maximum()));
         caption->setBuddy(box);
         row->addWidget(caption);
         row->addWidget(box);

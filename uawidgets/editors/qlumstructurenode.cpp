@@ -8,6 +8,7 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uanodeid.h>
+#include <uawidgets/editors/qlumnumbertext.h>
 #include <uawidgets/editors/qlumvaluetype.h>
 
 #include <algorithm>
