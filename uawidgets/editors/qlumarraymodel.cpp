@@ -151,7 +151,7 @@ QVariant QlumArrayModel::cell(int row, int column, int role) const
 {
     if (column == ValueColumn || role != Qt::DisplayRole)
         return qlumElementCell(m_elements, row, m_context, role);
-    return qlumTypeTextOf(m_elements.at(row), m_context);
+    return qlumCutText(qlumSingleLine(qlumTypeTextOf(m_elements.at(row), m_context)));
 }
 
 Qt::ItemFlags QlumArrayModel::flags(const QModelIndex& index) const

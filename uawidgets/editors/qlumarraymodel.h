@@ -21,7 +21,9 @@ class QlumArrayModel : public QlumTitledModel<QAbstractTableModel>, public QlumM
 {
     Q_OBJECT
 public:
+    /// What a row shows.
     enum Column { ValueColumn, TypeColumn, ColumnCount };
+    /// As for all models of values.
     enum Role {
         ValueRole = Qt::UserRole,          ///< UaVariant: the element
         DictionaryRole = Qt::UserRole + 2, ///< UaDataTypeDictionary*; the context keeps it
@@ -37,8 +39,11 @@ public:
     [[nodiscard]] UaVariant value() { return m_elements.whole(); }
     /// Whether it is another than the one that was set.
     [[nodiscard]] bool isModified() const { return !m_elements.isUnchanged(); }
+    /// Refuses all edits.
     void setReadOnly(bool readOnly) { m_readOnly = readOnly; }
+    /// Whether edits are refused.
     [[nodiscard]] bool isReadOnly() const { return m_readOnly; }
+    /// For what the model has no function of its own.
     [[nodiscard]] const QlumElementList& elements() const { return m_elements; }
     /// What is known of an element.
     [[nodiscard]] const QlumValueContext& elementContext() const { return m_context; }
@@ -58,18 +63,24 @@ public:
 
     // ---- item model
 
+    /// One for each element.
     [[nodiscard]] int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     /// Without the types where all elements have the same.
     [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    /// What qlumElementCell() says; in the second column the type.
     [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     /// The index beside each row.
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                       int role = Qt::DisplayRole) const override;
+    /// Editable where a cell can edit the element.
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     /// Edit role: a text; ValueRole: a UaVariant.
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+    /// New elements, as newElement() has them. False where there is no such value.
     bool insertRows(int row, int count, const QModelIndex& parent = QModelIndex()) override;
+    /// False when they are not there.
     bool removeRows(int row, int count, const QModelIndex& parent = QModelIndex()) override;
+    /// Before another element, counted before the move.
     bool moveRows(const QModelIndex& sourceParent, int sourceRow, int count,
                   const QModelIndex& destinationParent, int destinationChild) override;
 

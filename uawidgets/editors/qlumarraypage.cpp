@@ -1,8 +1,9 @@
 #include <uawidgets/editors/qlumarraypage.h>
 
+#include <uabase/values/uaarray.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumelementcell.h>
 #include <uawidgets/editors/qlumpartdelegate.h>
-#include <uawidgets/editors/qlumpartdialog.h>
 #include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/table/qlumtable.h>
@@ -41,8 +42,9 @@ QSpinBox* addNumber(QHBoxLayout* layout, const char* name, const QString& label,
 
 QlumArrayPage::QlumArrayPage(const QlumValueContext& context, QWidget* parent)
     : QlumValuePage(parent), m_context(context), m_model(new QlumArrayModel(context, this)),
-      m_delegate(new QlumPartDelegate(this)), m_messages(new QlumMessageBar(this)),
-      m_view(new QTableView(this)), m_summary(new QLabel(this))
+      m_delegate(
+          new QlumPartDelegate([this](const QModelIndex&) { return m_model->elementContext(); }, this)),
+      m_messages(new QlumMessageBar(this)), m_view(new QTableView(this)), m_summary(new QLabel(this))
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -55,6 +57,7 @@ QlumArrayPage::QlumArrayPage(const QlumValueContext& context, QWidget* parent)
     setFocusProxy(m_view);
 
     connect(m_model, &QlumArrayModel::edited, this, [this] {
+        m_check.reset();
         updateHead();
         updateActions();
         emit edited();
@@ -121,6 +124,7 @@ void QlumArrayPage::makeView()
 void QlumArrayPage::setValue(const UaVariant& value)
 {
     m_model->setValue(value);
+    m_check.reset();
     m_messages->dismiss();
     updateHead();
     updateActions();
@@ -153,7 +157,16 @@ QString QlumArrayPage::fault() const
 
 QString QlumArrayPage::remark() const
 {
-    return shapeRemark();
+    QlumValueCheck all = check();
+    all.add(m_delegate->openCheck());
+    return all.text();
+}
+
+QString QlumArrayPage::refusal() const
+{
+    QlumValueCheck all = check();
+    all.add(m_delegate->openCheck());
+    return all.refused;
 }
 
 void QlumArrayPage::setReadOnly(bool readOnly)
@@ -183,22 +196,11 @@ void QlumArrayPage::updateHead()
     m_goTo->setMaximum(std::max(0, count - 1));
 }
 
-QString QlumArrayPage::shapeRemark() const
+const QlumValueCheck& QlumArrayPage::check() const
 {
-    const int count = m_model->rowCount();
-    const OpcUa_BuiltInType type = m_model->elements().type();
-    const OpcUa_BuiltInType declared = m_context.builtInType;
-    if (declared != OpcUaType_Null && declared != OpcUaType_Variant && declared != type)
-        return tr("The elements are of another type than is declared: %1.")
-            .arg(qlumTypeNameOf(m_context.dataType, m_context));
-    if (m_context.valueRank == -1 || m_context.valueRank > 1)
-        return m_context.valueRank == -1
-                   ? tr("No array is declared here, but a single value.")
-                   : tr("A matrix of %1 dimensions is declared here.").arg(m_context.valueRank);
-    if (m_context.arrayDimensions.size() != 1 || m_context.arrayDimensions.front() == 0)
-        return QString();
-    const OpcUa_UInt32 length = m_context.arrayDimensions.front();
-    return static_cast<OpcUa_UInt32>(count) > length
-               ? tr("At most %1 elements are declared; here are %2.").arg(length).arg(count)
-               : QString();
+    if (!m_check) {
+        const OpcUa_Int32 count = m_model->rowCount();
+        m_check = qlumCheckGiven(m_model->elements(), UaArray<OpcUa_Int32>(1, &count), m_context);
+    }
+    return *m_check;
 }

@@ -2,6 +2,7 @@
 #include <app/api/qlumactiontable.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumarraymodel.h>
+#include <uawidgets/editors/qlumvaluechecks.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/editors/qlumvaluepage.h>
 
@@ -9,6 +10,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <optional>
 #include <vector>
 
 class QLabel;
@@ -33,14 +35,16 @@ public:
     [[nodiscard]] bool isModified() const override;
     [[nodiscard]] QString fault() const override;
     [[nodiscard]] QString remark() const override;
+    [[nodiscard]] QString refusal() const override;
     void setReadOnly(bool readOnly) override;
 
     /// For those who show more of it.
     [[nodiscard]] QlumArrayModel& model() const { return *m_model; }
+    /// The same.
     [[nodiscard]] QTableView& view() const { return *m_view; }
 
 private:
-    // rows that follow one another
+    /// Rows that follow one another.
     struct Range
     {
         int first;
@@ -64,7 +68,7 @@ private:
     void sltPaste();
     void sltOpen(const QModelIndex& index);
     void sltResize(int length);
-    [[nodiscard]] QString shapeRemark() const;
+    [[nodiscard]] const QlumValueCheck& check() const;
 
     const QlumValueContext m_context;
     QlumArrayModel* m_model;
@@ -75,4 +79,5 @@ private:
     QSpinBox* m_length;
     QSpinBox* m_goTo;
     QlumActionTable m_actions;
+    mutable std::optional<QlumValueCheck> m_check; ///< kept until something changes
 };

@@ -5,9 +5,10 @@
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumarraymodel.h>
 #include <uawidgets/editors/qlumelementlist.h>
+#include <uawidgets/editors/qlumopenpart.h>
 #include <uawidgets/editors/qlumpartdelegate.h>
-#include <uawidgets/editors/qlumpartdialog.h>
 #include <uawidgets/editors/qlumpastereport.h>
+#include <uawidgets/editors/qlumvaluedialog.h>
 #include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumwaitcursor.h>
@@ -276,7 +277,7 @@ void QlumArrayPage::sltOpen(const QModelIndex& index)
 {
     if (!index.isValid())
         return;
-    QlumPartDialog::Taker take;
+    QlumValueDialog::Taker take;
     if (!m_model->isReadOnly())
         take = [this, place = QPersistentModelIndex(index.siblingAtColumn(QlumArrayModel::ValueColumn))](
                    const UaVariant& part) {
@@ -286,7 +287,6 @@ void QlumArrayPage::sltOpen(const QModelIndex& index)
                        ? QString()
                        : tr("It is no value of the array's type.");
         };
-    auto* dialog = new QlumPartDialog(m_model->elementContext(), QStringLiteral("[%1]").arg(index.row()),
-                                      m_model->elements().at(index.row()), take, this);
-    dialog->open();
+    qlumOpenPart(this, m_model->elementContext(), QStringLiteral("[%1]").arg(index.row()),
+                 m_model->elements().at(index.row()), take);
 }

@@ -5,6 +5,7 @@
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uagenericunionvalue.h>
+#include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/values/uabytestring.h>
@@ -123,17 +124,17 @@ QString textOf(const UaVariant& value, const QlumValueContext& context, int dept
     return qlumCutText(qlumShownText(value, {context.dataType, names}, context.dictionary.get()), cellLength);
 }
 
-bool readEnumeration(const QString& text, OpcUa_BuiltInType type, const UaEnumDefinition& names,
-                     UaVariant& value)
+// By name, where the type has names.
+bool readNames(const QString& text, OpcUa_BuiltInType type, const QlumValueContext& context, UaVariant& value)
 {
-    // "Running", or "Running (1)" as it is shown
-    const QString name = text.trimmed();
-    const int bracket = name.lastIndexOf(QLatin1String(" ("));
     OpcUa_Int64 number = 0;
-    if (!names.valueOf(toUaString(name), number) &&
-        (bracket < 0 || !names.valueOf(toUaString(name.left(bracket)), number)))
-        return false;
-    return qlumFromEditText(QString::number(number), type, value);
+    const UaEnumDefinition names = qlumEnumDefinition(context.dataType, context.dictionary.get());
+    if (qlumMayBeEnumeration(type) && !names.isNull() && qlumFromEnumerationText(text, names, number))
+        return qlumFromEditText(QString::number(number), type, value);
+    OpcUa_UInt64 bits = 0;
+    const UaOptionSetDefinition options = qlumOptionSetDefinition(context.dataType, context.dictionary.get());
+    return qlumIsUnsigned(type) && !options.isNull() && qlumFromOptionSetText(text, options, bits) &&
+           qlumFromEditText(QString::number(bits), type, value);
 }
 } // namespace
 
@@ -204,11 +205,8 @@ QString qlumCopyText(const UaVariant& value, const QlumValueContext& context)
 bool qlumReadCell(const QString& text, OpcUa_BuiltInType type, const QlumValueContext& context,
                   UaVariant& value)
 {
-    if (qlumMayBeEnumeration(type) && !context.dataType.isNull()) {
-        const UaEnumDefinition names = qlumEnumDefinition(context.dataType, context.dictionary.get());
-        if (!names.isNull() && readEnumeration(text, type, names, value))
-            return true;
-    }
+    if (!context.dataType.isNull() && readNames(text, type, context, value))
+        return true;
     if (qlumIsTextEditable(type))
         return qlumFromEditText(text, type, value);
     UaVariant read;

@@ -6,6 +6,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumcelltext.h>
+#include <uawidgets/editors/qlumvaluetype.h>
 
 #include <QCoreApplication>
 #include <QString>
@@ -71,6 +72,27 @@ bool qlumIsElementEditable(const QlumElementList& elements, int index)
         return qlumFitsCellEditor(elements.type(), length);
     const UaVariant element = elements.at(index);
     return element.isScalar() && qlumFitsCellEditor(element.type(), length);
+}
+
+QlumValueCheck qlumCheckGiven(const QlumElementList& elements, const UaArray<OpcUa_Int32>& lengths,
+                              const QlumValueContext& context)
+{
+    constexpr int mostLooks = 1000; // at elements, so that a check is not felt
+    QlumValueCheck check{qlumCheckLengths(lengths, context), {}};
+    check.add({qlumCheckType(elements.type(), context), {}});
+    if (!check.refused.isEmpty())
+        return check;
+    const QlumValueContext place = qlumElementContext(context);
+    elements.visitGiven(mostLooks, [&](int index, const UaVariant& element) {
+        const QlumValueCheck one = qlumCheckElement(element, place);
+        const QString name = qlumElementName(index, lengths) + QLatin1String(": ");
+        if (check.refused.isEmpty() && !one.refused.isEmpty())
+            check.refused = name + one.refused;
+        if (check.unusual.isEmpty() && !one.unusual.isEmpty())
+            check.unusual = name + one.unusual;
+        return check.refused.isEmpty() || check.unusual.isEmpty();
+    });
+    return check;
 }
 
 bool qlumReadElement(const QString& text, OpcUa_BuiltInType arrayType, const QlumValueContext& context,

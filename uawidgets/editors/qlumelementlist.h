@@ -15,6 +15,7 @@ public:
 
     /// Of the elements.
     [[nodiscard]] OpcUa_BuiltInType type() const { return m_type; }
+    /// Of the elements.
     [[nodiscard]] int count() const { return m_count; }
     /// Null when there is none.
     [[nodiscard]] UaVariant at(int index) const;
@@ -54,7 +55,7 @@ public:
     }
 
 private:
-    // elements that follow one another in an array, or its first one so many times
+    /// Elements that follow one another in an array, or its first one so many times.
     struct Run
     {
         int first; // in the list

@@ -1,38 +1,27 @@
 #include <uawidgets/editors/qlumpartdelegate.h>
 
 #include <app/api/qlummetatypes.h>
-#include <uabase/structures/uadatatypedictionary.h>
-#include <uabase/structures/uaenumdefinition.h>
-#include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvalueeditor.h>
-#include <uawidgets/editors/qlumvaluetext.h>
-#include <uawidgets/editors/qlumvaluetype.h>
 
 #include <QAbstractItemModel>
-#include <QComboBox>
-#include <QDateTimeEdit>
-#include <QLineEdit>
 #include <QVariant>
+
+#include <utility>
+
+QlumPartDelegate::QlumPartDelegate(ContextOf contextOf, QObject* parent)
+    : QlumValueDelegate(parent), m_contextOf(std::move(contextOf))
+{
+}
 
 QWidget* QlumPartDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                         const QModelIndex& index) const
 {
     const auto value = index.data(Qt::UserRole).value<UaVariant>();
-    auto* dictionary = index.data(Qt::UserRole + 2).value<UaDataTypeDictionary*>();
-    const auto dataType = index.data(Qt::UserRole + 4).value<UaNodeId>();
-    UaEnumDefinition names;
-    if (qlumMayBeEnumeration(value.type()) && !dataType.isNull())
-        names = qlumEnumDefinition(dataType, dictionary);
-    QWidget* editor = qlumCreateValueEditor(value, names, parent);
-    m_open = editor;
-    if (auto* line = qobject_cast<QLineEdit*>(editor))
-        connect(line, &QLineEdit::textEdited, this, &QlumPartDelegate::typing);
-    else if (auto* box = qobject_cast<QComboBox*>(editor))
-        connect(box, &QComboBox::currentTextChanged, this, &QlumPartDelegate::typing);
-    else if (auto* time = qobject_cast<QDateTimeEdit*>(editor))
-        connect(time, &QDateTimeEdit::dateTimeChanged, this, &QlumPartDelegate::typing);
-    return editor;
+    m_open = qlumCreateValueEditor(value, m_contextOf(index), parent);
+    if (m_open)
+        qlumOnEdited(m_open, const_cast<QlumPartDelegate*>(this), [this] { emit typing(); });
+    return m_open;
 }
 
 void QlumPartDelegate::setEditorData(QWidget*, const QModelIndex&) const {}
@@ -60,6 +49,11 @@ bool QlumPartDelegate::isOpenChanged() const
 {
     UaVariant ignored;
     return open() && (!fault(open()).isEmpty() || qlumValueFromEditor(open(), ignored));
+}
+
+QlumValueCheck QlumPartDelegate::openCheck() const
+{
+    return open() ? qlumEditorCheck(open()) : QlumValueCheck();
 }
 
 void QlumPartDelegate::commitOpen()

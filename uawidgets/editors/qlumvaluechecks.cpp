@@ -6,6 +6,7 @@
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluetext.h>
+#include <uawidgets/editors/qlumvaluetype.h>
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -139,14 +140,7 @@ bool hasOnlyType(const UaVariant& value, const Rules& rules)
 
 QString placeOf(OpcUa_UInt32 index, const UaVariant& value)
 {
-    QStringList parts;
-    const UaArray<OpcUa_Int32> dimensions = value.dimensions();
-    for (OpcUa_UInt32 i = dimensions.length(); i-- > 0;) {
-        const auto length = static_cast<OpcUa_UInt32>(std::max(dimensions[i], 1));
-        parts.prepend(QString::number(index % length));
-        index /= length;
-    }
-    return QLatin1Char('[') + parts.join(QLatin1Char(',')) + QLatin1Char(']');
+    return qlumElementName(static_cast<int>(index), value.dimensions());
 }
 
 QlumValueCheck checkElements(const UaVariant& value, const Rules& rules)
@@ -238,20 +232,30 @@ QlumValueCheck qlumCheckElement(const UaVariant& element, const QlumValueContext
     return checkElement(element, Rules(context));
 }
 
+QString qlumCheckType(OpcUa_BuiltInType type, const QlumValueContext& context)
+{
+    return checkType(type, Rules(context));
+}
+
+QString qlumCheckLengths(const UaArray<OpcUa_Int32>& lengths, const QlumValueContext& context)
+{
+    QString refused;
+    if (!rankFits(context.valueRank, lengths.length()))
+        refused = CheckTexts::tr("The server expects %1, this has %2.")
+                      .arg(qlumRankText(context),
+                           lengths.length() == 0 ? CheckTexts::tr("no dimension")
+                                                 : CheckTexts::tr("%1 dimensions").arg(lengths.length()));
+    addLine(refused, checkDimensions(lengths, context));
+    return refused;
+}
+
 QlumValueCheck qlumCheckShape(const UaVariant& value, const QlumValueContext& context)
 {
     QlumValueCheck check;
     check.refused = context.accessFault;
     if (value.isNull() || isByteArrayForByteString(value, context))
         return check;
-    const UaArray<OpcUa_Int32> lengths = value.dimensions();
-    if (!rankFits(context.valueRank, lengths.length()))
-        addLine(check.refused,
-                CheckTexts::tr("The server expects %1, this has %2.")
-                    .arg(qlumRankText(context), lengths.length() == 0
-                                                    ? CheckTexts::tr("no dimension")
-                                                    : CheckTexts::tr("%1 dimensions").arg(lengths.length())));
-    addLine(check.refused, checkDimensions(lengths, context));
+    addLine(check.refused, qlumCheckLengths(value.dimensions(), context));
     return check;
 }
 

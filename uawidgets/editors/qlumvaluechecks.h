@@ -1,5 +1,6 @@
 // What can be said of a value before it is sent: by what the server has declared of the place that it is for.
 #pragma once
+#include <uabase/values/uaarray.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 
@@ -26,6 +27,10 @@ struct QlumValueCheck
 /// Access, rank and dimensions of the whole, without a look at its elements.
 [[nodiscard]] QlumValueCheck qlumCheckShape(const UaVariant& value, const QlumValueContext& context);
 
+/// Why the server will refuse values of that built-in type; empty when it will not.
+[[nodiscard]] QString qlumCheckType(OpcUa_BuiltInType type, const QlumValueContext& context);
+/// The rank and dimensions of an array or matrix of these lengths; without any, of a scalar.
+[[nodiscard]] QString qlumCheckLengths(const UaArray<OpcUa_Int32>& lengths, const QlumValueContext& context);
 /// Why the server will refuse a text or byte string of so many bytes; empty when it will not.
 [[nodiscard]] QString qlumCheckLength(OpcUa_Int64 bytes, const QlumValueContext& context);
 

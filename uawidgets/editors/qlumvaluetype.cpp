@@ -60,8 +60,10 @@ UaOptionSetDefinition qlumOptionSetDefinition(const UaNodeId& dataTypeId, UaData
 QlumValueContext qlumElementContext(const QlumValueContext& array)
 {
     QlumValueContext element = array;
-    element.valueRank = -1;
+    const bool isAny = array.builtInType == OpcUaType_Variant || array.builtInType == OpcUaType_Null;
+    element.valueRank = isAny ? -2 : -1; // a variant holds arrays, too
     element.arrayDimensions.clear();
+    element.accessFault.clear(); // of the whole
     return element;
 }
 
@@ -70,7 +72,8 @@ QlumValueContext qlumFieldContext(const QlumValueContext& structure, const UaStr
     QlumValueContext context = structure;
     context.dataType = field.dataTypeId();
     context.builtInType = field.builtInType();
-    context.valueRank = field.valueRank();
+    const bool isAny = field.builtInType() == OpcUaType_Variant && field.valueRank() == -1;
+    context.valueRank = isAny ? -2 : field.valueRank(); // a variant holds arrays, too
     const UaArray<OpcUa_UInt32> dimensions = field.arrayDimensions();
     context.arrayDimensions.clear();
     for (OpcUa_UInt32 i = 0; i < dimensions.length(); ++i)
@@ -78,6 +81,7 @@ QlumValueContext qlumFieldContext(const QlumValueContext& structure, const UaStr
     context.euRange.reset();
     context.instrumentRange.reset();
     context.unit.clear();
+    context.accessFault.clear();
     context.maxStringLength.reset();
     if (field.maxStringLength() > 0)
         context.maxStringLength = field.maxStringLength();

@@ -22,8 +22,8 @@ struct QlumTypeHint
 /// A value with its hint.
 struct QlumTypedValue
 {
-    UaVariant value;
-    QlumTypeHint hint;
+    UaVariant value;   ///< the value
+    QlumTypeHint hint; ///< what is known beyond it
 };
 
 /// The definition of a structure by its encoding or, failing that, by the data type; null when nobody has

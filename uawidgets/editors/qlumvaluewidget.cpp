@@ -3,8 +3,8 @@
 #include <app/api/qlumtext.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumscalarpage.h>
-#include <uawidgets/editors/qlumshownpage.h>
 #include <uawidgets/editors/qlumvaluechecks.h>
+#include <uawidgets/editors/qlumvaluepages.h>
 #include <uawidgets/qlumformrow.h>
 
 #include <QCheckBox>
@@ -23,9 +23,8 @@ namespace {
 // The one place where a page is chosen. The context's type is that of the value or of what is to be given.
 QlumValuePage* makePage(const UaVariant& value, const QlumValueContext& context, QWidget* parent)
 {
-    const bool isScalar = value.isNull() ? context.valueRank < 0 : value.isScalar();
-    if (!isScalar)
-        return new QlumShownPage(context, parent);
+    if (QlumValuePage* parts = qlumCreatePartsPage(qlumKindOf(value, context), context, parent))
+        return parts;
     return new QlumScalarPage(context, parent);
 }
 

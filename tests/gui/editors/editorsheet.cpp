@@ -2,7 +2,9 @@
 //     editorsheet FILE.png [--dark]      QT_SCALE_FACTOR=2 for large screens, QT_QPA_PLATFORM=offscreen for
 //     none
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uaoptionsetdefinition.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/structures/uatypedefinitionstore.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
@@ -35,6 +37,7 @@
 #include <QStringList>
 #include <QStyleFactory>
 #include <QTemporaryDir>
+#include <QTreeView>
 #include <QWidget>
 
 #include <cstdio>
@@ -172,12 +175,66 @@ void addShown(std::vector<Sample>& samples)
          {}});
 }
 
+UaStructureField field(const char* name, UaNodeId type, OpcUa_BuiltInType builtIn, OpcUa_Int32 rank = -1,
+                       bool isOptional = false)
+{
+    return UaStructureField(UaString(name), type, builtIn, rank, isOptional);
+}
+
+std::shared_ptr<UaTypeDefinitionStore> recipes()
+{
+    std::shared_ptr<UaTypeDefinitionStore> store = definitions();
+    UaStructureDefinition limits(UaString("Limits"), UaNodeId(5001, 2), UaNodeId(5101, 2));
+    limits.addField(field("Low", UaNodeId(OpcUaType_Double), OpcUaType_Double));
+    limits.addField(field("High", UaNodeId(OpcUaType_Double), OpcUaType_Double));
+    store->add(limits);
+    UaStructureDefinition recipe(UaString("Recipe"), UaNodeId(5002, 2), UaNodeId(5102, 2));
+    recipe.addField(field("Name", UaNodeId(OpcUaType_String), OpcUaType_String));
+    recipe.addField(field("Limits", limits.dataTypeId(), OpcUaType_ExtensionObject));
+    recipe.addField(field("Note", UaNodeId(OpcUaType_String), OpcUaType_String, -1, true));
+    recipe.addField(field("State", UaNodeId(3000, 2), OpcUaType_Int32));
+    recipe.addField(field("Rights", UaNodeId(3001, 2), OpcUaType_UInt16));
+    recipe.addField(field("Amount", UaNodeId(26), OpcUaType_Variant));
+    recipe.addField(field("Steps", limits.dataTypeId(), OpcUaType_ExtensionObject, 1));
+    store->add(recipe);
+    return store;
+}
+
+void addParts(std::vector<Sample>& samples)
+{
+    QlumValueContext array = place(OpcUaType_Double);
+    array.valueRank = 1;
+    array.arrayDimensions = {4};
+    std::vector<UaVariant> numbers;
+    for (int i = 0; i < 24; ++i)
+        numbers.emplace_back(i * 1.25);
+    UaVariant value;
+    if (OpcUa_IsGood(value.setArray(OpcUaType_Double, numbers)))
+        samples.push_back({"Array, longer than declared", array, value, {}});
+    array.valueRank = 3;
+    array.arrayDimensions = {2, 3, 4};
+    if (OpcUa_IsGood(value.setDimensions(std::vector<OpcUa_Int32>{2, 3, 4})))
+        samples.push_back({"Matrix", array, value, {}});
+    QlumValueContext recipe = place(OpcUaType_ExtensionObject);
+    recipe.dictionary = recipes();
+    recipe.dataType = UaNodeId(5002, 2);
+    UaGenericStructureValue fields(recipe.dictionary->structureDefinition(recipe.dataType),
+                                   recipe.dictionary.get());
+    UaExtensionObject object;
+    if (fields.setField(UaString("Name"), UaVariant("Lacquer")).isGood() &&
+        fields.setField(UaString("Rights"), UaVariant(OpcUa_UInt16{3})).isGood() &&
+        fields.encode(object).isGood())
+        samples.push_back({"Structure", recipe, UaVariant(object), {}});
+}
+
 QWidget* make(const Sample& sample, const UaVariant& value, QWidget* parent)
 {
     auto* dialog = new QlumValueDialog(sample.context, parent);
     dialog->setWindowFlags(Qt::Widget);
     dialog->setHeading(sample.name);
     dialog->setValue(value);
+    for (QTreeView* fields : dialog->findChildren<QTreeView*>())
+        fields->expandToDepth(1);
     dialog->setFixedSize(640, 320);
     return dialog;
 }
@@ -235,6 +292,7 @@ int main(int argc, char** argv)
     addTexts(samples);
     addIds(samples);
     addShown(samples);
+    addParts(samples);
     QWidget sheet;
     auto* grid = new QGridLayout(&sheet);
     for (const Sample& sample : samples) {
