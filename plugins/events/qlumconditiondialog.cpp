@@ -67,6 +67,7 @@ QlumConditionDialog::QlumConditionDialog(unsigned int serverId, QlumApplicationI
     layout->addWidget(m_prompt);
     layout->addWidget(area, 1);
     layout->addWidget(buttons);
+    resize(fontMetrics().averageCharWidth() * 70, fontMetrics().height() * 14);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_respond, &QPushButton::clicked, this, &QlumConditionDialog::sltRespond);
     connect(m_group, QOverload<int>::of(&QButtonGroup::idClicked), m_respond,

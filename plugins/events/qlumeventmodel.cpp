@@ -4,7 +4,9 @@
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_identifiers.h>
 #include <plugins/events/qlumeventsettings.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
 #include <QCoreApplication>
@@ -67,8 +69,9 @@ void QlumEventModel::sltNewEvents(const QlumEvents& events)
         const UaNodeId type = event.eventType();
         if (type.isNumeric(OpcUaId_RefreshStartEventType))
             m_refreshing.insert(event.serverId);
-        const bool isRefreshed =
-            m_refreshing.contains(event.serverId) && !event.conditionId().isNull() && !event.isRefreshEvent();
+        const bool isOld = !event.conditionId().isNull() && isRepeated(event);
+        const bool isRefreshed = isOld || (m_refreshing.contains(event.serverId) &&
+                                           !event.conditionId().isNull() && !event.isRefreshEvent());
         if (type.isNumeric(OpcUaId_RefreshEndEventType))
             m_refreshing.remove(event.serverId);
         QlumEvent row = event;
@@ -84,6 +87,24 @@ void QlumEventModel::sltNewEvents(const QlumEvents& events)
     emit countChanged();
 }
 
+// Some servers send what they refresh behind the end of the refresh; but the event is the one that it was.
+bool QlumEventModel::isRepeated(const QlumEvent& event)
+{
+    constexpr int remembered = 20000;
+    const UaVariant& id = event.fields.value(QlumField::EventId);
+    if (id.type() != OpcUaType_ByteString || id.isEmpty())
+        return false;
+    const UaByteString bytes = id.toByteString();
+    QByteArray key = QByteArray::number(event.monitoredNode) + ':';
+    key.append(reinterpret_cast<const char*>(bytes.data()), bytes.length());
+    if (m_seen.contains(key))
+        return true;
+    if (m_seen.size() >= remembered)
+        m_seen.clear();
+    m_seen.insert(key);
+    return false;
+}
+
 void QlumEventModel::setPaused(bool isPaused)
 {
     m_isPaused = isPaused;
@@ -97,6 +118,7 @@ void QlumEventModel::setPaused(bool isPaused)
 void QlumEventModel::clear()
 {
     m_waiting.clear();
+    m_seen.clear();
     m_count = 0;
     m_timeFormat = qlumEventTimeFormat();
     reset();

@@ -4,6 +4,7 @@
 #include <plugins/events/qlumeventtypes.h>
 #include <uawidgets/models/qlumtablemodel.h>
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QHash>
 #include <QModelIndex>
@@ -66,6 +67,7 @@ protected:
     QVariant cell(const QlumEvent& event, int column, int role) const override;
 
 private:
+    [[nodiscard]] bool isRepeated(const QlumEvent& event);
     [[nodiscard]] QVariant display(const QlumEvent& event, int column) const;
 
     QlumApplicationInterface& m_application;
@@ -77,6 +79,7 @@ private:
     bool m_isPaused = false;
     std::deque<QlumEvent> m_waiting;
     QSet<unsigned int> m_refreshing; ///< servers that send their conditions again
+    QSet<QByteArray> m_seen;         ///< notifiers and ids of the events of conditions
 };
 
 /// How an event of that severity is shown: a word, and a level for its colour and icon.

@@ -388,11 +388,12 @@ QWidget* QlumEventWidget::makeLogPage()
     m_waiting = new QLabel(bar);
     m_waiting->setObjectName(QStringLiteral("waitingEvents"));
     m_waiting->setTextFormat(Qt::PlainText);
-    addFilterFields(bar, m_logFilter);
+    auto* filters = makeBar("eventLogFilterBar", tr("Filter"), this);
+    addFilterFields(filters, m_logFilter);
     bar->addWidget(m_waiting);
     m_logView = makeTable("eventLog", tr("Events"), m_logFilter,
                           tr("Events are shown here as they come. Drop an object on the list of notifiers."));
-    return stack({bar, m_logView});
+    return stack({bar, filters, m_logView});
 }
 
 QWidget* QlumEventWidget::makeAlarmPage()
@@ -402,7 +403,8 @@ QWidget* QlumEventWidget::makeAlarmPage()
     bar->addActions(m_actions.list({Acknowledge, Confirm, AddComment}));
     bar->addSeparator();
     bar->addActions(m_actions.list({AcknowledgeAll, ConfirmAll, Refresh, ShowRetainIfFalse}));
-    addFilterFields(bar, m_alarmFilter);
+    auto* filters = makeBar("alarmFilterBar", tr("Filter"), this);
+    addFilterFields(filters, m_alarmFilter);
     m_offline = makeNote("offlineServers", this);
     m_missing = makeNote("missingFields", this);
     m_alarmView = makeTable("alarmList", tr("Alarms"), m_alarmFilter,
@@ -424,7 +426,7 @@ QWidget* QlumEventWidget::makeAlarmPage()
         }
         return nodes;
     });
-    return stack({bar, m_offline, m_missing, m_alarmView});
+    return stack({bar, filters, m_offline, m_missing, m_alarmView});
 }
 
 QWidget* QlumEventWidget::makeHistoryPage()
@@ -446,9 +448,10 @@ QWidget* QlumEventWidget::makeHistoryPage()
     m_start = field("historyStart", tr("&Start:"), now.addSecs(-secondsOfHistory));
     m_end = field("historyEnd", tr("&End:"), now);
     bar->addActions(m_actions.list({ReadHistory}));
-    addFilterFields(bar, m_historyFilter);
+    auto* filters = makeBar("eventHistoryFilterBar", tr("Filter"), this);
+    addFilterFields(filters, m_historyFilter);
     m_historyView =
         makeTable("eventHistory", tr("Event History"), m_historyFilter,
                   tr("Choose a time and press Read History to see the events that the servers have kept."));
-    return stack({bar, m_historyView});
+    return stack({bar, filters, m_historyView});
 }

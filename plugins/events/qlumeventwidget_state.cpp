@@ -416,7 +416,9 @@ void QlumEventWidget::updateActions()
     m_actions[ReadTypes]->setEnabled(m_shownServer != qlumNoServer && !m_types.isReading(m_shownServer));
     m_actions[RemoveItem]->setEnabled(m_itemView->selectionModel()->hasSelection());
     m_actions[Refresh]->setEnabled(hasItems);
-    const int row = currentAlarm();
+    const int current = currentAlarm();
+    // whoever acknowledges what he sees must be able to know that it is so
+    const int row = current >= 0 && m_items->isUp(m_alarms->projectServerId(current)) ? current : -1;
     m_actions[Acknowledge]->setEnabled(row >= 0 && m_alarms->rowAt(row).is(QlumField::AckedId, false));
     m_actions[Confirm]->setEnabled(row >= 0 && m_alarms->rowAt(row).is(QlumField::ConfirmedId, false));
     for (const Id id : {AddComment, TimedShelve, ShelveOnce, Unshelve, Enable, Disable})

@@ -12,6 +12,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
@@ -110,6 +111,8 @@ QlumWherePage::QlumWherePage(QWidget* parent)
     m_view->setAccessibleName(tr("Conditions"));
     m_view->setRootIsDecorated(false);
     m_view->setModel(m_model);
+    m_view->header()->resizeSection(QlumWhereModel::Join, fontMetrics().averageCharWidth() * 6);
+    m_view->header()->resizeSection(QlumWhereModel::Condition, fontMetrics().averageCharWidth() * 26);
     qlumMakeTable(m_view,
                   {tr("All events are received. Add a condition to have the server leave others out."),
                    tr("conditions"),
@@ -144,6 +147,7 @@ QlumWherePage::QlumWherePage(QWidget* parent)
     connect(m_kind, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &QlumWherePage::showKind);
     connect(m_operator, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &QlumWherePage::showKind);
     connect(m_add, &QPushButton::clicked, this, &QlumWherePage::sltAdd);
+    connect(m_value, &QLineEdit::textChanged, this, &QlumWherePage::showKind);
     connect(m_value, &QLineEdit::returnPressed, this, &QlumWherePage::sltAdd);
     connect(m_remove, &QPushButton::clicked, this, &QlumWherePage::sltRemove);
     setOffer(nullptr, {});
@@ -204,12 +208,32 @@ void QlumWherePage::showKind()
     m_field->setVisible(kind == QlumEventCondition::Field);
     m_operator->setVisible(kind == QlumEventCondition::Field);
     const bool takesValue = m_operator->currentData().toInt() != OpcUa_FilterOperator_IsNull;
+    m_value->setPlaceholderText(kind == QlumEventCondition::Severity ? tr("1 to 1000") : tr("Value"));
     m_value->setVisible(kind != QlumEventCondition::OfType &&
                         (kind != QlumEventCondition::Field || takesValue));
+    m_add->setEnabled(isComplete());
+}
+
+// A condition without a value, or a severity that is no number, would be refused or mean something else.
+bool QlumWherePage::isComplete() const
+{
+    const int kind = m_kind->currentIndex();
+    bool isNumber = false;
+    static_cast<void>(m_value->text().toUShort(&isNumber));
+    if (kind == QlumEventCondition::OfType)
+        return m_type->count() > 0;
+    if (kind == QlumEventCondition::Severity)
+        return isNumber;
+    if (kind == QlumEventCondition::Field && m_field->count() == 0)
+        return false;
+    return !m_value->text().isEmpty() || (kind == QlumEventCondition::Field &&
+                                          m_operator->currentData().toInt() == OpcUa_FilterOperator_IsNull);
 }
 
 void QlumWherePage::sltAdd()
 {
+    if (!isComplete())
+        return;
     QlumEventCondition condition;
     condition.isOr = m_join->currentIndex() == 1;
     condition.isNegated = m_not->isChecked();

@@ -76,6 +76,7 @@ private:
     void sltAdd();
     void sltRemove();
     void showKind();
+    [[nodiscard]] bool isComplete() const;
     [[nodiscard]] QComboBox* makeCombo(const char* name, const QString& title);
 
     QlumWhereModel* m_model;

@@ -203,12 +203,15 @@ TEST_F(EventLog, MarksWhatARefreshHasSentAgain)
 {
     application.settings["EventsPlugin.MaxEventLogEntries"] = 10;
     QlumEventModel model(application, types);
-    model.sltNewEvents({makeAlarm(1), makeSimple(refreshStart), makeAlarm(1), makeAlarm(1, {}, 2),
-                        makeSimple(refreshEnd), makeAlarm(1)});
+    const auto alarm = [](const char* id, unsigned int serverId = 1, quint32 notifier = 1) {
+        return makeAlarm(1, {{"EventId", bytesVariant(id)}}, serverId, notifier);
+    };
+    model.sltNewEvents({alarm("a"), makeSimple(refreshStart), alarm("b"), alarm("c", 2, 3),
+                        makeSimple(refreshEnd), alarm("d"), alarm("a"), alarm("a", 1, 2)});
     model.setPaused(false);
     QStringList marked;
     for (int row = 0; row < model.rowCount(); ++row)
         marked.append(model.index(row, 0).data(QlumEventModel::refreshedRole).toBool() ? "yes" : "no");
-    EXPECT_EQ(marked.join(' '), "no no yes no no no");
+    EXPECT_EQ(marked.join(' '), "no no yes no no no yes no");
 }
 } // namespace
