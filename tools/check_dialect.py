@@ -50,8 +50,8 @@ WORDS = (
     ("Can" + "not", re.compile(r"[Cc]an" + r"Not(?![a-z])")),
     ("call" + "back", re.compile(r"\bcall" + r"-backs?\b", re.I)),
 )
-# Lines of the trace that users' tools look for.
-KNOWN_TEXTS = re.compile(r"connection error - can" + r" not call")
+# Lines of trace and log that users' tools look for.
+KNOWN_TEXTS = re.compile(r"connection error - can" + r" not call|[^\n]{19}can" + r" not be displayed")
 TEXTS = (*SOURCES, ".md", ".py", ".sh", ".cmake", ".txt", ".html", ".mjs", ".in", "")
 
 

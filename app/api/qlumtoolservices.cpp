@@ -106,6 +106,19 @@ QStringList QlumToolServices::documentTypes(std::span<const QlumToolNode> nodes)
     return types;
 }
 
+bool QlumToolServices::showSamples(std::span<const QlumToolCurve> curves)
+{
+    qlumAssertGuiThread();
+    if (!canShowSamples() || curves.empty())
+        return false;
+    const QlumSampleTaker taker = m_samples.last();
+    QWidget* document = m_documents.last()(taker.documentType);
+    if (!document)
+        return false;
+    taker.show(document, curves);
+    return true;
+}
+
 bool QlumToolServices::openNodes(const QString& documentType, std::span<const QlumToolNode> nodes)
 {
     qlumAssertGuiThread();

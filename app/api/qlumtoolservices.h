@@ -61,6 +61,31 @@ struct QlumNodeTaker
         add; ///< gets only what it accepts
 };
 
+/// A value of a recorded curve.
+struct QlumToolSample
+{
+    OpcUa_DateTime time = 0;       ///< of the source
+    double value = 0;              ///< not finite: a gap
+    OpcUa_StatusCode status = 0;   ///< of the value
+    OpcUa_DateTime serverTime = 0; ///< 0 where it is not known
+};
+
+/// What a tool has recorded of a variable.
+struct QlumToolCurve
+{
+    QString name;                        ///< for the user
+    QString unit;                        ///< may be empty
+    bool isStepped = false;              ///< values hold until the next
+    std::vector<QlumToolSample> samples; ///< in any order
+};
+
+/// Shows recorded curves in documents of one type.
+struct QlumSampleTaker
+{
+    QString documentType; ///< of QlumDocumentInterface::documentTypes()
+    std::function<void(QWidget* document, std::span<const QlumToolCurve> curves)> show; ///< in that document
+};
+
 /// What tools do for each other without knowing each other: whoever can do a thing registers as its taker,
 /// whoever wants it done asks here. A call without a taker answers false and does nothing; with several
 /// takers the one that came last does it. A taker goes with its owner, as a rule the plugin, and when
@@ -87,6 +112,8 @@ public:
     /// Gives the nodes to a document of that type, which is opened when there is none. False when the type
     /// takes none of them, or no document can be opened.
     bool openNodes(const QString& documentType, std::span<const QlumToolNode> nodes);
+    /// Shows recorded curves in a document that can, which is opened when there is none. False when none can.
+    bool showSamples(std::span<const QlumToolCurve> curves);
     /// Offers the user to call a method of an object.
     bool callMethod(unsigned int serverId, const UaNodeId& objectId, const UaNodeId& methodId);
     /// Shows a certificate, or one with its chain behind it; it is not judged.
@@ -110,6 +137,8 @@ public:
     [[nodiscard]] bool canReveal() const { return m_reveal.has(); }
     /// Whether somebody would take it.
     [[nodiscard]] bool canCallMethod() const { return m_callMethod.has(); }
+    /// Whether somebody would take it.
+    [[nodiscard]] bool canShowSamples() const { return m_samples.has() && m_documents.has(); }
     /// Whether somebody would take it.
     [[nodiscard]] bool canShowCertificate() const { return m_showCertificate.has(); }
     /// Whether somebody would take it.
@@ -149,6 +178,8 @@ public:
     void takeReveal(QObject* owner, Reveal taker) { take(m_reveal, owner, std::move(taker)); }
     /// Registers a taker of openNodes(), for its type of document.
     void takeNodes(QObject* owner, QlumNodeTaker taker) { take(m_nodes, owner, std::move(taker)); }
+    /// Registers a taker of showSamples(), for its type of document.
+    void takeSamples(QObject* owner, QlumSampleTaker taker) { take(m_samples, owner, std::move(taker)); }
     /// Registers a taker of callMethod().
     void takeCallMethod(QObject* owner, CallMethod taker) { take(m_callMethod, owner, std::move(taker)); }
     /// Registers a taker of showCertificate().
@@ -203,6 +234,7 @@ private:
     Takers<ChooseNode> m_chooseNode;
     Takers<Reveal> m_reveal;
     Takers<QlumNodeTaker> m_nodes;
+    Takers<QlumSampleTaker> m_samples;
     Takers<CallMethod> m_callMethod;
     Takers<ShowCertificate> m_showCertificate;
     Takers<ShowValue> m_showValue;

@@ -19,7 +19,12 @@ const recorded = [
     (second) => second % 600,
     (second) => (second % 600 < 60 ? StatusCodes.BadSensorFailure : StatusCodes.Good),
   ],
-  ["Words", "String", (second) => ["idle", "heating", "full"][Math.floor(second / 90) % 3], () => StatusCodes.Good],
+  [
+    "Words",
+    "String",
+    (second) => ["idle", "heating", "full"][Math.floor(second / 90) % 3],
+    () => StatusCodes.Good,
+  ],
 ];
 
 function fillPast(node, type, value, status, now) {

@@ -13,6 +13,9 @@
 
 #include <vector>
 
+/// Keys of targets from here on are not those of items, but of what is read besides their raw values.
+inline constexpr int firstExtraKey = 1 << 28;
+
 /// A node whose history is read.
 struct QlumHistoryTarget
 {
@@ -28,9 +31,8 @@ struct QlumHistoryPlan
 {
     /// Which values are read.
     enum Kind {
-        Raw,       ///< as they were recorded, or as they were before somebody changed them
-        Processed, ///< aggregates
-        AtTime     ///< at certain times
+        Raw,      ///< as they were recorded, or as they were before somebody changed them
+        Processed ///< aggregates
     };
 
     unsigned int serverId = qlumNoServer;   ///< whose history
@@ -46,7 +48,6 @@ struct QlumHistoryPlan
     double interval = 0;       ///< of processed values; ms
     OpcUa_AggregateConfiguration aggregateConfiguration{OpcUa_True, OpcUa_False, 0, 0,
                                                         OpcUa_False}; ///< of them
-    UaDateTimeArray times;                                            ///< for AtTime
 };
 
 /// How the read of one target has ended.

@@ -23,9 +23,13 @@ namespace {
 const QString trendView = QStringLiteral("History Trend View");
 }
 
-QlumHistoryPlugin::QlumHistoryPlugin() : QlumHistoryPlugin(qlumApplicationServices()) {}
+QlumHistoryPlugin::QlumHistoryPlugin()
+    : QlumHistoryPlugin(qlumApplicationServices(), qlumApplicationMonitoring())
+{
+}
 
-QlumHistoryPlugin::QlumHistoryPlugin(QlumSessionServicesProvider services) : m_services(std::move(services))
+QlumHistoryPlugin::QlumHistoryPlugin(QlumSessionServicesProvider services, QlumMonitoringProvider monitoring)
+    : m_services(std::move(services)), m_monitoring(std::move(monitoring))
 {
     setObjectName(QStringLiteral("QlumHistoryPlugin"));
 }
@@ -46,6 +50,13 @@ void QlumHistoryPlugin::init(QlumApplicationInterface* app)
                 view->addNodes(nodes);
         };
         tools->takeNodes(this, taker);
+        QlumSampleTaker samples;
+        samples.documentType = trendView;
+        samples.show = [](QWidget* document, std::span<const QlumToolCurve> curves) {
+            if (auto* view = qobject_cast<QlumTrendViewDocument*>(document))
+                view->showSamples(curves);
+        };
+        tools->takeSamples(this, samples);
     }
 }
 
@@ -102,7 +113,7 @@ QWidget* QlumHistoryPlugin::createDocument(const QString& type)
 {
     if (type != trendView || m_app == nullptr)
         return nullptr;
-    auto* document = new QlumTrendViewDocument(*m_app, m_services);
+    auto* document = new QlumTrendViewDocument(*m_app, m_services, m_monitoring);
     m_documents.append(document);
     return document;
 }

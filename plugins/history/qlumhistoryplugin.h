@@ -3,6 +3,7 @@
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlummonitoring.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
@@ -29,7 +30,7 @@ class QlumHistoryPlugin : public QObject,
 public:
     QlumHistoryPlugin();
     /// With services other than those of the application's sessions.
-    explicit QlumHistoryPlugin(QlumSessionServicesProvider services);
+    explicit QlumHistoryPlugin(QlumSessionServicesProvider services, QlumMonitoringProvider monitoring = {});
 
     void init(QlumApplicationInterface* app) override;
     void shutdown() override;
@@ -48,6 +49,7 @@ private:
     [[nodiscard]] QList<QlumTrendViewDocument*> documents() const;
 
     const QlumSessionServicesProvider m_services;
+    const QlumMonitoringProvider m_monitoring;
     QlumApplicationInterface* m_app = nullptr;
     QList<QPointer<QlumTrendViewDocument>> m_documents; ///< of those that were made; they belong to others
 };

@@ -45,15 +45,8 @@ QString qlumHistoryLogSource()
 
 QString QlumHistoryReader::serviceName() const
 {
-    switch (m_plan.kind) {
-    case QlumHistoryPlan::Processed:
-        return QStringLiteral("HistoryReadProcessed");
-    case QlumHistoryPlan::AtTime:
-        return QStringLiteral("HistoryReadAtTime");
-    case QlumHistoryPlan::Raw:
-        break;
-    }
-    return QStringLiteral("HistoryReadRawModified");
+    return m_plan.kind == QlumHistoryPlan::Processed ? QStringLiteral("HistoryReadProcessed")
+                                                     : QStringLiteral("HistoryReadRawModified");
 }
 
 // ---- calls
@@ -95,12 +88,6 @@ UaStatus QlumHistoryReader::call(const std::vector<Open>& nodes, bool release,
         context.aggregateTypes = aggregatesOf(nodes);
         context.aggregateConfiguration = m_plan.aggregateConfiguration;
         return m_services.historyReadProcessed(settings, context, ids, results);
-    }
-    if (m_plan.kind == QlumHistoryPlan::AtTime) {
-        UaClientSdk::HistoryReadAtTimeContext context;
-        context.releaseContinuationPoints = release;
-        context.requestedTimes = m_plan.times;
-        return m_services.historyReadAtTime(settings, context, ids, results);
     }
     UaClientSdk::HistoryReadRawModifiedContext context;
     context.releaseContinuationPoints = release;

@@ -15,6 +15,7 @@ struct QlumTrendItem
     QString name;                         ///< for the user
     QColor color;                         ///< of the curve
     bool stepped = false;                 ///< values hold until the next
+    int width = 1;                        ///< of the line; pixels
     bool isLost = false;                  ///< its namespace is not on the server any more
     QString history;                      ///< what was read, or why nothing was
     QlumStatusLevel level = QlumStatusLevel::Inactive; ///< of that

@@ -202,3 +202,13 @@ void QlumTrendItemModel::setNode(int key, const UaNodeId& nodeId, bool isLost)
             item.isLost = isLost;
         });
 }
+
+void QlumTrendItemModel::setStyle(int key, bool stepped, int width)
+{
+    const int row = rowOf(key);
+    if (row >= 0)
+        change(row, [&](QlumTrendItem& item) {
+            item.stepped = stepped;
+            item.width = width;
+        });
+}

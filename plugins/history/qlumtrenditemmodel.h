@@ -46,6 +46,8 @@ public:
     void setHistory(int key, const QString& history, QlumStatusLevel level);
     /// A node is called otherwise now, or is lost.
     void setNode(int key, const UaNodeId& nodeId, bool isLost);
+    /// How the curve of an item is drawn.
+    void setStyle(int key, bool stepped, int width);
     /// The server's name may be another one.
     void tellServerNames() { tellColumnChanged(Server); }
 

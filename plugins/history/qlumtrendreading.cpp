@@ -6,6 +6,8 @@
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
+#include <plugins/history/qlumaggregates.h>
+#include <plugins/history/qlumhistorycsv.h>
 #include <plugins/history/qlumhistoryplan.h>
 #include <plugins/history/qlumhistoryreader.h>
 #include <plugins/history/qlumhistoryvalues.h>
@@ -16,6 +18,8 @@
 #include <uaclientsdk/historycontexts.h>
 #include <uaclientsdk/historyresults.h>
 
+#include <QFileInfo>
+#include <QMap>
 #include <QObject>
 #include <QString>
 
@@ -108,6 +112,7 @@ void QlumTrendReading::cancel()
 void QlumTrendReading::endServer(unsigned int serverId)
 {
     m_pool.endServer(serverId);
+    m_files.endServer(serverId);
     const auto isOfServer = [serverId](const auto& entry) { return entry.second.serverId == serverId; };
     if (std::erase_if(m_reads, isOfServer) > 0 && m_reads.empty())
         emit allEnded();
@@ -205,4 +210,34 @@ void QlumTrendReading::readNodes(unsigned int serverId, const std::vector<UaNode
             [this, serverId, areNew, nodes = std::move(nodes)] { emit nodesRead(serverId, nodes, areNew); });
     };
     m_pool.add({tr("Looking at %n node(s)", nullptr, static_cast<int>(ids.size())), serverId}, work);
+}
+
+void QlumTrendReading::readAggregates(unsigned int serverId)
+{
+    const auto work = [this, serverId](QlumJob& job) {
+        const std::shared_ptr<QlumSessionServices> session = m_services(serverId);
+        if (!session)
+            return;
+        job.post([this, aggregates = qlumReadAggregates(*session, job)] { emit aggregatesRead(aggregates); });
+    };
+    m_pool.add({tr("Reading the list of aggregates"), serverId}, work);
+}
+
+// ---- files
+
+void QlumTrendReading::writeFile(std::vector<QlumHistoryPlan> plans, const QMap<int, QlumHistoryName>& names,
+                                 const QString& fileName)
+{
+    const unsigned int serverId = plans.size() == 1 ? plans.front().serverId : qlumNoServer;
+    const auto work = [this, plans = std::move(plans), names, fileName](QlumJob& job) {
+        const QlumHistoryFile file = qlumWriteHistory(job, m_services, plans, names, fileName);
+        if (!job.isCancelled())
+            job.post([this, file, fileName] { emit fileWritten(file, fileName); });
+    };
+    m_files.add({tr("Writing history to %1").arg(QFileInfo(fileName).fileName()), serverId}, work);
+}
+
+void QlumTrendReading::cancelFiles()
+{
+    m_files.cancelAll();
 }

@@ -2,12 +2,16 @@
 #include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumsessionservices.h>
+#include <plugins/history/qlumhistorycsv.h>
 #include <plugins/history/qlumhistoryplan.h>
+#include <plugins/history/qlumtrendextras.h>
 #include <plugins/history/qlumtrendnodes.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 
+#include <QMap>
 #include <QObject>
+#include <QString>
 
 #include <map>
 #include <vector>
@@ -26,6 +30,13 @@ public:
     void findStartTime(std::vector<QlumHistoryPlan> plans);
     /// Asks what a server says of nodes, which may be new ones; nodesRead() tells.
     void readNodes(unsigned int serverId, const std::vector<UaNodeId>& ids, bool areNew);
+    /// Asks a server which aggregates it calculates; aggregatesRead() tells.
+    void readAggregates(unsigned int serverId);
+    /// Reads plans to the end, into a file; fileWritten() tells.
+    void writeFile(std::vector<QlumHistoryPlan> plans, const QMap<int, QlumHistoryName>& names,
+                   const QString& fileName);
+    /// Gives up what is written to files; they stay as they were.
+    void cancelFiles();
     /// Gives up reads of histories at once: nothing more of them arrives. Continuation points are given back
     /// as soon as the server has answered what it was asked last.
     void cancel();
@@ -43,6 +54,10 @@ signals:
     void allEnded();
     /// The earliest time of all; null when there is none.
     void startTimeRead(const UaDateTime& time);
+    /// Those of one server.
+    void aggregatesRead(const std::vector<QlumAggregate>& aggregates);
+    /// What came of a file; not told when the user gave it up.
+    void fileWritten(const QlumHistoryFile& file, const QString& fileName);
     /// In the order of the question.
     void nodesRead(unsigned int serverId, const std::vector<QlumTrendNode>& nodes, bool areNew);
 
@@ -63,5 +78,6 @@ private:
     std::map<quint64, Work> m_searches; ///< the same
     quint64 m_lastNumber = 0;
     UaDateTime m_found;
-    QlumJobPool m_pool; ///< goes first: its jobs use the others
+    QlumJobPool m_files; ///< as the next
+    QlumJobPool m_pool;  ///< goes first: its jobs use the others
 };

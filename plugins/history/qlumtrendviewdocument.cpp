@@ -7,8 +7,10 @@
 #include <app/api/qlumtoolservices.h>
 #include <plugins/history/qlumcolorlisteditor.h>
 #include <plugins/history/qlumnonnumericmodel.h>
+#include <plugins/history/qlumtrendextras.h>
 #include <plugins/history/qlumtrenditem.h>
 #include <plugins/history/qlumtrenditemmodel.h>
+#include <plugins/history/qlumtrendlive.h>
 #include <plugins/history/qlumtrendnodes.h>
 #include <plugins/history/qlumtrendpanel.h>
 #include <plugins/history/qlumtrendreading.h>
@@ -35,6 +37,7 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFont>
+#include <QFontMetrics>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -46,6 +49,7 @@
 #include <QModelIndexList>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QSizePolicy>
 #include <QSplitter>
 #include <QString>
 #include <QTabWidget>
@@ -77,12 +81,13 @@ QString dropHint()
 } // namespace
 
 QlumTrendViewDocument::QlumTrendViewDocument(QlumApplicationInterface& application,
-                                             QlumSessionServicesProvider services, QWidget* parent)
+                                             QlumSessionServicesProvider services,
+                                             QlumMonitoringProvider monitoring, QWidget* parent)
     : QWidget(parent), m_application(application), m_services(std::move(services)),
       m_state(new QlumViewState(QStringLiteral("HistoryTrendView"), this)),
       m_model(new QlumTrendItemModel(application, m_services, this)),
       m_reading(new QlumTrendReading(m_services, this)), m_heading(new QlumViewHeading(this)),
-      m_messages(new QlumMessageBar(this))
+      m_messages(new QlumMessageBar(this)), m_live(new QlumTrendLive(std::move(monitoring), this))
 {
     setObjectName(QStringLiteral("historyTrendView"));
     setAccessibleName(tr("History Trend View"));
@@ -94,6 +99,8 @@ QlumTrendViewDocument::QlumTrendViewDocument(QlumApplicationInterface& applicati
     m_tabs->setObjectName(QStringLiteral("trendTabs"));
     m_tabs->setAccessibleName(tr("Values"));
     m_tabs->addTab(makeHistoryData(), tr("History Data"));
+    m_tabs->addTab(makeNumericValues(), tr("Numeric Values"));
+    m_tabs->addTab(makeModifiedValues(), tr("Modified Values"));
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
     m_state->keep(splitter, QStringLiteral("splitter"));
@@ -104,17 +111,32 @@ QlumTrendViewDocument::QlumTrendViewDocument(QlumApplicationInterface& applicati
     layout->addWidget(m_messages);
     layout->addWidget(splitter, 1);
     connectParts();
+    connectExtras();
     showState();
 }
 
 QlumTrendViewDocument::~QlumTrendViewDocument()
 {
     delete m_reading; // its jobs tell of batches
+    delete m_live;
     m_model->disconnect(this);
     delete m_state;
 }
 
 // ---- widgets
+
+// Many values on the screen, and times that can be read; before the user's own widths are restored.
+void QlumTrendViewDocument::makeCompact(QTableView* view, std::initializer_list<int> timeColumns)
+{
+    constexpr int rowMargin = 6, cellMargin = 16;
+    const QFontMetrics metrics = view->fontMetrics();
+    view->verticalHeader()->hide();
+    view->verticalHeader()->setDefaultSectionSize(metrics.height() + rowMargin);
+    view->horizontalHeader()->setStretchLastSection(true);
+    for (const int column : timeColumns)
+        view->setColumnWidth(column, metrics.horizontalAdvance(QStringLiteral("2026-12-28 22:58:58.888")) +
+                                         cellMargin);
+}
 
 QWidget* QlumTrendViewDocument::makeLeft()
 {
@@ -125,6 +147,8 @@ QWidget* QlumTrendViewDocument::makeLeft()
     bold.setBold(true);
     title->setFont(bold);
     m_panel = new QlumTrendPanel;
+    m_extras = new QlumTrendExtras;
+    m_panel->addGroup(m_extras);
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(title);
@@ -153,8 +177,7 @@ QWidget* QlumTrendViewDocument::makeItems()
     m_items->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     m_items->setDragDropMode(QAbstractItemView::DropOnly);
     m_items->setDropIndicatorShown(false);
-    m_items->verticalHeader()->hide();
-    m_items->horizontalHeader()->setStretchLastSection(true);
+    makeCompact(m_items, {QlumTrendItemModel::NodeId});
     auto* removeAction = new QAction(tr("Remove Trend Item"), m_items);
     removeAction->setObjectName(QStringLiteral("removeTrendItem"));
     removeAction->setShortcut(QKeySequence::Delete);
@@ -164,6 +187,7 @@ QWidget* QlumTrendViewDocument::makeItems()
            "this view. Nothing changes on the server."));
     connect(removeAction, &QAction::triggered, this, &QlumTrendViewDocument::removeSelected);
     m_items->addAction(removeAction);
+    makeItemActions();
     m_items->setContextMenuPolicy(Qt::ActionsContextMenu);
     new QlumNodeCommands(m_items, [this] { return selectedNodes(); });
     qlumMakeTable(m_items,
@@ -182,6 +206,8 @@ QWidget* QlumTrendViewDocument::makeHistoryData()
     m_sample->setObjectName(QStringLiteral("sampleStatus"));
     m_sample->setAccessibleName(tr("Sample at the pointer"));
     m_sample->setTextFormat(Qt::PlainText);
+    m_sample->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // what it says moves nothing
+    m_sample->setFixedHeight(m_sample->fontMetrics().height() + 4);
     auto* upper = new QWidget;
     auto* upperLayout = new QVBoxLayout(upper);
     upperLayout->setContentsMargins(0, 0, 0, 0);
@@ -223,10 +249,21 @@ QWidget* QlumTrendViewDocument::makeBar()
     connect(m_catch, &QCheckBox::toggled, this, [this](bool on) { m_picker->setCatching(on); });
     connect(reset, &QPushButton::clicked, this, &QlumTrendViewDocument::sltResetView);
     connect(m_cancel, &QPushButton::clicked, this, &QlumTrendViewDocument::sltCancel);
+    m_liveBox = new QCheckBox(tr("Continue Li&ve"));
+    m_liveBox->setObjectName(QStringLiteral("continueLive"));
+    m_liveBox->setToolTip(tr("Curves go on with the values that the servers report from now on."));
+    m_liveBox->setWhatsThis(m_liveBox->toolTip());
+    auto* save = new QPushButton(tr("Save as CS&V..."));
+    save->setObjectName(QStringLiteral("saveRange"));
+    save->setToolTip(tr("Reads the time range into a file, more than the plot could hold."));
+    save->setWhatsThis(save->toolTip());
+    connect(save, &QPushButton::clicked, this, &QlumTrendViewDocument::askForFile);
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(4, 4, 4, 0);
     layout->addWidget(m_catch);
     layout->addWidget(reset);
+    layout->addWidget(m_liveBox);
+    layout->addWidget(save);
     layout->addStretch();
     layout->addWidget(m_progress);
     layout->addWidget(m_cancel);
@@ -250,8 +287,7 @@ QWidget* QlumTrendViewDocument::makeTexts()
     m_textView->setSortingEnabled(true);
     m_textView->sortByColumn(-1, Qt::AscendingOrder);
     m_textView->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_textView->verticalHeader()->hide();
-    m_textView->horizontalHeader()->setStretchLastSection(true);
+    makeCompact(m_textView, {QlumNonNumericModel::SourceTimestamp, QlumNonNumericModel::ServerTimestamp});
     m_textView->setContextMenuPolicy(Qt::ActionsContextMenu);
     qlumMakeTable(m_textView, {tr("Values that are no numbers appear here."), QStringLiteral("values"),
                                m_state, QStringLiteral("texts"), false});
@@ -273,7 +309,7 @@ void QlumTrendViewDocument::connectParts()
     connect(m_model, &QlumTrendItemModel::colorChanged, this, [this](int key) {
         curve(key)->setOwnColor(m_model->find(key)->color);
         m_plot->area()->refresh();
-        m_application.setModified();
+        markModified();
     });
     connect(m_reading, &QlumTrendReading::batchRead, this, &QlumTrendViewDocument::takeBatch);
     connect(m_reading, &QlumTrendReading::planEnded, this, &QlumTrendViewDocument::planEnded);
@@ -289,7 +325,7 @@ void QlumTrendViewDocument::connectParts()
     connect(m_panel, &QlumTrendPanel::getStartTimeClicked, this, &QlumTrendViewDocument::sltReadStartTime);
     connect(m_panel, &QlumTrendPanel::startStopClicked, this, &QlumTrendViewDocument::sltStartStop);
     connect(
-        m_panel, &QlumTrendPanel::changed, this, [this] { m_application.setModified(); });
+        m_panel, &QlumTrendPanel::changed, this, [this] { markModified(); });
     connect(m_plot->navigator(), &QlumPlotNavigator::navigated, this, [this] { m_hasOwnView = true; });
     connect(m_picker, &QlumPlotPicker::sampleNear, this, &QlumTrendViewDocument::showSample);
     connect(&m_cyclicTimer, &QTimer::timeout, this, &QlumTrendViewDocument::sltCyclicUpdate);
@@ -339,17 +375,29 @@ void QlumTrendViewDocument::addTrend(int key, const QlumTrendNode& node)
     trend.node = node;
     trend.texts = std::make_shared<QlumNonNumericModel>();
     makeCurve(trend, *m_model->find(key));
-    m_application.setModified();
+    markModified();
+    const QlumTrendItem& item = *m_model->find(key);
+    if (m_liveBox->isChecked())
+        m_live->watch(key, item.serverId, item.nodeId);
+    if (!m_aggregateServers.contains(item.serverId) && isConnected(item.serverId)) {
+        m_aggregateServers.insert(item.serverId);
+        m_reading->readAggregates(item.serverId);
+    }
     showStateSoon();
 }
 
 void QlumTrendViewDocument::makeCurve(Trend& trend, const QlumTrendItem& item)
 {
     const bool isDigital = !trend.node.valueNames.isEmpty();
+    if (isDigital && trend.node.unit.isEmpty())
+        trend.node.unit = tr("state"); // beside numbers without a unit a state would look flat
     QlumPlotCurve* made = m_plot->addCurve(
         item.name, trend.node.unit, item.stepped || isDigital ? QlumCurveForm::Steps : QlumCurveForm::Lines,
         curveCapacity);
     made->setOwnColor(item.color);
+    made->setWidth(item.width);
+    if (trend.node.range)
+        made->setUsualRange(QwtInterval(trend.node.range->first, trend.node.range->second));
     made->setValueNames(trend.node.valueNames);
     if (trend.curve) {
         made->samples() = trend.curve->samples();
@@ -380,14 +428,17 @@ void QlumTrendViewDocument::removeTrends(int first, int last)
         const auto found = m_trends.find(m_model->rowAt(row).key);
         if (found == m_trends.end())
             continue;
+        m_live->unwatch(found->first);
         m_plot->removeCurve(found->second.curve);
+        if (found->second.processed != nullptr)
+            m_plot->removeCurve(found->second.processed);
         const int key = found->first;
         const auto removed = m_trends.extract(found); // not found by its key any more, but there
         m_textItem->removeItem(m_textItem->findData(key));
         showTexts();
     }
     m_sample->clear();
-    m_application.setModified();
+    markModified();
     showStateSoon();
 }
 
@@ -432,13 +483,13 @@ void QlumTrendViewDocument::showSample(QlumPlotCurve* curve, quint64 index)
     }
     const QlumSample sample = curve->samples().at(index);
     const bool isUtc = m_plot->area()->timeZone() == QTimeZone::utc();
-    const QString status = qlumStatusText(sample.status);
-    m_sample->setText(tr("%1: %2; %3 (%4); source %5, server %6")
-                          .arg(qlumSingleLine(curve->name()), curve->valueText(sample.value), status,
-                               qlumStatusWords(status), qlumHistoryTime(UaDateTime(sample.time), isUtc),
-                               sample.serverTime == 0
-                                   ? tr("unknown")
-                                   : qlumHistoryTime(UaDateTime(sample.serverTime), isUtc)));
+    const QString status = qlumStatusText(sample.status), words = qlumStatusWords(status);
+    const QString server =
+        sample.serverTime == 0 ? tr("unknown") : qlumHistoryTime(UaDateTime(sample.serverTime), isUtc);
+    m_sample->setText(tr("%1: %2; %3; source %4, server %5")
+                          .arg(qlumSingleLine(curve->name()), curve->valueText(sample.value),
+                               words.isEmpty() ? status : tr("%1 (%2)").arg(status, words),
+                               qlumHistoryTime(UaDateTime(sample.time), isUtc), server));
 }
 
 void QlumTrendViewDocument::showTexts()

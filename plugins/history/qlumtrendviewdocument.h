@@ -2,8 +2,10 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdocumentwidgetinterface.h>
+#include <app/api/qlummonitoring.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
+#include <plugins/history/qlumhistorycsv.h>
 #include <plugins/history/qlumhistoryplan.h>
 #include <plugins/history/qlumtrenditem.h>
 #include <plugins/history/qlumtrendnodes.h>
@@ -14,11 +16,14 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QMap>
+#include <QSet>
 #include <QSettings>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <QWidget>
 
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <span>
@@ -29,17 +34,22 @@ class QComboBox;
 class QDragEnterEvent;
 class QDropEvent;
 class QLabel;
+class QLineEdit;
 class QModelIndex;
 class QPushButton;
 class QTabWidget;
 class QTableView;
+class QlumCurveValuesModel;
 class QlumMessageBar;
+class QlumModifiedModel;
 class QlumNonNumericModel;
 class QlumPlot;
 class QlumPlotCurve;
 class QlumPlotPicker;
 class QlumTableFilter;
+class QlumTrendExtras;
 class QlumTrendItemModel;
+class QlumTrendLive;
 class QlumTrendPanel;
 class QlumTrendReading;
 class QlumViewHeading;
@@ -51,9 +61,9 @@ class QlumTrendViewDocument : public QWidget, public QlumDocumentWidgetInterface
     Q_OBJECT
     Q_INTERFACES(QlumDocumentWidgetInterface)
 public:
-    /// Both must outlive the document.
+    /// All must outlive the document.
     QlumTrendViewDocument(QlumApplicationInterface& application, QlumSessionServicesProvider services,
-                          QWidget* parent = nullptr);
+                          QlumMonitoringProvider monitoring = {}, QWidget* parent = nullptr);
     ~QlumTrendViewDocument() override;
 
     void saveSettings(QSettings& settings) override;
@@ -61,6 +71,10 @@ public:
 
     /// Nodes that another view sends; those that have no history are left out, and the log says so.
     void addNodes(std::span<const QlumToolNode> nodes);
+    /// Shows what another tool has recorded as curves in the same plot.
+    void showSamples(std::span<const QlumToolCurve> curves);
+    /// Reads the time range of the panel into a file, however much it is.
+    void saveRange(const QString& fileName);
     /// What the application tells its plugins.
     void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status, const NamespaceMap& map);
     /// The same: nothing of the server is used any more when this returns.
@@ -71,6 +85,10 @@ public:
     [[nodiscard]] QlumTrendPanel* panel() const { return m_panel; }     ///< what the user asks for
     /// Of an item; null when there is none.
     [[nodiscard]] QlumPlotCurve* curve(int key) const;
+    /// Of the aggregates that were read of an item; null when there is none.
+    [[nodiscard]] QlumPlotCurve* processedCurve(int key) const;
+    /// Values as they were before somebody changed them, of all items.
+    [[nodiscard]] QlumModifiedModel* modifiedValues() const { return m_modified; }
     /// Values of an item that no curve can show; null when there is no such item.
     [[nodiscard]] QlumNonNumericModel* texts(int key) const;
     /// Cyclic updates that were due while the one before was still being read.
@@ -112,14 +130,18 @@ private:
         quint64 atLast = 0;
         bool hasMore = false;
         bool isReading = false;
+        QlumPlotCurve* processed = nullptr;
+        std::vector<QlumSample> waiting; ///< live ones, while the history is read
     };
 
-    // qlumtrendviewdocument.cpp
+    // ---- widgets and items
+    static void makeCompact(QTableView* view, std::initializer_list<int> timeColumns);
     [[nodiscard]] QWidget* makeLeft();
     [[nodiscard]] QWidget* makeItems();
     [[nodiscard]] QWidget* makeHistoryData();
     [[nodiscard]] QWidget* makeBar();
     [[nodiscard]] QWidget* makeTexts();
+    void makeItemActions();
     void connectParts();
     void addTrend(int key, const QlumTrendNode& node);
     void makeCurve(Trend& trend, const QlumTrendItem& item);
@@ -131,7 +153,7 @@ private:
     void showSample(QlumPlotCurve* curve, quint64 index);
     void showTexts();
 
-    // qlumtrendviewdocument_reading.cpp
+    // ---- reading
     [[nodiscard]] QlumHistoryPlan planFor(unsigned int serverId) const;
     [[nodiscard]] std::map<unsigned int, QlumHistoryPlan> plans();
     [[nodiscard]] bool isConnected(unsigned int serverId) const;
@@ -148,7 +170,25 @@ private:
     void showState();
     void showStateSoon();
 
-    // qlumtrendviewdocument_project.cpp
+    // ---- besides raw curves
+    [[nodiscard]] QWidget* makeNumericValues();
+    [[nodiscard]] QWidget* makeModifiedValues();
+    void connectExtras();
+    void readExtras(const std::map<unsigned int, QlumHistoryPlan>& raw);
+    [[nodiscard]] bool takeExtraBatch(QlumHistoryBatch& batch);
+    void tellExtraFaults();
+    void listCurves();
+    void showValues();
+    void setLive(bool isLive);
+    void takeLive(int key, const std::vector<QlumSample>& samples);
+    void appendLive(Trend& trend);
+    void askForFile();
+    void fileWritten(const QlumHistoryFile& file, const QString& fileName);
+    void setWidth(int width);
+    void toggleSteps();
+
+    // ---- project
+    void markModified();
     void restoreItems(QSettings& settings, const QMap<int, int>& serverIdMap);
 
     QlumApplicationInterface& m_application;
@@ -181,6 +221,19 @@ private:
     QDateTime m_rangeStart; ///< what was read last
     QDateTime m_rangeEnd;
     bool m_wasRead = false;
+    bool m_isLoading = false;
     bool m_hasOwnView = false; ///< the user has chosen what to look at
     int m_skipped = 0;
+    QlumTrendExtras* m_extras = nullptr;
+    QlumTrendLive* m_live;
+    QCheckBox* m_liveBox = nullptr;
+    QlumModifiedModel* m_modified = nullptr;
+    QlumCurveValuesModel* m_values = nullptr;
+    QlumTableFilter* m_valueFilter = nullptr;
+    QComboBox* m_valueCurve = nullptr;
+    QLineEdit* m_valueText = nullptr;
+    QTimer m_valueTimer;
+    std::vector<QlumPlotCurve*> m_recorded; ///< that other tools have handed over
+    QSet<unsigned int> m_aggregateServers;  ///< that were asked for theirs
+    QStringList m_extraFaults;
 };

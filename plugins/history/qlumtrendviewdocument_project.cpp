@@ -62,12 +62,21 @@ void QlumTrendViewDocument::saveSettings(QSettings& settings)
         settings.setValue(QStringLiteral("Name"), item.name);
         settings.setValue(QStringLiteral("Color"), item.color.name());
         settings.setValue(QStringLiteral("Stepped"), item.stepped);
+        settings.setValue(QStringLiteral("Width"), item.width);
     }
     settings.endArray();
 }
 
+// What a project restores does not change it.
+void QlumTrendViewDocument::markModified()
+{
+    if (!m_isLoading)
+        m_application.setModified();
+}
+
 void QlumTrendViewDocument::loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap)
 {
+    m_isLoading = true;
     m_panel->setCyclic(settings.value(QStringLiteral("CyclicUpdate"), false).toBool() &&
                        !settings.value(QStringLiteral("SingleUpdate"), false).toBool());
     if (const QDateTime start = restoredTime(settings, QStringLiteral("StartTime")); start.isValid())
@@ -83,6 +92,7 @@ void QlumTrendViewDocument::loadSettings(QSettings& settings, const QMap<int, in
         m_panel->setUpdateInterval(interval);
     restoreItems(settings, serverIdMap);
     setRunning(m_panel->isCyclic() && settings.value(QStringLiteral("CyclicUpdateRunning"), false).toBool());
+    m_isLoading = false;
     showState();
 }
 
@@ -105,6 +115,7 @@ void QlumTrendViewDocument::restoreItems(QSettings& settings, const QMap<int, in
             item.name = toQString(item.nodeId.toXmlString());
         item.color = QColor(settings.value(QStringLiteral("Color")).toString());
         item.stepped = settings.value(QStringLiteral("Stepped"), false).toBool();
+        item.width = std::clamp(settings.value(QStringLiteral("Width"), 1).toInt(), 1, 9);
         m_model->restore(std::move(item));
     }
     settings.endArray();
@@ -142,6 +153,12 @@ void QlumTrendViewDocument::sessionStatusChanged(unsigned int serverId, QlumConn
             ids.push_back(nodeId);
     }
     m_model->tellServerNames();
+    if (status != QlumConnectionStatus::Connected && status != QlumConnectionStatus::ConnectionError)
+        m_aggregateServers.remove(serverId); // another session may have others
+    else if (!m_aggregateServers.contains(serverId) && !ids.empty()) {
+        m_aggregateServers.insert(serverId);
+        m_reading->readAggregates(serverId);
+    }
     if (status == QlumConnectionStatus::Connected && !wasUp && !ids.empty())
         m_reading->readNodes(serverId, ids, false);
     showState();

@@ -9,6 +9,7 @@
 #include <plugins/history/qlumhistoryplan.h>
 #include <plugins/history/qlumhistoryreader.h>
 #include <plugins/history/qlumhistorysettings.h>
+#include <plugins/history/qlummodifiedmodel.h>
 #include <plugins/history/qlumnonnumericmodel.h>
 #include <plugins/history/qlumtrenditem.h>
 #include <plugins/history/qlumtrenditemmodel.h>
@@ -105,6 +106,11 @@ void QlumTrendViewDocument::clearValues()
         trend.last = UaDateTime();
         trend.hasMore = trend.isReading = false;
     }
+    for (auto& [key, trend] : m_trends)
+        if (trend.processed != nullptr)
+            m_plot->removeCurve(std::exchange(trend.processed, nullptr));
+    m_modified->clear();
+    m_extraFaults.clear();
     m_textItem->clear();
     showTexts();
     m_sample->clear();
@@ -137,6 +143,7 @@ void QlumTrendViewDocument::sltUpdateTrendData(bool cyclic, const QDateTime& sta
             m_trends.at(target.key).isReading = true;
         m_reading->read(plan);
     }
+    readExtras(all);
     if (!cyclic || !m_hasOwnView)
         sltResetView();
     if (!cyclic && all.empty() && m_model->rowCount() > 0)
@@ -173,12 +180,16 @@ void QlumTrendViewDocument::sltResetView()
 
 void QlumTrendViewDocument::takeBatch(QlumHistoryBatch& batch)
 {
+    if (takeExtraBatch(batch))
+        return;
     const auto found = m_trends.find(batch.key);
     if (found == m_trends.end())
         return; // removed meanwhile
     Trend& trend = found->second;
     trend.count += batch.count;
     m_plot->append(trend.curve, batch.samples);
+    if (!batch.modified.empty())
+        m_modified->add(batch.key, m_model->find(batch.key)->name, std::move(batch.modified));
     if (!batch.texts.empty()) {
         trend.texts->add(std::move(batch.texts));
         if (m_textItem->findData(batch.key) < 0)
@@ -206,6 +217,11 @@ void QlumTrendViewDocument::planEnded(const QlumHistoryPlan& plan,
 
 void QlumTrendViewDocument::takeOutcome(const QlumHistoryOutcome& outcome)
 {
+    if (outcome.key >= firstExtraKey && outcome.status.isBad()) {
+        const QString words = qlumStatusWords(qlumStatusText(outcome.status.statusCode()));
+        if (!m_extraFaults.contains(words))
+            m_extraFaults.append(words);
+    }
     const auto found = m_trends.find(outcome.key);
     if (found == m_trends.end())
         return;
@@ -242,7 +258,11 @@ void QlumTrendViewDocument::allEnded()
         if (std::exchange(trend.isReading, false)) // given up before it came to an end
             m_model->setHistory(key, tr("%1 values, then the reading was ended").arg(numberText(trend.count)),
                                 QlumStatusLevel::Uncertain);
+    for (auto& [key, trend] : m_trends)
+        appendLive(trend);
     tellRest();
+    tellExtraFaults();
+    listCurves();
     showProgress();
     showState();
 }
@@ -334,7 +354,7 @@ void QlumTrendViewDocument::setRunning(bool isRunning)
 void QlumTrendViewDocument::sltStartStop()
 {
     setRunning(!m_cyclicTimer.isActive());
-    m_application.setModified();
+    markModified();
     m_skipped = 0;
     m_hasOwnView = false;
     if (m_cyclicTimer.isActive())

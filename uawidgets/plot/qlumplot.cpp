@@ -17,11 +17,13 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDateTime>
 #include <QFileInfo>
 #include <QFutureWatcherBase>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QIODevice>
 #include <QList>
@@ -303,6 +305,11 @@ void QlumPlot::makeActions()
         A::CursorBRight, [this] { moveCursor(1, cursorPixelsOfKey); });
     on(
         A::Utc, [this](bool isUtc) { setUtc(isUtc); });
+    on(
+        A::UsualRanges, [this](bool shows) { m_area->setShowsUsualRanges(shows); });
+    on(
+        A::Copy,
+        [this] { QGuiApplication::clipboard()->setImage(qlumPlotImage(m_area, m_area->size(), 1)); });
     on(A::Export, [this] { askForExport(); });
     addActions(plotActions());
     addActions(m_actions.list({A::CursorALeft, A::CursorARight, A::CursorBLeft, A::CursorBRight}));
@@ -312,7 +319,7 @@ void QlumPlot::makeActions()
 QList<QAction*> QlumPlot::plotActions() const
 {
     return m_actions.list({A::Back, A::Forward, A::ZoomIn, A::ZoomOut, A::ShowAll, A::Left, A::Right,
-                           A::Follow, A::Cursors, A::Utc, A::Export});
+                           A::Follow, A::Cursors, A::Utc, A::UsualRanges, A::Copy, A::Export});
 }
 
 void QlumPlot::updateActions()

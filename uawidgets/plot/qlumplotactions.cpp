@@ -50,6 +50,13 @@ constexpr QlumActionRow plotActionRows[] = {
      PLOT_TEXT("Moves cursor B to the right.")},
     {A::Utc, "plotUtc", PLOT_TEXT("Times in &UTC"), "", qlumNoKey, PLOT_TEXT("Show Times in UTC"),
      PLOT_TEXT("<b>Times in UTC</b><br>Shows UTC instead of local time.")},
+    {A::UsualRanges, "plotUsualRanges", PLOT_TEXT("Usual &Ranges"), "", qlumNoKey,
+     PLOT_TEXT("Value Axes over the Usual Ranges"),
+     PLOT_TEXT(
+         "<b>Usual Ranges</b><br>Value axes show the ranges that servers give for their values, and not "
+         "only what is there.")},
+    {A::Copy, "plotCopy", PLOT_TEXT("Cop&y Picture"), "", QKeySequence::Copy, PLOT_TEXT("Copy Picture"),
+     PLOT_TEXT("<b>Copy Picture</b><br>Puts the plot as a picture into the clipboard.")},
     {A::Export, "plotExport", PLOT_TEXT("E&xport..."), "", qlumNoKey, PLOT_TEXT("Export Picture or Samples"),
      PLOT_TEXT("<b>Export</b><br>Writes a picture (PNG, SVG), or the samples of the visible curves (CSV).")},
 };
@@ -80,7 +87,7 @@ QlumActionTable qlumPlotActions(QObject* parent)
         actions[id]->setShortcut(QKeySequence(key));
     for (const QlumActionRow& row : plotActionRows) // other views of the window have the same keys
         actions[row.id]->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    for (const int id : {A::Follow, A::Cursors, A::Utc})
+    for (const int id : {A::Follow, A::Cursors, A::Utc, A::UsualRanges})
         actions[id]->setCheckable(true);
     return actions;
 }

@@ -20,6 +20,8 @@ enum Id {
     CursorBLeft,
     CursorBRight,
     Utc,
+    UsualRanges,
+    Copy,
     Export
 };
 }

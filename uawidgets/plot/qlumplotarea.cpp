@@ -17,6 +17,8 @@
 #include <QRectF>
 #include <QResizeEvent>
 #include <QString>
+#include <QTextLayout>
+#include <QTextLine>
 #include <QTimeZone>
 #include <QWidget>
 #include <qwt_interval.h>
@@ -211,6 +213,12 @@ QlumPlotView QlumPlotArea::viewMoved(const QPoint& distance) const
     return view;
 }
 
+void QlumPlotArea::setShowsUsualRanges(bool shows)
+{
+    m_showsUsualRanges = shows;
+    refresh();
+}
+
 void QlumPlotArea::setTimeZone(const QTimeZone& zone)
 {
     m_zone = zone;
@@ -222,12 +230,28 @@ void QlumPlotArea::setTimeZone(const QTimeZone& zone)
 
 void QlumPlotArea::setEmptyText(const QString& headline, const QString& hint)
 {
-    QwtText text(headline + QStringLiteral("\n\n") + hint, QwtText::PlainText);
-    text.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
-    m_emptyLabel->setText(text);
+    m_emptyHeadline = headline;
+    m_emptyHint = hint;
     canvas()->setAccessibleDescription(headline + QStringLiteral(". ") + hint);
-    applyColors();
+    applyEmptyText();
     refresh();
+}
+
+// Qwt draws such a text in one line, however long it is.
+void QlumPlotArea::applyEmptyText()
+{
+    QString lines;
+    QTextLayout layout(m_emptyHint, font());
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(std::max(1, canvas()->width() - 2 * fontMetrics().averageCharWidth()));
+        lines += QLatin1Char('\n') + m_emptyHint.mid(line.textStart(), line.textLength()).trimmed();
+    }
+    layout.endLayout();
+    QwtText text(m_emptyHeadline + QLatin1Char('\n') + lines, QwtText::PlainText);
+    text.setRenderFlags(Qt::AlignCenter);
+    text.setColor(QlumPlotColors(palette()).text);
+    m_emptyLabel->setText(text);
 }
 
 // ---- painting
@@ -269,7 +293,8 @@ QwtInterval QlumPlotArea::neededRange(const QString& unit) const
     QwtInterval range;
     for (const auto& curve : m_curves)
         if (curve->isVisible() && curve->unit() == unit)
-            range |= curve->extremes(m_view.from, m_view.to);
+            range |= m_showsUsualRanges ? curve->extremes(m_view.from, m_view.to) | curve->usualRange()
+                                        : curve->extremes(m_view.from, m_view.to);
     range = widened(range);
     double low = range.minValue(), high = range.maxValue(), step = 0;
     QwtLinearScaleEngine().autoScale(valueSteps, low, high, step);
@@ -332,6 +357,7 @@ void QlumPlotArea::changeEvent(QEvent* event)
 void QlumPlotArea::resizeEvent(QResizeEvent* event)
 {
     QwtPlot::resizeEvent(event);
+    applyEmptyText();
     applyTimes();
     replot();
 }

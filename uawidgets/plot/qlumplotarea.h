@@ -59,6 +59,8 @@ public:
     /// Units of the axes, from the canvas outwards.
     [[nodiscard]] std::vector<QString> units() const;
 
+    /// Whether value axes reach over the usual ranges of their curves, and not only over what is shown.
+    void setShowsUsualRanges(bool shows);
     /// The zone of the time axis.
     void setTimeZone(const QTimeZone& zone);
     [[nodiscard]] const QTimeZone& timeZone() const { return m_zone; } ///< of the time axis
@@ -103,6 +105,7 @@ private:
     [[nodiscard]] std::size_t axisOf(const QString& unit);
     void removeUnusedAxes();
     void applyColors();
+    void applyEmptyText();
     void applyTimes();
     void applyRanges();
     void applyGrid();
@@ -115,5 +118,8 @@ private:
     std::vector<std::unique_ptr<QlumPlotCurve>> m_curves;
     std::unique_ptr<QwtPlotGrid> m_grid;
     std::unique_ptr<QwtPlotTextLabel> m_emptyLabel;
+    QString m_emptyHeadline;
+    QString m_emptyHint;
     int m_nextNumber = 0;
+    bool m_showsUsualRanges = false;
 };

@@ -54,8 +54,12 @@ public:
     /// Replaces that of the construction.
     void setForm(QlumCurveForm form);
     [[nodiscard]] QlumCurveForm form() const { return m_form; } ///< as set
+    /// The range that the values usually have; invalid where nobody said.
+    void setUsualRange(const QwtInterval& range) { m_usualRange = range; }
+    [[nodiscard]] const QwtInterval& usualRange() const { return m_usualRange; } ///< as set
     /// Words for values, as for states: what the readings of the curve say besides the number.
     void setValueNames(const QMap<qint64, QString>& names) { m_valueNames = names; }
+    [[nodiscard]] const QMap<qint64, QString>& valueNames() const { return m_valueNames; } ///< as set
     /// "Open (1)" for a value that has a name; else the number.
     [[nodiscard]] QString valueText(double value) const;
     /// The values at the bottom and the top of the plot.
@@ -98,6 +102,7 @@ private:
     QlumSampleStore m_samples;
     int m_number = 0;
     int m_width = 1;
+    QwtInterval m_usualRange;
     QColor m_ownColor;
     QMap<qint64, QString> m_valueNames;
     QlumPlotColors m_colors;

@@ -56,7 +56,7 @@ private:
     {
         return m_statuses.empty() ? m_status : m_statuses[offset];
     }
-    // Samples without a time of the server.
+    /// Samples without a time of the server.
     static constexpr std::int64_t noDelay = std::numeric_limits<std::int64_t>::min();
     static constexpr std::int32_t noNarrowDelay = std::numeric_limits<std::int32_t>::min();
 

@@ -179,7 +179,7 @@ QwtText QlumTimeScaleDraw::label(double time) const
 {
     const QList<double> ticks = scaleDiv().ticks(QwtScaleDiv::MajorTick);
     // the shortest distance: months differ, and clocks are set
-    double step = ticks.size() < 2 ? second / 2 : ticks[1] - ticks[0];
+    double step = ticks.size() < 2 ? scaleDiv().range() / 2 : ticks[1] - ticks[0];
     for (int i = 2; i < ticks.size(); ++i)
         step = std::min(step, ticks[i] - ticks[i - 1]);
     if (step >= 23 * hour && step < day)
