@@ -2,7 +2,6 @@
 // of the name in its row, and deletes the row, the line of its export at the end, and its pictures from
 // CMakeLists.txt; the list of built-in plugins stays as it is. A row that is left behind ends in a symbol
 // defined twice.
-#include <plugins/events/qlumeventplugin.h>
 #include <plugins/planned/qlumplannedplugin.h>
 
 #include <QObject>
@@ -16,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 8> tools{{
+constexpr std::array<QlumPlannedTool, 7> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -31,11 +30,6 @@ constexpr std::array<QlumPlannedTool, 8> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Data Access View</b><br>Watches the values of variables of one or more servers "
                        "and writes them.")},
-    {QlumPlannedTool::Document, "QlumEventPlugin", "UA Events Plugin", "Event View",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The event view is not part of this version."),
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "<b>Event View</b><br>Receives the events and alarms of one or more servers and "
-                       "acknowledges them.")},
     {QlumPlannedTool::Document, "QlumPerformancePlugin", "UA Performance Plugin", "Performance View",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The performance view is not part of this version."),
      QT_TRANSLATE_NOOP(
@@ -110,7 +104,6 @@ QStaticPlugin exported()
 
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDaPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumEventPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumServerDiagnosticPlugin)

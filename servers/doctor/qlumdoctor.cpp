@@ -57,7 +57,8 @@ QlumDoctor::~QlumDoctor()
     leaveLookUp();
     m_pool.cancelAll();
     m_worker.stop();
-    static_cast<void>(m_session.disconnect(UaClientSdk::ServiceSettings(), true)); // while the watch lives
+    if (m_session.isConnected()) // while the watch lives
+        static_cast<void>(m_session.disconnect(UaClientSdk::ServiceSettings(), true));
 }
 
 // ---- up the ladder

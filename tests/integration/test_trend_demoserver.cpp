@@ -71,7 +71,7 @@ TEST_F(TrendOnDemoServer, ReadsNumbersStatesGapsAndTexts)
 {
     openTrend({"Sine", "Switch", "Gaps", "Words"});
     ASSERT_TRUE(readMinutes(-50, -10));
-    EXPECT_GT(samples(0).size(), 2300U) << view->model()->rowAt(0).history;
+    EXPECT_GT(samples(0).size(), 2300U) << view->model()->rowAt(0).history.toStdString();
     const QlumSampleSummary sine = samples(0).summary(0, samples(0).size());
     EXPECT_NEAR(sine.minimum, 0, 0.1);
     EXPECT_NEAR(sine.maximum, 100, 0.1);
