@@ -202,6 +202,7 @@ private:
     ServerState& server(unsigned int serverId);
     void createSubscription(unsigned int serverId);
     void createMonitoredItems(unsigned int serverId, bool isReconnected);
+    void replaceSubscription(unsigned int serverId);
     [[nodiscard]] UaMonitoredItemCreateRequests createMonitoredItemsRequest(QlumEventNodeMonitored& node);
     void takeOutcomes(const QlumItemOutcomes& outcomes);
     void takeNames(const std::vector<std::pair<quint32, QString>>& names);

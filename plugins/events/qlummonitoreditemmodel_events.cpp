@@ -235,13 +235,29 @@ void QlumMonitoredItemModel::checkRefreshRequired(const QlumEvent& event)
     callRefresh(event.serverId);
 }
 
-// The session stands, but its server has dropped the subscription. One that does so again and again is left
-// alone until the next connect.
+// The session stands, but its server has dropped the subscription. Whether that is the one of now, and not
+// the one before it, is known behind what is waiting to be done.
 void QlumMonitoredItemModel::subscriptionLost(unsigned int serverId)
+{
+    const std::shared_ptr<QlumEventSubscription> subscription = server(serverId).subscription;
+    if (!subscription || !isUp(serverId))
+        return; // made again when the connection is back
+    const std::weak_ptr<int> alive = m_alive;
+    runLater(serverId, tr("Subscribing to events"), [=, this](QlumJob& job) {
+        if (!subscription->isValid())
+            job.post([=, this] {
+                if (!alive.expired())
+                    replaceSubscription(serverId);
+            });
+    });
+}
+
+// One that is dropped again and again is left alone until the next connect.
+void QlumMonitoredItemModel::replaceSubscription(unsigned int serverId)
 {
     ServerState& state = server(serverId);
     if (!state.subscription || !isUp(serverId))
-        return; // made again when the connection is back
+        return;
     if (++state.losses <= maximumLosses) {
         createMonitoredItems(serverId, false);
         return;

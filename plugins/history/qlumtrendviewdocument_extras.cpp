@@ -18,6 +18,7 @@
 #include <uawidgets/plot/qlumplotcurve.h>
 #include <uawidgets/plot/qlumsamplestore.h>
 #include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumviewheading.h>
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 

@@ -55,7 +55,7 @@ constexpr QlumActionRow plotActionRows[] = {
      PLOT_TEXT(
          "<b>Usual Ranges</b><br>Value axes show the ranges that servers give for their values, and not "
          "only what is there.")},
-    {A::Copy, "plotCopy", PLOT_TEXT("Cop&y Picture"), "", QKeySequence::Copy, PLOT_TEXT("Copy Picture"),
+    {A::Copy, "plotCopy", PLOT_TEXT("Cop&y Picture"), "", qlumNoKey, PLOT_TEXT("Copy Picture"),
      PLOT_TEXT("<b>Copy Picture</b><br>Puts the plot as a picture into the clipboard.")},
     {A::Export, "plotExport", PLOT_TEXT("E&xport..."), "", qlumNoKey, PLOT_TEXT("Export Picture or Samples"),
      PLOT_TEXT("<b>Export</b><br>Writes a picture (PNG, SVG), or the samples of the visible curves (CSV).")},

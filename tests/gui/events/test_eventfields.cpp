@@ -81,9 +81,10 @@ protected:
     bool read()
     {
         bool isOver = false;
+        const QObject listener; // a later answer finds nobody
         QObject::connect(
-            &types, &QlumEventTypes::treeRead, &types, [&] { isOver = true; });
-        QObject::connect(&types, &QlumEventTypes::treeFailed, &types, [&] { isOver = true; });
+            &types, &QlumEventTypes::treeRead, &listener, [&] { isOver = true; });
+        QObject::connect(&types, &QlumEventTypes::treeFailed, &listener, [&] { isOver = true; });
         types.request(1);
         return QTest::qWaitFor([&] { return isOver; });
     }
