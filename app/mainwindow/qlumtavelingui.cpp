@@ -106,6 +106,10 @@ QDockWidget* QlumTavelin::makeDock(const QString& title, const QString& name, co
     dock->setWidget(content);
     qlumSetInitialDockSize(dock, size);
     addDockWidget(area, dock);
+    connect(dock->toggleViewAction(), &QAction::triggered, dock, [dock](bool isShown) {
+        if (isShown)
+            dock->raise(); // in front of the tab that it shares its place with
+    });
     return dock;
 }
 

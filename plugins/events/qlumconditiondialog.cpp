@@ -128,7 +128,7 @@ void QlumConditionDialog::sltRespond()
     const UaNodeId conditionId = m_conditionId;
     m_caller(tr("Answering a condition"), [self, log, conditionId, chosen](QlumSessionServices* services) {
         const UaStatus status = respond(services, conditionId, chosen);
-        const QString text = toQString(status.toString());
+        const QString text = qlumResultText(status);
         const bool isGood = status.isGood();
         if (isGood)
             log.info(tr("Call succeeded"));

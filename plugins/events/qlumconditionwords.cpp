@@ -13,9 +13,11 @@ class Words
 };
 } // namespace
 
-QString qlumConditionWords(OpcUa_StatusCode status)
+QString qlumConditionWords(const UaStatus& status)
 {
-    switch (status) {
+    if (const QString notSent = qlumNotSentText(status); !notSent.isEmpty())
+        return notSent;
+    switch (status.statusCode()) {
     case OpcUa_BadEventIdUnknown:
         return Words::tr("The server does not know this event any more: the state has changed since. Look at "
                          "the alarm again, or have the conditions refreshed.");
@@ -45,6 +47,6 @@ QString qlumConditionWords(OpcUa_StatusCode status)
     case OpcUa_BadDialogNotActive:
         return Words::tr("The condition does not wait for an answer any more.");
     default:
-        return qlumStatusWords(qlumStatusText(status));
+        return qlumStatusWords(toQString(status.toString()));
     }
 }

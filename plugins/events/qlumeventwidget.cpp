@@ -1,6 +1,7 @@
 // What an event view consists of.
 #include <plugins/events/qlumeventwidget.h>
 
+#include <app/api/qlumdocumentservers.h>
 #include <app/api/qlumtext.h>
 #include <plugins/events/qlumeventactions.h>
 #include <plugins/events/qlumeventsettings.h>
@@ -255,6 +256,10 @@ void QlumEventWidget::createModels()
     connect(m_alarms, &QlumAlarmModel::stateChanged, this, count);
     m_alarms->setTypeName(
         [this](unsigned int serverId, const UaNodeId& typeId) { return m_types.typeName(serverId, typeId); });
+    const auto tellServers = [this] { qlumSetDocumentServers(this, m_items->servers().values()); };
+    connect(m_items, &QAbstractItemModel::rowsInserted, this, tellServers);
+    connect(m_items, &QAbstractItemModel::rowsRemoved, this, tellServers);
+    connect(m_items, &QAbstractItemModel::modelReset, this, tellServers);
     connect(m_logFilter, &QAbstractItemModel::rowsInserted, this, [this] {
         if (m_actions[Autoscroll]->isChecked() && m_logFilter->sortColumn() < 0)
             m_logView->scrollToBottom();

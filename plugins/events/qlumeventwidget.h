@@ -167,7 +167,7 @@ private:
     void shelve(const Target& target, QlumShelving how, double milliseconds);
     void quietCall(const Target& target, const QString& purpose,
                    const std::function<UaStatus(QlumSessionServices*)>& work);
-    void callFailed(const Method& method, OpcUa_StatusCode status);
+    void callFailed(const Method& method, const UaStatus& status);
     [[nodiscard]] std::vector<unsigned int> selectedKeys() const;
 
     void takeDialogs(const QlumEvents& events);

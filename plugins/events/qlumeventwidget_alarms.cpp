@@ -4,6 +4,7 @@
 #include <app/api/qlumcalltimeout.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumsettings.h>
+#include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
@@ -118,9 +119,9 @@ void QlumEventWidget::callCondition(const Method& method)
                                             qlumCommentArguments(target.eventId, comment));
                       if (!status.isBad())
                           return {};
-                      return [self, method, code = status.statusCode()] {
+                      return [self, method, status] {
                           if (self)
-                              self->callFailed(method, code);
+                              self->callFailed(method, status);
                       };
                   });
 }
@@ -190,25 +191,25 @@ void QlumEventWidget::quietCall(const Target& target, const QString& purpose,
     m_items->call(target.serverId, purpose, [=](QlumSessionServices* services) -> std::function<void()> {
         const UaStatus status = work(services);
         log.write(status.isBad() ? QlumLogLevel::Error : QlumLogLevel::Info,
-                  tr("%1 '%2' returned %3").arg(purpose, condition, toQString(status.toString())));
+                  tr("%1 '%2' returned %3").arg(purpose, condition, qlumResultText(status)));
         if (!status.isBad())
             return {};
-        return [self, purpose, condition, code = status.statusCode()] {
+        return [self, purpose, condition, status] {
             if (self)
                 self->m_messages->tell({QlumMessage::Error,
                                         QStringLiteral("condition"),
                                         tr("%1 failed: %2").arg(purpose, condition),
-                                        qlumConditionWords(code),
+                                        qlumConditionWords(status),
                                         {},
                                         {}});
         };
     });
 }
 
-void QlumEventWidget::callFailed(const Method& method, OpcUa_StatusCode status)
+void QlumEventWidget::callFailed(const Method& method, const UaStatus& status)
 {
     auto* box = new QMessageBox(QMessageBox::Warning, method.failureTitle,
-                                method.failure.arg(qlumStatusText(status)), QMessageBox::Ok, this);
+                                method.failure.arg(qlumResultText(status)), QMessageBox::Ok, this);
     box->setInformativeText(qlumConditionWords(status));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
@@ -269,7 +270,7 @@ void QlumEventWidget::callAll(const Method& method, QlumField state, const QStri
                                             .arg(name, toQString(list[i].conditionId.toFullString()),
                                                  qlumStatusText(results[i].StatusCode)));
                           log.write(status.isBad() ? QlumLogLevel::Error : QlumLogLevel::Info,
-                                    tr("Call %1 returned %2").arg(name, toQString(status.toString())));
+                                    tr("Call %1 returned %2").arg(name, qlumResultText(status)));
                           return {};
                       });
     }

@@ -132,7 +132,7 @@ void QlumMonitoredItemModel::readEventHistory(const QDateTime& start, const QDat
                                               question, *services, job,
                                               [&](QlumEvents events) { take(job, std::move(events)); }, count)
                                         : UaStatus(OpcUa_BadServerNotConnected);
-            const QString result = toQString(status.toString());
+            const QString result = qlumResultText(status);
             if (!status.isBad()) {
                 log.info(tr("HistoryReadEvent on node %1 returned %2 events [%3]")
                              .arg(nodeText)

@@ -2,6 +2,7 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumdocumentservers.h>
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumtoolservices.h>
@@ -49,6 +50,7 @@
 #include <QModelIndexList>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QSet>
 #include <QSizePolicy>
 #include <QSplitter>
 #include <QString>
@@ -306,6 +308,15 @@ void QlumTrendViewDocument::connectParts()
     connect(m_model, &QlumTrendItemModel::itemAdded, this, &QlumTrendViewDocument::addTrend);
     connect(m_model, &QlumTrendItemModel::rowsAboutToBeRemoved, this,
             [this](const QModelIndex&, int first, int last) { removeTrends(first, last); });
+    const auto tellServers = [this] {
+        QSet<unsigned int> servers;
+        for (int row = 0; row < m_model->rowCount(); ++row)
+            servers.insert(m_model->rowAt(row).serverId);
+        qlumSetDocumentServers(this, servers.values());
+    };
+    connect(m_model, &QAbstractItemModel::rowsInserted, this, tellServers);
+    connect(m_model, &QAbstractItemModel::rowsRemoved, this, tellServers);
+    connect(m_model, &QAbstractItemModel::modelReset, this, tellServers);
     connect(m_model, &QlumTrendItemModel::colorChanged, this, [this](int key) {
         curve(key)->setOwnColor(m_model->find(key)->color);
         m_plot->area()->refresh();
