@@ -105,10 +105,13 @@ void QlumRoleMarks::updateTabs()
         if (!mark) {
             mark = new QLabel(bar);
             mark->setObjectName(QStringLiteral("roleMark"));
-            bar->setTabButton(tab, freeSide(*bar), mark);
         }
         mark->setPixmap(qlumRoleBadge(*role, bar->font(), bar->devicePixelRatioF()));
         mark->setAccessibleName(text);
+        mark->adjustSize();
+        bar->setTabButton(tab, freeSide(*bar),
+                          nullptr); // a bar gives room for what is put in, as large as it is then
+        bar->setTabButton(tab, freeSide(*bar), mark);
         m_tabs->setTabToolTip(tab, text);
     }
 }
