@@ -244,6 +244,9 @@ QWidget* QlumTrendViewDocument::makeBar()
     m_progress = new QLabel;
     m_progress->setObjectName(QStringLiteral("readProgress"));
     m_progress->setAccessibleName(tr("Progress of reading"));
+    m_progress->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_progress->setSizePolicy(QSizePolicy::Ignored,
+                              QSizePolicy::Preferred); // a text that grows moves nothing
     m_cancel = new QPushButton(tr("Cance&l"));
     m_cancel->setObjectName(QStringLiteral("cancelReading"));
     m_cancel->setToolTip(tr("Ends reading; what has come stays."));
@@ -266,8 +269,7 @@ QWidget* QlumTrendViewDocument::makeBar()
     layout->addWidget(reset);
     layout->addWidget(m_liveBox);
     layout->addWidget(save);
-    layout->addStretch();
-    layout->addWidget(m_progress);
+    layout->addWidget(m_progress, 1);
     layout->addWidget(m_cancel);
     return bar;
 }
