@@ -1,6 +1,6 @@
 // The demo server's program:
 //   node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]
-//     [--per-call N]
+//     [--per-call N] [--name HOST]
 
 import { mkdirSync } from "node:fs";
 import { dirname, join, resolve } from "node:path";
@@ -12,7 +12,7 @@ import { startServer } from "./lib/server.mjs";
 
 const usage =
   "usage: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no] " +
-  "[--per-call N]";
+  "[--per-call N] [--name HOST]";
 const here = dirname(fileURLToPath(import.meta.url));
 const stopLimit = 500;
 
@@ -26,6 +26,7 @@ function readArguments() {
       pki: option(join(here, "pki")),
       "accept-all": option("yes"),
       "per-call": { type: "string" },
+      name: { type: "string" },
     },
   });
   const port = Number(values.port);
@@ -41,6 +42,7 @@ function readArguments() {
     pki: resolve(values.pki),
     acceptAll: values["accept-all"] === "yes",
     perCall,
+    name: values.name,
   };
 }
 

@@ -136,6 +136,7 @@ void QlumConnectFlow::run()
     switch (m_step) {
     case Step::Endpoints:
         m_tlsTrap.set();
+        m_fetcher.setServer(m_setting.displayName, m_info.clientConnectionId);
         return m_fetcher.fetch(m_setting.endpoint.url, static_cast<int>(m_info.connectTimeout));
     case Step::Endpoint:
         return chooseEndpoint();

@@ -6,7 +6,9 @@
 #include <opcua/opcua_statuscodes.h>
 #include <opcua/opcua_types.h>
 #include <servers/qlumendpoint.h>
+#include <servers/qlumendpointchoice.h>
 #include <servers/qlumpkifolders.h>
+#include <servers/qlumserviceguard.h>
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastatus.h>
@@ -17,6 +19,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 
 #include <algorithm>
 #include <memory>
@@ -85,7 +88,8 @@ QlumDiscoveryAnswer askServers(QlumJob& job, QlumDiscoveryQuestion question, con
 {
     const auto discovery = std::make_shared<UaDiscovery>();
     job.whenCancelled([discovery] { discovery->cancel(); });
-    UaClientSdk::ServiceSettings settings;
+    qlumWatchDiscovery(*discovery, qlumAuthority(QUrl(url)));
+    UaClientSdk::ServiceSettings settings = job.serviceSettings();
     settings.callTimeout = static_cast<OpcUa_UInt32>(std::max(milliseconds, 1));
     UaClientSdk::SessionSecurityInfo security;
     qlumFillPkiFolders(security);

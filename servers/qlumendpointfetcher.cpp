@@ -3,13 +3,16 @@
 #include <app/api/qlumtext.h>
 #include <certificates/qlumtlsoverrules.h>
 #include <opcua/opcua_statuscodes.h>
+#include <servers/qlumendpointchoice.h>
 #include <servers/qlumpkifolders.h>
+#include <servers/qlumserviceguard.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/uadiscovery.h>
 
 #include <QByteArray>
 #include <QString>
+#include <QUrl>
 #include <QVector>
 
 #include <algorithm>
@@ -28,18 +31,26 @@ QlumEndpointFetcher::~QlumEndpointFetcher()
     cancel();
 }
 
-unsigned int QlumEndpointFetcher::getEndpoints(QlumJob& job, const QString& url, int milliseconds,
+void QlumEndpointFetcher::setServer(const QString& name, unsigned int serverId)
+{
+    m_name = name;
+    m_serverId = serverId;
+}
+
+unsigned int QlumEndpointFetcher::getEndpoints(QlumJob& job, const Question& question,
                                                QVector<QlumEndpoint>& endpoints)
 {
+    const auto& [url, milliseconds, name, serverId] = question;
     const auto discovery = std::make_shared<UaClientSdk::UaDiscovery>();
     job.whenCancelled([discovery] { discovery->cancel(); });
-    UaClientSdk::ServiceSettings settings;
+    qlumWatchDiscovery(*discovery, name.isEmpty() ? qlumAuthority(QUrl(url)) : name, serverId);
+    UaClientSdk::ServiceSettings settings = job.serviceSettings();
     settings.callTimeout = static_cast<OpcUa_UInt32>(std::max(milliseconds, 1));
     UaEndpointDescriptions descriptions;
     UaClientSdk::ClientSecurityInfo security;
     qlumFillPkiFolders(security);
-    security.tlsCertificateFinding = [this, &job, url](const UaStatus& status,
-                                                       const UaByteString& certificate) {
+    security.tlsCertificateFinding = [this, &job, &url = question.url](const UaStatus& status,
+                                                                       const UaByteString& certificate) {
         if (qlumIsTlsOverruled(url, certificate, status.statusCode()))
             return true;
         const QByteArray bytes(reinterpret_cast<const char*>(certificate.data()), certificate.length());
@@ -60,10 +71,10 @@ void QlumEndpointFetcher::fetch(const QString& url, int milliseconds)
     m_busy = true;
     m_pool.add(
         {tr("Asking %1 for its endpoints").arg(url)},
-        [this, url, milliseconds](QlumJob& job) {
+        [this, question = Question{url, milliseconds, m_name, m_serverId}](QlumJob& job) {
             QVector<QlumEndpoint> endpoints;
-            const unsigned int status = m_getter ? m_getter(url, milliseconds, endpoints)
-                                                 : getEndpoints(job, url, milliseconds, endpoints);
+            const unsigned int status = m_getter ? m_getter(question.url, question.milliseconds, endpoints)
+                                                 : getEndpoints(job, question, endpoints);
             if (!job.isCancelled())
                 job.post([this, status, endpoints] { deliver(status, endpoints); });
         },

@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <servers/qlumendpoint.h>
@@ -26,6 +27,8 @@ public:
     QlumEndpointFetcher(Getter getter, QObject* parent);
     ~QlumEndpointFetcher() override;
 
+    /// Whose calls the next ones are, for whoever looks at the services; else they go by the address.
+    void setServer(const QString& name, unsigned int serverId);
     void fetch(const QString& url, int milliseconds);
     /// What is under way ends unheard.
     void cancel();
@@ -39,11 +42,21 @@ signals:
     void untrustedCertificate(unsigned int status, const QByteArray& certificate);
 
 private:
-    [[nodiscard]] unsigned int getEndpoints(QlumJob& job, const QString& url, int milliseconds,
+    struct Question
+    {
+        QString url;
+        int milliseconds;
+        QString name;
+        unsigned int serverId;
+    };
+
+    [[nodiscard]] unsigned int getEndpoints(QlumJob& job, const Question& question,
                                             QVector<QlumEndpoint>& endpoints);
     void deliver(unsigned int status, const QVector<QlumEndpoint>& endpoints);
 
     const Getter m_getter;
+    QString m_name;
+    unsigned int m_serverId = qlumNoServer;
     bool m_busy = false;
     QlumJobPool m_pool; ///< last: joined first
 };

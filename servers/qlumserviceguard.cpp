@@ -1,12 +1,12 @@
 #include <servers/qlumserviceguard.h>
 
-#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumservicerecorder.h>
 #include <app/api/qlumstatuswords.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_types.h>
 #include <servers/qlumjournalentries.h>
+#include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
 
 #include <QCoreApplication>
@@ -164,4 +164,12 @@ void qlumWatchSession(UaClientSdk::UaSession& session, const std::shared_ptr<Qlu
     session.setServiceGuard(std::make_shared<QlumServiceGuard>(server));
     session.setServiceObserver(QlumServiceRecorder::ofApplication()->observerOf(
         server->serverId(), [server] { return server->name(); }));
+}
+
+void qlumWatchDiscovery(UaClientSdk::UaDiscovery& discovery, const QString& name, unsigned int serverId)
+{
+    discovery.setServiceObservers([name, serverId] {
+        return QlumServiceRecorder::ofApplication()->observerOf(
+            serverId, [name] { return name; });
+    });
 }

@@ -1,5 +1,6 @@
 // What may be sent to a server, by the role that the user has given it.
 #pragma once
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumjournal.h>
 #include <app/api/qlumserverrole.h>
 #include <app/api/qlumserviceneed.h>
@@ -14,8 +15,9 @@
 #include <vector>
 
 namespace UaClientSdk {
+class UaDiscovery;
 class UaSession;
-}
+} // namespace UaClientSdk
 
 /// What the guards of all sessions with one server share. Any thread.
 class QlumGuardedServer
@@ -75,3 +77,7 @@ private:
 
 /// Gives a session with the server its guard, and an observer for whoever wants to see its calls.
 void qlumWatchSession(UaClientSdk::UaSession& session, const std::shared_ptr<QlumGuardedServer>& server);
+/// Has the calls of a discovery client, too, seen by whoever wants to see them, as those of a server of the
+/// project or of one that is called so.
+void qlumWatchDiscovery(UaClientSdk::UaDiscovery& discovery, const QString& name,
+                        unsigned int serverId = qlumNoServer);

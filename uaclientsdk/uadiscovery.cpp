@@ -8,11 +8,14 @@
 #include <uaclientsdk/calls/stackcall.h>
 #include <uaclientsdk/calls/tracescope.h>
 #include <uaclientsdk/connection/channelconnectinfo.h>
+#include <uaclientsdk/connection/observedcall.h>
 #include <uaclientsdk/discovery/discoverycalls.h>
 #include <uaclientsdk/discovery/uadiscovery_p.h>
 #include <uaclientsdk/generated/servicetraits.h>
 
 #include <functional>
+#include <memory>
+#include <utility>
 
 namespace UaClientSdk {
 
@@ -56,8 +59,11 @@ UaStatus discover(DiscoveryCalls& calls, ServiceSettings& settings, const UaStri
     if constexpr (requires { request->EndpointUrl; })
         static_cast<void>(url.copyTo(&request->EndpointUrl)); // a null URL asks for any
     fill(*request);
+    const auto observed = ObservedCall::ofOne(
+        calls.observer(), {Service::requestType, &*request, settings.purpose, settings.note.get()});
     status =
         discovery.call(calls, [&] { return callStack<Service>(discovery.channel(), *request, *response); });
+    endObserved<Service>(observed, status.statusCode(), *response);
     settings.responseTime = UaDateTime(response->ResponseHeader.Timestamp);
     if (!status.isBad())
         take(*response);
@@ -133,6 +139,11 @@ UaDiscovery::~UaDiscovery() = default;
 void UaDiscovery::cancel()
 {
     d->cancel();
+}
+
+void UaDiscovery::setServiceObservers(std::function<std::shared_ptr<ServiceObserver>()> make)
+{
+    d->setObservers(std::move(make));
 }
 
 UaStatus UaDiscovery::findServers(ServiceSettings& settings, const UaString& discoveryUrl,

@@ -7,7 +7,9 @@
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/clientsecurityinfo.h>
 #include <uaclientsdk/servicesettings.h>
+#include <uaclientsdk/servicewatch.h>
 
+#include <functional>
 #include <memory>
 
 namespace UaClientSdk {
@@ -32,6 +34,10 @@ public:
     /// other begins any more. A directory that is asked on the caller's session ends with that. Any thread,
     /// but not in tlsCertificateRefused.
     void cancel();
+
+    /// Who sees the calls from the next one on: asked for an observer for each service, and for one for each
+    /// session that a directory is asked on; null for nobody. Called on the threads of the callers.
+    void setServiceObservers(std::function<std::shared_ptr<ServiceObserver>()> make);
 
     UaStatus findServers(ServiceSettings& settings, const UaString& discoveryUrl,
                          const ClientSecurityInfo& security, UaApplicationDescriptions& servers);

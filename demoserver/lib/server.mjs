@@ -19,7 +19,10 @@ import { structureNodeset } from "./structuretypes.mjs";
 import { applicationUri, namespaces, ua } from "./ua.mjs";
 
 const resourcePath = "/Tavelin/Demo";
-const users = new Map([["demo", "demo"]]);
+const users = new Map([
+  ["demo", "demo"],
+  ["paula", "correct horse"], // a password that no other text holds
+]);
 
 /** What the server takes at once: perCall items of everything, or as the README says. */
 function limitsOf(perCall) {
@@ -54,13 +57,13 @@ function certificateManager(folder, acceptAll) {
   });
 }
 
-function serverOptions({ host, port, pki, acceptAll, perCall }) {
+function serverOptions({ host, name = host, port, pki, acceptAll, perCall }) {
   const { None, Basic256Sha256, Aes128_Sha256_RsaOaep, Aes256_Sha256_RsaPss } = ua.SecurityPolicy;
   const { MessageSecurityMode } = ua;
   return {
     port,
     host,
-    hostname: host,
+    hostname: name,
     resourcePath,
     nodesets: [ua.nodesets.standard, { name: "structures", source: structureNodeset() }],
     serverInfo: {

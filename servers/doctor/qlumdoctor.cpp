@@ -1,6 +1,7 @@
 #include <servers/doctor/qlumdoctor.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumservicerecorder.h>
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificatechainmodel.h>
@@ -79,6 +80,7 @@ void QlumDoctor::start()
     question.wanted = m_setting.endpoint;
     question.ignoredHost = m_setting.ignoredHost;
     question.timeout = QlumSettings::connectTimeout.value();
+    question.observer = observer();
     qlumFillPkiFolders(question.security);
     m_pool.add({tr("Diagnosing the connection to %1").arg(m_setting.displayName), m_serverId},
                std::make_unique<QlumReachJob>(
@@ -88,6 +90,13 @@ void QlumDoctor::start()
                    if (work != QlumWorkEnd::Done)
                        end();
                });
+}
+
+// Of the call, or session, that is made next.
+std::shared_ptr<UaClientSdk::ServiceObserver> QlumDoctor::observer() const
+{
+    return QlumServiceRecorder::ofApplication()->observerOf(
+        m_serverId, [name = m_setting.displayName] { return name; });
 }
 
 void QlumDoctor::cancel()
@@ -243,7 +252,7 @@ void QlumDoctor::enter()
         QlumEntryWatch::Rules{m_setting.endpoint.url, m_logIn == LogIn::Possible,
                               m_isHostJudged && m_accepted == m_security.serverCertificate});
     m_session.setServiceGuard(m_watch);
-    m_session.setServiceObserver(m_watch);
+    m_session.setServiceObserver(observer());
     m_isEntering = true;
     m_worker.run(
         [this, info, security = m_security, watch = m_watch, url = toUaString(m_setting.endpoint.url)] {

@@ -11,6 +11,7 @@
 #include <servers/qlumendpoint.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
+#include <uaclientsdk/servicewatch.h>
 #include <uaclientsdk/sessionsecurityinfo.h>
 #include <uaclientsdk/uasession.h>
 
@@ -67,6 +68,7 @@ signals:
 private:
     enum class LogIn { Possible, NoPassword, Unprotected, NoFile };
 
+    [[nodiscard]] std::shared_ptr<UaClientSdk::ServiceObserver> observer() const;
     void changed(const QlumRung& rung);
     void takeReached(const QlumReached& reached);
     void checkServerCertificate();

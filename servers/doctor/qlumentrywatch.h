@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <chrono>
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -35,7 +36,8 @@ struct QlumEntry
 /// it. Any thread.
 class QlumEntryWatch : public UaClientSdk::UaSessionCallback,
                        public UaClientSdk::ServiceObserver,
-                       public UaClientSdk::ServiceGuard
+                       public UaClientSdk::ServiceGuard,
+                       public std::enable_shared_from_this<QlumEntryWatch>
 {
 public:
     struct Rules
@@ -55,6 +57,11 @@ public:
     bool sslCertificateValidationFailed(OpcUa_UInt32 clientConnectionId, const UaStatus& status,
                                         const UaByteString& certificate) override;
     UaStatus mayCall(const UaClientSdk::ServiceCall& call) override;
+    /// Itself: the session's observer is another one.
+    std::shared_ptr<UaClientSdk::ServiceObserver> witness(const UaClientSdk::ServiceCall&) override
+    {
+        return shared_from_this();
+    }
     void serviceBegun(OpcUa_UInt64 number, const UaClientSdk::ServiceCall& call) override;
     void serviceEnded(OpcUa_UInt64 number, const UaClientSdk::ServiceOutcome& outcome) override;
 

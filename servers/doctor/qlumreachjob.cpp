@@ -11,6 +11,8 @@
 #include <servers/doctor/qlumdoctorwords.h>
 #include <servers/qlumendpointchoice.h>
 #include <uabase/values/uastring.h>
+#include <uaclientsdk/connection/observedcall.h>
+#include <uaclientsdk/generated/servicetraits.h>
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -260,8 +262,13 @@ void QlumReachJob::askEndpoints(QlumRung& rung)
     request.RequestHeader.Timestamp = asked;
     request.RequestHeader.TimeoutHint = m_question.timeout;
     OpcUa_StatusCode status = OpcUa_String_Assign(&request.EndpointUrl, url.constData(), url.size());
-    if (OpcUa_IsGood(status))
+    if (OpcUa_IsGood(status)) {
+        const UaString purpose = serviceSettings().purpose;
+        const auto observed = UaClientSdk::ObservedCall::ofOne(
+            m_question.observer, {OpcUa_GetEndpointsRequest_EncodeableType, &request, purpose, nullptr});
         status = OpcUa_ClientApi_GetEndpoints(m_lines->channel(), &request, &response);
+        UaClientSdk::endObserved<UaClientSdk::Services::GetEndpoints>(observed, status, response);
+    }
     const OpcUa_DateTime answered = OpcUa_DateTime_UtcNow();
     if (OpcUa_IsGood(status)) {
         const int count = std::min<int>(response.NoOfEndpoints, QlumEndpointLimits::endpoints);

@@ -5,6 +5,7 @@
 #include <servers/qlumendpoint.h>
 #include <uabase/values/uabytestring.h>
 #include <uaclientsdk/clientsecurityinfo.h>
+#include <uaclientsdk/servicewatch.h>
 
 #include <QString>
 #include <QVector>
@@ -41,6 +42,7 @@ public:
         QString ignoredHost;         ///< of an endpoint, that need not be found
         OpcUa_UInt32 timeout = 5000; ///< ms, of each step
         UaClientSdk::ClientSecurityInfo security;
+        std::shared_ptr<UaClientSdk::ServiceObserver> observer; ///< of the one service; may be null
     };
 
     QlumReachJob(Question question, Told told, Done done);

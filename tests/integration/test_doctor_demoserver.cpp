@@ -1,5 +1,6 @@
 // The connection doctor at servers that are not ours, each with a fault of its own: it stops at the step
 // where the fault is, says whose it is, and what it offers helps.
+#include <app/api/qlumservicerecorder.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
 #include <certificates/qlumcertificatestore.h>
@@ -50,22 +51,9 @@ namespace {
 
 const QString secret = QStringLiteral("correct horse");
 
-class Doctor : public ::testing::Test
+class Doctor : public WithOwnCertificate
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        ASSERT_EQ(UaPlatformLayer::init(), 0);
-        for (const QString& folder : QlumCertificateStore::folders())
-            QDir().mkpath(folder);
-        ASSERT_EQ(provideOwnCertificate(), QString());
-    }
-    static void TearDownTestSuite()
-    {
-        QlumCertificates::cleanup();
-        UaPlatformLayer::cleanup();
-    }
-
     Doctor()
     {
         application.settings["General.ConnectTimeout"] = 20000u;
@@ -231,6 +219,42 @@ TEST_F(Doctor, AnUnsecuredConnectionNeedsNoCertificate)
     EXPECT_EQ(diagnose(), "passed") << report();
     EXPECT_EQ(rung(QlumRung::ServerCertificate).state, QlumRung::Skipped);
     EXPECT_EQ(rung(QlumRung::User).state, QlumRung::Passed);
+}
+
+TEST_F(Doctor, ItsCallsAreSeenAsThoseOfTheServer)
+{
+    use("None", OpcUa_MessageSecurityMode_None);
+    const auto& recorder = QlumServiceRecorder::ofApplication();
+    recorder->setOn(true);
+    EXPECT_EQ(diagnose(), "passed") << report();
+    recorder->setOn(false);
+    QStringList seen;
+    for (const QlumServiceRecord& record : recorder->take())
+        if (record.hasEnded && record.status.isGood())
+            seen.append(record.server + ' ' + record.service);
+    seen.removeAll("Plant Read"); // what the session asks about limits
+    EXPECT_EQ(seen.join(", ").toStdString(),
+              "Plant GetEndpoints, Plant CreateSession, Plant ActivateSession, Plant CloseSession");
+}
+
+TEST_F(Doctor, AHostThatNobodyKnowsIsAWarningUntilItIsDoneWithout)
+{
+    OwnDemoServer server;
+    ASSERT_TRUE(server.start("pki", "--name plant.invalid"));
+    setting.endpoint.url = QString::fromStdString(server.url());
+    use("None", OpcUa_MessageSecurityMode_None);
+    EXPECT_EQ(diagnose(), "passed") << report();
+    EXPECT_EQ(rung(QlumRung::Endpoints).state, QlumRung::Warned);
+    EXPECT_TRUE(rung(QlumRung::Endpoints).finding.contains("'plant.invalid'")) << report();
+    ASSERT_EQ(fix(), QlumRung::KeepDialledHost);
+    QString ignored;
+    QObject::connect(doctor.get(), &QlumDoctor::settingChanged,
+                     [&ignored](const QlumDiscoverySetting& changed) { ignored = changed.ignoredHost; });
+    doctor->keepDialledHost();
+    ASSERT_TRUE(isOver());
+    EXPECT_EQ(ignored, "plant.invalid");
+    EXPECT_EQ(rung(QlumRung::Endpoints).state, QlumRung::Passed) << report();
+    EXPECT_EQ(fix(), QlumRung::NoFix);
 }
 
 TEST_F(Doctor, TlsThatNobodyTrustsStopsBeforeTheEndpoints)

@@ -16,9 +16,11 @@
 #include <tests/support/demoserverinfo.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/owncertificate.h>
+#include <tests/support/recordedtrace.h>
 #include <tests/support/stubapplication.h>
 #include <uabase/system/uaplatformlayer.h>
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -29,6 +31,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTest>
+#include <QVariant>
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -186,22 +189,9 @@ private:
 
 // ---- a server of the project
 
-class Passwords : public ::testing::Test
+class Passwords : public WithOwnCertificate
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        ASSERT_EQ(UaPlatformLayer::init(), 0);
-        for (const QString& folder : QlumCertificateStore::folders())
-            QDir().mkpath(folder);
-        ASSERT_EQ(provideOwnCertificate(), QString());
-    }
-    static void TearDownTestSuite()
-    {
-        QlumCertificates::cleanup();
-        UaPlatformLayer::cleanup();
-    }
-
     Passwords()
     {
         application.settings["General.ConnectTimeout"] = 20000u;
@@ -283,6 +273,50 @@ TEST_F(Passwords, ARememberedOneOutlivesTheProgramUntilTheServerIsRemoved)
     node->forgetSecrets();
     makeAnew();
     EXPECT_EQ(connect(), "connected, asked: password");
+    node->forgetSecrets();
+    EXPECT_TRUE(isIdle());
+}
+
+// Everything that is written on the way of a password into a session, out of it and into the keyring.
+TEST_F(Passwords, NothingThatIsWrittenHoldsOne)
+{
+    const QString wrong = QStringLiteral("wrong-battery-staple");
+    const QString right = QStringLiteral("correct horse");
+    const RecordedTrace trace;
+    use(std::make_unique<QlumSecretService>());
+    setting.userName = "paula";
+    make();
+    script.credentials = QlumCredentials{"paula", wrong};
+    EXPECT_EQ(connect(), "failed, asked: password");
+    script.credentials = QlumCredentials{"paula", right};
+    EXPECT_EQ(connect(), "connected, asked: password");
+    makeAnew();
+    EXPECT_EQ(connect(), "connected");
+    for (const QString& password : {wrong, right}) {
+        script.user = QlumUserChoice{QlumDiscoverySetting::UserName, "paula", password, {}, {}};
+        node->changeUser();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }, 20000));
+    }
+    node->disconnectServer();
+    makeAnew();
+    ASSERT_TRUE(trace.holds("ActivateSession")) << "nothing was traced";
+    QString written = application.texts().join('\n');
+    for (const QVariant& value : application.settings)
+        written += value.toString();
+    QFile project(QDir::tempPath() + "/stored.ini");
+    ASSERT_TRUE(project.open(QIODevice::ReadOnly));
+    const QByteArray stored = project.readAll();
+    ASSERT_TRUE(stored.contains("paula")) << "nothing was stored";
+    for (const QString& password : {wrong, right}) {
+        const QByteArray utf8 = password.toUtf8();
+        const QByteArray utf16(reinterpret_cast<const char*>(password.utf16()), password.size() * 2);
+        for (const QByteArray& form : {utf8, utf8.toBase64(), utf8.toHex(), utf8.toHex().toUpper(),
+                                       utf8.toHex(' '), utf8.toPercentEncoding(), utf16}) {
+            EXPECT_FALSE(trace.holds(form.toStdString())) << form.toStdString();
+            EXPECT_FALSE(written.toUtf8().contains(form)) << form.toStdString();
+            EXPECT_FALSE(stored.contains(form)) << form.toStdString();
+        }
+    }
     node->forgetSecrets();
     EXPECT_TRUE(isIdle());
 }

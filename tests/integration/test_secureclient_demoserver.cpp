@@ -32,22 +32,9 @@
 
 namespace {
 
-class SecureClient : public ::testing::Test
+class SecureClient : public WithOwnCertificate
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        ASSERT_EQ(UaPlatformLayer::init(), 0);
-        for (const QString& folder : QlumCertificateStore::folders())
-            QDir().mkpath(folder);
-        ASSERT_EQ(provideOwnCertificate(), QString());
-    }
-    static void TearDownTestSuite()
-    {
-        QlumCertificates::cleanup();
-        UaPlatformLayer::cleanup();
-    }
-
     SecureClient()
     {
         for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout",

@@ -3,6 +3,7 @@
 #include <uabase/values/uastatus.h>
 
 #include <chrono>
+#include <utility>
 
 namespace UaClientSdk {
 
@@ -16,6 +17,14 @@ OpcUa_UInt64 monotonicNow()
 }
 
 } // namespace
+
+std::unique_ptr<ObservedCall> ObservedCall::ofOne(std::shared_ptr<ServiceObserver> observer,
+                                                  const ServiceCall& call)
+{
+    if (!observer || !observer->isLooking())
+        return nullptr;
+    return std::make_unique<ObservedCall>(Observers{std::move(observer), nullptr}, 1, call);
+}
 
 ObservedCall::ObservedCall(Observers observers, OpcUa_UInt64 number, const ServiceCall& call)
     : m_observers(std::move(observers)), m_number(number), m_passed(monotonicNow())

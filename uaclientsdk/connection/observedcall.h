@@ -18,6 +18,10 @@ public:
     /// Who looks at a call: the session's observer and the witness of its guard; null for nobody.
     using Observers = std::array<std::shared_ptr<ServiceObserver>, 2>;
 
+    /// The only call that the observer sees; null when there is none, or it does not look.
+    [[nodiscard]] static std::unique_ptr<ObservedCall> ofOne(std::shared_ptr<ServiceObserver> observer,
+                                                             const ServiceCall& call);
+
     /// Tells of the begin, and has the next call of this thread measured.
     ObservedCall(Observers observers, OpcUa_UInt64 number, const ServiceCall& call);
     /// The answer is here, or the call has failed: tells of the end. type and response may be null.
@@ -30,5 +34,17 @@ private:
     const OpcUa_UInt64 m_passed;
     OpcUa_CallMeasure m_measure{};
 };
+
+/// The end of a call that has blocked: the response is only looked at when the call was answered. Null for a
+/// call that nobody looks at.
+template <typename Service>
+void endObserved(const std::unique_ptr<ObservedCall>& observed, OpcUa_StatusCode status,
+                 const typename Service::Response& response)
+{
+    if (!observed)
+        return;
+    const bool isAnswered = !OpcUa_IsBad(status);
+    observed->end(status, isAnswered ? &Service::responseType : nullptr, isAnswered ? &response : nullptr);
+}
 
 } // namespace UaClientSdk

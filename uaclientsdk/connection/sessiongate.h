@@ -62,10 +62,7 @@ template <typename Service>
         return passed;
     const OpcUa_StatusCode status = callStack<Service>(context.channel, request, response);
     settings.responseTime = UaDateTime(response.ResponseHeader.Timestamp);
-    if (observed && !OpcUa_IsBad(status))
-        observed->end(status, &Service::responseType, &response);
-    else if (observed)
-        observed->end(status, nullptr, nullptr);
+    endObserved<Service>(observed, status, response);
     return UaStatus(status);
 }
 

@@ -47,4 +47,18 @@ bool DiscoveryCalls::isCancelled() const
     return m_isCancelled;
 }
 
+void DiscoveryCalls::setObservers(std::function<std::shared_ptr<ServiceObserver>()> make)
+{
+    const std::lock_guard lock(m_mutex);
+    m_makeObserver = std::move(make);
+}
+
+std::shared_ptr<ServiceObserver> DiscoveryCalls::observer() const
+{
+    std::unique_lock lock(m_mutex);
+    const auto make = m_makeObserver;
+    lock.unlock();
+    return make ? make() : nullptr;
+}
+
 } // namespace UaClientSdk

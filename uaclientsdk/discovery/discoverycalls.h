@@ -1,8 +1,11 @@
 // What ends the calls of a discovery client that are under way.
 #pragma once
 
+#include <uaclientsdk/servicewatch.h>
+
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -40,12 +43,17 @@ public:
     void cancel();
     [[nodiscard]] bool isCancelled() const;
 
+    void setObservers(std::function<std::shared_ptr<ServiceObserver>()> make);
+    /// For one call, or the calls of one session; null for nobody.
+    [[nodiscard]] std::shared_ptr<ServiceObserver> observer() const;
+
 private:
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::vector<const Scope*> m_running;
     int m_ending = 0; ///< how many threads call ends
     bool m_isCancelled = false;
+    std::function<std::shared_ptr<ServiceObserver>()> m_makeObserver;
 };
 
 } // namespace UaClientSdk

@@ -160,6 +160,7 @@ UaStatus UaDiscovery::queryDirectory(ServiceSettings& settings, const UaString& 
     lastCounterResetTime = UaDateTime();
     NoCallback callback; // outlives the session
     UaSession session;
+    session.setServiceObserver(d->observer());
     SessionConnectInfo once = connectInfo;
     once.retryInitialConnect = false; // an answer is wanted now or not at all
     const DiscoveryCalls::Scope scope(

@@ -1,9 +1,12 @@
 // Guard and observer of a session see every call that it makes.
 #include <tests/unit/sdk/sessiontest.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uadatetime.h>
 #include <uabase/values/uadiagnosticinfos.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/servicewatch.h>
+#include <uaclientsdk/uadiscovery.h>
 
 #include <gmock/gmock.h>
 
@@ -192,6 +195,35 @@ TEST_F(ServiceWatchTest, WhatTheGuardRefusesIsNotSent)
     EXPECT_TRUE(witness->ended().empty());
     EXPECT_TRUE(write("allowed").isGood());
     EXPECT_EQ(stack.calls(OpcUa_WriteRequest_EncodeableType), 1);
+}
+
+TEST_F(ServiceWatchTest, CallsWithoutASessionOfTheCallersAreSeenAsWell)
+{
+    std::vector<std::shared_ptr<Witness>> made;
+    UaClientSdk::UaDiscovery discovery;
+    discovery.setServiceObservers([&made] { return made.emplace_back(std::make_shared<Witness>()); });
+    ServiceSettings settings;
+    settings.purpose = UaString("Looking");
+    const UaString url("opc.tcp://lds:4840");
+    const UaClientSdk::ClientSecurityInfo security;
+    UaEndpointDescriptions endpoints;
+    stack.on(OpcUa_GetEndpointsRequest_EncodeableType,
+             [](const void*, void*) { return static_cast<OpcUa_StatusCode>(OpcUa_Good); });
+    EXPECT_TRUE(discovery.getEndpoints(settings, url, security, endpoints).isGood());
+    UaApplicationDescriptions servers;
+    EXPECT_TRUE(discovery.findServers(settings, url, security, servers).isBad());
+    UaDateTime reset;
+    UaServerOnNetworks listed;
+    EXPECT_TRUE(discovery.queryDirectory(settings, url, 0, 0, reset, listed).isBad()); // it is no directory
+    stack.setConnectResult(OpcUa_BadConnectionRejected);
+    EXPECT_TRUE(discovery.getEndpoints(settings, url, security, endpoints).isBad());
+    ASSERT_EQ(made.size(), 3u) << "what was not connected has called nothing";
+    EXPECT_THAT(made[0]->ended(), testing::ElementsAre("GetEndpointsRequest Looking Good answered"));
+    EXPECT_THAT(made[1]->ended(), testing::ElementsAre("FindServersRequest Looking BadServiceUnsupported"));
+    EXPECT_THAT(made[2]->ended(), testing::IsSupersetOf({"CreateSessionRequest  Good answered",
+                                                         "CloseSessionRequest Looking Good answered"}));
+    for (const auto& each : made)
+        EXPECT_EQ(each->open(), 0u);
 }
 
 } // namespace
