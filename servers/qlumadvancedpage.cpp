@@ -3,8 +3,10 @@
 #include <app/api/qlumdisplaytext.h>
 #include <opcua/opcua_types.h>
 #include <servers/qlumendpointchoice.h>
+#include <servers/qlumgivencertificate.h>
 #include <uawidgets/qlumformrow.h>
 
+#include <QByteArray>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
@@ -44,8 +46,8 @@ QString policyUri(const char* name)
 
 QlumAdvancedPage::QlumAdvancedPage(QWidget* parent)
     : QWidget(parent), m_byHand(new QGroupBox), m_url(new QLineEdit), m_policy(new QComboBox),
-      m_mode(new QComboBox), m_applicationUri(new QLineEdit), m_transport(new QLabel), m_dials(new QCheckBox),
-      m_host(new QLineEdit), m_hostText(new QLabel)
+      m_mode(new QComboBox), m_applicationUri(new QLineEdit), m_certificate(new QlumGivenCertificate),
+      m_transport(new QLabel), m_dials(new QCheckBox), m_host(new QLineEdit), m_hostText(new QLabel)
 {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(createEndpointGroup());
@@ -57,6 +59,7 @@ QlumAdvancedPage::QlumAdvancedPage(QWidget* parent)
         updateControls();
     });
     connect(m_url, &QLineEdit::textChanged, this, &QlumAdvancedPage::updateControls);
+    connect(m_certificate, &QlumGivenCertificate::changed, this, &QlumAdvancedPage::changed);
     connect(m_applicationUri, &QLineEdit::textChanged, this, &QlumAdvancedPage::updateControls);
     connect(m_policy, qOverload<int>(&QComboBox::currentIndexChanged), this, &QlumAdvancedPage::takePolicy);
     connect(m_mode, qOverload<int>(&QComboBox::currentIndexChanged), this, &QlumAdvancedPage::updateControls);
@@ -92,6 +95,12 @@ QGroupBox* QlumAdvancedPage::createEndpointGroup()
     qlumAddRow(form, m_applicationUri,
                {QStringLiteral("handApplicationUri"), tr("&Application URI:"), QString(),
                 tr("By which the server's certificate has to name it")});
+    qlumAddRow(form, m_certificate,
+               {QStringLiteral("handCertificate"), tr("Server &certificate:"),
+                tr("<b>Server certificate</b><br>The certificate that the server is known to have. With it "
+                   "a server can be connected securely that does not list its endpoints, and one that shows "
+                   "another certificate is asked about."),
+                tr("For servers that do not show their certificate")});
     return m_byHand;
 }
 
@@ -138,6 +147,18 @@ void QlumAdvancedPage::setDialledHost(const QString& authority)
 {
     m_dials->setChecked(!authority.isEmpty());
     m_host->setText(authority);
+}
+
+void QlumAdvancedPage::setGivenCertificate(const QByteArray& der)
+{
+    if (!der.isEmpty())
+        m_byHand->setChecked(true);
+    m_certificate->setCertificate(der);
+}
+
+QByteArray QlumAdvancedPage::givenCertificate() const
+{
+    return isByHand() ? m_certificate->certificate() : QByteArray();
 }
 
 void QlumAdvancedPage::showEndpoint()

@@ -1,6 +1,7 @@
 #pragma once
 #include <servers/qlumendpoint.h>
 
+#include <QByteArray>
 #include <QHostInfo>
 #include <QString>
 #include <QWidget>
@@ -10,6 +11,7 @@ class QComboBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
+class QlumGivenCertificate;
 
 /// The endpoint with everything about it: as it was chosen, or set by hand where no list of the server says
 /// what is to be used; and the host that is dialled where the server names another one.
@@ -24,6 +26,8 @@ public:
     void setEndpoint(const QlumEndpoint& named, const QString& dialledUrl);
     /// As setEndpoint(), with the host that was remembered for it.
     void setDialledHost(const QString& authority);
+    /// The certificate (DER) that was given for the server; sets the endpoint by hand, unless it is empty.
+    void setGivenCertificate(const QByteArray& der);
 
     [[nodiscard]] bool isByHand() const;
     /// False while a URL or host that was entered cannot be used.
@@ -32,6 +36,8 @@ public:
     [[nodiscard]] QlumEndpoint endpoint() const;
     /// Host and port that are dialled instead of those which the server names; empty for none.
     [[nodiscard]] QString dialledHost() const;
+    /// The certificate (DER) that the server is known to have; empty when nobody has given one.
+    [[nodiscard]] QByteArray givenCertificate() const;
 
 signals:
     void changed();
@@ -59,6 +65,7 @@ private:
     QComboBox* m_policy;
     QComboBox* m_mode;
     QLineEdit* m_applicationUri;
+    QlumGivenCertificate* m_certificate;
     QLabel* m_transport;
     QCheckBox* m_dials;
     QLineEdit* m_host;

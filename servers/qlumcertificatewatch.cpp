@@ -2,25 +2,11 @@
 
 #include <app/api/qlumsettings.h>
 #include <opcua/opcua_crypto.h>
-#include <opcua/opcua_statuscodes.h>
+#include <servers/qlumconnectfailure.h>
 #include <servers/qlumendpointchoice.h>
 
 #include <QByteArray>
 #include <QVector>
-
-#include <algorithm>
-#include <array>
-
-namespace {
-// A server that cannot be reached has refused nothing.
-bool isUnreachable(const UaStatusCode& status)
-{
-    static constexpr std::array<OpcUa_StatusCode, 4> unreachable{
-        OpcUa_BadTimeout, OpcUa_BadConnectionRejected, OpcUa_BadCommunicationError,
-        OpcUa_BadRequestCancelledByClient};
-    return std::find(unreachable.begin(), unreachable.end(), status.code()) != unreachable.end();
-}
-} // namespace
 
 QlumCertificateWatch::QlumCertificateWatch(QObject* parent)
     : QlumCertificateWatch(new QlumEndpointFetcher, parent)
@@ -36,7 +22,7 @@ QlumCertificateWatch::QlumCertificateWatch(QlumEndpointFetcher* fetcher, QObject
 
 void QlumCertificateWatch::channelFailed(const UaStatusCode& status, const QlumEndpoint& endpoint)
 {
-    if (m_fetcher->isBusy() || isUnreachable(status) || endpoint.serverCertificate.isEmpty())
+    if (m_fetcher->isBusy() || qlumIsUnreachable(status) || endpoint.serverCertificate.isEmpty())
         return;
     m_endpoint = endpoint;
     m_fetcher->fetch(endpoint.url, static_cast<int>(QlumSettings::connectTimeout.value()));

@@ -110,3 +110,11 @@ bool qlumIsLoginRefused(const UaStatusCode& status)
     return status.code() == OpcUa_BadUserAccessDenied || status.code() == OpcUa_BadIdentityTokenRejected ||
            status.code() == OpcUa_BadIdentityTokenInvalid;
 }
+
+bool qlumIsUnreachable(const UaStatusCode& status)
+{
+    static constexpr std::array<OpcUa_StatusCode, 4> unreachable{
+        OpcUa_BadTimeout, OpcUa_BadConnectionRejected, OpcUa_BadCommunicationError,
+        OpcUa_BadRequestCancelledByClient};
+    return std::find(unreachable.begin(), unreachable.end(), status.code()) != unreachable.end();
+}

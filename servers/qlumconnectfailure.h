@@ -16,3 +16,5 @@ struct QlumConnectFailure
 [[nodiscard]] QString qlumFailureReason(const UaStatusCode& status);
 /// Whether the server does not take the user: another password, or another user, may help.
 [[nodiscard]] bool qlumIsLoginRefused(const UaStatusCode& status);
+/// Whether nobody has answered: a server that cannot be reached has refused nothing.
+[[nodiscard]] bool qlumIsUnreachable(const UaStatusCode& status);

@@ -245,7 +245,8 @@ void QlumConnectFlow::judgeChain()
     chain.update();
     const bool isTrusted = chain.validationError() != QlumCertificateError::Error;
     const QByteArray now = qlumFirstCertificate(chosen.serverCertificate);
-    const QByteArray& before = m_setting.trustedCertificate;
+    const QByteArray& before =
+        m_setting.givenCertificate.isEmpty() ? m_setting.trustedCertificate : m_setting.givenCertificate;
     if (!before.isEmpty() && before != now && !m_attempt.isChangeAccepted) {
         m_log.write(QlumLogLevel::Warning,
                     tr("The server's certificate is not the one that was trusted for it."));

@@ -154,6 +154,7 @@ private:
     void asking();
 
     void takeEndpoints(unsigned int status, const QVector<QlumEndpoint>& endpoints);
+    [[nodiscard]] bool isSetByHand() const;
     void takeDiscoveryTrust(bool isTrusted);
     [[nodiscard]] bool choosePolicy();
     void chooseEndpoint();

@@ -3,8 +3,10 @@
 
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
+#include <opcua/opcua_types.h>
 #include <servers/qlumconnectfailure.h>
 #include <servers/qlumconnectinfo.h>
+#include <servers/qlumendpoint.h>
 #include <servers/qlumendpointchoice.h>
 #include <servers/qlumtlstrustquestion.h>
 
@@ -22,11 +24,28 @@ void QlumConnectFlow::takeEndpoints(unsigned int status, const QVector<QlumEndpo
     m_attempt.endpoints = endpoints;
     if (OpcUa_IsGood(status))
         return enter(Step::Endpoint);
+    if (!failure && isSetByHand() && !qlumIsUnreachable(status)) {
+        m_log.write(QlumLogLevel::Warning,
+                    tr("The server does not list its endpoints (%1). What was set by hand is used.")
+                        .arg(qlumStatusText(status)));
+        m_attempt.endpoint = m_setting.endpoint;
+        m_attempt.endpoint.serverCertificate = m_setting.givenCertificate;
+        return enter(Step::Policy);
+    }
     if (!failure) {
         m_failure = qlumConnectFailure(status);
         return takeDiscoveryTrust(false);
     }
     askAboutTls(*failure, answer(&QlumConnectFlow::takeDiscoveryTrust));
+}
+
+// All that is needed of an endpoint that nobody lists.
+bool QlumConnectFlow::isSetByHand() const
+{
+    const QlumEndpoint& endpoint = m_setting.endpoint;
+    return !m_setting.givenCertificate.isEmpty() && !endpoint.securityPolicyUri.isEmpty() &&
+           endpoint.securityMode > OpcUa_MessageSecurityMode_None &&
+           qlumSchemeOf(endpoint.url) == QLatin1String("opc.tcp");
 }
 
 void QlumConnectFlow::takeDiscoveryTrust(bool isTrusted)
@@ -75,6 +94,8 @@ void QlumConnectFlow::chooseEndpoint()
     }
     const bool isFound = choice.match != QlumEndpointChoice::NoMatch;
     m_attempt.endpoint = isFound ? endpoints.at(choice.index) : wanted;
+    if (!isFound || m_attempt.endpoint.serverCertificate.isEmpty()) // what was once stored proves nothing
+        m_attempt.endpoint.serverCertificate = m_setting.givenCertificate;
     m_log.write(QlumLogLevel::Data,
                 tr("ApplicationUri: '%1'").arg(isFound ? m_attempt.endpoint.applicationUri : QString()));
     if (choice.match == QlumEndpointChoice::Exact)
@@ -83,7 +104,6 @@ void QlumConnectFlow::chooseEndpoint()
         m_prompts.tellFirstCertificate(answer(&QlumConnectFlow::takeFirstCertificate));
         return asking();
     }
-    m_attempt.endpoint.serverCertificate.clear(); // what was once stored proves nothing
     m_log.error(
         tr("The server does not support the configured security policy '%1'.").arg(wanted.securityPolicyUri));
     m_prompts.askUnsupportedPolicy(answer(&QlumConnectFlow::takeUnsupportedPolicy));

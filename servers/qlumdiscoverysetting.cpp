@@ -130,6 +130,7 @@ void QlumDiscoverySetting::storeSettings(QSettings& settings) const
     settings.setValue("PrivateKeyFile", privateKeyFile);
     settings.setValue("IgnoredHost", ignoredHost);
     settings.setValue("DialledHost", dialledHost);
+    settings.setValue("GivenCertificate", QString::fromLatin1(givenCertificate.toBase64()));
     session.store(settings);
     settings.setValue("Role", qlumRoleKey(role));
     settings.setValue("TrustedCertificate", QString::fromLatin1(trustedCertificate.toBase64()));
@@ -156,6 +157,7 @@ QlumDiscoverySetting QlumDiscoverySetting::fromSetting(const QSettings& settings
     setting.privateKeyFile = textValue(settings, "PrivateKeyFile");
     setting.ignoredHost = textValue(settings, "IgnoredHost");
     setting.dialledHost = textValue(settings, "DialledHost");
+    setting.givenCertificate = certificateValue(settings, "GivenCertificate");
     setting.session = QlumSessionOptions::fromSettings(settings);
     if (settings.contains("Role")) // by whom it was written, nobody knows
         setting.role = qlumRoleFromKey(settings.value("Role").toString()).value_or(QlumServerRole::Look);

@@ -19,10 +19,11 @@ struct QlumDiscoverySetting
     QString displayName;
     int userTokenType = Anonymous;
     QString sessionName;
-    QlumSessionOptions session; ///< where this server has others than all
-    QString discoveryHost;      ///< where the endpoint was found
-    QString ignoredHost;        ///< of the endpoint, which cannot be found: the URL is dialled as it stands
-    QString dialledHost;        ///< host and port of the URL where the server names others; else empty
+    QlumSessionOptions session;  ///< where this server has others than all
+    QString discoveryHost;       ///< where the endpoint was found
+    QString ignoredHost;         ///< of the endpoint, which cannot be found: the URL is dialled as it stands
+    QString dialledHost;         ///< host and port of the URL where the server names others; else empty
+    QByteArray givenCertificate; ///< DER, that the user has given for the server; mostly empty
     QString userName;
     bool storePassword = false;                   ///< keep the password while the program runs
     QlumSecretText password;                      ///< in memory only; never written

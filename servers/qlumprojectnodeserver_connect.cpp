@@ -184,9 +184,13 @@ void QlumProjectNodeServer::forgetSecrets()
 void QlumProjectNodeServer::takeTrust()
 {
     const QByteArray& used = m_flow->usedCertificate();
-    if (used.isEmpty() || !m_flow->isCertificateTrusted() || m_setting.trustedCertificate == used)
+    QByteArray& given = m_setting.givenCertificate;
+    const bool isKnown = m_setting.trustedCertificate == used && (given.isEmpty() || given == used);
+    if (used.isEmpty() || !m_flow->isCertificateTrusted() || isKnown)
         return;
     m_setting.trustedCertificate = used;
+    if (!given.isEmpty())
+        given = used; // as the user has decided
     if (m_flow->isCertificateDecided())
         keepInProject();
 }

@@ -161,6 +161,7 @@ void QlumServerSettingsDialog::fill()
     m_server->setStored(m_setting.endpoint);
     if (!m_setting.dialledHost.isEmpty())
         m_advanced->setDialledHost(m_setting.dialledHost);
+    m_advanced->setGivenCertificate(m_setting.givenCertificate);
 }
 
 // The other pages follow what is chosen on the first, but not each letter that is typed there.
@@ -223,6 +224,7 @@ QlumDiscoverySetting QlumServerSettingsDialog::discoverySetting() const
     QlumDiscoverySetting setting = m_setting;
     setting.endpoint = m_advanced->endpoint();
     setting.dialledHost = m_advanced->dialledHost();
+    setting.givenCertificate = m_advanced->givenCertificate();
     setting.discoveryHost = QUrl(m_server->url()).host();
     setting.displayName = m_displayName->text().trimmed();
     setting.sessionName = m_session->sessionName();

@@ -197,6 +197,7 @@ QlumDiscoverySetting fullSetting()
     setting.certificateFile = "/c.der";
     setting.privateKeyFile = "/k.pem";
     setting.trustedCertificate = QByteArray("\x30\x00\x01", 3);
+    setting.givenCertificate = QByteArray("\x30\x00\x02", 3);
     return setting;
 }
 

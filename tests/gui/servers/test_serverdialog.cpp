@@ -9,9 +9,11 @@
 #include <servers/qlumdiscoverysettings.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointfetcher.h>
+#include <servers/qlumgivencertificate.h>
 #include <servers/qlumserversettingsdialog.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/stubapplication.h>
+#include <tests/support/temporaryfolder.h>
 #include <tests/support/testcertificates.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/sessionconnectinfo.h>
@@ -394,6 +396,23 @@ TEST_F(ServerDialog, EndpointSetByHandNeedsNoAnswerOfTheServer)
     EXPECT_EQ(setting.endpoint.securityMode, 3);
     policy->setCurrentIndex(policy->findText("None"));
     EXPECT_EQ(dialog->discoverySetting().endpoint.securityMode, 1);
+
+    testcertificates::Recipe recipe;
+    recipe.pair = testcertificates::key(2048);
+    const testcertificates::Der der = testcertificates::make(recipe);
+    const TemporaryFolder folder;
+    TemporaryFolder::write(folder.file("old.pem"), testcertificates::pem("CERTIFICATE", der));
+    TemporaryFolder::write(folder.file("other.pem"), "nothing");
+    auto* certificate = find<QlumGivenCertificate>("handCertificate");
+    certificate->load(QString::fromStdString(folder.file("old.pem")));
+    const QByteArray given = dialog->discoverySetting().givenCertificate;
+    EXPECT_EQ(given.toStdString(), std::string(der.begin(), der.end()));
+    certificate->load(QString::fromStdString(folder.file("other.pem")));
+    EXPECT_FALSE(find<QLabel>("givenCertificateProblem")->isHidden());
+    EXPECT_EQ(dialog->discoverySetting().givenCertificate, given);
+    make(dialog->discoverySetting());
+    EXPECT_TRUE(find<QGroupBox>("byHand")->isChecked());
+    EXPECT_EQ(dialog->discoverySetting().givenCertificate, given);
 }
 
 TEST_F(ServerDialog, OnlyUsersThatTheEndpointTakesAreOffered)

@@ -254,6 +254,35 @@ TEST_F(SecuredServerNode, ChangedCertificateWasAskedAboutLikeAnyUnknownOne)
     EXPECT_TRUE(node->discoverySetting().trustedCertificate.isEmpty()) << "it was another server's";
 }
 
+TEST_F(SecuredServerNode, CertificateThatTheUserHasGivenStandsForAListThatTheServerRefuses)
+{
+    const QByteArray known = setting.endpoint.serverCertificate;
+    const auto refuse = [](OpcUa_StatusCode status) {
+        FakeStack::instance().on(OpcUa_GetEndpointsRequest_EncodeableType,
+                                 [status](const void*, void*) { return status; });
+    };
+    refuse(OpcUa_BadSecurityPolicyRejected); // it takes no unsecured channel
+    make();
+    script.verdict.isAccepted = true;
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_TRUE(channelCertificates().empty()) << "what was once stored proves nothing";
+    setting.givenCertificate = known;
+    make();
+    static_cast<void>(node->connectServer());
+    EXPECT_EQ(asked().filter("certificate"), QStringList{"certificate"}) << "it is judged as any other";
+    EXPECT_EQ(channelCertificates(), std::vector<std::string>{known.toStdString()});
+    refuse(OpcUa_BadTimeout);
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(channelCertificates().size(), 1u) << "nobody is there";
+
+    QlumEndpoint shown = setting.endpoint;
+    shown.serverCertificate = anotherCertificate();
+    offerOne(shown);
+    EXPECT_FALSE(node->connectServer());
+    EXPECT_EQ(asked().filter("certificate"), QStringList{"changed certificate"});
+    EXPECT_EQ(script.change.before, qlumToUaByteString(known));
+}
+
 TEST_F(SecuredServerNode, ChangedCertificateWasFailedWithForEverByTheReconnect)
 {
     application.settings["General.AutomaticReconnect"] = true;
