@@ -7,7 +7,6 @@
 
 #include <QLatin1String>
 #include <QLocale>
-#include <QSet>
 
 #include <deque>
 
@@ -57,21 +56,27 @@ QlumJournalModel::QlumJournalModel(QObject* parent)
 
 void QlumJournalModel::setEntries(const std::vector<QlumJournalEntry>& entries)
 {
+    m_servers.clear();
+    collectServers(entries);
     reset(rowsOf(entries));
 }
 
 void QlumJournalModel::add(const std::vector<QlumJournalEntry>& entries)
 {
+    collectServers(entries);
     for (const QlumJournalEntry& entry : entries)
         gather(entry);
 }
 
+void QlumJournalModel::collectServers(const std::vector<QlumJournalEntry>& entries)
+{
+    for (const QlumJournalEntry& entry : entries)
+        m_servers.insert(entry.server);
+}
+
 QStringList QlumJournalModel::servers() const
 {
-    QSet<QString> names;
-    for (const QlumJournalEntry& entry : rows())
-        names.insert(entry.server);
-    QStringList sorted(names.begin(), names.end());
+    QStringList sorted(m_servers.begin(), m_servers.end());
     sorted.sort(Qt::CaseInsensitive);
     return sorted;
 }

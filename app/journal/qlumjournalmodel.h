@@ -5,6 +5,7 @@
 
 #include <QModelIndex>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -28,11 +29,16 @@ public:
     void setEntries(const std::vector<QlumJournalEntry>& entries);
     /// Those of a moment ago.
     void add(const std::vector<QlumJournalEntry>& entries);
-    /// The names of the servers of all rows, each once, sorted.
+    /// The names of the servers of all entries, each once, sorted.
     [[nodiscard]] QStringList servers() const;
 
 protected:
     [[nodiscard]] QVariant cell(const QlumJournalEntry& entry, int column, int role) const override;
+
+private:
+    void collectServers(const std::vector<QlumJournalEntry>& entries);
+
+    QSet<QString> m_servers; ///< of all entries since they were set
 };
 
 /// Rows of one server, with one outcome and a text.

@@ -51,6 +51,7 @@ QlumJournalWindow::QlumJournalWindow(std::shared_ptr<QlumJournal> journal, QWidg
     connect(m_text, &QLineEdit::textChanged, m_filter, &QlumJournalFilter::setText);
     connect(m_filter, &QAbstractItemModel::rowsInserted, this, &QlumJournalWindow::tell);
     connect(m_filter, &QAbstractItemModel::rowsRemoved, this, &QlumJournalWindow::tell);
+    connect(m_filter, &QAbstractItemModel::layoutChanged, this, &QlumJournalWindow::tell); // another filter
     connect(m_model, &QAbstractItemModel::rowsInserted, this, &QlumJournalWindow::fillServers);
     read();
 }
@@ -74,7 +75,7 @@ QTreeView* QlumJournalWindow::makeTable()
     const int widths[] = {24, 18, 14, 12, 40, 18, 18, 30, 24};
     for (int column = 0; column < m_model->columnCount(); ++column)
         table->header()->resizeSection(column, em * widths[column]);
-    qlumMakeTable(table, {tr("Nothing was changed on that day."), tr("journal"), nullptr, {}});
+    qlumMakeTable(table, {tr("No change of that day is shown."), tr("journal"), nullptr, {}});
     return table;
 }
 
@@ -187,6 +188,11 @@ void QlumJournalWindow::take(const QlumJournalReading& reading)
 void QlumJournalWindow::fillServers()
 {
     const QStringList names = m_model->servers();
+    QStringList offered;
+    for (int i = 1; i < m_server->count(); ++i)
+        offered.append(m_server->itemData(i).toString());
+    if (offered == names)
+        return;
     const QString chosen = m_server->currentData().toString();
     const QSignalBlocker blocker(m_server);
     while (m_server->count() > 1)
