@@ -147,7 +147,8 @@ QlumProjectNodeServer::~QlumProjectNodeServer()
     m_flow->stop(); // the session may still call back, and look at the flow, until it is gone
     m_services.reset();
     // A job may hold the session longer; it fails there, and nobody calls us any more.
-    static_cast<void>(m_session->disconnect(UaClientSdk::ServiceSettings(), true));
+    if (m_session->isConnected())
+        static_cast<void>(m_session->disconnect(UaClientSdk::ServiceSettings(), true));
     m_modelEvents.reset();
     m_monitoring.reset();
 }

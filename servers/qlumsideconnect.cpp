@@ -33,7 +33,8 @@ public:
     explicit SideSession(QString url) : m_url(std::move(url)) {}
     ~SideSession() override
     {
-        static_cast<void>(session.disconnect(UaClientSdk::ServiceSettings(), true)); // nobody is left to tell
+        if (session.isConnected()) // while what it calls back lives
+            static_cast<void>(session.disconnect(UaClientSdk::ServiceSettings(), true));
     }
     SideSession(const SideSession&) = delete;
     SideSession& operator=(const SideSession&) = delete;
