@@ -86,6 +86,7 @@ public:
         record.callPurpose = call.purpose;
         record.purpose = qlumPurposeWords(toQString(call.purpose));
         record.begun = QDateTime::currentDateTime();
+        record.passed = static_cast<qint64>(monotonicNow());
         record.note = noteOf(call);
         record.request = std::make_shared<QlumServiceMessage>(call.type, call.request);
         recorder->add(record);

@@ -57,6 +57,7 @@ struct QlumServiceRecord
     QString service;                                    ///< "Read"
     QString purpose;                                    ///< the command or view that called
     QDateTime begun;                                    ///< when it was let through
+    qint64 passed = 0;                                  ///< the same by a clock that only rises, ns
     bool hasEnded = false;                              ///< below is known
     UaStatus status;                                    ///< what it came to
     Times times;                                        ///< how it went

@@ -36,7 +36,7 @@ QlumJournalWindow::QlumJournalWindow(std::shared_ptr<QlumJournal> journal, QWidg
 {
     setWindowTitle(tr("Journal"));
     setAttribute(Qt::WA_DeleteOnClose);
-    resize(1000, 500);
+    resize(1100, 500);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(makeFilters());
     layout->addWidget(m_table);
@@ -72,7 +72,7 @@ QTreeView* QlumJournalWindow::makeTable()
     table->setSortingEnabled(true);
     table->sortByColumn(QlumJournalModel::Time, Qt::DescendingOrder);
     const int em = fontMetrics().averageCharWidth();
-    const int widths[] = {24, 18, 14, 12, 40, 18, 18, 30, 24};
+    const int widths[] = {32, 18, 17, 12, 40, 18, 18, 30, 24};
     for (int column = 0; column < m_model->columnCount(); ++column)
         table->header()->resizeSection(column, em * widths[column]);
     qlumMakeTable(table, {tr("No change of that day is shown."), tr("journal"), nullptr, {}});

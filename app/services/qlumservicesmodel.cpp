@@ -31,8 +31,8 @@ qint64 bytesOf(const QlumServiceRecord& record)
 } // namespace
 
 QlumServicesModel::QlumServicesModel(QObject* parent)
-    : QlumTableModel({tr("Time"), tr("Server"), tr("Service"), tr("Duration"), tr("Status"), tr("Request"),
-                      tr("Response"), tr("By")},
+    : QlumTableModel({tr("Time"), tr("Server"), tr("Service"), tr("Duration"), tr("Timeline"), tr("Status"),
+                      tr("Request"), tr("Response"), tr("By")},
                      parent)
 {
     setMaximumRows(maximumRows);
@@ -114,6 +114,9 @@ QVariant QlumServicesModel::display(const QlumServiceRecord& record, int column)
                    ? tr("%1 ms").arg(locale.toString(
                          static_cast<double>(record.times.ended) / nanosecondsOfMillisecond, 'f', 2))
                    : QVariant();
+    case Timeline:
+        return tr("+%1 ms").arg(locale.toString(
+            static_cast<double>(record.passed - rowAt(0).passed) / nanosecondsOfMillisecond, 'f', 2));
     case Status:
         return record.hasEnded ? qlumResultText(record.status) : tr("waiting");
     case BytesOut:
@@ -130,6 +133,8 @@ QVariant QlumServicesModel::sortKey(const QlumServiceRecord& record, int column)
     switch (column) {
     case Time:
         return record.number;
+    case Timeline:
+        return record.passed;
     case Duration:
         return record.hasEnded ? QVariant(record.times.ended) : QVariant();
     case BytesOut:

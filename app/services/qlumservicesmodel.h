@@ -18,7 +18,7 @@ class QlumServicesModel : public QlumTableModel<QlumServiceRecord>
 {
     Q_OBJECT
 public:
-    enum Column { Time, Server, Service, Duration, Status, BytesOut, BytesIn, Purpose };
+    enum Column { Time, Server, Service, Duration, Timeline, Status, BytesOut, BytesIn, Purpose };
     /// What a column is sorted by.
     static constexpr int sortRole = Qt::UserRole;
     static constexpr int maximumRows = 5000;

@@ -2,6 +2,7 @@
 
 #include <app/services/qlumservicedetails.h>
 #include <app/services/qlumservicesmodel.h>
+#include <app/services/qlumservicetimeline.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
@@ -53,6 +54,7 @@ QlumServicesView::QlumServicesView(std::shared_ptr<QlumServiceRecorder> recorder
     : QWidget(parent), m_recorder(std::move(recorder)),
       m_state(new QlumViewState(QStringLiteral("ServicesView"), this)), m_model(new QlumServicesModel(this)),
       m_filter(new QlumServicesFilter(this)), m_details(new QlumServiceDetails(this)),
+      m_timeline(new QlumServiceTimeline(*m_filter, *m_model, this)),
       m_record(new QAction(tr("&Observe"), this)),
       m_clear(new QAction(QIcon(QStringLiteral(":/images/clearlog.png")), tr("&Clear"), this)),
       m_server(new QComboBox), m_service(new QComboBox), m_outcome(new QComboBox), m_duration(new QSpinBox),
@@ -93,7 +95,8 @@ void QlumServicesView::makeTable()
     m_table->setSortingEnabled(true);
     m_table->sortByColumn(QlumServicesModel::Time, Qt::AscendingOrder);
     const int em = fontMetrics().averageCharWidth();
-    const int widths[] = {16, 18, 24, 13, 16, 12, 12, 30};
+    m_table->setItemDelegateForColumn(QlumServicesModel::Timeline, m_timeline);
+    const int widths[] = {16, 18, 24, 13, 30, 16, 12, 12, 30};
     for (int column = 0; column < m_model->columnCount(); ++column)
         m_table->header()->resizeSection(column, em * widths[column]);
     qlumMakeTable(m_table, {tr("No service call is shown. Switch observing on and use a server."),
@@ -184,6 +187,10 @@ void QlumServicesView::connectParts()
     connect(m_text, &QLineEdit::textChanged, m_filter, &QlumServicesFilter::setText);
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &QlumServicesView::showCurrent);
+    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &QlumServicesView::scaleTimes);
+    connect(m_filter, &QAbstractItemModel::layoutChanged, this, &QlumServicesView::scaleTimes);
+    connect(m_filter, &QAbstractItemModel::dataChanged, this, &QlumServicesView::scaleTimes);
     connect(m_model, &QAbstractItemModel::modelReset, this, &QlumServicesView::showCurrent);
     const QScrollBar* bar = m_table->verticalScrollBar();
     connect(
@@ -201,6 +208,7 @@ void QlumServicesView::take()
     fillChoices();
     if (!m_isShownEnded)
         showCurrent();
+    scaleTimes();
     tellState();
 }
 
@@ -225,6 +233,13 @@ void QlumServicesView::showCurrent()
     m_isShownEnded = record.hasEnded;
     m_details->show(record);
     m_tree->expandToDepth(1);
+}
+
+// Calls that the user has selected stand for themselves, otherwise all that are shown.
+void QlumServicesView::scaleTimes()
+{
+    m_timeline->setScale(m_table->selectionModel()->selectedRows());
+    m_table->viewport()->update();
 }
 
 void QlumServicesView::tellState()

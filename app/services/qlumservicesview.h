@@ -18,6 +18,7 @@ class QTreeView;
 class QlumServiceDetails;
 class QlumServicesFilter;
 class QlumServicesModel;
+class QlumServiceTimeline;
 class QlumViewState;
 
 /// Content of the dock "Services": every service call while it is switched on, and the one that is selected
@@ -38,12 +39,14 @@ private:
     void fillChoices();
     void showCurrent();
     void tellState();
+    void scaleTimes();
 
     const std::shared_ptr<QlumServiceRecorder> m_recorder;
     QlumViewState* m_state;
     QlumServicesModel* m_model;
     QlumServicesFilter* m_filter;
     QlumServiceDetails* m_details;
+    QlumServiceTimeline* m_timeline;
     QAction* m_record;
     QAction* m_clear;
     QComboBox* m_server;

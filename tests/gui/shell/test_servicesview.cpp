@@ -2,6 +2,7 @@
 #include <app/api/qlumsecretfields.h>
 #include <app/api/qlumservicerecorder.h>
 #include <app/services/qlumservicesview.h>
+#include <app/services/qlumservicetimeline.h>
 #include <opcua/opcua_encodeable.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
@@ -15,6 +16,7 @@
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QComboBox>
+#include <QItemSelectionModel>
 #include <QSpinBox>
 #include <QString>
 #include <QStringList>
@@ -86,21 +88,21 @@ TEST_F(ServicesView, ShowsCallsAsTheyBeginAndEndInWhateverOrder)
 {
     begin(1, "Reading attributes");
     begin(2);
-    EXPECT_TRUE(becomes({1, 2, 4, 7}, {"Plc Read waiting Reading attributes", "Plc Read waiting Session"}))
-        << shown({1, 2, 4, 7}).join('\n').toStdString();
+    EXPECT_TRUE(becomes({1, 2, 5, 8}, {"Plc Read waiting Reading attributes", "Plc Read waiting Session"}))
+        << shown({1, 2, 5, 8}).join('\n').toStdString();
     end(2, OpcUa_BadTimeout);
-    EXPECT_TRUE(becomes({4}, {"waiting", "BadTimeout"}));
+    EXPECT_TRUE(becomes({5}, {"waiting", "BadTimeout"}));
     view.findChild<QComboBox*>("outcome")->setCurrentText("Waiting");
-    EXPECT_EQ(shown({7}), QStringList{"Reading attributes"});
+    EXPECT_EQ(shown({8}), QStringList{"Reading attributes"});
     end(1);
-    EXPECT_TRUE(becomes({7}, {}));
+    EXPECT_TRUE(becomes({8}, {}));
     view.findChild<QComboBox*>("outcome")->setCurrentText("Good");
-    EXPECT_EQ(shown({4}), QStringList{"Good"});
+    EXPECT_EQ(shown({5}), QStringList{"Good"});
     auto* duration = view.findChild<QSpinBox*>("duration");
     duration->setValue(2);
-    EXPECT_EQ(shown({4}), QStringList{"Good"});
+    EXPECT_EQ(shown({5}), QStringList{"Good"});
     duration->setValue(600000);
-    EXPECT_EQ(shown({4}), QStringList());
+    EXPECT_EQ(shown({5}), QStringList());
 }
 
 TEST_F(ServicesView, OffItWantsNothingAndForgetsNothing)
@@ -111,11 +113,44 @@ TEST_F(ServicesView, OffItWantsNothingAndForgetsNothing)
     EXPECT_FALSE(tap->isLooking());
     EXPECT_FALSE(recorder->observerOf(8, [] { return QString(); })->isLooking());
     end(1);
-    EXPECT_TRUE(becomes({4}, {"Good"})) << "what had begun still ends";
+    EXPECT_TRUE(becomes({5}, {"Good"})) << "what had begun still ends";
     view.findChild<QAction*>("clearServices")->trigger();
-    EXPECT_EQ(shown({4}).size(), 0);
+    EXPECT_EQ(shown({5}).size(), 0);
     end(1);
     EXPECT_EQ(recorder->take().size(), 0u) << "a call ends once";
+}
+
+TEST_F(ServicesView, TimelineTellsWorkFromWaitingOnTheScaleOfWhatIsSelected)
+{
+    QlumServiceRecord record;
+    record.passed = 1000;
+    const auto phases = [&record] {
+        QStringList texts;
+        for (const QlumServicePhase& phase : qlumServicePhases(record, 1500))
+            texts.append(
+                QString("%1-%2%3").arg(phase.from).arg(phase.to).arg(phase.isWaiting ? " waiting" : ""));
+        return texts.join(", ").toStdString();
+    };
+    EXPECT_EQ(phases(), "0-500 waiting");
+    record.hasEnded = true;
+    record.times = {10, 20, 120, 130, 140};
+    EXPECT_EQ(phases(), "0-20, 20-120 waiting, 120-140");
+    record.times = {10, 20, -1, -1, 140};
+    EXPECT_EQ(phases(), "0-20, 20-140 waiting") << "no answer came";
+    record.times = {-1, -1, -1, -1, 140};
+    EXPECT_EQ(phases(), "0-140 waiting") << "nobody measured";
+
+    for (const int number : {1, 2, 3})
+        begin(static_cast<OpcUa_UInt64>(number));
+    EXPECT_TRUE(becomes({5}, {"waiting", "waiting", "waiting"}));
+    const auto* timeline = view.findChild<QlumServiceTimeline*>();
+    const qint64 first = timeline->begin();
+    table->selectAll();
+    EXPECT_EQ(timeline->begin(), first);
+    table->selectionModel()->select(table->model()->index(0, 0),
+                                    QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+    EXPECT_GT(timeline->begin(), first);
+    EXPECT_EQ(table->model()->index(0, 4).data().toString(), "+0.00 ms");
 }
 
 TEST_F(ServicesView, DetailsLeaveSecretsOut)
