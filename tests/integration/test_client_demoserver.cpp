@@ -1,5 +1,7 @@
 // The whole client on a real server: a project is opened, its server connects, nodes are found, shown and
 // written, and what was saved opens again.
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumservernode.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/project/qlumprojectmodel.h>
 #include <opcua/opcua.h>
@@ -13,9 +15,13 @@
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <QAbstractItemView>
+#include <QElapsedTimer>
+#include <QHostAddress>
 #include <QModelIndex>
 #include <QString>
 #include <QStringList>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 #include <QTreeView>
 #include <QVariant>
@@ -128,5 +134,37 @@ TEST_F(ClientOnDemoServer, UnreachableServerEndsInTheLogAndTheProgramGoesOn)
         << logText();
     window->clearProject();
     openDemoProject();
+}
+
+TEST_F(ClientOnDemoServer, NobodyWaitsForASilentServerWhoLeavesIt)
+{
+    QTcpServer silent;
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    const QString url = QStringLiteral("opc.tcp://127.0.0.1:%1").arg(silent.serverPort());
+    window->setSettingsValue(QStringLiteral("General.ConnectTimeout"), 120000u);
+    const auto isCalled = [&silent] {
+        const bool hasCome = silent.hasPendingConnections();
+        delete silent.nextPendingConnection(); // whoever calls next is another
+        return hasCome;
+    };
+    QElapsedTimer timer;
+    timer.start();
+    window->loadProject(writeProject(url));
+    ASSERT_TRUE(QTest::qWaitFor([&silent] { return silent.hasPendingConnections(); }, limit)) << logText();
+    QlumServerNode* server = window->projectModel()->servers().first();
+    server->disconnectServer();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [server] { return server->connectionStatus() == QlumConnectionStatus::Disconnected; }, limit));
+    window->clearProject();
+    ASSERT_TRUE(isCalled());
+    window->loadProject(writeProject(url));
+    ASSERT_TRUE(QTest::qWaitFor([&silent] { return silent.hasPendingConnections(); }, limit)) << logText();
+    window->clearProject(); // removes a server that is being connected
+    ASSERT_TRUE(isCalled());
+    window->loadProject(writeProject(url));
+    ASSERT_TRUE(QTest::qWaitFor([&silent] { return silent.hasPendingConnections(); }, limit)) << logText();
+    EXPECT_TRUE(window->close());
+    window.reset();
+    EXPECT_LT(timer.elapsed(), 3 * limit) << "somebody has waited";
 }
 } // namespace
