@@ -180,6 +180,7 @@ UaVariant xmlOf(const char* text)
 std::vector<Entry> entries()
 {
     const char* const guid = "72962b91-fa75-4ae6-8d28-b404dc7daf64";
+    static constexpr OpcUa_Byte opaque[] = {255, 0};
     return {
         {"Scalar.Boolean", "false", UaVariant(false)},
         {"Scalar.SByte", "-128", UaVariant(OpcUa_SByte{-128})},
@@ -203,8 +204,9 @@ std::vector<Entry> entries()
         {"Scalar.ByteString", "74 65 78 74", UaVariant(bytesOf("text"))},
         {"Scalar.XmlElement", "<b>neu</b>", xmlOf("<b>neu</b>")},
         {"Scalar.NodeId", "ns=3;s=a;b", UaVariant(UaNodeId(UaString("a;b"), 3))},
-        {"Scalar.ExpandedNodeId", "svr=1;nsu=urn:x;i=7",
-         UaVariant(UaExpandedNodeId(UaNodeId(7, 0), UaString("urn:x"), 1))},
+        // the server keeps neither URIs nor server indexes, whoever writes them
+        {"Scalar.ExpandedNodeId",
+         "ns=3;b=/wA=", UaVariant(UaExpandedNodeId(UaNodeId(UaByteString(std::span(opaque)), 3)))},
         {"Scalar.StatusCode", "BadNotWritable", UaVariant(UaStatusCode(OpcUa_BadNotWritable))},
         {"Scalar.QualifiedName", "2:a:b", UaVariant(UaQualifiedName(UaString("a:b"), 2))},
         {"Scalar.LocalizedText", "Kessel", UaVariant(UaLocalizedText(UaString("de-DE"), UaString("Kessel")))},
