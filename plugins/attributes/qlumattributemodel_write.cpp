@@ -84,7 +84,7 @@ OpcUa_BuiltInType QlumAttributeModel::rowType(const QModelIndex& index) const
     return shown.type();
 }
 
-// A part is declared by its own type; ranges are those of the whole Value, if that is a number.
+// A part is declared by its own type; ranges and lengths are those of the elements, too.
 QlumValueContext QlumAttributeModel::editContext(const QModelIndex& index) const
 {
     Place place;
@@ -100,12 +100,12 @@ QlumValueContext QlumAttributeModel::editContext(const QModelIndex& index) const
     context.valueRank =
         part.value.isScalar() ? -1 : static_cast<OpcUa_Int32>(part.value.dimensions().length());
     context.arrayDimensions.clear();
-    context.maxStringLength.reset();
     const bool isElement = place.steps.size() == 1 && place.steps.front().kind == QlumValueStep::Element;
     const bool isWhole = place.steps.empty();
     if (!isValue || !(isElement || isWhole)) {
         context.euRange.reset();
         context.instrumentRange.reset();
+        context.maxStringLength.reset();
         context.unit.clear();
     }
     if (!isValue)

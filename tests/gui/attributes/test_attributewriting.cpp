@@ -167,6 +167,13 @@ TEST_F(AttributeWriting, OneElementOfAnArrayThatIsTakenAsAWholeOnly)
     EXPECT_EQ(last().at(0), UaVariant(OpcUa_Int32{11}));
     EXPECT_EQ(last().at(1), UaVariant(OpcUa_Int32{2}));
     EXPECT_EQ(remarked.count(), 1);
+
+    UaVariant shorter;
+    shorter.setInt32Array(UaInt32Array(1));
+    services->attributes[{UaNodeId(7, 2), OpcUa_Attributes_Value}] = shorter;
+    services->written.clear();
+    EXPECT_FALSE(writeText(below(fetched(valueRow()), 1), "3")) << "no such element any more";
+    EXPECT_TRUE(services->written.empty());
 }
 
 TEST_F(AttributeWriting, WhatCameBackDifferentIsToldAndUndoneUntilTheNodeChanges)
