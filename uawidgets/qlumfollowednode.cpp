@@ -1,8 +1,8 @@
 #include <uawidgets/qlumfollowednode.h>
 
-QlumConnectionStatus QlumFollowedNode::status() const
+QlumConnectionStatus QlumFollowedNode::status(unsigned int serverId) const
 {
-    return m_states.value(m_serverId, QlumConnectionStatus::Connected);
+    return m_states.value(serverId, QlumConnectionStatus::Connected);
 }
 
 // A server whose link is only interrupted may answer.
@@ -28,11 +28,11 @@ bool QlumFollowedNode::selectServer(unsigned int serverId)
 bool QlumFollowedNode::statusChanged(unsigned int serverId, QlumConnectionStatus status,
                                      const NamespaceMap& namespaceMap)
 {
-    const bool wasUp =
-        m_states.value(serverId, QlumConnectionStatus::Connected) == QlumConnectionStatus::Connected;
+    const bool wasUp = this->status(serverId) == QlumConnectionStatus::Connected;
     m_states.insert(serverId, status);
     const auto choice = m_choices.find(serverId);
-    if (!namespaceMap.isEmpty() && choice != m_choices.end()) {
+    // that of the standard is the same everywhere
+    if (!namespaceMap.isEmpty() && choice != m_choices.end() && choice->nodeId.namespaceIndex() != 0) {
         const auto index = namespaceMap.constFind(choice->nodeId.namespaceIndex());
         if (index == namespaceMap.constEnd())
             *choice = Choice();

@@ -25,7 +25,9 @@ public:
     /// Null while none is selected.
     [[nodiscard]] UaNodeId nodeId() const { return choice().nodeId; }
     /// Of the node's server; one that nothing was told of is connected, since its nodes can be selected.
-    [[nodiscard]] QlumConnectionStatus status() const;
+    [[nodiscard]] QlumConnectionStatus status() const { return status(m_serverId); }
+    /// The same of any server.
+    [[nodiscard]] QlumConnectionStatus status(unsigned int serverId) const;
     /// Whether its server can be asked.
     [[nodiscard]] bool canAsk() const;
 

@@ -10,8 +10,8 @@ namespace {
 QAction* makeAction(const QlumActionRow& row, const char* context, QObject* parent)
 {
     const QString text = QCoreApplication::translate(context, row.text);
-    const QString tip = *row.toolTip ? QCoreApplication::translate(context, row.toolTip)
-                                     : QString(text).remove(QLatin1Char('&'));
+    const QString name = QString(text).remove(QLatin1Char('&'));
+    const QString tip = *row.toolTip ? QCoreApplication::translate(context, row.toolTip) : name;
     auto* action = new QAction(text, parent);
     action->setObjectName(QLatin1String(row.name));
     if (*row.icon)
@@ -21,7 +21,8 @@ QAction* makeAction(const QlumActionRow& row, const char* context, QObject* pare
     action->setShortcutContext(row.context);
     action->setToolTip(tip);
     action->setStatusTip(tip);
-    action->setWhatsThis(QCoreApplication::translate(context, row.whatsThis));
+    action->setWhatsThis(*row.whatsThis ? QCoreApplication::translate(context, row.whatsThis)
+                                        : QStringLiteral("<b>%1</b><br>%2").arg(name, tip));
     return action;
 }
 } // namespace

@@ -19,7 +19,7 @@ struct QlumActionRow
     const char* icon; ///< file below :/images, or a path that begins with ':'; empty for none
     QKeySequence::StandardKey shortcut; ///< qlumNoKey for none
     const char* toolTip;                ///< of tool bar and status bar; empty: the text without its mnemonic
-    const char* whatsThis;              ///< rich text that explains the action
+    const char* whatsThis;              ///< rich text that explains the action; empty: what the tool tip says
     Qt::ShortcutContext context =
         Qt::WindowShortcut; ///< where the shortcut works; for a view's own: its widget
 };

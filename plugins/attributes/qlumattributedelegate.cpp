@@ -23,14 +23,10 @@ QlumAttributeDelegate::QlumAttributeDelegate(const QlumAttributeModel& model, QO
 
 // ---- editing
 
-// A node without a value has nothing that tells which editor fits; its data type does.
 QWidget* QlumAttributeDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                              const QModelIndex& index) const
 {
-    const QlumTypedValue shown = m_model.rowValue(index);
-    return shown.value.isNull()
-               ? qlumCreateValueEditor(m_model.rowType(index), shown.hint.enumDefinition, parent)
-               : qlumCreateValueEditor(shown.value, shown.hint.enumDefinition, parent);
+    return qlumCreateValueEditor(m_model.rowValue(index).value, m_model.editContext(index), parent);
 }
 
 void QlumAttributeDelegate::setEditorData(QWidget*, const QModelIndex&) const

@@ -1,10 +1,10 @@
 // What is shown of a node beside the attributes that every node of its class has.
 #pragma once
-#include <plugins/attributes/qlumvaluepath.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
+#include <uawidgets/editors/qlumvaluepath.h>
 
 #include <QList>
 #include <QString>

@@ -194,6 +194,7 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
         m_nodeClass = nodeClass;
         m_session = m_services(serverId);
         m_rows.setServer(serverId, m_session ? m_session->dataTypeDictionary() : nullptr);
+        m_context.dictionary = {m_session, m_rows.dictionary()};
         build(attributeIds, values);
     });
     compareWithWritten();

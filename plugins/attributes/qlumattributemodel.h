@@ -101,10 +101,11 @@ public:
     bool undo();
     /// Shows a newer Value in the place of the one that is there; nothing when another node is shown.
     void showValue(unsigned int serverId, const UaNodeId& nodeId, const UaDataValue& value);
-    /// What an editor has to know of the row's value; without definitions until the details are there.
+    /// What an editor has to know of the row's value; without ranges and lengths until the details are there.
     [[nodiscard]] QlumValueContext editContext(const QModelIndex& index) const;
     /// What the row's value is part of, to be written when the rows may be others. It answers why that was
-    /// not done, in words; empty when it was. Empty itself for rows that have none.
+    /// not done, in words; empty when it was. What belongs together with other fields is refused once when
+    /// the Value is not any more what it is now. Empty itself for rows that have none.
     [[nodiscard]] std::function<QString(const UaVariant& part)> partWriter(const QModelIndex& index);
     /// What was read of an attribute; null for those that were not, or badly.
     [[nodiscard]] UaVariant attribute(int attributeId) const;
@@ -169,19 +170,25 @@ private:
     [[nodiscard]] bool placeOf(const QlumAttributeNode& node, Place& place) const;
     [[nodiscard]] QlumTypedValue valueAt(const Place& place) const;
     [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& part);
-    bool write(const Placed& placed, bool isUndo, const QModelIndex& index);
-    [[nodiscard]] QlumWriteOutcome send(QlumAttributeWriter& writer, const Placed& placed) const;
+    QlumWriteOutcome write(const Placed& placed, const UaVariant& shown, bool isUndo,
+                           const QModelIndex& index);
+    [[nodiscard]] QlumWriteOutcome send(QlumAttributeWriter& writer, const Placed& placed,
+                                        const UaVariant& shown) const;
+    [[nodiscard]] static QlumWriteOutcome sendTogether(QlumAttributeWriter& writer, const Placed& placed,
+                                                       const UaVariant& shown);
     [[nodiscard]] QlumWriteOutcome sendWhole(QlumAttributeWriter& writer, const Placed& placed,
-                                             bool isElement) const;
+                                             const UaVariant& shown, bool isElement) const;
     [[nodiscard]] QString sentText(const Placed& placed, OpcUa_StatusCode code) const;
-    bool finish(const Placed& placed, const QlumWriteOutcome& outcome, const QModelIndex& index);
-    bool writeRefused(const Place& place, const QString& why, const QModelIndex& index);
+    void finish(const Placed& placed, const QlumWriteOutcome& outcome, const QModelIndex& index);
+    void writeRefused(const Place& place, const QString& why, const QModelIndex& index);
     void compareWithWritten();
     void forgetWrites();
     void takeLock(const QList<int>& attributeIds, const UaDataValues& results);
     [[nodiscard]] QString faultOf(const QlumAttributeNode& node) const;
     [[nodiscard]] QString remarkOn(const QlumAttributeNode& node) const;
-    [[nodiscard]] QString writePart(unsigned int serverId, const UaNodeId& nodeId, const Placed& placed);
+    [[nodiscard]] QString writePart(unsigned int serverId, const UaNodeId& nodeId, const Placed& placed,
+                                    std::optional<UaVariant>& shown);
+    void rememberUndo(const Place& place, const UaVariant& before);
     QlumAttributeNode& addValueRow(const UaDataValue& value);
     [[nodiscard]] QlumLog log() const;
 

@@ -84,7 +84,7 @@ OpcUa_BuiltInType QlumAttributeModel::rowType(const QModelIndex& index) const
     return shown.type();
 }
 
-// A part is declared by its own type; ranges are those of the whole Value, if that is a number.
+// A part is declared by its own type; ranges and lengths are those of the elements, too.
 QlumValueContext QlumAttributeModel::editContext(const QModelIndex& index) const
 {
     Place place;
@@ -100,11 +100,12 @@ QlumValueContext QlumAttributeModel::editContext(const QModelIndex& index) const
     context.valueRank =
         part.value.isScalar() ? -1 : static_cast<OpcUa_Int32>(part.value.dimensions().length());
     context.arrayDimensions.clear();
-    context.maxStringLength.reset();
     const bool isElement = place.steps.size() == 1 && place.steps.front().kind == QlumValueStep::Element;
-    if (!isValue || !isElement) {
+    const bool isWhole = place.steps.empty();
+    if (!isValue || !(isElement || isWhole)) {
         context.euRange.reset();
         context.instrumentRange.reset();
+        context.maxStringLength.reset();
         context.unit.clear();
     }
     if (!isValue)
@@ -178,7 +179,7 @@ bool QlumAttributeModel::setData(const QModelIndex& index, const QVariant& value
     }
     if (role == ValueRole)
         placed.place.steps.clear();
-    return write(placed, false, index);
+    return write(placed, m_value, false, index).isGood();
 }
 
 std::function<QString(const UaVariant& part)> QlumAttributeModel::partWriter(const QModelIndex& index)
@@ -186,19 +187,26 @@ std::function<QString(const UaVariant& part)> QlumAttributeModel::partWriter(con
     Place place;
     if (!index.isValid() || !placeOf(*nodeAt(index), place))
         return {};
-    return [self = QPointer(this), serverId = m_serverId, nodeId = m_nodeId, place](const UaVariant& part) {
-        return self ? self->writePart(serverId, nodeId, {place, part}) : tr("The window has been closed.");
+    return [self = QPointer(this), serverId = m_serverId, nodeId = m_nodeId, place,
+            shown = std::optional(m_value)](const UaVariant& part) mutable {
+        return self ? self->writePart(serverId, nodeId, {place, part}, shown)
+                    : tr("The window has been closed.");
     };
 }
 
-QString QlumAttributeModel::writePart(unsigned int serverId, const UaNodeId& nodeId, const Placed& placed)
+// Who was told that the Value has changed has seen the new one by the second time.
+QString QlumAttributeModel::writePart(unsigned int serverId, const UaNodeId& nodeId, const Placed& placed,
+                                      std::optional<UaVariant>& shown)
 {
     if (serverId != m_serverId || nodeId != m_nodeId)
         return tr("Another node is shown by now, or its server was removed. Select %1 again to write it.")
             .arg(toQString(nodeId.toXmlString()));
     if (m_standing != Standing::Current || !m_services(m_serverId))
         return tr("The server cannot be asked at the moment.");
-    return write(placed, false, {}) ? QString() : m_fault;
+    const QlumWriteOutcome outcome = write(placed, shown.value_or(m_value), false, {});
+    if (outcome.hasChanged)
+        shown.reset();
+    return outcome.isGood() ? QString() : m_fault;
 }
 
 bool QlumAttributeModel::undo()
@@ -206,14 +214,16 @@ bool QlumAttributeModel::undo()
     if (m_undo.empty() || m_standing != Standing::Current || !m_services(m_serverId))
         return false;
     const Placed before = m_undo.back();
-    if (!write(before, true, {}))
+    if (!write(before, m_value, true, {}).isGood())
         return false;
-    m_undo.pop_back();
+    if (!m_undo.empty()) // others hear of a write, too
+        m_undo.pop_back();
     emit undoChanged();
     return true;
 }
 
-bool QlumAttributeModel::write(const Placed& placed, bool isUndo, const QModelIndex& index)
+QlumWriteOutcome QlumAttributeModel::write(const Placed& placed, const UaVariant& shown, bool isUndo,
+                                           const QModelIndex& index)
 {
     const std::shared_ptr<QlumSessionServices> session = m_services(m_serverId);
     const QString name = qlumAttributeName(placed.place.attributeId);
@@ -222,20 +232,31 @@ bool QlumAttributeModel::write(const Placed& placed, bool isUndo, const QModelIn
     const UaVariant before = valueAt(placed.place).value;
     const QlumWriteOutcome outcome = [&] {
         const QlumWaitCursor wait;
-        return send(writer, placed);
+        return send(writer, placed, shown);
     }();
-    if (outcome.isGood() && !isUndo && before != placed.value) {
-        m_undo.push_back({placed.place, before});
-        emit undoChanged();
-    }
-    return finish(placed, outcome, index);
+    if (outcome.isGood() && !isUndo && before != placed.value)
+        rememberUndo(placed.place, before);
+    finish(placed, outcome, index);
+    return outcome;
 }
 
-QlumWriteOutcome QlumAttributeModel::send(QlumAttributeWriter& writer, const Placed& placed) const
+void QlumAttributeModel::rememberUndo(const Place& place, const UaVariant& before)
+{
+    constexpr std::size_t mostUndone = 100; // values may be large
+    if (m_undo.size() >= mostUndone)
+        m_undo.erase(m_undo.begin());
+    m_undo.push_back({place, before});
+    emit undoChanged();
+}
+
+QlumWriteOutcome QlumAttributeModel::send(QlumAttributeWriter& writer, const Placed& placed,
+                                          const UaVariant& shown) const
 {
     const std::vector<QlumValueStep>& steps = placed.place.steps;
-    if (placed.place.attributeId != OpcUa_Attributes_Value || steps.empty())
+    if (placed.place.attributeId != OpcUa_Attributes_Value)
         return writer.write(placed.place.attributeId, placed.value, valueAt(placed.place).value);
+    if (steps.empty())
+        return sendTogether(writer, placed, shown);
     const bool isElement = steps.size() == 1 && steps.front().kind == QlumValueStep::Element;
     UaVariant sent;
     const UaString range =
@@ -245,26 +266,41 @@ QlumWriteOutcome QlumAttributeModel::send(QlumAttributeWriter& writer, const Pla
                 writer.write(OpcUa_Attributes_Value, sent, valueAt(placed.place).value, range);
             !qlumRefusesRanges(outcome))
             return outcome;
-    return sendWhole(writer, placed, isElement);
+    return sendWhole(writer, placed, shown, isElement);
+}
+
+// Of a structure the user has edited fields; the others must not fall back to what they were when he began.
+// What cannot be read can still be written.
+QlumWriteOutcome QlumAttributeModel::sendTogether(QlumAttributeWriter& writer, const Placed& placed,
+                                                  const UaVariant& shown)
+{
+    QlumWriteOutcome outcome;
+    UaVariant now;
+    if (shown.isScalar() && shown.type() == OpcUaType_ExtensionObject && writer.readValue(now).isNotBad() &&
+        now != shown) {
+        outcome.hasChanged = true;
+        return outcome;
+    }
+    return writer.write(OpcUa_Attributes_Value, placed.value, shown);
 }
 
 // The other parts are what the server has now. An element of an array says nothing about its neighbours; the
 // fields of a structure may belong together.
 QlumWriteOutcome QlumAttributeModel::sendWhole(QlumAttributeWriter& writer, const Placed& placed,
-                                               bool isElement) const
+                                               const UaVariant& shown, bool isElement) const
 {
     QlumWriteOutcome outcome;
     QlumTypedValue whole{{}, valueHint()};
     outcome.result = writer.readValue(whole.value);
     if (outcome.result.isBad())
         return outcome;
-    outcome.hasChanged = !isElement && whole.value != m_value;
+    outcome.hasChanged = !isElement && whole.value != shown;
     if (outcome.hasChanged)
         return outcome;
     outcome.result = qlumReplacePart(whole, placed.place.steps, placed.value, m_rows.dictionary());
     if (outcome.result.isBad())
         return outcome;
-    outcome = writer.write(OpcUa_Attributes_Value, whole.value, m_value);
+    outcome = writer.write(OpcUa_Attributes_Value, whole.value, shown);
     outcome.isWhole = isElement;
     return outcome;
 }
@@ -276,7 +312,7 @@ QString QlumAttributeModel::sentText(const Placed& placed, OpcUa_StatusCode code
     if (code != OpcUa_BadTypeMismatch && code != OpcUa_BadOutOfRange)
         return {};
     const QlumTypedValue shown = valueAt(placed.place);
-    const QString sent = tr(" Sent was %1 (%2).")
+    const QString sent = tr(". Sent was %1 (%2).")
                              .arg(qlumCutText(toQString(placed.value.toString()), longest),
                                   qlumTypeText(placed.value, shown.hint, m_rows.dictionary()));
     const bool isWhole = placed.place.attributeId == OpcUa_Attributes_Value && placed.place.steps.empty();
@@ -284,7 +320,7 @@ QString QlumAttributeModel::sentText(const Placed& placed, OpcUa_StatusCode code
     return declared.isEmpty() ? sent : sent + tr(" The node declares %1.").arg(declared);
 }
 
-bool QlumAttributeModel::finish(const Placed& placed, const QlumWriteOutcome& outcome,
+void QlumAttributeModel::finish(const Placed& placed, const QlumWriteOutcome& outcome,
                                 const QModelIndex& index)
 {
     const OpcUa_StatusCode code = outcome.service.isGood() ? outcome.result.code() : outcome.service.code();
@@ -315,17 +351,15 @@ bool QlumAttributeModel::finish(const Placed& placed, const QlumWriteOutcome& ou
     }
     UaNodeId nodeId = m_nodeId; // others may change ours while they hear of it
     m_application.selectionChanged(m_serverId, &nodeId, m_nodeClass);
-    return outcome.isGood();
 }
 
-bool QlumAttributeModel::writeRefused(const Place& place, const QString& why, const QModelIndex& index)
+void QlumAttributeModel::writeRefused(const Place& place, const QString& why, const QModelIndex& index)
 {
     m_fault = why;
     m_faultPlace = place;
     if (index.isValid())
         emit dataChanged(index, index);
     emit writeFailed(m_fault);
-    return false;
 }
 
 // ---- afterwards

@@ -1,5 +1,6 @@
 #pragma once
 #include <opcua/opcua_platform.h>
+#include <uawidgets/editors/qlumvaluepath.h>
 #include <uawidgets/models/qlumtreenode.h>
 
 #include <QString>
@@ -8,22 +9,6 @@
 #include <utility>
 
 class QlumAttributeNode;
-
-/// How a row's place in the value is found from its parent's.
-struct QlumValueStep
-{
-    enum Kind : unsigned char {
-        None,     ///< the row carries the whole value, or lies outside of it
-        Element,  ///< of an array or matrix
-        Field,    ///< of a structure
-        Selected, ///< the field that a union holds
-        Detail    ///< describes a part of its parent's value and cannot be changed on its own
-    };
-    Kind kind = None;
-    int index = 0; ///< of the element or the field
-
-    friend bool operator==(const QlumValueStep&, const QlumValueStep&) = default;
-};
 
 /// Makes the rows of an array when they are wanted.
 class QlumRowSource

@@ -13,10 +13,10 @@
 #include <plugins/attributes/qlumvisitednodes.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
+#include <uawidgets/qlumfollowednode.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumviewheading.h>
 
-#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QObject>
@@ -105,23 +105,16 @@ private:
         friend bool operator==(const Node&, const Node&) = default;
     };
 
-    /// A node of a server, and its class.
-    struct Choice
-    {
-        UaNodeId nodeId;
-        OpcUa_NodeClass nodeClass = OpcUa_NodeClass_Unspecified;
-    };
-
     void registerSettings();
     void createActions();
     void createDock();
     void tellNote(const QString& what, const QString& why);
 
-    [[nodiscard]] QlumConnectionStatus statusOf(unsigned int serverId) const;
     [[nodiscard]] bool isUp(unsigned int serverId) const;
+    [[nodiscard]] Node selected() const;
     [[nodiscard]] Node shown() const;
     [[nodiscard]] Node named() const;
-    void choose(const Node& node, OpcUa_NodeClass nodeClass);
+    void showSelected();
     void showState();
     void showHeading(const Node& node);
     void dismiss(const QString& topic);
@@ -138,7 +131,7 @@ private:
     void stopReading();
     void readOnReturn();
     void readWhatIsDue();
-    void follow(unsigned int serverId, const NamespaceMap& namespaceMap);
+    void forgetOldIds(unsigned int serverId);
     void visit(const QlumVisitedNode& node);
     void watchShown();
     void showCommands();
@@ -155,11 +148,8 @@ private:
     QlumActionTable m_actions;
     QlumVisitedNodes m_visited;
     std::unique_ptr<QlumLiveValue> m_live;
-    QHash<unsigned int, QlumConnectionStatus> m_states; ///< those that were told
-    QHash<unsigned int, Choice> m_choices;              ///< the node last selected on each server
-    Node m_selected;                                    ///< with a server alone when none of its nodes is
-    Node m_named;                                       ///< by the heading
-    OpcUa_NodeClass m_nodeClass = OpcUa_NodeClass_Unspecified; ///< of the selected node
+    QlumFollowedNode m_followed;
+    Node m_named; ///< by the heading
     bool m_isReading = false;
     bool m_isOutdated = false; ///< what is shown was not read since its server came back
     bool m_isDue = false;      ///< to be read when the user has ended editing

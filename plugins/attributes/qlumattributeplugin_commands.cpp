@@ -73,7 +73,7 @@ void QlumAttributePlugin::sltLive(bool)
 void QlumAttributePlugin::watchShown()
 {
     const Node node = shown();
-    const bool isVariable = m_nodeClass == OpcUa_NodeClass_Variable && node == m_selected;
+    const bool isVariable = m_followed.choice().nodeClass == OpcUa_NodeClass_Variable && node == selected();
     if (m_actions[Live]->isChecked() && isVariable && !node.isNone())
         m_live->watch(node.serverId, node.nodeId);
     else
@@ -85,7 +85,7 @@ void QlumAttributePlugin::sltShowLive(const UaDataValue& value)
 {
     if (!m_heading || m_view->isEditing() || m_isReading)
         return;
-    m_model->showValue(m_selected.serverId, m_selected.nodeId, value);
+    m_model->showValue(m_followed.serverId(), m_followed.nodeId(), value);
     m_heading->touch();
 }
 

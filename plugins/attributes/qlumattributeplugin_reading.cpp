@@ -3,7 +3,6 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
-#include <monitoring/namespaces.h>
 #include <plugins/attributes/qlumattributeactions.h>
 #include <plugins/attributes/qlumattributedetails.h>
 #include <plugins/attributes/qlumattributemodel.h>
@@ -35,15 +34,14 @@ QString textOf(const UaNodeId& nodeId)
 
 // ---- what the pane says
 
-// A server that was told of nothing has answered before.
-QlumConnectionStatus QlumAttributePlugin::statusOf(unsigned int serverId) const
-{
-    return m_states.value(serverId, QlumConnectionStatus::Connected);
-}
-
 bool QlumAttributePlugin::isUp(unsigned int serverId) const
 {
-    return statusOf(serverId) == QlumConnectionStatus::Connected;
+    return m_followed.status(serverId) == QlumConnectionStatus::Connected;
+}
+
+QlumAttributePlugin::Node QlumAttributePlugin::selected() const
+{
+    return {m_followed.serverId(), m_followed.nodeId()};
 }
 
 QlumAttributePlugin::Node QlumAttributePlugin::shown() const
@@ -54,7 +52,7 @@ QlumAttributePlugin::Node QlumAttributePlugin::shown() const
 // While reading is off the pane stays with its node, whatever is selected.
 QlumAttributePlugin::Node QlumAttributePlugin::named() const
 {
-    return m_actions[OnOff]->isChecked() || m_isReading || shown().isNone() ? m_selected : shown();
+    return m_actions[OnOff]->isChecked() || m_isReading || shown().isNone() ? selected() : shown();
 }
 
 QlumAttributeModel::Standing QlumAttributePlugin::standing(const Node& node) const
@@ -94,12 +92,12 @@ void QlumAttributePlugin::showHeading(const Node& node)
     }
     m_heading->setServer(m_app->serverName(node.serverId));
     m_heading->setNode(node.nodeId.isNull() ? QString() : textOf(node.nodeId));
-    m_heading->setStatus(statusOf(node.serverId));
+    m_heading->setStatus(m_followed.status(node.serverId));
     if (shown().isNone())
         m_heading->forget();
     if (m_isReading)
         m_heading->setActivity(tr("reading..."));
-    else if (!m_actions[OnOff]->isChecked() && !m_selected.isNone())
+    else if (!m_actions[OnOff]->isChecked() && !selected().isNone())
         m_heading->setActivity(tr("reading is off"));
     else
         m_heading->setActivity({});
@@ -109,9 +107,9 @@ QString QlumAttributePlugin::emptyText() const
 {
     if (!m_failure.isEmpty())
         return m_failure;
-    if (m_selected.isNone())
+    if (selected().isNone())
         return tr("Select a node in the address space window.");
-    const QString node = textOf(m_selected.nodeId);
+    const QString node = textOf(m_followed.nodeId());
     if (m_isReading)
         return tr("The attributes of %1 are being read...").arg(node);
     if (!m_actions[OnOff]->isChecked())
@@ -121,16 +119,12 @@ QString QlumAttributePlugin::emptyText() const
 
 // ---- what is selected
 
-void QlumAttributePlugin::choose(const Node& node, OpcUa_NodeClass nodeClass)
+void QlumAttributePlugin::showSelected()
 {
-    m_selected = node;
-    m_nodeClass = nodeClass;
     m_custom = Node();
     m_failure.clear();
-    if (!node.isNone()) {
-        m_choices.insert(node.serverId, {node.nodeId, nodeClass});
-        visit({node.serverId, node.nodeId, nodeClass});
-    }
+    if (const Node node = selected(); !node.isNone())
+        visit({node.serverId, node.nodeId, m_followed.choice().nodeClass});
     stopReading(); // nobody waits for the node that was left
     dismiss(readTopic);
     if (m_actions[OnOff]->isChecked())
@@ -144,22 +138,21 @@ void QlumAttributePlugin::selectionChanged(unsigned int serverId, UaNodeId* node
 {
     if (nodeId && parentId)
         m_model->setFoundBelow(serverId, *nodeId, *parentId);
-    choose(nodeId ? Node{serverId, *nodeId} : Node(), nodeClass);
+    m_followed.select(serverId, nodeId, nodeClass);
+    showSelected();
 }
 
 // Its tree comes into sight with the node that was selected in it.
 void QlumAttributePlugin::serverSelectionChanged(unsigned int serverId)
 {
-    if (serverId == m_selected.serverId)
-        return;
-    const Choice last = m_choices.value(serverId);
-    choose({serverId, last.nodeId}, last.nodeClass);
+    if (m_followed.selectServer(serverId))
+        showSelected();
 }
 
 void QlumAttributePlugin::sltSetCustomNodeId()
 {
     QPointer<QlumCustomNodeIdDialog> dialog =
-        new QlumCustomNodeIdDialog(*m_app, m_selected.serverId, m_app->mainWindow());
+        new QlumCustomNodeIdDialog(*m_app, m_followed.serverId(), m_app->mainWindow());
     const bool accepted = dialog->exec() == QDialog::Accepted;
     const Node chosen = dialog ? Node{dialog->serverId(), dialog->nodeId()} : Node();
     delete dialog;
@@ -174,10 +167,9 @@ void QlumAttributePlugin::sltNodeClassRead(unsigned int serverId, const UaNodeId
 {
     if (m_custom != Node{serverId, nodeId})
         return; // the user has gone on
-    m_selected = std::exchange(m_custom, Node());
-    m_nodeClass = nodeClass;
+    m_custom = Node();
+    m_followed.select(serverId, &nodeId, nodeClass);
     m_failure.clear();
-    m_choices.insert(serverId, {nodeId, nodeClass});
     visit({serverId, nodeId, nodeClass});
     m_isReading = true; // the same job goes on with its attributes
     dismiss(readTopic);
@@ -216,13 +208,12 @@ void QlumAttributePlugin::readAgain()
 void QlumAttributePlugin::readSelected()
 {
     m_isDue = false;
-    const QlumConnectionStatus status = statusOf(m_selected.serverId);
-    if (!m_selected.isNone() &&
-        (status == QlumConnectionStatus::Connected || status == QlumConnectionStatus::ConnectionError)) {
+    const Node node = selected();
+    if (!node.isNone() && m_followed.canAsk()) {
         m_failure.clear();
         m_isReading = true;
-        read(m_selected, m_nodeClass);
-    } else if (!shown().isNone() && shown() != m_selected) {
+        read(node, m_followed.choice().nodeClass);
+    } else if (!shown().isNone() && shown() != node) {
         m_model->clear();
     }
     showState();
@@ -268,7 +259,7 @@ void QlumAttributePlugin::read(const Node& node, std::optional<OpcUa_NodeClass> 
 void QlumAttributePlugin::takeResult(const Node& node, OpcUa_NodeClass nodeClass,
                                      const QList<int>& attributeIds, UaDataValues& results)
 {
-    if (node != m_selected)
+    if (node != selected())
         return; // the user has gone on
     m_isReading = false;
     m_isOutdated = false;
@@ -283,10 +274,10 @@ void QlumAttributePlugin::takeResult(const Node& node, OpcUa_NodeClass nodeClass
 
 void QlumAttributePlugin::readFailed(const Node& node, const QString& why)
 {
-    if (!m_messages || (m_selected != node && m_custom != node))
+    if (!m_messages || (selected() != node && m_custom != node))
         return; // the user has gone on
     const QString what = tr("The attributes of %1 could not be read.").arg(textOf(node.nodeId));
-    if (m_selected == node) {
+    if (selected() == node) {
         m_isReading = false;
         m_isOutdated = true;
         m_failure = what;
@@ -302,7 +293,7 @@ void QlumAttributePlugin::readFailed(const Node& node, const QString& why)
 // The user may end the work, and it may fail in a way that says nothing to us.
 void QlumAttributePlugin::readEnded(const Node& node, QlumWorkEnd end)
 {
-    if (node == m_selected ? m_isReading : end != QlumWorkEnd::Done)
+    if (node == selected() ? m_isReading : end != QlumWorkEnd::Done)
         readFailed(node, end == QlumWorkEnd::Cancelled ? tr("The reading was cancelled.")
                                                        : tr("The reading failed; the log says more."));
 }
@@ -312,16 +303,19 @@ void QlumAttributePlugin::readEnded(const Node& node, QlumWorkEnd end)
 void QlumAttributePlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                                                const NamespaceMap& namespaceMap)
 {
-    const bool wasUp = isUp(serverId);
-    m_states.insert(serverId, status);
-    const bool isSelected = m_selected.serverId == serverId;
+    const bool isSelected = m_followed.serverId() == serverId;
+    const Node before = selected();
+    if (isSelected && (status == QlumConnectionStatus::NewSessionCreated || !namespaceMap.isEmpty()))
+        stopReading(); // by ids of the session that has gone
+    const bool isBack = m_followed.statusChanged(serverId, status, namespaceMap);
     if (!isUp(serverId) && shown().serverId == serverId)
         m_isOutdated = true;
-    if (isSelected && status == QlumConnectionStatus::NewSessionCreated)
-        stopReading(); // by ids of the session that has gone
-    follow(serverId, namespaceMap);
-    const bool isBack = isUp(serverId) && (!wasUp || !namespaceMap.isEmpty());
-    if (isSelected && isBack && !m_selected.isNone() && m_actions[OnOff]->isChecked())
+    if (!namespaceMap.isEmpty())
+        forgetOldIds(serverId);
+    if (isSelected && !before.isNone() && selected().isNone())
+        m_failure = tr("The node %1 is not on the server any more: its namespace has gone.")
+                        .arg(textOf(before.nodeId));
+    if (isBack && !selected().isNone() && m_actions[OnOff]->isChecked())
         readOnReturn();
     else
         showState(); // the server's name may be another one, too
@@ -330,7 +324,7 @@ void QlumAttributePlugin::sessionStatusChanged(unsigned int serverId, QlumConnec
 // What the user is typing outlives a short interruption; the rows are made anew when he has done.
 void QlumAttributePlugin::readOnReturn()
 {
-    m_isDue = m_heading && m_view->isEditing() && shown() == m_selected; // the window may have gone
+    m_isDue = m_heading && m_view->isEditing() && shown() == selected(); // the window may have gone
     if (m_isDue) {
         m_isOutdated = false;
         showState();
@@ -346,28 +340,14 @@ void QlumAttributePlugin::readWhatIsDue()
         sltRefresh();
 }
 
-// The rows hold ids of the old table, which are other nodes now.
-void QlumAttributePlugin::follow(unsigned int serverId, const NamespaceMap& namespaceMap)
+// They are other nodes now.
+void QlumAttributePlugin::forgetOldIds(unsigned int serverId)
 {
-    if (namespaceMap.isEmpty())
-        return;
-    const monitoring::NamespaceMap map = namespaceMap.toStdMap();
-    if (const auto choice = m_choices.find(serverId);
-        choice != m_choices.end() && !monitoring::remapNodeId(choice->nodeId, map))
-        m_choices.erase(choice);
     m_visited.forgetServer(serverId);
     m_model->setFoundBelow(qlumNoServer, {}, {});
     showCommands();
     if (m_custom.serverId == serverId)
         m_custom = Node();
-    if (m_selected.serverId == serverId) {
-        stopReading();
-        const QString before = textOf(m_selected.nodeId);
-        if (!m_selected.isNone() && !monitoring::remapNodeId(m_selected.nodeId, map)) {
-            m_selected.nodeId = UaNodeId();
-            m_failure = tr("The node %1 is not on the server any more: its namespace has gone.").arg(before);
-        }
-    }
     if (m_model->serverId() == serverId)
         m_model->clear();
 }
@@ -375,16 +355,14 @@ void QlumAttributePlugin::follow(unsigned int serverId, const NamespaceMap& name
 void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
 {
     m_pool->endServer(serverId); // also what reads a node that was left
-    m_states.remove(serverId);
-    m_choices.remove(serverId);
     m_visited.forgetServer(serverId);
     showCommands();
-    if (m_messages && (m_selected.serverId == serverId || m_custom.serverId == serverId))
+    const bool wasSelected = m_followed.removeServer(serverId);
+    if (m_messages && (wasSelected || m_custom.serverId == serverId))
         m_messages->dismiss();
     if (m_custom.serverId == serverId)
         m_custom = Node();
-    if (m_selected.serverId == serverId) {
-        m_selected = Node();
+    if (wasSelected) {
         m_isReading = false;
         m_failure.clear();
     }
@@ -397,7 +375,7 @@ void QlumAttributePlugin::sessionRemoved(unsigned int serverId)
 // made by the definitions of that moment.
 void QlumAttributePlugin::dataTypesLoaded(unsigned int serverId)
 {
-    if (serverId == m_selected.serverId && m_selected == shown() && m_custom.isNone() &&
+    if (serverId == m_followed.serverId() && selected() == shown() && m_custom.isNone() &&
         m_actions[OnOff]->isChecked() && m_heading && !m_view->isEditing())
         sltRefresh();
 }

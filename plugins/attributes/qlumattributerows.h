@@ -1,7 +1,6 @@
 #pragma once
 #include <app/api/qlumapplicationinterface.h>
 #include <plugins/attributes/qlumattributenode.h>
-#include <plugins/attributes/qlumvaluepath.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uabytestring.h>
@@ -11,6 +10,7 @@
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluepath.h>
 
 #include <QCoreApplication>
 #include <QString>

@@ -104,7 +104,7 @@ QLayout* QlumReferenceView::makeBar(QAction* refresh)
                       tr("Direction"),
                       tr("<b>Direction</b><br>Forward references begin at the node, inverse ones end there."),
                       {}});
-    m_direction->addItem(tr("Both Directions"), OpcUa_BrowseDirection_Both);
+    m_direction->addItem(tr("Both"), OpcUa_BrowseDirection_Both);
     m_direction->addItem(tr("Forward"), OpcUa_BrowseDirection_Forward);
     m_direction->addItem(tr("Inverse"), OpcUa_BrowseDirection_Inverse);
     qlumDescribeField(m_type, {QStringLiteral("referenceType"),
@@ -128,10 +128,11 @@ QLayout* QlumReferenceView::makeBar(QAction* refresh)
     auto* bar = new QHBoxLayout;
     bar->setContentsMargins(0, 0, 0, 0);
     bar->addWidget(button);
+    bar->addWidget(m_direction);
     // a narrow dock must not be widened by its longest texts
     constexpr int leastCharacters = 8;
     for (const auto& [widget, stretch] :
-         std::initializer_list<std::pair<QWidget*, int>>{{m_direction, 3}, {m_type, 4}, {m_text, 2}}) {
+         std::initializer_list<std::pair<QWidget*, int>>{{m_type, 2}, {m_text, 1}}) {
         widget->setSizePolicy(QSizePolicy::Ignored, widget->sizePolicy().verticalPolicy());
         widget->setMinimumWidth(fontMetrics().averageCharWidth() * leastCharacters);
         bar->addWidget(widget, stretch);

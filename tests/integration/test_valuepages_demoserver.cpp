@@ -6,11 +6,18 @@
 #include <uabase/structures/uagenericunionvalue.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uadatetime.h>
 #include <uabase/values/uadiagnosticinfos.h>
+#include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uaextensionobject.h>
+#include <uabase/values/uaguid.h>
+#include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/uaclient.h>
@@ -22,13 +29,23 @@
 #include <uawidgets/editors/qlumstructurepage.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/editors/qlumvaluepage.h>
+#include <uawidgets/editors/qlumvaluewidget.h>
 
+#include <QComboBox>
+#include <QDateTime>
+#include <QDateTimeEdit>
+#include <QLineEdit>
 #include <QModelIndex>
+#include <QPlainTextEdit>
 #include <QString>
 #include <QStringList>
+#include <QTest>
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <limits>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -138,6 +155,112 @@ protected:
     UaSession judge;
     std::vector<std::pair<UaNodeId, UaVariant>> before;
 };
+
+// What a user enters for one type, and what has to be on the server then.
+struct Entry
+{
+    const char* node;
+    const char* text;
+    UaVariant expected;
+    OpcUa_UInt32 dataType = 0; // where it is another than that of the value
+};
+
+UaByteString bytesOf(const char* text)
+{
+    return UaByteString(std::span(reinterpret_cast<const OpcUa_Byte*>(text), std::strlen(text)));
+}
+
+UaVariant xmlOf(const char* text)
+{
+    UaVariant xml;
+    xml.setXmlElement(bytesOf(text));
+    return xml;
+}
+
+std::vector<Entry> entries()
+{
+    const char* const guid = "72962b91-fa75-4ae6-8d28-b404dc7daf64";
+    static constexpr OpcUa_Byte opaque[] = {255, 0};
+    return {
+        {"Scalar.Boolean", "false", UaVariant(false)},
+        {"Scalar.SByte", "-128", UaVariant(OpcUa_SByte{-128})},
+        {"Scalar.Byte", "0xFF", UaVariant(OpcUa_Byte{255})},
+        {"Scalar.Int16", "-0x8000", UaVariant(OpcUa_Int16{-32768})},
+        {"Scalar.UInt16", "0b1000000000000001", UaVariant(OpcUa_UInt16{0x8001})},
+        {"Scalar.Int32", "-2147483648", UaVariant(std::numeric_limits<OpcUa_Int32>::min())},
+        {"Scalar.UInt32", "4294967295", UaVariant(std::numeric_limits<OpcUa_UInt32>::max())},
+        {"Scalar.Int64", "-9223372036854775808", UaVariant(std::numeric_limits<OpcUa_Int64>::min())},
+        {"Scalar.UInt64", "18446744073709551615", UaVariant(std::numeric_limits<OpcUa_UInt64>::max())},
+        {"Scalar.Float", "0.1", UaVariant(0.1f)},
+        {"Scalar.Double", "4.9e-324", UaVariant(std::numeric_limits<double>::denorm_min())},
+        {"Scalar.String",
+         "Gr\xC3\xBC\xC3\x9F"
+         "e\nzwei",
+         UaVariant("Gr\xC3\xBC\xC3\x9F"
+                   "e\nzwei")},
+        {"Scalar.DateTime", "2031-12-24T18:30:15.123Z",
+         UaVariant(UaDateTime::fromString("2031-12-24T18:30:15.123Z"))},
+        {"Scalar.Guid", guid, UaVariant(UaGuid::fromString(guid))},
+        {"Scalar.ByteString", "74 65 78 74", UaVariant(bytesOf("text"))},
+        {"Scalar.XmlElement", "<b>neu</b>", xmlOf("<b>neu</b>")},
+        {"Scalar.NodeId", "ns=3;s=a;b", UaVariant(UaNodeId(UaString("a;b"), 3))},
+        // the server keeps neither URIs nor server indexes, whoever writes them
+        {"Scalar.ExpandedNodeId",
+         "ns=3;b=/wA=", UaVariant(UaExpandedNodeId(UaNodeId(UaByteString(std::span(opaque)), 3)))},
+        {"Scalar.StatusCode", "BadNotWritable", UaVariant(UaStatusCode(OpcUa_BadNotWritable))},
+        {"Scalar.QualifiedName", "2:a:b", UaVariant(UaQualifiedName(UaString("a:b"), 2))},
+        {"Scalar.LocalizedText", "Kessel", UaVariant(UaLocalizedText(UaString("de-DE"), UaString("Kessel")))},
+        {"Scalar.Enumeration", "Suspended", UaVariant(OpcUa_Int32{3}), 852},
+        {"Scalar.Duration", "0.5", UaVariant(0.5), 290},
+    };
+}
+
+// Into the editor that there is for the type, as far as a user types.
+void enterText(const QlumValueWidget& editor, const QString& text)
+{
+    if (auto* names = editor.findChild<QComboBox*>("valueEditor"))
+        names->isEditable() ? names->setEditText(text) : names->setCurrentText(text);
+    else if (auto* line = editor.findChild<QLineEdit*>("valueEditor"))
+        line->setText(text);
+    else if (auto* time = editor.findChild<QDateTimeEdit*>("time"))
+        time->setDateTime(QDateTime::fromString(text, Qt::ISODateWithMs));
+    else if (auto* field = editor.findChild<QPlainTextEdit*>("text"))
+        field->setPlainText(text);
+    if (auto* locale = editor.findChild<QLineEdit*>("locale")) {
+        locale->clear();
+        QTest::keyClicks(locale, "de-DE");
+    }
+}
+
+TEST_F(PagesOnDemoServer, ScalarsOfEveryTypeArriveAsTheyWereEntered)
+{
+    for (const Entry& entry : entries()) {
+        QlumValueContext context = contextOf(entry.expected.type(), -1);
+        context.dataType =
+            UaNodeId(entry.dataType != 0 ? entry.dataType : static_cast<OpcUa_UInt32>(entry.expected.type()));
+        QlumValueWidget editor(context);
+        const UaNodeId node(UaString(entry.node), 2);
+        EXPECT_NE(load(node, editor), entry.expected) << entry.node;
+        enterText(editor, QString::fromUtf8(entry.text));
+        EXPECT_EQ(editor.remark(), QString()) << entry.node;
+        const UaVariant arrived = send(node, editor);
+        EXPECT_EQ(arrived, entry.expected) << entry.node << ' ' << arrived.toString().toUtf8();
+    }
+}
+
+TEST_F(PagesOnDemoServer, AVariantArrivesWithTheTypeThatWasChosen)
+{
+    QlumValueContext context = contextOf(OpcUaType_Null, -2);
+    context.dataType = UaNodeId(OpcUaType_Variant);
+    QlumValueWidget editor(context);
+    const UaNodeId node(UaString("Scalar.Variant"), 2);
+    load(node, editor);
+    auto* type = editor.findChild<QComboBox*>("type");
+    ASSERT_NE(type, nullptr);
+    type->setCurrentIndex(type->findData(OpcUaType_UInt64));
+    emit type->activated(type->currentIndex());
+    EXPECT_EQ(send(node, editor), UaVariant(OpcUa_UInt64{42})) << "what was there, in the other type";
+}
 
 TEST_F(PagesOnDemoServer, FieldsOfStructuresAndUnionsArrive)
 {

@@ -5,10 +5,7 @@
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumarraymodel.h>
 #include <uawidgets/editors/qlumelementlist.h>
-#include <uawidgets/editors/qlumopenpart.h>
-#include <uawidgets/editors/qlumpartdelegate.h>
 #include <uawidgets/editors/qlumpastereport.h>
-#include <uawidgets/editors/qlumvaluedialog.h>
 #include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumwaitcursor.h>
@@ -23,8 +20,6 @@
 #include <QKeySequence>
 #include <QList>
 #include <QModelIndex>
-#include <QPersistentModelIndex>
-#include <QPointer>
 #include <QStringList>
 #include <QTableView>
 #include <QToolBar>
@@ -162,8 +157,6 @@ void QlumArrayPage::select(int first, int count)
 
 void QlumArrayPage::updateActions()
 {
-    if (!m_view->selectionModel())
-        return; // not made yet
     const std::vector<Range> ranges = selected();
     const bool canEdit = !m_model->isReadOnly();
     const int rows = m_model->rowCount();
@@ -264,11 +257,11 @@ void QlumArrayPage::sltPaste()
     const QlumPasteReport report = m_model->paste(first, cells);
     if (report.taken > 0)
         select(first, static_cast<int>(cells.size()));
-    m_messages->dismiss();
+    messages()->dismiss();
     const QlumMessage message = qlumPasteMessage(
         report, ignoredColumns > 0 ? tr("Only the first column goes into an array.") : QString());
     if (!message.what.isEmpty())
-        m_messages->tell(message);
+        messages()->tell(message);
 }
 
 // ---- elements of several parts
@@ -277,16 +270,11 @@ void QlumArrayPage::sltOpen(const QModelIndex& index)
 {
     if (!index.isValid())
         return;
-    QlumValueDialog::Taker take;
+    Putter put;
     if (!m_model->isReadOnly())
-        take = [this, place = QPersistentModelIndex(index.siblingAtColumn(QlumArrayModel::ValueColumn))](
-                   const UaVariant& part) {
-            if (!place.isValid())
-                return tr("The array has changed meanwhile, and this element is gone.");
-            return m_model->setData(place, QVariant::fromValue(part), QlumArrayModel::ValueRole)
-                       ? QString()
-                       : tr("It is no value of the array's type.");
+        put = [this](const QModelIndex& place, const UaVariant& part) {
+            return m_model->setData(place.siblingAtColumn(QlumArrayModel::ValueColumn),
+                                    QVariant::fromValue(part), QlumArrayModel::ValueRole);
         };
-    qlumOpenPart(this, m_model->elementContext(), QStringLiteral("[%1]").arg(index.row()),
-                 m_model->elements().at(index.row()), take);
+    openPart(index, m_model->elementContext(), m_model->elements().at(index.row()), put);
 }

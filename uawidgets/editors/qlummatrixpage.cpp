@@ -3,14 +3,10 @@
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumelementcell.h>
-#include <uawidgets/editors/qlumopenpart.h>
 #include <uawidgets/editors/qlumpartdelegate.h>
 #include <uawidgets/editors/qlumpastereport.h>
-#include <uawidgets/editors/qlumvaluedialog.h>
-#include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumwaitcursor.h>
-#include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtabletext.h>
 
 #include <QAbstractItemView>
@@ -18,7 +14,6 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QItemSelection>
 #include <QItemSelectionModel>
 #include <QItemSelectionRange>
@@ -26,7 +21,6 @@
 #include <QLabel>
 #include <QLayoutItem>
 #include <QObject>
-#include <QPersistentModelIndex>
 #include <QSpinBox>
 #include <QStringList>
 #include <QTableView>
@@ -60,39 +54,23 @@ constexpr QlumActionRow matrixRows[] = {
 } // namespace
 
 QlumMatrixPage::QlumMatrixPage(const QlumValueContext& context, QWidget* parent)
-    : QlumValuePage(parent), m_context(context), m_model(new QlumMatrixModel(context, this)),
-      m_delegate(
-          new QlumPartDelegate([this](const QModelIndex&) { return m_model->elementContext(); }, this)),
-      m_messages(new QlumMessageBar(this)), m_view(new QTableView(this)), m_summary(new QLabel(this)),
-      m_sliceRow(new QWidget(this))
+    : QlumPartsPage(context, parent), m_model(new QlumMatrixModel(context, this)),
+      m_view(new QTableView(this)), m_sliceRow(new QWidget(this))
 {
-    m_summary->setObjectName(QStringLiteral("matrixSummary"));
-    m_summary->setTextFormat(Qt::PlainText);
+    summary()->setObjectName(QStringLiteral("matrixSummary"));
     auto* slices = new QHBoxLayout(m_sliceRow);
     slices->setContentsMargins(0, 0, 0, 0);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_summary);
+    layout->addWidget(summary());
     layout->addWidget(m_sliceRow);
-    layout->addWidget(m_messages);
+    layout->addWidget(messages());
     layout->addWidget(makeActions());
     layout->addWidget(m_view, 1);
     makeView();
-    setFocusProxy(m_view);
-    connect(m_model, &QlumMatrixModel::edited, this, [this] {
-        m_check.reset();
-        updateActions();
-        emit edited();
-    });
-    connect(m_delegate, &QlumPartDelegate::typing, this, &QlumMatrixPage::edited);
-    connect(m_delegate, &QlumPartDelegate::refused, this, [this](const QString& why) {
-        QlumMessage message;
-        message.topic = QStringLiteral("entry");
-        message.what = why;
-        m_messages->tell(message);
-    });
-    updateHead();
-    updateActions();
+    makeSlices();
+    connect(m_model, &QlumMatrixModel::edited, this, &QlumMatrixPage::partsChanged);
+    showAround();
 }
 
 QToolBar* QlumMatrixPage::makeActions()
@@ -113,23 +91,10 @@ QToolBar* QlumMatrixPage::makeActions()
 
 void QlumMatrixPage::makeView()
 {
-    m_view->setObjectName(QStringLiteral("matrixView"));
-    m_view->setAccessibleName(tr("Elements"));
     m_view->setModel(m_model);
-    m_view->setItemDelegate(m_delegate);
-    m_view->setWordWrap(false);
-    m_view->setTabKeyNavigation(false);
-    m_view->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
-    m_view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_view->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-    m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
-    QlumTableOptions options;
-    options.emptyText = tr("The matrix has no elements.");
-    options.fileName = QStringLiteral("matrix");
-    options.copiesItself = true;
-    qlumMakeTable(m_view, options);
-    connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &QlumMatrixPage::updateActions);
+    const auto contextOf = [this](const QModelIndex&) { return m_model->elementContext(); };
+    showElementsIn(m_view, new QlumPartDelegate(contextOf, this), QStringLiteral("matrix"),
+                   tr("The matrix has no elements."));
     connect(m_view, &QAbstractItemView::activated, this, [this](const QModelIndex& index) {
         if (m_model->flags(index) & Qt::ItemIsEditable)
             m_view->edit(index);
@@ -168,7 +133,7 @@ void QlumMatrixPage::makeSlices()
 
 void QlumMatrixPage::showSlice()
 {
-    m_delegate->commitOpen();
+    takeOpen();
     std::vector<int> slice;
     for (const QSpinBox* box : m_slices)
         slice.push_back(box->value());
@@ -180,18 +145,14 @@ void QlumMatrixPage::showSlice()
 void QlumMatrixPage::setValue(const UaVariant& value)
 {
     m_model->setValue(value);
-    m_check.reset();
-    m_messages->dismiss();
     makeSlices();
-    updateHead();
-    updateActions();
+    partsReset();
 }
 
 bool QlumMatrixPage::value(UaVariant& value) const
 {
-    if (!fault().isEmpty())
+    if (!takeOpen())
         return false;
-    m_delegate->commitOpen();
     const UaVariant matrix = m_model->value();
     if (matrix.isNull())
         return false;
@@ -199,64 +160,50 @@ bool QlumMatrixPage::value(UaVariant& value) const
     return true;
 }
 
-bool QlumMatrixPage::isModified() const
-{
-    return m_model->isModified() || m_delegate->isOpenChanged();
-}
-
-QString QlumMatrixPage::fault() const
-{
-    const QString why = m_delegate->openFault();
-    return why.isEmpty() ? why : tr("%1: %2").arg(m_model->placeOf(m_view->currentIndex()), why);
-}
-
-const QlumValueCheck& QlumMatrixPage::check() const
-{
-    if (!m_check) {
-        const std::vector<OpcUa_Int32> lengths(m_model->dimensions().begin(), m_model->dimensions().end());
-        m_check = qlumCheckGiven(
-            m_model->elements(),
-            UaArray<OpcUa_Int32>(static_cast<OpcUa_Int32>(lengths.size()), lengths.data()), m_context);
-    }
-    return *m_check;
-}
-
-QString QlumMatrixPage::remark() const
-{
-    QlumValueCheck all = check();
-    all.add(m_delegate->openCheck());
-    return all.text();
-}
-
-QString QlumMatrixPage::refusal() const
-{
-    QlumValueCheck all = check();
-    all.add(m_delegate->openCheck());
-    return all.refused;
-}
-
 void QlumMatrixPage::setReadOnly(bool readOnly)
 {
     m_model->setReadOnly(readOnly);
+    showAround();
+}
+
+bool QlumMatrixPage::arePartsModified() const
+{
+    return m_model->isModified();
+}
+
+QlumValueCheck QlumMatrixPage::checkParts() const
+{
+    const std::vector<OpcUa_Int32> lengths(m_model->dimensions().begin(), m_model->dimensions().end());
+    return qlumCheckGiven(m_model->elements(),
+                          UaArray<OpcUa_Int32>(static_cast<OpcUa_Int32>(lengths.size()), lengths.data()),
+                          context());
+}
+
+QString QlumMatrixPage::placeOf(const QModelIndex& index) const
+{
+    return m_model->placeOf(index);
+}
+
+// ---- what is shown around the elements
+
+void QlumMatrixPage::showAround()
+{
+    updateHead();
     updateActions();
 }
 
 void QlumMatrixPage::updateHead()
 {
-    UaVariant one;
-    static_cast<void>(one.attachArray(m_model->elements().type(), 0, nullptr)); // needs no memory
-    QString type = qlumTypeTextOf(one, m_context);
-    type.truncate(type.lastIndexOf(QLatin1Char('[')));
     QStringList lengths;
     for (const int length : m_model->dimensions())
         lengths.append(QString::number(length));
-    m_summary->setText(tr("Matrix of %1 elements of type %2").arg(lengths.join(QStringLiteral(" x ")), type));
+    summary()->setText(
+        tr("Matrix of %1 elements of type %2")
+            .arg(lengths.join(QStringLiteral(" x ")), elementTypeName(m_model->elements().type())));
 }
 
 void QlumMatrixPage::updateActions()
 {
-    if (!m_view->selectionModel())
-        return; // not made yet
     const QItemSelection& selection = m_view->selectionModel()->selection();
     const bool canEdit = !m_model->isReadOnly() && !selection.isEmpty();
     m_actions[Fill]->setEnabled(canEdit);
@@ -311,25 +258,21 @@ void QlumMatrixPage::sltPaste()
     const QlumWaitCursor wait;
     const QlumPasteReport report = m_model->paste(blocks.front().row, blocks.front().column,
                                                   qlumTabbedRows(QGuiApplication::clipboard()->text()));
-    m_messages->dismiss();
+    messages()->dismiss();
     const QlumMessage message = qlumPasteMessage(report, QString());
     if (!message.what.isEmpty())
-        m_messages->tell(message);
+        messages()->tell(message);
 }
 
 void QlumMatrixPage::sltOpen(const QModelIndex& index)
 {
     if (!index.isValid())
         return;
-    QlumValueDialog::Taker take;
+    Putter put;
     if (!m_model->isReadOnly())
-        take = [this, place = QPersistentModelIndex(index)](const UaVariant& part) {
-            if (!place.isValid())
-                return tr("The matrix has changed meanwhile, and this element is gone.");
-            return m_model->setData(place, QVariant::fromValue(part), QlumMatrixModel::ValueRole)
-                       ? QString()
-                       : tr("It is no value of the matrix's type.");
+        put = [this](const QModelIndex& place, const UaVariant& part) {
+            return m_model->setData(place, QVariant::fromValue(part), QlumMatrixModel::ValueRole);
         };
-    qlumOpenPart(this, m_model->elementContext(), m_model->placeOf(index),
-                 index.data(QlumMatrixModel::ValueRole).value<UaVariant>(), take);
+    openPart(index, m_model->elementContext(), index.data(QlumMatrixModel::ValueRole).value<UaVariant>(),
+             put);
 }

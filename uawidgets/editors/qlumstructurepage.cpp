@@ -2,10 +2,7 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <uabase/values/uanodeid.h>
-#include <uawidgets/editors/qlumopenpart.h>
-#include <uawidgets/editors/qlumpartdelegate.h>
 #include <uawidgets/editors/qlumtypedelegate.h>
-#include <uawidgets/editors/qlumvaluedialog.h>
 #include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/table/qlumtable.h>
@@ -14,10 +11,8 @@
 #include <QAction>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QItemSelectionModel>
 #include <QLabel>
 #include <QMenu>
-#include <QPersistentModelIndex>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -42,14 +37,12 @@ constexpr int valueWidth = 240;
 } // namespace
 
 QlumStructurePage::QlumStructurePage(const QlumValueContext& context, QWidget* parent)
-    : QlumValuePage(parent), m_context(context), m_model(new QlumStructureModel(context, this)),
-      m_delegate(new QlumTypeDelegate(*m_model, this)), m_messages(new QlumMessageBar(this)),
-      m_view(new QTreeView(this)), m_summary(new QLabel(this)), m_type(new QToolButton(this)),
+    : QlumPartsPage(context, parent), m_model(new QlumStructureModel(context, this)),
+      m_view(new QTreeView(this)), m_type(new QToolButton(this)),
       m_actions(structureRows, "QlumStructurePage", this)
 {
-    m_summary->setObjectName(QStringLiteral("structureSummary"));
-    m_summary->setTextFormat(Qt::PlainText);
-    m_summary->setWordWrap(true);
+    summary()->setObjectName(QStringLiteral("structureSummary"));
+    summary()->setWordWrap(true);
     m_type->setObjectName(QStringLiteral("structureType"));
     m_type->setText(tr("Other Type"));
     m_type->setToolTip(tr("Begin with an empty value of another type"));
@@ -58,34 +51,18 @@ QlumStructurePage::QlumStructurePage(const QlumValueContext& context, QWidget* p
     open->setDefaultAction(m_actions[Open]);
     open->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     auto* head = new QHBoxLayout;
-    head->addWidget(m_summary, 1);
+    head->addWidget(summary(), 1);
     head->addWidget(m_type);
     head->addWidget(open);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addLayout(head);
-    layout->addWidget(m_messages);
+    layout->addWidget(messages());
     layout->addWidget(m_view, 1);
     makeView();
-    setFocusProxy(m_view);
-
-    connect(m_model, &QlumStructureModel::edited, this, [this] {
-        updateHead();
-        updateActions();
-        emit edited();
-    });
-    connect(m_delegate, &QlumPartDelegate::typing, this, &QlumStructurePage::edited);
-    connect(
-        m_delegate, &QlumPartDelegate::refused, this,
-        [this](const QString& why) {
-            QlumMessage message;
-            message.topic = QStringLiteral("entry");
-            message.what = why;
-            m_messages->tell(message);
-        });
+    connect(m_model, &QlumStructureModel::edited, this, &QlumStructurePage::partsChanged);
     connect(m_actions[Open], &QAction::triggered, this, [this] { sltOpen(m_view->currentIndex()); });
-    updateHead();
-    updateActions();
+    showAround();
 }
 
 void QlumStructurePage::makeView()
@@ -93,7 +70,6 @@ void QlumStructurePage::makeView()
     m_view->setObjectName(QStringLiteral("structureView"));
     m_view->setAccessibleName(tr("Fields"));
     m_view->setModel(m_model);
-    m_view->setItemDelegate(m_delegate);
     m_view->setUniformRowHeights(true);
     m_view->setAlternatingRowColors(true);
     m_view->setExpandsOnDoubleClick(false);
@@ -105,8 +81,7 @@ void QlumStructurePage::makeView()
     options.emptyText = tr("There are no fields.");
     options.fileName = QStringLiteral("structure");
     qlumMakeTable(m_view, options);
-    connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
-            &QlumStructurePage::updateActions);
+    showIn(m_view, new QlumTypeDelegate(*m_model, this));
     connect(m_view, &QAbstractItemView::activated, this, [this](const QModelIndex& index) {
         const QModelIndex value = index.siblingAtColumn(QlumStructureModel::ValueColumn);
         const QModelIndex edited = index.column() == QlumStructureModel::TypeColumn ? index : value;
@@ -126,44 +101,14 @@ void QlumStructurePage::makeView()
 void QlumStructurePage::setValue(const UaVariant& value)
 {
     m_model->setValue(value);
-    m_messages->dismiss();
-    updateHead();
-    updateActions();
+    partsReset();
     fillTypes();
 }
 
 bool QlumStructurePage::value(UaVariant& value) const
 {
-    if (!m_delegate->openFault().isEmpty())
-        return false;
-    m_delegate->commitOpen();
     QString why;
-    return m_model->value(value, why);
-}
-
-bool QlumStructurePage::isModified() const
-{
-    return m_model->isModified() || m_delegate->isOpenChanged();
-}
-
-QString QlumStructurePage::fault() const
-{
-    const QString why = m_delegate->openFault();
-    return why.isEmpty() ? why : tr("%1: %2").arg(m_model->pathOf(m_view->currentIndex()), why);
-}
-
-QString QlumStructurePage::remark() const
-{
-    QlumValueCheck all = m_model->check();
-    all.add(m_delegate->openCheck());
-    return all.text();
-}
-
-QString QlumStructurePage::refusal() const
-{
-    QlumValueCheck all = m_model->check();
-    all.add(m_delegate->openCheck());
-    return all.refused;
+    return takeOpen() && m_model->value(value, why);
 }
 
 void QlumStructurePage::setReadOnly(bool readOnly)
@@ -173,13 +118,34 @@ void QlumStructurePage::setReadOnly(bool readOnly)
     fillTypes();
 }
 
+bool QlumStructurePage::arePartsModified() const
+{
+    return m_model->isModified();
+}
+
+QlumValueCheck QlumStructurePage::checkParts() const
+{
+    return m_model->check();
+}
+
+QString QlumStructurePage::placeOf(const QModelIndex& index) const
+{
+    return m_model->pathOf(index);
+}
+
 // ---- what is shown around the fields
+
+void QlumStructurePage::showAround()
+{
+    updateHead();
+    updateActions();
+}
 
 void QlumStructurePage::updateHead()
 {
     const QString type = m_model->typeOf(QModelIndex());
     const QString why = m_model->reason();
-    m_summary->setText(qlumSingleLine(why.isEmpty() ? type : tr("%1: not taken apart. %2").arg(type, why)));
+    summary()->setText(qlumSingleLine(why.isEmpty() ? type : tr("%1: not taken apart. %2").arg(type, why)));
 }
 
 void QlumStructurePage::updateActions()
@@ -198,7 +164,7 @@ void QlumStructurePage::fillTypes()
     auto* menu = new QMenu(m_type);
     for (const UaNodeId& type : types)
         menu->addAction(
-            qlumSingleLine(qlumTypeNameOf(type, m_context)).replace(QLatin1Char('&'), QLatin1String("&&")),
+            qlumSingleLine(qlumTypeNameOf(type, context())).replace(QLatin1Char('&'), QLatin1String("&&")),
             this, [this, type] { m_model->choose(QModelIndex(), type); });
     m_type->setMenu(menu);
 }
@@ -210,12 +176,10 @@ void QlumStructurePage::sltOpen(const QModelIndex& index)
     const QModelIndex field = index.siblingAtColumn(QlumStructureModel::NameColumn);
     if (!field.isValid() || !m_model->hasValue(field))
         return;
-    QlumValueDialog::Taker take;
+    Putter put;
     if (!m_model->isReadOnly())
-        take = [this, place = QPersistentModelIndex(field)](const UaVariant& part) {
-            if (!place.isValid())
-                return tr("The structure has changed meanwhile, and this field is gone.");
-            return m_model->replace(place, part) ? QString() : tr("It is no value of the field's type.");
+        put = [this](const QModelIndex& place, const UaVariant& part) {
+            return m_model->replace(place, part);
         };
-    qlumOpenPart(this, m_model->contextOf(field), m_model->pathOf(field), m_model->valueOf(field), take);
+    openPart(field, m_model->contextOf(field), m_model->valueOf(field), put);
 }

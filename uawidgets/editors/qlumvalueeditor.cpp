@@ -67,31 +67,12 @@ QlumCellEditor* cellEditor(QWidget* editor)
     return dynamic_cast<QlumCellEditor*>(editor);
 }
 
-QWidget* create(const QlumCellValue& cell, QWidget* parent)
-{
-    return qlumWhyNoValueEditor(cell.value, cell.context).isEmpty() ? makeEditor(cell, parent) : nullptr;
-}
 } // namespace
 
 QWidget* qlumCreateValueEditor(const UaVariant& value, const QlumValueContext& context, QWidget* parent)
 {
-    return create(cellOf(value, context), parent);
-}
-
-QWidget* qlumCreateValueEditor(const UaVariant& value, const UaEnumDefinition& enumDefinition,
-                               QWidget* parent)
-{
-    QlumCellValue cell{value, value.type(), {}, enumDefinition, {}};
-    cell.context.builtInType = value.type();
-    return create(cell, parent);
-}
-
-QWidget* qlumCreateValueEditor(OpcUa_BuiltInType type, const UaEnumDefinition& enumDefinition,
-                               QWidget* parent)
-{
-    QlumCellValue cell{{}, type, {}, enumDefinition, {}};
-    cell.context.builtInType = type;
-    return create(cell, parent);
+    return qlumWhyNoValueEditor(value, context).isEmpty() ? makeEditor(cellOf(value, context), parent)
+                                                          : nullptr;
 }
 
 QString qlumWhyNoValueEditor(const UaVariant& value, const QlumValueContext& context)

@@ -19,12 +19,6 @@ class QWidget;
 /// It holds no value before the user has given one. Null where qlumWhyNoValueEditor() says something.
 [[nodiscard]] QWidget* qlumCreateValueEditor(const UaVariant& value, const QlumValueContext& context,
                                              QWidget* parent);
-/// The same where no more is known than the names of an enumeration.
-[[nodiscard]] QWidget* qlumCreateValueEditor(const UaVariant& value, const UaEnumDefinition& enumDefinition,
-                                             QWidget* parent);
-/// The same for a value that is still to be given.
-[[nodiscard]] QWidget* qlumCreateValueEditor(OpcUa_BuiltInType type, const UaEnumDefinition& enumDefinition,
-                                             QWidget* parent);
 /// Why a cell cannot edit the value, in words; empty when it can. The window for whole values can.
 [[nodiscard]] QString qlumWhyNoValueEditor(const UaVariant& value, const QlumValueContext& context);
 

@@ -4,12 +4,15 @@
 #include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributeview.h>
 #include <tests/gui/attributes/attributepluginfixture.h>
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluedialog.h>
 #include <uawidgets/qlummessagebar.h>
 
 #include <QAbstractItemView>
+#include <QComboBox>
 #include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
@@ -88,6 +91,26 @@ TEST_F(AttributeEditing, ATextThatIsNoValueIsNotSwallowed)
     editor->setText("many");
     QTest::keyClick(editor, Qt::Key_Escape);
     EXPECT_FALSE(view()->isEditing()) << "given up";
+}
+
+TEST_F(AttributeEditing, WhatTheServerWillRefuseIsSentFromTheCellOnTheSecondEnterOnly)
+{
+    UaEnumDefinition colors(UaString("Colors"), UaNodeId(3000, 2));
+    colors.addValue(1, UaString("Red"));
+    services->enums[colors.dataTypeId()] = colors;
+    set(OpcUa_Attributes_Value, UaVariant(OpcUa_Int32{1}));
+    set(OpcUa_Attributes_DataType, UaVariant(colors.dataTypeId()));
+    show();
+    ASSERT_EQ(beginEditing(value()), nullptr);
+    auto* names = view()->findChild<QComboBox*>("valueEditor");
+    ASSERT_NE(names, nullptr);
+    names->setEditText("9");
+    QTest::keyClick(names->lineEdit(), Qt::Key_Return);
+    EXPECT_TRUE(told().contains("9 is no value of the enumeration")) << told().toStdString();
+    EXPECT_TRUE(services->written.empty());
+    QTest::keyClick(names->lineEdit(), Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !services->written.empty(); }));
+    EXPECT_EQ(services->written.front(), UaVariant(OpcUa_Int32{9}));
 }
 
 TEST_F(AttributeEditing, WhatIsTypedIsNotLostWhileTheServerIsAway)

@@ -1,3 +1,4 @@
+#include <plugins/attributes/qlumattributedetails.h>
 #include <plugins/attributes/qlumattributemodel.h>
 #include <tests/gui/attributes/attributefixture.h>
 #include <uabase/structures/uagenericstructurevalue.h>
@@ -102,6 +103,46 @@ TEST_F(AttributeWriting, FailuresAreToldAndNothingIsWrittenWithoutASession)
     EXPECT_FALSE(writeText(valueRow(), "2"));
 }
 
+// Each says what is to be done about it, by the name that support asks for.
+TEST_F(AttributeWriting, EveryUsualRefusalIsToldInWords)
+{
+    const struct
+    {
+        OpcUa_StatusCode code;
+        const char* words;
+    } refusals[] = {
+        {OpcUa_BadNotWritable, "nobody may write"},
+        {OpcUa_BadUserAccessDenied, "user who is logged in may not"},
+        {OpcUa_BadTypeMismatch, "another type or shape. Sent was 2.5 (Double). The node declares Double."},
+        {OpcUa_BadOutOfRange, "outside what the server allows. Sent was 2.5 (Double)."},
+        {OpcUa_BadWriteNotSupported, "cannot write a value of this kind"},
+        {OpcUa_BadNodeIdUnknown, "no such node"},
+        {OpcUa_BadAttributeIdInvalid, "no such attribute"},
+        {OpcUa_BadIndexRangeInvalid, "index range invalid"},
+        {OpcUa_BadIndexRangeNoData, "become shorter"},
+        {OpcUa_BadInternalError, "error inside"},
+        {OpcUa_BadTimeout, "may have been written all the same"},
+        {OpcUa_BadSecurityModeInsufficient, "not secure enough"},
+        {OpcUa_BadLocked, "locked it"},
+        {OpcUa_BadInvalidState, "present state"},
+        {OpcUa_BadNoCommunication, "does not reach the device"},
+    };
+    const QSignalSpy failed(&model, &QlumAttributeModel::writeFailed);
+    showValue(UaVariant(1.0), UaNodeId(11));
+    QlumAttributeDetails details;
+    details.context.dataType = UaNodeId(11);
+    details.context.builtInType = OpcUaType_Double;
+    model.addDetails(5, UaNodeId(7, 2), details);
+    for (const auto& [code, words] : refusals) {
+        services->writeResult = code;
+        EXPECT_FALSE(writeText(valueRow(), "2.5"));
+        const QString told = failed.last().at(0).toString();
+        EXPECT_TRUE(told.startsWith(qlumStatusText(code) + ": ") && told.contains(words))
+            << told.toStdString();
+        EXPECT_EQ(valueRow().data(QlumAttributeModel::FaultRole).toString(), told);
+    }
+}
+
 TEST_F(AttributeWriting, OneElementOfAnArray)
 {
     UaVariant value;
@@ -126,6 +167,13 @@ TEST_F(AttributeWriting, OneElementOfAnArrayThatIsTakenAsAWholeOnly)
     EXPECT_EQ(last().at(0), UaVariant(OpcUa_Int32{11}));
     EXPECT_EQ(last().at(1), UaVariant(OpcUa_Int32{2}));
     EXPECT_EQ(remarked.count(), 1);
+
+    UaVariant shorter;
+    shorter.setInt32Array(UaInt32Array(1));
+    services->attributes[{UaNodeId(7, 2), OpcUa_Attributes_Value}] = shorter;
+    services->written.clear();
+    EXPECT_FALSE(writeText(below(fetched(valueRow()), 1), "3")) << "no such element any more";
+    EXPECT_TRUE(services->written.empty());
 }
 
 TEST_F(AttributeWriting, WhatCameBackDifferentIsToldAndUndoneUntilTheNodeChanges)
@@ -164,6 +212,36 @@ TEST_F(AttributeWriting, FromAWindowReachesTheSameNodeOrNone)
     model.clear();
     EXPECT_TRUE(writer(UaVariant(OpcUa_Int32{5})).startsWith("Another node is shown by now"));
     EXPECT_EQ(services->written.size(), 1u);
+}
+
+// Whoever edits one field in a window must not take back what another client has written meanwhile, even
+// when the pane behind it shows that already.
+TEST_F(AttributeWriting, AStructureFromAWindowIsRefusedOnceWhenItHasChanged)
+{
+    UaStructureDefinition point(UaString("Point"), UaNodeId(1, 2), UaNodeId(2, 2));
+    point.addField(UaStructureField(UaString("x"), UaNodeId(11), OpcUaType_Double));
+    services->structures[UaNodeId(2, 2)] = point;
+    const auto at = [&point](double x) {
+        UaGenericStructureValue fields(point);
+        UaExtensionObject object;
+        EXPECT_TRUE(fields.setField(0, UaVariant(x)).isGood());
+        EXPECT_TRUE(fields.encode(object).isGood());
+        return UaVariant(object);
+    };
+    UaVariant& onServer = services->attributes[{UaNodeId(7, 2), OpcUa_Attributes_Value}];
+    for (const bool isField : {false, true}) {
+        onServer = at(1);
+        showValue(at(1));
+        const auto writer = model.partWriter(isField ? below(valueRow(), 0) : valueRow());
+        const UaVariant entered = isField ? UaVariant(3.0) : at(3);
+        onServer = at(2);
+        showValue(at(2));
+        services->written.clear();
+        EXPECT_TRUE(writer(entered).contains("changed on the server")) << isField;
+        EXPECT_TRUE(services->written.empty()) << isField;
+        EXPECT_EQ(writer(entered), QString()) << "the user knows of it now";
+        EXPECT_EQ(last(), at(3));
+    }
 }
 
 TEST_F(AttributeWriting, OtherAttributesAreWrittenAsTheirMaskAllows)

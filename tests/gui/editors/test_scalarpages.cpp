@@ -235,6 +235,17 @@ TEST_F(NamedNumbers, EnumerationsAreGivenByNameOrNumberAndUnknownNumbersStay)
     EXPECT_NE(page->fault(), "") << "no Int32";
 }
 
+TEST_F(NamedNumbers, AnEnumerationWithoutStringsIsANumber)
+{
+    store->add(UaEnumDefinition(UaString("Nameless"), UaNodeId(9, 2)));
+    open(9, OpcUaType_Int32, UaVariant(OpcUa_Int32{3}));
+    auto* number = page->findChild<QLineEdit*>("valueEditor");
+    ASSERT_NE(number, nullptr);
+    number->setText("-4");
+    EXPECT_EQ(entered(), UaVariant(OpcUa_Int32{-4}));
+    EXPECT_EQ(page->remark(), "");
+}
+
 TEST_F(NamedNumbers, BitsOfAnOptionSetAreTickedAndThoseWithoutANameStay)
 {
     open(2, OpcUaType_UInt16, UaVariant(OpcUa_UInt16{0x4001}));

@@ -12,6 +12,7 @@
 #include <uawidgets/editors/qlumarraypage.h>
 #include <uawidgets/editors/qlumpastereport.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
+#include <uawidgets/editors/qlumvaluepage.h>
 
 #include <QAbstractItemModelTester>
 #include <QAction>
@@ -24,6 +25,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QModelIndex>
+#include <QSignalSpy>
 #include <QSpinBox>
 #include <QString>
 #include <QTableView>
@@ -152,6 +154,23 @@ TEST_F(ArrayPageTest, AnOpenEditorCounts)
     page.setValue(numbers({4})); // shrinks below what is being edited
     EXPECT_TRUE(page.fault().isEmpty()) << page.fault();
     EXPECT_EQ(value(), numbers({4}));
+}
+
+// Its editor then still gives its value to the model, and the page must not answer to that any more.
+TEST_F(ArrayPageTest, MayGoWhileAnElementIsBeingTyped)
+{
+    auto other = std::make_unique<QlumArrayPage>(contextOf(OpcUaType_Int32, UaNodeId(OpcUaType_Int32, 0)));
+    other->setValue(numbers({1, 2}));
+    other->show();
+    other->view().setFocus();
+    other->view().setCurrentIndex(other->model().index(0, 0));
+    other->view().edit(other->model().index(0, 0));
+    auto* editor = other->view().findChild<QLineEdit*>("valueEditor");
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClicks(editor, "7");
+    const QSignalSpy edited(other.get(), &QlumValuePage::edited);
+    other.reset();
+    EXPECT_EQ(edited.count(), 0);
 }
 
 TEST_F(ArrayPageTest, OnlyShowsWhenReadOnly)

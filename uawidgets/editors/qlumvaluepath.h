@@ -1,6 +1,5 @@
 // Parts of a value: what they are, and how the whole looks when one of them is replaced.
 #pragma once
-#include <plugins/attributes/qlumattributenode.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uastructuredefinition.h>
@@ -11,6 +10,24 @@
 #include <uawidgets/editors/qlumvaluetype.h>
 
 #include <span>
+
+/// From a value to one of its parts.
+struct QlumValueStep
+{
+    /// What the part is of the value.
+    enum Kind : unsigned char {
+        None,     ///< the value itself
+        Element,  ///< of an array or matrix
+        Field,    ///< of a structure
+        Selected, ///< the field that a union holds
+        Detail    ///< describes the value, and cannot be changed on its own
+    };
+    Kind kind = None; ///< what the part is
+    int index = 0;    ///< of the element or the field
+
+    /// The same part of the same value.
+    friend bool operator==(const QlumValueStep&, const QlumValueStep&) = default;
+};
 
 /// The part to which the steps lead; a null value when there is none.
 [[nodiscard]] QlumTypedValue qlumPartOf(const QlumTypedValue& whole, std::span<const QlumValueStep> steps,

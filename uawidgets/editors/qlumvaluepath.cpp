@@ -1,4 +1,4 @@
-#include <plugins/attributes/qlumvaluepath.h>
+#include <uawidgets/editors/qlumvaluepath.h>
 
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/structures/uagenericstructurevalue.h>
