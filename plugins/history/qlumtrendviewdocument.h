@@ -140,6 +140,7 @@ private:
     [[nodiscard]] QWidget* makeItems();
     [[nodiscard]] QWidget* makeHistoryData();
     [[nodiscard]] QWidget* makeBar();
+    [[nodiscard]] QWidget* makeProgress();
     [[nodiscard]] QWidget* makeTexts();
     void makeItemActions();
     void connectParts();
@@ -204,6 +205,7 @@ private:
     QlumPlot* m_plot = nullptr;
     QlumPlotPicker* m_picker = nullptr;
     QCheckBox* m_catch = nullptr;
+    QWidget* m_progressLine = nullptr;
     QLabel* m_progress = nullptr;
     QPushButton* m_cancel = nullptr;
     QLabel* m_sample = nullptr;
