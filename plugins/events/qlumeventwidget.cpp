@@ -438,6 +438,7 @@ QWidget* QlumEventWidget::makeHistoryPage()
 {
     m_historyFilter->setSourceModel(m_history);
     auto* bar = makeBar("eventHistoryToolBar", tr("Event History"), this);
+    bar->addActions(m_actions.list({ReadHistory}));
     const QDateTime now = QDateTime::currentDateTime();
     const auto field = [bar](const char* name, const QString& title, const QDateTime& time) {
         auto* label = new QLabel(title, bar);
@@ -452,7 +453,6 @@ QWidget* QlumEventWidget::makeHistoryPage()
     };
     m_start = field("historyStart", tr("&Start:"), now.addSecs(-secondsOfHistory));
     m_end = field("historyEnd", tr("&End:"), now);
-    bar->addActions(m_actions.list({ReadHistory}));
     auto* filters = makeBar("eventHistoryFilterBar", tr("Filter"), this);
     addFilterFields(filters, m_historyFilter);
     m_historyView =
