@@ -74,6 +74,7 @@ namespace {
 
 constexpr std::size_t mostWithoutQuestion = 100; // nodes that come at a time
 constexpr std::size_t curveCapacity = 5'000'000;
+constexpr int smallestPlot = 24; // characters
 
 QString dropHint()
 {
@@ -142,6 +143,14 @@ void QlumTrendViewDocument::makeCompact(QTableView* view, std::initializer_list<
                                          cellMargin);
 }
 
+// The names of variables are as long as somebody has made them.
+void QlumTrendViewDocument::letBeSmall(QComboBox* names)
+{
+    constexpr int shownCharacters = 8;
+    names->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    names->setMinimumContentsLength(shownCharacters);
+}
+
 QWidget* QlumTrendViewDocument::makeLeft()
 {
     auto* left = new QSplitter(Qt::Vertical);
@@ -205,6 +214,8 @@ QWidget* QlumTrendViewDocument::makeHistoryData()
     m_plot = new QlumPlot;
     m_plot->setObjectName(QStringLiteral("historyPlot"));
     m_plot->setFollowing(false);
+    m_plot->setMinimumWidth(fontMetrics().averageCharWidth() *
+                            smallestPlot); // below what its axes would like
     m_picker = new QlumPlotPicker(m_plot->area());
     m_sample = new QLabel;
     m_sample->setObjectName(QStringLiteral("sampleStatus"));
@@ -290,6 +301,7 @@ QWidget* QlumTrendViewDocument::makeTexts()
     m_textItem->setObjectName(QStringLiteral("textItem"));
     m_textItem->setAccessibleName(tr("Variable whose values are listed"));
     m_textItem->setToolTip(tr("Variables with values that are no numbers."));
+    letBeSmall(m_textItem);
     m_textView = new QTableView;
     m_textView->setObjectName(QStringLiteral("nonNumericValues"));
     m_textView->setAccessibleName(tr("Values that are no numbers"));

@@ -136,6 +136,7 @@ private:
 
     // ---- widgets and items
     static void makeCompact(QTableView* view, std::initializer_list<int> timeColumns);
+    static void letBeSmall(QComboBox* names);
     [[nodiscard]] QWidget* makeLeft();
     [[nodiscard]] QWidget* makeItems();
     [[nodiscard]] QWidget* makeHistoryData();
