@@ -97,6 +97,7 @@ void panBudget(QlumPlotArea& area, BarePlot& bare, const char* name, double part
     for (int i = 0; i < repetitions(9); ++i)
         measure(area, bare, all, times);
     std::printf("%s: a frame takes %.0f us, bare %.0f us\n", name, median(times.ours), median(times.bare));
+    // 16 ms where a bare frame took 4.9 ms would be 3.2; a frame that costs twice a bare one has a fault
     printRatio(name, median(times.ours), median(times.bare), 2.0);
 }
 

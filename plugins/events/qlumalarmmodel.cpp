@@ -22,7 +22,7 @@ constexpr int toolTipLength = 1000;
 } // namespace
 
 QlumAlarmModel::QlumAlarmModel(QlumApplicationInterface& application, QObject* parent)
-    : QlumTableModel({tr("ConditionName"), tr("Message"), tr("SourceName"), tr("Time"), tr("Severity"),
+    : QlumEventTable({tr("ConditionName"), tr("Message"), tr("SourceName"), tr("Time"), tr("Severity"),
                       tr("Server/Object"), tr("Active"), tr("Acknowledged State"), tr("Confirmed State")},
                      parent),
       m_application(application)
@@ -228,8 +228,12 @@ void QlumAlarmModel::setOffline(unsigned int serverId, const QDateTime& since)
     else
         m_offline.remove(serverId);
     m_refreshing.remove(serverId); // nobody will end it
-    if (rowCount() > 0)
-        emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
+    changeRows([&](QlumEvent& row) {
+        if (row.serverId != serverId)
+            return false;
+        row.isStale = row.isStale || since.isValid();
+        return true;
+    });
 }
 
 void QlumAlarmModel::setHighlighted(int row, bool isHighlighted)
@@ -289,8 +293,10 @@ QVariant QlumAlarmModel::display(const QlumEvent& event, int column) const
     }
     case AcknowledgedState:
         return state(QlumField::AckedId);
-    default:
+    case ConfirmedState:
         return state(QlumField::ConfirmedId);
+    default:
+        return extraText(event, column);
     }
 }
 

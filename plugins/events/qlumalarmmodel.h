@@ -1,9 +1,9 @@
 #pragma once
 #include <app/api/qlumapplicationinterface.h>
 #include <plugins/events/qlumevent.h>
+#include <plugins/events/qlumeventtable.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uanodeid.h>
-#include <uawidgets/models/qlumtablemodel.h>
 
 #include <QDateTime>
 #include <QHash>
@@ -20,7 +20,7 @@
 #include <utility>
 
 /// The conditions of a view's servers in their present state, one row for each branch.
-class QlumAlarmModel : public QlumTableModel<QlumEvent>
+class QlumAlarmModel : public QlumEventTable
 {
     Q_OBJECT
 public:
@@ -36,10 +36,6 @@ public:
         ConfirmedState,
         ColumnCount
     };
-    /// As QlumEventModel's.
-    static constexpr int severityRole = Qt::UserRole + 1;
-    static constexpr int sortRole = Qt::UserRole + 2;
-    static constexpr int typeRole = Qt::UserRole + 4;
 
     explicit QlumAlarmModel(QlumApplicationInterface& application, QObject* parent = nullptr);
 
@@ -57,7 +53,8 @@ public:
     [[nodiscard]] bool isOpen(int row) const;
     /// Forgets everything, but not which servers are away.
     void clear();
-    /// Conditions of that server are those of before, since that time; an invalid one: it is there.
+    /// Conditions of that server are those of before, since that time; an invalid one: it is there. Each
+    /// stays marked until the server reports it again.
     void setOffline(unsigned int serverId, const QDateTime& since);
     /// Invalid for a server that is there.
     [[nodiscard]] QDateTime offlineSince(unsigned int serverId) const { return m_offline.value(serverId); }

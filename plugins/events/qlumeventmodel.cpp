@@ -17,8 +17,6 @@
 
 namespace {
 constexpr int toolTipLength = 1000;
-// the thirds of the standard's range
-constexpr int mediumSeverity = 334;
 constexpr int highSeverity = 667;
 } // namespace
 
@@ -26,7 +24,7 @@ QString qlumSeverityWord(int severity)
 {
     if (severity <= 0)
         return QCoreApplication::translate("QlumEventModel", "Unknown");
-    if (severity < mediumSeverity)
+    if (severity < qlumMediumSeverity)
         return QCoreApplication::translate("QlumEventModel", "Low");
     return severity < highSeverity ? QCoreApplication::translate("QlumEventModel", "Medium")
                                    : QCoreApplication::translate("QlumEventModel", "High");
@@ -43,13 +41,13 @@ QVariant qlumSeverityCell(int severity, int role)
         return qlumSeverityWord(severity);
     if (severity <= 0)
         return qlumStatusCell(QlumStatusLevel::Inactive, role);
-    if (severity < mediumSeverity)
+    if (severity < qlumMediumSeverity)
         return qlumStatusCell(QlumStatusLevel::Good, role);
     return qlumStatusCell(severity < highSeverity ? QlumStatusLevel::Uncertain : QlumStatusLevel::Bad, role);
 }
 
 QlumEventModel::QlumEventModel(QlumApplicationInterface& application, QlumEventTypes& types, QObject* parent)
-    : QlumTableModel(
+    : QlumEventTable(
           {tr("EventType"), tr("Message"), tr("SourceName"), tr("Time"), tr("Severity"), tr("Server/Object")},
           parent),
       m_application(application), m_types(types), m_timeFormat(qlumEventTimeFormat()),
@@ -127,29 +125,6 @@ void QlumEventModel::clear()
 
 // ---- columns
 
-void QlumEventModel::setExtraFields(const QStringList& fields)
-{
-    if (fields == m_extraFields)
-        return;
-    beginResetModel();
-    m_extraFields = fields;
-    endResetModel();
-}
-
-int QlumEventModel::columnCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : ColumnCount + m_extraFields.size();
-}
-
-QVariant QlumEventModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    const int extra = section - ColumnCount;
-    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && extra >= 0 &&
-        extra < m_extraFields.size())
-        return m_extraFields.at(extra);
-    return QlumTableModel::headerData(section, orientation, role);
-}
-
 QVariant QlumEventModel::display(const QlumEvent& event, int column) const
 {
     switch (column) {
@@ -170,7 +145,7 @@ QVariant QlumEventModel::display(const QlumEvent& event, int column) const
     case ServerObject:
         return tr("%1/%2").arg(m_application.serverName(event.serverId), event.notifier);
     default:
-        return event.text(m_extraFields.value(column - ColumnCount));
+        return extraText(event, column);
     }
 }
 

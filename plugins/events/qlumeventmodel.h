@@ -1,8 +1,8 @@
 #pragma once
 #include <app/api/qlumapplicationinterface.h>
 #include <plugins/events/qlumevent.h>
+#include <plugins/events/qlumeventtable.h>
 #include <plugins/events/qlumeventtypes.h>
-#include <uawidgets/models/qlumtablemodel.h>
 
 #include <QByteArray>
 #include <QDateTime>
@@ -18,19 +18,11 @@
 
 /// The log of a view's events, the newest last. A flood is shown twenty times a second, and beyond the
 /// maximum the oldest go; the count has all of them.
-class QlumEventModel : public QlumTableModel<QlumEvent>
+class QlumEventModel : public QlumEventTable
 {
     Q_OBJECT
 public:
     enum Column { EventType, Message, SourceName, Time, Severity, ServerObject, ColumnCount };
-    /// The severity of a row as a number; 0 where it is not known.
-    static constexpr int severityRole = Qt::UserRole + 1;
-    /// By which tables sort; times as such.
-    static constexpr int sortRole = Qt::UserRole + 2;
-    /// Whether a refresh has sent the event again.
-    static constexpr int refreshedRole = Qt::UserRole + 3;
-    /// The name of the type.
-    static constexpr int typeRole = Qt::UserRole + 4;
 
     /// The names of types come from there.
     QlumEventModel(QlumApplicationInterface& application, QlumEventTypes& types, QObject* parent = nullptr);
@@ -45,15 +37,8 @@ public:
     /// What comes meanwhile waits, up to as many events as the log has rows in all: the oldest of them would
     /// be gone anyway.
     void setPaused(bool isPaused);
-    /// Further columns, each a field by its name.
-    void setExtraFields(const QStringList& fields);
-    [[nodiscard]] const QStringList& extraFields() const { return m_extraFields; }
     /// Rows of what was removed stay: they are what happened.
     void clear();
-
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
-                                      int role = Qt::DisplayRole) const override;
-    [[nodiscard]] int columnCount(const QModelIndex& parent = QModelIndex()) const override;
 
 public slots:
     /// Adds them, or lets them wait.
@@ -72,7 +57,6 @@ private:
 
     QlumApplicationInterface& m_application;
     QlumEventTypes& m_types;
-    QStringList m_extraFields;
     QString m_timeFormat;
     qint64 m_count = 0;
     int m_maximum = 0;
@@ -84,6 +68,8 @@ private:
 
 /// How an event of that severity is shown: a word, and a level for its colour and icon.
 [[nodiscard]] QString qlumSeverityWord(int severity);
+/// Where the middle third of the standard's range begins.
+inline constexpr int qlumMediumSeverity = 334;
 /// In the highest third of the standard's range.
 [[nodiscard]] bool qlumIsHighSeverity(int severity);
 /// What a cell with a severity answers for colours, icons and accessible texts.

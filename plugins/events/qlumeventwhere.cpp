@@ -70,7 +70,7 @@ ElementPointer join(OpcUa_FilterOperator how, ElementPointer left, ElementPointe
     return joined;
 }
 
-ElementPointer elementOf(const QlumEventCondition& condition, int row)
+ElementPointer leafOf(const QlumEventCondition& condition, int row)
 {
     auto element = std::make_unique<Element>();
     element->row = row;
@@ -104,6 +104,70 @@ ElementPointer elementOf(const QlumEventCondition& condition, int row)
     negation->parts.push_back(std::move(element));
     return negation;
 }
+
+// Reads conditions as the tree that they mean.
+class ConditionReader
+{
+public:
+    explicit ConditionReader(const QlumEventConditions& conditions) : m_conditions(conditions)
+    {
+        if (!conditions.empty())
+            m_opens = conditions.front().opens;
+    }
+
+    [[nodiscard]] ElementPointer read()
+    {
+        ElementPointer all;
+        while (m_row < m_conditions.size()) {
+            const auto how = m_conditions[m_row].isOr ? OpcUa_FilterOperator_Or : OpcUa_FilterOperator_And;
+            all = join(how, std::move(all), readAny());
+            m_closes = 0; // of brackets that nobody has opened
+        }
+        return all;
+    }
+
+private:
+    [[nodiscard]] bool goesOn(bool isOr) const
+    {
+        return m_closes == 0 && m_row < m_conditions.size() && m_conditions[m_row].isOr == isOr;
+    }
+
+    [[nodiscard]] ElementPointer readAny()
+    {
+        ElementPointer any = readAll();
+        while (goesOn(true))
+            any = join(OpcUa_FilterOperator_Or, std::move(any), readAll());
+        return any;
+    }
+
+    [[nodiscard]] ElementPointer readAll()
+    {
+        ElementPointer all = readOne();
+        while (goesOn(false))
+            all = join(OpcUa_FilterOperator_And, std::move(all), readOne());
+        return all;
+    }
+
+    [[nodiscard]] ElementPointer readOne()
+    {
+        if (m_opens > 0) {
+            --m_opens;
+            ElementPointer inner = readAny();
+            m_closes = std::max(0, m_closes - 1);
+            return inner;
+        }
+        ElementPointer leaf = leafOf(m_conditions[m_row], static_cast<int>(m_row));
+        m_closes = m_conditions[m_row].closes;
+        if (++m_row < m_conditions.size())
+            m_opens = m_conditions[m_row].opens;
+        return leaf;
+    }
+
+    const QlumEventConditions& m_conditions;
+    std::size_t m_row = 0;
+    int m_opens = 0;  // brackets before the next condition that were not entered yet
+    int m_closes = 0; // those behind the last one that were not left yet
+};
 
 // ---- on our own
 
@@ -174,6 +238,20 @@ bool meetsOne(const QlumEvent& event, const QlumEventCondition& condition,
     }
     return isMet != condition.isNegated;
 }
+
+// A negation that belongs to a condition is the condition's own.
+bool meets(const Element& element, const QlumEvent& event, const QlumEventConditions& conditions,
+           const std::function<bool(const UaNodeId&, const UaNodeId&)>& derives)
+{
+    if (element.filterOperator == OpcUa_FilterOperator_Not)
+        return meetsOne(event, conditions[static_cast<std::size_t>(element.parts.front()->row)], derives);
+    if (element.row >= 0)
+        return meetsOne(event, conditions[static_cast<std::size_t>(element.row)], derives);
+    const auto isMet = [&](const ElementPointer& part) { return meets(*part, event, conditions, derives); };
+    return element.filterOperator == OpcUa_FilterOperator_And
+               ? std::all_of(element.parts.begin(), element.parts.end(), isMet)
+               : std::any_of(element.parts.begin(), element.parts.end(), isMet);
+}
 } // namespace
 
 const std::vector<QlumFieldOperator>& qlumFieldOperators()
@@ -215,21 +293,14 @@ QString qlumConditionText(const QlumEventCondition& condition,
         break;
     }
     }
-    return condition.isNegated ? WhereTexts::tr("not %1").arg(text) : text;
+    if (condition.isNegated)
+        text = WhereTexts::tr("not %1").arg(text);
+    return QString(condition.opens, QLatin1Char('(')) + text + QString(condition.closes, QLatin1Char(')'));
 }
 
 UaContentFilter qlumWhereClause(const QlumEventConditions& conditions, std::vector<int>* rows)
 {
-    ElementPointer all;
-    ElementPointer group;
-    for (std::size_t i = 0; i < conditions.size(); ++i) {
-        if (conditions[i].isOr && group)
-            all = join(OpcUa_FilterOperator_Or, std::move(all), std::move(group));
-        group =
-            join(OpcUa_FilterOperator_And, std::move(group), elementOf(conditions[i], static_cast<int>(i)));
-    }
-    if (group)
-        all = join(OpcUa_FilterOperator_Or, std::move(all), std::move(group));
+    const ElementPointer all = ConditionReader(conditions).read();
     // level by level, so that an operand always names an element behind its own
     std::vector<const Element*> order;
     if (all)
@@ -253,16 +324,7 @@ bool qlumMeets(const QlumEvent& event, const QlumEventConditions& conditions,
 {
     if (conditions.empty() || event.isRefreshEvent())
         return true;
-    bool isMet = true; // by the group that is being read
-    for (std::size_t i = 0; i < conditions.size(); ++i) {
-        if (conditions[i].isOr && i > 0) {
-            if (isMet)
-                return true;
-            isMet = true;
-        }
-        isMet = isMet && meetsOne(event, conditions[i], derives);
-    }
-    return isMet;
+    return meets(*ConditionReader(conditions).read(), event, conditions, derives);
 }
 
 // ---- project
@@ -273,7 +335,8 @@ QStringList qlumStoredConditions(const QlumEventConditions& conditions)
     for (const QlumEventCondition& one : conditions)
         lines.append(QStringList{QString::number(one.isOr), QString::number(one.isNegated),
                                  QString::number(one.kind), QString::number(one.filterOperator),
-                                 toQString(one.type.toXmlString()), one.field.toString(), one.value}
+                                 toQString(one.type.toXmlString()), one.field.toString(), one.value,
+                                 QString::number(one.opens), QString::number(one.closes)}
                          .join(QLatin1Char('\t')));
     return lines;
 }
@@ -283,7 +346,8 @@ QlumEventConditions qlumReadConditions(const QStringList& lines)
     QlumEventConditions conditions;
     for (const QString& line : lines) {
         const QStringList parts = line.split(QLatin1Char('\t'));
-        if (parts.size() != 7 || conditions.size() >= maximumConditions)
+        constexpr int partsWithoutBrackets = 7;
+        if (parts.size() < partsWithoutBrackets || conditions.size() >= maximumConditions)
             continue;
         QlumEventCondition one;
         const int kind = parts.at(2).toInt();
@@ -301,6 +365,8 @@ QlumEventConditions qlumReadConditions(const QStringList& lines)
         one.type = UaNodeId::fromString(parts.at(4).toStdString());
         one.field = BrowsePathList::fromString(parts.at(5));
         one.value = parts.at(6);
+        one.opens = std::clamp(parts.value(partsWithoutBrackets).toInt(), 0, qlumMostBrackets);
+        one.closes = std::clamp(parts.value(partsWithoutBrackets + 1).toInt(), 0, qlumMostBrackets);
         conditions.push_back(std::move(one));
     }
     return conditions;

@@ -15,7 +15,8 @@
 #include <functional>
 #include <vector>
 
-/// One condition. Several are read from the top: "and" binds closer than "or".
+/// One condition. Several are read from the top: "and" binds closer than "or", and brackets closer than both.
+/// One that nobody closes ends with the last condition; one too many that closes says nothing.
 struct QlumEventCondition
 {
     /// What is looked at.
@@ -33,10 +34,15 @@ struct QlumEventCondition
     BrowsePathList field;                                              ///< of Field
     OpcUa_FilterOperator filterOperator = OpcUa_FilterOperator_Equals; ///< of Field
     QString value;                                                     ///< of the others
+    int opens = 0;                                                     ///< brackets before it
+    int closes = 0;                                                    ///< brackets behind it
 
     friend bool operator==(const QlumEventCondition&, const QlumEventCondition&) = default;
 };
 using QlumEventConditions = std::vector<QlumEventCondition>;
+
+/// Brackets that a condition opens or closes.
+inline constexpr int qlumMostBrackets = 3;
 
 /// The operators that a field can be compared by, with how they are shown.
 struct QlumFieldOperator
@@ -46,7 +52,7 @@ struct QlumFieldOperator
 };
 [[nodiscard]] const std::vector<QlumFieldOperator>& qlumFieldOperators();
 
-/// "not Severity >= 500", without how it is joined; types by name.
+/// "(not Severity >= 500", without how it is joined; types by name.
 [[nodiscard]] QString qlumConditionText(const QlumEventCondition& condition,
                                         const std::function<QString(const UaNodeId&)>& typeName);
 /// The clause, and which of the conditions each of its elements is made of; -1 for those that join others.

@@ -198,28 +198,31 @@ void QlumEventWidget::createActions()
     for (const Id id : {Pause, Autoscroll, HideRefreshed, ShowRetainIfFalse})
         m_actions[id]->setCheckable(true);
     m_actions[Autoscroll]->setChecked(true);
-    connect(m_actions[Apply], &QAction::triggered, this, &QlumEventWidget::sltApply);
-    connect(m_actions[ReadTypes], &QAction::triggered, this, &QlumEventWidget::sltReadTypes);
-    connect(m_actions[RemoveItem], &QAction::triggered, this, &QlumEventWidget::sltRemoveItems);
-    connect(m_actions[Refresh], &QAction::triggered, this, &QlumEventWidget::sltRefresh);
+    using Slot = void (QlumEventWidget::*)();
+    constexpr std::pair<Id, Slot> commands[] = {{Apply, &QlumEventWidget::sltApply},
+                                                {ReadTypes, &QlumEventWidget::sltReadTypes},
+                                                {RemoveItem, &QlumEventWidget::sltRemoveItems},
+                                                {Refresh, &QlumEventWidget::sltRefresh},
+                                                {Acknowledge, &QlumEventWidget::sltAcknowledge},
+                                                {Confirm, &QlumEventWidget::sltConfirm},
+                                                {AddComment, &QlumEventWidget::sltAddComment},
+                                                {AcknowledgeAll, &QlumEventWidget::sltAcknowledgeAll},
+                                                {ConfirmAll, &QlumEventWidget::sltConfirmAll},
+                                                {ReadHistory, &QlumEventWidget::sltReadHistory},
+                                                {TimedShelve, &QlumEventWidget::sltTimedShelve},
+                                                {ShelveOnce, &QlumEventWidget::sltShelveOnce},
+                                                {Unshelve, &QlumEventWidget::sltUnshelve},
+                                                {AddColumn, &QlumEventWidget::sltChooseColumns}};
+    for (const auto& [id, slot] : commands)
+        connect(m_actions[id], &QAction::triggered, this, slot);
     connect(m_actions[ClearLog], &QAction::triggered, m_log, &QlumEventModel::clear);
     connect(m_actions[Pause], &QAction::toggled, this, &QlumEventWidget::sltPause);
     connect(m_actions[HideRefreshed], &QAction::toggled, m_logFilter,
             &QlumEventFilterModel::setHidesRefreshed);
     connect(m_actions[ShowRetainIfFalse], &QAction::toggled, m_alarms, &QlumAlarmModel::sltShowRetainIfFalse);
-    connect(m_actions[Acknowledge], &QAction::triggered, this, &QlumEventWidget::sltAcknowledge);
-    connect(m_actions[Confirm], &QAction::triggered, this, &QlumEventWidget::sltConfirm);
-    connect(m_actions[AddComment], &QAction::triggered, this, &QlumEventWidget::sltAddComment);
-    connect(m_actions[AcknowledgeAll], &QAction::triggered, this, &QlumEventWidget::sltAcknowledgeAll);
-    connect(m_actions[ConfirmAll], &QAction::triggered, this, &QlumEventWidget::sltConfirmAll);
-    connect(m_actions[ReadHistory], &QAction::triggered, this, &QlumEventWidget::sltReadHistory);
-    connect(m_actions[TimedShelve], &QAction::triggered, this, &QlumEventWidget::sltTimedShelve);
-    connect(m_actions[ShelveOnce], &QAction::triggered, this, &QlumEventWidget::sltShelveOnce);
-    connect(m_actions[Unshelve], &QAction::triggered, this, &QlumEventWidget::sltUnshelve);
     connect(
         m_actions[Enable], &QAction::triggered, this, [this] { sltSetEnabled(true); });
     connect(m_actions[Disable], &QAction::triggered, this, [this] { sltSetEnabled(false); });
-    connect(m_actions[AddColumn], &QAction::triggered, this, &QlumEventWidget::sltChooseColumns);
 }
 
 void QlumEventWidget::createModels()
@@ -235,6 +238,7 @@ void QlumEventWidget::createModels()
             [this](const QString& what, const QString& why) {
                 m_messages->tell({QlumMessage::Error, QStringLiteral("history"), what, why, {}, {}});
             });
+    connect(m_items, &QlumMonitoredItemModel::refreshAnswered, this, &QlumEventWidget::refreshAnswered);
     connect(m_items, &QlumMonitoredItemModel::filterAnswered, this, &QlumEventWidget::sltFilterAnswered);
     m_items->setDerives([this](unsigned int serverId, const UaNodeId& type, const UaNodeId& base) {
         return m_types.derives(serverId, type, base);
@@ -407,7 +411,7 @@ QWidget* QlumEventWidget::makeAlarmPage()
     auto* bar = makeBar("alarmToolBar", tr("Alarms"), this);
     bar->addActions(m_actions.list({Acknowledge, Confirm, AddComment}));
     bar->addSeparator();
-    bar->addActions(m_actions.list({AcknowledgeAll, ConfirmAll, Refresh, ShowRetainIfFalse}));
+    bar->addActions(m_actions.list({AcknowledgeAll, ConfirmAll, Refresh, ShowRetainIfFalse, AddColumn}));
     auto* filters = makeBar("alarmFilterBar", tr("Filter"), this);
     addFilterFields(filters, m_alarmFilter);
     m_offline = makeNote("offlineServers", this);
@@ -438,6 +442,7 @@ QWidget* QlumEventWidget::makeHistoryPage()
 {
     m_historyFilter->setSourceModel(m_history);
     auto* bar = makeBar("eventHistoryToolBar", tr("Event History"), this);
+    bar->addActions(m_actions.list({ReadHistory}));
     const QDateTime now = QDateTime::currentDateTime();
     const auto field = [bar](const char* name, const QString& title, const QDateTime& time) {
         auto* label = new QLabel(title, bar);
@@ -452,7 +457,6 @@ QWidget* QlumEventWidget::makeHistoryPage()
     };
     m_start = field("historyStart", tr("&Start:"), now.addSecs(-secondsOfHistory));
     m_end = field("historyEnd", tr("&End:"), now);
-    bar->addActions(m_actions.list({ReadHistory}));
     auto* filters = makeBar("eventHistoryFilterBar", tr("Filter"), this);
     addFilterFields(filters, m_historyFilter);
     m_historyView =

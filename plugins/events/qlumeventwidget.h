@@ -155,7 +155,8 @@ private:
     void addFilterFields(QToolBar* bar, QlumEventFilterModel* filter);
     void notifiersAdded();
     void filterHere(unsigned int key);
-    void showColumns(const QStringList& fields);
+    void followAlarm();
+    void refreshAnswered(unsigned int serverId, const UaStatus& status);
     void updateActions();
     void updateOffline();
     void updateMissing();
@@ -208,4 +209,6 @@ private:
     unsigned int m_shownServer = qlumNoServer; ///< whose field tree is shown
     std::map<ConditionKey, QPointer<QlumConditionDialog>> m_dialogs;
     std::deque<Question> m_questions;
+    std::map<unsigned int, UaStatus> m_refreshFaults; ///< of servers that did not refresh
+    UaByteString m_shownEvent;                        ///< of the alarm whose details are shown
 };

@@ -6,6 +6,7 @@
 #include <app/api/qlumtext.h>
 #include <plugins/events/qlumeventactions.h>
 #include <plugins/events/qlumeventsettings.h>
+#include <plugins/events/qlumeventtable.h>
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/qlummessagebar.h>
@@ -34,6 +35,31 @@ using namespace QlumEventActions;
 
 namespace {
 const QString nodeMimeType = QStringLiteral("application/UaNodeInformation");
+
+struct AlarmCounts
+{
+    int high = 0, medium = 0, low = 0, unknown = 0;
+    int active = 0, inactive = 0, open = 0, unacknowledged = 0, unconfirmed = 0;
+};
+
+AlarmCounts countAlarms(const QlumAlarmModel& alarms)
+{
+    AlarmCounts counts;
+    for (int row = 0; row < alarms.rowCount(); ++row) {
+        const QlumEvent& event = alarms.rowAt(row);
+        const int severity = event.severity();
+        ++(severity <= 0                    ? counts.unknown
+           : qlumIsHighSeverity(severity)   ? counts.high
+           : severity >= qlumMediumSeverity ? counts.medium
+                                            : counts.low);
+        counts.active += event.is(QlumField::ActiveId, true) ? 1 : 0;
+        counts.inactive += event.is(QlumField::ActiveId, false) ? 1 : 0;
+        counts.unacknowledged += event.is(QlumField::AckedId, false) ? 1 : 0;
+        counts.unconfirmed += event.is(QlumField::ConfirmedId, false) ? 1 : 0;
+        counts.open += alarms.isOpen(row) ? 1 : 0;
+    }
+    return counts;
+}
 } // namespace
 
 // ---- notifiers
@@ -234,9 +260,11 @@ void QlumEventWidget::sltNewEvents(const QlumEvents& events)
     takeDialogs(events);
 }
 
-// Of all fields that some notifier asks for.
+// Of all fields that some notifier asks for, for the list that is shown; past events go with those of now.
 void QlumEventWidget::sltChooseColumns()
 {
+    QlumEventTable* const table =
+        m_tabs->currentIndex() == 1 ? static_cast<QlumEventTable*>(m_alarms) : m_log;
     QStringList fields;
     for (const QlumEventNodeMonitored& node : m_items->rows())
         for (const QString& name : QlumFieldNames::of(node.selectClauses)->names())
@@ -251,7 +279,7 @@ void QlumEventWidget::sltChooseColumns()
     for (const QString& field : qAsConst(fields)) {
         auto* item = new QListWidgetItem(field, list);
         item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-        item->setCheckState(m_log->extraFields().contains(field) ? Qt::Checked : Qt::Unchecked);
+        item->setCheckState(table->extraFields().contains(field) ? Qt::Checked : Qt::Unchecked);
     }
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
     connect(buttons, &QDialogButtonBox::accepted, dialog.data(), &QDialog::accept);
@@ -267,14 +295,11 @@ void QlumEventWidget::sltChooseColumns()
         if (list->item(row)->checkState() == Qt::Checked)
             chosen.append(list->item(row)->text());
     delete dialog;
-    if (isAccepted)
-        showColumns(chosen);
-}
-
-void QlumEventWidget::showColumns(const QStringList& fields)
-{
-    m_log->setExtraFields(fields);
-    m_history->setExtraFields(fields);
+    if (!isAccepted)
+        return;
+    table->setExtraFields(chosen);
+    m_history->setExtraFields(m_log->extraFields());
+    m_application.setModified();
 }
 
 void QlumEventWidget::sltPause(bool isPaused)
@@ -284,20 +309,20 @@ void QlumEventWidget::sltPause(bool isPaused)
 
 void QlumEventWidget::sltShowCounts()
 {
-    int open = 0;
-    int high = 0;
-    for (int row = 0; row < m_alarms->rowCount(); ++row) {
-        open += m_alarms->isOpen(row) ? 1 : 0;
-        high += qlumIsHighSeverity(m_alarms->rowAt(row).severity()) ? 1 : 0;
-    }
+    const AlarmCounts alarms = countAlarms(*m_alarms);
     const QLocale locale = QLocale::system();
+    const auto count = [&locale](int number) { return locale.toString(number); };
     m_tabs->setTabText(0, tr("Events (%1)").arg(locale.toString(m_log->count())));
-    m_tabs->setTabText(
-        1, tr("Alarms (%1, %2 open, %3 high)")
-               .arg(locale.toString(m_alarms->rowCount()), locale.toString(open), locale.toString(high)));
+    m_tabs->setTabText(1, tr("Alarms (%1: %2 high, %3 medium, %4 low; %5 active, %6 open)")
+                              .arg(count(m_alarms->rowCount()), count(alarms.high), count(alarms.medium),
+                                   count(alarms.low), count(alarms.active), count(alarms.open)));
+    m_tabs->setTabToolTip(1, tr("Not acknowledged: %1; not confirmed: %2; inactive: %3; severity unknown: %4")
+                                 .arg(count(alarms.unacknowledged), count(alarms.unconfirmed),
+                                      count(alarms.inactive), count(alarms.unknown)));
     m_tabs->setTabText(2, tr("Event History (%1)").arg(locale.toString(m_history->count())));
     m_waiting->setText(
         m_log->isPaused() ? tr("Paused, %1 waiting").arg(locale.toString(m_log->waitingCount())) : QString());
+    followAlarm();
     updateActions();
 }
 
@@ -319,11 +344,21 @@ void QlumEventWidget::sltEventSelected()
         return;
     if (m_tabs->currentIndex() == 0)
         show(m_logView, *m_log, m_logFilter);
-    else if (m_tabs->currentIndex() == 1)
+    if (m_tabs->currentIndex() == 1)
+        m_shownEvent = currentAlarm() < 0 ? UaByteString() : m_alarms->eventId(currentAlarm());
+    if (m_tabs->currentIndex() == 1)
         show(m_alarmView, *m_alarms, m_alarmFilter);
-    else
+    else if (m_tabs->currentIndex() == 2)
         show(m_historyView, *m_history, m_historyFilter);
     updateActions();
+}
+
+// The alarm that is selected may have another state by now.
+void QlumEventWidget::followAlarm()
+{
+    const int row = currentAlarm();
+    if (m_tabs->currentIndex() == 1 && row >= 0 && m_alarms->eventId(row) != m_shownEvent)
+        sltEventSelected();
 }
 
 // The first question about a structure may load the definitions of a whole server, for which nobody waits.
@@ -385,6 +420,7 @@ void QlumEventWidget::sessionRemoved(unsigned int serverId)
     std::erase_if(m_questions, [&](const Question& one) { return one.serverId == serverId; });
     m_items->sessionRemoved(serverId);
     m_alarms->sessionRemoved(serverId);
+    m_refreshFaults.erase(serverId);
     if (m_shownServer == serverId)
         sltNodeSelected();
     updateOffline();
@@ -404,9 +440,25 @@ void QlumEventWidget::updateOffline()
                                .arg(name, QLocale::system().toString(since, qlumDateTimeFormat()))
                          : tr("There is no connection to %1.").arg(name));
     }
+    for (const auto& [serverId, status] : m_refreshFaults)
+        if (m_items->isUp(serverId))
+            lines.append(
+                tr("%1 does not refresh its conditions: %2 Alarms are listed as they are reported; those "
+                   "of before stay marked.")
+                    .arg(m_application.serverName(serverId),
+                         qlumStatusWords(qlumStatusText(status.statusCode()))));
     lines.sort();
     m_offline->setText(lines.join(QLatin1Char('\n')));
     m_offline->setVisible(!lines.isEmpty());
+}
+
+void QlumEventWidget::refreshAnswered(unsigned int serverId, const UaStatus& status)
+{
+    if (status.isBad())
+        m_refreshFaults[serverId] = status;
+    else
+        m_refreshFaults.erase(serverId);
+    updateOffline();
 }
 
 void QlumEventWidget::updateActions()
@@ -433,6 +485,7 @@ void QlumEventWidget::saveSettings(QSettings& settings)
     settings.setValue(QStringLiteral("Autoscroll"), m_actions[Autoscroll]->isChecked());
     settings.setValue(QStringLiteral("ShowRetainIfFalse"), m_actions[ShowRetainIfFalse]->isChecked());
     settings.setValue(QStringLiteral("ExtraColumns"), m_log->extraFields());
+    settings.setValue(QStringLiteral("AlarmColumns"), m_alarms->extraFields());
     settings.setValue(QStringLiteral("StartTime"), m_start->dateTime());
     settings.setValue(QStringLiteral("EndTime"), m_end->dateTime());
 }
@@ -445,7 +498,9 @@ void QlumEventWidget::loadSettings(QSettings& settings, const QMap<int, int>& se
     for (const auto& [key, edit] : {std::pair("StartTime", m_start), std::pair("EndTime", m_end)})
         if (const QDateTime time = settings.value(QLatin1String(key)).toDateTime(); time.isValid())
             edit->setDateTime(time);
-    showColumns(settings.value(QStringLiteral("ExtraColumns")).toStringList());
+    m_log->setExtraFields(settings.value(QStringLiteral("ExtraColumns")).toStringList());
+    m_history->setExtraFields(m_log->extraFields());
+    m_alarms->setExtraFields(settings.value(QStringLiteral("AlarmColumns")).toStringList());
     m_items->load(settings, serverIdMap);
     updateOffline();
     updateActions();

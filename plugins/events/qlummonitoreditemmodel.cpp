@@ -525,7 +525,7 @@ void QlumMonitoredItemModel::createMonitoredItems(unsigned int serverId, bool is
             return;
         log.info(isRestored ? tr("Session could be restored, calling ConditionRefresh")
                             : tr("Calling ConditionRefresh to get current conditions"));
-        static_cast<void>(subscription->refresh()); // logged there
+        tellRefresh(job, serverId, subscription->refresh());
     };
     runLater(serverId, tr("Subscribing to events"), work);
 }
@@ -550,6 +550,18 @@ void QlumMonitoredItemModel::callRefresh(unsigned int serverId)
         log.write(QlumLogLevel::Warning,
                   tr("No subscription exists for server %1, skip calling refresh.").arg(serverId));
     else
-        runLater(serverId, tr("Refreshing conditions"),
-                 [subscription](QlumJob&) { static_cast<void>(subscription->refresh()); });
+        runLater(serverId, tr("Refreshing conditions"), [this, serverId, subscription](QlumJob& job) {
+            tellRefresh(job, serverId, subscription->refresh());
+        });
+}
+
+// On a job's thread. One that is under way already tells the same.
+void QlumMonitoredItemModel::tellRefresh(QlumJob& job, unsigned int serverId, const UaStatus& status)
+{
+    const std::weak_ptr<int> alive = m_alive;
+    if (status.statusCode() != OpcUa_BadRefreshInProgress)
+        job.post([this, alive, serverId, status] {
+            if (!alive.expired())
+                emit refreshAnswered(serverId, status);
+        });
 }

@@ -162,6 +162,8 @@ signals:
     void nodeRemoved(quint32 key);
     /// What a server says of the filter of a notifier.
     void filterAnswered(const QlumFilterAnswer& answer);
+    /// What a server says of being asked to refresh its conditions.
+    void refreshAnswered(unsigned int serverId, const UaStatus& status);
     /// Some more of what readEventHistory() has found.
     void historyEvents(const QlumEvents& events);
     /// One node's history was read, or why not.
@@ -204,6 +206,7 @@ private:
     void createMonitoredItems(unsigned int serverId, bool isReconnected);
     void replaceSubscription(unsigned int serverId);
     [[nodiscard]] UaMonitoredItemCreateRequests createMonitoredItemsRequest(QlumEventNodeMonitored& node);
+    void tellRefresh(QlumJob& job, unsigned int serverId, const UaStatus& status);
     void takeOutcomes(const QlumItemOutcomes& outcomes);
     void takeNames(const std::vector<std::pair<quint32, QString>>& names);
     void follow(unsigned int serverId, const NamespaceMap& namespaces);

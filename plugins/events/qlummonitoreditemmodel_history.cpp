@@ -117,6 +117,7 @@ void QlumMonitoredItemModel::readEventHistory(const QDateTime& start, const QDat
                                        UaDateTime(qlumUaDateTime(start)),
                                        UaDateTime(qlumUaDateTime(end))};
         const QString nodeText = toQString(node.nodeId.toFullString());
+        const QString serverName = m_application.serverName(node.serverId);
         const auto take = [this, alive](QlumJob& job, QlumEvents events) {
             job.post([this, alive, events = std::move(events)] {
                 if (!alive.expired() && !events.empty())
@@ -141,10 +142,11 @@ void QlumMonitoredItemModel::readEventHistory(const QDateTime& start, const QDat
                 return;
             }
             log.error(tr("HistoryReadEvent on node %1 returned error [%2]").arg(nodeText, result));
-            job.post([this, alive, nodeText, result] {
+            job.post([this, alive, nodeText, serverName, result] {
                 if (!alive.expired())
-                    emit historyFailed(tr("The history of %1 could not be read.").arg(nodeText),
-                                       qlumStatusWords(result));
+                    emit historyFailed(
+                        tr("The history of %1 on %2 could not be read.").arg(nodeText, serverName),
+                        qlumStatusWords(result));
             });
         };
         const auto ended = [this, alive, run](QlumWorkEnd) {

@@ -102,9 +102,11 @@ QVariant QlumWhereModel::cell(const QlumWhereRow& row, int column, int role) con
 QlumWherePage::QlumWherePage(QWidget* parent)
     : QWidget(parent), m_model(new QlumWhereModel(this)), m_view(new QTreeView(this)),
       m_note(new QLabel(this)), m_join(makeCombo("whereJoin", tr("How it is joined"))),
+      m_opens(makeCombo("whereOpens", tr("Brackets that open before it"))),
       m_not(new QCheckBox(tr("&not"), this)), m_kind(makeCombo("whereKind", tr("What is looked at"))),
       m_type(makeCombo("whereType", tr("Event type"))), m_field(makeCombo("whereField", tr("Field"))),
       m_operator(makeCombo("whereOperator", tr("Operator"))), m_value(new QLineEdit(this)),
+      m_closes(makeCombo("whereCloses", tr("Brackets that close behind it"))),
       m_add(new QPushButton(tr("A&dd"), this)), m_remove(new QPushButton(tr("Re&move"), this))
 {
     m_view->setObjectName(QStringLiteral("whereConditions"));
@@ -122,6 +124,12 @@ QlumWherePage::QlumWherePage(QWidget* parent)
     m_note->setWordWrap(true);
     m_note->setObjectName(QStringLiteral("whereNote"));
     m_join->addItems({tr("and"), tr("or")});
+    for (int count = 0; count <= qlumMostBrackets; ++count) {
+        m_opens->addItem(QString(count, QLatin1Char('(')));
+        m_closes->addItem(QString(count, QLatin1Char(')')));
+    }
+    m_opens->setMinimumContentsLength(1);
+    m_closes->setMinimumContentsLength(1);
     m_kind->addItems({tr("Type"), tr("Severity"), tr("Source"), tr("Field")});
     m_kind->setCurrentIndex(QlumEventCondition::Severity);
     for (const QlumFieldOperator& one : qlumFieldOperators())
@@ -133,10 +141,12 @@ QlumWherePage::QlumWherePage(QWidget* parent)
     m_add->setObjectName(QStringLiteral("addCondition"));
     m_remove->setObjectName(QStringLiteral("removeCondition"));
     auto* first = new QHBoxLayout;
-    for (QWidget* const widget : std::initializer_list<QWidget*>{m_join, m_not, m_kind, m_type, m_field})
+    for (QWidget* const widget :
+         std::initializer_list<QWidget*>{m_join, m_opens, m_not, m_kind, m_type, m_field})
         first->addWidget(widget);
     auto* second = new QHBoxLayout;
-    for (QWidget* const widget : std::initializer_list<QWidget*>{m_operator, m_value, m_add, m_remove})
+    for (QWidget* const widget :
+         std::initializer_list<QWidget*>{m_operator, m_value, m_closes, m_add, m_remove})
         second->addWidget(widget);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(2, 2, 2, 2);
@@ -244,7 +254,11 @@ void QlumWherePage::sltAdd()
                           : BrowsePathList::fromString(m_field->currentText() + QLatin1Char('/'));
     condition.filterOperator = static_cast<OpcUa_FilterOperator>(m_operator->currentData().toInt());
     condition.value = m_value->text();
+    condition.opens = m_opens->currentIndex();
+    condition.closes = m_closes->currentIndex();
     m_model->add(condition);
+    m_opens->setCurrentIndex(0);
+    m_closes->setCurrentIndex(0);
     emit conditionsEdited(m_model->conditions());
 }
 

@@ -83,12 +83,14 @@ private:
     QTreeView* m_view;
     QLabel* m_note;
     QComboBox* m_join;
+    QComboBox* m_opens;
     QCheckBox* m_not;
     QComboBox* m_kind;
     QComboBox* m_type;
     QComboBox* m_field;
     QComboBox* m_operator;
     QLineEdit* m_value;
+    QComboBox* m_closes;
     QPushButton* m_add;
     QPushButton* m_remove;
 };

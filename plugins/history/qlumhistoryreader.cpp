@@ -30,7 +30,7 @@ class Text
 
 QlumHistoryReader::QlumHistoryReader(QlumSessionServices& services, const QlumHistoryPlan& plan, Hooks hooks)
     : m_services(services), m_plan(plan), m_hooks(std::move(hooks)),
-      m_log(qlumHistoryLogSource(), plan.serverId)
+      m_log(qlumHistoryLogSource(), plan.serverId), m_portions(plan.targets.size())
 {
     for (const QlumHistoryTarget& target : plan.targets) {
         m_outcomes.push_back({target.key, {}, 0, {}, 0, false});
@@ -101,9 +101,22 @@ UaStatus QlumHistoryReader::call(const std::vector<Open>& nodes, bool release,
 
 std::vector<QlumHistoryOutcome> QlumHistoryReader::read()
 {
-    std::vector<Open> nodes;
-    for (std::size_t target = 0; target < m_plan.targets.size(); ++target)
-        nodes.push_back({target, {}});
+    while (!m_hooks.isCancelled()) {
+        std::vector<Open> nodes;
+        for (const std::size_t target : m_portions.next())
+            nodes.push_back({target, {}});
+        if (nodes.empty() || !begin(nodes))
+            break;
+    }
+    for (const std::size_t target : m_portions.waiting())
+        if (m_outcomes[target].status.isBad())
+            tellFault(target);
+    return m_outcomes;
+}
+
+// False: the service failed, and would fail again.
+bool QlumHistoryReader::begin(const std::vector<Open>& nodes)
+{
     HistoryReadDataResults results;
     const UaStatus status = call(nodes, false, results);
     if (status.isBad()) {
@@ -111,13 +124,13 @@ std::vector<QlumHistoryOutcome> QlumHistoryReader::read()
                           Text::tr("%1 has bad status %2").arg(serviceName(), QStringLiteral("%1")),
                           status.statusCode());
         tellWhyRefused();
-        for (QlumHistoryOutcome& outcome : m_outcomes)
-            outcome.status = status;
-        return m_outcomes;
+        for (const Open& node : nodes)
+            m_outcomes[node.target].status = status;
+        return false;
     }
     m_log.info(Text::tr("%1 succeeded").arg(serviceName()));
     continueReading(takeResults(nodes, results));
-    return m_outcomes;
+    return true;
 }
 
 void QlumHistoryReader::continueReading(std::vector<Open> open)
@@ -168,16 +181,9 @@ std::vector<QlumHistoryReader::Open> QlumHistoryReader::takeResults(const std::v
     for (std::size_t i = 0; i < asked.size() && i < results.size(); ++i) {
         const std::size_t target = asked[i].target;
         HistoryReadDataResult& result = results[i];
-        QlumHistoryOutcome& outcome = m_outcomes[target];
-        outcome.status = result.status;
-        if (result.status.isBad()) {
-            m_log.error(Text::tr("HistoryReadDataResults[%1] has bad status %2")
-                            .arg(target)
-                            .arg(qlumStatusText(result.status.statusCode())));
-            outcome.hasMore = outcome.count > 0; // the rest of it cannot be had this way
-            if (outcome.count == 0)
-                tellWhyRefused();
-        }
+        m_outcomes[target].status = result.status;
+        if (result.status.isBad())
+            takeFault(asked[i], result.status);
         const bool takesMore = result.status.isBad() || takeValues(target, result);
         if (result.continuationPoint.isEmpty())
             tellCount(target);
@@ -187,6 +193,17 @@ std::vector<QlumHistoryReader::Open> QlumHistoryReader::takeResults(const std::v
     if (!full.empty())
         release(full);
     return open;
+}
+
+void QlumHistoryReader::takeFault(const Open& asked, const UaStatus& status)
+{
+    if (status.statusCode() == OpcUa_BadNoContinuationPoints && asked.point.isEmpty())
+        return m_portions.refuse(asked.target); // there will be points when others have been read
+    QlumHistoryOutcome& outcome = m_outcomes[asked.target];
+    tellFault(asked.target);
+    outcome.hasMore = outcome.count > 0; // the rest of it cannot be had this way
+    if (outcome.count == 0)
+        tellWhyRefused();
 }
 
 // Values of the time at which the read goes on came with the read before.
@@ -233,6 +250,13 @@ void QlumHistoryReader::tellWhyRefused() const
             QlumLogLevel::Warning,
             Text::tr("Modified values have no bounds, and servers refuse to be asked for both. Switch off "
                      "one of the settings 'HistoryPlugin.ReadModified' and 'HistoryPlugin.ReturnBounds'."));
+}
+
+void QlumHistoryReader::tellFault(std::size_t target) const
+{
+    m_log.error(Text::tr("HistoryReadDataResults[%1] has bad status %2")
+                    .arg(target)
+                    .arg(qlumStatusText(m_outcomes[target].status.statusCode())));
 }
 
 void QlumHistoryReader::tellCount(std::size_t target) const

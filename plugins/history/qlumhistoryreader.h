@@ -3,6 +3,7 @@
 #include <app/api/qlumlog.h>
 #include <app/api/qlumsessionservices.h>
 #include <plugins/history/qlumhistoryplan.h>
+#include <plugins/history/qlumhistoryportions.h>
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastatus.h>
@@ -48,12 +49,15 @@ private:
                                 UaClientSdk::HistoryReadDataResults& results);
     [[nodiscard]] UaHistoryReadValueIds idsOf(const std::vector<Open>& nodes) const;
     [[nodiscard]] UaNodeIdArray aggregatesOf(const std::vector<Open>& nodes) const;
+    [[nodiscard]] bool begin(const std::vector<Open>& nodes);
     [[nodiscard]] std::vector<Open> takeResults(const std::vector<Open>& asked,
                                                 UaClientSdk::HistoryReadDataResults& results);
+    void takeFault(const Open& asked, const UaStatus& status);
     [[nodiscard]] bool takeValues(std::size_t target, const UaClientSdk::HistoryReadDataResult& result);
     [[nodiscard]] OpcUa_UInt32 skipped(std::size_t target, const UaClientSdk::HistoryReadDataResult& result);
     void continueReading(std::vector<Open> open);
     void release(const std::vector<Open>& open);
+    void tellFault(std::size_t target) const;
     void tellCount(std::size_t target) const;
     void tellWhyRefused() const;
     [[nodiscard]] QString serviceName() const;
@@ -62,6 +66,7 @@ private:
     const QlumHistoryPlan& m_plan;
     const Hooks m_hooks;
     const QlumLog m_log;
+    QlumHistoryPortions m_portions;
     std::vector<QlumHistoryOutcome> m_outcomes;
     std::vector<quint64> m_toSkip;
 };

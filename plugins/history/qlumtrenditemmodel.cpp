@@ -40,9 +40,14 @@ QVariant QlumTrendItemModel::cell(const QlumTrendItem& item, int column, int rol
 {
     const QString node = toQString(item.nodeId.toXmlString());
     if (role == Qt::ToolTipRole)
-        return qlumPlainToolTip(column == History ? item.history : tr("%1 (%2)").arg(item.name, node));
+        return qlumPlainToolTip(column == History ? item.history
+                                : item.history.isEmpty()
+                                    ? tr("%1 (%2)").arg(item.name, node)
+                                    : tr("%1 (%2): %3").arg(item.name, node, item.history));
     switch (column) {
-    case Server:
+    case Server: // with a sign of what is in the last column, which small windows do not show
+        if (role == Qt::DecorationRole)
+            return qlumStatusCell(item.level, role);
         return role == Qt::DisplayRole ? QVariant(qlumSingleLine(m_application.serverName(item.serverId)))
                                        : QVariant();
     case NodeId:

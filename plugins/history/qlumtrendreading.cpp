@@ -9,9 +9,11 @@
 #include <plugins/history/qlumaggregates.h>
 #include <plugins/history/qlumhistorycsv.h>
 #include <plugins/history/qlumhistoryplan.h>
+#include <plugins/history/qlumhistoryportions.h>
 #include <plugins/history/qlumhistoryreader.h>
 #include <plugins/history/qlumhistoryvalues.h>
 #include <plugins/history/qlumtrendnodes.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
@@ -33,16 +35,102 @@ namespace {
 
 constexpr int sideBySide = 8; // servers that are read at a time
 
-UaHistoryReadValueIds idsOf(const QlumHistoryPlan& plan, const UaClientSdk::HistoryReadDataResults* points)
+// Looks for the earliest value of the nodes of one server, each of which is asked for one value.
+class FirstValueSearch
 {
-    UaHistoryReadValueIds ids(static_cast<OpcUa_UInt32>(plan.targets.size()));
-    for (OpcUa_UInt32 i = 0; i < ids.length(); ++i)
-        if (OpcUa_IsBad(plan.targets[i].nodeId.copyTo(&ids[i].NodeId)) ||
-            (points != nullptr &&
-             OpcUa_IsBad((*points)[i].continuationPoint.copyTo(&ids[i].ContinuationPoint))))
-            return {};
-    return ids;
-}
+public:
+    FirstValueSearch(QlumSessionServices& session, QlumJob& job, const QlumHistoryPlan& plan)
+        : m_session(session), m_job(job), m_plan(plan), m_log(qlumHistoryLogSource(), plan.serverId)
+    {
+        m_context.startTime = plan.start;
+        m_context.endTime = plan.end;
+        m_context.numValuesPerNode = plan.valuesPerNode;
+    }
+
+    [[nodiscard]] UaDateTime search()
+    {
+        QlumHistoryPortions portions(m_plan.targets.size());
+        while (!m_job.isCancelled()) {
+            const std::vector<std::size_t>& nodes = portions.next();
+            if (nodes.empty() || !ask(nodes, portions))
+                break;
+        }
+        return m_found;
+    }
+
+private:
+    using Points = std::vector<std::pair<std::size_t, UaByteString>>;
+
+    [[nodiscard]] UaStatus call(const Points& nodes, UaClientSdk::HistoryReadDataResults& results)
+    {
+        UaClientSdk::ServiceSettings settings = m_job.serviceSettings();
+        UaHistoryReadValueIds ids(static_cast<OpcUa_UInt32>(nodes.size()));
+        for (OpcUa_UInt32 i = 0; i < ids.length(); ++i)
+            if (OpcUa_IsBad(m_plan.targets[nodes[i].first].nodeId.copyTo(&ids[i].NodeId)) ||
+                OpcUa_IsBad(nodes[i].second.copyTo(&ids[i].ContinuationPoint)))
+                return UaStatus(OpcUa_BadOutOfMemory);
+        return m_session.historyReadRawModified(settings, m_context, ids, results);
+    }
+
+    [[nodiscard]] bool ask(const std::vector<std::size_t>& nodes, QlumHistoryPortions& portions)
+    {
+        Points asked, open;
+        for (const std::size_t node : nodes)
+            asked.emplace_back(node, UaByteString());
+        UaClientSdk::HistoryReadDataResults results;
+        const UaStatus status = call(asked, results);
+        if (status.isBad()) {
+            m_log.error(QlumTrendReading::tr("historyReadRawModified failed with error '%1' (%2)")
+                            .arg(qlumStatusText(status.statusCode()),
+                                 QStringLiteral("0x%1").arg(status.statusCode(), 8, 16, QLatin1Char('0'))));
+            return false;
+        }
+        for (std::size_t i = 0; i < asked.size() && i < results.size(); ++i) {
+            if (results[i].status.statusCode() == OpcUa_BadNoContinuationPoints && asked.size() > 1)
+                portions.refuse(asked[i].first);
+            else
+                take(asked[i].first, results[i]);
+            if (!results[i].continuationPoint.isEmpty())
+                open.emplace_back(asked[i].first, results[i].continuationPoint);
+        }
+        giveBack(open);
+        return true;
+    }
+
+    void take(std::size_t node, const UaClientSdk::HistoryReadDataResult& result)
+    {
+        if (result.status.isBad()) {
+            m_log.error(QlumTrendReading::tr("HistoryReadDataResults[%1] has bad status %2")
+                            .arg(node)
+                            .arg(qlumStatusText(result.status.statusCode())));
+        } else if (result.values.isEmpty()) {
+            m_log.info(QlumTrendReading::tr("HistoryReadDataResults[%1] contains no values").arg(node));
+        } else {
+            const UaDateTime time(result.values[0].SourceTimestamp);
+            m_log.info(QlumTrendReading::tr("SourceTimestamp: %1").arg(toQString(time.toString())));
+            if (!time.isNull() && (m_found.isNull() || time < m_found))
+                m_found = time;
+        }
+    }
+
+    // One value of each is all that is wanted.
+    void giveBack(const Points& open)
+    {
+        if (open.empty() || m_job.isCancelled())
+            return;
+        UaClientSdk::HistoryReadDataResults none;
+        m_context.releaseContinuationPoints = true;
+        static_cast<void>(call(open, none));
+        m_context.releaseContinuationPoints = false;
+    }
+
+    QlumSessionServices& m_session;
+    QlumJob& m_job;
+    const QlumHistoryPlan& m_plan;
+    const QlumLog m_log;
+    UaClientSdk::HistoryReadRawModifiedContext m_context;
+    UaDateTime m_found;
+};
 
 } // namespace
 
@@ -122,52 +210,6 @@ void QlumTrendReading::endServer(unsigned int serverId)
 
 // ---- the first value
 
-// On a job's thread.
-UaDateTime QlumTrendReading::earliest(QlumJob& job, const QlumHistoryPlan& plan) const
-{
-    const QlumLog log(qlumHistoryLogSource(), plan.serverId);
-    const std::shared_ptr<QlumSessionServices> session = m_services(plan.serverId);
-    if (!session)
-        return {};
-    UaClientSdk::HistoryReadRawModifiedContext context;
-    context.startTime = plan.start;
-    context.endTime = plan.end;
-    context.numValuesPerNode = plan.valuesPerNode;
-    UaClientSdk::ServiceSettings settings = job.serviceSettings();
-    UaClientSdk::HistoryReadDataResults results;
-    const UaStatus status = session->historyReadRawModified(settings, context, idsOf(plan, nullptr), results);
-    if (status.isBad()) {
-        log.error(tr("historyReadRawModified failed with error '%1' (%2)")
-                      .arg(qlumStatusText(status.statusCode()),
-                           QStringLiteral("0x%1").arg(status.statusCode(), 8, 16, QLatin1Char('0'))));
-        return {};
-    }
-    UaDateTime found;
-    bool hasPoints = false;
-    for (std::size_t i = 0; i < results.size(); ++i) {
-        const UaClientSdk::HistoryReadDataResult& result = results[i];
-        hasPoints = hasPoints || !result.continuationPoint.isEmpty();
-        if (result.status.isBad()) {
-            log.error(tr("HistoryReadDataResults[%1] has bad status %2")
-                          .arg(i)
-                          .arg(qlumStatusText(result.status.statusCode())));
-        } else if (result.values.isEmpty()) {
-            log.info(tr("HistoryReadDataResults[%1] contains no values").arg(i));
-        } else {
-            const UaDateTime time(result.values[0].SourceTimestamp);
-            log.info(tr("SourceTimestamp: %1").arg(toQString(time.toString())));
-            if (!time.isNull() && (found.isNull() || time < found))
-                found = time;
-        }
-    }
-    if (hasPoints && !job.isCancelled()) {
-        UaClientSdk::HistoryReadDataResults none;
-        context.releaseContinuationPoints = true;
-        static_cast<void>(session->historyReadRawModified(settings, context, idsOf(plan, &results), none));
-    }
-    return found;
-}
-
 void QlumTrendReading::findStartTime(std::vector<QlumHistoryPlan> plans)
 {
     if (!m_searches.empty())
@@ -177,7 +219,8 @@ void QlumTrendReading::findStartTime(std::vector<QlumHistoryPlan> plans)
         emit startTimeRead(m_found);
     for (const QlumHistoryPlan& plan : plans) {
         const auto work = [this, plan](QlumJob& job) {
-            const UaDateTime time = earliest(job, plan);
+            const std::shared_ptr<QlumSessionServices> session = m_services(plan.serverId);
+            const UaDateTime time = session ? FirstValueSearch(*session, job, plan).search() : UaDateTime();
             job.post([this, time] {
                 if (!time.isNull() && (m_found.isNull() || time < m_found))
                     m_found = time;

@@ -63,7 +63,6 @@ signals:
 
 private:
     void carryOut(QlumJob& job, const QlumHistoryPlan& plan);
-    [[nodiscard]] UaDateTime earliest(QlumJob& job, const QlumHistoryPlan& plan) const;
     void ended(quint64 number);
     void searchEnded(quint64 number);
 

@@ -30,6 +30,7 @@
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 
+#include <QAbstractButton>
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
@@ -57,6 +58,7 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTimeZone>
+#include <QToolBar>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -72,6 +74,7 @@ namespace {
 
 constexpr std::size_t mostWithoutQuestion = 100; // nodes that come at a time
 constexpr std::size_t curveCapacity = 5'000'000;
+constexpr int smallestPlot = 24; // characters
 
 QString dropHint()
 {
@@ -140,6 +143,14 @@ void QlumTrendViewDocument::makeCompact(QTableView* view, std::initializer_list<
                                          cellMargin);
 }
 
+// The names of variables are as long as somebody has made them.
+void QlumTrendViewDocument::letBeSmall(QComboBox* names)
+{
+    constexpr int shownCharacters = 8;
+    names->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    names->setMinimumContentsLength(shownCharacters);
+}
+
 QWidget* QlumTrendViewDocument::makeLeft()
 {
     auto* left = new QSplitter(Qt::Vertical);
@@ -203,6 +214,8 @@ QWidget* QlumTrendViewDocument::makeHistoryData()
     m_plot = new QlumPlot;
     m_plot->setObjectName(QStringLiteral("historyPlot"));
     m_plot->setFollowing(false);
+    m_plot->setMinimumWidth(fontMetrics().averageCharWidth() *
+                            smallestPlot); // below what its axes would like
     m_picker = new QlumPlotPicker(m_plot->area());
     m_sample = new QLabel;
     m_sample->setObjectName(QStringLiteral("sampleStatus"));
@@ -213,7 +226,9 @@ QWidget* QlumTrendViewDocument::makeHistoryData()
     auto* upper = new QWidget;
     auto* upperLayout = new QVBoxLayout(upper);
     upperLayout->setContentsMargins(0, 0, 0, 0);
+    upperLayout->setSpacing(0);
     upperLayout->addWidget(makeBar());
+    upperLayout->addWidget(makeProgress());
     upperLayout->addWidget(m_plot, 1);
     upperLayout->addWidget(m_sample);
     auto* splitter = new QSplitter(Qt::Vertical, page);
@@ -229,49 +244,54 @@ QWidget* QlumTrendViewDocument::makeHistoryData()
     return page;
 }
 
+// What does not fit into a small window is in the menu at the end of the bar.
 QWidget* QlumTrendViewDocument::makeBar()
 {
-    auto* bar = new QWidget;
+    auto* bar = new QToolBar(tr("History Data"));
+    bar->setObjectName(QStringLiteral("trendToolBar"));
+    const auto add = [bar](QAbstractButton* button, const char* name, const QString& hint) {
+        button->setObjectName(QLatin1String(name));
+        button->setToolTip(hint);
+        button->setWhatsThis(hint);
+        bar->addWidget(button);
+    };
     m_catch = new QCheckBox(tr("&Catch Values"));
-    m_catch->setObjectName(QStringLiteral("catchValues"));
-    m_catch->setToolTip(
-        tr("The text at the pointer tells the nearest value that was read, not a place between two."));
-    m_catch->setWhatsThis(m_catch->toolTip());
     auto* reset = new QPushButton(tr("&Reset View"));
-    reset->setObjectName(QStringLiteral("resetView"));
-    reset->setToolTip(tr("Shows the whole time range that was read."));
-    reset->setWhatsThis(reset->toolTip());
+    m_liveBox = new QCheckBox(tr("Continue Li&ve"));
+    auto* save = new QPushButton(tr("Save as CS&V..."));
+    add(m_catch, "catchValues",
+        tr("The text at the pointer tells the nearest value that was read, not a place between two."));
+    add(reset, "resetView", tr("Shows the whole time range that was read."));
+    add(m_liveBox, "continueLive", tr("Curves go on with the values that the servers report from now on."));
+    add(save, "saveRange", tr("Reads the time range into a file, more than the plot could hold."));
+    connect(m_catch, &QCheckBox::toggled, this, [this](bool on) { m_picker->setCatching(on); });
+    connect(reset, &QPushButton::clicked, this, &QlumTrendViewDocument::sltResetView);
+    connect(save, &QPushButton::clicked, this, &QlumTrendViewDocument::askForFile);
+    return bar;
+}
+
+// A line of its own, since a text that grows must neither move nor cover anything.
+QWidget* QlumTrendViewDocument::makeProgress()
+{
+    m_progressLine = new QWidget;
     m_progress = new QLabel;
     m_progress->setObjectName(QStringLiteral("readProgress"));
     m_progress->setAccessibleName(tr("Progress of reading"));
-    m_progress->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_progress->setSizePolicy(QSizePolicy::Ignored,
-                              QSizePolicy::Preferred); // a text that grows moves nothing
+    m_progress->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_cancel = new QPushButton(tr("Cance&l"));
     m_cancel->setObjectName(QStringLiteral("cancelReading"));
     m_cancel->setToolTip(tr("Ends reading; what has come stays."));
+    QSizePolicy keepsPlace = m_cancel->sizePolicy();
+    keepsPlace.setRetainSizeWhenHidden(true);
+    m_cancel->setSizePolicy(keepsPlace);
     m_cancel->hide();
-    connect(m_catch, &QCheckBox::toggled, this, [this](bool on) { m_picker->setCatching(on); });
-    connect(reset, &QPushButton::clicked, this, &QlumTrendViewDocument::sltResetView);
     connect(m_cancel, &QPushButton::clicked, this, &QlumTrendViewDocument::sltCancel);
-    m_liveBox = new QCheckBox(tr("Continue Li&ve"));
-    m_liveBox->setObjectName(QStringLiteral("continueLive"));
-    m_liveBox->setToolTip(tr("Curves go on with the values that the servers report from now on."));
-    m_liveBox->setWhatsThis(m_liveBox->toolTip());
-    auto* save = new QPushButton(tr("Save as CS&V..."));
-    save->setObjectName(QStringLiteral("saveRange"));
-    save->setToolTip(tr("Reads the time range into a file, more than the plot could hold."));
-    save->setWhatsThis(save->toolTip());
-    connect(save, &QPushButton::clicked, this, &QlumTrendViewDocument::askForFile);
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(4, 4, 4, 0);
-    layout->addWidget(m_catch);
-    layout->addWidget(reset);
-    layout->addWidget(m_liveBox);
-    layout->addWidget(save);
+    auto* layout = new QHBoxLayout(m_progressLine);
+    layout->setContentsMargins(4, 0, 4, 0);
     layout->addWidget(m_progress, 1);
     layout->addWidget(m_cancel);
-    return bar;
+    m_progressLine->hide(); // until something is read
+    return m_progressLine;
 }
 
 QWidget* QlumTrendViewDocument::makeTexts()
@@ -281,6 +301,7 @@ QWidget* QlumTrendViewDocument::makeTexts()
     m_textItem->setObjectName(QStringLiteral("textItem"));
     m_textItem->setAccessibleName(tr("Variable whose values are listed"));
     m_textItem->setToolTip(tr("Variables with values that are no numbers."));
+    letBeSmall(m_textItem);
     m_textView = new QTableView;
     m_textView->setObjectName(QStringLiteral("nonNumericValues"));
     m_textView->setAccessibleName(tr("Values that are no numbers"));

@@ -136,10 +136,12 @@ private:
 
     // ---- widgets and items
     static void makeCompact(QTableView* view, std::initializer_list<int> timeColumns);
+    static void letBeSmall(QComboBox* names);
     [[nodiscard]] QWidget* makeLeft();
     [[nodiscard]] QWidget* makeItems();
     [[nodiscard]] QWidget* makeHistoryData();
     [[nodiscard]] QWidget* makeBar();
+    [[nodiscard]] QWidget* makeProgress();
     [[nodiscard]] QWidget* makeTexts();
     void makeItemActions();
     void connectParts();
@@ -204,6 +206,7 @@ private:
     QlumPlot* m_plot = nullptr;
     QlumPlotPicker* m_picker = nullptr;
     QCheckBox* m_catch = nullptr;
+    QWidget* m_progressLine = nullptr;
     QLabel* m_progress = nullptr;
     QPushButton* m_cancel = nullptr;
     QLabel* m_sample = nullptr;

@@ -91,6 +91,7 @@ QWidget* QlumTrendViewDocument::makeNumericValues()
     m_valueCurve->setObjectName(QStringLiteral("valueCurve"));
     m_valueCurve->setAccessibleName(tr("Curve whose values are listed"));
     m_valueCurve->setToolTip(m_valueCurve->accessibleName());
+    letBeSmall(m_valueCurve);
     m_valueText = new QLineEdit;
     m_valueText->setObjectName(QStringLiteral("valueFilter"));
     m_valueText->setAccessibleName(tr("Text that values must have to be listed"));

@@ -381,9 +381,9 @@ void QlumTrendViewDocument::showProgress()
     m_progress->setText((m_reading->isReading() ? tr("Reading: %1 values, %2 s") : tr("%1 values in %2 s"))
                             .arg(numberText(count), seconds) +
                         skipped);
+    m_progress->setToolTip(m_progress->text());
     m_cancel->setVisible(m_reading->isReading());
-    if (!m_reading->isReading() && !m_wasRead)
-        m_progress->clear();
+    m_progressLine->setVisible(m_wasRead);
 }
 
 // Once for many items, and not while rows come and go.

@@ -128,7 +128,7 @@ protected:
     {
         qlumAssertGuiThread();
         apply(m_rows.at(static_cast<std::size_t>(row)));
-        emit dataChanged(index(row, 0), index(row, titleCount() - 1), roles);
+        emit dataChanged(index(row, 0), index(row, columnCount() - 1), roles);
     }
 
     /// Offers every row to the function, which changes some and is true for these; told in one step.
@@ -144,7 +144,7 @@ protected:
                 last = row;
             }
         if (first >= 0)
-            emit dataChanged(index(first, 0), index(last, titleCount() - 1));
+            emit dataChanged(index(first, 0), index(last, columnCount() - 1));
     }
 
     /// A column of every row looks different now.

@@ -139,6 +139,8 @@ TEST_F(Alarms, OfAServerThatIsAwaySayThatTheyAreOld)
     EXPECT_EQ(note(1), "");
     EXPECT_EQ(model.rowCount(), 2);
     model.setOffline(1, QDateTime());
+    EXPECT_EQ(note(0), "not refreshed") << "the server may refuse to tell what has become of it";
+    send({makeAlarm(1)});
     EXPECT_EQ(note(0), "");
 }
 
@@ -164,6 +166,9 @@ TEST_F(Alarms, ShowWhatTheServerSaysAsPlainText)
         titles.append(model.headerData(column, Qt::Horizontal).toString());
     EXPECT_EQ(titles.join('|'), "ConditionName|Message|SourceName|Time|Severity|Server/Object|Active|"
                                 "Acknowledged State|Confirmed State");
+    model.setExtraFields({"BranchId", "Message"});
+    EXPECT_EQ(model.headerData(QlumAlarmModel::ColumnCount, Qt::Horizontal), "BranchId");
+    EXPECT_EQ(model.index(0, QlumAlarmModel::ColumnCount + 1).data(), "<b>hot</b> and more");
 }
 
 // ---- the log

@@ -278,6 +278,16 @@ TEST_F(EventFields, AreAskedForByConditionsThatServerAndProgramReadAlike)
     EXPECT_FALSE(meets(makeAlarm(1, {{"Message", textVariant("it is hot!")}})));
     EXPECT_TRUE(meets(makeSimple(refreshEnd))); // or a refresh would never end
     EXPECT_EQ(qlumReadConditions(qlumStoredConditions(all)), all);
+    // severe and (from the boiler, or a condition that does not say hot)
+    QlumEventConditions bracketed = all;
+    bracketed[1].opens = 1;
+    bracketed[3].closes = 2; // one too many
+    EXPECT_EQ(clauseText(qlumWhereClause(bracketed)),
+              "10 #1 #2|4 field 500|11 #3 #4|0 field Boiler|10 #5 #6|14 i=2782|7 #7|6 field %hot_");
+    EXPECT_EQ(qlumConditionText(bracketed[3], nullptr), "not Message like %hot_))");
+    EXPECT_FALSE(qlumMeets(makeAlarm(1, {{"Severity", UaVariant(OpcUa_UInt16(1))}}), bracketed,
+                           [](const UaNodeId&, const UaNodeId&) { return true; }));
+    EXPECT_EQ(qlumReadConditions(qlumStoredConditions(bracketed)), bracketed);
     EXPECT_TRUE(qlumReadConditions({"", "1\t2", "0\t0\t9\t0\ti=1\t\tx", "0\t0\t1\t99\ti=1\t\tx"}).empty());
 }
 

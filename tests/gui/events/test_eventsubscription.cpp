@@ -4,6 +4,7 @@
 #include <plugins/events/qlumevent.h>
 #include <plugins/events/qlumeventpools.h>
 #include <plugins/events/qlumeventsubscription.h>
+#include <plugins/events/qlumeventwhere.h>
 #include <plugins/events/qlummonitoreditemmodel.h>
 #include <tests/gui/events/eventtest.h>
 #include <tests/unit/sdk/subscriptiontest.h>
@@ -93,13 +94,15 @@ protected:
     static void fill(OpcUa_EventNotificationList& list, OpcUa_UInt32 handle, const QStringList& texts,
                      const UaNodeId& type = UaNodeId(2041))
     {
+        // the text is the severity as well, where it is a number
         UaEventFieldLists events(static_cast<OpcUa_UInt32>(texts.size()));
         for (OpcUa_UInt32 i = 0; i < events.length(); ++i) {
             const QByteArray text = texts.at(static_cast<int>(i)).toUtf8();
-            UaVariantArray fields(8u); // what the server knows of the standard's fields
+            UaVariantArray fields(9u); // what the server knows of the standard's fields
             EXPECT_TRUE(OpcUa_IsGood(bytesVariant(text.constData()).copyTo(&fields[0])));
             EXPECT_TRUE(OpcUa_IsGood(UaVariant(type).copyTo(&fields[1])));
             EXPECT_TRUE(OpcUa_IsGood(textVariant(text.constData()).copyTo(&fields[7])));
+            EXPECT_TRUE(OpcUa_IsGood(UaVariant(OpcUa_UInt16(text.toUShort())).copyTo(&fields[8])));
             events[i].ClientHandle = handle;
             fields.detach(&events[i].NoOfEventFields, &events[i].EventFields);
         }
@@ -128,6 +131,7 @@ protected:
     std::atomic<OpcUa_StatusCode> itemResult{OpcUa_Good};
     std::atomic<OpcUa_UInt32> lastItem{100};
     QStringList messages;
+    UaNodeId deletedNode; // set while there is no connection
 
 private:
     OpcUa_StatusCode createItems(const OpcUa_CreateMonitoredItemsRequest& asked,
@@ -137,6 +141,8 @@ private:
         for (OpcUa_UInt32 i = 0; i < results.length(); ++i) {
             EXPECT_EQ(asked.ItemsToCreate[i].ItemToMonitor.AttributeId, 12u);
             results[i].StatusCode = itemResult;
+            if (!deletedNode.isNull() && deletedNode == UaNodeId(asked.ItemsToCreate[i].ItemToMonitor.NodeId))
+                results[i].StatusCode = OpcUa_BadNodeIdUnknown;
             results[i].MonitoredItemId = ++lastItem;
             results[i].RevisedQueueSize = asked.ItemsToCreate[i].RequestedParameters.QueueSize;
             const UaStatusCodeArray codes(2u);
@@ -256,6 +262,55 @@ TEST_F(EventSubscription, FetchesWhatIsMissingBeforeAnythingNewerIsShown)
     send(8, 99, {"of nobody"});
     send(9, 1, {"9"});
     ASSERT_TRUE(waitForMessages("1 2 3 4 4b 7 9"));
+}
+
+TEST_F(EventSubscription, FetchesTheNewestThousandOfALargeGap)
+{
+    add({UaNodeId(2253)});
+    answerRepublish([](OpcUa_UInt32, OpcUa_UInt32 number, OpcUa_NotificationMessage& message) {
+        fill(
+            *attach<OpcUa_EventNotificationList>(message, number, OpcUa_EventNotificationList_EncodeableType),
+            1, {QString::number(number)});
+        return OpcUa_Good;
+    });
+    send(1, 1, {"1"});
+    ASSERT_TRUE(waitForMessages("1"));
+    send(5000, 1, {"5000"});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return messages.contains("5000"); }, 60'000));
+    EXPECT_EQ(messages.size(), 1002);
+    EXPECT_EQ(messages.mid(0, 2).join(' '), "1 4000");
+    EXPECT_EQ(messages.mid(1000).join(' '), "4999 5000");
+}
+
+TEST_F(EventSubscription, LooksAtConditionsItselfWhereTheServerRefusesTo)
+{
+    add({UaNodeId(2253)});
+    QlumEventCondition severe;
+    severe.value = "500";
+    model.setWhere(model.rowAt(0).key, {severe}, true);
+    model.applyChanges();
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return application.said("ModifyMonitoredItems succeeded.").size() == 1; }));
+    EXPECT_TRUE(model.getEventFilter(model.rowAt(0)).where().isEmpty());
+    send(1, model.rowAt(0).clientHandle, {"499", "500", "900", "7"});
+    EXPECT_TRUE(waitForMessages("500 900"));
+}
+
+TEST_F(EventSubscription, ANotifierThatIsDeletedIsRefusedInTheNextSessionAndOthersGoOn)
+{
+    add({UaNodeId(2253), UaNodeId(5)});
+    tell(QlumConnectionStatus::ConnectionError);
+    breakLink();
+    deletedNode = UaNodeId(5);
+    mendLink(true);
+    tell(QlumConnectionStatus::NewSessionCreated);
+    tell(QlumConnectionStatus::Connected);
+    ASSERT_TRUE(waitForRefreshes(2));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return model.rowAt(1).state == QlumEventNodeMonitored::Refused; }));
+    EXPECT_EQ(model.rowAt(1).status, OpcUa_BadNodeIdUnknown);
+    EXPECT_EQ(model.rowAt(0).state, QlumEventNodeMonitored::Watched);
+    send(1, model.rowAt(0).clientHandle, {"of the other"});
+    EXPECT_TRUE(waitForMessages("of the other"));
 }
 
 TEST(EventGaps, AreFilledFromTheEndWhenTheyAreLarge)

@@ -4,6 +4,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/events/qlumconditiondialog.h>
 #include <plugins/events/qlumeventplugin.h>
+#include <plugins/events/qlumeventwhere.h>
 #include <plugins/events/qlumeventwidget.h>
 #include <plugins/events/qlummonitoreditemmodel.h>
 #include <tests/gui/events/eventtest.h>
@@ -17,17 +18,21 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/qlummessagebar.h>
 
 #include <QAction>
 #include <QDateTime>
 #include <QDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QObject>
 #include <QPointer>
+#include <QPushButton>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <QTabWidget>
 #include <QTest>
 #include <QTreeView>
 
@@ -280,6 +285,51 @@ TEST_F(EventView, AsksOnceForEachConditionAndNotForAllAtATime)
     application.settings["EventsPlugin.ShowDialogConditions"] = false;
     view->sltNewEvents({asking(200, true)});
     EXPECT_EQ(view->openDialogs().size(), 0);
+}
+
+TEST_F(EventView, CountsAlarmsAndFollowsTheOneThatIsSelected)
+{
+    const auto alarm = [](OpcUa_UInt32 id, OpcUa_UInt16 severity, const char* message, const char* event) {
+        return makeAlarm(id, {{"Severity", UaVariant(severity)},
+                              {"ActiveState/Id", UaVariant(id != 3)},
+                              {"Message", textVariant(message)},
+                              {"EventId", bytesVariant(event)}});
+    };
+    auto* tabs = view->findChild<QTabWidget*>("eventTabs");
+    view->sltNewEvents({alarm(1, 900, "hot", "a"), alarm(2, 400, "warm", "b"), alarm(3, 1, "cold", "c")});
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return tabs->tabText(1) == "Alarms (3: 1 high, 1 medium, 1 low; 2 active, 3 open)";
+    })) << tabs->tabText(1).toStdString();
+    tabs->setCurrentIndex(1);
+    select(1);
+    const auto details = [&] { return modelText(*view->findChild<QTreeView*>("eventDetails")->model()); };
+    EXPECT_NE(details().find("warm"), std::string::npos);
+    view->sltNewEvents({alarm(2, 800, "hotter", "d")});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return details().find("hotter") != std::string::npos; }));
+}
+
+TEST_F(EventView, SaysWhatAServerRefusesAndGoesOnWithoutIt)
+{
+    view->addNotifiers(std::vector<QlumToolNode>{{1, UaNodeId(2253), OpcUa_NodeClass_Object, {}, "Server"}});
+    plugin.sessionStatusChanged(1, QlumConnectionStatus::Connected, {});
+    auto* note = view->findChild<QLabel*>("offlineServers");
+    emit view->items()->refreshAnswered(1, UaStatus(OpcUa_BadInternalError));
+    EXPECT_TRUE(note->text().startsWith("Plc1 does not refresh its conditions: "))
+        << note->text().toStdString();
+    emit view->items()->refreshAnswered(1, UaStatus(OpcUa_Good));
+    EXPECT_EQ(note->text(), "");
+
+    const quint32 key = view->items()->rowAt(0).key;
+    QlumEventCondition severe;
+    severe.value = "500";
+    view->items()->setWhere(key, {severe}, false);
+    emit view->items()->filterAnswered({key, OpcUa_BadMonitoredItemFilterUnsupported, {}});
+    auto* bar = view->findChild<QlumMessageBar*>();
+    ASSERT_FALSE(bar->isHidden());
+    bar->findChild<QPushButton*>()->click();
+    EXPECT_TRUE(view->items()->rowAt(0).isFilteredHere);
+    EXPECT_TRUE(view->items()->getEventFilter(view->items()->rowAt(0)).where().isEmpty());
+    EXPECT_FALSE(view->findChild<QLabel*>("whereNote")->isHidden());
 }
 
 TEST_F(EventView, KeepsItsNotifiersInAProjectAndFollowsTheNamespaces)

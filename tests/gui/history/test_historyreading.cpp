@@ -1,5 +1,7 @@
 #include <app/api/qlumsettings.h>
 #include <opcua/opcua_statuscodes.h>
+#include <plugins/history/qlumhistoryplan.h>
+#include <plugins/history/qlumhistoryreader.h>
 #include <plugins/history/qlumnonnumericmodel.h>
 #include <plugins/history/qlumtrendpanel.h>
 #include <tests/gui/history/trendfixture.h>
@@ -8,6 +10,7 @@
 #include <uabase/values/uadiagnosticinfo.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
+#include <uaclientsdk/servicesettings.h>
 #include <uawidgets/plot/qlumplot.h>
 #include <uawidgets/plot/qlumplotcurve.h>
 #include <uawidgets/plot/qlumsamplestore.h>
@@ -23,7 +26,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <limits>
+#include <map>
 #include <vector>
 
 namespace {
@@ -124,6 +129,36 @@ TEST_F(HistoryReading, PointLostInTheMiddleKeepsWhatCame)
     EXPECT_FALSE(bar()->isHidden());
 }
 
+TEST_F(HistoryReading, ManyNodesGetTheFewPointsOfAServerInTurn)
+{
+    QlumHistoryPlan plan;
+    plan.start = at(0);
+    plan.end = at(100);
+    plan.valuesPerNode = 10;
+    plan.maximumNextCalls = 1000;
+    for (OpcUa_UInt32 id = 1; id <= 1000; ++id) {
+        addVariable(id, "Long", numbers(id % 2 == 0 ? 12 : 3));
+        plan.targets.push_back({int(id), node(id), {}, {}, 0});
+    }
+    const auto readAll = [&] {
+        const auto take = [](std::size_t, const auto&, OpcUa_UInt32) { return true; };
+        QlumHistoryReader reader(*services, plan,
+                                 {[] { return false; }, [] { return UaClientSdk::ServiceSettings(); }, take});
+        std::map<quint64, int> nodes; // by the number of their values
+        for (const QlumHistoryOutcome& outcome : reader.read())
+            nodes[outcome.status.isBad() ? 0 : outcome.count] += 1;
+        return nodes;
+    };
+    services->keepsPoints = 40;
+    EXPECT_EQ(readAll(), (std::map<quint64, int>{{3, 500}, {12, 500}}));
+    EXPECT_LT(services->asked().size(), 60U);
+    EXPECT_FALSE(log().join(' ').contains("bad status"));
+
+    services->keepsPoints = 0;
+    EXPECT_EQ(readAll(), (std::map<quint64, int>{{0, 500}, {3, 500}})) << "and it ends";
+    EXPECT_TRUE(log().contains("HistoryReadDataResults[1] has bad status BadNoContinuationPoints"));
+}
+
 TEST_F(HistoryReading, EveryKindOfValueFindsItsPlace)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
@@ -134,6 +169,7 @@ TEST_F(HistoryReading, EveryKindOfValueFindsItsPlace)
          UaDataValue(UaVariant(OpcUa_Int64{-5}), UaStatusCode(OpcUa_UncertainLastUsableValue), at(1)),
          UaDataValue(UaVariant(), UaStatusCode(OpcUa_BadSensorFailure), at(2)),
          UaDataValue(UaVariant(nan), UaStatusCode(), at(3)),
+         UaDataValue(UaVariant(-std::numeric_limits<double>::infinity()), UaStatusCode(), at(3)),
          UaDataValue(UaVariant("broken"), UaStatusCode(), at(4), at(5)),
          UaDataValue(UaVariant(1.5), UaStatusCode(), UaDateTime::fromString("1955-11-05T06:15:00Z"))});
     UaVariant odd;
@@ -142,7 +178,8 @@ TEST_F(HistoryReading, EveryKindOfValueFindsItsPlace)
     ASSERT_TRUE(addItems({node(1), node(2)}));
     ASSERT_TRUE(read(-10'000'000'000.0, 100));
     ASSERT_TRUE(QTest::qWaitFor([this] { return samples(0).unsorted() == 0; })) << "sorted beside the window";
-    EXPECT_EQ(sampleText(0), "-2.14675e+09: 1.5\n0: 1\n1: -5 0x40900000\n2: nan 0x808c0000\n3: nan\n");
+    EXPECT_EQ(sampleText(0),
+              "-2.14675e+09: 1.5\n0: 1\n1: -5 0x40900000\n2: nan 0x808c0000\n3: nan\n3: -inf\n");
     EXPECT_EQ(modelText(*view.texts(item(0).key)),
               (time(4).toString("yyyy-MM-dd hh:mm:ss.zzz") + " | " +
                time(5).toString("yyyy-MM-dd hh:mm:ss.zzz") + " | broken\n")

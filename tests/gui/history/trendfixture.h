@@ -3,6 +3,7 @@
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
+#include <opcua/opcua_statuscodes.h>
 #include <plugins/history/qlumtrenditem.h>
 #include <plugins/history/qlumtrenditemmodel.h>
 #include <plugins/history/qlumtrendviewdocument.h>
@@ -83,6 +84,8 @@ public:
         const UaStatus status = TableServices::historyReadRawModified(settings, context, nodes, results);
         if (call == losesPointsAt && !results.empty())
             results[0] = {UaStatus(OpcUa_BadContinuationPointInvalid), {}, {}, {}};
+        if (keepsPoints >= 0)
+            keepPoints(context.releaseContinuationPoints, nodes, results);
         return status;
     }
     UaStatus read(Settings& settings, double maxAge, OpcUa_TimestampsToReturn timestamps,
@@ -100,10 +103,25 @@ public:
     }
 
     int losesPointsAt = 0;            ///< number of the call; 0: never
+    int keepsPoints = -1;             ///< at a time; -1: any number
     std::atomic<int> failsReadAt = 0; ///< the same
 
 private:
+    void keepPoints(bool releases, const UaHistoryReadValueIds& nodes,
+                    UaClientSdk::HistoryReadDataResults& results)
+    {
+        for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
+            const bool had = nodes[i].ContinuationPoint.Length > 0;
+            const bool has = !releases && !results[i].continuationPoint.isEmpty();
+            if (!had && has && m_points >= keepsPoints)
+                results[i] = {UaStatus(OpcUa_BadNoContinuationPoints), {}, {}, {}};
+            else
+                m_points += int(has) - int(had);
+        }
+    }
+
     mutable std::mutex m_mutex;
+    int m_points = 0;
     std::vector<Asked> m_asked;
     std::atomic<int> m_reads = 0;
 };

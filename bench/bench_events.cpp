@@ -1,0 +1,463 @@
+// What an event costs from the socket to the lists of the view, and what a refresh of many conditions costs:
+// CPU time of this process, the server being another one with canned answers. The yardstick is a plain model
+// of as many rows and columns in a plain view.
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtoolservices.h>
+#include <bench/budgets.h>
+#include <bench/responder.h>
+#include <bench/tableanswers.h>
+#include <opcua/opcua_identifiers.h>
+#include <plugins/events/qlumbrowsepath.h>
+#include <plugins/events/qlumeventmodel.h>
+#include <plugins/events/qlumeventplugin.h>
+#include <plugins/events/qlumeventwidget.h>
+#include <stack/encoding/messagecodec.h>
+#include <tests/support/nodetable.h>
+#include <tests/support/stubapplication.h>
+#include <uabase/system/uaplatformlayer.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/uaextensionobject.h>
+#include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+#include <uaclientsdk/uaclient.h>
+#include <uaclientsdk/uasession.h>
+#include <uaclientsdk/uasessioncallback.h>
+
+#include <QAbstractTableModel>
+#include <QAction>
+#include <QApplication>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QModelIndex>
+#include <QString>
+#include <QStringList>
+#include <QTreeView>
+#include <QVariant>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+using namespace opcua::bench;
+using namespace UaClientSdk;
+
+namespace {
+
+constexpr OpcUa_UInt32 eventsOfMessage = 100;
+constexpr auto messageInterval = std::chrono::milliseconds(100); // so a thousand events a second
+const int messages = operations(50);
+const OpcUa_UInt32 conditions = static_cast<OpcUa_UInt32>(operations(10'000));
+constexpr OpcUa_UInt32 noisyConditions = 100; // of which the events are
+constexpr int fieldsOfEvent = 20;
+constexpr int maximumLog = 1000;
+constexpr int width = 1200;
+constexpr int height = 700;
+constexpr qint64 limit = 60'000; // ms
+
+// 60 us, 50 ms and 2 s where the plain model took 11 us a row, 0.55 ms a turn and 40 ms for all conditions
+constexpr double maximumEvent = 5.4;
+constexpr double maximumTurn = 90.0;
+constexpr double maximumRefresh = 50.0;
+
+[[noreturn]] void give(const char* why)
+{
+    std::fprintf(stderr, "%s\n", why);
+    std::exit(1);
+}
+
+void require(OpcUa_StatusCode status)
+{
+    if (OpcUa_IsBad(status))
+        give("no memory");
+}
+
+// ---- the server, in its own process
+
+// One subscription with one item. Its first refresh begins the events, its second sends all conditions.
+class EventServer
+{
+public:
+    explicit EventServer(NodeTable& table) : m_rest(answersOf(table)) {}
+
+    std::optional<opcua::Bytes> answer(const opcua::Bytes& body)
+    {
+        opcua::DecodedMessage request;
+        if (OpcUa_IsBad(opcua::decodeMessage(body, {}, request)))
+            return std::nullopt;
+        if (request.type == &OpcUa_CreateSubscriptionRequest_EncodeableType)
+            return respond<OpcUa_CreateSubscriptionResponse>(OpcUa_CreateSubscriptionResponse_EncodeableType,
+                                                             request, [](auto& response) {
+                                                                 response.SubscriptionId = 1;
+                                                                 response.RevisedPublishingInterval = 100;
+                                                                 response.RevisedLifetimeCount = 10'000;
+                                                                 response.RevisedMaxKeepAliveCount = 100;
+                                                             });
+        if (request.type == &OpcUa_CreateMonitoredItemsRequest_EncodeableType)
+            return createItem(request);
+        if (request.type == &OpcUa_CallRequest_EncodeableType)
+            return call(request);
+        if (request.type == &OpcUa_PublishRequest_EncodeableType)
+            return publish(request);
+        if (request.type == &OpcUa_DeleteSubscriptionsRequest_EncodeableType)
+            return respond<OpcUa_DeleteSubscriptionsResponse>(
+                OpcUa_DeleteSubscriptionsResponse_EncodeableType, request, [](auto& response) {
+                    UaStatusCodeArray(1u).detach(&response.NoOfResults, &response.Results);
+                });
+        return m_rest(body);
+    }
+
+private:
+    template <typename Response, typename Fill>
+    std::optional<opcua::Bytes> respond(const OpcUa_EncodeableType& type,
+                                        const opcua::DecodedMessage& request, Fill fill)
+    {
+        void* response = OpcUa_EncodeableObject_Create(&type);
+        if (!response)
+            give("no memory");
+        static_cast<OpcUa_ResponseHeader*>(response)->RequestHandle =
+            static_cast<const OpcUa_RequestHeader*>(request.object)->RequestHandle;
+        fill(*static_cast<Response*>(response));
+        opcua::Bytes bytes;
+        require(opcua::encodeMessage(type, response, {}, bytes));
+        OpcUa_EncodeableObject_Delete(&type, &response);
+        return bytes;
+    }
+
+    std::optional<opcua::Bytes> createItem(const opcua::DecodedMessage& request)
+    {
+        const auto& asked = *static_cast<const OpcUa_CreateMonitoredItemsRequest*>(request.object);
+        m_item = asked.ItemsToCreate[0].RequestedParameters.ClientHandle;
+        return respond<OpcUa_CreateMonitoredItemsResponse>(
+            OpcUa_CreateMonitoredItemsResponse_EncodeableType, request, [](auto& response) {
+                UaMonitoredItemCreateResults results(1u);
+                results[0].MonitoredItemId = 1;
+                results[0].RevisedQueueSize = 10'000;
+                results.detach(&response.NoOfResults, &response.Results);
+            });
+    }
+
+    std::optional<opcua::Bytes> call(const opcua::DecodedMessage& request)
+    {
+        if (++m_refreshes > 1)
+            m_refreshed = 0;
+        return respond<OpcUa_CallResponse>(OpcUa_CallResponse_EncodeableType, request, [](auto& response) {
+            UaCallMethodResults(1u).detach(&response.NoOfResults, &response.Results);
+        });
+    }
+
+    std::optional<opcua::Bytes> publish(const opcua::DecodedMessage& request)
+    {
+        const auto& asked = *static_cast<const OpcUa_PublishRequest*>(request.object);
+        const bool refreshes = m_refreshed && *m_refreshed <= conditions;
+        if (!refreshes)
+            std::this_thread::sleep_for(messageInterval);
+        const bool isEvent = m_refreshes == 1 && m_sent < messages;
+        return respond<OpcUa_PublishResponse>(
+            OpcUa_PublishResponse_EncodeableType, request, [&](auto& response) {
+                response.SubscriptionId = 1;
+                UaStatusCodeArray(
+                    static_cast<OpcUa_UInt32>(std::max(0, asked.NoOfSubscriptionAcknowledgements)))
+                    .detach(&response.NoOfResults, &response.Results);
+                response.NotificationMessage.SequenceNumber = m_sequenceNumber + 1;
+                if (!refreshes && !isEvent)
+                    return; // a sign of life
+                ++m_sequenceNumber;
+                UaEventFieldLists events = refreshes ? refreshed() : happened();
+                auto* list = static_cast<OpcUa_EventNotificationList*>(
+                    OpcUa_EncodeableObject_Create(&OpcUa_EventNotificationList_EncodeableType));
+                events.detach(&list->NoOfEvents, &list->Events);
+                UaExtensionObjectArray data(1u);
+                OpcUa_ExtensionObject_AttachEncodeable(&data[0], &OpcUa_EventNotificationList_EncodeableType,
+                                                       list);
+                data.detach(&response.NotificationMessage.NoOfNotificationData,
+                            &response.NotificationMessage.NotificationData);
+            });
+    }
+
+    UaEventFieldLists happened()
+    {
+        ++m_sent;
+        UaEventFieldLists events(eventsOfMessage);
+        for (OpcUa_EventFieldList& event : events)
+            fill(event, UaNodeId(OpcUaId_AlarmConditionType), m_event % noisyConditions);
+        return events;
+    }
+
+    UaEventFieldLists refreshed()
+    {
+        const OpcUa_UInt32 first = *m_refreshed;
+        const bool isBegin = first == 0, isEnd = first >= conditions;
+        const OpcUa_UInt32 count =
+            isEnd ? 1 : std::min(eventsOfMessage, conditions - first) + (isBegin ? 1 : 0);
+        UaEventFieldLists events(count);
+        OpcUa_UInt32 i = 0;
+        if (isBegin)
+            fill(events[i++], UaNodeId(OpcUaId_RefreshStartEventType), std::nullopt);
+        if (isEnd)
+            fill(events[i++], UaNodeId(OpcUaId_RefreshEndEventType), std::nullopt);
+        for (; i < count; ++i)
+            fill(events[i], UaNodeId(OpcUaId_AlarmConditionType), (*m_refreshed)++);
+        if (isEnd)
+            m_refreshed = conditions + 1;
+        return events;
+    }
+
+    void fill(OpcUa_EventFieldList& event, const UaNodeId& type, std::optional<OpcUa_UInt32> condition)
+    {
+        ++m_event;
+        event.ClientHandle = m_item;
+        UaVariantArray fields(static_cast<OpcUa_UInt32>(fieldsOfEvent));
+        const auto* number = reinterpret_cast<const OpcUa_Byte*>(&m_event);
+        const UaDateTime now = UaDateTime::now();
+        const UaLocalizedText text("en", ("Level of tank " + std::to_string(m_event) + " is high").c_str());
+        const UaVariant values[] = {UaVariant(UaByteString(static_cast<OpcUa_Int32>(sizeof m_event), number)),
+                                    UaVariant(type),
+                                    UaVariant(UaNodeId("Tank", 2)),
+                                    UaVariant(UaString("Tank")),
+                                    UaVariant(now),
+                                    UaVariant(now),
+                                    UaVariant(),
+                                    UaVariant(text),
+                                    UaVariant(static_cast<OpcUa_UInt16>(1 + m_event % 1000)),
+                                    condition ? UaVariant(UaNodeId(*condition + 1, 2)) : UaVariant(),
+                                    UaVariant(UaString("Level")),
+                                    UaVariant(UaNodeId()),
+                                    UaVariant(true),
+                                    UaVariant(m_event % 2 == 0),
+                                    UaVariant(false),
+                                    UaVariant(UaLocalizedText("en", "Active")),
+                                    UaVariant(true),
+                                    UaVariant(UaLocalizedText("en", "High")),
+                                    UaVariant(false),
+                                    UaVariant(text)};
+        static_assert(std::size(values) == fieldsOfEvent);
+        for (OpcUa_UInt32 i = 0; i < fields.length(); ++i)
+            require(values[i].copyTo(&fields[i]));
+        fields.detach(&event.NoOfEventFields, &event.EventFields);
+    }
+
+    const Answerer m_rest;
+    OpcUa_UInt32 m_item = 0;
+    OpcUa_UInt32 m_sequenceNumber = 0;
+    int m_refreshes = 0;
+    int m_sent = 0;
+    std::optional<OpcUa_UInt32> m_refreshed; // conditions that the refresh under way has sent
+    OpcUa_UInt32 m_event = 0;
+};
+
+// ---- the window
+
+double threadCpu()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
+}
+
+// The longest turn of the event loop, which is what input would have to wait for; us of CPU.
+double runUntil(const std::function<bool()>& isDone)
+{
+    QElapsedTimer clock;
+    clock.start();
+    double longest = 0;
+    while (!isDone()) {
+        if (clock.elapsed() > limit)
+            give("it does not come");
+        const double begun = threadCpu();
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        longest = std::max(longest, threadCpu() - begun);
+    }
+    return longest;
+}
+
+class PlainModel : public QAbstractTableModel
+{
+public:
+    int rowCount(const QModelIndex& = {}) const override { return static_cast<int>(m_rows.size()); }
+    int columnCount(const QModelIndex& = {}) const override { return QlumEventModel::ColumnCount; }
+    QVariant data(const QModelIndex& index, int role) const override
+    {
+        return role == Qt::DisplayRole
+                   ? QVariant(m_rows[static_cast<std::size_t>(index.row())].at(index.column()))
+                   : QVariant();
+    }
+    void append(int count)
+    {
+        if (const int surplus = rowCount() + count - maximumLog; surplus > 0 && m_isBounded) {
+            beginRemoveRows({}, 0, surplus - 1);
+            m_rows.erase(m_rows.begin(), m_rows.begin() + surplus);
+            endRemoveRows();
+        }
+        beginInsertRows({}, rowCount(), rowCount() + count - 1);
+        for (int i = 0; i < count; ++i) {
+            const QString number = QString::number(++m_last);
+            m_rows.push_back({QStringLiteral("AlarmConditionType"),
+                              QStringLiteral("Level of tank ") + number + QStringLiteral(" is high"),
+                              QStringLiteral("Tank"), QStringLiteral("2026-11-22 12:00:00.000"), number,
+                              QStringLiteral("Plc/Server")});
+        }
+        endInsertRows();
+    }
+    void clear(bool isBounded)
+    {
+        beginResetModel();
+        m_rows.clear();
+        endResetModel();
+        m_isBounded = isBounded;
+    }
+
+private:
+    std::deque<QStringList> m_rows;
+    int m_last = 0;
+    bool m_isBounded = true;
+};
+
+struct Figures
+{
+    double event = 0;   // us
+    double turn = 0;    // us
+    double refresh = 0; // us
+};
+
+// As many rows in as many portions, each painted.
+Figures measureBare()
+{
+    PlainModel model;
+    QTreeView view;
+    view.setRootIsDecorated(false);
+    view.setUniformRowHeights(true);
+    view.setModel(&model);
+    view.resize(width, height);
+    view.show();
+    Figures figures;
+    const auto add = [&](int count) {
+        const double begun = threadCpu();
+        model.append(count);
+        view.scrollToBottom();
+        QCoreApplication::processEvents();
+        figures.turn = std::max(figures.turn, threadCpu() - begun);
+    };
+    constexpr int portion = eventsOfMessage;
+    add(portion); // the first one makes fonts and styles
+    figures.turn = 0;
+    double begun = processCpu();
+    for (int i = 0; i < messages; ++i)
+        add(portion);
+    figures.event = (processCpu() - begun) / messages / portion;
+    const double turn = figures.turn;
+    model.clear(false);
+    begun = processCpu();
+    for (OpcUa_UInt32 sent = 0; sent < conditions; sent += eventsOfMessage)
+        add(portion);
+    figures.refresh = processCpu() - begun;
+    figures.turn = turn;
+    return figures;
+}
+
+class QuietCallback : public UaSessionCallback
+{
+public:
+    void connectionStatusChanged(OpcUa_UInt32, UaClient::ServerStatus) override {}
+};
+
+Figures measure(QlumEventWidget& view, QlumEventPlugin& plugin)
+{
+    plugin.sessionStatusChanged(1, QlumConnectionStatus::Connected, {});
+    const qint64 events = static_cast<qint64>(messages) * eventsOfMessage;
+    const qint64 warm = events / 10; // with the lists full and all widgets painted
+    view.addNotifiers(std::vector<QlumToolNode>{
+        {1, UaNodeId(OpcUaId_Server), OpcUa_NodeClass_Object, {}, QStringLiteral("Server")}});
+    static_cast<void>(runUntil([&] { return view.log()->count() >= warm; }));
+    Figures figures;
+    const qint64 before = view.log()->count();
+    double begun = processCpu();
+    figures.turn = runUntil([&] { return view.log()->count() >= events; });
+    figures.event = (processCpu() - begun) / static_cast<double>(events - before);
+    if (view.log()->rowCount() > maximumLog)
+        give("the log has more rows than its setting allows");
+    begun = processCpu();
+    view.findChild<QAction*>(QStringLiteral("conditionRefresh"))->trigger();
+    static_cast<void>(runUntil([&] { // the end of the refresh takes away what was not sent again
+        return view.log()->count() >= events + conditions + 2 &&
+               view.alarms()->rowCount() == static_cast<int>(conditions);
+    }));
+    figures.refresh = processCpu() - begun;
+    if (view.log()->count() != events + conditions + 2)
+        give("events are missing from the count");
+    return figures;
+}
+
+void tell(const Figures& ours, const Figures& bare)
+{
+    std::printf(
+        "an event takes %.1f us of the process, a bare row %.1f us; the longest turn %.1f ms, bare %.1f "
+        "ms; %u conditions refreshed in %.0f ms, bare rows %.0f ms\n",
+        ours.event, bare.event, ours.turn / 1e3, bare.turn / 1e3, conditions, ours.refresh / 1e3,
+        bare.refresh / 1e3);
+    printRatio("event_to_bare_row", ours.event, bare.event, maximumEvent);
+    printRatio("event_longest_turn_to_bare", ours.turn, bare.turn, maximumTurn);
+    printRatio("condition_refresh_to_bare_rows", ours.refresh, bare.refresh, maximumRefresh);
+}
+
+void run(const Responder& responder)
+{
+    StubApplication application;
+    application.settings["EventsPlugin.MaxEventLogEntries"] = maximumLog;
+    application.settings["EventsPlugin.PublishingInterval"] = 100.0;
+    QuietCallback callback;
+    const auto session = std::make_shared<UaSession>();
+    const UaStatus connected = session->connect(UaString(responder.url(false).c_str()), SessionConnectInfo(),
+                                                SessionSecurityInfo(), &callback);
+    if (connected.isBad())
+        give("no connection");
+    const std::shared_ptr<QlumSessionServices> services = qlumServicesOf(session);
+    {
+        QlumEventPlugin plugin([&](unsigned int) { return services; });
+        plugin.init(&application);
+        const std::unique_ptr<QlumEventWidget> view(
+            qobject_cast<QlumEventWidget*>(plugin.createDocument(QStringLiteral("Event View"))));
+        view->resize(width, height);
+        view->show();
+        const Figures bare = measureBare();
+        tell(measure(*view, plugin), bare);
+        plugin.sessionRemoved(1);
+        plugin.shutdown();
+    }
+    static_cast<void>(session->disconnect(ServiceSettings(), true));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    NodeTable table;
+    table.object(UaNodeId(OpcUaId_Server), "Server", UaNodeId());
+    EventServer server(table);
+    const Responder responder(makeIdentity("server"), makeIdentity("client"), opcua::Bytes(32, 5),
+                              [&server](const opcua::Bytes& body) { return server.answer(body); });
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication qtApplication(argc, argv);
+    if (UaPlatformLayer::init() != 0)
+        return 1;
+    run(responder);
+    UaPlatformLayer::cleanup();
+    return 0;
+}
