@@ -21,6 +21,7 @@ struct QlumSnapshotRow
     QString unit;          ///< for the user
     bool hasValue = false; ///< one had come
     UaDataValue value;
+    quint32 key = 0; ///< of the row of the view that it was taken of just now; not stored
 };
 
 /// All rows of a view at one moment.

@@ -251,6 +251,12 @@ std::vector<QlumStagedWrite> QlumStagedModel::revertible() const
     return writes;
 }
 
+bool QlumStagedModel::hasRevertible() const
+{
+    return std::any_of(
+        rows().begin(), rows().end(), [](const QlumStagedRow& row) { return qlumCanRevert(row.write); });
+}
+
 int QlumStagedModel::doubtful() const
 {
     return static_cast<int>(std::count_if(

@@ -71,6 +71,8 @@ public:
     [[nodiscard]] std::vector<QlumStagedWrite> sendable(bool withDoubts) const;
     /// Those with an old value to put back, in the order of their writing.
     [[nodiscard]] std::vector<QlumStagedWrite> revertible() const;
+    /// Whether there are such.
+    [[nodiscard]] bool hasRevertible() const;
     /// So many that the checks object to would be sent by sendable(true) only.
     [[nodiscard]] int doubtful() const;
     /// So many cannot be sent.

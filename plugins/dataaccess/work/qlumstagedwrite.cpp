@@ -149,6 +149,11 @@ void revert(StagedCalls calls, QlumStagedWrite& write)
         state == QlumStagedState::Written ? QlumStagedState::Reverted : QlumStagedState::NotReverted;
 }
 
+bool isStopped(const QlumJob& job, const QlumApplyOptions& options)
+{
+    return job.isCancelled() || (options.stopped && options.stopped->load());
+}
+
 QString shortText(const UaVariant& value)
 {
     constexpr int longest = 60;
@@ -183,7 +188,7 @@ void qlumApplyStaged(QlumJob& job, const QlumSessionServicesProvider& services,
     for (std::size_t i = 0; i < writes.size(); ++i) {
         QlumStagedWrite& write = writes[i];
         job.setProgress(static_cast<qint64>(i), static_cast<qint64>(writes.size()));
-        if (job.isCancelled() || (hasFailed && options.stopsAtFailure))
+        if (isStopped(job, options) || (hasFailed && options.stopsAtFailure))
             write.state = QlumStagedState::LeftOut;
         else
             apply(StagedCalls(job, services, write), options, write);
@@ -193,9 +198,10 @@ void qlumApplyStaged(QlumJob& job, const QlumSessionServicesProvider& services,
 }
 
 void qlumRevertStaged(QlumJob& job, const QlumSessionServicesProvider& services,
-                      std::vector<QlumStagedWrite> writes, const QlumStagedDone& done)
+                      std::vector<QlumStagedWrite> writes, const QlumApplyOptions& options,
+                      const QlumStagedDone& done)
 {
-    for (auto write = writes.rbegin(); write != writes.rend() && !job.isCancelled(); ++write) {
+    for (auto write = writes.rbegin(); write != writes.rend() && !isStopped(job, options); ++write) {
         job.setProgress(std::distance(writes.rbegin(), write), static_cast<qint64>(writes.size()));
         if (!qlumCanRevert(*write))
             continue;

@@ -9,7 +9,9 @@
 
 #include <QString>
 
+#include <atomic>
 #include <functional>
+#include <memory>
 #include <vector>
 
 class QlumJob;
@@ -48,8 +50,9 @@ struct QlumStagedWrite
 /// How they are written.
 struct QlumApplyOptions
 {
-    bool stopsAtFailure = true; ///< what comes behind one that was not taken is left out
-    bool readsBack = true;      ///< what the server has afterwards
+    bool stopsAtFailure = true;                      ///< what comes behind one that was not taken is left out
+    bool readsBack = true;                           ///< what the server has afterwards
+    std::shared_ptr<std::atomic<bool>> stopped = {}; ///< set to leave out the rest; may be null
 };
 
 /// Hears of each write when it has its outcome; on the job's thread.
@@ -63,7 +66,8 @@ void qlumApplyStaged(QlumJob& job, const QlumSessionServicesProvider& services,
 /// Puts the old values back, the last one first, where the server still has what was written or read back.
 /// Others stay, with the reason; so do those that were never written.
 void qlumRevertStaged(QlumJob& job, const QlumSessionServicesProvider& services,
-                      std::vector<QlumStagedWrite> writes, const QlumStagedDone& done);
+                      std::vector<QlumStagedWrite> writes, const QlumApplyOptions& options,
+                      const QlumStagedDone& done);
 
 /// Whether there is something to put back.
 [[nodiscard]] bool qlumCanRevert(const QlumStagedWrite& write);

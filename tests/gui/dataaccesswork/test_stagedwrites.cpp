@@ -69,7 +69,7 @@ protected:
     std::string revert()
     {
         const std::vector<QlumStagedWrite> writes = std::exchange(outcomes, {});
-        qlumRevertStaged(job, provider, writes, [this](const auto& write) { take(write); });
+        qlumRevertStaged(job, provider, writes, {}, [this](const auto& write) { take(write); });
         return text;
     }
     void take(const QlumStagedWrite& write)
