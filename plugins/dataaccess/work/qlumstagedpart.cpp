@@ -199,29 +199,45 @@ void QlumStagedPart::readContexts(const std::vector<quint64>& keys)
         if (const QlumStagedRow* row = m_page->model().findKey(key); row != nullptr && !row->isChecked)
             wanted[row->write.serverId].push_back({key, row->write.nodeId});
     for (auto& [serverId, nodes] : wanted) {
-        const QlumWork work{tr("Looking at staged values"), serverId};
-        m_host.pool().add(work, [this, serverId = serverId, nodes = std::move(nodes),
-                                 services = m_host.services()](QlumJob& job) {
+        ++m_describing[serverId];
+        const auto function = [this, serverId = serverId, nodes = std::move(nodes),
+                               services = m_host.services()](QlumJob& job) {
             for (std::size_t begin = 0; begin < nodes.size() && !job.isCancelled();
                  begin += contextsPerStep) {
                 const std::size_t count = std::min(contextsPerStep, nodes.size() - begin);
                 job.setProgress(static_cast<qint64>(begin), static_cast<qint64>(nodes.size()));
-                std::vector<Described> described =
+                std::vector<Described> portion =
                     describe(job, services(serverId), std::span(nodes).subspan(begin, count));
-                job.post([this, described = std::move(described)] {
-                    for (const Described& one : described) {
-                        const QlumStagedRow* row = m_page->model().findKey(one.key);
-                        const QlumDataItem* item = row ? m_host.model().find(row->item) : nullptr;
-                        if (one.context)
-                            m_page->model().check(one.key, one.context,
-                                                  item ? item->value.value() : UaVariant());
-                        else
-                            m_page->model().setFault(one.key, one.fault);
-                    }
+                job.post([this, portion = std::move(portion)] {
+                    for (const Described& one : portion)
+                        takeDescription(one.key, one.context, one.fault);
                 });
             }
-        });
+        };
+        m_host.pool().add({tr("Looking at staged values"), serverId}, function,
+                          [this, serverId = serverId](QlumWorkEnd) { described(serverId); });
     }
+}
+
+void QlumStagedPart::takeDescription(quint64 key, const std::shared_ptr<const QlumValueContext>& context,
+                                     const QString& fault)
+{
+    QlumStagedModel& model = m_page->model();
+    const QlumStagedRow* row = model.findKey(key);
+    const QlumDataItem* item = row ? m_host.model().find(row->item) : nullptr;
+    if (context)
+        model.check(key, context, item ? item->value.value() : UaVariant());
+    else
+        model.setFault(key, fault);
+}
+
+// What the user wanted written meanwhile can be written now.
+void QlumStagedPart::described(unsigned int serverId)
+{
+    if (--m_describing[serverId] <= 0)
+        m_describing.erase(serverId);
+    if (m_describing.empty() && m_wanted)
+        apply(*std::exchange(m_wanted, std::nullopt));
 }
 
 void QlumStagedPart::pasteColumn(const QString& clipboard)
@@ -298,6 +314,10 @@ std::vector<QlumStagedWrite> QlumStagedPart::placed(std::vector<QlumStagedWrite>
 
 void QlumStagedPart::apply(bool withDoubts)
 {
+    if (!m_describing.empty()) {
+        m_wanted = withDoubts; // values that are still texts are none yet
+        return;
+    }
     run(placed(m_page->model().sendable(withDoubts)), false);
 }
 
@@ -381,6 +401,7 @@ void QlumStagedPart::finished()
 
 void QlumStagedPart::serverRemoved(unsigned int serverId)
 {
+    m_describing.erase(serverId);
     if (m_underWay.empty())
         return;
     m_page->model().loseServer(serverId, m_underWay);

@@ -5,6 +5,7 @@
 #include <plugins/dataaccess/work/qlumstagedmodel.h>
 #include <plugins/dataaccess/work/qlumstagedwrite.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluecontext.h>
 
 #include <QMap>
 #include <QPointer>
@@ -12,7 +13,9 @@
 #include <QVariant>
 
 #include <atomic>
+#include <map>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -59,6 +62,9 @@ private:
     void makeCommands();
     [[nodiscard]] QlumStagedRow rowFor(const QlumDataItem& item) const;
     void readContexts(const std::vector<quint64>& keys);
+    void takeDescription(quint64 key, const std::shared_ptr<const QlumValueContext>& context,
+                         const QString& fault);
+    void described(unsigned int serverId);
     [[nodiscard]] std::vector<QlumStagedWrite> placed(std::vector<QlumStagedWrite> writes) const;
     void run(std::vector<QlumStagedWrite> writes, bool isRevert);
     void finished();
@@ -68,5 +74,7 @@ private:
     QlumStagedPage* m_page; ///< the view's
     std::shared_ptr<std::atomic<bool>> m_stopped;
     std::vector<quint64> m_underWay;
-    bool m_isRevert = false; ///< what is under way
+    bool m_isRevert = false;                  ///< what is under way
+    std::map<unsigned int, int> m_describing; ///< jobs that look at staged values, by server
+    std::optional<bool> m_wanted;             ///< to be written when they have: with doubts or without
 };
