@@ -11,6 +11,7 @@ void ItemGroup::reuse(const SubscriptionWish& wish)
     gaps = 0;
     losses = 0;
     lastHeard = OpcUa_DateTime{};
+    messages = 0;
     ++epoch;
     isVoid = subscription != nullptr;
     isUncertain = false;

@@ -43,9 +43,10 @@ struct ItemGroup final : public UaClientSdk::UaSubscriptionCallback
     OpcUa_UInt32 gaps = 0;
     OpcUa_UInt32 losses = 0; ///< since it was last heard
     OpcUa_DateTime lastHeard{};
-    OpcUa_UInt32 epoch = 0;   ///< rises when all in it are to be created again
-    bool isVoid = false;      ///< the subscription is of no use any more
-    bool isUncertain = false; ///< a call that may have been carried out has failed
+    OpcUa_UInt64 messages = 0; ///< with values, that came
+    OpcUa_UInt32 epoch = 0;    ///< rises when all in it are to be created again
+    bool isVoid = false;       ///< the subscription is of no use any more
+    bool isUncertain = false;  ///< a call that may have been carried out has failed
     std::vector<ItemId> toCreate;
     std::vector<ItemId> toModify;
     std::vector<OpcUa_UInt32> toDelete; ///< the server's ids

@@ -199,7 +199,7 @@ std::vector<SubscriptionInfo> MonitoredServerPrivate::subscriptions()
     for (const auto& group : m_groups)
         if (group && group->items > 0)
             infos.push_back({group->requested, group->subscriptionId, group->revised, group->items,
-                             group->gaps, UaDateTime(group->lastHeard)});
+                             group->gaps, UaDateTime(group->lastHeard), group->messages});
     return infos;
 }
 
@@ -212,6 +212,7 @@ void MonitoredServerPrivate::takeValues(ItemGroup& group, UaMonitoredItemNotific
     const Lock lock(m_mutex);
     group.lastHeard = now;
     group.losses = 0;
+    ++group.messages;
     for (OpcUa_MonitoredItemNotification& notification : notifications) {
         Item* const item = m_items.find(notification.ClientHandle);
         if (item == nullptr || item->group != group.index ||

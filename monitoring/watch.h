@@ -87,6 +87,7 @@ struct SubscriptionInfo
     OpcUa_UInt32 items = 0;          ///< that are in it or wait for it
     OpcUa_UInt32 gaps = 0;           ///< notifications that were lost on the way
     UaDateTime lastHeard;            ///< a value or a keep-alive
+    OpcUa_UInt64 notifications = 0;  ///< messages with values that came
 };
 
 } // namespace monitoring

@@ -3,8 +3,10 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
+#include <plugins/dataaccess/qlumdadescriber.h>
 #include <plugins/dataaccess/qlumdapart.h>
 #include <plugins/dataaccess/qlumdatafield.h>
+#include <plugins/dataaccess/qlumdaverdict.h>
 #include <uabase/values/uadatetime.h>
 #include <uawidgets/editors/qlumcelltext.h>
 
@@ -120,6 +122,24 @@ QString QlumDaModel::shared(const QString& text)
     return text.isEmpty() ? QString() : *m_texts.insert(text);
 }
 
+void QlumDaModel::describe(const std::unordered_map<quint32, const QlumDaDescription*>& byKey)
+{
+    changeRows([&](QlumDataItem& item) {
+        const auto found = byKey.find(item.key);
+        if (found == byKey.end())
+            return false;
+        const QlumDaDescription& said = *found->second;
+        if (!said.displayName.isEmpty())
+            item.displayName = said.displayName;
+        item.browsePath = said.browsePath;
+        item.dataType = said.dataType;
+        item.dataTypeName = shared(said.dataTypeName);
+        item.unit = shared(said.unit);
+        item.isWritable = said.isWritable;
+        return true;
+    });
+}
+
 // The index that a namespace has now is where its URI stands in the server's table.
 std::vector<quint32> QlumDaModel::placeNamespaces(unsigned int serverId)
 {
@@ -193,22 +213,79 @@ std::vector<unsigned int> QlumDaModel::serverIds() const
 
 // ---- values
 
-void QlumDaModel::takeValue(quint32 key, UaDataValue& value, quint32 merged)
+OpcUa_DateTime QlumDaModel::delay(const QlumDataItem& item) const
+{
+    const auto least = m_leastDelays.find(item.serverId);
+    const OpcUa_DateTime sent = item.value.serverTimestamp().value();
+    return least == m_leastDelays.end() || sent == 0 ? 0 : item.received - sent - least->second;
+}
+
+void QlumDaModel::takeValue(quint32 key, UaDataValue& value, quint32 merged, OpcUa_DateTime received)
 {
     const int row = rowOf(key);
     if (row < 0)
         return;
     QlumDataItem& item = quietRow(row);
     std::swap(item.value, value);
-    item.received = m_clock();
+    item.received = received;
+    if (const OpcUa_DateTime sent = item.value.serverTimestamp().value(); sent != 0) {
+        const auto [least, isNew] = m_leastDelays.try_emplace(item.serverId, received - sent);
+        least->second = std::min(least->second, received - sent);
+    }
     item.changes += 1u + merged;
-    const std::optional<double> number =
-        item.fieldPath.isEmpty() ? qlumDaNumber(item.value.value()) : qlumDaNumber(shownValue(item));
+    const bool isWhole = item.fieldPath.isEmpty() && item.indexRange.isEmpty();
+    const std::optional<double> number = qlumDaNumber(isWhole ? item.value.value() : shownValue(item));
     if (number && std::isfinite(*number) && item.value.statusCode().isNotBad()) {
         item.minimum = std::fmin(item.minimum, *number);
         item.maximum = std::fmax(item.maximum, *number);
     }
     m_taken.push_back(key);
+}
+
+void QlumDaModel::takeChange(quint32 key, const monitoring::ItemChange& change)
+{
+    const int row = rowOf(key);
+    if (row < 0)
+        return;
+    QlumDataItem& item = quietRow(row);
+    switch (change.state) {
+    case monitoring::ItemState::Watched:
+        item.state = QlumDataState::Watched;
+        item.revisedSampling = change.revisedSamplingInterval;
+        item.revisedQueue = change.revisedQueueSize;
+        break;
+    case monitoring::ItemState::Refused:
+        item.state = QlumDataState::Refused;
+        break;
+    case monitoring::ItemState::Ended:
+        item.state = QlumDataState::NoServer;
+        break;
+    case monitoring::ItemState::Waiting:
+        item.state = QlumDataState::Waiting;
+        break;
+    }
+    item.reason = change.status;
+    m_taken.push_back(key);
+}
+
+void QlumDaModel::setWatched(quint32 key, monitoring::ItemId item)
+{
+    const int row = rowOf(key);
+    if (row < 0)
+        return;
+    QlumDataItem& changed = quietRow(row);
+    changed.watched = item;
+    if (item == 0 && (changed.state == QlumDataState::Watched || changed.state == QlumDataState::Refused ||
+                      changed.state == QlumDataState::Read))
+        changed.state = QlumDataState::Waiting;
+}
+
+void QlumDaModel::setState(quint32 key, QlumDataState state)
+{
+    if (const int row = rowOf(key); row >= 0) {
+        quietRow(row).state = state;
+        m_taken.push_back(key);
+    }
 }
 
 void QlumDaModel::tellValues()
@@ -241,13 +318,17 @@ std::shared_ptr<const QlumValueContext> QlumDaModel::typeContext(const QlumDataI
     return found == m_types.end() ? nullptr : found->second;
 }
 
-UaVariant QlumDaModel::shownValue(const QlumDataItem& item) const
+// A server sends one element of an array as an array of one.
+UaVariant QlumDaModel::partOf(const QlumDataItem& item, const UaVariant& value) const
 {
+    if (!item.indexRange.isEmpty() && !item.indexRange.contains(QLatin1Char(':')) &&
+        value.elementCount() == 1)
+        return value.at(0);
     if (item.fieldPath.isEmpty())
-        return item.value.value();
+        return value;
     const std::shared_ptr<const QlumValueContext> known = typeContext(item);
     QlumValueContext context = known ? *known : QlumValueContext();
-    return qlumFieldOf(item.value.value(), item.fieldPath, context);
+    return qlumFieldOf(value, item.fieldPath, context);
 }
 
 QString QlumDaModel::valueText(const QlumDataItem& item) const
@@ -257,10 +338,19 @@ QString QlumDaModel::valueText(const QlumDataItem& item) const
         return {};
     const std::shared_ptr<const QlumValueContext> known = typeContext(item);
     if (item.fieldPath.isEmpty())
-        return qlumCellText(item.value.value(), known ? *known : nothing);
+        return qlumCellText(shownValue(item), known ? *known : nothing);
     QlumValueContext context = known ? *known : nothing;
     const UaVariant part = qlumFieldOf(item.value.value(), item.fieldPath, context);
     return part.isNull() ? tr("(no such field)") : qlumCellText(part, context);
+}
+
+void QlumDaModel::setWriteFault(quint32 key, const QString& why)
+{
+    if (why.isEmpty())
+        m_writeFaults.remove(key);
+    else
+        m_writeFaults.insert(key, why);
+    changeItem(key, [](QlumDataItem&) {});
 }
 
 OpcUa_DateTime QlumDaModel::oldestValue() const

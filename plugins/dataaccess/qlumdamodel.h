@@ -10,6 +10,7 @@
 #include <uawidgets/models/qlumtablemodel.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
+#include <QHash>
 #include <QModelIndex>
 #include <QObject>
 #include <QSet>
@@ -22,10 +23,12 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 class QlumDaPart;
+struct QlumDaDescription;
 
 /// How the connection of a server stands, as the rows show it.
 struct QlumDaServer
@@ -123,6 +126,8 @@ public:
     [[nodiscard]] QString shared(const QString& text);
     /// Finds the index of each row's namespace anew; the keys of rows that have another state or node now.
     std::vector<quint32> placeNamespaces(unsigned int serverId);
+    /// What servers have said of nodes, by the keys of their rows.
+    void describe(const std::unordered_map<quint32, const QlumDaDescription*>& byKey);
     /// How the application calls servers may be another.
     void tellServerNames() { tellColumnChanged(Server); }
 
@@ -155,7 +160,18 @@ public:
     // ---- values
 
     /// A value that came for a row, with so many before it that nobody saw. Call tellValues() after the last.
-    void takeValue(quint32 key, UaDataValue& value, quint32 merged);
+    void takeValue(quint32 key, UaDataValue& value, quint32 merged, OpcUa_DateTime received);
+    /// The time by the model's clock.
+    [[nodiscard]] OpcUa_DateTime now() const { return m_clock(); }
+    /// How much later the newest value of a row came than the quickest of its server: the clocks of the two
+    /// computers need not agree.
+    [[nodiscard]] OpcUa_DateTime delay(const QlumDataItem& item) const;
+    /// What became of the item of a row; told like values.
+    void takeChange(quint32 key, const monitoring::ItemChange& change);
+    /// The item of its server that watches a row; 0 for none.
+    void setWatched(quint32 key, monitoring::ItemId item);
+    /// Told like values.
+    void setState(quint32 key, QlumDataState state);
     /// Views paint now.
     void tellValues();
     /// Counts, minimum and maximum of these rows, or of all without any, begin anew.
@@ -165,9 +181,18 @@ public:
                         std::shared_ptr<const QlumValueContext> context);
     /// Null when nobody has told.
     [[nodiscard]] std::shared_ptr<const QlumValueContext> typeContext(const QlumDataItem& item) const;
-    /// What the row is about: the field of a structure, or the whole value.
-    [[nodiscard]] UaVariant shownValue(const QlumDataItem& item) const;
-    /// That as a text for a cell.
+    /// What the row is about: the field of a structure, an element of an array, or the whole value.
+    [[nodiscard]] UaVariant shownValue(const QlumDataItem& item) const
+    {
+        return partOf(item, item.value.value());
+    }
+    /// The same of another value of the row's node.
+    [[nodiscard]] UaVariant partOf(const QlumDataItem& item, const UaVariant& value) const;
+    /// Why what the user has entered was not written; empty to take that back.
+    void setWriteFault(quint32 key, const QString& why);
+    /// As last told; empty for none.
+    [[nodiscard]] QString writeFault(const QlumDataItem& item) const { return m_writeFaults.value(item.key); }
+    /// What a row shows as a text for a cell.
     [[nodiscard]] QString valueText(const QlumDataItem& item) const;
     /// When the oldest of the newest values came; 0 while there is none. Of watched rows.
     [[nodiscard]] OpcUa_DateTime oldestValue() const;
@@ -182,6 +207,8 @@ public:
     [[nodiscard]] QlumDaVerdict verdict(const QlumDataItem& item) const;
     /// What the state of a row and its last value come to, in words.
     [[nodiscard]] QString statusText(const QlumDataItem& item) const;
+    /// How bad that is.
+    [[nodiscard]] QlumStatusLevel level(const QlumDataItem& item) const;
 
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
@@ -199,7 +226,6 @@ private:
     [[nodiscard]] QVariant sortKey(const QlumDataItem& item, int column) const;
     [[nodiscard]] QVariant look(const QlumDataItem& item, int column, int role) const;
     [[nodiscard]] QString toolTip(const QlumDataItem& item, int column) const;
-    [[nodiscard]] QlumStatusLevel level(const QlumDataItem& item) const;
     [[nodiscard]] bool isOffline(const QlumDataItem& item) const;
     void indexRows() const;
 
@@ -210,10 +236,12 @@ private:
     std::map<std::pair<unsigned int, UaNodeId>, std::shared_ptr<const QlumValueContext>> m_types;
     std::function<QlumDaVerdict(const QlumDataItem&)> m_judge;
     QlumDaPart* m_newValues = nullptr;
+    QHash<quint32, QString> m_writeFaults;
     QSet<QString> m_texts;
     quint32 m_lastKey = 0;
-    mutable std::vector<int> m_rowOf; ///< by key; empty: to be made anew
-    std::vector<quint32> m_taken;     ///< since the last tellValues()
+    mutable std::vector<int> m_rowOf;                     ///< by key; empty: to be made anew
+    std::map<unsigned int, OpcUa_DateTime> m_leastDelays; ///< between a server's clock and ours
+    std::vector<quint32> m_taken;                         ///< since the last tellValues()
 };
 
 /// The number that a value is, for plots and extremes; nothing for what is none.

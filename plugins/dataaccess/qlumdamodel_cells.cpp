@@ -243,6 +243,10 @@ QString QlumDaModel::toolTip(const QlumDataItem& item, int column) const
         return longTime(item.value.sourceTimestamp().value());
     case ServerTime:
         return longTime(item.value.serverTimestamp().value());
+    case Value:
+        if (const QString fault = writeFault(item); !fault.isEmpty())
+            return tr("Not written: %1").arg(fault);
+        return valueText(item);
     case Received:
     case Age:
         return item.received == 0 ? QString() : longTime(item.received);
@@ -262,6 +266,8 @@ QVariant QlumDaModel::look(const QlumDataItem& item, int column, int role) const
         return qlumStatusCell(level(item), role);
     if (column == Verdict)
         return qlumStatusCell(verdict(item).level, role);
+    if (column == Value && !writeFault(item).isEmpty())
+        return qlumStatusCell(QlumStatusLevel::Bad, role);
     const bool isRevised =
         item.state == QlumDataState::Watched &&
         ((column == Queue && item.revisedQueue != settingsOf(item).queueSize) ||

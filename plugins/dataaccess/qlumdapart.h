@@ -74,6 +74,8 @@ public:
     virtual void loadSettings(QSettings&, const QMap<int, int>& /*serverIdMap*/) {}
     /// New values have come for some rows, twenty times a second at most.
     virtual void valuesChanged(std::span<const quint32> /*keys*/) {}
+    /// Names, types, units or paths of some rows are known now.
+    virtual void rowsDescribed() {}
     /// Of one of the servers.
     virtual void statusChanged(unsigned int /*serverId*/, QlumConnectionStatus) {}
     /// No call to it may be under way when this returns; the view has ended its pool's work for it before.

@@ -2,6 +2,7 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtoolservices.h>
+#include <plugins/dataaccess/qlumdasettings.h>
 #include <plugins/dataaccess/qlumdaview.h>
 
 #include <QList>
@@ -29,7 +30,7 @@ QlumDaPlugin::QlumDaPlugin(QlumSessionServicesProvider services, QlumMonitoringP
 void QlumDaPlugin::init(QlumApplicationInterface* app)
 {
     m_app = app;
-    registerSettings();
+    qlumRegisterDaSettings();
     if (QlumToolServices* tools = QlumToolServices::instance()) {
         QlumNodeTaker taker;
         taker.documentType = dataAccessView;
@@ -51,8 +52,6 @@ QString QlumDaPlugin::name()
 {
     return QStringLiteral("Data Access Plugin");
 }
-
-void QlumDaPlugin::registerSettings() {}
 
 // ---- documents
 

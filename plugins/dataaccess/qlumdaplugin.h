@@ -45,7 +45,6 @@ public:
     void sessionRemoved(unsigned int serverId) override;
 
 private:
-    void registerSettings();
     [[nodiscard]] QList<QlumDaView*> views() const;
 
     const QlumSessionServicesProvider m_services;

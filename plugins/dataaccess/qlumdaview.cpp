@@ -1,29 +1,39 @@
 #include <plugins/dataaccess/qlumdaview.h>
 
 #include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumdocumentservers.h>
 #include <app/api/qlumjobpool.h>
+#include <plugins/dataaccess/qlumdadelegate.h>
+#include <plugins/dataaccess/qlumdafilter.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdapart.h>
+#include <plugins/dataaccess/qlumdaplot.h>
+#include <plugins/dataaccess/qlumdasettings.h>
+#include <plugins/dataaccess/qlumdawatch.h>
 #include <plugins/dataaccess/work/qlumdaparts.h>
-#include <uabase/values/uanodeid.h>
+#include <uawidgets/editors/qlumvaluedelegate.h>
 #include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumnodecommands.h>
+#include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 
 #include <QAbstractItemView>
 #include <QAction>
-#include <QDragEnterEvent>
-#include <QDropEvent>
+#include <QComboBox>
+#include <QFont>
+#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QLabel>
 #include <QLineEdit>
 #include <QList>
 #include <QMenu>
-#include <QMimeData>
 #include <QModelIndex>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSizePolicy>
 #include <QSplitter>
 #include <QString>
 #include <QTabWidget>
@@ -34,46 +44,61 @@
 
 #include <algorithm>
 #include <memory>
-#include <span>
 #include <utility>
 #include <vector>
+
+namespace {
+constexpr int poolThreads = 4; // so that one slow server does not hold up the others
+}
 
 QlumDaView::QlumDaView(QlumApplicationInterface& application, QlumSessionServicesProvider services,
                        QlumMonitoringProvider monitoring, QWidget* parent)
     : QWidget(parent), m_application(application), m_services(std::move(services)),
       m_monitoring(std::move(monitoring)), m_state(new QlumViewState(QStringLiteral("DataAccessView"), this)),
-      m_pool(std::make_unique<QlumJobPool>()), m_model(new QlumDaModel(application, this)),
-      m_filter(new QlumTableFilter(this)), m_messages(new QlumMessageBar(this))
+      m_pool(std::make_unique<QlumJobPool>(poolThreads)), m_model(new QlumDaModel(application, this)),
+      m_filter(new QlumDaFilter(this)),
+      m_watch(new QlumDaWatch(*m_model, m_monitoring, m_services, *m_pool, this)),
+      m_delegate(new QlumDaDelegate(this)), m_heading(new QlumViewHeading(this)),
+      m_messages(new QlumMessageBar(this))
 {
     setObjectName(QStringLiteral("dataAccessView"));
     setAccessibleName(tr("Data Access View"));
     setAcceptDrops(true);
+    m_model->setViewSettings(qlumDaDefaults());
+    m_model->setJudge([this](const QlumDataItem& item) { return judge(item); });
     auto* splitter = new QSplitter(Qt::Vertical, this);
     splitter->setObjectName(QStringLiteral("dataSplitter"));
     makeTable();
     m_pages = new QTabWidget(splitter);
     m_pages->setObjectName(QStringLiteral("dataPages"));
+    m_pages->setAccessibleName(tr("More about the values"));
     splitter->addWidget(m_table);
     splitter->addWidget(m_pages);
-    m_pages->hide();
-    m_state->keep(splitter, QStringLiteral("splitter"));
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 1);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->addWidget(m_heading);
     layout->addWidget(m_messages);
     layout->addWidget(makeBar());
     layout->addWidget(splitter, 1);
-    m_parts = qlumMakeDaParts(*this);
-    const auto filler =
-        std::find_if(m_parts.begin(), m_parts.end(), [](const auto& part) { return part->hasNewValues(); });
-    m_model->setNewValues(filler == m_parts.end() ? nullptr : filler->get());
+    layout->addWidget(makeStatusLine());
+    makeParts();
+    m_state->keep(splitter, QStringLiteral("splitter"));
+    connectParts();
+    showHeading();
+    showVerdict();
 }
 
 QlumDaView::~QlumDaView()
 {
     m_model->setNewValues(nullptr);
+    m_model->setJudge({});
     m_pool.reset(); // before what receives its results
     m_parts.clear();
+    delete m_plot;
+    delete m_watch;
     delete m_state;
 }
 
@@ -83,17 +108,59 @@ void QlumDaView::makeTable()
 {
     m_filter->setSourceModel(m_model);
     m_filter->setSortRole(QlumDaModel::SortRole);
+    m_filter->setSearchedColumns({QlumDaModel::Server, QlumDaModel::NodeId, QlumDaModel::DisplayName,
+                                  QlumDaModel::BrowsePath, QlumDaModel::DataType, QlumDaModel::Unit});
     m_table = new QTableView;
     m_table->setObjectName(QStringLiteral("dataItems"));
     m_table->setAccessibleName(tr("Watched values"));
     m_table->setModel(m_filter);
+    m_table->setItemDelegate(m_delegate);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setWordWrap(false);
     m_table->setSortingEnabled(true);
     m_table->sortByColumn(-1, Qt::AscendingOrder);
+    constexpr int rowMargin = 6;
     m_table->verticalHeader()->hide();
+    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + rowMargin);
+    showUsualColumns();
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
-    qlumMakeTable(m_table, {tr("Drop variables or branches here from the Address Space window."),
-                            QStringLiteral("values"), m_state, QStringLiteral("items"), false});
+    makeActions();
+    new QlumNodeCommands(m_table, [this] {
+        QlumToolNodes nodes;
+        for (const quint32 key : selectedKeys())
+            if (const QlumDataItem* item = m_model->find(key); item && !item->nodeId.isNull())
+                nodes.push_back(
+                    {item->serverId, item->nodeId, OpcUa_NodeClass_Variable, {}, item->displayName});
+        return nodes;
+    });
+    qlumMakeTable(
+        m_table, {tr("Drop variables or branches here from the Address Space window, or choose \"Add to Data "
+                     "Access View\" in the menu of a node."),
+                  QStringLiteral("values"), m_state, QStringLiteral("items"), false});
+}
+
+// Those that one looks at all day; the others are in the menu of the header.
+void QlumDaView::showUsualColumns()
+{
+    using Model = QlumDaModel;
+    const QFontMetrics metrics = m_table->fontMetrics();
+    const auto width = [this, &metrics](int column, const char* text) {
+        m_table->setColumnWidth(column, metrics.horizontalAdvance(QLatin1String(text)));
+    };
+    width(Model::Number, "100000 ");
+    width(Model::Server, "Demo Server 1 ");
+    width(Model::NodeId, "ns=2;s=Dynamic.RandomDouble ");
+    width(Model::DisplayName, "TemperatureSensor ");
+    width(Model::Value, "-1234567.890123 ");
+    width(Model::SourceTime, "22:58:58.888 PM ");
+    width(Model::Status, "Good, read every 5 s   ");
+    width(Model::Verdict, "complete, unchanged for 10 min ");
+    width(Model::Age, "10 min 20 s ");
+    for (const int column : {Model::BrowsePath, Model::NewValue, Model::ServerTime, Model::Received,
+                             Model::Minimum, Model::Maximum, Model::SamplingAsked, Model::Queue})
+        m_table->setColumnHidden(column, true);
 }
 
 QWidget* QlumDaView::makeBar()
@@ -102,93 +169,119 @@ QWidget* QlumDaView::makeBar()
     m_filterText = new QLineEdit;
     m_filterText->setObjectName(QStringLiteral("dataFilter"));
     m_filterText->setAccessibleName(tr("Filter"));
-    m_filterText->setPlaceholderText(tr("Filter"));
+    m_filterText->setPlaceholderText(tr("Filter by server, node, name, path, type or unit"));
+    m_filterText->setToolTip(tr("Shows the rows only that have this text."));
     m_filterText->setClearButtonEnabled(true);
     connect(m_filterText, &QLineEdit::textChanged, m_filter, &QlumTableFilter::setText);
+    m_show = new QComboBox;
+    m_show->setObjectName(QStringLiteral("dataShow"));
+    m_show->setAccessibleName(tr("Which rows are shown"));
+    m_show->setToolTip(m_show->accessibleName());
+    m_show->addItems({tr("All rows"), tr("Rows in trouble"), tr("Writable rows")});
+    connect(m_show, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            [this](int index) { m_filter->setShow(static_cast<QlumDaFilter::Show>(index)); });
+    m_progress = new QProgressBar;
+    m_progress->setObjectName(QStringLiteral("dataProgress"));
+    m_progress->setAccessibleName(tr("Variables that are added"));
+    m_progress->hide();
     auto* commands = new QToolButton;
     commands->setObjectName(QStringLiteral("dataCommands"));
-    commands->setText(tr("Commands"));
+    commands->setText(tr("&Commands"));
+    commands->setToolTip(tr("What can be done with rows and with the view."));
     commands->setPopupMode(QToolButton::InstantPopup);
     m_menu = new QMenu(commands);
+    m_menu->addActions(m_actions.list({EditValue, OpenValue, AddParts, Plot, EndPlot, RowSettings,
+                                       ViewSettings, AskAgain, ResetCounts, MoveUp, MoveDown, Remove}));
     commands->setMenu(m_menu);
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(m_filterText, 1);
+    layout->addWidget(m_show);
+    layout->addWidget(m_progress);
     layout->addWidget(commands);
     return bar;
 }
 
-// ---- rows
-
-std::vector<quint32> QlumDaView::selectedKeys() const
+QWidget* QlumDaView::makeVerdictPage()
 {
-    std::vector<quint32> keys;
-    QList<int> places;
-    for (const QModelIndex& index : m_table->selectionModel()->selectedRows())
-        places.append(index.row());
-    std::sort(places.begin(), places.end());
-    for (const int row : places)
-        keys.push_back(m_filter->index(row, 0).data(QlumDaModel::KeyRole).toUInt());
-    return keys;
-}
-
-std::vector<quint32> QlumDaView::shownKeys() const
-{
-    std::vector<quint32> keys;
-    for (int row = 0; row < m_filter->rowCount(); ++row)
-        keys.push_back(m_filter->index(row, 0).data(QlumDaModel::KeyRole).toUInt());
-    return keys;
-}
-
-std::vector<quint32> QlumDaView::addItems(std::vector<QlumDataItem> items)
-{
-    const std::vector<quint32> keys = m_model->add(std::move(items));
-    tellServers();
-    markModified();
-    return keys;
-}
-
-void QlumDaView::addNodes(std::span<const QlumToolNode> nodes)
-{
-    std::vector<QlumDataItem> items;
-    for (const QlumToolNode& node : nodes) {
-        QlumDataItem item;
-        item.serverId = node.serverId;
-        item.nodeId = node.nodeId;
-        item.displayName = node.name;
-        items.push_back(std::move(item));
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("verdictPage"));
+    m_verdictWord = new QLabel;
+    m_verdictWord->setObjectName(QStringLiteral("verdictWord"));
+    m_verdictReason = new QLabel;
+    m_verdictReason->setObjectName(QStringLiteral("verdictReason"));
+    for (QLabel* label : {m_verdictWord, m_verdictReason}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     }
-    addItems(std::move(items));
+    QFont bold = m_verdictWord->font();
+    bold.setBold(true);
+    m_verdictWord->setFont(bold);
+    m_remedy = new QPushButton;
+    m_remedy->setObjectName(QStringLiteral("remedy"));
+    m_remedy->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    m_remedy->setToolTip(tr("Sets for the selected rows what would have sufficed."));
+    m_remedy->setWhatsThis(m_remedy->toolTip());
+    connect(m_remedy, &QPushButton::clicked, this, &QlumDaView::takeRemedy);
+    auto* layout = new QVBoxLayout(page);
+    layout->addWidget(m_verdictWord);
+    layout->addWidget(m_verdictReason);
+    layout->addWidget(m_remedy);
+    layout->addStretch(1);
+    return page;
 }
 
-void QlumDaView::tellServers()
+QWidget* QlumDaView::makeStatusLine()
 {
-    const std::vector<unsigned int> ids = m_model->serverIds();
-    qlumSetDocumentServers(this, {ids.begin(), ids.end()});
+    m_traffic = new QLabel;
+    m_traffic->setObjectName(QStringLiteral("dataTraffic"));
+    m_traffic->setAccessibleName(tr("Traffic"));
+    m_traffic->setTextFormat(Qt::PlainText);
+    m_traffic->setMargin(2);
+    m_traffic->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // what it says moves nothing
+    return m_traffic;
 }
 
-void QlumDaView::dragEnterEvent(QDragEnterEvent* event)
+void QlumDaView::makeParts()
 {
-    if (event->mimeData()->hasFormat(QStringLiteral("application/UaNodeInformation")))
-        event->acceptProposedAction();
+    addPage(makeVerdictPage(), tr("Where Did My Values Go?"));
+    m_plot = new QlumDaPlot(*m_model, m_monitoring);
+    addPage(m_plot, tr("Plot"));
+    m_parts = qlumMakeDaParts(*this);
+    const auto filler =
+        std::find_if(m_parts.begin(), m_parts.end(), [](const auto& part) { return part->hasNewValues(); });
+    m_newValues = filler == m_parts.end() ? nullptr : filler->get();
+    m_model->setNewValues(m_newValues);
 }
 
-void QlumDaView::dropEvent(QDropEvent* event)
+void QlumDaView::connectParts()
 {
-    unsigned int serverId = qlumNoServer, count = 0;
-    UaNodeId* ids = nullptr;
-    if (!m_application.nodeIdsFromMimeData(event->mimeData(), &serverId, &count, &ids))
-        return;
-    const std::unique_ptr<UaNodeId[]> owned(ids);
-    event->acceptProposedAction();
-    std::vector<QlumToolNode> nodes;
-    for (unsigned int i = 0; i < count; ++i) {
-        QlumToolNode node;
-        node.serverId = serverId;
-        node.nodeId = ids[i];
-        nodes.push_back(std::move(node));
-    }
-    addNodes(nodes);
+    connect(m_model, &QlumDaModel::valuesTaken, this, [this](const std::vector<quint32>& keys) {
+        paintValues(keys);
+        for (const auto& part : m_parts)
+            part->valuesChanged(keys);
+    });
+    connect(m_watch, &QlumDaWatch::refused, this, &QlumDaView::tellRefused);
+    connect(m_watch, &QlumDaWatch::progressed, this, [this](int done, int total) {
+        m_progress->setMaximum(total);
+        m_progress->setValue(done);
+        m_progress->setVisible(done < total);
+    });
+    connect(m_table, &QAbstractItemView::doubleClicked, this, &QlumDaView::editCell);
+    connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &QlumDaView::showVerdict);
+    connect(
+        m_delegate, &QlumDaDelegate::entered, this,
+        [this](const QModelIndex& index, const UaVariant& value) {
+            takeEntered(index.data(QlumDaModel::KeyRole).toUInt(), index.column(), value);
+        });
+    connect(m_delegate, &QlumValueDelegate::refused, this, [this](const QString& why) {
+        m_messages->tell({QlumMessage::Warning, QStringLiteral("write"), why, {}, {}, {}});
+    });
+    constexpr int second = 1000;
+    m_second.setInterval(second);
+    connect(&m_second, &QTimer::timeout, this, &QlumDaView::showEachSecond);
 }
 
 // ---- parts
@@ -196,7 +289,6 @@ void QlumDaView::dropEvent(QDropEvent* event)
 void QlumDaView::addPage(QWidget* page, const QString& title)
 {
     m_pages->addTab(page, title);
-    m_pages->show();
 }
 
 void QlumDaView::showPage(QWidget* page)
@@ -226,30 +318,30 @@ void QlumDaView::markModified()
         m_application.setModified();
 }
 
-// ---- servers and project
-
-void QlumDaView::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status)
+std::vector<quint32> QlumDaView::selectedKeys() const
 {
-    m_model->setStatus(serverId, status);
-    for (const auto& part : m_parts)
-        part->statusChanged(serverId, status);
+    QList<int> places;
+    for (const QModelIndex& index : m_table->selectionModel()->selectedRows())
+        places.append(index.row());
+    std::sort(places.begin(), places.end());
+    std::vector<quint32> keys;
+    keys.reserve(static_cast<std::size_t>(places.size()));
+    for (const int row : places)
+        keys.push_back(m_filter->index(row, 0).data(QlumDaModel::KeyRole).toUInt());
+    return keys;
 }
 
-void QlumDaView::sessionRemoved(unsigned int serverId)
+std::vector<quint32> QlumDaView::shownKeys() const
 {
-    m_pool->endServer(serverId);
-    for (const auto& part : m_parts)
-        part->serverRemoved(serverId);
+    std::vector<quint32> keys;
+    keys.reserve(static_cast<std::size_t>(m_filter->rowCount()));
+    for (int row = 0; row < m_filter->rowCount(); ++row)
+        keys.push_back(m_filter->index(row, 0).data(QlumDaModel::KeyRole).toUInt());
+    return keys;
 }
 
-void QlumDaView::saveSettings(QSettings& settings)
+quint32 QlumDaView::currentKey() const
 {
-    for (const auto& part : m_parts)
-        part->saveSettings(settings);
-}
-
-void QlumDaView::loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap)
-{
-    for (const auto& part : m_parts)
-        part->loadSettings(settings, serverIdMap);
+    const QModelIndex current = m_table->currentIndex();
+    return current.isValid() ? current.data(QlumDaModel::KeyRole).toUInt() : 0;
 }

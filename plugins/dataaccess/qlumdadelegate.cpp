@@ -1,0 +1,33 @@
+#include <plugins/dataaccess/qlumdadelegate.h>
+
+#include <uawidgets/editors/qlumvalueeditor.h>
+
+#include <QWidget>
+
+#include <utility>
+
+void QlumDaDelegate::prepare(const UaVariant& value, QlumValueContext context)
+{
+    m_value = value;
+    m_context = std::move(context);
+}
+
+QWidget* QlumDaDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const
+{
+    QWidget* const editor = qlumCreateValueEditor(m_value, m_context, parent);
+    if (editor != nullptr)
+        editor->setAutoFillBackground(true);
+    return editor;
+}
+
+void QlumDaDelegate::setEditorData(QWidget*, const QModelIndex&) const
+{
+    // Editors are made with their value; one that arrives meanwhile must not replace what the user types.
+}
+
+void QlumDaDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const
+{
+    UaVariant value;
+    if (qlumValueFromEditor(editor, value))
+        emit entered(index, value);
+}

@@ -1,0 +1,175 @@
+#include <plugins/dataaccess/qlumdasettings.h>
+
+#include <app/api/qlumsettingsregistry.h>
+
+#include <QCoreApplication>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+struct DaSettingsText
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumDaSettings)
+};
+
+constexpr double mostMilliseconds = std::numeric_limits<int>::max();
+
+int placeIn(const QStringList& choices, const QString& text)
+{
+    return std::max(0, choices.indexOf(text));
+}
+
+} // namespace
+
+QStringList qlumDaDeadbands()
+{
+    return {QStringLiteral("None"), QStringLiteral("Absolute"), QStringLiteral("Percent")};
+}
+
+QStringList qlumDaTriggers()
+{
+    return {QStringLiteral("Status"), QStringLiteral("Status, value"),
+            QStringLiteral("Status, value, timestamp")};
+}
+
+QStringList qlumDaTimestamps()
+{
+    return {QStringLiteral("Source"), QStringLiteral("Server"), QStringLiteral("Both"),
+            QStringLiteral("Neither")};
+}
+
+QStringList qlumDaModes()
+{
+    return {QStringLiteral("Disabled"), QStringLiteral("Sampling"), QStringLiteral("Reporting")};
+}
+
+QlumDataSettings qlumDaDefaults()
+{
+    namespace S = QlumDaSettings;
+    QlumDataSettings settings;
+    settings.publishingInterval = S::publishingInterval.value();
+    settings.samplingInterval = S::samplingInterval.value();
+    settings.queueSize = S::queueSize.value();
+    settings.discardOldest = S::discardOldest.value();
+    settings.deadband = static_cast<QlumDeadband>(placeIn(qlumDaDeadbands(), S::deadband.value()));
+    settings.deadbandValue = S::deadbandValue.value();
+    settings.trigger = static_cast<QlumDataTrigger>(placeIn(qlumDaTriggers(), S::trigger.value()));
+    settings.timestamps =
+        static_cast<OpcUa_TimestampsToReturn>(placeIn(qlumDaTimestamps(), S::timestamps.value()));
+    settings.priority = static_cast<quint8>(std::min(S::priority.value(), 255u));
+    settings.lifetimeCount = S::lifetimeCount.value();
+    return settings;
+}
+
+void qlumRegisterDaSettings()
+{
+    using T = DaSettingsText;
+    namespace S = QlumDaSettings;
+    using Row = QlumSettingRow;
+    qlumRegisterSettings(
+        {QStringLiteral("dataaccess"),
+         T::tr("&Data Access"),
+         {Row::note(QStringLiteral("dataAccessNote"), T::tr("What new data access views begin with:")),
+          Row::number(S::publishingInterval,
+                      {T::tr("&Publishing interval:"), T::tr("How often a server sends what has changed.")},
+                      10, mostMilliseconds, T::tr(" ms")),
+          Row::number(
+              S::samplingInterval,
+              {T::tr("&Sampling interval:"),
+               T::tr("How often a server looks at a value. With -1 as often as it sends, with 0 as often as "
+                     "it can.")},
+              -1, mostMilliseconds, T::tr(" ms")),
+          Row::number(S::queueSize,
+                      {T::tr("&Queue size:"),
+                       T::tr("How many values of a variable a server keeps until it sends them.")},
+                      1, mostMilliseconds),
+          Row::flag(S::discardOldest, {T::tr("Discard the &oldest value when the queue is full"),
+                                       T::tr("Else the newest one is replaced.")}),
+          Row::choice(
+              S::deadband,
+              {T::tr("Dead&band:"),
+               T::tr("Changes that are smaller are not reported: absolute in the unit of the value, or in "
+                     "percent of the range that the variable says it has.")},
+              qlumDaDeadbands()),
+          Row::number(S::deadbandValue,
+                      {T::tr("Deadband &value:"), T::tr("In the unit of the value, or in percent.")}, 0,
+                      mostMilliseconds),
+          Row::choice(S::trigger, {T::tr("&Trigger:"), T::tr("What counts as a change.")}, qlumDaTriggers()),
+          Row::choice(S::timestamps, {T::tr("Ti&mes:"), T::tr("Which times come with a value.")},
+                      qlumDaTimestamps()),
+          Row::number(S::priority,
+                      {T::tr("P&riority:"), T::tr("Of two subscriptions the higher one is sent first.")}, 0,
+                      255),
+          Row::number(
+              S::lifetimeCount,
+              {T::tr("&Lifetime:"), T::tr("After so many publishing intervals without a connection a server "
+                                          "forgets what is watched.")},
+              3, mostMilliseconds),
+          Row::flag(S::readUnits, {T::tr("Ask for &units"),
+                                   T::tr("Reads the engineering unit of each variable, which takes a few "
+                                         "more calls.")}),
+          Row::number(S::branchLimit,
+                      {T::tr("Most variables of a bra&nch:"),
+                       T::tr("Where looking for variables below a node ends.")},
+                      1, 1'000'000)}});
+}
+
+// ---- project
+
+QString qlumStoredDaSettings(const QlumDataSettings& settings)
+{
+    const QlumDataSettings fresh;
+    QStringList parts;
+    const auto keep = [&parts](const char* name, auto value, auto standard) {
+        if (value != standard)
+            parts.append(QStringLiteral("%1=%2").arg(QLatin1String(name)).arg(value));
+    };
+    keep("publishing", settings.publishingInterval, fresh.publishingInterval);
+    keep("sampling", settings.samplingInterval, fresh.samplingInterval);
+    keep("queue", settings.queueSize, fresh.queueSize);
+    keep("discardOldest", int(settings.discardOldest), int(fresh.discardOldest));
+    keep("deadband", int(settings.deadband), int(fresh.deadband));
+    keep("deadbandValue", settings.deadbandValue, fresh.deadbandValue);
+    keep("trigger", int(settings.trigger), int(fresh.trigger));
+    keep("timestamps", int(settings.timestamps), int(fresh.timestamps));
+    keep("mode", int(settings.mode), int(fresh.mode));
+    keep("priority", int(settings.priority), int(fresh.priority));
+    keep("lifetime", settings.lifetimeCount, fresh.lifetimeCount);
+    keep("read", settings.readInterval, fresh.readInterval);
+    return parts.join(QLatin1Char(' '));
+}
+
+QlumDataSettings qlumRestoredDaSettings(const QString& line)
+{
+    QMap<QString, double> values;
+    for (const QString& part : line.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        bool isNumber = false;
+        const double number = part.section(QLatin1Char('='), 1).toDouble(&isNumber);
+        if (isNumber && number >= -1 && number <= mostMilliseconds)
+            values.insert(part.section(QLatin1Char('='), 0, 0), number);
+    }
+    QlumDataSettings settings;
+    const auto restored = [&values](const char* name, double standard, double least, double most) {
+        return std::clamp(values.value(QLatin1String(name), standard), least, most);
+    };
+    settings.publishingInterval = restored("publishing", settings.publishingInterval, 1, mostMilliseconds);
+    settings.samplingInterval = restored("sampling", settings.samplingInterval, -1, mostMilliseconds);
+    settings.queueSize = static_cast<quint32>(restored("queue", settings.queueSize, 1, mostMilliseconds));
+    settings.discardOldest = restored("discardOldest", settings.discardOldest ? 1 : 0, 0, 1) > 0;
+    settings.deadband = static_cast<QlumDeadband>(restored("deadband", 0, 0, 2));
+    settings.deadbandValue = restored("deadbandValue", 0, 0, mostMilliseconds);
+    settings.trigger = static_cast<QlumDataTrigger>(restored("trigger", int(settings.trigger), 0, 2));
+    settings.timestamps =
+        static_cast<OpcUa_TimestampsToReturn>(restored("timestamps", settings.timestamps, 0, 3));
+    settings.mode = static_cast<OpcUa_MonitoringMode>(restored("mode", settings.mode, 0, 2));
+    settings.priority = static_cast<quint8>(restored("priority", 0, 0, 255));
+    settings.lifetimeCount =
+        static_cast<quint32>(restored("lifetime", settings.lifetimeCount, 3, mostMilliseconds));
+    settings.readInterval = restored("read", 0, 0, mostMilliseconds);
+    return settings;
+}

@@ -1,0 +1,368 @@
+// How rows come into a data access view, and what servers say of them.
+#include <plugins/dataaccess/qlumdaview.h>
+
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdocumentservers.h>
+#include <app/api/qlumjob.h>
+#include <app/api/qlumstatuswords.h>
+#include <app/api/qlumtext.h>
+#include <opcua/opcua_attributes.h>
+#include <plugins/dataaccess/qlumdadescriber.h>
+#include <plugins/dataaccess/qlumdamodel.h>
+#include <plugins/dataaccess/qlumdaplot.h>
+#include <plugins/dataaccess/qlumdasettings.h>
+#include <plugins/dataaccess/qlumdawatch.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uastatus.h>
+#include <uawidgets/qlummessagebar.h>
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QString>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <span>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace {
+
+const QString nodesFormat = QStringLiteral("application/UaNodeInformation");
+const QString dropTopic = QStringLiteral("drop");
+const QString refusedTopic = QStringLiteral("refused");
+constexpr double slowRead = 5000; // ms
+
+// Those that a server answers when it has no room for more, or offers no subscriptions at all.
+bool isAboutSubscriptions(OpcUa_StatusCode why)
+{
+    switch (why) {
+    case OpcUa_BadTooManySubscriptions:
+    case OpcUa_BadTooManyMonitoredItems:
+    case OpcUa_BadServiceUnsupported:
+    case OpcUa_BadNotSupported:
+    case OpcUa_BadNotImplemented:
+    case OpcUa_BadResourceUnavailable:
+    case OpcUa_BadOutOfMemory:
+    case OpcUa_BadSubscriptionIdInvalid:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+// ---- nodes that come
+
+void QlumDaView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasFormat(nodesFormat))
+        event->acceptProposedAction();
+}
+
+void QlumDaView::dropEvent(QDropEvent* event)
+{
+    unsigned int serverId = qlumNoServer, count = 0;
+    UaNodeId* ids = nullptr;
+    if (!m_application.nodeIdsFromMimeData(event->mimeData(), &serverId, &count, &ids)) {
+        tell({QlumMessage::Error,
+              dropTopic,
+              tr("What was dropped cannot be read."),
+              tr("It does not come from an address space of this program, or it is damaged."),
+              {},
+              {}});
+        return;
+    }
+    const std::unique_ptr<UaNodeId[]> owned(ids);
+    if (m_application.serverName(serverId).isEmpty() &&
+        !m_application.projectServerIds().contains(serverId)) {
+        tell({QlumMessage::Error,
+              dropTopic,
+              tr("What was dropped belongs to no server of this project."),
+              tr("Nodes of another window of the program have to be looked for here first."),
+              {},
+              {}});
+        return;
+    }
+    event->acceptProposedAction();
+    QlumToolNodes nodes;
+    for (unsigned int i = 0; i < count; ++i)
+        nodes.push_back({serverId, ids[i], OpcUa_NodeClass_Unspecified, {}, {}});
+    addNodes(nodes);
+}
+
+void QlumDaView::addNodes(std::span<const QlumToolNode> nodes)
+{
+    dismiss(dropTopic);
+    std::map<unsigned int, QlumToolNodes> byServer;
+    for (const QlumToolNode& node : nodes)
+        byServer[node.serverId].push_back(node);
+    for (const auto& [serverId, ofServer] : byServer)
+        addNodesOf(serverId, ofServer);
+}
+
+// Whether a node is a variable has to be asked where nobody has said so. Without a connection that waits: the
+// row says then what the server makes of it.
+void QlumDaView::addNodesOf(unsigned int serverId, const QlumToolNodes& nodes)
+{
+    const std::shared_ptr<QlumSessionServices> services = m_services(serverId);
+    const bool isKnown = std::all_of(nodes.begin(), nodes.end(), [](const QlumToolNode& node) {
+        return node.nodeClass == OpcUa_NodeClass_Variable;
+    });
+    if (isKnown || !services || !services->isConnected()) {
+        addVariables(serverId, nodes);
+        return;
+    }
+    const auto work = [this, serverId, services, nodes](QlumJob& job) {
+        UaReadValueIds ids(static_cast<OpcUa_UInt32>(nodes.size()));
+        for (OpcUa_UInt32 i = 0; i < ids.length(); ++i) {
+            static_cast<void>(nodes[i].nodeId.copyTo(&ids[i].NodeId)); // else null, which is refused
+            ids[i].AttributeId = OpcUa_Attributes_NodeClass;
+        }
+        UaClientSdk::ServiceSettings settings = job.serviceSettings();
+        UaDataValues values;
+        const UaStatus status = services->read(settings, 0, OpcUa_TimestampsToReturn_Neither, ids, values);
+        QlumToolNodes variables, branches;
+        for (OpcUa_UInt32 i = 0; i < nodes.size(); ++i) {
+            const bool isBranch =
+                status.isGood() && i < values.length() && OpcUa_IsGood(values[i].StatusCode) &&
+                UaVariant(values[i].Value).toInt32() != static_cast<OpcUa_Int32>(OpcUa_NodeClass_Variable);
+            (isBranch ? branches : variables).push_back(nodes[i]);
+        }
+        job.post([this, serverId, variables, branches] {
+            addVariables(serverId, variables);
+            if (!branches.empty())
+                countBranches(serverId, branches);
+        });
+    };
+    m_pool->add({tr("Looking at what was dropped"), serverId}, work);
+}
+
+void QlumDaView::addVariables(unsigned int serverId, const QlumToolNodes& nodes)
+{
+    std::vector<QlumDataItem> items;
+    items.reserve(nodes.size());
+    for (const QlumToolNode& node : nodes) {
+        QlumDataItem item;
+        item.serverId = serverId;
+        item.nodeId = node.nodeId;
+        item.displayName = node.name;
+        items.push_back(std::move(item));
+    }
+    addItems(std::move(items));
+}
+
+void QlumDaView::countBranches(unsigned int serverId, const QlumToolNodes& roots)
+{
+    const std::shared_ptr<QlumSessionServices> services = m_services(serverId);
+    if (!services)
+        return;
+    std::vector<UaNodeId> ids;
+    for (const QlumToolNode& root : roots)
+        ids.push_back(root.nodeId);
+    const QString name =
+        !roots.front().name.isEmpty() ? roots.front().name : toQString(roots.front().nodeId.toXmlString());
+    const auto limit = static_cast<std::size_t>(std::max(1, QlumDaSettings::branchLimit.value()));
+    const auto work = [this, serverId, services, ids, name, limit](QlumJob& job) {
+        QlumDaBranch::Result found = QlumDaBranch(*services, job, limit).find(ids);
+        job.post([this, serverId, name, found = std::move(found)] { askAboutBranch(serverId, name, found); });
+    };
+    m_pool->add({tr("Counting the variables below %1").arg(name), serverId}, work);
+}
+
+void QlumDaView::askAboutBranch(unsigned int serverId, const QString& name, const QlumDaBranch::Result& found)
+{
+    if (found.variables.empty()) {
+        tell({found.status.isBad() ? QlumMessage::Error : QlumMessage::Note,
+              dropTopic,
+              tr("No variables were found below \"%1\".").arg(name),
+              found.status.isBad() ? qlumResultInWords(found.status)
+                                   : tr("There are objects, methods or properties only."),
+              {},
+              {}});
+        return;
+    }
+    auto* box = new QMessageBox(
+        QMessageBox::Question, tr("Add a Branch"),
+        tr("Below \"%1\" are %n variable(s).", nullptr, static_cast<int>(found.variables.size())).arg(name),
+        QMessageBox::Yes | QMessageBox::Cancel, this);
+    QString more = tr("Shall they all be added to this view?");
+    if (found.isCut)
+        more = tr("There may be more: looking ended there.") + QLatin1Char(' ') + more;
+    if (found.status.isBad())
+        more = tr("Looking ended early (%1).").arg(qlumResultInWords(found.status)) + QLatin1Char(' ') + more;
+    box->setObjectName(QStringLiteral("addBranch"));
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(more);
+    box->button(QMessageBox::Yes)->setText(tr("&Add"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &QMessageBox::finished, this, [this, serverId, variables = found.variables](int answer) {
+        if (answer != QMessageBox::Yes)
+            return;
+        QlumToolNodes nodes;
+        nodes.reserve(variables.size());
+        for (const QlumDaBranch::Variable& one : variables)
+            nodes.push_back({serverId, one.nodeId, OpcUa_NodeClass_Variable, {}, one.name});
+        addVariables(serverId, nodes);
+    });
+    box->open();
+}
+
+std::vector<quint32> QlumDaView::addItems(std::vector<QlumDataItem> items)
+{
+    std::map<unsigned int, QStringList> tables;
+    for (QlumDataItem& item : items) {
+        if (item.nodeId.isNull() || !item.namespaceUri.isEmpty())
+            continue;
+        const auto [table, isNew] = tables.try_emplace(item.serverId);
+        if (isNew)
+            table->second = m_application.namespaceTable(item.serverId);
+        item.namespaceUri = table->second.value(item.nodeId.namespaceIndex());
+    }
+    const std::vector<quint32> keys = m_model->add(std::move(items));
+    tellServers();
+    m_watch->watch(keys);
+    for (const unsigned int id : m_model->serverIds())
+        describe(id, keys);
+    markModified();
+    return keys;
+}
+
+void QlumDaView::removeKeys(const std::vector<quint32>& keys)
+{
+    m_watch->unwatch(keys);
+    m_plot->removeKeys(keys);
+    m_model->removeKeys(keys);
+    tellServers();
+    showVerdict();
+    markModified();
+}
+
+void QlumDaView::tellServers()
+{
+    const std::vector<unsigned int> ids = m_model->serverIds();
+    qlumSetDocumentServers(this, {ids.begin(), ids.end()});
+    showHeading();
+}
+
+std::vector<quint32> QlumDaView::keysOf(unsigned int serverId, bool refusedOnly) const
+{
+    std::vector<quint32> keys;
+    for (const QlumDataItem& item : m_model->rows())
+        if (item.serverId == serverId && (!refusedOnly || item.state == QlumDataState::Refused))
+            keys.push_back(item.key);
+    return keys;
+}
+
+// ---- what servers say of nodes
+
+void QlumDaView::describe(unsigned int serverId, const std::vector<quint32>& keys)
+{
+    const std::shared_ptr<QlumSessionServices> services = m_services(serverId);
+    if (!services || !services->isConnected())
+        return;
+    std::vector<QlumDaQuestion> questions;
+    for (const quint32 key : keys)
+        if (const QlumDataItem* item = m_model->find(key); item && item->serverId == serverId &&
+                                                           !item->nodeId.isNull() &&
+                                                           item->state != QlumDataState::NamespaceGone)
+            questions.push_back({key, item->nodeId});
+    if (questions.empty())
+        return;
+    const bool readsUnits = QlumDaSettings::readUnits.value();
+    const auto work = [this, serverId, services, questions = std::move(questions), readsUnits](QlumJob& job) {
+        QlumDaDescriber describer(services, job, readsUnits);
+        static_cast<void>(describer.describe(questions, [this, serverId,
+                                                         &job](QlumDaDescriber::Portion portion) {
+            job.post([this, serverId, portion = std::move(portion)] { takeDescriptions(serverId, portion); });
+        })); // rows show what is known, and their status tells of the connection
+    };
+    m_pool->add({tr("Reading names and types of variables"), serverId}, work);
+}
+
+void QlumDaView::takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion)
+{
+    for (const auto& [type, context] : portion.types)
+        m_model->setTypeContext(serverId, type, context);
+    std::unordered_map<quint32, const QlumDaDescription*> byKey;
+    for (const QlumDaDescription& row : portion.rows)
+        byKey.emplace(row.key, &row);
+    m_model->describe(byKey);
+    for (const auto& part : m_parts)
+        part->rowsDescribed();
+}
+
+// ---- refusals
+
+void QlumDaView::tellRefused(unsigned int serverId, int count, UaStatusCode why)
+{
+    const QString what = tr("%1 does not watch %n row(s).", nullptr, count).arg(serverName(serverId));
+    const QString words = qlumResultInWords(UaStatus(why.code()));
+    if (isAboutSubscriptions(why.code()))
+        tell({QlumMessage::Error, refusedTopic, what,
+              tr("%1. The values can be read again and again instead, and are marked then.").arg(words),
+              tr("&Read Every %1").arg(qlumDaInterval(slowRead)),
+              [this, serverId] { readRefused(serverId); }});
+    else
+        tell({QlumMessage::Warning, refusedTopic, what, words, tr("&Ask Again"),
+              [this, serverId] { m_watch->retry(keysOf(serverId, true)); }});
+}
+
+void QlumDaView::readRefused(unsigned int serverId)
+{
+    std::map<const QlumDataSettings*, std::vector<quint32>> groups;
+    for (const quint32 key : keysOf(serverId, true))
+        groups[&m_model->settingsOf(*m_model->find(key))].push_back(key);
+    for (const auto& [settings, keys] : groups) {
+        QlumDataSettings wanted = *settings;
+        wanted.readInterval = slowRead;
+        setSettings(keys, wanted);
+    }
+}
+
+// ---- servers
+
+void QlumDaView::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status)
+{
+    const bool wasConnected = isConnected(serverId);
+    m_model->setStatus(serverId, status);
+    m_model->tellServerNames();
+    if (isConnected(serverId)) {
+        std::vector<quint32> gone, back;
+        for (const quint32 key : m_model->placeNamespaces(serverId)) {
+            const QlumDataItem& item = *m_model->find(key);
+            (item.state == QlumDataState::NamespaceGone ? gone : back).push_back(key);
+        }
+        m_watch->unwatch(gone);
+        m_watch->watch(back); // those that have an item keep it
+        if (!wasConnected || status == QlumConnectionStatus::NewSessionCreated) {
+            dismiss(refusedTopic);
+            std::vector<quint32> unknown;
+            for (const QlumDataItem& item : m_model->rows())
+                if (item.serverId == serverId && item.dataType.isNull())
+                    unknown.push_back(item.key);
+            describe(serverId, unknown);
+        }
+    } else {
+        m_roundTrips.remove(serverId);
+    }
+    showHeading();
+    showVerdict();
+    for (const auto& part : m_parts)
+        part->statusChanged(serverId, status);
+}
+
+void QlumDaView::sessionRemoved(unsigned int serverId)
+{
+    m_pool->endServer(serverId);
+    m_measuring.remove(serverId);
+    m_roundTrips.remove(serverId);
+    for (const auto& part : m_parts)
+        part->serverRemoved(serverId);
+    removeKeys(keysOf(serverId));
+}

@@ -1,0 +1,244 @@
+// What a data access view says of its values and servers while they come.
+#include <plugins/dataaccess/qlumdaview.h>
+
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumjob.h>
+#include <app/api/qlumtext.h>
+#include <monitoring/watch.h>
+#include <opcua/opcua_attributes.h>
+#include <opcua/opcua_identifiers.h>
+#include <plugins/dataaccess/qlumdafilter.h>
+#include <plugins/dataaccess/qlumdamodel.h>
+#include <plugins/dataaccess/qlumdaverdict.h>
+#include <plugins/dataaccess/qlumdawatch.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uastatus.h>
+#include <uawidgets/qlumviewheading.h>
+#include <uawidgets/table/qlumstatuslook.h>
+
+#include <QElapsedTimer>
+#include <QHideEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QPalette>
+#include <QPushButton>
+#include <QShowEvent>
+#include <QString>
+#include <QStringList>
+#include <QTableView>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+// ---- values
+
+// Values are painted where they can be seen, all of them at once.
+void QlumDaView::paintValues(const std::vector<quint32>& keys)
+{
+    m_heading->touch();
+    if (!isVisible())
+        return;
+    const int first = std::max(0, m_table->rowAt(0));
+    const int below = m_table->rowAt(m_table->viewport()->height() - 1);
+    const int last = below < 0 ? m_filter->rowCount() - 1 : below;
+    std::vector<quint32> seen;
+    for (int row = first; row <= last; ++row)
+        seen.push_back(m_filter->index(row, 0).data(QlumDaModel::KeyRole).toUInt());
+    std::sort(seen.begin(), seen.end());
+    const bool isSeen = keys.empty() || std::any_of(keys.begin(), keys.end(), [&seen](quint32 key) {
+                            return std::binary_search(seen.begin(), seen.end(), key);
+                        });
+    if (isSeen)
+        m_table->viewport()->update();
+}
+
+void QlumDaView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    m_second.start();
+}
+
+void QlumDaView::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    m_second.stop();
+}
+
+// Ages, verdicts and rates change while nothing comes.
+void QlumDaView::showEachSecond()
+{
+    constexpr int roundTripSeconds = 5, orderSeconds = 3, mostSortedRows = 5000;
+    if (m_model->rowCount() == 0)
+        return;
+    ++m_seconds;
+    m_table->viewport()->update();
+    showTraffic();
+    showVerdict();
+    if (m_seconds % roundTripSeconds == 1)
+        measureRoundTrip();
+    const bool isLive =
+        m_filter->sortColumn() == QlumDaModel::Value || m_filter->sortColumn() >= QlumDaModel::SourceTime;
+    if (m_seconds % orderSeconds == 0 && m_model->rowCount() <= mostSortedRows &&
+        (isLive || m_filter->shown() == QlumDaFilter::Troubled))
+        m_filter->lookAgain();
+}
+
+void QlumDaView::showTraffic()
+{
+    const QlumDaWatch::Traffic traffic = m_watch->takeTraffic();
+    quint64 notifications = 0;
+    OpcUa_UInt32 waiting = 0;
+    for (const unsigned int id : m_model->serverIds())
+        for (const monitoring::SubscriptionInfo& one : m_watch->subscriptions(id))
+            notifications += one.notifications;
+    for (const QlumDataItem& item : m_model->rows())
+        waiting += item.state == QlumDataState::Waiting ? 1 : 0;
+    const quint64 came =
+        notifications - std::min(notifications, std::exchange(m_notifications, notifications));
+    const QLocale locale;
+    QStringList parts{
+        tr("%n row(s)", nullptr, m_model->rowCount()),
+        tr("%1 values/s in %2 notifications/s").arg(locale.toString(traffic.values), locale.toString(came))};
+    if (traffic.merged > 0)
+        parts.append(tr("%1 of them replaced before they were shown").arg(locale.toString(traffic.merged)));
+    if (waiting > 0)
+        parts.append(tr("%1 waiting for their turn").arg(locale.toString(waiting)));
+    for (const unsigned int id : m_model->serverIds())
+        if (m_roundTrips.contains(id))
+            parts.append(tr("round trip to %1: %2 ms")
+                             .arg(serverName(id), locale.toString(m_roundTrips.value(id), 'f', 1)));
+    if (const OpcUa_DateTime oldest = m_model->oldestValue(); oldest != 0)
+        parts.append(tr("oldest value: %1").arg(qlumDaSpan(m_model->now() - oldest)));
+    m_traffic->setText(parts.join(QStringLiteral("  |  ")));
+}
+
+// Of a call that costs the server next to nothing.
+void QlumDaView::measureRoundTrip()
+{
+    for (const unsigned int id : m_model->serverIds()) {
+        const std::shared_ptr<QlumSessionServices> services = m_services(id);
+        if (!services || !services->isConnected() || m_measuring.contains(id))
+            continue;
+        m_measuring.insert(id);
+        const auto work = [this, id, services](QlumJob& job) {
+            UaReadValueIds nodes(1);
+            static_cast<void>(UaNodeId(OpcUaId_Server_ServerStatus_State).copyTo(&nodes[0].NodeId));
+            nodes[0].AttributeId = OpcUa_Attributes_Value;
+            UaClientSdk::ServiceSettings settings = job.serviceSettings();
+            UaDataValues values;
+            QElapsedTimer timer;
+            timer.start();
+            const UaStatus status =
+                services->read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values);
+            constexpr double million = 1e6;
+            if (status.isGood())
+                job.post([this, id, taken = static_cast<double>(timer.nsecsElapsed()) / million] {
+                    m_roundTrips.insert(id, taken);
+                });
+        };
+        m_pool->add({QString(), id}, work, [this, id](QlumWorkEnd) { m_measuring.remove(id); });
+    }
+}
+
+// ---- verdicts
+
+QlumDaVerdict QlumDaView::judge(const QlumDataItem& item) const
+{
+    QlumDaEvidence evidence;
+    evidence.state = item.state;
+    evidence.isConnected = isConnected(item.serverId);
+    evidence.asked = m_model->settingsOf(item);
+    evidence.revisedSampling = item.revisedSampling;
+    evidence.revisedQueue = item.revisedQueue;
+    evidence.now = m_model->now();
+    evidence.lastValue = item.received;
+    evidence.delay = m_model->delay(item);
+    if (item.state == QlumDataState::Watched) {
+        if (const std::optional<monitoring::ItemInfo> info = m_watch->info(item)) {
+            evidence.count = info->count;
+            evidence.overflows = info->overflows;
+            evidence.gaps = info->gaps;
+        }
+        if (const std::optional<monitoring::SubscriptionInfo> subscription = m_watch->subscription(item)) {
+            evidence.revisedPublishing = subscription->revised.publishingInterval;
+            evidence.subscriptionHeard = subscription->lastHeard.value();
+        }
+    }
+    return qlumDaJudge(evidence);
+}
+
+void QlumDaView::showVerdict()
+{
+    const QlumDataItem* item = m_model->find(currentKey());
+    if (item == nullptr) {
+        m_verdictWord->setText(tr("No row is selected"));
+        m_verdictReason->setText(tr("Select a row to see whether all of its values have come, and why not."));
+        m_remedy->hide();
+        return;
+    }
+    const QlumDaVerdict verdict = m_model->verdict(*item);
+    m_verdictWord->setText(item->displayName.isEmpty() ? verdict.word
+                                                       : tr("%1: %2").arg(item->displayName, verdict.word));
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, qlumStatusColor(verdict.level, palette));
+    m_verdictWord->setPalette(palette);
+    m_verdictReason->setText(verdict.reason);
+    m_remedy->setVisible(verdict.remedy != nullptr);
+    if (!verdict.remedy)
+        return;
+    const QlumDataSettings& now = m_model->settingsOf(*item);
+    m_remedy->setText(verdict.remedy->queueSize != now.queueSize
+                          ? tr("Set a &Queue of %1").arg(verdict.remedy->queueSize)
+                          : tr("&Publish Every %1").arg(qlumDaInterval(verdict.remedy->publishingInterval)));
+}
+
+void QlumDaView::takeRemedy()
+{
+    std::vector<quint32> keys = selectedKeys();
+    if (keys.empty())
+        keys.push_back(currentKey());
+    for (const quint32 key : keys) {
+        const QlumDataItem* item = m_model->find(key);
+        if (item == nullptr)
+            continue;
+        if (const QlumDaVerdict verdict = m_model->verdict(*item); verdict.remedy)
+            setSettings({key}, *verdict.remedy);
+    }
+    showVerdict();
+}
+
+// ---- servers
+
+QString QlumDaView::serverName(unsigned int serverId) const
+{
+    return m_application.serverName(serverId);
+}
+
+bool QlumDaView::isConnected(unsigned int serverId) const
+{
+    return m_model->server(serverId).status == QlumConnectionStatus::Connected;
+}
+
+// Of several servers the worst state counts.
+void QlumDaView::showHeading()
+{
+    const std::vector<unsigned int> ids = m_model->serverIds();
+    if (ids.empty()) {
+        m_heading->clear();
+        return;
+    }
+    QStringList names;
+    QlumConnectionStatus worst = QlumConnectionStatus::Connected;
+    for (const unsigned int id : ids) {
+        names.append(serverName(id));
+        if (const QlumConnectionStatus status = m_model->server(id).status;
+            status != QlumConnectionStatus::Connected)
+            worst = status;
+    }
+    m_heading->setServer(names.join(QStringLiteral(", ")));
+    m_heading->setNode(tr("%n row(s)", nullptr, m_model->rowCount()));
+    m_heading->setStatus(worst);
+}

@@ -1,0 +1,204 @@
+// What a user does with a data access view, and what servers do to it.
+#include <app/api/qlumconnectionstatus.h>
+#include <opcua/opcua_statuscodes.h>
+#include <plugins/dataaccess/qlumdamodel.h>
+#include <plugins/dataaccess/qlumdasettingsdialog.h>
+#include <plugins/dataaccess/qlumdataitem.h>
+#include <plugins/dataaccess/qlumdaview.h>
+#include <tests/gui/dataaccess/dafixture.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uavariant.h>
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
+#include <QSpinBox>
+#include <QStringList>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <vector>
+
+namespace {
+
+using M = QlumDaModel;
+
+TEST_F(DaViewTest, RowsAreDescribedReadMovedAndRemoved)
+{
+    const QAbstractItemModelTester tester(&view->model());
+    connectServer();
+    add(2);
+    add(3);
+    ASSERT_TRUE(waitFor(0, M::BrowsePath, "/Objects/2:Line/2:Speed"));
+    ASSERT_TRUE(waitFor(0, M::Value, "12.5"));
+    EXPECT_EQ(cell(0, M::DisplayName), "Speed");
+    EXPECT_EQ(cell(0, M::DataType), "Double");
+    EXPECT_EQ(cell(0, M::Server), "Plc 5");
+    EXPECT_EQ(item(0).namespaceUri, "urn:line");
+
+    services->table.setValue(node(2), UaVariant(-3.0));
+    view->model().resetCounts({item(0).key});
+    view->setSettings({item(0).key}, [] {
+        QlumDataSettings settings;
+        settings.readInterval = 50;
+        return settings;
+    }());
+    ASSERT_TRUE(waitFor(0, M::Minimum, "-3"));
+    EXPECT_EQ(cell(0, M::Status), "Good, read every 50 ms");
+
+    const quint32 speed = item(0).key;
+    view->model().moveKeys({speed}, 1);
+    EXPECT_EQ(item(1).key, speed);
+    view->table()->selectRow(0);
+    view->command(QlumDaView::Remove)->trigger();
+    ASSERT_EQ(view->model().rowCount(), 1);
+    EXPECT_EQ(item(0).key, speed);
+    EXPECT_EQ(view->model().rowOf(speed), 0);
+}
+
+TEST_F(DaViewTest, ABranchIsCountedAndAddedWhenTheUserWants)
+{
+    connectServer();
+    const QlumToolNode branch{5, node(1), OpcUa_NodeClass_Object, {}, "Line"};
+    view->addNodes({&branch, 1});
+    QMessageBox* box = nullptr;
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return (box = view->findChild<QMessageBox*>("addBranch")) != nullptr; }));
+    EXPECT_EQ(box->text(), "Below \"Line\" are 2 variable(s).");
+    EXPECT_EQ(view->model().rowCount(), 0);
+    box->button(QMessageBox::Yes)->click();
+    EXPECT_EQ(view->model().rowCount(), 2);
+}
+
+TEST_F(DaViewTest, ALostConnectionIsToldSinceWhenAndHowItCameBack)
+{
+    connectServer();
+    add(2);
+    ASSERT_TRUE(waitFor(0, M::Value, "12.5"));
+    view->sessionStatusChanged(5, QlumConnectionStatus::ConnectionError);
+    EXPECT_TRUE(cell(0, M::Status).startsWith("Offline since ")) << cell(0, M::Status).toStdString();
+    EXPECT_EQ(cell(0, M::Verdict), "cannot be known");
+    EXPECT_EQ(cell(0, M::Value), "12.5") << "the last one stays";
+    connectServer();
+    EXPECT_EQ(view->model().server(5).recovery, QlumDaServer::Recovery::Resumed);
+    EXPECT_TRUE(cell(0, M::Status).contains("from before the interruption"));
+    view->sessionStatusChanged(5, QlumConnectionStatus::NewSessionCreated);
+    EXPECT_EQ(view->model().server(5).recovery, QlumDaServer::Recovery::Renewed);
+}
+
+TEST_F(DaViewTest, AProjectKeepsRowsByNamespaceAndServer)
+{
+    connectServer();
+    add(2, "Speed");
+    add(3, "Counts");
+    QlumDataSettings own = view->model().viewSettings();
+    own.queueSize = 12;
+    view->setSettings({item(1).key}, own);
+    view->model().changeItem(item(1).key, [](QlumDataItem& changed) { changed.indexRange = "1"; });
+    const QTemporaryDir folder;
+    QSettings settings(folder.filePath("project.ini"), QSettings::IniFormat);
+    view->saveSettings(settings);
+
+    application.tables = {{9, {"http://opcfoundation.org/UA/", "urn:plc"}}};
+    application.modified = 0;
+    view = makeView();
+    view->loadSettings(settings, {{5, 9}});
+    EXPECT_EQ(application.modified, 1) << "only by the settings of the fixture";
+    ASSERT_EQ(view->model().rowCount(), 2);
+    EXPECT_EQ(item(0).serverId, 9u);
+    EXPECT_EQ(item(0).displayName, "Speed");
+    EXPECT_EQ(item(0).state, QlumDataState::NamespaceGone);
+    EXPECT_TRUE(cell(0, M::Status).contains("urn:line"));
+    EXPECT_EQ(item(1).indexRange, "1");
+    ASSERT_TRUE(item(1).settings);
+    EXPECT_EQ(item(1).settings->queueSize, 12u);
+
+    application.tables[9].insert(1, "urn:line"); // the server has it again, in another place
+    view->sessionStatusChanged(9, QlumConnectionStatus::Connected);
+    EXPECT_NE(item(0).state, QlumDataState::NamespaceGone);
+    EXPECT_EQ(item(0).nodeId, UaNodeId(2u, 1));
+
+    view = makeView();
+    view->loadSettings(settings, {});
+    EXPECT_EQ(item(0).state, QlumDataState::NoServer);
+}
+
+TEST_F(DaViewTest, WhatTheServerRefusesToTakeIsMarkedAtTheRow)
+{
+    connectServer();
+    add(2);
+    ASSERT_TRUE(waitFor(0, M::Value, "12.5"));
+    services->table.fail(NodeTable::Service::Write, node(2), OpcUa_BadNotWritable);
+    view->write(item(0).key, UaVariant(1.0));
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return cell(0, M::Value, Qt::ToolTipRole).contains("BadNotWritable"); }));
+    services->table.fail(NodeTable::Service::Write, node(2), OpcUa_Good);
+    view->write(item(0).key, UaVariant(1.0));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view->model().writeFault(item(0)).isEmpty(); }));
+}
+
+TEST_F(DaViewTest, AServerWithoutRoomForSubscriptionsIsReadOnTheUsersWord)
+{
+    QlumDataSettings watched;
+    view->setSettings({}, watched);
+    connectServer();
+    add(2);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view->watch()->pending() == 0; }));
+    monitoring::ItemChange change;
+    change.state = monitoring::ItemState::Refused;
+    change.status = UaStatusCode(OpcUa_BadTooManySubscriptions);
+    view->model().takeChange(item(0).key, change);
+    EXPECT_TRUE(cell(0, M::Status).contains("BadTooManySubscriptions"));
+    emit view->watch()->refused(5, 1, change.status);
+    QPushButton* help = nullptr;
+    for (QPushButton* button : view->findChildren<QPushButton*>())
+        if (button->text().contains("Read Every"))
+            help = button;
+    ASSERT_NE(help, nullptr);
+    help->click();
+    ASSERT_TRUE(waitFor(0, M::Value, "12.5"));
+    EXPECT_EQ(cell(0, M::Status), "Good, read every 5 s");
+    EXPECT_EQ(cell(0, M::Verdict), "sampled here");
+}
+
+TEST_F(DaViewTest, ElementsBecomeRowsThatTheServerSendsAlone)
+{
+    connectServer();
+    add(3);
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        view->watch()->readNow();
+        return item(0).received != 0;
+    }));
+    view->table()->selectRow(0);
+    view->command(QlumDaView::AddParts)->trigger();
+    ASSERT_EQ(view->model().rowCount(), 3);
+    EXPECT_EQ(item(2).indexRange, "1");
+    EXPECT_TRUE(waitFor(2, M::Value, "8"));
+}
+
+TEST_F(DaViewTest, OfManyRowsOnlyWhatIsTouchedChanges)
+{
+    QlumDataSettings shown, other;
+    shown.queueSize = 3;
+    other.publishingInterval = 250;
+    QlumDaSettingsDialog dialog("rows", shown, QlumDaSettingsDialog::Revised{1000, 500, 2});
+    dialog.findChild<QSpinBox*>("priority")->setValue(7);
+    const QlumDataSettings applied = dialog.applied(other);
+    EXPECT_EQ(applied.priority, 7);
+    EXPECT_EQ(applied.queueSize, other.queueSize);
+    EXPECT_EQ(applied.publishingInterval, 250);
+    QStringList revised;
+    for (const QLabel* label : dialog.findChildren<QLabel*>())
+        if (label->text().contains("(revised)"))
+            revised.append(label->text());
+    EXPECT_EQ(revised, QStringList({"the server: 500 ms (revised)", "the server: 2 (revised)"}));
+}
+
+} // namespace
