@@ -1,6 +1,7 @@
 // The tools that are part of the program. The order of these lines is the order of loading, of event delivery
 // and of the groups in project files. A tool that is not written yet is a row in plugins/planned.
 #include <plugins/attributes/qlumattributeplugin.h>
+#include <plugins/dataaccess/qlumdaplugin.h>
 #include <plugins/events/qlumeventplugin.h>
 #include <plugins/history/qlumhistoryplugin.h>
 #include <plugins/methods/qlummethodplugin.h>

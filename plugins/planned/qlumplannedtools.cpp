@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 7> tools{{
+constexpr std::array<QlumPlannedTool, 6> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -23,13 +23,6 @@ constexpr std::array<QlumPlannedTool, 7> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Devices View</b><br>Shows the devices of a server with their parameters, methods "
                        "and identification, and configures them.")},
-    {QlumPlannedTool::Document, "QlumDaPlugin", "Data Access Plugin", "Data Access View",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "The data access view is not part of this version. Single values can be read in the "
-                       "attribute view."),
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "<b>Data Access View</b><br>Watches the values of variables of one or more servers "
-                       "and writes them.")},
     {QlumPlannedTool::Document, "QlumPerformancePlugin", "UA Performance Plugin", "Performance View",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The performance view is not part of this version."),
      QT_TRANSLATE_NOOP(
@@ -103,7 +96,6 @@ QStaticPlugin exported()
     }
 
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumDaPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumServerDiagnosticPlugin)

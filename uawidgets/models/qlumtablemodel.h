@@ -131,6 +131,14 @@ protected:
         emit dataChanged(index(row, 0), index(row, titleCount() - 1), roles);
     }
 
+    /// A row to change in place without telling: for values that come faster than views could hear of each.
+    /// The model says in its own way that they have to be painted.
+    [[nodiscard]] Row& quietRow(int row)
+    {
+        qlumAssertGuiThread();
+        return m_rows.at(static_cast<std::size_t>(row));
+    }
+
     /// Offers every row to the function, which changes some and is true for these; told in one step.
     template <typename Change>
     void changeRows(Change&& apply)

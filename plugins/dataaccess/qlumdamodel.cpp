@@ -1,0 +1,296 @@
+// The rows of a data access view, and what comes for them.
+#include <plugins/dataaccess/qlumdamodel.h>
+
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
+#include <plugins/dataaccess/qlumdapart.h>
+#include <plugins/dataaccess/qlumdatafield.h>
+#include <uabase/values/uadatetime.h>
+#include <uawidgets/editors/qlumcelltext.h>
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <set>
+#include <utility>
+#include <vector>
+
+QlumDaModel::QlumDaModel(QlumApplicationInterface& application, QObject* parent, Clock clock)
+    : QlumTableModel({tr("#"),           tr("Server"),         tr("Node Id"),          tr("Display Name"),
+                      tr("Browse Path"), tr("Value"),          tr("New Value"),        tr("Data Type"),
+                      tr("Unit"),        tr("Source Time"),    tr("Server Time"),      tr("Received"),
+                      tr("Status"),      tr("Complete?"),      tr("Changes"),          tr("Minimum"),
+                      tr("Maximum"),     tr("Sampling Asked"), tr("Sampling Revised"), tr("Queue"),
+                      tr("Age")},
+                     parent),
+      m_application(application), m_clock(clock ? std::move(clock) : [] { return UaDateTime::now().value(); })
+{
+}
+
+// ---- rows
+
+std::vector<quint32> QlumDaModel::add(std::vector<QlumDataItem> items)
+{
+    std::vector<quint32> keys;
+    keys.reserve(items.size());
+    for (QlumDataItem& item : items) {
+        item.key = ++m_lastKey;
+        item.namespaceUri = shared(item.namespaceUri);
+        item.unit = shared(item.unit);
+        item.dataTypeName = shared(item.dataTypeName);
+        keys.push_back(item.key);
+    }
+    m_rowOf.clear();
+    insert(rowCount(), std::move(items));
+    return keys;
+}
+
+void QlumDaModel::removeKeys(const std::vector<quint32>& keys)
+{
+    std::vector<int> gone;
+    for (const quint32 key : keys)
+        if (const int row = rowOf(key); row >= 0)
+            gone.push_back(row);
+    std::sort(gone.begin(), gone.end());
+    gone.erase(std::unique(gone.begin(), gone.end()), gone.end());
+    if (gone.size() == static_cast<std::size_t>(rowCount()) && !gone.empty()) {
+        m_rowOf.clear();
+        reset();
+        return;
+    }
+    for (std::size_t end = gone.size(); end > 0;) { // each run at once, from behind
+        std::size_t begin = end - 1;
+        while (begin > 0 && gone[begin - 1] == gone[begin] - 1)
+            --begin;
+        m_rowOf.clear();
+        remove(gone[begin], static_cast<int>(end - begin));
+        end = begin;
+    }
+}
+
+void QlumDaModel::moveKeys(const std::vector<quint32>& keys, int places)
+{
+    std::vector<int> moved;
+    for (const quint32 key : keys)
+        if (const int row = rowOf(key); row >= 0)
+            moved.push_back(row);
+    std::sort(moved.begin(), moved.end());
+    const bool isUp = places < 0;
+    if (!isUp)
+        std::reverse(moved.begin(), moved.end());
+    int taken = isUp ? 0 : rowCount() - 1; // the place that the next one may have at most
+    for (const int row : moved) {
+        const int wanted = isUp ? std::max(taken, row + places) : std::min(taken, row + places);
+        m_rowOf.clear();
+        move(row, 1, isUp ? wanted : wanted + 1);
+        taken = isUp ? wanted + 1 : wanted - 1;
+    }
+    tellColumnChanged(Number);
+}
+
+void QlumDaModel::indexRows() const
+{
+    m_rowOf.assign(m_lastKey + 1u, -1);
+    int row = 0;
+    for (const QlumDataItem& item : rows())
+        m_rowOf[item.key] = row++;
+}
+
+int QlumDaModel::rowOf(quint32 key) const
+{
+    if (m_rowOf.empty())
+        indexRows();
+    return key < m_rowOf.size() ? m_rowOf[key] : -1;
+}
+
+const QlumDataItem* QlumDaModel::find(quint32 key) const
+{
+    const int row = rowOf(key);
+    return row < 0 ? nullptr : &rowAt(row);
+}
+
+QString QlumDaModel::shared(const QString& text)
+{
+    return text.isEmpty() ? QString() : *m_texts.insert(text);
+}
+
+// The index that a namespace has now is where its URI stands in the server's table.
+std::vector<quint32> QlumDaModel::placeNamespaces(unsigned int serverId)
+{
+    const QStringList table = m_application.namespaceTable(serverId);
+    std::vector<quint32> changed;
+    if (table.isEmpty())
+        return changed;
+    changeRows([&](QlumDataItem& item) {
+        if (item.serverId != serverId || item.nodeId.isNull())
+            return false;
+        const OpcUa_UInt16 before = item.nodeId.namespaceIndex();
+        if (item.namespaceUri.isEmpty() && item.state != QlumDataState::NamespaceGone) {
+            if (before < table.size())
+                item.namespaceUri = shared(table.at(before));
+            return false;
+        }
+        const int place = table.indexOf(item.namespaceUri);
+        const bool wasGone = item.state == QlumDataState::NamespaceGone;
+        if (place < 0 ? wasGone : !wasGone && place == before)
+            return false;
+        if (place >= 0)
+            item.nodeId.setNamespaceIndex(static_cast<OpcUa_UInt16>(place));
+        item.state = place < 0 ? QlumDataState::NamespaceGone : wasGone ? QlumDataState::Waiting : item.state;
+        changed.push_back(item.key);
+        return true;
+    });
+    return changed;
+}
+
+// ---- settings and servers
+
+void QlumDaModel::setViewSettings(const QlumDataSettings& settings)
+{
+    m_viewSettings = std::make_shared<QlumDataSettings>(settings);
+    tellColumnChanged(SamplingAsked);
+}
+
+void QlumDaModel::setStatus(unsigned int serverId, QlumConnectionStatus status)
+{
+    QlumDaServer& server = m_servers[serverId];
+    if (status == QlumConnectionStatus::NewSessionCreated) { // Connected follows, or has come
+        server.recovery = QlumDaServer::Recovery::Renewed;
+        server.recovered = m_clock();
+        status = QlumConnectionStatus::Connected;
+    } else if (status == QlumConnectionStatus::Connected &&
+               server.status == QlumConnectionStatus::ConnectionError) {
+        server.recovery = QlumDaServer::Recovery::Resumed;
+        server.recovered = m_clock();
+    }
+    if (server.status != status || server.since == 0)
+        server.since = m_clock();
+    server.status = status;
+    tellColumnChanged(Status);
+    tellValues();
+}
+
+QlumDaServer QlumDaModel::server(unsigned int serverId) const
+{
+    const auto found = m_servers.find(serverId);
+    return found == m_servers.end() ? QlumDaServer() : found->second;
+}
+
+std::vector<unsigned int> QlumDaModel::serverIds() const
+{
+    std::set<unsigned int> ids;
+    for (const QlumDataItem& item : rows())
+        if (item.serverId != qlumNoServer)
+            ids.insert(item.serverId);
+    return {ids.begin(), ids.end()};
+}
+
+// ---- values
+
+void QlumDaModel::takeValue(quint32 key, UaDataValue& value, quint32 merged)
+{
+    const int row = rowOf(key);
+    if (row < 0)
+        return;
+    QlumDataItem& item = quietRow(row);
+    std::swap(item.value, value);
+    item.received = m_clock();
+    item.changes += 1u + merged;
+    const std::optional<double> number =
+        item.fieldPath.isEmpty() ? qlumDaNumber(item.value.value()) : qlumDaNumber(shownValue(item));
+    if (number && std::isfinite(*number) && item.value.statusCode().isNotBad()) {
+        item.minimum = std::fmin(item.minimum, *number);
+        item.maximum = std::fmax(item.maximum, *number);
+    }
+    m_taken.push_back(key);
+}
+
+void QlumDaModel::tellValues()
+{
+    emit valuesTaken(std::exchange(m_taken, {}));
+}
+
+void QlumDaModel::resetCounts(const std::vector<quint32>& keys)
+{
+    const std::set<quint32> wanted(keys.begin(), keys.end());
+    changeRows([&wanted](QlumDataItem& item) {
+        if (!wanted.empty() && !wanted.contains(item.key))
+            return false;
+        item.changes = 0;
+        item.minimum = item.maximum = std::numeric_limits<double>::quiet_NaN();
+        return true;
+    });
+}
+
+void QlumDaModel::setTypeContext(unsigned int serverId, const UaNodeId& dataType,
+                                 std::shared_ptr<const QlumValueContext> context)
+{
+    m_types[{serverId, dataType}] = std::move(context);
+    tellValues();
+}
+
+std::shared_ptr<const QlumValueContext> QlumDaModel::typeContext(const QlumDataItem& item) const
+{
+    const auto found = m_types.find({item.serverId, item.dataType});
+    return found == m_types.end() ? nullptr : found->second;
+}
+
+UaVariant QlumDaModel::shownValue(const QlumDataItem& item) const
+{
+    if (item.fieldPath.isEmpty())
+        return item.value.value();
+    const std::shared_ptr<const QlumValueContext> known = typeContext(item);
+    QlumValueContext context = known ? *known : QlumValueContext();
+    return qlumFieldOf(item.value.value(), item.fieldPath, context);
+}
+
+QString QlumDaModel::valueText(const QlumDataItem& item) const
+{
+    static const QlumValueContext nothing;
+    if (item.received == 0)
+        return {};
+    const std::shared_ptr<const QlumValueContext> known = typeContext(item);
+    if (item.fieldPath.isEmpty())
+        return qlumCellText(item.value.value(), known ? *known : nothing);
+    QlumValueContext context = known ? *known : nothing;
+    const UaVariant part = qlumFieldOf(item.value.value(), item.fieldPath, context);
+    return part.isNull() ? tr("(no such field)") : qlumCellText(part, context);
+}
+
+OpcUa_DateTime QlumDaModel::oldestValue() const
+{
+    OpcUa_DateTime oldest = 0;
+    for (const QlumDataItem& item : rows())
+        if (item.received != 0 && (oldest == 0 || item.received < oldest))
+            oldest = item.received;
+    return oldest;
+}
+
+void QlumDaModel::setNewValues(QlumDaPart* part)
+{
+    m_newValues = part;
+    if (part != nullptr)
+        connect(part, &QlumDaPart::newValuesChanged, this, [this](const std::vector<quint32>& keys) {
+            const std::set<quint32> wanted(keys.begin(), keys.end());
+            changeRows([&wanted](QlumDataItem& item) { return wanted.contains(item.key); });
+        });
+}
+
+QlumDaVerdict QlumDaModel::verdict(const QlumDataItem& item) const
+{
+    return m_judge ? m_judge(item) : QlumDaVerdict();
+}
+
+std::optional<double> qlumDaNumber(const UaVariant& value)
+{
+    const OpcUa_BuiltInType type = value.type();
+    if (!value.isScalar() || type < OpcUaType_Boolean || type > OpcUaType_Double)
+        return std::nullopt;
+    return type == OpcUaType_Double ? value.get()->Value.Double : value.toDouble();
+}

@@ -1,0 +1,224 @@
+#pragma once
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumconnectionstatus.h>
+#include <opcua/opcua_types.h>
+#include <plugins/dataaccess/qlumdataitem.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluecontext.h>
+#include <uawidgets/models/qlumtablemodel.h>
+#include <uawidgets/table/qlumstatuslook.h>
+
+#include <QModelIndex>
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+class QlumDaPart;
+
+/// How the connection of a server stands, as the rows show it.
+struct QlumDaServer
+{
+    /// What became of the items when the connection last came back.
+    enum class Recovery : unsigned char {
+        None,    ///< it was not lost
+        Resumed, ///< the server had kept them
+        Renewed  ///< they were created again in a new session
+    };
+
+    QlumConnectionStatus status = QlumConnectionStatus::Disconnected;
+    Recovery recovery = Recovery::None;
+    OpcUa_DateTime since = 0;     ///< when that status came
+    OpcUa_DateTime recovered = 0; ///< when the connection last came back
+};
+
+/// A word on whether all values of a row have come, and what it is founded on.
+struct QlumDaVerdict
+{
+    QString word;                                      ///< "complete", "3 overflows"
+    QString reason;                                    ///< in a sentence or two
+    QlumStatusLevel level = QlumStatusLevel::Inactive; ///< Inactive: it cannot be known
+    std::shared_ptr<const QlumDataSettings> remedy;    ///< what would have sufficed; null when nothing would
+};
+
+/// The rows of a data access view, in the user's order. Values are taken without a signal for each: views
+/// paint what they see when valuesTaken() comes.
+class QlumDaModel : public QlumTableModel<QlumDataItem>
+{
+    Q_OBJECT
+public:
+    /// Its columns, in the order of the construction.
+    enum Column {
+        Number,
+        Server,
+        NodeId,
+        DisplayName,
+        BrowsePath,
+        Value,
+        NewValue,
+        DataType,
+        Unit,
+        SourceTime,
+        ServerTime,
+        Received,
+        Status,
+        Verdict,
+        Changes,
+        Minimum,
+        Maximum,
+        SamplingAsked,
+        SamplingRevised,
+        Queue,
+        Age,
+        ColumnCount
+    };
+    /// Roles of its cells beside Qt's.
+    enum Role {
+        SortRole = Qt::UserRole + 1, ///< what is compared
+        KeyRole                      ///< of the row
+    };
+    /// The time, for tests.
+    using Clock = std::function<OpcUa_DateTime()>;
+
+    /// The application must outlive the model.
+    explicit QlumDaModel(QlumApplicationInterface& application, QObject* parent = nullptr, Clock clock = {});
+
+    // ---- rows
+
+    /// At the end; their keys, in their order.
+    std::vector<quint32> add(std::vector<QlumDataItem> items);
+    /// Unknown keys are passed over.
+    void removeKeys(const std::vector<quint32>& keys);
+    /// Moves the rows of these keys one place up or down, as a block to either end with a larger number.
+    void moveKeys(const std::vector<quint32>& keys, int places);
+    /// -1 when there is none.
+    [[nodiscard]] int rowOf(quint32 key) const;
+    /// Null when there is none.
+    [[nodiscard]] const QlumDataItem* find(quint32 key) const;
+    /// Changes what a row is, not its values; nothing for an unknown key.
+    template <typename Change>
+    void changeItem(quint32 key, Change&& apply)
+    {
+        if (const int row = rowOf(key); row >= 0)
+            change(row, std::forward<Change>(apply));
+    }
+    /// The same for many, which are told of in one step: the function changes those that it is true for.
+    template <typename Change>
+    void changeItems(Change&& apply)
+    {
+        changeRows(std::forward<Change>(apply));
+    }
+    /// One copy of a text that many rows have.
+    [[nodiscard]] QString shared(const QString& text);
+    /// Finds the index of each row's namespace anew; the keys of rows that have another state or node now.
+    std::vector<quint32> placeNamespaces(unsigned int serverId);
+    /// How the application calls servers may be another.
+    void tellServerNames() { tellColumnChanged(Server); }
+
+    // ---- settings
+
+    /// Those of rows that have none of their own.
+    [[nodiscard]] const QlumDataSettings& viewSettings() const { return *m_viewSettings; }
+    /// The same, to share.
+    [[nodiscard]] const std::shared_ptr<const QlumDataSettings>& sharedViewSettings() const
+    {
+        return m_viewSettings;
+    }
+    /// Replaces them.
+    void setViewSettings(const QlumDataSettings& settings);
+    /// Of the row, or those of the view.
+    [[nodiscard]] const QlumDataSettings& settingsOf(const QlumDataItem& item) const
+    {
+        return item.settings ? *item.settings : *m_viewSettings;
+    }
+
+    // ---- servers
+
+    /// Its connection has another state; told at once.
+    void setStatus(unsigned int serverId, QlumConnectionStatus status);
+    /// As last told; disconnected for one that nobody told of.
+    [[nodiscard]] QlumDaServer server(unsigned int serverId) const;
+    /// Servers of the rows.
+    [[nodiscard]] std::vector<unsigned int> serverIds() const;
+
+    // ---- values
+
+    /// A value that came for a row, with so many before it that nobody saw. Call tellValues() after the last.
+    void takeValue(quint32 key, UaDataValue& value, quint32 merged);
+    /// Views paint now.
+    void tellValues();
+    /// Counts, minimum and maximum of these rows, or of all without any, begin anew.
+    void resetCounts(const std::vector<quint32>& keys);
+    /// What is known of values of a data type, for texts.
+    void setTypeContext(unsigned int serverId, const UaNodeId& dataType,
+                        std::shared_ptr<const QlumValueContext> context);
+    /// Null when nobody has told.
+    [[nodiscard]] std::shared_ptr<const QlumValueContext> typeContext(const QlumDataItem& item) const;
+    /// What the row is about: the field of a structure, or the whole value.
+    [[nodiscard]] UaVariant shownValue(const QlumDataItem& item) const;
+    /// That as a text for a cell.
+    [[nodiscard]] QString valueText(const QlumDataItem& item) const;
+    /// When the oldest of the newest values came; 0 while there is none. Of watched rows.
+    [[nodiscard]] OpcUa_DateTime oldestValue() const;
+
+    // ---- what others add
+
+    /// Who judges rows; asked when a cell is painted.
+    void setJudge(std::function<QlumDaVerdict(const QlumDataItem&)> judge) { m_judge = std::move(judge); }
+    /// Who fills the column "New Value"; null for nobody. It must outlive the model or be taken away.
+    void setNewValues(QlumDaPart* part);
+    /// The judgement of a row.
+    [[nodiscard]] QlumDaVerdict verdict(const QlumDataItem& item) const;
+    /// What the state of a row and its last value come to, in words.
+    [[nodiscard]] QString statusText(const QlumDataItem& item) const;
+
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+signals:
+    /// Rows have new values; each key once.
+    void valuesTaken(const std::vector<quint32>& keys);
+
+protected:
+    [[nodiscard]] QVariant cell(const QlumDataItem& item, int column, int role) const override;
+
+private:
+    [[nodiscard]] QVariant text(const QlumDataItem& item, int column) const;
+    [[nodiscard]] QVariant timeText(const QlumDataItem& item, int column) const;
+    [[nodiscard]] QVariant settingText(const QlumDataItem& item, int column) const;
+    [[nodiscard]] QVariant sortKey(const QlumDataItem& item, int column) const;
+    [[nodiscard]] QVariant look(const QlumDataItem& item, int column, int role) const;
+    [[nodiscard]] QString toolTip(const QlumDataItem& item, int column) const;
+    [[nodiscard]] QlumStatusLevel level(const QlumDataItem& item) const;
+    [[nodiscard]] bool isOffline(const QlumDataItem& item) const;
+    void indexRows() const;
+
+    QlumApplicationInterface& m_application;
+    const Clock m_clock;
+    std::shared_ptr<const QlumDataSettings> m_viewSettings = std::make_shared<QlumDataSettings>();
+    std::map<unsigned int, QlumDaServer> m_servers;
+    std::map<std::pair<unsigned int, UaNodeId>, std::shared_ptr<const QlumValueContext>> m_types;
+    std::function<QlumDaVerdict(const QlumDataItem&)> m_judge;
+    QlumDaPart* m_newValues = nullptr;
+    QSet<QString> m_texts;
+    quint32 m_lastKey = 0;
+    mutable std::vector<int> m_rowOf; ///< by key; empty: to be made anew
+    std::vector<quint32> m_taken;     ///< since the last tellValues()
+};
+
+/// The number that a value is, for plots and extremes; nothing for what is none.
+[[nodiscard]] std::optional<double> qlumDaNumber(const UaVariant& value);
+/// "0.4 s", "3 min 20 s" for a time in units of 100 ns.
+[[nodiscard]] QString qlumDaSpan(OpcUa_DateTime span);
+/// "500 ms", "1 s", "fastest" for an interval as a setting has it.
+[[nodiscard]] QString qlumDaInterval(double milliseconds);

@@ -1,0 +1,24 @@
+#include <plugins/dataaccess/work/qlumdaparts.h>
+
+#include <plugins/dataaccess/qlumdapart.h>
+#include <plugins/dataaccess/work/qlumcopypart.h>
+#include <plugins/dataaccess/work/qlumlistpart.h>
+#include <plugins/dataaccess/work/qlumsnapshotpart.h>
+#include <plugins/dataaccess/work/qlumstagedpart.h>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+std::vector<std::unique_ptr<QlumDaPart>> qlumMakeDaParts(QlumDaHost& host)
+{
+    std::vector<std::unique_ptr<QlumDaPart>> parts;
+    auto staged = std::make_unique<QlumStagedPart>(host);
+    auto lists = std::make_unique<QlumListPart>(host, *staged);
+    auto snapshots = std::make_unique<QlumSnapshotPart>(host, *staged);
+    parts.push_back(std::move(staged));
+    parts.push_back(std::move(lists));
+    parts.push_back(std::move(snapshots));
+    parts.push_back(std::make_unique<QlumCopyPart>(host));
+    return parts;
+}

@@ -1,0 +1,54 @@
+#pragma once
+#include <plugins/dataaccess/qlumdapart.h>
+#include <plugins/dataaccess/qlumdataitem.h>
+#include <plugins/dataaccess/work/qlumnodelist.h>
+#include <uabase/values/uastatus.h>
+
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
+
+class QlumStagedPart;
+
+/// Rows from lists of nodes: pasted ones, files, and files with new values.
+class QlumListPart final : public QlumDaPart
+{
+    Q_OBJECT
+public:
+    /// Adds its commands to the host; both outlive it.
+    QlumListPart(QlumDaHost& host, QlumStagedPart& staged);
+
+    /// Adds a row for each line, also for those that name nothing; asks for the server where that is open.
+    void takeList(const QByteArray& bytes);
+    /// Stages the values of the list, for rows that are there or are added.
+    void takeValues(const QByteArray& bytes);
+    /// Looks for the selected rows that named nothing, or for all of them.
+    void lookAgain();
+
+private:
+    /// A line on its way to a row.
+    struct Wanted
+    {
+        QlumNodeLine line;
+        unsigned int serverId = qlumNoServer;
+        QlumFoundNode found;
+        UaStatus status; ///< bad: the server could not be asked
+        quint32 row = 0; ///< that is looked for again; 0: a new one
+    };
+    using Lines = std::vector<Wanted>;
+    enum class Purpose { Rows, Values, Again };
+
+    void makeCommands();
+    void load(Purpose purpose);
+    void take(const QByteArray& bytes, Purpose purpose);
+    [[nodiscard]] unsigned int usualServer(bool& isGivenUp);
+    void find(Lines lines, Purpose purpose, const QString& remark);
+    void finish(const Lines& lines, Purpose purpose, const QString& remark);
+    [[nodiscard]] static QlumDataItem itemFor(const Wanted& wanted);
+    void stage(const Lines& lines);
+    void tellRows(const Lines& lines, const QString& remark);
+
+    QlumDaHost& m_host;
+    QlumStagedPart& m_staged;
+};

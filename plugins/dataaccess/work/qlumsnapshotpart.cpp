@@ -1,0 +1,424 @@
+#include <plugins/dataaccess/work/qlumsnapshotpart.h>
+
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumtext.h>
+#include <plugins/dataaccess/qlumdamodel.h>
+#include <plugins/dataaccess/work/qlumnodeaddress.h>
+#include <plugins/dataaccess/work/qlumstagedpart.h>
+#include <plugins/dataaccess/work/qlumworkcommand.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
+#include <uawidgets/qlumviewstate.h>
+#include <uawidgets/table/qlumtable.h>
+
+#include <QAbstractItemView>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QInputDialog>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QLatin1String>
+#include <QLineEdit>
+#include <QLocale>
+#include <QModelIndex>
+#include <QModelIndexList>
+#include <QSaveFile>
+#include <QSettings>
+#include <QSignalBlocker>
+#include <QStringList>
+#include <QTableView>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+constexpr qint64 maximumSnapshotFile = 256LL * 1024 * 1024;
+constexpr int maximumInProject = 6 * 1024 * 1024; // bytes of all snapshots of a view
+constexpr int maximumSnapshots = 50;
+constexpr int snapshotValueWidth = 160;
+const QLatin1String snapshotTopic("snapshot");
+} // namespace
+
+QlumSnapshotPart::QlumSnapshotPart(QlumDaHost& host, QlumStagedPart& staged) : m_host(host), m_staged(staged)
+{
+    m_page = makePage();
+    host.addPage(m_page, tr("Snapshots"));
+    host.addCommands(tr("&Snapshots"), {qlumWorkCommand(this, "takeSnapshotOfView", tr("&Take Snapshot..."),
+                                                        tr("Keeps all rows with their values under a name."),
+                                                        [this] { askTake(); })});
+    fillChoices({});
+    compare();
+}
+
+// ---- page
+
+QWidget* QlumSnapshotPart::makePage()
+{
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("snapshotPage"));
+    page->setAccessibleName(tr("Snapshots"));
+    auto* bar = new QToolBar(page);
+    bar->setObjectName(QStringLiteral("snapshotBar"));
+    makeTable(*page);
+    m_before = makeChoice("snapshotBefore", tr("Snapshot before"));
+    m_after = makeChoice("snapshotAfter", tr("Snapshot after"));
+    m_summary = new QLabel(page);
+    m_summary->setObjectName(QStringLiteral("snapshotSummary"));
+    m_summary->setTextFormat(Qt::PlainText);
+    auto* same = new QCheckBox(tr("Also what is the sa&me"), page);
+    same->setObjectName(QStringLiteral("snapshotSame"));
+    same->setToolTip(tr("Shows the rows without a difference, too."));
+    connect(same, &QCheckBox::toggled, m_filter, &QlumDifferenceFilter::showSame);
+    auto* beforeLabel = new QLabel(tr("&Before:"), page);
+    beforeLabel->setBuddy(m_before);
+    auto* afterLabel = new QLabel(tr("A&fter:"), page);
+    afterLabel->setBuddy(m_after);
+    auto* choices = new QHBoxLayout;
+    choices->setContentsMargins(4, 0, 4, 4);
+    for (QWidget* widget : std::initializer_list<QWidget*>{beforeLabel, m_before, afterLabel, m_after, same})
+        choices->addWidget(widget);
+    choices->addStretch(1);
+    choices->addWidget(m_summary);
+    fillBar(*bar);
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(bar);
+    layout->addLayout(choices);
+    layout->addWidget(m_table, 1);
+    return page;
+}
+
+QComboBox* QlumSnapshotPart::makeChoice(const char* name, const QString& accessibleName)
+{
+    auto* choice = new QComboBox;
+    choice->setObjectName(QLatin1String(name));
+    choice->setAccessibleName(accessibleName);
+    choice->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    connect(choice, QOverload<int>::of(&QComboBox::activated), this, [this] { compare(); });
+    return choice;
+}
+
+void QlumSnapshotPart::makeTable(QWidget& page)
+{
+    auto* state = new QlumViewState(QStringLiteral("DataAccessView"), &page);
+    m_model = new QlumDifferenceModel(&page);
+    m_filter = new QlumDifferenceFilter(&page);
+    m_filter->setSourceModel(m_model);
+    m_table = new QTableView(&page);
+    m_table->setObjectName(QStringLiteral("snapshotDifferences"));
+    m_table->setAccessibleName(tr("Differences"));
+    m_table->setModel(m_filter);
+    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table->setSortingEnabled(true);
+    m_table->sortByColumn(-1, Qt::AscendingOrder);
+    m_table->setWordWrap(false);
+    m_table->verticalHeader()->hide();
+    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    for (const int column : {QlumDifferenceModel::Difference, QlumDifferenceModel::Name,
+                             QlumDifferenceModel::Before, QlumDifferenceModel::After})
+        m_table->setColumnWidth(column, snapshotValueWidth);
+    qlumMakeTable(
+        m_table,
+        {tr("Take a snapshot, and compare it with the values of now or with another one. What is the "
+            "same is not shown."),
+         QStringLiteral("differences"), state, QStringLiteral("differences"), false});
+}
+
+void QlumSnapshotPart::fillBar(QToolBar& bar)
+{
+    bar.addActions(
+        {qlumWorkCommand(
+             this, "takeSnapshot", tr("&Take Snapshot..."),
+             tr("Keeps all rows with their values under a name."), [this] { askTake(); }),
+         qlumWorkCommand(
+             this, "compareSnapshots", tr("&Compare"),
+             tr("Compares the two that are chosen below; now means this moment."), [this] { compare(); }),
+         qlumWorkCommand(
+             this, "stageBefore", tr("Stage &Old Values"),
+             tr("Stages what the selected rows were before, or all rows that have changed. Nothing is "
+                "written before you say so."),
+             [this] { stageBefore(); }),
+         qlumWorkCommand(
+             this, "loadSnapshot", tr("&Load..."), tr("Reads a snapshot from a file."),
+             [this] { askLoad(); }),
+         qlumWorkCommand(
+             this, "saveSnapshot", tr("&Save As..."),
+             tr("Writes the snapshot that is chosen as the one before to a file."), [this] { askSave(); }),
+         qlumWorkCommand(
+             this, "removeSnapshot", tr("&Remove"),
+             tr("Forgets the snapshot that is chosen as the one before. Files stay."),
+             [this] { removeChosen(); })});
+}
+
+void QlumSnapshotPart::fillChoices(const QString& before)
+{
+    const QString after = m_after->currentData().toString();
+    const QSignalBlocker one(m_before), other(m_after);
+    m_before->clear();
+    m_after->clear();
+    m_after->addItem(tr("Now"), QString());
+    for (const QlumSnapshot& snapshot : m_snapshots) {
+        const QString text =
+            tr("%1, %2").arg(snapshot.name, QLocale().toString(snapshot.taken, QLocale::ShortFormat));
+        m_before->addItem(text, snapshot.name);
+        m_after->addItem(text, snapshot.name);
+    }
+    m_before->setCurrentIndex(std::max(m_before->findData(before), m_before->count() > 0 ? 0 : -1));
+    m_after->setCurrentIndex(std::max(0, m_after->findData(after)));
+    m_before->setEnabled(m_before->count() > 0);
+}
+
+const QlumSnapshot* QlumSnapshotPart::chosen(const QComboBox& choice) const
+{
+    const QString name = choice.currentData().toString();
+    const auto found = std::find_if(m_snapshots.begin(), m_snapshots.end(),
+                                    [&name](const QlumSnapshot& snapshot) { return snapshot.name == name; });
+    return name.isEmpty() || found == m_snapshots.end() ? nullptr : &*found;
+}
+
+// ---- snapshots
+
+QlumSnapshotRow QlumSnapshotPart::rowOf(const QlumDataItem& item) const
+{
+    QlumSnapshotRow row;
+    const QStringList namespaces = m_host.application().namespaceTable(item.serverId);
+    UaNodeId bare = item.nodeId;
+    bare.setNamespaceIndex(0);
+    row.server = m_host.application().serverName(item.serverId);
+    row.namespaceUri =
+        item.namespaceUri.isEmpty() ? namespaces.value(item.nodeId.namespaceIndex()) : item.namespaceUri;
+    row.nodeId = item.nodeId.isNull() ? QString() : toQString(bare.toXmlString());
+    row.indexRange = item.indexRange;
+    row.fieldPath = item.fieldPath;
+    row.name = item.displayName;
+    const QlumNodeAddress address = qlumReadAddress(item.browsePath);
+    row.browsePath = address.fault.isEmpty() && !address.path.empty()
+                         ? qlumPathText(UaNodeId(), address.path, namespaces, QlumNamespaceForm::Uri)
+                         : item.browsePath;
+    row.unit = item.unit;
+    row.hasValue = item.received != 0;
+    row.value = item.value;
+    if (!item.fieldPath.isEmpty())
+        row.value.setValue(m_host.model().shownValue(item));
+    row.key = item.key;
+    return row;
+}
+
+QlumSnapshot QlumSnapshotPart::present(const QString& name) const
+{
+    QlumSnapshot snapshot{name, QDateTime::currentDateTime(), {}};
+    snapshot.rows.reserve(static_cast<std::size_t>(m_host.model().rowCount()));
+    for (const QlumDataItem& item : m_host.model().rows())
+        snapshot.rows.push_back(rowOf(item));
+    return snapshot;
+}
+
+void QlumSnapshotPart::keep(QlumSnapshot snapshot)
+{
+    const QString name = snapshot.name;
+    std::erase_if(m_snapshots, [&name](const QlumSnapshot& other) { return other.name == name; });
+    m_snapshots.push_back(std::move(snapshot));
+    if (m_snapshots.size() > maximumSnapshots)
+        m_snapshots.erase(m_snapshots.begin());
+    fillChoices(name);
+    m_host.markModified();
+    compare();
+}
+
+void QlumSnapshotPart::take(const QString& name)
+{
+    QlumSnapshot snapshot = present(name);
+    for (QlumSnapshotRow& row : snapshot.rows)
+        row.key = 0;
+    const int size = qlumSnapshotText(snapshot).size();
+    keep(std::move(snapshot));
+    m_host.showPage(m_page);
+    if (size > maximumInProject)
+        m_host.tell({QlumMessage::Warning, snapshotTopic, tr("The snapshot is too large for the project."),
+                     tr("It goes with this window unless you save it to a file."), tr("Save As..."),
+                     [this] { askSave(); }});
+    else
+        m_host.dismiss(snapshotTopic);
+}
+
+QString QlumSnapshotPart::read(const QByteArray& text)
+{
+    QlumSnapshot snapshot;
+    QString fault;
+    int unreadable = 0;
+    if (!qlumReadSnapshot(text, snapshot, fault, unreadable))
+        return fault;
+    if (snapshot.name.isEmpty())
+        snapshot.name = tr("Without a name");
+    keep(std::move(snapshot));
+    if (unreadable > 0)
+        m_host.tell({QlumMessage::Warning,
+                     snapshotTopic,
+                     tr("%n value(s) of the snapshot cannot be read.", nullptr, unreadable),
+                     tr("They are compared as if there had been none."),
+                     {},
+                     nullptr});
+    return {};
+}
+
+void QlumSnapshotPart::askTake()
+{
+    bool isGiven = false;
+    const QString proposal =
+        tr("Snapshot %1").arg(QLocale().toString(QDateTime::currentDateTime(), QLocale::ShortFormat));
+    const QString name =
+        QInputDialog::getText(m_host.widget(), tr("Take Snapshot"), tr("Name of the snapshot:"),
+                              QLineEdit::Normal, proposal, &isGiven)
+            .trimmed();
+    if (isGiven && !name.isEmpty())
+        take(name);
+}
+
+void QlumSnapshotPart::askLoad()
+{
+    const QString path = QFileDialog::getOpenFileName(m_host.widget(), tr("Load Snapshot"), QDir::homePath(),
+                                                      tr("Snapshots (*.json);;All files (*)"));
+    if (path.isEmpty())
+        return;
+    QFile file(path);
+    QString fault;
+    if (!file.open(QIODevice::ReadOnly))
+        fault = file.errorString();
+    else if (file.size() > maximumSnapshotFile)
+        fault = tr("The file is too large.");
+    else
+        fault = read(file.readAll());
+    if (!fault.isEmpty())
+        m_host.tell({QlumMessage::Error,
+                     snapshotTopic,
+                     tr("%1 was not loaded.").arg(QDir::toNativeSeparators(path)),
+                     fault,
+                     {},
+                     nullptr});
+    else
+        m_host.showPage(m_page);
+}
+
+void QlumSnapshotPart::askSave()
+{
+    const QlumSnapshot* snapshot = chosen(*m_before);
+    if (snapshot == nullptr)
+        return;
+    const QByteArray text = qlumSnapshotText(*snapshot);
+    QString path = QFileDialog::getSaveFileName(
+        m_host.widget(), tr("Save Snapshot"), QDir::home().filePath(tr("snapshot") + QStringLiteral(".json")),
+        tr("Snapshots (*.json)"));
+    if (path.isEmpty())
+        return;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
+        m_host.tell({QlumMessage::Error,
+                     snapshotTopic,
+                     tr("%1 cannot be written.").arg(QDir::toNativeSeparators(path)),
+                     file.errorString(),
+                     {},
+                     nullptr});
+    else
+        m_host.dismiss(snapshotTopic);
+}
+
+void QlumSnapshotPart::removeChosen()
+{
+    const QString name = m_before->currentData().toString();
+    std::erase_if(m_snapshots, [&name](const QlumSnapshot& snapshot) { return snapshot.name == name; });
+    fillChoices({});
+    m_host.markModified();
+    compare();
+}
+
+// ---- comparison
+
+void QlumSnapshotPart::compare()
+{
+    const QlumSnapshot* before = chosen(*m_before);
+    const QlumSnapshot* after = chosen(*m_after);
+    if (before == nullptr) {
+        m_model->show({});
+        m_summary->clear();
+        return;
+    }
+    m_model->show(qlumCompare(*before, after ? *after : present({})));
+    m_summary->setText(tr("%1 changed, %2 with another status, %3 gone, %4 new, %5 the same")
+                           .arg(m_model->count(QlumDifferenceKind::Changed))
+                           .arg(m_model->count(QlumDifferenceKind::Status))
+                           .arg(m_model->count(QlumDifferenceKind::Gone))
+                           .arg(m_model->count(QlumDifferenceKind::New))
+                           .arg(m_model->count(QlumDifferenceKind::Same)));
+}
+
+void QlumSnapshotPart::stageBefore()
+{
+    std::vector<std::pair<quint32, UaVariant>> values;
+    const auto add = [&values](const QlumDifferenceRow& row) {
+        if (row.after.key != 0 && row.before.hasValue && row.kind == QlumDifferenceKind::Changed)
+            values.emplace_back(row.after.key, row.before.value.value());
+    };
+    const QModelIndexList selected = m_table->selectionModel()->selectedRows();
+    for (const QModelIndex& index : selected)
+        add(m_model->rowAt(m_filter->mapToSource(index).row()));
+    if (selected.isEmpty())
+        for (const QlumDifferenceRow& row : m_model->rows())
+            add(row);
+    if (values.empty()) {
+        m_host.tell({QlumMessage::Note,
+                     snapshotTopic,
+                     tr("There are no old values to stage."),
+                     tr("Compare a snapshot with now; rows that have changed have old values."),
+                     {},
+                     nullptr});
+        return;
+    }
+    m_staged.stageValues(values);
+    m_staged.show();
+}
+
+// ---- project
+
+void QlumSnapshotPart::saveSettings(QSettings& settings)
+{
+    settings.beginWriteArray(QStringLiteral("Snapshots"));
+    int index = 0;
+    int size = 0;
+    for (auto snapshot = m_snapshots.rbegin(); snapshot != m_snapshots.rend();
+         ++snapshot) { // the newest first
+        const QByteArray text = qlumSnapshotText(*snapshot);
+        if (size + text.size() > maximumInProject)
+            continue;
+        size += text.size();
+        settings.setArrayIndex(index++);
+        settings.setValue(QStringLiteral("Snapshot"), QString::fromUtf8(text));
+    }
+    settings.endArray();
+}
+
+void QlumSnapshotPart::loadSettings(QSettings& settings, const QMap<int, int>&)
+{
+    const int count = std::min(settings.beginReadArray(QStringLiteral("Snapshots")), maximumSnapshots);
+    for (int index = 0; index < count; ++index) {
+        settings.setArrayIndex(index);
+        QlumSnapshot snapshot;
+        QString fault;
+        int unreadable = 0;
+        if (qlumReadSnapshot(settings.value(QStringLiteral("Snapshot")).toString().toUtf8(), snapshot, fault,
+                             unreadable))
+            m_snapshots.insert(m_snapshots.begin(), std::move(snapshot));
+    }
+    settings.endArray();
+    fillChoices({});
+    compare();
+}

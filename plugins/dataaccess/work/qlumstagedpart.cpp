@@ -1,0 +1,469 @@
+#include <plugins/dataaccess/work/qlumstagedpart.h>
+
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumjob.h>
+#include <app/api/qlumjobpool.h>
+#include <app/api/qlumsessionservices.h>
+#include <app/api/qlumstatuswords.h>
+#include <app/api/qlumtext.h>
+#include <opcua/opcua_statuscodes.h>
+#include <plugins/dataaccess/qlumdamodel.h>
+#include <plugins/dataaccess/work/qlumstagedpage.h>
+#include <plugins/dataaccess/work/qlumstagedwrite.h>
+#include <plugins/dataaccess/work/qlumworkcommand.h>
+#include <uabase/text/uavaluetext.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
+#include <uawidgets/editors/qlumcelltext.h>
+#include <uawidgets/editors/qlumcontextreader.h>
+#include <uawidgets/editors/qlumvaluecontext.h>
+#include <uawidgets/table/qlumtabletext.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QInputDialog>
+#include <QLatin1String>
+#include <QLineEdit>
+#include <QSettings>
+#include <QStringList>
+#include <QVector>
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <span>
+#include <utility>
+
+namespace {
+constexpr std::size_t contextsPerStep = 200;
+constexpr int maximumStored = 20'000;
+const QLatin1String stagedTopic("staged");
+
+/// A staged value whose node is to be described.
+struct ToDescribe
+{
+    quint64 key = 0;
+    UaNodeId nodeId;
+};
+using ByServer = std::map<unsigned int, std::vector<ToDescribe>>;
+
+struct Described
+{
+    quint64 key = 0;
+    std::shared_ptr<const QlumValueContext> context; ///< null: see fault
+    QString fault;
+};
+
+// A reader for each portion: what the GUI thread has got is not read further.
+std::vector<Described> describe(QlumJob& job, const std::shared_ptr<QlumSessionServices>& session,
+                                std::span<const ToDescribe> wanted)
+{
+    std::vector<UaNodeId> nodes;
+    for (const ToDescribe& one : wanted)
+        nodes.push_back(one.nodeId);
+    std::vector<QlumValueContext> contexts;
+    UaStatus status(OpcUa_BadNotConnected);
+    if (session) {
+        QlumContextReader reader(session, job.serviceSettings());
+        status = reader.read(nodes, contexts);
+    }
+    std::vector<Described> described;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        Described& one = described.emplace_back();
+        one.key = wanted[i].key;
+        if (i < contexts.size())
+            one.context = std::make_shared<QlumValueContext>(std::move(contexts[i]));
+        else
+            one.fault = qlumResultInWords(status);
+    }
+    return described;
+}
+} // namespace
+
+QlumStagedPart::QlumStagedPart(QlumDaHost& host)
+    : m_host(host), m_page(new QlumStagedPage(host.application())),
+      m_stopped(std::make_shared<std::atomic<bool>>(false))
+{
+    host.addPage(m_page, tr("Staged Values"));
+    connect(
+        &m_page->model(), &QlumStagedModel::itemsChanged, this,
+        [this](const std::vector<quint32>& items) {
+            emit newValuesChanged(items);
+            m_host.markModified();
+        });
+    connect(
+        m_page->writeAction(), &QAction::triggered, this, [this] { apply(false); });
+    connect(
+        m_page->revertAction(), &QAction::triggered, this, [this] { revert(); });
+    connect(m_page->stopAction(), &QAction::triggered, this, [this] { m_stopped->store(true); });
+    makeCommands();
+}
+
+QlumStagedPart::~QlumStagedPart()
+{
+    m_stopped->store(true);
+}
+
+void QlumStagedPart::makeCommands()
+{
+    QAction* same = qlumWorkCommand(
+        this, "stageSameValue", tr("Set New &Value..."),
+        tr("Stages one value for all selected rows, in the type of each."), [this] { askSameValue(); });
+    QAction* paste = qlumWorkCommand(
+        this, "pasteNewValues", tr("&Paste as New Values"),
+        tr("Stages the cells of the clipboard, one for each row from the selected one downward; "
+           "with several rows selected, only in these."),
+        [this] { pasteColumn(QApplication::clipboard()->text()); });
+    QAction* present = qlumWorkCommand(
+        this, "stagePresentValues", tr("Take &Present Values as New Values"),
+        tr("Stages what the selected rows show now, to be edited or written later."),
+        [this] {
+            std::vector<std::pair<quint32, UaVariant>> values;
+            for (const quint32 key : m_host.selectedKeys())
+                if (const QlumDataItem* item = m_host.model().find(key);
+                    item != nullptr && item->received != 0)
+                    values.emplace_back(key, item->value.value());
+            stageValues(values);
+        });
+    QAction* discard =
+        qlumWorkCommand(this, "discardNewValues", tr("&Discard New Values"),
+                        tr("The selected rows have no staged value any more. Nothing is written."),
+                        [this] { m_page->model().discard(m_host.selectedKeys()); });
+    m_host.addCommands(tr("&New Values"),
+                       {same, paste, present, discard, m_page->writeAction(), m_page->revertAction()});
+}
+
+// ---- staging
+
+QlumStagedRow QlumStagedPart::rowFor(const QlumDataItem& item) const
+{
+    QlumStagedRow row;
+    row.item = item.key;
+    row.server = m_host.application().serverName(item.serverId);
+    row.place = item.nodeId.isNull() ? item.displayName : toQString(item.nodeId.toXmlString());
+    row.write.serverId = item.serverId;
+    row.write.nodeId = item.nodeId;
+    row.write.attributeId = item.attributeId;
+    row.write.indexRange = item.indexRange;
+    row.write.name = item.displayName;
+    if (item.nodeId.isNull())
+        row.fault = tr("The row names no node of a server.");
+    else if (!item.fieldPath.isEmpty())
+        row.fault = tr("A field cannot be written alone; stage the whole value.");
+    else if (item.attributeId != OpcUa_Attributes_Value)
+        row.fault = tr("Only values can be staged.");
+    row.isChecked = !row.fault.isEmpty();
+    return row;
+}
+
+void QlumStagedPart::stageTexts(const Texts& texts)
+{
+    std::vector<QlumStagedRow> rows;
+    for (const auto& [key, text] : texts)
+        if (const QlumDataItem* item = m_host.model().find(key)) {
+            rows.push_back(rowFor(*item));
+            rows.back().given = text;
+            rows.back().isText = true;
+        }
+    readContexts(m_page->model().stage(std::move(rows)));
+}
+
+void QlumStagedPart::stageValues(const std::vector<std::pair<quint32, UaVariant>>& values)
+{
+    std::vector<QlumStagedRow> rows;
+    for (const auto& [key, value] : values)
+        if (const QlumDataItem* item = m_host.model().find(key)) {
+            rows.push_back(rowFor(*item));
+            rows.back().write.value = value;
+        }
+    readContexts(m_page->model().stage(std::move(rows)));
+}
+
+void QlumStagedPart::stageFaults(const std::vector<QlumStagedRow>& rows)
+{
+    static_cast<void>(m_page->model().stage(rows));
+}
+
+void QlumStagedPart::show()
+{
+    m_host.showPage(m_page);
+}
+
+void QlumStagedPart::readContexts(const std::vector<quint64>& keys)
+{
+    ByServer wanted;
+    for (const quint64 key : keys)
+        if (const QlumStagedRow* row = m_page->model().findKey(key); row != nullptr && !row->isChecked)
+            wanted[row->write.serverId].push_back({key, row->write.nodeId});
+    for (auto& [serverId, nodes] : wanted) {
+        const QlumWork work{tr("Looking at staged values"), serverId};
+        m_host.pool().add(work, [this, serverId = serverId, nodes = std::move(nodes),
+                                 services = m_host.services()](QlumJob& job) {
+            for (std::size_t begin = 0; begin < nodes.size() && !job.isCancelled();
+                 begin += contextsPerStep) {
+                const std::size_t count = std::min(contextsPerStep, nodes.size() - begin);
+                job.setProgress(static_cast<qint64>(begin), static_cast<qint64>(nodes.size()));
+                std::vector<Described> described =
+                    describe(job, services(serverId), std::span(nodes).subspan(begin, count));
+                job.post([this, described = std::move(described)] {
+                    for (const Described& one : described) {
+                        const QlumStagedRow* row = m_page->model().findKey(one.key);
+                        const QlumDataItem* item = row ? m_host.model().find(row->item) : nullptr;
+                        if (one.context)
+                            m_page->model().check(one.key, one.context,
+                                                  item ? item->value.value() : UaVariant());
+                        else
+                            m_page->model().setFault(one.key, one.fault);
+                    }
+                });
+            }
+        });
+    }
+}
+
+void QlumStagedPart::pasteColumn(const QString& clipboard)
+{
+    const QVector<QStringList> cells = qlumTabbedRows(clipboard);
+    std::vector<quint32> rows = m_host.selectedKeys();
+    if (cells.isEmpty() || rows.empty()) {
+        m_host.tell({QlumMessage::Note,
+                     stagedTopic,
+                     cells.isEmpty() ? tr("The clipboard holds no text.") : tr("No row is selected."),
+                     tr("Copy a column of values, and select the row where it begins."),
+                     {},
+                     nullptr});
+        return;
+    }
+    const bool isOneForAll = cells.size() == 1 && rows.size() > 1;
+    if (rows.size() == 1) {
+        const std::vector<quint32> shown = m_host.shownKeys();
+        rows.assign(std::find(shown.begin(), shown.end(), rows.front()), shown.end());
+    }
+    Texts texts;
+    for (std::size_t i = 0; i < rows.size() && (isOneForAll || i < static_cast<std::size_t>(cells.size()));
+         ++i)
+        texts.emplace_back(rows[i], cells.at(isOneForAll ? 0 : static_cast<int>(i)).first());
+    stageTexts(texts);
+    const int beyond = cells.size() - static_cast<int>(texts.size());
+    if (beyond > 0)
+        m_host.tell({QlumMessage::Warning,
+                     stagedTopic,
+                     tr("%n value(s) had no row to go to.", nullptr, beyond),
+                     tr("The clipboard has more lines than there are rows."),
+                     {},
+                     nullptr});
+    m_host.showPage(m_page);
+}
+
+void QlumStagedPart::askSameValue()
+{
+    const std::vector<quint32> keys = m_host.selectedKeys();
+    const QlumDataItem* first = keys.empty() ? nullptr : m_host.model().find(keys.front());
+    if (first == nullptr)
+        return;
+    const std::shared_ptr<const QlumValueContext> context = m_host.model().typeContext(*first);
+    const QString present = first->received == 0
+                                ? QString()
+                                : qlumCopyText(first->value.value(), context ? *context : QlumValueContext());
+    bool isGiven = false;
+    const QString text = QInputDialog::getText(
+        m_host.widget(), tr("Set New Value"),
+        tr("New value of the %n selected row(s):", nullptr, static_cast<int>(keys.size())), QLineEdit::Normal,
+        present, &isGiven);
+    if (!isGiven)
+        return;
+    Texts texts;
+    for (const quint32 key : keys)
+        texts.emplace_back(key, text);
+    stageTexts(texts);
+    m_host.showPage(m_page);
+}
+
+// ---- writing
+
+// A namespace may have moved since the value was staged.
+std::vector<QlumStagedWrite> QlumStagedPart::placed(std::vector<QlumStagedWrite> writes) const
+{
+    for (QlumStagedWrite& write : writes) {
+        const QlumStagedRow* row = m_page->model().findKey(write.key);
+        const QlumDataItem* item = row ? m_host.model().find(row->item) : nullptr;
+        if (item != nullptr)
+            write.nodeId = item->nodeId;
+    }
+    return writes;
+}
+
+void QlumStagedPart::apply(bool withDoubts)
+{
+    run(placed(m_page->model().sendable(withDoubts)), false);
+}
+
+void QlumStagedPart::revert()
+{
+    run(placed(m_page->model().revertible()), true);
+}
+
+void QlumStagedPart::run(std::vector<QlumStagedWrite> writes, bool isRevert)
+{
+    if (!m_underWay.empty())
+        return;
+    m_isRevert = isRevert;
+    if (writes.empty())
+        return finished();
+    std::set<unsigned int> servers;
+    for (const QlumStagedWrite& write : writes) {
+        m_underWay.push_back(write.key);
+        servers.insert(write.serverId);
+        if (!isRevert)
+            m_page->model().setOutcome(write);
+    }
+    m_stopped = std::make_shared<std::atomic<bool>>(false);
+    m_page->setRunning(true);
+    QlumApplyOptions options = m_page->options();
+    options.stopped = m_stopped;
+    const QlumWork work{isRevert ? tr("Putting old values back") : tr("Writing staged values"),
+                        servers.size() == 1 ? *servers.begin() : qlumNoServer};
+    const auto function = [this, writes = std::move(writes), services = m_host.services(), options,
+                           isRevert](QlumJob& job) {
+        const QlumStagedDone done = [this, &job](const QlumStagedWrite& write) {
+            job.post([this, write] { m_page->model().setOutcome(write); });
+        };
+        if (isRevert)
+            qlumRevertStaged(job, services, writes, options, done);
+        else
+            qlumApplyStaged(job, services, writes, options, done);
+    };
+    m_host.pool().add(work, function, [this](QlumWorkEnd) { finished(); });
+}
+
+void QlumStagedPart::finished()
+{
+    const bool isRevert = m_isRevert;
+    int good = 0;
+    QString why;
+    for (const quint64 key : m_underWay) {
+        const QlumStagedRow* row = m_page->model().findKey(key);
+        const QlumStagedState state = row ? row->write.state : QlumStagedState::LeftOut;
+        if (state == (isRevert ? QlumStagedState::Reverted : QlumStagedState::Written))
+            ++good;
+        else if (row && why.isEmpty())
+            why = QStringLiteral("%1: %2").arg(row->write.name.isEmpty() ? row->place : row->write.name,
+                                               qlumStagedText(row->write));
+    }
+    const int all = static_cast<int>(m_underWay.size());
+    m_underWay.clear();
+    m_page->setRunning(false);
+    const int doubtful = isRevert ? 0 : m_page->model().doubtful();
+    const int faulty = isRevert ? 0 : m_page->model().faulty();
+    QlumMessage message;
+    message.topic = stagedTopic;
+    message.severity = good < all ? QlumMessage::Error : QlumMessage::Note;
+    message.what = isRevert ? tr("%1 of %2 old values are there again.").arg(good).arg(all)
+                            : tr("%1 of %2 values were written.").arg(good).arg(all);
+    message.why = why;
+    if (faulty > 0 || doubtful > 0) {
+        message.severity = good < all ? QlumMessage::Error : QlumMessage::Warning;
+        message.why += (why.isEmpty() ? QString() : QStringLiteral(" ")) +
+                       tr("%n staged value(s) were held back by the checks.", nullptr, faulty + doubtful);
+    }
+    if (doubtful > 0) {
+        message.button = tr("Send Them Too");
+        message.help = [this] { apply(true); };
+    } else {
+        message.button = tr("Show");
+        message.help = [this] { m_host.showPage(m_page); };
+    }
+    m_host.tell(message);
+}
+
+void QlumStagedPart::serverRemoved(unsigned int serverId)
+{
+    if (m_underWay.empty())
+        return;
+    m_page->model().loseServer(serverId, m_underWay);
+    const bool isGone = std::all_of(m_underWay.begin(), m_underWay.end(), [this](quint64 key) {
+        const QlumStagedRow* row = m_page->model().findKey(key);
+        return row == nullptr || row->write.state != QlumStagedState::Waiting;
+    });
+    if (isGone)
+        finished();
+}
+
+// ---- the column
+
+QVariant QlumStagedPart::newValueCell(const QlumDataItem& item, int role) const
+{
+    const QlumStagedRow* row = m_page->model().find(item.key);
+    if (row == nullptr)
+        return {};
+    const QlumStagedState state = row->write.state;
+    const bool isQuiet = state == QlumStagedState::Waiting || state == QlumStagedState::Written ||
+                         state == QlumStagedState::Reverted;
+    const QString words = isQuiet ? row->fault : qlumStagedText(row->write);
+    const QString value = QlumStagedModel::valueText(*row);
+    switch (role) {
+    case Qt::DisplayRole:
+        return words.isEmpty() ? value : QStringLiteral("%1 (%2)").arg(value, words);
+    case Qt::ToolTipRole: {
+        QStringList lines{value, QlumStagedModel::checkText(*row), qlumStagedText(row->write)};
+        lines.removeAll(QString());
+        return qlumPlainToolTip(lines.join(QLatin1Char('\n')));
+    }
+    default:
+        return qlumStatusCell(QlumStagedModel::level(*row), role);
+    }
+}
+
+UaVariant QlumStagedPart::newValue(const QlumDataItem& item) const
+{
+    const QlumStagedRow* row = m_page->model().find(item.key);
+    return row == nullptr || row->isText ? UaVariant() : row->write.value;
+}
+
+void QlumStagedPart::takeNewValue(const QlumDataItem& item, const UaVariant& value)
+{
+    stageValues({{item.key, value}});
+}
+
+// ---- project
+
+void QlumStagedPart::saveSettings(QSettings& settings)
+{
+    settings.beginWriteArray(QStringLiteral("StagedValues"));
+    int index = 0;
+    for (const QlumStagedRow& row : m_page->model().rows()) {
+        const int place = m_host.model().rowOf(row.item);
+        UaString value;
+        if (place < 0 || row.write.state == QlumStagedState::Written || index >= maximumStored ||
+            (!row.isText && UaValueText::toJson(row.write.value, nullptr, value).isBad()))
+            continue;
+        settings.setArrayIndex(index++);
+        settings.setValue(QStringLiteral("Row"), place);
+        settings.setValue(row.isText ? QStringLiteral("Text") : QStringLiteral("Value"),
+                          row.isText ? row.given : toQString(value));
+    }
+    settings.endArray();
+}
+
+void QlumStagedPart::loadSettings(QSettings& settings, const QMap<int, int>&)
+{
+    const int count = std::min(settings.beginReadArray(QStringLiteral("StagedValues")), maximumStored);
+    std::vector<QlumStagedRow> rows;
+    for (int index = 0; index < count; ++index) {
+        settings.setArrayIndex(index);
+        const int place = settings.value(QStringLiteral("Row"), -1).toInt();
+        if (place < 0 || place >= m_host.model().rowCount())
+            continue;
+        QlumStagedRow row = rowFor(m_host.model().rowAt(place));
+        row.isText = settings.contains(QStringLiteral("Text"));
+        row.given = settings.value(QStringLiteral("Text")).toString();
+        const UaString value = toUaString(settings.value(QStringLiteral("Value")).toString());
+        if (row.isText || UaValueText::fromJson(value.view(), nullptr, row.write.value).isNotBad())
+            rows.push_back(std::move(row));
+    }
+    settings.endArray();
+    readContexts(m_page->model().stage(std::move(rows)));
+}

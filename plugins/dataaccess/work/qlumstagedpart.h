@@ -1,0 +1,72 @@
+#pragma once
+#include <app/api/qlumconnectionstatus.h>
+#include <plugins/dataaccess/qlumdapart.h>
+#include <plugins/dataaccess/qlumdataitem.h>
+#include <plugins/dataaccess/work/qlumstagedmodel.h>
+#include <plugins/dataaccess/work/qlumstagedwrite.h>
+#include <uabase/values/uavariant.h>
+
+#include <QMap>
+#include <QPointer>
+#include <QString>
+#include <QVariant>
+
+#include <atomic>
+#include <memory>
+#include <utility>
+#include <vector>
+
+class QAction;
+class QSettings;
+class QlumStagedPage;
+
+/// Values that wait in the column "New Value" until the user has them written.
+class QlumStagedPart final : public QlumDaPart
+{
+    Q_OBJECT
+public:
+    /// Adds its page and its commands to the host, which outlives it.
+    explicit QlumStagedPart(QlumDaHost& host);
+    ~QlumStagedPart() override;
+
+    /// A text for each row of the view, to become its new value.
+    using Texts = std::vector<std::pair<quint32, QString>>;
+    /// Stages them, the later one where a row comes twice.
+    void stageTexts(const Texts& texts);
+    /// Values as they are.
+    void stageValues(const std::vector<std::pair<quint32, UaVariant>>& values);
+    /// Lines of a list that name no row, with the reason: they stay in the list of staged values.
+    void stageFaults(const std::vector<QlumStagedRow>& rows);
+    /// Brings its page to the front.
+    void show();
+    /// Stages the cells of the first column, one after the other, from the selected row downward or into the
+    /// selected ones.
+    void pasteColumn(const QString& clipboard);
+    /// Writes what can be sent.
+    void apply(bool withDoubts);
+    /// Puts the old values back.
+    void revert();
+
+    void saveSettings(QSettings& settings) override;
+    void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
+    void serverRemoved(unsigned int serverId) override;
+    bool hasNewValues() const override { return true; }
+    QVariant newValueCell(const QlumDataItem& item, int role) const override;
+    UaVariant newValue(const QlumDataItem& item) const override;
+    void takeNewValue(const QlumDataItem& item, const UaVariant& value) override;
+
+private:
+    void makeCommands();
+    [[nodiscard]] QlumStagedRow rowFor(const QlumDataItem& item) const;
+    void readContexts(const std::vector<quint64>& keys);
+    [[nodiscard]] std::vector<QlumStagedWrite> placed(std::vector<QlumStagedWrite> writes) const;
+    void run(std::vector<QlumStagedWrite> writes, bool isRevert);
+    void finished();
+    void askSameValue();
+
+    QlumDaHost& m_host;
+    QlumStagedPage* m_page; ///< the view's
+    std::shared_ptr<std::atomic<bool>> m_stopped;
+    std::vector<quint64> m_underWay;
+    bool m_isRevert = false; ///< what is under way
+};

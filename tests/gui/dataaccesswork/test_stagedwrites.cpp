@@ -1,0 +1,151 @@
+#include <app/api/qlumserverrole.h>
+#include <opcua/opcua_statuscodes.h>
+#include <plugins/dataaccess/work/qlumstagedwrite.h>
+#include <tests/gui/dataaccesswork/workfixture.h>
+#include <tests/support/modeltext.h>
+#include <uabase/values/uastatus.h>
+#include <uabase/values/uavariant.h>
+
+#include <QString>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// Does something before or after each write reaches the table.
+class WritableServices : public PlantServices
+{
+public:
+    UaStatus write(Settings& settings, const UaWriteValues& nodes, UaStatusCodeArray& results) override
+    {
+        if (role)
+            return qlumRefusal(*role);
+        const UaStatus status = TableServices::write(settings, nodes, results);
+        if (afterWrite)
+            afterWrite();
+        return losesAnswers ? UaStatus(OpcUa_BadTimeout) : status;
+    }
+
+    std::optional<QlumServerRole> role;
+    std::function<void()> afterWrite;
+    bool losesAnswers = false;
+};
+
+class StagedWrites : public testing::Test
+{
+protected:
+    StagedWrites()
+    {
+        for (OpcUa_UInt32 id = 1; id <= 3; ++id)
+            services->table.variable(PlantServices::node(id), "Value", UaVariant(OpcUa_Int32(id)));
+    }
+    // Writes id * 10 to each.
+    std::vector<QlumStagedWrite> staged(const std::vector<OpcUa_UInt32>& ids)
+    {
+        std::vector<QlumStagedWrite> writes;
+        for (const OpcUa_UInt32 id : ids) {
+            QlumStagedWrite write;
+            write.key = id;
+            write.serverId = 5;
+            write.nodeId = PlantServices::node(id);
+            write.value = UaVariant(OpcUa_Int32(id * 10));
+            writes.push_back(write);
+        }
+        return writes;
+    }
+    std::string apply(std::vector<QlumStagedWrite> writes, const QlumApplyOptions& options = {})
+    {
+        outcomes.clear();
+        qlumApplyStaged(job, provider, std::move(writes), options,
+                        [this](const auto& write) { take(write); });
+        return text;
+    }
+    std::string revert()
+    {
+        const std::vector<QlumStagedWrite> writes = std::exchange(outcomes, {});
+        qlumRevertStaged(job, provider, writes, {}, [this](const auto& write) { take(write); });
+        return text;
+    }
+    void take(const QlumStagedWrite& write)
+    {
+        text = outcomes.empty() ? std::string() : text;
+        outcomes.push_back(write);
+        text += std::to_string(write.key) + ": " + qlumStagedText(write).toStdString() + "\n";
+    }
+    int value(OpcUa_UInt32 id) { return services->table.value(PlantServices::node(id)).toInt32(); }
+
+    StubApplication application;
+    std::shared_ptr<WritableServices> services = std::make_shared<WritableServices>();
+    QlumSessionServicesProvider provider = [this](unsigned int id) {
+        return id == 5 ? services : std::shared_ptr<WritableServices>();
+    };
+    TestJob job;
+    std::vector<QlumStagedWrite> outcomes;
+    std::string text;
+};
+
+TEST_F(StagedWrites, AreWrittenInTheOrderGivenUntilOneFails)
+{
+    services->table.fail(NodeTable::Write, PlantServices::node(1), OpcUa_BadNotWritable);
+    EXPECT_EQ(apply(staged({3, 1, 2})), "3: Written\n"
+                                        "1: Refused. BadNotWritable: the value may not be written\n"
+                                        "2: Left out: one before it was not written, or you have stopped\n");
+    EXPECT_EQ(value(2), 2);
+    EXPECT_EQ(apply(staged({1, 2}), {false, true}),
+              "1: Refused. BadNotWritable: the value may not be written\n2: Written\n");
+    EXPECT_EQ(value(2), 20);
+}
+
+TEST_F(StagedWrites, AreRevertedWhereNobodyHasChangedThemSince)
+{
+    apply(staged({1, 2, 3}));
+    services->table.setValue(PlantServices::node(2), UaVariant(OpcUa_Int32(99)));
+    EXPECT_EQ(revert(), "3: The old value is there again\n"
+                        "2: Not reverted: somebody else has changed it to 99\n"
+                        "1: The old value is there again\n");
+    EXPECT_EQ(value(1), 1);
+    EXPECT_EQ(value(2), 99);
+    EXPECT_EQ(value(3), 3);
+}
+
+TEST_F(StagedWrites, ShowWhatTheServerMadeOfThem)
+{
+    services->afterWrite = [this] {
+        services->table.setValue(PlantServices::node(1), UaVariant(OpcUa_Int32(8)));
+    };
+    EXPECT_EQ(apply(staged({1})), "1: Written, but 8 was read back\n");
+    services->afterWrite = nullptr;
+    EXPECT_EQ(revert(), "1: The old value is there again\n") << "what the server made of it is no change";
+    EXPECT_EQ(value(1), 1);
+}
+
+TEST_F(StagedWrites, WhoseAnswerIsLostAreLookedAt)
+{
+    services->losesAnswers = true;
+    EXPECT_EQ(apply(staged({1})), "1: Written\n") << "the value is there";
+    services->table.setValue(PlantServices::node(1), UaVariant(OpcUa_Int32(1)));
+    EXPECT_EQ(apply(staged({1, 2}), {true, false}),
+              "1: It is not known whether it was written. BadTimeout: the server did not answer in time\n"
+              "2: Left out: one before it was not written, or you have stopped\n");
+}
+
+TEST_F(StagedWrites, ThatAreNotSentSayWhy)
+{
+    services->role = QlumServerRole::Look;
+    EXPECT_EQ(apply(staged({1})), "1: Not sent: this server is set to Look\n");
+    std::vector<QlumStagedWrite> elsewhere = staged({1});
+    elsewhere[0].serverId = 6;
+    EXPECT_EQ(apply(elsewhere),
+              "1: Not sent. BadNotConnected: there is no connection to the server at the moment\n");
+    job.cancel();
+    EXPECT_EQ(apply(staged({2})), "2: Left out: one before it was not written, or you have stopped\n");
+    EXPECT_EQ(value(1), 1);
+}
+
+} // namespace
