@@ -47,6 +47,11 @@ QlumAddressSpacePage* QlumAddressSpacePages::page(unsigned int serverId) const
     return nullptr;
 }
 
+QlumAddressSpacePage* QlumAddressSpacePages::shownPage() const
+{
+    return qobject_cast<QlumAddressSpacePage*>(m_stack->currentWidget());
+}
+
 void QlumAddressSpacePages::createAddressSpace(QlumServerNode* server)
 {
     const unsigned int id = server->serverId();
@@ -109,7 +114,7 @@ void QlumAddressSpacePages::removeAction(QAction* action)
 
 void QlumAddressSpacePages::rebrowseCurrent()
 {
-    if (auto* current = qobject_cast<QlumAddressSpacePage*>(m_stack->currentWidget()))
+    if (QlumAddressSpacePage* current = shownPage())
         current->rebrowseCurrent();
 }
 

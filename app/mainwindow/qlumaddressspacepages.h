@@ -27,6 +27,9 @@ public:
     /// Selects the node in the server's page; false when there is no such page or node.
     bool reveal(unsigned int serverId, const UaNodeId& node);
 
+    /// Of the page in front; null when that is the placeholder.
+    [[nodiscard]] QlumAddressSpacePage* shownPage() const;
+
     /// Actions of the context menus of all pages, also of those to come.
     void addAction(QAction* action);
     void removeAction(QAction* action);

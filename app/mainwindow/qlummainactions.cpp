@@ -51,6 +51,9 @@ constexpr QlumActionRow actionRows[] = {
      TEXT(
          "<b>Diagnose Connection</b><br>Tries the connection to the selected server step by step, says where "
          "it stops and on whose side, and offers what helps.")},
+    {A::FindNode, "findNode", TEXT("&Find Node..."), "", qlumNoKey, TEXT("Find Node..."),
+     TEXT(
+         "<b>Find Node</b><br>Searches all nodes of the selected server by name, id, class, type and more.")},
     {A::Journal, "journal", TEXT("&Journal..."), "", qlumNoKey, TEXT("Journal..."),
      TEXT("<b>Journal</b><br>Shows what was changed on servers, when, by whom, and what it came to.")},
     {A::AddDocument, "addDocument", TEXT("&Add..."), "documentadd.png", qlumNoKey, TEXT("Add Document"),
@@ -87,6 +90,8 @@ constexpr QlumActionRow actionRows[] = {
     {A::Rebrowse, "rebrowse", TEXT("Rebrowse"), "rebrowse.png", QKeySequence::Refresh, "",
      TEXT("<b>Rebrowse</b><br>Reads the nodes below the selected node from the server again."),
      Qt::WidgetShortcut}, // tools have a key of the same kind for what they show
+    {A::FindBelow, "findBelow", TEXT("Find Node &Below..."), "", qlumNoKey, "",
+     TEXT("<b>Find Node Below</b><br>Searches the nodes below the selected one.")},
 };
 } // namespace
 #undef TEXT
@@ -97,6 +102,7 @@ QlumMainActions::QlumMainActions(QMainWindow* window)
     for (QAction* action : list({SaveProject, SaveProjectAs, RemoveServer, ConnectServer, DisconnectServer,
                                  ServerProperties, ChangeUser, DiagnoseServer, RemoveDocument, CloseTab}))
         action->setEnabled(false);
+    m_actions[FindNode]->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
     m_actions[Quit]->setMenuRole(QAction::QuitRole);
     m_actions[About]->setMenuRole(QAction::AboutRole);
 }
@@ -142,7 +148,7 @@ void QlumMainActions::makeMenus(QMenu* viewMenu, QMenu* recentProjects)
     m_window->menuBar()->addMenu(viewMenu);
     QList<QAction*> server = list({AddServer, RemoveServer, ConnectServer, DisconnectServer, ServerProperties,
                                    ChangeUser, DiagnoseServer});
-    server << nullptr << (*this)[Journal];
+    server << nullptr << (*this)[FindNode] << (*this)[Journal];
     addMenu(tr("&Server"), QStringLiteral("serverMenu"), server);
     addMenu(tr("&Document"), QStringLiteral("documentMenu"), list({AddDocument, RemoveDocument}));
     QList<QAction*> settings = list({Plugins, Configure});

@@ -30,6 +30,7 @@ public:
         ServerProperties,
         ChangeUser,
         DiagnoseServer,
+        FindNode,
         Journal,
         AddDocument,
         RemoveDocument,
@@ -45,7 +46,8 @@ public:
         About,
         ClearLog,
         SaveLog,
-        Rebrowse
+        Rebrowse,
+        FindBelow
     };
 
     explicit QlumMainActions(QMainWindow* window);

@@ -138,6 +138,7 @@ void QlumProjectView::fillMenu(QMenu* menu)
             offer(menu, (*m_actions)[A::ServerProperties], tr("Server &Properties..."));
             offer(menu, (*m_actions)[A::ChangeUser], tr("Change &User..."));
             offer(menu, (*m_actions)[A::DiagnoseServer], tr("Dia&gnose Connection..."));
+            offer(menu, (*m_actions)[A::FindNode], tr("&Find Node..."));
             addRoles(menu);
         }
         QAction* rename = menu->addAction(tr("Re&name"));

@@ -38,6 +38,7 @@ class QTreeView;
 class QlumAddressSpacePages;
 class QlumDirector;
 class QlumDocumentArea;
+class QlumFindNodeView;
 class QlumHelpViewer;
 class QlumLogModel;
 class QlumLogView;
@@ -177,6 +178,8 @@ private:
     QTabWidget* m_tabs = nullptr;
     QTreeView* m_projectView = nullptr;
     QlumLogView* m_logView = nullptr;
+    QlumFindNodeView* m_findView = nullptr;
+    QDockWidget* m_findDock = nullptr;
     QDockWidget* m_addressSpaceDock = nullptr;
     QlumAddressSpacePages* m_pages = nullptr;
     QlumDocumentArea* m_documents = nullptr;

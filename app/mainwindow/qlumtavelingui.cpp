@@ -6,6 +6,7 @@
 #include <app/api/qlumrunningwork.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumservicerecorder.h>
+#include <app/api/qlumsessionservices.h>
 #include <app/journal/qlumjournalwindow.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/log/qlumlogview.h>
@@ -13,6 +14,7 @@
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlumbugreport.h>
 #include <app/mainwindow/qlumdocumentarea.h>
+#include <app/mainwindow/qlumfindcommands.h>
 #include <app/mainwindow/qlumhelpviewer.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumprojectsession.h>
@@ -34,6 +36,7 @@
 #include <opcua/opcua_identifiers.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <plugins/addressspace/qlumnodechooser.h>
+#include <plugins/addressspace/search/qlumfindnodeview.h>
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumemptydocument.h>
 
@@ -140,6 +143,13 @@ void QlumTavelin::makeDocks()
         new QlumServicesView(QlumServiceRecorder::ofApplication(), this), Qt::BottomDockWidgetArea, {0, 180});
     tabifyDockWidget(log, services);
     services->hide(); // until somebody wants it
+    m_findView = new QlumFindNodeView(qlumApplicationServices(), this);
+    m_findDock = makeDock(tr("Find Node"), QStringLiteral("Find Node Dock Widget"),
+                          tr("<b>Find Node</b><br>This window searches the nodes of a server, and shows what "
+                             "was found. Nodes can be dragged from here into other views."),
+                          m_findView, Qt::BottomDockWidgetArea, {0, 180});
+    tabifyDockWidget(log, m_findDock);
+    m_findDock->hide();
 }
 
 // How the window looks until the user arranges it: what the docks say of themselves, area by area.
@@ -177,6 +187,7 @@ void QlumTavelin::setupConnections()
 {
     m_servers = new QlumServerCommands(
         {this, m_actions, &m_services, m_project, m_projectView, m_pages, m_director.get()});
+    new QlumFindCommands({this, m_actions, m_project, m_projectView, m_pages, m_findView, m_findDock});
     m_session = new QlumProjectSession(this, m_actions, m_settings.get(), m_recentFiles,
                                        {[this] { clearProject(); },
                                         [this](const QString& file) { return loadProject(file); },

@@ -1,5 +1,6 @@
 #include <plugins/references/qlumreferencejob.h>
 
+#include <app/api/qlumlocalid.h>
 #include <app/api/qlumservertypes.h>
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
@@ -22,22 +23,6 @@
 namespace {
 constexpr int maximumTypeDepth = 50; // a server may let its types go round in a circle
 
-// Of the id as this server knows it; null for a node of another server.
-UaNodeId localId(const UaExpandedNodeId& id, const UaStringArray& namespaces)
-{
-    if (id.serverIndex() != 0)
-        return {};
-    if (id.namespaceUri().isEmpty())
-        return id.nodeId();
-    for (OpcUa_UInt32 i = 0; i < namespaces.length(); ++i)
-        if (UaString(namespaces[i]) == id.namespaceUri()) {
-            UaNodeId local = id.nodeId();
-            local.setNamespaceIndex(static_cast<OpcUa_UInt16>(i));
-            return local;
-        }
-    return {};
-}
-
 QString typeName(QlumSessionServices& session, const UaNodeId& id, bool isInverse = false)
 {
     QlumServerTypes* types = session.types();
@@ -53,12 +38,12 @@ QlumReference referenceOf(QlumSessionServices& session, const OpcUa_ReferenceDes
     reference.typeId = UaNodeId(description.ReferenceTypeId);
     reference.isForward = description.IsForward != 0;
     reference.typeName = typeName(session, reference.typeId, !reference.isForward);
-    reference.target = localId(target, namespaces);
+    reference.target = qlumLocalId(target, namespaces);
     reference.targetText = toQString(target.toString());
     reference.displayName = toQString(UaLocalizedText(description.DisplayName).text());
     reference.browseName = toQString(UaQualifiedName(description.BrowseName).toString());
     reference.nodeClass = description.NodeClass;
-    reference.typeDefinition = localId(UaExpandedNodeId(description.TypeDefinition), namespaces);
+    reference.typeDefinition = qlumLocalId(UaExpandedNodeId(description.TypeDefinition), namespaces);
     reference.typeDefinitionName = typeName(session, reference.typeDefinition);
     return reference;
 }

@@ -299,32 +299,39 @@ void NodeTable::browse(const OpcUa_BrowseDescription& asked, OpcUa_UInt32 maximu
     result.StatusCode = statusOf(Browse, id);
     if (OpcUa_IsBad(result.StatusCode))
         return;
-    UaReferenceDescriptions found;
+    std::vector<const Reference*> found;
     for (const Reference& reference : find(id)->references) {
         const bool isWanted = asked.BrowseDirection == OpcUa_BrowseDirection_Both ||
                               reference.isForward == (asked.BrowseDirection == OpcUa_BrowseDirection_Forward);
-        if (!isWanted || !isOfType(reference.type, asked.ReferenceTypeId, asked.IncludeSubtypes))
-            continue;
-        UaReferenceDescriptions one(1);
-        describe(reference, one[0]);
-        const auto nodeClass = static_cast<OpcUa_UInt32>(one[0].NodeClass);
-        if (asked.NodeClassMask == 0 || (asked.NodeClassMask & nodeClass) != 0)
-            require(found.appendMoved(std::move(one)));
+        const Node* target = find(reference.target);
+        const OpcUa_UInt32 nodeClass =
+            target ? static_cast<OpcUa_UInt32>(attributeOf(*target, OpcUa_Attributes_NodeClass).toInt32())
+                   : 0;
+        if (isWanted && isOfType(reference.type, asked.ReferenceTypeId, asked.IncludeSubtypes) &&
+            (asked.NodeClassMask == 0 || (asked.NodeClassMask & nodeClass) != 0))
+            found.push_back(&reference);
     }
-    handOut(found, maximumReferences, result);
+    Rest rest{UaReferenceDescriptions(static_cast<OpcUa_UInt32>(found.size())), maximumReferences, 0};
+    require(rest.references.length() == found.size());
+    for (OpcUa_UInt32 i = 0; i < rest.references.length(); ++i)
+        describe(*found[i], rest.references[i]);
+    handOut(std::move(rest), result);
 }
 
-void NodeTable::handOut(UaReferenceDescriptions& references, OpcUa_UInt32 maximum, OpcUa_BrowseResult& result)
+// One page; the others wait for their continuation point.
+void NodeTable::handOut(Rest rest, OpcUa_BrowseResult& result)
 {
-    if (maximum > 0 && references.length() > maximum) {
+    const OpcUa_UInt32 left = rest.references.length() - rest.given;
+    UaReferenceDescriptions page(rest.maximum > 0 ? std::min(rest.maximum, left) : left);
+    for (OpcUa_UInt32 i = 0; i < page.length(); ++i)
+        std::swap(page[i], rest.references[rest.given + i]);
+    if (page.length() < left) {
         const std::string point = "rest " + std::to_string(++m_points);
-        UaReferenceDescriptions rest(static_cast<OpcUa_Int32>(references.length() - maximum),
-                                     references.rawData() + maximum);
-        m_rests[point] = {std::move(rest), maximum};
-        require(references.resize(maximum));
+        rest.given += page.length();
+        m_rests[point] = std::move(rest);
         require(bytesOf(point).copyTo(&result.ContinuationPoint));
     }
-    references.detach(&result.NoOfReferences, &result.References);
+    page.detach(&result.NoOfReferences, &result.References);
 }
 
 void NodeTable::browseNext(const OpcUa_ByteString& point, bool release, OpcUa_BrowseResult& result)
@@ -334,7 +341,7 @@ void NodeTable::browseNext(const OpcUa_ByteString& point, bool release, OpcUa_Br
     if (!rest)
         result.StatusCode = OpcUa_BadContinuationPointInvalid;
     else if (!release)
-        handOut(rest.mapped().references, rest.mapped().maximum, result);
+        handOut(std::move(rest.mapped()), result);
 }
 
 int NodeTable::openContinuationPoints() const

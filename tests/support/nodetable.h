@@ -159,6 +159,7 @@ private:
     {
         UaReferenceDescriptions references;
         OpcUa_UInt32 maximum;
+        OpcUa_UInt32 given; ///< so many already
     };
     struct QueryRest
     {
@@ -177,7 +178,7 @@ private:
     [[nodiscard]] Node* find(const UaNodeId& id);
     void describe(const Reference& reference, OpcUa_ReferenceDescription& description) const;
     [[nodiscard]] const Reference* step(const Node& node, const OpcUa_RelativePathElement& element) const;
-    void handOut(UaReferenceDescriptions& references, OpcUa_UInt32 maximum, OpcUa_BrowseResult& result);
+    void handOut(Rest rest, OpcUa_BrowseResult& result);
     static void rawHistory(const Node& node, const OpcUa_ReadRawModifiedDetails& details,
                            const OpcUa_HistoryReadValueId& asked, OpcUa_HistoryReadResult& result);
     [[nodiscard]] static UaDataValues atTimes(const Node& node, const OpcUa_ReadAtTimeDetails& details);
