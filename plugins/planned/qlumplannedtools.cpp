@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 7> tools{{
+constexpr std::array<QlumPlannedTool, 6> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -30,11 +30,6 @@ constexpr std::array<QlumPlannedTool, 7> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Data Access View</b><br>Watches the values of variables of one or more servers "
                        "and writes them.")},
-    {QlumPlannedTool::Document, "QlumPerformancePlugin", "UA Performance Plugin", "Performance View",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The performance view is not part of this version."),
-     QT_TRANSLATE_NOOP(
-         "QlumPlannedPlugin",
-         "<b>Performance View</b><br>Measures how long a server takes to answer service calls.")},
     {QlumPlannedTool::Document, "QlumImageViewerPlugin", "Image Viewer Plugin", "Image Viewer",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The image viewer is not part of this version."),
      QT_TRANSLATE_NOOP(
@@ -104,7 +99,6 @@ QStaticPlugin exported()
 
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDaPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumServerDiagnosticPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDataLoggerPlugin)
