@@ -9,6 +9,8 @@
 
 namespace UaClientSdk {
 
+class ServiceObserver;
+
 /// What a caller has to say to guard and observer of the session beyond the purpose; they know of which kind
 /// it is. Never changed once it is in the settings: any thread may look at it.
 struct ServiceNote
@@ -24,8 +26,9 @@ struct ServiceSettings
     UaString auditEntryId;              ///< sent only when not empty
     UaStringArray localeIds;
     UaString purpose; ///< what the call is for, as guard and observer of the session see it; never sent
-    std::shared_ptr<const ServiceNote> note; ///< for guard and observer, too; never sent
-    OpcUa_UInt32 requestHandle = 0;          ///< 0: the session counts
+    std::shared_ptr<const ServiceNote> note;   ///< for guard and observer, too; never sent
+    std::shared_ptr<ServiceObserver> observer; ///< sees this call, besides that of the session; null for none
+    OpcUa_UInt32 requestHandle = 0;            ///< 0: the session counts
     UaDateTime requestTime;
     UaDateTime responseTime;
 };

@@ -5,6 +5,7 @@
 #include <plugins/events/qlumeventplugin.h>
 #include <plugins/history/qlumhistoryplugin.h>
 #include <plugins/methods/qlummethodplugin.h>
+#include <plugins/performance/qlumperformanceplugin.h>
 #include <plugins/references/qlumreferenceplugin.h>
 
 #include <QtPlugin>

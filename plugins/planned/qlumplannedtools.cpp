@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 6> tools{{
+constexpr std::array<QlumPlannedTool, 5> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -23,11 +23,6 @@ constexpr std::array<QlumPlannedTool, 6> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Devices View</b><br>Shows the devices of a server with their parameters, methods "
                        "and identification, and configures them.")},
-    {QlumPlannedTool::Document, "QlumPerformancePlugin", "UA Performance Plugin", "Performance View",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The performance view is not part of this version."),
-     QT_TRANSLATE_NOOP(
-         "QlumPlannedPlugin",
-         "<b>Performance View</b><br>Measures how long a server takes to answer service calls.")},
     {QlumPlannedTool::Document, "QlumImageViewerPlugin", "Image Viewer Plugin", "Image Viewer",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The image viewer is not part of this version."),
      QT_TRANSLATE_NOOP(
@@ -96,7 +91,6 @@ QStaticPlugin exported()
     }
 
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumServerDiagnosticPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDataLoggerPlugin)

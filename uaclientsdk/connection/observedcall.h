@@ -15,8 +15,9 @@ namespace UaClientSdk {
 class ObservedCall
 {
 public:
-    /// Who looks at a call: the session's observer and the witness of its guard; null for nobody.
-    using Observers = std::array<std::shared_ptr<ServiceObserver>, 2>;
+    /// Who looks at a call: the session's observer, the witness of its guard and who the caller names; null
+    /// for nobody.
+    using Observers = std::array<std::shared_ptr<ServiceObserver>, 3>;
 
     /// The only call that the observer sees; null when there is none, or it does not look.
     [[nodiscard]] static std::unique_ptr<ObservedCall> ofOne(std::shared_ptr<ServiceObserver> observer,

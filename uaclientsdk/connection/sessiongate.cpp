@@ -61,16 +61,17 @@ UaStatus passGate(SessionContext& context, const GateRequest& wanted, ServiceSet
     }
     settings.requestTime = UaDateTime(header.Timestamp);
     context.mutex.assertUnlocked();
-    if (!watch.guard && !watch.observer)
+    if (!watch.guard && !watch.observer && !settings.observer)
         return UaStatus();
     const ServiceCall call{type, request, settings.purpose, settings.note.get()};
     const UaStatus allowed = watch.guard ? watch.guard->mayCall(call) : UaStatus();
     if (allowed.isBad())
         return allowed;
     auto witness = watch.guard ? watch.guard->witness(call) : nullptr;
-    if (watch.observer || witness)
+    if (watch.observer || witness || settings.observer)
         observed = std::make_unique<ObservedCall>(
-            ObservedCall::Observers{std::move(watch.observer), std::move(witness)}, watch.number, call);
+            ObservedCall::Observers{std::move(watch.observer), std::move(witness), settings.observer},
+            watch.number, call);
     return allowed;
 }
 
