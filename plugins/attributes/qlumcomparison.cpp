@@ -3,6 +3,8 @@
 #include <plugins/attributes/qlumattributecopy.h>
 #include <plugins/attributes/qlumattributemodel.h>
 
+#include <QModelIndex>
+
 #include <map>
 
 namespace {
@@ -10,10 +12,25 @@ std::map<QString, QString> byPath(const QlumShownRows& rows)
 {
     return {rows.begin(), rows.end()};
 }
+
+// Arrays get their rows when they are opened; here they are compared, opened or not.
+void fetchRows(QlumAttributeModel& model, const QModelIndex& parent, int& left)
+{
+    while (left > 0 && model.canFetchMore(parent)) {
+        const int before = model.rowCount(parent);
+        model.fetchMore(parent);
+        left -= model.rowCount(parent) - before;
+    }
+    for (int row = 0; left > 0 && row < model.rowCount(parent); ++row)
+        fetchRows(model, model.index(row, 0, parent), left);
+}
 } // namespace
 
-QlumShownRows qlumShownRows(const QlumAttributeModel& model)
+QlumShownRows qlumShownRows(QlumAttributeModel& model)
 {
+    constexpr int mostElements = 20000;
+    int left = mostElements;
+    fetchRows(model, {}, left);
     QlumShownRows rows;
     qlumForEachRow(model,
                    [&rows](const QString& path, const QString& value) { rows.emplace_back(path, value); });

@@ -23,8 +23,8 @@ struct QlumComparedRow
     [[nodiscard]] bool differs() const { return left != right; }
 };
 
-/// What the model shows now, with the rows that were fetched.
-[[nodiscard]] QlumShownRows qlumShownRows(const QlumAttributeModel& model);
+/// What the model shows now, with the elements of arrays; of very long ones as many as are worth looking at.
+[[nodiscard]] QlumShownRows qlumShownRows(QlumAttributeModel& model);
 /// Rows of the same name beside each other, in the order in which they are shown.
 [[nodiscard]] std::deque<QlumComparedRow> qlumCompareRows(const QlumShownRows& left,
                                                           const QlumShownRows& right);

@@ -49,6 +49,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace {
 TEST_F(AttributePlugin, ShowsTheSelectedNodeWhileOn)
@@ -275,8 +276,12 @@ TEST_F(AttributePlugin, GoesBackToTheNodesThatWereVisited)
 TEST_F(AttributePlugin, TwoNodesStandSideBySide)
 {
     services->attributes[{node(1), OpcUa_Attributes_Description}] = UaVariant(UaLocalizedText("en", "old"));
-    services->attributes[{node(1), OpcUa_Attributes_Value}] = UaVariant(1.5);
-    services->attributes[{node(2), OpcUa_Attributes_Value}] = UaVariant(OpcUa_Int32{2});
+    for (const OpcUa_UInt32 id : {1u, 2u}) {
+        UaVariant numbers;
+        const std::vector elements{UaVariant(1.5), UaVariant(static_cast<double>(id))};
+        ASSERT_TRUE(OpcUa_IsGood(numbers.setArray(OpcUaType_Double, elements)));
+        services->attributes[{node(id), OpcUa_Attributes_Value}] = numbers;
+    }
     select(1);
     ASSERT_TRUE(waitFor(1));
     plugin.findChild<QAction*>("keepNode")->trigger();
@@ -291,7 +296,8 @@ TEST_F(AttributePlugin, TwoNodesStandSideBySide)
     for (int row = 0; row < rows.rowCount(); ++row)
         shown.append(rows.index(row, 0).data().toString() + ": " + rows.index(row, 1).data().toString() +
                      " | " + rows.index(row, 2).data().toString());
-    EXPECT_TRUE(shown.contains("Value/Value: 1.5 | 2")) << shown.join('\n').toStdString();
+    EXPECT_TRUE(shown.contains("Value/Value/[1]: 1 | 2")) << shown.join('\n').toStdString();
+    EXPECT_FALSE(shown.join(' ').contains("[0]"));
     EXPECT_TRUE(shown.filter("NodeClass").isEmpty()) << "the same in both";
 }
 
