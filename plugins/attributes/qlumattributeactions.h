@@ -16,7 +16,9 @@ enum ActionId {
     UndoWrite,
     EditInWindow,
     CopyUriNodeId,
-    CopyBrowsePath
+    CopyBrowsePath,
+    KeepNode,
+    CompareNodes
 };
 
 /// What the messages of the dock are about.

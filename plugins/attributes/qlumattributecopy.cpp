@@ -51,6 +51,16 @@ QString jsonOf(const QlumAttributeModel& model, const UaVariant& value)
 }
 } // namespace
 
+void qlumForEachRow(const QlumAttributeModel& model,
+                    const std::function<void(const QString& path, const QString& value)>& visit)
+{
+    forEach(
+        model, {}, {},
+        [&visit](const QModelIndex& index, const QStringList& path) {
+            visit(path.join(QLatin1Char('/')), valueOf(index));
+        });
+}
+
 QString qlumAllAsText(const QlumAttributeModel& model)
 {
     QStringList lines;
@@ -66,8 +76,8 @@ QString qlumAllAsCsv(const QlumAttributeModel& model)
 {
     QByteArray records =
         qlumCsvRecord({QlumAttributeModel::tr("Attribute"), QlumAttributeModel::tr("Value")});
-    forEach(model, {}, {}, [&records](const QModelIndex& index, const QStringList& path) {
-        records += qlumCsvRecord({path.join(QLatin1Char('/')), valueOf(index)});
+    qlumForEachRow(model, [&records](const QString& path, const QString& value) {
+        records += qlumCsvRecord({path, value});
     });
     return QString::fromUtf8(records);
 }

@@ -81,6 +81,10 @@ constexpr QlumActionRow actionRows[] = {
           "when the server numbers its namespaces in another way.")},
     {CopyBrowsePath, "copyBrowsePath", TEXT("Copy B&rowse Path"), "", qlumNoKey, "",
      TEXT("<b>Copy Browse Path</b><br>Copies the browse names from the root to the node.")},
+    {KeepNode, "keepNode", TEXT("&Keep for Comparison"), "", qlumNoKey,
+     TEXT("Keep what is shown of this node, to be compared with another one"), ""},
+    {CompareNodes, "compareNodes", TEXT("Co&mpare with Kept Node"), "", qlumNoKey,
+     TEXT("Show this node and the one that was kept side by side"), ""},
 };
 } // namespace
 
@@ -166,7 +170,9 @@ void QlumAttributePlugin::createActions()
         {UndoWrite, &QlumAttributePlugin::sltUndoWrite},
         {EditInWindow, &QlumAttributePlugin::sltEditInWindow},
         {CopyUriNodeId, &QlumAttributePlugin::sltCopyUriNodeId},
-        {CopyBrowsePath, &QlumAttributePlugin::sltCopyBrowsePath}};
+        {CopyBrowsePath, &QlumAttributePlugin::sltCopyBrowsePath},
+        {KeepNode, &QlumAttributePlugin::sltKeepNode},
+        {CompareNodes, &QlumAttributePlugin::sltCompareNodes}};
     for (const auto& [id, slot] : commands)
         connect(m_actions[id], &QAction::triggered, this, slot);
     const QStyle* style = QApplication::style();
@@ -192,7 +198,8 @@ void QlumAttributePlugin::createDock()
     m_heading = new QlumViewHeading(page);
     m_messages = new QlumMessageBar(page);
     m_view = new QlumAttributeView(m_model, page);
-    m_view->addActions(m_actions.list({CopyUriNodeId, CopyBrowsePath, EditInWindow, UndoWrite}));
+    m_view->addActions(
+        m_actions.list({CopyUriNodeId, CopyBrowsePath, EditInWindow, UndoWrite, KeepNode, CompareNodes}));
     connect(m_view, &QlumAttributeView::windowWanted, this, &QlumAttributePlugin::editInWindow);
     connect(m_actions[ExpandAll], &QAction::triggered, m_view, &QTreeView::expandAll);
     connect(m_actions[CollapseAll], &QAction::triggered, m_view, &QTreeView::collapseAll);

@@ -9,6 +9,7 @@
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
 #include <plugins/attributes/qlumattributemodel.h>
+#include <plugins/attributes/qlumcomparisonwindow.h>
 #include <plugins/attributes/qlumlivevalue.h>
 #include <plugins/attributes/qlumvisitednodes.h>
 #include <uabase/values/uadatavalue.h>
@@ -90,6 +91,8 @@ private slots:
     void sltLive(bool on);
     void sltCopyUriNodeId();
     void sltCopyBrowsePath();
+    void sltKeepNode();
+    void sltCompareNodes();
     void sltShowLive(const UaDataValue& value);
     void sltNodeClassRead(unsigned int serverId, const UaNodeId& nodeId, OpcUa_NodeClass nodeClass);
     void sltWriteFailed(const QString& why);
@@ -133,6 +136,7 @@ private:
     void readWhatIsDue();
     void forgetOldIds(unsigned int serverId);
     void visit(const QlumVisitedNode& node);
+    [[nodiscard]] QlumComparisonWindow::Node shownNode() const;
     void watchShown();
     void showCommands();
     void editInWindow(const QModelIndex& index);
@@ -151,8 +155,9 @@ private:
     QlumFollowedNode m_followed;
     Node m_named; ///< by the heading
     bool m_isReading = false;
-    bool m_isOutdated = false; ///< what is shown was not read since its server came back
-    bool m_isDue = false;      ///< to be read when the user has ended editing
-    QString m_failure;         ///< why nothing is shown
-    Node m_custom;             ///< chosen by its id, while its class is not known
+    bool m_isOutdated = false;         ///< what is shown was not read since its server came back
+    bool m_isDue = false;              ///< to be read when the user has ended editing
+    QString m_failure;                 ///< why nothing is shown
+    QlumComparisonWindow::Node m_kept; ///< for comparison
+    Node m_custom;                     ///< chosen by its id, while its class is not known
 };

@@ -31,6 +31,7 @@ void QlumAttributePlugin::showCommands()
     m_actions[Back]->setEnabled(m_visited.canGoBack());
     m_actions[Forward]->setEnabled(m_visited.canGoForward());
     m_actions[UndoWrite]->setEnabled(m_model->canUndo());
+    m_actions[CompareNodes]->setEnabled(!m_kept.rows.empty());
 }
 
 // ---- where the user was
@@ -120,6 +121,31 @@ void QlumAttributePlugin::editInWindow(const QModelIndex& index)
     dialog->setReadOnly(!lock.isEmpty() || !m_model->nodeAt(row)->isWritable());
     dialog->setTaker(writer);
     dialog->show();
+}
+
+// ---- comparing
+
+QlumComparisonWindow::Node QlumAttributePlugin::shownNode() const
+{
+    const Node node = shown();
+    return {tr("%1: %2").arg(m_app->serverName(node.serverId), toQString(node.nodeId.toXmlString())),
+            qlumShownRows(*m_model)};
+}
+
+void QlumAttributePlugin::sltKeepNode()
+{
+    if (!shown().isNone())
+        m_kept = shownNode();
+    showCommands();
+}
+
+void QlumAttributePlugin::sltCompareNodes()
+{
+    if (m_kept.rows.empty() || shown().isNone())
+        return;
+    auto* window = new QlumComparisonWindow(m_kept, shownNode(), m_app->mainWindow());
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->show();
 }
 
 // ---- copying

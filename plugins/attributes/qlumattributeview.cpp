@@ -116,8 +116,11 @@ void QlumAttributeView::setEmptyText(const QString& text)
     m_empty->setText(text);
 }
 
-bool QlumAttributeView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event)
+// By a key the row's value is meant, wherever in the row the user is.
+bool QlumAttributeView::edit(const QModelIndex& cell, EditTrigger trigger, QEvent* event)
 {
+    const QModelIndex index =
+        trigger == EditKeyPressed ? cell.siblingAtColumn(QlumAttributeModel::ValueColumn) : cell;
     const bool begun = QTreeView::edit(index, trigger, event);
     if (begun && isEditing()) // it also says yes to rows without an editor
         m_edited = index;

@@ -67,7 +67,7 @@ public slots:
 
 protected:
     /// Says why when it does not begin.
-    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+    bool edit(const QModelIndex& cell, EditTrigger trigger, QEvent* event) override;
     /// Not one that holds no value, whatever the user does next; Escape closes it.
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 

@@ -14,6 +14,10 @@
 #include <QObject>
 #include <QTableView>
 
+namespace {
+const QString entryTopic = QStringLiteral("entry");
+} // namespace
+
 QlumPartsPage::QlumPartsPage(const QlumValueContext& context, QWidget* parent)
     : QlumValuePage(parent), m_context(context), m_messages(new QlumMessageBar(this)),
       m_summary(new QLabel(this))
@@ -37,10 +41,13 @@ void QlumPartsPage::showIn(QAbstractItemView* view, QlumPartDelegate* delegate)
     m_delegate = delegate;
     view->setItemDelegate(delegate);
     setFocusProxy(view);
-    connect(delegate, &QlumPartDelegate::typing, this, &QlumPartsPage::edited);
+    connect(delegate, &QlumPartDelegate::typing, this, [this] {
+        m_messages->dismiss(entryTopic);
+        emit edited();
+    });
     connect(delegate, &QlumPartDelegate::refused, this, [this](const QString& why) {
         QlumMessage message;
-        message.topic = QStringLiteral("entry");
+        message.topic = entryTopic;
         message.what = why;
         m_messages->tell(message);
     });

@@ -157,9 +157,10 @@ void QlumStructurePage::updateActions()
 void QlumStructurePage::fillTypes()
 {
     const std::vector<UaNodeId> types = m_model->choices(QModelIndex());
-    m_type->setVisible(!types.empty() && !m_model->isReadOnly());
+    const bool hasOther = types.size() > 1 || (types.size() == 1 && types.front() != context().dataType);
+    m_type->setVisible(hasOther && !m_model->isReadOnly());
     delete m_type->menu();
-    if (types.empty())
+    if (!hasOther)
         return;
     auto* menu = new QMenu(m_type);
     for (const UaNodeId& type : types)

@@ -3,6 +3,8 @@
 #include <app/api/qlumtoolservices.h>
 #include <plugins/attributes/qlumattributeplugin.h>
 #include <plugins/attributes/qlumattributeview.h>
+#include <plugins/attributes/qlumcomparison.h>
+#include <plugins/attributes/qlumcomparisonwindow.h>
 #include <tests/gui/attributes/attributepluginfixture.h>
 #include <tests/support/dialogdriver.h>
 #include <uabase/structures/uagenericstructurevalue.h>
@@ -15,8 +17,10 @@
 #include <uabase/values/uavariant.h>
 #include <uawidgets/qlummessagebar.h>
 
+#include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QCoreApplication>
@@ -37,6 +41,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 #include <QWidget>
 
 #include <atomic>
@@ -44,6 +49,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace {
 TEST_F(AttributePlugin, ShowsTheSelectedNodeWhileOn)
@@ -265,6 +271,45 @@ TEST_F(AttributePlugin, GoesBackToTheNodesThatWereVisited)
     EXPECT_TRUE(action("forward")->isEnabled());
     plugin.sessionRemoved(5);
     EXPECT_FALSE(action("forward")->isEnabled());
+}
+
+TEST_F(AttributePlugin, TwoNodesStandSideBySide)
+{
+    services->attributes[{node(1), OpcUa_Attributes_Description}] = UaVariant(UaLocalizedText("en", "old"));
+    for (const OpcUa_UInt32 id : {1u, 2u}) {
+        UaVariant numbers;
+        const std::vector elements{UaVariant(1.5), UaVariant(static_cast<double>(id))};
+        ASSERT_TRUE(OpcUa_IsGood(numbers.setArray(OpcUaType_Double, elements)));
+        services->attributes[{node(id), OpcUa_Attributes_Value}] = numbers;
+    }
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    plugin.findChild<QAction*>("keepNode")->trigger();
+    select(2);
+    ASSERT_TRUE(waitFor(2));
+    plugin.findChild<QAction*>("compareNodes")->trigger();
+    auto* window = application.window.findChild<QlumComparisonWindow*>();
+    ASSERT_NE(window, nullptr);
+    const QAbstractItemModel& rows = *window->findChild<QTreeView*>("comparisonTable")->model();
+    window->findChild<QCheckBox*>("differencesOnly")->setChecked(true);
+    QStringList shown;
+    for (int row = 0; row < rows.rowCount(); ++row)
+        shown.append(rows.index(row, 0).data().toString() + ": " + rows.index(row, 1).data().toString() +
+                     " | " + rows.index(row, 2).data().toString());
+    EXPECT_TRUE(shown.contains("Value/Value/[1]: 1 | 2")) << shown.join('\n').toStdString();
+    EXPECT_FALSE(shown.join(' ').contains("[0]"));
+    EXPECT_TRUE(shown.filter("NodeClass").isEmpty()) << "the same in both";
+}
+
+// Whatever one of them lacks does not put the rows behind it out of step.
+TEST(NodeComparison, RowsOfTheSameNameStandBesideEachOther)
+{
+    const QlumShownRows left{{"a", "1"}, {"b", "2"}, {"d", "4"}, {"e", "5"}};
+    const QlumShownRows right{{"z", "0"}, {"a", "1"}, {"c", "3"}, {"e", "x"}, {"d", "4"}, {"f", "6"}};
+    QStringList shown;
+    for (const QlumComparedRow& row : qlumCompareRows(left, right))
+        shown.append(row.path + row.left.value_or("-") + row.right.value_or("-"));
+    EXPECT_EQ(shown.join(' '), "z-0 a11 c-3 b2- d44 e5x f-6");
 }
 
 TEST_F(AttributePlugin, RowsThatNameANodeHaveItsCommands)

@@ -23,15 +23,19 @@
 #include <uawidgets/editors/qlumvaluedialog.h>
 #include <uawidgets/editors/qlumvaluewidget.h>
 
+#include <QAbstractItemModel>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QColor>
 #include <QComboBox>
 #include <QDir>
 #include <QGridLayout>
 #include <QLineEdit>
+#include <QModelIndex>
 #include <QPalette>
 #include <QPixmap>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
@@ -127,14 +131,10 @@ void addTexts(std::vector<Sample>& samples)
     UaVariant xml;
     xml.setXmlElement(bytes("<a>text</a>"));
     samples.push_back({"XmlElement", place(OpcUaType_XmlElement), xml, {}});
-    samples.push_back({"LocalizedText",
-                       place(OpcUaType_LocalizedText),
-                       UaVariant(UaLocalizedText(UaString("de-DE"), UaString("Kessel"))),
-                       {}});
-    samples.push_back({"QualifiedName",
-                       place(OpcUaType_QualifiedName),
-                       UaVariant(UaQualifiedName(UaString("Boiler"), 2)),
-                       {}});
+    samples.push_back({"LocalizedText", place(OpcUaType_LocalizedText),
+                       UaVariant(UaLocalizedText(UaString("de-DE"), UaString("Kessel"))), "?"});
+    samples.push_back({"QualifiedName", place(OpcUaType_QualifiedName),
+                       UaVariant(UaQualifiedName(UaString("Boiler"), 2)), "70000:Boiler"});
     std::string content;
     for (int i = 0; i < 5000; ++i)
         content += static_cast<char>(i * 7);
@@ -210,11 +210,11 @@ void addParts(std::vector<Sample>& samples)
         numbers.emplace_back(i * 1.25);
     UaVariant value;
     if (OpcUa_IsGood(value.setArray(OpcUaType_Double, numbers)))
-        samples.push_back({"Array, longer than declared", array, value, {}});
+        samples.push_back({"Array, longer than declared", array, value, "1,5x"});
     array.valueRank = 3;
     array.arrayDimensions = {2, 3, 4};
     if (OpcUa_IsGood(value.setDimensions(std::vector<OpcUa_Int32>{2, 3, 4})))
-        samples.push_back({"Matrix", array, value, {}});
+        samples.push_back({"Matrix", array, value, "1e999"});
     QlumValueContext recipe = place(OpcUaType_ExtensionObject);
     recipe.dictionary = recipes();
     recipe.dataType = UaNodeId(5002, 2);
@@ -224,7 +224,7 @@ void addParts(std::vector<Sample>& samples)
     if (fields.setField(UaString("Name"), UaVariant("Lacquer")).isGood() &&
         fields.setField(UaString("Rights"), UaVariant(OpcUa_UInt16{3})).isGood() &&
         fields.encode(object).isGood())
-        samples.push_back({"Structure", recipe, UaVariant(object), {}});
+        samples.push_back({"Structure", recipe, UaVariant(object), "longer than the server takes"});
 }
 
 QWidget* make(const Sample& sample, const UaVariant& value, QWidget* parent)
@@ -235,13 +235,41 @@ QWidget* make(const Sample& sample, const UaVariant& value, QWidget* parent)
     dialog->setValue(value);
     for (QTreeView* fields : dialog->findChildren<QTreeView*>())
         fields->expandToDepth(1);
-    dialog->setFixedSize(640, 320);
+    const bool hasParts = dialog->findChild<QAbstractItemView*>() != nullptr;
+    dialog->setFixedSize(640, hasParts ? 420 : 320);
     return dialog;
+}
+
+// Into the first part that a cell can edit.
+bool enterPart(const QWidget& editor, const QString& text)
+{
+    const QRegularExpression names("^(array|matrix|structure)View$");
+    QAbstractItemView* const view = editor.findChildren<QAbstractItemView*>(names).value(0);
+    if (!view)
+        return false;
+    const QAbstractItemModel& model = *view->model();
+    for (int column = 0; column < model.columnCount(); ++column)
+        if (const QModelIndex cell = model.index(0, column); model.flags(cell) & Qt::ItemIsEditable) {
+            view->setCurrentIndex(cell);
+            view->edit(cell);
+            break;
+        }
+    if (auto* line = view->findChild<QLineEdit*>("valueEditor")) {
+        line->clear();
+        line->insert(text);
+    }
+    return true;
 }
 
 // As typed; the first text of the editor is the value's.
 void enter(const QWidget& editor, const QString& text)
 {
+    if (enterPart(editor, text))
+        return;
+    if (auto* locale = editor.findChild<QLineEdit*>("locale")) {
+        locale->insert(text);
+        return;
+    }
     if (auto* names = editor.findChild<QComboBox*>("valueEditor"))
         return names->setEditText(text);
     if (auto* line = editor.findChild<QLineEdit*>("valueEditor"))
@@ -279,6 +307,7 @@ int main(int argc, char** argv)
     QSettings::setDefaultFormat(QSettings::IniFormat);
     const QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
+    Q_INIT_RESOURCE(uawidgets);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() < 2) {
         std::puts("usage: editorsheet FILE.png [--dark]");
@@ -295,15 +324,19 @@ int main(int argc, char** argv)
     addParts(samples);
     QWidget sheet;
     auto* grid = new QGridLayout(&sheet);
-    for (const Sample& sample : samples) {
-        const int row = grid->rowCount();
-        grid->addWidget(make(sample, UaVariant(), &sheet), row, 0);
-        grid->addWidget(make(sample, sample.filled, &sheet), row, 1);
+    // in two columns: pictures must not become too high for those who look at them
+    const int half = (static_cast<int>(samples.size()) + 1) / 2;
+    for (int i = 0; i < static_cast<int>(samples.size()); ++i) {
+        const Sample& sample = samples[static_cast<std::size_t>(i)];
+        const int row = i % half;
+        const int column = i / half * 3;
+        grid->addWidget(make(sample, UaVariant(), &sheet), row, column);
+        grid->addWidget(make(sample, sample.filled, &sheet), row, column + 1);
         if (sample.wrong.isEmpty())
             continue;
         QWidget* wrong = make(sample, sample.filled, &sheet);
         enter(*wrong->findChild<QlumValueWidget*>(), sample.wrong);
-        grid->addWidget(wrong, row, 2);
+        grid->addWidget(wrong, row, column + 2);
     }
     sheet.show();
     return sheet.grab().save(arguments.at(1)) ? 0 : 1;
