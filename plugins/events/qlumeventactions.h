@@ -23,6 +23,9 @@ enum Id {
     Unshelve,
     Enable,
     Disable,
-    AddColumn
+    Suppress,
+    Unsuppress,
+    AddColumn,
+    Sound
 };
 } // namespace QlumEventActions

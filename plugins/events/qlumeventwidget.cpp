@@ -3,6 +3,7 @@
 
 #include <app/api/qlumdocumentservers.h>
 #include <app/api/qlumtext.h>
+#include <opcua/opcua_identifiers.h>
 #include <plugins/events/qlumeventactions.h>
 #include <plugins/events/qlumeventsettings.h>
 #include <uabase/values/uanodeid.h>
@@ -15,6 +16,7 @@
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QDateTime>
 #include <QDateTimeEdit>
@@ -95,12 +97,23 @@ constexpr QlumActionRow actionRows[] = {
      TEXT("<b>Enable</b><br>Has the server watch the selected condition again.")},
     {Disable, "disableCondition", TEXT("&Disable"), "", qlumNoKey, TEXT("Disable the selected condition"),
      TEXT("<b>Disable</b><br>Has the server watch the selected condition no longer. It leaves the list.")},
+    {Suppress, "suppressAlarm", TEXT("Su&ppress"), "", qlumNoKey,
+     TEXT("Have the server suppress the selected alarm"),
+     TEXT("<b>Suppress</b><br>Has the server treat the selected alarm as suppressed, until somebody ends "
+          "that.")},
+    {Unsuppress, "unsuppressAlarm", TEXT("U&nsuppress"), "", qlumNoKey,
+     TEXT("End the suppression of the selected alarm"),
+     TEXT("<b>Unsuppress</b><br>Ends the suppression of the selected alarm.")},
+    {Sound, "alarmSound", TEXT("S&ound"), "", qlumNoKey, TEXT("Give a sound when an alarm comes up"),
+     TEXT("<b>Sound</b><br>Gives a sound when an alarm comes up that nobody has acknowledged. What a refresh "
+          "sends again is silent.")},
     {AddColumn, "addColumns", TEXT("Fields as &Columns..."), "", qlumNoKey,
      TEXT("Show more fields of the events in columns of their own"),
      TEXT("<b>Fields as Columns</b><br>Shows more fields of the events in columns of their own.")},
 };
+constexpr int soundMilliseconds = 500; // one for all that come within that time
 constexpr int secondsOfHistory = 3600;
-constexpr int countMilliseconds = 100;
+constexpr int countMilliseconds = 250; // a tab with another text costs as much as many rows
 
 QLabel* makeNote(const char* name, QWidget* parent)
 {
@@ -170,6 +183,7 @@ QlumEventWidget::QlumEventWidget(QlumApplicationInterface& application, QlumEven
     right->setStretchFactor(1, 1);
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 3);
+    splitter->setSizes({width(), 2 * width()}); // in proportion, until the user has others
     m_state.keep(splitter, QStringLiteral("Splitter"));
     m_state.keep(right, QStringLiteral("DetailsSplitter"));
     auto* layout = new QVBoxLayout(this);
@@ -195,7 +209,7 @@ QlumEventWidget::~QlumEventWidget()
 void QlumEventWidget::createActions()
 {
     m_actions = QlumActionTable(actionRows, "QlumEventWidget", this);
-    for (const Id id : {Pause, Autoscroll, HideRefreshed, ShowRetainIfFalse})
+    for (const Id id : {Pause, Autoscroll, HideRefreshed, ShowRetainIfFalse, Sound})
         m_actions[id]->setCheckable(true);
     m_actions[Autoscroll]->setChecked(true);
     using Slot = void (QlumEventWidget::*)();
@@ -220,9 +234,13 @@ void QlumEventWidget::createActions()
     connect(m_actions[HideRefreshed], &QAction::toggled, m_logFilter,
             &QlumEventFilterModel::setHidesRefreshed);
     connect(m_actions[ShowRetainIfFalse], &QAction::toggled, m_alarms, &QlumAlarmModel::sltShowRetainIfFalse);
-    connect(
-        m_actions[Enable], &QAction::triggered, this, [this] { sltSetEnabled(true); });
-    connect(m_actions[Disable], &QAction::triggered, this, [this] { sltSetEnabled(false); });
+    const auto change = [this](Id id, OpcUa_UInt32 method, const QString& purpose) {
+        connect(m_actions[id], &QAction::triggered, this, [=, this] { changeCondition(method, purpose); });
+    };
+    change(Enable, OpcUaId_ConditionType_Enable, tr("Enabling a condition"));
+    change(Disable, OpcUaId_ConditionType_Disable, tr("Disabling a condition"));
+    change(Suppress, OpcUaId_AlarmConditionType_Suppress, tr("Suppressing an alarm"));
+    change(Unsuppress, OpcUaId_AlarmConditionType_Unsuppress, tr("Ending the suppression of an alarm"));
 }
 
 void QlumEventWidget::createModels()
@@ -258,6 +276,16 @@ void QlumEventWidget::createModels()
     connect(m_log, &QlumEventModel::countChanged, this, count);
     connect(m_history, &QlumEventModel::countChanged, this, count);
     connect(m_alarms, &QlumAlarmModel::stateChanged, this, count);
+    m_soundTimer.setSingleShot(true);
+    m_soundTimer.setInterval(soundMilliseconds);
+    connect(
+        m_alarms, &QlumAlarmModel::raised, this,
+        [this] {
+            if (m_actions[Sound]->isChecked() && !m_soundTimer.isActive())
+                m_soundTimer.start();
+        });
+    connect(
+        &m_soundTimer, &QTimer::timeout, this, [] { QApplication::beep(); });
     m_alarms->setTypeName(
         [this](unsigned int serverId, const UaNodeId& typeId) { return m_types.typeName(serverId, typeId); });
     const auto tellServers = [this] { qlumSetDocumentServers(this, m_items->servers().values()); };
@@ -411,7 +439,8 @@ QWidget* QlumEventWidget::makeAlarmPage()
     auto* bar = makeBar("alarmToolBar", tr("Alarms"), this);
     bar->addActions(m_actions.list({Acknowledge, Confirm, AddComment}));
     bar->addSeparator();
-    bar->addActions(m_actions.list({AcknowledgeAll, ConfirmAll, Refresh, ShowRetainIfFalse, AddColumn}));
+    bar->addActions(
+        m_actions.list({AcknowledgeAll, ConfirmAll, Refresh, ShowRetainIfFalse, AddColumn, Sound}));
     auto* filters = makeBar("alarmFilterBar", tr("Filter"), this);
     addFilterFields(filters, m_alarmFilter);
     m_offline = makeNote("offlineServers", this);
@@ -420,8 +449,8 @@ QWidget* QlumEventWidget::makeAlarmPage()
                             tr("There are no alarms. Conditions that the monitored objects report are listed "
                                "here."));
     m_alarmView->setContextMenuPolicy(Qt::ActionsContextMenu);
-    const QList<QAction*> own = m_actions.list(
-        {Acknowledge, Confirm, AddComment, TimedShelve, ShelveOnce, Unshelve, Enable, Disable});
+    const QList<QAction*> own = m_actions.list({Acknowledge, Confirm, AddComment, TimedShelve, ShelveOnce,
+                                                Unshelve, Enable, Disable, Suppress, Unsuppress});
     m_alarmView->insertActions(m_alarmView->actions().value(0), own);
     new QlumNodeCommands(m_alarmView, [this] {
         QlumToolNodes nodes;

@@ -110,7 +110,6 @@ private slots:
     void sltTimedShelve();
     void sltShelveOnce();
     void sltUnshelve();
-    void sltSetEnabled(bool isEnabled);
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -165,6 +164,7 @@ private:
     [[nodiscard]] int currentAlarm() const;
     void callCondition(const Method& method);
     void callAll(const Method& method, QlumField state, const QString& nothing, const QString& name);
+    void changeCondition(OpcUa_UInt32 method, const QString& purpose);
     void shelve(const Target& target, QlumShelving how, double milliseconds);
     void quietCall(const Target& target, const QString& purpose,
                    const std::function<UaStatus(QlumSessionServices*)>& work);
@@ -192,6 +192,7 @@ private:
     QlumEventFilterModel* m_alarmFilter;
     QlumMessageBar* m_messages;
     QTimer m_countTimer;
+    QTimer m_soundTimer;
     QTreeView* m_itemView = nullptr;
     QTreeView* m_fieldView = nullptr;
     QTreeView* m_logView = nullptr;

@@ -169,14 +169,12 @@ void QlumEventWidget::shelve(const Target& target, QlumShelving how, double mill
         });
 }
 
-void QlumEventWidget::sltSetEnabled(bool isEnabled)
+void QlumEventWidget::changeCondition(OpcUa_UInt32 method, const QString& purpose)
 {
     const int row = currentAlarm();
     if (row < 0)
         return;
     const Target target{m_alarms->projectServerId(row), m_alarms->conditionNodeId(row), {}};
-    const QString purpose = isEnabled ? tr("Enabling a condition") : tr("Disabling a condition");
-    const OpcUa_UInt32 method = isEnabled ? OpcUaId_ConditionType_Enable : OpcUaId_ConditionType_Disable;
     quietCall(target, purpose, [=](QlumSessionServices* services) {
         return qlumCallCondition(services, purpose, target.conditionId, method, {});
     });

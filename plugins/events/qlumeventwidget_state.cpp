@@ -313,9 +313,18 @@ void QlumEventWidget::sltShowCounts()
     const QLocale locale = QLocale::system();
     const auto count = [&locale](int number) { return locale.toString(number); };
     m_tabs->setTabText(0, tr("Events (%1)").arg(locale.toString(m_log->count())));
-    m_tabs->setTabText(1, tr("Alarms (%1: %2 high, %3 medium, %4 low; %5 active, %6 open)")
-                              .arg(count(m_alarms->rowCount()), count(alarms.high), count(alarms.medium),
-                                   count(alarms.low), count(alarms.active), count(alarms.open)));
+    QStringList severities;
+    for (const auto& [number, text] :
+         {std::pair(alarms.high, tr("%1 high")), std::pair(alarms.medium, tr("%1 medium")),
+          std::pair(alarms.low, tr("%1 low"))})
+        if (number > 0)
+            severities.append(text.arg(count(number)));
+    m_tabs->setTabText(1, m_alarms->rowCount() == 0
+                              ? tr("Alarms")
+                              : tr("Alarms (%1; %2 active, %3 open)")
+                                    .arg(severities.isEmpty() ? count(m_alarms->rowCount())
+                                                              : severities.join(QStringLiteral(", ")),
+                                         count(alarms.active), count(alarms.open)));
     m_tabs->setTabToolTip(1, tr("Not acknowledged: %1; not confirmed: %2; inactive: %3; severity unknown: %4")
                                  .arg(count(alarms.unacknowledged), count(alarms.unconfirmed),
                                       count(alarms.inactive), count(alarms.unknown)));
@@ -443,7 +452,7 @@ void QlumEventWidget::updateOffline()
     for (const auto& [serverId, status] : m_refreshFaults)
         if (m_items->isUp(serverId))
             lines.append(
-                tr("%1 does not refresh its conditions: %2 Alarms are listed as they are reported; those "
+                tr("%1 does not refresh its conditions (%2). Alarms are listed as they are reported; those "
                    "of before stay marked.")
                     .arg(m_application.serverName(serverId),
                          qlumStatusWords(qlumStatusText(status.statusCode()))));
@@ -473,7 +482,7 @@ void QlumEventWidget::updateActions()
     const int row = current >= 0 && m_items->isUp(m_alarms->projectServerId(current)) ? current : -1;
     m_actions[Acknowledge]->setEnabled(row >= 0 && m_alarms->rowAt(row).is(QlumField::AckedId, false));
     m_actions[Confirm]->setEnabled(row >= 0 && m_alarms->rowAt(row).is(QlumField::ConfirmedId, false));
-    for (const Id id : {AddComment, TimedShelve, ShelveOnce, Unshelve, Enable, Disable})
+    for (const Id id : {AddComment, TimedShelve, ShelveOnce, Unshelve, Enable, Disable, Suppress, Unsuppress})
         m_actions[id]->setEnabled(row >= 0);
 }
 
@@ -486,6 +495,7 @@ void QlumEventWidget::saveSettings(QSettings& settings)
     settings.setValue(QStringLiteral("ShowRetainIfFalse"), m_actions[ShowRetainIfFalse]->isChecked());
     settings.setValue(QStringLiteral("ExtraColumns"), m_log->extraFields());
     settings.setValue(QStringLiteral("AlarmColumns"), m_alarms->extraFields());
+    settings.setValue(QStringLiteral("Sound"), m_actions[Sound]->isChecked());
     settings.setValue(QStringLiteral("StartTime"), m_start->dateTime());
     settings.setValue(QStringLiteral("EndTime"), m_end->dateTime());
 }
@@ -495,6 +505,7 @@ void QlumEventWidget::loadSettings(QSettings& settings, const QMap<int, int>& se
     m_actions[Autoscroll]->setChecked(settings.value(QStringLiteral("Autoscroll"), true).toBool());
     m_actions[ShowRetainIfFalse]->setChecked(
         settings.value(QStringLiteral("ShowRetainIfFalse"), false).toBool());
+    m_actions[Sound]->setChecked(settings.value(QStringLiteral("Sound"), false).toBool());
     for (const auto& [key, edit] : {std::pair("StartTime", m_start), std::pair("EndTime", m_end)})
         if (const QDateTime time = settings.value(QLatin1String(key)).toDateTime(); time.isValid())
             edit->setDateTime(time);

@@ -124,6 +124,11 @@ void QlumTrendExtras::addAggregates(const std::vector<QlumAggregate>& aggregates
     }
 }
 
+bool QlumTrendExtras::wantsProcessed() const
+{
+    return m_processed->isChecked();
+}
+
 bool QlumTrendExtras::hasProcessed() const
 {
     return m_processed->isChecked() && m_aggregate->currentIndex() >= 0;

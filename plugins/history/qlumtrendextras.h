@@ -30,6 +30,7 @@ public:
 
     /// Adds those that are not there; what was chosen stays.
     void addAggregates(const std::vector<QlumAggregate>& aggregates);
+    [[nodiscard]] bool wantsProcessed() const;   ///< whether the user does
     [[nodiscard]] bool hasProcessed() const;     ///< whether an aggregate is to be read
     [[nodiscard]] UaNodeId aggregate() const;    ///< that is chosen; null while no server has told any
     [[nodiscard]] QString aggregateName() const; ///< of that

@@ -8,6 +8,7 @@
 #include <app/api/qlumtoolservices.h>
 #include <plugins/history/qlumcolorlisteditor.h>
 #include <plugins/history/qlumnonnumericmodel.h>
+#include <plugins/history/qlumtrendbar.h>
 #include <plugins/history/qlumtrendextras.h>
 #include <plugins/history/qlumtrenditem.h>
 #include <plugins/history/qlumtrenditemmodel.h>
@@ -58,7 +59,6 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTimeZone>
-#include <QToolBar>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -244,16 +244,15 @@ QWidget* QlumTrendViewDocument::makeHistoryData()
     return page;
 }
 
-// What does not fit into a small window is in the menu at the end of the bar.
 QWidget* QlumTrendViewDocument::makeBar()
 {
-    auto* bar = new QToolBar(tr("History Data"));
+    auto* bar = new QlumTrendBar;
     bar->setObjectName(QStringLiteral("trendToolBar"));
     const auto add = [bar](QAbstractButton* button, const char* name, const QString& hint) {
         button->setObjectName(QLatin1String(name));
         button->setToolTip(hint);
         button->setWhatsThis(hint);
-        bar->addWidget(button);
+        bar->add(button);
     };
     m_catch = new QCheckBox(tr("&Catch Values"));
     auto* reset = new QPushButton(tr("&Reset View"));
@@ -281,9 +280,7 @@ QWidget* QlumTrendViewDocument::makeProgress()
     m_cancel = new QPushButton(tr("Cance&l"));
     m_cancel->setObjectName(QStringLiteral("cancelReading"));
     m_cancel->setToolTip(tr("Ends reading; what has come stays."));
-    QSizePolicy keepsPlace = m_cancel->sizePolicy();
-    keepsPlace.setRetainSizeWhenHidden(true);
-    m_cancel->setSizePolicy(keepsPlace);
+    m_progressLine->setMinimumHeight(m_cancel->sizeHint().height());
     m_cancel->hide();
     connect(m_cancel, &QPushButton::clicked, this, &QlumTrendViewDocument::sltCancel);
     auto* layout = new QHBoxLayout(m_progressLine);

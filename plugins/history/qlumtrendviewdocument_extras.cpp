@@ -221,6 +221,8 @@ void QlumTrendViewDocument::readExtras(const std::map<unsigned int, QlumHistoryP
         }
         m_reading->read(plan);
     };
+    if (m_extras->wantsProcessed() && !m_extras->hasProcessed())
+        m_extraFaults.append(tr("the servers of these variables list no aggregates"));
     for (const auto& [serverId, plan] : raw) {
         if (m_extras->hasProcessed()) {
             QlumHistoryPlan processed = plan;

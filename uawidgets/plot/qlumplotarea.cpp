@@ -1,5 +1,6 @@
 #include <uawidgets/plot/qlumplotarea.h>
 
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumguithread.h>
 #include <uawidgets/plot/qlumplotcolors.h>
 #include <uawidgets/plot/qlumplotcurve.h>
@@ -10,6 +11,7 @@
 #include <QFontMetricsF>
 #include <QFrame>
 #include <QList>
+#include <QMap>
 #include <QPainter>
 #include <QPalette>
 #include <QPen>
@@ -45,6 +47,41 @@ constexpr double pixelsOfTimeLabel = 110;
 constexpr double flatRectangle = 12; // pixels; lower ones choose times only
 constexpr double scaleGap = 6;
 constexpr int valueSteps = 8;
+
+// The numbers of an axis, or the names of the states that they stand for.
+class ValueScaleDraw : public QwtScaleDraw
+{
+public:
+    void setNames(const QMap<qint64, QString>& names)
+    {
+        if (names == m_names)
+            return;
+        m_names = names;
+        invalidateCache();
+    }
+
+    QwtText label(double value) const override
+    {
+        constexpr int shownCharacters = 16;
+        if (m_names.isEmpty())
+            return QwtScaleDraw::label(value);
+        return QwtText(qlumSingleLine(qlumCutText(m_names.value(std::llround(value)), shownCharacters)),
+                       QwtText::PlainText);
+    }
+
+private:
+    QMap<qint64, QString> m_names;
+};
+
+// One tick for each name in sight.
+QwtScaleDiv statesWithin(const QwtInterval& range, const QMap<qint64, QString>& names)
+{
+    QList<double> ticks[QwtScaleDiv::NTickTypes];
+    for (auto name = names.cbegin(); name != names.cend(); ++name)
+        if (range.contains(static_cast<double>(name.key())))
+            ticks[QwtScaleDiv::MajorTick].append(static_cast<double>(name.key()));
+    return QwtScaleDiv(range.minValue(), range.maxValue(), ticks);
+}
 
 // Not a range of its own: where all values are equal there is room above and below.
 QwtInterval widened(const QwtInterval& range)
@@ -135,7 +172,7 @@ std::size_t QlumPlotArea::axisOf(const QString& unit)
         std::find_if(m_axes.begin(), m_axes.end(), [&unit](const Axis& axis) { return axis.unit == unit; });
     if (found != m_axes.end())
         return static_cast<std::size_t>(found - m_axes.begin());
-    Axis axis{unit, std::make_unique<QwtScaleDraw>(), QwtInterval(0, 1)};
+    Axis axis{unit, std::make_unique<ValueScaleDraw>(), QwtInterval(0, 1)};
     axis.scale->setAlignment(QwtScaleDraw::LeftScale);
     m_axes.push_back(std::move(axis));
     // chosen values stay; of the new axis nothing was chosen
@@ -301,6 +338,23 @@ QwtInterval QlumPlotArea::neededRange(const QString& unit) const
     return low < high ? QwtInterval(low, high) : range;
 }
 
+// Those of all curves of the unit, as far as they agree and are few enough to be read.
+QMap<qint64, QString> QlumPlotArea::stateNames(const QString& unit) const
+{
+    constexpr int mostStates = 20;
+    const QlumPlotCurve* first = nullptr;
+    for (const auto& curve : m_curves) {
+        if (curve->unit() != unit || !curve->isVisible())
+            continue;
+        if (first == nullptr)
+            first = curve.get();
+        if (curve->valueNames() != first->valueNames())
+            return {};
+    }
+    return first != nullptr && first->valueNames().size() <= mostStates ? first->valueNames()
+                                                                        : QMap<qint64, QString>();
+}
+
 void QlumPlotArea::applyRanges()
 {
     for (std::size_t i = 0; i < m_axes.size(); ++i) {
@@ -308,8 +362,12 @@ void QlumPlotArea::applyRanges()
         axis.range = i < m_view.values.size()
                          ? widened(QwtInterval(m_view.values[i].first, m_view.values[i].second).normalized())
                          : neededRange(axis.unit);
-        axis.scale->setScaleDiv(
-            QwtLinearScaleEngine().divideScale(axis.range.minValue(), axis.range.maxValue(), valueSteps, 5));
+        const QMap<qint64, QString> names = stateNames(axis.unit);
+        static_cast<ValueScaleDraw*>(axis.scale.get())->setNames(names);
+        axis.scale->setScaleDiv(names.isEmpty()
+                                    ? QwtLinearScaleEngine().divideScale(axis.range.minValue(),
+                                                                         axis.range.maxValue(), valueSteps, 5)
+                                    : statesWithin(axis.range, names));
         for (const auto& curve : m_curves)
             if (curve->unit() == axis.unit)
                 curve->setRange(axis.range);

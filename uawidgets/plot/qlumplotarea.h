@@ -3,6 +3,7 @@
 #include <uawidgets/plot/qlumplotcurve.h>
 #include <uawidgets/plot/qlumplotview.h>
 
+#include <QMap>
 #include <QString>
 #include <QTimeZone>
 #include <qwt_interval.h>
@@ -103,6 +104,7 @@ private:
     };
 
     [[nodiscard]] std::size_t axisOf(const QString& unit);
+    [[nodiscard]] QMap<qint64, QString> stateNames(const QString& unit) const;
     void removeUnusedAxes();
     void applyColors();
     void applyEmptyText();

@@ -64,6 +64,19 @@ TEST_F(TrendExtras, AggregatesOfTheServerAreDrawnBesideTheRawCurve)
     EXPECT_EQ(samples(0).size(), 10U);
 }
 
+TEST_F(TrendExtras, ServerWithoutAggregatesIsToldOf)
+{
+    addVariable(1, "Level", numbers(10));
+    ASSERT_TRUE(addItems({node(1)}));
+    check("processed");
+    ASSERT_TRUE(read(0, 100));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        const auto labels = view.findChild<QlumMessageBar*>()->findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(),
+                           [](const QLabel* label) { return label->text().contains("no aggregates"); });
+    }));
+}
+
 TEST_F(TrendExtras, ModifiedValuesComeWithWhoAndWhenAndWithoutBounds)
 {
     addVariable(1, "Level", numbers(3));

@@ -12,9 +12,12 @@
 #include <uawidgets/plot/qlumplotcurve.h>
 #include <uawidgets/plot/qlumplotpicker.h>
 
+#include <QAbstractButton>
 #include <QCheckBox>
 #include <QColor>
 #include <QCoreApplication>
+#include <QPoint>
+#include <QRect>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -102,6 +105,22 @@ TEST_F(TrendView, PickerTellsCurveValueAndTimeOnWhite)
     view.findChild<QCheckBox*>("catchValues")->setChecked(true);
     EXPECT_TRUE(picker->textAt({x, y}).contains("&nbsp;5&nbsp;")) << "the sample beside it";
     EXPECT_FALSE(picker->textAt({x, 2}).contains("Level"));
+}
+
+TEST_F(TrendView, FitsIntoASmallWindowWithAllItsButtons)
+{
+    view.show();
+    for (const int width : {1200, 500}) {
+        view.resize(width, 500);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(view.width(), width);
+        for (const char* name : {"catchValues", "resetView", "continueLive", "saveRange"}) {
+            const auto* button = view.findChild<QAbstractButton*>(name);
+            EXPECT_TRUE(view.rect().contains(QRect(button->mapTo(&view, QPoint()), button->size())))
+                << name << " at " << width;
+            EXPECT_GE(button->width(), button->sizeHint().width()) << name;
+        }
+    }
 }
 
 TEST_F(TrendView, ColourEditorOffersTheColoursOfCurvesAndKeepsOthers)

@@ -22,6 +22,7 @@
 #include <QEvent>
 #include <QFile>
 #include <QImage>
+#include <QMap>
 #include <QMouseEvent>
 #include <QPalette>
 #include <QPixmap>
@@ -219,6 +220,23 @@ TEST_F(Plot, EveryUnitHasItsAxisAndItsRange)
     EXPECT_EQ(plot.area()->units().size(), 2U);
     plot.removeCurve(bar);
     EXPECT_EQ(plot.area()->units().size(), 2U) << "another curve has that unit";
+}
+
+TEST_F(Plot, AnAxisOfStatesHasTheirNamesUnlessTheyDiffer)
+{
+    const QMap<qint64, QString> names{{0, QStringLiteral("closed")}, {1, QStringLiteral("wide open")}};
+    const auto addState = [&](const QMap<qint64, QString>& named) {
+        QlumPlotCurve* curve =
+            plot.addCurve(QStringLiteral("Door"), QStringLiteral("state"), QlumCurveForm::Steps);
+        curve->setValueNames(named);
+        add(curve, {{startOfSamples, 0, 0}, {startOfSamples + tick, 1, 0}});
+        plot.area()->refresh();
+        return plot.area()->valueScalesWidth();
+    };
+    const double named = addState(names), same = addState(names),
+                 other = addState({{0, QStringLiteral("off")}});
+    EXPECT_EQ(named, same);
+    EXPECT_LT(other, named) << "numbers are true of all of them";
 }
 
 TEST_F(Plot, AxesStandWhereTheirValuesAre)

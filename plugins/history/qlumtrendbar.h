@@ -1,0 +1,34 @@
+#pragma once
+#include <QSize>
+#include <QWidget>
+
+#include <vector>
+
+class QRect;
+class QResizeEvent;
+
+/// Puts its buttons into as many rows as the window needs, however narrow it is.
+class QlumTrendBar : public QWidget
+{
+    Q_OBJECT
+public:
+    /// Without buttons.
+    explicit QlumTrendBar(QWidget* parent = nullptr);
+
+    /// The button becomes the bar's, behind the others.
+    void add(QWidget* button);
+
+    bool hasHeightForWidth() const override { return true; } ///< always
+    int heightForWidth(int width) const override;            ///< of all rows
+    QSize sizeHint() const override;                         ///< one row
+    QSize minimumSizeHint() const override;                  ///< a row for each button
+
+protected:
+    /// Moves the buttons.
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    [[nodiscard]] std::vector<QRect> places(int width) const;
+
+    std::vector<QWidget*> m_buttons;
+};
