@@ -42,7 +42,7 @@ constexpr std::size_t contextsPerStep = 200;
 constexpr int maximumStored = 20'000;
 const QLatin1String stagedTopic("staged");
 
-/// A staged value whose node is to be described.
+// A staged value whose node is to be described.
 struct ToDescribe
 {
     quint64 key = 0;

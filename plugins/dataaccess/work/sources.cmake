@@ -1,6 +1,7 @@
 # What is done with rows beside watching them; paths from plugins/dataaccess.
 set(dataAccessWork
     work/qlumchangelogmodel.h work/qlumchangelogmodel.cpp
+    work/qlumchangelogpart.h work/qlumchangelogpart.cpp
     work/qlumcopyformats.h work/qlumcopyformats.cpp
     work/qlumcopypart.h work/qlumcopypart.cpp
     work/qlumdaparts.h work/qlumdaparts.cpp
