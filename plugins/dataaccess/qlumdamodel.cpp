@@ -10,6 +10,7 @@
 #include <uabase/values/uadatetime.h>
 #include <uawidgets/editors/qlumcelltext.h>
 
+#include <QAbstractItemModel>
 #include <QObject>
 #include <QString>
 #include <QStringList>

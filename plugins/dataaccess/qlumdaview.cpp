@@ -154,7 +154,7 @@ void QlumDaView::showUsualColumns()
     width(Model::NodeId, "ns=2;s=Dynamic.RandomDouble ");
     width(Model::DisplayName, "TemperatureSensor ");
     width(Model::Value, "-1234567.890123 ");
-    width(Model::NewValue, "-1234567.890123 ");
+    width(Model::NewValue, "-123.45 (Not sent: this server ");
     width(Model::SourceTime, "22:58:58.888 PM ");
     width(Model::Status, "Good, read every 5 s   ");
     width(Model::Verdict, "complete, unchanged for 10 min ");

@@ -8,6 +8,7 @@
 #include <plugins/dataaccess/qlumdawatch.h>
 #include <plugins/dataaccess/work/qlumworkcommand.h>
 #include <plugins/dataaccess/work/qlumworksettings.h>
+#include <plugins/dataaccess/work/qlumworktable.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
@@ -73,14 +74,10 @@ QWidget* QlumChangeLogPart::makePage()
     page->setObjectName(QStringLiteral("changeLogPage"));
     page->setAccessibleName(tr("Log of changes"));
     auto* state = new QlumViewState(QStringLiteral("DataAccessView"), page);
-    auto* table = new QTableView(page);
-    table->setObjectName(QStringLiteral("changeLog"));
-    table->setAccessibleName(tr("Log of changes"));
-    table->setModel(m_model);
-    table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table->setWordWrap(false);
-    table->verticalHeader()->hide();
-    table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    QTableView* table = qlumWorkTable("changeLog", tr("Log of changes"), m_model, page);
+    for (const int column : {QlumChangeLogModel::Received, QlumChangeLogModel::SourceTime,
+                             QlumChangeLogModel::ServerTime, QlumChangeLogModel::NodeId})
+        table->setColumnWidth(column, valueWidth);
     table->setColumnWidth(QlumChangeLogModel::Value, valueWidth);
     qlumMakeTable(table, {tr("Select rows of the table above and choose Log Changes."),
                           QStringLiteral("changes"), state, QStringLiteral("changes"), false});

@@ -18,4 +18,5 @@ set(dataAccessWork
     work/qlumstagedtext.h work/qlumstagedtext.cpp
     work/qlumstagedwrite.h work/qlumstagedwrite.cpp
     work/qlumworkcommand.h
-    work/qlumworksettings.h)
+    work/qlumworksettings.h
+    work/qlumworktable.h work/qlumworktable.cpp)

@@ -50,7 +50,7 @@ public:
     QList<unsigned int> projectServerIds() override { return {5}; }
     QStringList namespaceTable(unsigned int) override
     {
-        return {"http://opcfoundation.org/UA/", "urn:client:own", "urn:plant/north"};
+        return {"http://opcfoundation.org/UA/", "urn:client:own", "urn:plant;1/north"};
     }
 };
 
@@ -201,7 +201,8 @@ TEST_F(DataAccessParts, RefusalsOfTheGuardShowAtTheRow)
         << column(QlumDaModel::NewValue);
     services->looks = false;
     trigger("writeStaged");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return message().contains("3 of 3 values were written."); })) << message();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return message().contains("3 of 3 values were written."); }))
+        << message();
     EXPECT_EQ(column(QlumDaModel::NewValue), "7\n7\n7\n");
     EXPECT_EQ(services->table.value(PlantServices::node(3)).toInt32(), 7);
 }
@@ -213,7 +214,7 @@ TEST_F(DataAccessParts, FilesOfValuesAreStagedForTheirNodes)
     const QString path = folder.filePath("values.csv");
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("Node Id;New Value\nnsu=urn:plant/north;i=4;44\n\"ns=2;i=2\";22\nns=2;i=99;1\n");
+    file.write("Node Id;New Value\nnsu=urn:plant%3B1/north;i=4;44\n\"ns=2;i=2\";22\nns=2;i=99;1\n");
     file.close();
     DialogDriver driver([&](QDialog& dialog) {
         for (QLineEdit* line : dialog.findChildren<QLineEdit*>())
