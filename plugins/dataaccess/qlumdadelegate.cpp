@@ -1,7 +1,11 @@
 #include <plugins/dataaccess/qlumdadelegate.h>
 
+#include <plugins/dataaccess/qlumdafilter.h>
 #include <uawidgets/editors/qlumvalueeditor.h>
 
+#include <QPainter>
+#include <QPalette>
+#include <QRect>
 #include <QWidget>
 
 #include <utility>
@@ -18,6 +22,17 @@ QWidget* QlumDaDelegate::createEditor(QWidget* parent, const QStyleOptionViewIte
     if (editor != nullptr)
         editor->setAutoFillBackground(true);
     return editor;
+}
+
+void QlumDaDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const
+{
+    QlumValueDelegate::paint(painter, option, index);
+    const auto* filter = qobject_cast<const QlumDaFilter*>(index.model());
+    if (filter == nullptr || index.row() == 0 || !filter->beginsGroup(index.row()))
+        return;
+    painter->fillRect(QRect(option.rect.left(), option.rect.top(), option.rect.width(), 2),
+                      option.palette.color(QPalette::Text));
 }
 
 void QlumDaDelegate::setEditorData(QWidget*, const QModelIndex&) const

@@ -10,6 +10,8 @@
 #include <QStyleOptionViewItem>
 #include <QWidget>
 
+class QPainter;
+
 /// Editors of values in cells. What one has to know is read before it opens.
 class QlumDaDelegate : public QlumValueDelegate
 {
@@ -24,6 +26,9 @@ public:
                           const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+    /// With a line above the first row of each group.
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
 
 signals:
     /// The user has entered a value in a cell.

@@ -114,6 +114,10 @@ bool mayHaveUnit(const UaNodeId& dataType)
 QlumDaDescriber::QlumDaDescriber(std::shared_ptr<QlumSessionServices> services, QlumJob& job, bool readsUnits)
     : m_services(std::move(services)), m_job(job), m_readsUnits(readsUnits)
 {
+    const UaNodeId root(OpcUaId_RootFolder); // what is at the top of every server need not be asked
+    m_steps[UaNodeId(OpcUaId_ObjectsFolder)] = {root, QStringLiteral("Objects")};
+    m_steps[UaNodeId(OpcUaId_TypesFolder)] = {root, QStringLiteral("Types")};
+    m_steps[UaNodeId(OpcUaId_ViewsFolder)] = {root, QStringLiteral("Views")};
 }
 
 UaStatus QlumDaDescriber::describe(const std::vector<QlumDaQuestion>& questions,
@@ -220,7 +224,8 @@ void QlumDaDescriber::browseParents(const std::vector<UaNodeId>& nodes)
         const OpcUa_ReferenceDescription& reference = results[i].References[0];
         const UaNodeId parent = UaExpandedNodeId(reference.NodeId).nodeId();
         m_steps[nodes[i]].parent = parent;
-        m_steps[parent].name = toQString(UaQualifiedName(reference.BrowseName).toString());
+        if (QString& name = m_steps[parent].name; name.isEmpty())
+            name = toQString(UaQualifiedName(reference.BrowseName).toString());
     }
     releasePoints(*m_services, m_job, results);
 }

@@ -2,6 +2,79 @@
 
 #include <plugins/dataaccess/qlumdamodel.h>
 
+#include <QModelIndex>
+#include <QString>
+
+#include <limits>
+#include <map>
+#include <vector>
+
+void QlumDaFilter::lookAgain()
+{
+    rankGroups();
+    refilter();
+}
+
+void QlumDaFilter::setGroup(Group group)
+{
+    if (group == m_group)
+        return;
+    m_group = group;
+    rankGroups();
+    if (group != NoGroups && sortColumn() < 0)
+        sort(QlumDaModel::Number);
+    else
+        refilter();
+}
+
+QString QlumDaFilter::groupName(int sourceRow) const
+{
+    const auto& model = *static_cast<const QlumDaModel*>(sourceModel());
+    const QString server = model.index(sourceRow, QlumDaModel::Server).data().toString();
+    if (m_group != ByFolder)
+        return server;
+    return server + QLatin1Char(' ') + model.rowAt(sourceRow).browsePath.section(QLatin1Char('/'), 0, -2);
+}
+
+// The names are made once, not in each of the many comparisons of a sort.
+void QlumDaFilter::rankGroups()
+{
+    m_groups.clear();
+    if (m_group == NoGroups)
+        return;
+    std::map<QString, int> places;
+    std::vector<std::map<QString, int>::iterator> ofRows;
+    for (int row = 0; row < sourceModel()->rowCount(); ++row)
+        ofRows.push_back(places.try_emplace(groupName(row)).first);
+    int place = 0;
+    for (auto& [name, number] : places)
+        number = place++;
+    for (const auto& group : ofRows)
+        m_groups.push_back(group->second);
+}
+
+int QlumDaFilter::groupOf(int sourceRow) const
+{
+    const auto place = static_cast<std::size_t>(sourceRow);
+    return place < m_groups.size() ? m_groups[place] : std::numeric_limits<int>::max();
+}
+
+bool QlumDaFilter::beginsGroup(int row) const
+{
+    if (m_group == NoGroups || row < 0)
+        return false;
+    const auto groupAt = [this](int place) { return groupOf(mapToSource(index(place, 0)).row()); };
+    return row == 0 || groupAt(row) != groupAt(row - 1);
+}
+
+bool QlumDaFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const
+{
+    if (m_group != NoGroups)
+        if (const int one = groupOf(left.row()), other = groupOf(right.row()); one != other)
+            return (one < other) == (sortOrder() == Qt::AscendingOrder);
+    return QlumTableFilter::lessThan(left, right);
+}
+
 void QlumDaFilter::setShow(Show show)
 {
     if (show == m_show)

@@ -224,7 +224,8 @@ OpcUa_DateTime QlumDaModel::delay(const QlumDataItem& item) const
 {
     const auto least = m_leastDelays.find(item.serverId);
     const OpcUa_DateTime sent = item.value.serverTimestamp().value();
-    return least == m_leastDelays.end() || sent == 0 ? 0 : item.received - sent - least->second;
+    return item.isFirst || least == m_leastDelays.end() || sent == 0 ? 0
+                                                                     : item.received - sent - least->second;
 }
 
 void QlumDaModel::takeValue(quint32 key, UaDataValue& value, quint32 merged, OpcUa_DateTime received)
@@ -235,6 +236,7 @@ void QlumDaModel::takeValue(quint32 key, UaDataValue& value, quint32 merged, Opc
     QlumDataItem& item = quietRow(row);
     std::swap(item.value, value);
     item.received = received;
+    item.isFirst = std::exchange(item.awaitsFirst, false) && merged == 0;
     if (const OpcUa_DateTime sent = item.value.serverTimestamp().value(); sent != 0) {
         const auto [least, isNew] = m_leastDelays.try_emplace(item.serverId, received - sent);
         least->second = std::min(least->second, received - sent);
@@ -257,6 +259,7 @@ void QlumDaModel::takeChange(quint32 key, const monitoring::ItemChange& change)
     QlumDataItem& item = quietRow(row);
     switch (change.state) {
     case monitoring::ItemState::Watched:
+        item.awaitsFirst = item.awaitsFirst || item.state != QlumDataState::Watched;
         item.state = QlumDataState::Watched;
         item.revisedSampling = change.revisedSamplingInterval;
         item.revisedQueue = change.revisedQueueSize;

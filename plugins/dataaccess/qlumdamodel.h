@@ -226,6 +226,7 @@ private:
     [[nodiscard]] QVariant sortKey(const QlumDataItem& item, int column) const;
     [[nodiscard]] QVariant look(const QlumDataItem& item, int column, int role) const;
     [[nodiscard]] QString toolTip(const QlumDataItem& item, int column) const;
+    [[nodiscard]] static QString recoveryText(const QlumDaServer& server);
     [[nodiscard]] bool isOffline(const QlumDataItem& item) const;
     void indexRows() const;
 

@@ -92,7 +92,8 @@ QString QlumDaModel::statusText(const QlumDataItem& item) const
     case QlumDataState::NoServer:
         return tr("Its server is not in the project");
     case QlumDataState::NamespaceGone:
-        return tr("The server has no namespace \"%1\" now").arg(item.namespaceUri);
+        return isOffline(item) ? tr("Offline; its namespace \"%1\" is not known yet").arg(item.namespaceUri)
+                               : tr("The server has no namespace \"%1\" now").arg(item.namespaceUri);
     default:
         break;
     }
@@ -103,11 +104,23 @@ QString QlumDaModel::statusText(const QlumDataItem& item) const
     if (item.received == 0)
         return item.state == QlumDataState::Waiting ? tr("Waiting for its turn") : tr("No value yet");
     QString text = qlumStatusText(item.value.statusCode().code());
-    if (item.received < server.recovered)
-        text = tr("%1, from before the interruption").arg(text);
     if (item.state == QlumDataState::Read)
         text = tr("%1, read every %2").arg(text, qlumDaInterval(settingsOf(item).readInterval));
-    return text;
+    constexpr OpcUa_DateTime worthTelling = 60 * 10'000'000LL;
+    return m_clock() - server.recovered < worthTelling ? tr("%1, %2").arg(text, recoveryText(server)) : text;
+}
+
+QString QlumDaModel::recoveryText(const QlumDaServer& server)
+{
+    switch (server.recovery) {
+    case QlumDaServer::Recovery::Resumed:
+        return tr("resumed at %1: the server had kept it").arg(shortTime(server.recovered));
+    case QlumDaServer::Recovery::Renewed:
+        return tr("created again at %1 in a new session").arg(shortTime(server.recovered));
+    case QlumDaServer::Recovery::None:
+        break;
+    }
+    return tr("never interrupted");
 }
 
 QlumStatusLevel QlumDaModel::level(const QlumDataItem& item) const
@@ -237,8 +250,9 @@ QString QlumDaModel::toolTip(const QlumDataItem& item, int column) const
     case Verdict:
         return verdict(item).reason;
     case Status:
-        return item.state == QlumDataState::Refused ? qlumResultInWords(UaStatus(item.reason.code()))
-                                                    : statusText(item);
+        return item.state == QlumDataState::Refused
+                   ? qlumResultInWords(UaStatus(item.reason.code()))
+                   : QStringLiteral("%1 (%2)").arg(statusText(item), recoveryText(server(item.serverId)));
     case SourceTime:
         return longTime(item.value.sourceTimestamp().value());
     case ServerTime:

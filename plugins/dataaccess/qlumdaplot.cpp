@@ -47,6 +47,8 @@ QlumDaPlot::QlumDaPlot(QlumDaModel& model, QlumMonitoringProvider monitoring, QW
     m_plot->setObjectName(QStringLiteral("dataPlot"));
     m_plot->setEmptyText(tr("No curves yet"),
                          tr("Select rows of the table and choose \"Plot\" in their menu."));
+    constexpr int leastHeight = 200; // axis, legend and a curve that can be seen
+    m_plot->setMinimumHeight(leastHeight);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(makeBar());
@@ -82,7 +84,7 @@ QWidget* QlumDaPlot::makeBar()
     m_ownAxes = new QCheckBox(tr("An a&xis for each curve"));
     m_ownAxes->setObjectName(QStringLiteral("ownAxes"));
     m_ownAxes->setToolTip(tr("Else curves of one unit share an axis."));
-    connect(m_ownAxes, &QCheckBox::toggled, this, &QlumDaPlot::remakeCurves);
+    connect(m_ownAxes, &QCheckBox::toggled, this, &QlumDaPlot::rowsChanged);
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(4, 4, 4, 0);
     layout->addWidget(m_pause);
@@ -94,16 +96,23 @@ QWidget* QlumDaPlot::makeBar()
 
 // ---- rows
 
-QlumPlotCurve* QlumDaPlot::makeCurve(const QlumDataItem& item)
+QString QlumDaPlot::nameOf(const QlumDataItem& item) const
 {
     QString name = item.displayName.isEmpty() ? toQString(item.nodeId.toXmlString()) : item.displayName;
     if (!item.fieldPath.isEmpty())
         name += QLatin1Char('.') + item.fieldPath;
-    if (!item.indexRange.isEmpty())
-        name += QStringLiteral("[%1]").arg(item.indexRange);
-    const QString unit =
-        m_ownAxes->isChecked() ? QStringLiteral("%1 %2").arg(name, item.unit).trimmed() : item.unit;
-    return m_plot->addCurve(name, unit, QlumCurveForm::Steps);
+    return item.indexRange.isEmpty() ? name : name + QStringLiteral("[%1]").arg(item.indexRange);
+}
+
+QString QlumDaPlot::unitOf(const QlumDataItem& item) const
+{
+    return m_ownAxes->isChecked() ? QStringLiteral("%1 %2").arg(nameOf(item), item.unit).trimmed()
+                                  : item.unit;
+}
+
+QlumPlotCurve* QlumDaPlot::makeCurve(const QlumDataItem& item)
+{
+    return m_plot->addCurve(nameOf(item), unitOf(item), QlumCurveForm::Steps);
 }
 
 void QlumDaPlot::addKeys(const std::vector<quint32>& keys)
@@ -114,19 +123,41 @@ void QlumDaPlot::addKeys(const std::vector<quint32>& keys)
             continue;
         Plotted plotted;
         plotted.curve = makeCurve(*item);
-        plotted.server = m_monitoring ? m_monitoring(item->serverId) : nullptr;
-        monitoring::ItemSettings settings = qlumMonitoringSettings(m_model.settingsOf(*item));
-        settings.queueSize = std::max(settings.queueSize, keptByServer);
-        monitoring::ItemWish wish;
-        wish.nodeId = item->nodeId;
-        wish.attributeId = item->attributeId;
-        wish.indexRange = toUaString(item->indexRange);
-        wish.key = key;
-        if (plotted.server)
-            plotted.item = plotted.server->add(m_sink, settings, std::span(&wish, 1)).front();
+        watch(*item, plotted);
         m_plotted.emplace(key, std::move(plotted));
     }
     emit keysChanged();
+}
+
+// A row whose namespace nobody knows yet has to wait: its node id would mean another node.
+void QlumDaPlot::watch(const QlumDataItem& item, Plotted& plotted)
+{
+    if (item.state == QlumDataState::NamespaceGone || item.state == QlumDataState::NoServer)
+        return;
+    plotted.server = m_monitoring ? m_monitoring(item.serverId) : nullptr;
+    if (!plotted.server)
+        return;
+    monitoring::ItemSettings settings = qlumMonitoringSettings(m_model.settingsOf(item));
+    settings.queueSize = std::max(settings.queueSize, keptByServer);
+    monitoring::ItemWish wish;
+    wish.nodeId = item.nodeId;
+    wish.attributeId = item.attributeId;
+    wish.indexRange = toUaString(item.indexRange);
+    wish.key = item.key;
+    plotted.item = plotted.server->add(m_sink, settings, std::span(&wish, 1)).front();
+}
+
+void QlumDaPlot::rowsChanged()
+{
+    for (auto& [key, plotted] : m_plotted) {
+        const QlumDataItem* item = m_model.find(key);
+        if (item == nullptr)
+            continue;
+        if (plotted.item == 0)
+            watch(*item, plotted);
+        if (plotted.curve->name() != nameOf(*item) || plotted.curve->unit() != unitOf(*item))
+            remakeCurve(key, plotted);
+    }
 }
 
 void QlumDaPlot::removeKeys(const std::vector<quint32>& keys)
@@ -160,23 +191,18 @@ QlumPlotCurve* QlumDaPlot::curve(quint32 key) const
     return found == m_plotted.end() ? nullptr : found->second.curve;
 }
 
-// Axes belong to units, so curves are made anew with what they have.
-void QlumDaPlot::remakeCurves()
+// Axes belong to units and the legend to names, so the curve is made anew with what it has.
+void QlumDaPlot::remakeCurve(quint32 key, Plotted& plotted)
 {
-    for (auto& [key, plotted] : m_plotted) {
-        const QlumDataItem* item = m_model.find(key);
-        if (item == nullptr)
-            continue;
-        const QlumSampleStore& before = plotted.curve->samples();
-        std::vector<QlumSample> samples;
-        samples.reserve(before.size());
-        for (std::size_t i = 0; i < before.size(); ++i)
-            samples.push_back(before.at(i));
-        QlumPlotCurve* const made = makeCurve(*item);
-        m_plot->append(made, samples);
-        m_plot->removeCurve(plotted.curve);
-        plotted.curve = made;
-    }
+    const QlumSampleStore& before = plotted.curve->samples();
+    std::vector<QlumSample> samples;
+    samples.reserve(before.size());
+    for (std::size_t i = 0; i < before.size(); ++i)
+        samples.push_back(before.at(i));
+    QlumPlotCurve* const made = makeCurve(*m_model.find(key));
+    m_plot->append(made, samples);
+    m_plot->removeCurve(plotted.curve);
+    plotted.curve = made;
 }
 
 // ---- what comes

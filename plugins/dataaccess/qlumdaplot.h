@@ -35,6 +35,8 @@ public:
     void addKeys(const std::vector<quint32>& keys);
     /// Ends those that are there.
     void removeKeys(const std::vector<quint32>& keys);
+    /// These may have another node, name or unit now.
+    void rowsChanged();
     /// Rows with a curve.
     [[nodiscard]] std::vector<quint32> keys() const;
     [[nodiscard]] QlumPlot* plot() const { return m_plot; } ///< with the curves
@@ -57,7 +59,10 @@ private:
     void take();
     void setPaused(bool isPaused);
     void setWindow(int milliseconds);
-    void remakeCurves();
+    void remakeCurve(quint32 key, Plotted& plotted);
+    void watch(const QlumDataItem& item, Plotted& plotted);
+    [[nodiscard]] QString nameOf(const QlumDataItem& item) const;
+    [[nodiscard]] QString unitOf(const QlumDataItem& item) const;
     [[nodiscard]] QlumPlotCurve* makeCurve(const QlumDataItem& item);
 
     QlumDaModel& m_model;

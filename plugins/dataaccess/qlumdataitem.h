@@ -82,7 +82,7 @@ struct QlumDataItem
     std::shared_ptr<const QlumDataSettings> settings; ///< null: those of the view
     QlumDataState state = QlumDataState::Waiting;
     bool isWritable = true;         ///< false when the server says that the user may not write it
-    bool isChanged = false;         ///< what the user wants of its settings is not asked for yet
+    bool awaitsFirst = true;        ///< no value has come since the server began to watch it
     monitoring::ItemId watched = 0; ///< the item of its server; 0 for none
     UaStatusCode reason;            ///< of the state Refused
     double revisedSampling = 0.0;   ///< ms; of a watched one
@@ -91,7 +91,8 @@ struct QlumDataItem
     // ---- what came
     UaDataValue value;           ///< the newest, as the server sent it
     OpcUa_DateTime received = 0; ///< by this computer; 0 before the first
-    quint64 changes = 0;         ///< values that came, also those that were not shown, since the last reset
+    bool isFirst = true; ///< since the server began to watch it: what it was already, so its times may be old
+    quint64 changes = 0; ///< values that came, also those that were not shown, since the last reset
     double minimum = std::numeric_limits<double>::quiet_NaN(); ///< since the last reset; NaN without a number
     double maximum = std::numeric_limits<double>::quiet_NaN(); ///< the same
 };

@@ -2,6 +2,7 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumjobpool.h>
+#include <app/api/qlumstatuswords.h>
 #include <plugins/dataaccess/qlumdadelegate.h>
 #include <plugins/dataaccess/qlumdafilter.h>
 #include <plugins/dataaccess/qlumdamodel.h>
@@ -10,6 +11,7 @@
 #include <plugins/dataaccess/qlumdasettings.h>
 #include <plugins/dataaccess/qlumdawatch.h>
 #include <plugins/dataaccess/work/qlumdaparts.h>
+#include <uabase/values/uastatus.h>
 #include <uawidgets/editors/qlumvaluedelegate.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumnodecommands.h>
@@ -93,6 +95,8 @@ QlumDaView::QlumDaView(QlumApplicationInterface& application, QlumSessionService
 
 QlumDaView::~QlumDaView()
 {
+    m_model->disconnect(this); // what goes one by one must not tell a view that is half gone
+    m_table->selectionModel()->disconnect(this);
     m_model->setNewValues(nullptr);
     m_model->setJudge({});
     m_pool.reset(); // before what receives its results
@@ -149,14 +153,14 @@ void QlumDaView::showUsualColumns()
     const auto width = [this, &metrics](int column, const char* text) {
         m_table->setColumnWidth(column, metrics.horizontalAdvance(QLatin1String(text)));
     };
-    width(Model::Number, "100000 ");
+    width(Model::Number, "100000");
     width(Model::Server, "Demo Server 1 ");
     width(Model::NodeId, "ns=2;s=Dynamic.RandomDouble ");
     width(Model::DisplayName, "TemperatureSensor ");
-    width(Model::Value, "-1234567.890123 ");
+    width(Model::Value, "-1234567.8901234567 ");
     width(Model::NewValue, "-123.45 (Not sent: this server ");
     width(Model::SourceTime, "22:58:58.888 PM ");
-    width(Model::Status, "Good, read every 5 s   ");
+    width(Model::Status, "Offline since 22:58:58.888   ");
     width(Model::Verdict, "complete, unchanged for 10 min ");
     width(Model::Age, "10 min 20 s ");
     for (const int column : {Model::BrowsePath, Model::ServerTime, Model::Received, Model::Minimum,
@@ -174,13 +178,24 @@ QWidget* QlumDaView::makeBar()
     m_filterText->setToolTip(tr("Shows the rows only that have this text."));
     m_filterText->setClearButtonEnabled(true);
     connect(m_filterText, &QLineEdit::textChanged, m_filter, &QlumTableFilter::setText);
-    m_show = new QComboBox;
-    m_show->setObjectName(QStringLiteral("dataShow"));
-    m_show->setAccessibleName(tr("Which rows are shown"));
-    m_show->setToolTip(m_show->accessibleName());
-    m_show->addItems({tr("All rows"), tr("Rows in trouble"), tr("Writable rows")});
+    const auto makeChoice = [](const char* name, const QString& what, const QStringList& choices) {
+        auto* box = new QComboBox;
+        box->setObjectName(QLatin1String(name));
+        box->setAccessibleName(what);
+        box->setToolTip(what);
+        box->addItems(choices);
+        return box;
+    };
+    m_show = makeChoice("dataShow", tr("Which rows are shown"),
+                        {tr("All rows"), tr("Rows in trouble"), tr("Writable rows")});
+    m_group = makeChoice("dataGroup", tr("What rows stand together by"),
+                         {tr("No groups"), tr("By server"), tr("By folder")});
     connect(m_show, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             [this](int index) { m_filter->setShow(static_cast<QlumDaFilter::Show>(index)); });
+    connect(m_group, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this](int index) {
+        m_filter->setGroup(static_cast<QlumDaFilter::Group>(index));
+        markModified();
+    });
     m_progress = new QProgressBar;
     m_progress->setObjectName(QStringLiteral("dataProgress"));
     m_progress->setAccessibleName(tr("Variables that are added"));
@@ -198,6 +213,7 @@ QWidget* QlumDaView::makeBar()
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(m_filterText, 1);
     layout->addWidget(m_show);
+    layout->addWidget(m_group);
     layout->addWidget(m_progress);
     layout->addWidget(commands);
     return bar;
@@ -264,6 +280,14 @@ void QlumDaView::connectParts()
             part->valuesChanged(keys);
     });
     connect(m_watch, &QlumDaWatch::refused, this, &QlumDaView::tellRefused);
+    connect(m_watch, &QlumDaWatch::changeRefused, this, [this](unsigned int id, int count, UaStatusCode why) {
+        tell({QlumMessage::Warning,
+              QStringLiteral("settings"),
+              tr("%1 did not take the new settings of %n row(s).", nullptr, count).arg(serverName(id)),
+              tr("%1. They go on as before.").arg(qlumResultInWords(UaStatus(why.code()))),
+              {},
+              {}});
+    });
     connect(m_watch, &QlumDaWatch::progressed, this, [this](int done, int total) {
         m_progress->setMaximum(total);
         m_progress->setValue(done);

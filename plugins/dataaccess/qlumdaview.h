@@ -144,6 +144,7 @@ private:
     void showHeading();
     void measureRoundTrip();
     [[nodiscard]] QlumDaVerdict judge(const QlumDataItem& item) const;
+    [[nodiscard]] QlumDaVerdict judgedNow(const QlumDataItem& item) const;
     [[nodiscard]] quint32 currentKey() const;
     [[nodiscard]] QString serverName(unsigned int serverId) const;
 
@@ -189,6 +190,7 @@ private:
     QTabWidget* m_pages = nullptr;
     QLineEdit* m_filterText = nullptr;
     QComboBox* m_show = nullptr;
+    QComboBox* m_group = nullptr;
     QMenu* m_menu = nullptr;
     QProgressBar* m_progress = nullptr;
     QLabel* m_verdictWord = nullptr;
@@ -204,5 +206,6 @@ private:
     quint64 m_notifications = 0;              ///< at the last look
     QHash<unsigned int, double> m_roundTrips; ///< ms
     QSet<unsigned int> m_measuring;
+    mutable QHash<quint32, QlumDaVerdict> m_verdicts; ///< of rows that were looked at within the last second
     bool m_isLoading = false;
 };

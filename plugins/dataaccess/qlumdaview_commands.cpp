@@ -415,5 +415,6 @@ void QlumDaView::setSettings(const std::vector<quint32>& keys, const QlumDataSet
         });
     }
     m_watch->apply(changed);
+    m_verdicts.clear();
     markModified();
 }

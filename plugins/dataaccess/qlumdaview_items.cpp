@@ -111,28 +111,32 @@ void QlumDaView::addNodes(std::span<const QlumToolNode> nodes)
 void QlumDaView::addNodesOf(unsigned int serverId, const QlumToolNodes& nodes)
 {
     const std::shared_ptr<QlumSessionServices> services = m_services(serverId);
-    const bool isKnown = std::all_of(nodes.begin(), nodes.end(), [](const QlumToolNode& node) {
+    const bool areVariables = std::all_of(nodes.begin(), nodes.end(), [](const QlumToolNode& node) {
         return node.nodeClass == OpcUa_NodeClass_Variable;
     });
-    if (isKnown || !services || !services->isConnected()) {
+    if (areVariables || !services || !services->isConnected()) {
         addVariables(serverId, nodes);
         return;
     }
     const auto work = [this, serverId, services, nodes](QlumJob& job) {
-        UaReadValueIds ids(static_cast<OpcUa_UInt32>(nodes.size()));
+        UaReadValueIds ids(static_cast<OpcUa_UInt32>(nodes.size()) * 2);
         for (OpcUa_UInt32 i = 0; i < ids.length(); ++i) {
-            static_cast<void>(nodes[i].nodeId.copyTo(&ids[i].NodeId)); // else null, which is refused
-            ids[i].AttributeId = OpcUa_Attributes_NodeClass;
+            static_cast<void>(nodes[i / 2].nodeId.copyTo(&ids[i].NodeId)); // else null, which is refused
+            ids[i].AttributeId = i % 2 == 0 ? OpcUa_Attributes_NodeClass : OpcUa_Attributes_DisplayName;
         }
         UaClientSdk::ServiceSettings settings = job.serviceSettings();
         UaDataValues values;
         const UaStatus status = services->read(settings, 0, OpcUa_TimestampsToReturn_Neither, ids, values);
         QlumToolNodes variables, branches;
         for (OpcUa_UInt32 i = 0; i < nodes.size(); ++i) {
-            const bool isBranch =
-                status.isGood() && i < values.length() && OpcUa_IsGood(values[i].StatusCode) &&
-                UaVariant(values[i].Value).toInt32() != static_cast<OpcUa_Int32>(OpcUa_NodeClass_Variable);
-            (isBranch ? branches : variables).push_back(nodes[i]);
+            QlumToolNode node = nodes[i];
+            const bool isKnown = status.isGood() && values.length() == ids.length();
+            if (isKnown && node.name.isEmpty())
+                node.name = toQString(UaVariant(values[i * 2 + 1].Value).toLocalizedText().text());
+            const bool isBranch = isKnown && OpcUa_IsGood(values[i * 2].StatusCode) &&
+                                  UaVariant(values[i * 2].Value).toInt32() !=
+                                      static_cast<OpcUa_Int32>(OpcUa_NodeClass_Variable);
+            (isBranch ? branches : variables).push_back(node);
         }
         job.post([this, serverId, variables, branches] {
             addVariables(serverId, variables);
@@ -215,6 +219,8 @@ void QlumDaView::askAboutBranch(unsigned int serverId, const QString& name, cons
 
 std::vector<quint32> QlumDaView::addItems(std::vector<QlumDataItem> items)
 {
+    if (items.empty())
+        return {};
     std::map<unsigned int, QStringList> tables;
     for (QlumDataItem& item : items) {
         if (item.nodeId.isNull() || !item.namespaceUri.isEmpty())
@@ -293,6 +299,7 @@ void QlumDaView::takeDescriptions(unsigned int serverId, const QlumDaDescriber::
     for (const QlumDaDescription& row : portion.rows)
         byKey.emplace(row.key, &row);
     m_model->describe(byKey);
+    m_plot->rowsChanged();
     for (const auto& part : m_parts)
         part->rowsDescribed();
 }
@@ -301,7 +308,8 @@ void QlumDaView::takeDescriptions(unsigned int serverId, const QlumDaDescriber::
 
 void QlumDaView::tellRefused(unsigned int serverId, int count, UaStatusCode why)
 {
-    const QString what = tr("%1 does not watch %n row(s).", nullptr, count).arg(serverName(serverId));
+    const int all = std::max(count, static_cast<int>(keysOf(serverId, true).size())); // they come in portions
+    const QString what = tr("%1 does not watch %n row(s).", nullptr, all).arg(serverName(serverId));
     const QString words = qlumResultInWords(UaStatus(why.code()));
     if (isAboutSubscriptions(why.code()))
         tell({QlumMessage::Error, refusedTopic, what,
@@ -330,6 +338,7 @@ void QlumDaView::readRefused(unsigned int serverId)
 void QlumDaView::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status)
 {
     const bool wasConnected = isConnected(serverId);
+    m_verdicts.clear();
     m_model->setStatus(serverId, status);
     m_model->tellServerNames();
     if (isConnected(serverId)) {
@@ -340,6 +349,7 @@ void QlumDaView::sessionStatusChanged(unsigned int serverId, QlumConnectionStatu
         }
         m_watch->unwatch(gone);
         m_watch->watch(back); // those that have an item keep it
+        m_plot->rowsChanged();
         if (!wasConnected || status == QlumConnectionStatus::NewSessionCreated) {
             dismiss(refusedTopic);
             std::vector<quint32> unknown;

@@ -33,7 +33,7 @@ namespace {
 constexpr int rowsInAKey = 100;   // a line each; so a file of many rows stays small
 constexpr int mostRows = 200'000; // a file that claims more is none of ours
 
-/// The cells of a stored row.
+// The cells of a stored row.
 enum Cell {
     ServerCell,
     NamespaceCell,
@@ -49,7 +49,7 @@ enum Cell {
     CellCount
 };
 
-/// Texts and settings that many rows share, each with its number.
+// Texts and settings that many rows share, each with its number.
 class Numbers
 {
 public:
@@ -107,6 +107,7 @@ void QlumDaView::saveSettings(QSettings& settings)
     settings.setValue(QStringLiteral("ViewSettings"), qlumStoredDaSettings(m_model->viewSettings()));
     settings.setValue(QStringLiteral("Filter"), m_filterText->text());
     settings.setValue(QStringLiteral("Show"), m_show->currentIndex());
+    settings.setValue(QStringLiteral("Group"), m_group->currentIndex());
     settings.setValue(QStringLiteral("Columns"), m_table->horizontalHeader()->saveState());
     storeRows(settings);
     for (const auto& part : m_parts)
@@ -170,6 +171,8 @@ void QlumDaView::loadSettings(QSettings& settings, const QMap<int, int>& serverI
     m_filterText->setText(settings.value(QStringLiteral("Filter")).toString());
     m_show->setCurrentIndex(
         std::clamp(settings.value(QStringLiteral("Show"), 0).toInt(), 0, m_show->count() - 1));
+    m_group->setCurrentIndex(
+        std::clamp(settings.value(QStringLiteral("Group"), 0).toInt(), 0, m_group->count() - 1));
     for (const auto& part : m_parts)
         part->loadSettings(settings, serverIdMap);
     m_isLoading = false;

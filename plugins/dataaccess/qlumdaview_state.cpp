@@ -74,6 +74,7 @@ void QlumDaView::showEachSecond()
     if (m_model->rowCount() == 0)
         return;
     ++m_seconds;
+    m_verdicts.clear();
     m_table->viewport()->update();
     showTraffic();
     showVerdict();
@@ -81,8 +82,9 @@ void QlumDaView::showEachSecond()
         measureRoundTrip();
     const bool isLive =
         m_filter->sortColumn() == QlumDaModel::Value || m_filter->sortColumn() >= QlumDaModel::SourceTime;
+    const bool isGrouped = m_filter->group() != QlumDaFilter::NoGroups;
     if (m_seconds % orderSeconds == 0 && m_model->rowCount() <= mostSortedRows &&
-        (isLive || m_filter->shown() == QlumDaFilter::Troubled))
+        (isLive || isGrouped || m_filter->shown() == QlumDaFilter::Troubled))
         m_filter->lookAgain();
 }
 
@@ -145,7 +147,16 @@ void QlumDaView::measureRoundTrip()
 
 // ---- verdicts
 
+// A row is painted up to twenty times a second; what is known of it changes more slowly.
 QlumDaVerdict QlumDaView::judge(const QlumDataItem& item) const
+{
+    auto known = m_verdicts.find(item.key);
+    if (known == m_verdicts.end())
+        known = m_verdicts.insert(item.key, judgedNow(item));
+    return *known;
+}
+
+QlumDaVerdict QlumDaView::judgedNow(const QlumDataItem& item) const
 {
     QlumDaEvidence evidence;
     evidence.state = item.state;

@@ -218,19 +218,25 @@ void QlumDaWatch::take()
 
 void QlumDaWatch::takeChanges(const std::vector<monitoring::ItemChange>& changes)
 {
-    std::map<unsigned int, std::pair<int, UaStatusCode>> refusals;
+    std::map<std::pair<unsigned int, bool>, std::pair<int, UaStatusCode>> refusals; // of items or changes
     for (const monitoring::ItemChange& change : changes) {
         const auto key = static_cast<quint32>(change.key);
         m_model.takeChange(key, change);
         const QlumDataItem* item = m_model.find(key);
-        if (item == nullptr || (change.state != monitoring::ItemState::Refused && change.status.isGood()))
+        const bool isItem = change.state == monitoring::ItemState::Refused;
+        if (item == nullptr || (!isItem && !change.status.isBad()))
             continue;
-        auto& [count, why] = refusals[item->serverId];
+        auto& [count, why] = refusals[{item->serverId, isItem}];
         ++count;
         why = change.status;
     }
-    for (const auto& [serverId, refusal] : refusals)
-        emit refused(serverId, refusal.first, refusal.second);
+    for (const auto& [which, refusal] : refusals) {
+        const auto& [serverId, isItem] = which;
+        if (isItem)
+            emit refused(serverId, refusal.first, refusal.second);
+        else
+            emit changeRefused(serverId, refusal.first, refusal.second);
+    }
 }
 
 QlumDaWatch::Traffic QlumDaWatch::takeTraffic()

@@ -65,6 +65,8 @@ public:
 signals:
     /// So many rows of a server were refused, the last of them for that reason.
     void refused(unsigned int serverId, int count, UaStatusCode why);
+    /// The server did not take other settings for so many rows, which go on with what they had.
+    void changeRefused(unsigned int serverId, int count, UaStatusCode why);
     /// So many of the rows that were added are asked for.
     void progressed(int done, int total);
 

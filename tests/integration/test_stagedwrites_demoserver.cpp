@@ -70,14 +70,14 @@ TEST_F(StagedOnDemoServer, ValuesOfAllKindsAreCheckedWrittenReadBackAndReverted)
           "/Objects/2:Demo/2:Access/2:RejectsWrites\n"
           "ns=2;s=Access.ReadOnly\n"
           "ns=2;s=Array.Int32\n"
-          "ns=3;s=Structure.Mode\n"
+          "ns=3;s=Structure.Colour\n"
           "ns=2;s=Missing\n",
           "pasteNodes");
     ASSERT_TRUE(QTest::qWaitFor([&] { return view->model().rowCount() == 7; }, limit)) << logText();
     EXPECT_TRUE(column(view->model(), QlumDaModel::Status).last().contains("no such node"));
     auto* rows = view->findChild<QTableView*>("dataItems");
     rows->selectRow(0);
-    paste("-12\n2.5\n5\n6\n[7, 8, 9]\n1\n", "pasteNewValues");
+    paste("-12\n2.5\n5\n6\n[7, 8, 9]\n2\n", "pasteNewValues");
     const QAbstractItemModel& staged = *view->findChild<QTableView*>("stagedValues")->model();
     enum { Value = 4, Check, Result, Old, Back };
     ASSERT_TRUE(QTest::qWaitFor(

@@ -78,7 +78,7 @@ protected:
         const QlumToolNode one{5, node(id), OpcUa_NodeClass_Variable, {}, name};
         view->addNodes({&one, 1});
     }
-    // Until the first cell of this column says it.
+    /// Until the cell says it.
     bool waitFor(int row, int column, const QString& text)
     {
         return QTest::qWaitFor([&] {

@@ -1,6 +1,7 @@
 // What a user does with a data access view, and what servers do to it.
 #include <app/api/qlumconnectionstatus.h>
 #include <opcua/opcua_statuscodes.h>
+#include <plugins/dataaccess/qlumdafilter.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdasettingsdialog.h>
 #include <plugins/dataaccess/qlumdataitem.h>
@@ -19,6 +20,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSpinBox>
+#include <QString>
 #include <QStringList>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -63,6 +65,33 @@ TEST_F(DaViewTest, RowsAreDescribedReadMovedAndRemoved)
     EXPECT_EQ(view->model().rowOf(speed), 0);
 }
 
+TEST_F(DaViewTest, RowsStandTogetherByFolderWhateverTheyAreSortedBy)
+{
+    services->table.object(node(10), "Cell");
+    services->table.variable(node(11), "Aaa", UaVariant(1.0), node(10));
+    services->table.variable(node(12), "Zzz", UaVariant(1.0), node(10));
+    connectServer();
+    for (const OpcUa_UInt32 id : {12u, 2u, 11u, 3u})
+        add(id);
+    for (int row = 0; row < 4; ++row)
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !item(row).browsePath.isEmpty(); })) << row;
+    auto* const filter = qobject_cast<QlumDaFilter*>(view->table()->model());
+    ASSERT_NE(filter, nullptr);
+    filter->setGroup(QlumDaFilter::ByFolder);
+    const auto order = [filter] {
+        QString names;
+        for (int row = 0; row < filter->rowCount(); ++row)
+            names += QString(filter->beginsGroup(row) ? "|%1 " : "%1 ")
+                         .arg(filter->index(row, M::DisplayName).data().toString());
+        return names;
+    };
+    EXPECT_EQ(order(), "|Zzz Aaa |Speed Counts ");
+    filter->sort(M::DisplayName, Qt::DescendingOrder);
+    EXPECT_EQ(order(), "|Zzz Aaa |Speed Counts ");
+    filter->sort(M::DisplayName, Qt::AscendingOrder);
+    EXPECT_EQ(order(), "|Aaa Zzz |Counts Speed ");
+}
+
 TEST_F(DaViewTest, ABranchIsCountedAndAddedWhenTheUserWants)
 {
     connectServer();
@@ -88,9 +117,10 @@ TEST_F(DaViewTest, ALostConnectionIsToldSinceWhenAndHowItCameBack)
     EXPECT_EQ(cell(0, M::Value), "12.5") << "the last one stays";
     connectServer();
     EXPECT_EQ(view->model().server(5).recovery, QlumDaServer::Recovery::Resumed);
-    EXPECT_TRUE(cell(0, M::Status).contains("from before the interruption"));
+    EXPECT_TRUE(cell(0, M::Status).contains("resumed at"));
     view->sessionStatusChanged(5, QlumConnectionStatus::NewSessionCreated);
     EXPECT_EQ(view->model().server(5).recovery, QlumDaServer::Recovery::Renewed);
+    EXPECT_TRUE(cell(0, M::Status).contains("created again at"));
 }
 
 TEST_F(DaViewTest, AProjectKeepsRowsByNamespaceAndServer)
@@ -168,7 +198,7 @@ TEST_F(DaViewTest, AServerWithoutRoomForSubscriptionsIsReadOnTheUsersWord)
     EXPECT_EQ(cell(0, M::Verdict), "sampled here");
 }
 
-TEST_F(DaViewTest, ElementsBecomeRowsThatTheServerSendsAlone)
+TEST_F(DaViewTest, ElementsBecomeRowsThatShowThemAlone)
 {
     connectServer();
     add(3);
@@ -180,7 +210,13 @@ TEST_F(DaViewTest, ElementsBecomeRowsThatTheServerSendsAlone)
     view->command(QlumDaView::AddParts)->trigger();
     ASSERT_EQ(view->model().rowCount(), 3);
     EXPECT_EQ(item(2).indexRange, "1");
-    EXPECT_TRUE(waitFor(2, M::Value, "8"));
+    const UaVariant element(OpcUa_Int32(9));
+    UaVariant sent; // as servers send one element
+    ASSERT_EQ(sent.setArray(OpcUaType_Int32, {&element, 1}), OpcUa_Good);
+    UaDataValue value(sent);
+    view->model().takeValue(item(2).key, value, 0, view->model().now());
+    EXPECT_EQ(cell(2, M::Value), "9");
+    EXPECT_EQ(cell(2, M::Maximum), "9");
 }
 
 TEST_F(DaViewTest, OfManyRowsOnlyWhatIsTouchedChanges)
