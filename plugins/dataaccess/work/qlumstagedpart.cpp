@@ -53,7 +53,7 @@ using ByServer = std::map<unsigned int, std::vector<ToDescribe>>;
 struct Described
 {
     quint64 key = 0;
-    std::shared_ptr<const QlumValueContext> context; ///< null: see fault
+    std::shared_ptr<const QlumValueContext> context; // null: see fault
     QString fault;
 };
 
