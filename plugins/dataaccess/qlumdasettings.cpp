@@ -1,6 +1,7 @@
 #include <plugins/dataaccess/qlumdasettings.h>
 
 #include <app/api/qlumsettingsregistry.h>
+#include <plugins/dataaccess/work/qlumworksettings.h>
 
 #include <QCoreApplication>
 #include <QMap>
@@ -116,7 +117,14 @@ void qlumRegisterDaSettings()
           Row::number(S::branchLimit,
                       {T::tr("Most variables of a bra&nch:"),
                        T::tr("Where looking for variables below a node ends.")},
-                      1, 1'000'000)}});
+                      1, 1'000'000),
+          Row::number(
+              QlumWorkSettings::logRows,
+              {T::tr("&Changes in a log:"), T::tr("How many changes the log of a view keeps; the oldest "
+                                                  "go. For views that are opened from now on.")},
+              1, 1'000'000),
+          Row::unseen(QlumWorkSettings::stopsAtFailure.key(), QlumWorkSettings::stopsAtFailure.standard()),
+          Row::unseen(QlumWorkSettings::readsBack.key(), QlumWorkSettings::readsBack.standard())}});
 }
 
 // ---- project

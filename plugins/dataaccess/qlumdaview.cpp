@@ -158,12 +158,13 @@ void QlumDaView::showUsualColumns()
     width(Model::NodeId, "ns=2;s=Dynamic.RandomDouble ");
     width(Model::DisplayName, "TemperatureSensor ");
     width(Model::Value, "-1234567.8901234567 ");
+    width(Model::NewValue, "-123.45 (Not sent: this server ");
     width(Model::SourceTime, "22:58:58.888 PM ");
     width(Model::Status, "Offline since 22:58:58.888   ");
     width(Model::Verdict, "complete, unchanged for 10 min ");
     width(Model::Age, "10 min 20 s ");
-    for (const int column : {Model::BrowsePath, Model::NewValue, Model::ServerTime, Model::Received,
-                             Model::Minimum, Model::Maximum, Model::SamplingAsked, Model::Queue})
+    for (const int column : {Model::BrowsePath, Model::ServerTime, Model::Received, Model::Minimum,
+                             Model::Maximum, Model::SamplingAsked, Model::Queue})
         m_table->setColumnHidden(column, true);
 }
 
@@ -322,8 +323,9 @@ void QlumDaView::showPage(QWidget* page)
 
 void QlumDaView::addCommands(const QString& title, const QList<QAction*>& actions)
 {
-    m_table->addActions(actions);
-    m_menu->addMenu(title)->addActions(actions);
+    QMenu* menu = m_menu->addMenu(title);
+    menu->addActions(actions);
+    m_table->addAction(menu->menuAction()); // below their title: there are many
 }
 
 void QlumDaView::tell(const QlumMessage& message)

@@ -1,6 +1,7 @@
 #include <plugins/dataaccess/work/qlumdaparts.h>
 
 #include <plugins/dataaccess/qlumdapart.h>
+#include <plugins/dataaccess/work/qlumchangelogpart.h>
 #include <plugins/dataaccess/work/qlumcopypart.h>
 #include <plugins/dataaccess/work/qlumlistpart.h>
 #include <plugins/dataaccess/work/qlumsnapshotpart.h>
@@ -18,6 +19,7 @@ std::vector<std::unique_ptr<QlumDaPart>> qlumMakeDaParts(QlumDaHost& host)
     auto snapshots = std::make_unique<QlumSnapshotPart>(host, *staged);
     parts.push_back(std::move(staged));
     parts.push_back(std::move(lists));
+    parts.push_back(std::make_unique<QlumChangeLogPart>(host));
     parts.push_back(std::move(snapshots));
     parts.push_back(std::make_unique<QlumCopyPart>(host));
     return parts;

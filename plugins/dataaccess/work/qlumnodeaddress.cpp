@@ -50,15 +50,31 @@ QString unescaped(const QString& text)
     return plain;
 }
 
-QString escapedName(const QString& name)
+QString escaped(const QString& plain, QLatin1String special)
 {
     QString text;
-    for (const QChar c : name) {
-        if (c == QLatin1Char('/') || c == QLatin1Char(':') || c == QLatin1Char('&'))
+    for (const QChar c : plain) {
+        if (special.contains(c))
             text += QLatin1Char('&');
         text += c;
     }
     return text;
+}
+
+QString escapedName(const QString& name)
+{
+    return escaped(name, QLatin1String("/:&"));
+}
+
+// Where the sign stands without a '&' before it; -1 for nowhere.
+int unescapedPlace(const QString& text, QChar sign)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        if (text.at(i) == sign)
+            return i;
+        i += text.at(i) == QLatin1Char('&') ? 1 : 0;
+    }
+    return -1;
 }
 
 // Up to the next slash that has no '&' before it.
@@ -73,7 +89,7 @@ QString takeElement(const QString& text, int& at)
 bool readStep(const QString& text, QlumPathStep& step)
 {
     if (text.startsWith(uriMark)) {
-        const int end = text.indexOf(QLatin1Char(';'));
+        const int end = unescapedPlace(text, QLatin1Char(';'));
         step.namespaceUri = unescaped(text.mid(uriMark.size(), end - uriMark.size()));
         step.name = unescaped(text.mid(end + 1));
         return end >= 0 && !step.namespaceUri.isEmpty() && !step.name.isEmpty();
@@ -175,7 +191,7 @@ QString qlumPathText(const UaNodeId& start, const std::vector<QlumPathStep>& pat
         const int index = step.namespaceIndex;
         text += QLatin1Char('/');
         if (form == QlumNamespaceForm::Uri && index > 0 && index < namespaces.size())
-            text += uriMark + escapedName(namespaces.at(index)) + QLatin1Char(';');
+            text += uriMark + escaped(namespaces.at(index), QLatin1String("/;&")) + QLatin1Char(';');
         else if (index > 0)
             text += QString::number(index) + QLatin1Char(':');
         text += escapedName(step.name);

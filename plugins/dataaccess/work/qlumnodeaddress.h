@@ -28,8 +28,8 @@ struct QlumNodeAddress
 };
 
 /// "ns=2;s=Pump", "nsu=urn:plant;s=Pump", or a path: "/Objects/2:Plant/nsu=urn:plant;Pump" from the root,
-/// "ns=2;i=5/2:Pump" from a node. In names '/', ':' and '&' have a '&' before them, and so have the slashes
-/// of URIs; behind the colon of the index a colon needs none.
+/// "ns=2;i=5/2:Pump" from a node. In names '/', ':' and '&' have a '&' before them, in URIs '/', ';'
+/// and '&'; behind the colon of the index a colon needs none.
 [[nodiscard]] QlumNodeAddress qlumReadAddress(const QString& text);
 /// Puts the indexes of the server's namespaces in the place of URIs. What the server has not got is told for
 /// the user; then the address is half done.

@@ -120,8 +120,8 @@ QString joined(const QStringList& parts)
 
 QString idKey(const QlumSnapshotRow& row, const QString& server)
 {
-    if (row.nodeId.isEmpty())
-        return {};
+    if (row.nodeId.isEmpty()) // it names no node, but is the same row
+        return joined({server, row.name});
     return joined({server, row.namespaceUri, row.nodeId, row.indexRange, row.fieldPath});
 }
 

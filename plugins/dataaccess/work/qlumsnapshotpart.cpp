@@ -6,6 +6,7 @@
 #include <plugins/dataaccess/work/qlumnodeaddress.h>
 #include <plugins/dataaccess/work/qlumstagedpart.h>
 #include <plugins/dataaccess/work/qlumworkcommand.h>
+#include <plugins/dataaccess/work/qlumworktable.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/qlumviewstate.h>
@@ -114,18 +115,12 @@ void QlumSnapshotPart::makeTable(QWidget& page)
     m_model = new QlumDifferenceModel(&page);
     m_filter = new QlumDifferenceFilter(&page);
     m_filter->setSourceModel(m_model);
-    m_table = new QTableView(&page);
-    m_table->setObjectName(QStringLiteral("snapshotDifferences"));
-    m_table->setAccessibleName(tr("Differences"));
-    m_table->setModel(m_filter);
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table = qlumWorkTable("snapshotDifferences", tr("Differences"), m_filter, &page);
     m_table->setSortingEnabled(true);
     m_table->sortByColumn(-1, Qt::AscendingOrder);
-    m_table->setWordWrap(false);
-    m_table->verticalHeader()->hide();
-    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
-    for (const int column : {QlumDifferenceModel::Difference, QlumDifferenceModel::Name,
-                             QlumDifferenceModel::Before, QlumDifferenceModel::After})
+    for (const int column :
+         {QlumDifferenceModel::Difference, QlumDifferenceModel::Name, QlumDifferenceModel::NodeId,
+          QlumDifferenceModel::Before, QlumDifferenceModel::After})
         m_table->setColumnWidth(column, snapshotValueWidth);
     qlumMakeTable(
         m_table,
@@ -271,11 +266,19 @@ QString QlumSnapshotPart::read(const QByteArray& text)
     return {};
 }
 
+bool QlumSnapshotPart::hasSnapshot(const QString& name) const
+{
+    return std::any_of(
+        m_snapshots.begin(), m_snapshots.end(),
+        [&name](const QlumSnapshot& snapshot) { return snapshot.name == name; });
+}
+
 void QlumSnapshotPart::askTake()
 {
     bool isGiven = false;
-    const QString proposal =
-        tr("Snapshot %1").arg(QLocale().toString(QDateTime::currentDateTime(), QLocale::ShortFormat));
+    QString proposal;
+    for (int number = 1; proposal.isEmpty() || hasSnapshot(proposal); ++number)
+        proposal = tr("Snapshot %1").arg(number);
     const QString name =
         QInputDialog::getText(m_host.widget(), tr("Take Snapshot"), tr("Name of the snapshot:"),
                               QLineEdit::Normal, proposal, &isGiven)

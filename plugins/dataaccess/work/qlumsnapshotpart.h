@@ -51,6 +51,7 @@ private:
     void fillChoices(const QString& before);
     /// Null: now.
     [[nodiscard]] const QlumSnapshot* chosen(const QComboBox& choice) const;
+    [[nodiscard]] bool hasSnapshot(const QString& name) const;
     void askTake();
     void askLoad();
     void askSave();

@@ -332,7 +332,7 @@ QString QlumStagedModel::text(const QlumStagedRow& row, int column) const
     case Value:
         return valueText(row);
     case Check:
-        return checkText(row);
+        return qlumSingleLine(checkText(row));
     case Result:
         return qlumStagedText(row.write);
     case OldValue:
@@ -356,7 +356,7 @@ QVariant QlumStagedModel::cell(const QlumStagedRow& row, int column, int role) c
         return row.isText ? row.given
                           : qlumCopyText(row.write.value, row.context ? *row.context : QlumValueContext());
     case Qt::ToolTipRole:
-        return qlumPlainToolTip(text(row, column));
+        return qlumPlainToolTip(column == Check ? checkText(row) : text(row, column));
     case Qt::ForegroundRole:
     case Qt::DecorationRole:
     case Qt::AccessibleDescriptionRole:

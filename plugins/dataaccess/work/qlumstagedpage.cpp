@@ -2,6 +2,7 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <plugins/dataaccess/work/qlumworksettings.h>
+#include <plugins/dataaccess/work/qlumworktable.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
 
@@ -116,17 +117,11 @@ void QlumStagedPage::makeActions()
 void QlumStagedPage::makeTable()
 {
     auto* state = new QlumViewState(QStringLiteral("DataAccessView"), this);
-    m_table = new QTableView(this);
-    m_table->setObjectName(QStringLiteral("stagedValues"));
-    m_table->setAccessibleName(tr("Staged values"));
-    m_table->setModel(m_model);
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->setWordWrap(false);
-    m_table->verticalHeader()->hide();
-    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_table = qlumWorkTable("stagedValues", tr("Staged values"), m_model, this);
     m_table->setColumnWidth(QlumStagedModel::Order,
                             m_table->fontMetrics().horizontalAdvance(QStringLiteral("00000")));
     m_table->setColumnWidth(QlumStagedModel::Name, nameWidth);
+    m_table->setColumnWidth(QlumStagedModel::Node, nameWidth);
     m_table->setColumnWidth(QlumStagedModel::Check, resultWidth);
     m_table->setColumnWidth(QlumStagedModel::Result, resultWidth);
     qlumMakeTable(m_table,
@@ -171,7 +166,7 @@ void QlumStagedPage::refresh()
     if (faulty > 0)
         text += tr(", %n cannot be sent", nullptr, faulty);
     if (doubtful > 0)
-        text += tr(", %n will be refused by its server", nullptr, doubtful);
+        text += tr(", %n are refused by the checks", nullptr, doubtful);
     m_summary->setText(text);
     const bool hasSelection = m_table->selectionModel()->hasSelection();
     m_write->setEnabled(!m_isRunning && count > 0);

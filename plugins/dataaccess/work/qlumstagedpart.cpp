@@ -42,7 +42,7 @@ constexpr std::size_t contextsPerStep = 200;
 constexpr int maximumStored = 20'000;
 const QLatin1String stagedTopic("staged");
 
-/// A staged value whose node is to be described.
+// A staged value whose node is to be described.
 struct ToDescribe
 {
     quint64 key = 0;
@@ -53,7 +53,7 @@ using ByServer = std::map<unsigned int, std::vector<ToDescribe>>;
 struct Described
 {
     quint64 key = 0;
-    std::shared_ptr<const QlumValueContext> context; ///< null: see fault
+    std::shared_ptr<const QlumValueContext> context; // null: see fault
     QString fault;
 };
 
@@ -386,7 +386,7 @@ void QlumStagedPart::finished()
     message.why = why;
     if (faulty > 0 || doubtful > 0) {
         message.severity = good < all ? QlumMessage::Error : QlumMessage::Warning;
-        message.why += (why.isEmpty() ? QString() : QStringLiteral(" ")) +
+        message.why += (why.isEmpty() ? QString() : QStringLiteral(". ")) +
                        tr("%n staged value(s) were held back by the checks.", nullptr, faulty + doubtful);
     }
     if (doubtful > 0) {
@@ -434,7 +434,9 @@ QVariant QlumStagedPart::newValueCell(const QlumDataItem& item, int role) const
         return qlumPlainToolTip(lines.join(QLatin1Char('\n')));
     }
     default:
-        return qlumStatusCell(QlumStagedModel::level(*row), role);
+        return QlumStagedModel::level(*row) == QlumStatusLevel::Inactive
+                   ? QVariant() // nothing to be said yet
+                   : qlumStatusCell(QlumStagedModel::level(*row), role);
     }
 }
 

@@ -1,6 +1,7 @@
 # What is done with rows beside watching them; paths from plugins/dataaccess.
 set(dataAccessWork
     work/qlumchangelogmodel.h work/qlumchangelogmodel.cpp
+    work/qlumchangelogpart.h work/qlumchangelogpart.cpp
     work/qlumcopyformats.h work/qlumcopyformats.cpp
     work/qlumcopypart.h work/qlumcopypart.cpp
     work/qlumdaparts.h work/qlumdaparts.cpp
@@ -17,4 +18,5 @@ set(dataAccessWork
     work/qlumstagedtext.h work/qlumstagedtext.cpp
     work/qlumstagedwrite.h work/qlumstagedwrite.cpp
     work/qlumworkcommand.h
-    work/qlumworksettings.h)
+    work/qlumworksettings.h
+    work/qlumworktable.h work/qlumworktable.cpp)

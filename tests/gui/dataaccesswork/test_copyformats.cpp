@@ -42,7 +42,7 @@ TEST(CopyFormats, AreReadBackAsListsOfNodes)
     EXPECT_EQ(qlumCopyNodes(twoNodes(), QlumCopyFormat::NodeIdsByUri),
               "nsu=urn:plant%3Ba/b;s=Say \"hi\", \\n\ni=2258");
     EXPECT_EQ(qlumCopyNodes(twoNodes(), QlumCopyFormat::PathsByUri).section('\n', 0, 0),
-              "/Objects/nsu=urn&:plant;a&/b;Say");
+              "/Objects/nsu=urn:plant&;a&/b;Say");
     const QString csv = qlumCopyNodes(twoNodes(), QlumCopyFormat::Csv);
     const QlumNodeList list = qlumReadNodeList(csv.toUtf8());
     ASSERT_EQ(list.lines.size(), 2U) << csv;

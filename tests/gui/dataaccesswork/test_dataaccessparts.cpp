@@ -50,7 +50,7 @@ public:
     QList<unsigned int> projectServerIds() override { return {5}; }
     QStringList namespaceTable(unsigned int) override
     {
-        return {"http://opcfoundation.org/UA/", "urn:client:own", "urn:plant/north"};
+        return {"http://opcfoundation.org/UA/", "urn:client:own", "urn:plant;1/north"};
     }
 };
 
@@ -116,7 +116,7 @@ protected:
     void setShown(int row, OpcUa_Int32 value)
     {
         UaDataValue shown{UaVariant(value)};
-        view->model().takeValue(view->model().rowAt(row).key, shown, 0);
+        view->model().takeValue(view->model().rowAt(row).key, shown, 0, view->model().now());
         view->model().tellValues();
     }
     std::string column(int number) { return column(view->model(), number); }
@@ -201,7 +201,9 @@ TEST_F(DataAccessParts, RefusalsOfTheGuardShowAtTheRow)
         << column(QlumDaModel::NewValue);
     services->looks = false;
     trigger("writeStaged");
-    ASSERT_TRUE(waitForColumn(QlumDaModel::NewValue, "7\n7\n7\n")) << column(QlumDaModel::NewValue);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return message().contains("3 of 3 values were written."); }))
+        << message();
+    EXPECT_EQ(column(QlumDaModel::NewValue), "7\n7\n7\n");
     EXPECT_EQ(services->table.value(PlantServices::node(3)).toInt32(), 7);
 }
 
@@ -212,7 +214,7 @@ TEST_F(DataAccessParts, FilesOfValuesAreStagedForTheirNodes)
     const QString path = folder.filePath("values.csv");
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("Node Id;New Value\nnsu=urn:plant/north;i=4;44\n\"ns=2;i=2\";22\nns=2;i=99;1\n");
+    file.write("Node Id;New Value\nnsu=urn:plant%3B1/north;i=4;44\n\"ns=2;i=2\";22\nns=2;i=99;1\n");
     file.close();
     DialogDriver driver([&](QDialog& dialog) {
         for (QLineEdit* line : dialog.findChildren<QLineEdit*>())
@@ -259,6 +261,32 @@ TEST_F(DataAccessParts, SnapshotsAreComparedAndGivenBackAsStagedValues)
     view->loadSettings(settings, {{5, 5}});
     EXPECT_TRUE(waitForColumn(QlumDaModel::NewValue, "\n3\n\n")) << "staged values are kept with their rows";
     EXPECT_TRUE(view->findChild<QComboBox*>("snapshotBefore")->currentText().startsWith("Before, "));
+}
+
+TEST_F(DataAccessParts, ChangesOfLoggedRowsAreKeptUpToABoundAndCounted)
+{
+    application.settings["DataAccessPlugin.ChangeLogRows"] = 3;
+    view = makeView();
+    QlumDataSettings reading;
+    reading.readInterval = 3'600'000;
+    view->setSettings({}, reading);
+    addRows();
+    table("dataItems")->selectRow(1);
+    trigger("logChanges");
+    for (int value = 10; value < 15; ++value) {
+        setShown(1, value);
+        setShown(2, value); // not logged
+    }
+    const QAbstractItemModel& log = *table("changeLog")->model();
+    const std::string newest = "12\n13\n14\n";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return column(log, 6) == newest; })) << column(log, 6);
+    const QString summary = view->findChild<QLabel*>("changeLogSummary")->text();
+    EXPECT_TRUE(summary.startsWith("1 row(s) logged, ")) << summary;
+    EXPECT_TRUE(summary.endsWith(" older changes were dropped")) << summary;
+    trigger("stopLogging");
+    setShown(1, 20);
+    view->model().removeKeys({view->model().rowAt(1).key});
+    EXPECT_EQ(column(log, 6), newest) << "the log stays";
 }
 
 TEST_F(DataAccessParts, BrowsePathsAreReadBeforeTheyAreCopied)

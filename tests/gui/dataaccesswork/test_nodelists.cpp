@@ -111,7 +111,7 @@ protected:
 
 TEST_F(NodeFinding, TakesIdsAndPathsInEveryFormAndNamesWhatIsWrong)
 {
-    const std::vector<QString> texts{"ns=2;i=2",           "nsu=urn:plant/north;i=2",
+    const std::vector<QString> texts{"ns=2;i=2",           "nsu=urn:plant%3B1/north;i=2",
                                      "nsu=urn:other;i=2",  "ns=9;i=2",
                                      "ns=2;i=77",          "ns=2;i=1",
                                      "=cmd|' /C calc'!A0", "",
@@ -139,7 +139,7 @@ TEST_F(NodeFinding, PathsThatWereReadLeadBackWhateverTheNamesHold)
     const std::vector<UaNodeId> nodes{PlantServices::node(2), UaNodeId(4711, 2)};
     ASSERT_TRUE(qlumReadPaths(job, services, nodes, paths).isGood());
     ASSERT_EQ(paths.size(), 2U);
-    const QStringList table{"http://opcfoundation.org/UA/", "urn:client:own", "urn:plant/north"};
+    const QStringList table{"http://opcfoundation.org/UA/", "urn:client:own", "urn:plant;1/north"};
     std::vector<QString> texts;
     for (const QlumNamespaceForm form : {QlumNamespaceForm::Index, QlumNamespaceForm::Uri})
         texts.push_back(qlumPathText(paths[0].start, paths[0].path, table, form));

@@ -23,7 +23,7 @@ public:
         UaStringArray uris(3);
         static_cast<void>(UaString("http://opcfoundation.org/UA/").copyTo(&uris[0]));
         static_cast<void>(UaString("urn:client:own").copyTo(&uris[1]));
-        static_cast<void>(UaString("urn:plant/north").copyTo(&uris[2]));
+        static_cast<void>(UaString("urn:plant;1/north").copyTo(&uris[2]));
         return uris;
     }
     static UaNodeId node(OpcUa_UInt32 id) { return UaNodeId(id, 2); }
