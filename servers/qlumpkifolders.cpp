@@ -2,7 +2,9 @@
 
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificatestore.h>
-#include <uaclientsdk/clientsecurityinfo.h>
+#include <certificates/qlumtlsoverrules.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
 
 void qlumFillPkiFolders(UaClientSdk::ClientSecurityInfo& security)
 {
@@ -12,4 +14,14 @@ void qlumFillPkiFolders(UaClientSdk::ClientSecurityInfo& security)
         toUaString(Store::issuerRevocationLists()), toUaString(Store::issuerCertificates()));
     security.initializePkiProviderHttps(toUaString(Store::tlsIssuerCertificates()),
                                         toUaString(Store::tlsIssuerRevocationLists()));
+}
+
+UaClientSdk::ClientSecurityInfo qlumSecurityForDiscovery(const QString& url)
+{
+    UaClientSdk::ClientSecurityInfo security;
+    qlumFillPkiFolders(security);
+    security.tlsCertificateFinding = [url](const UaStatus& status, const UaByteString& certificate) {
+        return qlumIsTlsOverruled(url, certificate, status.statusCode());
+    };
+    return security;
 }

@@ -7,6 +7,7 @@
 #include <plugins/methods/qlummethodplugin.h>
 #include <plugins/performance/qlumperformanceplugin.h>
 #include <plugins/references/qlumreferenceplugin.h>
+#include <plugins/serverdiagnostics/qlumserverdiagnosticplugin.h>
 
 #include <QtPlugin>
 

@@ -1,5 +1,6 @@
 #include <app/startup/qlumservices.h>
 
+#include <app/api/qlumdiscoverysecurity.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumtoolservices.h>
 #include <certificates/qlumcertificatemanager.h>
@@ -10,6 +11,7 @@
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <servers/doctor/qlumdoctordialog.h>
 #include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumpkifolders.h>
 #include <servers/qlumprojectnodeserver.h>
 #include <servers/qlumserversettingsdialog.h>
 #include <servers/qlumsideconnect.h>
@@ -71,6 +73,7 @@ void takeToolServices(QlumToolServices& services, QObject* owner, const QlumTave
     qlumTakeCertificates(services, owner);
     qlumTakeServers(services, owner, find);
     qlumTakeValues(services, owner);
+    qlumSetDiscoverySecurity(qlumSecurityForDiscovery);
 }
 } // namespace
 
