@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QPalette>
 #include <QRect>
+#include <QString>
 #include <QStyle>
 
 #include <algorithm>
@@ -16,8 +17,11 @@
 namespace {
 constexpr int margin = 2;
 
+// A server keeps a Publish until it has something to tell: with its end nothing else could be seen.
 qint64 endOf(const QlumServiceRecord& record)
 {
+    if (record.service == QLatin1String("Publish"))
+        return record.passed;
     return record.passed + (record.hasEnded ? std::max<qint64>(record.times.ended, 0) : 0);
 }
 } // namespace

@@ -29,7 +29,8 @@ struct QlumServicePhase
 [[nodiscard]] std::vector<QlumServicePhase> qlumServicePhases(const QlumServiceRecord& record, qint64 now);
 
 /// Draws each call as a bar on one scale, so that calls side by side and one after the other can be told
-/// apart: the scale runs from the first to the last of the calls of interest. GUI thread.
+/// apart: the scale runs from the first to the last of the calls of interest, the end of a Publish left out.
+/// GUI thread.
 class QlumServiceTimeline : public QStyledItemDelegate
 {
     Q_OBJECT
