@@ -55,7 +55,6 @@ std::vector<quint32> QlumDaModel::add(std::vector<QlumDataItem> items)
         item.dataTypeName = shared(item.dataTypeName);
         keys.push_back(item.key);
     }
-    m_rowOf.clear();
     insert(rowCount(), std::move(items));
     return keys;
 }
@@ -69,7 +68,6 @@ void QlumDaModel::removeKeys(const std::vector<quint32>& keys)
     std::sort(gone.begin(), gone.end());
     gone.erase(std::unique(gone.begin(), gone.end()), gone.end());
     if (gone.size() == static_cast<std::size_t>(rowCount()) && !gone.empty()) {
-        m_rowOf.clear();
         reset();
         return;
     }
@@ -77,7 +75,6 @@ void QlumDaModel::removeKeys(const std::vector<quint32>& keys)
         std::size_t begin = end - 1;
         while (begin > 0 && gone[begin - 1] == gone[begin] - 1)
             --begin;
-        m_rowOf.clear();
         remove(gone[begin], static_cast<int>(end - begin));
         end = begin;
     }
@@ -96,7 +93,6 @@ void QlumDaModel::moveKeys(const std::vector<quint32>& keys, int places)
     int taken = isUp ? 0 : rowCount() - 1; // the place that the next one may have at most
     for (const int row : moved) {
         const int wanted = isUp ? std::max(taken, row + places) : std::min(taken, row + places);
-        m_rowOf.clear();
         move(row, 1, isUp ? wanted : wanted + 1);
         taken = isUp ? wanted + 1 : wanted - 1;
     }
@@ -106,16 +102,23 @@ void QlumDaModel::moveKeys(const std::vector<quint32>& keys, int places)
 void QlumDaModel::indexRows() const
 {
     m_rowOf.assign(m_lastKey + 1u, -1);
-    int row = 0;
+    m_indexed = 0;
     for (const QlumDataItem& item : rows())
-        m_rowOf[item.key] = row++;
+        m_rowOf[item.key] = m_indexed++;
 }
 
+// The index is made anew when it is seen to be old: views ask while rows come and go, too.
 int QlumDaModel::rowOf(quint32 key) const
 {
-    if (m_rowOf.empty())
+    const auto isOld = [this, key] {
+        const int row = key < m_rowOf.size() ? m_rowOf[key] : -1;
+        return m_indexed != rowCount() || key >= m_rowOf.size() || (row >= 0 && rowAt(row).key != key);
+    };
+    if (key == 0 || key > m_lastKey)
+        return -1;
+    if (isOld())
         indexRows();
-    return key < m_rowOf.size() ? m_rowOf[key] : -1;
+    return m_rowOf[key];
 }
 
 const QlumDataItem* QlumDaModel::find(quint32 key) const

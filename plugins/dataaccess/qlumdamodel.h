@@ -240,7 +240,8 @@ private:
     QHash<quint32, QString> m_writeFaults;
     QSet<QString> m_texts;
     quint32 m_lastKey = 0;
-    mutable std::vector<int> m_rowOf;                     ///< by key; empty: to be made anew
+    mutable std::vector<int> m_rowOf;                     ///< by key; -1 for none
+    mutable int m_indexed = 0;                            ///< rows when that was made
     std::map<unsigned int, OpcUa_DateTime> m_leastDelays; ///< between a server's clock and ours
     std::vector<quint32> m_taken;                         ///< since the last tellValues()
 };

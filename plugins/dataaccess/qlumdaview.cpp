@@ -304,7 +304,13 @@ void QlumDaView::connectParts()
     connect(m_delegate, &QlumValueDelegate::refused, this, [this](const QString& why) {
         m_messages->tell({QlumMessage::Warning, QStringLiteral("write"), why, {}, {}, {}});
     });
-    constexpr int second = 1000;
+    constexpr int second = 1000, soon = 200;
+    m_regroup.setInterval(soon);
+    m_regroup.setSingleShot(true);
+    connect(&m_regroup, &QTimer::timeout, this, [this] {
+        if (m_filter->group() != QlumDaFilter::NoGroups)
+            m_filter->lookAgain();
+    });
     m_second.setInterval(second);
     connect(&m_second, &QTimer::timeout, this, &QlumDaView::showEachSecond);
 }

@@ -202,6 +202,7 @@ private:
     QlumDaPart* m_newValues = nullptr;
     std::vector<std::unique_ptr<QlumDaPart>> m_parts;
     QTimer m_second;
+    QTimer m_regroup; ///< rows have come, gone or got their paths
     int m_seconds = 0;
     quint64 m_notifications = 0;              ///< at the last look
     QHash<unsigned int, double> m_roundTrips; ///< ms

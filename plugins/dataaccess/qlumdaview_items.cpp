@@ -253,6 +253,7 @@ void QlumDaView::tellServers()
 {
     const std::vector<unsigned int> ids = m_model->serverIds();
     qlumSetDocumentServers(this, {ids.begin(), ids.end()});
+    m_regroup.start();
     showHeading();
 }
 
@@ -300,6 +301,7 @@ void QlumDaView::takeDescriptions(unsigned int serverId, const QlumDaDescriber::
         byKey.emplace(row.key, &row);
     m_model->describe(byKey);
     m_plot->rowsChanged();
+    m_regroup.start();
     for (const auto& part : m_parts)
         part->rowsDescribed();
 }

@@ -82,9 +82,8 @@ void QlumDaView::showEachSecond()
         measureRoundTrip();
     const bool isLive =
         m_filter->sortColumn() == QlumDaModel::Value || m_filter->sortColumn() >= QlumDaModel::SourceTime;
-    const bool isGrouped = m_filter->group() != QlumDaFilter::NoGroups;
     if (m_seconds % orderSeconds == 0 && m_model->rowCount() <= mostSortedRows &&
-        (isLive || isGrouped || m_filter->shown() == QlumDaFilter::Troubled))
+        (isLive || m_filter->shown() == QlumDaFilter::Troubled))
         m_filter->lookAgain();
 }
 

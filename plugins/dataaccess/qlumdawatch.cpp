@@ -157,6 +157,8 @@ void QlumDaWatch::unwatch(const std::vector<quint32>& keys)
     for (const quint32 key : keys) {
         m_read.erase(key);
         const QlumDataItem* item = m_model.find(key);
+        if (item != nullptr && item->state == QlumDataState::Read)
+            m_model.setState(key, QlumDataState::Waiting);
         if (item == nullptr || item->watched == 0)
             continue;
         items[item->serverId].push_back(item->watched);
