@@ -34,12 +34,6 @@ QlumDaModel::QlumDaModel(QlumApplicationInterface& application, QObject* parent,
                      parent),
       m_application(application), m_clock(clock ? std::move(clock) : [] { return UaDateTime::now().value(); })
 {
-    // who hears of a change before it is made may ask for rows, and then the index is an old one
-    const auto forget = [this] { m_rowOf.clear(); };
-    connect(this, &QAbstractItemModel::rowsInserted, this, forget);
-    connect(this, &QAbstractItemModel::rowsRemoved, this, forget);
-    connect(this, &QAbstractItemModel::rowsMoved, this, forget);
-    connect(this, &QAbstractItemModel::modelReset, this, forget);
 }
 
 // ---- rows

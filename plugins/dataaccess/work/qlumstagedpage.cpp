@@ -166,7 +166,7 @@ void QlumStagedPage::refresh()
     if (faulty > 0)
         text += tr(", %n cannot be sent", nullptr, faulty);
     if (doubtful > 0)
-        text += tr(", %n are refused by the checks", nullptr, doubtful);
+        text += tr(", %n refused by the checks", nullptr, doubtful);
     m_summary->setText(text);
     const bool hasSelection = m_table->selectionModel()->hasSelection();
     m_write->setEnabled(!m_isRunning && count > 0);
