@@ -16,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <thread>
 
@@ -25,6 +26,7 @@ using namespace std::chrono_literals;
 
 constexpr auto serviceLimit = 5s; // for a service that does not ask the user
 constexpr auto promptLimit = 120s;
+constexpr auto graceLimit = 1s; // for what was cancelled
 
 struct Unref
 {
@@ -96,6 +98,73 @@ private:
     std::condition_variable_any m_ended;
     std::stop_callback<std::function<void()>> m_onStop;
     std::jthread m_watch; // last: joined first
+};
+
+// What may ask the user goes through here: the library forgets a call whose question ends with its service,
+// so its own waiting would never end. The end of the service cancels; a call that does not end even then is
+// left behind, with its loop and what it holds.
+class PromptedCall
+{
+public:
+    PromptedCall(SecretService* service, Exchange& exchange) : m_exchange(exchange)
+    {
+        g_main_context_push_thread_default(m_pending->loop);
+        const auto cancel = [](GDBusConnection*, const gchar*, gpointer cancellable) {
+            g_cancellable_cancel(static_cast<GCancellable*>(cancellable));
+        };
+        GDBusProxy* proxy = G_DBUS_PROXY(service);
+        m_watch = g_bus_watch_name_on_connection(
+            g_dbus_proxy_get_connection(proxy), g_dbus_proxy_get_name(proxy), G_BUS_NAME_WATCHER_FLAGS_NONE,
+            nullptr, cancel, g_object_ref(exchange.cancellable()), g_object_unref);
+        GSource* tick = g_timeout_source_new(100); // a cancel does not wake the loop
+        g_source_set_callback(
+            tick, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
+        g_source_attach(tick, m_pending->loop);
+        g_source_unref(tick);
+    }
+    ~PromptedCall()
+    {
+        g_bus_unwatch_name(m_watch);
+        g_main_context_pop_thread_default(m_pending->loop);
+        if (m_pending->result) {
+            g_object_unref(m_pending->result);
+            g_main_context_unref(m_pending->loop);
+            delete m_pending;
+        }
+    }
+    PromptedCall(const PromptedCall&) = delete;
+    PromptedCall& operator=(const PromptedCall&) = delete;
+
+    // The callback of the call, and its data.
+    static void end(GObject*, GAsyncResult* result, gpointer pending)
+    {
+        static_cast<Pending*>(pending)->result = static_cast<GAsyncResult*>(g_object_ref(result));
+    }
+    [[nodiscard]] gpointer pending() const { return m_pending; }
+    // Null, and the exchange has failed, when it does not end.
+    [[nodiscard]] GAsyncResult* wait()
+    {
+        std::optional<std::chrono::steady_clock::time_point> end;
+        while (!m_pending->result && (!end || std::chrono::steady_clock::now() < *end)) {
+            g_main_context_iteration(m_pending->loop, TRUE);
+            if (!end && g_cancellable_is_cancelled(m_exchange.cancellable()))
+                end = std::chrono::steady_clock::now() + graceLimit;
+        }
+        if (!m_pending->result)
+            g_set_error_literal(m_exchange.error(), G_IO_ERROR, G_IO_ERROR_TIMED_OUT, "no answer in time");
+        return m_pending->result;
+    }
+
+private:
+    struct Pending
+    {
+        GMainContext* loop = g_main_context_new();
+        GAsyncResult* result = nullptr;
+    };
+
+    Exchange& m_exchange;
+    Pending* const m_pending = new Pending; // outlives this when the call does
+    guint m_watch = 0;
 };
 
 const SecretSchema& schema()
@@ -171,8 +240,11 @@ Answer unlock(SecretService* service, const char* path, const std::stop_token& s
     Exchange exchange(promptLimit, stop);
     const char* wanted[] = {path, nullptr};
     char** unlocked = nullptr;
-    secret_service_unlock_dbus_paths_sync(service, wanted, exchange.cancellable(), &unlocked,
-                                          exchange.error());
+    PromptedCall call(service, exchange);
+    secret_service_unlock_dbus_paths(service, wanted, exchange.cancellable(), PromptedCall::end,
+                                     call.pending());
+    if (GAsyncResult* result = call.wait())
+        secret_service_unlock_dbus_paths_finish(service, result, &unlocked, exchange.error());
     const Paths done(unlocked);
     if (exchange.hasFailed())
         return exchange.failure(Answer::Locked, stop);
@@ -241,9 +313,12 @@ QlumKeyringAnswer QlumSecretService::keep(const QlumKeyringKey& key, const UaCli
             const std::span<const OpcUa_Byte> bytes = password.bytes();
             const Value value(secret_value_new(reinterpret_cast<const char*>(bytes.data()),
                                                static_cast<gssize>(bytes.size()), "text/plain"));
-            const bool isKept = secret_service_store_sync(
-                service, &schema(), attributes.get(), SECRET_COLLECTION_DEFAULT, label.c_str(), value.get(),
-                exchange.cancellable(), exchange.error());
+            PromptedCall call(service, exchange);
+            secret_service_store(service, &schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
+                                 label.c_str(), value.get(), exchange.cancellable(), PromptedCall::end,
+                                 call.pending());
+            GAsyncResult* result = call.wait();
+            const bool isKept = result && secret_service_store_finish(service, result, exchange.error());
             if (exchange.hasFailed())
                 return exchange.failure(Answer::Failed, stop);
             return {isKept ? Answer::Done : Answer::Locked, {}}; // the prompt was dismissed
@@ -257,8 +332,11 @@ QlumKeyringAnswer QlumSecretService::forget(const QlumKeyringKey& key, const std
         [&](SecretService* service) -> Answer {
             Exchange exchange(promptLimit, stop);
             const Table attributes = attributesOf(key);
-            const bool isForgotten = secret_service_clear_sync(service, &schema(), attributes.get(),
-                                                               exchange.cancellable(), exchange.error());
+            PromptedCall call(service, exchange);
+            secret_service_clear(service, &schema(), attributes.get(), exchange.cancellable(),
+                                 PromptedCall::end, call.pending());
+            GAsyncResult* result = call.wait();
+            const bool isForgotten = result && secret_service_clear_finish(service, result, exchange.error());
             if (exchange.hasFailed())
                 return exchange.failure(Answer::Failed, stop);
             return {isForgotten ? Answer::Done : Answer::Missing, {}};

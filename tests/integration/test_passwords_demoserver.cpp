@@ -22,6 +22,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QSettings>
@@ -68,6 +69,36 @@ int lockKeyring()
     return QProcess::execute("dbus-send", {"--session", "--print-reply", "--dest=org.freedesktop.secrets",
                                            "/org/freedesktop/secrets", "org.freedesktop.Secret.Service.Lock",
                                            "array:objpath:/org/freedesktop/secrets/collection/login"});
+}
+
+// Of the one that answers now; 0 when there is none.
+int keyringProcess()
+{
+    QProcess question;
+    question.start("dbus-send", {"--session", "--print-reply=literal", "--dest=org.freedesktop.DBus",
+                                 "/org/freedesktop/DBus", "org.freedesktop.DBus.GetConnectionUnixProcessID",
+                                 "string:org.freedesktop.secrets"});
+    question.waitForFinished();
+    return question.readAllStandardOutput().simplified().split(' ').last().toInt();
+}
+
+// From now on the question for the keyring's password waits for a user who does not come. The file that it
+// makes first.
+QString askSilently()
+{
+    const QString data = qEnvironmentVariable("XDG_DATA_HOME");
+    const QString asked = data + "/asked";
+    QDir().mkpath(data + "/dbus-1/services");
+    QFile service(data + "/dbus-1/services/org.gnome.keyring.SystemPrompter.service");
+    EXPECT_TRUE(service.open(QIODevice::WriteOnly));
+    service.write(("[D-BUS Service]\nName=org.gnome.keyring.SystemPrompter\nExec=/bin/sh -c 'touch " + asked +
+                   "; exec sleep 60 >/dev/null 2>&1'\n")
+                      .toUtf8());
+    service.close();
+    EXPECT_EQ(QProcess::execute("dbus-send", {"--session", "--print-reply", "--dest=org.freedesktop.DBus",
+                                              "/org/freedesktop/DBus", "org.freedesktop.DBus.ReloadConfig"}),
+              0);
+    return asked;
 }
 
 // ---- the service itself
@@ -324,9 +355,8 @@ TEST_F(Passwords, AServiceThatIsLockedOrDiesLeavesTheConnectGoingOn)
     EXPECT_EQ(script.problem, "The desktop's password store is locked.")
         << application.texts().join('\n').toStdString();
 
-    const int daemon = qEnvironmentVariableIntValue("TAVELIN_KEYRING");
-    ASSERT_GT(daemon, 1);
-    ::kill(daemon, SIGSTOP);
+    const QString asked = askSilently();
+    ::kill(keyringProcess(), SIGSTOP);
     makeAnew();
     script.asked.clear();
     ASSERT_TRUE(node->startConnect());
@@ -334,7 +364,12 @@ TEST_F(Passwords, AServiceThatIsLockedOrDiesLeavesTheConnectGoingOn)
         QTest::qWaitFor([this] { return node->connectFlow().step() == QlumConnectFlow::Step::User; }));
     QCoreApplication::processEvents(); // which the silence of the service does not stop
     EXPECT_FALSE(script.asked.contains("password"));
-    ::kill(daemon, SIGKILL); // another one comes in its place, with a locked keyring
+    ::kill(qEnvironmentVariableIntValue("TAVELIN_KEYRING"), SIGKILL);
+    // another one comes in its place, with a locked keyring, and dies while the user is asked to unlock it
+    ASSERT_TRUE(QTest::qWaitFor([&asked] { return QFile::exists(asked); }, 30000));
+    const int second = keyringProcess();
+    ASSERT_GT(second, 1);
+    ::kill(second, SIGKILL);
     ASSERT_TRUE(QTest::qWaitFor([this] { return !node->isBusy(); }, 30000));
     EXPECT_TRUE(script.asked.contains("password"));
     EXPECT_EQ(node->connectionStatus(), QlumConnectionStatus::Connected);
