@@ -65,6 +65,7 @@ void QlumAddressSpacePages::createAddressSpace(QlumServerNode* server)
     }
     made->tree()->addActions(m_actions);
     connect(made, &QlumAddressSpacePage::nodeSelected, this, &QlumAddressSpacePages::nodeSelected);
+    connect(made, &QlumAddressSpacePage::searchWanted, this, &QlumAddressSpacePages::searchWanted);
     connect(server, &QlumServerNode::iconsLoaded, made->tree()->viewport(), qOverload<>(&QWidget::update));
     m_stack->addWidget(made);
     m_stack->setCurrentWidget(made);

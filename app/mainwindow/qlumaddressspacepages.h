@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QString>
 #include <QWidget>
 
 class QAction;
@@ -39,6 +40,8 @@ public:
 
 signals:
     void nodeSelected(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass, UaNodeId* parentId);
+    /// The user wants a text looked for on the whole server.
+    void searchWanted(unsigned int serverId, const QString& text);
 
 private:
     [[nodiscard]] QlumAddressSpacePage* page(unsigned int serverId) const;

@@ -1,13 +1,16 @@
 #include <app/mainwindow/qlumfindcommands.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
+#include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/project/qlumprojectmodel.h>
 #include <plugins/addressspace/qlumaddressspacepage.h>
+#include <plugins/addressspace/search/qlumexportbranchdialog.h>
 #include <plugins/addressspace/search/qlumfindnodeview.h>
 
 #include <QAbstractItemModel>
@@ -26,7 +29,14 @@ QlumFindCommands::QlumFindCommands(const Parts& parts) : QObject(parts.window), 
     using A = QlumMainActions;
     connect((*parts.actions)[A::FindNode], &QAction::triggered, this, &QlumFindCommands::findNode);
     connect((*parts.actions)[A::FindBelow], &QAction::triggered, this, &QlumFindCommands::findBelow);
+    connect((*parts.actions)[A::ExportBranch], &QAction::triggered, this, &QlumFindCommands::exportBranch);
+    connect(parts.pages, &QlumAddressSpacePages::searchWanted, this,
+            [this](unsigned int serverId, const QString& text) {
+                showDock();
+                m_parts.view->offer(serverId, {}, text);
+            });
     parts.pages->addAction((*parts.actions)[A::FindBelow]);
+    parts.pages->addAction((*parts.actions)[A::ExportBranch]);
     followProject();
 }
 
@@ -67,6 +77,21 @@ void QlumFindCommands::findBelow()
     showDock();
     m_parts.view->offer(page->serverId(), {nodes.front().nodeId, nodes.front().name,
                                            static_cast<OpcUa_UInt32>(nodes.front().nodeClass)});
+}
+
+void QlumFindCommands::exportBranch()
+{
+    const QlumAddressSpacePage* page = m_parts.pages->shownPage();
+    const QlumToolNodes nodes = page ? page->selectedNodes() : QlumToolNodes();
+    QlumApplicationInterface* application = QlumApplicationInterface::instance();
+    if (nodes.empty() || !application)
+        return;
+    const QlumToolNode& node = nodes.front();
+    auto* dialog =
+        new QlumExportBranchDialog({node.serverId, application->serverName(node.serverId), node.nodeId,
+                                    node.name, static_cast<OpcUa_UInt32>(node.nodeClass)},
+                                   qlumApplicationServices(), m_parts.window);
+    dialog->show();
 }
 
 void QlumFindCommands::showDock()

@@ -34,6 +34,7 @@ private:
     void followProject();
     void findNode();
     void findBelow();
+    void exportBranch();
     void showDock();
 
     const Parts m_parts;

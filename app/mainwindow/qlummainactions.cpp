@@ -92,6 +92,8 @@ constexpr QlumActionRow actionRows[] = {
      Qt::WidgetShortcut}, // tools have a key of the same kind for what they show
     {A::FindBelow, "findBelow", TEXT("Find Node &Below..."), "", qlumNoKey, "",
      TEXT("<b>Find Node Below</b><br>Searches the nodes below the selected one.")},
+    {A::ExportBranch, "exportBranch", TEXT("E&xport Branch..."), "", qlumNoKey, "",
+     TEXT("<b>Export Branch</b><br>Writes all nodes below the selected one to a file.")},
 };
 } // namespace
 #undef TEXT

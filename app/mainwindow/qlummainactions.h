@@ -47,7 +47,8 @@ public:
         ClearLog,
         SaveLog,
         Rebrowse,
-        FindBelow
+        FindBelow,
+        ExportBranch
     };
 
     explicit QlumMainActions(QMainWindow* window);

@@ -20,9 +20,10 @@ struct QlumAddressSpaceModel::Task
     UaClientSdk::ServiceSettings settings;
     UaByteString continuationPoint;
     UaClientSdk::BrowseProgress pages;
-    int budget = 0;   ///< BrowseNext calls left; negative: no limit
-    int failures = 0; ///< in a row
-    int barren = 0;   ///< results in a row without a new node
-    QString stopText; ///< why it ends early
+    int budget = 0;      ///< BrowseNext calls left; negative: no limit
+    int failures = 0;    ///< in a row
+    int barren = 0;      ///< results in a row without a new node
+    QString stopText;    ///< why it ends early
+    bool isDone = false; ///< but for the order of the children
     std::unique_ptr<QlumBrowseProgress> progress;
 };

@@ -76,6 +76,8 @@ public:
     };
 
 private:
+    [[nodiscard]] int commonPrefix() const;
+
     using ChildMap = std::unordered_set<QlumAddressSpaceNode*, ById, ById>;
 
     QString m_name;

@@ -7,6 +7,7 @@
 #include <app/api/qlumtext.h>
 #include <plugins/addressspace/qlumaddressspacemodelinterface.h>
 #include <plugins/addressspace/qlumaddressspacesettings.h>
+#include <plugins/addressspace/qlumtreefinder.h>
 #include <uawidgets/qlumnodecommands.h>
 
 #include <QAbstractItemModel>
@@ -18,6 +19,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLayout>
 #include <QLocale>
@@ -37,9 +39,13 @@
 #define TEXT(text) QT_TRANSLATE_NOOP("QlumAddressSpacePage", text)
 
 namespace {
-enum TreeAction { CopyNodeId, CopyName, CopyPath, ReadingOrder };
+enum TreeAction { Find, CopyNodeId, CopyName, CopyPath, ReadingOrder };
 
 constexpr QlumActionRow actionRows[] = {
+    {Find, "findInTree", TEXT("&Find or Go to..."), "", QKeySequence::Find, "",
+     TEXT("<b>Find or Go to</b><br>Finds a name among the nodes that were opened, or goes to a node by its "
+          "id or browse path."),
+     Qt::WidgetWithChildrenShortcut},
     {CopyNodeId, "copyNodeId", TEXT("Copy Node &Id"), "", qlumNoKey, "",
      TEXT("<b>Copy Node Id</b><br>Copies the node ids of the selected nodes.")},
     {CopyName, "copyName", TEXT("Copy &Name"), "", qlumNoKey, "",
@@ -93,6 +99,7 @@ QlumAddressSpacePage::QlumAddressSpacePage(QlumServerNode* server,
     connect(m_tree, &QTreeView::collapsed, this, [this] { m_tree->resizeColumnToContents(0); });
     m_tree->expand(m_model->itemModel()->index(0, 0));
     makeActions();
+    makeFinder();
     new QlumNodeCommands(
         m_tree, [this] { return selectedNodes(); }, QlumNodeCommands::Reveal);
 }
@@ -161,7 +168,19 @@ void QlumAddressSpacePage::makeActions()
     m_actions[ReadingOrder]->setCheckable(true);
     connect(m_actions[ReadingOrder], &QAction::toggled, this, &QlumAddressSpacePage::setReadingOrder);
     m_actions[ReadingOrder]->setChecked(QlumAddressSpaceSettings::readingOrder.value());
-    m_tree->addActions(m_actions.list({CopyNodeId, CopyName, CopyPath, ReadingOrder}));
+    m_tree->addActions(m_actions.list({Find, CopyNodeId, CopyName, CopyPath, ReadingOrder}));
+}
+
+void QlumAddressSpacePage::makeFinder()
+{
+    m_finder = new QlumTreeFinder(
+        m_tree, m_server, qlumApplicationServices(), [this](const UaNodeId& node) { return reveal(node); },
+        this);
+    static_cast<QVBoxLayout*>(layout())->insertWidget(1, m_finder); // below the bar
+    addAction(m_actions[Find]);                                     // its key works in the whole page
+    connect(m_actions[Find], &QAction::triggered, m_finder, &QlumTreeFinder::begin);
+    connect(m_finder, &QlumTreeFinder::searchWanted, this,
+            [this](const QString& text) { emit searchWanted(m_serverId, text); });
 }
 
 // One line for each selected node.

@@ -21,6 +21,7 @@ class QLabel;
 class QTreeView;
 class QlumAddressSpaceModelInterface;
 class QlumServerNode;
+class QlumTreeFinder;
 
 /// Makes the model of a page; a null result means that the address space cannot be shown.
 using QlumAddressSpaceModelFactory = std::function<QlumAddressSpaceModelInterface*(
@@ -49,6 +50,8 @@ public:
 signals:
     /// parentId is null for the root.
     void nodeSelected(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass nodeClass, UaNodeId* parentId);
+    /// The user wants a text looked for on the whole server.
+    void searchWanted(unsigned int serverId, const QString& text);
 
 protected:
     /// Tells what changed while another server's page was in front.
@@ -58,6 +61,7 @@ private:
     QLayout* makeBar(QAction* rebrowse);
     void setupTree();
     void makeActions();
+    void makeFinder();
     void copy(const std::function<QString(const QModelIndex&)>& text) const;
     void setReadingOrder(bool on);
     void sltCurrentChanged(const QModelIndex& current);
@@ -75,6 +79,7 @@ private:
     QDateTime m_lostSince;                             ///< invalid while it stands
     QlumActionTable m_actions;                         ///< of the tree
     QlumAddressSpaceModelInterface* m_model = nullptr; ///< child of the tree
+    QlumTreeFinder* m_finder = nullptr;                ///< null without a model
     UaNodeId m_announced;                              ///< by nodeSelected
     bool m_waiting = false;                            ///< for the server, in an event loop of the model
     bool m_retired = false;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <utility>
@@ -79,6 +80,24 @@ public:
     {
         std::stable_sort(m_children.begin(), m_children.end(),
                          [&less](const auto& left, const auto& right) { return less(*left, *right); });
+        renumber(0);
+    }
+    /// The same for many: by key(const Node&), a number of 64 bits that tells most of them apart without a
+    /// look at the nodes, and by less only where that is equal.
+    template <typename Key, typename Less>
+    void sortChildren(Key key, Less less)
+    {
+        std::vector<std::pair<std::uint64_t, std::unique_ptr<Node>>> keyed;
+        keyed.reserve(m_children.size());
+        for (std::unique_ptr<Node>& child : m_children) {
+            const std::uint64_t number = key(std::as_const(*child));
+            keyed.emplace_back(number, std::move(child));
+        }
+        std::stable_sort(keyed.begin(), keyed.end(), [&less](const auto& left, const auto& right) {
+            return left.first != right.first ? left.first < right.first : less(*left.second, *right.second);
+        });
+        for (std::size_t i = 0; i < keyed.size(); ++i)
+            m_children[i] = std::move(keyed[i].second);
         renumber(0);
     }
 

@@ -53,9 +53,9 @@ QlumNodeIndex::QlumNodeIndex(const UaNodeId& root, const QString& name, OpcUa_UI
 {
     Entry entry;
     entry.id = root;
-    entry.name = entry.browseName = keepLocked(name.toUtf8().left(maximumText).toStdString());
+    entry.name = entry.browseName = keep(name.toUtf8().left(maximumText).toStdString());
     entry.nodeClass = static_cast<OpcUa_UInt16>(nodeClass);
-    insertLocked(std::move(entry), slotLocked(root));
+    insert(std::move(entry), slotOf(root));
 }
 
 // ---- adding
@@ -72,8 +72,8 @@ void QlumNodeIndex::add(Number parent, OpcUa_Int32 count, OpcUa_ReferenceDescrip
             continue;
         }
         if (2 * m_entries.size() >= m_slots.size())
-            growLocked();
-        const std::size_t slot = slotLocked(id);
+            grow();
+        const std::size_t slot = slotOf(id);
         if (m_slots[slot] != none) {
             const Number known = m_slots[slot];
             if (m_entries[known].parent != parent && m_shared.size() < maximumShared)
@@ -83,18 +83,18 @@ void QlumNodeIndex::add(Number parent, OpcUa_Int32 count, OpcUa_ReferenceDescrip
         Entry entry;
         entry.id = std::move(id);
         entry.parent = parent;
-        entry.type = typeLocked(UaNodeId(reference.TypeDefinition.NodeId));
+        entry.type = typeNumber(UaNodeId(reference.TypeDefinition.NodeId));
         const std::string_view name = viewOf(reference.DisplayName.Text);
         const std::string_view browseName = viewOf(reference.BrowseName.Name);
-        entry.browseName = keepLocked(browseName);
-        entry.name = name == browseName ? entry.browseName : keepLocked(name);
+        entry.browseName = keep(browseName);
+        entry.name = name == browseName ? entry.browseName : keep(name);
         entry.browseNamespace = reference.BrowseName.NamespaceIndex;
         entry.nodeClass = static_cast<OpcUa_UInt16>(reference.NodeClass);
-        fresh.push_back(insertLocked(std::move(entry), slot));
+        fresh.push_back(insert(std::move(entry), slot));
     }
 }
 
-QlumNodeIndex::Number QlumNodeIndex::insertLocked(Entry entry, std::size_t slot)
+QlumNodeIndex::Number QlumNodeIndex::insert(Entry entry, std::size_t slot)
 {
     const auto number = static_cast<Number>(m_entries.size());
     m_entries.push_back(std::move(entry));
@@ -103,7 +103,7 @@ QlumNodeIndex::Number QlumNodeIndex::insertLocked(Entry entry, std::size_t slot)
 }
 
 // Where the id is, or where it belongs.
-std::size_t QlumNodeIndex::slotLocked(const UaNodeId& id) const
+std::size_t QlumNodeIndex::slotOf(const UaNodeId& id) const
 {
     const std::size_t mask = m_slots.size() - 1;
     std::size_t slot = (id.hash() * 0x9E3779B97F4A7C15U >> 20U) & mask;
@@ -112,14 +112,14 @@ std::size_t QlumNodeIndex::slotLocked(const UaNodeId& id) const
     return slot;
 }
 
-void QlumNodeIndex::growLocked()
+void QlumNodeIndex::grow()
 {
     m_slots.assign(2 * m_slots.size(), none);
     for (Number number = 0; number < m_entries.size(); ++number)
-        m_slots[slotLocked(m_entries[number].id)] = number;
+        m_slots[slotOf(m_entries[number].id)] = number;
 }
 
-QlumNodeIndex::Text QlumNodeIndex::keepLocked(std::string_view text)
+QlumNodeIndex::Text QlumNodeIndex::keep(std::string_view text)
 {
     if (text.empty())
         return {};
@@ -135,7 +135,7 @@ QlumNodeIndex::Text QlumNodeIndex::keepLocked(std::string_view text)
 }
 
 // A server has a few hundred of them, and most in groups.
-QlumNodeIndex::Number QlumNodeIndex::typeLocked(const UaNodeId& id)
+QlumNodeIndex::Number QlumNodeIndex::typeNumber(const UaNodeId& id)
 {
     if (id.isNull())
         return none;
@@ -151,19 +151,14 @@ QlumNodeIndex::Number QlumNodeIndex::typeLocked(const UaNodeId& id)
 
 // ---- looking
 
-QlumNodeIndex::Node QlumNodeIndex::nodeLocked(Number number) const
+QlumNodeIndex::Node QlumNodeIndex::nodeAt(Number number) const
 {
     const Entry& entry = m_entries[number];
-    return {entry.id,
-            textLocked(entry.name),
-            textLocked(entry.browseName),
-            entry.browseNamespace,
-            entry.nodeClass,
-            entry.type,
-            entry.parent};
+    return {entry.id,   textAt(entry.name), textAt(entry.browseName), entry.browseNamespace, entry.nodeClass,
+            entry.type, entry.parent};
 }
 
-std::string_view QlumNodeIndex::textLocked(const Text& text) const
+std::string_view QlumNodeIndex::textAt(const Text& text) const
 {
     if (text.length == 0)
         return {};
@@ -192,7 +187,7 @@ std::size_t QlumNodeIndex::foreignReferences() const
 QlumNodeIndex::Copy QlumNodeIndex::copy(Number number) const
 {
     const std::lock_guard lock(m_mutex);
-    const Node node = nodeLocked(number);
+    const Node node = nodeAt(number);
     Copy copy{
         node.id,        textOf(node.name), UaQualifiedName(UaString(node.browseName), node.browseNamespace),
         node.nodeClass, UaNodeId(),        QString(),
@@ -213,7 +208,7 @@ UaNodeId QlumNodeIndex::id(Number number) const
 QlumNodeIndex::Number QlumNodeIndex::find(const UaNodeId& id) const
 {
     const std::lock_guard lock(m_mutex);
-    return m_slots[slotLocked(id)];
+    return m_slots[slotOf(id)];
 }
 
 QString QlumNodeIndex::path(Number number) const
@@ -222,7 +217,7 @@ QString QlumNodeIndex::path(Number number) const
     QStringList names;
     for (; number != none && static_cast<std::size_t>(names.size()) < maximumDepth;
          number = m_entries[number].parent)
-        names.prepend(textOf(textLocked(m_entries[number].name)));
+        names.prepend(textOf(textAt(m_entries[number].name)));
     return names.join(QLatin1Char('/'));
 }
 
@@ -231,7 +226,7 @@ QString QlumNodeIndex::browsePath(Number number) const
     const std::lock_guard lock(m_mutex);
     QString path;
     for (std::size_t depth = 0; number > 0 && number != none && depth < maximumDepth; ++depth) {
-        const Node node = nodeLocked(number);
+        const Node node = nodeAt(number);
         path.prepend(QLatin1Char('/') +
                      toQString(UaQualifiedName(UaString(node.browseName), node.browseNamespace).toString()));
         number = node.parent;

@@ -93,7 +93,7 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         for (Number number = first; number < last && number < m_entries.size(); ++number)
-            function(number, nodeLocked(number));
+            function(number, nodeAt(number));
     }
     /// For each number whether the node is the root of the branch or below it, by whatever way.
     [[nodiscard]] std::vector<bool> branch(Number root) const;
@@ -117,13 +117,14 @@ private:
         OpcUa_UInt16 nodeClass = 0;
     };
 
-    [[nodiscard]] Node nodeLocked(Number number) const;
-    [[nodiscard]] std::string_view textLocked(const Text& text) const;
-    [[nodiscard]] Text keepLocked(std::string_view text);
-    [[nodiscard]] std::size_t slotLocked(const UaNodeId& id) const;
-    void growLocked();
-    Number insertLocked(Entry entry, std::size_t slot);
-    [[nodiscard]] Number typeLocked(const UaNodeId& id);
+    // of callers that hold the lock
+    [[nodiscard]] Node nodeAt(Number number) const;
+    [[nodiscard]] std::string_view textAt(const Text& text) const;
+    [[nodiscard]] Text keep(std::string_view text);
+    [[nodiscard]] std::size_t slotOf(const UaNodeId& id) const;
+    void grow();
+    Number insert(Entry entry, std::size_t slot);
+    [[nodiscard]] Number typeNumber(const UaNodeId& id);
 
     mutable std::mutex m_mutex;
     std::deque<Entry> m_entries;

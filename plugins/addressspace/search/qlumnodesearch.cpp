@@ -12,7 +12,7 @@
 namespace {
 constexpr QlumNodeIndex::Number slice = 512; // nodes that are taken out of the index at a time
 constexpr std::size_t portion = 1000;        // hits that are told at a time
-constexpr int threads = 3;                   // searches that were given up may still wait for the server
+constexpr int searchThreads = 3;             // searches that were given up may still wait for the server
 } // namespace
 
 QlumDetailsWish QlumNodeQuery::wish() const
@@ -63,7 +63,7 @@ struct QlumNodeSearch::Scan
     const std::shared_ptr<const QlumNodeIndex> index;
     const QlumNodeQuery query;
     const QlumNodeIndex::Number branchRoot;
-    std::vector<bool> branch; ///< empty: all
+    std::vector<bool> branch; // empty: all
     const QlumTextPattern text;
     const QlumTextPattern type;
     const QlumTextPattern description;
@@ -158,7 +158,7 @@ UaStatus readAndAppend(QlumJob& job, const Session& session, const Scan& scan, c
 } // namespace
 
 QlumNodeSearch::QlumNodeSearch(QlumSessionServicesProvider services, QObject* parent)
-    : QObject(parent), m_services(std::move(services)), m_pool(threads)
+    : QObject(parent), m_services(std::move(services)), m_pool(searchThreads)
 {
 }
 

@@ -7,11 +7,11 @@
 #include <utility>
 
 namespace {
-constexpr int threads = 3; // crawls that were given up may still wait for the server
+constexpr int crawlThreads = 3; // crawls that were given up may still wait for the server
 } // namespace
 
 QlumServerCrawl::QlumServerCrawl(unsigned int serverId, QlumSessionServicesProvider services, QObject* parent)
-    : QObject(parent), m_serverId(serverId), m_services(std::move(services)), m_pool(threads)
+    : QObject(parent), m_serverId(serverId), m_services(std::move(services)), m_pool(crawlThreads)
 {
 }
 

@@ -1,7 +1,7 @@
 #include <plugins/dataaccess/work/qlumcopyformats.h>
 
+#include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumtext.h>
-#include <plugins/dataaccess/work/qlumnodeaddress.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastring.h>

@@ -1,8 +1,8 @@
 #include <plugins/dataaccess/work/qlumdifferencemodel.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumtext.h>
-#include <plugins/dataaccess/work/qlumnodeaddress.h>
 #include <uabase/values/uadatetime.h>
 #include <uawidgets/editors/qlumcelltext.h>
 #include <uawidgets/editors/qlumvaluecontext.h>

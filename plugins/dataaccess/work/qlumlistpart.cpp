@@ -3,12 +3,12 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
+#include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdataitem.h>
-#include <plugins/dataaccess/work/qlumnodeaddress.h>
 #include <plugins/dataaccess/work/qlumstagedpart.h>
 #include <plugins/dataaccess/work/qlumworkcommand.h>
 #include <uabase/values/uanodeid.h>

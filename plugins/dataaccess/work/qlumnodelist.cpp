@@ -2,12 +2,12 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumjob.h>
+#include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/dataaccess/work/qlumnodeaddress.h>
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/ualocalizedtext.h>

@@ -1,7 +1,7 @@
 // Where nodes are in the address space of their server.
 #pragma once
+#include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumsessionservices.h>
-#include <plugins/dataaccess/work/qlumnodeaddress.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 

@@ -1,9 +1,9 @@
 #include <plugins/dataaccess/work/qlumsnapshotpart.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumtext.h>
 #include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/work/qlumnodeaddress.h>
 #include <plugins/dataaccess/work/qlumstagedpart.h>
 #include <plugins/dataaccess/work/qlumworkcommand.h>
 #include <plugins/dataaccess/work/qlumworktable.h>

@@ -7,7 +7,6 @@ set(dataAccessWork
     work/qlumdaparts.h work/qlumdaparts.cpp
     work/qlumdifferencemodel.h work/qlumdifferencemodel.cpp
     work/qlumlistpart.h work/qlumlistpart.cpp
-    work/qlumnodeaddress.h work/qlumnodeaddress.cpp
     work/qlumnodelist.h work/qlumnodelist.cpp
     work/qlumpathreader.h work/qlumpathreader.cpp
     work/qlumsnapshot.h work/qlumsnapshot.cpp

@@ -1,5 +1,5 @@
+#include <app/api/qlumnodeaddress.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/dataaccess/work/qlumnodeaddress.h>
 #include <plugins/dataaccess/work/qlumnodelist.h>
 #include <plugins/dataaccess/work/qlumpathreader.h>
 #include <tests/gui/dataaccesswork/workfixture.h>

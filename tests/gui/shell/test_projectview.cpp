@@ -76,8 +76,9 @@ TEST_F(ProjectView, TheProjectsContextMenuOffersWhatBelongsToTheNodeEachByAKeyOf
         }
         return result.join(QLatin1Char(' '));
     };
-    EXPECT_EQ(names(server), QStringLiteral("connectServer disconnectServer serverProperties changeUser "
-                                            "diagnoseServer role rename removeServer addServer addDocument"));
+    EXPECT_EQ(names(server),
+              QStringLiteral("connectServer disconnectServer serverProperties changeUser "
+                             "diagnoseServer findNode role rename removeServer addServer addDocument"));
     EXPECT_EQ(names(window->projectModel()->documents().first()),
               QStringLiteral("rename removeDocument addServer addDocument"));
     EXPECT_EQ(names(nullptr), QStringLiteral("addServer addDocument"));

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumnodeaddress.h>
+#include <app/api/qlumnodeaddress.h>
 
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_identifiers.h>
