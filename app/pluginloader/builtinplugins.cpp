@@ -5,6 +5,7 @@
 #include <plugins/history/qlumhistoryplugin.h>
 #include <plugins/methods/qlummethodplugin.h>
 #include <plugins/references/qlumreferenceplugin.h>
+#include <plugins/serverdiagnostics/qlumserverdiagnosticplugin.h>
 
 #include <QtPlugin>
 

@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 7> tools{{
+constexpr std::array<QlumPlannedTool, 6> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -40,14 +40,6 @@ constexpr std::array<QlumPlannedTool, 7> tools{{
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
          "<b>Image Viewer</b><br>Shows the pictures that a server offers as values of variables.")},
-    {QlumPlannedTool::Document, "QlumServerDiagnosticPlugin", "Server Diagnostic Plugin",
-     "Server Diagnostics View",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "The server diagnostics view is not part of this version. Its values are below "
-                       "Server in the address space."),
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "<b>Server Diagnostics View</b><br>Shows what a server tells of itself: its status, "
-                       "sessions and subscriptions.")},
     {QlumPlannedTool::Document, "QlumDataLoggerPlugin", "Data Logger Plugin", "Data Logger View",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The data logger view is not part of this version."),
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
@@ -106,6 +98,5 @@ QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDaPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumPerformancePlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumServerDiagnosticPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDataLoggerPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumGDSPlugin)

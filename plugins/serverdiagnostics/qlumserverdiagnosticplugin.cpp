@@ -1,0 +1,121 @@
+#include <plugins/serverdiagnostics/qlumserverdiagnosticplugin.h>
+
+#include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumsettingsregistry.h>
+#include <plugins/serverdiagnostics/qlumdiagnosticsettings.h>
+
+#include <utility>
+
+namespace {
+const QString diagnosticsView = QStringLiteral("Server Diagnostics View");
+}
+
+QlumServerDiagnosticPlugin::QlumServerDiagnosticPlugin()
+    : QlumServerDiagnosticPlugin(qlumApplicationServices())
+{
+}
+
+QlumServerDiagnosticPlugin::QlumServerDiagnosticPlugin(QlumSessionServicesProvider services,
+                                                       QlumAskEndpoints endpoints)
+    : m_services(std::move(services)), m_endpoints(std::move(endpoints)), m_selected(qlumNoServer)
+{
+    setObjectName(QStringLiteral("QlumServerDiagnosticPlugin"));
+}
+
+QlumServerDiagnosticPlugin::~QlumServerDiagnosticPlugin() = default;
+
+void QlumServerDiagnosticPlugin::init(QlumApplicationInterface* app)
+{
+    m_app = app;
+    m_pools = std::make_shared<QlumServerPools>();
+    registerSettings();
+}
+
+void QlumServerDiagnosticPlugin::shutdown()
+{
+    for (QlumServerDiagnosticWidget* const document : documents())
+        delete document; // whoever has kept one: what it calls ends here
+    m_pools.reset();
+    m_app = nullptr;
+}
+
+QString QlumServerDiagnosticPlugin::name()
+{
+    return QStringLiteral("Server Diagnostic Plugin");
+}
+
+void QlumServerDiagnosticPlugin::registerSettings()
+{
+    constexpr double day = 86400; // s
+    qlumRegisterSettings({QStringLiteral("serverdiagnostics"),
+                          tr("Server &Diagnostics"),
+                          {QlumSettingRow::number(QlumDiagnosticSettings::forgottenAfter,
+                                                  {tr("&Forgotten sessions after:"),
+                                                   tr("A session of this application that has had no contact "
+                                                      "with its server for so long is pointed "
+                                                      "out as forgotten.")},
+                                                  1, day, tr(" s"))}});
+}
+
+// ---- documents
+
+QStringList QlumServerDiagnosticPlugin::documentTypes()
+{
+    return {diagnosticsView};
+}
+
+QWidget* QlumServerDiagnosticPlugin::createDocument(const QString& type)
+{
+    if (type != diagnosticsView || !m_app)
+        return nullptr;
+    auto* document = new QlumServerDiagnosticWidget(*m_app, m_pools, m_services, m_endpoints);
+    for (auto state = m_states.cbegin(); state != m_states.cend(); ++state)
+        document->sessionStatusChanged(state.key(), state.value());
+    document->serverSelectionChanged(m_selected);
+    m_documents.append(document);
+    return document;
+}
+
+QString QlumServerDiagnosticPlugin::description(const QString& type)
+{
+    return type == diagnosticsView
+               ? tr("<b>Server Diagnostics View</b><br>Shows what a server tells of itself: its status and "
+                    "limits, who is connected, what each session and subscription does, and its endpoints.")
+               : QString();
+}
+
+QList<QlumServerDiagnosticWidget*> QlumServerDiagnosticPlugin::documents()
+{
+    m_documents.removeAll(QPointer<QlumServerDiagnosticWidget>());
+    QList<QlumServerDiagnosticWidget*> open;
+    for (const QPointer<QlumServerDiagnosticWidget>& document : qAsConst(m_documents))
+        open.append(document);
+    return open;
+}
+
+// ---- servers
+
+void QlumServerDiagnosticPlugin::serverSelectionChanged(unsigned int serverId)
+{
+    m_selected = serverId;
+    for (QlumServerDiagnosticWidget* const document : documents())
+        document->serverSelectionChanged(serverId);
+}
+
+void QlumServerDiagnosticPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
+                                                      const NamespaceMap&)
+{
+    m_states.insert(serverId, status);
+    for (QlumServerDiagnosticWidget* const document : documents())
+        document->sessionStatusChanged(serverId, status);
+}
+
+void QlumServerDiagnosticPlugin::sessionRemoved(unsigned int serverId)
+{
+    m_states.remove(serverId);
+    if (m_selected == serverId)
+        m_selected = qlumNoServer;
+    for (QlumServerDiagnosticWidget* const document : documents())
+        document->sessionRemoved(serverId);
+    m_pools->endServer(serverId);
+}
