@@ -240,12 +240,18 @@ QString QlumServerDiagnosticWidget::sessionNote(const QlumSessionReading& readin
     QString note = reading.hint;
     if (m_sessions->rowCount() == 0)
         note = tr("The server tells of no session.") + QLatin1Char(' ') + note;
-    if (const int forgotten = m_sessions->forgottenCount(); forgotten > 0)
+    const unsigned int limit = QlumDiagnosticSettings::forgottenAfter.value();
+    const int forgotten = m_sessions->forgottenCount();
+    if (forgotten == 1)
         note += QLatin1Char(' ') +
-                tr("%n sessions of this application have had no contact for %1 s or more: they "
-                   "look forgotten, and go when their time-out is over.",
-                   nullptr, forgotten)
-                    .arg(QlumDiagnosticSettings::forgottenAfter.value());
+                tr("A session of this application has had no contact for %1 s or more: it looks "
+                   "forgotten, and goes when its time-out is over.")
+                    .arg(limit);
+    else if (forgotten > 1)
+        note += QLatin1Char(' ') +
+                tr("%1 sessions of this application have had no contact for %2 s or more: they "
+                   "look forgotten, and go when their time-out is over.")
+                    .arg(QString::number(forgotten), QString::number(limit));
     return note;
 }
 

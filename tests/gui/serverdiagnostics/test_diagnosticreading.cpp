@@ -44,7 +44,7 @@ TEST_F(DiagnosticReading, ArraysGiveTheTableOfSessionsWithTheOwnAndForgottenOnes
     EXPECT_EQ(cell(0, QlumSessionTable::Note), "") << "of another application";
     EXPECT_EQ(cell(1, QlumSessionTable::Security), "Sign, Basic256Sha256");
     EXPECT_EQ(cell(1, QlumSessionTable::User), "operator");
-    EXPECT_TRUE(note(view.sessionChooser()).contains("look forgotten"));
+    EXPECT_TRUE(note(view.sessionChooser()).contains("looks forgotten"));
     EXPECT_EQ(view.sessionChooser()->key(), toQString(idOf("Bench").toXmlString()));
     EXPECT_EQ(valueOf(view.sessionPanel(), "SessionName"), "Bench now") << "of its nodes";
     EXPECT_EQ(valueOf(view.sessionPanel(), "ReadCount"), "Total 10 / Error 1");
