@@ -161,6 +161,11 @@ void QlumDiagnosticChooser::setReading(bool isReading)
     m_reading->setVisible(isReading);
 }
 
+void QlumDiagnosticChooser::setOnline(bool isOnline)
+{
+    m_refresh->setEnabled(isOnline);
+}
+
 void QlumDiagnosticChooser::setNote(const QString& note)
 {
     m_noteText = note;

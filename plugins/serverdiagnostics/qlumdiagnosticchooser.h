@@ -43,6 +43,8 @@ public:
     bool update(const std::function<void()>& change);
     /// The list is being read anew, or no longer.
     void setReading(bool isReading);
+    /// Whether the list can be read anew.
+    void setOnline(bool isOnline);
     /// What there is to be said about the list; empty for nothing. That the chosen row has gone is said
     /// besides, until another one is chosen.
     void setNote(const QString& note);

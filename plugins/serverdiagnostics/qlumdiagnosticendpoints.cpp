@@ -37,8 +37,8 @@ QString titleOf(const OpcUa_ApplicationDescription& server)
 
 QString titleOf(const OpcUa_EndpointDescription& endpoint)
 {
-    const QString mode = qlumSecurityModeName(endpoint.SecurityMode);
-    const QString policy = qlumPolicyName(toQString(UaString(endpoint.SecurityPolicyUri)));
+    const QString mode = qlumDiagnosticMode(endpoint.SecurityMode);
+    const QString policy = qlumDiagnosticPolicy(toQString(UaString(endpoint.SecurityPolicyUri)));
     return entry(toQString(UaString(endpoint.EndpointUrl)),
                  policy == mode ? mode : QStringLiteral("%1, %2").arg(policy, mode));
 }
@@ -174,6 +174,11 @@ void QlumDiagnosticEndpoints::take(const QlumEndpointReading& reading)
 void QlumDiagnosticEndpoints::setReading(bool isReading)
 {
     m_reading->setVisible(isReading);
+}
+
+void QlumDiagnosticEndpoints::setOnline(bool isOnline)
+{
+    m_refresh->setEnabled(isOnline);
 }
 
 void QlumDiagnosticEndpoints::clear()

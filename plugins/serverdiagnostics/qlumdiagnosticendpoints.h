@@ -26,6 +26,8 @@ public:
     void take(const QlumEndpointReading& reading);
     /// New answers are awaited, or no longer.
     void setReading(bool isReading);
+    /// Whether the server can be asked again.
+    void setOnline(bool isOnline);
     /// Shows nothing.
     void clear();
     /// All descriptions as text.

@@ -32,7 +32,7 @@ public:
 
 private:
     friend class QlumDiagnosticModel;
-    bool m_isGroup = false; ///< its children are rows, not parts of a value
+    bool m_isGroup = false;                 ///< its children are rows, not parts of a value
     std::optional<OpcUa_UInt32> m_count;    ///< that a counter had come to
     QlumDiagnosticClock::time_point m_time; ///< and when
 };

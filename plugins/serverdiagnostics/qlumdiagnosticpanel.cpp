@@ -5,11 +5,13 @@
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
 
+#include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QModelIndex>
+#include <QPushButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -36,8 +38,13 @@ QlumDiagnosticPanel::QlumDiagnosticPanel(const Names& names, QlumViewState& stat
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
     const int em = fontMetrics().averageCharWidth();
-    m_view->header()->resizeSection(QlumDiagnosticModel::Parameter, em * 34);
-    m_view->header()->resizeSection(QlumDiagnosticModel::Value, em * 30);
+    QHeaderView* const header = m_view->header();
+    header->resizeSection(QlumDiagnosticModel::Parameter, em * 34);
+    if (names.columns.size() > QlumDiagnosticModel::More) { // whatever stands beside the value is seen, too
+        header->setStretchLastSection(false);
+        header->setSectionResizeMode(QlumDiagnosticModel::Value, QHeaderView::Stretch);
+        header->resizeSection(QlumDiagnosticModel::More, em * 20);
+    }
     makeActions();
     qlumMakeTable(m_view, {{}, names.object, &state, names.object});
     auto* layout = new QVBoxLayout(this);
@@ -61,6 +68,29 @@ void QlumDiagnosticPanel::makeActions()
 void QlumDiagnosticPanel::addBelow(QWidget* widget)
 {
     layout()->addWidget(widget);
+}
+
+void QlumDiagnosticPanel::addCertificateButton(const QString& label)
+{
+    auto* button = new QPushButton(tr("Show &Certificate"), this);
+    button->setObjectName(objectName() + QStringLiteral("Certificate"));
+    button->setToolTip(tr("Show what the certificate of the client says"));
+    button->setWhatsThis(button->toolTip());
+    layout()->addWidget(button);
+    layout()->setAlignment(button, Qt::AlignLeft);
+    const auto update = [this, button, label] {
+        const QlumDiagnosticItem* const item = m_model->find(label);
+        const QlumToolServices* const tools = QlumToolServices::instance();
+        button->setVisible(tools && tools->canShowCertificate());
+        button->setEnabled(item && item->bytes.length() > 0);
+    };
+    connect(m_model, &QAbstractItemModel::dataChanged, button, update);
+    connect(button, &QPushButton::clicked, this, [this, label] {
+        const QlumDiagnosticItem* const item = m_model->find(label);
+        if (QlumToolServices* const tools = QlumToolServices::instance(); tools && item)
+            tools->showCertificate(item->bytes);
+    });
+    update();
 }
 
 void QlumDiagnosticPanel::setReading(bool isReading)

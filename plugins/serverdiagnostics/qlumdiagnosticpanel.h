@@ -36,6 +36,8 @@ public:
     void setReading(bool isReading);
     /// Of whose nodes the rows are.
     void setServer(unsigned int serverId) { m_serverId = serverId; }
+    /// A button below the rows that shows the certificate in the row with that label.
+    void addCertificateButton(const QString& label);
     /// A widget below the rows.
     void addBelow(QWidget* widget);
 

@@ -11,6 +11,7 @@
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 #include <QCoreApplication>
 #include <QHash>
@@ -67,8 +68,8 @@ void fillSecurity(QlumSessionRow& row, const UaExtensionObject& object)
     const auto& from = *static_cast<const OpcUa_SessionSecurityDiagnosticsDataType*>(structure);
     row.security = object;
     row.user = toQString(UaString(from.ClientUserIdOfSession));
-    row.securityMode = qlumSecurityModeName(from.SecurityMode);
-    row.securityPolicy = qlumPolicyName(toQString(UaString(from.SecurityPolicyUri)));
+    row.securityMode = qlumDiagnosticMode(from.SecurityMode);
+    row.securityPolicy = qlumDiagnosticPolicy(toQString(UaString(from.SecurityPolicyUri)));
 }
 
 // The elements of that type; the number of those that are something else.
@@ -252,7 +253,10 @@ void QlumDiagnosticReader::judge(const UaDateTime& now, QlumSessionReading& read
 
 QlumDetailReading QlumDiagnosticReader::readSession(const QlumSessionRow& row)
 {
+    const UaDataValue absent(UaVariant(), OpcUa_BadNodeIdUnknown);
     QlumDetailReading reading;
+    reading.values.assign(qlumSessionRows().size(), absent);
+    reading.security.assign(qlumSessionSecurityRows().size(), absent);
     if (!row.objectId.isNull()) {
         const auto groups = readChildren(
             {{row.objectId, "SessionDiagnostics", qlumSessionRows(), wrongDiagnostics},
@@ -260,17 +264,9 @@ QlumDetailReading QlumDiagnosticReader::readSession(const QlumSessionRow& row)
         reading.values = groups[0];
         reading.security = groups[1];
     }
-    const auto isAbsent = [](const std::vector<UaDataValue>& values) {
-        return std::all_of(values.begin(), values.end(), [](const UaDataValue& value) {
-            return value.statusCode().code() == OpcUa_BadNodeIdUnknown ||
-                   value.statusCode().code() == OpcUa_BadServiceUnsupported;
-        });
-    };
-    // of a server without these nodes as the list has it
-    if (reading.values.empty() || (isAbsent(reading.values) && !row.diagnostics.isNull()))
-        reading.values = qlumFieldValues(row.diagnostics, qlumSessionRows());
-    if (reading.security.empty() || (isAbsent(reading.security) && !row.security.isNull()))
-        reading.security = qlumFieldValues(row.security, qlumSessionSecurityRows());
+    // what has no node as the list has it
+    qlumFillAbsent(reading.values, row.diagnostics, qlumSessionRows());
+    qlumFillAbsent(reading.security, row.security, qlumSessionSecurityRows());
     reading.time = QlumDiagnosticClock::now();
     return reading;
 }

@@ -9,6 +9,7 @@
 #include <plugins/serverdiagnostics/qlumserverdiagnosticwidget.h>
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/ualocalizedtext.h>
+#include <uabase/values/uavariant.h>
 
 #include <QCoreApplication>
 #include <QHash>
@@ -197,15 +198,10 @@ void QlumDiagnosticReader::readSubscriptionsOfSessions(QlumSubscriptionReading& 
 QlumDetailReading QlumDiagnosticReader::readSubscription(const QlumSubscriptionRow& row)
 {
     QlumDetailReading reading;
+    reading.values.assign(qlumSubscriptionRows().size(), UaDataValue(UaVariant(), OpcUa_BadNodeIdUnknown));
     if (!row.nodeId.isNull())
         reading.values = readChildren({{row.nodeId, nullptr, qlumSubscriptionRows(), wrongChildren}})[0];
-    const bool isAbsent =
-        std::all_of(reading.values.begin(), reading.values.end(), [](const UaDataValue& value) {
-            return value.statusCode().code() == OpcUa_BadNodeIdUnknown ||
-                   value.statusCode().code() == OpcUa_BadServiceUnsupported;
-        });
-    if (reading.values.empty() || (isAbsent && !row.diagnostics.isNull()))
-        reading.values = qlumFieldValues(row.diagnostics, qlumSubscriptionRows());
+    qlumFillAbsent(reading.values, row.diagnostics, qlumSubscriptionRows());
     reading.time = QlumDiagnosticClock::now();
     return reading;
 }

@@ -126,7 +126,8 @@ QlumDiagnosticText arrayText(const UaVariant& value, const UaEnumDefinition& enu
         part.label = elementLabel(element, i);
         text.parts.push_back(std::move(part));
     }
-    text.text = ValueTexts::tr("%n elements", nullptr, static_cast<int>(value.elementCount()));
+    text.text = value.elementCount() == 1 ? ValueTexts::tr("1 element")
+                                          : ValueTexts::tr("%1 elements").arg(value.elementCount());
     return text;
 }
 
@@ -258,17 +259,29 @@ std::vector<UaDataValue> qlumFieldValues(const UaExtensionObject& structure,
     return values;
 }
 
+void qlumFillAbsent(std::vector<UaDataValue>& values, const UaExtensionObject& structure,
+                    std::span<const QlumDetailRow> rows)
+{
+    if (structure.isNull())
+        return;
+    const std::vector<UaDataValue> fields = qlumFieldValues(structure, rows);
+    for (std::size_t i = 0; i < values.size() && i < fields.size(); ++i)
+        if (const OpcUa_StatusCode status = values[i].statusCode().code();
+            status == OpcUa_BadNodeIdUnknown || status == OpcUa_BadServiceUnsupported)
+            values[i] = fields[i];
+}
+
 QString qlumDiagnosticName(const QString& name)
 {
     return qlumCutText(qlumSingleLine(name));
 }
 
-QString qlumPolicyName(const QString& uri)
+QString qlumDiagnosticPolicy(const QString& uri)
 {
     return uri.mid(uri.lastIndexOf(QLatin1Char('#')) + 1);
 }
 
-QString qlumSecurityModeName(OpcUa_MessageSecurityMode mode)
+QString qlumDiagnosticMode(OpcUa_MessageSecurityMode mode)
 {
     return numberName(mode, nullptr, uaNamespaceZeroEnum(uaNamespaceZeroDataType("MessageSecurityMode")));
 }

@@ -43,12 +43,15 @@ struct QlumDiagnosticContext
 /// The fields of a structure of the standard by rows; BadNodeIdUnknown where there is none.
 [[nodiscard]] std::vector<UaDataValue> qlumFieldValues(const UaExtensionObject& structure,
                                                        std::span<const QlumDetailRow> rows);
+/// Puts fields of a structure in the place of values whose nodes are not there.
+void qlumFillAbsent(std::vector<UaDataValue>& values, const UaExtensionObject& structure,
+                    std::span<const QlumDetailRow> rows);
 /// A name that a server gives, in one line that fits a cell.
 [[nodiscard]] QString qlumDiagnosticName(const QString& name);
 /// Of a security policy's URI the part that tells it apart.
-[[nodiscard]] QString qlumPolicyName(const QString& uri);
+[[nodiscard]] QString qlumDiagnosticPolicy(const QString& uri);
 /// "None", "Sign" ...
-[[nodiscard]] QString qlumSecurityModeName(OpcUa_MessageSecurityMode mode);
+[[nodiscard]] QString qlumDiagnosticMode(OpcUa_MessageSecurityMode mode);
 /// How much a counter has risen in a second: "12.5"; empty when that cannot be said.
 [[nodiscard]] QString qlumRateText(double rate);
 /// How much a counter has risen in a second; negative when that cannot be said, since it has begun anew.

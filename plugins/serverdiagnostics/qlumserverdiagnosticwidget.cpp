@@ -176,7 +176,10 @@ QWidget* QlumServerDiagnosticWidget::makeSessionPage()
          tr("The sessions of a connected server appear here."), tr("The session that was shown has ended.")},
         m_sessions, *m_state);
     m_sessionPanel = makeDetails(QStringLiteral("sessionDiagnostics"), tr("Session Diagnostics"));
-    m_securityPanel = makeDetails(QStringLiteral("sessionSecurity"), tr("Session Security Diagnostics"));
+    const QString security = tr("Session Security Diagnostics");
+    m_securityPanel = new QlumDiagnosticPanel(
+        {QStringLiteral("sessionSecurity"), security, security, {tr("Parameter"), tr("Value")}}, *m_state);
+    m_securityPanel->addCertificateButton(QStringLiteral("ClientCertificate"));
     for (const QlumDetailRow& row : qlumSessionRows())
         m_sessionPanel->model()->addRow(QLatin1String(row.label), row.kind);
     for (const QlumDetailRow& row : qlumSessionSecurityRows())
@@ -245,5 +248,4 @@ void QlumServerDiagnosticWidget::connectParts()
     });
     connect(m_endpoints, &QlumDiagnosticEndpoints::refreshClicked, this,
             &QlumServerDiagnosticWidget::getServersAndEndpoints);
-    connect(m_tabs, &QTabWidget::currentChanged, this, [this] { m_application.setModified(); });
 }

@@ -125,6 +125,7 @@ private:
     void readSession();
     void readSubscription();
     void getServersAndEndpoints();
+    void setAsking(bool isAsking);
     void createSubscription();
     void dropSubscription();
     void readShown();
@@ -184,6 +185,7 @@ private:
     QTimer m_countTimer;
     bool m_areSessionsOld = false;
     bool m_areSubscriptionsOld = false;
+    bool m_isAsking = false;    ///< for servers and endpoints
     bool m_isListing = false;   ///< servers, which the user has not chosen
     QlumJobPool m_endpointPool; ///< of its own, for its connections; last: joined first
 };

@@ -102,7 +102,7 @@ void QlumServerDiagnosticWidget::giveUp()
             showReading(static_cast<Reading>(what), false);
         }
     m_endpointPool.cancelAll();
-    m_endpoints->setReading(false);
+    setAsking(false);
     m_countTimer.stop();
 }
 
@@ -120,7 +120,7 @@ void QlumServerDiagnosticWidget::ended(Reading what)
 
 bool QlumServerDiagnosticWidget::isReading() const
 {
-    return m_endpointPool.pending() > 0 ||
+    return m_isAsking ||
            std::any_of(
                m_tickets.begin(), m_tickets.end(), [](QlumJobPool::Ticket ticket) { return ticket != 0; });
 }
@@ -182,8 +182,15 @@ void QlumServerDiagnosticWidget::getServersAndEndpoints()
             if (const std::shared_ptr<QlumSessionServices> services = provider(id))
                 job.post([this, reading = ask(*services, job)] { m_endpoints->take(reading); });
         },
-        [this](QlumWorkEnd) { m_endpoints->setReading(false); });
-    m_endpoints->setReading(true);
+        [this](QlumWorkEnd) { setAsking(false); });
+    setAsking(true);
+}
+
+void QlumServerDiagnosticWidget::setAsking(bool isAsking)
+{
+    m_isAsking = isAsking;
+    m_endpoints->setReading(isAsking);
+    m_heading->setActivity(isReading() ? tr("reading...") : QString());
 }
 
 // ---- sessions
@@ -233,12 +240,18 @@ QString QlumServerDiagnosticWidget::sessionNote(const QlumSessionReading& readin
     QString note = reading.hint;
     if (m_sessions->rowCount() == 0)
         note = tr("The server tells of no session.") + QLatin1Char(' ') + note;
-    if (const int forgotten = m_sessions->forgottenCount(); forgotten > 0)
+    const unsigned int limit = QlumDiagnosticSettings::forgottenAfter.value();
+    const int forgotten = m_sessions->forgottenCount();
+    if (forgotten == 1)
         note += QLatin1Char(' ') +
-                tr("%n sessions of this application have had no contact for %1 s or more: they "
-                   "look forgotten, and go when their time-out is over.",
-                   nullptr, forgotten)
-                    .arg(QlumDiagnosticSettings::forgottenAfter.value());
+                tr("A session of this application has had no contact for %1 s or more: it looks "
+                   "forgotten, and goes when its time-out is over.")
+                    .arg(limit);
+    else if (forgotten > 1)
+        note += QLatin1Char(' ') +
+                tr("%1 sessions of this application have had no contact for %2 s or more: they "
+                   "look forgotten, and go when their time-out is over.")
+                    .arg(QString::number(forgotten), QString::number(limit));
     return note;
 }
 

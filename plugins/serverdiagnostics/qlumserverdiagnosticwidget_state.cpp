@@ -182,6 +182,9 @@ void QlumServerDiagnosticWidget::updateState()
                 : tr("There is no connection to %1. Connect it to see what it tells of itself.").arg(name));
     m_offline->setVisible(!isUp());
     m_actions[Refresh]->setEnabled(isUp());
+    m_sessionChooser->setOnline(isUp());
+    m_subscriptionChooser->setOnline(isUp());
+    m_endpoints->setOnline(isUp());
     m_actions[KeepServer]->setEnabled(hasServer);
     m_actions[CopyReport]->setEnabled(hasServer);
     m_actions[SaveReport]->setEnabled(hasServer);

@@ -44,11 +44,12 @@ TEST_F(DiagnosticReading, ArraysGiveTheTableOfSessionsWithTheOwnAndForgottenOnes
     EXPECT_EQ(cell(0, QlumSessionTable::Note), "") << "of another application";
     EXPECT_EQ(cell(1, QlumSessionTable::Security), "Sign, Basic256Sha256");
     EXPECT_EQ(cell(1, QlumSessionTable::User), "operator");
-    EXPECT_TRUE(note(view.sessionChooser()).contains("look forgotten"));
+    EXPECT_TRUE(note(view.sessionChooser()).contains("looks forgotten"));
     EXPECT_EQ(view.sessionChooser()->key(), toQString(idOf("Bench").toXmlString()));
     EXPECT_EQ(valueOf(view.sessionPanel(), "SessionName"), "Bench now") << "of its nodes";
     EXPECT_EQ(valueOf(view.sessionPanel(), "ReadCount"), "Total 10 / Error 1");
-    EXPECT_EQ(valueOf(view.sessionPanel(), "EndpointUrl"), "Node does not exist");
+    EXPECT_EQ(valueOf(view.sessionPanel(), "ActualSessionTimeout"), "60000")
+        << "has no node, but is in the list";
     EXPECT_EQ(valueOf(view.securityPanel(), "ClientUserIdOfSession"), "guest");
 
     view.sessionChooser()->choose(toQString(idOf("Line").toXmlString()));
@@ -129,6 +130,7 @@ TEST_F(DiagnosticReading, WrongNamesAndTypesOfSubscriptionsAreUsedAndLogged)
     connectView();
     EXPECT_EQ(names(*view.subscriptions()), "77");
     EXPECT_EQ(valueOf(view.subscriptionPanel(), "SubscriptionId"), "77");
+    EXPECT_EQ(valueOf(view.subscriptionPanel(), "Priority"), "Node does not exist");
     EXPECT_EQ(application.said(),
               QStringList("The TypeDefinition of SubscriptionDiagnostics node "
                           "'ns=2;s=i=2290.77' is wrong, should be SubscriptionDiagnosticsType "

@@ -25,6 +25,7 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QListWidget>
+#include <QObject>
 #include <QPushButton>
 #include <QSettings>
 #include <QString>
