@@ -19,6 +19,7 @@
 #include <uawidgets/editors/qlumcontextreader.h>
 #include <uawidgets/editors/qlumvaluedialog.h>
 #include <uawidgets/editors/qlumvalueeditor.h>
+#include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlummessagebar.h>
 
 #include <QAction>
