@@ -42,7 +42,7 @@ constexpr std::size_t contextsPerStep = 200;
 constexpr int maximumStored = 20'000;
 const QLatin1String stagedTopic("staged");
 
-/// A staged value whose node is to be described.
+// A staged value whose node is to be described.
 struct ToDescribe
 {
     quint64 key = 0;
@@ -53,7 +53,7 @@ using ByServer = std::map<unsigned int, std::vector<ToDescribe>>;
 struct Described
 {
     quint64 key = 0;
-    std::shared_ptr<const QlumValueContext> context; ///< null: see fault
+    std::shared_ptr<const QlumValueContext> context; // null: see fault
     QString fault;
 };
 
