@@ -162,7 +162,7 @@ public:
         end();
         return status;
     }
-    /// Of all so far, with the one under way.
+    // Of all so far, with the one under way.
     [[nodiscard]] qint64 inCalls() const
     {
         const qint64 since = begun;
@@ -176,7 +176,7 @@ private:
     void end() { ended += clock.nsecsElapsed() - begun.exchange(0); }
 
     const std::shared_ptr<QlumSessionServices> m_services;
-    std::atomic<qint64> begun = 0; ///< 0: none is under way
+    std::atomic<qint64> begun = 0; // 0: none is under way
     std::atomic<qint64> ended = 0;
 };
 

@@ -19,6 +19,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QModelIndex>
 #include <QPushButton>
 #include <QString>
 #include <QStringList>
@@ -80,8 +81,10 @@ TEST_F(FindOnDemoServer, FindsReadsAndRevealsANode)
     EXPECT_EQ(nodes.serverId, serverId);
     ASSERT_EQ(nodes.nodes.size(), 1U);
 
-    emit part<QTreeView>("foundNodes")->activated(found().index(0, 0));
-    EXPECT_EQ(tree("Address Space")->currentIndex().data(), "Temperature");
+    const QModelIndex first = found().index(0, 0);
+    part<QTreeView>("foundNodes")->setCurrentIndex(first);
+    emit part<QTreeView>("foundNodes")->activated(first);
+    EXPECT_EQ(tree("Address Space")->currentIndex().data().toString(), first.data().toString());
     part<QLineEdit>("treeFinderText")->setText("/Objects/2:Demo/2:DataAccess/nothing");
     QTest::keyClick(part<QLineEdit>("treeFinderText"), Qt::Key_Return);
     EXPECT_TRUE(QTest::qWaitFor(

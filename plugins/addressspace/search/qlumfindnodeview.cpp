@@ -12,6 +12,7 @@
 #include <uawidgets/qlumnodecommands.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/table/qlumemptytext.h>
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 
@@ -48,6 +49,7 @@ QlumFindNodeView::QlumFindNodeView(QlumSessionServicesProvider services, QWidget
       m_search(new QlumNodeSearch(std::move(services), this))
 {
     setObjectName(QStringLiteral("findNode"));
+    setMinimumWidth(300); // the fields ask for more than a narrow window has
     auto* top = new QHBoxLayout;
     auto* fields = new QVBoxLayout;
     fields->setSpacing(4);
@@ -372,6 +374,8 @@ void QlumFindNodeView::tellEnd()
     const QlumServerCrawl* known = crawl(m_searched);
     if (!known || known->isRunning() || m_search->isRunning())
         return;
+    if (auto* empty = m_table->findChild<QlumEmptyText*>())
+        empty->setText(tr("No node was found for which all that the fields say is true."));
     const QlumCrawlState& state = known->state();
     if (!m_search->failure().isEmpty())
         m_messages->tell({QlumMessage::Error, searchTopic, tr("The nodes could not be read."),
@@ -394,7 +398,7 @@ void QlumFindNodeView::tellEnd()
     else if (!state.remark.isEmpty())
         m_messages->tell(
             {QlumMessage::Warning, searchTopic, tr("Not all nodes were looked at."), state.remark, {}, {}});
-    else if (state.phase == QlumCrawlState::Ended)
+    else if (state.phase == QlumCrawlState::Ended || m_search->wasCancelled())
         m_messages->tell({QlumMessage::Note, searchTopic, tr("The search was cancelled."),
                           tr("Only a part of the nodes was looked at."), tr("Read A&gain"),
                           [this] { readAgain(); }});

@@ -117,7 +117,7 @@ private:
         OpcUa_UInt16 nodeClass = 0;
     };
 
-    // of callers that hold the lock
+    /// Of callers that hold the lock, as those that follow.
     [[nodiscard]] Node nodeAt(Number number) const;
     [[nodiscard]] std::string_view textAt(const Text& text) const;
     [[nodiscard]] Text keep(std::string_view text);

@@ -172,6 +172,7 @@ bool QlumNodeSearch::start(unsigned int serverId, std::shared_ptr<const QlumNode
     m_hits = 0;
     m_tooHard = 0;
     m_failure.clear();
+    m_wasCancelled = false;
     m_serverId = serverId;
     const auto scan = std::make_shared<const Scan>(std::move(index), query, branch);
     m_patternError = scan->text.error();
@@ -184,7 +185,7 @@ bool QlumNodeSearch::start(unsigned int serverId, std::shared_ptr<const QlumNode
 
 void QlumNodeSearch::goOn()
 {
-    if (!m_scan || isCut() || !m_failure.isEmpty())
+    if (!m_scan || isCut() || m_wasCancelled || !m_failure.isEmpty())
         return;
     m_isDue = m_ticket != 0;
     if (m_isDue || m_next >= m_scan->index->size())
@@ -229,7 +230,7 @@ void QlumNodeSearch::goOn()
                           [this](QlumWorkEnd end) {
                               m_ticket = 0;
                               if (end == QlumWorkEnd::Cancelled)
-                                  m_failure = tr("It was cancelled by the user.");
+                                  m_wasCancelled = true;
                               if (end == QlumWorkEnd::Done && m_isDue)
                                   goOn();
                               if (m_ticket == 0)

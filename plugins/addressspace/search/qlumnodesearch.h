@@ -86,6 +86,8 @@ public:
     [[nodiscard]] std::size_t tooHard() const { return m_tooHard; }
     /// Why details could not be read; empty when they could.
     [[nodiscard]] QString failure() const { return m_failure; }
+    /// Whether the user has ended it among the running work.
+    [[nodiscard]] bool wasCancelled() const { return m_wasCancelled; }
     /// Why start() was false.
     [[nodiscard]] QString patternError() const { return m_patternError; }
 
@@ -108,6 +110,7 @@ private:
     std::size_t m_tooHard = 0;
     QString m_failure;
     QString m_patternError;
+    bool m_wasCancelled = false;
     bool m_isDue = false; ///< the index has grown since the job began
     QlumJobPool::Ticket m_ticket = 0;
     QlumJobPool m_pool; ///< last: its work ends first
