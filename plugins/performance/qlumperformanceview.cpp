@@ -3,8 +3,8 @@
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumdocumentservers.h>
 #include <app/api/qlumtext.h>
-#include <plugins/performance/qlumcomparisonmodel.h>
 #include <plugins/performance/qlumperformancepanel.h>
+#include <plugins/performance/qlumruncomparisonmodel.h>
 #include <plugins/performance/qlumrunmodel.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
@@ -61,7 +61,7 @@ QlumPerformanceView::QlumPerformanceView(QlumApplicationInterface& application,
       m_work(new QlumPerformanceWork(std::move(services), this)),
       m_nodes(
           new QlumMeasuredNodesModel([this](unsigned int id) { return m_application.serverName(id); }, this)),
-      m_runs(new QlumRunModel(this)), m_figures(new QlumComparisonModel(this)),
+      m_runs(new QlumRunModel(this)), m_figures(new QlumRunComparisonModel(this)),
       m_sortedRuns(new QlumTableFilter(this)), m_heading(new QlumViewHeading(this)),
       m_messages(new QlumMessageBar(this)), m_panel(new QlumPerformancePanel(m_nodes, m_state))
 {
@@ -164,7 +164,7 @@ QWidget* QlumPerformanceView::makeFigures()
     view->setModel(m_figures);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->verticalHeader()->hide();
-    view->setColumnWidth(QlumComparisonModel::Figure, view->fontMetrics().averageCharWidth() * 42);
+    view->setColumnWidth(QlumRunComparisonModel::Figure, view->fontMetrics().averageCharWidth() * 42);
     view->setContextMenuPolicy(Qt::ActionsContextMenu);
     qlumMakeTable(view, {tr("Measure, and select the run in the table below."), QStringLiteral("figures"),
                          m_state, QStringLiteral("figures"), false});

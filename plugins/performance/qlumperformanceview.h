@@ -28,7 +28,7 @@ class QLabel;
 class QTabWidget;
 class QTableView;
 class QlumBarPlot;
-class QlumComparisonModel;
+class QlumRunComparisonModel;
 class QlumMeasuredNodesModel;
 class QlumMessageBar;
 class QlumPerformancePanel;
@@ -111,7 +111,7 @@ private:
     QlumPerformanceWork* m_work;
     QlumMeasuredNodesModel* m_nodes;
     QlumRunModel* m_runs;
-    QlumComparisonModel* m_figures;
+    QlumRunComparisonModel* m_figures;
     QlumTableFilter* m_sortedRuns;
     QlumViewHeading* m_heading;
     QlumMessageBar* m_messages;

@@ -2,11 +2,11 @@
 // them.
 #include <app/api/qlumconnectionstatus.h>
 #include <opcua/opcua_attributes.h>
-#include <plugins/performance/qlumcomparisonmodel.h>
 #include <plugins/performance/qlumfigures.h>
 #include <plugins/performance/qlumperformancepanel.h>
 #include <plugins/performance/qlumperformanceview.h>
 #include <plugins/performance/qlumperformancework.h>
+#include <plugins/performance/qlumruncomparisonmodel.h>
 #include <plugins/performance/qlumrunmodel.h>
 #include <tests/support/modeltext.h>
 #include <tests/support/stubapplication.h>
@@ -118,8 +118,9 @@ TEST_F(PerformanceView, MeasuresOnlyWhatIsThereAndNamesTheRun)
     EXPECT_EQ(run.name, "Read 1");
     EXPECT_EQ(run.server, "Plc");
     EXPECT_EQ(run.figures.calls, 25u);
-    EXPECT_EQ(view->findChild<QTableView*>("figures")->model()->index(0, QlumComparisonModel::Value).data(),
-              "25")
+    EXPECT_EQ(
+        view->findChild<QTableView*>("figures")->model()->index(0, QlumRunComparisonModel::Value).data(),
+        "25")
         << "the newest run is shown";
     EXPECT_GT(application.modified, 0);
 }
@@ -206,17 +207,17 @@ TEST_F(PerformanceView, ComparesTwoRunsByDifferenceAndRatio)
     one.figures.duration = QlumSpread{100, 200, 200, 300, 300, 300, 10};
     QlumMeasurementRun two = one;
     two.figures.duration->median = 500;
-    QlumComparisonModel model;
+    QlumRunComparisonModel model;
     model.show(two, one);
     int row = 0;
     while (row < model.rowCount() && model.rowAt(row).name != "Duration: median")
         ++row;
     ASSERT_LT(row, model.rowCount());
-    EXPECT_EQ(model.index(row, QlumComparisonModel::Value).data(), "500 us");
-    EXPECT_EQ(model.index(row, QlumComparisonModel::Difference).data(), "300 us");
-    EXPECT_EQ(model.index(row, QlumComparisonModel::Ratio).data(), "2.500");
+    EXPECT_EQ(model.index(row, QlumRunComparisonModel::Value).data(), "500 us");
+    EXPECT_EQ(model.index(row, QlumRunComparisonModel::Difference).data(), "300 us");
+    EXPECT_EQ(model.index(row, QlumRunComparisonModel::Ratio).data(), "2.500");
     model.show(two, std::nullopt);
-    EXPECT_EQ(model.index(row, QlumComparisonModel::Ratio).data(), "-");
+    EXPECT_EQ(model.index(row, QlumRunComparisonModel::Ratio).data(), "-");
 }
 
 TEST_F(PerformanceView, TheProjectKeepsNodesFieldsAndRuns)

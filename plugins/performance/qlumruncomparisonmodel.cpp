@@ -1,4 +1,4 @@
-#include <plugins/performance/qlumcomparisonmodel.h>
+#include <plugins/performance/qlumruncomparisonmodel.h>
 
 #include <app/api/qlumtext.h>
 #include <plugins/performance/qlumfigures.h>
@@ -27,14 +27,14 @@ double failures(const QlumFigures& figures, OpcUa_StatusCode status)
 }
 } // namespace
 
-QlumComparisonModel::QlumComparisonModel(QObject* parent)
+QlumRunComparisonModel::QlumRunComparisonModel(QObject* parent)
     : QlumTableModel({tr("Figure"), tr("This Run"), tr("Compared With"), tr("Difference"), tr("Ratio")},
                      parent)
 {
 }
 
-void QlumComparisonModel::show(const std::optional<QlumMeasurementRun>& run,
-                               const std::optional<QlumMeasurementRun>& other)
+void QlumRunComparisonModel::show(const std::optional<QlumMeasurementRun>& run,
+                                  const std::optional<QlumMeasurementRun>& other)
 {
     std::deque<QlumComparedFigure> rows;
     if (!run)
@@ -90,7 +90,7 @@ void QlumComparisonModel::show(const std::optional<QlumMeasurementRun>& run,
     reset(std::move(rows));
 }
 
-QVariant QlumComparisonModel::cell(const QlumComparedFigure& figure, int column, int role) const
+QVariant QlumRunComparisonModel::cell(const QlumComparedFigure& figure, int column, int role) const
 {
     if (role == Qt::TextAlignmentRole && column != Figure)
         return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);

@@ -19,7 +19,7 @@ struct QlumComparedFigure
 };
 
 /// One row a figure. GUI thread.
-class QlumComparisonModel : public QlumTableModel<QlumComparedFigure>
+class QlumRunComparisonModel : public QlumTableModel<QlumComparedFigure>
 {
     Q_OBJECT
 public:
@@ -27,7 +27,7 @@ public:
     enum Column { Figure, Value, Other, Difference, Ratio };
 
     /// Without rows.
-    explicit QlumComparisonModel(QObject* parent = nullptr);
+    explicit QlumRunComparisonModel(QObject* parent = nullptr);
     /// Shows that run, and what it is compared with, if anything.
     void show(const std::optional<QlumMeasurementRun>& run, const std::optional<QlumMeasurementRun>& other);
 
