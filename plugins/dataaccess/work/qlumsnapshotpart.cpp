@@ -75,6 +75,7 @@ QWidget* QlumSnapshotPart::makePage()
     m_summary = new QLabel(page);
     m_summary->setObjectName(QStringLiteral("snapshotSummary"));
     m_summary->setTextFormat(Qt::PlainText);
+    m_summary->setWordWrap(true);
     auto* same = new QCheckBox(tr("Also what is the sa&me"), page);
     same->setObjectName(QStringLiteral("snapshotSame"));
     same->setToolTip(tr("Shows the rows without a difference, too."));
@@ -85,16 +86,21 @@ QWidget* QlumSnapshotPart::makePage()
     afterLabel->setBuddy(m_after);
     auto* choices = new QHBoxLayout;
     choices->setContentsMargins(4, 0, 4, 4);
-    for (QWidget* widget : std::initializer_list<QWidget*>{beforeLabel, m_before, afterLabel, m_after, same})
-        choices->addWidget(widget);
-    choices->addStretch(1);
-    choices->addWidget(m_summary);
+    choices->addWidget(beforeLabel);
+    choices->addWidget(m_before, 1);
+    choices->addWidget(afterLabel);
+    choices->addWidget(m_after, 1);
+    auto* found = new QHBoxLayout; // below: beside them, the page would be wider than a window has room for
+    found->setContentsMargins(4, 0, 4, 4);
+    found->addWidget(same);
+    found->addWidget(m_summary, 1);
     fillBar(*bar);
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(bar);
     layout->addLayout(choices);
+    layout->addLayout(found);
     layout->addWidget(m_table, 1);
     return page;
 }
@@ -104,7 +110,8 @@ QComboBox* QlumSnapshotPart::makeChoice(const char* name, const QString& accessi
     auto* choice = new QComboBox;
     choice->setObjectName(QLatin1String(name));
     choice->setAccessibleName(accessibleName);
-    choice->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    choice->setMinimumContentsLength(8);
+    choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     connect(choice, QOverload<int>::of(&QComboBox::activated), this, [this] { compare(); });
     return choice;
 }
