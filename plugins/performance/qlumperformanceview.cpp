@@ -37,6 +37,7 @@
 #include <QModelIndexList>
 #include <QScrollArea>
 #include <QSignalBlocker>
+#include <QSize>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTableView>
@@ -52,6 +53,8 @@
 namespace {
 constexpr int progressInterval = 250; // ms
 constexpr std::size_t mostPoints = 1'000'000;
+constexpr int binsPerDecade = 5;        // whose names have room beside each other
+constexpr QSize smallestPlot{200, 120}; // more names than that are no reason to make the window wider
 } // namespace
 
 QlumPerformanceView::QlumPerformanceView(QlumApplicationInterface& application,
@@ -113,6 +116,7 @@ QWidget* QlumPerformanceView::makeResults()
     m_histogram->setObjectName(QStringLiteral("histogram"));
     m_histogram->setAccessibleName(tr("How the durations are spread"));
     m_histogram->setEmptyText(tr("No samples"), tr("Measure, and select the run in the table below."));
+    m_histogram->setMinimumSize(smallestPlot);
     m_tabs->addTab(m_histogram, tr("Histogram"));
     m_course = new QlumPlot;
     m_course->setObjectName(QStringLiteral("course"));
@@ -131,6 +135,7 @@ QWidget* QlumPerformanceView::makeResults()
     m_sweepPlot->setAccessibleName(tr("Values a second for each step of the sweep"));
     m_sweepPlot->setEmptyText(tr("No sweep"),
                               tr("\"Sweep Nodes a Call\" measures the same with ever larger calls."));
+    m_sweepPlot->setMinimumSize(smallestPlot);
     layout->addWidget(m_sweepText);
     layout->addWidget(m_sweepPlot, 1);
     m_tabs->addTab(sweep, tr("Sweep"));
@@ -315,10 +320,9 @@ void QlumPerformanceView::showSamples(const QlumMeasurementRun& run)
             if (!OpcUa_IsBad(sample.status))
                 durations.push_back(sample.duration);
         std::vector<QlumBar> bars;
-        for (const QlumLogBin& bin : qlumLogHistogram(durations))
-            bars.push_back(
-                {tr("from %1").arg(qlumMicrosecondsText(bin.from)), static_cast<double>(bin.count)});
-        m_histogram->setBars(std::move(bars), tr("calls"));
+        for (const QlumLogBin& bin : qlumLogHistogram(durations, binsPerDecade))
+            bars.push_back({qlumMicrosecondsText(bin.from), static_cast<double>(bin.count)});
+        m_histogram->setBars(std::move(bars), tr("calls from that duration on"));
         return;
     }
     m_course->clearSamples();
@@ -335,6 +339,9 @@ void QlumPerformanceView::showSamples(const QlumMeasurementRun& run)
         points.push_back({begin + static_cast<std::int64_t>(sample.begun) * 100,
                           static_cast<double>(sample.duration), sample.status, 0});
     m_course->append(curve, points);
+    const auto from = static_cast<double>(run.begun.toMSecsSinceEpoch());
+    const double span = std::max(1.0, run.figures.totals.seconds * 1000);
+    m_course->area()->setView({from, from + span, {}});
 }
 
 void QlumPerformanceView::listRuns()
@@ -388,7 +395,11 @@ void QlumPerformanceView::showHeading()
     if (server == qlumNoServer)
         return m_heading->clear();
     m_heading->setServer(m_application.serverName(server));
-    m_heading->setStatus(m_status.value(server, QlumConnectionStatus::Disconnected));
+    // a document that is opened later than its server has heard of no change
+    const auto services = m_services(server);
+    const auto now = services && services->isConnected() ? QlumConnectionStatus::Connected
+                                                         : QlumConnectionStatus::Disconnected;
+    m_heading->setStatus(m_status.value(server, now));
 }
 
 void QlumPerformanceView::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
