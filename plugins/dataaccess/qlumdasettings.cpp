@@ -1,7 +1,7 @@
 #include <plugins/dataaccess/qlumdasettings.h>
 
 #include <app/api/qlumsettingsregistry.h>
-#include <plugins/dataaccess/work/qlumworksettings.h>
+#include <plugins/dataaccess/parts/qlumworksettings.h>
 
 #include <QCoreApplication>
 #include <QMap>

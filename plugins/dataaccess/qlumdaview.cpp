@@ -3,6 +3,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumstatuswords.h>
+#include <plugins/dataaccess/parts/qlumdaparts.h>
 #include <plugins/dataaccess/qlumdadelegate.h>
 #include <plugins/dataaccess/qlumdafilter.h>
 #include <plugins/dataaccess/qlumdamodel.h>
@@ -10,7 +11,6 @@
 #include <plugins/dataaccess/qlumdaplot.h>
 #include <plugins/dataaccess/qlumdasettings.h>
 #include <plugins/dataaccess/qlumdawatch.h>
-#include <plugins/dataaccess/work/qlumdaparts.h>
 #include <uabase/values/uastatus.h>
 #include <uawidgets/editors/qlumvaluedelegate.h>
 #include <uawidgets/qlummessagebar.h>

@@ -1,5 +1,5 @@
-#include <plugins/dataaccess/work/qlumcopyformats.h>
-#include <plugins/dataaccess/work/qlumnodelist.h>
+#include <plugins/dataaccess/parts/qlumcopyformats.h>
+#include <plugins/dataaccess/parts/qlumnodelist.h>
 #include <tests/support/modeltext.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>

@@ -1,7 +1,7 @@
 #include <app/api/qlumnodeaddress.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/dataaccess/work/qlumnodelist.h>
-#include <plugins/dataaccess/work/qlumpathreader.h>
+#include <plugins/dataaccess/parts/qlumnodelist.h>
+#include <plugins/dataaccess/parts/qlumpathreader.h>
 #include <tests/gui/dataaccesswork/workfixture.h>
 #include <tests/support/modeltext.h>
 #include <uabase/values/uanodeid.h>

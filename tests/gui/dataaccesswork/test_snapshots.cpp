@@ -1,5 +1,5 @@
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/dataaccess/work/qlumsnapshot.h>
+#include <plugins/dataaccess/parts/qlumsnapshot.h>
 #include <tests/support/modeltext.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>

@@ -1,6 +1,6 @@
 #include <app/api/qlumserverrole.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/dataaccess/work/qlumstagedwrite.h>
+#include <plugins/dataaccess/parts/qlumstagedwrite.h>
 #include <tests/gui/dataaccesswork/workfixture.h>
 #include <tests/support/modeltext.h>
 #include <uabase/values/uastatus.h>

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumstagedwrite.h>
+#include <plugins/dataaccess/parts/qlumstagedwrite.h>
 
 #include <app/api/qlumcallnote.h>
 #include <app/api/qlumdisplaytext.h>

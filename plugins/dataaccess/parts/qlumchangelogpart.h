@@ -1,8 +1,8 @@
 #pragma once
 #include <monitoring/watch.h>
+#include <plugins/dataaccess/parts/qlumchangelogmodel.h>
 #include <plugins/dataaccess/qlumdapart.h>
 #include <plugins/dataaccess/qlumdataitem.h>
-#include <plugins/dataaccess/work/qlumchangelogmodel.h>
 #include <uabase/values/uadatavalue.h>
 
 #include <QMap>

@@ -1,7 +1,7 @@
 #pragma once
+#include <plugins/dataaccess/parts/qlumnodelist.h>
 #include <plugins/dataaccess/qlumdapart.h>
 #include <plugins/dataaccess/qlumdataitem.h>
-#include <plugins/dataaccess/work/qlumnodelist.h>
 #include <uabase/values/uastatus.h>
 
 #include <QByteArray>

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumcopyformats.h>
+#include <plugins/dataaccess/parts/qlumcopyformats.h>
 
 #include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumtext.h>

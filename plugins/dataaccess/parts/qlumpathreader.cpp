@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumpathreader.h>
+#include <plugins/dataaccess/parts/qlumpathreader.h>
 
 #include <app/api/qlumjob.h>
 #include <app/api/qlumtext.h>

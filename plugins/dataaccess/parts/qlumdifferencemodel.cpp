@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumdifferencemodel.h>
+#include <plugins/dataaccess/parts/qlumdifferencemodel.h>
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumnodeaddress.h>

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumlistpart.h>
+#include <plugins/dataaccess/parts/qlumlistpart.h>
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumjob.h>
@@ -7,10 +7,10 @@
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
+#include <plugins/dataaccess/parts/qlumstagedpart.h>
+#include <plugins/dataaccess/parts/qlumworkcommand.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdataitem.h>
-#include <plugins/dataaccess/work/qlumstagedpart.h>
-#include <plugins/dataaccess/work/qlumworkcommand.h>
 #include <uabase/values/uanodeid.h>
 
 #include <QAction>

@@ -1,9 +1,9 @@
 #pragma once
 #include <app/api/qlumconnectionstatus.h>
+#include <plugins/dataaccess/parts/qlumstagedmodel.h>
+#include <plugins/dataaccess/parts/qlumstagedwrite.h>
 #include <plugins/dataaccess/qlumdapart.h>
 #include <plugins/dataaccess/qlumdataitem.h>
-#include <plugins/dataaccess/work/qlumstagedmodel.h>
-#include <plugins/dataaccess/work/qlumstagedwrite.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 

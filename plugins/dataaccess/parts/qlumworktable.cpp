@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumworktable.h>
+#include <plugins/dataaccess/parts/qlumworktable.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumsnapshot.h>
+#include <plugins/dataaccess/parts/qlumsnapshot.h>
 
 #include <app/api/qlumtext.h>
 #include <uabase/text/uavaluetext.h>

@@ -1,8 +1,8 @@
-#include <plugins/dataaccess/work/qlumstagedmodel.h>
+#include <plugins/dataaccess/parts/qlumstagedmodel.h>
 
 #include <app/api/qlumdisplaytext.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/dataaccess/work/qlumstagedtext.h>
+#include <plugins/dataaccess/parts/qlumstagedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uawidgets/editors/qlumcelltext.h>

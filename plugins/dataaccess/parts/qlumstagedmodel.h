@@ -1,5 +1,5 @@
 #pragma once
-#include <plugins/dataaccess/work/qlumstagedwrite.h>
+#include <plugins/dataaccess/parts/qlumstagedwrite.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/models/qlumtablemodel.h>

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumchangelogmodel.h>
+#include <plugins/dataaccess/parts/qlumchangelogmodel.h>
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>

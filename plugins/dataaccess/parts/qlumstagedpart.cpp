@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumstagedpart.h>
+#include <plugins/dataaccess/parts/qlumstagedpart.h>
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
@@ -8,10 +8,10 @@
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
+#include <plugins/dataaccess/parts/qlumstagedpage.h>
+#include <plugins/dataaccess/parts/qlumstagedwrite.h>
+#include <plugins/dataaccess/parts/qlumworkcommand.h>
 #include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/work/qlumstagedpage.h>
-#include <plugins/dataaccess/work/qlumstagedwrite.h>
-#include <plugins/dataaccess/work/qlumworkcommand.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>

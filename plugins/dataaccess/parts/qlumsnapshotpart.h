@@ -1,8 +1,8 @@
 #pragma once
+#include <plugins/dataaccess/parts/qlumdifferencemodel.h>
+#include <plugins/dataaccess/parts/qlumsnapshot.h>
 #include <plugins/dataaccess/qlumdapart.h>
 #include <plugins/dataaccess/qlumdataitem.h>
-#include <plugins/dataaccess/work/qlumdifferencemodel.h>
-#include <plugins/dataaccess/work/qlumsnapshot.h>
 
 #include <QByteArray>
 #include <QMap>

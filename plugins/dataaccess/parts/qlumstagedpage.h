@@ -1,6 +1,6 @@
 #pragma once
-#include <plugins/dataaccess/work/qlumstagedmodel.h>
-#include <plugins/dataaccess/work/qlumstagedwrite.h>
+#include <plugins/dataaccess/parts/qlumstagedmodel.h>
+#include <plugins/dataaccess/parts/qlumstagedwrite.h>
 
 #include <QString>
 #include <QWidget>

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumnodelist.h>
+#include <plugins/dataaccess/parts/qlumnodelist.h>
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumjob.h>

@@ -1,14 +1,14 @@
-#include <plugins/dataaccess/work/qlumchangelogpart.h>
+#include <plugins/dataaccess/parts/qlumchangelogpart.h>
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <monitoring/allsink.h>
 #include <monitoring/monitoredserver.h>
+#include <plugins/dataaccess/parts/qlumworkcommand.h>
+#include <plugins/dataaccess/parts/qlumworksettings.h>
+#include <plugins/dataaccess/parts/qlumworktable.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdawatch.h>
-#include <plugins/dataaccess/work/qlumworkcommand.h>
-#include <plugins/dataaccess/work/qlumworksettings.h>
-#include <plugins/dataaccess/work/qlumworktable.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>
 #include <uawidgets/editors/qlumvaluecontext.h>

@@ -1,6 +1,6 @@
 // Nodes as text for other programs.
 #pragma once
-#include <plugins/dataaccess/work/qlumpathreader.h>
+#include <plugins/dataaccess/parts/qlumpathreader.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 

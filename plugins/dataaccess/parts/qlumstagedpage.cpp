@@ -1,8 +1,8 @@
-#include <plugins/dataaccess/work/qlumstagedpage.h>
+#include <plugins/dataaccess/parts/qlumstagedpage.h>
 
 #include <app/api/qlumapplicationinterface.h>
-#include <plugins/dataaccess/work/qlumworksettings.h>
-#include <plugins/dataaccess/work/qlumworktable.h>
+#include <plugins/dataaccess/parts/qlumworksettings.h>
+#include <plugins/dataaccess/parts/qlumworktable.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
 

@@ -1,11 +1,11 @@
-#include <plugins/dataaccess/work/qlumdaparts.h>
+#include <plugins/dataaccess/parts/qlumdaparts.h>
 
+#include <plugins/dataaccess/parts/qlumchangelogpart.h>
+#include <plugins/dataaccess/parts/qlumcopypart.h>
+#include <plugins/dataaccess/parts/qlumlistpart.h>
+#include <plugins/dataaccess/parts/qlumsnapshotpart.h>
+#include <plugins/dataaccess/parts/qlumstagedpart.h>
 #include <plugins/dataaccess/qlumdapart.h>
-#include <plugins/dataaccess/work/qlumchangelogpart.h>
-#include <plugins/dataaccess/work/qlumcopypart.h>
-#include <plugins/dataaccess/work/qlumlistpart.h>
-#include <plugins/dataaccess/work/qlumsnapshotpart.h>
-#include <plugins/dataaccess/work/qlumstagedpart.h>
 
 #include <memory>
 #include <utility>

@@ -1,12 +1,12 @@
-#include <plugins/dataaccess/work/qlumsnapshotpart.h>
+#include <plugins/dataaccess/parts/qlumsnapshotpart.h>
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumtext.h>
+#include <plugins/dataaccess/parts/qlumstagedpart.h>
+#include <plugins/dataaccess/parts/qlumworkcommand.h>
+#include <plugins/dataaccess/parts/qlumworktable.h>
 #include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/work/qlumstagedpart.h>
-#include <plugins/dataaccess/work/qlumworkcommand.h>
-#include <plugins/dataaccess/work/qlumworktable.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/qlumviewstate.h>

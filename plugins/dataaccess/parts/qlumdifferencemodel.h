@@ -1,5 +1,5 @@
 #pragma once
-#include <plugins/dataaccess/work/qlumsnapshot.h>
+#include <plugins/dataaccess/parts/qlumsnapshot.h>
 #include <uawidgets/models/qlumtablemodel.h>
 #include <uawidgets/table/qlumtablefilter.h>
 

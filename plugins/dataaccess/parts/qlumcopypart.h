@@ -1,6 +1,6 @@
 #pragma once
+#include <plugins/dataaccess/parts/qlumcopyformats.h>
 #include <plugins/dataaccess/qlumdapart.h>
-#include <plugins/dataaccess/work/qlumcopyformats.h>
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/work/qlumstagedtext.h>
+#include <plugins/dataaccess/parts/qlumstagedtext.h>
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
