@@ -11,6 +11,15 @@ die() {
     exit 1
 }
 
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        command -v sudo >/dev/null || die "packages are missing and there is no sudo; as root: $*"
+        sudo "$@"
+    fi
+}
+
 # The cache sees through precompiled headers, and a clone in another folder finds the same entries.
 export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
 export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$ROOT} CCACHE_NOHASHDIR=1

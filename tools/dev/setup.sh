@@ -32,15 +32,6 @@ missing() {
     comm -23 <(printf '%s\n' "${packages[@]}" | sort) <(sort <<<"$installed")
 }
 
-as_root() {
-    if [ "$(id -u)" -eq 0 ]; then
-        "$@"
-    else
-        command -v sudo >/dev/null || die "packages are missing and there is no sudo; as root: $*"
-        sudo "$@"
-    fi
-}
-
 install_packages() {
     local packages
     mapfile -t packages < <(missing)
