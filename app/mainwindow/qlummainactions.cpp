@@ -54,6 +54,10 @@ constexpr QlumActionRow actionRows[] = {
     {A::FindNode, "findNode", TEXT("&Find Node..."), "", qlumNoKey, TEXT("Find Node..."),
      TEXT(
          "<b>Find Node</b><br>Searches all nodes of the selected server by name, id, class, type and more.")},
+    {A::Palette, "palette", TEXT("Command &Palette..."), "", qlumNoKey, TEXT("Command Palette..."),
+     TEXT("<b>Command Palette</b><br>Finds commands, servers, settings, projects and nodes by a few letters, "
+          "and "
+          "does what is chosen.")},
     {A::Journal, "journal", TEXT("&Journal..."), "", qlumNoKey, TEXT("Journal..."),
      TEXT("<b>Journal</b><br>Shows what was changed on servers, when, by whom, and what it came to.")},
     {A::AddDocument, "addDocument", TEXT("&Add..."), "documentadd.png", qlumNoKey, TEXT("Add Document"),
@@ -105,6 +109,7 @@ QlumMainActions::QlumMainActions(QMainWindow* window)
                                  ServerProperties, ChangeUser, DiagnoseServer, RemoveDocument, CloseTab}))
         action->setEnabled(false);
     m_actions[FindNode]->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+    m_actions[Palette]->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
     m_actions[Quit]->setMenuRole(QAction::QuitRole);
     m_actions[About]->setMenuRole(QAction::AboutRole);
 }
@@ -147,6 +152,8 @@ void QlumMainActions::makeMenus(QMenu* viewMenu, QMenu* recentProjects)
     addMenu(tr("&File"), QStringLiteral("fileMenu"), file);
     viewMenu->setTitle(tr("View"));
     viewMenu->setObjectName(QStringLiteral("viewMenu"));
+    viewMenu->addSeparator();
+    viewMenu->addAction((*this)[Palette]);
     m_window->menuBar()->addMenu(viewMenu);
     QList<QAction*> server = list({AddServer, RemoveServer, ConnectServer, DisconnectServer, ServerProperties,
                                    ChangeUser, DiagnoseServer});

@@ -31,6 +31,7 @@ public:
         ChangeUser,
         DiagnoseServer,
         FindNode,
+        Palette,
         Journal,
         AddDocument,
         RemoveDocument,

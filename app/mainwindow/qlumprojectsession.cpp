@@ -71,6 +71,7 @@ void QlumProjectSession::setCurrentFile(const QString& fileName, bool addToRecen
     if (addToRecentFiles && !fileName.isEmpty())
         m_recentFiles->add(fileName);
     showTitle();
+    emit currentFileChanged(fileName);
 }
 
 void QlumProjectSession::setModified()
@@ -78,6 +79,7 @@ void QlumProjectSession::setModified()
     m_window->setWindowModified(true);
     (*m_actions)[QlumMainActions::SaveProject]->setEnabled(true);
     (*m_actions)[QlumMainActions::SaveProjectAs]->setEnabled(true);
+    emit changed();
 }
 
 void QlumProjectSession::setClean(bool hasProject)
@@ -85,6 +87,7 @@ void QlumProjectSession::setClean(bool hasProject)
     m_window->setWindowModified(false);
     (*m_actions)[QlumMainActions::SaveProject]->setEnabled(false);
     (*m_actions)[QlumMainActions::SaveProjectAs]->setEnabled(hasProject);
+    emit clean();
 }
 
 void QlumProjectSession::open(const QString& fileName)
@@ -94,22 +97,35 @@ void QlumProjectSession::open(const QString& fileName)
 
 void QlumProjectSession::openFile(const QString& fileName, bool addToRecentFiles)
 {
+    if (replaceProject(fileName, fileName) && addToRecentFiles)
+        m_recentFiles->add(fileName);
+}
+
+bool QlumProjectSession::openRecovered(const QString& copy, const QString& fileName)
+{
+    if (!replaceProject(copy, fileName))
+        return false;
+    setModified();
+    return true;
+}
+
+bool QlumProjectSession::replaceProject(const QString& source, const QString& fileName)
+{
     m_hooks.clear();
     setCurrentFile(fileName, false);
     setClean(true); // before, so that what is changed while the servers are connected counts
-    const QlumProjectReading reading = m_hooks.load(fileName);
+    const QlumProjectReading reading = m_hooks.load(source);
     if (!reading.error.isEmpty()) {
         setCurrentFile({}, false); // or saving would replace what is there
         setClean(false);
-        tellUnreadable(fileName, reading.error);
-        return;
+        tellUnreadable(source, reading.error);
+        return false;
     }
-    if (addToRecentFiles)
-        m_recentFiles->add(fileName);
     if (!reading.leftOut.isEmpty()) {
         setModified();
-        tellLeftOut(fileName, reading);
+        tellLeftOut(source, reading);
     }
+    return true;
 }
 
 void QlumProjectSession::tellUnreadable(const QString& fileName, const QString& why)

@@ -39,6 +39,15 @@ public:
     /// Opens a file in place of the project, which is then the file's. When it cannot be read the project is
     /// a new one, and when some of it was left out it is modified; both are told in a message.
     void open(const QString& fileName);
+    /// Opens a copy that was kept of a project as that project, modified; its file name may be empty. False
+    /// when the copy cannot be read, which is told in a message.
+    bool openRecovered(const QString& copy, const QString& fileName);
+
+signals:
+    void changed();
+    /// The project is what its file holds, or a new one.
+    void clean();
+    void currentFileChanged(const QString& fileName);
 
 public slots:
     void sltNew();
@@ -53,6 +62,7 @@ private:
     void showTitle();
     void setClean(bool hasProject);
     void openFile(const QString& fileName, bool addToRecentFiles);
+    [[nodiscard]] bool replaceProject(const QString& source, const QString& fileName);
     void tellUnreadable(const QString& fileName, const QString& why);
     void tellLeftOut(const QString& fileName, const QlumProjectReading& reading);
     [[nodiscard]] bool mayReplace(const QString& fileName);

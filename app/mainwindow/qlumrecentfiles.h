@@ -21,6 +21,8 @@ public:
     void remove(const QString& fileName);
     /// Shows what the settings hold now.
     void updateActions();
+    /// As if the user chose it in the menu.
+    void choose(const QString& fileName);
 
 signals:
     /// The user chose a file that exists.
@@ -28,7 +30,6 @@ signals:
 
 private:
     void store(const QStringList& files);
-    void choose(const QString& fileName);
 
     QlumSettingsModel* m_settings;
     QWidget* m_window;

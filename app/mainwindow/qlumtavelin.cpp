@@ -20,6 +20,8 @@
 #include <app/project/qlumprojectfile.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
+#include <app/recovery/qlumprojectrecovery.h>
+#include <app/recovery/qlumsessionrecord.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <servers/qlumdiscoverysettings.h>
 #include <uabase/system/uatrace.h>
@@ -185,6 +187,26 @@ void QlumTavelin::setupUpdateSettings()
 void QlumTavelin::parseArguments()
 {
     m_session->parseArguments(QCoreApplication::arguments().mid(1));
+}
+
+void QlumTavelin::keepRecovery(QlumSessionRecord& record)
+{
+    m_recovery = new QlumProjectRecovery(
+        record,
+        {[this](const QString& file) { return saveProject(file); },
+         [this](const QString& file) { m_session->open(file); },
+         [this](const QString& copy, const QString& file) { return m_session->openRecovered(copy, file); }},
+        this);
+    connect(m_session, &QlumProjectSession::changed, m_recovery, &QlumProjectRecovery::sltChanged);
+    connect(m_session, &QlumProjectSession::clean, m_recovery, &QlumProjectRecovery::sltClean);
+    connect(m_session, &QlumProjectSession::currentFileChanged, m_recovery,
+            &QlumProjectRecovery::sltProjectFileChanged);
+}
+
+void QlumTavelin::offerRecovery()
+{
+    if (m_recovery)
+        m_recovery->offer();
 }
 
 QlumProjectFile QlumTavelin::makeProjectFile()

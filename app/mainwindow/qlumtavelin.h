@@ -45,10 +45,12 @@ class QlumLogView;
 class QlumMainActions;
 class QlumProjectModel;
 class QlumProjectNodeDocument;
+class QlumProjectRecovery;
 class QlumProjectSession;
 class QlumRecentFiles;
 class QlumRoleMarks;
 class QlumServerCommands;
+class QlumSessionRecord;
 class QlumSettingsModel;
 class QlumUpdateCheck;
 
@@ -69,6 +71,10 @@ public:
     void setupUpdateSettings();
     /// Opens the project named on the command line.
     void parseArguments();
+    /// From now on changes that are not saved are kept beside the record, which outlives the window.
+    void keepRecovery(QlumSessionRecord& record);
+    /// Asks about what earlier starts left that did not end well.
+    void offerRecovery();
 
     bool saveProject(const QString& fileName);
     /// Adds what the file holds and begins to connect the servers that were connected.
@@ -153,7 +159,8 @@ private:
     void sltDocumentRemove();
     void sltCloseTab();
     void sltCurrentDocumentChanged(QlumProjectNodeDocument* document);
-    void sltConfigure();
+    void sltConfigure() { configure({}); }
+    void configure(const QString& setting);
     void sltSaveLog();
     void showJournal();
     void sltHelpCheckUpdates();
@@ -187,6 +194,7 @@ private:
     QlumRecentFiles* m_recentFiles = nullptr;
     QlumRoleMarks* m_roleMarks = nullptr;
     QlumProjectSession* m_session = nullptr;
+    QlumProjectRecovery* m_recovery = nullptr;
     QlumUpdateCheck* m_updates = nullptr;
     QlumHelpViewer* m_help = nullptr;
 };

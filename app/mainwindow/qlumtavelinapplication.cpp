@@ -8,6 +8,7 @@
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/pluginloader/qlumdirector.h>
 #include <app/project/qlumprojectmodel.h>
+#include <app/recovery/qlumcrashhandler.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
@@ -134,6 +135,7 @@ QString QlumTavelin::builtinTypeName(unsigned int builtInType)
 
 void QlumTavelin::log(int level, const QString& text, unsigned int serverId, const QString& source)
 {
+    QlumCrashHandler::note(source + QStringLiteral(": ") + text); // also what is too small for the window
     if (level < m_minimumLogLevel.load())
         return;
     auto entry = std::make_unique<QlumLogEntry>();

@@ -17,6 +17,7 @@
 #include <app/mainwindow/qlumfindcommands.h>
 #include <app/mainwindow/qlumhelpviewer.h>
 #include <app/mainwindow/qlummainactions.h>
+#include <app/mainwindow/qlumpalettecommands.h>
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumprojectview.h>
 #include <app/mainwindow/qlumrecentfiles.h>
@@ -192,6 +193,9 @@ void QlumTavelin::setupConnections()
                                        {[this] { clearProject(); },
                                         [this](const QString& file) { return loadProject(file); },
                                         [this](const QString& file) { return saveProject(file); }});
+    const auto* palette = new QlumPaletteCommands({this, m_project, m_projectView, m_pages, m_recentFiles,
+                                                   [this](const QString& key) { configure(key); }});
+    connect((*m_actions)[QlumMainActions::Palette], &QAction::triggered, palette, &QlumPaletteCommands::show);
     m_updates = new QlumUpdateCheck(m_settings.get(), m_network.get(), this);
     connectCommands();
     connectViews();
@@ -354,9 +358,10 @@ void QlumTavelin::sltCurrentDocumentChanged(QlumProjectNodeDocument* document)
     (*m_actions)[QlumMainActions::CloseTab]->setEnabled(document != nullptr);
 }
 
-void QlumTavelin::sltConfigure()
+void QlumTavelin::configure(const QString& setting)
 {
     QlumSettingsDialog dialog(m_settings.get(), this);
+    dialog.showSetting(setting);
     if (dialog.exec() != QDialog::Accepted)
         return;
     loadTavelinSettings();

@@ -196,6 +196,16 @@ void QlumSettingsDialog::sltRestoreDefaults()
             field.set(value);
 }
 
+void QlumSettingsDialog::showSetting(const QString& key)
+{
+    auto* field = key.isEmpty() ? nullptr : m_pages->findChild<QWidget*>(key);
+    for (QWidget* page = field; page; page = page->parentWidget())
+        if (m_pages->indexOf(page) >= 0)
+            m_pages->setCurrentWidget(page);
+    if (field)
+        field->setFocus(Qt::ShortcutFocusReason);
+}
+
 void QlumSettingsDialog::accept()
 {
     for (const Field& field : m_fields) {

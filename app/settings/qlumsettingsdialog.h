@@ -24,6 +24,8 @@ public:
     explicit QlumSettingsDialog(QlumSettingsModel* settings, QWidget* parent = nullptr);
 
     void accept() override;
+    /// Brings the field of the setting into sight and gives it the keyboard; nothing for an unknown key.
+    void showSetting(const QString& key);
 
 private:
     using Row = QlumSettingRow;

@@ -42,6 +42,11 @@ void migrate(const QString& base)
 }
 } // namespace
 
+QString qlumRecoveryFolder()
+{
+    return toQString(UaDir::applicationDataPath()) + QStringLiteral("/korvanda/tavelin/recovery");
+}
+
 void prepareFolders()
 {
     for (const QString& folder : QlumCertificateStore::folders())

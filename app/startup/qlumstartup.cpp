@@ -6,11 +6,14 @@
 #include <app/api/qlumuatrace.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtipwindow.h>
+#include <app/recovery/qlumcrashhandler.h>
+#include <app/recovery/qlumsessionrecord.h>
 #include <app/startup/qlumfolders.h>
 #include <app/startup/qlumqtmessages.h>
 #include <app/startup/qlumservices.h>
 #include <app/startup/qlumsettingsfile.h>
 #include <certificates/qlumcertificates.h>
+#include <certificates/qlumcertificatestore.h>
 #include <servers/passwords/qlumpasswordkeeper.h>
 #include <servers/passwords/qlumsecretservice.h>
 #include <uabase/system/uadir.h>
@@ -59,6 +62,14 @@ void addLibraryPaths()
 void show(QlumSplashScreen& splash, const QString& text)
 {
     splash.showMessage(text, Qt::AlignLeft, Qt::white);
+}
+
+// Under a sanitizer its own report says more.
+void watchForCrashes([[maybe_unused]] const QlumSessionRecord& record)
+{
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    QlumCrashHandler::install(record.crashReportFile(), TAVELIN_VERSION);
+#endif
 }
 
 void showTip(QlumSplashScreen& splash, const QWidget& window)
@@ -164,7 +175,10 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
 {
     show(splash, Text::tr("Loading main application..."));
     const QlumPasswordKeeper passwords(std::make_unique<QlumSecretService>()); // outlives what uses it
+    QlumSessionRecord record(qlumRecoveryFolder(), QlumCertificateStore::trace());
+    watchForCrashes(record);
     auto window = std::make_unique<QlumTavelin>(qlumServices());
+    window->keepRecovery(record);
     const QlumLog log(QStringLiteral("Tavelin"));
     for (const auto& [level, text] : QlumCertificates::instance()->takeMessages())
         log.write(level, text);
@@ -178,6 +192,10 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
     if (window->isVisible())
         window->setupUpdateSettings();
     window->parseArguments();
+    if (window->isVisible() && record.hasLeftovers()) {
+        splash.waitUntilGone(); // it stays on top
+        window->offerRecovery();
+    }
     if (window->isVisible())
         showTip(splash, *window);
     const int result = runUntilClosed(*window);

@@ -74,6 +74,7 @@ prepare_home() { # NAME
     export HOME=$DEMO/$1
     unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME
     prepare_certificate
+    rm -rf "$HOME/.config/korvanda/tavelin/recovery" # the demo is ended by a signal, and nobody may be there to answer
     local settings=$HOME/.config/korvanda/tavelin/tavelin.ini
     [ ! -f "$settings" ] || return 0
     mkdir -p "$(dirname "$settings")"

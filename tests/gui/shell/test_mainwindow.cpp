@@ -22,6 +22,7 @@
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
@@ -29,6 +30,7 @@
 #include <QDockWidget>
 #include <QFile>
 #include <QKeySequence>
+#include <QLineEdit>
 #include <QList>
 #include <QMap>
 #include <QMenuBar>
@@ -48,6 +50,7 @@
 #include <QTemporaryDir>
 #include <QToolBar>
 #include <QTreeView>
+#include <QTreeWidget>
 #include <QVariant>
 #include <QWidget>
 #include <gtest/gtest.h>
@@ -542,4 +545,40 @@ TEST_F(MainWindow, UpdateQuestionIsAskedOnce)
               QVariant::Bool);
     window->setupUpdateSettings();
     EXPECT_EQ(driver.seen().size(), 1);
+}
+
+TEST_F(MainWindow, PaletteHasCommandsServersSettingsAndLoadedNodes)
+{
+    addServer();
+    window->findChild<QTreeView*>(QStringLiteral("projectTree"))
+        ->setCurrentIndex(window->projectModel()->indexOf(window->projectModel()->servers().last()));
+    action(QlumMainActions::ConnectServer)->trigger();
+    const auto run = [&](const QString& letters) {
+        QStringList first;
+        DialogDriver driver([&](QDialog& dialog) {
+            auto* line = dialog.findChild<QLineEdit*>(QStringLiteral("letters"));
+            if (!line) {
+                first << dialog.windowTitle() << dialog.focusWidget()->objectName();
+                return dialog.reject();
+            }
+            line->setText(letters);
+            const auto* item = dialog.findChild<QTreeWidget*>(QStringLiteral("found"))->topLevelItem(0);
+            first << item->text(0) << item->text(2);
+            emit line->returnPressed();
+        });
+        action(QlumMainActions::Palette)->trigger();
+        return first;
+    };
+    EXPECT_EQ(run(QStringLiteral("saveas")).mid(0, 2),
+              (QStringList{QStringLiteral("Save As"), QStringLiteral("File")}));
+    EXPECT_EQ(run(QStringLiteral("new<b>")).value(1), QStringLiteral("Server"));
+    EXPECT_EQ(run(QStringLiteral("leaf")).value(1), QStringLiteral("Node"));
+    EXPECT_EQ(
+        window->findChild<QTreeView*>(QStringLiteral("addressSpaceTree"))->currentIndex().data().toString(),
+        QStringLiteral("Leaf"));
+    const QStringList setting = run(QStringLiteral("recentproj"));
+    ASSERT_EQ(setting.size(), 4) << "the setting opens the dialog";
+    EXPECT_EQ(setting.at(1), QStringLiteral("Setting"));
+    EXPECT_EQ(setting.at(2), QStringLiteral("Configure Tavelin"));
+    EXPECT_EQ(setting.at(3), QStringLiteral("General.NoOfRecentFiles"));
 }
