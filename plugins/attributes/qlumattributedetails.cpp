@@ -1,6 +1,7 @@
 #include <plugins/attributes/qlumattributedetails.h>
 
 #include <app/api/qlumtext.h>
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uaarray.h>
@@ -13,8 +14,10 @@
 #include <QCoreApplication>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace {
-constexpr OpcUa_UInt32 maximumTexts = 100; // of an enumeration, in one row
+constexpr int maximumTexts = 100; // of an enumeration, in one row
 
 QString tr(const char* text)
 {
@@ -52,28 +55,6 @@ QString rangeText(const UaVariant& range)
                                       qlumEditText(fields.value(UaString("High"))));
 }
 
-// A number and what it is called.
-struct NamedNumber
-{
-    OpcUa_Int64 number;
-    QString text;
-};
-
-std::vector<NamedNumber> namedNumbers(const std::map<std::string, UaVariant>& properties)
-{
-    std::vector<NamedNumber> named;
-    const UaVariant strings = find(properties, "EnumStrings");
-    for (OpcUa_UInt32 i = 0; !strings.isScalar() && i < strings.elementCount() && i < maximumTexts; ++i)
-        named.push_back({i, localized(strings.at(i))});
-    const UaVariant values = find(properties, "EnumValues");
-    for (OpcUa_UInt32 i = 0; !values.isScalar() && i < values.elementCount() && i < maximumTexts; ++i)
-        if (const UaGenericStructureValue fields = qlumStandardFields(values.at(i), "EnumValueType");
-            !fields.isNull())
-            named.push_back({fields.value(UaString("Value")).toInt64(),
-                             localized(fields.value(UaString("DisplayName")))});
-    return named;
-}
-
 bool isWholeNumber(const UaVariant& value)
 {
     return value.isScalar() && value.type() >= OpcUaType_SByte && value.type() <= OpcUaType_UInt64;
@@ -82,22 +63,18 @@ bool isWholeNumber(const UaVariant& value)
 void addTexts(QList<QlumDetail>& details, const UaVariant& value,
               const std::map<std::string, UaVariant>& properties)
 {
+    const UaEnumDefinition names = qlumVariableNames(properties);
+    const bool isState = value.type() == OpcUaType_Boolean && value.isScalar();
     QStringList all;
-    QString present;
-    for (const NamedNumber& named : namedNumbers(properties)) {
-        all.append(QStringLiteral("%1 = %2").arg(QString::number(named.number), named.text));
-        if (isWholeNumber(value) && value.toInt64() == named.number)
-            present = named.text;
+    for (int i = 0; i < std::min(names.valueCount(), maximumTexts); ++i) {
+        const UaEnumValue named = names.valueAt(i);
+        const QString number = !isState           ? QString::number(named.value)
+                               : named.value != 0 ? QStringLiteral("true")
+                                                  : QStringLiteral("false");
+        all.append(QStringLiteral("%1 = %2").arg(number, toQString(named.name)));
     }
-    for (const bool state : {false, true}) {
-        const QString text = localized(find(properties, state ? "TrueState" : "FalseState"));
-        if (text.isEmpty())
-            continue;
-        all.append(
-            QStringLiteral("%1 = %2").arg(state ? QStringLiteral("true") : QStringLiteral("false"), text));
-        if (value.type() == OpcUaType_Boolean && value.isScalar() && value.toBool() == state)
-            present = text;
-    }
+    const bool isNumber = isState || isWholeNumber(value);
+    const QString present = isNumber ? toQString(names.valueName(value.toInt64())) : QString();
     if (!present.isEmpty())
         details.append({tr("Meaning"), present});
     if (!all.isEmpty())

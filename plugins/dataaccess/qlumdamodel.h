@@ -1,6 +1,7 @@
 #pragma once
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlummodelinterface.h>
 #include <opcua/opcua_types.h>
 #include <plugins/dataaccess/qlumdataitem.h>
 #include <uabase/values/uadatavalue.h>
@@ -57,7 +58,7 @@ struct QlumDaVerdict
 
 /// The rows of a data access view, in the user's order. Values are taken without a signal for each: views
 /// paint what they see when valuesTaken() comes.
-class QlumDaModel : public QlumTableModel<QlumDataItem>
+class QlumDaModel : public QlumTableModel<QlumDataItem>, public QlumModelInterface
 {
     Q_OBJECT
 public:
@@ -88,8 +89,11 @@ public:
     };
     /// Roles of its cells beside Qt's.
     enum Role {
-        SortRole = Qt::UserRole + 1, ///< what is compared
-        KeyRole                      ///< of the row
+        ValueRole = Qt::UserRole,          ///< UaVariant: what the row is about, in the column Value
+        SortRole = Qt::UserRole + 1,       ///< what is compared
+        DictionaryRole = Qt::UserRole + 2, ///< UaDataTypeDictionary*; null while it is not known
+        KeyRole = Qt::UserRole + 3,        ///< of the row
+        DataTypeRole = Qt::UserRole + 4    ///< UaNodeId: of what the row is about
     };
     /// The time, for tests.
     using Clock = std::function<OpcUa_DateTime()>;
@@ -222,6 +226,7 @@ protected:
 private:
     [[nodiscard]] QVariant text(const QlumDataItem& item, int column) const;
     [[nodiscard]] QVariant timeText(const QlumDataItem& item, int column) const;
+    [[nodiscard]] QVariant typedValue(const QlumDataItem& item, int role) const;
     [[nodiscard]] QVariant settingText(const QlumDataItem& item, int column) const;
     [[nodiscard]] QVariant sortKey(const QlumDataItem& item, int column) const;
     [[nodiscard]] QVariant look(const QlumDataItem& item, int column, int role) const;

@@ -3,11 +3,16 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlummetatypes.h>
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <plugins/dataaccess/qlumdapart.h>
+#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/values/uadatetime.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
 #include <QDate>
@@ -20,6 +25,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <optional>
 
 namespace {
@@ -294,10 +300,26 @@ QVariant QlumDaModel::look(const QlumDataItem& item, int column, int role) const
                                                 : QVariant();
 }
 
+// A field has the type that its structure gives it.
+QVariant QlumDaModel::typedValue(const QlumDataItem& item, int role) const
+{
+    const std::shared_ptr<const QlumValueContext> known = typeContext(item);
+    QlumValueContext context = known ? *known : QlumValueContext();
+    context.dataType = item.dataType;
+    if (role == DictionaryRole)
+        return QVariant::fromValue(context.dictionary.get());
+    const UaVariant value = item.fieldPath.isEmpty()
+                                ? shownValue(item)
+                                : qlumFieldOf(item.value.value(), item.fieldPath, context);
+    return role == ValueRole ? QVariant::fromValue(value) : QVariant::fromValue(context.dataType);
+}
+
 QVariant QlumDaModel::cell(const QlumDataItem& item, int column, int role) const
 {
     if (role == KeyRole)
         return item.key;
+    if (column == Value && (role == ValueRole || role == DictionaryRole || role == DataTypeRole))
+        return typedValue(item, role);
     if (column == NewValue)
         return m_newValues != nullptr
                    ? m_newValues->newValueCell(item, role == SortRole ? int(Qt::DisplayRole) : role)

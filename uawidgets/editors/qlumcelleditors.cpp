@@ -87,8 +87,13 @@ void QlumFaultMark::show(const QString& fault, const QlumValueCheck& check, cons
 QlumBoolCell::QlumBoolCell(const QlumCellValue& cell, QWidget* parent)
     : QComboBox(parent), QlumCellEditor(cell)
 {
-    addItem(QStringLiteral("false"), false);
-    addItem(QStringLiteral("true"), true);
+    for (const bool state : {false, true}) {
+        const QString word = state ? QStringLiteral("true") : QStringLiteral("false");
+        const QString name = qlumSingleLine(toQString(cell.enumeration.valueName(state)));
+        addItem(name.isEmpty() ? word
+                               : QStringLiteral("%1 (%2)").arg(qlumCutText(name, longestNameShown), word),
+                state);
+    }
     enter(cell.value);
 }
 

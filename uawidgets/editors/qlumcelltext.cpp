@@ -11,6 +11,7 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uastring.h>
+#include <uawidgets/editors/qlumnumbertext.h>
 #include <uawidgets/editors/qlumshowntext.h>
 #include <uawidgets/editors/qlumvaluetext.h>
 #include <uawidgets/editors/qlumvaluetype.h>
@@ -118,18 +119,19 @@ QString textOf(const UaVariant& value, const QlumValueContext& context, int dept
     if (const UaVariant beginning = qlumBeginningOf(value, length); !beginning.isNull())
         return cellTr(QT_TRANSLATE_NOOP("QlumCellText", "%1 (%2 bytes)"))
             .arg(textOf(beginning, context, depth), QString::number(length));
-    UaEnumDefinition names;
-    if (qlumMayBeEnumeration(value.type()) && !context.dataType.isNull())
-        names = qlumEnumDefinition(context.dataType, context.dictionary.get());
-    return qlumCutText(qlumShownText(value, {context.dataType, names}, context.dictionary.get()), cellLength);
+    const UaEnumDefinition names = qlumValueNames(value.type(), context);
+    const QString text = names.valueCount() > 0 && qlumIsInteger(value.type())
+                             ? qlumEnumerationText(value.toInt64(), names)
+                             : qlumShownText(value, {context.dataType, {}}, context.dictionary.get());
+    return qlumCutText(text, cellLength);
 }
 
 // By name, where the type has names.
 bool readNames(const QString& text, OpcUa_BuiltInType type, const QlumValueContext& context, UaVariant& value)
 {
     OpcUa_Int64 number = 0;
-    const UaEnumDefinition names = qlumEnumDefinition(context.dataType, context.dictionary.get());
-    if (qlumMayBeEnumeration(type) && !names.isNull() && qlumFromEnumerationText(text, names, number))
+    const UaEnumDefinition names = qlumValueNames(type, context);
+    if (names.valueCount() > 0 && qlumIsInteger(type) && qlumFromEnumerationText(text, names, number))
         return qlumFromEditText(QString::number(number), type, value);
     OpcUa_UInt64 bits = 0;
     const UaOptionSetDefinition options = qlumOptionSetDefinition(context.dataType, context.dictionary.get());
@@ -191,10 +193,10 @@ QString qlumCopyText(const UaVariant& value, const QlumValueContext& context)
     if (value.isNull())
         return QString();
     if (value.isScalar() && qlumIsTextEditable(value.type())) {
-        if (!qlumMayBeEnumeration(value.type()) || context.dataType.isNull())
-            return qlumEditText(value);
-        const UaEnumDefinition names = qlumEnumDefinition(context.dataType, context.dictionary.get());
-        return names.isNull() ? qlumEditText(value) : qlumEnumerationText(value.toInt64(), names);
+        const UaEnumDefinition names = qlumValueNames(value.type(), context);
+        return names.valueCount() == 0 || !qlumIsInteger(value.type())
+                   ? qlumEditText(value)
+                   : qlumEnumerationText(value.toInt64(), names);
     }
     UaString json;
     if (UaValueText::toJson(value, context.dictionary.get(), json).isBad())
@@ -205,7 +207,7 @@ QString qlumCopyText(const UaVariant& value, const QlumValueContext& context)
 bool qlumReadCell(const QString& text, OpcUa_BuiltInType type, const QlumValueContext& context,
                   UaVariant& value)
 {
-    if (!context.dataType.isNull() && readNames(text, type, context, value))
+    if (readNames(text, type, context, value))
         return true;
     if (qlumIsTextEditable(type))
         return qlumFromEditText(text, type, value);

@@ -8,6 +8,7 @@
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/editors/qlumvalueeditor.h>
 #include <uawidgets/editors/qlumvaluetext.h>
+#include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlumformrow.h>
 
 #include <QComboBox>
@@ -44,7 +45,7 @@ void QlumLinePage::setValue(const UaVariant& value)
         row->addWidget(unit);
     }
     const OpcUa_BuiltInType type = value.isNull() ? m_context.builtInType : value.type();
-    if (qlumIsInteger(type) && qlumEnumDefinition(m_context).valueCount() == 0)
+    if (qlumIsInteger(type) && qlumValueNames(type, m_context).valueCount() == 0)
         addBases(row);
     if (type == OpcUaType_Guid)
         addNewGuid(row);
@@ -146,7 +147,7 @@ void QlumLinePage::showHint()
     if (type == OpcUaType_StatusCode && value(now))
         m_hint->setText(toQString(now.toStatusCode().toHexString()) + QLatin1String(": ") +
                         qlumStatusWords(qlumStatusText(now.toStatusCode().code())));
-    else if (qlumEnumDefinition(m_context).valueCount() > 0 && qlumMayBeEnumeration(type))
+    else if (qlumIsInteger(type) && qlumValueNames(type, m_context).valueCount() > 0)
         m_hint->setText(tr("A name, or a number: %1").arg(qlumEditHint(type)));
     else
         m_hint->setText(type == OpcUaType_StatusCode ? QString() : qlumEditHint(type));

@@ -5,6 +5,7 @@
 #include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumnumbertext.h>
 #include <uawidgets/editors/qlumvaluetext.h>
 #include <uawidgets/editors/qlumvaluetype.h>
 
@@ -35,7 +36,8 @@ void addLine(QString& text, const QString& line)
 struct Rules
 {
     explicit Rules(const QlumValueContext& place)
-        : context(place), types(qlumAllowedTypes(place)), enumeration(qlumEnumDefinition(place)),
+        : context(place), types(qlumAllowedTypes(place)),
+          enumeration(qlumEnumDefinition(place.dataType, place.dictionary.get())),
           optionSet(qlumOptionSetDefinition(place))
     {
     }
@@ -78,6 +80,15 @@ QString checkEnumeration(const UaVariant& element, const Rules& rules)
         .arg(QString::number(number), qlumDeclaredTypeName(rules.context));
 }
 
+// What a variable calls its numbers need not be all that it takes.
+QString checkNames(const UaVariant& element, const QlumValueContext& context)
+{
+    if (context.valueNames.valueCount() == 0 || !qlumIsInteger(element.type()) ||
+        context.valueNames.hasValue(element.toInt64()))
+        return {};
+    return CheckTexts::tr("The variable has no name for %1.").arg(qlumEditText(element));
+}
+
 QString checkBits(const UaVariant& element, const Rules& rules)
 {
     if (rules.optionSet.bitCount() == 0 || !qlumIsUnsigned(element.type()))
@@ -112,6 +123,7 @@ QlumValueCheck checkElement(const UaVariant& element, const Rules& rules)
         addLine(check.refused, qlumCheckLength(*length, rules.context));
     addLine(check.refused, checkEnumeration(element, rules));
     addLine(check.unusual, checkBits(element, rules));
+    addLine(check.unusual, checkNames(element, rules.context));
     if (qlumIsNumber(type) && (rules.context.euRange || rules.context.instrumentRange)) {
         const double number = element.toDouble();
         addLine(check.unusual,
@@ -134,7 +146,8 @@ bool hasOnlyType(const UaVariant& value, const Rules& rules)
 {
     const QlumValueContext& context = rules.context;
     const bool hasRange = context.euRange || context.instrumentRange;
-    const bool hasNames = rules.enumeration.valueCount() > 0 || !rules.optionSet.isNull();
+    const bool hasNames = rules.enumeration.valueCount() > 0 || !rules.optionSet.isNull() ||
+                          rules.context.valueNames.valueCount() > 0;
     return !(hasRange && qlumIsNumber(value.type())) && !context.maxStringLength && !hasNames;
 }
 

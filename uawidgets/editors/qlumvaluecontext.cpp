@@ -3,7 +3,6 @@
 #include <app/api/qlumsettingscbinterface.h>
 #include <app/api/qlumtext.h>
 #include <uabase/structures/uadatatypedictionary.h>
-#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uaoptionsetdefinition.h>
 #include <uabase/values/uanodeid.h>
 
@@ -18,13 +17,6 @@ constexpr OpcUa_UInt32 numberId = 26;
 constexpr OpcUa_UInt32 integerId = 27;
 constexpr OpcUa_UInt32 unsignedIntegerId = 28;
 } // namespace
-
-UaEnumDefinition qlumEnumDefinition(const QlumValueContext& context)
-{
-    return context.dictionary && !context.dataType.isNull()
-               ? context.dictionary->enumDefinition(context.dataType)
-               : UaEnumDefinition();
-}
 
 UaOptionSetDefinition qlumOptionSetDefinition(const QlumValueContext& context)
 {

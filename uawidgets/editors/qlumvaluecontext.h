@@ -37,7 +37,8 @@ struct QlumValueContext
     std::optional<QlumValueRange> instrumentRange;    ///< the same
     QString unit;                                     ///< shown behind numbers
     std::optional<OpcUa_UInt32> maxStringLength;      ///< bytes; of strings and byte strings
-    QString accessFault; ///< why the value cannot be written, in words; empty when it can
+    UaEnumDefinition valueNames; ///< what the variable itself calls its numbers; of a Boolean 0 and 1
+    QString accessFault;         ///< why the value cannot be written, in words; empty when it can
 
     /// Name of a data type that somebody has read already; empty when nobody has.
     std::function<QString(const UaNodeId& dataType)> typeName;
@@ -49,9 +50,7 @@ struct QlumValueContext
     QlumSettingsCBInterface* settings = nullptr;
 };
 
-/// Null when the declared type is no enumeration that is known.
-[[nodiscard]] UaEnumDefinition qlumEnumDefinition(const QlumValueContext& context);
-/// The same for option sets, those of the structured form among them.
+/// Null when the declared type is no option set that is known; those of the structured form are among them.
 [[nodiscard]] UaOptionSetDefinition qlumOptionSetDefinition(const QlumValueContext& context);
 /// The built-in types that a value may have: one where the declared type has one, several for an abstract
 /// type of numbers, all that a variant can hold where anything may be given or nothing is known.

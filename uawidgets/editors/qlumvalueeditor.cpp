@@ -5,6 +5,7 @@
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumcelleditors_p.h>
 #include <uawidgets/editors/qlumvaluetext.h>
+#include <uawidgets/editors/qlumvaluetype.h>
 
 #include <QObject>
 #include <QString>
@@ -37,7 +38,7 @@ bool isTooLong(const UaVariant& value)
 QlumCellValue cellOf(const UaVariant& value, const QlumValueContext& context)
 {
     const OpcUa_BuiltInType type = value.isNull() ? context.builtInType : value.type();
-    return {value, type, context, qlumEnumDefinition(context), qlumOptionSetDefinition(context)};
+    return {value, type, context, qlumValueNames(type, context), qlumOptionSetDefinition(context)};
 }
 
 QWidget* makeEditor(const QlumCellValue& cell, QWidget* parent)
@@ -45,8 +46,7 @@ QWidget* makeEditor(const QlumCellValue& cell, QWidget* parent)
     QWidget* editor = nullptr;
     if (cell.type == OpcUaType_Boolean)
         editor = new QlumBoolCell(cell, parent);
-    else if (cell.type == OpcUaType_StatusCode ||
-             (cell.enumeration.valueCount() > 0 && qlumMayBeEnumeration(cell.type)))
+    else if (cell.type == OpcUaType_StatusCode || cell.enumeration.valueCount() > 0)
         editor = new QlumNamesCell(cell, parent);
     else if (cell.type == OpcUaType_DateTime)
         editor = new QlumTimeCell(cell, parent);

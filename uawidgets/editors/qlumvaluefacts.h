@@ -1,6 +1,7 @@
 // What a node says of its Value, and what that means for an editor.
 #pragma once
 #include <opcua/opcua_types.h>
+#include <uabase/structures/uaenumdefinition.h>
 #include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/values/uaarrays.h>
 #include <uabase/values/uanodeid.h>
@@ -25,6 +26,9 @@ struct QlumValueFacts
     std::map<std::string, UaVariant> properties; ///< by name, those of qlumEditingProperties()
 };
 
+/// What a variable calls its numbers, by its properties EnumStrings or EnumValues, and its states, by
+/// TrueState and FalseState, as 1 and 0; null when it has none of them.
+[[nodiscard]] UaEnumDefinition qlumVariableNames(const std::map<std::string, UaVariant>& properties);
 /// The names of the properties that an editor makes use of.
 [[nodiscard]] const std::vector<std::string>& qlumEditingProperties();
 /// Puts into the context what follows from the facts; the rest of it stays.

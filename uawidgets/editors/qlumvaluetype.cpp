@@ -7,6 +7,8 @@
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uastring.h>
+#include <uawidgets/editors/qlumnumbertext.h>
+#include <uawidgets/editors/qlumvaluetext.h>
 
 #include <QStringList>
 
@@ -38,6 +40,16 @@ UaEnumDefinition qlumEnumDefinition(const UaNodeId& dataTypeId, UaDataTypeDictio
 {
     const UaEnumDefinition known = uaNamespaceZeroEnum(dataTypeId);
     return known.isNull() && dictionary ? dictionary->enumDefinition(dataTypeId) : known;
+}
+
+UaEnumDefinition qlumValueNames(OpcUa_BuiltInType type, const QlumValueContext& context)
+{
+    const bool isNamed = context.valueNames.valueCount() > 0;
+    if (isNamed && (qlumIsInteger(type) || type == OpcUaType_Boolean))
+        return context.valueNames;
+    return qlumMayBeEnumeration(type) && !context.dataType.isNull()
+               ? qlumEnumDefinition(context.dataType, context.dictionary.get())
+               : UaEnumDefinition();
 }
 
 QlumTypeHint qlumFieldHint(const UaStructureField& field, UaDataTypeDictionary* dictionary)
@@ -83,6 +95,7 @@ QlumValueContext qlumFieldContext(const QlumValueContext& structure, const UaStr
     context.unit.clear();
     context.accessFault.clear();
     context.maxStringLength.reset();
+    context.valueNames = {};
     if (field.maxStringLength() > 0)
         context.maxStringLength = field.maxStringLength();
     return context;

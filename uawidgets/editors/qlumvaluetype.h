@@ -37,6 +37,9 @@ struct QlumTypedValue
 /// The definition of an enumeration by its data type; null when nobody has one. The dictionary may be null.
 [[nodiscard]] UaEnumDefinition qlumEnumDefinition(const UaNodeId& dataTypeId,
                                                   UaDataTypeDictionary* dictionary);
+/// What the numbers of a value of that type are called, by its variable or by its data type, and both states
+/// of a Boolean; null when they have no names.
+[[nodiscard]] UaEnumDefinition qlumValueNames(OpcUa_BuiltInType type, const QlumValueContext& context);
 /// The hint for the values of a structure's field.
 [[nodiscard]] QlumTypeHint qlumFieldHint(const UaStructureField& field, UaDataTypeDictionary* dictionary);
 /// The definition of an option set by its data type; null when nobody has one. The dictionary may be null.

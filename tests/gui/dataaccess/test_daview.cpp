@@ -1,5 +1,6 @@
 // What a user does with a data access view, and what servers do to it.
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlummetatypes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/dataaccess/qlumdafilter.h>
 #include <plugins/dataaccess/qlumdamodel.h>
@@ -7,6 +8,7 @@
 #include <plugins/dataaccess/qlumdataitem.h>
 #include <plugins/dataaccess/qlumdaview.h>
 #include <tests/gui/dataaccess/dafixture.h>
+#include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatuscode.h>
@@ -17,6 +19,7 @@
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QMessageBox>
+#include <QModelIndex>
 #include <QPushButton>
 #include <QSettings>
 #include <QSpinBox>
@@ -217,6 +220,13 @@ TEST_F(DaViewTest, ElementsBecomeRowsThatShowThemAlone)
     view->model().takeValue(item(2).key, value, 0, view->model().now());
     EXPECT_EQ(cell(2, M::Value), "9");
     EXPECT_EQ(cell(2, M::Maximum), "9");
+    const QModelIndex shown = view->model().index(2, M::Value); // as delegates and editors ask for it
+    EXPECT_EQ(shown.data(M::ValueRole).value<UaVariant>(), element);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return shown.data(M::DataTypeRole).value<UaNodeId>() == UaNodeId(OpcUaType_Int32) &&
+               shown.data(M::DictionaryRole).value<UaDataTypeDictionary*>() != nullptr;
+    }));
+    EXPECT_EQ(view->model().index(2, 0).data(M::KeyRole).toUInt(), item(2).key);
 }
 
 TEST_F(DaViewTest, OfManyRowsOnlyWhatIsTouchedChanges)

@@ -6,15 +6,20 @@
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uaextensionobject.h>
+#include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumcontextreader.h>
 #include <uawidgets/editors/qlumdefaultvalue.h>
+#include <uawidgets/editors/qlumvaluechecks.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
+#include <uawidgets/editors/qlumvalueeditor.h>
 #include <uawidgets/editors/qlumvaluefacts.h>
 
+#include <QComboBox>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -42,13 +47,13 @@ protected:
                                      UaDataValue(UaVariant(UaQualifiedName(UaString(name), 0))));
         services->table.reference(speed, UaNodeId(OpcUaId_HasProperty), UaNodeId(id, 2));
     }
-    QlumValueContext read()
+    QlumValueContext read(const UaVariant& expected = UaVariant(1.5))
     {
         QlumContextReader reader(services, {});
         std::vector<QlumValueContext> contexts;
         UaDataValues values;
         EXPECT_TRUE(reader.read(std::vector{speed}, contexts, &values).isGood());
-        EXPECT_EQ(UaVariant(values[0].Value), UaVariant(1.5));
+        EXPECT_EQ(UaVariant(values[0].Value), expected);
         return contexts.empty() ? QlumValueContext() : contexts.front();
     }
 
@@ -76,6 +81,41 @@ TEST_F(ContextReader, LearnsOfAVariableOfAKnownTypeByTwoCalls)
     EXPECT_EQ(context.euRange->high, 100);
     EXPECT_FALSE(context.instrumentRange) << "its ends are the wrong way round";
     EXPECT_TRUE(context.accessFault.contains("UserAccessLevel"));
+}
+
+// Neither is an enumeration by its data type, and the numbers may be of any whole type.
+TEST_F(ContextReader, StatesAreChosenByTheNamesThatTheVariableGivesThem)
+{
+    const std::vector<UaVariant> names{UaVariant(UaLocalizedText(UaString(), UaString("Off"))),
+                                       UaVariant(UaLocalizedText(UaString(), UaString("Hand")))};
+    UaVariant strings;
+    ASSERT_EQ(strings.setArray(OpcUaType_LocalizedText, names), OpcUa_Good);
+    QWidget window;
+    const auto edit = [&](const UaVariant& value) {
+        services->table.variable(speed, "Switch", value);
+        return qobject_cast<QComboBox*>(qlumCreateValueEditor(value, read(value), &window));
+    };
+    property(2, "EnumStrings", strings);
+    QComboBox* box = edit(UaVariant(OpcUa_UInt16{7}));
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->currentText(), "7") << "without a name it is still what it is";
+    UaVariant chosen;
+    box->setCurrentText("Hand (1)");
+    ASSERT_TRUE(qlumValueFromEditor(box, chosen));
+    EXPECT_EQ(chosen, UaVariant(OpcUa_UInt16{1}));
+    EXPECT_EQ(qlumEditorCheck(box).text(), "");
+    box->setCurrentText("5");
+    EXPECT_EQ(qlumEditorCheck(box).refused, "");
+    EXPECT_EQ(qlumEditorCheck(box).unusual, "The variable has no name for 5.");
+    services = std::make_shared<TableServices>();
+    property(2, "TrueState", UaVariant(UaLocalizedText(UaString(), UaString("open"))));
+    box = edit(UaVariant(false));
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->itemText(0), "false");
+    EXPECT_EQ(box->itemText(1), "open (true)");
+    box->setCurrentIndex(1);
+    ASSERT_TRUE(qlumValueFromEditor(box, chosen));
+    EXPECT_EQ(chosen, UaVariant(true));
 }
 
 TEST_F(ContextReader, TakesDefinitionsAlongEvenOfTypesThatHoldThemselves)
