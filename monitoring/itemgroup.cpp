@@ -8,6 +8,7 @@ void ItemGroup::reuse(const SubscriptionWish& wish)
 {
     requested = wish;
     revised = SubscriptionWish();
+    keepAliveCount = 0;
     gaps = 0;
     losses = 0;
     lastHeard = OpcUa_DateTime{};

@@ -39,6 +39,7 @@ struct ItemGroup final : public UaClientSdk::UaSubscriptionCallback
     UaClientSdk::UaSubscription* subscription = nullptr;
     OpcUa_UInt32 subscriptionId = 0;
     SubscriptionWish revised;
+    OpcUa_UInt32 keepAliveCount = 0;
     OpcUa_UInt32 items = 0;
     OpcUa_UInt32 gaps = 0;
     OpcUa_UInt32 losses = 0; ///< since it was last heard

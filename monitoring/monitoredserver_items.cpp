@@ -199,7 +199,8 @@ std::vector<SubscriptionInfo> MonitoredServerPrivate::subscriptions()
     for (const auto& group : m_groups)
         if (group && group->items > 0)
             infos.push_back({group->requested, group->subscriptionId, group->revised, group->items,
-                             group->gaps, UaDateTime(group->lastHeard), group->messages});
+                             group->gaps, UaDateTime(group->lastHeard), group->messages,
+                             group->keepAliveCount});
     return infos;
 }
 

@@ -169,11 +169,12 @@ void MonitoredServerPrivate::createSubscription(ItemGroup& group)
     const UaStatus status =
         portion.session->createSubscription(settings, &group, group.index + 1u, wanted, true, &subscription);
     SubscriptionWish revised;
-    OpcUa_UInt32 id = 0;
+    OpcUa_UInt32 id = 0, keepAliveCount = 0;
     if (status.isNotBad()) {
         revised = {subscription->publishingInterval(), subscription->lifetimeCount(),
                    subscription->priority()};
         id = subscription->subscriptionId();
+        keepAliveCount = subscription->maxKeepAliveCount();
     }
     News news;
     const Lock lock(m_mutex);
@@ -181,6 +182,7 @@ void MonitoredServerPrivate::createSubscription(ItemGroup& group)
         group.subscription = subscription;
         group.subscriptionId = id;
         group.revised = revised;
+        group.keepAliveCount = keepAliveCount;
         group.isVoid = portion.epoch != group.epoch; // made in a session that is gone
     } else if (isPassingFault(status.statusCode())) {
         restLocked(portion.link);

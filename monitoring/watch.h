@@ -88,6 +88,8 @@ struct SubscriptionInfo
     OpcUa_UInt32 gaps = 0;           ///< notifications that were lost on the way
     UaDateTime lastHeard;            ///< a value or a keep-alive
     OpcUa_UInt64 notifications = 0;  ///< messages with values that came
+    OpcUa_UInt32 keepAliveCount =
+        0; ///< as the server has it: publishing intervals without news; 0: not known
 };
 
 } // namespace monitoring

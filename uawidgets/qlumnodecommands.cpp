@@ -2,9 +2,11 @@
 
 #include <QAbstractScrollArea>
 #include <QEvent>
+#include <QMenu>
 #include <QString>
 #include <QStringList>
 
+#include <algorithm>
 #include <utility>
 
 #define TEXT(text) QT_TRANSLATE_NOOP("QlumNodeCommands", text)
@@ -70,7 +72,35 @@ void QlumNodeCommands::makeOpenActions()
         m_view->insertAction(m_actions[CallMethod], action);
         m_open.append(action);
     }
+    makeToolMenus();
     update();
+}
+
+void QlumNodeCommands::makeToolMenus()
+{
+    qDeleteAll(m_menus);
+    m_menus.clear();
+    const QlumToolServices* services = QlumToolServices::instance();
+    if (services == nullptr || m_without == Tools)
+        return;
+    for (const QlumNodeTool& tool : services->nodeTools()) {
+        auto menu = std::find_if(m_menus.begin(), m_menus.end(),
+                                 [&tool](const QMenu* other) { return other->title() == tool.menu; });
+        if (menu == m_menus.end()) {
+            menu = m_menus.insert(m_menus.end(), new QMenu(tool.menu, m_view));
+            (*menu)->setToolTipsVisible(true);
+            m_view->insertAction(m_actions[CallMethod], (*menu)->menuAction());
+        }
+        QAction* action = (*menu)->addAction(tool.text);
+        action->setObjectName(tool.name);
+        action->setToolTip(tool.toolTip);
+        action->setStatusTip(tool.toolTip);
+        action->setWhatsThis(tool.toolTip);
+        connect(action, &QAction::triggered, this, [this, act = tool.act] {
+            if (const QlumToolNodes nodes = m_selected(); !nodes.empty())
+                act(nodes);
+        });
+    }
 }
 
 void QlumNodeCommands::update()
@@ -80,6 +110,8 @@ void QlumNodeCommands::update()
     m_actions[RevealNode]->setVisible(m_without != Reveal && nodes.size() == 1 && services->canReveal());
     m_actions[CallMethod]->setVisible(isMethodOfAnObject(nodes) && services->canCallMethod());
     const QStringList types = services ? services->documentTypes(nodes) : QStringList();
+    for (QMenu* menu : qAsConst(m_menus))
+        menu->menuAction()->setVisible(!nodes.empty());
     for (QAction* action : qAsConst(m_open))
         action->setVisible(types.contains(action->data().toString()));
 }

@@ -10,6 +10,8 @@
 
 #include <functional>
 
+class QMenu;
+
 /// The commands of a view for the nodes that are selected in it: what other tools do with nodes, as far as
 /// they are there and accept them ("Add to Data Access View", "Call..."). The actions are the view's own and
 /// take part in its context menu, by mouse and by key; they follow the selection when the menu opens, and the
@@ -21,7 +23,8 @@ public:
     /// Commands that a view may leave out: the address space view reveals its nodes already.
     enum Without {
         Nothing, ///< all commands
-        Reveal   ///< not the one that shows the node in the address space view
+        Reveal,  ///< not the one that shows the node in the address space view
+        Tools    ///< not those that tools offer in menus: the view has its own
     };
 
     /// The view's context menu must be one of its actions. The function is asked for the selected nodes.
@@ -36,6 +39,7 @@ protected:
 
 private:
     void makeOpenActions();
+    void makeToolMenus();
     void reveal();
     void callMethod();
 
@@ -43,5 +47,6 @@ private:
     std::function<QlumToolNodes()> m_selected;
     Without m_without;
     QlumActionTable m_actions;
+    QList<QMenu*> m_menus;  ///< of what tools offer
     QList<QAction*> m_open; ///< one for each type of document that takes nodes; data() is the type
 };

@@ -63,7 +63,7 @@ QString escaped(const QString& plain, QLatin1String special)
 
 QString escapedName(const QString& name)
 {
-    return escaped(name, QLatin1String("/:&"));
+    return escaped(name, QLatin1String("/.<>:#!&"));
 }
 
 // Where the sign stands without a '&' before it; -1 for nowhere.
@@ -183,6 +183,20 @@ QString qlumNodeIdText(const UaNodeId& nodeId, const QStringList& namespaces, Ql
     return uriMark + uri + QLatin1Char(';') + toQString(bare.toXmlString());
 }
 
+QString qlumPathStep(OpcUa_UInt16 namespaceIndex, const QString& name)
+{
+    return (namespaceIndex > 0 ? QString::number(namespaceIndex) + QLatin1Char(':') : QString()) +
+           escapedName(name);
+}
+
+QString qlumPathAbove(const QString& path)
+{
+    int last = 0;
+    for (int at = 0; at < path.size(); takeElement(path, ++at))
+        last = at;
+    return path.left(last);
+}
+
 QString qlumPathText(const UaNodeId& start, const std::vector<QlumPathStep>& path,
                      const QStringList& namespaces, QlumNamespaceForm form)
 {
@@ -191,10 +205,10 @@ QString qlumPathText(const UaNodeId& start, const std::vector<QlumPathStep>& pat
         const int index = step.namespaceIndex;
         text += QLatin1Char('/');
         if (form == QlumNamespaceForm::Uri && index > 0 && index < namespaces.size())
-            text += uriMark + escaped(namespaces.at(index), QLatin1String("/;&")) + QLatin1Char(';');
-        else if (index > 0)
-            text += QString::number(index) + QLatin1Char(':');
-        text += escapedName(step.name);
+            text += uriMark + escaped(namespaces.at(index), QLatin1String("/;&")) + QLatin1Char(';') +
+                    escapedName(step.name);
+        else
+            text += qlumPathStep(step.namespaceIndex, step.name);
     }
     return text;
 }

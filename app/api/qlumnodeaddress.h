@@ -28,8 +28,9 @@ struct QlumNodeAddress
 };
 
 /// "ns=2;s=Pump", "nsu=urn:plant;s=Pump", or a path: "/Objects/2:Plant/nsu=urn:plant;Pump" from the root,
-/// "ns=2;i=5/2:Pump" from a node. In names '/', ':' and '&' have a '&' before them, in URIs '/', ';'
-/// and '&'; behind the colon of the index a colon needs none.
+/// "ns=2;i=5/2:Pump" from a node. In names what means something in relative paths of OPC 10000-4, A.2 has a
+/// '&' before it, of which '/' and '&' cannot do without; in URIs '/', ';' and '&' have one. Behind the
+/// colon of the index a colon needs none.
 [[nodiscard]] QlumNodeAddress qlumReadAddress(const QString& text);
 /// Puts the indexes of the server's namespaces in the place of URIs. What the server has not got is told for
 /// the user; then the address is half done.
@@ -43,6 +44,10 @@ enum class QlumNamespaceForm {
 /// By index where the table has no such URI.
 [[nodiscard]] QString qlumNodeIdText(const UaNodeId& nodeId, const QStringList& namespaces,
                                      QlumNamespaceForm form);
+/// A name as a step of a path, without the slash before it: "2:Pump".
+[[nodiscard]] QString qlumPathStep(OpcUa_UInt16 namespaceIndex, const QString& name);
+/// The path without its last step; empty when there is one only.
+[[nodiscard]] QString qlumPathAbove(const QString& path);
 /// A path that qlumReadAddress() reads back. A start of null stands for the root.
 [[nodiscard]] QString qlumPathText(const UaNodeId& start, const std::vector<QlumPathStep>& path,
                                    const QStringList& namespaces, QlumNamespaceForm form);

@@ -55,6 +55,8 @@ void QlumToolServices::removeTakers(QObject* owner)
     m_chooseNode.remove(owner);
     m_reveal.remove(owner);
     m_nodes.remove(owner);
+    m_nodeTools.remove(owner);
+    m_samples.remove(owner);
     m_callMethod.remove(owner);
     m_showCertificate.remove(owner);
     m_showValue.remove(owner);
@@ -84,6 +86,14 @@ bool QlumToolServices::revealNode(unsigned int serverId, const UaNodeId& nodeId)
 {
     qlumAssertGuiThread();
     return canReveal() && m_reveal.last()(serverId, nodeId);
+}
+
+std::vector<QlumNodeTool> QlumToolServices::nodeTools() const
+{
+    std::vector<QlumNodeTool> tools;
+    for (const auto& [owner, tool] : m_nodeTools.entries)
+        tools.push_back(tool);
+    return tools;
 }
 
 QStringList QlumToolServices::documentTypes() const

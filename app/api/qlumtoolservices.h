@@ -61,6 +61,16 @@ struct QlumNodeTaker
         add; ///< gets only what it accepts
 };
 
+/// A command for nodes that a tool offers in every view that has some, in a menu with its like.
+struct QlumNodeTool
+{
+    QString menu;                                  ///< title
+    QString name;                                  ///< of the action
+    QString text;                                  ///< for the user
+    QString toolTip;                               ///< the same
+    std::function<void(const QlumToolNodes&)> act; ///< on at least one node
+};
+
 /// A value of a recorded curve.
 struct QlumToolSample
 {
@@ -109,6 +119,8 @@ public:
     [[nodiscard]] QStringList documentTypes() const;
     /// Those that accept at least one of the nodes.
     [[nodiscard]] QStringList documentTypes(std::span<const QlumToolNode> nodes) const;
+    /// Commands of tools for nodes, in the order of registration.
+    [[nodiscard]] std::vector<QlumNodeTool> nodeTools() const;
     /// Gives the nodes to a document of that type, which is opened when there is none. False when the type
     /// takes none of them, or no document can be opened.
     bool openNodes(const QString& documentType, std::span<const QlumToolNode> nodes);
@@ -178,6 +190,8 @@ public:
     void takeReveal(QObject* owner, Reveal taker) { take(m_reveal, owner, std::move(taker)); }
     /// Registers a taker of openNodes(), for its type of document.
     void takeNodes(QObject* owner, QlumNodeTaker taker) { take(m_nodes, owner, std::move(taker)); }
+    /// Offers a command for nodes.
+    void takeNodeTool(QObject* owner, QlumNodeTool tool) { take(m_nodeTools, owner, std::move(tool)); }
     /// Registers a taker of showSamples(), for its type of document.
     void takeSamples(QObject* owner, QlumSampleTaker taker) { take(m_samples, owner, std::move(taker)); }
     /// Registers a taker of callMethod().
@@ -234,6 +248,7 @@ private:
     Takers<ChooseNode> m_chooseNode;
     Takers<Reveal> m_reveal;
     Takers<QlumNodeTaker> m_nodes;
+    Takers<QlumNodeTool> m_nodeTools;
     Takers<QlumSampleTaker> m_samples;
     Takers<CallMethod> m_callMethod;
     Takers<ShowCertificate> m_showCertificate;

@@ -5,8 +5,10 @@
 #include <uawidgets/editors/qlumvaluedelegate.h>
 
 #include <QAbstractItemModel>
+#include <QHash>
 #include <QModelIndex>
 #include <QObject>
+#include <QString>
 #include <QStyleOptionViewItem>
 #include <QWidget>
 
@@ -22,13 +24,19 @@ public:
     /// What the next editor begins with, and what is known of its value.
     void prepare(const UaVariant& value, QlumValueContext context);
 
+    /// What stands above rows, by their places in the view; these have room for it at their top.
+    void setHeadings(const QHash<int, QString>& headings) { m_headings = headings; }
+
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
-    /// With a line above the first row of each group.
+    /// With the heading of its group above a row that has one.
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
+    /// Below the heading.
+    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const override;
 
 signals:
     /// The user has entered a value in a cell.
@@ -37,4 +45,5 @@ signals:
 private:
     UaVariant m_value;
     QlumValueContext m_context;
+    QHash<int, QString> m_headings;
 };

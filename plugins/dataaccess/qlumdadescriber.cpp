@@ -1,5 +1,6 @@
 #include <plugins/dataaccess/qlumdadescriber.h>
 
+#include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumservertypes.h>
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumtext.h>
@@ -31,6 +32,11 @@ constexpr std::array<OpcUa_UInt32, 5> askedAttributes{
     OpcUa_Attributes_NodeClass, OpcUa_Attributes_DisplayName, OpcUa_Attributes_BrowseName,
     OpcUa_Attributes_DataType, OpcUa_Attributes_UserAccessLevel};
 
+QString stepOf(const UaQualifiedName& name)
+{
+    return qlumPathStep(name.namespaceIndex(), toQString(name.name()));
+}
+
 void takeAttribute(OpcUa_UInt32 attribute, const UaVariant& value, QlumDaDescription& row,
                    QString& browseName)
 {
@@ -42,7 +48,7 @@ void takeAttribute(OpcUa_UInt32 attribute, const UaVariant& value, QlumDaDescrip
         row.displayName = toQString(value.toLocalizedText().text());
         break;
     case OpcUa_Attributes_BrowseName:
-        browseName = toQString(value.toQualifiedName().toString());
+        browseName = stepOf(value.toQualifiedName());
         break;
     case OpcUa_Attributes_DataType:
         row.dataType = value.toNodeId();
@@ -225,7 +231,7 @@ void QlumDaDescriber::browseParents(const std::vector<UaNodeId>& nodes)
         const UaNodeId parent = UaExpandedNodeId(reference.NodeId).nodeId();
         m_steps[nodes[i]].parent = parent;
         if (QString& name = m_steps[parent].name; name.isEmpty())
-            name = toQString(UaQualifiedName(reference.BrowseName).toString());
+            name = stepOf(UaQualifiedName(reference.BrowseName));
     }
     releasePoints(*m_services, m_job, results);
 }

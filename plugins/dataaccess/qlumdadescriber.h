@@ -62,7 +62,7 @@ private:
     struct Step
     {
         UaNodeId parent; ///< null for none
-        QString name;    ///< of the node itself
+        QString name;    ///< of the node itself, as a step of a path
     };
 
     [[nodiscard]] UaStatus readAttributes(std::span<const QlumDaQuestion> questions, Portion& result);

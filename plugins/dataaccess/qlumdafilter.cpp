@@ -1,5 +1,7 @@
 #include <plugins/dataaccess/qlumdafilter.h>
 
+#include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumnodeaddress.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 
 #include <QModelIndex>
@@ -33,7 +35,7 @@ QString QlumDaFilter::groupName(int sourceRow) const
     const QString server = model.index(sourceRow, QlumDaModel::Server).data().toString();
     if (m_group != ByFolder)
         return server;
-    return server + QLatin1Char(' ') + model.rowAt(sourceRow).browsePath.section(QLatin1Char('/'), 0, -2);
+    return server + QLatin1Char(' ') + qlumPathAbove(model.rowAt(sourceRow).browsePath);
 }
 
 // The names are made once, not in each of the many comparisons of a sort.
@@ -59,12 +61,22 @@ int QlumDaFilter::groupOf(int sourceRow) const
     return place < m_groups.size() ? m_groups[place] : std::numeric_limits<int>::max();
 }
 
-bool QlumDaFilter::beginsGroup(int row) const
+QHash<int, QString> QlumDaFilter::headings() const
 {
-    if (m_group == NoGroups || row < 0)
-        return false;
-    const auto groupAt = [this](int place) { return groupOf(mapToSource(index(place, 0)).row()); };
-    return row == 0 || groupAt(row) != groupAt(row - 1);
+    QHash<int, QString> texts;
+    if (m_group == NoGroups)
+        return texts;
+    const auto sourceRow = [this](int row) { return mapToSource(index(row, 0)).row(); };
+    for (int first = 0, end = 0; first < rowCount(); first = end) {
+        const int group = groupOf(sourceRow(first));
+        for (end = first + 1; end < rowCount() && groupOf(sourceRow(end)) == group;)
+            ++end;
+        const QString name = group == std::numeric_limits<int>::max() ? QString() // until lookAgain()
+                                                                      : groupName(sourceRow(first)).trimmed();
+        texts.insert(first, tr("%1 (%n row(s))", nullptr, end - first)
+                                .arg(name.isEmpty() ? tr("Not known yet") : qlumSingleLine(name)));
+    }
+    return texts;
 }
 
 bool QlumDaFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const

@@ -1,6 +1,7 @@
 #pragma once
 #include <uawidgets/table/qlumtablefilter.h>
 
+#include <QHash>
 #include <QModelIndex>
 #include <QObject>
 #include <QString>
@@ -37,10 +38,11 @@ public:
     /// None at first. Rows that come later are put into their groups by lookAgain().
     void setGroup(Group group);
     [[nodiscard]] Group group() const { return m_group; } ///< as set
-    /// Whether a row is the first one of its group, while there are groups.
-    [[nodiscard]] bool beginsGroup(int row) const;
     /// What the group of a row is called.
     [[nodiscard]] QString groupName(int sourceRow) const;
+    /// What stands above the first row of each group, by that row: its name, and how many rows it has. Empty
+    /// while there are no groups.
+    [[nodiscard]] QHash<int, QString> headings() const;
 
 protected:
     [[nodiscard]] bool acceptsRow(int row, const QModelIndex& parent) const override;

@@ -325,17 +325,13 @@ std::shared_ptr<const QlumValueContext> QlumDaModel::typeContext(const QlumDataI
     return found == m_types.end() ? nullptr : found->second;
 }
 
-// A server sends one element of an array as an array of one.
 UaVariant QlumDaModel::partOf(const QlumDataItem& item, const UaVariant& value) const
 {
-    if (!item.indexRange.isEmpty() && !item.indexRange.contains(QLatin1Char(':')) &&
-        value.elementCount() == 1)
-        return value.at(0);
     if (item.fieldPath.isEmpty())
-        return value;
+        return qlumElementOf(value, item.indexRange);
     const std::shared_ptr<const QlumValueContext> known = typeContext(item);
     QlumValueContext context = known ? *known : QlumValueContext();
-    return qlumFieldOf(value, item.fieldPath, context);
+    return qlumFieldOf(qlumElementOf(value, item.indexRange), item.fieldPath, context);
 }
 
 QString QlumDaModel::valueText(const QlumDataItem& item) const
@@ -347,7 +343,8 @@ QString QlumDaModel::valueText(const QlumDataItem& item) const
     if (item.fieldPath.isEmpty())
         return qlumCellText(shownValue(item), known ? *known : nothing);
     QlumValueContext context = known ? *known : nothing;
-    const UaVariant part = qlumFieldOf(item.value.value(), item.fieldPath, context);
+    const UaVariant part =
+        qlumFieldOf(qlumElementOf(item.value.value(), item.indexRange), item.fieldPath, context);
     return part.isNull() ? tr("(no such field)") : qlumCellText(part, context);
 }
 

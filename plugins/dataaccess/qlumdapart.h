@@ -76,6 +76,8 @@ public:
     virtual void valuesChanged(std::span<const quint32> /*keys*/) {}
     /// Names, types, units or paths of some rows are known now.
     virtual void rowsDescribed() {}
+    /// These are watched in another way now: settings, index range, or a namespace that is known at last.
+    virtual void watchChanged(const std::vector<quint32>& /*keys*/) {}
     /// Of one of the servers.
     virtual void statusChanged(unsigned int /*serverId*/, QlumConnectionStatus) {}
     /// No call to it may be under way when this returns; the view has ended its pool's work for it before.

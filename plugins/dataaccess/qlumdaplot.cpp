@@ -1,11 +1,8 @@
 #include <plugins/dataaccess/qlumdaplot.h>
 
 #include <app/api/qlumtext.h>
-#include <monitoring/allsink.h>
-#include <monitoring/monitoredserver.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdatafield.h>
-#include <plugins/dataaccess/qlumdawatch.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uavariant.h>
@@ -19,16 +16,13 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMetaObject>
+#include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <QWidget>
 
-#include <algorithm>
 #include <limits>
 #include <map>
-#include <memory>
-#include <span>
 #include <utility>
 #include <vector>
 
@@ -38,11 +32,12 @@ constexpr int minute = 60'000;
 } // namespace
 
 QlumDaPlot::QlumDaPlot(QlumDaModel& model, QlumMonitoringProvider monitoring, QWidget* parent)
-    : QWidget(parent), m_model(model), m_monitoring(std::move(monitoring)),
-      m_sink(std::make_shared<monitoring::AllSink>(
-          [this] { QMetaObject::invokeMethod(this, &QlumDaPlot::take, Qt::QueuedConnection); })),
+    : QWidget(parent), m_model(model), m_feed(model, std::move(monitoring), keptByServer),
       m_plot(new QlumPlot)
 {
+    connect(&m_feed, &QlumDaFeed::came, this, &QlumDaPlot::take);
+    connect(&m_feed, &QlumDaFeed::lost, this, &QlumDaPlot::tellLost);
+    connect(&m_feed, &QlumDaFeed::ended, this, &QlumDaPlot::dropCurves);
     setObjectName(QStringLiteral("dataPlotPage"));
     m_plot->setObjectName(QStringLiteral("dataPlot"));
     m_plot->setEmptyText(tr("No curves yet"),
@@ -55,13 +50,7 @@ QlumDaPlot::QlumDaPlot(QlumDaModel& model, QlumMonitoringProvider monitoring, QW
     layout->addWidget(m_plot, 1);
 }
 
-QlumDaPlot::~QlumDaPlot()
-{
-    m_sink->close();
-    for (const auto& [key, plotted] : m_plotted)
-        if (plotted.server && plotted.item != 0)
-            plotted.server->remove(std::span(&plotted.item, 1));
-}
+QlumDaPlot::~QlumDaPlot() = default;
 
 QWidget* QlumDaPlot::makeBar()
 {
@@ -89,8 +78,11 @@ QWidget* QlumDaPlot::makeBar()
     layout->setContentsMargins(4, 4, 4, 0);
     layout->addWidget(m_pause);
     layout->addWidget(m_window);
+    m_note = new QLabel;
+    m_note->setObjectName(QStringLiteral("plotNote"));
+    m_note->setTextFormat(Qt::PlainText);
     layout->addWidget(m_ownAxes);
-    layout->addStretch(1);
+    layout->addWidget(m_note, 1);
     return bar;
 }
 
@@ -117,60 +109,40 @@ QlumPlotCurve* QlumDaPlot::makeCurve(const QlumDataItem& item)
 
 void QlumDaPlot::addKeys(const std::vector<quint32>& keys)
 {
-    for (const quint32 key : keys) {
-        const QlumDataItem* item = m_model.find(key);
-        if (item == nullptr || item->nodeId.isNull() || m_plotted.contains(key))
-            continue;
-        Plotted plotted;
-        plotted.curve = makeCurve(*item);
-        watch(*item, plotted);
-        m_plotted.emplace(key, std::move(plotted));
-    }
+    std::vector<quint32> added;
+    for (const quint32 key : keys)
+        if (const QlumDataItem* item = m_model.find(key);
+            item != nullptr && !item->nodeId.isNull() && m_curves.try_emplace(key).second) {
+            m_curves[key] = makeCurve(*item);
+            added.push_back(key);
+        }
+    m_feed.add(added);
     emit keysChanged();
-}
-
-// A row whose namespace nobody knows yet has to wait: its node id would mean another node.
-void QlumDaPlot::watch(const QlumDataItem& item, Plotted& plotted)
-{
-    if (item.state == QlumDataState::NamespaceGone || item.state == QlumDataState::NoServer)
-        return;
-    plotted.server = m_monitoring ? m_monitoring(item.serverId) : nullptr;
-    if (!plotted.server)
-        return;
-    monitoring::ItemSettings settings = qlumMonitoringSettings(m_model.settingsOf(item));
-    settings.queueSize = std::max(settings.queueSize, keptByServer);
-    monitoring::ItemWish wish;
-    wish.nodeId = item.nodeId;
-    wish.attributeId = item.attributeId;
-    wish.indexRange = toUaString(item.indexRange);
-    wish.key = item.key;
-    plotted.item = plotted.server->add(m_sink, settings, std::span(&wish, 1)).front();
 }
 
 void QlumDaPlot::rowsChanged()
 {
-    for (auto& [key, plotted] : m_plotted) {
-        const QlumDataItem* item = m_model.find(key);
-        if (item == nullptr)
-            continue;
-        if (plotted.item == 0)
-            watch(*item, plotted);
-        if (plotted.curve->name() != nameOf(*item) || plotted.curve->unit() != unitOf(*item))
-            remakeCurve(key, plotted);
-    }
+    for (auto& [key, curve] : m_curves)
+        if (const QlumDataItem* item = m_model.find(key);
+            item != nullptr && (curve->name() != nameOf(*item) || curve->unit() != unitOf(*item)))
+            remakeCurve(key, curve);
 }
 
 void QlumDaPlot::removeKeys(const std::vector<quint32>& keys)
 {
+    m_feed.remove(keys);
+    dropCurves(keys);
+}
+
+void QlumDaPlot::dropCurves(const std::vector<quint32>& keys)
+{
     bool isOther = false;
     for (const quint32 key : keys) {
-        const auto found = m_plotted.find(key);
-        if (found == m_plotted.end())
+        const auto found = m_curves.find(key);
+        if (found == m_curves.end())
             continue;
-        if (found->second.server && found->second.item != 0)
-            found->second.server->remove(std::span(&found->second.item, 1));
-        m_plot->removeCurve(found->second.curve);
-        m_plotted.erase(found);
+        m_plot->removeCurve(found->second);
+        m_curves.erase(found);
         isOther = true;
     }
     if (isOther)
@@ -179,53 +151,55 @@ void QlumDaPlot::removeKeys(const std::vector<quint32>& keys)
 
 std::vector<quint32> QlumDaPlot::keys() const
 {
-    std::vector<quint32> result;
-    for (const auto& [key, plotted] : m_plotted)
-        result.push_back(key);
-    return result;
+    return m_feed.keys();
 }
 
 QlumPlotCurve* QlumDaPlot::curve(quint32 key) const
 {
-    const auto found = m_plotted.find(key);
-    return found == m_plotted.end() ? nullptr : found->second.curve;
+    const auto found = m_curves.find(key);
+    return found == m_curves.end() ? nullptr : found->second;
 }
 
 // Axes belong to units and the legend to names, so the curve is made anew with what it has.
-void QlumDaPlot::remakeCurve(quint32 key, Plotted& plotted)
+void QlumDaPlot::remakeCurve(quint32 key, QlumPlotCurve*& curve)
 {
-    const QlumSampleStore& before = plotted.curve->samples();
+    const QlumSampleStore& before = curve->samples();
     std::vector<QlumSample> samples;
     samples.reserve(before.size());
     for (std::size_t i = 0; i < before.size(); ++i)
         samples.push_back(before.at(i));
     QlumPlotCurve* const made = makeCurve(*m_model.find(key));
     m_plot->append(made, samples);
-    m_plot->removeCurve(plotted.curve);
-    plotted.curve = made;
+    m_plot->removeCurve(curve);
+    curve = made;
 }
 
 // ---- what comes
 
-void QlumDaPlot::take()
+// A value that is no number, since its node has changed its type for one, is a gap.
+void QlumDaPlot::take(const std::vector<QlumDaFeed::Value>& values)
 {
-    monitoring::AllSink::Batch batch = m_sink->take();
     std::map<quint32, std::vector<QlumSample>> samples;
-    for (const monitoring::AllSink::Value& one : batch.values) {
-        const auto key = static_cast<quint32>(one.key);
-        const QlumDataItem* item = m_model.find(key);
-        if (item == nullptr || !m_plotted.contains(key))
+    for (const QlumDaFeed::Value& one : values) {
+        const QlumDataItem* item = m_model.find(one.key);
+        if (item == nullptr || !m_curves.contains(one.key))
             continue;
         const UaDataValue& value = one.value;
         const UaDateTime time =
             value.sourceTimestamp().isNull() ? value.serverTimestamp() : value.sourceTimestamp();
         const UaVariant shown = m_model.partOf(*item, value.value());
-        samples[key].push_back({time.isNull() ? UaDateTime::now().value() : time.value(),
-                                qlumDaNumber(shown).value_or(std::numeric_limits<double>::quiet_NaN()),
-                                value.statusCode().code(), value.serverTimestamp().value()});
+        samples[one.key].push_back({time.isNull() ? one.received : time.value(),
+                                    qlumDaNumber(shown).value_or(std::numeric_limits<double>::quiet_NaN()),
+                                    value.statusCode().code(), value.serverTimestamp().value()});
     }
     for (const auto& [key, ofRow] : samples)
-        m_plot->append(m_plotted.at(key).curve, ofRow);
+        m_plot->append(m_curves.at(key), ofRow);
+}
+
+void QlumDaPlot::tellLost(quint64 count)
+{
+    m_lost += count;
+    m_note->setText(tr("%1 values came too fast to be drawn").arg(QLocale().toString(m_lost)));
 }
 
 void QlumDaPlot::setPaused(bool isPaused)

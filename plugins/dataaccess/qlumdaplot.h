@@ -1,25 +1,21 @@
 #pragma once
 #include <app/api/qlummonitoring.h>
-#include <monitoring/watch.h>
+#include <plugins/dataaccess/qlumdafeed.h>
 #include <plugins/dataaccess/qlumdataitem.h>
 
 #include <QString>
 #include <QWidget>
 
 #include <map>
-#include <memory>
 #include <vector>
 
 class QCheckBox;
 class QComboBox;
+class QLabel;
 class QPushButton;
 class QlumDaModel;
 class QlumPlot;
 class QlumPlotCurve;
-namespace monitoring {
-class AllSink;
-class MonitoredServer;
-} // namespace monitoring
 
 /// Curves of chosen rows. They are watched for this besides the table, so that no value between two of those
 /// that the table shows is missed.
@@ -35,8 +31,10 @@ public:
     void addKeys(const std::vector<quint32>& keys);
     /// Ends those that are there.
     void removeKeys(const std::vector<quint32>& keys);
-    /// These may have another node, name or unit now.
+    /// Rows may have another name or unit now.
     void rowsChanged();
+    /// These are watched in another way now.
+    void watchChanged(const std::vector<quint32>& keys) { m_feed.refresh(keys); }
     /// Rows with a curve.
     [[nodiscard]] std::vector<quint32> keys() const;
     [[nodiscard]] QlumPlot* plot() const { return m_plot; } ///< with the curves
@@ -48,29 +46,24 @@ signals:
     void keysChanged();
 
 private:
-    struct Plotted
-    {
-        QlumPlotCurve* curve = nullptr;
-        std::shared_ptr<monitoring::MonitoredServer> server;
-        monitoring::ItemId item = 0;
-    };
-
     [[nodiscard]] QWidget* makeBar();
-    void take();
+    void take(const std::vector<QlumDaFeed::Value>& values);
+    void dropCurves(const std::vector<quint32>& keys);
+    void tellLost(quint64 count);
     void setPaused(bool isPaused);
     void setWindow(int milliseconds);
-    void remakeCurve(quint32 key, Plotted& plotted);
-    void watch(const QlumDataItem& item, Plotted& plotted);
+    void remakeCurve(quint32 key, QlumPlotCurve*& curve);
     [[nodiscard]] QString nameOf(const QlumDataItem& item) const;
     [[nodiscard]] QString unitOf(const QlumDataItem& item) const;
     [[nodiscard]] QlumPlotCurve* makeCurve(const QlumDataItem& item);
 
     QlumDaModel& m_model;
-    const QlumMonitoringProvider m_monitoring;
-    std::shared_ptr<monitoring::AllSink> m_sink;
+    QlumDaFeed m_feed;
     QlumPlot* m_plot;
     QPushButton* m_pause = nullptr;
     QComboBox* m_window = nullptr;
     QCheckBox* m_ownAxes = nullptr;
-    std::map<quint32, Plotted> m_plotted;
+    QLabel* m_note = nullptr;
+    quint64 m_lost = 0; ///< values that came too fast
+    std::map<quint32, QlumPlotCurve*> m_curves;
 };

@@ -1,10 +1,14 @@
 #include <plugins/dataaccess/qlumdaplugin.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumjobpool.h>
+#include <app/api/qlumlog.h>
 #include <app/api/qlumtoolservices.h>
+#include <plugins/dataaccess/parts/qlumnodecopier.h>
 #include <plugins/dataaccess/qlumdasettings.h>
 #include <plugins/dataaccess/qlumdaview.h>
 
+#include <QLatin1String>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -27,6 +31,8 @@ QlumDaPlugin::QlumDaPlugin(QlumSessionServicesProvider services, QlumMonitoringP
     setObjectName(QStringLiteral("QlumDaPlugin"));
 }
 
+QlumDaPlugin::~QlumDaPlugin() = default;
+
 void QlumDaPlugin::init(QlumApplicationInterface* app)
 {
     m_app = app;
@@ -39,11 +45,32 @@ void QlumDaPlugin::init(QlumApplicationInterface* app)
                 view->addNodes(nodes);
         };
         tools->takeNodes(this, taker);
+        offerCopies();
     }
+}
+
+void QlumDaPlugin::offerCopies()
+{
+    m_copies = std::make_unique<QlumJobPool>();
+    m_copier = std::make_unique<QlumNodeCopier>(
+        *m_app, m_services, *m_copies, [this](const QString& what, const QString& why) {
+            if (!what.isEmpty())
+                QlumLog(name()).write(QlumLogLevel::Warning, QStringLiteral("%1 %2").arg(what, why));
+        });
+    for (const QlumCopyCommand& command : qlumCopyCommands())
+        QlumToolServices::instance()->takeNodeTool(
+            this, {tr("&Copy As"), QLatin1String(command.name), QlumNodeCopier::tr(command.text),
+                   QlumNodeCopier::tr(command.toolTip),
+                   [this, format = command.format](const QlumToolNodes& nodes) {
+                       if (m_copier)
+                           m_copier->copyNodes(nodes, format);
+                   }});
 }
 
 void QlumDaPlugin::shutdown()
 {
+    m_copies.reset();
+    m_copier.reset();
     m_views.clear(); // they belong to the application's window, and have gone with the project
     m_app = nullptr;
 }
@@ -102,6 +129,10 @@ void QlumDaPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionSta
 void QlumDaPlugin::sessionRemoved(unsigned int serverId)
 {
     m_status.remove(serverId);
+    if (m_copies) {
+        m_copies->endServer(serverId);
+        m_copies->endServer(qlumNoServer); // of several at once
+    }
     for (QlumDaView* view : views())
         view->sessionRemoved(serverId);
 }

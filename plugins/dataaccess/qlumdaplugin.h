@@ -14,8 +14,12 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 class QlumApplicationInterface;
 class QlumDaView;
+class QlumJobPool;
+class QlumNodeCopier;
 class QWidget;
 
 /// Watches and writes values in documents.
@@ -31,6 +35,7 @@ public:
     QlumDaPlugin();
     /// With services other than those of the application's sessions.
     QlumDaPlugin(QlumSessionServicesProvider services, QlumMonitoringProvider monitoring);
+    ~QlumDaPlugin() override;
 
     void init(QlumApplicationInterface* app) override;
     void shutdown() override;
@@ -46,10 +51,13 @@ public:
 
 private:
     [[nodiscard]] QList<QlumDaView*> views() const;
+    void offerCopies();
 
     const QlumSessionServicesProvider m_services;
     const QlumMonitoringProvider m_monitoring;
     QlumApplicationInterface* m_app = nullptr;
     QList<QPointer<QlumDaView>> m_views; ///< those that were made; they belong to others
     QMap<unsigned int, QlumConnectionStatus> m_status;
+    std::unique_ptr<QlumNodeCopier> m_copier; ///< for the other views of nodes
+    std::unique_ptr<QlumJobPool> m_copies;    ///< what it reads; goes before it
 };

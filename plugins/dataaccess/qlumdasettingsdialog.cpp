@@ -2,6 +2,8 @@
 
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdasettings.h>
+#include <uabase/values/uanumericrange.h>
+#include <uaclientsdk/subscriptionsettings.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
@@ -13,15 +15,16 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLayoutItem>
 #include <QLineEdit>
 #include <QPalette>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QString>
 #include <QStringList>
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include <initializer_list>
 #include <limits>
 #include <optional>
 #include <type_traits>
@@ -36,8 +39,8 @@ QlumDaSettingsDialog::QlumDaSettingsDialog(const QString& heading, const QlumDat
       m_sampling(new QDoubleSpinBox), m_queue(new QSpinBox), m_discardOldest(new QCheckBox),
       m_deadband(new QComboBox), m_deadbandValue(new QDoubleSpinBox), m_trigger(new QComboBox),
       m_timestamps(new QComboBox), m_mode(new QComboBox), m_priority(new QSpinBox), m_lifetime(new QSpinBox),
-      m_read(new QDoubleSpinBox), m_indexRange(new QLineEdit), m_asView(new QCheckBox),
-      m_form(new QFormLayout)
+      m_read(new QDoubleSpinBox), m_indexRange(new QLineEdit), m_rangeFault(new QLabel),
+      m_asView(new QCheckBox), m_form(new QFormLayout)
 {
     setWindowTitle(tr("How Values Are Watched"));
     auto* title = new QLabel(heading);
@@ -48,7 +51,9 @@ QlumDaSettingsDialog::QlumDaSettingsDialog(const QString& heading, const QlumDat
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     makeTimes(m_form, settings, revised);
     makeFilter(m_form, settings);
-    makeRest(m_form, settings, revised.has_value());
+    makeRest(m_form, settings, revised);
+    m_ok = buttons->button(QDialogButtonBox::Ok);
+    makeRowsOwn(m_form, revised.has_value());
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(title);
     layout->addLayout(m_form);
@@ -154,37 +159,73 @@ void QlumDaSettingsDialog::makeFilter(QFormLayout* form, const QlumDataSettings&
     add(m_mode, "monitoringMode", tr("Monitorin&g mode:"), qlumDaModes(), static_cast<int>(settings.mode));
 }
 
-void QlumDaSettingsDialog::makeRest(QFormLayout* form, const QlumDataSettings& settings, bool isOfRows)
+void QlumDaSettingsDialog::makeRest(QFormLayout* form, const QlumDataSettings& settings,
+                                    const std::optional<Revised>& revised)
 {
     m_priority->setRange(0, std::numeric_limits<quint8>::max());
     m_priority->setValue(settings.priority);
     connect(m_priority, QOverload<int>::of(&QSpinBox::valueChanged), this, [this] { touch(m_priority); });
-    qlumAddRow(form, m_priority, {QStringLiteral("priority"), tr("P&riority:"), {}, {}});
+    qlumAddRow(form, m_priority,
+               {QStringLiteral("priority"),
+                tr("P&riority:"),
+                tr("Of the subscription; higher ones are sent first. Servers take it as it is."),
+                {}});
     m_lifetime->setRange(3, std::numeric_limits<int>::max());
     m_lifetime->setValue(static_cast<int>(settings.lifetimeCount));
     connect(m_lifetime, QOverload<int>::of(&QSpinBox::valueChanged), this, [this] { touch(m_lifetime); });
+    auto* line = new QHBoxLayout;
+    line->addWidget(m_lifetime, 1);
+    if (revised && revised->lifetime > 0)
+        line->addWidget(
+            revisedLabel(QString::number(revised->lifetime), revised->lifetime != settings.lifetimeCount), 1);
     qlumAddRow(form, m_lifetime,
                {QStringLiteral("lifetimeCount"),
                 tr("&Lifetime:"),
                 tr("After so many publishing intervals without a connection the server forgets it."),
-                {}});
+                {}},
+               line);
+    if (revised && revised->keepAlive > 0) {
+        const quint32 asked = UaClientSdk::SubscriptionSettings().maxKeepAliveCount;
+        QLabel* keepAlive = revisedLabel(QString::number(revised->keepAlive), revised->keepAlive != asked);
+        keepAlive->setObjectName(QStringLiteral("keepAliveCount"));
+        keepAlive->setToolTip(
+            tr("After so many publishing intervals without news the server shows that it is there; %1 are "
+               "asked for.")
+                .arg(asked));
+        form->addRow(tr("Keep-alive:"), keepAlive);
+    }
     m_read->setMinimum(0);
     m_read->setSpecialValueText(tr("no: it is watched"));
     addInterval(form, m_read, "readInterval", tr("R&ead instead, every:"),
                 tr("Reads the value that often instead of having it watched, for servers that refuse."),
                 settings.readInterval, nullptr);
+}
+
+// What rows have and views have not.
+void QlumDaSettingsDialog::makeRowsOwn(QFormLayout* form, bool isOfRows)
+{
+    connect(m_indexRange, &QLineEdit::textChanged, this, &QlumDaSettingsDialog::checkRange);
     connect(m_indexRange, &QLineEdit::textEdited, this, [this] { touch(m_indexRange); });
     qlumAddRow(form, m_indexRange,
                {QStringLiteral("indexRange"),
                 tr("&Index range:"),
                 tr("Elements of an array: 3, 0:9, or 1,0:4 for a matrix. Empty for all."),
                 {}});
+    m_rangeFault->setObjectName(QStringLiteral("indexRangeFault"));
+    m_rangeFault->setTextFormat(Qt::PlainText);
+    m_rangeFault->setWordWrap(true);
+    QPalette palette = m_rangeFault->palette();
+    palette.setColor(QPalette::WindowText, qlumStatusColor(QlumStatusLevel::Bad, palette));
+    m_rangeFault->setPalette(palette);
+    m_rangeFault->hide();
+    form->addRow(m_rangeFault);
     m_asView->setText(tr("As the &view has it"));
     connect(m_asView, &QCheckBox::toggled, this, [this](bool on) {
-        for (int i = 0; i < m_form->rowCount(); ++i)
-            for (const QFormLayout::ItemRole role : {QFormLayout::FieldRole, QFormLayout::LabelRole})
-                if (QLayoutItem* item = m_form->itemAt(i, role); item && item->widget())
-                    item->widget()->setEnabled(!on);
+        const std::initializer_list<QWidget*> fields{
+            m_publishing, m_sampling,   m_queue, m_discardOldest, m_deadband, m_deadbandValue,
+            m_trigger,    m_timestamps, m_mode,  m_priority,      m_lifetime, m_read};
+        for (QWidget* field : fields)
+            field->setEnabled(!on && (field != m_deadbandValue || m_deadband->currentIndex() != 0));
     });
     qlumAddWideRow(
         form, m_asView,
@@ -194,6 +235,19 @@ void QlumDaSettingsDialog::makeRest(QFormLayout* form, const QlumDataSettings& s
         m_indexRange->hide();
         m_asView->hide();
     }
+}
+
+// A server would only say that the range is invalid.
+void QlumDaSettingsDialog::checkRange()
+{
+    bool isRange = true;
+    static_cast<void>(UaNumericRange::fromString(m_indexRange->text().trimmed().toStdString(), &isRange));
+    m_rangeFault->setText(
+        isRange ? QString()
+                : tr("This is no index range. It has numbers from 0, a colon between the first and a larger "
+                     "last one, and a comma between dimensions."));
+    m_rangeFault->setVisible(!isRange);
+    m_ok->setEnabled(isRange);
 }
 
 void QlumDaSettingsDialog::touch(const QWidget* field)

@@ -14,6 +14,7 @@ class QDoubleSpinBox;
 class QFormLayout;
 class QLabel;
 class QLineEdit;
+class QPushButton;
 class QSpinBox;
 
 /// How rows are watched, with what the server has made of it beside. Of several rows only what the user
@@ -28,6 +29,8 @@ public:
         double publishing = 0; ///< ms; 0: not known
         double sampling = 0;   ///< ms
         quint32 queue = 0;     ///< values
+        quint32 lifetime = 0;  ///< publishing intervals
+        quint32 keepAlive = 0; ///< publishing intervals
     };
 
     /// The heading says whose settings they are.
@@ -47,7 +50,9 @@ private:
     void makeTimes(QFormLayout* form, const QlumDataSettings& settings,
                    const std::optional<Revised>& revised);
     void makeFilter(QFormLayout* form, const QlumDataSettings& settings);
-    void makeRest(QFormLayout* form, const QlumDataSettings& settings, bool isOfRows);
+    void makeRest(QFormLayout* form, const QlumDataSettings& settings, const std::optional<Revised>& revised);
+    void makeRowsOwn(QFormLayout* form, bool isOfRows);
+    void checkRange();
     void addInterval(QFormLayout* form, QDoubleSpinBox* field, const char* name, const QString& label,
                      const QString& explanation, double value, QLabel* revised);
     void touch(const QWidget* field);
@@ -67,6 +72,8 @@ private:
     QSpinBox* m_lifetime;
     QDoubleSpinBox* m_read;
     QLineEdit* m_indexRange;
+    QLabel* m_rangeFault;
+    QPushButton* m_ok = nullptr;
     QCheckBox* m_asView;
     QFormLayout* m_form;
     QSet<const QWidget*> m_touched;

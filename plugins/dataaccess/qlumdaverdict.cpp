@@ -139,7 +139,8 @@ QlumDaVerdict complete(const QlumDaEvidence& evidence)
 
 bool isSilent(const QlumDaEvidence& evidence)
 {
-    constexpr double patience = 30, least = 30'000; // keep-alives come every ten publishing intervals or so
+    constexpr double usual = 10, times = 3, least = 30'000; // keep-alives that may be missed
+    const double patience = times * (evidence.keepAliveCount > 0 ? evidence.keepAliveCount : usual);
     const double silence =
         static_cast<double>(evidence.now - evidence.subscriptionHeard) / ticksOfMillisecond;
     return evidence.subscriptionHeard != 0 && silence > std::max(patience * publishing(evidence), least);

@@ -13,6 +13,8 @@ struct QlumDaEvidence
     double revisedPublishing = 0; ///< ms; 0: not known
     double revisedSampling = 0;   ///< ms
     quint32 revisedQueue = 0;
+    quint32 keepAliveCount =
+        0;                 ///< publishing intervals without news until the server shows a sign; 0: not known
     quint64 count = 0;     ///< values that came
     quint32 overflows = 0; ///< times that the server's queue has lost some
     quint32 gaps = 0;      ///< notifications that were lost on the way

@@ -20,12 +20,14 @@
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 
+#include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
 #include <QFont>
 #include <QFontMetrics>
 #include <QHBoxLayout>
+#include <QHash>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
@@ -131,14 +133,17 @@ void QlumDaView::makeTable()
     showUsualColumns();
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
     makeActions();
-    new QlumNodeCommands(m_table, [this] {
-        QlumToolNodes nodes;
-        for (const quint32 key : selectedKeys())
-            if (const QlumDataItem* item = m_model->find(key); item && !item->nodeId.isNull())
-                nodes.push_back(
-                    {item->serverId, item->nodeId, OpcUa_NodeClass_Variable, {}, item->displayName});
-        return nodes;
-    });
+    new QlumNodeCommands(
+        m_table,
+        [this] {
+            QlumToolNodes nodes;
+            for (const quint32 key : selectedKeys())
+                if (const QlumDataItem* item = m_model->find(key); item && !item->nodeId.isNull())
+                    nodes.push_back(
+                        {item->serverId, item->nodeId, OpcUa_NodeClass_Variable, {}, item->displayName});
+            return nodes;
+        },
+        QlumNodeCommands::Tools);
     qlumMakeTable(
         m_table, {tr("Drop variables or branches here from the Address Space window, or choose \"Add to Data "
                      "Access View\" in the menu of a node."),
@@ -311,8 +316,31 @@ void QlumDaView::connectParts()
         if (m_filter->group() != QlumDaFilter::NoGroups)
             m_filter->lookAgain();
     });
+    m_groups.setInterval(0);
+    m_groups.setSingleShot(true);
+    connect(&m_groups, &QTimer::timeout, this, &QlumDaView::showGroups);
+    for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(m_filter, change, &m_groups, QOverload<>::of(&QTimer::start));
+    connect(m_filter, &QAbstractItemModel::layoutChanged, this, &QlumDaView::showGroups);
+    connect(m_filter, &QAbstractItemModel::modelReset, this, &QlumDaView::showGroups);
     m_second.setInterval(second);
     connect(&m_second, &QTimer::timeout, this, &QlumDaView::showEachSecond);
+}
+
+// The first row of each group is as high as two, and has the group's heading at its top.
+void QlumDaView::showGroups()
+{
+    const QHash<int, QString> headings = m_filter->headings();
+    if (headings.isEmpty() && !std::exchange(m_hasGroups, false))
+        return;
+    m_hasGroups = !headings.isEmpty();
+    m_delegate->setHeadings(headings);
+    QHeaderView* const rows = m_table->verticalHeader();
+    const int usual = rows->defaultSectionSize();
+    for (int row = 0; row < m_filter->rowCount(); ++row)
+        if (const int wanted = headings.contains(row) ? 2 * usual : usual; rows->sectionSize(row) != wanted)
+            rows->resizeSection(row, wanted);
+    m_table->viewport()->update();
 }
 
 // ---- parts

@@ -142,6 +142,7 @@ private:
     void showTraffic();
     void showVerdict();
     void showHeading();
+    void showGroups();
     void measureRoundTrip();
     [[nodiscard]] QlumDaVerdict judge(const QlumDataItem& item) const;
     [[nodiscard]] QlumDaVerdict judgedNow(const QlumDataItem& item) const;
@@ -151,12 +152,14 @@ private:
     // ---- rows
     void addNodesOf(unsigned int serverId, const QlumToolNodes& nodes);
     void addVariables(unsigned int serverId, const QlumToolNodes& nodes);
+    void tellThere(const std::vector<QlumDataItem>& again);
     void countBranches(unsigned int serverId, const QlumToolNodes& roots);
     void askAboutBranch(unsigned int serverId, const QString& name, const QlumDaBranch::Result& found);
     void describe(unsigned int serverId, const std::vector<quint32>& keys);
     void takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion);
     void tellRefused(unsigned int serverId, int count, UaStatusCode why);
     void readRefused(unsigned int serverId);
+    void tellWatchChanged(const std::vector<quint32>& keys);
     void tellServers();
     void removeKeys(const std::vector<quint32>& keys);
     [[nodiscard]] std::vector<quint32> keysOf(unsigned int serverId, bool refusedOnly = false) const;
@@ -166,6 +169,7 @@ private:
     void openEditor(quint32 key, int column, const QlumValueContext& context);
     void openValueWindow(quint32 key, int column, const QlumValueContext& context);
     void takeEntered(quint32 key, int column, const UaVariant& value);
+    void askAgain(const std::vector<quint32>& keys);
     void openValues();
     void addParts();
     void askSettings(bool isOfView);
@@ -202,6 +206,7 @@ private:
     QlumDaPart* m_newValues = nullptr;
     std::vector<std::unique_ptr<QlumDaPart>> m_parts;
     QTimer m_second;
+    QTimer m_groups;  ///< rows are shown that were not before, or others are gone
     QTimer m_regroup; ///< rows have come, gone or got their paths
     int m_seconds = 0;
     quint64 m_notifications = 0;              ///< at the last look
@@ -209,4 +214,5 @@ private:
     QSet<unsigned int> m_measuring;
     mutable QHash<quint32, QlumDaVerdict> m_verdicts; ///< of rows that were looked at within the last second
     bool m_isLoading = false;
+    bool m_hasGroups = false; ///< on screen
 };

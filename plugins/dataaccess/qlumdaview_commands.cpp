@@ -1,7 +1,6 @@
 // What the user does with rows: editing, plotting, settings, order.
 #include <plugins/dataaccess/qlumdaview.h>
 
-#include <app/api/qlumcallnote.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumstatuswords.h>
@@ -74,7 +73,7 @@ constexpr std::array<QlumActionRow, 12> commandRows{{
      Qt::WidgetShortcut},
     {V::AskAgain, "askAgain", DA_TEXT("Ask the Server A&gain"), "", qlumNoKey, "",
      DA_TEXT("<b>Ask the Server Again</b><br>Tries once more to have rows watched that the server has "
-             "refused."),
+             "refused, or of which it only tells faults."),
      Qt::WidgetShortcut},
     {V::ResetCounts, "resetCounts", DA_TEXT("Reset Cou&nts"), "", qlumNoKey, "",
      DA_TEXT("<b>Reset Counts</b><br>Change count, minimum and maximum of the selected rows begin anew."),
@@ -91,22 +90,6 @@ constexpr std::array<QlumActionRow, 12> commandRows{{
      DA_TEXT("<b>Remove</b><br>Takes the selected rows out of this view. Nothing changes on the server."),
      Qt::WidgetShortcut},
 }};
-
-UaStatus writeOne(QlumSessionServices& services, QlumSessionServices::Settings& settings,
-                  const UaNodeId& nodeId, quint32 attributeId, const QString& indexRange,
-                  const UaVariant& value)
-{
-    UaWriteValues nodes(1);
-    nodes[0].AttributeId = attributeId;
-    if (OpcUa_IsBad(nodeId.copyTo(&nodes[0].NodeId)) || OpcUa_IsBad(value.copyTo(&nodes[0].Value.Value)) ||
-        (!indexRange.isEmpty() && OpcUa_IsBad(toUaString(indexRange).copyTo(&nodes[0].IndexRange))))
-        return UaStatus(OpcUa_BadOutOfMemory); // a null value must not be written instead
-    UaStatusCodeArray results;
-    const UaStatus status = services.write(settings, nodes, results);
-    if (status.isBad())
-        return status;
-    return results.length() == 1 ? UaStatus(results[0]) : UaStatus(OpcUa_BadUnknownResponse);
-}
 
 } // namespace
 
@@ -146,7 +129,7 @@ void QlumDaView::makeActions()
     on(
         ViewSettings, [this] { askSettings(true); });
     on(
-        AskAgain, [this] { m_watch->retry(selectedKeys()); });
+        AskAgain, [this] { askAgain(selectedKeys()); });
     on(ResetCounts, [this] { m_model->resetCounts(selectedKeys()); });
     on(MoveUp, [this] {
         m_model->moveKeys(selectedKeys(), -1);
@@ -159,6 +142,19 @@ void QlumDaView::makeActions()
             markModified();
         });
     on(Remove, [this] { removeKeys(selectedKeys()); });
+}
+
+// What the server has refused, and what it watches but has only faults to tell of: its node may be back.
+void QlumDaView::askAgain(const std::vector<quint32>& keys)
+{
+    std::vector<quint32> faulty;
+    for (const quint32 key : keys)
+        if (const QlumDataItem* item = m_model->find(key);
+            item && item->state == QlumDataState::Watched && item->value.statusCode().isBad())
+            faulty.push_back(key);
+    m_watch->retry(keys);
+    m_watch->unwatch(faulty);
+    m_watch->watch(faulty);
 }
 
 // ---- editing
@@ -176,15 +172,6 @@ void QlumDaView::editCell(const QModelIndex& index)
               writeTopic,
               tr("The value cannot be edited without a connection."),
               tr("Connect %1 first.").arg(serverName(item->serverId)),
-              {},
-              {}});
-        return;
-    }
-    if (!item->fieldPath.isEmpty()) {
-        tell({QlumMessage::Note,
-              writeTopic,
-              tr("A field is written with the whole value of its variable."),
-              tr("Edit the row of the variable itself, or its value in the attribute view."),
               {},
               {}});
         return;
@@ -225,6 +212,16 @@ void QlumDaView::openEditor(quint32 key, int column, const QlumValueContext& con
     }
     dismiss(writeTopic);
     QlumValueContext known = item->indexRange.isEmpty() ? context : qlumElementContext(context);
+    if (!item->fieldPath.isEmpty() &&
+        qlumFieldOf(qlumElementOf(item->value.value(), item->indexRange), item->fieldPath, known).isNull()) {
+        tell({QlumMessage::Warning,
+              writeTopic,
+              tr("%1 cannot be edited.").arg(item->displayName),
+              tr("The value has no field \"%1\" now, or nobody knows its type.").arg(item->fieldPath),
+              {},
+              {}});
+        return;
+    }
     known.browseNode = qlumNodeChoice(item->serverId);
     const UaVariant staged = column == QlumDaModel::NewValue ? m_newValues->newValue(*item) : UaVariant();
     const UaVariant value = staged.isNull() ? m_model->shownValue(*item) : staged;
@@ -271,17 +268,11 @@ void QlumDaView::write(quint32 key, const UaVariant& value)
     const std::shared_ptr<QlumSessionServices> services = item ? m_services(item->serverId) : nullptr;
     if (!services)
         return;
-    UaVariant sent = value;
-    const bool isElement = !item->indexRange.isEmpty() && item->value.value().elementCount() == 1;
-    if (isElement && value.isScalar() && OpcUa_IsBad(sent.setArray(value.type(), std::span(&value, 1))))
-        return;
-    const auto work = [this, services, sent, key, id = item->nodeId, attribute = item->attributeId,
-                       range = item->indexRange, name = item->displayName,
-                       shown = item->value.value()](QlumJob& job) {
-        UaClientSdk::ServiceSettings settings = job.serviceSettings();
-        qlumTellShown(settings, {{id, attribute, shown, name}});
-        const UaStatus status = writeOne(*services, settings, id, attribute, range, sent);
-        job.post([this, key, name, status] {
+    const QlumPartAccess::Place place{item->nodeId, item->attributeId, item->indexRange, item->fieldPath,
+                                      item->displayName};
+    const auto work = [this, services, value, key, place, shown = item->value.value()](QlumJob& job) {
+        const UaStatus status = QlumPartAccess(job, services, place).write(value, shown);
+        job.post([this, key, name = place.name, status] {
             m_model->setWriteFault(key, status.isBad() ? qlumResultInWords(status) : QString());
             if (status.isBad())
                 tell({QlumMessage::Error,
@@ -328,6 +319,7 @@ void QlumDaView::addParts()
             part.attributeId = item->attributeId;
             part.displayName = item->displayName;
             part.settings = item->settings;
+            part.indexRange = item->indexRange;
             const bool isElement = value.isArray() && item->fieldPath.isEmpty() && item->indexRange.isEmpty();
             if (isElement)
                 part.indexRange = path.mid(1, path.size() - 2); // the server sends it alone
@@ -361,8 +353,8 @@ void QlumDaView::askSettings(bool isOfView)
         revised.emplace();
         const std::optional<monitoring::SubscriptionInfo> subscription = m_watch->subscription(*first);
         if (subscription && first->state == QlumDataState::Watched)
-            *revised = {subscription->revised.publishingInterval, first->revisedSampling,
-                        first->revisedQueue};
+            *revised = {subscription->revised.publishingInterval, first->revisedSampling, first->revisedQueue,
+                        subscription->revised.lifetimeCount, subscription->keepAliveCount};
     }
     const QString heading = isOfView ? tr("All rows of this view that have no settings of their own")
                             : keys.size() == 1
@@ -390,6 +382,7 @@ void QlumDaView::askSettings(bool isOfView)
             for (const quint32 key : keys)
                 m_model->changeItem(key, [&range](QlumDataItem& item) { item.indexRange = *range; });
             m_watch->watch(keys);
+            tellWatchChanged(keys);
         }
     });
     dialog->open();
@@ -416,6 +409,6 @@ void QlumDaView::setSettings(const std::vector<quint32>& keys, const QlumDataSet
         });
     }
     m_watch->apply(changed);
-    m_verdicts.clear();
+    tellWatchChanged(changed);
     markModified();
 }

@@ -2,6 +2,7 @@
 #include <plugins/dataaccess/qlumdaview.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumdocumentservers.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumstatuswords.h>
@@ -25,6 +26,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <set>
 #include <span>
 #include <unordered_map>
 #include <utility>
@@ -34,6 +36,7 @@ namespace {
 
 const QString nodesFormat = QStringLiteral("application/UaNodeInformation");
 const QString dropTopic = QStringLiteral("drop");
+const QString thereTopic = QStringLiteral("there");
 const QString refusedTopic = QStringLiteral("refused");
 constexpr double slowRead = 5000; // ms
 
@@ -99,6 +102,7 @@ void QlumDaView::dropEvent(QDropEvent* event)
 void QlumDaView::addNodes(std::span<const QlumToolNode> nodes)
 {
     dismiss(dropTopic);
+    dismiss(thereTopic);
     std::map<unsigned int, QlumToolNodes> byServer;
     for (const QlumToolNode& node : nodes)
         byServer[node.serverId].push_back(node);
@@ -147,18 +151,39 @@ void QlumDaView::addNodesOf(unsigned int serverId, const QlumToolNodes& nodes)
     m_pool->add({tr("Looking at what was dropped"), serverId}, work);
 }
 
+// A node that has a row already gets no second one by accident; who wants it says so.
 void QlumDaView::addVariables(unsigned int serverId, const QlumToolNodes& nodes)
 {
-    std::vector<QlumDataItem> items;
+    std::set<UaNodeId> there;
+    for (const QlumDataItem& item : m_model->rows())
+        if (item.serverId == serverId && item.attributeId == OpcUa_Attributes_Value &&
+            item.indexRange.isEmpty() && item.fieldPath.isEmpty())
+            there.insert(item.nodeId);
+    std::vector<QlumDataItem> items, again;
     items.reserve(nodes.size());
     for (const QlumToolNode& node : nodes) {
         QlumDataItem item;
         item.serverId = serverId;
         item.nodeId = node.nodeId;
         item.displayName = node.name;
-        items.push_back(std::move(item));
+        (there.insert(node.nodeId).second ? items : again).push_back(std::move(item));
     }
+    if (!again.empty())
+        tellThere(again);
     addItems(std::move(items));
+}
+
+void QlumDaView::tellThere(const std::vector<QlumDataItem>& again)
+{
+    const QString& name = again.front().displayName;
+    tell({QlumMessage::Note, thereTopic,
+          again.size() == 1 && !name.isEmpty()
+              ? tr("%1 has a row already.").arg(qlumSingleLine(name))
+              : tr("%n node(s) have a row already.", nullptr, static_cast<int>(again.size())),
+          tr("They were not added a second time."), tr("&Add Again"), [this, again] {
+              dismiss(thereTopic);
+              addItems(again);
+          }});
 }
 
 void QlumDaView::countBranches(unsigned int serverId, const QlumToolNodes& roots)
@@ -247,6 +272,14 @@ void QlumDaView::removeKeys(const std::vector<quint32>& keys)
     tellServers();
     showVerdict();
     markModified();
+}
+
+void QlumDaView::tellWatchChanged(const std::vector<quint32>& keys)
+{
+    m_verdicts.clear();
+    m_plot->watchChanged(keys);
+    for (const auto& part : m_parts)
+        part->watchChanged(keys);
 }
 
 void QlumDaView::tellServers()
@@ -351,7 +384,8 @@ void QlumDaView::sessionStatusChanged(unsigned int serverId, QlumConnectionStatu
         }
         m_watch->unwatch(gone);
         m_watch->watch(back); // those that have an item keep it
-        m_plot->rowsChanged();
+        gone.insert(gone.end(), back.begin(), back.end());
+        tellWatchChanged(gone);
         if (!wasConnected || status == QlumConnectionStatus::NewSessionCreated) {
             dismiss(refusedTopic);
             std::vector<quint32> unknown;

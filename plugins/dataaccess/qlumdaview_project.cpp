@@ -16,6 +16,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMap>
 #include <QSettings>
 #include <QString>
@@ -195,6 +196,7 @@ void QlumDaView::restoreRows(QSettings& settings, const QMap<int, int>& serverId
         ways.push_back(std::make_shared<QlumDataSettings>(qlumRestoredDaSettings(line)));
     std::vector<QlumDataItem> items;
     std::vector<std::size_t> plotted;
+    int leftOut = 0;
     for (const QString& block : restoredTexts(settings, QStringLiteral("Rows")))
         for (QStringList& cells : qlumTabbedRows(block)) {
             while (cells.size() < CellCount)
@@ -224,11 +226,21 @@ void QlumDaView::restoreRows(QSettings& settings, const QMap<int, int>& serverId
                 item.state = QlumDataState::NamespaceGone; // until the server is seen to have it
             else if (!item.namespaceUri.isEmpty())
                 item.nodeId.setNamespaceIndex(static_cast<OpcUa_UInt16>(index));
+            if (items.size() >= static_cast<std::size_t>(mostRows)) {
+                ++leftOut;
+                continue;
+            }
             if (!cells[PlotCell].isEmpty())
                 plotted.push_back(items.size());
-            if (items.size() < static_cast<std::size_t>(mostRows))
-                items.push_back(std::move(item));
+            items.push_back(std::move(item));
         }
+    if (leftOut > 0)
+        tell({QlumMessage::Warning,
+              QStringLiteral("project"),
+              tr("%n row(s) of the project were not taken.", nullptr, leftOut),
+              tr("A view has %1 rows at most.").arg(QLocale().toString(mostRows)),
+              {},
+              {}});
     const std::vector<quint32> keys = addItems(std::move(items));
     std::vector<quint32> curves;
     for (const std::size_t place : plotted)

@@ -174,6 +174,7 @@ QlumDaVerdict QlumDaView::judgedNow(const QlumDataItem& item) const
         }
         if (const std::optional<monitoring::SubscriptionInfo> subscription = m_watch->subscription(item)) {
             evidence.revisedPublishing = subscription->revised.publishingInterval;
+            evidence.keepAliveCount = subscription->keepAliveCount;
             evidence.subscriptionHeard = subscription->lastHeard.value();
         }
     }

@@ -41,6 +41,7 @@ public:
 
     [[nodiscard]] bool isAtEnd() const { return m_at >= m_text.size(); }
     [[nodiscard]] int line() const { return m_line; }
+    [[nodiscard]] int place() const { return m_at; }
 
     QStringList takeRow()
     {
@@ -180,12 +181,15 @@ QlumReadText qlumReadText(const QByteArray& bytes)
     return read;
 }
 
-QVector<QlumCsvRow> qlumCsvRows(const QString& text, int maximum, int* rest)
+QVector<QlumCsvRow> qlumCsvRows(const QString& text, int maximum, int* rest, const QlumReadsOn& goesOn)
 {
+    constexpr int linesPerStep = 1000;
     QVector<QlumCsvRow> rows;
     int beyond = 0;
     FieldReader reader(text, separatorOf(text));
-    while (!reader.isAtEnd()) {
+    for (int read = 1; !reader.isAtEnd(); ++read) {
+        if (goesOn && read % linesPerStep == 0 && !goesOn(reader.place(), text.size()))
+            break;
         const int line = reader.line();
         QStringList fields = reader.takeRow();
         if (fields.size() == 1 && fields.at(0).trimmed().isEmpty())

@@ -1,6 +1,7 @@
 #include <plugins/addressspace/search/qlumnodeindex.h>
 
 #include <app/api/qlumlocalid.h>
+#include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_identifiers.h>
 #include <uabase/values/uaexpandednodeid.h>
@@ -228,7 +229,7 @@ QString QlumNodeIndex::browsePath(Number number) const
     for (std::size_t depth = 0; number > 0 && number != none && depth < maximumDepth; ++depth) {
         const Node node = nodeAt(number);
         path.prepend(QLatin1Char('/') +
-                     toQString(UaQualifiedName(UaString(node.browseName), node.browseNamespace).toString()));
+                     qlumPathStep(node.browseNamespace, toQString(UaString(node.browseName))));
         number = node.parent;
     }
     return path;

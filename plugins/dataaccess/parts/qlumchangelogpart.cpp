@@ -2,27 +2,22 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
-#include <monitoring/allsink.h>
-#include <monitoring/monitoredserver.h>
 #include <plugins/dataaccess/parts/qlumworkcommand.h>
 #include <plugins/dataaccess/parts/qlumworksettings.h>
 #include <plugins/dataaccess/parts/qlumworktable.h>
 #include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/qlumdawatch.h>
 #include <uabase/values/uadatavalue.h>
-#include <uabase/values/uadatetime.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
 
-#include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLatin1String>
 #include <QLocale>
-#include <QMetaObject>
 #include <QPointer>
 #include <QSettings>
 #include <QString>
@@ -37,34 +32,26 @@
 
 namespace {
 constexpr int valueWidth = 200;
-constexpr int maximumLogged = 10'000;
+constexpr std::size_t maximumLogged = 10'000;
+const QLatin1String logTopic("log");
 } // namespace
 
 QlumChangeLogPart::QlumChangeLogPart(QlumDaHost& host)
     : m_host(host), m_model(new QlumChangeLogModel(QlumWorkSettings::logRows.value(&host.application()))),
-      m_sink(std::make_shared<monitoring::AllSink>([this] { // on another thread, once until the next take()
-          QMetaObject::invokeMethod(
-              this, [this] { take(); }, Qt::QueuedConnection);
-      }))
+      m_feed(host.model(), host.monitoring(), 1)
 {
     m_page = makePage();
     m_model->setParent(m_page);
     makeCommands();
     host.addPage(m_page, tr("Log of Changes"));
     connect(m_model, &QlumChangeLogModel::counted, this, &QlumChangeLogPart::refresh);
-    connect(&host.model(), &QAbstractItemModel::rowsRemoved, this, &QlumChangeLogPart::dropMissing);
-    connect(&host.model(), &QAbstractItemModel::modelReset, this, &QlumChangeLogPart::dropMissing);
+    connect(&m_feed, &QlumDaFeed::came, this, &QlumChangeLogPart::take);
+    connect(&m_feed, &QlumDaFeed::lost, m_model, &QlumChangeLogModel::addLost);
+    connect(&m_feed, &QlumDaFeed::ended, this, &QlumChangeLogPart::forget);
     refresh();
 }
 
-QlumChangeLogPart::~QlumChangeLogPart()
-{
-    m_sink->close();
-    std::vector<quint32> keys;
-    for (const auto& [key, logged] : m_logged)
-        keys.push_back(key);
-    stop(keys);
-}
+QlumChangeLogPart::~QlumChangeLogPart() = default;
 
 // ---- page
 
@@ -148,154 +135,84 @@ void QlumChangeLogPart::refresh()
 void QlumChangeLogPart::start(const std::vector<quint32>& keys)
 {
     std::vector<quint32> added;
+    int leftOut = 0;
     for (const quint32 key : keys) {
         const QlumDataItem* row = m_host.model().find(key);
-        if (row == nullptr || row->nodeId.isNull() || m_logged.size() >= maximumLogged ||
-            m_logged.contains(key))
+        if (row == nullptr || row->nodeId.isNull() || m_logged.contains(key))
             continue;
-        Logged& logged = m_logged[key];
-        logged.serverId = row->serverId;
-        logged.changes = row->changes;
-        describe(logged, *row);
-        const bool isRead =
-            m_host.model().settingsOf(*row).readInterval > 0 || row->state == QlumDataState::Read;
-        if (!isRead)
-            added.push_back(key); // begins with the present value
-        else if (row->received != 0)
-            add(logged, row, row->value, row->received);
+        if (m_logged.size() >= maximumLogged) {
+            ++leftOut;
+            continue;
+        }
+        describe(m_logged[key], *row);
+        added.push_back(key);
     }
-    watch(added);
+    m_feed.add(added);
     m_host.markModified();
     refresh();
-}
-
-std::shared_ptr<monitoring::MonitoredServer> QlumChangeLogPart::serverOf(unsigned int serverId) const
-{
-    return m_host.monitoring() ? m_host.monitoring()(serverId) : nullptr;
-}
-
-void QlumChangeLogPart::watch(const std::vector<quint32>& keys)
-{
-    std::map<std::pair<unsigned int, const QlumDataSettings*>, std::vector<quint32>> groups;
-    for (const quint32 key : keys) {
-        const QlumDataItem* row = m_host.model().find(key);
-        groups[{row->serverId, &m_host.model().settingsOf(*row)}].push_back(key);
-    }
-    for (const auto& [group, members] : groups) {
-        const std::shared_ptr<monitoring::MonitoredServer> server = serverOf(group.first);
-        if (!server)
-            continue;
-        std::vector<monitoring::ItemWish> wishes;
-        for (const quint32 key : members) {
-            const QlumDataItem* row = m_host.model().find(key);
-            monitoring::ItemWish& wish = wishes.emplace_back();
-            wish.nodeId = row->nodeId;
-            wish.attributeId = row->attributeId;
-            wish.indexRange = toUaString(row->indexRange);
-            wish.key = key;
-        }
-        const std::vector<monitoring::ItemId> ids =
-            server->add(m_sink, qlumMonitoringSettings(*group.second), wishes);
-        for (std::size_t i = 0; i < members.size() && i < ids.size(); ++i)
-            m_logged[members[i]].watched = ids[i];
-    }
+    if (leftOut > 0)
+        m_host.tell({QlumMessage::Warning,
+                     logTopic,
+                     tr("%n row(s) are not logged.", nullptr, leftOut),
+                     tr("A view logs %1 rows at most. Stop logging others, or open a second view.")
+                         .arg(QLocale().toString(static_cast<qulonglong>(maximumLogged))),
+                     {},
+                     nullptr});
+    else
+        m_host.dismiss(logTopic);
 }
 
 void QlumChangeLogPart::stop(const std::vector<quint32>& keys)
 {
-    for (const quint32 key : keys) {
-        const auto logged = m_logged.find(key);
-        if (logged == m_logged.end())
-            continue;
-        const std::shared_ptr<monitoring::MonitoredServer> server = serverOf(logged->second.serverId);
-        if (server && logged->second.watched != 0)
-            server->remove(std::span(&logged->second.watched, 1));
-        m_logged.erase(logged);
-    }
+    m_feed.remove(keys);
+    m_host.dismiss(logTopic);
+    m_host.markModified();
+    forget(keys);
+}
+
+void QlumChangeLogPart::forget(const std::vector<quint32>& keys)
+{
+    for (const quint32 key : keys)
+        m_logged.erase(key);
     refresh();
 }
 
-void QlumChangeLogPart::dropMissing()
-{
-    std::vector<quint32> gone;
-    for (const auto& [key, logged] : m_logged)
-        if (m_host.model().find(key) == nullptr)
-            gone.push_back(key);
-    if (!gone.empty())
-        stop(gone);
-}
-
-void QlumChangeLogPart::serverRemoved(unsigned int serverId)
-{
-    std::vector<quint32> gone;
-    for (const auto& [key, logged] : m_logged)
-        if (logged.serverId == serverId)
-            gone.push_back(key);
-    stop(gone);
-}
-
 // What is known of the row now; changes that are there keep what was known then.
-void QlumChangeLogPart::describe(Logged& logged, const QlumDataItem& row) const
+void QlumChangeLogPart::describe(Item& known, const QlumDataItem& row) const
 {
     const std::shared_ptr<const QlumValueContext> context = m_host.model().typeContext(row);
     const QString name = row.fieldPath.isEmpty()
                              ? row.displayName
                              : QStringLiteral("%1.%2").arg(row.displayName, row.fieldPath);
-    if (logged.item && logged.item->context == context && logged.item->name == name &&
-        logged.item->unit == row.unit)
+    const QString nodeId =
+        toQString(row.nodeId.toXmlString()) +
+        (row.indexRange.isEmpty() ? QString() : QStringLiteral(" [%1]").arg(row.indexRange));
+    if (known && known->context == context && known->name == name && known->unit == row.unit &&
+        known->nodeId == nodeId)
         return;
     auto item = std::make_shared<QlumLoggedItem>();
     item->server = m_host.application().serverName(row.serverId);
-    item->nodeId = toQString(row.nodeId.toXmlString()) +
-                   (row.indexRange.isEmpty() ? QString() : QStringLiteral(" [%1]").arg(row.indexRange));
+    item->nodeId = nodeId;
     item->name = name;
     item->unit = row.unit;
     item->context = context;
-    logged.item = std::move(item);
+    known = std::move(item);
 }
 
-void QlumChangeLogPart::add(Logged& logged, const QlumDataItem* row, const UaDataValue& value,
-                            OpcUa_DateTime received)
+void QlumChangeLogPart::take(const std::vector<QlumDaFeed::Value>& values)
 {
-    QlumLoggedChange change;
-    change.value = value;
-    change.received = received;
-    if (row != nullptr) {
-        describe(logged, *row);
-        if (!row->fieldPath.isEmpty()) {
-            QlumDataItem part = *row;
-            part.value = value;
-            change.value.setValue(m_host.model().shownValue(part));
-        }
-    }
-    change.item = logged.item;
-    m_model->add(std::move(change));
-}
-
-void QlumChangeLogPart::take()
-{
-    const monitoring::AllSink::Batch batch = m_sink->take();
-    const OpcUa_DateTime now = UaDateTime::now().value();
-    for (const monitoring::AllSink::Value& value : batch.values) {
-        const auto logged = m_logged.find(static_cast<quint32>(value.key));
-        if (logged != m_logged.end())
-            add(logged->second, m_host.model().find(logged->first), value.value, now);
-    }
-    if (batch.overflowed > 0)
-        m_model->addLost(batch.overflowed);
-}
-
-void QlumChangeLogPart::valuesChanged(std::span<const quint32> keys)
-{
-    if (m_logged.empty())
-        return;
-    for (const quint32 key : keys) {
-        const auto logged = m_logged.find(key);
-        const QlumDataItem* row = logged == m_logged.end() ? nullptr : m_host.model().find(key);
-        if (row == nullptr || logged->second.watched != 0 || row->changes == logged->second.changes)
+    std::map<quint32, bool> described; // each row once for many values
+    for (const QlumDaFeed::Value& one : values) {
+        const auto logged = m_logged.find(one.key);
+        const QlumDataItem* row = logged == m_logged.end() ? nullptr : m_host.model().find(one.key);
+        if (row == nullptr)
             continue;
-        logged->second.changes = row->changes;
-        add(logged->second, row, row->value, row->received);
+        if (!std::exchange(described[one.key], true))
+            describe(logged->second, *row);
+        QlumLoggedChange change{logged->second, one.value, one.received};
+        if (!row->fieldPath.isEmpty() || !row->indexRange.isEmpty())
+            change.value.setValue(m_host.model().partOf(*row, one.value.value()));
+        m_model->add(std::move(change));
     }
 }
 

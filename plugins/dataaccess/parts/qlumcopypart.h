@@ -1,5 +1,5 @@
 #pragma once
-#include <plugins/dataaccess/parts/qlumcopyformats.h>
+#include <plugins/dataaccess/parts/qlumnodecopier.h>
 #include <plugins/dataaccess/qlumdapart.h>
 
 #include <vector>
@@ -12,11 +12,9 @@ public:
     /// Adds its commands to the host, which outlives it.
     explicit QlumCopyPart(QlumDaHost& host);
 
-    /// To the clipboard, at once or when the browse paths were read.
-    void copy(QlumCopyFormat format);
-
 private:
-    [[nodiscard]] std::vector<QlumCopiedNode> chosen(std::vector<unsigned int>& servers) const;
+    [[nodiscard]] std::vector<QlumNodeCopier::Wanted> chosen() const;
 
     QlumDaHost& m_host;
+    QlumNodeCopier m_copier;
 };

@@ -23,6 +23,8 @@
 #include <QInputDialog>
 #include <QLatin1String>
 #include <QList>
+#include <QMetaObject>
+#include <QPointer>
 #include <QStringList>
 
 #include <map>
@@ -72,12 +74,7 @@ void QlumListPart::makeCommands()
 
 void QlumListPart::takeList(const QByteArray& bytes)
 {
-    take(bytes, Purpose::Rows);
-}
-
-void QlumListPart::takeValues(const QByteArray& bytes)
-{
-    take(bytes, Purpose::Values);
+    read(bytes, {}, Purpose::Rows);
 }
 
 void QlumListPart::load(Purpose purpose)
@@ -85,47 +82,61 @@ void QlumListPart::load(Purpose purpose)
     const QString path = QFileDialog::getOpenFileName(
         m_host.widget(), purpose == Purpose::Values ? tr("Load New Values") : tr("Load List of Nodes"),
         QDir::homePath(), tr("Lists (*.csv *.txt);;All files (*)"));
-    if (path.isEmpty())
-        return;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        m_host.tell({QlumMessage::Error,
-                     listTopic,
-                     tr("%1 cannot be read.").arg(QDir::toNativeSeparators(path)),
-                     file.errorString(),
-                     {},
-                     nullptr});
-        return;
-    }
-    if (file.size() > maximumFileSize) {
-        m_host.tell({QlumMessage::Error,
-                     listTopic,
-                     tr("%1 is too large.").arg(QDir::toNativeSeparators(path)),
-                     tr("Lists may have up to %1 MB.").arg(maximumFileSize / 1024 / 1024),
-                     {},
-                     nullptr});
-        return;
-    }
-    take(file.readAll(), purpose);
+    if (!path.isEmpty())
+        read({}, path, purpose);
 }
 
-void QlumListPart::take(const QByteArray& bytes, Purpose purpose)
+void QlumListPart::tellFault(const QString& what, const QString& why)
 {
-    const QlumNodeList list = qlumReadNodeList(bytes);
+    m_host.tell({QlumMessage::Error, listTopic, what, why, {}, nullptr});
+}
+
+// A file when there is a path. A list of 100,000 lines takes about a second.
+void QlumListPart::read(const QByteArray& bytes, const QString& path, Purpose purpose)
+{
+    const auto function = [this, bytes, path, purpose](QlumJob& job) {
+        QlumNodeList list;
+        const QByteArray content = path.isEmpty() ? bytes : contentOf(path, list.fault);
+        if (list.fault.isEmpty())
+            list = qlumReadNodeList(content, [&job](qint64 done, qint64 total) {
+                job.setProgress(done, total);
+                return !job.isCancelled();
+            });
+        if (job.isCancelled())
+            return;
+        job.post([this, list = std::move(list), purpose] {
+            // the user may be asked, which is not to be done in the middle of the pool
+            QMetaObject::invokeMethod(
+                this, [this, list, purpose] { take(list, purpose); }, Qt::QueuedConnection);
+        });
+    };
+    m_host.pool().add({tr("Reading a list of nodes"), qlumNoServer}, function);
+}
+
+QByteArray QlumListPart::contentOf(const QString& path, QString& fault)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        fault = tr("%1 cannot be read: %2.").arg(QDir::toNativeSeparators(path), file.errorString());
+    else if (file.size() > maximumFileSize)
+        fault = tr("%1 is too large. Lists may have up to %2 MB.")
+                    .arg(QDir::toNativeSeparators(path))
+                    .arg(maximumFileSize / 1024 / 1024);
+    return fault.isEmpty() ? file.readAll() : QByteArray();
+}
+
+void QlumListPart::take(const QlumNodeList& list, Purpose purpose)
+{
     const bool lacksValues = purpose == Purpose::Values && list.fault.isEmpty() && !list.hasValues;
-    if (!list.fault.isEmpty() || lacksValues) {
-        m_host.tell({QlumMessage::Error,
-                     listTopic,
-                     tr("Nothing was taken from the list."),
-                     lacksValues ? tr("It has no column with values.") : list.fault,
-                     {},
-                     nullptr});
-        return;
-    }
+    if (!list.fault.isEmpty() || lacksValues)
+        return tellFault(tr("Nothing was taken from the list."),
+                         lacksValues ? tr("It has no column with values.") : list.fault);
     QHash<QString, unsigned int> servers;
     for (const unsigned int id : m_host.application().projectServerIds())
         servers.insert(m_host.application().serverName(id), id);
     Lines lines;
+    lines.reserve(list.lines.size());
+    const QPointer<QlumListPart> guard(this);
     unsigned int usual = qlumNoServer;
     bool isAsked = false;
     for (const QlumNodeLine& line : list.lines) {
@@ -134,8 +145,8 @@ void QlumListPart::take(const QByteArray& bytes, Purpose purpose)
         bool isGivenUp = false;
         if (line.server.isEmpty() && !std::exchange(isAsked, true))
             usual = usualServer(isGivenUp);
-        if (isGivenUp)
-            return;
+        if (isGivenUp || !guard)
+            return; // the view may go while the user is asked
         wanted.serverId = line.server.isEmpty() ? usual : servers.value(line.server, qlumNoServer);
         if (wanted.serverId == qlumNoServer)
             wanted.found.reason = tr("The project has no server \"%1\".").arg(line.server);
@@ -196,8 +207,12 @@ void QlumListPart::find(Lines lines, Purpose purpose, const QString& remark)
                 lines[places[i]].status = status;
             }
         }
+        for (Wanted& wanted : lines)
+            wanted.item = itemFor(wanted);
         if (!job.isCancelled())
-            job.post([this, lines = std::move(lines), purpose, remark] { finish(lines, purpose, remark); });
+            job.post([this, lines = std::move(lines), purpose, remark]() mutable {
+                finish(lines, purpose, remark);
+            });
     };
     m_host.pool().add(work, function);
 }
@@ -231,29 +246,29 @@ QlumDataItem QlumListPart::itemFor(const Wanted& wanted)
     return item;
 }
 
-void QlumListPart::finish(const Lines& lines, Purpose purpose, const QString& remark)
+void QlumListPart::finish(Lines& lines, Purpose purpose, const QString& remark)
 {
     if (purpose == Purpose::Values) {
         stage(lines);
         return;
     }
+    tellRows(lines, remark);
     std::vector<QlumDataItem> items;
     std::vector<quint32> replaced;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        QlumDataItem item = itemFor(lines[i]);
-        if (purpose == Purpose::Again && item.state == QlumDataState::Unresolved) {
-            const QString problem = item.problem;
-            m_host.model().changeItem(lines[i].row, [&problem](QlumDataItem& row) { row.problem = problem; });
+    items.reserve(lines.size());
+    for (Wanted& wanted : lines) {
+        if (purpose == Purpose::Again && wanted.item.state == QlumDataState::Unresolved) {
+            const QString& problem = wanted.item.problem;
+            m_host.model().changeItem(wanted.row, [&problem](QlumDataItem& row) { row.problem = problem; });
             continue;
         }
         if (purpose == Purpose::Again)
-            replaced.push_back(lines[i].row);
-        items.push_back(std::move(item));
+            replaced.push_back(wanted.row);
+        items.push_back(std::move(wanted.item));
     }
     m_host.model().removeKeys(replaced);
     if (!items.empty())
         static_cast<void>(m_host.addItems(std::move(items)));
-    tellRows(lines, remark);
 }
 
 void QlumListPart::tellRows(const Lines& lines, const QString& remark)
@@ -261,7 +276,7 @@ void QlumListPart::tellRows(const Lines& lines, const QString& remark)
     int unresolved = 0;
     QString first;
     for (const Wanted& wanted : lines) {
-        const QlumDataItem item = itemFor(wanted);
+        const QlumDataItem& item = wanted.item;
         if (item.state != QlumDataState::Unresolved)
             continue;
         ++unresolved;
@@ -321,7 +336,7 @@ void QlumListPart::stage(const Lines& lines)
     std::vector<std::pair<unsigned int, UaNodeId>> added;
     std::vector<QlumStagedRow> faults;
     for (const Wanted& wanted : lines) {
-        QlumDataItem item = itemFor(wanted);
+        QlumDataItem item = wanted.item;
         const std::pair node(item.serverId, item.nodeId);
         if (item.state == QlumDataState::Unresolved || !wanted.line.hasValue) {
             QlumStagedRow& fault = faults.emplace_back();
@@ -342,7 +357,7 @@ void QlumListPart::stage(const Lines& lines)
         known[added[i]] = keys[i];
     QlumStagedPart::Texts texts;
     for (const Wanted& wanted : lines) {
-        const QlumDataItem item = itemFor(wanted);
+        const QlumDataItem& item = wanted.item;
         if (item.state != QlumDataState::Unresolved && wanted.line.hasValue)
             texts.emplace_back(known[{item.serverId, item.nodeId}], wanted.line.value);
     }

@@ -21,8 +21,6 @@ public:
 
     /// Adds a row for each line, also for those that name nothing; asks for the server where that is open.
     void takeList(const QByteArray& bytes);
-    /// Stages the values of the list, for rows that are there or are added.
-    void takeValues(const QByteArray& bytes);
     /// Looks for the selected rows that named nothing, or for all of them.
     void lookAgain();
 
@@ -33,18 +31,22 @@ private:
         QlumNodeLine line;
         unsigned int serverId = qlumNoServer;
         QlumFoundNode found;
-        UaStatus status; ///< bad: the server could not be asked
-        quint32 row = 0; ///< that is looked for again; 0: a new one
+        UaStatus status;   ///< bad: the server could not be asked
+        quint32 row = 0;   ///< that is looked for again; 0: a new one
+        QlumDataItem item; ///< what it becomes
     };
     using Lines = std::vector<Wanted>;
     enum class Purpose { Rows, Values, Again };
 
     void makeCommands();
     void load(Purpose purpose);
-    void take(const QByteArray& bytes, Purpose purpose);
+    void read(const QByteArray& bytes, const QString& path, Purpose purpose);
+    [[nodiscard]] static QByteArray contentOf(const QString& path, QString& fault);
+    void take(const QlumNodeList& list, Purpose purpose);
+    void tellFault(const QString& what, const QString& why);
     [[nodiscard]] unsigned int usualServer(bool& isGivenUp);
     void find(Lines lines, Purpose purpose, const QString& remark);
-    void finish(const Lines& lines, Purpose purpose, const QString& remark);
+    void finish(Lines& lines, Purpose purpose, const QString& remark);
     [[nodiscard]] static QlumDataItem itemFor(const Wanted& wanted);
     void stage(const Lines& lines);
     void tellRows(const Lines& lines, const QString& remark);

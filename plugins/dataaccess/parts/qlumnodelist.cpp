@@ -14,7 +14,6 @@
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
-#include <uawidgets/table/qlumcsvreader.h>
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -97,7 +96,7 @@ QlumNodeLine lineOf(const QlumCsvRow& row, const Columns& columns)
 }
 } // namespace
 
-QlumNodeList qlumReadNodeList(const QByteArray& bytes)
+QlumNodeList qlumReadNodeList(const QByteArray& bytes, const QlumReadsOn& goesOn)
 {
     QlumNodeList list;
     QlumReadText read = qlumReadText(bytes);
@@ -106,7 +105,7 @@ QlumNodeList qlumReadNodeList(const QByteArray& bytes)
     if (!read.fault.isEmpty())
         return list;
     int rest = 0;
-    const QVector<QlumCsvRow> rows = qlumCsvRows(read.text, maximumLines, &rest);
+    const QVector<QlumCsvRow> rows = qlumCsvRows(read.text, maximumLines, &rest, goesOn);
     if (rest > 0)
         list.remark +=
             (list.remark.isEmpty() ? QString() : QStringLiteral(" ")) +

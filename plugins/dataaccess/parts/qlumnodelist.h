@@ -4,6 +4,7 @@
 #include <opcua/opcua_types.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uawidgets/table/qlumcsvreader.h>
 
 #include <QByteArray>
 #include <QString>
@@ -32,8 +33,9 @@ struct QlumNodeList
 };
 
 /// Of a file or the clipboard: one node a line, or columns, with titles ("Node Id", "Browse Path", "Server",
-/// "Value", "New Value") or without (node, value). Any text is a line; what it names is found out later.
-[[nodiscard]] QlumNodeList qlumReadNodeList(const QByteArray& bytes);
+/// "Value", "New Value") or without (node, value). Any text is a line; what it names is found out later. What
+/// goesOn ends is not complete.
+[[nodiscard]] QlumNodeList qlumReadNodeList(const QByteArray& bytes, const QlumReadsOn& goesOn = {});
 
 /// A node that was asked for.
 struct QlumFoundNode

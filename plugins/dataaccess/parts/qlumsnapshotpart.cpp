@@ -170,8 +170,10 @@ void QlumSnapshotPart::fillChoices(const QString& before)
     m_after->clear();
     m_after->addItem(tr("Now"), QString());
     for (const QlumSnapshot& snapshot : m_snapshots) {
-        const QString text =
+        QString text =
             tr("%1, %2").arg(snapshot.name, QLocale().toString(snapshot.taken, QLocale::ShortFormat));
+        if (m_leftOut.contains(snapshot.name))
+            text = tr("%1 (not in the project)").arg(text);
         m_before->addItem(text, snapshot.name);
         m_after->addItem(text, snapshot.name);
     }
@@ -228,13 +230,61 @@ QlumSnapshot QlumSnapshotPart::present(const QString& name) const
 void QlumSnapshotPart::keep(QlumSnapshot snapshot)
 {
     const QString name = snapshot.name;
+    QString forgotten;
     std::erase_if(m_snapshots, [&name](const QlumSnapshot& other) { return other.name == name; });
+    m_sizes.remove(name);
     m_snapshots.push_back(std::move(snapshot));
-    if (m_snapshots.size() > maximumSnapshots)
+    if (m_snapshots.size() > maximumSnapshots) {
+        forgotten = m_snapshots.front().name;
         m_snapshots.erase(m_snapshots.begin());
+    }
+    measure();
     fillChoices(name);
     m_host.markModified();
     compare();
+    tellKept(forgotten);
+}
+
+// The newest go first into what room the project has.
+void QlumSnapshotPart::measure()
+{
+    m_leftOut.clear();
+    int room = maximumInProject;
+    for (auto snapshot = m_snapshots.rbegin(); snapshot != m_snapshots.rend(); ++snapshot) {
+        auto size = m_sizes.find(snapshot->name);
+        if (size == m_sizes.end())
+            size = m_sizes.insert(snapshot->name, qlumSnapshotText(*snapshot).size());
+        if (*size > room)
+            m_leftOut.append(snapshot->name);
+        else
+            room -= *size;
+    }
+}
+
+void QlumSnapshotPart::tellKept(const QString& forgotten)
+{
+    if (!forgotten.isEmpty())
+        m_host.tell({QlumMessage::Warning,
+                     QStringLiteral("snapshotForgotten"),
+                     tr("The oldest snapshot, \"%1\", was given up.").arg(forgotten),
+                     tr("A view keeps %1 of them.").arg(maximumSnapshots),
+                     {},
+                     nullptr});
+    if (m_leftOut.isEmpty()) {
+        m_host.dismiss(snapshotTopic);
+        return;
+    }
+    const QString name = m_leftOut.front();
+    m_host.tell({QlumMessage::Warning, snapshotTopic,
+                 tr("%n snapshot(s) are not kept with the project: %1.", nullptr, m_leftOut.size())
+                     .arg(m_leftOut.join(QStringLiteral(", "))),
+                 tr("A view may have %1 MB of them there. They go with this window unless you save them to "
+                    "files or remove others.")
+                     .arg(maximumInProject / 1024 / 1024),
+                 tr("Save As..."), [this, name] {
+                     fillChoices(name);
+                     askSave();
+                 }});
 }
 
 void QlumSnapshotPart::take(const QString& name)
@@ -242,15 +292,8 @@ void QlumSnapshotPart::take(const QString& name)
     QlumSnapshot snapshot = present(name);
     for (QlumSnapshotRow& row : snapshot.rows)
         row.key = 0;
-    const int size = qlumSnapshotText(snapshot).size();
     keep(std::move(snapshot));
     m_host.showPage(m_page);
-    if (size > maximumInProject)
-        m_host.tell({QlumMessage::Warning, snapshotTopic, tr("The snapshot is too large for the project."),
-                     tr("It goes with this window unless you save it to a file."), tr("Save As..."),
-                     [this] { askSave(); }});
-    else
-        m_host.dismiss(snapshotTopic);
 }
 
 QString QlumSnapshotPart::read(const QByteArray& text)
@@ -265,7 +308,7 @@ QString QlumSnapshotPart::read(const QByteArray& text)
     keep(std::move(snapshot));
     if (unreadable > 0)
         m_host.tell({QlumMessage::Warning,
-                     snapshotTopic,
+                     QStringLiteral("snapshotValues"),
                      tr("%n value(s) of the snapshot cannot be read.", nullptr, unreadable),
                      tr("They are compared as if there had been none."),
                      {},
@@ -310,7 +353,7 @@ void QlumSnapshotPart::askLoad()
         fault = read(file.readAll());
     if (!fault.isEmpty())
         m_host.tell({QlumMessage::Error,
-                     snapshotTopic,
+                     QStringLiteral("snapshotFile"),
                      tr("%1 was not loaded.").arg(QDir::toNativeSeparators(path)),
                      fault,
                      {},
@@ -333,22 +376,25 @@ void QlumSnapshotPart::askSave()
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
         m_host.tell({QlumMessage::Error,
-                     snapshotTopic,
+                     QStringLiteral("snapshotFile"),
                      tr("%1 cannot be written.").arg(QDir::toNativeSeparators(path)),
                      file.errorString(),
                      {},
                      nullptr});
     else
-        m_host.dismiss(snapshotTopic);
+        m_host.dismiss(QStringLiteral("snapshotFile"));
 }
 
 void QlumSnapshotPart::removeChosen()
 {
     const QString name = m_before->currentData().toString();
     std::erase_if(m_snapshots, [&name](const QlumSnapshot& snapshot) { return snapshot.name == name; });
+    m_sizes.remove(name);
+    measure();
     fillChoices({});
     m_host.markModified();
     compare();
+    tellKept({});
 }
 
 // ---- comparison
@@ -403,15 +449,12 @@ void QlumSnapshotPart::saveSettings(QSettings& settings)
 {
     settings.beginWriteArray(QStringLiteral("Snapshots"));
     int index = 0;
-    int size = 0;
     for (auto snapshot = m_snapshots.rbegin(); snapshot != m_snapshots.rend();
          ++snapshot) { // the newest first
-        const QByteArray text = qlumSnapshotText(*snapshot);
-        if (size + text.size() > maximumInProject)
+        if (m_leftOut.contains(snapshot->name))
             continue;
-        size += text.size();
         settings.setArrayIndex(index++);
-        settings.setValue(QStringLiteral("Snapshot"), QString::fromUtf8(text));
+        settings.setValue(QStringLiteral("Snapshot"), QString::fromUtf8(qlumSnapshotText(*snapshot)));
     }
     settings.endArray();
 }
@@ -429,6 +472,7 @@ void QlumSnapshotPart::loadSettings(QSettings& settings, const QMap<int, int>&)
             m_snapshots.insert(m_snapshots.begin(), std::move(snapshot));
     }
     settings.endArray();
+    measure();
     fillChoices({});
     compare();
 }

@@ -5,8 +5,10 @@
 #include <plugins/dataaccess/qlumdataitem.h>
 
 #include <QByteArray>
+#include <QHash>
 #include <QMap>
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -48,6 +50,8 @@ private:
     [[nodiscard]] QlumSnapshot present(const QString& name) const;
     [[nodiscard]] QlumSnapshotRow rowOf(const QlumDataItem& item) const;
     void keep(QlumSnapshot snapshot);
+    void measure();
+    void tellKept(const QString& forgotten);
     void fillChoices(const QString& before);
     /// Null: now.
     [[nodiscard]] const QlumSnapshot* chosen(const QComboBox& choice) const;
@@ -60,6 +64,8 @@ private:
     QlumDaHost& m_host;
     QlumStagedPart& m_staged;
     std::vector<QlumSnapshot> m_snapshots;
+    QHash<QString, int> m_sizes;            ///< bytes of each as text
+    QStringList m_leftOut;                  ///< names of those that the project has no room for
     QlumDifferenceModel* m_model = nullptr; ///< the page's, as what follows
     QlumDifferenceFilter* m_filter = nullptr;
     QTableView* m_table = nullptr;

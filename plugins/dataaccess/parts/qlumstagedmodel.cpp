@@ -29,7 +29,7 @@ QString cellText(const UaVariant& value, const QlumStagedRow& row)
 // Elements of an array are checked as such.
 QlumValueCheck checkOf(const QlumStagedRow& row)
 {
-    if (row.write.indexRange.isEmpty())
+    if (row.write.indexRange.isEmpty() || !row.write.fieldPath.isEmpty())
         return qlumCheckValue(row.write.value, *row.context);
     QlumValueContext context = *row.context;
     context.valueRank = -2;
@@ -182,7 +182,9 @@ void QlumStagedModel::check(quint64 key, std::shared_ptr<const QlumValueContext>
         row.isChecked = true;
         row.fault = row.refused = row.unusual = QString();
         if (row.isText)
-            row.fault = qlumReadStaged(row.given, *row.context, shown, row.write.indexRange, row.write.value);
+            row.fault = qlumReadStaged(row.given, *row.context, shown,
+                                       row.write.fieldPath.isEmpty() ? row.write.indexRange : QString(),
+                                       row.write.value);
         row.isText = row.isText && !row.fault.isEmpty();
         if (row.isText)
             return;
@@ -199,8 +201,7 @@ void QlumStagedModel::setFault(quint64 key, const QString& fault)
     if (place < 0)
         return;
     change(place, [&fault](QlumStagedRow& row) {
-        row.fault = fault;
-        row.isChecked = true;
+        row.fault = fault; // it is looked at again when its server is there
     });
     tellItems({rowAt(place).item});
 }

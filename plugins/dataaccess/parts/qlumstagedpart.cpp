@@ -12,6 +12,7 @@
 #include <plugins/dataaccess/parts/qlumstagedwrite.h>
 #include <plugins/dataaccess/parts/qlumworkcommand.h>
 #include <plugins/dataaccess/qlumdamodel.h>
+#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
@@ -27,6 +28,7 @@
 #include <QInputDialog>
 #include <QLatin1String>
 #include <QLineEdit>
+#include <QLocale>
 #include <QSettings>
 #include <QStringList>
 #include <QVector>
@@ -148,11 +150,11 @@ QlumStagedRow QlumStagedPart::rowFor(const QlumDataItem& item) const
     row.write.nodeId = item.nodeId;
     row.write.attributeId = item.attributeId;
     row.write.indexRange = item.indexRange;
-    row.write.name = item.displayName;
+    row.write.fieldPath = item.fieldPath;
+    row.write.name =
+        item.fieldPath.isEmpty() ? item.displayName : item.displayName + QLatin1Char('.') + item.fieldPath;
     if (item.nodeId.isNull())
         row.fault = tr("The row names no node of a server.");
-    else if (!item.fieldPath.isEmpty())
-        row.fault = tr("A field cannot be written alone; stage the whole value.");
     else if (item.attributeId != OpcUa_Attributes_Value)
         row.fault = tr("Only values can be staged.");
     row.isChecked = !row.fault.isEmpty();
@@ -178,6 +180,8 @@ void QlumStagedPart::stageValues(const std::vector<std::pair<quint32, UaVariant>
         if (const QlumDataItem* item = m_host.model().find(key)) {
             rows.push_back(rowFor(*item));
             rows.back().write.value = value;
+            if (value.isScalar() && item->fieldPath.isEmpty())
+                static_cast<void>(qlumWrapElement(item->indexRange, value.type(), rows.back().write.value));
         }
     readContexts(m_page->model().stage(std::move(rows)));
 }
@@ -195,9 +199,16 @@ void QlumStagedPart::show()
 void QlumStagedPart::readContexts(const std::vector<quint64>& keys)
 {
     ByServer wanted;
-    for (const quint64 key : keys)
-        if (const QlumStagedRow* row = m_page->model().findKey(key); row != nullptr && !row->isChecked)
-            wanted[row->write.serverId].push_back({key, row->write.nodeId});
+    for (const quint64 key : keys) {
+        const QlumStagedRow* row = m_page->model().findKey(key);
+        if (row == nullptr || row->isChecked)
+            continue;
+        const QlumDataItem* item = m_host.model().find(row->item);
+        if (item != nullptr && item->state == QlumDataState::NamespaceGone) // its id would mean another node
+            m_page->model().setFault(key, tr("The namespace of its node is not known yet."));
+        else
+            wanted[row->write.serverId].push_back({key, item ? item->nodeId : row->write.nodeId});
+    }
     for (auto& [serverId, nodes] : wanted) {
         ++m_describing[serverId];
         const auto function = [this, serverId = serverId, nodes = std::move(nodes),
@@ -225,10 +236,20 @@ void QlumStagedPart::takeDescription(quint64 key, const std::shared_ptr<const Ql
     QlumStagedModel& model = m_page->model();
     const QlumStagedRow* row = model.findKey(key);
     const QlumDataItem* item = row ? m_host.model().find(row->item) : nullptr;
-    if (context)
-        model.check(key, context, item ? item->value.value() : UaVariant());
+    if (!context)
+        return model.setFault(key, fault);
+    if (item == nullptr || item->fieldPath.isEmpty())
+        return model.check(key, context, item ? item->value.value() : UaVariant());
+    auto ofField = std::make_shared<QlumValueContext>(*context);
+    const UaVariant part =
+        qlumFieldOf(qlumElementOf(item->value.value(), item->indexRange), item->fieldPath, *ofField);
+    ofField->accessFault = context->accessFault;
+    if (part.isNull())
+        model.setFault(key, item->received == 0
+                                ? tr("No value has come yet, so nothing is known of its fields.")
+                                : tr("The value has no such field now, or nobody knows its type."));
     else
-        model.setFault(key, fault);
+        model.check(key, ofField, part);
 }
 
 // What the user wanted written meanwhile can be written now.
@@ -399,6 +420,18 @@ void QlumStagedPart::finished()
     m_host.tell(message);
 }
 
+// What could not be looked at without a connection is looked at now.
+void QlumStagedPart::statusChanged(unsigned int serverId, QlumConnectionStatus status)
+{
+    if (status != QlumConnectionStatus::Connected || m_describing.contains(serverId))
+        return;
+    std::vector<quint64> keys;
+    for (const QlumStagedRow& row : m_page->model().rows())
+        if (row.write.serverId == serverId && !row.isChecked)
+            keys.push_back(row.write.key);
+    readContexts(keys);
+}
+
 void QlumStagedPart::serverRemoved(unsigned int serverId)
 {
     m_describing.erase(serverId);
@@ -453,22 +486,90 @@ void QlumStagedPart::takeNewValue(const QlumDataItem& item, const UaVariant& val
 
 // ---- project
 
+namespace {
+
+QString storedVariant(const UaVariant& value, bool& isStored)
+{
+    UaString text;
+    isStored = UaValueText::toJson(value, nullptr, text).isNotBad();
+    return toQString(text);
+}
+
+bool restoreVariant(const QSettings& settings, const QString& key, UaVariant& value)
+{
+    const UaString text = toUaString(settings.value(key).toString());
+    return settings.contains(key) && UaValueText::fromJson(text.view(), nullptr, value).isNotBad();
+}
+
+} // namespace
+
+// What was written keeps its result and its old value, so that it can be reverted later.
+bool QlumStagedPart::store(QSettings& settings, const QlumStagedRow& row, int place) const
+{
+    const QlumStagedWrite& write = row.write;
+    bool isStored = true;
+    const QString value = row.isText ? row.given : storedVariant(write.value, isStored);
+    if (!isStored)
+        return false;
+    settings.setValue(QStringLiteral("Row"), place);
+    settings.setValue(row.isText ? QStringLiteral("Text") : QStringLiteral("Value"), value);
+    if (write.state == QlumStagedState::Waiting)
+        return true;
+    settings.setValue(QStringLiteral("State"), static_cast<int>(write.state));
+    settings.setValue(QStringLiteral("Status"), write.status.code());
+    if (const QString old = write.hasOld ? storedVariant(write.old, isStored) : QString();
+        isStored && write.hasOld)
+        settings.setValue(QStringLiteral("Old"), old);
+    if (const QString back = write.hasBack ? storedVariant(write.back, isStored) : QString();
+        isStored && write.hasBack)
+        settings.setValue(QStringLiteral("Back"), back);
+    return true;
+}
+
+bool QlumStagedPart::restore(QSettings& settings, QlumStagedRow& row) const
+{
+    QlumStagedWrite& write = row.write;
+    row.isText = settings.contains(QStringLiteral("Text"));
+    row.given = settings.value(QStringLiteral("Text")).toString();
+    if (!row.isText && !restoreVariant(settings, QStringLiteral("Value"), write.value))
+        return false;
+    const int state = settings.value(QStringLiteral("State"), 0).toInt();
+    if (state > 0 && state <= static_cast<int>(QlumStagedState::NotReverted))
+        write.state = static_cast<QlumStagedState>(state);
+    write.status = UaStatus(settings.value(QStringLiteral("Status"), 0).toUInt());
+    write.hasOld = restoreVariant(settings, QStringLiteral("Old"), write.old);
+    write.hasBack = restoreVariant(settings, QStringLiteral("Back"), write.back);
+    return true;
+}
+
+void QlumStagedPart::tellLeftOut(int count)
+{
+    if (count > 0)
+        m_host.tell({QlumMessage::Warning,
+                     QStringLiteral("stagedStore"),
+                     tr("%n staged value(s) are not kept with the project.", nullptr, count),
+                     tr("A view keeps %1 of them there, and only those whose value can be written down.")
+                         .arg(QLocale().toString(maximumStored)),
+                     {},
+                     nullptr});
+    else
+        m_host.dismiss(QStringLiteral("stagedStore"));
+}
+
 void QlumStagedPart::saveSettings(QSettings& settings)
 {
     settings.beginWriteArray(QStringLiteral("StagedValues"));
-    int index = 0;
+    int index = 0, leftOut = 0;
     for (const QlumStagedRow& row : m_page->model().rows()) {
         const int place = m_host.model().rowOf(row.item);
-        UaString value;
-        if (place < 0 || row.write.state == QlumStagedState::Written || index >= maximumStored ||
-            (!row.isText && UaValueText::toJson(row.write.value, nullptr, value).isBad()))
-            continue;
-        settings.setArrayIndex(index++);
-        settings.setValue(QStringLiteral("Row"), place);
-        settings.setValue(row.isText ? QStringLiteral("Text") : QStringLiteral("Value"),
-                          row.isText ? row.given : toQString(value));
+        if (place < 0)
+            continue; // its row has gone, and with it what it was about
+        settings.setArrayIndex(index);
+        const bool isStored = index < maximumStored && store(settings, row, place);
+        (isStored ? index : leftOut) += 1;
     }
     settings.endArray();
+    tellLeftOut(leftOut);
 }
 
 void QlumStagedPart::loadSettings(QSettings& settings, const QMap<int, int>&)
@@ -481,10 +582,7 @@ void QlumStagedPart::loadSettings(QSettings& settings, const QMap<int, int>&)
         if (place < 0 || place >= m_host.model().rowCount())
             continue;
         QlumStagedRow row = rowFor(m_host.model().rowAt(place));
-        row.isText = settings.contains(QStringLiteral("Text"));
-        row.given = settings.value(QStringLiteral("Text")).toString();
-        const UaString value = toUaString(settings.value(QStringLiteral("Value")).toString());
-        if (row.isText || UaValueText::fromJson(value.view(), nullptr, row.write.value).isNotBad())
+        if (restore(settings, row))
             rows.push_back(std::move(row));
     }
     settings.endArray();

@@ -52,6 +52,7 @@ public:
 
     void saveSettings(QSettings& settings) override;
     void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
+    void statusChanged(unsigned int serverId, QlumConnectionStatus status) override;
     void serverRemoved(unsigned int serverId) override;
     bool hasNewValues() const override { return true; }
     QVariant newValueCell(const QlumDataItem& item, int role) const override;
@@ -69,6 +70,9 @@ private:
     void run(std::vector<QlumStagedWrite> writes, bool isRevert);
     void finished();
     void askSameValue();
+    [[nodiscard]] bool store(QSettings& settings, const QlumStagedRow& row, int place) const;
+    [[nodiscard]] bool restore(QSettings& settings, QlumStagedRow& row) const;
+    void tellLeftOut(int count);
 
     QlumDaHost& m_host;
     QlumStagedPage* m_page; ///< the view's

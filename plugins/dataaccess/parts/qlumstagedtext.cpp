@@ -2,6 +2,7 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/values/uastring.h>
 #include <uawidgets/editors/qlumcelltext.h>
@@ -19,11 +20,6 @@ namespace {
 QString stagedTextWords(const char* text)
 {
     return QCoreApplication::translate("QlumStagedText", text);
-}
-
-bool isOneElement(const QString& indexRange)
-{
-    return !indexRange.isEmpty() && !indexRange.contains(QLatin1Char(':'));
 }
 
 // "[1, 2]", each element as its cell would take it.
@@ -57,17 +53,6 @@ bool readReversible(const QString& text, OpcUa_BuiltInType type, const QlumValue
         value = read;
     return isRead;
 }
-
-bool wrapElement(const QString& indexRange, OpcUa_BuiltInType type, UaVariant& value)
-{
-    UaVariant array;
-    const std::vector<OpcUa_Int32> ones(static_cast<std::size_t>(indexRange.count(QLatin1Char(','))) + 1, 1);
-    if (OpcUa_IsBad(array.setArray(type, std::span<const UaVariant>(&value, 1))) ||
-        (ones.size() > 1 && OpcUa_IsBad(array.setDimensions(ones))))
-        return false;
-    value = array;
-    return true;
-}
 } // namespace
 
 QString qlumReadStaged(const QString& text, const QlumValueContext& context, const UaVariant& shown,
@@ -82,7 +67,8 @@ QString qlumReadStaged(const QString& text, const QlumValueContext& context, con
     bool isRead = false;
     if (type != OpcUaType_Null && !isArray)
         isRead = qlumReadCell(text, type, context, read) &&
-                 (!isOneElement(indexRange) || wrapElement(indexRange, type, read));
+                 (indexRange.isEmpty() || indexRange.contains(QLatin1Char(':')) ||
+                  qlumWrapElement(indexRange, type, read));
     if (!isRead && type != OpcUaType_Null && text.trimmed().startsWith(QLatin1Char('[')))
         isRead = readArray(text, type, context, read);
     if (!isRead)

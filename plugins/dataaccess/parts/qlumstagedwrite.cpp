@@ -1,6 +1,5 @@
 #include <plugins/dataaccess/parts/qlumstagedwrite.h>
 
-#include <app/api/qlumcallnote.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumserverrole.h>
@@ -8,7 +7,7 @@
 #include <app/api/qlumtext.h>
 #include <monitoring/callfaults.h>
 #include <opcua/opcua_statuscodes.h>
-#include <uabase/values/uaarrays.h>
+#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/values/uastring.h>
 
 #include <QCoreApplication>
@@ -35,90 +34,41 @@ bool isLost(const UaStatus& status)
     return monitoring::isPassingFault(status.code()) || monitoring::isUnreadableAnswer(status.code());
 }
 
-// The calls for one staged value; each blocks.
-class StagedCalls
+QlumPartAccess::Place placeOf(const QlumStagedWrite& write)
 {
-public:
-    StagedCalls(QlumJob& job, const QlumSessionServicesProvider& services, const QlumStagedWrite& write)
-        : m_job(job), m_session(services(write.serverId)), m_write(write)
-    {
-    }
+    return {write.nodeId, write.attributeId, write.indexRange, write.fieldPath, write.name};
+}
 
-    // What is there now. Bad when the call or the value is.
-    UaStatus read(UaVariant& value)
-    {
-        UaReadValueIds nodes(1);
-        nodes[0].AttributeId = m_write.attributeId;
-        if (OpcUa_IsBad(m_write.nodeId.copyTo(&nodes[0].NodeId)) || !copyRange(nodes[0].IndexRange))
-            return UaStatus(OpcUa_BadOutOfMemory);
-        m_isAnswered = false;
-        if (!m_session)
-            return UaStatus(OpcUa_BadNotConnected);
-        UaClientSdk::ServiceSettings settings = m_job.serviceSettings();
-        UaDataValues values;
-        const UaStatus status = m_session->read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values);
-        if (status.isBad() || values.length() != 1)
-            return status.isBad() ? status : UaStatus(OpcUa_BadUnknownResponse);
-        m_isAnswered = true;
-        if (OpcUa_IsBad(values[0].StatusCode))
-            return UaStatus(values[0].StatusCode);
-        value = UaVariant(values[0].Value);
-        return {};
-    }
-    // Whether the server has answered the latest read, if only that it may not be read.
-    [[nodiscard]] bool isAnswered() const { return m_isAnswered; }
-
-    // Where it ends in and with what status.
-    QlumStagedState write(const UaVariant& value, const UaVariant& shown, UaStatus& status)
-    {
-        UaWriteValues nodes(1);
-        nodes[0].AttributeId = m_write.attributeId;
-        const bool isCopied = OpcUa_IsNotBad(m_write.nodeId.copyTo(&nodes[0].NodeId)) &&
-                              OpcUa_IsNotBad(value.copyTo(&nodes[0].Value.Value)) &&
-                              copyRange(nodes[0].IndexRange);
-        status = UaStatus(OpcUa_BadOutOfMemory); // a null value must not be written instead
-        if (!isCopied)
-            return QlumStagedState::NotSent;
-        UaClientSdk::ServiceSettings settings = m_job.serviceSettings();
-        qlumTellShown(settings, {{m_write.nodeId, m_write.attributeId, shown, m_write.name}});
-        UaStatusCodeArray results;
-        status = m_session ? m_session->write(settings, nodes, results) : UaStatus(OpcUa_BadNotConnected);
+// Where it ends in; its status is the write's.
+QlumStagedState writeOnce(QlumPartAccess& access, const UaVariant& value, const UaVariant& shown,
+                          UaStatus& status)
+{
+    status = access.write(value, shown);
+    if (!access.isSent())
+        return QlumStagedState::NotSent;
+    if (access.hasCallFailed()) {
         if (status.isBad() && isUnsent(status))
             return QlumStagedState::NotSent;
-        if (status.isBad())
-            return isLost(status) ? QlumStagedState::Unknown : QlumStagedState::Refused;
-        status = UaStatus(results.length() == 1 ? results[0] : OpcUa_StatusCode(OpcUa_BadUnknownResponse));
-        if (results.length() != 1)
-            return QlumStagedState::Unknown;
-        return status.isBad() ? QlumStagedState::Refused : QlumStagedState::Written;
+        return isLost(status) || status.code() == OpcUa_BadUnknownResponse ? QlumStagedState::Unknown
+                                                                           : QlumStagedState::Refused;
     }
+    return status.isBad() ? QlumStagedState::Refused : QlumStagedState::Written;
+}
 
-private:
-    bool copyRange(OpcUa_String& range) const
-    {
-        return m_write.indexRange.isEmpty() || OpcUa_IsNotBad(toUaString(m_write.indexRange).copyTo(&range));
-    }
-
-    QlumJob& m_job;
-    const std::shared_ptr<QlumSessionServices> m_session;
-    const QlumStagedWrite& m_write;
-    bool m_isAnswered = false;
-};
-
-void apply(StagedCalls calls, const QlumApplyOptions& options, QlumStagedWrite& write)
+void apply(QlumPartAccess& access, const QlumApplyOptions& options, QlumStagedWrite& write)
 {
-    write.status = calls.read(write.old);
+    write.status = access.read(write.old);
     write.hasOld = write.status.isNotBad();
-    if (!calls.isAnswered()) {
+    if (!access.isAnswered()) {
         write.state = QlumStagedState::NotSent;
         return;
     }
-    write.state = calls.write(write.value, write.old, write.status);
+    write.state = writeOnce(access, write.value, write.old, write.status);
     const bool mayBeThere =
         write.state == QlumStagedState::Written || write.state == QlumStagedState::Unknown;
     if (!options.readsBack || !mayBeThere)
         return;
-    write.hasBack = calls.read(write.back).isNotBad();
+    write.hasBack = access.read(write.back).isNotBad();
     // an answer that was lost is found again by its effect
     if (write.state == QlumStagedState::Unknown && write.hasBack && write.back == write.value &&
         !(write.hasOld && write.old == write.value)) {
@@ -127,12 +77,12 @@ void apply(StagedCalls calls, const QlumApplyOptions& options, QlumStagedWrite& 
     }
 }
 
-void revert(StagedCalls calls, QlumStagedWrite& write)
+void revert(QlumPartAccess& access, QlumStagedWrite& write)
 {
     UaVariant now;
     const UaVariant expected = write.hasBack ? write.back : write.value;
     write.state = QlumStagedState::NotReverted;
-    write.status = calls.read(now);
+    write.status = access.read(now);
     if (write.status.isBad())
         return;
     if (now == write.old) {
@@ -144,7 +94,7 @@ void revert(StagedCalls calls, QlumStagedWrite& write)
         write.hasBack = true;
         return; // somebody else's work
     }
-    const QlumStagedState state = calls.write(write.old, now, write.status);
+    const QlumStagedState state = writeOnce(access, write.old, now, write.status);
     write.state =
         state == QlumStagedState::Written ? QlumStagedState::Reverted : QlumStagedState::NotReverted;
 }
@@ -190,8 +140,11 @@ void qlumApplyStaged(QlumJob& job, const QlumSessionServicesProvider& services,
         job.setProgress(static_cast<qint64>(i), static_cast<qint64>(writes.size()));
         if (isStopped(job, options) || (hasFailed && options.stopsAtFailure))
             write.state = QlumStagedState::LeftOut;
-        else
-            apply(StagedCalls(job, services, write), options, write);
+        else {
+            const QlumPartAccess::Place place = placeOf(write);
+            QlumPartAccess access(job, services(write.serverId), place);
+            apply(access, options, write);
+        }
         hasFailed = hasFailed || write.state != QlumStagedState::Written;
         done(write);
     }
@@ -205,7 +158,9 @@ void qlumRevertStaged(QlumJob& job, const QlumSessionServicesProvider& services,
         job.setProgress(std::distance(writes.rbegin(), write), static_cast<qint64>(writes.size()));
         if (!qlumCanRevert(*write))
             continue;
-        revert(StagedCalls(job, services, *write), *write);
+        const QlumPartAccess::Place place = placeOf(*write);
+        QlumPartAccess access(job, services(write->serverId), place);
+        revert(access, *write);
         done(*write);
     }
 }

@@ -36,6 +36,7 @@ struct QlumStagedWrite
     UaNodeId nodeId;
     OpcUa_UInt32 attributeId = OpcUa_Attributes_Value;
     QString indexRange; ///< empty for all of it
+    QString fieldPath;  ///< of a structure, whose other fields are written as they are then; empty for all
     QString name;       ///< of the node, for the user
     UaVariant value;    ///< to be written
 

@@ -7,6 +7,7 @@ set(dataAccessWork
     parts/qlumdaparts.h parts/qlumdaparts.cpp
     parts/qlumdifferencemodel.h parts/qlumdifferencemodel.cpp
     parts/qlumlistpart.h parts/qlumlistpart.cpp
+    parts/qlumnodecopier.h parts/qlumnodecopier.cpp
     parts/qlumnodelist.h parts/qlumnodelist.cpp
     parts/qlumpathreader.h parts/qlumpathreader.cpp
     parts/qlumsnapshot.h parts/qlumsnapshot.cpp

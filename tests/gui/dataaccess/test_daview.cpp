@@ -16,6 +16,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QAction>
+#include <QDialogButtonBox>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QMessageBox>
@@ -29,6 +30,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -84,15 +86,20 @@ TEST_F(DaViewTest, RowsStandTogetherByFolderWhateverTheyAreSortedBy)
     const auto order = [filter] {
         QString names;
         for (int row = 0; row < filter->rowCount(); ++row)
-            names += QString(filter->beginsGroup(row) ? "|%1 " : "%1 ")
-                         .arg(filter->index(row, M::DisplayName).data().toString());
+            names += QString("%1%2 ").arg(filter->headings().contains(row) ? "|" : "",
+                                          filter->index(row, M::DisplayName).data().toString());
         return names;
     };
     EXPECT_EQ(order(), "|Zzz Aaa |Speed Counts ");
+    EXPECT_EQ(filter->headings().value(0), "Plc 5 /Objects/2:Cell (2 row(s))");
+    const auto height = [this](int row) { return view->table()->rowHeight(row); };
+    EXPECT_EQ(height(2), 2 * height(1)) << "there is room for the heading";
     filter->sort(M::DisplayName, Qt::DescendingOrder);
     EXPECT_EQ(order(), "|Zzz Aaa |Speed Counts ");
     filter->sort(M::DisplayName, Qt::AscendingOrder);
     EXPECT_EQ(order(), "|Aaa Zzz |Counts Speed ");
+    filter->setGroup(QlumDaFilter::NoGroups);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return height(0) == height(1); }));
 }
 
 TEST_F(DaViewTest, ABranchIsCountedAndAddedWhenTheUserWants)
@@ -106,6 +113,21 @@ TEST_F(DaViewTest, ABranchIsCountedAndAddedWhenTheUserWants)
     EXPECT_EQ(box->text(), "Below \"Line\" are 2 variable(s).");
     EXPECT_EQ(view->model().rowCount(), 0);
     box->button(QMessageBox::Yes)->click();
+    EXPECT_EQ(view->model().rowCount(), 2);
+}
+
+TEST_F(DaViewTest, ANodeThatIsThereIsAddedAgainOnTheUsersWordOnly)
+{
+    connectServer();
+    add(2, "Speed");
+    add(2, "Speed");
+    EXPECT_EQ(view->model().rowCount(), 1);
+    QPushButton* help = nullptr;
+    for (QPushButton* button : view->findChildren<QPushButton*>())
+        if (button->text() == "&Add Again")
+            help = button;
+    ASSERT_NE(help, nullptr);
+    help->click();
     EXPECT_EQ(view->model().rowCount(), 2);
 }
 
@@ -234,7 +256,7 @@ TEST_F(DaViewTest, OfManyRowsOnlyWhatIsTouchedChanges)
     QlumDataSettings shown, other;
     shown.queueSize = 3;
     other.publishingInterval = 250;
-    QlumDaSettingsDialog dialog("rows", shown, QlumDaSettingsDialog::Revised{1000, 500, 2});
+    QlumDaSettingsDialog dialog("rows", shown, QlumDaSettingsDialog::Revised{1000, 500, 2, 60, 20});
     dialog.findChild<QSpinBox*>("priority")->setValue(7);
     const QlumDataSettings applied = dialog.applied(other);
     EXPECT_EQ(applied.priority, 7);
@@ -244,7 +266,13 @@ TEST_F(DaViewTest, OfManyRowsOnlyWhatIsTouchedChanges)
     for (const QLabel* label : dialog.findChildren<QLabel*>())
         if (label->text().contains("(revised)"))
             revised.append(label->text());
-    EXPECT_EQ(revised, QStringList({"the server: 500 ms (revised)", "the server: 2 (revised)"}));
+    EXPECT_EQ(revised, QStringList({"the server: 500 ms (revised)", "the server: 2 (revised)",
+                                    "the server: 60 (revised)", "the server: 20 (revised)"}));
+    QPushButton* const ok = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+    for (const auto& [range, isRange] : {std::pair("0:9", true), {"3:1", false}, {"1,", false}, {"", true}}) {
+        dialog.setIndexRange(range);
+        EXPECT_EQ(ok->isEnabled(), isRange) << range;
+    }
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/qlummessagebar.h>
 
@@ -48,6 +49,10 @@ class PlantApplication : public StubApplication
 public:
     QString serverName(unsigned int id) override { return id == 5 ? QStringLiteral("Plc") : QString(); }
     QList<unsigned int> projectServerIds() override { return {5}; }
+    int namespaceIndexFromUri(unsigned int id, const QString& uri) override
+    {
+        return namespaceTable(id).indexOf(uri);
+    }
     QStringList namespaceTable(unsigned int) override
     {
         return {"http://opcfoundation.org/UA/", "urn:client:own", "urn:plant;1/north"};
@@ -186,6 +191,35 @@ TEST_F(DataAccessParts, PastedValuesAreStagedCheckedWrittenAndReverted)
     EXPECT_EQ(services->table.value(PlantServices::node(4)).toInt32(), 4);
 }
 
+TEST_F(DataAccessParts, WhatWasWrittenCanBeRevertedAfterTheProjectWasOpenedAgain)
+{
+    addRows();
+    table("dataItems")->selectRow(0);
+    paste("20\n30\n", "pasteNewValues");
+    services->table.fail(NodeTable::Write, PlantServices::node(3), OpcUa_BadNotWritable);
+    ASSERT_TRUE(waitForColumn(QlumDaModel::NewValue, "20\n30\n\n"));
+    trigger("writeStaged");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return message().contains("1 of 2 values were written."); }));
+    QTemporaryDir folder;
+    QSettings settings(folder.filePath("project.uap"), QSettings::IniFormat);
+    view->saveSettings(settings);
+    services->failCalls(NodeTable::Read, OpcUa_BadNotConnected);
+    view = makeView();
+    view->loadSettings(settings, {{5, 5}});
+    const QAbstractItemModel& staged = *table("stagedValues")->model();
+    EXPECT_EQ(column(staged, 6), "Written\nRefused. BadNotWritable: the value may not be written\n");
+    EXPECT_EQ(column(staged, 7), "2\n3\n");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return column(staged, 5).find("BadNotConnected") == 0; }))
+        << column(staged, 5);
+    services->failCalls(NodeTable::Read, OpcUa_Good);
+    view->sessionStatusChanged(5, QlumConnectionStatus::Connected);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return column(staged, 5) == "\n\n"; }))
+        << "they are looked at once the server is there: " << column(staged, 5);
+    trigger("revertStaged");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return message().contains("1 of 1 old values are there again."); }));
+    EXPECT_EQ(services->table.value(PlantServices::node(2)).toInt32(), 2);
+}
+
 TEST_F(DataAccessParts, RefusalsOfTheGuardShowAtTheRow)
 {
     addRows();
@@ -261,6 +295,30 @@ TEST_F(DataAccessParts, SnapshotsAreComparedAndGivenBackAsStagedValues)
     view->loadSettings(settings, {{5, 5}});
     EXPECT_TRUE(waitForColumn(QlumDaModel::NewValue, "\n3\n\n")) << "staged values are kept with their rows";
     EXPECT_TRUE(view->findChild<QComboBox*>("snapshotBefore")->currentText().startsWith("Before, "));
+}
+
+TEST_F(DataAccessParts, SnapshotsThatTheProjectHasNoRoomForAreNamed)
+{
+    addRows();
+    UaDataValue large{UaVariant(UaString(std::string(4'000'000, 'x').c_str()))};
+    view->model().takeValue(view->model().rowAt(0).key, large, 0, view->model().now());
+    for (const char* name : {"One", "Two"}) {
+        DialogDriver driver([name](QDialog& dialog) {
+            dynamic_cast<QInputDialog&>(dialog).setTextValue(name);
+            dialog.accept();
+        });
+        trigger("takeSnapshot");
+    }
+    EXPECT_TRUE(message().contains("1 snapshot(s) are not kept with the project: One.")) << message();
+    EXPECT_TRUE(view->findChild<QComboBox*>("snapshotBefore")->itemText(0).endsWith("(not in the project)"));
+    QTemporaryDir folder;
+    QSettings settings(folder.filePath("project.uap"), QSettings::IniFormat);
+    view->saveSettings(settings);
+    view = makeView();
+    view->loadSettings(settings, {{5, 5}});
+    auto* kept = view->findChild<QComboBox*>("snapshotBefore");
+    ASSERT_EQ(kept->count(), 1);
+    EXPECT_TRUE(kept->itemText(0).startsWith("Two")) << "the newest goes first";
 }
 
 TEST_F(DataAccessParts, ChangesOfLoggedRowsAreKeptUpToABoundAndCounted)

@@ -89,7 +89,7 @@ protected:
     NodeFinding()
     {
         services.table.object(PlantServices::node(1), "Plant");
-        services.table.variable(PlantServices::node(2), "Pu/mp:1", UaVariant(1.5), PlantServices::node(1));
+        services.table.variable(PlantServices::node(2), "Pu/mp:1.a", UaVariant(1.5), PlantServices::node(1));
     }
     std::vector<std::string> find(const std::vector<QString>& texts)
     {
@@ -143,7 +143,9 @@ TEST_F(NodeFinding, PathsThatWereReadLeadBackWhateverTheNamesHold)
     std::vector<QString> texts;
     for (const QlumNamespaceForm form : {QlumNamespaceForm::Index, QlumNamespaceForm::Uri})
         texts.push_back(qlumPathText(paths[0].start, paths[0].path, table, form));
-    EXPECT_TRUE(texts[0].endsWith("Pu&/mp&:1")) << texts[0];
+    EXPECT_TRUE(texts[0].endsWith("/2:Pu&/mp&:1&.a")) << texts[0];
+    EXPECT_TRUE(qlumPathAbove(texts[0]).endsWith("/2:Plant")) << qlumPathAbove(texts[0]);
+    EXPECT_TRUE(qlumPathAbove("/Objects").isEmpty());
     EXPECT_EQ(find(texts), (std::vector<std::string>{"ns=2;i=2", "ns=2;i=2"}));
     EXPECT_EQ(paths[1].start, nodes[1]) << "a node that nothing leads to";
 }

@@ -1,9 +1,16 @@
 #include <app/api/qlumserverrole.h>
+#include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/dataaccess/parts/qlumstagedwrite.h>
+#include <plugins/dataaccess/qlumdatafield.h>
 #include <tests/gui/dataaccesswork/workfixture.h>
+#include <tests/gui/valuepages/plantvalues.h>
 #include <tests/support/modeltext.h>
+#include <uabase/structures/uagenericstructurevalue.h>
+#include <uabase/values/uadatavalue.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
 #include <QString>
@@ -146,6 +153,74 @@ TEST_F(StagedWrites, ThatAreNotSentSayWhy)
     job.cancel();
     EXPECT_EQ(apply(staged({2})), "2: Left out: one before it was not written, or you have stopped\n");
     EXPECT_EQ(value(1), 1);
+}
+
+class StagedFields : public StagedWrites
+{
+protected:
+    StagedFields()
+    {
+        for (const UaNodeId& id : {plant::limitsId, plant::limitsEncodingId})
+            services->structures[id] = plant::definitions()->structure(plant::limitsId);
+        services->table.variable(limits, "Limits", UaVariant());
+        setLimits(1, 2);
+    }
+    void setLimits(double low, double high)
+    {
+        UaGenericStructureValue value(plant::definitions()->structure(plant::limitsId));
+        EXPECT_TRUE(value.setField(0, UaVariant(low)).isGood());
+        EXPECT_TRUE(value.setField(1, UaVariant(high)).isGood());
+        services->table.setValue(limits, plant::encoded(value));
+        services->table.setAttribute(limits, OpcUa_Attributes_DataType,
+                                     UaDataValue(UaVariant(plant::limitsId)));
+        services->table.setAttribute(limits, OpcUa_Attributes_ValueRank,
+                                     UaDataValue(UaVariant(OpcUa_Int32(-1))));
+    }
+    std::string field(const char* path, double value)
+    {
+        std::vector<QlumStagedWrite> writes = staged({7});
+        writes[0].fieldPath = path;
+        writes[0].value = UaVariant(value);
+        return apply(writes);
+    }
+    [[nodiscard]] double at(const char* path)
+    {
+        return plant::flat(services->table.value(limits))[path].toDouble();
+    }
+
+    const UaNodeId limits = PlantServices::node(7);
+};
+
+TEST_F(StagedFields, LeaveTheOtherFieldsAsTheyAreThen)
+{
+    EXPECT_EQ(field("High", 20), "7: Written\n");
+    EXPECT_EQ(at("Low"), 1);
+    EXPECT_EQ(at("High"), 20);
+    setLimits(5, 20); // somebody else's
+    EXPECT_EQ(revert(), "7: The old value is there again\n");
+    EXPECT_EQ(at("Low"), 5);
+    EXPECT_EQ(at("High"), 2);
+    EXPECT_EQ(field("Speed", 1).rfind("7: Not sent. BadNoMatch", 0), 0U) << text;
+}
+
+TEST(StagedParts, AreReplacedAtAnyDepth)
+{
+    UaGenericStructureValue limits(plant::definitions()->structure(plant::limitsId));
+    const std::vector<UaVariant> two{plant::encoded(limits), plant::encoded(limits)};
+    UaVariant parts;
+    ASSERT_EQ(parts.setArray(OpcUaType_ExtensionObject, two), OpcUa_Good);
+    UaGenericStructureValue order(plant::definitions()->structure(plant::orderId),
+                                  plant::definitions().get());
+    ASSERT_TRUE(order.setField(UaString("Parts"), parts).isGood());
+    UaVariant whole = plant::encoded(order);
+    EXPECT_TRUE(qlumSetFieldOf(whole, "Parts[1].High", UaVariant(4.5), plant::context()).isGood());
+    plant::Flat flat = plant::flat(whole);
+    EXPECT_EQ(flat["Parts[1].High"].toDouble(), 4.5);
+    EXPECT_EQ(flat["Parts[0].High"].toDouble(), 0);
+    const UaVariant before = whole;
+    EXPECT_TRUE(qlumSetFieldOf(whole, "Parts[2].High", UaVariant(1.0), plant::context()).isBad());
+    EXPECT_TRUE(qlumSetFieldOf(whole, "Count", UaVariant(UaString("x")), plant::context()).isBad());
+    EXPECT_EQ(whole, before);
 }
 
 } // namespace

@@ -218,6 +218,25 @@ TEST_F(NodeCommands, AppearWithTheirTakersAndForNodesThatTheseAccept)
     EXPECT_EQ(view.actions().size(), 2) << "the command of a tool that is gone must not stay";
 }
 
+TEST_F(NodeCommands, ToolsAddMenusThatGoWithThem)
+{
+    openDocuments();
+    QObject plugin;
+    QlumToolNodes taken;
+    for (const char* name : {"ids", "paths"})
+        services.takeNodeTool(&plugin, {QStringLiteral("&Copy As"), name, name, name,
+                                        [&taken](const QlumToolNodes& nodes) { taken = nodes; }});
+    EXPECT_EQ(menu(), QStringList()) << "nothing is selected";
+    selected = {variable(1)};
+    EXPECT_EQ(menu(), QStringList{QStringLiteral("&Copy As")});
+    auto* paths = view.findChild<QAction*>(QStringLiteral("paths"));
+    ASSERT_NE(paths, nullptr);
+    paths->trigger();
+    EXPECT_EQ(taken, selected);
+    services.removeTakers(&plugin);
+    EXPECT_EQ(menu(), QStringList());
+}
+
 TEST_F(NodeCommands, AMethodIsCalledOnTheObjectBelowWhichItWasFound)
 {
     UaNodeId object;
