@@ -23,8 +23,8 @@ namespace {
 
 const int rounds = repetitions(51);
 const auto calls = static_cast<quint32>(operations(5000));
-// the bare call took 0.65 us where the overhead's limit of 0.5 us was set
-constexpr double maximumMeasured = (0.65 + 0.5) / 0.65;
+// the bare call takes 1.1 us where the overhead's limit of 0.5 us is met with room
+constexpr double maximumMeasured = (1.1 + 0.5) / 1.1;
 
 class QuietCallback : public UaClientSdk::UaSessionCallback
 {
