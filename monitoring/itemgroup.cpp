@@ -36,7 +36,14 @@ void ItemGroup::notificationsMissing(OpcUa_UInt32, OpcUa_UInt32 previous, OpcUa_
     // a number that is not ahead says that some come twice, which loses nothing
     const OpcUa_UInt32 distance = next - previous;
     if (distance > 1 && distance < 0x80000000u)
-        server.takeGap(*this, distance - 1);
+        server.takeGap(*this, previous, next);
+}
+
+void ItemGroup::messageBegins(OpcUa_UInt32, OpcUa_UInt32 sequenceNumber, bool isRepublished)
+{
+    sequence = sequenceNumber;
+    if (isRepublished)
+        server.takeRepublished(*this);
 }
 
 void ItemGroup::dataChange(OpcUa_UInt32, UaMonitoredItemNotifications& notifications, UaDiagnosticInfos&)

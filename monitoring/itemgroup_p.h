@@ -25,6 +25,7 @@ struct ItemGroup final : public UaClientSdk::UaSubscriptionCallback
     void subscriptionStatusChanged(OpcUa_UInt32 handle, const UaStatus& status) override;
     void keepAlive(OpcUa_UInt32 handle) override;
     void notificationsMissing(OpcUa_UInt32 handle, OpcUa_UInt32 previous, OpcUa_UInt32 next) override;
+    void messageBegins(OpcUa_UInt32 handle, OpcUa_UInt32 sequenceNumber, bool isRepublished) override;
     void dataChange(OpcUa_UInt32 handle, UaMonitoredItemNotifications& notifications,
                     UaDiagnosticInfos& diagnosticInfos) override;
     void newEvents(OpcUa_UInt32, UaEventFieldLists&) override {}
@@ -45,6 +46,7 @@ struct ItemGroup final : public UaClientSdk::UaSubscriptionCallback
     OpcUa_UInt32 losses = 0; ///< since it was last heard
     OpcUa_DateTime lastHeard{};
     OpcUa_UInt64 messages = 0; ///< with values, that came
+    OpcUa_UInt32 sequence = 0; ///< of the message whose values come; only callbacks know it
     OpcUa_UInt32 epoch = 0;    ///< rises when all in it are to be created again
     bool isVoid = false;       ///< the subscription is of no use any more
     bool isUncertain = false;  ///< a call that may have been carried out has failed

@@ -30,7 +30,7 @@ LatestSink::Value* LatestSink::findLocked(const SinkMark& mark)
     return mark.round == m_round && mark.place < m_values.size() ? &m_values[mark.place] : nullptr;
 }
 
-void LatestSink::putLocked(const SinkItem& item, OpcUa_DataValue& value)
+void LatestSink::putLocked(const SinkItem& item, OpcUa_DataValue& value, const Arrival&)
 {
     assertLocked(m_mutex);
     if (Value* const present = findLocked(item.mark)) {

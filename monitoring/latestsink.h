@@ -34,7 +34,7 @@ public:
     [[nodiscard]] Batch take();
 
 private:
-    void putLocked(const SinkItem& item, OpcUa_DataValue& value) override;
+    void putLocked(const SinkItem& item, OpcUa_DataValue& value, const Arrival& arrival) override;
     void dropLocked(std::span<const SinkItem> items) override;
     void clearLocked() override;
     [[nodiscard]] Value* findLocked(const SinkMark& mark);

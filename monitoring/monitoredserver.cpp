@@ -23,6 +23,11 @@ void MonitoredServer::statusChanged(UaClientSdk::UaClient::ServerStatus status,
     d->statusChanged(status, namespaces);
 }
 
+void MonitoredServer::noteLink(UaClientSdk::UaClient::ServerStatus status)
+{
+    d->noteLink(status);
+}
+
 void MonitoredServer::close()
 {
     d->close();

@@ -49,6 +49,10 @@ public:
     /// Connected, or before it. Never waits, so it may be called there.
     void statusChanged(UaClientSdk::UaClient::ServerStatus status, const NamespaceMap& namespaces = {});
 
+    /// The status at the moment at which the session tells it, on its thread: for the order of what is
+    /// recorded, no more. From the first call on statusChanged() notes no incidents. Never waits.
+    void noteLink(UaClientSdk::UaClient::ServerStatus status);
+
     /// The server is removed: setSession(nullptr), then its items end, and those that are added later end at
     /// once. Blocks as setSession does.
     void close();

@@ -209,6 +209,7 @@ std::vector<SubscriptionInfo> MonitoredServerPrivate::subscriptions()
 void MonitoredServerPrivate::takeValues(ItemGroup& group, UaMonitoredItemNotifications& notifications)
 {
     const OpcUa_DateTime now = OpcUa_DateTime_UtcNow();
+    const Arrival arrival{now, group.sequence};
     News news;
     const Lock lock(m_mutex);
     group.lastHeard = now;
@@ -224,7 +225,7 @@ void MonitoredServerPrivate::takeValues(ItemGroup& group, UaMonitoredItemNotific
         if (tellsOverflow(notification.Value.StatusCode))
             ++item->overflows;
         news.filling.put(*m_sinks[item->sink].sink, sinkItemOf(notification.ClientHandle, *item),
-                         notification.Value);
+                         notification.Value, arrival);
     }
 }
 
@@ -235,10 +236,77 @@ void MonitoredServerPrivate::takeKeepAlive(ItemGroup& group)
     group.losses = 0;
 }
 
-void MonitoredServerPrivate::takeGap(ItemGroup& group, OpcUa_UInt32 count)
+void MonitoredServerPrivate::takeGap(ItemGroup& group, OpcUa_UInt32 previous, OpcUa_UInt32 next)
 {
+    Incident gap = incident(Incident::Kind::Missing);
+    gap.first = previous + 1;
+    gap.last = next - 1;
+    News news;
     const Lock lock(m_mutex);
-    group.gaps += count;
+    group.gaps += next - previous - 1;
+    noteLocked(news, group, gap);
+}
+
+void MonitoredServerPrivate::takeRepublished(ItemGroup& group)
+{
+    Incident again = incident(Incident::Kind::Republished);
+    again.first = group.sequence;
+    again.last = group.sequence;
+    News news;
+    const Lock lock(m_mutex);
+    noteLocked(news, group, again);
+}
+
+// ---- incidents
+
+Incident MonitoredServerPrivate::incident(Incident::Kind kind) const
+{
+    Incident result;
+    result.kind = kind;
+    result.server = m_number;
+    result.time = OpcUa_DateTime_UtcNow();
+    return result;
+}
+
+void MonitoredServerPrivate::noteLocked(News& news, const Incident& what)
+{
+    assertLocked(m_mutex);
+    for (const SinkUse& use : m_sinks)
+        if (use.sink && use.items > 0)
+            news.filling.note(*use.sink, what);
+}
+
+void MonitoredServerPrivate::noteLocked(News& news, const ItemGroup& group, const Incident& what)
+{
+    assertLocked(m_mutex);
+    std::vector<bool> isConcerned(m_sinks.size(), false);
+    m_items.forEach([&](ItemId, const Item& item) {
+        if (item.group == group.index)
+            isConcerned[item.sink] = true;
+    });
+    Incident ofGroup = what;
+    ofGroup.subscriptionId = group.subscriptionId;
+    for (std::size_t use = 0; use < m_sinks.size(); ++use)
+        if (isConcerned[use] && m_sinks[use].sink)
+            news.filling.note(*m_sinks[use].sink, ofGroup);
+}
+
+void MonitoredServerPrivate::noteLink(UaClientSdk::UaClient::ServerStatus status)
+{
+    News news;
+    const Lock lock(m_mutex);
+    m_isLinkTold = true;
+    noteLinkLocked(news, status);
+}
+
+void MonitoredServerPrivate::noteLinkLocked(News& news, UaClientSdk::UaClient::ServerStatus status)
+{
+    assertLocked(m_mutex);
+    if (std::exchange(m_noted, status) == status)
+        return;
+    Incident link = incident(Incident::Kind::Link);
+    link.link = status;
+    noteLocked(news, link);
 }
 
 // ---- one item
@@ -270,7 +338,17 @@ void MonitoredServerPrivate::dropUnusedSinksLocked(News& news)
 void MonitoredServerPrivate::tellLocked(News& news, ItemId id, Item& item, OpcUa_StatusCode status)
 {
     assertLocked(m_mutex);
-    news.filling.change(*m_sinks[item.sink].sink, sinkItemOf(id, item), changeOf(item, status));
+    const ItemChange change = changeOf(item, status);
+    Sink& sink = *m_sinks[item.sink].sink;
+    news.filling.change(sink, sinkItemOf(id, item), change);
+    if (!sink.keepsIncidents())
+        return;
+    Incident ofItem = incident(Incident::Kind::Item);
+    ofItem.key = item.key;
+    ofItem.origin = m_number << 32 | id;
+    ofItem.state = change.state;
+    ofItem.status = change.status;
+    news.filling.note(sink, ofItem);
 }
 
 void MonitoredServerPrivate::refuseLocked(News& news, ItemId id, Item& item, OpcUa_StatusCode status)

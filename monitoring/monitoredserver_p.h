@@ -32,6 +32,7 @@ public:
 
     void setSession(UaClientSdk::UaSession* session);
     void statusChanged(UaClientSdk::UaClient::ServerStatus status, const NamespaceMap& namespaces);
+    void noteLink(UaClientSdk::UaClient::ServerStatus status);
     void close();
     std::vector<ItemId> add(const std::shared_ptr<Sink>& sink, const ItemSettings& settings,
                             std::span<const ItemWish> wishes);
@@ -45,7 +46,8 @@ public:
     // ---- for the groups, on threads of the session
     void takeValues(ItemGroup& group, UaMonitoredItemNotifications& notifications);
     void takeLoss(ItemGroup& group, const UaStatus& status);
-    void takeGap(ItemGroup& group, OpcUa_UInt32 count);
+    void takeGap(ItemGroup& group, OpcUa_UInt32 previous, OpcUa_UInt32 next);
+    void takeRepublished(ItemGroup& group);
     void takeKeepAlive(ItemGroup& group);
 
 private:
@@ -101,6 +103,12 @@ private:
     void endItemLocked(News& news, ItemId id, Item& item);
     void dropUnusedSinksLocked(News& news);
 
+    // ---- incidents
+    [[nodiscard]] Incident incident(Incident::Kind kind) const;
+    void noteLocked(News& news, const Incident& what); ///< to all sinks
+    void noteLocked(News& news, const ItemGroup& group, const Incident& what);
+    void noteLinkLocked(News& news, UaClientSdk::UaClient::ServerStatus status);
+
     // ---- connection
     void voidGroupLocked(News& news, ItemGroup& group);
     void voidAllLocked(News& news);
@@ -149,6 +157,8 @@ private:
     OpcUa_UInt32 m_portionLimit = MonitoredServer::maximumBatch; ///< falls when a call was too much
     OpcUa_UInt64 m_restUntil = 0;
     OpcUa_UInt64 m_restTime = 0;
+    UaClientSdk::UaClient::ServerStatus m_noted = UaClientSdk::UaClient::Disconnected;
+    bool m_isLinkTold = false; ///< by noteLink, as it happens
     bool m_online = false;
     bool m_end = false;
     std::thread m_worker; ///< the last one: it uses the others

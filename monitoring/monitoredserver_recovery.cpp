@@ -3,6 +3,7 @@
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/uasession.h>
 #include <uaclientsdk/uasubscription.h>
@@ -53,6 +54,8 @@ void MonitoredServerPrivate::statusChanged(UaClientSdk::UaClient::ServerStatus s
     using UaClientSdk::UaClient;
     News news;
     const Lock lock(m_mutex);
+    if (!m_isLinkTold)
+        noteLinkLocked(news, status);
     m_online = status == UaClient::Connected;
     if (status == UaClient::Disconnected || status == UaClient::NewSessionCreated)
         voidAllLocked(news);
@@ -81,6 +84,9 @@ void MonitoredServerPrivate::loseLocked(News& news, ItemGroup& group, const UaSt
     assertLocked(m_mutex);
     if (group.subscription == nullptr || group.isVoid)
         return; // known already
+    Incident lost = incident(Incident::Kind::SubscriptionLost);
+    lost.status = UaStatusCode(status.statusCode());
+    noteLocked(news, group, lost);
     if (m_online && ++group.losses > maximumLosses) {
         group.losses = 0;
         refuseGroupLocked(news, group, status.statusCode());

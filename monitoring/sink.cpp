@@ -12,6 +12,11 @@ Sink::Sink(Ready ready, std::shared_ptr<HandOverPacer> pacer)
 {
 }
 
+Sink::Sink(Ready ready, std::shared_ptr<HandOverPacer> pacer, bool keepsIncidents)
+    : m_ready(std::move(ready)), m_pacer(std::move(pacer)), m_keepsIncidents(keepsIncidents)
+{
+}
+
 Sink::~Sink()
 {
     m_pacer->forget(*this);
@@ -81,6 +86,12 @@ void Sink::Filling::change(Sink& sink, const SinkItem& item, const ItemChange& n
 {
     if (select(sink))
         sink.m_changes[item.origin] = news;
+}
+
+void Sink::Filling::note(Sink& sink, const Incident& incident)
+{
+    if (sink.m_keepsIncidents && select(sink))
+        sink.noteLocked(incident);
 }
 
 void Sink::Filling::drop(Sink& sink, std::span<const SinkItem> items)

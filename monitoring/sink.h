@@ -6,6 +6,8 @@
 #include <monitoring/watch.h>
 #include <uabase/system/uamutex.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uastatuscode.h>
+#include <uaclientsdk/uaclient.h>
 
 #include <functional>
 #include <memory>
@@ -30,6 +32,37 @@ struct SinkItem
     SinkMark& mark;      ///< the item's
 };
 
+/// How a value came.
+struct Arrival
+{
+    OpcUa_DateTime received{};       ///< by this computer
+    OpcUa_UInt32 sequenceNumber = 0; ///< of the notification message; 0: not known
+};
+
+/// What happened between the values that came, for those who have to know what is missing.
+struct Incident
+{
+    enum class Kind : unsigned char {
+        Link,             ///< the connection has another status
+        SubscriptionLost, ///< the server has ended a subscription
+        Missing,          ///< notification messages did not arrive, and cannot be fetched
+        Republished,      ///< one that had not arrived was fetched: its values follow
+        Item              ///< an item is in another state
+    };
+
+    Kind kind = Kind::Link;
+    UaClientSdk::UaClient::ServerStatus link = UaClientSdk::UaClient::Disconnected; ///< of Link
+    ItemState state = ItemState::Waiting;                                           ///< of Item
+    UaStatusCode status;              ///< of Item and SubscriptionLost: why
+    OpcUa_UInt32 subscriptionId = 0;  ///< the server's; of a subscription's incidents
+    OpcUa_UInt32 first = 0, last = 0; ///< sequence numbers; of Missing and Republished
+    OpcUa_UInt64 key = 0;             ///< the tool's; of Item
+    OpcUa_UInt64 origin = 0;          ///< the same
+    OpcUa_UInt64 server = 0;          ///< the same for incidents of one server
+    OpcUa_DateTime time{};            ///< of this computer
+    OpcUa_UInt64 place = 0;           ///< values that came before it, counted by its sink
+};
+
 /// A tool makes one for its view (with std::make_shared), or several, and gives it to the servers that it
 /// watches items of. It holds what has come until the tool takes it, and calls the tool's function once when
 /// there is something: the next call comes after the tool has taken, and at most twenty times a second. So a
@@ -49,6 +82,8 @@ public:
     Sink(const Sink&) = delete;
     Sink& operator=(const Sink&) = delete;
 
+    [[nodiscard]] bool keepsIncidents() const { return m_keepsIncidents; } ///< those who do not are not told
+
     /// The function is not called any more once this has returned, and nothing is kept from now on.
     void close();
 
@@ -63,11 +98,13 @@ public:
         Filling& operator=(const Filling&) = delete;
 
         /// Takes the value.
-        void put(Sink& sink, const SinkItem& item, OpcUa_DataValue& value)
+        void put(Sink& sink, const SinkItem& item, OpcUa_DataValue& value, const Arrival& arrival = {})
         {
             if (select(sink))
-                sink.putLocked(item, value);
+                sink.putLocked(item, value, arrival);
         }
+        /// Only sinks that keep incidents do something with it.
+        void note(Sink& sink, const Incident& incident);
         /// Replaces what is to be told of the item.
         void change(Sink& sink, const SinkItem& item, const ItemChange& news);
         /// Drops what has not been taken of items that are no more.
@@ -84,6 +121,8 @@ public:
     };
 
 protected:
+    /// For kinds that keep incidents.
+    Sink(Ready ready, std::shared_ptr<HandOverPacer> pacer, bool keepsIncidents);
     /// For take of the kinds: forgets that there is something.
     [[nodiscard]] std::vector<ItemChange> takeChangesLocked();
 
@@ -91,13 +130,15 @@ protected:
 
 private:
     friend class HandOverPacer;
-    virtual void putLocked(const SinkItem& item, OpcUa_DataValue& value) = 0;
+    virtual void putLocked(const SinkItem& item, OpcUa_DataValue& value, const Arrival& arrival) = 0;
+    virtual void noteLocked(const Incident&) {}
     virtual void dropLocked(std::span<const SinkItem> items) = 0;
     virtual void clearLocked() = 0;
     void tell(); ///< the pacer's
 
     const Ready m_ready;
     const std::shared_ptr<HandOverPacer> m_pacer;
+    const bool m_keepsIncidents = false;
     std::unordered_map<OpcUa_UInt64, ItemChange> m_changes;
     bool m_raised = false; ///< since the last take
     bool m_closed = false;

@@ -322,6 +322,7 @@ void QlumProjectNodeServer::connectionStatusChanged(OpcUa_UInt32, UaClient::Serv
 {
     if (m_closing)
         return;
+    m_monitoring->noteLink(serverStatus);
     if (onOwnThread()) { // during connect and disconnect
         applySessionStatus(serverStatus);
         return;

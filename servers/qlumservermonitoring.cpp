@@ -29,6 +29,11 @@ void QlumServerMonitoring::retryRefused()
     m_server->retryRefused();
 }
 
+void QlumServerMonitoring::noteLink(UaClientSdk::UaClient::ServerStatus status)
+{
+    m_server->noteLink(status);
+}
+
 void QlumServerMonitoring::statusChanged(UaClientSdk::UaClient::ServerStatus status,
                                          const NamespaceMap& namespaces)
 {

@@ -27,6 +27,8 @@ public:
     void leaveSession();
     /// Another user may be allowed more.
     void retryRefused();
+    /// What the session tells, on its thread.
+    void noteLink(UaClientSdk::UaClient::ServerStatus status);
     /// All that the session tells in between, in its order; the map with Connected.
     void statusChanged(UaClientSdk::UaClient::ServerStatus status, const NamespaceMap& namespaces);
 

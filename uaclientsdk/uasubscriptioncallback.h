@@ -21,6 +21,12 @@ public:
     /// no further call comes. The object stays until it is deleted with deleteSubscription.
     virtual void subscriptionStatusChanged(OpcUa_UInt32 clientSubscriptionHandle, const UaStatus& status) = 0;
     virtual void keepAlive(OpcUa_UInt32 /*clientSubscriptionHandle*/) {}
+    /// A message with notifications begins; what is told until the next one begins came in it. Republished:
+    /// it had been sent before and was fetched, since it had not arrived.
+    virtual void messageBegins(OpcUa_UInt32 /*clientSubscriptionHandle*/, OpcUa_UInt32 /*sequenceNumber*/,
+                               bool /*isRepublished*/)
+    {
+    }
     /// Notifications between the two numbers are lost, or come twice when the new one is not ahead. After a
     /// reconnect it may come without a notification behind it; the previous number is 0 when the first one of
     /// all is lost too.

@@ -48,7 +48,7 @@ bool SubscriptionDispatcher::dispatchPublish(OpcUa_PublishResponse& response)
                         "empty, at least current sequence number has to be available");
     }
     takeSequenceNumber(*subscription, message.SequenceNumber);
-    dispatchNotifications(*subscription, message, "publishCallback");
+    dispatchNotifications(*subscription, message, Way::Published);
     return true;
 }
 
@@ -110,8 +110,12 @@ void SubscriptionDispatcher::tellMissing(UaSubscriptionPrivate& subscription, Op
 }
 
 void SubscriptionDispatcher::dispatchNotifications(UaSubscriptionPrivate& subscription,
-                                                   OpcUa_NotificationMessage& message, const char* caller)
+                                                   OpcUa_NotificationMessage& message, Way way)
 {
+    const bool isRepublished = way == Way::Republished;
+    if (const SubscriptionCall call(subscription); call)
+        subscription.callback.messageBegins(subscription.handle, message.SequenceNumber, isRepublished);
+    const char* const caller = isRepublished ? "doRepublishAfterReconnect" : "publishCallback";
     for (OpcUa_Int32 i = 0; i < message.NoOfNotificationData; ++i)
         dispatchNotification(subscription, message.NotificationData[i], caller);
 }

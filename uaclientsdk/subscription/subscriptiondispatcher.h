@@ -18,9 +18,10 @@ public:
     /// An answer to Publish: sequence numbers, acknowledgement, keep-alive, notifications. False when the
     /// session does not know the subscription.
     [[nodiscard]] bool dispatchPublish(OpcUa_PublishResponse& response);
-    /// The notifications of one message; caller names the function in the trace.
+    enum class Way { Published, Republished };
+    /// The notifications of one message, and how it came.
     void dispatchNotifications(UaSubscriptionPrivate& subscription, OpcUa_NotificationMessage& message,
-                               const char* caller);
+                               Way way);
     /// Those between the two numbers are lost.
     static void tellMissing(UaSubscriptionPrivate& subscription, OpcUa_UInt32 previous, OpcUa_UInt32 next);
     /// The server has the subscription no more: takes it out and says so, once.

@@ -210,7 +210,7 @@ SubscriptionRecovery::Fetched SubscriptionRecovery::fetch(UaSubscriptionPrivate&
     const OpcUa_UInt32 last = advance(subscription, number);
     if (number != nextSequenceNumber(last))
         SubscriptionDispatcher::tellMissing(subscription, last, number);
-    m_dispatcher.dispatchNotifications(subscription, message, "doRepublishAfterReconnect");
+    m_dispatcher.dispatchNotifications(subscription, message, SubscriptionDispatcher::Way::Republished);
     return Fetched::Message;
 }
 

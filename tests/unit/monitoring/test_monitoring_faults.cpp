@@ -8,6 +8,8 @@
 
 #include <atomic>
 #include <memory>
+#include <sstream>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -35,6 +37,8 @@ protected:
         const auto present = server->subscriptions();
         return present.empty() ? 0 : present[0].subscriptionId;
     }
+
+    std::atomic<ItemId> republished{0};
 };
 
 TEST_F(MonitoringFaults, AnInterruptionCreatesNothingTwice)
@@ -160,6 +164,67 @@ TEST_F(MonitoringFaults, ALostSubscriptionIsMadeAgainButNotForEver)
     interrupt();
     replace();
     EXPECT_TRUE(waitForWatched(ids));
+}
+
+// One line for each value and each incident, in the order of a record.
+std::vector<std::string> linesOf(const monitoring::AllSink::Batch& batch)
+{
+    using Kind = monitoring::Incident::Kind;
+    std::vector<std::string> lines;
+    auto incident = batch.incidents.begin();
+    for (std::size_t place = 0; place <= batch.values.size(); ++place) {
+        for (; incident != batch.incidents.end() && incident->place <= place; ++incident) {
+            std::ostringstream line;
+            if (incident->kind == Kind::Link)
+                line << "link " << incident->link;
+            else if (incident->kind == Kind::Item)
+                line << "item " << incident->key << ' ' << static_cast<int>(incident->state);
+            else
+                line << (incident->kind == Kind::Missing       ? "missing "
+                         : incident->kind == Kind::Republished ? "republished "
+                                                               : "lost ")
+                     << incident->first << '-' << incident->last;
+            lines.push_back(line.str());
+        }
+        if (place < batch.values.size())
+            lines.push_back(std::to_string(batch.values[place].sequenceNumber) + ": " +
+                            batch.values[place].value.value().toString().toStdString());
+    }
+    return lines;
+}
+
+TEST_F(MonitoringFaults, ARecordTellsInOrderWhatCameAndWhatDidNot)
+{
+    const auto record =
+        std::make_shared<monitoring::AllSink>(monitoring::Sink::Ready(), monitoring::AllSink::Record());
+    answerRepublish([this](OpcUa_UInt32, OpcUa_UInt32 number, OpcUa_NotificationMessage& message) {
+        if (number != 5)
+            return static_cast<OpcUa_StatusCode>(OpcUa_BadMessageNotAvailable);
+        fillData(message, 5, {{republished, 50}});
+        return static_cast<OpcUa_StatusCode>(OpcUa_Good);
+    });
+    refuse("ns=2;i=2", OpcUa_BadNodeIdUnknown);
+    const Ids ids = server->add(record, ItemSettings(), nodes({1, 2}));
+    ASSERT_TRUE(waitForWatched({ids[0]}));
+    republished = ids[0];
+    ASSERT_TRUE(waitForPublishCalls(2));
+    data(1, 1, {{ids[0], 10}});
+    data(1, 4, {{ids[0], 40}}); // 2 and 3 are gone
+    ASSERT_TRUE(waitForCount(ids[0], 2));
+    interrupt();
+    resume();
+    ASSERT_TRUE(waitForCount(ids[0], 3));
+    EXPECT_THAT(linesOf(record->take()), ElementsAre("item 1 1", "item 2 2", "1: 10", "missing 2-3", "4: 40",
+                                                     "link 3", testing::AnyOf("link 1", "republished 5-5"),
+                                                     testing::AnyOf("link 1", "republished 5-5", "5: 50"),
+                                                     testing::AnyOf("link 1", "5: 50")));
+    interrupt();
+    replace();
+    ASSERT_TRUE(waitForWatched({ids[0]}));
+    const std::vector<std::string> lines = linesOf(record->take());
+    EXPECT_THAT(lines, testing::Contains("link 5"));
+    EXPECT_THAT(lines, testing::Contains("item 1 0")); // it waits, and what changes meanwhile is not recorded
+    record->close();
 }
 
 TEST_F(MonitoringFaults, ADisconnectLeavesItemsForTheNextSession)

@@ -1,6 +1,7 @@
 // What sinks keep, and how often their owners hear of it.
 #include <monitoring/allsink.h>
 #include <monitoring/latestsink.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
 #include <gmock/gmock.h>
@@ -122,6 +123,56 @@ TEST_F(SinkTest, DropsWhatIsLeftOfItemsThatAreGone)
     ASSERT_EQ(values.changes.size(), 1u);
     EXPECT_EQ(values.changes[0].key, 2u);
     EXPECT_THAT(texts(latest->take().values), ElementsAre("2=5"));
+}
+
+TEST_F(SinkTest, ARecordKnowsWhereSomethingHappenedAndWhatItLost)
+{
+    const auto sink = std::make_shared<AllSink>(Sink::Ready(), AllSink::Record{4, 1000}, pacer);
+    const auto note = [&](OpcUa_UInt32 number) {
+        monitoring::Incident incident;
+        incident.first = number;
+        Sink::Filling filling;
+        filling.note(*sink, incident);
+    };
+    const auto putAt = [&](OpcUa_UInt64 number, OpcUa_DateTime received, OpcUa_Int32 length) {
+        OpcUa_DataValue raw;
+        OpcUa_DataValue_Initialize(&raw);
+        EXPECT_TRUE(
+            OpcUa_IsGood(UaVariant(UaString(std::string(static_cast<std::size_t>(length), 'x').c_str()))
+                             .detach(&raw.Value)));
+        Sink::Filling filling;
+        filling.put(*sink, item(number), raw, {received, 7});
+    };
+    putAt(1, 10, 1);
+    note(1);
+    putAt(2, 20, 1);
+    putAt(3, 30, 1);
+    note(2);
+    for (OpcUa_UInt64 number = 4; number <= 6; ++number)
+        putAt(number, static_cast<OpcUa_DateTime>(number) * 10, 1);
+    {
+        const std::vector<SinkItem> gone{item(4)};
+        Sink::Filling filling;
+        filling.drop(*sink, gone); // what came is recorded
+    }
+    const auto batch = sink->take();
+    EXPECT_THAT(texts(batch.values), ElementsAre("3=x", "4=x", "5=x", "6=x"));
+    EXPECT_EQ(batch.values[0].received, 30);
+    EXPECT_EQ(batch.values[0].sequenceNumber, 7u);
+    ASSERT_EQ(batch.incidents.size(), 2u);
+    EXPECT_EQ(batch.incidents[0].place, 0u); // what was before and behind it is lost
+    EXPECT_EQ(batch.incidents[1].place, 1u);
+    EXPECT_EQ(batch.loss.values, 2u);
+    EXPECT_EQ(batch.loss.from, 10);
+    EXPECT_EQ(batch.loss.to, 20);
+    putAt(7, 70, 600);
+    note(3);
+    putAt(8, 80, 600); // more bytes than it may keep
+    const auto second = sink->take();
+    EXPECT_EQ(second.values.size(), 1u);
+    EXPECT_EQ(second.loss.values, 1u);
+    ASSERT_EQ(second.incidents.size(), 1u);
+    EXPECT_EQ(second.incidents[0].place, 0u);
 }
 
 TEST_F(SinkTest, OwnerIsToldOnceUntilHeTakesAndTwentyTimesASecondAtMost)
