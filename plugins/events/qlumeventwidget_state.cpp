@@ -157,7 +157,7 @@ void QlumEventWidget::sltTypesChanged(unsigned int serverId)
         if (const QlumEventNodeMonitored* const node = m_items->node(key))
             names += QlumFieldNames::of(node->selectClauses)->names();
     names.removeDuplicates();
-    m_where->setOffer(m_types.tree(serverId), names);
+    m_where->setOffer(serverId, m_types.tree(serverId), names);
     const bool isReading = m_types.isReading(serverId);
     m_fieldState->setText(
         tr("The event types of %1 are being read...").arg(m_application.serverName(serverId)));

@@ -322,7 +322,7 @@ TEST_F(EventView, SaysWhatAServerRefusesAndGoesOnWithoutIt)
 
     const quint32 key = view->items()->rowAt(0).key;
     QlumEventCondition severe;
-    severe.value = "500";
+    severe.value = UaVariant(OpcUa_UInt16{500});
     view->items()->setWhere(key, {severe}, false);
     emit view->items()->filterAnswered({key, OpcUa_BadMonitoredItemFilterUnsupported, {}});
     auto* bar = view->findChild<QlumMessageBar*>();
