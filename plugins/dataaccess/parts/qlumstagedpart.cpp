@@ -245,6 +245,8 @@ void QlumStagedPart::takeDescription(quint64 key, const std::shared_ptr<const Ql
         qlumFieldOf(qlumElementOf(item->value.value(), item->indexRange), item->fieldPath, *ofField);
     ofField->accessFault = context->accessFault;
     if (part.isNull())
+        m_openFields[row->item] = item->received == 0;
+    if (part.isNull())
         model.setFault(key, item->received == 0
                                 ? tr("No value has come yet, so nothing is known of its fields.")
                                 : tr("The value has no such field now, or nobody knows its type."));
@@ -339,6 +341,7 @@ void QlumStagedPart::apply(bool withDoubts)
         m_wanted = withDoubts; // values that are still texts are none yet
         return;
     }
+    m_withDoubts = withDoubts;
     run(placed(m_page->model().sendable(withDoubts)), false);
 }
 
@@ -397,7 +400,7 @@ void QlumStagedPart::finished()
     const int all = static_cast<int>(m_underWay.size());
     m_underWay.clear();
     m_page->setRunning(false);
-    const int doubtful = isRevert ? 0 : m_page->model().doubtful();
+    const int doubtful = isRevert || m_withDoubts ? 0 : m_page->model().doubtful();
     const int faulty = isRevert ? 0 : m_page->model().faulty();
     QlumMessage message;
     message.topic = stagedTopic;
@@ -418,6 +421,35 @@ void QlumStagedPart::finished()
         message.help = [this] { m_host.showPage(m_page); };
     }
     m_host.tell(message);
+}
+
+void QlumStagedPart::lookAgain(const std::vector<quint32>& items)
+{
+    std::vector<quint64> keys;
+    for (const quint32 item : items) {
+        m_openFields.erase(item);
+        if (const QlumStagedRow* row = m_page->model().find(item))
+            keys.push_back(row->write.key);
+    }
+    readContexts(keys);
+}
+
+void QlumStagedPart::valuesChanged(std::span<const quint32> keys)
+{
+    std::vector<quint32> known;
+    if (!m_openFields.empty())
+        for (const quint32 key : keys)
+            if (const auto open = m_openFields.find(key); open != m_openFields.end() && open->second)
+                known.push_back(key);
+    lookAgain(known);
+}
+
+void QlumStagedPart::rowsDescribed()
+{
+    std::vector<quint32> known;
+    for (const auto& [item, lacksValue] : m_openFields)
+        known.push_back(item);
+    lookAgain(known);
 }
 
 // What could not be looked at without a connection is looked at now.
