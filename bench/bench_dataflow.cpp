@@ -365,7 +365,7 @@ double bareChange(const Responder& responder, const Load& load, double repaints)
     table.show();
     const double perSecond = load.items * 1000.0 / load.interval;
     const int messages = static_cast<int>(perSecond / valuesOfMessage);
-    const int paintings = std::max(1, static_cast<int>(repaints));
+    const int paintings = std::max(1, static_cast<int>(repaints + 0.5));
     const auto second = [&] {
         pingPong(responder.rawPort(), messages, bytesOfMessage);
         for (int message = 0; message < messages; ++message) {
@@ -499,17 +499,19 @@ void run(const Responder& responder, const Load& load)
     const auto watched = std::make_shared<monitoring::MonitoredServer>();
     watched->setSession(session.get());
     watched->statusChanged(UaClient::Connected);
+    Figures figures;
     {
         QlumDaView view(
             application, [&](unsigned int) { return services; }, [&](unsigned int) { return watched; });
         view.resize(width, height);
         view.show();
-        const Figures figures = measure(view, load);
-        tell(load, figures, bareChange(responder, load, figures.repaints), bareAdding(responder, load));
+        figures = measure(view, load);
         view.sessionRemoved(1);
     }
     watched->close();
     static_cast<void>(session->disconnect(ServiceSettings(), true));
+    // when nothing else is under way
+    tell(load, figures, bareChange(responder, load, figures.repaints), bareAdding(responder, load));
 }
 
 } // namespace
