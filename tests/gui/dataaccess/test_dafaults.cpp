@@ -60,7 +60,7 @@ protected:
         for (std::size_t row = 0; row < numbers.size(); ++row)
             ASSERT_TRUE(waitFor([&] { return item(static_cast<int>(row)).state == QlumDataState::Watched; }));
     }
-    /// Values of the row's items, that of the table and that of the plot.
+    // Values of the row's items, that of the table and that of the plot.
     void send(OpcUa_UInt32 number, const std::vector<OpcUa_UInt32>& handles,
               const std::vector<UaVariant>& values, OpcUa_StatusCode status = OpcUa_Good)
     {
@@ -78,7 +78,7 @@ protected:
                 items.detach(&change.NoOfMonitoredItems, &change.MonitoredItems);
             });
     }
-    /// The stack's clock is the test's: without it nothing is handed over.
+    // The stack's clock is the test's: without it nothing is handed over.
     template <typename Condition>
     bool waitFor(Condition condition, int limit = 5000)
     {
@@ -101,7 +101,7 @@ protected:
     }
 
     DaApplication application;
-    OpcUa_UInt32 subscription = 1; ///< that the items are in
+    OpcUa_UInt32 subscription = 1; // that the items are in
     std::unique_ptr<QlumDaView> view;
 };
 
