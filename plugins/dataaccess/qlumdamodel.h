@@ -159,7 +159,7 @@ public:
     /// As last told; disconnected for one that nobody told of.
     [[nodiscard]] QlumDaServer server(unsigned int serverId) const;
     /// Servers of the rows.
-    [[nodiscard]] std::vector<unsigned int> serverIds() const;
+    [[nodiscard]] std::vector<unsigned int> serverIds() const { return summary().servers; }
 
     // ---- values
 
@@ -198,8 +198,15 @@ public:
     [[nodiscard]] QString writeFault(const QlumDataItem& item) const { return m_writeFaults.value(item.key); }
     /// What a row shows as a text for a cell.
     [[nodiscard]] QString valueText(const QlumDataItem& item) const;
-    /// When the oldest of the newest values came; 0 while there is none. Of watched rows.
-    [[nodiscard]] OpcUa_DateTime oldestValue() const;
+    /// What there is of all rows together.
+    struct Summary
+    {
+        std::vector<unsigned int> servers; ///< of the rows, each once
+        int waiting = 0;                   ///< rows for a connection, or for their turn
+        OpcUa_DateTime oldest = 0; ///< when the oldest of the newest values came; 0 while there is none
+    };
+    /// In one pass, since there may be very many.
+    [[nodiscard]] Summary summary() const;
 
     // ---- what others add
 

@@ -242,10 +242,7 @@ void QlumDaSettingsDialog::checkRange()
 {
     bool isRange = true;
     static_cast<void>(UaNumericRange::fromString(m_indexRange->text().trimmed().toStdString(), &isRange));
-    m_rangeFault->setText(
-        isRange ? QString()
-                : tr("This is no index range. It has numbers from 0, a colon between the first and a larger "
-                     "last one, and a comma between dimensions."));
+    m_rangeFault->setText(isRange ? QString() : tr("This is no index range, as 3, 0:9 or 1,0:4 are."));
     m_rangeFault->setVisible(!isRange);
     m_ok->setEnabled(isRange);
 }

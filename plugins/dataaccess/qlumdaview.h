@@ -90,6 +90,8 @@ public:
     void addNodes(std::span<const QlumToolNode> nodes);
     /// What the application tells its plugins.
     void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status);
+    /// The same: what was shown undecoded may be decoded now.
+    void dataTypesLoaded(unsigned int serverId);
     /// The same: nothing of the server is used any more when this returns.
     void sessionRemoved(unsigned int serverId);
 
@@ -138,6 +140,7 @@ private:
     void makeParts();
     void connectParts();
     void paintValues(const std::vector<quint32>& keys);
+    void paintRows(int top, int bottom);
     void showEachSecond();
     void showTraffic();
     void showVerdict();

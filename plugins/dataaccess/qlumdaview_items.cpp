@@ -403,6 +403,20 @@ void QlumDaView::sessionStatusChanged(unsigned int serverId, QlumConnectionStatu
         part->statusChanged(serverId, status);
 }
 
+// Definitions come beside the connection, so that rows may have been described without them.
+void QlumDaView::dataTypesLoaded(unsigned int serverId)
+{
+    const auto needsDefinition = [](const UaNodeId& type) {
+        return type.namespaceIndex() != 0 || !type.isNumeric() ||
+               type.identifierNumeric() >= static_cast<OpcUa_UInt32>(OpcUaType_ExtensionObject);
+    };
+    std::vector<quint32> keys;
+    for (const QlumDataItem& item : m_model->rows())
+        if (item.serverId == serverId && !item.dataType.isNull() && needsDefinition(item.dataType))
+            keys.push_back(item.key);
+    describe(serverId, keys);
+}
+
 void QlumDaView::sessionRemoved(unsigned int serverId)
 {
     m_pool->endServer(serverId);
