@@ -174,6 +174,12 @@ void QlumDiagnosticServerPage::showEnabled(const UaDataValue& value)
 QString QlumDiagnosticServerPage::limitText(const QlumServerReading& reading, OpcUa_UInt32 nodeId,
                                             const UaDataValue& value)
 {
+    const OpcUa_UInt32 longest =
+        nodeId == OpcUaId_Server_ServerCapabilities_MaxArrayLength    ? reading.longestArray
+        : nodeId == OpcUaId_Server_ServerCapabilities_MaxStringLength ? reading.longestString
+                                                                      : 0;
+    if (longest > 0)
+        return QString::number(longest);
     const auto limit = std::find_if(std::begin(keptLimits), std::end(keptLimits),
                                     [nodeId](const Limit& one) { return one.nodeId == nodeId; });
     if (limit == std::end(keptLimits))
