@@ -158,6 +158,7 @@ void QlumDiagnosticServerPage::showEnabled(const UaDataValue& value)
 {
     const bool isKnown = !value.statusCode().isBad() && value.value().type() == OpcUaType_Boolean;
     m_isEnabled = isKnown && value.value().toBool();
+    m_isDisabled = isKnown && !m_isEnabled;
     if (isKnown)
         m_enabledText->setText(m_isEnabled ? tr("Diagnostics are enabled.")
                                            : tr("Diagnostics are disabled: the server counts nothing."));

@@ -44,12 +44,14 @@ protected:
         ASSERT_NE(view, nullptr);
         ASSERT_TRUE(waitFor([this] { return !view->panel()->plan().nodes.empty(); })) << logText();
     }
+    // Without a number of calls: until it is ended.
     void choose(QlumMeasuredKind kind, int calls)
     {
+        view->findChild<QSpinBox*>("seconds")->setValue(calls > 0 ? 0 : 3600);
         auto* box = view->findChild<QComboBox*>("kind");
         box->setCurrentIndex(box->findData(static_cast<int>(kind)));
         view->findChild<QSpinBox*>("calls")->setValue(calls);
-        ASSERT_EQ(view->panel()->obstacle(), QString()) << static_cast<int>(kind);
+        ASSERT_EQ(view->panel()->obstacle().toStdString(), "") << static_cast<int>(kind);
     }
     void press(const char* name) { view->findChild<QPushButton*>(name)->click(); }
     // Whatever is asked before the run.
@@ -140,7 +142,6 @@ TEST_F(PerformanceOnDemoServer, SweepsAndComparesEndpointsAndEndsWhenItIsTold)
     EXPECT_EQ(lastRun().figures.failed(), 0u);
 
     choose(QlumMeasuredKind::Read, 0);
-    view->findChild<QSpinBox*>("seconds")->setValue(3600);
     press("measure");
     ASSERT_TRUE(waitFor([this] { return view->work()->current() && view->work()->current()->size() > 50; }));
     press("cancelMeasuring");
@@ -156,7 +157,6 @@ TEST_F(PerformanceOnDemoServer, AServerThatDiesEndsTheRunWhichKeepsItsSamples)
     openDemoProject(own.url());
     openView({{serverId, demo("Scalar.Int32"), OpcUa_NodeClass_Unspecified, {}, {}}});
     choose(QlumMeasuredKind::Read, 0);
-    view->findChild<QSpinBox*>("seconds")->setValue(3600);
     press("measure");
     ASSERT_TRUE(waitFor([this] { return view->work()->current() && view->work()->current()->size() > 50; }));
     own.kill();

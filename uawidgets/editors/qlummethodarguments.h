@@ -13,7 +13,7 @@
 /// What is declared of one argument.
 struct QlumMethodArgument
 {
-    QString name;
+    QString name;             ///< as declared
     QString description;      ///< may be empty
     QString type;             ///< "Double", "Point[]"
     QlumValueContext context; ///< for its editor

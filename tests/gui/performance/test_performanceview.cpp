@@ -319,6 +319,10 @@ TEST_F(PerformanceView, ComparesTwoRunsByDifferenceAndRatio)
     EXPECT_EQ(model.index(row, QlumRunComparisonModel::Value).data(), "500 us");
     EXPECT_EQ(model.index(row, QlumRunComparisonModel::Difference).data(), "300 us");
     EXPECT_EQ(model.index(row, QlumRunComparisonModel::Ratio).data(), "2.500");
+    two.figures.duration->median = 1234567.89;
+    QlumRunModel runs;
+    runs.addRun(two);
+    EXPECT_EQ(runs.index(0, QlumRunModel::Median).data(), "1234567.9") << "as a spreadsheet reads it";
     model.show(two, std::nullopt);
     EXPECT_EQ(model.index(row, QlumRunComparisonModel::Ratio).data(), "-");
 }
