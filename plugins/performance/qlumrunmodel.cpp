@@ -135,9 +135,13 @@ QVariant QlumRunModel::cell(const QlumMeasurementRun& run, int column, int role)
     case ValuesPerSecond:
         return shown(run.figures.valuesPerSecond(), 1);
     case BytesOut:
-        return shown(perCall(run, run.figures.totals.bytesOut));
-    case BytesIn:
-        return shown(perCall(run, run.figures.totals.bytesIn));
+    case BytesIn: {
+        const QlumRunTotals& totals = run.figures.totals;
+        const quint64 bytes = column == BytesOut ? totals.bytesOut : totals.bytesIn;
+        if (bytes == 0) // they were not counted
+            return role == Qt::DisplayRole ? QVariant(QStringLiteral("-")) : QVariant();
+        return shown(perCall(run, bytes));
+    }
     case Begun:
         return role == Qt::DisplayRole ? QVariant(QLocale().toString(run.begun, qlumDateTimeFormat()))
                                        : QVariant(run.begun);

@@ -97,6 +97,8 @@ QlumDiagnosticServerPage::QlumDiagnosticServerPage(QlumViewState& state, QWidget
     splitter->setObjectName(QStringLiteral("serverSplitter"));
     splitter->addWidget(column("serverLeft", {Build, Status, Redundancy}, m_panels));
     splitter->addWidget(column("serverRight", {Diagnostics, Capabilities}, m_panels));
+    splitter->setStretchFactor(0, 2); // of two columns
+    splitter->setStretchFactor(1, 3);
     state.keep(splitter, QStringLiteral("server"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
