@@ -43,7 +43,8 @@ QlumDiagnosticPanel::QlumDiagnosticPanel(const Names& names, QlumViewState& stat
     if (names.columns.size() > QlumDiagnosticModel::More) { // whatever stands beside the value is seen, too
         header->setStretchLastSection(false);
         header->setSectionResizeMode(QlumDiagnosticModel::Value, QHeaderView::Stretch);
-        header->resizeSection(QlumDiagnosticModel::More, em * 20);
+        header->resizeSection(QlumDiagnosticModel::Parameter, em * 28);
+        header->resizeSection(QlumDiagnosticModel::More, header->sectionSizeHint(QlumDiagnosticModel::More));
     }
     makeActions();
     qlumMakeTable(m_view, {{}, names.object, &state, names.object});

@@ -1,6 +1,6 @@
 #pragma once
-#include <plugins/methods/qlummethod.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlummethodarguments.h>
 
 #include <QString>
 #include <QWidget>

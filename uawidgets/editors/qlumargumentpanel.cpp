@@ -1,4 +1,4 @@
-#include <plugins/methods/qlumargumentpanel.h>
+#include <uawidgets/editors/qlumargumentpanel.h>
 
 #include <app/api/qlumdisplaytext.h>
 #include <uawidgets/editors/qlumvaluepage.h>
