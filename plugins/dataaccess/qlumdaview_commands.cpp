@@ -12,7 +12,6 @@
 #include <plugins/dataaccess/qlumdafilter.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdaplot.h>
-#include <plugins/dataaccess/qlumdasettingsdialog.h>
 #include <plugins/dataaccess/qlumdatafield.h>
 #include <plugins/dataaccess/qlumdawatch.h>
 #include <uabase/values/uastatus.h>
@@ -21,6 +20,7 @@
 #include <uawidgets/editors/qlumvalueeditor.h>
 #include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlummessagebar.h>
+#include <watching/qlumdasettingsdialog.h>
 
 #include <QAction>
 #include <QDialog>
