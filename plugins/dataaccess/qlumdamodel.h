@@ -262,5 +262,3 @@ private:
 [[nodiscard]] std::optional<double> qlumDaNumber(const UaVariant& value);
 /// "0.4 s", "3 min 20 s" for a time in units of 100 ns.
 [[nodiscard]] QString qlumDaSpan(OpcUa_DateTime span);
-/// "500 ms", "1 s", "fastest" for an interval as a setting has it.
-[[nodiscard]] QString qlumDaInterval(double milliseconds);

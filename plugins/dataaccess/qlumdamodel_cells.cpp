@@ -71,16 +71,6 @@ QString qlumDaSpan(OpcUa_DateTime span)
     return QlumDaModel::tr("%1 d %2 h").arg(int(seconds / day)).arg(int(std::fmod(seconds, day) / hour));
 }
 
-QString qlumDaInterval(double milliseconds)
-{
-    constexpr double second = 1000;
-    if (milliseconds <= 0)
-        return QlumDaModel::tr("fastest");
-    return milliseconds < second
-               ? QlumDaModel::tr("%1 ms").arg(QLocale().toString(milliseconds, 'g', 4))
-               : QlumDaModel::tr("%1 s").arg(QLocale().toString(milliseconds / second, 'g', 6));
-}
-
 bool QlumDaModel::isOffline(const QlumDataItem& item) const
 {
     return item.state != QlumDataState::Unresolved && item.state != QlumDataState::NoServer &&

@@ -8,7 +8,6 @@
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_types.h>
-#include <plugins/dataaccess/qlumdadescriber.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdapart.h>
 #include <plugins/dataaccess/qlumdataitem.h>
@@ -18,6 +17,7 @@
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/qlummessagebar.h>
+#include <watching/qlumdadescriber.h>
 
 #include <QHash>
 #include <QList>
@@ -52,6 +52,7 @@ class QlumDaDelegate;
 class QlumDaFilter;
 class QlumDaPlot;
 class QlumDaWatch;
+class QlumVariableIntake;
 class QlumViewHeading;
 class QlumViewState;
 
@@ -131,6 +132,7 @@ protected:
 
 private:
     // ---- widgets
+    [[nodiscard]] QlumVariableIntake* makeIntake();
     void makeTable();
     void showUsualColumns();
     [[nodiscard]] QWidget* makeBar();
@@ -153,11 +155,8 @@ private:
     [[nodiscard]] QString serverName(unsigned int serverId) const;
 
     // ---- rows
-    void addNodesOf(unsigned int serverId, const QlumToolNodes& nodes);
     void addVariables(unsigned int serverId, const QlumToolNodes& nodes);
     void tellThere(const std::vector<QlumDataItem>& again);
-    void countBranches(unsigned int serverId, const QlumToolNodes& roots);
-    void askAboutBranch(unsigned int serverId, const QString& name, const QlumDaBranch::Result& found);
     void describe(unsigned int serverId, const std::vector<quint32>& keys);
     void takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion);
     void tellRefused(unsigned int serverId, int count, UaStatusCode why);
@@ -193,6 +192,7 @@ private:
     QlumDaDelegate* m_delegate;
     QlumViewHeading* m_heading;
     QlumMessageBar* m_messages;
+    QlumVariableIntake* m_intake;
     QTableView* m_table = nullptr;
     QTabWidget* m_pages = nullptr;
     QLineEdit* m_filterText = nullptr;

@@ -11,7 +11,6 @@
 #include <plugins/dataaccess/qlumdafilter.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdaplot.h>
-#include <plugins/dataaccess/qlumdasettingsdialog.h>
 #include <plugins/dataaccess/qlumdatafield.h>
 #include <plugins/dataaccess/qlumdawatch.h>
 #include <uabase/values/uastatus.h>
@@ -20,6 +19,7 @@
 #include <uawidgets/editors/qlumvalueeditor.h>
 #include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlummessagebar.h>
+#include <watching/qlumdasettingsdialog.h>
 
 #include <QAction>
 #include <QDialog>

@@ -1,6 +1,6 @@
 #pragma once
-#include <plugins/dataaccess/qlumdataitem.h>
 #include <uawidgets/qlumbasewidget.h>
+#include <watching/qlumwatchsettings.h>
 
 #include <QSet>
 #include <QString>
@@ -39,6 +39,8 @@ public:
 
     /// Offers an index range, too.
     void setIndexRange(const QString& range);
+    /// For who cannot read instead of watching.
+    void offerNoReading();
     /// What the user has touched, put into other settings.
     [[nodiscard]] QlumDataSettings applied(QlumDataSettings settings) const;
     /// Nothing when the user left it alone.

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/qlumdadescriber.h>
+#include <watching/qlumdadescriber.h>
 
 #include <app/api/qlumnodeaddress.h>
 #include <app/api/qlumservertypes.h>

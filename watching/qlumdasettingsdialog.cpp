@@ -1,11 +1,10 @@
-#include <plugins/dataaccess/qlumdasettingsdialog.h>
+#include <watching/qlumdasettingsdialog.h>
 
-#include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/qlumdasettings.h>
 #include <uabase/values/uanumericrange.h>
 #include <uaclientsdk/subscriptionsettings.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/table/qlumstatuslook.h>
+#include <watching/qlumwatchsettings.h>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -255,6 +254,14 @@ void QlumDaSettingsDialog::touch(const QWidget* field)
 void QlumDaSettingsDialog::setIndexRange(const QString& range)
 {
     m_indexRange->setText(range);
+}
+
+void QlumDaSettingsDialog::offerNoReading()
+{
+    m_read->hide();
+    for (QLabel* label : findChildren<QLabel*>())
+        if (label->buddy() == m_read)
+            label->hide();
 }
 
 std::optional<QString> QlumDaSettingsDialog::indexRange() const
