@@ -4,6 +4,7 @@
 #include <plugins/dataaccess/qlumdaplugin.h>
 #include <plugins/events/qlumeventplugin.h>
 #include <plugins/history/qlumhistoryplugin.h>
+#include <plugins/imageviewer/qlumimageviewerplugin.h>
 #include <plugins/methods/qlummethodplugin.h>
 #include <plugins/performance/qlumperformanceplugin.h>
 #include <plugins/references/qlumreferenceplugin.h>

@@ -4,11 +4,11 @@
 #include <monitoring/allsink.h>
 #include <monitoring/monitoredserver.h>
 #include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <plugins/dataaccess/qlumdawatch.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumdatafield.h>
 #include <uawidgets/plot/qlumplot.h>
 #include <uawidgets/plot/qlumplotarea.h>
 #include <uawidgets/plot/qlumplotcurve.h>
