@@ -444,6 +444,25 @@ async function iconsArePictures({ session }) {
   }
 }
 
+async function imagesAreWhatTheySay({ session }) {
+  const begins = {
+    BMP: "BM",
+    GIF: "GIF89a",
+    JPG: "\xff\xd8\xff",
+    PNG: "\x89PNG",
+    Any: "BM",
+    ByteString: "\x89PNG",
+  };
+  for (const [name, begin] of Object.entries(begins)) {
+    const { value } = await read(session, demo(`Image.${name}`));
+    assert.equal(value.value.subarray(0, begin.length).toString("latin1"), begin, name);
+  }
+  assert.equal((await read(session, demo("Image.Array"))).value.value.length, 4);
+  const camera = { nodeId: demo("Image.Camera"), attributeId: AttributeIds.Value };
+  const frames = await collect(session, camera, (seen) => seen.length > 2);
+  assert.notDeepEqual(frames[1].value.value, frames[2].value.value);
+}
+
 async function serverTellsOfItself({ session }) {
   const number = async (id) => (await read(session, `i=${id}`)).value.value;
   assert.equal(await number(11705), 1000); // MaxNodesPerRead
@@ -525,6 +544,7 @@ const checks = [
   shapesAreThere,
   modelChangesAreTold,
   iconsArePictures,
+  imagesAreWhatTheySay,
   serverTellsOfItself,
   everyDoorOpens,
   strangersStayOutside,

@@ -5,6 +5,7 @@
 #include <plugins/datalogger/qlumdataloggerplugin.h>
 #include <plugins/events/qlumeventplugin.h>
 #include <plugins/history/qlumhistoryplugin.h>
+#include <plugins/imageviewer/qlumimageviewerplugin.h>
 #include <plugins/methods/qlummethodplugin.h>
 #include <plugins/performance/qlumperformanceplugin.h>
 #include <plugins/references/qlumreferenceplugin.h>

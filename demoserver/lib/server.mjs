@@ -11,6 +11,7 @@ import { addDynamic } from "./dynamic.mjs";
 import { addGrowing } from "./growing.mjs";
 import { addHistory } from "./history.mjs";
 import { addIcons } from "./icons.mjs";
+import { addImages } from "./images.mjs";
 import { addMany } from "./many.mjs";
 import { addMethods } from "./methods.mjs";
 import { addScalars } from "./scalars.mjs";
@@ -103,6 +104,7 @@ function addAll(b) {
   addHistory(b);
   addAlarmsAndEvents(b);
   addIcons(b);
+  addImages(b, structures);
   addMany(b);
   addShapes(b);
 }

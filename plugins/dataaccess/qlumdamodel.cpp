@@ -4,10 +4,10 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
 #include <plugins/dataaccess/qlumdapart.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <plugins/dataaccess/qlumdaverdict.h>
 #include <uabase/values/uadatetime.h>
 #include <uawidgets/editors/qlumcelltext.h>
+#include <uawidgets/editors/qlumdatafield.h>
 #include <watching/qlumdadescriber.h>
 
 #include <QAbstractItemModel>

@@ -7,11 +7,11 @@
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <plugins/dataaccess/qlumdapart.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumdatafield.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/table/qlumstatuslook.h>
 

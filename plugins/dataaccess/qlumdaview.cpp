@@ -313,7 +313,7 @@ void QlumDaView::connectParts()
         m_progress->setValue(done);
         m_progress->setVisible(done < total);
     });
-    connect(m_table, &QAbstractItemView::doubleClicked, this, &QlumDaView::editCell);
+    connect(m_table, &QAbstractItemView::doubleClicked, this, &QlumDaView::openCell);
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &QlumDaView::showVerdict);
     connect(

@@ -96,6 +96,8 @@ public:
     /// The same: nothing of the server is used any more when this returns.
     void sessionRemoved(unsigned int serverId);
 
+    /// What a double click does: shows a value that a document takes as one of its kind, else edits the cell.
+    void openCell(const QModelIndex& index);
     /// Opens the editor of a cell when it is known what it has to know.
     void editCell(const QModelIndex& index);
     /// Writes a value to the node of a row; what comes of it is shown at the row.
@@ -173,6 +175,7 @@ private:
     void takeEntered(quint32 key, int column, const UaVariant& value);
     void askAgain(const std::vector<quint32>& keys);
     void openValues();
+    void showValue(const QlumDataItem& item);
     void addParts();
     void askSettings(bool isOfView);
     void takeRemedy();

@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 3> tools{{
+constexpr std::array<QlumPlannedTool, 2> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -23,11 +23,6 @@ constexpr std::array<QlumPlannedTool, 3> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Devices View</b><br>Shows the devices of a server with their parameters, methods "
                        "and identification, and configures them.")},
-    {QlumPlannedTool::Document, "QlumImageViewerPlugin", "Image Viewer Plugin", "Image Viewer",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The image viewer is not part of this version."),
-     QT_TRANSLATE_NOOP(
-         "QlumPlannedPlugin",
-         "<b>Image Viewer</b><br>Shows the pictures that a server offers as values of variables.")},
     {QlumPlannedTool::Document, "QlumGDSPlugin", "GDS Plugin", "GDS View (Push Model)",
      QT_TRANSLATE_NOOP("QlumPlannedPlugin", "Server certificates cannot be managed from this version."),
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
@@ -79,5 +74,4 @@ QStaticPlugin exported()
     }
 
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
 QLUM_EXPORT_PLANNED_PLUGIN(QlumGDSPlugin)

@@ -12,12 +12,12 @@
 #include <plugins/dataaccess/parts/qlumstagedwrite.h>
 #include <plugins/dataaccess/parts/qlumworkcommand.h>
 #include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uawidgets/editors/qlumcelltext.h>
 #include <uawidgets/editors/qlumcontextreader.h>
+#include <uawidgets/editors/qlumdatafield.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/table/qlumtabletext.h>
 

@@ -1,4 +1,4 @@
-#include <plugins/dataaccess/qlumdatafield.h>
+#include <uawidgets/editors/qlumdatafield.h>
 
 #include <app/api/qlumcallnote.h>
 #include <app/api/qlumjob.h>

@@ -1,4 +1,4 @@
-// Parts of values that are rows of their own.
+// Parts of values by names that a user reads.
 #pragma once
 #include <app/api/qlumsessionservices.h>
 #include <opcua/opcua_types.h>
