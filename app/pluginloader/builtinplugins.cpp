@@ -3,6 +3,7 @@
 #include <plugins/attributes/qlumattributeplugin.h>
 #include <plugins/dataaccess/qlumdaplugin.h>
 #include <plugins/events/qlumeventplugin.h>
+#include <plugins/gds/qlumgdsplugin.h>
 #include <plugins/history/qlumhistoryplugin.h>
 #include <plugins/methods/qlummethodplugin.h>
 #include <plugins/performance/qlumperformanceplugin.h>

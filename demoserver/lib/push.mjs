@@ -215,9 +215,7 @@ class Push {
     const der = bytesOf(certificate);
     if (!certificateOf(der)) return refused(StatusCodes.BadCertificateInvalid);
     const isOther = (other) => !other.equals(der);
-    return refused(
-      this.#change(session, isTrusted.value ? 0 : 2, (list) => [...list.filter(isOther), der]),
-    );
+    return refused(this.#change(session, isTrusted.value ? 0 : 2, (list) => [...list.filter(isOther), der]));
   }
 
   removeCertificate([digest, isTrusted], session) {
