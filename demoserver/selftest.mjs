@@ -10,6 +10,7 @@ import { builtInValues, scalar } from "./lib/builder.mjs";
 import { depth } from "./lib/deep.mjs";
 import { manyCount } from "./lib/many.mjs";
 import { startServer } from "./lib/server.mjs";
+import { decode, thumbprint } from "./lib/trustlist.mjs";
 import { namespaces, ua } from "./lib/ua.mjs";
 
 const { AttributeIds, DataType, StatusCodes } = ua;
@@ -526,7 +527,56 @@ async function strangersStayOutside() {
   await strict.stop();
 }
 
+/** A trust list is changed and the server's certificate replaced by one with a key of ours. */
+async function configurationIsPushed() {
+  const own = await startServer({ host: "127.0.0.1", port: 0, pki: join(folder, "pushed"), acceptAll: true });
+  const encrypted = {
+    securityMode: ua.MessageSecurityMode.SignAndEncrypt,
+    securityPolicy: ua.SecurityPolicy.Basic256Sha256,
+  };
+  const login = (userName) => ({ type: ua.UserTokenType.UserName, userName, password: userName });
+  const configuration = "i=12637";
+  const list = "i=12642";
+  const called = async (session, objectId, methodId, ...inputArguments) =>
+    session.call({ objectId, methodId, inputArguments });
+  const expect = async (status, ...call) => assert.equal((await called(...call)).statusCode, status);
+
+  const demo = await connect(own.endpointUrl, encrypted, login("demo"));
+  await expect(StatusCodes.BadUserAccessDenied, demo.session, configuration, "i=12777");
+  await demo.client.disconnect();
+  const { client, session } = await connect(own.endpointUrl, encrypted, login("admin"));
+  const certificate = client.getCertificate();
+  const bytes = (value) => ({ dataType: DataType.ByteString, value });
+  const bool = (value) => ({ dataType: DataType.Boolean, value });
+  const text = (value) => ({ dataType: DataType.String, value });
+  await expect(StatusCodes.Good, session, list, "i=12668", bytes(certificate), bool(true));
+  const opened = await called(session, list, "i=12663", { dataType: DataType.UInt32, value: 15 });
+  const [handle] = opened.outputArguments;
+  const read = await called(session, list, "i=12652", handle, { dataType: DataType.Int32, value: 8192 });
+  const lists = decode(read.outputArguments[0].value);
+  assert.ok(lists[0].some((der) => der.equals(certificate)));
+  await expect(StatusCodes.Good, session, list, "i=12650", handle);
+  await expect(StatusCodes.BadInvalidArgument, session, list, "i=12650", handle);
+  await expect(StatusCodes.Good, session, list, "i=12670", text(thumbprint(certificate)), bool(true));
+
+  const id = (value) => ({ dataType: DataType.NodeId, value: ua.coerceNodeId(value) });
+  const which = [id("i=14156"), id("i=12560")];
+  const asked = [...which, text("CN=New"), bool(true), bytes(Buffer.alloc(31))];
+  await expect(StatusCodes.BadInvalidArgument, session, configuration, "i=12737", ...asked); // a short nonce
+  asked[4] = bytes(Buffer.alloc(32));
+  const made = await called(session, configuration, "i=12737", ...asked);
+  assert.equal(made.statusCode, StatusCodes.Good);
+  assert.equal(made.outputArguments[0].value[0], 0x30);
+  const issuers = { dataType: DataType.ByteString, arrayType: ua.VariantArrayType.Array, value: [] };
+  const foreign = [...which, bytes(certificate), issuers, text(""), bytes(Buffer.alloc(0))];
+  assert.ok((await called(session, configuration, "i=13737", ...foreign)).statusCode.isBad());
+  await expect(StatusCodes.BadNothingToDo, session, configuration, "i=12740");
+  await client.disconnect();
+  await own.stop();
+}
+
 const checks = [
+  configurationIsPushed,
   namespacesAreStable,
   everyTypeReadsAndWrites,
   accessAndStatusAreTold,

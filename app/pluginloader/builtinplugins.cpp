@@ -4,6 +4,7 @@
 #include <plugins/dataaccess/qlumdaplugin.h>
 #include <plugins/datalogger/qlumdataloggerplugin.h>
 #include <plugins/events/qlumeventplugin.h>
+#include <plugins/gds/qlumgdsplugin.h>
 #include <plugins/history/qlumhistoryplugin.h>
 #include <plugins/imageviewer/qlumimageviewerplugin.h>
 #include <plugins/methods/qlummethodplugin.h>

@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 2> tools{{
+constexpr std::array<QlumPlannedTool, 1> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -23,11 +23,6 @@ constexpr std::array<QlumPlannedTool, 2> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Devices View</b><br>Shows the devices of a server with their parameters, methods "
                        "and identification, and configures them.")},
-    {QlumPlannedTool::Document, "QlumGDSPlugin", "GDS Plugin", "GDS View (Push Model)",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "Server certificates cannot be managed from this version."),
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "<b>GDS View (Push Model)</b><br>Manages the certificates and trust lists that a "
-                       "server keeps, through its configuration objects.")},
 }};
 
 // Does not compile for a class without a row.
@@ -74,4 +69,3 @@ QStaticPlugin exported()
     }
 
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumGDSPlugin)
