@@ -19,6 +19,7 @@
 #include <uabase/values/uavariant.h>
 
 #include <QAction>
+#include <QFile>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
@@ -28,6 +29,12 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+// outside of a namespace, where the macro finds them
+static void initResources()
+{
+    Q_INIT_RESOURCE(eventplugin);
+}
 
 namespace {
 class EventTexts : public testing::Test
@@ -64,6 +71,13 @@ TEST_F(EventTexts, NameThePluginItsDocumentAndItsActions)
         ASSERT_NE(action, nullptr) << name;
         EXPECT_EQ(QString(action->text()).remove('&').toStdString(), text);
     }
+}
+
+TEST(EventPictures, AreThereUnderTheirNames)
+{
+    initResources();
+    for (const char* const icon : {"ackall", "confirmall", "addcomment", "acked", "nonacked"})
+        EXPECT_TRUE(QFile::exists(QStringLiteral(":/images/%1.png").arg(QLatin1String(icon)))) << icon;
 }
 
 TEST_F(EventTexts, KeepWhatTheViewIsSetToUnderTheirKeys)
