@@ -104,7 +104,7 @@ function(tavelin_add_plugin tool)
     target_compile_definitions(plugin_${tool} PRIVATE QT_STATICPLUGIN)
 endfunction()
 
-# tavelin_add_test(<name> LABEL unit|protocol|integration|gui|fuzz SOURCES ... LINK ... [QT])
+# tavelin_add_test(<name> LABEL unit|protocol|integration|interop|gui|fuzz SOURCES ... LINK ... [QT])
 # gui tests run offscreen; integration tests get the shared demo server through a fixture.
 function(tavelin_add_test name)
     cmake_parse_arguments(ARG "QT" "LABEL" "SOURCES;LINK" ${ARGN})

@@ -173,10 +173,11 @@ QlumWherePage::QlumWherePage(QWidget* parent)
     m_add->setObjectName(QStringLiteral("addCondition"));
     m_remove->setObjectName(QStringLiteral("removeCondition"));
     auto* first = new QHBoxLayout;
-    for (QWidget* const widget :
-         std::initializer_list<QWidget*>{m_join, m_opens, m_not, m_kind, m_type, m_field})
+    for (QWidget* const widget : std::initializer_list<QWidget*>{m_join, m_opens, m_not, m_kind})
         first->addWidget(widget);
-    m_valueRow->addWidget(m_operator);
+    auto* second = new QHBoxLayout; // narrow rows, since the log stands beside them
+    for (QWidget* const widget : std::initializer_list<QWidget*>{m_type, m_field, m_operator})
+        second->addWidget(widget);
     m_valueRow->addWidget(m_valueType);
     auto* third = new QHBoxLayout;
     third->addWidget(m_closes);
@@ -188,6 +189,7 @@ QlumWherePage::QlumWherePage(QWidget* parent)
     layout->addWidget(m_note);
     layout->addWidget(m_view, 1);
     layout->addLayout(first);
+    layout->addLayout(second);
     layout->addLayout(m_valueRow);
     layout->addLayout(third);
     connect(m_kind, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &QlumWherePage::showKind);
