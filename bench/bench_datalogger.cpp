@@ -178,9 +178,8 @@ void printTime(char* text, std::size_t size, OpcUa_DateTime time)
     const std::time_t unixTime = static_cast<std::time_t>(time / 10'000'000 - 11'644'473'600);
     std::tm parts{};
     gmtime_r(&unixTime, &parts);
-    char second[32];
-    std::strftime(second, sizeof second, "%Y-%m-%dT%H:%M:%S", &parts);
-    std::snprintf(text, size, "%s.%07lldZ", second, static_cast<long long>(time % 10'000'000));
+    const std::size_t length = std::strftime(text, size, "%Y-%m-%dT%H:%M:%S", &parts);
+    std::snprintf(text + length, size - length, ".%07uZ", static_cast<unsigned int>(time % 10'000'000));
 }
 
 // The same rows by fprintf.

@@ -91,6 +91,15 @@ QString QlumLoggerModel::serverName(unsigned int serverId) const
     return serverId == qlumNoServer ? tr("(not in this project)") : m_application.serverName(serverId);
 }
 
+void QlumLoggerModel::setConnected(unsigned int serverId, bool isConnected)
+{
+    if (isConnected)
+        m_connected.insert(serverId);
+    else
+        m_connected.remove(serverId);
+    tellColumnChanged(State);
+}
+
 void QlumLoggerModel::takeFigures(const std::vector<recording::ItemFigures>& figures)
 {
     if (figures.empty())
@@ -126,6 +135,8 @@ void QlumLoggerModel::takeFigures(const std::vector<recording::ItemFigures>& fig
 
 QString QlumLoggerModel::stateText(const QlumLoggerItem& row) const
 {
+    if (isCutOff(row))
+        return tr("No connection: what is missed is marked");
     switch (row.state) {
     case QlumLoggerState::Off:
         return tr("Off");
@@ -215,7 +226,7 @@ QVariant QlumLoggerModel::cell(const QlumLoggerItem& row, int column, int role) 
         return QVariant();
     switch (row.state) {
     case QlumLoggerState::Recorded:
-        return qlumStatusCell(QlumStatusLevel::Good, role);
+        return qlumStatusCell(isCutOff(row) ? QlumStatusLevel::Uncertain : QlumStatusLevel::Good, role);
     case QlumLoggerState::Refused:
     case QlumLoggerState::NamespaceGone:
     case QlumLoggerState::NoServer:

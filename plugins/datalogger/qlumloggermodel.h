@@ -4,6 +4,7 @@
 #include <uawidgets/models/qlumtablemodel.h>
 
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QVariant>
 
@@ -57,6 +58,8 @@ public:
     {
         changeRows(apply);
     }
+    /// Whether values of this server can come.
+    void setConnected(unsigned int serverId, bool isConnected);
     /// Of rows with a number in the recording.
     void takeFigures(const std::vector<recording::ItemFigures>& figures);
 
@@ -76,9 +79,14 @@ private:
     [[nodiscard]] QVariant shown(const QlumLoggerItem& row, int column) const;
     [[nodiscard]] QString stateText(const QlumLoggerItem& row) const;
     void placeRows();
+    [[nodiscard]] bool isCutOff(const QlumLoggerItem& row) const
+    {
+        return row.state == QlumLoggerState::Recorded && !m_connected.contains(row.serverId);
+    }
 
     QlumApplicationInterface& m_application;
     QlumDataSettings m_viewSettings;
+    QSet<unsigned int> m_connected; ///< servers
     std::unordered_map<quint32, int> m_places;
     quint32 m_lastKey = 0;
 };

@@ -49,7 +49,6 @@ QlumLoggerPanel::QlumLoggerPanel(QWidget* parent)
     int column = 0;
     for (QLabel* figure : {m_since, m_records, m_rate, m_queue, m_size, m_free, m_lost}) {
         auto* title = new QLabel(figure->accessibleName() + QLatin1Char(':'));
-        title->setEnabled(false);
         grid->addWidget(title, 0, column);
         grid->addWidget(figure, 1, column);
         grid->setColumnStretch(column, 1);

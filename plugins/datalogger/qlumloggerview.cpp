@@ -157,7 +157,6 @@ QWidget* QlumLoggerView::makeBar()
         auto* button = new QToolButton;
         button->setObjectName(QLatin1String(name));
         button->setDefaultAction(m_actions[command]);
-        button->setAccessibleName(m_actions[command]->toolTip());
         button->setToolButtonStyle(Qt::ToolButtonTextOnly);
         layout->addWidget(button);
     };
@@ -242,20 +241,18 @@ void QlumLoggerView::addItems(std::vector<QlumLoggerItem> items)
         return;
     const std::vector<quint32> keys = m_model->add(std::move(items));
     tellServers();
+    std::vector<quint32> others; // the others begin when they are described
     for (const unsigned int id : m_model->serverIds())
-        describe(id, keys);
-    if (m_session->isRunning()) {
-        std::vector<quint32> known; // those of connected servers begin when they are described
-        for (const quint32 key : keys)
-            if (const QlumLoggerItem* item = m_model->find(key); !isConnected(item->serverId))
-                known.push_back(key);
-        m_session->begin(known);
-    }
+        if (!describe(id, keys))
+            for (const quint32 key : keys)
+                if (m_model->find(key)->serverId == id)
+                    others.push_back(key);
+    m_session->begin(others);
     markModified();
     showCommands();
 }
 
-void QlumLoggerView::describe(unsigned int serverId, const std::vector<quint32>& keys)
+bool QlumLoggerView::describe(unsigned int serverId, const std::vector<quint32>& keys)
 {
     const std::shared_ptr<QlumSessionServices> services = m_services(serverId);
     std::vector<QlumDaQuestion> questions;
@@ -267,7 +264,7 @@ void QlumLoggerView::describe(unsigned int serverId, const std::vector<quint32>&
             asked.push_back(key);
         }
     if (questions.empty() || !services || !services->isConnected())
-        return;
+        return false;
     const auto work = [this, services, questions = std::move(questions)](QlumJob& job) {
         QlumDaDescriber describer(services, job, true);
         static_cast<void>(describer.describe(
@@ -293,6 +290,7 @@ void QlumLoggerView::describe(unsigned int serverId, const std::vector<quint32>&
     };
     m_pool->add({tr("Reading names and types of variables"), serverId}, work,
                 [this, asked](QlumWorkEnd) { m_session->begin(asked); });
+    return true;
 }
 
 void QlumLoggerView::switchItems(const std::vector<quint32>& keys, bool isOn)
@@ -332,6 +330,7 @@ void QlumLoggerView::sessionStatusChanged(unsigned int serverId, QlumConnectionS
     m_status.insert(serverId, status == QlumConnectionStatus::NewSessionCreated
                                   ? QlumConnectionStatus::Connected
                                   : status);
+    m_model->setConnected(serverId, isConnected(serverId));
     if (isConnected(serverId)) {
         placeNamespaces(serverId);
         if (!wasConnected) {
@@ -339,7 +338,7 @@ void QlumLoggerView::sessionStatusChanged(unsigned int serverId, QlumConnectionS
             for (const QlumLoggerItem& item : m_model->rows())
                 if (item.serverId == serverId && item.dataType.isEmpty())
                     unknown.push_back(item.key);
-            describe(serverId, unknown);
+            static_cast<void>(describe(serverId, unknown)); // those without an item begin then
         }
     }
     tellServers();

@@ -87,7 +87,8 @@ private:
     [[nodiscard]] std::vector<quint32> selectedKeys() const;
     void addVariables(unsigned int serverId, const QlumToolNodes& nodes);
     void addItems(std::vector<QlumLoggerItem> items);
-    void describe(unsigned int serverId, const std::vector<quint32>& keys);
+    /// True when it is asked; recording begins then, if it runs.
+    [[nodiscard]] bool describe(unsigned int serverId, const std::vector<quint32>& keys);
     [[nodiscard]] bool isConnected(unsigned int serverId) const;
     void placeNamespaces(unsigned int serverId);
     void tellServers();

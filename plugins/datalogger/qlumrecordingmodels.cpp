@@ -102,6 +102,21 @@ bool qlumIsGap(recording::MarkKind kind)
     }
 }
 
+namespace {
+
+// What is no gap, but worth a look.
+QlumStatusLevel levelOf(recording::MarkKind kind)
+{
+    using Kind = recording::MarkKind;
+    if (qlumIsGap(kind))
+        return QlumStatusLevel::Bad;
+    const bool isNotable = kind == Kind::Paused || kind == Kind::ItemWaiting || kind == Kind::ClockStep ||
+                           kind == Kind::FileTrouble || kind == Kind::OldDropped;
+    return isNotable ? QlumStatusLevel::Uncertain : QlumStatusLevel::Good;
+}
+
+} // namespace
+
 // ---- items
 
 QlumRecordedItemModel::QlumRecordedItemModel(QObject* parent)
@@ -135,8 +150,8 @@ QVariant QlumRecordedItemModel::cell(const recording::RecordReader::Item& row, i
 // ---- marks
 
 QlumMarkModel::QlumMarkModel(const QlumRecordedItemModel& items, QObject* parent)
-    : QlumTableModel({tr("Time"), tr("Event"), tr("Server"), tr("Item"), tr("Count"), tr("From"), tr("To"),
-                      tr("Sequence Numbers"), tr("Status"), tr("Text")},
+    : QlumTableModel({tr("Time"), tr("Event"), tr("Text"), tr("Server"), tr("Item"), tr("Count"), tr("From"),
+                      tr("To"), tr("Sequence Numbers"), tr("Status")},
                      parent),
       m_items(items)
 {
@@ -150,19 +165,15 @@ void QlumMarkModel::setMarks(const std::vector<recording::Mark>& marks)
 QVariant QlumMarkModel::cell(const recording::Mark& row, int column, int role) const
 {
     if (column == 1 && role != Qt::DisplayRole)
-        return qlumStatusCell(qlumIsGap(row.kind) ? QlumStatusLevel::Bad : QlumStatusLevel::Good, role);
+        return qlumStatusCell(levelOf(row.kind), role);
     if (role != Qt::DisplayRole)
         return QVariant();
-    const QVariant cells[] = {timeCell(row.time),
-                              qlumMarkText(row.kind),
-                              row.server,
-                              m_items.nameOf(row.item),
-                              row.count == 0 ? QVariant() : QVariant(static_cast<qulonglong>(row.count)),
-                              timeCell(row.from),
-                              timeCell(row.to),
-                              sequenceText(row),
-                              row.status == 0 ? QString() : qlumStatusText(row.status),
-                              qlumSingleLine(row.text)};
+    const QVariant cells[] = {
+        timeCell(row.time),       qlumMarkText(row.kind),
+        qlumSingleLine(row.text), row.server,
+        m_items.nameOf(row.item), row.count == 0 ? QVariant() : QVariant(static_cast<qulonglong>(row.count)),
+        timeCell(row.from),       timeCell(row.to),
+        sequenceText(row),        row.status == 0 ? QString() : qlumStatusText(row.status)};
     return cells[column];
 }
 

@@ -61,9 +61,6 @@ QTableView* makeRecordingTable(const char* name, const QString& what, QAbstractI
     table->sortByColumn(-1, Qt::AscendingOrder);
     table->verticalHeader()->hide();
     table->setContextMenuPolicy(Qt::ActionsContextMenu);
-    for (int column = 0; column < model->columnCount(); ++column)
-        table->setColumnWidth(
-            column, table->fontMetrics().horizontalAdvance(QStringLiteral("22:58:58.888 22.11.2026 ")));
     qlumMakeTable(table, {emptyText, what, nullptr, QString(), false});
     return table;
 }
@@ -249,6 +246,8 @@ void QlumRecordingWindow::take(const Read& read)
     }
     m_items->setItems(read.items);
     m_marks->setMarks(read.marks);
+    for (QTableView* table : {m_itemTable, m_markTable})
+        table->resizeColumnsToContents(); // looks at some rows only
     OpcUa_DateTime first = 0, last = 0;
     OpcUa_UInt64 records = 0;
     for (const recording::RecordReader::Item& item : read.items) {
@@ -293,6 +292,7 @@ void QlumRecordingWindow::showValues()
         const QString error = isDone ? QString() : reader.error();
         job.post([this, all = std::move(all), isCut, error] {
             m_values->setRecords(all);
+            m_valueTable->resizeColumnsToContents();
             if (!error.isEmpty())
                 m_messages->tell({QlumMessage::Error,
                                   QStringLiteral("read"),
