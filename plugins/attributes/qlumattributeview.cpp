@@ -3,7 +3,6 @@
 #include <app/api/qlumactiontable.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumtoolservices.h>
-#include <opcua/opcua_attributes.h>
 #include <plugins/attributes/qlumattributecopy.h>
 #include <plugins/attributes/qlumattributedelegate.h>
 #include <plugins/attributes/qlumattributemodel.h>
@@ -141,12 +140,12 @@ bool QlumAttributeView::showInDocument(const QModelIndex& index)
     const QlumTypedValue part = m_attributes->rowValue(index);
     if (tools == nullptr || !tools->canShowInDocument(part.value, part.hint.dataTypeId))
         return false;
-    QModelIndex row = index.siblingAtColumn(0);
-    bool isWhole = true;
-    for (; row.isValid() && m_attributes->nodeAt(row)->attributeId() == 0; row = row.parent())
-        isWhole = isWhole && m_attributes->nodeAt(row)->step().kind == QlumValueStep::None;
+    bool isWhole = true; // no part, and of no other attribute: those have their id
+    for (QModelIndex row = index.siblingAtColumn(0); row.isValid() && isWhole; row = row.parent())
+        isWhole = m_attributes->nodeAt(row)->attributeId() == 0 &&
+                  m_attributes->nodeAt(row)->step().kind == QlumValueStep::None;
     QlumToolNode origin;
-    if (isWhole && row.isValid() && m_attributes->nodeAt(row)->attributeId() == OpcUa_Attributes_Value)
+    if (isWhole)
         origin = {m_attributes->serverId(), m_attributes->nodeId(), OpcUa_NodeClass_Variable, {}, {}};
     return tools->showValue(m_attributes->serverId(), part.value, part.hint.dataTypeId, origin);
 }

@@ -2,7 +2,6 @@
 
 #include <QBrush>
 #include <QEvent>
-#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -222,7 +221,6 @@ void QlumImageCanvas::mousePressEvent(QMouseEvent* event)
     m_dragged = event->pos();
     if (m_isDragged)
         viewport()->setCursor(Qt::ClosedHandCursor);
-    emit chosen();
 }
 
 void QlumImageCanvas::mouseMoveEvent(QMouseEvent* event)
@@ -271,12 +269,6 @@ void QlumImageCanvas::keyPressEvent(QKeyEvent* event)
     default:
         return QAbstractScrollArea::keyPressEvent(event);
     }
-}
-
-void QlumImageCanvas::focusInEvent(QFocusEvent* event)
-{
-    QAbstractScrollArea::focusInEvent(event);
-    emit chosen();
 }
 
 // ---- pixels

@@ -55,8 +55,6 @@ signals:
     void zoomChanged();
     /// What is under the mouse; empty for nothing.
     void pixelHovered(const QString& text);
-    /// The user turns to it, by mouse or key.
-    void chosen();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -68,7 +66,6 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
 
 private:
     void zoomAt(double zoom, const QPointF& place);

@@ -96,7 +96,7 @@ void addImage(std::deque<QlumImageFact>& facts, const QlumImageFeed& feed)
     add(facts, Model::tr("Format"), formatName(feed));
     add(facts, Model::tr("Form"), shown.decoded.header.form);
     add(facts, Model::tr("Size"), sizeText(feed));
-    add(facts, Model::tr("Received"), bytesText(feed));
+    add(facts, Model::tr("Length"), bytesText(feed));
     add(facts, Model::tr("Frames"), framesText(feed));
     add(facts, Model::tr("Remark"), shown.decoded.remark, QlumStatusLevel::Uncertain);
     add(facts, Model::tr("Fault"), shown.decoded.fault, QlumStatusLevel::Bad);

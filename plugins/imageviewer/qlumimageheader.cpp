@@ -69,10 +69,9 @@ QString endsWithin(const QString& what)
     return Text::tr("The bytes end within %1: the image is cut off.").arg(what);
 }
 
-// What is left when a block is longer than the rest.
 QString bits(std::uint32_t count)
 {
-    return Text::tr("%n bit(s)", nullptr, static_cast<int>(count));
+    return Text::tr("%1-bit").arg(count);
 }
 
 void takeSize(QlumImageHeader& header, qint64 width, qint64 height)

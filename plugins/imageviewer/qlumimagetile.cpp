@@ -10,12 +10,14 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QEvent>
 #include <QFont>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QImage>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QObject>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPalette>
@@ -42,8 +44,9 @@ QLabel* makeImageLabel(const char* name)
 
 QlumImageTile::QlumImageTile(std::unique_ptr<QlumImageFeed> feed, QWidget* parent)
     : QWidget(parent), m_feed(feed.release()), m_name(makeImageLabel("imageName")), m_elements(new QComboBox),
-      m_pages(new QStackedWidget), m_canvas(new QlumImageCanvas), m_remark(makeImageLabel("imageRemark")),
-      m_line(makeImageLabel("imageLine")), m_pixel(makeImageLabel("imagePixel"))
+      m_pages(new QStackedWidget), m_canvas(new QlumImageCanvas), m_warning(new QLabel),
+      m_remark(makeImageLabel("imageRemark")), m_line(makeImageLabel("imageLine")),
+      m_pixel(makeImageLabel("imagePixel"))
 {
     m_feed->setParent(this);
     setObjectName(QStringLiteral("imageTile"));
@@ -54,12 +57,18 @@ QlumImageTile::QlumImageTile(std::unique_ptr<QlumImageFeed> feed, QWidget* paren
     m_elements->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_elements->setMinimumContentsLength(8);
     m_remark->setWordWrap(true);
+    m_line->setWordWrap(true);
     QFont bold = m_name->font();
     bold.setBold(true);
     m_name->setFont(bold);
     auto* top = new QHBoxLayout;
     top->addWidget(m_name, 1);
     top->addWidget(m_elements);
+    constexpr int iconSide = 16;
+    m_warning->setPixmap(qlumStatusIcon(QlumStatusLevel::Uncertain).pixmap(iconSide, iconSide));
+    auto* remark = new QHBoxLayout;
+    remark->addWidget(m_warning, 0, Qt::AlignTop);
+    remark->addWidget(m_remark, 1);
     m_pages->addWidget(m_canvas);
     m_pages->addWidget(makeRefusal());
     auto* layout = new QVBoxLayout(this);
@@ -67,13 +76,12 @@ QlumImageTile::QlumImageTile(std::unique_ptr<QlumImageFeed> feed, QWidget* paren
     layout->setSpacing(2);
     layout->addLayout(top);
     layout->addWidget(m_pages, 1);
-    layout->addWidget(m_remark);
+    layout->addLayout(remark);
     layout->addWidget(m_line);
     layout->addWidget(m_pixel);
     setMinimumSize(180, 140);
     connect(m_feed, &QlumImageFeed::changed, this, &QlumImageTile::showAll);
     connect(m_feed, &QlumImageFeed::frameChanged, this, &QlumImageTile::showImage);
-    connect(m_canvas, &QlumImageCanvas::chosen, this, &QlumImageTile::chosen);
     connect(m_canvas, &QlumImageCanvas::pixelHovered, this, [this](const QString& text) {
         m_pixelText = text;
         showLine();
@@ -83,6 +91,8 @@ QlumImageTile::QlumImageTile(std::unique_ptr<QlumImageFeed> feed, QWidget* paren
         emit chosen();
         m_feed->setElement(m_elements->itemText(index));
     });
+    for (QWidget* part : findChildren<QWidget*>())
+        part->installEventFilter(this);
     showAll();
 }
 
@@ -130,6 +140,13 @@ void QlumImageTile::paintEvent(QPaintEvent*)
     painter.drawRect(rect().adjusted(1, 1, -1, -1));
 }
 
+bool QlumImageTile::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::FocusIn)
+        emit chosen();
+    return QWidget::eventFilter(watched, event);
+}
+
 void QlumImageTile::mousePressEvent(QMouseEvent* event)
 {
     QWidget::mousePressEvent(event);
@@ -151,9 +168,7 @@ void QlumImageTile::showAll()
     remarks.removeAll(QString());
     m_remark->setText(remarks.join(QLatin1Char(' ')));
     m_remark->setVisible(!remarks.isEmpty());
-    QPalette warning;
-    warning.setColor(QPalette::WindowText, qlumStatusColor(QlumStatusLevel::Uncertain, warning));
-    m_remark->setPalette(warning);
+    m_warning->setVisible(!remarks.isEmpty());
 }
 
 void QlumImageTile::showImage()

@@ -1,7 +1,9 @@
 #pragma once
 #include <plugins/imageviewer/qlumimagefeed.h>
 
+#include <QEvent>
 #include <QMouseEvent>
+#include <QObject>
 #include <QPaintEvent>
 #include <QString>
 #include <QWidget>
@@ -36,6 +38,8 @@ signals:
     void chosen();
 
 protected:
+    /// Whatever part of it is pressed or gets the focus, the tile is meant.
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
@@ -54,6 +58,7 @@ private:
     QLabel* m_headline = nullptr;
     QLabel* m_hint = nullptr;
     QPlainTextEdit* m_bytes = nullptr;
+    QLabel* m_warning; ///< its icon
     QLabel* m_remark;
     QLabel* m_line;
     QLabel* m_pixel;

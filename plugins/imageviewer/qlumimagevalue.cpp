@@ -112,9 +112,11 @@ QlumShownImage qlumShowImageOf(const UaDataValue& value, const QlumValueContext&
         return shown;
     }
     shown.bytes = part;
-    shown.typeName = qlumTypeNameOf(partContext.dataType, partContext);
-    shown.decoded =
-        qlumDecodeImage(bytes, qlumDeclaredImageFormat(partContext.dataType), isCancelled, mostMemory);
+    const QlumImageFormat declared = qlumDeclaredImageFormat(partContext.dataType);
+    shown.typeName = declared == QlumImageFormat::None
+                         ? qlumTypeNameOf(partContext.dataType, partContext)
+                         : QStringLiteral("Image") + QLatin1String(qlumImageFormatName(declared));
+    shown.decoded = qlumDecodeImage(bytes, declared, isCancelled, mostMemory);
     if (!shown.decoded.fault.isEmpty())
         refuse(shown, Text::tr("The image cannot be shown."), shown.decoded.fault);
     return shown;

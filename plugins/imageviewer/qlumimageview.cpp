@@ -103,6 +103,9 @@ QWidget* QlumImageView::makeFacts()
     m_factsView->setModel(m_facts);
     m_factsView->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_factsView->verticalHeader()->hide();
+    constexpr int room = 6;
+    m_factsView->verticalHeader()->setDefaultSectionSize(m_factsView->fontMetrics().height() + room);
+    m_factsView->setWordWrap(false);
     m_factsView->setShowGrid(false);
     m_factsView->setAlternatingRowColors(true);
     m_factsView->setSelectionBehavior(QAbstractItemView::SelectRows);
