@@ -189,7 +189,9 @@ void QlumPushView::applyChanges()
         plan.warnings = QStringList{
             tr("The server closes all connections. This client connects again and asks whether to "
                "trust the new certificate; its thumbprint is %1.")
-                .arg(qlumThumbprint(UaPkiCertificate::fromDER(m_sent)))};
+                .arg(qlumThumbprint(UaPkiCertificate::fromDER(m_sent))),
+            tr("Clients that check for revocation need the issuer's revocation list in their stores, this "
+               "one as well.")};
     if (!agree(plan))
         return;
     // known before the answer, which a connection that breaks may take with it
@@ -251,14 +253,16 @@ void QlumPushView::missServer()
     const QString what = isBack ? tr("%1 still has its old certificate.").arg(name)
                                 : tr("%1 has not come back since the changes were applied.").arg(name);
     m_record->addLine(what);
-    m_messages->tell({QlumMessage::Error,
-                      pushApplyTopic,
-                      what,
-                      isBack ? tr("It did not take over what was sent. Its own log should say why.")
-                             : tr("Connect it by hand. If it refuses this client, somebody has to put its "
-                                  "certificates in order on the server itself."),
-                      {},
-                      nullptr});
+    m_messages->tell(
+        {QlumMessage::Error,
+         pushApplyTopic,
+         what,
+         isBack ? tr("It did not take over what was sent, or uses certificates of that type for other "
+                     "endpoints. Its own log should say.")
+                : tr("Connect it by hand. If it refuses this client, somebody has to put its "
+                     "certificates in order on the server itself."),
+         {},
+         nullptr});
     updateState();
 }
 
