@@ -206,7 +206,12 @@ void QlumEventWidget::sltFilterAnswered(const QlumFilterAnswer& answer)
     const QlumEventNodeMonitored* const node = m_items->node(answer.key);
     if (!node || node->where.empty() || node->isFilteredHere)
         return;
-    const std::vector<QlumElementResult> results = qlumWhereResults(answer.result);
+    std::vector<QlumElementResult> results = qlumWhereResults(answer.result);
+    if (results.empty() && OpcUa_IsGood(answer.status)) { // a server need not tell of what is right
+        std::vector<int> elements;
+        static_cast<void>(qlumWhereClause(node->where, &elements));
+        results.resize(elements.size());
+    }
     const std::vector<unsigned int> keys = selectedKeys();
     if (!keys.empty() && keys.front() == answer.key)
         m_where->setResults(results);

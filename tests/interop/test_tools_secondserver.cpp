@@ -1,7 +1,6 @@
 // References and methods of the second server in the windows of the whole client.
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/methods/qlumargumentpanel.h>
 #include <plugins/methods/qlummethoddialog.h>
 #include <plugins/references/qlumreferencemodel.h>
 #include <tests/interop/clientonsecondserver.h>
@@ -9,6 +8,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumargumentpanel.h>
 
 #include <QAbstractItemModel>
 #include <QComboBox>
@@ -22,6 +22,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <plugins/methods/qlumargumentpanel.h>
 #include <string>
 #include <vector>
 

@@ -342,6 +342,12 @@ TEST_F(EventView, SaysWhatAServerRefusesAndGoesOnWithoutIt)
     QlumEventCondition severe;
     severe.value = UaVariant(OpcUa_UInt16{500});
     view->items()->setWhere(key, {severe}, false);
+    auto* monitored = view->findChild<QTreeView*>("monitoredItems");
+    monitored->selectionModel()->clear(); // the page shows the conditions of what gets selected
+    monitored->setCurrentIndex(view->items()->index(0, 0));
+    emit view->items()->filterAnswered({key, OpcUa_Good, {}}); // and no more than that
+    EXPECT_EQ(modelText(*view->findChild<QTreeView*>("whereConditions")->model()),
+              "Severity >= 500 | accepted\n");
     emit view->items()->filterAnswered({key, OpcUa_BadMonitoredItemFilterUnsupported, {}});
     auto* bar = view->findChild<QlumMessageBar*>();
     ASSERT_FALSE(bar->isHidden());
