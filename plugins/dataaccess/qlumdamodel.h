@@ -183,6 +183,11 @@ public:
     /// What is known of values of a data type, for texts.
     void setTypeContext(unsigned int serverId, const UaNodeId& dataType,
                         std::shared_ptr<const QlumValueContext> context);
+    /// Whether somebody has told.
+    [[nodiscard]] bool hasTypeContext(unsigned int serverId, const UaNodeId& dataType) const
+    {
+        return m_types.contains({serverId, dataType});
+    }
     /// Null when nobody has told.
     [[nodiscard]] std::shared_ptr<const QlumValueContext> typeContext(const QlumDataItem& item) const;
     /// What the row is about: the field of a structure, an element of an array, or the whole value.

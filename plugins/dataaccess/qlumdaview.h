@@ -160,7 +160,7 @@ private:
     void addVariables(unsigned int serverId, const QlumToolNodes& nodes);
     void tellThere(const std::vector<QlumDataItem>& again);
     void describe(unsigned int serverId, const std::vector<quint32>& keys);
-    void takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion);
+    void takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion, int typesLoaded);
     void tellRefused(unsigned int serverId, int count, UaStatusCode why);
     void readRefused(unsigned int serverId);
     void tellWatchChanged(const std::vector<quint32>& keys);
@@ -219,6 +219,7 @@ private:
     QHash<unsigned int, double> m_roundTrips; ///< ms
     QSet<unsigned int> m_measuring;
     mutable QHash<quint32, QlumDaVerdict> m_verdicts; ///< of rows that were looked at within the last second
+    QHash<unsigned int, int> m_typesLoaded;           ///< how often, by server
     bool m_isLoading = false;
     bool m_hasGroups = false; ///< on screen
 };

@@ -185,20 +185,26 @@ void QlumDaView::describe(unsigned int serverId, const std::vector<quint32>& key
     if (questions.empty())
         return;
     const bool readsUnits = QlumDaSettings::readUnits.value();
-    const auto work = [this, serverId, services, questions = std::move(questions), readsUnits](QlumJob& job) {
+    const int typesLoaded = m_typesLoaded.value(serverId);
+    const auto work = [this, serverId, services, questions = std::move(questions), readsUnits,
+                       typesLoaded](QlumJob& job) {
         QlumDaDescriber describer(services, job, readsUnits);
-        static_cast<void>(describer.describe(questions, [this, serverId,
-                                                         &job](QlumDaDescriber::Portion portion) {
-            job.post([this, serverId, portion = std::move(portion)] { takeDescriptions(serverId, portion); });
+        static_cast<void>(describer.describe(questions, [&](QlumDaDescriber::Portion portion) {
+            job.post([this, serverId, typesLoaded, portion = std::move(portion)] {
+                takeDescriptions(serverId, portion, typesLoaded);
+            });
         })); // rows show what is known, and their status tells of the connection
     };
     m_pool->add({tr("Reading names and types of variables"), serverId}, work);
 }
 
-void QlumDaView::takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion)
+// What was read before definitions came must not take the place of what was read with them.
+void QlumDaView::takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion,
+                                  int typesLoaded)
 {
     for (const auto& [type, context] : portion.types)
-        m_model->setTypeContext(serverId, type, context);
+        if (typesLoaded == m_typesLoaded.value(serverId) || !m_model->hasTypeContext(serverId, type))
+            m_model->setTypeContext(serverId, type, context);
     std::unordered_map<quint32, const QlumDaDescription*> byKey;
     for (const QlumDaDescription& row : portion.rows)
         byKey.emplace(row.key, &row);
@@ -282,8 +288,9 @@ void QlumDaView::dataTypesLoaded(unsigned int serverId)
     };
     std::vector<quint32> keys;
     for (const QlumDataItem& item : m_model->rows())
-        if (item.serverId == serverId && !item.dataType.isNull() && needsDefinition(item.dataType))
+        if (item.serverId == serverId && (item.dataType.isNull() || needsDefinition(item.dataType)))
             keys.push_back(item.key);
+    ++m_typesLoaded[serverId];
     describe(serverId, keys);
 }
 
