@@ -1,4 +1,5 @@
 // References and methods of a server that is not ours, in the windows of the whole client.
+#include <app/api/qlumtext.h>
 #include <app/api/qlumtoolservices.h>
 #include <plugins/addressspace/qlumnodechooser.h>
 #include <plugins/methods/qlummethoddialog.h>

@@ -22,7 +22,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <plugins/methods/qlumargumentpanel.h>
 #include <string>
 #include <vector>
 

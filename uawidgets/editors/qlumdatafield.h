@@ -41,11 +41,11 @@ public:
     /// Where it is.
     struct Place
     {
-        UaNodeId nodeId;
-        OpcUa_UInt32 attributeId = 0;
-        QString indexRange;
-        QString fieldPath; ///< empty for the value as it is sent
-        QString name;      ///< for the user
+        UaNodeId nodeId;              ///< of the variable
+        OpcUa_UInt32 attributeId = 0; ///< usually the value
+        QString indexRange;           ///< empty for all elements
+        QString fieldPath;            ///< empty for the value as it is sent
+        QString name;                 ///< for the user
     };
 
     /// What the job calls it with must outlive this; the session may be null.
