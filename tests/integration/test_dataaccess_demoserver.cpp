@@ -98,6 +98,8 @@ TEST_F(DataAccessOnDemoServer, AValueThatChangesItsTypeStaysInTheTableAndIsAGapI
     settings.publishingInterval = 100;
     view->setSettings({}, settings);
     ASSERT_TRUE(waitFor([this] { return item(0).received != 0; })) << logText();
+    const UaVariant first = view->model().shownValue(item(0)); // others find it there again
+    const QString firstText = cell(0, M::Value);
     view->model().resetCounts({item(0).key});
     view->table()->selectRow(0);
     view->command(QlumDaView::Plot)->trigger();
@@ -121,6 +123,7 @@ TEST_F(DataAccessOnDemoServer, AValueThatChangesItsTypeStaysInTheTableAndIsAGapI
         return drawn.ends_with("3.0 - 4.5 ");
     };
     EXPECT_TRUE(waitFor(isDrawn)) << drawn;
+    EXPECT_TRUE(writeAndWait(first, firstText.toUtf8().constData())) << cell(0, M::Value).toStdString();
 }
 
 TEST_F(DataAccessOnDemoServer, AFieldIsWrittenAloneAndTheOthersStay)
@@ -142,6 +145,8 @@ TEST_F(DataAccessOnDemoServer, AFieldIsWrittenAloneAndTheOthersStay)
     EXPECT_TRUE(waitFor([&] { return cell(1, M::Value).toDouble() == before + 1; }))
         << cell(1, M::Value).toStdString() << view->model().writeFault(item(1)).toStdString();
     EXPECT_EQ(cell(2, M::Value), other);
+    view->write(item(1).key, UaVariant(before)); // others find it there again
+    EXPECT_TRUE(waitFor([&] { return cell(1, M::Value).toDouble() == before; }));
 }
 
 } // namespace

@@ -347,7 +347,7 @@ TEST_F(EventView, SaysWhatAServerRefusesAndGoesOnWithoutIt)
     monitored->setCurrentIndex(view->items()->index(0, 0));
     emit view->items()->filterAnswered({key, OpcUa_Good, {}}); // and no more than that
     EXPECT_EQ(modelText(*view->findChild<QTreeView*>("whereConditions")->model()),
-              "Severity >= 500 | accepted\n");
+              " | Severity >= 500 | accepted\n");
     emit view->items()->filterAnswered({key, OpcUa_BadMonitoredItemFilterUnsupported, {}});
     auto* bar = view->findChild<QlumMessageBar*>();
     ASSERT_FALSE(bar->isHidden());
