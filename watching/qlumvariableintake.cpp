@@ -1,6 +1,7 @@
 #include <watching/qlumvariableintake.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdroppednodes.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumstatuswords.h>
@@ -40,14 +41,13 @@ QlumVariableIntake::QlumVariableIntake(Owner owner, QObject* parent)
 
 bool QlumVariableIntake::canTake(const QMimeData* data)
 {
-    return data->hasFormat(QStringLiteral("application/UaNodeInformation"));
+    return qlumMayHaveNodes(data);
 }
 
 void QlumVariableIntake::takeDrop(QlumApplicationInterface& application, QDropEvent* event)
 {
-    unsigned int serverId = qlumNoServer, count = 0;
-    UaNodeId* ids = nullptr;
-    if (!application.nodeIdsFromMimeData(event->mimeData(), &serverId, &count, &ids)) {
+    const QlumToolNodes nodes = qlumDroppedNodes(application, event->mimeData());
+    if (nodes.empty()) {
         m_owner.tell({QlumMessage::Error,
                       topic,
                       tr("What was dropped cannot be read."),
@@ -56,7 +56,7 @@ void QlumVariableIntake::takeDrop(QlumApplicationInterface& application, QDropEv
                       {}});
         return;
     }
-    const std::unique_ptr<UaNodeId[]> owned(ids);
+    const unsigned int serverId = nodes.front().serverId;
     if (application.serverName(serverId).isEmpty() && !application.projectServerIds().contains(serverId)) {
         m_owner.tell({QlumMessage::Error,
                       topic,
@@ -67,9 +67,6 @@ void QlumVariableIntake::takeDrop(QlumApplicationInterface& application, QDropEv
         return;
     }
     event->acceptProposedAction();
-    QlumToolNodes nodes;
-    for (unsigned int i = 0; i < count; ++i)
-        nodes.push_back({serverId, ids[i], OpcUa_NodeClass_Unspecified, {}, {}});
     take(nodes);
 }
 

@@ -1,6 +1,7 @@
 #include <plugins/imageviewer/qlumimageview.h>
 
 #include <app/api/qlumdocumentservers.h>
+#include <app/api/qlumdroppednodes.h>
 #include <app/api/qlumimageformat.h>
 #include <plugins/imageviewer/qlumimagecanvas.h>
 #include <plugins/imageviewer/qlumimagefacts.h>
@@ -326,23 +327,15 @@ void QlumImageView::sessionRemoved(unsigned int serverId)
 
 void QlumImageView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasFormat(QStringLiteral("application/UaNodeInformation")))
+    if (qlumMayHaveNodes(event->mimeData()))
         event->acceptProposedAction();
 }
 
 void QlumImageView::dropEvent(QDropEvent* event)
 {
-    unsigned int serverId = qlumNoServer;
-    unsigned int count = 0;
-    UaNodeId* ids = nullptr;
-    if (!m_application.nodeIdsFromMimeData(event->mimeData(), &serverId, &count, &ids))
+    const QlumToolNodes nodes = qlumDroppedNodes(m_application, event->mimeData());
+    if (nodes.empty())
         return;
-    const std::unique_ptr<UaNodeId[]> owned(ids);
-    QlumToolNodes nodes(count);
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        nodes[i].serverId = serverId;
-        nodes[i].nodeId = ids[i];
-    }
     addNodes(nodes);
     event->acceptProposedAction();
 }

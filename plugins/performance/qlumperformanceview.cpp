@@ -2,6 +2,7 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumdocumentservers.h>
+#include <app/api/qlumdroppednodes.h>
 #include <app/api/qlumtext.h>
 #include <plugins/performance/qlumperformancepanel.h>
 #include <plugins/performance/qlumruncomparisonmodel.h>
@@ -455,23 +456,15 @@ void QlumPerformanceView::takeNodes(const QlumToolNodes& nodes)
 
 void QlumPerformanceView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasFormat(QStringLiteral("application/UaNodeInformation")))
+    if (qlumMayHaveNodes(event->mimeData()))
         event->acceptProposedAction();
 }
 
 void QlumPerformanceView::dropEvent(QDropEvent* event)
 {
-    unsigned int serverId = qlumNoServer;
-    unsigned int count = 0;
-    UaNodeId* ids = nullptr;
-    if (!m_application.nodeIdsFromMimeData(event->mimeData(), &serverId, &count, &ids))
+    const QlumToolNodes nodes = qlumDroppedNodes(m_application, event->mimeData());
+    if (nodes.empty())
         return;
-    const std::unique_ptr<UaNodeId[]> owned(ids);
-    QlumToolNodes nodes(count);
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        nodes[i].serverId = serverId;
-        nodes[i].nodeId = ids[i];
-    }
     addNodes(nodes);
     event->acceptProposedAction();
 }
