@@ -485,8 +485,9 @@ void tell(const Load& load, const Figures& ours, double bareChange, double bareA
     printBudget((name + "_longest_turn_ms").c_str(), ours.turn, maximumTurn, ours.turn > 0);
     printBudget((name + "_key_to_screen_ms").c_str(), ours.input, maximumInput, ours.input > 0);
     printBudget((name + "_repaints").c_str(), ours.repaints, maximumRepaints, ours.repaints > 0);
-    printRatio((name + "_added_and_valued").c_str(), ours.hasProgress ? ours.addingCpu : 0, bareAdding,
-               maximumAdding);
+    // a tenth of the rows comes at once, without progress to see
+    const bool isTold = ours.hasProgress || isQuick();
+    printRatio((name + "_added_and_valued").c_str(), isTold ? ours.addingCpu : 0, bareAdding, maximumAdding);
 }
 
 void run(const Responder& responder, const Load& load)
