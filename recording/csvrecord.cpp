@@ -1,6 +1,7 @@
 #include <recording/csvrecord.h>
 
-#include <app/api/qlumtext.h>
+#include <recording/csvtable.h>
+#include <recording/recordlock.h>
 #include <recording/recordtypes.h>
 #include <recording/recordvalue.h>
 #include <uabase/values/uadatavalue.h>
@@ -17,6 +18,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
+#include <string>
 #include <sys/stat.h>
 #include <utility>
 
@@ -106,10 +108,7 @@ void CsvRows::append(QByteArray& text, const Record& record) const
     appendValueText(text, value.value());
     quoteFrom(text, begin);
     text.append(',');
-    if (value.statusCode().code() == 0)
-        text.append("Good,");
-    else
-        appendField(text, qlumStatusText(value.statusCode().code()));
+    text.append(statusText(value.statusCode().code())).append(',');
     text.append(isoTime(value.sourceTimestamp())).append(',');
     appendNumber(text, value.sourcePicoseconds());
     text.append(isoTime(value.serverTimestamp())).append(',');
@@ -129,8 +128,9 @@ void CsvRows::append(QByteArray& text, const Mark& mark) const
         text.append(",,,");
     }
     text.append(",,");
-    appendField(text, mark.status == 0 ? QString() : qlumStatusText(mark.status));
-    text.append(",,,,");
+    if (mark.status != 0)
+        text.append(statusText(mark.status));
+    text.append(",,,,,");
     if (mark.first != 0 || mark.last != 0)
         appendField(text, mark.first == mark.last ? QString::number(mark.first)
                                                   : QStringLiteral("%1-%2").arg(mark.first).arg(mark.last));
@@ -157,22 +157,43 @@ CsvRecord::~CsvRecord()
 
 bool CsvRecord::open()
 {
+    if (!m_lock) {
+        QString isLocked;
+        m_lock = lockRecording(m_path, isLocked);
+        if (!m_lock)
+            return fail(isLocked);
+    }
+    knowParts();
     return openNext();
+}
+
+// So that bounds hold for all of it, and what was missed meanwhile can be said.
+void CsvRecord::knowParts()
+{
+    if (std::exchange(m_isKnown, true))
+        return;
+    for (const QString& path : csvParts(m_path)) {
+        if (!isCsvRecording(path))
+            continue;
+        Part part;
+        part.path = path;
+        part.to = csvLastTime(path);
+        part.bytes = QFileInfo(path).size();
+        part.isOld = true;
+        m_lastTime = part.to;
+        m_parts.push_back(part);
+    }
 }
 
 bool CsvRecord::openNext()
 {
-    const QFileInfo info(m_path);
     const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMddTHHmmssZ"));
     for (int count = 1; count < 10'000; ++count) {
-        const QString name = QStringLiteral("%1/%2_%3%4.%5")
-                                 .arg(info.path(), info.completeBaseName(), time,
-                                      count == 1 ? QString() : QStringLiteral("-%1").arg(count),
-                                      info.suffix().isEmpty() ? QStringLiteral("csv") : info.suffix());
+        const QString name = csvPartName(m_path, time, count);
         auto file = std::make_unique<QFile>(name);
         if (!file->open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
             if (QFileInfo::exists(name))
-                continue; // another program, or the last second's
+                continue; // the last second's
             return fail(CsvRecordText::tr("%1 cannot be made: %2").arg(name, file->errorString()));
         }
         struct stat facts
@@ -180,11 +201,21 @@ bool CsvRecord::openNext()
         };
         static_cast<void>(::fstat(file->handle(), &facts)); // else it is not the same as any
         m_inode = facts.st_ino;
+        m_head = CsvRows::heading();
+        m_begun = UaDateTime::now().value();
+        if (!m_parts.empty()) {
+            Mark continued;
+            continued.kind = MarkKind::Continued;
+            continued.time = m_begun;
+            continued.text = QFileInfo(m_parts.back().path).fileName();
+            m_rows.append(m_head, continued);
+            if (m_file)
+                m_parts.back().bytes = m_committed;
+        }
         m_file = std::move(file);
         m_committed = m_written = 0;
-        m_begun = UaDateTime::now().value();
-        m_buffer = CsvRows::heading();
-        m_pieces.push_back({name, 0, 0, 0});
+        m_buffer = m_head;
+        m_parts.emplace_back().path = name;
         return true;
     }
     return fail(CsvRecordText::tr("There is no free name for %1.").arg(m_path));
@@ -202,11 +233,11 @@ bool CsvRecord::write(const Portion& portion)
         return fail(CsvRecordText::tr("No file is open."));
     m_rows.append(m_buffer, portion);
     if (!portion.records.empty()) {
-        Piece& piece = m_pieces.back();
+        Part& part = m_parts.back();
         m_uncommitted += portion.records.size();
-        if (piece.from == 0)
-            piece.from = portion.records.front().received;
-        piece.to = portion.records.back().received;
+        if (part.from == 0)
+            part.from = portion.records.front().received;
+        part.to = portion.records.back().received;
     }
     return m_buffer.size() < writtenAtOnce || writeOut();
 }
@@ -223,13 +254,16 @@ bool CsvRecord::writeOut()
     return true;
 }
 
+// When the next file cannot be made, this one goes on: what is in it already must not be written again.
 bool CsvRecord::commit()
 {
     if (!m_file || !writeOut())
         return false;
     m_committed = m_written;
-    m_pieces.back().records += std::exchange(m_uncommitted, 0);
-    return !isRotationDue() || openNext();
+    m_parts.back().records += std::exchange(m_uncommitted, 0);
+    if (isRotationDue())
+        static_cast<void>(openNext()); // it is tried again at the next commit
+    return true;
 }
 
 bool CsvRecord::isRotationDue() const
@@ -248,7 +282,7 @@ void CsvRecord::rollback()
         m_file.reset();
     m_written = m_committed;
     if (m_committed == 0)
-        m_buffer = CsvRows::heading();
+        m_buffer = m_head;
 }
 
 void CsvRecord::close()
@@ -257,10 +291,13 @@ void CsvRecord::close()
         rollback();
     if (m_file && m_committed == 0) {
         m_file->remove(); // nothing came into it
-        m_pieces.pop_back();
+        m_parts.pop_back();
+    } else if (m_file) {
+        m_parts.back().bytes = m_committed;
     }
     m_file.reset();
     m_buffer.clear();
+    m_lock.reset();
 }
 
 bool CsvRecord::isIntact()
@@ -278,28 +315,42 @@ bool CsvRecord::isIntact()
 
 qint64 CsvRecord::size()
 {
-    qint64 bytes = 0;
-    for (const Piece& piece : m_pieces)
-        bytes += QFileInfo(piece.path).size();
+    qint64 bytes = m_file ? m_written : 0;
+    for (const Part& part : m_parts)
+        bytes += part.bytes;
     return bytes;
 }
 
 // Whole files go, but never the one that is written.
 bool CsvRecord::keepWithin(const Bounds& bounds, OpcUa_DateTime now, Dropped& dropped)
 {
-    if (m_pieces.size() < 2)
+    if (m_parts.size() < 2)
         return true;
-    const Piece oldest = m_pieces.front();
+    Part oldest = m_parts.front();
     const bool isDue =
         (bounds.bytes > 0 && size() > bounds.bytes) ||
         (bounds.seconds > 0 && oldest.to != 0 && oldest.to < now - bounds.seconds * ticksOfSecond);
     if (!isDue)
         return true;
+    if (oldest.isOld)
+        count(oldest);
     if (!QFile::remove(oldest.path) && QFileInfo::exists(oldest.path))
         return fail(CsvRecordText::tr("%1 cannot be deleted.").arg(oldest.path));
-    m_pieces.erase(m_pieces.begin());
+    m_parts.erase(m_parts.begin());
     dropped = {oldest.records, oldest.from, oldest.to};
     return true;
+}
+
+void CsvRecord::count(Part& part)
+{
+    CsvTable table;
+    std::vector<std::string> cells;
+    bool isOpen = table.open(part.path);
+    while (isOpen && table.next(cells))
+        if (cells.size() == CsvColumnCount && cells[EventColumn].empty()) {
+            part.from = part.records == 0 ? timeOfIso(cells[ReceivedColumn]) : part.from;
+            ++part.records;
+        }
 }
 
 } // namespace recording

@@ -12,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+class QLockFile;
+
 namespace recording {
 
 /// When a CSV recording goes on in another file.
@@ -38,7 +40,8 @@ private:
     std::map<ItemNumber, QByteArray> m_items; ///< their cells, quoted
 };
 
-/// One file after the other, never one that is there already: the name gets the time at which it begins.
+/// One file after the other, never one that is there already: the name gets the time at which it begins. Each
+/// names the one before it, also over the end of the program. Only one program records under a name.
 class CsvRecord final : public RecordSink
 {
 public:
@@ -56,10 +59,12 @@ public:
     void leaveFile() override {}
     [[nodiscard]] bool keepWithin(const Bounds& bounds, OpcUa_DateTime now, Dropped& dropped) override;
     [[nodiscard]] qint64 size() override;
+    [[nodiscard]] OpcUa_DateTime lastTime() override { return m_lastTime; }
     [[nodiscard]] QString path() const override { return m_file ? m_file->fileName() : m_path; }
 
 private:
     [[nodiscard]] bool openNext();
+    void knowParts();
     [[nodiscard]] bool writeOut();
     [[nodiscard]] bool isRotationDue() const;
 
@@ -73,14 +78,22 @@ private:
     qint64 m_written = 0;           ///< bytes, with those that are not committed
     quint64 m_inode = 0;
     OpcUa_DateTime m_begun{};
-    /// Files of this recording, oldest first, with the times and counts of what is in them.
-    struct Piece
+    OpcUa_DateTime m_lastTime{}; ///< of what was recorded before the first open()
+    std::unique_ptr<QLockFile> m_lock;
+    QByteArray m_head;      ///< what the file begins with
+    bool m_isKnown = false; ///< the parts of former times are
+    /// Files of this recording, oldest first.
+    struct Part
     {
         QString path;
-        OpcUa_UInt64 records = 0;
-        OpcUa_DateTime from{}, to{};
+        OpcUa_UInt64 records = 0; ///< of this program
+        OpcUa_DateTime from{};    ///< of the first of those
+        OpcUa_DateTime to{};      ///< of the last one
+        qint64 bytes = 0;         ///< once another is written
+        bool isOld = false;       ///< of a former start, so nothing is counted
     };
-    std::vector<Piece> m_pieces;
+    static void count(Part& part);
+    std::vector<Part> m_parts;
 };
 
 } // namespace recording

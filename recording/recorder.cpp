@@ -54,6 +54,11 @@ ItemNumber Recorder::addItem(const RecordedItem& item)
     return d->addItem(item);
 }
 
+void Recorder::changeItem(ItemNumber number, const RecordedItem& item)
+{
+    d->changeItem(number, item);
+}
+
 void Recorder::start()
 {
     d->start();

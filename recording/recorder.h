@@ -94,6 +94,8 @@ public:
     [[nodiscard]] std::shared_ptr<monitoring::AllSink> source(const QString& server);
     /// Gives the next number. What comes of it is recorded with what is said here.
     [[nodiscard]] ItemNumber addItem(const RecordedItem& item);
+    /// More is known of it, or it is watched in another way. It must be the same item.
+    void changeItem(ItemNumber number, const RecordedItem& item);
 
     /// Opens the file in the background; what fails is in the status.
     void start();

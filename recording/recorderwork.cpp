@@ -60,6 +60,15 @@ ItemNumber RecorderWork::addItem(const RecordedItem& item)
     return number;
 }
 
+void RecorderWork::changeItem(ItemNumber number, const RecordedItem& item)
+{
+    const std::lock_guard lock(m_mutex);
+    if (number == 0 || number > m_items.size())
+        return;
+    m_items[number - 1] = item;
+    m_changedItems.insert(number);
+}
+
 void RecorderWork::start()
 {
     const std::lock_guard lock(m_mutex);
@@ -311,10 +320,17 @@ Mark RecorderWork::markOf(MarkKind kind) const
 bool RecorderWork::addItems()
 {
     std::vector<RecordedItem> items;
+    std::vector<std::pair<ItemNumber, RecordedItem>> changed;
     {
         const std::lock_guard lock(m_mutex);
+        for (const ItemNumber number : std::exchange(m_changedItems, {}))
+            if (number <= m_addedItems)
+                changed.emplace_back(number, m_items[number - 1]);
         items.assign(m_items.begin() + static_cast<std::ptrdiff_t>(m_addedItems), m_items.end());
     }
+    for (const auto& [number, item] : changed)
+        if (!m_sink->addItem(number, item))
+            return false; // all are added again then
     for (const RecordedItem& item : items) {
         if (!m_sink->addItem(static_cast<ItemNumber>(m_addedItems + 1), item))
             return false;
@@ -328,7 +344,7 @@ bool RecorderWork::writeNew()
     if (!addItems())
         return false;
     if (m_writtenRecords == m_open.records.size() && m_writtenMarks == m_open.marks.size())
-        return true;
+        return true; // items alone are committed with the next record
     if (m_writtenRecords == 0 && m_writtenMarks == 0) {
         if (!m_sink->write(m_open))
             return false;

@@ -10,6 +10,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -54,6 +55,7 @@ public:
 
     std::shared_ptr<monitoring::AllSink> source(const QString& server);
     ItemNumber addItem(const RecordedItem& item);
+    void changeItem(ItemNumber number, const RecordedItem& item);
     void start();
     void stop();
     void mark(const Mark& mark);
@@ -101,6 +103,7 @@ private:
     std::condition_variable m_told;
     std::vector<Source> m_sources;
     std::vector<RecordedItem> m_items; ///< by number - 1
+    std::set<ItemNumber> m_changedItems;
     std::vector<Mark> m_wishes;
     RecorderStatus m_status;
     PortionBuilder m_builder;

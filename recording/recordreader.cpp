@@ -1,5 +1,7 @@
 #include <recording/recordreader.h>
 
+#include <recording/csvreader.h>
+#include <recording/csvtable.h>
 #include <recording/recordvalue.h>
 #include <recording/sqliterecord.h>
 #include <uabase/values/uadatetime.h>
@@ -15,10 +17,14 @@
 #include <QUrl>
 #include <QVariant>
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <limits>
+#include <map>
+#include <memory>
 #include <set>
 #include <utility>
 #include <vector>
@@ -123,6 +129,24 @@ private:
     bool m_has = false;
 };
 
+Portion partOf(const Portion& all, OpcUa_DateTime from, OpcUa_DateTime to, const std::set<ItemNumber>& items)
+{
+    Portion part;
+    const auto isWanted = [&](OpcUa_DateTime time, ItemNumber item, bool isOfAll) {
+        return time >= from && time <= to && (items.empty() || isOfAll || items.contains(item));
+    };
+    auto placed = all.marks.begin();
+    for (std::size_t place = 0; place <= all.records.size(); ++place) {
+        for (; placed != all.marks.end() && placed->place == place; ++placed)
+            if (isWanted(placed->mark.time, placed->mark.item, placed->mark.item == 0))
+                part.add(placed->mark);
+        if (place < all.records.size() &&
+            isWanted(all.records[place].received, all.records[place].item, false))
+            part.records.push_back(all.records[place]);
+    }
+    return part;
+}
+
 } // namespace
 
 RecordReader::RecordReader() : m_connection(nextReaderName()) {}
@@ -134,6 +158,7 @@ RecordReader::~RecordReader()
 
 void RecordReader::close()
 {
+    m_text.reset();
     if (!m_database.isValid())
         return;
     m_database.close();
@@ -154,12 +179,21 @@ bool RecordReader::run(QSqlQuery& query)
            fail(RecordReaderText::tr("%1 cannot be read: %2").arg(m_path, query.lastError().databaseText()));
 }
 
+bool RecordReader::openText(const QString& path)
+{
+    m_text = std::make_unique<CsvReader>();
+    return m_text->open(path) || fail(m_text->error());
+}
+
 // From a medium that cannot be written, where the log cannot be looked at, what is in the file itself.
 bool RecordReader::open(const QString& path)
 {
     close();
     m_path = path;
     const QFileInfo info(path);
+    if (const QStringList parts = csvParts(path);
+        !parts.isEmpty() && isCsvRecording(info.isFile() ? path : parts.first()))
+        return openText(path);
     if (!info.isFile() || !info.isReadable())
         return fail(RecordReaderText::tr("%1 is not there, or may not be read.").arg(path));
     for (const bool isFixed : {false, true}) {
@@ -192,6 +226,8 @@ bool RecordReader::open(const QString& path)
 bool RecordReader::items(std::vector<Item>& found)
 {
     found.clear();
+    if (m_text)
+        return textItems(found);
     QSqlQuery query(m_database);
     query.prepare(QStringLiteral(
         "SELECT i.id, i.server, i.server_url, i.node, i.namespace, i.attribute, i.index_range, i.name, "
@@ -214,10 +250,67 @@ bool RecordReader::items(std::vector<Item>& found)
     return true;
 }
 
+bool RecordReader::textItems(std::vector<Item>& found)
+{
+    const auto count = [&found](const Portion& portion) {
+        for (const Record& record : portion.records) {
+            if (record.item > found.size())
+                found.resize(record.item);
+            Item& one = found[record.item - 1];
+            one.first = one.records == 0 ? record.received : std::min(one.first, record.received);
+            one.last = std::max(one.last, record.received);
+            ++one.records;
+        }
+        return true;
+    };
+    if (!m_text->visit(count))
+        return fail(m_text->error());
+    found.resize(m_text->items().size()); // some have marks only
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        found[i].number = static_cast<ItemNumber>(i + 1);
+        found[i].item = m_text->items()[i];
+    }
+    return true;
+}
+
+bool RecordReader::readEach(const std::vector<ItemNumber>& items, OpcUa_DateTime from, OpcUa_DateTime to,
+                            std::size_t most, std::vector<std::vector<Record>>& found)
+{
+    found.assign(items.size(), {});
+    if (!m_text) {
+        for (std::size_t i = 0; i < items.size(); ++i)
+            if (!read(items[i], from, to, most, found[i]))
+                return false;
+        return true;
+    }
+    std::map<ItemNumber, std::size_t> places;
+    for (std::size_t i = 0; i < items.size(); ++i)
+        places[items[i]] = i;
+    const auto take = [&](const Portion& portion) {
+        for (const Record& record : portion.records)
+            if (const auto place = places.find(record.item); place != places.end())
+                if (std::vector<Record>& records = found[place->second]; records.size() < most)
+                    records.push_back(record);
+        return true;
+    };
+    if (!visit(from, to, items, take))
+        return false;
+    for (std::vector<Record>& records : found)
+        std::stable_sort(records.begin(), records.end(),
+                         [](const Record& a, const Record& b) { return a.received < b.received; });
+    return true;
+}
+
 bool RecordReader::read(ItemNumber item, OpcUa_DateTime from, OpcUa_DateTime to, std::size_t most,
                         std::vector<Record>& found)
 {
     found.clear();
+    if (m_text) {
+        std::vector<std::vector<Record>> each;
+        const bool isDone = readEach({item}, from, to, most, each);
+        found.swap(each.front());
+        return isDone;
+    }
     QSqlQuery query(m_database);
     query.prepare(QStringLiteral("SELECT %1 FROM record WHERE item = ? AND received >= ? AND received <= ? "
                                  "ORDER BY received, id LIMIT ?")
@@ -236,6 +329,20 @@ bool RecordReader::read(ItemNumber item, OpcUa_DateTime from, OpcUa_DateTime to,
 bool RecordReader::marks(OpcUa_DateTime from, OpcUa_DateTime to, std::size_t most, std::vector<Mark>& found)
 {
     found.clear();
+    if (m_text) {
+        std::deque<Mark> newest;
+        const auto take = [&](const Portion& portion) {
+            for (const Portion::Placed& placed : portion.marks) {
+                newest.push_front(placed.mark);
+                if (newest.size() > most)
+                    newest.pop_back();
+            }
+            return true;
+        };
+        const bool isDone = visit(from, to, {}, take);
+        found.assign(newest.begin(), newest.end());
+        return isDone;
+    }
     QSqlQuery query(m_database);
     query.prepare(QStringLiteral("SELECT %1 FROM mark WHERE time >= ? AND time <= ? ORDER BY id DESC LIMIT ?")
                       .arg(markColumns()));
@@ -253,6 +360,9 @@ bool RecordReader::visit(OpcUa_DateTime from, OpcUa_DateTime to, const std::vect
                          const std::function<bool(const Portion&)>& visitor)
 {
     const std::set<ItemNumber> wanted(items.begin(), items.end());
+    if (m_text)
+        return m_text->visit([&](const Portion& all) { return visitor(partOf(all, from, to, wanted)); }) ||
+               fail(m_text->error());
     MarksInOrder marks(m_database, from, to);
     QSqlQuery query(m_database);
     query.prepare(QStringLiteral("SELECT %1 FROM record WHERE received >= ? AND received <= ? ORDER BY id")
@@ -283,6 +393,8 @@ bool RecordReader::visit(OpcUa_DateTime from, OpcUa_DateTime to, const std::vect
 
 bool RecordReader::check()
 {
+    if (m_text)
+        return m_text->visit([](const Portion&) { return true; }) || fail(m_text->error());
     QSqlQuery query(m_database);
     query.prepare(QStringLiteral("PRAGMA integrity_check"));
     return run(query) &&

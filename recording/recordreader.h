@@ -7,14 +7,18 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 class QSqlQuery;
 
 namespace recording {
 
-/// An SQLite recording, also one that is being written. Without its server. Belongs to one thread, and blocks
-/// as long as the disk does.
+class CsvReader;
+
+/// A recording, also one that is being written: an SQLite file, or the CSV files of a set, of which each
+/// opens all. Without its server. Belongs to one thread, and blocks as long as the disk does. In text nothing
+/// can be looked up, so that each call reads all of it.
 class RecordReader
 {
 public:
@@ -40,6 +44,9 @@ public:
     /// What was received in this time, from and to included, in the order of reception, at most so many.
     [[nodiscard]] bool read(ItemNumber item, OpcUa_DateTime from, OpcUa_DateTime to, std::size_t most,
                             std::vector<Record>& found);
+    /// The same of several items at once, each at most so many.
+    [[nodiscard]] bool readEach(const std::vector<ItemNumber>& items, OpcUa_DateTime from, OpcUa_DateTime to,
+                                std::size_t most, std::vector<std::vector<Record>>& found);
     /// Marks of this time, the newest first, at most so many.
     [[nodiscard]] bool marks(OpcUa_DateTime from, OpcUa_DateTime to, std::size_t most,
                              std::vector<Mark>& found);
@@ -51,12 +58,15 @@ public:
     [[nodiscard]] bool check();
 
 private:
+    [[nodiscard]] bool openText(const QString& path);
+    [[nodiscard]] bool textItems(std::vector<Item>& found);
     [[nodiscard]] bool run(QSqlQuery& query);
     [[nodiscard]] bool fail(const QString& why);
     void close();
 
     const QString m_connection;
     QSqlDatabase m_database;
+    std::unique_ptr<CsvReader> m_text; ///< null: a database
     QString m_path;
     QString m_error;
 };

@@ -34,7 +34,7 @@ public:
 
     /// Begins a recording, or goes on with the one that is there.
     [[nodiscard]] virtual bool open() = 0;
-    /// Has this item under this number. Part of what is committed next.
+    /// Has this item under this number, or knows more of it. Part of what is committed next.
     [[nodiscard]] virtual bool addItem(ItemNumber number, const RecordedItem& item) = 0;
     /// Part of what is committed next.
     [[nodiscard]] virtual bool write(const Portion& portion) = 0;

@@ -5,8 +5,11 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
 #include <cstdio>
 #include <ctime>
+#include <string_view>
 
 namespace recording {
 
@@ -36,7 +39,8 @@ const QStringList& words()
                                   QStringLiteral("clock step"),
                                   QStringLiteral("file trouble"),
                                   QStringLiteral("old dropped"),
-                                  QStringLiteral("note")};
+                                  QStringLiteral("note"),
+                                  QStringLiteral("continued")};
     return list;
 }
 
@@ -75,6 +79,30 @@ QByteArray isoTime(OpcUa_DateTime time)
     for (int place = 6; place >= 0; --place, rest /= 10)
         digits[place] = static_cast<char>('0' + rest % 10);
     return text.append(digits, 8);
+}
+
+OpcUa_DateTime timeOfIso(std::string_view text)
+{
+    constexpr std::string_view form = "0000-00-00T00:00:00.0000000Z";
+    if (text.size() != form.size())
+        return 0;
+    for (std::size_t i = 0; i < form.size(); ++i)
+        if (form[i] == '0' ? text[i] < '0' || text[i] > '9' : text[i] != form[i])
+            return 0;
+    const auto number = [text](std::size_t at, std::size_t length) {
+        int value = 0;
+        for (const char digit : text.substr(at, length))
+            value = value * 10 + (digit - '0');
+        return value;
+    };
+    const std::chrono::year_month_day date{std::chrono::year(number(0, 4)),
+                                           std::chrono::month(static_cast<unsigned int>(number(5, 2))),
+                                           std::chrono::day(static_cast<unsigned int>(number(8, 2)))};
+    if (!date.ok())
+        return 0;
+    const OpcUa_Int64 days = std::chrono::sys_days(date).time_since_epoch().count();
+    const OpcUa_Int64 seconds = days * 86'400 + number(11, 2) * 3600 + number(14, 2) * 60 + number(17, 2);
+    return (seconds + secondsTo1970) * ticksOfSecond + number(20, 7);
 }
 
 } // namespace recording

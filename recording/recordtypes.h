@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 namespace recording {
@@ -72,7 +73,8 @@ enum class MarkKind : unsigned char {
     ClockStep,        ///< the clock of this computer was set, or the computer slept
     FileTrouble,      ///< writing failed, or the file was taken away
     OldDropped,       ///< the oldest records were deleted, as the user has bounded them
-    Note              ///< typed by the user
+    Note,             ///< typed by the user
+    Continued         ///< what was recorded before is in the file that the text names
 };
 
 /// One of them.
@@ -118,5 +120,7 @@ struct Portion
 
 /// "2026-11-22T18:30:00.1234567Z"; empty for 0.
 [[nodiscard]] QByteArray isoTime(OpcUa_DateTime time);
+/// The reverse; 0 for what is none.
+[[nodiscard]] OpcUa_DateTime timeOfIso(std::string_view text);
 
 } // namespace recording

@@ -16,8 +16,10 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <string>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
 
 namespace recording {
 
@@ -197,10 +199,13 @@ void appendValueText(QByteArray& text, const UaVariant& value)
         case OpcUaType_Boolean:
             text.append(value.toBool() ? "true" : "false");
             return;
+        case OpcUaType_StatusCode:
+            text.append(statusText(raw.Value.StatusCode));
+            return;
         default:
             break;
         }
-        if (isSimple(type) && type != OpcUaType_StatusCode)
+        if (isSimple(type))
             return appendNumber(text, value.toInt64());
     }
     const StoredValue stored = storedValue(value);
@@ -216,6 +221,91 @@ QByteArray typeText(const UaVariant& value)
     if (!value.isScalar())
         name.append("[]");
     return name;
+}
+
+namespace {
+
+constexpr OpcUa_BuiltInType lastBuiltInType = OpcUaType_DiagnosticInfo;
+
+[[nodiscard]] int builtInTypeOf(std::string_view name)
+{
+    for (int type = OpcUaType_Boolean; type <= lastBuiltInType; ++type)
+        if (qlumBuiltinTypeName(static_cast<unsigned int>(type)) ==
+            QLatin1String(name.data(), static_cast<int>(name.size())))
+            return type;
+    return OpcUaType_Null;
+}
+
+template <typename Number>
+[[nodiscard]] QVariant readNumber(const std::string& text)
+{
+    Number number{};
+    const char* const end = text.data() + text.size();
+    const auto [rest, fault] = std::from_chars(text.data(), end, number);
+    if (fault != std::errc() || rest != end)
+        return QVariant();
+    if constexpr (std::is_floating_point_v<Number>)
+        return storedNumber(static_cast<double>(number));
+    else
+        return QVariant(static_cast<qlonglong>(number));
+}
+
+} // namespace
+
+UaVariant restoredText(std::string_view typeName, const std::string& text)
+{
+    constexpr std::string_view arrayEnd = "[]";
+    const bool isArray = typeName.ends_with(arrayEnd);
+    const int type =
+        builtInTypeOf(isArray ? typeName.substr(0, typeName.size() - arrayEnd.size()) : typeName);
+    const QByteArray bytes(text.data(), static_cast<int>(text.size()));
+    if (type == OpcUaType_Null)
+        return UaVariant();
+    if (isArray)
+        return restoredValue(type | arrayFlag, QString::fromUtf8(bytes));
+    switch (type) {
+    case OpcUaType_Boolean:
+        return UaVariant(text == "true");
+    case OpcUaType_Double:
+        return restoredValue(type, readNumber<double>(text));
+    case OpcUaType_Float:
+        return restoredValue(type, readNumber<float>(text));
+    case OpcUaType_UInt64:
+        return restoredValue(type, readNumber<OpcUa_UInt64>(text));
+    case OpcUaType_String:
+        return restoredValue(type, bytes);
+    case OpcUaType_ByteString:
+        return restoredValue(type, QByteArray::fromBase64(bytes));
+    case OpcUaType_DateTime:
+        return restoredValue(type, static_cast<qlonglong>(timeOfIso(text)));
+    case OpcUaType_StatusCode:
+        return restoredValue(type, static_cast<qlonglong>(restoredStatus(text)));
+    default:
+        return isSimple(type) ? restoredValue(type, readNumber<OpcUa_Int64>(text))
+                              : restoredValue(type, QString::fromUtf8(bytes));
+    }
+}
+
+// The name alone would not say the lower bits.
+QByteArray statusText(OpcUa_StatusCode status)
+{
+    if (status == 0)
+        return QByteArrayLiteral("Good");
+    return toQString(UaStatusCode(status).toString()).toUtf8() + " (" +
+           toQString(UaStatusCode(status).toHexString()).toUtf8() + ')';
+}
+
+OpcUa_StatusCode restoredStatus(std::string_view text)
+{
+    if (text == "Good")
+        return 0;
+    constexpr OpcUa_StatusCode bad = 0x80000000u;
+    constexpr int hexadecimal = 16;
+    const std::size_t at = text.rfind("0x");
+    OpcUa_StatusCode status = bad;
+    if (at != std::string_view::npos)
+        std::from_chars(text.data() + at + 2, text.data() + text.size(), status, hexadecimal);
+    return status;
 }
 
 } // namespace recording

@@ -1,11 +1,15 @@
 // Values as they stand in recordings.
 #pragma once
 
+#include <opcua/opcua_builtintypes.h>
 #include <uabase/values/uavariant.h>
 
 #include <QByteArray>
 #include <QString>
 #include <QVariant>
+
+#include <string>
+#include <string_view>
 
 namespace recording {
 
@@ -25,5 +29,12 @@ struct StoredValue
 void appendValueText(QByteArray& text, const UaVariant& value);
 /// "Double", "Int32[]" ...
 [[nodiscard]] QByteArray typeText(const UaVariant& value);
+/// What typeText and appendValueText have written. Null for what makes no sense.
+[[nodiscard]] UaVariant restoredText(std::string_view typeName, const std::string& text);
+
+/// "Good", or name and number, so that nothing of it is lost.
+[[nodiscard]] QByteArray statusText(OpcUa_StatusCode status);
+/// The reverse; bad for what is none.
+[[nodiscard]] OpcUa_StatusCode restoredStatus(std::string_view text);
 
 } // namespace recording

@@ -1,5 +1,6 @@
 #include <recording/sqliterecord.h>
 
+#include <recording/recordlock.h>
 #include <recording/recordtypes.h>
 #include <recording/recordvalue.h>
 #include <uabase/values/uadatavalue.h>
@@ -17,6 +18,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <limits>
 #include <memory>
 #include <sys/stat.h>
@@ -99,6 +101,13 @@ void bindRecord(QSqlQuery& query, int first, ItemNumber item, const Record& reco
     query.bindValue(first + 8, picoseconds == 0 ? QVariant() : QVariant(static_cast<qlonglong>(picoseconds)));
 }
 
+QString keyOf(const RecordedItem& item)
+{
+    return QStringList{item.server, item.nodeId, item.namespaceUri, QString::number(item.attributeId),
+                       item.indexRange}
+        .join(QLatin1Char('\0'));
+}
+
 QString nextName()
 {
     static std::atomic<int> last{0};
@@ -118,67 +127,69 @@ SqliteRecord::~SqliteRecord()
 
 bool SqliteRecord::open()
 {
-    if (!lock())
-        return false;
-    m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
-    if (!m_database.isValid())
-        return fail(SqliteRecordText::tr("The driver of SQLite files is not installed (libqt5sql5-sqlite)."));
-    m_database.setDatabaseName(m_path);
-    m_database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000"));
-    if (!m_database.open()) {
-        const QString why = m_database.lastError().databaseText();
-        close();
-        return fail(why);
-    }
-    if (prepareFile() && knowFile())
+    QString isLocked;
+    m_lock = lockRecording(m_path, isLocked);
+    if (!m_lock)
+        return fail(isLocked);
+    if (makeFile() && openDatabase(m_path) && prepareFile() && knowFile())
         return true;
     const QString why = error();
     close();
     return fail(why);
 }
 
-// Dies with its process, so that a file is never locked by nobody.
-bool SqliteRecord::lock()
+bool SqliteRecord::openDatabase(const QString& path)
 {
-    auto file = std::make_unique<QLockFile>(m_path + QStringLiteral(".lock"));
-    file->setStaleLockTime(0);
-    if (!file->tryLock(0)) {
-        if (file->error() != QLockFile::LockFailedError)
-            return fail(SqliteRecordText::tr("The folder of %1 cannot be written to.").arg(m_path));
-        qint64 process = 0;
-        QString computer, program;
-        static_cast<void>(file->getLockInfo(&process, &computer, &program)); // else it is not named
-        return fail(SqliteRecordText::tr("%1 is being recorded to already, by process %2 on %3.")
-                        .arg(m_path, QString::number(process), computer));
-    }
-    m_lock = std::move(file);
-    return true;
+    m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
+    if (!m_database.isValid())
+        return fail(SqliteRecordText::tr("The driver of SQLite files is not installed (libqt5sql5-sqlite)."));
+    m_database.setDatabaseName(path);
+    m_database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000"));
+    return m_database.open() || fail(m_database.lastError().databaseText());
+}
+
+void SqliteRecord::closeDatabase()
+{
+    if (!m_database.isValid())
+        return;
+    m_database.close();
+    m_database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(m_connection);
+}
+
+// Beside its place, so that whoever finds a file there finds a whole one, whenever this process ends.
+bool SqliteRecord::makeFile()
+{
+    if (QFileInfo(m_path).size() > 0)
+        return true;
+    const QString made = m_path + QStringLiteral(".new");
+    for (const char* ending : {"", "-journal"})
+        QFile::remove(made + QLatin1String(ending));
+    bool isMade = openDatabase(made) && begin();
+    for (const QString& statement : schema())
+        isMade = isMade && run(statement);
+    isMade = isMade && commit();
+    const QString why = error();
+    rollback();
+    closeDatabase();
+    // the log of a file that was taken away would be put into this one
+    for (const char* ending : {"-wal", "-shm"})
+        QFile::remove(m_path + QLatin1String(ending));
+    if (isMade && ::rename(QFile::encodeName(made).constData(), QFile::encodeName(m_path).constData()) == 0)
+        return true;
+    QFile::remove(made);
+    return fail(isMade ? SqliteRecordText::tr("The folder of %1 cannot be written to.").arg(m_path) : why);
 }
 
 bool SqliteRecord::prepareFile()
 {
-    const bool isNew = number(QStringLiteral("SELECT count(*) FROM sqlite_master")).value_or(0) == 0;
-    if (!isNew) {
-        if (number(QStringLiteral("PRAGMA application_id")).value_or(0) != sqliteApplicationId)
-            return fail(SqliteRecordText::tr("%1 is no recording, and is left alone.").arg(m_path));
-        if (number(QStringLiteral("PRAGMA user_version")).value_or(0) > sqliteVersion)
-            return fail(SqliteRecordText::tr("%1 was made by a newer version.").arg(m_path));
-    }
-    if (!run(QStringLiteral("PRAGMA journal_mode = WAL")) ||
-        !run(QStringLiteral("PRAGMA synchronous = NORMAL")) ||
-        !run(QStringLiteral("PRAGMA cache_size = -32768")))
-        return false;
-    if (isNew) {
-        if (!begin())
-            return false;
-        m_lastId = 0;
-        for (const QString& statement : schema())
-            if (!run(statement))
-                return false;
-        if (!commit())
-            return false;
-    }
-    return true;
+    if (number(QStringLiteral("PRAGMA application_id")).value_or(0) != sqliteApplicationId)
+        return fail(SqliteRecordText::tr("%1 is no recording, and is left alone.").arg(m_path));
+    if (number(QStringLiteral("PRAGMA user_version")).value_or(0) > sqliteVersion)
+        return fail(SqliteRecordText::tr("%1 was made by a newer version.").arg(m_path));
+    return run(QStringLiteral("PRAGMA journal_mode = WAL")) &&
+           run(QStringLiteral("PRAGMA synchronous = NORMAL")) &&
+           run(QStringLiteral("PRAGMA cache_size = -32768"));
 }
 
 bool SqliteRecord::knowFile()
@@ -186,10 +197,20 @@ bool SqliteRecord::knowFile()
     m_one = std::make_unique<QSqlQuery>(m_database);
     m_many = std::make_unique<QSqlQuery>(m_database);
     m_mark = std::make_unique<QSqlQuery>(m_database);
+    m_item = std::make_unique<QSqlQuery>(m_database);
+    m_itemChange = std::make_unique<QSqlQuery>(m_database);
     if (!m_one->prepare(insertOf(1)) || !m_many->prepare(insertOf(rowsAtOnce)) ||
         !m_mark->prepare(QStringLiteral("INSERT INTO mark(after_record, time, kind, server, item, count, "
                                         "from_time, to_time, first, last, status, text) "
-                                        "VALUES(?,?,?,?,?,?,?,?,?,?,?,?)")))
+                                        "VALUES(?,?,?,?,?,?,?,?,?,?,?,?)")) ||
+        !m_item->prepare(QStringLiteral("INSERT INTO item(attribute, server, node, namespace, index_range, "
+                                        "server_url, name, path, data_type, unit, settings) "
+                                        "VALUES(?,?,?,?,?,?,?,?,?,?,?)")) ||
+        // what is not known now may have been known once
+        !m_itemChange->prepare(QStringLiteral(
+            "UPDATE item SET server_url = ifnull(?, server_url), name = ifnull(?, name), path = ifnull(?, "
+            "path), data_type = ifnull(?, data_type), unit = ifnull(?, unit), settings = ifnull(?, settings) "
+            "WHERE id = ?")))
         return fail(SqliteRecordText::tr("%1 is damaged: %2").arg(m_path, m_one->lastError().databaseText()));
     const auto last = number(QStringLiteral("SELECT ifnull(max(id), 0) FROM record"));
     if (!last)
@@ -214,12 +235,11 @@ void SqliteRecord::close()
     m_one.reset();
     m_many.reset();
     m_mark.reset();
+    m_item.reset();
+    m_itemChange.reset();
     m_numbers.clear();
-    if (m_database.isValid()) {
-        m_database.close();
-        m_database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(m_connection);
-    }
+    m_areItemsKnown = false;
+    closeDatabase();
     m_lock.reset();
     m_inode = 0;
     m_isBroken = false;
@@ -262,37 +282,51 @@ bool SqliteRecord::begin()
     return m_isOpen;
 }
 
+// Looked up here: a table has no index for this, and a hundred thousand items would each go through all.
+bool SqliteRecord::knowItems()
+{
+    if (m_areItemsKnown)
+        return true;
+    m_items.clear();
+    QSqlQuery known(m_database);
+    known.setForwardOnly(true);
+    if (!known.exec(QStringLiteral("SELECT server, node, namespace, attribute, index_range, id FROM item")))
+        return failBy(known);
+    while (known.next()) {
+        RecordedItem item;
+        item.server = known.value(0).toString();
+        item.nodeId = known.value(1).toString();
+        item.namespaceUri = known.value(2).toString();
+        item.attributeId = known.value(3).toUInt();
+        item.indexRange = known.value(4).toString();
+        m_items.insert(keyOf(item), known.value(5).toUInt());
+    }
+    m_areItemsKnown = true;
+    return true;
+}
+
 bool SqliteRecord::addItem(ItemNumber number, const RecordedItem& item)
 {
-    if (!begin())
+    if (!begin() || !knowItems())
         return false;
-    QSqlQuery known(m_database);
-    known.prepare(QStringLiteral("SELECT id FROM item WHERE server = ? AND node = ? AND namespace = ? AND "
-                                 "attribute = ? AND index_range = ? LIMIT 1"));
-    const auto text = [](const QString& one) { return one.isNull() ? QStringLiteral("") : one; };
-    for (const QString& one : {item.server, item.nodeId, item.namespaceUri})
-        known.addBindValue(text(one));
-    known.addBindValue(item.attributeId);
-    known.addBindValue(text(item.indexRange));
-    if (!execute(known))
-        return false;
-    if (known.next()) {
-        m_numbers[number] = known.value(0).toUInt();
-        return true;
+    const QString key = keyOf(item);
+    if (const auto known = m_items.constFind(key); known != m_items.constEnd()) {
+        m_numbers[number] = *known;
+        int place = 0;
+        for (const QString& one :
+             {item.serverUrl, item.name, item.path, item.dataType, item.unit, item.settings})
+            m_itemChange->bindValue(place++, one.isEmpty() ? QVariant() : QVariant(one));
+        m_itemChange->bindValue(place, *known);
+        return execute(*m_itemChange);
     }
-    QSqlQuery add(m_database);
-    add.prepare(
-        QStringLiteral("INSERT INTO item(server, node, namespace, attribute, index_range, server_url, "
-                       "name, path, data_type, unit, settings) VALUES(?,?,?,?,?,?,?,?,?,?,?)"));
-    for (const QString& one : {item.server, item.nodeId, item.namespaceUri})
-        add.addBindValue(text(one));
-    add.addBindValue(item.attributeId);
-    for (const QString& one :
-         {item.indexRange, item.serverUrl, item.name, item.path, item.dataType, item.unit, item.settings})
-        add.addBindValue(text(one));
-    if (!execute(add))
+    m_item->bindValue(0, item.attributeId);
+    int place = 1;
+    for (const QString& one : {item.server, item.nodeId, item.namespaceUri, item.indexRange, item.serverUrl,
+                               item.name, item.path, item.dataType, item.unit, item.settings})
+        m_item->bindValue(place++, one.isNull() ? QStringLiteral("") : one);
+    if (!execute(*m_item))
         return false;
-    m_numbers[number] = add.lastInsertId().toUInt();
+    m_numbers[number] = m_items[key] = m_item->lastInsertId().toUInt();
     return true;
 }
 
@@ -370,6 +404,7 @@ void SqliteRecord::rollback()
     static_cast<void>(run(QStringLiteral("ROLLBACK"))); // a fault has rolled back by itself
     m_lastId = m_committedId;
     m_numbers.clear();
+    m_areItemsKnown = false;
 }
 
 // ---- the file

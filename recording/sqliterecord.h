@@ -3,6 +3,7 @@
 
 #include <recording/recordsink.h>
 
+#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
@@ -42,9 +43,12 @@ public:
     [[nodiscard]] OpcUa_DateTime lastTime() override { return m_lastTime; }
 
 private:
-    [[nodiscard]] bool lock();
+    [[nodiscard]] bool makeFile();
+    [[nodiscard]] bool openDatabase(const QString& path);
+    void closeDatabase();
     [[nodiscard]] bool prepareFile();
     [[nodiscard]] bool knowFile();
+    [[nodiscard]] bool knowItems();
     [[nodiscard]] bool begin();
     [[nodiscard]] bool run(const QString& statement);
     [[nodiscard]] bool execute(QSqlQuery& query);
@@ -62,6 +66,10 @@ private:
     std::unique_ptr<QSqlQuery> m_one;
     std::unique_ptr<QSqlQuery> m_many;
     std::unique_ptr<QSqlQuery> m_mark;
+    std::unique_ptr<QSqlQuery> m_item;
+    std::unique_ptr<QSqlQuery> m_itemChange;
+    QHash<QString, ItemNumber> m_items;         ///< the file's
+    bool m_areItemsKnown = false;               ///< those are what is in the file
     std::map<ItemNumber, ItemNumber> m_numbers; ///< ours -> the file's, which has items of former times
     qint64 m_lastId = 0;
     qint64 m_committedId = 0;

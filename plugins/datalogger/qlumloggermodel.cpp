@@ -100,6 +100,12 @@ void QlumLoggerModel::setConnected(unsigned int serverId, bool isConnected)
     tellColumnChanged(State);
 }
 
+void QlumLoggerModel::setHeld(bool isHeld)
+{
+    if (std::exchange(m_isHeld, isHeld) != isHeld)
+        tellColumnChanged(State);
+}
+
 void QlumLoggerModel::takeFigures(const std::vector<recording::ItemFigures>& figures)
 {
     if (figures.empty())
@@ -147,7 +153,8 @@ QString QlumLoggerModel::stateText(const QlumLoggerItem& row) const
     case QlumLoggerState::NamespaceGone:
         return tr("The server has no namespace %1").arg(row.namespaceUri);
     case QlumLoggerState::Waiting:
-        return tr("Waits for its server");
+        return m_isHeld && m_connected.contains(row.serverId) ? tr("Waits for the file")
+                                                              : tr("Waits for its server");
     case QlumLoggerState::Recorded:
         return row.figures.records == 0 ? tr("Recorded, no value yet") : tr("Recorded");
     case QlumLoggerState::Refused:

@@ -60,6 +60,8 @@ public:
     }
     /// Whether values of this server can come.
     void setConnected(unsigned int serverId, bool isConnected);
+    /// Whether what comes is not written for the time being, so that nothing is known of items.
+    void setHeld(bool isHeld);
     /// Of rows with a number in the recording.
     void takeFigures(const std::vector<recording::ItemFigures>& figures);
 
@@ -87,6 +89,7 @@ private:
     QlumApplicationInterface& m_application;
     QlumDataSettings m_viewSettings;
     QSet<unsigned int> m_connected; ///< servers
+    bool m_isHeld = false;
     std::unordered_map<quint32, int> m_places;
     quint32 m_lastKey = 0;
 };

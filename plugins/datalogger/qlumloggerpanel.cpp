@@ -138,6 +138,10 @@ void QlumLoggerPanel::show(const recording::RecorderStatus& status, bool isStopp
     if (status.dropped > 0)
         lost += tr(" (%1 old ones deleted)").arg(locale.toString(static_cast<qulonglong>(status.dropped)));
     set(m_lost, lost);
+    QPalette lostPalette = palette();
+    if (status.lost > 0)
+        lostPalette.setColor(QPalette::WindowText, qlumStatusColor(QlumStatusLevel::Bad, palette()));
+    m_lost->setPalette(lostPalette);
     m_path->setText(
         m_path->fontMetrics().elidedText(status.path, Qt::ElideMiddle, std::max(100, m_path->width())));
     m_path->setToolTip(status.path);

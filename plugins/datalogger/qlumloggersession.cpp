@@ -171,6 +171,13 @@ void QlumLoggerSession::begin(const std::vector<quint32>& keys)
     });
 }
 
+void QlumLoggerSession::describe(quint32 key)
+{
+    const QlumLoggerItem* const item = m_model.find(key);
+    if (m_recorder && item != nullptr && item->number != 0)
+        m_recorder->changeItem(item->number, recordedItem(*item));
+}
+
 void QlumLoggerSession::end(const std::vector<quint32>& keys)
 {
     std::map<unsigned int, std::vector<monitoring::ItemId>> items;
@@ -198,8 +205,10 @@ void QlumLoggerSession::applySettings(const std::vector<quint32>& keys)
 {
     std::map<std::pair<unsigned int, const QlumDataSettings*>, std::vector<monitoring::ItemId>> groups;
     for (const quint32 key : keys)
-        if (const QlumLoggerItem* item = m_model.find(key); item != nullptr && item->watched != 0)
+        if (const QlumLoggerItem* item = m_model.find(key); item != nullptr && item->watched != 0) {
             groups[{item->serverId, &m_model.settingsOf(*item)}].push_back(item->watched);
+            describe(key);
+        }
     for (const auto& [group, ids] : groups)
         if (const auto server = m_monitoring ? m_monitoring(group.first) : nullptr)
             server->modify(ids, qlumMonitoringSettings(*group.second));

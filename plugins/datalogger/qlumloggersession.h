@@ -34,6 +34,8 @@ public:
     void begin(const std::vector<quint32>& keys);
     /// Items that are switched off, removed or get a new place.
     void end(const std::vector<quint32>& keys);
+    /// What is known of an item now, for the recording that has begun with less.
+    void describe(quint32 key);
     /// Other settings for these.
     void applySettings(const std::vector<quint32>& keys);
     /// Asks servers again for what they refused.

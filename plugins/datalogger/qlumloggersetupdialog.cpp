@@ -43,12 +43,13 @@ void QlumLoggerSetupDialog::makeFile(QFormLayout* form, const QlumLoggerSetup& s
 {
     m_kind->addItems({tr("SQLite, one file"), tr("CSV, one file after the other")});
     m_kind->setCurrentIndex(setup.kind);
-    qlumAddRow(form, m_kind,
-               {QStringLiteral("recordingKind"),
-                tr("&Kind:"),
-                tr("SQLite recordings can be opened here again, searched and plotted. CSV is for other "
-                   "programs."),
-                {}});
+    qlumAddRow(
+        form, m_kind,
+        {QStringLiteral("recordingKind"),
+         tr("&Kind:"),
+         tr("Both can be opened here again and plotted. SQLite finds a time and an item at once; CSV is "
+            "for other programs, too."),
+         {}});
     connect(m_kind, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &QlumLoggerSetupDialog::kindChanged);
     m_path->setText(QDir::toNativeSeparators(setup.path));

@@ -19,12 +19,14 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QDateTime>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMenu>
 #include <QModelIndex>
 #include <QString>
@@ -131,7 +133,10 @@ void QlumLoggerView::makeTable()
     width(Model::Name, "TemperatureSensor   ");
     width(Model::State, "Waits for its server        ");
     width(Model::Value, "-1234567.8901234567 ");
-    width(Model::Received, "22:58:58.888 22/11/2026   ");
+    width(Model::Status, "BadCommunicationError    ");
+    constexpr qint64 longDate = 1'700'000'000'000; // ms
+    const QString time = QLocale().toString(QDateTime::fromMSecsSinceEpoch(longDate), qlumDateTimeFormat());
+    width(Model::Received, (time + QStringLiteral("   ")).toUtf8().constData());
     for (const int column : {Model::NodeId, Model::Path, Model::Watched})
         m_table->setColumnHidden(column, true);
     makeActions();
@@ -285,6 +290,8 @@ bool QlumLoggerView::describe(unsigned int serverId, const std::vector<quint32>&
                         item.unit = told.unit;
                         return true;
                     });
+                    for (const QlumDaDescription& row : rows)
+                        m_session->describe(row.key);
                 });
             })); // what the server does not tell stays empty
     };
@@ -433,4 +440,5 @@ void QlumLoggerView::showEachSecond()
     else if (!isTrouble && m_hadTrouble)
         m_messages->dismiss(QStringLiteral("recording"));
     m_hadTrouble = isTrouble;
+    m_model->setHeld(isTrouble);
 }

@@ -111,7 +111,6 @@ void QlumLoggerView::showCommands()
     m_actions[StartStop]->setText(isRunning ? tr("&Stop") : tr("&Start"));
     m_actions[StartStop]->setEnabled(isRunning || (!m_session->isStopping() && m_model->rowCount() > 0));
     m_actions[AddNote]->setEnabled(isRunning);
-    m_actions[ShowRecording]->setEnabled(m_setup.kind == QlumLoggerSetup::Sqlite);
     for (const Command command : {StartItems, StopItems, ItemSettings, Remove})
         m_actions[command]->setEnabled(hasSelection);
 }
@@ -169,7 +168,7 @@ void QlumLoggerView::askRecording()
 {
     const QString path =
         QFileDialog::getOpenFileName(this, tr("Open a Recording"), QFileInfo(m_setup.path).absolutePath(),
-                                     tr("Recordings (*.sqlite);;All files (*)"));
+                                     tr("Recordings (*.sqlite *.csv);;All files (*)"));
     if (!path.isEmpty())
         openRecording(path);
 }

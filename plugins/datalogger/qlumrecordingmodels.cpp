@@ -78,6 +78,8 @@ QString qlumMarkText(recording::MarkKind kind)
         return T::tr("Writing failed for a while");
     case Kind::OldDropped:
         return T::tr("Old records deleted");
+    case Kind::Continued:
+        return T::tr("Continues another file");
     case Kind::Note:
         return T::tr("Note");
     }

@@ -209,6 +209,14 @@ std::vector<recording::RecordReader::Item> QlumRecordingWindow::selectedItems() 
     return items;
 }
 
+std::vector<recording::ItemNumber> QlumRecordingWindow::selectedNumbers() const
+{
+    std::vector<recording::ItemNumber> numbers;
+    for (const recording::RecordReader::Item& item : selectedItems())
+        numbers.push_back(item.number);
+    return numbers;
+}
+
 OpcUa_DateTime QlumRecordingWindow::from() const
 {
     return m_isRangeTouched ? qlumUaDateTime(m_from->dateTime()) : 0;
@@ -273,17 +281,16 @@ void QlumRecordingWindow::take(const Read& read)
 void QlumRecordingWindow::showValues()
 {
     m_pages->setCurrentWidget(m_valueTable);
-    const auto work = [this, path = m_path, items = selectedItems(), first = from(),
+    const auto work = [this, path = m_path, items = selectedNumbers(), first = from(),
                        last = to()](QlumJob& job) {
         recording::RecordReader reader;
+        std::vector<std::vector<recording::Record>> each;
         std::vector<recording::Record> all;
-        bool isDone = reader.open(path);
-        for (const recording::RecordReader::Item& item : items) {
-            std::vector<recording::Record> some;
-            isDone = isDone && reader.read(item.number, first, last,
-                                           mostShown + 1 - std::min(mostShown, all.size()), some);
-            all.insert(all.end(), some.begin(), some.end());
-        }
+        const bool isDone = reader.open(path) && reader.readEach(items, first, last, mostShown + 1, each);
+        for (const std::vector<recording::Record>& some : each)
+            all.insert(all.end(), some.begin(),
+                       some.begin() +
+                           static_cast<std::ptrdiff_t>(std::min(some.size(), mostShown + 1 - all.size())));
         const bool isCut = all.size() > mostShown;
         all.resize(std::min(all.size(), mostShown));
         std::stable_sort(all.begin(), all.end(), [](const recording::Record& a, const recording::Record& b) {
@@ -315,17 +322,16 @@ void QlumRecordingWindow::showValues()
 
 void QlumRecordingWindow::openInTrend()
 {
-    const auto work = [this, path = m_path, items = selectedItems(), first = from(),
-                       last = to()](QlumJob& job) {
+    const auto work = [this, path = m_path, items = selectedItems(), numbers = selectedNumbers(),
+                       first = from(), last = to()](QlumJob& job) {
         recording::RecordReader reader;
         std::vector<QlumToolCurve> curves;
-        bool isDone = reader.open(path);
+        std::vector<std::vector<recording::Record>> each;
+        const bool isDone = reader.open(path) && reader.readEach(numbers, first, last, mostOfACurve, each);
         bool isCut = false;
-        for (const recording::RecordReader::Item& item : items) {
-            std::vector<recording::Record> records;
-            isDone = isDone && reader.read(item.number, first, last, mostOfACurve, records);
-            isCut = isCut || records.size() == mostOfACurve;
-            curves.push_back(curveOf(item, records));
+        for (std::size_t i = 0; i < each.size(); ++i) {
+            isCut = isCut || each[i].size() == mostOfACurve;
+            curves.push_back(curveOf(items[i], each[i]));
         }
         const QString error = isDone ? QString() : reader.error();
         job.post([this, curves = std::move(curves), error, isCut] {
@@ -366,11 +372,8 @@ void QlumRecordingWindow::askExport()
 void QlumRecordingWindow::exportTo(const QString& path)
 {
     std::vector<recording::RecordReader::Item> known(m_items->rows().begin(), m_items->rows().end());
-    std::vector<recording::ItemNumber> wanted;
-    for (const recording::RecordReader::Item& item : selectedItems())
-        wanted.push_back(item.number);
-    const auto work = [this, source = m_path, path, known = std::move(known), wanted, first = from(),
-                       last = to()](QlumJob& job) {
+    const auto work = [this, source = m_path, path, known = std::move(known), wanted = selectedNumbers(),
+                       first = from(), last = to()](QlumJob& job) {
         recording::CsvRows rows;
         for (const recording::RecordReader::Item& item : known)
             rows.addItem(item.number, item.item);

@@ -52,6 +52,7 @@ private:
     void askExport();
     void showCommands();
     [[nodiscard]] std::vector<recording::RecordReader::Item> selectedItems() const;
+    [[nodiscard]] std::vector<recording::ItemNumber> selectedNumbers() const;
     [[nodiscard]] OpcUa_DateTime from() const;
     [[nodiscard]] OpcUa_DateTime to() const;
 

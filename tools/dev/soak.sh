@@ -16,8 +16,10 @@ soak_rounds() { session "${@:---rounds=1000}"; }
 # Sessions with subscriptions, over a relay that spoils the traffic in every way.
 soak_faults() { session "${@:---minutes=3}"; }
 
-# A process that records is killed, and its file is looked at.
+# A minute of 50,000 records a second into each kind of file; then a process that records is killed again and again, and
+# its file is looked at.
 soak_recording() { # [ROUNDS]
+    BENCH_SECONDS=60 build/release/bin/bench_datalogger
     build/release/bin/soak_recording --rounds "${1:-1000}" --seed "${SOAK_SEED:-$RANDOM}"
 }
 
@@ -56,7 +58,7 @@ main() {
         [[ " $SOAKS " == *" $name "* ]] || die "there is no soak '$name'; soaks: $SOAKS"
     done
     tools/dev/setup.sh
-    build release test_stack_links soak_session soak_recording soak_disconnects
+    build release test_stack_links soak_session soak_recording soak_disconnects bench_datalogger
     for name in "${selected[@]}"; do
         say "soak $name"
         # a shell of its own: "set -e" and the trap hold in it

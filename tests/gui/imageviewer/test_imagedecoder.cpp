@@ -75,10 +75,15 @@ TEST(ImageDecoder, BombsAreRefusedBeforeTheyAreDecoded)
     QByteArray bmp = encoded("BMP", noise(1, 1));
     bmp.replace(18, 8, QByteArray::fromHex("0000010000000080")); // 65,536 wide, INT_MIN high
     EXPECT_EQ(fault(bmp).substr(0, 9), "It claims");
+    bmp.replace(18, 8, QByteArray(8, '\0'));
+    EXPECT_EQ(fault(bmp), "The image has no pixels: its size is 0 x 0.");
     QByteArray jpg = encoded("JPG", noise(8, 8));
     const int frame = jpg.indexOf(QByteArray::fromHex("ffc0"));
     jpg.replace(frame + 5, 4, QByteArray::fromHex("ffffffff"));
     EXPECT_EQ(fault(jpg).substr(0, 9), "It claims");
+    QByteArray empty = jpg;
+    empty.replace(frame + 5, 4, QByteArray(4, '\0'));
+    EXPECT_EQ(fault(empty), "The image has no pixels: its size is 0 x 0.");
     jpg.replace(frame, 2, QByteArray::fromHex("ffc2")); // progressive: coefficients are held besides
     jpg.replace(frame + 5, 4, QByteArray::fromHex("1f401f40"));
     EXPECT_EQ(fault(jpg), "With 8000 x 8000 pixels it needs 610 MB of memory, and there are 512 MB for it.");

@@ -1,4 +1,5 @@
 // What a recorder makes of slow disks, full disks, broken files and clocks that jump.
+#include <recording/csvrecord.h>
 #include <recording/recorder.h>
 #include <recording/sqliterecord.h>
 #include <tests/gui/recording/recordingtest.h>
@@ -17,6 +18,8 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -203,6 +206,47 @@ TEST_F(RecorderTest, WaitsForAFolderAndLeavesOtherFilesAlone)
     RecordReader reader;
     EXPECT_FALSE(reader.open(file("text.sqlite")));
     EXPECT_TRUE(reader.error().contains(QStringLiteral("is no recording")));
+}
+
+// The user of a build may be root, whom only the file system itself keeps off.
+TEST_F(RecorderTest, AFolderThatMayNotBeWrittenToIsSaidAndWaitedFor)
+{
+    const std::string path = folder.file("fixed");
+    std::filesystem::create_directory(path);
+    const bool isMounted = ::mount("tmpfs", path.c_str(), "tmpfs", MS_RDONLY, "size=8m") == 0;
+    if (!isMounted && ::geteuid() == 0)
+        GTEST_SKIP() << "root may write to every folder here, and no file system may be mounted";
+    const auto allow = [&](bool isAllowed) {
+        using std::filesystem::perms;
+        if (isMounted)
+            ::mount("tmpfs", path.c_str(), "tmpfs", MS_REMOUNT | (isAllowed ? 0 : MS_RDONLY), "size=8m");
+        else
+            std::filesystem::permissions(path, isAllowed ? perms::owner_all
+                                                         : perms::owner_read | perms::owner_exec);
+    };
+    allow(false);
+    for (const bool isTable : {true, false}) {
+        std::unique_ptr<RecordSink> sink;
+        if (isTable)
+            sink = std::make_unique<SqliteRecord>(file("fixed/a.sqlite"));
+        else
+            sink = std::make_unique<CsvRecord>(file("fixed/a.csv"), Rotation());
+        Recorder recorder(std::move(sink), settings(), surroundings());
+        const ItemNumber item1 = recorder.addItem(item("Speed"));
+        recorder.start();
+        put(recorder, item1, 1);
+        EXPECT_TRUE(waitForState(recorder, RecorderState::Failing));
+        EXPECT_TRUE(recorder.status().error.contains(QStringLiteral("cannot be written to")))
+            << recorder.status().error.toStdString();
+        allow(true);
+        EXPECT_TRUE(recorder.flush(20'000));
+        recorder.stop();
+        EXPECT_THAT(readFile(recorder.status().path).values(), ElementsAre("1"));
+        allow(false);
+    }
+    allow(true);
+    if (isMounted)
+        ::umount2(path.c_str(), MNT_DETACH);
 }
 
 // A file system of a megabyte where that may be mounted, else a limit of file sizes, which fails likewise.
