@@ -18,6 +18,7 @@ import {
   rewrite,
   write,
 } from "./lib/selftestclient.mjs";
+import { devicesAnswer } from "./lib/selftestdevices.mjs";
 import { startServer } from "./lib/server.mjs";
 import { decode, thumbprint } from "./lib/trustlist.mjs";
 import { namespaces, ua } from "./lib/ua.mjs";
@@ -512,6 +513,7 @@ const checks = [
   iconsArePictures,
   imagesAreWhatTheySay,
   serverTellsOfItself,
+  devicesAnswer,
   everyDoorOpens,
   strangersStayOutside,
 ];

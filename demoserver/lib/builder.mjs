@@ -12,6 +12,8 @@ export class Builder {
     this.demo = this.#namespace(uris.demo);
     this.structures = this.#namespace(uris.structures);
     this.many = this.#namespace(uris.many);
+    this.di = this.#namespace(uris.di);
+    this.devices = this.#namespace(uris.devices);
     this.root = this.#folderIn(this.demo, this.space.rootFolder.objects, "Demo", "Demo");
   }
 

@@ -5,21 +5,21 @@ import { DataType, StatusCodes, ua } from "./ua.mjs";
 const slowMilliseconds = 3000;
 const longestMilliseconds = 10 * 60 * 1000;
 
-const argument = (name, dataType, valueRank = -1, description = name) => ({
+export const argument = (name, dataType, valueRank = -1, description = name) => ({
   name,
   dataType,
   valueRank,
   description: { text: description },
 });
-const good = (outputArguments = []) => ({ statusCode: StatusCodes.Good, outputArguments });
+export const good = (outputArguments = []) => ({ statusCode: StatusCodes.Good, outputArguments });
 
 /**
- * The library takes only functions with a callback; those of the table get the object, too, and just return
- * what they have, or a promise of it.
+ * The library takes only functions with a callback; those of the table get the object and the session, too, and just
+ * return what they have, or a promise of it.
  */
 export function bind(method, run) {
   method.bindMethod((inputs, context, callback) => {
-    Promise.resolve(run(inputs, context.object)).then(
+    Promise.resolve(run(inputs, context.object, context.session)).then(
       (result) => callback(null, result),
       () => callback(null, { statusCode: StatusCodes.BadInternalError, outputArguments: [] }),
     );

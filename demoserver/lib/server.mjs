@@ -6,6 +6,7 @@ import { addAlarmsAndEvents } from "./alarms.mjs";
 import { addArrays } from "./arrays.mjs";
 import { Builder } from "./builder.mjs";
 import { addShapes } from "./deep.mjs";
+import { addDevices } from "./devices.mjs";
 import { addDictionary } from "./dictionary.mjs";
 import { addDynamic } from "./dynamic.mjs";
 import { addGrowing } from "./growing.mjs";
@@ -70,7 +71,7 @@ function serverOptions({ host, name = host, port, pki, acceptAll, perCall }) {
     host,
     hostname: name,
     resourcePath,
-    nodesets: [ua.nodesets.standard, { name: "structures", source: structureNodeset() }],
+    nodesets: [ua.nodesets.standard, { name: "structures", source: structureNodeset() }, ua.nodesets.di],
     serverInfo: {
       applicationUri,
       productUri: "urn:korvanda:tavelin",
@@ -114,6 +115,7 @@ function addAll(b) {
   addImages(b, structures);
   addMany(b);
   addShapes(b);
+  addDevices(b, administrator);
 }
 
 /** Starts the server; the promise is fulfilled when it listens. */

@@ -213,15 +213,15 @@ function enumeration(name, base, pairs, optionSet = false) {
 
 const numbered = (names) => names.map((name, i) => [name, i]);
 
-/** Each namespace is a model, so that the loader registers both, in this order. */
+/** Each namespace is a model, so that the loader registers all of them, in this order, ahead of the models that others wrote. */
 const model = (uri) =>
   `<Model ModelUri="${uri}" Version="1.0.0" PublicationDate="2024-01-01T00:00:00Z"><RequiredModel ModelUri="http://opcfoundation.org/UA/"/></Model>`;
 
 export function structureNodeset() {
   return `<?xml version="1.0" encoding="utf-8"?>
 <UANodeSet xmlns="http://opcfoundation.org/UA/2011/03/UANodeSet.xsd">
-<NamespaceUris><Uri>${namespaces.demo}</Uri><Uri>${namespaces.structures}</Uri></NamespaceUris>
-<Models>${model(namespaces.demo)}${model(namespaces.structures)}</Models>
+<NamespaceUris><Uri>${namespaces.demo}</Uri><Uri>${namespaces.structures}</Uri><Uri>${namespaces.many}</Uri></NamespaceUris>
+<Models>${model(namespaces.demo)}${model(namespaces.structures)}${model(namespaces.many)}</Models>
 <Aliases><Alias Alias="HasSubtype">i=45</Alias><Alias Alias="HasEncoding">i=38</Alias><Alias Alias="HasProperty">i=46</Alias><Alias Alias="HasTypeDefinition">i=40</Alias></Aliases>
 ${enumeration("Colour", "Enumeration", numbered(colours))}
 ${members("Colour", 3101, "EnumStrings", "i=21", textList(colours))}

@@ -12,11 +12,13 @@ export const pki = require("node-opcua-crypto");
 export const { EnumDefinition } = require("node-opcua-types");
 export const { DataType, StatusCodes, Variant, VariantArrayType } = ua;
 
-/** The namespaces of our own, in the order of their indices from 2 on. */
+/** The namespaces beside the standard's and the server's, in the order of their indices from 2 on. */
 export const namespaces = {
   demo: "urn:korvanda:tavelin:demo",
   structures: "urn:korvanda:tavelin:demo/structures",
   many: "urn:korvanda:tavelin:demo/many",
+  di: "http://opcfoundation.org/UA/DI/", // not ours: that of the standard's model of devices
+  devices: "urn:korvanda:tavelin:demo/devices",
 };
 
 export const applicationUri = "urn:korvanda:tavelin:demoserver";
