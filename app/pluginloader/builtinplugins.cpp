@@ -1,8 +1,9 @@
 // The tools that are part of the program. The order of these lines is the order of loading, of event delivery
-// and of the groups in project files. A tool that is not written yet is a row in plugins/planned.
+// and of the groups in project files.
 #include <plugins/attributes/qlumattributeplugin.h>
 #include <plugins/dataaccess/qlumdaplugin.h>
 #include <plugins/datalogger/qlumdataloggerplugin.h>
+#include <plugins/devices/qlumdevicesplugin.h>
 #include <plugins/events/qlumeventplugin.h>
 #include <plugins/gds/qlumgdsplugin.h>
 #include <plugins/history/qlumhistoryplugin.h>
