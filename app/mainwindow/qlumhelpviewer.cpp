@@ -30,9 +30,9 @@ public:
         const QVariant page = QTextBrowser::loadResource(type, name);
         if (page.isValid() || type != QTextDocument::HtmlResource)
             return page;
-        return tr("<h2>Page not found</h2><p>The manual has no page %1.</p><p><a "
-                  "href=\"qrc:/help/index.html\">Back to "
-                  "the contents</a></p>")
+        return QlumHelpViewer::tr("<h2>Page not found</h2><p>The manual has no page %1.</p><p><a "
+                                  "href=\"qrc:/help/index.html\">Back to "
+                                  "the contents</a></p>")
             .arg(name.toDisplayString().toHtmlEscaped());
     }
 };

@@ -19,10 +19,10 @@
 namespace {
 constexpr int maximumTexts = 100; // of an enumeration, in one row
 
-QString tr(const char* text)
+class DetailsText
 {
-    return QCoreApplication::translate("QlumAttributeDetails", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(QlumAttributeDetails)
+};
 
 QString localized(const UaVariant& value)
 {
@@ -50,7 +50,7 @@ QString rangeText(const UaVariant& range)
 {
     const UaGenericStructureValue fields = qlumStandardFields(range, "Range");
     return fields.isNull() ? QString()
-                           : tr("%1 to %2")
+                           : DetailsText::tr("%1 to %2")
                                  .arg(qlumEditText(fields.value(UaString("Low"))),
                                       qlumEditText(fields.value(UaString("High"))));
 }
@@ -76,9 +76,9 @@ void addTexts(QList<QlumDetail>& details, const UaVariant& value,
     const bool isNumber = isState || isWholeNumber(value);
     const QString present = isNumber ? toQString(names.valueName(value.toInt64())) : QString();
     if (!present.isEmpty())
-        details.append({tr("Meaning"), present});
+        details.append({DetailsText::tr("Meaning"), present});
     if (!all.isEmpty())
-        details.append({tr("Texts"), all.join(QLatin1String(", "))});
+        details.append({DetailsText::tr("Texts"), all.join(QLatin1String(", "))});
 }
 
 // What the elements are called; structures by their names.
@@ -112,11 +112,11 @@ QString qlumTypeText(const UaVariant& value, const QlumTypeHint& hint, UaDataTyp
     if (value.isScalar())
         return name;
     if (!value.isMatrix())
-        return tr("%1 Array[%2]").arg(name, QString::number(value.elementCount()));
+        return DetailsText::tr("%1 Array[%2]").arg(name, QString::number(value.elementCount()));
     QString shape;
     for (const OpcUa_Int32 length : value.dimensions())
         shape += QStringLiteral("[%1]").arg(length);
-    return tr("%1 Matrix %2").arg(name, shape);
+    return DetailsText::tr("%1 Matrix %2").arg(name, shape);
 }
 
 QList<QlumDetail> qlumValueDetails(const QlumTypedValue& value,
@@ -128,10 +128,10 @@ QList<QlumDetail> qlumValueDetails(const QlumTypedValue& value,
         if (!text.isEmpty())
             details.append({name, text});
     };
-    add(tr("Type"), qlumTypeText(value.value, value.hint, dictionary));
-    add(tr("Unit"), unitText(find(properties, "EngineeringUnits")));
-    add(tr("Range"), rangeText(find(properties, "EURange")));
-    add(tr("Instrument Range"), rangeText(find(properties, "InstrumentRange")));
+    add(DetailsText::tr("Type"), qlumTypeText(value.value, value.hint, dictionary));
+    add(DetailsText::tr("Unit"), unitText(find(properties, "EngineeringUnits")));
+    add(DetailsText::tr("Range"), rangeText(find(properties, "EURange")));
+    add(DetailsText::tr("Instrument Range"), rangeText(find(properties, "InstrumentRange")));
     addTexts(details, value.value, properties);
     return details;
 }
