@@ -133,12 +133,14 @@ void QlumImageFeed::tellTrouble(const QString& trouble)
 
 void QlumImageFeed::setNode(const UaNodeId& nodeId, bool isLost)
 {
+    if (isLost || !(nodeId == m_source.nodeId))
+        unwatch(); // what came would be another node's
     m_source.nodeId = nodeId;
     m_isLost = isLost;
-    if (isLost) {
-        unwatch();
+    if (isLost)
         tellTrouble(tr("The server has no namespace %1.").arg(m_source.namespaceUri));
-    }
+    else if (m_source.isWatched)
+        watch();
 }
 
 void QlumImageFeed::connectionChanged(bool isConnected)

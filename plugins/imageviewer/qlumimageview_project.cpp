@@ -82,7 +82,11 @@ void QlumImageView::restoreImage(const QSettings& settings, unsigned int serverI
     source.isWatched = settings.value(QStringLiteral("Watched"), true).toBool();
     QlumImageTile* tile = addTile(source);
     place(*tile->feed(), {});
-    tile->feed()->begin();
+    const bool isPlaced = source.namespaceUri.isEmpty() || !m_application.namespaceTable(serverId).isEmpty();
+    if (isPlaced)
+        tile->feed()->begin();
+    else
+        tile->feed()->connectionChanged(false); // which node it is shows when the server is connected
 }
 
 // By the URI where that is known: the indexes of a server that was set up anew are others. A server that was

@@ -21,9 +21,9 @@ namespace {
 class ImagesOnDemoServer : public ClientOnDemoServer
 {
 protected:
-    QlumImageFeed* open(const char* id)
+    QlumImageFeed* open(const char* id, OpcUa_UInt16 index = 2)
     {
-        const QlumToolNode node{serverId, UaNodeId(UaString(id), 2), OpcUa_NodeClass_Variable, {}, {}};
+        const QlumToolNode node{serverId, UaNodeId(UaString(id), index), OpcUa_NodeClass_Variable, {}, {}};
         EXPECT_TRUE(QlumToolServices::instance()->openNodes("Image Viewer", {&node, 1}));
         view = window->findChild<QlumImageView*>();
         return view->current()->feed();
@@ -87,6 +87,9 @@ TEST_F(ImagesOnDemoServer, ChangingImageIsFollowedAndCounted)
     camera->setWatched(false);
     view->action(QlumImageView::ReadAgain)->trigger();
     EXPECT_TRUE(QTest::qWaitFor([&] { return camera->image() != before; }, limit)) << "read once";
+    QlumImageFeed* moved = open("Image.Camera", 3); // as a project has it that was made with other namespaces
+    moved->setNode(UaNodeId(UaString("Image.Camera"), 2), false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return moved->shownCount() > 2; }, limit)) << "watched where it is now";
 }
 
 } // namespace
