@@ -172,7 +172,7 @@ void CsvRecord::knowParts()
 {
     if (std::exchange(m_isKnown, true))
         return;
-    for (const QString& path : csvParts(m_path)) {
+    for (const QString& path : csvPartsOf(m_path)) {
         if (!isCsvRecording(path))
             continue;
         Part part;

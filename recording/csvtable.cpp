@@ -134,13 +134,22 @@ QStringList csvParts(const QString& path)
     const QRegularExpressionMatch named = partPattern().match(info.completeBaseName());
     if (!named.hasMatch() && info.isFile())
         return {path}; // an export
-    const QString base = named.hasMatch() && info.isFile() ? named.captured(1) : info.completeBaseName();
+    if (named.hasMatch() && info.isFile())
+        return csvPartsOf(info.path() + QLatin1Char('/') + named.captured(1) + QLatin1Char('.') +
+                          endingOf(info));
+    return csvPartsOf(path);
+}
+
+QStringList csvPartsOf(const QString& chosen)
+{
+    const QFileInfo info(chosen);
     std::vector<std::tuple<QString, int, QString>> found;
     const QDir folder(info.path());
     for (const QString& name : folder.entryList(QDir::Files)) {
         const QFileInfo other(name);
         const QRegularExpressionMatch match = partPattern().match(other.completeBaseName());
-        if (match.hasMatch() && match.captured(1) == base && other.suffix() == endingOf(info))
+        if (match.hasMatch() && match.captured(1) == info.completeBaseName() &&
+            other.suffix() == endingOf(info))
             found.emplace_back(match.captured(2), match.captured(3).toInt(), folder.filePath(name));
     }
     std::sort(found.begin(), found.end());

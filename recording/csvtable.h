@@ -63,6 +63,8 @@ private:
 /// The files of a recording in the order of their names, whether it is named as it was chosen ("pump.csv") or
 /// by one of its files. Empty when none is there.
 [[nodiscard]] QStringList csvParts(const QString& path);
+/// Only those whose names were made of this one, as which it was chosen.
+[[nodiscard]] QStringList csvPartsOf(const QString& chosen);
 /// Whether the file begins as a recording does.
 [[nodiscard]] bool isCsvRecording(const QString& path);
 /// When the last whole row was received; that of the file's last change when there is none.

@@ -155,13 +155,18 @@ void QlumBytesPage::setValue(const UaVariant& value)
     m_hasValue = !value.isNull();
     m_wasNull = m_hasValue && isNullContent(value); // one that is still to be given is typed at once
     m_null->setChecked(m_wasNull);
+    offerImage(value);
+    const std::string_view content = contentOf(value);
+    m_bytes->setBytes(QByteArray(content.data(), static_cast<int>(content.size())));
+    showState();
+}
+
+void QlumBytesPage::offerImage(const UaVariant& value)
+{
     const QlumToolServices* tools = QlumToolServices::instance();
     m_isImage = m_show != nullptr && tools != nullptr && tools->canShowInDocument(value, m_context.dataType);
     if (m_show != nullptr && isVisible())
         m_show->setVisible(m_isImage && !window()->isModal());
-    const std::string_view content = contentOf(value);
-    m_bytes->setBytes(QByteArray(content.data(), static_cast<int>(content.size())));
-    showState();
 }
 
 bool QlumBytesPage::value(UaVariant& value) const
@@ -251,6 +256,8 @@ void QlumBytesPage::load()
         const QSignalBlocker quiet(m_null);
         m_null->setChecked(false);
         m_bytes->replaceAll(bytes);
+        if (UaVariant loaded; value(loaded))
+            offerImage(loaded);
     }
     m_problem->setText(tr("%1 was not loaded: %2").arg(path, why));
     m_problem->setVisible(!why.isEmpty());

@@ -43,6 +43,7 @@ private:
     void setForm(int index);
     void load();
     void save();
+    void offerImage(const UaVariant& value);
     void showImage();
 
     const QlumValueContext m_context;

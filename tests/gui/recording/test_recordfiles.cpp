@@ -287,7 +287,9 @@ TEST_F(RecordFiles, AnyFileOfACsvSetOpensAllAndWhatIsMissingIsSaid)
 
 TEST_F(RecordFiles, BoundsOfACsvSetHoldForFormerStartsAndOneProgramWritesIt)
 {
-    static_cast<void>(recordParts(1, 4));
+    const std::vector<std::string> names = recordParts(1, 4);
+    const std::string exported = folder.file("pump.csv"); // of this name, but none of the set
+    std::filesystem::copy(folder.file(names[0]), exported);
     Bounds bounds;
     bounds.bytes = 1500;
     CsvRecord other(file("pump.csv"), {});
@@ -305,7 +307,8 @@ TEST_F(RecordFiles, BoundsOfACsvSetHoldForFormerStartsAndOneProgramWritesIt)
     }
     EXPECT_TRUE(other.open());
     other.close();
-    EXPECT_THAT(readFile(file("pump.csv")).values(), ElementsAre("2", "3", "4"));
+    EXPECT_THAT(readFile(file("pump.csv")).values(), ElementsAre("1"));
+    EXPECT_THAT(readFile(file(names[2].c_str())).values(), ElementsAre("2", "3", "4"));
 }
 
 // Nothing of a file that is full already may be written again.
