@@ -23,6 +23,7 @@
 #include <app/recovery/qlumprojectrecovery.h>
 #include <app/recovery/qlumsessionrecord.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <app/startpage/qlumstartpageplace.h>
 #include <servers/qlumdiscoverysettings.h>
 #include <uabase/system/uatrace.h>
 
@@ -138,7 +139,9 @@ void QlumTavelin::setupPlugins()
     m_pluginPath = m_loader.path();
     m_pluginKeys = m_loader.filenames();
     const auto defaultDocument = QStringLiteral("Data Access View");
-    m_documents->add(defaultDocument, m_documents->freeName(defaultDocument));
+    const auto* document = m_documents->add(defaultDocument, m_documents->freeName(defaultDocument));
+    m_startPagePlace->setFirstDocument(document ? document->widget() : nullptr);
+    setupStartPage();
 }
 
 void QlumTavelin::setupMenu()

@@ -52,6 +52,8 @@ class QlumRoleMarks;
 class QlumServerCommands;
 class QlumSessionRecord;
 class QlumSettingsModel;
+class QlumStartPage;
+class QlumStartPagePlace;
 class QlumUpdateCheck;
 
 /// The main window: owns what the application consists of and joins it; the work is done by its parts.
@@ -142,6 +144,7 @@ private:
     void saveGuiState(const QByteArray& windowState);
 
     QWidget* makeCentralWidget();
+    void setupStartPage();
     void makeDocks();
     void arrangeDocks();
     QDockWidget* makeDock(const QString& title, const QString& name, const QString& whatsThis,
@@ -183,6 +186,8 @@ private:
     QlumProjectModel* m_project = nullptr;
     QlumMainActions* m_actions = nullptr;
     QTabWidget* m_tabs = nullptr;
+    QlumStartPage* m_startPage = nullptr;
+    QlumStartPagePlace* m_startPagePlace = nullptr;
     QTreeView* m_projectView = nullptr;
     QlumLogView* m_logView = nullptr;
     QlumFindNodeView* m_findView = nullptr;

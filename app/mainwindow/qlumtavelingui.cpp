@@ -34,12 +34,13 @@
 #include <app/services/qlumservicesview.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <app/startpage/qlumstartpage.h>
+#include <app/startpage/qlumstartpageplace.h>
 #include <opcua/opcua_identifiers.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <plugins/addressspace/qlumnodechooser.h>
 #include <plugins/addressspace/search/qlumfindnodeview.h>
 #include <uabase/values/uanodeid.h>
-#include <uawidgets/qlumemptydocument.h>
 
 #include <QAbstractItemModel>
 #include <QAction>
@@ -92,11 +93,10 @@ QWidget* QlumTavelin::makeCentralWidget()
     m_tabs->setDocumentMode(true);
     m_tabs->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_tabs->QWidget::addAction((*m_actions)[QlumMainActions::CloseTab]);
-    stack->addWidget(new QlumEmptyDocument(
-        tr("No document is open"), tr("Choose \"Add...\" in the menu \"Document\" to open a view."), stack));
+    m_startPage = new QlumStartPage(stack);
+    stack->addWidget(m_startPage);
     stack->addWidget(m_tabs);
-    connect(m_tabs, &QTabWidget::currentChanged, stack,
-            [this, stack] { stack->setCurrentIndex(m_tabs->count() > 0 ? 1 : 0); });
+    m_startPagePlace = new QlumStartPagePlace(m_startPage, stack, m_tabs, m_project);
     m_documents = new QlumDocumentArea(m_tabs, m_project, &m_loader, this);
     return stack;
 }
@@ -258,6 +258,29 @@ void QlumTavelin::connectViews()
         m_tabs->setCurrentIndex(tab);
         sltCloseTab();
     });
+}
+
+// Once the tools are there.
+void QlumTavelin::setupStartPage()
+{
+    QList<QlumStartPage::Tool> tools;
+    for (const QlumDocumentType& type : m_documents->types())
+        tools.append({type.type, type.description});
+    m_startPage->setTools(tools);
+    m_startPage->setDemoProject(qlumDemoProject());
+    using A = QlumMainActions;
+    connect(m_startPage, &QlumStartPage::addServerWanted, (*m_actions)[A::AddServer], &QAction::trigger);
+    connect(m_startPage, &QlumStartPage::openProjectWanted, (*m_actions)[A::OpenProject], &QAction::trigger);
+    connect(m_startPage, &QlumStartPage::projectWanted, m_session, &QlumProjectSession::sltOpenRecent);
+    connect(
+        m_startPage, &QlumStartPage::documentWanted, this,
+        [this](const QString& type) {
+            if (m_documents->add(type, m_documents->freeName(type)))
+                setModified();
+        });
+    const auto showRecent = [this] { m_startPage->setRecentProjects(m_recentFiles->files()); };
+    connect(m_recentFiles, &QlumRecentFiles::updated, m_startPage, showRecent);
+    showRecent();
 }
 
 // ---- what tools may have done
