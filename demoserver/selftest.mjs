@@ -2,110 +2,27 @@
 // anything fails.
 
 import { strict as assert } from "node:assert";
-import { mkdtempSync, readFileSync, readdirSync, rmSync } from "node:fs";
-import { tmpdir } from "node:os";
+import { readFileSync, readdirSync, rmSync } from "node:fs";
 import { join } from "node:path";
 
 import { builtInValues, scalar } from "./lib/builder.mjs";
 import { depth } from "./lib/deep.mjs";
 import { manyCount } from "./lib/many.mjs";
+import {
+  children,
+  collect,
+  connect,
+  folder,
+  makeClient,
+  read,
+  rewrite,
+  write,
+} from "./lib/selftestclient.mjs";
 import { startServer } from "./lib/server.mjs";
+import { decode, thumbprint } from "./lib/trustlist.mjs";
 import { namespaces, ua } from "./lib/ua.mjs";
 
 const { AttributeIds, DataType, StatusCodes } = ua;
-const folder = mkdtempSync(join(tmpdir(), "tavelin-selftest-"));
-
-function makeClient(security = {}) {
-  const rootFolder = join(folder, "client");
-  return ua.OPCUAClient.create({
-    applicationName: "selftest",
-    clientCertificateManager: new ua.OPCUACertificateManager({
-      rootFolder,
-      automaticallyAcceptUnknownCertificate: true,
-    }),
-    connectionStrategy: { maxRetry: 0 },
-    endpointMustExist: false,
-    ...security,
-  });
-}
-
-async function connect(endpointUrl, security = {}, identity = undefined) {
-  const client = makeClient(security);
-  await client.connect(endpointUrl);
-  return { client, session: await client.createSession(identity) };
-}
-
-async function read(session, nodeId, attributeId = AttributeIds.Value) {
-  return session.read({ nodeId, attributeId });
-}
-
-async function write(session, nodeId, value) {
-  return session.write({ nodeId, attributeId: AttributeIds.Value, value: { value } });
-}
-
-/** Writes a value (the one that is there, unless given) and reads again: it must survive the trip. */
-async function rewrite(session, nodeId, value = undefined) {
-  const before = await read(session, nodeId);
-  assert.equal(before.statusCode, StatusCodes.Good, `${nodeId}: ${before.statusCode}`);
-  const written = value ? new ua.Variant(value) : before.value;
-  assert.equal(await write(session, nodeId, written), StatusCodes.Good, `writing ${nodeId}`);
-  assert.equal((await read(session, nodeId)).value.toString(), written.toString(), nodeId);
-}
-
-/** All forward hierarchical children, by as many BrowseNext as it takes. */
-async function children(session, nodeId, pageSize = 0) {
-  const description = {
-    nodeId,
-    browseDirection: 0,
-    referenceTypeId: "i=33",
-    includeSubtypes: true,
-    nodeClassMask: 0,
-    resultMask: 63,
-  };
-  session.requestedMaxReferencesPerNode = pageSize;
-  let result = await session.browse(description);
-  const references = [...result.references];
-  let pages = 1;
-  while (result.continuationPoint?.length) {
-    result = await session.browseNext(result.continuationPoint, false);
-    references.push(...result.references);
-    pages += 1;
-  }
-  return { references, pages };
-}
-
-/**
- * Subscribes, does `start` with the subscription, and gathers notifications until `enough(seen)` holds.
- * @param item what to monitor: node id, attribute and filter
- */
-async function collect(session, { filter = null, ...itemToMonitor }, enough, start = async () => {}) {
-  const subscription = await session.createSubscription2({
-    requestedPublishingInterval: 100,
-    requestedMaxKeepAliveCount: 10,
-    requestedLifetimeCount: 100,
-    publishingEnabled: true,
-  });
-  const parameters = { samplingInterval: 100, queueSize: 100, discardOldest: true, filter };
-  const item = await subscription.monitor(itemToMonitor, parameters, ua.TimestampsToReturn.Both);
-  const seen = [];
-  try {
-    const done = new Promise((resolve, reject) => {
-      const tooFew = () => reject(new Error(`only ${seen.length} notifications of ${itemToMonitor.nodeId}`));
-      const limit = setTimeout(tooFew, 10_000);
-      item.on("changed", (value) => {
-        seen.push(value);
-        if (!enough(seen)) return;
-        clearTimeout(limit);
-        resolve(seen);
-      });
-    });
-    await start(subscription);
-    return await done;
-  } finally {
-    await subscription.terminate();
-  }
-}
-
 const serverEvents = (filter) => ({ nodeId: "i=2253", attributeId: AttributeIds.EventNotifier, filter });
 const demo = (id) => `ns=2;s=${id}`;
 const structured = (id) => `ns=3;s=Structure.${id}`;
@@ -444,6 +361,25 @@ async function iconsArePictures({ session }) {
   }
 }
 
+async function imagesAreWhatTheySay({ session }) {
+  const begins = {
+    BMP: "BM",
+    GIF: "GIF89a",
+    JPG: "\xff\xd8\xff",
+    PNG: "\x89PNG",
+    Any: "BM",
+    ByteString: "\x89PNG",
+  };
+  for (const [name, begin] of Object.entries(begins)) {
+    const { value } = await read(session, demo(`Image.${name}`));
+    assert.equal(value.value.subarray(0, begin.length).toString("latin1"), begin, name);
+  }
+  assert.equal((await read(session, demo("Image.Array"))).value.value.length, 4);
+  const camera = { nodeId: demo("Image.Camera"), attributeId: AttributeIds.Value };
+  const frames = await collect(session, camera, (seen) => seen.length > 2);
+  assert.notDeepEqual(frames[1].value.value, frames[2].value.value);
+}
+
 async function serverTellsOfItself({ session }) {
   const number = async (id) => (await read(session, `i=${id}`)).value.value;
   assert.equal(await number(11705), 1000); // MaxNodesPerRead
@@ -507,7 +443,56 @@ async function strangersStayOutside() {
   await strict.stop();
 }
 
+/** A trust list is changed and the server's certificate replaced by one with a key of ours. */
+async function configurationIsPushed() {
+  const own = await startServer({ host: "127.0.0.1", port: 0, pki: join(folder, "pushed"), acceptAll: true });
+  const encrypted = {
+    securityMode: ua.MessageSecurityMode.SignAndEncrypt,
+    securityPolicy: ua.SecurityPolicy.Basic256Sha256,
+  };
+  const login = (userName) => ({ type: ua.UserTokenType.UserName, userName, password: userName });
+  const configuration = "i=12637";
+  const list = "i=12642";
+  const called = async (session, objectId, methodId, ...inputArguments) =>
+    session.call({ objectId, methodId, inputArguments });
+  const expect = async (status, ...call) => assert.equal((await called(...call)).statusCode, status);
+
+  const demo = await connect(own.endpointUrl, encrypted, login("demo"));
+  await expect(StatusCodes.BadUserAccessDenied, demo.session, configuration, "i=12777");
+  await demo.client.disconnect();
+  const { client, session } = await connect(own.endpointUrl, encrypted, login("admin"));
+  const certificate = client.getCertificate();
+  const bytes = (value) => ({ dataType: DataType.ByteString, value });
+  const bool = (value) => ({ dataType: DataType.Boolean, value });
+  const text = (value) => ({ dataType: DataType.String, value });
+  await expect(StatusCodes.Good, session, list, "i=12668", bytes(certificate), bool(true));
+  const opened = await called(session, list, "i=12663", { dataType: DataType.UInt32, value: 15 });
+  const [handle] = opened.outputArguments;
+  const read = await called(session, list, "i=12652", handle, { dataType: DataType.Int32, value: 8192 });
+  const lists = decode(read.outputArguments[0].value);
+  assert.ok(lists[0].some((der) => der.equals(certificate)));
+  await expect(StatusCodes.Good, session, list, "i=12650", handle);
+  await expect(StatusCodes.BadInvalidArgument, session, list, "i=12650", handle);
+  await expect(StatusCodes.Good, session, list, "i=12670", text(thumbprint(certificate)), bool(true));
+
+  const id = (value) => ({ dataType: DataType.NodeId, value: ua.coerceNodeId(value) });
+  const which = [id("i=14156"), id("i=12560")];
+  const asked = [...which, text("CN=New"), bool(true), bytes(Buffer.alloc(31))];
+  await expect(StatusCodes.BadInvalidArgument, session, configuration, "i=12737", ...asked); // a short nonce
+  asked[4] = bytes(Buffer.alloc(32));
+  const made = await called(session, configuration, "i=12737", ...asked);
+  assert.equal(made.statusCode, StatusCodes.Good);
+  assert.equal(made.outputArguments[0].value[0], 0x30);
+  const issuers = { dataType: DataType.ByteString, arrayType: ua.VariantArrayType.Array, value: [] };
+  const foreign = [...which, bytes(certificate), issuers, text(""), bytes(Buffer.alloc(0))];
+  assert.ok((await called(session, configuration, "i=13737", ...foreign)).statusCode.isBad());
+  await expect(StatusCodes.BadNothingToDo, session, configuration, "i=12740");
+  await client.disconnect();
+  await own.stop();
+}
+
 const checks = [
+  configurationIsPushed,
   namespacesAreStable,
   everyTypeReadsAndWrites,
   accessAndStatusAreTold,
@@ -525,6 +510,7 @@ const checks = [
   shapesAreThere,
   modelChangesAreTold,
   iconsArePictures,
+  imagesAreWhatTheySay,
   serverTellsOfItself,
   everyDoorOpens,
   strangersStayOutside,

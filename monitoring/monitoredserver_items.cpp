@@ -11,15 +11,6 @@ namespace monitoring {
 
 namespace {
 
-// DataValue in the info type, and Overflow: the queue at the server has lost values before this one.
-[[nodiscard]] bool tellsOverflow(OpcUa_StatusCode status)
-{
-    constexpr OpcUa_StatusCode infoTypeMask = 0x0C00u;
-    constexpr OpcUa_StatusCode infoTypeDataValue = 0x0400u;
-    constexpr OpcUa_StatusCode overflow = 0x0080u;
-    return (status & infoTypeMask) == infoTypeDataValue && (status & overflow) != 0;
-}
-
 [[nodiscard]] ItemState stateOf(Phase phase)
 {
     switch (phase) {

@@ -47,6 +47,11 @@ void Sink::tell()
     }
 }
 
+void Sink::noteLocked(const Incident&)
+{
+    assertLocked(m_mutex);
+}
+
 std::vector<ItemChange> Sink::takeChangesLocked()
 {
     assertLocked(m_mutex);

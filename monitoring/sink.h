@@ -42,6 +42,7 @@ struct Arrival
 /// What happened between the values that came, for those who have to know what is missing.
 struct Incident
 {
+    /// What it is about.
     enum class Kind : unsigned char {
         Link,             ///< the connection has another status
         SubscriptionLost, ///< the server has ended a subscription
@@ -50,17 +51,18 @@ struct Incident
         Item              ///< an item is in another state
     };
 
-    Kind kind = Kind::Link;
+    Kind kind = Kind::Link;                                                         ///< what it is about
     UaClientSdk::UaClient::ServerStatus link = UaClientSdk::UaClient::Disconnected; ///< of Link
     ItemState state = ItemState::Waiting;                                           ///< of Item
-    UaStatusCode status;              ///< of Item and SubscriptionLost: why
-    OpcUa_UInt32 subscriptionId = 0;  ///< the server's; of a subscription's incidents
-    OpcUa_UInt32 first = 0, last = 0; ///< sequence numbers; of Missing and Republished
-    OpcUa_UInt64 key = 0;             ///< the tool's; of Item
-    OpcUa_UInt64 origin = 0;          ///< the same
-    OpcUa_UInt64 server = 0;          ///< the same for incidents of one server
-    OpcUa_DateTime time{};            ///< of this computer
-    OpcUa_UInt64 place = 0;           ///< values that came before it, counted by its sink
+    UaStatusCode status;             ///< of Item and SubscriptionLost: why
+    OpcUa_UInt32 subscriptionId = 0; ///< the server's; of a subscription's incidents
+    OpcUa_UInt32 first = 0;          ///< sequence number; of Missing and Republished
+    OpcUa_UInt32 last = 0;           ///< the same
+    OpcUa_UInt64 key = 0;            ///< the tool's; of Item
+    OpcUa_UInt64 origin = 0;         ///< the same
+    OpcUa_UInt64 server = 0;         ///< the same for incidents of one server
+    OpcUa_DateTime time{};           ///< of this computer
+    OpcUa_UInt64 place = 0;          ///< values that came before it, counted by its sink
 };
 
 /// A tool makes one for its view (with std::make_shared), or several, and gives it to the servers that it
@@ -131,7 +133,7 @@ protected:
 private:
     friend class HandOverPacer;
     virtual void putLocked(const SinkItem& item, OpcUa_DataValue& value, const Arrival& arrival) = 0;
-    virtual void noteLocked(const Incident&) {}
+    virtual void noteLocked(const Incident& incident); ///< keeps nothing
     virtual void dropLocked(std::span<const SinkItem> items) = 0;
     virtual void clearLocked() = 0;
     void tell(); ///< the pacer's

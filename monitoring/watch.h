@@ -78,6 +78,16 @@ struct ItemInfo
     UaDateTime lastHeard;       ///< when the last value came; null before the first
 };
 
+/// Whether the status of a value says that the server's queue of its item has lost some before it: DataValue
+/// in the info type, and Overflow.
+[[nodiscard]] constexpr bool tellsOverflow(OpcUa_StatusCode status)
+{
+    constexpr OpcUa_StatusCode infoTypeMask = 0x0C00u;
+    constexpr OpcUa_StatusCode infoTypeDataValue = 0x0400u;
+    constexpr OpcUa_StatusCode overflow = 0x0080u;
+    return (status & infoTypeMask) == infoTypeDataValue && (status & overflow) != 0;
+}
+
 /// A subscription that items share.
 struct SubscriptionInfo
 {

@@ -136,6 +136,8 @@ void qlumTakeServers(QlumToolServices& services, QObject* owner, const QlumFindS
                 setting.password.clear(); // it was given for the other server
             }
             qlumSetSecurity(setting.endpoint, endpoint.mode, endpoint.securityPolicy);
+            // most tools close theirs before anybody wants to know a type
+            setting.session.typeDictionaryMode = QStringLiteral("FirstUse");
             new QlumSideConnect(node->guarded(), setting, identity, makePrompts ? makePrompts() : nullptr,
                                 std::move(done), node);
         });

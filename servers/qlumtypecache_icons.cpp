@@ -2,6 +2,7 @@
 #include <servers/qlumtypecache.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumimageformat.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
@@ -29,24 +30,6 @@ constexpr OpcUa_UInt32 hasProperty = 46;
 constexpr int maximumTypeSteps = 4; // a type definition has none of its own; a server may say otherwise
 constexpr int maximumIconBytes = 4 * 1024 * 1024;
 constexpr int maximumIconSide = 1024; // pixels; a small file may claim any size
-
-const char* imageFormat(const UaNodeId& dataType)
-{
-    if (!dataType.isNumeric() || dataType.namespaceIndex() != 0)
-        return nullptr;
-    switch (dataType.identifierNumeric()) {
-    case 2000:
-        return "BMP";
-    case 2001:
-        return "GIF";
-    case 2002:
-        return "JPG";
-    case 2003:
-        return "PNG";
-    default:
-        return nullptr;
-    }
-}
 
 QImage loadImage(const UaByteString& bytes, const char* format)
 {
@@ -192,6 +175,6 @@ QImage QlumTypeCache::readImage(QlumSessionServices& session, const UaNodeId& pr
         m_log.error(tr("Read on NodeId %1 returned unexpected value").arg(idText));
         return {};
     }
-    const char* format = imageFormat(typeId);
+    const char* format = qlumImageFormatName(qlumDeclaredImageFormat(typeId));
     return format ? loadImage(image.toByteString(), format) : QImage();
 }

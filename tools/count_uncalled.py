@@ -19,6 +19,8 @@ FOLDERS = (
     "app",
     "uawidgets",
     "monitoring",
+    "recording",
+    "watching",
     "certificates",
     "servers",
     "plugins",

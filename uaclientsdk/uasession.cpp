@@ -120,6 +120,12 @@ UaByteString UaSession::serverCertificate() const
     return guarded(d->context, &SessionContext::serverCertificate);
 }
 
+OpcUa_MessageSecurityMode UaSession::messageSecurityMode() const
+{
+    SessionLock lock(d->context.mutex);
+    return d->context.securityInfo.messageSecurityMode;
+}
+
 OpcUa_UInt32 UaSession::connectTimeout() const
 {
     return guardedInfo(d->context, &SessionConnectInfo::connectTimeout);

@@ -77,6 +77,8 @@ public:
     [[nodiscard]] UaString currentlyUsedEndpointUrl() const;
     [[nodiscard]] UaNodeId sessionId() const;
     [[nodiscard]] UaByteString serverCertificate() const;
+    /// How the messages of the connection are protected; None before the first connect.
+    [[nodiscard]] OpcUa_MessageSecurityMode messageSecurityMode() const;
     [[nodiscard]] OpcUa_UInt32 connectTimeout() const;
     void setConnectTimeout(OpcUa_UInt32 milliseconds);
     [[nodiscard]] OpcUa_UInt32 maxOperationsPerServiceCall() const;

@@ -60,6 +60,7 @@ void QlumToolServices::removeTakers(QObject* owner)
     m_callMethod.remove(owner);
     m_showCertificate.remove(owner);
     m_showValue.remove(owner);
+    m_values.remove(owner);
     m_sideSession.remove(owner);
     m_reconnectWith.remove(owner);
     m_documents.remove(owner);
@@ -70,6 +71,14 @@ const QlumNodeTaker* QlumToolServices::nodeTaker(const QString& documentType) co
 {
     for (const auto& [owner, taker] : m_nodes.entries | std::views::reverse)
         if (taker.documentType == documentType)
+            return &taker;
+    return nullptr;
+}
+
+const QlumValueTaker* QlumToolServices::valueTaker(const UaVariant& value, const UaNodeId& dataType) const
+{
+    for (const auto& [owner, taker] : m_values.entries | std::views::reverse)
+        if (taker.accepts(value, dataType))
             return &taker;
     return nullptr;
 }
@@ -166,13 +175,26 @@ bool QlumToolServices::showCertificate(const UaByteString& der)
     return true;
 }
 
-bool QlumToolServices::showValue(unsigned int serverId, const UaVariant& value, const UaNodeId& dataType)
+bool QlumToolServices::showValue(unsigned int serverId, const UaVariant& value, const UaNodeId& dataType,
+                                 const QlumToolNode& origin)
 {
     qlumAssertGuiThread();
+    if (canShowInDocument(value, dataType)) {
+        const QlumValueTaker taker = *valueTaker(value, dataType);
+        if (QWidget* document = m_documents.last()(taker.documentType)) {
+            taker.show(document, serverId, value, dataType, origin);
+            return true;
+        }
+    }
     if (!canShowValue())
         return false;
     m_showValue.last()(serverId, value, dataType);
     return true;
+}
+
+bool QlumToolServices::canShowInDocument(const UaVariant& value, const UaNodeId& dataType) const
+{
+    return m_documents.has() && valueTaker(value, dataType) != nullptr;
 }
 
 bool QlumToolServices::sideSession(unsigned int serverId, const QlumSideEndpoint& endpoint,

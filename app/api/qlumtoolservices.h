@@ -96,6 +96,16 @@ struct QlumSampleTaker
     std::function<void(QWidget* document, std::span<const QlumToolCurve> curves)> show; ///< in that document
 };
 
+/// Shows values of a kind in documents of one type.
+struct QlumValueTaker
+{
+    QString documentType; ///< of QlumDocumentInterface::documentTypes()
+    std::function<bool(const UaVariant& value, const UaNodeId& dataType)> accepts; ///< the kind
+    std::function<void(QWidget* document, unsigned int serverId, const UaVariant& value,
+                       const UaNodeId& dataType, const QlumToolNode& origin)>
+        show; ///< in that document; the data type and the origin may be null
+};
+
 /// What tools do for each other without knowing each other: whoever can do a thing registers as its taker,
 /// whoever wants it done asks here. A call without a taker answers false and does nothing; with several
 /// takers the one that came last does it. A taker goes with its owner, as a rule the plugin, and when
@@ -130,8 +140,11 @@ public:
     bool callMethod(unsigned int serverId, const UaNodeId& objectId, const UaNodeId& methodId);
     /// Shows a certificate, or one with its chain behind it; it is not judged.
     bool showCertificate(const UaByteString& der);
-    /// Shows a value in full. The data type is a node of the server, null when it is not known.
-    bool showValue(unsigned int serverId, const UaVariant& value, const UaNodeId& dataType);
+    /// Shows a value in full: in a document for values of its kind where there is one, else in a window. The
+    /// data type is a node of the server, null when it is not known; the origin is the variable whose Value
+    /// it is, null for a part of one.
+    bool showValue(unsigned int serverId, const UaVariant& value, const UaNodeId& dataType,
+                   const QlumToolNode& origin = {});
     /// Opens a session beside that of the project, asking about trust and password. On true the receiver is
     /// told once how it ended, on this thread and perhaps before this returns, unless it goes before.
     bool sideSession(unsigned int serverId, const QlumSideEndpoint& endpoint, const QlumIdentity& identity,
@@ -151,6 +164,8 @@ public:
     [[nodiscard]] bool canCallMethod() const { return m_callMethod.has(); }
     /// Whether somebody would take it.
     [[nodiscard]] bool canShowSamples() const { return m_samples.has() && m_documents.has(); }
+    /// Whether a document would take the value as one of its kind.
+    [[nodiscard]] bool canShowInDocument(const UaVariant& value, const UaNodeId& dataType) const;
     /// Whether somebody would take it.
     [[nodiscard]] bool canShowCertificate() const { return m_showCertificate.has(); }
     /// Whether somebody would take it.
@@ -203,6 +218,8 @@ public:
     }
     /// Registers a taker of showValue().
     void takeShowValue(QObject* owner, ShowValue taker) { take(m_showValue, owner, std::move(taker)); }
+    /// Registers a taker of showValue(), for values of its kind.
+    void takeValues(QObject* owner, QlumValueTaker taker) { take(m_values, owner, std::move(taker)); }
     /// Registers a taker of sideSession().
     void takeSideSession(QObject* owner, SideSession taker) { take(m_sideSession, owner, std::move(taker)); }
     /// Registers a taker of reconnectWith().
@@ -244,6 +261,7 @@ private:
     }
     void watch(QObject* owner);
     [[nodiscard]] const QlumNodeTaker* nodeTaker(const QString& documentType) const;
+    [[nodiscard]] const QlumValueTaker* valueTaker(const UaVariant& value, const UaNodeId& dataType) const;
 
     Takers<ChooseNode> m_chooseNode;
     Takers<Reveal> m_reveal;
@@ -253,6 +271,7 @@ private:
     Takers<CallMethod> m_callMethod;
     Takers<ShowCertificate> m_showCertificate;
     Takers<ShowValue> m_showValue;
+    Takers<QlumValueTaker> m_values;
     Takers<SideSession> m_sideSession;
     Takers<ReconnectWith> m_reconnectWith;
     Takers<Documents> m_documents;

@@ -206,10 +206,10 @@ void QlumTavelin::keepRecovery(QlumSessionRecord& record)
             &QlumProjectRecovery::sltProjectFileChanged);
 }
 
-void QlumTavelin::offerRecovery()
+void QlumTavelin::offerRecovery(const std::function<void()>& beforeAsking)
 {
     if (m_recovery)
-        m_recovery->offer();
+        m_recovery->offer(beforeAsking);
 }
 
 QlumProjectFile QlumTavelin::makeProjectFile()

@@ -31,6 +31,7 @@
 #include <QWidget>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 
 class QNetworkAccessManager;
@@ -76,7 +77,7 @@ public:
     /// From now on changes that are not saved are kept beside the record, which outlives the window.
     void keepRecovery(QlumSessionRecord& record);
     /// Asks about what earlier starts left that did not end well.
-    void offerRecovery();
+    void offerRecovery(const std::function<void()>& beforeAsking);
 
     bool saveProject(const QString& fileName);
     /// Adds what the file holds and begins to connect the servers that were connected.

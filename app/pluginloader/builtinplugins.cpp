@@ -2,8 +2,11 @@
 // and of the groups in project files. A tool that is not written yet is a row in plugins/planned.
 #include <plugins/attributes/qlumattributeplugin.h>
 #include <plugins/dataaccess/qlumdaplugin.h>
+#include <plugins/datalogger/qlumdataloggerplugin.h>
 #include <plugins/events/qlumeventplugin.h>
+#include <plugins/gds/qlumgdsplugin.h>
 #include <plugins/history/qlumhistoryplugin.h>
+#include <plugins/imageviewer/qlumimageviewerplugin.h>
 #include <plugins/methods/qlummethodplugin.h>
 #include <plugins/performance/qlumperformanceplugin.h>
 #include <plugins/references/qlumreferenceplugin.h>

@@ -53,11 +53,13 @@ void QlumProjectRecovery::keep()
                        .arg(QDir::toNativeSeparators(m_record.recoveryFile())));
 }
 
-void QlumProjectRecovery::offer()
+void QlumProjectRecovery::offer(const std::function<void()>& beforeAsking)
 {
     const QList<QlumSessionRecord::Leftover> leftovers = m_record.leftovers();
     if (leftovers.isEmpty())
         return;
+    if (beforeAsking)
+        beforeAsking();
     const QPointer<QlumProjectRecovery> self = this;
     const QPointer<QlumRecoveryDialog> dialog = new QlumRecoveryDialog(m_record, leftovers, m_window);
     const bool isAccepted = dialog->exec() == QDialog::Accepted;

@@ -28,8 +28,9 @@ public:
 
     /// Writes the copy now when there are changes that it does not have.
     void keep();
-    /// Asks the user about what earlier starts left; nothing is shown when there is nothing.
-    void offer();
+    /// Asks the user about what earlier starts left; nothing is shown, and beforeAsking not called, when
+    /// there is nothing.
+    void offer(const std::function<void()>& beforeAsking = {});
 
 public slots:
     /// The project has changes that are in no file; may be called for each of them.

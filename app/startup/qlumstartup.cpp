@@ -192,10 +192,8 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
     if (window->isVisible())
         window->setupUpdateSettings();
     window->parseArguments();
-    if (window->isVisible() && record.hasLeftovers()) {
-        splash.waitUntilGone(); // it stays on top
-        window->offerRecovery();
-    }
+    if (window->isVisible())
+        window->offerRecovery([&splash] { splash.waitUntilGone(); }); // it stays on top
     if (window->isVisible())
         showTip(splash, *window);
     const int result = runUntilClosed(*window);

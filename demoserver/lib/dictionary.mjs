@@ -10,6 +10,7 @@ const inUa = ["XmlElement", "NodeId", "ExpandedNodeId", "StatusCode", "Qualified
 function typeName(type) {
   if (typeIds[type]) return `tns:${type}`;
   if (type === "String") return "opc:CharArray";
+  if (type.startsWith("Image")) return "opc:ByteString";
   if (type === "BaseDataType") return "ua:Variant";
   return inUa.includes(type) ? `ua:${type}` : `opc:${type}`;
 }

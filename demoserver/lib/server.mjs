@@ -11,16 +11,21 @@ import { addDynamic } from "./dynamic.mjs";
 import { addGrowing } from "./growing.mjs";
 import { addHistory } from "./history.mjs";
 import { addIcons } from "./icons.mjs";
+import { addImages } from "./images.mjs";
 import { addMany } from "./many.mjs";
 import { addMethods } from "./methods.mjs";
+import { addPush } from "./push.mjs";
 import { addScalars } from "./scalars.mjs";
 import { addStructures } from "./structures.mjs";
 import { structureNodeset } from "./structuretypes.mjs";
 import { applicationUri, namespaces, ua } from "./ua.mjs";
 
 const resourcePath = "/Tavelin/Demo";
+const administrator = "admin"; // may configure the server
+const administratorRoles = "AuthenticatedUser;ConfigureAdmin;SecurityAdmin";
 const users = new Map([
   ["demo", "demo"],
+  [administrator, administrator],
   ["paula", "correct horse"], // a password that no other text holds
 ]);
 
@@ -84,7 +89,10 @@ function serverOptions({ host, name = host, port, pki, acceptAll, perCall }) {
     securityPolicies: [None, Basic256Sha256, Aes128_Sha256_RsaOaep, Aes256_Sha256_RsaPss],
     securityModes: [MessageSecurityMode.None, MessageSecurityMode.Sign, MessageSecurityMode.SignAndEncrypt],
     allowAnonymous: true,
-    userManager: { isValidUser: (name, password) => users.get(name) === password },
+    userManager: {
+      isValidUser: (name, password) => users.get(name) === password,
+      getUserRoles: (name) => ua.makeRoles(name === administrator ? administratorRoles : "AuthenticatedUser"),
+    },
     serverCertificateManager: certificateManager(join(pki, "server"), acceptAll),
     userCertificateManager: certificateManager(join(pki, "user"), acceptAll),
     registerServerMethod: ua.RegisterServerMethod.HIDDEN,
@@ -103,6 +111,7 @@ function addAll(b) {
   addHistory(b);
   addAlarmsAndEvents(b);
   addIcons(b);
+  addImages(b, structures);
   addMany(b);
   addShapes(b);
 }
@@ -113,6 +122,7 @@ export async function startServer(options) {
   await server.initialize();
   const builder = new Builder(server, namespaces);
   addAll(builder);
+  addPush(builder, join(options.pki, "server"));
   await server.start();
   const port = server.endpoints[0].port;
   return {

@@ -30,6 +30,7 @@ const standard = {
   Structure: 22,
   BaseDataType: 24,
   Enumeration: 29,
+  ImagePNG: 2003,
   Union: 12756,
 };
 
@@ -50,6 +51,7 @@ export const typeIds = {
   TreeNode: 3016,
   EveryType: 3017,
   Legacy: 3018,
+  Snapshot: 3019,
 };
 
 export const colours = ["Red", "Green", "Blue"];
@@ -126,6 +128,13 @@ export const structures = {
   EveryType: [
     "Structure",
     [...builtIn.map((type) => [`${type}Field`, type]), ["AnyField", "BaseDataType"], ["ModeField", "Mode"]],
+  ],
+  Snapshot: [
+    "Structure",
+    [
+      ["Title", "String"],
+      ["Picture", "ImagePNG"],
+    ],
   ],
   Legacy: [
     "Structure",

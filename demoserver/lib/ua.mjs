@@ -8,6 +8,7 @@ globalThis.crypto ??= webcrypto; // Node.js 18 keeps it out of the global scope
 const require = createRequire(import.meta.url);
 
 export const ua = require("node-opcua");
+export const pki = require("node-opcua-crypto");
 export const { EnumDefinition } = require("node-opcua-types");
 export const { DataType, StatusCodes, Variant, VariantArrayType } = ua;
 

@@ -2,6 +2,7 @@
 
 #include <app/api/qlumactiontable.h>
 #include <app/api/qlumtext.h>
+#include <app/api/qlumtoolservices.h>
 #include <plugins/attributes/qlumattributecopy.h>
 #include <plugins/attributes/qlumattributedelegate.h>
 #include <plugins/attributes/qlumattributemodel.h>
@@ -121,12 +122,32 @@ bool QlumAttributeView::edit(const QModelIndex& cell, EditTrigger trigger, QEven
 {
     const QModelIndex index =
         trigger == EditKeyPressed ? cell.siblingAtColumn(QlumAttributeModel::ValueColumn) : cell;
+    if (trigger == DoubleClicked && index.column() == QlumAttributeModel::ValueColumn &&
+        showInDocument(index))
+        return false;
     const bool begun = QTreeView::edit(index, trigger, event);
     if (begun && isEditing()) // it also says yes to rows without an editor
         m_edited = index;
     else if (trigger == DoubleClicked || trigger == EditKeyPressed)
         editElsewhere(index, trigger);
     return begun;
+}
+
+// Images are better looked at than typed.
+bool QlumAttributeView::showInDocument(const QModelIndex& index)
+{
+    QlumToolServices* const tools = QlumToolServices::instance();
+    const QlumTypedValue part = m_attributes->rowValue(index);
+    if (tools == nullptr || !tools->canShowInDocument(part.value, part.hint.dataTypeId))
+        return false;
+    bool isWhole = true; // no part, and of no other attribute: those have their id
+    for (QModelIndex row = index.siblingAtColumn(0); row.isValid() && isWhole; row = row.parent())
+        isWhole = m_attributes->nodeAt(row)->attributeId() == 0 &&
+                  m_attributes->nodeAt(row)->step().kind == QlumValueStep::None;
+    QlumToolNode origin;
+    if (isWhole)
+        origin = {m_attributes->serverId(), m_attributes->nodeId(), OpcUa_NodeClass_Variable, {}, {}};
+    return tools->showValue(m_attributes->serverId(), part.value, part.hint.dataTypeId, origin);
 }
 
 // What has no editor in a cell gets one in a window: by a double click only where that opens no rows.

@@ -76,6 +76,7 @@ private:
     void saveState();
     void restoreState();
     void restoreBranch(const QModelIndex& parent, const QString& path);
+    bool showInDocument(const QModelIndex& index);
     void editElsewhere(const QModelIndex& index, EditTrigger trigger);
     void leaveEditor();
     void fetchVisible();

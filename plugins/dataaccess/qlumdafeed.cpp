@@ -79,6 +79,7 @@ void QlumDaFeed::remove(const std::vector<quint32>& keys)
     for (const quint32 key : keys)
         if (const auto found = m_fed.find(key); found != m_fed.end()) {
             unwatch(found->second);
+            m_reads -= found->second.isRead ? 1 : 0;
             m_fed.erase(found);
         }
 }
@@ -96,7 +97,8 @@ void QlumDaFeed::refresh(const std::vector<quint32>& keys)
         const bool isRead = isFedByReads(*item, settings);
         if (isRead && !fed.isRead)
             fed.changes = item->changes;
-        fed.isRead = isRead;
+        m_reads += isRead ? 1 : 0;
+        m_reads -= std::exchange(fed.isRead, isRead) ? 1 : 0;
         if (isRead || !hasNode(*item) || fed.indexRange != item->indexRange)
             unwatch(fed);
         fed.indexRange = item->indexRange;
@@ -168,8 +170,8 @@ void QlumDaFeed::take()
 
 void QlumDaFeed::takeRead(const std::vector<quint32>& keys)
 {
-    if (m_fed.empty())
-        return;
+    if (m_reads == 0)
+        return; // as a rule, and there may be many keys
     std::vector<Value> values;
     for (const quint32 key : keys) {
         const auto found = m_fed.find(key);

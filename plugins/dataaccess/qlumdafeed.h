@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <vector>
@@ -81,4 +82,5 @@ private:
     const quint32 m_leastQueue;
     std::shared_ptr<monitoring::AllSink> m_sink;
     std::map<quint32, Fed> m_fed;
+    std::size_t m_reads = 0; ///< of those, the ones that are read
 };

@@ -3,12 +3,12 @@
 
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumtext.h>
-#include <plugins/dataaccess/qlumdadescriber.h>
 #include <plugins/dataaccess/qlumdapart.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <plugins/dataaccess/qlumdaverdict.h>
 #include <uabase/values/uadatetime.h>
 #include <uawidgets/editors/qlumcelltext.h>
+#include <uawidgets/editors/qlumdatafield.h>
+#include <watching/qlumdadescriber.h>
 
 #include <QAbstractItemModel>
 #include <QObject>
@@ -206,13 +206,21 @@ QlumDaServer QlumDaModel::server(unsigned int serverId) const
     return found == m_servers.end() ? QlumDaServer() : found->second;
 }
 
-std::vector<unsigned int> QlumDaModel::serverIds() const
+QlumDaModel::Summary QlumDaModel::summary() const
 {
+    Summary summary;
     std::set<unsigned int> ids;
-    for (const QlumDataItem& item : rows())
-        if (item.serverId != qlumNoServer)
+    unsigned int latest = qlumNoServer; // neighbours are of one server as a rule
+    for (const QlumDataItem& item : rows()) {
+        if (item.serverId != latest && item.serverId != qlumNoServer)
             ids.insert(item.serverId);
-    return {ids.begin(), ids.end()};
+        latest = item.serverId;
+        summary.waiting += item.state == QlumDataState::Waiting ? 1 : 0;
+        if (item.received != 0 && (summary.oldest == 0 || item.received < summary.oldest))
+            summary.oldest = item.received;
+    }
+    summary.servers.assign(ids.begin(), ids.end());
+    return summary;
 }
 
 // ---- values
@@ -355,15 +363,6 @@ void QlumDaModel::setWriteFault(quint32 key, const QString& why)
     else
         m_writeFaults.insert(key, why);
     changeItem(key, [](QlumDataItem&) {});
-}
-
-OpcUa_DateTime QlumDaModel::oldestValue() const
-{
-    OpcUa_DateTime oldest = 0;
-    for (const QlumDataItem& item : rows())
-        if (item.received != 0 && (oldest == 0 || item.received < oldest))
-            oldest = item.received;
-    return oldest;
 }
 
 void QlumDaModel::setNewValues(QlumDaPart* part)

@@ -159,7 +159,7 @@ public:
     /// As last told; disconnected for one that nobody told of.
     [[nodiscard]] QlumDaServer server(unsigned int serverId) const;
     /// Servers of the rows.
-    [[nodiscard]] std::vector<unsigned int> serverIds() const;
+    [[nodiscard]] std::vector<unsigned int> serverIds() const { return summary().servers; }
 
     // ---- values
 
@@ -183,6 +183,11 @@ public:
     /// What is known of values of a data type, for texts.
     void setTypeContext(unsigned int serverId, const UaNodeId& dataType,
                         std::shared_ptr<const QlumValueContext> context);
+    /// Whether somebody has told.
+    [[nodiscard]] bool hasTypeContext(unsigned int serverId, const UaNodeId& dataType) const
+    {
+        return m_types.contains({serverId, dataType});
+    }
     /// Null when nobody has told.
     [[nodiscard]] std::shared_ptr<const QlumValueContext> typeContext(const QlumDataItem& item) const;
     /// What the row is about: the field of a structure, an element of an array, or the whole value.
@@ -198,8 +203,15 @@ public:
     [[nodiscard]] QString writeFault(const QlumDataItem& item) const { return m_writeFaults.value(item.key); }
     /// What a row shows as a text for a cell.
     [[nodiscard]] QString valueText(const QlumDataItem& item) const;
-    /// When the oldest of the newest values came; 0 while there is none. Of watched rows.
-    [[nodiscard]] OpcUa_DateTime oldestValue() const;
+    /// What there is of all rows together.
+    struct Summary
+    {
+        std::vector<unsigned int> servers; ///< of the rows, each once
+        int waiting = 0;                   ///< rows for a connection, or for their turn
+        OpcUa_DateTime oldest = 0; ///< when the oldest of the newest values came; 0 while there is none
+    };
+    /// In one pass, since there may be very many.
+    [[nodiscard]] Summary summary() const;
 
     // ---- what others add
 
@@ -255,5 +267,3 @@ private:
 [[nodiscard]] std::optional<double> qlumDaNumber(const UaVariant& value);
 /// "0.4 s", "3 min 20 s" for a time in units of 100 ns.
 [[nodiscard]] QString qlumDaSpan(OpcUa_DateTime span);
-/// "500 ms", "1 s", "fastest" for an interval as a setting has it.
-[[nodiscard]] QString qlumDaInterval(double milliseconds);

@@ -7,11 +7,11 @@
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <plugins/dataaccess/qlumdapart.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumdatafield.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
@@ -69,16 +69,6 @@ QString qlumDaSpan(OpcUa_DateTime span)
             .arg(int(seconds / hour))
             .arg(int(std::fmod(seconds, hour) / minute));
     return QlumDaModel::tr("%1 d %2 h").arg(int(seconds / day)).arg(int(std::fmod(seconds, day) / hour));
-}
-
-QString qlumDaInterval(double milliseconds)
-{
-    constexpr double second = 1000;
-    if (milliseconds <= 0)
-        return QlumDaModel::tr("fastest");
-    return milliseconds < second
-               ? QlumDaModel::tr("%1 ms").arg(QLocale().toString(milliseconds, 'g', 4))
-               : QlumDaModel::tr("%1 s").arg(QLocale().toString(milliseconds / second, 'g', 6));
 }
 
 bool QlumDaModel::isOffline(const QlumDataItem& item) const

@@ -2,10 +2,10 @@
 
 #include <app/api/qlumtext.h>
 #include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumdatafield.h>
 #include <uawidgets/plot/qlumplot.h>
 #include <uawidgets/plot/qlumplotarea.h>
 #include <uawidgets/plot/qlumplotcurve.h>

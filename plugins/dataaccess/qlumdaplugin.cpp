@@ -136,3 +136,9 @@ void QlumDaPlugin::sessionRemoved(unsigned int serverId)
     for (QlumDaView* view : views())
         view->sessionRemoved(serverId);
 }
+
+void QlumDaPlugin::dataTypesLoaded(unsigned int serverId)
+{
+    for (QlumDaView* view : views())
+        view->dataTypesLoaded(serverId);
+}

@@ -2,6 +2,7 @@
 #include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdatatypeeventinterface.h>
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlummonitoring.h>
 #include <app/api/qlumplugininterface.h>
@@ -26,11 +27,12 @@ class QWidget;
 class QlumDaPlugin : public QObject,
                      public QlumPluginInterface,
                      public QlumDocumentInterface,
-                     public QlumAppEventAdapter
+                     public QlumAppEventAdapter,
+                     public QlumDataTypeEventInterface
 {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID QlumPluginInterface_iid)
-    Q_INTERFACES(QlumPluginInterface QlumDocumentInterface QlumAppEventInterface)
+    Q_INTERFACES(QlumPluginInterface QlumDocumentInterface QlumAppEventInterface QlumDataTypeEventInterface)
 public:
     QlumDaPlugin();
     /// With services other than those of the application's sessions.
@@ -48,6 +50,7 @@ public:
     void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                               const NamespaceMap& namespaceMap) override;
     void sessionRemoved(unsigned int serverId) override;
+    void dataTypesLoaded(unsigned int serverId) override;
 
 private:
     [[nodiscard]] QList<QlumDaView*> views() const;

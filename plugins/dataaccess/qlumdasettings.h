@@ -1,10 +1,9 @@
 // Settings of the user for data access views.
 #pragma once
 #include <app/api/qlumsettings.h>
-#include <plugins/dataaccess/qlumdataitem.h>
+#include <watching/qlumwatchsettings.h>
 
 #include <QString>
-#include <QStringList>
 
 /// What new views begin with. Intervals in milliseconds.
 namespace QlumDaSettings {
@@ -34,20 +33,7 @@ inline constexpr QlumSetting<bool> readUnits{"DataAccessPlugin.ReadUnits", true}
 inline constexpr QlumSetting<int> branchLimit{"DataAccessPlugin.BranchLimit", 100000};
 } // namespace QlumDaSettings
 
-/// In the order of QlumDeadband, as they are stored and shown.
-[[nodiscard]] QStringList qlumDaDeadbands();
-/// In the order of QlumDataTrigger.
-[[nodiscard]] QStringList qlumDaTriggers();
-/// In the order of OpcUa_TimestampsToReturn.
-[[nodiscard]] QStringList qlumDaTimestamps();
-/// In the order of OpcUa_MonitoringMode.
-[[nodiscard]] QStringList qlumDaModes();
 /// What the user has set for new views.
 [[nodiscard]] QlumDataSettings qlumDaDefaults();
 /// Has the settings dialog offer them.
 void qlumRegisterDaSettings();
-
-/// One line for the project: what differs from a fresh QlumDataSettings.
-[[nodiscard]] QString qlumStoredDaSettings(const QlumDataSettings& settings);
-/// The reverse; what makes no sense stays as in a fresh one.
-[[nodiscard]] QlumDataSettings qlumRestoredDaSettings(const QString& line);

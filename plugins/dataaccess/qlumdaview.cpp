@@ -19,6 +19,7 @@
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
+#include <watching/qlumvariableintake.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
@@ -63,7 +64,7 @@ QlumDaView::QlumDaView(QlumApplicationInterface& application, QlumSessionService
       m_filter(new QlumDaFilter(this)),
       m_watch(new QlumDaWatch(*m_model, m_monitoring, m_services, *m_pool, this)),
       m_delegate(new QlumDaDelegate(this)), m_heading(new QlumViewHeading(this)),
-      m_messages(new QlumMessageBar(this))
+      m_messages(new QlumMessageBar(this)), m_intake(makeIntake())
 {
     setObjectName(QStringLiteral("dataAccessView"));
     setAccessibleName(tr("Data Access View"));
@@ -106,6 +107,20 @@ QlumDaView::~QlumDaView()
     delete m_plot;
     delete m_watch;
     delete m_state;
+}
+
+QlumVariableIntake* QlumDaView::makeIntake()
+{
+    const auto limit = [] {
+        return static_cast<std::size_t>(std::max(1, QlumDaSettings::branchLimit.value()));
+    };
+    const auto add = [this](unsigned int serverId, const QlumToolNodes& nodes) {
+        addVariables(serverId, nodes);
+    };
+    return new QlumVariableIntake({this, m_services, m_pool.get(), limit, add,
+                                   [this](const QlumMessage& message) { tell(message); },
+                                   [this](const QString& topic) { dismiss(topic); }},
+                                  this);
 }
 
 // ---- widgets
@@ -298,7 +313,7 @@ void QlumDaView::connectParts()
         m_progress->setValue(done);
         m_progress->setVisible(done < total);
     });
-    connect(m_table, &QAbstractItemView::doubleClicked, this, &QlumDaView::editCell);
+    connect(m_table, &QAbstractItemView::doubleClicked, this, &QlumDaView::openCell);
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &QlumDaView::showVerdict);
     connect(

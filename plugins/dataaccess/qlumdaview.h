@@ -8,7 +8,6 @@
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_types.h>
-#include <plugins/dataaccess/qlumdadescriber.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdapart.h>
 #include <plugins/dataaccess/qlumdataitem.h>
@@ -18,6 +17,7 @@
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/qlummessagebar.h>
+#include <watching/qlumdadescriber.h>
 
 #include <QHash>
 #include <QList>
@@ -52,6 +52,7 @@ class QlumDaDelegate;
 class QlumDaFilter;
 class QlumDaPlot;
 class QlumDaWatch;
+class QlumVariableIntake;
 class QlumViewHeading;
 class QlumViewState;
 
@@ -90,9 +91,13 @@ public:
     void addNodes(std::span<const QlumToolNode> nodes);
     /// What the application tells its plugins.
     void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status);
+    /// The same: what was shown undecoded may be decoded now.
+    void dataTypesLoaded(unsigned int serverId);
     /// The same: nothing of the server is used any more when this returns.
     void sessionRemoved(unsigned int serverId);
 
+    /// What a double click does: shows a value that a document takes as one of its kind, else edits the cell.
+    void openCell(const QModelIndex& index);
     /// Opens the editor of a cell when it is known what it has to know.
     void editCell(const QModelIndex& index);
     /// Writes a value to the node of a row; what comes of it is shown at the row.
@@ -129,6 +134,7 @@ protected:
 
 private:
     // ---- widgets
+    [[nodiscard]] QlumVariableIntake* makeIntake();
     void makeTable();
     void showUsualColumns();
     [[nodiscard]] QWidget* makeBar();
@@ -138,6 +144,7 @@ private:
     void makeParts();
     void connectParts();
     void paintValues(const std::vector<quint32>& keys);
+    void paintRows(int top, int bottom);
     void showEachSecond();
     void showTraffic();
     void showVerdict();
@@ -150,13 +157,10 @@ private:
     [[nodiscard]] QString serverName(unsigned int serverId) const;
 
     // ---- rows
-    void addNodesOf(unsigned int serverId, const QlumToolNodes& nodes);
     void addVariables(unsigned int serverId, const QlumToolNodes& nodes);
     void tellThere(const std::vector<QlumDataItem>& again);
-    void countBranches(unsigned int serverId, const QlumToolNodes& roots);
-    void askAboutBranch(unsigned int serverId, const QString& name, const QlumDaBranch::Result& found);
     void describe(unsigned int serverId, const std::vector<quint32>& keys);
-    void takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion);
+    void takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion, int typesLoaded);
     void tellRefused(unsigned int serverId, int count, UaStatusCode why);
     void readRefused(unsigned int serverId);
     void tellWatchChanged(const std::vector<quint32>& keys);
@@ -171,6 +175,7 @@ private:
     void takeEntered(quint32 key, int column, const UaVariant& value);
     void askAgain(const std::vector<quint32>& keys);
     void openValues();
+    void showValue(const QlumDataItem& item);
     void addParts();
     void askSettings(bool isOfView);
     void takeRemedy();
@@ -190,6 +195,7 @@ private:
     QlumDaDelegate* m_delegate;
     QlumViewHeading* m_heading;
     QlumMessageBar* m_messages;
+    QlumVariableIntake* m_intake;
     QTableView* m_table = nullptr;
     QTabWidget* m_pages = nullptr;
     QLineEdit* m_filterText = nullptr;
@@ -213,6 +219,7 @@ private:
     QHash<unsigned int, double> m_roundTrips; ///< ms
     QSet<unsigned int> m_measuring;
     mutable QHash<quint32, QlumDaVerdict> m_verdicts; ///< of rows that were looked at within the last second
+    QHash<unsigned int, int> m_typesLoaded;           ///< how often, by server
     bool m_isLoading = false;
     bool m_hasGroups = false; ///< on screen
 };

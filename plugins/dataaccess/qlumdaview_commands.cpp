@@ -11,15 +11,15 @@
 #include <plugins/dataaccess/qlumdafilter.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdaplot.h>
-#include <plugins/dataaccess/qlumdasettingsdialog.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <plugins/dataaccess/qlumdawatch.h>
 #include <uabase/values/uastatus.h>
 #include <uawidgets/editors/qlumcontextreader.h>
+#include <uawidgets/editors/qlumdatafield.h>
 #include <uawidgets/editors/qlumvaluedialog.h>
 #include <uawidgets/editors/qlumvalueeditor.h>
 #include <uawidgets/editors/qlumvaluetype.h>
 #include <uawidgets/qlummessagebar.h>
+#include <watching/qlumdasettingsdialog.h>
 
 #include <QAction>
 #include <QDialog>
@@ -292,13 +292,36 @@ void QlumDaView::write(quint32 key, const UaVariant& value)
 
 void QlumDaView::openValues()
 {
-    QlumToolServices* const tools = QlumToolServices::instance();
     for (const quint32 key : selectedKeys())
-        if (const QlumDataItem* item = m_model->find(key); item && tools != nullptr && item->received != 0) {
-            const bool isWhole = item->fieldPath.isEmpty();
-            tools->showValue(item->serverId, m_model->shownValue(*item),
-                             isWhole ? item->dataType : UaNodeId());
-        }
+        if (const QlumDataItem* item = m_model->find(key); item && item->received != 0)
+            showValue(*item);
+}
+
+void QlumDaView::showValue(const QlumDataItem& item)
+{
+    QlumToolServices* const tools = QlumToolServices::instance();
+    if (tools == nullptr)
+        return;
+    QlumToolNode origin;
+    if (item.fieldPath.isEmpty() && item.indexRange.isEmpty() && item.attributeId == OpcUa_Attributes_Value)
+        origin = {item.serverId, item.nodeId, OpcUa_NodeClass_Variable, {}, item.displayName};
+    tools->showValue(item.serverId, m_model->shownValue(item),
+                     item.fieldPath.isEmpty() ? item.dataType : UaNodeId(), origin);
+}
+
+// What is better looked at than typed is shown; everything else is edited.
+void QlumDaView::openCell(const QModelIndex& index)
+{
+    const QlumToolServices* const tools = QlumToolServices::instance();
+    const QlumDataItem* item = m_model->find(index.data(QlumDaModel::KeyRole).toUInt());
+    const bool isShown = item != nullptr && tools != nullptr && item->received != 0 &&
+                         index.column() == QlumDaModel::Value &&
+                         tools->canShowInDocument(m_model->shownValue(*item),
+                                                  item->fieldPath.isEmpty() ? item->dataType : UaNodeId());
+    if (isShown)
+        showValue(*item);
+    else
+        editCell(index);
 }
 
 void QlumDaView::addParts()

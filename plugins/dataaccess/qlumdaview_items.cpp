@@ -8,7 +8,6 @@
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
-#include <plugins/dataaccess/qlumdadescriber.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <plugins/dataaccess/qlumdaplot.h>
 #include <plugins/dataaccess/qlumdasettings.h>
@@ -16,10 +15,11 @@
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uastatus.h>
 #include <uawidgets/qlummessagebar.h>
+#include <watching/qlumdadescriber.h>
+#include <watching/qlumvariableintake.h>
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QString>
 
@@ -34,8 +34,6 @@
 
 namespace {
 
-const QString nodesFormat = QStringLiteral("application/UaNodeInformation");
-const QString dropTopic = QStringLiteral("drop");
 const QString thereTopic = QStringLiteral("there");
 const QString refusedTopic = QStringLiteral("refused");
 constexpr double slowRead = 5000; // ms
@@ -64,91 +62,19 @@ bool isAboutSubscriptions(OpcUa_StatusCode why)
 
 void QlumDaView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasFormat(nodesFormat))
+    if (QlumVariableIntake::canTake(event->mimeData()))
         event->acceptProposedAction();
 }
 
 void QlumDaView::dropEvent(QDropEvent* event)
 {
-    unsigned int serverId = qlumNoServer, count = 0;
-    UaNodeId* ids = nullptr;
-    if (!m_application.nodeIdsFromMimeData(event->mimeData(), &serverId, &count, &ids)) {
-        tell({QlumMessage::Error,
-              dropTopic,
-              tr("What was dropped cannot be read."),
-              tr("It does not come from an address space of this program, or it is damaged."),
-              {},
-              {}});
-        return;
-    }
-    const std::unique_ptr<UaNodeId[]> owned(ids);
-    if (m_application.serverName(serverId).isEmpty() &&
-        !m_application.projectServerIds().contains(serverId)) {
-        tell({QlumMessage::Error,
-              dropTopic,
-              tr("What was dropped belongs to no server of this project."),
-              tr("Nodes of another window of the program have to be looked for here first."),
-              {},
-              {}});
-        return;
-    }
-    event->acceptProposedAction();
-    QlumToolNodes nodes;
-    for (unsigned int i = 0; i < count; ++i)
-        nodes.push_back({serverId, ids[i], OpcUa_NodeClass_Unspecified, {}, {}});
-    addNodes(nodes);
+    m_intake->takeDrop(m_application, event);
 }
 
 void QlumDaView::addNodes(std::span<const QlumToolNode> nodes)
 {
-    dismiss(dropTopic);
     dismiss(thereTopic);
-    std::map<unsigned int, QlumToolNodes> byServer;
-    for (const QlumToolNode& node : nodes)
-        byServer[node.serverId].push_back(node);
-    for (const auto& [serverId, ofServer] : byServer)
-        addNodesOf(serverId, ofServer);
-}
-
-// Whether a node is a variable has to be asked where nobody has said so. Without a connection that waits: the
-// row says then what the server makes of it.
-void QlumDaView::addNodesOf(unsigned int serverId, const QlumToolNodes& nodes)
-{
-    const std::shared_ptr<QlumSessionServices> services = m_services(serverId);
-    const bool areVariables = std::all_of(nodes.begin(), nodes.end(), [](const QlumToolNode& node) {
-        return node.nodeClass == OpcUa_NodeClass_Variable;
-    });
-    if (areVariables || !services || !services->isConnected()) {
-        addVariables(serverId, nodes);
-        return;
-    }
-    const auto work = [this, serverId, services, nodes](QlumJob& job) {
-        UaReadValueIds ids(static_cast<OpcUa_UInt32>(nodes.size()) * 2);
-        for (OpcUa_UInt32 i = 0; i < ids.length(); ++i) {
-            static_cast<void>(nodes[i / 2].nodeId.copyTo(&ids[i].NodeId)); // else null, which is refused
-            ids[i].AttributeId = i % 2 == 0 ? OpcUa_Attributes_NodeClass : OpcUa_Attributes_DisplayName;
-        }
-        UaClientSdk::ServiceSettings settings = job.serviceSettings();
-        UaDataValues values;
-        const UaStatus status = services->read(settings, 0, OpcUa_TimestampsToReturn_Neither, ids, values);
-        QlumToolNodes variables, branches;
-        for (OpcUa_UInt32 i = 0; i < nodes.size(); ++i) {
-            QlumToolNode node = nodes[i];
-            const bool isKnown = status.isGood() && values.length() == ids.length();
-            if (isKnown && node.name.isEmpty())
-                node.name = toQString(UaVariant(values[i * 2 + 1].Value).toLocalizedText().text());
-            const bool isBranch = isKnown && OpcUa_IsGood(values[i * 2].StatusCode) &&
-                                  UaVariant(values[i * 2].Value).toInt32() !=
-                                      static_cast<OpcUa_Int32>(OpcUa_NodeClass_Variable);
-            (isBranch ? branches : variables).push_back(node);
-        }
-        job.post([this, serverId, variables, branches] {
-            addVariables(serverId, variables);
-            if (!branches.empty())
-                countBranches(serverId, branches);
-        });
-    };
-    m_pool->add({tr("Looking at what was dropped"), serverId}, work);
+    m_intake->take(nodes);
 }
 
 // A node that has a row already gets no second one by accident; who wants it says so.
@@ -184,62 +110,6 @@ void QlumDaView::tellThere(const std::vector<QlumDataItem>& again)
               dismiss(thereTopic);
               addItems(again);
           }});
-}
-
-void QlumDaView::countBranches(unsigned int serverId, const QlumToolNodes& roots)
-{
-    const std::shared_ptr<QlumSessionServices> services = m_services(serverId);
-    if (!services)
-        return;
-    std::vector<UaNodeId> ids;
-    for (const QlumToolNode& root : roots)
-        ids.push_back(root.nodeId);
-    const QString name =
-        !roots.front().name.isEmpty() ? roots.front().name : toQString(roots.front().nodeId.toXmlString());
-    const auto limit = static_cast<std::size_t>(std::max(1, QlumDaSettings::branchLimit.value()));
-    const auto work = [this, serverId, services, ids, name, limit](QlumJob& job) {
-        QlumDaBranch::Result found = QlumDaBranch(*services, job, limit).find(ids);
-        job.post([this, serverId, name, found = std::move(found)] { askAboutBranch(serverId, name, found); });
-    };
-    m_pool->add({tr("Counting the variables below %1").arg(name), serverId}, work);
-}
-
-void QlumDaView::askAboutBranch(unsigned int serverId, const QString& name, const QlumDaBranch::Result& found)
-{
-    if (found.variables.empty()) {
-        tell({found.status.isBad() ? QlumMessage::Error : QlumMessage::Note,
-              dropTopic,
-              tr("No variables were found below \"%1\".").arg(name),
-              found.status.isBad() ? qlumResultInWords(found.status)
-                                   : tr("There are objects, methods or properties only."),
-              {},
-              {}});
-        return;
-    }
-    auto* box = new QMessageBox(
-        QMessageBox::Question, tr("Add a Branch"),
-        tr("Below \"%1\" are %n variable(s).", nullptr, static_cast<int>(found.variables.size())).arg(name),
-        QMessageBox::Yes | QMessageBox::Cancel, this);
-    QString more = tr("Shall they all be added to this view?");
-    if (found.isCut)
-        more = tr("There may be more: looking ended there.") + QLatin1Char(' ') + more;
-    if (found.status.isBad())
-        more = tr("Looking ended early (%1).").arg(qlumResultInWords(found.status)) + QLatin1Char(' ') + more;
-    box->setObjectName(QStringLiteral("addBranch"));
-    box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(more);
-    box->button(QMessageBox::Yes)->setText(tr("&Add"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::finished, this, [this, serverId, variables = found.variables](int answer) {
-        if (answer != QMessageBox::Yes)
-            return;
-        QlumToolNodes nodes;
-        nodes.reserve(variables.size());
-        for (const QlumDaBranch::Variable& one : variables)
-            nodes.push_back({serverId, one.nodeId, OpcUa_NodeClass_Variable, {}, one.name});
-        addVariables(serverId, nodes);
-    });
-    box->open();
 }
 
 std::vector<quint32> QlumDaView::addItems(std::vector<QlumDataItem> items)
@@ -315,20 +185,26 @@ void QlumDaView::describe(unsigned int serverId, const std::vector<quint32>& key
     if (questions.empty())
         return;
     const bool readsUnits = QlumDaSettings::readUnits.value();
-    const auto work = [this, serverId, services, questions = std::move(questions), readsUnits](QlumJob& job) {
+    const int typesLoaded = m_typesLoaded.value(serverId);
+    const auto work = [this, serverId, services, questions = std::move(questions), readsUnits,
+                       typesLoaded](QlumJob& job) {
         QlumDaDescriber describer(services, job, readsUnits);
-        static_cast<void>(describer.describe(questions, [this, serverId,
-                                                         &job](QlumDaDescriber::Portion portion) {
-            job.post([this, serverId, portion = std::move(portion)] { takeDescriptions(serverId, portion); });
+        static_cast<void>(describer.describe(questions, [&](QlumDaDescriber::Portion portion) {
+            job.post([this, serverId, typesLoaded, portion = std::move(portion)] {
+                takeDescriptions(serverId, portion, typesLoaded);
+            });
         })); // rows show what is known, and their status tells of the connection
     };
     m_pool->add({tr("Reading names and types of variables"), serverId}, work);
 }
 
-void QlumDaView::takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion)
+// What was read before definitions came must not take the place of what was read with them.
+void QlumDaView::takeDescriptions(unsigned int serverId, const QlumDaDescriber::Portion& portion,
+                                  int typesLoaded)
 {
     for (const auto& [type, context] : portion.types)
-        m_model->setTypeContext(serverId, type, context);
+        if (typesLoaded == m_typesLoaded.value(serverId) || !m_model->hasTypeContext(serverId, type))
+            m_model->setTypeContext(serverId, type, context);
     std::unordered_map<quint32, const QlumDaDescription*> byKey;
     for (const QlumDaDescription& row : portion.rows)
         byKey.emplace(row.key, &row);
@@ -401,6 +277,21 @@ void QlumDaView::sessionStatusChanged(unsigned int serverId, QlumConnectionStatu
     showVerdict();
     for (const auto& part : m_parts)
         part->statusChanged(serverId, status);
+}
+
+// Definitions come beside the connection, so that rows may have been described without them.
+void QlumDaView::dataTypesLoaded(unsigned int serverId)
+{
+    const auto needsDefinition = [](const UaNodeId& type) {
+        return type.namespaceIndex() != 0 || !type.isNumeric() ||
+               type.identifierNumeric() >= static_cast<OpcUa_UInt32>(OpcUaType_ExtensionObject);
+    };
+    std::vector<quint32> keys;
+    for (const QlumDataItem& item : m_model->rows())
+        if (item.serverId == serverId && (item.dataType.isNull() || needsDefinition(item.dataType)))
+            keys.push_back(item.key);
+    ++m_typesLoaded[serverId];
+    describe(serverId, keys);
 }
 
 void QlumDaView::sessionRemoved(unsigned int serverId)

@@ -35,24 +35,47 @@
 
 // ---- values
 
-// Values are painted where they can be seen, all of them at once.
+// Values are painted where they can be seen, all of them at once, and nothing beside them.
 void QlumDaView::paintValues(const std::vector<quint32>& keys)
 {
     m_heading->touch();
     if (!isVisible())
         return;
+    if (keys.empty()) {
+        m_table->viewport()->update();
+        return;
+    }
     const int first = std::max(0, m_table->rowAt(0));
     const int below = m_table->rowAt(m_table->viewport()->height() - 1);
     const int last = below < 0 ? m_filter->rowCount() - 1 : below;
-    std::vector<quint32> seen;
+    std::vector<std::pair<quint32, int>> seen;
     for (int row = first; row <= last; ++row)
-        seen.push_back(m_filter->index(row, 0).data(QlumDaModel::KeyRole).toUInt());
+        seen.emplace_back(m_filter->index(row, 0).data(QlumDaModel::KeyRole).toUInt(), row);
     std::sort(seen.begin(), seen.end());
-    const bool isSeen = keys.empty() || std::any_of(keys.begin(), keys.end(), [&seen](quint32 key) {
-                            return std::binary_search(seen.begin(), seen.end(), key);
-                        });
-    if (isSeen)
-        m_table->viewport()->update();
+    int top = last + 1, bottom = -1;
+    for (const quint32 key : keys) {
+        const auto place = std::lower_bound(seen.begin(), seen.end(), std::pair(key, 0));
+        if (place == seen.end() || place->first != key)
+            continue;
+        top = std::min(top, place->second);
+        bottom = std::max(bottom, place->second);
+    }
+    if (bottom >= 0)
+        paintRows(top, bottom);
+}
+
+// What comes with values; the other columns stay as they are.
+void QlumDaView::paintRows(int top, int bottom)
+{
+    using Model = QlumDaModel;
+    const int y = m_table->rowViewportPosition(top);
+    const int end = m_table->rowViewportPosition(bottom) + m_table->rowHeight(bottom);
+    for (const int column :
+         {Model::Value, Model::SourceTime, Model::ServerTime, Model::Received, Model::Status, Model::Verdict,
+          Model::Changes, Model::Minimum, Model::Maximum, Model::SamplingRevised, Model::Queue, Model::Age})
+        if (!m_table->isColumnHidden(column))
+            m_table->viewport()->update(m_table->columnViewportPosition(column), y,
+                                        m_table->columnWidth(column), end - y);
 }
 
 void QlumDaView::showEvent(QShowEvent* event)
@@ -90,13 +113,11 @@ void QlumDaView::showEachSecond()
 void QlumDaView::showTraffic()
 {
     const QlumDaWatch::Traffic traffic = m_watch->takeTraffic();
+    const QlumDaModel::Summary summary = m_model->summary();
     quint64 notifications = 0;
-    OpcUa_UInt32 waiting = 0;
-    for (const unsigned int id : m_model->serverIds())
+    for (const unsigned int id : summary.servers)
         for (const monitoring::SubscriptionInfo& one : m_watch->subscriptions(id))
             notifications += one.notifications;
-    for (const QlumDataItem& item : m_model->rows())
-        waiting += item.state == QlumDataState::Waiting ? 1 : 0;
     const quint64 came =
         notifications - std::min(notifications, std::exchange(m_notifications, notifications));
     const QLocale locale;
@@ -105,14 +126,14 @@ void QlumDaView::showTraffic()
         tr("%1 values/s in %2 notifications/s").arg(locale.toString(traffic.values), locale.toString(came))};
     if (traffic.merged > 0)
         parts.append(tr("%1 of them replaced before they were shown").arg(locale.toString(traffic.merged)));
-    if (waiting > 0)
-        parts.append(tr("%1 waiting for their turn").arg(locale.toString(waiting)));
-    for (const unsigned int id : m_model->serverIds())
+    parts.append(tr("queue: %1 rows, %2 calls")
+                     .arg(locale.toString(summary.waiting), locale.toString(m_pool->pending())));
+    for (const unsigned int id : summary.servers)
         if (m_roundTrips.contains(id))
             parts.append(tr("round trip to %1: %2 ms")
                              .arg(serverName(id), locale.toString(m_roundTrips.value(id), 'f', 1)));
-    if (const OpcUa_DateTime oldest = m_model->oldestValue(); oldest != 0)
-        parts.append(tr("oldest value: %1").arg(qlumDaSpan(m_model->now() - oldest)));
+    if (summary.oldest != 0)
+        parts.append(tr("oldest value: %1").arg(qlumDaSpan(m_model->now() - summary.oldest)));
     m_traffic->setText(parts.join(QStringLiteral("  |  ")));
 }
 

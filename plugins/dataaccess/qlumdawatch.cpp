@@ -6,10 +6,8 @@
 #include <monitoring/monitoredserver.h>
 #include <plugins/dataaccess/qlumdamodel.h>
 #include <uabase/values/uaarrays.h>
-#include <uabase/values/uadatachangefilter.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uadatetime.h>
-#include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
 
@@ -29,42 +27,10 @@
 namespace {
 
 constexpr std::size_t portion = 5000; // rows that are asked for before the event loop runs again
-constexpr double ticksOfMillisecond = 1e4;
+constexpr double ticksInMillisecond = 1e4;
 constexpr int leastReadInterval = 50;
 
-UaExtensionObject filterOf(const QlumDataSettings& settings)
-{
-    const bool isUsual =
-        settings.trigger == QlumDataTrigger::StatusValue && settings.deadband == QlumDeadband::None;
-    UaExtensionObject filter;
-    if (isUsual)
-        return filter;
-    const UaDataChangeFilter wanted(static_cast<OpcUa_DataChangeTrigger>(settings.trigger),
-                                    static_cast<OpcUa_DeadbandType>(settings.deadband),
-                                    settings.deadband == QlumDeadband::None ? 0 : settings.deadbandValue);
-    OpcUa_ExtensionObject raw;
-    OpcUa_ExtensionObject_Initialize(&raw);
-    if (OpcUa_IsGood(wanted.copyTo(&raw)))
-        filter.attach(&raw);
-    return filter;
-}
-
 } // namespace
-
-monitoring::ItemSettings qlumMonitoringSettings(const QlumDataSettings& settings)
-{
-    monitoring::ItemSettings result;
-    result.subscription.publishingInterval = settings.publishingInterval;
-    result.subscription.lifetimeCount = settings.lifetimeCount;
-    result.subscription.priority = settings.priority;
-    result.samplingInterval = settings.samplingInterval;
-    result.queueSize = settings.queueSize;
-    result.discardOldest = settings.discardOldest;
-    result.mode = settings.mode;
-    result.timestamps = settings.timestamps;
-    result.filter = filterOf(settings);
-    return result;
-}
 
 QlumDaWatch::QlumDaWatch(QlumDaModel& model, QlumMonitoringProvider monitoring,
                          QlumSessionServicesProvider services, QlumJobPool& pool, QObject* parent)
@@ -293,7 +259,7 @@ void QlumDaWatch::readNow()
         const QlumDataItem* item = m_model.find(key);
         if (item == nullptr || m_isReading[item->serverId])
             continue;
-        const double passed = static_cast<double>(now - when) / ticksOfMillisecond;
+        const double passed = static_cast<double>(now - when) / ticksInMillisecond;
         if (passed < m_model.settingsOf(*item).readInterval - leastReadInterval)
             continue;
         when = now;

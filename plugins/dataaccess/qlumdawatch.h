@@ -94,6 +94,3 @@ private:
     std::map<unsigned int, bool> m_isReading;
     Traffic m_traffic;
 };
-
-/// The settings as monitoring has them.
-[[nodiscard]] monitoring::ItemSettings qlumMonitoringSettings(const QlumDataSettings& settings);

@@ -339,7 +339,8 @@ QVariant QlumAlarmModel::cell(const QlumEvent& event, int column, int role) cons
     if (role == sortRole)
         return column == Time ? QVariant(event.time()) : display(event, column);
     if (role == Qt::ToolTipRole) {
-        const QString text = qlumCutText(display(event, column).toString(), toolTipLength);
+        const QString shown = column == Time ? event.timeInFull() : display(event, column).toString();
+        const QString text = qlumCutText(shown, toolTipLength);
         const QString note = look(event, column, Qt::AccessibleDescriptionRole).toString();
         return qlumPlainToolTip(note.isEmpty() ? text : tr("%1 (%2)").arg(text, note));
     }

@@ -132,6 +132,11 @@ QDateTime QlumEvent::time() const
                                                                   : QDateTime();
 }
 
+QString QlumEvent::timeInFull() const
+{
+    return time().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
+}
+
 UaNodeId QlumEvent::nodeId(QlumField field) const
 {
     const UaVariant& value = fields.value(field);

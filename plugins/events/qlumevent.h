@@ -116,6 +116,8 @@ struct QlumEvent
     [[nodiscard]] QString text(const QString& fieldName) const;
     /// Invalid where there is none.
     [[nodiscard]] QDateTime time() const;
+    /// With the year in all its digits, for tool tips; empty where there is none.
+    [[nodiscard]] QString timeInFull() const;
     /// Null for other types than a node id.
     [[nodiscard]] UaNodeId nodeId(QlumField field) const;
     /// Whether the field is there, a boolean, and that.

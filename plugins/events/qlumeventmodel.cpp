@@ -163,6 +163,8 @@ QVariant QlumEventModel::cell(const QlumEvent& event, int column, int role) cons
         return event.isRefreshed;
     if (role == sortRole)
         return column == Time ? QVariant(event.time()) : display(event, column);
+    if (role == Qt::ToolTipRole && column == Time)
+        return qlumPlainToolTip(event.timeInFull());
     if (role == Qt::ToolTipRole)
         return qlumPlainToolTip(qlumCutText(cell(event, column, Qt::DisplayRole).toString(), toolTipLength));
     if (isOverflow)

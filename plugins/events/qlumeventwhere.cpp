@@ -3,9 +3,13 @@
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
+#include <uabase/values/uadatetime.h>
+#include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastring.h>
+#include <uawidgets/editors/qlumvaluetext.h>
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QRegularExpression>
 
@@ -22,7 +26,7 @@ class WhereTexts
 
 constexpr int maximumConditions = 100;
 
-// What the user has written, as the type that he most likely means.
+// Of a project whose conditions were texts: what the user most likely meant.
 UaVariant literalOf(const QString& text)
 {
     bool isNumber = false;
@@ -81,20 +85,17 @@ ElementPointer leafOf(const QlumEventCondition& condition, int row)
         break;
     case QlumEventCondition::Severity:
         element->filterOperator = OpcUa_FilterOperator_GreaterThanOrEqual;
-        element->operands = {
-            fieldOperand("Severity"),
-            UaFilterOperand::literal(UaVariant(static_cast<OpcUa_UInt16>(condition.value.toUShort())))};
+        element->operands = {fieldOperand("Severity"), UaFilterOperand::literal(condition.value)};
         break;
     case QlumEventCondition::Source:
         element->filterOperator = OpcUa_FilterOperator_Equals;
-        element->operands = {fieldOperand("SourceName"),
-                             UaFilterOperand::literal(UaVariant(toUaString(condition.value)))};
+        element->operands = {fieldOperand("SourceName"), UaFilterOperand::literal(condition.value)};
         break;
     case QlumEventCondition::Field:
         element->filterOperator = condition.filterOperator;
         element->operands = {fieldOperand(condition.field)};
         if (condition.filterOperator != OpcUa_FilterOperator_IsNull)
-            element->operands.push_back(UaFilterOperand::literal(literalOf(condition.value)));
+            element->operands.push_back(UaFilterOperand::literal(condition.value));
         break;
     }
     if (!condition.isNegated)
@@ -171,15 +172,23 @@ private:
 
 // ---- on our own
 
+QString plainText(const UaVariant& value)
+{
+    return toQString(value.type() == OpcUaType_LocalizedText ? value.toLocalizedText().text()
+                                                             : value.toString());
+}
+
 int compare(const UaVariant& left, const UaVariant& right)
 {
+    if (left.type() == OpcUaType_DateTime && right.type() == OpcUaType_DateTime)
+        return left.toDateTime() < right.toDateTime() ? -1 : left.toDateTime() == right.toDateTime() ? 0 : 1;
     bool isLeft = false;
     bool isRight = false;
     const double a = left.toDouble(&isLeft);
     const double b = right.toDouble(&isRight);
     if (isLeft && isRight)
         return a < b ? -1 : a > b ? 1 : 0;
-    return toQString(left.toString()).compare(toQString(right.toString()));
+    return plainText(left).compare(plainText(right));
 }
 
 // "%" for any text, "_" for any character, as the standard has it.
@@ -202,8 +211,8 @@ bool isMetBy(const UaVariant& field, const QlumEventCondition& condition)
     if (field.isNull())
         return false;
     if (condition.filterOperator == OpcUa_FilterOperator_Like)
-        return isLike(toQString(field.toString()), condition.value);
-    const int order = compare(field, literalOf(condition.value));
+        return isLike(plainText(field), plainText(condition.value));
+    const int order = compare(field, condition.value);
     switch (condition.filterOperator) {
     case OpcUa_FilterOperator_GreaterThan:
         return order > 0;
@@ -227,10 +236,10 @@ bool meetsOne(const QlumEvent& event, const QlumEventCondition& condition,
         isMet = event.eventType() == condition.type || derives(event.eventType(), condition.type);
         break;
     case QlumEventCondition::Severity:
-        isMet = event.severity() >= condition.value.toInt();
+        isMet = event.severity() >= condition.value.toInt32();
         break;
     case QlumEventCondition::Source:
-        isMet = toQString(event.fields.value(QlumField::SourceName).toString()) == condition.value;
+        isMet = plainText(event.fields.value(QlumField::SourceName)) == plainText(condition.value);
         break;
     case QlumEventCondition::Field:
         isMet = isMetBy(event.fields.value(condition.field.fieldName()), condition);
@@ -275,10 +284,10 @@ QString qlumConditionText(const QlumEventCondition& condition,
         text = WhereTexts::tr("of type %1").arg(typeName(condition.type));
         break;
     case QlumEventCondition::Severity:
-        text = QStringLiteral("Severity >= %1").arg(condition.value);
+        text = QStringLiteral("Severity >= %1").arg(qlumEditText(condition.value));
         break;
     case QlumEventCondition::Source:
-        text = QStringLiteral("SourceName = \"%1\"").arg(condition.value);
+        text = QStringLiteral("SourceName = \"%1\"").arg(qlumEditText(condition.value));
         break;
     case QlumEventCondition::Field: {
         const auto& operators = qlumFieldOperators();
@@ -289,7 +298,7 @@ QString qlumConditionText(const QlumEventCondition& condition,
         text = condition.field.fieldName() + QLatin1Char(' ') +
                QLatin1String(found != operators.end() ? found->text : "?");
         if (condition.filterOperator != OpcUa_FilterOperator_IsNull)
-            text += QLatin1Char(' ') + condition.value;
+            text += QLatin1Char(' ') + qlumEditText(condition.value);
         break;
     }
     }
@@ -329,14 +338,38 @@ bool qlumMeets(const QlumEvent& event, const QlumEventConditions& conditions,
 
 // ---- project
 
+namespace {
+// Lines of before have no type of the value.
+UaVariant readValue(const QlumEventCondition& condition, const QStringList& parts)
+{
+    constexpr int valuePart = 6, typePart = 9;
+    UaVariant value;
+    if (parts.size() > typePart) {
+        const QString text =
+            QString::fromUtf8(QByteArray::fromPercentEncoding(parts.at(valuePart).toLatin1()));
+        static_cast<void>(
+            qlumFromEditText(text, static_cast<OpcUa_BuiltInType>(parts.at(typePart).toInt()), value));
+        return value;
+    }
+    if (condition.kind == QlumEventCondition::Field)
+        return condition.filterOperator == OpcUa_FilterOperator_Like
+                   ? UaVariant(toUaString(parts.at(valuePart)))
+                   : literalOf(parts.at(valuePart));
+    if (condition.kind == QlumEventCondition::Source)
+        return UaVariant(toUaString(parts.at(valuePart)));
+    return UaVariant(static_cast<OpcUa_UInt16>(parts.at(valuePart).toUShort()));
+}
+} // namespace
+
 QStringList qlumStoredConditions(const QlumEventConditions& conditions)
 {
     QStringList lines;
     for (const QlumEventCondition& one : conditions)
-        lines.append(QStringList{QString::number(one.isOr), QString::number(one.isNegated),
-                                 QString::number(one.kind), QString::number(one.filterOperator),
-                                 toQString(one.type.toXmlString()), one.field.toString(), one.value,
-                                 QString::number(one.opens), QString::number(one.closes)}
+        lines.append(QStringList{
+            QString::number(one.isOr), QString::number(one.isNegated), QString::number(one.kind),
+            QString::number(one.filterOperator), toQString(one.type.toXmlString()), one.field.toString(),
+            QString::fromLatin1(qlumEditText(one.value).toUtf8().toPercentEncoding()),
+            QString::number(one.opens), QString::number(one.closes), QString::number(one.value.type())}
                          .join(QLatin1Char('\t')));
     return lines;
 }
@@ -364,7 +397,7 @@ QlumEventConditions qlumReadConditions(const QStringList& lines)
         one.filterOperator = wanted;
         one.type = UaNodeId::fromString(parts.at(4).toStdString());
         one.field = BrowsePathList::fromString(parts.at(5));
-        one.value = parts.at(6);
+        one.value = readValue(one, parts);
         one.opens = std::clamp(parts.value(partsWithoutBrackets).toInt(), 0, qlumMostBrackets);
         one.closes = std::clamp(parts.value(partsWithoutBrackets + 1).toInt(), 0, qlumMostBrackets);
         conditions.push_back(std::move(one));
@@ -378,6 +411,11 @@ void qlumRemap(QlumEventConditions& conditions, const monitoring::NamespaceMap& 
         conditions,
         [&](QlumEventCondition& one) {
             bool isThere = monitoring::remapNodeId(one.type, namespaces);
+            if (one.value.type() == OpcUaType_NodeId) {
+                UaNodeId id = one.value.toNodeId();
+                isThere = monitoring::remapNodeId(id, namespaces) && isThere;
+                one.value = UaVariant(id);
+            }
             for (UaQualifiedName& name : one.field.names()) {
                 OpcUa_UInt16 index = name.namespaceIndex();
                 isThere = monitoring::remapIndex(index, namespaces) && isThere;

@@ -33,7 +33,7 @@ struct QlumEventCondition
     UaNodeId type;                                                     ///< of OfType
     BrowsePathList field;                                              ///< of Field
     OpcUa_FilterOperator filterOperator = OpcUa_FilterOperator_Equals; ///< of Field
-    QString value;                                                     ///< of the others
+    UaVariant value;                                                   ///< of the others
     int opens = 0;                                                     ///< brackets before it
     int closes = 0;                                                    ///< brackets behind it
 

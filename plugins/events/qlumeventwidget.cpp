@@ -380,6 +380,11 @@ QTreeView* QlumEventWidget::makeTable(const char* name, const QString& title, Ql
     view->header()->setSortIndicator(-1, Qt::AscendingOrder);
     view->setSortingEnabled(true);
     view->header()->setSectionsMovable(true);
+    // what has happened is read first: types and names of conditions, and their messages
+    const int character = view->fontMetrics().averageCharWidth();
+    constexpr int names = 22, messages = 30;
+    view->header()->resizeSection(0, names * character);
+    view->header()->resizeSection(1, messages * character);
     qlumMakeTable(view, {emptyText, title.toLower(), &m_state, QLatin1String(name)});
     connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &QlumEventWidget::sltEventSelected);

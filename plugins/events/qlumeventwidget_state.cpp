@@ -157,7 +157,7 @@ void QlumEventWidget::sltTypesChanged(unsigned int serverId)
         if (const QlumEventNodeMonitored* const node = m_items->node(key))
             names += QlumFieldNames::of(node->selectClauses)->names();
     names.removeDuplicates();
-    m_where->setOffer(m_types.tree(serverId), names);
+    m_where->setOffer(serverId, m_types.tree(serverId), names);
     const bool isReading = m_types.isReading(serverId);
     m_fieldState->setText(
         tr("The event types of %1 are being read...").arg(m_application.serverName(serverId)));
@@ -206,7 +206,12 @@ void QlumEventWidget::sltFilterAnswered(const QlumFilterAnswer& answer)
     const QlumEventNodeMonitored* const node = m_items->node(answer.key);
     if (!node || node->where.empty() || node->isFilteredHere)
         return;
-    const std::vector<QlumElementResult> results = qlumWhereResults(answer.result);
+    std::vector<QlumElementResult> results = qlumWhereResults(answer.result);
+    if (results.empty() && OpcUa_IsGood(answer.status)) { // a server need not tell of what is right
+        std::vector<int> elements;
+        static_cast<void>(qlumWhereClause(node->where, &elements));
+        results.resize(elements.size());
+    }
     const std::vector<unsigned int> keys = selectedKeys();
     if (!keys.empty() && keys.front() == answer.key)
         m_where->setResults(results);

@@ -4,13 +4,19 @@
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_identifiers.h>
+#include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
+#include <uawidgets/editors/qlumcontextreader.h>
+#include <uawidgets/editors/qlumvaluecontext.h>
+#include <uawidgets/editors/qlumvalueeditor.h>
+#include <uawidgets/editors/qlumvaluetext.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/table/qlumstatuslook.h>
 #include <uawidgets/table/qlumtable.h>
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDateTime>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -18,6 +24,7 @@
 #include <QLineEdit>
 #include <QModelIndex>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -28,6 +35,29 @@
 
 namespace {
 const UaNodeId baseEventType(OpcUaId_BaseEventType);
+
+// What the standard says of fields; of others the user does.
+OpcUa_BuiltInType typeOfField(const QString& name)
+{
+    static const std::map<QString, OpcUa_BuiltInType> known{
+        {QStringLiteral("BranchId"), OpcUaType_NodeId},
+        {QStringLiteral("ConditionClassId"), OpcUaType_NodeId},
+        {QStringLiteral("ConditionId"), OpcUaType_NodeId},
+        {QStringLiteral("EventId"), OpcUaType_ByteString},
+        {QStringLiteral("EventType"), OpcUaType_NodeId},
+        {QStringLiteral("LastSeverity"), OpcUaType_UInt16},
+        {QStringLiteral("Quality"), OpcUaType_StatusCode},
+        {QStringLiteral("Retain"), OpcUaType_Boolean},
+        {QStringLiteral("Severity"), OpcUaType_UInt16},
+        {QStringLiteral("SourceNode"), OpcUaType_NodeId}};
+    if (const auto found = known.find(name); found != known.end())
+        return found->second;
+    if (name.endsWith(QLatin1String("CurrentState/Id")))
+        return OpcUaType_NodeId;
+    if (name.endsWith(QLatin1String("State/Id")))
+        return OpcUaType_Boolean;
+    return name.endsWith(QLatin1String("Time")) ? OpcUaType_DateTime : OpcUaType_String;
+}
 } // namespace
 
 // ---- rows
@@ -105,7 +135,8 @@ QlumWherePage::QlumWherePage(QWidget* parent)
       m_opens(makeCombo("whereOpens", tr("Brackets that open before it"))),
       m_not(new QCheckBox(tr("&not"), this)), m_kind(makeCombo("whereKind", tr("What is looked at"))),
       m_type(makeCombo("whereType", tr("Event type"))), m_field(makeCombo("whereField", tr("Field"))),
-      m_operator(makeCombo("whereOperator", tr("Operator"))), m_value(new QLineEdit(this)),
+      m_operator(makeCombo("whereOperator", tr("Operator"))),
+      m_valueType(makeCombo("whereValueType", tr("Type of the value"))), m_valueRow(new QHBoxLayout),
       m_closes(makeCombo("whereCloses", tr("Brackets that close behind it"))),
       m_add(new QPushButton(tr("A&dd"), this)), m_remove(new QPushButton(tr("Re&move"), this))
 {
@@ -136,31 +167,38 @@ QlumWherePage::QlumWherePage(QWidget* parent)
         m_operator->addItem(QLatin1String(one.text), static_cast<int>(one.filterOperator));
     qlumDescribeField(m_not,
                       {QStringLiteral("whereNot"), tr("not"), {}, tr("The condition must not be met")});
-    qlumDescribeField(m_value, {QStringLiteral("whereValue"), tr("Value"), {}, {}});
-    m_value->setPlaceholderText(tr("Value"));
+    for (const OpcUa_BuiltInType type : qlumAllowedTypes({}))
+        if (qlumIsTextEditable(type))
+            m_valueType->addItem(qlumBuiltinTypeName(type), type);
     m_add->setObjectName(QStringLiteral("addCondition"));
     m_remove->setObjectName(QStringLiteral("removeCondition"));
     auto* first = new QHBoxLayout;
-    for (QWidget* const widget :
-         std::initializer_list<QWidget*>{m_join, m_opens, m_not, m_kind, m_type, m_field})
+    for (QWidget* const widget : std::initializer_list<QWidget*>{m_join, m_opens, m_not, m_kind})
         first->addWidget(widget);
-    auto* second = new QHBoxLayout;
-    for (QWidget* const widget :
-         std::initializer_list<QWidget*>{m_operator, m_value, m_closes, m_add, m_remove})
+    auto* second = new QHBoxLayout; // narrow rows, since the log stands beside them
+    for (QWidget* const widget : std::initializer_list<QWidget*>{m_type, m_field, m_operator})
         second->addWidget(widget);
+    m_valueRow->addWidget(m_valueType);
+    auto* third = new QHBoxLayout;
+    third->addWidget(m_closes);
+    third->addStretch(1);
+    third->addWidget(m_add);
+    third->addWidget(m_remove);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(2, 2, 2, 2);
     layout->addWidget(m_note);
     layout->addWidget(m_view, 1);
     layout->addLayout(first);
     layout->addLayout(second);
+    layout->addLayout(m_valueRow);
+    layout->addLayout(third);
     connect(m_kind, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &QlumWherePage::showKind);
     connect(m_operator, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &QlumWherePage::showKind);
     connect(m_add, &QPushButton::clicked, this, &QlumWherePage::sltAdd);
-    connect(m_value, &QLineEdit::textChanged, this, &QlumWherePage::showKind);
-    connect(m_value, &QLineEdit::returnPressed, this, &QlumWherePage::sltAdd);
+    connect(m_valueType, QOverload<int>::of(&QComboBox::activated), this, &QlumWherePage::showKind);
+    connect(m_field, &QComboBox::currentTextChanged, this, &QlumWherePage::suggestType);
     connect(m_remove, &QPushButton::clicked, this, &QlumWherePage::sltRemove);
-    setOffer(nullptr, {});
+    setOffer(qlumNoServer, nullptr, {});
     setConditions({}, false);
     showKind();
 }
@@ -174,8 +212,10 @@ QComboBox* QlumWherePage::makeCombo(const char* name, const QString& title)
     return combo;
 }
 
-void QlumWherePage::setOffer(const QlumEventTypes::Tree& types, const QStringList& fields)
+void QlumWherePage::setOffer(unsigned int serverId, const QlumEventTypes::Tree& types,
+                             const QStringList& fields)
 {
+    m_serverId = serverId;
     std::map<UaNodeId, QString> names{{baseEventType, QStringLiteral("BaseEventType")},
                                       {UaNodeId(OpcUaId_ConditionType), QStringLiteral("ConditionType")},
                                       {UaNodeId(OpcUaId_AuditEventType), QStringLiteral("AuditEventType")}};
@@ -194,9 +234,14 @@ void QlumWherePage::setOffer(const QlumEventTypes::Tree& types, const QStringLis
         m_type->addItem(name, toQString(id.toXmlString()));
     m_type->setCurrentText(type);
     const QString field = m_field->currentText();
-    m_field->clear();
-    m_field->addItems(fields);
-    m_field->setCurrentText(field);
+    {
+        const QSignalBlocker quiet(m_field); // the value that is being entered stays
+        m_field->clear();
+        m_field->addItems(fields);
+        m_field->setCurrentText(field);
+    }
+    if (m_field->currentText() != field)
+        suggestType();
     m_model->setTypeName([names](const UaNodeId& id) {
         const auto found = names.find(id);
         return found != names.end() ? found->second : toQString(id.toXmlString());
@@ -217,27 +262,93 @@ void QlumWherePage::showKind()
     m_type->setVisible(kind == QlumEventCondition::OfType);
     m_field->setVisible(kind == QlumEventCondition::Field);
     m_operator->setVisible(kind == QlumEventCondition::Field);
-    const bool takesValue = m_operator->currentData().toInt() != OpcUa_FilterOperator_IsNull;
-    m_value->setPlaceholderText(kind == QlumEventCondition::Severity ? tr("1 to 1000") : tr("Value"));
-    m_value->setVisible(kind != QlumEventCondition::OfType &&
-                        (kind != QlumEventCondition::Field || takesValue));
+    m_valueType->setVisible(kind == QlumEventCondition::Field && takesValue() && !isPattern());
+    showEditor();
+    m_value->setVisible(takesValue());
     m_add->setEnabled(isComplete());
 }
 
-// A condition without a value, or a severity that is no number, would be refused or mean something else.
-bool QlumWherePage::isComplete() const
+// ---- the value
+
+bool QlumWherePage::takesValue() const
 {
     const int kind = m_kind->currentIndex();
-    bool isNumber = false;
-    static_cast<void>(m_value->text().toUShort(&isNumber));
+    return kind != QlumEventCondition::OfType &&
+           (kind != QlumEventCondition::Field ||
+            m_operator->currentData().toInt() != OpcUa_FilterOperator_IsNull);
+}
+
+bool QlumWherePage::isPattern() const
+{
+    return m_operator->currentData().toInt() == OpcUa_FilterOperator_Like;
+}
+
+OpcUa_BuiltInType QlumWherePage::wantedType() const
+{
+    switch (m_kind->currentIndex()) {
+    case QlumEventCondition::Severity:
+        return OpcUaType_UInt16;
+    case QlumEventCondition::Field:
+        return isPattern() ? OpcUaType_String
+                           : static_cast<OpcUa_BuiltInType>(m_valueType->currentData().toInt());
+    default:
+        return OpcUaType_String;
+    }
+}
+
+void QlumWherePage::suggestType()
+{
+    m_valueType->setCurrentIndex(m_valueType->findData(typeOfField(m_field->currentText())));
+    showKind();
+}
+
+// What was entered stays while it is of the wanted type.
+void QlumWherePage::showEditor()
+{
+    const OpcUa_BuiltInType type = wantedType();
+    if (m_value && type == m_editedType)
+        return;
+    m_editedType = type;
+    delete m_value;
+    // a time is chosen from the present one on
+    m_initial = type == OpcUaType_DateTime
+                    ? UaVariant(UaDateTime(qlumUaDateTime(QDateTime::currentDateTimeUtc())))
+                    : UaVariant();
+    QlumValueContext context;
+    context.builtInType = type;
+    context.browseNode = [this](QWidget* parent, const UaNodeId& start) {
+        const auto choose = qlumNodeChoice(m_serverId);
+        return choose ? choose(parent, start) : UaNodeId();
+    };
+    m_value = qlumCreateValueEditor(m_initial, context, this);
+    qlumDescribeField(m_value, {QStringLiteral("whereValue"), tr("Value"), {}, {}});
+    m_valueRow->addWidget(m_value, 1);
+    qlumOnEdited(m_value, this, [this] { m_add->setEnabled(isComplete()); });
+    if (auto* const line = qobject_cast<QLineEdit*>(m_value)) {
+        line->setPlaceholderText(m_kind->currentIndex() == QlumEventCondition::Severity ? tr("1 to 1000")
+                                                                                        : tr("Value"));
+        connect(line, &QLineEdit::returnPressed, this, &QlumWherePage::sltAdd);
+    }
+}
+
+bool QlumWherePage::readValue(UaVariant& value) const
+{
+    if (!m_value || !qlumEditorFault(m_value).isEmpty())
+        return false;
+    value = m_initial;
+    return qlumValueFromEditor(m_value, value) || !value.isNull();
+}
+
+// A condition without a value would be refused or mean something else.
+bool QlumWherePage::isComplete() const
+{
+    UaVariant ignored;
+    const int kind = m_kind->currentIndex();
     if (kind == QlumEventCondition::OfType)
         return m_type->count() > 0;
-    if (kind == QlumEventCondition::Severity)
-        return isNumber;
     if (kind == QlumEventCondition::Field && m_field->count() == 0)
         return false;
-    return !m_value->text().isEmpty() || (kind == QlumEventCondition::Field &&
-                                          m_operator->currentData().toInt() == OpcUa_FilterOperator_IsNull);
+    return !takesValue() || readValue(ignored);
 }
 
 void QlumWherePage::sltAdd()
@@ -253,7 +364,8 @@ void QlumWherePage::sltAdd()
                           ? BrowsePathList()
                           : BrowsePathList::fromString(m_field->currentText() + QLatin1Char('/'));
     condition.filterOperator = static_cast<OpcUa_FilterOperator>(m_operator->currentData().toInt());
-    condition.value = m_value->text();
+    if (takesValue())
+        static_cast<void>(readValue(condition.value)); // it is complete
     condition.opens = m_opens->currentIndex();
     condition.closes = m_closes->currentIndex();
     m_model->add(condition);

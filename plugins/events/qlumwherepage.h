@@ -1,9 +1,11 @@
 #pragma once
+#include <app/api/qlumapplicationinterface.h>
 #include <opcua/opcua_builtintypes.h>
 #include <plugins/events/qlumeventfilter.h>
 #include <plugins/events/qlumeventtypes.h>
 #include <plugins/events/qlumeventwhere.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
 #include <uawidgets/models/qlumtablemodel.h>
 
 #include <QObject>
@@ -19,7 +21,7 @@
 class QCheckBox;
 class QComboBox;
 class QLabel;
-class QLineEdit;
+class QHBoxLayout;
 class QPushButton;
 class QTreeView;
 
@@ -61,8 +63,9 @@ class QlumWherePage : public QWidget
 public:
     explicit QlumWherePage(QWidget* parent = nullptr);
 
-    /// The types and fields that are offered; null types offer those that are known to everybody.
-    void setOffer(const QlumEventTypes::Tree& types, const QStringList& fields);
+    /// The types and fields that are offered, and the server whose nodes can be chosen; null types offer
+    /// those that are known to everybody.
+    void setOffer(unsigned int serverId, const QlumEventTypes::Tree& types, const QStringList& fields);
     /// What is shown; isHere: the conditions are looked at by this program, not by the server.
     void setConditions(const QlumEventConditions& conditions, bool isHere);
     void setResults(const std::vector<QlumElementResult>& results) { m_model->setResults(results); }
@@ -76,6 +79,12 @@ private:
     void sltAdd();
     void sltRemove();
     void showKind();
+    void showEditor();
+    void suggestType();
+    [[nodiscard]] OpcUa_BuiltInType wantedType() const;
+    [[nodiscard]] bool takesValue() const;
+    [[nodiscard]] bool isPattern() const;
+    [[nodiscard]] bool readValue(UaVariant& value) const;
     [[nodiscard]] bool isComplete() const;
     [[nodiscard]] QComboBox* makeCombo(const char* name, const QString& title);
 
@@ -89,7 +98,12 @@ private:
     QComboBox* m_type;
     QComboBox* m_field;
     QComboBox* m_operator;
-    QLineEdit* m_value;
+    QComboBox* m_valueType;
+    QHBoxLayout* m_valueRow;
+    QWidget* m_value = nullptr; ///< an editor for the wanted type
+    UaVariant m_initial;        ///< what it shows before the user has given one
+    OpcUa_BuiltInType m_editedType = OpcUaType_Null;
+    unsigned int m_serverId = qlumNoServer;
     QComboBox* m_closes;
     QPushButton* m_add;
     QPushButton* m_remove;

@@ -6,22 +6,12 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
-#include <uawidgets/editors/qlumvaluecontext.h>
+#include <uawidgets/editors/qlummethodarguments.h>
 
 #include <QDateTime>
 #include <QString>
 
 #include <vector>
-
-/// What is declared of one argument.
-struct QlumMethodArgument
-{
-    QString name;
-    QString description;      ///< may be empty
-    QString type;             ///< "Double", "Point[]"
-    QlumValueContext context; ///< for its editor
-};
-using QlumMethodArguments = std::vector<QlumMethodArgument>;
 
 /// An object that a method can be called on.
 struct QlumMethodOwner

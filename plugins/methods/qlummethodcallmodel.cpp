@@ -7,6 +7,7 @@
 #include <uabase/text/uavaluetext.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlummethodarguments.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
 #include <QLocale>

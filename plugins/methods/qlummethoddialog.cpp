@@ -6,7 +6,6 @@
 #include <app/api/qlumtext.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/methods/qlumargumentpanel.h>
 #include <plugins/methods/qlummethodcallmodel.h>
 #include <plugins/methods/qlummethodjob.h>
 #include <plugins/methods/qlummethodwords.h>
@@ -14,6 +13,7 @@
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumargumentpanel.h>
 #include <uawidgets/editors/qlumcontextreader.h>
 #include <uawidgets/editors/qlumdefaultvalue.h>
 #include <uawidgets/qlumformrow.h>

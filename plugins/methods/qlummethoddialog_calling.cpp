@@ -5,10 +5,10 @@
 #include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/methods/qlumargumentpanel.h>
 #include <plugins/methods/qlummethodcallmodel.h>
 #include <plugins/methods/qlummethodjob.h>
 #include <plugins/methods/qlummethodwords.h>
+#include <uawidgets/editors/qlumargumentpanel.h>
 #include <uawidgets/editors/qlumdefaultvalue.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/qlummessagebar.h>

@@ -16,6 +16,7 @@
 #include <uaclientsdk/browsecontext.h>
 #include <uaclientsdk/methodcall.h>
 #include <uawidgets/editors/qlumcontextreader.h>
+#include <uawidgets/editors/qlummethodarguments.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/editors/qlumvaluefacts.h>
 
@@ -107,61 +108,14 @@ std::vector<QlumMethodOwner> objectsOfType(QlumSessionServices& session, Setting
     return owners;
 }
 
-// ---- arguments
-
-QString rankText(OpcUa_Int32 rank)
-{
-    switch (rank) {
-    case -3:
-        return jobText(" or array");
-    case -2:
-        return jobText(" of any shape");
-    case -1:
-        return {};
-    case 0:
-        return jobText(" array");
-    default: {
-        constexpr OpcUa_Int32 mostShown = 10; // the number comes from the server
-        QString text;
-        for (OpcUa_Int32 i = 0; i < std::min(rank, mostShown); ++i)
-            text += QStringLiteral("[]");
-        return text;
-    }
-    }
-}
-
-QlumMethodArgument argumentOf(QlumContextReader& reader, const OpcUa_Argument& declared)
-{
-    QlumValueFacts facts;
-    facts.dataType = UaNodeId(declared.DataType);
-    facts.valueRank = declared.ValueRank;
-    facts.arrayDimensions = UaUInt32Array(declared.NoOfArrayDimensions, declared.ArrayDimensions);
-    QlumMethodArgument argument;
-    argument.name = toQString(UaString(declared.Name));
-    argument.description = toQString(UaLocalizedText(declared.Description).text());
-    argument.context = reader.of(facts);
-    const QString known = argument.context.typeName(facts.dataType);
-    const QString type = known.isEmpty() ? toQString(facts.dataType.toXmlString()) : known;
-    argument.type = type + rankText(declared.ValueRank);
-    return argument;
-}
-
-void readArguments(const std::shared_ptr<QlumSessionServices>& session, Settings settings,
+void readArguments(const std::shared_ptr<QlumSessionServices>& session, const Settings& settings,
                    const UaNodeId& methodId, QlumMethodInfo& info)
 {
-    UaArguments inputs;
-    UaArguments outputs;
-    const UaStatus status = session->getMethodArguments(settings, methodId, inputs, outputs);
+    const UaStatus status = qlumReadArguments(session, settings, methodId, info.inputs, info.outputs);
     if (status.isBad()) {
         const QString name = toQString(status.toString());
         info.argumentsFault = jobText("%1 (%2)").arg(qlumStatusWords(name), name);
-        return;
     }
-    QlumContextReader reader(session, settings);
-    for (const OpcUa_Argument& argument : inputs)
-        info.inputs.push_back(argumentOf(reader, argument));
-    for (const OpcUa_Argument& argument : outputs)
-        info.outputs.push_back(argumentOf(reader, argument));
 }
 } // namespace
 

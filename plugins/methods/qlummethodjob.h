@@ -4,6 +4,7 @@
 #include <plugins/methods/qlummethod.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uawidgets/editors/qlummethodarguments.h>
 
 #include <memory>
 

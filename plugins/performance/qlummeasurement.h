@@ -37,15 +37,16 @@ struct QlumMeasurementPlan
 {
     QlumMeasuredKind kind = QlumMeasuredKind::Read;
     unsigned int serverId = qlumNoServer;
-    std::vector<QlumToolNode> nodes = {}; ///< taken in turn until a call is full
-    std::vector<UaVariant> values = {};   ///< for Write: what stands in each node
-    quint32 nodesPerCall = 1;             ///< at least 1; of Call the number of calls in a request
-    quint32 calls = 1000;                 ///< 0: as many as the duration allows
-    quint32 seconds = 0;                  ///< 0: as long as the calls take
-    quint32 pause = 0;                    ///< ms between the calls of one lane
-    quint32 outstanding = 1;              ///< calls under way at once, each in a lane of its own
-    quint32 timeout = 10000;              ///< ms
-    quint32 warmUp = 20;                  ///< calls of each lane before it is measured
+    std::vector<QlumToolNode> nodes = {};               ///< taken in turn until a call is full
+    std::vector<UaVariant> values = {};                 ///< for Write: what stands in each node
+    std::vector<std::vector<UaVariant>> arguments = {}; ///< for Call: of each method; none: without any
+    quint32 nodesPerCall = 1; ///< at least 1; of Call the number of calls in a request
+    quint32 calls = 1000;     ///< 0: as many as the duration allows
+    quint32 seconds = 0;      ///< 0: as long as the calls take
+    quint32 pause = 0;        ///< ms between the calls of one lane
+    quint32 outstanding = 1;  ///< calls under way at once, each in a lane of its own
+    quint32 timeout = 10000;  ///< ms
+    quint32 warmUp = 20;      ///< calls of each lane before it is measured
 };
 
 /// How a run ended.

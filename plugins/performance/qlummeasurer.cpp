@@ -8,6 +8,7 @@
 #include <plugins/performance/qlumprobe.h>
 
 #include <QDateTime>
+#include <QLocale>
 #include <QString>
 
 #include <algorithm>
@@ -100,9 +101,9 @@ QlumMeasurementRun QlumMeasurer::run()
         runLane(start);
     }
     m_run.figures.totals.seconds = std::chrono::duration<double>(m_now() - m_begin).count();
-    conclude();
     if (const QString remark = qlumLoadRemark(loadBefore, qlumCpuTimes()); !remark.isEmpty())
         m_run.remarks.append(remark);
+    conclude();
     return std::move(m_run);
 }
 
@@ -232,6 +233,12 @@ void QlumMeasurer::conclude()
     totals.hasStages = m_hasStages;
     m_run.figures = qlumFiguresOf(m_samples->from(0), totals);
     m_run.samples = m_samples;
+    constexpr double fewSteps = 50;
+    if (const double step = qlumClockResolution();
+        m_run.figures.duration && m_run.figures.duration->median < step * fewSteps)
+        m_run.remarks.append(
+            tr("The clock of this machine goes in steps of %1 us: that shows in the figures.")
+                .arg(QLocale().toString(step, 'f', 3)));
     if (totals.badValues > 0)
         m_run.remarks.append(tr("%n value(s) came with a bad status.", nullptr,
                                 static_cast<int>(std::min<quint64>(totals.badValues, 1'000'000'000))));

@@ -18,6 +18,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -90,11 +91,13 @@ void QlumNotificationRun::readClocks()
         return;
     }
     m_difference = *difference;
-    m_run.remarks.append(
-        tr("The server's clock is %1 ms ahead, give or take %2 ms; the delays take that into "
-           "account.")
-            .arg(QLocale().toString(difference->ahead / 1000, 'f', 3),
-                 QLocale().toString(difference->doubtful / 1000, 'f', 3)));
+    const QString text = difference->ahead < 0
+                             ? tr("The server's clock is %1 ms behind, give or take %2 ms; the "
+                                  "delays take that into account.")
+                             : tr("The server's clock is %1 ms ahead, give or take %2 ms; the "
+                                  "delays take that into account.");
+    m_run.remarks.append(text.arg(QLocale().toString(std::abs(difference->ahead) / 1000, 'f', 3),
+                                  QLocale().toString(difference->doubtful / 1000, 'f', 3)));
 }
 
 UaStatus QlumNotificationRun::watch()
@@ -164,9 +167,9 @@ QlumMeasurementRun QlumNotificationRun::run()
     totals.hasStages = true; // the delay since the source's time
     m_run.figures = qlumFiguresOf(m_samples->from(0), totals);
     m_run.samples = m_samples;
-    conclude(status);
     if (const QString remark = qlumLoadRemark(loadBefore, qlumCpuTimes()); !remark.isEmpty())
         m_run.remarks.append(remark);
+    conclude(status);
     return std::move(m_run);
 }
 

@@ -345,7 +345,7 @@ QString QlumPerformancePanel::obstacle() const
     if (asked.kind == QlumMeasuredKind::Session || !asked.nodes.empty())
         return {};
     if (asked.kind == QlumMeasuredKind::Call)
-        return tr("Drop methods of this server that take no arguments: there is none below.");
+        return tr("Drop methods of this server: there is none below.");
     if (asked.kind == QlumMeasuredKind::Browse || asked.kind == QlumMeasuredKind::TranslatePaths)
         return tr("Drop nodes of this server: there is none below.");
     return tr("Drop variables of this server: there is none below.");
@@ -376,8 +376,12 @@ void QlumPerformancePanel::showState()
     const auto kind = static_cast<QlumMeasuredKind>(m_kind->currentData().toInt());
     const bool isCalls = kind != QlumMeasuredKind::Session && kind != QlumMeasuredKind::Notifications;
     const bool canBegin = why.isEmpty() && !m_isRunning;
-    m_hint->setText(why);
-    m_hint->setVisible(!why.isEmpty());
+    const auto nodes = static_cast<int>(plan().nodes.size());
+    const bool isPart = why.isEmpty() && isCalls && nodes > m_nodesPerCall->value();
+    m_hint->setText(
+        isPart ? tr("A call has the first %1 of these %2 nodes.").arg(m_nodesPerCall->value()).arg(nodes)
+               : why);
+    m_hint->setVisible(!m_hint->text().isEmpty());
     m_measure->setEnabled(canBegin);
     m_sweepNodes->setEnabled(canBegin && isCalls);
     m_sweepOutstanding->setEnabled(canBegin && isCalls);

@@ -2,6 +2,7 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumdocumentservers.h>
+#include <app/api/qlumdroppednodes.h>
 #include <app/api/qlumtext.h>
 #include <plugins/performance/qlumperformancepanel.h>
 #include <plugins/performance/qlumruncomparisonmodel.h>
@@ -53,6 +54,7 @@
 namespace {
 constexpr int progressInterval = 250; // ms
 constexpr std::size_t mostPoints = 1'000'000;
+constexpr int rowMargin = 6;
 constexpr int binsPerDecade = 5;        // whose names have room beside each other
 constexpr QSize smallestPlot{200, 120}; // more names than that are no reason to make the window wider
 } // namespace
@@ -92,7 +94,10 @@ QlumPerformanceView::QlumPerformanceView(QlumApplicationInterface& application,
     layout->addWidget(m_messages);
     layout->addWidget(across, 1);
     connectParts();
+    for (QTableView* table : findChildren<QTableView*>())
+        table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + rowMargin);
     showServers();
+    listRuns();
     showRun();
 }
 
@@ -169,7 +174,7 @@ QWidget* QlumPerformanceView::makeFigures()
     view->setModel(m_figures);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->verticalHeader()->hide();
-    view->setColumnWidth(QlumRunComparisonModel::Figure, view->fontMetrics().averageCharWidth() * 42);
+    view->setColumnWidth(QlumRunComparisonModel::Figure, view->fontMetrics().averageCharWidth() * 50);
     view->setContextMenuPolicy(Qt::ActionsContextMenu);
     qlumMakeTable(view, {tr("Measure, and select the run in the table below."), QStringLiteral("figures"),
                          m_state, QStringLiteral("figures"), false});
@@ -190,6 +195,7 @@ QWidget* QlumPerformanceView::makeRuns()
     m_runsView->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_runsView->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     m_runsView->verticalHeader()->hide();
+    m_runsView->setColumnWidth(QlumRunModel::Name, m_runsView->fontMetrics().averageCharWidth() * 24);
     m_runsView->setSortingEnabled(true);
     m_runsView->sortByColumn(-1, Qt::AscendingOrder);
     m_runsView->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -245,6 +251,7 @@ void QlumPerformanceView::connectParts()
     });
     connect(m_work, &QlumPerformanceWork::described, this, &QlumPerformanceView::takeNodes);
     connect(m_work, &QlumPerformanceWork::checked, this, &QlumPerformanceView::askForWrite);
+    connect(m_work, &QlumPerformanceWork::argumentsKnown, this, &QlumPerformanceView::askForArguments);
     connect(m_work, &QlumPerformanceWork::offered, this, &QlumPerformanceView::chooseEndpoints);
     connect(m_work, &QlumPerformanceWork::ended, this, &QlumPerformanceView::takeRun);
     connect(m_work, &QlumPerformanceWork::swept, this, &QlumPerformanceView::takeSweep);
@@ -322,7 +329,7 @@ void QlumPerformanceView::showSamples(const QlumMeasurementRun& run)
         std::vector<QlumBar> bars;
         for (const QlumLogBin& bin : qlumLogHistogram(durations, binsPerDecade))
             bars.push_back({qlumMicrosecondsText(bin.from), static_cast<double>(bin.count)});
-        m_histogram->setBars(std::move(bars), tr("calls from that duration on"));
+        m_histogram->setBars(std::move(bars), tr("calls by duration"));
         return;
     }
     m_course->clearSamples();
@@ -449,23 +456,15 @@ void QlumPerformanceView::takeNodes(const QlumToolNodes& nodes)
 
 void QlumPerformanceView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasFormat(QStringLiteral("application/UaNodeInformation")))
+    if (qlumMayHaveNodes(event->mimeData()))
         event->acceptProposedAction();
 }
 
 void QlumPerformanceView::dropEvent(QDropEvent* event)
 {
-    unsigned int serverId = qlumNoServer;
-    unsigned int count = 0;
-    UaNodeId* ids = nullptr;
-    if (!m_application.nodeIdsFromMimeData(event->mimeData(), &serverId, &count, &ids))
+    const QlumToolNodes nodes = qlumDroppedNodes(m_application, event->mimeData());
+    if (nodes.empty())
         return;
-    const std::unique_ptr<UaNodeId[]> owned(ids);
-    QlumToolNodes nodes(count);
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        nodes[i].serverId = serverId;
-        nodes[i].nodeId = ids[i];
-    }
     addNodes(nodes);
     event->acceptProposedAction();
 }

@@ -7,6 +7,8 @@
 #include <app/api/qlumtoolservices.h>
 #include <plugins/performance/qlummeasurement.h>
 #include <plugins/performance/qlumperformancework.h>
+#include <uabase/values/uanodeid.h>
+#include <uabase/values/uavariant.h>
 
 #include <QHash>
 #include <QMap>
@@ -17,8 +19,10 @@
 #include <QWidget>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 class QComboBox;
@@ -71,6 +75,14 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    /// What waits for the user's answer.
+    struct Asked
+    {
+        QlumMeasurementRun run;
+        std::vector<QlumMeasurementPlan> plans; ///< of the runs that it comes to
+        std::function<void(const QlumMeasurementRun& run)> go;
+    };
+
     [[nodiscard]] QWidget* makeResults();
     [[nodiscard]] QWidget* makeFigures();
     [[nodiscard]] QWidget* makeRuns();
@@ -79,13 +91,18 @@ private:
     void takeNodes(const QlumToolNodes& nodes);
 
     // ---- measuring
+    /// Measures, once the user has agreed.
+    using Go = std::function<void(const QlumMeasurementRun& run)>;
+
     [[nodiscard]] QlumMeasurementRun newRun() const;
     void measure();
-    void askForWrite(const QlumWriteCheck& check);
-    void askForCall(const QlumMeasurementRun& run, std::function<void()> yes);
-    void ask(const QString& title, const QString& text, const QStringList& details, const QString& button,
-             std::function<void()> yes);
     void sweep(QlumSweepOver over);
+    void confirm(const QlumMeasurementRun& run, const std::vector<QlumMeasurementPlan>& plans, const Go& go);
+    void askForWrite(const QlumWriteCheck& check);
+    void askForArguments(const QlumCallCheck& check);
+    void askForCall(const QlumCallCheck& check);
+    void tellNone(const QString& text, const QStringList& leftOut);
+    void ask(const QString& title, const QString& text, const QStringList& details, const QString& button);
     void chooseEndpoints(const std::vector<QlumOfferedEndpoint>& endpoints, const QString& problem);
     void takeRun(const QlumMeasurementRun& run);
     void takeSweep(const std::vector<QlumSweepPoint>& points, QlumSweepOver over);
@@ -127,5 +144,7 @@ private:
     QHash<unsigned int, QlumConnectionStatus> m_status;
     QTimer m_progressTimer;
     QStringList m_leftOut; ///< endpoints that could not be measured
+    Asked m_asked;
+    std::map<std::pair<unsigned int, UaNodeId>, std::vector<UaVariant>> m_arguments; ///< given for a method
     bool m_isLoading = false;
 };

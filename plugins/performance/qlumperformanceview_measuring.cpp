@@ -26,7 +26,34 @@
 
 namespace {
 constexpr quint32 largestCall = 10'000; // nodes, for servers that set no limit
+constexpr quint32 usualCall = 1000;     // for a sweep there
 constexpr quint32 largestOutstanding = 50;
+
+// How often all these runs do what they do: each node of each call, of the warm-up and of the first try.
+QString howOften(const std::vector<QlumMeasurementPlan>& plans)
+{
+    qulonglong times = 0;
+    int seconds = 0;
+    for (const QlumMeasurementPlan& plan : plans) {
+        const qulonglong before = 1 + static_cast<qulonglong>(plan.warmUp) * plan.outstanding;
+        times += (before + plan.calls) * plan.nodesPerCall;
+        seconds += static_cast<int>(plan.seconds);
+    }
+    if (plans.empty() || plans.front().calls == 0)
+        return QlumPerformanceView::tr("for %n second(s)", nullptr, seconds);
+    return QlumPerformanceView::tr("%1 times").arg(QLocale().toString(times));
+}
+
+// Those that there is room for in the largest call; the others are in none.
+template <typename T>
+void keepFirst(std::vector<T>& ofNodes, const std::vector<QlumMeasurementPlan>& plans)
+{
+    std::size_t most = 0;
+    for (const QlumMeasurementPlan& plan : plans)
+        most = std::max<std::size_t>(most, plan.nodesPerCall);
+    if (ofNodes.size() > most)
+        ofNodes.resize(most);
+}
 } // namespace
 
 QlumMeasurementRun QlumPerformanceView::newRun() const
@@ -42,16 +69,41 @@ QlumMeasurementRun QlumPerformanceView::newRun() const
 void QlumPerformanceView::measure()
 {
     const QlumMeasurementRun run = newRun();
+    confirm(run, {run.plan}, [this](const QlumMeasurementRun& agreed) { m_work->measure(agreed); });
+}
+
+void QlumPerformanceView::sweep(QlumSweepOver over)
+{
+    const QlumMeasurementRun run = newRun();
+    const quint32 limit = m_work->nodesLimit(run.plan.serverId, run.plan.kind);
+    const quint32 largest = over == QlumSweepOver::Outstanding ? largestOutstanding
+                            : limit > 0                        ? std::min(limit, largestCall)
+                                                               : usualCall;
+    std::vector<QlumMeasurementPlan> plans;
+    for (const quint32 size : qlumSweepSizes(largest))
+        plans.push_back(qlumSweepStep(run.plan, over, size));
+    confirm(run, plans, [this, over, largest](const QlumMeasurementRun& agreed) {
+        m_work->sweep(agreed, over, largest);
+    });
+}
+
+// ---- questions
+
+// What changes something on the server is asked for before, with how often it would be done.
+void QlumPerformanceView::confirm(const QlumMeasurementRun& run,
+                                  const std::vector<QlumMeasurementPlan>& plans, const Go& go)
+{
+    m_asked = {run, plans, go};
     if (run.plan.kind == QlumMeasuredKind::Write)
         m_work->checkWrite(run.plan);
     else if (run.plan.kind == QlumMeasuredKind::Call)
-        askForCall(run, [this, run] { m_work->measure(run); });
+        m_work->readArguments(run.plan);
     else
-        m_work->measure(run);
+        go(run);
 }
 
 void QlumPerformanceView::ask(const QString& title, const QString& text, const QStringList& details,
-                              const QString& button, std::function<void()> yes)
+                              const QString& button)
 {
     auto* box = new QMessageBox(QMessageBox::Question, title, text, QMessageBox::Cancel, this);
     box->setObjectName(QStringLiteral("performanceQuestion"));
@@ -59,29 +111,34 @@ void QlumPerformanceView::ask(const QString& title, const QString& text, const Q
     box->setAttribute(Qt::WA_DeleteOnClose);
     if (!details.isEmpty())
         box->setDetailedText(details.join(QLatin1Char('\n')));
-    QPushButton* go = box->addButton(button, QMessageBox::AcceptRole);
+    QPushButton* yes = box->addButton(button, QMessageBox::AcceptRole);
     box->setDefaultButton(QMessageBox::Cancel);
-    connect(go, &QPushButton::clicked, this, std::move(yes));
+    connect(yes, &QPushButton::clicked, this, [asked = m_asked] { asked.go(asked.run); });
     box->open();
+}
+
+void QlumPerformanceView::tellNone(const QString& text, const QStringList& leftOut)
+{
+    m_messages->tell({QlumMessage::Error,
+                      QStringLiteral("leftOut"),
+                      text,
+                      leftOut.mid(0, 3).join(QStringLiteral("; ")),
+                      {},
+                      {}});
 }
 
 void QlumPerformanceView::askForWrite(const QlumWriteCheck& check)
 {
-    if (check.plan.nodes.empty()) {
-        m_messages->tell({QlumMessage::Error,
-                          QStringLiteral("write"),
-                          tr("None of the nodes can be written."),
-                          check.leftOut.mid(0, 3).join(QStringLiteral("; ")),
-                          {},
-                          {}});
-        return;
-    }
-    QlumMeasurementRun run = newRun();
+    QlumMeasurementRun& run = m_asked.run;
+    if (check.plan.nodes.empty())
+        return tellNone(tr("None of the nodes can be written."), check.leftOut);
     run.plan.nodes = check.plan.nodes;
     run.plan.values = check.plan.values;
-    QString text = tr("The run writes to %n variable(s) of %1, again and again.", nullptr,
-                      static_cast<int>(run.plan.nodes.size()))
-                       .arg(run.server);
+    keepFirst(run.plan.nodes, m_asked.plans);
+    keepFirst(run.plan.values, m_asked.plans);
+    QString text =
+        tr("The run writes to %n variable(s) of %1, %2.", nullptr, static_cast<int>(run.plan.nodes.size()))
+            .arg(run.server, howOften(m_asked.plans));
     text += QLatin1String("\n\n") + tr("Each write puts back the value that was just read. A value that the "
                                        "server or somebody else changes "
                                        "meanwhile is set back to that.");
@@ -93,50 +150,58 @@ void QlumPerformanceView::askForWrite(const QlumWriteCheck& check)
     if (!check.leftOut.isEmpty())
         text += QLatin1String("\n\n") + tr("%n node(s) cannot be written and are left out; see the details.",
                                            nullptr, check.leftOut.size());
-    ask(tr("Write Values Back"), text, details, tr("&Write"), [this, run] { m_work->measure(run); });
+    ask(tr("Write Values Back"), text, details, tr("&Write"));
 }
 
-void QlumPerformanceView::askForCall(const QlumMeasurementRun& run, std::function<void()> yes)
+void QlumPerformanceView::askForArguments(const QlumCallCheck& check)
 {
-    const QlumMeasurementPlan& plan = run.plan;
-    QStringList names;
-    for (const QlumToolNode& method : plan.nodes)
-        names.append(method.name);
-    const QString calls =
-        plan.calls > 0
-            ? tr("%1 times")
-                  .arg(QLocale().toString(static_cast<qulonglong>(plan.calls) * plan.nodesPerCall +
-                                          (plan.warmUp + 1ull) * plan.nodesPerCall * plan.outstanding))
-            : tr("for %n second(s)", nullptr, static_cast<int>(plan.seconds));
-    ask(tr("Call Methods"),
-        tr("The run calls %1 of %2 %3, warm-up included, without arguments.")
-                .arg(names.mid(0, 5).join(QStringLiteral(", ")), run.server, calls) +
-            QLatin1String("\n\n") + tr("What the method does is done as often."),
-        names.size() > 5 ? names : QStringList(), tr("&Call"), std::move(yes));
-}
-
-void QlumPerformanceView::sweep(QlumSweepOver over)
-{
-    const QlumMeasurementRun run = newRun();
-    if (run.plan.kind == QlumMeasuredKind::Write) {
-        m_messages->tell({QlumMessage::Note,
-                          QStringLiteral("sweep"),
-                          tr("A sweep does not write."),
-                          tr("Measure Write run by run: each asks before."),
-                          {},
-                          {}});
-        return;
+    if (check.plan.nodes.empty())
+        return tellNone(tr("None of the methods can be called."), check.leftOut);
+    QlumCallCheck known = check;
+    keepFirst(known.plan.nodes, m_asked.plans);
+    keepFirst(known.inputs, m_asked.plans);
+    if (!known.hasInputs())
+        return askForCall(known);
+    for (const QlumToolNode& method : known.plan.nodes) {
+        const auto given = m_arguments.find({method.serverId, method.nodeId});
+        known.plan.arguments.push_back(given == m_arguments.end() ? std::vector<UaVariant>() : given->second);
     }
-    const quint32 limit = m_work->nodesLimit(run.plan.serverId, run.plan.kind);
-    const quint32 largest = over == QlumSweepOver::Outstanding ? largestOutstanding
-                            : limit > 0                        ? std::min(limit, largestCall)
-                                                               : 1000;
-    const auto begin = [this, run, over, largest] { m_work->sweep(run, over, largest); };
-    if (run.plan.kind == QlumMeasuredKind::Call)
-        askForCall(run, begin);
-    else
-        begin();
+    auto* dialog = new QlumMeasuredArgumentsDialog(known, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this, dialog, known]() mutable {
+        known.plan.arguments = dialog->values();
+        for (std::size_t i = 0; i < known.plan.nodes.size(); ++i) {
+            const QlumToolNode& method = known.plan.nodes[i];
+            m_arguments[{method.serverId, method.nodeId}] = known.plan.arguments[i];
+        }
+        askForCall(known);
+    });
+    dialog->open();
 }
+
+void QlumPerformanceView::askForCall(const QlumCallCheck& check)
+{
+    QlumMeasurementRun& run = m_asked.run;
+    run.plan.nodes = check.plan.nodes;
+    run.plan.arguments = check.plan.arguments;
+    QStringList names;
+    for (const QlumToolNode& method : run.plan.nodes)
+        names.append(method.name);
+    QStringList details = names.size() > 5 ? names : QStringList();
+    for (const QString& left : check.leftOut)
+        details.append(tr("Left out: %1").arg(left));
+    QString text =
+        (check.hasInputs() ? tr("The run calls %1 of %2 %3, warm-up included, with the arguments given.")
+                           : tr("The run calls %1 of %2 %3, warm-up included, without arguments."))
+            .arg(names.mid(0, 5).join(QStringLiteral(", ")), run.server, howOften(m_asked.plans));
+    text += QLatin1String("\n\n") + tr("What the method does is done as often.");
+    if (!check.leftOut.isEmpty())
+        text += QLatin1String("\n\n") + tr("%n method(s) cannot be called and are left out; see the details.",
+                                           nullptr, check.leftOut.size());
+    ask(tr("Call Methods"), text, details, tr("&Call"));
+}
+
+// ---- security
 
 void QlumPerformanceView::chooseEndpoints(const std::vector<QlumOfferedEndpoint>& endpoints,
                                           const QString& problem)
@@ -176,11 +241,9 @@ void QlumPerformanceView::chooseEndpoints(const std::vector<QlumOfferedEndpoint>
         for (int row = 0; row < list->count(); ++row)
             if (list->item(row)->checkState() == Qt::Checked)
                 chosen.push_back(endpoints[static_cast<std::size_t>(row)]);
-        QlumMeasurementRun run = newRun();
-        if (run.plan.kind == QlumMeasuredKind::Call)
-            askForCall(run, [this, run, chosen] { m_work->compare(run, chosen); });
-        else
-            m_work->compare(run, chosen);
+        const QlumMeasurementRun run = newRun();
+        confirm(run, std::vector<QlumMeasurementPlan>(chosen.size(), run.plan),
+                [this, chosen](const QlumMeasurementRun& agreed) { m_work->compare(agreed, chosen); });
     });
     layout->addWidget(label);
     layout->addWidget(list, 1);

@@ -17,6 +17,7 @@
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/uadiscovery.h>
 #include <uaclientsdk/uasession.h>
+#include <uawidgets/editors/qlummethodarguments.h>
 
 #include <algorithm>
 #include <map>
@@ -103,6 +104,113 @@ QString modeText(OpcUa_MessageSecurityMode mode)
         return {};
     }
 }
+
+QlumWriteCheck writableOf(QlumSessionServices& services, QlumJob& job, const QlumMeasurementPlan& plan)
+{
+    constexpr OpcUa_UInt32 attributes[] = {OpcUa_Attributes_UserAccessLevel, OpcUa_Attributes_Value};
+    UaReadValueIds nodes(static_cast<OpcUa_UInt32>(plan.nodes.size() * 2));
+    for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
+        nodes[i].AttributeId = attributes[i % 2];
+        static_cast<void>(plan.nodes[i / 2].nodeId.copyTo(&nodes[i].NodeId));
+    }
+    UaDataValues values;
+    QlumSessionServices::Settings settings = job.serviceSettings();
+    const UaStatus status = services.read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values);
+    QlumWriteCheck check{plan, {}};
+    check.plan.nodes.clear();
+    check.plan.values.clear();
+    for (OpcUa_UInt32 i = 0; i < nodes.length() / 2; ++i) {
+        const QlumToolNode& node = plan.nodes[i];
+        const auto leave = [&](const QString& why) {
+            check.leftOut.append(QStringLiteral("%1: %2").arg(node.name, why));
+        };
+        if (status.isBad() || values.length() != nodes.length())
+            leave(qlumResultInWords(status));
+        else if (!mayWrite(values[i * 2]))
+            leave(QlumPerformanceWork::tr("it may not be written by this user"));
+        else if (OpcUa_IsBad(values[i * 2 + 1].StatusCode))
+            leave(qlumResultInWords(UaStatus(values[i * 2 + 1].StatusCode)));
+        else {
+            check.plan.nodes.push_back(node);
+            check.plan.values.emplace_back(values[i * 2 + 1].Value);
+        }
+    }
+    return check;
+}
+
+// A server that does not say whether a method can be called lets everybody call it.
+QString callFault(const OpcUa_DataValue& executable)
+{
+    if (executable.StatusCode == OpcUa_BadNodeIdUnknown || executable.StatusCode == OpcUa_BadNodeIdInvalid)
+        return qlumResultInWords(UaStatus(executable.StatusCode));
+    const bool isRefused = OpcUa_IsGood(executable.StatusCode) &&
+                           executable.Value.Datatype == OpcUaType_Boolean &&
+                           executable.Value.Value.Boolean == 0;
+    return isRefused ? QlumPerformanceWork::tr("it may not be called by this user") : QString();
+}
+
+QlumCallCheck callableOf(const std::shared_ptr<QlumSessionServices>& services, QlumJob& job,
+                         const QlumMeasurementPlan& plan)
+{
+    UaReadValueIds nodes(static_cast<OpcUa_UInt32>(plan.nodes.size()));
+    for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
+        nodes[i].AttributeId = OpcUa_Attributes_UserExecutable;
+        static_cast<void>(plan.nodes[i].nodeId.copyTo(&nodes[i].NodeId));
+    }
+    UaDataValues executable;
+    QlumSessionServices::Settings settings = job.serviceSettings();
+    const UaStatus read = services->read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, executable);
+    QlumCallCheck check{plan, {}, {}};
+    check.plan.nodes.clear();
+    for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
+        const QlumToolNode& method = plan.nodes[i];
+        const QString fault =
+            read.isBad() || i >= executable.length() ? qlumResultInWords(read) : callFault(executable[i]);
+        if (!fault.isEmpty()) {
+            check.leftOut.append(QStringLiteral("%1: %2").arg(method.name, fault));
+            continue;
+        }
+        QlumMethodArguments inputs;
+        QlumMethodArguments outputs;
+        const UaStatus status =
+            qlumReadArguments(services, job.serviceSettings(), method.nodeId, inputs, outputs);
+        if (status.isBad()) {
+            check.leftOut.append(QStringLiteral("%1: %2").arg(method.name, qlumResultInWords(status)));
+            continue;
+        }
+        check.plan.nodes.push_back(method);
+        check.inputs.push_back(std::move(inputs));
+    }
+    return check;
+}
+
+UaStatus endpointsOf(const UaString& url, QlumJob& job, std::vector<QlumOfferedEndpoint>& found)
+{
+    const auto discovery = std::make_shared<UaClientSdk::UaDiscovery>();
+    job.whenCancelled([discovery] { discovery->cancel(); });
+    UaEndpointDescriptions endpoints;
+    QlumSessionServices::Settings settings = job.serviceSettings();
+    const UaStatus status = discovery->getEndpoints(settings, url, {}, endpoints);
+    std::set<QString> texts; // transports of one security are one here
+    for (const OpcUa_EndpointDescription& endpoint : endpoints) {
+        QlumOfferedEndpoint offer;
+        offer.endpoint.mode = endpoint.SecurityMode;
+        offer.endpoint.securityPolicy = toQString(UaString(endpoint.SecurityPolicyUri));
+        offer.text = QStringLiteral("%1 - %2").arg(
+            offer.endpoint.securityPolicy.section(QLatin1Char('#'), -1).left(60),
+            modeText(endpoint.SecurityMode));
+        if (found.size() < mostEndpoints && texts.insert(offer.text).second)
+            found.push_back(offer);
+    }
+    return status;
+}
+
+// In the job, so that nobody waits for the server's answer when the last one lets go of it.
+void closeSession(UaClientSdk::UaSession& session, QlumJob& job)
+{
+    UaClientSdk::ServiceSettings settings = job.serviceSettings();
+    static_cast<void>(session.disconnect(settings, true));
+}
 } // namespace
 
 QlumPerformanceWork::QlumPerformanceWork(QlumSessionServicesProvider services, QObject* parent)
@@ -112,9 +220,8 @@ QlumPerformanceWork::QlumPerformanceWork(QlumSessionServicesProvider services, Q
 
 QlumPerformanceWork::~QlumPerformanceWork()
 {
-    m_steps.clear();
-    if (m_cancel)
-        m_cancel();
+    blockSignals(true);
+    cancel();
     m_pool.cancelAll();
     m_questions.cancelAll();
 }
@@ -159,52 +266,38 @@ void QlumPerformanceWork::describe(const QlumToolNodes& nodes)
             });
 }
 
-void QlumPerformanceWork::checkWrite(const QlumMeasurementPlan& plan)
+void QlumPerformanceWork::prepare(const QString& text, unsigned int serverId, const Question& question)
 {
-    const auto services = m_services(plan.serverId);
-    if (!services || m_isBusy)
-        return;
     setBusy(true);
     m_pool.add(
-        {tr("Reading what would be written"), plan.serverId},
-        [this, services, plan](QlumJob& job) {
-            constexpr OpcUa_UInt32 attributes[] = {OpcUa_Attributes_UserAccessLevel, OpcUa_Attributes_Value};
-            UaReadValueIds nodes(static_cast<OpcUa_UInt32>(plan.nodes.size() * 2));
-            for (OpcUa_UInt32 i = 0; i < nodes.length(); ++i) {
-                nodes[i].AttributeId = attributes[i % 2];
-                static_cast<void>(plan.nodes[i / 2].nodeId.copyTo(&nodes[i].NodeId));
-            }
-            UaDataValues values;
-            QlumSessionServices::Settings settings = job.serviceSettings();
-            const UaStatus status =
-                services->read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values);
-            QlumWriteCheck check{plan, {}};
-            check.plan.nodes.clear();
-            check.plan.values.clear();
-            for (OpcUa_UInt32 i = 0; i < nodes.length() / 2; ++i) {
-                const QlumToolNode& node = plan.nodes[i];
-                const auto leave = [&](const QString& why) {
-                    check.leftOut.append(QStringLiteral("%1: %2").arg(node.name, why));
-                };
-                if (status.isBad() || values.length() != nodes.length())
-                    leave(qlumResultInWords(status));
-                else if (!mayWrite(values[i * 2]))
-                    leave(tr("it may not be written by this user"));
-                else if (OpcUa_IsBad(values[i * 2 + 1].StatusCode))
-                    leave(qlumResultInWords(UaStatus(values[i * 2 + 1].StatusCode)));
-                else {
-                    check.plan.nodes.push_back(node);
-                    check.plan.values.emplace_back(values[i * 2 + 1].Value);
-                }
-            }
-            job.post([this, check] {
+        {text, serverId},
+        [this, question](QlumJob& job) {
+            job.post([this, tell = question(job)] {
                 setBusy(false);
-                emit checked(check);
+                tell();
             });
         },
         [this](QlumWorkEnd end) {
             if (end != QlumWorkEnd::Done)
                 setBusy(false);
+        });
+}
+
+void QlumPerformanceWork::checkWrite(const QlumMeasurementPlan& plan)
+{
+    const auto services = m_services(plan.serverId);
+    if (services && !m_isBusy)
+        prepare(tr("Reading what would be written"), plan.serverId, [this, services, plan](QlumJob& job) {
+            return [this, check = writableOf(*services, job, plan)] { emit checked(check); };
+        });
+}
+
+void QlumPerformanceWork::readArguments(const QlumMeasurementPlan& plan)
+{
+    const auto services = m_services(plan.serverId);
+    if (services && !m_isBusy)
+        prepare(tr("Reading the arguments of methods"), plan.serverId, [this, services, plan](QlumJob& job) {
+            return [this, check = callableOf(services, job, plan)] { emit argumentsKnown(check); };
         });
 }
 
@@ -216,38 +309,12 @@ void QlumPerformanceWork::listEndpoints(unsigned int serverId)
         return;
     if (!session)
         return emit offered({}, tr("The server is not connected."));
-    setBusy(true);
-    m_pool.add(
-        {tr("Asking for the server's endpoints"), serverId},
-        [this, session](QlumJob& job) {
-            const auto discovery = std::make_shared<UaClientSdk::UaDiscovery>();
-            job.whenCancelled([discovery] { discovery->cancel(); });
-            UaEndpointDescriptions endpoints;
-            QlumSessionServices::Settings settings = job.serviceSettings();
-            const UaStatus status =
-                discovery->getEndpoints(settings, session->currentlyUsedEndpointUrl(), {}, endpoints);
-            std::vector<QlumOfferedEndpoint> found;
-            std::set<QString> texts; // transports of one security are one here
-            for (const OpcUa_EndpointDescription& endpoint : endpoints) {
-                QlumOfferedEndpoint offer;
-                offer.endpoint.mode = endpoint.SecurityMode;
-                offer.endpoint.securityPolicy = toQString(UaString(endpoint.SecurityPolicyUri));
-                offer.text = QStringLiteral("%1 - %2").arg(
-                    offer.endpoint.securityPolicy.section(QLatin1Char('#'), -1).left(60),
-                    modeText(endpoint.SecurityMode));
-                if (found.size() < mostEndpoints && texts.insert(offer.text).second)
-                    found.push_back(offer);
-            }
-            const QString problem = status.isBad() ? qlumResultInWords(status) : QString();
-            job.post([this, found, problem] {
-                setBusy(false);
-                emit offered(found, problem);
-            });
-        },
-        [this](QlumWorkEnd end) {
-            if (end != QlumWorkEnd::Done)
-                setBusy(false);
-        });
+    prepare(tr("Asking for the server's endpoints"), serverId, [this, session](QlumJob& job) {
+        std::vector<QlumOfferedEndpoint> found;
+        const UaStatus status = endpointsOf(session->currentlyUsedEndpointUrl(), job, found);
+        const QString problem = status.isBad() ? qlumResultInWords(status) : QString();
+        return [this, found, problem] { emit offered(found, problem); };
+    });
 }
 
 // ---- runs
@@ -313,41 +380,66 @@ void QlumPerformanceWork::next()
     Step step = std::move(m_steps.front());
     m_steps.pop_front();
     emit stateChanged();
+    if (step.endpoint)
+        open(step);
+    else
+        runStep(step.run, m_services(step.run.plan.serverId), nullptr);
+}
+
+// The user may give up while he is asked about the endpoint, or the server be removed: what comes then is
+// late.
+void QlumPerformanceWork::open(const Step& step)
+{
+    const quint64 number = ++m_opening;
     const unsigned int serverId = step.run.plan.serverId;
-    if (!step.endpoint)
-        return runStep(std::move(step.run), m_services(serverId));
-    QlumToolServices* tools = QlumToolServices::instance();
-    const auto done = [this, run = step.run](std::shared_ptr<UaClientSdk::UaSession> session,
-                                             const UaStatus& status) {
+    m_cancel = [this] {
+        ++m_opening;
+        next();
+    };
+    const auto done = [this, number, serverId, run = step.run](SideSession session, const UaStatus& status) {
+        if (number == m_opening && session)
+            return runStep(run, qlumServicesOf(session), session);
         if (session)
-            return runStep(run, qlumServicesOf(std::move(session)));
+            m_pool.add({tr("Closing a session"), serverId},
+                       [session = std::move(session)](QlumJob& job) { closeSession(*session, job); });
+        if (number != m_opening)
+            return;
         emit leftOut(run.endpoint, qlumResultInWords(status));
         next();
     };
+    QlumToolServices* tools = QlumToolServices::instance();
     if (!tools || !tools->sideSession(serverId, *step.endpoint, nullptr, this, done))
         done(nullptr, UaStatus(OpcUa_BadNotSupported));
 }
 
 template <typename Measurer>
-void QlumPerformanceWork::runOn(const std::shared_ptr<Measurer>& measurer, unsigned int serverId)
+void QlumPerformanceWork::runOn(const std::shared_ptr<Measurer>& measurer, unsigned int serverId,
+                                SideSession side)
 {
     m_cancel = [measurer] { measurer->cancel(); };
+    const auto isTaken = std::make_shared<bool>(false);
     m_pool.add(
         {tr("Measuring"), serverId},
-        [this, measurer](QlumJob& job) {
+        [this, measurer, isTaken, side = std::move(side)](QlumJob& job) {
             job.whenCancelled([measurer] { measurer->cancel(); });
             const QlumMeasurementRun run = measurer->run();
-            job.post([this, run] { take(run); });
+            if (side)
+                closeSession(*side, job);
+            job.post([this, isTaken, run] {
+                *isTaken = true;
+                take(run);
+            });
         },
-        [this](QlumWorkEnd end) {
-            if (end == QlumWorkEnd::Failed) {
-                m_steps.clear();
-                next();
-            }
+        [this, isTaken](QlumWorkEnd) {
+            if (*isTaken)
+                return;
+            m_steps.clear();
+            next();
         });
 }
 
-void QlumPerformanceWork::runStep(QlumMeasurementRun run, std::shared_ptr<QlumSessionServices> services)
+void QlumPerformanceWork::runStep(QlumMeasurementRun run, std::shared_ptr<QlumSessionServices> services,
+                                  SideSession side)
 {
     m_current = std::make_shared<QlumSampleLog>();
     const unsigned int serverId = run.plan.serverId;
@@ -366,10 +458,11 @@ void QlumPerformanceWork::runStep(QlumMeasurementRun run, std::shared_ptr<QlumSe
         return m_sessionRun->start();
     }
     if (run.plan.kind == QlumMeasuredKind::Notifications)
-        runOn(std::make_shared<QlumNotificationRun>(std::move(run), std::move(services), m_current),
-              serverId);
+        runOn(std::make_shared<QlumNotificationRun>(std::move(run), std::move(services), m_current), serverId,
+              std::move(side));
     else
-        runOn(std::make_shared<QlumMeasurer>(std::move(run), std::move(services), m_current), serverId);
+        runOn(std::make_shared<QlumMeasurer>(std::move(run), std::move(services), m_current), serverId,
+              std::move(side));
 }
 
 void QlumPerformanceWork::take(const QlumMeasurementRun& run)
@@ -392,8 +485,8 @@ void QlumPerformanceWork::take(const QlumMeasurementRun& run)
 void QlumPerformanceWork::cancel()
 {
     m_steps.clear();
-    if (m_cancel)
-        m_cancel();
+    if (const auto cancelRun = m_cancel)
+        cancelRun(); // which may take the place of m_cancel
 }
 
 void QlumPerformanceWork::endServer(unsigned int serverId)

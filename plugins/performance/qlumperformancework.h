@@ -3,6 +3,7 @@
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
+#include <plugins/performance/qlummeasuredarguments.h>
 #include <plugins/performance/qlummeasurement.h>
 #include <plugins/performance/qlumsamplelog.h>
 #include <plugins/performance/qlumsweep.h>
@@ -22,6 +23,7 @@
 namespace UaClientSdk {
 class UaSession;
 }
+class QlumJob;
 class QlumSessionRun;
 
 /// What a run of Write would write.
@@ -64,6 +66,8 @@ public:
     void describe(const QlumToolNodes& nodes);
     /// Reads what a Write would write; checked() tells.
     void checkWrite(const QlumMeasurementPlan& plan);
+    /// Asks for the arguments that a Call would need; argumentsKnown() tells.
+    void readArguments(const QlumMeasurementPlan& plan);
     /// Asks the server which endpoints it offers; offered() tells.
     void listEndpoints(unsigned int serverId);
     /// One run.
@@ -82,6 +86,8 @@ signals:
     void described(const QlumToolNodes& nodes);
     /// What can be written was read.
     void checked(const QlumWriteCheck& check);
+    /// What can be called was asked for.
+    void argumentsKnown(const QlumCallCheck& check);
     /// The endpoints are known; none and why not.
     void offered(const std::vector<QlumOfferedEndpoint>& endpoints, const QString& problem);
     /// A run has ended, however.
@@ -102,13 +108,19 @@ private:
         std::optional<QlumSideEndpoint> endpoint;
     };
 
+    /// Works on a job and gives what is to be done with it here.
+    using Question = std::function<std::function<void()>(QlumJob& job)>;
+    using SideSession = std::shared_ptr<UaClientSdk::UaSession>;
+
+    void prepare(const QString& text, unsigned int serverId, const Question& question);
     void begin(std::deque<Step> steps);
     void next();
-    void runStep(QlumMeasurementRun run, std::shared_ptr<QlumSessionServices> services);
+    void open(const Step& step);
+    void runStep(QlumMeasurementRun run, std::shared_ptr<QlumSessionServices> services, SideSession side);
     void take(const QlumMeasurementRun& run);
     void setBusy(bool isBusy);
     template <typename Measurer>
-    void runOn(const std::shared_ptr<Measurer>& measurer, unsigned int serverId);
+    void runOn(const std::shared_ptr<Measurer>& measurer, unsigned int serverId, SideSession side);
 
     const QlumSessionServicesProvider m_services;
     std::deque<Step> m_steps;
@@ -119,6 +131,7 @@ private:
     unsigned int m_serverId = qlumNoServer; ///< that is being measured
     std::shared_ptr<QlumSampleLog> m_current;
     std::function<void()> m_cancel; ///< ends the run
+    quint64 m_opening = 0;          ///< number of the session that is waited for; what others become is late
     QPointer<QlumSessionRun> m_sessionRun;
     QlumJobPool m_questions; ///< which need not wait for a run
     QlumJobPool m_pool;      ///< last: its work ends first

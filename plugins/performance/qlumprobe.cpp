@@ -227,8 +227,9 @@ public:
             static_cast<void>(node.parentId.copyTo(&m_methods[i].ObjectId));
             static_cast<void>(node.nodeId.copyTo(&m_methods[i].MethodId));
             UaVariantArray inputs;
-            for (const UaVariant& value : plan.values)
-                static_cast<void>(inputs.append(*value.get()));
+            if (!plan.arguments.empty())
+                for (const UaVariant& value : plan.arguments[i % plan.arguments.size()])
+                    static_cast<void>(inputs.append(*value.get()));
             inputs.detach(&m_methods[i].NoOfInputArguments, &m_methods[i].InputArguments);
         }
     }

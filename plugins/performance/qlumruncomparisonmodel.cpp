@@ -20,6 +20,12 @@ double spreadValue(const std::optional<QlumSpread>& spread, double QlumSpread::*
     return spread ? (*spread).*member : unknown;
 }
 
+// There is no call without any: they were not counted.
+double knownBytes(quint64 number)
+{
+    return number > 0 ? static_cast<double>(number) : unknown;
+}
+
 double failures(const QlumFigures& figures, OpcUa_StatusCode status)
 {
     const auto found = figures.failures.find(status);
@@ -84,8 +90,8 @@ void QlumRunComparisonModel::show(const std::optional<QlumMeasurementRun>& run,
     }
     add(tr("Calls a second"), mine.callsPerSecond(), others.callsPerSecond(), false);
     add(tr("Values a second"), mine.valuesPerSecond(), others.valuesPerSecond(), false);
-    count(tr("Bytes sent"), mine.totals.bytesOut, others.totals.bytesOut);
-    count(tr("Bytes received"), mine.totals.bytesIn, others.totals.bytesIn);
+    add(tr("Bytes sent"), knownBytes(mine.totals.bytesOut), knownBytes(others.totals.bytesOut), false);
+    add(tr("Bytes received"), knownBytes(mine.totals.bytesIn), knownBytes(others.totals.bytesIn), false);
     add(tr("Time in all"), mine.totals.seconds * 1e6, others.totals.seconds * 1e6, true);
     reset(std::move(rows));
 }

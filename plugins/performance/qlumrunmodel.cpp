@@ -13,9 +13,12 @@
 namespace {
 constexpr int mostOfName = 100;
 
+// Without marks between thousands: rows are copied and exported as they are shown.
 QString number(double value, int decimals = 0)
 {
-    return QLocale().toString(value, 'f', decimals);
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return locale.toString(value, 'f', decimals);
 }
 
 const QlumSpread* durationOf(const QlumMeasurementRun& run)
@@ -28,8 +31,7 @@ QVariant spreadCell(const QlumMeasurementRun& run, double QlumSpread::*member, i
     const QlumSpread* spread = durationOf(run);
     if (!spread)
         return role == Qt::DisplayRole ? QVariant(QStringLiteral("-")) : QVariant();
-    return role == Qt::DisplayRole ? QVariant(qlumMicrosecondsText(spread->*member))
-                                   : QVariant(spread->*member);
+    return role == Qt::DisplayRole ? QVariant(number(spread->*member, 1)) : QVariant(spread->*member);
 }
 
 double perCall(const QlumMeasurementRun& run, quint64 bytes)
@@ -51,11 +53,11 @@ QString qlumMicrosecondsText(double microseconds)
 }
 
 QlumRunModel::QlumRunModel(QObject* parent)
-    : QlumTableModel({tr("Name"),         tr("Measured"),    tr("Server"),         tr("Endpoint"),
-                      tr("Nodes a Call"), tr("Outstanding"), tr("Calls"),          tr("Failed"),
-                      tr("Minimum"),      tr("Median"),      tr("Mean"),           tr("95 %"),
-                      tr("99 %"),         tr("Maximum"),     tr("Deviation"),      tr("Client's Share"),
-                      tr("Calls/s"),      tr("Values/s"),    tr("Bytes Out/Call"), tr("Bytes In/Call"),
+    : QlumTableModel({tr("Name"),         tr("Measured"),     tr("Server"),         tr("Endpoint"),
+                      tr("Nodes a Call"), tr("Outstanding"),  tr("Calls"),          tr("Failed"),
+                      tr("Minimum [us]"), tr("Median [us]"),  tr("Mean [us]"),      tr("95 % [us]"),
+                      tr("99 % [us]"),    tr("Maximum [us]"), tr("Deviation [us]"), tr("Client's Share [us]"),
+                      tr("Calls/s"),      tr("Values/s"),     tr("Bytes Out/Call"), tr("Bytes In/Call"),
                       tr("Begun"),        tr("Remarks")},
                      parent)
 {
@@ -127,16 +129,19 @@ QVariant QlumRunModel::cell(const QlumMeasurementRun& run, int column, int role)
     case Own: // of notifications it is something else, which the figures show
         if (!run.figures.own || run.plan.kind == QlumMeasuredKind::Notifications)
             return role == Qt::DisplayRole ? QVariant(QStringLiteral("-")) : QVariant();
-        return role == Qt::DisplayRole ? QVariant(qlumMicrosecondsText(run.figures.own->median))
-                                       : QVariant(run.figures.own->median);
+        return shown(run.figures.own->median, 1);
     case CallsPerSecond:
         return shown(run.figures.callsPerSecond(), 1);
     case ValuesPerSecond:
         return shown(run.figures.valuesPerSecond(), 1);
     case BytesOut:
-        return shown(perCall(run, run.figures.totals.bytesOut));
-    case BytesIn:
-        return shown(perCall(run, run.figures.totals.bytesIn));
+    case BytesIn: {
+        const QlumRunTotals& totals = run.figures.totals;
+        const quint64 bytes = column == BytesOut ? totals.bytesOut : totals.bytesIn;
+        if (bytes == 0) // they were not counted
+            return role == Qt::DisplayRole ? QVariant(QStringLiteral("-")) : QVariant();
+        return shown(perCall(run, bytes));
+    }
     case Begun:
         return role == Qt::DisplayRole ? QVariant(QLocale().toString(run.begun, qlumDateTimeFormat()))
                                        : QVariant(run.begun);

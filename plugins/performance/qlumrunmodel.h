@@ -55,7 +55,7 @@ signals:
     void renamed();
 
 protected:
-    /// Numbers for sorting in Qt::EditRole, texts in the user's language for display.
+    /// Numbers for sorting in Qt::EditRole; times are in us in every row, so that columns can be compared.
     [[nodiscard]] QVariant cell(const QlumMeasurementRun& run, int column, int role) const override;
 };
 

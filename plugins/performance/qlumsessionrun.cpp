@@ -4,11 +4,11 @@
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/performance/qlummachineload.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uaclientsdk/uasession.h>
 
 #include <QDateTime>
+#include <QString>
 #include <QTimer>
 
 #include <utility>
@@ -26,6 +26,7 @@ QlumSessionRun::QlumSessionRun(QlumMeasurementRun run, std::shared_ptr<QlumSampl
 void QlumSessionRun::start()
 {
     m_run.begun = QDateTime::currentDateTime();
+    m_loadBefore = qlumCpuTimes();
     m_begin = Clock::now();
     open();
 }
@@ -89,6 +90,8 @@ void QlumSessionRun::end()
     m_run.remarks.append(
         tr("Each is opened as the server of the project would be: endpoints looked up, channel "
            "opened, certificate checked, session created and activated, then closed."));
+    if (const QString remark = qlumLoadRemark(m_loadBefore, qlumCpuTimes()); !remark.isEmpty())
+        m_run.remarks.append(remark);
     if (m_broken.isBad()) {
         m_run.end = QlumRunEnd::Broken;
         m_run.remarks.append(tr("The run broke off: %1.").arg(qlumResultInWords(m_broken)));

@@ -1,6 +1,7 @@
 // A run that opens sessions and closes them.
 #pragma once
 #include <app/api/qlumjobpool.h>
+#include <plugins/performance/qlummachineload.h>
 #include <plugins/performance/qlummeasurement.h>
 #include <plugins/performance/qlumsamplelog.h>
 #include <uabase/values/uastatus.h>
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace UaClientSdk {
 class UaSession;
@@ -47,6 +49,7 @@ private:
     const std::shared_ptr<QlumSampleLog> m_samples;
     Done m_done;
     Clock::time_point m_begin;
+    std::optional<QlumCpuTimes> m_loadBefore;
     Clock::time_point m_opening;
     bool m_isCancelled = false;
     UaStatus m_broken;

@@ -7,14 +7,14 @@
 #include <array>
 
 namespace {
-class Text
+class SweepTexts
 {
     Q_DECLARE_TR_FUNCTIONS(QlumSweep)
 };
 
 QString duration(double microseconds)
 {
-    return Text::tr("%1 us").arg(QLocale().toString(microseconds, 'f', microseconds < 100 ? 1 : 0));
+    return SweepTexts::tr("%1 us").arg(QLocale().toString(microseconds, 'f', microseconds < 100 ? 1 : 0));
 }
 } // namespace
 
@@ -75,22 +75,40 @@ QlumSweepPoint qlumSweepPoint(const QlumMeasurementRun& run, QlumSweepOver over)
 
 QString qlumSweepText(const std::vector<QlumSweepPoint>& points, QlumSweepOver over)
 {
-    const double enough = qlumEnough(points);
-    if (enough <= 0)
-        return Text::tr("No step of the sweep succeeded.");
-    const QString size = QLocale().toString(enough, 'f', 0);
+    const double best = qlumEnough(points);
+    if (best <= 0)
+        return SweepTexts::tr("No step of the sweep succeeded.");
+    double largest = 0;
+    for (const QlumSweepPoint& point : points)
+        largest = std::max(largest, point.size);
+    const auto number = [](double size) { return QLocale().toString(size, 'f', 0); };
     if (over == QlumSweepOver::Outstanding)
-        return Text::tr("With %1 call(s) outstanding the server answers as many as it can, within a tenth: "
-                        "more do not help.")
-            .arg(size);
+        return best < largest
+                   ? SweepTexts::tr(
+                         "With %1 call(s) outstanding the server answers as many as it can, within a "
+                         "tenth: more do not help.")
+                         .arg(number(best))
+                   : SweepTexts::tr("With %1 calls outstanding, the most that were tried, the server answers "
+                                    "most.")
+                         .arg(number(best));
     const auto fit = qlumFitSweep(points);
-    if (!fit)
-        return Text::tr("From %1 node(s) a call on, more gain less than a tenth.").arg(size);
-    QString text =
-        Text::tr("A call costs %1, and %2 for each node.").arg(duration(fit->fixed), duration(fit->each));
-    if (fit->explained < 0.9)
-        text +=
-            QLatin1Char(' ') + Text::tr("The steps do not lie on a line, so take that as a rough figure.");
-    return text + QLatin1Char(' ') +
-           Text::tr("From %1 node(s) a call on, more gain less than a tenth.").arg(size);
+    const bool isLine = fit && fit->explained >= 0.9;
+    QString text;
+    if (fit)
+        text = SweepTexts::tr("A call costs %1, and %2 for each node.")
+                   .arg(duration(fit->fixed), duration(fit->each)) +
+               QLatin1Char(' ');
+    if (fit && !isLine)
+        text += SweepTexts::tr("The steps do not lie on a line, so take that as a rough figure.") +
+                QLatin1Char(' ');
+    const double enough = isLine && fit->worthwhile > 0 ? fit->worthwhile : best;
+    if (enough < largest)
+        return text +
+               SweepTexts::tr("From %1 node(s) a call on, more gain less than a tenth.").arg(number(enough));
+    if (enough > largest)
+        return text +
+               SweepTexts::tr("The largest call, of %1 nodes, is the best: only from %2 on more would gain "
+                              "less than a tenth.")
+                   .arg(number(largest), number(enough));
+    return text + SweepTexts::tr("The largest call, of %1 nodes, is the best.").arg(number(largest));
 }

@@ -15,7 +15,7 @@
 auto qt_static_plugin_QlumPlannedMetaData() -> const QStaticPlugin; // made by moc
 
 namespace {
-constexpr std::array<QlumPlannedTool, 4> tools{{
+constexpr std::array<QlumPlannedTool, 1> tools{{
     {QlumPlannedTool::Document, "QlumDevicesPlugin", "UA Devices Plugin", "Devices View",
      QT_TRANSLATE_NOOP(
          "QlumPlannedPlugin",
@@ -23,20 +23,6 @@ constexpr std::array<QlumPlannedTool, 4> tools{{
      QT_TRANSLATE_NOOP("QlumPlannedPlugin",
                        "<b>Devices View</b><br>Shows the devices of a server with their parameters, methods "
                        "and identification, and configures them.")},
-    {QlumPlannedTool::Document, "QlumImageViewerPlugin", "Image Viewer Plugin", "Image Viewer",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The image viewer is not part of this version."),
-     QT_TRANSLATE_NOOP(
-         "QlumPlannedPlugin",
-         "<b>Image Viewer</b><br>Shows the pictures that a server offers as values of variables.")},
-    {QlumPlannedTool::Document, "QlumDataLoggerPlugin", "Data Logger Plugin", "Data Logger View",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "The data logger view is not part of this version."),
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "<b>Data Logger View</b><br>Records the values of variables in files.")},
-    {QlumPlannedTool::Document, "QlumGDSPlugin", "GDS Plugin", "GDS View (Push Model)",
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin", "Server certificates cannot be managed from this version."),
-     QT_TRANSLATE_NOOP("QlumPlannedPlugin",
-                       "<b>GDS View (Push Model)</b><br>Manages the certificates and trust lists that a "
-                       "server keeps, through its configuration objects.")},
 }};
 
 // Does not compile for a class without a row.
@@ -83,6 +69,3 @@ QStaticPlugin exported()
     }
 
 QLUM_EXPORT_PLANNED_PLUGIN(QlumDevicesPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumImageViewerPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumDataLoggerPlugin)
-QLUM_EXPORT_PLANNED_PLUGIN(QlumGDSPlugin)

@@ -28,6 +28,8 @@ struct QlumServerReading
     QStringList stateNames;               ///< of ServerState, by number; empty where the server has none
     QStringList redundancyNames;          ///< the same of RedundancySupport
     UaClientSdk::OperationLimits limits;  ///< that the session keeps to
+    OpcUa_UInt32 longestArray = 0;        ///< that this program sends or takes; 0: not known
+    OpcUa_UInt32 longestString = 0;       ///< the same
     QlumDiagnosticClock::time_point time; ///< when the answer came
 };
 

@@ -39,11 +39,12 @@ QlumDiagnosticPanel::QlumDiagnosticPanel(const Names& names, QlumViewState& stat
     m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
     const int em = fontMetrics().averageCharWidth();
     QHeaderView* const header = m_view->header();
-    header->resizeSection(QlumDiagnosticModel::Parameter, em * 34);
+    header->resizeSection(QlumDiagnosticModel::Parameter, em * 25);
     if (names.columns.size() > QlumDiagnosticModel::More) { // whatever stands beside the value is seen, too
         header->setStretchLastSection(false);
         header->setSectionResizeMode(QlumDiagnosticModel::Value, QHeaderView::Stretch);
-        header->resizeSection(QlumDiagnosticModel::More, em * 20);
+        header->resizeSection(QlumDiagnosticModel::Parameter, em * 33);
+        header->resizeSection(QlumDiagnosticModel::More, header->sectionSizeHint(QlumDiagnosticModel::More));
     }
     makeActions();
     qlumMakeTable(m_view, {{}, names.object, &state, names.object});

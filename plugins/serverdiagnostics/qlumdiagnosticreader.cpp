@@ -15,6 +15,7 @@
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/browsecontext.h>
+#include <uaclientsdk/uasession.h>
 
 #include <QStringList>
 
@@ -188,6 +189,10 @@ QlumServerReading QlumDiagnosticReader::readServer()
     reading.redundancyNames = namesOf(reading.values[rows.size() + 2]);
     reading.values.resize(rows.size());
     reading.limits = m_services.operationLimits();
+    if (const auto session = m_services.session()) {
+        reading.longestArray = session->maxArrayLength();
+        reading.longestString = session->maxStringLength();
+    }
     return reading;
 }
 

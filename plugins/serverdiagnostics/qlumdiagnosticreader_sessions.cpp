@@ -116,6 +116,11 @@ QlumSessionReading QlumDiagnosticReader::readSessions()
                             reading.status.statusCode() == OpcUa_BadEncodingLimitsExceeded;
     if (reading.status.isBad() && !isTooLarge)
         return reading;
+    if (isTooLarge) { // the time was in it, too
+        std::vector<UaDataValue> time;
+        static_cast<void>(readValues({UaNodeId(OpcUaId_Server_ServerStatus_CurrentTime)}, time));
+        values[2] = time[0];
+    }
     addArrays(values[0], values[1], reading);
     const bool hasArray = !reading.rows.empty();
     const Found objects = browseSessions(hasArray ? fewPages : manyPages);

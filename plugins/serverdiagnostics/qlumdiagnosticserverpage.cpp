@@ -97,6 +97,8 @@ QlumDiagnosticServerPage::QlumDiagnosticServerPage(QlumViewState& state, QWidget
     splitter->setObjectName(QStringLiteral("serverSplitter"));
     splitter->addWidget(column("serverLeft", {Build, Status, Redundancy}, m_panels));
     splitter->addWidget(column("serverRight", {Diagnostics, Capabilities}, m_panels));
+    splitter->setStretchFactor(0, 2); // of two columns
+    splitter->setStretchFactor(1, 3);
     state.keep(splitter, QStringLiteral("server"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -158,6 +160,7 @@ void QlumDiagnosticServerPage::showEnabled(const UaDataValue& value)
 {
     const bool isKnown = !value.statusCode().isBad() && value.value().type() == OpcUaType_Boolean;
     m_isEnabled = isKnown && value.value().toBool();
+    m_isDisabled = isKnown && !m_isEnabled;
     if (isKnown)
         m_enabledText->setText(m_isEnabled ? tr("Diagnostics are enabled.")
                                            : tr("Diagnostics are disabled: the server counts nothing."));
@@ -174,6 +177,12 @@ void QlumDiagnosticServerPage::showEnabled(const UaDataValue& value)
 QString QlumDiagnosticServerPage::limitText(const QlumServerReading& reading, OpcUa_UInt32 nodeId,
                                             const UaDataValue& value)
 {
+    const OpcUa_UInt32 longest =
+        nodeId == OpcUaId_Server_ServerCapabilities_MaxArrayLength    ? reading.longestArray
+        : nodeId == OpcUaId_Server_ServerCapabilities_MaxStringLength ? reading.longestString
+                                                                      : 0;
+    if (longest > 0)
+        return QString::number(longest);
     const auto limit = std::find_if(std::begin(keptLimits), std::end(keptLimits),
                                     [nodeId](const Limit& one) { return one.nodeId == nodeId; });
     if (limit == std::end(keptLimits))

@@ -30,6 +30,8 @@ public:
     void setReading(bool isReading);
     /// Of whom the rows are.
     void setServer(unsigned int serverId);
+    /// Whether the server says that it counts nothing.
+    [[nodiscard]] bool isDisabled() const { return m_isDisabled; }
     /// The rows stay, without values.
     void clearValues();
     /// In the order of the screen.
@@ -53,4 +55,5 @@ private:
     QLabel* m_enabledText = nullptr;
     QPushButton* m_enable = nullptr;
     bool m_isEnabled = false;
+    bool m_isDisabled = false; ///< neither when it is not known
 };

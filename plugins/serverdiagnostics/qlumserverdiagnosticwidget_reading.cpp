@@ -38,6 +38,7 @@
 namespace {
 const QString listTopic = QStringLiteral("lists");
 const QString serverTopic = QStringLiteral("server");
+const QString disabledTopic = QStringLiteral("disabled");
 const QString enableTopic = QStringLiteral("enable");
 
 QlumEndpointReading askServer(QlumSessionServices& services, QlumJob& job)
@@ -167,6 +168,17 @@ void QlumServerDiagnosticWidget::takeServer(const QlumServerReading& reading)
     if (reading.status.isBad())
         return tellListFault(serverTopic, tr("The values of %1 could not be read."), reading.status);
     m_messages->dismiss(serverTopic);
+    if (m_serverPage->isDisabled()) { // which the other pages would not tell
+        m_messages->dismiss(listTopic);
+        m_messages->tell({QlumMessage::Note,
+                          disabledTopic,
+                          tr("The diagnostics of %1 are disabled.").arg(m_application.serverName(m_serverId)),
+                          tr("It counts nothing, and need not tell of its sessions and subscriptions."),
+                          {},
+                          nullptr});
+    } else {
+        m_messages->dismiss(disabledTopic);
+    }
     m_heading->touch();
 }
 
@@ -358,6 +370,8 @@ void QlumServerDiagnosticWidget::clearSubscriptionWidgets()
 void QlumServerDiagnosticWidget::tellListFault(const QString& topic, const QString& what,
                                                const UaStatus& status)
 {
+    if (topic == listTopic && m_serverPage->isDisabled())
+        return; // that is why, and is said already
     QlumMessage message{QlumMessage::Error,        topic, what.arg(m_application.serverName(m_serverId)),
                         qlumResultInWords(status), {},    nullptr};
     QlumToolServices* const tools = QlumToolServices::instance();

@@ -73,14 +73,17 @@ TEST_F(ClientOnDemoServer, ShowsArraysAndStructuresAsWhatTheyAre)
     select(demo + QStringList{QStringLiteral("Structure"), QStringLiteral("NamedPoint")});
     ASSERT_TRUE(waitForAttribute({QStringLiteral("BrowseName")}, QStringLiteral("3, \"NamedPoint\"")))
         << attribute({QStringLiteral("BrowseName")}).toStdString();
-    QTreeView* attributes = tree("Attributes");
-    const QModelIndex value = find(*attributes, valueRow);
     QStringList fields;
-    for (int row = 0; row < attributes->model()->rowCount(value); ++row)
-        fields += attributes->model()->index(row, 0, value).data().toString();
-    EXPECT_TRUE(fields.contains(QLatin1String("X"), Qt::CaseInsensitive)) << fields.join(',').toStdString();
-    EXPECT_TRUE(fields.contains(QLatin1String("Name"), Qt::CaseInsensitive))
-        << fields.join(',').toStdString();
+    const auto areDecoded = [&] { // their types may come later
+        QTreeView* attributes = tree("Attributes");
+        const QModelIndex value = find(*attributes, valueRow);
+        fields.clear();
+        for (int row = 0; row < attributes->model()->rowCount(value); ++row)
+            fields += attributes->model()->index(row, 0, value).data().toString();
+        return fields.contains(QLatin1String("X"), Qt::CaseInsensitive) &&
+               fields.contains(QLatin1String("Name"), Qt::CaseInsensitive);
+    };
+    EXPECT_TRUE(QTest::qWaitFor(areDecoded, limit)) << fields.join(',').toStdString();
     select(demo + QStringList{QStringLiteral("Structure"), QStringLiteral("DeviceFlags")});
     EXPECT_TRUE(waitForAttribute(valueRow, QStringLiteral("Running | Fault (5)")))
         << attribute(valueRow).toStdString();

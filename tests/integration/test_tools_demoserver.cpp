@@ -1,12 +1,13 @@
 // References and methods of a server that is not ours, in the windows of the whole client.
+#include <app/api/qlumtext.h>
 #include <app/api/qlumtoolservices.h>
 #include <plugins/addressspace/qlumnodechooser.h>
-#include <plugins/methods/qlumargumentpanel.h>
 #include <plugins/methods/qlummethoddialog.h>
 #include <tests/integration/clientondemoserver.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumargumentpanel.h>
 
 #include <QElapsedTimer>
 #include <QLabel>

@@ -3,7 +3,7 @@
 # up to half an hour, the others for a few minutes; OPTIONS go to the program and take the place of those that stand here.
 . "$(dirname "$0")/common.sh"
 
-readonly SOAKS="reconnects rounds faults disconnects"
+readonly SOAKS="reconnects rounds faults recording disconnects"
 
 # Connections one after another: threads, descriptors and memory are the same after them.
 soak_reconnects() { # [NUMBER]
@@ -15,6 +15,11 @@ soak_rounds() { session "${@:---rounds=1000}"; }
 
 # Sessions with subscriptions, over a relay that spoils the traffic in every way.
 soak_faults() { session "${@:---minutes=3}"; }
+
+# A process that records is killed, and its file is looked at.
+soak_recording() { # [ROUNDS]
+    build/release/bin/soak_recording --rounds "${1:-1000}" --seed "${SOAK_SEED:-$RANDOM}"
+}
 
 # Sessions that are disconnected at random moments under every kind of fault; the program has a server of its own.
 soak_disconnects() {
@@ -51,7 +56,7 @@ main() {
         [[ " $SOAKS " == *" $name "* ]] || die "there is no soak '$name'; soaks: $SOAKS"
     done
     tools/dev/setup.sh
-    build release test_stack_links soak_session soak_disconnects
+    build release test_stack_links soak_session soak_recording soak_disconnects
     for name in "${selected[@]}"; do
         say "soak $name"
         # a shell of its own: "set -e" and the trap hold in it

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkicertificateinfo.h>
 #include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/uapkicpp/uapkiidentity.h>
@@ -187,5 +188,10 @@ template <typename T>
 
 [[nodiscard]] NamePointer toName(const UaPkiIdentity& identity, const UaPkiErrors& errors);
 [[nodiscard]] UaPkiIdentity fromName(const X509_NAME* name);
+
+/// A certificate that signs itself and may sign those of applications, but none of further authorities. Its
+/// serial number is random. The caller owns it; null on a failure.
+[[nodiscard]] X509* makeIssuingAuthority(const UaPkiCertificateInfo& info, const UaPkiIdentity& subject,
+                                         EVP_PKEY* key, const UaPkiErrors& errors);
 
 } // namespace UaPki

@@ -93,7 +93,8 @@ X509* create(const Recipe& recipe, const UaPkiErrors& errors)
     X509* issuer = recipe.role == Role::IssuedApplication ? recipe.issuer : certificate.get();
     if (!UaPki::addExtensions(certificate.get(), recipe.role, issuer, recipe.issuerKey, errors))
         return nullptr;
-    if (recipe.role != Role::Authority && !UaPki::addAlternativeNames(certificate.get(), recipe.info, errors))
+    const bool isAuthority = recipe.role == Role::Authority || recipe.role == Role::IssuingAuthority;
+    if (!isAuthority && !UaPki::addAlternativeNames(certificate.get(), recipe.info, errors))
         return nullptr;
     return sign(certificate.get(), recipe.issuerKey, recipe.algorithm, errors);
 }
@@ -119,6 +120,19 @@ OpcUa_Int64 randomSerialNumber()
 }
 
 } // namespace
+
+X509* UaPki::makeIssuingAuthority(const UaPkiCertificateInfo& info, const UaPkiIdentity& subject,
+                                  EVP_PKEY* key, const UaPkiErrors& errors)
+{
+    const NamePointer name = toName(subject, errors);
+    if (name == nullptr)
+        return nullptr;
+    UaPkiCertificateInfo fromNow = withoutDates(info);
+    fromNow.serialNumber = randomSerialNumber();
+    return create({fromNow, name.get(), key, name.get(), nullptr, key, Role::IssuingAuthority,
+                   UaPkiCertificate::Sha256},
+                  errors);
+}
 
 UaPkiCertificate::UaPkiCertificate(const UaPkiCertificateInfo& info, const UaPkiIdentity& subject,
                                    const UaPkiRsaKeyPair& keyPair, bool isCA, SignatureAlgorithm algorithm)

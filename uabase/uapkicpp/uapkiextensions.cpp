@@ -41,6 +41,10 @@ constexpr Entry authorityAll[] = {
     {NID_key_usage, "critical, nonRepudiation, digitalSignature, keyEncipherment, keyCertSign, cRLSign"},
     {NID_ext_key_usage, "critical, serverAuth,clientAuth"},
     {NID_subject_key_identifier, "hash"}};
+// one that signs nothing but certificates of applications
+constexpr Entry issuingAuthority[] = {{NID_basic_constraints, "critical, CA:TRUE, pathlen:0"},
+                                      {NID_key_usage, "critical, digitalSignature, keyCertSign, cRLSign"},
+                                      {NID_subject_key_identifier, "hash"}};
 constexpr Entry requested[] = {{NID_basic_constraints, "critical, CA:FALSE"}};
 
 std::vector<Entry> entriesOf(Role role)
@@ -51,6 +55,10 @@ std::vector<Entry> entriesOf(Role role)
     };
     if (role == Role::Authority) {
         add(authorityAll);
+        return entries;
+    }
+    if (role == Role::IssuingAuthority) {
+        add(issuingAuthority);
         return entries;
     }
     add(applicationBegin);

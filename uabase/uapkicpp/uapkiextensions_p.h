@@ -10,7 +10,7 @@ namespace UaPki {
 using ExtensionPointer = Pointer<X509_EXTENSION, &X509_EXTENSION_free>;
 using AlternativeNamesPointer = Pointer<GENERAL_NAMES, &GENERAL_NAMES_free>;
 
-enum class Role { SelfSignedApplication, IssuedApplication, Authority };
+enum class Role { SelfSignedApplication, IssuedApplication, Authority, IssuingAuthority };
 
 /// Adds what a certificate of this role holds, in its order. issuer is the certificate itself when it signs
 /// itself, and null when only the issuer's key is at hand.

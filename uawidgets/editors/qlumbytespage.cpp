@@ -2,6 +2,7 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <app/api/qlumtoolservices.h>
 #include <uabase/values/uabytestring.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
@@ -129,6 +130,10 @@ void QlumBytesPage::makeFiles(QLayout* row)
     };
     m_load = add("load", tr("&Load..."), tr("Takes the content of a file"));
     m_save = add("save", tr("&Save..."), tr("Writes the value to a file"));
+    m_show =
+        add("showImage", tr("Show as &Image"), tr("Shows the image that these bytes are, in a document"));
+    m_show->hide();
+    connect(m_show, &QPushButton::clicked, this, &QlumBytesPage::showImage);
     connect(m_load, &QPushButton::clicked, this, &QlumBytesPage::load);
     connect(m_save, &QPushButton::clicked, this, &QlumBytesPage::save);
 }
@@ -150,6 +155,10 @@ void QlumBytesPage::setValue(const UaVariant& value)
     m_hasValue = !value.isNull();
     m_wasNull = m_hasValue && isNullContent(value); // one that is still to be given is typed at once
     m_null->setChecked(m_wasNull);
+    const QlumToolServices* tools = QlumToolServices::instance();
+    m_isImage = m_show != nullptr && tools != nullptr && tools->canShowInDocument(value, m_context.dataType);
+    if (m_show != nullptr && isVisible())
+        m_show->setVisible(m_isImage && !window()->isModal());
     const std::string_view content = contentOf(value);
     m_bytes->setBytes(QByteArray(content.data(), static_cast<int>(content.size())));
     showState();
@@ -196,6 +205,22 @@ void QlumBytesPage::setReadOnly(bool readOnly)
     m_null->setEnabled(!readOnly);
     m_load->setVisible(!readOnly);
     showState();
+}
+
+// A window that holds up the others would hide what the user wants to see.
+void QlumBytesPage::showEvent(QShowEvent* event)
+{
+    QlumValuePage::showEvent(event);
+    if (m_show)
+        m_show->setVisible(m_isImage && !window()->isModal());
+}
+
+void QlumBytesPage::showImage()
+{
+    UaVariant content;
+    QlumToolServices* tools = QlumToolServices::instance();
+    if (tools != nullptr && value(content))
+        tools->showValue(qlumNoServer, content, m_context.dataType);
 }
 
 void QlumBytesPage::showState()

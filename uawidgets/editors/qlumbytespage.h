@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QLayout>
+#include <QShowEvent>
 #include <QString>
 #include <QWidget>
 
@@ -31,6 +32,10 @@ public:
     [[nodiscard]] QString refusal() const override;
     void setReadOnly(bool readOnly) override;
 
+protected:
+    /// Knows by then whether its window holds up the others.
+    void showEvent(QShowEvent* event) override;
+
 private:
     void makeForms(QLayout* row);
     void makeFiles(QLayout* row);
@@ -38,6 +43,7 @@ private:
     void setForm(int index);
     void load();
     void save();
+    void showImage();
 
     const QlumValueContext m_context;
     const OpcUa_BuiltInType m_type;
@@ -46,8 +52,10 @@ private:
     QComboBox* m_form = nullptr; ///< of byte strings only
     QPushButton* m_load = nullptr;
     QPushButton* m_save = nullptr;
+    QPushButton* m_show = nullptr;
     QLabel* m_length;
     QLabel* m_problem;       ///< with a file
+    bool m_isImage = false;  ///< somebody would show it as one
     bool m_hasValue = false; ///< to begin with
     bool m_wasNull = false;
     bool m_isReadOnly = false;

@@ -12,13 +12,12 @@
 #include <plugins/dataaccess/parts/qlumstagedwrite.h>
 #include <plugins/dataaccess/parts/qlumworkcommand.h>
 #include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/qlumdatafield.h>
-#include <uabase/text/uavaluetext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uawidgets/editors/qlumcelltext.h>
 #include <uawidgets/editors/qlumcontextreader.h>
+#include <uawidgets/editors/qlumdatafield.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/table/qlumtabletext.h>
 
@@ -28,8 +27,6 @@
 #include <QInputDialog>
 #include <QLatin1String>
 #include <QLineEdit>
-#include <QLocale>
-#include <QSettings>
 #include <QStringList>
 #include <QVector>
 
@@ -41,7 +38,6 @@
 
 namespace {
 constexpr std::size_t contextsPerStep = 200;
-constexpr int maximumStored = 20'000;
 const QLatin1String stagedTopic("staged");
 
 // A staged value whose node is to be described.
@@ -245,6 +241,8 @@ void QlumStagedPart::takeDescription(quint64 key, const std::shared_ptr<const Ql
         qlumFieldOf(qlumElementOf(item->value.value(), item->indexRange), item->fieldPath, *ofField);
     ofField->accessFault = context->accessFault;
     if (part.isNull())
+        m_openFields[row->item] = item->received == 0;
+    if (part.isNull())
         model.setFault(key, item->received == 0
                                 ? tr("No value has come yet, so nothing is known of its fields.")
                                 : tr("The value has no such field now, or nobody knows its type."));
@@ -339,6 +337,7 @@ void QlumStagedPart::apply(bool withDoubts)
         m_wanted = withDoubts; // values that are still texts are none yet
         return;
     }
+    m_withDoubts = withDoubts;
     run(placed(m_page->model().sendable(withDoubts)), false);
 }
 
@@ -397,7 +396,7 @@ void QlumStagedPart::finished()
     const int all = static_cast<int>(m_underWay.size());
     m_underWay.clear();
     m_page->setRunning(false);
-    const int doubtful = isRevert ? 0 : m_page->model().doubtful();
+    const int doubtful = isRevert || m_withDoubts ? 0 : m_page->model().doubtful();
     const int faulty = isRevert ? 0 : m_page->model().faulty();
     QlumMessage message;
     message.topic = stagedTopic;
@@ -418,6 +417,35 @@ void QlumStagedPart::finished()
         message.help = [this] { m_host.showPage(m_page); };
     }
     m_host.tell(message);
+}
+
+void QlumStagedPart::lookAgain(const std::vector<quint32>& items)
+{
+    std::vector<quint64> keys;
+    for (const quint32 item : items) {
+        m_openFields.erase(item);
+        if (const QlumStagedRow* row = m_page->model().find(item))
+            keys.push_back(row->write.key);
+    }
+    readContexts(keys);
+}
+
+void QlumStagedPart::valuesChanged(std::span<const quint32> keys)
+{
+    std::vector<quint32> known;
+    if (!m_openFields.empty())
+        for (const quint32 key : keys)
+            if (const auto open = m_openFields.find(key); open != m_openFields.end() && open->second)
+                known.push_back(key);
+    lookAgain(known);
+}
+
+void QlumStagedPart::rowsDescribed()
+{
+    std::vector<quint32> known;
+    for (const auto& [item, lacksValue] : m_openFields)
+        known.push_back(item);
+    lookAgain(known);
 }
 
 // What could not be looked at without a connection is looked at now.
@@ -482,109 +510,4 @@ UaVariant QlumStagedPart::newValue(const QlumDataItem& item) const
 void QlumStagedPart::takeNewValue(const QlumDataItem& item, const UaVariant& value)
 {
     stageValues({{item.key, value}});
-}
-
-// ---- project
-
-namespace {
-
-QString storedVariant(const UaVariant& value, bool& isStored)
-{
-    UaString text;
-    isStored = UaValueText::toJson(value, nullptr, text).isNotBad();
-    return toQString(text);
-}
-
-bool restoreVariant(const QSettings& settings, const QString& key, UaVariant& value)
-{
-    const UaString text = toUaString(settings.value(key).toString());
-    return settings.contains(key) && UaValueText::fromJson(text.view(), nullptr, value).isNotBad();
-}
-
-} // namespace
-
-// What was written keeps its result and its old value, so that it can be reverted later.
-bool QlumStagedPart::store(QSettings& settings, const QlumStagedRow& row, int place) const
-{
-    const QlumStagedWrite& write = row.write;
-    bool isStored = true;
-    const QString value = row.isText ? row.given : storedVariant(write.value, isStored);
-    if (!isStored)
-        return false;
-    settings.setValue(QStringLiteral("Row"), place);
-    settings.setValue(row.isText ? QStringLiteral("Text") : QStringLiteral("Value"), value);
-    if (write.state == QlumStagedState::Waiting)
-        return true;
-    settings.setValue(QStringLiteral("State"), static_cast<int>(write.state));
-    settings.setValue(QStringLiteral("Status"), write.status.code());
-    if (const QString old = write.hasOld ? storedVariant(write.old, isStored) : QString();
-        isStored && write.hasOld)
-        settings.setValue(QStringLiteral("Old"), old);
-    if (const QString back = write.hasBack ? storedVariant(write.back, isStored) : QString();
-        isStored && write.hasBack)
-        settings.setValue(QStringLiteral("Back"), back);
-    return true;
-}
-
-bool QlumStagedPart::restore(QSettings& settings, QlumStagedRow& row) const
-{
-    QlumStagedWrite& write = row.write;
-    row.isText = settings.contains(QStringLiteral("Text"));
-    row.given = settings.value(QStringLiteral("Text")).toString();
-    if (!row.isText && !restoreVariant(settings, QStringLiteral("Value"), write.value))
-        return false;
-    const int state = settings.value(QStringLiteral("State"), 0).toInt();
-    if (state > 0 && state <= static_cast<int>(QlumStagedState::NotReverted))
-        write.state = static_cast<QlumStagedState>(state);
-    write.status = UaStatus(settings.value(QStringLiteral("Status"), 0).toUInt());
-    write.hasOld = restoreVariant(settings, QStringLiteral("Old"), write.old);
-    write.hasBack = restoreVariant(settings, QStringLiteral("Back"), write.back);
-    return true;
-}
-
-void QlumStagedPart::tellLeftOut(int count)
-{
-    if (count > 0)
-        m_host.tell({QlumMessage::Warning,
-                     QStringLiteral("stagedStore"),
-                     tr("%n staged value(s) are not kept with the project.", nullptr, count),
-                     tr("A view keeps %1 of them there, and only those whose value can be written down.")
-                         .arg(QLocale().toString(maximumStored)),
-                     {},
-                     nullptr});
-    else
-        m_host.dismiss(QStringLiteral("stagedStore"));
-}
-
-void QlumStagedPart::saveSettings(QSettings& settings)
-{
-    settings.beginWriteArray(QStringLiteral("StagedValues"));
-    int index = 0, leftOut = 0;
-    for (const QlumStagedRow& row : m_page->model().rows()) {
-        const int place = m_host.model().rowOf(row.item);
-        if (place < 0)
-            continue; // its row has gone, and with it what it was about
-        settings.setArrayIndex(index);
-        const bool isStored = index < maximumStored && store(settings, row, place);
-        (isStored ? index : leftOut) += 1;
-    }
-    settings.endArray();
-    tellLeftOut(leftOut);
-}
-
-void QlumStagedPart::loadSettings(QSettings& settings, const QMap<int, int>&)
-{
-    const int count = std::min(settings.beginReadArray(QStringLiteral("StagedValues")), maximumStored);
-    std::vector<QlumStagedRow> rows;
-    for (int index = 0; index < count; ++index) {
-        settings.setArrayIndex(index);
-        const int place = settings.value(QStringLiteral("Row"), -1).toInt();
-        if (place < 0 || place >= m_host.model().rowCount())
-            continue;
-        QlumStagedRow row = rowFor(m_host.model().rowAt(place));
-        if (restore(settings, row))
-            rows.push_back(std::move(row));
-    }
-    settings.endArray();
-    readContexts(m_page->model().stage(std::move(rows)));
 }

@@ -16,6 +16,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -52,6 +53,8 @@ public:
 
     void saveSettings(QSettings& settings) override;
     void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
+    void valuesChanged(std::span<const quint32> keys) override;
+    void rowsDescribed() override;
     void statusChanged(unsigned int serverId, QlumConnectionStatus status) override;
     void serverRemoved(unsigned int serverId) override;
     bool hasNewValues() const override { return true; }
@@ -69,6 +72,7 @@ private:
     [[nodiscard]] std::vector<QlumStagedWrite> placed(std::vector<QlumStagedWrite> writes) const;
     void run(std::vector<QlumStagedWrite> writes, bool isRevert);
     void finished();
+    void lookAgain(const std::vector<quint32>& items);
     void askSameValue();
     [[nodiscard]] bool store(QSettings& settings, const QlumStagedRow& row, int place) const;
     [[nodiscard]] bool restore(QSettings& settings, QlumStagedRow& row) const;
@@ -78,7 +82,10 @@ private:
     QlumStagedPage* m_page; ///< the view's
     std::shared_ptr<std::atomic<bool>> m_stopped;
     std::vector<quint64> m_underWay;
-    bool m_isRevert = false;                  ///< what is under way
+    bool m_isRevert = false;   ///< what is under way
+    bool m_withDoubts = false; ///< the same: also what the checks object to
+    /// Rows whose field is not known yet; true: since they have no value.
+    std::map<quint32, bool> m_openFields;
     std::map<unsigned int, int> m_describing; ///< jobs that look at staged values, by server
     std::optional<bool> m_wanted;             ///< to be written when they have: with doubts or without
 };

@@ -2,10 +2,10 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/text/uavaluetext.h>
 #include <uabase/values/uastring.h>
 #include <uawidgets/editors/qlumcelltext.h>
+#include <uawidgets/editors/qlumdatafield.h>
 
 #include <QChar>
 #include <QCoreApplication>

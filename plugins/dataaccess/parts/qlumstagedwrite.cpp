@@ -7,8 +7,8 @@
 #include <app/api/qlumtext.h>
 #include <monitoring/callfaults.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <uabase/values/uastring.h>
+#include <uawidgets/editors/qlumdatafield.h>
 
 #include <QCoreApplication>
 

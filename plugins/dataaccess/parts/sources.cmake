@@ -14,7 +14,7 @@ set(dataAccessWork
     parts/qlumsnapshotpart.h parts/qlumsnapshotpart.cpp
     parts/qlumstagedmodel.h parts/qlumstagedmodel.cpp
     parts/qlumstagedpage.h parts/qlumstagedpage.cpp
-    parts/qlumstagedpart.h parts/qlumstagedpart.cpp
+    parts/qlumstagedpart.h parts/qlumstagedpart.cpp parts/qlumstagedpart_project.cpp
     parts/qlumstagedtext.h parts/qlumstagedtext.cpp
     parts/qlumstagedwrite.h parts/qlumstagedwrite.cpp
     parts/qlumworkcommand.h

@@ -4,7 +4,6 @@
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/dataaccess/qlumdafilter.h>
 #include <plugins/dataaccess/qlumdamodel.h>
-#include <plugins/dataaccess/qlumdasettingsdialog.h>
 #include <plugins/dataaccess/qlumdataitem.h>
 #include <plugins/dataaccess/qlumdaview.h>
 #include <tests/gui/dataaccess/dafixture.h>
@@ -13,6 +12,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uavariant.h>
+#include <watching/qlumdasettingsdialog.h>
 
 #include <QAbstractItemModelTester>
 #include <QAction>

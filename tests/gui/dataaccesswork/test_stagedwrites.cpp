@@ -2,7 +2,6 @@
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/dataaccess/parts/qlumstagedwrite.h>
-#include <plugins/dataaccess/qlumdatafield.h>
 #include <tests/gui/dataaccesswork/workfixture.h>
 #include <tests/gui/valuepages/plantvalues.h>
 #include <tests/support/modeltext.h>
@@ -12,6 +11,7 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumdatafield.h>
 
 #include <QString>
 #include <gtest/gtest.h>

@@ -2,18 +2,24 @@
 #include <plugins/events/qlumalarmmodel.h>
 #include <plugins/events/qlumevent.h>
 #include <plugins/events/qlumeventmodel.h>
+#include <plugins/events/qlumeventtable.h>
 #include <plugins/events/qlumeventtypes.h>
 #include <tests/gui/events/eventtest.h>
+#include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
+#include <QAbstractItemModel>
 #include <QAbstractItemModelTester>
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
 
+#include <limits>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 class Alarms : public testing::Test
@@ -169,6 +175,43 @@ TEST_F(Alarms, ShowWhatTheServerSaysAsPlainText)
     model.setExtraFields({"BranchId", "Message"});
     EXPECT_EQ(model.headerData(QlumAlarmModel::ColumnCount, Qt::Horizontal), "BranchId");
     EXPECT_EQ(model.index(0, QlumAlarmModel::ColumnCount + 1).data(), "<b>hot</b> and more");
+}
+
+// The first and the last that there are stand for none.
+TEST_F(Alarms, TellTimesOfEveryYearApartAsTheLogDoes)
+{
+    application.settings["EventsPlugin.ShowDateWithTimestamps"] = true;
+    QlumEventTypes types([](unsigned int) { return nullptr; });
+    QlumEventModel log(application, types);
+    QlumEvents events;
+    const std::vector<UaDateTime> times{UaDateTime(), UaDateTime(std::numeric_limits<OpcUa_Int64>::max()),
+                                        UaDateTime::fromString("1601-01-02T12:00:00Z"),
+                                        UaDateTime::fromString("2026-01-02T12:00:00Z"),
+                                        UaDateTime::fromString("9999-12-30T12:00:00Z")};
+    for (const UaDateTime& time : times)
+        events.push_back(makeAlarm(static_cast<OpcUa_UInt32>(events.size()), {{"Time", UaVariant(time)}}));
+    log.sltNewEvents(events);
+    log.setPaused(false); // at once
+    send(events);
+    const std::pair<const QAbstractItemModel*, int> columns[] = {{&model, QlumAlarmModel::Time},
+                                                                 {&log, QlumEventModel::Time}};
+    for (const auto& [shown, column] : columns) {
+        const auto cell = [&, shown = shown, column = column](int row, int role) {
+            return shown->index(row, column).data(role);
+        };
+        ASSERT_EQ(shown->rowCount(), 5);
+        for (const int none : {0, 1}) {
+            EXPECT_EQ(cell(none, Qt::DisplayRole).toString(), "");
+            EXPECT_EQ(cell(none, Qt::ToolTipRole).toString(), "");
+        }
+        EXPECT_TRUE(cell(2, Qt::ToolTipRole).toString().contains("1601-01-02"))
+            << cell(2, Qt::ToolTipRole).toString().toStdString();
+        EXPECT_TRUE(cell(4, Qt::ToolTipRole).toString().contains("9999-12-30"));
+        EXPECT_TRUE(cell(4, Qt::DisplayRole).toString().contains("9999"));
+        for (const int row : {2, 3})
+            EXPECT_LT(cell(row, QlumEventTable::sortRole).toDateTime(),
+                      cell(row + 1, QlumEventTable::sortRole).toDateTime());
+    }
 }
 
 // ---- the log

@@ -10,6 +10,7 @@
 #include <plugins/events/qlumeventtypemodel.h>
 #include <plugins/events/qlumeventtypes.h>
 #include <plugins/events/qlumeventwhere.h>
+#include <plugins/events/qlumwherepage.h>
 #include <tests/gui/events/eventtest.h>
 #include <uabase/values/uaarray.h>
 #include <uabase/values/uacontentfilter.h>
@@ -25,8 +26,11 @@
 #include <uabase/values/uavariant.h>
 
 #include <QAbstractItemModelTester>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QModelIndex>
 #include <QObject>
+#include <QPushButton>
 #include <QString>
 #include <QStringList>
 #include <QTest>
@@ -242,16 +246,16 @@ QString clauseText(const UaContentFilter& filter)
 TEST_F(EventFields, AreAskedForByConditionsThatServerAndProgramReadAlike)
 {
     QlumEventCondition severe, source, type, field;
-    severe.value = "500";
+    severe.value = UaVariant(OpcUa_UInt16{500});
     source.kind = QlumEventCondition::Source;
-    source.value = "Boiler";
+    source.value = UaVariant("Boiler");
     type.kind = QlumEventCondition::OfType;
     type.type = UaNodeId(2782);
     type.isOr = true;
     field.kind = QlumEventCondition::Field;
     field.field = BrowsePathList::fromString("Message/");
     field.filterOperator = OpcUa_FilterOperator_Like;
-    field.value = "%hot_";
+    field.value = UaVariant("%hot_");
     field.isNegated = true;
     // severe and from the boiler, or a condition that does not say hot
     const QlumEventConditions all{severe, source, type, field};
@@ -288,7 +292,46 @@ TEST_F(EventFields, AreAskedForByConditionsThatServerAndProgramReadAlike)
     EXPECT_FALSE(qlumMeets(makeAlarm(1, {{"Severity", UaVariant(OpcUa_UInt16(1))}}), bracketed,
                            [](const UaNodeId&, const UaNodeId&) { return true; }));
     EXPECT_EQ(qlumReadConditions(qlumStoredConditions(bracketed)), bracketed);
+    // of a project whose values had no types
+    const QlumEventConditions before = qlumReadConditions(
+        {"0\t0\t1\t0\ti=0\t\t500", "0\t0\t2\t0\ti=0\t\tBoiler", "0\t0\t3\t0\ti=0\tMessage/\t2.5"});
+    ASSERT_EQ(before.size(), 3u);
+    EXPECT_EQ(before[0].value, severe.value);
+    EXPECT_EQ(before[1].value, source.value);
+    EXPECT_EQ(before[2].value, UaVariant(2.5));
     EXPECT_TRUE(qlumReadConditions({"", "1\t2", "0\t0\t9\t0\ti=1\t\tx", "0\t0\t1\t99\ti=1\t\tx"}).empty());
+}
+
+TEST(WherePage, GivesEachFieldAnEditorOfItsType)
+{
+    QlumWherePage page;
+    QlumEventConditions edited;
+    QObject::connect(&page, &QlumWherePage::conditionsEdited,
+                     [&](const QlumEventConditions& conditions) { edited = conditions; });
+    page.setOffer(1, nullptr, {"Retain", "Time", "Message"});
+    const auto box = [&](const char* name) { return page.findChild<QComboBox*>(name); };
+    auto* const add = page.findChild<QPushButton*>("addCondition");
+    page.findChild<QLineEdit*>("whereValue")->setText("70000"); // of a severity
+    EXPECT_FALSE(add->isEnabled());
+    page.findChild<QLineEdit*>("whereValue")->setText("700");
+    add->click();
+    ASSERT_EQ(edited.size(), 1u);
+    EXPECT_EQ(edited[0].value, UaVariant(OpcUa_UInt16{700}));
+    box("whereKind")->setCurrentIndex(QlumEventCondition::Field);
+    box("whereField")->setCurrentText("Retain");
+    EXPECT_FALSE(add->isEnabled()) << "neither true nor false yet";
+    box("whereValue")->setCurrentIndex(1);
+    page.setOffer(1, nullptr, {"Time", "Retain", "Message"}); // the types have been read meanwhile
+    add->click();
+    ASSERT_EQ(edited.size(), 2u);
+    EXPECT_EQ(edited[1].value, UaVariant(true));
+    box("whereField")->setCurrentText("Time");
+    add->click();
+    ASSERT_EQ(edited.size(), 3u);
+    EXPECT_EQ(edited[2].value.type(), OpcUaType_DateTime);
+    EXPECT_EQ(qlumReadConditions(qlumStoredConditions(edited)), edited);
+    box("whereOperator")->setCurrentText("like");
+    EXPECT_NE(page.findChild<QLineEdit*>("whereValue"), nullptr) << "a pattern is a text";
 }
 
 // ---- details

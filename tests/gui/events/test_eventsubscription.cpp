@@ -286,7 +286,7 @@ TEST_F(EventSubscription, LooksAtConditionsItselfWhereTheServerRefusesTo)
 {
     add({UaNodeId(2253)});
     QlumEventCondition severe;
-    severe.value = "500";
+    severe.value = UaVariant(OpcUa_UInt16{500});
     model.setWhere(model.rowAt(0).key, {severe}, true);
     model.applyChanges();
     ASSERT_TRUE(

@@ -169,15 +169,27 @@ TEST_F(EventView, CallsTheMethodOfTheSelectedConditionWithACommentAndSaysWhatFai
     }
     server->result = OpcUa_BadEventIdUnknown;
     {
-        DialogDriver driver(comment("x"));
-        view->sltConfirm();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return driver.seen().size() == 2; }));
-        view->sltAddComment();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return driver.seen().size() == 4; }));
+        QStringList prompts;
+        DialogDriver driver([&prompts](QDialog& dialog) {
+            if (auto* const input = qobject_cast<QInputDialog*>(&dialog))
+                prompts.append(input->labelText());
+            comment("x")(dialog);
+        });
+        int seen = 0;
+        for (const auto slot : {&QlumEventWidget::sltAcknowledge, &QlumEventWidget::sltConfirm,
+                                &QlumEventWidget::sltAddComment}) {
+            (view.get()->*slot)();
+            ASSERT_TRUE(QTest::qWaitFor([&] { return driver.seen().size() == seen + 2; }));
+            seen += 2;
+        }
         EXPECT_EQ(driver.seen().join('|'),
+                  "Comment Acknowledgement|Call Acknowledge Failed: The call of the acknowledge method "
+                  "returned BadEventIdUnknown|"
                   "Comment Confirming|Call Confirm Failed: The call of the confirm method returned "
                   "BadEventIdUnknown|Add Comment|Call AddComment Failed: The call of the AddComment method "
                   "returned BadEventIdUnknown");
+        prompts.removeDuplicates();
+        EXPECT_EQ(prompts.join('|'), "Please enter a comment|Please enter the comment");
     }
     server->called();
     {
@@ -243,6 +255,12 @@ TEST_F(EventView, AcknowledgesAllInOneCallForEachServer)
     EXPECT_EQ(application.said("Call Acknowledge on").join('|'),
               "Call Acknowledge on Condition 'ns=2;i=2' returned Good|"
               "Call Acknowledge on Condition 'ns=2;i=3' returned BadEventIdUnknown");
+    view->sltNewEvents({makeAlarm(2, {{"ConfirmedState/Id", UaVariant(false)}})});
+    DialogDriver driver(comment("all"));
+    view->sltConfirmAll();
+    ASSERT_TRUE(waitForSaid("Call Confirm returned Good"));
+    EXPECT_EQ(application.said("Call Confirm on").join('|'),
+              "Call Confirm on Condition 'ns=2;i=2' returned Good");
 }
 
 TEST_F(EventView, AsksOnceForEachConditionAndNotForAllAtATime)
@@ -322,8 +340,14 @@ TEST_F(EventView, SaysWhatAServerRefusesAndGoesOnWithoutIt)
 
     const quint32 key = view->items()->rowAt(0).key;
     QlumEventCondition severe;
-    severe.value = "500";
+    severe.value = UaVariant(OpcUa_UInt16{500});
     view->items()->setWhere(key, {severe}, false);
+    auto* monitored = view->findChild<QTreeView*>("monitoredItems");
+    monitored->selectionModel()->clear(); // the page shows the conditions of what gets selected
+    monitored->setCurrentIndex(view->items()->index(0, 0));
+    emit view->items()->filterAnswered({key, OpcUa_Good, {}}); // and no more than that
+    EXPECT_EQ(modelText(*view->findChild<QTreeView*>("whereConditions")->model()),
+              " | Severity >= 500 | accepted\n");
     emit view->items()->filterAnswered({key, OpcUa_BadMonitoredItemFilterUnsupported, {}});
     auto* bar = view->findChild<QlumMessageBar*>();
     ASSERT_FALSE(bar->isHidden());

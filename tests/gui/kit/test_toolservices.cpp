@@ -1,6 +1,7 @@
 #include <app/api/qlumtoolservices.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
 #include <uawidgets/qlumnodecommands.h>
 
@@ -114,6 +115,30 @@ TEST_F(ToolServices, WithoutATakerNothingIsDoneAndTheLastTakerWins)
     }
     EXPECT_TRUE(services.revealNode(1, UaNodeId(85)));
     EXPECT_EQ(asked, (QStringList{QStringLiteral("second"), QStringLiteral("first")}));
+}
+
+TEST_F(ToolServices, ValuesOfAKindGoToTheirDocumentAndAllOthersToAWindow)
+{
+    QStringList shown;
+    services.takeShowValue(&owner,
+                           [&](unsigned int, const UaVariant&, const UaNodeId&) { shown.append("window"); });
+    QlumValueTaker taker;
+    taker.documentType = trendType;
+    taker.accepts = [](const UaVariant& value, const UaNodeId&) { return value.type() == OpcUaType_Double; };
+    taker.show = [&](QWidget*, unsigned int, const UaVariant&, const UaNodeId&, const QlumToolNode& origin) {
+        shown.append(origin.nodeId.isNull() ? "part" : "document");
+    };
+    QObject plugin;
+    services.takeValues(&plugin, taker);
+    EXPECT_TRUE(services.showValue(1, UaVariant(2.5), {}));
+    EXPECT_FALSE(services.canShowInDocument(UaVariant(2.5), {})) << "nobody opens documents";
+    openDocuments();
+    EXPECT_TRUE(services.showValue(1, UaVariant(2.5), {}, variable(1)));
+    EXPECT_TRUE(services.showValue(1, UaVariant(2.5), {}));
+    EXPECT_TRUE(services.showValue(1, UaVariant(true), {}));
+    services.removeTakers(&plugin);
+    EXPECT_TRUE(services.showValue(1, UaVariant(2.5), {}));
+    EXPECT_EQ(shown.join(' '), "window document part window window");
 }
 
 TEST_F(ToolServices, ATakerMayGoWhileItIsCalled)

@@ -2,7 +2,6 @@
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
-#include <plugins/methods/qlumargumentpanel.h>
 #include <plugins/methods/qlummethodcallmodel.h>
 #include <plugins/methods/qlummethoddialog.h>
 #include <plugins/methods/qlummethodplugin.h>
@@ -13,6 +12,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumargumentpanel.h>
 
 #include <QAbstractItemModel>
 #include <QCoreApplication>

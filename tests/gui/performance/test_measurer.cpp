@@ -97,8 +97,19 @@ TEST_F(Measurer, ASweepFindsTheCostsOfTheServer)
     ASSERT_TRUE(fit);
     EXPECT_NEAR(fit->fixed, 300, 1);
     EXPECT_NEAR(fit->each, 2, 0.01);
-    EXPECT_TRUE(qlumSweepText(points, QlumSweepOver::NodesPerCall).contains("From 1,000 node(s)"))
-        << qlumSweepText(points, QlumSweepOver::NodesPerCall).toStdString();
+    EXPECT_EQ(
+        qlumSweepText(points, QlumSweepOver::NodesPerCall),
+        "A call costs 300 us, and 2.0 us for each node. The largest call, of 1,000 nodes, is the best: only "
+        "from 1,500 on more would gain less than a tenth.");
+    server->each = 20us;
+    points.clear();
+    for (const quint32 size : qlumSweepSizes(1000))
+        points.push_back(qlumSweepPoint(run(qlumSweepStep({.calls = 20}, QlumSweepOver::NodesPerCall, size)),
+                                        QlumSweepOver::NodesPerCall));
+    EXPECT_EQ(
+        qlumSweepText(points, QlumSweepOver::NodesPerCall),
+        "A call costs 300 us, and 20.0 us for each node. From 150 node(s) a call on, more gain less than a "
+        "tenth.");
 }
 
 TEST_F(Measurer, ABatchThatTheServerRefusesIsLoweredAndSaid)

@@ -1,8 +1,11 @@
 // The view: questions before anything changes, figures that stand under the right run, a project that keeps
 // them.
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_attributes.h>
+#include <opcua/opcua_statuscodes.h>
 #include <plugins/performance/qlumfigures.h>
+#include <plugins/performance/qlummeasuredarguments.h>
 #include <plugins/performance/qlumperformancepanel.h>
 #include <plugins/performance/qlumperformanceview.h>
 #include <plugins/performance/qlumperformancework.h>
@@ -13,18 +16,24 @@
 #include <tests/support/tableservices.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumargumentpanel.h>
+#include <uawidgets/qlummessagebar.h>
 
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QLabel>
 #include <QList>
 #include <QMessageBox>
+#include <QObject>
 #include <QPushButton>
 #include <QSettings>
 #include <QSpinBox>
 #include <QString>
+#include <QStringList>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -32,6 +41,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace {
 
@@ -84,12 +94,22 @@ protected:
     {
         return QTest::qWaitFor([this] { return !view->work()->isBusy(); });
     }
+    // One that was answered goes in the next turn of the loop.
     [[nodiscard]] QMessageBox* question() const
     {
         QMessageBox* box = nullptr;
-        EXPECT_TRUE(
-            QTest::qWaitFor([&] { return (box = view->findChild<QMessageBox*>("performanceQuestion")); }));
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            box = view->findChild<QMessageBox*>("performanceQuestion");
+            return box && box->isVisible();
+        }));
         return box;
+    }
+    [[nodiscard]] QlumMeasuredArgumentsDialog* arguments() const
+    {
+        QlumMeasuredArgumentsDialog* dialog = nullptr;
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return (dialog = view->findChild<QlumMeasuredArgumentsDialog*>()); }));
+        return dialog;
     }
     static void answer(QMessageBox* box, const QString& text)
     {
@@ -132,7 +152,8 @@ TEST_F(PerformanceView, WriteAsksFirstLeavesOutAndWritesWhatWasThere)
     press("measure");
     QMessageBox* box = question();
     ASSERT_TRUE(box);
-    EXPECT_TRUE(box->text().startsWith("The run writes to 1 variable(s) of Plc"));
+    EXPECT_TRUE(box->text().startsWith("The run writes to 1 variable(s) of Plc, 46 times."))
+        << box->text().toStdString();
     EXPECT_TRUE(box->text().contains("puts back the value that was just read"));
     EXPECT_TRUE(box->detailedText().contains("Left out: Alarm: it may not be written by this user"))
         << box->detailedText().toStdString();
@@ -170,6 +191,88 @@ TEST_F(PerformanceView, CallAsksWithTheMethodAndHowOften)
     answer(box, "&Call");
     ASSERT_TRUE(QTest::qWaitFor([this] { return view->runs()->rowCount() == 1; }));
     EXPECT_EQ(called, 46) << "as often as the question says";
+}
+
+TEST_F(PerformanceView, CallAsksForArgumentsKeepsThemAndSaysHowOftenASweepCalls)
+{
+    std::vector<UaVariant> sent;
+    server->table.method(UaNodeId(3, 2), "Fill", UaNodeId(85),
+                         {{{"Level", UaNodeId(11)}}, {}, [&](const auto& inputs, auto&) {
+                              sent.emplace_back(inputs[0]);
+                              return OpcUa_Good;
+                          }});
+    const QlumToolNodes nodes{{5, UaNodeId(3, 2), OpcUa_NodeClass_Method, UaNodeId(85), "Fill"},
+                              {5, UaNodeId(4, 2), OpcUa_NodeClass_Method, UaNodeId(85), "Gone"}};
+    view->addNodes(nodes);
+    choose(QlumMeasuredKind::Call);
+    press("measure");
+    QlumMeasuredArgumentsDialog* dialog = arguments();
+    ASSERT_TRUE(dialog);
+    auto* panel = dialog->findChild<QlumArgumentPanel*>();
+    EXPECT_EQ(panel->value(0), UaVariant(0.0)) << "of the declared type";
+    panel->setValue(0, UaVariant(7.5));
+    dialog->accept();
+    QMessageBox* box = question();
+    ASSERT_TRUE(box);
+    EXPECT_TRUE(box->text().contains("46 times, warm-up included, with the arguments given"));
+    EXPECT_TRUE(box->detailedText().startsWith("Left out: Gone: ")) << box->detailedText().toStdString();
+    EXPECT_TRUE(sent.empty());
+    answer(box, "&Call");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return view->runs()->rowCount() == 1; }));
+    EXPECT_EQ(sent, std::vector<UaVariant>(46, UaVariant(7.5)));
+
+    press("sweepNodes");
+    ASSERT_TRUE((dialog = arguments()));
+    EXPECT_EQ(dialog->findChild<QlumArgumentPanel*>()->value(0), UaVariant(7.5)) << "as given before";
+    dialog->accept();
+    box = question();
+    ASSERT_TRUE(box);
+    EXPECT_TRUE(box->text().contains("86,848 times"))
+        << "46 calls with 1, 2, 5 ... 1000 nodes each: " << box->text().toStdString();
+    box->reject();
+    EXPECT_EQ(sent.size(), 46u);
+}
+
+TEST_F(PerformanceView, AComparisonOfWritesAsksFirstAndListsTheEndpointsItLeavesOut)
+{
+    QlumToolServices tools;
+    QObject owner;
+    QStringList asked;
+    QlumSideSessionDone late;
+    tools.takeSideSession(&owner, [&](unsigned int, const QlumSideEndpoint& endpoint, const QlumIdentity&,
+                                      const QlumSideSessionDone& done) {
+        asked.append(endpoint.securityPolicy);
+        if (endpoint.securityPolicy == "Slow")
+            late = done;
+        else
+            done(nullptr, UaStatus(OpcUa_BadUserAccessDenied));
+    });
+    addNodes();
+    choose(QlumMeasuredKind::Write);
+    const auto compare = [this](const char* policy) {
+        emit view->work()->offered({{"One", {{}, OpcUa_MessageSecurityMode_Sign, policy}}}, {});
+        view->findChild<QDialog*>("compareSecurityDialog")->accept();
+    };
+    compare("Quick");
+    QMessageBox* box = question();
+    ASSERT_TRUE(box);
+    EXPECT_EQ(asked, QStringList()) << "before the answer";
+    answer(box, "&Write");
+    ASSERT_TRUE(isIdle());
+    EXPECT_EQ(asked, QStringList("Quick"));
+    EXPECT_TRUE(view->findChild<QlumMessageBar*>()->isVisibleTo(view.get()));
+    EXPECT_EQ(server->calls(NodeTable::Write), 0);
+
+    choose(QlumMeasuredKind::Read);
+    compare("Slow");
+    ASSERT_TRUE(late);
+    EXPECT_TRUE(view->work()->isBusy());
+    press("cancelMeasuring");
+    EXPECT_FALSE(view->work()->isBusy()) << "while the session is still being opened";
+    press("measure");
+    late(nullptr, UaStatus(OpcUa_BadTimeout));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return view->runs()->rowCount() == 1; }));
+    EXPECT_EQ(view->runs()->rowAt(0).figures.calls, 25u) << "what comes late ends nothing";
 }
 
 TEST_F(PerformanceView, ASweepEndsWithItsAdvice)
@@ -216,6 +319,10 @@ TEST_F(PerformanceView, ComparesTwoRunsByDifferenceAndRatio)
     EXPECT_EQ(model.index(row, QlumRunComparisonModel::Value).data(), "500 us");
     EXPECT_EQ(model.index(row, QlumRunComparisonModel::Difference).data(), "300 us");
     EXPECT_EQ(model.index(row, QlumRunComparisonModel::Ratio).data(), "2.500");
+    two.figures.duration->median = 1234567.89;
+    QlumRunModel runs;
+    runs.addRun(two);
+    EXPECT_EQ(runs.index(0, QlumRunModel::Median).data(), "1234567.9") << "as a spreadsheet reads it";
     model.show(two, std::nullopt);
     EXPECT_EQ(model.index(row, QlumRunComparisonModel::Ratio).data(), "-");
 }

@@ -22,6 +22,7 @@
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
@@ -61,7 +62,18 @@ public:
     UaNodeId own;
     UaClientSdk::OperationLimits limits;
 
+    bool isListTooLarge = false; ///< an answer with a list of sessions or subscriptions
+
     UaNodeId sessionId() const override { return own; }
+    UaStatus read(Settings& settings, double maxAge, OpcUa_TimestampsToReturn stamps,
+                  const UaReadValueIds& nodes, UaDataValues& values) override
+    {
+        for (const OpcUa_ReadValueId& node : nodes)
+            if (const UaNodeId id(node.NodeId);
+                isListTooLarge && (id == UaNodeId(3707) || id == UaNodeId(2290)))
+                return UaStatus(OpcUa_BadResponseTooLarge);
+        return TableServices::read(settings, maxAge, stamps, nodes, values);
+    }
     UaClientSdk::OperationLimits operationLimits() const override { return limits; }
 };
 

@@ -83,6 +83,28 @@ TEST_F(DiagnosticReading, SessionsWithoutArraysAreReadOfTheirObjects)
     EXPECT_EQ(note(view.sessionChooser()), "2 elements of the server's list of sessions are something else.");
 }
 
+TEST_F(DiagnosticReading, ListsThatAreTooLargeForAnAnswerAreReadOfTheirObjectsInBatches)
+{
+    services->own = idOf("S7");
+    services->isListTooLarge = true;
+    constexpr int many = 450;
+    std::vector<std::string> texts;
+    for (int i = 0; i < many; ++i)
+        texts.push_back("S" + std::to_string(i));
+    for (const std::string& text : texts)
+        stateObject({text.c_str(), "urn:plant:hmi", text == "S9" ? 180 : 0});
+    stateSubscriptionNode(UaNodeId(subscriptionArray), "77", 2172, 0, subscriptionOf(77, "S7"));
+    connectView();
+    ASSERT_EQ(view.sessions()->rowCount(), many);
+    EXPECT_EQ(view.sessions()->index(many - 1, QlumSessionTable::Requests).data().toInt(), 10)
+        << "of the last batch";
+    EXPECT_EQ(view.sessions()->index(7, 0).data().toString(), "S7 (Current session)");
+    EXPECT_TRUE(note(view.sessionChooser()).contains("could not be read: BadResponseTooLarge"))
+        << note(view.sessionChooser()).toStdString();
+    EXPECT_TRUE(note(view.sessionChooser()).contains("looks forgotten")) << "by the server's clock";
+    EXPECT_EQ(names(*view.subscriptions()), "77");
+}
+
 TEST_F(DiagnosticReading, ForbiddenListsAreToldAndWhatIsAllowedIsShown)
 {
     stateArrays({{"A"}});

@@ -188,6 +188,26 @@ TEST_F(ServerDiagnostics, FlagIsWrittenWhenTheUserMeansIt)
         [&] { return messages().contains("The diagnostics of Plc5 could not be enabled."); }));
 }
 
+TEST_F(ServerDiagnostics, AServerThatCountsNothingIsSaidToOnEveryPage)
+{
+    stateServer();
+    services->table.setValue(UaNodeId(2294), UaVariant(false));
+    for (const OpcUa_UInt32 list : {3707u, 3708u, subscriptionArray})
+        services->table.fail(NodeTable::Read, UaNodeId(list), OpcUa_BadNodeIdUnknown);
+    services->table.fail(NodeTable::Read, UaNodeId(2277), OpcUa_BadNotReadable);
+    connectView();
+    EXPECT_TRUE(messages().contains("The diagnostics of Plc5 are disabled."))
+        << messages().join('\n').toStdString();
+    EXPECT_EQ(serverValue("CurrentSessionCount"), "Node could not be read (BadNotReadable)");
+    EXPECT_EQ(serverValue("State"), "Out of Order") << "the rest is shown";
+    EXPECT_TRUE(note(view.subscriptionChooser()).startsWith("The subscriptions could not be read: "))
+        << note(view.subscriptionChooser()).toStdString();
+    services->table.setValue(UaNodeId(2294), UaVariant(true));
+    view.sltRefresh();
+    ASSERT_TRUE(waitForAll());
+    EXPECT_FALSE(messages().contains("The diagnostics of Plc5 are disabled."));
+}
+
 TEST_F(ServerDiagnostics, EndpointsAreDescribedInFull)
 {
     endpoints.url = "opc.tcp://plc:4840";

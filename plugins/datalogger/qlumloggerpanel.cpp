@@ -1,0 +1,148 @@
+#include <plugins/datalogger/qlumloggerpanel.h>
+
+#include <app/api/qlumtext.h>
+#include <uabase/values/uadatetime.h>
+#include <uawidgets/table/qlumstatuslook.h>
+
+#include <QFont>
+#include <QFontMetrics>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QLocale>
+#include <QPalette>
+#include <QSizePolicy>
+#include <QString>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <algorithm>
+
+QString qlumLoggerBytes(qint64 bytes)
+{
+    return bytes < 0 ? QStringLiteral("?") : QLocale().formattedDataSize(bytes);
+}
+
+QlumLoggerPanel::QlumLoggerPanel(QWidget* parent)
+    : QWidget(parent), m_icon(new QLabel), m_state(makeFigure("loggerState", tr("State"))),
+      m_path(makeFigure("loggerPath", tr("File"))), m_since(makeFigure("loggerSince", tr("Recording since"))),
+      m_records(makeFigure("loggerRecords", tr("Records"))), m_rate(makeFigure("loggerRate", tr("Rate"))),
+      m_queue(makeFigure("loggerQueue", tr("Queue"))), m_size(makeFigure("loggerSize", tr("Size"))),
+      m_free(makeFigure("loggerFree", tr("Free space"))), m_lost(makeFigure("loggerLost", tr("Lost"))),
+      m_error(makeFigure("loggerError", tr("Last error")))
+{
+    QFont large = m_state->font();
+    large.setBold(true);
+    m_state->setFont(large);
+    m_queue->setToolTip(tr("Values that wait to be written, and how many may."));
+    m_lost->setToolTip(tr("Values that could not be recorded because the disk was too slow or full. Marks in "
+                          "the recording say when."));
+    m_path->setWordWrap(false);
+    m_path->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_error->setWordWrap(true);
+    auto* top = new QHBoxLayout;
+    top->addWidget(m_icon);
+    top->addWidget(m_state);
+    top->addWidget(m_path, 1);
+    auto* grid = new QGridLayout;
+    int column = 0;
+    for (QLabel* figure : {m_since, m_records, m_rate, m_queue, m_size, m_free, m_lost}) {
+        auto* title = new QLabel(figure->accessibleName() + QLatin1Char(':'));
+        grid->addWidget(title, 0, column);
+        grid->addWidget(figure, 1, column);
+        grid->setColumnStretch(column, 1);
+        ++column;
+    }
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(6, 6, 6, 6);
+    layout->addLayout(top);
+    layout->addLayout(grid);
+    layout->addWidget(m_error);
+    show(recording::RecorderStatus(), false);
+}
+
+QLabel* QlumLoggerPanel::makeFigure(const char* name, const QString& what)
+{
+    auto* label = new QLabel;
+    label->setObjectName(QLatin1String(name));
+    label->setAccessibleName(what);
+    label->setTextFormat(Qt::PlainText);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    return label;
+}
+
+void QlumLoggerPanel::showState(const recording::RecorderStatus& status, bool isStopping)
+{
+    using State = recording::RecorderState;
+    QlumStatusLevel level = QlumStatusLevel::Inactive;
+    QString text = tr("Not recording");
+    switch (status.state) {
+    case State::Idle:
+        if (isStopping)
+            text = tr("Closing the file...");
+        else if (status.since != 0)
+            text = tr("Stopped");
+        break;
+    case State::Recording:
+        level = QlumStatusLevel::Good;
+        text = tr("Recording");
+        break;
+    case State::NoSpace:
+        level = QlumStatusLevel::Uncertain;
+        text = tr("Paused: the disk is nearly full. It goes on when there is room.");
+        break;
+    case State::Failing:
+        level = QlumStatusLevel::Bad;
+        text = tr("Cannot write. It is tried again and again.");
+        break;
+    }
+    m_state->setText(text);
+    const int size = m_state->fontMetrics().height();
+    m_icon->setPixmap(qlumStatusIcon(level).pixmap(size, size));
+    QPalette palette = m_state->palette();
+    palette.setColor(QPalette::WindowText, level == QlumStatusLevel::Inactive
+                                               ? this->palette().color(QPalette::WindowText)
+                                               : qlumStatusColor(level, this->palette()));
+    m_state->setPalette(palette);
+}
+
+void QlumLoggerPanel::show(const recording::RecorderStatus& status, bool isStopping)
+{
+    const QLocale locale;
+    const OpcUa_DateTime now = UaDateTime::now().value();
+    const bool isRunning = status.state != recording::RecorderState::Idle;
+    const double seconds = static_cast<double>(now - m_before) / 1e7;
+    if (status.records < m_recordsBefore || !isRunning)
+        m_perSecond = 0;
+    else if (m_before != 0 && seconds > 0)
+        m_perSecond = static_cast<double>(status.records - m_recordsBefore) / seconds;
+    m_before = now;
+    m_recordsBefore = status.records;
+    showState(status, isStopping);
+    const bool isKnown = status.since != 0;
+    const auto set = [](QLabel* label, const QString& text) {
+        label->setText(text.isEmpty() ? QStringLiteral("-") : text);
+    };
+    set(m_since, isKnown ? locale.toString(qlumDateTime(status.since), qlumDateTimeFormat()) : QString());
+    set(m_records, isKnown ? locale.toString(static_cast<qulonglong>(status.records)) : QString());
+    set(m_rate,
+        isRunning ? tr("%1/s").arg(locale.toString(m_perSecond, 'f', m_perSecond < 10 ? 1 : 0)) : QString());
+    set(m_queue, isRunning ? tr("%1 of %2")
+                                 .arg(locale.toString(static_cast<qulonglong>(status.queued)),
+                                      locale.toString(static_cast<qulonglong>(status.queueSize)))
+                           : QString());
+    set(m_size, isKnown ? qlumLoggerBytes(status.bytes) : QString());
+    set(m_free, isKnown ? qlumLoggerBytes(status.freeBytes) : QString());
+    QString lost = isKnown ? locale.toString(static_cast<qulonglong>(status.lost)) : QString();
+    if (status.dropped > 0)
+        lost += tr(" (%1 old ones deleted)").arg(locale.toString(static_cast<qulonglong>(status.dropped)));
+    set(m_lost, lost);
+    m_path->setText(
+        m_path->fontMetrics().elidedText(status.path, Qt::ElideMiddle, std::max(100, m_path->width())));
+    m_path->setToolTip(status.path);
+    m_error->setVisible(!status.error.isEmpty());
+    m_error->setText(
+        tr("Last error, %1: %2")
+            .arg(locale.toString(qlumDateTime(status.errorTime), qlumDateTimeFormat()), status.error));
+}

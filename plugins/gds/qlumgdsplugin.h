@@ -1,0 +1,57 @@
+#pragma once
+#include <app/api/qlumappeventadapter.h>
+#include <app/api/qlumappeventinterface.h>
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlumplugininterface.h>
+#include <app/api/qlumserverpools.h>
+#include <app/api/qlumsessionservices.h>
+#include <plugins/gds/qlumpushview.h>
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
+#include <memory>
+
+class QlumApplicationInterface;
+
+/// Makes the documents that put certificates and trust lists onto servers.
+class QlumGDSPlugin : public QObject,
+                      public QlumPluginInterface,
+                      public QlumDocumentInterface,
+                      public QlumAppEventAdapter
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QlumPluginInterface_iid)
+    Q_INTERFACES(QlumPluginInterface QlumDocumentInterface QlumAppEventInterface)
+public:
+    QlumGDSPlugin();
+    ~QlumGDSPlugin() override;
+
+    void init(QlumApplicationInterface* app) override;
+    void shutdown() override;
+    QString name() override;
+
+    QStringList documentTypes() override;
+    QWidget* createDocument(const QString& type) override;
+    QString description(const QString& type) override;
+
+    void serverSelectionChanged(unsigned int serverId) override;
+    void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
+                              const NamespaceMap& namespaceMap) override;
+    void sessionRemoved(unsigned int serverId) override;
+
+private:
+    [[nodiscard]] QList<QlumPushView*> documents();
+
+    QlumApplicationInterface* m_app = nullptr;
+    std::shared_ptr<QlumServerPools> m_pools;
+    QList<QPointer<QlumPushView>> m_documents;          ///< owned by the main window
+    QHash<unsigned int, QlumConnectionStatus> m_states; ///< those that were told
+    unsigned int m_selected;                            ///< in the project
+};

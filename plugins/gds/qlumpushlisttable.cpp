@@ -1,0 +1,127 @@
+#include <plugins/gds/qlumpushlisttable.h>
+
+#include <certificates/qlumcertificateentry.h>
+#include <certificates/qlumcertificatemodel.h>
+#include <certificates/qlumcrlentry.h>
+#include <certificates/qlumcrlmodel.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkirevocationlist.h>
+#include <uawidgets/qlumviewstate.h>
+#include <uawidgets/table/qlumtable.h>
+#include <uawidgets/table/qlumtablefilter.h>
+
+#include <QAbstractItemView>
+#include <QHeaderView>
+#include <QIcon>
+#include <QItemSelectionModel>
+#include <QMimeData>
+#include <QModelIndex>
+#include <QTableView>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
+namespace {
+QStringList droppedFiles(const QMimeData* data)
+{
+    QStringList paths;
+    for (const QUrl& url : data->urls())
+        if (url.isLocalFile())
+            paths.append(url.toLocalFile());
+    return paths;
+}
+} // namespace
+
+QlumPushListTable::QlumPushListTable(const Kind& kind, QlumViewState& state, QWidget* parent)
+    : QWidget(parent), m_content(kind.content), m_sorted(new QlumTableFilter(this)), m_view(new QTableView)
+{
+    setObjectName(kind.name);
+    setAcceptDrops(kind.takesFiles);
+    if (kind.content == RevocationLists) {
+        m_lists = new QlumCRLModel(QlumCRLModel::Trusted, this);
+        m_sorted->setSourceModel(m_lists);
+        m_sorted->setSortRole(QlumCRLModel::SortRole);
+    } else {
+        m_certificates = new QlumCertificateModel(kind.content == Issuers ? QlumCertificateModel::Issuers
+                                                                          : QlumCertificateModel::Trusted,
+                                                  QIcon(), this);
+        m_sorted->setSourceModel(m_certificates);
+        m_sorted->setSortRole(QlumCertificateModel::SortRole);
+    }
+    makeView(kind, state);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_view);
+}
+
+void QlumPushListTable::makeView(const Kind& kind, QlumViewState& state)
+{
+    m_view->setObjectName(kind.name + QStringLiteral("View"));
+    m_view->setAccessibleName(kind.title);
+    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_view->setAlternatingRowColors(true);
+    m_view->setWordWrap(false);
+    m_view->setTabKeyNavigation(false);
+    m_view->verticalHeader()->hide();
+    m_view->setModel(m_sorted);
+    m_view->setSortingEnabled(true);
+    m_view->sortByColumn(-1, Qt::AscendingOrder);
+    connect(m_view, &QTableView::activated, this, &QlumPushListTable::opened);
+    connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &QlumPushListTable::currentChanged);
+    qlumMakeTable(m_view, {kind.emptyText, kind.name, &state, kind.name});
+}
+
+void QlumPushListTable::setRows(const std::vector<UaByteString>& rows,
+                                const std::vector<UaByteString>& onServer)
+{
+    const auto note = [&](const UaByteString& der) {
+        return std::ranges::find(onServer, der) == onServer.end() ? tr("(not on the server yet)") : QString();
+    };
+    m_rows = rows;
+    if (m_certificates) {
+        std::vector<QlumCertificateEntry> entries;
+        for (const UaByteString& der : rows)
+            entries.emplace_back(m_content == Rejected ? QlumCertificateEntry::Rejected
+                                                       : QlumCertificateEntry::InStore,
+                                 note(der), UaPkiCertificate::fromDER(der));
+        m_certificates->clear();
+        m_certificates->addEntries(std::move(entries));
+    } else {
+        std::vector<QlumCRLEntry> entries;
+        for (const UaByteString& der : rows)
+            entries.emplace_back(note(der), UaPkiRevocationList::fromDER(der.toByteArray()));
+        m_lists->clear();
+        m_lists->addEntries(std::move(entries));
+    }
+    emit currentChanged();
+}
+
+UaByteString QlumPushListTable::current() const
+{
+    const QModelIndex index = m_sorted->mapToSource(m_view->currentIndex());
+    return index.isValid() && index.row() < count() ? m_rows[static_cast<std::size_t>(index.row())]
+                                                    : UaByteString();
+}
+
+void QlumPushListTable::select(int row)
+{
+    m_view->setCurrentIndex(m_sorted->index(row, 0));
+}
+
+void QlumPushListTable::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!droppedFiles(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void QlumPushListTable::dropEvent(QDropEvent* event)
+{
+    event->acceptProposedAction();
+    emit filesDropped(droppedFiles(event->mimeData()));
+}

@@ -1,0 +1,73 @@
+#include <plugins/gds/qlumpushrecordpage.h>
+
+#include <app/api/qlumtext.h>
+#include <plugins/gds/qlumpushplandialog.h>
+#include <uawidgets/qlumformrow.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int mostRecordLines = 10'000;
+}
+
+QlumPushRecordPage::QlumPushRecordPage(QWidget* parent) : QWidget(parent), m_text(new QPlainTextEdit)
+{
+    setObjectName(QStringLiteral("pushRecordPage"));
+    m_text->setReadOnly(true);
+    m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_text->setMaximumBlockCount(mostRecordLines);
+    m_text->setPlaceholderText(tr("Every call to the server's configuration is written down here."));
+    qlumDescribeField(m_text,
+                      {QStringLiteral("pushRecord"),
+                       tr("Record"),
+                       tr("<b>Record</b><br>What was sent, when, by whom, and what the server answered."),
+                       {}});
+    auto* copy = new QPushButton(tr("&Copy Record"));
+    auto* keep = new QPushButton(tr("Sa&ve Record..."));
+    qlumDescribeField(copy, {QStringLiteral("pushRecordCopy"), tr("&Copy Record"), {}, {}});
+    qlumDescribeField(keep, {QStringLiteral("pushRecordSave"), tr("Sa&ve Record..."), {}, {}});
+    connect(copy, &QPushButton::clicked, this, [this] { QGuiApplication::clipboard()->setText(text()); });
+    connect(keep, &QPushButton::clicked, this, &QlumPushRecordPage::save);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(copy);
+    buttons->addWidget(keep);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_text, 1);
+    layout->addLayout(buttons);
+}
+
+void QlumPushRecordPage::add(const QString& server, const QString& user,
+                             const std::vector<QlumPushStep>& steps)
+{
+    for (const QlumPushStep& step : steps)
+        addLine(QStringLiteral("%1  %2  %3  %4  -> %5")
+                    .arg(QLocale::system().toString(step.time, qlumDateTimeFormat()), server, user, step.what,
+                         step.words));
+}
+
+void QlumPushRecordPage::addLine(const QString& text)
+{
+    m_text->appendPlainText(text);
+}
+
+QString QlumPushRecordPage::text() const
+{
+    return m_text->toPlainText();
+}
+
+void QlumPushRecordPage::save()
+{
+    const QPointer<QlumPushRecordPage> stillThere = this;
+    const QString fault =
+        qlumSavePushText(this, tr("Save Record"), QStringLiteral("serverconfiguration.txt"), text());
+    if (stillThere && !fault.isEmpty())
+        emit saveFailed(fault);
+}

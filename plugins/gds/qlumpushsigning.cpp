@@ -1,0 +1,145 @@
+#include <plugins/gds/qlumpushsigning.h>
+
+#include <app/api/qlumtext.h>
+#include <certificates/qlumcertificatestore.h>
+#include <opcua/opcua_statuscodes.h>
+#include <plugins/gds/qlumpushwords.h>
+#include <uabase/uapkicpp/uapkiauthority.h>
+#include <uabase/uapkicpp/uapkicertificatecollection.h>
+#include <uabase/uapkicpp/uapkicsr.h>
+#include <uabase/uapkicpp/uapkierrors.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkirsakeypair.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/secretbytes.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QStringList>
+
+#include <memory>
+
+namespace {
+constexpr int ownKeyBits = 2048;
+constexpr OpcUa_Int64 dayInSeconds = 86400;
+
+QString signingText(const char* text)
+{
+    return QCoreApplication::translate("QlumPushSigning", text);
+}
+
+QString errorsOf(const UaPkiErrors& object)
+{
+    QStringList lines;
+    for (const UaString& error : object.getErrors())
+        lines.append(toQString(error));
+    return lines.join(QStringLiteral("; "));
+}
+
+void send(QlumPushClient& client, const QlumPushServer& server, QlumCertificateUpdate update,
+          QlumPushSigned& result)
+{
+    result.certificate = update.certificate;
+    const UaStatus status = client.updateCertificate(server, update, result.isApplyRequired);
+    if (status.isBad())
+        result.fault = qlumPushWords(QStringLiteral("UpdateCertificate"), status);
+}
+
+// The names of the server's certificate of before, for the key that is made here.
+UaPkiCSR requestFor(const QlumPushOrder& order, const UaPkiCertificate& current, const UaPkiRsaKeyPair& pair)
+{
+    UaPkiIdentity subject = current.subject();
+    if (!order.wish.subject.isEmpty()) {
+        subject = {};
+        for (const QString& part : order.wish.subject.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+            const QString key = part.section(QLatin1Char('='), 0, 0).trimmed().toUpper();
+            const UaString value = toUaString(part.section(QLatin1Char('='), 1).trimmed());
+            UaString* const target = key == QLatin1String("CN")   ? &subject.commonName
+                                     : key == QLatin1String("O")  ? &subject.organization
+                                     : key == QLatin1String("OU") ? &subject.organizationUnit
+                                     : key == QLatin1String("L")  ? &subject.locality
+                                     : key == QLatin1String("S")  ? &subject.state
+                                     : key == QLatin1String("C")  ? &subject.country
+                                                                  : nullptr;
+            if (target)
+                *target = value;
+        }
+    }
+    return UaPkiCertificate::createCSR(current.info(), subject, pair);
+}
+
+// Other formats would need a password that travels with the key.
+std::shared_ptr<const UaClientSdk::SecretBytes> keyAs(const QString& format, const UaPkiRsaKeyPair& pair)
+{
+    if (format == QLatin1String("PEM"))
+        return std::make_shared<const UaClientSdk::SecretBytes>(pair.toPEM());
+    if (format == QLatin1String("DER"))
+        return std::make_shared<const UaClientSdk::SecretBytes>(pair.privateKey().toDER());
+    return nullptr;
+}
+} // namespace
+
+QString qlumAuthorityFolder()
+{
+    // beside the stores' common folder
+    return QDir::cleanPath(QlumCertificateStore::ownCertificates() + QStringLiteral("/../../../authority"));
+}
+
+QlumPushSigned qlumSignForServer(QlumPushClient& client, const QlumPushServer& server,
+                                 const QlumPushOrder& order, const UaPkiCertificate& current,
+                                 const QString& folder, const QlumSecretText& password,
+                                 const std::function<bool()>& isCancelled)
+{
+    QlumPushSigned result;
+    const UaPkiAuthority authority = UaPkiAuthority::open(toUaString(folder), toUaString(password.text()));
+    if (authority.isNull()) {
+        result.fault = signingText("The authority could not be opened: %1").arg(errorsOf(authority));
+        return result;
+    }
+    QlumCertificateUpdate update{order.wish.group, order.wish.type, {}, {}, {}, nullptr};
+    UaPkiCSR request;
+    if (order.key == QlumPushOrder::OurNewKey) {
+        const UaPkiRsaKeyPair pair(ownKeyBits, isCancelled);
+        update.keyFormat = order.keyFormat;
+        update.key = keyAs(order.keyFormat, pair);
+        if (!update.key) {
+            result.fault = signingText("Keys cannot be made in the format %1 here.").arg(order.keyFormat);
+            return result;
+        }
+        request = requestFor(order, current, pair);
+    } else {
+        UaByteString der;
+        const UaStatus status = client.createSigningRequest(server, order.wish, der);
+        if (status.isBad()) {
+            result.fault = qlumPushWords(QStringLiteral("CreateSigningRequest"), status);
+            return result;
+        }
+        request = UaPkiCSR::fromDER(der.toByteArray());
+    }
+    const UaPkiCertificate certificate = authority.issue(request, order.days * dayInSeconds);
+    if (certificate.isNull()) {
+        result.fault = signingText("The request could not be signed: %1").arg(errorsOf(certificate));
+        return result;
+    }
+    update.certificate = certificate.toByteStringDER();
+    update.issuers = {authority.certificate().toByteStringDER()};
+    send(client, server, update, result);
+    return result;
+}
+
+QlumPushSigned qlumSendAnswer(QlumPushClient& client, const QlumPushServer& server,
+                              const QlumPushOrder& order, const QString& path)
+{
+    QlumPushSigned result;
+    const UaPkiCertificateCollection chain = UaPkiCertificateCollection::fromFile(toUaString(path));
+    if (chain.size() == 0) {
+        result.fault = signingText("The file holds no certificate.");
+        return result;
+    }
+    QlumCertificateUpdate update{order.wish.group, order.wish.type, chain[0].toByteStringDER(), {}, {},
+                                 nullptr};
+    for (int i = 1; i < chain.size(); ++i)
+        update.issuers.push_back(chain[i].toByteStringDER());
+    send(client, server, update, result);
+    return result;
+}

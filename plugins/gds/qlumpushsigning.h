@@ -1,0 +1,33 @@
+// From an order to a certificate on the server: the conversation and our authority together.
+#pragma once
+#include <app/api/qlumsecret.h>
+#include <plugins/gds/qlumpushclient.h>
+#include <plugins/gds/qlumpushdata.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatus.h>
+
+#include <QString>
+
+#include <functional>
+
+/// What came of it.
+struct QlumPushSigned
+{
+    UaByteString certificate; ///< as it was sent; empty when it came not so far
+    bool isApplyRequired = false;
+    QString fault; ///< in words; empty when the server has taken it
+};
+
+/// Folder of the authority of this computer, apart from the stores.
+[[nodiscard]] QString qlumAuthorityFolder();
+
+/// Has our authority sign what was ordered, and sends it with the authority's certificate as its chain.
+/// current: the certificate that the server uses now, which tells its names. For a job.
+[[nodiscard]] QlumPushSigned qlumSignForServer(QlumPushClient& client, const QlumPushServer& server,
+                                               const QlumPushOrder& order, const UaPkiCertificate& current,
+                                               const QString& folder, const QlumSecretText& password,
+                                               const std::function<bool()>& isCancelled);
+/// Sends a certificate of a file, with those that follow it there as its chain.
+[[nodiscard]] QlumPushSigned qlumSendAnswer(QlumPushClient& client, const QlumPushServer& server,
+                                            const QlumPushOrder& order, const QString& path);

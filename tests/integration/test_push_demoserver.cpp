@@ -1,0 +1,184 @@
+// The configuration of a server that is not ours is pushed to it: a certificate of our authority takes the
+// place of its own, and its trust list changes.
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumserverrole.h>
+#include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtext.h>
+#include <certificates/qlumcertificates.h>
+#include <opcua/opcua_statuscodes.h>
+#include <plugins/gds/qlumpushclient.h>
+#include <plugins/gds/qlumpushsigning.h>
+#include <plugins/gds/qlumpushwords.h>
+#include <plugins/gds/qlumtrustlist.h>
+#include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumprojectnodeserver.h>
+#include <tests/support/connectanswers.h>
+#include <tests/support/owncertificate.h>
+#include <tests/support/owndemoserver.h>
+#include <tests/support/stubapplication.h>
+#include <tests/support/temporaryfolder.h>
+#include <uabase/uapkicpp/uapkiauthority.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastring.h>
+#include <uaclientsdk/uasession.h>
+
+#include <QString>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+constexpr OpcUa_Int64 year = 365 * 86400;
+
+class PushOnDemoServer : public WithOwnCertificate
+{
+protected:
+    PushOnDemoServer()
+    {
+        for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout",
+                                "General.WatchdogTime", "General.WatchdogTimeout"})
+            application.settings[key] = 20000u;
+        application.settings["General.SessionTimeout"] = 1200000.0;
+        application.settings["General.SecureChannelLifetime"] = 3600000u;
+        application.settings["General.TypeDictionaryMode"] = "Manual";
+        setting.displayName = "Plant";
+        setting.sessionName = "push test";
+        setting.role = QlumServerRole::Commission;
+        script.isErrorIgnored = true;      // the server's certificate may name no address
+        script.verdict = {true, true, {}}; // accepted once
+        use("Basic256Sha256", OpcUa_MessageSecurityMode_SignAndEncrypt);
+    }
+    void SetUp() override
+    {
+        ASSERT_TRUE(server.start());
+        setting.endpoint.url = QString::fromStdString(server.url());
+    }
+    void use(const char* policy, OpcUa_MessageSecurityMode mode)
+    {
+        setting.endpoint.securityPolicyUri =
+            QStringLiteral("http://opcfoundation.org/UA/SecurityPolicy#") + QLatin1String(policy);
+        setting.endpoint.securityMode = mode;
+    }
+    bool connect(const char* user)
+    {
+        setting.userTokenType = QlumDiscoverySetting::UserName;
+        setting.userName = user;
+        setting.storePassword = true;
+        setting.password = user;
+        node = std::make_unique<QlumProjectNodeServer>(setting, std::make_unique<ConnectAnswers>(script));
+        const bool isConnected = node->connectServer();
+        if (isConnected) {
+            services = qlumApplicationServices()(node->serverId());
+            client = std::make_unique<QlumPushClient>(*services, QlumPushClient::Manner());
+            found = client->find();
+        }
+        return isConnected;
+    }
+    // Ends the session and begins another one.
+    bool connectAgain(const char* user)
+    {
+        client.reset();
+        services.reset();
+        node->disconnectServer();
+        return connect(user);
+    }
+    [[nodiscard]] UaByteString presented() const { return node->session()->serverCertificate(); }
+    // Whether the certificate stands the test against the trusted ones of the server.
+    bool isVerified(const QlumTrustList& list, const UaByteString& der)
+    {
+        std::string trusted;
+        for (const UaByteString& one : list[QlumTrustPart::Trusted]) {
+            EXPECT_TRUE(UaPkiCertificate::fromDER(one).toPEMFile(folder.file("one.pem").c_str()));
+            trusted += TemporaryFolder::read(folder.file("one.pem"));
+        }
+        TemporaryFolder::write(folder.file("trusted.pem"), trusted);
+        EXPECT_TRUE(UaPkiCertificate::fromDER(der).toPEMFile(folder.file("certificate.pem").c_str()));
+        const std::string command = "openssl verify -CAfile '" + folder.file("trusted.pem") + "' '" +
+                                    folder.file("certificate.pem") + "' >/dev/null 2>&1";
+        return std::system(command.c_str()) == 0;
+    }
+    std::string log() const { return application.texts().join('\n').toStdString(); }
+
+    const TemporaryFolder folder;
+    OwnDemoServer server;
+    StubApplication application;
+    QlumDiscoverySetting setting;
+    ConnectScript script;
+    std::unique_ptr<QlumProjectNodeServer> node;
+    std::shared_ptr<QlumSessionServices> services;
+    std::unique_ptr<QlumPushClient> client;
+    QlumPushServer found;
+};
+
+TEST_F(PushOnDemoServer, ACertificateIsReplacedAndTheServerComesBackWithIt)
+{
+    ASSERT_TRUE(connect("admin")) << log();
+    ASSERT_EQ(found.missing.join(' '), QString());
+    ASSERT_EQ(found.mode, OpcUa_MessageSecurityMode_SignAndEncrypt);
+    const QlumPushGroup group = *found.group(found.groups.at(0).id);
+    const UaByteString old = presented();
+
+    const UaString place(folder.file("ca").c_str());
+    UaPkiIdentity name;
+    name.commonName = "Plant CA";
+    const UaPkiAuthority authority = UaPkiAuthority::create(place, name, year, UaString("secret"), nullptr);
+    ASSERT_FALSE(authority.isNull());
+    QlumPushOrder order;
+    order.wish = {group.id, group.types.at(0).id, "CN=Demo,O=Korvanda", true};
+    order.days = 30;
+    const QlumPushSigned made = qlumSignForServer(*client, found, order, UaPkiCertificate::fromDER(old),
+                                                  toQString(place), QString("secret"), nullptr);
+    ASSERT_EQ(made.fault, QString());
+    EXPECT_TRUE(made.isApplyRequired);
+
+    QlumTrustList list;
+    list[QlumTrustPart::Trusted] = {authority.certificate().toByteStringDER()};
+    list[QlumTrustPart::TrustedCrls] = {UaByteString(authority.revocationList().toDER())};
+    bool isApplyRequired = false;
+    ASSERT_TRUE(client->writeTrustList(found, group, list, isApplyRequired).isGood());
+    EXPECT_EQ(presented(), old) << "not before it is applied";
+    ASSERT_TRUE(client->applyChanges(found).isGood()) << client->takeSteps().back().words.toStdString();
+
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return node->connectionStatus() != QlumConnectionStatus::Connected; }, 20'000))
+        << "the server closes its channels";
+    ASSERT_TRUE(connectAgain("admin")) << log();
+    EXPECT_EQ(presented(), made.certificate);
+    QlumTrustList now;
+    ASSERT_TRUE(client->readTrustList(group, OpcUa_TrustListMasks_All, now).isGood());
+    EXPECT_TRUE(now.contains(QlumTrustPart::Trusted, authority.certificate().toByteStringDER()));
+    EXPECT_EQ(now[QlumTrustPart::TrustedCrls], list[QlumTrustPart::TrustedCrls]);
+    EXPECT_TRUE(isVerified(list, made.certificate));
+    EXPECT_FALSE(isVerified(list, old));
+}
+
+TEST_F(PushOnDemoServer, RefusesWhoMayNotAndWhatDoesNotFit)
+{
+    ASSERT_TRUE(connect("admin")) << log();
+    const QlumPushServer known = found;
+    ASSERT_TRUE(connectAgain("demo")) << log();
+    EXPECT_TRUE(found.missing.contains("GetRejectedList")) << "hidden from this user";
+    std::vector<UaByteString> rejected;
+    EXPECT_EQ(client->rejectedList(known, rejected).code(), OpcUa_BadUserAccessDenied);
+    ASSERT_TRUE(connectAgain("admin")) << log();
+    EXPECT_TRUE(client->rejectedList(found, rejected).isGood());
+    bool isApplyRequired = false;
+    const QlumPushGroup group = found.groups.at(0);
+    // of this client: another key, another application
+    const UaByteString foreign = QlumCertificates::instance()->certificate().toByteStringDER();
+    EXPECT_TRUE(client
+                    ->updateCertificate(found, {group.id, group.types.at(0).id, foreign, {}, "", nullptr},
+                                        isApplyRequired)
+                    .isBad());
+    EXPECT_EQ(client->applyChanges(found).code(), OpcUa_BadNothingToDo);
+    ASSERT_TRUE(client->addCertificate(group, foreign, true).isGood());
+    ASSERT_TRUE(client->removeCertificate(group, foreign, true).isGood());
+    EXPECT_EQ(client->removeCertificate(group, foreign, true).code(), OpcUa_BadInvalidArgument);
+}
+} // namespace
