@@ -1,4 +1,6 @@
 #pragma once
+#include <app/mainwindow/qlumdocumentdialog.h>
+
 #include <QList>
 #include <QObject>
 #include <QString>

@@ -22,6 +22,7 @@
 #include <app/project/qlumprojectnodedocument.h>
 #include <app/recovery/qlumprojectrecovery.h>
 #include <app/recovery/qlumsessionrecord.h>
+#include <app/settings/qlumappearance.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <app/startpage/qlumstartpageplace.h>
 #include <servers/qlumdiscoverysettings.h>
@@ -32,10 +33,12 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDialog>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QList>
 #include <QNetworkAccessManager>
 #include <QPointer>
+#include <QScreen>
 #include <QSettings>
 #include <QString>
 #include <QTabWidget>
@@ -64,6 +67,7 @@ QlumTavelin::QlumTavelin(QlumTavelinServices services, QWidget* parent, Qt::Wind
     setObjectName(QStringLiteral("QlumTavelin"));
     g_instance = this;
     m_settings = std::make_unique<QlumSettingsModel>();
+    new QlumAppearance(*m_settings, this);
     m_network = std::make_unique<QNetworkAccessManager>();
     setupModels();
     loadTavelinSettings();
@@ -159,6 +163,9 @@ void QlumTavelin::loadGuiState()
     arrangeDocks();
     const QSettings settings;
     restoreGeometry(settings.value(geometryKey).toByteArray());
+    // the screen may be another one, or all on it larger than before
+    if (const QScreen* screen = QGuiApplication::primaryScreen(); screen && !isMaximized())
+        resize(size().boundedTo(screen->availableSize()));
     restoreState(settings.value(windowStateKey).toByteArray());
     m_logView->header()->restoreState(settings.value(logViewKey).toByteArray());
 }

@@ -159,6 +159,7 @@ private:
     bool revealNode(unsigned int serverId, const UaNodeId& nodeId);
     QWidget* bringUpDocument(const QString& type);
     void sltCurrentProjectNodeChanged();
+    void addDocument(const QString& type);
     void sltDocumentAdd();
     void sltDocumentRemove();
     void sltCloseTab();
@@ -169,6 +170,7 @@ private:
     void showJournal();
     void sltHelpCheckUpdates();
     void sltHelpReportBug();
+    void sltSupportReport();
     void sltTipOfTheDay();
 
     QlumToolServices m_toolServices; ///< first: plugins and views use it as long as they are there

@@ -5,6 +5,7 @@
 #include <app/ini/qluminitext.h>
 
 #include <QAbstractButton>
+#include <QBoxLayout>
 #include <QCommandLinkButton>
 #include <QCoreApplication>
 #include <QDir>
@@ -14,8 +15,10 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
+#include <QResizeEvent>
 #include <QScrollArea>
 #include <QSizePolicy>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <string_view>
@@ -94,10 +97,10 @@ QlumStartPage::QlumStartPage(QWidget* parent) : QWidget(parent)
     left->addWidget(makeSteps());
     left->addWidget(makeRecent());
     left->addStretch();
-    auto* columns = new QHBoxLayout(content);
-    columns->setSpacing(fontMetrics().height() * 2);
-    columns->addLayout(left, 2);
-    columns->addWidget(makeTools(), 3);
+    m_columns = new QHBoxLayout(content);
+    m_columns->setSpacing(fontMetrics().height() * 2);
+    m_columns->addLayout(left, 2);
+    m_columns->addWidget(makeTools(), 3);
 
     auto* area = new QScrollArea(this);
     area->setFrameShape(QFrame::NoFrame);
@@ -106,6 +109,15 @@ QlumStartPage::QlumStartPage(QWidget* parent) : QWidget(parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(area);
+}
+
+// Beside docks there is often no room for two columns that can be read.
+void QlumStartPage::resizeEvent(QResizeEvent* event)
+{
+    constexpr int columnsFrom = 100; // characters
+    const bool isNarrow = width() < columnsFrom * fontMetrics().averageCharWidth();
+    m_columns->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    QWidget::resizeEvent(event);
 }
 
 QWidget* QlumStartPage::makeSteps()
@@ -163,7 +175,10 @@ void QlumStartPage::setTools(const QList<Tool>& tools)
         text->setObjectName(QStringLiteral("startTool"));
         text->setTextFormat(Qt::RichText);
         text->setWordWrap(true);
-        auto* open = linkButton(QStringLiteral("startDocument"), tr("Open"), {}, row);
+        auto* open = new QToolButton(row);
+        open->setObjectName(QStringLiteral("startDocument"));
+        open->setText(tr("Open"));
+        open->setFocusPolicy(Qt::StrongFocus);
         open->setAccessibleName(tr("Open %1").arg(tool.type));
         connect(open, &QAbstractButton::clicked, this,
                 [this, type = tool.type] { emit documentWanted(type); });

@@ -2,10 +2,12 @@
 #include <app/api/qlumjobpool.h>
 
 #include <QList>
+#include <QResizeEvent>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
 
+class QBoxLayout;
 class QLabel;
 class QVBoxLayout;
 
@@ -35,12 +37,16 @@ signals:
     void projectWanted(const QString& file);
     void documentWanted(const QString& type);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QWidget* makeSteps();
     QWidget* makeRecent();
     QWidget* makeTools();
     void addRecent(const QString& file);
 
+    QBoxLayout* m_columns = nullptr;
     QVBoxLayout* m_recent = nullptr;
     QLabel* m_noRecent = nullptr;
     QVBoxLayout* m_tools = nullptr;

@@ -23,7 +23,7 @@
 #include <memory>
 
 namespace {
-void write(const QString& fileName, const QByteArray& content)
+void writeFile(const QString& fileName, const QByteArray& content)
 {
     QFile file(fileName);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -37,8 +37,8 @@ TEST(StartPage, RecentProjectsNameTheirServersAndAreOpenedByAClick)
     const QTemporaryDir folder;
     const QString plant = folder.filePath(QStringLiteral("plant & line.uap"));
     const QString gone = folder.filePath(QStringLiteral("gone.uap"));
-    write(plant, "[Servers]\n1\\Name=Press\n2\\Name=Oven\n10\\Name=Mill\n11\\Name=Saw\n1\\ServerUrl=x\n"
-                 "[Documents]\nView\\Name=no server\n");
+    writeFile(plant, "[Servers]\n1\\Name=Press\n2\\Name=Oven\n10\\Name=Mill\n11\\Name=Saw\n1\\ServerUrl=x\n"
+                     "[Documents]\nView\\Name=no server\n");
     QlumStartPage page;
     page.setRecentProjects({plant, gone});
     const QList<QCommandLinkButton*> buttons =
