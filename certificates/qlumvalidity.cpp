@@ -14,13 +14,6 @@ QDateTime localTime(const UaDateTime& time)
 {
     return QDateTime::fromMSecsSinceEpoch(time.toMSecsSinceEpoch());
 }
-
-// Two digits of a year do not tell 1951 from 2051, and certificates are from both.
-QString withFullYear(QString format)
-{
-    static const QRegularExpression shortYear(QStringLiteral("(?<!y)yy(?!y)"));
-    return format.replace(shortYear, QStringLiteral("yyyy"));
-}
 } // namespace
 
 qint64 qlumDaysLeft(const UaDateTime& end)
@@ -40,11 +33,7 @@ QlumValidity qlumValidity(const UaDateTime& from, const UaDateTime& to)
 
 QString qlumValidityTime(const UaDateTime& time)
 {
-    const QDateTime local = qlumDateTime(time);
-    if (!local.isValid())
-        return {};
-    const QLocale locale = QLocale::system();
-    return locale.toString(local, withFullYear(locale.dateTimeFormat(QLocale::ShortFormat)));
+    return qlumShowMinute(qlumDateTime(time.value()));
 }
 
 QIcon qlumValidityIcon(const QIcon& icon, QlumValidity validity)

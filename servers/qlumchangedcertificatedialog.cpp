@@ -27,9 +27,7 @@ QStringList shown(const UaByteString& der)
     const QlumCertificateEntry entry(QlumCertificateEntry::InStore, QString(),
                                      UaPkiCertificate::fromDER(der));
     const QlumCertificateEntry::Details& details = entry.details();
-    const auto day = [](const UaDateTime& time) {
-        return QLocale().toString(qlumDateTime(time), QLocale::ShortFormat);
-    };
+    const auto day = [](const UaDateTime& time) { return qlumShowMinute(qlumDateTime(time)); };
     return {details.name,
             details.organization,
             details.applicationUri,

@@ -29,6 +29,7 @@
 
 #include <QApplication>
 #include <QByteArray>
+#include <QDateTime>
 #include <QEventLoop>
 #include <QIcon>
 #include <QLocale>
@@ -192,12 +193,10 @@ QString QlumProjectNodeServer::toolTip() const
     QString text = displayName() + QLatin1Char('\n') + m_setting.endpoint.url;
     text += QLatin1Char('\n') + tr("%1: %2").arg(qlumRoleName(role()), qlumRoleExplanation(role()));
     if (m_roleAfterwards)
-        text +=
-            QLatin1Char(' ') +
-            tr("%1 again at %2.")
-                .arg(qlumRoleName(*m_roleAfterwards),
-                     QLocale::system().toString(QTime::currentTime().addMSecs(m_roleTimer.remainingTime()),
-                                                QLocale::ShortFormat));
+        text += QLatin1Char(' ') +
+                tr("%1 again at %2.")
+                    .arg(qlumRoleName(*m_roleAfterwards),
+                         qlumShowMinute(QDateTime::currentDateTime().addMSecs(m_roleTimer.remainingTime())));
     if (!m_setting.dialledHost.isEmpty())
         text += QLatin1Char('\n') + dialledText();
     if (!m_reason.isEmpty())

@@ -144,10 +144,10 @@ void QlumViewHeading::hideEvent(QHideEvent* event)
 void QlumViewHeading::refreshAge()
 {
     m_age->setText(ageText(m_clock()));
-    m_age->setToolTip(m_received.isValid() ? QStringLiteral("%1 %2").arg(
-                                                 QLocale::system().toString(m_received, qlumDateTimeFormat()),
-                                                 m_received.timeZoneAbbreviation())
-                                           : QString());
+    QString received = qlumShowDateTime(m_received);
+    if (m_received.isValid() && !qlumTimeLook().isUtc)
+        received += QLatin1Char(' ') + m_received.timeZoneAbbreviation();
+    m_age->setToolTip(received);
 }
 
 QString QlumViewHeading::ageText(const QDateTime& now) const
@@ -159,7 +159,7 @@ QString QlumViewHeading::ageText(const QDateTime& now) const
         return {};
     const qint64 age = m_received.secsTo(now);
     if (age < 0 || age >= day) // also when somebody has set the clock
-        return QLocale::system().toString(m_received, QLocale::ShortFormat);
+        return qlumShowMinute(m_received);
     if (age < 2)
         return tr("now");
     if (age < minute)

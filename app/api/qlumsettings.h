@@ -45,6 +45,19 @@ private:
 
 /// The settings of the application itself; tools have theirs beside their plugin. Times are milliseconds.
 namespace QlumSettings {
+// appearance
+/// System, Light or Dark.
+inline constexpr QlumSetting<QString> palette{"Appearance.Palette", QLatin1String("System")};
+/// System, or how many per cent of the system's size everything has.
+inline constexpr QlumSetting<QString> scale{"Appearance.Scale", QLatin1String("System")};
+/// System, or the name of a translation, such as de.
+inline constexpr QlumSetting<QString> language{"Appearance.Language", QLatin1String("System")};
+/// System or ISO.
+inline constexpr QlumSetting<QString> timeFormat{"Appearance.TimeFormat", QLatin1String("System")};
+/// Whether times are shown in UTC, not in local time.
+inline constexpr QlumSetting<bool> utcTimes{"Appearance.UtcTimes", false};
+/// Whether colours of a status can be told apart without seeing red and green.
+inline constexpr QlumSetting<bool> safeStatusColours{"Appearance.SafeStatusColours", false};
 // connections
 /// For a server to answer when a connection is made.
 inline constexpr QlumSetting<unsigned int> connectTimeout{"General.ConnectTimeout", 5000};

@@ -36,9 +36,9 @@ QlumSettingRow QlumSettingRow::openFlag(const QString& key, const QlumSettingTex
 }
 
 QlumSettingRow QlumSettingRow::choice(const QlumSetting<QString>& setting, const QlumSettingText& text,
-                                      const QStringList& choices)
+                                      const QStringList& choices, const QStringList& words)
 {
-    return {setting.key(), setting.standard(), Choice, text, 0, 0, {}, choices};
+    return {setting.key(), setting.standard(), Choice, text, 0, 0, {}, choices, words};
 }
 
 QlumSettingRow QlumSettingRow::line(const QlumSetting<QString>& setting, const QlumSettingText& text)
@@ -49,6 +49,13 @@ QlumSettingRow QlumSettingRow::line(const QlumSetting<QString>& setting, const Q
 QlumSettingRow QlumSettingRow::file(const QString& key, const QString& standard, const QlumSettingText& text)
 {
     return {key, standard, File, text, 0, 0, {}, {}};
+}
+
+QlumSettingRow QlumSettingRow::felt(Effect when) const
+{
+    QlumSettingRow row = *this;
+    row.effect = when;
+    return row;
 }
 
 // ---- registry
@@ -87,6 +94,8 @@ bool QlumSettingsRegistry::takeKey(const QlumSettingRow& row)
         const std::unique_lock lock(m_mutex);
         if (!m_standards.contains(row.key)) {
             m_standards.insert(row.key, row.standard);
+            if (row.kind == QlumSettingRow::Number)
+                m_ranges.insert(row.key, {row.minimum, row.maximum});
             return true;
         }
     }
@@ -102,6 +111,14 @@ QVariant QlumSettingsRegistry::standard(const QString& key) const
 {
     const std::shared_lock lock(m_mutex);
     return m_standards.value(key);
+}
+
+bool QlumSettingsRegistry::isInRange(const QString& key, const QVariant& value) const
+{
+    const std::shared_lock lock(m_mutex);
+    const auto range = m_ranges.constFind(key);
+    return range == m_ranges.cend() ||
+           (value.toDouble() >= range->first && value.toDouble() <= range->second);
 }
 
 void qlumRegisterSettings(const QlumSettingsPage& page)

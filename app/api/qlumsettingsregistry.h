@@ -11,6 +11,7 @@
 #include <limits>
 #include <shared_mutex>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 /// What the user reads about a setting.
@@ -35,6 +36,14 @@ struct QlumSettingRow
         File    ///< the path of a file that is written
     };
 
+    /// When a change is felt.
+    enum Effect {
+        AtOnce,     ///< or with what is done next
+        AtConnect,  ///< when a server is connected the next time
+        AtStart,    ///< when the program is started the next time
+        InNewViews, ///< in views that are opened from then on
+    };
+
     QString key;          ///< dotted
     QVariant standard;    ///< default and type; invalid when what is not set shall stay so
     Kind kind = Unseen;   ///< which field it has
@@ -42,7 +51,9 @@ struct QlumSettingRow
     double minimum = 0;   ///< of a number, with maximum
     double maximum = std::numeric_limits<int>::max(); ///< of a number
     QString unit;                                     ///< of a number, with the blank before it
-    QStringList choices;                              ///< as they are stored and shown
+    QStringList choices;                              ///< as they are stored, and shown without words
+    QStringList words = {};                           ///< how the choices are shown
+    Effect effect = AtOnce;                           ///< when a change is felt
 
     /// A default without a field.
     static QlumSettingRow unseen(const QString& key, const QVariant& standard);
@@ -60,13 +71,15 @@ struct QlumSettingRow
     {
         return {setting.key(), QVariant(setting.standard()), Number, text, minimum, maximum, unit, {}};
     }
-    /// A choice among texts.
+    /// A choice among texts, shown as they are stored, or in as many words.
     static QlumSettingRow choice(const QlumSetting<QString>& setting, const QlumSettingText& text,
-                                 const QStringList& choices);
+                                 const QStringList& choices, const QStringList& words = QStringList());
     /// A text of one line.
     static QlumSettingRow line(const QlumSetting<QString>& setting, const QlumSettingText& text);
     /// The path of a file; its default is known when the program runs.
     static QlumSettingRow file(const QString& key, const QString& standard, const QlumSettingText& text);
+    /// The same row, whose changes are felt later.
+    [[nodiscard]] QlumSettingRow felt(Effect when) const;
 };
 
 /// A page of the settings dialog.
@@ -97,13 +110,16 @@ public:
     [[nodiscard]] const std::vector<QlumSettingsPage>& pages() const { return m_pages; }
     /// The default of a key, invalid for none. Any thread.
     [[nodiscard]] QVariant standard(const QString& key) const;
+    /// Whether a number is within the range of its key; so is whatever has none. Any thread.
+    [[nodiscard]] bool isInRange(const QString& key, const QVariant& value) const;
 
 private:
     bool takeKey(const QlumSettingRow& row);
 
     std::vector<QlumSettingsPage> m_pages;
     QHash<QString, QVariant> m_standards;
-    mutable std::shared_mutex m_mutex; ///< of the defaults
+    QHash<QString, std::pair<double, double>> m_ranges; ///< of numbers
+    mutable std::shared_mutex m_mutex;                  ///< of the defaults
 };
 
 /// Adds a page of a tool to the application's registry; does nothing where there is none, as in tests.

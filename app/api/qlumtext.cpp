@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 #include <array>
+#include <atomic>
 #include <limits>
 #include <string_view>
 
@@ -69,20 +70,76 @@ OpcUa_DateTime qlumUaDateTime(const QDateTime& value)
     return milliseconds * ticksPerMillisecond + unixEpoch;
 }
 
+// ---- times
+
 namespace {
+std::atomic<bool> g_isUtc{false};
+std::atomic<bool> g_isIso{false};
+
 QString withMilliseconds(QString format)
 {
     static const QRegularExpression minutesOn(QStringLiteral(":m+(:s+(.z+)?)?"));
     return format.replace(minutesOn, QStringLiteral(":mm:ss.zzz"));
 }
+
+QString timeFormat()
+{
+    static const QString system = withMilliseconds(QLocale::system().timeFormat(QLocale::ShortFormat));
+    return g_isIso ? QStringLiteral("HH:mm:ss.zzz") : system;
+}
+
+QString minuteFormat()
+{
+    // two digits of a year do not tell 1951 from 2051, and certificates are from both
+    static const QRegularExpression shortYear(QStringLiteral("(?<!y)yy(?!y)"));
+    static const QString system =
+        QLocale::system().dateTimeFormat(QLocale::ShortFormat).replace(shortYear, QStringLiteral("yyyy"));
+    return g_isIso ? QStringLiteral("yyyy-MM-dd HH:mm") : system;
+}
+
+// Without a zone a text is local time.
+QString shown(const QDateTime& moment, const QString& format)
+{
+    if (!moment.isValid())
+        return {};
+    return g_isUtc ? QLocale::system().toString(moment.toUTC(), format) + QLatin1Char('Z')
+                   : QLocale::system().toString(moment.toLocalTime(), format);
+}
 } // namespace
+
+void qlumSetTimeLook(QlumTimeLook look)
+{
+    g_isUtc = look.isUtc;
+    g_isIso = look.isIso;
+}
+
+QlumTimeLook qlumTimeLook()
+{
+    return {g_isUtc, g_isIso};
+}
 
 QString qlumDateTimeFormat()
 {
-    return withMilliseconds(QLocale::system().dateTimeFormat(QLocale::ShortFormat));
+    static const QString system = withMilliseconds(QLocale::system().dateTimeFormat(QLocale::ShortFormat));
+    return g_isIso ? QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz") : system;
 }
 
-QString qlumTimeFormat()
+QString qlumShowDateTime(const QDateTime& moment)
 {
-    return withMilliseconds(QLocale::system().timeFormat(QLocale::ShortFormat));
+    return shown(moment, qlumDateTimeFormat());
+}
+
+QString qlumShowDateTime(OpcUa_DateTime moment)
+{
+    return qlumShowDateTime(qlumDateTime(moment));
+}
+
+QString qlumShowTime(const QDateTime& moment)
+{
+    return shown(moment, timeFormat());
+}
+
+QString qlumShowMinute(const QDateTime& moment)
+{
+    return shown(moment, minuteFormat());
 }

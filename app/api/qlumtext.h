@@ -22,7 +22,25 @@
 /// 0 for an invalid QDateTime; dates outside the range are cut to its ends.
 [[nodiscard]] OpcUa_DateTime qlumUaDateTime(const QDateTime& value);
 
-/// A short format of the system locale with minutes, seconds and milliseconds, for QLocale::toString.
+/// How the user wants times to be shown.
+struct QlumTimeLook
+{
+    bool isUtc = false; ///< else local time
+    bool isIso = false; ///< year-month-day and 24 hours, else as the system has it
+};
+
+/// From now on times are shown so. Any thread.
+void qlumSetTimeLook(QlumTimeLook look);
+/// Any thread.
+[[nodiscard]] QlumTimeLook qlumTimeLook();
+/// The format of dates with times: minutes, seconds and milliseconds are in it. For fields that times are
+/// entered in; texts come from the functions below.
 [[nodiscard]] QString qlumDateTimeFormat();
-/// The same for the time alone.
-[[nodiscard]] QString qlumTimeFormat();
+/// A moment as all windows show it: in local time, or in UTC, which the text then says. Empty for no date.
+[[nodiscard]] QString qlumShowDateTime(const QDateTime& moment);
+/// The same of a server's time.
+[[nodiscard]] QString qlumShowDateTime(OpcUa_DateTime moment);
+/// The same without the date.
+[[nodiscard]] QString qlumShowTime(const QDateTime& moment);
+/// The same to the minute and with all digits of the year, where a list need not tell more.
+[[nodiscard]] QString qlumShowMinute(const QDateTime& moment);

@@ -88,9 +88,7 @@ QVariant QlumJournalModel::cell(const QlumJournalEntry& entry, int column, int r
     if (role == sortRole && column == Time)
         return entry.time;
     if (column == Time)
-        return role == Qt::DisplayRole
-                   ? QVariant(QLocale::system().toString(entry.time, qlumDateTimeFormat()))
-                   : QVariant();
+        return role == Qt::DisplayRole ? QVariant(qlumShowDateTime(entry.time)) : QVariant();
     const QString& text = entry.*texts[column];
     if (role == Qt::DisplayRole || role == sortRole)
         return column == User && text.isEmpty() ? tr("(anonymous)") : text;

@@ -117,7 +117,7 @@ void QlumLogModel::tellFirst()
 
 void QlumLogModel::setShowDate(bool show)
 {
-    m_timeFormat = show ? qlumDateTimeFormat() : qlumTimeFormat();
+    m_showDate = show;
     tellColumnChanged(Timestamp, {Qt::DisplayRole});
 }
 
@@ -164,7 +164,7 @@ QVariant QlumLogModel::cell(const QlumLogEntry& entry, int column, int role) con
         return {};
     switch (column) {
     case Timestamp:
-        return QLocale::system().toString(entry.timestamp, m_timeFormat);
+        return m_showDate ? qlumShowDateTime(entry.timestamp) : qlumShowTime(entry.timestamp);
     case Source:
         return entry.source;
     case Server:

@@ -55,5 +55,5 @@ private:
 
     std::atomic<int> m_underWay{0};
     std::atomic<int> m_dropped{0};
-    QString m_timeFormat;
+    bool m_showDate = false;
 };

@@ -39,7 +39,7 @@ QString QlumBugReport::address()
     return QStringLiteral("bugs@korvanda.example");
 }
 
-QString QlumBugReport::body()
+QString QlumBugReport::versions()
 {
     QString text = QStringLiteral("Tavelin:\n   Version %1 %2\n\n")
                        .arg(QlumUpdateCheck::currentVersion(), QSysInfo::buildAbi());
@@ -50,6 +50,12 @@ QString QlumBugReport::body()
     text +=
         QStringLiteral("Platform Layer Configuration:\n   ") + configurationLines(OpcUa_P_GetConfigString());
     text += QStringLiteral("Operating System:\n   Linux\n");
+    return text;
+}
+
+QString QlumBugReport::body()
+{
+    QString text = versions();
     for (const char* section : {"Overview", "Steps to Reproduce", "Actual Results", "Expected Results"})
         text += QLatin1String(section) + QStringLiteral(":\n   (Insert Text here)\n\n");
     return text;

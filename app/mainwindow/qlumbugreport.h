@@ -9,6 +9,8 @@ namespace QlumBugReport {
 
 [[nodiscard]] QString address();
 [[nodiscard]] QString body();
+/// What of it names the versions.
+[[nodiscard]] QString versions();
 /// mailto address with subject and body, percent-encoded.
 [[nodiscard]] QUrl url();
 /// Hands the e-mail to the desktop's mail program, or tells the user where to write to.

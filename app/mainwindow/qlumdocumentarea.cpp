@@ -97,7 +97,7 @@ QString QlumDocumentArea::freeName(const QString& type) const
     return name;
 }
 
-bool QlumDocumentArea::askAndAdd()
+QList<QlumDocumentType> QlumDocumentArea::types() const
 {
     QList<QlumDocumentType> types;
     for (const QString& key : m_plugins->filenames()) {
@@ -105,8 +105,13 @@ bool QlumDocumentArea::askAndAdd()
             for (const QString& type : plugin->documentTypes())
                 types.append({type, plugin->description(type), freeName(type)});
     }
+    return types;
+}
+
+bool QlumDocumentArea::askAndAdd()
+{
     QlumDocumentDialog dialog(
-        types, [this](const QString& name) { return m_project->findDocument(name) != nullptr; },
+        types(), [this](const QString& name) { return m_project->findDocument(name) != nullptr; },
         m_tabs->window());
     return dialog.exec() == QDialog::Accepted && add(dialog.type(), dialog.name()) != nullptr;
 }

@@ -1,4 +1,7 @@
 #pragma once
+#include <app/mainwindow/qlumdocumentdialog.h>
+
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QWidget>
@@ -30,6 +33,8 @@ public:
     /// The type itself or the type with the first free number.
     [[nodiscard]] QString freeName(const QString& type) const;
 
+    /// What can be opened, each with a name that is free.
+    [[nodiscard]] QList<QlumDocumentType> types() const;
     /// Lets the user choose a type and a name; true when a document was added.
     bool askAndAdd();
 

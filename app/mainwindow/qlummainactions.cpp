@@ -83,6 +83,12 @@ constexpr QlumActionRow actionRows[] = {
      TEXT("<b>Tip of the Day</b><br>Shows what many users do not know about Tavelin.")},
     {A::ReportBug, "reportBug", TEXT("&Report a bug..."), "", qlumNoKey, "",
      TEXT("<b>Report a bug</b><br>Prepares an e-mail with the versions of all parts.")},
+    {A::SupportReport, "supportReport", TEXT("Report for &Support..."), "", qlumNoKey,
+     TEXT("Report for Support..."),
+     TEXT("<b>Report for Support</b><br>Collects versions, settings, log and traces in one file, without "
+          "passwords, and shows them before.")},
+    {A::Shortcuts, "shortcuts", TEXT("&Keyboard Shortcuts..."), "", qlumNoKey, TEXT("Keyboard Shortcuts..."),
+     TEXT("<b>Keyboard Shortcuts</b><br>Lists all commands that have a key.")},
     {A::CheckUpdates, "checkUpdates", TEXT("&Check for Updates..."), "", qlumNoKey, "",
      TEXT("<b>Check for Updates</b><br>Asks for the newest version of Tavelin.")},
     {A::About, "about", TEXT("&About Tavelin"), "tavelin.png", qlumNoKey, "",
@@ -164,5 +170,5 @@ void QlumMainActions::makeMenus(QMenu* viewMenu, QMenu* recentProjects)
     settings << nullptr << (*this)[Certificates];
     addMenu(tr("&Settings"), QStringLiteral("settingsMenu"), settings);
     addMenu(tr("&Help"), QStringLiteral("helpMenu"),
-            list({Manual, WhatsThis, TipOfTheDay, ReportBug, CheckUpdates, About}));
+            list({Manual, WhatsThis, TipOfTheDay, Shortcuts, ReportBug, SupportReport, CheckUpdates, About}));
 }

@@ -43,6 +43,8 @@ public:
         WhatsThis,
         TipOfTheDay,
         ReportBug,
+        SupportReport,
+        Shortcuts,
         CheckUpdates,
         About,
         ClearLog,

@@ -121,6 +121,9 @@ void QlumPaletteCommands::addProject(Entries& entries) const
         add(server, tr("Server"));
     for (QlumProjectNodeDocument* document : m_parts.project->documents())
         add(document, tr("Document"));
+    for (const QString& type : m_parts.documentTypes())
+        entries.push_back(
+            {tr("New %1").arg(type), tr("Document"), {}, {}, [this, type] { m_parts.addDocument(type); }});
 }
 
 void QlumPaletteCommands::addSettings(Entries& entries) const

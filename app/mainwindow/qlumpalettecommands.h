@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <vector>
@@ -30,6 +31,8 @@ public:
         QlumAddressSpacePages* pages;
         QlumRecentFiles* recentFiles;
         std::function<void(const QString& key)> configure; ///< the settings dialog, at that setting
+        std::function<QStringList()> documentTypes;
+        std::function<void(const QString& type)> addDocument;
     };
 
     explicit QlumPaletteCommands(const Parts& parts);

@@ -70,6 +70,7 @@ void QlumRecentFiles::updateActions()
     }
     m_menu->setToolTipsVisible(true);
     m_menu->setEnabled(!list.isEmpty());
+    emit updated();
 }
 
 void QlumRecentFiles::choose(const QString& fileName)

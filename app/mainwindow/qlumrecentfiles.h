@@ -25,6 +25,8 @@ public:
     void choose(const QString& fileName);
 
 signals:
+    /// The menu shows what the settings hold now.
+    void updated();
     /// The user chose a file that exists.
     void chosen(const QString& fileName);
 

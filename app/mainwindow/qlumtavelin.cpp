@@ -22,7 +22,9 @@
 #include <app/project/qlumprojectnodedocument.h>
 #include <app/recovery/qlumprojectrecovery.h>
 #include <app/recovery/qlumsessionrecord.h>
+#include <app/settings/qlumappearance.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <app/startpage/qlumstartpageplace.h>
 #include <servers/qlumdiscoverysettings.h>
 #include <uabase/system/uatrace.h>
 
@@ -31,10 +33,12 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDialog>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QList>
 #include <QNetworkAccessManager>
 #include <QPointer>
+#include <QScreen>
 #include <QSettings>
 #include <QString>
 #include <QTabWidget>
@@ -63,6 +67,7 @@ QlumTavelin::QlumTavelin(QlumTavelinServices services, QWidget* parent, Qt::Wind
     setObjectName(QStringLiteral("QlumTavelin"));
     g_instance = this;
     m_settings = std::make_unique<QlumSettingsModel>();
+    new QlumAppearance(*m_settings, this);
     m_network = std::make_unique<QNetworkAccessManager>();
     setupModels();
     loadTavelinSettings();
@@ -138,7 +143,9 @@ void QlumTavelin::setupPlugins()
     m_pluginPath = m_loader.path();
     m_pluginKeys = m_loader.filenames();
     const auto defaultDocument = QStringLiteral("Data Access View");
-    m_documents->add(defaultDocument, m_documents->freeName(defaultDocument));
+    const auto* document = m_documents->add(defaultDocument, m_documents->freeName(defaultDocument));
+    m_startPagePlace->setFirstDocument(document ? document->widget() : nullptr);
+    setupStartPage();
 }
 
 void QlumTavelin::setupMenu()
@@ -156,6 +163,9 @@ void QlumTavelin::loadGuiState()
     arrangeDocks();
     const QSettings settings;
     restoreGeometry(settings.value(geometryKey).toByteArray());
+    // the screen may be another one, or all on it larger than before
+    if (const QScreen* screen = QGuiApplication::primaryScreen(); screen && !isMaximized())
+        resize(size().boundedTo(screen->availableSize()));
     restoreState(settings.value(windowStateKey).toByteArray());
     m_logView->header()->restoreState(settings.value(logViewKey).toByteArray());
 }

@@ -53,6 +53,8 @@ class QlumRoleMarks;
 class QlumServerCommands;
 class QlumSessionRecord;
 class QlumSettingsModel;
+class QlumStartPage;
+class QlumStartPagePlace;
 class QlumUpdateCheck;
 
 /// The main window: owns what the application consists of and joins it; the work is done by its parts.
@@ -143,6 +145,7 @@ private:
     void saveGuiState(const QByteArray& windowState);
 
     QWidget* makeCentralWidget();
+    void setupStartPage();
     void makeDocks();
     void arrangeDocks();
     QDockWidget* makeDock(const QString& title, const QString& name, const QString& whatsThis,
@@ -156,6 +159,7 @@ private:
     bool revealNode(unsigned int serverId, const UaNodeId& nodeId);
     QWidget* bringUpDocument(const QString& type);
     void sltCurrentProjectNodeChanged();
+    void addDocument(const QString& type);
     void sltDocumentAdd();
     void sltDocumentRemove();
     void sltCloseTab();
@@ -166,6 +170,7 @@ private:
     void showJournal();
     void sltHelpCheckUpdates();
     void sltHelpReportBug();
+    void sltSupportReport();
     void sltTipOfTheDay();
 
     QlumToolServices m_toolServices; ///< first: plugins and views use it as long as they are there
@@ -184,6 +189,8 @@ private:
     QlumProjectModel* m_project = nullptr;
     QlumMainActions* m_actions = nullptr;
     QTabWidget* m_tabs = nullptr;
+    QlumStartPage* m_startPage = nullptr;
+    QlumStartPagePlace* m_startPagePlace = nullptr;
     QTreeView* m_projectView = nullptr;
     QlumLogView* m_logView = nullptr;
     QlumFindNodeView* m_findView = nullptr;

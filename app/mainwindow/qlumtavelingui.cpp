@@ -18,11 +18,13 @@
 #include <app/mainwindow/qlumhelpviewer.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumpalettecommands.h>
+#include <app/mainwindow/qlumprojectdrop.h>
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumprojectview.h>
 #include <app/mainwindow/qlumrecentfiles.h>
 #include <app/mainwindow/qlumrolemarks.h>
 #include <app/mainwindow/qlumservercommands.h>
+#include <app/mainwindow/qlumshortcutsdialog.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtipwindow.h>
 #include <app/mainwindow/qlumupdatecheck.h>
@@ -34,30 +36,41 @@
 #include <app/services/qlumservicesview.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <app/startpage/qlumstartpage.h>
+#include <app/startpage/qlumstartpageplace.h>
+#include <app/support/qlumsupportdialog.h>
+#include <app/support/qlumsupportreport.h>
+#include <certificates/qlumcertificatestore.h>
 #include <opcua/opcua_identifiers.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <plugins/addressspace/qlumnodechooser.h>
 #include <plugins/addressspace/search/qlumfindnodeview.h>
+#include <servers/doctor/qlumdiagnosis.h>
 #include <uabase/values/uanodeid.h>
-#include <uawidgets/qlumemptydocument.h>
 
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QDialog>
+#include <QDir>
 #include <QDockWidget>
+#include <QFile>
 #include <QFileDialog>
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QList>
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QModelIndex>
 #include <QPointer>
 #include <QSaveFile>
+#include <QSettings>
 #include <QSize>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QString>
+#include <QStringList>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <QTreeView>
 #include <QWhatsThis>
@@ -92,11 +105,10 @@ QWidget* QlumTavelin::makeCentralWidget()
     m_tabs->setDocumentMode(true);
     m_tabs->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_tabs->QWidget::addAction((*m_actions)[QlumMainActions::CloseTab]);
-    stack->addWidget(new QlumEmptyDocument(
-        tr("No document is open"), tr("Choose \"Add...\" in the menu \"Document\" to open a view."), stack));
+    m_startPage = new QlumStartPage(stack);
+    stack->addWidget(m_startPage);
     stack->addWidget(m_tabs);
-    connect(m_tabs, &QTabWidget::currentChanged, stack,
-            [this, stack] { stack->setCurrentIndex(m_tabs->count() > 0 ? 1 : 0); });
+    m_startPagePlace = new QlumStartPagePlace(m_startPage, stack, m_tabs, m_project);
     m_documents = new QlumDocumentArea(m_tabs, m_project, &m_loader, this);
     return stack;
 }
@@ -193,9 +205,18 @@ void QlumTavelin::setupConnections()
                                        {[this] { clearProject(); },
                                         [this](const QString& file) { return loadProject(file); },
                                         [this](const QString& file) { return saveProject(file); }});
-    const auto* palette = new QlumPaletteCommands({this, m_project, m_projectView, m_pages, m_recentFiles,
-                                                   [this](const QString& key) { configure(key); }});
+    const auto* palette =
+        new QlumPaletteCommands({this, m_project, m_projectView, m_pages, m_recentFiles,
+                                 [this](const QString& key) { configure(key); },
+                                 [this] {
+                                     QStringList types;
+                                     for (const QlumDocumentType& type : m_documents->types())
+                                         types.append(type.type);
+                                     return types;
+                                 },
+                                 [this](const QString& type) { addDocument(type); }});
     connect((*m_actions)[QlumMainActions::Palette], &QAction::triggered, palette, &QlumPaletteCommands::show);
+    new QlumProjectDrop(this, [this](const QString& file) { m_session->sltOpenRecent(file); });
     m_updates = new QlumUpdateCheck(m_settings.get(), m_network.get(), this);
     connectCommands();
     connectViews();
@@ -221,6 +242,8 @@ void QlumTavelin::connectCommands()
     on(A::WhatsThis, [] { QWhatsThis::enterWhatsThisMode(); });
     on(A::TipOfTheDay, &QlumTavelin::sltTipOfTheDay);
     on(A::ReportBug, &QlumTavelin::sltHelpReportBug);
+    on(A::SupportReport, &QlumTavelin::sltSupportReport);
+    on(A::Shortcuts, [this] { QlumShortcutsDialog(qlumShortcutRows(this, m_tabs), this).exec(); });
     on(A::CheckUpdates, &QlumTavelin::sltHelpCheckUpdates);
     on(A::About, [this] { QlumAboutDialog(this).exec(); });
     on(A::Journal, &QlumTavelin::showJournal);
@@ -258,6 +281,26 @@ void QlumTavelin::connectViews()
         m_tabs->setCurrentIndex(tab);
         sltCloseTab();
     });
+}
+
+// Once the tools are there.
+void QlumTavelin::setupStartPage()
+{
+    QList<QlumStartPage::Tool> tools;
+    for (const QlumDocumentType& type : m_documents->types())
+        tools.append({type.type, type.description});
+    m_startPage->setTools(tools);
+    m_startPage->setDemoProject(qlumDemoProject());
+    using A = QlumMainActions;
+    connect(m_startPage, &QlumStartPage::addServerWanted, (*m_actions)[A::AddServer], &QAction::trigger);
+    connect(m_startPage, &QlumStartPage::openProjectWanted, (*m_actions)[A::OpenProject], &QAction::trigger);
+    connect(m_startPage, &QlumStartPage::projectWanted, m_session, &QlumProjectSession::sltOpenRecent);
+    connect(
+        m_startPage, &QlumStartPage::documentWanted, this,
+        [this](const QString& type) { addDocument(type); });
+    const auto showRecent = [this] { m_startPage->setRecentProjects(m_recentFiles->files()); };
+    connect(m_recentFiles, &QlumRecentFiles::updated, m_startPage, showRecent);
+    showRecent();
 }
 
 // ---- what tools may have done
@@ -330,6 +373,12 @@ void QlumTavelin::sltCurrentProjectNodeChanged()
     m_director->serverSelectionChanged(server->serverId());
 }
 
+void QlumTavelin::addDocument(const QString& type)
+{
+    if (m_documents->add(type, m_documents->freeName(type)))
+        setModified();
+}
+
 void QlumTavelin::sltDocumentAdd()
 {
     if (m_documents->askAndAdd())
@@ -364,6 +413,10 @@ void QlumTavelin::configure(const QString& setting)
     dialog.showSetting(setting);
     if (dialog.exec() != QDialog::Accepted)
         return;
+    if (!m_settings->flush())
+        QMessageBox::warning(this, tr("Configure Tavelin"),
+                             tr("The settings cannot be written to %1. They hold until Tavelin ends.")
+                                 .arg(QDir::toNativeSeparators(m_settings->fileName())));
     loadTavelinSettings();
     m_recentFiles->updateActions();
     updateTraceSettings();
@@ -409,6 +462,25 @@ void QlumTavelin::sltHelpCheckUpdates()
 void QlumTavelin::sltHelpReportBug()
 {
     QlumBugReport::send(this);
+}
+
+void QlumTavelin::sltSupportReport()
+{
+    QlumReportSources sources;
+    sources.versions = QlumBugReport::versions();
+    sources.settingsFile = QSettings().fileName();
+    QSettings().sync();
+    const QTemporaryDir folder;
+    const QString copy = folder.filePath(QStringLiteral("project.uap"));
+    if (QFile project(copy); folder.isValid() && saveProject(copy) && project.open(QIODevice::ReadOnly))
+        sources.project = project.readAll();
+    QTextStream log(&sources.log);
+    m_logModel->save(log);
+    log.flush();
+    sources.traceFile = settingsValue(QStringLiteral("Trace.Filename")).toString();
+    sources.crashFolder = QlumCertificateStore::trace();
+    sources.connections = qlumKeptDiagnoses();
+    QlumSupportDialog(qlumReportParts(sources), this).exec();
 }
 
 void QlumTavelin::sltTipOfTheDay()

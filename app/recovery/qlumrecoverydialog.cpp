@@ -1,5 +1,7 @@
 #include <app/recovery/qlumrecoverydialog.h>
 
+#include <app/api/qlumtext.h>
+
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
@@ -116,8 +118,8 @@ void QlumRecoveryDialog::makeWidgets()
 void QlumRecoveryDialog::fillList()
 {
     for (const Leftover& leftover : std::as_const(m_leftovers))
-        m_list->addTopLevelItem(new QTreeWidgetItem({QLocale().toString(leftover.ended, QLocale::ShortFormat),
-                                                     projectText(leftover), contentText(leftover)}));
+        m_list->addTopLevelItem(new QTreeWidgetItem(
+            {qlumShowMinute(leftover.ended), projectText(leftover), contentText(leftover)}));
     m_list->setCurrentItem(m_list->topLevelItem(0));
 }
 

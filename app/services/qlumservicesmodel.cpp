@@ -104,7 +104,7 @@ QVariant QlumServicesModel::display(const QlumServiceRecord& record, int column)
     const QLocale locale = QLocale::system();
     switch (column) {
     case Time:
-        return locale.toString(record.begun, qlumTimeFormat());
+        return qlumShowTime(record.begun);
     case Server:
         return qlumSingleLine(record.server);
     case Service:

@@ -1,220 +1,155 @@
 #include <app/settings/qlumsettingsdialog.h>
 
 #include <app/api/qlumsettingsregistry.h>
+#include <app/settings/qlumsettingsform.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <uawidgets/qlumformrow.h>
+#include <uawidgets/qlummessagebar.h>
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QDir>
-#include <QFileDialog>
-#include <QFormLayout>
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
-#include <QSpinBox>
+#include <QRegularExpression>
+#include <QScrollArea>
+#include <QStackedWidget>
 #include <QString>
 #include <QStringList>
-#include <QTabWidget>
-#include <QToolButton>
 #include <QVBoxLayout>
-#include <QVariant>
-#include <QWidget>
 
 #include <algorithm>
-#include <limits>
 #include <ranges>
-#include <utility>
-
-namespace {
-// A spin box holds no more; a setting may.
-int whole(double value)
-{
-    constexpr double lowest = std::numeric_limits<int>::lowest();
-    constexpr double highest = std::numeric_limits<int>::max();
-    return static_cast<int>(std::clamp(value, lowest, highest));
-}
-
-QlumFormRow formRow(const QlumSettingRow& row)
-{
-    return {row.key,
-            row.text.label,
-            QStringLiteral("<b>%1</b><br>%2").arg(qlumBareLabel(row.text.label), row.text.explanation),
-            {}};
-}
-} // namespace
+#include <tuple>
 
 QlumSettingsDialog::QlumSettingsDialog(QlumSettingsModel* settings, QWidget* parent)
     : QlumBaseWidget(QStringLiteral("QlumSettingsDialog"), parent), m_settings(settings),
-      m_pages(new QTabWidget(this))
+      m_search(new QLineEdit(this)), m_list(new QListWidget(this)), m_pages(new QStackedWidget(this)),
+      m_waits(new QLabel(this)), m_messages(new QlumMessageBar(this))
 {
     setWindowTitle(tr("Configure Tavelin"));
-    m_pages->setObjectName(QStringLiteral("settingsPages"));
-    m_pages->setUsesScrollButtons(false);
-    for (const QlumSettingsPage& page : settings->registry().pages())
-        addPage(page);
+    qlumDescribeField(m_search,
+                      {QStringLiteral("settingsSearch"),
+                       tr("Search the settings"),
+                       tr("<b>Search the settings</b><br>Shows only the settings with these words."),
+                       {}});
+    m_search->setPlaceholderText(tr("Search"));
+    m_search->setClearButtonEnabled(true);
+    connect(m_search, &QLineEdit::textChanged, this, &QlumSettingsDialog::sltSearch);
+    m_waits->setObjectName(QStringLiteral("settingsWait"));
+    m_waits->setTextFormat(Qt::PlainText);
+    m_waits->setWordWrap(true);
+    m_waits->hide();
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_search);
+    layout->addWidget(m_messages);
+    layout->addWidget(makePages(), 1);
+    layout->addWidget(m_waits);
+    layout->addWidget(makeButtons());
+    m_list->setCurrentRow(0);
+}
 
+QWidget* QlumSettingsDialog::makePages()
+{
+    auto* box = new QWidget(this);
+    auto* layout = new QHBoxLayout(box);
+    layout->setContentsMargins(0, 0, 0, 0);
+    qlumDescribeField(m_list, {QStringLiteral("settingsPages"),
+                               tr("Pages"),
+                               tr("<b>Pages</b><br>What the settings are about."),
+                               {}});
+    layout->addWidget(m_list);
+    layout->addWidget(m_pages, 1);
+    for (const QlumSettingsPage& page : m_settings->registry().pages()) {
+        if (std::ranges::all_of(page.rows,
+                                [](const QlumSettingRow& row) { return row.kind == QlumSettingRow::Unseen; }))
+            continue;
+        auto* form = new QlumSettingsForm(m_settings, page);
+        connect(form, &QlumSettingsForm::edited, this, &QlumSettingsDialog::sltEdited);
+        auto* area = new QScrollArea;
+        area->setFrameShape(QFrame::NoFrame);
+        area->setWidgetResizable(true);
+        area->setWidget(form);
+        m_pages->addWidget(area);
+        m_list->addItem(form->title());
+        m_forms.push_back(form);
+    }
+    m_list->setMaximumWidth(m_list->sizeHintForColumn(0) + 3 * fontMetrics().averageCharWidth());
+    connect(m_list, &QListWidget::currentRowChanged, m_pages, &QStackedWidget::setCurrentIndex);
+    return box;
+}
+
+QWidget* QlumSettingsDialog::makeButtons()
+{
     auto* buttons = new QDialogButtonBox(
         QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::RestoreDefaults, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QlumSettingsDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(buttons->button(QDialogButtonBox::RestoreDefaults), &QPushButton::clicked, this,
-            &QlumSettingsDialog::sltRestoreDefaults);
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(m_pages);
-    layout->addWidget(buttons);
-}
-
-void QlumSettingsDialog::addPage(const QlumSettingsPage& page)
-{
-    if (std::ranges::all_of(page.rows, [](const Row& row) { return row.kind == Row::Unseen; }))
-        return;
-    auto* widget = new QWidget(m_pages);
-    widget->setObjectName(page.name);
-    auto* form = new QFormLayout(widget);
-    for (const Row& row : page.rows)
-        addRow(form, row);
-    m_pages->addTab(widget, page.title);
-}
-
-void QlumSettingsDialog::addRow(QFormLayout* form, const Row& row)
-{
-    switch (row.kind) {
-    case Row::Unseen:
-        break;
-    case Row::Note:
-        addNote(form, row);
-        break;
-    case Row::Flag:
-        addFlag(form, row);
-        break;
-    case Row::Number:
-        addNumber(form, row);
-        break;
-    case Row::Choice:
-        addChoice(form, row);
-        break;
-    case Row::Text:
-        addText(form, row);
-        break;
-    case Row::File:
-        addFile(form, row);
-        break;
-    }
-}
-
-void QlumSettingsDialog::addField(const QString& key, std::function<QVariant()> get,
-                                  std::function<void(const QVariant&)> set)
-{
-    set(m_settings->value(key));
-    const QVariant initial = get();
-    m_fields.push_back({key, std::move(get), std::move(set), initial});
-}
-
-void QlumSettingsDialog::addNote(QFormLayout* form, const Row& row)
-{
-    auto* label = new QLabel(row.text.label);
-    label->setObjectName(row.key);
-    form->addRow(label);
-}
-
-void QlumSettingsDialog::addFlag(QFormLayout* form, const Row& row)
-{
-    auto* box = new QCheckBox(row.text.label);
-    qlumAddWideRow(form, box, formRow(row));
-    addField(
-        row.key, [box] { return box->isChecked(); },
-        [box](const QVariant& value) { box->setChecked(value.toBool()); });
-}
-
-void QlumSettingsDialog::addNumber(QFormLayout* form, const Row& row)
-{
-    auto* box = new QSpinBox;
-    box->setRange(whole(row.minimum), whole(row.maximum));
-    box->setSuffix(row.unit);
-    box->setGroupSeparatorShown(true);
-    qlumAddRow(form, box, formRow(row));
-    addField(
-        row.key, [box] { return box->value(); },
-        [box](const QVariant& value) { box->setValue(whole(value.toDouble())); });
-}
-
-void QlumSettingsDialog::addChoice(QFormLayout* form, const Row& row)
-{
-    auto* box = new QComboBox;
-    box->addItems(row.choices);
-    qlumAddRow(form, box, formRow(row));
-    addField(
-        row.key, [box] { return box->currentText(); },
-        [box](const QVariant& value) { box->setCurrentText(value.toString()); });
-}
-
-void QlumSettingsDialog::addText(QFormLayout* form, const Row& row)
-{
-    auto* edit = new QLineEdit;
-    qlumAddRow(form, edit, formRow(row));
-    addLineField(row.key, edit);
-}
-
-void QlumSettingsDialog::addFile(QFormLayout* form, const Row& row)
-{
-    auto* edit = new QLineEdit;
-    auto* choose = new QToolButton;
-    choose->setText(tr("..."));
-    qlumDescribeField(choose, {QStringLiteral("chooseFile"),
-                               tr("Choose a file"),
-                               tr("<b>Choose a file</b><br>Asks for a file in place of the one here."),
-                               {}});
-    connect(choose, &QToolButton::clicked, this, [this, edit] {
-        const QString file =
-            QFileDialog::getSaveFileName(this, tr("Trace File"), edit->text(), tr("Log Files (*.log)"),
-                                         nullptr, QFileDialog::DontConfirmOverwrite);
-        if (!file.isEmpty())
-            edit->setText(QDir::toNativeSeparators(file));
+    QPushButton* restore = buttons->button(QDialogButtonBox::RestoreDefaults);
+    restore->setToolTip(tr("Of this page"));
+    connect(restore, &QPushButton::clicked, this, [this] {
+        if (const int row = m_list->currentRow(); row >= 0)
+            m_forms[static_cast<std::size_t>(row)]->restoreDefaults();
     });
-    auto* layout = new QHBoxLayout;
-    layout->addWidget(edit, 1);
-    layout->addWidget(choose);
-    qlumAddRow(form, edit, formRow(row), layout);
-    addLineField(row.key, edit);
+    return buttons;
 }
 
-void QlumSettingsDialog::addLineField(const QString& key, QLineEdit* edit)
+void QlumSettingsDialog::sltSearch(const QString& text)
 {
-    addField(
-        key, [edit] { return edit->text(); },
-        [edit](const QVariant& value) { edit->setText(value.toString()); });
+    const QStringList words = text.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+    int first = -1;
+    for (int row = 0; row < m_list->count(); ++row) {
+        const bool isFound = m_forms[static_cast<std::size_t>(row)]->search(words);
+        m_list->item(row)->setHidden(!isFound);
+        if (isFound && (first < 0 || row == m_list->currentRow()))
+            first = row;
+    }
+    m_pages->setVisible(first >= 0);
+    if (first >= 0)
+        m_list->setCurrentRow(first);
 }
 
-void QlumSettingsDialog::sltRestoreDefaults()
+// Told before OK, so that nobody waits for what does not come.
+void QlumSettingsDialog::sltEdited()
 {
-    for (const Field& field : m_fields)
-        if (const QVariant value = m_settings->defaultValue(field.key); value.isValid())
-            field.set(value);
+    using Row = QlumSettingRow;
+    QStringList lines;
+    const auto add = [&](Row::Effect effect, const QString& text) {
+        QStringList labels;
+        for (const QlumSettingsForm* form : m_forms)
+            labels += form->changed(effect);
+        if (!labels.isEmpty())
+            lines.append(text.arg(labels.join(QStringLiteral(", "))));
+    };
+    add(Row::AtConnect, tr("When a server is connected the next time: %1"));
+    add(Row::InNewViews, tr("In views that are opened from now on: %1"));
+    add(Row::AtStart, tr("When Tavelin is started the next time: %1"));
+    m_waits->setText(lines.join(QLatin1Char('\n')));
+    m_waits->setVisible(!lines.isEmpty());
 }
 
 void QlumSettingsDialog::showSetting(const QString& key)
 {
-    auto* field = key.isEmpty() ? nullptr : m_pages->findChild<QWidget*>(key);
-    for (QWidget* page = field; page; page = page->parentWidget())
-        if (m_pages->indexOf(page) >= 0)
-            m_pages->setCurrentWidget(page);
-    if (field)
-        field->setFocus(Qt::ShortcutFocusReason);
+    for (std::size_t i = 0; !key.isEmpty() && i < m_forms.size(); ++i)
+        if (m_forms[i]->focusField(key)) {
+            m_list->setCurrentRow(static_cast<int>(i));
+            m_forms[i]->focusField(key); // now that its page is shown
+        }
 }
 
 void QlumSettingsDialog::accept()
 {
-    for (const Field& field : m_fields) {
-        // what was not changed stays unset, so that a later version's default still applies
-        if (QVariant value = field.get(); value != field.initial) {
-            if (const QVariant standard = m_settings->defaultValue(field.key); standard.isValid())
-                value.convert(static_cast<int>(standard.userType()));
-            m_settings->setValue(field.key, value);
+    for (std::size_t i = 0; i < m_forms.size(); ++i)
+        if (const QString fault = m_forms[i]->focusFault(); !fault.isEmpty()) {
+            m_list->setCurrentRow(static_cast<int>(i));
+            std::ignore = m_forms[i]->focusFault();
+            m_messages->tell({QlumMessage::Error, {}, tr("This setting cannot be used."), fault, {}, {}});
+            return;
         }
-    }
+    for (QlumSettingsForm* form : m_forms)
+        form->store();
     QlumBaseWidget::accept();
 }

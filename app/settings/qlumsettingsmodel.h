@@ -3,6 +3,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QSettings>
 #include <QString>
 #include <QVariant>
@@ -22,6 +23,9 @@ public:
     /// valid, else the default; an invalid QVariant when there is none of them.
     [[nodiscard]] QVariant value(const QString& key, const QVariant& fallback = QVariant()) const;
     void setValue(const QString& key, const QVariant& value);
+    /// Writes what was set; false when the file cannot be written and it holds for this run only.
+    [[nodiscard]] bool flush();
+    [[nodiscard]] QString fileName() const { return m_settings.fileName(); }
     /// The default of a registered key, invalid for others.
     [[nodiscard]] QVariant defaultValue(const QString& key) const;
     /// What is known of the settings; the application's own are in it.
@@ -34,6 +38,7 @@ private:
     QSettings m_settings;
     QlumSettingsRegistry m_registry;
     QHash<QString, QVariant>
-        m_stored; ///< what the file holds, so that reading needs no file and little locking
+        m_stored;              ///< what the file holds, so that reading needs no file and little locking
+    QSet<QString> m_unchecked; ///< come from the file, which somebody may have edited
     mutable std::shared_mutex m_mutex;
 };

@@ -4,12 +4,14 @@
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumsettingsregistry.h>
 #include <app/api/qlumtext.h>
+#include <app/settings/qlumlanguages.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <uabase/system/uadir.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QString>
+#include <QStringList>
 
 #include <limits>
 
@@ -22,6 +24,7 @@ class Pages
     Q_DECLARE_TR_FUNCTIONS(QlumSettingsDialog)
 public:
     using Row = QlumSettingRow;
+    static QlumSettingsPage appearance();
     static QlumSettingsPage connections();
     static QlumSettingsPage certificates();
     static QlumSettingsPage addressSpace();
@@ -29,6 +32,47 @@ public:
     static QlumSettingsPage trace();
     static QlumSettingsPage updates();
 };
+
+QlumSettingsPage Pages::appearance()
+{
+    namespace S = QlumSettings;
+    const QString system = QStringLiteral("System");
+    QStringList languages{system, QStringLiteral("en")};
+    QStringList languageNames{tr("As the system"), QStringLiteral("English")};
+    for (const QString& language : qlumLanguages()) {
+        languages.append(language);
+        languageNames.append(qlumLanguageName(language));
+    }
+    return {
+        QStringLiteral("appearance"),
+        tr("A&ppearance"),
+        {
+            Row::choice(S::palette,
+                        {tr("&Colours:"), tr("Dark or bright windows, or as the desktop has them.")},
+                        {system, QStringLiteral("Light"), QStringLiteral("Dark")},
+                        {tr("As the system"), tr("Light"), tr("Dark")}),
+            Row::choice(
+                S::scale, {tr("&Size:"), tr("How large texts and pictures are.")},
+                {system, QStringLiteral("100"), QStringLiteral("125"), QStringLiteral("150"),
+                 QStringLiteral("175"), QStringLiteral("200")},
+                {tr("As the system"), tr("100 %"), tr("125 %"), tr("150 %"), tr("175 %"), tr("200 %")})
+                .felt(Row::AtStart),
+            Row::choice(S::language,
+                        {tr("&Language:"), tr("Of menus and messages; each translation that is installed "
+                                              "can be chosen.")},
+                        languages, languageNames)
+                .felt(Row::AtStart),
+            Row::choice(S::timeFormat,
+                        {tr("&Dates and times:"), tr("As the system has them, or year-month-day with 24 "
+                                                     "hours.")},
+                        {system, QStringLiteral("ISO")}, {tr("As the system"), tr("2026-01-31 14:05:00")}),
+            Row::flag(S::utcTimes,
+                      {tr("Show times in &UTC"), tr("Times are those of the time zone otherwise.")}),
+            Row::flag(S::safeStatusColours,
+                      {tr("Colours for colour &blindness"),
+                       tr("Good, uncertain and bad are told by colours that differ without red and green.")}),
+        }};
+}
 
 QlumSettingsPage Pages::connections()
 {
@@ -48,34 +92,42 @@ QlumSettingsPage Pages::connections()
             Row::number(S::publishTimeout,
                         {tr("&Publish timeout:"), tr("How long a server may hold a request for new values "
                                                      "back when there are none.")},
-                        1000, hour, ms),
+                        1000, hour, ms)
+                .felt(Row::AtConnect),
             Row::number(S::sessionTimeout,
                         {tr("&Session timeout:"), tr("How long the server shall keep the session, with what "
                                                      "is watched, when the connection is lost.")},
-                        1000, noMaximum, ms),
+                        1000, noMaximum, ms)
+                .felt(Row::AtConnect),
             Row::number(S::secureChannelLifetime,
                         {tr("Secure channel l&ifetime:"), tr("How long the keys of a connection are used "
                                                              "before new ones are agreed on.")},
-                        1000, noMaximum, ms),
+                        1000, noMaximum, ms)
+                .felt(Row::AtConnect),
             Row::number(S::internalCallTimeout,
                         {tr("Timeout of i&nternal calls:"), tr("How long a server may take to answer what "
                                                                "Tavelin asks on its own account.")},
-                        100, hour, ms),
+                        100, hour, ms)
+                .felt(Row::AtConnect),
             Row::flag(S::automaticReconnect,
                       {tr("&Reconnect automatically"), tr("Tries to restore a lost connection until it is "
-                                                          "there again or you disconnect.")}),
+                                                          "there again or you disconnect.")})
+                .felt(Row::AtConnect),
             Row::number(S::watchdogTime,
                         {tr("Connection c&heck every:"), tr("How often the server's state is read to see "
                                                             "whether the connection still stands.")},
-                        1000, hour, ms),
+                        1000, hour, ms)
+                .felt(Row::AtConnect),
             Row::number(S::watchdogTimeout,
                         {tr("Timeout of &a check:"), tr("When a check takes longer, the connection counts as "
                                                         "lost.")},
-                        100, hour, ms),
+                        100, hour, ms)
+                .felt(Row::AtConnect),
             Row::number(S::maxOperations,
                         {tr("&Most operations in a call (0: server decides):"),
                          tr("Requests for more nodes than this are split into several calls.")},
-                        0, noMaximum),
+                        0, noMaximum)
+                .felt(Row::AtConnect),
             Row::choice(S::newServerRole,
                         {tr("R&ole of new servers:"),
                          tr("What may be sent to a server that is new in a project. Look: only what changes "
@@ -86,10 +138,12 @@ QlumSettingsPage Pages::connections()
                         {tr("Load type &dictionaries:"), tr("When the definitions of a server's own data "
                                                             "types are read.")},
                         {QStringLiteral("FirstUse"), QStringLiteral("Manual"), QStringLiteral("Connect"),
-                         QStringLiteral("Reconnect")}),
+                         QStringLiteral("Reconnect")})
+                .felt(Row::AtConnect),
             Row::line(S::localeId,
                       {tr("Lan&guage of server texts:"), tr("The language that servers are asked for, such "
-                                                            "as en or de-AT.")}),
+                                                            "as en or de-AT.")})
+                .felt(Row::AtConnect),
         }};
 }
 
@@ -219,7 +273,8 @@ QlumSettingsPage Pages::updates()
 
 void qlumAddApplicationSettings(QlumSettingsRegistry& registry)
 {
-    for (const QlumSettingsPage& page : {Pages::connections(), Pages::certificates(), Pages::addressSpace(),
-                                         Pages::log(), Pages::trace(), Pages::updates()})
+    for (const QlumSettingsPage& page :
+         {Pages::appearance(), Pages::connections(), Pages::certificates(), Pages::addressSpace(),
+          Pages::log(), Pages::trace(), Pages::updates()})
         registry.add(page);
 }

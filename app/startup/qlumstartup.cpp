@@ -8,6 +8,7 @@
 #include <app/mainwindow/qlumtipwindow.h>
 #include <app/recovery/qlumcrashhandler.h>
 #include <app/recovery/qlumsessionrecord.h>
+#include <app/settings/qlumappearance.h>
 #include <app/startup/qlumfolders.h>
 #include <app/startup/qlumqtmessages.h>
 #include <app/startup/qlumservices.h>
@@ -61,6 +62,8 @@ void addLibraryPaths()
 
 void show(QlumSplashScreen& splash, const QString& text)
 {
+    if (!text.isEmpty()) // there is no log yet
+        QlumCrashHandler::note(text);
     splash.showMessage(text, Qt::AlignLeft, Qt::white);
 }
 
@@ -124,7 +127,9 @@ int QlumStartup::run(int argc, char** argv)
     qlumTraceQtMessages();
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    auto scale = std::make_unique<QlumScaleAsSet>();
     QApplication application(argc, argv);
+    scale.reset();
     QCoreApplication::setApplicationVersion(QStringLiteral(TAVELIN_VERSION));
     loadResources();
     QTranslator translator;

@@ -240,8 +240,7 @@ void QlumAddressSpacePage::showConnection()
         m_lost->setText(
             tr("Server '%1': connection lost since %2. What was browsed before can still be read; "
                "nothing more can be opened until the connection is back.")
-                .arg(qlumCutText(qlumSingleLine(m_server->displayName())),
-                     QLocale::system().toString(m_lostSince, qlumDateTimeFormat())));
+                .arg(qlumCutText(qlumSingleLine(m_server->displayName())), qlumShowDateTime(m_lostSince)));
     m_lost->setVisible(isLost);
     QPalette grey = m_tree->palette();
     grey.setColor(QPalette::Text, grey.color(QPalette::Disabled, QPalette::Text));

@@ -103,10 +103,7 @@ private:
     const UaArray<OpcUa_Int32> m_dimensions;
 };
 
-QlumAttributeRows::QlumAttributeRows(QlumApplicationInterface& application)
-    : m_application(application), m_dateTimeFormat(qlumDateTimeFormat())
-{
-}
+QlumAttributeRows::QlumAttributeRows(QlumApplicationInterface& application) : m_application(application) {}
 
 void QlumAttributeRows::setServer(unsigned int serverId, UaDataTypeDictionary* dictionary)
 {
@@ -122,12 +119,13 @@ QString QlumAttributeRows::typeName(OpcUa_BuiltInType type) const
 QString QlumAttributeRows::timestampText(OpcUa_DateTime value) const
 {
     const QDateTime time = m_application.dateTimeFromUaDateTime(&value);
-    const QString local = QLocale::system().toString(time, m_dateTimeFormat);
     if (!time.isValid())
-        return local;
-    // whose hours they are, and the form in which times are edited
-    return QStringLiteral("%1 %2 (%3)")
-        .arg(local, time.timeZoneAbbreviation(), toQString(UaDateTime(value).toString()));
+        return {};
+    QString text = qlumShowDateTime(time);
+    if (!qlumTimeLook().isUtc) // whose hours they are
+        text += QLatin1Char(' ') + time.timeZoneAbbreviation();
+    // and the form in which times are edited
+    return QStringLiteral("%1 (%2)").arg(text, toQString(UaDateTime(value).toString()));
 }
 
 QlumAttributeNode& QlumAttributeRows::addDataValue(QlumAttributeNode& parent, const QString& name,

@@ -31,7 +31,6 @@ public:
     /// May be null.
     [[nodiscard]] UaDataTypeDictionary* dictionary() const { return m_dictionary; }
     /// Of the timestamps of data values.
-    [[nodiscard]] const QString& dateTimeFormat() const { return m_dateTimeFormat; }
 
     /// Each adds one row below parent, with what belongs under it, and answers it. This one: value, status
     /// and timestamps.
@@ -72,5 +71,4 @@ private:
     QlumApplicationInterface& m_application;
     UaDataTypeDictionary* m_dictionary = nullptr;
     unsigned int m_serverId = qlumNoServer;
-    QString m_dateTimeFormat;
 };

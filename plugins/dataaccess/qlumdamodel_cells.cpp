@@ -37,13 +37,14 @@ QString shortTime(OpcUa_DateTime time)
     const QDateTime local = qlumDateTime(time);
     if (!local.isValid())
         return {};
-    return local.date() == QDate::currentDate() ? QLocale().toString(local.time(), qlumTimeFormat())
-                                                : QLocale().toString(local, qlumDateTimeFormat());
+    const bool isToday = qlumTimeLook().isUtc ? local.toUTC().date() == QDateTime::currentDateTimeUtc().date()
+                                              : local.date() == QDate::currentDate();
+    return isToday ? qlumShowTime(local) : qlumShowDateTime(local);
 }
 
 QString longTime(OpcUa_DateTime time)
 {
-    return QLocale().toString(qlumDateTime(time), qlumDateTimeFormat());
+    return qlumShowDateTime(time);
 }
 
 QVariant numberOrNothing(double number)

@@ -21,6 +21,7 @@
 #include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <QTabWidget>
 #include <QTableView>
 
 #include <algorithm>
@@ -109,6 +110,7 @@ void QlumDaView::saveSettings(QSettings& settings)
     settings.setValue(QStringLiteral("Filter"), m_filterText->text());
     settings.setValue(QStringLiteral("Show"), m_show->currentIndex());
     settings.setValue(QStringLiteral("Group"), m_group->currentIndex());
+    settings.setValue(QStringLiteral("Page"), m_pages->currentIndex());
     settings.setValue(QStringLiteral("Columns"), m_table->horizontalHeader()->saveState());
     storeRows(settings);
     for (const auto& part : m_parts)
@@ -176,6 +178,8 @@ void QlumDaView::loadSettings(QSettings& settings, const QMap<int, int>& serverI
         std::clamp(settings.value(QStringLiteral("Group"), 0).toInt(), 0, m_group->count() - 1));
     for (const auto& part : m_parts)
         part->loadSettings(settings, serverIdMap);
+    m_pages->setCurrentIndex(
+        std::clamp(settings.value(QStringLiteral("Page"), 0).toInt(), 0, m_pages->count() - 1));
     m_isLoading = false;
 }
 

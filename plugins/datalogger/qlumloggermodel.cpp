@@ -189,8 +189,7 @@ QVariant QlumLoggerModel::shown(const QlumLoggerItem& row, int column) const
     case Status:
         return hasValue ? qlumStatusText(row.figures.value.statusCode().code()) : QVariant();
     case Received:
-        return hasValue ? QLocale().toString(qlumDateTime(row.figures.received), qlumDateTimeFormat())
-                        : QVariant();
+        return hasValue ? qlumShowDateTime(row.figures.received) : QVariant();
     case Records:
         return count(row.figures.records);
     case Overflows:

@@ -124,7 +124,7 @@ void QlumLoggerPanel::show(const recording::RecorderStatus& status, bool isStopp
     const auto set = [](QLabel* label, const QString& text) {
         label->setText(text.isEmpty() ? QStringLiteral("-") : text);
     };
-    set(m_since, isKnown ? locale.toString(qlumDateTime(status.since), qlumDateTimeFormat()) : QString());
+    set(m_since, isKnown ? qlumShowDateTime(status.since) : QString());
     set(m_records, isKnown ? locale.toString(static_cast<qulonglong>(status.records)) : QString());
     set(m_rate,
         isRunning ? tr("%1/s").arg(locale.toString(m_perSecond, 'f', m_perSecond < 10 ? 1 : 0)) : QString());
@@ -146,7 +146,5 @@ void QlumLoggerPanel::show(const recording::RecorderStatus& status, bool isStopp
         m_path->fontMetrics().elidedText(status.path, Qt::ElideMiddle, std::max(100, m_path->width())));
     m_path->setToolTip(status.path);
     m_error->setVisible(!status.error.isEmpty());
-    m_error->setText(
-        tr("Last error, %1: %2")
-            .arg(locale.toString(qlumDateTime(status.errorTime), qlumDateTimeFormat()), status.error));
+    m_error->setText(tr("Last error, %1: %2").arg(qlumShowDateTime(status.errorTime), status.error));
 }

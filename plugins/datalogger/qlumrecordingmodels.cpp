@@ -22,7 +22,7 @@ struct RecordingModelText
 
 QVariant timeCell(OpcUa_DateTime time)
 {
-    return time == 0 ? QVariant() : QVariant(QLocale().toString(qlumDateTime(time), qlumDateTimeFormat()));
+    return time == 0 ? QVariant() : QVariant(qlumShowDateTime(time));
 }
 
 QString sequenceText(const recording::Mark& mark)

@@ -5,6 +5,7 @@
 #include <recording/csvrecord.h>
 #include <uabase/values/uadatavalue.h>
 #include <uawidgets/qlumformrow.h>
+#include <uawidgets/qlumtimefield.h>
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 
@@ -146,9 +147,9 @@ QWidget* QlumRecordingWindow::makeRange()
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
     const auto add = [&](QDateTimeEdit* field, const char* name, const QString& text) {
-        field->setDisplayFormat(qlumDateTimeFormat());
+        qlumFollowTimeLook(field);
         field->setCalendarPopup(true);
-        qlumDescribeField(field, {QLatin1String(name), text, tr("Of the reception, in local time."), {}});
+        qlumDescribeField(field, {QLatin1String(name), text, tr("Of the reception."), {}});
         auto* label = new QLabel(text);
         label->setBuddy(field);
         layout->addWidget(label);
@@ -271,8 +272,8 @@ void QlumRecordingWindow::take(const Read& read)
     m_summary->setText(tr("%1: %2 records of %n item(s); %3.", nullptr, static_cast<int>(read.items.size()))
                            .arg(m_path, QLocale().toString(static_cast<qulonglong>(records)), missing));
     if (!m_isRangeTouched && first != 0) {
-        m_from->setDateTime(qlumDateTime(first));
-        m_to->setDateTime(qlumDateTime(last).addMSecs(1)); // behind the last one
+        qlumSetMoment(m_from, qlumDateTime(first));
+        qlumSetMoment(m_to, qlumDateTime(last).addMSecs(1)); // behind the last one
         m_isRangeTouched = false;
     }
     showCommands();

@@ -279,10 +279,8 @@ QVariant QlumAlarmModel::display(const QlumEvent& event, int column) const
         return event.text(QlumField::Message);
     case SourceName:
         return event.text(QlumField::SourceName);
-    case Time: {
-        const QDateTime time = event.time();
-        return time.isValid() ? QLocale::system().toString(time, qlumEventTimeFormat()) : QString();
-    }
+    case Time:
+        return qlumEventTime(event.time());
     case Severity:
         return event.severity() > 0 ? QVariant(event.severity()) : QVariant(event.text(QlumField::Severity));
     case ServerObject:

@@ -50,8 +50,7 @@ QString quoted(const UaString& text)
 QString timeText(const UaDateTime& value)
 {
     const QDateTime time = qlumDateTime(value);
-    return time.isValid() ? QLocale::system().toString(time, qlumDateTimeFormat())
-                          : toQString(value.toString());
+    return time.isValid() ? qlumShowDateTime(time) : toQString(value.toString());
 }
 
 QString bytesText(const UaByteString& bytes)

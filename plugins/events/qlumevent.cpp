@@ -160,10 +160,8 @@ QString qlumEventText(const UaVariant& value)
 {
     if (value.isNull())
         return {};
-    if (value.isScalar() && value.type() == OpcUaType_DateTime) {
-        const QDateTime time = qlumDateTime(value.toDateTime());
-        return time.isValid() ? QLocale::system().toString(time, qlumEventTimeFormat()) : QString();
-    }
+    if (value.isScalar() && value.type() == OpcUaType_DateTime)
+        return qlumEventTime(qlumDateTime(value.toDateTime()));
     if (value.isScalar() && value.type() == OpcUaType_LocalizedText)
         return shortText(value.toLocalizedText().text());
     if (value.isScalar() && value.type() == OpcUaType_ByteString)
@@ -174,7 +172,7 @@ QString qlumEventText(const UaVariant& value)
     return shortText(value.toString());
 }
 
-QString qlumEventTimeFormat()
+QString qlumEventTime(const QDateTime& time)
 {
-    return QlumEventSettings::showDate.value() ? qlumDateTimeFormat() : qlumTimeFormat();
+    return QlumEventSettings::showDate.value() ? qlumShowDateTime(time) : qlumShowTime(time);
 }

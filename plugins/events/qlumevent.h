@@ -129,5 +129,5 @@ using QlumEvents = std::vector<QlumEvent>;
 
 /// A value as one line of plain text, whatever a server has put into it.
 [[nodiscard]] QString qlumEventText(const UaVariant& value);
-/// As the settings want times of events.
-[[nodiscard]] QString qlumEventTimeFormat();
+/// With the date or without it, as the settings want times of events.
+[[nodiscard]] QString qlumEventTime(const QDateTime& time);

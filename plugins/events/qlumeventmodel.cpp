@@ -50,7 +50,7 @@ QlumEventModel::QlumEventModel(QlumApplicationInterface& application, QlumEventT
     : QlumEventTable(
           {tr("EventType"), tr("Message"), tr("SourceName"), tr("Time"), tr("Severity"), tr("Server/Object")},
           parent),
-      m_application(application), m_types(types), m_timeFormat(qlumEventTimeFormat()),
+      m_application(application), m_types(types),
       m_maximum(std::max(1, QlumEventSettings::maxLogEntries.value()))
 {
     setMaximumRows(m_maximum);
@@ -118,7 +118,6 @@ void QlumEventModel::clear()
     m_waiting.clear();
     m_seen.clear();
     m_count = 0;
-    m_timeFormat = qlumEventTimeFormat();
     reset();
     emit countChanged();
 }
@@ -136,10 +135,8 @@ QVariant QlumEventModel::display(const QlumEvent& event, int column) const
         return event.text(QlumField::Message);
     case SourceName:
         return event.text(QlumField::SourceName);
-    case Time: {
-        const QDateTime time = event.time();
-        return time.isValid() ? QLocale::system().toString(time, m_timeFormat) : QString();
-    }
+    case Time:
+        return qlumEventTime(event.time());
     case Severity:
         return event.severity() > 0 ? QVariant(event.severity()) : QVariant(event.text(QlumField::Severity));
     case ServerObject:

@@ -57,7 +57,6 @@ private:
 
     QlumApplicationInterface& m_application;
     QlumEventTypes& m_types;
-    QString m_timeFormat;
     qint64 m_count = 0;
     int m_maximum = 0;
     bool m_isPaused = false;

@@ -11,6 +11,7 @@
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumnodecommands.h>
+#include <uawidgets/qlumtimefield.h>
 #include <uawidgets/table/qlumtable.h>
 
 #include <QAbstractItemModel>
@@ -482,7 +483,7 @@ QWidget* QlumEventWidget::makeHistoryPage()
         auto* label = new QLabel(title, bar);
         auto* edit = new QDateTimeEdit(time, bar);
         edit->setCalendarPopup(true);
-        edit->setDisplayFormat(qlumDateTimeFormat());
+        qlumFollowTimeLook(edit);
         qlumDescribeField(edit, {QLatin1String(name), title, {}, {}});
         label->setBuddy(edit);
         bar->addWidget(label);

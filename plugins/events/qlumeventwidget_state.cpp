@@ -10,6 +10,7 @@
 #include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumtimefield.h>
 
 #include <QAction>
 #include <QDateTime>
@@ -451,7 +452,7 @@ void QlumEventWidget::updateOffline()
         const QString name = m_application.serverName(serverId);
         lines.append(since.isValid()
                          ? tr("There has been no connection to %1 since %2. Its alarms are those of then.")
-                               .arg(name, QLocale::system().toString(since, qlumDateTimeFormat()))
+                               .arg(name, qlumShowDateTime(since))
                          : tr("There is no connection to %1.").arg(name));
     }
     for (const auto& [serverId, status] : m_refreshFaults)
@@ -501,8 +502,9 @@ void QlumEventWidget::saveSettings(QSettings& settings)
     settings.setValue(QStringLiteral("ExtraColumns"), m_log->extraFields());
     settings.setValue(QStringLiteral("AlarmColumns"), m_alarms->extraFields());
     settings.setValue(QStringLiteral("Sound"), m_actions[Sound]->isChecked());
-    settings.setValue(QStringLiteral("StartTime"), m_start->dateTime());
-    settings.setValue(QStringLiteral("EndTime"), m_end->dateTime());
+    settings.setValue(QStringLiteral("Page"), m_tabs->currentIndex());
+    for (const auto& [key, edit] : {std::pair("StartTime", m_start), std::pair("EndTime", m_end)})
+        settings.setValue(QLatin1String(key), edit->dateTime().toUTC().toString(Qt::ISODateWithMs));
 }
 
 void QlumEventWidget::loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap)
@@ -512,12 +514,16 @@ void QlumEventWidget::loadSettings(QSettings& settings, const QMap<int, int>& se
         settings.value(QStringLiteral("ShowRetainIfFalse"), false).toBool());
     m_actions[Sound]->setChecked(settings.value(QStringLiteral("Sound"), false).toBool());
     for (const auto& [key, edit] : {std::pair("StartTime", m_start), std::pair("EndTime", m_end)})
-        if (const QDateTime time = settings.value(QLatin1String(key)).toDateTime(); time.isValid())
-            edit->setDateTime(time);
+        if (const QDateTime time =
+                QDateTime::fromString(settings.value(QLatin1String(key)).toString(), Qt::ISODateWithMs);
+            time.isValid())
+            qlumSetMoment(edit, time);
     m_log->setExtraFields(settings.value(QStringLiteral("ExtraColumns")).toStringList());
     m_history->setExtraFields(m_log->extraFields());
     m_alarms->setExtraFields(settings.value(QStringLiteral("AlarmColumns")).toStringList());
     m_items->load(settings, serverIdMap);
+    m_tabs->setCurrentIndex(
+        std::clamp(settings.value(QStringLiteral("Page"), 0).toInt(), 0, m_tabs->count() - 1));
     updateOffline();
     updateActions();
 }

@@ -260,9 +260,7 @@ void QlumPushListPage::refresh()
     }
     QStringList notes;
     if (m_onServer && !m_lastUpdate.isNull())
-        notes.append(
-            tr("Changed on the server %1.")
-                .arg(QLocale::system().toString(qlumDateTime(m_lastUpdate.value()), qlumDateTimeFormat())));
+        notes.append(tr("Changed on the server %1.").arg(qlumShowDateTime(m_lastUpdate.value())));
     if (m_onServer)
         if (const QStringList names = qlumIssuersWithoutCrl(m_edited); !names.isEmpty())
             notes.append(tr("No revocation list of %1: the server may refuse what it has signed.")

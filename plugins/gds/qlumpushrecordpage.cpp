@@ -49,8 +49,7 @@ void QlumPushRecordPage::add(const QString& server, const QString& user,
 {
     for (const QlumPushStep& step : steps)
         addLine(QStringLiteral("%1  %2  %3  %4  -> %5")
-                    .arg(QLocale::system().toString(step.time, qlumDateTimeFormat()), server, user, step.what,
-                         step.words));
+                    .arg(qlumShowDateTime(step.time), server, user, step.what, step.words));
 }
 
 void QlumPushRecordPage::addLine(const QString& text)

@@ -50,7 +50,7 @@ QString listOr(const QStringList& list, const QString& nothing)
 QString changedText(const UaDateTime& time)
 {
     return time.isNull() ? QlumPushServerPage::tr("the server does not tell")
-                         : QLocale::system().toString(qlumDateTime(time.value()), qlumDateTimeFormat());
+                         : qlumShowDateTime(time.value());
 }
 } // namespace
 

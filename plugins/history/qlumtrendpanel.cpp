@@ -1,6 +1,7 @@
 #include <plugins/history/qlumtrendpanel.h>
 
 #include <uawidgets/qlumformrow.h>
+#include <uawidgets/qlumtimefield.h>
 
 #include <QDate>
 #include <QDateTime>
@@ -53,7 +54,7 @@ QGroupBox* QlumTrendPanel::makeSingle()
     const QDateTime now = QDateTime::currentDateTime();
     const auto makeField = [&](const QDateTime& time) {
         auto* field = new QDateTimeEdit(time);
-        field->setDisplayFormat(QStringLiteral("dd.MM.yy HH:mm:ss.zzz"));
+        qlumFollowTimeLook(field, QStringLiteral("dd.MM.yy HH:mm:ss.zzz"));
         field->setMinimumDate(QDate(1753, 1, 1));
         field->setCalendarPopup(true);
         connect(field, &QDateTimeEdit::dateTimeChanged, this, &QlumTrendPanel::changed);
@@ -73,10 +74,9 @@ QGroupBox* QlumTrendPanel::makeSingle()
     qlumAddRow(form, m_start,
                {QStringLiteral("startTime"),
                 tr("&Start Time:"),
-                tr("Where the history begins that is read, in local time. Later than the end: newest first."),
+                tr("Where the history begins that is read. Later than the end: newest first."),
                 {}});
-    qlumAddRow(form, m_end,
-               {QStringLiteral("endTime"), tr("&End Time:"), tr("Where it ends, in local time."), {}});
+    qlumAddRow(form, m_end, {QStringLiteral("endTime"), tr("&End Time:"), tr("Where it ends."), {}});
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(getStart);
     buttons->addWidget(update);
@@ -134,12 +134,12 @@ QDateTime QlumTrendPanel::endTime() const
 
 void QlumTrendPanel::setStartTime(const QDateTime& time)
 {
-    m_start->setDateTime(time);
+    qlumSetMoment(m_start, time);
 }
 
 void QlumTrendPanel::setEndTime(const QDateTime& time)
 {
-    m_end->setDateTime(time);
+    qlumSetMoment(m_end, time);
 }
 
 QTime QlumTrendPanel::timespan() const

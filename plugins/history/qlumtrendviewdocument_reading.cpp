@@ -428,6 +428,5 @@ void QlumTrendViewDocument::showState()
     else
         m_plot->setEmptyText(tr("No values to draw"),
                              tr("No number was read between %1 and %2. The list of variables says more.")
-                                 .arg(QLocale().toString(m_rangeStart, qlumDateTimeFormat()),
-                                      QLocale().toString(m_rangeEnd, qlumDateTimeFormat())));
+                                 .arg(qlumShowDateTime(m_rangeStart), qlumShowDateTime(m_rangeEnd)));
 }

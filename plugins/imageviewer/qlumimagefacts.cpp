@@ -23,7 +23,7 @@ using Model = QlumImageFactsModel;
 
 QString timeText(const QDateTime& time)
 {
-    return time.isValid() ? QLocale().toString(time, qlumDateTimeFormat()) : QString();
+    return time.isValid() ? qlumShowDateTime(time) : QString();
 }
 
 // The server's clock is finer than the one of the screen.
@@ -176,7 +176,7 @@ QString qlumImageLine(const QlumImageFeed& feed)
         value.sourceTimestamp().isNull() ? value.serverTimestamp() : value.sourceTimestamp();
     QStringList parts{formatName(feed), sizeText(feed), bytesText(feed), statusText(feed)};
     if (const QDateTime local = qlumDateTime(time.value()); local.isValid())
-        parts.append(QLocale().toString(local.time(), qlumTimeFormat()));
+        parts.append(qlumShowTime(local));
     parts.append(qlumImageRate(feed));
     if (const int frames = feed.shown().decoded.header.frames; frames > 1)
         parts.append(Model::tr("frame %1 of %2%3")

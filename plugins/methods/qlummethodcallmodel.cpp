@@ -42,7 +42,7 @@ QString textOf(const QlumMethodCall& call, int column)
 {
     switch (column) {
     case QlumMethodCallModel::TimeColumn:
-        return QLocale::system().toString(call.begun, qlumDateTimeFormat());
+        return qlumShowDateTime(call.begun);
     case QlumMethodCallModel::StatusColumn:
         return qlumShortOutcome(call);
     case QlumMethodCallModel::DurationColumn:

@@ -143,8 +143,7 @@ QVariant QlumRunModel::cell(const QlumMeasurementRun& run, int column, int role)
         return shown(perCall(run, bytes));
     }
     case Begun:
-        return role == Qt::DisplayRole ? QVariant(QLocale().toString(run.begun, qlumDateTimeFormat()))
-                                       : QVariant(run.begun);
+        return role == Qt::DisplayRole ? QVariant(qlumShowDateTime(run.begun)) : QVariant(run.begun);
     case Remarks:
         return run.remarks.join(QLatin1Char(' '));
     default:

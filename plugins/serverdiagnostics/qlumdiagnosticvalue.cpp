@@ -62,7 +62,7 @@ QString bytesText(const UaByteString& bytes)
 
 QString timeText(const UaDateTime& time)
 {
-    return QLocale::system().toString(qlumDateTime(time), qlumDateTimeFormat());
+    return qlumShowDateTime(time);
 }
 
 QString numberName(OpcUa_Int64 number, const QStringList* names, const UaEnumDefinition& definition)

@@ -233,11 +233,9 @@ void QlumServerDiagnosticWidget::sltIntervalChosen()
 QString QlumServerDiagnosticWidget::report() const
 {
     std::vector<QlumReportSection> sections;
-    sections.push_back(
-        {tr("Server diagnostics of %1").arg(m_application.serverName(m_serverId)),
-         tr("Written %1")
-                 .arg(QLocale::system().toString(QDateTime::currentDateTime(), qlumDateTimeFormat())) +
-             QLatin1Char('\n') + (isUp() ? QString() : m_offline->text())});
+    sections.push_back({tr("Server diagnostics of %1").arg(m_application.serverName(m_serverId)),
+                        tr("Written %1").arg(qlumShowDateTime(QDateTime::currentDateTime())) +
+                            QLatin1Char('\n') + (isUp() ? QString() : m_offline->text())});
     for (const QlumDiagnosticPanel* const panel : m_serverPage->panels())
         sections.push_back({panel->name(), panel->model()->toText()});
     sections.push_back({tr("Sessions"), qlumTableReport(*m_sessions)});

@@ -30,7 +30,7 @@ QVariant timeCell(const UaDateTime& time, bool isForSorting)
     const QDateTime local = qlumDateTime(time);
     if (!local.isValid())
         return {};
-    return isForSorting ? QVariant(local) : QVariant(QLocale::system().toString(local, qlumDateTimeFormat()));
+    return isForSorting ? QVariant(local) : QVariant(qlumShowDateTime(local));
 }
 
 QVariant textCell(const QlumSessionRow& row, int column)

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <QMap>
 #include <QSysInfo>
 
 #include <algorithm>
@@ -180,4 +181,22 @@ QString qlumDiagnosisReport(const QlumDiagnosis& diagnosis)
     for (const QlumRung& rung : diagnosis.rungs)
         addRung(lines, rung);
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
+
+namespace {
+QMap<QString, QString>& keptReports()
+{
+    static QMap<QString, QString> reports; // by server
+    return reports;
+}
+} // namespace
+
+void qlumKeepDiagnosis(const QlumDiagnosis& diagnosis)
+{
+    keptReports().insert(diagnosis.server, qlumDiagnosisReport(diagnosis));
+}
+
+QString qlumKeptDiagnoses()
+{
+    return QStringList(keptReports().values()).join(QLatin1Char('\n'));
 }

@@ -79,3 +79,7 @@ struct QlumDiagnosis
 [[nodiscard]] QString qlumRungTime(const QlumRung& rung);
 /// The whole diagnosis as plain text, for whoever is asked for help.
 [[nodiscard]] QString qlumDiagnosisReport(const QlumDiagnosis& diagnosis);
+/// Keeps the report of a diagnosis until there is a later one of the same server. GUI thread.
+void qlumKeepDiagnosis(const QlumDiagnosis& diagnosis);
+/// The reports that are kept, one after the other; empty for none. GUI thread.
+[[nodiscard]] QString qlumKeptDiagnoses();

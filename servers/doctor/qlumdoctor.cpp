@@ -126,6 +126,7 @@ void QlumDoctor::end()
         rung.finding = tr("Cancelled.");
     }
     m_security = UaClientSdk::SessionSecurityInfo(); // with what is secret in it
+    qlumKeepDiagnosis(m_diagnosis);
     m_log.info(tr("Connection diagnosis: %1").arg(m_diagnosis.summary()));
     emit finished();
 }

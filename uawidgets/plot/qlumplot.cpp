@@ -146,6 +146,7 @@ QlumPlot::QlumPlot(QWidget* parent) : QWidget(parent), m_area(new QlumPlotArea(t
     connect(m_area, &QlumPlotArea::viewChanged, this, &QlumPlot::updateActions);
     setFocusProxy(m_area->canvas());
     setFollowing(true);
+    setUtc(qlumTimeLook().isUtc);
     setEmptyText(tr("No samples yet"), tr("Curves appear here as soon as values arrive."));
 }
 

@@ -9,6 +9,8 @@ namespace {
 constexpr int greyAlpha = 150; // taken from the text colour
 constexpr int darkest = 128;   // lightness of a base that calls for dark texts
 
+bool g_isSafe = false;
+
 QColor greyed(QColor color)
 {
     color.setAlpha(color.alpha() - greyAlpha);
@@ -28,8 +30,12 @@ QColor qlumStatusColor(QlumStatusLevel level, const QPalette& palette)
     const bool isDark = palette.color(QPalette::Base).lightness() < darkest;
     switch (level) {
     case QlumStatusLevel::Bad:
+        if (g_isSafe)
+            return isDark ? QColor(255, 150, 60) : QColor(178, 76, 0);
         return isDark ? QColor(255, 110, 110) : QColor(Qt::red);
     case QlumStatusLevel::Uncertain:
+        if (g_isSafe)
+            return isDark ? QColor(100, 190, 245) : QColor(0, 104, 170);
         return isDark ? QColor(255, 190, 90) : QColor(255, 140, 0);
     case QlumStatusLevel::Inactive:
         return greyed(palette.color(QPalette::Text));
@@ -37,6 +43,11 @@ QColor qlumStatusColor(QlumStatusLevel level, const QPalette& palette)
         break;
     }
     return palette.color(QPalette::Text);
+}
+
+void qlumSetSafeStatusColours(bool isSafe)
+{
+    g_isSafe = isSafe;
 }
 
 QIcon qlumStatusIcon(QlumStatusLevel level)

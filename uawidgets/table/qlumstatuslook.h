@@ -15,6 +15,8 @@ enum class QlumStatusLevel { Good, Uncertain, Bad, Inactive };
 /// Of texts on the palette's base, so it has to be asked for anew when the palette changes: models give it
 /// when they are asked and do not keep it.
 [[nodiscard]] QColor qlumStatusColor(QlumStatusLevel level, const QPalette& palette);
+/// Colours that are told apart without seeing red and green, or the usual ones. GUI thread.
+void qlumSetSafeStatusColours(bool isSafe);
 /// Null for Inactive, which the greyed text tells.
 [[nodiscard]] QIcon qlumStatusIcon(QlumStatusLevel level);
 [[nodiscard]] QString qlumStatusWord(QlumStatusLevel level);

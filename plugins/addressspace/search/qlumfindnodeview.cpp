@@ -494,10 +494,9 @@ QString QlumFindNodeView::crawlText(const QlumServerCrawl& crawl) const
                                                                        : tr("reading");
         return tr("%1, %2, %3").arg(seen, queue, doing);
     }
-    const QString when =
-        crawl.finishedAt().isValid()
-            ? tr("read at %1").arg(QLocale::system().toString(crawl.finishedAt(), QLocale::ShortFormat))
-            : tr("not all of them");
+    const QString when = crawl.finishedAt().isValid()
+                             ? tr("read at %1").arg(qlumShowMinute(crawl.finishedAt()))
+                             : tr("not all of them");
     return crawl.isOutdated()
                ? tr("%1, %2; the address space has changed since: press \"Read Again\"").arg(seen, when)
                : tr("%1, %2").arg(seen, when);

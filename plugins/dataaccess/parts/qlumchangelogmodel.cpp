@@ -15,7 +15,7 @@ namespace {
 QString loggedTime(OpcUa_DateTime time)
 {
     const QDateTime local = qlumDateTime(time);
-    return local.isValid() ? QLocale().toString(local, qlumDateTimeFormat()) : QString();
+    return local.isValid() ? qlumShowDateTime(local) : QString();
 }
 
 // The server says so in the value behind the gap, OPC 10000-4, 7.39.

@@ -18,7 +18,7 @@ namespace {
 QString differenceTime(const QlumSnapshotRow& row)
 {
     const QDateTime local = qlumDateTime(row.value.sourceTimestamp().value());
-    return local.isValid() ? QLocale().toString(local, qlumDateTimeFormat()) : QString();
+    return local.isValid() ? qlumShowDateTime(local) : QString();
 }
 
 QString differenceStatus(const QlumSnapshotRow& row)

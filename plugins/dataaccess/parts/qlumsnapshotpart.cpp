@@ -170,8 +170,7 @@ void QlumSnapshotPart::fillChoices(const QString& before)
     m_after->clear();
     m_after->addItem(tr("Now"), QString());
     for (const QlumSnapshot& snapshot : m_snapshots) {
-        QString text =
-            tr("%1, %2").arg(snapshot.name, QLocale().toString(snapshot.taken, QLocale::ShortFormat));
+        QString text = tr("%1, %2").arg(snapshot.name, qlumShowMinute(snapshot.taken));
         if (m_leftOut.contains(snapshot.name))
             text = tr("%1 (not in the project)").arg(text);
         m_before->addItem(text, snapshot.name);

@@ -142,8 +142,7 @@ TEST_F(AttributeModel, ValueWithItsTimes)
     UaDataValue value(UaVariant(2.5), OpcUa_UncertainInitialValue);
     value.setSourceTimestamp(UaDateTime::fromString("2026-11-21T10:15:30.123Z"), 7);
     show(OpcUa_NodeClass_Variable, {{13, value}});
-    const QString time = QLocale::system().toString(
-        QDateTime(QDate(2026, 11, 21), QTime(10, 15, 30, 123), Qt::UTC), qlumDateTimeFormat());
+    const QString time = qlumShowDateTime(QDateTime(QDate(2026, 11, 21), QTime(10, 15, 30, 123), Qt::UTC));
     EXPECT_TRUE(time.contains("15:30.123")) << time;
     EXPECT_EQ(modelText(model), "Value\n"
                                 "  Value | 2.5\n"

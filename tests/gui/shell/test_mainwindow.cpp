@@ -11,10 +11,12 @@
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
 #include <app/settings/qlumsettingsdialog.h>
+#include <app/settings/qlumsettingsform.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <plugins/addressspace/qlumaddressspacemodelinterface.h>
 #include <plugins/addressspace/qlumaddressspacepage.h>
 #include <tests/gui/shell/fakeserver.h>
+#include <tests/gui/shell/faketree.h>
 #include <tests/support/dialogdriver.h>
 #include <uabase/system/uatrace.h>
 #include <uabase/values/uanodeid.h>
@@ -59,29 +61,6 @@
 #include <utility>
 
 namespace {
-// Two nodes; remembers what was asked of it.
-class FakeTree : public QStringListModel, public QlumAddressSpaceModelInterface
-{
-public:
-    explicit FakeTree(QObject* parent)
-        : QStringListModel({QStringLiteral("Root"), QStringLiteral("Leaf")}, parent)
-    {
-    }
-    QAbstractItemModel* itemModel() override { return this; }
-    void rebrowseNodeIndex(const QModelIndex& index) override { rebrowsed = index.row(); }
-    void serverModelChanged(const UaNodeId&, unsigned char verb) override { verbs = verb; }
-    bool nodeInfo(const QModelIndex& index, UaNodeId& nodeId, OpcUa_NodeClass& nodeClass,
-                  UaNodeId&) const override
-    {
-        nodeId = UaNodeId(static_cast<OpcUa_UInt32>(84 + index.row()));
-        nodeClass = OpcUa_NodeClass_Object;
-        return index.isValid();
-    }
-    QModelIndex reveal(const UaNodeId& nodeId) override { return index(nodeId == UaNodeId(85) ? 1 : -1); }
-    int rebrowsed = -1;
-    unsigned char verbs = 0;
-};
-
 // All whose shortcut works while the widget has the focus.
 QSet<QAction*> actionsReaching(const QWidget* focus)
 {
@@ -386,8 +365,8 @@ TEST_F(MainWindow, NoShortcutIsAmbiguousWhereverTheFocusIs)
     action(QlumMainActions::ConnectServer)->trigger();
     addServer();
     action(QlumMainActions::ConnectServer)->trigger();
-    for (const QString& type : {QStringLiteral("Event View"), QStringLiteral("History Trend View")})
-        window->documents()->add(type, type);
+    for (const QlumDocumentType& type : window->documents()->types())
+        window->documents()->add(type.type, QStringLiteral("All ") + type.type);
     QStringList ambiguous;
     QStringList refreshing;
     for (QWidget* focus : window->findChildren<QWidget*>()) {
@@ -508,7 +487,7 @@ TEST_F(MainWindow, SettingsDialogStoresOnlyWhatWasChanged)
     QlumSettingsDialog dialog(&settings);
     auto* level = dialog.findChild<QComboBox*>(QStringLiteral("General.LogLevel"));
     ASSERT_NE(level, nullptr);
-    level->setCurrentText(QStringLiteral("ERROR"));
+    level->setCurrentText(QStringLiteral("ERROR")); // shown as it is stored
     dialog.accept();
     EXPECT_EQ(settings.value(QStringLiteral("General.LogLevel")).toString(), QStringLiteral("ERROR"));
     changed.removeAll(QStringLiteral("General.LogLevel"));
@@ -519,9 +498,8 @@ TEST_F(MainWindow, SettingsOfToolsHaveTheirPageBehindThoseOfTheApplication)
 {
     QStringList pages;
     const DialogDriver driver([&pages](QDialog& dialog) {
-        const auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("settingsPages"));
-        for (int i = 0; i < tabs->count(); ++i)
-            pages.append(tabs->widget(i)->objectName());
+        for (const QlumSettingsForm* page : dialog.findChildren<QlumSettingsForm*>())
+            pages.append(page->objectName());
         auto* age = dialog.findChild<QSpinBox*>(QStringLiteral("AttributePlugin.MaxAge"));
         EXPECT_EQ(age->accessibleName(), QStringLiteral("Oldest value shown"));
         EXPECT_TRUE(age->whatsThis().startsWith(QLatin1String("<b>Oldest value shown</b><br>")));
@@ -529,8 +507,8 @@ TEST_F(MainWindow, SettingsOfToolsHaveTheirPageBehindThoseOfTheApplication)
         dialog.accept();
     });
     action(QlumMainActions::Configure)->trigger();
-    EXPECT_EQ(pages.mid(0, 6),
-              (QStringList{"connections", "certificates", "addressSpace", "log", "trace", "updates"}));
+    EXPECT_EQ(pages.mid(0, 7), (QStringList{"appearance", "connections", "certificates", "addressSpace",
+                                            "log", "trace", "updates"}));
     EXPECT_EQ(pages.count("attributes") + pages.count("history"), 2);
     EXPECT_EQ(window->settingsValue(QStringLiteral("AttributePlugin.MaxAge")), QVariant(250.0));
     EXPECT_EQ(window->settingsValue(QStringLiteral("General.BrowseTimeout")), QVariant(10000u));

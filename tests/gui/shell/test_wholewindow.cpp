@@ -1,0 +1,314 @@
+#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumservernode.h>
+#include <app/mainwindow/qlumdocumentarea.h>
+#include <app/mainwindow/qlummainactions.h>
+#include <app/mainwindow/qlumprojectdrop.h>
+#include <app/mainwindow/qlumshortcutsdialog.h>
+#include <app/mainwindow/qlumtavelin.h>
+#include <app/mainwindow/qlumtavelinservices.h>
+#include <app/project/qlumprojectmodel.h>
+#include <app/settings/qlumsettingsdialog.h>
+#include <app/settings/qlumsettingsmodel.h>
+#include <app/support/qlumsupportdialog.h>
+#include <app/support/qlumsupportreport.h>
+#include <tests/gui/shell/fakeserver.h>
+#include <tests/gui/shell/faketree.h>
+#include <tests/support/dialogdriver.h>
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QAccessibleInterface>
+#include <QApplication>
+#include <QByteArray>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDialog>
+#include <QDir>
+#include <QDropEvent>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QList>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QObject>
+#include <QPlainTextEdit>
+#include <QPointF>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <kzip.h>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace {
+class WholeWindow : public ::testing::Test
+{
+protected:
+    WholeWindow()
+    {
+        QSettings().clear();
+        QlumTavelinServices services;
+        services.createServer = [](const QString& name, QSettings&) {
+            return std::make_unique<FakeServer>(name);
+        };
+        services.askForServer = [](QWidget*) { return std::make_unique<FakeServer>("Press"); };
+        services.createPageModel = [](QlumServerNode*, QComboBox*, QObject* parent) {
+            return new FakeTree(parent);
+        };
+        window = std::make_unique<QlumTavelin>(std::move(services));
+        window->show();
+    }
+    void openAll()
+    {
+        for (const QlumDocumentType& type : window->documents()->types())
+            window->documents()->add(type.type, window->documents()->freeName(type.type));
+    }
+
+    std::unique_ptr<QlumTavelin> window;
+};
+
+// Controls that a screen reader could only call by their kind.
+QStringList nameless(const QWidget& root)
+{
+    QStringList found;
+    for (QWidget* widget : root.findChildren<QWidget*>()) {
+        const bool isControl = qobject_cast<QAbstractButton*>(widget) || qobject_cast<QLineEdit*>(widget) ||
+                               qobject_cast<QComboBox*>(widget) || qobject_cast<QAbstractSpinBox*>(widget) ||
+                               qobject_cast<QAbstractItemView*>(widget) ||
+                               qobject_cast<QPlainTextEdit*>(widget);
+        // parts of another control, which has the name, and what Qt makes for itself
+        const QWidget* parent = widget->parentWidget();
+        const bool isPart =
+            qobject_cast<const QComboBox*>(parent) || qobject_cast<const QAbstractSpinBox*>(parent) ||
+            qobject_cast<const QLineEdit*>(parent) || parent->inherits("QTabBar") ||
+            parent->inherits("QComboBoxPrivateContainer") || parent->inherits("QAbstractItemView") ||
+            parent->inherits("QDockWidget") || parent->inherits("QMenuBar") ||
+            widget->inherits("QHeaderView") || widget->objectName().startsWith(QLatin1String("qt_"));
+        if (!isControl || isPart || !(widget->focusPolicy() & Qt::TabFocus))
+            continue;
+        QAccessibleInterface* told = QAccessible::queryAccessibleInterface(widget);
+        if (told && told->text(QAccessible::Name).trimmed().isEmpty())
+            found.append(QStringLiteral("%1 '%2' in %3")
+                             .arg(QLatin1String(widget->metaObject()->className()), widget->objectName(),
+                                  QLatin1String(parent->metaObject()->className())));
+    }
+    return found;
+}
+} // namespace
+
+TEST_F(WholeWindow, EveryControlHasANameForScreenReaders)
+{
+    openAll();
+    const QStringList found = nameless(*window);
+    EXPECT_TRUE(found.isEmpty()) << found.join(QLatin1Char('\n')).toStdString();
+    QlumSettingsModel settings;
+    const QStringList ofDialogs = nameless(QlumSettingsDialog(&settings)) +
+                                  nameless(QlumShortcutsDialog({})) +
+                                  nameless(QlumSupportDialog({{"log.txt", "Log", "text"}}));
+    EXPECT_TRUE(ofDialogs.isEmpty()) << ofDialogs.join(QLatin1Char('\n')).toStdString();
+}
+
+TEST_F(WholeWindow, MainJobIsDoneWithKeysAlone)
+{
+    QApplication::setActiveWindow(window.get());
+    const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QWidget* popup = QApplication::activePopupWidget();
+        QWidget* focus = QApplication::focusWidget();
+        QTest::keyClick(popup ? popup : focus ? focus : window.get(), key, modifiers);
+    };
+    const auto tabTo = [&press](const QString& name) {
+        constexpr int most = 200;
+        for (int i = 0; i < most; ++i) {
+            if (const QWidget* focus = QApplication::focusWidget(); focus && focus->objectName() == name)
+                return true;
+            press(Qt::Key_Tab);
+        }
+        return false;
+    };
+    ASSERT_TRUE(tabTo("startAddServer")) << "from the start page";
+    press(Qt::Key_Space);
+    ASSERT_EQ(window->projectModel()->servers().size(), 1);
+    press(Qt::Key_S, Qt::AltModifier);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr) << "the menu Server";
+    press(Qt::Key_C);
+    ASSERT_EQ(window->projectModel()->servers().first()->connectionStatus(), QlumConnectionStatus::Connected);
+    ASSERT_TRUE(tabTo("addressSpaceTree"));
+    press(Qt::Key_Down);
+    const int before = window->centralTabWidget()->count();
+    {
+        const DialogDriver driver([](QDialog& dialog) {
+            QTest::keyClicks(dialog.focusWidget(), "new history trend");
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+        });
+        press(Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
+    }
+    EXPECT_EQ(window->centralTabWidget()->count(), before + 1) << "a view, by the palette";
+    press(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_EQ(window->centralTabWidget()->count(), before);
+    const QTemporaryDir folder;
+    {
+        const DialogDriver driver([&folder](QDialog& dialog) {
+            QTest::keyClicks(dialog.focusWidget(), folder.filePath("plant.uap"));
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+        });
+        press(Qt::Key_S, Qt::ControlModifier);
+    }
+    EXPECT_TRUE(QFile::exists(folder.filePath("plant.uap")));
+}
+
+TEST_F(WholeWindow, FitsASmallScreenWithEveryDocumentInIt)
+{
+    openAll();
+    for (int tab = 0; tab < window->centralTabWidget()->count(); ++tab) {
+        window->centralTabWidget()->setCurrentIndex(tab);
+        const QSize least = window->minimumSizeHint();
+        const std::string name = window->centralTabWidget()->tabText(tab).toStdString();
+        EXPECT_LE(least.width(), 1024) << name;
+        EXPECT_LE(least.height(), 700) << name;
+    }
+}
+
+TEST_F(WholeWindow, ShortcutsAreListedWithTheirPlaces)
+{
+    openAll();
+    const QList<QlumShortcutRow> rows = qlumShortcutRows(window.get(), window->centralTabWidget());
+    const auto placeOf = [&rows](const QString& command) {
+        for (const QlumShortcutRow& row : rows)
+            if (row.command == command)
+                return row.keys + QLatin1Char('|') + row.place;
+        return QString();
+    };
+    EXPECT_EQ(placeOf("Command Palette..."), QStringLiteral("Ctrl+Shift+P|Everywhere"));
+    EXPECT_TRUE(placeOf("Rebrowse").endsWith("|Address Space")) << placeOf("Rebrowse").toStdString();
+}
+
+TEST_F(WholeWindow, DemoProjectIsReadWholeAndBringsItsViews)
+{
+    const QlumProjectReading reading = window->loadProject(TAVELIN_TEST_DATA "/../../tools/dev/demo.uap.in");
+    EXPECT_EQ(reading.error, QString());
+    EXPECT_EQ(reading.leftOut, QStringList());
+    EXPECT_EQ(reading.servers, 1);
+    EXPECT_EQ(reading.documents, 3);
+    const QTabWidget* tabs = window->centralTabWidget();
+    const auto rowsOf = [tabs](const QString& view) {
+        int most = 0;
+        for (int tab = 0; tab < tabs->count(); ++tab)
+            for (const auto* table : tabs->widget(tab)->findChildren<QAbstractItemView*>())
+                if (tabs->tabText(tab) == view && table->model())
+                    most = std::max(most, table->model()->rowCount());
+        return most;
+    };
+    EXPECT_EQ(rowsOf("Live values"), 8);
+    EXPECT_EQ(rowsOf("History"), 2);
+    EXPECT_EQ(rowsOf("Alarms"), 1);
+}
+
+TEST_F(WholeWindow, OneProjectThatIsDroppedIsOpenedAfterTheQuestion)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("plant.uap");
+    ASSERT_TRUE(window->saveProject(path));
+    const auto drop = [this](const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDropEvent event(QPointF(10, 10), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                         Qt::NoModifier);
+        event.ignore();
+        QCoreApplication::sendEvent(window.get(), &event);
+        return event.isAccepted();
+    };
+    EXPECT_FALSE(drop({QUrl::fromLocalFile(path), QUrl::fromLocalFile(path)})) << "one at a time";
+    EXPECT_FALSE(drop({QUrl::fromLocalFile(folder.filePath("picture.png"))}));
+    EXPECT_FALSE(drop({QUrl("http://example.org/plant.uap")}));
+    window->setModified();
+    {
+        const DialogDriver driver(DialogDriver::press(QMessageBox::Cancel));
+        EXPECT_TRUE(drop({QUrl::fromLocalFile(path)}));
+        ASSERT_TRUE(QTest::qWaitFor([&driver] { return !driver.seen().isEmpty(); }));
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(window->windowTitle().contains("NewProject"));
+    }
+    const DialogDriver driver(DialogDriver::press(QMessageBox::No));
+    EXPECT_TRUE(drop({QUrl::fromLocalFile(path)}));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return window->windowTitle().contains("plant"); }));
+}
+
+TEST_F(WholeWindow, ReportForSupportHoldsWhatHelpsAndNoSecret)
+{
+    const QTemporaryDir folder;
+    QSettings settings(folder.filePath("settings.ini"), QSettings::IniFormat);
+    settings.setValue("General.CallTimeout", 4711);
+    settings.setValue("Tool/Password", "s3cret-word");
+    settings.sync();
+    QFile trace(folder.filePath("trace.log"));
+    ASSERT_TRUE(trace.open(QIODevice::WriteOnly));
+    trace.write(QByteArray(2 * 1024 * 1024, 'x') + "\nlast line\n");
+    trace.close();
+    QlumReportSources sources;
+    sources.versions = "Version 1.4.2";
+    sources.settingsFile = settings.fileName();
+    sources.project = "[Servers]\n1\\Name=Press\n1\\UserName=paula\n1\\Password=s3cret-word\n";
+    sources.traceFile = trace.fileName();
+    QlumSupportDialog dialog(qlumReportParts(sources));
+    auto* list = dialog.findChild<QListWidget*>("reportParts");
+    ASSERT_EQ(list->count(), 4) << "no log, no diagnosis, no crash";
+    list->setCurrentRow(2);
+    const QString shown = dialog.findChild<QPlainTextEdit*>("reportText")->toPlainText();
+    EXPECT_TRUE(shown.contains("Press")) << "what is shown is what is written";
+    list->item(0)->setCheckState(Qt::Unchecked);
+    const QString file = folder.filePath("report.zip");
+    ASSERT_EQ(qlumWriteReport(file, dialog.chosen()), QString());
+    KZip zip(file);
+    ASSERT_TRUE(zip.open(QIODevice::ReadOnly));
+    const auto* root = dynamic_cast<const KArchiveDirectory*>(zip.directory()->entry("tavelin-report"));
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->entry("versions.txt"), nullptr) << "was not checked";
+    const auto content = [root](const QString& name) {
+        const KArchiveFile* found = root->file(name);
+        return found ? found->data() : QByteArray();
+    };
+    EXPECT_TRUE(content("settings.ini").contains("4711"));
+    EXPECT_EQ(QString::fromUtf8(content("project.uap")), shown);
+    for (const char* secret : {"s3cret", "paula"})
+        EXPECT_FALSE(content("settings.ini").contains(secret) || shown.contains(secret)) << secret;
+    const QString traceName = QStringLiteral("%1/trace.log").arg(QDir(folder.path()).dirName());
+    EXPECT_EQ(content(traceName), QByteArray("last line\n")) << "its end, from a line's beginning on";
+    EXPECT_NE(qlumWriteReport(folder.filePath("none/report.zip"), dialog.chosen()), QString());
+}
+
+TEST(TwoInstances, KeepEachOthersSettings)
+{
+    QSettings().clear();
+    QSettings().sync();
+    QlumSettingsModel mine;
+    const QString file = QSettings().fileName();
+    {
+        // as another process would
+        QSettings other(file, QSettings::IniFormat);
+        other.setValue("General.CallTimeout", 20000);
+        other.setValue("Tool/Columns", "wide");
+        other.sync();
+    }
+    mine.setValue("General.BrowseTimeout", 2000);
+    QSettings().sync();
+    QSettings read(file, QSettings::IniFormat);
+    EXPECT_EQ(read.value("General.CallTimeout").toInt(), 20000);
+    EXPECT_EQ(read.value("Tool/Columns").toString(), QStringLiteral("wide"));
+    EXPECT_EQ(read.value("General.BrowseTimeout").toInt(), 2000);
+    QSettings().clear();
+}
