@@ -1,6 +1,6 @@
 // The demo server's program:
 //   node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no]
-//     [--per-call N] [--name HOST]
+//     [--per-call N] [--republish yes|no] [--name HOST]
 
 import { mkdirSync } from "node:fs";
 import { dirname, join, resolve } from "node:path";
@@ -12,7 +12,7 @@ import { startServer } from "./lib/server.mjs";
 
 const usage =
   "usage: node main.mjs [--port N] [--host ADDRESS] [--info FILE] [--pki FOLDER] [--accept-all yes|no] " +
-  "[--per-call N] [--name HOST]";
+  "[--per-call N] [--republish yes|no] [--name HOST]";
 const here = dirname(fileURLToPath(import.meta.url));
 const stopLimit = 500;
 
@@ -26,12 +26,14 @@ function readArguments() {
       pki: option(join(here, "pki")),
       "accept-all": option("yes"),
       "per-call": { type: "string" },
+      republish: option("yes"),
       name: { type: "string" },
     },
   });
   const port = Number(values.port);
   if (!Number.isInteger(port) || port < 0 || port > 65535) throw new Error(`no port number: ${values.port}`);
   if (!["yes", "no"].includes(values["accept-all"])) throw new Error("--accept-all takes yes or no");
+  if (!["yes", "no"].includes(values.republish)) throw new Error("--republish takes yes or no");
   const perCall = values["per-call"] === undefined ? undefined : Number(values["per-call"]);
   if (perCall !== undefined && (!Number.isInteger(perCall) || perCall < 1))
     throw new Error("--per-call takes a number of items, at least 1");
@@ -42,6 +44,7 @@ function readArguments() {
     pki: resolve(values.pki),
     acceptAll: values["accept-all"] === "yes",
     perCall,
+    republish: values.republish === "yes",
     name: values.name,
   };
 }

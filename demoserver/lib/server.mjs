@@ -101,6 +101,11 @@ function serverOptions({ host, name = host, port, pki, acceptAll, perCall }) {
   };
 }
 
+/** From now on a notification message that did not arrive is gone, as with servers that keep none. */
+function keepNoMessages() {
+  ua.Subscription.prototype.getMessageForSequenceNumber = () => null;
+}
+
 function addAll(b) {
   addScalars(b);
   addArrays(b);
@@ -120,6 +125,7 @@ function addAll(b) {
 
 /** Starts the server; the promise is fulfilled when it listens. */
 export async function startServer(options) {
+  if (options.republish === false) keepNoMessages();
   const server = new ua.OPCUAServer(serverOptions(options));
   await server.initialize();
   const builder = new Builder(server, namespaces);

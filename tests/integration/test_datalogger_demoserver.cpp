@@ -7,18 +7,25 @@
 #include <plugins/datalogger/qlumrecordingwindow.h>
 #include <recording/recordreader.h>
 #include <tests/integration/clientondemoserver.h>
+#include <tests/support/dialogdriver.h>
+#include <tests/support/faultproxy.h>
+#include <tests/support/owndemoserver.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 
 #include <QAction>
 #include <QFile>
+#include <QMessageBox>
 #include <QString>
 #include <QTableView>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <limits>
+#include <string>
 #include <vector>
 
 namespace {
@@ -103,6 +110,112 @@ TEST_F(DataLoggerOnDemoServer, CountersAreRecordedWithoutAGapAndRefusalsAreTold)
     while (!csv.atEnd())
         rows += csv.readLine().contains(",UInt32,") ? 1 : 0;
     EXPECT_EQ(rows, static_cast<int>(records.size()));
+}
+
+// What a server says is lost on the way, and the connection breaks.
+class DataLoggerOnBadConnection : public DataLoggerOnDemoServer
+{
+protected:
+    static bool isNotification(const faultproxy::Frame& frame)
+    {
+        constexpr std::uint32_t publishResponse = 829;
+        constexpr std::size_t largestWithoutValue = 110; // bytes
+        return frame.typeId == publishResponse && frame.size > largestWithoutValue;
+    }
+    struct Recorded
+    {
+        std::vector<recording::Record> records;
+        std::vector<recording::Mark> marks;
+    };
+    static Recorded read(const QString& path)
+    {
+        Recorded found;
+        recording::RecordReader reader;
+        if (reader.open(path) && reader.read(1, 0, endOfTime, 1000, found.records))
+            static_cast<void>(reader.marks(0, endOfTime, 1000, found.marks)); // none would be seen
+        return found;
+    }
+    static const recording::Mark* find(const Recorded& found, recording::MarkKind kind)
+    {
+        for (const recording::Mark& mark : found.marks)
+            if (mark.kind == kind)
+                return &mark;
+        return nullptr;
+    }
+    // A recording in which a notification did not arrive, up to some values behind the mark that says so.
+    Recorded recordOverALoss(const char* options, recording::MarkKind awaited)
+    {
+        OwnDemoServer own;
+        EXPECT_TRUE(own.start("pki", options));
+        const std::string ownUrl = own.url();
+        const std::size_t port = ownUrl.rfind(':') + 1;
+        faultproxy::FaultProxy proxy(static_cast<std::uint16_t>(std::stoi(ownUrl.substr(port))));
+        {
+            const DialogDriver driver(DialogDriver::press(QMessageBox::Ok)); // the server names another port
+            openDemoProject("opc.tcp://127.0.0.1:" + std::to_string(proxy.port()) + "/Tavelin/Demo");
+        }
+        const QlumToolNode counter{
+            serverId, UaNodeId(UaString("Dynamic.Counter"), 2), OpcUa_NodeClass_Variable, {}, {}};
+        EXPECT_TRUE(QlumToolServices::instance()->openNodes("Data Logger View", {&counter, 1}));
+        auto* const view = window->findChild<QlumLoggerView*>();
+        QlumLoggerSetup setup;
+        setup.path = folder.filePath("lossy.sqlite");
+        setup.freeFloor = 0;
+        view->setSetup(setup);
+        view->command(QlumLoggerView::StartStop)->trigger();
+        const auto waitForRecords = [&](unsigned int count) {
+            return QTest::qWaitFor([&] { return view->model()->rowAt(0).figures.records >= count; }, limit);
+        };
+        EXPECT_TRUE(waitForRecords(2)) << logText();
+        proxy.silentFrom(isNotification);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return proxy.struck() > 0; }, limit));
+        proxy.heal();
+        proxy.reset();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return find(read(setup.path), awaited) != nullptr; }, limit))
+            << logText();
+        EXPECT_TRUE(waitForRecords(static_cast<unsigned int>(view->model()->rowAt(0).figures.records) + 2));
+        view->command(QlumLoggerView::StartStop)->trigger();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !view->session()->isStopping(); }, limit));
+        window.reset(); // before its server goes
+        return read(setup.path);
+    }
+    static std::vector<OpcUa_UInt32> steps(const Recorded& found)
+    {
+        std::vector<OpcUa_UInt32> steps;
+        for (std::size_t i = 1; i < found.records.size(); ++i)
+            steps.push_back(found.records[i].value.value().toUInt32() -
+                            found.records[i - 1].value.value().toUInt32());
+        return steps;
+    }
+};
+
+TEST_F(DataLoggerOnBadConnection, WhatDidNotArriveIsFetchedAndNoNumberOfTheCounterIsMissing)
+{
+    const Recorded found = recordOverALoss("", recording::MarkKind::Republished);
+    EXPECT_THAT(steps(found), testing::Each(1u));
+    EXPECT_NE(find(found, recording::MarkKind::ConnectionLost), nullptr);
+    const recording::Mark* const fetched = find(found, recording::MarkKind::Republished);
+    ASSERT_NE(fetched, nullptr);
+    EXPECT_TRUE(std::any_of(found.records.begin(), found.records.end(), [&](const auto& record) {
+        return record.sequenceNumber == fetched->first;
+    })) << "its values bear its number";
+}
+
+TEST_F(DataLoggerOnBadConnection, WhatTheServerHasKeptNoLongerIsToldAsMissing)
+{
+    const Recorded found = recordOverALoss("--republish no", recording::MarkKind::Missing);
+    const recording::Mark* const missing = find(found, recording::MarkKind::Missing);
+    ASSERT_NE(missing, nullptr);
+    EXPECT_EQ(missing->count, missing->last - missing->first + 1);
+    const std::vector<OpcUa_UInt32> all = steps(found);
+    ASSERT_EQ(std::count_if(
+                  all.begin(), all.end(), [](OpcUa_UInt32 step) { return step != 1; }),
+              1)
+        << "the counter shows one gap, and the mark stands for it";
+    const auto gap = static_cast<std::size_t>(
+        std::find_if(all.begin(), all.end(), [](OpcUa_UInt32 step) { return step != 1; }) - all.begin());
+    EXPECT_LT(found.records[gap].sequenceNumber, missing->first);
+    EXPECT_GT(found.records[gap + 1].sequenceNumber, missing->last);
 }
 
 } // namespace

@@ -27,6 +27,7 @@ Frame FrameReader::nextFrame(std::size_t at, std::size_t size)
     Frame frame;
     frame.type.assign(bytes, 3);
     frame.ordinal = ++m_seen[frame.type];
+    frame.size = size;
     if (size >= bodyOffset + 4 && bytes[bodyOffset] == fourByteNodeId && bytes[bodyOffset + 1] == 0)
         frame.typeId = number(bytes + bodyOffset + 2, 2);
     return frame;

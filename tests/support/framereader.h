@@ -14,6 +14,7 @@ struct Frame
 {
     std::string type;         ///< "ACK", "OPN", "MSG", ...
     std::size_t ordinal = 0;  ///< among those of its type on this connection, from 1
+    std::size_t size = 0;     ///< bytes, with its header
     std::uint32_t typeId = 0; ///< of what the body encodes; says nothing when that is encrypted
 };
 
