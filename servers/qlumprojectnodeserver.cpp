@@ -123,7 +123,7 @@ QlumProjectNodeServer::QlumProjectNodeServer(const QlumDiscoverySetting& setting
     connect(&m_roleTimer, &QTimer::timeout, this,
             [this] { setRole(m_roleAfterwards.value_or(QlumServerRole::Look)); });
     m_guarded->setName(displayName());
-    qlumWatchSession(*m_session, m_guarded);
+    m_sessionUser = qlumWatchSession(*m_session, m_guarded);
     m_tlsQuestion.setServerName(displayName());
     connect(&m_tlsQuestion, &QlumTlsTrustQuestion::newUntrustedSSLCertificate, this,
             &QlumProjectNodeServer::newUntrustedSSLCertificate);

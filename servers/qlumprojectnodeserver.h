@@ -39,6 +39,7 @@
 #include <optional>
 
 class QlumGuardedServer;
+class QlumSessionUser;
 class QlumNetworkWatch;
 
 /// The project node of one server: owns its session and type cache, connects it with what the user
@@ -72,6 +73,8 @@ public:
     void setRoleFor(QlumServerRole role, int milliseconds) override;
     /// What guards every session with this server has to look at.
     [[nodiscard]] const std::shared_ptr<QlumGuardedServer>& guarded() const { return m_guarded; }
+    /// As whom the session is logged in; empty for an anonymous one, and before there was one.
+    [[nodiscard]] QString sessionUser() const;
     /// startConnect(), and a nested event loop until it has ended.
     bool connectServer() override;
     /// While a lost connection is waited for it makes the next attempt to restore it at once, and answers
@@ -151,6 +154,7 @@ private:
     std::optional<QlumServerRole> m_roleAfterwards; ///< while another one holds for a time
     QTimer m_roleTimer;
     const std::shared_ptr<UaClientSdk::UaSession> m_session;
+    std::shared_ptr<const QlumSessionUser> m_sessionUser;
     const std::shared_ptr<QlumTypeCache> m_typeCache;
     std::unique_ptr<QlumServicesRegistration> m_services;
     std::unique_ptr<QlumServerMonitoring> m_monitoring;

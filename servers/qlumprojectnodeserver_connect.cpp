@@ -25,6 +25,11 @@
 
 using UaClientSdk::ServiceSettings;
 
+QString QlumProjectNodeServer::sessionUser() const
+{
+    return m_sessionUser->get();
+}
+
 bool QlumProjectNodeServer::connectServer()
 {
     QEventLoop loop;

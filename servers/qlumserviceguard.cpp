@@ -159,11 +159,15 @@ std::vector<QlumJournalEntry> QlumServiceGuard::entriesOf(const ServiceCall& cal
     return entries;
 }
 
-void qlumWatchSession(UaClientSdk::UaSession& session, const std::shared_ptr<QlumGuardedServer>& server)
+std::shared_ptr<const QlumSessionUser> qlumWatchSession(UaClientSdk::UaSession& session,
+                                                        const std::shared_ptr<QlumGuardedServer>& server)
 {
-    session.setServiceGuard(std::make_shared<QlumServiceGuard>(server));
+    auto guard = std::make_shared<QlumServiceGuard>(server);
+    const std::shared_ptr<const QlumSessionUser> user = guard->user();
+    session.setServiceGuard(std::move(guard));
     session.setServiceObserver(QlumServiceRecorder::ofApplication()->observerOf(
         server->serverId(), [server] { return server->name(); }));
+    return user;
 }
 
 void qlumWatchDiscovery(UaClientSdk::UaDiscovery& discovery, const QString& name, unsigned int serverId)

@@ -63,6 +63,9 @@ public:
                               std::shared_ptr<QlumJournal> journal = QlumJournal::ofApplication());
     ~QlumServiceGuard() override;
 
+    /// As whom the session is logged in, now and later.
+    [[nodiscard]] const std::shared_ptr<QlumSessionUser>& user() const { return m_user; }
+
     UaStatus mayCall(const UaClientSdk::ServiceCall& call) override;
     std::shared_ptr<UaClientSdk::ServiceObserver> witness(const UaClientSdk::ServiceCall& call) override;
 
@@ -75,8 +78,10 @@ private:
     const std::shared_ptr<UaClientSdk::ServiceObserver> m_subscriptionWitness;
 };
 
-/// Gives a session with the server its guard, and an observer for whoever wants to see its calls.
-void qlumWatchSession(UaClientSdk::UaSession& session, const std::shared_ptr<QlumGuardedServer>& server);
+/// Gives a session with the server its guard, and an observer for whoever wants to see its calls. Tells who
+/// the session's user is.
+std::shared_ptr<const QlumSessionUser> qlumWatchSession(UaClientSdk::UaSession& session,
+                                                        const std::shared_ptr<QlumGuardedServer>& server);
 /// Has the calls of a discovery client, too, seen by whoever wants to see them, as those of a server of the
 /// project or of one that is called so.
 void qlumWatchDiscovery(UaClientSdk::UaDiscovery& discovery, const QString& name,

@@ -146,4 +146,8 @@ void qlumTakeServers(QlumToolServices& services, QObject* owner, const QlumFindS
             QlumProjectNodeServer* node = nodeOf(serverId);
             return node && node->reconnectWith(mode, identity);
         });
+    services.takeSessionUser(owner, [nodeOf](unsigned int serverId) {
+        const QlumProjectNodeServer* const node = nodeOf(serverId);
+        return node ? node->sessionUser() : QString();
+    });
 }

@@ -63,6 +63,7 @@ void QlumToolServices::removeTakers(QObject* owner)
     m_values.remove(owner);
     m_sideSession.remove(owner);
     m_reconnectWith.remove(owner);
+    m_sessionUser.remove(owner);
     m_documents.remove(owner);
     emit takersChanged();
 }
@@ -218,4 +219,10 @@ bool QlumToolServices::reconnectWith(unsigned int serverId, OpcUa_MessageSecurit
 {
     qlumAssertGuiThread();
     return canReconnectWith() && m_reconnectWith.last()(serverId, mode, identity);
+}
+
+QString QlumToolServices::sessionUser(unsigned int serverId) const
+{
+    qlumAssertGuiThread();
+    return m_sessionUser.has() ? m_sessionUser.last()(serverId) : QString();
 }

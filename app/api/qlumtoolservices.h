@@ -151,6 +151,9 @@ public:
                      QObject* receiver, const QlumSideSessionDone& done);
     /// Connects the server of the project anew with another security mode and user.
     bool reconnectWith(unsigned int serverId, OpcUa_MessageSecurityMode mode, const QlumIdentity& identity);
+    /// As whom the project's session with the server is logged in; empty for an anonymous one, and when
+    /// nobody can tell.
+    [[nodiscard]] QString sessionUser(unsigned int serverId) const;
 
     /// Has the user choose a node of a server in a window above the parent, start being the one chosen so
     /// far. Null when he gave up, and without a taker. Runs a nested event loop.
@@ -195,6 +198,8 @@ public:
     /// False when it refuses.
     using ReconnectWith = std::function<bool(unsigned int serverId, OpcUa_MessageSecurityMode mode,
                                              const QlumIdentity& identity)>;
+    /// Empty for an anonymous one.
+    using SessionUser = std::function<QString(unsigned int serverId)>;
     /// A document of the type to show more in: the one in front, else another, else a new one; null when
     /// there is no such type.
     using Documents = std::function<QWidget*(const QString& documentType)>;
@@ -227,6 +232,8 @@ public:
     {
         take(m_reconnectWith, owner, std::move(taker));
     }
+    /// Registers a taker of sessionUser().
+    void takeSessionUser(QObject* owner, SessionUser taker) { take(m_sessionUser, owner, std::move(taker)); }
     /// Of the application, which owns the documents.
     void takeDocuments(QObject* owner, Documents taker) { take(m_documents, owner, std::move(taker)); }
 
@@ -274,6 +281,7 @@ private:
     Takers<QlumValueTaker> m_values;
     Takers<SideSession> m_sideSession;
     Takers<ReconnectWith> m_reconnectWith;
+    Takers<SessionUser> m_sessionUser;
     Takers<Documents> m_documents;
     QList<QObject*> m_owners;
 };

@@ -1,6 +1,7 @@
 // Push management on the ServerConfiguration object of the standard's node set, which the library leaves
 // without a function: trust list, rejected list, and the server's own certificate.
 
+import { spawnSync } from "node:child_process";
 import { X509Certificate, createPrivateKey, createPublicKey, generateKeyPairSync } from "node:crypto";
 import { readFileSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
@@ -32,6 +33,29 @@ function certificateOf(der) {
     return null;
   }
 }
+
+function keyOfPem(text) {
+  try {
+    createPrivateKey(text);
+    return text;
+  } catch {
+    return null;
+  }
+}
+
+/** The runtime opens such a file only for itself, and does not give the key. */
+function keyOfPfx(input) {
+  const { status, stdout } = spawnSync("openssl", ["pkcs12", "-nocerts", "-nodes", "-passin", "pass:"], {
+    input,
+  });
+  return status === 0 ? keyOfPem(stdout.toString("latin1")) : null;
+}
+
+/** How a private key is read that comes in one of the formats; null when it is none. */
+const keyReaders = {
+  PEM: (bytes) => keyOfPem(bytes.toString("latin1")),
+  PFX: keyOfPfx,
+};
 
 /** The server's own certificate and key: those in use, and those that wait for ApplyChanges. */
 class OwnCertificate {
@@ -257,13 +281,14 @@ class Push {
     if (!this.#isOwnGroup(groupId, typeId)) return refused(StatusCodes.BadInvalidArgument);
     const x509 = certificateOf(bytesOf(certificate));
     if (!x509) return refused(StatusCodes.BadCertificateInvalid);
-    if (format.value && format.value !== "PEM") return refused(StatusCodes.BadNotSupported);
+    if (format.value && !keyReaders[format.value]) return refused(StatusCodes.BadNotSupported);
     if (!x509.subjectAltName?.includes(`URI:${applicationUri}`))
       return refused(StatusCodes.BadCertificateUriInvalid);
     const chain = (issuers.value ?? []).map((der) => certificateOf(der));
     if (chain.includes(null)) return refused(StatusCodes.BadCertificateInvalid);
     const isLinked = [x509, ...chain].every((one, at) => !chain[at] || one.verify(chain[at].publicKey));
-    const sent = format.value ? bytesOf(key).toString("latin1") : null;
+    const sent = format.value ? keyReaders[format.value](bytesOf(key)) : null;
+    if (format.value && !sent) return refused(StatusCodes.BadSecurityChecksFailed);
     const ownKey = this.own.keyOf(x509, sent);
     if (!isLinked || !ownKey) return refused(StatusCodes.BadSecurityChecksFailed);
     this.own.pending = [[x509, ...chain].map((one) => one.toString()).join(""), ownKey];
@@ -343,6 +368,17 @@ export function addPush(b, root) {
   const list = groupNode.getChildByName("TrustList");
   bindAll(configuration, push);
   bindAll(list, push);
+  configuration.getChildByName("SupportedPrivateKeyFormats").bindVariable(
+    {
+      get: () =>
+        new Variant({
+          dataType: DataType.String,
+          arrayType: VariantArrayType.Array,
+          value: Object.keys(keyReaders),
+        }),
+    },
+    true,
+  );
   value(configuration, "MaxTrustListSize", DataType.UInt32, () => largestList);
   value(list, "Size", DataType.UInt64, () => [0, push.size()]);
   value(list, "OpenCount", DataType.UInt16, () => push.openCount);

@@ -20,7 +20,7 @@ QlumPushWorld pushWorld()
 }
 } // namespace
 
-QlumGDSPlugin::QlumGDSPlugin() : m_selected(qlumNoServer)
+QlumGDSPlugin::QlumGDSPlugin()
 {
     setObjectName(QStringLiteral("QlumGDSPlugin"));
 }
@@ -35,8 +35,7 @@ void QlumGDSPlugin::init(QlumApplicationInterface* app)
 
 void QlumGDSPlugin::shutdown()
 {
-    for (QlumPushView* const document : documents())
-        delete document; // whoever has kept one: what it calls ends here
+    m_documents.destroy();
     m_pools.reset();
     m_app = nullptr;
 }
@@ -58,10 +57,7 @@ QWidget* QlumGDSPlugin::createDocument(const QString& type)
     if (type != gdsPushView || !m_app)
         return nullptr;
     auto* document = new QlumPushView(*m_app, m_pools, qlumApplicationServices(), pushWorld());
-    for (auto state = m_states.cbegin(); state != m_states.cend(); ++state)
-        document->sessionStatusChanged(state.key(), state.value());
-    document->serverSelectionChanged(m_selected);
-    m_documents.append(document);
+    m_documents.add(document);
     return document;
 }
 
@@ -73,38 +69,21 @@ QString QlumGDSPlugin::description(const QString& type)
                : QString();
 }
 
-QList<QlumPushView*> QlumGDSPlugin::documents()
-{
-    m_documents.removeAll(QPointer<QlumPushView>());
-    QList<QlumPushView*> open;
-    for (const QPointer<QlumPushView>& document : qAsConst(m_documents))
-        open.append(document);
-    return open;
-}
-
 // ---- servers
 
 void QlumGDSPlugin::serverSelectionChanged(unsigned int serverId)
 {
-    m_selected = serverId;
-    for (QlumPushView* const document : documents())
-        document->serverSelectionChanged(serverId);
+    m_documents.serverSelectionChanged(serverId);
 }
 
 void QlumGDSPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                                          const NamespaceMap&)
 {
-    m_states.insert(serverId, status);
-    for (QlumPushView* const document : documents())
-        document->sessionStatusChanged(serverId, status);
+    m_documents.sessionStatusChanged(serverId, status);
 }
 
 void QlumGDSPlugin::sessionRemoved(unsigned int serverId)
 {
-    m_states.remove(serverId);
-    if (m_selected == serverId)
-        m_selected = qlumNoServer;
-    for (QlumPushView* const document : documents())
-        document->sessionRemoved(serverId);
+    m_documents.sessionRemoved(serverId);
     m_pools->endServer(serverId);
 }

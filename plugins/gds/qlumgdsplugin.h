@@ -4,14 +4,12 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlumplugininterface.h>
+#include <app/api/qlumserverdocuments.h>
 #include <app/api/qlumserverpools.h>
 #include <app/api/qlumsessionservices.h>
 #include <plugins/gds/qlumpushview.h>
 
-#include <QHash>
-#include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -47,11 +45,7 @@ public:
     void sessionRemoved(unsigned int serverId) override;
 
 private:
-    [[nodiscard]] QList<QlumPushView*> documents();
-
     QlumApplicationInterface* m_app = nullptr;
     std::shared_ptr<QlumServerPools> m_pools;
-    QList<QPointer<QlumPushView>> m_documents;          ///< owned by the main window
-    QHash<unsigned int, QlumConnectionStatus> m_states; ///< those that were told
-    unsigned int m_selected;                            ///< in the project
+    QlumServerDocuments<QlumPushView> m_documents; ///< owned by the main window
 };

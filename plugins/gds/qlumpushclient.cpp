@@ -202,8 +202,13 @@ UaStatus QlumPushClient::updateCertificate(const QlumPushServer& server, const Q
 
 UaStatus QlumPushClient::applyChanges(const QlumPushServer& server)
 {
-    const Call made = serverCall(server, "ApplyChanges", QString());
-    const UaStatus status = call(made);
+    return callLast(serverCall(server, "ApplyChanges", QString()));
+}
+
+// The server may take it for a reason to close its connections.
+UaStatus QlumPushClient::callLast(Call made)
+{
+    const UaStatus status = call(std::move(made));
     if (!isBrokenConnection(status))
         return status;
     m_steps.back().words =
@@ -218,7 +223,7 @@ UaStatus QlumPushClient::cancelChanges(const QlumPushServer& server)
 
 UaStatus QlumPushClient::resetToServerDefaults(const QlumPushServer& server)
 {
-    return call(serverCall(server, "ResetToServerDefaults", QString()));
+    return callLast(serverCall(server, "ResetToServerDefaults", QString()));
 }
 
 UaStatus QlumPushClient::rejectedList(const QlumPushServer& server, std::vector<UaByteString>& certificates)

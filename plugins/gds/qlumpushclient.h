@@ -64,6 +64,7 @@ public:
     /// Good also when the connection breaks instead of an answer, which is how servers apply.
     UaStatus applyChanges(const QlumPushServer& server);
     UaStatus cancelChanges(const QlumPushServer& server);
+    /// As applyChanges().
     UaStatus resetToServerDefaults(const QlumPushServer& server);
 
     /// What was called so far, in its order; afterwards it is empty.
@@ -94,6 +95,7 @@ private:
 
     [[nodiscard]] UaStatus call(Call call, UaVariantArray& outputs);
     [[nodiscard]] UaStatus call(Call call);
+    [[nodiscard]] UaStatus callLast(Call made);
     void addStep(const Call& call, const UaStatus& status);
     [[nodiscard]] QlumSessionServices::Settings settings(const char* purpose, const QString& words) const;
     [[nodiscard]] Call serverCall(const QlumPushServer& server, const char* method,

@@ -68,14 +68,20 @@ UaPkiCSR requestFor(const QlumPushOrder& order, const UaPkiCertificate& current,
     return UaPkiCertificate::createCSR(current.info(), subject, pair);
 }
 
-// Other formats would need a password that travels with the key.
-std::shared_ptr<const UaClientSdk::SecretBytes> keyAs(const QString& format, const UaPkiRsaKeyPair& pair)
+bool isKeyFormat(const QString& format)
 {
+    return format == QLatin1String("PEM") || format == QLatin1String("PFX") || format == QLatin1String("DER");
+}
+
+// No password travels with a key: what protects it is the connection.
+std::shared_ptr<const UaClientSdk::SecretBytes> keyAs(const QString& format, const UaPkiRsaKeyPair& pair,
+                                                      const UaPkiCertificate& certificate)
+{
+    if (format == QLatin1String("PFX"))
+        return std::make_shared<const UaClientSdk::SecretBytes>(pair.toPFX(certificate));
     if (format == QLatin1String("PEM"))
         return std::make_shared<const UaClientSdk::SecretBytes>(pair.toPEM());
-    if (format == QLatin1String("DER"))
-        return std::make_shared<const UaClientSdk::SecretBytes>(pair.privateKey().toDER());
-    return nullptr;
+    return std::make_shared<const UaClientSdk::SecretBytes>(pair.toDER());
 }
 } // namespace
 
@@ -97,15 +103,15 @@ QlumPushSigned qlumSignForServer(QlumPushClient& client, const QlumPushServer& s
         return result;
     }
     QlumCertificateUpdate update{order.wish.group, order.wish.type, {}, {}, {}, nullptr};
+    const bool isOwnKey = order.key == QlumPushOrder::OurNewKey;
+    if (isOwnKey && !isKeyFormat(order.keyFormat)) {
+        result.fault = signingText("Keys cannot be made in the format %1 here.").arg(order.keyFormat);
+        return result;
+    }
     UaPkiCSR request;
-    if (order.key == QlumPushOrder::OurNewKey) {
-        const UaPkiRsaKeyPair pair(ownKeyBits, isCancelled);
-        update.keyFormat = order.keyFormat;
-        update.key = keyAs(order.keyFormat, pair);
-        if (!update.key) {
-            result.fault = signingText("Keys cannot be made in the format %1 here.").arg(order.keyFormat);
-            return result;
-        }
+    UaPkiRsaKeyPair pair;
+    if (isOwnKey) {
+        pair = UaPkiRsaKeyPair(ownKeyBits, isCancelled);
         request = requestFor(order, current, pair);
     } else {
         UaByteString der;
@@ -120,6 +126,10 @@ QlumPushSigned qlumSignForServer(QlumPushClient& client, const QlumPushServer& s
     if (certificate.isNull()) {
         result.fault = signingText("The request could not be signed: %1").arg(errorsOf(certificate));
         return result;
+    }
+    if (isOwnKey) {
+        update.keyFormat = order.keyFormat;
+        update.key = keyAs(order.keyFormat, pair, certificate);
     }
     update.certificate = certificate.toByteStringDER();
     update.issuers = {authority.certificate().toByteStringDER()};

@@ -1,7 +1,6 @@
 // What the view consists of, and which server it shows.
 #include <plugins/gds/qlumpushview.h>
 
-#include <app/api/qlumdocumentservers.h>
 #include <app/api/qlumtoolservices.h>
 #include <plugins/gds/qlumpushcertificatepage.h>
 #include <plugins/gds/qlumpushlistpage.h>
@@ -18,7 +17,6 @@
 #include <QHBoxLayout>
 #include <QKeySequence>
 #include <QLabel>
-#include <QList>
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QToolButton>
@@ -52,9 +50,9 @@ constexpr QlumActionRow pushActionRows[] = {
 
 QlumPushView::QlumPushView(QlumApplicationInterface& application, std::shared_ptr<QlumServerPools> pools,
                            QlumSessionServicesProvider services, QlumPushWorld world, QWidget* parent)
-    : QWidget(parent), m_application(application), m_pools(std::move(pools)), m_services(std::move(services)),
-      m_world(std::move(world)), m_state(new QlumViewState(QStringLiteral("GdsPushView"), this)),
-      m_heading(new QlumViewHeading(this)), m_messages(new QlumMessageBar(this))
+    : QWidget(parent), m_pools(std::move(pools)), m_services(std::move(services)), m_world(std::move(world)),
+      m_state(new QlumViewState(QStringLiteral("GdsPushView"), this)), m_heading(new QlumViewHeading(this)),
+      m_messages(new QlumMessageBar(this)), m_followed(application)
 {
     setObjectName(QStringLiteral("gdsPushView"));
     setAccessibleName(tr("GDS View (Push Model)"));
@@ -138,10 +136,11 @@ QWidget* QlumPushView::makeBar()
 
 QWidget* QlumPushView::makeRejectedPage()
 {
-    m_rejected = new QlumPushListTable({QStringLiteral("pushRejected"), tr("Rejected certificates"),
-                                        tr("The server tells of no certificate that it has turned away."),
-                                        QlumPushListTable::Rejected, false},
-                                       *m_state);
+    m_rejected = new QlumPushListTable(
+        {QStringLiteral("pushRejected"), tr("Rejected certificates"),
+         tr("Nothing here: the server was not asked, or has turned away no certificate."),
+         QlumPushListTable::Rejected, false},
+        *m_state);
     auto* page = new QWidget;
     auto* buttons = new QHBoxLayout;
     for (QAction* const action : m_actions.list({PushRejected, PushTrust}))
@@ -190,31 +189,21 @@ void QlumPushView::connectParts()
 
 void QlumPushView::serverSelectionChanged(unsigned int serverId)
 {
-    const QList<unsigned int> all = m_application.projectServerIds();
-    setServer(serverId == qlumNoServer && all.size() == 1 ? all.front() : serverId);
+    setServer(m_followed.meant(serverId));
 }
 
 void QlumPushView::setServer(unsigned int serverId)
 {
-    if (serverId == m_serverId)
+    if (serverId == m_followed.id())
         return updateState();
     giveUp();
-    m_serverId = serverId;
+    m_followed.follow(*this, serverId);
     m_returnTimer.stop();
     m_expected.clear();
     clearAll();
-    qlumSetDocumentServers(this,
-                           serverId == qlumNoServer ? QList<unsigned int>() : QList<unsigned int>{serverId});
     updateState();
-    if (isUp())
+    if (m_followed.isUp())
         begin();
-}
-
-bool QlumPushView::isUp() const
-{
-    const QlumConnectionStatus status = m_status.value(m_serverId, QlumConnectionStatus::Disconnected);
-    return m_serverId != qlumNoServer &&
-           (status == QlumConnectionStatus::Connected || status == QlumConnectionStatus::NewSessionCreated);
 }
 
 void QlumPushView::clearAll()
@@ -235,61 +224,56 @@ void QlumPushView::clearAll()
 void QlumPushView::begin()
 {
     giveUp();
-    // changes that were not applied belong to the session, and are gone with it
-    m_pending.clear();
-    m_sent.clear();
-    m_certificatePage->setPending(false, QString());
+    dropPending(); // changes that were not applied belong to the session, and are gone with it
     sltRefresh();
 }
 
 void QlumPushView::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status)
 {
-    const bool wasUp = serverId == m_serverId && isUp();
-    m_status.insert(serverId, status);
-    if (serverId != m_serverId)
+    const bool isNew = m_followed.setStatus(serverId, status);
+    if (serverId != m_followed.id())
         return;
     // what a broken connection interrupts ends by itself, and may be what was meant to break it
     if (status == QlumConnectionStatus::Disconnected || status == QlumConnectionStatus::ConnectFailed)
         giveUp();
     updateState();
-    if (isUp() && (!wasUp || status == QlumConnectionStatus::NewSessionCreated))
+    if (isNew)
         begin();
 }
 
 void QlumPushView::sessionRemoved(unsigned int serverId)
 {
-    m_status.remove(serverId);
-    if (serverId != m_serverId)
+    m_followed.forget(serverId);
+    if (serverId != m_followed.id())
         return;
     giveUp();
-    m_serverId = qlumNoServer;
+    m_followed.follow(*this, qlumNoServer);
     m_returnTimer.stop();
     clearAll();
-    qlumSetDocumentServers(this, {});
     updateState();
 }
 
 void QlumPushView::updateState()
 {
-    const bool hasServer = m_serverId != qlumNoServer;
-    const QString name = hasServer ? m_application.serverName(m_serverId) : QString();
+    const bool hasServer = m_followed.isAny();
+    const QString name = m_followed.name();
     if (hasServer) {
         m_heading->setServer(name);
-        m_heading->setStatus(m_status.value(m_serverId, QlumConnectionStatus::Disconnected));
+        m_heading->setStatus(m_followed.status());
     } else {
         m_heading->clear();
     }
-    const bool isThere = isUp() && !m_server.object.isNull();
+    const bool isThere = m_followed.isUp() && !m_server.object.isNull();
     const bool isReady = isThere && !isBusy();
     QString note;
     if (!hasServer)
         note = tr("Select a server in the project to configure its certificates.");
-    else if (!m_expected.isEmpty() && !isUp())
+    else if (m_returnTimer.isActive() && !m_followed.isUp())
         note =
             tr("%1 applies the changes; the connection that breaks now comes back. When it presents its new "
                "certificate you are asked whether to trust it.")
                 .arg(name);
-    else if (!isUp())
+    else if (!m_followed.isUp())
         note = tr("There is no connection to %1. Connect it to configure its certificates.").arg(name);
     else if (!isThere && !isBusy())
         note = tr("%1 has no object ServerConfiguration: its certificates cannot be configured from here.")
@@ -297,7 +281,7 @@ void QlumPushView::updateState()
     m_note->setText(note);
     m_note->setVisible(!note.isEmpty());
     QlumToolServices* const tools = QlumToolServices::instance();
-    m_actions[PushRefresh]->setEnabled(isUp() && !isBusy());
+    m_actions[PushRefresh]->setEnabled(m_followed.isUp() && !isBusy());
     m_actions[PushConnect]->setEnabled(hasServer && tools && tools->canReconnectWith());
     m_actions[PushRejected]->setEnabled(isReady && m_server.has("GetRejectedList"));
     m_actions[PushTrust]->setEnabled(isReady && !m_rejected->current().isEmpty() &&

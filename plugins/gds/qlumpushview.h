@@ -3,6 +3,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdocumentwidgetinterface.h>
+#include <app/api/qlumfollowedserver.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumsecret.h>
@@ -18,7 +19,6 @@
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastatus.h>
 
-#include <QHash>
 #include <QMap>
 #include <QSettings>
 #include <QString>
@@ -42,6 +42,9 @@ class QlumPushServerPage;
 class QlumViewHeading;
 class QlumViewState;
 
+/// The certificate that the server has presented to its session; null when it has none.
+[[nodiscard]] UaPkiCertificate qlumPresentedBy(const QlumSessionServices& services);
+
 /// What the view needs of the program around it, apart from services; tests have their own.
 struct QlumPushWorld
 {
@@ -51,6 +54,10 @@ struct QlumPushWorld
     std::function<QString()> authorityFolder;
     /// Whether the plan is to be carried out; asks the user.
     std::function<bool(QWidget* parent, const QlumPushPlan& plan)> agree;
+    /// What the server has presented to that session.
+    std::function<UaPkiCertificate(const QlumSessionServices& services)> presented = &qlumPresentedBy;
+    /// For how long a server may stay away that applies its changes, ms.
+    int returnTime = 60'000;
 };
 
 /// A document that puts certificates and trust lists onto the server that is selected in the project.
@@ -105,7 +112,6 @@ private:
 
     // ---- which server
     void setServer(unsigned int serverId);
-    [[nodiscard]] bool isUp() const;
     void begin();
     void clearAll();
     void updateState();
@@ -117,6 +123,7 @@ private:
     void takeSteps(const std::vector<QlumPushStep>& steps);
     void takeServer(const QlumPushServer& server, const UaPkiCertificate& current);
     void takeList(const QlumTrustList& list, const UaDateTime& time, const UaStatus& status);
+    [[nodiscard]] QString userText() const;
     void tell(const QString& what, const QString& why);
     void tellFault(const QString& what, const QString& method, const UaStatus& status);
     [[nodiscard]] bool mayConfigure() const;
@@ -127,6 +134,7 @@ private:
     void change(const UaByteString& der, bool isTrusted, bool isAdded);
     void sendList(const QlumPushGroup& group);
     void setPending(const QString& what);
+    void dropPending();
 
     // ---- a new certificate
     void makeCertificate();
@@ -140,7 +148,6 @@ private:
     bool checkReturned();
     void missServer();
 
-    QlumApplicationInterface& m_application;
     const std::shared_ptr<QlumServerPools> m_pools;
     const QlumSessionServicesProvider m_services;
     const QlumPushWorld m_world;
@@ -155,8 +162,7 @@ private:
     QlumPushListTable* m_rejected = nullptr;
     QlumPushCertificatePage* m_certificatePage = nullptr;
     QlumPushRecordPage* m_record = nullptr;
-    QHash<unsigned int, QlumConnectionStatus> m_status;
-    unsigned int m_serverId = qlumNoServer;
+    QlumFollowedServer m_followed;
     QlumPushServer m_server;
     UaPkiCertificate m_current;       ///< that the server uses now
     UaByteString m_sent;              ///< certificate that was sent and waits to be applied

@@ -20,7 +20,6 @@
 #include <QPointer>
 
 namespace {
-constexpr int returnMilliseconds = 60'000;
 const QString pushApplyTopic = QStringLiteral("apply");
 
 // Null when the file cannot be written.
@@ -72,7 +71,7 @@ void QlumPushView::makeCertificate()
 {
     const QlumPushOrder order = m_certificatePage->order();
     const bool isOwnKey = order.key == QlumPushOrder::OurNewKey;
-    QlumPushPlan plan{tr("A new certificate for %1").arg(m_application.serverName(m_serverId)), {}, {}, {}};
+    QlumPushPlan plan{tr("A new certificate for %1").arg(m_followed.name()), {}, {}, {}};
     if (isOwnKey)
         plan.steps = QStringList{
             tr("Make a key here"), tr("Sign it with the authority of this computer"),
@@ -88,8 +87,8 @@ void QlumPushView::makeCertificate()
     if (!agree(plan))
         return;
     QlumPushAuthorityDialog dialog(false, this);
-    const unsigned int id = m_serverId;
-    if (dialog.exec() != QDialog::Accepted || !stillThere || id != m_serverId)
+    const unsigned int id = m_followed.id();
+    if (dialog.exec() != QDialog::Accepted || !stillThere || id != m_followed.id())
         return;
     start(tr("Making a certificate for a server"),
           [this, order, server = m_server, current = m_current, folder = m_world.authorityFolder(),
@@ -107,7 +106,7 @@ void QlumPushView::saveRequest()
     const QString path = QFileDialog::getSaveFileName(this, tr("Save Request"),
                                                       QDir::home().filePath(QStringLiteral("server.csr")),
                                                       tr("Certificate requests (*.csr);;All files (*)"));
-    const QlumPushPlan plan{tr("A request for a certificate of %1").arg(m_application.serverName(m_serverId)),
+    const QlumPushPlan plan{tr("A request for a certificate of %1").arg(m_followed.name()),
                             {tr("CreateSigningRequest"), tr("Write it to %1").arg(path)},
                             {},
                             {}};
@@ -133,7 +132,7 @@ void QlumPushView::importAnswer()
     const QPointer<QlumPushView> stillThere = this;
     const QString path = QFileDialog::getOpenFileName(
         this, tr("Import Answer"), QString(), tr("Certificates (*.der *.pem *.crt *.cer);;All files (*)"));
-    const QlumPushPlan plan{tr("A new certificate for %1").arg(m_application.serverName(m_serverId)),
+    const QlumPushPlan plan{tr("A new certificate for %1").arg(m_followed.name()),
                             {tr("UpdateCertificate with what %1 holds").arg(path)},
                             {tr("It counts only when the changes are applied.")},
                             {}};
@@ -151,6 +150,8 @@ void QlumPushView::takeSigned(const QlumPushSigned& signedOne)
     if (!signedOne.fault.isEmpty())
         return tell(tr("The server did not get a new certificate."), signedOne.fault);
     m_messages->dismiss(QStringLiteral("pushCall"));
+    m_returnTimer.stop(); // whatever came of an earlier one
+    m_expected.clear();
     m_sent = signedOne.certificate;
     const QString name = tr("certificate %1").arg(toQString(UaPkiCertificate::fromDER(m_sent).commonName()));
     if (signedOne.isApplyRequired)
@@ -179,9 +180,18 @@ void QlumPushView::setPending(const QString& what)
          }});
 }
 
+// Without a word: either it was applied, or it is gone.
+void QlumPushView::dropPending()
+{
+    m_pending.clear();
+    m_sent.clear();
+    m_certificatePage->setPending(false, QString());
+    m_messages->dismiss(pushApplyTopic);
+}
+
 void QlumPushView::applyChanges()
 {
-    QlumPushPlan plan{tr("Apply the changes on %1").arg(m_application.serverName(m_serverId)),
+    QlumPushPlan plan{tr("Apply the changes on %1").arg(m_followed.name()),
                       {tr("ApplyChanges: %1").arg(m_pending.join(QStringLiteral(", ")))},
                       {},
                       {}};
@@ -202,6 +212,9 @@ void QlumPushView::applyChanges()
               return [this, status] {
                   if (status.isNotBad())
                       return awaitServer();
+                  if (status == OpcUa_BadTimeout) // it may still come back with the new certificate
+                      return tellFault(tr("It is not known whether the changes were applied."),
+                                       QStringLiteral("ApplyChanges"), status);
                   m_expected.clear();
                   tellFault(tr("The changes were not applied."), QStringLiteral("ApplyChanges"), status);
               };
@@ -210,17 +223,11 @@ void QlumPushView::applyChanges()
 
 void QlumPushView::awaitServer()
 {
-    m_messages->dismiss(pushApplyTopic);
-    m_pending.clear();
-    m_certificatePage->setPending(false, QString());
-    if (!m_sent.isEmpty()) {
-        m_expected = m_sent;
-        m_sent.clear();
-        m_returnTimer.start(returnMilliseconds);
-        updateState();
-    } else {
-        readList();
-    }
+    dropPending();
+    if (m_expected.isEmpty())
+        return readList();
+    m_returnTimer.start(m_world.returnTime);
+    updateState();
 }
 
 // After each reading of the server: whether it has come back as it should.
@@ -230,13 +237,13 @@ bool QlumPushView::checkReturned()
         return false;
     if (m_current.toByteStringDER() != m_expected) {
         if (!m_returnTimer.isActive())
-            m_returnTimer.start(returnMilliseconds);
+            m_returnTimer.start(m_world.returnTime);
         return false;
     }
     m_returnTimer.stop();
     m_expected.clear();
-    const QString well =
-        tr("All is well: %1 is back with its new certificate.").arg(m_application.serverName(m_serverId));
+    dropPending(); // applied even where the server did not say so
+    const QString well = tr("All is well: %1 is back with its new certificate.").arg(m_followed.name());
     m_record->addLine(well);
     QlumMessage message{QlumMessage::Note, pushApplyTopic, well, qlumThumbprint(m_current), {}, nullptr};
     if (!m_server.missing.isEmpty())
@@ -247,9 +254,13 @@ bool QlumPushView::checkReturned()
 
 void QlumPushView::missServer()
 {
-    const QString name = m_application.serverName(m_serverId);
-    const bool isBack = isUp();
-    m_expected.clear();
+    const QString name = m_followed.name();
+    const bool isBack = m_followed.isUp();
+    // while the user is asked about the certificate or a password, the time is his
+    if (m_followed.status() == QlumConnectionStatus::Connecting)
+        return m_returnTimer.start(m_world.returnTime);
+    if (isBack)
+        m_expected.clear();
     const QString what = isBack ? tr("%1 still has its old certificate.").arg(name)
                                 : tr("%1 has not come back since the changes were applied.").arg(name);
     m_record->addLine(what);
@@ -268,7 +279,7 @@ void QlumPushView::missServer()
 
 void QlumPushView::cancelChanges()
 {
-    if (!agree({tr("Discard the changes on %1").arg(m_application.serverName(m_serverId)),
+    if (!agree({tr("Discard the changes on %1").arg(m_followed.name()),
                 {tr("CancelChanges: %1").arg(m_pending.join(QStringLiteral(", ")))},
                 {},
                 {}}))
@@ -280,10 +291,7 @@ void QlumPushView::cancelChanges()
                   if (status.isBad())
                       return tellFault(tr("The changes were not discarded."), QStringLiteral("CancelChanges"),
                                        status);
-                  m_pending.clear();
-                  m_sent.clear();
-                  m_certificatePage->setPending(false, QString());
-                  m_messages->dismiss(pushApplyTopic);
+                  dropPending();
                   readList();
               };
           });
@@ -291,19 +299,27 @@ void QlumPushView::cancelChanges()
 
 void QlumPushView::resetServer()
 {
-    if (!agree({tr("Reset %1 to its defaults").arg(m_application.serverName(m_serverId)),
+    if (!agree({tr("Reset %1 to its defaults").arg(m_followed.name()),
                 {QStringLiteral("ResetToServerDefaults")},
                 {},
                 tr("Certificates and trust lists of the server are lost; afterwards it may trust nobody.")}))
         return;
-    start(tr("Resetting a server's configuration"),
-          [this, server = m_server](QlumPushClient& client, QlumJob&) {
-              const UaStatus status = client.resetToServerDefaults(server);
-              return [this, status] {
-                  if (status.isBad())
-                      return tellFault(tr("The server was not reset."),
-                                       QStringLiteral("ResetToServerDefaults"), status);
-                  readList();
-              };
-          });
+    start(tr("Resetting a server's configuration"), [this, server = m_server](QlumPushClient& client,
+                                                                              QlumJob&) {
+        const UaStatus status = client.resetToServerDefaults(server);
+        return [this, status] {
+            if (status.isBad())
+                return tellFault(tr("The server was not reset."), QStringLiteral("ResetToServerDefaults"),
+                                 status);
+            dropPending();
+            m_messages->tell({QlumMessage::Note,
+                              pushApplyTopic,
+                              tr("%1 was reset to its defaults.").arg(m_followed.name()),
+                              tr("It may close its connections and come back with the certificate that it "
+                                 "had at first."),
+                              {},
+                              nullptr});
+            readList();
+        };
+    });
 }

@@ -27,12 +27,6 @@ namespace {
 const QString pushRightsTopic = QStringLiteral("rights");
 const QString pushCallTopic = QStringLiteral("pushCall");
 
-UaPkiCertificate presentedBy(const QlumSessionServices& services)
-{
-    const auto session = services.session();
-    return session ? UaPkiCertificate::fromDER(session->serverCertificate()) : UaPkiCertificate();
-}
-
 // Who sits at this computer.
 QString qlumPushUser()
 {
@@ -46,17 +40,23 @@ QString titleOf(const UaByteString& der)
 }
 } // namespace
 
+UaPkiCertificate qlumPresentedBy(const QlumSessionServices& services)
+{
+    const auto session = services.session();
+    return session ? UaPkiCertificate::fromDER(session->serverCertificate()) : UaPkiCertificate();
+}
+
 // ---- jobs
 
 bool QlumPushView::start(const QString& text, const Work& work)
 {
-    if (!isUp() || isBusy())
+    if (!m_followed.isUp() || isBusy())
         return false;
     m_heading->setActivity(tr("working..."));
-    m_ticket = m_pools->of(m_serverId)
+    m_ticket = m_pools->of(m_followed.id())
                    .add(
-                       {text, m_serverId},
-                       [this, work, provider = m_services, id = m_serverId](QlumJob& job) {
+                       {text, m_followed.id()},
+                       [this, work, provider = m_services, id = m_followed.id()](QlumJob& job) {
                            const std::shared_ptr<QlumSessionServices> services = provider(id);
                            if (!services)
                                return;
@@ -86,15 +86,24 @@ void QlumPushView::ended()
 void QlumPushView::giveUp()
 {
     if (m_ticket != 0)
-        m_pools->of(m_serverId).giveUp(std::exchange(m_ticket, 0));
+        m_pools->of(m_followed.id()).giveUp(std::exchange(m_ticket, 0));
     m_finish = nullptr;
     m_heading->setActivity(QString());
 }
 
 void QlumPushView::takeSteps(const std::vector<QlumPushStep>& steps)
 {
-    m_record->add(m_application.serverName(m_serverId), qlumPushUser(), steps);
+    m_record->add(m_followed.name(), userText(), steps);
     m_heading->touch();
+}
+
+// Both who has sat here and as whom the server has seen him.
+QString QlumPushView::userText() const
+{
+    const QlumToolServices* const tools = QlumToolServices::instance();
+    const QString user = tools ? tools->sessionUser(m_followed.id()) : QString();
+    return user.isEmpty() ? tr("%1 (anonymous)").arg(qlumPushUser())
+                          : tr("%1 as %2").arg(qlumPushUser(), user);
 }
 
 // ---- messages
@@ -128,8 +137,8 @@ void QlumPushView::offerAdministrator(QlumMessage& message)
 void QlumPushView::connectAsAdministrator()
 {
     const QPointer<QlumPushView> stillThere = this;
-    QlumPushLoginDialog dialog(m_application.serverName(m_serverId), this);
-    const unsigned int id = m_serverId;
+    QlumPushLoginDialog dialog(m_followed.name(), this);
+    const unsigned int id = m_followed.id();
     if (dialog.exec() != QDialog::Accepted || !stillThere)
         return;
     const QlumIdentity identity = dialog.takeIdentity();
@@ -149,7 +158,7 @@ bool QlumPushView::mayConfigure() const
 void QlumPushView::tellWhatIsMissing()
 {
     QlumMessage message{QlumMessage::Warning, pushRightsTopic, {}, {}, {}, nullptr};
-    const QString name = m_application.serverName(m_serverId);
+    const QString name = m_followed.name();
     if (m_server.status.isBad()) {
         message.what = tr("What %1 tells of its configuration could not be read.").arg(name);
         message.why = qlumPushWords(QString(), m_server.status);
@@ -175,8 +184,8 @@ void QlumPushView::sltRefresh()
     start(tr("Reading what a server tells of its configuration"), [this](QlumPushClient& client, QlumJob&) {
         const QlumPushServer server = client.find();
         return [this, server] {
-            const auto services = m_services(m_serverId);
-            takeServer(server, services ? presentedBy(*services) : UaPkiCertificate());
+            const auto services = m_services(m_followed.id());
+            takeServer(server, services ? m_world.presented(*services) : UaPkiCertificate());
         };
     });
 }
@@ -241,8 +250,8 @@ void QlumPushView::readRejected()
 bool QlumPushView::agree(const QlumPushPlan& plan)
 {
     const QPointer<QlumPushView> stillThere = this;
-    const unsigned int id = m_serverId;
-    if (!m_world.agree(this, plan) || !stillThere || id != m_serverId)
+    const unsigned int id = m_followed.id();
+    if (!m_world.agree(this, plan) || !stillThere || id != m_followed.id())
         return false;
     m_record->addLine(qlumPushPlanText(plan));
     return true;
@@ -333,12 +342,18 @@ void QlumPushView::sendList(const QlumPushGroup& group)
 {
     start(
         tr("Writing a trust list"),
-        [this, group, server = m_server, list = m_listPage->edited(),
+        [this, group, server = m_server, list = m_listPage->edited(), read = m_listPage->onServer()->parts,
          before = m_listPage->lastUpdate()](QlumPushClient& client, QlumJob&) {
             UaDateTime now;
             bool isApplyRequired = false;
             static_cast<void>(client.readLastUpdate(group, now));
-            if (now != before)
+            bool isOther = now != before;
+            if (now.isNull() && before.isNull()) { // only the list itself can tell
+                QlumTrustList there;
+                isOther = client.readTrustList(group, OpcUa_TrustListMasks_All, there).isGood() &&
+                          there.parts != read;
+            }
+            if (isOther)
                 return std::function<void()>([this] {
                     m_messages->tell(
                         {QlumMessage::Warning, pushCallTopic,

@@ -20,6 +20,8 @@ struct PushMeaning
 
 constexpr PushMeaning pushMeanings[] = {
     {"ApplyChanges", OpcUa_BadNothingToDo, WORDS("there is no change that waits to be applied")},
+    {"ApplyChanges", OpcUa_BadTimeout,
+     WORDS("the server has not answered; refresh to see which certificate it uses now")},
     {"CancelChanges", OpcUa_BadNothingToDo, WORDS("there is no change that could be cancelled")},
     {"UpdateCertificate", OpcUa_BadInvalidArgument,
      WORDS("the server does not know the certificate group or type")},

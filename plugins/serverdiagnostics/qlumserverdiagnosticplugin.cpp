@@ -17,7 +17,7 @@ QlumServerDiagnosticPlugin::QlumServerDiagnosticPlugin()
 
 QlumServerDiagnosticPlugin::QlumServerDiagnosticPlugin(QlumSessionServicesProvider services,
                                                        QlumAskEndpoints endpoints)
-    : m_services(std::move(services)), m_endpoints(std::move(endpoints)), m_selected(qlumNoServer)
+    : m_services(std::move(services)), m_endpoints(std::move(endpoints))
 {
     setObjectName(QStringLiteral("QlumServerDiagnosticPlugin"));
 }
@@ -33,8 +33,7 @@ void QlumServerDiagnosticPlugin::init(QlumApplicationInterface* app)
 
 void QlumServerDiagnosticPlugin::shutdown()
 {
-    for (QlumServerDiagnosticWidget* const document : documents())
-        delete document; // whoever has kept one: what it calls ends here
+    m_documents.destroy();
     m_pools.reset();
     m_app = nullptr;
 }
@@ -69,10 +68,7 @@ QWidget* QlumServerDiagnosticPlugin::createDocument(const QString& type)
     if (type != diagnosticsView || !m_app)
         return nullptr;
     auto* document = new QlumServerDiagnosticWidget(*m_app, m_pools, m_services, m_endpoints);
-    for (auto state = m_states.cbegin(); state != m_states.cend(); ++state)
-        document->sessionStatusChanged(state.key(), state.value());
-    document->serverSelectionChanged(m_selected);
-    m_documents.append(document);
+    m_documents.add(document);
     return document;
 }
 
@@ -84,38 +80,21 @@ QString QlumServerDiagnosticPlugin::description(const QString& type)
                : QString();
 }
 
-QList<QlumServerDiagnosticWidget*> QlumServerDiagnosticPlugin::documents()
-{
-    m_documents.removeAll(QPointer<QlumServerDiagnosticWidget>());
-    QList<QlumServerDiagnosticWidget*> open;
-    for (const QPointer<QlumServerDiagnosticWidget>& document : qAsConst(m_documents))
-        open.append(document);
-    return open;
-}
-
 // ---- servers
 
 void QlumServerDiagnosticPlugin::serverSelectionChanged(unsigned int serverId)
 {
-    m_selected = serverId;
-    for (QlumServerDiagnosticWidget* const document : documents())
-        document->serverSelectionChanged(serverId);
+    m_documents.serverSelectionChanged(serverId);
 }
 
 void QlumServerDiagnosticPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                                                       const NamespaceMap&)
 {
-    m_states.insert(serverId, status);
-    for (QlumServerDiagnosticWidget* const document : documents())
-        document->sessionStatusChanged(serverId, status);
+    m_documents.sessionStatusChanged(serverId, status);
 }
 
 void QlumServerDiagnosticPlugin::sessionRemoved(unsigned int serverId)
 {
-    m_states.remove(serverId);
-    if (m_selected == serverId)
-        m_selected = qlumNoServer;
-    for (QlumServerDiagnosticWidget* const document : documents())
-        document->sessionRemoved(serverId);
+    m_documents.sessionRemoved(serverId);
     m_pools->endServer(serverId);
 }

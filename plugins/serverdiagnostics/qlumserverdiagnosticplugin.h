@@ -4,14 +4,12 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlumplugininterface.h>
+#include <app/api/qlumserverdocuments.h>
 #include <app/api/qlumserverpools.h>
 #include <app/api/qlumsessionservices.h>
 #include <plugins/serverdiagnostics/qlumserverdiagnosticwidget.h>
 
-#include <QHash>
-#include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -51,13 +49,9 @@ public:
 
 private:
     void registerSettings();
-    [[nodiscard]] QList<QlumServerDiagnosticWidget*> documents();
-
     const QlumSessionServicesProvider m_services;
     const QlumAskEndpoints m_endpoints;
     QlumApplicationInterface* m_app = nullptr;
     std::shared_ptr<QlumServerPools> m_pools;
-    QList<QPointer<QlumServerDiagnosticWidget>> m_documents; ///< owned by the main window
-    QHash<unsigned int, QlumConnectionStatus> m_states;      ///< those that were told
-    unsigned int m_selected;                                 ///< in the project
+    QlumServerDocuments<QlumServerDiagnosticWidget> m_documents; ///< owned by the main window
 };

@@ -62,7 +62,8 @@ QlumServerDiagnosticWidget::QlumServerDiagnosticWidget(QlumApplicationInterface&
       m_askEndpoints(std::move(endpoints)),
       m_state(new QlumViewState(QStringLiteral("ServerDiagnosticsView"), this)),
       m_heading(new QlumViewHeading(this)), m_messages(new QlumMessageBar(this)),
-      m_sessions(new QlumSessionTable(this)), m_subscriptions(new QlumSubscriptionTable(this))
+      m_sessions(new QlumSessionTable(this)), m_subscriptions(new QlumSubscriptionTable(this)),
+      m_followed(application)
 {
     setObjectName(QStringLiteral("serverDiagnosticsView"));
     setAccessibleName(tr("Server Diagnostics View"));

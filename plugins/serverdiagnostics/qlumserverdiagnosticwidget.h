@@ -3,6 +3,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumdocumentwidgetinterface.h>
+#include <app/api/qlumfollowedserver.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumserverpools.h>
@@ -13,7 +14,6 @@
 #include <plugins/serverdiagnostics/qlumdiagnosticreader.h>
 #include <uabase/values/uastatus.h>
 
-#include <QHash>
 #include <QMap>
 #include <QSettings>
 #include <QShowEvent>
@@ -64,7 +64,7 @@ public:
     void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
 
     // ---- for tests, and whoever looks at what the view has
-    [[nodiscard]] unsigned int serverId() const { return m_serverId; }
+    [[nodiscard]] unsigned int serverId() const { return m_followed.id(); }
     [[nodiscard]] QlumDiagnosticServerPage* serverPage() const { return m_serverPage; }
     [[nodiscard]] QlumSessionTable* sessions() const { return m_sessions; }
     [[nodiscard]] QlumDiagnosticChooser* sessionChooser() const { return m_sessionChooser; }
@@ -110,7 +110,6 @@ private:
     void listServers();
     void setServer(unsigned int serverId);
     void sltServerChosen(int index);
-    [[nodiscard]] bool isUp() const;
     void begin();
     void end();
     void clearAll();
@@ -173,8 +172,7 @@ private:
     QlumDiagnosticChooser* m_subscriptionChooser = nullptr;
     QlumDiagnosticPanel* m_subscriptionPanel = nullptr;
     QlumDiagnosticEndpoints* m_endpoints = nullptr;
-    QHash<unsigned int, QlumConnectionStatus> m_status;
-    unsigned int m_serverId = qlumNoServer;
+    QlumFollowedServer m_followed;
     unsigned int m_selected = qlumNoServer; ///< in the project
     std::shared_ptr<QlumDiagnosticFaults> m_faults;
     std::shared_ptr<QlumCountSubscription> m_counts;

@@ -74,13 +74,13 @@ void showDetails(QlumDiagnosticModel& model, const std::vector<UaDataValue>& val
 // One reading of a kind at a time: a new one takes the place of the one before.
 void QlumServerDiagnosticWidget::start(Reading what, const QString& text, const Work& work)
 {
-    QlumJobPool& pool = m_pools->of(m_serverId);
+    QlumJobPool& pool = m_pools->of(m_followed.id());
     if (m_tickets[what] != 0)
         pool.giveUp(m_tickets[what]);
     m_isDue[what] = false;
     m_tickets[what] = pool.add(
-        {text, m_serverId},
-        [provider = m_services, id = m_serverId, faults = m_faults, work](QlumJob& job) {
+        {text, m_followed.id()},
+        [provider = m_services, id = m_followed.id(), faults = m_faults, work](QlumJob& job) {
             const std::shared_ptr<QlumSessionServices> services = provider(id);
             if (!services)
                 return;
@@ -98,7 +98,7 @@ void QlumServerDiagnosticWidget::giveUp()
     for (int what = 0; what < readingCount; ++what)
         if (const QlumJobPool::Ticket ticket = std::exchange(m_tickets[static_cast<std::size_t>(what)], 0);
             ticket != 0) {
-            m_pools->of(m_serverId).giveUp(ticket);
+            m_pools->of(m_followed.id()).giveUp(ticket);
             m_isDue[static_cast<std::size_t>(what)] = false;
             showReading(static_cast<Reading>(what), false);
         }
@@ -172,7 +172,7 @@ void QlumServerDiagnosticWidget::takeServer(const QlumServerReading& reading)
         m_messages->dismiss(listTopic);
         m_messages->tell({QlumMessage::Note,
                           disabledTopic,
-                          tr("The diagnostics of %1 are disabled.").arg(m_application.serverName(m_serverId)),
+                          tr("The diagnostics of %1 are disabled.").arg(m_followed.name()),
                           tr("It counts nothing, and need not tell of its sessions and subscriptions."),
                           {},
                           nullptr});
@@ -184,13 +184,13 @@ void QlumServerDiagnosticWidget::takeServer(const QlumServerReading& reading)
 
 void QlumServerDiagnosticWidget::getServersAndEndpoints()
 {
-    if (!isUp())
+    if (!m_followed.isUp())
         return;
     m_endpointPool.cancelAll();
     const QlumAskEndpoints ask = m_askEndpoints ? m_askEndpoints : QlumAskEndpoints(askServer);
     m_endpointPool.add(
-        {tr("Asking for servers and endpoints"), m_serverId},
-        [this, provider = m_services, id = m_serverId, ask](QlumJob& job) {
+        {tr("Asking for servers and endpoints"), m_followed.id()},
+        [this, provider = m_services, id = m_followed.id(), ask](QlumJob& job) {
             if (const std::shared_ptr<QlumSessionServices> services = provider(id))
                 job.post([this, reading = ask(*services, job)] { m_endpoints->take(reading); });
         },
@@ -209,7 +209,7 @@ void QlumServerDiagnosticWidget::setAsking(bool isAsking)
 
 void QlumServerDiagnosticWidget::sltGetSessions(bool isAutomatic)
 {
-    if (!isUp())
+    if (!m_followed.isUp())
         return;
     m_areSessionsOld = false;
     if (isAutomatic && m_tickets[Sessions] != 0) {
@@ -280,7 +280,7 @@ void QlumServerDiagnosticWidget::nameSessions()
 void QlumServerDiagnosticWidget::readSession()
 {
     const QlumSessionRow* const row = m_sessions->find(m_sessionChooser->key());
-    if (!row || !isUp())
+    if (!row || !m_followed.isUp())
         return;
     start(Session, tr("Reading the diagnostics of a session"),
           [this, row = *row](QlumDiagnosticReader& reader) {
@@ -306,7 +306,7 @@ void QlumServerDiagnosticWidget::clearSessionWidgets()
 
 void QlumServerDiagnosticWidget::sltGetSubscriptions(bool isAutomatic)
 {
-    if (!isUp())
+    if (!m_followed.isUp())
         return;
     m_areSubscriptionsOld = false;
     if (isAutomatic && m_tickets[Subscriptions] != 0) {
@@ -345,7 +345,7 @@ void QlumServerDiagnosticWidget::takeSubscriptions(QlumSubscriptionReading& read
 void QlumServerDiagnosticWidget::readSubscription()
 {
     const QlumSubscriptionRow* const row = m_subscriptions->find(m_subscriptionChooser->key());
-    if (!row || !isUp())
+    if (!row || !m_followed.isUp())
         return;
     start(Subscription, tr("Reading the diagnostics of a subscription"),
           [this, row = *row](QlumDiagnosticReader& reader) {
@@ -372,12 +372,12 @@ void QlumServerDiagnosticWidget::tellListFault(const QString& topic, const QStri
 {
     if (topic == listTopic && m_serverPage->isDisabled())
         return; // that is why, and is said already
-    QlumMessage message{QlumMessage::Error,        topic, what.arg(m_application.serverName(m_serverId)),
+    QlumMessage message{QlumMessage::Error,        topic, what.arg(m_followed.name()),
                         qlumResultInWords(status), {},    nullptr};
     QlumToolServices* const tools = QlumToolServices::instance();
     if (status.statusCode() == OpcUa_BadSecurityModeInsufficient && tools && tools->canReconnectWith()) {
         message.button = tr("Connect &Encrypted");
-        message.help = [id = m_serverId] {
+        message.help = [id = m_followed.id()] {
             if (QlumToolServices* const there = QlumToolServices::instance())
                 there->reconnectWith(id, OpcUa_MessageSecurityMode_SignAndEncrypt, nullptr);
         };
@@ -391,16 +391,16 @@ void QlumServerDiagnosticWidget::createSubscription()
 {
     if (!m_counts)
         m_counts = std::make_shared<QlumCountSubscription>(
-            m_serverId, [this](QlumCountSubscription::Count count, OpcUa_UInt32 number) {
+            m_followed.id(), [this](QlumCountSubscription::Count count, OpcUa_UInt32 number) {
                 QMetaObject::invokeMethod(
                     this, [this, count, number] { sltCountChanged(count, number); }, Qt::QueuedConnection);
             });
     m_numbers = {};
-    QlumJobPool& pool = m_pools->of(m_serverId);
+    QlumJobPool& pool = m_pools->of(m_followed.id());
     pool.giveUp(m_tickets[Counts]);
     m_tickets[Counts] = pool.add(
-        {tr("Subscribing to the counts of sessions and subscriptions"), m_serverId},
-        [this, counts = m_counts, provider = m_services, id = m_serverId](QlumJob& job) {
+        {tr("Subscribing to the counts of sessions and subscriptions"), m_followed.id()},
+        [this, counts = m_counts, provider = m_services, id = m_followed.id()](QlumJob& job) {
             const UaStatus status = counts->open(provider(id), job);
             job.post([this, number = counts->subscriptionId(), status] {
                 m_subscriptions->setOwnSubscription(number);
@@ -424,9 +424,9 @@ void QlumServerDiagnosticWidget::dropSubscription()
     if (!m_counts)
         return;
     m_counts->detach();
-    m_pools->of(m_serverId).add({QString(), m_serverId}, [counts = std::move(m_counts)](QlumJob&) mutable {
-        counts.reset();
-    });
+    m_pools->of(m_followed.id())
+        .add({QString(), m_followed.id()},
+             [counts = std::move(m_counts)](QlumJob&) mutable { counts.reset(); });
     m_counts.reset();
 }
 
@@ -462,21 +462,21 @@ void QlumServerDiagnosticWidget::sltEnableWanted(bool isWanted)
     if (isWanted)
         return writeEnabled(true);
     m_messages->tell({QlumMessage::Warning, enableTopic,
-                      tr("%1 is to count no longer.").arg(m_application.serverName(m_serverId)),
+                      tr("%1 is to count no longer.").arg(m_followed.name()),
                       tr("That goes for all its clients: its counters and lists may go."),
                       tr("&Disable Diagnostics"), [this] { writeEnabled(false); }});
 }
 
 void QlumServerDiagnosticWidget::writeEnabled(bool isWanted)
 {
-    if (!isUp())
+    if (!m_followed.isUp())
         return;
     m_tickets[Enabling] =
-        m_pools->of(m_serverId)
+        m_pools->of(m_followed.id())
             .add(
                 {isWanted ? tr("Enabling server diagnostics") : tr("Disabling server diagnostics"),
-                 m_serverId},
-                [this, provider = m_services, id = m_serverId, isWanted](QlumJob& job) {
+                 m_followed.id()},
+                [this, provider = m_services, id = m_followed.id(), isWanted](QlumJob& job) {
                     const std::shared_ptr<QlumSessionServices> services = provider(id);
                     const UaNodeId flag(OpcUaId_Server_ServerDiagnostics_EnabledFlag);
                     UaWriteValues values(1);
@@ -502,7 +502,7 @@ void QlumServerDiagnosticWidget::takeEnabled(bool isWanted, const UaStatus& stat
         m_messages->dismiss(enableTopic);
         return sltRefresh();
     }
-    const QString name = m_application.serverName(m_serverId);
+    const QString name = m_followed.name();
     m_messages->tell({QlumMessage::Error,
                       enableTopic,
                       isWanted ? tr("The diagnostics of %1 could not be enabled.").arg(name)

@@ -1,7 +1,6 @@
 // Which server a view of diagnostics shows, and what is kept and handed on of it.
 #include <plugins/serverdiagnostics/qlumserverdiagnosticwidget.h>
 
-#include <app/api/qlumdocumentservers.h>
 #include <app/api/qlumtext.h>
 #include <plugins/serverdiagnostics/qlumdiagnosticactions.h>
 #include <plugins/serverdiagnostics/qlumdiagnosticchooser.h>
@@ -42,7 +41,7 @@ void QlumServerDiagnosticWidget::listServers()
     m_server->clear();
     for (const unsigned int id : m_application.projectServerIds())
         m_server->addItem(m_application.serverName(id), id);
-    m_server->setCurrentIndex(m_server->findData(m_serverId));
+    m_server->setCurrentIndex(m_server->findData(m_followed.id()));
 }
 
 void QlumServerDiagnosticWidget::showEvent(QShowEvent* event)
@@ -54,8 +53,7 @@ void QlumServerDiagnosticWidget::showEvent(QShowEvent* event)
 
 void QlumServerDiagnosticWidget::serverSelectionChanged(unsigned int serverId)
 {
-    const QList<unsigned int> all = m_application.projectServerIds();
-    m_selected = serverId == qlumNoServer && all.size() == 1 ? all.front() : serverId;
+    m_selected = m_followed.meant(serverId);
     if (!m_actions[KeepServer]->isChecked())
         setServer(m_selected);
     listServers();
@@ -74,26 +72,17 @@ void QlumServerDiagnosticWidget::sltServerChosen(int index)
 
 void QlumServerDiagnosticWidget::setServer(unsigned int serverId)
 {
-    if (serverId == m_serverId)
+    if (serverId == m_followed.id())
         return updateState();
     end();
-    m_serverId = serverId;
+    m_followed.follow(*this, serverId);
     m_faults = std::make_shared<QlumDiagnosticFaults>(serverId);
     clearAll();
     m_serverPage->setServer(serverId);
-    qlumSetDocumentServers(this,
-                           serverId == qlumNoServer ? QList<unsigned int>() : QList<unsigned int>{serverId});
     m_server->setCurrentIndex(m_server->findData(serverId));
     updateState();
-    if (isUp())
+    if (m_followed.isUp())
         begin();
-}
-
-bool QlumServerDiagnosticWidget::isUp() const
-{
-    const QlumConnectionStatus status = m_status.value(m_serverId, QlumConnectionStatus::Disconnected);
-    return m_serverId != qlumNoServer &&
-           (status == QlumConnectionStatus::Connected || status == QlumConnectionStatus::NewSessionCreated);
 }
 
 void QlumServerDiagnosticWidget::begin()
@@ -130,13 +119,12 @@ void QlumServerDiagnosticWidget::clearAll()
 // What was read stays when a connection ends, with its age in the heading.
 void QlumServerDiagnosticWidget::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status)
 {
-    const bool wasUp = serverId == m_serverId && isUp();
-    m_status.insert(serverId, status);
-    if (serverId != m_serverId)
+    const bool isNew = m_followed.setStatus(serverId, status);
+    if (serverId != m_followed.id())
         return;
-    if (isUp() && (!wasUp || status == QlumConnectionStatus::NewSessionCreated))
+    if (isNew)
         begin();
-    else if (!isUp())
+    else if (!m_followed.isUp())
         giveUp();
     if (status == QlumConnectionStatus::Disconnected)
         dropSubscription();
@@ -145,31 +133,30 @@ void QlumServerDiagnosticWidget::sessionStatusChanged(unsigned int serverId, Qlu
 
 void QlumServerDiagnosticWidget::sessionRemoved(unsigned int serverId)
 {
-    m_status.remove(serverId);
-    if (serverId == m_serverId) {
+    m_followed.forget(serverId);
+    if (serverId == m_followed.id()) {
         end();
         m_endpointPool.endServer(serverId);
         m_actions[KeepServer]->setChecked(false);
-        m_serverId = qlumNoServer;
+        m_followed.follow(*this, qlumNoServer);
         clearAll();
-        qlumSetDocumentServers(this, {});
     }
     if (serverId == m_selected)
         m_selected = qlumNoServer;
     listServers();
     if (const int removed = m_server->findData(serverId); removed >= 0)
         m_server->removeItem(removed); // the project may still have it at this moment
-    m_server->setCurrentIndex(m_server->findData(m_serverId));
+    m_server->setCurrentIndex(m_server->findData(m_followed.id()));
     updateState();
 }
 
 void QlumServerDiagnosticWidget::updateState()
 {
-    const bool hasServer = m_serverId != qlumNoServer;
-    const QString name = hasServer ? m_application.serverName(m_serverId) : QString();
+    const bool hasServer = m_followed.isAny();
+    const QString name = m_followed.name();
     if (hasServer) {
         m_heading->setServer(name);
-        m_heading->setStatus(m_status.value(m_serverId, QlumConnectionStatus::Disconnected));
+        m_heading->setStatus(m_followed.status());
     } else {
         m_heading->clear();
     }
@@ -180,11 +167,11 @@ void QlumServerDiagnosticWidget::updateState()
             m_sessions->rowCount() > 0
                 ? tr("There is no connection to %1. What is shown is from before.").arg(name)
                 : tr("There is no connection to %1. Connect it to see what it tells of itself.").arg(name));
-    m_offline->setVisible(!isUp());
-    m_actions[Refresh]->setEnabled(isUp());
-    m_sessionChooser->setOnline(isUp());
-    m_subscriptionChooser->setOnline(isUp());
-    m_endpoints->setOnline(isUp());
+    m_offline->setVisible(!m_followed.isUp());
+    m_actions[Refresh]->setEnabled(m_followed.isUp());
+    m_sessionChooser->setOnline(m_followed.isUp());
+    m_subscriptionChooser->setOnline(m_followed.isUp());
+    m_endpoints->setOnline(m_followed.isUp());
     m_actions[KeepServer]->setEnabled(hasServer);
     m_actions[CopyReport]->setEnabled(hasServer);
     m_actions[SaveReport]->setEnabled(hasServer);
@@ -194,7 +181,7 @@ void QlumServerDiagnosticWidget::updateState()
 
 void QlumServerDiagnosticWidget::sltRefresh()
 {
-    if (!isUp())
+    if (!m_followed.isUp())
         return;
     m_messages->dismiss();
     readServer();
@@ -206,7 +193,7 @@ void QlumServerDiagnosticWidget::sltRefresh()
 // The page that is seen, unless it is still being read.
 void QlumServerDiagnosticWidget::readShown()
 {
-    if (!isUp() || !isVisible())
+    if (!m_followed.isUp() || !isVisible())
         return;
     QWidget* const page = m_tabs->currentWidget();
     if (page == m_serverPage && m_tickets[Server] == 0)
@@ -233,9 +220,10 @@ void QlumServerDiagnosticWidget::sltIntervalChosen()
 QString QlumServerDiagnosticWidget::report() const
 {
     std::vector<QlumReportSection> sections;
-    sections.push_back({tr("Server diagnostics of %1").arg(m_application.serverName(m_serverId)),
+    sections.push_back({tr("Server diagnostics of %1").arg(m_followed.name()),
                         tr("Written %1").arg(qlumShowDateTime(QDateTime::currentDateTime())) +
-                            QLatin1Char('\n') + (isUp() ? QString() : m_offline->text())});
+                            QLatin1Char('
+') + (m_followed.isUp() ? QString() : m_offline->text())});
     for (const QlumDiagnosticPanel* const panel : m_serverPage->panels())
         sections.push_back({panel->name(), panel->model()->toText()});
     sections.push_back({tr("Sessions"), qlumTableReport(*m_sessions)});
@@ -286,7 +274,7 @@ void QlumServerDiagnosticWidget::saveSettings(QSettings& settings)
     const bool isKept = m_actions[KeepServer]->isChecked();
     settings.setValue(QStringLiteral("KeepServer"), isKept);
     if (isKept)
-        settings.setValue(QStringLiteral("ServerId"), m_serverId);
+        settings.setValue(QStringLiteral("ServerId"), m_followed.id());
     settings.setValue(QStringLiteral("RefreshInterval"), m_interval->currentData());
     settings.setValue(QStringLiteral("Page"), m_tabs->currentIndex());
 }

@@ -28,13 +28,55 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
 #include <memory>
 #include <string>
+#include <sys/types.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
 constexpr OpcUa_Int64 year = 365 * 86400;
+
+// How often a text stands in the memory of this process; it is given reversed, not to be found itself.
+int countInMemory(const std::string& reversed)
+{
+    constexpr std::size_t blockSize = 1 << 20;
+    constexpr unsigned long mostOfOne = 1UL << 32; // larger ones are the sanitizer's maps
+    std::ifstream maps("/proc/self/maps");
+    const int memory = ::open("/proc/self/mem", O_RDONLY | O_CLOEXEC);
+    EXPECT_GE(memory, 0);
+    std::vector<char> block(blockSize + reversed.size());
+    int count = 0;
+    for (std::string line; std::getline(maps, line);) {
+        unsigned long from = 0;
+        unsigned long to = 0;
+        if (std::sscanf(line.c_str(), "%lx-%lx rw", &from, &to) != 2 ||
+            line.find(" rw") == std::string::npos || to - from > mostOfOne)
+            continue;
+        for (; from < to; from += blockSize) {
+            const auto length = ::pread(memory, block.data(), std::min(block.size(), std::size_t(to - from)),
+                                        static_cast<off_t>(from));
+            const char* const end = block.data() + std::max<ssize_t>(length, 0);
+            const char* at = block.data();
+            while ((at = static_cast<const char*>(
+                        std::memchr(at, reversed.back(), static_cast<std::size_t>(end - at))))) {
+                const bool isWhole = static_cast<std::size_t>(end - at) >= reversed.size() &&
+                                     std::equal(reversed.rbegin(), reversed.rend(), at);
+                if (isWhole && at < block.data() + blockSize)
+                    ++count;
+                ++at;
+            }
+        }
+    }
+    ::close(memory);
+    return count;
+}
 
 class PushOnDemoServer : public WithOwnCertificate
 {
@@ -156,6 +198,53 @@ TEST_F(PushOnDemoServer, ACertificateIsReplacedAndTheServerComesBackWithIt)
     EXPECT_EQ(now[QlumTrustPart::TrustedCrls], list[QlumTrustPart::TrustedCrls]);
     EXPECT_TRUE(isVerified(list, made.certificate));
     EXPECT_FALSE(isVerified(list, old));
+}
+
+TEST_F(PushOnDemoServer, AKeyThatIsMadeHereIsSentInEachFormatThatTheServerTakes)
+{
+    ASSERT_TRUE(connect("admin")) << log();
+    ASSERT_EQ(found.keyFormats.join(' '), "PEM PFX");
+    const UaString place(folder.file("ca").c_str());
+    UaPkiIdentity name;
+    name.commonName = "Plant CA";
+    ASSERT_FALSE(UaPkiAuthority::create(place, name, year, UaString("secret"), nullptr).isNull());
+    const QlumPushGroup group = found.groups.at(0);
+    QlumPushOrder order;
+    order.wish = {group.id, group.types.at(0).id, {}, false};
+    order.key = QlumPushOrder::OurNewKey;
+    order.days = 30;
+    const UaPkiCertificate old = UaPkiCertificate::fromDER(presented());
+    QlumPushSigned made;
+    const auto make = [&](const char* format) {
+        order.keyFormat = format;
+        made = qlumSignForServer(*client, found, order, old, toQString(place), QString("secret"),
+                                 [] { return false; });
+        return made.fault;
+    };
+    EXPECT_FALSE(make("JKS").isEmpty());
+    EXPECT_TRUE(client->takeSteps().empty()) << "nothing is sent";
+    for (const char* const format : {"PFX", "PEM"})
+        ASSERT_EQ(make(format), QString()) << format;
+    ASSERT_TRUE(client->applyChanges(found).isGood()) << client->takeSteps().back().words.toStdString();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [this] { return node->connectionStatus() != QlumConnectionStatus::Connected; }, 20'000));
+    ASSERT_TRUE(connectAgain("admin")) << log();
+    EXPECT_EQ(presented(), made.certificate) << "whose key the server has, or there would be no channel";
+    EXPECT_EQ(UaPkiCertificate::fromDER(presented()).info().URI, old.info().URI);
+    // another process reads it, so that it does not come into this one by being looked for
+    const std::string middle = "sed -n 12p '" + server.certificates() +
+                               "/server/own/private/private_key.pem' | tr -d '\\n' | rev > '" +
+                               folder.file("line") + "'";
+    ASSERT_EQ(std::system(middle.c_str()), 0);
+    const std::string line = TemporaryFolder::read(folder.file("line"));
+    ASSERT_EQ(line.find_last_not_of('\n'), std::size_t{63});
+    EXPECT_EQ(countInMemory(line.substr(0, 64)), 0) << "wiped wherever it was";
+    const std::string forward(line.rend() - 64, line.rend());
+    EXPECT_GE(countInMemory(line.substr(0, 64)), 1) << "one that is there is found";
+
+    use("Basic256Sha256", OpcUa_MessageSecurityMode_Sign);
+    ASSERT_TRUE(connectAgain("admin")) << log();
+    EXPECT_NE(make("PEM").toStdString().find("SignAndEncrypt only"), std::string::npos);
 }
 
 TEST_F(PushOnDemoServer, RefusesWhoMayNotAndWhatDoesNotFit)

@@ -35,6 +35,12 @@ public:
         return "opc.tcp://127.0.0.1:" + std::to_string(m_port) + "/Tavelin/Demo";
     }
 
+    /// Folder of its certificates and keys, as start() was told.
+    [[nodiscard]] std::string certificates(const std::string& name = "pki") const
+    {
+        return m_folder.file(name);
+    }
+
     /// At once, without a word to anybody.
     void kill()
     {

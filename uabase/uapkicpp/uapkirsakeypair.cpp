@@ -1,6 +1,7 @@
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 
 #include <uabase/uapkicpp/uapki_p.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/values/uastring.h>
 
 #include <openssl/pkcs12.h>
@@ -122,6 +123,23 @@ UaByteArray UaPkiRsaKeyPair::toPEM(const UaString& password) const
         return UaByteArray();
     }
     return UaPki::contentOf(memory.get());
+}
+
+UaByteArray UaPkiRsaKeyPair::toPFX(const UaPkiCertificate& certificate, const UaString& password) const
+{
+    if (isNull() || certificate.isNull()) {
+        addError("There is no key to write, or no certificate of it");
+        return UaByteArray();
+    }
+    ERR_clear_error();
+    const char* const secret = password.isEmpty() ? "" : password.toUtf8();
+    const UaPki::Pointer<PKCS12, &PKCS12_free> container(
+        PKCS12_create(secret, nullptr, m_key.get(), UaPkiAccess::get(certificate), nullptr, 0, 0, 0, 0, 0));
+    if (container == nullptr) {
+        addOpenSSLError("The key cannot be written");
+        return UaByteArray();
+    }
+    return UaPki::encode<PKCS12>(container.get(), &i2d_PKCS12, *this);
 }
 
 bool UaPkiRsaKeyPair::toPEMFile(const UaString& path, const UaString& password) const

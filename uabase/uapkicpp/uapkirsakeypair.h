@@ -7,6 +7,8 @@
 
 #include <functional>
 
+class UaPkiCertificate;
+
 class UaPkiRsaKeyPair : public UaPkiKey
 {
 public:
@@ -33,6 +35,10 @@ public:
     [[nodiscard]] UaByteArray toPEM(const UaString& password = UaString()) const;
     /// Only the user may read the file, which is replaced in one step.
     [[nodiscard]] bool toPEMFile(const UaString& path, const UaString& password = UaString()) const;
+    /// The private key together with its certificate, PKCS#12; to be wiped after use. Fails when they do not
+    /// belong together.
+    [[nodiscard]] UaByteArray toPFX(const UaPkiCertificate& certificate,
+                                    const UaString& password = UaString()) const;
     /// The private key, PKCS#1, unprotected; to be wiped after use.
     [[nodiscard]] UaByteArray toDER() const;
 

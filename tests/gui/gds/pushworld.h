@@ -66,6 +66,9 @@ public:
         method(configuration, "UpdateCertificate", 6, 1,
                [this](const UaVariantArray& in, UaVariantArray& out) {
                    update = UaVariant(in[2]).toByteString();
+                   issuers.clear();
+                   for (OpcUa_UInt32 i = 0; i < UaVariant(in[3]).elementCount(); ++i)
+                       issuers.push_back(UaVariant(in[3]).at(i).toByteString());
                    key = UaVariant(in[5]).toByteString();
                    return UaVariant(isApplyRequired).copyTo(&out[0]);
                });
@@ -94,6 +97,7 @@ public:
     std::vector<UaByteString> rejected;
     UaByteString nonce;
     UaByteString update;
+    std::vector<UaByteString> issuers; ///< that came with it
     UaByteString key;
     UaByteString written;
     bool isApplyRequired = true;

@@ -1,12 +1,17 @@
 // The view of a server's configuration: what it sends only after a yes, and what it says of what came back.
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumserverpools.h>
+#include <app/api/qlumserverrole.h>
+#include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtoolservices.h>
+#include <opcua/opcua_statuscodes.h>
 #include <plugins/gds/qlumpushcertificatepage.h>
 #include <plugins/gds/qlumpushlistpage.h>
 #include <plugins/gds/qlumpushlisttable.h>
 #include <plugins/gds/qlumpushrecordpage.h>
 #include <plugins/gds/qlumpushview.h>
 #include <tests/gui/gds/pushworld.h>
+#include <tests/support/dialogdriver.h>
 #include <tests/support/stubapplication.h>
 #include <tests/support/temporaryfolder.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
@@ -14,7 +19,10 @@
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/qlummessagebar.h>
 
+#include <QDialog>
+#include <QFileDialog>
 #include <QLabel>
 #include <QList>
 #include <QPushButton>
@@ -25,6 +33,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -52,7 +61,9 @@ protected:
                           [this](QWidget*, const QlumPushPlan& plan) {
                               plans.push_back(plan);
                               return isAgreed;
-                          }});
+                          },
+                          [this](const QlumSessionServices&) { return UaPkiCertificate::fromDER(presented); },
+                          50});
         view->serverSelectionChanged(plant);
         view->sessionStatusChanged(plant, QlumConnectionStatus::Connected);
         EXPECT_TRUE(settled());
@@ -90,7 +101,49 @@ protected:
         return world->journal.contains(QLatin1String(method));
     }
 
+    // What the message bar says at the moment.
+    [[nodiscard]] std::string told() const
+    {
+        std::string all;
+        for (const QLabel* const one : view->findChild<QlumMessageBar*>()->findChildren<QLabel*>())
+            if (one->isVisibleTo(view.get()))
+                all += one->text().toStdString() + '\n';
+        return all;
+    }
+    // Presses the button and chooses that file in the dialog that comes up.
+    void clickWithFile(const char* button, const std::string& path)
+    {
+        DialogDriver driver([&path](QDialog& one) {
+            if (auto* files = qobject_cast<QFileDialog*>(&one)) {
+                files->selectFile(QString::fromStdString(path));
+                static_cast<QDialog*>(files)->done(QDialog::Accepted);
+            }
+        });
+        click(button);
+    }
+    void importAnswer() { clickWithFile("pushAnswer", answerFile()); }
+    // The answer of an authority: the certificate, and its issuer behind it.
+    std::string answerFile()
+    {
+        const std::string path = folder.file("answer.pem");
+        std::string content;
+        for (const UaByteString& der : {answer, pushCertificate("Plant CA", {}, true)}) {
+            EXPECT_TRUE(UaPkiCertificate::fromDER(der).toPEMFile(folder.file("one.pem").c_str()));
+            content += TemporaryFolder::read(folder.file("one.pem"));
+        }
+        TemporaryFolder::write(path, content);
+        return path;
+    }
+    void comeBack()
+    {
+        view->sessionStatusChanged(plant, QlumConnectionStatus::ConnectionError);
+        view->sessionStatusChanged(plant, QlumConnectionStatus::NewSessionCreated);
+        EXPECT_TRUE(settled());
+    }
+
     const UaByteString own = pushCertificate("This client");
+    const UaByteString answer = pushCertificate("Plant", "Plant CA");
+    UaByteString presented = pushCertificate("Plant");
     const TemporaryFolder folder;
     PushApplication application;
     std::shared_ptr<PushWorld> world = std::make_shared<PushWorld>();
@@ -151,6 +204,137 @@ TEST_F(PushViewTest, WritesTheListUnlessSomebodyElseHasChangedIt)
     view->sessionStatusChanged(plant, QlumConnectionStatus::NewSessionCreated);
     ASSERT_TRUE(settled());
     EXPECT_EQ(message("pushPending"), "Nothing waits to be applied.") << "gone with the session";
+}
+
+TEST_F(PushViewTest, SomebodyElseSignsARequestAndHisAnswerIsSent)
+{
+    clickWithFile("pushRequest", folder.file("server.csr"));
+    EXPECT_EQ(TemporaryFolder::read(folder.file("server.csr")), "\x30\x03\x02\x01\x01");
+    importAnswer();
+    EXPECT_EQ(plans.size(), 2U);
+    EXPECT_EQ(world->update, answer) << "the first of the file";
+    EXPECT_EQ(world->issuers, std::vector<UaByteString>{pushCertificate("Plant CA", {}, true)});
+    EXPECT_EQ(message("pushPending"), "Not applied yet: certificate Plant");
+
+    click("pushCancel");
+    EXPECT_TRUE(isCalled("CancelChanges"));
+    EXPECT_EQ(message("pushPending"), "Nothing waits to be applied.");
+    EXPECT_FALSE(view->findChild<QPushButton*>("pushApply")->isEnabled());
+    TemporaryFolder::write(folder.file("nothing.pem"), "no certificate");
+    clickWithFile("pushAnswer", folder.file("nothing.pem"));
+    EXPECT_NE(told().find("The file holds no certificate."), std::string::npos) << told();
+    EXPECT_EQ(world->journal.count("UpdateCertificate"), 1);
+}
+
+TEST_F(PushViewTest, AllIsWellOnlyWhenTheServerComesBackWithWhatWasSent)
+{
+    importAnswer();
+    world->failures["ApplyChanges"] = OpcUa_BadSecureChannelClosed; // how servers apply
+    click("pushApply");
+    EXPECT_EQ(message("pushPending"), "Nothing waits to be applied.");
+    presented = answer;
+    comeBack();
+    EXPECT_NE(told().find("All is well: Plant is back with its new certificate."), std::string::npos)
+        << told();
+
+    presented = pushCertificate("Plant");
+    importAnswer();
+    click("pushApply");
+    comeBack();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !told().empty(); }, viewLimit));
+    EXPECT_NE(told().find("Plant still has its old certificate."), std::string::npos) << told();
+
+    importAnswer();
+    click("pushApply");
+    view->sessionStatusChanged(plant, QlumConnectionStatus::ConnectionError);
+    ASSERT_TRUE(QTest::qWaitFor(
+        [this] {
+            return told().find("has not come back since the changes were applied") != std::string::npos;
+        },
+        viewLimit))
+        << told();
+
+    presented = answer;
+    comeBack();
+    EXPECT_NE(told().find("All is well"), std::string::npos) << "late, but well: " << told();
+    presented = pushCertificate("Plant");
+    importAnswer();
+    world->failures["ApplyChanges"] = OpcUa_BadTimeout;
+    click("pushApply");
+    EXPECT_NE(told().find("It is not known whether the changes were applied."), std::string::npos) << told();
+    EXPECT_EQ(message("pushPending"), "Not applied yet: certificate Plant");
+    presented = answer;
+    view->sltRefresh();
+    ASSERT_TRUE(settled());
+    EXPECT_NE(told().find("All is well"), std::string::npos) << "it was, all the same: " << told();
+}
+
+TEST_F(PushViewTest, ResetsTheServerAndForgetsWhatWaited)
+{
+    importAnswer();
+    isAgreed = false;
+    click("pushReset");
+    EXPECT_FALSE(plans.back().danger.isEmpty());
+    EXPECT_FALSE(isCalled("ResetToServerDefaults"));
+    isAgreed = true;
+    world->failures["ResetToServerDefaults"] = OpcUa_BadConnectionClosed;
+    click("pushReset");
+    EXPECT_NE(told().find("Plant was reset to its defaults."), std::string::npos) << told();
+    EXPECT_EQ(message("pushPending"), "Nothing waits to be applied.");
+    EXPECT_FALSE(view->record()->text().contains("BadConnectionClosed"));
+    world->failures["ResetToServerDefaults"] = OpcUa_BadUserAccessDenied;
+    click("pushReset");
+    EXPECT_NE(told().find("connect as an administrator"), std::string::npos) << told();
+}
+
+TEST_F(PushViewTest, ARefusedCertificateIsToldInWordsAndDoesNotWait)
+{
+    const std::pair<OpcUa_StatusCode, const char*> refusals[] = {
+        {OpcUa_BadInvalidArgument, "does not know the certificate group or type"},
+        {OpcUa_BadCertificateInvalid, "is not valid"},
+        {OpcUa_BadNotSupported, "does not take private keys of this format"},
+        {OpcUa_BadSecurityChecksFailed, "does not belong to its key"},
+        {OpcUa_BadCertificateUriInvalid, "another application URI"},
+        {OpcUa_BadUserAccessDenied, "connect as an administrator"},
+        {OpcUa_BadSecurityModeInsufficient, "SignAndEncrypt only"},
+        {OpcUa_BadTransactionPending, "another session has changes"}};
+    for (const auto& [status, words] : refusals) {
+        world->failures["UpdateCertificate"] = status;
+        importAnswer();
+        EXPECT_NE(told().find(words), std::string::npos) << told();
+        EXPECT_EQ(message("pushPending"), "Nothing waits to be applied.");
+    }
+    world->failures.clear();
+    world->role = QlumServerRole::Operate;
+    importAnswer();
+    EXPECT_NE(told().find("Not sent"), std::string::npos) << told();
+}
+
+TEST_F(PushViewTest, TheRecordNamesWhoSatHereAndAsWhomTheServerSawHim)
+{
+    QlumToolServices tools;
+    tools.takeSessionUser(view.get(), [](unsigned int server) {
+        return server == plant ? QStringLiteral("admin") : QString();
+    });
+    view->readRejected();
+    ASSERT_TRUE(settled());
+    const std::string last = view->record()->text().toStdString();
+    EXPECT_NE(last.find(" as admin  GetRejectedList  -> Good"), std::string::npos) << last;
+}
+
+TEST_F(PushViewTest, AListWhoseServerTellsNoTimeIsComparedItself)
+{
+    world->table.setValue(PushWorld::below(world->trustList, "LastUpdateTime"), UaVariant());
+    view->readList();
+    ASSERT_TRUE(settled());
+    removeTrusted(1);
+    world->list[QlumTrustPart::Trusted].push_back(pushCertificate("By somebody else"));
+    click("pushWrite");
+    EXPECT_FALSE(isCalled("Open")) << told();
+    EXPECT_NE(told().find("somebody else has changed"), std::string::npos) << told();
+    world->list[QlumTrustPart::Trusted].pop_back();
+    click("pushWrite");
+    EXPECT_TRUE(isCalled("Open"));
 }
 
 TEST_F(PushViewTest, SaysWhyWhenTheServerRefusesOrHasNoConfiguration)
