@@ -1,6 +1,7 @@
 // What is known of the devices of a server.
 #pragma once
 #include <opcua/opcua_types.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
@@ -88,6 +89,7 @@ struct QlumDevice
     QlumDeviceParts lockParts; ///< of the object Lock, its methods and properties; empty where there is none
     QlumDeviceParts transferParts; ///< the same of the object Transfer
     QlumDeviceLockState lock;
+    UaByteString icon;       ///< its own or that of its type, as the server sent it; null for none
     QStringList connections; ///< names of what it is connected to
     QStringList missing;     ///< what a device must have and this one has not
 

@@ -37,6 +37,7 @@ QTableView* qlumMakeDeviceTable(QAbstractItemModel* model, const QString& name, 
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->verticalHeader()->hide();
+    view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
     view->setTabKeyNavigation(false);
     view->setWordWrap(false);
     view->horizontalHeader()->setStretchLastSection(true);

@@ -155,6 +155,9 @@ void QlumDeviceDocumentPage::updateButtons()
 
 QlumDeviceTransferPage::QlumDeviceTransferPage(QlumViewState& state, QWidget* parent)
     : QWidget(parent), m_model(new QlumDeviceListModel({tr("Parameter"), tr("Result")}, this)),
+      m_view(qlumMakeDeviceTable(m_model, QStringLiteral("deviceTransferResults"),
+                                 tr("Results of the transfer"),
+                                 tr("What the device says of each parameter appears here."), &state)),
       m_to(deviceButton("deviceTransferTo", tr("&To Device"),
                         tr("Send the parameters that the server has to the device"))),
       m_from(deviceButton("deviceTransferFrom", tr("&From Device"),
@@ -162,10 +165,7 @@ QlumDeviceTransferPage::QlumDeviceTransferPage(QlumViewState& state, QWidget* pa
       m_cancel(deviceButton("deviceTransferCancel", tr("&Cancel"), tr("Ask for no more results"))),
       m_note(deviceLabel("deviceTransferNote")), m_result(deviceLabel("deviceTransferResult"))
 {
-    auto* view =
-        qlumMakeDeviceTable(m_model, QStringLiteral("deviceTransferResults"), tr("Results of the transfer"),
-                            tr("What the device says of each parameter appears here."), &state);
-    fillPage(this, {m_to, m_from, m_cancel}, view);
+    fillPage(this, {m_to, m_from, m_cancel}, m_view);
     auto* const all = static_cast<QVBoxLayout*>(layout());
     all->insertWidget(1, m_note);
     all->insertWidget(2, m_result);
@@ -196,6 +196,7 @@ void QlumDeviceTransferPage::setOutcome(const QlumTransferOutcome& outcome)
     }
     const int count = static_cast<int>(rows.size());
     m_model->setRows(std::move(rows));
+    m_view->resizeColumnToContents(0);
     m_result->setText(outcome.fault.isEmpty()
                           ? tr("Done: %1 parameters, %2 of them refused.").arg(count).arg(refused)
                           : tr("Not finished after %1 parameters: %2.").arg(count).arg(outcome.fault));

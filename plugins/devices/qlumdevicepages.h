@@ -82,6 +82,7 @@ signals:
 
 private:
     QlumDeviceListModel* m_model;
+    QTableView* m_view;
     QPushButton* m_to;
     QPushButton* m_from;
     QPushButton* m_cancel;

@@ -8,12 +8,14 @@
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/devices/qlumdevicewords.h>
 #include <uabase/values/uaarrays.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
 #include <algorithm>
 #include <iterator>
+#include <ranges>
 #include <utility>
 
 namespace {
@@ -215,6 +217,7 @@ void QlumDeviceReader::readElements(QlumDeviceSpace& space, const UaNodeId& set)
     }
     readParts(space, all);
     readFacts(space, all);
+    readIcons(space, all);
     for (QlumDevice& device : space.devices)
         noteMissing(device);
 }
@@ -291,6 +294,38 @@ void QlumDeviceReader::readFacts(QlumDeviceSpace& space, const std::vector<Found
     const std::vector<UaDataValue> values = m_browser.read(ids, OpcUa_Attributes_Value);
     for (std::size_t i = 0; i < values.size(); ++i)
         *targets[i] = factText(values[i]);
+}
+
+// Each icon of a type is read once.
+void QlumDeviceReader::readIcons(QlumDeviceSpace& space, const std::vector<Found>& found)
+{
+    const auto iconOf = [](const QlumDeviceChildren& children) {
+        const auto icon = std::ranges::find_if(children, [](const QlumDeviceChild& child) {
+            return child.namespaceIndex == 0 && child.browseName == QLatin1String("Icon");
+        });
+        return icon == children.end() ? UaNodeId() : icon->id;
+    };
+    std::set<UaNodeId> distinct;
+    for (const QlumDevice& device : space.devices)
+        if (!device.type.isNull())
+            distinct.insert(device.type);
+    const std::vector<UaNodeId> types(distinct.begin(), distinct.end());
+    std::vector<QlumDeviceChildren> below;
+    static_cast<void>(m_browser.children(types, below));
+    std::vector<UaNodeId> ids;
+    for (const QlumDeviceChildren& children : below)
+        ids.push_back(iconOf(children));
+    for (const Found& one : found)
+        ids.push_back(iconOf(one.children));
+    const std::vector<UaDataValue> values = m_browser.read(ids, OpcUa_Attributes_Value);
+    std::map<UaNodeId, UaByteString> ofType;
+    for (std::size_t i = 0; i < types.size(); ++i)
+        ofType[types[i]] = values[i].value().toByteString();
+    for (QlumDevice& device : space.devices)
+        device.icon = ofType[device.type];
+    for (std::size_t i = 0; i < found.size(); ++i)
+        if (const UaByteString own = values[types.size() + i].value().toByteString(); own.length() > 0)
+            space.devices[found[i].device].icon = own;
 }
 
 // What the model makes mandatory for everything that is a device; groups and networks have nothing to miss.

@@ -68,6 +68,7 @@ private:
     void takeParts(QlumDevice& device, const QlumDeviceChildren& children);
     void readParts(QlumDeviceSpace& space, const std::vector<Found>& found);
     void readFacts(QlumDeviceSpace& space, const std::vector<Found>& found);
+    void readIcons(QlumDeviceSpace& space, const std::vector<Found>& found);
     void noteMissing(QlumDevice& device) const;
     void typesOf(const std::vector<QlumDeviceChildren>& found);
 

@@ -195,6 +195,9 @@ void QlumDeviceReader::readDocuments(const QlumDevice& device, const UaNodeId& o
             const bool isVariable = child.nodeClass == OpcUa_NodeClass_Variable;
             const bool isFile =
                 child.nodeClass == OpcUa_NodeClass_Object && child.type == UaNodeId(OpcUaId_FileType);
+            // what stands for any of them in a type
+            if (child.browseName.startsWith(QLatin1Char('<')))
+                continue;
             if ((isVariable || isFile) && details.documents.size() < mostDocuments)
                 details.documents.push_back(
                     {child.id, child.name, QLatin1String(folder), {}, isFile, isOfType});

@@ -83,7 +83,8 @@ QlumDevicesView::QlumDevicesView(QlumApplicationInterface& application,
     splitter->setObjectName(QStringLiteral("devicesSplitter"));
     splitter->addWidget(makeTree());
     splitter->addWidget(right);
-    splitter->setStretchFactor(1, 2);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({fontMetrics().averageCharWidth() * 60, fontMetrics().averageCharWidth() * 100});
     splitter->setChildrenCollapsible(false);
     m_state->keep(splitter, QStringLiteral("splitter"));
     auto* layout = new QVBoxLayout(this);
@@ -122,7 +123,7 @@ QWidget* QlumDevicesView::makeBar()
     auto* bar = new QWidget;
     m_filterText = new QLineEdit;
     m_filterText->setClearButtonEnabled(true);
-    m_filterText->setPlaceholderText(tr("Filter devices by name, health, type or nameplate"));
+    m_filterText->setPlaceholderText(tr("Filter devices and nameplates"));
     qlumDescribeField(m_filterText, {QStringLiteral("devicesFilter"),
                                      tr("Filter"),
                                      {},
@@ -142,12 +143,7 @@ QWidget* QlumDevicesView::makeBar()
 
 QWidget* QlumDevicesView::makeTree()
 {
-    m_treeModel = new QlumDeviceTreeModel(
-        [this](const UaNodeId& device) {
-            return m_application.hasIcon(m_serverId, &device) ? m_application.getIcon(m_serverId, &device)
-                                                              : QIcon();
-        },
-        this);
+    m_treeModel = new QlumDeviceTreeModel(this);
     m_treeFilter = new QlumTableFilter(this);
     m_treeFilter->setRecursiveFilteringEnabled(true);
     m_treeFilter->setSourceModel(m_treeModel);
@@ -156,6 +152,7 @@ QWidget* QlumDevicesView::makeTree()
     m_tree->setAccessibleName(tr("Devices"));
     m_tree->setModel(m_treeFilter);
     m_tree->setUniformRowHeights(true);
+    m_tree->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
     m_tree->addAction(m_actions[DevicesRefresh]);
     const auto node = [this] { return current() ? current()->id : UaNodeId(); };
     qlumMakeTable(m_tree, {tr("The devices of a connected server appear here."), QStringLiteral("devices"),
@@ -169,10 +166,11 @@ void QlumDevicesView::makePages()
     m_lockBar = new QlumDeviceLockBar;
     m_parameters = new QlumParameterPage(*m_state);
     m_nameplates = new QlumNameplateModel(this);
-    auto* sorted = new QlumTableFilter(this);
-    sorted->setSourceModel(m_nameplates);
-    m_nameplateView = qlumMakeDeviceTable(sorted, QStringLiteral("deviceNameplates"), tr("Nameplates"),
-                                          tr("The nameplates of all devices appear here."), m_state);
+    m_nameplateFilter = new QlumTableFilter(this);
+    m_nameplateFilter->setSourceModel(m_nameplates);
+    m_nameplateView =
+        qlumMakeDeviceTable(m_nameplateFilter, QStringLiteral("deviceNameplates"), tr("Nameplates"),
+                            tr("The nameplates of all devices appear here."), m_state);
     m_nameplateView->setSortingEnabled(true);
     m_nameplateView->sortByColumn(0, Qt::AscendingOrder);
     m_methods = new QlumDeviceMethodPage(*m_state);
@@ -194,6 +192,7 @@ void QlumDevicesView::connectParts()
         m_filterText, &QLineEdit::textChanged, this,
         [this](const QString& text) {
             m_treeFilter->setText(text);
+            m_nameplateFilter->setText(text);
             m_tree->expandAll();
         });
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
@@ -207,6 +206,10 @@ void QlumDevicesView::connectParts()
     connect(m_parameters, &QlumParameterPage::loadWanted, this, &QlumDevicesView::loadParameters);
     connect(m_parameters, &QlumParameterPage::compareWanted, this, &QlumDevicesView::compareWithType);
     connect(m_parameters, &QlumParameterPage::told, this, &QlumDevicesView::tell);
+    connect(m_parameters->model(), &QlumParameterModel::changesChanged, this, [this] {
+        if (m_parameters->model()->changeCount() == 0)
+            m_messages->dismiss(QStringLiteral("deviceParameters"));
+    });
     connect(m_methods, &QlumDeviceMethodPage::told, this, &QlumDevicesView::tell);
     connect(m_documents, &QlumDeviceDocumentPage::openWanted, this, &QlumDevicesView::openDocument);
     connect(m_documents, &QlumDeviceDocumentPage::saveWanted, this, &QlumDevicesView::saveDocument);

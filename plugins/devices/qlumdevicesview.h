@@ -186,6 +186,7 @@ private:
     QLineEdit* m_filterText = nullptr;
     QlumDeviceTreeModel* m_treeModel = nullptr;
     QlumTableFilter* m_treeFilter = nullptr;
+    QlumTableFilter* m_nameplateFilter = nullptr;
     QTreeView* m_tree = nullptr;
     QTabWidget* m_tabs = nullptr;
     QlumDeviceLockBar* m_lockBar = nullptr;

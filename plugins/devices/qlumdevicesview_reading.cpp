@@ -20,7 +20,9 @@
 #include <QPointer>
 #include <QTreeView>
 
+#include <algorithm>
 #include <iterator>
+#include <ranges>
 #include <utility>
 
 namespace {
@@ -128,10 +130,21 @@ void QlumDevicesView::takeSpace(QlumDeviceSpace space)
     else
         m_messages->dismiss(devicesReadTopic);
     m_wantedDevice = wanted;
-    int place = m_space->devices.empty() ? -1 : 0;
-    for (std::size_t i = 0; i < m_space->devices.size(); ++i)
-        if (m_space->devices[i].pathNames == wanted)
-            place = static_cast<int>(i);
+    int place = -1;
+    int first = -1;
+    for (int i = 0; i < static_cast<int>(m_space->devices.size()); ++i) {
+        const QlumDevice& device = m_space->devices[static_cast<std::size_t>(i)];
+        if (device.pathNames == wanted)
+            place = i;
+        if (first < 0 && device.kind == QlumDeviceKind::Device)
+            first = i;
+    }
+    place = place < 0 ? first : place;
+    // of devices that are no more, nothing can be written
+    std::erase_if(m_kept, [this](const auto& kept) {
+        return std::ranges::none_of(m_space->devices,
+                                    [&](const QlumDevice& device) { return device.id == kept.first; });
+    });
     watchStates();
     updateState();
     const QModelIndex index = m_treeFilter->mapFromSource(m_treeModel->indexOfDevice(place));

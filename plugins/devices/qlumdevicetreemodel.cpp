@@ -1,15 +1,24 @@
 #include <plugins/devices/qlumdevicetreemodel.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumimageformat.h>
 #include <opcua/opcua_identifiers.h>
 #include <plugins/devices/qlumdevicewords.h>
+#include <uabase/values/uabytestring.h>
 #include <uawidgets/qlumnodelook.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
+#include <QBuffer>
+#include <QByteArray>
+#include <QImageReader>
 #include <QObject>
+#include <QPixmap>
+#include <QSize>
 #include <QStringList>
 
 #include <deque>
+#include <map>
+#include <span>
 #include <utility>
 
 namespace {
@@ -20,6 +29,25 @@ QVariant healthCell(QlumDeviceHealth health, int role)
         return qlumDeviceHealthWords(health);
     return health == QlumDeviceHealth::Untold ? QVariant()
                                               : qlumStatusCell(qlumDeviceHealthLevel(health), role);
+}
+
+// A small file may claim any size.
+QIcon deviceIcon(const UaByteString& bytes)
+{
+    constexpr int mostBytes = 1024 * 1024;
+    constexpr int mostPixels = 1024; // of a side
+    const std::span<const unsigned char> content(
+        bytes.data(), static_cast<std::size_t>(bytes.length() > 0 ? bytes.length() : 0));
+    const char* const format = qlumImageFormatName(qlumImageFormatOf(content));
+    if (content.empty() || content.size() > mostBytes || !format)
+        return {};
+    QByteArray data(reinterpret_cast<const char*>(content.data()), static_cast<int>(content.size()));
+    QBuffer buffer(&data);
+    QImageReader reader(&buffer, format);
+    const QSize size = reader.size();
+    if (!size.isValid() || size.width() > mostPixels || size.height() > mostPixels)
+        return {};
+    return QIcon(QPixmap::fromImage(reader.read()));
 }
 
 QStringList nameplateTitles()
@@ -33,8 +61,8 @@ QStringList nameplateTitles()
 
 // ---- tree
 
-QlumDeviceTreeModel::QlumDeviceTreeModel(IconOf iconOf, QObject* parent)
-    : QlumTreeModel({tr("Device"), tr("Health"), tr("Type"), tr("Lock")}, parent), m_iconOf(std::move(iconOf))
+QlumDeviceTreeModel::QlumDeviceTreeModel(QObject* parent)
+    : QlumTreeModel({tr("Device"), tr("Health"), tr("Type"), tr("Lock")}, parent)
 {
     setRoot(&m_root);
 }
@@ -44,6 +72,8 @@ void QlumDeviceTreeModel::setSpace(std::shared_ptr<const QlumDeviceSpace> space)
     reset([&] {
         m_root.clearChildren();
         m_nodes.clear();
+        m_icons.clear();
+        std::map<UaByteString, QIcon> decoded; // many devices have that of their type
         m_space = std::move(space);
         if (!m_space)
             return;
@@ -55,6 +85,11 @@ void QlumDeviceTreeModel::setSpace(std::shared_ptr<const QlumDeviceSpace> space)
             added.push_back(std::make_unique<QlumDeviceTreeNode>(i));
             m_nodes.push_back(added.back().get());
             parent.insertChildren(parent.childCount(), std::move(added));
+            const UaByteString& bytes = m_space->devices[static_cast<std::size_t>(i)].icon;
+            const auto [icon, isNew] = decoded.try_emplace(bytes);
+            if (isNew)
+                icon->second = deviceIcon(bytes);
+            m_icons.push_back(icon->second);
         }
     });
 }
@@ -103,7 +138,7 @@ QVariant QlumDeviceTreeModel::cell(const QlumDeviceTreeNode& node, int column, i
     if (column == Health)
         return healthCell(device.health, role);
     if (role == Qt::DecorationRole && column == Name) {
-        const QIcon own = m_iconOf ? m_iconOf(device.id) : QIcon();
+        const QIcon& own = m_icons[static_cast<std::size_t>(node.device())];
         return own.isNull() ? qlumNodeIcon(OpcUa_NodeClass_Object, UaNodeId(OpcUaId_BaseObjectType)) : own;
     }
     if (role != Qt::ToolTipRole)

@@ -11,7 +11,6 @@
 #include <QString>
 #include <QVariant>
 
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -35,10 +34,7 @@ class QlumDeviceTreeModel : public QlumTreeModel<QlumDeviceTreeNode>
 public:
     /// In the order of the construction.
     enum Column { Name, Health, Type, Lock, ColumnCount };
-    /// The icon that a server offers for a device or its type; null for none.
-    using IconOf = std::function<QIcon(const UaNodeId& device)>;
-
-    explicit QlumDeviceTreeModel(IconOf iconOf, QObject* parent = nullptr);
+    explicit QlumDeviceTreeModel(QObject* parent = nullptr);
 
     void setSpace(std::shared_ptr<const QlumDeviceSpace> space);
     /// The device is in another state now.
@@ -54,10 +50,10 @@ protected:
 private:
     [[nodiscard]] QString text(const QlumDevice& device, int column) const;
 
-    const IconOf m_iconOf;
     std::shared_ptr<const QlumDeviceSpace> m_space;
     QlumDeviceTreeNode m_root{-1};
     std::vector<QlumDeviceTreeNode*> m_nodes; ///< by device
+    std::vector<QIcon> m_icons;               ///< the same; null for those that have none
 };
 
 /// The nameplates of all devices.

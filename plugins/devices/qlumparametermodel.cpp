@@ -38,8 +38,8 @@ QString parameterRange(const QlumValueContext& context)
 } // namespace
 
 QlumParameterModel::QlumParameterModel(QObject* parent)
-    : QlumTableModel({tr("Parameter"), tr("Groups"), tr("Value"), tr("Unit"), tr("Range"), tr("Access"),
-                      tr("State"), tr("Value of the type")},
+    : QlumTableModel({tr("Parameter"), tr("Value"), tr("Unit"), tr("State"), tr("Groups"), tr("Range"),
+                      tr("Access"), tr("Value of the type")},
                      parent)
 {
 }

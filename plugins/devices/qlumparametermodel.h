@@ -32,7 +32,7 @@ class QlumParameterModel : public QlumTableModel<QlumParameterRow>
     Q_OBJECT
 public:
     /// In the order of the construction.
-    enum Column { Name, Groups, Value, Unit, Range, Access, State, Default, ColumnCount };
+    enum Column { Name, Value, Unit, State, Groups, Range, Access, Default, ColumnCount };
 
     explicit QlumParameterModel(QObject* parent = nullptr);
 

@@ -22,7 +22,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QTableView>
-#include <QToolButton>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 #include <set>
@@ -127,23 +127,19 @@ QWidget* QlumParameterPage::makeBar()
     first->addWidget(m_groups);
     first->addWidget(m_text, 1);
     first->addWidget(m_changes);
-    auto* second = new QHBoxLayout;
-    second->setSpacing(0);
-    for (QAction* const action :
-         m_actions.list({ParameterRead, ParameterWatch, ParameterWrite, ParameterDiscard, ParameterSave,
-                         ParameterLoad, ParameterCompare})) {
-        auto* button = new QToolButton;
-        button->setDefaultAction(action);
-        button->setAutoRaise(true);
+    auto* second = new QToolBar; // what finds no room is in its menu
+    second->setObjectName(QStringLiteral("deviceParameterBar"));
+    second->addActions(m_actions.list({ParameterRead, ParameterWatch, ParameterWrite, ParameterDiscard,
+                                       ParameterSave, ParameterLoad, ParameterCompare}));
+    for (QAction* const action : second->actions()) {
+        QWidget* const button = second->widgetForAction(action);
         button->setObjectName(action->objectName() + QStringLiteral("Button"));
         button->setAccessibleName(qlumBareLabel(action->text()));
-        second->addWidget(button);
     }
-    second->addStretch(1);
     auto* layout = new QVBoxLayout(bar);
     layout->setContentsMargins(4, 0, 4, 0);
     layout->addLayout(first);
-    layout->addLayout(second);
+    layout->addWidget(second);
     return bar;
 }
 
@@ -220,8 +216,7 @@ void QlumParameterPage::updateActions()
     m_actions[ParameterSave]->setEnabled(hasRows);
     m_actions[ParameterLoad]->setEnabled(hasRows);
     m_actions[ParameterCompare]->setEnabled(hasRows);
-    m_changes->setText(changes == 0 ? QString()
-                                    : tr("%n value(s) changed, not written yet", nullptr, changes));
+    m_changes->setText(changes == 0 ? QString() : tr("Changed, not written yet: %1").arg(changes));
 }
 
 // ---- editing
