@@ -69,6 +69,7 @@ set_target_properties(tavelin PROPERTIES INSTALL_RPATH "$ORIGIN/../lib")
 set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS tavelin RUNTIME DESTINATION ${home}/bin)
 install(TARGETS ${libraries} LIBRARY DESTINATION ${home}/lib NAMELINK_SKIP)
+install(FILES ${PROJECT_BINARY_DIR}/help/tavelin.qch DESTINATION ${home}/help)
 install(FILES LICENSE packaging/third-party.txt DESTINATION ${home}/lic)
 # the texts that third-party.txt names; each Debian system has them
 foreach(license IN ITEMS LGPL-2.1 LGPL-3 Apache-2.0)
@@ -106,8 +107,9 @@ set(CPACK_DEBIAN_PACKAGE_SECTION non-free/net)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
-# loaded while it runs, so that the linker does not know them: the databases of recordings, the pictures of icons
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5sql5-sqlite, libqt5svg5, hicolor-icon-theme")
+# loaded while it runs, so that the linker does not know them: the databases of recordings, the pictures of icons,
+# the texts of Qt in other languages
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5sql5-sqlite, libqt5svg5, qttranslations5-l10n, hicolor-icon-theme")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "gnome-keyring | kwalletmanager, shared-mime-info, desktop-file-utils")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "client to commission, test and diagnose OPC UA servers
 Tavelin keeps a project of servers, connects to them with the right endpoint,

@@ -71,8 +71,16 @@
 <context>
     <name>QlumAboutDialog</name>
     <message>
+        <source>&amp;Copy Versions</source>
+        <translation>Versionen &amp;kopieren</translation>
+    </message>
+    <message>
         <source>About Tavelin</source>
         <translation>Über Tavelin</translation>
+    </message>
+    <message>
+        <source>Copies the versions of all parts, for whoever is asked for help</source>
+        <translation>Kopiert die Versionen aller Teile, für den, der helfen soll</translation>
     </message>
     <message>
         <source>Korvanda Tavelin %1
@@ -4426,7 +4434,7 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     </message>
     <message>
         <source>Drop variables or branches here from the Address Space window, or choose &quot;Add to Data Access View&quot; in the menu of a node.</source>
-        <translation>Legen Sie Variablen oder Zweige aus dem Adressraumfenster hier ab, oder wählen Sie im Menü eines Knotens „Zum Datenzugriff hinzufügen“.</translation>
+        <translation>Legen Sie Variablen oder Zweige aus dem Adressraumfenster hier ab, oder wählen Sie im Menü eines Knotens „Zu Datenzugriff hinzufügen“.</translation>
     </message>
     <message>
         <source>Elements of arrays and fields of structures that are known can be rows of their own.</source>
@@ -5799,6 +5807,45 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     <message>
         <source>Name of the document</source>
         <translation>Name des Dokuments</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDocumentTypes</name>
+    <message>
+        <source>Data Access View</source>
+        <translation>Datenzugriff</translation>
+    </message>
+    <message>
+        <source>Data Logger View</source>
+        <translation>Datenlogger</translation>
+    </message>
+    <message>
+        <source>Devices View</source>
+        <translation>Geräteansicht</translation>
+    </message>
+    <message>
+        <source>Event View</source>
+        <translation>Ereignisansicht</translation>
+    </message>
+    <message>
+        <source>GDS View (Push Model)</source>
+        <translation>GDS-Ansicht (Push-Modell)</translation>
+    </message>
+    <message>
+        <source>History Trend View</source>
+        <translation>Historientrend</translation>
+    </message>
+    <message>
+        <source>Image Viewer</source>
+        <translation>Bildbetrachter</translation>
+    </message>
+    <message>
+        <source>Performance View</source>
+        <translation>Leistungsmessung</translation>
+    </message>
+    <message>
+        <source>Server Diagnostics View</source>
+        <translation>Serverdiagnose</translation>
     </message>
 </context>
 <context>
@@ -7284,6 +7331,37 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>The file &apos;%1&apos; holds no certificate.</source>
         <translation>Die Datei „%1“ enthält kein Zertifikat.</translation>
+    </message>
+</context>
+<context>
+    <name>QlumHelpContents</name>
+    <message>
+        <source>Contents</source>
+        <translation>Inhalt</translation>
+    </message>
+    <message>
+        <source>Contents of the manual</source>
+        <translation>Inhalt des Handbuchs</translation>
+    </message>
+    <message>
+        <source>Contents, index and search of the manual cannot be read from %1.</source>
+        <translation>Inhalt, Index und Suche des Handbuchs können nicht aus %1 gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Filter of the index</source>
+        <translation>Filter des Index</translation>
+    </message>
+    <message>
+        <source>Index</source>
+        <translation>Index</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suche</translation>
     </message>
 </context>
 <context>
@@ -9106,7 +9184,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Drop variables or branches here from the Address Space window, or choose &quot;Add to Data Logger View&quot; in the menu of a node. Then press Start.</source>
-        <translation>Legen Sie Variablen oder Zweige aus dem Adressraumfenster hier ab, oder wählen Sie im Menü eines Knotens „Zum Datenlogger hinzufügen“. Drücken Sie dann „Start“.</translation>
+        <translation>Legen Sie Variablen oder Zweige aus dem Adressraumfenster hier ab, oder wählen Sie im Menü eines Knotens „Zu Datenlogger hinzufügen“. Drücken Sie dann „Start“.</translation>
     </message>
     <message>
         <source>File, free space, and how much is kept</source>
@@ -9281,7 +9359,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>&amp;Properties...</source>
-        <translation>&amp;Eigenschaften...</translation>
+        <translation>E&amp;igenschaften...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -14756,7 +14834,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>&amp;Keep This Server</source>
-        <translation>&amp;Bei diesem Server bleiben</translation>
+        <translation>&amp;Festhalten</translation>
     </message>
     <message>
         <source>&amp;Refresh</source>
@@ -14780,7 +14858,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>&lt;b&gt;Keep This Server&lt;/b&gt;&lt;br&gt;Shows this server whichever is selected in the project, so that a second view can show another one beside it.</source>
-        <translation>&lt;b&gt;Bei diesem Server bleiben&lt;/b&gt;&lt;br&gt;Zeigt diesen Server, welcher auch im Projekt gewählt ist, sodass eine zweite Ansicht daneben einen anderen zeigen kann.</translation>
+        <translation>&lt;b&gt;Festhalten&lt;/b&gt;&lt;br&gt;Zeigt diesen Server, welcher auch im Projekt gewählt ist, sodass eine zweite Ansicht daneben einen anderen zeigen kann.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Refresh Every&lt;/b&gt;&lt;br&gt;Reads the page that is shown again and again. Lists of sessions and subscriptions follow their counts in any case.</source>
@@ -17060,7 +17138,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <name>QlumStorePage</name>
     <message>
         <source>%1 entries</source>
-        <translation>%1 Einträge</translation>
+        <translation>Einträge: %1</translation>
     </message>
     <message>
         <source>%1 entries; reading was cancelled</source>
@@ -17590,6 +17668,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <source>Tip of the day</source>
         <translation>Tipp des Tages</translation>
     </message>
+    <message>
+        <source>tips_en.txt</source>
+        <translation>tips_de.txt</translation>
+    </message>
 </context>
 <context>
     <name>QlumTlsOverrules</name>
@@ -17637,6 +17719,13 @@ Das Zertifikat liegt hier: %2</translation>
     <message>
         <source>TraceSettings</source>
         <translation>TraceSettings</translation>
+    </message>
+</context>
+<context>
+    <name>QlumTranslations</name>
+    <message>
+        <source>The translation %1 cannot be read.</source>
+        <translation>Die Übersetzung %1 kann nicht gelesen werden.</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,7 @@
 #include <uawidgets/qlumnodecommands.h>
 
+#include <app/api/qlumdocumenttypes.h>
+
 #include <QAbstractScrollArea>
 #include <QEvent>
 #include <QMenu>
@@ -57,14 +59,14 @@ void QlumNodeCommands::makeOpenActions()
     m_open.clear();
     const QlumToolServices* services = QlumToolServices::instance();
     for (const QString& type : services ? services->documentTypes() : QStringList()) {
-        auto* action = new QAction(tr("Add to %1").arg(type), m_view);
+        auto* action = new QAction(tr("Add to %1").arg(qlumDocumentTypeName(type)), m_view);
         action->setObjectName(QStringLiteral("openNodes.") + type);
         action->setData(type);
         action->setToolTip(tr("Show the selected nodes in a document of this type"));
         action->setStatusTip(action->toolTip());
         action->setWhatsThis(tr("<b>Add to %1</b><br>Shows the selected nodes in the document of this type "
                                 "that is in front, or in a new one.")
-                                 .arg(type));
+                                 .arg(qlumDocumentTypeName(type)));
         connect(action, &QAction::triggered, this, [this, type] {
             if (QlumToolServices* current = QlumToolServices::instance())
                 current->openNodes(type, m_selected());

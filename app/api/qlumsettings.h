@@ -109,6 +109,9 @@ inline constexpr QlumSetting<unsigned int> maxReferences{"General.MaxReferencesT
 inline constexpr QlumSetting<int> maxBrowseNextCalls{"General.MaxBrowseNextCalls", 1000};
 /// Asks the server about each object, so it is for the user to decide.
 inline constexpr QlumSetting<bool> retrieveIcons{"General.RetrieveIcons", false};
+// program
+/// The version that ran before this one; empty at the first start.
+inline constexpr QlumSetting<QString> lastVersion{"General.LastVersion", QLatin1String("")};
 // project
 /// How many projects the menu offers.
 inline constexpr QlumSetting<int> recentFiles{"General.NoOfRecentFiles", 5};

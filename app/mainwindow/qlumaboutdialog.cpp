@@ -1,18 +1,24 @@
 #include <app/mainwindow/qlumaboutdialog.h>
 
 #include <app/mainwindow/qlumupdatecheck.h>
+#include <app/mainwindow/qlumversions.h>
 #include <opcua/opcua_channel.h>
 
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QLabel>
+#include <QLatin1Char>
+#include <QLatin1String>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <QWidget>
@@ -21,6 +27,21 @@ namespace {
 QString firstField(const char* version)
 {
     return QString::fromUtf8(version).section(QLatin1Char('\\'), 0, 0);
+}
+
+// What the text above the list does not name.
+QLabel* makeOtherVersions(QWidget* parent)
+{
+    QStringList others;
+    for (const QString& line : qlumVersions())
+        for (const char* name : {"Build id ", "Qwt ", "OpenSSL ", "libxml2 ", "SQLite "})
+            if (line.startsWith(QLatin1String(name)))
+                others.append(line);
+    auto* label = new QLabel(others.join(QLatin1Char('\n')), parent);
+    label->setObjectName(QStringLiteral("otherVersions"));
+    label->setTextFormat(Qt::PlainText);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    return label;
 }
 } // namespace
 
@@ -43,11 +64,18 @@ QlumAboutDialog::QlumAboutDialog(QWidget* parent) : QlumBaseWidget(QStringLitera
     QPushButton* licenses = buttons->addButton(tr("Open License Folder"), QDialogButtonBox::ActionRole);
     licenses->setObjectName(QStringLiteral("openLicenseFolder"));
     connect(licenses, &QPushButton::clicked, this, &QlumAboutDialog::sltOpenLicenseFolder);
+    QPushButton* copy = buttons->addButton(tr("&Copy Versions"), QDialogButtonBox::ActionRole);
+    copy->setObjectName(QStringLiteral("copyVersions"));
+    copy->setToolTip(tr("Copies the versions of all parts, for whoever is asked for help"));
+    connect(copy, &QPushButton::clicked, this, [] {
+        QGuiApplication::clipboard()->setText(qlumVersions().join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    });
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(picture);
     layout->addWidget(text);
+    layout->addWidget(makeOtherVersions(this));
     layout->addWidget(buttons);
 }
 

@@ -1,8 +1,10 @@
 #include <app/mainwindow/qlumdocumentarea.h>
 
 #include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlumdocumenttypes.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/mainwindow/qlumdocumentdialog.h>
+#include <app/mainwindow/qlumhelppages.h>
 #include <app/pluginloader/qlumpluginloader.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/project/qlumprojectnodedocument.h>
@@ -40,6 +42,7 @@ QlumProjectNodeDocument* QlumDocumentArea::add(const QString& type, const QStrin
     QWidget* widget = plugin ? plugin->createDocument(type) : nullptr;
     if (!widget)
         return nullptr;
+    qlumSetHelpTool(widget, type);
     auto node = std::make_unique<QlumProjectNodeDocument>(name, type);
     node->setWidget(widget);
     QlumProjectNodeDocument* document = m_project->addDocument(std::move(node));
@@ -59,7 +62,7 @@ QlumProjectNodeDocument* QlumDocumentArea::bringUp(const QString& type)
         show(document);
         return document;
     }
-    return add(type, freeName(type));
+    return add(type, freeName(qlumDocumentTypeName(type)));
 }
 
 void QlumDocumentArea::remove(QlumProjectNodeDocument* document)
@@ -103,7 +106,7 @@ QList<QlumDocumentType> QlumDocumentArea::types() const
     for (const QString& key : m_plugins->filenames()) {
         if (auto* plugin = qobject_cast<QlumDocumentInterface*>(m_plugins->plugin(key)))
             for (const QString& type : plugin->documentTypes())
-                types.append({type, plugin->description(type), freeName(type)});
+                types.append({type, plugin->description(type), freeName(qlumDocumentTypeName(type))});
     }
     return types;
 }

@@ -1,5 +1,6 @@
 #include <app/mainwindow/qlumdocumentdialog.h>
 
+#include <app/api/qlumdocumenttypes.h>
 #include <app/project/qlumprojectnodedocument.h>
 
 #include <QDialog>
@@ -37,7 +38,7 @@ QlumDocumentDialog::QlumDocumentDialog(const QList<QlumDocumentType>& types,
     m_problem->setWordWrap(true);
     makeLayout();
     for (const QlumDocumentType& type : m_types)
-        m_list->addItem(type.type);
+        m_list->addItem(qlumDocumentTypeName(type.type));
     connect(m_list, &QListWidget::currentRowChanged, this, &QlumDocumentDialog::sltTypeChanged);
     connect(m_list, &QListWidget::itemActivated, this, [this] {
         if (m_ok->isEnabled())

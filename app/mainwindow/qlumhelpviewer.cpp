@@ -1,9 +1,12 @@
 #include <app/mainwindow/qlumhelpviewer.h>
 
+#include <app/mainwindow/qlumhelpcontents.h>
+
 #include <QAction>
 #include <QDesktopServices>
 #include <QIcon>
 #include <QKeySequence>
+#include <QSplitter>
 #include <QString>
 #include <QTextBrowser>
 #include <QTextDocument>
@@ -39,7 +42,7 @@ public:
 } // namespace
 
 QlumHelpViewer::QlumHelpViewer(QWidget* parent)
-    : QWidget(parent, Qt::Window), m_browser(new HelpBrowser(this))
+    : QWidget(parent, Qt::Window), m_contents(new QlumHelpContents(this)), m_browser(new HelpBrowser(this))
 {
     setObjectName(QStringLiteral("helpViewer"));
     setAttribute(Qt::WA_QuitOnClose,
@@ -50,6 +53,7 @@ QlumHelpViewer::QlumHelpViewer(QWidget* parent)
     m_browser->setAccessibleName(tr("Manual"));
     m_browser->setOpenLinks(false);
     connect(m_browser, &QTextBrowser::anchorClicked, this, &QlumHelpViewer::showPage);
+    connect(m_contents, &QlumHelpContents::pageChosen, this, &QlumHelpViewer::showPage);
 
     auto* bar = new QToolBar(this);
     bar->setObjectName(QStringLiteral("helpToolBar"));
@@ -67,9 +71,16 @@ QlumHelpViewer::QlumHelpViewer(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    auto* splitter = new QSplitter(this);
+    splitter->setObjectName(QStringLiteral("helpSplitter"));
+    splitter->addWidget(m_contents);
+    splitter->addWidget(m_browser);
+    splitter->setStretchFactor(1, 1);
+    splitter->setChildrenCollapsible(false);
     layout->addWidget(bar);
-    layout->addWidget(m_browser);
-    resize(800, 600);
+    layout->addWidget(splitter, 1);
+    resize(1000, 700);
+    splitter->setSizes({280, 720});
 }
 
 void QlumHelpViewer::showPage(const QUrl& page)
@@ -85,6 +96,18 @@ void QlumHelpViewer::showContents()
 {
     if (!isVisible())
         showPage(contents());
+    bringToFront();
+}
+
+void QlumHelpViewer::showPageInFront(const QUrl& page)
+{
+    showPage(page);
+    bringToFront();
+}
+
+void QlumHelpViewer::bringToFront()
+{
+    m_contents->setVisible(m_contents->load());
     show();
     raise();
     activateWindow();

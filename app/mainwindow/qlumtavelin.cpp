@@ -1,5 +1,6 @@
 #include <app/mainwindow/qlumtavelin.h>
 
+#include <app/api/qlumdocumenttypes.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumservernode.h>
@@ -143,7 +144,8 @@ void QlumTavelin::setupPlugins()
     m_pluginPath = m_loader.path();
     m_pluginKeys = m_loader.filenames();
     const auto defaultDocument = QStringLiteral("Data Access View");
-    const auto* document = m_documents->add(defaultDocument, m_documents->freeName(defaultDocument));
+    const auto* document =
+        m_documents->add(defaultDocument, m_documents->freeName(qlumDocumentTypeName(defaultDocument)));
     m_startPagePlace->setFirstDocument(document ? document->widget() : nullptr);
     setupStartPage();
 }

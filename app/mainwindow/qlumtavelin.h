@@ -72,6 +72,8 @@ public:
     [[nodiscard]] bool hasUpdateSettings();
     /// Asks once whether to look for updates.
     void setupUpdateSettings();
+    /// Shows once what is new in this version, when there was an older one; true when it did.
+    bool showNews();
     /// Opens the project named on the command line.
     void parseArguments();
     /// From now on changes that are not saved are kept beside the record, which outlives the window.

@@ -7,6 +7,7 @@
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumservicerecorder.h>
 #include <app/api/qlumsessionservices.h>
+#include <app/api/qlumsettings.h>
 #include <app/journal/qlumjournalwindow.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/log/qlumlogview.h>
@@ -15,6 +16,7 @@
 #include <app/mainwindow/qlumbugreport.h>
 #include <app/mainwindow/qlumdocumentarea.h>
 #include <app/mainwindow/qlumfindcommands.h>
+#include <app/mainwindow/qlumhelppages.h>
 #include <app/mainwindow/qlumhelpviewer.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumpalettecommands.h>
@@ -50,6 +52,7 @@
 
 #include <QAbstractItemModel>
 #include <QAction>
+#include <QApplication>
 #include <QDialog>
 #include <QDir>
 #include <QDockWidget>
@@ -238,7 +241,7 @@ void QlumTavelin::connectCommands()
     on(
         A::Certificates, [this] { m_services.manageCertificates(this); });
     on(
-        A::Manual, [this] { m_help->showContents(); });
+        A::Manual, [this] { m_help->showPageInFront(qlumHelpPageOf(QApplication::focusWidget())); });
     on(A::WhatsThis, [] { QWhatsThis::enterWhatsThisMode(); });
     on(A::TipOfTheDay, &QlumTavelin::sltTipOfTheDay);
     on(A::ReportBug, &QlumTavelin::sltHelpReportBug);
@@ -452,6 +455,16 @@ void QlumTavelin::showJournal()
     shown->show();
     shown->raise();
     shown->activateWindow();
+}
+
+bool QlumTavelin::showNews()
+{
+    const QString before = QlumSettings::lastVersion.value(this);
+    QlumSettings::lastVersion.store(*this, QlumUpdateCheck::currentVersion());
+    if (before.isEmpty() || before == QlumUpdateCheck::currentVersion())
+        return false;
+    m_help->showPageInFront(qlumHelpPage(QStringLiteral("whatsnew")));
+    return true;
 }
 
 void QlumTavelin::sltHelpCheckUpdates()

@@ -17,16 +17,21 @@
 
 namespace {
 const auto showTipKey = QStringLiteral("QlumTipWindow/ShowTip");
-const auto fileName = QStringLiteral("tips_en.txt");
+const auto englishFile = QStringLiteral("tips_en.txt");
 constexpr int maximumTips = 1000;
 constexpr qint64 maximumLine = 4096;
 
+// A language may be there without tips.
 QString tipFileName(const QString& wanted)
 {
     if (!wanted.isEmpty())
         return wanted;
     // the working directory is seldom that of the installation
-    return QFile::exists(fileName) ? fileName : QStringLiteral(":/tips/") + fileName;
+    for (const QString& file : {QlumTipWindow::tr("tips_en.txt"), englishFile})
+        for (const QString& path : {file, QStringLiteral(":/tips/") + file})
+            if (QFile::exists(path))
+                return path;
+    return englishFile;
 }
 } // namespace
 

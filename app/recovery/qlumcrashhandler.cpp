@@ -136,7 +136,17 @@ QByteArray buildIdOf(const dl_phdr_info& module)
     return {};
 }
 
-QByteArray ownBuildId()
+template <std::size_t size>
+std::size_t copyTo(std::array<char, size>& target, const QByteArray& text)
+{
+    const std::size_t length = std::min(static_cast<std::size_t>(text.size()), size - 1);
+    std::memcpy(target.data(), text.constData(), length);
+    target.at(length) = '\0';
+    return length;
+}
+} // namespace
+
+QByteArray QlumCrashHandler::buildId()
 {
     QByteArray id;
     // the program itself comes first
@@ -149,20 +159,10 @@ QByteArray ownBuildId()
     return id.isEmpty() ? QByteArrayLiteral("none") : id;
 }
 
-template <std::size_t size>
-std::size_t copyTo(std::array<char, size>& target, const QByteArray& text)
-{
-    const std::size_t length = std::min(static_cast<std::size_t>(text.size()), size - 1);
-    std::memcpy(target.data(), text.constData(), length);
-    target.at(length) = '\0';
-    return length;
-}
-} // namespace
-
 void QlumCrashHandler::install(const QString& reportFile, const QByteArray& version)
 {
     copyTo(g_state.path, QFile::encodeName(reportFile));
-    g_state.headLength = copyTo(g_state.head, "Tavelin " + version + "\nBuild id: " + ownBuildId() + "\n");
+    g_state.headLength = copyTo(g_state.head, "Tavelin " + version + "\nBuild id: " + buildId() + "\n");
     std::array<void*, 1> frame{};
     ::backtrace(frame.data(), 1); // loads the library that it needs now, which would allocate in the handler
     stack_t stack{};

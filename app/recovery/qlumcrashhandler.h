@@ -11,6 +11,8 @@ namespace QlumCrashHandler {
 void install(const QString& reportFile, const QByteArray& version);
 /// Keeps the line for a report, in place of the oldest. Any thread; cheap, without a lock.
 void note(const QString& line);
+/// Of the program, as hexadecimal digits; "none" when it was linked without.
+[[nodiscard]] QByteArray buildId();
 /// So many lines are kept, each cut to so many bytes of UTF-8.
 constexpr int keptLines = 64;
 constexpr int lineBytes = 256;

@@ -13,6 +13,7 @@
 #include <app/startup/qlumqtmessages.h>
 #include <app/startup/qlumservices.h>
 #include <app/startup/qlumsettingsfile.h>
+#include <app/startup/qlumtranslations.h>
 #include <certificates/qlumcertificates.h>
 #include <certificates/qlumcertificatestore.h>
 #include <servers/passwords/qlumpasswordkeeper.h>
@@ -25,16 +26,13 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QIcon>
-#include <QLocale>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QSettings>
 #include <QString>
-#include <QTranslator>
 
 #include <csignal>
 #include <memory>
-#include <tuple>
 
 namespace {
 class Text
@@ -132,15 +130,13 @@ int QlumStartup::run(int argc, char** argv)
     scale.reset();
     QCoreApplication::setApplicationVersion(QStringLiteral(TAVELIN_VERSION));
     loadResources();
-    QTranslator translator;
-    // without a translation the texts stay as they are
-    std::ignore = translator.load(QStringLiteral("tavelin_") + QLocale::system().name(), QString(), QString(),
-                                  QString());
-    QCoreApplication::installTranslator(&translator);
     setIdentity();
     QApplication::setWindowIcon(
         QIcon(QStringLiteral(":/images/tavelin.png"))); // of the dialogs before the window
-    const QStringList settingsProblems = qlumCleanSettingsFile();
+    QStringList settingsProblems = qlumCleanSettingsFile();
+    QlumTranslations translations;
+    settingsProblems += translations.install(
+        QSettings().value(QStringLiteral("Appearance.Language"), QStringLiteral("System")).toString());
     const QPixmap pixmap(QStringLiteral(":/images/tavelin_splash.png"));
     QlumSplashScreen splash(pixmap, Qt::WindowStaysOnTopHint);
     addLibraryPaths();
@@ -199,7 +195,7 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
     window->parseArguments();
     if (window->isVisible())
         window->offerRecovery([&splash] { splash.waitUntilGone(); }); // it stays on top
-    if (window->isVisible())
+    if (window->isVisible() && !window->showNews())
         showTip(splash, *window);
     const int result = runUntilClosed(*window);
     QlumUaTrace::shutdown();

@@ -8,6 +8,7 @@
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
+#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <mutex>
@@ -149,6 +150,15 @@ void UaXmlDocument::initParser()
     const std::lock_guard lock(s_mutex);
     if (s_users++ == 0)
         xmlInitParser();
+}
+
+UaString UaXmlDocument::parserVersion()
+{
+    // 20914 is 2.9.14; letters may follow, which name a working copy
+    constexpr int hundred = 100;
+    const long number = std::strtol(xmlParserVersion, nullptr, 10);
+    return UaString(std::to_string(number / (hundred * hundred)) + '.' +
+                    std::to_string(number / hundred % hundred) + '.' + std::to_string(number % hundred));
 }
 
 void UaXmlDocument::cleanupParser()

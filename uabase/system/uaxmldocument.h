@@ -70,6 +70,8 @@ public:
     /// Once before the first document and once after the last, on the main thread; counted.
     static void initParser();
     static void cleanupParser();
+    /// Of the parser that is used, as "2.9.14".
+    [[nodiscard]] static UaString parserVersion();
 
     UaXmlDocument() = default; ///< null
     [[nodiscard]] static UaXmlDocument fromBytes(std::span<const unsigned char> bytes);

@@ -1,5 +1,6 @@
 #include <uabase/uapkicpp/uapkierrors.h>
 
+#include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/x509_vfy.h>
 
@@ -29,6 +30,11 @@ void UaPkiErrors::addErrors(const std::vector<UaString>& errors) const
 std::vector<UaString> UaPkiErrors::getErrors() const
 {
     return std::exchange(m_errors, {});
+}
+
+UaString UaPkiErrors::libraryVersion()
+{
+    return UaString(OpenSSL_version(OPENSSL_VERSION_STRING));
 }
 
 UaString UaPkiErrors::verificationErrorText(int error)

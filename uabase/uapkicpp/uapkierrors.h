@@ -21,6 +21,8 @@ public:
     std::vector<UaString> getErrors() const;
     /// The crypto library's words for an error that it found with a certificate.
     [[nodiscard]] static UaString verificationErrorText(int error);
+    /// Of the crypto library that is used, as "3.0.11".
+    [[nodiscard]] static UaString libraryVersion();
 
 protected:
     UaPkiErrors() = default;

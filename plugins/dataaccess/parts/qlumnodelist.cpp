@@ -52,6 +52,13 @@ QString plainTitle(QString title)
     return title;
 }
 
+// A list may be a table that this program has exported, in the user's language.
+bool isTitle(const QString& title, const char* column)
+{
+    return title == plainTitle(QLatin1String(column)) ||
+           title == plainTitle(QCoreApplication::translate("QlumDaModel", column));
+}
+
 // Nothing when the line is no line of titles.
 Columns columnsOf(const QStringList& titles)
 {
@@ -59,16 +66,15 @@ Columns columnsOf(const QStringList& titles)
     int oldValue = -1;
     for (int i = 0; i < titles.size(); ++i) {
         const QString title = plainTitle(titles.at(i));
-        if (title == QLatin1String("nodeid") || title == QLatin1String("id") ||
-            title == QLatin1String("node"))
+        if (isTitle(title, "Node Id") || title == QLatin1String("id") || title == QLatin1String("node"))
             columns.node = i;
-        else if (title == QLatin1String("browsepath") || title == QLatin1String("path"))
+        else if (isTitle(title, "Browse Path") || title == QLatin1String("path"))
             columns.path = i;
-        else if (title == QLatin1String("server"))
+        else if (isTitle(title, "Server"))
             columns.server = i;
-        else if (title == QLatin1String("newvalue"))
+        else if (isTitle(title, "New Value"))
             columns.value = i;
-        else if (title == QLatin1String("value"))
+        else if (isTitle(title, "Value"))
             oldValue = i;
     }
     if (columns.node < 0 && columns.path < 0)

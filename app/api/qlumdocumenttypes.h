@@ -1,0 +1,6 @@
+// How types of documents are called in the user's language.
+#pragma once
+#include <QString>
+
+/// What the user reads for a type, which is a key of project files; the type itself when it is not known.
+[[nodiscard]] QString qlumDocumentTypeName(const QString& type);

@@ -1,0 +1,117 @@
+#include <app/mainwindow/qlumhelpcontents.h>
+
+#include <app/api/qlumlog.h>
+#include <app/mainwindow/qlumhelppages.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QHelpContentModel>
+#include <QHelpContentWidget>
+#include <QHelpEngine>
+#include <QHelpIndexWidget>
+#include <QHelpLink>
+#include <QHelpSearchEngine>
+#include <QHelpSearchQueryWidget>
+#include <QHelpSearchResultWidget>
+#include <QLineEdit>
+#include <QList>
+#include <QString>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <utility>
+
+QlumHelpContents::QlumHelpContents(QWidget* parent) : QTabWidget(parent)
+{
+    setObjectName(QStringLiteral("helpContents"));
+    setAccessibleName(tr("Contents of the manual"));
+}
+
+QlumHelpContents::~QlumHelpContents() = default;
+
+QString QlumHelpContents::file()
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../help/tavelin.qch"));
+}
+
+bool QlumHelpContents::load()
+{
+    if (m_engine)
+        return true;
+    auto engine = std::make_unique<QHelpEngine>(m_folder.filePath(QStringLiteral("manual.qhc")));
+    engine->setUsesFilterEngine(true);
+    if (!QFileInfo::exists(file()) || !engine->setupData() || !engine->registerDocumentation(file())) {
+        QlumLog(QStringLiteral("Tavelin"))
+            .error(tr("Contents, index and search of the manual cannot be read from %1.").arg(file()));
+        return false;
+    }
+    m_engine = std::move(engine);
+    makeContents();
+    makeIndex();
+    makeSearch();
+    return true;
+}
+
+void QlumHelpContents::makeContents()
+{
+    QHelpContentWidget* contents = m_engine->contentWidget();
+    contents->setObjectName(QStringLiteral("manualContents"));
+    contents->setAccessibleName(tr("Contents"));
+    connect(contents, &QHelpContentWidget::linkActivated, this, &QlumHelpContents::choose);
+    connect(m_engine->contentModel(), &QHelpContentModel::contentsCreated, contents, &QTreeView::expandAll);
+    addTab(contents, tr("Contents"));
+    m_engine->contentModel()->createContents(QString());
+}
+
+void QlumHelpContents::makeIndex()
+{
+    auto* page = new QWidget(this);
+    auto* filter = new QLineEdit(page);
+    filter->setObjectName(QStringLiteral("manualIndexFilter"));
+    filter->setPlaceholderText(tr("Filter"));
+    filter->setClearButtonEnabled(true);
+    filter->setAccessibleName(tr("Filter of the index"));
+    QHelpIndexWidget* index = m_engine->indexWidget();
+    index->setObjectName(QStringLiteral("manualIndex"));
+    index->setAccessibleName(tr("Index"));
+    connect(filter, &QLineEdit::textChanged, index,
+            [index](const QString& text) { index->filterIndices(text); });
+    connect(filter, &QLineEdit::returnPressed, index, &QHelpIndexWidget::activateCurrentItem);
+    connect(
+        index, &QHelpIndexWidget::documentActivated, this,
+        [this](const QHelpLink& link) { choose(link.url); });
+    connect(index, &QHelpIndexWidget::documentsActivated, this,
+            [this](const QList<QHelpLink>& links) { choose(links.constFirst().url); });
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(filter);
+    layout->addWidget(index);
+    addTab(page, tr("Index"));
+    m_engine->indexModel()->createIndex(QString());
+}
+
+void QlumHelpContents::makeSearch()
+{
+    QHelpSearchEngine* search = m_engine->searchEngine();
+    auto* page = new QWidget(this);
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(search->queryWidget());
+    layout->addWidget(search->resultWidget(), 1);
+    connect(search->queryWidget(), &QHelpSearchQueryWidget::search, search,
+            [search] { search->search(search->queryWidget()->searchInput()); });
+    connect(search->resultWidget(), &QHelpSearchResultWidget::requestShowLink, this,
+            &QlumHelpContents::choose);
+    addTab(page, tr("Search"));
+    search->reindexDocumentation();
+}
+
+// The file has the pages under addresses of its own; those of the program are shown.
+void QlumHelpContents::choose(const QUrl& page)
+{
+    QUrl shown = qlumHelpPage(QFileInfo(page.path()).completeBaseName());
+    shown.setFragment(page.fragment());
+    emit pageChosen(shown);
+}

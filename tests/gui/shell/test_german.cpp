@@ -1,0 +1,219 @@
+#include <app/mainwindow/qlumdocumentarea.h>
+#include <app/mainwindow/qlummainactions.h>
+#include <app/mainwindow/qlumtavelin.h>
+#include <app/mainwindow/qlumtavelinservices.h>
+#include <app/mainwindow/qlumtipwindow.h>
+#include <app/settings/qlumsettingsdialog.h>
+#include <app/settings/qlumsettingsmodel.h>
+#include <app/startup/qlumtranslations.h>
+#include <plugins/dataaccess/parts/qlumnodelist.h>
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QByteArray>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDir>
+#include <QDockWidget>
+#include <QFile>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMultiHash>
+#include <QSet>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QWidget>
+#include <QXmlStreamReader>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+// The English texts that have another German one, in every context that has them.
+QSet<QString> textsToBeTranslated()
+{
+    QFile file(QStringLiteral(TAVELIN_SOURCE_FOLDER "/translations/tavelin_de.ts"));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QSet<QString> different, same, german;
+    QString source;
+    for (QXmlStreamReader xml(&file); !xml.atEnd();) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == QLatin1String("source"))
+            source = xml.readElementText();
+        else if (xml.name() == QLatin1String("translation")) {
+            const QString text = xml.readElementText(QXmlStreamReader::IncludeChildElements);
+            (text == source ? same : different).insert(source);
+            german.insert(text); // "Attribute" is one German text and another English one
+        }
+    }
+    return different - same - german;
+}
+
+QStringList textsOf(const QWidget& widget)
+{
+    QStringList texts{widget.toolTip(), widget.whatsThis(), widget.accessibleName(), widget.statusTip()};
+    if (const auto* label = qobject_cast<const QLabel*>(&widget))
+        texts << label->text();
+    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
+        texts << button->text();
+    if (const auto* group = qobject_cast<const QGroupBox*>(&widget))
+        texts << group->title();
+    if (const auto* menu = qobject_cast<const QMenu*>(&widget))
+        texts << menu->title();
+    if (const auto* dock = qobject_cast<const QDockWidget*>(&widget))
+        texts << dock->windowTitle();
+    if (const auto* tabs = qobject_cast<const QTabBar*>(&widget))
+        for (int i = 0; i < tabs->count(); ++i)
+            texts << tabs->tabText(i);
+    for (const QAction* action : widget.actions())
+        texts << action->text() << action->toolTip() << action->whatsThis();
+    return texts;
+}
+
+class German : public ::testing::Test
+{
+protected:
+    German()
+    {
+        QSettings().clear();
+        loaded = translations.install(QStringLiteral("de")).isEmpty();
+        window = std::make_unique<QlumTavelin>(QlumTavelinServices());
+    }
+    // Mnemonics of the actions with a text, those that several share.
+    static QStringList sharedMnemonics(const QMenu& menu)
+    {
+        QMultiHash<QString, QString> found;
+        for (const QAction* action : menu.actions()) {
+            const int at = action->text().indexOf(QLatin1Char('&'));
+            if (at >= 0 && action->isVisible())
+                found.insert(action->text().mid(at + 1, 1).toLower(), action->text());
+        }
+        QStringList shared;
+        for (const QString& letter : found.uniqueKeys())
+            if (found.count(letter) > 1)
+                shared << menu.title() + QStringLiteral(": ") +
+                              found.values(letter).join(QStringLiteral(" / "));
+        return shared;
+    }
+
+    QlumTranslations translations;
+    bool loaded = false;
+    std::unique_ptr<QlumTavelin> window;
+};
+} // namespace
+
+TEST_F(German, WindowAndDocumentsOfEveryTypeHaveNoEnglishText)
+{
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(window->menuBar()->actions().constFirst()->text(), QStringLiteral("&Datei"));
+    auto* documents = window->findChild<QlumDocumentArea*>();
+    for (const char* type :
+         {"Data Access View", "Data Logger View", "Event View", "GDS View (Push Model)", "History Trend View",
+          "Image Viewer", "Performance View", "Server Diagnostics View"})
+        ASSERT_NE(documents->add(QLatin1String(type), QStringLiteral("Dokument")), nullptr) << type;
+    const QSet<QString> english = textsToBeTranslated();
+    ASSERT_GT(english.size(), 1000);
+    QSet<QString> left;
+    for (const QWidget* widget : window->findChildren<QWidget*>())
+        for (const QString& text : textsOf(*widget))
+            if (english.contains(text))
+                left.insert(text);
+    EXPECT_TRUE(left.isEmpty()) << QStringList(left.values()).join(QStringLiteral("\n")).toStdString();
+}
+
+TEST_F(German, TipsAreAsManyAsInEnglish)
+{
+    const auto tips = [](const QString& name) {
+        QFile file(QStringLiteral(":/tips/") + name);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text)) << name.toStdString();
+        QTextStream stream(&file);
+        stream.setCodec("UTF-8");
+        return QlumTipWindow::readTips(stream);
+    };
+    const QStringList german = tips(QStringLiteral("tips_de.txt"));
+    EXPECT_EQ(german.size(), tips(QStringLiteral("tips_en.txt")).size());
+    EXPECT_TRUE(german.contains(QlumTipWindow().currentText()));
+}
+
+TEST_F(German, NoLetterIsTwiceInAMenuOfTheWindow)
+{
+    QStringList shared;
+    for (const QMenu* menu : window->menuBar()->findChildren<QMenu*>())
+        shared << sharedMnemonics(*menu);
+    EXPECT_TRUE(shared.isEmpty()) << shared.join(QLatin1Char('\n')).toStdString();
+}
+
+// What the settings keep are words of the program, not of the language that it is shown in.
+TEST_F(German, SettingsKeepTheirKeysInAnyLanguage)
+{
+    QlumSettingsModel settings;
+    QlumSettingsDialog dialog(&settings);
+    auto* role = dialog.findChild<QComboBox*>(QStringLiteral("General.NewServerRole"));
+    ASSERT_NE(role, nullptr);
+    role->setCurrentIndex(0);
+    dialog.accept();
+    EXPECT_EQ(settings.value(QStringLiteral("General.NewServerRole")).toString(), QStringLiteral("Look"));
+}
+
+// The folders that a user fills: what is damaged there is told and leaves what the program has itself.
+TEST(Translations, DamagedFileIsToldAndALanguageNeedsOneFileOnly)
+{
+    const QTemporaryDir folder;
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(folder.path()));
+    const auto tip = [] { return QCoreApplication::translate("QlumTipWindow", "Tip of the day"); };
+    const auto write = [&](const QString& language, const QByteArray& content) {
+        QFile file(folder.filePath(QStringLiteral("tavelin_%1.qm").arg(language)));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    };
+    QFile own(QStringLiteral(":/translations/tavelin_de.qm"));
+    ASSERT_TRUE(own.open(QIODevice::ReadOnly));
+    const QByteArray german = own.readAll();
+    struct Case
+    {
+        const char* language;
+        QByteArray file; // empty for none
+        int problems;
+        const char* shown;
+    };
+    const Case cases[] = {{"fr", {}, 0, "Tip of the day"},
+                          {"fr", german.left(german.size() / 2), 1, "Tip of the day"},
+                          {"fr", german, 0, "Tipp des Tages"}, // whatever it says
+                          {"de", {}, 0, "Tipp des Tages"},
+                          {"de_AT", {}, 0, "Tipp des Tages"},
+                          {"de", QByteArray("no translation"), 1, "Tipp des Tages"},
+                          {"../../etc/passwd", {}, 0, "Tip of the day"}};
+    for (const Case& one : cases) {
+        const QString language = QLatin1String(one.language);
+        if (!one.file.isEmpty())
+            write(language, one.file);
+        QlumTranslations translations;
+        const QStringList problems = translations.install(language);
+        EXPECT_EQ(problems.size(), one.problems)
+            << one.language << problems.join(QLatin1Char(' ')).toStdString();
+        EXPECT_EQ(tip(), QLatin1String(one.shown)) << one.language << one.file.size();
+    }
+    EXPECT_EQ(tip(), QStringLiteral("Tip of the day")) << "they go with their owner";
+    QDir::setCurrent(before);
+}
+
+TEST(Translations, ListsAreReadWithTheTitlesOfTheLanguageTheyWereExportedIn)
+{
+    QlumTranslations translations;
+    ASSERT_TRUE(translations.install(QStringLiteral("de")).isEmpty());
+    for (const char* titles : {"Server;NodeId;Wert;Neuer Wert", "Server;Node Id;Value;New Value"}) {
+        const QlumNodeList list = qlumReadNodeList(QByteArray(titles) + "\nPLC;i=85;1;2\n");
+        SCOPED_TRACE(titles);
+        ASSERT_EQ(list.lines.size(), 1U);
+        EXPECT_EQ(list.lines.front().server + list.lines.front().text + list.lines.front().value,
+                  QStringLiteral("PLCi=852"));
+    }
+}
