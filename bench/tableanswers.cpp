@@ -3,15 +3,33 @@
 #include <opcua/opcua_statuscodes.h>
 #include <stack/encoding/messagecodec.h>
 
+#include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <optional>
-#include <utility>
 
 namespace opcua::bench {
 
+Bytes responseTo(const DecodedMessage& request, const OpcUa_EncodeableType& type,
+                 const std::function<void(void*)>& fill)
+{
+    void* response = OpcUa_EncodeableObject_Create(&type);
+    Bytes bytes;
+    if (response) {
+        static_cast<OpcUa_ResponseHeader*>(response)->RequestHandle = // every message begins with its header
+            static_cast<const OpcUa_RequestHeader*>(request.object)->RequestHandle;
+        fill(response);
+    }
+    if (!response || OpcUa_IsBad(encodeMessage(type, response, {}, bytes))) {
+        std::fprintf(stderr, "no answer of type %u could be made\n", type.TypeId);
+        std::abort();
+    }
+    OpcUa_EncodeableObject_Delete(&type, &response);
+    return bytes;
+}
+
 namespace {
 
-// Every request and every response begins with its header.
 std::optional<Bytes> answerTo(NodeTable& table, const Bytes& body)
 {
     DecodedMessage request;
@@ -20,16 +38,10 @@ std::optional<Bytes> answerTo(NodeTable& table, const Bytes& body)
     const OpcUa_EncodeableType* type = NodeTable::responseTypeOf(*request.type);
     if (!type)
         return std::nullopt;
-    void* response = OpcUa_EncodeableObject_Create(type);
-    if (!response)
-        std::abort();
-    auto& header = *static_cast<OpcUa_ResponseHeader*>(response);
-    header.RequestHandle = static_cast<const OpcUa_RequestHeader*>(request.object)->RequestHandle;
-    header.ServiceResult = table.answer(*request.type, request.object, response);
-    Bytes bytes;
-    const OpcUa_StatusCode status = encodeMessage(*type, response, {}, bytes);
-    OpcUa_EncodeableObject_Delete(type, &response);
-    return OpcUa_IsGood(status) ? std::optional(std::move(bytes)) : std::nullopt;
+    return responseTo(request, *type, [&](void* response) {
+        static_cast<OpcUa_ResponseHeader*>(response)->ServiceResult =
+            table.answer(*request.type, request.object, response);
+    });
 }
 
 } // namespace

@@ -84,7 +84,8 @@ bool Sink::Filling::select(Sink& sink)
         sink.m_raised = true;
         m_raised.push_back(sink.shared_from_this());
     }
-    return !sink.m_closed;
+    m_open = sink.m_closed ? nullptr : &sink;
+    return m_open != nullptr;
 }
 
 void Sink::Filling::change(Sink& sink, const SinkItem& item, const ItemChange& news)
@@ -113,6 +114,7 @@ void Sink::Filling::release()
     if (m_sink != nullptr)
         m_lock.unlock();
     m_sink = nullptr;
+    m_open = nullptr;
 }
 
 } // namespace monitoring

@@ -102,7 +102,7 @@ public:
         /// Takes the value.
         void put(Sink& sink, const SinkItem& item, OpcUa_DataValue& value, const Arrival& arrival = {})
         {
-            if (select(sink))
+            if (&sink == m_open || select(sink))
                 sink.putLocked(item, value, arrival);
         }
         /// Only sinks that keep incidents do something with it.
@@ -118,6 +118,7 @@ public:
         bool select(Sink& sink); ///< false for one that is closed
 
         Sink* m_sink = nullptr;
+        const Sink* m_open = nullptr; ///< the same, once it is known to take values
         HeldLock m_lock;
         std::vector<std::shared_ptr<Sink>> m_raised;
     };

@@ -2,6 +2,8 @@
 
 #include <app/api/qlumcalltimeout.h>
 
+#include <chrono>
+
 namespace {
 quint64 nextNumber()
 {
@@ -68,4 +70,14 @@ void QlumJob::postFunction(std::function<void()> function)
 {
     if (m_poster)
         m_poster(std::move(function));
+}
+
+// Who gives the job up may wait on the own thread until it has ended, so the answer alone is not waited for.
+bool QlumJob::waitFor(std::future<void>& answer) const
+{
+    constexpr auto pause = std::chrono::milliseconds(20);
+    while (answer.wait_for(pause) != std::future_status::ready)
+        if (isCancelled())
+            return false;
+    return !isCancelled();
 }

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <functional>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <type_traits>
@@ -78,11 +79,26 @@ public:
         auto held = std::make_shared<std::decay_t<Function>>(std::forward<Function>(function));
         postFunction([held] { (*held)(); });
     }
+    /// The same, and waits until the function has run: what is handed over in portions comes no faster than
+    /// it is taken. False when the job is to end, with which the function may still run, or never: it holds
+    /// what it needs.
+    template <typename Function>
+    [[nodiscard]] bool postAndWait(Function&& function)
+    {
+        const auto ran = std::make_shared<std::promise<void>>();
+        std::future<void> answer = ran->get_future();
+        post([held = std::forward<Function>(function), ran]() mutable {
+            held();
+            ran->set_value();
+        });
+        return waitFor(answer);
+    }
 
 private:
     friend class QlumJobPool;
 
     void postFunction(std::function<void()> function);
+    [[nodiscard]] bool waitFor(std::future<void>& answer) const;
 
     const std::shared_ptr<QlumJobProgress> m_progress;
     std::function<void(std::function<void()>)> m_poster; ///< set by the pool

@@ -34,6 +34,11 @@ QlumDaModel::QlumDaModel(QlumApplicationInterface& application, QObject* parent,
                      parent),
       m_application(application), m_clock(clock ? std::move(clock) : [] { return UaDateTime::now().value(); })
 {
+    const auto forget = [this] { m_isSummaryOld = true; };
+    for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(this, change, this, forget);
+    connect(this, &QAbstractItemModel::modelReset, this, forget);
+    connect(this, &QAbstractItemModel::dataChanged, this, forget);
 }
 
 // ---- rows
@@ -206,20 +211,30 @@ QlumDaServer QlumDaModel::server(unsigned int serverId) const
     return found == m_servers.end() ? QlumDaServer() : found->second;
 }
 
-QlumDaModel::Summary QlumDaModel::summary() const
+void QlumDaModel::summariseRows() const
 {
-    Summary summary;
+    m_summary = {};
+    m_ages.clear();
     std::set<unsigned int> ids;
     unsigned int latest = qlumNoServer; // neighbours are of one server as a rule
     for (const QlumDataItem& item : rows()) {
         if (item.serverId != latest && item.serverId != qlumNoServer)
             ids.insert(item.serverId);
         latest = item.serverId;
-        summary.waiting += item.state == QlumDataState::Waiting ? 1 : 0;
-        if (item.received != 0 && (summary.oldest == 0 || item.received < summary.oldest))
-            summary.oldest = item.received;
+        m_summary.waiting += item.state == QlumDataState::Waiting ? 1 : 0;
+        if (item.received != 0)
+            m_ages.renew(0, item.received);
     }
-    summary.servers.assign(ids.begin(), ids.end());
+    m_summary.servers.assign(ids.begin(), ids.end());
+    m_isSummaryOld = false;
+}
+
+QlumDaModel::Summary QlumDaModel::summary() const
+{
+    if (m_isSummaryOld)
+        summariseRows();
+    Summary summary = m_summary;
+    summary.oldest = m_ages.oldest();
     return summary;
 }
 
@@ -239,7 +254,8 @@ void QlumDaModel::takeValue(quint32 key, UaDataValue& value, quint32 merged, Opc
     if (row < 0)
         return;
     QlumDataItem& item = quietRow(row);
-    std::swap(item.value, value);
+    item.value = std::move(value);
+    m_ages.renew(item.received, received);
     item.received = received;
     item.isFirst = std::exchange(item.awaitsFirst, false) && merged == 0;
     if (const OpcUa_DateTime sent = item.value.serverTimestamp().value(); sent != 0) {
@@ -250,8 +266,8 @@ void QlumDaModel::takeValue(quint32 key, UaDataValue& value, quint32 merged, Opc
     const bool isWhole = item.fieldPath.isEmpty() && item.indexRange.isEmpty();
     const std::optional<double> number = qlumDaNumber(isWhole ? item.value.value() : shownValue(item));
     if (number && std::isfinite(*number) && item.value.statusCode().isNotBad()) {
-        item.minimum = std::fmin(item.minimum, *number);
-        item.maximum = std::fmax(item.maximum, *number);
+        item.minimum = item.minimum <= *number ? item.minimum : *number; // also for none yet
+        item.maximum = item.maximum >= *number ? item.maximum : *number;
     }
     m_taken.push_back(key);
 }
@@ -280,6 +296,7 @@ void QlumDaModel::takeChange(quint32 key, const monitoring::ItemChange& change)
         break;
     }
     item.reason = change.status;
+    m_isSummaryOld = true;
     m_taken.push_back(key);
 }
 
@@ -290,6 +307,7 @@ void QlumDaModel::setWatched(quint32 key, monitoring::ItemId item)
         return;
     QlumDataItem& changed = quietRow(row);
     changed.watched = item;
+    m_isSummaryOld = true;
     if (item == 0 && (changed.state == QlumDataState::Watched || changed.state == QlumDataState::Refused ||
                       changed.state == QlumDataState::Read))
         changed.state = QlumDataState::Waiting;
@@ -299,13 +317,16 @@ void QlumDaModel::setState(quint32 key, QlumDataState state)
 {
     if (const int row = rowOf(key); row >= 0) {
         quietRow(row).state = state;
+        m_isSummaryOld = true;
         m_taken.push_back(key);
     }
 }
 
 void QlumDaModel::tellValues()
 {
-    emit valuesTaken(std::exchange(m_taken, {}));
+    const std::vector<quint32> taken = std::exchange(m_taken, {});
+    m_taken.reserve(taken.size()); // as many come again
+    emit valuesTaken(taken);
 }
 
 void QlumDaModel::resetCounts(const std::vector<quint32>& keys)
@@ -370,8 +391,14 @@ void QlumDaModel::setNewValues(QlumDaPart* part)
     m_newValues = part;
     if (part != nullptr)
         connect(part, &QlumDaPart::newValuesChanged, this, [this](const std::vector<quint32>& keys) {
-            const std::set<quint32> wanted(keys.begin(), keys.end());
-            changeRows([&wanted](QlumDataItem& item) { return wanted.contains(item.key); });
+            int first = rowCount(), last = -1;
+            for (const quint32 key : keys)
+                if (const int row = rowOf(key); row >= 0) {
+                    first = std::min(first, row);
+                    last = std::max(last, row);
+                }
+            if (last >= 0)
+                emit dataChanged(index(first, NewValue), index(last, NewValue));
         });
 }
 

@@ -3,6 +3,7 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlummodelinterface.h>
 #include <opcua/opcua_types.h>
+#include <plugins/dataaccess/qlumdaages.h>
 #include <plugins/dataaccess/qlumdataitem.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
@@ -19,6 +20,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -165,6 +167,12 @@ public:
 
     /// A value that came for a row, with so many before it that nobody saw. Call tellValues() after the last.
     void takeValue(quint32 key, UaDataValue& value, quint32 merged, OpcUa_DateTime received);
+    /// A value for the row comes soon: its memory is fetched meanwhile.
+    void expectValue(quint32 key) const
+    {
+        if (key < m_rowOf.size() && m_rowOf[key] >= 0 && m_rowOf[key] < rowCount())
+            fetch(rowAt(m_rowOf[key]));
+    }
     /// The time by the model's clock.
     [[nodiscard]] OpcUa_DateTime now() const { return m_clock(); }
     /// How much later the newest value of a row came than the quickest of its server: the clocks of the two
@@ -210,7 +218,7 @@ public:
         int waiting = 0;                   ///< rows for a connection, or for their turn
         OpcUa_DateTime oldest = 0; ///< when the oldest of the newest values came; 0 while there is none
     };
-    /// In one pass, since there may be very many.
+    /// Rows are looked at only when some have come, gone or got another state since the last time.
     [[nodiscard]] Summary summary() const;
 
     // ---- what others add
@@ -246,6 +254,13 @@ private:
     [[nodiscard]] static QString recoveryText(const QlumDaServer& server);
     [[nodiscard]] bool isOffline(const QlumDataItem& item) const;
     void indexRows() const;
+    void summariseRows() const;
+    static void fetch(const QlumDataItem& item)
+    {
+        constexpr std::size_t line = 64; // bytes
+        for (std::size_t offset = 0; offset < offsetof(QlumDataItem, attributeId); offset += line)
+            __builtin_prefetch(reinterpret_cast<const char*>(&item) + offset, 1);
+    }
 
     QlumApplicationInterface& m_application;
     const Clock m_clock;
@@ -261,6 +276,9 @@ private:
     mutable int m_indexed = 0;                            ///< rows when that was made
     std::map<unsigned int, OpcUa_DateTime> m_leastDelays; ///< between a server's clock and ours
     std::vector<quint32> m_taken;                         ///< since the last tellValues()
+    mutable Summary m_summary;                            ///< but for the oldest value
+    mutable QlumDaAges m_ages;                            ///< of the rows' values
+    mutable bool m_isSummaryOld = true;                   ///< and the ages, too
 };
 
 /// The number that a value is, for plots and extremes; nothing for what is none.

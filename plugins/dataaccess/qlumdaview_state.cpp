@@ -2,6 +2,7 @@
 #include <plugins/dataaccess/qlumdaview.h>
 
 #include <app/api/qlumapplicationinterface.h>
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumtext.h>
 #include <monitoring/watch.h>
@@ -51,9 +52,14 @@ void QlumDaView::paintValues(const std::vector<quint32>& keys)
     std::vector<std::pair<quint32, int>> seen;
     for (int row = first; row <= last; ++row)
         seen.emplace_back(m_filter->index(row, 0).data(QlumDaModel::KeyRole).toUInt(), row);
+    if (seen.empty())
+        return;
     std::sort(seen.begin(), seen.end());
+    const quint32 least = seen.front().first, most = seen.back().first;
     int top = last + 1, bottom = -1;
     for (const quint32 key : keys) {
+        if (key < least || key > most)
+            continue; // of most rows, and there may be very many
         const auto place = std::lower_bound(seen.begin(), seen.end(), std::pair(key, 0));
         if (place == seen.end() || place->first != key)
             continue;
@@ -135,6 +141,7 @@ void QlumDaView::showTraffic()
     if (summary.oldest != 0)
         parts.append(tr("oldest value: %1").arg(qlumDaSpan(m_model->now() - summary.oldest)));
     m_traffic->setText(parts.join(QStringLiteral("  |  ")));
+    m_traffic->setToolTip(qlumPlainToolTip(parts.join(QLatin1Char('\n')))); // it may be longer than the line
 }
 
 // Of a call that costs the server next to nothing.

@@ -29,6 +29,7 @@ namespace {
 constexpr std::size_t portion = 5000; // rows that are asked for before the event loop runs again
 constexpr double ticksInMillisecond = 1e4;
 constexpr int leastReadInterval = 50;
+constexpr std::size_t ahead = 6; // values that come after one and are fetched for
 
 } // namespace
 
@@ -175,7 +176,10 @@ void QlumDaWatch::take()
     monitoring::LatestSink::Batch batch = m_sink->take();
     takeChanges(batch.changes);
     const OpcUa_DateTime now = m_model.now();
-    for (monitoring::LatestSink::Value& one : batch.values) {
+    for (std::size_t i = 0; i < batch.values.size(); ++i) {
+        if (i + ahead < batch.values.size())
+            m_model.expectValue(static_cast<quint32>(batch.values[i + ahead].key));
+        monitoring::LatestSink::Value& one = batch.values[i];
         m_model.takeValue(static_cast<quint32>(one.key), one.value, one.merged, now);
         m_traffic.values += 1u + one.merged;
         m_traffic.merged += one.merged;

@@ -302,6 +302,12 @@ size_t Reader::plainDataValues(OpcUa_DataValue* values, size_t count)
     return done;
 }
 
+// The same for one within a structure; null for another, of which nothing was read.
+const OpcUa_Byte* Reader::plainDataValue(const OpcUa_Byte* at, OpcUa_DataValue& value) const
+{
+    return static_cast<size_t>(m_end - at) < largestPlainDataValue ? nullptr : takePlainDataValue(at, value);
+}
+
 bool Reader::dataValue(OpcUa_DataValue& value)
 {
     if (plainDataValues(&value, 1) == 1)

@@ -68,6 +68,7 @@ private:
     bool localizedText(OpcUa_LocalizedText& value);
     bool dataValue(OpcUa_DataValue& value);
     size_t plainDataValues(OpcUa_DataValue* values, size_t count);
+    [[nodiscard]] const OpcUa_Byte* plainDataValue(const OpcUa_Byte* at, OpcUa_DataValue& value) const;
     bool stringIndex(bool present, OpcUa_Int32& index);
     bool diagnosticInfo(OpcUa_DiagnosticInfo& value);
 

@@ -291,6 +291,8 @@ inline const OpcUa_Byte* Reader::plainField(const OpcUa_Byte* at, OpcUa_Byte kin
     }
     case OpcUaType_LocalizedText:
         return plainLocalizedText(at, *static_cast<OpcUa_LocalizedText*>(target));
+    case OpcUaType_DataValue:
+        return plainDataValue(at, *static_cast<OpcUa_DataValue*>(target));
     default:
         return nullptr;
     }

@@ -65,10 +65,8 @@ public:
 
     void clear() noexcept
     {
-        if (m_data) {
-            UaElement<T>::clear(m_data, m_length);
-            OpcUa_Memory_Free(m_data);
-        }
+        if (m_data)
+            UaElement<T>::destroy(m_data, m_length);
         m_data = nullptr;
         m_length = 0;
     }

@@ -28,13 +28,6 @@ UaString UaDataValue::toString() const
     return wrapped.toString();
 }
 
-void UaDataValue::attach(OpcUa_DataValue* value) noexcept
-{
-    m_value.attach(&value->Value);
-    takeScalars(*value);
-    OpcUa_DataValue_Initialize(value);
-}
-
 OpcUa_StatusCode UaDataValue::detach(OpcUa_DataValue* destination) noexcept
 {
     fillScalars(destination);
@@ -57,13 +50,4 @@ void UaDataValue::fillScalars(OpcUa_DataValue* destination) const noexcept
     destination->ServerTimestamp = m_serverTimestamp.value();
     destination->SourcePicoseconds = m_sourcePicoseconds;
     destination->ServerPicoseconds = m_serverPicoseconds;
-}
-
-void UaDataValue::takeScalars(const OpcUa_DataValue& value) noexcept
-{
-    m_statusCode = value.StatusCode;
-    m_sourceTimestamp = UaDateTime(value.SourceTimestamp);
-    m_serverTimestamp = UaDateTime(value.ServerTimestamp);
-    m_sourcePicoseconds = value.SourcePicoseconds;
-    m_serverPicoseconds = value.ServerPicoseconds;
 }

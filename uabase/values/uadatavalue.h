@@ -2,6 +2,7 @@
 #pragma once
 
 #include <uabase/values/uadatetime.h>
+#include <uabase/values/uaelement.h>
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
@@ -34,7 +35,12 @@ public:
 
     /// attach takes over and leaves a null value; detach hands over into raw memory; copyTo copies into raw
     /// memory.
-    void attach(OpcUa_DataValue* value) noexcept;
+    void attach(OpcUa_DataValue* value) noexcept
+    {
+        m_value.attach(&value->Value);
+        takeScalars(*value);
+        UaElement<OpcUa_DataValue>::initialize(value, 1);
+    }
     [[nodiscard]] OpcUa_StatusCode detach(OpcUa_DataValue* destination) noexcept;
     [[nodiscard]] OpcUa_StatusCode copyTo(OpcUa_DataValue* destination) const noexcept;
 
@@ -42,7 +48,14 @@ public:
 
 private:
     void fillScalars(OpcUa_DataValue* destination) const noexcept;
-    void takeScalars(const OpcUa_DataValue& value) noexcept;
+    void takeScalars(const OpcUa_DataValue& value) noexcept
+    {
+        m_statusCode = value.StatusCode;
+        m_sourceTimestamp = UaDateTime(value.SourceTimestamp);
+        m_serverTimestamp = UaDateTime(value.ServerTimestamp);
+        m_sourcePicoseconds = value.SourcePicoseconds;
+        m_serverPicoseconds = value.ServerPicoseconds;
+    }
 
     UaVariant m_value;
     UaStatusCode m_statusCode;

@@ -1,4 +1,5 @@
-// Life cycle of the stack's structures, one traits class for each kind of element.
+// Life cycle of the stack's structures, one traits class for each kind of element. destroy() clears elements
+// and frees the block that they fill.
 #pragma once
 
 #include <opcua/opcua_builtintypes.h>
@@ -20,6 +21,7 @@ struct UaTrivialElement
         std::memcpy(destination, source, count * sizeof(T));
         return 0;
     }
+    static void destroy(T* data, std::size_t) noexcept { OpcUa_Memory_Free(data); }
 };
 
 /// Elements of a built-in type that own memory.
@@ -37,6 +39,22 @@ struct UaBuiltInElement
     [[nodiscard]] static OpcUa_StatusCode copy(const T* source, T* destination, std::size_t count) noexcept
     {
         return OpcUa_BuiltInType_CopyArray(BuiltInType, source, destination, count);
+    }
+    static void destroy(T* data, std::size_t count) noexcept
+    {
+        clear(data, count);
+        OpcUa_Memory_Free(data);
+    }
+};
+
+/// The same for those whose null value is zero in all bytes: values come in such numbers that a call for each
+/// would count.
+template <typename T, OpcUa_Byte BuiltInType>
+struct UaZeroedElement : UaBuiltInElement<T, BuiltInType>
+{
+    static void initialize(T* data, std::size_t count) noexcept
+    {
+        std::memset(static_cast<void*>(data), 0, count * sizeof(T));
     }
 };
 
@@ -64,6 +82,11 @@ struct UaEncodeableElement
             clear(destination, count);
         return status;
     }
+    static void destroy(T* data, std::size_t count) noexcept
+    {
+        void* block = data;
+        OpcUa_EncodeableObject_DeleteArray(&Type, &block, count);
+    }
 };
 
 /// Chosen by the element's type: initialize, clear (leaves initialised elements) and deep copy (the
@@ -75,21 +98,21 @@ struct UaElement : UaTrivialElement<T>
                   "this structure needs a UaElement specialisation, see uabase/uaarrays.h");
 };
 
-#define UA_BUILT_IN_ELEMENT(Type)                                                                            \
+#define UA_BUILT_IN_ELEMENT(Type, Traits)                                                                    \
     template <>                                                                                              \
-    struct UaElement<OpcUa_##Type> : UaBuiltInElement<OpcUa_##Type, OpcUaType_##Type>                        \
+    struct UaElement<OpcUa_##Type> : Traits<OpcUa_##Type, OpcUaType_##Type>                                  \
     {                                                                                                        \
     };
 
-UA_BUILT_IN_ELEMENT(String)
-UA_BUILT_IN_ELEMENT(ByteString)
-UA_BUILT_IN_ELEMENT(NodeId)
-UA_BUILT_IN_ELEMENT(ExpandedNodeId)
-UA_BUILT_IN_ELEMENT(QualifiedName)
-UA_BUILT_IN_ELEMENT(LocalizedText)
-UA_BUILT_IN_ELEMENT(ExtensionObject)
-UA_BUILT_IN_ELEMENT(DataValue)
-UA_BUILT_IN_ELEMENT(Variant)
-UA_BUILT_IN_ELEMENT(DiagnosticInfo)
+UA_BUILT_IN_ELEMENT(String, UaBuiltInElement)
+UA_BUILT_IN_ELEMENT(ByteString, UaBuiltInElement)
+UA_BUILT_IN_ELEMENT(NodeId, UaZeroedElement)
+UA_BUILT_IN_ELEMENT(ExpandedNodeId, UaBuiltInElement)
+UA_BUILT_IN_ELEMENT(QualifiedName, UaBuiltInElement)
+UA_BUILT_IN_ELEMENT(LocalizedText, UaBuiltInElement)
+UA_BUILT_IN_ELEMENT(ExtensionObject, UaBuiltInElement)
+UA_BUILT_IN_ELEMENT(DataValue, UaZeroedElement)
+UA_BUILT_IN_ELEMENT(Variant, UaZeroedElement)
+UA_BUILT_IN_ELEMENT(DiagnosticInfo, UaBuiltInElement)
 
 #undef UA_BUILT_IN_ELEMENT

@@ -22,7 +22,7 @@ bool uaHoldsMemory(const OpcUa_NodeId& value) noexcept
     }
 }
 
-bool uaHoldsMemory(const OpcUa_Variant& value) noexcept
+bool uaHoldsBlocks(const OpcUa_Variant& value) noexcept
 {
     if (value.ArrayType != OpcUa_VariantArrayType_Scalar)
         return value.Value.Array.Data != nullptr || value.Value.Array.Dimensions != nullptr;

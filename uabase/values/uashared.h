@@ -79,7 +79,13 @@ private:
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_String& value) noexcept;
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_ByteString& value) noexcept;
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_NodeId& value) noexcept;
-[[nodiscard]] bool uaHoldsMemory(const OpcUa_Variant& value) noexcept;
+[[nodiscard]] bool uaHoldsBlocks(const OpcUa_Variant& value) noexcept; ///< one that is no plain number
+[[nodiscard]] inline bool uaHoldsMemory(const OpcUa_Variant& value) noexcept
+{
+    const bool isNumber =
+        value.ArrayType == OpcUa_VariantArrayType_Scalar && value.Datatype < OpcUaType_String;
+    return !isNumber && uaHoldsBlocks(value);
+}
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_ExtensionObject& value) noexcept;
 [[nodiscard]] bool uaHoldsMemory(const OpcUa_DiagnosticInfo& value) noexcept;
 
@@ -135,16 +141,16 @@ public:
     {
         const C taken = *value;
         UaElement<C>::initialize(value, 1);
-        clear();
-        if (uaHoldsMemory(taken)) {
-            C handed = taken;
-            m_owner = UaSharedPtr<Owned>::make(handed);
-            if (!m_owner) {
-                UaElement<C>::clear(&handed, 1);
-                return;
-            }
-        }
+        m_owner.reset();
         m_view = taken;
+        if (!uaHoldsMemory(taken))
+            return;
+        C handed = taken;
+        m_owner = UaSharedPtr<Owned>::make(handed);
+        if (m_owner)
+            return;
+        UaElement<C>::initialize(&m_view, 1);
+        UaElement<C>::clear(&handed, 1);
     }
     /// Hands the value over (destination is raw memory) and becomes null; copies only when shared.
     /// BadOutOfMemory leaves the null value in destination.

@@ -27,20 +27,50 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <set>
+#include <span>
 #include <utility>
+#include <vector>
 
 namespace {
 constexpr qint64 maximumFileSize = 64LL * 1024 * 1024;
 const QLatin1String listTopic("list");
+constexpr std::size_t linesOfPortion = 2000; // that the GUI thread takes in one turn
 
 bool isFound(const QlumFoundNode& node)
 {
     return node.reason.isEmpty() && !node.nodeId.isNull();
 }
 } // namespace
+
+struct QlumListPart::Given
+{
+    QlumNodeList list;
+    std::map<QString, unsigned int> servers; // by the names in the list; the empty one is the usual server
+};
+
+// Lines on their way to staged values.
+struct QlumListPart::Portion
+{
+    struct Line
+    {
+        Node node;
+        quint32 row = 0; // 0: one of those that are added
+        QString text;
+    };
+
+    std::vector<QlumDataItem> added; // rows that there are none of yet
+    std::vector<Node> nodes;         // of those
+    std::vector<quint32> keys;       // of those, once they are there
+    std::vector<Line> lines;
+    std::vector<QlumStagedRow> faults;
+};
 
 QlumListPart::QlumListPart(QlumDaHost& host, QlumStagedPart& staged) : m_host(host), m_staged(staged)
 {
@@ -95,19 +125,22 @@ void QlumListPart::tellFault(const QString& what, const QString& why)
 void QlumListPart::read(const QByteArray& bytes, const QString& path, Purpose purpose)
 {
     const auto function = [this, bytes, path, purpose](QlumJob& job) {
-        QlumNodeList list;
+        const auto given = std::make_shared<Given>();
+        QlumNodeList& list = given->list;
         const QByteArray content = path.isEmpty() ? bytes : contentOf(path, list.fault);
         if (list.fault.isEmpty())
             list = qlumReadNodeList(content, [&job](qint64 done, qint64 total) {
                 job.setProgress(done, total);
                 return !job.isCancelled();
             });
+        for (const QlumNodeLine& line : list.lines)
+            given->servers.emplace(line.server, qlumNoServer);
         if (job.isCancelled())
             return;
-        job.post([this, list = std::move(list), purpose] {
+        job.post([this, given, purpose] {
             // the user may be asked, which is not to be done in the middle of the pool
             QMetaObject::invokeMethod(
-                this, [this, list, purpose] { take(list, purpose); }, Qt::QueuedConnection);
+                this, [this, given, purpose] { take(given, purpose); }, Qt::QueuedConnection);
         });
     };
     m_host.pool().add({tr("Reading a list of nodes"), qlumNoServer}, function);
@@ -125,33 +158,43 @@ QByteArray QlumListPart::contentOf(const QString& path, QString& fault)
     return fault.isEmpty() ? file.readAll() : QByteArray();
 }
 
-void QlumListPart::take(const QlumNodeList& list, Purpose purpose)
+void QlumListPart::take(const std::shared_ptr<Given>& given, Purpose purpose)
 {
+    const QlumNodeList& list = given->list;
     const bool lacksValues = purpose == Purpose::Values && list.fault.isEmpty() && !list.hasValues;
     if (!list.fault.isEmpty() || lacksValues)
         return tellFault(tr("Nothing was taken from the list."),
                          lacksValues ? tr("It has no column with values.") : list.fault);
-    QHash<QString, unsigned int> servers;
     for (const unsigned int id : m_host.application().projectServerIds())
-        servers.insert(m_host.application().serverName(id), id);
-    Lines lines;
-    lines.reserve(list.lines.size());
+        if (const auto named = given->servers.find(m_host.application().serverName(id));
+            named != given->servers.end())
+            named->second = id;
     const QPointer<QlumListPart> guard(this);
-    unsigned int usual = qlumNoServer;
-    bool isAsked = false;
-    for (const QlumNodeLine& line : list.lines) {
-        Wanted& wanted = lines.emplace_back();
-        wanted.line = line;
+    if (const auto usual = given->servers.find(QString()); usual != given->servers.end()) {
         bool isGivenUp = false;
-        if (line.server.isEmpty() && !std::exchange(isAsked, true))
-            usual = usualServer(isGivenUp);
+        usual->second = usualServer(isGivenUp);
         if (isGivenUp || !guard)
             return; // the view may go while the user is asked
-        wanted.serverId = line.server.isEmpty() ? usual : servers.value(line.server, qlumNoServer);
+    }
+    std::set<unsigned int> servers;
+    for (const auto& [name, id] : given->servers)
+        servers.insert(id);
+    find(
+        servers, [given] { return linesOf(*given); }, purpose, list.remark);
+}
+
+QlumListPart::Lines QlumListPart::linesOf(const Given& given)
+{
+    Lines lines;
+    lines.reserve(given.list.lines.size());
+    for (const QlumNodeLine& line : given.list.lines) {
+        Wanted& wanted = lines.emplace_back();
+        wanted.line = line;
+        wanted.serverId = given.servers.at(line.server);
         if (wanted.serverId == qlumNoServer)
             wanted.found.reason = tr("The project has no server \"%1\".").arg(line.server);
     }
-    find(std::move(lines), purpose, list.remark);
+    return lines;
 }
 
 // The one that is worked with; only where that is open the user is asked.
@@ -179,17 +222,17 @@ unsigned int QlumListPart::usualServer(bool& isGivenUp)
     return isChosen ? all.at(names.indexOf(name)) : qlumNoServer;
 }
 
-void QlumListPart::find(Lines lines, Purpose purpose, const QString& remark)
+// The lines are made by the job, since there may be very many.
+void QlumListPart::find(const std::set<unsigned int>& servers, std::function<Lines()> makeLines,
+                        Purpose purpose, const QString& remark)
 {
-    std::set<unsigned int> servers;
-    for (const Wanted& wanted : lines)
-        servers.insert(wanted.serverId);
-    servers.erase(qlumNoServer);
-    const QlumWork work{tr("Looking for the nodes of a list"),
-                        servers.size() == 1 ? *servers.begin() : qlumNoServer};
-    const auto function = [this, lines = std::move(lines), services = m_host.services(), servers, purpose,
-                           remark](QlumJob& job) mutable {
-        for (const unsigned int id : servers) {
+    std::set<unsigned int> ids = servers;
+    ids.erase(qlumNoServer);
+    const QlumWork work{tr("Looking for the nodes of a list"), ids.size() == 1 ? *ids.begin() : qlumNoServer};
+    const auto function = [this, makeLines = std::move(makeLines), services = m_host.services(), ids, purpose,
+                           remark](QlumJob& job) {
+        Lines lines = makeLines();
+        for (const unsigned int id : ids) {
             std::vector<std::size_t> places;
             std::vector<QString> texts;
             for (std::size_t i = 0; i < lines.size(); ++i)
@@ -210,11 +253,28 @@ void QlumListPart::find(Lines lines, Purpose purpose, const QString& remark)
         for (Wanted& wanted : lines)
             wanted.item = itemFor(wanted);
         if (!job.isCancelled())
-            job.post([this, lines = std::move(lines), purpose, remark]() mutable {
-                finish(lines, purpose, remark);
-            });
+            handOver(job, lines, purpose, remark);
     };
     m_host.pool().add(work, function);
+}
+
+void QlumListPart::handOver(QlumJob& job, Lines& lines, Purpose purpose, const QString& remark)
+{
+    if (purpose == Purpose::Values)
+        return stage(job, lines);
+    int unresolved = 0;
+    QString first;
+    for (const Wanted& wanted : lines)
+        if (wanted.item.state == QlumDataState::Unresolved && ++unresolved == 1)
+            first = tr("Line %1, \"%2\": %3")
+                        .arg(QString::number(wanted.line.line), wanted.line.text, wanted.item.problem);
+    job.post([this, unresolved, total = lines.size(), first, remark] {
+        tellRows(unresolved, total, first, remark);
+    });
+    if (purpose == Purpose::Rows)
+        addRows(job, lines);
+    else
+        job.post([this, lines = std::move(lines)]() mutable { replaceRows(lines); });
 }
 
 // ---- rows
@@ -246,24 +306,34 @@ QlumDataItem QlumListPart::itemFor(const Wanted& wanted)
     return item;
 }
 
-void QlumListPart::finish(Lines& lines, Purpose purpose, const QString& remark)
+void QlumListPart::addRows(QlumJob& job, Lines& lines)
 {
-    if (purpose == Purpose::Values) {
-        stage(lines);
-        return;
+    job.setText(tr("Adding the rows of a list"));
+    for (std::size_t begin = 0; begin < lines.size(); begin += linesOfPortion) {
+        job.setProgress(static_cast<qint64>(begin), static_cast<qint64>(lines.size()));
+        const std::size_t end = std::min(begin + linesOfPortion, lines.size());
+        std::vector<QlumDataItem> items;
+        items.reserve(end - begin);
+        for (std::size_t i = begin; i < end; ++i)
+            items.push_back(std::move(lines[i].item));
+        if (!job.postAndWait([this, items = std::move(items)]() mutable {
+                static_cast<void>(m_host.addItems(std::move(items)));
+            }))
+            return;
     }
-    tellRows(lines, remark);
+}
+
+void QlumListPart::replaceRows(Lines& lines)
+{
     std::vector<QlumDataItem> items;
     std::vector<quint32> replaced;
-    items.reserve(lines.size());
     for (Wanted& wanted : lines) {
-        if (purpose == Purpose::Again && wanted.item.state == QlumDataState::Unresolved) {
+        if (wanted.item.state == QlumDataState::Unresolved) {
             const QString& problem = wanted.item.problem;
             m_host.model().changeItem(wanted.row, [&problem](QlumDataItem& row) { row.problem = problem; });
             continue;
         }
-        if (purpose == Purpose::Again)
-            replaced.push_back(wanted.row);
+        replaced.push_back(wanted.row);
         items.push_back(std::move(wanted.item));
     }
     m_host.model().removeKeys(replaced);
@@ -271,27 +341,15 @@ void QlumListPart::finish(Lines& lines, Purpose purpose, const QString& remark)
         static_cast<void>(m_host.addItems(std::move(items)));
 }
 
-void QlumListPart::tellRows(const Lines& lines, const QString& remark)
+void QlumListPart::tellRows(int unresolved, std::size_t total, const QString& first, const QString& remark)
 {
-    int unresolved = 0;
-    QString first;
-    for (const Wanted& wanted : lines) {
-        const QlumDataItem& item = wanted.item;
-        if (item.state != QlumDataState::Unresolved)
-            continue;
-        ++unresolved;
-        if (first.isEmpty())
-            first = tr("Line %1, \"%2\": %3")
-                        .arg(QString::number(wanted.line.line), wanted.line.text, item.problem);
-    }
     if (unresolved == 0 && remark.isEmpty()) {
         m_host.dismiss(listTopic);
         return;
     }
     const QString what =
-        unresolved > 0
-            ? tr("%1 of %2 lines name no variable; their rows say why.").arg(unresolved).arg(lines.size())
-            : tr("%n row(s) were added.", nullptr, static_cast<int>(lines.size()));
+        unresolved > 0 ? tr("%1 of %2 lines name no variable; their rows say why.").arg(unresolved).arg(total)
+                       : tr("%n row(s) were added.", nullptr, static_cast<int>(total));
     m_host.tell({QlumMessage::Warning,
                  listTopic,
                  what,
@@ -319,60 +377,110 @@ void QlumListPart::lookAgain()
             wanted.found.reason = item.problem;
         }
     }
+    std::set<unsigned int> servers;
+    for (const Wanted& wanted : lines)
+        servers.insert(wanted.serverId);
     if (!lines.empty())
-        find(std::move(lines), Purpose::Again, {});
+        find(servers, [lines = std::move(lines)] { return lines; }, Purpose::Again, {});
 }
 
 // ---- values
 
-void QlumListPart::stage(const Lines& lines)
+// The GUI thread only takes what the job has sorted out, some lines at a time.
+void QlumListPart::stage(QlumJob& job, Lines& lines)
 {
-    std::map<std::pair<unsigned int, UaNodeId>, quint32> known;
-    for (const QlumDataItem& item : m_host.model().rows())
-        if (item.fieldPath.isEmpty() && item.indexRange.isEmpty() &&
-            item.attributeId == OpcUa_Attributes_Value)
-            known.emplace(std::pair(item.serverId, item.nodeId), item.key);
-    std::vector<QlumDataItem> items;
-    std::vector<std::pair<unsigned int, UaNodeId>> added;
+    job.setText(tr("Staging the values of a list"));
+    const auto present = std::make_shared<std::vector<std::pair<Node, quint32>>>();
+    if (!job.postAndWait([this, present] { *present = nodesOfRows(); }))
+        return;
+    RowOfNode rows(present->begin(), present->end());
     std::vector<QlumStagedRow> faults;
-    for (const Wanted& wanted : lines) {
-        QlumDataItem item = wanted.item;
-        const std::pair node(item.serverId, item.nodeId);
+    std::size_t done = 0;
+    while (done < lines.size() && !job.isCancelled()) {
+        const std::size_t count = std::min(linesOfPortion, lines.size() - done);
+        const auto portion =
+            std::make_shared<Portion>(portionOf(std::span(lines).subspan(done, count), rows));
+        if (!job.postAndWait([this, portion] { stagePortion(*portion); }))
+            break;
+        for (std::size_t i = 0; i < portion->keys.size(); ++i)
+            rows[portion->nodes[i]] = portion->keys[i];
+        std::move(portion->faults.begin(), portion->faults.end(), std::back_inserter(faults));
+        done += count;
+        job.setProgress(static_cast<qint64>(done), static_cast<qint64>(lines.size()));
+    }
+    for (std::size_t begin = 0; begin < faults.size() && !job.isCancelled(); begin += linesOfPortion) {
+        const auto from = faults.begin() + static_cast<std::ptrdiff_t>(begin);
+        const auto count = static_cast<std::ptrdiff_t>(std::min(linesOfPortion, faults.size() - begin));
+        static_cast<void>(
+            job.postAndWait([this, some = std::vector(from, from + count)] { m_staged.stageFaults(some); }));
+    }
+    job.post(
+        [this, done, total = lines.size(), faults = std::move(faults)] { tellStaged(done, total, faults); });
+}
+
+QlumListPart::Portion QlumListPart::portionOf(std::span<Wanted> lines, RowOfNode& rows)
+{
+    Portion portion;
+    for (Wanted& wanted : lines) {
+        QlumDataItem& item = wanted.item;
+        const Node node(item.serverId, item.nodeId);
         if (item.state == QlumDataState::Unresolved || !wanted.line.hasValue) {
-            QlumStagedRow& fault = faults.emplace_back();
+            QlumStagedRow& fault = portion.faults.emplace_back();
             fault.place = wanted.line.text;
             fault.server = wanted.line.server;
             fault.given = wanted.line.value;
             fault.isText = fault.isChecked = true;
             fault.fault =
                 item.problem.isEmpty() ? tr("Line %1 has no value.").arg(wanted.line.line) : item.problem;
-        } else if (known.emplace(node, 0).second) {
-            added.push_back(node);
-            items.push_back(std::move(item));
+            continue;
         }
+        if (rows.emplace(node, 0).second) {
+            portion.nodes.push_back(node);
+            portion.added.push_back(std::move(item));
+        }
+        portion.lines.push_back({node, rows[node], wanted.line.value});
     }
-    const std::vector<quint32> keys =
-        items.empty() ? std::vector<quint32>() : m_host.addItems(std::move(items));
-    for (std::size_t i = 0; i < keys.size() && i < added.size(); ++i)
-        known[added[i]] = keys[i];
+    return portion;
+}
+
+std::vector<std::pair<QlumListPart::Node, quint32>> QlumListPart::nodesOfRows() const
+{
+    std::vector<std::pair<Node, quint32>> nodes;
+    for (const QlumDataItem& item : m_host.model().rows())
+        if (item.fieldPath.isEmpty() && item.indexRange.isEmpty() &&
+            item.attributeId == OpcUa_Attributes_Value)
+            nodes.emplace_back(Node(item.serverId, item.nodeId), item.key);
+    return nodes;
+}
+
+void QlumListPart::stagePortion(Portion& portion)
+{
+    if (!portion.added.empty())
+        portion.keys = m_host.addItems(std::move(portion.added));
+    RowOfNode added;
+    for (std::size_t i = 0; i < portion.keys.size(); ++i)
+        added.emplace(portion.nodes[i], portion.keys[i]);
     QlumStagedPart::Texts texts;
-    for (const Wanted& wanted : lines) {
-        const QlumDataItem& item = wanted.item;
-        if (item.state != QlumDataState::Unresolved && wanted.line.hasValue)
-            texts.emplace_back(known[{item.serverId, item.nodeId}], wanted.line.value);
-    }
+    texts.reserve(portion.lines.size());
+    for (const Portion::Line& line : portion.lines)
+        texts.emplace_back(line.row != 0 ? line.row : added[line.node], line.text);
     m_staged.stageTexts(texts);
-    m_staged.stageFaults(faults);
+}
+
+void QlumListPart::tellStaged(std::size_t staged, std::size_t total, const std::vector<QlumStagedRow>& faults)
+{
     m_staged.show();
-    if (faults.empty())
-        m_host.dismiss(listTopic);
-    else
-        m_host.tell({QlumMessage::Warning,
-                     listTopic,
-                     tr("%1 of %2 lines cannot be staged; the list of staged values says why.")
-                         .arg(faults.size())
-                         .arg(lines.size()),
-                     faults.front().fault,
-                     {},
-                     nullptr});
+    const bool isCut = staged < total;
+    if (!isCut && faults.empty())
+        return m_host.dismiss(listTopic);
+    m_host.tell(
+        {QlumMessage::Warning,
+         listTopic,
+         isCut ? tr("Only the first %1 of %2 lines were staged; you have stopped it.").arg(staged).arg(total)
+               : tr("%1 of %2 lines cannot be staged; the list of staged values says why.")
+                     .arg(faults.size())
+                     .arg(total),
+         faults.empty() ? QString() : faults.front().fault,
+         {},
+         nullptr});
 }

@@ -2,14 +2,24 @@
 #include <plugins/dataaccess/parts/qlumnodelist.h>
 #include <plugins/dataaccess/qlumdapart.h>
 #include <plugins/dataaccess/qlumdataitem.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 
 #include <QByteArray>
 #include <QString>
 
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <span>
+#include <utility>
 #include <vector>
 
+class QlumJob;
 class QlumStagedPart;
+struct QlumStagedRow;
 
 /// Rows from lists of nodes: pasted ones, files, and files with new values.
 class QlumListPart final : public QlumDaPart
@@ -38,18 +48,35 @@ private:
     using Lines = std::vector<Wanted>;
     enum class Purpose { Rows, Values, Again };
 
+    struct Given; ///< what a list brings, and whom it names
+    struct Portion;
+    using Node = std::pair<unsigned int, UaNodeId>;
+    using RowOfNode = std::map<Node, quint32>;
+
     void makeCommands();
     void load(Purpose purpose);
     void read(const QByteArray& bytes, const QString& path, Purpose purpose);
     [[nodiscard]] static QByteArray contentOf(const QString& path, QString& fault);
-    void take(const QlumNodeList& list, Purpose purpose);
+    void take(const std::shared_ptr<Given>& given, Purpose purpose);
     void tellFault(const QString& what, const QString& why);
     [[nodiscard]] unsigned int usualServer(bool& isGivenUp);
-    void find(Lines lines, Purpose purpose, const QString& remark);
-    void finish(Lines& lines, Purpose purpose, const QString& remark);
+    [[nodiscard]] static Lines linesOf(const Given& given);
+    void find(const std::set<unsigned int>& servers, std::function<Lines()> lines, Purpose purpose,
+              const QString& remark);
     [[nodiscard]] static QlumDataItem itemFor(const Wanted& wanted);
-    void stage(const Lines& lines);
-    void tellRows(const Lines& lines, const QString& remark);
+
+    // ---- on a job's thread
+    void handOver(QlumJob& job, Lines& lines, Purpose purpose, const QString& remark);
+    void addRows(QlumJob& job, Lines& lines);
+    void stage(QlumJob& job, Lines& lines);
+    [[nodiscard]] static Portion portionOf(std::span<Wanted> lines, RowOfNode& rows);
+
+    // ---- on the GUI thread
+    [[nodiscard]] std::vector<std::pair<Node, quint32>> nodesOfRows() const;
+    void stagePortion(Portion& portion);
+    void replaceRows(Lines& lines);
+    void tellStaged(std::size_t staged, std::size_t total, const std::vector<QlumStagedRow>& faults);
+    void tellRows(int unresolved, std::size_t total, const QString& first, const QString& remark);
 
     QlumDaHost& m_host;
     QlumStagedPart& m_staged;

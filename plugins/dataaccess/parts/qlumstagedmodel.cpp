@@ -11,7 +11,6 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 namespace {
@@ -85,8 +84,10 @@ const QlumStagedRow* QlumStagedModel::findKey(quint64 key) const
     return place < 0 ? nullptr : &rowAt(place);
 }
 
+// The index grows with the rows: lists are staged in many portions.
 std::vector<quint64> QlumStagedModel::stage(std::vector<QlumStagedRow> staged)
 {
+    const int before = rowCount();
     std::vector<quint64> keys;
     std::vector<quint32> items;
     std::vector<QlumStagedRow> added;
@@ -94,35 +95,40 @@ std::vector<quint64> QlumStagedModel::stage(std::vector<QlumStagedRow> staged)
         row.write.key = ++m_lastKey;
         keys.push_back(row.write.key);
         items.push_back(row.item);
-        const int place = row.item == 0 ? -1 : m_rowOfItem.value(row.item, -1);
-        if (place >= rowCount()) // twice in one portion: the last one counts
-            added[static_cast<std::size_t>(place - rowCount())] = std::move(row);
-        else if (place >= 0)
-            change(place, [&row](QlumStagedRow& old) { old = std::move(row); });
-        else {
+        const int present = row.item == 0 ? -1 : m_rowOfItem.value(row.item, -1);
+        const int place = present < 0 ? before + static_cast<int>(added.size()) : present;
+        m_rowOfKey.insert(row.write.key, place);
+        if (present < 0) {
             if (row.item != 0)
-                m_rowOfItem.insert(row.item, rowCount() + static_cast<int>(added.size()));
+                m_rowOfItem.insert(row.item, place);
             added.push_back(std::move(row));
+        } else if (place >= before) { // twice in one portion: the last one counts
+            QlumStagedRow& earlier = added[static_cast<std::size_t>(place - before)];
+            m_rowOfKey.remove(earlier.write.key);
+            earlier = std::move(row);
+        } else {
+            m_rowOfKey.remove(rowAt(place).write.key);
+            change(place, [&row](QlumStagedRow& old) { old = std::move(row); });
         }
     }
     append(std::move(added));
-    indexRows();
     tellItems(items);
     return keys;
 }
 
 void QlumStagedModel::discardRows(std::vector<int> places)
 {
-    std::sort(places.begin(), places.end(), std::greater<>());
+    std::sort(places.begin(), places.end());
     places.erase(std::unique(places.begin(), places.end()), places.end());
-    std::vector<quint32> items;
-    std::deque<QlumStagedRow> kept = rows();
-    for (const int place : places) {
-        items.push_back(rowAt(place).item);
-        kept.erase(kept.begin() + place);
-    }
-    if (items.empty())
+    if (places.empty())
         return;
+    std::vector<quint32> items;
+    std::deque<QlumStagedRow> kept;
+    for (int place = 0; place < rowCount(); ++place)
+        if (std::binary_search(places.begin(), places.end(), place))
+            items.push_back(rowAt(place).item);
+        else
+            kept.push_back(rowAt(place));
     reset(std::move(kept));
     indexRows();
     tellItems(items);

@@ -31,6 +31,7 @@
 #include <QVector>
 
 #include <algorithm>
+#include <deque>
 #include <map>
 #include <set>
 #include <span>
@@ -39,14 +40,6 @@
 namespace {
 constexpr std::size_t contextsPerStep = 200;
 const QLatin1String stagedTopic("staged");
-
-// A staged value whose node is to be described.
-struct ToDescribe
-{
-    quint64 key = 0;
-    UaNodeId nodeId;
-};
-using ByServer = std::map<unsigned int, std::vector<ToDescribe>>;
 
 struct Described
 {
@@ -57,10 +50,10 @@ struct Described
 
 // A reader for each portion: what the GUI thread has got is not read further.
 std::vector<Described> describe(QlumJob& job, const std::shared_ptr<QlumSessionServices>& session,
-                                std::span<const ToDescribe> wanted)
+                                std::span<const QlumToDescribe> wanted)
 {
     std::vector<UaNodeId> nodes;
-    for (const ToDescribe& one : wanted)
+    for (const QlumToDescribe& one : wanted)
         nodes.push_back(one.nodeId);
     std::vector<QlumValueContext> contexts;
     UaStatus status(OpcUa_BadNotConnected);
@@ -194,8 +187,57 @@ void QlumStagedPart::show()
 
 void QlumStagedPart::readContexts(const std::vector<quint64>& keys)
 {
-    ByServer wanted;
-    for (const quint64 key : keys) {
+    std::set<unsigned int> servers;
+    for (const quint64 key : keys)
+        if (const QlumStagedRow* row = m_page->model().findKey(key); row != nullptr && !row->isChecked) {
+            m_toDescribe[row->write.serverId].push_back(key);
+            servers.insert(row->write.serverId);
+        }
+    for (const unsigned int serverId : servers)
+        if (m_describing.insert(serverId).second)
+            startDescribing(serverId);
+}
+
+// The job asks for one portion after the other, so that there may be very many.
+void QlumStagedPart::startDescribing(unsigned int serverId)
+{
+    const auto function = [this, serverId, services = m_host.services()](QlumJob& job) {
+        qint64 done = 0;
+        std::vector<Described> results;
+        do {
+            struct Turn
+            {
+                std::vector<Described> results;
+                std::vector<QlumToDescribe> next;
+                qint64 left = 0;
+            };
+            const auto turn = std::make_shared<Turn>();
+            turn->results = std::exchange(results, {});
+            const bool isTaken = job.postAndWait([this, serverId, turn] {
+                for (const Described& one : turn->results)
+                    takeDescription(one.key, one.context, one.fault);
+                turn->next = nextToDescribe(serverId);
+                turn->left = static_cast<qint64>(m_toDescribe[serverId].size());
+            });
+            if (!isTaken || (turn->next.empty() && turn->left == 0))
+                return;
+            if (!turn->next.empty())
+                results = describe(job, services(serverId), turn->next);
+            done += static_cast<qint64>(turn->next.size());
+            job.setProgress(done, done + turn->left);
+        } while (!job.isCancelled());
+    };
+    m_host.pool().add({tr("Looking at staged values"), serverId}, function,
+                      [this, serverId](QlumWorkEnd end) { described(serverId, end); });
+}
+
+std::vector<QlumToDescribe> QlumStagedPart::nextToDescribe(unsigned int serverId)
+{
+    std::deque<quint64>& keys = m_toDescribe[serverId];
+    std::vector<QlumToDescribe> next;
+    for (std::size_t looked = 0; looked < contextsPerStep && !keys.empty(); ++looked) {
+        const quint64 key = keys.front();
+        keys.pop_front();
         const QlumStagedRow* row = m_page->model().findKey(key);
         if (row == nullptr || row->isChecked)
             continue;
@@ -203,27 +245,9 @@ void QlumStagedPart::readContexts(const std::vector<quint64>& keys)
         if (item != nullptr && item->state == QlumDataState::NamespaceGone) // its id would mean another node
             m_page->model().setFault(key, tr("The namespace of its node is not known yet."));
         else
-            wanted[row->write.serverId].push_back({key, item ? item->nodeId : row->write.nodeId});
+            next.push_back({key, item ? item->nodeId : row->write.nodeId});
     }
-    for (auto& [serverId, nodes] : wanted) {
-        ++m_describing[serverId];
-        const auto function = [this, serverId = serverId, nodes = std::move(nodes),
-                               services = m_host.services()](QlumJob& job) {
-            for (std::size_t begin = 0; begin < nodes.size() && !job.isCancelled();
-                 begin += contextsPerStep) {
-                const std::size_t count = std::min(contextsPerStep, nodes.size() - begin);
-                job.setProgress(static_cast<qint64>(begin), static_cast<qint64>(nodes.size()));
-                std::vector<Described> portion =
-                    describe(job, services(serverId), std::span(nodes).subspan(begin, count));
-                job.post([this, portion = std::move(portion)] {
-                    for (const Described& one : portion)
-                        takeDescription(one.key, one.context, one.fault);
-                });
-            }
-        };
-        m_host.pool().add({tr("Looking at staged values"), serverId}, function,
-                          [this, serverId = serverId](QlumWorkEnd) { described(serverId); });
-    }
+    return next;
 }
 
 void QlumStagedPart::takeDescription(quint64 key, const std::shared_ptr<const QlumValueContext>& context,
@@ -250,11 +274,13 @@ void QlumStagedPart::takeDescription(quint64 key, const std::shared_ptr<const Ql
         model.check(key, ofField, part);
 }
 
-// What the user wanted written meanwhile can be written now.
-void QlumStagedPart::described(unsigned int serverId)
+// More may have come when the job was ending. What the user wanted written meanwhile can be written now.
+void QlumStagedPart::described(unsigned int serverId, QlumWorkEnd end)
 {
-    if (--m_describing[serverId] <= 0)
-        m_describing.erase(serverId);
+    if (end == QlumWorkEnd::Done && !m_toDescribe[serverId].empty())
+        return startDescribing(serverId);
+    m_toDescribe.erase(serverId);
+    m_describing.erase(serverId);
     if (m_describing.empty() && m_wanted)
         apply(*std::exchange(m_wanted, std::nullopt));
 }
@@ -451,8 +477,10 @@ void QlumStagedPart::rowsDescribed()
 // What could not be looked at without a connection is looked at now.
 void QlumStagedPart::statusChanged(unsigned int serverId, QlumConnectionStatus status)
 {
-    if (status != QlumConnectionStatus::Connected || m_describing.contains(serverId))
-        return;
+    const auto queue = m_toDescribe.find(serverId);
+    const bool isQueued = queue != m_toDescribe.end() && !queue->second.empty();
+    if (status != QlumConnectionStatus::Connected || isQueued)
+        return; // a job that has taken the last of them may end just now, with what it could not find out
     std::vector<quint64> keys;
     for (const QlumStagedRow& row : m_page->model().rows())
         if (row.write.serverId == serverId && !row.isChecked)
@@ -463,6 +491,7 @@ void QlumStagedPart::statusChanged(unsigned int serverId, QlumConnectionStatus s
 void QlumStagedPart::serverRemoved(unsigned int serverId)
 {
     m_describing.erase(serverId);
+    m_toDescribe.erase(serverId);
     if (m_underWay.empty())
         return;
     m_page->model().loseServer(serverId, m_underWay);

@@ -1,9 +1,11 @@
 #pragma once
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumjobpool.h>
 #include <plugins/dataaccess/parts/qlumstagedmodel.h>
 #include <plugins/dataaccess/parts/qlumstagedwrite.h>
 #include <plugins/dataaccess/qlumdapart.h>
 #include <plugins/dataaccess/qlumdataitem.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 
@@ -13,9 +15,11 @@
 #include <QVariant>
 
 #include <atomic>
+#include <deque>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <utility>
 #include <vector>
@@ -23,6 +27,13 @@
 class QAction;
 class QSettings;
 class QlumStagedPage;
+
+/// A staged value whose node is to be described.
+struct QlumToDescribe
+{
+    quint64 key = 0; ///< of the staged value
+    UaNodeId nodeId;
+};
 
 /// Values that wait in the column "New Value" until the user has them written.
 class QlumStagedPart final : public QlumDaPart
@@ -66,9 +77,11 @@ private:
     void makeCommands();
     [[nodiscard]] QlumStagedRow rowFor(const QlumDataItem& item) const;
     void readContexts(const std::vector<quint64>& keys);
+    void startDescribing(unsigned int serverId);
+    [[nodiscard]] std::vector<QlumToDescribe> nextToDescribe(unsigned int serverId);
     void takeDescription(quint64 key, const std::shared_ptr<const QlumValueContext>& context,
                          const QString& fault);
-    void described(unsigned int serverId);
+    void described(unsigned int serverId, QlumWorkEnd end);
     [[nodiscard]] std::vector<QlumStagedWrite> placed(std::vector<QlumStagedWrite> writes) const;
     void run(std::vector<QlumStagedWrite> writes, bool isRevert);
     void finished();
@@ -86,6 +99,7 @@ private:
     bool m_withDoubts = false; ///< the same: also what the checks object to
     /// Rows whose field is not known yet; true: since they have no value.
     std::map<quint32, bool> m_openFields;
-    std::map<unsigned int, int> m_describing; ///< jobs that look at staged values, by server
-    std::optional<bool> m_wanted;             ///< to be written when they have: with doubts or without
+    std::map<unsigned int, std::deque<quint64>> m_toDescribe; ///< staged values to be looked at, by server
+    std::set<unsigned int> m_describing; ///< servers that a job looks at staged values of
+    std::optional<bool> m_wanted;        ///< to be written when they have: with doubts or without
 };

@@ -52,6 +52,14 @@ void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type, void** obje
     *object = nullptr;
 }
 
+void OpcUa_EncodeableObject_DeleteArray(const OpcUa_EncodeableType* type, void** objects, size_t count)
+{
+    if (type == nullptr || objects == nullptr)
+        return;
+    opcua::deleteElements({OpcUa_FieldKind_Structure, type}, *objects, count);
+    *objects = nullptr;
+}
+
 // ---- binary form
 
 OpcUa_StatusCode OpcUa_EncodeableObject_EncodeBinary(const OpcUa_EncodeableType* type, const void* object,

@@ -71,7 +71,8 @@ typedef struct OpcUa_EnumeratedType
 
 /// Life cycle of any structure, with the rules of the built-in types (opcua_builtintypes.h). object holds
 /// type->AllocationSize bytes. Create allocates and initialises, and is null when out of memory; Delete
-/// clears, frees and nulls the pointer. Copy answers Good, BadInvalidArgument or BadOutOfMemory.
+/// clears, frees and nulls the pointer; DeleteArray does it with a block of count objects. Copy answers Good,
+/// BadInvalidArgument or BadOutOfMemory.
 OPCUA_EXPORT void OpcUa_EncodeableObject_Initialize(const OpcUa_EncodeableType* type, void* object);
 OPCUA_EXPORT void OpcUa_EncodeableObject_Clear(const OpcUa_EncodeableType* type, void* object);
 OPCUA_NODISCARD OPCUA_EXPORT OpcUa_StatusCode OpcUa_EncodeableObject_Copy(const OpcUa_EncodeableType* type,
@@ -81,6 +82,8 @@ OPCUA_EXPORT int OpcUa_EncodeableObject_Compare(const OpcUa_EncodeableType* type
                                                 const void* right);
 OPCUA_EXPORT void* OpcUa_EncodeableObject_Create(const OpcUa_EncodeableType* type);
 OPCUA_EXPORT void OpcUa_EncodeableObject_Delete(const OpcUa_EncodeableType* type, void** object);
+OPCUA_EXPORT void OpcUa_EncodeableObject_DeleteArray(const OpcUa_EncodeableType* type, void** objects,
+                                                     size_t count);
 
 /// The table entry for a type of namespace 0; null when unknown. Tables are static and never change: any
 /// thread.

@@ -251,6 +251,31 @@ TEST_F(DaViewTest, ElementsBecomeRowsThatShowThemAlone)
     EXPECT_EQ(view->model().index(2, 0).data(M::KeyRole).toUInt(), item(2).key);
 }
 
+TEST_F(DaViewTest, TheOldestValueIsThatOfTheRowThatHasBeenSilentLongest)
+{
+    QlumDaModel model(application);
+    std::vector<QlumDataItem> items(3);
+    for (QlumDataItem& one : items)
+        one.serverId = 5;
+    const std::vector<quint32> keys = model.add(std::move(items));
+    const auto take = [&](std::size_t row, OpcUa_DateTime when) {
+        UaDataValue value(UaVariant(1.0));
+        model.takeValue(keys[row], value, 0, when);
+        return model.summary().oldest;
+    };
+    EXPECT_EQ(model.summary().oldest, 0) << "none has come";
+    take(0, 100);
+    take(1, 200);
+    EXPECT_EQ(take(2, 300), 100);
+    EXPECT_EQ(take(0, 400), 200);
+    model.removeKeys({keys[1]});
+    EXPECT_EQ(model.summary().oldest, 300);
+    EXPECT_EQ(take(2, 400), 400);
+    EXPECT_EQ(model.summary().waiting, 2);
+    model.setState(keys[0], QlumDataState::Watched);
+    EXPECT_EQ(model.summary().waiting, 1);
+}
+
 TEST_F(DaViewTest, OfManyRowsOnlyWhatIsTouchedChanges)
 {
     QlumDataSettings shown, other;

@@ -19,6 +19,7 @@
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
+#include <QByteArray>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
@@ -105,6 +106,20 @@ protected:
                     return action->trigger();
         FAIL() << "no command " << name;
     }
+    void loadNewValues(const QByteArray& content)
+    {
+        const QString path = lists.filePath("values.csv");
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        DialogDriver driver([&](QDialog& dialog) {
+            for (QLineEdit* line : dialog.findChildren<QLineEdit*>())
+                line->setText(path);
+            QMetaObject::invokeMethod(&dialog, "accept");
+        });
+        trigger("loadNewValues");
+    }
     void paste(const QString& text, const char* command)
     {
         QApplication::clipboard()->setText(text);
@@ -146,6 +161,7 @@ protected:
         return bar->isHidden() ? QString() : texts.join(" | ");
     }
 
+    const QTemporaryDir lists;
     PlantApplication application;
     std::shared_ptr<RoleServices> services = std::make_shared<RoleServices>();
     std::unique_ptr<QlumDaView> view;
@@ -244,24 +260,30 @@ TEST_F(DataAccessParts, RefusalsOfTheGuardShowAtTheRow)
 TEST_F(DataAccessParts, FilesOfValuesAreStagedForTheirNodes)
 {
     addRows();
-    QTemporaryDir folder;
-    const QString path = folder.filePath("values.csv");
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("Node Id;New Value\nnsu=urn:plant%3B1/north;i=4;44\n\"ns=2;i=2\";22\nns=2;i=99;1\n");
-    file.close();
-    DialogDriver driver([&](QDialog& dialog) {
-        for (QLineEdit* line : dialog.findChildren<QLineEdit*>())
-            line->setText(path);
-        QMetaObject::invokeMethod(&dialog, "accept");
-    });
-    trigger("loadNewValues");
+    loadNewValues("Node Id;New Value\nnsu=urn:plant%3B1/north;i=4;44\n\"ns=2;i=2\";22\nns=2;i=99;1\n");
     ASSERT_TRUE(waitForColumn(QlumDaModel::NewValue, "22\n\n44\n")) << column(QlumDaModel::NewValue);
     const QAbstractItemModel& staged = *table("stagedValues")->model();
-    EXPECT_EQ(column(staged, 4), "44\n22\n1\n") << "in the order of the file";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return column(staged, 4) == "44\n22\n1\n"; }))
+        << "in the order of the file, what cannot be staged at the end: " << column(staged, 4);
     const auto checks = [&] { return column(staged, 5); };
     EXPECT_TRUE(QTest::qWaitFor([&] { return checks() == "\n\nThe server has no such node.\n"; }))
         << checks();
+}
+
+// Its lines come in portions: a later one has to find the rows that earlier ones have made.
+TEST_F(DataAccessParts, OfALongListEachNodeHasOneRowAndItsLastValue)
+{
+    QByteArray list("Node Id;New Value\n");
+    for (int line = 1; line <= 4500; ++line)
+        list += "ns=2;i=" + QByteArray::number(2 + line % 3) + ';' + QByteArray::number(line) + '\n';
+    loadNewValues(list);
+    ASSERT_TRUE(waitForColumn(QlumDaModel::NewValue, "4498\n4499\n4500\n")) << column(QlumDaModel::NewValue);
+    EXPECT_EQ(view->model().rowCount(), 3);
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return column(*table("stagedValues")->model(), 4) == "4498\n4499\n4500\n"; }));
+    trigger("writeStaged");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return message().contains("3 of 3 values were written."); }))
+        << message();
 }
 
 TEST_F(DataAccessParts, SnapshotsAreComparedAndGivenBackAsStagedValues)

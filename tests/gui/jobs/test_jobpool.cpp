@@ -72,6 +72,31 @@ TEST_F(JobPool, ResultsArriveInOrderOnTheOwnThreadAndTheEndComesLast)
     EXPECT_TRUE(onOwnThread);
 }
 
+TEST_F(JobPool, PortionsComeOneByOneAndWhoWaitsForThemCanBeGivenUp)
+{
+    QStringList order;
+    pool.add(
+        {"portions", 5},
+        [&](QlumJob& job) {
+            for (int i = 0; i < 3; ++i)
+                if (job.postAndWait([&order, i] { order.append(QString::number(i)); }))
+                    job.post([&order] { order.append("taken"); });
+        });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return order.size() == 6; }));
+    EXPECT_EQ(order, (QStringList{"0", "taken", "1", "taken", "2", "taken"}));
+
+    bool isTaken = true;
+    pool.add({"given up", 5}, [&](QlumJob& job) {
+        begun.release();
+        isTaken = job.postAndWait([&order] { order.append("late"); });
+    });
+    begun.acquire();
+    pool.endServer(5); // waits on the thread that the job waits for
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(isTaken);
+    EXPECT_EQ(order.size(), 6);
+}
+
 TEST_F(JobPool, ResultsOfAnOlderRequestNeverArrive)
 {
     addGated("old");
