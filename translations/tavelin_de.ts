@@ -4636,6 +4636,764 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     </message>
 </context>
 <context>
+    <name>QlumDeviceClient</name>
+    <message>
+        <source>%1 is locked by %2. Nothing was written.</source>
+        <translation>%1 ist von %2 gesperrt. Es wurde nichts geschrieben.</translation>
+    </message>
+    <message>
+        <source>Reading a document</source>
+        <translation>Ein Dokument lesen</translation>
+    </message>
+    <message>
+        <source>Reading parameters back</source>
+        <translation>Parameter zurücklesen</translation>
+    </message>
+    <message>
+        <source>The lock of %1 could not be renewed: %2. Nothing was written.</source>
+        <translation>Die Sperre von %1 konnte nicht verlängert werden: %2. Es wurde nichts geschrieben.</translation>
+    </message>
+    <message>
+        <source>Writing parameters</source>
+        <translation>Parameter schreiben</translation>
+    </message>
+    <message>
+        <source>the server did not say what it came to</source>
+        <translation>der Server hat nicht gesagt, was daraus wurde</translation>
+    </message>
+    <message>
+        <source>the server&apos;s answer could not be read</source>
+        <translation>die Antwort des Servers konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>there are more results than are kept</source>
+        <translation>es gibt mehr Ergebnisse, als behalten werden</translation>
+    </message>
+    <message>
+        <source>you have cancelled; the device may go on by itself</source>
+        <translation>Sie haben abgebrochen; das Gerät macht vielleicht von selbst weiter</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDeviceDifferenceDialog</name>
+    <message>
+        <source>&amp;Take Over</source>
+        <translation>Ü&amp;bernehmen</translation>
+    </message>
+    <message>
+        <source>Differences</source>
+        <translation>Unterschiede</translation>
+    </message>
+    <message>
+        <source>Marks the chosen values as changed; they are written with the command Write</source>
+        <translation>Kennzeichnet die gewählten Werte als geändert; geschrieben werden sie mit dem Befehl „Schreiben“</translation>
+    </message>
+    <message>
+        <source>There is no difference.</source>
+        <translation>Es gibt keinen Unterschied.</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDeviceDocumentPage</name>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Save As...</source>
+        <translation>&amp;Speichern unter...</translation>
+    </message>
+    <message>
+        <source>Document</source>
+        <translation>Dokument</translation>
+    </message>
+    <message>
+        <source>Documents of the device</source>
+        <translation>Dokumente des Geräts</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>Save the document to a file</source>
+        <translation>Das Dokument in eine Datei speichern</translation>
+    </message>
+    <message>
+        <source>Show an image or a text here, or a page of the web in the browser</source>
+        <translation>Ein Bild oder einen Text hier zeigen, eine Webseite im Browser</translation>
+    </message>
+    <message>
+        <source>The device has no documents.</source>
+        <translation>Das Gerät hat keine Dokumente.</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Wo</translation>
+    </message>
+    <message>
+        <source>on the server, of the device</source>
+        <translation>auf dem Server, vom Gerät</translation>
+    </message>
+    <message>
+        <source>on the server, of the device&apos;s type</source>
+        <translation>auf dem Server, vom Typ des Geräts</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDeviceLockBar</name>
+    <message>
+        <source>%1 is locked by %2%3.</source>
+        <translation>%1 ist gesperrt von %2%3.</translation>
+    </message>
+    <message>
+        <source>%1 is locked by you%2.</source>
+        <translation>%1 ist von Ihnen gesperrt%2.</translation>
+    </message>
+    <message>
+        <source>%1 is not locked.</source>
+        <translation>%1 ist nicht gesperrt.</translation>
+    </message>
+    <message>
+        <source>&amp;Break Lock...</source>
+        <translation>Sperre auf&amp;brechen...</translation>
+    </message>
+    <message>
+        <source>&amp;Lock</source>
+        <translation>&amp;Sperren</translation>
+    </message>
+    <message>
+        <source>&amp;Unlock</source>
+        <translation>&amp;Freigeben</translation>
+    </message>
+    <message>
+        <source>, for %1 s more unless it is renewed</source>
+        <translation>, noch %1 s, wenn nicht verlängert wird</translation>
+    </message>
+    <message>
+        <source>End the lock of somebody else; servers let administrators do that</source>
+        <translation>Die Sperre eines anderen beenden; Server erlauben das Administratoren</translation>
+    </message>
+    <message>
+        <source>Let others change the device again</source>
+        <translation>Andere das Gerät wieder ändern lassen</translation>
+    </message>
+    <message>
+        <source>Lock the device, so that nobody else changes it meanwhile</source>
+        <translation>Das Gerät sperren, damit es inzwischen niemand anderes ändert</translation>
+    </message>
+    <message>
+        <source>Whether %1 is locked cannot be read.</source>
+        <translation>Ob %1 gesperrt ist, kann nicht gelesen werden.</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDeviceMethodPage</name>
+    <message>
+        <source>%1 was not called.</source>
+        <translation>%1 wurde nicht aufgerufen.</translation>
+    </message>
+    <message>
+        <source>&amp;Call...</source>
+        <translation>&amp;Aufrufen...</translation>
+    </message>
+    <message>
+        <source>Call the selected method of the device</source>
+        <translation>Die gewählte Methode des Geräts aufrufen</translation>
+    </message>
+    <message>
+        <source>Groups</source>
+        <translation>Gruppen</translation>
+    </message>
+    <message>
+        <source>Method</source>
+        <translation>Methode</translation>
+    </message>
+    <message>
+        <source>Methods of the device</source>
+        <translation>Methoden des Geräts</translation>
+    </message>
+    <message>
+        <source>The device has no methods.</source>
+        <translation>Das Gerät hat keine Methoden.</translation>
+    </message>
+    <message>
+        <source>There is no tool that calls methods.</source>
+        <translation>Es gibt kein Werkzeug, das Methoden aufruft.</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDeviceTransferPage</name>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>A&amp;bbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;From Device</source>
+        <translation>&amp;Vom Gerät</translation>
+    </message>
+    <message>
+        <source>&amp;To Device</source>
+        <translation>&amp;Zum Gerät</translation>
+    </message>
+    <message>
+        <source>Ask for no more results</source>
+        <translation>Keine weiteren Ergebnisse abfragen</translation>
+    </message>
+    <message>
+        <source>Done: %1 parameters, %2 of them refused.</source>
+        <translation>Fertig: %1 Parameter, davon %2 abgelehnt.</translation>
+    </message>
+    <message>
+        <source>Good</source>
+        <translation>Gut</translation>
+    </message>
+    <message>
+        <source>Have the server fetch the parameters of the device</source>
+        <translation>Den Server die Parameter des Geräts holen lassen</translation>
+    </message>
+    <message>
+        <source>Not finished after %1 parameters: %2.</source>
+        <translation>Nach %1 Parametern nicht fertig: %2.</translation>
+    </message>
+    <message>
+        <source>Parameter</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Results of the transfer</source>
+        <translation>Ergebnisse der Übertragung</translation>
+    </message>
+    <message>
+        <source>Send the parameters that the server has to the device</source>
+        <translation>Die Parameter, die der Server hat, an das Gerät senden</translation>
+    </message>
+    <message>
+        <source>What the device says of each parameter appears here.</source>
+        <translation>Hier erscheint, was das Gerät zu jedem Parameter sagt.</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDeviceTreeModel</name>
+    <message>
+        <source>Connected to: %1</source>
+        <translation>Verbunden mit: %1</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Gerät</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Gesundheit</translation>
+    </message>
+    <message>
+        <source>Lock</source>
+        <translation>Sperre</translation>
+    </message>
+    <message>
+        <source>Locked by %1</source>
+        <translation>Gesperrt von %1</translation>
+    </message>
+    <message>
+        <source>Missing: %1</source>
+        <translation>Fehlt: %1</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>locked</source>
+        <translation>gesperrt</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDeviceWords</name>
+    <message>
+        <source>Asset id</source>
+        <translation>Asset-Id</translation>
+    </message>
+    <message>
+        <source>Component name</source>
+        <translation>Komponentenname</translation>
+    </message>
+    <message>
+        <source>Device class</source>
+        <translation>Geräteklasse</translation>
+    </message>
+    <message>
+        <source>Device manual</source>
+        <translation>Gerätehandbuch</translation>
+    </message>
+    <message>
+        <source>Device revision</source>
+        <translation>Geräterevision</translation>
+    </message>
+    <message>
+        <source>Hardware revision</source>
+        <translation>Hardwarerevision</translation>
+    </message>
+    <message>
+        <source>Manufacturer</source>
+        <translation>Hersteller</translation>
+    </message>
+    <message>
+        <source>Manufacturer URI</source>
+        <translation>Hersteller-URI</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>Modell</translation>
+    </message>
+    <message>
+        <source>Product code</source>
+        <translation>Produktcode</translation>
+    </message>
+    <message>
+        <source>Product instance URI</source>
+        <translation>Produktinstanz-URI</translation>
+    </message>
+    <message>
+        <source>Revision counter</source>
+        <translation>Revisionszähler</translation>
+    </message>
+    <message>
+        <source>Serial number</source>
+        <translation>Seriennummer</translation>
+    </message>
+    <message>
+        <source>Software revision</source>
+        <translation>Softwarerevision</translation>
+    </message>
+    <message>
+        <source>Somebody works on the device: its values are not valid for the time being.</source>
+        <translation>Am Gerät wird gearbeitet: Seine Werte gelten vorerst nicht.</translation>
+    </message>
+    <message>
+        <source>The device does not tell its health.</source>
+        <translation>Das Gerät nennt seine Gesundheit nicht.</translation>
+    </message>
+    <message>
+        <source>The device has failed: its values are not valid.</source>
+        <translation>Das Gerät ist ausgefallen: Seine Werte gelten nicht.</translation>
+    </message>
+    <message>
+        <source>The device works as it should.</source>
+        <translation>Das Gerät arbeitet, wie es soll.</translation>
+    </message>
+    <message>
+        <source>The device works outside of what it is made for: its values may be wrong.</source>
+        <translation>Das Gerät arbeitet außerhalb dessen, wofür es gemacht ist: Seine Werte können falsch sein.</translation>
+    </message>
+    <message>
+        <source>The values are valid, but the device has to be looked after soon.</source>
+        <translation>Die Werte gelten, aber das Gerät braucht bald Wartung.</translation>
+    </message>
+    <message>
+        <source>connection point</source>
+        <translation>Verbindungspunkt</translation>
+    </message>
+    <message>
+        <source>device</source>
+        <translation>Gerät</translation>
+    </message>
+    <message>
+        <source>features of devices</source>
+        <translation>Merkmale von Geräten</translation>
+    </message>
+    <message>
+        <source>group</source>
+        <translation>Gruppe</translation>
+    </message>
+    <message>
+        <source>network</source>
+        <translation>Netzwerk</translation>
+    </message>
+    <message>
+        <source>somebody</source>
+        <translation>jemand</translation>
+    </message>
+    <message>
+        <source>the device cannot be locked</source>
+        <translation>das Gerät kann nicht gesperrt werden</translation>
+    </message>
+    <message>
+        <source>the device cannot be reached</source>
+        <translation>das Gerät ist nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>the device could not be reached to the end</source>
+        <translation>das Gerät war nicht bis zum Ende erreichbar</translation>
+    </message>
+    <message>
+        <source>the device has to be locked first</source>
+        <translation>das Gerät muss zuerst gesperrt werden</translation>
+    </message>
+    <message>
+        <source>the device is locked by somebody else already</source>
+        <translation>das Gerät ist bereits von jemand anderem gesperrt</translation>
+    </message>
+    <message>
+        <source>the device is not locked</source>
+        <translation>das Gerät ist nicht gesperrt</translation>
+    </message>
+    <message>
+        <source>the device is not locked by this session</source>
+        <translation>das Gerät ist nicht von dieser Sitzung gesperrt</translation>
+    </message>
+    <message>
+        <source>the device is not locked by this session any more</source>
+        <translation>das Gerät ist nicht mehr von dieser Sitzung gesperrt</translation>
+    </message>
+    <message>
+        <source>the server does not know this transfer any more</source>
+        <translation>der Server kennt diese Übertragung nicht mehr</translation>
+    </message>
+    <message>
+        <source>the server has refused it with the status %1</source>
+        <translation>der Server hat es mit dem Status %1 abgelehnt</translation>
+    </message>
+    <message>
+        <source>the transfer failed for a reason that is not known</source>
+        <translation>die Übertragung scheiterte aus unbekanntem Grund</translation>
+    </message>
+    <message>
+        <source>the transfer was cancelled</source>
+        <translation>die Übertragung wurde abgebrochen</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDevicesPlugin</name>
+    <message>
+        <source>&lt;b&gt;Devices View&lt;/b&gt;&lt;br&gt;Shows the devices of a server with their health, nameplates, parameters, methods and documents, and configures them.</source>
+        <translation>&lt;b&gt;Geräteansicht&lt;/b&gt;&lt;br&gt;Zeigt die Geräte eines Servers mit Gesundheit, Typenschildern, Parametern, Methoden und Dokumenten und stellt sie ein.</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDevicesView</name>
+    <message>
+        <source>%1 cannot be edited.</source>
+        <translation>%1 kann nicht bearbeitet werden.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be shown.</source>
+        <translation>%1 kann nicht gezeigt werden.</translation>
+    </message>
+    <message>
+        <source>%1 could not be read.</source>
+        <translation>%1 konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>%1 has more devices than are shown.</source>
+        <translation>%1 hat mehr Geräte, als gezeigt werden.</translation>
+    </message>
+    <message>
+        <source>%1 has no devices.</source>
+        <translation>%1 hat keine Geräte.</translation>
+    </message>
+    <message>
+        <source>%1 has no devices: it does not know the namespace %2.</source>
+        <translation>%1 hat keine Geräte: Er kennt den Namensraum %2 nicht.</translation>
+    </message>
+    <message>
+        <source>%1 is locked by %2.</source>
+        <translation>%1 ist von %2 gesperrt.</translation>
+    </message>
+    <message>
+        <source>%1 is locked by %2. Whoever that is may be changing the device just now.
+
+Break the lock?</source>
+        <translation>%1 ist von %2 gesperrt. Wer das ist, ändert das Gerät vielleicht gerade.
+
+Sperre aufbrechen?</translation>
+    </message>
+    <message>
+        <source>%1 is no address of the web; it may be a name under which it is found elsewhere.</source>
+        <translation>%1 ist keine Webadresse; vielleicht ein Name, unter dem es anderswo zu finden ist.</translation>
+    </message>
+    <message>
+        <source>%1 is saved in %2.</source>
+        <translation>%1 ist in %2 gespeichert.</translation>
+    </message>
+    <message>
+        <source>%1 knows the namespace of devices, but has no %2.</source>
+        <translation>%1 kennt den Namensraum von Geräten, hat aber kein %2.</translation>
+    </message>
+    <message>
+        <source>%1 lacks what every device must have: %2.</source>
+        <translation>%1 fehlt, was jedes Gerät haben muss: %2.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 values were not written; they stay changed and say why.</source>
+        <translation>%1 von %2 Werten wurden nicht geschrieben; sie bleiben geändert und sagen, warum.</translation>
+    </message>
+    <message>
+        <source>%1 was not locked.</source>
+        <translation>%1 wurde nicht gesperrt.</translation>
+    </message>
+    <message>
+        <source>%1 was not read.</source>
+        <translation>%1 wurde nicht gelesen.</translation>
+    </message>
+    <message>
+        <source>%1 was not saved.</source>
+        <translation>%1 wurde nicht gespeichert.</translation>
+    </message>
+    <message>
+        <source>%1 was not unlocked.</source>
+        <translation>%1 wurde nicht freigegeben.</translation>
+    </message>
+    <message>
+        <source>%1 was not written.</source>
+        <translation>%1 wurde nicht geschrieben.</translation>
+    </message>
+    <message>
+        <source>%1, as it was saved on %2, and what %3 has now:</source>
+        <translation>%1, wie am %2 gespeichert, und was %3 jetzt hat:</translation>
+    </message>
+    <message>
+        <source>&amp;Refresh</source>
+        <translation>Auf&amp;frischen</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Refresh&lt;/b&gt;&lt;br&gt;Reads devices, nameplates, health and locks again. Changed values stay.</source>
+        <translation>&lt;b&gt;Auffrischen&lt;/b&gt;&lt;br&gt;Liest Geräte, Typenschilder, Gesundheit und Sperren erneut. Geänderte Werte bleiben.</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Breaking the lock of %1</source>
+        <translation>Die Sperre von %1 aufbrechen</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Geräte</translation>
+    </message>
+    <message>
+        <source>Devices View</source>
+        <translation>Geräteansicht</translation>
+    </message>
+    <message>
+        <source>Documents</source>
+        <translation>Dokumente</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Filter devices and nameplates</source>
+        <translation>Geräte und Typenschilder filtern</translation>
+    </message>
+    <message>
+        <source>Left out, because they could not be read: %1</source>
+        <translation>Weggelassen, weil nicht lesbar: %1</translation>
+    </message>
+    <message>
+        <source>Load Parameter Set</source>
+        <translation>Parametersatz laden</translation>
+    </message>
+    <message>
+        <source>Lock the device first: a transfer needs it for itself.</source>
+        <translation>Sperren Sie zuerst das Gerät: Eine Übertragung braucht es für sich allein.</translation>
+    </message>
+    <message>
+        <source>Locking %1</source>
+        <translation>%1 sperren</translation>
+    </message>
+    <message>
+        <source>Methods</source>
+        <translation>Methoden</translation>
+    </message>
+    <message>
+        <source>Nameplates</source>
+        <translation>Typenschilder</translation>
+    </message>
+    <message>
+        <source>Nothing was written.</source>
+        <translation>Es wurde nichts geschrieben.</translation>
+    </message>
+    <message>
+        <source>Parameter sets (*.json);;All files (*)</source>
+        <translation>Parametersätze (*.json);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Parameters</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>Parts of the device</source>
+        <translation>Teile des Geräts</translation>
+    </message>
+    <message>
+        <source>Read the devices from the server again</source>
+        <translation>Die Geräte erneut vom Server lesen</translation>
+    </message>
+    <message>
+        <source>Reading device %1</source>
+        <translation>Gerät %1 lesen</translation>
+    </message>
+    <message>
+        <source>Reading devices</source>
+        <translation>Geräte lesen</translation>
+    </message>
+    <message>
+        <source>Reading document %1</source>
+        <translation>Dokument %1 lesen</translation>
+    </message>
+    <message>
+        <source>Reading parameters</source>
+        <translation>Parameter lesen</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>Select a server in the project to see its devices.</source>
+        <translation>Wählen Sie im Projekt einen Server, um seine Geräte zu sehen.</translation>
+    </message>
+    <message>
+        <source>Shows the devices that have this text, and those above them</source>
+        <translation>Zeigt die Geräte, die diesen Text haben, und die darüber</translation>
+    </message>
+    <message>
+        <source>Tavelin on %1</source>
+        <translation>Tavelin auf %1</translation>
+    </message>
+    <message>
+        <source>The connection was closed, and locks belong to it.</source>
+        <translation>Die Verbindung wurde geschlossen, und Sperren gehören zu ihr.</translation>
+    </message>
+    <message>
+        <source>The connection was lost and came back as a new session; locks belong to the old one. What you have changed is not written yet: lock the device again before you write.</source>
+        <translation>Die Verbindung ging verloren und kam als neue Sitzung zurück; Sperren gehören zur alten. Was Sie geändert haben, ist noch nicht geschrieben: Sperren Sie das Gerät wieder, bevor Sie schreiben.</translation>
+    </message>
+    <message>
+        <source>The device does not have: %1</source>
+        <translation>Das Gerät hat nicht: %1</translation>
+    </message>
+    <message>
+        <source>The devices could not be read.</source>
+        <translation>Die Geräte konnten nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The devices of a connected server appear here.</source>
+        <translation>Hier erscheinen die Geräte eines verbundenen Servers.</translation>
+    </message>
+    <message>
+        <source>The document cannot be opened.</source>
+        <translation>Das Dokument kann nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>The file has</source>
+        <translation>Die Datei hat</translation>
+    </message>
+    <message>
+        <source>The file is of a device of another type: %1</source>
+        <translation>Die Datei ist von einem Gerät anderen Typs: %1</translation>
+    </message>
+    <message>
+        <source>The file is of another device of this type: %1, serial number %2</source>
+        <translation>Die Datei ist von einem anderen Gerät dieses Typs: %1, Seriennummer %2</translation>
+    </message>
+    <message>
+        <source>The lock of %1 was not broken.</source>
+        <translation>Die Sperre von %1 wurde nicht aufgebrochen.</translation>
+    </message>
+    <message>
+        <source>The nameplates of all devices appear here.</source>
+        <translation>Hier erscheinen die Typenschilder aller Geräte.</translation>
+    </message>
+    <message>
+        <source>The parameters of %1 are saved in %2.</source>
+        <translation>Die Parameter von %1 sind in %2 gespeichert.</translation>
+    </message>
+    <message>
+        <source>The transfer of %1 was not finished.</source>
+        <translation>Die Übertragung von %1 wurde nicht beendet.</translation>
+    </message>
+    <message>
+        <source>The type has</source>
+        <translation>Der Typ hat</translation>
+    </message>
+    <message>
+        <source>There is no browser for %1.</source>
+        <translation>Für %1 gibt es keinen Browser.</translation>
+    </message>
+    <message>
+        <source>There is no connection to %1. Connect it to see its devices.</source>
+        <translation>Es gibt keine Verbindung zu %1. Verbinden Sie ihn, um seine Geräte zu sehen.</translation>
+    </message>
+    <message>
+        <source>There is no connection to %1: what is shown is what was read last.</source>
+        <translation>Es gibt keine Verbindung zu %1: Gezeigt wird das zuletzt Gelesene.</translation>
+    </message>
+    <message>
+        <source>There is no viewer for it.</source>
+        <translation>Dafür gibt es keinen Betrachter.</translation>
+    </message>
+    <message>
+        <source>This device offers no transfer.</source>
+        <translation>Dieses Gerät bietet keine Übertragung an.</translation>
+    </message>
+    <message>
+        <source>Transfer</source>
+        <translation>Übertragung</translation>
+    </message>
+    <message>
+        <source>Transfer from %1</source>
+        <translation>Übertragung von %1</translation>
+    </message>
+    <message>
+        <source>Transfer to %1</source>
+        <translation>Übertragung zu %1</translation>
+    </message>
+    <message>
+        <source>Unlocking %1</source>
+        <translation>%1 freigeben</translation>
+    </message>
+    <message>
+        <source>Where %1 differs from its type %2:</source>
+        <translation>Worin sich %1 von seinem Typ %2 unterscheidet:</translation>
+    </message>
+    <message>
+        <source>Writing parameters of %1</source>
+        <translation>Parameter von %1 schreiben</translation>
+    </message>
+    <message>
+        <source>Your lock of %1 is gone.</source>
+        <translation>Ihre Sperre von %1 ist weg.</translation>
+    </message>
+    <message>
+        <source>it is larger than files of this kind are</source>
+        <translation>sie ist größer, als solche Dateien sind</translation>
+    </message>
+    <message>
+        <source>reading...</source>
+        <translation>wird gelesen...</translation>
+    </message>
+    <message>
+        <source>working...</source>
+        <translation>in Arbeit...</translation>
+    </message>
+    <message>
+        <source>you have cancelled; the device may go on by itself</source>
+        <translation>Sie haben abgebrochen; das Gerät macht vielleicht von selbst weiter</translation>
+    </message>
+</context>
+<context>
     <name>QlumDiagnosis</name>
     <message>
         <source>%1 ms</source>
@@ -5055,6 +5813,21 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     <message>
         <source>Unit</source>
         <translation>Einheit</translation>
+    </message>
+</context>
+<context>
+    <name>QlumDifferenceTableModel</name>
+    <message>
+        <source>Parameter</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>Remark</source>
+        <translation>Bemerkung</translation>
+    </message>
+    <message>
+        <source>The device has</source>
+        <translation>Das Gerät hat</translation>
     </message>
 </context>
 <context>
@@ -8515,6 +9288,10 @@ Anwendungs-URI: %4</translation>
         <translation>Knoten &amp;einfügen</translation>
     </message>
     <message>
+        <source>Adding the rows of a list</source>
+        <translation>Die Zeilen einer Liste hinzufügen</translation>
+    </message>
+    <message>
         <source>Adds a row for each line of a CSV file with node ids or browse paths.</source>
         <translation>Fügt für jede Zeile einer CSV-Datei mit NodeIds oder Pfaden eine Zeile hinzu.</translation>
     </message>
@@ -8571,6 +9348,10 @@ Anwendungs-URI: %4</translation>
         <translation>Aus der Liste wurde nichts übernommen.</translation>
     </message>
     <message>
+        <source>Only the first %1 of %2 lines were staged; you have stopped it.</source>
+        <translation>Nur die ersten %1 von %2 Zeilen wurden vorgemerkt; Sie haben angehalten.</translation>
+    </message>
+    <message>
         <source>Reading a list of nodes</source>
         <translation>Eine Knotenliste lesen</translation>
     </message>
@@ -8581,6 +9362,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>Stages the values of a CSV file with the columns Node Id and Value. Nothing is written before you say so.</source>
         <translation>Merkt die Werte einer CSV-Datei mit den Spalten Node Id und Value vor. Geschrieben wird nichts, bevor Sie es sagen.</translation>
+    </message>
+    <message>
+        <source>Staging the values of a list</source>
+        <translation>Die Werte einer Liste vormerken</translation>
     </message>
     <message>
         <source>The project has no server &quot;%1&quot;.</source>
@@ -8798,6 +9583,10 @@ Anwendungs-URI: %4</translation>
         <translation>Wartet auf seinen Server</translation>
     </message>
     <message>
+        <source>Waits for the file</source>
+        <translation>Wartet auf die Datei</translation>
+    </message>
+    <message>
         <source>Watched</source>
         <translation>Überwacht</translation>
     </message>
@@ -9002,6 +9791,10 @@ Anwendungs-URI: %4</translation>
         <translation>Darüber hinaus werden die ältesten Datensätze gelöscht, und ein Vermerk in der Aufzeichnung sagt es.</translation>
     </message>
     <message>
+        <source>Both can be opened here again and plotted. SQLite finds a time and an item at once; CSV is for other programs, too.</source>
+        <translation>Beide lassen sich hier wieder öffnen und plotten. SQLite findet Zeit und Element sofort; CSV ist auch für andere Programme.</translation>
+    </message>
+    <message>
         <source>CSV files (*.csv)</source>
         <translation>CSV-Dateien (*.csv)</translation>
     </message>
@@ -9040,10 +9833,6 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>Recordings (*.sqlite)</source>
         <translation>Aufzeichnungen (*.sqlite)</translation>
-    </message>
-    <message>
-        <source>SQLite recordings can be opened here again, searched and plotted. CSV is for other programs.</source>
-        <translation>SQLite-Aufzeichnungen lassen sich hier wieder öffnen, durchsuchen und plotten. CSV ist für andere Programme.</translation>
     </message>
     <message>
         <source>SQLite, one file</source>
@@ -9231,8 +10020,8 @@ Anwendungs-URI: %4</translation>
         <translation>Die Aufzeichnung pausiert, weil die Festplatte fast voll ist.</translation>
     </message>
     <message>
-        <source>Recordings (*.sqlite);;All files (*)</source>
-        <translation>Aufzeichnungen (*.sqlite);;Alle Dateien (*)</translation>
+        <source>Recordings (*.sqlite *.csv);;All files (*)</source>
+        <translation>Aufzeichnungen (*.sqlite *.csv);;Alle Dateien (*)</translation>
     </message>
     <message>
         <source>Records a note of yours with the time</source>
@@ -9344,6 +10133,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>&amp;Journal...</source>
         <translation>&amp;Journal...</translation>
+    </message>
+    <message>
+        <source>&amp;Keyboard Shortcuts...</source>
+        <translation>&amp;Tastenkürzel...</translation>
     </message>
     <message>
         <source>&amp;New</source>
@@ -9466,6 +10259,10 @@ Anwendungs-URI: %4</translation>
         <translation>&lt;b&gt;Journal&lt;/b&gt;&lt;br&gt;Zeigt, was auf Servern geändert wurde, wann, durch wen und mit welchem Ergebnis.</translation>
     </message>
     <message>
+        <source>&lt;b&gt;Keyboard Shortcuts&lt;/b&gt;&lt;br&gt;Lists all commands that have a key.</source>
+        <translation>&lt;b&gt;Tastenkürzel&lt;/b&gt;&lt;br&gt;Listet alle Befehle, die eine Taste haben.</translation>
+    </message>
+    <message>
         <source>&lt;b&gt;Manage Certificates&lt;/b&gt;&lt;br&gt;Tavelin&apos;s own certificate and those that it trusts or rejects.</source>
         <translation>&lt;b&gt;Zertifikate verwalten&lt;/b&gt;&lt;br&gt;Tavelins eigenes Zertifikat und die, denen es vertraut oder die es ablehnt.</translation>
     </message>
@@ -9500,6 +10297,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>&lt;b&gt;Report a bug&lt;/b&gt;&lt;br&gt;Prepares an e-mail with the versions of all parts.</source>
         <translation>&lt;b&gt;Fehler melden&lt;/b&gt;&lt;br&gt;Bereitet eine E-Mail mit den Versionen aller Teile vor.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Report for Support&lt;/b&gt;&lt;br&gt;Collects versions, settings, log and traces in one file, without passwords, and shows them before.</source>
+        <translation>&lt;b&gt;Bericht für den Support&lt;/b&gt;&lt;br&gt;Sammelt Versionen, Einstellungen, Protokoll und Traces in einer Datei, ohne Kennwörter, und zeigt sie vorher.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Save As&lt;/b&gt;&lt;br&gt;Writes the project to another file.</source>
@@ -9598,6 +10399,10 @@ Anwendungs-URI: %4</translation>
         <translation>Journal...</translation>
     </message>
     <message>
+        <source>Keyboard Shortcuts...</source>
+        <translation>Tastenkürzel...</translation>
+    </message>
+    <message>
         <source>Manage Certificates...</source>
         <translation>Zertifikate verwalten...</translation>
     </message>
@@ -9624,6 +10429,14 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>Remove Server</source>
         <translation>Server entfernen</translation>
+    </message>
+    <message>
+        <source>Report for &amp;Support...</source>
+        <translation>Be&amp;richt für den Support...</translation>
+    </message>
+    <message>
+        <source>Report for Support...</source>
+        <translation>Bericht für den Support...</translation>
     </message>
     <message>
         <source>Save &amp;As...</source>
@@ -10670,6 +11483,21 @@ Anwendungs-URI: %4</translation>
     </message>
 </context>
 <context>
+    <name>QlumNameplateModel</name>
+    <message>
+        <source>Device</source>
+        <translation>Gerät</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Gesundheit</translation>
+    </message>
+    <message>
+        <source>The model of devices wants this fact, but the server does not have it.</source>
+        <translation>Das Gerätemodell verlangt diese Angabe, aber der Server hat sie nicht.</translation>
+    </message>
+</context>
+<context>
     <name>QlumNetworkWatch</name>
     <message>
         <source>Changes of the network cannot be noticed any longer.</source>
@@ -11380,6 +12208,10 @@ Geben Sie die IP-Adresse ein:</translation>
         <translation>Dokument</translation>
     </message>
     <message>
+        <source>New %1</source>
+        <translation>%1 neu</translation>
+    </message>
+    <message>
         <source>Node</source>
         <translation>Knoten</translation>
     </message>
@@ -11394,6 +12226,203 @@ Geben Sie die IP-Adresse ein:</translation>
     <message>
         <source>Setting</source>
         <translation>Einstellung</translation>
+    </message>
+</context>
+<context>
+    <name>QlumParameterModel</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>Access</source>
+        <translation>Zugriff</translation>
+    </message>
+    <message>
+        <source>Changed, not written yet; the device has %1</source>
+        <translation>Geändert, noch nicht geschrieben; das Gerät hat %1</translation>
+    </message>
+    <message>
+        <source>Groups</source>
+        <translation>Gruppen</translation>
+    </message>
+    <message>
+        <source>Parameter</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>Bereich</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Bundesland</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Value of the type</source>
+        <translation>Wert des Typs</translation>
+    </message>
+    <message>
+        <source>Watched</source>
+        <translation>Überwacht</translation>
+    </message>
+    <message>
+        <source>Written</source>
+        <translation>Geschrieben</translation>
+    </message>
+    <message>
+        <source>Written, but it could not be read back</source>
+        <translation>Geschrieben, aber nicht zurücklesbar</translation>
+    </message>
+    <message>
+        <source>Written, but the device has taken %1 instead</source>
+        <translation>Geschrieben, aber das Gerät hat stattdessen %1 übernommen</translation>
+    </message>
+    <message>
+        <source>read and write</source>
+        <translation>lesen und schreiben</translation>
+    </message>
+    <message>
+        <source>read only</source>
+        <translation>nur lesen</translation>
+    </message>
+</context>
+<context>
+    <name>QlumParameterPage</name>
+    <message>
+        <source>%1 cannot be edited.</source>
+        <translation>%1 kann nicht bearbeitet werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Compare with Type...</source>
+        <translation>Mit Typ &amp;vergleichen...</translation>
+    </message>
+    <message>
+        <source>&amp;Discard</source>
+        <translation>&amp;Verwerfen</translation>
+    </message>
+    <message>
+        <source>&amp;Edit...</source>
+        <translation>&amp;Bearbeiten...</translation>
+    </message>
+    <message>
+        <source>&amp;Load Set...</source>
+        <translation>Satz &amp;laden...</translation>
+    </message>
+    <message>
+        <source>&amp;Read</source>
+        <translation>&amp;Lesen</translation>
+    </message>
+    <message>
+        <source>&amp;Save Set...</source>
+        <translation>Satz &amp;speichern...</translation>
+    </message>
+    <message>
+        <source>&amp;Write</source>
+        <translation>&amp;Schreiben</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Write&lt;/b&gt;&lt;br&gt;Sends all changed values with one call and reads them back. What the device does not take stays changed and says why.</source>
+        <translation>&lt;b&gt;Schreiben&lt;/b&gt;&lt;br&gt;Sendet alle geänderten Werte mit einem Aufruf und liest sie zurück. Was das Gerät nicht annimmt, bleibt geändert und sagt, warum.</translation>
+    </message>
+    <message>
+        <source>All groups</source>
+        <translation>Alle Gruppen</translation>
+    </message>
+    <message>
+        <source>Changed, not written yet: %1</source>
+        <translation>Geändert, noch nicht geschrieben: %1</translation>
+    </message>
+    <message>
+        <source>Compare the device with a saved file and take values over</source>
+        <translation>Das Gerät mit einer gespeicherten Datei vergleichen und Werte übernehmen</translation>
+    </message>
+    <message>
+        <source>Edit the value of the selected parameter in a window</source>
+        <translation>Den Wert des gewählten Parameters in einem Fenster bearbeiten</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Forget the changed values</source>
+        <translation>Die geänderten Werte vergessen</translation>
+    </message>
+    <message>
+        <source>Functional group</source>
+        <translation>Funktionsgruppe</translation>
+    </message>
+    <message>
+        <source>Parameters of the device</source>
+        <translation>Parameter des Geräts</translation>
+    </message>
+    <message>
+        <source>Read the parameters of the device again; changed values stay</source>
+        <translation>Die Parameter des Geräts erneut lesen; geänderte Werte bleiben</translation>
+    </message>
+    <message>
+        <source>Save the values that can be written to a file</source>
+        <translation>Die schreibbaren Werte in eine Datei speichern</translation>
+    </message>
+    <message>
+        <source>Select a device that has parameters.</source>
+        <translation>Wählen Sie ein Gerät, das Parameter hat.</translation>
+    </message>
+    <message>
+        <source>Show values as they change, as long as this is pressed</source>
+        <translation>Werte zeigen, wie sie sich ändern, solange das gedrückt ist</translation>
+    </message>
+    <message>
+        <source>Show where the device differs from the values of its type</source>
+        <translation>Zeigen, worin das Gerät von den Werten seines Typs abweicht</translation>
+    </message>
+    <message>
+        <source>Shows the parameters that have this text</source>
+        <translation>Zeigt die Parameter, die diesen Text haben</translation>
+    </message>
+    <message>
+        <source>The parameter is not shown any more.</source>
+        <translation>Der Parameter wird nicht mehr gezeigt.</translation>
+    </message>
+    <message>
+        <source>W&amp;atch</source>
+        <translation>Über&amp;wachen</translation>
+    </message>
+    <message>
+        <source>Write all changed values to the device in one go and read them back</source>
+        <translation>Alle geänderten Werte auf einmal in das Gerät schreiben und zurücklesen</translation>
+    </message>
+</context>
+<context>
+    <name>QlumParameterSet</name>
+    <message>
+        <source>%1: its value cannot be read</source>
+        <translation>%1: Der Wert kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>it cannot be read: %1</source>
+        <translation>sie kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>it holds more parameters than a device has</source>
+        <translation>sie enthält mehr Parameter, als ein Gerät hat</translation>
+    </message>
+    <message>
+        <source>it is no file with parameters of a device</source>
+        <translation>das ist keine Datei mit Parametern eines Geräts</translation>
+    </message>
+    <message>
+        <source>it was written by a newer version of this program</source>
+        <translation>sie wurde von einer neueren Version dieses Programms geschrieben</translation>
     </message>
 </context>
 <context>
@@ -11980,17 +13009,6 @@ Geben Sie die IP-Adresse ein:</translation>
     <message>
         <source>run %1 of %2</source>
         <translation>Lauf %1 von %2</translation>
-    </message>
-</context>
-<context>
-    <name>QlumPlannedPlugin</name>
-    <message>
-        <source>&lt;b&gt;Devices View&lt;/b&gt;&lt;br&gt;Shows the devices of a server with their parameters, methods and identification, and configures them.</source>
-        <translation>&lt;b&gt;Geräteansicht&lt;/b&gt;&lt;br&gt;Zeigt die Geräte eines Servers mit ihren Parametern, Methoden und ihrer Identifikation und stellt sie ein.</translation>
-    </message>
-    <message>
-        <source>The devices view is not part of this version. Devices can be browsed in the address space.</source>
-        <translation>Die Geräteansicht ist in dieser Version nicht enthalten. Geräte können im Adressraum durchsucht werden.</translation>
     </message>
 </context>
 <context>
@@ -13246,8 +14264,16 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
 <context>
     <name>QlumPushView</name>
     <message>
+        <source>%1 (anonymous)</source>
+        <translation>%1 (anonym)</translation>
+    </message>
+    <message>
         <source>%1 applies the changes; the connection that breaks now comes back. When it presents its new certificate you are asked whether to trust it.</source>
         <translation>%1 wendet die Änderungen an; die Verbindung, die jetzt abbricht, kommt zurück. Wenn er sein neues Zertifikat vorlegt, werden Sie gefragt, ob Sie ihm vertrauen.</translation>
+    </message>
+    <message>
+        <source>%1 as %2</source>
+        <translation>%1 als %2</translation>
     </message>
     <message>
         <source>%1 cannot be configured over this connection.</source>
@@ -13268,6 +14294,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>%1 was not added to the trusted certificates.</source>
         <translation>%1 wurde den vertrauten Zertifikaten nicht hinzugefügt.</translation>
+    </message>
+    <message>
+        <source>%1 was reset to its defaults.</source>
+        <translation>%1 wurde auf seine Vorgaben zurückgesetzt.</translation>
     </message>
     <message>
         <source>&amp;Apply Changes...</source>
@@ -13430,6 +14460,14 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Er verlangt nicht, dass die Änderungen angewendet werden.</translation>
     </message>
     <message>
+        <source>It is not known whether the changes were applied.</source>
+        <translation>Ob die Änderungen angewendet wurden, ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>It may close its connections and come back with the certificate that it had at first.</source>
+        <translation>Er schließt vielleicht seine Verbindungen und kommt mit dem Zertifikat zurück, das er zuerst hatte.</translation>
+    </message>
+    <message>
         <source>Make a key here</source>
         <translation>Hier einen Schlüssel erzeugen</translation>
     </message>
@@ -13452,6 +14490,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Not everything can be configured on %1.</source>
         <translation>Auf %1 lässt sich nicht alles einrichten.</translation>
+    </message>
+    <message>
+        <source>Nothing here: the server was not asked, or has turned away no certificate.</source>
+        <translation>Hier ist nichts: Der Server wurde nicht gefragt oder hat kein Zertifikat abgewiesen.</translation>
     </message>
     <message>
         <source>Nothing was written: somebody else has changed the trust list meanwhile.</source>
@@ -13596,10 +14638,6 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>The server has taken the %1.</source>
         <translation>Der Server hat angenommen: %1.</translation>
-    </message>
-    <message>
-        <source>The server tells of no certificate that it has turned away.</source>
-        <translation>Der Server nennt kein Zertifikat, das er abgewiesen hat.</translation>
     </message>
     <message>
         <source>The server then no longer trusts the certificate of this client: you lock yourself out.</source>
@@ -13757,6 +14795,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>der Server hat keine solche Methode</translation>
     </message>
     <message>
+        <source>the server has not answered; refresh to see which certificate it uses now</source>
+        <translation>der Server hat nicht geantwortet; frischen Sie auf, um zu sehen, welches Zertifikat er jetzt verwendet</translation>
+    </message>
+    <message>
         <source>the server has the method but does nothing with it</source>
         <translation>der Server hat die Methode, tut aber nichts damit</translation>
     </message>
@@ -13898,6 +14940,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Connection lost</source>
         <translation>Verbindung verloren</translation>
+    </message>
+    <message>
+        <source>Continues another file</source>
+        <translation>Setzt eine andere Datei fort</translation>
     </message>
     <message>
         <source>Goes on</source>
@@ -14081,8 +15127,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>In dieser Zeit ist nichts geschehen.</translation>
     </message>
     <message>
-        <source>Of the reception, in local time.</source>
-        <translation>Des Empfangs, in Ortszeit.</translation>
+        <source>Of the reception.</source>
+        <translation>Des Empfangs.</translation>
     </message>
     <message>
         <source>Only %1 values are shown.</source>
@@ -15893,8 +16939,16 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>&amp;Automatisch nach Aktualisierungen suchen</translation>
     </message>
     <message>
+        <source>&amp;Colours:</source>
+        <translation>&amp;Farben:</translation>
+    </message>
+    <message>
         <source>&amp;Connections</source>
         <translation>&amp;Verbindungen</translation>
+    </message>
+    <message>
+        <source>&amp;Dates and times:</source>
+        <translation>&amp;Datum und Zeit:</translation>
     </message>
     <message>
         <source>&amp;Entries kept:</source>
@@ -15911,6 +16965,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>&amp;Interval:</source>
         <translation>&amp;Intervall:</translation>
+    </message>
+    <message>
+        <source>&amp;Language:</source>
+        <translation>&amp;Sprache:</translation>
     </message>
     <message>
         <source>&amp;Least level shown:</source>
@@ -15953,6 +17011,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>&amp;Sitzungszeitlimit:</translation>
     </message>
     <message>
+        <source>&amp;Size:</source>
+        <translation>&amp;Größe:</translation>
+    </message>
+    <message>
         <source>&amp;Trace</source>
         <translation>&amp;Trace</translation>
     </message>
@@ -15961,20 +17023,56 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Akt&amp;ualisierungen</translation>
     </message>
     <message>
-        <source>...</source>
-        <translation>...</translation>
+        <source>100 %</source>
+        <translation>100 %</translation>
     </message>
     <message>
-        <source>&lt;b&gt;Choose a file&lt;/b&gt;&lt;br&gt;Asks for a file in place of the one here.</source>
-        <translation>&lt;b&gt;Datei wählen&lt;/b&gt;&lt;br&gt;Fragt nach einer Datei anstelle dieser.</translation>
+        <source>125 %</source>
+        <translation>125 %</translation>
+    </message>
+    <message>
+        <source>150 %</source>
+        <translation>150 %</translation>
+    </message>
+    <message>
+        <source>175 %</source>
+        <translation>175 %</translation>
+    </message>
+    <message>
+        <source>200 %</source>
+        <translation>200 %</translation>
+    </message>
+    <message>
+        <source>2026-01-31 14:05:00</source>
+        <translation>2026-01-31 14:05:00</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Pages&lt;/b&gt;&lt;br&gt;What the settings are about.</source>
+        <translation>&lt;b&gt;Seiten&lt;/b&gt;&lt;br&gt;Worum es in den Einstellungen geht.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Search the settings&lt;/b&gt;&lt;br&gt;Shows only the settings with these words.</source>
+        <translation>&lt;b&gt;Einstellungen durchsuchen&lt;/b&gt;&lt;br&gt;Zeigt nur die Einstellungen mit diesen Wörtern.</translation>
     </message>
     <message>
         <source>A file with so many lines is kept as an older one, and a new one begun.</source>
         <translation>Eine Datei mit so vielen Zeilen wird als ältere behalten und eine neue begonnen.</translation>
     </message>
     <message>
+        <source>A&amp;ppearance</source>
+        <translation>Erscheinungs&amp;bild</translation>
+    </message>
+    <message>
         <source>After so many calls for one node the rest of a list is left out, and the log says so.</source>
         <translation>Nach so vielen Aufrufen für einen Knoten wird der Rest einer Liste weggelassen, und das Protokoll sagt es.</translation>
+    </message>
+    <message>
+        <source>As the system</source>
+        <translation>Wie das System</translation>
+    </message>
+    <message>
+        <source>As the system has them, or year-month-day with 24 hours.</source>
+        <translation>Wie das System sie hat, oder Jahr-Monat-Tag mit 24 Stunden.</translation>
     </message>
     <message>
         <source>Asks for the number of the newest version when Tavelin starts.</source>
@@ -16009,8 +17107,8 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Ungespeicherte Änderungen des Projekts sind dann verloren.</translation>
     </message>
     <message>
-        <source>Choose a file</source>
-        <translation>Eine Datei wählen</translation>
+        <source>Colours for colour &amp;blindness</source>
+        <translation>Farben für &amp;Farbfehlsichtige</translation>
     </message>
     <message>
         <source>Configure Tavelin</source>
@@ -16023,6 +17121,14 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>Connection c&amp;heck every:</source>
         <translation>Ver&amp;bindung prüfen alle:</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Dark or bright windows, or as the desktop has them.</source>
+        <translation>Dunkle oder helle Fenster, oder wie der Desktop sie hat.</translation>
     </message>
     <message>
         <source>Each level contains those before it.</source>
@@ -16045,8 +17151,16 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Für ein Protokoll über mehrere Tage.</translation>
     </message>
     <message>
+        <source>Good, uncertain and bad are told by colours that differ without red and green.</source>
+        <translation>Gut, ungewiss und schlecht werden durch Farben unterschieden, die ohne Rot und Grün auskommen.</translation>
+    </message>
+    <message>
         <source>Has servers tell of nodes that come and go, and browses these again.</source>
         <translation>Lässt Server kommende und gehende Knoten melden und durchsucht diese neu.</translation>
+    </message>
+    <message>
+        <source>How large texts and pictures are.</source>
+        <translation>Wie groß Texte und Bilder sind.</translation>
     </message>
     <message>
         <source>How long a server may hold a request for new values back when there are none.</source>
@@ -16089,6 +17203,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Wie oft der Zustand des Servers gelesen wird, um zu sehen, ob die Verbindung noch steht.</translation>
     </message>
     <message>
+        <source>In views that are opened from now on: %1</source>
+        <translation>In Ansichten, die ab jetzt geöffnet werden: %1</translation>
+    </message>
+    <message>
         <source>L&amp;evel:</source>
         <translation>&amp;Stufe:</translation>
     </message>
@@ -16101,16 +17219,28 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Stuf&amp;e des Stacks:</translation>
     </message>
     <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
         <source>Load type &amp;dictionaries:</source>
         <translation>Typwörterbücher &amp;laden:</translation>
     </message>
     <message>
-        <source>Log Files (*.log)</source>
-        <translation>Protokolldateien (*.log)</translation>
-    </message>
-    <message>
         <source>Longer lists are fetched in several calls.</source>
         <translation>Längere Listen werden mit mehreren Aufrufen geholt.</translation>
+    </message>
+    <message>
+        <source>Of menus and messages; each translation that is installed can be chosen.</source>
+        <translation>Der Menüs und Meldungen; jede installierte Übersetzung kann gewählt werden.</translation>
+    </message>
+    <message>
+        <source>Of this page</source>
+        <translation>Dieser Seite</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
     </message>
     <message>
         <source>R&amp;ole of new servers:</source>
@@ -16119,6 +17249,14 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>Requests for more nodes than this are split into several calls.</source>
         <translation>Anfragen für mehr Knoten werden auf mehrere Aufrufe verteilt.</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suche</translation>
+    </message>
+    <message>
+        <source>Search the settings</source>
+        <translation>Einstellungen durchsuchen</translation>
     </message>
     <message>
         <source>Secure channel l&amp;ifetime:</source>
@@ -16137,8 +17275,16 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Mit der Zeit das Dat&amp;um zeigen</translation>
     </message>
     <message>
+        <source>Show times in &amp;UTC</source>
+        <translation>Zeiten in &amp;UTC zeigen</translation>
+    </message>
+    <message>
         <source>The language that servers are asked for, such as en or de-AT.</source>
         <translation>Die Sprache, in der Server gefragt werden, etwa en oder de-AT.</translation>
+    </message>
+    <message>
+        <source>This setting cannot be used.</source>
+        <translation>Diese Einstellung kann nicht verwendet werden.</translation>
     </message>
     <message>
         <source>Timeout of &amp;a check:</source>
@@ -16149,8 +17295,8 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Zeitlimit &amp;interner Aufrufe:</translation>
     </message>
     <message>
-        <source>Trace File</source>
-        <translation>Trace-Datei</translation>
+        <source>Times are those of the time zone otherwise.</source>
+        <translation>Sonst sind Zeiten die der Zeitzone.</translation>
     </message>
     <message>
         <source>Trace Tavelin and the client &amp;layer</source>
@@ -16173,8 +17319,16 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Was an einen Server gesendet werden darf, der im Projekt neu ist. Ansehen: nur, was nichts ändert. Bedienen: auch Werte schreiben und Methoden aufrufen. Inbetriebnehmen: alles.</translation>
     </message>
     <message>
+        <source>When Tavelin is started the next time: %1</source>
+        <translation>Beim nächsten Start von Tavelin: %1</translation>
+    </message>
+    <message>
         <source>When a check takes longer, the connection counts as lost.</source>
         <translation>Dauert eine Prüfung länger, gilt die Verbindung als verloren.</translation>
+    </message>
+    <message>
+        <source>When a server is connected the next time: %1</source>
+        <translation>Beim nächsten Verbinden eines Servers: %1</translation>
     </message>
     <message>
         <source>When the definitions of a server&apos;s own data types are read.</source>
@@ -16229,10 +17383,92 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
 </context>
 <context>
+    <name>QlumSettingsForm</name>
+    <message>
+        <source>%1 cannot be written.</source>
+        <translation>%1 kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>%1 is a folder.</source>
+        <translation>%1 ist ein Ordner.</translation>
+    </message>
+    <message>
+        <source>...</source>
+        <translation>...</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Choose a file&lt;/b&gt;&lt;br&gt;Asks for a file in place of the one here.</source>
+        <translation>&lt;b&gt;Datei wählen&lt;/b&gt;&lt;br&gt;Fragt nach einer Datei anstelle dieser.</translation>
+    </message>
+    <message>
+        <source>A trace needs the name of a file.</source>
+        <translation>Ein Trace braucht den Namen einer Datei.</translation>
+    </message>
+    <message>
+        <source>Choose a file</source>
+        <translation>Eine Datei wählen</translation>
+    </message>
+    <message>
+        <source>Log Files (*.log)</source>
+        <translation>Protokolldateien (*.log)</translation>
+    </message>
+    <message>
+        <source>The folder %1 is not there.</source>
+        <translation>Der Ordner %1 ist nicht vorhanden.</translation>
+    </message>
+    <message>
+        <source>The name of the trace file must begin with its folder.</source>
+        <translation>Der Name der Trace-Datei muss mit ihrem Ordner beginnen.</translation>
+    </message>
+    <message>
+        <source>Trace File</source>
+        <translation>Trace-Datei</translation>
+    </message>
+</context>
+<context>
     <name>QlumSettingsRegistry</name>
     <message>
         <source>The setting &apos;%1&apos; was registered by two tools; the first keeps it.</source>
         <translation>Die Einstellung „%1“ wurde von zwei Werkzeugen angemeldet; das erste behält sie.</translation>
+    </message>
+</context>
+<context>
+    <name>QlumShortcutsDialog</name>
+    <message>
+        <source>&lt;b&gt;Search the commands&lt;/b&gt;&lt;br&gt;Shows only commands with this text.</source>
+        <translation>&lt;b&gt;Befehle durchsuchen&lt;/b&gt;&lt;br&gt;Zeigt nur Befehle mit diesem Text.</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
+    <message>
+        <source>Everywhere</source>
+        <translation>Überall</translation>
+    </message>
+    <message>
+        <source>Keyboard Shortcuts</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Keyboard shortcuts</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suche</translation>
+    </message>
+    <message>
+        <source>Search the commands</source>
+        <translation>Befehle durchsuchen</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Wo</translation>
     </message>
 </context>
 <context>
@@ -16902,6 +18138,61 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
 </context>
 <context>
+    <name>QlumStartPage</name>
+    <message>
+        <source>A project with live values, alarms and history.</source>
+        <translation>Ein Projekt mit Livewerten, Alarmen und Historie.</translation>
+    </message>
+    <message>
+        <source>Add a Server</source>
+        <translation>Server hinzufügen</translation>
+    </message>
+    <message>
+        <source>Begin</source>
+        <translation>Beginnen</translation>
+    </message>
+    <message>
+        <source>Its address, security and user are asked for.</source>
+        <translation>Nach Adresse, Sicherheit und Benutzer wird gefragt.</translation>
+    </message>
+    <message>
+        <source>Look at the Demo</source>
+        <translation>Die Demo ansehen</translation>
+    </message>
+    <message>
+        <source>No project has been saved or opened yet.</source>
+        <translation>Es wurde noch kein Projekt gespeichert oder geöffnet.</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Open %1</source>
+        <translation>%1 öffnen</translation>
+    </message>
+    <message>
+        <source>Open a Project</source>
+        <translation>Projekt öffnen</translation>
+    </message>
+    <message>
+        <source>Recent Projects</source>
+        <translation>Letzte Projekte</translation>
+    </message>
+    <message>
+        <source>Servers and views as they were saved.</source>
+        <translation>Server und Ansichten, wie sie gespeichert wurden.</translation>
+    </message>
+    <message>
+        <source>Start page</source>
+        <translation>Startseite</translation>
+    </message>
+    <message>
+        <source>Views</source>
+        <translation>Ansichten</translation>
+    </message>
+</context>
+<context>
     <name>QlumStartup</name>
     <message>
         <source>Could not initialize OPC UA platform layer (error=0x%1).</source>
@@ -17400,6 +18691,76 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
 </context>
 <context>
+    <name>QlumSupportDialog</name>
+    <message>
+        <source>&lt;b&gt;Parts of the report&lt;/b&gt;&lt;br&gt;What is checked is written.</source>
+        <translation>&lt;b&gt;Teile des Berichts&lt;/b&gt;&lt;br&gt;Was angekreuzt ist, wird geschrieben.</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Text of the part&lt;/b&gt;&lt;br&gt;Just as it is written.</source>
+        <translation>&lt;b&gt;Text des Teils&lt;/b&gt;&lt;br&gt;Genau so, wie er geschrieben wird.</translation>
+    </message>
+    <message>
+        <source>Parts of the report</source>
+        <translation>Teile des Berichts</translation>
+    </message>
+    <message>
+        <source>Report for Support</source>
+        <translation>Bericht für den Support</translation>
+    </message>
+    <message>
+        <source>Save Report</source>
+        <translation>Bericht speichern</translation>
+    </message>
+    <message>
+        <source>Text of the part</source>
+        <translation>Text des Teils</translation>
+    </message>
+    <message>
+        <source>The report could not be written.</source>
+        <translation>Der Bericht konnte nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>This is what the report contains. Passwords, keys and user names are left out; take away what you do not want to pass on.</source>
+        <translation>Das enthält der Bericht. Kennwörter, Schlüssel und Benutzernamen sind weggelassen; nehmen Sie weg, was Sie nicht weitergeben möchten.</translation>
+    </message>
+    <message>
+        <source>Zip Archives (*.zip)</source>
+        <translation>Zip-Archive (*.zip)</translation>
+    </message>
+</context>
+<context>
+    <name>QlumSupportReport</name>
+    <message>
+        <source>Crash</source>
+        <translation>Absturz</translation>
+    </message>
+    <message>
+        <source>Diagnosed connections</source>
+        <translation>Diagnostizierte Verbindungen</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>Projekt</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Trace</source>
+        <translation>Trace</translation>
+    </message>
+    <message>
+        <source>Versions</source>
+        <translation>Versionen</translation>
+    </message>
+</context>
+<context>
     <name>QlumSweep</name>
     <message>
         <source>%1 us</source>
@@ -17500,8 +18861,8 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Adressraum</translation>
     </message>
     <message>
-        <source>Choose &quot;Add...&quot; in the menu &quot;Document&quot; to open a view.</source>
-        <translation>Wählen Sie „Hinzufügen...“ im Menü „Dokument“, um eine Ansicht zu öffnen.</translation>
+        <source>Configure Tavelin</source>
+        <translation>Tavelin einstellen</translation>
     </message>
     <message>
         <source>Documents</source>
@@ -17524,10 +18885,6 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Protokolldateien (*.log)</translation>
     </message>
     <message>
-        <source>No document is open</source>
-        <translation>Es ist kein Dokument offen</translation>
-    </message>
-    <message>
         <source>Open file %1 for writing returned %2</source>
         <translation>Öffnen der Datei %1 zum Schreiben ergab %2</translation>
     </message>
@@ -17546,6 +18903,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>Tavelin is ready to use.</source>
         <translation>Tavelin ist bereit.</translation>
+    </message>
+    <message>
+        <source>The settings cannot be written to %1. They hold until Tavelin ends.</source>
+        <translation>Die Einstellungen können nicht nach %1 geschrieben werden. Sie gelten, bis Tavelin endet.</translation>
     </message>
 </context>
 <context>
@@ -18011,12 +19372,12 @@ Das Zertifikat liegt hier: %2</translation>
         <translation>Aktualisiert den Trend mit dem eingestellten Zeitraum.</translation>
     </message>
     <message>
-        <source>Where it ends, in local time.</source>
-        <translation>Wo sie endet, in Ortszeit.</translation>
+        <source>Where it ends.</source>
+        <translation>Wo sie endet.</translation>
     </message>
     <message>
-        <source>Where the history begins that is read, in local time. Later than the end: newest first.</source>
-        <translation>Wo die gelesene Historie beginnt, in Ortszeit. Später als das Ende: neueste zuerst.</translation>
+        <source>Where the history begins that is read. Later than the end: newest first.</source>
+        <translation>Wo die gelesene Historie beginnt. Später als das Ende: neueste zuerst.</translation>
     </message>
 </context>
 <context>
@@ -19239,6 +20600,25 @@ Mit OK laden Sie sie jetzt herunter.</translation>
     </message>
 </context>
 <context>
+    <name>recording::CsvReader</name>
+    <message>
+        <source>%1 is damaged: rows that are not whole were left out.</source>
+        <translation>%1 ist beschädigt: Unvollständige Zeilen wurden weggelassen.</translation>
+    </message>
+    <message>
+        <source>%1 is not there, or may not be read.</source>
+        <translation>%1 ist nicht vorhanden oder darf nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>%1 is not there.</source>
+        <translation>%1 ist nicht vorhanden.</translation>
+    </message>
+    <message>
+        <source>What was recorded before, %1, is not there.</source>
+        <translation>Was vorher aufgezeichnet wurde, %1, ist nicht vorhanden.</translation>
+    </message>
+</context>
+<context>
     <name>recording::CsvRecord</name>
     <message>
         <source>%1 cannot be deleted.</source>
@@ -19271,6 +20651,21 @@ Mit OK laden Sie sie jetzt herunter.</translation>
     <message>
         <source>There is no free name for %1.</source>
         <translation>Für %1 gibt es keinen freien Namen.</translation>
+    </message>
+</context>
+<context>
+    <name>recording::CsvTable</name>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 is damaged.</source>
+        <translation>%1 ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>%1 is no recording.</source>
+        <translation>%1 ist keine Aufzeichnung.</translation>
     </message>
 </context>
 <context>

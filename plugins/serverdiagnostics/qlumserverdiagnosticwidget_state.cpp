@@ -222,8 +222,7 @@ QString QlumServerDiagnosticWidget::report() const
     std::vector<QlumReportSection> sections;
     sections.push_back({tr("Server diagnostics of %1").arg(m_followed.name()),
                         tr("Written %1").arg(qlumShowDateTime(QDateTime::currentDateTime())) +
-                            QLatin1Char('
-') + (m_followed.isUp() ? QString() : m_offline->text())});
+                            QLatin1Char('\n') + (m_followed.isUp() ? QString() : m_offline->text())});
     for (const QlumDiagnosticPanel* const panel : m_serverPage->panels())
         sections.push_back({panel->name(), panel->model()->toText()});
     sections.push_back({tr("Sessions"), qlumTableReport(*m_sessions)});
