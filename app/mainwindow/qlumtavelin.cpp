@@ -34,12 +34,10 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDialog>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QList>
 #include <QNetworkAccessManager>
 #include <QPointer>
-#include <QScreen>
 #include <QSettings>
 #include <QString>
 #include <QTabWidget>
@@ -165,9 +163,6 @@ void QlumTavelin::loadGuiState()
     arrangeDocks();
     const QSettings settings;
     restoreGeometry(settings.value(geometryKey).toByteArray());
-    // the screen may be another one, or all on it larger than before
-    if (const QScreen* screen = QGuiApplication::primaryScreen(); screen && !isMaximized())
-        resize(size().boundedTo(screen->availableSize()));
     restoreState(settings.value(windowStateKey).toByteArray());
     m_logView->header()->restoreState(settings.value(logViewKey).toByteArray());
 }

@@ -64,6 +64,7 @@ QlumWorkIndicator::QlumWorkIndicator(QlumRunningWork& work, QWidget* parent) : Q
     m_progress->setAccessibleName(tr("Progress"));
     m_cancel = makeButton(QStringLiteral("workCancel"), tr("Cancel"), tr("Ends this work"), this);
     m_all = makeButton(QStringLiteral("workAll"), QString(), tr("Shows all work that is under way"), this);
+    m_all->setAccessibleName(tr("Work under way"));
     for (QWidget* widget : {static_cast<QWidget*>(m_text), static_cast<QWidget*>(m_progress),
                             static_cast<QWidget*>(m_cancel), static_cast<QWidget*>(m_all)})
         layout->addWidget(widget);

@@ -25,9 +25,11 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QScreen>
 #include <QSettings>
 #include <QString>
 
@@ -185,6 +187,9 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& sett
         log.write(level, text);
     for (const QString& text : settingsProblems)
         log.error(text);
+    // the screen may be another one, or all on it larger than before
+    if (const QScreen* screen = QGuiApplication::primaryScreen(); screen && !window->isMaximized())
+        window->resize(window->size().boundedTo(screen->availableSize()));
     window->show();
     show(splash, QString());
     splash.timedClose(3);
