@@ -1,6 +1,7 @@
 #include <app/startup/qlumstartup.h>
 
 #include <app/api/qlumlog.h>
+#include <app/api/qlumsettings.h>
 #include <app/api/qlumsplashscreen.h>
 #include <app/api/qlumtext.h>
 #include <app/api/qlumuatrace.h>
@@ -132,13 +133,12 @@ int QlumStartup::run(int argc, char** argv)
     scale.reset();
     QCoreApplication::setApplicationVersion(QStringLiteral(TAVELIN_VERSION));
     loadResources();
+    QlumTranslations translations;
+    const QStringList languageProblems = translations.install(qlumEarlySetting(QlumSettings::language.key()));
     setIdentity();
     QApplication::setWindowIcon(
         QIcon(QStringLiteral(":/images/tavelin.png"))); // of the dialogs before the window
-    QStringList settingsProblems = qlumCleanSettingsFile();
-    QlumTranslations translations;
-    settingsProblems += translations.install(
-        QSettings().value(QStringLiteral("Appearance.Language"), QStringLiteral("System")).toString());
+    const QStringList settingsProblems = qlumCleanSettingsFile() + languageProblems;
     const QPixmap pixmap(QStringLiteral(":/images/tavelin_splash.png"));
     QlumSplashScreen splash(pixmap, Qt::WindowStaysOnTopHint);
     addLibraryPaths();

@@ -64,7 +64,8 @@ QlumTranslations::~QlumTranslations()
 
 QStringList QlumTranslations::install(const QString& language)
 {
-    const QString name = language == QLatin1String("System") ? QLocale::system().name() : language;
+    const QString name =
+        language.isEmpty() || language == QLatin1String("System") ? QLocale::system().name() : language;
     QStringList damaged;
     if (loadProgram(m_program, name, damaged)) {
         // in one language or the other, never in both

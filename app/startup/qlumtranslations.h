@@ -18,8 +18,8 @@ public:
     QlumTranslations(QlumTranslations&&) = delete;
     QlumTranslations& operator=(QlumTranslations&&) = delete;
 
-    /// Speaks the language, such as de or de_AT, or the system's for "System", from now on. What cannot be
-    /// read is told, for the log; English is what is left.
+    /// Speaks the language, such as de or de_AT, or the system's for "System" and for none, from now on. What
+    /// cannot be read is told, for the log; English is what is left.
     QStringList install(const QString& language);
 
 private:
