@@ -6,13 +6,12 @@
 #include <app/api/qlumtoolservices.h>
 #include <bench/budgets.h>
 #include <bench/responder.h>
-#include <bench/tableanswers.h>
+#include <bench/subscriptionserver.h>
 #include <opcua/opcua_identifiers.h>
 #include <plugins/events/qlumbrowsepath.h>
 #include <plugins/events/qlumeventmodel.h>
 #include <plugins/events/qlumeventplugin.h>
 #include <plugins/events/qlumeventwidget.h>
-#include <stack/encoding/messagecodec.h>
 #include <tests/support/nodetable.h>
 #include <tests/support/stubapplication.h>
 #include <uabase/system/uaplatformlayer.h>
@@ -92,104 +91,44 @@ void require(OpcUa_StatusCode status)
 // ---- the server, in its own process
 
 // One subscription with one item. Its first refresh begins the events, its second sends all conditions.
-class EventServer
+class EventServer final : public SubscriptionServer
 {
 public:
-    explicit EventServer(NodeTable& table) : m_rest(answersOf(table)) {}
-
-    std::optional<opcua::Bytes> answer(const opcua::Bytes& body)
+    explicit EventServer(NodeTable& table)
+        : SubscriptionServer(table, static_cast<double>(messageInterval.count()))
     {
-        opcua::DecodedMessage request;
-        if (OpcUa_IsBad(opcua::decodeMessage(body, {}, request)))
-            return std::nullopt;
-        if (request.type == &OpcUa_CreateSubscriptionRequest_EncodeableType)
-            return respond<OpcUa_CreateSubscriptionResponse>(OpcUa_CreateSubscriptionResponse_EncodeableType,
-                                                             request, [](auto& response) {
-                                                                 response.SubscriptionId = 1;
-                                                                 response.RevisedPublishingInterval = 100;
-                                                                 response.RevisedLifetimeCount = 10'000;
-                                                                 response.RevisedMaxKeepAliveCount = 100;
-                                                             });
-        if (request.type == &OpcUa_CreateMonitoredItemsRequest_EncodeableType)
-            return createItem(request);
-        if (request.type == &OpcUa_CallRequest_EncodeableType)
-            return call(request);
-        if (request.type == &OpcUa_PublishRequest_EncodeableType)
-            return publish(request);
-        if (request.type == &OpcUa_DeleteSubscriptionsRequest_EncodeableType)
-            return respond<OpcUa_DeleteSubscriptionsResponse>(
-                OpcUa_DeleteSubscriptionsResponse_EncodeableType, request, [](auto& response) {
-                    UaStatusCodeArray(1u).detach(&response.NoOfResults, &response.Results);
-                });
-        return m_rest(body);
     }
 
 private:
-    template <typename Response, typename Fill>
-    std::optional<opcua::Bytes> respond(const OpcUa_EncodeableType& type,
-                                        const opcua::DecodedMessage& request, Fill fill)
+    void create(const OpcUa_CreateMonitoredItemsRequest& asked,
+                UaMonitoredItemCreateResults& results) override
     {
-        void* response = OpcUa_EncodeableObject_Create(&type);
-        if (!response)
-            give("no memory");
-        static_cast<OpcUa_ResponseHeader*>(response)->RequestHandle =
-            static_cast<const OpcUa_RequestHeader*>(request.object)->RequestHandle;
-        fill(*static_cast<Response*>(response));
-        opcua::Bytes bytes;
-        require(opcua::encodeMessage(type, response, {}, bytes));
-        OpcUa_EncodeableObject_Delete(&type, &response);
-        return bytes;
-    }
-
-    std::optional<opcua::Bytes> createItem(const opcua::DecodedMessage& request)
-    {
-        const auto& asked = *static_cast<const OpcUa_CreateMonitoredItemsRequest*>(request.object);
         m_item = asked.ItemsToCreate[0].RequestedParameters.ClientHandle;
-        return respond<OpcUa_CreateMonitoredItemsResponse>(
-            OpcUa_CreateMonitoredItemsResponse_EncodeableType, request, [](auto& response) {
-                UaMonitoredItemCreateResults results(1u);
-                results[0].MonitoredItemId = 1;
-                results[0].RevisedQueueSize = 10'000;
-                results.detach(&response.NoOfResults, &response.Results);
-            });
+        results[0].MonitoredItemId = 1;
+        results[0].RevisedQueueSize = 10'000;
     }
 
-    std::optional<opcua::Bytes> call(const opcua::DecodedMessage& request)
+    void called() override
     {
         if (++m_refreshes > 1)
             m_refreshed = 0;
-        return respond<OpcUa_CallResponse>(OpcUa_CallResponse_EncodeableType, request, [](auto& response) {
-            UaCallMethodResults(1u).detach(&response.NoOfResults, &response.Results);
-        });
     }
 
-    std::optional<opcua::Bytes> publish(const opcua::DecodedMessage& request)
+    bool notify(OpcUa_ExtensionObject& notification) override
     {
-        const auto& asked = *static_cast<const OpcUa_PublishRequest*>(request.object);
         const bool refreshes = m_refreshed && *m_refreshed <= conditions;
         if (!refreshes)
             std::this_thread::sleep_for(messageInterval);
         const bool isEvent = m_refreshes == 1 && m_sent < messages;
-        return respond<OpcUa_PublishResponse>(
-            OpcUa_PublishResponse_EncodeableType, request, [&](auto& response) {
-                response.SubscriptionId = 1;
-                UaStatusCodeArray(
-                    static_cast<OpcUa_UInt32>(std::max(0, asked.NoOfSubscriptionAcknowledgements)))
-                    .detach(&response.NoOfResults, &response.Results);
-                response.NotificationMessage.SequenceNumber = m_sequenceNumber + 1;
-                if (!refreshes && !isEvent)
-                    return; // a sign of life
-                ++m_sequenceNumber;
-                UaEventFieldLists events = refreshes ? refreshed() : happened();
-                auto* list = static_cast<OpcUa_EventNotificationList*>(
-                    OpcUa_EncodeableObject_Create(&OpcUa_EventNotificationList_EncodeableType));
-                events.detach(&list->NoOfEvents, &list->Events);
-                UaExtensionObjectArray data(1u);
-                OpcUa_ExtensionObject_AttachEncodeable(&data[0], &OpcUa_EventNotificationList_EncodeableType,
-                                                       list);
-                data.detach(&response.NotificationMessage.NoOfNotificationData,
-                            &response.NotificationMessage.NotificationData);
-            });
+        if (!refreshes && !isEvent)
+            return false;
+        UaEventFieldLists events = refreshes ? refreshed() : happened();
+        auto* list = static_cast<OpcUa_EventNotificationList*>(
+            OpcUa_EncodeableObject_Create(&OpcUa_EventNotificationList_EncodeableType));
+        events.detach(&list->NoOfEvents, &list->Events);
+        OpcUa_ExtensionObject_AttachEncodeable(&notification, &OpcUa_EventNotificationList_EncodeableType,
+                                               list);
+        return true;
     }
 
     UaEventFieldLists happened()
@@ -254,9 +193,7 @@ private:
         fields.detach(&event.NoOfEventFields, &event.EventFields);
     }
 
-    const Answerer m_rest;
     OpcUa_UInt32 m_item = 0;
-    OpcUa_UInt32 m_sequenceNumber = 0;
     int m_refreshes = 0;
     int m_sent = 0;
     std::optional<OpcUa_UInt32> m_refreshed; // conditions that the refresh under way has sent

@@ -8,8 +8,10 @@
 #include <plugins/dataaccess/qlumdaview.h>
 #include <tests/support/stubapplication.h>
 #include <tests/support/tableservices.h>
+#include <uabase/values/uaarrays.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
 #include <QAbstractItemModel>
@@ -25,6 +27,7 @@
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -49,6 +52,23 @@ class Application : public StubApplication
 {
 public:
     QList<unsigned int> projectServerIds() override { return {plant}; }
+    QStringList namespaceTable(unsigned int) override
+    {
+        return {QStringLiteral("http://opcfoundation.org/UA/"), QStringLiteral("urn:plant")};
+    }
+};
+
+class Services : public TableServices
+{
+public:
+    UaStringArray namespaceTable() const override
+    {
+        UaStringArray uris(2);
+        if (OpcUa_IsBad(UaString("http://opcfoundation.org/UA/").copyTo(&uris[0])) ||
+            OpcUa_IsBad(UaString("urn:plant").copyTo(&uris[1])))
+            uris.clear();
+        return uris;
+    }
 };
 
 [[noreturn]] void give(const char* why)
@@ -139,7 +159,7 @@ int main(int argc, char** argv)
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("values.csv"));
     write(path);
-    const auto services = std::make_shared<TableServices>();
+    const auto services = std::make_shared<Services>();
     fill(services->table);
     Application application;
     QlumDaView view(application, [&services](unsigned int) { return services; }, {});
