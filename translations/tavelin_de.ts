@@ -10136,7 +10136,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>&amp;Keyboard Shortcuts...</source>
-        <translation>&amp;Tastenkürzel...</translation>
+        <translation>Tasten&amp;kürzel...</translation>
     </message>
     <message>
         <source>&amp;New</source>
