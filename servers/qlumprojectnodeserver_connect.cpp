@@ -10,6 +10,7 @@
 #include <servers/qlumconnectinfo.h>
 #include <servers/qlumendpoint.h>
 #include <servers/qlumendpointchoice.h>
+#include <servers/qlumserviceguard.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/servicesettings.h>
 #include <uawidgets/qlumwaitcursor.h>
