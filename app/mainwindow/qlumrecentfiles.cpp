@@ -23,6 +23,8 @@ QlumRecentFiles::QlumRecentFiles(QlumSettingsModel* settings, QWidget* window)
       m_menu(new QMenu(tr("&Recent Projects"), window))
 {
     m_menu->setObjectName(QStringLiteral("recentProjects"));
+    // another window of the program may have changed the list meanwhile
+    connect(m_menu, &QMenu::aboutToShow, this, &QlumRecentFiles::updateActions);
 }
 
 QStringList QlumRecentFiles::files() const

@@ -211,6 +211,29 @@ TEST_F(Session, RecentProjectsAreBoundedAndForgetMissingFiles)
     EXPECT_EQ(calls.last(), QStringLiteral("load ") + files.first());
 }
 
+// A second process has its own picture of the settings file; a link to it gives the test such a one.
+TEST_F(Session, RecentProjectsOfAnotherProcessAreKeptAndShown)
+{
+    recent.add(QStringLiteral("/plant/first.uap"));
+    const QString link = folder.filePath(QStringLiteral("other.ini"));
+    ASSERT_TRUE(QFile::link(QSettings().fileName(), link));
+    QSettings other(link, QSettings::IniFormat);
+    const auto key = QStringLiteral("RecentFiles");
+    ASSERT_EQ(other.value(key).toStringList(), QStringList{QStringLiteral("/plant/first.uap")});
+    const QSettings held; // so that the program's own picture lives on meanwhile
+    other.setValue(key, QStringList{QStringLiteral("/plant/second.uap"), QStringLiteral("/plant/first.uap")});
+    other.sync();
+
+    emit recent.menu()->aboutToShow();
+    ASSERT_EQ(recent.menu()->actions().size(), 2);
+    EXPECT_EQ(recent.menu()->actions().first()->toolTip(), QStringLiteral("/plant/second.uap"));
+    recent.add(QStringLiteral("/plant/third.uap"));
+    other.sync();
+    EXPECT_EQ(other.value(key).toStringList(),
+              (QStringList{QStringLiteral("/plant/third.uap"), QStringLiteral("/plant/second.uap"),
+                           QStringLiteral("/plant/first.uap")}));
+}
+
 TEST(BugReport, CarriesItsBodyThroughTheAddress)
 {
     const QString body = QlumBugReport::body();
