@@ -4658,6 +4658,10 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
         <translation>Parameter schreiben</translation>
     </message>
     <message>
+        <source>no result has come for a minute; the device may go on by itself</source>
+        <translation>seit einer Minute ist kein Ergebnis gekommen; das Gerät macht vielleicht von selbst weiter</translation>
+    </message>
+    <message>
         <source>the server did not say what it came to</source>
         <translation>der Server hat nicht gesagt, was daraus wurde</translation>
     </message>

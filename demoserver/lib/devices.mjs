@@ -1,6 +1,7 @@
 // The device-integration space: DeviceSet with five devices of two types, what they hold and what they do.
 
 import { scalar } from "./builder.mjs";
+import { DeviceFile } from "./devicefile.mjs";
 import { DeviceLock, describeLocks } from "./devicelocks.mjs";
 import { commonGroups, devices, types } from "./devicetable.mjs";
 import { DeviceTransfer } from "./devicetransfer.mjs";
@@ -230,6 +231,14 @@ function addDocuments(space, owner, model) {
   add("ImageSet", "Wiring.png", "ImagePNG", bytes(square(96, [30, 30, 30, 255])));
 }
 
+/** Longer than what the file gives at once. */
+function addRecords(space, device) {
+  const lines = Array.from({ length: 100 }, (_, at) => `Record ${at + 1}: zero checked, no deviation\n`);
+  const folder = device.getComponentByName("Documentation", space.b.di.index);
+  const id = `s=${device.nodeId.value}.Documentation.Records.txt`;
+  new DeviceFile(space.b, folder, id, "Records.txt", lines.join(""));
+}
+
 // ---- types, devices, network
 
 function addType(space, text, type) {
@@ -277,7 +286,10 @@ function addDevice(space, text, row) {
   addProcess(space, type, parts.nodes);
   addMethods(space, device, type, parts, lock);
   addHealth(space, device, row.health, parts.nodes);
-  if (row.hasDocuments) addDocuments(space, device, row.nameplate.Model);
+  if (row.hasDocuments) {
+    addDocuments(space, device, row.nameplate.Model);
+    addRecords(space, device);
+  }
   if (row.module) addModule(space, device, row.module);
   if (row.isTransferred)
     new DeviceTransfer(space.b, device, lock, [...parts.nodes.values()], row.transferFailsAfter);

@@ -127,6 +127,14 @@ QlumDeviceChildren QlumDeviceBrowser::children(const UaNodeId& node)
     return std::move(found.front());
 }
 
+QlumDeviceChildren QlumDeviceBrowser::neighbours(const UaNodeId& node)
+{
+    std::vector<QlumDeviceChildren> found(1);
+    const UaStatus status =
+        browse(std::span(&node, 1), OpcUa_BrowseDirection_Forward, UaNodeId(OpcUaId_References), found);
+    return status.isBad() ? QlumDeviceChildren() : std::move(found.front());
+}
+
 UaNodeId QlumDeviceBrowser::find(const UaNodeId& start, OpcUa_UInt16 namespaceIndex, const char* name)
 {
     UaBrowsePaths paths(1);

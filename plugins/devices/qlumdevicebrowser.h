@@ -42,6 +42,8 @@ public:
     UaStatus children(std::span<const UaNodeId> nodes, std::vector<QlumDeviceChildren>& found);
     /// Of one node.
     [[nodiscard]] QlumDeviceChildren children(const UaNodeId& node);
+    /// What a node refers to in any way, not only what is below it.
+    [[nodiscard]] QlumDeviceChildren neighbours(const UaNodeId& node);
     /// An attribute of each; values of null nodes are null. Bad values where the call failed.
     [[nodiscard]] std::vector<UaDataValue> read(std::span<const UaNodeId> nodes, OpcUa_UInt32 attribute);
     /// The node of a path of names of one namespace; null when there is none.

@@ -21,8 +21,11 @@
 #include <QThread>
 
 #include <array>
+#include <chrono>
+#include <utility>
 
 namespace {
+constexpr std::chrono::minutes longestSilence(1);
 constexpr int betweenFetches = 100; // ms; a server answers at once, whether there is something new or not
 
 QString transferWords(const char* text)
@@ -61,11 +64,20 @@ QlumTransferOutcome QlumDeviceClient::transfer(const QlumDevice& device, bool is
     if (!outcome.fault.isEmpty())
         return outcome;
     OpcUa_Int32 sequence = 0;
+    std::size_t known = 0;
+    auto heard = std::chrono::steady_clock::now();
     while (fetch(device, id, sequence, outcome)) {
         if (progress)
             progress(static_cast<int>(outcome.rows.size()));
         if (m_isCancelled && m_isCancelled()) {
             outcome.fault = transferWords("you have cancelled; the device may go on by itself");
+            break;
+        }
+        const auto now = std::chrono::steady_clock::now();
+        if (std::exchange(known, outcome.rows.size()) != outcome.rows.size())
+            heard = now;
+        if (now - heard >= longestSilence) {
+            outcome.fault = transferWords("no result has come for a minute; the device may go on by itself");
             break;
         }
         QThread::msleep(betweenFetches);

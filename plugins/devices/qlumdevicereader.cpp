@@ -360,11 +360,12 @@ void QlumDeviceReader::readNetworks(QlumDeviceSpace& space, const UaNodeId& set)
     }
 }
 
-// What a network is connected to is a point of a device, or the device itself.
+// What a network is connected to is a point of a device, or the device itself. The reference is a
+// hierarchical one on old servers only.
 void QlumDeviceReader::connectNetwork(QlumDeviceSpace& space, int network)
 {
     const auto own = static_cast<std::size_t>(network);
-    for (const QlumDeviceChild& child : m_browser.children(space.devices[own].id)) {
+    for (const QlumDeviceChild& child : m_browser.neighbours(space.devices[own].id)) {
         const auto found = m_devices.find(child.id);
         if (found == m_devices.end())
             continue;

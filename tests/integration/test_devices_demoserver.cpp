@@ -1,11 +1,15 @@
 // The devices of a server that is not ours, in the window of the whole client: found by names, watched,
 // locked, written as a set and transferred.
+#include <app/api/qlumsessionservices.h>
 #include <app/mainwindow/qlumdocumentarea.h>
+#include <plugins/devices/qlumdeviceclient.h>
 #include <plugins/devices/qlumdevicedata.h>
+#include <plugins/devices/qlumdevicereader.h>
 #include <plugins/devices/qlumdevicesview.h>
 #include <plugins/devices/qlumparametermodel.h>
 #include <plugins/devices/qlumparameterpage.h>
 #include <tests/integration/clientondemoserver.h>
+#include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 
 #include <QLabel>
@@ -15,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <future>
 #include <ranges>
 #include <string>
 
@@ -77,6 +82,27 @@ protected:
         return said("deviceTransferResult");
     }
 
+    // What a document of the device comes to; in a thread of its own, as a job would read it.
+    [[nodiscard]] UaVariant content(const char* path, const char* document) const
+    {
+        const QlumDevice wanted = device(path);
+        const auto services = qlumApplicationServices()(serverId);
+        return std::async(std::launch::async,
+                          [wanted, document, services] {
+                              UaVariant value;
+                              UaNodeId dataType;
+                              QlumDeviceReader reader(services, {}, {});
+                              static_cast<void>(reader.readSpace()); // learns the namespaces
+                              for (const QlumDeviceDocument& one : reader.readDetails(wanted).documents)
+                                  if (one.name == QLatin1String(document))
+                                      EXPECT_TRUE(QlumDeviceClient(services, {}, {})
+                                                      .readContent(one, value, dataType)
+                                                      .isGood());
+                              return value;
+                          })
+            .get();
+    }
+
     QlumDevicesView* view = nullptr;
 };
 
@@ -91,7 +117,18 @@ TEST_F(DevicesOnDemoServer, AreFoundWithNameplatesHealthAndNetwork)
     EXPECT_TRUE(device("/TT-102").fact(QlumNameplate::AssetId).isEmpty());
     EXPECT_TRUE(device("/TT-102").missing.isEmpty());
     ASSERT_GE(place("/M-201/SubDevices/Encoder"), 0);
-    EXPECT_GE(place("/Fieldbus"), 0);
+    ASSERT_GE(place("/Fieldbus"), 0);
+    EXPECT_EQ(device("/Fieldbus").connections, QStringList{"M-201"});
+}
+
+TEST_F(DevicesOnDemoServer, DocumentsAreReadFromFilesPieceByPieceAndFromVariables)
+{
+    openDevices();
+    const std::string records(content("/TT-101", "Records.txt").toByteString().view());
+    EXPECT_EQ(std::ranges::count(records, '\n'), 100);
+    EXPECT_TRUE(records.ends_with("Record 100: zero checked, no deviation\n"));
+    const UaVariant picture = content("/TT-101", "Wiring.png");
+    EXPECT_TRUE(picture.toByteString().view().starts_with("\x89PNG"));
 }
 
 TEST_F(DevicesOnDemoServer, ParametersAreWrittenAsASetUnderALock)
