@@ -12213,7 +12213,7 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
     <message>
         <source>New %1</source>
-        <translation>%1 neu</translation>
+        <translation>Neu: %1</translation>
     </message>
     <message>
         <source>Node</source>

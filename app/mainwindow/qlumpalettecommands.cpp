@@ -1,6 +1,7 @@
 #include <app/mainwindow/qlumpalettecommands.h>
 
 #include <app/api/qlumdisplaytext.h>
+#include <app/api/qlumdocumenttypes.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumsettingsregistry.h>
@@ -123,7 +124,7 @@ void QlumPaletteCommands::addProject(Entries& entries) const
         add(document, tr("Document"));
     for (const QString& type : m_parts.documentTypes())
         entries.push_back(
-            {tr("New %1").arg(type), tr("Document"), {}, {}, [this, type] { m_parts.addDocument(type); }});
+            {tr("New %1").arg(qlumDocumentTypeName(type)), tr("Document"), {}, {}, [this, type] { m_parts.addDocument(type); }});
 }
 
 void QlumPaletteCommands::addSettings(Entries& entries) const

@@ -1,5 +1,6 @@
 // The main window's widgets and what their signals do.
 #include <app/api/qlumdocksize.h>
+#include <app/api/qlumdocumenttypes.h>
 #include <app/api/qlumjournal.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumprojectnode.h>
@@ -378,7 +379,7 @@ void QlumTavelin::sltCurrentProjectNodeChanged()
 
 void QlumTavelin::addDocument(const QString& type)
 {
-    if (m_documents->add(type, m_documents->freeName(type)))
+    if (m_documents->add(type, m_documents->freeName(qlumDocumentTypeName(type))))
         setModified();
 }
 

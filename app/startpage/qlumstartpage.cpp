@@ -1,5 +1,6 @@
 #include <app/startpage/qlumstartpage.h>
 
+#include <app/api/qlumdocumenttypes.h>
 #include <app/api/qlumjob.h>
 #include <app/ini/qluminicheck.h>
 #include <app/ini/qluminitext.h>
@@ -179,7 +180,7 @@ void QlumStartPage::setTools(const QList<Tool>& tools)
         open->setObjectName(QStringLiteral("startDocument"));
         open->setText(tr("Open"));
         open->setFocusPolicy(Qt::StrongFocus);
-        open->setAccessibleName(tr("Open %1").arg(tool.type));
+        open->setAccessibleName(tr("Open %1").arg(qlumDocumentTypeName(tool.type)));
         connect(open, &QAbstractButton::clicked, this,
                 [this, type = tool.type] { emit documentWanted(type); });
         layout->addWidget(text, 1);
