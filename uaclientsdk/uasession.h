@@ -102,6 +102,9 @@ public:
 
     UaStatus loadDataTypeDictionaries();
     void clearDataTypeDictionaries();
+    /// Waits while definitions are loaded beside the connection; look-ups meanwhile find what there is. True
+    /// when none are loaded any more within the time, which is in milliseconds. Not from a callback.
+    [[nodiscard]] bool waitForDataTypes(OpcUa_UInt32 timeout) const;
     /// UaDataTypeDictionary: loads on first use unless the mode is Manual.
     [[nodiscard]] DefinitionType definitionType(const UaNodeId& dataTypeId) override;
     [[nodiscard]] UaStructureDefinition structureDefinition(const UaNodeId& dataTypeOrEncodingId) override;

@@ -37,6 +37,10 @@ public:
     UaStringArray namespaceTable() const override { return m_session->getNamespaceTable(); }
     UaNodeId sessionId() const override { return m_session->sessionId(); }
     UaDataTypeDictionary* dataTypeDictionary() override { return m_session.get(); }
+    bool waitForDataTypes(OpcUa_UInt32 timeout) const override
+    {
+        return m_session->waitForDataTypes(timeout);
+    }
     QlumServerTypes* types() override { return m_types.get(); }
     std::shared_ptr<UaSession> session() const override { return m_session; }
 

@@ -47,6 +47,9 @@ public:
     [[nodiscard]] virtual UaNodeId sessionId() const = 0;
     /// The data types of the server; owned by the session, never null.
     [[nodiscard]] virtual UaDataTypeDictionary* dataTypeDictionary() = 0;
+    /// Waits while those data types are being read beside the connection. True when none are any more within
+    /// the time, which is in milliseconds.
+    [[nodiscard]] virtual bool waitForDataTypes(OpcUa_UInt32 timeout) const = 0;
     /// Names and enumerations of the server's types, kept for all tools; valid as long as these services.
     /// Null where nobody keeps them, as for a session beside the project's servers.
     [[nodiscard]] virtual QlumServerTypes* types() = 0;

@@ -179,7 +179,7 @@ void QlumDaView::editCell(const QModelIndex& index)
     const auto work = [this, services, id = item->nodeId, key = item->key,
                        column = index.column()](QlumJob& job) {
         std::vector<QlumValueContext> contexts;
-        QlumContextReader reader(services, job.serviceSettings());
+        QlumContextReader reader(services, job);
         const UaStatus status = reader.read(std::span(&id, 1), contexts);
         job.post([this, key, column, status, contexts] {
             if (status.isBad() || contexts.empty())

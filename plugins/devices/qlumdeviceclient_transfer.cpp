@@ -98,7 +98,7 @@ bool QlumDeviceClient::fetch(const QlumDevice& device, OpcUa_Int32 id, OpcUa_Int
              method + QStringLiteral(": ") + device.name, inputs, outputs);
     const UaVariant answer = outputs.length() > 0 ? UaVariant(outputs[0]) : UaVariant();
     const UaExtensionObject object = answer.toExtensionObject();
-    QlumContextReader reader(m_session, m_settings);
+    QlumContextReader reader(m_session, m_settings, m_isCancelled);
     reader.learn(answer);
     const QlumValueContext context = reader.of({});
     const UaStructureDefinition definition = qlumStructureDefinition(object, {}, context.dictionary.get());

@@ -135,7 +135,7 @@ void QlumDeviceReader::readGroups(const QlumDevice& device, QlumDeviceDetails& d
 
 void QlumDeviceReader::readValues(QlumDeviceDetails& details)
 {
-    QlumContextReader reader(m_session, m_settings);
+    QlumContextReader reader(m_session, m_settings, [this] { return m_browser.isCancelled(); });
     for (std::size_t first = 0; first < details.parameters.size() && !m_browser.isCancelled();
          first += contextsPerCall) {
         const std::size_t count = std::min(contextsPerCall, details.parameters.size() - first);

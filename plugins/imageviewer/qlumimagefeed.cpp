@@ -83,7 +83,7 @@ void QlumImageFeed::read()
     const auto work = [this, services, nodeId = m_source.nodeId,
                        isNamed = !m_source.name.isEmpty()](QlumJob& job) {
         const QString name = isNamed ? QString() : displayNameOf(*services, job.serviceSettings(), nodeId);
-        QlumContextReader reader(services, job.serviceSettings());
+        QlumContextReader reader(services, job);
         std::vector<QlumValueContext> contexts;
         UaDataValues values;
         const UaStatus status = reader.read(std::span(&nodeId, 1), contexts, &values);

@@ -322,7 +322,7 @@ void QlumMethodDialog::sltReload()
         QlumMethodInfo info;
         UaStatus status(OpcUa_BadServerNotConnected);
         if (session)
-            status = qlumReadMethod(session, job.serviceSettings(), objectId, methodId, info);
+            status = qlumReadMethod(session, job, objectId, methodId, info);
         job.post([this, status, info] { takeInfo(status, info); });
     };
     m_world.pool.giveUp(m_reading);

@@ -113,7 +113,7 @@ void QlumMethodDialog::begin(QlumMethodCall call)
         // the list of running work can cancel it, too
         job.whenCancelled([this, &job] { job.post([this] { sltCancel(); }); });
         if (const std::shared_ptr<QlumSessionServices> session = services(serverId))
-            qlumCallMethod(session, job.serviceSettings(), declared, call);
+            qlumCallMethod(session, job, declared, call);
         else
             call.service = UaStatus(OpcUa_BadServerNotConnected);
         job.post([this, call] { ended(call); });

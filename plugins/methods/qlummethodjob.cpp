@@ -1,5 +1,6 @@
 #include <plugins/methods/qlummethodjob.h>
 
+#include <app/api/qlumjob.h>
 #include <app/api/qlumservertypes.h>
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
@@ -108,10 +109,10 @@ std::vector<QlumMethodOwner> objectsOfType(QlumSessionServices& session, Setting
     return owners;
 }
 
-void readArguments(const std::shared_ptr<QlumSessionServices>& session, const Settings& settings,
+void readArguments(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
                    const UaNodeId& methodId, QlumMethodInfo& info)
 {
-    const UaStatus status = qlumReadArguments(session, settings, methodId, info.inputs, info.outputs);
+    const UaStatus status = qlumReadArguments(session, job, methodId, info.inputs, info.outputs);
     if (status.isBad()) {
         const QString name = toQString(status.toString());
         info.argumentsFault = jobText("%1 (%2)").arg(qlumStatusWords(name), name);
@@ -119,10 +120,10 @@ void readArguments(const std::shared_ptr<QlumSessionServices>& session, const Se
 }
 } // namespace
 
-UaStatus qlumReadMethod(const std::shared_ptr<QlumSessionServices>& session, const Settings& settings,
+UaStatus qlumReadMethod(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
                         const UaNodeId& objectId, const UaNodeId& methodId, QlumMethodInfo& info)
 {
-    Settings own = settings;
+    Settings own = job.serviceSettings();
     UaDataValues values;
     const UaStatus status =
         session->read(own, 0, OpcUa_TimestampsToReturn_Neither, nodesToRead(objectId, methodId), values);
@@ -137,10 +138,10 @@ UaStatus qlumReadMethod(const std::shared_ptr<QlumSessionServices>& session, con
     info.isExecutable = isYes(values, Executable) && isYes(values, UserExecutable);
     info.isOfType = valueOf(values, OwnerClass).toInt32() == OpcUa_NodeClass_ObjectType;
     if (info.isOfType)
-        info.owners = objectsOfType(*session, settings, objectId);
+        info.owners = objectsOfType(*session, own, objectId);
     else
         info.owners.push_back({objectId, textOf(values, OwnerName)});
-    readArguments(session, settings, methodId, info);
+    readArguments(session, job, methodId, info);
     return status;
 }
 
@@ -184,10 +185,10 @@ QlumMethodArguments argumentsFor(const std::vector<UaVariant>& values, const Qlu
 }
 } // namespace
 
-void qlumCallMethod(const std::shared_ptr<QlumSessionServices>& session, const Settings& settings,
+void qlumCallMethod(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
                     const QlumMethodArguments& declared, QlumMethodCall& call)
 {
-    Settings own = settings;
+    Settings own = job.serviceSettings();
     own.callTimeout = call.timeout;
     own.requestHandle = call.requestHandle;
     UaClientSdk::CallIn in;
@@ -206,6 +207,6 @@ void qlumCallMethod(const std::shared_ptr<QlumSessionServices>& session, const S
     call.inputResults.assign(out.inputArgumentResults.begin(), out.inputArgumentResults.end());
     for (const OpcUa_Variant& output : out.outputArguments)
         call.outputs.emplace_back(output);
-    QlumContextReader reader(session, settings);
+    QlumContextReader reader(session, job);
     call.outputArguments = argumentsFor(call.outputs, declared, reader);
 }

@@ -1,5 +1,6 @@
 // The service calls of the method dialog; each function runs in a job.
 #pragma once
+#include <app/api/qlumjob.h>
 #include <app/api/qlumsessionservices.h>
 #include <plugins/methods/qlummethod.h>
 #include <uabase/values/uanodeid.h>
@@ -10,10 +11,9 @@
 
 /// Reads what there is to know before a method is called. Bad when the method itself cannot be read; what is
 /// wrong with its arguments alone is told in the info.
-[[nodiscard]] UaStatus qlumReadMethod(const std::shared_ptr<QlumSessionServices>& session,
-                                      const QlumSessionServices::Settings& settings, const UaNodeId& objectId,
-                                      const UaNodeId& methodId, QlumMethodInfo& info);
+[[nodiscard]] UaStatus qlumReadMethod(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
+                                      const UaNodeId& objectId, const UaNodeId& methodId,
+                                      QlumMethodInfo& info);
 /// Calls the method; declared are the outputs that it should have. Everything from the times on is filled in.
-void qlumCallMethod(const std::shared_ptr<QlumSessionServices>& session,
-                    const QlumSessionServices::Settings& settings, const QlumMethodArguments& declared,
-                    QlumMethodCall& call);
+void qlumCallMethod(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
+                    const QlumMethodArguments& declared, QlumMethodCall& call);

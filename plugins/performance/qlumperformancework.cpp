@@ -172,8 +172,7 @@ QlumCallCheck callableOf(const std::shared_ptr<QlumSessionServices>& services, Q
         }
         QlumMethodArguments inputs;
         QlumMethodArguments outputs;
-        const UaStatus status =
-            qlumReadArguments(services, job.serviceSettings(), method.nodeId, inputs, outputs);
+        const UaStatus status = qlumReadArguments(services, job, method.nodeId, inputs, outputs);
         if (status.isBad()) {
             check.leftOut.append(QStringLiteral("%1: %2").arg(method.name, qlumResultInWords(status)));
             continue;

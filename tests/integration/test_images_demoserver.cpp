@@ -36,6 +36,11 @@ protected:
             << feed->trouble().toStdString();
         return feed->shown().headline + feed->shown().hint + feed->shown().decoded.remark;
     }
+    // A watched value can come before its type, and what is wrong with it with the type only.
+    bool isTold(QlumImageFeed* feed, const char* text)
+    {
+        return QTest::qWaitFor([&] { return wait(feed).contains(text); }, limit);
+    }
 
     QlumImageView* view = nullptr;
 };
@@ -54,11 +59,11 @@ TEST_F(ImagesOnDemoServer, EachFormatIsShownAndFaultsAreSaid)
     EXPECT_EQ(large->image().size(), QSize(3000, 3000));
     EXPECT_EQ(large->shown().decoded.header.format, QlumImageFormat::Jpg);
     EXPECT_FALSE(large->shown().decoded.overview.isNull());
-    EXPECT_TRUE(wait(open("Image.WrongType")).contains("bytes are those of a GIF"));
-    EXPECT_TRUE(wait(open("Image.Huge")).contains("60000 x 60000"));
-    EXPECT_TRUE(wait(open("Image.NoPixels")).contains("0 x 0"));
-    EXPECT_TRUE(wait(open("Image.Truncated")).contains("cut off"));
-    EXPECT_TRUE(wait(open("Image.Null")).contains("null"));
+    EXPECT_TRUE(isTold(open("Image.WrongType"), "bytes are those of a GIF"));
+    EXPECT_TRUE(isTold(open("Image.Huge"), "60000 x 60000"));
+    EXPECT_TRUE(isTold(open("Image.NoPixels"), "0 x 0"));
+    EXPECT_TRUE(isTold(open("Image.Truncated"), "cut off"));
+    EXPECT_TRUE(isTold(open("Image.Null"), "null"));
 }
 
 TEST_F(ImagesOnDemoServer, ElementsAreFoundInArraysAndStructures)

@@ -20,6 +20,7 @@
 #include <QString>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -31,6 +32,8 @@ class UnscriptedServices : public QlumSessionServices, public UaDataTypeDictiona
 public:
     std::map<UaNodeId, UaEnumDefinition> enums;
     std::map<UaNodeId, UaStructureDefinition> structures;
+    std::function<bool()>
+        typesHaveCome; ///< whether those maps are filled; unless null, asked by who waits for it
 
     /// As if somebody had asked for the name of the type already.
     void setTypeName(const UaNodeId& id, const QString& name)
@@ -50,6 +53,7 @@ public:
     UaStringArray namespaceTable() const override { return {}; }
     UaNodeId sessionId() const override { return {}; }
     UaDataTypeDictionary* dataTypeDictionary() override { return this; }
+    bool waitForDataTypes(OpcUa_UInt32) const override { return !typesHaveCome || typesHaveCome(); }
     QlumServerTypes* types() override { return this; }
     std::shared_ptr<UaClientSdk::UaSession> session() const override { return nullptr; }
 

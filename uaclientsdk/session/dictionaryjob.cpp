@@ -52,6 +52,12 @@ bool DictionaryJob::isRunning() const
     return m_running;
 }
 
+bool DictionaryJob::waitFor(std::chrono::milliseconds limit) const
+{
+    std::unique_lock lock(m_mutex);
+    return m_ended.wait_for(lock, limit, [this] { return !m_running; });
+}
+
 bool DictionaryJob::end(std::chrono::milliseconds limit)
 {
     std::unique_lock lock(m_mutex);

@@ -26,6 +26,8 @@ public:
     /// For the present epoch, after the load that runs. Without a thread to be had, an error in the trace.
     void start();
     [[nodiscard]] bool isRunning() const;
+    /// Waits for what runs or was asked for. True when nothing runs within the time.
+    [[nodiscard]] bool waitFor(std::chrono::milliseconds limit) const;
     /// Forgets what was not begun yet. True when nothing runs within the time.
     [[nodiscard]] bool end(std::chrono::milliseconds limit);
     void wait(); ///< the same without a limit
@@ -37,7 +39,7 @@ private:
     const SessionContext& m_context;
     const std::function<void()> m_load;
     mutable std::mutex m_mutex;
-    std::condition_variable m_ended;
+    mutable std::condition_variable m_ended;
     std::optional<ConnectionEpoch> m_wanted;
     bool m_running = false;
     std::thread m_thread;

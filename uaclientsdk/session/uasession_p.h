@@ -37,6 +37,10 @@ public:
     UaStatus updateNamespaceTable();
     /// Loads the definitions when nothing is loaded and the mode lets a look-up do it.
     void loadDefinitionsOnFirstUse();
+    [[nodiscard]] bool waitForDataTypes(std::chrono::milliseconds limit) const
+    {
+        return m_dictionaryJob.waitFor(limit);
+    }
     UaStatus loadDefinitions();
 
     SessionContext context;

@@ -10,6 +10,8 @@
 #include <uabase/values/uanodeid.h>
 #include <uaclientsdk/uasession.h>
 
+#include <chrono>
+
 namespace UaClientSdk {
 
 namespace {
@@ -22,6 +24,11 @@ bool needsLoading(const UaNodeId& id)
 }
 
 } // namespace
+
+bool UaSession::waitForDataTypes(OpcUa_UInt32 timeout) const
+{
+    return d->waitForDataTypes(std::chrono::milliseconds(timeout));
+}
 
 UaStructureDefinition UaSession::structureDefinition(const UaNodeId& dataTypeOrEncodingId)
 {

@@ -1,5 +1,6 @@
 #include <uawidgets/editors/qlumcontextreader.h>
 
+#include <app/api/qlumjob.h>
 #include <app/api/qlumservertypes.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_attributes.h>
@@ -98,10 +99,15 @@ std::function<UaNodeId(QWidget* parent, const UaNodeId& start)> qlumNodeChoice(u
 }
 
 QlumContextReader::QlumContextReader(std::shared_ptr<QlumSessionServices> session,
-                                     const QlumSessionServices::Settings& settings)
-    : m_session(std::move(session)), m_settings(settings),
+                                     const QlumSessionServices::Settings& settings, IsCancelled isCancelled)
+    : m_session(std::move(session)), m_settings(settings), m_isCancelled(std::move(isCancelled)),
       m_definitions(std::make_shared<UaTypeDefinitionStore>()),
       m_subtypes(std::make_shared<std::map<UaNodeId, std::vector<UaNodeId>>>())
+{
+}
+
+QlumContextReader::QlumContextReader(std::shared_ptr<QlumSessionServices> session, const QlumJob& job)
+    : QlumContextReader(std::move(session), job.serviceSettings(), [&job] { return job.isCancelled(); })
 {
 }
 
@@ -201,12 +207,21 @@ OpcUa_BuiltInType QlumContextReader::builtInType(const UaNodeId& dataType)
     return type == OpcUaType_Variant ? OpcUaType_Null : type; // any
 }
 
+void QlumContextReader::waitForTypes()
+{
+    constexpr OpcUa_UInt32 turn = 50; // ms until the caller is asked again
+    while (m_isCancelled && !m_isCancelled() && !m_session->waitForDataTypes(turn)) {
+    }
+    m_isCancelled = {};
+}
+
 // The types of the standard are known without; they hold no others.
 void QlumContextReader::collect(const UaNodeId& dataTypeOrEncodingId)
 {
     if (dataTypeOrEncodingId.isNull() || dataTypeOrEncodingId.namespaceIndex() == 0 ||
         m_collected.size() >= maximumTypes || !m_collected.insert(dataTypeOrEncodingId).second)
         return;
+    waitForTypes();
     UaDataTypeDictionary* dictionary = m_session->dataTypeDictionary();
     const UaStructureDefinition structure = dictionary->structureDefinition(dataTypeOrEncodingId);
     if (structure.isNull()) {

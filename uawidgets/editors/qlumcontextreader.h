@@ -17,6 +17,7 @@
 #include <vector>
 
 class QWidget;
+class QlumJob;
 
 /// Has the user choose a node of the server, for QlumValueContext::browseNode; empty when nobody offers that.
 /// GUI thread.
@@ -29,9 +30,15 @@ qlumNodeChoice(unsigned int serverId);
 class QlumContextReader
 {
 public:
-    /// The settings are those of its calls.
+    /// Whether the caller was given up meanwhile.
+    using IsCancelled = std::function<bool()>;
+
+    /// The settings are those of its calls. With isCancelled, types of the server's own that are just being
+    /// read are waited for, until it says true: for those who are not told when they have come.
     QlumContextReader(std::shared_ptr<QlumSessionServices> session,
-                      const QlumSessionServices::Settings& settings);
+                      const QlumSessionServices::Settings& settings, IsCancelled isCancelled = {});
+    /// Of a job that shows what it finds once: it waits for types. The job has to outlive the reader.
+    QlumContextReader(std::shared_ptr<QlumSessionServices> session, const QlumJob& job);
 
     /// Of variables, in their order; two calls, however many they are. A node that cannot be read gets a
     /// context of which nothing is known. values, unless null, gets the Value of each, read with the rest.
@@ -48,12 +55,14 @@ private:
                                           std::vector<UaNodeId>& properties,
                                           std::vector<UaVariant*>& targets);
     void learn(const UaVariant& value, int depth);
+    void waitForTypes();
     void collect(const UaNodeId& dataTypeOrEncodingId);
     void offerSubtypes(const UaNodeId& dataType);
     [[nodiscard]] OpcUa_BuiltInType builtInType(const UaNodeId& dataType);
 
     const std::shared_ptr<QlumSessionServices> m_session;
     QlumSessionServices::Settings m_settings;
+    IsCancelled m_isCancelled; ///< null when nothing is waited for
     const std::shared_ptr<UaTypeDefinitionStore> m_definitions;
     const std::shared_ptr<std::map<UaNodeId, std::vector<UaNodeId>>> m_subtypes;
     std::set<UaNodeId> m_collected;

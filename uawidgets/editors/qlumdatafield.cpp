@@ -254,7 +254,7 @@ UaStatus QlumPartAccess::readContext()
     if (m_context || !m_session)
         return {};
     std::vector<QlumValueContext> contexts;
-    QlumContextReader reader(m_session, m_job.serviceSettings());
+    QlumContextReader reader(m_session, m_job);
     const UaStatus status = reader.read(std::span(&m_place.nodeId, 1), contexts);
     if (status.isBad() || contexts.empty())
         return status.isBad() ? status : UaStatus(OpcUa_BadUnknownResponse);

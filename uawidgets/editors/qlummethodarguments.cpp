@@ -1,5 +1,6 @@
 #include <uawidgets/editors/qlummethodarguments.h>
 
+#include <app/api/qlumjob.h>
 #include <app/api/qlumservertypes.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_types.h>
@@ -57,17 +58,17 @@ QlumMethodArgument argumentOf(QlumContextReader& reader, const OpcUa_Argument& d
 }
 } // namespace
 
-UaStatus qlumReadArguments(const std::shared_ptr<QlumSessionServices>& session,
-                           const QlumSessionServices::Settings& settings, const UaNodeId& methodId,
-                           QlumMethodArguments& inputs, QlumMethodArguments& outputs)
+UaStatus qlumReadArguments(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
+                           const UaNodeId& methodId, QlumMethodArguments& inputs,
+                           QlumMethodArguments& outputs)
 {
-    QlumSessionServices::Settings own = settings;
+    QlumSessionServices::Settings own = job.serviceSettings();
     UaArguments declaredInputs;
     UaArguments declaredOutputs;
     const UaStatus status = session->getMethodArguments(own, methodId, declaredInputs, declaredOutputs);
     if (status.isBad())
         return status;
-    QlumContextReader reader(session, settings);
+    QlumContextReader reader(session, job);
     for (const OpcUa_Argument& argument : declaredInputs)
         inputs.push_back(argumentOf(reader, argument));
     for (const OpcUa_Argument& argument : declaredOutputs)

@@ -1,5 +1,6 @@
 // What a method declares of its arguments.
 #pragma once
+#include <app/api/qlumjob.h>
 #include <app/api/qlumsessionservices.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
@@ -20,8 +21,7 @@ struct QlumMethodArgument
 };
 using QlumMethodArguments = std::vector<QlumMethodArgument>;
 
-/// Asks the server for the arguments of a method; in a job.
+/// Asks the server for the arguments of a method, in that job. Types that are just being read are waited for.
 [[nodiscard]] UaStatus qlumReadArguments(const std::shared_ptr<QlumSessionServices>& session,
-                                         const QlumSessionServices::Settings& settings,
-                                         const UaNodeId& methodId, QlumMethodArguments& inputs,
-                                         QlumMethodArguments& outputs);
+                                         const QlumJob& job, const UaNodeId& methodId,
+                                         QlumMethodArguments& inputs, QlumMethodArguments& outputs);

@@ -33,7 +33,7 @@ public:
         if (!server || !server->isConnected())
             return open(value, withoutServer(value, dataType), serverId);
         m_pool.add({QObject::tr("Reading the types of a value"), serverId}, [=, this](QlumJob& job) {
-            QlumContextReader reader(server, job.serviceSettings());
+            QlumContextReader reader(server, job);
             QlumValueFacts facts;
             facts.dataType = dataType;
             const QlumValueContext context = reader.of(facts);

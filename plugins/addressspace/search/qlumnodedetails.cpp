@@ -101,7 +101,7 @@ UaStatus qlumReadDetails(QlumJob& job, const std::shared_ptr<QlumSessionServices
         }
     if (variables.empty())
         return status;
-    QlumContextReader reader(session, job.serviceSettings());
+    QlumContextReader reader(session, job);
     std::vector<QlumValueContext> contexts;
     UaDataValues values;
     status = reader.read(variables, contexts, wish.value ? &values : nullptr);

@@ -58,7 +58,7 @@ std::vector<Described> describe(QlumJob& job, const std::shared_ptr<QlumSessionS
     std::vector<QlumValueContext> contexts;
     UaStatus status(OpcUa_BadNotConnected);
     if (session) {
-        QlumContextReader reader(session, job.serviceSettings());
+        QlumContextReader reader(session, job);
         status = reader.read(nodes, contexts);
     }
     std::vector<Described> described;

@@ -1,3 +1,4 @@
+#include <app/api/qlumsessionservices.h>
 #include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
 #include <tests/support/tableservices.h>
@@ -49,7 +50,7 @@ protected:
     }
     QlumValueContext read(const UaVariant& expected = UaVariant(1.5))
     {
-        QlumContextReader reader(services, {});
+        QlumContextReader reader(services, QlumSessionServices::Settings());
         std::vector<QlumValueContext> contexts;
         UaDataValues values;
         EXPECT_TRUE(reader.read(std::vector{speed}, contexts, &values).isGood());
@@ -129,7 +130,7 @@ TEST_F(ContextReader, TakesDefinitionsAlongEvenOfTypesThatHoldThemselves)
     QlumValueFacts facts;
     facts.dataType = type;
     facts.valueRank = -1;
-    QlumContextReader reader(services, {});
+    QlumContextReader reader(services, QlumSessionServices::Settings());
     const QlumValueContext context = reader.of(facts);
     services.reset();
     EXPECT_EQ(context.builtInType, OpcUaType_ExtensionObject);

@@ -8,9 +8,11 @@
 #include <tests/support/stubapplication.h>
 #include <tests/support/tableservices.h>
 #include <tests/support/temporaryfolder.h>
+#include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumargumentpanel.h>
 
@@ -25,6 +27,7 @@
 #include <QTreeView>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -235,6 +238,30 @@ TEST_F(Methods, OfATypeAreCalledOnAnObjectOfIt)
     dialog = plugin.open(5, type, add);
     outcomeOfCall();
     EXPECT_EQ(services->lastObject(), pump);
+}
+
+// They would keep structures without fields otherwise until they are opened again.
+TEST_F(Methods, WaitForTypesThatAreStillBeingRead)
+{
+    ASSERT_TRUE(waitUntilReady());
+    const UaNodeId move(3, 2);
+    const UaNodeId pointType(20, 2);
+    services->table.method(move, "Move", plant, {{{"to", pointType}}, {}, [](const auto&, auto&) {
+                                                     return OpcUa_StatusCode{OpcUa_Good};
+                                                 }});
+    std::atomic<int> asked = 0;
+    std::atomic<bool> come = false;
+    services->typesHaveCome = [&] { return ++asked > 0 && come; };
+    dialog = plugin.open(5, plant, move);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return asked > 1; }));
+    EXPECT_FALSE(widget<QPushButton>("callMethodNow")->isEnabled());
+    UaStructureDefinition point(UaString("Point"), pointType, UaNodeId(21, 2));
+    point.addField(UaStructureField(UaString("X"), UaNodeId(OpcUaId_Double), OpcUaType_Double));
+    services->structures[pointType] = point;
+    come = true;
+    ASSERT_TRUE(waitUntilReady());
+    EXPECT_EQ(inputs().argument(0).context.builtInType, OpcUaType_ExtensionObject);
+    services->typesHaveCome = {};
 }
 
 TEST_F(Methods, ThatAreGoneSayWhyTheyCannotBeCalled)
