@@ -106,6 +106,17 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>QlumAccess</name>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>More commands</source>
+        <translation>Weitere Befehle</translation>
+    </message>
+</context>
+<context>
     <name>QlumAddressSpaceModel</name>
     <message>
         <source>%1: %2</source>
@@ -8140,6 +8151,10 @@ Anwendungs-URI: %4</translation>
         <source>Search</source>
         <translation>Suche</translation>
     </message>
+    <message>
+        <source>Words to search the manual for</source>
+        <translation>Wörter, nach denen das Handbuch durchsucht wird</translation>
+    </message>
 </context>
 <context>
     <name>QlumHelpViewer</name>
@@ -13555,6 +13570,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
 %2</source>
         <translation>Das Projekt %1 konnte nicht gelesen werden.
 %2</translation>
+    </message>
+    <message>
+        <source>The project %1 was saved by Tavelin %2, which is newer than this one. What only that version knows is not shown here, and may be lost when the project is saved under the same name.</source>
+        <translation>Das Projekt %1 wurde von Tavelin %2 gespeichert, das neuer ist als dieses. Was nur jene Version kennt, wird hier nicht gezeigt und geht womöglich verloren, wenn das Projekt unter demselben Namen gespeichert wird.</translation>
     </message>
     <message>
         <source>Too many command line arguments, Tavelin project file expected!</source>

@@ -3,6 +3,7 @@
 #include <app/api/qlumlog.h>
 #include <app/mainwindow/qlumhelppages.h>
 
+#include <QAbstractButton>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -100,6 +101,11 @@ void QlumHelpContents::makeSearch()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(search->queryWidget());
     layout->addWidget(search->resultWidget(), 1);
+    for (auto* field : search->queryWidget()->findChildren<QLineEdit*>())
+        field->setAccessibleName(tr("Words to search the manual for"));
+    for (auto* button : search->queryWidget()->findChildren<QAbstractButton*>())
+        if (button->text().isEmpty())
+            button->setAccessibleName(button->toolTip());
     connect(search->queryWidget(), &QHelpSearchQueryWidget::search, search,
             [search] { search->search(search->queryWidget()->searchInput()); });
     connect(search->resultWidget(), &QHelpSearchResultWidget::requestShowLink, this,

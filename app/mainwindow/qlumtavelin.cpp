@@ -248,6 +248,7 @@ QlumProjectReading QlumTavelin::loadProject(const QString& fileName)
 void QlumTavelin::clearProject()
 {
     m_documents->clear();
+    m_project->unknownDocuments().clear();
     for (QlumServerNode* server : m_project->servers())
         m_servers->removeServer(server);
 }
