@@ -41,6 +41,8 @@ void QlumAccess::name(QWidget& widget)
         widget.setAccessibleName(tr("More commands"));
     else if (widget.objectName() == QLatin1String("lookInCombo")) // of file dialogs
         widget.setAccessibleName(tr("Folder"));
+    else if (widget.objectName() == QLatin1String("fileTypeCombo"))
+        widget.setAccessibleName(tr("Type of files"));
     if (qobject_cast<QComboBox*>(&widget) && widget.accessibleDescription().isEmpty() &&
         widget.toolTip().isEmpty())
         widget.setAccessibleDescription(widget.accessibleName());

@@ -3,9 +3,9 @@
 
 usage: walkwindows.py --app PID|NAME [-v]
 
-The client has a project with a server that is connected. Each page of each document, each dialog of the menus and each
-dialog that a context menu offers is opened, looked at and left with Esc. What has no name is listed; then the exit code
-is 1, as it is when hardly anything was seen.
+The client has a project with a server that is connected. Each page of each document, each dialog of the menus
+and each dialog that a context menu offers is opened, looked at and left with Esc. What has no name is listed;
+then the exit code is 1, as it is when hardly anything was seen.
 """
 
 import argparse
@@ -226,9 +226,8 @@ class Walk:
             print(f"no name: {what}   (seen at {where})")
         for line in self.skipped if self.is_verbose else []:
             print(f"# skipped {line}", file=sys.stderr)
-        print(
-            f"{len(self.windows)} windows and pages, {len(self.seen)} controls, {len(self.nameless)} without a name"
-        )
+        counts = f"{len(self.windows)} windows and pages, {len(self.seen)} controls"
+        print(f"{counts}, {len(self.nameless)} without a name")
         is_enough = len(self.windows) >= FEWEST_WINDOWS and len(self.seen) >= FEWEST_CONTROLS
         return 0 if is_enough and not self.nameless else 1
 
