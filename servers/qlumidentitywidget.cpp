@@ -24,6 +24,9 @@ QlumIdentityWidget::QlumIdentityWidget(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* form = new QFormLayout;
+    setWhatsThis(
+        tr("<b>User</b><br>Who you are to the server: anonymous, a user with a password, or the holder of "
+           "a certificate and its private key. Only what the server accepts can be chosen."));
     m_kind->setObjectName(QStringLiteral("userTokenType"));
     m_kind->setAccessibleName(tr("User identity"));
     fillKinds(

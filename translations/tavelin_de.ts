@@ -106,6 +106,21 @@ Qt %4</translation>
     </message>
 </context>
 <context>
+    <name>QlumAccess</name>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>More commands</source>
+        <translation>Weitere Befehle</translation>
+    </message>
+    <message>
+        <source>Type of files</source>
+        <translation>Art der Dateien</translation>
+    </message>
+</context>
+<context>
     <name>QlumAddressSpaceModel</name>
     <message>
         <source>%1: %2</source>
@@ -8133,12 +8148,40 @@ Anwendungs-URI: %4</translation>
         <translation>Filter des Index</translation>
     </message>
     <message>
+        <source>First results</source>
+        <translation>Erste Ergebnisse</translation>
+    </message>
+    <message>
         <source>Index</source>
         <translation>Index</translation>
     </message>
     <message>
+        <source>Last results</source>
+        <translation>Letzte Ergebnisse</translation>
+    </message>
+    <message>
+        <source>Next results</source>
+        <translation>Nächste Ergebnisse</translation>
+    </message>
+    <message>
+        <source>Next search</source>
+        <translation>Nächste Suche</translation>
+    </message>
+    <message>
+        <source>Previous results</source>
+        <translation>Vorige Ergebnisse</translation>
+    </message>
+    <message>
+        <source>Previous search</source>
+        <translation>Vorige Suche</translation>
+    </message>
+    <message>
         <source>Search</source>
         <translation>Suche</translation>
+    </message>
+    <message>
+        <source>Words to search the manual for</source>
+        <translation>Wörter, nach denen das Handbuch durchsucht wird</translation>
     </message>
 </context>
 <context>
@@ -8278,6 +8321,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>&amp;Private key:</source>
         <translation>&amp;Privater Schlüssel:</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;User&lt;/b&gt;&lt;br&gt;Who you are to the server: anonymous, a user with a password, or the holder of a certificate and its private key. Only what the server accepts can be chosen.</source>
+        <translation>&lt;b&gt;Benutzer&lt;/b&gt;&lt;br&gt;Wer Sie für den Server sind: anonym, ein Benutzer mit Passwort oder der Inhaber eines Zertifikats und seines privaten Schlüssels. Wählen lässt sich nur, was der Server annimmt.</translation>
     </message>
     <message>
         <source>Anonymous</source>
@@ -13557,6 +13604,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
 %2</translation>
     </message>
     <message>
+        <source>The project %1 was saved by Tavelin %2, which is newer than this one. What only that version knows is not shown here, and may be lost when the project is saved under the same name.</source>
+        <translation>Das Projekt %1 wurde von Tavelin %2 gespeichert, das neuer ist als dieses. Was nur jene Version kennt, wird hier nicht gezeigt und geht womöglich verloren, wenn das Projekt unter demselben Namen gespeichert wird.</translation>
+    </message>
+    <message>
         <source>Too many command line arguments, Tavelin project file expected!</source>
         <translation>Zu viele Argumente auf der Befehlszeile, erwartet wird eine Tavelin-Projektdatei!</translation>
     </message>
@@ -18143,6 +18194,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
 </context>
 <context>
     <name>QlumStartPage</name>
+    <message>
+        <source>&lt;b&gt;Start Page&lt;/b&gt;&lt;br&gt;Ways to begin: a server, a project, the demo, or one of the tools. It goes when the project has a server, and is no part of the project.</source>
+        <translation>&lt;b&gt;Startseite&lt;/b&gt;&lt;br&gt;Wege zu beginnen: ein Server, ein Projekt, die Demo oder eines der Werkzeuge. Sie geht, sobald das Projekt einen Server hat, und gehört nicht zum Projekt.</translation>
+    </message>
     <message>
         <source>A project with live values, alarms and history.</source>
         <translation>Ein Projekt mit Livewerten, Alarmen und Historie.</translation>

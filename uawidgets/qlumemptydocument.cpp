@@ -4,7 +4,6 @@
 #include <QLabel>
 #include <QString>
 #include <QVBoxLayout>
-#include <QVariant>
 
 QlumEmptyDocument::QlumEmptyDocument(const QString& headline, const QString& hint, QWidget* parent)
     : QWidget(parent)
@@ -32,18 +31,10 @@ QlumEmptyDocument::QlumEmptyDocument(const QString& headline, const QString& hin
 
 void QlumEmptyDocument::saveSettings(QSettings& settings)
 {
-    for (auto kept = m_kept.cbegin(); kept != m_kept.cend(); ++kept)
-        settings.setValue(kept.key(), kept.value());
+    m_kept.write(settings);
 }
 
 void QlumEmptyDocument::loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap)
 {
-    m_kept.clear();
-    for (const QString& key : settings.allKeys()) {
-        const QVariant value = settings.value(key);
-        bool isNumber = false;
-        const int id = value.toInt(&isNumber);
-        const bool isServer = isNumber && key.endsWith(QLatin1String("ServerId"));
-        m_kept.insert(key, isServer && serverIdMap.contains(id) ? QVariant(serverIdMap.value(id)) : value);
-    }
+    m_kept.read(settings, serverIdMap);
 }

@@ -1,10 +1,10 @@
 #pragma once
 #include <app/api/qlumdocumentwidgetinterface.h>
+#include <app/api/qlumkeptsettings.h>
 
 #include <QMap>
 #include <QSettings>
 #include <QString>
-#include <QVariantMap>
 #include <QWidget>
 
 /// A document or dock page that has nothing to show and says so, with what the user can do instead. What a
@@ -21,5 +21,5 @@ public:
     void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
 
 private:
-    QVariantMap m_kept; // by their keys in the document's group
+    QlumKeptSettings m_kept;
 };

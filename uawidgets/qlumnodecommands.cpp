@@ -2,8 +2,10 @@
 
 #include <app/api/qlumdocumenttypes.h>
 
+#include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QEvent>
+#include <QItemSelectionModel>
 #include <QMenu>
 #include <QString>
 #include <QStringList>
@@ -41,6 +43,10 @@ QlumNodeCommands::QlumNodeCommands(QWidget* view, std::function<QlumToolNodes()>
     view->installEventFilter(this);
     if (const auto* area = qobject_cast<QAbstractScrollArea*>(view))
         area->viewport()->installEventFilter(this); // the mouse asks there, the key asks the view
+    // also for who lists the commands without a menu, by name
+    if (const auto* items = qobject_cast<QAbstractItemView*>(view); items && items->selectionModel())
+        connect(items->selectionModel(), &QItemSelectionModel::currentChanged, this,
+                &QlumNodeCommands::update);
     if (const QlumToolServices* services = QlumToolServices::instance())
         connect(services, &QlumToolServices::takersChanged, this, &QlumNodeCommands::makeOpenActions);
     makeOpenActions();

@@ -14,8 +14,8 @@ class QMenu;
 
 /// The commands of a view for the nodes that are selected in it: what other tools do with nodes, as far as
 /// they are there and accept them ("Add to Data Access View", "Call..."). The actions are the view's own and
-/// take part in its context menu, by mouse and by key; they follow the selection when the menu opens, and the
-/// tools as these come and go. The object belongs to the view.
+/// take part in its context menu, by mouse and by key; they follow the selection when the menu opens and
+/// when another item becomes current, and the tools as these come and go. The object belongs to the view.
 class QlumNodeCommands : public QObject
 {
     Q_OBJECT

@@ -3,8 +3,10 @@
 
 #include <QString>
 
+#include <functional>
+
 /// Writes log entries from code that does not know the main window. Every function may be called from any
-/// thread and does nothing while there is no application.
+/// thread; while there is no application nothing is logged, but what is set for that time is told.
 class QlumUaTrace
 {
 public:
@@ -21,4 +23,6 @@ public:
 
     /// The application is there (or, with null, goes); its log() receives the entries.
     static void setApplication(QlumApplicationInterface* application);
+    /// Takes what is logged while there is no application, as before the window is there. Any thread.
+    static void setEarlySink(std::function<void(const QString& text)> sink);
 };

@@ -43,6 +43,9 @@ QlumProjectNodeDocument* QlumDocumentArea::add(const QString& type, const QStrin
     if (!widget)
         return nullptr;
     qlumSetHelpTool(widget, type);
+    if (widget->whatsThis().isEmpty()) // for its parts that have none of their own
+        widget->setWhatsThis(
+            QStringLiteral("<b>%1</b><br>%2").arg(qlumDocumentTypeName(type), plugin->description(type)));
     auto node = std::make_unique<QlumProjectNodeDocument>(name, type);
     node->setWidget(widget);
     QlumProjectNodeDocument* document = m_project->addDocument(std::move(node));

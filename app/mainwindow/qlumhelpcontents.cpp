@@ -17,6 +17,8 @@
 #include <QLineEdit>
 #include <QList>
 #include <QString>
+#include <QStringList>
+#include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <QWidget>
@@ -100,12 +102,27 @@ void QlumHelpContents::makeSearch()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(search->queryWidget());
     layout->addWidget(search->resultWidget(), 1);
+    nameSearch(*search->queryWidget(), *search->resultWidget());
     connect(search->queryWidget(), &QHelpSearchQueryWidget::search, search,
             [search] { search->search(search->queryWidget()->searchInput()); });
     connect(search->resultWidget(), &QHelpSearchResultWidget::requestShowLink, this,
             &QlumHelpContents::choose);
     addTab(page, tr("Search"));
     search->reindexDocumentation();
+}
+
+// Parts of Qt's that have pictures only.
+void QlumHelpContents::nameSearch(const QWidget& query, const QWidget& result)
+{
+    for (auto* field : query.findChildren<QLineEdit*>())
+        field->setAccessibleName(tr("Words to search the manual for"));
+    const auto name = [](const QWidget& part, const QStringList& names) {
+        const QList<QToolButton*> buttons = part.findChildren<QToolButton*>();
+        for (int i = 0; i < buttons.size() && i < names.size(); ++i)
+            buttons.at(i)->setAccessibleName(names.at(i));
+    };
+    name(query, {tr("Previous search"), tr("Next search")});
+    name(result, {tr("First results"), tr("Previous results"), tr("Next results"), tr("Last results")});
 }
 
 // The file has the pages under addresses of its own; those of the program are shown.

@@ -31,6 +31,7 @@ private:
     void makeContents();
     void makeIndex();
     void makeSearch();
+    static void nameSearch(const QWidget& query, const QWidget& result);
     void choose(const QUrl& page);
 
     /// The catalogue is made anew each time: it is small, and nothing of an older version is left over.

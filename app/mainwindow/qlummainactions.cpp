@@ -116,6 +116,8 @@ QlumMainActions::QlumMainActions(QMainWindow* window)
         action->setEnabled(false);
     m_actions[FindNode]->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
     m_actions[Palette]->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
+    if (m_actions[Quit]->shortcut().isEmpty()) // not every desktop names one
+        m_actions[Quit]->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
     m_actions[Quit]->setMenuRole(QAction::QuitRole);
     m_actions[About]->setMenuRole(QAction::AboutRole);
 }

@@ -121,6 +121,8 @@ bool QlumProjectSession::replaceProject(const QString& source, const QString& fi
         tellUnreadable(source, reading.error);
         return false;
     }
+    if (!reading.newerVersion.isEmpty())
+        tellNewer(source, reading.newerVersion);
     if (!reading.leftOut.isEmpty()) {
         setModified();
         tellLeftOut(source, reading);
@@ -132,6 +134,18 @@ void QlumProjectSession::tellUnreadable(const QString& fileName, const QString& 
 {
     QMessageBox box(QMessageBox::Warning, tr("Open Project"),
                     tr("The project %1 could not be read.\n%2").arg(QDir::toNativeSeparators(fileName), why),
+                    QMessageBox::Ok, m_window);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+void QlumProjectSession::tellNewer(const QString& fileName, const QString& version)
+{
+    QMessageBox box(QMessageBox::Information, tr("Open Project"),
+                    tr("The project %1 was saved by Tavelin %2, which is newer than this one. What only that "
+                       "version knows "
+                       "is not shown here, and may be lost when the project is saved under the same name.")
+                        .arg(QDir::toNativeSeparators(fileName), version),
                     QMessageBox::Ok, m_window);
     box.setTextFormat(Qt::PlainText);
     box.exec();

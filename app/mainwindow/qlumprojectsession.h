@@ -64,6 +64,7 @@ private:
     void openFile(const QString& fileName, bool addToRecentFiles);
     [[nodiscard]] bool replaceProject(const QString& source, const QString& fileName);
     void tellUnreadable(const QString& fileName, const QString& why);
+    void tellNewer(const QString& fileName, const QString& version);
     void tellLeftOut(const QString& fileName, const QlumProjectReading& reading);
     [[nodiscard]] bool mayReplace(const QString& fileName);
     bool saveTo(const QString& fileName);

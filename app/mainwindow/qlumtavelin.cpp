@@ -17,6 +17,7 @@
 #include <app/mainwindow/qlumservercommands.h>
 #include <app/mainwindow/qlumupdatecheck.h>
 #include <app/mainwindow/qlumupdatedialog.h>
+#include <app/mainwindow/qlumwindowhelp.h>
 #include <app/pluginloader/qlumdirector.h>
 #include <app/project/qlumprojectfile.h>
 #include <app/project/qlumprojectmodel.h>
@@ -156,6 +157,7 @@ void QlumTavelin::setupMenu()
 void QlumTavelin::setupHelp()
 {
     m_help = new QlumHelpViewer(nullptr);
+    new QlumWindowHelp(this, m_help);
 }
 
 void QlumTavelin::loadGuiState()
@@ -248,6 +250,7 @@ QlumProjectReading QlumTavelin::loadProject(const QString& fileName)
 void QlumTavelin::clearProject()
 {
     m_documents->clear();
+    m_project->unknownDocuments().clear();
     for (QlumServerNode* server : m_project->servers())
         m_servers->removeServer(server);
 }

@@ -13,6 +13,7 @@
 #include <app/log/qlumlogmodel.h>
 #include <app/log/qlumlogview.h>
 #include <app/mainwindow/qlumaboutdialog.h>
+#include <app/mainwindow/qlumaccess.h>
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlumbugreport.h>
 #include <app/mainwindow/qlumdocumentarea.h>
@@ -220,6 +221,7 @@ void QlumTavelin::setupConnections()
                                  },
                                  [this](const QString& type) { addDocument(type); }});
     connect((*m_actions)[QlumMainActions::Palette], &QAction::triggered, palette, &QlumPaletteCommands::show);
+    new QlumAccess(this);
     new QlumProjectDrop(this, [this](const QString& file) { m_session->sltOpenRecent(file); });
     m_updates = new QlumUpdateCheck(m_settings.get(), m_network.get(), this);
     connectCommands();

@@ -2,6 +2,7 @@
 
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumdocumentwidgetinterface.h>
+#include <app/api/qlumkeptsettings.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumtext.h>
 #include <app/ini/qluminicheck.h>
@@ -18,6 +19,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QVersionNumber>
 
 #include <span>
 #include <sys/stat.h>
@@ -30,6 +32,8 @@ constexpr int maximumDocuments = 1000;
 // Far above what servers have; an index that claims more would only size memory.
 constexpr int maximumNamespaces = 4096;
 constexpr int maximumLeftOut = 100;
+
+const auto versionKey = QStringLiteral("SavedByVersion");
 
 class Text
 {
@@ -71,6 +75,14 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
             Text::tr("Writing %1 failed: %2.")
                 .arg(QDir::toNativeSeparators(fileName), QString::fromStdString(error.message())));
     return !error;
+}
+
+// The version, when it is newer than this program's; else nothing.
+QString newerThanThis(const QString& version)
+{
+    const QVersionNumber written = QVersionNumber::fromString(version);
+    const QVersionNumber own = QVersionNumber::fromString(QCoreApplication::applicationVersion());
+    return !own.isNull() && written > own ? written.toString() : QString();
 }
 
 QStringList readNamespaces(QSettings& settings)
@@ -122,6 +134,7 @@ bool QlumProjectFile::save(const QString& fileName) const
 
 void QlumProjectFile::write(QSettings& settings) const
 {
+    settings.setValue(versionKey, QCoreApplication::applicationVersion());
     writeServers(settings);
     writeDocuments(settings);
     m_plugins->saveSettings(settings);
@@ -160,13 +173,28 @@ void QlumProjectFile::writeDocuments(QSettings& settings) const
         settings.endGroup();
         settings.endGroup();
     }
+    writeUnknownDocuments(settings);
     settings.endGroup();
+}
+
+void QlumProjectFile::writeUnknownDocuments(QSettings& settings) const
+{
+    const QMap<QString, QlumKeptSettings>& unknown = m_model->unknownDocuments();
+    for (auto kept = unknown.cbegin(); kept != unknown.cend(); ++kept) {
+        QString name = kept.key();
+        for (int i = 2; m_model->findDocument(name) || (name != kept.key() && unknown.contains(name)); ++i)
+            name = QStringLiteral("%1 %2").arg(kept.key()).arg(i); // somebody has taken it meanwhile
+        settings.beginGroup(name);
+        kept->write(settings);
+        settings.endGroup();
+    }
 }
 
 QlumProjectReading QlumProjectFile::load(const QString& fileName)
 {
     m_serverIds.clear();
     m_reading = {};
+    m_model->unknownDocuments().clear();
     const QlumIniCheck check = qlumCheckIniFile(fileName);
     const QTemporaryDir folder;
     QFile copy(folder.filePath(QStringLiteral("project.uap")));
@@ -185,6 +213,7 @@ QlumProjectReading QlumProjectFile::load(const QString& fileName)
     for (const QString& line : check.refused)
         leaveOut(line);
     QSettings settings(copy.fileName(), QSettings::IniFormat);
+    m_reading.newerVersion = newerThanThis(settings.value(versionKey).toString());
     readServers(settings);
     readDocuments(settings);
     m_plugins->loadSettings(settings, m_serverIds);
@@ -259,8 +288,10 @@ void QlumProjectFile::readDocument(QSettings& settings, const QString& name)
     if (type == QLatin1String("Data Access Classic View")) // written by older versions
         type = QStringLiteral("Data Access View");
     const QlumProjectNodeDocument* document = m_hooks.createDocument(type, name);
-    if (!document)
+    if (!document) {
+        m_model->unknownDocuments()[name].read(settings, m_serverIds);
         return;
+    }
     ++m_reading.documents;
     if (auto* content = qobject_cast<QlumDocumentWidgetInterface*>(document->widget())) {
         settings.beginGroup(QStringLiteral("DocumentSettings"));

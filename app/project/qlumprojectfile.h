@@ -29,9 +29,10 @@ struct QlumProjectFileHooks
 /// What came of reading a project file.
 struct QlumProjectReading
 {
-    QString error;       ///< for the user: why nothing was read; empty when it was
-    QStringList leftOut; ///< for the user, a line each: what could not be read; at most 100 lines
-    int servers = 0;     ///< so many were read
+    QString error;        ///< for the user: why nothing was read; empty when it was
+    QStringList leftOut;  ///< for the user, a line each: what could not be read; at most 100 lines
+    QString newerVersion; ///< of the program that wrote it, when that is newer than this one
+    int servers = 0;      ///< so many were read
     int documents = 0;
     QList<QPointer<QlumServerNode>> toConnect; ///< those that were connected when the file was written
 };
@@ -51,6 +52,7 @@ private:
     void write(QSettings& settings) const;
     void writeServers(QSettings& settings) const;
     void writeDocuments(QSettings& settings) const;
+    void writeUnknownDocuments(QSettings& settings) const;
     QStringList bounded(QStringList groups, int maximum, const QString& what);
     void leaveOut(const QString& text);
     void readServers(QSettings& settings);

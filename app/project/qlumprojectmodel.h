@@ -1,5 +1,6 @@
 #pragma once
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumkeptsettings.h>
 #include <app/api/qlumprojectnode.h>
 #include <app/project/qlumserverregistry.h>
 #include <app/project/qlumstorableobject.h>
@@ -7,6 +8,7 @@
 #include <uawidgets/models/qlumtreemodel.h>
 
 #include <QList>
+#include <QMap>
 #include <QModelIndex>
 #include <QObject>
 #include <QString>
@@ -54,6 +56,9 @@ public:
     [[nodiscard]] QList<QlumProjectNodeDocument*> documents() const;
     [[nodiscard]] const QlumServerRegistry& registry() const { return m_registry; }
 
+    /// Documents that no plugin here knows, by their names: saved again as they were read.
+    [[nodiscard]] QMap<QString, QlumKeptSettings>& unknownDocuments() { return m_unknownDocuments; }
+
     /// The tree itself is kept in project files; these two keep nothing.
     void load() override {}
     void store() override {}
@@ -82,4 +87,5 @@ private:
     QlumProjectNode* m_servers;
     QlumProjectNode* m_documents;
     QlumServerRegistry m_registry;
+    QMap<QString, QlumKeptSettings> m_unknownDocuments;
 };

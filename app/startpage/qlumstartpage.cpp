@@ -90,6 +90,9 @@ QStringList qlumServersOfProject(const QString& file, int maximum)
 QlumStartPage::QlumStartPage(QWidget* parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("startPage"));
+    setWhatsThis(
+        tr("<b>Start Page</b><br>Ways to begin: a server, a project, the demo, or one of the tools. It goes "
+           "when the project has a server, and is no part of the project."));
     setAccessibleName(tr("Start page"));
     setAutoFillBackground(true); // it may lie above a document
     auto* content = new QWidget;

@@ -138,7 +138,13 @@ int QlumStartup::run(int argc, char** argv)
     setIdentity();
     QApplication::setWindowIcon(
         QIcon(QStringLiteral(":/images/tavelin.png"))); // of the dialogs before the window
+    // before anything that might crash; until the window is there its log is what the report has
+    QlumUaTrace::setEarlySink(QlumCrashHandler::note);
+    QlumSessionRecord record(qlumRecoveryFolder(), QlumCertificateStore::trace());
+    watchForCrashes(record);
     const QStringList settingsProblems = qlumCleanSettingsFile() + languageProblems;
+    for (const QString& text : settingsProblems)
+        QlumCrashHandler::note(text);
     const QPixmap pixmap(QStringLiteral(":/images/tavelin_splash.png"));
     QlumSplashScreen splash(pixmap, Qt::WindowStaysOnTopHint);
     addLibraryPaths();
@@ -146,7 +152,7 @@ int QlumStartup::run(int argc, char** argv)
     QCoreApplication::processEvents();
     if (const int error = startLayers(splash); error != 0)
         return error;
-    return runMainWindow(splash, settingsProblems);
+    return runMainWindow(splash, record, settingsProblems);
 }
 
 int QlumStartup::runUntilClosed(const QWidget& window)
@@ -174,12 +180,11 @@ int QlumStartup::startLayers(QlumSplashScreen& splash)
     return 0;
 }
 
-int QlumStartup::runMainWindow(QlumSplashScreen& splash, const QStringList& settingsProblems)
+int QlumStartup::runMainWindow(QlumSplashScreen& splash, QlumSessionRecord& record,
+                               const QStringList& settingsProblems)
 {
     show(splash, Text::tr("Loading main application..."));
     const QlumPasswordKeeper passwords(std::make_unique<QlumSecretService>()); // outlives what uses it
-    QlumSessionRecord record(qlumRecoveryFolder(), QlumCertificateStore::trace());
-    watchForCrashes(record);
     auto window = std::make_unique<QlumTavelin>(qlumServices());
     window->keepRecovery(record);
     const QlumLog log(QStringLiteral("Tavelin"));

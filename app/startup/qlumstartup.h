@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <QWidget>
 
+class QlumSessionRecord;
 class QlumSplashScreen;
 
 /// Brings the program from a bare process to its main window and back.
@@ -26,5 +27,6 @@ public:
 
 private:
     [[nodiscard]] static int startLayers(QlumSplashScreen& splash);
-    [[nodiscard]] static int runMainWindow(QlumSplashScreen& splash, const QStringList& settingsProblems);
+    [[nodiscard]] static int runMainWindow(QlumSplashScreen& splash, QlumSessionRecord& record,
+                                           const QStringList& settingsProblems);
 };

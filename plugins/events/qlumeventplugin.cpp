@@ -78,7 +78,8 @@ void QlumEventPlugin::registerSettings()
          tr("&Events"),
          {QlumSettingRow::number(publishingInterval,
                                  {tr("&Publishing interval:"), tr("How often a server may report events.")},
-                                 0, hour, unit),
+                                 0, hour, unit)
+              .felt(QlumSettingRow::InNewViews),
           QlumSettingRow::number(
               samplingInterval,
               {tr("&Sampling interval:"), tr("Sent with every notifier; most servers take no notice of it.")},
@@ -96,7 +97,8 @@ void QlumEventPlugin::registerSettings()
                                 tr("The details list the fields that an event does not have, too.")}),
           QlumSettingRow::number(maxLogEntries,
                                  {tr("&Most events in the log:"), tr("When there are more the oldest go.")},
-                                 1, most),
+                                 1, most)
+              .felt(QlumSettingRow::InNewViews),
           QlumSettingRow::number(historyValues,
                                  {tr("Historical events in an &answer:"),
                                   tr("How many a server sends at a time; 0 leaves it to the server.")},

@@ -53,7 +53,8 @@ void QlumImageViewerPlugin::registerSettings()
                                  {tr("Ask for &new images every:"),
                                   tr("The interval of documents that are opened from now on. Each may have "
                                      "another one.")},
-                                 least, most, tr(" ms"))}});
+                                 least, most, tr(" ms"))
+              .felt(QlumSettingRow::InNewViews)}});
 }
 
 void QlumImageViewerPlugin::offerServices()

@@ -4,7 +4,7 @@
 . "$(dirname "$0")/common.sh"
 
 readonly DEMO=$ROOT/build/demo BIN=$ROOT/build/release/bin TREE_SECONDS=30
-picture="" project="" own_home=false keep=false
+picture="" project="" own_home=false keep=false walk=false
 client="" desk="" server=false
 
 parse() {
@@ -12,6 +12,7 @@ parse() {
         case $1 in
             --own-home) own_home=true ;;
             --keep) keep=true ;;
+            --walk) walk=true ;;
             --shot)
                 [ $# -gt 1 ] || die "shot needs FILE.png"
                 picture=$(realpath -m "$2")
@@ -146,6 +147,10 @@ run_on_virtual_desktop() {
     desk=$DESK_DIR
     start_client
     wait_for_tree
+    if $walk; then
+        tools/ui/walkwindows.py --app "$client"
+        return
+    fi
     take_picture
     if $keep; then
         say "display $DISPLAY; Ctrl+C ends it"
@@ -168,7 +173,7 @@ mkdir -p "$DEMO"
 trap clean_up EXIT
 trap 'exit 130' INT TERM
 prepare_project
-if [ -n "$picture" ] || [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+if $walk || [ -n "$picture" ] || [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     picture=${picture:-$DEMO/screenshot.png}
     run_on_virtual_desktop
 else

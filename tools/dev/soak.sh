@@ -3,7 +3,10 @@
 # up to half an hour, the others for a few minutes; OPTIONS go to the program and take the place of those that stand here.
 . "$(dirname "$0")/common.sh"
 
-readonly SOAKS="reconnects rounds faults recording disconnects"
+readonly SOAKS="names reconnects rounds faults recording disconnects"
+
+# All windows of the client, as a screen reader meets them: two minutes.
+soak_names() { tools/dev/run.sh --walk; }
 
 # Connections one after another: threads, descriptors and memory are the same after them.
 soak_reconnects() { # [NUMBER]

@@ -44,7 +44,7 @@ public:
         return startConnect();
     }
     void disconnectServer() override { announce(QlumConnectionStatus::Disconnected); }
-    void changeUser() override {}
+    void changeUser() override { ++userChanges; }
     void storeSettings(QSettings& settings) const override
     {
         settings.setValue(QStringLiteral("ServerUrl"), m_url);
@@ -71,6 +71,7 @@ public:
 
     int connects = 0;
     int userConnects = 0;
+    int userChanges = 0;
     bool refuses = false;
     bool hastens = false; ///< a reconnect of its own instead of connecting
 

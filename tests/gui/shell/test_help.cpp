@@ -8,15 +8,18 @@
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/mainwindow/qlumversions.h>
+#include <tests/support/dialogdriver.h>
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QDialog>
 #include <QDir>
 #include <QDockWidget>
 #include <QFile>
+#include <QListWidget>
 #include <QModelIndexList>
 #include <QObject>
 #include <QPluginLoader>
@@ -28,9 +31,11 @@
 #include <QStringList>
 #include <QTest>
 #include <QTextBrowser>
+#include <QToolBar>
 #include <QUrl>
 #include <QVector>
 #include <QWidget>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -95,6 +100,38 @@ TEST_F(Help, F1OpensThePageOfTheToolWithTheFocus)
     const auto* log = window->findChild<QDockWidget*>(QStringLiteral("Log Dock Widget"));
     EXPECT_EQ(qlumHelpPageOf(log->widget()).fileName(), QStringLiteral("log.html"));
     EXPECT_EQ(qlumHelpPageOf(nullptr).fileName(), QStringLiteral("index.html"));
+}
+
+TEST_F(Help, F1BesideADialogOpensAWindowThatTheDialogDoesNotBlock)
+{
+    window->show();
+    QString page;
+    bool isBlocked = true;
+    int viewers = 0;
+    const DialogDriver driver([&](QDialog& dialog) {
+        QApplication::setActiveWindow(&dialog);
+        auto* list = dialog.findChild<QListWidget*>(QStringLiteral("settingsPages"));
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_F1);
+        QTest::keyClick(list, Qt::Key_F1); // the same window again
+        const auto shown = dialog.findChildren<QlumHelpViewer*>();
+        viewers = shown.size();
+        if (viewers > 0) {
+            page = shown.first()->browser()->source().fileName();
+            // what is blocked takes no click: the link to the contents stays a link
+            auto* browser = shown.first()->browser();
+            auto* bar = shown.first()->findChild<QToolBar*>(QStringLiteral("helpToolBar"));
+            const QWidget* home = bar->widgetForAction(bar->actions().first());
+            QTest::mouseClick(shown.first()->windowHandle(), Qt::LeftButton, {},
+                              home->mapTo(shown.first(), home->rect().center()));
+            isBlocked = browser->source().fileName() != QLatin1String("index.html");
+        }
+        dialog.reject();
+    });
+    window->actions()[QlumMainActions::Configure]->trigger();
+    EXPECT_EQ(viewers, 1);
+    EXPECT_EQ(page, QStringLiteral("settings.html"));
+    EXPECT_FALSE(isBlocked);
 }
 
 // Every link leads somewhere, and the file that contents and search come from knows the same pages.

@@ -31,6 +31,7 @@
 #include <QDockWidget>
 #include <QFile>
 #include <QKeySequence>
+#include <QLabel>
 #include <QLineEdit>
 #include <QList>
 #include <QListWidget>
@@ -506,6 +507,12 @@ TEST_F(MainWindow, SettingsOfToolsHaveTheirPageBehindThoseOfTheApplication)
         EXPECT_EQ(age->accessibleName(), QStringLiteral("Oldest value shown"));
         EXPECT_TRUE(age->whatsThis().startsWith(QLatin1String("<b>Oldest value shown</b><br>")));
         age->setValue(250);
+        const auto* waits = dialog.findChild<QLabel*>(QStringLiteral("settingsWait"));
+        EXPECT_TRUE(waits->isHidden()) << "that is felt with the next node";
+        auto* interval = dialog.findChild<QSpinBox*>(QStringLiteral("DataAccessPlugin.PublishingInterval"));
+        if (interval)
+            interval->setValue(interval->value() + 10);
+        EXPECT_EQ(waits->text(), QStringLiteral("In views that are opened from now on: Publishing interval"));
         dialog.accept();
     });
     action(QlumMainActions::Configure)->trigger();

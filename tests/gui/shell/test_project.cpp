@@ -14,6 +14,7 @@
 #include <QAbstractItemModelTester>
 #include <QByteArray>
 #include <QChar>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -172,6 +173,31 @@ TEST_F(ProjectFile, OldDocumentTypeIsReadAndUnknownOneSkipped)
     ASSERT_EQ(project.model.documents().size(), 1);
     EXPECT_EQ(project.model.documents().first()->documentType(), QStringLiteral("Data Access View"));
     EXPECT_EQ(project.sheet(0)->text, QStringLiteral("kept"));
+}
+
+TEST_F(ProjectFile, WhatANewerVersionHasWrittenIsToldAndItsDocumentsAreNotLost)
+{
+    QCoreApplication::setApplicationVersion("1.9.3");
+    write(
+        "[General]\nSavedByVersion=1.10.0\n[Servers]\n3\\Name=Mill\n3\\ProjectServerId=3\n[Documents]\n"
+        "Odd\\DocumentType=Coffee View\nOdd\\DocumentSettings\\ServerId=3\nOdd\\DocumentSettings\\Cups=12\n");
+    Project project;
+    EXPECT_EQ(project.file().load(path).newerVersion, "1.10.0");
+    const int id = static_cast<int>(project.model.servers().first()->serverId());
+    project.addDocument("Data Access View", "Odd"); // the name seemed to be free
+    for (int round = 0; round < 2; ++round) {       // the second time as one's own project
+        ASSERT_TRUE(project.file().save(path));
+        const QSettings saved(path, QSettings::IniFormat);
+        EXPECT_EQ(saved.value("SavedByVersion"), "1.9.3");
+        EXPECT_EQ(saved.value("Documents/Odd/DocumentType"), "Data Access View");
+        EXPECT_EQ(saved.value("Documents/Odd 2/DocumentType"), "Coffee View");
+        EXPECT_EQ(saved.value("Documents/Odd 2/DocumentSettings/Cups"), "12");
+        EXPECT_EQ(saved.value("Documents/Odd 2/DocumentSettings/ServerId").toInt(), id);
+    }
+    Project again;
+    EXPECT_EQ(again.file().load(path).newerVersion, QString());
+    EXPECT_EQ(again.model.unknownDocuments().size(), 1);
+    QCoreApplication::setApplicationVersion({});
 }
 
 TEST_F(ProjectFile, FailedSaveLeavesTheFile)

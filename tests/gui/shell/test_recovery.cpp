@@ -1,3 +1,5 @@
+#include <app/api/qlumlog.h>
+#include <app/api/qlumuatrace.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumrecentfiles.h>
@@ -149,6 +151,22 @@ TEST(CrashHandlerDeathTest, ReportNamesBuildSignalStackAndLastLines)
     EXPECT_FALSE(text.contains("line 64 "));
     EXPECT_TRUE(text.contains("line 65 "));
     EXPECT_LT(text.size(), 64 * 1024);
+}
+
+TEST(CrashHandlerDeathTest, LinesFromBeforeTheWindowAreInTheReport)
+{
+    const QTemporaryDir folder;
+    const QString report = folder.filePath(QStringLiteral("crash.txt"));
+    EXPECT_EXIT(
+        {
+            QlumUaTrace::setEarlySink(QlumCrashHandler::note);
+            QlumCrashHandler::install(report, "1.2.3");
+            QlumLog(QStringLiteral("Certificates")).error(QStringLiteral("the store cannot be read"));
+            std::raise(SIGSEGV);
+        },
+        ::testing::KilledBySignal(SIGSEGV), "");
+    EXPECT_TRUE(contentOf(report).endsWith("  Certificates: the store cannot be read\n"))
+        << contentOf(report).constData();
 }
 
 TEST_F(Recovery, UnsavedChangesAreKeptUntilTheyAreSavedAndGoWithACleanEnd)

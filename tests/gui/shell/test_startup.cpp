@@ -1,5 +1,8 @@
 #include <app/api/qlumsplashscreen.h>
+#include <app/mainwindow/qlumtavelin.h>
+#include <app/mainwindow/qlumtavelinservices.h>
 #include <app/mainwindow/qlumtipwindow.h>
+#include <app/recovery/qlumsessionrecord.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <app/startup/qlumfolders.h>
 #include <app/startup/qlumsettingsfile.h>
@@ -139,6 +142,28 @@ TEST_F(Home, SettingsAreBesideTheCertificatesWhateverTheEnvironmentNames)
     EXPECT_EQ(QSettings().fileName(), below(QStringLiteral("tavelin.ini")));
     EXPECT_EQ(read(QStringLiteral("tavelin.ini")), "[General]\na=1\n");
     qunsetenv("XDG_CONFIG_HOME");
+    TearDown();
+    QlumStartup::setIdentity(); // for the tests behind this one
+}
+
+TEST_F(Home, WithoutAPlaceToWriteTheProgramRunsAndSaysSo)
+{
+    qputenv("HOME", "/dev/null"); // no folder can be made below it, whoever asks
+    prepareFolders();
+    EXPECT_TRUE(qlumCleanSettingsFile().isEmpty());
+    QlumStartup::setIdentity();
+    {
+        const QlumSessionRecord record(qlumRecoveryFolder(), folder.path());
+        EXPECT_FALSE(record.isKept());
+        EXPECT_TRUE(record.leftovers().isEmpty());
+        QlumTavelin window{QlumTavelinServices()};
+        window.setSettingsValue(QStringLiteral("General.CallTimeout"), 4711);
+        EXPECT_EQ(window.settingsValue(QStringLiteral("General.CallTimeout")).toInt(), 4711);
+        EXPECT_TRUE(window.saveProject(folder.filePath(QStringLiteral("plant.uap"))));
+        QlumSettingsModel settings;
+        settings.setValue(QStringLiteral("General.CallTimeout"), 4712);
+        EXPECT_FALSE(settings.flush());
+    }
     TearDown();
     QlumStartup::setIdentity(); // for the tests behind this one
 }

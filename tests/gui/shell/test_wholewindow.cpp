@@ -11,9 +11,12 @@
 #include <app/settings/qlumsettingsmodel.h>
 #include <app/support/qlumsupportdialog.h>
 #include <app/support/qlumsupportreport.h>
+#include <servers/qlumdiscoverysetting.h>
+#include <servers/qlumserversettingsdialog.h>
 #include <tests/gui/shell/fakeserver.h>
 #include <tests/gui/shell/faketree.h>
 #include <tests/support/dialogdriver.h>
+#include <tests/support/keyboard.h>
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -85,32 +88,70 @@ protected:
     std::unique_ptr<QlumTavelin> window;
 };
 
+bool isControl(const QWidget* widget)
+{
+    return qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QLineEdit*>(widget) ||
+           qobject_cast<const QComboBox*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
+           qobject_cast<const QAbstractItemView*>(widget) || qobject_cast<const QPlainTextEdit*>(widget);
+}
+
+// Of another control, which has the name, or one that Qt makes for itself.
+bool isPart(const QWidget* widget)
+{
+    const QWidget* parent = widget->parentWidget();
+    return qobject_cast<const QComboBox*>(parent) || qobject_cast<const QAbstractSpinBox*>(parent) ||
+           qobject_cast<const QLineEdit*>(parent) || parent->inherits("QTabBar") ||
+           parent->inherits("QComboBoxPrivateContainer") || parent->inherits("QAbstractItemView") ||
+           parent->inherits("QDockWidget") || parent->inherits("QMenuBar") ||
+           parent->inherits("QlumMessageBar") || widget->inherits("QHeaderView");
+}
+
+QList<QWidget*> controls(const QWidget& root)
+{
+    QList<QWidget*> found;
+    for (QWidget* widget : root.findChildren<QWidget*>())
+        // some have a text only when there is something to say, and are hidden before
+        if (isControl(widget) && !isPart(widget) && !widget->isHidden() &&
+            (widget->focusPolicy() & Qt::TabFocus))
+            found.append(widget);
+    return found;
+}
+
+QString describe(const QWidget& widget)
+{
+    return QStringLiteral("%1 '%2' in %3")
+        .arg(QLatin1String(widget.metaObject()->className()), widget.objectName(),
+             QLatin1String(widget.parentWidget()->metaObject()->className()));
+}
+
 // Controls that a screen reader could only call by their kind.
 QStringList nameless(const QWidget& root)
 {
     QStringList found;
-    for (QWidget* widget : root.findChildren<QWidget*>()) {
-        const bool isControl = qobject_cast<QAbstractButton*>(widget) || qobject_cast<QLineEdit*>(widget) ||
-                               qobject_cast<QComboBox*>(widget) || qobject_cast<QAbstractSpinBox*>(widget) ||
-                               qobject_cast<QAbstractItemView*>(widget) ||
-                               qobject_cast<QPlainTextEdit*>(widget);
-        // parts of another control, which has the name, and what Qt makes for itself
-        const QWidget* parent = widget->parentWidget();
-        const bool isPart =
-            qobject_cast<const QComboBox*>(parent) || qobject_cast<const QAbstractSpinBox*>(parent) ||
-            qobject_cast<const QLineEdit*>(parent) || parent->inherits("QTabBar") ||
-            parent->inherits("QComboBoxPrivateContainer") || parent->inherits("QAbstractItemView") ||
-            parent->inherits("QDockWidget") || parent->inherits("QMenuBar") ||
-            parent->inherits("QlumMessageBar") || widget->inherits("QHeaderView") ||
-            widget->objectName().startsWith(QLatin1String("qt_"));
-        // some have a text only when there is something to say, and are hidden before
-        if (!isControl || isPart || widget->isHidden() || !(widget->focusPolicy() & Qt::TabFocus))
-            continue;
+    for (QWidget* widget : controls(root)) {
         QAccessibleInterface* told = QAccessible::queryAccessibleInterface(widget);
-        if (told && told->text(QAccessible::Name).trimmed().isEmpty())
-            found.append(QStringLiteral("%1 '%2' in %3")
-                             .arg(QLatin1String(widget->metaObject()->className()), widget->objectName(),
-                                  QLatin1String(parent->metaObject()->className())));
+        const bool isNamed = qobject_cast<const QComboBox*>(widget) // whose name there is what it shows
+                                 ? !widget->accessibleName().isEmpty() || !widget->toolTip().isEmpty() ||
+                                       !told->relations(QAccessible::Label).isEmpty()
+                                 : !told || !told->text(QAccessible::Name).trimmed().isEmpty();
+        if (!isNamed)
+            found.append(describe(*widget));
+    }
+    return found;
+}
+
+// Controls for which What's This? has nothing to say, nor for what they are in, and that have no tool tip.
+QStringList unexplained(const QWidget& root)
+{
+    QStringList found;
+    for (const QWidget* widget : controls(root)) {
+        if (widget->parentWidget()->inherits("QDialogButtonBox"))
+            continue; // OK and Cancel need no words
+        const QWidget* teller = widget;
+        while (teller && teller->whatsThis().isEmpty() && teller->toolTip().isEmpty())
+            teller = teller->isWindow() ? nullptr : teller->parentWidget();
+        if (!teller)
+            found.append(describe(*widget));
     }
     return found;
 }
@@ -128,31 +169,30 @@ TEST_F(WholeWindow, EveryControlHasANameForScreenReaders)
     EXPECT_TRUE(ofDialogs.isEmpty()) << ofDialogs.join(QLatin1Char('\n')).toStdString();
 }
 
+TEST_F(WholeWindow, EveryControlExplainsItself)
+{
+    openAll();
+    const QString found = unexplained(*window).join(QLatin1Char('\n'));
+    EXPECT_TRUE(found.isEmpty()) << found.toStdString();
+    QlumSettingsModel settings;
+    const QString ofDialogs = (unexplained(QlumSettingsDialog(&settings)) +
+                               unexplained(QlumSupportDialog({{"log.txt", "Log", "text"}})) +
+                               unexplained(QlumServerSettingsDialog(QlumDiscoverySetting(), nullptr)))
+                                  .join(QLatin1Char('\n'));
+    EXPECT_TRUE(ofDialogs.isEmpty()) << ofDialogs.toStdString();
+}
+
 TEST_F(WholeWindow, ServerIsAddedAndConnectedWithKeysAlone)
 {
     QApplication::setActiveWindow(window.get());
-    const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QWidget* popup = QApplication::activePopupWidget();
-        QWidget* focus = QApplication::focusWidget();
-        QTest::keyClick(popup ? popup : focus ? focus : window.get(), key, modifiers);
-    };
-    const auto tabTo = [&press](const QString& name) {
-        constexpr int most = 200;
-        for (int i = 0; i < most; ++i) {
-            if (const QWidget* focus = QApplication::focusWidget(); focus && focus->objectName() == name)
-                return true;
-            press(Qt::Key_Tab);
-        }
-        return false;
-    };
-    ASSERT_TRUE(tabTo("startAddServer")) << "from the start page";
-    press(Qt::Key_Space);
+    ASSERT_TRUE(keyboard::tabTo("startAddServer")) << "from the start page";
+    keyboard::press(Qt::Key_Space);
     ASSERT_EQ(window->projectModel()->servers().size(), 1);
-    press(Qt::Key_F, Qt::AltModifier);
-    press(Qt::Key_Right);
-    press(Qt::Key_Right);
+    keyboard::press(Qt::Key_F, Qt::AltModifier);
+    keyboard::press(Qt::Key_Right);
+    keyboard::press(Qt::Key_Right);
     ASSERT_NE(QApplication::activePopupWidget(), nullptr) << "the menu Server";
-    press(Qt::Key_C);
+    keyboard::press(Qt::Key_C);
     ASSERT_EQ(window->projectModel()->servers().first()->connectionStatus(), QlumConnectionStatus::Connected);
 }
 
