@@ -13919,6 +13919,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Datei &amp;hinzufügen...</translation>
     </message>
     <message>
+        <source>&amp;Certificate Manager...</source>
+        <translation>&amp;Zertifikatsverwaltung...</translation>
+    </message>
+    <message>
         <source>&amp;Read</source>
         <translation>&amp;Lesen</translation>
     </message>
@@ -13939,8 +13943,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>„%1“ wurde nicht hinzugefügt.</translation>
     </message>
     <message>
-        <source>&lt;b&gt;Certificate Group&lt;/b&gt;&lt;br&gt;Whose trust list is shown.</source>
-        <translation>&lt;b&gt;Zertifikatgruppe&lt;/b&gt;&lt;br&gt;Deren Vertrauensliste gezeigt wird.</translation>
+        <source>&lt;b&gt;Certificate Group&lt;/b&gt;&lt;br&gt;Whose trust list is shown. Write or undo the changes before you choose another one.</source>
+        <translation>&lt;b&gt;Zertifikatgruppe&lt;/b&gt;&lt;br&gt;Deren Vertrauensliste gezeigt wird. Änderungen sind zu schreiben oder zurückzunehmen, bevor eine andere gewählt wird.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Send Each Change at Once&lt;/b&gt;&lt;br&gt;Certificates are added and removed one by one, and count at once. Otherwise changes are gathered here until the whole list is written back, which is the only way for revocation lists.</source>
@@ -13991,12 +13995,16 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Noch nicht geschrieben: %1.</translation>
     </message>
     <message>
-        <source>Nothing here. Read the list of a connected server, or drop files to add them.</source>
-        <translation>Hier ist nichts. Lesen Sie die Liste eines verbundenen Servers, oder legen Sie Dateien ab, um sie hinzuzufügen.</translation>
+        <source>Nothing here. Read the list of a connected server, or drop files or certificates to add them.</source>
+        <translation>Hier ist nichts. Lesen Sie die Liste eines verbundenen Servers, oder ziehen Sie Dateien oder Zertifikate hierher, um sie hinzuzufügen.</translation>
     </message>
     <message>
         <source>Nothing was added.</source>
         <translation>Es wurde nichts hinzugefügt.</translation>
+    </message>
+    <message>
+        <source>Open the certificates of this client beside this view, to drag some onto the list</source>
+        <translation>Die Zertifikate dieses Clients neben dieser Ansicht öffnen, um einige auf die Liste zu ziehen</translation>
     </message>
     <message>
         <source>Parts of the trust list</source>
@@ -14033,6 +14041,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Since it was read before: %1.</source>
         <translation>Seit dem letzten Lesen: %1.</translation>
+    </message>
+    <message>
+        <source>The list cannot be changed at the moment, or not by this user.</source>
+        <translation>Die Liste kann gerade nicht geändert werden, oder nicht von diesem Benutzer.</translation>
     </message>
     <message>
         <source>The trust list has to be read before.</source>
@@ -14520,8 +14532,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Alles erneut vom Server lesen</translation>
     </message>
     <message>
-        <source>Read it again, and make your changes in what is there now.</source>
-        <translation>Lesen Sie sie neu, und ändern Sie, was jetzt dort steht.</translation>
+        <source>Read it again: what you have changed is kept, and can be written then.</source>
+        <translation>Lesen Sie sie neu: Ihre Änderungen bleiben erhalten und können danach geschrieben werden.</translation>
     </message>
     <message>
         <source>Read the certificates that the server has turned away</source>
@@ -14594,6 +14606,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Sign the request with the authority of this computer</source>
         <translation>Den Antrag mit der Zertifizierungsstelle dieses Rechners signieren</translation>
+    </message>
+    <message>
+        <source>Somebody else has changed the trust list since it was read.</source>
+        <translation>Jemand anderes hat die Vertrauensliste geändert, seit sie gelesen wurde.</translation>
     </message>
     <message>
         <source>The authority was not exported.</source>
@@ -18448,8 +18464,8 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>&amp;Filter:</translation>
     </message>
     <message>
-        <source>&lt;b&gt;%1&lt;/b&gt;&lt;br&gt;The files of this store. Double-click one to open it; drop files here to add them.</source>
-        <translation>&lt;b&gt;%1&lt;/b&gt;&lt;br&gt;Die Dateien dieses Speichers. Ein Doppelklick öffnet eine; legen Sie Dateien hier ab, um sie hinzuzufügen.</translation>
+        <source>&lt;b&gt;%1&lt;/b&gt;&lt;br&gt;The files of this store. Double-click one to open it; drop files here to add them, or drag a row to where it is wanted.</source>
+        <translation>&lt;b&gt;%1&lt;/b&gt;&lt;br&gt;Die Dateien dieses Speichers. Ein Doppelklick öffnet eine; hierher gezogene Dateien werden hinzugefügt, und eine Zeile kann dorthin gezogen werden, wo sie gebraucht wird.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Open Certificate Location&lt;/b&gt;&lt;br&gt;Shows the folder of this store in the file manager.</source>

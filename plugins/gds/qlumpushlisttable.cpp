@@ -4,6 +4,7 @@
 #include <certificates/qlumcertificatemodel.h>
 #include <certificates/qlumcrlentry.h>
 #include <certificates/qlumcrlmodel.h>
+#include <certificates/qlumstoremodel.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 #include <uawidgets/qlumviewstate.h>
@@ -11,12 +12,14 @@
 #include <uawidgets/table/qlumtablefilter.h>
 
 #include <QAbstractItemView>
+#include <QByteArray>
 #include <QHeaderView>
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QMimeData>
 #include <QModelIndex>
 #include <QTableView>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -32,6 +35,21 @@ QStringList droppedFiles(const QMimeData* data)
         if (url.isLocalFile())
             paths.append(url.toLocalFile());
     return paths;
+}
+
+QlumTrustFile droppedDer(const QMimeData* data)
+{
+    const auto bytes = [data](const QString& format) {
+        const QByteArray der = data->data(format);
+        return UaByteString(static_cast<OpcUa_Int32>(der.size()),
+                            reinterpret_cast<const OpcUa_Byte*>(der.constData()));
+    };
+    QlumTrustFile content;
+    if (data->hasFormat(qlumCertificateMimeType))
+        content.certificates.push_back(bytes(qlumCertificateMimeType));
+    if (data->hasFormat(qlumRevocationListMimeType))
+        content.revocationList = bytes(qlumRevocationListMimeType);
+    return content;
 }
 } // namespace
 
@@ -116,12 +134,23 @@ void QlumPushListTable::select(int row)
 
 void QlumPushListTable::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!droppedFiles(event->mimeData()).isEmpty())
+    const QMimeData* const dragged = event->mimeData();
+    if (dragged->hasFormat(qlumCertificateMimeType) || dragged->hasFormat(qlumRevocationListMimeType) ||
+        !droppedFiles(dragged).isEmpty())
         event->acceptProposedAction();
 }
 
 void QlumPushListTable::dropEvent(QDropEvent* event)
 {
-    event->acceptProposedAction();
-    emit filesDropped(droppedFiles(event->mimeData()));
+    event->setDropAction(Qt::CopyAction); // what was dragged stays where it is
+    event->accept();
+    const QlumTrustFile content = droppedDer(event->mimeData());
+    const QStringList paths = droppedFiles(event->mimeData());
+    // after the drag has ended: a question must not hold up the program that it comes from
+    QTimer::singleShot(0, this, [this, content, paths] {
+        if (!content.certificates.empty() || !content.revocationList.isEmpty())
+            emit derDropped(content);
+        else
+            emit filesDropped(paths);
+    });
 }

@@ -49,6 +49,8 @@ signals:
     /// The user wants to see it.
     void opened();
     void filesDropped(const QStringList& paths);
+    /// A certificate or revocation list was, from a table of such.
+    void derDropped(const QlumTrustFile& content);
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;

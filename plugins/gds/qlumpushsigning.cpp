@@ -17,7 +17,10 @@
 #include <QDir>
 #include <QStringList>
 
+#include <algorithm>
 #include <memory>
+#include <ranges>
+#include <vector>
 
 namespace {
 constexpr int ownKeyBits = 2048;
@@ -66,6 +69,29 @@ UaPkiCSR requestFor(const QlumPushOrder& order, const UaPkiCertificate& current,
         }
     }
     return UaPkiCertificate::createCSR(current.info(), subject, pair);
+}
+
+// From the certificate up to its last issuer; authorities send the files of their answers in either order.
+std::vector<UaPkiCertificate> chainOf(const UaPkiCertificateCollection& file)
+{
+    std::vector<UaPkiCertificate> rest;
+    for (int i = 0; i < file.size(); ++i)
+        rest.push_back(file[i]);
+    const auto hasIssued = [&rest](const UaPkiCertificate& issuer) {
+        return std::ranges::any_of(rest, [&issuer](const UaPkiCertificate& one) {
+            return one.isIssuedBy(issuer) && one.toByteStringDER() != issuer.toByteStringDER();
+        });
+    };
+    const auto first = std::ranges::find_if_not(rest, hasIssued);
+    if (first != rest.end())
+        std::rotate(rest.begin(), first, first + 1);
+    for (auto next = rest.begin(); next != rest.end() && next + 1 != rest.end(); ++next) {
+        const auto issuer = std::ranges::find_if(
+            next + 1, rest.end(), [next](const UaPkiCertificate& one) { return next->isIssuedBy(one); });
+        if (issuer != rest.end())
+            std::rotate(next + 1, issuer, issuer + 1);
+    }
+    return rest;
 }
 
 bool isKeyFormat(const QString& format)
@@ -141,15 +167,16 @@ QlumPushSigned qlumSendAnswer(QlumPushClient& client, const QlumPushServer& serv
                               const QlumPushOrder& order, const QString& path)
 {
     QlumPushSigned result;
-    const UaPkiCertificateCollection chain = UaPkiCertificateCollection::fromFile(toUaString(path));
-    if (chain.size() == 0) {
+    const std::vector<UaPkiCertificate> chain =
+        chainOf(UaPkiCertificateCollection::fromFile(toUaString(path)));
+    if (chain.empty()) {
         result.fault = signingText("The file holds no certificate.");
         return result;
     }
-    QlumCertificateUpdate update{order.wish.group, order.wish.type, chain[0].toByteStringDER(), {}, {},
+    QlumCertificateUpdate update{order.wish.group, order.wish.type, chain.front().toByteStringDER(), {}, {},
                                  nullptr};
-    for (int i = 1; i < chain.size(); ++i)
-        update.issuers.push_back(chain[i].toByteStringDER());
+    for (const UaPkiCertificate& issuer : chain | std::views::drop(1))
+        update.issuers.push_back(issuer.toByteStringDER());
     send(client, server, update, result);
     return result;
 }

@@ -166,6 +166,7 @@ void QlumPushView::connectParts()
     connect(m_listPage, &QlumPushListPage::removeWanted, this,
             [this](const UaByteString& der, bool isTrusted) { change(der, isTrusted, false); });
     connect(m_listPage, &QlumPushListPage::showWanted, this, show);
+    connect(m_listPage, &QlumPushListPage::managerWanted, this, [this] { m_world.showManager(window()); });
     connect(m_listPage, &QlumPushListPage::told, this, &QlumPushView::tell);
     connect(m_rejected, &QlumPushListTable::opened, this, [this, show] { show(m_rejected->current()); });
     connect(m_rejected, &QlumPushListTable::currentChanged, this, &QlumPushView::updateState);

@@ -10,6 +10,7 @@
 #include <plugins/gds/qlumpushlisttable.h>
 #include <plugins/gds/qlumpushrecordpage.h>
 #include <plugins/gds/qlumpushview.h>
+#include <plugins/gds/qlumtrustlist.h>
 #include <tests/gui/gds/pushworld.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/stubapplication.h>
@@ -122,14 +123,15 @@ protected:
         click(button);
     }
     void importAnswer() { clickWithFile("pushAnswer", answerFile()); }
-    // The answer of an authority: the certificate, and its issuer behind it.
-    std::string answerFile()
+    // The answer of an authority: the certificate and its issuer, of which either comes first.
+    std::string answerFile(bool isIssuerFirst = false)
     {
         const std::string path = folder.file("answer.pem");
         std::string content;
         for (const UaByteString& der : {answer, pushCertificate("Plant CA", {}, true)}) {
             EXPECT_TRUE(UaPkiCertificate::fromDER(der).toPEMFile(folder.file("one.pem").c_str()));
-            content += TemporaryFolder::read(folder.file("one.pem"));
+            const std::string one = TemporaryFolder::read(folder.file("one.pem"));
+            content = isIssuerFirst ? one + content : content + one;
         }
         TemporaryFolder::write(path, content);
         return path;
@@ -191,13 +193,16 @@ TEST_F(PushViewTest, WritesTheListUnlessSomebodyElseHasChangedIt)
     world->table.setValue(lastUpdate, UaVariant(UaDateTime::fromTime_t(1'700'000'111)));
     click("pushWrite");
     EXPECT_FALSE(isCalled("Open"));
-    EXPECT_TRUE(view->listPage()->isEdited()) << "the changes stay until the list is read again";
+    EXPECT_TRUE(view->listPage()->isEdited());
 
+    world->list[QlumTrustPart::Trusted].push_back(pushCertificate("By somebody else"));
     view->readList();
     ASSERT_TRUE(settled());
-    removeTrusted(1);
     click("pushWrite");
-    EXPECT_TRUE(isCalled("CloseAndUpdate"));
+    ASSERT_TRUE(isCalled("CloseAndUpdate")) << "what was changed is changed in what is there now";
+    QlumTrustList written;
+    ASSERT_TRUE(qlumDecodeTrustList(world->written, written).isGood());
+    EXPECT_EQ(written[QlumTrustPart::Trusted], (std::vector{own, pushCertificate("By somebody else")}));
     EXPECT_FALSE(view->listPage()->isEdited());
     EXPECT_EQ(message("pushPending"), "Not applied yet: trust list of DefaultApplicationGroup");
     view->sessionStatusChanged(plant, QlumConnectionStatus::ConnectionError);
@@ -206,14 +211,38 @@ TEST_F(PushViewTest, WritesTheListUnlessSomebodyElseHasChangedIt)
     EXPECT_EQ(message("pushPending"), "Nothing waits to be applied.") << "gone with the session";
 }
 
+TEST_F(PushViewTest, WhatWasSentAtOnceDoesNotHideWhatSomebodyElseHasChanged)
+{
+    removeTrusted(1);
+    world->table.setValue(PushWorld::below(world->trustList, "LastUpdateTime"),
+                          UaVariant(UaDateTime::fromTime_t(1'700'000'111)));
+    view->listPage()->setAtOnce(true);
+    removeTrusted(0);
+    EXPECT_TRUE(isCalled("RemoveCertificate"));
+    EXPECT_NE(told().find("Somebody else has changed the trust list"), std::string::npos) << told();
+    click("pushWrite");
+    EXPECT_FALSE(isCalled("Open")) << "the list that is shown is still the old one";
+}
+
+TEST_F(PushViewTest, AFileThatTheServerHasLostIsToldInWords)
+{
+    world->failures["Read"] = world->failures["Close"] = OpcUa_BadInvalidArgument;
+    view->readList();
+    ASSERT_TRUE(settled());
+    EXPECT_NE(told().find("does not know the opened file any more"), std::string::npos) << told();
+    EXPECT_EQ(view->listPage()->table(QlumTrustPart::Trusted)->count(), 2) << "what was read before stays";
+}
+
 TEST_F(PushViewTest, SomebodyElseSignsARequestAndHisAnswerIsSent)
 {
     clickWithFile("pushRequest", folder.file("server.csr"));
     EXPECT_EQ(TemporaryFolder::read(folder.file("server.csr")), "\x30\x03\x02\x01\x01");
-    importAnswer();
-    EXPECT_EQ(plans.size(), 2U);
-    EXPECT_EQ(world->update, answer) << "the first of the file";
-    EXPECT_EQ(world->issuers, std::vector<UaByteString>{pushCertificate("Plant CA", {}, true)});
+    for (const bool isIssuerFirst : {false, true}) {
+        clickWithFile("pushAnswer", answerFile(isIssuerFirst));
+        EXPECT_EQ(world->update, answer) << isIssuerFirst;
+        EXPECT_EQ(world->issuers, std::vector<UaByteString>{pushCertificate("Plant CA", {}, true)});
+    }
+    EXPECT_EQ(plans.size(), 3U);
     EXPECT_EQ(message("pushPending"), "Not applied yet: certificate Plant");
 
     click("pushCancel");
@@ -223,7 +252,7 @@ TEST_F(PushViewTest, SomebodyElseSignsARequestAndHisAnswerIsSent)
     TemporaryFolder::write(folder.file("nothing.pem"), "no certificate");
     clickWithFile("pushAnswer", folder.file("nothing.pem"));
     EXPECT_NE(told().find("The file holds no certificate."), std::string::npos) << told();
-    EXPECT_EQ(world->journal.count("UpdateCertificate"), 1);
+    EXPECT_EQ(world->journal.count("UpdateCertificate"), 2);
 }
 
 TEST_F(PushViewTest, AllIsWellOnlyWhenTheServerComesBackWithWhatWasSent)
