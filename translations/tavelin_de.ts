@@ -13987,6 +13987,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Sie enthält weder Zertifikate noch eine Sperrliste.</translation>
     </message>
     <message>
+        <source>It is in the list already.</source>
+        <translation>Es steht schon in der Liste.</translation>
+    </message>
+    <message>
         <source>No revocation list of %1: the server may refuse what it has signed.</source>
         <translation>Keine Sperrliste von %1: Der Server lehnt vielleicht ab, was sie signiert hat.</translation>
     </message>
@@ -14054,8 +14058,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
 <context>
     <name>QlumPushListTable</name>
     <message>
-        <source>(not on the server yet)</source>
-        <translation>(noch nicht auf dem Server)</translation>
+        <source>%1 (not written yet)</source>
+        <translation>%1 (noch nicht geschrieben)</translation>
     </message>
 </context>
 <context>
@@ -14265,8 +14269,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Schlüssel im Format %1 können hier nicht erzeugt werden.</translation>
     </message>
     <message>
-        <source>The authority could not be opened: %1</source>
-        <translation>Die Zertifizierungsstelle konnte nicht geöffnet werden: %1</translation>
+        <source>The authority could not be opened: the password is wrong, or its files are damaged.</source>
+        <translation>Die Zertifizierungsstelle konnte nicht geöffnet werden: Das Kennwort ist falsch, oder ihre Dateien sind beschädigt.</translation>
     </message>
     <message>
         <source>The file holds no certificate.</source>
@@ -14448,6 +14452,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Änderungen der Konfiguration eines Servers verwerfen</translation>
     </message>
     <message>
+        <source>Export it, and add it in the certificate manager.</source>
+        <translation>Exportieren Sie sie, und fügen Sie sie in der Zertifikatsverwaltung hinzu.</translation>
+    </message>
+    <message>
         <source>Folder for the Authority&apos;s Certificate and Revocation List</source>
         <translation>Ordner für Zertifikat und Sperrliste der Zertifizierungsstelle</translation>
     </message>
@@ -14518,6 +14526,14 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Open, Write and CloseAndUpdate with: %1</source>
         <translation>Open, Write und CloseAndUpdate mit: %1</translation>
+    </message>
+    <message>
+        <source>Plan: %1</source>
+        <translation>Plan: %1</translation>
+    </message>
+    <message>
+        <source>Put the authority among the issuers that this client knows: it can check the new certificate then, and trusts nobody by that</source>
+        <translation>Die Zertifizierungsstelle unter die Aussteller aufnehmen, die dieser Client kennt: Er kann das neue Zertifikat dann prüfen und vertraut dadurch niemandem</translation>
     </message>
     <message>
         <source>Read LastUpdateTime, and stop if somebody else has changed the list</source>
@@ -14610,6 +14626,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Somebody else has changed the trust list since it was read.</source>
         <translation>Jemand anderes hat die Vertrauensliste geändert, seit sie gelesen wurde.</translation>
+    </message>
+    <message>
+        <source>The authority could not be put among the issuers that this client knows.</source>
+        <translation>Die Zertifizierungsstelle konnte nicht unter die Aussteller aufgenommen werden, die dieser Client kennt.</translation>
     </message>
     <message>
         <source>The authority was not exported.</source>

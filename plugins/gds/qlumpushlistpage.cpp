@@ -367,17 +367,22 @@ void QlumPushListPage::add(const QlumTrustFile& file)
 {
     const bool isIssuers = isIssuerPart(shownPart());
     const bool isAtOnce = m_atOnce->isChecked() && m_atOnce->isEnabled() && file.certificates.size() == 1;
-    const auto put = [this](QlumTrustPart part, const UaByteString& der) {
-        if (!m_edited.contains(part, der))
+    bool isAnyNew = false;
+    const auto put = [this, &isAnyNew, isAtOnce, isIssuers](QlumTrustPart part, const UaByteString& der) {
+        if (m_edited.contains(part, der))
+            return;
+        isAnyNew = true;
+        if (isAtOnce && !isCrlPart(part))
+            emit addWanted(der, !isIssuers);
+        else
             m_edited[part].push_back(der);
     };
     for (const UaByteString& der : file.certificates)
-        if (isAtOnce)
-            emit addWanted(der, !isIssuers);
-        else
-            put(isIssuers ? QlumTrustPart::Issuers : QlumTrustPart::Trusted, der);
+        put(isIssuers ? QlumTrustPart::Issuers : QlumTrustPart::Trusted, der);
     if (!file.revocationList.isEmpty())
         put(isIssuers ? QlumTrustPart::IssuerCrls : QlumTrustPart::TrustedCrls, file.revocationList);
+    if (!isAnyNew && !(file.certificates.empty() && file.revocationList.isEmpty()))
+        emit told(tr("Nothing was added."), tr("It is in the list already."));
 }
 
 void QlumPushListPage::sltRemove()

@@ -65,4 +65,5 @@ private:
     QlumTableFilter* m_sorted;
     QTableView* m_view;
     std::vector<UaByteString> m_rows;
+    std::vector<bool> m_isNew; ///< of the rows: not on the server yet
 };

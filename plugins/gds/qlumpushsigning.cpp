@@ -2,6 +2,8 @@
 
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificatestore.h>
+#include <certificates/qlumcertificatestoreconfiguration.h>
+#include <certificates/qlumstorefiles.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/gds/qlumpushwords.h>
 #include <uabase/uapkicpp/uapkiauthority.h>
@@ -15,7 +17,9 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <memory>
@@ -117,6 +121,38 @@ QString qlumAuthorityFolder()
     return QDir::cleanPath(QlumCertificateStore::ownCertificates() + QStringLiteral("/../../../authority"));
 }
 
+bool qlumWriteDer(const QString& path, const UaByteString& der)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) &&
+           file.write(reinterpret_cast<const char*>(der.data()), der.length()) == der.length();
+}
+
+bool qlumWriteAuthority(const QString& authority, const QString& folder)
+{
+    const UaString place = toUaString(authority);
+    const QDir target(folder);
+    return qlumWriteDer(target.filePath(QStringLiteral("authority.der")),
+                        UaPkiAuthority::certificateIn(place).toByteStringDER()) &&
+           qlumWriteDer(target.filePath(QStringLiteral("authority.crl")),
+                        UaByteString(UaPkiAuthority::revocationListIn(place).toDER()));
+}
+
+bool qlumKnowAuthority(const QString& authority, const QlumCertificateStoreConfiguration& store)
+{
+    using Added = QlumStoreFiles::Added;
+    const QTemporaryDir between;
+    if (!between.isValid() || !qlumWriteAuthority(authority, between.path()))
+        return false;
+    for (const char* const name : {"authority.der", "authority.crl"}) {
+        const Added added =
+            QlumStoreFiles::add(between.filePath(QLatin1String(name)), QlumStoreFiles::Store::Issuers, store);
+        if (added != Added::Yes && added != Added::AlreadyThere)
+            return false;
+    }
+    return true;
+}
+
 QlumPushSigned qlumSignForServer(QlumPushClient& client, const QlumPushServer& server,
                                  const QlumPushOrder& order, const UaPkiCertificate& current,
                                  const QString& folder, const QlumSecretText& password,
@@ -125,7 +161,8 @@ QlumPushSigned qlumSignForServer(QlumPushClient& client, const QlumPushServer& s
     QlumPushSigned result;
     const UaPkiAuthority authority = UaPkiAuthority::open(toUaString(folder), toUaString(password.text()));
     if (authority.isNull()) {
-        result.fault = signingText("The authority could not be opened: %1").arg(errorsOf(authority));
+        result.fault = signingText(
+            "The authority could not be opened: the password is wrong, or its files are damaged.");
         return result;
     }
     QlumCertificateUpdate update{order.wish.group, order.wish.type, {}, {}, {}, nullptr};

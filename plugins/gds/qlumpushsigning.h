@@ -1,6 +1,7 @@
 // From an order to a certificate on the server: the conversation and our authority together.
 #pragma once
 #include <app/api/qlumsecret.h>
+#include <certificates/qlumcertificatestoreconfiguration.h>
 #include <plugins/gds/qlumpushclient.h>
 #include <plugins/gds/qlumpushdata.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
@@ -21,6 +22,14 @@ struct QlumPushSigned
 
 /// Folder of the authority of this computer, apart from the stores.
 [[nodiscard]] QString qlumAuthorityFolder();
+
+/// False when the file cannot be written.
+[[nodiscard]] bool qlumWriteDer(const QString& path, const UaByteString& der);
+/// Writes the certificate and the revocation list of the authority to a folder. False when that fails.
+[[nodiscard]] bool qlumWriteAuthority(const QString& authority, const QString& folder);
+/// Puts both among the issuers of a store: chains with them are complete then, and nobody is trusted by that.
+[[nodiscard]] bool qlumKnowAuthority(const QString& authority,
+                                     const QlumCertificateStoreConfiguration& store);
 
 /// Has our authority sign what was ordered, and sends it with the authority's certificate as its chain.
 /// current: the certificate that the server uses now, which tells its names. For a job.

@@ -127,6 +127,7 @@ private:
     void takeServer(const QlumPushServer& server, const UaPkiCertificate& current);
     void takeList(const QlumTrustList& list, const UaDateTime& time, const UaStatus& status);
     [[nodiscard]] QString userText() const;
+    void writeDown(const QString& text);
     void tell(const QString& what, const QString& why);
     void tellFault(const QString& what, const QString& method, const UaStatus& status);
     [[nodiscard]] bool mayConfigure() const;

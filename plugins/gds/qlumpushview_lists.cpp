@@ -17,6 +17,7 @@
 #include <uawidgets/qlumviewheading.h>
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QDialog>
 #include <QDir>
 #include <QPointer>
@@ -101,6 +102,13 @@ void QlumPushView::takeSteps(const std::vector<QlumPushStep>& steps)
     std::ranges::copy_if(steps, std::back_inserter(m_failed),
                          [](const QlumPushStep& step) { return step.status.isBad(); });
     m_heading->touch();
+}
+
+void QlumPushView::writeDown(const QString& text)
+{
+    m_record->addLine(
+        QStringLiteral("%1  %2  %3  %4")
+            .arg(qlumShowDateTime(QDateTime::currentDateTime()), m_followed.name(), userText(), text));
 }
 
 // Both who has sat here and as whom the server has seen him.
@@ -269,7 +277,7 @@ bool QlumPushView::agree(const QlumPushPlan& plan)
     const unsigned int id = m_followed.id();
     if (!m_world.agree(this, plan) || !stillThere || id != m_followed.id())
         return false;
-    m_record->addLine(qlumPushPlanText(plan));
+    writeDown(tr("Plan: %1").arg(qlumPushPlanText(plan)));
     return true;
 }
 

@@ -8,6 +8,7 @@
 #include <tests/gui/gds/pushworld.h>
 #include <tests/support/temporaryfolder.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumviewstate.h>
 
@@ -64,9 +65,9 @@ TEST(PushDrag, ARowOfTheCertificateManagerBecomesOneOfTheTrustList)
     }
     store.ownCertificateFile = QString::fromStdString(folder.file("own.der"));
     std::string both;
-    for (const char* const name : {"First", "Second"}) {
-        const UaPkiCertificate certificate = UaPkiCertificate::fromDER(pushCertificate(name));
-        ASSERT_TRUE(certificate.toPEMFile(folder.file("one.pem").c_str()));
+    const std::vector<UaByteString> ders{pushCertificate("First"), pushCertificate("Second")};
+    for (const UaByteString& der : ders) {
+        ASSERT_TRUE(UaPkiCertificate::fromDER(der).toPEMFile(folder.file("one.pem").c_str()));
         both += TemporaryFolder::read(folder.file("one.pem"));
     }
     TemporaryFolder::write(store.trustedCertificates.toStdString() + "both.crt", both);
@@ -92,8 +93,7 @@ TEST(PushDrag, ARowOfTheCertificateManagerBecomesOneOfTheTrustList)
     EXPECT_EQ(second->urls().value(0).toLocalFile(), store.trustedCertificates + "both.crt");
     drop(*second, page.table(QlumTrustPart::Trusted));
     ASSERT_TRUE(QTest::qWaitFor([&] { return page.isEdited(); }, dragLimit));
-    EXPECT_EQ(page.edited()[QlumTrustPart::Trusted], std::vector{pushCertificate("Second")})
-        << "that row, not all of its file";
+    EXPECT_EQ(page.edited()[QlumTrustPart::Trusted], std::vector{ders[1]}) << "that row, not all of its file";
 
     const QTableView& lists = *manager.manager()->crlPage(0)->view();
     ASSERT_TRUE(QTest::qWaitFor([&] { return lists.model()->rowCount() == 1; }, dragLimit));

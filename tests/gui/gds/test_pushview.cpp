@@ -128,7 +128,7 @@ protected:
     {
         const std::string path = folder.file("answer.pem");
         std::string content;
-        for (const UaByteString& der : {answer, pushCertificate("Plant CA", {}, true)}) {
+        for (const UaByteString& der : {answer, authority}) {
             EXPECT_TRUE(UaPkiCertificate::fromDER(der).toPEMFile(folder.file("one.pem").c_str()));
             const std::string one = TemporaryFolder::read(folder.file("one.pem"));
             content = isIssuerFirst ? one + content : content + one;
@@ -144,6 +144,7 @@ protected:
     }
 
     const UaByteString own = pushCertificate("This client");
+    const UaByteString authority = pushCertificate("Plant CA", {}, true);
     const UaByteString answer = pushCertificate("Plant", "Plant CA");
     UaByteString presented = pushCertificate("Plant");
     const TemporaryFolder folder;
@@ -195,14 +196,15 @@ TEST_F(PushViewTest, WritesTheListUnlessSomebodyElseHasChangedIt)
     EXPECT_FALSE(isCalled("Open"));
     EXPECT_TRUE(view->listPage()->isEdited());
 
-    world->list[QlumTrustPart::Trusted].push_back(pushCertificate("By somebody else"));
+    const UaByteString foreign = pushCertificate("By somebody else");
+    world->list[QlumTrustPart::Trusted].push_back(foreign);
     view->readList();
     ASSERT_TRUE(settled());
     click("pushWrite");
     ASSERT_TRUE(isCalled("CloseAndUpdate")) << "what was changed is changed in what is there now";
     QlumTrustList written;
     ASSERT_TRUE(qlumDecodeTrustList(world->written, written).isGood());
-    EXPECT_EQ(written[QlumTrustPart::Trusted], (std::vector{own, pushCertificate("By somebody else")}));
+    EXPECT_EQ(written[QlumTrustPart::Trusted], (std::vector{own, foreign}));
     EXPECT_FALSE(view->listPage()->isEdited());
     EXPECT_EQ(message("pushPending"), "Not applied yet: trust list of DefaultApplicationGroup");
     view->sessionStatusChanged(plant, QlumConnectionStatus::ConnectionError);
@@ -240,7 +242,7 @@ TEST_F(PushViewTest, SomebodyElseSignsARequestAndHisAnswerIsSent)
     for (const bool isIssuerFirst : {false, true}) {
         clickWithFile("pushAnswer", answerFile(isIssuerFirst));
         EXPECT_EQ(world->update, answer) << isIssuerFirst;
-        EXPECT_EQ(world->issuers, std::vector<UaByteString>{pushCertificate("Plant CA", {}, true)});
+        EXPECT_EQ(world->issuers, std::vector{authority});
     }
     EXPECT_EQ(plans.size(), 3U);
     EXPECT_EQ(message("pushPending"), "Not applied yet: certificate Plant");
