@@ -14273,6 +14273,14 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Die Zertifizierungsstelle konnte nicht geöffnet werden: Das Kennwort ist falsch, oder ihre Dateien sind beschädigt.</translation>
     </message>
     <message>
+        <source>The certificate belongs neither to a request that was made here nor to the key that the server uses now. A server that takes it all the same may not be reached any more.</source>
+        <translation>Das Zertifikat gehört weder zu einer Anforderung, die hier erstellt wurde, noch zu dem Schlüssel, den der Server jetzt verwendet. Ein Server, der es trotzdem nimmt, ist vielleicht nicht mehr zu erreichen.</translation>
+    </message>
+    <message>
+        <source>The certificate is for the application %1, and the server is %2.</source>
+        <translation>Das Zertifikat ist für die Anwendung %1, und der Server ist %2.</translation>
+    </message>
+    <message>
         <source>The file holds no certificate.</source>
         <translation>Die Datei enthält kein Zertifikat.</translation>
     </message>
@@ -14318,10 +14326,6 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>%1 was reset to its defaults.</source>
         <translation>%1 wurde auf seine Vorgaben zurückgesetzt.</translation>
-    </message>
-    <message>
-        <source>&amp;Apply Changes...</source>
-        <translation>Änderungen &amp;anwenden...</translation>
     </message>
     <message>
         <source>&amp;Read Again</source>
@@ -14378,6 +14382,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Another connect is under way. Try again when it has ended.</source>
         <translation>Es wird gerade anderswo verbunden. Versuchen Sie es danach erneut.</translation>
+    </message>
+    <message>
+        <source>App&amp;ly Changes...</source>
+        <translation>Änderungen an&amp;wenden...</translation>
     </message>
     <message>
         <source>Apply the changes on %1</source>
@@ -14462,6 +14470,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>GDS View (Push Model)</source>
         <translation>GDS-Ansicht (Push-Modell)</translation>
+    </message>
+    <message>
+        <source>Have the server use what was sent; it may close all connections</source>
+        <translation>Den Server verwenden lassen, was gesendet wurde; er schließt vielleicht alle Verbindungen</translation>
     </message>
     <message>
         <source>Import Answer</source>

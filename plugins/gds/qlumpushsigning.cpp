@@ -11,6 +11,7 @@
 #include <uabase/uapkicpp/uapkicsr.h>
 #include <uabase/uapkicpp/uapkierrors.h>
 #include <uabase/uapkicpp/uapkiidentity.h>
+#include <uabase/uapkicpp/uapkipublickey.h>
 #include <uabase/uapkicpp/uapkirsakeypair.h>
 #include <uabase/values/uastring.h>
 #include <uaclientsdk/secretbytes.h>
@@ -198,6 +199,28 @@ QlumPushSigned qlumSignForServer(QlumPushClient& client, const QlumPushServer& s
     update.issuers = {authority.certificate().toByteStringDER()};
     send(client, server, update, result);
     return result;
+}
+
+QString qlumAnswerDoubt(const QString& path, const UaByteString& request, const UaPkiCertificate& current)
+{
+    const std::vector<UaPkiCertificate> chain =
+        chainOf(UaPkiCertificateCollection::fromFile(toUaString(path)));
+    if (chain.empty() || (current.isNull() && request.isEmpty()))
+        return {};
+    const UaPkiCertificate& answer = chain.front();
+    const auto isOfKey = [&answer](const UaPkiPublicKey& key) {
+        return !key.isNull() && UaByteString(key.toDER()) == UaByteString(answer.publicKey().toDER());
+    };
+    const bool isOfRequest =
+        !request.isEmpty() && isOfKey(UaPkiCSR::fromDER(request.toByteArray()).publicKey());
+    if (!isOfRequest && (current.isNull() || !isOfKey(current.publicKey())))
+        return signingText("The certificate belongs neither to a request that was made here nor to the key "
+                           "that the server uses now. A server that takes it all the same may not be reached "
+                           "any more.");
+    if (!current.isNull() && answer.info().URI != current.info().URI)
+        return signingText("The certificate is for the application %1, and the server is %2.")
+            .arg(toQString(answer.info().URI), toQString(current.info().URI));
+    return {};
 }
 
 QlumPushSigned qlumSendAnswer(QlumPushClient& client, const QlumPushServer& server,

@@ -37,6 +37,11 @@ struct QlumPushSigned
                                                const QlumPushOrder& order, const UaPkiCertificate& current,
                                                const QString& folder, const QlumSecretText& password,
                                                const std::function<bool()>& isCancelled);
+/// Why the certificate of that file can hardly be meant for the server, in a sentence; empty when nothing
+/// speaks against it. Not every server looks, and one with a certificate that is not of its key cannot be
+/// reached any more. The request is the last one that the server has made, empty for none.
+[[nodiscard]] QString qlumAnswerDoubt(const QString& path, const UaByteString& request,
+                                      const UaPkiCertificate& current);
 /// Sends a certificate of a file, with those that follow it there as its chain.
 [[nodiscard]] QlumPushSigned qlumSendAnswer(QlumPushClient& client, const QlumPushServer& server,
                                             const QlumPushOrder& order, const QString& path);

@@ -32,6 +32,7 @@
 #include <vector>
 
 class QLabel;
+class QPushButton;
 class QTabWidget;
 class QlumMessageBar;
 struct QlumMessage;
@@ -110,6 +111,7 @@ private:
     // ---- widgets
     void createActions();
     [[nodiscard]] QWidget* makeBar();
+    [[nodiscard]] QWidget* makePendingRow();
     [[nodiscard]] QWidget* makeRejectedPage();
     void connectParts();
 
@@ -139,6 +141,7 @@ private:
     void change(const UaByteString& der, bool isTrusted, bool isAdded);
     void sendList(const QlumPushGroup& group);
     void setPending(const QString& what);
+    void showPending();
     void dropPending();
 
     // ---- a new certificate
@@ -160,6 +163,9 @@ private:
     QlumActionTable m_actions;
     QlumViewHeading* m_heading;
     QlumMessageBar* m_messages;
+    QWidget* m_pendingRow;
+    QLabel* m_pendingText;
+    QPushButton* m_applyNow;
     QLabel* m_note = nullptr;
     QTabWidget* m_tabs = nullptr;
     QlumPushServerPage* m_serverPage = nullptr;
@@ -170,6 +176,7 @@ private:
     QlumFollowedServer m_followed;
     QlumPushServer m_server;
     UaPkiCertificate m_current;         ///< that the server uses now
+    UaByteString m_request;             ///< that the server has made last
     UaByteString m_sent;                ///< certificate that was sent and waits to be applied
     UaByteString m_expected;            ///< that the server has to come back with
     QStringList m_pending;              ///< what waits to be applied

@@ -116,6 +116,7 @@ void QlumPushView::saveRequest()
                   if (status.isBad())
                       return tellFault(tr("The server has made no request."),
                                        QStringLiteral("CreateSigningRequest"), status);
+                  m_request = request;
                   if (!qlumWriteDer(path, request))
                       tell(tr("The request was not saved."), tr("'%1' cannot be written.").arg(path));
               };
@@ -131,7 +132,7 @@ void QlumPushView::importAnswer()
     const QlumPushPlan plan{tr("A new certificate for %1").arg(m_followed.name()),
                             {tr("UpdateCertificate with what %1 holds").arg(path)},
                             {tr("It counts only when the changes are applied.")},
-                            {}};
+                            stillThere ? qlumAnswerDoubt(path, m_request, m_current) : QString()};
     if (path.isEmpty() || !stillThere || !agree(plan))
         return;
     start(tr("Sending a certificate to a server"),
@@ -166,14 +167,15 @@ void QlumPushView::setPending(const QString& what)
 {
     if (!m_pending.contains(what))
         m_pending.append(what);
-    m_certificatePage->setPending(true, m_pending.join(QStringLiteral(", ")));
-    m_messages->tell(
-        {QlumMessage::Warning, pushApplyTopic, tr("Not applied yet: %1.").arg(m_pending.join(", ")),
-         tr("The server uses it when the changes are applied, and forgets it with this connection."),
-         tr("&Apply Changes..."), [view = QPointer<QlumPushView>(this)] {
-             if (view)
-                 view->applyChanges();
-         }});
+    showPending();
+}
+
+void QlumPushView::showPending()
+{
+    const QString what = m_pending.join(QStringLiteral(", "));
+    m_certificatePage->setPending(!m_pending.isEmpty(), what);
+    m_pendingText->setText(tr("Not applied yet: %1.").arg(what));
+    m_pendingRow->setVisible(!m_pending.isEmpty());
 }
 
 // Without a word: either it was applied, or it is gone.
@@ -181,7 +183,7 @@ void QlumPushView::dropPending()
 {
     m_pending.clear();
     m_sent.clear();
-    m_certificatePage->setPending(false, QString());
+    showPending();
     m_messages->dismiss(pushApplyTopic);
 }
 

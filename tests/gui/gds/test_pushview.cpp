@@ -251,6 +251,13 @@ TEST_F(PushViewTest, SomebodyElseSignsARequestAndHisAnswerIsSent)
     EXPECT_TRUE(isCalled("CancelChanges"));
     EXPECT_EQ(message("pushPending"), "Nothing waits to be applied.");
     EXPECT_FALSE(view->findChild<QPushButton*>("pushApply")->isEnabled());
+    EXPECT_TRUE(plans[1].danger.isEmpty()) << plans[1].danger.toStdString();
+    ASSERT_TRUE(UaPkiCertificate::fromDER(pushCertificate("Another key"))
+                    .toPEMFile(folder.file("another.pem").c_str()));
+    isAgreed = false;
+    clickWithFile("pushAnswer", folder.file("another.pem"));
+    EXPECT_TRUE(plans.back().danger.contains("nor to the key that the server uses now"));
+    isAgreed = true;
     TemporaryFolder::write(folder.file("nothing.pem"), "no certificate");
     clickWithFile("pushAnswer", folder.file("nothing.pem"));
     EXPECT_NE(told().find("The file holds no certificate."), std::string::npos) << told();
