@@ -1,13 +1,20 @@
 #include <certificates/qlumcertificatemanagerdialog.h>
 
 #include <certificates/qlumcertificatemanager.h>
+#include <certificates/qlumcertificates.h>
+#include <certificates/qlumcertificatestoreconfiguration.h>
 
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QIcon>
+#include <QObject>
+#include <QPointer>
 #include <QPushButton>
 #include <QString>
 #include <QVBoxLayout>
 #include <QWidget>
+
+#include <memory>
 
 QlumCertificateManagerDialog::QlumCertificateManagerDialog(
     const QString& applicationName, const QString& organization,
@@ -24,4 +31,53 @@ QlumCertificateManagerDialog::QlumCertificateManagerDialog(
     layout->addWidget(m_manager, 1);
     layout->addWidget(buttons);
     resize(fontMetrics().averageCharWidth() * 160, fontMetrics().height() * 34);
+}
+
+// ---- of the application
+
+namespace {
+QPointer<QlumCertificateManagerDialog>& managerBeside()
+{
+    static QPointer<QlumCertificateManagerDialog> window;
+    return window;
+}
+
+bool bringManagerToFront()
+{
+    QlumCertificateManagerDialog* const window = managerBeside();
+    if (!window)
+        return false;
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->activateWindow();
+    window->manager()->sltReload();
+    return true;
+}
+
+std::unique_ptr<QlumCertificateManagerDialog> makeManager(QWidget* parent)
+{
+    auto dialog =
+        std::make_unique<QlumCertificateManagerDialog>(QStringLiteral("Tavelin"), QStringLiteral("Korvanda"),
+                                                       QlumCertificateStoreConfiguration::ofApplication(),
+                                                       QIcon(QStringLiteral(":/images/tavelin.png")), parent);
+    QObject::connect(dialog->manager(), &QlumCertificateManager::sigNewCertificateCreated, dialog.get(),
+                     [] { QlumCertificates::instance()->reload(); });
+    return dialog;
+}
+} // namespace
+
+void qlumManageCertificates(QWidget* parent)
+{
+    if (!bringManagerToFront())
+        makeManager(parent)->exec();
+}
+
+void qlumShowCertificateManager(QWidget* parent)
+{
+    if (bringManagerToFront())
+        return;
+    managerBeside() = makeManager(parent).release(); // the parent's, until it is closed
+    managerBeside()->setAttribute(Qt::WA_DeleteOnClose);
+    managerBeside()->show();
 }

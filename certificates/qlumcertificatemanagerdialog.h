@@ -8,7 +8,8 @@
 
 class QlumCertificateManager;
 
-/// The certificate manager as a dialog.
+/// The certificate manager as a dialog. It also works as a window beside others, from which certificates can
+/// be dragged.
 class QlumCertificateManagerDialog : public QlumBaseWidget
 {
     Q_OBJECT
@@ -22,3 +23,10 @@ public:
 private:
     QlumCertificateManager* m_manager;
 };
+
+/// Lets the user look after the application's own stores and returns when he has finished; where the window
+/// below is open, that comes to the front instead, and this returns at once.
+void qlumManageCertificates(QWidget* parent);
+/// Shows the same in a window that stays open beside the others. There is one only: asked again, it comes to
+/// the front and reads the stores again.
+void qlumShowCertificateManager(QWidget* parent);

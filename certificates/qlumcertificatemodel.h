@@ -56,6 +56,7 @@ protected:
     [[nodiscard]] QIcon icon(const QlumCertificateEntry& entry) const override;
     [[nodiscard]] QVariant validityText(QlumValidity validity) const override;
     [[nodiscard]] UaByteArray der(const QlumCertificateEntry& entry) const override;
+    [[nodiscard]] const QString& derMimeType() const override { return qlumCertificateMimeType; }
 
 private:
     [[nodiscard]] QString statusText(const QlumCertificateEntry& entry) const;

@@ -44,6 +44,7 @@ protected:
     [[nodiscard]] QIcon icon(const QlumCRLEntry& entry) const override;
     [[nodiscard]] QVariant validityText(QlumValidity validity) const override;
     [[nodiscard]] UaByteArray der(const QlumCRLEntry& entry) const override;
+    [[nodiscard]] const QString& derMimeType() const override { return qlumRevocationListMimeType; }
 
 private:
     CRLStoreType m_type;

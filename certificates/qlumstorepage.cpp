@@ -107,8 +107,9 @@ void QlumStorePage::createView(const QString& name, const QString& title)
     m_view->setWordWrap(false);
     m_view->setTabKeyNavigation(false);
     m_view->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_view->setDragEnabled(true);
     m_view->setWhatsThis(tr("<b>%1</b><br>The files of this store. Double-click one to open it; drop files "
-                            "here to add them.")
+                            "here to add them, or drag a row to where it is wanted.")
                              .arg(title));
     m_view->verticalHeader()->hide();
     m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 8);
@@ -216,7 +217,8 @@ void QlumStorePage::sltOpenLocation()
 
 void QlumStorePage::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!localFiles(event->mimeData()).isEmpty())
+    // what is dragged out of this table is here already
+    if (event->source() != m_view && !localFiles(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 

@@ -69,6 +69,7 @@ QlumCertificatePage::QlumCertificatePage(QlumCertificateModel::CertStoreType typ
       m_model(new QlumCertificateModel(type, icon, this))
 {
     using M = QlumCertificateModel;
+    m_model->setFileOf([this](const QModelIndex& index) { return fileOf(index); });
     setModel(m_model, M::SortRole);
     setWidths(view(), {{M::Status, 26},
                        {M::Name, 30},
@@ -179,6 +180,7 @@ QlumCrlPage::QlumCrlPage(QlumCRLModel::CRLStoreType type, const QString& title, 
     : QlumStorePage(listPageName(type), title, folder, parent), m_model(new QlumCRLModel(type, this))
 {
     using M = QlumCRLModel;
+    m_model->setFileOf([this](const QModelIndex& index) { return fileOf(index); });
     setModel(m_model, M::SortRole);
     setWidths(view(), {{M::Number, 14},
                        {M::ValidFrom, 24},

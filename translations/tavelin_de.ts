@@ -13970,6 +13970,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Datei &amp;hinzufügen...</translation>
     </message>
     <message>
+        <source>&amp;Certificate Manager...</source>
+        <translation>&amp;Zertifikatsverwaltung...</translation>
+    </message>
+    <message>
         <source>&amp;Read</source>
         <translation>&amp;Lesen</translation>
     </message>
@@ -13990,8 +13994,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>„%1“ wurde nicht hinzugefügt.</translation>
     </message>
     <message>
-        <source>&lt;b&gt;Certificate Group&lt;/b&gt;&lt;br&gt;Whose trust list is shown.</source>
-        <translation>&lt;b&gt;Zertifikatgruppe&lt;/b&gt;&lt;br&gt;Deren Vertrauensliste gezeigt wird.</translation>
+        <source>&lt;b&gt;Certificate Group&lt;/b&gt;&lt;br&gt;Whose trust list is shown. Write or undo the changes before you choose another one.</source>
+        <translation>&lt;b&gt;Zertifikatgruppe&lt;/b&gt;&lt;br&gt;Deren Vertrauensliste gezeigt wird. Änderungen sind zu schreiben oder zurückzunehmen, bevor eine andere gewählt wird.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Send Each Change at Once&lt;/b&gt;&lt;br&gt;Certificates are added and removed one by one, and count at once. Otherwise changes are gathered here until the whole list is written back, which is the only way for revocation lists.</source>
@@ -14034,6 +14038,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Sie enthält weder Zertifikate noch eine Sperrliste.</translation>
     </message>
     <message>
+        <source>It is in the list already.</source>
+        <translation>Es steht schon in der Liste.</translation>
+    </message>
+    <message>
         <source>No revocation list of %1: the server may refuse what it has signed.</source>
         <translation>Keine Sperrliste von %1: Der Server lehnt vielleicht ab, was sie signiert hat.</translation>
     </message>
@@ -14042,12 +14050,16 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Noch nicht geschrieben: %1.</translation>
     </message>
     <message>
-        <source>Nothing here. Read the list of a connected server, or drop files to add them.</source>
-        <translation>Hier ist nichts. Lesen Sie die Liste eines verbundenen Servers, oder legen Sie Dateien ab, um sie hinzuzufügen.</translation>
+        <source>Nothing here. Read the list of a connected server, or drop files or certificates to add them.</source>
+        <translation>Hier ist nichts. Lesen Sie die Liste eines verbundenen Servers, oder ziehen Sie Dateien oder Zertifikate hierher, um sie hinzuzufügen.</translation>
     </message>
     <message>
         <source>Nothing was added.</source>
         <translation>Es wurde nichts hinzugefügt.</translation>
+    </message>
+    <message>
+        <source>Open the certificates of this client beside this view, to drag some onto the list</source>
+        <translation>Die Zertifikate dieses Clients neben dieser Ansicht öffnen, um einige auf die Liste zu ziehen</translation>
     </message>
     <message>
         <source>Parts of the trust list</source>
@@ -14086,6 +14098,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Seit dem letzten Lesen: %1.</translation>
     </message>
     <message>
+        <source>The list cannot be changed at the moment, or not by this user.</source>
+        <translation>Die Liste kann gerade nicht geändert werden, oder nicht von diesem Benutzer.</translation>
+    </message>
+    <message>
         <source>The trust list has to be read before.</source>
         <translation>Die Vertrauensliste muss vorher gelesen werden.</translation>
     </message>
@@ -14093,8 +14109,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
 <context>
     <name>QlumPushListTable</name>
     <message>
-        <source>(not on the server yet)</source>
-        <translation>(noch nicht auf dem Server)</translation>
+        <source>%1 (not written yet)</source>
+        <translation>%1 (noch nicht geschrieben)</translation>
     </message>
 </context>
 <context>
@@ -14304,8 +14320,16 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Schlüssel im Format %1 können hier nicht erzeugt werden.</translation>
     </message>
     <message>
-        <source>The authority could not be opened: %1</source>
-        <translation>Die Zertifizierungsstelle konnte nicht geöffnet werden: %1</translation>
+        <source>The authority could not be opened: the password is wrong, or its files are damaged.</source>
+        <translation>Die Zertifizierungsstelle konnte nicht geöffnet werden: Das Kennwort ist falsch, oder ihre Dateien sind beschädigt.</translation>
+    </message>
+    <message>
+        <source>The certificate belongs neither to a request that was made here nor to the key that the server uses now. A server that takes it all the same may not be reached any more.</source>
+        <translation>Das Zertifikat gehört weder zu einer Anforderung, die hier erstellt wurde, noch zu dem Schlüssel, den der Server jetzt verwendet. Ein Server, der es trotzdem nimmt, ist vielleicht nicht mehr zu erreichen.</translation>
+    </message>
+    <message>
+        <source>The certificate is for the application %1, and the server is %2.</source>
+        <translation>Das Zertifikat ist für die Anwendung %1, und der Server ist %2.</translation>
     </message>
     <message>
         <source>The file holds no certificate.</source>
@@ -14353,10 +14377,6 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>%1 was reset to its defaults.</source>
         <translation>%1 wurde auf seine Vorgaben zurückgesetzt.</translation>
-    </message>
-    <message>
-        <source>&amp;Apply Changes...</source>
-        <translation>Änderungen &amp;anwenden...</translation>
     </message>
     <message>
         <source>&amp;Read Again</source>
@@ -14413,6 +14433,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Another connect is under way. Try again when it has ended.</source>
         <translation>Es wird gerade anderswo verbunden. Versuchen Sie es danach erneut.</translation>
+    </message>
+    <message>
+        <source>App&amp;ly Changes...</source>
+        <translation>Änderungen an&amp;wenden...</translation>
     </message>
     <message>
         <source>Apply the changes on %1</source>
@@ -14487,12 +14511,20 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Änderungen der Konfiguration eines Servers verwerfen</translation>
     </message>
     <message>
+        <source>Export it, and add it in the certificate manager.</source>
+        <translation>Exportieren Sie sie, und fügen Sie sie in der Zertifikatsverwaltung hinzu.</translation>
+    </message>
+    <message>
         <source>Folder for the Authority&apos;s Certificate and Revocation List</source>
         <translation>Ordner für Zertifikat und Sperrliste der Zertifizierungsstelle</translation>
     </message>
     <message>
         <source>GDS View (Push Model)</source>
         <translation>GDS-Ansicht (Push-Modell)</translation>
+    </message>
+    <message>
+        <source>Have the server use what was sent; it may close all connections</source>
+        <translation>Den Server verwenden lassen, was gesendet wurde; er schließt vielleicht alle Verbindungen</translation>
     </message>
     <message>
         <source>Import Answer</source>
@@ -14559,6 +14591,14 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Open, Write und CloseAndUpdate mit: %1</translation>
     </message>
     <message>
+        <source>Plan: %1</source>
+        <translation>Plan: %1</translation>
+    </message>
+    <message>
+        <source>Put the authority among the issuers that this client knows: it can check the new certificate then, and trusts nobody by that</source>
+        <translation>Die Zertifizierungsstelle unter die Aussteller aufnehmen, die dieser Client kennt: Er kann das neue Zertifikat dann prüfen und vertraut dadurch niemandem</translation>
+    </message>
+    <message>
         <source>Read LastUpdateTime, and stop if somebody else has changed the list</source>
         <translation>LastUpdateTime lesen und aufhören, wenn jemand anderes die Liste geändert hat</translation>
     </message>
@@ -14571,8 +14611,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Alles erneut vom Server lesen</translation>
     </message>
     <message>
-        <source>Read it again, and make your changes in what is there now.</source>
-        <translation>Lesen Sie sie neu, und ändern Sie, was jetzt dort steht.</translation>
+        <source>Read it again: what you have changed is kept, and can be written then.</source>
+        <translation>Lesen Sie sie neu: Ihre Änderungen bleiben erhalten und können danach geschrieben werden.</translation>
     </message>
     <message>
         <source>Read the certificates that the server has turned away</source>
@@ -14645,6 +14685,14 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Sign the request with the authority of this computer</source>
         <translation>Den Antrag mit der Zertifizierungsstelle dieses Rechners signieren</translation>
+    </message>
+    <message>
+        <source>Somebody else has changed the trust list since it was read.</source>
+        <translation>Jemand anderes hat die Vertrauensliste geändert, seit sie gelesen wurde.</translation>
+    </message>
+    <message>
+        <source>The authority could not be put among the issuers that this client knows.</source>
+        <translation>Die Zertifizierungsstelle konnte nicht unter die Aussteller aufgenommen werden, die dieser Client kennt.</translation>
     </message>
     <message>
         <source>The authority was not exported.</source>
@@ -18503,8 +18551,8 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>&amp;Filter:</translation>
     </message>
     <message>
-        <source>&lt;b&gt;%1&lt;/b&gt;&lt;br&gt;The files of this store. Double-click one to open it; drop files here to add them.</source>
-        <translation>&lt;b&gt;%1&lt;/b&gt;&lt;br&gt;Die Dateien dieses Speichers. Ein Doppelklick öffnet eine; legen Sie Dateien hier ab, um sie hinzuzufügen.</translation>
+        <source>&lt;b&gt;%1&lt;/b&gt;&lt;br&gt;The files of this store. Double-click one to open it; drop files here to add them, or drag a row to where it is wanted.</source>
+        <translation>&lt;b&gt;%1&lt;/b&gt;&lt;br&gt;Die Dateien dieses Speichers. Ein Doppelklick öffnet eine; hierher gezogene Dateien werden hinzugefügt, und eine Zeile kann dorthin gezogen werden, wo sie gebraucht wird.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Open Certificate Location&lt;/b&gt;&lt;br&gt;Shows the folder of this store in the file manager.</source>

@@ -3,10 +3,7 @@
 #include <app/api/qlumdiscoverysecurity.h>
 #include <app/api/qlumservernode.h>
 #include <app/api/qlumtoolservices.h>
-#include <certificates/qlumcertificatemanager.h>
 #include <certificates/qlumcertificatemanagerdialog.h>
-#include <certificates/qlumcertificates.h>
-#include <certificates/qlumcertificatestoreconfiguration.h>
 #include <certificates/qlumcertificateviewer.h>
 #include <plugins/addressspace/qlumaddressspacemodel.h>
 #include <servers/doctor/qlumdoctordialog.h>
@@ -20,7 +17,6 @@
 
 #include <QComboBox>
 #include <QDialog>
-#include <QIcon>
 #include <QObject>
 #include <QPointer>
 #include <QSettings>
@@ -58,16 +54,6 @@ bool editServer(QlumServerNode* server, QWidget* parent)
     return true;
 }
 
-void manageCertificates(QWidget* parent)
-{
-    QlumCertificateManagerDialog dialog(QStringLiteral("Tavelin"), QStringLiteral("Korvanda"),
-                                        QlumCertificateStoreConfiguration::ofApplication(),
-                                        QIcon(QStringLiteral(":/images/tavelin.png")), parent);
-    QObject::connect(dialog.manager(), &QlumCertificateManager::sigNewCertificateCreated, &dialog,
-                     [] { QlumCertificates::instance()->reload(); });
-    dialog.exec();
-}
-
 void takeToolServices(QlumToolServices& services, QObject* owner, const QlumTavelinServices::FindServer& find)
 {
     qlumTakeCertificates(services, owner);
@@ -98,7 +84,7 @@ QlumTavelinServices qlumServices()
                          });
         return model;
     };
-    services.manageCertificates = manageCertificates;
+    services.manageCertificates = qlumManageCertificates;
     services.takeToolServices = takeToolServices;
     return services;
 }

@@ -36,6 +36,7 @@ QlumPushAuthorityDialog::QlumPushAuthorityDialog(bool isNew, QWidget* parent)
                  "its certificate and its revocation list.")
             : tr("The key of the authority of this computer is protected by a password."));
     why->setWordWrap(true);
+    why->setMinimumWidth(fontMetrics().averageCharWidth() * 60);
     auto* form = new QFormLayout(this);
     form->addRow(why);
     if (isNew) {

@@ -2,6 +2,7 @@
 
 #include <app/api/qlumtext.h>
 #include <certificates/qlumvalidity.h>
+#include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_types.h>
 #include <uabase/uapkicpp/uapkiidentity.h>
 #include <uabase/values/uastring.h>
@@ -286,8 +287,13 @@ void QlumPushCertificatePage::listTypes()
 {
     m_type->clear();
     if (const QlumPushGroup* const shown = group())
-        for (const QlumPushType& type : shown->types)
+        for (const QlumPushType& type : shown->types) {
             m_type->addItem(type.name);
+            // that of nearly all connections; by the first one many servers mean endpoints that nobody uses
+            // any more
+            if (type.id == UaNodeId(OpcUaId_RsaSha256ApplicationCertificateType))
+                m_type->setCurrentIndex(m_type->count() - 1);
+        }
     updateButtons();
 }
 

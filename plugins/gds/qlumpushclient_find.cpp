@@ -168,8 +168,6 @@ QlumPushGroup QlumPushClient::findGroup(const UaNodeId& id, const QString& name,
         group.typesId = types->second.id;
     else
         note("CertificateTypes");
-    if (const auto rejected = own.find(QStringLiteral("GetRejectedList")); rejected != own.end())
-        group.rejectedList = rejected->second.id;
     if (group.trustList.isNull())
         return group;
     Children ofList;

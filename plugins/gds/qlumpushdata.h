@@ -38,7 +38,6 @@ struct QlumPushGroup
     QlumPushMethods variables;  ///< of the trust list
     UaNodeId lastUpdateId;      ///< one of them
     UaNodeId typesId;           ///< variable with the types
-    UaNodeId rejectedList;      ///< the group's own method; null for most
     UaDateTime lastUpdate;      ///< of the trust list; null when the server does not tell
     bool isWritable = true;     ///< by what the server says of this user
     OpcUa_UInt32 mostBytes = 0; ///< in one call to the file; 0: not known

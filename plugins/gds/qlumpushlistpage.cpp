@@ -77,7 +77,8 @@ void QlumPushListPage::makeTables(QlumViewState& state)
     for (const QlumTrustPart part : qlumTrustParts) {
         auto* table = new QlumPushListTable(
             {QLatin1String(partNames[static_cast<std::size_t>(part)]), qlumTrustPartName(part),
-             tr("Nothing here. Read the list of a connected server, or drop files to add them."),
+             tr("Nothing here. Read the list of a connected server, or drop files or certificates "
+                "to add them."),
              isCrlPart(part)                  ? QlumPushListTable::RevocationLists
              : part == QlumTrustPart::Issuers ? QlumPushListTable::Issuers
                                               : QlumPushListTable::Trusted},
@@ -86,6 +87,7 @@ void QlumPushListPage::makeTables(QlumViewState& state)
         m_tabs->addTab(table, qlumTrustPartName(part));
         connect(table, &QlumPushListTable::currentChanged, this, &QlumPushListPage::updateButtons);
         connect(table, &QlumPushListTable::filesDropped, this, &QlumPushListPage::addFiles);
+        connect(table, &QlumPushListTable::derDropped, this, &QlumPushListPage::addContent);
         connect(table, &QlumPushListTable::opened, this, [this] { m_show->click(); });
     }
 }
@@ -105,10 +107,12 @@ QWidget* QlumPushListPage::makeBar()
     layout->setContentsMargins(0, 0, 0, 0);
     auto* label = new QLabel(tr("Certificate &group:"));
     label->setBuddy(m_group);
-    qlumDescribeField(m_group, {QStringLiteral("pushGroup"),
-                                tr("Certificate &group:"),
-                                tr("<b>Certificate Group</b><br>Whose trust list is shown."),
-                                {}});
+    qlumDescribeField(m_group,
+                      {QStringLiteral("pushGroup"),
+                       tr("Certificate &group:"),
+                       tr("<b>Certificate Group</b><br>Whose trust list is shown. Write or undo the changes "
+                          "before you choose another one."),
+                       {}});
     qlumDescribeField(m_atOnce,
                       {QStringLiteral("pushAtOnce"), tr("Send each change at &once"),
                        tr("<b>Send Each Change at Once</b><br>Certificates are added and removed one by one, "
@@ -148,14 +152,18 @@ QWidget* QlumPushListPage::makeButtons()
                      tr("Replace the trust list of the server by this one"));
     m_fromStore = button(QStringLiteral("pushFromStore"), tr("Add From S&tore..."),
                          tr("Add what this client's own store has"));
+    m_manager =
+        button(QStringLiteral("pushManager"), tr("&Certificate Manager..."),
+               tr("Open the certificates of this client beside this view, to drag some onto the list"));
     connect(
         m_add, &QPushButton::clicked, this, [this] { addFrom(QString()); });
     connect(m_fromStore, &QPushButton::clicked, this, [this] { addFrom(storeFolder(shownPart())); });
+    connect(m_manager, &QPushButton::clicked, this, &QlumPushListPage::managerWanted);
     connect(m_remove, &QPushButton::clicked, this, &QlumPushListPage::sltRemove);
     connect(m_show, &QPushButton::clicked, this, [this] { emit showWanted(table(shownPart())->current()); });
     connect(m_undo, &QPushButton::clicked, this, &QlumPushListPage::sltUndo);
     connect(m_write, &QPushButton::clicked, this, &QlumPushListPage::writeWanted);
-    for (QPushButton* const one : {m_add, m_fromStore, m_remove, m_show})
+    for (QPushButton* const one : {m_add, m_fromStore, m_manager, m_remove, m_show})
         layout->addWidget(one);
     layout->addStretch(1);
     layout->addWidget(m_undo);
@@ -213,8 +221,11 @@ void QlumPushListPage::setRead(const QlumTrustList& list, const UaDateTime& last
     if (m_onServer)
         if (const QStringList changes = qlumTrustListChanges(*m_onServer, list); !changes.isEmpty())
             since = tr("Since it was read before: %1.").arg(changes.join(QStringLiteral("; ")));
+    QlumTrustList edited = list;
+    if (isEdited())
+        qlumRepeatTrustListChanges(*m_onServer, m_edited, edited);
     m_onServer = list;
-    m_edited = list;
+    m_edited = edited;
     m_lastUpdate = lastUpdate;
     refresh();
     if (!since.isEmpty())
@@ -278,7 +289,7 @@ void QlumPushListPage::updateButtons()
     const bool canWrite = m_isReady && shown && shown->isWritable && m_onServer;
     const bool hasCurrent = !table(shownPart())->current().isEmpty();
     m_note->setVisible(!m_note->text().isEmpty());
-    m_group->setEnabled(m_isReady);
+    m_group->setEnabled(m_isReady && !isEdited()); // what was gathered belongs to the list that is shown
     m_read->setEnabled(m_isReady && shown);
     m_add->setEnabled(canWrite);
     m_fromStore->setEnabled(canWrite);
@@ -316,10 +327,27 @@ void QlumPushListPage::addFrom(const QString& folder)
         addFiles(paths);
 }
 
-void QlumPushListPage::addFiles(const QStringList& paths)
+bool QlumPushListPage::canAdd()
 {
     if (!m_add->isEnabled())
-        return emit told(tr("Nothing was added."), tr("The trust list has to be read before."));
+        emit told(tr("Nothing was added."),
+                  m_onServer ? tr("The list cannot be changed at the moment, or not by this user.")
+                             : tr("The trust list has to be read before."));
+    return m_add->isEnabled();
+}
+
+void QlumPushListPage::addContent(const QlumTrustFile& content)
+{
+    if (!canAdd())
+        return;
+    add(content);
+    refresh();
+}
+
+void QlumPushListPage::addFiles(const QStringList& paths)
+{
+    if (!canAdd())
+        return;
     QlumTrustFile all;
     for (const QString& path : paths) {
         QlumTrustFile file = qlumReadTrustFile(path);
@@ -339,17 +367,22 @@ void QlumPushListPage::add(const QlumTrustFile& file)
 {
     const bool isIssuers = isIssuerPart(shownPart());
     const bool isAtOnce = m_atOnce->isChecked() && m_atOnce->isEnabled() && file.certificates.size() == 1;
-    const auto put = [this](QlumTrustPart part, const UaByteString& der) {
-        if (!m_edited.contains(part, der))
+    bool isAnyNew = false;
+    const auto put = [this, &isAnyNew, isAtOnce, isIssuers](QlumTrustPart part, const UaByteString& der) {
+        if (m_edited.contains(part, der))
+            return;
+        isAnyNew = true;
+        if (isAtOnce && !isCrlPart(part))
+            emit addWanted(der, !isIssuers);
+        else
             m_edited[part].push_back(der);
     };
     for (const UaByteString& der : file.certificates)
-        if (isAtOnce)
-            emit addWanted(der, !isIssuers);
-        else
-            put(isIssuers ? QlumTrustPart::Issuers : QlumTrustPart::Trusted, der);
+        put(isIssuers ? QlumTrustPart::Issuers : QlumTrustPart::Trusted, der);
     if (!file.revocationList.isEmpty())
         put(isIssuers ? QlumTrustPart::IssuerCrls : QlumTrustPart::TrustedCrls, file.revocationList);
+    if (!isAnyNew && !(file.certificates.empty() && file.revocationList.isEmpty()))
+        emit told(tr("Nothing was added."), tr("It is in the list already."));
 }
 
 void QlumPushListPage::sltRemove()

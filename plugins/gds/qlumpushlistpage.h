@@ -36,7 +36,7 @@ public:
 
     /// Null id for none.
     [[nodiscard]] UaNodeId group() const;
-    /// A list as the server has it; what the user had changed is given up.
+    /// A list as the server has it. What the user had changed, and not written, is changed in this one.
     void setRead(const QlumTrustList& list, const UaDateTime& lastUpdate);
     /// One was added or removed on the server at that time, by what the server says; the rest stays as it is.
     void changed(QlumTrustPart part, const UaByteString& der, bool isAdded, const UaDateTime& lastUpdate);
@@ -51,6 +51,8 @@ public:
     [[nodiscard]] bool isEdited() const;
     /// Takes files as if they had been dropped on the part that is shown.
     void addFiles(const QStringList& paths);
+    /// The same with what was read already.
+    void addContent(const QlumTrustFile& content);
 
     [[nodiscard]] QlumPushListTable* table(QlumTrustPart part) const
     {
@@ -67,6 +69,8 @@ signals:
     void addWanted(const UaByteString& der, bool isTrusted);
     void removeWanted(const UaByteString& der, bool isTrusted);
     void showWanted(const UaByteString& der);
+    /// The user wants this client's own certificates beside the view, to drag some here.
+    void managerWanted();
     /// Something for the user to read, about what he did.
     void told(const QString& what, const QString& why);
 
@@ -76,6 +80,7 @@ private:
     [[nodiscard]] QWidget* makeButtons();
     [[nodiscard]] QPushButton* button(const QString& name, const QString& text, const QString& toolTip);
     [[nodiscard]] QlumTrustPart shownPart() const;
+    [[nodiscard]] bool canAdd();
     void add(const QlumTrustFile& file);
     void addFrom(const QString& folder);
     void sltRemove();
@@ -91,6 +96,7 @@ private:
     QPushButton* m_read;
     QPushButton* m_add;
     QPushButton* m_fromStore;
+    QPushButton* m_manager;
     QPushButton* m_remove;
     QPushButton* m_show;
     QPushButton* m_undo;

@@ -4,6 +4,7 @@
 #include <certificates/qlumcertificatemodel.h>
 #include <certificates/qlumcrlentry.h>
 #include <certificates/qlumcrlmodel.h>
+#include <certificates/qlumstoremodel.h>
 #include <uabase/uapkicpp/uapkicertificate.h>
 #include <uabase/uapkicpp/uapkirevocationlist.h>
 #include <uawidgets/qlumviewstate.h>
@@ -11,16 +12,22 @@
 #include <uawidgets/table/qlumtablefilter.h>
 
 #include <QAbstractItemView>
+#include <QByteArray>
 #include <QHeaderView>
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QMimeData>
 #include <QModelIndex>
+#include <QObject>
+#include <QStyleOptionViewItem>
+#include <QStyledItemDelegate>
 #include <QTableView>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <functional>
 #include <ranges>
 #include <utility>
 
@@ -32,6 +39,66 @@ QStringList droppedFiles(const QMimeData* data)
         if (url.isLocalFile())
             paths.append(url.toLocalFile());
     return paths;
+}
+
+QlumTrustFile droppedDer(const QMimeData* data)
+{
+    const auto bytes = [data](const QString& format) {
+        const QByteArray der = data->data(format);
+        return UaByteString(static_cast<OpcUa_Int32>(der.size()),
+                            reinterpret_cast<const OpcUa_Byte*>(der.constData()));
+    };
+    QlumTrustFile content;
+    if (data->hasFormat(qlumCertificateMimeType))
+        content.certificates.push_back(bytes(qlumCertificateMimeType));
+    if (data->hasFormat(qlumRevocationListMimeType))
+        content.revocationList = bytes(qlumRevocationListMimeType);
+    return content;
+}
+
+// Says of a row that it is not on the server yet, where the eye looks first.
+class PushRowMark : public QStyledItemDelegate
+{
+public:
+    using IsNew = std::function<bool(const QModelIndex& index)>;
+    PushRowMark(IsNew isNew, QObject* parent) : QStyledItemDelegate(parent), m_isNew(std::move(isNew)) {}
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (!m_isNew(index))
+            return;
+        option->font.setBold(true);
+        if (index.column() == 0)
+            option->text = QlumPushListTable::tr("%1 (not written yet)").arg(option->text);
+    }
+
+private:
+    const IsNew m_isNew;
+};
+
+void setColumns(QTableView& view, bool isOfLists)
+{
+    using Certificate = QlumCertificateModel;
+    using List = QlumCRLModel;
+    const std::vector<std::pair<int, int>> widths =
+        isOfLists ? std::vector<std::pair<int, int>>{{List::Number, 26},
+                                                     {List::ValidFrom, 24},
+                                                     {List::NextUpdate, 24},
+                                                     {List::Organization, 24},
+                                                     {List::OrganizationUnit, 20}}
+                  : std::vector<std::pair<int, int>>{
+                        {Certificate::Status, 26},           {Certificate::Name, 30},
+                        {Certificate::ValidFrom, 24},        {Certificate::ValidTo, 24},
+                        {Certificate::OrganizationUnit, 20}, {Certificate::AppUri, 50},
+                        {Certificate::DomainName, 30},       {Certificate::Signature, 28},
+                        {Certificate::Thumbprint, 50}};
+    const int character = view.fontMetrics().averageCharWidth();
+    for (const auto& [column, characters] : widths)
+        view.horizontalHeader()->resizeSection(column, characters * character);
+    view.hideColumn(isOfLists ? int(List::FileName) : int(Certificate::FileName)); // a server names none
+    view.verticalHeader()->setDefaultSectionSize(view.fontMetrics().height() + 8);
 }
 } // namespace
 
@@ -71,6 +138,13 @@ void QlumPushListTable::makeView(const Kind& kind, QlumViewState& state)
     m_view->setModel(m_sorted);
     m_view->setSortingEnabled(true);
     m_view->sortByColumn(-1, Qt::AscendingOrder);
+    setColumns(*m_view, kind.content == RevocationLists);
+    m_view->setItemDelegate(new PushRowMark(
+        [this](const QModelIndex& index) {
+            const auto row = static_cast<std::size_t>(m_sorted->mapToSource(index).row());
+            return row < m_isNew.size() && m_isNew[row];
+        },
+        m_view));
     connect(m_view, &QTableView::activated, this, &QlumPushListTable::opened);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &QlumPushListTable::currentChanged);
@@ -80,22 +154,22 @@ void QlumPushListTable::makeView(const Kind& kind, QlumViewState& state)
 void QlumPushListTable::setRows(const std::vector<UaByteString>& rows,
                                 const std::vector<UaByteString>& onServer)
 {
-    const auto note = [&](const UaByteString& der) {
-        return std::ranges::find(onServer, der) == onServer.end() ? tr("(not on the server yet)") : QString();
-    };
     m_rows = rows;
+    m_isNew.clear();
+    for (const UaByteString& der : rows)
+        m_isNew.push_back(std::ranges::find(onServer, der) == onServer.end());
     if (m_certificates) {
         std::vector<QlumCertificateEntry> entries;
         for (const UaByteString& der : rows)
             entries.emplace_back(m_content == Rejected ? QlumCertificateEntry::Rejected
                                                        : QlumCertificateEntry::InStore,
-                                 note(der), UaPkiCertificate::fromDER(der));
+                                 QString(), UaPkiCertificate::fromDER(der));
         m_certificates->clear();
         m_certificates->addEntries(std::move(entries));
     } else {
         std::vector<QlumCRLEntry> entries;
         for (const UaByteString& der : rows)
-            entries.emplace_back(note(der), UaPkiRevocationList::fromDER(der.toByteArray()));
+            entries.emplace_back(QString(), UaPkiRevocationList::fromDER(der.toByteArray()));
         m_lists->clear();
         m_lists->addEntries(std::move(entries));
     }
@@ -116,12 +190,23 @@ void QlumPushListTable::select(int row)
 
 void QlumPushListTable::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!droppedFiles(event->mimeData()).isEmpty())
+    const QMimeData* const dragged = event->mimeData();
+    if (dragged->hasFormat(qlumCertificateMimeType) || dragged->hasFormat(qlumRevocationListMimeType) ||
+        !droppedFiles(dragged).isEmpty())
         event->acceptProposedAction();
 }
 
 void QlumPushListTable::dropEvent(QDropEvent* event)
 {
-    event->acceptProposedAction();
-    emit filesDropped(droppedFiles(event->mimeData()));
+    event->setDropAction(Qt::CopyAction); // what was dragged stays where it is
+    event->accept();
+    const QlumTrustFile content = droppedDer(event->mimeData());
+    const QStringList paths = droppedFiles(event->mimeData());
+    // after the drag has ended: a question must not hold up the program that it comes from
+    QTimer::singleShot(0, this, [this, content, paths] {
+        if (!content.certificates.empty() || !content.revocationList.isEmpty())
+            emit derDropped(content);
+        else
+            emit filesDropped(paths);
+    });
 }

@@ -49,6 +49,8 @@ signals:
     /// The user wants to see it.
     void opened();
     void filesDropped(const QStringList& paths);
+    /// A certificate or revocation list was, from a table of such.
+    void derDropped(const QlumTrustFile& content);
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -63,4 +65,5 @@ private:
     QlumTableFilter* m_sorted;
     QTableView* m_view;
     std::vector<UaByteString> m_rows;
+    std::vector<bool> m_isNew; ///< of the rows: not on the server yet
 };

@@ -24,6 +24,7 @@ QlumPushLoginDialog::QlumPushLoginDialog(const QString& server, QWidget* parent)
         tr("%1 will be connected anew, signed and encrypted, as the user who may configure it.").arg(server));
     why->setTextFormat(Qt::PlainText);
     why->setWordWrap(true);
+    why->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
     m_password->setEchoMode(QLineEdit::Password);
     auto* form = new QFormLayout(this);
     form->addRow(why);

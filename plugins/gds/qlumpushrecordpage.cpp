@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -55,6 +56,7 @@ void QlumPushRecordPage::add(const QString& server, const QString& user,
 void QlumPushRecordPage::addLine(const QString& text)
 {
     m_text->appendPlainText(text);
+    m_text->horizontalScrollBar()->setValue(0); // where the lines begin
 }
 
 QString QlumPushRecordPage::text() const

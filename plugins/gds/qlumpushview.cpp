@@ -13,10 +13,12 @@
 #include <uawidgets/qlumviewstate.h>
 
 #include <QAction>
+#include <QFont>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QKeySequence>
 #include <QLabel>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QToolButton>
@@ -52,7 +54,8 @@ QlumPushView::QlumPushView(QlumApplicationInterface& application, std::shared_pt
                            QlumSessionServicesProvider services, QlumPushWorld world, QWidget* parent)
     : QWidget(parent), m_pools(std::move(pools)), m_services(std::move(services)), m_world(std::move(world)),
       m_state(new QlumViewState(QStringLiteral("GdsPushView"), this)), m_heading(new QlumViewHeading(this)),
-      m_messages(new QlumMessageBar(this)), m_followed(application)
+      m_messages(new QlumMessageBar(this)), m_pendingRow(new QWidget), m_pendingText(new QLabel),
+      m_applyNow(new QPushButton(tr("App&ly Changes..."))), m_followed(application)
 {
     setObjectName(QStringLiteral("gdsPushView"));
     setAccessibleName(tr("GDS View (Push Model)"));
@@ -84,6 +87,7 @@ QlumPushView::QlumPushView(QlumApplicationInterface& application, std::shared_pt
     layout->addWidget(m_heading);
     layout->addWidget(makeBar());
     layout->addWidget(m_messages);
+    layout->addWidget(makePendingRow());
     layout->addWidget(m_note);
     layout->addWidget(m_tabs, 1);
     connectParts();
@@ -134,6 +138,31 @@ QWidget* QlumPushView::makeBar()
     return bar;
 }
 
+// Seen on every page, whatever else has to be told.
+QWidget* QlumPushView::makePendingRow()
+{
+    m_pendingText->setObjectName(QStringLiteral("pushWaits"));
+    m_pendingText->setTextFormat(Qt::PlainText);
+    m_pendingText->setWordWrap(true);
+    QFont font = m_pendingText->font();
+    font.setBold(true);
+    m_pendingText->setFont(font);
+    m_pendingText->setToolTip(
+        tr("The server uses it when the changes are applied, and forgets it with this connection."));
+    m_applyNow->setAutoDefault(false);
+    qlumDescribeField(m_applyNow, {QStringLiteral("pushApplyNow"),
+                                   m_applyNow->text(),
+                                   {},
+                                   tr("Have the server use what was sent; it may close all connections")});
+    connect(m_applyNow, &QPushButton::clicked, this, &QlumPushView::applyChanges);
+    auto* layout = new QHBoxLayout(m_pendingRow);
+    layout->setContentsMargins(4, 2, 4, 2);
+    layout->addWidget(m_pendingText, 1);
+    layout->addWidget(m_applyNow);
+    m_pendingRow->hide();
+    return m_pendingRow;
+}
+
 QWidget* QlumPushView::makeRejectedPage()
 {
     m_rejected = new QlumPushListTable(
@@ -166,6 +195,7 @@ void QlumPushView::connectParts()
     connect(m_listPage, &QlumPushListPage::removeWanted, this,
             [this](const UaByteString& der, bool isTrusted) { change(der, isTrusted, false); });
     connect(m_listPage, &QlumPushListPage::showWanted, this, show);
+    connect(m_listPage, &QlumPushListPage::managerWanted, this, [this] { m_world.showManager(window()); });
     connect(m_listPage, &QlumPushListPage::told, this, &QlumPushView::tell);
     connect(m_rejected, &QlumPushListTable::opened, this, [this, show] { show(m_rejected->current()); });
     connect(m_rejected, &QlumPushListTable::currentChanged, this, &QlumPushView::updateState);
@@ -210,12 +240,14 @@ void QlumPushView::clearAll()
 {
     m_server = {};
     m_current = {};
+    m_request.clear();
     m_sent.clear();
     m_pending.clear();
     m_serverPage->clear();
     m_listPage->clear();
     m_rejected->setRows({}, {});
     m_certificatePage->clear();
+    showPending();
     showAuthority();
     m_messages->dismiss();
     m_heading->forget();
@@ -288,6 +320,7 @@ void QlumPushView::updateState()
                                      !m_listPage->group().isNull());
     m_listPage->setReady(isReady);
     m_certificatePage->setReady(isReady);
+    m_applyNow->setEnabled(isReady && m_server.has("ApplyChanges"));
 }
 
 // ---- project

@@ -9,6 +9,7 @@
 #include <app/api/qlumsecret.h>
 #include <app/api/qlumserverpools.h>
 #include <app/api/qlumsessionservices.h>
+#include <certificates/qlumcertificatemanagerdialog.h>
 #include <plugins/gds/qlumpushclient.h>
 #include <plugins/gds/qlumpushdata.h>
 #include <plugins/gds/qlumpushplandialog.h>
@@ -31,6 +32,7 @@
 #include <vector>
 
 class QLabel;
+class QPushButton;
 class QTabWidget;
 class QlumMessageBar;
 struct QlumMessage;
@@ -58,6 +60,8 @@ struct QlumPushWorld
     std::function<UaPkiCertificate(const QlumSessionServices& services)> presented = &qlumPresentedBy;
     /// For how long a server may stay away that applies its changes, ms.
     int returnTime = 60'000;
+    /// Shows this client's own certificates beside the view.
+    std::function<void(QWidget* parent)> showManager = &qlumShowCertificateManager;
 };
 
 /// A document that puts certificates and trust lists onto the server that is selected in the project.
@@ -107,6 +111,7 @@ private:
     // ---- widgets
     void createActions();
     [[nodiscard]] QWidget* makeBar();
+    [[nodiscard]] QWidget* makePendingRow();
     [[nodiscard]] QWidget* makeRejectedPage();
     void connectParts();
 
@@ -124,6 +129,7 @@ private:
     void takeServer(const QlumPushServer& server, const UaPkiCertificate& current);
     void takeList(const QlumTrustList& list, const UaDateTime& time, const UaStatus& status);
     [[nodiscard]] QString userText() const;
+    void writeDown(const QString& text);
     void tell(const QString& what, const QString& why);
     void tellFault(const QString& what, const QString& method, const UaStatus& status);
     [[nodiscard]] bool mayConfigure() const;
@@ -131,9 +137,11 @@ private:
     void offerAdministrator(QlumMessage& message);
     void connectAsAdministrator();
     [[nodiscard]] bool agree(const QlumPushPlan& plan);
+    void tellOtherChange(const QString& what);
     void change(const UaByteString& der, bool isTrusted, bool isAdded);
     void sendList(const QlumPushGroup& group);
     void setPending(const QString& what);
+    void showPending();
     void dropPending();
 
     // ---- a new certificate
@@ -155,6 +163,9 @@ private:
     QlumActionTable m_actions;
     QlumViewHeading* m_heading;
     QlumMessageBar* m_messages;
+    QWidget* m_pendingRow;
+    QLabel* m_pendingText;
+    QPushButton* m_applyNow;
     QLabel* m_note = nullptr;
     QTabWidget* m_tabs = nullptr;
     QlumPushServerPage* m_serverPage = nullptr;
@@ -164,11 +175,13 @@ private:
     QlumPushRecordPage* m_record = nullptr;
     QlumFollowedServer m_followed;
     QlumPushServer m_server;
-    UaPkiCertificate m_current;       ///< that the server uses now
-    UaByteString m_sent;              ///< certificate that was sent and waits to be applied
-    UaByteString m_expected;          ///< that the server has to come back with
-    QStringList m_pending;            ///< what waits to be applied
-    QTimer m_returnTimer;             ///< runs while the server has to come back
-    QlumJobPool::Ticket m_ticket = 0; ///< of what is under way
-    std::function<void()> m_finish;   ///< what is to be done when it has ended
+    UaPkiCertificate m_current;         ///< that the server uses now
+    UaByteString m_request;             ///< that the server has made last
+    UaByteString m_sent;                ///< certificate that was sent and waits to be applied
+    UaByteString m_expected;            ///< that the server has to come back with
+    QStringList m_pending;              ///< what waits to be applied
+    std::vector<QlumPushStep> m_failed; ///< calls of the last job that did
+    QTimer m_returnTimer;               ///< runs while the server has to come back
+    QlumJobPool::Ticket m_ticket = 0;   ///< of what is under way
+    std::function<void()> m_finish;     ///< what is to be done when it has ended
 };

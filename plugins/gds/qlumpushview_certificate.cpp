@@ -2,6 +2,7 @@
 #include <plugins/gds/qlumpushview.h>
 
 #include <app/api/qlumtext.h>
+#include <certificates/qlumcertificatestoreconfiguration.h>
 #include <certificates/qlumthumbprint.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/gds/qlumpushauthoritydialog.h>
@@ -15,21 +16,12 @@
 
 #include <QDialog>
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QPointer>
 
 namespace {
 const QString pushApplyTopic = QStringLiteral("apply");
-
-// Null when the file cannot be written.
-bool writeDer(const QString& path, const UaByteString& der)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) &&
-           file.write(reinterpret_cast<const char*>(der.data()), der.length()) == der.length();
 }
-} // namespace
 
 // ---- authority
 
@@ -57,11 +49,7 @@ void QlumPushView::exportAuthority()
         this, tr("Folder for the Authority's Certificate and Revocation List"));
     if (!stillThere || folder.isEmpty())
         return;
-    const UaString place = toUaString(m_world.authorityFolder());
-    const UaByteString certificate = UaPkiAuthority::certificateIn(place).toByteStringDER();
-    const UaByteString list(UaPkiAuthority::revocationListIn(place).toDER());
-    if (!writeDer(QDir(folder).filePath(QStringLiteral("authority.der")), certificate) ||
-        !writeDer(QDir(folder).filePath(QStringLiteral("authority.crl")), list))
+    if (!qlumWriteAuthority(m_world.authorityFolder(), folder))
         tell(tr("The authority was not exported."), tr("'%1' cannot be written.").arg(folder));
 }
 
@@ -82,6 +70,8 @@ void QlumPushView::makeCertificate()
                                                      : tr("CreateSigningRequest; the server keeps its key"),
                                  tr("Sign the request with the authority of this computer"),
                                  tr("UpdateCertificate with the certificate and its issuer")};
+    plan.steps.append(tr("Put the authority among the issuers that this client knows: it can check the new "
+                         "certificate then, and trusts nobody by that"));
     plan.warnings = QStringList{tr("It counts only when the changes are applied.")};
     const QPointer<QlumPushView> stillThere = this;
     if (!agree(plan))
@@ -95,7 +85,13 @@ void QlumPushView::makeCertificate()
            password = dialog.takePassword()](QlumPushClient& client, QlumJob& job) {
               const QlumPushSigned made = qlumSignForServer(client, server, order, current, folder, password,
                                                             [&job] { return job.isCancelled(); });
-              return [this, made] { takeSigned(made); };
+              return [this, made, folder] {
+                  takeSigned(made);
+                  if (made.fault.isEmpty() &&
+                      !qlumKnowAuthority(folder, QlumCertificateStoreConfiguration::ofApplication()))
+                      tell(tr("The authority could not be put among the issuers that this client knows."),
+                           tr("Export it, and add it in the certificate manager."));
+              };
           });
 }
 
@@ -120,7 +116,8 @@ void QlumPushView::saveRequest()
                   if (status.isBad())
                       return tellFault(tr("The server has made no request."),
                                        QStringLiteral("CreateSigningRequest"), status);
-                  if (!writeDer(path, request))
+                  m_request = request;
+                  if (!qlumWriteDer(path, request))
                       tell(tr("The request was not saved."), tr("'%1' cannot be written.").arg(path));
               };
           });
@@ -135,7 +132,7 @@ void QlumPushView::importAnswer()
     const QlumPushPlan plan{tr("A new certificate for %1").arg(m_followed.name()),
                             {tr("UpdateCertificate with what %1 holds").arg(path)},
                             {tr("It counts only when the changes are applied.")},
-                            {}};
+                            stillThere ? qlumAnswerDoubt(path, m_request, m_current) : QString()};
     if (path.isEmpty() || !stillThere || !agree(plan))
         return;
     start(tr("Sending a certificate to a server"),
@@ -170,14 +167,15 @@ void QlumPushView::setPending(const QString& what)
 {
     if (!m_pending.contains(what))
         m_pending.append(what);
-    m_certificatePage->setPending(true, m_pending.join(QStringLiteral(", ")));
-    m_messages->tell(
-        {QlumMessage::Warning, pushApplyTopic, tr("Not applied yet: %1.").arg(m_pending.join(", ")),
-         tr("The server uses it when the changes are applied, and forgets it with this connection."),
-         tr("&Apply Changes..."), [view = QPointer<QlumPushView>(this)] {
-             if (view)
-                 view->applyChanges();
-         }});
+    showPending();
+}
+
+void QlumPushView::showPending()
+{
+    const QString what = m_pending.join(QStringLiteral(", "));
+    m_certificatePage->setPending(!m_pending.isEmpty(), what);
+    m_pendingText->setText(tr("Not applied yet: %1.").arg(what));
+    m_pendingRow->setVisible(!m_pending.isEmpty());
 }
 
 // Without a word: either it was applied, or it is gone.
@@ -185,7 +183,7 @@ void QlumPushView::dropPending()
 {
     m_pending.clear();
     m_sent.clear();
-    m_certificatePage->setPending(false, QString());
+    showPending();
     m_messages->dismiss(pushApplyTopic);
 }
 
@@ -244,7 +242,7 @@ bool QlumPushView::checkReturned()
     m_expected.clear();
     dropPending(); // applied even where the server did not say so
     const QString well = tr("All is well: %1 is back with its new certificate.").arg(m_followed.name());
-    m_record->addLine(well);
+    writeDown(well);
     QlumMessage message{QlumMessage::Note, pushApplyTopic, well, qlumThumbprint(m_current), {}, nullptr};
     if (!m_server.missing.isEmpty())
         offerAdministrator(message);
@@ -263,7 +261,7 @@ void QlumPushView::missServer()
         m_expected.clear();
     const QString what = isBack ? tr("%1 still has its old certificate.").arg(name)
                                 : tr("%1 has not come back since the changes were applied.").arg(name);
-    m_record->addLine(what);
+    writeDown(what);
     m_messages->tell(
         {QlumMessage::Error,
          pushApplyTopic,

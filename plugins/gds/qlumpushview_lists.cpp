@@ -17,10 +17,14 @@
 #include <uawidgets/qlumviewheading.h>
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QDialog>
 #include <QDir>
 #include <QPointer>
 
+#include <algorithm>
+#include <iterator>
+#include <ranges>
 #include <utility>
 
 namespace {
@@ -94,7 +98,17 @@ void QlumPushView::giveUp()
 void QlumPushView::takeSteps(const std::vector<QlumPushStep>& steps)
 {
     m_record->add(m_followed.name(), userText(), steps);
+    m_failed.clear();
+    std::ranges::copy_if(steps, std::back_inserter(m_failed),
+                         [](const QlumPushStep& step) { return step.status.isBad(); });
     m_heading->touch();
+}
+
+void QlumPushView::writeDown(const QString& text)
+{
+    m_record->addLine(
+        QStringLiteral("%1  %2  %3  %4")
+            .arg(qlumShowDateTime(QDateTime::currentDateTime()), m_followed.name(), userText(), text));
 }
 
 // Both who has sat here and as whom the server has seen him.
@@ -113,9 +127,12 @@ void QlumPushView::tell(const QString& what, const QString& why)
     m_messages->tell({QlumMessage::Error, pushCallTopic, what, why, {}, nullptr});
 }
 
+// Of several calls in a row, the one that failed says what it means.
 void QlumPushView::tellFault(const QString& what, const QString& method, const UaStatus& status)
 {
-    QlumMessage message{QlumMessage::Error, pushCallTopic, what, qlumPushWords(method, status), {}, nullptr};
+    const auto failed = std::ranges::find(m_failed, status, &QlumPushStep::status);
+    const QString why = failed == m_failed.end() ? qlumPushWords(method, status) : failed->words;
+    QlumMessage message{QlumMessage::Error, pushCallTopic, what, why, {}, nullptr};
     const bool isRights = status == OpcUa_BadSecurityModeInsufficient || status == OpcUa_BadUserAccessDenied;
     if (isRights && qlumPushIsOfServer(status))
         offerAdministrator(message);
@@ -247,13 +264,20 @@ void QlumPushView::readRejected()
 
 // ---- changing
 
+void QlumPushView::tellOtherChange(const QString& what)
+{
+    m_messages->tell({QlumMessage::Warning, pushCallTopic, what,
+                      tr("Read it again: what you have changed is kept, and can be written then."),
+                      tr("&Read Again"), [this] { readList(); }});
+}
+
 bool QlumPushView::agree(const QlumPushPlan& plan)
 {
     const QPointer<QlumPushView> stillThere = this;
     const unsigned int id = m_followed.id();
     if (!m_world.agree(this, plan) || !stillThere || id != m_followed.id())
         return false;
-    m_record->addLine(qlumPushPlanText(plan));
+    writeDown(tr("Plan: %1").arg(qlumPushPlanText(plan)));
     return true;
 }
 
@@ -298,19 +322,27 @@ void QlumPushView::change(const UaByteString& der, bool isTrusted, bool isAdded)
             tr("The server then no longer trusts the certificate of this client: you lock yourself out.");
     if (!agree(plan))
         return;
-    start(tr("Changing a trust list"), [this, group = *group, der, isTrusted, isAdded,
-                                        part](QlumPushClient& client, QlumJob&) {
+    start(tr("Changing a trust list"), [this, group = *group, der, isTrusted, isAdded, part,
+                                        known = m_listPage->lastUpdate()](QlumPushClient& client, QlumJob&) {
+        UaDateTime before;
+        static_cast<void>(client.readLastUpdate(group, before));
         const UaStatus status = isAdded ? client.addCertificate(group, der, isTrusted)
                                         : client.removeCertificate(group, der, isTrusted);
         UaDateTime time;
         static_cast<void>(client.readLastUpdate(group, time));
-        return [this, der, isAdded, part, status, time] {
+        const bool isOther = before != known;
+        // the list that is shown stays as old as it is: it must not be written over what somebody else did
+        if (isOther)
+            time = known;
+        return [this, der, isAdded, part, status, time, isOther] {
             if (status.isBad())
                 return tellFault(
                     tr("The trust list was not changed."),
                     isAdded ? QStringLiteral("AddCertificate") : QStringLiteral("RemoveCertificate"), status);
             m_messages->dismiss(pushCallTopic);
             m_listPage->changed(part, der, isAdded, time);
+            if (isOther)
+                tellOtherChange(tr("Somebody else has changed the trust list since it was read."));
         };
     });
 }
@@ -355,11 +387,8 @@ void QlumPushView::sendList(const QlumPushGroup& group)
             }
             if (isOther)
                 return std::function<void()>([this] {
-                    m_messages->tell(
-                        {QlumMessage::Warning, pushCallTopic,
-                         tr("Nothing was written: somebody else has changed the trust list meanwhile."),
-                         tr("Read it again, and make your changes in what is there now."), tr("&Read Again"),
-                         [this] { readList(); }});
+                    tellOtherChange(
+                        tr("Nothing was written: somebody else has changed the trust list meanwhile."));
                 });
             const UaStatus status = client.writeTrustList(server, group, list, isApplyRequired);
             static_cast<void>(client.readLastUpdate(group, now));

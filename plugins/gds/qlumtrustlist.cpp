@@ -171,6 +171,17 @@ QStringList qlumTrustListChanges(const QlumTrustList& before, const QlumTrustLis
     return changes;
 }
 
+void qlumRepeatTrustListChanges(const QlumTrustList& before, const QlumTrustList& after, QlumTrustList& list)
+{
+    for (const QlumTrustPart part : qlumTrustParts) {
+        for (const UaByteString& der : qlumMissingIn(after, before, part))
+            std::erase(list[part], der);
+        for (const UaByteString& der : qlumMissingIn(before, after, part))
+            if (!list.contains(part, der))
+                list[part].push_back(der);
+    }
+}
+
 // ---- judgement
 
 QStringList qlumIssuersWithoutCrl(const QlumTrustList& list)

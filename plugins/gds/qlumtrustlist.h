@@ -56,6 +56,9 @@ UaStatus qlumDecodeTrustList(const UaByteString& bytes, QlumTrustList& list);
                                                       QlumTrustPart part);
 /// A sentence for each part that differs: "Trusted certificates: 1 added, 2 removed". Order does not count.
 [[nodiscard]] QStringList qlumTrustListChanges(const QlumTrustList& before, const QlumTrustList& after);
+/// Makes the changes that lead from one list to the other in a third one, as far as it does not have them
+/// yet.
+void qlumRepeatTrustListChanges(const QlumTrustList& before, const QlumTrustList& after, QlumTrustList& list);
 /// Authorities without a revocation list: servers refuse what such ones have signed. Their names.
 [[nodiscard]] QStringList qlumIssuersWithoutCrl(const QlumTrustList& list);
 /// Whether whoever has that certificate may connect: it is trusted, or an authority in its chain is.

@@ -5,6 +5,7 @@
 #include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtext.h>
 #include <certificates/qlumcertificates.h>
+#include <certificates/qlumcertificatestoreconfiguration.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/gds/qlumpushclient.h>
 #include <plugins/gds/qlumpushsigning.h>
@@ -178,6 +179,7 @@ TEST_F(PushOnDemoServer, ACertificateIsReplacedAndTheServerComesBackWithIt)
                                                   toQString(place), QString("secret"), nullptr);
     ASSERT_EQ(made.fault, QString());
     EXPECT_TRUE(made.isApplyRequired);
+    ASSERT_TRUE(qlumKnowAuthority(toQString(place), QlumCertificateStoreConfiguration::ofApplication()));
 
     QlumTrustList list;
     list[QlumTrustPart::Trusted] = {authority.certificate().toByteStringDER()};
@@ -192,6 +194,9 @@ TEST_F(PushOnDemoServer, ACertificateIsReplacedAndTheServerComesBackWithIt)
         << "the server closes its channels";
     ASSERT_TRUE(connectAgain("admin")) << log();
     EXPECT_EQ(presented(), made.certificate);
+    EXPECT_EQ(script.certificate.security.verifyServerCertificate(nullptr).code(),
+              OpcUa_BadCertificateUntrusted)
+        << "its chain and revocation list are there, but only the user trusts it";
     QlumTrustList now;
     ASSERT_TRUE(client->readTrustList(group, OpcUa_TrustListMasks_All, now).isGood());
     EXPECT_TRUE(now.contains(QlumTrustPart::Trusted, authority.certificate().toByteStringDER()));

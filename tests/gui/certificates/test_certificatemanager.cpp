@@ -323,6 +323,25 @@ TEST_F(CertificateManager, DroppedFilesAreAddedAfterAQuestion)
     EXPECT_TRUE(QFile::exists(file));
 }
 
+TEST_F(CertificateManager, OneWindowStaysOpenBesideTheOthers)
+{
+    QWidget parent;
+    qlumShowCertificateManager(&parent);
+    const auto windows = [&parent] { return parent.findChildren<QlumCertificateManagerDialog*>(); };
+    ASSERT_EQ(windows().size(), 1);
+    EXPECT_FALSE(windows()[0]->isModal());
+    manager = windows()[0]->manager();
+    put(store.trustedCertificates, QStringLiteral("later"));
+    qlumManageCertificates(&parent); // would not return from a dialog
+    qlumShowCertificateManager(&parent);
+    ASSERT_EQ(windows().size(), 1);
+    EXPECT_EQ(rows(), QStringLiteral("Trusted later"));
+    windows()[0]->close();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return windows().isEmpty(); }, limit));
+    qlumShowCertificateManager(&parent);
+    EXPECT_EQ(windows().size(), 1) << "another one, which goes with its parent";
+}
+
 TEST_F(CertificateManager, NewApplicationCertificateTakesTheOldOnesPlace)
 {
     QlumOwnCertificate old = values(QStringLiteral("Old Name"));

@@ -10,6 +10,7 @@
 #include <plugins/gds/qlumpushlisttable.h>
 #include <plugins/gds/qlumpushrecordpage.h>
 #include <plugins/gds/qlumpushview.h>
+#include <plugins/gds/qlumtrustlist.h>
 #include <tests/gui/gds/pushworld.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/stubapplication.h>
@@ -122,14 +123,15 @@ protected:
         click(button);
     }
     void importAnswer() { clickWithFile("pushAnswer", answerFile()); }
-    // The answer of an authority: the certificate, and its issuer behind it.
-    std::string answerFile()
+    // The answer of an authority: the certificate and its issuer, of which either comes first.
+    std::string answerFile(bool isIssuerFirst = false)
     {
         const std::string path = folder.file("answer.pem");
         std::string content;
-        for (const UaByteString& der : {answer, pushCertificate("Plant CA", {}, true)}) {
+        for (const UaByteString& der : {answer, authority}) {
             EXPECT_TRUE(UaPkiCertificate::fromDER(der).toPEMFile(folder.file("one.pem").c_str()));
-            content += TemporaryFolder::read(folder.file("one.pem"));
+            const std::string one = TemporaryFolder::read(folder.file("one.pem"));
+            content = isIssuerFirst ? one + content : content + one;
         }
         TemporaryFolder::write(path, content);
         return path;
@@ -142,6 +144,7 @@ protected:
     }
 
     const UaByteString own = pushCertificate("This client");
+    const UaByteString authority = pushCertificate("Plant CA", {}, true);
     const UaByteString answer = pushCertificate("Plant", "Plant CA");
     UaByteString presented = pushCertificate("Plant");
     const TemporaryFolder folder;
@@ -191,13 +194,17 @@ TEST_F(PushViewTest, WritesTheListUnlessSomebodyElseHasChangedIt)
     world->table.setValue(lastUpdate, UaVariant(UaDateTime::fromTime_t(1'700'000'111)));
     click("pushWrite");
     EXPECT_FALSE(isCalled("Open"));
-    EXPECT_TRUE(view->listPage()->isEdited()) << "the changes stay until the list is read again";
+    EXPECT_TRUE(view->listPage()->isEdited());
 
+    const UaByteString foreign = pushCertificate("By somebody else");
+    world->list[QlumTrustPart::Trusted].push_back(foreign);
     view->readList();
     ASSERT_TRUE(settled());
-    removeTrusted(1);
     click("pushWrite");
-    EXPECT_TRUE(isCalled("CloseAndUpdate"));
+    ASSERT_TRUE(isCalled("CloseAndUpdate")) << "what was changed is changed in what is there now";
+    QlumTrustList written;
+    ASSERT_TRUE(qlumDecodeTrustList(world->written, written).isGood());
+    EXPECT_EQ(written[QlumTrustPart::Trusted], (std::vector{own, foreign}));
     EXPECT_FALSE(view->listPage()->isEdited());
     EXPECT_EQ(message("pushPending"), "Not applied yet: trust list of DefaultApplicationGroup");
     view->sessionStatusChanged(plant, QlumConnectionStatus::ConnectionError);
@@ -206,24 +213,55 @@ TEST_F(PushViewTest, WritesTheListUnlessSomebodyElseHasChangedIt)
     EXPECT_EQ(message("pushPending"), "Nothing waits to be applied.") << "gone with the session";
 }
 
+TEST_F(PushViewTest, WhatWasSentAtOnceDoesNotHideWhatSomebodyElseHasChanged)
+{
+    removeTrusted(1);
+    world->table.setValue(PushWorld::below(world->trustList, "LastUpdateTime"),
+                          UaVariant(UaDateTime::fromTime_t(1'700'000'111)));
+    view->listPage()->setAtOnce(true);
+    removeTrusted(0);
+    EXPECT_TRUE(isCalled("RemoveCertificate"));
+    EXPECT_NE(told().find("Somebody else has changed the trust list"), std::string::npos) << told();
+    click("pushWrite");
+    EXPECT_FALSE(isCalled("Open")) << "the list that is shown is still the old one";
+}
+
+TEST_F(PushViewTest, AFileThatTheServerHasLostIsToldInWords)
+{
+    world->failures["Read"] = world->failures["Close"] = OpcUa_BadInvalidArgument;
+    view->readList();
+    ASSERT_TRUE(settled());
+    EXPECT_NE(told().find("does not know the opened file any more"), std::string::npos) << told();
+    EXPECT_EQ(view->listPage()->table(QlumTrustPart::Trusted)->count(), 2) << "what was read before stays";
+}
+
 TEST_F(PushViewTest, SomebodyElseSignsARequestAndHisAnswerIsSent)
 {
     clickWithFile("pushRequest", folder.file("server.csr"));
     EXPECT_EQ(TemporaryFolder::read(folder.file("server.csr")), "\x30\x03\x02\x01\x01");
-    importAnswer();
-    EXPECT_EQ(plans.size(), 2U);
-    EXPECT_EQ(world->update, answer) << "the first of the file";
-    EXPECT_EQ(world->issuers, std::vector<UaByteString>{pushCertificate("Plant CA", {}, true)});
+    for (const bool isIssuerFirst : {false, true}) {
+        clickWithFile("pushAnswer", answerFile(isIssuerFirst));
+        EXPECT_EQ(world->update, answer) << isIssuerFirst;
+        EXPECT_EQ(world->issuers, std::vector{authority});
+    }
+    EXPECT_EQ(plans.size(), 3U);
     EXPECT_EQ(message("pushPending"), "Not applied yet: certificate Plant");
 
     click("pushCancel");
     EXPECT_TRUE(isCalled("CancelChanges"));
     EXPECT_EQ(message("pushPending"), "Nothing waits to be applied.");
     EXPECT_FALSE(view->findChild<QPushButton*>("pushApply")->isEnabled());
+    EXPECT_TRUE(plans[1].danger.isEmpty()) << plans[1].danger.toStdString();
+    ASSERT_TRUE(UaPkiCertificate::fromDER(pushCertificate("Another key"))
+                    .toPEMFile(folder.file("another.pem").c_str()));
+    isAgreed = false;
+    clickWithFile("pushAnswer", folder.file("another.pem"));
+    EXPECT_TRUE(plans.back().danger.contains("nor to the key that the server uses now"));
+    isAgreed = true;
     TemporaryFolder::write(folder.file("nothing.pem"), "no certificate");
     clickWithFile("pushAnswer", folder.file("nothing.pem"));
     EXPECT_NE(told().find("The file holds no certificate."), std::string::npos) << told();
-    EXPECT_EQ(world->journal.count("UpdateCertificate"), 1);
+    EXPECT_EQ(world->journal.count("UpdateCertificate"), 2);
 }
 
 TEST_F(PushViewTest, AllIsWellOnlyWhenTheServerComesBackWithWhatWasSent)
