@@ -124,7 +124,9 @@ void QlumPaletteCommands::addProject(Entries& entries) const
         add(document, tr("Document"));
     for (const QString& type : m_parts.documentTypes())
         entries.push_back(
-            {tr("New %1").arg(qlumDocumentTypeName(type)), tr("Document"), {}, {}, [this, type] { m_parts.addDocument(type); }});
+            {tr("New %1").arg(qlumDocumentTypeName(type)), tr("Document"), {}, {}, [this, type] {
+                 m_parts.addDocument(type);
+             }});
 }
 
 void QlumPaletteCommands::addSettings(Entries& entries) const
