@@ -14325,7 +14325,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>The certificate belongs neither to a request that was made here nor to the key that the server uses now. A server that takes it all the same may not be reached any more.</source>
-        <translation>Das Zertifikat gehört weder zu einer Anforderung, die hier erstellt wurde, noch zu dem Schlüssel, den der Server jetzt verwendet. Ein Server, der es trotzdem nimmt, ist vielleicht nicht mehr zu erreichen.</translation>
+        <translation>Das Zertifikat gehört weder zu einem Antrag, der hier erstellt wurde, noch zu dem Schlüssel, den der Server jetzt verwendet. Ein Server, der es trotzdem nimmt, ist vielleicht nicht mehr zu erreichen.</translation>
     </message>
     <message>
         <source>The certificate is for the application %1, and the server is %2.</source>

@@ -140,8 +140,6 @@ QWidget* QlumPushListPage::makeBar()
 QWidget* QlumPushListPage::makeButtons()
 {
     auto* bar = new QWidget;
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(0, 0, 0, 0);
     m_add = button(QStringLiteral("pushAdd"), tr("&Add File..."),
                    tr("Add the certificates or the revocation list of a file to this part"));
     m_remove = button(QStringLiteral("pushRemove"), tr("Re&move"), tr("Remove what is selected"));
@@ -163,11 +161,18 @@ QWidget* QlumPushListPage::makeButtons()
     connect(m_show, &QPushButton::clicked, this, [this] { emit showWanted(table(shownPart())->current()); });
     connect(m_undo, &QPushButton::clicked, this, &QlumPushListPage::sltUndo);
     connect(m_write, &QPushButton::clicked, this, &QlumPushListPage::writeWanted);
+    auto* ofRows = new QHBoxLayout;
     for (QPushButton* const one : {m_add, m_fromStore, m_manager, m_remove, m_show})
-        layout->addWidget(one);
-    layout->addStretch(1);
-    layout->addWidget(m_undo);
-    layout->addWidget(m_write);
+        ofRows->addWidget(one);
+    ofRows->addStretch(1);
+    auto* ofList = new QHBoxLayout;
+    ofList->addStretch(1);
+    ofList->addWidget(m_undo);
+    ofList->addWidget(m_write);
+    auto* layout = new QVBoxLayout(bar); // one row would be wider than a document beside the docks
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(ofRows);
+    layout->addLayout(ofList);
     return bar;
 }
 

@@ -67,11 +67,10 @@ protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
     {
         QStyledItemDelegate::initStyleOption(option, index);
-        if (!m_isNew(index))
+        if (index.column() > 0 || !m_isNew(index))
             return;
         option->font.setBold(true);
-        if (index.column() == 0)
-            option->text = QlumPushListTable::tr("%1 (not written yet)").arg(option->text);
+        option->text = QlumPushListTable::tr("%1 (not written yet)").arg(option->text);
     }
 
 private:
@@ -83,13 +82,13 @@ void setColumns(QTableView& view, bool isOfLists)
     using Certificate = QlumCertificateModel;
     using List = QlumCRLModel;
     const std::vector<std::pair<int, int>> widths =
-        isOfLists ? std::vector<std::pair<int, int>>{{List::Number, 26},
+        isOfLists ? std::vector<std::pair<int, int>>{{List::Number, 34},
                                                      {List::ValidFrom, 24},
                                                      {List::NextUpdate, 24},
                                                      {List::Organization, 24},
                                                      {List::OrganizationUnit, 20}}
                   : std::vector<std::pair<int, int>>{
-                        {Certificate::Status, 26},           {Certificate::Name, 30},
+                        {Certificate::Status, 34},           {Certificate::Name, 30},
                         {Certificate::ValidFrom, 24},        {Certificate::ValidTo, 24},
                         {Certificate::OrganizationUnit, 20}, {Certificate::AppUri, 50},
                         {Certificate::DomainName, 30},       {Certificate::Signature, 28},

@@ -11,7 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <QScrollBar>
+#include <QTextCursor>
 #include <QVBoxLayout>
 
 namespace {
@@ -56,7 +56,12 @@ void QlumPushRecordPage::add(const QString& server, const QString& user,
 void QlumPushRecordPage::addLine(const QString& text)
 {
     m_text->appendPlainText(text);
-    m_text->horizontalScrollBar()->setValue(0); // where the lines begin
+    QTextCursor cursor = m_text->textCursor();
+    if (cursor.hasSelection())
+        return; // which the user is about to copy
+    cursor.movePosition(QTextCursor::End);
+    cursor.movePosition(QTextCursor::StartOfBlock);
+    m_text->setTextCursor(cursor); // where the last line begins: that is what is seen
 }
 
 QString QlumPushRecordPage::text() const
