@@ -215,9 +215,9 @@ class Walk:
         for dock in ("Services", "Find Node"):  # hidden until somebody wants them
             self.ui.menu(f"View>{dock}")
             self._take(self.ui.tree(self.main()), dock)
-        self.ui.click(self.ui.item("Project", "Project>Servers>*"))  # for what is done with a server
         self.look(self.main(), "start")
         self.context_menus("start")
+        self.ui.click(self.ui.item("Project", "Project>Servers>*"))  # for what is done with a server
         self.menus()
         self.documents()
 
