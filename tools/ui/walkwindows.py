@@ -41,9 +41,18 @@ FEWEST_WINDOWS, FEWEST_CONTROLS = 25, 400
 def is_nameless(node):
     if node.role not in CONTROLS or (node.parent and node.parent.role in PARTS_OF):
         return False
-    if node.role == "combo box":  # its name is the entry that is chosen
-        return not (node.label or node.desc)
+    if node.role == "combo box":  # its name is the entry that is chosen, its label maybe that of its group
+        return not (node.desc or node.label and node.label not in names_above(node))
     return not (node.name.strip() or node.label.strip())
+
+
+def names_above(node):
+    names = []
+    while node.parent is not None:
+        node = node.parent
+        if node.name:
+            names.insert(0, node.name)
+    return names
 
 
 def bare(text):
@@ -92,17 +101,8 @@ class Walk:
             if node.shown and node.role in CONTROLS:
                 self.seen.add((top.name, node.index))
                 if is_nameless(node):
-                    path = " > ".join(self._above(node))
+                    path = " > ".join(names_above(node)[-3:])
                     self.nameless.setdefault(f"{node.role} in {path}", where)
-
-    @staticmethod
-    def _above(node):
-        names = []
-        while node.parent is not None:
-            node = node.parent
-            if node.name:
-                names.insert(0, node.name)
-        return names[-3:]
 
     # ---- opening
 
