@@ -1,7 +1,9 @@
 // The whole client on a real server: a project is opened, its server connects, nodes are found, shown and
 // written, and what was saved opens again.
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumrunningwork.h>
 #include <app/api/qlumservernode.h>
+#include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/project/qlumprojectmodel.h>
 #include <opcua/opcua.h>
@@ -15,9 +17,12 @@
 #include <uaclientsdk/uasessioncallback.h>
 
 #include <QAbstractItemView>
+#include <QAction>
 #include <QElapsedTimer>
 #include <QHostAddress>
+#include <QLineEdit>
 #include <QModelIndex>
+#include <QPushButton>
 #include <QString>
 #include <QStringList>
 #include <QTcpServer>
@@ -137,6 +142,23 @@ TEST_F(ClientOnDemoServer, UnreachableServerEndsInTheLogAndTheProgramGoesOn)
         << logText();
     window->clearProject();
     openDemoProject();
+}
+
+TEST_F(ClientOnDemoServer, NobodyWaitsForWorkUnderWayWhoClosesTheWindow)
+{
+    openDemoProject();
+    window->actions()[QlumMainActions::FindNode]->trigger();
+    window->findChild<QLineEdit*>(QStringLiteral("findText"))
+        ->setText(QStringLiteral("nothing has this name"));
+    window->findChild<QPushButton*>(QStringLiteral("find"))->click();
+    ASSERT_TRUE(QTest::qWaitFor([] { return !QlumRunningWork::instance().isIdle(); }, limit)) << logText();
+    QElapsedTimer timer;
+    timer.start();
+    window->setWindowModified(false);
+    EXPECT_TRUE(window->close());
+    window.reset();
+    EXPECT_LT(timer.elapsed(), limit);
+    EXPECT_TRUE(QlumRunningWork::instance().isIdle()) << "nobody is left who would take what it finds";
 }
 
 TEST_F(ClientOnDemoServer, NobodyWaitsForASilentServerWhoLeavesIt)

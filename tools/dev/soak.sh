@@ -5,7 +5,7 @@
 
 readonly SOAKS="names reconnects rounds faults recording disconnects"
 
-# All windows of the client, as a screen reader meets them: two minutes.
+# All windows of the client, as a screen reader meets them: three minutes.
 soak_names() { tools/dev/run.sh --walk; }
 
 # Connections one after another: threads, descriptors and memory are the same after them.

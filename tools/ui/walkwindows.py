@@ -45,8 +45,8 @@ FEWEST_WINDOWS, FEWEST_CONTROLS = 25, 400
 def is_nameless(node):
     if node.role not in CONTROLS or (node.parent and node.parent.role in PARTS_OF):
         return False
-    if node.role == "combo box":  # its name is the entry that is chosen
-        return not (node.label or node.desc)
+    if node.role == "combo box":  # its name is the entry that is chosen, its label maybe that of its group
+        return not (node.desc or node.label and node.label not in names_above(node))
     return not (node.name.strip() or node.label.strip())
 
 
@@ -61,6 +61,15 @@ def dictionary(code):
         if translation:
             words.setdefault(message.findtext("source").replace("&", ""), translation.replace("&", ""))
     return words
+
+
+def names_above(node):
+    names = []
+    while node.parent is not None:
+        node = node.parent
+        if node.name:
+            names.insert(0, node.name)
+    return names
 
 
 def bare(text):
@@ -122,17 +131,8 @@ class Walk:
             if node.shown and node.role in CONTROLS:
                 self.seen.add((top.name, node.index))
                 if is_nameless(node):
-                    path = " > ".join(self._above(node))
+                    path = " > ".join(names_above(node)[-3:])
                     self.nameless.setdefault(f"{node.role} in {path}", where)
-
-    @staticmethod
-    def _above(node):
-        names = []
-        while node.parent is not None:
-            node = node.parent
-            if node.name:
-                names.insert(0, node.name)
-        return names[-3:]
 
     # ---- opening
 
@@ -246,9 +246,10 @@ class Walk:
         for dock in ("Services", "Find Node"):  # hidden until somebody wants them
             self.ui.menu(f"{self.tr('View')}>{self.tr(dock)}")
             self._take(self.ui.tree(self.main()), dock)
-        self.ui.click(self.ui.item(self.tr("Project"), f"{self.tr('Project')}>{self.tr('Servers')}>*"))  # for what is done with a server
         self.look(self.main(), "start")
         self.context_menus("start")
+        project = self.tr("Project")
+        self.ui.click(self.ui.item(project, f"{project}>{self.tr('Servers')}>*"))  # for what is done with a server
         self.menus()
         self.documents()
 
