@@ -20,6 +20,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <QMimeDatabase>
+#include <QMimeType>
 #include <QRegularExpression>
 #include <QStandardPaths>
 
@@ -32,7 +34,7 @@
 namespace {
 const QString parametersTopic = QStringLiteral("deviceParameters");
 constexpr qint64 mostFileBytes = 32 * 1024 * 1024;
-constexpr std::size_t mostShownText = 1024 * 1024; // bytes; more is for an editor
+constexpr int mostShownText = 1024 * 1024; // bytes; more is for an editor
 
 // What a server calls a thing, as the name of a file and nothing else.
 QString fileNameOf(QString name)
@@ -61,15 +63,18 @@ QByteArray bytesOf(const UaVariant& value)
     return toQString(value.toString()).toUtf8();
 }
 
-// Bytes that are a text, as that; others as they are.
-UaVariant textOrBytes(const UaVariant& value)
+// Bytes that are a text, as that; others as they are: a document may be written in letters and be none.
+UaVariant textOrBytes(const UaVariant& value, const QString& name)
 {
     const QByteArray bytes = bytesOf(value);
     const bool hasControls = std::ranges::any_of(
         bytes, [](unsigned char c) { return c < ' ' && c != '\n' && c != '\r' && c != '\t'; });
+    if (bytes.isEmpty() || bytes.size() > mostShownText || hasControls)
+        return value;
     const QString text = QString::fromUtf8(bytes);
-    const bool isText = !bytes.isEmpty() && static_cast<std::size_t>(bytes.size()) <= mostShownText &&
-                        !hasControls && text.toUtf8() == bytes;
+    const bool isText =
+        text.toUtf8() == bytes &&
+        QMimeDatabase().mimeTypeForFileNameAndData(name, bytes).inherits(QStringLiteral("text/plain"));
     return isText ? UaVariant(toUaString(text)) : value;
 }
 } // namespace
@@ -278,7 +283,7 @@ void QlumDevicesView::openDocument(const QlumDeviceDocument& document)
             const UaStatus status = client.readContent(document, value, dataType);
             const bool isBytes = value.type() == OpcUaType_ByteString && !qlumIsImage(value, dataType);
             if (isBytes)
-                value = textOrBytes(value);
+                value = textOrBytes(value, document.name);
             // read again by a viewer it would be bytes
             const bool isMade = document.isFile || (isBytes && value.type() == OpcUaType_String);
             if (isMade)
