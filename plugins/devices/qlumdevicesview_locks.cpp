@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <ranges>
 #include <utility>
 
 namespace {
@@ -173,8 +174,11 @@ void QlumDevicesView::renewLocks()
             device, QString(),
             [](QlumDeviceClient& client, const QlumDevice& locked) { return client.renewLock(locked); },
             [this](const QlumDevice& locked, const QlumDeviceAnswer& answer) {
-                // a call that failed says nothing of the lock: the next one will
-                if (answer.status.isNotBad() && answer.output != 0)
+                // a call that failed, or was not sent, says nothing of the lock, but what was read then does
+                const auto known = std::ranges::find(m_space->devices, locked.id, &QlumDevice::id);
+                const bool isFree =
+                    known != m_space->devices.end() && known->lock.isKnown && !known->lock.isLocked;
+                if (answer.status.isBad() ? isFree : answer.output != 0)
                     loseLock(locked.id, answer.words);
             });
     }
