@@ -5100,6 +5100,10 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
 <context>
     <name>QlumDevicesView</name>
     <message>
+        <source>%1 cannot be compared with its type.</source>
+        <translation>%1 kann nicht mit seinem Typ verglichen werden.</translation>
+    </message>
+    <message>
         <source>%1 cannot be edited.</source>
         <translation>%1 kann nicht bearbeitet werden.</translation>
     </message>
@@ -5178,6 +5182,10 @@ Sperre aufbrechen?</translation>
     <message>
         <source>%1, as it was saved on %2, and what %3 has now:</source>
         <translation>%1, wie am %2 gespeichert, und was %3 jetzt hat:</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
     </message>
     <message>
         <source>&amp;Refresh</source>
@@ -5344,6 +5352,10 @@ Sperre aufbrechen?</translation>
         <translation>Die Übertragung von %1 wurde nicht beendet.</translation>
     </message>
     <message>
+        <source>The type %1 tells no values of parameters.</source>
+        <translation>Der Typ %1 nennt keine Werte von Parametern.</translation>
+    </message>
+    <message>
         <source>The type has</source>
         <translation>Der Typ hat</translation>
     </message>
@@ -5362,6 +5374,10 @@ Sperre aufbrechen?</translation>
     <message>
         <source>There is no viewer for it.</source>
         <translation>Dafür gibt es keinen Betrachter.</translation>
+    </message>
+    <message>
+        <source>This computer has no program for it.</source>
+        <translation>Auf diesem Rechner gibt es kein Programm dafür.</translation>
     </message>
     <message>
         <source>This device offers no transfer.</source>
@@ -9619,7 +9635,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>State</source>
-        <translation>Bundesland</translation>
+        <translation>Zustand</translation>
     </message>
     <message>
         <source>Status</source>
@@ -9722,7 +9738,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>State</source>
-        <translation>Bundesland</translation>
+        <translation>Zustand</translation>
     </message>
     <message>
         <source>Stopped</source>
@@ -11490,7 +11506,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>State</source>
-        <translation>Bundesland</translation>
+        <translation>Zustand</translation>
     </message>
     <message>
         <source>Status of subscription %1 changed to %2</source>
@@ -12307,7 +12323,7 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
     <message>
         <source>State</source>
-        <translation>Bundesland</translation>
+        <translation>Zustand</translation>
     </message>
     <message>
         <source>Unit</source>

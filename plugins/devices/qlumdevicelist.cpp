@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include <initializer_list>
 #include <utility>
 
 QVariant QlumDeviceListModel::cell(const QlumDeviceListRow& row, int column, int role) const
@@ -28,7 +29,8 @@ QVariant QlumDeviceListModel::cell(const QlumDeviceListRow& row, int column, int
 }
 
 QTableView* qlumMakeDeviceTable(QAbstractItemModel* model, const QString& name, const QString& accessibleName,
-                                const QString& emptyText, QlumViewState* state)
+                                const QString& emptyText, QlumViewState* state,
+                                std::initializer_list<int> widths)
 {
     auto* view = new QTableView;
     view->setObjectName(name);
@@ -42,6 +44,9 @@ QTableView* qlumMakeDeviceTable(QAbstractItemModel* model, const QString& name, 
     view->setWordWrap(false);
     view->horizontalHeader()->setStretchLastSection(true);
     view->horizontalHeader()->setDefaultSectionSize(view->fontMetrics().averageCharWidth() * 22);
+    int column = 0;
+    for (const int width : widths)
+        view->setColumnWidth(column++, view->fontMetrics().averageCharWidth() * width);
     qlumMakeTable(view, {emptyText, name, state, name});
     return view;
 }
@@ -94,7 +99,7 @@ QlumDeviceDifferenceDialog::QlumDeviceDifferenceDialog(const QString& heading, c
         return label;
     };
     auto* table = qlumMakeDeviceTable(m_model, QStringLiteral("deviceDifferenceTable"), tr("Differences"),
-                                      tr("There is no difference."), nullptr);
+                                      tr("There is no difference."), nullptr, {24, 18, 18});
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     QPushButton* const take = buttons->addButton(tr("&Take Over"), QDialogButtonBox::AcceptRole);
     take->setObjectName(QStringLiteral("deviceDifferencesTake"));

@@ -13,6 +13,7 @@
 #include <QVariant>
 #include <QWidget>
 
+#include <initializer_list>
 #include <optional>
 #include <vector>
 
@@ -40,10 +41,11 @@ protected:
     [[nodiscard]] QVariant cell(const QlumDeviceListRow& row, int column, int role) const override;
 };
 
-/// The view of one of the tables, as all look.
+/// The view of one of the tables, as all look. The first columns get the widths, in characters, until the
+/// user chooses others.
 [[nodiscard]] QTableView* qlumMakeDeviceTable(QAbstractItemModel* model, const QString& name,
                                               const QString& accessibleName, const QString& emptyText,
-                                              QlumViewState* state);
+                                              QlumViewState* state, std::initializer_list<int> widths = {});
 
 /// Differences, of which the user chooses some.
 class QlumDifferenceTableModel : public QlumTableModel<QlumParameterDifference>

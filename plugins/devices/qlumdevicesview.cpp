@@ -170,7 +170,7 @@ void QlumDevicesView::makePages()
     m_nameplateFilter->setSourceModel(m_nameplates);
     m_nameplateView =
         qlumMakeDeviceTable(m_nameplateFilter, QStringLiteral("deviceNameplates"), tr("Nameplates"),
-                            tr("The nameplates of all devices appear here."), m_state);
+                            tr("The nameplates of all devices appear here."), m_state, {20, 34});
     m_nameplateView->setSortingEnabled(true);
     m_nameplateView->sortByColumn(0, Qt::AscendingOrder);
     m_methods = new QlumDeviceMethodPage(*m_state);
@@ -226,6 +226,8 @@ void QlumDevicesView::connectParts()
     connect(m_lockBar, &QlumDeviceLockBar::unlockWanted, this, &QlumDevicesView::unlockDevice);
     connect(m_lockBar, &QlumDeviceLockBar::breakWanted, this, &QlumDevicesView::breakLock);
     connect(&m_renewTimer, &QTimer::timeout, this, &QlumDevicesView::renewLocks);
+    m_checkTimer.setSingleShot(true);
+    connect(&m_checkTimer, &QTimer::timeout, this, &QlumDevicesView::checkLocks);
 }
 
 QlumToolNodes QlumDevicesView::selectedNodes(const std::function<UaNodeId()>& current) const
@@ -275,7 +277,9 @@ void QlumDevicesView::clearAll()
     m_stateWatch.end();
     m_valueWatch.end();
     m_renewTimer.stop();
+    m_checkTimer.stop();
     m_held.clear();
+    m_toldLocked.clear();
     m_kept.clear();
     m_isRead = false;
     m_current = -1;
@@ -376,6 +380,8 @@ void QlumDevicesView::updateState()
 
 void QlumDevicesView::saveSettings(QSettings& settings)
 {
+    if (m_serverId != qlumNoServer)
+        settings.setValue(QStringLiteral("ServerId"), m_serverId);
     settings.setValue(QStringLiteral("Page"), m_tabs->currentIndex());
     settings.setValue(QStringLiteral("Device"), current() ? current()->pathNames : m_wantedDevice);
     settings.setValue(QStringLiteral("Group"), m_parameters->group());
@@ -383,8 +389,12 @@ void QlumDevicesView::saveSettings(QSettings& settings)
     settings.setValue(QStringLiteral("Watch"), m_parameters->isWatching());
 }
 
-void QlumDevicesView::loadSettings(QSettings& settings, const QMap<int, int>&)
+void QlumDevicesView::loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap)
 {
+    // older programs did not store one: then it is the server that is selected
+    const auto server = serverIdMap.constFind(settings.value(QStringLiteral("ServerId"), -1).toInt());
+    if (server != serverIdMap.constEnd())
+        setServer(static_cast<unsigned int>(*server));
     m_tabs->setCurrentIndex(settings.value(QStringLiteral("Page"), 0).toInt());
     m_wantedDevice = settings.value(QStringLiteral("Device")).toString();
     m_parameters->setGroup(settings.value(QStringLiteral("Group")).toString());

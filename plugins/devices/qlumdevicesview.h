@@ -110,7 +110,7 @@ public slots:
     void sltRefresh();
     void readParameters();
     void writeParameters();
-    void watchParameters(bool isWatched);
+    void watchParameters(bool isWanted);
     void saveParameters();
     void loadParameters();
     void compareWithType();
@@ -167,6 +167,7 @@ private:
     using LockCall = std::function<QlumDeviceAnswer(QlumDeviceClient& client, const QlumDevice& device)>;
     using LockDone = std::function<void(const QlumDevice& device, const QlumDeviceAnswer& answer)>;
     void callLock(const QlumDevice& device, const QString& text, const LockCall& call, const LockDone& done);
+    void checkLocks();
     void loseLock(const UaNodeId& device, const QString& why);
     void loseAllLocks(const QString& why);
     void giveLocksBack();
@@ -207,7 +208,9 @@ private:
     QString m_wantedDevice; ///< path of the one to be shown when it is there
     std::map<UaNodeId, std::vector<QlumParameterWrite>> m_kept; ///< changes of devices that are not shown
     std::set<UaNodeId> m_held;                                  ///< devices that this session has locked
+    std::set<UaNodeId> m_toldLocked; ///< devices that are locked by what the subscription has told last
     QTimer m_renewTimer;
+    QTimer m_checkTimer; ///< until locks are looked at again
     QlumJobPool::Ticket m_reading = 0;
     QlumJobPool::Ticket m_working = 0;
     bool m_isTransferring = false;

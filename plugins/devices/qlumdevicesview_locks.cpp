@@ -14,12 +14,14 @@
 
 #include <algorithm>
 #include <optional>
+#include <ranges>
 #include <utility>
 
 namespace {
 const QString lockTopic = QStringLiteral("deviceLock");
 constexpr double usualInactiveTime = 10'000; // ms, where a server does not tell
 constexpr int shortestRenewal = 500;         // ms
+constexpr int timeToBeTold = 2500;           // ms, in which a subscription tells of a lock
 } // namespace
 
 const QlumDevice* QlumDevicesView::lockHolder() const
@@ -67,9 +69,14 @@ void QlumDevicesView::callLock(const QlumDevice& device, const QString& text, co
             const QlumDeviceAnswer answer = call(client, device);
             const QlumDeviceLockState state = client.readLock(device);
             return [this, device, done, answer, state] {
-                for (QlumDevice& known : m_space->devices)
-                    if (known.id == device.id)
-                        known.lock = state;
+                for (std::size_t i = 0; i < m_space->devices.size(); ++i) {
+                    if (m_space->devices[i].id != device.id)
+                        continue;
+                    m_space->devices[i].lock = state;
+                    m_treeModel->showState(static_cast<int>(i));
+                }
+                if (state.isLocked != m_toldLocked.contains(device.id))
+                    m_checkTimer.start(timeToBeTold);
                 done(device, answer);
                 updateState();
             };
@@ -167,10 +174,25 @@ void QlumDevicesView::renewLocks()
             device, QString(),
             [](QlumDeviceClient& client, const QlumDevice& locked) { return client.renewLock(locked); },
             [this](const QlumDevice& locked, const QlumDeviceAnswer& answer) {
-                // a call that failed says nothing of the lock: the next one will
-                if (answer.status.isNotBad() && answer.output != 0)
+                // a call that failed, or was not sent, says nothing of the lock, but what was read then does
+                const auto known = std::ranges::find(m_space->devices, locked.id, &QlumDevice::id);
+                const bool isFree =
+                    known != m_space->devices.end() && known->lock.isKnown && !known->lock.isLocked;
+                if (answer.status.isBad() ? isFree : answer.output != 0)
                     loseLock(locked.id, answer.words);
             });
+    }
+}
+
+// A lock that begins and ends between two samples is none to the subscription, and would be shown for ever.
+void QlumDevicesView::checkLocks()
+{
+    for (const QlumDevice& device : m_space->devices) {
+        if (device.lockParts.isEmpty() || device.lock.isLocked == m_toldLocked.contains(device.id))
+            continue;
+        callLock(
+            device, QString(), [](QlumDeviceClient&, const QlumDevice&) { return QlumDeviceAnswer(); },
+            [](const QlumDevice&, const QlumDeviceAnswer&) {});
     }
 }
 

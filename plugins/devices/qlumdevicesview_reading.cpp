@@ -251,8 +251,9 @@ void QlumDevicesView::takeValues(const std::vector<UaNodeId>& ids, const std::ve
     m_heading->touch();
 }
 
-void QlumDevicesView::watchParameters(bool isWatched)
+void QlumDevicesView::watchParameters(bool isWanted)
 {
+    const bool isWatched = isWanted && m_parameters->isVisible(); // what nobody sees is not asked for
     QlumParameterModel* const model = m_parameters->model();
     std::vector<monitoring::ItemWish> wishes;
     for (int row = 0; row < model->rowCount(); ++row) {
@@ -287,6 +288,7 @@ void QlumDevicesView::watchStates()
         for (std::size_t property = 0; property < std::size(qlumLockProperties); ++property)
             wish(device.lockParts.value(QLatin1String(qlumLockProperties[property])), i, 1 + property);
     }
+    m_toldLocked.clear();
     m_stateWatch.begin(m_serverId, wishes, stateInterval);
 }
 
@@ -301,6 +303,10 @@ void QlumDevicesView::takeState(quint64 key, const UaDataValue& value)
         device.health = qlumDeviceHealthOf(value);
     else
         qlumTakeLockValue(device.lock, part - 1, value);
+    if (part == 1 && device.lock.isLocked)
+        m_toldLocked.insert(device.id);
+    else if (part == 1)
+        m_toldLocked.erase(device.id);
     m_treeModel->showState(static_cast<int>(place));
     m_nameplates->setHealth(device.id, device.health);
     m_heading->touch();

@@ -20,6 +20,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <QMimeDatabase>
+#include <QMimeType>
 #include <QRegularExpression>
 #include <QStandardPaths>
 
@@ -32,6 +34,7 @@
 namespace {
 const QString parametersTopic = QStringLiteral("deviceParameters");
 constexpr qint64 mostFileBytes = 32 * 1024 * 1024;
+constexpr int mostShownText = 1024 * 1024; // bytes; more is for an editor
 
 // What a server calls a thing, as the name of a file and nothing else.
 QString fileNameOf(QString name)
@@ -58,6 +61,21 @@ QByteArray bytesOf(const UaVariant& value)
         return QByteArray(view.data(), static_cast<int>(view.size()));
     }
     return toQString(value.toString()).toUtf8();
+}
+
+// Bytes that are a text, as that; others as they are: a document may be written in letters and be none.
+UaVariant textOrBytes(const UaVariant& value, const QString& name)
+{
+    const QByteArray bytes = bytesOf(value);
+    const bool hasControls = std::ranges::any_of(
+        bytes, [](unsigned char c) { return c < ' ' && c != '\n' && c != '\r' && c != '\t'; });
+    if (bytes.isEmpty() || bytes.size() > mostShownText || hasControls)
+        return value;
+    const QString text = QString::fromUtf8(bytes);
+    const bool isText =
+        text.toUtf8() == bytes &&
+        QMimeDatabase().mimeTypeForFileNameAndData(name, bytes).inherits(QStringLiteral("text/plain"));
+    return isText ? UaVariant(toUaString(text)) : value;
 }
 } // namespace
 
@@ -195,6 +213,10 @@ void QlumDevicesView::compareWithType()
 {
     if (!current())
         return;
+    const auto& rows = m_parameters->model()->rows();
+    if (std::ranges::none_of(rows, [](const QlumParameterRow& row) { return row.parameter.hasDefault; }))
+        return tell(tr("%1 cannot be compared with its type.").arg(current()->name),
+                    tr("The type %1 tells no values of parameters.").arg(current()->typeName));
     stage(m_world.choose(this,
                          tr("Where %1 differs from its type %2:").arg(current()->name, current()->typeName),
                          tr("The type has"), qlumTypeDifferences(*m_parameters->model()), {}));
@@ -259,21 +281,27 @@ void QlumDevicesView::openDocument(const QlumDeviceDocument& document)
             UaVariant value;
             UaNodeId dataType;
             const UaStatus status = client.readContent(document, value, dataType);
-            return [this, document, value, dataType, status] {
+            const bool isBytes = value.type() == OpcUaType_ByteString && !qlumIsImage(value, dataType);
+            if (isBytes)
+                value = textOrBytes(value, document.name);
+            // read again by a viewer it would be bytes
+            const bool isMade = document.isFile || (isBytes && value.type() == OpcUaType_String);
+            if (isMade)
+                dataType = {};
+            return [this, document, value, dataType, status, isMade] {
                 if (status.isBad())
                     return tell(tr("%1 could not be read.").arg(document.name), qlumResultInWords(status));
                 if (value.type() == OpcUaType_String && !webAddress(toQString(value.toString())).isEmpty())
                     return openAddress(toQString(value.toString()));
-                const bool isBytes = value.type() == OpcUaType_ByteString && !qlumIsImage(value, dataType);
-                QlumToolServices* const tools = QlumToolServices::instance();
                 // programs of this computer are not given what a server has sent without the user's word
-                if (isBytes)
+                if (value.type() == OpcUaType_ByteString && !qlumIsImage(value, dataType))
                     return saveDocument(document);
                 const QlumToolNode origin{m_serverId,
-                                          document.isFile ? UaNodeId() : document.id,
+                                          isMade ? UaNodeId() : document.id,
                                           OpcUa_NodeClass_Variable,
                                           {},
                                           document.name};
+                QlumToolServices* const tools = QlumToolServices::instance();
                 if (!tools || !tools->showValue(m_serverId, value, dataType, origin))
                     tell(tr("%1 cannot be shown.").arg(document.name), tr("There is no viewer for it."));
             };
@@ -303,8 +331,12 @@ void QlumDevicesView::saveDocument(const QlumDeviceDocument& document)
                                   parametersTopic,
                                   tr("%1 is saved in %2.").arg(document.name, QDir::toNativeSeparators(path)),
                                   {},
-                                  {},
-                                  nullptr});
+                                  tr("&Open"),
+                                  [this, document, path] {
+                                      if (!m_world.browse(QUrl::fromLocalFile(path)))
+                                          tell(tr("%1 cannot be shown.").arg(document.name),
+                                               tr("This computer has no program for it."));
+                                  }});
             };
         }));
 }

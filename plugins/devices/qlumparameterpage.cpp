@@ -16,11 +16,13 @@
 #include <QAction>
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QHideEvent>
 #include <QItemSelectionModel>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
+#include <QShowEvent>
 #include <QTableView>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -69,8 +71,9 @@ QlumParameterPage::QlumParameterPage(QlumViewState& state, QWidget* parent)
     setObjectName(QStringLiteral("deviceParameterPage"));
     createActions();
     m_filter->setSourceModel(m_model);
-    m_view = qlumMakeDeviceTable(m_filter, QStringLiteral("deviceParameters"), tr("Parameters of the device"),
-                                 tr("Select a device that has parameters."), &state);
+    m_view =
+        qlumMakeDeviceTable(m_filter, QStringLiteral("deviceParameters"), tr("Parameters of the device"),
+                            tr("Select a device that has parameters."), &state, {24, 22, 8, 46, 30, 18, 18});
     m_view->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
     m_view->setSortingEnabled(true);
     m_view->sortByColumn(-1, Qt::AscendingOrder);
@@ -196,6 +199,20 @@ bool QlumParameterPage::isWatching() const
 void QlumParameterPage::setWatching(bool isWatching)
 {
     m_actions[ParameterWatch]->setChecked(isWatching);
+}
+
+void QlumParameterPage::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (isWatching() && !event->spontaneous())
+        emit watchWanted(true);
+}
+
+void QlumParameterPage::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    if (isWatching() && !event->spontaneous())
+        emit watchWanted(false);
 }
 
 void QlumParameterPage::setReady(bool isReady)

@@ -4,7 +4,9 @@
 #include <plugins/devices/qlumdevicedata.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 
+#include <QHideEvent>
 #include <QModelIndex>
+#include <QShowEvent>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -37,6 +39,7 @@ public:
     [[nodiscard]] std::vector<int> selectedRows() const;
     [[nodiscard]] QString group() const;
     void setGroup(const QString& group);
+    /// Whether the user wants values as they change; while the page is hidden nobody sees them.
     [[nodiscard]] bool isWatching() const;
     void setWatching(bool isWatching);
 
@@ -52,6 +55,10 @@ signals:
     void compareWanted();
     /// Why something cannot be done, in words.
     void told(const QString& what, const QString& why);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void createActions();

@@ -1,7 +1,11 @@
 // The devices of a server that is not ours, in the window of the whole client: found by names, watched,
 // locked, written as a set and transferred.
+#include <app/api/qlumdocumentservers.h>
+#include <app/api/qlummonitoring.h>
 #include <app/api/qlumsessionservices.h>
 #include <app/mainwindow/qlumdocumentarea.h>
+#include <monitoring/monitoredserver.h>
+#include <monitoring/watch.h>
 #include <plugins/devices/qlumdeviceclient.h>
 #include <plugins/devices/qlumdevicedata.h>
 #include <plugins/devices/qlumdevicereader.h>
@@ -9,13 +13,20 @@
 #include <plugins/devices/qlumparametermodel.h>
 #include <plugins/devices/qlumparameterpage.h>
 #include <tests/integration/clientondemoserver.h>
+#include <tests/integration/devicesprobe.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 
-#include <QLabel>
+#include <QByteArray>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QList>
+#include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <QTabWidget>
 #include <QTest>
+#include <QTreeView>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,7 +36,7 @@
 
 namespace {
 
-class DevicesOnDemoServer : public ClientOnDemoServer
+class DevicesOnDemoServer : public ClientOnDemoServer, protected DevicesProbe
 {
 protected:
     void openDevices()
@@ -34,51 +45,12 @@ protected:
         window->documents()->bringUp(QStringLiteral("Devices View"));
         view = window->findChild<QlumDevicesView*>();
         ASSERT_NE(view, nullptr);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return view->space().devices.size() >= 6 && isIdle(); }, limit))
-            << logText();
-    }
-    [[nodiscard]] bool isIdle() const { return !view->isBusy(); }
-    [[nodiscard]] int place(const char* path) const
-    {
-        const auto& devices = view->space().devices;
-        const auto found = std::ranges::find_if(
-            devices, [path](const QlumDevice& device) { return device.pathNames == QLatin1String(path); });
-        return found == devices.end() ? -1 : static_cast<int>(found - devices.begin());
-    }
-    [[nodiscard]] const QlumDevice& device(const char* path) const
-    {
-        return view->space().devices.at(static_cast<std::size_t>(place(path)));
-    }
-    void show(const char* path)
-    {
-        view->selectDevice(place(path));
-        ASSERT_TRUE(QTest::qWaitFor([this] { return isIdle(); }, limit));
-    }
-    [[nodiscard]] int row(const char* name) const
-    {
-        for (int i = 0; i < model().rowCount(); ++i)
-            if (model().rowAt(i).parameter.browseName == QLatin1String(name))
-                return i;
-        return -1;
-    }
-    [[nodiscard]] QlumParameterModel& model() const { return *view->parameters()->model(); }
-    [[nodiscard]] std::string said(const char* label) const
-    {
-        const auto* const found = view->findChild<QLabel*>(QLatin1String(label));
-        return found ? found->text().toStdString() : std::string();
-    }
-    void lock(bool isWanted)
-    {
-        if (isWanted)
-            view->lockDevice();
-        else
-            view->unlockDevice();
-        ASSERT_TRUE(QTest::qWaitFor([this] { return isIdle(); }, limit));
+        ASSERT_TRUE(waitUntilRead()) << logText();
     }
     std::string transferred()
     {
         view->transfer(true);
-        EXPECT_TRUE(QTest::qWaitFor([this] { return isIdle(); }, limit));
+        EXPECT_TRUE(waitUntilIdle());
         return said("deviceTransferResult");
     }
 
@@ -103,7 +75,14 @@ protected:
             .get();
     }
 
-    QlumDevicesView* view = nullptr;
+    // Items that the client watches on the server.
+    [[nodiscard]] OpcUa_UInt32 itemCount() const
+    {
+        OpcUa_UInt32 count = 0;
+        for (const monitoring::SubscriptionInfo& one : qlumApplicationMonitoring()(serverId)->subscriptions())
+            count += one.items;
+        return count;
+    }
 };
 
 TEST_F(DevicesOnDemoServer, AreFoundWithNameplatesHealthAndNetwork)
@@ -147,16 +126,14 @@ TEST_F(DevicesOnDemoServer, ParametersAreWrittenAsASetUnderALock)
     ASSERT_TRUE(view->isHeld(device("/TT-101").id));
     ASSERT_EQ(model().stage(damping, UaVariant(3.5)), "");
     ASSERT_EQ(model().stage(lower, UaVariant(-999.0)), "");
-    view->writeParameters();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return isIdle(); }, limit));
+    write();
     EXPECT_EQ(model().rowAt(damping).parameter.value.value(), UaVariant(3.5));
     EXPECT_FALSE(model().rowAt(damping).changed);
     EXPECT_TRUE(model().rowAt(lower).changed);
     EXPECT_TRUE(model().rowAt(lower).outcome.contains("BadOutOfRange"));
     model().revert();
     ASSERT_EQ(model().stage(damping, before), "");
-    view->writeParameters();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return isIdle(); }, limit));
+    write();
     lock(false);
     EXPECT_FALSE(view->isHeld(device("/TT-101").id));
 }
@@ -178,8 +155,7 @@ TEST_F(DevicesOnDemoServer, HealthIsFollowedAndTransfersSayHowFarTheyGot)
         << model().rowAt(simulated).outcome.toStdString();
     off.setUInt32(0);
     ASSERT_EQ(model().stage(simulated, off), "");
-    view->writeParameters();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return isIdle(); }, limit));
+    write();
 
     show("/TT-101");
     EXPECT_TRUE(transferred().find("locked first") != std::string::npos) << said("deviceTransferResult");
@@ -190,6 +166,70 @@ TEST_F(DevicesOnDemoServer, HealthIsFollowedAndTransfersSayHowFarTheyGot)
     lock(true);
     EXPECT_TRUE(transferred().starts_with("Not finished after 5 parameters")) << said("deviceTransferResult");
     lock(false);
+}
+
+TEST_F(DevicesOnDemoServer, WatchedParametersAreTheNewestUntilNobodySeesThem)
+{
+    openDevices();
+    show("/TT-101");
+    auto* const tabs = view->findChild<QTabWidget*>(QStringLiteral("devicesTabs"));
+    const int damping = row("Damping");
+    const auto moves = [this] {
+        const UaVariant before = valueOf("Temperature");
+        return QTest::qWaitFor([&] { return valueOf("Temperature") != before; }, limit);
+    };
+    ASSERT_TRUE(tabs && damping >= 0);
+    const OpcUa_UInt32 unwatched = itemCount();
+    ASSERT_EQ(model().stage(damping, UaVariant(9.5)), "");
+    view->parameters()->setWatching(true);
+    EXPECT_TRUE(moves() && moves());
+    EXPECT_EQ(itemCount(), unwatched + static_cast<OpcUa_UInt32>(model().rowCount()));
+    EXPECT_EQ(QlumParameterModel::shown(model().rowAt(damping)), UaVariant(9.5)) << "not typed over";
+    tabs->setCurrentIndex(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return itemCount() == unwatched; }, limit)) << itemCount();
+    tabs->setCurrentIndex(0);
+    EXPECT_TRUE(moves());
+    delete view;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return itemCount() < unwatched; }, limit)) << itemCount();
+}
+
+TEST_F(DevicesOnDemoServer, AProjectBringsBackTheServerAndWhatWasShown)
+{
+    const QString file = writeProject(QString::fromStdString(url()));
+    {
+        QSettings project(file, QSettings::IniFormat);
+        project.setValue(QStringLiteral("Servers/9/Name"), QStringLiteral("Warehouse"));
+        project.setValue(QStringLiteral("Servers/9/ProjectServerId"), 9);
+        project.setValue(QStringLiteral("Servers/9/ServerUrl"), QStringLiteral("opc.tcp://127.0.0.1:1"));
+        project.beginGroup(QStringLiteral("Documents/Instruments")); // as another program may have left it
+        project.setValue(QStringLiteral("DocumentType"), QStringLiteral("Devices View"));
+        project.setValue(QStringLiteral("DocumentSettings/Page"), QStringLiteral("seventh"));
+        project.setValue(QStringLiteral("DocumentSettings/ServerId"), 7);
+        project.setValue(QStringLiteral("DocumentSettings/Columns/1"), QByteArray("\0\1\2", 3));
+    }
+    window->loadProject(file);
+    view = window->findChild<QlumDevicesView*>();
+    ASSERT_NE(view, nullptr);
+    ASSERT_TRUE(waitUntilRead()) << logText();
+    show("/TT-103");
+    view->findChild<QTabWidget*>(QStringLiteral("devicesTabs"))->setCurrentIndex(3);
+    view->findChild<QLineEdit*>(QStringLiteral("devicesFilter"))->setText(QStringLiteral("TT"));
+    view->findChild<QComboBox*>(QStringLiteral("deviceGroup"))->setCurrentText(QStringLiteral("Tuning"));
+    const QString saved = folder.filePath(QStringLiteral("saved.uap"));
+    ASSERT_TRUE(window->saveProject(saved));
+
+    window->clearProject();
+    window->loadProject(saved);
+    view = window->findChild<QlumDevicesView*>();
+    ASSERT_NE(view, nullptr);
+    ASSERT_TRUE(waitUntilRead()) << logText();
+    const QList<unsigned int> shown = qlumDocumentServers(view);
+    ASSERT_EQ(shown.size(), 1);
+    EXPECT_EQ(window->serverName(shown.front()), "Plant") << "and not the one that is selected";
+    EXPECT_EQ(view->findChild<QTreeView*>(QStringLiteral("devicesTree"))->currentIndex().data(), "TT-103");
+    EXPECT_EQ(view->findChild<QTabWidget*>(QStringLiteral("devicesTabs"))->currentIndex(), 3);
+    EXPECT_EQ(view->findChild<QLineEdit*>(QStringLiteral("devicesFilter"))->text(), "TT");
+    EXPECT_EQ(view->parameters()->group(), "Tuning");
 }
 
 } // namespace

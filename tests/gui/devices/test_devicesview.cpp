@@ -1,5 +1,6 @@
 // The view of devices: what it edits, what it refuses, and what it says when a lock or a server is gone.
 #include <app/api/qlumconnectionstatus.h>
+#include <opcua/opcua_statuscodes.h>
 #include <plugins/devices/qlumdevicesview.h>
 #include <plugins/devices/qlumparametermodel.h>
 #include <plugins/devices/qlumparameterpage.h>
@@ -161,6 +162,19 @@ TEST_F(DevicesViewTest, TellsThatALockIsGoneInTheMiddleOfAnEdit)
     ASSERT_TRUE(settled());
     EXPECT_FALSE(view->isHeld(server->pump));
     EXPECT_EQ(model().changeCount(), 1);
+
+    server->lockBy(DeviceServer::Nobody);
+    view->sltRefresh();
+    ASSERT_TRUE(settled());
+    click("deviceLock");
+    server->failCalls(NodeTable::Call, OpcUa_BadUserAccessDenied);
+    view->renewLocks();
+    ASSERT_TRUE(settled());
+    EXPECT_TRUE(view->isHeld(server->pump)) << "one renewal that was refused is not the end yet";
+    server->lockBy(DeviceServer::Nobody);
+    view->renewLocks();
+    ASSERT_TRUE(settled());
+    EXPECT_FALSE(view->isHeld(server->pump)) << "the server let it go, and nobody may renew it";
 }
 
 TEST_F(DevicesViewTest, SaysWhyThereIsNothing)
