@@ -133,8 +133,10 @@ void QlumSessionPage::addChoices()
     m_ownReconnect = addOwnRow(m_reconnect, QStringLiteral("Session_AutomaticReconnect"), tr("&Reconnect:"),
                                tr("Whether a lost connection is restored until you disconnect."));
     m_dictionary = new QComboBox;
-    m_dictionary->addItems({QStringLiteral("FirstUse"), QStringLiteral("Manual"), QStringLiteral("Connect"),
-                            QStringLiteral("Reconnect")});
+    m_dictionary->addItem(tr("At first use"), QStringLiteral("FirstUse"));
+    m_dictionary->addItem(tr("By hand only"), QStringLiteral("Manual"));
+    m_dictionary->addItem(tr("When connected"), QStringLiteral("Connect"));
+    m_dictionary->addItem(tr("At each reconnect, too"), QStringLiteral("Reconnect"));
     m_ownDictionary =
         addOwnRow(m_dictionary, QStringLiteral("Session_TypeDictionaryMode"), tr("Load type &dictionaries:"),
                   tr("When the definitions of the server's own data types are loaded."));
@@ -151,12 +153,19 @@ void QlumSessionPage::addChoices()
         m_ownDictionary, &QCheckBox::toggled, this,
         [this](bool isOwn) {
             if (!isOwn)
-                m_dictionary->setCurrentText(QlumSettings::typeDictionaryMode.value());
+                showDictionaryMode(QlumSettings::typeDictionaryMode.value());
         });
     connect(m_ownLocales, &QCheckBox::toggled, this, [this](bool isOwn) {
         if (!isOwn)
             m_locales->setText(QlumSettings::localeId.value());
     });
+}
+
+// What the settings file may say wrongly leaves the list as it is.
+void QlumSessionPage::showDictionaryMode(const QString& mode)
+{
+    if (const int place = m_dictionary->findData(mode); place >= 0)
+        m_dictionary->setCurrentIndex(place);
 }
 
 void QlumSessionPage::setSession(const QString& name, const QlumSessionOptions& options)
@@ -172,9 +181,8 @@ void QlumSessionPage::setSession(const QString& name, const QlumSessionOptions& 
     const bool reconnects = options.automaticReconnect.value_or(QlumSettings::automaticReconnect.value());
     m_reconnect->setCurrentIndex(reconnects ? 0 : 1);
     m_ownDictionary->setChecked(!options.typeDictionaryMode.isEmpty());
-    m_dictionary->setCurrentText(options.typeDictionaryMode.isEmpty()
-                                     ? QlumSettings::typeDictionaryMode.value()
-                                     : options.typeDictionaryMode);
+    showDictionaryMode(options.typeDictionaryMode.isEmpty() ? QlumSettings::typeDictionaryMode.value()
+                                                            : options.typeDictionaryMode);
     m_ownLocales->setChecked(!options.localeIds.isEmpty());
     m_locales->setText(options.localeIds.isEmpty() ? QlumSettings::localeId.value()
                                                    : options.localeIds.join(QLatin1String(", ")));
@@ -194,7 +202,7 @@ QlumSessionOptions QlumSessionPage::options() const
     if (m_ownReconnect->isChecked())
         options.automaticReconnect = m_reconnect->currentData().toBool();
     if (m_ownDictionary->isChecked())
-        options.typeDictionaryMode = m_dictionary->currentText();
+        options.typeDictionaryMode = m_dictionary->currentData().toString();
     if (m_ownLocales->isChecked())
         options.localeIds = QlumSessionOptions::localesOf(m_locales->text());
     return options;

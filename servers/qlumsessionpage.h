@@ -34,6 +34,7 @@ private:
 
     void addNumber(const QlumSessionOptions::Field& field);
     void addChoices();
+    void showDictionaryMode(const QString& mode);
     [[nodiscard]] QCheckBox* addOwnRow(QWidget* field, const QString& name, const QString& label,
                                        const QString& explanation);
 

@@ -16845,6 +16845,18 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Watch&amp;dog, nachsehen alle:</translation>
     </message>
     <message>
+        <source>At each reconnect, too</source>
+        <translation>Auch bei jedem Wiederverbinden</translation>
+    </message>
+    <message>
+        <source>At first use</source>
+        <translation>Beim ersten Gebrauch</translation>
+    </message>
+    <message>
+        <source>By hand only</source>
+        <translation>Nur von Hand</translation>
+    </message>
+    <message>
         <source>Connect &amp;time-out:</source>
         <translation>Zeitlimit beim &amp;Verbinden:</translation>
     </message>
@@ -16919,6 +16931,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>When a look takes longer, the connection counts as lost.</source>
         <translation>Dauert das Nachsehen länger, gilt die Verbindung als verloren.</translation>
+    </message>
+    <message>
+        <source>When connected</source>
+        <translation>Beim Verbinden</translation>
     </message>
     <message>
         <source>When the definitions of the server&apos;s own data types are loaded.</source>
@@ -17186,6 +17202,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Nach so vielen Aufrufen für einen Knoten wird der Rest einer Liste weggelassen, und das Protokoll sagt es.</translation>
     </message>
     <message>
+        <source>All entries</source>
+        <translation>Alle Einträge</translation>
+    </message>
+    <message>
         <source>As the system</source>
         <translation>Wie das System</translation>
     </message>
@@ -17202,6 +17222,14 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Fragt den Server nach jedem Objekt, was Zeit kostet.</translation>
     </message>
     <message>
+        <source>At each reconnect, too</source>
+        <translation>Auch bei jedem Wiederverbinden</translation>
+    </message>
+    <message>
+        <source>At first use</source>
+        <translation>Beim ersten Gebrauch</translation>
+    </message>
+    <message>
         <source>Beyond so many the oldest entries of the log window go.</source>
         <translation>Darüber hinaus fallen die ältesten Einträge des Protokollfensters weg.</translation>
     </message>
@@ -17212,6 +17240,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>Browse &amp;timeout:</source>
         <translation>Zeitlimit beim &amp;Durchsuchen:</translation>
+    </message>
+    <message>
+        <source>By hand only</source>
+        <translation>Nur von Hand</translation>
     </message>
     <message>
         <source>C&amp;ertificates</source>
@@ -17250,6 +17282,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Dunkle oder helle Fenster, oder wie der Desktop sie hat.</translation>
     </message>
     <message>
+        <source>Data</source>
+        <translation>Daten</translation>
+    </message>
+    <message>
         <source>Each level contains those before it.</source>
         <translation>Jede Stufe enthält die davor.</translation>
     </message>
@@ -17266,8 +17302,20 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Einträge in einer &amp;Datei:</translation>
     </message>
     <message>
+        <source>Errors</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Every step</source>
+        <translation>Jeder Schritt</translation>
+    </message>
+    <message>
         <source>For a log that spans several days.</source>
         <translation>Für ein Protokoll über mehrere Tage.</translation>
+    </message>
+    <message>
+        <source>Function calls</source>
+        <translation>Funktionsaufrufe</translation>
     </message>
     <message>
         <source>Good, uncertain and bad are told by colours that differ without red and green.</source>
@@ -17324,6 +17372,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>In views that are opened from now on: %1</source>
         <translation>In Ansichten, die ab jetzt geöffnet werden: %1</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>Information</translation>
     </message>
     <message>
         <source>L&amp;evel:</source>
@@ -17430,6 +17482,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Versucht, eine verlorene Verbindung wiederherzustellen, bis sie zurück ist oder Sie trennen.</translation>
     </message>
     <message>
+        <source>Warnings</source>
+        <translation>Warnungen</translation>
+    </message>
+    <message>
         <source>What is less serious does not reach the log window.</source>
         <translation>Was weniger ernst ist, erreicht das Protokollfenster nicht.</translation>
     </message>
@@ -17448,6 +17504,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>When a server is connected the next time: %1</source>
         <translation>Beim nächsten Verbinden eines Servers: %1</translation>
+    </message>
+    <message>
+        <source>When connected</source>
+        <translation>Beim Verbinden</translation>
     </message>
     <message>
         <source>When the definitions of a server&apos;s own data types are read.</source>
@@ -20477,6 +20537,58 @@ Mit OK laden Sie sie jetzt herunter.</translation>
     <message>
         <source>%1 s</source>
         <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>Absolute</source>
+        <translation>Absolut</translation>
+    </message>
+    <message>
+        <source>Both</source>
+        <translation>Beide</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>Abgeschaltet</translation>
+    </message>
+    <message>
+        <source>Neither</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keines</translation>
+    </message>
+    <message>
+        <source>Percent</source>
+        <translation>Prozent</translation>
+    </message>
+    <message>
+        <source>Reporting</source>
+        <translation>Melden</translation>
+    </message>
+    <message>
+        <source>Sampling</source>
+        <translation>Abtasten</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>Source</source>
+        <translation>Quelle</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>Status, value</source>
+        <translation>Status, Wert</translation>
+    </message>
+    <message>
+        <source>Status, value, timestamp</source>
+        <translation>Status, Wert, Zeitstempel</translation>
     </message>
     <message>
         <source>fastest</source>

@@ -133,7 +133,7 @@ void QlumDaSettingsDialog::makeFilter(QFormLayout* form, const QlumDataSettings&
 {
     const auto add = [this, form](QComboBox* box, const char* name, const QString& label,
                                   const QStringList& choices, int current) {
-        box->addItems(choices);
+        box->addItems(qlumDaWords(choices));
         box->setCurrentIndex(current);
         connect(box, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this, box] { touch(box); });
         qlumAddRow(form, box, {QLatin1String(name), label, {}, {}});

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 
 namespace {
 
@@ -20,6 +21,27 @@ struct QlumWatchSettingsText
 };
 
 constexpr double mostMilliseconds = std::numeric_limits<int>::max();
+
+constexpr const char* watchDeadbands[] = {QT_TRANSLATE_NOOP("QlumWatchSettings", "None"),
+                                          QT_TRANSLATE_NOOP("QlumWatchSettings", "Absolute"),
+                                          QT_TRANSLATE_NOOP("QlumWatchSettings", "Percent")};
+constexpr const char* watchTriggers[] = {QT_TRANSLATE_NOOP("QlumWatchSettings", "Status"),
+                                         QT_TRANSLATE_NOOP("QlumWatchSettings", "Status, value"),
+                                         QT_TRANSLATE_NOOP("QlumWatchSettings", "Status, value, timestamp")};
+constexpr const char* watchTimestamps[] = {
+    QT_TRANSLATE_NOOP("QlumWatchSettings", "Source"), QT_TRANSLATE_NOOP("QlumWatchSettings", "Server"),
+    QT_TRANSLATE_NOOP("QlumWatchSettings", "Both"), QT_TRANSLATE_NOOP("QlumWatchSettings", "Neither")};
+constexpr const char* watchModes[] = {QT_TRANSLATE_NOOP("QlumWatchSettings", "Disabled"),
+                                      QT_TRANSLATE_NOOP("QlumWatchSettings", "Sampling"),
+                                      QT_TRANSLATE_NOOP("QlumWatchSettings", "Reporting")};
+
+QStringList watchNames(std::span<const char* const> names)
+{
+    QStringList result;
+    for (const char* name : names)
+        result.append(QLatin1String(name));
+    return result;
+}
 
 UaExtensionObject filterOf(const QlumDataSettings& settings)
 {
@@ -42,24 +64,30 @@ UaExtensionObject filterOf(const QlumDataSettings& settings)
 
 QStringList qlumDaDeadbands()
 {
-    return {QStringLiteral("None"), QStringLiteral("Absolute"), QStringLiteral("Percent")};
+    return watchNames(watchDeadbands);
 }
 
 QStringList qlumDaTriggers()
 {
-    return {QStringLiteral("Status"), QStringLiteral("Status, value"),
-            QStringLiteral("Status, value, timestamp")};
+    return watchNames(watchTriggers);
 }
 
 QStringList qlumDaTimestamps()
 {
-    return {QStringLiteral("Source"), QStringLiteral("Server"), QStringLiteral("Both"),
-            QStringLiteral("Neither")};
+    return watchNames(watchTimestamps);
 }
 
 QStringList qlumDaModes()
 {
-    return {QStringLiteral("Disabled"), QStringLiteral("Sampling"), QStringLiteral("Reporting")};
+    return watchNames(watchModes);
+}
+
+QStringList qlumDaWords(const QStringList& stored)
+{
+    QStringList result;
+    for (const QString& name : stored)
+        result.append(QCoreApplication::translate("QlumWatchSettings", name.toLatin1().constData()));
+    return result;
 }
 
 QString qlumDaInterval(double milliseconds)

@@ -40,7 +40,7 @@ struct QlumDataSettings
     bool operator==(const QlumDataSettings&) const = default;
 };
 
-/// In the order of QlumDeadband, as they are stored and shown.
+/// In the order of QlumDeadband, as they are stored.
 [[nodiscard]] QStringList qlumDaDeadbands();
 /// In the order of QlumDataTrigger.
 [[nodiscard]] QStringList qlumDaTriggers();
@@ -48,6 +48,8 @@ struct QlumDataSettings
 [[nodiscard]] QStringList qlumDaTimestamps();
 /// In the order of OpcUa_MonitoringMode.
 [[nodiscard]] QStringList qlumDaModes();
+/// One of these lists as the user reads it, in the same order.
+[[nodiscard]] QStringList qlumDaWords(const QStringList& stored);
 /// One line for the project: what differs from a fresh QlumDataSettings.
 [[nodiscard]] QString qlumStoredDaSettings(const QlumDataSettings& settings);
 /// The reverse; what makes no sense stays as in a fresh one.

@@ -1,6 +1,7 @@
 // The pages of the application's own settings: texts, ranges, and what each is good for.
 #include <app/settings/qlumsettingspages.h>
 
+#include <app/api/qlumserverrole.h>
 #include <app/api/qlumsettings.h>
 #include <app/api/qlumsettingsregistry.h>
 #include <app/api/qlumtext.h>
@@ -133,12 +134,16 @@ QlumSettingsPage Pages::connections()
                          tr("What may be sent to a server that is new in a project. Look: only what changes "
                             "nothing. Operate: writing values and calling methods, too. Commission: "
                             "everything.")},
-                        {QStringLiteral("Look"), QStringLiteral("Operate"), QStringLiteral("Commission")}),
-            Row::choice(S::typeDictionaryMode,
-                        {tr("Load type &dictionaries:"), tr("When the definitions of a server's own data "
-                                                            "types are read.")},
-                        {QStringLiteral("FirstUse"), QStringLiteral("Manual"), QStringLiteral("Connect"),
-                         QStringLiteral("Reconnect")})
+                        {QStringLiteral("Look"), QStringLiteral("Operate"), QStringLiteral("Commission")},
+                        {qlumRoleName(QlumServerRole::Look), qlumRoleName(QlumServerRole::Operate),
+                         qlumRoleName(QlumServerRole::Commission)}),
+            Row::choice(
+                S::typeDictionaryMode,
+                {tr("Load type &dictionaries:"), tr("When the definitions of a server's own data "
+                                                    "types are read.")},
+                {QStringLiteral("FirstUse"), QStringLiteral("Manual"), QStringLiteral("Connect"),
+                 QStringLiteral("Reconnect")},
+                {tr("At first use"), tr("By hand only"), tr("When connected"), tr("At each reconnect, too")})
                 .felt(Row::AtConnect),
             Row::line(S::localeId,
                       {tr("Lan&guage of server texts:"), tr("The language that servers are asked for, such "
@@ -204,7 +209,9 @@ QlumSettingsPage Pages::log()
                                                            "window.")},
                             {QStringLiteral("ERROR"), QStringLiteral("WARNING"), QStringLiteral("INFO"),
                              QStringLiteral("FUNCTION"), QStringLiteral("DATA"), QStringLiteral("PARANOID"),
-                             QStringLiteral("ALL")}),
+                             QStringLiteral("ALL")},
+                            {tr("Errors"), tr("Warnings"), tr("Information"), tr("Function calls"),
+                             tr("Data"), tr("Every step"), tr("All entries")}),
                 Row::number(S::logMaxEntries,
                             {tr("&Entries kept:"), tr("Beyond so many the oldest entries of the log window "
                                                       "go.")},

@@ -155,11 +155,24 @@ TEST_F(German, SettingsKeepTheirKeysInAnyLanguage)
 {
     QlumSettingsModel settings;
     QlumSettingsDialog dialog(&settings);
-    auto* role = dialog.findChild<QComboBox*>(QStringLiteral("General.NewServerRole"));
-    ASSERT_NE(role, nullptr);
-    role->setCurrentIndex(0);
+    const struct
+    {
+        const char* key;
+        int place;
+        const char* shown;
+        const char* kept;
+    } choices[] = {{"General.NewServerRole", 0, "Ansehen", "Look"},
+                   {"General.TypeDictionaryMode", 1, "Nur von Hand", "Manual"},
+                   {"General.LogLevel", 1, "Warnungen", "WARNING"}};
+    for (const auto& choice : choices) {
+        auto* box = dialog.findChild<QComboBox*>(QLatin1String(choice.key));
+        ASSERT_NE(box, nullptr) << choice.key;
+        box->setCurrentIndex(choice.place);
+        EXPECT_EQ(box->currentText(), QLatin1String(choice.shown));
+    }
     dialog.accept();
-    EXPECT_EQ(settings.value(QStringLiteral("General.NewServerRole")).toString(), QStringLiteral("Look"));
+    for (const auto& choice : choices)
+        EXPECT_EQ(settings.value(QLatin1String(choice.key)).toString(), QLatin1String(choice.kept));
 }
 
 // The folders that a user fills: what is damaged there is told and leaves what the program has itself.

@@ -489,7 +489,7 @@ TEST_F(MainWindow, SettingsDialogStoresOnlyWhatWasChanged)
     QlumSettingsDialog dialog(&settings);
     auto* level = dialog.findChild<QComboBox*>(QStringLiteral("General.LogLevel"));
     ASSERT_NE(level, nullptr);
-    level->setCurrentText(QStringLiteral("ERROR")); // shown as it is stored
+    level->setCurrentText(QStringLiteral("Errors"));
     dialog.accept();
     EXPECT_EQ(settings.value(QStringLiteral("General.LogLevel")).toString(), QStringLiteral("ERROR"));
     changed.removeAll(QStringLiteral("General.LogLevel"));
