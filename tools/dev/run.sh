@@ -5,7 +5,6 @@
 
 readonly DEMO=$ROOT/build/demo BIN=$ROOT/build/release/bin TREE_SECONDS=30
 picture="" project="" own_home=false keep=false walk=false
-size=1440x900 settings=() walk_options=()
 client="" desk="" server=false
 
 parse() {
@@ -14,15 +13,6 @@ parse() {
             --own-home) own_home=true ;;
             --keep) keep=true ;;
             --walk) walk=true ;;
-            --set | --size | --shots | --language)
-                [ $# -gt 1 ] || die "$1 needs a value"
-                case $1 in
-                    --set) settings+=("$2") ;;
-                    --size) size=$2 ;;
-                    *) walk_options+=("$1" "$2") ;;
-                esac
-                shift
-                ;;
             --shot)
                 [ $# -gt 1 ] || die "shot needs FILE.png"
                 picture=$(realpath -m "$2")
@@ -86,11 +76,11 @@ prepare_home() { # NAME
     unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME
     prepare_certificate
     rm -rf "$HOME/.config/korvanda/tavelin/recovery" # the demo is ended by a signal, and nobody may be there to answer
-    local file=$HOME/.config/korvanda/tavelin/tavelin.ini
-    [ ! -f "$file" ] || return 0
-    mkdir -p "$(dirname "$file")"
-    printf '%s\n' '[General]' "${settings[@]}" 'AutomaticUpdate.CheckForUpdates=false' '' \
-        '[AutomaticUpdate]' 'AutomaticUpdate.CheckForUpdates=false' '' '[QlumTipWindow]' 'ShowTip=false' >"$file"
+    local settings=$HOME/.config/korvanda/tavelin/tavelin.ini
+    [ ! -f "$settings" ] || return 0
+    mkdir -p "$(dirname "$settings")"
+    printf '%s\n' '[General]' 'AutomaticUpdate.CheckForUpdates=false' '' \
+        '[AutomaticUpdate]' 'AutomaticUpdate.CheckForUpdates=false' '' '[QlumTipWindow]' 'ShowTip=false' >"$settings"
 }
 
 start_client() {
@@ -152,13 +142,13 @@ run_on_virtual_desktop() {
     rm -rf "$DEMO/home-virtual"
     prepare_home home-virtual
     local environment
-    environment=$(tools/ui/desk.sh start --size "$size") # in a folder of its own: sockets need a short path
+    environment=$(tools/ui/desk.sh start --size 1440x900) # in a folder of its own: sockets need a short path
     eval "$environment"
     desk=$DESK_DIR
     start_client
     wait_for_tree
     if $walk; then
-        tools/ui/walkwindows.py --app "$client" "${walk_options[@]}"
+        tools/ui/walkwindows.py --app "$client"
         return
     fi
     take_picture
