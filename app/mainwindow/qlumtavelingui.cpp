@@ -51,6 +51,7 @@
 #include <plugins/addressspace/search/qlumfindnodeview.h>
 #include <servers/doctor/qlumdiagnosis.h>
 #include <uabase/values/uanodeid.h>
+#include <uawidgets/qlumscrollable.h>
 
 #include <QAbstractItemModel>
 #include <QAction>
@@ -68,6 +69,7 @@
 #include <QModelIndex>
 #include <QPointer>
 #include <QSaveFile>
+#include <QScrollArea>
 #include <QSettings>
 #include <QSize>
 #include <QStackedWidget>
@@ -115,7 +117,10 @@ QWidget* QlumTavelin::makeCentralWidget()
     stack->addWidget(m_tabs);
     m_startPagePlace = new QlumStartPagePlace(m_startPage, stack, m_tabs, m_project);
     m_documents = new QlumDocumentArea(m_tabs, m_project, &m_loader, this);
-    return stack;
+    // a document must not make the window larger than the screen, nor take the docks' room
+    QScrollArea* area = qlumScrollable(stack, this);
+    area->setMinimumSize(320, 240);
+    return area;
 }
 
 QDockWidget* QlumTavelin::makeDock(const QString& title, const QString& name, const QString& whatsThis,
@@ -154,18 +159,19 @@ void QlumTavelin::makeDocks()
         tr("Log"), QStringLiteral("Log Dock Widget"),
         tr("<b>Log</b><br>This window shows what Tavelin did and what went wrong, the newest entry last."),
         m_logView, Qt::BottomDockWidgetArea, {0, 180});
-    QDockWidget* services = makeDock(
-        tr("Services"), QStringLiteral("Services Dock Widget"),
-        tr("<b>Services</b><br>This window shows the service calls of all sessions, while that is "
-           "switched on: how long they took, how large they were and what was in them."),
-        new QlumServicesView(QlumServiceRecorder::ofApplication(), this), Qt::BottomDockWidgetArea, {0, 180});
+    QDockWidget* services =
+        makeDock(tr("Services"), QStringLiteral("Services Dock Widget"),
+                 tr("<b>Services</b><br>This window shows the service calls of all sessions, while that is "
+                    "switched on: how long they took, how large they were and what was in them."),
+                 qlumScrollable(new QlumServicesView(QlumServiceRecorder::ofApplication(), this)),
+                 Qt::BottomDockWidgetArea, {0, 180});
     tabifyDockWidget(log, services);
     services->hide(); // until somebody wants it
     m_findView = new QlumFindNodeView(qlumApplicationServices(), this);
     m_findDock = makeDock(tr("Find Node"), QStringLiteral("Find Node Dock Widget"),
                           tr("<b>Find Node</b><br>This window searches the nodes of a server, and shows what "
                              "was found. Nodes can be dragged from here into other views."),
-                          m_findView, Qt::BottomDockWidgetArea, {0, 180});
+                          qlumScrollable(m_findView), Qt::BottomDockWidgetArea, {0, 180});
     tabifyDockWidget(log, m_findDock);
     m_findDock->hide();
 }

@@ -8,7 +8,6 @@
 #include <app/api/qlumtoolservices.h>
 #include <plugins/history/qlumcolorlisteditor.h>
 #include <plugins/history/qlumnonnumericmodel.h>
-#include <plugins/history/qlumtrendbar.h>
 #include <plugins/history/qlumtrendextras.h>
 #include <plugins/history/qlumtrenditem.h>
 #include <plugins/history/qlumtrenditemmodel.h>
@@ -28,6 +27,7 @@
 #include <uawidgets/qlumnodecommands.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/qlumwrappingbar.h>
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 
@@ -246,7 +246,7 @@ QWidget* QlumTrendViewDocument::makeHistoryData()
 
 QWidget* QlumTrendViewDocument::makeBar()
 {
-    auto* bar = new QlumTrendBar;
+    auto* bar = new QlumWrappingBar;
     bar->setObjectName(QStringLiteral("trendToolBar"));
     const auto add = [bar](QAbstractButton* button, const char* name, const QString& hint) {
         button->setObjectName(QLatin1String(name));

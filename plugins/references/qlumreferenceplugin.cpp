@@ -11,11 +11,13 @@
 #include <plugins/references/qlumreferencejob.h>
 #include <plugins/references/qlumreferencemodel.h>
 #include <plugins/references/qlumreferenceview.h>
+#include <uawidgets/qlumscrollable.h>
 
 #include <QAction>
 #include <QDockWidget>
 #include <QKeySequence>
 #include <QMainWindow>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -105,7 +107,7 @@ void QlumReferencePlugin::createDock()
         if (isVisible && m_isDue)
             read();
     });
-    m_dock->setWidget(page);
+    m_dock->setWidget(qlumScrollable(page));
     qlumSetInitialDockSize(m_dock, {0, 220}); // below another one
     if (m_app->mainWindow())
         m_app->mainWindow()->addDockWidget(Qt::RightDockWidgetArea, m_dock);

@@ -3,12 +3,12 @@
 #include <plugins/serverdiagnostics/qlumdiagnostictable.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/qlumwrappingbar.h>
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 
 #include <QAbstractItemView>
 #include <QComboBox>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
@@ -41,7 +41,7 @@ QlumDiagnosticChooser::QlumDiagnosticChooser(const Names& names, QAbstractItemMo
 
 QWidget* QlumDiagnosticChooser::makeBar(const Names& names)
 {
-    auto* bar = new QWidget;
+    auto* bar = new QlumWrappingBar;
     auto* label = new QLabel(names.label);
     m_list = new QComboBox;
     m_list->setModel(m_model);
@@ -49,7 +49,6 @@ QWidget* QlumDiagnosticChooser::makeBar(const Names& names)
     m_list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_list->setMinimumContentsLength(24);
     qlumDescribeField(m_list, {names.object + QStringLiteral("List"), names.label, {}, {}});
-    label->setBuddy(m_list);
     m_refresh = new QPushButton(names.refresh);
     m_refresh->setObjectName(names.object + QStringLiteral("Refresh"));
     m_refresh->setToolTip(tr("Read the list from the server again"));
@@ -66,13 +65,10 @@ QWidget* QlumDiagnosticChooser::makeBar(const Names& names)
         m_text, &QLineEdit::textChanged, this, [this](const QString& text) { m_filter->setText(text); });
     connect(m_list, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             [this](int row) { userChose(m_model->index(row, 0).data(qlumDiagnosticKeyRole).toString()); });
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(label);
-    layout->addWidget(m_list, 2);
-    layout->addWidget(m_refresh);
-    layout->addWidget(m_reading);
-    layout->addWidget(m_text, 1);
+    bar->add(label, m_list);
+    bar->add(m_refresh);
+    bar->add(m_text);
+    bar->add(m_reading);
     QSizePolicy place = m_reading->sizePolicy();
     place.setRetainSizeWhenHidden(true);
     m_reading->setSizePolicy(place);

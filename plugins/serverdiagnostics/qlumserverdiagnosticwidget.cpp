@@ -13,10 +13,10 @@
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/qlumwrappingbar.h>
 
 #include <QAction>
 #include <QComboBox>
-#include <QHBoxLayout>
 #include <QKeySequence>
 #include <QLabel>
 #include <QSplitter>
@@ -120,9 +120,7 @@ void QlumServerDiagnosticWidget::createActions()
 
 QWidget* QlumServerDiagnosticWidget::makeBar()
 {
-    auto* bar = new QWidget;
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(4, 2, 4, 2);
+    auto* bar = new QlumWrappingBar;
     auto* label = new QLabel(tr("Current Server:"));
     m_server = new QComboBox;
     m_server->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -134,7 +132,6 @@ QWidget* QlumServerDiagnosticWidget::makeBar()
          tr("<b>Current Server</b><br>The server that is shown: the one that is selected in the project, "
             "or another one, to which the view then keeps."),
          {}});
-    label->setBuddy(m_server);
     auto* every = new QLabel(tr("Refresh &every:"));
     m_interval = new QComboBox;
     for (const int seconds : intervals)
@@ -145,22 +142,16 @@ QWidget* QlumServerDiagnosticWidget::makeBar()
                        tr("<b>Refresh Every</b><br>Reads the page that is shown again and again. Lists of "
                           "sessions and subscriptions follow their counts in any case."),
                        {}});
-    every->setBuddy(m_interval);
-    layout->addWidget(label);
-    layout->addWidget(m_server, 1);
+    bar->add(label, m_server);
     for (QAction* const action : m_actions.list({KeepServer, Refresh, CopyReport, SaveReport})) {
         auto* button = new QToolButton;
         button->setDefaultAction(action);
         button->setAutoRaise(true);
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
         button->setAccessibleName(qlumBareLabel(action->text()));
-        layout->addWidget(button);
-        if (action != m_actions[KeepServer])
-            continue;
-        layout->addStretch(1);
-        layout->addWidget(every);
-        layout->addWidget(m_interval);
+        bar->add(button);
     }
+    bar->add(every, m_interval);
     return bar;
 }
 

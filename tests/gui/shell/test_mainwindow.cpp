@@ -169,8 +169,7 @@ TEST_F(MainWindow, DocksAreAtFirstAsWideAsTheySay)
         if (wanted <= 0)
             continue;
         found.append(dock->objectName());
-        constexpr int grip = 8; // what is between them takes its share
-        EXPECT_NEAR(dock->width(), wanted, grip) << dock->objectName().toStdString();
+        EXPECT_EQ(dock->width(), wanted) << dock->objectName().toStdString();
     }
     EXPECT_TRUE(found.contains(QStringLiteral("Project Dock Widget")));
     EXPECT_TRUE(found.contains(QStringLiteral("Attributes Dock Widget"))); // of a plugin

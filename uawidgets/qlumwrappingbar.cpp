@@ -1,5 +1,7 @@
-#include <plugins/history/qlumtrendbar.h>
+#include <uawidgets/qlumwrappingbar.h>
 
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPoint>
 #include <QRect>
 #include <QResizeEvent>
@@ -12,27 +14,44 @@ namespace {
 constexpr int gap = 4;
 } // namespace
 
-QlumTrendBar::QlumTrendBar(QWidget* parent) : QWidget(parent)
+QlumWrappingBar::QlumWrappingBar(QWidget* parent) : QWidget(parent)
 {
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
 }
 
-void QlumTrendBar::add(QWidget* button)
+void QlumWrappingBar::add(QLabel* label, QWidget* field)
+{
+    auto* pair = new QWidget;
+    auto* layout = new QHBoxLayout(pair);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(label);
+    layout->addWidget(field, 1);
+    label->setBuddy(field);
+    add(pair);
+}
+
+void QlumWrappingBar::add(QWidget* button)
 {
     button->setParent(this);
     m_buttons.push_back(button);
     updateGeometry();
 }
 
-std::vector<QRect> QlumTrendBar::places(int width) const
+std::vector<QRect> QlumWrappingBar::places(int width) const
 {
     std::vector<QRect> result;
+    std::size_t first = 0; // of the row
     int x = gap, y = gap, rowHeight = 0;
+    const auto endRow = [&] {
+        for (; first < result.size(); ++first)
+            result[first].moveTop(y + (rowHeight - result[first].height()) / 2);
+    };
     for (const QWidget* button : m_buttons) {
         const QSize size = button->sizeHint();
         if (x > gap && x + size.width() + gap > width) {
+            endRow();
             x = gap;
             y += rowHeight + gap;
             rowHeight = 0;
@@ -41,10 +60,11 @@ std::vector<QRect> QlumTrendBar::places(int width) const
         x += size.width() + gap;
         rowHeight = std::max(rowHeight, size.height());
     }
+    endRow();
     return result;
 }
 
-int QlumTrendBar::heightForWidth(int width) const
+int QlumWrappingBar::heightForWidth(int width) const
 {
     int height = 0;
     for (const QRect& place : places(width))
@@ -52,7 +72,7 @@ int QlumTrendBar::heightForWidth(int width) const
     return height;
 }
 
-QSize QlumTrendBar::sizeHint() const
+QSize QlumWrappingBar::sizeHint() const
 {
     int width = gap;
     for (const QWidget* button : m_buttons)
@@ -60,7 +80,7 @@ QSize QlumTrendBar::sizeHint() const
     return {width, heightForWidth(width)};
 }
 
-QSize QlumTrendBar::minimumSizeHint() const
+QSize QlumWrappingBar::minimumSizeHint() const
 {
     int widest = 0;
     for (const QWidget* button : m_buttons)
@@ -68,9 +88,10 @@ QSize QlumTrendBar::minimumSizeHint() const
     return {widest + 2 * gap, sizeHint().height()};
 }
 
-void QlumTrendBar::resizeEvent(QResizeEvent*)
+void QlumWrappingBar::resizeEvent(QResizeEvent*)
 {
     const std::vector<QRect> rows = places(width());
     for (std::size_t i = 0; i < rows.size(); ++i)
         m_buttons[i]->setGeometry(rows[i]);
+    setMinimumHeight(heightForWidth(width())); // layouts that are short of room would take the lower rows
 }

@@ -4,19 +4,22 @@
 
 #include <vector>
 
+class QLabel;
 class QRect;
 class QResizeEvent;
 
 /// Puts its buttons into as many rows as the window needs, however narrow it is.
-class QlumTrendBar : public QWidget
+class QlumWrappingBar : public QWidget
 {
     Q_OBJECT
 public:
     /// Without buttons.
-    explicit QlumTrendBar(QWidget* parent = nullptr);
+    explicit QlumWrappingBar(QWidget* parent = nullptr);
 
     /// The button becomes the bar's, behind the others.
     void add(QWidget* button);
+    /// The same for a field and what it is called; they stay side by side.
+    void add(QLabel* label, QWidget* field);
 
     bool hasHeightForWidth() const override { return true; } ///< always
     int heightForWidth(int width) const override;            ///< of all rows

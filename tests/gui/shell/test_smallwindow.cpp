@@ -1,0 +1,82 @@
+#include <app/mainwindow/qlumdocumentarea.h>
+#include <app/mainwindow/qlumtavelin.h>
+#include <app/mainwindow/qlumtavelinservices.h>
+#include <app/startup/qlumtranslations.h>
+
+#include <QDockWidget>
+#include <QList>
+#include <QSettings>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+#include <QTabWidget>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace {
+constexpr QSize smallest(1024, 700);
+
+// The parts that want most room, for who has to mend it.
+std::string widest(const QWidget& root)
+{
+    QStringList result;
+    for (const QWidget* one : root.findChildren<QWidget*>())
+        if (const QSize size = one->minimumSizeHint();
+            !one->isWindow() && size.width() > smallest.width() / 3)
+            result.append(QStringLiteral("%1 %2: %3 x %4")
+                              .arg(QLatin1String(one->metaObject()->className()), one->objectName())
+                              .arg(size.width())
+                              .arg(size.height()));
+    return result.join(QLatin1Char('\n')).toStdString();
+}
+
+// Whether the window takes the size; it is larger where its contents leave it no choice.
+class SmallWindow : public ::testing::TestWithParam<const char*>
+{
+protected:
+    SmallWindow()
+    {
+        QSettings().clear();
+        EXPECT_TRUE(translations.install(QLatin1String(GetParam())).isEmpty());
+        window = std::make_unique<QlumTavelin>(QlumTavelinServices());
+        window->show();
+        window->resize(smallest);
+    }
+    void expectFit(const QString& what) const
+    {
+        window->resize(smallest);
+        const QSize wanted = window->minimumSizeHint();
+        EXPECT_TRUE(wanted.width() <= smallest.width() && wanted.height() <= smallest.height())
+            << what.toStdString() << " wants " << wanted.width() << " x " << wanted.height() << "\n"
+            << widest(*window);
+    }
+
+    QlumTranslations translations;
+    std::unique_ptr<QlumTavelin> window;
+};
+} // namespace
+
+TEST_P(SmallWindow, HasRoomForTheStartPageAndDocumentsOfEveryType)
+{
+    expectFit(QStringLiteral("start page"));
+    QlumDocumentArea* documents = window->documents();
+    for (const QlumDocumentType& type : documents->types()) {
+        ASSERT_NE(documents->add(type.type, type.freeName), nullptr) << type.type.toStdString();
+        expectFit(type.type);
+        documents->clear();
+    }
+}
+
+TEST_P(SmallWindow, HasRoomForEveryDock)
+{
+    for (QDockWidget* dock : window->findChildren<QDockWidget*>()) {
+        dock->show();
+        dock->raise();
+        expectFit(dock->objectName());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, SmallWindow, ::testing::Values("en", "de"));

@@ -1,0 +1,52 @@
+#!/bin/bash
+# ./dev shots DIR [SETTING...]: a picture of every window, in each of four settings, and sheets of them to look at.
+. "$(dirname "$0")/common.sh"
+. tools/dev/demo.sh
+
+# NAME PALETTE SCALE LANGUAGE WINDOW: the narrow ones are those in which texts would be cut
+readonly SETTINGS=("light-100-en Light 100 en 1440x900" "dark-100-de Dark 100 de 1024x700"
+    "light-200-en Light 200 en 1024x700" "dark-200-de Dark 200 de 1024x700")
+desk=""
+
+clean_up() {
+    trap '' INT TERM
+    [ -z "$desk" ] || tools/ui/desk.sh stop --dir "$desk"
+    stop_demo_server
+}
+
+set_up_home() { # PALETTE SCALE LANGUAGE
+    rm -rf "$DEMO/home-shots"
+    prepare_home home-shots
+    local settings=$HOME/.config/korvanda/tavelin/tavelin.ini
+    sed -i "s/^\[General\]$/&\nAppearance.Palette=$1\nAppearance.Scale=$2\nAppearance.Language=$3/" "$settings"
+}
+
+take() { # NAME PALETTE SCALE LANGUAGE WINDOW
+    local folder=$target/$1
+    say "pictures: $1"
+    rm -rf "$folder"
+    mkdir -p "$folder"
+    set_up_home "$2" "$3" "$4"
+    build/release/bin/tavelin_pictures "$folder" "$project" "$5" 2>"$DEMO/pictures.log" ||
+        { tail -n 20 "$DEMO/pictures.log" >&2 && die "the pictures of $1 could not be made"; }
+    montage "$folder"/*.png -label '%t' -tile 3x3 -geometry 1000x700+6+6 "$target/sheet-$1-%02d.png"
+}
+
+[ $# -gt 0 ] || die "shots needs a folder"
+target=$(realpath -m "$1")
+shift
+tools/dev/setup.sh
+build release tavelin_pictures
+mkdir -p "$DEMO" "$target"
+trap clean_up EXIT
+trap 'exit 130' INT TERM
+prepare_project
+environment=$(tools/ui/desk.sh start --size 2880x1800)
+eval "$environment"
+desk=$DESK_DIR
+for setting in "${SETTINGS[@]}"; do
+    read -ra words <<<"$setting"
+    [ $# -eq 0 ] || [[ " $* " == *" ${words[0]} "* ]] || continue
+    take "${words[@]}"
+done
+say "look at them: $target"
