@@ -6,7 +6,8 @@ find_program(TAVELIN_QHELPGENERATOR NAMES qhelpgenerator qhelpgenerator-qt5 REQU
 # tavelin_add_manual(<target>): the target is built with the manual.
 function(tavelin_add_manual target)
     set(project ${PROJECT_SOURCE_DIR}/app/resources/help/manual.qhp)
-    file(GLOB pages CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/app/resources/help/*.html)
+    file(GLOB pages CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/app/resources/help/*.html
+        ${PROJECT_SOURCE_DIR}/app/resources/help/images/*.png)
     set(manual ${PROJECT_BINARY_DIR}/help/tavelin.qch)
     add_custom_command(OUTPUT ${manual}
         COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/help

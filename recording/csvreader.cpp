@@ -1,5 +1,6 @@
 #include <recording/csvreader.h>
 
+#include <recording/recordlock.h>
 #include <recording/recordvalue.h>
 #include <uabase/values/uadatetime.h>
 #include <uabase/values/uastatuscode.h>
@@ -169,11 +170,15 @@ bool CsvReader::visitPart(const Part& part, Portion& portion, OpcUa_DateTime& la
         m_error = table.error();
         return false;
     }
-    if (wrong > 0 || table.isCut()) {
+    // the row that is being written at the moment will be whole the next time
+    const bool isGrowing = part.path == m_parts.back().path && isBeingRecorded(csvChosenName(part.path));
+    if (table.isCut() && !isGrowing)
+        ++wrong;
+    if (wrong > 0) {
         Mark trouble;
         trouble.kind = MarkKind::FileTrouble;
         trouble.time = last;
-        trouble.count = wrong + (table.isCut() ? 1 : 0);
+        trouble.count = wrong;
         trouble.text = CsvReaderText::tr("%1 is damaged: rows that are not whole were left out.")
                            .arg(QFileInfo(part.path).fileName());
         portion.add(trouble);

@@ -128,16 +128,21 @@ QString csvPartName(const QString& path, const QString& time, int count)
              count == 1 ? QString() : QStringLiteral("-%1").arg(count), endingOf(info));
 }
 
+QString csvChosenName(const QString& part)
+{
+    const QFileInfo info(part);
+    const QRegularExpressionMatch named = partPattern().match(info.completeBaseName());
+    return named.hasMatch()
+               ? info.path() + QLatin1Char('/') + named.captured(1) + QLatin1Char('.') + endingOf(info)
+               : QString();
+}
+
 QStringList csvParts(const QString& path)
 {
-    const QFileInfo info(path);
-    const QRegularExpressionMatch named = partPattern().match(info.completeBaseName());
-    if (!named.hasMatch() && info.isFile())
-        return {path}; // an export
-    if (named.hasMatch() && info.isFile())
-        return csvPartsOf(info.path() + QLatin1Char('/') + named.captured(1) + QLatin1Char('.') +
-                          endingOf(info));
-    return csvPartsOf(path);
+    if (!QFileInfo(path).isFile())
+        return csvPartsOf(path);
+    const QString chosen = csvChosenName(path);
+    return chosen.isEmpty() ? QStringList(path) : csvPartsOf(chosen); // the first is an export
 }
 
 QStringList csvPartsOf(const QString& chosen)

@@ -63,6 +63,8 @@ private:
 /// The files of a recording in the order of their names, whether it is named as it was chosen ("pump.csv") or
 /// by one of its files. Empty when none is there.
 [[nodiscard]] QStringList csvParts(const QString& path);
+/// Of which name the file's name was made; empty for one that is no part of a recording.
+[[nodiscard]] QString csvChosenName(const QString& part);
 /// Only those whose names were made of this one, as which it was chosen.
 [[nodiscard]] QStringList csvPartsOf(const QString& chosen);
 /// Whether the file begins as a recording does.

@@ -3,8 +3,12 @@
 #include <QCoreApplication>
 #include <QLockFile>
 #include <QString>
+#include <QSysInfo>
 
+#include <cerrno>
+#include <csignal>
 #include <memory>
+#include <sys/types.h>
 
 namespace recording {
 
@@ -33,6 +37,18 @@ std::unique_ptr<QLockFile> lockRecording(const QString& path, QString& why)
     why = RecordLockText::tr("%1 is being recorded to already, by process %2 on %3.")
               .arg(path, QString::number(process), computer);
     return nullptr;
+}
+
+// Trying the lock instead could refuse it to a program that begins at that moment.
+bool isBeingRecorded(const QString& path)
+{
+    const QLockFile file(path + QStringLiteral(".lock"));
+    qint64 process = 0;
+    QString computer, program;
+    if (!file.getLockInfo(&process, &computer, &program))
+        return false;
+    return computer != QSysInfo::machineHostName() || kill(static_cast<pid_t>(process), 0) == 0 ||
+           errno == EPERM;
 }
 
 } // namespace recording

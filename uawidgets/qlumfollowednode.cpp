@@ -2,7 +2,9 @@
 
 QlumConnectionStatus QlumFollowedNode::status(unsigned int serverId) const
 {
-    return m_states.value(serverId, QlumConnectionStatus::Connected);
+    const bool hasShownNodes = !m_choices.value(serverId).nodeId.isNull();
+    return m_states.value(serverId, hasShownNodes ? QlumConnectionStatus::Connected
+                                                  : QlumConnectionStatus::Disconnected);
 }
 
 // A server whose link is only interrupted may answer.

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] Choice choice() const { return m_choices.value(m_serverId); }
     /// Null while none is selected.
     [[nodiscard]] UaNodeId nodeId() const { return choice().nodeId; }
-    /// Of the node's server; one that nothing was told of is connected, since its nodes can be selected.
+    /// Of the node's server; one that nothing was told of is connected when a node of it could be selected.
     [[nodiscard]] QlumConnectionStatus status() const { return status(m_serverId); }
     /// The same of any server.
     [[nodiscard]] QlumConnectionStatus status(unsigned int serverId) const;

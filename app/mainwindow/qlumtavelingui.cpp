@@ -117,9 +117,10 @@ QWidget* QlumTavelin::makeCentralWidget()
     stack->addWidget(m_tabs);
     m_startPagePlace = new QlumStartPagePlace(m_startPage, stack, m_tabs, m_project);
     m_documents = new QlumDocumentArea(m_tabs, m_project, &m_loader, this);
-    // a document must not make the window larger than the screen, nor take the docks' room
+    // A document must not make the window larger than the screen, nor take the docks' room; in a window that
+    // is narrower than usual the docks give way first.
     QScrollArea* area = qlumScrollable(stack, this);
-    area->setMinimumSize(320, 240);
+    area->setMinimumSize(450, 240);
     return area;
 }
 

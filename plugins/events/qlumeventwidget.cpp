@@ -11,6 +11,7 @@
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumnodecommands.h>
+#include <uawidgets/qlumscrollable.h>
 #include <uawidgets/qlumtimefield.h>
 #include <uawidgets/table/qlumtable.h>
 
@@ -27,6 +28,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScrollArea>
 #include <QSize>
 #include <QSplitter>
 #include <QTabWidget>
@@ -345,7 +347,7 @@ QWidget* QlumEventWidget::makeConfiguration()
     tabs->setObjectName(QStringLiteral("eventConfigurationTabs"));
     tabs->setDocumentMode(true);
     tabs->addTab(stack({m_fieldState, m_fieldView}), tr("Fields"));
-    tabs->addTab(m_where, tr("Where"));
+    tabs->addTab(qlumScrollable(m_where), tr("Where"));
     splitter->addWidget(tabs);
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 2);

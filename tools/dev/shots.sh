@@ -1,11 +1,22 @@
 #!/bin/bash
 # ./dev shots DIR [SETTING...]: a picture of every window, in each of four settings, and sheets of them to look at.
+# ./dev shots --manual: the pictures of the manual's pages anew.
 . "$(dirname "$0")/common.sh"
 . tools/dev/demo.sh
 
 # NAME PALETTE SCALE LANGUAGE WINDOW: the narrow ones are those in which texts would be cut
 readonly SETTINGS=("light-100-en Light 100 en 1440x900" "dark-100-de Dark 100 de 1024x700"
     "light-200-en Light 200 en 1024x700" "dark-200-de Dark 200 de 1024x700")
+readonly MANUAL_PICTURES=$ROOT/app/resources/help/images
+# PAGE PICTURE
+readonly PAGES=("addressspace dock-address-space-dock-widget" "attributes dock-attributes-dock-widget"
+    "certificates dialog-certificates-0" "connect dialog-addserver-0" "dataaccess document-data-access-view"
+    "datalogger document-data-logger-view" "devices document-devices-view" "doctor dialog-diagnoseserver"
+    "events document-event-view" "gds document-gds-view-push-model-" "history document-history-trend-view"
+    "imageviewer document-image-viewer" "log dock-log-dock-widget" "palette dialog-palette"
+    "performance document-performance-view" "references dock-references-dock-widget"
+    "search dock-find-node-dock-widget" "serverdiagnostics document-server-diagnostics-view"
+    "settings dialog-configure-0")
 desk=""
 
 clean_up() {
@@ -32,6 +43,23 @@ take() { # NAME PALETTE SCALE LANGUAGE WINDOW
     montage "$folder"/*.png -label '%t' -tile 3x3 -geometry 1000x700+6+6 "$target/sheet-$1-%02d.png"
 }
 
+# Few colours and pixels: they are part of the program.
+take_for_manual() {
+    local page words
+    take manual Light 100 en 1200x800
+    mkdir -p "$MANUAL_PICTURES"
+    for page in "${PAGES[@]}"; do
+        read -ra words <<<"$page"
+        convert "$target/manual/${words[1]}.png" -resize '720x720>' -dither None -colors 64 \
+            -define png:exclude-chunks=date,time "PNG8:$MANUAL_PICTURES/${words[0]}.png"
+    done
+}
+
+manual=false
+if [ "${1:-}" = --manual ]; then
+    manual=true
+    set -- "$DEMO/manual"
+fi
 [ $# -gt 0 ] || die "shots needs a folder"
 target=$(realpath -m "$1")
 shift
@@ -44,6 +72,11 @@ prepare_project
 environment=$(tools/ui/desk.sh start --size 2880x1800)
 eval "$environment"
 desk=$DESK_DIR
+if $manual; then
+    take_for_manual
+    say "pictures of the manual: $MANUAL_PICTURES"
+    exit
+fi
 for setting in "${SETTINGS[@]}"; do
     read -ra words <<<"$setting"
     [ $# -eq 0 ] || [[ " $* " == *" ${words[0]} "* ]] || continue

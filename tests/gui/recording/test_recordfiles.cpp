@@ -1,5 +1,6 @@
 // Files: what goes in comes out again.
 #include <recording/csvrecord.h>
+#include <recording/recordlock.h>
 #include <recording/recordreader.h>
 #include <recording/sqliterecord.h>
 #include <tests/gui/recording/recordingtest.h>
@@ -13,6 +14,7 @@
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
+#include <QLockFile>
 #include <QString>
 #include <gmock/gmock.h>
 
@@ -309,6 +311,23 @@ TEST_F(RecordFiles, BoundsOfACsvSetHoldForFormerStartsAndOneProgramWritesIt)
     other.close();
     EXPECT_THAT(readFile(file("pump.csv")).values(), ElementsAre("1"));
     EXPECT_THAT(readFile(file(names[2].c_str())).values(), ElementsAre("2", "3", "4"));
+}
+
+TEST_F(RecordFiles, ARowThatIsJustBeingWrittenIsNoDamage)
+{
+    const std::string last = folder.file(recordParts(1, 2).back());
+    std::filesystem::resize_file(last, std::filesystem::file_size(last) - 3);
+    const auto isDamaged = [this] {
+        const Found found = readFile(file("pump.csv"));
+        EXPECT_THAT(found.values(), ElementsAre("1", "2"));
+        return found.find(MarkKind::FileTrouble) != nullptr;
+    };
+    QString why;
+    std::unique_ptr<QLockFile> writer = lockRecording(file("pump.csv"), why);
+    ASSERT_NE(writer, nullptr) << why.toStdString();
+    EXPECT_FALSE(isDamaged());
+    writer.reset();
+    EXPECT_TRUE(isDamaged()) << "nobody will write the rest";
 }
 
 // Nothing of a file that is full already may be written again.
