@@ -13,6 +13,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace {
@@ -60,15 +61,18 @@ QlumEventModel::QlumEventModel(QlumApplicationInterface& application, QlumEventT
 
 // ---- rows
 
-// What a server sends between the begin and the end of a refresh is nothing new.
+// What a server sends between the begin and the end of a refresh is nothing new; an end that never comes must
+// not make everything old.
 void QlumEventModel::sltNewEvents(const QlumEvents& events)
 {
+    constexpr std::chrono::minutes longestRefresh(2);
     for (const QlumEvent& event : events) {
         const UaNodeId type = event.eventType();
         if (type.isNumeric(OpcUaId_RefreshStartEventType))
-            m_refreshing.insert(event.serverId);
+            m_refreshing.insert(event.serverId, QDeadlineTimer(longestRefresh));
         const bool isOld = !event.conditionId().isNull() && isRepeated(event);
-        const bool isRefreshed = isOld || (m_refreshing.contains(event.serverId) &&
+        const auto refresh = m_refreshing.constFind(event.serverId);
+        const bool isRefreshed = isOld || (refresh != m_refreshing.constEnd() && !refresh->hasExpired() &&
                                            !event.conditionId().isNull() && !event.isRefreshEvent());
         if (type.isNumeric(OpcUaId_RefreshEndEventType))
             m_refreshing.remove(event.serverId);

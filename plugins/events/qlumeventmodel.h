@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QModelIndex>
 #include <QObject>
@@ -39,6 +40,8 @@ public:
     void setPaused(bool isPaused);
     /// Rows of what was removed stay: they are what happened.
     void clear();
+    /// Nobody will end the refresh that the server has begun: what comes from now on is new.
+    void giveUpRefresh(unsigned int serverId) { m_refreshing.remove(serverId); }
 
 public slots:
     /// Adds them, or lets them wait.
@@ -61,8 +64,9 @@ private:
     int m_maximum = 0;
     bool m_isPaused = false;
     std::deque<QlumEvent> m_waiting;
-    QSet<unsigned int> m_refreshing; ///< servers that send their conditions again
-    QSet<QByteArray> m_seen;         ///< notifiers and ids of the events of conditions
+    QHash<unsigned int, QDeadlineTimer>
+        m_refreshing;        ///< servers that send their conditions again, and until when
+    QSet<QByteArray> m_seen; ///< notifiers and ids of the events of conditions
 };
 
 /// How an event of that severity is shown: a word, and a level for its colour and icon.

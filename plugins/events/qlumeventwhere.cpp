@@ -331,7 +331,10 @@ UaContentFilter qlumWhereClause(const QlumEventConditions& conditions, std::vect
 bool qlumMeets(const QlumEvent& event, const QlumEventConditions& conditions,
                const std::function<bool(const UaNodeId& type, const UaNodeId& base)>& derives)
 {
-    if (conditions.empty() || event.isRefreshEvent())
+    // lost events are told whatever was asked for, and an alarm that has ended must not stay in the list
+    const bool endsCondition = !event.conditionId().isNull() && event.is(QlumField::Retain, false);
+    if (conditions.empty() || event.isRefreshEvent() || endsCondition ||
+        event.eventType().isNumeric(OpcUaId_EventQueueOverflowEventType))
         return true;
     return meets(*ConditionReader(conditions).read(), event, conditions, derives);
 }

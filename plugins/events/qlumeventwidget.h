@@ -212,4 +212,5 @@ private:
     std::deque<Question> m_questions;
     std::map<unsigned int, UaStatus> m_refreshFaults; ///< of servers that did not refresh
     UaByteString m_shownEvent;                        ///< of the alarm whose details are shown
+    int m_detailsRequest = 0;                         ///< counts what showDetails() was asked for
 };

@@ -379,6 +379,7 @@ void QlumEventWidget::followAlarm()
 // The first question about a structure may load the definitions of a whole server, for which nobody waits.
 void QlumEventWidget::showDetails(const QlumEvent* event)
 {
+    const int request = ++m_detailsRequest; // what was asked for before belongs to another event
     if (!event) {
         m_details->clear();
         return;
@@ -398,15 +399,12 @@ void QlumEventWidget::showDetails(const QlumEvent* event)
     m_details->setEvent(fields, unknown.empty() ? dictionary : nullptr);
     if (unknown.empty() || !services)
         return;
-    const QModelIndex shown =
-        m_tabs->currentIndex() == 1 ? m_alarmView->currentIndex() : m_logView->currentIndex();
-    const QPersistentModelIndex still(shown);
     m_items->call(event->serverId, tr("Reading type definitions"),
-                  [this, unknown, dictionary, fields, still](QlumSessionServices*) {
+                  [this, unknown, dictionary, fields, request](QlumSessionServices*) {
                       for (const UaNodeId& id : unknown)
                           static_cast<void>(dictionary->structureDefinition(id));
-                      return [this, dictionary, fields, still] {
-                          if (still == m_logView->currentIndex() || still == m_alarmView->currentIndex())
+                      return [this, dictionary, fields, request] {
+                          if (request == m_detailsRequest)
                               m_details->setEvent(fields, dictionary);
                       };
                   });
@@ -419,6 +417,8 @@ void QlumEventWidget::sessionStatusChanged(unsigned int serverId, QlumConnection
 {
     m_items->sessionStatusChanged(serverId, status, namespaces);
     const bool isUp = m_items->isUp(serverId);
+    if (!isUp)
+        m_log->giveUpRefresh(serverId);
     if (isUp || !m_alarms->offlineSince(serverId).isValid())
         m_alarms->setOffline(serverId, isUp ? QDateTime() : QDateTime::currentDateTime());
     if (serverId == m_shownServer && isUp)
@@ -434,6 +434,7 @@ void QlumEventWidget::sessionRemoved(unsigned int serverId)
             closeDialog(key);
     std::erase_if(m_questions, [&](const Question& one) { return one.serverId == serverId; });
     m_items->sessionRemoved(serverId);
+    m_log->giveUpRefresh(serverId);
     m_alarms->sessionRemoved(serverId);
     m_refreshFaults.erase(serverId);
     if (m_shownServer == serverId)
@@ -469,9 +470,10 @@ void QlumEventWidget::updateOffline()
 
 void QlumEventWidget::refreshAnswered(unsigned int serverId, const UaStatus& status)
 {
-    if (status.isBad())
+    if (status.isBad()) {
         m_refreshFaults[serverId] = status;
-    else
+        m_log->giveUpRefresh(serverId);
+    } else
         m_refreshFaults.erase(serverId);
     updateOffline();
 }

@@ -1,5 +1,6 @@
 #include <plugins/performance/qlumperformancework.h>
 
+#include <app/api/qlumdiscoverysecurity.h>
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumstatuswords.h>
@@ -189,7 +190,8 @@ UaStatus endpointsOf(const UaString& url, QlumJob& job, std::vector<QlumOfferedE
     job.whenCancelled([discovery] { discovery->cancel(); });
     UaEndpointDescriptions endpoints;
     QlumSessionServices::Settings settings = job.serviceSettings();
-    const UaStatus status = discovery->getEndpoints(settings, url, {}, endpoints);
+    const UaStatus status =
+        discovery->getEndpoints(settings, url, qlumDiscoverySecurity(toQString(url)), endpoints);
     std::set<QString> texts; // transports of one security are one here
     for (const OpcUa_EndpointDescription& endpoint : endpoints) {
         QlumOfferedEndpoint offer;

@@ -43,14 +43,17 @@ take() { # NAME PALETTE SCALE LANGUAGE WINDOW
     montage "$folder"/*.png -label '%t' -tile 3x3 -geometry 1000x700+6+6 "$target/sheet-$1-%02d.png"
 }
 
-# Few colours and pixels: they are part of the program.
+# Few colours and pixels: they are part of the program. Of a window with a document only the document, which is
+# between the docks.
 take_for_manual() {
-    local page words
-    take manual Light 100 en 1200x800
+    local page words crop
+    take manual Light 100 en 1700x900
     mkdir -p "$MANUAL_PICTURES"
     for page in "${PAGES[@]}"; do
         read -ra words <<<"$page"
-        convert "$target/manual/${words[1]}.png" -resize '720x720>' -dither None -colors 64 \
+        crop=()
+        [[ "${words[1]}" != document-* ]] || crop=(-crop 960x580+304+62 +repage)
+        convert "$target/manual/${words[1]}.png" "${crop[@]}" -resize '720x720>' -dither None -colors 64 \
             -define png:exclude-chunks=date,time "PNG8:$MANUAL_PICTURES/${words[0]}.png"
     done
 }

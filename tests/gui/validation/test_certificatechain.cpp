@@ -252,12 +252,13 @@ TEST_F(CertificateChain, ThousandsOfTrustedCertificatesTakeLessThanASecond)
     constexpr int files = 5000;
 #endif
     Recipe recipe = flawless();
+    Der own; // the last one: made anew it would be another when a second has passed
     for (int i = 0; i < files; ++i) {
         recipe.name = numbered("Plc ", i);
         recipe.serial = i + 1;
-        put("trusted", numbered("", i, ".der"), testcertificates::make(recipe));
+        own = testcertificates::make(recipe);
+        put("trusted", numbered("", i, ".der"), own);
     }
-    const Der own = testcertificates::make(recipe);
     const std::clock_t begin = std::clock();
     EXPECT_EQ(resultOf(bytes(own)), OpcUa_Good);
     EXPECT_LT(double(std::clock() - begin) / CLOCKS_PER_SEC, 1.0) << "processor seconds";
