@@ -2,6 +2,7 @@
 #include <app/api/qlumjobpool.h>
 #include <app/api/qlumlog.h>
 #include <opcua/opcua_attributes.h>
+#include <opcua/opcua_identifiers.h>
 #include <plugins/events/qlumbrowsepath.h>
 #include <plugins/events/qlumdetailsmodel.h>
 #include <plugins/events/qlumevent.h>
@@ -281,6 +282,9 @@ TEST_F(EventFields, AreAskedForByConditionsThatServerAndProgramReadAlike)
     EXPECT_TRUE(meets(makeAlarm(1, {{"Message", textVariant("too cold")}})));
     EXPECT_FALSE(meets(makeAlarm(1, {{"Message", textVariant("it is hot!")}})));
     EXPECT_TRUE(meets(makeSimple(refreshEnd))); // or a refresh would never end
+    EXPECT_TRUE(meets(makeSimple(OpcUaId_EventQueueOverflowEventType)));
+    EXPECT_TRUE(meets(makeAlarm(1, {{"Message", textVariant("it is hot!")}, {"Retain", UaVariant(false)}})))
+        << "or it would stay in the list";
     EXPECT_EQ(qlumReadConditions(qlumStoredConditions(all)), all);
     // severe and (from the boiler, or a condition that does not say hot)
     QlumEventConditions bracketed = all;
