@@ -102,7 +102,7 @@ TEST_F(StagedOnDemoServer, ValuesOfAllKindsAreCheckedWrittenReadBackAndReverted)
     trigger("discardAllStaged");
     rows->selectRow(0);
     paste("3", "pasteNewValues");
-    ASSERT_TRUE(waitForColumn(staged, Check, {""}));
+    ASSERT_TRUE(waitForColumn(staged, Check, {""})) << column(staged, Check).join("; ").toStdString();
     trigger("writeStaged");
     ASSERT_TRUE(waitForColumn(staged, Result, {"Written"}));
     EXPECT_EQ(column(staged, Old).first(), old.first()) << "the revert had put it back";
