@@ -23,11 +23,14 @@
 #include <QModelIndex>
 #include <QPersistentModelIndex>
 #include <QPoint>
+#include <QRegularExpression>
+#include <QRegularExpressionMatch>
 #include <QScrollBar>
 #include <QString>
 #include <QTimer>
 #include <QWidget>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -308,9 +311,29 @@ void QlumAttributeView::restoreBranch(const QModelIndex& parent, const QString& 
             setCurrentIndex(index);
         if (!m_expanded.contains(own) || !m_attributes->hasChildren(index))
             continue;
+        // elements of arrays come in portions
+        const int wanted = lastWantedElement(own);
+        while (m_attributes->rowCount(index) <= wanted && m_attributes->canFetchMore(index))
+            m_attributes->fetchMore(index);
         expand(index);
         restoreBranch(index, own);
     }
+}
+
+int QlumAttributeView::lastWantedElement(const QString& array) const
+{
+    static const QRegularExpression element(QStringLiteral("^/\\[(\\d{1,6})\\]"));
+    int last = -1;
+    const auto look = [&](const QString& path) {
+        if (!path.startsWith(array))
+            return;
+        if (const QRegularExpressionMatch match = element.match(path.mid(array.size())); match.hasMatch())
+            last = std::max(last, match.captured(1).toInt());
+    };
+    look(m_current);
+    for (const QString& path : m_expanded)
+        look(path);
+    return last;
 }
 
 // An array's last row in sight calls for the next ones.

@@ -76,6 +76,8 @@ private:
     void saveState();
     void restoreState();
     void restoreBranch(const QModelIndex& parent, const QString& path);
+    /// The highest element of the array that was selected or open, -1 for none.
+    [[nodiscard]] int lastWantedElement(const QString& array) const;
     bool showInDocument(const QModelIndex& index);
     void editElsewhere(const QModelIndex& index, EditTrigger trigger);
     void leaveEditor();

@@ -239,6 +239,10 @@ QVariant QlumParameterModel::cell(const QlumParameterRow& row, int column, int r
     case Qt::EditRole:
     case Qt::UserRole:
         return column == Value ? QVariant::fromValue(shown(row)) : QVariant();
+    case DictionaryRole:
+        return QVariant::fromValue(contextOf(row).dictionary.get());
+    case DataTypeRole:
+        return QVariant::fromValue(contextOf(row).dataType);
     case Qt::ToolTipRole:
         if (column == Access && !contextOf(row).accessFault.isEmpty())
             return qlumPlainToolTip(contextOf(row).accessFault);

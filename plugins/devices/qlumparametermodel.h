@@ -1,4 +1,5 @@
 #pragma once
+#include <app/api/qlummodelinterface.h>
 #include <plugins/devices/qlumdeviceclient.h>
 #include <plugins/devices/qlumdevicedata.h>
 #include <uabase/values/uadatavalue.h>
@@ -27,12 +28,17 @@ struct QlumParameterRow
 };
 
 /// The parameters of a device, edited as a set: changed cells wait until all are written in one go.
-class QlumParameterModel : public QlumTableModel<QlumParameterRow>
+class QlumParameterModel : public QlumTableModel<QlumParameterRow>, public QlumModelInterface
 {
     Q_OBJECT
 public:
     /// In the order of the construction.
     enum Column { Name, Value, Unit, State, Groups, Range, Access, Default, ColumnCount };
+    /// Besides Qt::UserRole, which is the value as a UaVariant.
+    enum Role {
+        DictionaryRole = Qt::UserRole + 2, ///< UaDataTypeDictionary*; the context of the row keeps it
+        DataTypeRole = Qt::UserRole + 4    ///< UaNodeId: of the parameter
+    };
 
     explicit QlumParameterModel(QObject* parent = nullptr);
 

@@ -97,7 +97,7 @@ void QlumMonitoredItemModel::stopHistory()
 {
     if (const std::shared_ptr<HistoryRun> run = std::exchange(m_history, nullptr))
         for (const auto& [serverId, ticket] : run->tickets)
-            m_pools->of(serverId).giveUp(ticket);
+            m_pools->ofHistory(serverId).giveUp(ticket);
 }
 
 void QlumMonitoredItemModel::readEventHistory(const QDateTime& start, const QDateTime& end)
@@ -157,7 +157,7 @@ void QlumMonitoredItemModel::readEventHistory(const QDateTime& start, const QDat
         };
         run->tickets.emplace_back(
             node.serverId,
-            m_pools->of(node.serverId).add({tr("Reading event history"), node.serverId}, read, ended));
+            m_pools->ofHistory(node.serverId).add({tr("Reading event history"), node.serverId}, read, ended));
     }
     if (rowCount() == 0)
         emit historyEnded();

@@ -26,7 +26,7 @@ bool QlumCallCheck::hasInputs() const
 }
 
 QlumMeasuredArgumentsDialog::QlumMeasuredArgumentsDialog(const QlumCallCheck& check, QWidget* parent)
-    : QDialog(parent), m_fault(new QLabel)
+    : QDialog(parent), QlumEditorStore(QStringLiteral("QlumMeasuredArgumentsDialog")), m_fault(new QLabel)
 {
     setObjectName(QStringLiteral("measuredArgumentsDialog"));
     setWindowTitle(tr("Arguments"));
@@ -41,6 +41,7 @@ QlumMeasuredArgumentsDialog::QlumMeasuredArgumentsDialog(const QlumCallCheck& ch
         std::vector<UaVariant> values =
             i < check.plan.arguments.size() ? check.plan.arguments[i] : std::vector<UaVariant>();
         for (std::size_t at = 0; at < inputs.size(); ++at) {
+            inputs[at].context.settings = this;
             inputs[at].context.browseNode = qlumNodeChoice(check.plan.serverId);
             if (at >= values.size())
                 values.push_back(qlumDefaultValue(inputs[at].context));

@@ -2,6 +2,7 @@
 #pragma once
 #include <plugins/performance/qlummeasurement.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumeditorstore.h>
 #include <uawidgets/editors/qlummethodarguments.h>
 
 #include <QDialog>
@@ -25,7 +26,7 @@ struct QlumCallCheck
 };
 
 /// Asks for the arguments of methods, which are the same for each call. Accepted when all can be sent.
-class QlumMeasuredArgumentsDialog : public QDialog
+class QlumMeasuredArgumentsDialog : public QDialog, public QlumEditorStore
 {
     Q_OBJECT
 public:

@@ -121,15 +121,7 @@ private:
 class DeviceSeatsOnDemoServer : public WithOwnCertificate
 {
 protected:
-    DeviceSeatsOnDemoServer()
-    {
-        for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout",
-                                "General.WatchdogTime", "General.WatchdogTimeout"})
-            application.settings[key] = 20000u;
-        application.settings["General.SessionTimeout"] = 1200000.0;
-        application.settings["General.SecureChannelLifetime"] = 3600000u;
-        application.settings["General.TypeDictionaryMode"] = "Manual";
-    }
+    DeviceSeatsOnDemoServer() { application.setPatience(); }
     void SetUp() override { ASSERT_FALSE(demoserver::endpointUrl().empty()); }
 
     StubApplication application;

@@ -84,12 +84,7 @@ class PushOnDemoServer : public WithOwnCertificate
 protected:
     PushOnDemoServer()
     {
-        for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout",
-                                "General.WatchdogTime", "General.WatchdogTimeout"})
-            application.settings[key] = 20000u;
-        application.settings["General.SessionTimeout"] = 1200000.0;
-        application.settings["General.SecureChannelLifetime"] = 3600000u;
-        application.settings["General.TypeDictionaryMode"] = "Manual";
+        application.setPatience();
         setting.displayName = "Plant";
         setting.sessionName = "push test";
         setting.role = QlumServerRole::Commission;

@@ -37,12 +37,7 @@ class SecureClient : public WithOwnCertificate
 protected:
     SecureClient()
     {
-        for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout",
-                                "General.WatchdogTime", "General.WatchdogTimeout"})
-            application.settings[key] = 20000u;
-        application.settings["General.SessionTimeout"] = 1200000.0;
-        application.settings["General.SecureChannelLifetime"] = 3600000u;
-        application.settings["General.TypeDictionaryMode"] = "Manual";
+        application.setPatience();
         setting.endpoint.url = QString::fromStdString(demoserver::endpointUrl());
         setting.displayName = "Plant";
         setting.sessionName = "secure client test";

@@ -38,6 +38,17 @@ public:
         setInstance(nullptr);
     }
 
+    /// Sessions that wait for a server on a busy machine, and ask it for no types.
+    void setPatience()
+    {
+        for (const char* key : {"General.ConnectTimeout", "General.PublishTimeout", "General.CallTimeout",
+                                "General.WatchdogTime", "General.WatchdogTimeout"})
+            settings[key] = 20000u;
+        settings["General.SessionTimeout"] = 1200000.0;
+        settings["General.SecureChannelLifetime"] = 3600000u;
+        settings["General.TypeDictionaryMode"] = "Manual";
+    }
+
     struct Entry
     {
         int level;

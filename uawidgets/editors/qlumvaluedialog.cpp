@@ -17,7 +17,6 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
-#include <QSettings>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QString>
@@ -59,9 +58,9 @@ QString declaredText(const QlumValueContext& context)
 } // namespace
 
 QlumValueDialog::QlumValueDialog(QlumValueContext context, QWidget* parent, const QString& settingsGroup)
-    : QlumBaseWidget(settingsGroup, parent), m_context(std::move(context)), m_heading(new QLabel(this)),
-      m_declared(new QLabel(this)), m_tabs(new QTabWidget(this)), m_icon(new QLabel(this)),
-      m_state(new QLabel(this)), m_buttons(new QDialogButtonBox(this))
+    : QlumBaseWidget(settingsGroup, parent), QlumEditorStore(settingsGroup), m_context(std::move(context)),
+      m_heading(new QLabel(this)), m_declared(new QLabel(this)), m_tabs(new QTabWidget(this)),
+      m_icon(new QLabel(this)), m_state(new QLabel(this)), m_buttons(new QDialogButtonBox(this))
 {
     setWindowTitle(tr("Value"));
     if (!m_context.settings)
@@ -272,30 +271,4 @@ void QlumValueDialog::accept()
         return QlumBaseWidget::accept();
     showState();
     say(refusal, true);
-}
-
-// ---- settings of the editors
-
-void* QlumValueDialog::openSettingsStore()
-{
-    auto* settings = new QSettings;
-    settings->beginGroup(settingsGroup());
-    settings->beginGroup(QStringLiteral("Editors"));
-    return settings;
-}
-
-void QlumValueDialog::closeSettingsStore(void* handle)
-{
-    delete static_cast<QSettings*>(handle);
-}
-
-QVariant QlumValueDialog::loadSetting(void* handle, const QString& key)
-{
-    return handle ? static_cast<QSettings*>(handle)->value(key) : QVariant();
-}
-
-void QlumValueDialog::storeSetting(void* handle, const QString& key, const QVariant& value)
-{
-    if (handle)
-        static_cast<QSettings*>(handle)->setValue(key, value);
 }

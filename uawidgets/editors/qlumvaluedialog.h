@@ -1,6 +1,6 @@
 #pragma once
-#include <app/api/qlumsettingscbinterface.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumeditorstore.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/editors/qlumvaluepage.h>
 #include <uawidgets/qlumbasewidget.h>
@@ -20,7 +20,7 @@ class QlumValueWidget;
 /// Edits one value of any type in a window, by fields or as JSON text. What is wrong or unusual with it is
 /// said while the user types; what the server will refuse by its own data is sent on the second Enter.
 /// Runs modal by exec(), or beside others by show(). GUI thread.
-class QlumValueDialog : public QlumBaseWidget, public QlumSettingsCBInterface
+class QlumValueDialog : public QlumBaseWidget, public QlumEditorStore
 {
     Q_OBJECT
 public:
@@ -48,12 +48,6 @@ public:
 
     /// Checks, warns, has the value sent and closes; what prevents that is said in the dialog.
     void accept() override;
-
-    // ---- settings of the editors
-    void* openSettingsStore() override;
-    void closeSettingsStore(void* handle) override;
-    QVariant loadSetting(void* handle, const QString& key) override;
-    void storeSetting(void* handle, const QString& key, const QVariant& value) override;
 
 private:
     void makeTabs();

@@ -382,6 +382,32 @@ TEST_F(AttributePlugin, LoadedTypesDecodeWhatIsShownAndKeepItsPlace)
     EXPECT_EQ(view()->currentIndex().siblingAtColumn(1), value());
 }
 
+TEST_F(AttributePlugin, AnElementOfALongArrayStaysSelectedOverARefresh)
+{
+    UaVariant many;
+    ASSERT_EQ(many.setArray(OpcUaType_Int32, std::vector<UaVariant>(3000, UaVariant(OpcUa_Int32{7}))),
+              OpcUa_Good);
+    services->attributes[{node(1), OpcUa_Attributes_Value}] = many;
+    select(1);
+    ASSERT_TRUE(waitFor(1));
+    auto& model = *plugin.model();
+    const auto value = [&] { return model.index(0, 0, model.index(7, 0)); };
+    const auto readAgain = [&] {
+        services->journal.clear();
+        action("refresh")->trigger();
+        return QTest::qWaitFor([&] { return !services->journal.isEmpty() && model.rowCount(value()) > 0; });
+    };
+    view()->expand(value());
+    while (model.rowCount(value()) < 2000)
+        model.fetchMore(value());
+    view()->setCurrentIndex(model.index(1500, 0, value()));
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(readAgain());
+        EXPECT_EQ(view()->currentIndex(), model.index(1500, 0, value()));
+        EXPECT_EQ(view()->currentIndex().data().toString(), "[1500]");
+    }
+}
+
 TEST_F(AttributePlugin, LoadedTypesReadNothingThatNobodyWaitsFor)
 {
     plugin.dataTypesLoaded(5); // nothing is shown
