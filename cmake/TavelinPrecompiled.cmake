@@ -16,12 +16,15 @@ function(_tavelin_add_precompiled name header)
     target_precompile_headers(precompiled_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled/${header}.h)
 endfunction()
 
-_tavelin_add_precompiled(qt qt LINK Qt5::Widgets)
+_tavelin_add_precompiled(qt qt LINK Qt5::Widgets OPTIONS ${TAVELIN_QT_OPTIONS})
 _tavelin_add_precompiled(test test LINK GTest::gtest GTest::gmock OPTIONS ${TAVELIN_TEST_OPTIONS})
 _tavelin_add_precompiled(guitest guitest LINK Qt5::Widgets Qt5::Test GTest::gtest GTest::gmock
-    OPTIONS ${TAVELIN_TEST_OPTIONS})
+    OPTIONS ${TAVELIN_TEST_OPTIONS} ${TAVELIN_QT_OPTIONS})
 
 # tavelin_use_precompiled(<target> qt|test|guitest)
 function(tavelin_use_precompiled target name)
     target_precompile_headers(${target} REUSE_FROM precompiled_${name})
+    if(NOT name STREQUAL "test")
+        target_compile_options(${target} PRIVATE ${TAVELIN_QT_OPTIONS})
+    endif()
 endfunction()

@@ -11,8 +11,9 @@ stage_tidy() { tools/dev/lint.sh --tidy; } # over what the branch changed: nothi
 
 # Of the release build the program, the benchmarks and what ./dev soak runs for hours: the tests run sanitized, and
 # building them twice would show nothing new. These must be built, since the optimiser's warnings are errors as
-# well, and since no other build compiles each file alone. The program is then started the way the README says.
+# well. The program is then started the way the README says.
 stage_program() {
+    configure_whole release
     build release tavelin benchmarks soak_session soak_disconnects
     tools/dev/run.sh --shot "$LOGS/main-window.png"
 }

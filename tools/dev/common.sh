@@ -41,6 +41,13 @@ configure() { # PRESET
     [ -f "build/$1/build.ninja" ] || cmake --preset "$1" >&2
 }
 
+# For a tree that is made from nothing, and not to edit in: with several sources at a time it takes half as long, but a
+# source that was edited takes its neighbours along. A tree that is there already stays as it is.
+configure_whole() { # PRESET
+    [ -f "build/$1/build.ninja" ] ||
+        cmake --preset "$1" -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=8 >&2
+}
+
 # Builds the targets, or everything.
 build() { # PRESET [TARGET...]
     local preset=$1

@@ -122,6 +122,7 @@ run_on_display() {
 
 parse "$@"
 tools/dev/setup.sh
+configure_whole release
 build release tavelin
 mkdir -p "$DEMO"
 trap clean_up EXIT
