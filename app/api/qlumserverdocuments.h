@@ -1,4 +1,4 @@
-// The open documents of a plugin that each follow the project's selected server.
+// The open documents of a plugin, and what the project has told of its servers.
 #pragma once
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
@@ -8,7 +8,8 @@
 #include <QPointer>
 
 /// Tells them what the project tells the plugin; the last of it also to a new one. A document has
-/// serverSelectionChanged(), sessionStatusChanged() and sessionRemoved(), and may go at any time.
+/// sessionStatusChanged(), with the map of namespaces or without it, sessionRemoved(), and, when it follows
+/// the project's selected server, serverSelectionChanged(). It may go at any time.
 template <typename Document>
 class QlumServerDocuments
 {
@@ -17,8 +18,8 @@ public:
     void add(Document* document)
     {
         for (auto state = m_states.cbegin(); state != m_states.cend(); ++state)
-            document->sessionStatusChanged(state.key(), state.value());
-        document->serverSelectionChanged(m_selected);
+            tellStatus(*document, state.key(), state.value(), {});
+        tellSelection(*document);
         m_documents.append(document);
     }
 
@@ -46,14 +47,17 @@ public:
     {
         m_selected = serverId;
         for (Document* const document : open())
-            document->serverSelectionChanged(serverId);
+            tellSelection(*document);
     }
-    /// Of any server.
-    void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status)
+    /// Of any server; the map is that of QlumAppEventInterface::sessionStatusChanged().
+    void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status, const NamespaceMap& map)
     {
-        m_states.insert(serverId, status);
+        // for whoever comes later the session that is new to the others is just the one there is
+        m_states.insert(serverId, status == QlumConnectionStatus::NewSessionCreated
+                                      ? QlumConnectionStatus::Connected
+                                      : status);
         for (Document* const document : open())
-            document->sessionStatusChanged(serverId, status);
+            tellStatus(*document, serverId, status, map);
     }
     /// The server is of the project no more.
     void sessionRemoved(unsigned int serverId)
@@ -66,6 +70,20 @@ public:
     }
 
 private:
+    void tellSelection([[maybe_unused]] Document& document)
+    {
+        if constexpr (requires { document.serverSelectionChanged(m_selected); })
+            document.serverSelectionChanged(m_selected);
+    }
+    void tellStatus(Document& document, unsigned int serverId, QlumConnectionStatus status,
+                    [[maybe_unused]] const NamespaceMap& map)
+    {
+        if constexpr (requires { document.sessionStatusChanged(serverId, status, map); })
+            document.sessionStatusChanged(serverId, status, map);
+        else
+            document.sessionStatusChanged(serverId, status);
+    }
+
     QList<QPointer<Document>> m_documents;
     QHash<unsigned int, QlumConnectionStatus> m_states;
     unsigned int m_selected = qlumNoServer;

@@ -9,13 +9,13 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QStandardPaths>
+#include <QStringList>
+#include <QWidget>
 
 #include <utility>
 #include <vector>
 
 namespace {
-const QString devicesViewType = QStringLiteral("Devices View");
-
 std::vector<QlumParameterDifference> chooseDifferences(QWidget* parent, const QString& heading,
                                                        const QString& otherTitle,
                                                        std::vector<QlumParameterDifference> differences,
@@ -51,95 +51,39 @@ QlumDeviceWorld deviceWorld()
 }
 } // namespace
 
-QlumDevicesPlugin::QlumDevicesPlugin() : m_selected(qlumNoServer)
+QlumDevicesPlugin::QlumDevicesPlugin()
+    : QlumDocumentPlugin(QStringLiteral("QlumDevicesPlugin"), QStringLiteral("UA Devices Plugin"),
+                         QStringLiteral("Devices View"))
 {
-    setObjectName(QStringLiteral("QlumDevicesPlugin"));
 }
 
 QlumDevicesPlugin::~QlumDevicesPlugin() = default;
 
-void QlumDevicesPlugin::init(QlumApplicationInterface* app)
+void QlumDevicesPlugin::begin()
 {
-    m_app = app;
     m_pools = std::make_shared<QlumDevicePools>();
 }
 
-void QlumDevicesPlugin::shutdown()
+void QlumDevicesPlugin::end()
 {
-    for (QlumDevicesView* const document : documents())
-        delete document; // whoever has kept one: what it calls ends here
     m_pools.reset();
-    m_app = nullptr;
 }
 
-QString QlumDevicesPlugin::name()
+QlumDevicesView* QlumDevicesPlugin::makeDocument(QlumApplicationInterface& app)
 {
-    return QStringLiteral("UA Devices Plugin");
+    return new QlumDevicesView(app, m_pools, qlumApplicationServices(), qlumApplicationMonitoring(),
+                               deviceWorld());
 }
 
-// ---- documents
-
-QStringList QlumDevicesPlugin::documentTypes()
+QString QlumDevicesPlugin::documentText() const
 {
-    return {devicesViewType};
-}
-
-QWidget* QlumDevicesPlugin::createDocument(const QString& type)
-{
-    if (type != devicesViewType || !m_app)
-        return nullptr;
-    auto* document = new QlumDevicesView(*m_app, m_pools, qlumApplicationServices(),
-                                         qlumApplicationMonitoring(), deviceWorld());
-    for (auto state = m_states.cbegin(); state != m_states.cend(); ++state)
-        document->sessionStatusChanged(state.key(), state.value());
-    document->serverSelectionChanged(m_selected);
-    m_documents.append(document);
-    return document;
-}
-
-QString QlumDevicesPlugin::description(const QString& type)
-{
-    return type == devicesViewType
-               ? tr("<b>Devices View</b><br>Shows the devices of a server with their health, nameplates, "
-                    "parameters, methods and documents, and configures them.")
-               : QString();
-}
-
-QList<QlumDevicesView*> QlumDevicesPlugin::documents()
-{
-    m_documents.removeAll(QPointer<QlumDevicesView>());
-    QList<QlumDevicesView*> open;
-    for (const QPointer<QlumDevicesView>& document : qAsConst(m_documents))
-        open.append(document);
-    return open;
-}
-
-// ---- servers
-
-void QlumDevicesPlugin::serverSelectionChanged(unsigned int serverId)
-{
-    m_selected = serverId;
-    for (QlumDevicesView* const document : documents())
-        document->serverSelectionChanged(serverId);
-}
-
-void QlumDevicesPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
-                                             const NamespaceMap&)
-{
-    m_states.insert(serverId, status == QlumConnectionStatus::NewSessionCreated
-                                  ? QlumConnectionStatus::Connected
-                                  : status);
-    for (QlumDevicesView* const document : documents())
-        document->sessionStatusChanged(serverId, status);
+    return tr("<b>Devices View</b><br>Shows the devices of a server with their health, nameplates, "
+              "parameters, methods and documents, and configures them.");
 }
 
 void QlumDevicesPlugin::sessionRemoved(unsigned int serverId)
 {
-    m_states.remove(serverId);
-    if (m_selected == serverId)
-        m_selected = qlumNoServer;
-    for (QlumDevicesView* const document : documents())
-        document->sessionRemoved(serverId);
+    QlumDocumentPlugin::sessionRemoved(serverId);
     m_pools->work.endServer(serverId);
     m_pools->locks.endServer(serverId);
 }

@@ -1,70 +1,44 @@
 #include <plugins/events/qlumeventplugin.h>
 
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlummetatypes.h>
 #include <app/api/qlumsettingsregistry.h>
 #include <app/api/qlumtoolservices.h>
 #include <plugins/events/qlumeventpools.h>
 #include <plugins/events/qlumeventsettings.h>
 #include <plugins/events/qlumeventtypes.h>
-#include <plugins/events/qlumeventwidget.h>
+#include <uabase/values/uanodeid.h>
 
 #include <limits>
-#include <span>
 #include <utility>
-
-namespace {
-const QString documentType = QStringLiteral("Event View");
-} // namespace
 
 QlumEventPlugin::QlumEventPlugin() : QlumEventPlugin(qlumApplicationServices()) {}
 
-QlumEventPlugin::QlumEventPlugin(QlumSessionServicesProvider services) : m_services(std::move(services))
+QlumEventPlugin::QlumEventPlugin(QlumSessionServicesProvider services)
+    : QlumDocumentPlugin(QStringLiteral("QlumEventPlugin"), QStringLiteral("UA Events Plugin"),
+                         QStringLiteral("Event View")),
+      m_services(std::move(services))
 {
-    setObjectName(QStringLiteral("QlumEventPlugin"));
 }
 
 QlumEventPlugin::~QlumEventPlugin() = default;
 
-void QlumEventPlugin::init(QlumApplicationInterface* app)
+void QlumEventPlugin::begin()
 {
-    m_app = app;
     qlumRegisterMetaTypes();
     registerSettings();
     m_pools = std::make_shared<QlumEventPools>();
     m_types = std::make_unique<QlumEventTypes>(m_services);
-    takeNotifiers();
-}
-
-void QlumEventPlugin::shutdown()
-{
-    for (QlumEventWidget* const document : documents())
-        delete document; // whoever has kept one: what it calls ends here
-    m_types.reset();
-    m_pools.reset();
-    m_app = nullptr;
-}
-
-QString QlumEventPlugin::name()
-{
-    return QStringLiteral("UA Events Plugin");
-}
-
-void QlumEventPlugin::takeNotifiers()
-{
-    QlumToolServices* const services = QlumToolServices::instance();
-    if (!services)
-        return;
-    QlumNodeTaker taker;
-    taker.documentType = documentType;
-    taker.accepts = [](const QlumToolNode& node) {
+    takeNodes(&QlumEventWidget::addNotifiers, [](const QlumToolNode& node) {
         return node.nodeClass == OpcUa_NodeClass_Object || node.nodeClass == OpcUa_NodeClass_View ||
                node.nodeClass == OpcUa_NodeClass_Unspecified;
-    };
-    taker.add = [](QWidget* document, std::span<const QlumToolNode> nodes) {
-        if (auto* const view = qobject_cast<QlumEventWidget*>(document))
-            view->addNotifiers(nodes);
-    };
-    services->takeNodes(this, taker);
+    });
+}
+
+void QlumEventPlugin::end()
+{
+    m_types.reset();
+    m_pools.reset();
 }
 
 void QlumEventPlugin::registerSettings()
@@ -113,39 +87,17 @@ void QlumEventPlugin::registerSettings()
 
 // ---- documents
 
-QStringList QlumEventPlugin::documentTypes()
+QlumEventWidget* QlumEventPlugin::makeDocument(QlumApplicationInterface& app)
 {
-    return {documentType};
+    return new QlumEventWidget(app, *m_types, m_pools, m_services);
 }
 
-QWidget* QlumEventPlugin::createDocument(const QString& type)
+QString QlumEventPlugin::documentText() const
 {
-    if (type != documentType || !m_app)
-        return nullptr;
-    auto* document = new QlumEventWidget(*m_app, *m_types, m_pools, m_services);
-    for (auto state = m_states.cbegin(); state != m_states.cend(); ++state)
-        document->sessionStatusChanged(state.key(), state.value(), {});
-    m_documents.append(document);
-    return document;
-}
-
-QString QlumEventPlugin::description(const QString& type)
-{
-    if (type != documentType)
-        return {};
     return tr(
         "This document type can be used to subscribe to events and alarms of the UA server. It supports "
         "the selection of event fields and can acknowledge and confirm alarms. It also supports reading "
         "of historical event data for a given time period.");
-}
-
-QList<QlumEventWidget*> QlumEventPlugin::documents()
-{
-    m_documents.removeAll(QPointer<QlumEventWidget>());
-    QList<QlumEventWidget*> open;
-    for (const QPointer<QlumEventWidget>& document : qAsConst(m_documents))
-        open.append(document);
-    return open;
 }
 
 // ---- servers
@@ -153,18 +105,14 @@ QList<QlumEventWidget*> QlumEventPlugin::documents()
 void QlumEventPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
                                            const NamespaceMap& namespaceMap)
 {
-    m_states.insert(serverId, status);
     if (status == QlumConnectionStatus::NewSessionCreated || !namespaceMap.isEmpty())
         m_types->forget(serverId);
-    for (QlumEventWidget* const document : documents())
-        document->sessionStatusChanged(serverId, status, namespaceMap);
+    QlumDocumentPlugin::sessionStatusChanged(serverId, status, namespaceMap);
 }
 
 void QlumEventPlugin::sessionRemoved(unsigned int serverId)
 {
-    m_states.remove(serverId);
-    for (QlumEventWidget* const document : documents())
-        document->sessionRemoved(serverId);
+    QlumDocumentPlugin::sessionRemoved(serverId);
     m_types->sessionRemoved(serverId);
     m_pools->endServer(serverId);
 }

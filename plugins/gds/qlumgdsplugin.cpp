@@ -6,10 +6,9 @@
 #include <plugins/gds/qlumpushsigning.h>
 
 #include <QDialog>
+#include <QWidget>
 
 namespace {
-const QString gdsPushView = QStringLiteral("GDS View (Push Model)");
-
 QlumPushWorld pushWorld()
 {
     return {[] { return QlumCertificates::instance()->certificate(); }, &qlumAuthorityFolder,
@@ -21,69 +20,36 @@ QlumPushWorld pushWorld()
 } // namespace
 
 QlumGDSPlugin::QlumGDSPlugin()
+    : QlumDocumentPlugin(QStringLiteral("QlumGDSPlugin"), QStringLiteral("GDS Plugin"),
+                         QStringLiteral("GDS View (Push Model)"))
 {
-    setObjectName(QStringLiteral("QlumGDSPlugin"));
 }
 
 QlumGDSPlugin::~QlumGDSPlugin() = default;
 
-void QlumGDSPlugin::init(QlumApplicationInterface* app)
+void QlumGDSPlugin::begin()
 {
-    m_app = app;
     m_pools = std::make_shared<QlumServerPools>();
 }
 
-void QlumGDSPlugin::shutdown()
+void QlumGDSPlugin::end()
 {
-    m_documents.destroy();
     m_pools.reset();
-    m_app = nullptr;
 }
 
-QString QlumGDSPlugin::name()
+QlumPushView* QlumGDSPlugin::makeDocument(QlumApplicationInterface& app)
 {
-    return QStringLiteral("GDS Plugin");
+    return new QlumPushView(app, m_pools, qlumApplicationServices(), pushWorld());
 }
 
-// ---- documents
-
-QStringList QlumGDSPlugin::documentTypes()
+QString QlumGDSPlugin::documentText() const
 {
-    return {gdsPushView};
-}
-
-QWidget* QlumGDSPlugin::createDocument(const QString& type)
-{
-    if (type != gdsPushView || !m_app)
-        return nullptr;
-    auto* document = new QlumPushView(*m_app, m_pools, qlumApplicationServices(), pushWorld());
-    m_documents.add(document);
-    return document;
-}
-
-QString QlumGDSPlugin::description(const QString& type)
-{
-    return type == gdsPushView
-               ? tr("<b>GDS View (Push Model)</b><br>Manages the certificates and trust lists that a server "
-                    "keeps, through its configuration objects.")
-               : QString();
-}
-
-// ---- servers
-
-void QlumGDSPlugin::serverSelectionChanged(unsigned int serverId)
-{
-    m_documents.serverSelectionChanged(serverId);
-}
-
-void QlumGDSPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
-                                         const NamespaceMap&)
-{
-    m_documents.sessionStatusChanged(serverId, status);
+    return tr("<b>GDS View (Push Model)</b><br>Manages the certificates and trust lists that a server "
+              "keeps, through its configuration objects.");
 }
 
 void QlumGDSPlugin::sessionRemoved(unsigned int serverId)
 {
-    m_documents.sessionRemoved(serverId);
+    QlumDocumentPlugin::sessionRemoved(serverId);
     m_pools->endServer(serverId);
 }

@@ -1,27 +1,15 @@
 #include <plugins/history/qlumhistoryplugin.h>
 
 #include <app/api/qlumapplicationinterface.h>
-#include <app/api/qlumconnectionstatus.h>
-#include <app/api/qlumsessionservices.h>
 #include <app/api/qlumsettingsregistry.h>
 #include <app/api/qlumtoolservices.h>
 #include <plugins/history/qlumhistorysettings.h>
-#include <plugins/history/qlumtrendviewdocument.h>
 
-#include <QList>
-#include <QObject>
-#include <QPointer>
-#include <QString>
-#include <QStringList>
 #include <QWidget>
 
 #include <limits>
 #include <span>
 #include <utility>
-
-namespace {
-const QString trendView = QStringLiteral("History Trend View");
-}
 
 QlumHistoryPlugin::QlumHistoryPlugin()
     : QlumHistoryPlugin(qlumApplicationServices(), qlumApplicationMonitoring())
@@ -29,46 +17,33 @@ QlumHistoryPlugin::QlumHistoryPlugin()
 }
 
 QlumHistoryPlugin::QlumHistoryPlugin(QlumSessionServicesProvider services, QlumMonitoringProvider monitoring)
-    : m_services(std::move(services)), m_monitoring(std::move(monitoring))
+    : QlumDocumentPlugin(QStringLiteral("QlumHistoryPlugin"), QStringLiteral("UA History Plugin"),
+                         QStringLiteral("History Trend View")),
+      m_services(std::move(services)), m_monitoring(std::move(monitoring))
 {
-    setObjectName(QStringLiteral("QlumHistoryPlugin"));
 }
 
-void QlumHistoryPlugin::init(QlumApplicationInterface* app)
+void QlumHistoryPlugin::begin()
 {
-    m_app = app;
     registerSettings();
-    if (QlumToolServices* tools = QlumToolServices::instance()) {
-        QlumNodeTaker taker;
-        taker.documentType = trendView;
-        taker.accepts = [](const QlumToolNode& node) {
-            return node.nodeClass == OpcUa_NodeClass_Variable ||
-                   node.nodeClass == OpcUa_NodeClass_Unspecified;
-        };
-        taker.add = [](QWidget* document, std::span<const QlumToolNode> nodes) {
-            if (auto* view = qobject_cast<QlumTrendViewDocument*>(document))
-                view->addNodes(nodes);
-        };
-        tools->takeNodes(this, taker);
-        QlumSampleTaker samples;
-        samples.documentType = trendView;
-        samples.show = [](QWidget* document, std::span<const QlumToolCurve> curves) {
-            if (auto* view = qobject_cast<QlumTrendViewDocument*>(document))
-                view->showSamples(curves);
-        };
-        tools->takeSamples(this, samples);
-    }
+    takeNodes(&QlumTrendViewDocument::addNodes, [](const QlumToolNode& node) {
+        return node.nodeClass == OpcUa_NodeClass_Variable || node.nodeClass == OpcUa_NodeClass_Unspecified;
+    });
+    takeSamples();
 }
 
-void QlumHistoryPlugin::shutdown()
+void QlumHistoryPlugin::takeSamples()
 {
-    m_documents.clear(); // they belong to the application's window, and have gone with the project
-    m_app = nullptr;
-}
-
-QString QlumHistoryPlugin::name()
-{
-    return QStringLiteral("UA History Plugin");
+    QlumToolServices* const tools = QlumToolServices::instance();
+    if (!tools)
+        return;
+    QlumSampleTaker samples;
+    samples.documentType = documentType();
+    samples.show = [](QWidget* document, std::span<const QlumToolCurve> curves) {
+        if (auto* view = qobject_cast<QlumTrendViewDocument*>(document))
+            view->showSamples(curves);
+    };
+    tools->takeSamples(this, samples);
 }
 
 void QlumHistoryPlugin::registerSettings()
@@ -102,48 +77,13 @@ void QlumHistoryPlugin::registerSettings()
               0, most)}});
 }
 
-// ---- documents
-
-QStringList QlumHistoryPlugin::documentTypes()
+QlumTrendViewDocument* QlumHistoryPlugin::makeDocument(QlumApplicationInterface& app)
 {
-    return {trendView};
+    return new QlumTrendViewDocument(app, m_services, m_monitoring);
 }
 
-QWidget* QlumHistoryPlugin::createDocument(const QString& type)
+QString QlumHistoryPlugin::documentText() const
 {
-    if (type != trendView || m_app == nullptr)
-        return nullptr;
-    auto* document = new QlumTrendViewDocument(*m_app, m_services, m_monitoring);
-    m_documents.append(document);
-    return document;
-}
-
-QString QlumHistoryPlugin::description(const QString& type)
-{
-    return type == trendView
-               ? tr("<b>History Trend View</b><br>Reads the history of variables and plots it over "
-                    "time.")
-               : QString();
-}
-
-QList<QlumTrendViewDocument*> QlumHistoryPlugin::documents() const
-{
-    QList<QlumTrendViewDocument*> result;
-    for (const QPointer<QlumTrendViewDocument>& document : m_documents)
-        if (document)
-            result.append(document);
-    return result;
-}
-
-void QlumHistoryPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
-                                             const NamespaceMap& namespaceMap)
-{
-    for (QlumTrendViewDocument* document : documents())
-        document->sessionStatusChanged(serverId, status, namespaceMap);
-}
-
-void QlumHistoryPlugin::sessionRemoved(unsigned int serverId)
-{
-    for (QlumTrendViewDocument* document : documents())
-        document->sessionRemoved(serverId);
+    return tr("<b>History Trend View</b><br>Reads the history of variables and plots it over "
+              "time.");
 }

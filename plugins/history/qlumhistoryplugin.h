@@ -1,28 +1,18 @@
 #pragma once
-#include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumappeventinterface.h>
-#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlumdocumentplugin.h>
 #include <app/api/qlummonitoring.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
-#include <app/api/qlumtoolservices.h>
+#include <plugins/history/qlumtrendviewdocument.h>
 
-#include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QString>
-#include <QStringList>
-
-class QlumApplicationInterface;
-class QlumTrendViewDocument;
-class QWidget;
 
 /// Shows the history of variables in documents.
-class QlumHistoryPlugin : public QObject,
-                          public QlumPluginInterface,
-                          public QlumDocumentInterface,
-                          public QlumAppEventAdapter
+class QlumHistoryPlugin : public QlumDocumentPlugin<QlumTrendViewDocument>
 {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID QlumPluginInterface_iid)
@@ -32,24 +22,15 @@ public:
     /// With services other than those of the application's sessions.
     explicit QlumHistoryPlugin(QlumSessionServicesProvider services, QlumMonitoringProvider monitoring = {});
 
-    void init(QlumApplicationInterface* app) override;
-    void shutdown() override;
-    QString name() override;
-
-    QStringList documentTypes() override;
-    QWidget* createDocument(const QString& type) override;
-    QString description(const QString& type) override;
-
-    void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
-                              const NamespaceMap& namespaceMap) override;
-    void sessionRemoved(unsigned int serverId) override;
+protected:
+    void begin() override;
+    [[nodiscard]] QlumTrendViewDocument* makeDocument(QlumApplicationInterface& app) override;
+    [[nodiscard]] QString documentText() const override;
 
 private:
     void registerSettings();
-    [[nodiscard]] QList<QlumTrendViewDocument*> documents() const;
+    void takeSamples();
 
     const QlumSessionServicesProvider m_services;
     const QlumMonitoringProvider m_monitoring;
-    QlumApplicationInterface* m_app = nullptr;
-    QList<QPointer<QlumTrendViewDocument>> m_documents; ///< of those that were made; they belong to others
 };

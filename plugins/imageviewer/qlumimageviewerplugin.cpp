@@ -5,18 +5,12 @@
 #include <app/api/qlumsettingsregistry.h>
 #include <app/api/qlumtoolservices.h>
 #include <plugins/imageviewer/qlumimagesettings.h>
-#include <plugins/imageviewer/qlumimageview.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uavariant.h>
 
 #include <QWidget>
 
-#include <span>
 #include <utility>
-
-namespace {
-const QString imageViewer = QStringLiteral("Image Viewer");
-}
 
 QlumImageViewerPlugin::QlumImageViewerPlugin()
     : QlumImageViewerPlugin(qlumApplicationServices(), qlumApplicationMonitoring())
@@ -25,16 +19,19 @@ QlumImageViewerPlugin::QlumImageViewerPlugin()
 
 QlumImageViewerPlugin::QlumImageViewerPlugin(QlumSessionServicesProvider services,
                                              QlumMonitoringProvider monitoring)
-    : m_services(std::move(services)), m_monitoring(std::move(monitoring))
+    : QlumDocumentPlugin(QStringLiteral("QlumImageViewerPlugin"), QStringLiteral("Image Viewer Plugin"),
+                         QStringLiteral("Image Viewer")),
+      m_services(std::move(services)), m_monitoring(std::move(monitoring))
 {
-    setObjectName(QStringLiteral("QlumImageViewerPlugin"));
 }
 
-void QlumImageViewerPlugin::init(QlumApplicationInterface* app)
+void QlumImageViewerPlugin::begin()
 {
-    m_app = app;
     registerSettings();
-    offerServices();
+    takeNodes(&QlumImageView::addNodes, [](const QlumToolNode& node) {
+        return node.nodeClass == OpcUa_NodeClass_Variable || node.nodeClass == OpcUa_NodeClass_Unspecified;
+    });
+    takeImages();
 }
 
 void QlumImageViewerPlugin::registerSettings()
@@ -57,23 +54,13 @@ void QlumImageViewerPlugin::registerSettings()
               .felt(QlumSettingRow::InNewViews)}});
 }
 
-void QlumImageViewerPlugin::offerServices()
+void QlumImageViewerPlugin::takeImages()
 {
     QlumToolServices* tools = QlumToolServices::instance();
     if (!tools)
         return;
-    QlumNodeTaker nodes;
-    nodes.documentType = imageViewer;
-    nodes.accepts = [](const QlumToolNode& node) {
-        return node.nodeClass == OpcUa_NodeClass_Variable || node.nodeClass == OpcUa_NodeClass_Unspecified;
-    };
-    nodes.add = [](QWidget* document, std::span<const QlumToolNode> added) {
-        if (auto* view = qobject_cast<QlumImageView*>(document))
-            view->addNodes(added);
-    };
-    tools->takeNodes(this, nodes);
     QlumValueTaker values;
-    values.documentType = imageViewer;
+    values.documentType = documentType();
     values.accepts = &qlumIsImage;
     values.show = [](QWidget* document, unsigned int serverId, const UaVariant& value,
                      const UaNodeId& dataType, const QlumToolNode& origin) {
@@ -83,52 +70,13 @@ void QlumImageViewerPlugin::offerServices()
     tools->takeValues(this, values);
 }
 
-void QlumImageViewerPlugin::shutdown()
+QlumImageView* QlumImageViewerPlugin::makeDocument(QlumApplicationInterface& app)
 {
-    m_documents.clear(); // they belong to the application's window, and have gone with the project
-    m_app = nullptr;
+    return new QlumImageView(app, m_services, m_monitoring);
 }
 
-QString QlumImageViewerPlugin::name()
+QString QlumImageViewerPlugin::documentText() const
 {
-    return QStringLiteral("Image Viewer Plugin");
-}
-
-// ---- documents
-
-QStringList QlumImageViewerPlugin::documentTypes()
-{
-    return {imageViewer};
-}
-
-QWidget* QlumImageViewerPlugin::createDocument(const QString& type)
-{
-    if (type != imageViewer || m_app == nullptr)
-        return nullptr;
-    auto* document = new QlumImageView(*m_app, m_services, m_monitoring);
-    m_documents.append(document);
-    return document;
-}
-
-QString QlumImageViewerPlugin::description(const QString& type)
-{
-    return type == imageViewer
-               ? tr("<b>Image Viewer</b><br>Shows the pictures that a server offers as values of variables, "
-                    "once or as they change.")
-               : QString();
-}
-
-void QlumImageViewerPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
-                                                 const NamespaceMap& namespaceMap)
-{
-    for (const QPointer<QlumImageView>& document : std::as_const(m_documents))
-        if (document)
-            document->sessionStatusChanged(serverId, status, namespaceMap);
-}
-
-void QlumImageViewerPlugin::sessionRemoved(unsigned int serverId)
-{
-    for (const QPointer<QlumImageView>& document : std::as_const(m_documents))
-        if (document)
-            document->sessionRemoved(serverId);
+    return tr("<b>Image Viewer</b><br>Shows the pictures that a server offers as values of variables, "
+              "once or as they change.");
 }

@@ -1,26 +1,17 @@
 #pragma once
-#include <app/api/qlumappeventadapter.h>
 #include <app/api/qlumappeventinterface.h>
-#include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlumdocumentplugin.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumsessionservices.h>
+#include <plugins/performance/qlumperformanceview.h>
 
-#include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QString>
-#include <QStringList>
-
-class QlumApplicationInterface;
-class QlumPerformanceView;
-class QWidget;
 
 /// Measures in documents how long services of a server take.
-class QlumPerformancePlugin : public QObject,
-                              public QlumPluginInterface,
-                              public QlumDocumentInterface,
-                              public QlumAppEventAdapter
+class QlumPerformancePlugin : public QlumDocumentPlugin<QlumPerformanceView>
 {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID QlumPluginInterface_iid)
@@ -30,20 +21,11 @@ public:
     /// With services other than those of the application's sessions.
     explicit QlumPerformancePlugin(QlumSessionServicesProvider services);
 
-    void init(QlumApplicationInterface* app) override;
-    void shutdown() override;
-    QString name() override;
-
-    QStringList documentTypes() override;
-    QWidget* createDocument(const QString& type) override;
-    QString description(const QString& type) override;
-
-    void sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
-                              const NamespaceMap& namespaceMap) override;
-    void sessionRemoved(unsigned int serverId) override;
+protected:
+    void begin() override;
+    [[nodiscard]] QlumPerformanceView* makeDocument(QlumApplicationInterface& app) override;
+    [[nodiscard]] QString documentText() const override;
 
 private:
     const QlumSessionServicesProvider m_services;
-    QlumApplicationInterface* m_app = nullptr;
-    QList<QPointer<QlumPerformanceView>> m_documents; ///< of those that were made; they belong to others
 };

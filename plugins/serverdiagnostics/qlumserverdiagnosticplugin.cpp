@@ -6,10 +6,6 @@
 
 #include <utility>
 
-namespace {
-const QString diagnosticsView = QStringLiteral("Server Diagnostics View");
-}
-
 QlumServerDiagnosticPlugin::QlumServerDiagnosticPlugin()
     : QlumServerDiagnosticPlugin(qlumApplicationServices())
 {
@@ -17,30 +13,24 @@ QlumServerDiagnosticPlugin::QlumServerDiagnosticPlugin()
 
 QlumServerDiagnosticPlugin::QlumServerDiagnosticPlugin(QlumSessionServicesProvider services,
                                                        QlumAskEndpoints endpoints)
-    : m_services(std::move(services)), m_endpoints(std::move(endpoints))
+    : QlumDocumentPlugin(QStringLiteral("QlumServerDiagnosticPlugin"),
+                         QStringLiteral("Server Diagnostic Plugin"),
+                         QStringLiteral("Server Diagnostics View")),
+      m_services(std::move(services)), m_endpoints(std::move(endpoints))
 {
-    setObjectName(QStringLiteral("QlumServerDiagnosticPlugin"));
 }
 
 QlumServerDiagnosticPlugin::~QlumServerDiagnosticPlugin() = default;
 
-void QlumServerDiagnosticPlugin::init(QlumApplicationInterface* app)
+void QlumServerDiagnosticPlugin::begin()
 {
-    m_app = app;
     m_pools = std::make_shared<QlumServerPools>();
     registerSettings();
 }
 
-void QlumServerDiagnosticPlugin::shutdown()
+void QlumServerDiagnosticPlugin::end()
 {
-    m_documents.destroy();
     m_pools.reset();
-    m_app = nullptr;
-}
-
-QString QlumServerDiagnosticPlugin::name()
-{
-    return QStringLiteral("Server Diagnostic Plugin");
 }
 
 void QlumServerDiagnosticPlugin::registerSettings()
@@ -56,45 +46,19 @@ void QlumServerDiagnosticPlugin::registerSettings()
                                                   1, day, tr(" s"))}});
 }
 
-// ---- documents
-
-QStringList QlumServerDiagnosticPlugin::documentTypes()
+QlumServerDiagnosticWidget* QlumServerDiagnosticPlugin::makeDocument(QlumApplicationInterface& app)
 {
-    return {diagnosticsView};
+    return new QlumServerDiagnosticWidget(app, m_pools, m_services, m_endpoints);
 }
 
-QWidget* QlumServerDiagnosticPlugin::createDocument(const QString& type)
+QString QlumServerDiagnosticPlugin::documentText() const
 {
-    if (type != diagnosticsView || !m_app)
-        return nullptr;
-    auto* document = new QlumServerDiagnosticWidget(*m_app, m_pools, m_services, m_endpoints);
-    m_documents.add(document);
-    return document;
-}
-
-QString QlumServerDiagnosticPlugin::description(const QString& type)
-{
-    return type == diagnosticsView
-               ? tr("<b>Server Diagnostics View</b><br>Shows what a server tells of itself: its status and "
-                    "limits, who is connected, what each session and subscription does, and its endpoints.")
-               : QString();
-}
-
-// ---- servers
-
-void QlumServerDiagnosticPlugin::serverSelectionChanged(unsigned int serverId)
-{
-    m_documents.serverSelectionChanged(serverId);
-}
-
-void QlumServerDiagnosticPlugin::sessionStatusChanged(unsigned int serverId, QlumConnectionStatus status,
-                                                      const NamespaceMap&)
-{
-    m_documents.sessionStatusChanged(serverId, status);
+    return tr("<b>Server Diagnostics View</b><br>Shows what a server tells of itself: its status and "
+              "limits, who is connected, what each session and subscription does, and its endpoints.");
 }
 
 void QlumServerDiagnosticPlugin::sessionRemoved(unsigned int serverId)
 {
-    m_documents.sessionRemoved(serverId);
+    QlumDocumentPlugin::sessionRemoved(serverId);
     m_pools->endServer(serverId);
 }

@@ -29,6 +29,7 @@
 #include <QObject>
 #include <QPlainTextEdit>
 #include <QPoint>
+#include <QPointer>
 #include <QSettings>
 #include <QSize>
 #include <QString>
@@ -36,6 +37,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -298,6 +300,24 @@ TEST_F(ImageView, ProjectKeepsImagesByTheirNamespace)
     view = make();
     view->loadSettings(kept, {});
     EXPECT_TRUE(view->tiles().empty()) << "the server is not in the project";
+}
+
+TEST_F(ImageView, OneThatIsOpenedWhileTheServerIsConnectedHearsThatTheConnectionBreaks)
+{
+    QlumImageViewerPlugin plugin([this](unsigned int) { return server; }, {});
+    plugin.init(&application);
+    plugin.sessionStatusChanged(5, QlumConnectionStatus::NewSessionCreated, {});
+    plugin.sessionStatusChanged(5, QlumConnectionStatus::Connected, {});
+    view.reset(qobject_cast<QlumImageView*>(plugin.createDocument("Image Viewer")));
+    open(1);
+    ASSERT_TRUE(waitForImage());
+    plugin.sessionStatusChanged(5, QlumConnectionStatus::ConnectionError, {});
+    EXPECT_EQ(feed().trouble(), "The server is not connected.");
+    plugin.sessionStatusChanged(5, QlumConnectionStatus::Connected, {});
+    EXPECT_EQ(feed().trouble(), "");
+    const QPointer<QWidget> document = view.release();
+    plugin.shutdown();
+    EXPECT_FALSE(document) << "what it calls ends with the plugin";
 }
 
 TEST_F(ImageView, ValuesThatAreImagesAreTakenFromOtherViews)
