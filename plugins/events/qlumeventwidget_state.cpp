@@ -160,9 +160,11 @@ void QlumEventWidget::sltTypesChanged(unsigned int serverId)
     names.removeDuplicates();
     m_where->setOffer(serverId, m_types.tree(serverId), names);
     const bool isReading = m_types.isReading(serverId);
-    m_fieldState->setText(
-        tr("The event types of %1 are being read...").arg(m_application.serverName(serverId)));
-    m_fieldState->setVisible(isReading);
+    const QString server = m_application.serverName(serverId);
+    const QString gap = m_types.gap(serverId);
+    m_fieldState->setText(isReading ? tr("The event types of %1 are being read...").arg(server)
+                                    : tr("The event types of %1 are not complete: %2").arg(server, gap));
+    m_fieldState->setVisible(isReading || !gap.isEmpty());
     updateActions();
 }
 

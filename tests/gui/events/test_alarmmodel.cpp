@@ -134,6 +134,49 @@ TEST_F(Alarms, ThatAreNotRetainedAreShownWhenTheUserWantsThem)
     EXPECT_EQ(list(), "");
 }
 
+TEST_F(Alarms, AFloodOfThoseThatEndLeavesTheOthersInTheirPlaces)
+{
+    constexpr OpcUa_UInt32 count = 700;
+    const EventValues over{{"Retain", UaVariant(false)}};
+    QlumEvents all, ends;
+    QStringList left;
+    for (OpcUa_UInt32 i = 1; i <= count; ++i) {
+        all.push_back(makeAlarm(i));
+        if (i % 7 == 0)
+            left.append(QString::number(i));
+        else
+            ends.push_back(makeAlarm(i, over));
+    }
+    send(all);
+    // one flaps within the batch, and is there at its end; another is gone at its end
+    ends.push_back(makeAlarm(3));
+    ends.push_back(makeAlarm(14, over));
+    ends.push_back(makeAlarm(14));
+    ends.push_back(makeAlarm(14, over));
+    left.removeAll("14");
+    left.append("3"); // as one that is new
+    send(ends);
+    EXPECT_EQ(list(), left.join(' ').toStdString());
+    send({makeAlarm(7, {{"AckedState/Id", UaVariant(true)}}), makeAlarm(693, over)}); // found where they are
+    left.removeAll("693");
+    EXPECT_EQ(list(), left.join(' ').toStdString());
+    EXPECT_EQ(model.index(0, QlumAlarmModel::AcknowledgedState).data(), "True");
+}
+
+TEST_F(Alarms, ThatAreNotRetainedAreHiddenAgainHoweverManyThereWere)
+{
+    constexpr OpcUa_UInt32 count = 10050; // more than are kept for those who ask later
+    QlumEvents ends;
+    for (OpcUa_UInt32 i = 1; i <= count; ++i)
+        ends.push_back(makeAlarm(i, {{"Retain", UaVariant(false)}}));
+    ends.push_back(makeAlarm(count + 1));
+    model.sltShowRetainIfFalse(true);
+    send(ends);
+    EXPECT_EQ(model.rowCount(), static_cast<int>(count) + 1);
+    model.sltShowRetainIfFalse(false);
+    EXPECT_EQ(list(), std::to_string(count + 1));
+}
+
 TEST_F(Alarms, OfAServerThatIsAwaySayThatTheyAreOld)
 {
     send({makeAlarm(1), makeAlarm(2, {}, 2)});
