@@ -170,6 +170,8 @@ signals:
     void historyEvents(const QlumEvents& events);
     /// One node's history was read, or why not.
     void historyFailed(const QString& what, const QString& why);
+    /// There is more than the settings let it read of one node.
+    void historyCut(const QString& what);
     /// All of them.
     void historyEnded();
     /// Of one or all of the notifiers.

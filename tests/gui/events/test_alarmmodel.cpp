@@ -280,6 +280,7 @@ TEST_F(EventLog, CountsEverythingAndKeepsTheNewest)
     EXPECT_EQ(modelText(model), before);
     EXPECT_EQ(model.waitingCount(), 2);
     EXPECT_EQ(model.count(), 4);
+    EXPECT_EQ(model.surplusCount(), 0);
     model.setPaused(false);
     EXPECT_EQ(modelText(model), " | 2 | Plc1/Boiler\n | 3 | Plc1/Boiler\n | 4 | Plc1/Boiler\n");
     model.setExtraFields({"Severity", "EventId"});
@@ -288,6 +289,13 @@ TEST_F(EventLog, CountsEverythingAndKeepsTheNewest)
     EXPECT_EQ(modelText(model), " | 4 | Plc1/Boiler\n"
                                 "i=2915 | 500 | Plc1/Boiler | 500 | 0x6576656e74\n"
                                 "EventQueueOverflowEventType: events were lost | Plc1/Boiler\n");
+    model.setPaused(true);
+    model.sltNewEvents({event("5"), event("6"), event("7"), event("8"), event("9")});
+    EXPECT_EQ(model.waitingCount(), 5);
+    EXPECT_EQ(model.surplusCount(), 2) << "the log has three rows";
+    model.setPaused(false);
+    EXPECT_EQ(model.waitingCount() + model.surplusCount(), 0);
+    EXPECT_EQ(model.count(), 11);
 }
 
 TEST_F(EventLog, MarksWhatARefreshHasSentAgain)

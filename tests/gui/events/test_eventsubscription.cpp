@@ -12,6 +12,7 @@
 #include <tests/unit/sdk/subscriptiontest.h>
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
 
@@ -240,6 +241,26 @@ TEST_F(EventSubscription, RefreshesOnceForEachEventThatRequiresIt)
     model.callRefresh(7);
     EXPECT_EQ(application.said("No sub").join('|'),
               "No subscription exists for server 7, skip calling refresh.");
+}
+
+TEST_F(EventSubscription, TellsTheViewWhyTheServerRefusesToRefresh)
+{
+    std::vector<OpcUa_StatusCode> answers;
+    QObject::connect(
+        &model, &QlumMonitoredItemModel::refreshAnswered,
+        [&answers](unsigned int, const UaStatus& status) { answers.push_back(status.statusCode()); });
+    add({UaNodeId(2253)});
+    refreshResult = OpcUa_BadUserAccessDenied;
+    model.callRefresh(1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return answers.size() == 2; }));
+    EXPECT_EQ(answers, (std::vector<OpcUa_StatusCode>{OpcUa_Good, OpcUa_BadUserAccessDenied}));
+    EXPECT_TRUE(
+        application.said().contains("Call ConditionRefresh returned BadUserAccessDenied for ServerId 1."));
+    refreshResult = OpcUa_BadRefreshInProgress; // that one tells it
+    model.callRefresh(1);
+    ASSERT_TRUE(waitForRefreshes(3));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return pools->of(1).pending() == 0; }));
+    EXPECT_EQ(answers.size(), 2u);
 }
 
 TEST_F(EventSubscription, FetchesWhatIsMissingBeforeAnythingNewerIsShown)
