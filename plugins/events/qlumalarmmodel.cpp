@@ -15,6 +15,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
+#include <vector>
 
 namespace {
 constexpr std::size_t maximumUnretained = 10000;
@@ -40,7 +42,7 @@ void QlumAlarmModel::sltNewEvents(const QlumEvents& events)
 {
     for (const QlumEvent& event : events)
         take(event);
-    insertAdded();
+    removeGone();
     emit stateChanged();
 }
 
@@ -104,13 +106,28 @@ void QlumAlarmModel::drop(const Key& key)
     const auto found = m_places.find(key);
     if (found == m_places.end())
         return;
-    insertAdded();
-    remove(found->second, 1);
-    m_notifiers.erase(key);
-    for (auto& [other, row] : m_places)
-        if (row > found->second)
-            --row;
+    m_gone.push_back(found->second);
     m_places.erase(found);
+    m_notifiers.erase(key);
+}
+
+// Many at once: after a flood of conditions that end, the places of those behind them are counted once.
+void QlumAlarmModel::removeGone()
+{
+    insertAdded();
+    std::vector<int> rows = std::exchange(m_gone, {});
+    if (rows.empty())
+        return;
+    std::sort(rows.begin(), rows.end());
+    for (auto last = rows.rbegin(); last != rows.rend();) {
+        auto first = last;
+        while (std::next(first) != rows.rend() && *std::next(first) == *first - 1)
+            ++first;
+        remove(*first, *last - *first + 1);
+        last = std::next(first);
+    }
+    for (auto& [key, row] : m_places)
+        row -= static_cast<int>(std::lower_bound(rows.begin(), rows.end(), row) - rows.begin());
 }
 
 void QlumAlarmModel::insertAdded()
@@ -122,7 +139,7 @@ void QlumAlarmModel::insertAdded()
 template <typename Condition>
 void QlumAlarmModel::removeWhere(Condition&& condition)
 {
-    insertAdded();
+    removeGone();
     for (int last = rowCount() - 1; last >= 0; --last) {
         if (!condition(rowAt(last)))
             continue;
@@ -162,7 +179,7 @@ bool QlumAlarmModel::belongsTo(const Key& key, unsigned int serverId, quint32 no
 
 void QlumAlarmModel::refreshStarted(const QlumEvent& event)
 {
-    insertAdded();
+    removeGone();
     m_refreshing.insert(event.serverId);
     m_refreshers[event.serverId].insert(event.monitoredNode);
     changeRows([&](QlumEvent& row) {
@@ -193,7 +210,7 @@ void QlumAlarmModel::sltShowRetainIfFalse(bool show)
             put(key, event);
         insertAdded();
     } else {
-        removeWhere([this](const QlumEvent& row) { return m_unretained.count(keyOf(row)) != 0; });
+        removeWhere([](const QlumEvent& row) { return row.is(QlumField::Retain, false); });
     }
     emit stateChanged();
 }
@@ -248,6 +265,7 @@ void QlumAlarmModel::clear()
     m_places.clear();
     m_notifiers.clear();
     m_added.clear();
+    m_gone.clear();
     m_unretained.clear();
     m_refreshing.clear();
     reset();

@@ -18,6 +18,7 @@
 #include <set>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 /// The conditions of a view's servers in their present state, one row for each branch.
 class QlumAlarmModel : public QlumEventTable
@@ -90,6 +91,7 @@ private:
     void put(const Key& key, const QlumEvent& event);
     void drop(const Key& key);
     void insertAdded();
+    void removeGone();
     void refreshStarted(const QlumEvent& event);
     void refreshEnded(const QlumEvent& event);
     template <typename Condition>
@@ -104,6 +106,7 @@ private:
     std::map<Key, int> m_places;          ///< row of a key; those behind the rows are in m_added
     std::map<Key, Notifiers> m_notifiers; ///< through which a row was reported
     std::deque<QlumEvent> m_added;        ///< rows that become visible at the end of a batch
+    std::vector<int> m_gone;              ///< rows without a key any more, which go at the end of a batch
     std::map<Key, QlumEvent> m_unretained;
     bool m_showsUnretained = false;
     QSet<unsigned int> m_refreshing;

@@ -79,10 +79,12 @@ void QlumEventModel::sltNewEvents(const QlumEvents& events)
         QlumEvent row = event;
         row.isRefreshed = isRefreshed;
         ++m_count;
-        if (!m_isPaused)
+        if (!m_isPaused) {
             gather(std::move(row));
-        else
+        } else {
             m_waiting.push_back(std::move(row));
+            ++m_waitingCount;
+        }
     }
     while (m_waiting.size() > static_cast<std::size_t>(m_maximum))
         m_waiting.pop_front();
@@ -113,6 +115,7 @@ void QlumEventModel::setPaused(bool isPaused)
     if (!isPaused)
         for (QlumEvent& event : std::exchange(m_waiting, {}))
             gather(std::move(event));
+    m_waitingCount = static_cast<qint64>(m_waiting.size());
     flush();
     emit countChanged();
 }
@@ -120,6 +123,7 @@ void QlumEventModel::setPaused(bool isPaused)
 void QlumEventModel::clear()
 {
     m_waiting.clear();
+    m_waitingCount = 0;
     m_seen.clear();
     m_count = 0;
     reset();

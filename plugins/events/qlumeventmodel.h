@@ -33,7 +33,12 @@ public:
     /// Since the view was opened or the log cleared.
     [[nodiscard]] qint64 count() const { return m_count; }
     /// Of events that came while the log was paused.
-    [[nodiscard]] qint64 waitingCount() const { return static_cast<qint64>(m_waiting.size()); }
+    [[nodiscard]] qint64 waitingCount() const { return m_waitingCount; }
+    /// Of those the ones that the log has no room for.
+    [[nodiscard]] qint64 surplusCount() const
+    {
+        return m_waitingCount - static_cast<qint64>(m_waiting.size());
+    }
     [[nodiscard]] bool isPaused() const { return m_isPaused; }
     /// What comes meanwhile waits, up to as many events as the log has rows in all: the oldest of them would
     /// be gone anyway.
@@ -64,6 +69,7 @@ private:
     int m_maximum = 0;
     bool m_isPaused = false;
     std::deque<QlumEvent> m_waiting;
+    qint64 m_waitingCount = 0; ///< those included that are not kept
     QHash<unsigned int, QDeadlineTimer>
         m_refreshing;        ///< servers that send their conditions again, and until when
     QSet<QByteArray> m_seen; ///< notifiers and ids of the events of conditions

@@ -95,6 +95,7 @@ bool QlumEventSubscription::open(const std::shared_ptr<QlumSessionServices>& ser
 {
     if (m_subscription && (!m_subscription->isValid() || m_services != services || m_items.mustReplace()))
         drop(qlumCallTimeout()); // one that was lost, or of which nobody knows what is in it
+    m_openStatus = OpcUa_BadNotConnected;
     if (!m_subscription && services && services->session())
         create(services);
     m_isOpen = m_subscription != nullptr;
@@ -118,6 +119,7 @@ void QlumEventSubscription::create(const std::shared_ptr<QlumSessionServices>& s
         services->session()->createSubscription(call, this, m_serverId, wanted, true, &m_subscription);
     if (status.isBad() || !m_subscription) {
         m_subscription = nullptr;
+        m_openStatus = status.isBad() ? status.statusCode() : OpcUa_BadUnexpectedError;
         m_log.error(SubscriptionTexts::tr("CreateSubscription failed with error %1.").arg(textOf(status)));
         return;
     }
@@ -152,22 +154,53 @@ void QlumEventSubscription::close()
     drop(qlumCallTimeout());
     m_items = monitoring::KeptItems();
     m_handles.clear();
-    m_refused.clear();
 }
 
 // ---- items
 
-void QlumEventSubscription::add(const UaMonitoredItemCreateRequests& requests)
+// Which of them went through depends on what was refused and what was given up meanwhile. 0 for none.
+OpcUa_UInt32 QlumEventSubscription::handleAmong(const std::vector<OpcUa_UInt32>& handles) const
 {
-    for (const OpcUa_MonitoredItemCreateRequest& request : requests) {
-        m_items.add(request);
-        m_handles.push_back(request.RequestedParameters.ClientHandle);
-        m_log.info(SubscriptionTexts::tr("Item %1: QueueSize=%2, SamplingInterval=%3")
-                       .arg(request.RequestedParameters.ClientHandle)
-                       .arg(request.RequestedParameters.QueueSize)
-                       .arg(request.RequestedParameters.SamplingInterval));
-        qlumLogFilter(m_log, request.RequestedParameters.Filter);
+    const auto found = std::find_first_of(m_handles.begin(), m_handles.end(), handles.begin(), handles.end());
+    return found != m_handles.end() ? *found : 0;
+}
+
+QlumItemOutcomes QlumEventSubscription::apply(const QlumItemChanges& changes)
+{
+    std::vector<monitoring::KeptItems::Change> modified;
+    for (const QlumItemChange& change : changes) {
+        const OpcUa_UInt32 former = handleAmong(change.formerHandles);
+        if (former != 0 && m_subscription) {
+            modified.push_back({former, change.request});
+            continue;
+        }
+        if (former != 0)
+            forget(former);
+        add(change.request[0]);
     }
+    QlumItemOutcomes outcomes = modifyItems(modified);
+    const QlumItemOutcomes made = createItems();
+    outcomes.insert(outcomes.end(), made.begin(), made.end());
+    return outcomes;
+}
+
+void QlumEventSubscription::add(const OpcUa_MonitoredItemCreateRequest& request)
+{
+    m_items.add(request);
+    m_handles.push_back(request.RequestedParameters.ClientHandle);
+    m_log.info(SubscriptionTexts::tr("Item %1: QueueSize=%2, SamplingInterval=%3")
+                   .arg(request.RequestedParameters.ClientHandle)
+                   .arg(request.RequestedParameters.QueueSize)
+                   .arg(request.RequestedParameters.SamplingInterval));
+    qlumLogFilter(m_log, request.RequestedParameters.Filter);
+}
+
+// While there is no subscription that would have it.
+void QlumEventSubscription::forget(OpcUa_UInt32 handle)
+{
+    ServiceSettings call = settings(QString());
+    static_cast<void>(m_items.remove(nullptr, call, {handle})); // asks nobody
+    std::erase(m_handles, handle);
 }
 
 QlumItemOutcomes QlumEventSubscription::createItems()
@@ -178,6 +211,9 @@ QlumItemOutcomes QlumEventSubscription::createItems()
         if (m_items.monitoredItemId(handle) == 0)
             tried.push_back(handle);
     QlumItemOutcomes outcomes;
+    if (!m_subscription)
+        for (const OpcUa_UInt32 handle : tried)
+            outcomes.push_back({handle, m_openStatus, {}});
     if (tried.empty() || !m_subscription)
         return outcomes;
     ServiceSettings call = settings(SubscriptionTexts::tr("Subscribing to events"));
@@ -219,20 +255,11 @@ void QlumEventSubscription::logOutcome(OpcUa_UInt32 handle, OpcUa_StatusCode sta
             .arg(result));
 }
 
-// Of an item whose last change was refused.
-OpcUa_UInt32 QlumEventSubscription::handleOf(OpcUa_UInt32 handle) const
-{
-    const auto found = m_refused.find(handle);
-    return found != m_refused.end() ? found->second : handle;
-}
-
-QlumItemOutcomes QlumEventSubscription::modifyItems(std::vector<monitoring::KeptItems::Change> changes)
+QlumItemOutcomes QlumEventSubscription::modifyItems(const std::vector<monitoring::KeptItems::Change>& changes)
 {
     QlumItemOutcomes outcomes;
-    if (changes.empty() || !m_subscription)
+    if (changes.empty())
         return outcomes;
-    for (monitoring::KeptItems::Change& change : changes)
-        change.clientHandle = handleOf(change.clientHandle);
     for (const monitoring::KeptItems::Change& change : changes)
         qlumLogFilter(m_log, change.request[0].RequestedParameters.Filter);
     ServiceSettings call = settings(SubscriptionTexts::tr("Changing the fields of events"));
@@ -250,8 +277,6 @@ QlumItemOutcomes QlumEventSubscription::modifyItems(std::vector<monitoring::Kept
         if (isChanged)
             std::replace(m_handles.begin(), m_handles.end(), before, after);
         else
-            m_refused[after] = before;
-        if (!isChanged)
             m_log.error(SubscriptionTexts::tr("Item %1 failed with error %2.")
                             .arg(before)
                             .arg(qlumStatusText(statuses[i])));
@@ -262,18 +287,18 @@ QlumItemOutcomes QlumEventSubscription::modifyItems(std::vector<monitoring::Kept
     return outcomes;
 }
 
-void QlumEventSubscription::removeItems(std::vector<OpcUa_UInt32> clientHandles)
+void QlumEventSubscription::removeItems(const std::vector<OpcUa_UInt32>& clientHandles)
 {
-    for (OpcUa_UInt32& handle : clientHandles)
-        handle = handleOf(handle);
+    std::vector<OpcUa_UInt32> gone;
     for (const OpcUa_UInt32 handle : clientHandles)
-        std::erase(m_handles, handle);
+        if (std::erase(m_handles, handle) > 0)
+            gone.push_back(handle);
     if (m_handles.empty()) {
         close(); // there is nothing to be told any more
         return;
     }
     ServiceSettings call = settings(SubscriptionTexts::tr("Removing event notifiers"));
-    const UaStatus status = m_items.remove(isValid() ? m_subscription : nullptr, call, clientHandles);
+    const UaStatus status = m_items.remove(isValid() ? m_subscription : nullptr, call, gone);
     if (status.isBad())
         m_log.error(SubscriptionTexts::tr("DeleteMonitoredItems failed with error %1.").arg(textOf(status)));
 }

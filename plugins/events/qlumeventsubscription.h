@@ -17,7 +17,6 @@
 
 #include <atomic>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -33,6 +32,15 @@ struct QlumItemOutcome
     bool isKept = false; ///< a change was refused, and the item goes on as it was
 };
 using QlumItemOutcomes = std::vector<QlumItemOutcome>;
+
+/// What is to stand at the server for one notifier.
+struct QlumItemChange
+{
+    std::vector<OpcUa_UInt32>
+        formerHandles;                     ///< all that it went by; the subscription has one of them, or none
+    UaMonitoredItemCreateRequests request; ///< one, under a client handle of its own
+};
+using QlumItemChanges = std::vector<QlumItemChange>;
 
 /// What the settings ask of a subscription, with an interval that makes no sense left at its standard.
 [[nodiscard]] UaClientSdk::SubscriptionSettings qlumEventSubscriptionSettings();
@@ -58,14 +66,11 @@ public:
     bool open(const std::shared_ptr<QlumSessionServices>& services);
     /// Whether there is one that the server still has.
     [[nodiscard]] bool isValid() const;
-    /// What belongs in it from the next createItems() on.
-    void add(const UaMonitoredItemCreateRequests& requests);
-    /// Creates what is missing; those that were tried.
-    [[nodiscard]] QlumItemOutcomes createItems();
-    /// Other filters, each under a new client handle; see KeptItems.
-    [[nodiscard]] QlumItemOutcomes modifyItems(std::vector<monitoring::KeptItems::Change> changes);
-    /// Deletes these.
-    void removeItems(std::vector<OpcUa_UInt32> clientHandles);
+    /// Creates the items that there are none of, those missing from before as well, and gives the others
+    /// their new filters, each under its new client handle; what became of all that was tried.
+    [[nodiscard]] QlumItemOutcomes apply(const QlumItemChanges& changes);
+    /// Deletes the notifier's item that goes by one of these, for each notifier.
+    void removeItems(const std::vector<OpcUa_UInt32>& clientHandles);
     /// Drops the subscription with all items, at the server too.
     void close();
     /// Has the server send all conditions again.
@@ -82,7 +87,11 @@ private:
 
     void create(const std::shared_ptr<QlumSessionServices>& services);
     void drop(OpcUa_UInt32 timeout);
-    [[nodiscard]] OpcUa_UInt32 handleOf(OpcUa_UInt32 handle) const;
+    [[nodiscard]] OpcUa_UInt32 handleAmong(const std::vector<OpcUa_UInt32>& handles) const;
+    void add(const OpcUa_MonitoredItemCreateRequest& request);
+    void forget(OpcUa_UInt32 handle);
+    [[nodiscard]] QlumItemOutcomes createItems();
+    [[nodiscard]] QlumItemOutcomes modifyItems(const std::vector<monitoring::KeptItems::Change>& changes);
     void logOutcome(OpcUa_UInt32 handle, OpcUa_StatusCode status) const;
     [[nodiscard]] UaClientSdk::ServiceSettings settings(const QString& purpose) const;
 
@@ -93,8 +102,8 @@ private:
     std::atomic<bool> m_isOpen{false};
     std::atomic<OpcUa_UInt32> m_subscriptionId{0};
     monitoring::KeptItems m_items;
-    std::vector<OpcUa_UInt32> m_handles;            ///< of all items
-    std::map<OpcUa_UInt32, OpcUa_UInt32> m_refused; ///< handles of changes that were, and those of the items
+    std::vector<OpcUa_UInt32> m_handles;                   ///< of all items
+    OpcUa_StatusCode m_openStatus = OpcUa_BadNotConnected; ///< why there is no subscription
     std::mutex m_mutex;
     UaClientSdk::UaSubscriptionCallback* m_listener; ///< guarded; null once it hears no more
 };

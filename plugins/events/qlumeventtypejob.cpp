@@ -77,6 +77,17 @@ void QlumEventTypeReader::recursiveBrowseTypeTree(Nodes level)
     }
 }
 
+// The first one says why; each is in the log.
+void QlumEventTypeReader::failed(const UaStatus& status, const Node* node)
+{
+    if (m_status.isGood())
+        m_status = status;
+    const QString result = toQString(status.toString());
+    m_log.error(node ? text("Browse of event type %1 failed [ret = %2].")
+                           .arg(toQString(node->nodeId().toXmlString()), result)
+                     : text("Browse of event types failed [ret = %1].").arg(result));
+}
+
 bool QlumEventTypeReader::browse(const Nodes& nodes, std::size_t first, std::size_t count, Nodes& found)
 {
     UaBrowseDescriptions descriptions(static_cast<OpcUa_UInt32>(count));
@@ -93,18 +104,18 @@ bool QlumEventTypeReader::browse(const Nodes& nodes, std::size_t first, std::siz
     const UaStatus status = m_session.browseList(m_settings, UaNodeId(), QlumSettings::maxReferences.value(),
                                                  descriptions, results);
     if (status.isBad()) {
-        m_status = status;
-        m_log.error(text("Browse of event types failed [ret = %1].").arg(toQString(status.toString())));
+        failed(status);
         return false;
     }
     std::vector<UaReferenceDescriptions> references(count);
-    follow(results, references);
+    follow(nodes, first, results, references);
     for (std::size_t i = 0; i < count; ++i)
         take(*nodes[first + i], references[i], found);
     return true;
 }
 
-void QlumEventTypeReader::follow(UaBrowseResults& results, std::vector<UaReferenceDescriptions>& references)
+void QlumEventTypeReader::follow(const Nodes& nodes, std::size_t first, UaBrowseResults& results,
+                                 std::vector<UaReferenceDescriptions>& references)
 {
     std::vector<std::size_t> places(results.length());
     for (std::size_t i = 0; i < places.size(); ++i)
@@ -114,6 +125,12 @@ void QlumEventTypeReader::follow(UaBrowseResults& results, std::vector<UaReferen
         std::vector<std::size_t> open;
         UaByteStringArray points;
         for (OpcUa_UInt32 i = 0; i < results.length() && i < places.size(); ++i) {
+            const Node& node = *nodes[first + places[i]];
+            const UaStatus result(results[i].StatusCode);
+            // a server without conditions or audits does not have the type that they derive from
+            const bool isRoot = node.parent() && !node.parent()->parent();
+            if (result.isBad() && !(isRoot && result.statusCode() == OpcUa_BadNodeIdUnknown))
+                failed(result, &node);
             UaReferenceDescriptions more;
             more.attachFrom(&results[i].NoOfReferences, &results[i].References);
             if (places[i] < references.size())
@@ -124,6 +141,7 @@ void QlumEventTypeReader::follow(UaBrowseResults& results, std::vector<UaReferen
         if (open.empty())
             return;
         const bool isOver = limit >= 0 && calls >= limit;
+        m_isCut = m_isCut || isOver;
         if (isOver)
             m_log.write(QlumLogLevel::Warning,
                         text("Server returned more ContinuationPoints than accepted by setting "
@@ -131,6 +149,8 @@ void QlumEventTypeReader::follow(UaBrowseResults& results, std::vector<UaReferen
         UaBrowseResults next;
         const UaStatus status =
             m_session.browseListNext(m_settings, isOver || m_job.isCancelled(), points, next);
+        if (status.isBad() && !isOver)
+            failed(status);
         if (isOver || m_job.isCancelled() || status.isBad())
             return;
         results = std::move(next);
@@ -143,7 +163,9 @@ void QlumEventTypeReader::take(Node& parent, const UaReferenceDescriptions& refe
     for (const OpcUa_ReferenceDescription& reference : references) {
         const UaNodeId id(reference.NodeId.NodeId);
         const UaQualifiedName name(reference.BrowseName);
-        if (m_types.size() + static_cast<std::size_t>(m_browsed) > maximumNodes || name.name().isEmpty())
+        const bool isTooMany = m_types.size() + static_cast<std::size_t>(m_browsed) > maximumNodes;
+        m_isCut = m_isCut || isTooMany;
+        if (isTooMany || name.name().isEmpty())
             continue;
         std::unique_ptr<Node> child;
         if (reference.NodeClass == OpcUa_NodeClass_ObjectType) {

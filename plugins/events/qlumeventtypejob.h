@@ -24,16 +24,20 @@ public:
 
     /// The three roots with all that is below them; null when nothing could be read or the job was cancelled.
     [[nodiscard]] std::unique_ptr<QlumEventNodeTypeTree> read();
-    /// Why there is no tree, or only a part of one.
+    /// Why there is no tree, or only a part of one: the first failure. Good where nothing failed.
     [[nodiscard]] const UaStatus& status() const { return m_status; }
+    /// Whether there is more than the settings, or this class, let it read.
+    [[nodiscard]] bool isCut() const { return m_isCut; }
 
 private:
     using Node = QlumEventNodeTypeTree;
     using Nodes = std::vector<Node*>;
 
     void recursiveBrowseTypeTree(Nodes level);
+    void failed(const UaStatus& status, const Node* node = nullptr);
     [[nodiscard]] bool browse(const Nodes& nodes, std::size_t first, std::size_t count, Nodes& found);
-    void follow(UaBrowseResults& results, std::vector<UaReferenceDescriptions>& references);
+    void follow(const Nodes& nodes, std::size_t first, UaBrowseResults& results,
+                std::vector<UaReferenceDescriptions>& references);
     void take(Node& parent, const UaReferenceDescriptions& references, Nodes& found);
 
     const QlumLog m_log;
@@ -43,4 +47,5 @@ private:
     UaStatus m_status;
     std::set<UaNodeId> m_types; ///< that are in the tree
     qint64 m_browsed = 0;
+    bool m_isCut = false;
 };

@@ -29,6 +29,12 @@ QlumEventTypes::Tree QlumEventTypes::tree(unsigned int serverId) const
     return found != m_kept.end() ? found->second.tree : nullptr;
 }
 
+QString QlumEventTypes::gap(unsigned int serverId) const
+{
+    const auto found = m_kept.find(serverId);
+    return found != m_kept.end() ? found->second.gap : QString();
+}
+
 void QlumEventTypes::request(unsigned int serverId)
 {
     if (tree(serverId)) {
@@ -36,7 +42,7 @@ void QlumEventTypes::request(unsigned int serverId)
         if (services && services->isConnected() && services->sessionId() != m_kept[serverId].session)
             forget(serverId); // of a session that is gone
     }
-    if (tree(serverId)) {
+    if (tree(serverId) && !m_kept[serverId].hasFailed) {
         emit treeRead(serverId);
         return;
     }
@@ -45,38 +51,49 @@ void QlumEventTypes::request(unsigned int serverId)
     const auto read = [this, serverId](QlumJob& job) {
         const std::shared_ptr<QlumSessionServices> services = m_services(serverId);
         if (!services || !services->isConnected()) {
-            job.post([this, serverId] { take(serverId, {}, nullptr, tr("The server is not connected.")); });
+            job.post([this, serverId] { giveUp(serverId, tr("The server is not connected.")); });
             return;
         }
-        const UaNodeId session = services->sessionId();
+        Kept kept;
+        kept.session = services->sessionId();
         QlumEventTypeReader reader(serverId, *services, job);
-        const Tree tree = reader.read();
-        const QString why =
-            reader.status().isBad() ? qlumStatusWords(toQString(reader.status().toString())) : QString();
-        job.post([this, serverId, session, tree, why] { take(serverId, session, tree, why); });
+        kept.tree = reader.read();
+        kept.hasFailed = reader.status().isBad();
+        if (kept.hasFailed)
+            kept.gap = qlumStatusWords(toQString(reader.status().toString()));
+        else if (reader.isCut())
+            kept.gap = tr("the server has more than the settings let this program read");
+        if (kept.tree || kept.hasFailed) // else it was cancelled
+            job.post([this, serverId, kept] { take(serverId, kept); });
     };
     const auto ended = [this, serverId](QlumWorkEnd end) {
         if (isReading(serverId))
-            take(serverId, {}, nullptr,
-                 end == QlumWorkEnd::Cancelled ? tr("The reading was cancelled.")
-                                               : tr("The reading failed; the log says more."));
+            giveUp(serverId, end == QlumWorkEnd::Cancelled ? tr("The reading was cancelled.")
+                                                           : tr("The reading failed; the log says more."));
     };
     m_reading[serverId] = m_pool.add({tr("Reading event types"), serverId}, read, ended);
 }
 
-void QlumEventTypes::take(unsigned int serverId, const UaNodeId& session, const Tree& tree,
-                          const QString& why)
+void QlumEventTypes::giveUp(unsigned int serverId, const QString& why)
 {
-    if (m_reading.erase(serverId) == 0)
-        return;
-    if (!tree) {
+    if (m_reading.erase(serverId) != 0)
         emit treeFailed(serverId, why);
+}
+
+void QlumEventTypes::take(unsigned int serverId, Kept read)
+{
+    if (!read.tree) {
+        giveUp(serverId, read.gap);
         return;
     }
+    if (m_reading.erase(serverId) == 0)
+        return;
     Kept& kept = m_kept[serverId];
-    kept.tree = tree;
-    kept.session = session;
-    tree->visit([&kept](const QlumEventNodeTypeTree& node) {
+    kept.tree = std::move(read.tree);
+    kept.gap = read.gap;
+    kept.hasFailed = read.hasFailed;
+    kept.session = read.session;
+    kept.tree->visit([&kept](const QlumEventNodeTypeTree& node) {
         if (node.kind() == QlumEventNodeTypeTree::EventType && node.parent())
             kept.names[node.nodeId()] = toQString(node.browseName().name());
     });

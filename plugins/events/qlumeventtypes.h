@@ -27,6 +27,9 @@ public:
     [[nodiscard]] Tree tree(unsigned int serverId) const;
     /// Reads it in the background, unless it is there or being read; answered by one of the signals.
     void request(unsigned int serverId);
+    /// Why the tree is not complete; empty for one that is, or for none. request() reads one again of which
+    /// something failed.
+    [[nodiscard]] QString gap(unsigned int serverId) const;
     [[nodiscard]] bool isReading(unsigned int serverId) const { return m_reading.count(serverId) != 0; }
     /// What was read holds no more.
     void forget(unsigned int serverId);
@@ -54,12 +57,15 @@ private:
     struct Kept
     {
         Tree tree;
-        UaNodeId session; ///< in which it was read
+        QString gap;            ///< what is missing of it
+        bool hasFailed = false; ///< it may be read completely another time
+        UaNodeId session;       ///< in which it was read
         std::map<UaNodeId, QString> names;
         std::set<UaNodeId> asked; ///< names that are being read, or cannot be
     };
 
-    void take(unsigned int serverId, const UaNodeId& session, const Tree& tree, const QString& why);
+    void take(unsigned int serverId, Kept read);
+    void giveUp(unsigned int serverId, const QString& why);
     void askName(unsigned int serverId, const UaNodeId& typeId);
 
     const QlumSessionServicesProvider m_services;

@@ -248,17 +248,28 @@ void QlumEventWidget::createActions()
 
 void QlumEventWidget::createModels()
 {
-    m_history->setMaximum(100000);
+    m_history->setMaximum(maximumHistory);
     connect(m_items, &QlumMonitoredItemModel::eventsReceived, this, &QlumEventWidget::sltNewEvents);
     connect(m_items, &QlumMonitoredItemModel::nodeRemoved, m_alarms, &QlumAlarmModel::sltRemoveItem);
     connect(m_items, &QlumMonitoredItemModel::historyEvents, m_history, &QlumEventModel::sltNewEvents);
     connect(
         m_items, &QlumMonitoredItemModel::historyEnded, this,
         [this] { m_actions[ReadHistory]->setEnabled(true); });
-    connect(m_items, &QlumMonitoredItemModel::historyFailed, this,
-            [this](const QString& what, const QString& why) {
-                m_messages->tell({QlumMessage::Error, QStringLiteral("history"), what, why, {}, {}});
-            });
+    connect(
+        m_items, &QlumMonitoredItemModel::historyFailed, this,
+        [this](const QString& what, const QString& why) {
+            m_messages->tell({QlumMessage::Error, QStringLiteral("history"), what, why, {}, {}});
+        });
+    connect(m_items, &QlumMonitoredItemModel::historyCut, this, [this](const QString& what) {
+        m_messages->tell(
+            {QlumMessage::Warning,
+             QStringLiteral("historyCut"),
+             what,
+             tr("The settings of events say how often a server is asked for more; a shorter time "
+                "needs fewer answers."),
+             {},
+             {}});
+    });
     connect(m_items, &QlumMonitoredItemModel::refreshAnswered, this, &QlumEventWidget::refreshAnswered);
     connect(m_items, &QlumMonitoredItemModel::filterAnswered, this, &QlumEventWidget::sltFilterAnswered);
     m_items->setDerives([this](unsigned int serverId, const UaNodeId& type, const UaNodeId& base) {

@@ -116,6 +116,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    static constexpr int maximumHistory = 100000; ///< rows
     /// One of the three methods of a condition that take a comment.
     struct Method
     {
@@ -213,4 +214,5 @@ private:
     std::map<unsigned int, UaStatus> m_refreshFaults; ///< of servers that did not refresh
     UaByteString m_shownEvent;                        ///< of the alarm whose details are shown
     int m_detailsRequest = 0;                         ///< counts what showDetails() was asked for
+    bool m_isLengthTold = false;                      ///< that there is more history than rows
 };

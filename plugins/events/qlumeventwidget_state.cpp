@@ -160,9 +160,11 @@ void QlumEventWidget::sltTypesChanged(unsigned int serverId)
     names.removeDuplicates();
     m_where->setOffer(serverId, m_types.tree(serverId), names);
     const bool isReading = m_types.isReading(serverId);
-    m_fieldState->setText(
-        tr("The event types of %1 are being read...").arg(m_application.serverName(serverId)));
-    m_fieldState->setVisible(isReading);
+    const QString server = m_application.serverName(serverId);
+    const QString gap = m_types.gap(serverId);
+    m_fieldState->setText(isReading ? tr("The event types of %1 are being read...").arg(server)
+                                    : tr("The event types of %1 are not complete: %2").arg(server, gap));
+    m_fieldState->setVisible(isReading || !gap.isEmpty());
     updateActions();
 }
 
@@ -335,8 +337,24 @@ void QlumEventWidget::sltShowCounts()
                                  .arg(count(alarms.unacknowledged), count(alarms.unconfirmed),
                                       count(alarms.inactive), count(alarms.unknown)));
     m_tabs->setTabText(2, tr("Event History (%1)").arg(locale.toString(m_history->count())));
-    m_waiting->setText(
-        m_log->isPaused() ? tr("Paused, %1 waiting").arg(locale.toString(m_log->waitingCount())) : QString());
+    QString waiting;
+    if (m_log->isPaused())
+        waiting = tr("Paused, %1 waiting").arg(locale.toString(m_log->waitingCount()));
+    if (m_log->isPaused() && m_log->surplusCount() > 0)
+        waiting = tr("%1; the log has no room for the oldest %2")
+                      .arg(waiting, locale.toString(m_log->surplusCount()));
+    m_waiting->setText(waiting);
+    if (const qint64 kept = m_history->rowCount();
+        !m_isLengthTold && kept == maximumHistory && m_history->count() > kept) {
+        m_isLengthTold = true; // once for each reading
+        m_messages->tell({QlumMessage::Warning,
+                          QStringLiteral("historyLength"),
+                          tr("The list has the last %1 of %2 historical events.")
+                              .arg(locale.toString(kept), locale.toString(m_history->count())),
+                          tr("Read a shorter time to see the others."),
+                          {},
+                          {}});
+    }
     followAlarm();
     updateActions();
 }
@@ -344,7 +362,9 @@ void QlumEventWidget::sltShowCounts()
 void QlumEventWidget::sltReadHistory()
 {
     m_history->clear();
-    m_messages->dismiss(QStringLiteral("history"));
+    m_isLengthTold = false;
+    for (const char* topic : {"history", "historyCut", "historyLength"})
+        m_messages->dismiss(QLatin1String(topic));
     m_actions[ReadHistory]->setEnabled(false);
     m_items->readEventHistory(m_start->dateTime(), m_end->dateTime());
 }

@@ -65,9 +65,10 @@ QlumMonitoredItemModel::~QlumMonitoredItemModel()
 }
 
 void QlumMonitoredItemModel::runLater(unsigned int serverId, const QString& text,
-                                      std::function<void(QlumJob&)> work)
+                                      std::function<void(QlumJob&)> work,
+                                      std::function<void(QlumWorkEnd)> ended)
 {
-    m_pools->of(serverId).add({text, serverId}, std::move(work));
+    m_pools->of(serverId).add({text, serverId}, std::move(work), std::move(ended));
 }
 
 void QlumMonitoredItemModel::call(
@@ -113,6 +114,8 @@ QVariant QlumMonitoredItemModel::cell(const QlumEventNodeMonitored& node, int co
     }
     if (isOffline)
         return tr("Waiting for the connection");
+    if (node.state == NodeState::Refused && node.status == OpcUa_BadRequestCancelledByClient)
+        return tr("Cancelled; \"Apply\" asks the server again");
     if (node.state == NodeState::Refused)
         return tr("Refused: %1").arg(qlumStatusWords(qlumStatusText(node.status)));
     if (node.state == NodeState::Waiting)
@@ -162,8 +165,8 @@ void QlumMonitoredItemModel::removeNodes(QVector<int> rows)
             continue;
         const QlumEventNodeMonitored& node = rowAt(row);
         keys.push_back(node.key);
-        if (node.clientHandle != 0)
-            handles[node.serverId].push_back(node.clientHandle);
+        const std::vector<OpcUa_UInt32> former = handlesOf(node.key);
+        handles[node.serverId].insert(handles[node.serverId].end(), former.begin(), former.end());
         remove(row, 1);
     }
     for (auto item = m_items.begin(); item != m_items.end();)
@@ -227,7 +230,10 @@ void QlumMonitoredItemModel::setWhere(quint32 key, const QlumEventConditions& wh
 bool QlumMonitoredItemModel::hasChanges() const
 {
     return std::any_of(
-        rows().begin(), rows().end(), [](const QlumEventNodeMonitored& node) { return node.isChanged; });
+        rows().begin(), rows().end(),
+        [](const QlumEventNodeMonitored& node) {
+            return node.isChanged || node.state == NodeState::Refused;
+        });
 }
 
 QStringList QlumMonitoredItemModel::missingFields() const
@@ -302,89 +308,6 @@ void QlumMonitoredItemModel::load(QSettings& settings, const QMap<int, int>& ser
         createMonitoredItems(id, false);
 }
 
-// ---- filters and items
-
-UaEventFilter QlumMonitoredItemModel::getEventFilter(const QlumEventNodeMonitored& node) const
-{
-    UaEventFilter filter;
-    qlumSelectFields(filter, node.selectClauses);
-    if (!node.isFilteredHere)
-        filter.where() = qlumWhereClause(node.where);
-    return filter;
-}
-
-UaMonitoredItemCreateRequests
-QlumMonitoredItemModel::createMonitoredItemsRequest(QlumEventNodeMonitored& node)
-{
-    node.clientHandle = ++m_lastHandle;
-    node.isChanged = false;
-    m_items.insert(node.clientHandle, {node.key, QlumFieldNames::of(node.selectClauses)});
-    UaMonitoredItemCreateRequests requests(1u);
-    OpcUa_MonitoredItemCreateRequest& request = requests[0];
-    static_cast<void>(node.nodeId.copyTo(&request.ItemToMonitor.NodeId)); // else null, which is refused
-    request.ItemToMonitor.AttributeId = OpcUa_Attributes_EventNotifier;
-    request.MonitoringMode = OpcUa_MonitoringMode_Reporting;
-    request.RequestedParameters.ClientHandle = node.clientHandle;
-    request.RequestedParameters.SamplingInterval = QlumEventSettings::samplingInterval.value();
-    request.RequestedParameters.QueueSize = QlumEventSettings::queueSize.value();
-    request.RequestedParameters.DiscardOldest =
-        QlumEventSettings::discardOldest.value() ? OpcUa_True : OpcUa_False;
-    static_cast<void>(getEventFilter(node).copyTo(&request.RequestedParameters.Filter));
-    return requests;
-}
-
-void QlumMonitoredItemModel::applyChanges()
-{
-    std::map<unsigned int, std::vector<monitoring::KeptItems::Change>> changes;
-    for (int row = 0; row < rowCount(); ++row) {
-        if (!rowAt(row).isChanged)
-            continue;
-        if (rowAt(row).clientHandle == 0)
-            continue; // the item that will be made has the new filter anyway
-        const unsigned int serverId = rowAt(row).serverId;
-        change(row, [&](QlumEventNodeMonitored& node) {
-            const OpcUa_UInt32 before = node.clientHandle;
-            changes[serverId].push_back({before, createMonitoredItemsRequest(node)});
-            node.state = NodeState::Waiting;
-        });
-    }
-    const std::weak_ptr<int> alive = m_alive;
-    for (const auto& [serverId, list] : changes) {
-        const auto subscription = server(serverId).subscription;
-        if (!subscription)
-            continue;
-        runLater(serverId, tr("Changing the fields of events"),
-                 [this, alive, subscription, list = list](QlumJob& job) {
-                     QlumItemOutcomes outcomes = subscription->modifyItems(list);
-                     const QlumItemOutcomes made = subscription->createItems();
-                     outcomes.insert(outcomes.end(), made.begin(), made.end());
-                     job.post([this, alive, outcomes] {
-                         if (!alive.expired())
-                             takeOutcomes(outcomes);
-                     });
-                 });
-    }
-    emit fieldsChanged();
-}
-
-void QlumMonitoredItemModel::takeOutcomes(const QlumItemOutcomes& outcomes)
-{
-    for (const QlumItemOutcome& outcome : outcomes) {
-        const auto found = std::find_if(rows().begin(), rows().end(), [&](const auto& node) {
-            return node.clientHandle == outcome.clientHandle;
-        });
-        if (found == rows().end())
-            continue; // removed, or changed again
-        const quint32 key = found->key;
-        change(static_cast<int>(found - rows().begin()), [&](QlumEventNodeMonitored& node) {
-            node.state =
-                OpcUa_IsBad(outcome.status) && !outcome.isKept ? NodeState::Refused : NodeState::Watched;
-            node.status = outcome.status;
-        });
-        emit filterAnswered({key, outcome.status, outcome.filterResult});
-    }
-}
-
 // ---- servers
 
 bool QlumMonitoredItemModel::isUp(unsigned int serverId) const
@@ -449,6 +372,7 @@ void QlumMonitoredItemModel::follow(unsigned int serverId, const NamespaceMap& n
                           [&](UaNodeId& type) { return !monitoring::remapNodeId(type, map); });
             qlumRemap(node.where, map);
             node.clientHandle = 0;
+            node.hasItem = false;
             node.state = NodeState::Waiting;
         });
     }
@@ -478,56 +402,6 @@ void QlumMonitoredItemModel::sessionStatusChanged(unsigned int serverId, QlumCon
         createMonitoredItems(serverId, true);
     }
     tellColumnChanged(StateText);
-}
-
-void QlumMonitoredItemModel::createSubscription(unsigned int serverId)
-{
-    ServerState& state = server(serverId);
-    if (!state.subscription)
-        state.subscription = std::make_shared<QlumEventSubscription>(serverId, *this);
-}
-
-// Everything that is to be at the server and is not: after a drop, a reconnect, a new session.
-void QlumMonitoredItemModel::createMonitoredItems(unsigned int serverId, bool isReconnected)
-{
-    if (!isUp(serverId) || !servers().contains(serverId))
-        return;
-    createSubscription(serverId);
-    UaMonitoredItemCreateRequests requests;
-    std::vector<std::pair<quint32, UaNodeId>> nameless;
-    for (int row = 0; row < rowCount(); ++row) {
-        if (rowAt(row).serverId != serverId)
-            continue;
-        if (rowAt(row).name.isEmpty())
-            nameless.emplace_back(rowAt(row).key, rowAt(row).nodeId);
-        if (rowAt(row).clientHandle == 0)
-            change(row, [&](QlumEventNodeMonitored& node) {
-                static_cast<void>(requests.appendMoved(createMonitoredItemsRequest(node)));
-            });
-    }
-    const std::weak_ptr<int> alive = m_alive;
-    const QlumLog log(tr("Event Plugin"), serverId);
-    const auto work = [=, this, subscription = server(serverId).subscription,
-                       provider = m_services](QlumJob& job) {
-        const std::shared_ptr<QlumSessionServices> services = provider(serverId);
-        const bool isRestored = isReconnected && subscription->isValid();
-        const bool isOpen = subscription->open(services);
-        subscription->add(requests);
-        const QlumItemOutcomes outcomes = subscription->createItems();
-        const auto names = qlumReadNames(services.get(), nameless);
-        job.post([this, alive, outcomes, names] {
-            if (alive.expired())
-                return;
-            takeOutcomes(outcomes);
-            takeNames(names);
-        });
-        if (!isOpen)
-            return;
-        log.info(isRestored ? tr("Session could be restored, calling ConditionRefresh")
-                            : tr("Calling ConditionRefresh to get current conditions"));
-        tellRefresh(job, serverId, subscription->refresh());
-    };
-    runLater(serverId, tr("Subscribing to events"), work);
 }
 
 void QlumMonitoredItemModel::takeNames(const std::vector<std::pair<quint32, QString>>& names)

@@ -2,6 +2,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumjob.h>
+#include <app/api/qlumjobpool.h>
 #include <app/api/qlumlog.h>
 #include <app/api/qlumsessionservices.h>
 #include <plugins/events/qlumbrowsepath.h>
@@ -62,6 +63,7 @@ struct QlumEventNodeMonitored
     State state = Waiting;
     OpcUa_StatusCode status = 0; ///< why it is refused
     bool isChanged = false;      ///< the item has another filter than this
+    bool hasItem = false;        ///< with this filter or a former one
 };
 
 /// What a server says of the filter of a notifier.
@@ -113,9 +115,9 @@ public:
     /// Tells of a server whether an event type is another one or below it.
     using Derives = std::function<bool(unsigned int serverId, const UaNodeId& type, const UaNodeId& base)>;
     void setDerives(const Derives& derives) { m_derives = derives; }
-    /// Sends the filters that have changed to the servers.
+    /// Sends the filters that have changed to the servers, and tries again what was refused or cancelled.
     void applyChanges();
-    /// Whether there are any.
+    /// Whether there is any of that.
     [[nodiscard]] bool hasChanges() const;
     /// What a notifier's item selects.
     [[nodiscard]] UaEventFilter getEventFilter(const QlumEventNodeMonitored& node) const;
@@ -168,6 +170,8 @@ signals:
     void historyEvents(const QlumEvents& events);
     /// One node's history was read, or why not.
     void historyFailed(const QString& what, const QString& why);
+    /// There is more than the settings let it read of one node.
+    void historyCut(const QString& what);
     /// All of them.
     void historyEnded();
     /// Of one or all of the notifiers.
@@ -206,12 +210,19 @@ private:
     void createMonitoredItems(unsigned int serverId, bool isReconnected);
     void replaceSubscription(unsigned int serverId);
     [[nodiscard]] UaMonitoredItemCreateRequests createMonitoredItemsRequest(QlumEventNodeMonitored& node);
+    using Wanted = std::function<bool(const QlumEventNodeMonitored& node)>;
+    [[nodiscard]] QlumItemChanges takeChanges(unsigned int serverId, const Wanted& isWanted);
+    [[nodiscard]] std::vector<OpcUa_UInt32> handlesOf(quint32 key) const;
+    void sendItems(unsigned int serverId, const QString& text, const QlumItemChanges& changes,
+                   const std::function<void(QlumJob&)>& work);
+    void giveItemsUp(const std::vector<OpcUa_UInt32>& handles, bool wereSent, OpcUa_StatusCode why);
     void tellRefresh(QlumJob& job, unsigned int serverId, const UaStatus& status);
     void takeOutcomes(const QlumItemOutcomes& outcomes);
     void takeNames(const std::vector<std::pair<quint32, QString>>& names);
     void follow(unsigned int serverId, const NamespaceMap& namespaces);
     void resetItems(unsigned int serverId);
-    void runLater(unsigned int serverId, const QString& text, std::function<void(QlumJob&)> work);
+    void runLater(unsigned int serverId, const QString& text, std::function<void(QlumJob&)> work,
+                  std::function<void(QlumWorkEnd)> ended = nullptr);
 
     void sltDrain();
     void wake();

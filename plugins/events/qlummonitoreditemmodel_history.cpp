@@ -11,6 +11,8 @@
 #include <uaclientsdk/historycontexts.h>
 #include <uaclientsdk/historyresults.h>
 
+#include <QLocale>
+
 #include <algorithm>
 #include <utility>
 
@@ -67,15 +69,23 @@ UaHistoryReadValueIds nodeOf(const HistoryQuestion& question)
     return nodes;
 }
 
+// What came of a question.
+struct HistoryOutcome
+{
+    qint64 count = 0;   // of events
+    bool isCut = false; // by the settings
+};
+
 // Reads the notifier page by page; the status is that of the last page.
 UaStatus readPages(const HistoryQuestion& question, QlumSessionServices& services, QlumJob& job,
-                   const std::function<void(QlumEvents)>& take, qint64& count)
+                   const std::function<void(QlumEvents)>& take, HistoryOutcome& outcome)
 {
     UaClientSdk::HistoryReadEventContext context = contextOf(question);
     const int limit = QlumEventSettings::historyNextCalls.value();
     for (int calls = 0;; ++calls) {
         const bool isOver = calls > 0 && (job.isCancelled() || calls > limit);
         context.releaseContinuationPoints = isOver;
+        outcome.isCut = isOver && !job.isCancelled();
         UaClientSdk::ServiceSettings settings = job.serviceSettings();
         UaClientSdk::HistoryReadEventResults results;
         UaStatus status = services.historyReadEvent(settings, context, nodeOf(question), results);
@@ -84,7 +94,7 @@ UaStatus readPages(const HistoryQuestion& question, QlumSessionServices& service
         UaClientSdk::HistoryReadEventResult& result = results.front();
         if (result.status.isBad())
             return result.status;
-        count += result.events.length();
+        outcome.count += result.events.length();
         take(eventsOf(question, result.events));
         if (result.continuationPoint.isEmpty())
             return result.status;
@@ -127,18 +137,25 @@ void QlumMonitoredItemModel::readEventHistory(const QDateTime& start, const QDat
         const auto read = [=, this, provider = m_services](QlumJob& job) {
             const QlumLog log(tr("Event Plugin"), question.serverId);
             const std::shared_ptr<QlumSessionServices> services = provider(question.serverId);
-            qint64 count = 0;
-            const UaStatus status = services
-                                        ? readPages(
-                                              question, *services, job,
-                                              [&](QlumEvents events) { take(job, std::move(events)); }, count)
-                                        : UaStatus(OpcUa_BadServerNotConnected);
+            HistoryOutcome outcome;
+            const UaStatus status =
+                services ? readPages(
+                               question, *services, job,
+                               [&](QlumEvents events) { take(job, std::move(events)); }, outcome)
+                         : UaStatus(OpcUa_BadServerNotConnected);
             const QString result = qlumResultText(status);
             if (!status.isBad()) {
                 log.info(tr("HistoryReadEvent on node %1 returned %2 events [%3]")
                              .arg(nodeText)
-                             .arg(count)
+                             .arg(outcome.count)
                              .arg(result));
+                const QString cut = tr("Only the first %1 events of %2 on %3 were read; there are more.")
+                                        .arg(QLocale().toString(outcome.count), nodeText, serverName);
+                if (outcome.isCut)
+                    job.post([this, alive, cut] {
+                        if (!alive.expired())
+                            emit historyCut(cut);
+                    });
                 return;
             }
             log.error(tr("HistoryReadEvent on node %1 returned error [%2]").arg(nodeText, result));

@@ -134,6 +134,49 @@ TEST_F(Alarms, ThatAreNotRetainedAreShownWhenTheUserWantsThem)
     EXPECT_EQ(list(), "");
 }
 
+TEST_F(Alarms, AFloodOfThoseThatEndLeavesTheOthersInTheirPlaces)
+{
+    constexpr OpcUa_UInt32 count = 700;
+    const EventValues over{{"Retain", UaVariant(false)}};
+    QlumEvents all, ends;
+    QStringList left;
+    for (OpcUa_UInt32 i = 1; i <= count; ++i) {
+        all.push_back(makeAlarm(i));
+        if (i % 7 == 0)
+            left.append(QString::number(i));
+        else
+            ends.push_back(makeAlarm(i, over));
+    }
+    send(all);
+    // one flaps within the batch, and is there at its end; another is gone at its end
+    ends.push_back(makeAlarm(3));
+    ends.push_back(makeAlarm(14, over));
+    ends.push_back(makeAlarm(14));
+    ends.push_back(makeAlarm(14, over));
+    left.removeAll("14");
+    left.append("3"); // as one that is new
+    send(ends);
+    EXPECT_EQ(list(), left.join(' ').toStdString());
+    send({makeAlarm(7, {{"AckedState/Id", UaVariant(true)}}), makeAlarm(693, over)}); // found where they are
+    left.removeAll("693");
+    EXPECT_EQ(list(), left.join(' ').toStdString());
+    EXPECT_EQ(model.index(0, QlumAlarmModel::AcknowledgedState).data(), "True");
+}
+
+TEST_F(Alarms, ThatAreNotRetainedAreHiddenAgainHoweverManyThereWere)
+{
+    constexpr OpcUa_UInt32 count = 10050; // more than are kept for those who ask later
+    QlumEvents ends;
+    for (OpcUa_UInt32 i = 1; i <= count; ++i)
+        ends.push_back(makeAlarm(i, {{"Retain", UaVariant(false)}}));
+    ends.push_back(makeAlarm(count + 1));
+    model.sltShowRetainIfFalse(true);
+    send(ends);
+    EXPECT_EQ(model.rowCount(), static_cast<int>(count) + 1);
+    model.sltShowRetainIfFalse(false);
+    EXPECT_EQ(list(), std::to_string(count + 1));
+}
+
 TEST_F(Alarms, OfAServerThatIsAwaySayThatTheyAreOld)
 {
     send({makeAlarm(1), makeAlarm(2, {}, 2)});
@@ -237,6 +280,7 @@ TEST_F(EventLog, CountsEverythingAndKeepsTheNewest)
     EXPECT_EQ(modelText(model), before);
     EXPECT_EQ(model.waitingCount(), 2);
     EXPECT_EQ(model.count(), 4);
+    EXPECT_EQ(model.surplusCount(), 0);
     model.setPaused(false);
     EXPECT_EQ(modelText(model), " | 2 | Plc1/Boiler\n | 3 | Plc1/Boiler\n | 4 | Plc1/Boiler\n");
     model.setExtraFields({"Severity", "EventId"});
@@ -245,6 +289,13 @@ TEST_F(EventLog, CountsEverythingAndKeepsTheNewest)
     EXPECT_EQ(modelText(model), " | 4 | Plc1/Boiler\n"
                                 "i=2915 | 500 | Plc1/Boiler | 500 | 0x6576656e74\n"
                                 "EventQueueOverflowEventType: events were lost | Plc1/Boiler\n");
+    model.setPaused(true);
+    model.sltNewEvents({event("5"), event("6"), event("7"), event("8"), event("9")});
+    EXPECT_EQ(model.waitingCount(), 5);
+    EXPECT_EQ(model.surplusCount(), 2) << "the log has three rows";
+    model.setPaused(false);
+    EXPECT_EQ(model.waitingCount() + model.surplusCount(), 0);
+    EXPECT_EQ(model.count(), 11);
 }
 
 TEST_F(EventLog, MarksWhatARefreshHasSentAgain)

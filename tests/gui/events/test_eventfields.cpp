@@ -208,6 +208,28 @@ TEST_F(EventFields, OfManyTypesCostFewRoundTripsAndAreReadOnceForASession)
     EXPECT_FALSE(types.tree(1));
 }
 
+TEST_F(EventFields, OfTypesThatCouldNotBeReadAreSaidToBeMissingAndReadAgain)
+{
+    server->type(1000, "LineEventType", 2041, 2);
+    server->table.fail(NodeTable::Browse, UaNodeId(1000, 2), OpcUa_BadUserAccessDenied);
+    ASSERT_TRUE(read());
+    ASSERT_TRUE(types.tree(1));
+    EXPECT_EQ(types.gap(1), "this user may not do that");
+    EXPECT_TRUE(
+        application.said().contains("Browse of event type ns=2;i=1000 failed [ret = BadUserAccessDenied]."));
+    server->table.fail(NodeTable::Browse, UaNodeId(1000, 2), OpcUa_Good);
+    ASSERT_TRUE(read());
+    EXPECT_EQ(types.gap(1), "");
+    const int calls = server->calls(NodeTable::Browse);
+    ASSERT_TRUE(read());
+    EXPECT_EQ(server->calls(NodeTable::Browse), calls) << "now it is kept";
+    // a server without conditions lacks nothing
+    types.forget(1);
+    server->table.fail(NodeTable::Browse, UaNodeId(2782), OpcUa_BadNodeIdUnknown);
+    ASSERT_TRUE(read());
+    EXPECT_EQ(types.gap(1), "");
+}
+
 TEST_F(EventFields, ReleaseWhatTheSettingsDoNotAllowToFollow)
 {
     application.settings["General.MaxReferencesToReturn"] = 1u;
@@ -218,6 +240,7 @@ TEST_F(EventFields, ReleaseWhatTheSettingsDoNotAllowToFollow)
                            "'General.MaxBrowseNextCalls'. Releasing current ContinuationPoint.")
                      .isEmpty());
     EXPECT_EQ(server->table.openContinuationPoints(), 0);
+    EXPECT_EQ(types.gap(1), "the server has more than the settings let this program read");
 }
 
 // ---- conditions

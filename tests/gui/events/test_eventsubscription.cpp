@@ -1,5 +1,7 @@
 // The subscription of an event view above a scripted server: what is asked, logged, lost and found again.
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumjob.h>
+#include <app/api/qlumrunningwork.h>
 #include <app/api/qlumsessionservices.h>
 #include <plugins/events/qlumevent.h>
 #include <plugins/events/qlumeventpools.h>
@@ -10,6 +12,7 @@
 #include <tests/unit/sdk/subscriptiontest.h>
 #include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uastatus.h>
 #include <uabase/values/uavariant.h>
 #include <uaclientsdk/uasession.h>
 
@@ -22,6 +25,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
+#include <future>
 #include <memory>
 #include <vector>
 
@@ -238,6 +243,26 @@ TEST_F(EventSubscription, RefreshesOnceForEachEventThatRequiresIt)
               "No subscription exists for server 7, skip calling refresh.");
 }
 
+TEST_F(EventSubscription, TellsTheViewWhyTheServerRefusesToRefresh)
+{
+    std::vector<OpcUa_StatusCode> answers;
+    QObject::connect(
+        &model, &QlumMonitoredItemModel::refreshAnswered,
+        [&answers](unsigned int, const UaStatus& status) { answers.push_back(status.statusCode()); });
+    add({UaNodeId(2253)});
+    refreshResult = OpcUa_BadUserAccessDenied;
+    model.callRefresh(1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return answers.size() == 2; }));
+    EXPECT_EQ(answers, (std::vector<OpcUa_StatusCode>{OpcUa_Good, OpcUa_BadUserAccessDenied}));
+    EXPECT_TRUE(
+        application.said().contains("Call ConditionRefresh returned BadUserAccessDenied for ServerId 1."));
+    refreshResult = OpcUa_BadRefreshInProgress; // that one tells it
+    model.callRefresh(1);
+    ASSERT_TRUE(waitForRefreshes(3));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return pools->of(1).pending() == 0; }));
+    EXPECT_EQ(answers.size(), 2u);
+}
+
 TEST_F(EventSubscription, FetchesWhatIsMissingBeforeAnythingNewerIsShown)
 {
     add({UaNodeId(2253)});
@@ -391,6 +416,52 @@ TEST_F(EventSubscription, AChangeThatIsRefusedLeavesTheItemAsItWas)
     ASSERT_TRUE(waitForMessages("still"));
 }
 
+// Whoever cancels work that waits behind a slow call means the work, not the notifiers.
+TEST_F(EventSubscription, WorkThatIsCancelledBeforeItsTurnLosesNoNotifier)
+{
+    const auto cancelBehindASlowCall = [this](const std::function<void()>& ask) {
+        std::promise<void> answer;
+        pools->of(1).add(
+            {QString(), 1}, [&answer](QlumJob&) { answer.get_future().wait(); });
+        ask();
+        QlumRunningWork::instance().cancelServer(1);
+        answer.set_value();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return pools->of(1).pending() == 0; }));
+    };
+    const auto state = [this](int row) {
+        return model.index(row, QlumMonitoredItemModel::StateText).data().toString().toStdString();
+    };
+    const auto ask = [this](const char* field) {
+        model.setSelectClauses(model.rowAt(0).key,
+                               {{UaNodeId(2041), BrowsePathList::fromString(field), false}}, {});
+        model.applyChanges();
+    };
+    cancelBehindASlowCall([this] { model.addNodes(1, {{UaNodeId(2253), "Server"}}); });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state(0) == "Cancelled; \"Apply\" asks the server again"; }))
+        << state(0);
+    EXPECT_EQ(stack.calls(OpcUa_CreateMonitoredItemsRequest_EncodeableType), 0);
+    EXPECT_TRUE(model.hasChanges());
+    model.applyChanges();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state(0) == "Watched"; })) << state(0);
+    ASSERT_TRUE(waitForRefreshes(1)) << "of the subscription that was made only now";
+    EXPECT_FALSE(model.hasChanges());
+    // of two changes that wait, the one and then the other
+    cancelBehindASlowCall([&] {
+        ask("Message/");
+        ask("Severity/");
+    });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state(0) == "Watched, changes not applied yet"; })) << state(0);
+    EXPECT_EQ(stack.calls(OpcUa_ModifyMonitoredItemsRequest_EncodeableType), 0);
+    send(1, model.rowAt(0).clientHandle, {"before"}); // as the item still is
+    ASSERT_TRUE(waitForMessages("before"));
+    model.applyChanges();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state(0) == "Watched"; })) << state(0);
+    EXPECT_EQ(stack.calls(OpcUa_ModifyMonitoredItemsRequest_EncodeableType), 1);
+    EXPECT_EQ(stack.calls(OpcUa_CreateMonitoredItemsRequest_EncodeableType), 1) << "no second item";
+    model.removeNodes({0});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !deleted().empty(); }));
+}
+
 TEST_F(EventSubscription, FailuresLeaveTheViewItsNotifiers)
 {
     stack.failNext(OpcUa_CreateSubscriptionRequest_EncodeableType, {OpcUa_BadTooManySubscriptions});
@@ -398,6 +469,9 @@ TEST_F(EventSubscription, FailuresLeaveTheViewItsNotifiers)
     ASSERT_TRUE(QTest::qWaitFor([&] { return application.said("CreateSubscription failed").size() == 1; }));
     EXPECT_EQ(application.said("CreateSubscription failed").first(),
               "CreateSubscription failed with error BadTooManySubscriptions.");
+    const auto state = [this] { return model.index(0, QlumMonitoredItemModel::StateText).data().toString(); };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state().startsWith("Refused: "); }));
+    EXPECT_EQ(state(), "Refused: the server has as many subscriptions as it can");
     stack.failNext(OpcUa_CreateMonitoredItemsRequest_EncodeableType, {OpcUa_BadOutOfMemory});
     add({UaNodeId(85)});
     EXPECT_TRUE(application.said().contains("CreateMonitoredItems failed with error 'BadOutOfMemory'"));

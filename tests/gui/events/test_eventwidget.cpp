@@ -1,5 +1,6 @@
 // The event view: what the user does with alarms, what conditions ask of him, what a project keeps.
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/events/qlumconditiondialog.h>
@@ -37,6 +38,8 @@
 #include <QTreeView>
 
 #include <atomic>
+#include <functional>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -72,6 +75,8 @@ public:
                               const UaHistoryReadValueIds& nodes,
                               UaClientSdk::HistoryReadEventResults& results) override
     {
+        if (atHistory)
+            atHistory();
         UaClientSdk::HistoryReadEventContext whole = context;
         whole.numValuesPerNode = 0;
         whole.continuationPoint = UaByteString();
@@ -92,6 +97,7 @@ public:
         return status;
     }
     std::atomic<int> openPoints{0};
+    std::function<void()> atHistory; ///< on the thread of the call
     QStringList called()
     {
         const std::lock_guard lock(m_mutex);
@@ -393,6 +399,29 @@ TEST_F(EventView, KeepsItsNotifiersInAProjectAndFollowsTheNamespaces)
     EXPECT_EQ(other->items()->rowCount(), 2);
 }
 
+TEST_F(EventView, AHistoryThatTakesItsTimeHoldsNothingElseUp)
+{
+    std::promise<void> begun, answer;
+    server->atHistory = [&] {
+        begun.set_value();
+        answer.get_future().wait();
+    };
+    const UaNodeId notifier(5, 2);
+    server->table.object(notifier, "Line");
+    view->addNotifiers(std::vector<QlumToolNode>{{1, notifier, OpcUa_NodeClass_Object, {}, "Line"}});
+    bool isRead = false, isAcknowledged = false;
+    QObject::connect(view->items(), &QlumMonitoredItemModel::historyEnded, [&] { isRead = true; });
+    view->items()->readEventHistory(QDateTime::currentDateTime().addSecs(-60), QDateTime::currentDateTime());
+    begun.get_future().wait();
+    view->items()->call(
+        1, "Acknowledging",
+        [&](QlumSessionServices*) -> std::function<void()> { return [&] { isAcknowledged = true; }; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isAcknowledged; }));
+    EXPECT_FALSE(isRead);
+    answer.set_value();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isRead; }));
+}
+
 TEST_F(EventView, ReadsWhatTheServerHasKeptPageByPage)
 {
     application.settings["EventsPlugin.History.NumValuesPerNode"] = 2;
@@ -421,8 +450,12 @@ TEST_F(EventView, ReadsWhatTheServerHasKeptPageByPage)
     EXPECT_EQ(application.said("HistoryReadEvent").join('|'),
               "HistoryReadEvent on node ns=2;i=5 returned 5 events [Good]");
     application.settings["EventsPlugin.History.MaxReadNextCalls"] = 1;
+    QStringList cuts;
+    QObject::connect(view->items(), &QlumMonitoredItemModel::historyCut,
+                     [&cuts](const QString& what) { cuts.append(what); });
     ASSERT_TRUE(read());
     EXPECT_EQ(server->openPoints, 0);
+    EXPECT_EQ(cuts, QStringList("Only the first 4 events of ns=2;i=5 on Plc1 were read; there are more."));
     server->table.fail(NodeTable::HistoryRead, notifier, OpcUa_BadHistoryOperationUnsupported);
     ASSERT_TRUE(read());
     EXPECT_EQ(application.said("HistoryReadEvent").last(),
