@@ -113,7 +113,8 @@ void QlumMethodDialog::begin(QlumMethodCall call)
         // the list of running work can cancel it, too
         job.whenCancelled([this, &job] { job.post([this] { sltCancel(); }); });
         if (const std::shared_ptr<QlumSessionServices> session = services(serverId))
-            qlumCallMethod(session, job, declared, call);
+            qlumCallMethod(
+                session, job, declared, call, [this, &job] { job.post([this] { awaitTypes(); }); });
         else
             call.service = UaStatus(OpcUa_BadServerNotConnected);
         job.post([this, call] { ended(call); });
@@ -135,12 +136,16 @@ void QlumMethodDialog::tellElapsed()
 {
     showIcon(*m_outcomeIcon, QlumStatusLevel::Inactive);
     m_outcome->setText(
-        tr("The method has been running for %1...").arg(qlumDurationText(m_elapsed.elapsed())));
+        m_awaitsTypes
+            ? tr("The method has answered. The data types of the server are being read, by which its "
+                 "results are shown...")
+            : tr("The method has been running for %1...").arg(qlumDurationText(m_elapsed.elapsed())));
 }
 
 void QlumMethodDialog::ended(QlumMethodCall call)
 {
     m_calling = 0;
+    m_awaitsTypes = false;
     m_tick.stop();
     m_calls->add(call);
     m_heading->touch();
@@ -180,6 +185,7 @@ void QlumMethodDialog::showOutcome(const QlumMethodCall& call)
 void QlumMethodDialog::callFailed(const QString& why)
 {
     m_calling = 0;
+    m_awaitsTypes = false;
     m_tick.stop();
     showIcon(*m_outcomeIcon, QlumStatusLevel::Bad);
     m_outcome->setText(why);
