@@ -237,7 +237,6 @@ void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& res
     m_writeMask = qlumWriteMaskOf(qlumResultOf(OpcUa_Attributes_WriteMask, attributeIds, results),
                                   qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results));
     takeDataType(attributeIds, results);
-    takeLock(attributeIds, results);
     const int count = std::min(attributeIds.size(), static_cast<int>(results.length()));
     for (int i = 0; i < count; ++i) {
         const int id = attributeIds.at(i);
@@ -250,6 +249,7 @@ void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& res
         if (id != OpcUa_Attributes_Value)
             takeWritable(row, id);
     }
+    takeLock();
 }
 
 void QlumAttributeModel::takeWritable(QlumAttributeNode& row, int attributeId) const
@@ -270,21 +270,19 @@ void QlumAttributeModel::takeDataType(const QList<int>& attributeIds, const UaDa
 }
 
 // What the node says of writing; a node that says nothing may be tried.
-void QlumAttributeModel::takeLock(const QList<int>& attributeIds, const UaDataValues& results)
+void QlumAttributeModel::takeLock()
 {
-    const auto levelOf = [&](int attributeId) {
-        const UaVariant level = qlumResultOf(attributeId, attributeIds, results);
+    const auto levelOf = [this](int attributeId) {
+        const UaVariant level = attribute(attributeId);
         return level.type() == OpcUaType_Byte && level.isScalar() ? std::optional(level.toByte())
                                                                   : std::nullopt;
     };
+    constexpr OpcUa_UInt32 bit = OpcUa_AttributeWriteMask_ValueForVariableType;
     if (m_nodeClass != OpcUa_NodeClass_VariableType)
         m_lock =
             qlumAccessFault(levelOf(OpcUa_Attributes_AccessLevel), levelOf(OpcUa_Attributes_UserAccessLevel));
-    else if (m_writeMask && !(*m_writeMask & OpcUa_AttributeWriteMask_ValueForVariableType))
-        m_lock = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results).isNull()
-                     ? tr("Nobody may write it: WriteMask has no ValueForVariableType.")
-                     : tr("The user who is logged in may not write it: UserWriteMask has no "
-                          "ValueForVariableType.");
+    else if (!(m_writeMask.value_or(bit) & bit))
+        m_lock = maskFault(bit, QStringLiteral("ValueForVariableType"));
 }
 
 QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataValue& result)

@@ -172,6 +172,7 @@ private:
     };
 
     [[nodiscard]] QString maskLock(int attributeId) const;
+    [[nodiscard]] QString maskFault(OpcUa_UInt32 bit, const QString& name) const;
     [[nodiscard]] static int attributeOf(const QlumAttributeNode& node);
     [[nodiscard]] bool placeOf(const QlumAttributeNode& node, Place& place) const;
     [[nodiscard]] QlumTypedValue wholeOf(int attributeId) const;
@@ -190,7 +191,7 @@ private:
     void writeRefused(const Place& place, const QString& why, const QModelIndex& index);
     void compareWithWritten(const QList<int>& attributeIds);
     void forgetWrites();
-    void takeLock(const QList<int>& attributeIds, const UaDataValues& results);
+    void takeLock();
     [[nodiscard]] QString faultOf(const QlumAttributeNode& node) const;
     [[nodiscard]] QString remarkOn(const QlumAttributeNode& node) const;
     [[nodiscard]] QString writePart(unsigned int serverId, const UaNodeId& nodeId, const Placed& placed,

@@ -145,6 +145,12 @@ QString QlumAttributeModel::maskLock(int attributeId) const
         return tr("%1 is not for clients to write.").arg(name);
     if (!m_writeMask)
         return tr("The node does not say that anything but its Value may be written.");
+    return maskFault(bit, name);
+}
+
+// Which of the masks lacks the bit.
+QString QlumAttributeModel::maskFault(OpcUa_UInt32 bit, const QString& name) const
+{
     const bool isOfNode =
         (qlumWriteMaskOf(attribute(OpcUa_Attributes_WriteMask), {}).value_or(bit) & bit) == 0;
     return isOfNode ? tr("Nobody may write it: WriteMask has no %1.").arg(name)

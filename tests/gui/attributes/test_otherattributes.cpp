@@ -169,6 +169,25 @@ TEST_F(OtherAttributes, TheTwoMasksRestrictEachOther)
     }
 }
 
+TEST_F(OtherAttributes, TheValueOfATypeIsWrittenAsTheMasksAllow)
+{
+    const auto lock = [this](const Values& masks) {
+        Results results{{OpcUa_Attributes_Value, UaDataValue(UaVariant(1.5))}};
+        for (const auto& [id, mask] : masks)
+            results.append({id, UaDataValue(mask)});
+        show(OpcUa_NodeClass_VariableType, results);
+        return model.lock(valueRow()).toStdString();
+    };
+    const UaVariant none(OpcUa_UInt32{0});
+    const UaVariant all(OpcUa_UInt32{allBits});
+    EXPECT_EQ(lock({}), "") << "it may be tried";
+    EXPECT_EQ(lock({{OpcUa_Attributes_WriteMask, all}}), "");
+    EXPECT_EQ(lock({{OpcUa_Attributes_WriteMask, none}}),
+              "Nobody may write it: WriteMask has no ValueForVariableType.");
+    EXPECT_EQ(lock({{OpcUa_Attributes_WriteMask, all}, {OpcUa_Attributes_UserWriteMask, none}}),
+              "The user who is logged in may not write it: UserWriteMask has no ValueForVariableType.");
+}
+
 // The other fields and elements are what the server has, and nobody else's change is taken back.
 TEST_F(OtherAttributes, APartOfOneIsWrittenWithTheWholeUnlessThatHasChanged)
 {
