@@ -518,13 +518,15 @@ void QlumMethodDialog::serverRemoved(unsigned int serverId)
         return;
     m_world.pool.giveUp(m_reading);
     m_reading = 0;
-    m_awaitsTypes = false;
-    if (m_calling != 0) {
+    if (m_calling != 0 && m_awaitsTypes) {
+        endWithoutTypes();
+    } else if (m_calling != 0) {
         m_call.milliseconds = m_elapsed.elapsed();
         m_call.end = QlumMethodCall::GivenUp;
         m_world.pool.giveUp(m_calling);
         ended(m_call);
     }
+    m_awaitsTypes = false;
     m_serverId = qlumNoServer;
     m_status = QlumConnectionStatus::Disconnected;
     m_messages->tell({QlumMessage::Note,

@@ -96,6 +96,7 @@ private:
     [[nodiscard]] UaNodeId chosenObject() const;
     void begin(QlumMethodCall call);
     void ended(QlumMethodCall call);
+    void endWithoutTypes();
     void callFailed(const QString& why);
     void sendCancel(OpcUa_UInt32 requestHandle);
     void showOutcome(const QlumMethodCall& call);

@@ -114,7 +114,13 @@ void QlumMethodDialog::begin(QlumMethodCall call)
         job.whenCancelled([this, &job] { job.post([this] { sltCancel(); }); });
         if (const std::shared_ptr<QlumSessionServices> session = services(serverId))
             qlumCallMethod(
-                session, job, declared, call, [this, &job] { job.post([this] { awaitTypes(); }); });
+                session, job, declared, call,
+                [this, &job, &call] {
+                    job.post([this, answered = call] {
+                        m_call = answered;
+                        awaitTypes();
+                    });
+                });
         else
             call.service = UaStatus(OpcUa_BadServerNotConnected);
         job.post([this, call] { ended(call); });
@@ -198,12 +204,36 @@ void QlumMethodDialog::sltCancel()
 {
     if (m_calling == 0)
         return;
+    if (m_awaitsTypes)
+        return endWithoutTypes();
     m_world.pool.giveUp(m_calling);
     QlumMethodCall call = m_call;
     call.milliseconds = m_elapsed.elapsed();
     call.end = QlumMethodCall::GivenUp;
     ended(call);
     sendCancel(call.requestHandle);
+}
+
+// The method has answered: its results are shown as far as they can be without the types.
+void QlumMethodDialog::endWithoutTypes()
+{
+    m_world.pool.giveUp(m_calling);
+    QlumMethodCall call = m_call;
+    for (const UaVariant& output : call.outputs) {
+        const std::size_t place = call.outputArguments.size();
+        QlumMethodArgument argument;
+        if (place < m_info.outputs.size())
+            argument = m_info.outputs[place];
+        else
+            argument.name = tr("Output %1").arg(place + 1);
+        argument.context.dataType = UaNodeId();
+        argument.context.builtInType = output.type();
+        argument.context.valueRank =
+            output.isScalar() ? -1 : static_cast<OpcUa_Int32>(output.dimensions().length());
+        argument.context.arrayDimensions.clear();
+        call.outputArguments.push_back(argument);
+    }
+    ended(call);
 }
 
 void QlumMethodDialog::sendCancel(OpcUa_UInt32 requestHandle)

@@ -290,6 +290,14 @@ TEST_F(Methods, WaitForTypesThatAreStillBeingReadAndSaySo)
     ASSERT_TRUE(QTest::qWaitFor([&] { return outcome().starts_with("The method has answered."); }))
         << outcome();
     EXPECT_EQ(activity(), "data types are being read...");
+    const int cancels = services->calls(NodeTable::Cancel);
+    widget<QPushButton>("cancelCall")->click(); // of the waiting; there is nothing else to be ended
+    EXPECT_TRUE(outcome().starts_with("Called. ")) << outcome();
+    EXPECT_EQ(services->calls(NodeTable::Cancel), cancels);
+    ASSERT_EQ(outputs().count(), 1);
+    EXPECT_EQ(outputs().value(0), UaVariant(object));
+    widget<QPushButton>("callMethodNow")->click();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return outcome().starts_with("The method has answered."); }));
     come = true;
     ASSERT_TRUE(waitUntilReady());
     EXPECT_TRUE(outcome().starts_with("Called. ")) << outcome();
