@@ -69,6 +69,19 @@ async function accessAndStatusAreTold({ session }) {
   assert.equal((await read(session, demo("Status.NullString"))).value.value, null);
 }
 
+async function attributesCanBeWritten({ session }) {
+  const nodeId = demo("Attributes.Variable");
+  const set = (attributeId, value) => session.write({ nodeId, attributeId, value: { value } });
+  const words = { dataType: DataType.LocalizedText, value: { locale: "en", text: "written" } };
+  assert.equal(await set(AttributeIds.Description, words), StatusCodes.Good);
+  assert.equal((await read(session, nodeId, AttributeIds.Description)).value.value.text, "written");
+  assert.equal(await set(AttributeIds.Description, scalar(DataType.Int32, 1)), StatusCodes.BadTypeMismatch);
+  assert.equal(
+    (await read(session, nodeId, AttributeIds.UserWriteMask)).statusCode,
+    StatusCodes.BadAttributeIdInvalid,
+  );
+}
+
 async function structuresDecode({ session }) {
   const value = async (id) => (await read(session, structured(id))).value.value;
   await session.extractNamespaceDataType();
@@ -497,6 +510,7 @@ const checks = [
   namespacesAreStable,
   everyTypeReadsAndWrites,
   accessAndStatusAreTold,
+  attributesCanBeWritten,
   dictionaryDescribes,
   structuresDecode,
   methodsAnswer,

@@ -4,6 +4,7 @@
 #include <app/api/qlumtext.h>
 #include <app/ini/qluminicheck.h>
 #include <app/ini/qluminitext.h>
+#include <app/settings/qlumoutlinedstyle.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <uabase/system/uadir.h>
 #include <uawidgets/plot/qlumplot.h>
@@ -94,7 +95,10 @@ void QlumAppearance::applyPalette()
     const bool isDark = wanted == QLatin1String("Dark");
     const bool isOwn = isDark || wanted == QLatin1String("Light");
     // styles of desktops draw with colours of their own
-    QApplication::setStyle(isOwn ? QStringLiteral("fusion") : m_systemStyle);
+    if (isOwn)
+        QApplication::setStyle(new QlumOutlinedStyle);
+    else
+        QApplication::setStyle(m_systemStyle);
     QApplication::setPalette(isOwn ? qlumPalette(isDark) : m_systemPalette);
 }
 

@@ -4,6 +4,7 @@ import { join } from "node:path";
 
 import { addAlarmsAndEvents } from "./alarms.mjs";
 import { addArrays } from "./arrays.mjs";
+import { addAttributes } from "./attributes.mjs";
 import { Builder } from "./builder.mjs";
 import { addShapes } from "./deep.mjs";
 import { addDevices } from "./devices.mjs";
@@ -117,6 +118,7 @@ function addAll(b) {
   addHistory(b);
   addAlarmsAndEvents(b);
   addIcons(b);
+  addAttributes(b);
   addImages(b, structures);
   addMany(b);
   addShapes(b);

@@ -9,6 +9,7 @@
 #include <plugins/attributes/qlumattributeresults.h>
 #include <plugins/attributes/qlumattributesettings.h>
 #include <plugins/attributes/qlumattributetexts.h>
+#include <uabase/structures/uadatatypedictionary.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uaexpandednodeid.h>
 #include <uabase/values/uanodeid.h>
@@ -88,9 +89,7 @@ QVariant QlumAttributeModel::cell(const QlumAttributeNode& node, int column, int
     case FaultRole:
         return column == ValueColumn ? faultOf(node) : QVariant();
     case ValueRole:
-        return node.isWritable()
-                   ? QVariant::fromValue(node.attributeId() == 0 ? m_value : attribute(node.attributeId()))
-                   : QVariant();
+        return node.isWritable() ? QVariant::fromValue(wholeOf(attributeOf(node)).value) : QVariant();
     case DictionaryRole:
         return QVariant::fromValue(m_rows.dictionary());
     case DataTypeRole:
@@ -197,7 +196,7 @@ void QlumAttributeModel::setData(unsigned int serverId, const UaNodeId& nodeId, 
         m_context.dictionary = {m_session, m_rows.dictionary()};
         build(attributeIds, values);
     });
-    compareWithWritten();
+    compareWithWritten(attributeIds);
 }
 
 void QlumAttributeModel::clear()
@@ -223,6 +222,7 @@ void QlumAttributeModel::forget()
     m_valueRow = nullptr;
     m_value.clear();
     m_attributes.clear();
+    m_writeMask.reset();
     m_context = QlumValueContext();
     m_dataTypeId.clear();
     m_lock.clear();
@@ -234,10 +234,9 @@ void QlumAttributeModel::forget()
 
 void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& results)
 {
+    m_writeMask = qlumWriteMaskOf(qlumResultOf(OpcUa_Attributes_WriteMask, attributeIds, results),
+                                  qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results));
     takeDataType(attributeIds, results);
-    takeLock(attributeIds, results);
-    const OpcUa_UInt32 mask = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results).toUInt32();
-    const bool isAnyEdited = QlumAttributeSettings::editLocked.value(&m_application);
     const int count = std::min(attributeIds.size(), static_cast<int>(results.length()));
     for (int i = 0; i < count; ++i) {
         const int id = attributeIds.at(i);
@@ -247,13 +246,20 @@ void QlumAttributeModel::build(const QList<int>& attributeIds, UaDataValues& res
         if (row.status() == 0) // a row may have found a fault of its own
             row.setStatus(status);
         row.setOptional(qlumIsOptionalAttribute(id, m_nodeClass));
-        if (id == OpcUa_Attributes_Value)
-            continue;
-        row.setAttributeId(id);
-        const OpcUa_UInt32 bit = qlumWriteMaskBit(id);
-        if (m_attributes.contains(id) && bit != 0 && ((mask & bit) != 0 || isAnyEdited))
-            row.setWritable(true);
+        if (id != OpcUa_Attributes_Value)
+            takeWritable(row, id);
     }
+    takeLock();
+}
+
+void QlumAttributeModel::takeWritable(QlumAttributeNode& row, int attributeId) const
+{
+    row.setAttributeId(attributeId);
+    const OpcUa_UInt32 bit = qlumWriteMaskBit(attributeId);
+    const bool isAllowed = (m_writeMask.value_or(0) & bit) != 0;
+    if (m_attributes.contains(attributeId) && bit != 0 &&
+        (isAllowed || QlumAttributeSettings::editLocked.value(&m_application)))
+        row.setWritable(true);
 }
 
 void QlumAttributeModel::takeDataType(const QList<int>& attributeIds, const UaDataValues& results)
@@ -264,21 +270,19 @@ void QlumAttributeModel::takeDataType(const QList<int>& attributeIds, const UaDa
 }
 
 // What the node says of writing; a node that says nothing may be tried.
-void QlumAttributeModel::takeLock(const QList<int>& attributeIds, const UaDataValues& results)
+void QlumAttributeModel::takeLock()
 {
-    const auto levelOf = [&](int attributeId) {
-        const UaVariant level = qlumResultOf(attributeId, attributeIds, results);
+    const auto levelOf = [this](int attributeId) {
+        const UaVariant level = attribute(attributeId);
         return level.type() == OpcUaType_Byte && level.isScalar() ? std::optional(level.toByte())
                                                                   : std::nullopt;
     };
-    const UaVariant mask = qlumResultOf(OpcUa_Attributes_UserWriteMask, attributeIds, results);
+    constexpr OpcUa_UInt32 bit = OpcUa_AttributeWriteMask_ValueForVariableType;
     if (m_nodeClass != OpcUa_NodeClass_VariableType)
         m_lock =
             qlumAccessFault(levelOf(OpcUa_Attributes_AccessLevel), levelOf(OpcUa_Attributes_UserAccessLevel));
-    else if (mask.type() == OpcUaType_UInt32 &&
-             !(mask.toUInt32() & OpcUa_AttributeWriteMask_ValueForVariableType))
-        m_lock = tr("The user who is logged in may not write it: UserWriteMask has no "
-                    "ValueForVariableType.");
+    else if (!(m_writeMask.value_or(bit) & bit))
+        m_lock = maskFault(bit, QStringLiteral("ValueForVariableType"));
 }
 
 QlumAttributeNode& QlumAttributeModel::addAttribute(int attributeId, OpcUa_DataValue& result)
@@ -311,8 +315,12 @@ void QlumAttributeModel::addDetails(unsigned int serverId, const UaNodeId& nodeI
         return;
     insertChildren(*m_root, m_root->childCount(), static_cast<int>(details.attributes.size()), [&] {
         for (const auto& [id, result] : details.attributes)
-            addDetail(id, result);
+            takeWritable(addDetail(id, result), id);
     });
+    QList<int> attributeIds;
+    for (const auto& detail : details.attributes)
+        attributeIds.append(detail.first);
+    compareWithWritten(attributeIds);
     m_context = details.context;
     if (!m_valueRow)
         return;
@@ -325,22 +333,25 @@ void QlumAttributeModel::addDetails(unsigned int serverId, const UaNodeId& nodeI
     });
 }
 
-void QlumAttributeModel::addDetail(int attributeId, const UaDataValue& result)
+QlumAttributeNode& QlumAttributeModel::addDetail(int attributeId, const UaDataValue& result)
 {
     const QString name = qlumAttributeName(attributeId);
     const OpcUa_StatusCode status = result.statusCode().code();
     const UaVariant value = result.value();
     if (OpcUa_IsBad(status)) {
-        m_root->append(name, qlumStatusCodeText(status)).setStatus(status);
-    } else if (attributeId == OpcUa_Attributes_AccessRestrictions && value.type() == OpcUaType_UInt16) {
-        m_root->append(name, qlumAccessRestrictionsText(value.toUInt16()));
-    } else if (attributeId == OpcUa_Attributes_AccessLevelEx && value.type() == OpcUaType_UInt32) {
-        m_root->append(name, qlumAccessLevelExText(value.toUInt32()));
-    } else {
-        QlumAttributeNode& row = m_rows.addVariant(*m_root, name, value, QlumTypeHint());
-        if (!value.isNull() && !value.isScalar() && value.elementCount() > 0)
-            row.setValue(qlumTypeText(value, QlumTypeHint(), m_rows.dictionary()));
+        QlumAttributeNode& row = m_root->append(name, qlumStatusCodeText(status));
+        row.setStatus(status);
+        return row;
     }
+    m_attributes[attributeId] = value;
+    if (attributeId == OpcUa_Attributes_AccessRestrictions && value.type() == OpcUaType_UInt16)
+        return m_root->append(name, qlumAccessRestrictionsText(value.toUInt16()));
+    if (attributeId == OpcUa_Attributes_AccessLevelEx && value.type() == OpcUaType_UInt32)
+        return m_root->append(name, qlumAccessLevelExText(value.toUInt32()));
+    QlumAttributeNode& row = m_rows.addVariant(*m_root, name, value, QlumTypeHint());
+    if (!value.isNull() && !value.isScalar() && value.elementCount() > 0)
+        row.setValue(qlumTypeText(value, QlumTypeHint(), m_rows.dictionary()));
+    return row;
 }
 
 QlumAttributeNode& QlumAttributeModel::addCode(int attributeId, const UaVariant& value)

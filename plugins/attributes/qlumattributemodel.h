@@ -63,8 +63,9 @@ public:
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     /// Edit role: a text, converted to the type of what the row shows. ValueRole: a UaVariant, the new Value
     /// as it is. PartRole: a UaVariant in the place of what the row shows. Writes at once, under a wait
-    /// cursor; true when the server took it. Elements of an array are written alone where the server takes
-    /// that, fields of a structure with the whole Value, unless it has changed since it was shown.
+    /// cursor; true when the server took it. Elements of the Value are written alone where the server takes
+    /// that, fields of a structure and parts of other attributes with the whole, unless that has changed
+    /// since it was shown.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
     /// What is not Current is grey and cannot be written. A result that is shown is Current.
@@ -89,10 +90,10 @@ public:
     /// Of what the row has a place for: of its value, or of the one that an empty Value should get. Null
     /// where that is not known.
     [[nodiscard]] OpcUa_BuiltInType rowType(const QModelIndex& index) const;
-    /// Why the row's value cannot be edited now, in words; empty when it can, and for rows that have no
-    /// value.
+    /// Why the row's value cannot be edited now, in words; empty when it can, and for rows that only describe
+    /// another one or could not be read.
     [[nodiscard]] QString lock(const QModelIndex& index) const;
-    /// The whole Value with the row's part replaced; of another attribute the part is the whole.
+    /// The whole Value, or other attribute, with the row's part replaced.
     [[nodiscard]] UaStatusCode valueWithRow(const QModelIndex& index, const UaVariant& part,
                                             UaVariant& whole) const;
     /// Whether something was written that undo() can take back.
@@ -117,6 +118,9 @@ signals:
     void writeFailed(const QString& why);
     /// The server has taken one.
     void written();
+    /// What is shown may not be what the server has any more, and somebody should read it. With isSelected
+    /// who hears of it has heard by the application, too, that the node is selected.
+    void shownIsOld(bool isSelected);
     /// One was written, but not quite as the user may think, for that reason in words.
     void remarked(const QString& what);
     /// canUndo() says something else now.
@@ -148,10 +152,11 @@ private:
     QlumAttributeNode& addCode(int attributeId, const UaVariant& value);
     QlumAttributeNode& addDataType(const UaVariant& value);
     QlumAttributeNode& addMistyped(int attributeId, const char* expected, const UaVariant& value);
-    void addDetail(int attributeId, const UaDataValue& result);
+    QlumAttributeNode& addDetail(int attributeId, const UaDataValue& result);
+    void takeWritable(QlumAttributeNode& row, int attributeId) const;
     [[nodiscard]] QlumTypeHint valueHint() const;
 
-    /// What can be written: an attribute or, of the Value, a part of it.
+    /// What can be written: an attribute or a part of it.
     struct Place
     {
         int attributeId = 0;
@@ -166,8 +171,11 @@ private:
         UaVariant value;
     };
 
-    [[nodiscard]] bool stepsTo(const QlumAttributeNode& node, std::vector<QlumValueStep>& steps) const;
+    [[nodiscard]] QString maskLock(int attributeId) const;
+    [[nodiscard]] QString maskFault(OpcUa_UInt32 bit, const QString& name) const;
+    [[nodiscard]] static int attributeOf(const QlumAttributeNode& node);
     [[nodiscard]] bool placeOf(const QlumAttributeNode& node, Place& place) const;
+    [[nodiscard]] QlumTypedValue wholeOf(int attributeId) const;
     [[nodiscard]] QlumTypedValue valueAt(const Place& place) const;
     [[nodiscard]] bool convertText(const QModelIndex& index, const QString& text, UaVariant& part);
     QlumWriteOutcome write(const Placed& placed, const UaVariant& shown, bool isUndo,
@@ -181,9 +189,9 @@ private:
     [[nodiscard]] QString sentText(const Placed& placed, OpcUa_StatusCode code) const;
     void finish(const Placed& placed, const QlumWriteOutcome& outcome, const QModelIndex& index);
     void writeRefused(const Place& place, const QString& why, const QModelIndex& index);
-    void compareWithWritten();
+    void compareWithWritten(const QList<int>& attributeIds);
     void forgetWrites();
-    void takeLock(const QList<int>& attributeIds, const UaDataValues& results);
+    void takeLock();
     [[nodiscard]] QString faultOf(const QlumAttributeNode& node) const;
     [[nodiscard]] QString remarkOn(const QlumAttributeNode& node) const;
     [[nodiscard]] QString writePart(unsigned int serverId, const UaNodeId& nodeId, const Placed& placed,
@@ -209,6 +217,7 @@ private:
     QString m_fault;                                ///< of the last write; stays when the node is read again
     Place m_faultPlace;                             ///< what was to be written then
     std::map<int, UaVariant> m_attributes;          ///< those besides the Value that were read well
+    std::optional<OpcUa_UInt32> m_writeMask;        ///< of the attributes besides the Value
     std::vector<Placed> m_undo;                     ///< what was there before each write; the last one first
     std::optional<Placed> m_expected;               ///< was written and not read again yet
     std::shared_ptr<QlumSessionServices> m_session; ///< whose dictionary and names the rows use

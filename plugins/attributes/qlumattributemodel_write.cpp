@@ -22,34 +22,42 @@
 #include <optional>
 #include <utility>
 
-// The way from the Value to the row; false when the row is no part of it that could be replaced.
-bool QlumAttributeModel::stepsTo(const QlumAttributeNode& node, std::vector<QlumValueStep>& steps) const
+// The one that the row shows, or is below.
+int QlumAttributeModel::attributeOf(const QlumAttributeNode& node)
 {
-    steps.clear();
-    const QlumAttributeNode* current = &node;
-    for (; current && current != m_valueRow; current = current->parent()) {
-        if (current->step().kind == QlumValueStep::Detail || current->step().kind == QlumValueStep::None)
-            return false;
-        steps.push_back(current->step());
-    }
-    std::reverse(steps.begin(), steps.end());
-    return current != nullptr;
+    const QlumAttributeNode* whole = &node;
+    while (whole && whole->attributeId() == 0)
+        whole = whole->parent();
+    return whole ? whole->attributeId() : OpcUa_Attributes_Value;
 }
 
+// The way from an attribute to the row; false when the row is no part of one that could be replaced.
 bool QlumAttributeModel::placeOf(const QlumAttributeNode& node, Place& place) const
 {
-    place = {node.attributeId(), {}};
-    if (node.attributeId() != 0)
-        return m_attributes.contains(node.attributeId());
-    place.attributeId = OpcUa_Attributes_Value;
-    return m_valueRow && stepsTo(node, place.steps);
+    place = {};
+    const QlumAttributeNode* whole = &node;
+    for (; whole && whole != m_valueRow && whole->attributeId() == 0; whole = whole->parent()) {
+        if (whole->step().kind == QlumValueStep::Detail || whole->step().kind == QlumValueStep::None)
+            return false;
+        place.steps.push_back(whole->step());
+    }
+    if (!whole)
+        return false;
+    std::reverse(place.steps.begin(), place.steps.end());
+    place.attributeId = whole == m_valueRow ? OpcUa_Attributes_Value : whole->attributeId();
+    return whole == m_valueRow || m_attributes.contains(place.attributeId);
+}
+
+QlumTypedValue QlumAttributeModel::wholeOf(int attributeId) const
+{
+    if (attributeId == OpcUa_Attributes_Value)
+        return {m_value, valueHint()};
+    return {attribute(attributeId), {qlumAttributeDataType(attributeId), {}}};
 }
 
 QlumTypedValue QlumAttributeModel::valueAt(const Place& place) const
 {
-    if (place.attributeId != OpcUa_Attributes_Value)
-        return {attribute(place.attributeId), {}};
-    return qlumPartOf({m_value, valueHint()}, place.steps, m_rows.dictionary());
+    return qlumPartOf(wholeOf(place.attributeId), place.steps, m_rows.dictionary());
 }
 
 QlumTypedValue QlumAttributeModel::rowValue(const QModelIndex& index) const
@@ -64,11 +72,7 @@ UaStatusCode QlumAttributeModel::valueWithRow(const QModelIndex& index, const Ua
     Place place;
     if (!index.isValid() || !placeOf(*nodeAt(index), place))
         return OpcUa_BadNotWritable;
-    if (place.attributeId != OpcUa_Attributes_Value) {
-        whole = part;
-        return {};
-    }
-    QlumTypedValue value{m_value, valueHint()};
+    QlumTypedValue value = wholeOf(place.attributeId);
     const UaStatusCode status = qlumReplacePart(value, place.steps, part, m_rows.dictionary());
     if (status.isNotBad())
         whole = value.value;
@@ -117,15 +121,40 @@ QlumValueContext QlumAttributeModel::editContext(const QModelIndex& index) const
 
 QString QlumAttributeModel::lock(const QModelIndex& index) const
 {
-    if (!index.isValid() || !nodeAt(index)->isWritable())
+    if (!index.isValid())
         return {};
+    if (!nodeAt(index)->isWritable())
+        return maskLock(attributeOf(*nodeAt(index)));
     if (m_standing == Standing::Outdated)
         return tr("What is shown is not up to date: its server could not be asked.");
     if (m_standing == Standing::Left)
         return tr("Another node is being read.");
-    if (nodeAt(index)->attributeId() != 0)
+    if (attributeOf(*nodeAt(index)) != OpcUa_Attributes_Value)
         return {}; // only those that may be written can be edited
     return m_lock.isEmpty() || QlumAttributeSettings::editLocked.value(&m_application) ? QString() : m_lock;
+}
+
+// Of the attributes besides the Value.
+QString QlumAttributeModel::maskLock(int attributeId) const
+{
+    const OpcUa_UInt32 bit = qlumWriteMaskBit(attributeId);
+    if (!m_attributes.contains(attributeId))
+        return {};
+    const QString name = qlumAttributeName(attributeId);
+    if (bit == 0)
+        return tr("%1 is not for clients to write.").arg(name);
+    if (!m_writeMask)
+        return tr("The node does not say that anything but its Value may be written.");
+    return maskFault(bit, name);
+}
+
+// Which of the masks lacks the bit.
+QString QlumAttributeModel::maskFault(OpcUa_UInt32 bit, const QString& name) const
+{
+    const bool isOfNode =
+        (qlumWriteMaskOf(attribute(OpcUa_Attributes_WriteMask), {}).value_or(bit) & bit) == 0;
+    return isOfNode ? tr("Nobody may write it: WriteMask has no %1.").arg(name)
+                    : tr("The user who is logged in may not write it: UserWriteMask has no %1.").arg(name);
 }
 
 QString QlumAttributeModel::faultOf(const QlumAttributeNode& node) const
@@ -139,7 +168,7 @@ QString QlumAttributeModel::remarkOn(const QlumAttributeNode& node) const
 {
     if (const QString fault = faultOf(node); !fault.isEmpty())
         return fault;
-    return node.isWritable() && node.attributeId() == 0 ? m_lock : QString();
+    return node.isWritable() && attributeOf(node) == OpcUa_Attributes_Value ? m_lock : QString();
 }
 
 // ---- doing it
@@ -179,7 +208,7 @@ bool QlumAttributeModel::setData(const QModelIndex& index, const QVariant& value
     }
     if (role == ValueRole)
         placed.place.steps.clear();
-    return write(placed, m_value, false, index).isGood();
+    return write(placed, wholeOf(placed.place.attributeId).value, false, index).isGood();
 }
 
 std::function<QString(const UaVariant& part)> QlumAttributeModel::partWriter(const QModelIndex& index)
@@ -188,7 +217,7 @@ std::function<QString(const UaVariant& part)> QlumAttributeModel::partWriter(con
     if (!index.isValid() || !placeOf(*nodeAt(index), place))
         return {};
     return [self = QPointer(this), serverId = m_serverId, nodeId = m_nodeId, place,
-            shown = std::optional(m_value)](const UaVariant& part) mutable {
+            shown = std::optional(wholeOf(place.attributeId).value)](const UaVariant& part) mutable {
         return self ? self->writePart(serverId, nodeId, {place, part}, shown)
                     : tr("The window has been closed.");
     };
@@ -203,7 +232,8 @@ QString QlumAttributeModel::writePart(unsigned int serverId, const UaNodeId& nod
             .arg(toQString(nodeId.toXmlString()));
     if (m_standing != Standing::Current || !m_services(m_serverId))
         return tr("The server cannot be asked at the moment.");
-    const QlumWriteOutcome outcome = write(placed, shown.value_or(m_value), false, {});
+    const UaVariant whole = shown.value_or(wholeOf(placed.place.attributeId).value);
+    const QlumWriteOutcome outcome = write(placed, whole, false, {});
     if (outcome.hasChanged)
         shown.reset();
     return outcome.isGood() ? QString() : m_fault;
@@ -214,7 +244,7 @@ bool QlumAttributeModel::undo()
     if (m_undo.empty() || m_standing != Standing::Current || !m_services(m_serverId))
         return false;
     const Placed before = m_undo.back();
-    if (!write(before, m_value, true, {}).isGood())
+    if (!write(before, wholeOf(before.place.attributeId).value, true, {}).isGood())
         return false;
     if (!m_undo.empty()) // others hear of a write, too
         m_undo.pop_back();
@@ -253,11 +283,10 @@ QlumWriteOutcome QlumAttributeModel::send(QlumAttributeWriter& writer, const Pla
                                           const UaVariant& shown) const
 {
     const std::vector<QlumValueStep>& steps = placed.place.steps;
-    if (placed.place.attributeId != OpcUa_Attributes_Value)
-        return writer.write(placed.place.attributeId, placed.value, valueAt(placed.place).value);
     if (steps.empty())
         return sendTogether(writer, placed, shown);
-    const bool isElement = steps.size() == 1 && steps.front().kind == QlumValueStep::Element;
+    const bool isElement = placed.place.attributeId == OpcUa_Attributes_Value && steps.size() == 1 &&
+                           steps.front().kind == QlumValueStep::Element;
     UaVariant sent;
     const UaString range =
         isElement ? qlumElementRange(m_value, steps.front().index, placed.value, sent) : UaString();
@@ -276,12 +305,12 @@ QlumWriteOutcome QlumAttributeModel::sendTogether(QlumAttributeWriter& writer, c
 {
     QlumWriteOutcome outcome;
     UaVariant now;
-    if (shown.isScalar() && shown.type() == OpcUaType_ExtensionObject && writer.readValue(now).isNotBad() &&
-        now != shown) {
+    if (shown.isScalar() && shown.type() == OpcUaType_ExtensionObject &&
+        writer.read(placed.place.attributeId, now).isNotBad() && now != shown) {
         outcome.hasChanged = true;
         return outcome;
     }
-    return writer.write(OpcUa_Attributes_Value, placed.value, shown);
+    return writer.write(placed.place.attributeId, placed.value, shown);
 }
 
 // The other parts are what the server has now. An element of an array says nothing about its neighbours; the
@@ -290,8 +319,8 @@ QlumWriteOutcome QlumAttributeModel::sendWhole(QlumAttributeWriter& writer, cons
                                                const UaVariant& shown, bool isElement) const
 {
     QlumWriteOutcome outcome;
-    QlumTypedValue whole{{}, valueHint()};
-    outcome.result = writer.readValue(whole.value);
+    QlumTypedValue whole = wholeOf(placed.place.attributeId);
+    outcome.result = writer.read(placed.place.attributeId, whole.value);
     if (outcome.result.isBad())
         return outcome;
     outcome.hasChanged = !isElement && whole.value != shown;
@@ -300,7 +329,7 @@ QlumWriteOutcome QlumAttributeModel::sendWhole(QlumAttributeWriter& writer, cons
     outcome.result = qlumReplacePart(whole, placed.place.steps, placed.value, m_rows.dictionary());
     if (outcome.result.isBad())
         return outcome;
-    outcome = writer.write(OpcUa_Attributes_Value, whole.value, shown);
+    outcome = writer.write(placed.place.attributeId, whole.value, shown);
     outcome.isWhole = isElement;
     return outcome;
 }
@@ -315,8 +344,12 @@ QString QlumAttributeModel::sentText(const Placed& placed, OpcUa_StatusCode code
     const QString sent = tr(". Sent was %1 (%2).")
                              .arg(qlumCutText(toQString(placed.value.toString()), longest),
                                   qlumTypeText(placed.value, shown.hint, m_rows.dictionary()));
-    const bool isWhole = placed.place.attributeId == OpcUa_Attributes_Value && placed.place.steps.empty();
-    const QString declared = isWhole ? qlumDeclaredTypeName(m_context) : QString();
+    if (!placed.place.steps.empty())
+        return sent;
+    if (placed.place.attributeId != OpcUa_Attributes_Value)
+        return sent +
+               tr(" The attribute holds %1.").arg(qlumTypeText(shown.value, shown.hint, m_rows.dictionary()));
+    const QString declared = qlumDeclaredTypeName(m_context);
     return declared.isEmpty() ? sent : sent + tr(" The node declares %1.").arg(declared);
 }
 
@@ -327,20 +360,27 @@ void QlumAttributeModel::finish(const Placed& placed, const QlumWriteOutcome& ou
     if (!outcome.service.isGood()) {
         log().error(tr("Write failed [ret = %1].").arg(qlumResultText(outcome.service)));
         const QString notSent = qlumNotSentText(outcome.service);
-        return writeRefused(placed.place, notSent.isEmpty() ? qlumWriteFailureText(code) : notSent, index);
+        writeRefused(placed.place, notSent.isEmpty() ? qlumWriteFailureText(code) : notSent, index);
+        if (code == OpcUa_BadTimeout || code == OpcUa_BadRequestTimeout) // it may have arrived
+            emit shownIsOld(false);
+        return;
     }
-    const QString text = outcome.isGood() ? tr("Write to node '%1' succeeded [ret = %2].")
-                                          : tr("Write to node '%1' failed [ret = %2].");
-    log().info(text.arg(toQString(m_nodeId.toFullString()), toQString(outcome.result.toString())));
+    const QString node = toQString(m_nodeId.toFullString());
+    const QString result = toQString(outcome.result.toString());
     if (outcome.hasChanged) {
+        log().write(QlumLogLevel::Warning,
+                    tr("Write to node '%1' was held back: it has changed on the server since it was shown.")
+                        .arg(node));
         writeRefused(
             placed.place,
             tr("it has changed on the server since it was shown, and is read again; look at it, then "
                "write again"),
             index);
     } else if (!outcome.isGood()) {
+        log().info(tr("Write to node '%1' failed [ret = %2].").arg(node, result));
         writeRefused(placed.place, qlumWriteFailureText(code) + sentText(placed, code), index);
     } else {
+        log().info(tr("Write to node '%1' succeeded [ret = %2].").arg(node, result));
         m_fault.clear();
         m_expected = placed;
         emit written();
@@ -351,6 +391,8 @@ void QlumAttributeModel::finish(const Placed& placed, const QlumWriteOutcome& ou
     }
     UaNodeId nodeId = m_nodeId; // others may change ours while they hear of it
     m_application.selectionChanged(m_serverId, &nodeId, m_nodeClass);
+    if (outcome.isGood() || outcome.hasChanged)
+        emit shownIsOld(true);
 }
 
 void QlumAttributeModel::writeRefused(const Place& place, const QString& why, const QModelIndex& index)
@@ -364,11 +406,14 @@ void QlumAttributeModel::writeRefused(const Place& place, const QString& why, co
 
 // ---- afterwards
 
-// The server may have rounded it or cut it, or something else has written meanwhile.
-void QlumAttributeModel::compareWithWritten()
+// The server may have rounded it or cut it, or something else has written meanwhile. What has not come with
+// these attributes may come with the next ones.
+void QlumAttributeModel::compareWithWritten(const QList<int>& attributeIds)
 {
+    if (!m_expected || !attributeIds.contains(m_expected->place.attributeId))
+        return;
     const std::optional<Placed> expected = std::exchange(m_expected, std::nullopt);
-    if (!expected || expected->value.isNull())
+    if (expected->value.isNull())
         return;
     const UaVariant shown = valueAt(expected->place).value;
     if (shown.isNull() || shown == expected->value)

@@ -125,6 +125,7 @@ private:
     [[nodiscard]] QString emptyText() const;
 
     void readAgain();
+    void readBack(bool isSelected);
     void readSelected();
     void read(const Node& node, std::optional<OpcUa_NodeClass> nodeClass);
     void takeResult(const Node& node, OpcUa_NodeClass nodeClass, const QList<int>& attributeIds,

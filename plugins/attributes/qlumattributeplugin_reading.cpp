@@ -203,6 +203,14 @@ void QlumAttributePlugin::readAgain()
         read(m_custom, std::nullopt);
 }
 
+// The selection that goes with every write has it read where reading is on. Where it is off the user wants to
+// know nevertheless what became of his value.
+void QlumAttributePlugin::readBack(bool isSelected)
+{
+    if (shown() == selected() && !(isSelected && m_actions[OnOff]->isChecked()))
+        sltRefresh();
+}
+
 // A server that is known to be away is not asked: ids may mean something else when it is back. One whose link
 // is only interrupted may answer.
 void QlumAttributePlugin::readSelected()

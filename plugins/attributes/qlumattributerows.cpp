@@ -116,16 +116,13 @@ QString QlumAttributeRows::typeName(OpcUa_BuiltInType type) const
     return m_application.builtinTypeName(type);
 }
 
-QString QlumAttributeRows::timestampText(OpcUa_DateTime value) const
+// In the hours of the user; below it the form in which times are edited, which says whose hours it means.
+void QlumAttributeRows::addTimestamp(QlumAttributeNode& parent, const QString& name, OpcUa_DateTime value)
 {
     const QDateTime time = m_application.dateTimeFromUaDateTime(&value);
-    if (!time.isValid())
-        return {};
-    QString text = qlumShowDateTime(time);
-    if (!qlumTimeLook().isUtc) // whose hours they are
-        text += QLatin1Char(' ') + time.timeZoneAbbreviation();
-    // and the form in which times are edited
-    return QStringLiteral("%1 (%2)").arg(text, toQString(UaDateTime(value).toString()));
+    QlumAttributeNode& row = parent.append(name, qlumShowDateTime(time), detail);
+    if (time.isValid())
+        row.append(QStringLiteral("UTC"), toQString(UaDateTime(value).toString()), detail);
 }
 
 QlumAttributeNode& QlumAttributeRows::addDataValue(QlumAttributeNode& parent, const QString& name,
@@ -136,9 +133,9 @@ QlumAttributeNode& QlumAttributeRows::addDataValue(QlumAttributeNode& parent, co
     addVariant(row, QStringLiteral("Value"), value.value(), hint,
                step.kind == QlumValueStep::None ? step : detail);
     row.append(QStringLiteral("StatusCode"), qlumStatusCodeText(value.statusCode().code()), detail);
-    row.append(QStringLiteral("SourceTimestamp"), timestampText(value.sourceTimestamp()), detail);
+    addTimestamp(row, QStringLiteral("SourceTimestamp"), value.sourceTimestamp());
     row.append(QStringLiteral("SourcePicoseconds"), QString::number(value.sourcePicoseconds()), detail);
-    row.append(QStringLiteral("ServerTimestamp"), timestampText(value.serverTimestamp()), detail);
+    addTimestamp(row, QStringLiteral("ServerTimestamp"), value.serverTimestamp());
     row.append(QStringLiteral("ServerPicoseconds"), QString::number(value.serverPicoseconds()), detail);
     return row;
 }

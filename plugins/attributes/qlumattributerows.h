@@ -30,7 +30,6 @@ public:
     void setServer(unsigned int serverId, UaDataTypeDictionary* dictionary);
     /// May be null.
     [[nodiscard]] UaDataTypeDictionary* dictionary() const { return m_dictionary; }
-    /// Of the timestamps of data values.
 
     /// Each adds one row below parent, with what belongs under it, and answers it. This one: value, status
     /// and timestamps.
@@ -65,7 +64,7 @@ private:
     [[nodiscard]] bool addSelectedField(QlumAttributeNode& row, const UaByteString& body,
                                         const UaStructureDefinition& definition);
     void addUndecoded(QlumAttributeNode& row, const UaExtensionObject& object);
-    [[nodiscard]] QString timestampText(OpcUa_DateTime value) const;
+    void addTimestamp(QlumAttributeNode& parent, const QString& name, OpcUa_DateTime value);
     [[nodiscard]] QString typeName(OpcUa_BuiltInType type) const;
 
     QlumApplicationInterface& m_application;

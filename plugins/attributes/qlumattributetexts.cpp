@@ -3,6 +3,7 @@
 #include <app/api/qlumstatuswords.h>
 #include <app/api/qlumtext.h>
 #include <opcua/opcua_attributes.h>
+#include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
 
 #include <QCoreApplication>
@@ -69,6 +70,8 @@ constexpr MaskBit writeMaskBits[] = {
     {OpcUa_Attributes_UserWriteMask, OpcUa_AttributeWriteMask_UserWriteMask},
     {OpcUa_Attributes_ValueRank, OpcUa_AttributeWriteMask_ValueRank},
     {OpcUa_Attributes_WriteMask, OpcUa_AttributeWriteMask_WriteMask},
+    {OpcUa_Attributes_DataTypeDefinition, OpcUa_AttributeWriteMask_DataTypeDefinition},
+    {OpcUa_Attributes_RolePermissions, OpcUa_AttributeWriteMask_RolePermissions},
     {OpcUa_Attributes_AccessRestrictions, OpcUa_AttributeWriteMask_AccessRestrictions},
     {OpcUa_Attributes_AccessLevelEx, OpcUa_AttributeWriteMask_AccessLevelEx},
 };
@@ -164,6 +167,38 @@ OpcUa_UInt32 qlumWriteMaskBit(int attributeId)
         std::find_if(std::begin(writeMaskBits), std::end(writeMaskBits),
                      [attributeId](const MaskBit& bit) { return bit.attributeId == attributeId; });
     return found == std::end(writeMaskBits) ? 0 : found->mask;
+}
+
+std::optional<OpcUa_UInt32> qlumWriteMaskOf(const UaVariant& writeMask, const UaVariant& userWriteMask)
+{
+    std::optional<OpcUa_UInt32> allowed;
+    for (const UaVariant& mask : {writeMask, userWriteMask})
+        if (mask.type() == OpcUaType_UInt32 && mask.isScalar())
+            allowed = allowed.value_or(~OpcUa_UInt32{0}) & mask.toUInt32();
+    return allowed;
+}
+
+UaNodeId qlumAttributeDataType(int attributeId)
+{
+    switch (attributeId) {
+    case OpcUa_Attributes_WriteMask:
+    case OpcUa_Attributes_UserWriteMask:
+        return UaNodeId(OpcUaId_AttributeWriteMask);
+    case OpcUa_Attributes_EventNotifier:
+        return UaNodeId(OpcUaId_EventNotifierType);
+    case OpcUa_Attributes_AccessLevel:
+    case OpcUa_Attributes_UserAccessLevel:
+        return UaNodeId(OpcUaId_AccessLevelType);
+    case OpcUa_Attributes_AccessLevelEx:
+        return UaNodeId(OpcUaId_AccessLevelExType);
+    case OpcUa_Attributes_AccessRestrictions:
+        return UaNodeId(OpcUaId_AccessRestrictionType);
+    case OpcUa_Attributes_RolePermissions:
+    case OpcUa_Attributes_UserRolePermissions:
+        return UaNodeId(OpcUaId_RolePermissionType);
+    default:
+        return {};
+    }
 }
 
 bool qlumIsOptionalAttribute(int attributeId, OpcUa_NodeClass nodeClass)

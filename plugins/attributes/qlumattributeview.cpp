@@ -156,13 +156,14 @@ bool QlumAttributeView::showInDocument(const QModelIndex& index)
 // What has no editor in a cell gets one in a window: by a double click only where that opens no rows.
 void QlumAttributeView::editElsewhere(const QModelIndex& index, EditTrigger trigger)
 {
-    const bool isPart = index.column() == QlumAttributeModel::ValueColumn && state() != EditingState &&
-                        m_attributes->nodeAt(index)->isWritable();
+    const bool isPart = index.column() == QlumAttributeModel::ValueColumn && state() != EditingState;
     const bool opens = m_attributes->hasChildren(index.siblingAtColumn(0));
     if (!isPart || (opens && trigger == DoubleClicked))
         return;
     if (const QString lock = m_attributes->lock(index); !lock.isEmpty())
         emit editRefused(lock);
+    else if (!m_attributes->nodeAt(index)->isWritable())
+        return;
     else if (m_attributes->partWriter(index))
         emit windowWanted(index);
     else

@@ -2,7 +2,6 @@
 
 #include <app/api/qlumcallnote.h>
 #include <app/api/qlumcalltimeout.h>
-#include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
 #include <uabase/values/uaarray.h>
 
@@ -38,10 +37,10 @@ QlumWriteOutcome QlumAttributeWriter::write(int attributeId, const UaVariant& va
     return outcome;
 }
 
-UaStatusCode QlumAttributeWriter::readValue(UaVariant& value)
+UaStatusCode QlumAttributeWriter::read(int attributeId, UaVariant& value)
 {
     UaReadValueIds nodes(1);
-    nodes[0].AttributeId = OpcUa_Attributes_Value;
+    nodes[0].AttributeId = static_cast<OpcUa_UInt32>(attributeId);
     if (OpcUa_IsBad(m_nodeId.copyTo(&nodes[0].NodeId)))
         return UaStatusCode(OpcUa_BadOutOfMemory);
     UaClientSdk::ServiceSettings settings = qlumServiceSettings(m_purpose);

@@ -30,8 +30,8 @@ public:
     /// Writes an attribute, or the part of it that an index range means; shown is what the user saw there.
     [[nodiscard]] QlumWriteOutcome write(int attributeId, const UaVariant& value, const UaVariant& shown,
                                          const UaString& indexRange = UaString());
-    /// Reads the Value as it is now. Bad with the reason, and value unchanged, when it cannot be read.
-    [[nodiscard]] UaStatusCode readValue(UaVariant& value);
+    /// Reads an attribute as it is now. Bad with the reason, and value unchanged, when it cannot be read.
+    [[nodiscard]] UaStatusCode read(int attributeId, UaVariant& value);
 
 private:
     QlumSessionServices& m_session;

@@ -297,7 +297,10 @@ void QlumMethodDialog::showState()
     const QString id = toQString(m_methodId.toXmlString());
     m_heading->setNode(m_isKnown ? tr("%1 (%2)").arg(qlumSingleLine(m_info.name), id) : id);
     m_heading->setStatus(m_status);
-    m_heading->setActivity(m_reading != 0 ? tr("reading...") : isCalling ? tr("calling...") : QString());
+    if (m_awaitsTypes)
+        m_heading->setActivity(tr("data types are being read..."));
+    else
+        m_heading->setActivity(m_reading != 0 ? tr("reading...") : isCalling ? tr("calling...") : QString());
     m_callButton->setEnabled(canCall());
     m_callButton->setText(m_calls->rowCount() > 0 ? tr("&Call Again") : tr("&Call"));
     m_cancelButton->setEnabled(isCalling);
@@ -322,10 +325,12 @@ void QlumMethodDialog::sltReload()
         QlumMethodInfo info;
         UaStatus status(OpcUa_BadServerNotConnected);
         if (session)
-            status = qlumReadMethod(session, job, objectId, methodId, info);
+            status = qlumReadMethod(session, job, objectId, methodId, info,
+                                    [this, &job] { job.post([this] { awaitTypes(); }); });
         job.post([this, status, info] { takeInfo(status, info); });
     };
     m_world.pool.giveUp(m_reading);
+    m_awaitsTypes = false;
     m_reading = m_world.pool.add({tr("Reading the arguments of a method"), m_serverId}, function,
                                  [this](QlumWorkEnd end) {
                                      if (end != QlumWorkEnd::Done)
@@ -334,9 +339,22 @@ void QlumMethodDialog::sltReload()
     showState();
 }
 
+// Of a server that has many types this takes longer than a call.
+void QlumMethodDialog::awaitTypes()
+{
+    m_awaitsTypes = true;
+    if (m_reading != 0)
+        m_inputs->setEmptyText(tr("The data types of the server are being read; those of the arguments are "
+                                  "among them..."));
+    else
+        tellElapsed();
+    showState();
+}
+
 void QlumMethodDialog::takeInfo(const UaStatus& status, const QlumMethodInfo& info)
 {
     m_reading = 0;
+    m_awaitsTypes = false;
     if (status.isBad()) {
         loseMethod(qlumStatusWithName(status.code()));
         return;
@@ -500,12 +518,15 @@ void QlumMethodDialog::serverRemoved(unsigned int serverId)
         return;
     m_world.pool.giveUp(m_reading);
     m_reading = 0;
-    if (m_calling != 0) {
+    if (m_calling != 0 && m_awaitsTypes) {
+        endWithoutTypes();
+    } else if (m_calling != 0) {
         m_call.milliseconds = m_elapsed.elapsed();
         m_call.end = QlumMethodCall::GivenUp;
         m_world.pool.giveUp(m_calling);
         ended(m_call);
     }
+    m_awaitsTypes = false;
     m_serverId = qlumNoServer;
     m_status = QlumConnectionStatus::Disconnected;
     m_messages->tell({QlumMessage::Note,

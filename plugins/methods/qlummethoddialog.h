@@ -83,6 +83,7 @@ private:
     void showState();
 
     // ---- the method
+    void awaitTypes();
     void takeInfo(const UaStatus& status, const QlumMethodInfo& info);
     void showInfo();
     [[nodiscard]] QlumMethodArgument undeclaredArgument() const;
@@ -95,6 +96,7 @@ private:
     [[nodiscard]] UaNodeId chosenObject() const;
     void begin(QlumMethodCall call);
     void ended(QlumMethodCall call);
+    void endWithoutTypes();
     void callFailed(const QString& why);
     void sendCancel(OpcUa_UInt32 requestHandle);
     void showOutcome(const QlumMethodCall& call);
@@ -110,8 +112,9 @@ private:
     UaNodeId m_methodId;
     QlumMethodMemory::Key m_memoryKey;
     QlumMethodInfo m_info;
-    bool m_isKnown = false;   ///< the info was read
-    bool m_mayRepeat = false; ///< the user was told what is unusual about the inputs
+    bool m_isKnown = false;     ///< the info was read
+    bool m_awaitsTypes = false; ///< what is under way goes on when the server's types are known
+    bool m_mayRepeat = false;   ///< the user was told what is unusual about the inputs
     QlumConnectionStatus m_status = QlumConnectionStatus::Connected;
     QlumJobPool::Ticket m_reading = 0;
     QlumJobPool::Ticket m_calling = 0; ///< 0 while no call is under way

@@ -113,7 +113,14 @@ void QlumMethodDialog::begin(QlumMethodCall call)
         // the list of running work can cancel it, too
         job.whenCancelled([this, &job] { job.post([this] { sltCancel(); }); });
         if (const std::shared_ptr<QlumSessionServices> session = services(serverId))
-            qlumCallMethod(session, job, declared, call);
+            qlumCallMethod(
+                session, job, declared, call,
+                [this, &job, &call] {
+                    job.post([this, answered = call] {
+                        m_call = answered;
+                        awaitTypes();
+                    });
+                });
         else
             call.service = UaStatus(OpcUa_BadServerNotConnected);
         job.post([this, call] { ended(call); });
@@ -135,12 +142,16 @@ void QlumMethodDialog::tellElapsed()
 {
     showIcon(*m_outcomeIcon, QlumStatusLevel::Inactive);
     m_outcome->setText(
-        tr("The method has been running for %1...").arg(qlumDurationText(m_elapsed.elapsed())));
+        m_awaitsTypes
+            ? tr("The method has answered. The data types of the server are being read, by which its "
+                 "results are shown...")
+            : tr("The method has been running for %1...").arg(qlumDurationText(m_elapsed.elapsed())));
 }
 
 void QlumMethodDialog::ended(QlumMethodCall call)
 {
     m_calling = 0;
+    m_awaitsTypes = false;
     m_tick.stop();
     m_calls->add(call);
     m_heading->touch();
@@ -180,6 +191,7 @@ void QlumMethodDialog::showOutcome(const QlumMethodCall& call)
 void QlumMethodDialog::callFailed(const QString& why)
 {
     m_calling = 0;
+    m_awaitsTypes = false;
     m_tick.stop();
     showIcon(*m_outcomeIcon, QlumStatusLevel::Bad);
     m_outcome->setText(why);
@@ -192,12 +204,36 @@ void QlumMethodDialog::sltCancel()
 {
     if (m_calling == 0)
         return;
+    if (m_awaitsTypes)
+        return endWithoutTypes();
     m_world.pool.giveUp(m_calling);
     QlumMethodCall call = m_call;
     call.milliseconds = m_elapsed.elapsed();
     call.end = QlumMethodCall::GivenUp;
     ended(call);
     sendCancel(call.requestHandle);
+}
+
+// The method has answered: its results are shown as far as they can be without the types.
+void QlumMethodDialog::endWithoutTypes()
+{
+    m_world.pool.giveUp(m_calling);
+    QlumMethodCall call = m_call;
+    for (const UaVariant& output : call.outputs) {
+        const std::size_t place = call.outputArguments.size();
+        QlumMethodArgument argument;
+        if (place < m_info.outputs.size())
+            argument = m_info.outputs[place];
+        else
+            argument.name = tr("Output %1").arg(place + 1);
+        argument.context.dataType = UaNodeId();
+        argument.context.builtInType = output.type();
+        argument.context.valueRank =
+            output.isScalar() ? -1 : static_cast<OpcUa_Int32>(output.dimensions().length());
+        argument.context.arrayDimensions.clear();
+        call.outputArguments.push_back(argument);
+    }
+    ended(call);
 }
 
 void QlumMethodDialog::sendCancel(OpcUa_UInt32 requestHandle)

@@ -110,9 +110,9 @@ std::vector<QlumMethodOwner> objectsOfType(QlumSessionServices& session, Setting
 }
 
 void readArguments(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
-                   const UaNodeId& methodId, QlumMethodInfo& info)
+                   const UaNodeId& methodId, QlumMethodInfo& info, const QlumContextReader::Waiting& waiting)
 {
-    const UaStatus status = qlumReadArguments(session, job, methodId, info.inputs, info.outputs);
+    const UaStatus status = qlumReadArguments(session, job, methodId, info.inputs, info.outputs, waiting);
     if (status.isBad()) {
         const QString name = toQString(status.toString());
         info.argumentsFault = jobText("%1 (%2)").arg(qlumStatusWords(name), name);
@@ -121,7 +121,8 @@ void readArguments(const std::shared_ptr<QlumSessionServices>& session, const Ql
 } // namespace
 
 UaStatus qlumReadMethod(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
-                        const UaNodeId& objectId, const UaNodeId& methodId, QlumMethodInfo& info)
+                        const UaNodeId& objectId, const UaNodeId& methodId, QlumMethodInfo& info,
+                        const QlumContextReader::Waiting& waiting)
 {
     Settings own = job.serviceSettings();
     UaDataValues values;
@@ -141,7 +142,7 @@ UaStatus qlumReadMethod(const std::shared_ptr<QlumSessionServices>& session, con
         info.owners = objectsOfType(*session, own, objectId);
     else
         info.owners.push_back({objectId, textOf(values, OwnerName)});
-    readArguments(session, job, methodId, info);
+    readArguments(session, job, methodId, info, waiting);
     return status;
 }
 
@@ -186,7 +187,8 @@ QlumMethodArguments argumentsFor(const std::vector<UaVariant>& values, const Qlu
 } // namespace
 
 void qlumCallMethod(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
-                    const QlumMethodArguments& declared, QlumMethodCall& call)
+                    const QlumMethodArguments& declared, QlumMethodCall& call,
+                    const QlumContextReader::Waiting& waiting)
 {
     Settings own = job.serviceSettings();
     own.callTimeout = call.timeout;
@@ -207,6 +209,6 @@ void qlumCallMethod(const std::shared_ptr<QlumSessionServices>& session, const Q
     call.inputResults.assign(out.inputArgumentResults.begin(), out.inputArgumentResults.end());
     for (const OpcUa_Variant& output : out.outputArguments)
         call.outputs.emplace_back(output);
-    QlumContextReader reader(session, job);
+    QlumContextReader reader(session, job, waiting);
     call.outputArguments = argumentsFor(call.outputs, declared, reader);
 }

@@ -66,11 +66,15 @@ protected:
         project.setValue(QStringLiteral("MessageSecurityMode"), 1);
         project.setValue(QStringLiteral("SecurityPolicy"), QStringLiteral(OpcUa_SecurityPolicy_None));
         project.setValue(QStringLiteral("DisplayName"), QStringLiteral("Plant"));
+        if (!role().isEmpty())
+            project.setValue(QStringLiteral("Role"), role());
         return file;
     }
 
     /// Where the server listens; empty when it does not.
     [[nodiscard]] virtual std::string url() const = 0;
+    /// What may be sent to it, as the project says; empty for what a project without roles gets.
+    [[nodiscard]] virtual QString role() const { return {}; }
 
     void openProject(const std::string& url)
     {

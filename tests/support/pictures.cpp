@@ -12,6 +12,7 @@
 #include <app/startup/qlumstartup.h>
 #include <app/startup/qlumtranslations.h>
 #include <certificates/qlumcertificates.h>
+#include <tests/support/valuepictures.h>
 #include <uabase/system/uaplatformlayer.h>
 #include <uabase/system/uaxmldocument.h>
 
@@ -174,6 +175,7 @@ void takeAll(Pictures& pictures, QlumTavelin& window, const QString& project)
     wait(connectMilliseconds);
     takeDocuments(pictures, window);
     takeDocks(pictures, window);
+    takeValues([&pictures](QWidget& widget, const QString& name) { pictures.take(widget, name); }, window);
     for (const A::Id id : {A::AddServer, A::ServerProperties, A::ChangeUser, A::DiagnoseServer, A::Palette,
                            A::Journal, A::AddDocument, A::Configure, A::Plugins, A::Certificates, A::Manual,
                            A::TipOfTheDay, A::SupportReport, A::Shortcuts, A::About})

@@ -38,7 +38,8 @@ take() { # NAME PALETTE SCALE LANGUAGE WINDOW
     rm -rf "$folder"
     mkdir -p "$folder"
     set_up_home "$2" "$3" "$4"
-    build/release/bin/tavelin_pictures "$folder" "$project" "$5" 2>"$DEMO/pictures.log" ||
+    # the desktop has a size of its own for programs that have none set
+    env -u QT_SCALE_FACTOR build/release/bin/tavelin_pictures "$folder" "$project" "$5" 2>"$DEMO/pictures.log" ||
         { tail -n 20 "$DEMO/pictures.log" >&2 && die "the pictures of $1 could not be made"; }
     montage "$folder"/*.png -label '%t' -tile 3x3 -geometry 1000x700+6+6 "$target/sheet-$1-%02d.png"
 }

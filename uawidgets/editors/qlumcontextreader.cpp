@@ -106,9 +106,11 @@ QlumContextReader::QlumContextReader(std::shared_ptr<QlumSessionServices> sessio
 {
 }
 
-QlumContextReader::QlumContextReader(std::shared_ptr<QlumSessionServices> session, const QlumJob& job)
+QlumContextReader::QlumContextReader(std::shared_ptr<QlumSessionServices> session, const QlumJob& job,
+                                     Waiting waiting)
     : QlumContextReader(std::move(session), job.serviceSettings(), [&job] { return job.isCancelled(); })
 {
+    m_waiting = std::move(waiting);
 }
 
 // ---- variables
@@ -210,8 +212,9 @@ OpcUa_BuiltInType QlumContextReader::builtInType(const UaNodeId& dataType)
 void QlumContextReader::waitForTypes()
 {
     constexpr OpcUa_UInt32 turn = 50; // ms until the caller is asked again
-    while (m_isCancelled && !m_isCancelled() && !m_session->waitForDataTypes(turn)) {
-    }
+    while (m_isCancelled && !m_isCancelled() && !m_session->waitForDataTypes(turn))
+        if (const Waiting tell = std::exchange(m_waiting, {}))
+            tell();
     m_isCancelled = {};
 }
 

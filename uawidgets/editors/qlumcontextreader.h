@@ -32,13 +32,15 @@ class QlumContextReader
 public:
     /// Whether the caller was given up meanwhile.
     using IsCancelled = std::function<bool()>;
+    /// Called once, by whoever asks the reader, when types have to be waited for.
+    using Waiting = std::function<void()>;
 
     /// The settings are those of its calls. With isCancelled, types of the server's own that are just being
     /// read are waited for, until it says true: for those who are not told when they have come.
     QlumContextReader(std::shared_ptr<QlumSessionServices> session,
                       const QlumSessionServices::Settings& settings, IsCancelled isCancelled = {});
     /// Of a job that shows what it finds once: it waits for types. The job has to outlive the reader.
-    QlumContextReader(std::shared_ptr<QlumSessionServices> session, const QlumJob& job);
+    QlumContextReader(std::shared_ptr<QlumSessionServices> session, const QlumJob& job, Waiting waiting = {});
 
     /// Of variables, in their order; two calls, however many they are. A node that cannot be read gets a
     /// context of which nothing is known. values, unless null, gets the Value of each, read with the rest.
@@ -63,6 +65,7 @@ private:
     const std::shared_ptr<QlumSessionServices> m_session;
     QlumSessionServices::Settings m_settings;
     IsCancelled m_isCancelled; ///< null when nothing is waited for
+    Waiting m_waiting;         ///< null when nobody wants to know
     const std::shared_ptr<UaTypeDefinitionStore> m_definitions;
     const std::shared_ptr<std::map<UaNodeId, std::vector<UaNodeId>>> m_subtypes;
     std::set<UaNodeId> m_collected;

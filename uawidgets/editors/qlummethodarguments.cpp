@@ -60,7 +60,7 @@ QlumMethodArgument argumentOf(QlumContextReader& reader, const OpcUa_Argument& d
 
 UaStatus qlumReadArguments(const std::shared_ptr<QlumSessionServices>& session, const QlumJob& job,
                            const UaNodeId& methodId, QlumMethodArguments& inputs,
-                           QlumMethodArguments& outputs)
+                           QlumMethodArguments& outputs, const QlumContextReader::Waiting& waiting)
 {
     QlumSessionServices::Settings own = job.serviceSettings();
     UaArguments declaredInputs;
@@ -68,7 +68,7 @@ UaStatus qlumReadArguments(const std::shared_ptr<QlumSessionServices>& session, 
     const UaStatus status = session->getMethodArguments(own, methodId, declaredInputs, declaredOutputs);
     if (status.isBad())
         return status;
-    QlumContextReader reader(session, job);
+    QlumContextReader reader(session, job, waiting);
     for (const OpcUa_Argument& argument : declaredInputs)
         inputs.push_back(argumentOf(reader, argument));
     for (const OpcUa_Argument& argument : declaredOutputs)

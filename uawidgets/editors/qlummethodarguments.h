@@ -4,6 +4,7 @@
 #include <app/api/qlumsessionservices.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
+#include <uawidgets/editors/qlumcontextreader.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 
 #include <QString>
@@ -21,7 +22,9 @@ struct QlumMethodArgument
 };
 using QlumMethodArguments = std::vector<QlumMethodArgument>;
 
-/// Asks the server for the arguments of a method, in that job. Types that are just being read are waited for.
+/// Asks the server for the arguments of a method, in that job. Types that are just being read are waited
+/// for; when that happens, waiting is called once, in the job.
 [[nodiscard]] UaStatus qlumReadArguments(const std::shared_ptr<QlumSessionServices>& session,
                                          const QlumJob& job, const UaNodeId& methodId,
-                                         QlumMethodArguments& inputs, QlumMethodArguments& outputs);
+                                         QlumMethodArguments& inputs, QlumMethodArguments& outputs,
+                                         const QlumContextReader::Waiting& waiting = {});

@@ -35,6 +35,10 @@ public:
     QDateTime dateTimeFromUaDateTime(OpcUa_DateTime* value) override { return qlumDateTime(*value).toUTC(); }
     QList<unsigned int> projectServerIds() override { return {5}; }
     QString serverName(unsigned int) override { return "Plc"; }
+    QString namespaceUriFromIndex(unsigned int, int index) override
+    {
+        return index == 2 ? "urn:plant" : QString();
+    }
     void selectionChanged(unsigned int serverId, UaNodeId* nodeId, OpcUa_NodeClass) override
     {
         selections.append(QString::number(serverId) + " " + toQString(nodeId->toXmlString()));

@@ -5,6 +5,7 @@
 #include <plugins/attributes/qlumattributeview.h>
 #include <tests/gui/attributes/attributepluginfixture.h>
 #include <uabase/structures/uaenumdefinition.h>
+#include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
@@ -19,6 +20,7 @@
 #include <QModelIndex>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 #include <QTest>
 #include <QVariant>
 #include <QWidget>
@@ -171,6 +173,37 @@ TEST_F(AttributeEditing, ARowThatMayNotBeWrittenSaysSoBeforeTheUserTypes)
     set(OpcUa_Attributes_UserAccessLevel, UaVariant(OpcUa_Byte{3}));
     show();
     EXPECT_NE(beginEditing(value()), nullptr);
+}
+
+TEST_F(AttributeEditing, AnAttributeThatItsMaskDoesNotAllowSaysSo)
+{
+    set(OpcUa_Attributes_Description, UaVariant(UaLocalizedText("en", "old")));
+    const auto described = [this] { return plugin.model()->index(4, 1); };
+    const auto refusal = [&] {
+        show();
+        EXPECT_EQ(described().siblingAtColumn(0).data(), "Description");
+        EXPECT_EQ(beginEditing(described()), nullptr);
+        return told();
+    };
+    EXPECT_EQ(refusal(), "The node does not say that anything but its Value may be written.");
+    set(OpcUa_Attributes_UserWriteMask, UaVariant(OpcUa_UInt32{0}));
+    EXPECT_EQ(refusal(), "The user who is logged in may not write it: UserWriteMask has no Description.");
+    set(OpcUa_Attributes_WriteMask, UaVariant(OpcUa_UInt32{0}));
+    EXPECT_EQ(refusal(), "Nobody may write it: WriteMask has no Description.");
+    beginEditing(plugin.model()->index(0, 1));
+    EXPECT_EQ(told(), "NodeId is not for clients to write.");
+    beginEditing(plugin.model()->index(1, 1, plugin.model()->index(7, 0))); // the Value's status
+    EXPECT_EQ(told(), "NodeId is not for clients to write.") << "nothing more is said of what is no value";
+    set(OpcUa_Attributes_WriteMask, UaVariant(OpcUa_UInt32{32}));
+    set(OpcUa_Attributes_UserWriteMask, UaVariant(OpcUa_UInt32{32}));
+    show();
+    QLineEdit* editor = beginEditing(described());
+    ASSERT_NE(editor, nullptr);
+    editor->setText("de:neu");
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !services->written.empty(); }));
+    EXPECT_EQ(services->writtenTo, QStringList{"5"});
+    EXPECT_EQ(services->written.front().type(), OpcUaType_LocalizedText);
 }
 
 TEST_F(AttributeEditing, AValueThatNoCellHasRoomForGetsAWindow)

@@ -149,7 +149,8 @@ TEST_F(AttributeModel, ValueWithItsTimes)
                                 "  StatusCode | UncertainInitialValue (0x40920000)\n"
                                 "  SourceTimestamp | " +
                                     time.toStdString() +
-                                    " UTC (2026-11-21T10:15:30.123Z)\n"
+                                    "\n"
+                                    "    UTC | 2026-11-21T10:15:30.123Z\n"
                                     "  SourcePicoseconds | 7\n"
                                     "  ServerTimestamp\n"
                                     "  ServerPicoseconds | 0\n");

@@ -95,6 +95,10 @@ TEST_F(AttributeWriting, FailuresAreToldAndNothingIsWrittenWithoutASession)
     EXPECT_EQ(failed.at(1).at(0).toString(),
               "BadConnectionClosed: the connection was closed while the call was under way");
     EXPECT_EQ(failed.at(2).at(0).toString(), "Could not convert value to variant type Double");
+    const QSignalSpy old(&model, &QlumAttributeModel::shownIsOld);
+    services->callStatus = OpcUa_BadTimeout;
+    EXPECT_FALSE(writeText(valueRow(), "2"));
+    EXPECT_EQ(old.count(), 1) << "it may have arrived";
     services->callStatus = 0;
     services->writeResult = 0;
     EXPECT_TRUE(writeText(valueRow(), "2"));
@@ -237,30 +241,15 @@ TEST_F(AttributeWriting, AStructureFromAWindowIsRefusedOnceWhenItHasChanged)
         onServer = at(2);
         showValue(at(2));
         services->written.clear();
+        const QSignalSpy old(&model, &QlumAttributeModel::shownIsOld);
         EXPECT_TRUE(writer(entered).contains("changed on the server")) << isField;
         EXPECT_TRUE(services->written.empty()) << isField;
+        EXPECT_EQ(application.texts().last(), "Write to node 'ns=2;i=7' was held back: it has changed on the "
+                                              "server since it was shown.");
+        EXPECT_EQ(old.count(), 1) << "what it is now is to be looked at";
         EXPECT_EQ(writer(entered), QString()) << "the user knows of it now";
         EXPECT_EQ(last(), at(3));
     }
-}
-
-TEST_F(AttributeWriting, OtherAttributesAreWrittenAsTheirMaskAllows)
-{
-    show(OpcUa_NodeClass_Object,
-         {{OpcUa_Attributes_DisplayName, UaDataValue(UaVariant(UaLocalizedText("en", "Pump")))},
-          {OpcUa_Attributes_Description, UaDataValue(UaVariant(UaLocalizedText("en", "old")))},
-          {OpcUa_Attributes_EventNotifier, UaDataValue(UaVariant(OpcUa_Byte{0}))},
-          {OpcUa_Attributes_UserWriteMask,
-           UaDataValue(UaVariant(OpcUa_UInt32{OpcUa_AttributeWriteMask_Description |
-                                              OpcUa_AttributeWriteMask_EventNotifier}))}});
-    EXPECT_FALSE(model.flags(model.index(0, 1)) & Qt::ItemIsEditable);
-    ASSERT_TRUE(model.setData(model.index(1, 1), QVariant::fromValue(UaVariant(UaLocalizedText("en", "new"))),
-                              QlumAttributeModel::PartRole));
-    EXPECT_EQ(services->writtenTo.last(), "5");
-    EXPECT_EQ(last(), UaVariant(UaLocalizedText("en", "new")));
-    ASSERT_TRUE(writeText(model.index(2, 1), "1"));
-    EXPECT_EQ(services->writtenTo.last(), "12");
-    EXPECT_EQ(last(), UaVariant(OpcUa_Byte{1}));
 }
 
 TEST_F(AttributeWriting, OneFieldOfAStructureInAnArray)

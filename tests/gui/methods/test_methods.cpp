@@ -8,8 +8,10 @@
 #include <tests/support/stubapplication.h>
 #include <tests/support/tableservices.h>
 #include <tests/support/temporaryfolder.h>
+#include <uabase/structures/uagenericstructurevalue.h>
 #include <uabase/structures/uastructuredefinition.h>
 #include <uabase/values/uadatavalue.h>
+#include <uabase/values/uaextensionobject.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
@@ -25,6 +27,7 @@
 #include <QString>
 #include <QTest>
 #include <QTreeView>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -241,7 +244,7 @@ TEST_F(Methods, OfATypeAreCalledOnAnObjectOfIt)
 }
 
 // They would keep structures without fields otherwise until they are opened again.
-TEST_F(Methods, WaitForTypesThatAreStillBeingRead)
+TEST_F(Methods, WaitForTypesThatAreStillBeingReadAndSaySo)
 {
     ASSERT_TRUE(waitUntilReady());
     const UaNodeId move(3, 2);
@@ -253,14 +256,52 @@ TEST_F(Methods, WaitForTypesThatAreStillBeingRead)
     std::atomic<bool> come = false;
     services->typesHaveCome = [&] { return ++asked > 0 && come; };
     dialog = plugin.open(5, plant, move);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return asked > 1; }));
+    const auto activity = [this] { return widget<QLabel>("activity")->text().toStdString(); };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return activity() == "data types are being read..."; })) << activity();
     EXPECT_FALSE(widget<QPushButton>("callMethodNow")->isEnabled());
+    const auto says = [this](const QWidget& part, const char* words) {
+        for (const QLabel* label : part.findChildren<QLabel*>())
+            if (label->text().contains(words))
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(says(inputs(), "The data types of the server are being read"));
     UaStructureDefinition point(UaString("Point"), pointType, UaNodeId(21, 2));
     point.addField(UaStructureField(UaString("X"), UaNodeId(OpcUaId_Double), OpcUaType_Double));
     services->structures[pointType] = point;
     come = true;
     ASSERT_TRUE(waitUntilReady());
     EXPECT_EQ(inputs().argument(0).context.builtInType, OpcUaType_ExtensionObject);
+    EXPECT_EQ(activity(), "");
+    EXPECT_FALSE(says(inputs(), "being read"));
+
+    // what it answers may be of a type that nobody has declared
+    UaExtensionObject object;
+    ASSERT_TRUE(UaGenericStructureValue(point).encode(object).isGood());
+    come = false;
+    const UaNodeId where(4, 2);
+    services->table.method(where, "Where", plant,
+                           {{}, {{"at", UaNodeId(OpcUaId_BaseDataType)}}, [&](const auto&, auto& out) {
+                                return UaVariant(object).copyTo(&out[0]);
+                            }});
+    dialog = plugin.open(5, plant, where);
+    ASSERT_TRUE(waitUntilReady());
+    widget<QPushButton>("callMethodNow")->click();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return outcome().starts_with("The method has answered."); }))
+        << outcome();
+    EXPECT_EQ(activity(), "data types are being read...");
+    const int cancels = services->calls(NodeTable::Cancel);
+    widget<QPushButton>("cancelCall")->click(); // of the waiting; there is nothing else to be ended
+    EXPECT_TRUE(outcome().starts_with("Called. ")) << outcome();
+    EXPECT_EQ(services->calls(NodeTable::Cancel), cancels);
+    ASSERT_EQ(outputs().count(), 1);
+    EXPECT_EQ(outputs().value(0), UaVariant(object));
+    widget<QPushButton>("callMethodNow")->click();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return outcome().starts_with("The method has answered."); }));
+    come = true;
+    ASSERT_TRUE(waitUntilReady());
+    EXPECT_TRUE(outcome().starts_with("Called. ")) << outcome();
+    EXPECT_EQ(activity(), "");
     services->typesHaveCome = {};
 }
 

@@ -2,6 +2,7 @@
 #include <app/api/qlumtext.h>
 #include <app/settings/qlumappearance.h>
 #include <app/settings/qlumlanguages.h>
+#include <app/settings/qlumoutlinedstyle.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsform.h>
 #include <app/settings/qlumsettingsmodel.h>
@@ -20,20 +21,26 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPainter>
 #include <QPalette>
 #include <QPushButton>
+#include <QRect>
 #include <QSettings>
 #include <QSpinBox>
 #include <QString>
 #include <QStringList>
+#include <QStyle>
+#include <QStyleOptionViewItem>
 #include <QTemporaryDir>
 #include <QTime>
 #include <QTranslator>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -189,6 +196,30 @@ TEST(Appearance, FollowsTheSettingsAndReturnsToTheSystem)
     EXPECT_EQ(field.dateTime(), noon);
     EXPECT_FALSE(field.text().contains("UTC"));
     QSettings().clear();
+}
+
+// Nobody ticks what he does not see.
+TEST(Appearance, BoxesToBeTickedCanBeSeenOnDarkBackgrounds)
+{
+    const QlumOutlinedStyle style;
+    for (const bool isDark : {true, false}) {
+        const QPalette palette = qlumPalette(isDark);
+        const QColor base = palette.color(QPalette::Base);
+        QImage image(20, 20, QImage::Format_RGB32);
+        image.fill(base);
+        QStyleOptionViewItem box;
+        box.palette = palette;
+        box.rect = QRect(3, 3, 13, 13);
+        box.state = QStyle::State_Enabled | QStyle::State_Off;
+        {
+            QPainter painter(&image);
+            style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, &painter);
+        }
+        int contrast = 0;
+        for (int x = 0; x < image.width(); ++x)
+            contrast = std::max(contrast, std::abs(image.pixelColor(x, 9).lightness() - base.lightness()));
+        EXPECT_GT(contrast, 60) << (isDark ? "dark" : "light");
+    }
 }
 
 TEST(Appearance, LanguagesAreTheFilesThatAreThere)
