@@ -13,6 +13,7 @@
 #include <uaclientsdk/uasession.h>
 
 #include <QCoreApplication>
+#include <QMetaObject>
 #include <QString>
 
 #include <algorithm>
@@ -31,7 +32,8 @@ constexpr OpcUa_UInt32 partingTimeout = 1000; // ms; who closes a view does not 
 } // namespace
 
 QlumCountSubscription::QlumCountSubscription(unsigned int serverId, Listener listener)
-    : m_log(QStringLiteral("ServerDiagnostic Plugin"), serverId), m_listener(std::move(listener))
+    : m_log(QStringLiteral("ServerDiagnostic Plugin"), serverId),
+      m_listener(std::make_shared<Listener>(std::move(listener)))
 {
 }
 
@@ -58,8 +60,7 @@ UaClientSdk::SubscriptionSettings QlumCountSubscription::wanted()
 
 void QlumCountSubscription::detach()
 {
-    const std::lock_guard lock(m_mutex);
-    m_listener = nullptr;
+    *m_listener = {};
 }
 
 UaStatus QlumCountSubscription::open(const std::shared_ptr<QlumSessionServices>& services, const QlumJob& job)
@@ -145,22 +146,41 @@ void QlumCountSubscription::drop()
 
 // ---- on threads of the session
 
+// The listener may go while something is on its way to it, so the way ends in what both of them hold.
+void QlumCountSubscription::handOver(std::function<void(const Listener& listener)> tell) const
+{
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [listener = m_listener, tell = std::move(tell)] { tell(*listener); },
+        Qt::QueuedConnection);
+}
+
 void QlumCountSubscription::subscriptionStatusChanged(OpcUa_UInt32, const UaStatus& status)
 {
-    if (status.isBad())
-        m_id = 0;
+    if (!status.isBad() && status.statusCode() != OpcUa_GoodSubscriptionTransferred)
+        return;
+    m_log.info(CountTexts::tr("The server has ended subscription %1: %2.")
+                   .arg(m_id.load())
+                   .arg(qlumStatusText(status.statusCode())));
+    m_id = 0;
+    handOver([status](const Listener& listener) {
+        if (listener.ended)
+            listener.ended(status);
+    });
 }
 
 void QlumCountSubscription::dataChange(OpcUa_UInt32, UaMonitoredItemNotifications& notifications,
                                        UaDiagnosticInfos&)
 {
-    const std::lock_guard lock(m_mutex);
     for (const OpcUa_MonitoredItemNotification& notification : notifications) {
         const bool isKnown =
             notification.ClientHandle == Sessions || notification.ClientHandle == Subscriptions;
         bool isNumber = false;
         const OpcUa_UInt32 number = UaVariant(notification.Value.Value).toUInt32(&isNumber);
-        if (m_listener && isKnown && isNumber && !OpcUa_IsBad(notification.Value.StatusCode))
-            m_listener(static_cast<Count>(notification.ClientHandle), number);
+        if (isKnown && isNumber && !OpcUa_IsBad(notification.Value.StatusCode))
+            handOver(
+                [count = static_cast<Count>(notification.ClientHandle), number](const Listener& listener) {
+                    if (listener.counted)
+                        listener.counted(count, number);
+                });
     }
 }

@@ -13,7 +13,6 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 
 /// The subscription by which a view hears how many sessions and subscriptions a server has. Its calls block:
 /// they belong on the thread of the server's jobs, one after the other.
@@ -22,17 +21,22 @@ class QlumCountSubscription : private UaClientSdk::UaSubscriptionCallback
 public:
     /// Which of the counts.
     enum Count { Sessions = 1, Subscriptions = 2 };
-    /// Hears of a count, on a thread of the session.
-    using Listener = std::function<void(Count count, OpcUa_UInt32 number)>;
+    /// Hears of it on the GUI thread.
+    struct Listener
+    {
+        std::function<void(Count count, OpcUa_UInt32 number)> counted;
+        /// The server has the subscription no more, and the next open() makes another one.
+        std::function<void(const UaStatus& status)> ended;
+    };
 
-    /// The listener is called until detach().
+    /// The listener is called until detach(). GUI thread.
     QlumCountSubscription(unsigned int serverId, Listener listener);
     /// Deletes the subscription, as far as the server answers soon.
     ~QlumCountSubscription() override;
 
     /// What is asked of the server.
     [[nodiscard]] static UaClientSdk::SubscriptionSettings wanted();
-    /// From then on the listener hears nothing more. Any thread but those of the session.
+    /// From then on the listener hears nothing more. GUI thread.
     void detach();
     /// The server's id of it; 0 while there is none. Any thread.
     [[nodiscard]] OpcUa_UInt32 subscriptionId() const { return m_id; }
@@ -51,11 +55,11 @@ private:
     [[nodiscard]] UaStatus createSubscription(const QlumJob& job);
     [[nodiscard]] UaStatus subscribeCounts(const QlumJob& job);
     void drop();
+    void handOver(std::function<void(const Listener& listener)> tell) const;
 
     const QlumLog m_log;
     std::shared_ptr<QlumSessionServices> m_services; ///< of the session that has the subscription
     UaClientSdk::UaSubscription* m_subscription = nullptr;
     std::atomic<OpcUa_UInt32> m_id{0};
-    std::mutex m_mutex;
-    Listener m_listener; ///< guarded; null once it hears no more
+    const std::shared_ptr<Listener> m_listener; ///< of the GUI thread; outlives what is on its way there
 };

@@ -84,6 +84,7 @@ QlumDiagnosticServerPage::QlumDiagnosticServerPage(QlumViewState& state, QWidget
 {
     makePanels(state);
     makeRows();
+    m_panels[Diagnostics]->addBelow(makeCountNote());
     m_panels[Diagnostics]->addBelow(makeEnabled());
     const auto column = [&state](const char* name, std::initializer_list<Panel> panels, const auto& all) {
         auto* splitter = new QSplitter(Qt::Vertical);
@@ -217,6 +218,23 @@ void QlumDiagnosticServerPage::takeCount(const QString& label, OpcUa_UInt32 numb
     QlumDiagnosticModel* const model = m_panels[Diagnostics]->model();
     if (QlumDiagnosticItem* const item = model->find(label))
         model->setNewValue(item, UaDataValue(UaVariant(number)));
+}
+
+QWidget* QlumDiagnosticServerPage::makeCountNote()
+{
+    m_countNote = new QLabel;
+    m_countNote->setObjectName(QStringLiteral("countNote"));
+    m_countNote->setTextFormat(Qt::PlainText);
+    m_countNote->setWordWrap(true);
+    m_countNote->setMargin(2);
+    m_countNote->hide();
+    return m_countNote;
+}
+
+void QlumDiagnosticServerPage::setCountNote(const QString& note)
+{
+    m_countNote->setText(note);
+    m_countNote->setVisible(!note.isEmpty());
 }
 
 void QlumDiagnosticServerPage::setReading(bool isReading)

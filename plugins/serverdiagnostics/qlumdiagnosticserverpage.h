@@ -26,6 +26,8 @@ public:
     void take(const QlumServerReading& reading);
     /// Shows one of the counts that are watched, by its label.
     void takeCount(const QString& label, OpcUa_UInt32 number);
+    /// Says why the watched counts do not follow the server; empty when they do.
+    void setCountNote(const QString& note);
     /// New values are being read, or no longer.
     void setReading(bool isReading);
     /// Of whom the rows are.
@@ -44,6 +46,7 @@ signals:
 private:
     void makePanels(QlumViewState& state);
     void makeRows();
+    [[nodiscard]] QWidget* makeCountNote();
     [[nodiscard]] QWidget* makeEnabled();
     void showEnabled(const UaDataValue& value);
     [[nodiscard]] static QString limitText(const QlumServerReading& reading, OpcUa_UInt32 nodeId,
@@ -52,6 +55,7 @@ private:
     std::vector<QlumDiagnosticPanel*> m_panels;
     std::vector<QlumDiagnosticItem*> m_items;   ///< of the rows, in their order
     std::vector<QlumDiagnosticModel*> m_models; ///< of the items
+    QLabel* m_countNote = nullptr;
     QLabel* m_enabledText = nullptr;
     QPushButton* m_enable = nullptr;
     bool m_isEnabled = false;

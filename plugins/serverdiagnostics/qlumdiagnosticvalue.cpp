@@ -75,16 +75,30 @@ QString numberName(OpcUa_Int64 number, const QStringList* names, const UaEnumDef
 
 QlumDiagnosticText shown(const UaVariant& value, const UaEnumDefinition& enumeration, int depth);
 
+// A counter within another structure comes as its bytes.
+std::optional<OpcUa_ServiceCounterDataType> countsOf(const UaExtensionObject& object)
+{
+    if (const void* counter = object.decoded(OpcUa_ServiceCounterDataType_EncodeableType))
+        return *static_cast<const OpcUa_ServiceCounterDataType*>(counter);
+    const UaStructureDefinition definition = qlumStructureDefinition(object, {}, nullptr);
+    UaGenericStructureValue fields;
+    if (definition.isNull() || definition.name() != UaString("ServiceCounterDataType") ||
+        fields.decode(object, definition).isBad())
+        return std::nullopt;
+    OpcUa_ServiceCounterDataType counts;
+    counts.TotalCount = fields.value(UaString("TotalCount")).toUInt32();
+    counts.ErrorCount = fields.value(UaString("ErrorCount")).toUInt32();
+    return counts;
+}
+
 QlumDiagnosticText structureText(const UaExtensionObject& object, int depth)
 {
-    if (const void* counter = object.decoded(OpcUa_ServiceCounterDataType_EncodeableType)) {
-        const auto& counts = *static_cast<const OpcUa_ServiceCounterDataType*>(counter);
+    if (const auto counts = countsOf(object))
         return {{},
-                ValueTexts::tr("Total %1 / Error %2").arg(counts.TotalCount).arg(counts.ErrorCount),
+                ValueTexts::tr("Total %1 / Error %2").arg(counts->TotalCount).arg(counts->ErrorCount),
                 false,
                 {},
                 {}};
-    }
     if (object.isNull())
         return missing();
     const UaStructureDefinition definition = qlumStructureDefinition(object, {}, nullptr);
@@ -195,8 +209,8 @@ bool fits(const UaVariant& value, const QlumDiagnosticContext& context)
     switch (context.kind) {
     case QlumDiagnosticKind::Counter:
         return value.isNull() || isNumber ||
-               (value.isScalar() &&
-                value.toExtensionObject().decoded(OpcUa_ServiceCounterDataType_EncodeableType));
+               (value.isScalar() && value.type() == OpcUaType_ExtensionObject &&
+                countsOf(value.toExtensionObject()));
     case QlumDiagnosticKind::ServerState:
     case QlumDiagnosticKind::RedundancySupport:
     case QlumDiagnosticKind::Limit:
@@ -234,10 +248,8 @@ std::optional<OpcUa_UInt32> qlumCounterOf(const UaDataValue& value)
     if (value.statusCode().isBad() || !value.value().isScalar() || value.value().isNull())
         return std::nullopt;
     if (value.value().type() == OpcUaType_ExtensionObject) {
-        const UaExtensionObject object = value.value().toExtensionObject();
-        const void* counter = object.decoded(OpcUa_ServiceCounterDataType_EncodeableType);
-        return counter ? std::optional(static_cast<const OpcUa_ServiceCounterDataType*>(counter)->TotalCount)
-                       : std::nullopt;
+        const auto counts = countsOf(value.value().toExtensionObject());
+        return counts ? std::optional(counts->TotalCount) : std::nullopt;
     }
     bool isNumber = false;
     const OpcUa_UInt32 number = value.value().toUInt32(&isNumber);

@@ -222,6 +222,10 @@ void QlumServerDiagnosticWidget::connectParts()
     m_countTimer.setSingleShot(true);
     m_countTimer.setInterval(countMilliseconds);
     connect(&m_countTimer, &QTimer::timeout, this, &QlumServerDiagnosticWidget::readChangedLists);
+    m_reopenTimer.setParent(this);
+    m_reopenTimer.setObjectName(QStringLiteral("reopenCounts"));
+    m_reopenTimer.setSingleShot(true);
+    connect(&m_reopenTimer, &QTimer::timeout, this, &QlumServerDiagnosticWidget::openSubscription);
     connect(m_serverPage, &QlumDiagnosticServerPage::enableWanted, this,
             &QlumServerDiagnosticWidget::sltEnableWanted);
     connect(m_sessionChooser, &QlumDiagnosticChooser::refreshClicked, this,

@@ -14,6 +14,7 @@
 #include <plugins/serverdiagnostics/qlumdiagnosticreader.h>
 #include <uabase/values/uastatus.h>
 
+#include <QElapsedTimer>
 #include <QMap>
 #include <QSettings>
 #include <QShowEvent>
@@ -125,10 +126,7 @@ private:
     void readSubscription();
     void getServersAndEndpoints();
     void setAsking(bool isAsking);
-    void createSubscription();
-    void dropSubscription();
     void readShown();
-    void readChangedLists();
 
     void takeServer(const QlumServerReading& reading);
     void takeSessions(QlumSessionReading& reading);
@@ -140,6 +138,17 @@ private:
     [[nodiscard]] QString sessionNote(const QlumSessionReading& reading) const;
     void clearSessionWidgets();
     void clearSubscriptionWidgets();
+
+    // ---- the counts
+    void createSubscription();
+    void openSubscription();
+    void watchCountsAgain();
+    void countsOpened(OpcUa_UInt32 subscriptionId, const UaStatus& status);
+    void countsEnded(const UaStatus& status);
+    [[nodiscard]] bool reopenLater(const QString& reason, const UaStatus& status);
+    void countsNotLive(const UaStatus& status);
+    void dropSubscription();
+    void readChangedLists();
 
     // ---- the server's flag
     void sltEnableWanted(bool isWanted);
@@ -181,6 +190,9 @@ private:
     std::array<std::optional<unsigned int>, 3> m_numbers;      ///< the counts, as they were told last
     QTimer m_intervalTimer;
     QTimer m_countTimer;
+    QTimer m_reopenTimer;     ///< until the counts are watched again
+    QElapsedTimer m_countAge; ///< since they are watched
+    int m_countAttempts = 0;  ///< to have their subscription back
     bool m_areSessionsOld = false;
     bool m_areSubscriptionsOld = false;
     bool m_isAsking = false;    ///< for servers and endpoints

@@ -27,7 +27,6 @@
 #include <uawidgets/qlumviewheading.h>
 
 #include <QHash>
-#include <QMetaObject>
 #include <QTabWidget>
 #include <QTime>
 
@@ -105,6 +104,7 @@ void QlumServerDiagnosticWidget::giveUp()
     m_endpointPool.cancelAll();
     setAsking(false);
     m_countTimer.stop();
+    m_reopenTimer.stop();
 }
 
 void QlumServerDiagnosticWidget::ended(Reading what)
@@ -383,76 +383,6 @@ void QlumServerDiagnosticWidget::tellListFault(const QString& topic, const QStri
         };
     }
     m_messages->tell(message);
-}
-
-// ---- the counts
-
-void QlumServerDiagnosticWidget::createSubscription()
-{
-    if (!m_counts)
-        m_counts = std::make_shared<QlumCountSubscription>(
-            m_followed.id(), [this](QlumCountSubscription::Count count, OpcUa_UInt32 number) {
-                QMetaObject::invokeMethod(
-                    this, [this, count, number] { sltCountChanged(count, number); }, Qt::QueuedConnection);
-            });
-    m_numbers = {};
-    QlumJobPool& pool = m_pools->of(m_followed.id());
-    pool.giveUp(m_tickets[Counts]);
-    m_tickets[Counts] = pool.add(
-        {tr("Subscribing to the counts of sessions and subscriptions"), m_followed.id()},
-        [this, counts = m_counts, provider = m_services, id = m_followed.id()](QlumJob& job) {
-            const UaStatus status = counts->open(provider(id), job);
-            job.post([this, number = counts->subscriptionId(), status] {
-                m_subscriptions->setOwnSubscription(number);
-                if (status.isBad() && status.statusCode() != OpcUa_BadServerNotConnected)
-                    m_messages->tell(
-                        {QlumMessage::Note,
-                         QStringLiteral("counts"),
-                         tr("The lists do not follow the server by themselves."),
-                         tr("Its counts cannot be watched: %1. Set an interval, or refresh the lists.")
-                             .arg(qlumResultInWords(status)),
-                         {},
-                         nullptr});
-            });
-        },
-        [this](QlumWorkEnd) { ended(Counts); });
-}
-
-// Its end waits for the server behind what is under way there, not here.
-void QlumServerDiagnosticWidget::dropSubscription()
-{
-    if (!m_counts)
-        return;
-    m_counts->detach();
-    m_pools->of(m_followed.id())
-        .add({QString(), m_followed.id()},
-             [counts = std::move(m_counts)](QlumJob&) mutable { counts.reset(); });
-    m_counts.reset();
-}
-
-void QlumServerDiagnosticWidget::sltCountChanged(int count, unsigned int number)
-{
-    const bool isSessions = count == QlumCountSubscription::Sessions;
-    m_serverPage->takeCount(isSessions ? QStringLiteral("CurrentSessionCount")
-                                       : QStringLiteral("CurrentSubscriptionCount"),
-                            number);
-    // the first one is what the lists have been read with
-    const std::optional<unsigned int> before = std::exchange(
-        m_numbers[isSessions ? QlumCountSubscription::Sessions : QlumCountSubscription::Subscriptions],
-        number);
-    if (!before || *before == number)
-        return;
-    (isSessions ? m_areSessionsOld : m_areSubscriptionsOld) = true;
-    if (!m_countTimer.isActive())
-        m_countTimer.start();
-}
-
-void QlumServerDiagnosticWidget::readChangedLists()
-{
-    if (m_areSessionsOld)
-        sltGetSessions(true);
-    if (m_areSubscriptionsOld)
-        sltGetSubscriptions(true);
 }
 
 // ---- the server's flag

@@ -184,6 +184,7 @@ void QlumServerDiagnosticWidget::sltRefresh()
     if (!m_followed.isUp())
         return;
     m_messages->dismiss();
+    watchCountsAgain();
     readServer();
     sltGetSessions(false);
     sltGetSubscriptions(false);

@@ -3,6 +3,7 @@
 #include <app/api/qlumactiontable.h>
 #include <uawidgets/plot/qlumplotactions_p.h>
 #include <uawidgets/plot/qlumplotcolors.h>
+#include <uawidgets/plot/qlumplotemptytext.h>
 #include <uawidgets/plot/qlumplotexport.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/table/qlumtabletext.h>
@@ -31,7 +32,6 @@
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_grid.h>
 #include <qwt_plot_item.h>
-#include <qwt_plot_textlabel.h>
 #include <qwt_scale_div.h>
 #include <qwt_scale_draw.h>
 #include <qwt_scale_map.h>
@@ -159,7 +159,7 @@ std::vector<QlumHistogramBin> qlumHistogram(std::span<const double> values, int 
 
 QlumBarPlot::QlumBarPlot(QWidget* parent)
     : QwtPlot(parent), m_messages(new QlumMessageBar(this)), m_grid(std::make_unique<QwtPlotGrid>()),
-      m_boxes(std::make_unique<Boxes>()), m_emptyLabel(std::make_unique<QwtPlotTextLabel>())
+      m_boxes(std::make_unique<Boxes>()), m_emptyText(std::make_unique<QlumPlotEmptyText>(*this))
 {
     setAutoDelete(false); // items are members
     setAccessibleName(tr("Bar chart"));
@@ -174,7 +174,6 @@ QlumBarPlot::QlumBarPlot(QWidget* parent)
     m_grid->attach(this);
     m_boxes->setZ(m_grid->z() + 1);
     m_boxes->attach(this);
-    m_emptyLabel->attach(this);
     setEmptyText(tr("No figures yet"), tr("Bars appear here as soon as something was measured."));
     showBoxes();
 }
@@ -225,16 +224,13 @@ void QlumBarPlot::setHistogram(std::vector<QlumHistogramBin> bins, const QString
 
 void QlumBarPlot::setEmptyText(const QString& headline, const QString& hint)
 {
-    QwtText text = plain(headline + QStringLiteral("\n\n") + hint);
-    text.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
-    m_emptyLabel->setText(text);
-    canvas()->setAccessibleDescription(headline + QStringLiteral(". ") + hint);
+    m_emptyText->setText(headline, hint);
     applyColors();
 }
 
 void QlumBarPlot::showBoxes()
 {
-    m_emptyLabel->setVisible(m_bars.empty() && m_bins.empty());
+    m_emptyText->setVisible(m_bars.empty() && m_bins.empty());
     replot();
 }
 
@@ -310,15 +306,13 @@ void QlumBarPlot::applyColors()
     canvas()->setPalette(own);
     m_grid->setPen(QPen(colors.grid, 0));
     m_boxes->color = colors.curve(0);
-    QwtText text = m_emptyLabel->text();
-    text.setColor(colors.text);
-    m_emptyLabel->setText(text);
+    m_emptyText->setColor(colors.text);
     replot();
 }
 
 void QlumBarPlot::changeEvent(QEvent* event)
 {
     QwtPlot::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && m_emptyLabel)
+    if (event->type() == QEvent::PaletteChange && m_emptyText)
         applyColors();
 }

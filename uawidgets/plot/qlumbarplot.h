@@ -15,9 +15,9 @@ class QAction;
 class QEvent;
 class QIODevice;
 class QlumMessageBar;
+class QlumPlotEmptyText;
 class QWidget;
 class QwtPlotGrid;
-class QwtPlotTextLabel;
 
 /// A figure with its name.
 struct QlumBar
@@ -86,5 +86,5 @@ private:
     std::vector<QlumHistogramBin> m_bins;
     std::unique_ptr<QwtPlotGrid> m_grid;
     std::unique_ptr<Boxes> m_boxes;
-    std::unique_ptr<QwtPlotTextLabel> m_emptyLabel;
+    std::unique_ptr<QlumPlotEmptyText> m_emptyText;
 };

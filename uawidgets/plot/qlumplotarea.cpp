@@ -4,6 +4,7 @@
 #include <app/api/qlumguithread.h>
 #include <uawidgets/plot/qlumplotcolors.h>
 #include <uawidgets/plot/qlumplotcurve.h>
+#include <uawidgets/plot/qlumplotemptytext.h>
 #include <uawidgets/plot/qlumplotview.h>
 #include <uawidgets/plot/qlumtimescale.h>
 
@@ -19,15 +20,12 @@
 #include <QRectF>
 #include <QResizeEvent>
 #include <QString>
-#include <QTextLayout>
-#include <QTextLine>
 #include <QTimeZone>
 #include <QWidget>
 #include <qwt_interval.h>
 #include <qwt_plot.h>
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_grid.h>
-#include <qwt_plot_textlabel.h>
 #include <qwt_scale_div.h>
 #include <qwt_scale_draw.h>
 #include <qwt_scale_engine.h>
@@ -98,7 +96,7 @@ QwtInterval widened(const QwtInterval& range)
 
 QlumPlotArea::QlumPlotArea(QWidget* parent)
     : QwtPlot(parent), m_zone(QTimeZone::systemTimeZone()), m_grid(std::make_unique<QwtPlotGrid>()),
-      m_emptyLabel(std::make_unique<QwtPlotTextLabel>())
+      m_emptyText(std::make_unique<QlumPlotEmptyText>(*this))
 {
     auto* canvas = new QwtPlotCanvas(this);
     canvas->setFrameStyle(QFrame::NoFrame);
@@ -113,7 +111,6 @@ QlumPlotArea::QlumPlotArea(QWidget* parent)
                        0); // for halves of the outermost labels
     setAxisScale(yLeft, 0, 1);
     m_grid->attach(this);
-    m_emptyLabel->attach(this);
     setTimeZone(m_zone);
     applyColors();
     const double now = 0;
@@ -267,39 +264,19 @@ void QlumPlotArea::setTimeZone(const QTimeZone& zone)
 
 void QlumPlotArea::setEmptyText(const QString& headline, const QString& hint)
 {
-    m_emptyHeadline = headline;
-    m_emptyHint = hint;
-    canvas()->setAccessibleDescription(headline + QStringLiteral(". ") + hint);
-    applyEmptyText();
+    m_emptyText->setText(headline, hint);
     refresh();
-}
-
-// Qwt draws such a text in one line, however long it is.
-void QlumPlotArea::applyEmptyText()
-{
-    QString lines;
-    QTextLayout layout(m_emptyHint, font());
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(std::max(1, canvas()->width() - 2 * fontMetrics().averageCharWidth()));
-        lines += QLatin1Char('\n') + m_emptyHint.mid(line.textStart(), line.textLength()).trimmed();
-    }
-    layout.endLayout();
-    QwtText text(m_emptyHeadline + QLatin1Char('\n') + lines, QwtText::PlainText);
-    text.setRenderFlags(Qt::AlignCenter);
-    text.setColor(QlumPlotColors(palette()).text);
-    m_emptyLabel->setText(text);
 }
 
 // ---- painting
 
 void QlumPlotArea::refresh()
 {
-    if (!m_emptyLabel)
+    if (!m_emptyText)
         return;
     const bool empty = std::all_of(m_curves.begin(), m_curves.end(),
                                    [](const auto& curve) { return curve->samples().isEmpty(); });
-    m_emptyLabel->setVisible(empty);
+    m_emptyText->setVisible(empty);
     applyRanges();
     applyTimes();
     applyGrid();
@@ -395,9 +372,7 @@ void QlumPlotArea::applyColors()
         canvas->setPalette(own);
     }
     m_grid->setPen(QPen(colors.grid, 0));
-    QwtText text = m_emptyLabel->text();
-    text.setColor(colors.text);
-    m_emptyLabel->setText(text);
+    m_emptyText->setColor(colors.text);
     for (const auto& curve : m_curves)
         curve->setColors(colors);
     emit colorsChanged();
@@ -415,7 +390,6 @@ void QlumPlotArea::changeEvent(QEvent* event)
 void QlumPlotArea::resizeEvent(QResizeEvent* event)
 {
     QwtPlot::resizeEvent(event);
-    applyEmptyText();
     applyTimes();
     replot();
 }

@@ -1,6 +1,7 @@
 // The drawing of a plot: curves over time, a value axis for each unit.
 #pragma once
 #include <uawidgets/plot/qlumplotcurve.h>
+#include <uawidgets/plot/qlumplotemptytext.h>
 #include <uawidgets/plot/qlumplotview.h>
 
 #include <QMap>
@@ -23,7 +24,6 @@ class QRectF;
 class QResizeEvent;
 class QWidget;
 class QwtPlotGrid;
-class QwtPlotTextLabel;
 class QwtScaleMap;
 
 /// Curves with a time axis below. Value axes are one for each unit, beside each other; they are drawn by
@@ -107,7 +107,6 @@ private:
     [[nodiscard]] QMap<qint64, QString> stateNames(const QString& unit) const;
     void removeUnusedAxes();
     void applyColors();
-    void applyEmptyText();
     void applyTimes();
     void applyRanges();
     void applyGrid();
@@ -119,9 +118,7 @@ private:
     std::vector<Axis> m_axes;
     std::vector<std::unique_ptr<QlumPlotCurve>> m_curves;
     std::unique_ptr<QwtPlotGrid> m_grid;
-    std::unique_ptr<QwtPlotTextLabel> m_emptyLabel;
-    QString m_emptyHeadline;
-    QString m_emptyHint;
+    std::unique_ptr<QlumPlotEmptyText> m_emptyText;
     int m_nextNumber = 0;
     bool m_showsUsualRanges = false;
 };

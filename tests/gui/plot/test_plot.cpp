@@ -1,5 +1,6 @@
 // What plots paint, and what the user can do with them.
 #include <tests/gui/plot/randomsamples.h>
+#include <uawidgets/plot/qlumbarplot.h>
 #include <uawidgets/plot/qlumdecimation.h>
 #include <uawidgets/plot/qlumplot.h>
 #include <uawidgets/plot/qlumplotarea.h>
@@ -196,6 +197,36 @@ TEST_F(Plot, SaysWhatToDoWhileItIsEmpty)
         plot.area()->canvas()->accessibleDescription().contains(QLatin1String("Drop variables here.")));
     add(plot.addCurve(QStringLiteral("x")), spike(10, 3, 1));
     EXPECT_EQ(count(text, middle), 0);
+}
+
+TEST_F(Plot, TextOfAnEmptyPlotIsCutNowhere)
+{
+    const QString hint =
+        QStringLiteral("Measure, and select the run in the table below, of which there may be "
+                       "many with names of any length.");
+    const auto ink = [](const QImage& image, const QColor& color, int from, int to) {
+        int found = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = from; x < to; ++x)
+                found += image.pixelColor(x, y) == color ? 1 : 0;
+        return found;
+    };
+    QlumBarPlot bars;
+    bars.setEmptyText(QStringLiteral("No samples"), hint);
+    plot.setEmptyText(QStringLiteral("No samples"), hint);
+    const QColor color = QlumPlotColors(plot.palette()).text;
+    for (const int width : {260, 900, 260}) {
+        for (const auto& [widget, canvas] :
+             {std::pair<QWidget*, QWidget*>(&plot, plot.area()->canvas()), {&bars, bars.canvas()}}) {
+            widget->resize(width, 300);
+            widget->show();
+            QCoreApplication::processEvents();
+            const QImage image = canvas->grab().toImage();
+            EXPECT_GT(ink(image, color, 0, image.width()), 20) << width;
+            EXPECT_EQ(ink(image, color, 0, 4), 0) << width;
+            EXPECT_EQ(ink(image, color, image.width() - 4, image.width()), 0) << width;
+        }
+    }
 }
 
 TEST_F(Plot, EveryUnitHasItsAxisAndItsRange)

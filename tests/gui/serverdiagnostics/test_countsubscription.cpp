@@ -1,16 +1,24 @@
-// The subscription to the counts of sessions and subscriptions, above a scripted stack.
+// The subscription to the counts of sessions and subscriptions, and the view that follows them, above a
+// scripted stack.
+#include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumjob.h>
 #include <app/api/qlumjobpool.h>
+#include <app/api/qlumserverpools.h>
 #include <app/api/qlumsessionservices.h>
+#include <app/api/qlumtext.h>
 #include <plugins/serverdiagnostics/qlumcountsubscription.h>
+#include <plugins/serverdiagnostics/qlumserverdiagnosticwidget.h>
 #include <tests/support/stubapplication.h>
 #include <tests/unit/sdk/subscriptiontest.h>
 #include <uabase/values/uastatus.h>
 #include <uaclientsdk/uasession.h>
 
+#include <QCoreApplication>
+#include <QLabel>
 #include <QString>
 #include <QStringList>
 #include <QTest>
+#include <QTimer>
 
 #include <atomic>
 #include <map>
@@ -67,6 +75,13 @@ protected:
         return status;
     }
 
+    void endSubscription(OpcUa_UInt32 id)
+    {
+        notify<OpcUa_StatusChangeNotification>(
+            id, 1, OpcUa_StatusChangeNotification_EncodeableType,
+            [](OpcUa_StatusChangeNotification& change) { change.Status = OpcUa_BadTimeout; });
+    }
+
     StubApplication application;
     std::shared_ptr<QlumSessionServices> services =
         qlumServicesOf(std::shared_ptr<UaClientSdk::UaSession>(&session, [](UaClientSdk::UaSession*) {}));
@@ -74,11 +89,11 @@ protected:
     QStringList asked;
     std::atomic<OpcUa_StatusCode> refusal{OpcUa_Good};
     std::map<int, unsigned int> told;
+    QStringList ended;
     std::unique_ptr<QlumCountSubscription> counts = std::make_unique<QlumCountSubscription>(
-        1, [this](QlumCountSubscription::Count count, OpcUa_UInt32 number) {
-            const std::lock_guard lock(mutex);
-            told[count] = number;
-        });
+        1, QlumCountSubscription::Listener{
+               [this](QlumCountSubscription::Count count, OpcUa_UInt32 number) { told[count] = number; },
+               [this](const UaStatus& status) { ended.append(toQString(status.toString())); }});
     QlumJobPool pool;
 };
 
@@ -89,17 +104,118 @@ TEST_F(CountSubscription, AsksForBothCountsAndTellsThemUntilItIsDetached)
                                   "2285 every 100 ms, stamps 3"}));
     EXPECT_EQ(counts->subscriptionId(), 1u);
     data(1, 1, {{1, 4}, {2, 7}, {99, 1}});
-    EXPECT_TRUE(QTest::qWaitFor([this] {
-        const std::lock_guard lock(mutex);
-        return told == std::map<int, unsigned int>{{1, 4u}, {2, 7u}};
-    }));
-    counts->detach();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return told == std::map<int, unsigned int>{{1, 4u}, {2, 7u}}; }));
     const int before = publishCalls();
     data(1, 2, {{1, 5}});
     ASSERT_TRUE(waitForPublishCalls(before + 1));
+    counts->detach(); // what is on its way by now comes to nobody
     counts.reset();
+    QCoreApplication::processEvents();
     EXPECT_EQ(deleted(), std::vector<OpcUa_UInt32>{1});
     EXPECT_EQ(told.at(1), 4u);
+}
+
+TEST_F(CountSubscription, OneThatTheServerEndsIsToldOnceAndMadeAnew)
+{
+    ASSERT_TRUE(open().isGood());
+    endSubscription(1);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !ended.isEmpty(); }));
+    EXPECT_EQ(ended, QStringList("BadTimeout"));
+    EXPECT_EQ(counts->subscriptionId(), 0u);
+    ASSERT_TRUE(open().isGood());
+    EXPECT_EQ(counts->subscriptionId(), 2u);
+    EXPECT_EQ(asked.size(), 6) << "with both counts";
+    counts.reset();
+}
+
+// A view whose subscription the server ends.
+class EndedCounts : public CountSubscription
+{
+protected:
+    void SetUp() override
+    {
+        CountSubscription::SetUp();
+        view.sessionStatusChanged(5, QlumConnectionStatus::Connected);
+        view.serverSelectionChanged(5);
+        ASSERT_TRUE(waitForAll());
+        ASSERT_EQ(created(), 1);
+        EXPECT_EQ(countNote(), "");
+    }
+    void TearDown() override
+    {
+        view.sessionRemoved(5);
+        CountSubscription::TearDown();
+    }
+    bool waitForAll()
+    {
+        return QTest::qWaitFor([this] { return !view.isReading(); });
+    }
+    int created()
+    {
+        const std::lock_guard lock(mutex);
+        return asked.filter("priority").size();
+    }
+    [[nodiscard]] QString countNote() const
+    {
+        const auto* label = view.findChild<QLabel*>("countNote");
+        return label->isHidden() ? QString() : label->text();
+    }
+    bool waitForNote(const char* begin)
+    {
+        return QTest::qWaitFor([&] { return countNote().startsWith(QLatin1String(begin)); });
+    }
+    // The pause that the view has set itself, which the test does not wait for; 0 when there is none.
+    int endPause()
+    {
+        for (QTimer* timer : view.findChildren<QTimer*>("reopenCounts"))
+            if (timer->isActive()) {
+                const int pause = timer->interval();
+                timer->start(0);
+                return pause;
+            }
+        return 0;
+    }
+
+    std::shared_ptr<QlumServerPools> pools = std::make_shared<QlumServerPools>();
+    QlumServerDiagnosticWidget view{application, pools, [this](unsigned int) { return services; },
+                                    [](QlumSessionServices&, QlumJob&) { return QlumEndpointReading(); }};
+};
+
+TEST_F(EndedCounts, AreWatchedAgainAfterAPause)
+{
+    endSubscription(1);
+    ASSERT_TRUE(waitForNote("The counts are not live for the moment: the server ended their subscription, "
+                            "BadTimeout"))
+        << countNote().toStdString();
+    EXPECT_EQ(created(), 1) << "not at once";
+    EXPECT_EQ(endPause(), 1000);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return countNote().isEmpty(); }));
+    EXPECT_EQ(created(), 2);
+    endSubscription(2);
+    ASSERT_TRUE(waitForNote("The counts are not live for the moment"));
+    EXPECT_EQ(endPause(), 2000) << "it was soon ended again";
+    ASSERT_TRUE(QTest::qWaitFor([this] { return countNote().isEmpty(); }));
+    EXPECT_EQ(created(), 3);
+}
+
+TEST_F(EndedCounts, AreLeftAloneWhenTheServerGoesOnRefusing)
+{
+    constexpr int attempts = 5;
+    stack.failNext(OpcUa_CreateSubscriptionRequest_EncodeableType,
+                   std::vector<OpcUa_StatusCode>(attempts, OpcUa_BadTooManySubscriptions));
+    endSubscription(1);
+    std::vector<int> pauses;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        if (const int pause = endPause(); pause > 0)
+            pauses.push_back(pause);
+        return countNote().startsWith("The counts are no longer live: BadTooManySubscriptions");
+    })) << countNote().toStdString();
+    EXPECT_EQ(pauses, (std::vector{1000, 2000, 5000, 10000, 30000}));
+    ASSERT_TRUE(waitForAll());
+    view.sltRefresh();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return countNote().isEmpty(); }))
+        << "once more, when the user wants";
+    EXPECT_EQ(created(), 2);
 }
 
 TEST_F(CountSubscription, IsMadeAgainInANewSessionAndSaysWhatTheServerRefuses)
