@@ -75,9 +75,9 @@ void QlumCertificateManager::sltTrust()
     const QlumCertificatePage* page = m_certificates[QlumCertificateModel::Trusted];
     const int count = page->countOfFile(page->currentFile());
     if (count > 1 && !ask(tr("Trust Certificates"),
-                          tr("The file holds %1 certificates, which all become trusted.\nDo you want to "
-                             "trust all of them?")
-                              .arg(count)))
+                          tr("The file holds %n certificates, which all become trusted.\nDo you want to "
+                             "trust all of them?",
+                             nullptr, count)))
         return;
     move(m_store.rejected, m_store.trustedCertificates,
          tr("Could not move certificate %1 to the trusted directory"));
@@ -122,7 +122,7 @@ void QlumCertificateManager::sltDelete()
                             : tr("Do you really want to delete the selected certificate?");
     const auto* certificates = qobject_cast<QlumCertificatePage*>(page);
     if (const int count = certificates ? certificates->countOfFile(path) : 1; count > 1)
-        question += tr("\nIts file holds %1 certificates, which are all deleted.").arg(count);
+        question += tr("\nIts file holds %n certificates, which are all deleted.", nullptr, count);
     if (!ask(list ? tr("Delete CRL") : tr("Delete Certificate"), question))
         return;
     if (UaDir::remove(toUaString(path))) {

@@ -223,8 +223,8 @@ bool QlumCertificates::wantsRenewal(const UaPkiCertificate& certificate)
         if (askForRenewal(
                 expired
                     ? tr("Tavelin's certificate has expired.\nDo you want to create a new one?")
-                    : tr("Tavelin's certificate will expire in %1 days!\nDo you want to create a new one?")
-                          .arg(days)))
+                    : tr("Tavelin's certificate will expire in %n days!\nDo you want to create a new one?",
+                         nullptr, static_cast<int>(days))))
             return true;
     }
     const QString keyIdentifier =

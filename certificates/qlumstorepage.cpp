@@ -188,15 +188,13 @@ void QlumStorePage::updateCount()
 {
     const int all = m_model ? m_model->rowCount() : 0;
     const int shown = m_sorted->rowCount();
-    const QLocale locale = QLocale::system();
     if (m_isCancelled) {
-        m_count->setText(tr("%1 entries; reading was cancelled").arg(locale.toString(all)));
+        m_count->setText(tr("%Ln entries; reading was cancelled", nullptr, all));
         return;
     }
-    m_count->setText(all == 0 ? tr("Nothing here yet; drop files on the table to add them")
-                     : shown == all
-                         ? tr("%1 entries").arg(locale.toString(all))
-                         : tr("%1 of %2 entries").arg(locale.toString(shown), locale.toString(all)));
+    m_count->setText(all == 0       ? tr("Nothing here yet; drop files on the table to add them")
+                     : shown == all ? tr("%Ln entries", nullptr, all)
+                                    : tr("%1 of %Ln entries", nullptr, all).arg(QLocale().toString(shown)));
 }
 
 QModelIndex QlumStorePage::current() const

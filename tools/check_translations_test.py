@@ -70,6 +70,13 @@ class Sources(unittest.TestCase):
         self.assertEqual(readable("x = 'a'; y = 0xff'ff;"), "x = 'a'; y = 0xffff;")
 
 
+class English(unittest.TestCase):
+    def test_it_says_only_how_many_there_are(self):
+        messages = [message("Add"), message("%n row(s)", True)]
+        self.assertEqual(translations.wanted_in("en", messages), messages[1:])
+        self.assertEqual(translations.wanted_in("de", messages), messages)
+
+
 class Merging(unittest.TestCase):
     def test_a_text_keeps_its_translation_in_another_context(self):
         old = {message("Add", context="Old"): ["Neu"]}

@@ -1893,11 +1893,15 @@ Möchten Sie ihm vertrauen?</translation>
 </context>
 <context>
     <name>QlumCertificateManager</name>
-    <message>
+    <message numerus="yes">
         <source>
-Its file holds %1 certificates, which are all deleted.</source>
+Its file holds %n certificates, which are all deleted.</source>
         <translation>
-Seine Datei enthält %1 Zertifikate, die alle gelöscht werden.</translation>
+            <numerusform>
+Seine Datei enthält %n Zertifikat, das gelöscht wird.</numerusform>
+            <numerusform>
+Seine Datei enthält %n Zertifikate, die alle gelöscht werden.</numerusform>
+        </translation>
     </message>
     <message>
         <source>%1 certificates</source>
@@ -2127,11 +2131,15 @@ Seine Datei enthält %1 Zertifikate, die alle gelöscht werden.</translation>
         <source>The application certificate could not be created:</source>
         <translation>Das Anwendungszertifikat konnte nicht erstellt werden:</translation>
     </message>
-    <message>
-        <source>The file holds %1 certificates, which all become trusted.
+    <message numerus="yes">
+        <source>The file holds %n certificates, which all become trusted.
 Do you want to trust all of them?</source>
-        <translation>Die Datei enthält %1 Zertifikate, denen dann allen vertraut wird.
-Möchten Sie allen vertrauen?</translation>
+        <translation>
+            <numerusform>Die Datei enthält %n Zertifikat, das vertrauenswürdig wird.
+Möchten Sie ihm vertrauen?</numerusform>
+            <numerusform>Die Datei enthält %n Zertifikate, die alle vertrauenswürdig werden.
+Möchten Sie allen vertrauen?</numerusform>
+        </translation>
     </message>
     <message>
         <source>Trust Certificates</source>
@@ -2463,11 +2471,15 @@ Do you want to create a new one?</source>
         <translation>Tavelins Zertifikat ist abgelaufen.
 Möchten Sie ein neues erstellen?</translation>
     </message>
-    <message>
-        <source>Tavelin&apos;s certificate will expire in %1 days!
+    <message numerus="yes">
+        <source>Tavelin&apos;s certificate will expire in %n days!
 Do you want to create a new one?</source>
-        <translation>Tavelins Zertifikat läuft in %1 Tagen ab!
-Möchten Sie ein neues erstellen?</translation>
+        <translation>
+            <numerusform>Das Zertifikat von Tavelin läuft in %n Tag ab!
+Möchten Sie ein neues erstellen?</numerusform>
+            <numerusform>Das Zertifikat von Tavelin läuft in %n Tagen ab!
+Möchten Sie ein neues erstellen?</numerusform>
+        </translation>
     </message>
     <message>
         <source>The PEM password you have specified was not correct. Do you want to retry it?</source>
@@ -6047,41 +6059,40 @@ Sperre aufbrechen?</translation>
         <source>%1 at %2 (log-in: %3)</source>
         <translation>%1 unter %2 (Anmeldung: %3)</translation>
     </message>
-    <message>
-        <source>%1 days</source>
-        <translation>%1 Tage</translation>
+    <message numerus="yes">
+        <source>%n days</source>
+        <translation>
+            <numerusform>%n Tag</numerusform>
+            <numerusform>%n Tage</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>%1 endpoints; &apos;%2&apos; is among them</source>
-        <translation>%1 Endpunkte; „%2“ ist darunter</translation>
+    <message numerus="yes">
+        <source>%n endpoints; &apos;%1&apos; is among them</source>
+        <translation>
+            <numerusform>%n Endpunkt; „%1“ ist darunter</numerusform>
+            <numerusform>%n Endpunkte; „%1“ ist darunter</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>%1 hours</source>
-        <translation>%1 Stunden</translation>
+    <message numerus="yes">
+        <source>%n hours</source>
+        <translation>
+            <numerusform>%n Stunde</numerusform>
+            <numerusform>%n Stunden</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>%1 minutes</source>
-        <translation>%1 Minuten</translation>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>%n Minute</numerusform>
+            <numerusform>%n Minuten</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>%1 seconds</source>
-        <translation>%1 Sekunden</translation>
-    </message>
-    <message>
-        <source>1 day</source>
-        <translation>1 Tag</translation>
-    </message>
-    <message>
-        <source>1 hour</source>
-        <translation>1 Stunde</translation>
-    </message>
-    <message>
-        <source>1 minute</source>
-        <translation>1 Minute</translation>
-    </message>
-    <message>
-        <source>1 second</source>
-        <translation>1 Sekunde</translation>
+    <message numerus="yes">
+        <source>%n seconds</source>
+        <translation>
+            <numerusform>%n Sekunde</numerusform>
+            <numerusform>%n Sekunden</numerusform>
+        </translation>
     </message>
     <message>
         <source>A connect asks about it. Ask the server&apos;s administrator whether it was replaced.</source>
@@ -13409,6 +13420,57 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
 </context>
 <context>
+    <name>QlumPlugins</name>
+    <message>
+        <source>Data Access Plugin</source>
+        <translation>Plugin Datenzugriff</translation>
+    </message>
+    <message>
+        <source>Data Logger Plugin</source>
+        <translation>Plugin Datenlogger</translation>
+    </message>
+    <message>
+        <source>GDS Plugin</source>
+        <translation>Plugin GDS</translation>
+    </message>
+    <message>
+        <source>Image Viewer Plugin</source>
+        <translation>Plugin Bildbetrachter</translation>
+    </message>
+    <message>
+        <source>Server Diagnostic Plugin</source>
+        <translation>Plugin Serverdiagnose</translation>
+    </message>
+    <message>
+        <source>UA Attribute Plugin</source>
+        <translation>Plugin Attribute</translation>
+    </message>
+    <message>
+        <source>UA Devices Plugin</source>
+        <translation>Plugin Geräte</translation>
+    </message>
+    <message>
+        <source>UA Events Plugin</source>
+        <translation>Plugin Ereignisse</translation>
+    </message>
+    <message>
+        <source>UA History Plugin</source>
+        <translation>Plugin Historie</translation>
+    </message>
+    <message>
+        <source>UA Method Plugin</source>
+        <translation>Plugin Methoden</translation>
+    </message>
+    <message>
+        <source>UA Performance Plugin</source>
+        <translation>Plugin Leistung</translation>
+    </message>
+    <message>
+        <source>UA Reference Plugin</source>
+        <translation>Plugin Referenzen</translation>
+    </message>
+</context>
+<context>
     <name>QlumProjectFile</name>
     <message>
         <source>It is no project file.</source>
@@ -18610,17 +18672,26 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
 </context>
 <context>
     <name>QlumStorePage</name>
-    <message>
-        <source>%1 entries</source>
-        <translation>Einträge: %1</translation>
+    <message numerus="yes">
+        <source>%1 of %Ln entries</source>
+        <translation>
+            <numerusform>%1 von %Ln Eintrag</numerusform>
+            <numerusform>%1 von %Ln Einträgen</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>%1 entries; reading was cancelled</source>
-        <translation>%1 Einträge; das Lesen wurde abgebrochen</translation>
+    <message numerus="yes">
+        <source>%Ln entries</source>
+        <translation>
+            <numerusform>%Ln Eintrag</numerusform>
+            <numerusform>%Ln Einträge</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>%1 of %2 entries</source>
-        <translation>%1 von %2 Einträgen</translation>
+    <message numerus="yes">
+        <source>%Ln entries; reading was cancelled</source>
+        <translation>
+            <numerusform>%Ln Eintrag; das Lesen wurde abgebrochen</numerusform>
+            <numerusform>%Ln Einträge; das Lesen wurde abgebrochen</numerusform>
+        </translation>
     </message>
     <message>
         <source>&amp;Filter:</source>
@@ -19263,6 +19334,173 @@ Das Zertifikat liegt hier: %2</translation>
     <message>
         <source>TraceSettings</source>
         <translation>TraceSettings</translation>
+    </message>
+</context>
+<context>
+    <name>QlumTraceWords</name>
+    <message>
+        <source>Error: Number of acknowledgement results (%1) does not match number of acknowledgements (%2)</source>
+        <translation>Fehler: Die Zahl der Ergebnisse von Bestätigungen (%1) passt nicht zur Zahl der Bestätigungen (%2)</translation>
+    </message>
+    <message>
+        <source>Error: Publish failed [status=%1]</source>
+        <translation>Fehler: Publish ist fehlgeschlagen [status=%1]</translation>
+    </message>
+    <message>
+        <source>Error: SessionCallback - Stack sent callback with status [status=%1]</source>
+        <translation>Fehler: SessionCallback - der Stack meldet den Status [status=%1]</translation>
+    </message>
+    <message>
+        <source>Error: SessionCallback - a callback threw &apos;%1&apos;</source>
+        <translation>Fehler: SessionCallback - ein Rückruf endete mit „%1“</translation>
+    </message>
+    <message>
+        <source>Error: Subscription acknowledgement (SubscriptionId=%1,SequenceNumber=%2) returned status %3</source>
+        <translation>Fehler: Die Bestätigung an die Subscription (SubscriptionId=%1,SequenceNumber=%2) ergab den Status %3</translation>
+    </message>
+    <message>
+        <source>Error: SubscriptionCallback - a callback threw &apos;%1&apos;</source>
+        <translation>Fehler: SubscriptionCallback - ein Rückruf endete mit „%1“</translation>
+    </message>
+    <message>
+        <source>Error: UaSession - a request for notifications was not taken [Session=%1] [status=%2]</source>
+        <translation>Fehler: UaSession - eine Anforderung von Benachrichtigungen wurde nicht angenommen [Session=%1] [status=%2]</translation>
+    </message>
+    <message>
+        <source>Error: UaSession - a turn of the session thread ended with &apos;%1&apos; [Session=%2]</source>
+        <translation>Fehler: UaSession - ein Durchlauf des Sitzungs-Threads endete mit „%1“ [Session=%2]</translation>
+    </message>
+    <message>
+        <source>Error: UaSession - cannot create a channel [ret=%1]</source>
+        <translation>Fehler: UaSession - ein Kanal kann nicht angelegt werden [ret=%1]</translation>
+    </message>
+    <message>
+        <source>Error: UaSession - connection lost [Session=%1]</source>
+        <translation>Fehler: UaSession - Verbindung verloren [Session=%1]</translation>
+    </message>
+    <message>
+        <source>Error: UaSession - reading the namespace table failed [status=%1]</source>
+        <translation>Fehler: UaSession - das Lesen der Namensraumtabelle ist fehlgeschlagen [status=%1]</translation>
+    </message>
+    <message>
+        <source>Error: UaSession - the server refused the user, he is not tried again [Session=%1]</source>
+        <translation>Fehler: UaSession - der Server hat den Benutzer abgelehnt, er wird nicht erneut versucht [Session=%1]</translation>
+    </message>
+    <message>
+        <source>Error: UaSession::%1 - number of diagnostic infos does not match number of requests</source>
+        <translation>Fehler: UaSession::%1 - die Zahl der Diagnoseangaben passt nicht zur Zahl der Anfragen</translation>
+    </message>
+    <message>
+        <source>Error: UaSession::%1 - number of results does not match number of requests</source>
+        <translation>Fehler: UaSession::%1 - die Zahl der Ergebnisse passt nicht zur Zahl der Anfragen</translation>
+    </message>
+    <message>
+        <source>Error: UaSession::loadDataTypeDictionaries failed [status=%1]</source>
+        <translation>Fehler: UaSession::loadDataTypeDictionaries ist fehlgeschlagen [status=%1]</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::%1 - Server sent invalid extension object for notification</source>
+        <translation>Fehler: UaSessionPrivate::%1 - der Server schickte ein ungültiges ExtensionObject als Benachrichtigung</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::%1 - Server sent unknown extension object (ID=%2) for notification</source>
+        <translation>Fehler: UaSessionPrivate::%1 - der Server schickte ein unbekanntes ExtensionObject (ID=%2) als Benachrichtigung</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::activateSession - can&apos;t find %1 in endpoint description</source>
+        <translation>Fehler: UaSessionPrivate::activateSession - %1 steht nicht in der Beschreibung des Endpunkts</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::activateSession - no endpoint matching the session security settings</source>
+        <translation>Fehler: UaSessionPrivate::activateSession - kein Endpunkt passt zu den Sicherheitseinstellungen der Sitzung</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::doRepublishAfterReconnect - Notification returned unexpected SequenceNumber (expected=%1, received=%2)</source>
+        <translation>Fehler: UaSessionPrivate::doRepublishAfterReconnect - unerwartete SequenceNumber einer Benachrichtigung (erwartet %1, erhalten %2)</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::publishCallback - KeepAlive SequenceNumber (%1) is contained in AvailableSequenceNumbers</source>
+        <translation>Fehler: UaSessionPrivate::publishCallback - die SequenceNumber %1 des KeepAlive steht in AvailableSequenceNumbers</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::publishCallback - KeepAlive returned unexpected SequenceNumber (expected=%1, received=%2)</source>
+        <translation>Fehler: UaSessionPrivate::publishCallback - unerwartete SequenceNumber eines KeepAlive (erwartet %1, erhalten %2)</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::publishCallback - Notification returned unexpected SequenceNumber (expected=%1, received=%2)</source>
+        <translation>Fehler: UaSessionPrivate::publishCallback - unerwartete SequenceNumber einer Benachrichtigung (erwartet %1, erhalten %2)</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::publishCallback - Server sent invalid SubscriptionId %1</source>
+        <translation>Fehler: UaSessionPrivate::publishCallback - der Server schickte die ungültige SubscriptionId %1</translation>
+    </message>
+    <message>
+        <source>Error: UaSessionPrivate::publishCallback - Subscription not longer valid</source>
+        <translation>Fehler: UaSessionPrivate::publishCallback - die Subscription gilt nicht mehr</translation>
+    </message>
+    <message>
+        <source>Host name in server certificate does not match hostname the client connected to</source>
+        <translation>Der Rechnername im Zertifikat des Servers ist nicht der, mit dem sich Tavelin verbunden hat</translation>
+    </message>
+    <message>
+        <source>Nonce returned by server is too short (len=%1)</source>
+        <translation>Das Nonce des Servers ist zu kurz (%1 Bytes)</translation>
+    </message>
+    <message>
+        <source>Nonce returned by server is too short (len=%1), closing session</source>
+        <translation>Das Nonce des Servers ist zu kurz (%1 Bytes), die Sitzung wird geschlossen</translation>
+    </message>
+    <message>
+        <source>Server certificate validation failed with error &apos;%1&apos;</source>
+        <translation>Die Prüfung des Serverzertifikats ist mit dem Fehler „%1“ fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Server returned the same nonce as last time, closing session</source>
+        <translation>Der Server schickte dasselbe Nonce wie beim letzten Mal, die Sitzung wird geschlossen</translation>
+    </message>
+    <message>
+        <source>Split server certificate chain failed with error &apos;%1&apos;</source>
+        <translation>Das Zerlegen der Zertifikatskette des Servers ist mit dem Fehler „%1“ fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>The server certificate is empty</source>
+        <translation>Das Zertifikat des Servers ist leer</translation>
+    </message>
+    <message>
+        <source>The server certificate public key is empty</source>
+        <translation>Der öffentliche Schlüssel im Zertifikat des Servers ist leer</translation>
+    </message>
+    <message>
+        <source>The server&apos;s application signature is invalid</source>
+        <translation>Die Signatur der Serveranwendung ist ungültig</translation>
+    </message>
+    <message>
+        <source>UaSessionPrivate::doServerStatusCheck failed [Session=%1] [status=%2]</source>
+        <translation>UaSessionPrivate::doServerStatusCheck ist fehlgeschlagen [Session=%1] [status=%2]</translation>
+    </message>
+    <message>
+        <source>Warning: Could not find suitable SecurityPolicy for assembling X509IdentityToken</source>
+        <translation>Warnung: Keine passende Sicherheitsrichtlinie für das X509IdentityToken gefunden</translation>
+    </message>
+    <message>
+        <source>Warning: Notifications missing, lastSequenceNumber=%1 newSequenceNumber=%2</source>
+        <translation>Warnung: Es fehlen Benachrichtigungen, lastSequenceNumber=%1 newSequenceNumber=%2</translation>
+    </message>
+    <message>
+        <source>Warning: Server time (%1) is more than 30 Minutes distinct from local system time</source>
+        <translation>Warnung: Die Uhrzeit des Servers (%1) weicht mehr als 30 Minuten von der dieses Rechners ab</translation>
+    </message>
+    <message>
+        <source>Warning: The server&apos;s endpoints are others than those that discovery returned</source>
+        <translation>Warnung: Der Server nennt andere Endpunkte als die Suche</translation>
+    </message>
+    <message>
+        <source>Warning: UaSession - reading the limits of the server failed [Session=%1] [status=%2]</source>
+        <translation>Warnung: UaSession - das Lesen der Grenzen des Servers ist fehlgeschlagen [Session=%1] [status=%2]</translation>
+    </message>
+    <message>
+        <source>Warning: browseBatch - node %1: %2</source>
+        <translation>Warnung: browseBatch - Knoten %1: %2</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include <app/api/qlumtext.h>
 #include <app/log/qlumlogentry.h>
 #include <app/log/qlumlogmodel.h>
+#include <app/log/qlumtracewords.h>
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlumprojectsession.h>
 #include <app/mainwindow/qlumtavelin.h>
@@ -151,7 +152,8 @@ void QlumTavelin::log(int level, const QString& text, unsigned int serverId, con
 void QlumTavelin::traceOutput(UaTrace::TraceLevel level, const char* text, int)
 {
     if (level == UaTrace::Errors || level == UaTrace::Warning)
-        log(QlumLogLevel::Error, QString::fromUtf8(text), qlumNoServer, QStringLiteral("General"));
+        log(QlumLogLevel::Error, qlumTraceInWords(QString::fromUtf8(text)), qlumNoServer,
+            QStringLiteral("General"));
 }
 
 QDateTime QlumTavelin::dateTimeFromUaDateTime(OpcUa_DateTime* value)

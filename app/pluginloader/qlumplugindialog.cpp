@@ -2,9 +2,11 @@
 
 #include <app/api/qlumappeventinterface.h>
 #include <app/api/qlumdocumentinterface.h>
+#include <app/api/qlumdocumenttypes.h>
 #include <app/api/qlumplugininterface.h>
 #include <uawidgets/table/qlumtable.h>
 
+#include <QCoreApplication>
 #include <QDialog>
 #include <QDir>
 #include <QFont>
@@ -21,6 +23,29 @@
 #include <QTreeWidgetItem>
 #include <QVBoxLayout>
 #include <QWidget>
+
+namespace {
+// Names of plugins are keys of project files; here they are read.
+[[maybe_unused]] constexpr const char* pluginNames[] = {
+    QT_TRANSLATE_NOOP("QlumPlugins", "Data Access Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "Data Logger Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "GDS Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "Image Viewer Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "Server Diagnostic Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "UA Attribute Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "UA Devices Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "UA Events Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "UA History Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "UA Method Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "UA Performance Plugin"),
+    QT_TRANSLATE_NOOP("QlumPlugins", "UA Reference Plugin"),
+};
+
+QString shownName(const QString& plugin)
+{
+    return QCoreApplication::translate("QlumPlugins", plugin.toUtf8().constData());
+}
+} // namespace
 
 QlumPluginDialog::QlumPluginDialog(const QString& pluginFolder, const QStringList& fileNames, QWidget* parent)
     : QlumBaseWidget(QStringLiteral("QlumPluginDialog"), parent), m_tree(new QTreeWidget(this))
@@ -73,7 +98,7 @@ void QlumPluginDialog::addPlugin(QObject* instance, const QString& label)
 {
     auto* row = new QTreeWidgetItem(m_tree);
     auto* plugin = qobject_cast<QlumPluginInterface*>(instance);
-    row->setText(0, plugin ? tr("%1 (%2)").arg(plugin->name(), label) : label);
+    row->setText(0, plugin ? tr("%1 (%2)").arg(shownName(plugin->name()), label) : label);
     QFont bold = row->font(0);
     bold.setWeight(QFont::Bold);
     row->setFont(0, bold);
@@ -103,7 +128,7 @@ void QlumPluginDialog::addFeatures(QTreeWidgetItem* parent, const QStringList& f
         if (feature.endsWith(QLatin1String("...")))
             feature.chop(3);
         auto* item = new QTreeWidgetItem(parent);
-        item->setText(0, feature);
+        item->setText(0, qlumDocumentTypeName(feature));
         item->setIcon(0, QIcon(QStringLiteral(":/images/pluginfeature.png")));
     }
 }

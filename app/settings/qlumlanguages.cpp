@@ -25,6 +25,7 @@ QStringList qlumLanguages()
         for (const QString& file :
              QDir(folder).entryList({languagePrefix + QStringLiteral("*.qm")}, QDir::Files))
             names.insert(file.mid(languagePrefix.size()).chopped(3));
+    names.remove(QStringLiteral("en")); // its file only says how English counts
     QStringList sorted(names.cbegin(), names.cend());
     std::sort(sorted.begin(), sorted.end());
     return sorted;

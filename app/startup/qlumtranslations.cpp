@@ -74,7 +74,8 @@ QStringList QlumTranslations::install(const QString& language)
         if (loadQt(m_help, QStringLiteral("qt_help"), name))
             QCoreApplication::installTranslator(&m_help);
         QCoreApplication::installTranslator(&m_program);
-    }
+    } else if (loadProgram(m_program, QStringLiteral("en"), damaged)) // how English counts: 1 row, 2 rows
+        QCoreApplication::installTranslator(&m_program);
     QStringList problems;
     for (const QString& file : damaged)
         problems.append(Text::tr("The translation %1 cannot be read.").arg(QDir::toNativeSeparators(file)));

@@ -20,7 +20,6 @@
 #include <QCoreApplication>
 #include <QStringList>
 
-#include <array>
 #include <cstdlib>
 
 namespace {
@@ -117,25 +116,15 @@ QString clockAdvice(const QlumDiagnosis& diagnosis)
 
 QString qlumDurationWords(qint64 milliseconds)
 {
-    struct Unit
-    {
-        qint64 seconds;
-        QString one;
-        QString many;
-    };
-    const std::array<Unit, 4> units{
-        Unit{86400, DoctorTexts::tr("1 day"), DoctorTexts::tr("%1 days")},
-        Unit{3600, DoctorTexts::tr("1 hour"), DoctorTexts::tr("%1 hours")},
-        Unit{60, DoctorTexts::tr("1 minute"), DoctorTexts::tr("%1 minutes")},
-        Unit{1, DoctorTexts::tr("1 second"), DoctorTexts::tr("%1 seconds")},
-    };
     const qint64 seconds = (std::abs(milliseconds) + 500) / 1000;
-    for (const Unit& unit : units) {
-        const qint64 count = (seconds + unit.seconds / 2) / unit.seconds;
-        if (seconds >= unit.seconds || unit.seconds == 1)
-            return count == 1 ? unit.one : unit.many.arg(count);
-    }
-    return {};
+    const auto count = [seconds](int unit) { return static_cast<int>((seconds + unit / 2) / unit); };
+    constexpr int minute = 60, hour = 60 * minute, day = 24 * hour;
+    if (seconds >= day)
+        return DoctorTexts::tr("%n days", nullptr, count(day));
+    if (seconds >= hour)
+        return DoctorTexts::tr("%n hours", nullptr, count(hour));
+    return seconds >= minute ? DoctorTexts::tr("%n minutes", nullptr, count(minute))
+                             : DoctorTexts::tr("%n seconds", nullptr, count(1));
 }
 
 QString qlumClockWords(const QlumDiagnosis& diagnosis)

@@ -309,8 +309,9 @@ void QlumReachJob::takeEndpoints(QlumRung& rung)
     choose(rung);
     if (rung.state == QlumRung::Failed)
         return;
-    rung.finding = ReachTexts::tr("%1 endpoints; '%2' is among them")
-                       .arg(QString::number(endpoints.size()), qlumSecurityWords(m_reached.chosen));
+    rung.finding =
+        ReachTexts::tr("%n endpoints; '%1' is among them", nullptr, static_cast<int>(endpoints.size()))
+            .arg(qlumSecurityWords(m_reached.chosen));
     if (!words.isEmpty())
         rung.finding = words;
     checkHost(rung);

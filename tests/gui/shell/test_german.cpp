@@ -1,12 +1,17 @@
+#include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumdocumentarea.h>
 #include <app/mainwindow/qlummainactions.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/mainwindow/qlumtipwindow.h>
+#include <app/pluginloader/qlumplugindialog.h>
+#include <app/pluginloader/qlumpluginloader.h>
+#include <app/settings/qlumlanguages.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <app/startup/qlumtranslations.h>
 #include <plugins/dataaccess/parts/qlumnodelist.h>
+#include <uabase/system/uatrace.h>
 
 #include <QAbstractButton>
 #include <QAction>
@@ -14,6 +19,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QDockWidget>
 #include <QFile>
 #include <QGroupBox>
@@ -21,6 +27,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMultiHash>
+#include <QRegularExpression>
 #include <QSet>
 #include <QSettings>
 #include <QString>
@@ -28,6 +35,7 @@
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QTreeWidget>
 #include <QWidget>
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
@@ -74,6 +82,41 @@ QStringList textsOf(const QWidget& widget)
             texts << tabs->tabText(i);
     for (const QAction* action : widget.actions())
         texts << action->text() << action->toolTip() << action->whatsThis();
+    return texts;
+}
+
+// What the client layer says, a mark in each place of its formats.
+QString textsOfTheClientLayer()
+{
+    QString texts;
+    for (QDirIterator files(QStringLiteral(TAVELIN_SOURCE_FOLDER "/uaclientsdk"),
+                            {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
+                            QDirIterator::Subdirectories);
+         files.hasNext();) {
+        QFile file(files.next());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        texts += QString::fromUtf8(file.readAll());
+    }
+    texts.remove(QRegularExpression(QStringLiteral("\"\\s*\\n\\s*\""))); // lines that go on
+    return texts.replace(QRegularExpression(QStringLiteral("(?:0x)?%[a-z]")), QStringLiteral("%"));
+}
+
+// Texts of a context, as textsOfTheClientLayer() writes them.
+QStringList textsOfContext(const QString& context)
+{
+    QFile file(QStringLiteral(TAVELIN_SOURCE_FOLDER "/translations/tavelin_de.ts"));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QStringList texts;
+    QString name;
+    for (QXmlStreamReader xml(&file); !xml.atEnd();) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == QLatin1String("name"))
+            name = xml.readElementText();
+        else if (xml.name() == QLatin1String("source") && name == context)
+            texts << xml.readElementText().replace(QRegularExpression(QStringLiteral("%[1-9]")),
+                                                   QStringLiteral("%"));
+    }
     return texts;
 }
 
@@ -150,6 +193,47 @@ TEST_F(German, NoLetterIsTwiceInTheMenuBarNorInAMenuOfIt)
     EXPECT_TRUE(shared.isEmpty()) << shared.join(QLatin1Char('\n')).toStdString();
 }
 
+// The trace itself stays English; what of it reaches the log does not.
+TEST_F(German, ErrorsOfTheLayersBelowAreReadInTheLog)
+{
+    const auto logged = [this](const char* text) {
+        window->traceOutput(UaTrace::Errors, text, 0);
+        QCoreApplication::processEvents();
+        const auto* model = window->findChild<QlumLogModel*>();
+        return model->rowAt(model->rowCount() - 1).message;
+    };
+    EXPECT_EQ(logged("Error: UaSession - connection lost [Session=7]"),
+              QStringLiteral("Fehler: UaSession - Verbindung verloren [Session=7]"));
+    EXPECT_EQ(
+        logged("Warning: Notifications missing, lastSequenceNumber=%2 newSequenceNumber=9"),
+        QString::fromUtf8("Warnung: Es fehlen Benachrichtigungen, lastSequenceNumber=%2 newSequenceNumber=9"))
+        << "what a server says is no place for another text";
+    EXPECT_EQ(logged("something else 5 %"), QStringLiteral("something else 5 %"));
+}
+
+// Else they would never be found again.
+TEST_F(German, ErrorsOfTheLayersBelowAreKnownByTheirOwnWords)
+{
+    const QString said = textsOfTheClientLayer();
+    const QStringList known = textsOfContext(QStringLiteral("QlumTraceWords"));
+    EXPECT_GT(known.size(), 30);
+    for (const QString& text : known)
+        EXPECT_TRUE(said.contains(text)) << text.toStdString();
+}
+
+TEST_F(German, PluginsHaveGermanNames)
+{
+    QlumPluginLoader loader;
+    loader.loadPlugins(window.get());
+    const QlumPluginDialog dialog(loader.path(), loader.filenames());
+    const auto* tree = dialog.findChild<QTreeWidget*>(QStringLiteral("plugins"));
+    ASSERT_EQ(tree->topLevelItemCount(), loader.filenames().size());
+    for (int i = 0; i < tree->topLevelItemCount(); ++i)
+        EXPECT_FALSE(loader.filenames().contains(tree->topLevelItem(i)->text(0)))
+            << tree->topLevelItem(i)->text(0).toStdString();
+    EXPECT_FALSE(tree->findItems(QStringLiteral("Ereignisansicht"), Qt::MatchRecursive).isEmpty());
+}
+
 // What the settings keep are words of the program, not of the language that it is shown in.
 TEST_F(German, SettingsKeepTheirKeysInAnyLanguage)
 {
@@ -216,6 +300,28 @@ TEST(Translations, DamagedFileIsToldAndALanguageNeedsOneFileOnly)
     }
     EXPECT_EQ(tip(), QStringLiteral("Tip of the day")) << "they go with their owner";
     QDir::setCurrent(before);
+}
+
+// English too, and what has no translation.
+TEST(Translations, CountsAreSaidInWordsOfTheirNumber)
+{
+    const struct
+    {
+        const char* language;
+        const char* one;
+        const char* two;
+    } cases[] = {
+        {"en", "1 entry", "2 entries"}, {"it", "1 entry", "2 entries"}, {"de", "1 Eintrag", "2 Einträge"}};
+    for (const auto& expected : cases) {
+        QlumTranslations translations;
+        ASSERT_TRUE(translations.install(QLatin1String(expected.language)).isEmpty());
+        const auto entries = [](int count) {
+            return QCoreApplication::translate("QlumStorePage", "%Ln entries", nullptr, count);
+        };
+        EXPECT_EQ(entries(1), QString::fromUtf8(expected.one)) << expected.language;
+        EXPECT_EQ(entries(2), QString::fromUtf8(expected.two)) << expected.language;
+    }
+    EXPECT_FALSE(qlumLanguages().contains(QStringLiteral("en"))) << "the settings have it once, by itself";
 }
 
 TEST(Translations, ListsAreReadWithTheTitlesOfTheLanguageTheyWereExportedIn)
