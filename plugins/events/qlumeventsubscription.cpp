@@ -75,8 +75,9 @@ QlumEventSubscription::~QlumEventSubscription()
 
 void QlumEventSubscription::detach()
 {
-    const std::lock_guard lock(m_mutex);
+    std::unique_lock lock(m_mutex);
     m_listener = nullptr;
+    m_isIdle.wait(lock, [this] { return m_calls == 0; });
 }
 
 ServiceSettings QlumEventSubscription::settings(const QString& purpose) const
@@ -361,6 +362,26 @@ void QlumEventSubscription::republish(const std::vector<OpcUa_UInt32>& sequenceN
 
 // ---- on threads of the session
 
+// The listener may do as it likes: no lock is held while it hears.
+template <typename Function>
+void QlumEventSubscription::tell(Function&& function)
+{
+    UaClientSdk::UaSubscriptionCallback* listener = nullptr;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_listener)
+            return;
+        listener = m_listener;
+        ++m_calls;
+    }
+    function(*listener);
+    {
+        const std::lock_guard lock(m_mutex);
+        --m_calls;
+        m_isIdle.notify_all(); // within the lock: who waits may delete this right after
+    }
+}
+
 void QlumEventSubscription::subscriptionStatusChanged(OpcUa_UInt32 handle, const UaStatus& status)
 {
     m_log.info(SubscriptionTexts::tr("Status of subscription %1 changed to %2")
@@ -368,22 +389,16 @@ void QlumEventSubscription::subscriptionStatusChanged(OpcUa_UInt32 handle, const
                    .arg(textOf(status)));
     if (status.isBad())
         m_isOpen = false;
-    const std::lock_guard lock(m_mutex);
-    if (m_listener)
-        m_listener->subscriptionStatusChanged(handle, status);
+    tell([&](UaSubscriptionCallback& listener) { listener.subscriptionStatusChanged(handle, status); });
 }
 
 void QlumEventSubscription::notificationsMissing(OpcUa_UInt32 handle, OpcUa_UInt32 previous,
                                                  OpcUa_UInt32 next)
 {
-    const std::lock_guard lock(m_mutex);
-    if (m_listener)
-        m_listener->notificationsMissing(handle, previous, next);
+    tell([&](UaSubscriptionCallback& listener) { listener.notificationsMissing(handle, previous, next); });
 }
 
 void QlumEventSubscription::newEvents(OpcUa_UInt32 handle, UaEventFieldLists& events)
 {
-    const std::lock_guard lock(m_mutex);
-    if (m_listener)
-        m_listener->newEvents(handle, events);
+    tell([&](UaSubscriptionCallback& listener) { listener.newEvents(handle, events); });
 }

@@ -16,6 +16,7 @@
 #include <QStringList>
 
 #include <atomic>
+#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -55,7 +56,8 @@ public:
     /// Deletes the subscription, as far as the server answers soon.
     ~QlumEventSubscription() override;
 
-    /// From then on the listener hears nothing more. Any thread but those of the session.
+    /// When this returns the listener hears nothing more; it waits for a call of it that is under way. Any
+    /// thread but those of the session.
     void detach();
     /// Whether the server has it, as far as we know. Any thread.
     [[nodiscard]] bool isOpen() const { return m_isOpen; }
@@ -85,6 +87,8 @@ private:
     void dataChange(OpcUa_UInt32, UaMonitoredItemNotifications&, UaDiagnosticInfos&) override {}
     void newEvents(OpcUa_UInt32 handle, UaEventFieldLists& events) override;
 
+    template <typename Function>
+    void tell(Function&& function);
     void create(const std::shared_ptr<QlumSessionServices>& services);
     void drop(OpcUa_UInt32 timeout);
     [[nodiscard]] OpcUa_UInt32 handleAmong(const std::vector<OpcUa_UInt32>& handles) const;
@@ -106,4 +110,6 @@ private:
     OpcUa_StatusCode m_openStatus = OpcUa_BadNotConnected; ///< why there is no subscription
     std::mutex m_mutex;
     UaClientSdk::UaSubscriptionCallback* m_listener; ///< guarded; null once it hears no more
+    int m_calls = 0;                                 ///< guarded; of the listener that have not returned
+    std::condition_variable m_isIdle;
 };
