@@ -76,7 +76,8 @@ TEST_F(EventTexts, NameThePluginItsDocumentAndItsActions)
 TEST(EventPictures, AreThereUnderTheirNames)
 {
     initResources();
-    for (const char* const icon : {"ackall", "confirmall", "addcomment", "acked", "nonacked"})
+    for (const char* const icon :
+         {"ackall", "confirmall", "addcomment", "acked", "nonacked", "objecttype", "property", "object"})
         EXPECT_TRUE(QFile::exists(QStringLiteral(":/images/%1.png").arg(QLatin1String(icon)))) << icon;
 }
 
