@@ -669,8 +669,16 @@ Qt %4</translation>
 <context>
     <name>QlumAttributeModel</name>
     <message>
+        <source> The attribute holds %1.</source>
+        <translation> Das Attribut hat den Typ %1.</translation>
+    </message>
+    <message>
         <source> The node declares %1.</source>
         <translation> Der Knoten gibt %1 an.</translation>
+    </message>
+    <message>
+        <source>%1 is not for clients to write.</source>
+        <translation>%1 wird nicht von Clients geschrieben.</translation>
     </message>
     <message>
         <source>%1 was written, and the server has taken it, but %2 was read back.</source>
@@ -717,8 +725,16 @@ Qt %4</translation>
         <translation>Ungültiger Datentyp: erwartet OpcUaType_%1, erhalten %2</translation>
     </message>
     <message>
+        <source>Nobody may write it: WriteMask has no %1.</source>
+        <translation>Niemand darf es schreiben: WriteMask hat kein %1.</translation>
+    </message>
+    <message>
         <source>Root</source>
         <translation>Root</translation>
+    </message>
+    <message>
+        <source>The node does not say that anything but its Value may be written.</source>
+        <translation>Der Knoten sagt nicht, dass außer seinem Wert etwas geschrieben werden darf.</translation>
     </message>
     <message>
         <source>The server cannot be asked at the moment.</source>
@@ -729,8 +745,8 @@ Qt %4</translation>
         <translation>Der Server nimmt keine einzelnen Elemente an. Das ganze Array wurde geschrieben, die übrigen Elemente so, wie sie auf dem Server standen.</translation>
     </message>
     <message>
-        <source>The user who is logged in may not write it: UserWriteMask has no ValueForVariableType.</source>
-        <translation>Der angemeldete Benutzer darf es nicht schreiben: UserWriteMask hat kein ValueForVariableType.</translation>
+        <source>The user who is logged in may not write it: UserWriteMask has no %1.</source>
+        <translation>Der angemeldete Benutzer darf es nicht schreiben: UserWriteMask hat kein %1.</translation>
     </message>
     <message>
         <source>The window has been closed.</source>
@@ -759,6 +775,10 @@ Qt %4</translation>
     <message>
         <source>Write to node &apos;%1&apos; succeeded [ret = %2].</source>
         <translation>Schreiben auf Knoten „%1“ erfolgreich [ret = %2].</translation>
+    </message>
+    <message>
+        <source>Write to node &apos;%1&apos; was held back: it has changed on the server since it was shown.</source>
+        <translation>Schreiben auf Knoten „%1“ zurückgehalten: Er hat sich auf dem Server geändert, seit er angezeigt wurde.</translation>
     </message>
     <message>
         <source>it has changed on the server since it was shown, and is read again; look at it, then write again</source>
@@ -11026,6 +11046,10 @@ Anwendungs-URI: %4</translation>
         <translation>Objekt</translation>
     </message>
     <message>
+        <source>Output %1</source>
+        <translation>Ausgabe %1</translation>
+    </message>
+    <message>
         <source>Reading the arguments of a method</source>
         <translation>Die Argumente einer Methode lesen</translation>
     </message>
@@ -11054,8 +11078,16 @@ Anwendungs-URI: %4</translation>
         <translation>Der Aufruf ist fehlgeschlagen; mehr steht im Protokoll.</translation>
     </message>
     <message>
+        <source>The data types of the server are being read; those of the arguments are among them...</source>
+        <translation>Die Datentypen des Servers werden gelesen; die der Argumente gehören dazu...</translation>
+    </message>
+    <message>
         <source>The method cannot be called.</source>
         <translation>Die Methode kann nicht aufgerufen werden.</translation>
+    </message>
+    <message>
+        <source>The method has answered. The data types of the server are being read, by which its results are shown...</source>
+        <translation>Die Methode hat geantwortet. Die Datentypen des Servers werden gelesen, nach denen ihre Ergebnisse angezeigt werden...</translation>
     </message>
     <message>
         <source>The method has been running for %1...</source>
@@ -11132,6 +11164,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>calling...</source>
         <translation>wird aufgerufen...</translation>
+    </message>
+    <message>
+        <source>data types are being read...</source>
+        <translation>Datentypen werden gelesen...</translation>
     </message>
     <message>
         <source>method-calls</source>

@@ -144,11 +144,13 @@ void QlumLinePage::showHint()
 {
     UaVariant now;
     const OpcUa_BuiltInType type = m_shown.isNull() ? m_context.builtInType : m_shown.type();
-    if (type == OpcUaType_StatusCode && value(now))
-        m_hint->setText(toQString(now.toStatusCode().toHexString()) + QLatin1String(": ") +
-                        qlumStatusWords(qlumStatusText(now.toStatusCode().code())));
-    else if (qlumIsInteger(type) && qlumValueNames(type, m_context).valueCount() > 0)
+    if (type == OpcUaType_StatusCode && value(now)) {
+        const QString number = toQString(now.toStatusCode().toHexString());
+        const QString words = qlumStatusWords(qlumStatusText(now.toStatusCode().code()));
+        m_hint->setText(words.isEmpty() ? number : number + QLatin1String(": ") + words);
+    } else if (qlumIsInteger(type) && qlumValueNames(type, m_context).valueCount() > 0) {
         m_hint->setText(tr("A name, or a number: %1").arg(qlumEditHint(type)));
-    else
+    } else {
         m_hint->setText(type == OpcUaType_StatusCode ? QString() : qlumEditHint(type));
+    }
 }

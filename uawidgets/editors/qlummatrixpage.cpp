@@ -14,6 +14,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QItemSelection>
 #include <QItemSelectionModel>
 #include <QItemSelectionRange>
@@ -51,6 +52,14 @@ constexpr QlumActionRow matrixRows[] = {
      TEXT("Edit the element in a window of its own"),
      TEXT("<b>Open</b><br>Shows the element with all its fields in a window of its own."), own},
 };
+
+constexpr int cellMargins = 16;
+
+// What has no more than a few digits.
+bool isShort(OpcUa_BuiltInType type)
+{
+    return type >= OpcUaType_Boolean && type <= OpcUaType_UInt32;
+}
 } // namespace
 
 QlumMatrixPage::QlumMatrixPage(const QlumValueContext& context, QWidget* parent)
@@ -95,6 +104,9 @@ void QlumMatrixPage::makeView()
     const auto contextOf = [this](const QModelIndex&) { return m_model->elementContext(); };
     showElementsIn(m_view, new QlumPartDelegate(contextOf, this), QStringLiteral("matrix"),
                    tr("The matrix has no elements."));
+    if (!isShort(m_model->elementContext().builtInType))
+        m_view->horizontalHeader()->setDefaultSectionSize(
+            fontMetrics().horizontalAdvance(QStringLiteral("-2.2250738585072014e-308")) + cellMargins);
     connect(m_view, &QAbstractItemView::activated, this, [this](const QModelIndex& index) {
         if (m_model->flags(index) & Qt::ItemIsEditable)
             m_view->edit(index);

@@ -90,7 +90,7 @@ QlumValueDialog::QlumValueDialog(QlumValueContext context, QWidget* parent, cons
     layout->addWidget(m_tabs, 1);
     layout->addLayout(said);
     layout->addWidget(m_buttons);
-    resize(700, 440);
+    resize(800, 480); // all commands of the longest page, in every language
     say({}, false);
 }
 
