@@ -21,6 +21,8 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace {
 class DiagnosticsOnSecondServer : public ClientOnSecondServer
 {
