@@ -74,8 +74,8 @@ protected:
     }
     static std::string text(const QlumMeasurementRun& run) { return run.remarks.join('\n').toStdString(); }
 
-    OpcUa_UInt32 watched = 2; ///< of the items
-    OpcUa_UInt32 number = 0;  ///< of the message that was sent last
+    OpcUa_UInt32 watched = 2; // of the items
+    OpcUa_UInt32 number = 0;  // of the message that was sent last
     std::future<QlumMeasurementRun> ended;
 };
 
