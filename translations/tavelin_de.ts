@@ -16332,6 +16332,18 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Das gilt für alle seine Clients: Seine Zähler und Listen können verschwinden.</translation>
     </message>
     <message>
+        <source>The counts are no longer live: %1.</source>
+        <translation>Die Zähler folgen dem Server nicht mehr: %1.</translation>
+    </message>
+    <message>
+        <source>The counts are not live for the moment: %1. They are watched again in %2 s.</source>
+        <translation>Die Zähler folgen dem Server im Moment nicht: %1. In %2 s werden sie wieder überwacht.</translation>
+    </message>
+    <message>
+        <source>The counts are not live: %1.</source>
+        <translation>Die Zähler folgen dem Server nicht: %1.</translation>
+    </message>
+    <message>
         <source>The diagnostics of %1 are disabled.</source>
         <translation>Die Diagnose von %1 ist ausgeschaltet.</translation>
     </message>
@@ -16350,6 +16362,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>The report was not written to &apos;%1&apos;.</source>
         <translation>Der Bericht wurde nicht nach „%1“ geschrieben.</translation>
+    </message>
+    <message>
+        <source>The server has ended subscription %1: %2.</source>
+        <translation>Der Server hat Subscription %1 beendet: %2.</translation>
     </message>
     <message>
         <source>The server tells of no session.</source>
@@ -16436,8 +16452,16 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>nie</translation>
     </message>
     <message>
+        <source>no other subscription could be made, %1</source>
+        <translation>eine andere Subscription ließ sich nicht anlegen, %1</translation>
+    </message>
+    <message>
         <source>reading...</source>
         <translation>wird gelesen...</translation>
+    </message>
+    <message>
+        <source>the server ended their subscription, %1</source>
+        <translation>der Server hat ihre Subscription beendet, %1</translation>
     </message>
 </context>
 <context>

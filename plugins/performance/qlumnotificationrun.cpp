@@ -133,7 +133,10 @@ UaStatus QlumNotificationRun::watch()
             ++refused;
     if (refused > 0)
         m_run.remarks.append(tr("The server does not watch %n of the nodes.", nullptr, refused));
-    if (!status.isBad() && static_cast<OpcUa_UInt32>(refused) < requests.length())
+    const bool isNoneWatched = static_cast<OpcUa_UInt32>(refused) == requests.length();
+    if (!status.isBad() && isNoneWatched && refused > 0)
+        status = UaStatus(results[0].StatusCode);
+    if (!status.isBad())
         wait();
     QlumSessionServices::Settings last = settings();
     static_cast<void>(session->deleteSubscription(last, &subscription));

@@ -18,6 +18,7 @@ public:
 
     /// Both are plain texts; the canvas says them to screen readers.
     void setText(const QString& headline, const QString& hint);
+    /// Seen with the next replot().
     void setColor(const QColor& color) { m_color = color; }
 
     /// For Qwt.

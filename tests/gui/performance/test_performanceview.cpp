@@ -1,6 +1,7 @@
 // The view: questions before anything changes, figures that stand under the right run, a project that keeps
 // them.
 #include <app/api/qlumconnectionstatus.h>
+#include <app/api/qlumserverrole.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_attributes.h>
 #include <opcua/opcua_statuscodes.h>
@@ -53,6 +54,19 @@ public:
     void setModified() override { ++modified; }
 
     int modified = 0;
+};
+
+// A server that is set to a role in which nothing is written.
+class GuardedServices : public TableServices
+{
+public:
+    bool isLookedAtOnly = false;
+
+    UaStatus write(Settings& settings, const UaWriteValues& nodes, UaStatusCodeArray& results) override
+    {
+        return isLookedAtOnly ? qlumRefusal(QlumServerRole::Look)
+                              : TableServices::write(settings, nodes, results);
+    }
 };
 
 class PerformanceView : public testing::Test
@@ -120,7 +134,7 @@ protected:
     }
 
     PlantApplication application;
-    std::shared_ptr<TableServices> server = std::make_shared<TableServices>();
+    std::shared_ptr<GuardedServices> server = std::make_shared<GuardedServices>();
     std::unique_ptr<QlumPerformanceView> view;
 };
 
@@ -170,6 +184,27 @@ TEST_F(PerformanceView, WriteAsksFirstLeavesOutAndWritesWhatWasThere)
     box->reject();
     ASSERT_TRUE(isIdle());
     EXPECT_EQ(view->runs()->rowCount(), 1);
+}
+
+TEST_F(PerformanceView, WriteThatTheRoleForbidsIsRefusedInWords)
+{
+    server->isLookedAtOnly = true;
+    addNodes();
+    choose(QlumMeasuredKind::Write);
+    press("measure");
+    QMessageBox* box = question();
+    ASSERT_TRUE(box);
+    answer(box, "&Write");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return view->runs()->rowCount() == 1; }));
+    EXPECT_EQ(view->runs()->rowAt(0).end, QlumRunEnd::Broken);
+    const auto* bar = view->findChild<QlumMessageBar*>();
+    ASSERT_TRUE(bar->isVisibleTo(view.get()));
+    QStringList said;
+    for (const QLabel* label : bar->findChildren<QLabel*>())
+        said.append(label->text());
+    EXPECT_TRUE(said.join(' ').contains("Nothing was measured: Not sent: this server is set to Look"))
+        << said.join(' ').toStdString();
+    EXPECT_EQ(server->table.value(UaNodeId(1, 2)), UaVariant(2.5));
 }
 
 TEST_F(PerformanceView, CallAsksWithTheMethodAndHowOften)

@@ -32,7 +32,7 @@ namespace {
 struct NumberedRow
 {
     const char* label;
-    OpcUa_UInt32 nodeId; ///< 0: a folder, or the group above the rows that follow
+    OpcUa_UInt32 nodeId; // 0: a folder, or the group above the rows that follow
 };
 
 struct PanelRows
@@ -160,7 +160,7 @@ using Subscription = OpcUa_SubscriptionDiagnosticsDataType;
 struct SubscriptionNumber
 {
     const char* label;
-    OpcUa_UInt32 Subscription::*member; ///< null: of another type
+    OpcUa_UInt32 Subscription::*member; // null: of another type
 };
 const SubscriptionNumber subscriptionNumbers[] = {
     {"SessionId", nullptr},
@@ -447,7 +447,7 @@ TEST_F(DiagnosticLabels, ASubscriptionShowsAllItsFields)
     EXPECT_EQ(joined(rowsOf(view.subscriptionPanel())), joined(wanted));
 }
 
-TEST_F(DiagnosticLabels, DescriptionsOfServersAndEndpointsShowAllTheirFields)
+TEST_F(DiagnosticLabels, DescriptionsOfServersShowAllTheirFields)
 {
     ASSERT_TRUE(endpoints.servers.create(4));
     for (const auto& [place, type] : {std::pair(0u, OpcUa_ApplicationType_Server),
@@ -464,6 +464,27 @@ TEST_F(DiagnosticLabels, DescriptionsOfServersAndEndpointsShowAllTheirFields)
     }
     setText(endpoints.servers[2].GatewayServerUri, "urn:gateway");
     setText(endpoints.servers[2].DiscoveryProfileUri, "urn:profile");
+    connectView();
+
+    auto* servers = view.findChild<QListWidget*>("findServers");
+    ASSERT_EQ(servers->count(), 4);
+    EXPECT_EQ(servers->item(0)->text(), "Plc (urn:plc)");
+    const char* types[] = {"Server", "Client", "ClientAndServer", "DiscoveryServer"};
+    for (int row = 0; row < 4; ++row) {
+        servers->setCurrentRow(row);
+        EXPECT_NE(description().find(std::string("ApplicationType | ") + types[row] + '\n'),
+                  std::string::npos)
+            << description();
+    }
+    servers->setCurrentRow(2);
+    EXPECT_EQ(description(), "ApplicationUri | urn:plc\nProductUri | urn:product\nApplicationName | Plc\n"
+                             "ApplicationType | ClientAndServer\nGatewayServerUri | urn:gateway\n"
+                             "DiscoveryProfileUri | urn:profile\nDiscoveryUrls | 2 elements\n"
+                             "  [0] | opc.tcp://plc:4840\n  [1] | opc.tcp://plc:4841\n");
+}
+
+TEST_F(DiagnosticLabels, DescriptionsOfEndpointsShowAllTheirFields)
+{
     const OpcUa_MessageSecurityMode modes[] = {OpcUa_MessageSecurityMode_Invalid,
                                                OpcUa_MessageSecurityMode_None, OpcUa_MessageSecurityMode_Sign,
                                                OpcUa_MessageSecurityMode_SignAndEncrypt};
@@ -488,22 +509,6 @@ TEST_F(DiagnosticLabels, DescriptionsOfServersAndEndpointsShowAllTheirFields)
     setText(policies[3].SecurityPolicyUri, "urn:policy");
     policies.detach(&endpoint.NoOfUserIdentityTokens, &endpoint.UserIdentityTokens);
     connectView();
-
-    auto* servers = view.findChild<QListWidget*>("findServers");
-    ASSERT_EQ(servers->count(), 4);
-    EXPECT_EQ(servers->item(0)->text(), "Plc (urn:plc)");
-    const char* types[] = {"Server", "Client", "ClientAndServer", "DiscoveryServer"};
-    for (int row = 0; row < 4; ++row) {
-        servers->setCurrentRow(row);
-        EXPECT_NE(description().find(std::string("ApplicationType | ") + types[row] + '\n'),
-                  std::string::npos)
-            << description();
-    }
-    servers->setCurrentRow(2);
-    EXPECT_EQ(description(), "ApplicationUri | urn:plc\nProductUri | urn:product\nApplicationName | Plc\n"
-                             "ApplicationType | ClientAndServer\nGatewayServerUri | urn:gateway\n"
-                             "DiscoveryProfileUri | urn:profile\nDiscoveryUrls | 2 elements\n"
-                             "  [0] | opc.tcp://plc:4840\n  [1] | opc.tcp://plc:4841\n");
 
     auto* answers = view.findChild<QListWidget*>("getEndpoints");
     ASSERT_EQ(answers->count(), 4);
