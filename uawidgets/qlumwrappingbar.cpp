@@ -1,5 +1,6 @@
 #include <uawidgets/qlumwrappingbar.h>
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPoint>
@@ -12,6 +13,28 @@
 
 namespace {
 constexpr int gap = 4;
+constexpr int leastCharacters = 12; // of a field that takes the room that is left
+
+// Not one that is only not shown yet, together with the bar.
+bool isAway(const QWidget& widget)
+{
+    return widget.isHidden() && widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+}
+
+bool grows(const QWidget& widget)
+{
+    const auto policy = static_cast<unsigned>(widget.sizePolicy().horizontalPolicy());
+    return (policy & (QSizePolicy::ExpandFlag | QSizePolicy::IgnoreFlag)) != 0;
+}
+
+QSize leastSize(const QWidget& widget)
+{
+    const QSize wanted = widget.sizeHint();
+    if (!grows(widget))
+        return wanted.expandedTo(widget.minimumSize());
+    const int characters = widget.fontMetrics().averageCharWidth() * leastCharacters;
+    return QSize(characters, wanted.height()).expandedTo(widget.minimumSize());
+}
 } // namespace
 
 QlumWrappingBar::QlumWrappingBar(QWidget* parent) : QWidget(parent)
@@ -45,11 +68,21 @@ std::vector<QRect> QlumWrappingBar::places(int width) const
     std::size_t first = 0; // of the row
     int x = gap, y = gap, rowHeight = 0;
     const auto endRow = [&] {
-        for (; first < result.size(); ++first)
-            result[first].moveTop(y + (rowHeight - result[first].height()) / 2);
+        const auto growing = std::count_if(m_buttons.begin() + static_cast<std::ptrdiff_t>(first),
+                                           m_buttons.begin() + static_cast<std::ptrdiff_t>(result.size()),
+                                           [](const QWidget* one) { return !isAway(*one) && grows(*one); });
+        const int more = growing == 0 ? 0 : std::max(0, width - x) / static_cast<int>(growing);
+        for (int shift = 0; first < result.size(); ++first) {
+            QRect& place = result[first];
+            place.moveTopLeft({place.left() + shift, y + (rowHeight - place.height()) / 2});
+            if (more > 0 && !isAway(*m_buttons[first]) && grows(*m_buttons[first])) {
+                place.setWidth(place.width() + more);
+                shift += more;
+            }
+        }
     };
     for (const QWidget* button : m_buttons) {
-        const QSize size = button->sizeHint();
+        const QSize size = isAway(*button) ? QSize(0, 0) : leastSize(*button);
         if (x > gap && x + size.width() + gap > width) {
             endRow();
             x = gap;
@@ -57,7 +90,8 @@ std::vector<QRect> QlumWrappingBar::places(int width) const
             rowHeight = 0;
         }
         result.emplace_back(QPoint(x, y), size);
-        x += size.width() + gap;
+        if (!size.isNull())
+            x += size.width() + gap;
         rowHeight = std::max(rowHeight, size.height());
     }
     endRow();
@@ -76,7 +110,8 @@ QSize QlumWrappingBar::sizeHint() const
 {
     int width = gap;
     for (const QWidget* button : m_buttons)
-        width += button->sizeHint().width() + gap;
+        if (!isAway(*button))
+            width += leastSize(*button).width() + gap;
     return {width, heightForWidth(width)};
 }
 
@@ -84,14 +119,29 @@ QSize QlumWrappingBar::minimumSizeHint() const
 {
     int widest = 0;
     for (const QWidget* button : m_buttons)
-        widest = std::max(widest, button->sizeHint().width());
+        widest = std::max(widest, leastSize(*button).width());
     return {widest + 2 * gap, sizeHint().height()};
+}
+
+bool QlumWrappingBar::event(QEvent* event)
+{
+    if (event->type() == QEvent::LayoutRequest) { // a button came, went, or says something else
+        place();
+        updateGeometry();
+    }
+    return QWidget::event(event);
 }
 
 void QlumWrappingBar::resizeEvent(QResizeEvent*)
 {
+    place();
+}
+
+void QlumWrappingBar::place()
+{
     const std::vector<QRect> rows = places(width());
     for (std::size_t i = 0; i < rows.size(); ++i)
-        m_buttons[i]->setGeometry(rows[i]);
+        if (!isAway(*m_buttons[i]))
+            m_buttons[i]->setGeometry(rows[i]);
     setMinimumHeight(heightForWidth(width())); // layouts that are short of room would take the lower rows
 }

@@ -4,11 +4,13 @@
 
 #include <vector>
 
+class QEvent;
 class QLabel;
 class QRect;
 class QResizeEvent;
 
-/// Puts its buttons into as many rows as the window needs, however narrow it is.
+/// Puts its buttons into as many rows as the window needs, however narrow it is. Fields that want to grow
+/// share the room that is left in their row.
 class QlumWrappingBar : public QWidget
 {
     Q_OBJECT
@@ -27,11 +29,14 @@ public:
     QSize minimumSizeHint() const override;                  ///< a row for each button
 
 protected:
+    /// Moves the buttons when one of them changes.
+    bool event(QEvent* event) override;
     /// Moves the buttons.
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     [[nodiscard]] std::vector<QRect> places(int width) const;
+    void place();
 
     std::vector<QWidget*> m_buttons;
 };

@@ -17,6 +17,7 @@
 #include <uawidgets/qlumnodecommands.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/qlumwrappingbar.h>
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 #include <watching/qlumvariableintake.h>
@@ -48,6 +49,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <initializer_list>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -190,7 +192,7 @@ void QlumDaView::showUsualColumns()
 
 QWidget* QlumDaView::makeBar()
 {
-    auto* bar = new QWidget;
+    auto* bar = new QlumWrappingBar;
     m_filterText = new QLineEdit;
     m_filterText->setObjectName(QStringLiteral("dataFilter"));
     m_filterText->setAccessibleName(tr("Filter"));
@@ -229,13 +231,9 @@ QWidget* QlumDaView::makeBar()
     m_menu->addActions(m_actions.list({EditValue, OpenValue, AddParts, Plot, EndPlot, RowSettings,
                                        ViewSettings, AskAgain, ResetCounts, MoveUp, MoveDown, Remove}));
     commands->setMenu(m_menu);
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(4, 4, 4, 4);
-    layout->addWidget(m_filterText, 1);
-    layout->addWidget(m_show);
-    layout->addWidget(m_group);
-    layout->addWidget(m_progress);
-    layout->addWidget(commands);
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{m_filterText, m_show, m_group, m_progress, commands})
+        bar->add(widget);
     return bar;
 }
 

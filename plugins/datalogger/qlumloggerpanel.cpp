@@ -2,11 +2,11 @@
 
 #include <app/api/qlumtext.h>
 #include <uabase/values/uadatetime.h>
+#include <uawidgets/qlumwrappingbar.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
 #include <QFont>
 #include <QFontMetrics>
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
@@ -45,19 +45,20 @@ QlumLoggerPanel::QlumLoggerPanel(QWidget* parent)
     top->addWidget(m_icon);
     top->addWidget(m_state);
     top->addWidget(m_path, 1);
-    auto* grid = new QGridLayout;
-    int column = 0;
+    auto* figures =
+        new QlumWrappingBar; // one beside the other they would be wider than a window has room for
     for (QLabel* figure : {m_since, m_records, m_rate, m_queue, m_size, m_free, m_lost}) {
-        auto* title = new QLabel(figure->accessibleName() + QLatin1Char(':'));
-        grid->addWidget(title, 0, column);
-        grid->addWidget(figure, 1, column);
-        grid->setColumnStretch(column, 1);
-        ++column;
+        auto* pair = new QWidget;
+        auto* below = new QVBoxLayout(pair);
+        below->setContentsMargins(0, 0, 12, 0);
+        below->addWidget(new QLabel(figure->accessibleName() + QLatin1Char(':')));
+        below->addWidget(figure);
+        figures->add(pair);
     }
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->addLayout(top);
-    layout->addLayout(grid);
+    layout->addWidget(figures);
     layout->addWidget(m_error);
     show(recording::RecorderStatus(), false);
 }

@@ -12,6 +12,7 @@
 #include <uawidgets/qlumnodecommands.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/qlumwrappingbar.h>
 #include <uawidgets/table/qlumtable.h>
 #include <uawidgets/table/qlumtablefilter.h>
 #include <watching/qlumdadescriber.h>
@@ -22,7 +23,6 @@
 #include <QDateTime>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
@@ -155,15 +155,13 @@ void QlumLoggerView::makeTable()
 
 QWidget* QlumLoggerView::makeBar()
 {
-    auto* bar = new QWidget;
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(4, 4, 4, 4);
-    const auto addButton = [this, layout](Command command, const char* name) {
+    auto* bar = new QlumWrappingBar;
+    const auto addButton = [this, bar](Command command, const char* name) {
         auto* button = new QToolButton;
         button->setObjectName(QLatin1String(name));
         button->setDefaultAction(m_actions[command]);
         button->setToolButtonStyle(Qt::ToolButtonTextOnly);
-        layout->addWidget(button);
+        bar->add(button);
     };
     addButton(StartStop, "startStopButton");
     addButton(Setup, "setupButton");
@@ -176,7 +174,7 @@ QWidget* QlumLoggerView::makeBar()
     filter->setToolTip(tr("Shows the rows only that have this text."));
     filter->setClearButtonEnabled(true);
     connect(filter, &QLineEdit::textChanged, m_filter, &QlumTableFilter::setText);
-    layout->addWidget(filter, 1);
+    bar->add(filter);
     auto* commands = new QToolButton;
     commands->setObjectName(QStringLiteral("loggerCommands"));
     commands->setText(tr("&Commands"));
@@ -187,7 +185,7 @@ QWidget* QlumLoggerView::makeBar()
     menu->addSeparator();
     menu->addActions(m_actions.list({StartItems, StopItems, ItemSettings, ViewSettings, AskAgain, Remove}));
     commands->setMenu(menu);
-    layout->addWidget(commands);
+    bar->add(commands);
     return bar;
 }
 

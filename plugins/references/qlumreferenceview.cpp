@@ -8,6 +8,7 @@
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlumnodecommands.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/qlumwrappingbar.h>
 #include <uawidgets/table/qlumemptytext.h>
 #include <uawidgets/table/qlumtable.h>
 
@@ -32,7 +33,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
-#include <utility>
+#include <initializer_list>
 
 #define TEXT(text) QT_TRANSLATE_NOOP("QlumReferenceView", text)
 
@@ -77,7 +78,7 @@ QlumReferenceView::QlumReferenceView(QlumReferenceModel* model, QAction* refresh
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addLayout(makeBar(refresh));
+    layout->addWidget(makeBar(refresh));
     setupTable();
     layout->addWidget(m_table);
     layout->addWidget(makeMoreBar());
@@ -93,7 +94,7 @@ QlumReferenceView::~QlumReferenceView() = default;
 
 // ---- widgets
 
-QLayout* QlumReferenceView::makeBar(QAction* refresh)
+QWidget* QlumReferenceView::makeBar(QAction* refresh)
 {
     auto* button = new QToolButton(this);
     button->setDefaultAction(refresh);
@@ -125,19 +126,11 @@ QLayout* QlumReferenceView::makeBar(QAction* refresh)
                                tr("Show references that hold this text")});
     m_text->setPlaceholderText(tr("Filter"));
     m_text->setClearButtonEnabled(true);
-    auto* bar = new QHBoxLayout;
-    bar->setContentsMargins(0, 0, 0, 0);
-    bar->addWidget(button);
-    bar->addWidget(m_direction);
-    // a narrow dock must not be widened by its longest texts
-    constexpr int leastCharacters = 8;
-    for (const auto& [widget, stretch] :
-         std::initializer_list<std::pair<QWidget*, int>>{{m_type, 2}, {m_text, 1}}) {
-        widget->setSizePolicy(QSizePolicy::Ignored, widget->sizePolicy().verticalPolicy());
-        widget->setMinimumWidth(fontMetrics().averageCharWidth() * leastCharacters);
-        bar->addWidget(widget, stretch);
-    }
-    bar->insertWidget(3, m_subtypes);
+    auto* bar = new QlumWrappingBar(this);
+    // a narrow dock must not be widened by its longest text
+    m_type->setSizePolicy(QSizePolicy::Ignored, m_type->sizePolicy().verticalPolicy());
+    for (QWidget* widget : std::initializer_list<QWidget*>{button, m_direction, m_type, m_subtypes, m_text})
+        bar->add(widget);
     return bar;
 }
 

@@ -4,7 +4,6 @@
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/table/qlumtablefilter.h>
 
-#include <QLayout>
 #include <QModelIndex>
 #include <QString>
 #include <QWidget>
@@ -54,7 +53,7 @@ signals:
     void jumpWanted(const QlumReference& reference);
 
 private:
-    QLayout* makeBar(QAction* refresh);
+    QWidget* makeBar(QAction* refresh);
     QWidget* makeMoreBar();
     void setupTable();
     void addType(const QString& name, const UaNodeId& id);

@@ -11,10 +11,16 @@
 #include <app/startup/qlumservices.h>
 #include <app/startup/qlumstartup.h>
 #include <app/startup/qlumtranslations.h>
+#include <certificates/qlumcertificatedialog.h>
+#include <certificates/qlumcertificaterefuseddialog.h>
 #include <certificates/qlumcertificates.h>
+#include <servers/qlumchangedcertificatedialog.h>
 #include <tests/support/valuepictures.h>
 #include <uabase/system/uaplatformlayer.h>
 #include <uabase/system/uaxmldocument.h>
+#include <uabase/uapkicpp/uapkicertificate.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
 
 #include <QAction>
 #include <QApplication>
@@ -167,6 +173,28 @@ void takeDocks(Pictures& pictures, QlumTavelin& window)
     }
 }
 
+// Those that come only with a server that is not trusted, or that does not trust this client.
+void takeCertificateDialogs(Pictures& pictures, QWidget& window)
+{
+    const QString server = QStringLiteral("Demo server");
+    const QString url = QStringLiteral("opc.tcp://demo.example:4840");
+    const UaPkiCertificate& own = QlumCertificates::instance()->certificate();
+    const UaByteString bytes = own.toByteStringDER();
+    const auto take = [&pictures](QWidget& dialog, const QString& name) {
+        dialog.show();
+        wait(settleMilliseconds);
+        pictures.take(dialog, name);
+        dialog.hide();
+    };
+    QlumCertificateDialog untrusted(server, url, bytes, UaStatusCode(OpcUa_BadCertificateUntrusted), &window);
+    take(untrusted, QStringLiteral("dialog certificate untrusted"));
+    QlumChangedCertificateDialog changed({server, url, bytes, bytes, false}, &window);
+    take(changed, QStringLiteral("dialog certificate changed"));
+    QlumCertificateRefusedDialog refused(server, UaStatusCode(OpcUa_BadSecurityChecksFailed), own,
+                                         QDir::home().filePath(QStringLiteral("tavelin.der")), &window);
+    take(refused, QStringLiteral("dialog certificate refused"));
+}
+
 void takeAll(Pictures& pictures, QlumTavelin& window, const QString& project)
 {
     using A = QlumMainActions;
@@ -181,6 +209,9 @@ void takeAll(Pictures& pictures, QlumTavelin& window, const QString& project)
                            A::TipOfTheDay, A::SupportReport, A::Shortcuts, A::About})
         pictures.takeOpened(window.actions()[id],
                             QStringLiteral("dialog ") + window.actions()[id]->objectName());
+    takeCertificateDialogs(pictures, window);
+    window.documents()->add(QStringLiteral("Data Access View"), QStringLiteral("unsaved"));
+    pictures.takeOpened(window.actions()[A::NewProject], QStringLiteral("dialog question unsaved"));
     window.documents()->clear();
     pictures.takeWindow(QStringLiteral("start page with project"));
 }

@@ -1,10 +1,12 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumviewheading.h>
+#include <uawidgets/qlumwrappingbar.h>
 
 #include <QDate>
 #include <QDateTime>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QString>
 #include <QStringList>
@@ -14,6 +16,8 @@
 #include <QToolButton>
 #include <QWidget>
 #include <gtest/gtest.h>
+
+#include <initializer_list>
 
 namespace {
 QString text(const QWidget& part, const char* name)
@@ -113,6 +117,35 @@ TEST_F(ViewHeading, FollowsOnceASecondAndOnlyWhileItIsSeen)
     EXPECT_GE(timer->interval(), 1000);
     heading.hide();
     EXPECT_FALSE(timer->isActive());
+}
+
+TEST(WrappingBar, KeepsAllInsideAndGivesWhatIsLeftToFields)
+{
+    QWidget window;
+    QlumWrappingBar bar(&window);
+    auto* button = new QPushButton("What it does");
+    auto* field = new QLineEdit;
+    auto* away = new QPushButton("Not now");
+    away->hide();
+    auto* last = new QPushButton("And more");
+    for (QWidget* one : std::initializer_list<QWidget*>{button, field, away, last})
+        bar.add(one);
+    window.show();
+    bar.resize(900, bar.heightForWidth(900));
+    EXPECT_EQ(last->y(), button->y());
+    EXPECT_GT(field->width(), 400) << "what is left";
+    EXPECT_LT(last->geometry().left() - field->geometry().right(), last->width())
+        << "nothing for what is away";
+    const int narrow = bar.minimumSizeHint().width();
+    EXPECT_LT(narrow, bar.sizeHint().width());
+    bar.resize(narrow, bar.heightForWidth(narrow));
+    for (const QWidget* one : std::initializer_list<QWidget*>{button, field, last})
+        EXPECT_TRUE(bar.rect().contains(one->geometry())) << one->metaObject()->className();
+    EXPECT_GT(last->y(), field->geometry().bottom());
+    EXPECT_GT(field->y(), button->geometry().bottom());
+    away->show();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar.minimumHeight() > last->geometry().bottom(); }));
+    EXPECT_GT(last->y(), away->geometry().bottom()) << "what comes back has its place";
 }
 
 TEST_F(ViewHeading, SaysTheStateByAWordAndNamesAsText)

@@ -18,14 +18,14 @@
 
 namespace {
 constexpr QSize smallest(1024, 700);
+constexpr int narrowestDocument = 450; // what docks leave of that window
 
 // The parts that want most room, for who has to mend it.
-std::string widest(const QWidget& root)
+std::string widest(const QWidget& root, int width = smallest.width() / 3)
 {
     QStringList result;
     for (const QWidget* one : root.findChildren<QWidget*>())
-        if (const QSize size = one->minimumSizeHint();
-            !one->isWindow() && size.width() > smallest.width() / 3)
+        if (const QSize size = one->minimumSizeHint(); !one->isWindow() && size.width() > width)
             result.append(QStringLiteral("%1 %2: %3 x %4")
                               .arg(QLatin1String(one->metaObject()->className()), one->objectName())
                               .arg(size.width())
@@ -66,6 +66,20 @@ TEST_P(SmallWindow, HasRoomForTheStartPageAndDocumentsOfEveryType)
     for (const QlumDocumentType& type : documents->types()) {
         ASSERT_NE(documents->add(type.type, type.freeName), nullptr) << type.type.toStdString();
         expectFit(type.type);
+        documents->clear();
+    }
+}
+
+// Those whose bars and figures go into several rows; the others are wider still, and are scrolled.
+TEST_P(SmallWindow, ShowsDocumentsOfOneColumnWithoutScrollingSideways)
+{
+    QlumDocumentArea* documents = window->documents();
+    const QTabWidget* tabs = window->centralTabWidget();
+    for (const char* type : {"Data Logger View", "Event View", "Image Viewer"}) {
+        ASSERT_NE(documents->add(QLatin1String(type), QStringLiteral("Narrow")), nullptr) << type;
+        const int width = tabs->currentWidget()->minimumSizeHint().width();
+        EXPECT_LE(width, narrowestDocument) << type << "\n"
+                                            << widest(*tabs->currentWidget(), narrowestDocument / 2);
         documents->clear();
     }
 }

@@ -1,4 +1,6 @@
 #include <app/api/qlumservernode.h>
+#include <app/mainwindow/qlumtavelin.h>
+#include <app/mainwindow/qlumtavelinservices.h>
 #include <app/project/qlumprojectmodel.h>
 #include <app/startpage/qlumstartpage.h>
 #include <app/startpage/qlumstartpageplace.h>
@@ -10,6 +12,7 @@
 #include <QCommandLinkButton>
 #include <QFile>
 #include <QList>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QString>
@@ -56,6 +59,27 @@ TEST(StartPage, RecentProjectsNameTheirServersAndAreOpenedByAClick)
     EXPECT_EQ(wanted.first().first().toString(), gone);
     page.setRecentProjects({});
     EXPECT_TRUE(page.findChildren<QCommandLinkButton*>(QStringLiteral("startRecent")).isEmpty());
+}
+
+TEST(StartPage, DemoIsOfferedWhereThereIsOneAndItsButtonOpensIt)
+{
+    QSettings().clear();
+    const QTemporaryDir folder;
+    const QString demo = folder.filePath(QStringLiteral("demo.uap"));
+    writeFile(demo, "[Documents]\nCurves\\DocumentType=History Trend View\n");
+    QlumTavelin window{QlumTavelinServices()};
+    auto* page = window.findChild<QlumStartPage*>();
+    auto* button = page->findChild<QAbstractButton*>(QStringLiteral("startDemo"));
+    page->setDemoProject({});
+    EXPECT_TRUE(button->isHidden());
+    page->setDemoProject(demo);
+    ASSERT_FALSE(button->isHidden());
+    button->click();
+    const QTabWidget* tabs = window.centralTabWidget();
+    EXPECT_TRUE(QTest::qWaitFor([tabs] {
+        return tabs->count() == 1 && tabs->tabText(0) == QStringLiteral("Curves");
+    })) << tabs->count();
+    EXPECT_TRUE(window.windowTitle().contains(QStringLiteral("demo"))) << window.windowTitle().toStdString();
 }
 
 TEST(StartPage, LiesAboveTheFirstDocumentWhileThereIsNoServerAndOutlivesIt)
