@@ -95,7 +95,7 @@ protected:
 
     LoggerApplication application;
     std::map<unsigned int, std::shared_ptr<monitoring::MonitoredServer>> servers;
-    /// A recording of one item, made elsewhere.
+    // A recording of one item, made elsewhere.
     QString record(const std::vector<std::pair<OpcUa_DateTime, UaVariant>>& values)
     {
         const QString path = folder.filePath("old.sqlite");
