@@ -35,6 +35,14 @@
 #include <memory>
 #include <utility>
 
+namespace {
+// Qt wraps what other programs offer; what is dragged within one arrives as the object that was made for it.
+bool isFromAnotherProgram(const QMimeData& data)
+{
+    return data.inherits("QInternalMimeData");
+}
+} // namespace
+
 QlumServerNode* QlumTavelin::findServer(unsigned int serverId) const
 {
     return m_project->findServer(serverId);
@@ -119,6 +127,15 @@ bool QlumTavelin::nodeIdsFromMimeData(const QMimeData* mimeData, unsigned int* s
                                       UaNodeId** nodeIds)
 {
     QlumDraggedNodes dragged;
+    // servers are numbered in each window from one on: its node would be looked for on a server of ours
+    if (mimeData && mimeData->hasFormat(qlumNodeMimeType()) && isFromAnotherProgram(*mimeData)) {
+        constexpr int warning = 50;
+        log(warning,
+            tr("The nodes come from another window of the program. Drag them from an address space of this "
+               "one."),
+            qlumNoServer, QStringLiteral("Tavelin"));
+        return false;
+    }
     if (!mimeData || !qlumDecodeNodes(mimeData->data(qlumNodeMimeType()), dragged) || dragged.nodes.empty())
         return false;
     *serverId = dragged.serverId;

@@ -58,6 +58,31 @@ std::vector<quint32> QlumDaModel::add(std::vector<QlumDataItem> items)
     return keys;
 }
 
+std::vector<quint32> QlumDaModel::resolve(std::vector<QlumDataItem> items)
+{
+    std::vector<quint32> resolved;
+    int first = rowCount(), last = -1;
+    for (QlumDataItem& item : items) {
+        const int place = rowOf(item.key);
+        if (place < 0 || rowAt(place).state != QlumDataState::Unresolved)
+            continue; // the user was faster
+        first = std::min(first, place);
+        last = std::max(last, place);
+        QlumDataItem& row = quietRow(place);
+        row.problem = std::move(item.problem);
+        if (item.state == QlumDataState::Unresolved)
+            continue;
+        row.state = item.state;
+        row.nodeId = std::move(item.nodeId);
+        row.namespaceUri = shared(item.namespaceUri);
+        row.displayName = std::move(item.displayName);
+        resolved.push_back(row.key);
+    }
+    if (last >= 0)
+        emit dataChanged(index(first, 0), index(last, ColumnCount - 1));
+    return resolved;
+}
+
 void QlumDaModel::removeKeys(const std::vector<quint32>& keys)
 {
     std::vector<int> gone;

@@ -107,6 +107,9 @@ public:
 
     /// At the end; their keys, in their order.
     std::vector<quint32> add(std::vector<QlumDataItem> items);
+    /// Unresolved rows have these nodes now, or these problems, each the row of its key; told in one step.
+    /// The keys of those that have a node.
+    std::vector<quint32> resolve(std::vector<QlumDataItem> items);
     /// Unknown keys are passed over.
     void removeKeys(const std::vector<quint32>& keys);
     /// Moves the rows of these keys one place up or down, as a block to either end with a larger number.

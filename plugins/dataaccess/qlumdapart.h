@@ -44,6 +44,9 @@ public:
     /// Adds rows at the end and watches them; their keys. What is not known of them (names, type, unit, path)
     /// is asked for in the background, unresolved ones stay and show their problem.
     virtual std::vector<quint32> addItems(std::vector<QlumDataItem> items) = 0;
+    /// Rows that named nothing until now become these, in their places, each the one of its key. What a row
+    /// has of its own besides its node stays; keys of rows that are gone are passed over.
+    virtual void resolveItems(std::vector<QlumDataItem> items) = 0;
 
     /// Adds a page beside the table; it belongs to the view then.
     virtual void addPage(QWidget* page, const QString& title) = 0;

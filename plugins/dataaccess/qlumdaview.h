@@ -119,6 +119,7 @@ public:
     std::vector<quint32> selectedKeys() const override;
     std::vector<quint32> shownKeys() const override;
     std::vector<quint32> addItems(std::vector<QlumDataItem> items) override;
+    void resolveItems(std::vector<QlumDataItem> items) override;
     void addPage(QWidget* page, const QString& title) override;
     void showPage(QWidget* page) override;
     void addCommands(const QString& title, const QList<QAction*>& actions) override;
@@ -165,13 +166,14 @@ private:
     void readRefused(unsigned int serverId);
     void tellWatchChanged(const std::vector<quint32>& keys);
     void tellServers();
+    void nameNamespaces(std::vector<QlumDataItem>& items) const;
     void removeKeys(const std::vector<quint32>& keys);
     [[nodiscard]] std::vector<quint32> keysOf(unsigned int serverId, bool refusedOnly = false) const;
     [[nodiscard]] bool isConnected(unsigned int serverId) const;
 
     // ---- commands
     void openEditor(quint32 key, int column, const QlumValueContext& context);
-    void openValueWindow(quint32 key, int column, const QlumValueContext& context);
+    void openValueWindow(quint32 key, int column, const UaVariant& value, const QlumValueContext& context);
     void takeEntered(quint32 key, int column, const UaVariant& value);
     void askAgain(const std::vector<quint32>& keys);
     void openValues();

@@ -226,7 +226,7 @@ void QlumDaView::openEditor(quint32 key, int column, const QlumValueContext& con
     const UaVariant staged = column == QlumDaModel::NewValue ? m_newValues->newValue(*item) : UaVariant();
     const UaVariant value = staged.isNull() ? m_model->shownValue(*item) : staged;
     if (!qlumWhyNoValueEditor(value, known).isEmpty()) {
-        openValueWindow(key, column, known);
+        openValueWindow(key, column, value, known);
         return;
     }
     m_delegate->prepare(value, known);
@@ -237,15 +237,16 @@ void QlumDaView::openEditor(quint32 key, int column, const QlumValueContext& con
     m_table->edit(cell);
 }
 
-void QlumDaView::openValueWindow(quint32 key, int column, const QlumValueContext& context)
+void QlumDaView::openValueWindow(quint32 key, int column, const UaVariant& value,
+                                 const QlumValueContext& context)
 {
     const QlumDataItem& item = *m_model->find(key);
     auto* dialog = new QlumValueDialog(context, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setHeading(item.displayName);
-    dialog->setValue(m_model->shownValue(item));
-    dialog->setTaker([this, key, column](const UaVariant& value) {
-        takeEntered(key, column, value);
+    dialog->setValue(value);
+    dialog->setTaker([this, key, column](const UaVariant& entered) {
+        takeEntered(key, column, entered);
         return QString();
     });
     dialog->open();

@@ -112,10 +112,8 @@ void QlumDaView::tellThere(const std::vector<QlumDataItem>& again)
           }});
 }
 
-std::vector<quint32> QlumDaView::addItems(std::vector<QlumDataItem> items)
+void QlumDaView::nameNamespaces(std::vector<QlumDataItem>& items) const
 {
-    if (items.empty())
-        return {};
     std::map<unsigned int, QStringList> tables;
     for (QlumDataItem& item : items) {
         if (item.nodeId.isNull() || !item.namespaceUri.isEmpty())
@@ -125,6 +123,13 @@ std::vector<quint32> QlumDaView::addItems(std::vector<QlumDataItem> items)
             table->second = m_application.namespaceTable(item.serverId);
         item.namespaceUri = table->second.value(item.nodeId.namespaceIndex());
     }
+}
+
+std::vector<quint32> QlumDaView::addItems(std::vector<QlumDataItem> items)
+{
+    if (items.empty())
+        return {};
+    nameNamespaces(items);
     const std::vector<quint32> keys = m_model->add(std::move(items));
     tellServers();
     m_watch->watch(keys);
@@ -132,6 +137,19 @@ std::vector<quint32> QlumDaView::addItems(std::vector<QlumDataItem> items)
         describe(id, keys);
     markModified();
     return keys;
+}
+
+void QlumDaView::resolveItems(std::vector<QlumDataItem> items)
+{
+    nameNamespaces(items);
+    const std::vector<quint32> keys = m_model->resolve(std::move(items));
+    if (keys.empty())
+        return;
+    m_watch->watch(keys);
+    for (const unsigned int id : m_model->serverIds())
+        describe(id, keys);
+    tellWatchChanged(keys);
+    markModified();
 }
 
 void QlumDaView::removeKeys(const std::vector<quint32>& keys)

@@ -69,6 +69,47 @@ std::uint32_t bigEndian(std::span<const unsigned char> bytes, std::size_t at)
            std::uint32_t(bytes[at + 2]) << 8 | bytes[at + 3];
 }
 
+constexpr std::array<std::uint32_t, 256> makeChecksums()
+{
+    std::array<std::uint32_t, 256> table{};
+    for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
+        table[byte] = byte;
+        for (int bit = 0; bit < 8; ++bit)
+            table[byte] = (table[byte] >> 1) ^ ((table[byte] & 1) != 0 ? 0xEDB88320 : 0);
+    }
+    return table;
+}
+
+std::uint32_t checksum(std::span<const unsigned char> bytes)
+{
+    static constexpr std::array<std::uint32_t, 256> table = makeChecksums();
+    std::uint32_t sum = 0xFFFFFFFF;
+    for (const unsigned char byte : bytes)
+        sum = (sum >> 8) ^ table[(sum ^ byte) & 0xFF];
+    return ~sum;
+}
+
+// Why the decoder would give up, which it also writes to the program's error output, where nobody can tell
+// what it was about; empty for nothing that can be seen from outside.
+QString pngDamage(std::span<const unsigned char> bytes)
+{
+    constexpr std::size_t signature = 8, lengthAndName = 8, around = 12;
+    for (std::size_t at = signature; bytes.size() - at >= around;) {
+        const std::size_t length = bigEndian(bytes, at);
+        if (length > bytes.size() - at - around)
+            break;
+        const auto named = bytes.subspan(at + 4, 4 + length);
+        const QString name = QString::fromLatin1(reinterpret_cast<const char*>(named.data()), 4);
+        const bool isNeeded = name.at(0).isUpper(); // the others are passed over
+        if (isNeeded && checksum(named) != bigEndian(bytes, at + lengthAndName + length))
+            return ImageDecoderText::tr("the checksum of its part %1 is wrong").arg(name);
+        if (name == QLatin1String("IEND"))
+            return {};
+        at += around + length;
+    }
+    return ImageDecoderText::tr("it is cut off");
+}
+
 // Texts and colour profiles are unpacked by the decoder, to megabytes each; the pixels need none of them.
 QByteArray pixelsOfPng(std::span<const unsigned char> bytes)
 {
@@ -129,6 +170,10 @@ QlumDecodedImage qlumDecodeImage(std::span<const unsigned char> bytes, QlumImage
     if (!result.fault.isEmpty())
         return result;
     const bool isPng = result.header.format == QlumImageFormat::Png;
+    if (const QString damage = isPng ? pngDamage(bytes) : QString(); !damage.isEmpty()) {
+        result.fault = refusal(result.header, damage);
+        return result;
+    }
     const QByteArray kept = isPng ? pixelsOfPng(bytes) : QByteArray();
     ImageDevice device(!isPng || areAllNeeded(bytes, kept) ? bytes : spanOf(kept), isCancelled);
     QImageReader reader;

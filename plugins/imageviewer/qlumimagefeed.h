@@ -82,6 +82,7 @@ public:
     // ---- what is known
     [[nodiscard]] const QlumImageSource& source() const { return m_source; } ///< where it comes from
     [[nodiscard]] bool isLost() const { return m_isLost; }                   ///< its namespace is not there
+    [[nodiscard]] const UaDataValue& newest() const { return m_newest; }     ///< came last
     [[nodiscard]] const UaDataValue& value() const { return m_value; }       ///< whose image is shown
     [[nodiscard]] const QlumShownImage& shown() const { return m_shown; }    ///< what came of it
     [[nodiscard]] const QImage& image() const { return m_image; }            ///< the frame that is seen

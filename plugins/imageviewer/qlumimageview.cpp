@@ -221,9 +221,28 @@ void QlumImageView::setCurrent(QlumImageTile* tile)
     showCurrent();
 }
 
+// The current one before others, of several elements of a variable.
+QlumImageTile* QlumImageView::tileOf(const std::function<bool(const QlumImageFeed&)>& isWanted) const
+{
+    if (m_current && isWanted(*m_current->feed()))
+        return m_current;
+    const auto found = std::find_if(m_tiles.begin(), m_tiles.end(),
+                                    [&](const QlumImageTile* tile) { return isWanted(*tile->feed()); });
+    return found == m_tiles.end() ? nullptr : *found;
+}
+
+// What is opened again is shown, not doubled.
 void QlumImageView::addNodes(std::span<const QlumToolNode> nodes)
 {
     for (const QlumToolNode& node : nodes) {
+        if (QlumImageTile* present = tileOf([&node](const QlumImageFeed& feed) {
+                return feed.source().serverId == node.serverId && feed.source().nodeId == node.nodeId;
+            })) {
+            setCurrent(present);
+            if (!present->feed()->source().isWatched)
+                present->feed()->read();
+            continue;
+        }
         if (!hasRoom())
             return;
         QlumImageSource source;
@@ -244,6 +263,11 @@ void QlumImageView::showValue(unsigned int serverId, const UaVariant& value, con
 {
     if (!origin.nodeId.isNull())
         return addNodes(std::span(&origin, 1));
+    if (QlumImageTile* present = tileOf([&](const QlumImageFeed& feed) {
+            return feed.source().serverId == serverId && feed.source().nodeId.isNull() &&
+                   feed.newest().value() == value;
+        }))
+        return setCurrent(present);
     if (!hasRoom())
         return;
     QlumImageSource source;

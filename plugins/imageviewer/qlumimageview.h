@@ -20,6 +20,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -103,6 +104,7 @@ private:
     void askWhereToSave();
     void openElements();
 
+    [[nodiscard]] QlumImageTile* tileOf(const std::function<bool(const QlumImageFeed&)>& isWanted) const;
     QlumImageTile* addTile(const QlumImageSource& source);
     void removeTile(QlumImageTile* tile);
     void arrange();

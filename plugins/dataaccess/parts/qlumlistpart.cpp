@@ -180,7 +180,7 @@ void QlumListPart::take(const std::shared_ptr<Given>& given, Purpose purpose)
     for (const auto& [name, id] : given->servers)
         servers.insert(id);
     find(
-        servers, [given] { return linesOf(*given); }, purpose, list.remark);
+        servers, [given](QlumJob&) { return linesOf(*given); }, purpose, list.remark);
 }
 
 QlumListPart::Lines QlumListPart::linesOf(const Given& given)
@@ -223,7 +223,7 @@ unsigned int QlumListPart::usualServer(bool& isGivenUp)
 }
 
 // The lines are made by the job, since there may be very many.
-void QlumListPart::find(const std::set<unsigned int>& servers, std::function<Lines()> makeLines,
+void QlumListPart::find(const std::set<unsigned int>& servers, std::function<Lines(QlumJob&)> makeLines,
                         Purpose purpose, const QString& remark)
 {
     std::set<unsigned int> ids = servers;
@@ -231,7 +231,7 @@ void QlumListPart::find(const std::set<unsigned int>& servers, std::function<Lin
     const QlumWork work{tr("Looking for the nodes of a list"), ids.size() == 1 ? *ids.begin() : qlumNoServer};
     const auto function = [this, makeLines = std::move(makeLines), services = m_host.services(), ids, purpose,
                            remark](QlumJob& job) {
-        Lines lines = makeLines();
+        Lines lines = makeLines(job);
         for (const unsigned int id : ids) {
             std::vector<std::size_t> places;
             std::vector<QString> texts;
@@ -274,7 +274,7 @@ void QlumListPart::handOver(QlumJob& job, Lines& lines, Purpose purpose, const Q
     if (purpose == Purpose::Rows)
         addRows(job, lines);
     else
-        job.post([this, lines = std::move(lines)]() mutable { replaceRows(lines); });
+        resolveRows(job, lines);
 }
 
 // ---- rows
@@ -323,22 +323,23 @@ void QlumListPart::addRows(QlumJob& job, Lines& lines)
     }
 }
 
-void QlumListPart::replaceRows(Lines& lines)
+// Each keeps its place, and what is staged for it.
+void QlumListPart::resolveRows(QlumJob& job, Lines& lines)
 {
-    std::vector<QlumDataItem> items;
-    std::vector<quint32> replaced;
-    for (Wanted& wanted : lines) {
-        if (wanted.item.state == QlumDataState::Unresolved) {
-            const QString& problem = wanted.item.problem;
-            m_host.model().changeItem(wanted.row, [&problem](QlumDataItem& row) { row.problem = problem; });
-            continue;
+    job.setText(tr("Showing what the rows have become"));
+    for (std::size_t begin = 0; begin < lines.size(); begin += linesOfPortion) {
+        job.setProgress(static_cast<qint64>(begin), static_cast<qint64>(lines.size()));
+        const std::size_t end = std::min(begin + linesOfPortion, lines.size());
+        std::vector<QlumDataItem> items;
+        items.reserve(end - begin);
+        for (std::size_t i = begin; i < end; ++i) {
+            items.push_back(std::move(lines[i].item));
+            items.back().key = lines[i].row;
         }
-        replaced.push_back(wanted.row);
-        items.push_back(std::move(wanted.item));
+        if (!job.postAndWait(
+                [this, items = std::move(items)]() mutable { m_host.resolveItems(std::move(items)); }))
+            return;
     }
-    m_host.model().removeKeys(replaced);
-    if (!items.empty())
-        static_cast<void>(m_host.addItems(std::move(items)));
 }
 
 void QlumListPart::tellRows(int unresolved, std::size_t total, const QString& first, const QString& remark)
@@ -362,26 +363,48 @@ void QlumListPart::lookAgain()
 {
     const std::vector<quint32> selected = m_host.selectedKeys();
     const std::set<quint32> wantedKeys(selected.begin(), selected.end());
-    Lines lines;
+    std::vector<quint32> keys;
+    std::set<unsigned int> servers;
     for (const bool onlySelected : {true, false}) {
-        if (!lines.empty())
+        if (!keys.empty())
             break;
         for (const QlumDataItem& item : m_host.model().rows()) {
             if (item.state != QlumDataState::Unresolved || (onlySelected && !wantedKeys.contains(item.key)))
                 continue;
-            Wanted& wanted = lines.emplace_back();
-            wanted.row = item.key;
-            wanted.line.line = m_host.model().rowOf(item.key) + 1;
-            wanted.line.text = item.displayName;
-            wanted.serverId = item.serverId;
-            wanted.found.reason = item.problem;
+            keys.push_back(item.key);
+            servers.insert(item.serverId);
         }
     }
-    std::set<unsigned int> servers;
-    for (const Wanted& wanted : lines)
-        servers.insert(wanted.serverId);
-    if (!lines.empty())
-        find(servers, [lines = std::move(lines)] { return lines; }, Purpose::Again, {});
+    if (!keys.empty())
+        find(servers, [this, keys](QlumJob& job) { return linesOfRows(job, keys); }, Purpose::Again, {});
+}
+
+QlumListPart::Lines QlumListPart::linesOfRows(QlumJob& job, const std::vector<quint32>& keys)
+{
+    const auto lines = std::make_shared<Lines>();
+    for (std::size_t begin = 0; begin < keys.size(); begin += linesOfPortion) {
+        const auto portion = std::span(keys).subspan(begin, std::min(linesOfPortion, keys.size() - begin));
+        if (!job.postAndWait([this, lines, some = std::vector(portion.begin(), portion.end())] {
+                appendLines(some, *lines);
+            }))
+            return {};
+    }
+    return std::move(*lines);
+}
+
+void QlumListPart::appendLines(std::span<const quint32> keys, Lines& lines) const
+{
+    for (const quint32 key : keys) {
+        const QlumDataItem* item = m_host.model().find(key);
+        if (item == nullptr)
+            continue;
+        Wanted& wanted = lines.emplace_back();
+        wanted.row = key;
+        wanted.line.line = m_host.model().rowOf(key) + 1;
+        wanted.line.text = item->displayName;
+        wanted.serverId = item->serverId;
+        wanted.found.reason = item->problem;
+    }
 }
 
 // ---- values

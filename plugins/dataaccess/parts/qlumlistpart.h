@@ -61,20 +61,22 @@ private:
     void tellFault(const QString& what, const QString& why);
     [[nodiscard]] unsigned int usualServer(bool& isGivenUp);
     [[nodiscard]] static Lines linesOf(const Given& given);
-    void find(const std::set<unsigned int>& servers, std::function<Lines()> lines, Purpose purpose,
+    void find(const std::set<unsigned int>& servers, std::function<Lines(QlumJob&)> lines, Purpose purpose,
               const QString& remark);
     [[nodiscard]] static QlumDataItem itemFor(const Wanted& wanted);
 
     // ---- on a job's thread
     void handOver(QlumJob& job, Lines& lines, Purpose purpose, const QString& remark);
     void addRows(QlumJob& job, Lines& lines);
+    [[nodiscard]] Lines linesOfRows(QlumJob& job, const std::vector<quint32>& keys);
+    void resolveRows(QlumJob& job, Lines& lines);
     void stage(QlumJob& job, Lines& lines);
     [[nodiscard]] static Portion portionOf(std::span<Wanted> lines, RowOfNode& rows);
 
     // ---- on the GUI thread
     [[nodiscard]] std::vector<std::pair<Node, quint32>> nodesOfRows() const;
     void stagePortion(Portion& portion);
-    void replaceRows(Lines& lines);
+    void appendLines(std::span<const quint32> keys, Lines& lines) const;
     void tellStaged(std::size_t staged, std::size_t total, const std::vector<QlumStagedRow>& faults);
     void tellRows(int unresolved, std::size_t total, const QString& first, const QString& remark);
 

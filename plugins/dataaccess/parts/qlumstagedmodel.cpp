@@ -212,26 +212,57 @@ void QlumStagedModel::setFault(quint64 key, const QString& fault)
     tellItems({rowAt(place).item});
 }
 
-void QlumStagedModel::setOutcome(const QlumStagedWrite& write)
+void QlumStagedModel::setOutcomes(const std::vector<QlumStagedWrite>& writes)
 {
-    const int place = rowOfKey(write.key);
-    if (place < 0)
+    std::vector<int> places;
+    for (const QlumStagedWrite& write : writes)
+        if (const int place = rowOfKey(write.key); place >= 0) {
+            quietRow(place).write = write;
+            places.push_back(place);
+        }
+    tellPlaces(places);
+}
+
+void QlumStagedModel::forgetOutcomes(const std::vector<quint64>& keys)
+{
+    std::vector<int> places;
+    for (const quint64 key : keys)
+        if (const int place = rowOfKey(key); place >= 0) {
+            QlumStagedWrite& write = quietRow(place).write;
+            write.state = QlumStagedState::Waiting;
+            write.status = UaStatus();
+            write.hasOld = write.hasBack = false;
+            places.push_back(place);
+        }
+    tellPlaces(places);
+}
+
+// Views paint what they show of a range, however many rows of it have changed.
+void QlumStagedModel::tellPlaces(const std::vector<int>& places)
+{
+    if (places.empty())
         return;
-    change(place, [&write](QlumStagedRow& row) { row.write = write; });
-    tellItems({rowAt(place).item});
+    const auto [first, last] = std::minmax_element(places.begin(), places.end());
+    emit dataChanged(index(*first, 0), index(*last, ColumnCount - 1));
+    std::vector<quint32> items;
+    items.reserve(places.size());
+    for (const int place : places)
+        items.push_back(rowAt(place).item);
+    tellItems(items);
 }
 
 void QlumStagedModel::loseServer(unsigned int serverId, const std::vector<quint64>& underWay)
 {
+    std::vector<QlumStagedWrite> all;
     for (const quint64 key : underWay) {
         const QlumStagedRow* row = findKey(key);
         if (row == nullptr || row->write.serverId != serverId || row->write.state != QlumStagedState::Waiting)
             continue;
-        QlumStagedWrite lost = row->write;
+        QlumStagedWrite& lost = all.emplace_back(row->write);
         lost.state = QlumStagedState::Unknown;
         lost.status = UaStatus(OpcUa_BadConnectionClosed);
-        setOutcome(lost);
     }
+    setOutcomes(all);
 }
 
 std::vector<QlumStagedWrite> QlumStagedModel::sendable(bool withDoubts) const

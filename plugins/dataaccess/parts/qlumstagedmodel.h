@@ -62,8 +62,10 @@ public:
     void check(quint64 key, std::shared_ptr<const QlumValueContext> context, const UaVariant& shown);
     /// Why it cannot be checked.
     void setFault(quint64 key, const QString& fault);
-    /// An outcome; of an unknown key nothing.
-    void setOutcome(const QlumStagedWrite& write);
+    /// Outcomes, told in one step; of unknown keys nothing.
+    void setOutcomes(const std::vector<QlumStagedWrite>& writes);
+    /// These have none yet.
+    void forgetOutcomes(const std::vector<quint64>& keys);
     /// What was under way on the server is not known any more.
     void loseServer(unsigned int serverId, const std::vector<quint64>& underWay);
 
@@ -101,6 +103,7 @@ private:
     [[nodiscard]] int rowOfKey(quint64 key) const;
     [[nodiscard]] QString text(const QlumStagedRow& row, int column) const;
     void tellItems(const std::vector<quint32>& items);
+    void tellPlaces(const std::vector<int>& places);
 
     QTimer m_tellTimer; ///< many outcomes, few repaints
     std::set<quint32> m_untold;

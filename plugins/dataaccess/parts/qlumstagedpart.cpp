@@ -39,7 +39,6 @@
 
 namespace {
 constexpr std::size_t contextsPerStep = 200;
-const QLatin1String stagedTopic("staged");
 
 struct Described
 {
@@ -90,6 +89,8 @@ QlumStagedPart::QlumStagedPart(QlumDaHost& host)
     connect(
         m_page->revertAction(), &QAction::triggered, this, [this] { revert(); });
     connect(m_page->stopAction(), &QAction::triggered, this, [this] { m_stopped->store(true); });
+    m_outcomeTimer.setSingleShot(true);
+    connect(&m_outcomeTimer, &QTimer::timeout, this, &QlumStagedPart::takeOutcomes);
     makeCommands();
 }
 
@@ -343,107 +344,7 @@ void QlumStagedPart::askSameValue()
     m_host.showPage(m_page);
 }
 
-// ---- writing
-
-// A namespace may have moved since the value was staged.
-std::vector<QlumStagedWrite> QlumStagedPart::placed(std::vector<QlumStagedWrite> writes) const
-{
-    for (QlumStagedWrite& write : writes) {
-        const QlumStagedRow* row = m_page->model().findKey(write.key);
-        const QlumDataItem* item = row ? m_host.model().find(row->item) : nullptr;
-        if (item != nullptr)
-            write.nodeId = item->nodeId;
-    }
-    return writes;
-}
-
-void QlumStagedPart::apply(bool withDoubts)
-{
-    if (!m_describing.empty()) {
-        m_wanted = withDoubts; // values that are still texts are none yet
-        return;
-    }
-    m_withDoubts = withDoubts;
-    run(placed(m_page->model().sendable(withDoubts)), false);
-}
-
-void QlumStagedPart::revert()
-{
-    run(placed(m_page->model().revertible()), true);
-}
-
-void QlumStagedPart::run(std::vector<QlumStagedWrite> writes, bool isRevert)
-{
-    if (!m_underWay.empty())
-        return;
-    m_isRevert = isRevert;
-    if (writes.empty())
-        return finished();
-    std::set<unsigned int> servers;
-    for (const QlumStagedWrite& write : writes) {
-        m_underWay.push_back(write.key);
-        servers.insert(write.serverId);
-        if (!isRevert)
-            m_page->model().setOutcome(write);
-    }
-    m_stopped = std::make_shared<std::atomic<bool>>(false);
-    m_page->setRunning(true);
-    QlumApplyOptions options = m_page->options();
-    options.stopped = m_stopped;
-    const QlumWork work{isRevert ? tr("Putting old values back") : tr("Writing staged values"),
-                        servers.size() == 1 ? *servers.begin() : qlumNoServer};
-    const auto function = [this, writes = std::move(writes), services = m_host.services(), options,
-                           isRevert](QlumJob& job) {
-        const QlumStagedDone done = [this, &job](const QlumStagedWrite& write) {
-            job.post([this, write] { m_page->model().setOutcome(write); });
-        };
-        if (isRevert)
-            qlumRevertStaged(job, services, writes, options, done);
-        else
-            qlumApplyStaged(job, services, writes, options, done);
-    };
-    m_host.pool().add(work, function, [this](QlumWorkEnd) { finished(); });
-}
-
-void QlumStagedPart::finished()
-{
-    const bool isRevert = m_isRevert;
-    int good = 0;
-    QString why;
-    for (const quint64 key : m_underWay) {
-        const QlumStagedRow* row = m_page->model().findKey(key);
-        const QlumStagedState state = row ? row->write.state : QlumStagedState::LeftOut;
-        if (state == (isRevert ? QlumStagedState::Reverted : QlumStagedState::Written))
-            ++good;
-        else if (row && why.isEmpty())
-            why = QStringLiteral("%1: %2").arg(row->write.name.isEmpty() ? row->place : row->write.name,
-                                               qlumStagedText(row->write));
-    }
-    const int all = static_cast<int>(m_underWay.size());
-    m_underWay.clear();
-    m_page->setRunning(false);
-    const int doubtful = isRevert || m_withDoubts ? 0 : m_page->model().doubtful();
-    const int faulty = isRevert ? 0 : m_page->model().faulty();
-    QlumMessage message;
-    message.topic = stagedTopic;
-    message.severity = good < all ? QlumMessage::Error : QlumMessage::Note;
-    message.what = isRevert ? tr("%1 of %2 old values are there again.").arg(good).arg(all)
-                            : tr("%1 of %2 values were written.").arg(good).arg(all);
-    message.why = why;
-    if (faulty > 0 || doubtful > 0) {
-        message.severity = good < all ? QlumMessage::Error : QlumMessage::Warning;
-        message.why += (why.isEmpty() ? QString() : QStringLiteral(". ")) +
-                       tr("%n staged value(s) were held back by the checks.", nullptr, faulty + doubtful);
-    }
-    if (doubtful > 0) {
-        message.button = tr("Send Them Too");
-        message.help = [this] { apply(true); };
-    } else {
-        message.button = tr("Show");
-        message.help = [this] { m_host.showPage(m_page); };
-    }
-    m_host.tell(message);
-}
+// ---- what becomes of rows and servers
 
 void QlumStagedPart::lookAgain(const std::vector<quint32>& items)
 {
@@ -464,6 +365,27 @@ void QlumStagedPart::valuesChanged(std::span<const quint32> keys)
             if (const auto open = m_openFields.find(key); open != m_openFields.end() && open->second)
                 known.push_back(key);
     lookAgain(known);
+}
+
+// A row that named nothing may have a node now.
+void QlumStagedPart::watchChanged(const std::vector<quint32>& keys)
+{
+    Texts texts;
+    std::vector<std::pair<quint32, UaVariant>> values;
+    for (const quint32 key : keys) {
+        const QlumStagedRow* row = m_page->model().find(key);
+        const QlumDataItem* item = row ? m_host.model().find(key) : nullptr;
+        if (item == nullptr || item->nodeId.isNull() || !row->write.nodeId.isNull())
+            continue;
+        if (row->isText)
+            texts.emplace_back(key, row->given);
+        else
+            values.emplace_back(key, row->write.value);
+    }
+    if (!texts.empty())
+        stageTexts(texts);
+    if (!values.empty())
+        stageValues(values);
 }
 
 void QlumStagedPart::rowsDescribed()
@@ -494,6 +416,8 @@ void QlumStagedPart::serverRemoved(unsigned int serverId)
     m_toDescribe.erase(serverId);
     if (m_underWay.empty())
         return;
+    while (takeSomeOutcomes())
+        ;
     m_page->model().loseServer(serverId, m_underWay);
     const bool isGone = std::all_of(m_underWay.begin(), m_underWay.end(), [this](quint64 key) {
         const QlumStagedRow* row = m_page->model().findKey(key);

@@ -9,9 +9,11 @@
 #include <uabase/values/uavariant.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 
+#include <QLatin1String>
 #include <QMap>
 #include <QPointer>
 #include <QString>
+#include <QTimer>
 #include <QVariant>
 
 #include <atomic>
@@ -66,6 +68,7 @@ public:
     void loadSettings(QSettings& settings, const QMap<int, int>& serverIdMap) override;
     void valuesChanged(std::span<const quint32> keys) override;
     void rowsDescribed() override;
+    void watchChanged(const std::vector<quint32>& keys) override;
     void statusChanged(unsigned int serverId, QlumConnectionStatus status) override;
     void serverRemoved(unsigned int serverId) override;
     bool hasNewValues() const override { return true; }
@@ -74,6 +77,9 @@ public:
     void takeNewValue(const QlumDataItem& item, const UaVariant& value) override;
 
 private:
+    struct Outcomes;
+    static constexpr QLatin1String stagedTopic{"staged", 6};
+
     void makeCommands();
     [[nodiscard]] QlumStagedRow rowFor(const QlumDataItem& item) const;
     void readContexts(const std::vector<quint64>& keys);
@@ -84,6 +90,8 @@ private:
     void described(unsigned int serverId, QlumWorkEnd end);
     [[nodiscard]] std::vector<QlumStagedWrite> placed(std::vector<QlumStagedWrite> writes) const;
     void run(std::vector<QlumStagedWrite> writes, bool isRevert);
+    bool takeSomeOutcomes();
+    void takeOutcomes();
     void finished();
     void lookAgain(const std::vector<quint32>& items);
     void askSameValue();
@@ -95,8 +103,11 @@ private:
     QlumStagedPage* m_page; ///< the view's
     std::shared_ptr<std::atomic<bool>> m_stopped;
     std::vector<quint64> m_underWay;
-    bool m_isRevert = false;   ///< what is under way
-    bool m_withDoubts = false; ///< the same: also what the checks object to
+    std::shared_ptr<Outcomes> m_outcomes; ///< that the job has told of; null before the first job
+    QTimer m_outcomeTimer;                ///< many outcomes, few changes of the list
+    bool m_hasJobEnded = false;           ///< the list may still lack outcomes
+    bool m_isRevert = false;              ///< what is under way
+    bool m_withDoubts = false;            ///< the same: also what the checks object to
     /// Rows whose field is not known yet; true: since they have no value.
     std::map<quint32, bool> m_openFields;
     std::map<unsigned int, std::deque<quint64>> m_toDescribe; ///< staged values to be looked at, by server

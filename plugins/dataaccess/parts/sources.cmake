@@ -15,6 +15,7 @@ set(dataAccessWork
     parts/qlumstagedmodel.h parts/qlumstagedmodel.cpp
     parts/qlumstagedpage.h parts/qlumstagedpage.cpp
     parts/qlumstagedpart.h parts/qlumstagedpart.cpp parts/qlumstagedpart_project.cpp
+    parts/qlumstagedpart_write.cpp
     parts/qlumstagedtext.h parts/qlumstagedtext.cpp
     parts/qlumstagedwrite.h parts/qlumstagedwrite.cpp
     parts/qlumworkcommand.h

@@ -30,6 +30,7 @@
 #include <QList>
 #include <QMap>
 #include <QMetaObject>
+#include <QObject>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
@@ -44,6 +45,8 @@
 #include <vector>
 
 namespace {
+
+constexpr auto npos = std::string::npos;
 
 class PlantApplication : public StubApplication
 {
@@ -186,6 +189,34 @@ TEST_F(DataAccessParts, LinesThatNameNothingStayAsRowsWithTheReason)
     ASSERT_TRUE(QTest::qWaitFor([&] { return view->model().rowCount() == 6; }));
 }
 
+// They keep their places, and what was staged for them; what still names nothing says why anew.
+TEST_F(DataAccessParts, RowsThatAreFoundLaterStayWhereTheyAre)
+{
+    paste("ns=2;i=2\nns=2;i=40\nns=2;i=41\nns=2;i=3\n", "pasteNodes");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view->model().rowCount() == 4; }));
+    const quint32 key = view->model().rowAt(1).key;
+    table("dataItems")->selectRow(1);
+    paste("55", "pasteNewValues");
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return column(QlumDaModel::NewValue).find("The row names no node of a server.") != npos; }));
+
+    services->table.variable(PlantServices::node(40), "Later", UaVariant(OpcUa_Int32(1)),
+                             PlantServices::node(1));
+    services->table.setAttribute(PlantServices::node(40), OpcUa_Attributes_DataType,
+                                 UaDataValue(UaVariant(UaNodeId(6))));
+    table("dataItems")->clearSelection();
+    trigger("lookAgain");
+    ASSERT_TRUE(waitForColumn(QlumDaModel::DisplayName, "Value2\nLater\nns=2;i=41\nValue3\n"))
+        << column(QlumDaModel::DisplayName);
+    EXPECT_EQ(view->model().rowAt(1).key, key);
+    EXPECT_EQ(view->model().rowAt(1).nodeId, PlantServices::node(40));
+    EXPECT_EQ(view->model().rowAt(2).state, QlumDataState::Unresolved);
+    ASSERT_TRUE(waitForColumn(QlumDaModel::NewValue, "\n55\n\n\n")) << column(QlumDaModel::NewValue);
+    trigger("writeStaged");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return message().contains("1 of 1 values were written."); }));
+    EXPECT_EQ(services->table.value(PlantServices::node(40)).toInt32(), 55);
+}
+
 TEST_F(DataAccessParts, PastedValuesAreStagedCheckedWrittenAndReverted)
 {
     addRows();
@@ -284,6 +315,40 @@ TEST_F(DataAccessParts, OfALongListEachNodeHasOneRowAndItsLastValue)
     trigger("writeStaged");
     ASSERT_TRUE(QTest::qWaitFor([&] { return message().contains("3 of 3 values were written."); }))
         << message();
+}
+
+// Each outcome by itself would have the list told of a hundred thousand times, and what is left out after a
+// failure comes all at once.
+TEST_F(DataAccessParts, OutcomesOfManyValuesAreToldTogether)
+{
+    constexpr OpcUa_UInt32 first = 100, count = 1500;
+    QByteArray list("Node Id;New Value\n");
+    for (OpcUa_UInt32 id = first; id < first + count; ++id) {
+        const UaNodeId node = PlantServices::node(id);
+        services->table.variable(node, "Value", UaVariant(OpcUa_Int32(1)), PlantServices::node(1));
+        services->table.setAttribute(node, OpcUa_Attributes_DataType, UaDataValue(UaVariant(UaNodeId(6))));
+        list += "ns=2;i=" + QByteArray::number(id) + ";7\n";
+    }
+    loadNewValues(list);
+    const QAbstractItemModel& staged = *table("stagedValues")->model();
+    const auto result = [&](int row) { return staged.index(row, 6).data().toString(); };
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return staged.rowCount() == int(count) && view->pool().pending() == 0; }));
+    int told = 0;
+    QObject::connect(&staged, &QAbstractItemModel::dataChanged, view.get(), [&told] { ++told; });
+    services->table.fail(NodeTable::Write, PlantServices::node(first + 3), OpcUa_BadNotWritable);
+    trigger("writeStaged");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return message().contains("3 of 1500 values were written."); }, 30'000))
+        << message();
+    EXPECT_TRUE(result(int(count) - 1).startsWith("Left out"));
+    services->table.fail(NodeTable::Write, PlantServices::node(first + 3), OpcUa_Good);
+    trigger("writeStaged");
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return message().contains("1497 of 1497 values were written."); }, 60'000))
+        << message();
+    for (int row = 0; row < int(count); ++row)
+        ASSERT_EQ(result(row), "Written") << row;
+    EXPECT_LT(told, 300) << "of 3000 outcomes";
 }
 
 TEST_F(DataAccessParts, SnapshotsAreComparedAndGivenBackAsStagedValues)

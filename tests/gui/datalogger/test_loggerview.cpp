@@ -6,28 +6,39 @@
 #include <plugins/datalogger/qlumloggersession.h>
 #include <plugins/datalogger/qlumloggerview.h>
 #include <plugins/datalogger/qlumrecordingwindow.h>
+#include <recording/recorder.h>
 #include <recording/recordreader.h>
+#include <recording/sqliterecord.h>
 #include <tests/support/stubapplication.h>
 #include <tests/support/tableservices.h>
+#include <uabase/values/uadatetime.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
 
 #include <QAction>
 #include <QFile>
 #include <QLabel>
 #include <QMap>
+#include <QObject>
+#include <QPushButton>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWidget>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -84,8 +95,71 @@ protected:
 
     LoggerApplication application;
     std::map<unsigned int, std::shared_ptr<monitoring::MonitoredServer>> servers;
+    // A recording of one item, made elsewhere.
+    QString record(const std::vector<std::pair<OpcUa_DateTime, UaVariant>>& values)
+    {
+        const QString path = folder.filePath("old.sqlite");
+        recording::RecorderSettings settings;
+        settings.freeFloor = 0;
+        recording::Recorder recorder(std::make_unique<recording::SqliteRecord>(path), settings);
+        recording::RecordedItem item;
+        item.server = "Plant";
+        item.name = "Speed";
+        item.nodeId = "s=Speed";
+        const recording::ItemNumber number = recorder.addItem(item);
+        const auto source = recorder.source(item.server);
+        recorder.start();
+        OpcUa_DateTime received = UaDateTime::now().value();
+        monitoring::SinkMark mark;
+        for (const auto& [sourceTime, value] : values) {
+            OpcUa_DataValue raw;
+            OpcUa_DataValue_Initialize(&raw);
+            EXPECT_EQ(value.copyTo(&raw.Value), OpcUa_Good);
+            raw.SourceTimestamp = sourceTime;
+            monitoring::Sink::Filling filling;
+            filling.put(*source, {1, number, mark}, raw, {received += 10'000, 1});
+        }
+        EXPECT_TRUE(recorder.flush(20'000));
+        recorder.stop();
+        return path;
+    }
+
     QTemporaryDir folder;
 };
+
+// As they come from a device that has been offline: times of the source in any order, and another type at
+// last.
+TEST_F(LoggerViewTest, AnOldRecordingIsPlottedWithoutAServer)
+{
+    constexpr OpcUa_DateTime second = 10'000'000;
+    const OpcUa_DateTime now = UaDateTime::now().value();
+    const QString path = record({{now, UaVariant(1.5)},
+                                 {now - 60 * second, UaVariant(2.5)},
+                                 {now - 30 * second, UaVariant(OpcUa_Int32(3))},
+                                 {now - 20 * second, UaVariant("off")}});
+    QlumToolServices tools;
+    QObject owner;
+    QWidget trend;
+    std::vector<QlumToolCurve> curves;
+    tools.takeDocuments(
+        &owner, [&trend](const QString&) { return &trend; });
+    tools.takeSamples(&owner,
+                      {"History Trend View", [&curves](QWidget*, std::span<const QlumToolCurve> shown) {
+                           curves.assign(shown.begin(), shown.end());
+                       }});
+    QlumRecordingWindow window(path);
+    auto* const items = window.findChild<QTableView*>("recordedItems");
+    ASSERT_NE(items, nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return items->model()->rowCount() == 1; }));
+    items->selectAll();
+    window.findChild<QPushButton*>("openInTrend")->click();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !curves.empty(); }));
+    EXPECT_EQ(curves[0].name, "Plant: Speed");
+    ASSERT_EQ(curves[0].samples.size(), 4u);
+    EXPECT_EQ(curves[0].samples[0].value, 1.5);
+    EXPECT_EQ(curves[0].samples[2].value, 3);
+    EXPECT_TRUE(std::isnan(curves[0].samples[3].value)) << "a text is a gap";
+}
 
 TEST_F(LoggerViewTest, AProjectRecordsAgainWhenItIsOpenedWithOtherIdsAndNamespaces)
 {

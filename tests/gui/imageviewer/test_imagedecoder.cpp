@@ -62,6 +62,24 @@ TEST(ImageDecoder, TruncatedImagesOfEachFormatAreToldOf)
         << "most of a photo is worth seeing";
 }
 
+// What the decoder says of broken images goes to where no user of a desktop ever looks.
+TEST(ImageDecoder, BrokenImagesAreToldOfInTheViewAlone)
+{
+    const QByteArray whole = encoded("PNG", noise(12, 9));
+    QByteArray changed = whole;
+    const int data = whole.indexOf("IDAT");
+    changed[data + 20] = char(~changed[data + 20]);
+    testing::internal::CaptureStderr();
+    const QString fault = decode(changed).fault;
+    for (int length = 1; length < whole.size(); ++length)
+        EXPECT_NE(decode(whole.left(length)).fault, QString()) << length;
+    for (const char* format : {"BMP", "JPG"})
+        decode(encoded(format, noise(12, 9)).left(100));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(fault, "The PNG cannot be decoded: the checksum of its part IDAT is wrong.");
+    EXPECT_EQ(decode(whole + "and more").fault, QString());
+}
+
 TEST(ImageDecoder, BombsAreRefusedBeforeTheyAreDecoded)
 {
     const auto fault = [](const QByteArray& bytes) { return decode(bytes).fault.toStdString(); };

@@ -192,6 +192,29 @@ TEST_F(ImageView, ArrayIsOpenedByElementAndAllElementsSideBySide)
         waitForRefusal("The image cannot be shown. The bytes begin like none of BMP, GIF, JPG and PNG."));
 }
 
+TEST_F(ImageView, WhatIsOpenedAgainIsShownAndNotDoubled)
+{
+    open(1);
+    open(2);
+    ASSERT_TRUE(waitForImage(0) && waitForImage(1));
+    feed(0).setWatched(false);
+    server->table.setValue(node(1), imageValue(encoded("PNG", noise(7, 5))));
+    open(1);
+    EXPECT_EQ(view->tiles().size(), 2U);
+    EXPECT_EQ(view->current(), view->tiles().front());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return feed(0).image().size() == QSize(7, 5); }))
+        << "what is read once is read again";
+
+    const UaVariant part = imageValue(encoded("BMP"));
+    view->showValue(5, part, {}, {});
+    view->showValue(5, part, {}, {}); // before it is decoded
+    ASSERT_TRUE(waitForImage(2));
+    view->showValue(5, part, {}, {});
+    EXPECT_EQ(view->tiles().size(), 3U);
+    view->showValue(5, imageValue(encoded("PNG", noise(5, 5))), {}, {});
+    EXPECT_EQ(view->tiles().size(), 4U) << "another value is another image";
+}
+
 // As from a subscription that is faster than the decoder.
 TEST_F(ImageView, NewestImageWinsAndTheOthersAreCounted)
 {

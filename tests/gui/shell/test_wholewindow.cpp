@@ -11,12 +11,14 @@
 #include <app/settings/qlumsettingsmodel.h>
 #include <app/support/qlumsupportdialog.h>
 #include <app/support/qlumsupportreport.h>
+#include <plugins/addressspace/qlumnodemimedata.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumserversettingsdialog.h>
 #include <tests/gui/shell/fakeserver.h>
 #include <tests/gui/shell/faketree.h>
 #include <tests/support/dialogdriver.h>
 #include <tests/support/keyboard.h>
+#include <uabase/values/uanodeid.h>
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -262,6 +264,33 @@ TEST_F(WholeWindow, OneProjectThatIsDroppedIsOpenedAfterTheQuestion)
     const DialogDriver driver(DialogDriver::press(QMessageBox::No));
     EXPECT_TRUE(drop({QUrl::fromLocalFile(path)}));
     EXPECT_TRUE(QTest::qWaitFor([this] { return window->windowTitle().contains("plant"); }));
+}
+
+// As Qt hands over what another program drags; each numbers its servers from one on.
+class ForeignData : public QMimeData
+{
+public:
+    void* qt_metacast(const char* name) override
+    {
+        return std::string(name) == "QInternalMimeData" ? this : QMimeData::qt_metacast(name);
+    }
+};
+
+TEST_F(WholeWindow, NodesOfAnotherWindowAreNoNodesOfOurServers)
+{
+    const QByteArray nodes = qlumEncodeNodes({1, {{UaNodeId(85), "Objects"}}}, 1);
+    const auto isTaken = [&](QMimeData& data) {
+        data.setData(qlumNodeMimeType(), nodes);
+        unsigned int serverId = 0, count = 0;
+        UaNodeId* ids = nullptr;
+        const bool isRead = window->nodeIdsFromMimeData(&data, &serverId, &count, &ids);
+        const std::unique_ptr<UaNodeId[]> owned(ids);
+        return isRead && serverId == 1 && count == 1 && ids[0] == UaNodeId(85);
+    };
+    QMimeData ours;
+    EXPECT_TRUE(isTaken(ours));
+    ForeignData theirs;
+    EXPECT_FALSE(isTaken(theirs));
 }
 
 TEST_F(WholeWindow, ReportForSupportHoldsWhatHelpsAndNoSecret)
