@@ -62,6 +62,7 @@ function addAlarms(b, plant) {
   const level = input(b, plant, "Level", "Double", 50);
   b.demo.instantiateExclusiveLimitAlarm("ExclusiveLimitAlarmType", {
     ...common("LevelAlarm", level, plant, level),
+    optionals: [...optionals, "ShelvingState"],
     ...limits,
   });
 

@@ -247,30 +247,49 @@ void QlumEventWidget::callAll(const Method& method, QlumField state, const QStri
         return;
     for (const auto& [serverId, list] : targets) {
         const QlumLog log(tr("Event Plugin"), serverId);
-        m_items->call(serverId, method.purpose,
-                      [log, list = list, method, comment,
-                       name](QlumSessionServices* services) -> std::function<void()> {
-                          UaCallMethodRequests requests(static_cast<OpcUa_UInt32>(list.size()));
-                          for (OpcUa_UInt32 i = 0; i < requests.length(); ++i) {
-                              static_cast<void>(list[i].conditionId.copyTo(&requests[i].ObjectId));
-                              static_cast<void>(UaNodeId(method.id).copyTo(&requests[i].MethodId));
-                              qlumCommentArguments(list[i].eventId, comment)
-                                  .detach(&requests[i].NoOfInputArguments, &requests[i].InputArguments);
-                          }
-                          UaClientSdk::ServiceSettings settings = qlumServiceSettings(method.purpose);
-                          UaCallMethodResults results;
-                          const UaStatus status = services ? services->callList(settings, requests, results)
-                                                           : UaStatus(OpcUa_BadServerNotConnected);
-                          for (OpcUa_UInt32 i = 0; i < results.length() && i < list.size(); ++i)
-                              log.write(OpcUa_IsBad(results[i].StatusCode) ? QlumLogLevel::Error
-                                                                           : QlumLogLevel::Info,
-                                        tr("Call %1 on Condition '%2' returned %3")
-                                            .arg(name, toQString(list[i].conditionId.toFullString()),
-                                                 qlumStatusText(results[i].StatusCode)));
-                          log.write(status.isBad() ? QlumLogLevel::Error : QlumLogLevel::Info,
-                                    tr("Call %1 returned %2").arg(name, qlumResultText(status)));
-                          return {};
-                      });
+        m_items->call(
+            serverId, method.purpose,
+            [log, self, list = list, method, comment,
+             name](QlumSessionServices* services) -> std::function<void()> {
+                UaCallMethodRequests requests(static_cast<OpcUa_UInt32>(list.size()));
+                for (OpcUa_UInt32 i = 0; i < requests.length(); ++i) {
+                    static_cast<void>(list[i].conditionId.copyTo(&requests[i].ObjectId));
+                    static_cast<void>(UaNodeId(method.id).copyTo(&requests[i].MethodId));
+                    qlumCommentArguments(list[i].eventId, comment)
+                        .detach(&requests[i].NoOfInputArguments, &requests[i].InputArguments);
+                }
+                UaClientSdk::ServiceSettings settings = qlumServiceSettings(method.purpose);
+                UaCallMethodResults results;
+                const UaStatus status = services ? services->callList(settings, requests, results)
+                                                 : UaStatus(OpcUa_BadServerNotConnected);
+                UaStatus first = status; // of those that were refused
+                int refused = status.isBad() ? static_cast<int>(list.size()) : 0;
+                for (OpcUa_UInt32 i = 0; i < results.length() && i < list.size(); ++i) {
+                    if (OpcUa_IsBad(results[i].StatusCode) && refused++ == 0)
+                        first = UaStatus(results[i].StatusCode);
+                    log.write(OpcUa_IsBad(results[i].StatusCode) ? QlumLogLevel::Error : QlumLogLevel::Info,
+                              tr("Call %1 on Condition '%2' returned %3")
+                                  .arg(name, toQString(list[i].conditionId.toFullString()),
+                                       qlumStatusText(results[i].StatusCode)));
+                }
+                log.write(status.isBad() ? QlumLogLevel::Error : QlumLogLevel::Info,
+                          tr("Call %1 returned %2").arg(name, qlumResultText(status)));
+                if (refused == 0)
+                    return {};
+                return [self, method, refused, first, count = list.size()] {
+                    if (self)
+                        self->m_messages->tell(
+                            {QlumMessage::Error,
+                             QStringLiteral("condition"),
+                             tr("%1 failed for %2 of %3 conditions.")
+                                 .arg(method.purpose)
+                                 .arg(refused)
+                                 .arg(count),
+                             tr("The first: %1; the log has them all.").arg(qlumConditionWords(first)),
+                             {},
+                             {}});
+                };
+            });
     }
 }
 

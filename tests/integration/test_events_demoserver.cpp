@@ -3,14 +3,20 @@
 #include <app/api/qlumtext.h>
 #include <app/api/qlumtoolservices.h>
 #include <opcua/opcua_attributes.h>
+#include <opcua/opcua_identifiers.h>
 #include <opcua/opcua_statuscodes.h>
 #include <plugins/events/qlumeventwidget.h>
 #include <tests/integration/clientondemoserver.h>
 #include <tests/support/dialogdriver.h>
+#include <uabase/values/uaarrays.h>
+#include <uabase/values/ualocalizedtext.h>
 #include <uabase/values/uanodeid.h>
+#include <uabase/values/uaqualifiedname.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
 
+#include <QAbstractProxyModel>
+#include <QAction>
 #include <QDateTime>
 #include <QDialog>
 #include <QInputDialog>
@@ -20,8 +26,10 @@
 #include <QTreeView>
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -61,6 +69,61 @@ protected:
             if (view->alarms()->rowAt(row).text(QlumField::ConditionName) == condition)
                 return row;
         return -1;
+    }
+    // What the server says of a node below the alarm of the level.
+    UaVariant ofAlarm(std::initializer_list<const char*> names)
+    {
+        UaRelativePathElements elements(static_cast<OpcUa_UInt32>(names.size()));
+        OpcUa_UInt32 i = 0;
+        for (const char* const name : names) {
+            EXPECT_TRUE(
+                OpcUa_IsGood(UaNodeId(OpcUaId_HierarchicalReferences).copyTo(&elements[i].ReferenceTypeId)));
+            elements[i].IncludeSubtypes = OpcUa_True;
+            EXPECT_TRUE(OpcUa_IsGood(UaQualifiedName(UaString(name), 0).copyTo(&elements[i++].TargetName)));
+        }
+        UaBrowsePaths paths(1u);
+        EXPECT_TRUE(OpcUa_IsGood(named("Plant.LevelAlarm").copyTo(&paths[0].StartingNode)));
+        elements.detach(&paths[0].RelativePath.NoOfElements, &paths[0].RelativePath.Elements);
+        UaClientSdk::ServiceSettings settings;
+        UaBrowsePathResults found;
+        EXPECT_TRUE(services->translateBrowsePathsToNodeIds(settings, paths, found).isGood());
+        if (found.length() != 1 || found[0].NoOfTargets == 0)
+            return {};
+        UaReadValueIds nodes(1u);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(found[0].Targets[0].TargetId.NodeId).copyTo(&nodes[0].NodeId)));
+        nodes[0].AttributeId = OpcUa_Attributes_Value;
+        UaDataValues values;
+        EXPECT_TRUE(services->read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values).isGood());
+        return values.length() == 1 ? UaVariant(values[0].Value) : UaVariant();
+    }
+    // The row of the alarm itself, or of a branch of it, in the list as it is shown.
+    bool select(bool isBranch)
+    {
+        for (int row = 0; row < view->alarms()->rowCount(); ++row)
+            if (view->alarms()->conditionNodeId(row) == named("Plant.LevelAlarm") &&
+                view->alarms()->rowAt(row).branchId().isNull() != isBranch) {
+                const auto* filter = qobject_cast<const QAbstractProxyModel*>(view->alarmView()->model());
+                view->alarmView()->setCurrentIndex(filter->mapFromSource(view->alarms()->index(row, 0)));
+                return view->alarmView()->currentIndex().isValid();
+            }
+        return false;
+    }
+    static DialogDriver::Answer entering(const QString& text)
+    {
+        return [text](QDialog& dialog) {
+            if (auto* const input = qobject_cast<QInputDialog*>(&dialog)) {
+                input->setTextValue(text);
+                input->setDoubleValue(text.toDouble());
+            }
+            dialog.accept();
+        };
+    }
+    void trigger(const char* action)
+    {
+        auto* const found = view->findChild<QAction*>(QLatin1String(action));
+        ASSERT_NE(found, nullptr) << action;
+        ASSERT_TRUE(found->isEnabled()) << action;
+        found->trigger();
     }
     bool waitFor(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, limit); }
 
@@ -134,6 +197,69 @@ TEST_F(EventsOnDemoServer, AreListedAcknowledgedAnsweredAndFoundInThePast)
     const QDateTime now = QDateTime::currentDateTime();
     view->items()->readEventHistory(now.addSecs(-7200), now);
     EXPECT_TRUE(waitFor([this] { return view->history()->count() > 300; })) << logText();
+    write("Plant.Automatic", UaVariant(true));
+}
+
+TEST_F(EventsOnDemoServer, AreCommentedShelvedAndHandledTogetherWithTheirBranches)
+{
+    ASSERT_NO_FATAL_FAILURE(open());
+    ASSERT_TRUE(waitFor([this] { return view->log()->count() >= 1; })) << logText();
+    write("Plant.Automatic", UaVariant(false));
+    write("Plant.Level", UaVariant(50.0));
+    write("Plant.Level", UaVariant(95.0));
+    ASSERT_TRUE(waitFor([this] {
+        const int row = rowOf("LevelAlarm");
+        return row >= 0 && view->alarms()->rowAt(row).is(QlumField::ActiveId, true) && select(false);
+    })) << logText();
+    {
+        const DialogDriver driver(entering("the valve leaks"));
+        view->sltAddComment();
+        EXPECT_TRUE(waitFor([this] {
+            return ofAlarm({"Comment"}).toLocalizedText().text() == UaString("the valve leaks");
+        })) << logText();
+    }
+
+    const auto isShelved = [this](const char* state) {
+        return waitFor([&] {
+            return ofAlarm({"ShelvingState", "CurrentState"}).toLocalizedText().text() == UaString(state);
+        });
+    };
+    ASSERT_TRUE(waitFor([this] { return select(false); }));
+    ASSERT_NO_FATAL_FAILURE(trigger("shelveOnce"));
+    EXPECT_TRUE(isShelved("OneShotShelved")) << logText();
+    ASSERT_TRUE(waitFor([this] { return select(false); }));
+    ASSERT_NO_FATAL_FAILURE(trigger("unshelve"));
+    EXPECT_TRUE(isShelved("Unshelved")) << logText();
+    ASSERT_TRUE(waitFor([this] { return select(false); }));
+    {
+        const DialogDriver driver(entering("10")); // minutes
+        ASSERT_NO_FATAL_FAILURE(trigger("timedShelve"));
+        EXPECT_TRUE(isShelved("TimedShelved")) << logText();
+    }
+    const double left = ofAlarm({"ShelvingState", "UnshelveTime"}).toDouble();
+    EXPECT_GT(left, 500'000.0);
+    EXPECT_LE(left, 600'000.0);
+    ASSERT_TRUE(waitFor([this] { return select(false); }));
+    ASSERT_NO_FATAL_FAILURE(trigger("unshelve"));
+    EXPECT_TRUE(isShelved("Unshelved")) << logText();
+
+    // gone before anybody has acknowledged it: what was not seen stays as a branch
+    write("Plant.Level", UaVariant(50.0));
+    ASSERT_TRUE(waitFor([this] { return select(true); })) << logText();
+    const auto isDone = [this](QlumField field) {
+        for (int row = 0; row < view->alarms()->rowCount(); ++row)
+            if (view->alarms()->conditionNodeId(row) == named("Plant.LevelAlarm") &&
+                view->alarms()->rowAt(row).is(field, false))
+                return false;
+        return true;
+    };
+    for (const auto& [field, all] : {std::pair(QlumField::AckedId, &QlumEventWidget::sltAcknowledgeAll),
+                                     std::pair(QlumField::ConfirmedId, &QlumEventWidget::sltConfirmAll)}) {
+        EXPECT_FALSE(isDone(field));
+        const DialogDriver driver(entering("all of them"));
+        (view->*all)();
+        EXPECT_TRUE(waitFor([&, field = field] { return isDone(field); })) << logText();
+    }
     write("Plant.Automatic", UaVariant(true));
 }
 } // namespace
