@@ -6986,6 +6986,10 @@ Anwendungs-URI: %4</translation>
         <source>The server is not connected.</source>
         <translation>Der Server ist nicht verbunden.</translation>
     </message>
+    <message>
+        <source>the server has more than the settings let this program read</source>
+        <translation>der Server hat mehr, als die Einstellungen dieses Programm lesen lassen</translation>
+    </message>
 </context>
 <context>
     <name>QlumEventWhere</name>
@@ -7009,6 +7013,10 @@ Anwendungs-URI: %4</translation>
         <translation>%1 frischt seine Bedingungen nicht auf (%2). Alarme werden gelistet, wie sie gemeldet werden; die früheren bleiben gekennzeichnet.</translation>
     </message>
     <message>
+        <source>%1 failed for %2 of %3 conditions.</source>
+        <translation>%1 schlug bei %2 von %3 Bedingungen fehl.</translation>
+    </message>
+    <message>
         <source>%1 failed: %2</source>
         <translation>%1 fehlgeschlagen: %2</translation>
     </message>
@@ -7023,6 +7031,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>%1 medium</source>
         <translation>%1 mittel</translation>
+    </message>
+    <message>
+        <source>%1; the log has no room for the oldest %2</source>
+        <translation>%1; für die ältesten %2 hat das Protokoll keinen Platz</translation>
     </message>
     <message>
         <source>&amp;Acknowledge</source>
@@ -7457,6 +7469,10 @@ Anwendungs-URI: %4</translation>
         <translation>Ereignis&amp;typen lesen</translation>
     </message>
     <message>
+        <source>Read a shorter time to see the others.</source>
+        <translation>Lesen Sie einen kürzeren Zeitraum, um die anderen zu sehen.</translation>
+    </message>
+    <message>
         <source>Read the event types of the server again</source>
         <translation>Die Ereignistypen des Servers erneut lesen</translation>
     </message>
@@ -7565,12 +7581,28 @@ Anwendungs-URI: %4</translation>
         <translation>Die Ereignistypen von %1 werden gelesen...</translation>
     </message>
     <message>
+        <source>The event types of %1 are not complete: %2</source>
+        <translation>Die Ereignistypen von %1 sind nicht vollständig: %2</translation>
+    </message>
+    <message>
         <source>The event types of %1 could not be read: %2</source>
         <translation>Die Ereignistypen von %1 konnten nicht gelesen werden: %2</translation>
     </message>
     <message>
+        <source>The first: %1; the log has them all.</source>
+        <translation>Die erste: %1; alle stehen im Protokoll.</translation>
+    </message>
+    <message>
+        <source>The list has the last %1 of %2 historical events.</source>
+        <translation>Die Liste enthält die letzten %1 von %2 historischen Ereignissen.</translation>
+    </message>
+    <message>
         <source>The server refuses the conditions for %1.</source>
         <translation>Der Server lehnt die Bedingungen für %1 ab.</translation>
+    </message>
+    <message>
+        <source>The settings of events say how often a server is asked for more; a shorter time needs fewer answers.</source>
+        <translation>Wie oft ein Server nach weiteren gefragt wird, steht in den Einstellungen der Ereignisse; ein kürzerer Zeitraum braucht weniger Antworten.</translation>
     </message>
     <message>
         <source>There are no alarms. Conditions that the monitored objects report are listed here.</source>
@@ -8458,6 +8490,14 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>The %1 cannot be decoded: %2.</source>
         <translation>Das %1 kann nicht dekodiert werden: %2.</translation>
+    </message>
+    <message>
+        <source>it is cut off</source>
+        <translation>es ist abgeschnitten</translation>
+    </message>
+    <message>
+        <source>the checksum of its part %1 is wrong</source>
+        <translation>die Prüfsumme seines Teils %1 ist falsch</translation>
     </message>
 </context>
 <context>
@@ -9456,6 +9496,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>Server of the List</source>
         <translation>Server der Liste</translation>
+    </message>
+    <message>
+        <source>Showing what the rows have become</source>
+        <translation>Zeigen, was aus den Zeilen geworden ist</translation>
     </message>
     <message>
         <source>Stages the values of a CSV file with the columns Node Id and Value. Nothing is written before you say so.</source>
@@ -11396,6 +11440,10 @@ Anwendungs-URI: %4</translation>
         <translation>    SelectClause [%1]: %2</translation>
     </message>
     <message>
+        <source>Browse of event type %1 failed [ret = %2].</source>
+        <translation>Durchsuchen des Ereignistyps %1 fehlgeschlagen [ret = %2].</translation>
+    </message>
+    <message>
         <source>Browse of event types failed [ret = %1].</source>
         <translation>Durchsuchen der Ereignistypen fehlgeschlagen [ret = %1].</translation>
     </message>
@@ -11418,6 +11466,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>Can&apos;t find namespace of node %1 in changed namespace table, removing it from view</source>
         <translation>Der Namensraum von Knoten %1 ist in der geänderten Namensraumtabelle nicht zu finden; der Knoten wird aus der Ansicht entfernt</translation>
+    </message>
+    <message>
+        <source>Cancelled; &quot;Apply&quot; asks the server again</source>
+        <translation>Abgebrochen; „Anwenden“ fragt den Server erneut</translation>
     </message>
     <message>
         <source>Changing the fields of events</source>
@@ -11506,6 +11558,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>NodeId</source>
         <translation>NodeId</translation>
+    </message>
+    <message>
+        <source>Only the first %1 events of %2 on %3 were read; there are more.</source>
+        <translation>Nur die ersten %1 Ereignisse von %2 auf %3 wurden gelesen; es gibt mehr.</translation>
     </message>
     <message>
         <source>Reading event history</source>
@@ -19217,6 +19273,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>Tavelin is ready to use.</source>
         <translation>Tavelin ist bereit.</translation>
+    </message>
+    <message>
+        <source>The nodes come from another window of the program. Drag them from an address space of this one.</source>
+        <translation>Die Knoten kommen aus einem anderen Fenster des Programms. Ziehen Sie sie aus einem Adressraum von diesem.</translation>
     </message>
     <message>
         <source>The settings cannot be written to %1. They hold until Tavelin ends.</source>
