@@ -115,6 +115,17 @@ TEST(MatrixPage, PastesAndFillsBlocks)
     EXPECT_EQ(modelText(page.model()), "6 | 6 | 6\n6 | 6 | 6\n");
 }
 
+TEST(MatrixPage, ItsColumnsHaveRoomForEveryDouble)
+{
+    QlumValueContext context = contextOf({2, 3});
+    context.builtInType = OpcUaType_Double;
+    context.dataType = UaNodeId(OpcUaType_Double, 0);
+    QlumMatrixPage page(context);
+    page.setValue(UaVariant());
+    const auto* view = page.findChild<QTableView*>("matrixView");
+    EXPECT_GT(view->columnWidth(0), view->fontMetrics().horizontalAdvance("-1.2345678901234567e-300"));
+}
+
 TEST(MatrixPage, AnOpenEditorGoesWithItsSlice)
 {
     QlumMatrixPage page(contextOf({2, 1, 2}));
