@@ -8428,6 +8428,14 @@ Anwendungs-URI: %4</translation>
         <source>The %1 cannot be decoded: %2.</source>
         <translation>Das %1 kann nicht dekodiert werden: %2.</translation>
     </message>
+    <message>
+        <source>it is cut off</source>
+        <translation>es ist abgeschnitten</translation>
+    </message>
+    <message>
+        <source>the checksum of its part %1 is wrong</source>
+        <translation>die Prüfsumme seines Teils %1 ist falsch</translation>
+    </message>
 </context>
 <context>
     <name>QlumImageFactsModel</name>
@@ -9425,6 +9433,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>Server of the List</source>
         <translation>Server der Liste</translation>
+    </message>
+    <message>
+        <source>Showing what the rows have become</source>
+        <translation>Zeigen, was aus den Zeilen geworden ist</translation>
     </message>
     <message>
         <source>Stages the values of a CSV file with the columns Node Id and Value. Nothing is written before you say so.</source>
@@ -19086,6 +19098,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>Tavelin is ready to use.</source>
         <translation>Tavelin ist bereit.</translation>
+    </message>
+    <message>
+        <source>The nodes come from another window of the program. Drag them from an address space of this one.</source>
+        <translation>Die Knoten kommen aus einem anderen Fenster des Programms. Ziehen Sie sie aus einem Adressraum von diesem.</translation>
     </message>
     <message>
         <source>The settings cannot be written to %1. They hold until Tavelin ends.</source>
