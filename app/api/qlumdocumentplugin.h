@@ -86,6 +86,7 @@ protected:
 
     /// Null before init() and after shutdown().
     [[nodiscard]] QlumApplicationInterface* application() const { return m_app; }
+    /// The type's name.
     [[nodiscard]] const QString& documentType() const { return m_documentType; }
     /// Those that are open.
     [[nodiscard]] QList<Document*> documents() { return m_documents.open(); }

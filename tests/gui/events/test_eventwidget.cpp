@@ -97,7 +97,7 @@ public:
         return status;
     }
     std::atomic<int> openPoints{0};
-    std::function<void()> atHistory; ///< on the thread of the call
+    std::function<void()> atHistory; // on the thread of the call
     QStringList called()
     {
         const std::lock_guard lock(m_mutex);
