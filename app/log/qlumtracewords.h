@@ -2,5 +2,6 @@
 #pragma once
 #include <QString>
 
-/// The text of a trace record in the user's language; as it stands when nothing is known of it. From any thread.
+/// The text of a trace record in the user's language; as it stands when nothing is known of it. From any
+/// thread.
 [[nodiscard]] QString qlumTraceInWords(const QString& text);
