@@ -1,6 +1,8 @@
 // The performance view on the demo server: everything that it measures, and what happens when the server
 // goes.
+#include <app/api/qlumsessionservices.h>
 #include <app/api/qlumtoolservices.h>
+#include <opcua/opcua_attributes.h>
 #include <opcua/opcua_types.h>
 #include <plugins/performance/qlumfigures.h>
 #include <plugins/performance/qlummeasurement.h>
@@ -9,19 +11,30 @@
 #include <plugins/performance/qlumperformancework.h>
 #include <plugins/performance/qlumrunmodel.h>
 #include <tests/integration/clientondemoserver.h>
+#include <tests/support/dialogdriver.h>
 #include <tests/support/owndemoserver.h>
 #include <tests/support/performanceonserver.h>
+#include <uabase/values/uaarrays.h>
 #include <uabase/values/uanodeid.h>
 #include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+#include <uawidgets/qlummessagebar.h>
 
+#include <QAbstractButton>
+#include <QCheckBox>
 #include <QDialog>
 #include <QLabel>
 #include <QListWidget>
 #include <QListWidgetItem>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QString>
+#include <QStringList>
 #include <QTest>
 #include <gtest/gtest.h>
+
+#include <string>
 
 namespace {
 
@@ -100,6 +113,109 @@ TEST_F(PerformanceOnDemoServer, SweepsAndComparesEndpointsAndEndsWhenItIsTold)
     ASSERT_TRUE(waitForRuns(steps + 2));
     EXPECT_EQ(lastRun().end, QlumRunEnd::Cancelled);
     EXPECT_GT(lastRun().figures.calls, 50u);
+}
+
+// By the server's own counts of sessions, on a server that nobody else uses.
+class ComparedSecurity : public PerformanceOnDemoServer
+{
+protected:
+    OpcUa_UInt32 serverCount(OpcUa_UInt32 nodeId)
+    {
+        UaReadValueIds nodes(1);
+        EXPECT_TRUE(OpcUa_IsGood(UaNodeId(nodeId).copyTo(&nodes[0].NodeId)));
+        nodes[0].AttributeId = OpcUa_Attributes_Value;
+        QlumSessionServices::Settings settings;
+        UaDataValues values;
+        EXPECT_TRUE(qlumApplicationServices()(serverId)
+                        ->read(settings, 0, OpcUa_TimestampsToReturn_Neither, nodes, values)
+                        .isGood());
+        return values.isEmpty() ? 0 : UaVariant(values[0].Value).toUInt32();
+    }
+    OpcUa_UInt32 current() { return serverCount(2277); }
+    OpcUa_UInt32 everOpened() { return serverCount(2278); }
+
+    // Compares these endpoints, or all for none; their names.
+    QStringList compare(const QStringList& wanted)
+    {
+        press("compareSecurity");
+        QDialog* dialog = nullptr;
+        EXPECT_TRUE(waitFor([&] {
+            dialog = view->findChild<QDialog*>("compareSecurityDialog");
+            return dialog && dialog->isVisible();
+        }));
+        QStringList chosen;
+        auto* list = dialog->findChild<QListWidget*>("endpointsToCompare");
+        for (int row = 0; row < list->count(); ++row) {
+            const bool isChosen = wanted.isEmpty() || wanted.contains(list->item(row)->text());
+            list->item(row)->setCheckState(isChosen ? Qt::Checked : Qt::Unchecked);
+            if (isChosen)
+                chosen.append(list->item(row)->text());
+        }
+        dialog->accept();
+        return chosen;
+    }
+    // What the server part asks of the user about a certificate.
+    void answer(QDialog& dialog) const
+    {
+        if (!isTrusting)
+            return dialog.reject();
+        if (auto* once = dialog.findChild<QCheckBox*>("acceptOnce"); once && once->isEnabled())
+            once->setChecked(true);
+        if (auto* go = dialog.findChild<QPushButton*>("continue"); go && go->isEnabled())
+            return go->click();
+        if (auto* box = qobject_cast<QMessageBox*>(&dialog))
+            for (QAbstractButton* button : box->buttons())
+                if (const auto role = box->buttonRole(button);
+                    role == QMessageBox::AcceptRole || role == QMessageBox::YesRole)
+                    return button->click();
+    }
+    [[nodiscard]] std::string said() const
+    {
+        QStringList texts;
+        for (const QLabel* label : view->findChild<QlumMessageBar*>()->findChildren<QLabel*>())
+            texts.append(label->text());
+        return texts.join(' ').toStdString();
+    }
+
+    bool isTrusting = false;
+};
+
+TEST_F(ComparedSecurity, EveryEndpointIsMeasuredInASessionOfItsOwnThatIsClosedAfterwards)
+{
+    OwnDemoServer own;
+    ASSERT_TRUE(own.start());
+    openDemoProject(own.url());
+    openView({{serverId, demo("Scalar.Int32"), OpcUa_NodeClass_Unspecified, {}, {}}});
+    choose(QlumMeasuredKind::Read, 20);
+    const OpcUa_UInt32 before = current();
+    const OpcUa_UInt32 openedBefore = everOpened();
+
+    // a certificate that the user does not want
+    DialogDriver driver([this](QDialog& dialog) {
+        if (dialog.objectName() != "compareSecurityDialog")
+            answer(dialog);
+    });
+    ASSERT_EQ(compare({"Basic256Sha256 - SignAndEncrypt"}).size(), 1);
+    ASSERT_TRUE(waitFor([this] { return !view->work()->isBusy(); })) << logText();
+    EXPECT_EQ(view->runs()->rowCount(), 0);
+    EXPECT_NE(said().find("Basic256Sha256 - SignAndEncrypt: "), std::string::npos) << said();
+    EXPECT_EQ(everOpened(), openedBefore) << "none was opened for it";
+
+    isTrusting = true;
+    const QStringList offered = compare({});
+    ASSERT_GE(offered.filter(" - SignAndEncrypt").size(), 2) << offered.join(' ').toStdString();
+    ASSERT_TRUE(waitFor([this] { return !view->work()->isBusy(); })) << logText();
+    ASSERT_EQ(view->runs()->rowCount(), offered.size()) << said() << '\n' << logText();
+    QStringList measured;
+    for (int row = 0; row < view->runs()->rowCount(); ++row) {
+        const QlumMeasurementRun& run = view->runs()->rowAt(row);
+        measured.append(run.endpoint);
+        EXPECT_EQ(run.figures.calls, 20u) << run.endpoint.toStdString();
+        EXPECT_EQ(run.figures.failed(), 0u) << run.endpoint.toStdString();
+    }
+    EXPECT_EQ(measured, offered);
+    EXPECT_GE(everOpened(), openedBefore + static_cast<OpcUa_UInt32>(offered.size()));
+    EXPECT_TRUE(waitFor([&] { return current() == before; })) << current() << " sessions are left";
 }
 
 TEST_F(PerformanceOnDemoServer, AServerThatDiesEndsTheRunWhichKeepsItsSamples)

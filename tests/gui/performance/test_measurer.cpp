@@ -87,6 +87,16 @@ TEST_F(Measurer, MeasuresTheCallsAndNeitherWarmUpNorPause)
     EXPECT_EQ(server->purpose, "Measuring: Read");
 }
 
+TEST_F(Measurer, SaysWhenTheClockIsTooCoarseForTheCalls)
+{
+    const auto isSaid = [this] {
+        return run({.calls = 20}).remarks.join(' ').contains("The clock of this machine goes in steps of");
+    };
+    EXPECT_FALSE(isSaid()) << "302 us are many steps";
+    server->fixed = server->each = 0us;
+    EXPECT_TRUE(isSaid());
+}
+
 TEST_F(Measurer, ASweepFindsTheCostsOfTheServer)
 {
     std::vector<QlumSweepPoint> points;
