@@ -9553,6 +9553,19 @@ Anwendungs-URI: %4</translation>
     </message>
 </context>
 <context>
+    <name>QlumLogMeaning</name>
+    <message>
+        <source>failed</source>
+        <comment>words of log texts that tell of a failure, with | between</comment>
+        <translation>fehlgeschlagen|schlug|gescheitert|scheiterte</translation>
+    </message>
+    <message>
+        <source>succeeded</source>
+        <comment>words of log texts that tell of success, with | between</comment>
+        <translation>erfolgreich</translation>
+    </message>
+</context>
+<context>
     <name>QlumLogModel</name>
     <message>
         <source>%1 log entries came too fast and were dropped.</source>

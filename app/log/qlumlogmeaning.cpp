@@ -4,6 +4,7 @@
 #include <app/api/qlumtext.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
+#include <QCoreApplication>
 #include <QPixmap>
 #include <QRegularExpression>
 #include <QStringList>
@@ -11,6 +12,17 @@
 #include <optional>
 
 namespace {
+class LogWords
+{
+    Q_DECLARE_TR_FUNCTIONS(QlumLogMeaning)
+};
+
+// Words of the user's language beside those of the trace, which stays English.
+bool hasOneOf(const QString& message, const QString& english, const QString& own)
+{
+    return QRegularExpression(QStringLiteral("\\b(?:%1|%2)\\b").arg(english, own)).match(message).hasMatch();
+}
+
 // Names of statuses that are not Good, also of those that stand there as a number.
 QStringList statusesIn(const QString& message)
 {
@@ -31,17 +43,18 @@ QStringList statusesIn(const QString& message)
 
 std::optional<QlumStatusLevel> levelOf(const QString& message)
 {
-    static const QRegularExpression bad(QStringLiteral("\\b(?:failed|ConnectionError\\w*)\\b"));
-    static const QRegularExpression good(QStringLiteral("\\b(?:succeeded|Good)\\b|'Connected'"));
     const QStringList statuses = statusesIn(message);
     for (const QString& name : statuses)
         if (name.startsWith(QLatin1String("Bad")))
             return QlumStatusLevel::Bad;
     if (!statuses.isEmpty())
         return QlumStatusLevel::Uncertain;
-    if (message.contains(bad))
+    if (hasOneOf(message, QStringLiteral("failed|ConnectionError\\w*"),
+                 LogWords::tr("failed", "words of log texts that tell of a failure, with | between")))
         return QlumStatusLevel::Bad;
-    if (message.contains(good))
+    if (message.contains(QLatin1String("'Connected'")) ||
+        hasOneOf(message, QStringLiteral("succeeded|Good"),
+                 LogWords::tr("succeeded", "words of log texts that tell of success, with | between")))
         return QlumStatusLevel::Good;
     return std::nullopt;
 }

@@ -1,3 +1,4 @@
+#include <app/log/qlumlogmeaning.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumdocumentarea.h>
 #include <app/mainwindow/qlummainactions.h>
@@ -22,6 +23,7 @@
 #include <QDockWidget>
 #include <QFile>
 #include <QGroupBox>
+#include <QImage>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -218,6 +220,19 @@ TEST_F(German, ErrorsOfTheLayersBelowAreKnownByTheirOwnWords)
     EXPECT_GT(known.size(), 30);
     for (const QString& text : known)
         EXPECT_TRUE(said.contains(text)) << text.toStdString();
+}
+
+TEST_F(German, FailuresAndSuccessesInTheLogHaveTheirIcons)
+{
+    const auto icon = [](const char* message) {
+        return qlumLogMeaningIcon(QString::fromUtf8(message)).pixmap(16).toImage();
+    };
+    const QImage none = icon("Sitzung wird aufgebaut");
+    const QImage bad = icon("Call failed"), good = icon("Call succeeded"); // the trace stays English
+    EXPECT_NE(bad, good);
+    EXPECT_NE(bad, none);
+    EXPECT_EQ(icon("Lesen von drei Werten ist fehlgeschlagen."), bad);
+    EXPECT_EQ(icon("Das Abonnement wurde erfolgreich angelegt."), good);
 }
 
 TEST_F(German, PluginsHaveGermanNames)
