@@ -63,6 +63,7 @@ function addAlarms(b, plant) {
   b.demo.instantiateExclusiveLimitAlarm("ExclusiveLimitAlarmType", {
     ...common("LevelAlarm", level, plant, level),
     optionals: [...optionals, "ShelvingState"],
+    maxTimeShelved: 3600 * 1000, // ms; without it the library cannot shelve once
     ...limits,
   });
 
