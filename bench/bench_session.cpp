@@ -81,7 +81,7 @@ void measure(const ClientSetup& setup, const Responder& responder)
         byStack.push_back(cpuOfCall([&] { stack.read(1, calls); }));
         bare.push_back(cpuOfCall([&] { pingPong(responder.rawPort(), calls); }));
     }
-    const double overhead = median(bySession) - median(byStack);
+    const double overhead = excess(median(bySession), median(byStack));
     std::printf("read of one value: session %.2f us, stack %.2f us, bare round trip %.2f us\n",
                 median(bySession), median(byStack), median(bare));
     // may be nothing within the noise

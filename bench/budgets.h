@@ -41,6 +41,16 @@
     return values.empty() ? 0.0 : values[values.size() / 2];
 }
 
+/// What one measured figure is above another. Of one repetition each it may come out as nothing, or less: in the short
+/// form that is the least there is, since the path has run.
+[[nodiscard]] inline double excess(double value, double base)
+{
+    constexpr double least = 1e-6; // us
+    if (isQuick() && value > 0 && base > 0)
+        return std::max(value - base, least);
+    return value - base;
+}
+
 /// What was not measured has missed its budget, in the short form too.
 inline void printBudget(const char* name, double value, double limit, bool measured)
 {
