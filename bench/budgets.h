@@ -41,8 +41,8 @@
     return values.empty() ? 0.0 : values[values.size() / 2];
 }
 
-/// What one measured figure is above another. Of one repetition each it may come out as nothing, or less: in the short
-/// form that is the least there is, since the path has run.
+/// What one measured figure is above another. Of one repetition each it may come out as nothing, or less: in
+/// the short form that is the least there is, since the path has run.
 [[nodiscard]] inline double excess(double value, double base)
 {
     constexpr double least = 1e-6; // us

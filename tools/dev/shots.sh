@@ -41,7 +41,19 @@ take() { # NAME PALETTE SCALE LANGUAGE WINDOW
     # the desktop has a size of its own for programs that have none set
     env -u QT_SCALE_FACTOR build/release/bin/tavelin_pictures "$folder" "$project" "$5" 2>"$DEMO/pictures.log" ||
         { tail -n 20 "$DEMO/pictures.log" >&2 && die "the pictures of $1 could not be made"; }
-    montage "$folder"/*.png -label '%t' -tile 3x3 -geometry 1000x700+6+6 "$target/sheet-$1-%02d.png"
+    make_sheets "$1" "$folder"/*.png
+}
+
+# Nine at a time: of all at once the tool takes more memory than it may.
+make_sheets() { # NAME PICTURE...
+    local name=$1 sheet=0
+    shift
+    while [ $# -gt 0 ]; do
+        montage "${@:1:9}" -label '%t' -tile 3x3 -geometry 1000x700+6+6 \
+            "$(printf '%s/sheet-%s-%02d.png' "$target" "$name" "$sheet")"
+        sheet=$((sheet + 1))
+        shift $(($# < 9 ? $# : 9))
+    done
 }
 
 # Few colours and pixels: they are part of the program. Of a window with a document only the document, which is
