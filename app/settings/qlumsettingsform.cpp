@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -143,8 +144,27 @@ void QlumSettingsForm::addFlag(QFormLayout* form, const Row& row)
     connect(box, &QCheckBox::toggled, this, &QlumSettingsForm::edited);
 }
 
+// Of a number that is more than an int holds, such as that of a queue as long as it can be.
+void QlumSettingsForm::addWideNumber(QFormLayout* form, const Row& row)
+{
+    auto* box = new QDoubleSpinBox;
+    box->setDecimals(0);
+    box->setRange(row.minimum, row.maximum);
+    box->setSuffix(row.unit);
+    box->setGroupSeparatorShown(true);
+    qlumAddRow(form, box, formRow(row));
+    addField(
+        row, box, [box] { return static_cast<qlonglong>(box->value()); },
+        [box](const QVariant& value) { box->setValue(value.toDouble()); });
+    connect(box, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, &QlumSettingsForm::edited);
+}
+
 void QlumSettingsForm::addNumber(QFormLayout* form, const Row& row)
 {
+    if (row.maximum > std::numeric_limits<int>::max()) {
+        addWideNumber(form, row);
+        return;
+    }
     auto* box = new QSpinBox;
     box->setRange(whole(row.minimum), whole(row.maximum));
     box->setSuffix(row.unit);

@@ -62,6 +62,7 @@ private:
     void addNote(QFormLayout* form, const Row& row);
     void addFlag(QFormLayout* form, const Row& row);
     void addNumber(QFormLayout* form, const Row& row);
+    void addWideNumber(QFormLayout* form, const Row& row);
     void addChoice(QFormLayout* form, const Row& row);
     void addText(QFormLayout* form, const Row& row);
     void addFile(QFormLayout* form, const Row& row);

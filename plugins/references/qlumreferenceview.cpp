@@ -126,9 +126,12 @@ QWidget* QlumReferenceView::makeBar(QAction* refresh)
                                tr("Show references that hold this text")});
     m_text->setPlaceholderText(tr("Filter"));
     m_text->setClearButtonEnabled(true);
+    m_direction->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     auto* bar = new QlumWrappingBar(this);
     // a narrow dock must not be widened by its longest text
     m_type->setSizePolicy(QSizePolicy::Ignored, m_type->sizePolicy().verticalPolicy());
+    m_type->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_type->setMinimumContentsLength(tr("All References").length() + 1); // what it begins with is not cut
     for (QWidget* widget : std::initializer_list<QWidget*>{button, m_direction, m_type, m_subtypes, m_text})
         bar->add(widget);
     return bar;

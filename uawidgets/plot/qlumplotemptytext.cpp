@@ -27,7 +27,9 @@ void QlumPlotEmptyText::draw(QPainter* painter, const QwtScaleMap&, const QwtSca
     painter->setPen(QPen(m_color));
     const double edge = QFontMetricsF(painter->font()).averageCharWidth();
     const QRectF room = canvasRect.adjusted(edge, 0, -edge, 0);
-    constexpr int wrapped = Qt::AlignHCenter | Qt::TextWrapAnywhere | Qt::TextWordWrap;
+    int wrapped = Qt::AlignHCenter | Qt::TextWordWrap;
+    if (painter->boundingRect(room, wrapped, m_text).width() > room.width())
+        wrapped = Qt::AlignHCenter | Qt::TextWrapAnywhere; // a word is longer than the plot is wide
     const bool isTooHigh = painter->boundingRect(room, wrapped, m_text).height() > room.height();
     painter->drawText(room, wrapped | (isTooHigh ? Qt::AlignTop : Qt::AlignVCenter), m_text);
 }

@@ -6,6 +6,7 @@
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsform.h>
 #include <app/settings/qlumsettingsmodel.h>
+#include <plugins/events/qlumeventsettings.h>
 #include <uawidgets/qlumtimefield.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
@@ -20,6 +21,7 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QFile>
 #include <QImage>
 #include <QLabel>
@@ -99,6 +101,19 @@ TEST_F(SettingsDialog, DefaultsAreRestoredOfTheShownPageAlone)
     dialog->accept();
     EXPECT_EQ(settings.value(QlumSettings::browseTimeout.key()).toUInt(), 10000u);
     EXPECT_EQ(settings.value(QlumSettings::callTimeout.key()).toUInt(), 20000u);
+}
+
+TEST_F(SettingsDialog, NumbersThatAreMoreThanAnIntAreShownAndKeptWhole)
+{
+    static constexpr QlumSetting<unsigned int> queueSize{"Tool.QueueSize", 4294967295u};
+    qlumRegisterSettings(
+        {"Tool", "Tool", {QlumSettingRow::number(queueSize, {"Queue:", {}}, 0, 4294967295.0)}});
+    dialog = std::make_unique<QlumSettingsDialog>(&settings);
+    auto* size = field<QDoubleSpinBox>(queueSize.key());
+    EXPECT_EQ(size->value(), 4294967295.0);
+    size->setValue(3000000000.0);
+    dialog->accept();
+    EXPECT_EQ(settings.value(queueSize.key()).toULongLong(), 3000000000ULL);
 }
 
 TEST_F(SettingsDialog, TraceFileThatCannotBeWrittenIsToldWhenEnteredAndHoldsTheDialog)
