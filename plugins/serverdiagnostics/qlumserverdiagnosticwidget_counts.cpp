@@ -130,11 +130,13 @@ void QlumServerDiagnosticWidget::sltCountChanged(int count, unsigned int number)
     m_serverPage->takeCount(isSessions ? QStringLiteral("CurrentSessionCount")
                                        : QStringLiteral("CurrentSubscriptionCount"),
                             number);
-    // the first one is what the lists have been read with
+    // the first one may tell already of somebody who came after the list had been read
+    const auto listed =
+        static_cast<unsigned int>(isSessions ? m_sessions->rowCount() : m_subscriptions->rowCount());
     const std::optional<unsigned int> before = std::exchange(
         m_numbers[isSessions ? QlumCountSubscription::Sessions : QlumCountSubscription::Subscriptions],
         number);
-    if (!before || *before == number)
+    if (before.value_or(listed) == number)
         return;
     (isSessions ? m_areSessionsOld : m_areSubscriptionsOld) = true;
     if (!m_countTimer.isActive())

@@ -168,6 +168,16 @@ TEST_F(ServerDiagnostics, ChangedCountsReadTheListsAgain)
     EXPECT_TRUE(QTest::qWaitFor([this] { return names(*view.sessions()) == "A; B"; }));
 }
 
+TEST_F(ServerDiagnostics, WhoCameBetweenTheListsAndTheFirstCountIsListed)
+{
+    stateServer();
+    stateArrays({{"A"}});
+    connectView();
+    stateArrays({{"A"}, {"B"}});
+    view.sltCountChanged(QlumCountSubscription::Sessions, 2);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return names(*view.sessions()) == "A; B"; }));
+}
+
 TEST_F(ServerDiagnostics, FlagIsWrittenWhenTheUserMeansIt)
 {
     stateServer();
