@@ -9303,6 +9303,141 @@ Anwendungs-URI: %4</translation>
     </message>
 </context>
 <context>
+    <name>QlumJsonFault</name>
+    <message>
+        <source>a control character in a string at character %1</source>
+        <translation>ein Steuerzeichen in einer Zeichenkette bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>a number was expected</source>
+        <translation>eine Zahl wird erwartet</translation>
+    </message>
+    <message>
+        <source>a string that is no UTF-8 at character %1</source>
+        <translation>eine Zeichenkette, die kein UTF-8 ist, bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>a string without end at character %1</source>
+        <translation>eine Zeichenkette ohne Ende bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>a text was expected</source>
+        <translation>ein Text wird erwartet</translation>
+    </message>
+    <message>
+        <source>a value that is not of the field&apos;s type</source>
+        <translation>ein Wert, der nicht vom Typ des Feldes ist</translation>
+    </message>
+    <message>
+        <source>a value without a built-in type</source>
+        <translation>ein Wert ohne eingebauten Typ</translation>
+    </message>
+    <message>
+        <source>an array was expected</source>
+        <translation>ein Array wird erwartet</translation>
+    </message>
+    <message>
+        <source>an unknown escape at character %1</source>
+        <translation>eine unbekannte Escape-Folge bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>an unknown kind of node id</source>
+        <translation>eine unbekannte Art von NodeId</translation>
+    </message>
+    <message>
+        <source>dimensions that do not fit the number of elements</source>
+        <translation>Dimensionen, die nicht zur Zahl der Elemente passen</translation>
+    </message>
+    <message>
+        <source>elements of different types</source>
+        <translation>Elemente verschiedener Typen</translation>
+    </message>
+    <message>
+        <source>fields that do not make a %1</source>
+        <translation>Felder, aus denen kein %1 wird</translation>
+    </message>
+    <message>
+        <source>fields were expected</source>
+        <translation>Felder werden erwartet</translation>
+    </message>
+    <message>
+        <source>half a surrogate pair at character %1</source>
+        <translation>ein halbes Surrogatpaar bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>more text after the value at character %1</source>
+        <translation>weiterer Text nach dem Wert bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>nested too deep</source>
+        <translation>zu tief verschachtelt</translation>
+    </message>
+    <message>
+        <source>nested too deep at character %1</source>
+        <translation>zu tief verschachtelt bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>no Base64</source>
+        <translation>kein Base64</translation>
+    </message>
+    <message>
+        <source>no Guid</source>
+        <translation>keine Guid</translation>
+    </message>
+    <message>
+        <source>no ] or , at character %1</source>
+        <translation>kein ] oder , bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>no colon at character %1</source>
+        <translation>kein Doppelpunkt bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>no member name at character %1</source>
+        <translation>kein Name eines Elements bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>no number of its type: %1</source>
+        <translation>keine Zahl dieses Typs: %1</translation>
+    </message>
+    <message>
+        <source>no time</source>
+        <translation>keine Zeit</translation>
+    </message>
+    <message>
+        <source>no value at character %1</source>
+        <translation>kein Wert bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>no } or , at character %1</source>
+        <translation>kein } oder , bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>nobody knows its type</source>
+        <translation>sein Typ ist unbekannt</translation>
+    </message>
+    <message>
+        <source>nobody knows the type %1</source>
+        <translation>der Typ %1 ist unbekannt</translation>
+    </message>
+    <message>
+        <source>rows of different length</source>
+        <translation>Zeilen verschiedener Länge</translation>
+    </message>
+    <message>
+        <source>the text is too long at character %1</source>
+        <translation>der Text ist zu lang bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>too many values at character %1</source>
+        <translation>zu viele Werte bei Zeichen %1</translation>
+    </message>
+    <message>
+        <source>true or false was expected</source>
+        <translation>true oder false wird erwartet</translation>
+    </message>
+</context>
+<context>
     <name>QlumJsonPage</name>
     <message>
         <source>&amp;Copy</source>

@@ -1,12 +1,10 @@
 #include <app/log/qlumtracewords.h>
 
-#include <QCoreApplication>
-#include <QLatin1String>
-#include <QRegularExpression>
-#include <QRegularExpressionMatch>
+#include <app/api/qlumtextpatterns.h>
+
+#include <QString>
 
 #include <array>
-#include <vector>
 
 namespace {
 // What an engineer can do something about; the rest is for developers, and those read the trace.
@@ -84,45 +82,10 @@ constexpr std::array traceTexts{
         "Warning: UaSession - reading the limits of the server failed [Session=%1] [status=%2]"),
     QT_TRANSLATE_NOOP("QlumTraceWords", "Warning: browseBatch - node %1: %2"),
 };
-
-struct Pattern
-{
-    const char* text;
-    QRegularExpression expression;
-};
-
-std::vector<Pattern> makePatterns()
-{
-    std::vector<Pattern> patterns;
-    for (const char* text : traceTexts) {
-        QString expression = QRegularExpression::escape(QLatin1String(text));
-        for (const char* place : {"\\%1", "\\%2", "\\%3"})
-            expression.replace(QLatin1String(place), QStringLiteral("(.*)"));
-        patterns.push_back({text, QRegularExpression(QRegularExpression::anchoredPattern(expression),
-                                                     QRegularExpression::DotMatchesEverythingOption)});
-    }
-    return patterns;
-}
 } // namespace
 
 QString qlumTraceInWords(const QString& text)
 {
-    static const std::vector<Pattern> patterns = makePatterns();
-    for (const Pattern& pattern : patterns) {
-        const QRegularExpressionMatch match = pattern.expression.match(text);
-        if (!match.hasMatch())
-            continue;
-        const QString words = QCoreApplication::translate("QlumTraceWords", pattern.text);
-        switch (match.lastCapturedIndex()) {
-        case 0:
-            return words;
-        case 1:
-            return words.arg(match.captured(1));
-        case 2:
-            return words.arg(match.captured(1), match.captured(2));
-        default:
-            return words.arg(match.captured(1), match.captured(2), match.captured(3));
-        }
-    }
-    return text;
+    static const QlumTextPatterns patterns("QlumTraceWords", traceTexts);
+    return patterns.inWords(text).value_or(text);
 }

@@ -7,6 +7,7 @@
 #include <uabase/values/uastatuscode.h>
 #include <uabase/values/uastring.h>
 #include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumjsonfault.h>
 #include <uawidgets/editors/qlumpagedbytes.h>
 #include <uawidgets/editors/qlumvaluechecks.h>
 #include <uawidgets/qlumformrow.h>
@@ -112,7 +113,7 @@ void QlumJsonPage::read() const
     if (status.isBad())
         m_fault = tr("This JSON text is no value: %1")
                       .arg(qlumCutText(error.isEmpty() ? qlumStatusWords(qlumStatusText(status.code()))
-                                                       : toQString(error)));
+                                                       : qlumJsonFault(toQString(error))));
 }
 
 bool QlumJsonPage::value(UaVariant& value) const

@@ -1,3 +1,4 @@
+#include <app/api/qlumtext.h>
 #include <app/log/qlumlogmeaning.h>
 #include <app/log/qlumlogmodel.h>
 #include <app/mainwindow/qlumdocumentarea.h>
@@ -12,6 +13,11 @@
 #include <app/startup/qlumtranslations.h>
 #include <plugins/dataaccess/parts/qlumnodelist.h>
 #include <uabase/system/uatrace.h>
+#include <uabase/text/uavaluetext.h>
+#include <uabase/values/uastatuscode.h>
+#include <uabase/values/uastring.h>
+#include <uabase/values/uavariant.h>
+#include <uawidgets/editors/qlumjsonfault.h>
 
 #include <QAbstractButton>
 #include <QAction>
@@ -220,6 +226,27 @@ TEST_F(German, ErrorsOfTheLayersBelowAreKnownByTheirOwnWords)
     EXPECT_GT(known.size(), 30);
     for (const QString& text : known)
         EXPECT_TRUE(said.contains(text)) << text.toStdString();
+}
+
+TEST_F(German, WhatIsWrongWithAJsonTextIsSaidInGerman)
+{
+    const auto faultOf = [](const char* json) {
+        UaVariant value;
+        UaString error;
+        EXPECT_TRUE(UaValueText::fromJson(json, nullptr, value, &error).isBad()) << json;
+        EXPECT_NE(qlumJsonFault(toQString(error)), toQString(error)) << json;
+        return qlumJsonFault(toQString(error));
+    };
+    EXPECT_EQ(faultOf(R"({"Type": 11, "Body": 1)"), QStringLiteral("kein } oder , bei Zeichen 23"));
+    EXPECT_EQ(faultOf(R"({"Type": 6, "Body": "5: %1"})"), QStringLiteral("keine Zahl dieses Typs: 5: %1"));
+    for (const char* const json :
+         {"", "{} 1", "[1", "{1}", R"({"a" 1})", "\"\n\"", "\"a", "\"\xFF\"", R"("\q")", R"("\uD800")", "{}",
+          R"({"Type": 6, "Body": true})", R"({"Type": 12, "Body": 1})", R"({"Type": 13, "Body": "x"})",
+          R"({"Type": 15, "Body": "?"})", R"({"Type": 14, "Body": "x"})", R"({"Type": 1, "Body": 1})",
+          R"({"Type": 6, "Body": [1, 2], "Dimensions": [3]})"})
+        faultOf(json);
+    EXPECT_EQ(qlumJsonFault(QStringLiteral("Place.X: a number was expected")),
+              QStringLiteral("Place.X: eine Zahl wird erwartet"));
 }
 
 TEST_F(German, FailuresAndSuccessesInTheLogHaveTheirIcons)
