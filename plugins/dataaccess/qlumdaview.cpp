@@ -13,6 +13,7 @@
 #include <plugins/dataaccess/qlumdawatch.h>
 #include <uabase/values/uastatus.h>
 #include <uawidgets/editors/qlumvaluedelegate.h>
+#include <uawidgets/qlumelidedlabel.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumnodecommands.h>
 #include <uawidgets/qlumviewheading.h>
@@ -269,12 +270,10 @@ QWidget* QlumDaView::makeVerdictPage()
 
 QWidget* QlumDaView::makeStatusLine()
 {
-    m_traffic = new QLabel;
+    m_traffic = new QlumElidedLabel;
     m_traffic->setObjectName(QStringLiteral("dataTraffic"));
     m_traffic->setAccessibleName(tr("Traffic"));
-    m_traffic->setTextFormat(Qt::PlainText);
     m_traffic->setMargin(2);
-    m_traffic->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // what it says moves nothing
     return m_traffic;
 }
 

@@ -52,6 +52,7 @@ class QlumDaDelegate;
 class QlumDaFilter;
 class QlumDaPlot;
 class QlumDaWatch;
+class QlumElidedLabel;
 class QlumVariableIntake;
 class QlumViewHeading;
 class QlumViewState;
@@ -208,7 +209,7 @@ private:
     QLabel* m_verdictWord = nullptr;
     QLabel* m_verdictReason = nullptr;
     QPushButton* m_remedy = nullptr;
-    QLabel* m_traffic = nullptr;
+    QlumElidedLabel* m_traffic = nullptr;
     QlumDaPlot* m_plot = nullptr;
     QlumActionTable m_actions;
     QlumDaPart* m_newValues = nullptr;

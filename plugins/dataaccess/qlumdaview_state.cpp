@@ -14,6 +14,7 @@
 #include <plugins/dataaccess/qlumdawatch.h>
 #include <uabase/values/uadatavalue.h>
 #include <uabase/values/uastatus.h>
+#include <uawidgets/qlumelidedlabel.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/table/qlumstatuslook.h>
 

@@ -1,24 +1,21 @@
 #include <plugins/datalogger/qlumloggerpanel.h>
 
+#include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
 #include <uabase/values/uadatetime.h>
+#include <uawidgets/qlumelidedlabel.h>
 #include <uawidgets/qlumwrappingbar.h>
 #include <uawidgets/table/qlumstatuslook.h>
 
 #include <QFont>
-#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
 #include <QLocale>
 #include <QPalette>
-#include <QSizePolicy>
 #include <QString>
 #include <QVBoxLayout>
 #include <QWidget>
-
-#include <algorithm>
-
 QString qlumLoggerBytes(qint64 bytes)
 {
     return bytes < 0 ? QStringLiteral("?") : QLocale().formattedDataSize(bytes);
@@ -26,7 +23,7 @@ QString qlumLoggerBytes(qint64 bytes)
 
 QlumLoggerPanel::QlumLoggerPanel(QWidget* parent)
     : QWidget(parent), m_icon(new QLabel), m_state(makeFigure("loggerState", tr("State"))),
-      m_path(makeFigure("loggerPath", tr("File"))), m_since(makeFigure("loggerSince", tr("Recording since"))),
+      m_path(new QlumElidedLabel(Qt::ElideMiddle)), m_since(makeFigure("loggerSince", tr("Recording since"))),
       m_records(makeFigure("loggerRecords", tr("Records"))), m_rate(makeFigure("loggerRate", tr("Rate"))),
       m_queue(makeFigure("loggerQueue", tr("Queue"))), m_size(makeFigure("loggerSize", tr("Size"))),
       m_free(makeFigure("loggerFree", tr("Free space"))), m_lost(makeFigure("loggerLost", tr("Lost"))),
@@ -38,8 +35,8 @@ QlumLoggerPanel::QlumLoggerPanel(QWidget* parent)
     m_queue->setToolTip(tr("Values that wait to be written, and how many may."));
     m_lost->setToolTip(tr("Values that could not be recorded because the disk was too slow or full. Marks in "
                           "the recording say when."));
-    m_path->setWordWrap(false);
-    m_path->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_path->setObjectName(QStringLiteral("loggerPath"));
+    m_path->setAccessibleName(tr("File"));
     m_error->setWordWrap(true);
     auto* top = new QHBoxLayout;
     top->addWidget(m_icon);
@@ -143,9 +140,8 @@ void QlumLoggerPanel::show(const recording::RecorderStatus& status, bool isStopp
     if (status.lost > 0)
         lostPalette.setColor(QPalette::WindowText, qlumStatusColor(QlumStatusLevel::Bad, palette()));
     m_lost->setPalette(lostPalette);
-    m_path->setText(
-        m_path->fontMetrics().elidedText(status.path, Qt::ElideMiddle, std::max(100, m_path->width())));
-    m_path->setToolTip(status.path);
+    m_path->setText(status.path);
+    m_path->setToolTip(qlumPlainToolTip(status.path));
     m_error->setVisible(!status.error.isEmpty());
     m_error->setText(tr("Last error, %1: %2").arg(qlumShowDateTime(status.errorTime), status.error));
 }

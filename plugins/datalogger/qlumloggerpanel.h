@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QLabel;
+class QlumElidedLabel;
 
 /// The state of a recording at a glance.
 class QlumLoggerPanel : public QWidget
@@ -24,7 +25,7 @@ private:
 
     QLabel* m_icon;
     QLabel* m_state;
-    QLabel* m_path;
+    QlumElidedLabel* m_path;
     QLabel* m_since;
     QLabel* m_records;
     QLabel* m_rate;

@@ -1,10 +1,13 @@
 #include <app/api/qlumconnectionstatus.h>
+#include <uawidgets/qlumelidedlabel.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumwrappingbar.h>
 
+#include <QChar>
 #include <QDate>
 #include <QDateTime>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -117,6 +120,29 @@ TEST_F(ViewHeading, FollowsOnceASecondAndOnlyWhileItIsSeen)
     EXPECT_GE(timer->interval(), 1000);
     heading.hide();
     EXPECT_FALSE(timer->isActive());
+}
+
+TEST(ElidedLabel, IsCutWithDotsWhereItsRoomEndsAndWidensNothing)
+{
+    const QString text = QStringLiteral("/home/somebody/recordings & more/plant.sqlite");
+    QlumElidedLabel end, middle(Qt::ElideMiddle);
+    for (QlumElidedLabel* const label : {&end, &middle}) {
+        label->setText(text);
+        label->resize(label->fontMetrics().horizontalAdvance(text) + 4, 30);
+        EXPECT_EQ(label->shownText(), text);
+        label->resize(label->width() / 2, 30);
+        EXPECT_LE(label->fontMetrics().horizontalAdvance(label->shownText()), label->width());
+        EXPECT_TRUE(label->shownText().contains(QChar(0x2026)));
+        EXPECT_LT(label->minimumSizeHint().width(), 40);
+    }
+    EXPECT_TRUE(end.shownText().startsWith("/home/somebody"));
+    EXPECT_TRUE(middle.shownText().endsWith("sqlite"));
+    const auto isDrawn = [](QlumElidedLabel& label) {
+        const QImage image = label.grab().toImage();
+        label.setText(QString());
+        return image != label.grab().toImage();
+    };
+    EXPECT_TRUE(isDrawn(end));
 }
 
 TEST(WrappingBar, KeepsAllInsideAndGivesWhatIsLeftToFields)
