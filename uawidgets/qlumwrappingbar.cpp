@@ -1,6 +1,7 @@
 #include <uawidgets/qlumwrappingbar.h>
 
 #include <QEvent>
+#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPoint>
@@ -27,13 +28,32 @@ bool grows(const QWidget& widget)
     return (policy & (QSizePolicy::ExpandFlag | QSizePolicy::IgnoreFlag)) != 0;
 }
 
-QSize leastSize(const QWidget& widget)
+const QLabel* wrapped(const QWidget& widget)
 {
+    const auto* label = qobject_cast<const QLabel*>(&widget);
+    return label && label->wordWrap() ? label : nullptr;
+}
+
+int fewCharacters(const QWidget& widget)
+{
+    return widget.fontMetrics().averageCharWidth() * leastCharacters;
+}
+
+// Which it has at least, in a bar of that width.
+QSize leastSize(const QWidget& widget, int room)
+{
+    if (const QLabel* label = wrapped(widget)) {
+        const QFontMetrics metrics = label->fontMetrics();
+        const int line = metrics.size(0, label->text()).width() + metrics.averageCharWidth();
+        const int width = std::clamp(line, 1, std::max(1, room));
+        return {width, label->heightForWidth(width)};
+    }
     const QSize wanted = widget.sizeHint();
     if (!grows(widget))
         return wanted.expandedTo(widget.minimumSize());
-    const int characters = widget.fontMetrics().averageCharWidth() * leastCharacters;
-    return QSize(characters, wanted.height()).expandedTo(widget.minimumSize());
+    return QSize(fewCharacters(widget), wanted.height())
+        .expandedTo(widget.minimumSizeHint())
+        .expandedTo(widget.minimumSize());
 }
 } // namespace
 
@@ -51,6 +71,8 @@ void QlumWrappingBar::add(QLabel* label, QWidget* field)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(label);
     layout->addWidget(field, 1);
+    if (grows(*field))
+        pair->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     label->setBuddy(field);
     add(pair);
 }
@@ -82,7 +104,7 @@ std::vector<QRect> QlumWrappingBar::places(int width) const
         }
     };
     for (const QWidget* button : m_buttons) {
-        const QSize size = isAway(*button) ? QSize(0, 0) : leastSize(*button);
+        const QSize size = isAway(*button) ? QSize(0, 0) : leastSize(*button, width - 2 * gap);
         if (x > gap && x + size.width() + gap > width) {
             endRow();
             x = gap;
@@ -111,7 +133,7 @@ QSize QlumWrappingBar::sizeHint() const
     int width = gap;
     for (const QWidget* button : m_buttons)
         if (!isAway(*button))
-            width += leastSize(*button).width() + gap;
+            width += leastSize(*button, QWIDGETSIZE_MAX).width() + gap;
     return {width, heightForWidth(width)};
 }
 
@@ -119,7 +141,8 @@ QSize QlumWrappingBar::minimumSizeHint() const
 {
     int widest = 0;
     for (const QWidget* button : m_buttons)
-        widest = std::max(widest, leastSize(*button).width());
+        if (!isAway(*button))
+            widest = std::max(widest, leastSize(*button, fewCharacters(*button)).width());
     return {widest + 2 * gap, sizeHint().height()};
 }
 

@@ -10,7 +10,7 @@ class QRect;
 class QResizeEvent;
 
 /// Puts its buttons into as many rows as the window needs, however narrow it is. Fields that want to grow
-/// share the room that is left in their row.
+/// share the room that is left in their row; labels that wrap stay in one line where they can.
 class QlumWrappingBar : public QWidget
 {
     Q_OBJECT

@@ -17,6 +17,7 @@
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlumbugreport.h>
 #include <app/mainwindow/qlumdocumentarea.h>
+#include <app/mainwindow/qlumdocumentstack.h>
 #include <app/mainwindow/qlumfindcommands.h>
 #include <app/mainwindow/qlumhelppages.h>
 #include <app/mainwindow/qlumhelpviewer.h>
@@ -72,7 +73,6 @@
 #include <QScrollArea>
 #include <QSettings>
 #include <QSize>
-#include <QStackedWidget>
 #include <QStatusBar>
 #include <QString>
 #include <QStringList>
@@ -102,7 +102,7 @@ void QlumTavelin::setupGui()
 
 QWidget* QlumTavelin::makeCentralWidget()
 {
-    auto* stack = new QStackedWidget(this);
+    auto* stack = new QlumDocumentStack(this);
     stack->setObjectName(QStringLiteral("centralStack"));
     m_tabs = new QTabWidget(stack);
     m_tabs->setObjectName(QStringLiteral("documents"));

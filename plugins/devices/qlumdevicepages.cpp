@@ -6,6 +6,7 @@
 #include <plugins/devices/qlumdevicewords.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/qlumwrappingbar.h>
 
 #include <QAbstractItemView>
 #include <QHBoxLayout>
@@ -14,6 +15,7 @@
 #include <QLocale>
 #include <QModelIndex>
 #include <QPushButton>
+#include <QSizePolicy>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -39,14 +41,12 @@ QLabel* deviceLabel(const char* name)
 
 void fillPage(QWidget* page, std::initializer_list<QWidget*> buttons, QWidget* view)
 {
-    auto* row = new QHBoxLayout;
-    row->setContentsMargins(4, 0, 4, 0);
+    auto* row = new QlumWrappingBar;
     for (QWidget* const button : buttons)
-        row->addWidget(button);
-    row->addStretch(1);
+        row->add(button);
     auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 4, 0, 0);
-    layout->addLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(row);
     layout->addWidget(view, 1);
 }
 } // namespace
@@ -212,7 +212,7 @@ void QlumDeviceTransferPage::clear()
 // ---- lock
 
 QlumDeviceLockBar::QlumDeviceLockBar(QWidget* parent)
-    : QWidget(parent), m_text(deviceLabel("deviceLockText")),
+    : QlumWrappingBar(parent), m_text(deviceLabel("deviceLockText")),
       m_lock(deviceButton("deviceLock", tr("&Lock"),
                           tr("Lock the device, so that nobody else changes it meanwhile"))),
       m_unlock(deviceButton("deviceUnlock", tr("&Unlock"), tr("Let others change the device again"))),
@@ -220,11 +220,10 @@ QlumDeviceLockBar::QlumDeviceLockBar(QWidget* parent)
                            tr("End the lock of somebody else; servers let administrators do that")))
 {
     setObjectName(QStringLiteral("deviceLockBar"));
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(4, 2, 4, 2);
-    row->addWidget(m_text, 1);
+    m_text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    add(m_text);
     for (QPushButton* const button : {m_lock, m_unlock, m_break})
-        row->addWidget(button);
+        add(button);
     connect(m_lock, &QPushButton::clicked, this, &QlumDeviceLockBar::lockWanted);
     connect(m_unlock, &QPushButton::clicked, this, &QlumDeviceLockBar::unlockWanted);
     connect(m_break, &QPushButton::clicked, this, &QlumDeviceLockBar::breakWanted);

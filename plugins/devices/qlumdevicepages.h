@@ -3,6 +3,7 @@
 #include <app/api/qlumapplicationinterface.h>
 #include <plugins/devices/qlumdeviceclient.h>
 #include <plugins/devices/qlumdevicedata.h>
+#include <uawidgets/qlumwrappingbar.h>
 
 #include <QString>
 #include <QWidget>
@@ -91,7 +92,7 @@ private:
 };
 
 /// Who may change the device just now, and the commands for that.
-class QlumDeviceLockBar : public QWidget
+class QlumDeviceLockBar : public QlumWrappingBar
 {
     Q_OBJECT
 public:

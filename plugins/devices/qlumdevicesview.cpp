@@ -11,6 +11,7 @@
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumnodecommands.h>
+#include <uawidgets/qlumturningsplitter.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
@@ -79,7 +80,8 @@ QlumDevicesView::QlumDevicesView(QlumApplicationInterface& application,
     rightLayout->setContentsMargins(0, 0, 0, 0);
     rightLayout->addWidget(m_lockBar);
     rightLayout->addWidget(m_tabs, 1);
-    auto* splitter = new QSplitter;
+    right->setMinimumWidth(fontMetrics().averageCharWidth() * 45); // else its tables show next to nothing
+    auto* splitter = new QlumTurningSplitter;
     splitter->setObjectName(QStringLiteral("devicesSplitter"));
     splitter->addWidget(makeTree());
     splitter->addWidget(right);

@@ -7,6 +7,7 @@
 #include <uabase/uapkicpp/uapkiidentity.h>
 #include <uabase/values/uastring.h>
 #include <uawidgets/qlumformrow.h>
+#include <uawidgets/qlumwrappingbar.h>
 
 #include <QComboBox>
 #include <QFont>
@@ -18,6 +19,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QSizePolicy>
 #include <QSpinBox>
 #include <QStringList>
 #include <QVBoxLayout>
@@ -28,6 +30,7 @@
 namespace {
 constexpr int usualDays = 730;
 constexpr int mostDays = 7300;
+constexpr int shownCharacters = 12;
 
 QString subjectOf(const UaPkiIdentity& name)
 {
@@ -58,6 +61,10 @@ QlumPushCertificatePage::QlumPushCertificatePage(QWidget* parent)
       m_pendingText(new QLabel)
 {
     setObjectName(QStringLiteral("pushCertificatePage"));
+    for (QComboBox* const names : {m_group, m_type}) { // which the server has made
+        names->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        names->setMinimumContentsLength(shownCharacters);
+    }
     auto* form = new QFormLayout;
     makeWhat(form);
     auto* layout = new QVBoxLayout(this);
@@ -120,7 +127,7 @@ QGroupBox* QlumPushCertificatePage::makeKeyBox()
     auto* box = new QGroupBox(tr("Private key"));
     m_newKey = new QRadioButton(tr("The server makes a &new key"));
     m_oldKey = new QRadioButton(tr("The server &keeps its key"));
-    m_ownKey = new QRadioButton(tr("The key is made here and &sent to the server, as"));
+    m_ownKey = new QRadioButton(tr("The key is made here and &sent, as"));
     qlumDescribeField(m_newKey, {QStringLiteral("pushNewKey"), m_newKey->text(), {}, {}});
     qlumDescribeField(m_oldKey, {QStringLiteral("pushOldKey"), m_oldKey->text(), {}, {}});
     qlumDescribeField(m_ownKey,
@@ -133,14 +140,13 @@ QGroupBox* QlumPushCertificatePage::makeKeyBox()
     m_newKey->setChecked(true);
     for (QRadioButton* const radio : {m_newKey, m_oldKey, m_ownKey})
         connect(radio, &QRadioButton::toggled, this, &QlumPushCertificatePage::updateButtons);
-    auto* sent = new QHBoxLayout;
-    sent->addWidget(m_ownKey);
-    sent->addWidget(m_format);
-    sent->addStretch(1);
+    auto* sent = new QlumWrappingBar;
+    sent->add(m_ownKey);
+    sent->add(m_format);
     auto* layout = new QVBoxLayout(box);
     layout->addWidget(m_newKey);
     layout->addWidget(m_oldKey);
-    layout->addLayout(sent);
+    layout->addWidget(sent);
     return box;
 }
 
@@ -170,26 +176,25 @@ QGroupBox* QlumPushCertificatePage::makeSignerBox()
     connect(m_make, &QPushButton::clicked, this, &QlumPushCertificatePage::makeWanted);
     connect(m_request, &QPushButton::clicked, this, &QlumPushCertificatePage::requestWanted);
     connect(m_answer, &QPushButton::clicked, this, &QlumPushCertificatePage::answerWanted);
-    auto* own = new QHBoxLayout;
-    own->addWidget(m_authority, 1);
-    own->addWidget(m_newAuthority);
-    own->addWidget(m_exportAuthority);
+    auto* own = new QlumWrappingBar;
+    m_authority->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    for (QWidget* const one : std::initializer_list<QWidget*>{m_authority, m_newAuthority, m_exportAuthority})
+        own->add(one);
     auto* made = new QHBoxLayout;
     made->addWidget(new QLabel(tr("Valid for:")));
     made->addWidget(m_days);
     made->addStretch(1);
     made->addWidget(m_make);
-    auto* others = new QHBoxLayout;
-    others->addStretch(1);
-    others->addWidget(m_request);
-    others->addWidget(m_answer);
+    auto* others = new QlumWrappingBar;
+    others->add(m_request);
+    others->add(m_answer);
     auto* somebody = new QLabel(tr("Or somebody else, who gets a file and sends one back:"));
     somebody->setWordWrap(true);
     auto* layout = new QVBoxLayout(box);
-    layout->addLayout(own);
+    layout->addWidget(own);
     layout->addLayout(made);
     layout->addWidget(somebody);
-    layout->addLayout(others);
+    layout->addWidget(others);
     return box;
 }
 
@@ -208,13 +213,12 @@ QWidget* QlumPushCertificatePage::makeChangesBar()
     connect(m_apply, &QPushButton::clicked, this, &QlumPushCertificatePage::applyWanted);
     connect(m_cancel, &QPushButton::clicked, this, &QlumPushCertificatePage::cancelWanted);
     connect(m_reset, &QPushButton::clicked, this, &QlumPushCertificatePage::resetWanted);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
+    auto* buttons = new QlumWrappingBar;
     for (QPushButton* const one : {m_apply, m_cancel, m_reset})
-        buttons->addWidget(one);
+        buttons->add(one);
     auto* layout = new QVBoxLayout(box);
     layout->addWidget(m_pendingText);
-    layout->addLayout(buttons);
+    layout->addWidget(buttons);
     return box;
 }
 

@@ -8,6 +8,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/qlumwrappingbar.h>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -18,6 +19,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QSizePolicy>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -102,11 +104,8 @@ QPushButton* QlumPushListPage::button(const QString& name, const QString& text, 
 
 QWidget* QlumPushListPage::makeBar()
 {
-    auto* bar = new QWidget;
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(0, 0, 0, 0);
+    auto* bar = new QlumWrappingBar;
     auto* label = new QLabel(tr("Certificate &group:"));
-    label->setBuddy(m_group);
     qlumDescribeField(m_group,
                       {QStringLiteral("pushGroup"),
                        tr("Certificate &group:"),
@@ -129,17 +128,18 @@ QWidget* QlumPushListPage::makeBar()
             emit readWanted();
     });
     connect(m_atOnce, &QCheckBox::toggled, this, &QlumPushListPage::updateButtons);
-    m_group->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    layout->addWidget(label);
-    layout->addWidget(m_group, 1);
-    layout->addWidget(m_read);
-    layout->addWidget(m_atOnce);
+    m_group->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_group->setMinimumContentsLength(12);
+    m_group->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    bar->add(label, m_group);
+    bar->add(m_read);
+    bar->add(m_atOnce);
     return bar;
 }
 
 QWidget* QlumPushListPage::makeButtons()
 {
-    auto* bar = new QWidget;
+    auto* bar = new QlumWrappingBar;
     m_add = button(QStringLiteral("pushAdd"), tr("&Add File..."),
                    tr("Add the certificates or the revocation list of a file to this part"));
     m_remove = button(QStringLiteral("pushRemove"), tr("Re&move"), tr("Remove what is selected"));
@@ -161,18 +161,8 @@ QWidget* QlumPushListPage::makeButtons()
     connect(m_show, &QPushButton::clicked, this, [this] { emit showWanted(table(shownPart())->current()); });
     connect(m_undo, &QPushButton::clicked, this, &QlumPushListPage::sltUndo);
     connect(m_write, &QPushButton::clicked, this, &QlumPushListPage::writeWanted);
-    auto* ofRows = new QHBoxLayout;
-    for (QPushButton* const one : {m_add, m_fromStore, m_manager, m_remove, m_show})
-        ofRows->addWidget(one);
-    ofRows->addStretch(1);
-    auto* ofList = new QHBoxLayout;
-    ofList->addStretch(1);
-    ofList->addWidget(m_undo);
-    ofList->addWidget(m_write);
-    auto* layout = new QVBoxLayout(bar); // one row would be wider than a document beside the docks
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(ofRows);
-    layout->addLayout(ofList);
+    for (QPushButton* const one : {m_add, m_fromStore, m_manager, m_remove, m_show, m_undo, m_write})
+        bar->add(one);
     return bar;
 }
 

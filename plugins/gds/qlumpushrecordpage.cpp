@@ -3,6 +3,7 @@
 #include <app/api/qlumtext.h>
 #include <plugins/gds/qlumpushplandialog.h>
 #include <uawidgets/qlumformrow.h>
+#include <uawidgets/qlumwrappingbar.h>
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -36,13 +37,12 @@ QlumPushRecordPage::QlumPushRecordPage(QWidget* parent) : QWidget(parent), m_tex
     qlumDescribeField(keep, {QStringLiteral("pushRecordSave"), tr("Sa&ve Record..."), {}, {}});
     connect(copy, &QPushButton::clicked, this, [this] { QGuiApplication::clipboard()->setText(text()); });
     connect(keep, &QPushButton::clicked, this, &QlumPushRecordPage::save);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(copy);
-    buttons->addWidget(keep);
+    auto* buttons = new QlumWrappingBar;
+    buttons->add(copy);
+    buttons->add(keep);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_text, 1);
-    layout->addLayout(buttons);
+    layout->addWidget(buttons);
 }
 
 void QlumPushRecordPage::add(const QString& server, const QString& user,

@@ -25,6 +25,7 @@
 #include <uawidgets/plot/qlumsamplestore.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumnodecommands.h>
+#include <uawidgets/qlumturningsplitter.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/qlumwrappingbar.h>
@@ -97,9 +98,10 @@ QlumTrendViewDocument::QlumTrendViewDocument(QlumApplicationInterface& applicati
     setObjectName(QStringLiteral("historyTrendView"));
     setAccessibleName(tr("History Trend View"));
     setAcceptDrops(true);
-    auto* splitter = new QSplitter(Qt::Horizontal, this);
+    auto* splitter = new QlumTurningSplitter(this);
     splitter->setObjectName(QStringLiteral("trendSplitter"));
-    splitter->addWidget(makeLeft());
+    auto* left = makeLeft();
+    splitter->addWidget(left);
     m_tabs = new QTabWidget(splitter);
     m_tabs->setObjectName(QStringLiteral("trendTabs"));
     m_tabs->setAccessibleName(tr("Values"));
@@ -109,6 +111,11 @@ QlumTrendViewDocument::QlumTrendViewDocument(QlumApplicationInterface& applicati
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
     m_state->keep(splitter, QStringLiteral("splitter"));
+    const auto turnLeft = [left](Qt::Orientation way) { // three above each other would leave none enough room
+        left->setOrientation(way == Qt::Horizontal ? Qt::Vertical : Qt::Horizontal);
+    };
+    turnLeft(splitter->orientation());
+    connect(splitter, &QlumTurningSplitter::turned, left, turnLeft);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -151,7 +158,7 @@ void QlumTrendViewDocument::letBeSmall(QComboBox* names)
     names->setMinimumContentsLength(shownCharacters);
 }
 
-QWidget* QlumTrendViewDocument::makeLeft()
+QSplitter* QlumTrendViewDocument::makeLeft()
 {
     auto* left = new QSplitter(Qt::Vertical);
     left->setObjectName(QStringLiteral("trendLeft"));

@@ -18,6 +18,7 @@
 #include <QMap>
 #include <QSet>
 #include <QSettings>
+#include <QSplitter>
 #include <QString>
 #include <QStringList>
 #include <QTimer>
@@ -137,7 +138,7 @@ private:
     // ---- widgets and items
     static void makeCompact(QTableView* view, std::initializer_list<int> timeColumns);
     static void letBeSmall(QComboBox* names);
-    [[nodiscard]] QWidget* makeLeft();
+    [[nodiscard]] QSplitter* makeLeft();
     [[nodiscard]] QWidget* makeItems();
     [[nodiscard]] QWidget* makeHistoryData();
     [[nodiscard]] QWidget* makeBar();

@@ -7,6 +7,7 @@
 #include <uabase/values/uanodeid.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/qlumwrappingbar.h>
 #include <uawidgets/table/qlumtable.h>
 
 #include <QAbstractItemModel>
@@ -235,8 +236,8 @@ QWidget* QlumPerformancePanel::makeFields()
 QWidget* QlumPerformancePanel::makeCommands()
 {
     auto* commands = new QWidget;
-    auto* grid = new QGridLayout(commands);
-    grid->setContentsMargins(0, 0, 0, 0);
+    auto* layout = new QVBoxLayout(commands);
+    layout->setContentsMargins(0, 0, 0, 0);
     const auto make = [this](const char* name, const QString& text, const QString& help,
                              void (QlumPerformancePanel::*signal)()) {
         auto* button = new QPushButton(text);
@@ -263,15 +264,15 @@ QWidget* QlumPerformancePanel::makeCommands()
     m_activity->setObjectName(QStringLiteral("measureActivity"));
     m_progress->setObjectName(QStringLiteral("measureProgress"));
     m_progress->setAccessibleName(tr("Progress of the run"));
-    grid->addWidget(m_measure, 0, 0);
-    grid->addWidget(m_compare, 0, 1);
-    grid->addWidget(m_sweepNodes, 1, 0);
-    grid->addWidget(m_sweepOutstanding, 1, 1);
-    grid->addWidget(m_activity, 2, 0, 1, 2);
+    auto* buttons = new QlumWrappingBar;
+    for (QPushButton* button : {m_measure, m_compare, m_sweepNodes, m_sweepOutstanding})
+        buttons->add(button);
+    layout->addWidget(buttons);
+    layout->addWidget(m_activity);
     auto* row = new QHBoxLayout;
     row->addWidget(m_progress, 1);
     row->addWidget(m_cancel);
-    grid->addLayout(row, 3, 0, 1, 2);
+    layout->addLayout(row);
     return commands;
 }
 

@@ -15,6 +15,7 @@
 #include <uawidgets/plot/qlumplotcurve.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumnodecommands.h>
+#include <uawidgets/qlumturningsplitter.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/table/qlumtable.h>
@@ -80,7 +81,7 @@ QlumPerformanceView::QlumPerformanceView(QlumApplicationInterface& application,
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setWidget(m_panel);
     scroll->setMinimumWidth(m_panel->minimumSizeHint().width());
-    auto* across = new QSplitter(Qt::Horizontal);
+    auto* across = new QlumTurningSplitter;
     across->setObjectName(QStringLiteral("performanceSplitter"));
     across->addWidget(scroll);
     across->addWidget(makeResults());

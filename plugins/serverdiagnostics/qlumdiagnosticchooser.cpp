@@ -47,7 +47,8 @@ QWidget* QlumDiagnosticChooser::makeBar(const Names& names)
     m_list->setModel(m_model);
     m_list->setModelColumn(0);
     m_list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_list->setMinimumContentsLength(24);
+    m_list->setMinimumContentsLength(12);
+    m_list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     qlumDescribeField(m_list, {names.object + QStringLiteral("List"), names.label, {}, {}});
     m_refresh = new QPushButton(names.refresh);
     m_refresh->setObjectName(names.object + QStringLiteral("Refresh"));

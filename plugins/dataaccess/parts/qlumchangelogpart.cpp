@@ -79,6 +79,7 @@ QWidget* QlumChangeLogPart::makePage()
     m_summary = new QLabel(page);
     m_summary->setObjectName(QStringLiteral("changeLogSummary"));
     m_summary->setTextFormat(Qt::PlainText);
+    m_summary->setWordWrap(true);
     auto* bar = new QToolBar(page);
     bar->setObjectName(QStringLiteral("changeLogBar"));
     bar->addActions(

@@ -1,6 +1,7 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <uawidgets/qlumelidedlabel.h>
 #include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumturningsplitter.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumwrappingbar.h>
 
@@ -10,7 +11,9 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QList>
 #include <QPushButton>
+#include <QSizePolicy>
 #include <QString>
 #include <QStringList>
 #include <QTest>
@@ -191,3 +194,55 @@ TEST_F(ViewHeading, SaysTheStateByAWordAndNamesAsText)
     EXPECT_EQ(heading.findChild<QLabel*>("node")->textFormat(), Qt::PlainText);
 }
 } // namespace
+
+TEST(WrappingBar, KeepsATextInOneLineAsLongAsItHasTheRoom)
+{
+    QWidget window;
+    QlumWrappingBar bar(&window);
+    auto* text = new QLabel("The conveyor in hall 3 is locked by somebody else.");
+    text->setWordWrap(true);
+    text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    auto* button = new QPushButton("Break the lock");
+    bar.add(text);
+    bar.add(button);
+    window.show();
+    const int line = text->fontMetrics().height();
+    const int words = text->fontMetrics().horizontalAdvance(text->text());
+    bar.resize(words + button->sizeHint().width() + 50, 100);
+    EXPECT_LT(text->height(), 2 * line);
+    EXPECT_LT(button->geometry().top(), text->geometry().bottom()) << "beside it";
+    bar.resize(words + 20, 100);
+    EXPECT_LT(text->height(), 2 * line) << "the button gives way";
+    EXPECT_GT(button->geometry().top(), text->geometry().bottom());
+    bar.resize(words / 2 + 20, 100);
+    EXPECT_GE(text->height(), 2 * line);
+    EXPECT_TRUE(bar.rect().contains(text->geometry()));
+    EXPECT_LT(bar.minimumSizeHint().width(), words / 2);
+}
+
+TEST(TurningSplitter, PutsPartsBelowEachOtherWhereTheyHaveNoRoomAndKeepsTheUsersSizes)
+{
+    QWidget window;
+    QlumTurningSplitter splitter(&window);
+    auto* list = new QWidget;
+    auto* details = new QWidget;
+    list->setMinimumSize(200, 50);
+    details->setMinimumSize(300, 60);
+    splitter.addWidget(list);
+    splitter.addWidget(details);
+    splitter.resize(1000, 400);
+    window.show();
+    splitter.setSizes({400, 600});
+    const QList<int> chosen = splitter.sizes();
+    ASSERT_EQ(list->y(), details->y());
+    EXPECT_EQ(splitter.minimumSizeHint().width(), 300) << "however it stands";
+    splitter.resize(450, 400);
+    EXPECT_EQ(list->x(), details->x());
+    EXPECT_GT(details->y(), list->geometry().bottom());
+    splitter.resize(1000, 400);
+    EXPECT_EQ(splitter.sizes(), chosen);
+    details->setMinimumWidth(900);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return splitter.orientation() == Qt::Vertical; })) << "needs more now";
+    details->hide();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return splitter.orientation() == Qt::Horizontal; }));
+}

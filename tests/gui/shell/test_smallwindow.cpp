@@ -3,8 +3,11 @@
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/startup/qlumtranslations.h>
 
+#include <QCoreApplication>
 #include <QDockWidget>
 #include <QList>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSettings>
 #include <QSize>
 #include <QString>
@@ -70,16 +73,23 @@ TEST_P(SmallWindow, HasRoomForTheStartPageAndDocumentsOfEveryType)
     }
 }
 
-// Those whose bars and figures go into several rows; the others are wider still, and are scrolled.
-TEST_P(SmallWindow, ShowsDocumentsOfOneColumnWithoutScrollingSideways)
+TEST_P(SmallWindow, ShowsDocumentsOfEveryTypeWithoutScrollingSideways)
 {
     QlumDocumentArea* documents = window->documents();
     const QTabWidget* tabs = window->centralTabWidget();
-    for (const char* type : {"Data Logger View", "Event View", "Image Viewer"}) {
-        ASSERT_NE(documents->add(QLatin1String(type), QStringLiteral("Narrow")), nullptr) << type;
+    const auto* place = qobject_cast<QScrollArea*>(window->centralWidget());
+    ASSERT_NE(place, nullptr);
+    for (const QlumDocumentType& type : documents->types()) {
+        ASSERT_NE(documents->add(type.type, type.freeName), nullptr) << type.type.toStdString();
         const int width = tabs->currentWidget()->minimumSizeHint().width();
-        EXPECT_LE(width, narrowestDocument) << type << "\n"
+        EXPECT_LE(width, narrowestDocument) << type.type.toStdString() << "\n"
                                             << widest(*tabs->currentWidget(), narrowestDocument / 2);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(place->horizontalScrollBar()->maximum(), 0)
+            << type.type.toStdString() << "\n"
+            << widest(*tabs->currentWidget(), narrowestDocument * 3 / 4);
+        EXPECT_LT(place->verticalScrollBar()->maximum(), place->viewport()->height() / 2)
+            << type.type.toStdString() << " is given more than it needs";
         documents->clear();
     }
 }
