@@ -161,8 +161,8 @@ QString QlumViewHeading::ageText(const QDateTime& now) const
     if (age < 0 || age >= day) // also when somebody has set the clock
         return qlumShowMinute(m_received);
     if (age < 2)
-        return tr("now");
+        return tr("received now"); // it stands beside the state of the connection, whose age it is not
     if (age < minute)
-        return tr("%1 s ago").arg(age);
-    return age < hour ? tr("%1 min ago").arg(age / minute) : tr("%1 h ago").arg(age / hour);
+        return tr("received %1 s ago").arg(age);
+    return age < hour ? tr("received %1 min ago").arg(age / minute) : tr("received %1 h ago").arg(age / hour);
 }

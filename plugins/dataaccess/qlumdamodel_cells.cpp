@@ -47,6 +47,11 @@ QString longTime(OpcUa_DateTime time)
     return qlumShowDateTime(time);
 }
 
+bool isDoubtful(QlumStatusLevel level)
+{
+    return level == QlumStatusLevel::Bad || level == QlumStatusLevel::Uncertain;
+}
+
 QVariant numberOrNothing(double number)
 {
     return std::isnan(number) ? QVariant() : QVariant(number);
@@ -257,7 +262,8 @@ QString QlumDaModel::toolTip(const QlumDataItem& item, int column) const
     case Value:
         if (const QString fault = writeFault(item); !fault.isEmpty())
             return tr("Not written: %1").arg(fault);
-        return valueText(item);
+        return isDoubtful(level(item)) ? QStringLiteral("%1 (%2)").arg(valueText(item), statusText(item))
+                                       : valueText(item);
     case Received:
     case Age:
         return item.received == 0 ? QString() : longTime(item.received);
@@ -279,6 +285,8 @@ QVariant QlumDaModel::look(const QlumDataItem& item, int column, int role) const
         return qlumStatusCell(verdict(item).level, role);
     if (column == Value && !writeFault(item).isEmpty())
         return qlumStatusCell(QlumStatusLevel::Bad, role);
+    if (column == Value && isDoubtful(level(item))) // the column of the status may be out of sight
+        return qlumStatusCell(level(item), role);
     const bool isRevised =
         item.state == QlumDataState::Watched &&
         ((column == Queue && item.revisedQueue != settingsOf(item).queueSize) ||

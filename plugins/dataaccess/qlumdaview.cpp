@@ -223,11 +223,10 @@ QWidget* QlumDaView::makeBar()
     m_progress->setObjectName(QStringLiteral("dataProgress"));
     m_progress->setAccessibleName(tr("Variables that are added"));
     m_progress->hide();
-    auto* commands = new QToolButton;
+    auto* commands = new QPushButton;
     commands->setObjectName(QStringLiteral("dataCommands"));
     commands->setText(tr("&Commands"));
     commands->setToolTip(tr("What can be done with rows and with the view."));
-    commands->setPopupMode(QToolButton::InstantPopup);
     m_menu = new QMenu(commands);
     m_menu->addActions(m_actions.list({EditValue, OpenValue, AddParts, Plot, EndPlot, RowSettings,
                                        ViewSettings, AskAgain, ResetCounts, MoveUp, MoveDown, Remove}));

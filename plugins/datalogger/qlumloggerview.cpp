@@ -29,6 +29,7 @@
 #include <QLocale>
 #include <QMenu>
 #include <QModelIndex>
+#include <QPushButton>
 #include <QString>
 #include <QStringList>
 #include <QTableView>
@@ -175,11 +176,10 @@ QWidget* QlumLoggerView::makeBar()
     filter->setClearButtonEnabled(true);
     connect(filter, &QLineEdit::textChanged, m_filter, &QlumTableFilter::setText);
     bar->add(filter);
-    auto* commands = new QToolButton;
+    auto* commands = new QPushButton;
     commands->setObjectName(QStringLiteral("loggerCommands"));
     commands->setText(tr("&Commands"));
     commands->setToolTip(tr("What can be done with items, recordings and the view."));
-    commands->setPopupMode(QToolButton::InstantPopup);
     auto* menu = new QMenu(commands);
     menu->addActions(m_actions.list({StartStop, Setup, AddNote, ShowRecording, OpenRecording}));
     menu->addSeparator();

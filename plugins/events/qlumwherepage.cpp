@@ -11,6 +11,7 @@
 #include <uawidgets/editors/qlumvalueeditor.h>
 #include <uawidgets/editors/qlumvaluetext.h>
 #include <uawidgets/qlumformrow.h>
+#include <uawidgets/qlumwrappingbar.h>
 #include <uawidgets/table/qlumstatuslook.h>
 #include <uawidgets/table/qlumtable.h>
 
@@ -156,8 +157,9 @@ QlumWherePage::QlumWherePage(QWidget* parent)
     m_note->setObjectName(QStringLiteral("whereNote"));
     m_join->addItems({tr("and"), tr("or")});
     for (int count = 0; count <= qlumMostBrackets; ++count) {
-        m_opens->addItem(QString(count, QLatin1Char('(')));
-        m_closes->addItem(QString(count, QLatin1Char(')')));
+        const bool isNone = count == 0; // a box without a text would look broken
+        m_opens->addItem(isNone ? QStringLiteral("–") : QString(count, QLatin1Char('(')));
+        m_closes->addItem(isNone ? QStringLiteral("–") : QString(count, QLatin1Char(')')));
     }
     m_opens->setMinimumContentsLength(1);
     m_closes->setMinimumContentsLength(1);
@@ -172,26 +174,22 @@ QlumWherePage::QlumWherePage(QWidget* parent)
             m_valueType->addItem(qlumBuiltinTypeName(type), type);
     m_add->setObjectName(QStringLiteral("addCondition"));
     m_remove->setObjectName(QStringLiteral("removeCondition"));
-    auto* first = new QHBoxLayout;
-    for (QWidget* const widget : std::initializer_list<QWidget*>{m_join, m_opens, m_not, m_kind})
-        first->addWidget(widget);
-    auto* second = new QHBoxLayout; // narrow rows, since the log stands beside them
-    for (QWidget* const widget : std::initializer_list<QWidget*>{m_type, m_field, m_operator})
-        second->addWidget(widget);
+    // the log stands beside them: what does not fit into the row goes into the next one
+    auto* subject = new QlumWrappingBar(this);
+    for (QWidget* const widget :
+         std::initializer_list<QWidget*>{m_join, m_opens, m_not, m_kind, m_type, m_field, m_operator})
+        subject->add(widget);
     m_valueRow->addWidget(m_valueType);
-    auto* third = new QHBoxLayout;
-    third->addWidget(m_closes);
-    third->addStretch(1);
-    third->addWidget(m_add);
-    third->addWidget(m_remove);
+    auto* buttons = new QlumWrappingBar(this);
+    for (QWidget* const widget : std::initializer_list<QWidget*>{m_closes, m_add, m_remove})
+        buttons->add(widget);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(2, 2, 2, 2);
     layout->addWidget(m_note);
     layout->addWidget(m_view, 1);
-    layout->addLayout(first);
-    layout->addLayout(second);
+    layout->addWidget(subject);
     layout->addLayout(m_valueRow);
-    layout->addLayout(third);
+    layout->addWidget(buttons);
     connect(m_kind, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &QlumWherePage::showKind);
     connect(m_operator, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &QlumWherePage::showKind);
     connect(m_add, &QPushButton::clicked, this, &QlumWherePage::sltAdd);

@@ -122,7 +122,7 @@ void QlumStagedPage::makeTable()
                             m_table->fontMetrics().horizontalAdvance(QStringLiteral("00000")));
     m_table->setColumnWidth(QlumStagedModel::Name, nameWidth);
     m_table->setColumnWidth(QlumStagedModel::Node, nameWidth);
-    m_table->setColumnWidth(QlumStagedModel::Check, resultWidth);
+    m_table->setColumnWidth(QlumStagedModel::Check, nameWidth);
     m_table->setColumnWidth(QlumStagedModel::Result, resultWidth);
     qlumMakeTable(m_table,
                   {tr("Enter new values in the column \"New Value\" of the table above, or paste them there. "

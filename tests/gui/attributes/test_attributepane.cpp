@@ -110,7 +110,7 @@ TEST_F(AttributePane, AFailedReadDoesNotKeepTheNodeBeforeNorAsksToSelectOne)
     select(1);
     ASSERT_TRUE(waitFor(1));
     application.window.show();
-    EXPECT_EQ(heading("age"), "now");
+    EXPECT_EQ(heading("age"), "received now");
     services->callStatus = OpcUa_BadTimeout;
     action("refresh")->trigger();
     const auto* bar = plugin.dock()->findChild<QlumMessageBar*>("messageBar");

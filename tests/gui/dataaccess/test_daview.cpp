@@ -131,6 +131,19 @@ TEST_F(DaViewTest, ANodeThatIsThereIsAddedAgainOnTheUsersWordOnly)
     EXPECT_EQ(view->model().rowCount(), 2);
 }
 
+TEST_F(DaViewTest, AValueThatIsBadShowsItInItsOwnCell)
+{
+    connectServer();
+    add(2);
+    add(77);
+    ASSERT_TRUE(waitFor(0, M::Value, "12.5"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return cell(1, M::Status).contains("BadNodeIdUnknown"); }));
+    const auto look = [this](int row, int role) { return view->model().index(row, M::Value).data(role); };
+    EXPECT_FALSE(look(0, Qt::DecorationRole).isValid());
+    EXPECT_TRUE(look(1, Qt::DecorationRole).isValid()) << "the column of the status may be out of sight";
+    EXPECT_TRUE(look(1, Qt::ToolTipRole).toString().contains("BadNodeIdUnknown"));
+}
+
 TEST_F(DaViewTest, ALostConnectionIsToldSinceWhenAndHowItCameBack)
 {
     connectServer();
