@@ -14203,8 +14203,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>In&amp;haber:</translation>
     </message>
     <message>
-        <source>The key is made here and &amp;sent to the server, as</source>
-        <translation>Der Schlüssel wird hier erzeugt und an den Server ge&amp;sendet, als</translation>
+        <source>The key is made here and &amp;sent, as</source>
+        <translation>Der Schlüssel wird hier erzeugt und &amp;gesendet, als</translation>
     </message>
     <message>
         <source>The server &amp;keeps its key</source>
@@ -20974,18 +20974,6 @@ Mit OK laden Sie sie jetzt herunter.</translation>
 <context>
     <name>QlumViewHeading</name>
     <message>
-        <source>%1 h ago</source>
-        <translation>vor %1 h</translation>
-    </message>
-    <message>
-        <source>%1 min ago</source>
-        <translation>vor %1 min</translation>
-    </message>
-    <message>
-        <source>%1 s ago</source>
-        <translation>vor %1 s</translation>
-    </message>
-    <message>
         <source>&lt;b&gt;What is shown&lt;/b&gt;&lt;br&gt;The server and the node, whether the connection stands, and how long ago the content was received.</source>
         <translation>&lt;b&gt;Was gezeigt wird&lt;/b&gt;&lt;br&gt;Server und Knoten, ob die Verbindung steht und vor wie langer Zeit der Inhalt empfangen wurde.</translation>
     </message>
@@ -21030,8 +21018,20 @@ Mit OK laden Sie sie jetzt herunter.</translation>
         <translation>nicht verbunden</translation>
     </message>
     <message>
-        <source>now</source>
-        <translation>jetzt</translation>
+        <source>received %1 h ago</source>
+        <translation>empfangen vor %1 h</translation>
+    </message>
+    <message>
+        <source>received %1 min ago</source>
+        <translation>empfangen vor %1 min</translation>
+    </message>
+    <message>
+        <source>received %1 s ago</source>
+        <translation>empfangen vor %1 s</translation>
+    </message>
+    <message>
+        <source>received now</source>
+        <translation>gerade empfangen</translation>
     </message>
 </context>
 <context>
