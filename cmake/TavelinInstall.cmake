@@ -69,7 +69,7 @@ set_target_properties(tavelin PROPERTIES INSTALL_RPATH "$ORIGIN/../lib")
 set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS tavelin RUNTIME DESTINATION ${home}/bin)
 install(TARGETS ${libraries} LIBRARY DESTINATION ${home}/lib NAMELINK_SKIP)
-install(FILES ${PROJECT_BINARY_DIR}/help/tavelin.qch DESTINATION ${home}/help)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/help/ DESTINATION ${home}/help FILES_MATCHING PATTERN "*.qch" PATTERN "*.html")
 install(FILES LICENSE packaging/third-party.txt DESTINATION ${home}/lic)
 # the texts that third-party.txt names; each Debian system has them
 foreach(license IN ITEMS LGPL-2.1 LGPL-3 Apache-2.0)

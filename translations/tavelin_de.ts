@@ -8289,6 +8289,11 @@ Anwendungs-URI: %4</translation>
         <source>Tavelin Manual</source>
         <translation>Tavelin-Handbuch</translation>
     </message>
+    <message>
+        <source>en</source>
+        <comment>the folder of the manual&apos;s pages in this language</comment>
+        <translation>de</translation>
+    </message>
 </context>
 <context>
     <name>QlumHistoryPlugin</name>

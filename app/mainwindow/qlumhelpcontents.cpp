@@ -1,10 +1,9 @@
 #include <app/mainwindow/qlumhelpcontents.h>
 
 #include <app/api/qlumlog.h>
+#include <app/mainwindow/qlumhelpfiles.h>
 #include <app/mainwindow/qlumhelppages.h>
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QHelpContentModel>
 #include <QHelpContentWidget>
@@ -23,6 +22,7 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include <algorithm>
 #include <utility>
 
 QlumHelpContents::QlumHelpContents(QWidget* parent) : QTabWidget(parent)
@@ -33,22 +33,23 @@ QlumHelpContents::QlumHelpContents(QWidget* parent) : QTabWidget(parent)
 
 QlumHelpContents::~QlumHelpContents() = default;
 
-QString QlumHelpContents::file()
-{
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../help/tavelin.qch"));
-}
-
 bool QlumHelpContents::load()
 {
     if (m_engine)
         return true;
     auto engine = std::make_unique<QHelpEngine>(m_folder.filePath(QStringLiteral("manual.qhc")));
     engine->setUsesFilterEngine(true);
-    if (!QFileInfo::exists(file()) || !engine->setupData() || !engine->registerDocumentation(file())) {
-        QlumLog(QStringLiteral("Tavelin"))
-            .error(tr("Contents, index and search of the manual cannot be read from %1.").arg(file()));
+    const auto canRead = [&engine](const QString& file) {
+        const bool isRead =
+            QFileInfo::exists(file) && engine->setupData() && engine->registerDocumentation(file);
+        if (!isRead)
+            QlumLog(QStringLiteral("Tavelin"))
+                .error(tr("Contents, index and search of the manual cannot be read from %1.").arg(file));
+        return isRead;
+    };
+    const QStringList files = qlumHelpFiles();
+    if (std::none_of(files.begin(), files.end(), canRead))
         return false;
-    }
     m_engine = std::move(engine);
     makeContents();
     makeIndex();

@@ -9,8 +9,8 @@
 
 class QHelpEngine;
 
-/// Contents, index and search of the manual, from the file that the build makes of its pages. Without that
-/// file it stays empty; the pages themselves are part of the program.
+/// Contents, index and search of the manual, from the file that the build makes of its pages in the program's
+/// language. Without that file it stays empty; the pages themselves are part of the program.
 class QlumHelpContents : public QTabWidget
 {
     Q_OBJECT
@@ -18,10 +18,9 @@ public:
     explicit QlumHelpContents(QWidget* parent = nullptr);
     ~QlumHelpContents() override;
 
-    /// Reads the file when that was not done yet; false when it cannot be read.
+    /// Reads the file when that was not done yet, the English one when the other is damaged; false when there
+    /// is none.
     bool load();
-    /// The file beside the program.
-    [[nodiscard]] static QString file();
 
 signals:
     /// A page was chosen.

@@ -1,6 +1,7 @@
 #include <app/mainwindow/qlumhelpviewer.h>
 
 #include <app/mainwindow/qlumhelpcontents.h>
+#include <app/mainwindow/qlumhelpfiles.h>
 
 #include <QAction>
 #include <QDesktopServices>
@@ -22,7 +23,8 @@ const QUrl& contents()
     return url;
 }
 
-// Shows a page of its own where a page of the manual is missing, and leaves the web to a web browser.
+// Shows pages in the program's language where they are, a page of its own where a page of the manual is
+// missing, and leaves the web to a web browser. The addresses are those of the English pages in any language.
 class HelpBrowser : public QTextBrowser
 {
 public:
@@ -30,6 +32,9 @@ public:
 
     QVariant loadResource(int type, const QUrl& name) override
     {
+        if (type == QTextDocument::HtmlResource)
+            if (const QString page = qlumTranslatedHelpPage(name.fileName()); !page.isEmpty())
+                return page;
         const QVariant page = QTextBrowser::loadResource(type, name);
         if (page.isValid() || type != QTextDocument::HtmlResource)
             return page;
