@@ -61,7 +61,8 @@ void QlumTurningSplitter::turn()
         return;
     QList<int> before = std::exchange(m_otherSizes, sizes());
     setOrientation(wanted);
-    if (before.size() != count()) { // what they had of the other way would leave the last ones next to nothing
+    if (before.size() !=
+        count()) { // what they had of the other way would leave the last ones next to nothing
         before.clear();
         for (int i = 0; i < count(); ++i)
             before.append(std::max(1, wanted == Qt::Vertical ? height() : width()) / count());
