@@ -28,7 +28,7 @@
 namespace {
 QlumLog managerLog()
 {
-    return QlumLog(QStringLiteral("Certificates"));
+    return QlumLog(QlumCertificateManager::tr("Certificates"));
 }
 
 const auto questionTitle = QStringLiteral("CertificateManager");

@@ -112,7 +112,7 @@ QGroupBox* QlumAdvancedPage::createHostGroup()
     m_hostText->setTextFormat(Qt::PlainText);
     m_hostText->setWordWrap(true);
     form->addRow(m_hostText);
-    m_dials->setText(tr("&Dial this host instead of the one that the server names:"));
+    m_dials->setText(tr("Dial this host &instead of the one that the server names:"));
     qlumAddWideRow(
         form, m_dials,
         {QStringLiteral("dialsHost"), m_dials->text(),

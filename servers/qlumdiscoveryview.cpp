@@ -80,14 +80,14 @@ QlumDiscoveryView::QlumDiscoveryView(QlumDiscoveryLookup::Asker asker, QWidget* 
 
 void QlumDiscoveryView::createButtons()
 {
-    m_add = makeButton(tr("A&dd..."), QStringLiteral("addDiscoveryUrl"),
+    m_add = makeButton(tr("&Add..."), QStringLiteral("addDiscoveryUrl"),
                        tr("Enter the address of a discovery server; it is kept for the next time"));
     m_remove = makeButton(tr("Re&move"), QStringLiteral("removeDiscoveryUrl"),
                           tr("Forget the address that is selected"));
     m_refresh =
         makeButton(tr("Re&fresh"), QStringLiteral("refreshDiscovery"), tr("Ask again at the selected row"));
     m_stop =
-        makeButton(tr("S&top"), QStringLiteral("stopDiscovery"), tr("End the look-ups that are under way"));
+        makeButton(tr("Sto&p"), QStringLiteral("stopDiscovery"), tr("End the look-ups that are under way"));
     m_progress->setObjectName(QStringLiteral("discoveryProgress"));
     m_progress->setTextFormat(Qt::PlainText);
     auto* row = new QHBoxLayout;

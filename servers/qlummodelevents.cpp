@@ -64,8 +64,7 @@ void takeChanges(const OpcUa_Variant& field, std::map<UaNodeId, OpcUa_Byte>& cha
 } // namespace
 
 QlumModelEvents::QlumModelEvents(unsigned int serverId, UaClientSdk::UaSession& session, QObject* parent)
-    : QObject(parent), m_log(QStringLiteral("AddressSpaceModel"), serverId), m_serverId(serverId),
-      m_session(session)
+    : QObject(parent), m_log(tr("AddressSpaceModel"), serverId), m_serverId(serverId), m_session(session)
 {
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &QlumModelEvents::flush);

@@ -261,7 +261,7 @@ int QlumServerPage::currentRow() const
 void QlumServerPage::sltUpdateControls()
 {
     const bool busy = m_fetcher->isBusy();
-    m_fetch->setText(busy ? tr("C&ancel") : tr("&Get Endpoints"));
+    m_fetch->setText(busy ? tr("Ca&ncel") : tr("&Get Endpoints"));
     m_fetch->setEnabled(busy || isUrlUsable());
     m_urlHint->setVisible(!isUrlUsable() && url().contains(QLatin1String("://")));
     m_progress->setVisible(busy);

@@ -53,10 +53,10 @@ QlumServerSettingsDialog::QlumServerSettingsDialog(const QlumDiscoverySetting& s
 {
     setWindowTitle(setting.endpoint.url.isEmpty() ? tr("Add Server") : tr("Server Settings"));
     m_pages->setObjectName(QStringLiteral("pages"));
-    addPage(createServerPage(fetcher, std::move(asker)), tr("Se&rver"));
+    addPage(createServerPage(fetcher, std::move(asker)), tr("Serve&r"));
     m_advanced = new QlumAdvancedPage;
     addPage(m_advanced, tr("Ad&vanced"));
-    addPage(createIdentityPage(), tr("&User"));
+    addPage(createIdentityPage(), tr("U&ser"));
     m_session = new QlumSessionPage;
     addPage(m_session, tr("S&ession"));
     auto* layout = new QVBoxLayout(this);
@@ -112,7 +112,7 @@ QWidget* QlumServerSettingsDialog::createServerPage(QlumEndpointFetcher* fetcher
                 tr("Name of the server in the project window")});
     m_role = new QlumRoleBox;
     qlumAddRow(m_general, m_role,
-               {QStringLiteral("role"), tr("&Role:"),
+               {QStringLiteral("role"), tr("Ro&le:"),
                 tr("<b>Role</b><br>What may be sent to the server. Look: only what changes nothing. Operate: "
                    "writing values and calling methods, too. Commission: everything."),
                 tr("What may be sent to the server")});

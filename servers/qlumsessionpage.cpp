@@ -33,16 +33,16 @@ struct NumberText
 };
 
 constexpr NumberText numberTexts[] = {
-    {"Session.ConnectTimeout", QT_TRANSLATE_NOOP("QlumSessionPage", "Connect &time-out:"),
+    {"Session.ConnectTimeout", QT_TRANSLATE_NOOP("QlumSessionPage", "&Connect time-out:"),
      QT_TRANSLATE_NOOP("QlumSessionPage",
                        "How long the server may take to answer when a connection is made.")},
-    {"Session.SessionTimeout", QT_TRANSLATE_NOOP("QlumSessionPage", "&Session time-out:"),
+    {"Session.SessionTimeout", QT_TRANSLATE_NOOP("QlumSessionPage", "Sess&ion time-out:"),
      QT_TRANSLATE_NOOP("QlumSessionPage",
                        "How long the server shall keep the session when the connection is lost.")},
     {"Session.PublishTimeout", QT_TRANSLATE_NOOP("QlumSessionPage", "&Publish time-out:"),
      QT_TRANSLATE_NOOP("QlumSessionPage",
                        "How long the server may hold a request for new values back when there are none.")},
-    {"Session.SecureChannelLifetime", QT_TRANSLATE_NOOP("QlumSessionPage", "Secure channel l&ifetime:"),
+    {"Session.SecureChannelLifetime", QT_TRANSLATE_NOOP("QlumSessionPage", "Secure channel li&fetime:"),
      QT_TRANSLATE_NOOP("QlumSessionPage",
                        "How long the keys of the connection are used before new ones are agreed on.")},
     {"Session.WatchdogTime", QT_TRANSLATE_NOOP("QlumSessionPage", "&Watchdog, look every:"),
@@ -50,7 +50,7 @@ constexpr NumberText numberTexts[] = {
                        "How often the server's state is read to see whether the connection still stands.")},
     {"Session.WatchdogTimeout", QT_TRANSLATE_NOOP("QlumSessionPage", "Watchdog time-&out:"),
      QT_TRANSLATE_NOOP("QlumSessionPage", "When a look takes longer, the connection counts as lost.")},
-    {"Session.InternalCallTimeout", QT_TRANSLATE_NOOP("QlumSessionPage", "Time-out of i&nternal calls:"),
+    {"Session.InternalCallTimeout", QT_TRANSLATE_NOOP("QlumSessionPage", "Time-out of internal c&alls:"),
      QT_TRANSLATE_NOOP("QlumSessionPage",
                        "How long the server may take to answer what Tavelin asks on its own account.")},
     {"Session.MaxOperations", QT_TRANSLATE_NOOP("QlumSessionPage", "&Most operations in a call:"),
@@ -130,7 +130,7 @@ void QlumSessionPage::addChoices()
     m_reconnect = new QComboBox;
     m_reconnect->addItem(tr("Yes"), true);
     m_reconnect->addItem(tr("No"), false);
-    m_ownReconnect = addOwnRow(m_reconnect, QStringLiteral("Session_AutomaticReconnect"), tr("&Reconnect:"),
+    m_ownReconnect = addOwnRow(m_reconnect, QStringLiteral("Session_AutomaticReconnect"), tr("Reconnect:"),
                                tr("Whether a lost connection is restored until you disconnect."));
     m_dictionary = new QComboBox;
     m_dictionary->addItem(tr("At first use"), QStringLiteral("FirstUse"));
@@ -138,10 +138,10 @@ void QlumSessionPage::addChoices()
     m_dictionary->addItem(tr("When connected"), QStringLiteral("Connect"));
     m_dictionary->addItem(tr("At each reconnect, too"), QStringLiteral("Reconnect"));
     m_ownDictionary =
-        addOwnRow(m_dictionary, QStringLiteral("Session_TypeDictionaryMode"), tr("Load type &dictionaries:"),
+        addOwnRow(m_dictionary, QStringLiteral("Session_TypeDictionaryMode"), tr("Load t&ype dictionaries:"),
                   tr("When the definitions of the server's own data types are loaded."));
     m_locales = new QLineEdit;
-    m_ownLocales = addOwnRow(m_locales, QStringLiteral("Session_LocaleIds"), tr("&Languages:"),
+    m_ownLocales = addOwnRow(m_locales, QStringLiteral("Session_LocaleIds"), tr("Langua&ges:"),
                              tr("Languages of the server's texts, the best first, as in: en, de-CH"));
     connect(
         m_ownReconnect, &QCheckBox::toggled, this,

@@ -55,7 +55,8 @@ QString localizedText(const UaDataValues& values, OpcUa_UInt32 index)
 } // namespace
 
 QlumTypeCache::QlumTypeCache(unsigned int serverId, QlumSessionServicesProvider provider)
-    : m_serverId(serverId), m_log(QStringLiteral("TypeCache"), serverId), m_provider(std::move(provider))
+    : m_serverId(serverId), m_log(QCoreApplication::translate("QlumTypeCache", "TypeCache"), serverId),
+      m_provider(std::move(provider))
 {
 }
 

@@ -280,10 +280,6 @@ Qt %4</translation>
         <translation>&amp;Anwendungs-URI:</translation>
     </message>
     <message>
-        <source>&amp;Dial this host instead of the one that the server names:</source>
-        <translation>&amp;Diesen Host anwählen statt dessen, den der Server nennt:</translation>
-    </message>
-    <message>
         <source>&amp;Host and port:</source>
         <translation>&amp;Host und Port:</translation>
     </message>
@@ -298,6 +294,10 @@ Qt %4</translation>
     <message>
         <source>By which the server&apos;s certificate has to name it</source>
         <translation>Unter diesem Namen muss das Serverzertifikat ihn nennen</translation>
+    </message>
+    <message>
+        <source>Dial this host &amp;instead of the one that the server names:</source>
+        <translation>Diesen Host anwählen &amp;statt dessen, den der Server nennt:</translation>
     </message>
     <message>
         <source>Endpoint &amp;URL:</source>
@@ -333,7 +333,7 @@ Qt %4</translation>
     </message>
     <message>
         <source>Security &amp;policy:</source>
-        <translation>Sicherheits&amp;richtlinie:</translation>
+        <translation>Si&amp;cherheitsrichtlinie:</translation>
     </message>
     <message>
         <source>Server &amp;certificate:</source>
@@ -1949,11 +1949,11 @@ Seine Datei enthält %n Zertifikate, die alle gelöscht werden.</numerusform>
     </message>
     <message>
         <source>&amp;Open...</source>
-        <translation>Ö&amp;ffnen...</translation>
+        <translation>Öff&amp;nen...</translation>
     </message>
     <message>
         <source>&amp;Reject</source>
-        <translation>Ab&amp;lehnen</translation>
+        <translation>Able&amp;hnen</translation>
     </message>
     <message>
         <source>&amp;Trust</source>
@@ -2029,7 +2029,7 @@ Seine Datei enthält %n Zertifikate, die alle gelöscht werden.</numerusform>
     </message>
     <message>
         <source>Copy T&amp;humbprint</source>
-        <translation>&amp;Fingerabdruck kopieren</translation>
+        <translation>Finger&amp;abdruck kopieren</translation>
     </message>
     <message>
         <source>Copy the SHA-1 thumbprint to the clipboard</source>
@@ -2061,7 +2061,7 @@ Seine Datei enthält %n Zertifikate, die alle gelöscht werden.</numerusform>
     </message>
     <message>
         <source>Create &amp;new Application Certificate...</source>
-        <translation>&amp;Neues Anwendungszertifikat erstellen...</translation>
+        <translation>Neues An&amp;wendungszertifikat erstellen...</translation>
     </message>
     <message>
         <source>Delete CRL</source>
@@ -4751,10 +4751,6 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
         <translation>Ö&amp;ffnen</translation>
     </message>
     <message>
-        <source>&amp;Save As...</source>
-        <translation>&amp;Speichern unter...</translation>
-    </message>
-    <message>
         <source>Document</source>
         <translation>Dokument</translation>
     </message>
@@ -4769,6 +4765,10 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     <message>
         <source>Manual</source>
         <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>Sa&amp;ve As...</source>
+        <translation>Speichern &amp;unter...</translation>
     </message>
     <message>
         <source>Save the document to a file</source>
@@ -4884,10 +4884,6 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
         <translation>A&amp;bbrechen</translation>
     </message>
     <message>
-        <source>&amp;From Device</source>
-        <translation>&amp;Vom Gerät</translation>
-    </message>
-    <message>
         <source>&amp;To Device</source>
         <translation>&amp;Zum Gerät</translation>
     </message>
@@ -4898,6 +4894,10 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     <message>
         <source>Done: %1 parameters, %2 of them refused.</source>
         <translation>Fertig: %1 Parameter, davon %2 abgelehnt.</translation>
+    </message>
+    <message>
+        <source>Fro&amp;m Device</source>
+        <translation>Vo&amp;m Gerät</translation>
     </message>
     <message>
         <source>Good</source>
@@ -5638,7 +5638,7 @@ Sperre aufbrechen?</translation>
     </message>
     <message>
         <source>Ask &amp;Again</source>
-        <translation>&amp;Erneut fragen</translation>
+        <translation>Erneut &amp;fragen</translation>
     </message>
     <message>
         <source>Ask the server for its description and its endpoints again</source>
@@ -6005,12 +6005,12 @@ Sperre aufbrechen?</translation>
         <translation>%1 von %2 Abfragen sind fertig.</translation>
     </message>
     <message>
-        <source>&lt;b&gt;Servers that can be found&lt;/b&gt;&lt;br&gt;Open a row to ask for its servers; press a server to ask it for its endpoints.</source>
-        <translation>&lt;b&gt;Auffindbare Server&lt;/b&gt;&lt;br&gt;Öffnen Sie eine Zeile, um nach ihren Servern zu fragen; klicken Sie auf einen Server, um ihn nach seinen Endpunkten zu fragen.</translation>
+        <source>&amp;Add...</source>
+        <translation>Hinzu&amp;fügen...</translation>
     </message>
     <message>
-        <source>A&amp;dd...</source>
-        <translation>&amp;Hinzufügen...</translation>
+        <source>&lt;b&gt;Servers that can be found&lt;/b&gt;&lt;br&gt;Open a row to ask for its servers; press a server to ask it for its endpoints.</source>
+        <translation>&lt;b&gt;Auffindbare Server&lt;/b&gt;&lt;br&gt;Öffnen Sie eine Zeile, um nach ihren Servern zu fragen; klicken Sie auf einen Server, um ihn nach seinen Endpunkten zu fragen.</translation>
     </message>
     <message>
         <source>Add Discovery Server</source>
@@ -6038,19 +6038,19 @@ Sperre aufbrechen?</translation>
     </message>
     <message>
         <source>Re&amp;fresh</source>
-        <translation>A&amp;uffrischen</translation>
+        <translation>Auffri&amp;schen</translation>
     </message>
     <message>
         <source>Re&amp;move</source>
         <translation>&amp;Entfernen</translation>
     </message>
     <message>
-        <source>S&amp;top</source>
-        <translation>A&amp;nhalten</translation>
-    </message>
-    <message>
         <source>Servers that can be found</source>
         <translation>Auffindbare Server</translation>
+    </message>
+    <message>
+        <source>Sto&amp;p</source>
+        <translation>Anh&amp;alten</translation>
     </message>
     <message>
         <source>This is no address of a server that can be kept.</source>
@@ -7085,10 +7085,6 @@ Anwendungs-URI: %4</translation>
         <translation>Nicht aufbewahrte &amp;zeigen</translation>
     </message>
     <message>
-        <source>&amp;Start:</source>
-        <translation>&amp;Start:</translation>
-    </message>
-    <message>
         <source>&amp;Unshelve</source>
         <translation>Zurückstellen auf&amp;heben</translation>
     </message>
@@ -7495,6 +7491,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>S&amp;ound</source>
         <translation>T&amp;on</translation>
+    </message>
+    <message>
+        <source>S&amp;tart:</source>
+        <translation>Star&amp;t:</translation>
     </message>
     <message>
         <source>Select a notifier to choose the fields of its events.</source>
@@ -8456,7 +8456,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>User n&amp;ame:</source>
-        <translation>&amp;Benutzername:</translation>
+        <translation>Ben&amp;utzername:</translation>
     </message>
     <message>
         <source>User name</source>
@@ -9130,6 +9130,10 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Background work</source>
+        <translation>Hintergrundarbeit</translation>
+    </message>
+    <message>
+        <source>JobPool</source>
         <translation>Hintergrundarbeit</translation>
     </message>
 </context>
@@ -11479,6 +11483,10 @@ Anwendungs-URI: %4</translation>
 <context>
     <name>QlumModelEvents</name>
     <message>
+        <source>AddressSpaceModel</source>
+        <translation>AddressSpaceModel</translation>
+    </message>
+    <message>
         <source>Changes of the address space</source>
         <translation>Änderungen des Adressraums</translation>
     </message>
@@ -12035,7 +12043,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Password (r&amp;epeat):</source>
-        <translation>Kenn&amp;wort (Wiederholung):</translation>
+        <translation>Kennwort (Wieder&amp;holung):</translation>
     </message>
     <message>
         <source>Password (repeat)</source>
@@ -12883,16 +12891,12 @@ Geben Sie die IP-Adresse ein:</translation>
         <translation>Auf&amp;rufe:</translation>
     </message>
     <message>
-        <source>&amp;Duration:</source>
-        <translation>&amp;Dauer:</translation>
-    </message>
-    <message>
         <source>&amp;Measure:</source>
         <translation>&amp;Messen:</translation>
     </message>
     <message>
         <source>&amp;Nodes a call:</source>
-        <translation>&amp;Knoten je Aufruf:</translation>
+        <translation>Kn&amp;oten je Aufruf:</translation>
     </message>
     <message>
         <source>&amp;Outstanding:</source>
@@ -12903,16 +12907,8 @@ Geben Sie die IP-Adresse ein:</translation>
         <translation>&amp;Pause:</translation>
     </message>
     <message>
-        <source>&amp;Server:</source>
-        <translation>&amp;Server:</translation>
-    </message>
-    <message>
         <source>&amp;Time-out:</source>
         <translation>Zei&amp;tlimit:</translation>
-    </message>
-    <message>
-        <source>&amp;Warm-up:</source>
-        <translation>&amp;Aufwärmen:</translation>
     </message>
     <message>
         <source>A call has the first %1 of these %2 nodes.</source>
@@ -12937,6 +12933,10 @@ Geben Sie die IP-Adresse ein:</translation>
     <message>
         <source>Compare Security...</source>
         <translation>Sicherheit vergleichen...</translation>
+    </message>
+    <message>
+        <source>D&amp;uration:</source>
+        <translation>Da&amp;uer:</translation>
     </message>
     <message>
         <source>Drop methods of this server: there is none below.</source>
@@ -12968,7 +12968,7 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
     <message>
         <source>M&amp;easure</source>
-        <translation>M&amp;essen</translation>
+        <translation>Messe&amp;n</translation>
     </message>
     <message>
         <source>Makes the calls once.</source>
@@ -12999,6 +12999,10 @@ Geben Sie die IP-Adresse ein:</translation>
         <translation>Fortschritt des Laufs</translation>
     </message>
     <message>
+        <source>Ser&amp;ver:</source>
+        <translation>Ser&amp;ver:</translation>
+    </message>
+    <message>
         <source>So many calls are under way at once.</source>
         <translation>So viele Aufrufe laufen gleichzeitig.</translation>
     </message>
@@ -13025,6 +13029,10 @@ Geben Sie die IP-Adresse ein:</translation>
     <message>
         <source>The service that is called again and again.</source>
         <translation>Der Dienst, der immer wieder aufgerufen wird.</translation>
+    </message>
+    <message>
+        <source>W&amp;arm-up:</source>
+        <translation>Auf&amp;wärmen:</translation>
     </message>
     <message>
         <source>Whose services are measured.</source>
@@ -13138,7 +13146,7 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
     <message>
         <source>Compare &amp;with:</source>
-        <translation>Vergleichen &amp;mit:</translation>
+        <translation>Verglei&amp;chen mit:</translation>
     </message>
     <message>
         <source>Compare Security</source>
@@ -13652,6 +13660,10 @@ Geben Sie die IP-Adresse ein:</translation>
 <context>
     <name>QlumPluginLoader</name>
     <message>
+        <source>%1 (Static Plugin)</source>
+        <translation>%1 (statisches Plugin)</translation>
+    </message>
+    <message>
         <source>Could not load %1: %2</source>
         <translation>%1 konnte nicht geladen werden: %2</translation>
     </message>
@@ -14080,12 +14092,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>%1, gültig bis %2</translation>
     </message>
     <message>
-        <source>&amp;Discard Changes</source>
-        <translation>Änderungen &amp;verwerfen</translation>
-    </message>
-    <message>
         <source>&amp;Export Authority...</source>
-        <translation>Zertifizierungsstelle &amp;exportieren...</translation>
+        <translation>Zertifizierungsstelle e&amp;xportieren...</translation>
     </message>
     <message>
         <source>&amp;Import Answer...</source>
@@ -14093,7 +14101,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>&amp;Make Certificate...</source>
-        <translation>Zertifikat &amp;erstellen...</translation>
+        <translation>Zertifikat erste&amp;llen...</translation>
     </message>
     <message>
         <source>&lt;b&gt;Certificate Group&lt;/b&gt;&lt;br&gt;For which of the server&apos;s purposes the certificate is.</source>
@@ -14128,6 +14136,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Änderungen auf dem Server</translation>
     </message>
     <message>
+        <source>Dis&amp;card Changes</source>
+        <translation>Änderungen verwer&amp;fen</translation>
+    </message>
+    <message>
         <source>Format of the key</source>
         <translation>Format des Schlüssels</translation>
     </message>
@@ -14157,7 +14169,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>New &amp;Authority...</source>
-        <translation>&amp;Neue Zertifizierungsstelle...</translation>
+        <translation>Ne&amp;ue Zertifizierungsstelle...</translation>
     </message>
     <message>
         <source>Not applied yet: %1</source>
@@ -14176,12 +14188,8 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Privater Schlüssel</translation>
     </message>
     <message>
-        <source>S&amp;how...</source>
-        <translation>&amp;Zeigen...</translation>
-    </message>
-    <message>
         <source>Save &amp;Request...</source>
-        <translation>Ant&amp;rag speichern...</translation>
+        <translation>Antrag s&amp;peichern...</translation>
     </message>
     <message>
         <source>Send the certificate that was made of the request to the server</source>
@@ -14190,6 +14198,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Server De&amp;faults...</source>
         <translation>Server&amp;vorgaben...</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w...</source>
+        <translation>&amp;Zeigen...</translation>
     </message>
     <message>
         <source>Show the certificate that the server uses now</source>
@@ -14205,11 +14217,11 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>Su&amp;bject:</source>
-        <translation>In&amp;haber:</translation>
+        <translation>Inhabe&amp;r:</translation>
     </message>
     <message>
-        <source>The key is made here and &amp;sent, as</source>
-        <translation>Der Schlüssel wird hier erzeugt und &amp;gesendet, als</translation>
+        <source>The key is made here and sent, as</source>
+        <translation>Der Schlüssel wird hier erzeugt und gesendet, als</translation>
     </message>
     <message>
         <source>The server &amp;keeps its key</source>
@@ -14290,19 +14302,15 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>&amp;Add File...</source>
-        <translation>Datei &amp;hinzufügen...</translation>
+        <translation>Datei hin&amp;zufügen...</translation>
     </message>
     <message>
         <source>&amp;Certificate Manager...</source>
-        <translation>&amp;Zertifikatsverwaltung...</translation>
+        <translation>Zertifikats&amp;verwaltung...</translation>
     </message>
     <message>
         <source>&amp;Read</source>
         <translation>&amp;Lesen</translation>
-    </message>
-    <message>
-        <source>&amp;Show...</source>
-        <translation>&amp;Zeigen...</translation>
     </message>
     <message>
         <source>&amp;Undo Changes</source>
@@ -14310,7 +14318,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>&amp;Write Back...</source>
-        <translation>Zurück&amp;schreiben...</translation>
+        <translation>Zurückschrei&amp;ben...</translation>
     </message>
     <message>
         <source>&apos;%1&apos; was not added.</source>
@@ -14390,7 +14398,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>Re&amp;move</source>
-        <translation>&amp;Entfernen</translation>
+        <translation>Entfer&amp;nen</translation>
     </message>
     <message>
         <source>Read the trust list from the server</source>
@@ -14415,6 +14423,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Show the list as it was read from the server</source>
         <translation>Die Liste zeigen, wie sie vom Server gelesen wurde</translation>
+    </message>
+    <message>
+        <source>Show...</source>
+        <translation>Zeigen...</translation>
     </message>
     <message>
         <source>Since it was read before: %1.</source>
@@ -14518,7 +14530,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <name>QlumPushRecordPage</name>
     <message>
         <source>&amp;Copy Record</source>
-        <translation>Aufzeichnung &amp;kopieren</translation>
+        <translation>Aufzeichnung ko&amp;pieren</translation>
     </message>
     <message>
         <source>&lt;b&gt;Record&lt;/b&gt;&lt;br&gt;What was sent, when, by whom, and what the server answered.</source>
@@ -14534,7 +14546,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>Sa&amp;ve Record...</source>
-        <translation>Aufzeichnung &amp;speichern...</translation>
+        <translation>Aufzeichnung spei&amp;chern...</translation>
     </message>
     <message>
         <source>Save Record</source>
@@ -15877,10 +15889,6 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>&amp;Mehr</translation>
     </message>
     <message>
-        <source>&amp;Subtypes</source>
-        <translation>&amp;Untertypen</translation>
-    </message>
-    <message>
         <source>&lt;b&gt;Copy Node Id&lt;/b&gt;&lt;br&gt;Copies the node ids of the selected targets.</source>
         <translation>&lt;b&gt;NodeId kopieren&lt;/b&gt;&lt;br&gt;Kopiert die NodeIds der gewählten Ziele.</translation>
     </message>
@@ -15971,6 +15979,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <message>
         <source>Show references that hold this text</source>
         <translation>Referenzen zeigen, die diesen Text enthalten</translation>
+    </message>
+    <message>
+        <source>Subt&amp;ypes</source>
+        <translation>Untert&amp;ypen</translation>
     </message>
     <message>
         <source>Subtypes</source>
@@ -16497,6 +16509,10 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>Serverdiagnose von %1</translation>
     </message>
     <message>
+        <source>ServerDiagnostic Plugin</source>
+        <translation>Plugin Serverdiagnose</translation>
+    </message>
+    <message>
         <source>Session Diagnostics</source>
         <translation>Sitzungsdiagnose</translation>
     </message>
@@ -16717,8 +16733,8 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Der Server wird nach seinen Endpunkten gefragt...</translation>
     </message>
     <message>
-        <source>C&amp;ancel</source>
-        <translation>A&amp;bbrechen</translation>
+        <source>Ca&amp;ncel</source>
+        <translation>Abbre&amp;chen</translation>
     </message>
     <message>
         <source>Cancelled.</source>
@@ -16806,16 +16822,8 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Anzeige&amp;name:</translation>
     </message>
     <message>
-        <source>&amp;Role:</source>
-        <translation>&amp;Rolle:</translation>
-    </message>
-    <message>
         <source>&amp;Test Connection</source>
         <translation>Verbindung &amp;testen</translation>
-    </message>
-    <message>
-        <source>&amp;User</source>
-        <translation>&amp;Benutzer</translation>
     </message>
     <message>
         <source>&lt;b&gt;Role&lt;/b&gt;&lt;br&gt;What may be sent to the server. Look: only what changes nothing. Operate: writing values and calling methods, too. Commission: everything.</source>
@@ -16842,12 +16850,16 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Name des Servers im Projektfenster</translation>
     </message>
     <message>
-        <source>S&amp;ession</source>
-        <translation>S&amp;itzung</translation>
+        <source>Ro&amp;le:</source>
+        <translation>Ro&amp;lle:</translation>
     </message>
     <message>
-        <source>Se&amp;rver</source>
-        <translation>&amp;Server</translation>
+        <source>S&amp;ession</source>
+        <translation>Sitzun&amp;g</translation>
+    </message>
+    <message>
+        <source>Serve&amp;r</source>
+        <translation>Se&amp;rver</translation>
     </message>
     <message>
         <source>Server Settings</source>
@@ -16856,6 +16868,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>Testing the connection: %1...</source>
         <translation>Verbindung wird getestet: %1...</translation>
+    </message>
+    <message>
+        <source>U&amp;ser</source>
+        <translation>&amp;Benutzer</translation>
     </message>
     <message>
         <source>What may be sent to the server</source>
@@ -17152,8 +17168,8 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>%1: für diesen Server</translation>
     </message>
     <message>
-        <source>&amp;Languages:</source>
-        <translation>S&amp;prachen:</translation>
+        <source>&amp;Connect time-out:</source>
+        <translation>Zeitlimit beim &amp;Verbinden:</translation>
     </message>
     <message>
         <source>&amp;Most operations in a call:</source>
@@ -17162,14 +17178,6 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>&amp;Publish time-out:</source>
         <translation>Zeitlimit für P&amp;ublish:</translation>
-    </message>
-    <message>
-        <source>&amp;Reconnect:</source>
-        <translation>&amp;Wieder verbinden:</translation>
-    </message>
-    <message>
-        <source>&amp;Session time-out:</source>
-        <translation>Zeitlimit der &amp;Sitzung:</translation>
     </message>
     <message>
         <source>&amp;Watchdog, look every:</source>
@@ -17186,10 +17194,6 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <message>
         <source>By hand only</source>
         <translation>Nur von Hand</translation>
-    </message>
-    <message>
-        <source>Connect &amp;time-out:</source>
-        <translation>Zeitlimit beim &amp;Verbinden:</translation>
     </message>
     <message>
         <source>For this server another one than in the settings</source>
@@ -17220,11 +17224,15 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Wie oft der Zustand des Servers gelesen wird, um zu sehen, ob die Verbindung noch steht.</translation>
     </message>
     <message>
+        <source>Langua&amp;ges:</source>
+        <translation>S&amp;prachen:</translation>
+    </message>
+    <message>
         <source>Languages of the server&apos;s texts, the best first, as in: en, de-CH</source>
         <translation>Sprachen der Texte des Servers, die beste zuerst, etwa: en, de-CH</translation>
     </message>
     <message>
-        <source>Load type &amp;dictionaries:</source>
+        <source>Load t&amp;ype dictionaries:</source>
         <translation>Typwörterbücher &amp;laden:</translation>
     </message>
     <message>
@@ -17236,24 +17244,32 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Nein</translation>
     </message>
     <message>
+        <source>Reconnect:</source>
+        <translation>Wieder verbinden:</translation>
+    </message>
+    <message>
         <source>Requests for more nodes than this are split into several calls; 0 leaves it to the server.</source>
         <translation>Anfragen für mehr Knoten werden auf mehrere Aufrufe verteilt; 0 überlässt es dem Server.</translation>
     </message>
     <message>
-        <source>Secure channel l&amp;ifetime:</source>
-        <translation>&amp;Gültigkeit des sicheren Kanals:</translation>
+        <source>Secure channel li&amp;fetime:</source>
+        <translation>Gültigkeit des sicheren Kan&amp;als:</translation>
+    </message>
+    <message>
+        <source>Sess&amp;ion time-out:</source>
+        <translation>Zeitlimit der S&amp;itzung:</translation>
     </message>
     <message>
         <source>Session &amp;name:</source>
         <translation>Sitzungs&amp;name:</translation>
     </message>
     <message>
-        <source>Time-out of i&amp;nternal calls:</source>
-        <translation>Zeitlimit &amp;interner Aufrufe:</translation>
+        <source>Time-out of internal c&amp;alls:</source>
+        <translation>Zeitlimit interner Au&amp;frufe:</translation>
     </message>
     <message>
         <source>Watchdog time-&amp;out:</source>
-        <translation>Zei&amp;tlimit des Watchdogs:</translation>
+        <translation>Zeitlimit des Wat&amp;chdogs:</translation>
     </message>
     <message>
         <source>What is not ticked follows the settings of the program.</source>
@@ -17590,7 +17606,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>Colours for colour &amp;blindness</source>
-        <translation>Farben für &amp;Farbfehlsichtige</translation>
+        <translation>Farben für Farbfe&amp;hlsichtige</translation>
     </message>
     <message>
         <source>Configure Tavelin</source>
@@ -17630,7 +17646,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>Entries in a f&amp;ile:</source>
-        <translation>Einträge in einer &amp;Datei:</translation>
+        <translation>Einträge &amp;in einer Datei:</translation>
     </message>
     <message>
         <source>Errors</source>
@@ -17874,7 +17890,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>they are &amp;expired or not yet valid</source>
-        <translation>sie &amp;abgelaufen oder noch nicht gültig sind</translation>
+        <translation>sie abge&amp;laufen oder noch nicht gültig sind</translation>
     </message>
 </context>
 <context>
@@ -18171,8 +18187,8 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Eine Ansicht darf dort %1 MB davon haben. Sie verschwinden mit diesem Fenster, wenn Sie sie nicht in Dateien speichern oder andere entfernen.</translation>
     </message>
     <message>
-        <source>A&amp;fter:</source>
-        <translation>Nach&amp;her:</translation>
+        <source>Af&amp;ter:</source>
+        <translation>&amp;Nachher:</translation>
     </message>
     <message>
         <source>Also what is the sa&amp;me</source>
@@ -18717,8 +18733,16 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Das Hauptprogramm wird geladen...</translation>
     </message>
     <message>
+        <source>Nothing can be written to %1. Settings hold until Tavelin ends, and unsaved changes of a project are not kept for the case of a crash.</source>
+        <translation>Nach %1 kann nichts geschrieben werden. Einstellungen gelten, bis Tavelin endet, und ungespeicherte Änderungen eines Projekts werden nicht für den Fall eines Absturzes aufbewahrt.</translation>
+    </message>
+    <message>
         <source>Tavelin initialization error</source>
         <translation>Startfehler von Tavelin</translation>
+    </message>
+    <message>
+        <source>The environment variable HOME is not set: settings and certificates are kept in %1.</source>
+        <translation>Die Umgebungsvariable HOME ist nicht gesetzt: Einstellungen und Zertifikate liegen in %1.</translation>
     </message>
     <message>
         <source>korvanda/tavelin/</source>
@@ -19396,6 +19420,10 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Knoten suchen</translation>
     </message>
     <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
         <source>Loading plugins...</source>
         <translation>Plugins werden geladen...</translation>
     </message>
@@ -19857,8 +19885,8 @@ Das Zertifikat liegt hier: %2</translation>
         <translation>&amp;Verarbeitete Werte</translation>
     </message>
     <message>
-        <source>A&amp;ggregate:</source>
-        <translation>A&amp;ggregat:</translation>
+        <source>Aggregate:</source>
+        <translation>Aggregat:</translation>
     </message>
     <message>
         <source>An interval with at least so many bad values is bad.</source>
@@ -19898,7 +19926,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>I&amp;nterval:</source>
-        <translation>I&amp;ntervall:</translation>
+        <translation>Interva&amp;ll:</translation>
     </message>
     <message>
         <source>Reads an aggregate of each variable as well, and draws it beside the raw curve.</source>
@@ -20003,15 +20031,11 @@ Das Zertifikat liegt hier: %2</translation>
     <name>QlumTrendPanel</name>
     <message>
         <source>&amp;End Time:</source>
-        <translation>&amp;Endzeit:</translation>
+        <translation>E&amp;ndzeit:</translation>
     </message>
     <message>
         <source>&amp;Get Start Time</source>
         <translation>Startzeit h&amp;olen</translation>
-    </message>
-    <message>
-        <source>&amp;Start Time:</source>
-        <translation>&amp;Startzeit:</translation>
     </message>
     <message>
         <source>&amp;Timespan:</source>
@@ -20055,7 +20079,11 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>St&amp;op</source>
-        <translation>&amp;Halt</translation>
+        <translation>Hal&amp;t</translation>
+    </message>
+    <message>
+        <source>Start Time:</source>
+        <translation>Startzeit:</translation>
     </message>
     <message>
         <source>Update &amp;Interval:</source>
@@ -20218,7 +20246,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>&amp;Reset View</source>
-        <translation>Ansicht &amp;zurücksetzen</translation>
+        <translation>Ansicht zu&amp;rücksetzen</translation>
     </message>
     <message numerus="yes">
         <source>; %n update(s) skipped</source>
@@ -20257,7 +20285,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Continue Li&amp;ve</source>
-        <translation>Li&amp;ve weiterführen</translation>
+        <translation>Live &amp;weiterführen</translation>
     </message>
     <message>
         <source>Curve whose values are listed</source>
@@ -20404,8 +20432,8 @@ Das Zertifikat liegt hier: %2</translation>
         <translation>Historie als CSV speichern</translation>
     </message>
     <message>
-        <source>Save as CS&amp;V...</source>
-        <translation>Als CS&amp;V speichern...</translation>
+        <source>Save as CSV...</source>
+        <translation>Als CSV speichern...</translation>
     </message>
     <message>
         <source>Shows the whole time range that was read.</source>
@@ -20596,6 +20624,10 @@ Das Zertifikat liegt hier: %2</translation>
     <message>
         <source>Translate returned no target for BrowsePath &apos;Icon&apos; on NodeId %1</source>
         <translation>Translate lieferte kein Ziel für den BrowsePath „Icon“ an NodeId %1</translation>
+    </message>
+    <message>
+        <source>TypeCache</source>
+        <translation>Typspeicher</translation>
     </message>
     <message>
         <source>ValueRank has bad statuscode: %1</source>
@@ -21136,16 +21168,16 @@ Mit OK laden Sie sie jetzt herunter.</translation>
 <context>
     <name>QlumWherePage</name>
     <message>
+        <source>&amp;Add</source>
+        <translation>Hinzu&amp;fügen</translation>
+    </message>
+    <message>
         <source>&amp;not</source>
         <translation>&amp;nicht</translation>
     </message>
     <message>
         <source>1 to 1000</source>
         <translation>1 bis 1000</translation>
-    </message>
-    <message>
-        <source>A&amp;dd</source>
-        <translation>&amp;Hinzufügen</translation>
     </message>
     <message>
         <source>All events are received. Add a condition to have the server leave others out.</source>
@@ -21181,7 +21213,7 @@ Mit OK laden Sie sie jetzt herunter.</translation>
     </message>
     <message>
         <source>Re&amp;move</source>
-        <translation>&amp;Entfernen</translation>
+        <translation>Entfe&amp;rnen</translation>
     </message>
     <message>
         <source>Severity</source>

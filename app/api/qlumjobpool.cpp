@@ -41,7 +41,7 @@ private:
 void logFailure(const QlumJobProgress& progress, const char* why)
 {
     const QString text = progress.text();
-    QlumLog(QStringLiteral("JobPool"), progress.serverId)
+    QlumLog(QCoreApplication::translate("QlumJobPool", "JobPool"), progress.serverId)
         .error(QCoreApplication::translate("QlumJobPool", "%1 failed: %2")
                    .arg(text.isEmpty() ? QCoreApplication::translate("QlumJobPool", "Background work") : text,
                         QString::fromLocal8Bit(why)));

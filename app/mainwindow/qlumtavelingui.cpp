@@ -453,7 +453,7 @@ void QlumTavelin::sltSaveLog()
         saved = file.commit();
     }
     if (!saved)
-        QlumLog(QStringLiteral("General"))
+        QlumLog(tr("General"))
             .error(tr("Open file %1 for writing returned %2").arg(fileName, file.errorString()));
 }
 

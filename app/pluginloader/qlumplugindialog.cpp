@@ -4,6 +4,7 @@
 #include <app/api/qlumdocumentinterface.h>
 #include <app/api/qlumdocumenttypes.h>
 #include <app/api/qlumplugininterface.h>
+#include <app/pluginloader/qlumpluginnames.h>
 #include <uawidgets/table/qlumtable.h>
 
 #include <QCoreApplication>
@@ -23,29 +24,6 @@
 #include <QTreeWidgetItem>
 #include <QVBoxLayout>
 #include <QWidget>
-
-namespace {
-// Names of plugins are keys of project files; here they are read.
-[[maybe_unused]] constexpr const char* pluginNames[] = {
-    QT_TRANSLATE_NOOP("QlumPlugins", "Data Access Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "Data Logger Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "GDS Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "Image Viewer Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "Server Diagnostic Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "UA Attribute Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "UA Devices Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "UA Events Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "UA History Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "UA Method Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "UA Performance Plugin"),
-    QT_TRANSLATE_NOOP("QlumPlugins", "UA Reference Plugin"),
-};
-
-QString shownName(const QString& plugin)
-{
-    return QCoreApplication::translate("QlumPlugins", plugin.toUtf8().constData());
-}
-} // namespace
 
 QlumPluginDialog::QlumPluginDialog(const QString& pluginFolder, const QStringList& fileNames, QWidget* parent)
     : QlumBaseWidget(QStringLiteral("QlumPluginDialog"), parent), m_tree(new QTreeWidget(this))
@@ -98,7 +76,7 @@ void QlumPluginDialog::addPlugin(QObject* instance, const QString& label)
 {
     auto* row = new QTreeWidgetItem(m_tree);
     auto* plugin = qobject_cast<QlumPluginInterface*>(instance);
-    row->setText(0, plugin ? tr("%1 (%2)").arg(shownName(plugin->name()), label) : label);
+    row->setText(0, plugin ? tr("%1 (%2)").arg(qlumPluginShown(plugin->name()), label) : label);
     QFont bold = row->font(0);
     bold.setWeight(QFont::Bold);
     row->setFont(0, bold);

@@ -5,6 +5,7 @@
 #include <app/api/qlumlog.h>
 #include <app/api/qlumplugininterface.h>
 #include <app/api/qlumtoolservices.h>
+#include <app/pluginloader/qlumpluginnames.h>
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -55,7 +56,8 @@ void QlumPluginLoader::loadStaticPlugins(QlumApplicationInterface* app)
     for (QObject* instance : instances) {
         if (QlumPluginInterface* plugin = pluginInterface(instance, instance->objectName())) {
             plugin->init(app);
-            take(instance, QStringLiteral("%1 (Static Plugin)").arg(plugin->name()));
+            take(instance, QStringLiteral("%1 (Static Plugin)").arg(plugin->name()),
+                 Text::tr("%1 (Static Plugin)").arg(qlumPluginShown(plugin->name())));
         }
     }
 }
@@ -74,15 +76,15 @@ void QlumPluginLoader::loadSharedObject(QlumApplicationInterface* app, const QSt
     }
     if (QlumPluginInterface* plugin = pluginInterface(instance, fileName)) {
         plugin->init(app);
-        take(instance, fileName);
+        take(instance, fileName, fileName);
     }
 }
 
-void QlumPluginLoader::take(QObject* instance, const QString& key)
+void QlumPluginLoader::take(QObject* instance, const QString& key, const QString& shownName)
 {
     m_keys.append(key);
     m_plugins.insert(key, instance);
-    loaderLog().info(Text::tr("Loaded %1.").arg(key));
+    loaderLog().info(Text::tr("Loaded %1.").arg(shownName));
 }
 
 QlumDocumentInterface* QlumPluginLoader::pluginFromDocumentType(const QString& type) const

@@ -30,7 +30,7 @@ public:
 private:
     void loadStaticPlugins(QlumApplicationInterface* app);
     void loadSharedObject(QlumApplicationInterface* app, const QString& fileName);
-    void take(QObject* instance, const QString& key);
+    void take(QObject* instance, const QString& key, const QString& shownName);
 
     QString m_programFolder;
     QDir m_folder;

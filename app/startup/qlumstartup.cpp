@@ -30,10 +30,12 @@
 #include <QIcon>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QRect>
 #include <QScreen>
 #include <QSettings>
 #include <QString>
 
+#include <algorithm>
 #include <csignal>
 #include <memory>
 
@@ -122,6 +124,20 @@ QString QlumStartup::platformErrorText(int error)
         .arg(static_cast<qlonglong>(error), 8, 16, QLatin1Char('0'));
 }
 
+QString QlumStartup::folderProblem(bool canWrite)
+{
+    const QString folder = QDir::toNativeSeparators(toQString(UaDir::applicationDataPath()));
+    if (!canWrite)
+        return Text::tr(
+                   "Nothing can be written to %1. Settings hold until Tavelin ends, and unsaved changes of "
+                   "a project are not kept for the case of a crash.")
+            .arg(folder);
+    if (qEnvironmentVariableIsEmpty("HOME"))
+        return Text::tr("The environment variable HOME is not set: settings and certificates are kept in %1.")
+            .arg(folder);
+    return {};
+}
+
 int QlumStartup::run(int argc, char** argv)
 {
     ignoreBrokenPipes();
@@ -161,6 +177,27 @@ int QlumStartup::runUntilClosed(const QWidget& window)
     return window.isVisible() ? QApplication::exec() : 0;
 }
 
+// The screen may be another one than when the window was closed, or all on it larger.
+void QlumStartup::keepOnScreen(QWidget& window)
+{
+    if (window.isMaximized() || window.isFullScreen())
+        return;
+    const QScreen* screen = QGuiApplication::screenAt(window.geometry().center());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (!screen || (QGuiApplication::screenAt(window.geometry().topLeft()) &&
+                    QGuiApplication::screenAt(window.geometry().bottomRight())))
+        return; // which may also be two, side by side
+    const QRect room = screen->availableGeometry();
+    QRect place(window.pos(), window.size().boundedTo(room.size()));
+    place.moveRight(std::min(place.right(), room.right()));
+    place.moveBottom(std::min(place.bottom(), room.bottom()));
+    place.moveLeft(std::max(place.left(), room.left()));
+    place.moveTop(std::max(place.top(), room.top()));
+    window.resize(place.size());
+    window.move(place.topLeft());
+}
+
 int QlumStartup::startLayers(QlumSplashScreen& splash)
 {
     show(splash, QStringLiteral("Loading platform layer..."));
@@ -192,9 +229,9 @@ int QlumStartup::runMainWindow(QlumSplashScreen& splash, QlumSessionRecord& reco
         log.write(level, text);
     for (const QString& text : settingsProblems)
         log.error(text);
-    // the screen may be another one, or all on it larger than before
-    if (const QScreen* screen = QGuiApplication::primaryScreen(); screen && !window->isMaximized())
-        window->resize(window->size().boundedTo(screen->availableSize()));
+    if (const QString text = folderProblem(record.isKept()); !text.isEmpty())
+        log.error(text);
+    keepOnScreen(*window);
     window->show();
     show(splash, QString());
     splash.timedClose(3);

@@ -96,7 +96,7 @@ QlumDeviceDocumentPage::QlumDeviceDocumentPage(QlumViewState& state, QWidget* pa
                                  tr("The device has no documents."), &state)),
       m_open(deviceButton("deviceOpenDocument", tr("&Open"),
                           tr("Show an image or a text here, or a page of the web in the browser"))),
-      m_save(deviceButton("deviceSaveDocument", tr("&Save As..."), tr("Save the document to a file")))
+      m_save(deviceButton("deviceSaveDocument", tr("Sa&ve As..."), tr("Save the document to a file")))
 {
     fillPage(this, {m_open, m_save}, m_view);
     const auto open = [this] {
@@ -160,7 +160,7 @@ QlumDeviceTransferPage::QlumDeviceTransferPage(QlumViewState& state, QWidget* pa
                                  tr("What the device says of each parameter appears here."), &state)),
       m_to(deviceButton("deviceTransferTo", tr("&To Device"),
                         tr("Send the parameters that the server has to the device"))),
-      m_from(deviceButton("deviceTransferFrom", tr("&From Device"),
+      m_from(deviceButton("deviceTransferFrom", tr("Fro&m Device"),
                           tr("Have the server fetch the parameters of the device"))),
       m_cancel(deviceButton("deviceTransferCancel", tr("&Cancel"), tr("Ask for no more results"))),
       m_note(deviceLabel("deviceTransferNote")), m_result(deviceLabel("deviceTransferResult"))

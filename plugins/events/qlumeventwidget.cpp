@@ -503,7 +503,7 @@ QWidget* QlumEventWidget::makeHistoryPage()
         bar->addWidget(edit);
         return edit;
     };
-    m_start = field("historyStart", tr("&Start:"), now.addSecs(-secondsOfHistory));
+    m_start = field("historyStart", tr("S&tart:"), now.addSecs(-secondsOfHistory));
     m_end = field("historyEnd", tr("&End:"), now);
     auto* filters = makeBar("eventHistoryFilterBar", tr("Filter"), this);
     addFilterFields(filters, m_historyFilter);

@@ -139,7 +139,7 @@ QlumWherePage::QlumWherePage(QWidget* parent)
       m_operator(makeCombo("whereOperator", tr("Operator"))),
       m_valueType(makeCombo("whereValueType", tr("Type of the value"))), m_valueRow(new QHBoxLayout),
       m_closes(makeCombo("whereCloses", tr("Brackets that close behind it"))),
-      m_add(new QPushButton(tr("A&dd"), this)), m_remove(new QPushButton(tr("Re&move"), this))
+      m_add(new QPushButton(tr("&Add"), this)), m_remove(new QPushButton(tr("Re&move"), this))
 {
     m_view->setObjectName(QStringLiteral("whereConditions"));
     m_view->setAccessibleName(tr("Conditions"));

@@ -102,7 +102,7 @@ void QlumPushCertificatePage::makeWhat(QFormLayout* form)
     m_current->setTextFormat(Qt::PlainText);
     m_current->setWordWrap(true);
     m_current->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    m_showCurrent = button(QStringLiteral("pushShowCurrent"), tr("S&how..."),
+    m_showCurrent = button(QStringLiteral("pushShowCurrent"), tr("Sho&w..."),
                            tr("Show the certificate that the server uses now"));
     auto* now = new QHBoxLayout;
     now->addWidget(m_current, 1);
@@ -127,7 +127,7 @@ QGroupBox* QlumPushCertificatePage::makeKeyBox()
     auto* box = new QGroupBox(tr("Private key"));
     m_newKey = new QRadioButton(tr("The server makes a &new key"));
     m_oldKey = new QRadioButton(tr("The server &keeps its key"));
-    m_ownKey = new QRadioButton(tr("The key is made here and &sent, as"));
+    m_ownKey = new QRadioButton(tr("The key is made here and sent, as"));
     qlumDescribeField(m_newKey, {QStringLiteral("pushNewKey"), m_newKey->text(), {}, {}});
     qlumDescribeField(m_oldKey, {QStringLiteral("pushOldKey"), m_oldKey->text(), {}, {}});
     qlumDescribeField(m_ownKey,
@@ -206,7 +206,7 @@ QWidget* QlumPushCertificatePage::makeChangesBar()
     m_pendingText->setWordWrap(true);
     m_apply = button(QStringLiteral("pushApply"), tr("A&pply Changes..."),
                      tr("Have the server use what was sent; it may close all connections"));
-    m_cancel = button(QStringLiteral("pushCancel"), tr("&Discard Changes"),
+    m_cancel = button(QStringLiteral("pushCancel"), tr("Dis&card Changes"),
                       tr("Have the server forget what was sent and not applied"));
     m_reset = button(QStringLiteral("pushReset"), tr("Server De&faults..."),
                      tr("Have the server go back to the certificates and trust lists that it came with"));

@@ -143,7 +143,7 @@ QWidget* QlumPushListPage::makeButtons()
     m_add = button(QStringLiteral("pushAdd"), tr("&Add File..."),
                    tr("Add the certificates or the revocation list of a file to this part"));
     m_remove = button(QStringLiteral("pushRemove"), tr("Re&move"), tr("Remove what is selected"));
-    m_show = button(QStringLiteral("pushShow"), tr("&Show..."), tr("Show the certificate that is selected"));
+    m_show = button(QStringLiteral("pushShow"), tr("Show..."), tr("Show the certificate that is selected"));
     m_undo = button(QStringLiteral("pushUndo"), tr("&Undo Changes"),
                     tr("Show the list as it was read from the server"));
     m_write = button(QStringLiteral("pushWrite"), tr("&Write Back..."),

@@ -46,7 +46,7 @@ QlumTrendExtras::QlumTrendExtras(QWidget* parent)
     qlumAddRow(
         form, m_aggregate,
         {QStringLiteral("aggregate"),
-         tr("A&ggregate:"),
+         tr("Aggregate:"),
          tr("What the servers calculate of the values of each interval. The list is that of the servers of "
             "these variables."),
          {}});

@@ -73,7 +73,7 @@ QGroupBox* QlumTrendPanel::makeSingle()
     form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     qlumAddRow(form, m_start,
                {QStringLiteral("startTime"),
-                tr("&Start Time:"),
+                tr("Start Time:"),
                 tr("Where the history begins that is read. Later than the end: newest first."),
                 {}});
     qlumAddRow(form, m_end, {QStringLiteral("endTime"), tr("&End Time:"), tr("Where it ends."), {}});

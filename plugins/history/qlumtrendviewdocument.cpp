@@ -264,7 +264,7 @@ QWidget* QlumTrendViewDocument::makeBar()
     m_catch = new QCheckBox(tr("&Catch Values"));
     auto* reset = new QPushButton(tr("&Reset View"));
     m_liveBox = new QCheckBox(tr("Continue Li&ve"));
-    auto* save = new QPushButton(tr("Save as CS&V..."));
+    auto* save = new QPushButton(tr("Save as CSV..."));
     add(m_catch, "catchValues",
         tr("The text at the pointer tells the nearest value that was read, not a place between two."));
     add(reset, "resetView", tr("Shows the whole time range that was read."));

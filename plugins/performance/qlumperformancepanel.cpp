@@ -192,7 +192,7 @@ QWidget* QlumPerformancePanel::makeFields()
     m_timeout->setSuffix(tr(" ms"));
     m_warmUp = makeNumber(QStringLiteral("warmUp"), 0, 100'000, 20);
     qlumAddRow(form, m_server,
-               {QStringLiteral("server"), tr("&Server:"), tr("Whose services are measured."), {}});
+               {QStringLiteral("server"), tr("Ser&ver:"), tr("Whose services are measured."), {}});
     qlumAddRow(
         form, m_kind,
         {QStringLiteral("kind"), tr("&Measure:"), tr("The service that is called again and again."), {}});
@@ -205,7 +205,7 @@ QWidget* QlumPerformancePanel::makeFields()
                {QStringLiteral("calls"), tr("&Calls:"), tr("How often the service is called."), {}});
     qlumAddRow(form, m_seconds,
                {QStringLiteral("seconds"),
-                tr("&Duration:"),
+                tr("D&uration:"),
                 tr("The run ends after that time, at the latest."),
                 {}});
     qlumAddRow(form, m_pause,
@@ -218,7 +218,7 @@ QWidget* QlumPerformancePanel::makeFields()
         {QStringLiteral("timeout"), tr("&Time-out:"), tr("Calls that take longer count as failed."), {}});
     qlumAddRow(form, m_warmUp,
                {QStringLiteral("warmUp"),
-                tr("&Warm-up:"),
+                tr("W&arm-up:"),
                 tr("Calls that are made before and do not count: caches, also those of the server, "
                    "are filled then."),
                 {}});

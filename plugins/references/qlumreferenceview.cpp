@@ -114,7 +114,7 @@ QWidget* QlumReferenceView::makeBar(QAction* refresh)
                                {}});
     for (const Common& common : commonTypes)
         addType(tr(common.name), common.id == 0 ? UaNodeId() : UaNodeId(common.id));
-    m_subtypes->setText(tr("&Subtypes"));
+    m_subtypes->setText(tr("Subt&ypes"));
     m_subtypes->setChecked(true);
     qlumDescribeField(m_subtypes,
                       {QStringLiteral("referenceSubtypes"), tr("Subtypes"),

@@ -32,7 +32,7 @@ constexpr OpcUa_UInt32 partingTimeout = 1000; // ms; who closes a view does not 
 } // namespace
 
 QlumCountSubscription::QlumCountSubscription(unsigned int serverId, Listener listener)
-    : m_log(QStringLiteral("ServerDiagnostic Plugin"), serverId),
+    : m_log(CountTexts::tr("ServerDiagnostic Plugin"), serverId),
       m_listener(std::make_shared<Listener>(std::move(listener)))
 {
 }

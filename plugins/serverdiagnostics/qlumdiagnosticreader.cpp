@@ -17,6 +17,7 @@
 #include <uaclientsdk/browsecontext.h>
 #include <uaclientsdk/uasession.h>
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -47,7 +48,8 @@ void QlumDiagnosticFaults::tell(const QString& text)
             return;
         m_told.insert(text);
     }
-    QlumLog(QStringLiteral("ServerDiagnostic Plugin"), m_serverId).write(QlumLogLevel::Warning, text);
+    QlumLog(QCoreApplication::translate("QlumServerDiagnosticWidget", "ServerDiagnostic Plugin"), m_serverId)
+        .write(QlumLogLevel::Warning, text);
 }
 
 QlumDiagnosticReader::QlumDiagnosticReader(QlumSessionServices& services, QlumJob& job,

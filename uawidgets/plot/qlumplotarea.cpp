@@ -8,6 +8,7 @@
 #include <uawidgets/plot/qlumplotview.h>
 #include <uawidgets/plot/qlumtimescale.h>
 
+#include <QDateTime>
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QFrame>
@@ -113,8 +114,9 @@ QlumPlotArea::QlumPlotArea(QWidget* parent)
     m_grid->attach(this);
     setTimeZone(m_zone);
     applyColors();
-    const double now = 0;
-    m_view = QlumPlotView{now, now + 60'000, {}};
+    // a time that nobody wonders about while there is nothing to show
+    const auto now = static_cast<double>(QDateTime::currentMSecsSinceEpoch());
+    m_view = QlumPlotView{now - 60'000, now, {}};
     refresh();
 }
 

@@ -82,7 +82,7 @@ QWidget* QlumSnapshotPart::makePage()
     connect(same, &QCheckBox::toggled, m_filter, &QlumDifferenceFilter::showSame);
     auto* beforeLabel = new QLabel(tr("&Before:"), page);
     beforeLabel->setBuddy(m_before);
-    auto* afterLabel = new QLabel(tr("A&fter:"), page);
+    auto* afterLabel = new QLabel(tr("Af&ter:"), page);
     afterLabel->setBuddy(m_after);
     auto* choices = new QHBoxLayout;
     choices->setContentsMargins(4, 0, 4, 4);

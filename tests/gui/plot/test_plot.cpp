@@ -19,6 +19,7 @@
 #include <QByteArray>
 #include <QColor>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QEvent>
 #include <QFile>
@@ -197,6 +198,15 @@ TEST_F(Plot, SaysWhatToDoWhileItIsEmpty)
         plot.area()->canvas()->accessibleDescription().contains(QLatin1String("Drop variables here.")));
     add(plot.addCurve(QStringLiteral("x")), spike(10, 3, 1));
     EXPECT_EQ(count(text, middle), 0);
+}
+
+TEST_F(Plot, AxisIsOfTodayWhileItIsEmpty)
+{
+    const auto now = static_cast<double>(QDateTime::currentMSecsSinceEpoch());
+    const QwtScaleDiv shown = plot.area()->axisScaleDiv(QwtPlot::xBottom);
+    EXPECT_NEAR(shown.lowerBound(), now, 600'000);
+    EXPECT_NEAR(shown.upperBound(), now, 600'000);
+    EXPECT_GT(shown.upperBound(), shown.lowerBound());
 }
 
 TEST_F(Plot, TextOfAnEmptyPlotIsCutNowhere)

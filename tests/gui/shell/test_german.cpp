@@ -273,6 +273,19 @@ TEST_F(German, PluginsHaveGermanNames)
     EXPECT_FALSE(tree->findItems(QStringLiteral("Ereignisansicht"), Qt::MatchRecursive).isEmpty());
 }
 
+TEST_F(German, LogNamesThePluginsThatAreLoaded)
+{
+    auto* model = window->findChild<QlumLogModel*>();
+    model->sltFlush();
+    int loadedOnes = 0;
+    for (int row = 0; row < model->rowCount(); ++row) {
+        const QString message = model->rowAt(row).message;
+        EXPECT_FALSE(message.contains(QLatin1String("Static Plugin"))) << message.toStdString();
+        loadedOnes += message.endsWith(QLatin1String("geladen.")) ? 1 : 0;
+    }
+    EXPECT_EQ(loadedOnes, 12);
+}
+
 // What the settings keep are words of the program, not of the language that it is shown in.
 TEST_F(German, SettingsKeepTheirKeysInAnyLanguage)
 {

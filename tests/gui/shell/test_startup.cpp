@@ -11,11 +11,15 @@
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
+#include <QDockWidget>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QImage>
 #include <QLabel>
 #include <QPixmap>
+#include <QRect>
+#include <QScreen>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
@@ -26,6 +30,8 @@
 #include <QVariant>
 #include <QWidget>
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 // A home folder that goes with the test.
@@ -155,6 +161,7 @@ TEST_F(Home, WithoutAPlaceToWriteTheProgramRunsAndSaysSo)
     {
         const QlumSessionRecord record(qlumRecoveryFolder(), folder.path());
         EXPECT_FALSE(record.isKept());
+        EXPECT_TRUE(QlumStartup::folderProblem(record.isKept()).contains(QLatin1String("/dev/null/.config")));
         EXPECT_TRUE(record.leftovers().isEmpty());
         QlumTavelin window{QlumTavelinServices()};
         window.setSettingsValue(QStringLiteral("General.CallTimeout"), 4711);
@@ -166,6 +173,60 @@ TEST_F(Home, WithoutAPlaceToWriteTheProgramRunsAndSaysSo)
     }
     TearDown();
     QlumStartup::setIdentity(); // for the tests behind this one
+}
+
+TEST_F(Home, SaysWhereSettingsAreWhenNobodyHasSetAHome)
+{
+    EXPECT_TRUE(QlumStartup::folderProblem(true).isEmpty());
+    qunsetenv("HOME");
+    const QString said = QlumStartup::folderProblem(true);
+    EXPECT_TRUE(said.contains(QLatin1String(" /.config")) && said.contains(QLatin1String("HOME")))
+        << said.toStdString();
+}
+
+class LostScreen : public ::testing::Test
+{
+protected:
+    LostScreen() { QSettings().clear(); }
+    ~LostScreen() override { QSettings().clear(); }
+    static QRect room() { return QGuiApplication::primaryScreen()->availableGeometry(); }
+};
+
+TEST_F(LostScreen, WindowComesBackOnOneThatIsThere)
+{
+    for (const QRect& before :
+         {QRect(6000, 5000, 900, 700), QRect(-3000, -2000, 900, 700), // of another screen
+          QRect(200, 300, 5000, 4000), QRect(room().right() - 60, 40, 700, 600)}) {
+        QWidget closed;
+        closed.setGeometry(before);
+        QSettings().setValue(QStringLiteral("geometry"), closed.saveGeometry());
+        QlumTavelin window{QlumTavelinServices()};
+        QlumStartup::keepOnScreen(window);
+        EXPECT_TRUE(room().contains(window.pos())) << before.x() << " is now " << window.x();
+        EXPECT_LE(window.geometry().right(), std::max(room().right(), window.minimumSizeHint().width()));
+        EXPECT_LE(window.geometry().bottom(), std::max(room().bottom(), window.minimumSizeHint().height()));
+    }
+}
+
+TEST_F(LostScreen, DockThatFloatedThereIsSeen)
+{
+    QByteArray state;
+    const QString name = QStringLiteral("Log Dock Widget");
+    {
+        QlumTavelin window{QlumTavelinServices()};
+        window.show();
+        auto* dock = window.findChild<QDockWidget*>(name);
+        ASSERT_NE(dock, nullptr);
+        dock->setFloating(true);
+        dock->move(6000, 5000);
+        state = window.saveState();
+    }
+    QlumTavelin window{QlumTavelinServices()};
+    ASSERT_TRUE(window.restoreState(state));
+    const auto* dock = window.findChild<QDockWidget*>(name);
+    EXPECT_TRUE(dock->isFloating());
+    EXPECT_TRUE(room().intersects(dock->geometry().adjusted(50, 0, -50, -100)))
+        << dock->x() << ", " << dock->y() << ": its title is reached";
 }
 
 TEST(Startup, AWindowClosedBeforeTheEventLoopLeavesNoProcess)
