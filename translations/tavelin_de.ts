@@ -5665,6 +5665,10 @@ Sperre aufbrechen?</translation>
         <translation>Ergebnis von FindServers oder GetEndpoints wählen:</translation>
     </message>
     <message>
+        <source>Select a server or an endpoint to see what is said of it.</source>
+        <translation>Einen Server oder Endpunkt wählen, um zu sehen, was über ihn gesagt wird.</translation>
+    </message>
+    <message>
         <source>The answer is empty.</source>
         <translation>Die Antwort ist leer.</translation>
     </message>
@@ -7036,6 +7040,13 @@ Anwendungs-URI: %4</translation>
         <source>%1; the log has no room for the oldest %2</source>
         <translation>%1; für die ältesten %2 hat das Protokoll keinen Platz</translation>
     </message>
+    <message numerus="yes">
+        <source>%n history(s) could not be read.</source>
+        <translation>
+            <numerusform>%n Historie konnte nicht gelesen werden.</numerusform>
+            <numerusform>%n Historien konnten nicht gelesen werden.</numerusform>
+        </translation>
+    </message>
     <message>
         <source>&amp;Acknowledge</source>
         <translation>&amp;Quittieren</translation>
@@ -7611,6 +7622,10 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>There has been no connection to %1 since %2. Its alarms are those of then.</source>
         <translation>Zu %1 gibt es seit %2 keine Verbindung. Seine Alarme sind die von damals.</translation>
+    </message>
+    <message>
+        <source>There has been no connection to %1 since %2. Its events since then are not here.</source>
+        <translation>Seit %2 besteht keine Verbindung zu %1. Seine Ereignisse seitdem fehlen hier.</translation>
     </message>
     <message>
         <source>There is no connection to %1.</source>
@@ -9959,6 +9974,13 @@ Anwendungs-URI: %4</translation>
     <message>
         <source>Recording since</source>
         <translation>Aufzeichnung seit</translation>
+    </message>
+    <message numerus="yes">
+        <source>Recording, without connection for %n item(s)</source>
+        <translation>
+            <numerusform>Zeichnet auf, ohne Verbindung für %n Element</numerusform>
+            <numerusform>Zeichnet auf, ohne Verbindung für %n Elemente</numerusform>
+        </translation>
     </message>
     <message>
         <source>Records</source>
@@ -21056,19 +21078,19 @@ Mit OK laden Sie sie jetzt herunter.</translation>
     </message>
     <message>
         <source>received %1 h ago</source>
-        <translation>empfangen vor %1 h</translation>
+        <translation>vor %1 h empfangen</translation>
     </message>
     <message>
         <source>received %1 min ago</source>
-        <translation>empfangen vor %1 min</translation>
+        <translation>vor %1 min empfangen</translation>
     </message>
     <message>
         <source>received %1 s ago</source>
-        <translation>empfangen vor %1 s</translation>
+        <translation>vor %1 s empfangen</translation>
     </message>
     <message>
         <source>received now</source>
-        <translation>gerade empfangen</translation>
+        <translation>jetzt empfangen</translation>
     </message>
 </context>
 <context>

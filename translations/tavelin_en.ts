@@ -175,6 +175,16 @@ Do you want to create a new one?</numerusform>
     </message>
 </context>
 <context>
+    <name>QlumEventWidget</name>
+    <message numerus="yes">
+        <source>%n history(s) could not be read.</source>
+        <translation>
+            <numerusform>%n history could not be read.</numerusform>
+            <numerusform>%n histories could not be read.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>QlumFindNodeView</name>
     <message numerus="yes">
         <source>%1, %n call(s) not answered in time</source>
@@ -270,6 +280,16 @@ Do you want to create a new one?</numerusform>
         <translation>
             <numerusform>%n row was added.</numerusform>
             <numerusform>%n rows were added.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>QlumLoggerPanel</name>
+    <message numerus="yes">
+        <source>Recording, without connection for %n item(s)</source>
+        <translation>
+            <numerusform>Recording, without connection for %n item</numerusform>
+            <numerusform>Recording, without connection for %n items</numerusform>
         </translation>
     </message>
 </context>

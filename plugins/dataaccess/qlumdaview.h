@@ -19,6 +19,7 @@
 #include <uawidgets/qlummessagebar.h>
 #include <watching/qlumdadescriber.h>
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QList>
 #include <QMap>
@@ -218,6 +219,7 @@ private:
     QTimer m_groups;  ///< rows are shown that were not before, or others are gone
     QTimer m_regroup; ///< rows have come, gone or got their paths
     int m_seconds = 0;
+    QElapsedTimer m_sinceTraffic;             ///< nobody looks while the view is hidden
     quint64 m_notifications = 0;              ///< at the last look
     QHash<unsigned int, double> m_roundTrips; ///< ms
     QSet<unsigned int> m_measuring;

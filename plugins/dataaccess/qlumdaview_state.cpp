@@ -30,6 +30,7 @@
 #include <QTableView>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -127,12 +128,19 @@ void QlumDaView::showTraffic()
             notifications += one.notifications;
     const quint64 came =
         notifications - std::min(notifications, std::exchange(m_notifications, notifications));
+    constexpr double second = 1000; // ms
+    const double seconds = m_sinceTraffic.isValid()
+                               ? std::max(1.0, static_cast<double>(m_sinceTraffic.elapsed()) / second)
+                               : 1.0;
+    m_sinceTraffic.start();
     const QLocale locale;
-    QStringList parts{
-        tr("%n row(s)", nullptr, m_model->rowCount()),
-        tr("%1 values/s in %2 notifications/s").arg(locale.toString(traffic.values), locale.toString(came))};
+    const auto rate = [&](quint64 count) {
+        return locale.toString(std::llround(static_cast<double>(count) / seconds));
+    };
+    QStringList parts{tr("%n row(s)", nullptr, m_model->rowCount()),
+                      tr("%1 values/s in %2 notifications/s").arg(rate(traffic.values), rate(came))};
     if (traffic.merged > 0)
-        parts.append(tr("%1 of them replaced before they were shown").arg(locale.toString(traffic.merged)));
+        parts.append(tr("%1 of them replaced before they were shown").arg(rate(traffic.merged)));
     parts.append(tr("queue: %1 rows, %2 calls")
                      .arg(locale.toString(summary.waiting), locale.toString(m_pool->pending())));
     for (const unsigned int id : summary.servers)

@@ -137,6 +137,12 @@ void QlumLoggerModel::takeFigures(const std::vector<recording::ItemFigures>& fig
     });
 }
 
+int QlumLoggerModel::cutOffCount() const
+{
+    return static_cast<int>(std::count_if(
+        rows().begin(), rows().end(), [this](const QlumLoggerItem& row) { return isCutOff(row); }));
+}
+
 // ---- cells
 
 QString QlumLoggerModel::stateText(const QlumLoggerItem& row) const

@@ -73,6 +73,8 @@ public:
     void setViewSettings(const QlumDataSettings& settings);                               ///< the same
     [[nodiscard]] std::vector<unsigned int> serverIds() const;                            ///< each once
     [[nodiscard]] QString serverName(unsigned int serverId) const;                        ///< for the user
+    /// Of how many items, that would be recorded, nothing comes, since their server is not connected.
+    [[nodiscard]] int cutOffCount() const;
 
 protected:
     [[nodiscard]] QVariant cell(const QlumLoggerItem& row, int column, int role) const override;

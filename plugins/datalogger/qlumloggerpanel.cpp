@@ -70,7 +70,7 @@ QLabel* QlumLoggerPanel::makeFigure(const char* name, const QString& what)
     return label;
 }
 
-void QlumLoggerPanel::showState(const recording::RecorderStatus& status, bool isStopping)
+void QlumLoggerPanel::showState(const recording::RecorderStatus& status, bool isStopping, int cutOffItems)
 {
     using State = recording::RecorderState;
     QlumStatusLevel level = QlumStatusLevel::Inactive;
@@ -83,8 +83,9 @@ void QlumLoggerPanel::showState(const recording::RecorderStatus& status, bool is
             text = tr("Stopped");
         break;
     case State::Recording:
-        level = QlumStatusLevel::Good;
-        text = tr("Recording");
+        level = cutOffItems > 0 ? QlumStatusLevel::Uncertain : QlumStatusLevel::Good;
+        text = cutOffItems > 0 ? tr("Recording, without connection for %n item(s)", nullptr, cutOffItems)
+                               : tr("Recording");
         break;
     case State::NoSpace:
         level = QlumStatusLevel::Uncertain;
@@ -105,7 +106,7 @@ void QlumLoggerPanel::showState(const recording::RecorderStatus& status, bool is
     m_state->setPalette(palette);
 }
 
-void QlumLoggerPanel::show(const recording::RecorderStatus& status, bool isStopping)
+void QlumLoggerPanel::show(const recording::RecorderStatus& status, bool isStopping, int cutOffItems)
 {
     const QLocale locale;
     const OpcUa_DateTime now = UaDateTime::now().value();
@@ -117,7 +118,7 @@ void QlumLoggerPanel::show(const recording::RecorderStatus& status, bool isStopp
         m_perSecond = static_cast<double>(status.records - m_recordsBefore) / seconds;
     m_before = now;
     m_recordsBefore = status.records;
-    showState(status, isStopping);
+    showState(status, isStopping, cutOffItems);
     const bool isKnown = status.since != 0;
     const auto set = [](QLabel* label, const QString& text) {
         label->setText(text.isEmpty() ? QStringLiteral("-") : text);

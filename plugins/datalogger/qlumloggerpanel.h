@@ -15,13 +15,13 @@ public:
     /// Of no recording.
     explicit QlumLoggerPanel(QWidget* parent = nullptr);
 
-    /// Once a second.
-    void show(const recording::RecorderStatus& status, bool isStopping);
+    /// Once a second. The items whose server is not connected are no part of what is recorded.
+    void show(const recording::RecorderStatus& status, bool isStopping, int cutOffItems = 0);
     using QWidget::show;
 
 private:
     [[nodiscard]] QLabel* makeFigure(const char* name, const QString& what);
-    void showState(const recording::RecorderStatus& status, bool isStopping);
+    void showState(const recording::RecorderStatus& status, bool isStopping, int cutOffItems);
 
     QLabel* m_icon;
     QLabel* m_state;

@@ -132,7 +132,7 @@ void QlumLoggerView::makeTable()
     };
     width(Model::Server, "Demo Server 1   ");
     width(Model::Name, "TemperatureSensor   ");
-    width(Model::State, "Waits for its server        ");
+    width(Model::State, "No connection: what is missed is marked       ");
     width(Model::Value, "-1234567.8901234567 ");
     width(Model::Status, "BadCommunicationError    ");
     constexpr qint64 longDate = 1'700'000'000'000; // ms
@@ -418,7 +418,7 @@ void QlumLoggerView::showEachSecond()
 {
     m_session->takeFigures();
     const recording::RecorderStatus status = m_session->status();
-    m_panel->show(status, m_session->isStopping());
+    m_panel->show(status, m_session->isStopping(), m_model->cutOffCount());
     const bool isTrouble = status.state == recording::RecorderState::Failing ||
                            status.state == recording::RecorderState::NoSpace;
     if (isTrouble && !m_hadTrouble)

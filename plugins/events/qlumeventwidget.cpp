@@ -252,13 +252,19 @@ void QlumEventWidget::createModels()
     connect(m_items, &QlumMonitoredItemModel::eventsReceived, this, &QlumEventWidget::sltNewEvents);
     connect(m_items, &QlumMonitoredItemModel::nodeRemoved, m_alarms, &QlumAlarmModel::sltRemoveItem);
     connect(m_items, &QlumMonitoredItemModel::historyEvents, m_history, &QlumEventModel::sltNewEvents);
-    connect(
-        m_items, &QlumMonitoredItemModel::historyEnded, this,
-        [this] { m_actions[ReadHistory]->setEnabled(true); });
+    connect(m_items, &QlumMonitoredItemModel::historyEnded, this,
+            [this] { m_actions[ReadHistory]->setEnabled(true); });
     connect(
         m_items, &QlumMonitoredItemModel::historyFailed, this,
         [this](const QString& what, const QString& why) {
-            m_messages->tell({QlumMessage::Error, QStringLiteral("history"), what, why, {}, {}});
+            m_historyFaults.append(QStringLiteral("%1 %2").arg(what, why));
+            const int count = m_historyFaults.size(); // each would take the place of the one before
+            m_messages->tell({QlumMessage::Error,
+                              QStringLiteral("history"),
+                              count == 1 ? what : tr("%n history(s) could not be read.", nullptr, count),
+                              count == 1 ? why : m_historyFaults.join(QLatin1Char('\n')),
+                              {},
+                              {}});
         });
     connect(m_items, &QlumMonitoredItemModel::historyCut, this, [this](const QString& what) {
         m_messages->tell(
@@ -449,7 +455,8 @@ QWidget* QlumEventWidget::makeLogPage()
     bar->addWidget(m_waiting);
     m_logView = makeTable("eventLog", tr("Events"), m_logFilter,
                           tr("Events are shown here as they come. Drop an object on the list of notifiers."));
-    return stack({bar, filters, m_logView});
+    m_gapNote = makeNote("missedEvents", this);
+    return stack({bar, filters, m_gapNote, m_logView});
 }
 
 QWidget* QlumEventWidget::makeAlarmPage()

@@ -204,8 +204,10 @@ private:
     QlumWherePage* m_where = nullptr;
     QLabel* m_fieldState = nullptr;
     QLabel* m_offline = nullptr;
+    QLabel* m_gapNote = nullptr;
     QLabel* m_missing = nullptr;
     QLabel* m_waiting = nullptr;
+    QStringList m_historyFaults; ///< of the last time that it was read
     QDateTimeEdit* m_start = nullptr;
     QDateTimeEdit* m_end = nullptr;
     unsigned int m_shownServer = qlumNoServer; ///< whose field tree is shown

@@ -362,6 +362,7 @@ void QlumEventWidget::sltShowCounts()
 void QlumEventWidget::sltReadHistory()
 {
     m_history->clear();
+    m_historyFaults.clear();
     m_isLengthTold = false;
     for (const char* topic : {"history", "historyCut", "historyLength"})
         m_messages->dismiss(QLatin1String(topic));
@@ -465,7 +466,7 @@ void QlumEventWidget::sessionRemoved(unsigned int serverId)
 
 void QlumEventWidget::updateOffline()
 {
-    QStringList lines;
+    QStringList lines, gaps;
     for (const unsigned int serverId : m_items->servers()) {
         const QDateTime since = m_alarms->offlineSince(serverId);
         if (m_items->isUp(serverId))
@@ -475,7 +476,15 @@ void QlumEventWidget::updateOffline()
                          ? tr("There has been no connection to %1 since %2. Its alarms are those of then.")
                                .arg(name, qlumShowDateTime(since))
                          : tr("There is no connection to %1.").arg(name));
+        gaps.append(
+            since.isValid()
+                ? tr("There has been no connection to %1 since %2. Its events since then are not here.")
+                      .arg(name, qlumShowDateTime(since))
+                : lines.last());
     }
+    gaps.sort();
+    m_gapNote->setText(gaps.join(QLatin1Char('\n')));
+    m_gapNote->setVisible(!gaps.isEmpty());
     for (const auto& [serverId, status] : m_refreshFaults)
         if (m_items->isUp(serverId))
             lines.append(

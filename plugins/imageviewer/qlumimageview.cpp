@@ -63,7 +63,7 @@ QlumImageView::QlumImageView(QlumApplicationInterface& application, QlumSessionS
     across->setObjectName(QStringLiteral("imageSplitter"));
     across->addWidget(m_area);
     across->addWidget(makeFacts());
-    across->setStretchFactor(0, 3);
+    across->setStretchFactor(0, 2);
     across->setStretchFactor(1, 1);
     m_state->keep(across, QStringLiteral("across"));
     m_pages->addWidget(across);
@@ -103,6 +103,8 @@ QWidget* QlumImageView::makeFacts()
     m_factsView->setAccessibleName(tr("What is known of the current image"));
     m_factsView->setModel(m_facts);
     m_factsView->setContextMenuPolicy(Qt::ActionsContextMenu);
+    constexpr int characters = 32; // so that many images leave room for what is known of one
+    m_factsView->setMinimumWidth(m_factsView->fontMetrics().averageCharWidth() * characters);
     m_factsView->verticalHeader()->hide();
     constexpr int room = 6;
     m_factsView->verticalHeader()->setDefaultSectionSize(m_factsView->fontMetrics().height() + room);

@@ -169,9 +169,6 @@ void QlumReferenceView::setupTable()
     m_table->setSortingEnabled(true);
     m_table->setModel(m_filter);
     m_table->sortByColumn(-1, Qt::AscendingOrder); // the server's order until the user wants another
-    // what a view would like to have is no reason to scroll the dock as a whole
-    m_table->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
-    m_table->setMinimumHeight(m_table->minimumSizeHint().height());
     const int em = fontMetrics().averageCharWidth();
     m_table->header()->resizeSection(QlumReferenceModel::TypeColumn, em * 20);
     m_table->header()->resizeSection(QlumReferenceModel::DirectionColumn, em * 10);

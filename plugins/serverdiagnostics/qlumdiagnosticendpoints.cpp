@@ -7,6 +7,7 @@
 #include <uabase/values/uastatus.h>
 #include <uabase/values/uastring.h>
 #include <uawidgets/qlumviewstate.h>
+#include <uawidgets/table/qlumemptytext.h>
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -62,6 +63,7 @@ QlumDiagnosticEndpoints::QlumDiagnosticEndpoints(QlumViewState& state, QWidget* 
                                                         {tr("Parameter"), tr("Value")}},
                                                        state))
 {
+    new QlumEmptyText(m_panel->view(), tr("Select a server or an endpoint to see what is said of it."));
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->setObjectName(QStringLiteral("endpointSplitter"));
     splitter->addWidget(makeLists());

@@ -17,11 +17,14 @@
 #include <QAbstractItemModelTester>
 #include <QAction>
 #include <QDialogButtonBox>
+#include <QElapsedTimer>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QMessageBox>
 #include <QModelIndex>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QRegularExpressionMatch>
 #include <QSettings>
 #include <QSpinBox>
 #include <QString>
@@ -129,6 +132,35 @@ TEST_F(DaViewTest, ANodeThatIsThereIsAddedAgainOnTheUsersWordOnly)
     ASSERT_NE(help, nullptr);
     help->click();
     EXPECT_EQ(view->model().rowCount(), 2);
+}
+
+TEST_F(DaViewTest, RatesAreThoseOfTheTimeThatWentByAlsoWhenNobodyLooked)
+{
+    QlumDataSettings often;
+    often.readInterval = 50;
+    view->setSettings({}, often);
+    connectServer();
+    add(2);
+    ASSERT_TRUE(waitFor(0, M::Value, "12.5"));
+    view->show();
+    const auto* const label = view->findChild<QLabel*>("dataTraffic");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return label->text().contains("values/s"); }));
+    view->hide();
+    const QString before = label->text();
+    QElapsedTimer clock;
+    clock.start();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            view->watch()->readNow();
+            return clock.elapsed() > 3000;
+        },
+        20'000));
+    view->show();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return label->text() != before; }));
+    const QRegularExpressionMatch rate = QRegularExpression("([0-9,]+) values/s").match(label->text());
+    const int values = rate.captured(1).remove(',').toInt();
+    EXPECT_GT(values, 0);
+    EXPECT_LE(values, 100) << "one each 10 ms at most";
 }
 
 TEST_F(DaViewTest, AValueThatIsBadShowsItInItsOwnCell)

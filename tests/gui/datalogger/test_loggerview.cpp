@@ -2,6 +2,7 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <app/api/qlumtoolservices.h>
 #include <monitoring/monitoredserver.h>
+#include <plugins/datalogger/qlumloggeritem.h>
 #include <plugins/datalogger/qlumloggermodel.h>
 #include <plugins/datalogger/qlumloggersession.h>
 #include <plugins/datalogger/qlumloggerview.h>
@@ -200,6 +201,22 @@ TEST_F(LoggerViewTest, AProjectRecordsAgainWhenItIsOpenedWithOtherIdsAndNamespac
     ASSERT_EQ(items.size(), 2u);
     EXPECT_EQ(items[0].item.namespaceUri, "urn:line");
     EXPECT_EQ(items[0].item.server, "Plc 9");
+}
+
+TEST_F(LoggerViewTest, ARecordingOfWhichNothingComesSaysSo)
+{
+    const auto view = makeView();
+    add(*view, "Speed");
+    view->setSetup(setupFor(folder.filePath("a.sqlite")));
+    view->command(QlumLoggerView::StartStop)->trigger();
+    const auto* const state = view->findChild<QLabel*>("loggerState");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state->text() == "Recording"; }));
+    view->model()->changeItems([](QlumLoggerItem& row) {
+        row.state = QlumLoggerState::Recorded;
+        return true;
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return state->text().startsWith("Recording, without connection"); }));
+    stop(*view);
 }
 
 TEST_F(LoggerViewTest, SaysThatItCannotWriteAndThatARecordingIsNone)

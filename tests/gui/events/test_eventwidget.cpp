@@ -27,6 +27,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMetaObject>
 #include <QObject>
 #include <QPointer>
 #include <QPushButton>
@@ -397,6 +398,32 @@ TEST_F(EventView, KeepsItsNotifiersInAProjectAndFollowsTheNamespaces)
     EXPECT_EQ(view->items()->rowCount(), 3); // of another server
     other->loadSettings(file, {});           // no such server any more
     EXPECT_EQ(other->items()->rowCount(), 2);
+}
+
+TEST_F(EventView, EveryHistoryThatWasNotReadIsTold)
+{
+    emit view->items()->historyFailed("The history of Line could not be read.", "The connection was closed.");
+    const auto* bar = view->findChild<QlumMessageBar*>();
+    EXPECT_EQ(bar->findChild<QLabel*>("what")->text(), "The history of Line could not be read.");
+    emit view->items()->historyFailed("The history of Tank could not be read.", "It is not supported.");
+    const QString why = bar->findChild<QLabel*>("why")->text();
+    EXPECT_TRUE(why.contains("Line") && why.contains("closed") && why.contains("Tank")) << why.toStdString();
+    ASSERT_TRUE(QMetaObject::invokeMethod(view.get(), "sltReadHistory")); // from the beginning
+    emit view->items()->historyFailed("The history of Tank could not be read.", "It is not supported.");
+    EXPECT_EQ(bar->findChild<QLabel*>("why")->text(), "It is not supported.");
+}
+
+TEST_F(EventView, TheLogSaysOfWhichServerItHasNothing)
+{
+    view->addNotifiers(std::vector<QlumToolNode>{{1, UaNodeId(2253), OpcUa_NodeClass_Object, {}, "Server"}});
+    plugin.sessionStatusChanged(1, QlumConnectionStatus::Connected, {});
+    const auto* note = view->findChild<QLabel*>("missedEvents");
+    EXPECT_TRUE(note->isHidden());
+    plugin.sessionStatusChanged(1, QlumConnectionStatus::ConnectionError, {});
+    EXPECT_FALSE(note->isHidden());
+    EXPECT_TRUE(note->text().contains("Plc1")) << note->text().toStdString();
+    plugin.sessionStatusChanged(1, QlumConnectionStatus::Connected, {});
+    EXPECT_TRUE(note->isHidden());
 }
 
 TEST_F(EventView, AHistoryThatTakesItsTimeHoldsNothingElseUp)

@@ -2,6 +2,7 @@
 #include <uawidgets/qlumelidedlabel.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumturningsplitter.h>
+#include <uawidgets/qlumscrollable.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumwrappingbar.h>
 
@@ -14,16 +15,21 @@
 #include <QList>
 #include <QPushButton>
 #include <QSizePolicy>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QString>
 #include <QStringList>
 #include <QTest>
 #include <QTime>
 #include <QTimer>
 #include <QToolButton>
+#include <QTreeView>
+#include <QVBoxLayout>
 #include <QWidget>
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <memory>
 
 namespace {
 QString text(const QWidget& part, const char* name)
@@ -45,6 +51,28 @@ TEST(MessageBar, TellsServersTextsAsTextAndInBounds)
     bar.tell({QlumMessage::Error, "t", "Gone.", {}, {}, {}});
     EXPECT_EQ(text(bar, "severity"), "Error");
     EXPECT_TRUE(bar.findChild<QLabel*>("why")->isHidden()) << "no empty line";
+}
+
+TEST(Scrollable, ScrollsForWhatIsNeededOnlyAndNotForWhatIsWished)
+{
+    auto* const page = new QWidget;
+    auto* const layout = new QVBoxLayout(page);
+    auto* const bar = new QlumWrappingBar;
+    bar->add(new QPushButton("Refresh"));
+    layout->addWidget(bar); // whose height depends on the width
+    auto* const tree = new QTreeView;
+    layout->addWidget(tree);
+    ASSERT_GT(tree->sizeHint().height(), 150);
+    const std::unique_ptr<QScrollArea> area(qlumScrollable(page));
+    area->resize(300, 170);
+    area->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(area.get()));
+    EXPECT_EQ(area->verticalScrollBar()->maximum(), 0);
+    EXPECT_EQ(page->height(), area->viewport()->height());
+    tree->setMinimumHeight(400);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return area->verticalScrollBar()->maximum() > 200; }));
+    area->resize(300, 700);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return area->verticalScrollBar()->maximum() == 0; }));
 }
 
 TEST(MessageBar, TheButtonHelpsOnceAndMayHaveSomethingToTell)
