@@ -1,8 +1,8 @@
 #include <app/api/qlumconnectionstatus.h>
 #include <uawidgets/qlumelidedlabel.h>
 #include <uawidgets/qlummessagebar.h>
-#include <uawidgets/qlumturningsplitter.h>
 #include <uawidgets/qlumscrollable.h>
+#include <uawidgets/qlumturningsplitter.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumwrappingbar.h>
 
@@ -14,9 +14,9 @@
 #include <QLineEdit>
 #include <QList>
 #include <QPushButton>
-#include <QSizePolicy>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSizePolicy>
 #include <QString>
 #include <QStringList>
 #include <QTest>
