@@ -66,7 +66,8 @@ protected:
 TEST_F(StagedOnDemoServer, ValuesOfAllKindsAreCheckedWrittenReadBackAndReverted)
 {
     open();
-    paste("nsu=urn:korvanda:tavelin:demo;s=Scalar.Double\n"
+    // no node that a test beside this one writes: a revert leaves what somebody else has written
+    paste("nsu=urn:korvanda:tavelin:demo;s=DataAccess.Temperature\n"
           "/Objects/2:Demo/2:Access/2:RejectsWrites\n"
           "ns=2;s=Access.ReadOnly\n"
           "ns=2;s=Array.Int32\n"
@@ -104,10 +105,11 @@ TEST_F(StagedOnDemoServer, ValuesOfAllKindsAreCheckedWrittenReadBackAndReverted)
     paste("3", "pasteNewValues");
     ASSERT_TRUE(waitForColumn(staged, Check, {""})) << column(staged, Check).join("; ").toStdString();
     trigger("writeStaged");
-    ASSERT_TRUE(waitForColumn(staged, Result, {"Written"}));
+    ASSERT_TRUE(waitForColumn(staged, Result, {"Written"}))
+        << column(staged, Result).join("; ").toStdString();
     EXPECT_EQ(column(staged, Old).first(), old.first()) << "the revert had put it back";
     trigger("revertStaged");
-    ASSERT_TRUE(waitForColumn(staged, Result, {back}));
+    ASSERT_TRUE(waitForColumn(staged, Result, {back})) << column(staged, Result).join("; ").toStdString();
 }
 
 } // namespace
