@@ -3888,8 +3888,8 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
         <translation>&amp;Kopieren als</translation>
     </message>
     <message>
-        <source>&lt;b&gt;Data Access View&lt;/b&gt;&lt;br&gt;Watches the values of variables of one or more servers and writes them.</source>
-        <translation>&lt;b&gt;Datenzugriff&lt;/b&gt;&lt;br&gt;Überwacht die Werte von Variablen eines oder mehrerer Server und schreibt sie.</translation>
+        <source>Watches the values of variables of one or more servers and writes them.</source>
+        <translation>Überwacht die Werte von Variablen eines oder mehrerer Server und schreibt sie.</translation>
     </message>
 </context>
 <context>
@@ -4639,8 +4639,8 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
 <context>
     <name>QlumDataLoggerPlugin</name>
     <message>
-        <source>&lt;b&gt;Data Logger View&lt;/b&gt;&lt;br&gt;Records the values of variables of one or more servers in files, and says where something is missing.</source>
-        <translation>&lt;b&gt;Datenlogger&lt;/b&gt;&lt;br&gt;Zeichnet die Werte von Variablen eines oder mehrerer Server in Dateien auf und sagt, wo etwas fehlt.</translation>
+        <source>Records the values of variables of one or more servers in files, and says where something is missing.</source>
+        <translation>Zeichnet die Werte von Variablen eines oder mehrerer Server in Dateien auf und sagt, wo etwas fehlt.</translation>
     </message>
 </context>
 <context>
@@ -5125,8 +5125,8 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
 <context>
     <name>QlumDevicesPlugin</name>
     <message>
-        <source>&lt;b&gt;Devices View&lt;/b&gt;&lt;br&gt;Shows the devices of a server with their health, nameplates, parameters, methods and documents, and configures them.</source>
-        <translation>&lt;b&gt;Geräteansicht&lt;/b&gt;&lt;br&gt;Zeigt die Geräte eines Servers mit Gesundheit, Typenschildern, Parametern, Methoden und Dokumenten und stellt sie ein.</translation>
+        <source>Shows the devices of a server with their health, nameplates, parameters, methods and documents, and configures them.</source>
+        <translation>Zeigt die Geräte eines Servers mit Gesundheit, Typenschildern, Parametern, Methoden und Dokumenten und stellt sie ein.</translation>
     </message>
 </context>
 <context>
@@ -8176,8 +8176,8 @@ Anwendungs-URI: %4</translation>
 <context>
     <name>QlumGDSPlugin</name>
     <message>
-        <source>&lt;b&gt;GDS View (Push Model)&lt;/b&gt;&lt;br&gt;Manages the certificates and trust lists that a server keeps, through its configuration objects.</source>
-        <translation>&lt;b&gt;GDS-Ansicht (Push-Modell)&lt;/b&gt;&lt;br&gt;Verwaltet die Zertifikate und Vertrauenslisten, die ein Server führt, über seine Konfigurationsobjekte.</translation>
+        <source>Manages the certificates and trust lists that a server keeps, through its configuration objects.</source>
+        <translation>Verwaltet die Zertifikate und Vertrauenslisten, die ein Server führt, über seine Konfigurationsobjekte.</translation>
     </message>
 </context>
 <context>
@@ -8329,12 +8329,12 @@ Anwendungs-URI: %4</translation>
         <translation>&amp;Werte eines Knotens je Antwort:</translation>
     </message>
     <message>
-        <source>&lt;b&gt;History Trend View&lt;/b&gt;&lt;br&gt;Reads the history of variables and plots it over time.</source>
-        <translation>&lt;b&gt;Historientrend&lt;/b&gt;&lt;br&gt;Liest die Historie von Variablen und zeichnet sie über der Zeit.</translation>
-    </message>
-    <message>
         <source>A server that has more hands them out in several answers. With 0 it decides itself.</source>
         <translation>Hat ein Server mehr, gibt er sie in mehreren Antworten heraus. Bei 0 entscheidet er selbst.</translation>
+    </message>
+    <message>
+        <source>Reads the history of variables and plots it over time.</source>
+        <translation>Liest die Historie von Variablen und zeichnet sie über der Zeit.</translation>
     </message>
     <message>
         <source>Reads the values at the ends of the time range, too, so that curves reach them.</source>
@@ -9087,16 +9087,16 @@ Anwendungs-URI: %4</translation>
         <translation>Geöffnete Bilder &amp;überwachen</translation>
     </message>
     <message>
-        <source>&lt;b&gt;Image Viewer&lt;/b&gt;&lt;br&gt;Shows the pictures that a server offers as values of variables, once or as they change.</source>
-        <translation>&lt;b&gt;Bildbetrachter&lt;/b&gt;&lt;br&gt;Zeigt die Bilder, die ein Server als Werte von Variablen anbietet, einmal oder bei jeder Änderung.</translation>
-    </message>
-    <message>
         <source>Ask for &amp;new images every:</source>
         <translation>Nach &amp;neuen Bildern fragen alle:</translation>
     </message>
     <message>
         <source>Shows every new image that the server reports. Else an image is read once, and again when you ask for it.</source>
         <translation>Zeigt jedes neue Bild, das der Server meldet. Sonst wird ein Bild einmal gelesen und wieder, wenn Sie danach fragen.</translation>
+    </message>
+    <message>
+        <source>Shows the pictures that a server offers as values of variables, once or as they change.</source>
+        <translation>Zeigt die Bilder, die ein Server als Werte von Variablen anbietet, einmal oder bei jeder Änderung.</translation>
     </message>
     <message>
         <source>The interval of documents that are opened from now on. Each may have another one.</source>
@@ -13076,8 +13076,8 @@ Geben Sie die IP-Adresse ein:</translation>
 <context>
     <name>QlumPerformancePlugin</name>
     <message>
-        <source>&lt;b&gt;Performance View&lt;/b&gt;&lt;br&gt;Measures how long a server takes to answer service calls.</source>
-        <translation>&lt;b&gt;Leistungsmessung&lt;/b&gt;&lt;br&gt;Misst, wie lange ein Server für die Antwort auf Dienstaufrufe braucht.</translation>
+        <source>Measures how long a server takes to answer service calls.</source>
+        <translation>Misst, wie lange ein Server für die Antwort auf Dienstaufrufe braucht.</translation>
     </message>
 </context>
 <context>
@@ -16279,16 +16279,16 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
         <translation>&amp;Vergessene Sitzungen nach:</translation>
     </message>
     <message>
-        <source>&lt;b&gt;Server Diagnostics View&lt;/b&gt;&lt;br&gt;Shows what a server tells of itself: its status and limits, who is connected, what each session and subscription does, and its endpoints.</source>
-        <translation>&lt;b&gt;Serverdiagnose&lt;/b&gt;&lt;br&gt;Zeigt, was ein Server über sich sagt: seinen Status und seine Grenzen, wer verbunden ist, was jede Sitzung und Subscription tut, und seine Endpunkte.</translation>
-    </message>
-    <message>
         <source>A session of this application that has had no contact with its server for so long is pointed out as forgotten.</source>
         <translation>Eine Sitzung dieser Anwendung, die so lange keinen Kontakt zu ihrem Server hatte, wird als vergessen hervorgehoben.</translation>
     </message>
     <message>
         <source>Server &amp;Diagnostics</source>
         <translation>Server&amp;diagnose</translation>
+    </message>
+    <message>
+        <source>Shows what a server tells of itself: its status and limits, who is connected, what each session and subscription does, and its endpoints.</source>
+        <translation>Zeigt, was ein Server über sich sagt: seinen Status und seine Grenzen, wer verbunden ist, was jede Sitzung und Subscription tut, und seine Endpunkte.</translation>
     </message>
 </context>
 <context>

@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QAccessibleEvent>
+#include <QBoxLayout>
 #include <QFont>
 #include <QHBoxLayout>
 #include <QIcon>
@@ -13,10 +14,12 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
-constexpr int maximumText = 500; // a server's reason may be a novel
+constexpr int maximumText = 500;  // a server's reason may be a novel
+constexpr int narrowestText = 40; // characters, with the button beside it
 
 QLabel* makeLabel(const char* name, QWidget* parent)
 {
@@ -37,7 +40,7 @@ QString fit(const QString& text)
 QlumMessageBar::QlumMessageBar(QWidget* parent)
     : QFrame(parent), m_icon(new QLabel(this)), m_severity(makeLabel("severity", this)),
       m_what(makeLabel("what", this)), m_why(makeLabel("why", this)), m_button(new QPushButton(this)),
-      m_close(new QToolButton(this))
+      m_close(new QToolButton(this)), m_body(new QBoxLayout(QBoxLayout::LeftToRight))
 {
     setObjectName(QStringLiteral("messageBar"));
     setFrameShape(QFrame::StyledPanel);
@@ -64,8 +67,9 @@ QlumMessageBar::QlumMessageBar(QWidget* parent)
     row->setContentsMargins(6, 3, 3, 3);
     row->addWidget(m_icon, 0, Qt::AlignTop);
     row->addWidget(m_severity, 0, Qt::AlignTop);
-    row->addLayout(texts, 1);
-    row->addWidget(m_button);
+    m_body->addLayout(texts, 1);
+    m_body->addWidget(m_button);
+    row->addLayout(m_body, 1);
     row->addWidget(m_close, 0, Qt::AlignTop);
     hide();
 }
@@ -111,6 +115,34 @@ void QlumMessageBar::dismiss()
 {
     m_message = QlumMessage();
     hide();
+}
+
+// What the texts never have: margins, icon, word and the button that closes.
+int QlumMessageBar::widthBesideTexts() const
+{
+    return layout()->minimumSize().width() - m_body->minimumSize().width();
+}
+
+QSize QlumMessageBar::minimumSizeHint() const
+{
+    int width = 0;
+    for (const QWidget* part : {static_cast<const QWidget*>(m_what), static_cast<const QWidget*>(m_why),
+                                static_cast<const QWidget*>(m_button)})
+        if (!part->isHidden())
+            width = std::max(width, part->minimumSizeHint().width());
+    return {widthBesideTexts() + width, QFrame::minimumSizeHint().height()};
+}
+
+void QlumMessageBar::resizeEvent(QResizeEvent* event)
+{
+    QFrame::resizeEvent(event);
+    const int rest = width() - widthBesideTexts() - m_button->sizeHint().width() - m_body->spacing();
+    const bool isWide = rest >= fontMetrics().averageCharWidth() * narrowestText;
+    const QBoxLayout::Direction direction = isWide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom;
+    if (direction == m_body->direction())
+        return;
+    m_body->setDirection(direction);
+    m_body->setAlignment(m_button, isWide ? Qt::AlignVCenter : Qt::AlignLeft);
 }
 
 void QlumMessageBar::sltHelp()

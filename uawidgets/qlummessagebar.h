@@ -1,11 +1,14 @@
 #pragma once
 #include <QFrame>
 #include <QKeyEvent>
+#include <QResizeEvent>
+#include <QSize>
 #include <QString>
 #include <QWidget>
 
 #include <functional>
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
 class QToolButton;
@@ -45,11 +48,15 @@ public:
     /// Closes the bar.
     void dismiss();
 
+    QSize minimumSizeHint() const override; ///< where it is narrow the button stands below the text
+
 protected:
     /// Escape closes the bar.
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    int widthBesideTexts() const;
     void showSeverity(QlumMessage::Severity severity);
     void sltHelp();
 
@@ -59,5 +66,6 @@ private:
     QLabel* m_why;
     QPushButton* m_button;
     QToolButton* m_close;
+    QBoxLayout* m_body; ///< the texts and the button
     QlumMessage m_message;
 };

@@ -16,7 +16,7 @@ public:
     /// A new document without parent, owned by the caller; null for a type that is not this plugin's. The
     /// widget also implements QlumDocumentWidgetInterface.
     virtual QWidget* createDocument(const QString& type) = 0;
-    /// Rich text that tells the user what the type is for.
+    /// Rich text that tells the user what the type is for; its name is written above it.
     virtual QString description(const QString& type) = 0;
 };
 

@@ -21,3 +21,8 @@ QString qlumDocumentTypeName(const QString& type)
 {
     return QCoreApplication::translate("QlumDocumentTypes", type.toUtf8().constData());
 }
+
+QString qlumDocumentTypeText(const QString& type, const QString& description)
+{
+    return QStringLiteral("<b>%1</b><br>%2").arg(qlumDocumentTypeName(type).toHtmlEscaped(), description);
+}

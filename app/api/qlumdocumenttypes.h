@@ -4,3 +4,5 @@
 
 /// What the user reads for a type, which is a key of project files; the type itself when it is not known.
 [[nodiscard]] QString qlumDocumentTypeName(const QString& type);
+/// What it is for, as rich text under its name; plugins describe their types in words alone.
+[[nodiscard]] QString qlumDocumentTypeText(const QString& type, const QString& description);

@@ -44,8 +44,7 @@ QlumProjectNodeDocument* QlumDocumentArea::add(const QString& type, const QStrin
         return nullptr;
     qlumSetHelpTool(widget, type);
     if (widget->whatsThis().isEmpty()) // for its parts that have none of their own
-        widget->setWhatsThis(
-            QStringLiteral("<b>%1</b><br>%2").arg(qlumDocumentTypeName(type), plugin->description(type)));
+        widget->setWhatsThis(qlumDocumentTypeText(type, plugin->description(type)));
     auto node = std::make_unique<QlumProjectNodeDocument>(name, type);
     node->setWidget(widget);
     QlumProjectNodeDocument* document = m_project->addDocument(std::move(node));
@@ -109,7 +108,8 @@ QList<QlumDocumentType> QlumDocumentArea::types() const
     for (const QString& key : m_plugins->filenames()) {
         if (auto* plugin = qobject_cast<QlumDocumentInterface*>(m_plugins->plugin(key)))
             for (const QString& type : plugin->documentTypes())
-                types.append({type, plugin->description(type), freeName(qlumDocumentTypeName(type))});
+                types.append({type, qlumDocumentTypeText(type, plugin->description(type)),
+                              freeName(qlumDocumentTypeName(type))});
     }
     return types;
 }

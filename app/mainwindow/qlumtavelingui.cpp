@@ -17,7 +17,6 @@
 #include <app/mainwindow/qlumaddressspacepages.h>
 #include <app/mainwindow/qlumbugreport.h>
 #include <app/mainwindow/qlumdocumentarea.h>
-#include <app/mainwindow/qlumdocumentstack.h>
 #include <app/mainwindow/qlumfindcommands.h>
 #include <app/mainwindow/qlumhelppages.h>
 #include <app/mainwindow/qlumhelpviewer.h>
@@ -73,9 +72,11 @@
 #include <QScrollArea>
 #include <QSettings>
 #include <QSize>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QString>
 #include <QStringList>
+#include <QStyle>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -102,7 +103,7 @@ void QlumTavelin::setupGui()
 
 QWidget* QlumTavelin::makeCentralWidget()
 {
-    auto* stack = new QlumDocumentStack(this);
+    auto* stack = new QStackedWidget(this);
     stack->setObjectName(QStringLiteral("centralStack"));
     m_tabs = new QTabWidget(stack);
     m_tabs->setObjectName(QStringLiteral("documents"));
@@ -120,7 +121,7 @@ QWidget* QlumTavelin::makeCentralWidget()
     // A document must not make the window larger than the screen, nor take the docks' room; in a window that
     // is narrower than usual the docks give way first.
     QScrollArea* area = qlumScrollable(stack, this);
-    area->setMinimumSize(450, 240);
+    area->setMinimumSize(450 + style()->pixelMetric(QStyle::PM_ScrollBarExtent), 240);
     return area;
 }
 

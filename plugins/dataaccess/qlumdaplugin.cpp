@@ -61,7 +61,7 @@ QlumDaView* QlumDaPlugin::makeDocument(QlumApplicationInterface& app)
 
 QString QlumDaPlugin::documentText() const
 {
-    return tr("<b>Data Access View</b><br>Watches the values of variables of one or more servers "
+    return tr("Watches the values of variables of one or more servers "
               "and writes them.");
 }
 

@@ -16,6 +16,7 @@
 #include <uawidgets/qlumelidedlabel.h>
 #include <uawidgets/qlummessagebar.h>
 #include <uawidgets/qlumnodecommands.h>
+#include <uawidgets/qlumscrollable.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/qlumwrappingbar.h>
@@ -40,6 +41,7 @@
 #include <QModelIndex>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSizePolicy>
 #include <QSplitter>
 #include <QString>
@@ -358,12 +360,14 @@ void QlumDaView::showGroups()
 
 void QlumDaView::addPage(QWidget* page, const QString& title)
 {
-    m_pages->addTab(page, title);
+    m_pages->addTab(qlumScrollable(page), title);
 }
 
 void QlumDaView::showPage(QWidget* page)
 {
-    m_pages->setCurrentWidget(page);
+    for (int i = 0; i < m_pages->count(); ++i)
+        if (m_pages->widget(i)->isAncestorOf(page))
+            m_pages->setCurrentIndex(i);
 }
 
 void QlumDaView::addCommands(const QString& title, const QList<QAction*>& actions)

@@ -31,6 +31,6 @@ QlumLoggerView* QlumDataLoggerPlugin::makeDocument(QlumApplicationInterface& app
 
 QString QlumDataLoggerPlugin::documentText() const
 {
-    return tr("<b>Data Logger View</b><br>Records the values of variables of one or more servers "
+    return tr("Records the values of variables of one or more servers "
               "in files, and says where something is missing.");
 }

@@ -77,7 +77,7 @@ QlumDevicesView* QlumDevicesPlugin::makeDocument(QlumApplicationInterface& app)
 
 QString QlumDevicesPlugin::documentText() const
 {
-    return tr("<b>Devices View</b><br>Shows the devices of a server with their health, nameplates, "
+    return tr("Shows the devices of a server with their health, nameplates, "
               "parameters, methods and documents, and configures them.");
 }
 

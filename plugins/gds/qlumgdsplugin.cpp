@@ -44,7 +44,7 @@ QlumPushView* QlumGDSPlugin::makeDocument(QlumApplicationInterface& app)
 
 QString QlumGDSPlugin::documentText() const
 {
-    return tr("<b>GDS View (Push Model)</b><br>Manages the certificates and trust lists that a server "
+    return tr("Manages the certificates and trust lists that a server "
               "keeps, through its configuration objects.");
 }
 

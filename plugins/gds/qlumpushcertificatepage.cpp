@@ -100,13 +100,17 @@ void QlumPushCertificatePage::makeWhat(QFormLayout* form)
                 tr("<b>Certificate Type</b><br>Which algorithms the certificate is for."),
                 {}});
     m_current->setTextFormat(Qt::PlainText);
+    QSizePolicy wide(QSizePolicy::Expanding,
+                     QSizePolicy::Preferred); // a form counts its lines for all the room
+    wide.setHeightForWidth(true);
+    m_current->setSizePolicy(wide);
     m_current->setWordWrap(true);
     m_current->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_showCurrent = button(QStringLiteral("pushShowCurrent"), tr("Sho&w..."),
                            tr("Show the certificate that the server uses now"));
-    auto* now = new QHBoxLayout;
-    now->addWidget(m_current, 1);
-    now->addWidget(m_showCurrent);
+    auto* now = new QVBoxLayout; // its text is long
+    now->addWidget(m_current);
+    now->addWidget(m_showCurrent, 0, Qt::AlignLeft);
     qlumAddRow(form, m_current, {QStringLiteral("pushCurrent"), tr("In use now:"), {}, {}}, now);
     m_subject->setPlaceholderText(tr("as it is now"));
     qlumAddRow(

@@ -9,6 +9,7 @@
 #include <plugins/gds/qlumpushserverpage.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumscrollable.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
 
@@ -69,18 +70,14 @@ QlumPushView::QlumPushView(QlumApplicationInterface& application, std::shared_pt
     m_listPage = new QlumPushListPage(*m_state);
     m_certificatePage = new QlumPushCertificatePage;
     m_record = new QlumPushRecordPage;
-    auto* scrolled = new QScrollArea;
-    scrolled->setWidgetResizable(true);
-    scrolled->setFrameShape(QFrame::NoFrame);
-    scrolled->setWidget(m_certificatePage);
     m_tabs = new QTabWidget;
     m_tabs->setObjectName(QStringLiteral("pushTabs"));
     m_tabs->setAccessibleName(tr("Server configuration"));
-    m_tabs->addTab(m_serverPage, tr("Server"));
-    m_tabs->addTab(m_listPage, tr("Trust List"));
-    m_tabs->addTab(makeRejectedPage(), tr("Rejected"));
-    m_tabs->addTab(scrolled, tr("New Certificate"));
-    m_tabs->addTab(m_record, tr("Record"));
+    m_tabs->addTab(qlumScrollable(m_serverPage), tr("Server"));
+    m_tabs->addTab(qlumScrollable(m_listPage), tr("Trust List"));
+    m_tabs->addTab(qlumScrollable(makeRejectedPage()), tr("Rejected"));
+    m_tabs->addTab(qlumScrollable(m_certificatePage), tr("New Certificate"));
+    m_tabs->addTab(qlumScrollable(m_record), tr("Record"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

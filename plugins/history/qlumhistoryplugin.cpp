@@ -84,6 +84,6 @@ QlumTrendViewDocument* QlumHistoryPlugin::makeDocument(QlumApplicationInterface&
 
 QString QlumHistoryPlugin::documentText() const
 {
-    return tr("<b>History Trend View</b><br>Reads the history of variables and plots it over "
+    return tr("Reads the history of variables and plots it over "
               "time.");
 }

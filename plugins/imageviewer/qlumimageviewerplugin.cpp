@@ -77,6 +77,6 @@ QlumImageView* QlumImageViewerPlugin::makeDocument(QlumApplicationInterface& app
 
 QString QlumImageViewerPlugin::documentText() const
 {
-    return tr("<b>Image Viewer</b><br>Shows the pictures that a server offers as values of variables, "
+    return tr("Shows the pictures that a server offers as values of variables, "
               "once or as they change.");
 }

@@ -25,5 +25,5 @@ QlumPerformanceView* QlumPerformancePlugin::makeDocument(QlumApplicationInterfac
 
 QString QlumPerformancePlugin::documentText() const
 {
-    return tr("<b>Performance View</b><br>Measures how long a server takes to answer service calls.");
+    return tr("Measures how long a server takes to answer service calls.");
 }

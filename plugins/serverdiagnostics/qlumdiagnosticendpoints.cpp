@@ -12,6 +12,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLayout>
 #include <QListWidget>
 #include <QListWidgetItem>
 #include <QPushButton>
@@ -71,12 +72,12 @@ QlumDiagnosticEndpoints::QlumDiagnosticEndpoints(QlumViewState& state, QWidget* 
     state.keep(splitter, QStringLiteral("endpoints"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(splitter);
+    layout->addLayout(makeHead());
+    layout->addWidget(splitter, 1);
 }
 
-QWidget* QlumDiagnosticEndpoints::makeLists()
+QLayout* QlumDiagnosticEndpoints::makeHead()
 {
-    auto* page = new QWidget;
     auto* heading = new QLabel(tr("Select FindServers or GetEndpoints result:"));
     heading->setWordWrap(true);
     m_refresh = new QPushButton(tr("Ask &Again"));
@@ -96,10 +97,18 @@ QWidget* QlumDiagnosticEndpoints::makeLists()
     bar->addWidget(heading, 1);
     bar->addWidget(m_reading);
     bar->addWidget(m_refresh);
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(4, 4, 0, 4);
+    auto* layout = new QVBoxLayout;
+    layout->setContentsMargins(4, 4, 4, 0);
     layout->addLayout(bar);
     layout->addWidget(m_url);
+    return layout;
+}
+
+QWidget* QlumDiagnosticEndpoints::makeLists()
+{
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(4, 4, 0, 4);
     layout->addWidget(
         makeList(QStringLiteral("findServers"), tr("FindServers Response"), m_servers, m_endpoints), 1);
     layout->addWidget(

@@ -10,6 +10,7 @@
 #include <vector>
 
 class QLabel;
+class QLayout;
 class QListWidget;
 class QPushButton;
 class QlumViewState;
@@ -46,6 +47,7 @@ private:
         std::vector<QlumDiagnosticText> descriptions; ///< label: the entry
     };
 
+    [[nodiscard]] QLayout* makeHead();
     [[nodiscard]] QWidget* makeLists();
     [[nodiscard]] QWidget* makeList(const QString& name, const QString& title, Answer& answer, Answer& other);
     static void show(Answer& answer, const UaStatus& status);

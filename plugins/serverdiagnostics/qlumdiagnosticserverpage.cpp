@@ -145,6 +145,7 @@ QWidget* QlumDiagnosticServerPage::makeEnabled()
     m_enabledText = new QLabel;
     m_enabledText->setObjectName(QStringLiteral("diagnosticsEnabled"));
     m_enabledText->setWordWrap(true);
+    m_enabledText->setMinimumHeight(2 * fontMetrics().lineSpacing() + 2); // a splitter asks for no more
     m_enable = new QPushButton;
     m_enable->setObjectName(QStringLiteral("enableDiagnostics"));
     m_enable->setWhatsThis(tr("Has the server count what it does, or not. That goes for all its clients, and "

@@ -53,7 +53,7 @@ QlumServerDiagnosticWidget* QlumServerDiagnosticPlugin::makeDocument(QlumApplica
 
 QString QlumServerDiagnosticPlugin::documentText() const
 {
-    return tr("<b>Server Diagnostics View</b><br>Shows what a server tells of itself: its status and "
+    return tr("Shows what a server tells of itself: its status and "
               "limits, who is connected, what each session and subscription does, and its endpoints.");
 }
 

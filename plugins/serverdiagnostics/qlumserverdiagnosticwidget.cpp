@@ -11,6 +11,7 @@
 #include <plugins/serverdiagnostics/qlumsubscriptiontable.h>
 #include <uawidgets/qlumformrow.h>
 #include <uawidgets/qlummessagebar.h>
+#include <uawidgets/qlumscrollable.h>
 #include <uawidgets/qlumviewheading.h>
 #include <uawidgets/qlumviewstate.h>
 #include <uawidgets/qlumwrappingbar.h>
@@ -19,6 +20,7 @@
 #include <QComboBox>
 #include <QKeySequence>
 #include <QLabel>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QToolButton>
@@ -78,10 +80,10 @@ QlumServerDiagnosticWidget::QlumServerDiagnosticWidget(QlumApplicationInterface&
     m_tabs = new QTabWidget;
     m_tabs->setObjectName(QStringLiteral("diagnosticTabs"));
     m_tabs->setAccessibleName(tr("Server diagnostics"));
-    m_tabs->addTab(m_serverPage, tr("Server Information"));
+    m_tabs->addTab(qlumScrollable(m_serverPage), tr("Server Information"));
     m_tabs->addTab(makeSessionPage(), tr("Session Diagnostics"));
     m_tabs->addTab(makeSubscriptionPage(), tr("Subscription Diagnostics"));
-    m_tabs->addTab(m_endpoints, tr("Endpoints"));
+    m_tabs->addTab(qlumScrollable(m_endpoints), tr("Endpoints"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

@@ -197,7 +197,7 @@ void QlumServerDiagnosticWidget::readShown()
     if (!m_followed.isUp() || !isVisible())
         return;
     QWidget* const page = m_tabs->currentWidget();
-    if (page == m_serverPage && m_tickets[Server] == 0)
+    if (page->isAncestorOf(m_serverPage) && m_tickets[Server] == 0)
         readServer();
     else if (page->isAncestorOf(m_sessionChooser) && m_tickets[Sessions] == 0)
         sltGetSessions(true);

@@ -19,6 +19,7 @@
 #include <QSizePolicy>
 #include <QString>
 #include <QStringList>
+#include <QTabWidget>
 #include <QTest>
 #include <QTime>
 #include <QTimer>
@@ -73,6 +74,51 @@ TEST(Scrollable, ScrollsForWhatIsNeededOnlyAndNotForWhatIsWished)
     EXPECT_TRUE(QTest::qWaitFor([&] { return area->verticalScrollBar()->maximum() > 200; }));
     area->resize(300, 700);
     EXPECT_TRUE(QTest::qWaitFor([&] { return area->verticalScrollBar()->maximum() == 0; }));
+}
+
+TEST(Scrollable, LeavesRoomForTextsThatNeedMoreLinesAndCountsOnlyThePageThatIsShown)
+{
+    auto* const tabs = new QTabWidget;
+    auto* const page = new QWidget;
+    auto* const layout = new QVBoxLayout(page);
+    auto* const text = new QLabel(QStringLiteral("some words that need many lines ").repeated(20));
+    text->setWordWrap(true);
+    layout->addWidget(text);
+    layout->addWidget(new QTreeView);
+    auto* const large = new QWidget;
+    large->setMinimumSize(900, 900);
+    tabs->addTab(page, "page");
+    tabs->addTab(large, "large");
+    const std::unique_ptr<QScrollArea> area(qlumScrollable(tabs));
+    area->resize(220, 200);
+    area->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(area.get()));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return text->height() >= text->heightForWidth(text->width()); }))
+        << text->height() << " of " << text->heightForWidth(text->width());
+    EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
+    tabs->setCurrentWidget(large);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return area->horizontalScrollBar()->maximum() > 600; }));
+}
+
+TEST(MessageBar, ItsButtonStandsBelowTheTextWhereThereIsNoRoomBeside)
+{
+    QlumMessageBar bar;
+    bar.tell({QlumMessage::Error,
+              "t",
+              "The server cannot be configured.",
+              "It says why in a longer text.",
+              "Connect as an administrator",
+              {}});
+    const auto* button = bar.findChild<QPushButton*>("help");
+    const auto* what = bar.findChild<QLabel*>("what");
+    bar.resize(900, bar.heightForWidth(900));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return button->x() > what->geometry().right(); }));
+    const int narrow = bar.minimumSizeHint().width();
+    EXPECT_LT(narrow, button->width() + 150);
+    bar.resize(narrow, 300);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return button->y() > what->geometry().bottom(); }));
+    EXPECT_LE(button->geometry().right(), bar.width());
+    EXPECT_EQ(bar.minimumSizeHint().width(), narrow);
 }
 
 TEST(MessageBar, TheButtonHelpsOnceAndMayHaveSomethingToTell)

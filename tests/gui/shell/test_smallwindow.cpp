@@ -2,9 +2,11 @@
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/startup/qlumtranslations.h>
+#include <uawidgets/qlummessagebar.h>
 
 #include <QCoreApplication>
 #include <QDockWidget>
+#include <QLabel>
 #include <QList>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -100,6 +102,41 @@ TEST_P(SmallWindow, HasRoomForEveryDock)
         dock->show();
         dock->raise();
         expectFit(dock->objectName());
+    }
+}
+
+TEST_P(SmallWindow, CutsNoTextOfAnyPage)
+{
+    QlumDocumentArea* documents = window->documents();
+    const auto* place = qobject_cast<QScrollArea*>(window->centralWidget());
+    for (const QlumDocumentType& type : documents->types()) {
+        ASSERT_NE(documents->add(type.type, type.freeName), nullptr) << type.type.toStdString();
+        QWidget* document = window->centralTabWidget()->currentWidget();
+        for (auto* bar : document->findChildren<QlumMessageBar*>(QString(), Qt::FindDirectChildrenOnly))
+            bar->tell({QlumMessage::Error,
+                       QStringLiteral("test"),
+                       QStringLiteral("The server cannot be configured over this connection."),
+                       QStringLiteral("BadSecurityModeInsufficient: not over this connection, which is "
+                                      "neither signed nor encrypted."),
+                       QStringLiteral("Connect as an administrator..."),
+                       {}});
+        for (auto* label : document->findChildren<QLabel*>())
+            if (label->wordWrap() && label->text().size() < 3) // "-" where a server will tell of something
+                label->setText(QStringLiteral("what a server tells of it ").repeated(2));
+        for (auto* tabs : document->findChildren<QTabWidget*>())
+            for (int page = 0; page < tabs->count(); ++page) {
+                tabs->setCurrentIndex(page);
+                QCoreApplication::processEvents();
+                for (const auto* label : tabs->currentWidget()->findChildren<QLabel*>())
+                    EXPECT_TRUE(!label->isVisible() || !label->wordWrap() ||
+                                label->objectName() == QLatin1String("emptyText") ||
+                                label->height() >= label->heightForWidth(label->width()))
+                        << type.type.toStdString() << ", page " << page << ": " << label->text().toStdString() << ": "
+                        << label->height() << " of " << label->heightForWidth(label->width());
+            }
+        EXPECT_EQ(place->horizontalScrollBar()->maximum(), 0) << type.type.toStdString() << "\n"
+                                                              << widest(*document, narrowestDocument * 3 / 4);
+        documents->clear();
     }
 }
 

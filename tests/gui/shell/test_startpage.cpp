@@ -11,6 +11,7 @@
 #include <QByteArray>
 #include <QCommandLinkButton>
 #include <QFile>
+#include <QLabel>
 #include <QList>
 #include <QSettings>
 #include <QSignalSpy>
@@ -80,6 +81,17 @@ TEST(StartPage, DemoIsOfferedWhereThereIsOneAndItsButtonOpensIt)
         return tabs->count() == 1 && tabs->tabText(0) == QStringLiteral("Curves");
     })) << tabs->count();
     EXPECT_TRUE(window.windowTitle().contains(QStringLiteral("demo"))) << window.windowTitle().toStdString();
+}
+
+TEST(StartPage, NamesEachViewAboveWhatItIsFor)
+{
+    QSettings().clear();
+    QlumTavelin window{QlumTavelinServices()};
+    const QList<QLabel*> views =
+        window.findChild<QlumStartPage*>()->findChildren<QLabel*>(QStringLiteral("startTool"));
+    EXPECT_GE(views.size(), 9);
+    for (const QLabel* view : views)
+        EXPECT_EQ(view->text().count(QStringLiteral("<b>")), 1) << view->text().toStdString();
 }
 
 TEST(StartPage, LiesAboveTheFirstDocumentWhileThereIsNoServerAndOutlivesIt)
