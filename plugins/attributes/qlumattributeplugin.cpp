@@ -178,7 +178,7 @@ void QlumAttributePlugin::createActions()
     const QStyle* style = QApplication::style();
     m_actions[Back]->setIcon(style->standardIcon(QStyle::SP_ArrowBack));
     m_actions[Forward]->setIcon(style->standardIcon(QStyle::SP_ArrowForward));
-    m_actions[Live]->setIcon(style->standardIcon(QStyle::SP_MediaPlay));
+    m_actions[Live]->setIcon(QIcon(QStringLiteral(":/images/live.png")));
     connect(m_model, &QlumAttributeModel::shownIsOld, this, &QlumAttributePlugin::readBack);
     connect(m_model, &QlumAttributeModel::undoChanged, this, &QlumAttributePlugin::showCommands);
     showCommands();
