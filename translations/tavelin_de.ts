@@ -8364,6 +8364,10 @@ Anwendungs-URI: %4</translation>
         <translation>%1 war erfolgreich</translation>
     </message>
     <message>
+        <source>History Plugin</source>
+        <translation>Plugin Historie</translation>
+    </message>
+    <message>
         <source>HistoryReadDataResults of node &apos;%1&apos; contains %2 values</source>
         <translation>HistoryReadDataResults des Knotens „%1“ enthält %2 Werte</translation>
     </message>

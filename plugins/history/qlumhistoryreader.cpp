@@ -40,7 +40,7 @@ QlumHistoryReader::QlumHistoryReader(QlumSessionServices& services, const QlumHi
 
 QString qlumHistoryLogSource()
 {
-    return QStringLiteral("History Plugin");
+    return QCoreApplication::translate("QlumHistoryReader", "History Plugin");
 }
 
 QString QlumHistoryReader::serviceName() const
