@@ -72,11 +72,13 @@ take_for_manual() {
 }
 
 manual=false
-if [ "${1:-}" = --manual ]; then
-    manual=true
-    set -- "$DEMO/manual"
-fi
-[ $# -gt 0 ] || die "shots needs a folder"
+case ${1:-} in
+    --manual)
+        manual=true
+        set -- "$DEMO/manual"
+        ;;
+    "" | -*) die "shots needs a folder, or --manual" ;;
+esac
 target=$(realpath -m "$1")
 shift
 tools/dev/setup.sh
