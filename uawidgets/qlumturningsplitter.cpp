@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QResizeEvent>
+#include <QSizePolicy>
 #include <QWidget>
 
 #include <algorithm>
@@ -53,20 +54,34 @@ void QlumTurningSplitter::resizeEvent(QResizeEvent* event)
     turn();
 }
 
+// Those that are to grow get twice as much as the others.
+QList<int> QlumTurningSplitter::shares() const
+{
+    const bool isVertical = orientation() == Qt::Vertical;
+    QList<int> result;
+    int sum = 0;
+    for (int i = 0; i < count(); ++i) {
+        const QSizePolicy policy = widget(i)->sizePolicy();
+        result.append((isVertical ? policy.verticalStretch() : policy.horizontalStretch()) > 0 ? 2 : 1);
+        sum += result.last();
+    }
+    for (int& share : result)
+        share = std::max(1, share * (isVertical ? height() : width()) / sum);
+    return result;
+}
+
 void QlumTurningSplitter::turn()
 {
-    const bool hasRoom = contentsRect().width() >= widthsOf(*this).sum;
+    // parts that have just the least they need show next to nothing
+    const int comfortable = widthsOf(*this).sum * 5 / 4;
+    const bool hasRoom = contentsRect().width() >= comfortable;
     const Qt::Orientation wanted = hasRoom ? Qt::Horizontal : Qt::Vertical;
     if (wanted == orientation())
         return;
     QList<int> before = std::exchange(m_otherSizes, sizes());
     setOrientation(wanted);
-    if (before.size() !=
-        count()) { // what they had of the other way would leave the last ones next to nothing
-        before.clear();
-        for (int i = 0; i < count(); ++i)
-            before.append(std::max(1, wanted == Qt::Vertical ? height() : width()) / count());
-    }
+    if (before.size() != count()) // what they had of the other way would leave the last ones next to nothing
+        before = shares();
     setSizes(before);
     emit turned(wanted);
 }

@@ -30,6 +30,7 @@ protected:
 
 private:
     void turn();
+    [[nodiscard]] QList<int> shares() const;
 
     QList<int> m_otherSizes; // which the user has chosen for the other way
 };

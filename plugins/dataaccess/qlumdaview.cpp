@@ -360,13 +360,13 @@ void QlumDaView::showGroups()
 
 void QlumDaView::addPage(QWidget* page, const QString& title)
 {
-    m_pages->addTab(qlumScrollable(page), title);
+    m_pages->addTab(page == m_plot ? page : qlumScrollable(page), title); // a plot shows less in less room
 }
 
 void QlumDaView::showPage(QWidget* page)
 {
     for (int i = 0; i < m_pages->count(); ++i)
-        if (m_pages->widget(i)->isAncestorOf(page))
+        if (m_pages->widget(i) == page || m_pages->widget(i)->isAncestorOf(page))
             m_pages->setCurrentIndex(i);
 }
 
