@@ -2,6 +2,7 @@
 
 #include <app/api/qlumdisplaytext.h>
 #include <app/api/qlumtext.h>
+#include <uawidgets/qlumelidedlabel.h>
 
 #include <QCoreApplication>
 #include <QFont>
@@ -14,6 +15,7 @@
 #include <QStyle>
 #include <QTimer>
 
+#include <initializer_list>
 #include <utility>
 
 namespace {
@@ -24,13 +26,18 @@ QString text(const char* source)
     return QCoreApplication::translate("QlumViewHeading", source);
 }
 
-QLabel* makeLabel(const char* name, const QString& accessibleName, QWidget* parent)
+template <typename Label>
+Label* nameLabel(Label* label, const char* name, const QString& accessibleName)
 {
-    auto* label = new QLabel(parent);
     label->setObjectName(QLatin1String(name));
     label->setAccessibleName(accessibleName);
     label->setTextFormat(Qt::PlainText);
     return label;
+}
+
+QLabel* makeLabel(const char* name, const QString& accessibleName, QWidget* parent)
+{
+    return nameLabel(new QLabel(parent), name, accessibleName);
 }
 
 // A long name must not make the view wide.
@@ -60,10 +67,12 @@ QString qlumConnectionText(QlumConnectionStatus status)
 }
 
 QlumViewHeading::QlumViewHeading(QWidget* parent, Clock clock)
-    : QWidget(parent), m_clock(std::move(clock)), m_server(makeLabel("server", tr("Server"), this)),
-      m_node(makeLabel("node", tr("Node"), this)), m_activity(makeLabel("activity", tr("Activity"), this)),
-      m_icon(new QLabel(this)), m_status(makeLabel("status", tr("Connection"), this)),
-      m_age(makeLabel("age", tr("Received"), this)), m_timer(new QTimer(this))
+    : QWidget(parent), m_clock(std::move(clock)),
+      m_server(nameLabel(new QlumElidedLabel(Qt::ElideRight, this), "server", tr("Server"))),
+      m_node(nameLabel(new QlumElidedLabel(Qt::ElideMiddle, this), "node", tr("Node"))),
+      m_activity(makeLabel("activity", tr("Activity"), this)), m_icon(new QLabel(this)),
+      m_status(makeLabel("status", tr("Connection"), this)), m_age(makeLabel("age", tr("Received"), this)),
+      m_timer(new QTimer(this))
 {
     setObjectName(QStringLiteral("viewHeading"));
     setWhatsThis(tr("<b>What is shown</b><br>The server and the node, whether the connection stands, and how "
@@ -71,7 +80,7 @@ QlumViewHeading::QlumViewHeading(QWidget* parent, Clock clock)
     QFont bold = m_server->font();
     bold.setBold(true);
     m_server->setFont(bold);
-    m_node->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_server->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     m_timer->setInterval(second);
     connect(m_timer, &QTimer::timeout, this, &QlumViewHeading::refreshAge);
     auto* row = new QHBoxLayout(this);
@@ -121,7 +130,7 @@ void QlumViewHeading::forget()
 void QlumViewHeading::clear()
 {
     m_received = QDateTime();
-    for (QLabel* label : {m_server, m_node, m_activity, m_status, m_age})
+    for (QLabel* label : std::initializer_list<QLabel*>{m_server, m_node, m_activity, m_status, m_age})
         label->clear();
     m_icon->hide();
 }

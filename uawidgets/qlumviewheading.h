@@ -10,6 +10,7 @@
 #include <functional>
 
 class QLabel;
+class QlumElidedLabel;
 class QTimer;
 
 /// The strip above a view that says what the view shows: of which server and node, what is being done about
@@ -52,8 +53,8 @@ private:
     [[nodiscard]] QString ageText(const QDateTime& now) const;
 
     Clock m_clock;
-    QLabel* m_server;
-    QLabel* m_node;
+    QlumElidedLabel* m_server;
+    QlumElidedLabel* m_node;
     QLabel* m_activity;
     QLabel* m_icon;
     QLabel* m_status;

@@ -266,6 +266,8 @@ TEST_F(ViewHeading, SaysTheStateByAWordAndNamesAsText)
     EXPECT_TRUE(text(heading, "node").startsWith("<i>Speed</i> x"));
     EXPECT_LT(text(heading, "node").size(), 200);
     EXPECT_EQ(heading.findChild<QLabel*>("node")->textFormat(), Qt::PlainText);
+    heading.setServer("Press " + QString(70, 'x'));
+    EXPECT_LT(heading.minimumSizeHint().width(), 300) << "a long name must not make the view wide";
 }
 } // namespace
 
@@ -289,7 +291,7 @@ TEST(WrappingBar, KeepsATextInOneLineAsLongAsItHasTheRoom)
     EXPECT_LT(text->height(), 2 * line) << "the button gives way";
     EXPECT_GT(button->geometry().top(), text->geometry().bottom());
     bar.resize(words / 2 + 20, 100);
-    EXPECT_GE(text->height(), 2 * line);
+    EXPECT_GT(text->height(), line * 3 / 2) << "two lines";
     EXPECT_TRUE(bar.rect().contains(text->geometry()));
     EXPECT_LT(bar.minimumSizeHint().width(), words / 2);
 }

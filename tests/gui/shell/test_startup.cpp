@@ -3,6 +3,7 @@
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/mainwindow/qlumtipwindow.h>
 #include <app/recovery/qlumsessionrecord.h>
+#include <app/settings/qlumappearance.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <app/startup/qlumfolders.h>
 #include <app/startup/qlumsettingsfile.h>
@@ -182,6 +183,27 @@ TEST_F(Home, SaysWhereSettingsAreWhenNobodyHasSetAHome)
     const QString said = QlumStartup::folderProblem(true);
     EXPECT_TRUE(said.contains(QLatin1String(" /.config")) && said.contains(QLatin1String("HOME")))
         << said.toStdString();
+}
+
+TEST_F(Home, SizeOfEverythingIsReadBeforeThereIsAnApplication)
+{
+    const char* const variable = "QT_SCALE_FACTOR";
+    const QByteArray before = qgetenv(variable);
+    const bool wasSet = qEnvironmentVariableIsSet(variable);
+    qunsetenv(variable);
+    const auto scaleFor = [&](const QByteArray& setting) {
+        write(QStringLiteral("tavelin.ini"), "[General]\nAppearance.Scale=" + setting + "\n");
+        const QlumScaleAsSet scale;
+        return qgetenv(variable);
+    };
+    EXPECT_EQ(scaleFor("200"), "2");
+    EXPECT_FALSE(qEnvironmentVariableIsSet(variable)) << "programs that are started from here";
+    for (const char* const wrong : {"0", "-100", "100000", "large", ""})
+        EXPECT_EQ(scaleFor(wrong), "") << wrong;
+    qputenv(variable, "1.25");
+    EXPECT_EQ(scaleFor("200"), "1.25") << "the desktop knows its screen";
+    EXPECT_EQ(qgetenv(variable), "1.25");
+    wasSet ? qputenv(variable, before) : qunsetenv(variable);
 }
 
 class LostScreen : public ::testing::Test
