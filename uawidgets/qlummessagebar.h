@@ -53,7 +53,7 @@ public:
 protected:
     /// Escape closes the bar.
     void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override; ///< moves the button beside the text or below it
 
 private:
     int widthBesideTexts() const;

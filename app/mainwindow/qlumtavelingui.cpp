@@ -121,7 +121,7 @@ QWidget* QlumTavelin::makeCentralWidget()
     // A document must not make the window larger than the screen, nor take the docks' room; in a window that
     // is narrower than usual the docks give way first.
     QScrollArea* area = qlumScrollable(stack, this);
-    area->setMinimumSize(450 + style()->pixelMetric(QStyle::PM_ScrollBarExtent), 240);
+    area->setMinimumSize(450, 240);
     return area;
 }
 

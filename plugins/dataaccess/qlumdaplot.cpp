@@ -11,10 +11,10 @@
 #include <uawidgets/plot/qlumplotcurve.h>
 #include <uawidgets/plot/qlumplotview.h>
 #include <uawidgets/plot/qlumsamplestore.h>
+#include <uawidgets/qlumwrappingbar.h>
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QPushButton>
@@ -54,7 +54,7 @@ QlumDaPlot::~QlumDaPlot() = default;
 
 QWidget* QlumDaPlot::makeBar()
 {
-    auto* bar = new QWidget;
+    auto* bar = new QlumWrappingBar;
     m_pause = new QPushButton(tr("&Pause"));
     m_pause->setObjectName(QStringLiteral("pausePlot"));
     m_pause->setCheckable(true);
@@ -74,15 +74,12 @@ QWidget* QlumDaPlot::makeBar()
     m_ownAxes->setObjectName(QStringLiteral("ownAxes"));
     m_ownAxes->setToolTip(tr("Else curves of one unit share an axis."));
     connect(m_ownAxes, &QCheckBox::toggled, this, &QlumDaPlot::rowsChanged);
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(4, 4, 4, 0);
-    layout->addWidget(m_pause);
-    layout->addWidget(m_window);
     m_note = new QLabel;
     m_note->setObjectName(QStringLiteral("plotNote"));
     m_note->setTextFormat(Qt::PlainText);
-    layout->addWidget(m_ownAxes);
-    layout->addWidget(m_note, 1);
+    for (QWidget* part : {static_cast<QWidget*>(m_pause), static_cast<QWidget*>(m_window),
+                          static_cast<QWidget*>(m_ownAxes), static_cast<QWidget*>(m_note)})
+        bar->add(part);
     return bar;
 }
 

@@ -360,7 +360,8 @@ void QlumDaView::showGroups()
 
 void QlumDaView::addPage(QWidget* page, const QString& title)
 {
-    m_pages->addTab(page == m_plot ? page : qlumScrollable(page), title); // a plot shows less in less room
+    m_pages->addTab(page == m_plot ? page : qlumScrollablePage(page),
+                    title); // a plot shows less in less room
 }
 
 void QlumDaView::showPage(QWidget* page)

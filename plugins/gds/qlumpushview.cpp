@@ -73,11 +73,11 @@ QlumPushView::QlumPushView(QlumApplicationInterface& application, std::shared_pt
     m_tabs = new QTabWidget;
     m_tabs->setObjectName(QStringLiteral("pushTabs"));
     m_tabs->setAccessibleName(tr("Server configuration"));
-    m_tabs->addTab(qlumScrollable(m_serverPage), tr("Server"));
-    m_tabs->addTab(qlumScrollable(m_listPage), tr("Trust List"));
-    m_tabs->addTab(qlumScrollable(makeRejectedPage()), tr("Rejected"));
-    m_tabs->addTab(qlumScrollable(m_certificatePage), tr("New Certificate"));
-    m_tabs->addTab(qlumScrollable(m_record), tr("Record"));
+    m_tabs->addTab(qlumScrollablePage(m_serverPage), tr("Server"));
+    m_tabs->addTab(qlumScrollablePage(m_listPage), tr("Trust List"));
+    m_tabs->addTab(qlumScrollablePage(makeRejectedPage()), tr("Rejected"));
+    m_tabs->addTab(qlumScrollablePage(m_certificatePage), tr("New Certificate"));
+    m_tabs->addTab(qlumScrollablePage(m_record), tr("Record"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

@@ -80,10 +80,10 @@ QlumServerDiagnosticWidget::QlumServerDiagnosticWidget(QlumApplicationInterface&
     m_tabs = new QTabWidget;
     m_tabs->setObjectName(QStringLiteral("diagnosticTabs"));
     m_tabs->setAccessibleName(tr("Server diagnostics"));
-    m_tabs->addTab(qlumScrollable(m_serverPage), tr("Server Information"));
+    m_tabs->addTab(qlumScrollablePage(m_serverPage), tr("Server Information"));
     m_tabs->addTab(makeSessionPage(), tr("Session Diagnostics"));
     m_tabs->addTab(makeSubscriptionPage(), tr("Subscription Diagnostics"));
-    m_tabs->addTab(qlumScrollable(m_endpoints), tr("Endpoints"));
+    m_tabs->addTab(qlumScrollablePage(m_endpoints), tr("Endpoints"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

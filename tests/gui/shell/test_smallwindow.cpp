@@ -15,6 +15,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTabWidget>
+#include <QTest>
 #include <QWidget>
 #include <gtest/gtest.h>
 
@@ -36,6 +37,20 @@ std::string widest(const QWidget& root, int width = smallest.width() / 3)
                               .arg(size.width())
                               .arg(size.height()));
     return result.join(QLatin1Char('\n')).toStdString();
+}
+
+QStringList cutTexts(const QWidget& page)
+{
+    QStringList result;
+    for (const auto* label : page.findChildren<QLabel*>())
+        if (label->isVisible() && label->wordWrap() && label->objectName() != QLatin1String("emptyText") &&
+            label->height() < label->heightForWidth(label->width()))
+            result.append(QStringLiteral("%1: %2 of %3 for \"%4\"")
+                              .arg(label->objectName())
+                              .arg(label->height())
+                              .arg(label->heightForWidth(label->width()))
+                              .arg(label->text()));
+    return result;
 }
 
 // Whether the window takes the size; it is larger where its contents leave it no choice.
@@ -126,13 +141,9 @@ TEST_P(SmallWindow, CutsNoTextOfAnyPage)
         for (auto* tabs : document->findChildren<QTabWidget*>())
             for (int page = 0; page < tabs->count(); ++page) {
                 tabs->setCurrentIndex(page);
-                QCoreApplication::processEvents();
-                for (const auto* label : tabs->currentWidget()->findChildren<QLabel*>())
-                    EXPECT_TRUE(!label->isVisible() || !label->wordWrap() ||
-                                label->objectName() == QLatin1String("emptyText") ||
-                                label->height() >= label->heightForWidth(label->width()))
-                        << type.type.toStdString() << ", page " << page << ": " << label->text().toStdString() << ": "
-                        << label->height() << " of " << label->heightForWidth(label->width());
+                EXPECT_TRUE(QTest::qWaitFor([&] { return cutTexts(*tabs->currentWidget()).isEmpty(); }, 2000))
+                    << type.type.toStdString() << ", page " << page << ":\n"
+                    << cutTexts(*tabs->currentWidget()).join(QLatin1Char('\n')).toStdString();
             }
         EXPECT_EQ(place->horizontalScrollBar()->maximum(), 0) << type.type.toStdString() << "\n"
                                                               << widest(*document, narrowestDocument * 3 / 4);
