@@ -46,7 +46,6 @@ STANDARD = {
     "Quit": "Ctrl+Q",
     "Refresh": "F5",
     "Save": "Ctrl+S",
-    "SaveAs": "Ctrl+Shift+S",
     "Undo": "Ctrl+Z",
     "WhatsThis": "Shift+F1",
     "ZoomIn": "Ctrl++",
