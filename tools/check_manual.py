@@ -2,8 +2,9 @@
 """The manual against the program: what it prints bold is a text of the program, in German that text's own
 translation at the same place, and the keys that it names do something.
 
-README.md is read like an English page, with bold texts in its own marks. Words that the program does not say
-itself (what a server answers, a term that is explained) stand in <i>, keys and paths in <tt>.
+README.md is read like an English page, with bold texts in its own marks, and the tips of the day with texts
+in quotation marks. Words that the program does not say itself (what a server answers, a term that is
+explained) stand in <i>, keys and paths in <tt>.
 """
 import html
 import re
@@ -15,6 +16,8 @@ from check_sources import ROOT, project_files, report
 from translations import MNEMONIC, PLACE, ROOMS, TAG, read
 
 PAGES = "app/resources/help"
+TIPS = "app/resources/tips_{}.txt"
+QUOTED = re.compile('"([^"]+)"|„([^“]+)“')
 BLOCK = re.compile(r"</?(?:p|li|h[12]|t[dhr])\b[^>]*>|\n\s*\n")
 BOLD = re.compile(r"<b>(.*?)</b>|\*\*(.*?)\*\*", re.S)
 PATH = " > "
@@ -146,21 +149,27 @@ def german_faults(text, source, english, german):
         yield from (f"'{name}' of the English page is not named" for name in left if name in english)
 
 
+def texts_of(root):
+    """(name, English, German) of every page and of the tips; None where there is no German one."""
+    folder = Path(root) / PAGES
+    yield "README.md", (Path(root) / "README.md").read_text(encoding="utf-8"), None
+    for path in sorted(folder.glob("*.html")):
+        other = folder / "de" / path.name
+        yield path.name, path.read_text(encoding="utf-8"), other.read_text(encoding="utf-8")
+    tips = ((Path(root) / TIPS.format(language)).read_text(encoding="utf-8") for language in ("en", "de"))
+    yield "tips", *(QUOTED.sub(lambda match: f"<b>{match[1] or match[2]}</b>", text) for text in tips)
+
+
 def check(root):
     english, german = vocabulary(root)
     known = keys_of_code(root)
     problems = []
-    pages = sorted((Path(root) / PAGES).glob("*.html"))
-    for path in [Path(root) / "README.md", *pages]:
-        text = path.read_text(encoding="utf-8")
-        problems += [f"{path.name}: {fault}" for fault in english_faults(text, english, known)]
-    for path in pages:
-        other = path.parent / "de" / path.name
-        if not other.exists():
-            problems.append(f"de/{path.name}: there is no such page")
-            continue
-        texts = (one.read_text(encoding="utf-8") for one in (other, path))
-        problems += [f"de/{path.name}: {fault}" for fault in german_faults(*texts, english, german)]
+    for name, text, translated in texts_of(root):
+        problems += [f"{name}: {fault}" for fault in english_faults(text, english, known)]
+        if translated is not None:
+            problems += [
+                f"German {name}: {fault}" for fault in german_faults(translated, text, english, german)
+            ]
     return problems
 
 
