@@ -3,8 +3,8 @@
 translation at the same place, and the keys that it names do something.
 
 README.md is read like an English page, with bold texts in its own marks, and the tips of the day with texts
-in quotation marks. Words that the program does not say itself (what a server answers, a term that is
-explained) stand in <i>, keys and paths in <tt>.
+in quotation marks. Help on a control begins with the control's name in German, too. Words that the program
+does not say itself (what a server answers, a term that is explained) stand in <i>, keys and paths in <tt>.
 """
 import html
 import re
@@ -23,6 +23,8 @@ BOLD = re.compile(r"<b>(.*?)</b>|\*\*(.*?)\*\*", re.S)
 PATH = " > "
 END = re.compile(r"\s*(?:\[[^\]]*\]|\.\.\.|…|[:.])$")
 PIECE = 4
+
+HEADING = re.compile(r"<b>([^<%]*)</b><br>")
 
 KEY = re.compile(r"\b(?:(?:Ctrl|Shift|Alt|Strg|Umschalt)\+)+(?:\w+|[+-])|\bF\d{1,2}\b")
 GERMAN_KEYS = {
@@ -97,6 +99,22 @@ def vocabulary(root):
     return dict(english), dict(german)
 
 
+def heading_faults(texts):
+    """What's This begins with the name of what was clicked on: the same one in German."""
+    names = defaultdict(set)
+    for message, forms in texts.items():
+        names[bare(message.source)].update(map(bare, forms))
+    for message, forms in texts.items():
+        heading = HEADING.match(message.source)
+        known = names.get(heading[1]) if heading else None
+        if not known:
+            continue
+        for said in (HEADING.match(form) for form in forms):
+            if said is None or said[1] not in known:
+                fault = f"What's This about '{heading[1]}' has another heading than"
+                yield f"{message.context}: {fault} {sorted(known)}"
+
+
 def keys_of_code(root):
     keys = set()
     for path in project_files(root, *(f"{room}/*.cpp" for room in ROOMS)):
@@ -163,7 +181,7 @@ def texts_of(root):
 def check(root):
     english, german = vocabulary(root)
     known = keys_of_code(root)
-    problems = []
+    problems = list(heading_faults(read(Path(root) / "translations" / "tavelin_de.ts")))
     for name, text, translated in texts_of(root):
         problems += [f"{name}: {fault}" for fault in english_faults(text, english, known)]
         if translated is not None:

@@ -2,8 +2,9 @@
 """What the check of the manual has to notice."""
 import unittest
 
-from check_manual import bare, english_faults, german_faults, keys_of_code, wordings
+from check_manual import bare, english_faults, german_faults, heading_faults, keys_of_code, wordings
 from check_sources import ROOT
+from translations import Message
 
 ENGLISH = {"Save As": {1}, "Server": {2}, "late by": {3}, "Median": {4}}
 GERMAN = {"Speichern unter": {1}, "Server": {2}, "verspätet": {3}, "Median": {4}}
@@ -61,6 +62,18 @@ class German(unittest.TestCase):
         ):
             faults = german(text, self.SOURCE)
             self.assertTrue(any(word in fault for fault in faults), (text, faults))
+
+    def test_help_on_a_control_has_its_name(self):
+        def faults(german):
+            help_on_it = Message("C", "<b>Save As</b><br>Writes it.", "", False)
+            return list(
+                heading_faults(
+                    {Message("C", "Save &As...", "", False): ["S&ichern..."], help_on_it: [german]}
+                )
+            )
+
+        self.assertEqual(faults("<b>Sichern</b><br>Schreibt es."), [])
+        self.assertEqual(len(faults("<b>Speichern</b><br>Schreibt es.")), 1)
 
 
 if __name__ == "__main__":
