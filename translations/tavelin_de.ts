@@ -714,7 +714,7 @@ Qt %4</translation>
     </message>
     <message>
         <source>Attribute Plugin</source>
-        <translation>Attribut-Plugin</translation>
+        <translation>Plugin Attribute</translation>
     </message>
     <message>
         <source>Could not convert value to variant type %1</source>
@@ -1393,7 +1393,7 @@ Um einen Fehler zu melden, senden Sie bitte eine E-Mail mit einer Beschreibung a
     </message>
     <message>
         <source>Tavelin has no current revocation list of the issuer. Ask for the list and add it to the certificate store, or switch this check off in the settings.</source>
-        <translation>Tavelin hat keine aktuelle Sperrliste des Ausstellers. Fordern Sie die Liste an und fügen Sie sie dem Zertifikatspeicher hinzu, oder schalten Sie diese Prüfung in den Einstellungen ab.</translation>
+        <translation>Tavelin hat keine aktuelle Sperrliste des Ausstellers. Fordern Sie die Liste an und fügen Sie sie dem Zertifikatsspeicher hinzu, oder schalten Sie diese Prüfung in den Einstellungen ab.</translation>
     </message>
     <message>
         <source>The Certificate has been revoked</source>
@@ -1413,7 +1413,7 @@ Um einen Fehler zu melden, senden Sie bitte eine E-Mail mit einer Beschreibung a
     </message>
     <message>
         <source>The certificate of an issuer is missing. Ask the server&apos;s operator for it and add it to the issuers in the certificate store.</source>
-        <translation>Das Zertifikat eines Ausstellers fehlt. Fordern Sie es beim Betreiber des Servers an und fügen Sie es den Ausstellern im Zertifikatspeicher hinzu.</translation>
+        <translation>Das Zertifikat eines Ausstellers fehlt. Fordern Sie es beim Betreiber des Servers an und fügen Sie es den Ausstellern im Zertifikatsspeicher hinzu.</translation>
     </message>
     <message>
         <source>The certificate provided as a parameter is not valid</source>
@@ -1742,11 +1742,11 @@ Erscheint diese Warnung immer wieder, löschen Sie alle alten Zertifikate des Se
     </message>
     <message>
         <source>Add a revocation list of the issuer to the certificate store</source>
-        <translation>Eine Sperrliste des Ausstellers dem Zertifikatspeicher hinzufügen</translation>
+        <translation>Eine Sperrliste des Ausstellers dem Zertifikatsspeicher hinzufügen</translation>
     </message>
     <message>
         <source>Certificate Validation</source>
-        <translation>Zertifikatprüfung</translation>
+        <translation>Zertifikatsprüfung</translation>
     </message>
     <message>
         <source>Certificate chain</source>
@@ -2013,7 +2013,7 @@ Seine Datei enthält %n Zertifikate, die alle gelöscht werden.</numerusform>
     </message>
     <message>
         <source>Certificate Revocation Lists</source>
-        <translation>Zertifikatsperrlisten</translation>
+        <translation>Sperrlisten</translation>
     </message>
     <message>
         <source>Certificates</source>
@@ -2475,7 +2475,7 @@ Möchten Sie allen vertrauen?</numerusform>
     </message>
     <message>
         <source>Tavelin Certificate Store</source>
-        <translation>Zertifikatspeicher von Tavelin</translation>
+        <translation>Zertifikatsspeicher von Tavelin</translation>
     </message>
     <message>
         <source>Tavelin goes on without its private key: connections with security are not possible.</source>
@@ -2943,7 +2943,7 @@ Mit OK werden Ihr persönliches X.509-Anwendungszertifikat und die zugehörigen 
     </message>
     <message>
         <source>Event Plugin</source>
-        <translation>Ereignis-Plugin</translation>
+        <translation>Plugin Ereignisse</translation>
     </message>
     <message>
         <source>Responses</source>
@@ -3291,7 +3291,7 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     </message>
     <message>
         <source>Revised values: SessionTimeout=%1, SecureChannelLifetime=%2</source>
-        <translation>Geänderte Werte: SessionTimeout=%1, SecureChannelLifetime=%2</translation>
+        <translation>Gewährte Werte: SessionTimeout=%1, SecureChannelLifetime=%2</translation>
     </message>
     <message>
         <source>Security policy: &apos;%1&apos;</source>
@@ -3323,7 +3323,7 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     </message>
     <message>
         <source>The server returned no certificate, all certificate checks will be skipped.</source>
-        <translation>Der Server hat kein Zertifikat geliefert, alle Zertifikatprüfungen entfallen.</translation>
+        <translation>Der Server hat kein Zertifikat geliefert, alle Zertifikatsprüfungen entfallen.</translation>
     </message>
     <message>
         <source>The server&apos;s certificate is not the one that was trusted for it.</source>
@@ -3759,7 +3759,7 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     </message>
     <message>
         <source>Offline; its namespace &quot;%1&quot; is not known yet</source>
-        <translation>Offline; sein Namensraum &quot;%1&quot; ist noch nicht bekannt</translation>
+        <translation>Offline; sein Namensraum „%1“ ist noch nicht bekannt</translation>
     </message>
     <message>
         <source>Queue</source>
@@ -3799,7 +3799,7 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     </message>
     <message>
         <source>The server has no namespace &quot;%1&quot; now</source>
-        <translation>Der Server hat jetzt keinen Namensraum &quot;%1&quot;</translation>
+        <translation>Der Server hat jetzt keinen Namensraum „%1“</translation>
     </message>
     <message>
         <source>Unit</source>
@@ -4000,7 +4000,7 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     </message>
     <message>
         <source>What new data access views begin with:</source>
-        <translation>Womit neue Datenzugriff-Ansichten beginnen:</translation>
+        <translation>Womit neue Datenzugriffsansichten beginnen:</translation>
     </message>
     <message>
         <source>Where looking for variables below a node ends.</source>
@@ -4581,7 +4581,7 @@ Möchten Sie sie für diesen Server verwenden, bis Tavelin beendet wird?</transl
     </message>
     <message>
         <source>The value has no field &quot;%1&quot; now, or nobody knows its type.</source>
-        <translation>Der Wert hat jetzt kein Feld &quot;%1&quot;, oder niemand kennt seinen Typ.</translation>
+        <translation>Der Wert hat jetzt kein Feld „%1“, oder niemand kennt seinen Typ.</translation>
     </message>
     <message>
         <source>They were not added a second time.</source>
@@ -5576,7 +5576,7 @@ Sperre aufbrechen?</translation>
     </message>
     <message>
         <source>failed</source>
-        <translation>ausgefallen</translation>
+        <translation>fehlgeschlagen</translation>
     </message>
     <message>
         <source>not reached</source>
@@ -7014,11 +7014,11 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>%1 does not refresh its conditions (%2). Alarms are listed as they are reported; those of before stay marked.</source>
-        <translation>%1 frischt seine Bedingungen nicht auf (%2). Alarme werden gelistet, wie sie gemeldet werden; die früheren bleiben gekennzeichnet.</translation>
+        <translation>%1 frischt seine Bedingungen nicht auf (%2). Alarme werden aufgelistet, wie sie gemeldet werden; die früheren bleiben gekennzeichnet.</translation>
     </message>
     <message>
         <source>%1 failed for %2 of %3 conditions.</source>
-        <translation>%1 schlug bei %2 von %3 Bedingungen fehl.</translation>
+        <translation>%1 ist bei %2 von %3 Bedingungen fehlgeschlagen.</translation>
     </message>
     <message>
         <source>%1 failed: %2</source>
@@ -7069,7 +7069,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>&amp;Enable</source>
-        <translation>&amp;Einschalten</translation>
+        <translation>Akti&amp;vieren</translation>
     </message>
     <message>
         <source>&amp;End:</source>
@@ -7177,7 +7177,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>&lt;b&gt;Show Not Retained&lt;/b&gt;&lt;br&gt;Lists conditions whose Retain is false, too.</source>
-        <translation>&lt;b&gt;Nicht aufbewahrte zeigen&lt;/b&gt;&lt;br&gt;Listet auch Bedingungen, deren Retain false ist.</translation>
+        <translation>&lt;b&gt;Nicht aufbewahrte zeigen&lt;/b&gt;&lt;br&gt;Führt auch Bedingungen auf, deren Retain false ist.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Sound&lt;/b&gt;&lt;br&gt;Gives a sound when an alarm comes up that nobody has acknowledged. What a refresh sends again is silent.</source>
@@ -7357,7 +7357,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Event Plugin</source>
-        <translation>Ereignis-Plugin</translation>
+        <translation>Plugin Ereignisse</translation>
     </message>
     <message>
         <source>Event View</source>
@@ -7429,7 +7429,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>List conditions that their server does not want kept, too</source>
-        <translation>Auch Bedingungen listen, die ihr Server nicht aufbewahrt haben will</translation>
+        <translation>Auch Bedingungen auflisten, die ihr Server nicht aufbewahrt haben will</translation>
     </message>
     <message>
         <source>Minutes until the alarm comes back:</source>
@@ -7561,7 +7561,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Su&amp;ppress</source>
-        <translation>Unter&amp;drücken</translation>
+        <translation>Unterdrü&amp;cken</translation>
     </message>
     <message>
         <source>Suppressing an alarm</source>
@@ -7617,7 +7617,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>There are no alarms. Conditions that the monitored objects report are listed here.</source>
-        <translation>Es gibt keine Alarme. Bedingungen, die die überwachten Objekte melden, werden hier gelistet.</translation>
+        <translation>Es gibt keine Alarme. Bedingungen, die die überwachten Objekte melden, werden hier aufgelistet.</translation>
     </message>
     <message>
         <source>There has been no connection to %1 since %2. Its alarms are those of then.</source>
@@ -7637,7 +7637,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>U&amp;nsuppress</source>
-        <translation>Unterdrückung auf&amp;heben</translation>
+        <translation>Unterdrückun&amp;g aufheben</translation>
     </message>
     <message>
         <source>Where</source>
@@ -8427,7 +8427,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>&lt;b&gt;User&lt;/b&gt;&lt;br&gt;Who you are to the server: anonymous, a user with a password, or the holder of a certificate and its private key. Only what the server accepts can be chosen.</source>
-        <translation>&lt;b&gt;Benutzer&lt;/b&gt;&lt;br&gt;Wer Sie für den Server sind: anonym, ein Benutzer mit Passwort oder der Inhaber eines Zertifikats und seines privaten Schlüssels. Wählen lässt sich nur, was der Server annimmt.</translation>
+        <translation>&lt;b&gt;Benutzer&lt;/b&gt;&lt;br&gt;Wer Sie für den Server sind: anonym, ein Benutzer mit Kennwort oder der Inhaber eines Zertifikats und seines privaten Schlüssels. Wählen lässt sich nur, was der Server annimmt.</translation>
     </message>
     <message>
         <source>Anonymous</source>
@@ -8439,7 +8439,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Certificate file</source>
-        <translation>Zertifikatdatei</translation>
+        <translation>Zertifikatsdatei</translation>
     </message>
     <message>
         <source>Certificates (*.der *.cer);;All files (*)</source>
@@ -9614,7 +9614,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Line %1, &quot;%2&quot;: %3</source>
-        <translation>Zeile %1, &quot;%2&quot;: %3</translation>
+        <translation>Zeile %1, „%2“: %3</translation>
     </message>
     <message>
         <source>Lines without a server are nodes of:</source>
@@ -9674,7 +9674,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>The project has no server &quot;%1&quot;.</source>
-        <translation>Das Projekt hat keinen Server &quot;%1&quot;.</translation>
+        <translation>Das Projekt hat keinen Server „%1“.</translation>
     </message>
     <message>
         <source>The server cannot be asked at the moment; look for it again later.</source>
@@ -10274,7 +10274,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>&lt;b&gt;Start&lt;/b&gt;&lt;br&gt;Records all items that are not switched off, until you press Stop.</source>
-        <translation>&lt;b&gt;Start&lt;/b&gt;&lt;br&gt;Zeichnet alle nicht ausgeschalteten Elemente auf, bis Sie „Stopp“ drücken.</translation>
+        <translation>&lt;b&gt;Start&lt;/b&gt;&lt;br&gt;Zeichnet alle nicht ausgeschalteten Elemente auf, bis Sie „Anhalten“ drücken.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Switch Items Off&lt;/b&gt;&lt;br&gt;The selected items are not recorded any more, while the others are.</source>
@@ -10585,7 +10585,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>&lt;b&gt;Keyboard Shortcuts&lt;/b&gt;&lt;br&gt;Lists all commands that have a key.</source>
-        <translation>&lt;b&gt;Tastenkürzel&lt;/b&gt;&lt;br&gt;Listet alle Befehle, die eine Taste haben.</translation>
+        <translation>&lt;b&gt;Tastenkürzel&lt;/b&gt;&lt;br&gt;Führt alle Befehle auf, die eine Taste haben.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Manage Certificates&lt;/b&gt;&lt;br&gt;Tavelin&apos;s own certificate and those that it trusts or rejects.</source>
@@ -11262,7 +11262,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Method Plugin</source>
-        <translation>Methoden-Plugin</translation>
+        <translation>Plugin Methoden</translation>
     </message>
     <message>
         <source>No call has been made yet.</source>
@@ -11692,7 +11692,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Event Plugin</source>
-        <translation>Ereignis-Plugin</translation>
+        <translation>Plugin Ereignisse</translation>
     </message>
     <message>
         <source>Fetching lost events</source>
@@ -11772,7 +11772,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Revised values: LifeTimeCount=%1, MaxKeepAliveCount=%2, Priority=%3, PublishingInterval=%4, SubscriptionId=%5</source>
-        <translation>Geänderte Werte: LifeTimeCount=%1, MaxKeepAliveCount=%2, Priority=%3, PublishingInterval=%4, SubscriptionId=%5</translation>
+        <translation>Gewährte Werte: LifeTimeCount=%1, MaxKeepAliveCount=%2, Priority=%3, PublishingInterval=%4, SubscriptionId=%5</translation>
     </message>
     <message>
         <source>SelectClause:</source>
@@ -11997,7 +11997,7 @@ Anwendungs-URI: %4</translation>
     </message>
     <message>
         <source>Certificate Settings</source>
-        <translation>Zertifikateinstellungen</translation>
+        <translation>Zertifikatseinstellungen</translation>
     </message>
     <message>
         <source>Common &amp;Name:</source>
@@ -12180,7 +12180,7 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
     <message>
         <source>The server has no namespace &quot;%1&quot;.</source>
-        <translation>Der Server hat keinen Namensraum &quot;%1&quot;.</translation>
+        <translation>Der Server hat keinen Namensraum „%1“.</translation>
     </message>
     <message>
         <source>The server has no namespace %1.</source>
@@ -12351,7 +12351,7 @@ Geben Sie die IP-Adresse ein:</translation>
     <name>QlumNodeList</name>
     <message>
         <source>&quot;%1&quot; is no variable and has no value.</source>
-        <translation>&quot;%1&quot; ist keine Variable und hat keinen Wert.</translation>
+        <translation>„%1“ ist keine Variable und hat keinen Wert.</translation>
     </message>
     <message>
         <source>Only the first %1 lines were taken; %2 are left out.</source>
@@ -12531,7 +12531,7 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
     <message>
         <source>Previous page</source>
-        <translation>Vorherige Seite</translation>
+        <translation>Vorige Seite</translation>
     </message>
     <message>
         <source>These bytes cannot be edited as text: they are no UTF-8, or their line ends differ.</source>
@@ -13088,7 +13088,7 @@ Geben Sie die IP-Adresse ein:</translation>
     <name>QlumPerformanceView</name>
     <message>
         <source>&quot;%1&quot; was not measured to its end.</source>
-        <translation>&quot;%1&quot; wurde nicht zu Ende gemessen.</translation>
+        <translation>„%1“ wurde nicht zu Ende gemessen.</translation>
     </message>
     <message>
         <source>&quot;Sweep Nodes a Call&quot; measures the same with ever larger calls.</source>
@@ -13263,7 +13263,7 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
     <message>
         <source>The same run is made over each of these, in a session of its own. You may be asked about a certificate or a password; what is not at hand is left out and listed.</source>
-        <translation>Derselbe Lauf wird über jeden davon gemacht, in einer eigenen Sitzung. Sie werden vielleicht nach einem Zertifikat oder Kennwort gefragt; was nicht zur Hand ist, wird weggelassen und gelistet.</translation>
+        <translation>Derselbe Lauf wird über jeden davon gemacht, in einer eigenen Sitzung. Sie werden vielleicht nach einem Zertifikat oder Kennwort gefragt; was nicht zur Hand ist, wird weggelassen und aufgelistet.</translation>
     </message>
     <message>
         <source>The selected run</source>
@@ -13287,7 +13287,7 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
     <message>
         <source>What you measure is listed here, and kept in the project.</source>
-        <translation>Was Sie messen, wird hier gelistet und im Projekt behalten.</translation>
+        <translation>Was Sie messen, wird hier aufgelistet und im Projekt behalten.</translation>
     </message>
     <message>
         <source>Write Values Back</source>
@@ -13436,7 +13436,7 @@ Geben Sie die IP-Adresse ein:</translation>
     </message>
     <message>
         <source>&lt;b&gt;Show All&lt;/b&gt;&lt;br&gt;Shows all samples of the visible curves. A double click does the same.</source>
-        <translation>&lt;b&gt;Alles zeigen&lt;/b&gt;&lt;br&gt;Zeigt alle Werte der sichtbaren Kurven. Ein Doppelklick tut dasselbe.</translation>
+        <translation>&lt;b&gt;Alle zeigen&lt;/b&gt;&lt;br&gt;Zeigt alle Werte der sichtbaren Kurven. Ein Doppelklick tut dasselbe.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Times in UTC&lt;/b&gt;&lt;br&gt;Shows UTC instead of local time.</source>
@@ -14131,11 +14131,11 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>&lt;b&gt;Certificate Group&lt;/b&gt;&lt;br&gt;For which of the server&apos;s purposes the certificate is.</source>
-        <translation>&lt;b&gt;Zertifikatgruppe&lt;/b&gt;&lt;br&gt;Für welchen Zweck des Servers das Zertifikat ist.</translation>
+        <translation>&lt;b&gt;Zertifikatsgruppe&lt;/b&gt;&lt;br&gt;Für welchen Zweck des Servers das Zertifikat ist.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Certificate Type&lt;/b&gt;&lt;br&gt;Which algorithms the certificate is for.</source>
-        <translation>&lt;b&gt;Zertifikattyp&lt;/b&gt;&lt;br&gt;Für welche Algorithmen das Zertifikat ist.</translation>
+        <translation>&lt;b&gt;Zertifikatstyp&lt;/b&gt;&lt;br&gt;Für welche Algorithmen das Zertifikat ist.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Key Made Here&lt;/b&gt;&lt;br&gt;For servers that cannot make keys. It is sent over an encrypted connection only, and wiped here afterwards.</source>
@@ -14151,11 +14151,11 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>Certificate &amp;group:</source>
-        <translation>Zertifikat&amp;gruppe:</translation>
+        <translation>Zertifikats&amp;gruppe:</translation>
     </message>
     <message>
         <source>Certificate &amp;type:</source>
-        <translation>Zertifikat&amp;typ:</translation>
+        <translation>Zertifikats&amp;typ:</translation>
     </message>
     <message>
         <source>Changes on the server</source>
@@ -14297,11 +14297,11 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <name>QlumPushGroupModel</name>
     <message>
         <source>Certificate group</source>
-        <translation>Zertifikatgruppe</translation>
+        <translation>Zertifikatsgruppe</translation>
     </message>
     <message>
         <source>Certificate types</source>
-        <translation>Zertifikattypen</translation>
+        <translation>Zertifikatstypen</translation>
     </message>
     <message>
         <source>Methods of the trust list</source>
@@ -14352,7 +14352,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>&lt;b&gt;Certificate Group&lt;/b&gt;&lt;br&gt;Whose trust list is shown. Write or undo the changes before you choose another one.</source>
-        <translation>&lt;b&gt;Zertifikatgruppe&lt;/b&gt;&lt;br&gt;Deren Vertrauensliste gezeigt wird. Änderungen sind zu schreiben oder zurückzunehmen, bevor eine andere gewählt wird.</translation>
+        <translation>&lt;b&gt;Zertifikatsgruppe&lt;/b&gt;&lt;br&gt;Deren Vertrauensliste gezeigt wird. Änderungen sind zu schreiben oder zurückzunehmen, bevor eine andere gewählt wird.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Send Each Change at Once&lt;/b&gt;&lt;br&gt;Certificates are added and removed one by one, and count at once. Otherwise changes are gathered here until the whole list is written back, which is the only way for revocation lists.</source>
@@ -14380,7 +14380,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>Certificate &amp;group:</source>
-        <translation>Zertifikat&amp;gruppe:</translation>
+        <translation>Zertifikats&amp;gruppe:</translation>
     </message>
     <message>
         <source>Certificates and revocation lists (*.der *.pem *.crt *.cer *.crl);;All files (*)</source>
@@ -14591,7 +14591,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>Certificate groups</source>
-        <translation>Zertifikatgruppen</translation>
+        <translation>Zertifikatsgruppen</translation>
     </message>
     <message>
         <source>Connection:</source>
@@ -14627,7 +14627,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>The certificate groups of a connected server appear here.</source>
-        <translation>Hier erscheinen die Zertifikatgruppen eines verbundenen Servers.</translation>
+        <translation>Hier erscheinen die Zertifikatsgruppen eines verbundenen Servers.</translation>
     </message>
     <message>
         <source>no</source>
@@ -14813,7 +14813,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>Asking for a signing request</source>
-        <translation>Einen Zertifikatantrag anfordern</translation>
+        <translation>Einen Zertifikatsantrag anfordern</translation>
     </message>
     <message>
         <source>CancelChanges: %1</source>
@@ -14821,7 +14821,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>Certificate requests (*.csr);;All files (*)</source>
-        <translation>Zertifikatanträge (*.csr);;Alle Dateien (*)</translation>
+        <translation>Zertifikatsanträge (*.csr);;Alle Dateien (*)</translation>
     </message>
     <message>
         <source>Certificates (*.der *.pem *.crt *.cer);;All files (*)</source>
@@ -15232,11 +15232,11 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>the server does not accept the certificate group, the type, the subject or the nonce</source>
-        <translation>der Server nimmt Zertifikatgruppe, Typ, Inhaber oder Nonce nicht an</translation>
+        <translation>der Server nimmt Zertifikatsgruppe, Typ, Inhaber oder Nonce nicht an</translation>
     </message>
     <message>
         <source>the server does not know the certificate group or type</source>
-        <translation>der Server kennt Zertifikatgruppe oder Typ nicht</translation>
+        <translation>der Server kennt Zertifikatsgruppe oder Typ nicht</translation>
     </message>
     <message>
         <source>the server does not know the opened file any more</source>
@@ -15287,7 +15287,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <name>QlumReadJob</name>
     <message>
         <source>Attribute Plugin</source>
-        <translation>Attribut-Plugin</translation>
+        <translation>Plugin Attribute</translation>
     </message>
     <message>
         <source>Read NodeClass of node &apos;%1&apos; failed [ret = %2].</source>
@@ -15853,7 +15853,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     </message>
     <message>
         <source>Reference Plugin</source>
-        <translation>Referenz-Plugin</translation>
+        <translation>Plugin Referenzen</translation>
     </message>
     <message>
         <source>References</source>
@@ -17076,7 +17076,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Observe Service Calls&lt;/b&gt;&lt;br&gt;Lists every call of every session with its time, sizes and status. Passwords, keys and tokens are left out.</source>
-        <translation>&lt;b&gt;Dienstaufrufe beobachten&lt;/b&gt;&lt;br&gt;Listet jeden Aufruf jeder Sitzung mit Zeit, Größen und Status. Kennwörter, Schlüssel und Token sind weggelassen.</translation>
+        <translation>&lt;b&gt;Dienstaufrufe beobachten&lt;/b&gt;&lt;br&gt;Führt jeden Aufruf jeder Sitzung mit Zeit, Größen und Status auf. Kennwörter, Schlüssel und Token sind weggelassen.</translation>
     </message>
     <message>
         <source>All servers</source>
@@ -17263,7 +17263,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>Name under which the server lists this session</source>
-        <translation>Name, unter dem der Server diese Sitzung listet</translation>
+        <translation>Name, unter dem der Server diese Sitzung aufführt</translation>
     </message>
     <message>
         <source>No</source>
@@ -17499,7 +17499,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Behaltene ä&amp;ltere Dateien:</translation>
     </message>
     <message>
-        <source>&amp;Publish timeout:</source>
+        <source>&amp;Publish time-out:</source>
         <translation>&amp;Publish-Zeitlimit:</translation>
     </message>
     <message>
@@ -17515,7 +17515,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>&amp;Referenzen je Antwort (0: Server entscheidet):</translation>
     </message>
     <message>
-        <source>&amp;Session timeout:</source>
+        <source>&amp;Session time-out:</source>
         <translation>&amp;Sitzungszeitlimit:</translation>
     </message>
     <message>
@@ -17611,7 +17611,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Darüber hinaus fällt das älteste weg.</translation>
     </message>
     <message>
-        <source>Browse &amp;timeout:</source>
+        <source>Browse &amp;time-out:</source>
         <translation>Zeitlimit beim &amp;Durchsuchen:</translation>
     </message>
     <message>
@@ -17623,7 +17623,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>&amp;Zertifikate</translation>
     </message>
     <message>
-        <source>Ca&amp;ll timeout:</source>
+        <source>Ca&amp;ll time-out:</source>
         <translation>Zeitlimit für A&amp;ufrufe:</translation>
     </message>
     <message>
@@ -17639,7 +17639,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
         <translation>Tavelin einstellen</translation>
     </message>
     <message>
-        <source>Connect &amp;timeout:</source>
+        <source>Connect &amp;time-out:</source>
         <translation>Zeitlimit beim &amp;Verbinden:</translation>
     </message>
     <message>
@@ -17720,7 +17720,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>How long a server may take to list what is below a node.</source>
-        <translation>Wie lange ein Server brauchen darf, um zu listen, was unter einem Knoten ist.</translation>
+        <translation>Wie lange ein Server brauchen darf, um aufzulisten, was unter einem Knoten ist.</translation>
     </message>
     <message>
         <source>How long the keys of a connection are used before new ones are agreed on.</source>
@@ -17824,18 +17824,18 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>The language that servers are asked for, such as en or de-AT.</source>
-        <translation>Die Sprache, in der Server gefragt werden, etwa en oder de-AT.</translation>
+        <translation>Die Sprache, um die Server gebeten werden, etwa en oder de-AT.</translation>
     </message>
     <message>
         <source>This setting cannot be used.</source>
         <translation>Diese Einstellung kann nicht verwendet werden.</translation>
     </message>
     <message>
-        <source>Timeout of &amp;a check:</source>
+        <source>Time-out of &amp;a check:</source>
         <translation>&amp;Zeitlimit einer Prüfung:</translation>
     </message>
     <message>
-        <source>Timeout of i&amp;nternal calls:</source>
+        <source>Time-out of i&amp;nternal calls:</source>
         <translation>Zeitlimit &amp;interner Aufrufe:</translation>
     </message>
     <message>
@@ -17950,7 +17950,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Choose a file&lt;/b&gt;&lt;br&gt;Asks for a file in place of the one here.</source>
-        <translation>&lt;b&gt;Datei wählen&lt;/b&gt;&lt;br&gt;Fragt nach einer Datei anstelle dieser.</translation>
+        <translation>&lt;b&gt;Eine Datei wählen&lt;/b&gt;&lt;br&gt;Fragt nach einer Datei anstelle dieser.</translation>
     </message>
     <message>
         <source>A trace needs the name of a file.</source>
@@ -18133,7 +18133,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>This is no snapshot of a data access view.</source>
-        <translation>Das ist keine Momentaufnahme einer Datenzugriff-Ansicht.</translation>
+        <translation>Das ist keine Momentaufnahme einer Datenzugriffsansicht.</translation>
     </message>
     <message>
         <source>This is no snapshot: %1.</source>
@@ -18314,7 +18314,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>The oldest snapshot, &quot;%1&quot;, was given up.</source>
-        <translation>Die älteste Momentaufnahme, &quot;%1&quot;, wurde aufgegeben.</translation>
+        <translation>Die älteste Momentaufnahme, „%1“, wurde aufgegeben.</translation>
     </message>
     <message>
         <source>There are no old values to stage.</source>
@@ -18631,7 +18631,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     <name>QlumStagedText</name>
     <message>
         <source>&quot;%1&quot; is no value of the type %2.</source>
-        <translation>&quot;%1&quot; ist kein Wert des Typs %2.</translation>
+        <translation>„%1“ ist kein Wert des Typs %2.</translation>
     </message>
     <message>
         <source>The type of the value is not known; edit it in its own window.</source>
@@ -19022,7 +19022,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>&lt;b&gt;Open Certificate Location&lt;/b&gt;&lt;br&gt;Shows the folder of this store in the file manager.</source>
-        <translation>&lt;b&gt;Zertifikatordner öffnen&lt;/b&gt;&lt;br&gt;Zeigt den Ordner dieses Speichers im Dateimanager.</translation>
+        <translation>&lt;b&gt;Zertifikatsordner öffnen&lt;/b&gt;&lt;br&gt;Zeigt den Ordner dieses Speichers im Dateimanager.</translation>
     </message>
     <message>
         <source>Filter of %1</source>
@@ -19038,7 +19038,7 @@ Trennen und verbinden Sie erneut, um darüber zu entscheiden.</translation>
     </message>
     <message>
         <source>Open Certificate &amp;Location</source>
-        <translation>Zertifikat&amp;ordner öffnen</translation>
+        <translation>Zertifikats&amp;ordner öffnen</translation>
     </message>
     <message>
         <source>Open the folder %1</source>
@@ -19691,7 +19691,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Error: UaSession - a request for notifications was not taken [Session=%1] [status=%2]</source>
-        <translation>Fehler: UaSession - eine Anforderung von Benachrichtigungen wurde nicht angenommen [Session=%1] [status=%2]</translation>
+        <translation>Fehler: UaSession - eine Anfrage nach Notifications wurde nicht angenommen [Session=%1] [status=%2]</translation>
     </message>
     <message>
         <source>Error: UaSession - a turn of the session thread ended with &apos;%1&apos; [Session=%2]</source>
@@ -19727,11 +19727,11 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Error: UaSessionPrivate::%1 - Server sent invalid extension object for notification</source>
-        <translation>Fehler: UaSessionPrivate::%1 - der Server schickte ein ungültiges ExtensionObject als Benachrichtigung</translation>
+        <translation>Fehler: UaSessionPrivate::%1 - der Server schickte ein ungültiges ExtensionObject als Notification</translation>
     </message>
     <message>
         <source>Error: UaSessionPrivate::%1 - Server sent unknown extension object (ID=%2) for notification</source>
-        <translation>Fehler: UaSessionPrivate::%1 - der Server schickte ein unbekanntes ExtensionObject (ID=%2) als Benachrichtigung</translation>
+        <translation>Fehler: UaSessionPrivate::%1 - der Server schickte ein unbekanntes ExtensionObject (ID=%2) als Notification</translation>
     </message>
     <message>
         <source>Error: UaSessionPrivate::activateSession - can&apos;t find %1 in endpoint description</source>
@@ -19743,7 +19743,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Error: UaSessionPrivate::doRepublishAfterReconnect - Notification returned unexpected SequenceNumber (expected=%1, received=%2)</source>
-        <translation>Fehler: UaSessionPrivate::doRepublishAfterReconnect - unerwartete SequenceNumber einer Benachrichtigung (erwartet %1, erhalten %2)</translation>
+        <translation>Fehler: UaSessionPrivate::doRepublishAfterReconnect - unerwartete SequenceNumber einer Notification (erwartet %1, erhalten %2)</translation>
     </message>
     <message>
         <source>Error: UaSessionPrivate::publishCallback - KeepAlive SequenceNumber (%1) is contained in AvailableSequenceNumbers</source>
@@ -19755,7 +19755,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Error: UaSessionPrivate::publishCallback - Notification returned unexpected SequenceNumber (expected=%1, received=%2)</source>
-        <translation>Fehler: UaSessionPrivate::publishCallback - unerwartete SequenceNumber einer Benachrichtigung (erwartet %1, erhalten %2)</translation>
+        <translation>Fehler: UaSessionPrivate::publishCallback - unerwartete SequenceNumber einer Notification (erwartet %1, erhalten %2)</translation>
     </message>
     <message>
         <source>Error: UaSessionPrivate::publishCallback - Server sent invalid SubscriptionId %1</source>
@@ -19767,15 +19767,15 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Host name in server certificate does not match hostname the client connected to</source>
-        <translation>Der Rechnername im Zertifikat des Servers ist nicht der, mit dem sich Tavelin verbunden hat</translation>
+        <translation>Der Hostname im Zertifikat des Servers ist nicht der, mit dem sich Tavelin verbunden hat</translation>
     </message>
     <message>
         <source>Nonce returned by server is too short (len=%1)</source>
-        <translation>Das Nonce des Servers ist zu kurz (%1 Bytes)</translation>
+        <translation>Die Nonce des Servers ist zu kurz (%1 Bytes)</translation>
     </message>
     <message>
         <source>Nonce returned by server is too short (len=%1), closing session</source>
-        <translation>Das Nonce des Servers ist zu kurz (%1 Bytes), die Sitzung wird geschlossen</translation>
+        <translation>Die Nonce des Servers ist zu kurz (%1 Bytes), die Sitzung wird geschlossen</translation>
     </message>
     <message>
         <source>Server certificate validation failed with error &apos;%1&apos;</source>
@@ -19783,7 +19783,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Server returned the same nonce as last time, closing session</source>
-        <translation>Der Server schickte dasselbe Nonce wie beim letzten Mal, die Sitzung wird geschlossen</translation>
+        <translation>Der Server schickte dieselbe Nonce wie beim letzten Mal, die Sitzung wird geschlossen</translation>
     </message>
     <message>
         <source>Split server certificate chain failed with error &apos;%1&apos;</source>
@@ -19811,7 +19811,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Warning: Notifications missing, lastSequenceNumber=%1 newSequenceNumber=%2</source>
-        <translation>Warnung: Es fehlen Benachrichtigungen, lastSequenceNumber=%1 newSequenceNumber=%2</translation>
+        <translation>Warnung: Es fehlen Notifications, lastSequenceNumber=%1 newSequenceNumber=%2</translation>
     </message>
     <message>
         <source>Warning: Server time (%1) is more than 30 Minutes distinct from local system time</source>
@@ -20105,7 +20105,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>St&amp;op</source>
-        <translation>Hal&amp;t</translation>
+        <translation>Anhal&amp;ten</translation>
     </message>
     <message>
         <source>Start Time:</source>
@@ -20315,7 +20315,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Curve whose values are listed</source>
-        <translation>Kurve, deren Werte gelistet werden</translation>
+        <translation>Kurve, deren Werte aufgelistet werden</translation>
     </message>
     <message>
         <source>Curves appear here as soon as values arrive.</source>
@@ -20423,7 +20423,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Only values with this text are listed.</source>
-        <translation>Nur Werte mit diesem Text werden gelistet.</translation>
+        <translation>Nur Werte mit diesem Text werden aufgelistet.</translation>
     </message>
     <message>
         <source>Progress of reading</source>
@@ -20467,7 +20467,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Text that values must have to be listed</source>
-        <translation>Text, den Werte haben müssen, um gelistet zu werden</translation>
+        <translation>Text, den Werte haben müssen, um aufgelistet zu werden</translation>
     </message>
     <message>
         <source>The history is being written to %1.</source>
@@ -20475,7 +20475,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>The text at the pointer tells the nearest value that was read, not a place between two.</source>
-        <translation>Der Text am Zeiger nennt den nächsten gelesenen Wert, nicht eine Stelle zwischen zweien.</translation>
+        <translation>Der Text am Zeiger nennt den nächsten gelesenen Wert, nicht eine Stelle zwischen zwei Werten.</translation>
     </message>
     <message>
         <source>Their server is not in the project, or their node id cannot be read.</source>
@@ -20515,7 +20515,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>Variable whose values are listed</source>
-        <translation>Variable, deren Werte gelistet werden</translation>
+        <translation>Variable, deren Werte aufgelistet werden</translation>
     </message>
     <message>
         <source>Variables</source>
@@ -20559,7 +20559,7 @@ Das Zertifikat liegt hier: %2</translation>
     </message>
     <message>
         <source>the servers of these variables list no aggregates</source>
-        <translation>die Server dieser Variablen listen keine Aggregate</translation>
+        <translation>die Server dieser Variablen nennen keine Aggregate</translation>
     </message>
     <message>
         <source>unknown</source>
@@ -20697,7 +20697,7 @@ Mit OK laden Sie sie jetzt herunter.</translation>
     </message>
     <message>
         <source>The download address &apos;%1&apos; is not one of the web.</source>
-        <translation>Die Download-Adresse „%1“ ist keine des Webs.</translation>
+        <translation>Die Download-Adresse „%1“ ist keine Webadresse.</translation>
     </message>
     <message>
         <source>The newest version of Tavelin is already installed</source>
@@ -20985,8 +20985,8 @@ Mit OK laden Sie sie jetzt herunter.</translation>
     <message numerus="yes">
         <source>Below &quot;%1&quot; are %n variable(s).</source>
         <translation>
-            <numerusform>Unter &quot;%1&quot; ist %n Variable.</numerusform>
-            <numerusform>Unter &quot;%1&quot; sind %n Variablen.</numerusform>
+            <numerusform>Unter „%1“ ist %n Variable.</numerusform>
+            <numerusform>Unter „%1“ sind %n Variablen.</numerusform>
         </translation>
     </message>
     <message>
@@ -21007,7 +21007,7 @@ Mit OK laden Sie sie jetzt herunter.</translation>
     </message>
     <message>
         <source>No variables were found below &quot;%1&quot;.</source>
-        <translation>Unter &quot;%1&quot; wurden keine Variablen gefunden.</translation>
+        <translation>Unter „%1“ wurden keine Variablen gefunden.</translation>
     </message>
     <message>
         <source>Nodes of another window of the program have to be looked for here first.</source>

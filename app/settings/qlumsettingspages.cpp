@@ -83,21 +83,22 @@ QlumSettingsPage Pages::connections()
         QStringLiteral("connections"),
         tr("&Connections"),
         {
-            Row::number(S::connectTimeout,
-                        {tr("Connect &timeout:"), tr("How long a server may take to answer when a connection "
-                                                     "is made.")},
-                        100, hour, ms),
+            Row::number(
+                S::connectTimeout,
+                {tr("Connect &time-out:"), tr("How long a server may take to answer when a connection "
+                                              "is made.")},
+                100, hour, ms),
             Row::number(S::callTimeout,
-                        {tr("Ca&ll timeout:"), tr("How long a server may take to answer what you ask it.")},
+                        {tr("Ca&ll time-out:"), tr("How long a server may take to answer what you ask it.")},
                         100, hour, ms),
             Row::number(S::publishTimeout,
-                        {tr("&Publish timeout:"), tr("How long a server may hold a request for new values "
-                                                     "back when there are none.")},
+                        {tr("&Publish time-out:"), tr("How long a server may hold a request for new values "
+                                                      "back when there are none.")},
                         1000, hour, ms)
                 .felt(Row::AtConnect),
             Row::number(S::sessionTimeout,
-                        {tr("&Session timeout:"), tr("How long the server shall keep the session, with what "
-                                                     "is watched, when the connection is lost.")},
+                        {tr("&Session time-out:"), tr("How long the server shall keep the session, with what "
+                                                      "is watched, when the connection is lost.")},
                         1000, noMaximum, ms)
                 .felt(Row::AtConnect),
             Row::number(S::secureChannelLifetime,
@@ -106,8 +107,8 @@ QlumSettingsPage Pages::connections()
                         1000, noMaximum, ms)
                 .felt(Row::AtConnect),
             Row::number(S::internalCallTimeout,
-                        {tr("Timeout of i&nternal calls:"), tr("How long a server may take to answer what "
-                                                               "Tavelin asks on its own account.")},
+                        {tr("Time-out of i&nternal calls:"), tr("How long a server may take to answer what "
+                                                                "Tavelin asks on its own account.")},
                         100, hour, ms)
                 .felt(Row::AtConnect),
             Row::flag(S::automaticReconnect,
@@ -119,10 +120,11 @@ QlumSettingsPage Pages::connections()
                                                             "whether the connection still stands.")},
                         1000, hour, ms)
                 .felt(Row::AtConnect),
-            Row::number(S::watchdogTimeout,
-                        {tr("Timeout of &a check:"), tr("When a check takes longer, the connection counts as "
-                                                        "lost.")},
-                        100, hour, ms)
+            Row::number(
+                S::watchdogTimeout,
+                {tr("Time-out of &a check:"), tr("When a check takes longer, the connection counts as "
+                                                 "lost.")},
+                100, hour, ms)
                 .felt(Row::AtConnect),
             Row::number(S::maxOperations,
                         {tr("&Most operations in a call (0: server decides):"),
@@ -178,8 +180,8 @@ QlumSettingsPage Pages::addressSpace()
             tr("&Address space"),
             {
                 Row::number(S::browseTimeout,
-                            {tr("Browse &timeout:"), tr("How long a server may take to list what is below a "
-                                                        "node.")},
+                            {tr("Browse &time-out:"), tr("How long a server may take to list what is below a "
+                                                         "node.")},
                             100, hour, tr(" ms")),
                 Row::number(S::maxReferences,
                             {tr("&References in an answer (0: server decides):"),

@@ -26,6 +26,7 @@ check rooms python3 tools/check_rooms.py
 check sizes python3 tools/check_sizes.py
 check wording python3 tools/check_wording.py
 check translations python3 tools/translations.py check
+check manual python3 tools/check_manual.py
 check map python3 tools/check_map.py
 check names python3 tools/check_names.py
 check contracts tools/dev/docs.sh

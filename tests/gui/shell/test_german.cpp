@@ -213,7 +213,7 @@ TEST_F(German, ErrorsOfTheLayersBelowAreReadInTheLog)
               QStringLiteral("Fehler: UaSession - Verbindung verloren [Session=7]"));
     EXPECT_EQ(
         logged("Warning: Notifications missing, lastSequenceNumber=%2 newSequenceNumber=9"),
-        QString::fromUtf8("Warnung: Es fehlen Benachrichtigungen, lastSequenceNumber=%2 newSequenceNumber=9"))
+        QString::fromUtf8("Warnung: Es fehlen Notifications, lastSequenceNumber=%2 newSequenceNumber=9"))
         << "what a server says is no place for another text";
     EXPECT_EQ(logged("something else 5 %"), QStringLiteral("something else 5 %"));
 }

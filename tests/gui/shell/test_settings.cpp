@@ -146,7 +146,7 @@ TEST_F(SettingsDialog, ChangesThatWaitAreNamedUntilTheyAreTakenBack)
     EXPECT_TRUE(waits->isHidden());
     time->setValue(before + 1);
     field<QComboBox>("Appearance.Scale")->setCurrentIndex(2);
-    EXPECT_EQ(waits->text(), QStringLiteral("When a server is connected the next time: Session timeout\n"
+    EXPECT_EQ(waits->text(), QStringLiteral("When a server is connected the next time: Session time-out\n"
                                             "When Tavelin is started the next time: Size"));
     time->setValue(before);
     EXPECT_FALSE(waits->text().contains("Session"));
